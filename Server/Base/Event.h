@@ -1,0 +1,90 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace Vs {
+
+/// When in the course of a change an event is fired.
+enum class Timing {
+    Before = 0,       ///< The change is about to happen.
+    After = 1,        ///< The change has happened.
+    Notification = 2, ///< Nothing need have changed; whoever shows the subject refreshes.
+};
+
+class Event : public Implements<Event>
+{
+public:
+    explicit Event(Timing timing = Timing::After) : m_timing(timing) {}
+    Timing timing() const { return m_timing; }
+
+private:
+    Timing m_timing;
+};
+
+/// What listens. A site must unsubscribe before it goes; its destructor is the place.
+class EventSite
+{
+public:
+    virtual ~EventSite() = default;
+};
+
+/// Tells its sites of events, in the order of their subscription. A site may subscribe or unsubscribe anyone from
+/// inside a notification: one that left is not told any more, one that came is told from the next event on.
+/// Main thread only.
+template <class Site>
+class EventSource
+{
+public:
+    EventSource() = default;
+    EventSource(const EventSource&) = delete;
+    EventSource& operator=(const EventSource&) = delete;
+
+    /// A second subscription of the same site changes nothing.
+    void subscribe(Site* site)
+    {
+        if (!subscribed(site))
+            m_sites.push_back(site);
+    }
+    void unsubscribe(Site* site)
+    {
+        const auto found = std::find(m_sites.begin(), m_sites.end(), site);
+        if (found == m_sites.end())
+            return;
+        if (m_depth > 0)
+            *found = nullptr;
+        else
+            m_sites.erase(found);
+    }
+    bool subscribed(const Site* site) const
+    {
+        return std::find(m_sites.begin(), m_sites.end(), site) != m_sites.end();
+    }
+
+protected:
+    template <class EventType>
+    void fire(void (Site::*handler)(EventType*), EventType* event)
+    {
+        forEach([&](Site* site) { (site->*handler)(event); });
+    }
+
+    template <class Action>
+    void forEach(Action&& action)
+    {
+        ++m_depth;
+        const size_t count = m_sites.size();
+        for (size_t i = 0; i < count; ++i)
+            if (m_sites[i])
+                action(m_sites[i]);
+        if (--m_depth == 0)
+            std::erase(m_sites, nullptr);
+    }
+
+private:
+    std::vector<Site*> m_sites;
+    int m_depth = 0;
+};
+
+} // namespace Vs

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace Vs::Strings {
+
+/// UTF-8 to wide text. A byte that is no valid UTF-8 becomes U+FFFD; never fails.
+std::wstring widen(std::string_view narrow);
+
+/// Wide text to UTF-8. A value that is no code point becomes U+FFFD; never fails.
+std::string narrow(std::wstring_view wide);
+
+/// The text as one parameter of a text line: in double quotes, with `"` and `\` escaped by a backslash, if it
+/// is empty or holds blanks, quotes, backslashes or starts with the flag sign; as it stands otherwise.
+/// TextCommandMgr reads the result back as exactly `text`.
+std::wstring quote(std::wstring_view text);
+
+} // namespace Vs::Strings

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Server/Base/StrongRef.h"
+#include "Server/Body/BodyMesh.h"
+#include "Server/Geometry/GkMatrix3d.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vs {
+
+class Body;
+
+/// A node of an asset's component tree: an assembly with children, or a part that shows a body. A body that occurs
+/// many times is one Body under many components.
+class Component
+{
+public:
+    std::wstring name;
+    GkMatrix3d placement; ///< In the parent's coordinates.
+    StrongRef<Body> body; ///< Null for a pure assembly.
+    std::optional<Colour> colour; ///< Of this occurrence; overrides the body's and is inherited by children.
+    bool visible = true;
+    std::vector<std::unique_ptr<Component>> children;
+};
+
+} // namespace Vs
