@@ -1,0 +1,133 @@
+// The floor: what a program takes that does nothing but call the kernel, to read a STEP file with names and
+// colours, mesh it and write one binary STL file. Prints one line of JSON with its own times, its peak memory
+// and the number of triangles, so that a comparison can see that both sides did the same work.
+
+#include <BRepBndLib.hxx>
+#include <BRepMesh_IncrementalMesh.hxx>
+#include <BRep_Builder.hxx>
+#include <BRep_Tool.hxx>
+#include <Bnd_Box.hxx>
+#include <IFSelect_ReturnStatus.hxx>
+#include <IMeshTools_Parameters.hxx>
+#include <Interface_Static.hxx>
+#include <Message.hxx>
+#include <Message_Messenger.hxx>
+#include <OSD_Parallel.hxx>
+#include <STEPCAFControl_Reader.hxx>
+#include <StlAPI_Writer.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <TDocStd_Document.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Compound.hxx>
+#include <XCAFApp_Application.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+namespace {
+
+double milliseconds()
+{
+    using namespace std::chrono;
+    return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
+}
+
+long peakKiB()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmHWM:"))
+            return std::stol(line.substr(6));
+    return 0;
+}
+
+// The same rule as Quillet's own meshing: a fraction of the part's diagonal, and 20 degrees.
+void mesh(const TopoDS_Shape& shape, bool parallel)
+{
+    Bnd_Box box;
+    BRepBndLib::AddClose(shape, box);
+    if (box.IsVoid())
+        return;
+    IMeshTools_Parameters parameters;
+    parameters.Deflection = std::max(std::sqrt(box.SquareExtent()) * 0.001, 1e-4);
+    parameters.Angle = 20.0 * 3.14159265358979323846 / 180.0;
+    parameters.InParallel = parallel;
+    BRepMesh_IncrementalMesh(shape, parameters);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    bool parallel = false;
+    int at = 1;
+    if (at < argc && std::strcmp(argv[at], "--parallel") == 0) {
+        parallel = true;
+        ++at;
+    }
+    if (argc - at != 2) {
+        std::fprintf(stderr, "usage: kernel_floor [--parallel] IN.step OUT.stl\n");
+        return 2;
+    }
+    Message::DefaultMessenger()->ChangePrinters().Clear();
+
+    const double start = milliseconds();
+    Handle(TDocStd_Document) document;
+    XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", document);
+    STEPCAFControl_Reader reader;
+    reader.SetColorMode(true);
+    reader.SetNameMode(true);
+    reader.SetGDTMode(false);
+    if (reader.ReadFile(argv[at]) != IFSelect_RetDone || !reader.Transfer(document)) {
+        std::fprintf(stderr, "kernel_floor: cannot read %s\n", argv[at]);
+        return 1;
+    }
+    const double read = milliseconds();
+
+    Handle(XCAFDoc_ShapeTool) tool = XCAFDoc_DocumentTool::ShapeTool(document->Main());
+    TDF_LabelSequence shapes;
+    tool->GetShapes(shapes);
+    std::vector<TopoDS_Shape> unique;
+    for (const TDF_Label& label : shapes)
+        if (XCAFDoc_ShapeTool::IsSimpleShape(label) && !XCAFDoc_ShapeTool::IsReference(label))
+            unique.push_back(XCAFDoc_ShapeTool::GetShape(label));
+    // Faces within a part are what the kernel meshes in parallel by itself.
+    for (const TopoDS_Shape& shape : unique)
+        mesh(shape, parallel);
+    const double meshed = milliseconds();
+
+    TDF_LabelSequence free;
+    tool->GetFreeShapes(free);
+    BRep_Builder builder;
+    TopoDS_Compound all;
+    builder.MakeCompound(all);
+    for (const TDF_Label& label : free)
+        builder.Add(all, XCAFDoc_ShapeTool::GetShape(label));
+    StlAPI_Writer writer;
+    writer.ASCIIMode() = false;
+    if (!writer.Write(all, argv[at + 1])) {
+        std::fprintf(stderr, "kernel_floor: cannot write %s\n", argv[at + 1]);
+        return 1;
+    }
+    const double written = milliseconds();
+
+    long triangles = 0;
+    for (TopExp_Explorer faces(all, TopAbs_FACE); faces.More(); faces.Next()) {
+        TopLoc_Location location;
+        const Handle(Poly_Triangulation) face =
+            BRep_Tool::Triangulation(TopoDS::Face(faces.Current()), location);
+        triangles += face.IsNull() ? 0 : face->NbTriangles();
+    }
+    std::printf(
+        "{\"read_ms\": %.1f, \"mesh_ms\": %.1f, \"write_ms\": %.1f, \"peak_kib\": %ld, \"triangles\": %ld}\n",
+        read - start, meshed - read, written - meshed, peakKiB(), triangles);
+    // The kernel takes long to take its structures apart; a floor doesn't wait for that.
+    std::fflush(stdout);
+    std::_Exit(0);
+}
