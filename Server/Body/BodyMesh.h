@@ -14,8 +14,8 @@ struct Colour
     friend bool operator==(const Colour&, const Colour&) = default;
 };
 
-/// The triangles and edge lines of one body, in the body's own coordinates and in millimetres. Made once for each
-/// unique shape and shared by all of its occurrences; never changed after that.
+/// The triangles and edge lines of one body, in the body's own coordinates and in millimetres. Made once for
+/// each unique shape and shared by all of its occurrences; never changed after that.
 struct BodyMesh
 {
     /// A run of triangles that come from one face of the body.
@@ -30,9 +30,9 @@ struct BodyMesh
     std::vector<float> normals;      ///< x, y, z of each vertex, length one.
     std::vector<uint32_t> triangles; ///< Three vertex indices each, counter-clockwise seen from outside.
     std::vector<Face> faces;
-    std::vector<Colour> colours;       ///< The colours that single faces have of their own.
-    std::vector<float> edgePoints;     ///< x, y, z of each point of the edges' polylines.
-    std::vector<uint32_t> edgeStarts;  ///< First point of each polyline; one more entry ends the last.
+    std::vector<Colour> colours;      ///< The colours that single faces have of their own.
+    std::vector<float> edgePoints;    ///< x, y, z of each point of the edges' polylines.
+    std::vector<uint32_t> edgeStarts; ///< First point of each polyline; one more entry ends the last.
     BBox bounds;
 };
 

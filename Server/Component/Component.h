@@ -13,14 +13,16 @@ namespace Vs {
 
 class Body;
 
-/// A node of an asset's component tree: an assembly with children, or a part that shows a body. A body that occurs
-/// many times is one Body under many components.
+/// A node of an asset's component tree: an assembly with children, or a part that shows a body. A body that
+/// occurs many times is one Body under many components.
 class Component
 {
 public:
+    std::string
+        id; ///< Names this component within its asset for as long as it exists, through undo and redo.
     std::wstring name;
-    GkMatrix3d placement; ///< In the parent's coordinates.
-    StrongRef<Body> body; ///< Null for a pure assembly.
+    GkMatrix3d placement;         ///< In the parent's coordinates.
+    StrongRef<Body> body;         ///< Null for a pure assembly.
     std::optional<Colour> colour; ///< Of this occurrence; overrides the body's and is inherited by children.
     bool visible = true;
     std::vector<std::unique_ptr<Component>> children;

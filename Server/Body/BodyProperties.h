@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+
+#include <optional>
+
+namespace Vs {
+
+class Body;
+
+/// What a body measures, in its own coordinates.
+struct BodyProperties
+{
+    double volume = 0;   ///< mm³, summed over the solids alone: a free face beside a solid adds nothing.
+    double area = 0;     ///< mm², of the solids' faces; of all faces if there is no solid.
+    double freeArea = 0; ///< mm², of the faces that belong to no solid of a body that has some.
+    int solids = 0;
+    int faces = 0;
+};
+
+/// Measures the body to a relative error of 1e-6. Computed at the first call and kept with the body; as one
+/// body stands for all of its occurrences, a part that occurs a thousand times is measured once. Nothing,
+/// with an error in the status, if the body has no exact geometry (a mesh read from STL is measured by its
+/// triangles) or the kernel fails on it. Safe to call from any thread.
+std::optional<BodyProperties> bodyProperties(const Body& body, Status& status);
+
+} // namespace Vs

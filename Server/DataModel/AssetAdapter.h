@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+
+#include <functional>
+#include <memory>
+
+namespace Vs {
+
+class Asset;
+
+/// What other libraries hang on an asset: the scene's nodes of it, for example. Lives as long as the asset
+/// and is asked for an interface by cast<Scene::SceneAssetAdapter>(asset->adapter()).
+class AssetAdapter : public Implements<AssetAdapter>
+{
+public:
+    explicit AssetAdapter(Asset* asset) : m_asset(asset) {}
+    Asset* asset() const { return m_asset; }
+
+    using Factory = std::function<std::unique_ptr<AssetAdapter>(Asset*)>;
+    /// Installs what makes the adapter of an asset, at the first call of Asset::adapter(). The last one
+    /// installed that gives an adapter wins; null means that it has none for this asset. Returns a number for
+    /// `removeFactory`.
+    static int addFactory(Factory factory);
+    static void removeFactory(int number);
+
+private:
+    friend class Asset;
+    static std::unique_ptr<AssetAdapter> make(Asset* asset);
+
+    Asset* m_asset;
+};
+
+} // namespace Vs

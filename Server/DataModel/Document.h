@@ -1,0 +1,93 @@
+#pragma once
+
+#include "Server/Base/LockBase.h"
+#include "Server/Base/Object.h"
+#include "Server/Base/Status.h"
+
+#include <boost/filesystem/path.hpp>
+#include <boost/uuid/uuid.hpp>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs {
+
+class Asset;
+class DocumentType;
+
+/// An open document with its assets. Owned by DocumentMgr; it closes when its last lock is released. A
+/// document that was never locked stays open until DocumentMgr::close. Main thread only.
+class Document : public Implements<Document, Object, Lockable>
+{
+public:
+    ~Document() override;
+
+    const boost::uuids::uuid& identifier() const { return m_identifier; }
+    DocumentType* documentType() const { return m_type; }
+
+    unsigned assets() const { return static_cast<unsigned>(m_assets.size()); }
+    Asset* asset(unsigned index) const { return m_assets.at(index).get(); }
+    unsigned hiddenAssets() const { return static_cast<unsigned>(m_hiddenAssets.size()); }
+    Asset* hiddenAsset(unsigned index) const { return m_hiddenAssets.at(index).get(); }
+    /// The asset that a session of this document shows first; null in a document without visible assets.
+    Asset* activeAsset() const { return m_activeAsset; }
+    /// Ignored if the asset isn't one of this document's visible ones.
+    void activeAsset(Asset* asset);
+
+    /// The native file; empty for a document that was never saved, which includes one that was translated.
+    const std::wstring& path() const { return m_path; }
+    void path(const std::wstring& path);
+    bool isOnDisk() const { return !m_path.empty(); }
+    /// `path()` if there is one, else the file that the document was translated from, else the display name.
+    std::wstring bestPath() const;
+    /// The foreign file that the document was translated from; empty if it wasn't.
+    const std::wstring& importedFrom() const { return m_importedFrom; }
+    void importedFrom(const std::wstring& path) { m_importedFrom = path; }
+
+    const std::wstring& displayName() const { return m_displayName; }
+    void displayName(const std::wstring& name);
+
+    /// Whether any asset, visible or hidden, is dirty. See Asset::isDirty.
+    bool isDirty(bool includeReferenced) const;
+
+    /// The identifier on the cloud drive; empty for a document that isn't from there.
+    const std::string& cloudId() const { return m_cloudId; }
+    void setCloudId(const std::string& cloudId) { m_cloudId = cloudId; }
+    bool isCloud() const { return !m_cloudId.empty(); }
+
+    /// The version that wrote the native file, as SoftwareVersion counts them; 0 if it was never saved.
+    unsigned lastSavedSoftwareVersion() const { return m_savedVersion; }
+
+    void addLock(const UniqueString* source) override;
+    void releaseLock(const UniqueString* source) override;
+    unsigned locks() const;
+
+    /// `name`, with a number behind it if an asset of this document has that name already.
+    std::wstring uniqueAssetName(const std::wstring& name) const;
+    /// The asset of that name, of that guid's text, or the only one whose name begins with the text; else
+    /// null.
+    Asset* bestAsset(const std::wstring& name) const;
+
+private:
+    friend class Asset;
+    friend class DocumentMgr;
+    Document(DocumentType* type, const std::wstring& displayName);
+    Asset* adopt(std::unique_ptr<Asset> asset);
+
+    boost::uuids::uuid m_identifier;
+    DocumentType* m_type;
+    std::wstring m_path;
+    std::wstring m_importedFrom;
+    std::wstring m_displayName;
+    std::string m_cloudId;
+    unsigned m_savedVersion = 0;
+    bool m_closing = false;
+    std::vector<std::unique_ptr<Asset>> m_assets;
+    std::vector<std::unique_ptr<Asset>> m_hiddenAssets;
+    Asset* m_activeAsset = nullptr;
+    std::map<const UniqueString*, unsigned> m_locks;
+};
+
+} // namespace Vs

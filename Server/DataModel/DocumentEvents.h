@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Server/Base/Event.h"
+
+namespace Vs {
+
+class Document;
+
+class DocumentEvent : public Implements<DocumentEvent, Event>
+{
+public:
+    explicit DocumentEvent(Document* document, Timing timing = Timing::After)
+        : Implements(timing), m_document(document)
+    {
+    }
+    Document* document() const { return m_document; }
+
+private:
+    Document* m_document;
+};
+
+/// What happens to documents. Each operation does nothing unless overridden.
+class DocumentEventSite : public EventSite
+{
+public:
+    virtual void documentCreated(DocumentEvent*) {}
+    virtual void documentOpened(DocumentEvent*) {}
+    /// A document that was opened by the program itself, not by a command, and has no session yet.
+    virtual void documentOpenedInBackground(DocumentEvent*) {}
+    virtual void documentSaved(DocumentEvent*) {}
+    /// Something about the document is to be shown anew: its name, its dirty state, its active asset.
+    virtual void documentUpdated(DocumentEvent*) {}
+    virtual void documentActiveAssetChanged(DocumentEvent*) {}
+    /// With timing Before, while everything of the document is still there; with After, when DocumentMgr
+    /// doesn't list it any more and its assets are about to go.
+    virtual void documentClosed(DocumentEvent*) {}
+};
+
+class DocumentEventSource : public EventSource<DocumentEventSite>
+{
+public:
+    static DocumentEventSource* get();
+
+    void fireDocumentCreated(DocumentEvent* event) { fire(&DocumentEventSite::documentCreated, event); }
+    void fireDocumentOpened(DocumentEvent* event) { fire(&DocumentEventSite::documentOpened, event); }
+    void fireDocumentOpenedInBackground(DocumentEvent* event)
+    {
+        fire(&DocumentEventSite::documentOpenedInBackground, event);
+    }
+    void fireDocumentSaved(DocumentEvent* event) { fire(&DocumentEventSite::documentSaved, event); }
+    void fireDocumentUpdated(DocumentEvent* event) { fire(&DocumentEventSite::documentUpdated, event); }
+    void fireDocumentActiveAssetChanged(DocumentEvent* event)
+    {
+        fire(&DocumentEventSite::documentActiveAssetChanged, event);
+    }
+    void fireDocumentClosed(DocumentEvent* event) { fire(&DocumentEventSite::documentClosed, event); }
+};
+
+} // namespace Vs

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+#include "Server/DataModel/DocumentType.h"
+
+#include <boost/filesystem/path.hpp>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs {
+
+class Asset;
+class AssetType;
+class Document;
+
+/// All open documents, in the order in which they were opened, and the kinds of native documents. Main thread
+/// only.
+class DocumentMgr
+{
+public:
+    static DocumentMgr* get();
+
+    unsigned documents() const { return static_cast<unsigned>(m_documents.size()); }
+    Document* document(unsigned index) const { return m_documents.at(index).get(); }
+    /// The open document of exactly that path, after making it absolute; of that file name, if only one has
+    /// it; null.
+    Document* document(const std::wstring& path) const;
+    /// Like `document(path)`, and also by display name or by the foreign file that it was translated from.
+    Document* bestDocument(const std::wstring& text) const;
+
+    /// A new document with one active asset of the type. Null, with the reason, if the type's document type
+    /// is unknown.
+    Document* create(AssetType* type, Status& status);
+    /// Opens a native file, or gives the open document of that path. Null, with the reasons, on failure.
+    Document* open(const std::wstring& path, Status& status);
+    /// Closes at once, whatever locks it has. Unknown pointers are ignored.
+    void close(Document* document);
+
+    unsigned documentTypes() const { return static_cast<unsigned>(m_types.size()); }
+    DocumentType* documentType(unsigned index) const { return m_types.at(index); }
+    DocumentType* documentType(const std::string& identifier) const;
+    /// Not owned; must be unregistered before it goes. False if the identifier is taken.
+    bool registerDocumentType(DocumentType* type);
+    void unregisterDocumentType(DocumentType* type);
+
+    /// Adds the assets that no other asset and no document's list refers to.
+    void getUnreferencedAssets(std::vector<Asset*>& assets) const;
+
+    /// The asset that the user works on, as the sessions tell it; what a translator saves if its context
+    /// names none.
+    Asset* activeAsset() const { return m_activeAsset; }
+    void activeAsset(Asset* asset) { m_activeAsset = asset; }
+
+private:
+    friend class Document;
+    DocumentMgr() = default;
+
+    std::vector<std::unique_ptr<Document>> m_documents;
+    std::vector<DocumentType*> m_types;
+    Asset* m_activeAsset = nullptr;
+    unsigned m_untitled = 0;
+};
+
+} // namespace Vs

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+
+#include <boost/filesystem/path.hpp>
+
+#include <vector>
+
+namespace Vs {
+
+class Document;
+
+/// Opens several files at once. Foreign files are read side by side, each by a worker of its own.
+class DocumentOpener
+{
+public:
+    explicit DocumentOpener(std::vector<boost::filesystem::path> paths) : m_paths(std::move(paths)) {}
+
+    /// What goes wrong with one file adds its error to the status and leaves the others alone. Option 1 is
+    /// the ordinary way; 0 stops at the first error.
+    void open(Status& status, int option);
+
+    /// The documents that were opened, in the order of the paths.
+    unsigned documentsOpened() const { return static_cast<unsigned>(m_opened.size()); }
+    Document* documentOpened(unsigned index) const { return m_opened.at(index); }
+
+private:
+    std::vector<boost::filesystem::path> m_paths;
+    std::vector<Document*> m_opened;
+};
+
+} // namespace Vs

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <set>
+
+namespace Vs {
+
+class Asset;
+class Document;
+
+/// A handler's answer.
+enum EDocMgmtOpCode {
+    eDocMgmtStop = 0,      ///< Give the operation up.
+    eDocMgmtNoOpinion = 1, ///< Let the others decide; go on if none stops it.
+    eDocMgmtGoOn = 2,      ///< Go on.
+};
+
+/// Asks the user, or decides in the user's place, before documents close, are saved or get changed. Every
+/// handler is asked, in the order of construction, until one stops the operation.
+class IDocMgmtHandler
+{
+public:
+    using Documents = std::set<Document*>;
+
+    /// Registers the handler.
+    IDocMgmtHandler();
+    virtual ~IDocMgmtHandler();
+    IDocMgmtHandler(const IDocMgmtHandler&) = delete;
+    IDocMgmtHandler& operator=(const IDocMgmtHandler&) = delete;
+
+    virtual EDocMgmtOpCode onPreClosingDocuments(const Documents&) { return eDocMgmtNoOpinion; }
+    virtual EDocMgmtOpCode onSavingMigratedFiles(const Documents&) { return eDocMgmtNoOpinion; }
+    virtual EDocMgmtOpCode onClosingDirtyDocuments(const Documents&) { return eDocMgmtNoOpinion; }
+    virtual EDocMgmtOpCode onSavingFirstTime(const Documents&) { return eDocMgmtNoOpinion; }
+    virtual EDocMgmtOpCode onSavingReadOnlyFiles(const Documents&) { return eDocMgmtNoOpinion; }
+    virtual EDocMgmtOpCode onEditingReadOnlyDocuments(const Documents&) { return eDocMgmtNoOpinion; }
+    virtual EDocMgmtOpCode onAssetDirtyFirstTime(Asset*) { return eDocMgmtNoOpinion; }
+
+    static EDocMgmtOpCode notifyPreClosingDocuments(const Documents& documents);
+    static EDocMgmtOpCode notifySavingMigratedFiles(const Documents& documents);
+    /// Hands on only the documents that are dirty; goes on without asking if none is.
+    static EDocMgmtOpCode notifyClosingDirtyDocuments(const Documents& documents);
+    static EDocMgmtOpCode notifySavingFirstTime(const Documents& documents);
+    static EDocMgmtOpCode notifySavingReadOnlyFiles(const Documents& documents);
+    static EDocMgmtOpCode notifyEditingReadOnlyDocuments(const Documents& documents);
+    static EDocMgmtOpCode notifyAssetDirtyFirstTime(Asset* asset);
+};
+
+} // namespace Vs

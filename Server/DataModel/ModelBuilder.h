@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+#include "Server/Body/BodyMesh.h"
+#include "Server/Geometry/GkMatrix3d.h"
+
+#include <optional>
+#include <string>
+
+namespace Vs {
+
+class Asset;
+class Component;
+
+/// Adds parts to an asset's tree. Each operation runs in a transaction of its own, or in the one that is
+/// open; gives the new component, or null with a message if a size isn't a finite number from 1e-4 to 1e7 mm
+/// or the placement isn't a rigid motion.
+class ModelBuilder
+{
+public:
+    struct Look
+    {
+        GkMatrix3d placement;
+        std::wstring name; ///< Empty: the kind's name with a number behind it.
+        std::optional<Colour> colour;
+    };
+
+    explicit ModelBuilder(Asset* asset) : m_asset(asset) {}
+
+    /// A box from the placement's origin to (dx, dy, dz), in mm.
+    const Component* box(double dx, double dy, double dz, const Look& look, Status& status);
+    /// A cylinder about the placement's z axis, standing on its origin.
+    const Component* cylinder(double radius, double height, const Look& look, Status& status);
+    /// A sphere about the placement's origin.
+    const Component* sphere(double radius, const Look& look, Status& status);
+
+private:
+    Asset* m_asset;
+};
+
+} // namespace Vs

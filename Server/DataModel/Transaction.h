@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+
+#include <string>
+
+namespace Vs {
+
+class Asset;
+
+/// One undoable change of an asset. Opened by its constructor; aborted by its destructor unless it was
+/// committed. A transaction inside another one of the same asset joins it: its abort undoes the outer one as
+/// well.
+class Transaction
+{
+public:
+    /// `name` is what the undo list shows.
+    Transaction(Asset* asset, const std::wstring& name);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    bool isOpen() const { return m_open; }
+    /// Keeps the change as one undo step, brings the component tree up to date and tells the asset event
+    /// sites. A transaction that changed nothing leaves no step.
+    void commit();
+    /// Takes everything back.
+    void abort();
+
+    static unsigned undoSteps(const Asset* asset);
+    static unsigned redoSteps(const Asset* asset);
+    /// Name of the step that `undo` would take back; empty if there is none.
+    static std::wstring undoName(const Asset* asset);
+    static std::wstring redoName(const Asset* asset);
+    /// False if there is nothing to undo or a transaction is open.
+    static bool undo(Asset* asset);
+    static bool redo(Asset* asset);
+
+private:
+    Asset* m_asset;
+    bool m_outermost;
+    bool m_open = true;
+};
+
+} // namespace Vs
