@@ -10,6 +10,24 @@ function(quillet_localized)
     endforeach()
 endfunction()
 
+# quillet_draw(TARGET JOBS DRAWINGS): draws what the lines of JOBS say, as part of the default build; a line is
+# "<size><tab><SVG file><tab><PNG file>". DRAWINGS are the SVG files, for the dates.
+function(quillet_draw target jobs drawings)
+    list(REMOVE_DUPLICATES drawings)
+    set(job_file ${CMAKE_CURRENT_BINARY_DIR}/${target}.jobs)
+    file(CONFIGURE OUTPUT ${job_file} CONTENT "${jobs}" @ONLY)
+    set(stamp ${CMAKE_CURRENT_BINARY_DIR}/${target}.stamp)
+    add_custom_command(
+        OUTPUT ${stamp}
+        # Libraries of the window system keep memory to the end of a process; that is not this build's business.
+        COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 $<TARGET_FILE:quillet-icons> ${job_file}
+        COMMAND ${CMAKE_COMMAND} -E touch ${stamp}
+        DEPENDS quillet-icons ${job_file} ${drawings}
+        COMMENT "Drawing the pictures of ${target}"
+        VERBATIM)
+    add_custom_target(${target} ALL DEPENDS ${stamp})
+endfunction()
+
 # quillet_pictures(TARGET LIST): makes the PNG files that LIST names, from the SVG files that stand beside LIST, with
 # the program quillet-icons, as part of the default build. The head of the list tells its form.
 function(quillet_pictures target list)
@@ -49,17 +67,5 @@ function(quillet_pictures target list)
             message(FATAL_ERROR "${list}: unknown kind of picture: ${kind}")
         endif()
     endforeach()
-    list(REMOVE_DUPLICATES drawings)
-
-    set(job_file ${CMAKE_CURRENT_BINARY_DIR}/${target}.jobs)
-    file(CONFIGURE OUTPUT ${job_file} CONTENT "${jobs}" @ONLY)
-    set(stamp ${CMAKE_CURRENT_BINARY_DIR}/${target}.stamp)
-    add_custom_command(
-        OUTPUT ${stamp}
-        COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 $<TARGET_FILE:quillet-icons> ${job_file}
-        COMMAND ${CMAKE_COMMAND} -E touch ${stamp}
-        DEPENDS quillet-icons ${job_file} ${drawings}
-        COMMENT "Drawing the pictures"
-        VERBATIM)
-    add_custom_target(${target} ALL DEPENDS ${stamp})
+    quillet_draw(${target} "${jobs}" "${drawings}")
 endfunction()
