@@ -1,0 +1,121 @@
+#include "UI/Application/CommandLine.h"
+
+#include <QCommandLineParser>
+
+namespace Quillet {
+namespace {
+
+constexpr const char* kDescription =
+    "A desktop 3D design application. FILEs are opened first, then --command, --replay, --script and "
+    "--console\n"
+    "run in the order in which they are given; the first line that fails ends the run.\n"
+    "Exit code: 0 all well, 1 a line failed or a file could not be opened, 2 wrong usage or no start.";
+
+struct OptionRow
+{
+    const char* name;
+    const char* value; ///< The value's name in the help; null for a switch.
+    const char* description;
+};
+
+constexpr OptionRow kOptions[] = {
+    {"headless", nullptr, "Run without a window; no display is needed. Ends after the last line."},
+    {"command", "LINE", "Run one text line."},
+    {"replay", "FILE", "Run a transcript of text lines."},
+    {"script", "FILE", "Run a Python script."},
+    {"console", nullptr, "Read text lines from standard input."},
+    {"keep-going", nullptr, "Go on after a line that failed; the exit code still tells of it."},
+    {"echo", nullptr, "Print each line before its answer."},
+    {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts."},
+    {"profile-dir", "DIR", "Keep all settings, caches and recovery files in DIR."},
+    {"list-commands", nullptr, "Print every text command, one JSON object a line."},
+    {"list-definitions", nullptr, "Print every command definition, one JSON object a line."},
+    {"version", nullptr, "Print the version."},
+    {"help", nullptr, "Print this help."},
+};
+
+void addOptions(QCommandLineParser& parser)
+{
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    for (const OptionRow& row : kOptions)
+        parser.addOption(QCommandLineOption(QLatin1String(row.name), QLatin1String(row.description),
+                                            QLatin1String(row.value ? row.value : "")));
+}
+
+bool stepKind(const QString& option, Step::Kind& kind)
+{
+    if (option == QLatin1String("command"))
+        kind = Step::Kind::Command;
+    else if (option == QLatin1String("replay"))
+        kind = Step::Kind::Replay;
+    else if (option == QLatin1String("script"))
+        kind = Step::Kind::Script;
+    else if (option == QLatin1String("console"))
+        kind = Step::Kind::Console;
+    else
+        return false;
+    return true;
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const std::vector<std::string>& arguments)
+{
+    CommandLine result;
+    QCommandLineParser parser;
+    addOptions(parser);
+    QStringList list{QStringLiteral("quillet")};
+    for (const std::string& argument : arguments)
+        list << QString::fromStdString(argument);
+    if (!parser.parse(list)) {
+        result.error = parser.errorText().toStdString();
+        return result;
+    }
+
+    // The parser keeps the values of each option apart, and the names of all in their order.
+    std::map<QString, qsizetype> seen;
+    for (const QString& option : parser.optionNames()) {
+        Step::Kind kind;
+        if (!stepKind(option, kind))
+            continue;
+        const QString value =
+            kind == Step::Kind::Console ? QString() : parser.values(option).value(seen[option]++);
+        result.steps.push_back({kind, value.toStdString()});
+    }
+    for (const QString& setting : parser.values(QStringLiteral("set"))) {
+        const qsizetype equals = setting.indexOf(u'=');
+        if (equals <= 0) {
+            result.error = "--set needs NAME=VALUE, and \"" + setting.toStdString() + "\" is none.";
+            return result;
+        }
+        result.parameters[setting.left(equals).toStdString()] = setting.mid(equals + 1).toStdString();
+    }
+    for (const QString& file : parser.positionalArguments())
+        result.files.push_back(file.toStdString());
+    result.profileDirectory = parser.value(QStringLiteral("profile-dir")).toStdString();
+    if (parser.isSet(QStringLiteral("profile-dir")) && result.profileDirectory.empty())
+        result.error = "--profile-dir needs the name of a directory.";
+    result.headless = parser.isSet(QStringLiteral("headless"));
+    result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
+    result.echo = parser.isSet(QStringLiteral("echo"));
+    result.listCommands = parser.isSet(QStringLiteral("list-commands"));
+    result.listDefinitions = parser.isSet(QStringLiteral("list-definitions"));
+    result.version = parser.isSet(QStringLiteral("version"));
+    result.help = parser.isSet(QStringLiteral("help"));
+    return result;
+}
+
+std::string helpText()
+{
+    QCommandLineParser parser;
+    addOptions(parser);
+    parser.setApplicationDescription(QLatin1String(kDescription));
+    parser.addPositionalArgument(QStringLiteral("FILE"),
+                                 QStringLiteral("A model to open: STEP, IGES, BREP or STL."),
+                                 QStringLiteral("[FILE...]"));
+    QString text = parser.helpText();
+    text.replace(QLatin1String("<executable_name>"), QLatin1String("quillet"));
+    return text.toStdString();
+}
+
+} // namespace Quillet

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Quillet {
+
+/// One piece of work that the command line asks for, in the order given.
+struct Step
+{
+    enum class Kind {
+        Command, ///< `text` is a text line.
+        Replay,  ///< `text` is the path of a transcript.
+        Script,  ///< `text` is the path of a Python script.
+        Console, ///< Lines from standard input.
+    };
+    Kind kind;
+    std::string text;
+};
+
+/// What the user asked for. All texts are UTF-8.
+struct CommandLine
+{
+    std::vector<std::string> files; ///< Opened before the steps.
+    std::vector<Step> steps;
+    std::map<std::string, std::string> parameters; ///< What ${NAME} stands for in transcripts.
+    std::string profileDirectory;                  ///< Empty: the user's own directories.
+    bool headless = false;
+    bool keepGoing = false;
+    bool echo = false;
+    bool listCommands = false;
+    bool listDefinitions = false;
+    bool version = false;
+    bool help = false;
+
+    /// Wrong usage in one sentence; empty if all is well. With an error, nothing else here counts.
+    std::string error;
+};
+
+/// Exit codes of the program.
+constexpr int kExitOk = 0;
+constexpr int kExitLineFailed = 1;
+constexpr int kExitUsage = 2; ///< Also when the program refuses to start.
+
+/// Reads the arguments, the program's name not among them. Needs no application object.
+CommandLine parseCommandLine(const std::vector<std::string>& arguments);
+
+/// The text of --help.
+std::string helpText();
+
+} // namespace Quillet
