@@ -15,16 +15,18 @@ import common  # noqa: F401
 import display  # noqa: F401
 import documents  # noqa: F401
 import measure  # noqa: F401
+import solids  # noqa: F401
 
-FOLDER = pathlib.Path(__file__).resolve().parent.parent / "Icons"
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--check", action="store_true")
     check = parser.parse_args().check
-    wanted = {FOLDER / f"{name}.svg": drawing.svg() for name, drawing in PICTURES.items()}
-    stale = [path for path in FOLDER.rglob("*.svg") if path not in wanted]
+    wanted = {ROOT / path: drawing.svg() for path, drawing in PICTURES.items()}
+    folders = [ROOT / home / "Resources" / "Icons" for home in ("UI/Commands", "UI/Design")]
+    stale = [path for folder in folders for path in folder.rglob("*.svg") if path not in wanted]
     changed = [path for path, text in wanted.items() if not path.exists() or path.read_text() != text]
     if check:
         for path in stale + changed:

@@ -1,4 +1,4 @@
-"""The pen that draws every picture of the add-in: strokes, fills and shapes on a grid of 24 by 24.
+"""The pen that draws every picture of the program: strokes, fills and shapes on a grid of 24 by 24.
 
 All pictures are made of strokes of 1.5 units with round ends, in two mid tones that keep a contrast of at
 least 3 to 1 on a white toolbar as well as on a dark one. Slate is the thing, blue is what happens to it,
@@ -80,12 +80,13 @@ class Picture:
         return "\n".join(lines) + "\n"
 
 
-def picture(name, halo=False):
-    """Starts the picture whose path under the resources folder is `name`."""
-    if name in PICTURES:
-        raise ValueError(f"two pictures named {name}")
-    PICTURES[name] = Picture(halo)
-    return PICTURES[name]
+def picture(name, halo=False, home="UI/Commands"):
+    """Starts the picture whose path under the resources folder of the library `home` is `name`."""
+    path = f"{home}/Resources/Icons/{name}.svg"
+    if path in PICTURES:
+        raise ValueError(f"two pictures named {path}")
+    PICTURES[path] = Picture(halo)
+    return PICTURES[path]
 
 
 def n(value):
