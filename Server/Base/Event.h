@@ -31,9 +31,9 @@ public:
     virtual ~EventSite() = default;
 };
 
-/// Tells its sites of events, in the order of their subscription. A site may subscribe or unsubscribe anyone from
-/// inside a notification: one that left is not told any more, one that came is told from the next event on.
-/// Main thread only.
+/// Tells its sites of events, in the order of their subscription. A site may subscribe or unsubscribe anyone
+/// from inside a notification: one that left is not told any more, one that came is told from the next event
+/// on. Main thread only.
 template <class Site>
 class EventSource
 {

@@ -20,7 +20,10 @@ public:
 class LockBase
 {
 public:
-    explicit LockBase(const UniqueString* source, Lockable* target = nullptr) : m_source(source) { this->target(target); }
+    explicit LockBase(const UniqueString* source, Lockable* target = nullptr) : m_source(source)
+    {
+        this->target(target);
+    }
     LockBase(const LockBase& other) : LockBase(other.m_source, other.m_target) {}
     LockBase(LockBase&& other) noexcept
         : m_source(other.m_source), m_target(std::exchange(other.m_target, nullptr))

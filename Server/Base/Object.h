@@ -17,8 +17,8 @@ public:
     /// The name of the most derived class.
     virtual const UniqueString* getInterfaceId() const = 0;
 
-    /// This object seen as the class or interface called `key`, or null if it is none. The result is a pointer to
-    /// exactly that class; use cast<T> in place of calling this.
+    /// This object seen as the class or interface called `key`, or null if it is none. The result is a
+    /// pointer to exactly that class; use cast<T> in place of calling this.
     virtual void* queryInterface(const UniqueString* key) const = 0;
 };
 
@@ -72,7 +72,8 @@ private:
         if constexpr (requires { Other::interfaceId(); }) {
             if (key == Other::interfaceId())
                 return const_cast<Other*>(static_cast<const Other*>(this));
-            // A class that writes its own operation knows more interfaces than its own; a pure interface doesn't.
+            // A class that writes its own operation knows more interfaces than its own; a pure interface
+            // doesn't.
             if constexpr (std::is_base_of_v<Object, Other>)
                 return Other::queryInterface(key);
         }

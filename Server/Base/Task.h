@@ -24,8 +24,8 @@ private:
     int m_priority;
 };
 
-/// A queue of tasks, run by the main loop: at the end of the current event (deferred) or when there is nothing
-/// else to do (idle). Main thread only, except `post`.
+/// A queue of tasks, run by the main loop: at the end of the current event (deferred) or when there is
+/// nothing else to do (idle). Main thread only, except `post`.
 class Tasks
 {
 public:
@@ -54,8 +54,8 @@ public:
     bool empty() const;
     size_t size() const;
 
-    /// Called, from the thread that adds, when something was added to an empty queue: the main loop's chance to
-    /// wake up.
+    /// Called, from the thread that adds, when something was added to an empty queue: the main loop's chance
+    /// to wake up.
     void wakeUp(std::function<void()> callback);
 
 private:

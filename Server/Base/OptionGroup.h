@@ -1,0 +1,100 @@
+#pragma once
+
+#include "Server/Base/Event.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs {
+
+class OptionGroup;
+
+/// Fired after an option got another value.
+class OptionEvent : public Implements<OptionEvent, Event>
+{
+public:
+    OptionEvent(OptionGroup* group, const char* name)
+        : Implements(Timing::After), m_group(group), m_name(name)
+    {
+    }
+    OptionGroup* group() const { return m_group; }
+    const std::string& name() const { return m_name; }
+
+private:
+    OptionGroup* m_group;
+    std::string m_name;
+};
+
+class OptionEventSite : public EventSite
+{
+public:
+    virtual void optionChanged(OptionEvent* event) = 0;
+};
+
+/// A group of the user's options, kept in one file of the options directory. Read at the first question,
+/// written whenever an option changes; a file that cannot be read counts as empty. Main thread only.
+class OptionGroup : public Implements<OptionGroup>, public EventSource<OptionEventSite>
+{
+public:
+    /// `name` is the file's name without its suffix.
+    explicit OptionGroup(std::string name);
+    ~OptionGroup() override;
+
+    const std::string& name() const;
+
+    bool value(const char* option, bool fallBack) const;
+    int value(const char* option, int fallBack) const;
+    double value(const char* option, double fallBack) const;
+    std::wstring value(const char* option, const std::wstring& fallBack) const;
+    std::vector<std::wstring> value(const char* option, const std::vector<std::wstring>& fallBack) const;
+
+    /// Keeps the value and tells the sites, unless it is the same as before.
+    void setValue(const char* option, bool value);
+    void setValue(const char* option, int value);
+    void setValue(const char* option, double value);
+    void setValue(const char* option, const std::wstring& value);
+    void setValue(const char* option, const std::vector<std::wstring>& value);
+
+    /// Back to the defaults.
+    void reset();
+
+private:
+    struct Data;
+    std::unique_ptr<Data> m_data;
+};
+
+/// One typed option of a group: `Option<bool> analytics{*this, "analytics", false};` is read by `analytics()`
+/// and set by `analytics(true)`.
+template <class T>
+class Option
+{
+public:
+    Option(OptionGroup& group, const char* name, T fallBack)
+        : m_group(group), m_name(name), m_fallBack(std::move(fallBack))
+    {
+    }
+    T operator()() const { return m_group.value(m_name, m_fallBack); }
+    void operator()(const T& value) { m_group.setValue(m_name, value); }
+
+private:
+    OptionGroup& m_group;
+    const char* m_name;
+    T m_fallBack;
+};
+
+/// How several files are opened.
+class MultiThreadOptionGroup : public Implements<MultiThreadOptionGroup, OptionGroup>
+{
+public:
+    static MultiThreadOptionGroup* get();
+
+    Option<bool> openMultipleFiles{*this, "openMultipleFiles",
+                                   false};                        ///< The file dialog may select several.
+    Option<bool> multiThreadLoad{*this, "multiThreadLoad", true}; ///< Several files load at the same time.
+
+private:
+    MultiThreadOptionGroup() : Implements("MultiThread") {}
+};
+
+} // namespace Vs

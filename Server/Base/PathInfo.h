@@ -1,0 +1,33 @@
+#pragma once
+
+#include <boost/filesystem/path.hpp>
+
+namespace Vs::PathInfo {
+
+using Path = boost::filesystem::path;
+
+/// The folder of the running tree, which holds `bin`, `lib`, `UI`, `Server` and `Localization`: QUILLET_ROOT
+/// if that is set, otherwise found from where this library lies.
+Path rootDirectory();
+
+/// The folder of the current language. With `fallBack`, that of English when the language has none.
+Path localizationDirectory(bool fallBack);
+/// The folder of English, which holds every resource.
+Path defaultLocalizationDirectory();
+
+/// Puts options, caches and recovery files under one folder, so that runs do not disturb each other. Must be
+/// called before any of the following is asked for.
+void profileDirectory(const Path& folder);
+
+/// Where the user's options lie; made if it isn't there.
+Path optionsDirectory();
+/// Where things lie that can be made anew; made if it isn't there.
+Path cacheDirectory();
+/// Where recovery files lie; made if it isn't there.
+Path recoveryDirectory();
+/// Where the cloud drive keeps its local copies.
+Path cloudCacheDirectory();
+
+bool isPathInCloudCache(const Path& path);
+
+} // namespace Vs::PathInfo

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace Vs {
+
+/// An object that a command takes as an argument and that a transcript can write and read back as text.
+class SerializableObject : public Implements<SerializableObject>
+{
+public:
+    /// The text from which its factory makes it again.
+    virtual std::wstring serialize() const = 0;
+    /// The name of that factory.
+    virtual std::string factoryName() const = 0;
+};
+
+/// Makes one kind of serializable objects from text. Objects of static storage that register themselves by
+/// name.
+class SerializableObjectFactory
+{
+public:
+    explicit SerializableObjectFactory(std::string name);
+    virtual ~SerializableObjectFactory();
+    SerializableObjectFactory(const SerializableObjectFactory&) = delete;
+    SerializableObjectFactory& operator=(const SerializableObjectFactory&) = delete;
+
+    const std::string& name() const { return m_name; }
+
+    /// The factory of that name, or null.
+    static SerializableObjectFactory* findFactory(std::string_view name);
+
+    /// The object that `text` stands for, or null. With `create` false only an object that exists already.
+    /// What is returned is owned by whoever serves it (an asset type, a session) or lives as long as the
+    /// process (an identifier): the caller never deletes it.
+    virtual SerializableObject* deserialize(const std::wstring& text, bool create) = 0;
+
+private:
+    std::string m_name;
+};
+
+/// An identifier as an argument. There is one object for each identifier.
+class UniqueStringObject : public Implements<UniqueStringObject, SerializableObject>
+{
+public:
+    static UniqueStringObject* get(const UniqueString* value);
+    const UniqueString* value() const { return m_value; }
+    std::wstring serialize() const override;
+    std::string factoryName() const override;
+
+private:
+    explicit UniqueStringObject(const UniqueString* value) : m_value(value) {}
+    const UniqueString* m_value;
+};
+
+/// The factory called "UniqueStringSerializableObjectFactory".
+class UniqueStringSerializableObjectFactory : public SerializableObjectFactory
+{
+public:
+    static constexpr const char* kName = "UniqueStringSerializableObjectFactory";
+    UniqueStringSerializableObjectFactory() : SerializableObjectFactory(kName) {}
+    SerializableObject* deserialize(const std::wstring& text, bool create) override;
+};
+
+} // namespace Vs

@@ -1,0 +1,146 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace Vs {
+
+/// What a text command answers: 0 and its output, or 1 and the reason of the failure.
+using TextCommandResult = std::pair<unsigned int, std::wstring>;
+
+/// The parameters and flags of one line, as the command sees them.
+class TextCommandParameters
+{
+public:
+    TextCommandParameters() = default;
+    TextCommandParameters(std::vector<std::wstring> parameters, std::vector<std::wstring> flags,
+                          bool viaUI = false)
+        : m_parameters(std::move(parameters)), m_flags(std::move(flags)), m_viaUI(viaUI)
+    {
+    }
+
+    /// How many positional parameters there are.
+    unsigned parameters() const { return static_cast<unsigned>(m_parameters.size()); }
+    /// The i-th positional parameter, without its quotes. Throws std::out_of_range.
+    const std::wstring& parameter(unsigned i) const { return m_parameters.at(i); }
+    const std::wstring& operator[](unsigned i) const { return parameter(i); }
+    /// Whether `/Name` stood in the line; `name` without the slash, in the same case.
+    bool hasFlag(std::wstring_view name) const;
+    const std::vector<std::wstring>& flags() const { return m_flags; }
+    /// Whether the line was typed by a person into the command box, and not run by a script.
+    bool viaUI() const { return m_viaUI; }
+
+private:
+    friend class TextCommandMgr;
+
+    std::vector<std::wstring> m_parameters;
+    std::vector<std::wstring> m_flags;
+    bool m_viaUI = false;
+};
+
+/// A Python function as C knows it, `PyObject* (*)(PyObject* self, PyObject* arguments, PyObject* keywords)`,
+/// without Python's headers.
+using PythonFunction = void* (*)(void* self, void* arguments, void* keywords);
+/// A Python module's initialisation function, `PyObject* (*)()`.
+using PythonModuleInit = void* (*)();
+
+/// A group of text commands, and a Python module of the same name. Objects of static storage, which register
+/// themselves with TextCommandMgr when their library is loaded.
+class TextCommandSubjectArea
+{
+public:
+    /// `forTranscripts` tells that the area's lines serve transcripts and scripts more than people;
+    /// completion offers such areas last.
+    TextCommandSubjectArea(std::wstring name, std::wstring description, bool forTranscripts);
+    virtual ~TextCommandSubjectArea();
+    TextCommandSubjectArea(const TextCommandSubjectArea&) = delete;
+    TextCommandSubjectArea& operator=(const TextCommandSubjectArea&) = delete;
+
+    const std::wstring& name() const { return m_name; }
+    const std::wstring& description() const { return m_description; }
+    bool forTranscripts() const { return m_forTranscripts; }
+
+    /// A plain function that makes the Python module of this area.
+    virtual PythonModuleInit pythonEntry() = 0;
+
+    /// What pythonEntry's function forwards to: a new Python module object with a function for each command.
+    void* _pythonModuleInitFunction();
+
+private:
+    std::wstring m_name;
+    std::wstring m_description;
+    bool m_forTranscripts;
+};
+
+/// One command of an area, and a Python function of it. Registers itself like the area.
+class TextCommand
+{
+public:
+    /// `format` has one `%` item for each positional parameter that is checked before the command runs: `%s`
+    /// text,
+    /// `%f` a real, `%d` an integer, `%v` a vector, `%p3` a point. Missing trailing parameters pass the
+    /// check; the command itself knows which it can do without. `runsInUI` tells that the command works on
+    /// what the person sees (and is refused nowhere); `visible` whether help and completion list it.
+    TextCommand(std::wstring area, std::wstring name, std::wstring help, std::string format, bool runsInUI,
+                bool visible);
+    virtual ~TextCommand();
+    TextCommand(const TextCommand&) = delete;
+    TextCommand& operator=(const TextCommand&) = delete;
+
+    virtual TextCommandResult execute(const TextCommandParameters& parameters) = 0;
+    /// A plain function that runs this command from Python.
+    virtual PythonFunction pythonEntry() = 0;
+
+    const std::wstring& area() const { return m_area; }
+    const std::wstring& name() const { return m_name; }
+    const std::wstring& help() const { return m_help; }
+    const std::string& format() const { return m_format; }
+    bool runsInUI() const { return m_runsInUI; }
+    bool visible() const { return m_visible; }
+    /// The key of the command definition that a wrapper runs; empty for a direct command.
+    virtual std::wstring definitionKey() const { return {}; }
+
+    /// What pythonEntry's function forwards to: the arguments as `PyObject*`. Returns a new reference to the
+    /// message, or null with a Python exception set when the status is 1.
+    void* _pythonCallableFunction(void* self, void* arguments, void* keywords);
+
+private:
+    std::wstring m_area;
+    std::wstring m_name;
+    std::wstring m_help;
+    std::string m_format;
+    bool m_runsInUI;
+    bool m_visible;
+};
+
+/// Gives a class of text commands with one static instance its Python entry:
+/// `class TextCmdSleeperSleep : public Vs::PythonEntry<TextCmdSleeperSleep, Vs::TextCommand>`.
+template <class Self, class Base>
+class PythonEntry : public Base
+{
+public:
+    template <class... Arguments>
+    explicit PythonEntry(Arguments&&... arguments) : Base(std::forward<Arguments>(arguments)...)
+    {
+        s_instance = this;
+    }
+
+    decltype(std::declval<Base&>().pythonEntry()) pythonEntry() override
+    {
+        if constexpr (std::is_base_of_v<TextCommand, Base>)
+            return [](void* self, void* arguments, void* keywords) {
+                return s_instance->_pythonCallableFunction(self, arguments, keywords);
+            };
+        else
+            return [] { return s_instance->_pythonModuleInitFunction(); };
+    }
+
+private:
+    static inline PythonEntry* s_instance = nullptr;
+};
+
+} // namespace Vs
