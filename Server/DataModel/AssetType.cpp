@@ -1,0 +1,45 @@
+#include "Server/DataModel/AssetType.h"
+
+#include "Server/DataModel/AssetEvents.h"
+
+#include <algorithm>
+
+namespace Vs {
+
+AssetTypeMgr* AssetTypeMgr::get()
+{
+    static AssetTypeMgr manager;
+    return &manager;
+}
+
+AssetType* AssetTypeMgr::assetType(unsigned index) const
+{
+    return index < m_types.size() ? m_types[index] : nullptr;
+}
+
+AssetType* AssetTypeMgr::assetType(const std::string& identifier) const
+{
+    const auto found = std::find_if(m_types.begin(), m_types.end(),
+                                    [&](const AssetType* type) { return type->identifier() == identifier; });
+    return found == m_types.end() ? nullptr : *found;
+}
+
+bool AssetTypeMgr::registerType(AssetType* type)
+{
+    if (!type || type->identifier().empty() || assetType(type->identifier()))
+        return false;
+    m_types.push_back(type);
+    AssetTypeEvent event(type);
+    AssetEventSource::get()->fireAssetTypeRegistered(&event);
+    return true;
+}
+
+void AssetTypeMgr::unregisterType(AssetType* type)
+{
+    if (std::erase(m_types, type) == 0)
+        return;
+    AssetTypeEvent event(type);
+    AssetEventSource::get()->fireAssetTypeUnregistered(&event);
+}
+
+} // namespace Vs

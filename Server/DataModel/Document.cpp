@@ -1,0 +1,127 @@
+#include "Server/DataModel/Document.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/DocumentEvents.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/Types/Uuid.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace Vs {
+
+Document::Document(DocumentType* type, const std::wstring& displayName)
+    : m_identifier(makeUuid()), m_type(type), m_displayName(displayName)
+{
+}
+
+Document::~Document()
+{
+    // Hidden assets go before the ones that they belong to.
+    for (auto* list : {&m_hiddenAssets, &m_assets})
+        while (!list->empty()) {
+            AssetEvent event(list->back().get(), Timing::Before);
+            AssetEventSource::get()->fireAssetClosed(&event);
+            list->pop_back();
+        }
+}
+
+Asset* Document::adopt(std::unique_ptr<Asset> asset)
+{
+    auto& list = asset->isVisible() ? m_assets : m_hiddenAssets;
+    list.push_back(std::move(asset));
+    return list.back().get();
+}
+
+void Document::activeAsset(Asset* asset)
+{
+    const bool ours = std::any_of(m_assets.begin(), m_assets.end(),
+                                  [&](const auto& candidate) { return candidate.get() == asset; });
+    if (!ours || asset == m_activeAsset)
+        return;
+    m_activeAsset = asset;
+    DocumentEvent event(this);
+    DocumentEventSource::get()->fireDocumentActiveAssetChanged(&event);
+}
+
+void Document::path(const std::wstring& path)
+{
+    m_path = path;
+    if (!path.empty())
+        displayName(boost::filesystem::path(path).stem().wstring());
+}
+
+std::wstring Document::bestPath() const
+{
+    if (!m_path.empty())
+        return m_path;
+    return m_importedFrom.empty() ? m_displayName : m_importedFrom;
+}
+
+void Document::displayName(const std::wstring& name)
+{
+    if (name == m_displayName)
+        return;
+    m_displayName = name;
+    DocumentEvent event(this, Timing::Notification);
+    DocumentEventSource::get()->fireDocumentUpdated(&event);
+}
+
+bool Document::isDirty(bool includeReferenced) const
+{
+    const auto dirty = [&](const auto& asset) { return asset->isDirty(includeReferenced); };
+    return std::any_of(m_assets.begin(), m_assets.end(), dirty) ||
+           std::any_of(m_hiddenAssets.begin(), m_hiddenAssets.end(), dirty);
+}
+
+void Document::addLock(const UniqueString* source)
+{
+    ++m_locks[source];
+}
+
+void Document::releaseLock(const UniqueString* source)
+{
+    const auto lock = m_locks.find(source);
+    if (lock == m_locks.end())
+        return;
+    if (--lock->second == 0)
+        m_locks.erase(lock);
+    if (m_locks.empty() && !m_closing)
+        DocumentMgr::get()->close(this);
+}
+
+unsigned Document::locks() const
+{
+    return std::accumulate(m_locks.begin(), m_locks.end(), 0u,
+                           [](unsigned sum, const auto& lock) { return sum + lock.second; });
+}
+
+std::wstring Document::uniqueAssetName(const std::wstring& name) const
+{
+    const auto taken = [&](const std::wstring& candidate) {
+        const auto same = [&](const auto& asset) { return asset->name() == candidate; };
+        return std::any_of(m_assets.begin(), m_assets.end(), same) ||
+               std::any_of(m_hiddenAssets.begin(), m_hiddenAssets.end(), same);
+    };
+    std::wstring candidate = name;
+    for (unsigned number = 1; taken(candidate); ++number)
+        candidate = name + std::to_wstring(number);
+    return candidate;
+}
+
+Asset* Document::bestAsset(const std::wstring& name) const
+{
+    std::vector<Asset*> all;
+    for (const auto* list : {&m_assets, &m_hiddenAssets})
+        for (const auto& asset : *list)
+            all.push_back(asset.get());
+    for (Asset* asset : all)
+        if (asset->name() == name || fromUuid(asset->guid()) == name)
+            return asset;
+    const auto begins = [&](const Asset* asset) { return !name.empty() && asset->name().starts_with(name); };
+    const auto first = std::find_if(all.begin(), all.end(), begins);
+    return std::count_if(all.begin(), all.end(), begins) == 1 ? *first : nullptr;
+}
+
+} // namespace Vs

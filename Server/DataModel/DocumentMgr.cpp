@@ -1,0 +1,177 @@
+#include "Server/DataModel/DocumentMgr.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentEvents.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+
+namespace Vs {
+
+namespace fs = boost::filesystem;
+
+namespace {
+
+// Paths come in from commands as they were typed: compared after they were made absolute and free of "." and
+// "..".
+fs::path normal(const std::wstring& text)
+{
+    boost::system::error_code error;
+    const fs::path absolute = fs::absolute(fs::path(text)).lexically_normal();
+    const fs::path canonical = fs::weakly_canonical(absolute, error);
+    return error ? absolute : canonical;
+}
+
+Document* onlyOne(const std::vector<Document*>& found)
+{
+    return found.size() == 1 ? found.front() : nullptr;
+}
+
+} // namespace
+
+DocumentMgr* DocumentMgr::get()
+{
+    static DocumentMgr manager;
+    return &manager;
+}
+
+Document* DocumentMgr::document(const std::wstring& path) const
+{
+    if (path.empty())
+        return nullptr;
+    const fs::path wanted = normal(path);
+    std::vector<Document*> sameName;
+    for (const auto& document : m_documents) {
+        if (!document->isOnDisk())
+            continue;
+        if (normal(document->path()) == wanted)
+            return document.get();
+        if (fs::path(document->path()).filename().wstring() == path)
+            sameName.push_back(document.get());
+    }
+    return onlyOne(sameName);
+}
+
+Document* DocumentMgr::bestDocument(const std::wstring& text) const
+{
+    if (Document* byPath = document(text))
+        return byPath;
+    if (text.empty())
+        return nullptr;
+    const fs::path wanted = normal(text);
+    std::vector<Document*> named, sourceNamed;
+    for (const auto& document : m_documents) {
+        const std::wstring& source = document->importedFrom();
+        if (!source.empty() && normal(source) == wanted)
+            return document.get();
+        if (document->displayName() == text)
+            named.push_back(document.get());
+        if (!source.empty() && fs::path(source).filename().wstring() == text)
+            sourceNamed.push_back(document.get());
+    }
+    Document* byName = onlyOne(named);
+    return byName ? byName : onlyOne(sourceNamed);
+}
+
+Document* DocumentMgr::create(AssetType* type, Status& status)
+{
+    if (!type) {
+        status.addError(L"A new document needs an asset type.");
+        return nullptr;
+    }
+    DocumentType* documentType = this->documentType(type->defaultDocType());
+    if (!documentType) {
+        status.addError(L"The asset type \"" + type->name() + L"\" belongs to the document type \"" +
+                        Strings::widen(type->defaultDocType()) + L"\", which isn't registered.");
+        return nullptr;
+    }
+    const std::wstring name = L"Untitled" + std::to_wstring(++m_untitled);
+    m_documents.push_back(std::unique_ptr<Document>(new Document(documentType, name)));
+    Document* document = m_documents.back().get();
+    Asset::create(document, type->name(), type);
+    DocumentEvent event(document);
+    DocumentEventSource::get()->fireDocumentCreated(&event);
+    return document;
+}
+
+Document* DocumentMgr::open(const std::wstring& path, Status& status)
+{
+    if (Document* open = document(path))
+        return open;
+    boost::system::error_code error;
+    const fs::file_status kind = fs::status(fs::path(path), error);
+    if (kind.type() == fs::file_not_found)
+        status.addError(L"The file \"" + path + L"\" doesn't exist.");
+    else if (fs::is_directory(kind))
+        status.addError(L"\"" + path + L"\" is a folder, not a file.");
+    else if (error)
+        status.addError(L"The file \"" + path + L"\" can't be read: " + Strings::widen(error.message()) +
+                        L".");
+    else
+        status.addError(L"The file \"" + path + L"\" is of no kind that this program can open.");
+    return nullptr;
+}
+
+void DocumentMgr::close(Document* document)
+{
+    const auto found = std::find_if(m_documents.begin(), m_documents.end(),
+                                    [&](const auto& candidate) { return candidate.get() == document; });
+    if (found == m_documents.end() || document->m_closing)
+        return;
+    document->m_closing = true;
+    DocumentEvent before(document, Timing::Before);
+    DocumentEventSource::get()->fireDocumentClosed(&before);
+
+    // A site of the first event may have closed or opened other documents.
+    const auto still = std::find_if(m_documents.begin(), m_documents.end(),
+                                    [&](const auto& candidate) { return candidate.get() == document; });
+    const std::unique_ptr<Document> owned = std::move(*still);
+    m_documents.erase(still);
+    if (m_activeAsset && m_activeAsset->document() == document)
+        m_activeAsset = nullptr;
+    DocumentEvent after(document, Timing::After);
+    DocumentEventSource::get()->fireDocumentClosed(&after);
+}
+
+DocumentType* DocumentMgr::documentType(const std::string& identifier) const
+{
+    const auto found = std::find_if(m_types.begin(), m_types.end(), [&](const DocumentType* type) {
+        return type->identifier() == identifier;
+    });
+    return found == m_types.end() ? nullptr : *found;
+}
+
+bool DocumentMgr::registerDocumentType(DocumentType* type)
+{
+    if (!type || type->identifier().empty() || documentType(type->identifier()))
+        return false;
+    m_types.push_back(type);
+    return true;
+}
+
+void DocumentMgr::unregisterDocumentType(DocumentType* type)
+{
+    std::erase(m_types, type);
+}
+
+void DocumentMgr::getUnreferencedAssets(std::vector<Asset*>& assets) const
+{
+    // A visible asset is referred to by its document's list, a hidden one by its parent or by whoever shows
+    // it; what remains are hidden assets whose parent's document has no other use for them.
+    for (const auto& document : m_documents)
+        for (unsigned i = 0; i < document->hiddenAssets(); ++i) {
+            Asset* hidden = document->hiddenAsset(i);
+            bool referenced = hidden->parent() != nullptr;
+            for (unsigned k = 0; k < document->assets() && !referenced; ++k)
+                for (unsigned r = 0; r < document->asset(k)->refdAssets(); ++r)
+                    referenced |= document->asset(k)->refdAsset(r) == hidden;
+            if (!referenced)
+                assets.push_back(hidden);
+        }
+}
+
+} // namespace Vs

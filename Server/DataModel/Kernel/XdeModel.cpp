@@ -1,0 +1,291 @@
+#include "Server/DataModel/Kernel/XdeModel.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Kernel/Mesher.h"
+#include "Server/DataModel/Kernel/XdeTree.h"
+
+#include <Quantity_ColorRGBA.hxx>
+
+#include <BRepBuilderAPI_Copy.hxx>
+#include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepPrimAPI_MakeCylinder.hxx>
+#include <BRepPrimAPI_MakeSphere.hxx>
+#include <BinXCAFDrivers.hxx>
+#include <Message.hxx>
+#include <Message_Messenger.hxx>
+#include <Standard_Failure.hxx>
+#include <TCollection_ExtendedString.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <TDataStd_Name.hxx>
+#include <XCAFApp_Application.hxx>
+#include <XCAFDoc_ColorTool.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_Editor.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+
+#include <istream>
+#include <mutex>
+#include <ostream>
+#include <stdexcept>
+
+namespace Vs::Kernel {
+
+namespace {
+
+constexpr int kUndoSteps = 100;
+
+const Handle(XCAFApp_Application) & application()
+{
+    static const Handle(XCAFApp_Application) instance = [] {
+        // The kernel talks to standard output, which belongs to the user.
+        Message::DefaultMessenger()->ChangePrinters().Clear();
+        Handle(XCAFApp_Application) made = XCAFApp_Application::GetApplication();
+        BinXCAFDrivers::DefineFormat(made);
+        return made;
+    }();
+    return instance;
+}
+
+// The application's list of documents isn't made for several threads.
+std::mutex& applicationMutex()
+{
+    static std::mutex mutex;
+    return mutex;
+}
+
+class MemoryBuffer : public std::streambuf
+{
+public:
+    explicit MemoryBuffer(std::string_view bytes)
+    {
+        char* begin = const_cast<char*>(bytes.data());
+        setg(begin, begin, begin + bytes.size());
+    }
+
+private:
+    pos_type seekoff(off_type offset, std::ios_base::seekdir direction, std::ios_base::openmode) override
+    {
+        char* base = direction == std::ios_base::beg   ? eback()
+                     : direction == std::ios_base::cur ? gptr()
+                                                       : egptr();
+        if (base + offset < eback() || base + offset > egptr())
+            return pos_type(off_type(-1));
+        setg(eback(), base + offset, egptr());
+        return gptr() - eback();
+    }
+    pos_type seekpos(pos_type position, std::ios_base::openmode mode) override
+    {
+        return seekoff(off_type(position), std::ios_base::beg, mode);
+    }
+};
+
+// The kernel's exceptions, as the ones that the rest of the program knows.
+template <class Work>
+auto guarded(Work&& work)
+{
+    try {
+        return work();
+    } catch (const Standard_Failure& failure) {
+        const char* text = failure.GetMessageString();
+        throw std::runtime_error("the geometry kernel failed: " +
+                                 std::string(text && *text ? text : failure.DynamicType()->Name()));
+    }
+}
+
+TCollection_ExtendedString extended(const std::wstring& text)
+{
+    return TCollection_ExtendedString(Strings::narrow(text).c_str(), true);
+}
+
+TDF_Label bodyLabel(const Handle(TDocStd_Document) & document, const std::string& entry)
+{
+    const TDF_Label label = labelOf(document, entry);
+    if (label.IsNull() || bodyShape(label).IsNull())
+        throw std::runtime_error("its shape isn't in the model any more");
+    return label;
+}
+
+TopoDS_Shape primitive(ModelKernel::Primitive kind, const double (&sizes)[3])
+{
+    switch (kind) {
+    case ModelKernel::Primitive::Box:
+        return BRepPrimAPI_MakeBox(sizes[0], sizes[1], sizes[2]).Shape();
+    case ModelKernel::Primitive::Cylinder:
+        return BRepPrimAPI_MakeCylinder(sizes[0], sizes[1]).Shape();
+    case ModelKernel::Primitive::Sphere:
+        return BRepPrimAPI_MakeSphere(sizes[0]).Shape();
+    }
+    throw std::runtime_error("unknown kind of primitive");
+}
+
+} // namespace
+
+XdeModel::XdeModel()
+{
+    const std::lock_guard lock(applicationMutex());
+    application()->NewDocument("BinXCAF", m_document);
+    m_document->SetUndoLimit(kUndoSteps);
+}
+
+XdeModel::XdeModel(std::string_view bytes)
+{
+    guarded([&] {
+        MemoryBuffer buffer(bytes);
+        std::istream stream(&buffer);
+        const std::lock_guard lock(applicationMutex());
+        const PCDM_ReaderStatus status = application()->Open(stream, m_document);
+        if (status != PCDM_RS_OK || m_document.IsNull())
+            throw std::runtime_error("the model's data can't be read (reason " + std::to_string(status) +
+                                     ")");
+        m_document->SetUndoLimit(kUndoSteps);
+    });
+}
+
+XdeModel::~XdeModel()
+{
+    const std::lock_guard lock(applicationMutex());
+    if (!m_document.IsNull())
+        application()->Close(m_document);
+}
+
+void XdeModel::write(std::ostream& stream)
+{
+    guarded([&] {
+        const std::lock_guard lock(applicationMutex());
+        const PCDM_StoreStatus status = application()->SaveAs(m_document, stream);
+        if (status != PCDM_SS_OK || !stream)
+            throw std::runtime_error("the model's data can't be written (reason " + std::to_string(status) +
+                                     ")");
+    });
+}
+
+PartTree XdeModel::tree()
+{
+    return guarded([&] { return readXdeTree(m_document).tree; });
+}
+
+std::shared_ptr<const BodyMesh> XdeModel::mesh(const std::string& entry,
+                                               const TranslatorRefinement& refinement)
+{
+    return guarded([&] {
+        const TDF_Label label = bodyLabel(m_document, entry);
+        TopoDS_Shape shape = bodyShape(label);
+        // A mesh of another fineness must not take the place of the one that is shown.
+        if (refinement != TranslatorRefinement{})
+            shape = BRepBuilderAPI_Copy(shape, false, false).Shape();
+        meshShape(shape, refinement);
+        if (!hasTriangles(shape))
+            shape = bodyShape(label);
+        return std::make_shared<const BodyMesh>(extractMesh(shape, bodyColours(label)));
+    });
+}
+
+BodyProperties XdeModel::properties(const std::string& entry)
+{
+    return guarded([&] { return measureShape(bodyShape(bodyLabel(m_document, entry))); });
+}
+
+std::string XdeModel::addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,
+                                   const std::wstring& name, const std::optional<Colour>& colour)
+{
+    return guarded([&] {
+        const Handle(XCAFDoc_ShapeTool) tool = XCAFDoc_DocumentTool::ShapeTool(m_document->Main());
+        const TDF_Label part = tool->AddShape(primitive(kind, sizes), false, false);
+        TDataStd_Name::Set(part, extended(name));
+        if (colour)
+            XCAFDoc_DocumentTool::ColorTool(m_document->Main())
+                ->SetColor(part, Quantity_ColorRGBA(colour->r, colour->g, colour->b, colour->a),
+                           XCAFDoc_ColorSurf);
+        const TopLoc_Location location(toMotion(placement));
+        if (location.IsIdentity())
+            return entryOf(part);
+        // A placed part is a reference to the part, as it is in an assembly.
+        const TDF_Label placed = tool->AddShape(bodyShape(part).Located(location), false, false);
+        TDataStd_Name::Set(placed, extended(name));
+        return entryOf(placed);
+    });
+}
+
+void XdeModel::insert(ModelKernel& other)
+{
+    auto* source = dynamic_cast<XdeModel*>(&other);
+    if (!source)
+        throw std::runtime_error("the other model is of another kernel");
+    guarded([&] {
+        TDF_LabelSequence roots;
+        XCAFDoc_DocumentTool::ShapeTool(source->m_document->Main())->GetFreeShapes(roots);
+        if (!XCAFDoc_Editor::Extract(roots, XCAFDoc_DocumentTool::ShapesLabel(m_document->Main())))
+            throw std::runtime_error("the parts can't be taken over");
+    });
+}
+
+void XdeModel::begin()
+{
+    m_document->NewCommand();
+}
+
+bool XdeModel::commit(const std::wstring& name)
+{
+    if (!m_document->CommitCommand())
+        return false;
+    m_redoNames.clear();
+    m_undoNames.push_back(name);
+    while (m_undoNames.size() > static_cast<size_t>(m_document->GetAvailableUndos()))
+        m_undoNames.pop_front();
+    return true;
+}
+
+void XdeModel::abort()
+{
+    m_document->AbortCommand();
+}
+
+bool XdeModel::undo()
+{
+    if (m_undoNames.empty() || !m_document->Undo())
+        return false;
+    m_redoNames.push_back(std::move(m_undoNames.back()));
+    m_undoNames.pop_back();
+    return true;
+}
+
+bool XdeModel::redo()
+{
+    if (m_redoNames.empty() || !m_document->Redo())
+        return false;
+    m_undoNames.push_back(std::move(m_redoNames.back()));
+    m_redoNames.pop_back();
+    return true;
+}
+
+unsigned XdeModel::undoSteps() const
+{
+    return static_cast<unsigned>(m_undoNames.size());
+}
+
+unsigned XdeModel::redoSteps() const
+{
+    return static_cast<unsigned>(m_redoNames.size());
+}
+
+std::wstring XdeModel::undoName() const
+{
+    return m_undoNames.empty() ? std::wstring() : m_undoNames.back();
+}
+
+std::wstring XdeModel::redoName() const
+{
+    return m_redoNames.empty() ? std::wstring() : m_redoNames.back();
+}
+
+} // namespace Vs::Kernel
+
+extern "C" Vs::ModelKernel* quilletMakeModel()
+{
+    return new Vs::Kernel::XdeModel;
+}
+
+extern "C" Vs::ModelKernel* quilletReadModel(const char* bytes, size_t size)
+{
+    return new Vs::Kernel::XdeModel(std::string_view(bytes, size));
+}

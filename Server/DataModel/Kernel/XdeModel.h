@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Server/DataModel/Model/ModelKernel.h"
+
+#include <TDocStd_Document.hxx>
+#include <TopoDS_Shape.hxx>
+
+#include <deque>
+#include <string_view>
+
+namespace Vs::Kernel {
+
+/// An asset's model as an XDE document: labels of shapes with names, colours and places, and the kernel's own
+/// transactions with deltas.
+class XdeModel : public ModelKernel
+{
+public:
+    XdeModel();
+    explicit XdeModel(std::string_view bytes);
+    ~XdeModel() override;
+
+    const Handle(TDocStd_Document) & document() const { return m_document; }
+
+    void write(std::ostream& stream) override;
+    PartTree tree() override;
+    std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
+                                         const TranslatorRefinement& refinement) override;
+    BodyProperties properties(const std::string& entry) override;
+    std::string addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,
+                             const std::wstring& name, const std::optional<Colour>& colour) override;
+    void insert(ModelKernel& other) override;
+    void begin() override;
+    bool commit(const std::wstring& name) override;
+    void abort() override;
+    bool undo() override;
+    bool redo() override;
+    unsigned undoSteps() const override;
+    unsigned redoSteps() const override;
+    std::wstring undoName() const override;
+    std::wstring redoName() const override;
+
+private:
+    Handle(TDocStd_Document) m_document;
+    std::deque<std::wstring> m_undoNames; ///< The last is the next to be undone.
+    std::deque<std::wstring> m_redoNames; ///< The last is the next to be redone.
+};
+
+/// The properties of a shape, at a relative error of 1e-6.
+BodyProperties measureShape(const TopoDS_Shape& shape);
+
+} // namespace Vs::Kernel

@@ -1,0 +1,190 @@
+#include "Server/DataModel/Kernel/XdeTree.h"
+
+#include "Server/Base/Strings.h"
+
+#include <Quantity_ColorRGBA.hxx>
+
+#include <BRep_TFace.hxx>
+#include <TCollection_AsciiString.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <TDF_Tool.hxx>
+#include <TDataStd_Name.hxx>
+#include <TopLoc_Location.hxx>
+#include <XCAFDoc_Color.hxx>
+#include <XCAFDoc_ColorTool.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <gp_Trsf.hxx>
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace Vs::Kernel {
+
+namespace {
+
+std::wstring nameOf(const TDF_Label& label)
+{
+    Handle(TDataStd_Name) name;
+    if (!label.FindAttribute(TDataStd_Name::GetID(), name))
+        return {};
+    const TCollection_AsciiString utf8(name->Get());
+    return Strings::widen({utf8.ToCString(), static_cast<size_t>(utf8.Length())});
+}
+
+// Names that writers of exchange files make up where the designer gave none.
+bool isMadeUp(const std::wstring& name)
+{
+    return name.empty() || name.starts_with(L"NAUO") || name.starts_with(L"=>[");
+}
+
+std::optional<Colour> colourOf(const TDF_Label& label)
+{
+    for (const XCAFDoc_ColorType type : {XCAFDoc_ColorSurf, XCAFDoc_ColorGen}) {
+        TDF_Label colourLabel;
+        Handle(XCAFDoc_Color) colour;
+        if (XCAFDoc_ColorTool::GetColor(label, type, colourLabel) &&
+            colourLabel.FindAttribute(XCAFDoc_Color::GetID(), colour)) {
+            const Quantity_ColorRGBA& found = colour->GetColorRGBA();
+            const Quantity_Color& rgb = found.GetRGB();
+            return Colour{static_cast<float>(rgb.Red()), static_cast<float>(rgb.Green()),
+                          static_cast<float>(rgb.Blue()), found.Alpha()};
+        }
+    }
+    return std::nullopt;
+}
+
+class TreeReader
+{
+public:
+    explicit TreeReader(XdeTree& result) : m_result(result) {}
+
+    PartTree::Node visit(const TDF_Label& label, const std::string& prefix, int depth)
+    {
+        PartTree::Node node;
+        node.id = prefix + entryOf(label);
+        node.name = nameOf(label);
+        TDF_Label what = label;
+        if (XCAFDoc_ShapeTool::IsReference(label)) {
+            node.placement = toMatrix(XCAFDoc_ShapeTool::GetLocation(label).Transformation());
+            node.colour = colourOf(label);
+            XCAFDoc_ShapeTool::GetReferredShape(label, what);
+        }
+        if (isMadeUp(node.name))
+            node.name = nameOf(what);
+        // An assembly that contains itself is no tree; it ends here.
+        if (XCAFDoc_ShapeTool::IsAssembly(what) && depth < kDeepestTree) {
+            if (!node.colour)
+                node.colour = colourOf(what);
+            TDF_LabelSequence components;
+            XCAFDoc_ShapeTool::GetComponents(what, components);
+            for (const TDF_Label& component : components)
+                node.children.push_back(visit(component, node.id + "/", depth + 1));
+        } else {
+            node.body = body(what);
+            const TopLoc_Location own = XCAFDoc_ShapeTool::GetShape(what).Location();
+            if (!own.IsIdentity())
+                node.placement = node.placement * toMatrix(own.Transformation());
+        }
+        return node;
+    }
+
+private:
+    static constexpr int kDeepestTree = 500;
+
+    int body(const TDF_Label& label)
+    {
+        const std::string entry = entryOf(label);
+        const auto [known, fresh] =
+            m_bodies.try_emplace(entry, static_cast<int>(m_result.tree.bodies.size()));
+        if (fresh) {
+            PartTree::Body body;
+            body.entry = entry;
+            body.name = nameOf(label);
+            body.colour = colourOf(label).value_or(Colour{});
+            m_result.shapes.push_back(bodyShape(label));
+            body.revision = reinterpret_cast<uintptr_t>(m_result.shapes.back().TShape().get());
+            m_result.tree.bodies.push_back(std::move(body));
+            m_result.colours.push_back(bodyColours(label));
+        }
+        return known->second;
+    }
+
+    XdeTree& m_result;
+    std::unordered_map<std::string, int> m_bodies;
+};
+
+} // namespace
+
+XdeTree readXdeTree(const Handle(TDocStd_Document) & document)
+{
+    XdeTree result;
+    TreeReader reader(result);
+    TDF_LabelSequence roots;
+    XCAFDoc_DocumentTool::ShapeTool(document->Main())->GetFreeShapes(roots);
+    for (const TDF_Label& root : roots)
+        result.tree.roots.push_back(reader.visit(root, {}, 0));
+    return result;
+}
+
+TopoDS_Shape bodyShape(const TDF_Label& label)
+{
+    const TopoDS_Shape shape = XCAFDoc_ShapeTool::GetShape(label);
+    return shape.IsNull() ? shape : shape.Located(TopLoc_Location());
+}
+
+ShapeColours bodyColours(const TDF_Label& label)
+{
+    ShapeColours colours;
+    TDF_LabelSequence parts;
+    if (!XCAFDoc_ShapeTool::GetSubShapes(label, parts))
+        return colours;
+    const TopLoc_Location own = XCAFDoc_ShapeTool::GetShape(label).Location();
+    for (const TDF_Label& part : parts) {
+        const std::optional<Colour> colour = colourOf(part);
+        TopoDS_Shape shape = XCAFDoc_ShapeTool::GetShape(part);
+        if (!colour || shape.IsNull())
+            continue;
+        if (!own.IsIdentity())
+            shape.Location(own.Inverted() * shape.Location());
+        colours.entries.push_back({shape, *colour});
+    }
+    // Solids before shells before faces: the order of the kernel's kinds of shapes.
+    std::stable_sort(colours.entries.begin(), colours.entries.end(),
+                     [](const auto& a, const auto& b) { return a.part.ShapeType() < b.part.ShapeType(); });
+    return colours;
+}
+
+std::string entryOf(const TDF_Label& label)
+{
+    TCollection_AsciiString entry;
+    TDF_Tool::Entry(label, entry);
+    return entry.ToCString();
+}
+
+TDF_Label labelOf(const Handle(TDocStd_Document) & document, const std::string& entry)
+{
+    TDF_Label label;
+    TDF_Tool::Label(document->GetData(), entry.c_str(), label, false);
+    return label;
+}
+
+GkMatrix3d toMatrix(const gp_Trsf& motion)
+{
+    GkMatrix3d matrix;
+    for (int row = 0; row < 3; ++row)
+        for (int column = 0; column < 4; ++column)
+            matrix.entry[row][column] = motion.Value(row + 1, column + 1);
+    return matrix;
+}
+
+gp_Trsf toMotion(const GkMatrix3d& matrix)
+{
+    gp_Trsf motion;
+    const auto& m = matrix.entry;
+    motion.SetValues(m[0][0], m[0][1], m[0][2], m[0][3], m[1][0], m[1][1], m[1][2], m[1][3], m[2][0], m[2][1],
+                     m[2][2], m[2][3]);
+    return motion;
+}
+
+} // namespace Vs::Kernel

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Server/DataModel/Model/PartTree.h"
+
+#include <TDF_Label.hxx>
+#include <TDocStd_Document.hxx>
+#include <TopoDS_Shape.hxx>
+
+#include <string>
+#include <vector>
+
+namespace Vs::Kernel {
+
+/// The colours that parts of a shape have of their own, the more special one behind the more general.
+struct ShapeColours
+{
+    struct Entry
+    {
+        TopoDS_Shape part;
+        Colour colour;
+    };
+    std::vector<Entry> entries;
+};
+
+/// A component tree as the labels of an XDE document tell it, and the shapes of its bodies.
+struct XdeTree
+{
+    PartTree tree;
+    /// For each of the tree's bodies: its shape, without a location of its own.
+    std::vector<TopoDS_Shape> shapes;
+    std::vector<ShapeColours> colours;
+};
+
+XdeTree readXdeTree(const Handle(TDocStd_Document) & document);
+
+/// The shape of one body, without a location of its own, and its colours.
+TopoDS_Shape bodyShape(const TDF_Label& label);
+ShapeColours bodyColours(const TDF_Label& label);
+
+std::string entryOf(const TDF_Label& label);
+TDF_Label labelOf(const Handle(TDocStd_Document) & document, const std::string& entry);
+
+GkMatrix3d toMatrix(const gp_Trsf& motion);
+/// The motion that a rigid matrix describes; throws Standard_Failure if it is none.
+gp_Trsf toMotion(const GkMatrix3d& matrix);
+
+} // namespace Vs::Kernel

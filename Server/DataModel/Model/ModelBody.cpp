@@ -1,0 +1,59 @@
+#include "Server/DataModel/Model/ModelBody.h"
+
+#include "Server/Base/Strings.h"
+
+#include <stdexcept>
+
+namespace Vs {
+
+std::shared_ptr<const BodyMesh> ModelBody::mesh() const
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_meshAsked) {
+        m_meshAsked = true;
+        try {
+            m_mesh = m_fileIndex >= 0 ? m_source->file->mesh(m_fileIndex) : meshFor({});
+        } catch (const std::runtime_error&) {
+            // A shape that the kernel can't mesh is shown as nothing.
+        }
+        if (!m_mesh)
+            m_mesh = std::make_shared<BodyMesh>();
+    }
+    return m_mesh;
+}
+
+bool ModelBody::update(const PartTree::Body& part)
+{
+    const bool changed = part.name != m_part.name || part.colour != m_part.colour;
+    m_part = part;
+    return changed;
+}
+
+std::shared_ptr<const BodyMesh> ModelBody::meshFor(const TranslatorRefinement& refinement) const
+{
+    return m_source->withKernel([&](ModelKernel& kernel) { return kernel.mesh(m_part.entry, refinement); });
+}
+
+std::optional<BodyProperties> ModelBody::properties(Status& status) const
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_properties) {
+        try {
+            m_properties =
+                m_source->withKernel([&](ModelKernel& kernel) { return kernel.properties(m_part.entry); });
+        } catch (const std::runtime_error& error) {
+            status.addError(L"\"" + m_part.name + L"\" can't be measured: " + Strings::widen(error.what()));
+        }
+    }
+    return m_properties;
+}
+
+std::optional<BodyProperties> bodyProperties(const Body& body, Status& status)
+{
+    if (const auto* modelBody = cast<ModelBody>(&body))
+        return modelBody->properties(status);
+    status.addError(L"\"" + body.name() + L"\" has no exact geometry to be measured.");
+    return std::nullopt;
+}
+
+} // namespace Vs

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Server/Body/Body.h"
+#include "Server/Body/BodyProperties.h"
+#include "Server/DataModel/Model/ModelData.h"
+
+#include <mutex>
+#include <optional>
+
+namespace Vs {
+
+/// A body of an asset's model. Its mesh is copied out of the model's file, or made by the kernel, at the
+/// first call.
+class ModelBody : public Implements<ModelBody, Body>
+{
+public:
+    /// `fileIndex` is the body's place in the source's file; -1 if it is in none.
+    ModelBody(std::shared_ptr<ModelSource> source, const PartTree::Body& part, int fileIndex)
+        : m_source(std::move(source)), m_part(part), m_fileIndex(fileIndex)
+    {
+    }
+
+    const std::wstring& name() const override { return m_part.name; }
+    Colour colour() const override { return m_part.colour; }
+    std::shared_ptr<const BodyMesh> mesh() const override;
+
+    const std::string& entry() const { return m_part.entry; }
+    uint64_t revision() const { return m_part.revision; }
+    void revision(uint64_t revision) { m_part.revision = revision; }
+    /// Takes over name and colour; true if anything is new.
+    bool update(const PartTree::Body& part);
+
+    std::optional<BodyProperties> properties(Status& status) const;
+    /// A mesh of another fineness, made for the caller alone. Throws std::runtime_error.
+    std::shared_ptr<const BodyMesh> meshFor(const TranslatorRefinement& refinement) const;
+
+private:
+    std::shared_ptr<ModelSource> m_source;
+    PartTree::Body m_part;
+    int m_fileIndex;
+    mutable std::mutex m_mutex;
+    mutable bool m_meshAsked = false;
+    mutable std::shared_ptr<const BodyMesh> m_mesh;
+    mutable std::optional<BodyProperties> m_properties;
+};
+
+} // namespace Vs

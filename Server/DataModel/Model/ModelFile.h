@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Server/DataModel/Model/PartTree.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+#include <xxhash.h>
+
+namespace Vs {
+
+class ModelFileWriter;
+
+/// A model on disk, ready to be shown: the component tree and the meshes of its bodies as they lie in memory,
+/// and behind them the exact data of ModelKernel::write. It is mapped, so that only what is used is read.
+///
+/// Layout, little-endian: a header of fixed size; the meshes, each aligned to 16 bytes; the index (tree,
+/// bodies, warnings); the exact data. The header holds the place and the hash of each.
+class ModelFile
+{
+public:
+    /// Maps the file and checks its header, its index and its hashes. Throws std::runtime_error with the
+    /// fault.
+    static std::shared_ptr<const ModelFile> open(const std::string& path);
+    ~ModelFile();
+    ModelFile(const ModelFile&) = delete;
+    ModelFile& operator=(const ModelFile&) = delete;
+
+    const PartTree& tree() const { return m_tree; }
+    /// What the one who made the file found to warn of.
+    const std::vector<std::wstring>& warnings() const { return m_warnings; }
+    /// Copies the mesh of a body out of the file; null if it has none. Safe from any thread.
+    std::shared_ptr<const BodyMesh> mesh(size_t body) const;
+    /// The exact data, after checking their hash; throws std::runtime_error if they are damaged. Valid as
+    /// long as this object lives.
+    std::string_view kernelData() const;
+
+private:
+    friend class ModelFileWriter;
+    ModelFile() = default;
+    void readIndex();
+
+    struct Header;
+    const char* m_data = nullptr;
+    size_t m_size = 0;
+    PartTree m_tree;
+    std::vector<std::wstring> m_warnings;
+    std::vector<std::pair<uint64_t, uint64_t>> m_meshes; // place and size
+};
+
+/// Writes a model file from front to back. Anything that fails throws std::runtime_error.
+class ModelFileWriter
+{
+public:
+    explicit ModelFileWriter(const std::string& path);
+    ~ModelFileWriter();
+    ModelFileWriter(const ModelFileWriter&) = delete;
+    ModelFileWriter& operator=(const ModelFileWriter&) = delete;
+
+    /// One call for each body, in the order of the tree's bodies; null for a body without a mesh.
+    void addMesh(const BodyMesh* mesh);
+    /// After the meshes.
+    void writeIndex(const PartTree& tree, const std::vector<std::wstring>& warnings);
+    /// After the index; what `ModelKernel::write` gave, in pieces.
+    void addKernelData(std::string_view bytes);
+    /// Completes the header and flushes the file to the disk's cache.
+    void finish();
+
+private:
+    void write(const void* data, size_t size);
+
+    std::string m_path;
+    std::FILE* m_file;
+    uint64_t m_position = 0;
+    XXH3_state_t* m_hash;
+    uint64_t m_indexPlace = 0, m_kernelPlace = 0, m_shownHash = 0;
+    std::vector<std::pair<uint64_t, uint64_t>> m_meshes;
+};
+
+} // namespace Vs

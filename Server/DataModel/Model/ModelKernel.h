@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Server/Body/BodyProperties.h"
+#include "Server/DataModel/Model/PartTree.h"
+#include "Server/DataModel/Translator.h"
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace Vs {
+
+/// The exact data of one asset, with its transactions. The geometry kernel behind it is a library of its own
+/// that is loaded when the first of these is made: a run that only shows and exports what it read before
+/// never needs it. Operations throw std::runtime_error with a message that can be shown. One thread at a
+/// time, except where said.
+class ModelKernel
+{
+public:
+    enum class Primitive { Box, Cylinder, Sphere };
+
+    /// An empty model.
+    static std::unique_ptr<ModelKernel> create();
+    /// The model that `write` wrote.
+    static std::unique_ptr<ModelKernel> read(std::string_view bytes);
+
+    virtual ~ModelKernel() = default;
+
+    virtual void write(std::ostream& stream) = 0;
+
+    virtual PartTree tree() = 0;
+    /// The mesh of a body, made if it isn't there yet.
+    virtual std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
+                                                 const TranslatorRefinement& refinement) = 0;
+    virtual BodyProperties properties(const std::string& entry) = 0;
+
+    /// Adds a part at the top of the tree, within a transaction. Sizes: dx, dy, dz; radius, height; radius.
+    /// Returns the new component's id.
+    virtual std::string addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,
+                                     const std::wstring& name, const std::optional<Colour>& colour) = 0;
+    /// Adds everything at the top of another model's tree to this one's, within a transaction.
+    virtual void insert(ModelKernel& other) = 0;
+
+    virtual void begin() = 0;
+    /// False if nothing was changed; there is no undo step then.
+    virtual bool commit(const std::wstring& name) = 0;
+    virtual void abort() = 0;
+    virtual bool undo() = 0;
+    virtual bool redo() = 0;
+    virtual unsigned undoSteps() const = 0;
+    virtual unsigned redoSteps() const = 0;
+    virtual std::wstring undoName() const = 0;
+    virtual std::wstring redoName() const = 0;
+};
+
+} // namespace Vs

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Server/Body/BodyMesh.h"
+#include "Server/Geometry/GkMatrix3d.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vs {
+
+/// A component tree as the model's data hold it, before it becomes Component objects.
+struct PartTree
+{
+    struct Body
+    {
+        std::string entry; ///< Where the shape stands in the model's data.
+        std::wstring name;
+        Colour colour;
+        uint64_t revision = 0; ///< Changes with the shape; 0 where the kernel hasn't looked yet.
+    };
+    struct Node
+    {
+        std::string id; ///< Component::id.
+        std::wstring name;
+        GkMatrix3d placement;
+        std::optional<Colour> colour;
+        int32_t body = -1; ///< Index into `bodies`, or -1 for an assembly.
+        bool visible = true;
+        std::vector<Node> children;
+    };
+
+    std::vector<Node> roots;
+    std::vector<Body> bodies;
+};
+
+} // namespace Vs

@@ -1,0 +1,118 @@
+#include "Server/DataModel/ModelBuilder.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Transaction.h"
+
+#include <cmath>
+#include <exception>
+#include <span>
+
+namespace Vs {
+
+namespace {
+
+constexpr double kSmallestSize = 1e-4; // mm
+constexpr double kLargestSize = 1e7;   // mm
+constexpr double kFarthestPlace = 1e9; // mm
+
+struct Size
+{
+    const wchar_t* name;
+    double value;
+};
+
+struct Kind
+{
+    ModelKernel::Primitive primitive;
+    const wchar_t* name;
+};
+
+bool checkSize(const Kind& kind, const Size& size, Status& status)
+{
+    if (std::isfinite(size.value) && size.value >= kSmallestSize && size.value <= kLargestSize)
+        return true;
+    status.addError(std::wstring(kind.name) + L": the " + size.name +
+                    L" must be a number of millimetres from 0.0001 to 10000000.");
+    return false;
+}
+
+// The kernel takes only motions: a scaled or sheared placement would change the shape itself.
+bool checkPlacement(const Kind& kind, const GkMatrix3d& m, Status& status)
+{
+    constexpr double kTolerance = 1e-9;
+    bool rigid = true;
+    for (int i = 0; i < 3; ++i)
+        for (int k = 0; k < 3; ++k) {
+            double dot = 0;
+            for (int row = 0; row < 3; ++row)
+                dot += m.entry[row][i] * m.entry[row][k];
+            rigid &= std::abs(dot - (i == k)) < kTolerance;
+        }
+    for (int row = 0; row < 3; ++row)
+        rigid &= std::abs(m.entry[row][3]) < kFarthestPlace;
+    if (rigid && m.det() > 0)
+        return true;
+    status.addError(std::wstring(kind.name) + L": the placement must be a motion, without scale or mirror.");
+    return false;
+}
+
+std::wstring numbered(const Asset& asset, const std::wstring& name)
+{
+    for (unsigned number = 1;; ++number) {
+        const std::wstring candidate = name + std::to_wstring(number);
+        bool taken = false;
+        for (const auto& child : asset.components()->children)
+            taken |= child->name == candidate;
+        if (!taken)
+            return candidate;
+    }
+}
+
+const Component* add(Asset* asset, const Kind& kind, std::span<const Size> sizes,
+                     const ModelBuilder::Look& look, Status& status)
+{
+    double values[3] = {};
+    for (size_t i = 0; i < sizes.size(); ++i) {
+        if (!checkSize(kind, sizes[i], status))
+            return nullptr;
+        values[i] = sizes[i].value;
+    }
+    if (!checkPlacement(kind, look.placement, status))
+        return nullptr;
+    const std::wstring name = look.name.empty() ? numbered(*asset, kind.name) : look.name;
+    try {
+        Transaction transaction(asset, kind.name);
+        const std::string id = asset->data().source().withKernel([&](ModelKernel& kernel) {
+            return kernel.addPrimitive(kind.primitive, values, look.placement, name, look.colour);
+        });
+        transaction.commit();
+        return asset->findComponent(id);
+    } catch (const std::exception& error) {
+        status.addError(std::wstring(kind.name) + L": " + Strings::widen(error.what()));
+        return nullptr;
+    }
+}
+
+} // namespace
+
+const Component* ModelBuilder::box(double dx, double dy, double dz, const Look& look, Status& status)
+{
+    const Size sizes[] = {{L"length", dx}, {L"width", dy}, {L"height", dz}};
+    return add(m_asset, {ModelKernel::Primitive::Box, L"Box"}, sizes, look, status);
+}
+
+const Component* ModelBuilder::cylinder(double radius, double height, const Look& look, Status& status)
+{
+    const Size sizes[] = {{L"radius", radius}, {L"height", height}};
+    return add(m_asset, {ModelKernel::Primitive::Cylinder, L"Cylinder"}, sizes, look, status);
+}
+
+const Component* ModelBuilder::sphere(double radius, const Look& look, Status& status)
+{
+    const Size sizes[] = {{L"radius", radius}};
+    return add(m_asset, {ModelKernel::Primitive::Sphere, L"Sphere"}, sizes, look, status);
+}
+
+} // namespace Vs

@@ -1,0 +1,15 @@
+#include "Server/DataModel/Translator.h"
+
+namespace Vs {
+
+std::unique_ptr<TranslatorOpenOptions> Translator::createOpenOptions() const
+{
+    return std::make_unique<TranslatorOpenOptions>();
+}
+
+std::unique_ptr<TranslatorSaveOptions> Translator::createSaveOptions() const
+{
+    return std::make_unique<TranslatorSaveOptions>();
+}
+
+} // namespace Vs
