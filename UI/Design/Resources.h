@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Server/Base/ResourceMgr.h"
+
+namespace Vu::Design {
+
+/// The design add-in's icons. The store owns them; they live until the process ends. Main thread only.
+class Resources : public Vs::ResourceMgr
+{
+public:
+    static Vs::ImageSetResource* Box();
+    static Vs::ImageSetResource* Cylinder();
+    static Vs::ImageSetResource* Sphere();
+    static Vs::ImageSetResource* Import();
+
+private:
+    Resources();
+    static Resources* get();
+};
+
+} // namespace Vu::Design
