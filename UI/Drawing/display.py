@@ -12,9 +12,9 @@ def style(name):
     return picture(f"Display/{name}")
 
 
-def faces(drawing, block):
-    return drawing.tint(block.top_face(), opacity=0.25).tint(block.front_face(), opacity=0.5) \
-        .tint(block.side_face(), opacity=0.85)
+def faces(drawing, block, strength=1.0):
+    drawing.tint(block.top_face(), opacity=0.25 * strength).tint(block.front_face(), opacity=0.5 * strength)
+    return drawing.tint(block.side_face(), opacity=0.85 * strength)
 
 
 block = Block()
@@ -23,7 +23,8 @@ style("WireframeHL").line(block.visible()).accent_dashed(block.hidden())
 style("WireframeHLR").line(block.visible())
 faces(style("Shaded"), block)
 faces(style("ShadedWithEdges"), block).line(block.visible())
-faces(style("ShadedHL"), block).line(block.visible()).dashed(block.hidden())
+# Paler, so that the hidden edges show through.
+faces(style("ShadedHL"), block, 0.4).line(block.visible()).dashed(block.hidden())
 style("Realistic").tint(circle(12, 10.5, 8), opacity=0.55) \
     .tint(area(*(on_ellipse(12, 10.5, 8, 8, a) for a in range(-20, 161, 10))), opacity=0.4) \
     .accent(circle(12, 10.5, 8)).line(arc(12, 10.5, 5, 190, 250)).shade(ellipse(13, 20.8, 8, 1.6), opacity=0.7)

@@ -7,7 +7,7 @@ amber is kept for "on" and for warnings.
 
 import math
 
-SLATE = "#6f8298"
+SLATE = "#6a7d94"
 BLUE = "#2f86e0"
 AMBER = "#c97a00"
 STROKE = 1.5
