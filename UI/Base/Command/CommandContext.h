@@ -1,0 +1,121 @@
+#pragma once
+
+#include "UI/Base/Command/CommandTypes.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace Vs {
+class Asset;
+class SerializableObject;
+class UniqueString;
+} // namespace Vs
+
+namespace Vu {
+
+class AssetSession;
+class CommandMgr;
+class Shell;
+class Workspace;
+
+/// With what a command is called: where, on which road, with which arguments. A value, cheap to copy: copies
+/// share their arguments until one of them is changed.
+class CommandContext
+{
+public:
+    /// The forms in which `argument` hands a value out.
+    enum class EArgType {
+        Object = 0, ///< `Vs::SerializableObject*`
+        Int = 1,    ///< `int`; a flag is 0 or 1
+        Double = 2, ///< `double`
+        String = 3, ///< `std::wstring`
+    };
+
+    /// Nothing active and no arguments.
+    CommandContext();
+    CommandContext(const CommandContext&);
+    CommandContext(CommandContext&&) noexcept;
+    CommandContext& operator=(const CommandContext&);
+    CommandContext& operator=(CommandContext&&) noexcept;
+    ~CommandContext();
+
+    /// A context of what is active now: asset session, shell, workspace.
+    static CommandContext activeContext();
+    /// The context of nothing, to copy from.
+    static const CommandContext& emptyContext();
+    /// The key of every file path: "Path".
+    static const Vs::UniqueString* pathArgumentName();
+
+    /// Adds an argument, in the place of one of the same key. The context shares the ownership of an object
+    /// that counts its references (Vs::SharedObject); any other object belongs to someone else and must
+    /// outlive the run. A null object adds nothing.
+    void addArgument(const Vs::UniqueString* key, Vs::SerializableObject* object);
+    void addArgument(const Vs::UniqueString* key, std::wstring text);
+    void addArgument(const Vs::UniqueString* key, const wchar_t* text)
+    {
+        addArgument(key, std::wstring(text));
+    }
+    void addArgument(const Vs::UniqueString* key, int value);
+    void addArgument(const Vs::UniqueString* key, bool value) { addArgument(key, value ? 1 : 0); }
+    void addArgument(const Vs::UniqueString* key, double value);
+    void removeArgument(const Vs::UniqueString* key);
+
+    /// The argument as an object; null if it is absent or none.
+    Vs::SerializableObject* argument(const Vs::UniqueString* key) const;
+
+    /// Reads the argument into the variable of the type's form at `value`. Numbers convert to each other
+    /// where nothing is lost, a text that reads as a number converts to it, and everything but an object
+    /// converts to text. Returns false, with the variable as it was, if the argument is absent or doesn't
+    /// convert.
+    bool argument(const Vs::UniqueString* key, EArgType type, void* value) const;
+
+    /// The argument as text, empty if it is absent; an object gives its serialised form.
+    std::wstring argumentAsString(const Vs::UniqueString* key) const;
+
+    bool hasArgument(const Vs::UniqueString* key) const;
+    /// The arguments in the order in which they were added.
+    size_t arguments() const;
+    const Vs::UniqueString* argumentName(size_t index) const;
+    EArgType argumentType(size_t index) const;
+
+    /// Where the command is called. Each may be null.
+    AssetSession* assetSession() const { return m_assetSession; }
+    void assetSession(AssetSession* session) { m_assetSession = session; }
+    Shell* shell() const { return m_shell; }
+    void shell(Shell* shell) { m_shell = shell; }
+    Workspace* workspace() const { return m_workspace; }
+    void workspace(Workspace* workspace) { m_workspace = workspace; }
+    /// The session's asset, and the session's command manager.
+    Vs::Asset* asset() const;
+    CommandMgr* commandManager() const;
+
+    ECommandAccessPoint commandAccessPoint() const { return m_accessPoint; }
+    void accessPoint(ECommandAccessPoint point) { m_accessPoint = point; }
+    void accessPoint(int point) { m_accessPoint = static_cast<ECommandAccessPoint>(point); }
+
+    /// Whether the command runs inside the call that starts it (the default), or as a deferred task after the
+    /// current event. A deferred run answers its caller with an empty status; its errors become alerts.
+    bool executeImmediately() const { return m_executeImmediately; }
+    void executeImmediately(bool value) { m_executeImmediately = value; }
+
+    EAlternateSelectionSetBehavior alternateSelectionSetBehavior() const { return m_alternateSelection; }
+    void alternateSelectionSetBehavior(EAlternateSelectionSetBehavior value) { m_alternateSelection = value; }
+
+private:
+    struct Argument;
+    struct Arguments;
+    const Argument* find(const Vs::UniqueString* key) const;
+    Argument& own(const Vs::UniqueString* key);
+
+    AssetSession* m_assetSession = nullptr;
+    Shell* m_shell = nullptr;
+    Workspace* m_workspace = nullptr;
+    std::shared_ptr<Arguments> m_arguments;
+    ECommandAccessPoint m_accessPoint = ECommandAccessPoint::Unknown;
+    EAlternateSelectionSetBehavior m_alternateSelection = EAlternateSelectionSetBehavior::UseSelection;
+    bool m_executeImmediately = true;
+};
+
+} // namespace Vu

@@ -1,0 +1,50 @@
+#pragma once
+
+namespace Vs {
+class Asset;
+class SelectionMgr;
+class Tasks;
+} // namespace Vs
+
+namespace Vu {
+
+class AssetSession;
+class CommandBase;
+class CommandDialog;
+class CommandMgr;
+class CursorController;
+class GraphicsView;
+class Shell;
+class Workspace;
+
+/// What the command model has to know of the application it runs in. The application installs its own; until
+/// then, and in a program without windows, this one answers that there is nothing. Main thread only.
+class CommandHost
+{
+public:
+    virtual ~CommandHost() = default;
+
+    /// Never null.
+    static CommandHost* get();
+    /// Installs a host, which is not owned, and returns the one before it. Null brings the empty one back.
+    static CommandHost* install(CommandHost* host);
+
+    virtual AssetSession* activeAssetSession() { return nullptr; }
+    virtual Shell* activeShell() { return nullptr; }
+    virtual Workspace* activeWorkspace() { return nullptr; }
+
+    /// What belongs to a session, which is never null here.
+    virtual CommandMgr* commandManager(AssetSession*) { return nullptr; }
+    virtual Vs::Asset* asset(const AssetSession*) { return nullptr; }
+    virtual Vs::SelectionMgr* selectionManager(AssetSession*) { return nullptr; }
+    virtual GraphicsView* graphicsView(AssetSession*) { return nullptr; }
+
+    /// What belongs to a running command.
+    virtual CursorController* cursorController(CommandBase*) { return nullptr; }
+    virtual CommandDialog* commandDialog(CommandBase*) { return nullptr; }
+
+    /// The queue that runs at the end of the current event; null if there is no event loop.
+    virtual Vs::Tasks* deferredTasks() { return nullptr; }
+};
+
+} // namespace Vu

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "Server/Base/Event.h"
+#include "UI/Base/Command/CommandInput.h"
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace Vu {
+
+class CommandBase;
+
+class CommandInputEvent : public Vs::Implements<CommandInputEvent, Vs::Event>
+{
+public:
+    enum class EKind {
+        Value = 0, ///< The value is new.
+        State = 1, ///< Enabled or visible changed.
+    };
+
+    CommandInputEvent(CommandInputBase* input, EKind kind) : m_input(input), m_kind(kind) {}
+    CommandInputBase* commandInput() const { return m_input; }
+    EKind kind() const { return m_kind; }
+
+private:
+    CommandInputBase* m_input;
+    EKind m_kind;
+};
+
+/// Listens to one input.
+class CommandInputEventSite : public Vs::EventSite
+{
+public:
+    virtual void onCommandInputEvent(CommandInputEvent*) {}
+};
+
+/// Listens to all inputs of one set.
+class CommandInputSetEventSite : public Vs::EventSite
+{
+public:
+    virtual void commandInputChanged(CommandInputEvent*) {}
+};
+
+/// The inputs of one command, in the order in which they were made; owns them.
+class CommandInputSet
+{
+public:
+    /// The set belongs to whoever hands it to the command (CommandBase::commandInputSet), which is `command`.
+    static CommandInputSet* make(CommandBase* command);
+    ~CommandInputSet();
+    CommandInputSet(const CommandInputSet&) = delete;
+    CommandInputSet& operator=(const CommandInputSet&) = delete;
+
+    CommandBase* command() const { return m_command; }
+    /// Whether every input is valid.
+    bool valid() const;
+    const std::vector<std::unique_ptr<CommandInputBase>>& inputs() const { return m_inputs; }
+    /// The input whose record has this key, or null.
+    CommandInputBase* findInput(std::wstring_view key) const;
+
+private:
+    friend class CommandInputBase;
+    friend class CommandInputEventSource;
+    friend class CommandInputSetEventSource;
+    explicit CommandInputSet(CommandBase* command) : m_command(command) {}
+    void fire(CommandInputBase* input, CommandInputEvent::EKind kind);
+
+    class Source : public Vs::EventSource<CommandInputSetEventSite>
+    {
+    public:
+        using Vs::EventSource<CommandInputSetEventSite>::fire;
+    };
+
+    CommandBase* m_command;
+    std::vector<std::unique_ptr<CommandInputBase>> m_inputs;
+    Source m_source;
+};
+
+/// Tells of the changes of single inputs. A subscription of a null input is for every input there is.
+class CommandInputEventSource
+{
+public:
+    static CommandInputEventSource* get();
+    void subscribe(CommandInputEventSite* site, CommandInputBase* input);
+    void unsubscribe(CommandInputEventSite* site, CommandInputBase* input);
+
+private:
+    friend class CommandInputSet;
+    struct Subscription
+    {
+        CommandInputEventSite* site;
+        const CommandInputBase* input;
+    };
+    void fire(CommandInputEvent* event);
+    void forget(const CommandInputBase* input);
+
+    std::vector<Subscription> m_subscriptions;
+    int m_depth = 0;
+};
+
+/// Tells of the changes of the inputs of one set.
+class CommandInputSetEventSource
+{
+public:
+    static CommandInputSetEventSource* get();
+    void subscribe(CommandInputSetEventSite* site, CommandInputSet* set);
+    void unsubscribe(CommandInputSetEventSite* site, CommandInputSet* set);
+};
+
+} // namespace Vu
