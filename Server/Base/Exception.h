@@ -1,19 +1,28 @@
 #pragma once
 
+#include <source_location>
 #include <stdexcept>
 #include <string>
 
 namespace Vs {
 
-/// What the framework throws: a message that a person can act on.
+/// What the framework throws: a message that a person can act on, and where in the code it was thrown.
 class Exception : public std::runtime_error
 {
 public:
     /// UTF-8.
-    explicit Exception(const std::string& message) : std::runtime_error(message) {}
-    explicit Exception(const std::wstring& message);
+    explicit Exception(const std::string& message,
+                       std::source_location where = std::source_location::current());
+    explicit Exception(const std::wstring& message,
+                       std::source_location where = std::source_location::current());
 
+    /// The text of `what()`.
     std::wstring message() const;
+    /// `File.cpp:line`, for a report to the developers.
+    std::string where() const;
+
+private:
+    std::source_location m_where;
 };
 
 } // namespace Vs

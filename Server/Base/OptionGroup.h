@@ -9,6 +9,7 @@
 namespace Vs {
 
 class OptionGroup;
+class Tasks;
 
 /// Fired after an option got another value.
 class OptionEvent : public Implements<OptionEvent, Event>
@@ -56,8 +57,14 @@ public:
     void setValue(const char* option, const std::wstring& value);
     void setValue(const char* option, const std::vector<std::wstring>& value);
 
-    /// Back to the defaults.
+    /// Back to the defaults; tells the sites of each option that was set.
     void reset();
+
+    /// Writes what has changed and isn't on the disk yet. The destructor does, too.
+    void save();
+    /// Lets all groups write their changes from a task of this queue, many changes at once; null makes each
+    /// change write at once, as at the start. The queue must outlive the groups' changes.
+    static void saveLater(Tasks* tasks);
 
 private:
     struct Data;

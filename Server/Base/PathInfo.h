@@ -28,6 +28,11 @@ Path recoveryDirectory();
 /// Where the cloud drive keeps its local copies.
 Path cloudCacheDirectory();
 
+/// Where the user keeps Python scripts. With `create`, made if it isn't there.
+Path scriptsDirectory(bool create);
+/// A folder of this user's for files that nobody misses. With `create`, made if it isn't there.
+Path temporaryDirectory(bool create);
+
 bool isPathInCloudCache(const Path& path);
 
 } // namespace Vs::PathInfo

@@ -27,6 +27,20 @@ bool cancelled() noexcept;
 /// Whether long work is running that a cancel would reach. Any thread.
 bool active() noexcept;
 
+/// Called from requestCancel, in its context, so it must be async-signal-safe; null for none.
+void cancelHook(void (*hook)());
+
+/// Work that can be cancelled but shows nothing itself: a replay, a script. Progress scopes inside it share
+/// its cancellation. Main thread.
+class CancelScope
+{
+public:
+    CancelScope();
+    ~CancelScope();
+    CancelScope(const CancelScope&) = delete;
+    CancelScope& operator=(const CancelScope&) = delete;
+};
+
 } // namespace Progress
 
 /// Long work between construction and destruction. Scopes nest: inner ones share the outer one's display.

@@ -2,10 +2,9 @@
 
 #include "Server/Base/Object.h"
 
-#include <memory>
 #include <string>
 #include <string_view>
-#include <variant>
+#include <utility>
 
 namespace Vs {
 
@@ -65,5 +64,28 @@ public:
     UniqueStringSerializableObjectFactory() : SerializableObjectFactory(kName) {}
     SerializableObject* deserialize(const std::wstring& text, bool create) override;
 };
+
+/// A plain value as an argument, with a factory of the same name so that a transcript can write it: text as
+/// it stands, a number in a form that reads back exactly. Owned by whoever makes it.
+template <class T>
+class ValueObject : public Implements<ValueObject<T>, SerializableObject>
+{
+public:
+    explicit ValueObject(T value) : m_value(std::move(value)) {}
+    const T& value() const { return m_value; }
+    std::wstring serialize() const override;
+    std::string factoryName() const override;
+
+private:
+    T m_value;
+};
+
+using WideStringObject = ValueObject<std::wstring>;
+using IntObject = ValueObject<int>;
+using DoubleObject = ValueObject<double>;
+
+extern template class ValueObject<std::wstring>;
+extern template class ValueObject<int>;
+extern template class ValueObject<double>;
 
 } // namespace Vs

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/TextCommand.h"
+#include "Server/Base/TranscriptFile.h"
 
 #include <memory>
 
@@ -17,16 +18,25 @@ public:
 
 /// Splits lines of text, checks them and runs them.
 ///
-/// A line is `<area>.<name>`, then parameters and flags separated by blanks. A parameter with blanks stands
-/// in double quotes; inside quotes a backslash makes the next `"` or `\` ordinary. A word `/Name` of letters,
-/// digits and `_` is a flag, unless it is quoted or holds a second slash or a dot: `/tmp/a.step` is a path.
-/// An empty line and one that begins with `#` answer 0 and nothing. `help`, `help <area>` and `help
-/// <area>.<name>` tell what there is.
+/// A line is `<area>.<name>`, then parameters and flags separated by blanks. What stands in double quotes
+/// keeps its blanks, and inside quotes a backslash makes the next `"` or `\` ordinary; quotes may begin
+/// inside a word (`Path="a b"` is the one parameter `Path=a b`).
+///
+/// A word that is `/` and then a name of ASCII letters, digits and `_` is a flag. Anything else that begins
+/// with a slash is a parameter, so `/tmp/a.step`, `/a.step` and `/` are paths. The rule looks at the word
+/// alone and never at the disk, so that a line means the same on every machine: quotes make any word a
+/// parameter, and a folder right under the root must have them (`"/models"`).
+///
+/// An empty line and one that begins with `#` answer 0 and nothing. `help` (or `?`), `help <area>` and
+/// `help <area>.<name>` tell what there is. A line has at most kLongestLine characters.
 ///
 /// Main thread only.
 class TextCommandMgr
 {
 public:
+    /// In characters.
+    static constexpr size_t kLongestLine = 1 << 20;
+
     static TextCommandMgr* get();
 
     /// Runs a line and hands its answer to the output, if one is set.
@@ -36,6 +46,11 @@ public:
     /// Runs one command with parameters that are split already, with the checks and the error handling of a
     /// line.
     TextCommandResult execute(TextCommand& command, const TextCommandParameters& parameters);
+
+    /// Runs a transcript of text lines. A line that fails goes to the output as `FILE:LINE: message`, with
+    /// the path as it was given; without `keepGoing` it is the last. Progress::requestCancel ends the replay
+    /// after the line that runs.
+    ReplayResult replay(const boost::filesystem::path& path, const ReplayOptions& options = {});
 
     /// Not owned; null for none.
     void output(TextOutput* output);
@@ -53,8 +68,12 @@ public:
     /// Null if there is none.
     TextCommand* find(std::wstring_view area, std::wstring_view name) const;
 
-    /// What could stand in place of the word that ends at `cursor`, sorted; whole `area.name` texts or flags.
+    /// What could stand in place of the word that ends at `cursor`: whole `area.name` texts (before the dot
+    /// only `area.`), flags that the command's help names, or files. Sorted; areas for transcripts come last.
     std::vector<std::wstring> complete(std::wstring_view line, size_t cursor) const;
+    /// What a command's help says of its parameters, as in "<asset name> [<document path>]"; empty if
+    /// nothing.
+    static std::wstring placeholders(const TextCommand& command);
 
 private:
     friend class TextCommand;

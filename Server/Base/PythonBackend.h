@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+
+#include <string>
+
+namespace Vs {
+
+class TextCommand;
+class TextCommandSubjectArea;
+
+/// What the library VsPython10 does for PythonManager and the text commands; kept behind this so that
+/// Python's library is loaded by the first script only. All `void*` are `PyObject*`.
+class PythonBackend
+{
+public:
+    virtual ~PythonBackend() = default;
+
+    virtual std::wstring runFile(const std::string& path, Status& status) = 0;
+    virtual std::wstring runString(const std::string& code, Status& status) = 0;
+    virtual void* callCommand(TextCommand& command, void* arguments, void* keywords) = 0;
+    virtual void* makeModule(TextCommandSubjectArea& area) = 0;
+    /// Whether the scripts allow the application to close.
+    virtual bool closingDown(Status& status) = 0;
+
+    /// The interpreter's library, loaded and started at the first call. Throws Vs::Exception.
+    static PythonBackend& get();
+    /// The same, or null if nothing has started it.
+    static PythonBackend* running();
+    static void shutdown();
+};
+
+/// The name and type of the library's one export; the caller owns the result.
+constexpr const char* kPythonBackendEntry = "makePythonBackend";
+using PythonBackendEntry = PythonBackend* (*)();
+
+} // namespace Vs
