@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+#include "Server/Base/Task.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+namespace Vu {
+
+/// The running program: its task queues, its main loop, its services. One for the process; main thread only.
+///
+/// A run that is not asked for pixels makes no widget and no connection to a display: Qt's application object
+/// comes into being at `needGui()`, which whatever shows something calls first.
+class Application : public Vs::Implements<Application>
+{
+public:
+    static Application* get();
+
+    /// Must be called once, first thing in main. `arguments` are what Qt looks at (argv as it came); they
+    /// must stay valid. Headless runs use Qt's offscreen platform.
+    static void initialize(int& count, char** arguments, bool headless);
+    static bool headless();
+
+    /// Whether a test run is on: nothing then asks a person or greets one.
+    static bool testing();
+    static void testing(bool value);
+
+    /// Makes Qt's application object if there is none yet, and sets up the palette and the style sheets.
+    void needGui();
+
+    /// Work for the end of the current event. `run()` empties the queue whenever the loop turns; a run
+    /// without a loop calls `flushDeferredTasks()` between lines.
+    Vs::Tasks* deferredTasks();
+    /// Work for when there is nothing else to do; a task that asks to run again comes about 60 times a
+    /// second.
+    Vs::Tasks* idleTasks();
+    void flushDeferredTasks();
+    /// One round of both queues and of Qt's pending events, if Qt runs.
+    void processEvents();
+
+    /// Runs the main loop until `exit`. Returns the exit code, 0 unless an error ended it.
+    int run();
+    /// Ends the main loop at the end of the current event. With `closeDocuments`, documents still open are
+    /// closed first, without asking: whoever calls has asked.
+    void exit(bool closeDocuments);
+    bool exiting() const { return m_exiting; }
+
+    /// Name, version and licence; `extended` adds what the program is built on. Headless, the text is a
+    /// message.
+    void showAboutBox(bool extended);
+
+    /// The service of interface T, or null:
+    /// `Application::get()->service<Vs::Services::ApplicationEditionService>()`.
+    template <class T>
+    T* service() const
+    {
+        for (const auto& candidate : m_services)
+            if (T* found = Vs::cast<T>(candidate.get()))
+                return found;
+        return nullptr;
+    }
+    void addService(std::unique_ptr<Vs::Object> service) { m_services.push_back(std::move(service)); }
+
+    /// The parent for dialogs: the active workspace window's widget; null as long as no window is shown.
+    QWidget* mainWidget() const;
+
+    /// Shows a message that nobody has to answer: in the window's status bar and alert list, and on the text
+    /// output's error side. Never blocks.
+    void inform(const std::wstring& message);
+
+private:
+    Application();
+    ~Application() override;
+    void drive();
+
+    struct Data;
+    std::unique_ptr<Data> m_data;
+    std::vector<std::unique_ptr<Vs::Object>> m_services;
+    bool m_exiting = false;
+};
+
+} // namespace Vu

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vu {
+
+class GraphicsCanvas;
+
+/// Where in its parent an area lies.
+enum class EPlacement { Fill = 0, Left = 1, Right = 2, Top = 3, Bottom = 4, Floating = 5 };
+
+/// A rectangle of a window's layout: a container of areas, or a place for one kind of content. The contents'
+/// key says what stands there: "GraphicsCanvas", "Browser", "CommandToolbar", "NavToolbar", "TextCommands",
+/// "Orbicon", "Palette", "SplitView", "Home" ...
+///
+/// Owns its children. An area of "GraphicsCanvas" owns its canvas from the start.
+class Area : public Vs::Implements<Area>
+{
+public:
+    Area(std::wstring name, const Vs::UniqueString* contents);
+    ~Area() override;
+
+    const std::wstring& name() const { return m_name; }
+    /// Null for a plain container.
+    const Vs::UniqueString* contents() const { return m_contents; }
+    Area* parent() const { return m_parent; }
+    const std::vector<std::unique_ptr<Area>>& children() const { return m_children; }
+
+    Area* addChild(std::unique_ptr<Area> child);
+    /// Takes a direct child out; the caller owns it. Null if it is none.
+    std::unique_ptr<Area> removeChild(Area* child);
+
+    /// Adds the areas at or below this one that have these contents, top down and in order; with `recursive`
+    /// false only direct children.
+    void childrenByContents(const Vs::UniqueString* contents, std::vector<Area*>& found,
+                            bool recursive = true);
+    /// The first area below this one with that name; with `recursive` false only direct children. Null if
+    /// there is none.
+    Area* childByName(const std::wstring& name, bool recursive);
+
+    bool visible() const { return m_visible; }
+    void visible(bool value);
+    EPlacement placement() const { return m_placement; }
+    void placement(EPlacement value);
+    bool collapsed() const { return m_collapsed; }
+    void collapsed(bool value) { m_collapsed = value; }
+    /// The side of the window on whose bar the area stands while it is collapsed.
+    EPlacement collapsedPlacement() const { return m_collapsedPlacement; }
+    void collapsedPlacement(EPlacement value) { m_collapsedPlacement = value; }
+    /// Whether what may lie over the area (a floating toolbar) is left out of its inner rectangle.
+    bool ignoreOverlayable() const { return m_ignoreOverlayable; }
+    void ignoreOverlayable(bool value) { m_ignoreOverlayable = value; }
+    /// Wished width or height in logical pixels, by the side at which the area is placed; 0 for what it likes
+    /// itself.
+    int extent() const { return m_extent; }
+    void extent(int value) { m_extent = value; }
+
+    /// Only of a "GraphicsCanvas" area.
+    GraphicsCanvas* canvas() const { return m_canvas.get(); }
+
+    /// Takes the area out of its parent and deletes it with all that is below. A root deletes itself.
+    void destroy();
+
+    /// What a canvas's area is called in code: the keys are interned once.
+    static const Vs::UniqueString* graphicsCanvas();
+    static const Vs::UniqueString* splitView();
+
+private:
+    std::wstring m_name;
+    const Vs::UniqueString* m_contents;
+    Area* m_parent = nullptr;
+    std::vector<std::unique_ptr<Area>> m_children;
+    std::unique_ptr<GraphicsCanvas> m_canvas;
+    bool m_visible = true;
+    bool m_collapsed = false;
+    bool m_ignoreOverlayable = false;
+    EPlacement m_placement = EPlacement::Fill;
+    EPlacement m_collapsedPlacement = EPlacement::Left;
+    int m_extent = 0;
+};
+
+} // namespace Vu

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "UI/Base/GraphicsView.h"
+
+namespace Vu {
+
+class AssetSession;
+
+/// The view on an asset's scene. Made by AssetSession.
+class AssetGraphicsView : public Vs::Implements<AssetGraphicsView, GraphicsView>
+{
+public:
+    /// Null if the asset has no scene.
+    static std::unique_ptr<AssetGraphicsView> make(AssetSession* session);
+    ~AssetGraphicsView() override;
+
+    AssetSession* assetSession() const { return m_session; }
+
+    Rendra::Graphics::GroupNode* sceneNode() const override;
+    Rendra::Graphics::GroupNode* createScene() override;
+    void releaseScene() override;
+
+private:
+    explicit AssetGraphicsView(AssetSession* session) : m_session(session) {}
+
+    AssetSession* m_session;
+};
+
+} // namespace Vu

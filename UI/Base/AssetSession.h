@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Server/Base/SerializableObject.h"
+
+#include <memory>
+
+namespace Vs {
+class Asset;
+}
+
+namespace Vu {
+
+class CommandMgr;
+class DocumentSession;
+class EnvironmentDefinition;
+class EnvironmentState;
+class GraphicsView;
+class ViewMgr;
+
+/// The user interface's state of an open asset: its commands, its views, its environment. Owned by
+/// SessionMgr. As text it is the asset's guid.
+class AssetSession : public Vs::Implements<AssetSession, Vs::SerializableObject>
+{
+public:
+    AssetSession(Vs::Asset* asset, DocumentSession* documentSession);
+    ~AssetSession() override;
+
+    Vs::Asset* asset() const { return m_asset; }
+    DocumentSession* documentSession() const { return m_documentSession; }
+
+    /// The manager of the commands that run on this asset; made with the session.
+    CommandMgr* commandManager() const { return m_commands.get(); }
+
+    /// The views on this asset. The first view is made at the first call, if the asset has a scene.
+    ViewMgr* viewManager() const;
+    /// One more view on this asset, which starts with the camera of the first one.
+    GraphicsView* createView();
+
+    /// Null before an environment was entered.
+    EnvironmentDefinition* activeEnvironment() const;
+    EnvironmentState* activeEnvironmentState() const { return m_environment.get(); }
+    /// Enters an environment. With `onTop`, the new state returns to the one that was active; without, the
+    /// way back is forgotten. Null leaves the environment.
+    void activateEnvironment(EnvironmentDefinition* definition, bool onTop);
+
+    std::wstring serialize() const override;
+    std::string factoryName() const override;
+
+private:
+    Vs::Asset* m_asset;
+    DocumentSession* m_documentSession;
+    std::unique_ptr<ViewMgr> m_views;
+    std::unique_ptr<EnvironmentState> m_environment;
+    std::unique_ptr<CommandMgr> m_commands;
+    bool m_firstViewMade = false;
+};
+
+/// Finds sessions by the asset's guid, by document path and asset name, or by asset name in the current
+/// document: "AssetSessionSerializableObjectFactory" in transcripts.
+class AssetSessionSerializableObjectFactory : public Vs::SerializableObjectFactory
+{
+public:
+    static constexpr const char* kName = "AssetSessionSerializableObjectFactory";
+    AssetSessionSerializableObjectFactory() : SerializableObjectFactory(kName) {}
+    Vs::SerializableObject* deserialize(const std::wstring& text, bool create) override;
+};
+
+} // namespace Vu

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Server/Base/SerializableObject.h"
+
+namespace Vs {
+class Document;
+}
+
+namespace Vu {
+
+/// The user interface's view of an open document. Owned by SessionMgr. As text it is the document's path, or
+/// the display name of a document without one.
+class DocumentSession : public Vs::Implements<DocumentSession, Vs::SerializableObject>
+{
+public:
+    explicit DocumentSession(Vs::Document* document) : m_document(document) {}
+
+    Vs::Document* document() const { return m_document; }
+
+    /// Whether the document has never been saved by its user; a translated one counts as such.
+    bool firstSave() const { return m_firstSave; }
+    void firstSave(bool value) { m_firstSave = value; }
+
+    std::wstring serialize() const override;
+    std::string factoryName() const override;
+
+private:
+    Vs::Document* m_document;
+    bool m_firstSave = false;
+};
+
+/// Finds sessions by document path or name: "DocumentSessionSerializableObjectFactory" in transcripts.
+class DocumentSessionSerializableObjectFactory : public Vs::SerializableObjectFactory
+{
+public:
+    static constexpr const char* kName = "DocumentSessionSerializableObjectFactory";
+    DocumentSessionSerializableObjectFactory() : SerializableObjectFactory(kName) {}
+    Vs::SerializableObject* deserialize(const std::wstring& text, bool create) override;
+};
+
+} // namespace Vu

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Vu {
+
+class CommandContext;
+
+/// Asks for file names. A filter is a list such as "STL Files (*.stl);;STEP File (*.stp *.step)"; within the
+/// brackets patterns are separated by blanks or semicolons. Dialogs begin in the folder that was used last,
+/// unless `initialPath` names another.
+///
+/// All answer false when the user cancelled. Where nobody can be asked (headless and test runs) they count as
+/// cancelled, and a message says which name was missing. The transcriptable ones take the name from the
+/// context's path argument if it is there, without any dialog.
+class FileDialog
+{
+public:
+    static bool getFilenamesForOpen(const std::wstring& filter, std::vector<std::wstring>& names,
+                                    const std::wstring& initialPath);
+    static bool getFilenameForOpen(const std::wstring& filter, std::wstring& name,
+                                   const std::wstring& initialPath);
+    /// With `forOpen` false the file need not exist.
+    static bool getTranscriptableFilename(const std::wstring& filter, std::wstring& name,
+                                          CommandContext* context, bool forOpen,
+                                          const std::wstring& initialPath);
+    /// A name without a suffix gets that of the chosen filter. `name` may hold a proposal.
+    static bool getTranscriptableFilenameForSaveAs(const std::wstring& filter, const std::wstring& caption,
+                                                   std::wstring& name, CommandContext* context);
+    static bool getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
+                                     std::wstring& name, const std::wstring& initialPath);
+};
+
+} // namespace Vu

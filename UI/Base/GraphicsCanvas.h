@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+
+#include <vector>
+
+class QWidget;
+
+namespace Vu {
+
+class GraphicsView;
+
+/// A place where a view is drawn. The canvas exists with its area; its widget is made when the window is
+/// shown, so that a run without a window pays for none. Where there is a display the widget draws with
+/// OpenGL, on the offscreen platform it paints the pictures of the windowless renderer.
+class GraphicsCanvas : public Vs::Implements<GraphicsCanvas>
+{
+public:
+    GraphicsCanvas();
+    ~GraphicsCanvas() override;
+
+    /// All canvases, in the order in which they were made.
+    static void allCanvases(std::vector<GraphicsCanvas*>& canvases);
+
+    GraphicsView* view() const { return m_view; }
+    /// Shows another view, or none. With `fit`, a view that was never shown is framed; with `repaint`, it is
+    /// drawn at once rather than at the end of the event.
+    void view(GraphicsView* view, bool fit, bool repaint);
+
+    /// In logical pixels. A canvas without a widget has the size that a new window would give it.
+    int width() const;
+    int height() const;
+
+    /// Draws anew at the end of the event.
+    void invalidate();
+    void repaintNow();
+
+    /// The widget, made if need be as a child of `parent`; owned by its parent.
+    QWidget* widget(QWidget* parent);
+    /// Only if it is there.
+    QWidget* existingWidget() const { return m_widget; }
+
+private:
+    friend class CanvasWidgetLink;
+
+    GraphicsView* m_view = nullptr;
+    QWidget* m_widget = nullptr;
+};
+
+} // namespace Vu

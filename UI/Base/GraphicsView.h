@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+#include "UI/Base/MouseEvents.h"
+#include "UI/Base/View.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace Rendra::Graphics {
+class GroupNode;
+}
+namespace Vs {
+class ImageResource;
+namespace Scene {
+class ViewFragment;
+}
+} // namespace Vs
+
+namespace Vu {
+
+class GraphicsCanvas;
+
+/// What a canvas shows: a scene, seen through one or more view fragments, each with a camera of its own.
+///
+/// The view handles the mouse events that no site takes: the wheel zooms at the pointer, the middle button
+/// pans, the right button, or the middle one with Shift, orbits, a double click of the middle button fits.
+class GraphicsView : public Vs::Implements<GraphicsView, View>, public MouseEventSite
+{
+public:
+    GraphicsView();
+    ~GraphicsView() override;
+
+    /// The node of what is shown, or null while there is none. `createScene` makes it if need be.
+    virtual Rendra::Graphics::GroupNode* sceneNode() const = 0;
+    virtual Rendra::Graphics::GroupNode* createScene() = 0;
+    virtual void releaseScene() = 0;
+
+    /// The node under which this view's fragments stand; null before `createScene`.
+    Rendra::Graphics::GroupNode* viewNode() const { return sceneNode(); }
+
+    const std::vector<Vs::Scene::ViewFragment*>& viewFragments() const { return m_fragments; }
+    /// Takes the fragment over.
+    void addFragment(std::unique_ptr<Vs::Scene::ViewFragment> fragment);
+
+    /// The canvas that shows this view; null if none does.
+    GraphicsCanvas* canvas() const { return m_canvas; }
+
+    /// Takes over position, target, up and extents of the other view's first camera. Does nothing if either
+    /// view has none.
+    void copyCamera(const GraphicsView& from);
+
+    /// Draws the view without any window and writes the picture, PNG, JPEG or TIFF by the file's suffix.
+    /// Sizes in pixels. False, with the reason, if nothing was written; a picture of that name is then as it
+    /// was.
+    bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status);
+    bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
+
+    void mouseDown(MouseEvent* event) override;
+    void mouseUp(MouseEvent* event) override;
+    void mouseMove(MouseEvent* event) override;
+    void mouseDoubleClick(MouseEvent* event) override;
+    void mouseScroll(MouseEvent* event) override;
+
+private:
+    friend class GraphicsCanvas;
+
+    enum class Drag { None, Pan, Orbit };
+
+    std::vector<std::unique_ptr<Vs::Scene::ViewFragment>> m_owned;
+    std::vector<Vs::Scene::ViewFragment*> m_fragments;
+    GraphicsCanvas* m_canvas = nullptr;
+    Drag m_drag = Drag::None;
+    double m_lastX = 0, m_lastY = 0;
+};
+
+} // namespace Vu

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+#include "UI/Base/ToolbarManager.h"
+
+#include <string>
+#include <vector>
+
+namespace Vu {
+
+/// A small bar that lies over the canvas.
+struct HUD
+{
+    std::wstring id;
+    std::wstring placement; ///< "top", "bottom", "left" or "right".
+    std::vector<ToolbarItem> items;
+};
+
+/// Reads heads-up displays from XML:
+///
+///     <huds> <hud id="Navigation" placement="bottom"> <item command="FitCommand"/> <separator/> </hud>
+///     </huds>
+///
+/// An item whose command doesn't exist is left out when the HUD is drawn, without a word.
+class HUDPersister
+{
+public:
+    static HUDPersister* get();
+
+    /// Errors as in ToolbarPersister::loadToolbars.
+    bool loadHUDs(const std::wstring& path, Vs::Status& status);
+    const std::vector<HUD>& huds() const { return m_huds; }
+
+private:
+    std::vector<HUD> m_huds;
+};
+
+} // namespace Vu

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Server/Base/Event.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vu {
+
+class RecentDocument : public Vs::Implements<RecentDocument>
+{
+public:
+    RecentDocument(std::wstring path, bool isCloud) : m_path(std::move(path)), m_isCloud(isCloud) {}
+    const std::wstring& path() const { return m_path; }
+    bool isCloud() const { return m_isCloud; }
+
+private:
+    std::wstring m_path;
+    bool m_isCloud;
+};
+
+class RecentDocumentEventSite : public Vs::EventSite
+{
+public:
+    virtual void recentDocumentsChanged() = 0;
+};
+
+/// The documents that were used last, newest first; kept among the user's options.
+class RecentDocumentMgr : public Vs::Implements<RecentDocumentMgr>,
+                          public Vs::EventSource<RecentDocumentEventSite>
+{
+public:
+    static constexpr int kMaximum = 20;
+    static RecentDocumentMgr* get();
+
+    /// Puts the path in front; a path that is there already moves.
+    void add(const std::wstring& path, bool isCloud);
+    /// Adds up to `maximum` entries. They are this manager's and last until the list changes.
+    void recentDocuments(std::vector<RecentDocument*>& documents, int maximum);
+    void clearRecent();
+
+private:
+    RecentDocumentMgr() = default;
+    void read();
+    void write();
+
+    std::vector<std::unique_ptr<RecentDocument>> m_documents;
+    bool m_read = false;
+};
+
+} // namespace Vu

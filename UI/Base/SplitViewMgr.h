@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+
+#include <string>
+
+namespace Vu {
+
+class GraphicsCanvas;
+class GraphicsView;
+
+/// The canvases of the active window as a split view: which one has the user's attention, and what they
+/// share.
+class SplitViewMgr : public Vs::Implements<SplitViewMgr>
+{
+public:
+    static SplitViewMgr* get();
+
+    /// Null as long as nothing was bound; a canvas that goes leaves null.
+    GraphicsCanvas* activeCanvas() const { return m_canvas; }
+    /// Tells the split view sites when it is another one: deactivate for the old one's view, activate for the
+    /// new one's.
+    void activeCanvas(GraphicsCanvas* canvas);
+    GraphicsView* activeView() const { return m_view; }
+    void activeView(GraphicsView* view) { m_view = view; }
+
+    /// How many canvases show a view.
+    int visibleViews() const;
+    /// Has the views take the sizes of their canvases.
+    void updateViewsSize();
+
+    /// Gives all other visible views the active view's camera: once, or for as long as sharing is on.
+    void copyCamera();
+    void shareCamera();
+    bool sharesCamera() const { return m_shares; }
+
+    /// Whether the present layout has room for the browser.
+    bool validToShowBrowser() const { return m_validToShowBrowser; }
+    void validToShowBrowser(bool value) { m_validToShowBrowser = value; }
+
+    /// Hands the form's name to the active shell, if that has forms.
+    void updateArrangement(const std::wstring& filter);
+
+    /// For GraphicsCanvas and GraphicsView: forgets what is about to go.
+    void forget(const GraphicsCanvas* canvas);
+    void forget(const GraphicsView* view);
+
+private:
+    GraphicsCanvas* m_canvas = nullptr;
+    GraphicsView* m_view = nullptr;
+    bool m_shares = false;
+    bool m_validToShowBrowser = true;
+};
+
+} // namespace Vu

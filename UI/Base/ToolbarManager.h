@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Server/Base/Event.h"
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace Vu {
+
+/// One entry of a toolbar or a HUD.
+struct ToolbarItem
+{
+    std::wstring command; ///< A command's key; empty for a separator or a menu.
+    std::wstring title;   ///< Of a menu.
+    std::vector<ToolbarItem> menu;
+
+    bool separator() const { return command.empty() && title.empty(); }
+};
+
+/// A toolbar as it was described; the window draws it.
+struct Toolbar
+{
+    std::wstring id;
+    std::wstring title;
+    std::string contents; ///< Key of the area in which it stands.
+    std::vector<ToolbarItem> items;
+    bool visible = true;
+};
+
+class ToolbarEventSite : public Vs::EventSite
+{
+public:
+    virtual void toolbarsChanged() = 0;
+};
+
+/// All toolbars, in the order in which they were read.
+class ToolbarManager : public Vs::Implements<ToolbarManager>, public Vs::EventSource<ToolbarEventSite>
+{
+public:
+    static ToolbarManager* get();
+
+    const std::deque<Toolbar>& toolbars() const { return m_toolbars; }
+    /// Null if there is none.
+    Toolbar* toolbarById(const std::wstring& id);
+    /// A toolbar of an id that is there already is replaced.
+    void add(Toolbar toolbar);
+    void hideToolbar(const std::wstring& id);
+    void showToolbar(const std::wstring& id);
+
+    /// Ids of commands that toolbars name but nobody has registered, without repetition. The window tells
+    /// them once.
+    std::vector<std::wstring> unknownCommands() const;
+
+private:
+    void changed();
+    std::deque<Toolbar> m_toolbars;
+};
+
+} // namespace Vu

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Server/Base/OptionGroup.h"
+
+namespace Vu {
+
+/// The user's options of the interface.
+class UIBaseOptionGroup : public Vs::Implements<UIBaseOptionGroup, Vs::OptionGroup>
+{
+public:
+    static UIBaseOptionGroup* get();
+
+    Vs::Option<bool> analytics{*this, "analytics", false}; ///< Usage keys are sent.
+    Vs::Option<bool> offlineWorkflowsDisabled{*this, "offlineWorkflowsDisabled", false}; ///< No local files.
+    Vs::Option<bool> showDebugDialog{*this, "showDebugDialog", false};
+    Vs::Option<bool> showDebugScriptWidget{*this, "showDebugScriptWidget", false};
+    Vs::Option<bool> showValidationDialog{*this, "showValidationDialog", false};
+    Vs::Option<bool> cameraPivotEnabled{*this, "cameraPivotEnabled", true};
+    Vs::Option<bool> reverseZoomDirection{*this, "reverseZoomDirection", false};
+    Vs::Option<bool> useContrainedOrbit{*this, "useContrainedOrbit", true};
+    Vs::Option<bool> wantToShowBrowser{*this, "wantToShowBrowser", true};
+    Vs::Option<bool> wantToShowDesignFeed{*this, "wantToShowDesignFeed", false};
+    Vs::Option<bool> wantToShowTextCommands{*this, "wantToShowTextCommands", true};
+    Vs::Option<bool> wantToShowCommandToolbar{*this, "wantToShowCommandToolbar", true};
+    Vs::Option<bool> wantToShowNavigationToolbar{*this, "wantToShowNavigationToolbar", true};
+    Vs::Option<bool> wantToShowOrbicon{*this, "wantToShowOrbicon", true};
+    Vs::Option<bool> animateCamera{*this, "animateCamera", true}; ///< Camera changes glide.
+    Vs::Option<std::wstring> lastDirectory{*this, "lastDirectory", L""};
+    Vs::Option<std::wstring> theme{*this, "theme", L"system"}; ///< "light", "dark" or "system".
+    Vs::Option<std::vector<std::wstring>> commandHistory{*this, "commandHistory", {}};
+
+private:
+    UIBaseOptionGroup() : Implements("UIBase") {}
+};
+
+} // namespace Vu

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+
+namespace Vu {
+
+/// Something that shows an asset.
+class View : public Vs::Implements<View>
+{
+};
+
+} // namespace Vu
