@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Server/Geometry/GkPoint3d.h"
+
+class GkLinearEnt3d;
+
+/// An endless plane.
+class GkPlane
+{
+public:
+    /// The plane of X and Y.
+    GkPlane() = default;
+    /// A zero normal stands for Z.
+    GkPlane(const GkPoint3d& point, const GkVector3d& normal);
+
+    const GkPoint3d& pointOnPlane() const { return m_point; }
+    /// Length one.
+    const GkVector3d& normal() const { return m_normal; }
+
+    /// Positive on the side that the normal points to.
+    double signedDistanceTo(const GkPoint3d& p) const { return (p - m_point).dotProduct(m_normal); }
+    GkPoint3d closestPointTo(const GkPoint3d& p) const { return p - m_normal * signedDistanceTo(p); }
+    bool isOn(const GkPoint3d& p, const GkTol& tol = GkContext::gTol) const
+    {
+        return std::abs(signedDistanceTo(p)) <= tol.equalPoint;
+    }
+    /// Where the line passes through. False, with `where` as it was, if the line is parallel to the plane.
+    bool intersectWith(const GkLinearEnt3d& line, GkPoint3d& where, const GkTol& tol = GkContext::gTol) const;
+
+private:
+    GkPoint3d m_point;
+    GkVector3d m_normal{0, 0, 1};
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Server/Base/OptionGroup.h"
+
+namespace Vs::Scene {
+
+/// The user's options about what is drawn.
+class GraphicsOptionGroup : public Implements<GraphicsOptionGroup, OptionGroup>
+{
+public:
+    static GraphicsOptionGroup* get();
+
+    Option<bool> MSAA{*this, "MSAA", true}; ///< Smooth edges.
+    /// A picture has no background, but transparency; views on the screen always have one.
+    Option<bool> transparentBackground{*this, "transparentBackground", false};
+    Option<bool> displayGroundPlane{*this, "displayGroundPlane", false};
+    Option<bool> displayDome{*this, "displayDome", true}; ///< The shaded sky behind the model.
+    Option<bool> groundShadowEnabled{*this, "groundShadowEnabled", true};
+    Option<bool> groundReflectionEnabled{*this, "groundReflectionEnabled", false};
+    Option<bool> ambientOccludedEnabled{*this, "ambientOccludedEnabled", false};
+    Option<bool> showLayoutGrid{*this, "showLayoutGrid", false};
+    Option<bool> showGridRefNumbers{*this, "showGridRefNumbers", false};
+    Option<bool> selectClosestItemOnly{*this, "selectClosestItemOnly", false};
+    Option<int> NPREffect{*this, "NPREffect", 0};
+    Option<int> selectionEffectOption{*this, "selectionEffectOption", 1};
+    Option<int> visualStyle{*this, "visualStyle", 2};           ///< An EVisualStyle.
+    Option<int> objectShadowType{*this, "objectShadowType", 0}; ///< 0 none, 1 sharp, 2 and 3 soft.
+    Option<int> cameraProjection{*this, "cameraProjection", 2}; ///< An EProjection.
+    Option<bool> cameraPerspWithOrthoFaces{*this, "cameraPerspWithOrthoFaces", false};
+
+private:
+    GraphicsOptionGroup() : Implements("Graphics") {}
+};
+
+/// What the options say about smooth edges: the number of samples to a pixel (1 for none) and their quality.
+/// Anti-aliasing is to be had at all if the level is above 1.
+void GetMSAASettings(int& level, int& quality);
+
+} // namespace Vs::Scene

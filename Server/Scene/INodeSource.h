@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+
+namespace Rendra::Graphics {
+class GroupNode;
+}
+
+namespace Vs::Scene {
+
+/// What owns a node of the scene and makes it when it is needed. A pure interface, to stand beside an Object
+/// base: `class GraphicsView : public Implements<GraphicsView, Object, Scene::INodeSource>`.
+class INodeSource
+{
+public:
+    virtual ~INodeSource() = default;
+
+    static const UniqueString* interfaceId();
+    virtual const UniqueString* getInterfaceId() const = 0;
+    virtual void* queryInterface(const UniqueString* key) const = 0;
+
+    /// Null while there is none.
+    virtual Rendra::Graphics::GroupNode* sceneNode() const = 0;
+    /// Makes the node unless it is there, and returns it.
+    virtual Rendra::Graphics::GroupNode* createScene() = 0;
+    virtual void releaseScene() = 0;
+};
+
+} // namespace Vs::Scene

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "Server/Base/StrongRef.h"
+#include "Server/Body/BodyMesh.h"
+#include "Server/Geometry/GkMatrix3d.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vs::Scene {
+class NodeChange;
+}
+
+namespace Rendra::Graphics {
+
+class GroupNode;
+
+/// How a node stands out from its surroundings.
+enum class Highlight : uint8_t { None, Pointed, Selected };
+
+/// What a node of the scene belongs to above: the data of a view, of a fragment.
+class NodeData : public Vs::Implements<NodeData>
+{
+};
+
+/// A node of the scene. A node may hang under several groups (one model in two views); it is shared by
+/// StrongRefs and is changed by a NodeChange only. Main thread only.
+class Node : public Vs::Implements<Node, Vs::SharedObject>
+{
+public:
+    ~Node() override = default;
+
+    /// Never 0, never used again in this process.
+    uint64_t id() const { return m_id; }
+    const std::string& name() const { return m_name; }
+    /// Into the coordinates of the group above.
+    const GkMatrix3d& transform() const { return m_transform; }
+    /// A hidden node hides all below it.
+    bool visible() const { return m_visible; }
+    /// Holds for all bodies below that no deeper colour claims.
+    const std::optional<Vs::Colour>& colour() const { return m_colour; }
+    /// Holds for all below, the stronger of several winning.
+    Highlight highlight() const { return m_highlight; }
+
+    /// The box around all that is visible here and below, in the coordinates of the group above. Kept until
+    /// something below changes.
+    const BBox& boundingBox() const;
+
+    /// The number of the last change of this node itself; the numbers of all nodes come from one counter.
+    uint64_t revision() const { return m_revision; }
+    /// The number of the last change of this node or of any below.
+    uint64_t subtreeRevision() const { return m_subtreeRevision; }
+
+protected:
+    Node();
+    /// In this node's own coordinates.
+    virtual BBox ownBounds() const = 0;
+
+private:
+    friend class GroupNode;
+    friend class Vs::Scene::NodeChange;
+    void touch();
+    void touchParents();
+
+    uint64_t m_id;
+    uint64_t m_revision;
+    uint64_t m_subtreeRevision;
+    mutable uint64_t m_boundsRevision = 0;
+    mutable BBox m_bounds;
+    GkMatrix3d m_transform;
+    std::string m_name;
+    std::optional<Vs::Colour> m_colour;
+    std::vector<GroupNode*> m_parents; // not owned: a group takes itself out when it goes
+    Highlight m_highlight = Highlight::None;
+    bool m_visible = true;
+};
+
+/// A node with others below it.
+class GroupNode : public Vs::Implements<GroupNode, Node>
+{
+public:
+    static Vs::StrongRef<GroupNode> make(const std::string& name = {});
+    ~GroupNode() override;
+
+    const std::vector<Vs::StrongRef<Node>>& children() const { return m_children; }
+    bool has(const Node* child) const;
+
+    /// What this group stands for; null for most. See viewNodeData and viewFragmentNodeData.
+    NodeData* data() const { return m_data.get(); }
+
+protected:
+    GroupNode() = default;
+    BBox ownBounds() const override;
+
+private:
+    friend class Vs::Scene::NodeChange;
+    std::vector<Vs::StrongRef<Node>> m_children;
+    std::unique_ptr<NodeData> m_data;
+};
+
+/// A node that shows the mesh of a body.
+class BodyNode : public Vs::Implements<BodyNode, Node>
+{
+public:
+    static Vs::StrongRef<BodyNode> make(std::shared_ptr<const Vs::BodyMesh> mesh,
+                                        const Vs::Colour& bodyColour);
+
+    /// Null as long as the mesh is still being made; nothing is drawn until then.
+    const std::shared_ptr<const Vs::BodyMesh>& mesh() const { return m_mesh; }
+    /// Where neither a face nor a node above has a colour of its own.
+    const Vs::Colour& bodyColour() const { return m_bodyColour; }
+
+protected:
+    BodyNode() = default;
+    BBox ownBounds() const override;
+
+private:
+    friend class Vs::Scene::NodeChange;
+    std::shared_ptr<const Vs::BodyMesh> m_mesh;
+    Vs::Colour m_bodyColour;
+};
+
+} // namespace Rendra::Graphics
+
+namespace Rendra::Scene {
+/// An empty group of a segment.
+Vs::StrongRef<Graphics::GroupNode> MakeGroupNode(const std::string& name = {});
+} // namespace Rendra::Scene

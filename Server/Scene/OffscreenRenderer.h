@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+#include "Server/Scene/ViewFragment.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs::Scene {
+
+/// A picture in memory: RGBA, eight bits each, not premultiplied, the top row first, without gaps.
+struct Image
+{
+    uint32_t width = 0;
+    uint32_t height = 0;
+    std::vector<uint8_t> pixels;
+
+    const uint8_t* pixel(uint32_t x, uint32_t y) const { return &pixels[(size_t(y) * width + x) * 4]; }
+};
+
+/// What a still picture is to have.
+struct ImageOptions
+{
+    bool antiAliasing = true;
+    bool transparentBackground = false;
+    /// Many more samples for each pixel where `antiAliasing` is on: for pictures that are kept, not for a
+    /// canvas that moves.
+    bool fine = true;
+
+    /// Those of the GraphicsOptionGroup.
+    static ImageOptions current();
+};
+
+/// Draws views without a window, and without a display: on a context of its own, that it makes at the first
+/// picture and keeps. What was drawn before is kept as well, so that a second picture of a model costs only
+/// what changed. Works in a thread of its own, and so leaves alone whatever context the caller has current;
+/// the caller waits. Main thread only.
+class OffscreenRenderer
+{
+public:
+    static OffscreenRenderer* get();
+
+    /// The largest side of a picture.
+    static constexpr uint32_t kLargestSide = 16384;
+
+    /// Draws the fragments in their order. Larger pictures are put together from tiles. Returns false with an
+    /// error in the status, and an empty image, if there is no way to draw on this machine, if a side is 0 or
+    /// larger than kLargestSide, or if the memory doesn't suffice.
+    bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
+                const ImageOptions& options, Image& image, Status& status);
+
+    /// Frees the context and all that it holds; the next picture makes a new one.
+    void release();
+
+    /// What draws, for an about box or a report ("4.5 (Core Profile) Mesa ..., llvmpipe ..."); empty before
+    /// the first picture.
+    std::wstring description() const;
+
+private:
+    OffscreenRenderer();
+    ~OffscreenRenderer();
+
+    struct Data;
+    std::unique_ptr<Data> m_data;
+};
+
+} // namespace Vs::Scene

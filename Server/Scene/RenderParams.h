@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Server/Geometry/GkVector3d.h"
+
+#include <cstdint>
+
+namespace Vs::Scene {
+
+/// The numbers are those of the view commands and of the user's options.
+enum EVisualStyle {
+    kShaded = 0,
+    kShadedWithHiddenEdges = 1,
+    kShadedWithVisibleEdges = 2,
+    kWireframe = 3,
+    kWireframeWithHiddenEdges = 4,
+    kWireframeWithVisibleEdges = 5,
+    kRealistic = 6,
+};
+
+/// How one fragment is drawn. A new one has what the user's options say at that moment.
+class RenderParams
+{
+public:
+    RenderParams();
+
+    /// At right angles to the ground, away from it, length one: what is up for the model.
+    const GkVector3d& groundPlaneOrientation() const { return m_groundPlaneOrientation; }
+    void groundPlaneOrientation(const GkVector3d& up);
+    bool groundPlaneEnabled() const { return m_groundPlane; }
+    void groundPlaneEnabled(bool enabled) { set(m_groundPlane, enabled); }
+    bool groundShadowEnabled() const { return m_groundShadow; }
+    void groundShadowEnabled(bool enabled) { set(m_groundShadow, enabled); }
+    bool groundReflectionEnabled() const { return m_groundReflection; }
+    void groundReflectionEnabled(bool enabled) { set(m_groundReflection, enabled); }
+    bool ambientOcclusionEnabled() const { return m_ambientOcclusion; }
+    void ambientOcclusionEnabled(bool enabled) { set(m_ambientOcclusion, enabled); }
+    bool colorCyclingEnabled() const { return m_colorCycling; }
+    void colorCyclingEnabled(bool enabled) { set(m_colorCycling, enabled); }
+    int nprEffect() const { return m_nprEffect; }
+    void nprEffect(int effect) { set(m_nprEffect, effect); }
+    /// An EVisualStyle.
+    int visualStyle() const { return m_visualStyle; }
+    void visualStyle(int style) { set(m_visualStyle, style); }
+    int objectShadowType() const { return m_objectShadowType; }
+    void objectShadowType(int type) { set(m_objectShadowType, type); }
+
+    /// Grows with every change.
+    uint64_t revision() const { return m_revision; }
+
+private:
+    template <class T>
+    void set(T& field, T value)
+    {
+        if (field != value) {
+            field = value;
+            ++m_revision;
+        }
+    }
+
+    GkVector3d m_groundPlaneOrientation{0, 0, 1};
+    bool m_groundPlane, m_groundShadow, m_groundReflection, m_ambientOcclusion;
+    bool m_colorCycling = false;
+    int m_nprEffect, m_visualStyle, m_objectShadowType;
+    uint64_t m_revision = 1;
+};
+
+} // namespace Vs::Scene

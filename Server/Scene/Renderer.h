@@ -1,0 +1,72 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+#include "Server/Scene/ViewFragment.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace Rendra {
+
+/// What one picture is to be drawn into and how.
+struct RenderTarget
+{
+    uint32_t framebuffer = 0; ///< Name of a framebuffer object of the current context.
+    int width = 0;            ///< Of the whole picture, in pixels.
+    int height = 0;
+    int samples = 1; ///< What is drawn into has to have as many samples; 1 for no anti-aliasing.
+    bool transparentBackground = false;
+    /// Width of edges in pixels of the framebuffer.
+    float lineWidth = 1.0f;
+    /// The part of the picture that the framebuffer takes, from its lower left corner; 0 by 0 for all of it.
+    int tileX = 0, tileY = 0, tileWidth = 0, tileHeight = 0;
+};
+
+/// What the last picture took, for tests and benchmarks.
+struct RenderStatistics
+{
+    uint64_t instances = 0;      ///< Visible bodies of the scene.
+    uint64_t drawnInstances = 0; ///< Of these inside the view and not too small to see.
+    uint64_t drawCalls = 0;
+    uint64_t triangles = 0;
+    uint64_t uploadedMeshes = 0;    ///< Sent to the graphics unit for this picture.
+    uint64_t uploadedInstances = 0; ///< The same.
+};
+
+/// Draws view fragments with OpenGL 3.3 or later, in the context that is current at each call; all calls of
+/// one renderer must come with the same context, or one that shares objects with it. Not thread-safe, but may
+/// be used from any one thread as long as nobody changes the scene meanwhile.
+///
+/// A body that occurs many times is kept and sent once. From one picture to the next only what changed is
+/// sent again.
+class Renderer
+{
+public:
+    Renderer();
+    /// Must come with the context current, unless `abandon` was called.
+    ~Renderer();
+    Renderer(const Renderer&) = delete;
+    Renderer& operator=(const Renderer&) = delete;
+
+    /// Makes what is needed for drawing. Returns false with an error in the status if the context cannot do
+    /// it. May be called again; only the first call works.
+    bool initialize(Vs::Status& status);
+
+    /// Draws all fragments, each over the ones before, and leaves the state of the context as it needs it:
+    /// the caller sets what it depends on.
+    void render(const std::vector<Vs::Scene::ViewFragment*>& fragments, const RenderTarget& target);
+    /// The common case: into the whole of a framebuffer.
+    void render(Vs::Scene::ViewFragment* fragment, int width, int height, uint32_t framebuffer);
+
+    /// Forgets all objects of the context without freeing them: the context is gone already.
+    void abandon();
+
+    const RenderStatistics& statistics() const;
+
+private:
+    struct Data;
+    std::unique_ptr<Data> m_data;
+};
+
+} // namespace Rendra

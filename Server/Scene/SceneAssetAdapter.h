@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Server/DataModel/AssetAdapter.h"
+#include "Server/DataModel/AssetEvents.h"
+#include "Server/Scene/Node.h"
+#include "Server/Scene/Segment.h"
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace Vs {
+class Body;
+class Component;
+} // namespace Vs
+
+namespace Vs::Scene {
+
+/// The scene nodes of an asset: one group or body node for each component, kept in step with the model. A
+/// change of some components changes their nodes alone. Every asset has one:
+/// `cast<Scene::SceneAssetAdapter>(asset->adapter())`.
+class SceneAssetAdapter : public Implements<SceneAssetAdapter, AssetAdapter>, private AssetEventSite
+{
+public:
+    explicit SceneAssetAdapter(Asset* asset);
+    ~SceneAssetAdapter() override;
+
+    /// The node of the root component. Never null; stays the same as long as the asset.
+    Rendra::Graphics::GroupNode* rootNode() const { return m_root.get(); }
+    /// The node of a component, or null if there is none of that id.
+    Rendra::Graphics::Node* node(const std::string& componentId) const;
+    /// The id of the component that a node stands for; empty for other nodes.
+    const std::string& componentId(const Rendra::Graphics::Node* node) const;
+
+    /// Where the views' own nodes of this asset belong: reticles, markers, previews.
+    Segment* transientSegment() { return &m_transientSegment; }
+
+    /// Hands meshes that were made since the last call to their nodes. Returns true if there were any.
+    bool update();
+    /// Whether some bodies are still without a mesh.
+    bool waitsForMeshes() const { return !m_waiting.empty(); }
+
+private:
+    struct Entry
+    {
+        StrongRef<Rendra::Graphics::Node> node;
+        StrongRef<Rendra::Graphics::BodyNode> body; ///< Below `node`, if the component has children as well.
+        Rendra::Graphics::GroupNode* parent = nullptr;
+        std::vector<std::string> children;
+    };
+
+    void assetComponentsChanged(ComponentsEvent* event) override;
+
+    void rebuild();
+    void addBranch(const Component& component, Rendra::Graphics::GroupNode* parent);
+    void changeOne(const Component& component);
+    void removeBranch(const std::string& id);
+    void setBody(Entry& entry, const Component& component);
+
+    StrongRef<Rendra::Graphics::GroupNode> m_root;
+    std::unordered_map<std::string, Entry> m_entries;
+    std::unordered_map<const Rendra::Graphics::Node*, std::string> m_ids;
+    std::unordered_map<Rendra::Graphics::BodyNode*, StrongRef<Body>> m_waiting;
+    Segment m_transientSegment;
+};
+
+} // namespace Vs::Scene

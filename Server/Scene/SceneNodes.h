@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/INodeSource.h"
+#include "Server/Scene/Node.h"
+#include "Server/Scene/RenderParams.h"
+#include "Server/Scene/Viewport.h"
+
+#include <utility>
+
+namespace Vs::Scene {
+
+class SceneAssetAdapter;
+
+/// What the node of a view knows.
+class ViewNodeData : public Implements<ViewNodeData, Rendra::Graphics::NodeData>
+{
+public:
+    explicit ViewNodeData(INodeSource* source) : m_source(source) {}
+    /// The view; null once it is gone.
+    INodeSource* source() const { return m_source; }
+
+private:
+    friend class NodeChange;
+    INodeSource* m_source;
+};
+
+/// The node for a view; it knows the view as its source until NodeChange::clearSource.
+StrongRef<Rendra::Graphics::GroupNode> makeViewNode(INodeSource* source);
+/// Null if the node is null or is no view's.
+ViewNodeData* viewNodeData(const Rendra::Graphics::GroupNode* node);
+
+/// What the node of a view fragment knows.
+class ViewFragmentNodeData : public Implements<ViewFragmentNodeData, Rendra::Graphics::NodeData>
+{
+public:
+    /// The parameters of a pass; there is one pass, 0, and null for any other number.
+    RenderParams* renderParams(int pass) { return pass == 0 ? &m_renderParams : nullptr; }
+
+    Camera* camera() const { return m_camera.get(); }
+    void camera(StrongRef<Camera> camera) { m_camera = std::move(camera); }
+    Viewport* viewport() const { return m_viewport.get(); }
+    void viewport(StrongRef<Viewport> viewport) { m_viewport = std::move(viewport); }
+    /// The asset whose model the fragment shows; not owned, may be null.
+    SceneAssetAdapter* sceneAssetAdapter() const { return m_adapter; }
+    void sceneAssetAdapter(SceneAssetAdapter* adapter) { m_adapter = adapter; }
+    /// A click beside everything selects the background, and so has a place in space.
+    bool supportSelectBackground() const { return m_selectBackground; }
+    void supportSelectBackground(bool supports) { m_selectBackground = supports; }
+
+private:
+    RenderParams m_renderParams;
+    StrongRef<Camera> m_camera;
+    StrongRef<Viewport> m_viewport;
+    SceneAssetAdapter* m_adapter = nullptr;
+    bool m_selectBackground = false;
+};
+
+/// Null if the node is null or is no fragment's.
+ViewFragmentNodeData* viewFragmentNodeData(const Rendra::Graphics::GroupNode* node);
+
+} // namespace Vs::Scene

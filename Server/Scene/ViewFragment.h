@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Server/Scene/SceneNodes.h"
+
+#include <string>
+
+namespace Vs::Scene {
+
+/// One layer of a view: nodes seen by a camera. A view draws its fragments in their order, each over the ones
+/// before; the first one, called "Model", shows the model.
+class ViewFragment : public Implements<ViewFragment, SharedObject>
+{
+public:
+    /// A fragment without content, with a camera and a viewport of its own.
+    static StrongRef<ViewFragment> make(Segment* segment, const std::string& name = "Model");
+
+    const std::string& name() const { return m_node->name(); }
+    Camera* camera() const { return data()->camera(); }
+    void camera(StrongRef<Camera> camera) { data()->camera(std::move(camera)); }
+    ViewFragmentNodeData* data() const { return viewFragmentNodeData(m_node.get()); }
+    RenderParams* renderParams() const { return data()->renderParams(0); }
+
+    /// The fragment's own node; what it shows hangs below (NodeChange::add). Never null.
+    Rendra::Graphics::GroupNode* viewFragmentNode() const { return m_node.get(); }
+    /// Shows the model of an asset: hangs the adapter's node under the fragment's, in place of one before.
+    /// Null shows none.
+    void showAsset(SceneAssetAdapter* adapter);
+
+    /// The box around all visible content in world coordinates; meshes that arrived meanwhile are counted.
+    BBox bounds() const;
+    /// Takes in meshes that arrived since the last call. Returns true if the next picture differs from the
+    /// one that was drawn at `seen`; `seen` is brought up to date. A picture that nothing changed need not be
+    /// drawn again.
+    bool update(uint64_t& seen) const;
+
+protected:
+    ViewFragment(Segment* segment, const std::string& name);
+
+private:
+    StrongRef<Rendra::Graphics::GroupNode> m_node;
+};
+
+} // namespace Vs::Scene
