@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Object.h"
 #include "Server/Base/Status.h"
 #include "UI/Base/Command/CommandContext.h"
 
@@ -10,6 +11,7 @@
 namespace Vs {
 class Request;
 class SelectionMgr;
+class Transaction;
 } // namespace Vs
 
 namespace Vu {
@@ -25,8 +27,8 @@ struct SequentialInputEventArg;
 /// How a request is run for a command.
 struct ExecutionOptions
 {
-    /// Whether the change becomes a step that can be undone.
-    bool undoable = true;
+    /// Whether the change is a step of the command (CommandBase::beginStep), to be taken back by itself.
+    bool asStep = false;
 };
 
 /// One run of a command: made by its definition, run and deleted by a CommandMgr.
@@ -44,10 +46,11 @@ class CommandBase : public Vs::Implements<CommandBase>
 public:
     ~CommandBase() override;
 
-    /// The session the command works on: the context's, or that of the manager which runs it. May be null.
-    AssetSession* assetSession() const;
+    /// The session the command works on; may be null. A context that names none is given that of the manager
+    /// which runs the command.
+    AssetSession* assetSession() const { return m_context.assetSession(); }
     Vs::SelectionMgr* selectionManager() const;
-    /// The manager that runs it; never null while the command runs.
+    /// The manager that runs it; null once the command has ended, or has closed the session of its manager.
     CommandMgr* commandManager() const { return m_manager; }
     /// The command's own copy of the context it was called with. What the command adds to it is recorded.
     CommandContext* commandContext() const { return &m_context; }
@@ -91,8 +94,9 @@ public:
     bool areInputsValidForCommit() { return onAreInputsValidForCommit(); }
     bool areInputsValid() { return onAreInputsValid(); }
 
-    /// Makes a change of the session's asset, as a whole or not at all; `preview` tells that it is shown
-    /// only. The request stays the caller's. Returns whether the change was made; why not is in the status.
+    /// Makes a change of the session's asset, as a whole or not at all. A `preview` is taken back by the next
+    /// request and by the command's end. The request stays the caller's. Returns whether the change was made;
+    /// why not is in the status.
     bool executeRequest(Vs::Request* request, bool preview, ExecutionOptions options, Vs::Status& status);
 
     /// For messages and the debug dialog.
@@ -152,6 +156,7 @@ public:
 
 private:
     friend class CommandMgr;
+    friend class CommandStack;
     friend class CommandInUse;
     enum class State { Made, Begun, Active, Suspended, Ending, Ended };
 
@@ -159,13 +164,18 @@ private:
     mutable CommandContext m_context;
     CommandMgr* m_manager;
     std::unique_ptr<CommandInputSet> m_inputs;
+    std::unique_ptr<Vs::Transaction> m_preview;
+    /// The category in which it stacks; null if it doesn't.
+    const Vs::UniqueString* m_category = nullptr;
     int m_uses = 0;
+    int m_runDepth = 0;
     int m_stepsDone = 0;
     int m_stepsUndone = 0;
     State m_state = State::Made;
     ETerminationReason m_askedReason = ETerminationReason::Commit;
     bool m_endAsked = false;
     bool m_deleteWhenUnused = false;
+    bool m_observed = false;
     bool m_repeatable = true;
     bool m_usesDialog = true;
     bool m_stepOpen = false;

@@ -1,20 +1,18 @@
 #pragma once
 
 #include "Server/Base/Status.h"
-#include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandContext.h"
 
-#include <memory>
 #include <string_view>
 #include <vector>
 
 namespace Vu {
 
+class AlertController;
 class CommandBase;
 class CommandDefinition;
+class CommandStack;
 class ICommandObserver;
-class SimpleCommand;
-struct CommandRun;
 
 /// Runs commands and holds the stack of those that stay active. Each asset session has one of its own; one
 /// more, the global one, runs what belongs to no session. The stacks of two managers know nothing of each
@@ -49,14 +47,14 @@ public:
     /// command that is being executed is not it.
     CommandBase* activeCommand() const;
     /// All interactive commands that run, the topmost last.
-    const std::vector<CommandBase*>& commandStack() const { return m_stack; }
+    const std::vector<CommandBase*>& commandStack() const;
     /// The one-shot command that is being executed, the innermost if there are several; null if none.
-    CommandBase* executingCommand() const { return m_executing.empty() ? nullptr : m_executing.back(); }
+    CommandBase* executingCommand() const;
 
-    AssetSession* assetSession() const { return m_session; }
+    AssetSession* assetSession() const;
     /// The definition of the command that ran last and may be repeated; null if there was none.
-    CommandDefinition* lastCommandDef() const { return m_lastDefinition; }
-    AlertController* GetAlertController() { return &m_alerts; }
+    CommandDefinition* lastCommandDef() const;
+    AlertController* GetAlertController();
 
     /// Ends every running command, the topmost first.
     void terminateAll(ETerminationReason reason);
@@ -70,37 +68,16 @@ public:
     static void addObserver(ICommandObserver* observer);
     static void removeObserver(ICommandObserver* observer);
 
+    /// Runs what was deferred; for the queue.
+    void executeDeferred(CommandDefinition* definition, const CommandContext& context);
+
 private:
     friend class CommandBase;
     friend class CommandDefinition;
-    struct Depth;
 
-    Vs::Status run(CommandDefinition* definition, const CommandContext& context, bool resting);
-    void defer(CommandDefinition* definition, const CommandContext& context);
-    void execute(SimpleCommand* command, Vs::Status& status);
-    void begin(CommandBase* command, Vs::Status& status);
-    void makeRoomFor(CommandBase* command, bool stays);
-    void activate(CommandBase* command);
-    void suspend(CommandBase* command);
-    void resumeTop();
-    void end(CommandBase* command, ETerminationReason reason, Vs::Status& status);
-    void endAsked(CommandBase* command, ETerminationReason reason);
-    void finished(CommandBase* command, const Vs::Status& status, ETerminationReason reason, int depth);
-    void dispose(CommandBase* command);
-    void settle();
-    static void definitionGone(CommandDefinition* definition);
-    static void tell(void (ICommandObserver::*what)(const CommandRun&), const CommandRun& run);
-    template <class Action>
-    static bool guarded(CommandBase* command, Vs::Status& status, Action&& action);
-
-    AssetSession* m_session;
-    std::vector<CommandBase*> m_stack;
-    std::vector<CommandBase*> m_executing;
-    CommandDefinition* m_lastDefinition = nullptr;
-    AlertController m_alerts;
-    int m_depth = 0;
-    bool m_closing = false;
-    bool m_startingDefault = false;
+    /// Outlives the manager while a command of it runs: closing a document, say, deletes the manager that
+    /// runs the close.
+    CommandStack* m_stack;
 };
 
 } // namespace Vu

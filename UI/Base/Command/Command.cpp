@@ -1,0 +1,58 @@
+#include "UI/Base/Command/Command.h"
+
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandMgr.h"
+
+namespace Vu {
+
+Command::~Command()
+{
+    if (CommandInputSet* inputs = commandInputSet())
+        CommandInputSetEventSource::get()->unsubscribe(this, inputs);
+}
+
+void Command::createCommandInputs()
+{
+    CommandInputSet* inputs = onCreateCommandInputs();
+    if (!inputs)
+        return;
+    if (inputs != commandInputSet())
+        commandInputSet(inputs);
+    CommandInputSetEventSource::get()->subscribe(this, inputs);
+}
+
+bool Command::validateInputs(bool forCommit)
+{
+    CommandInputStatus status;
+    status.valid(!commandInputSet() || commandInputSet()->valid());
+    if (status.valid())
+        onValidateInputs(status, forCommit);
+    if (commandManager()) {
+        AlertController* alerts = commandManager()->GetAlertController();
+        alerts->clearBlockingAlerts();
+        if (!status.valid() && !status.message().empty())
+            alerts->addAlert(EAlertSeverity::Error, status.message(), true);
+    }
+    return status.valid();
+}
+
+bool Command::onAreInputsValid()
+{
+    return validateInputs(false);
+}
+
+bool Command::onAreInputsValidForCommit()
+{
+    return validateInputs(true);
+}
+
+void Command::commandInputChanged(CommandInputEvent* event)
+{
+    if (!isRunning())
+        return;
+    if (event->kind() == CommandInputEvent::EKind::Value)
+        validateInputs(false);
+    onCommandInputEventSink(event);
+}
+
+} // namespace Vu

@@ -1,0 +1,221 @@
+#include "UI/Base/Command/CommandBase.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Request.h"
+#include "Server/DataModel/Transaction.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandGroup.h"
+#include "UI/Base/Command/CommandHost.h"
+#include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/CommandStack.h"
+
+#include <algorithm>
+
+namespace Vu {
+
+CommandBase::CommandBase(CommandDefinition* definition, CommandContext* context)
+    : m_definition(definition),
+      m_context(context ? *context : CommandContext::emptyContext()),
+      m_manager(CommandStack::creatingManager())
+{
+    if (!m_context.assetSession() && m_manager)
+        m_context.assetSession(m_manager->assetSession());
+}
+
+CommandBase::~CommandBase() = default;
+
+Vs::SelectionMgr* CommandBase::selectionManager() const
+{
+    AssetSession* session = assetSession();
+    return session ? CommandHost::get()->selectionManager(session) : nullptr;
+}
+
+CursorController* CommandBase::cursorController() const
+{
+    return CommandHost::get()->cursorController(const_cast<CommandBase*>(this));
+}
+
+CommandDialog* CommandBase::commandDialog() const
+{
+    return CommandHost::get()->commandDialog(const_cast<CommandBase*>(this));
+}
+
+CommandBase* CommandBase::getActiveCommand()
+{
+    CommandMgr* manager = CommandMgr::getActiveCommandManager();
+    return manager ? manager->activeCommand() : nullptr;
+}
+
+void CommandBase::destroy(ETerminationReason reason)
+{
+    if (m_manager)
+        m_manager->m_stack->destroy(this, reason);
+}
+
+bool CommandBase::isRunning() const
+{
+    return m_state != State::Made && m_state != State::Ended;
+}
+bool CommandBase::isActive() const
+{
+    return m_state == State::Active;
+}
+bool CommandBase::isSuspended() const
+{
+    return m_state == State::Suspended;
+}
+
+void CommandBase::commandInputSet(CommandInputSet* inputs)
+{
+    m_inputs.reset(inputs);
+}
+
+void CommandBase::beginStep(bool undoable, bool keepOpenStep)
+{
+    endStep(keepOpenStep ? ETerminationReason::Commit : ETerminationReason::Cancel);
+    m_stepOpen = true;
+    m_openStepUndoable = undoable;
+    onStepBegin();
+}
+
+void CommandBase::endStep(ETerminationReason reason)
+{
+    if (!m_stepOpen)
+        return;
+    m_stepOpen = false;
+    if (reason == ETerminationReason::Commit) {
+        onPreStepEnd();
+        m_stepsUndone = 0;
+        // What can't be taken back bars the way to the steps before it.
+        m_stepsDone = m_openStepUndoable ? m_stepsDone + 1 : 0;
+    } else {
+        onPreStepAbort();
+    }
+    onStepEnd(reason);
+}
+
+void CommandBase::undoStep()
+{
+    if (!canUndoStep())
+        return;
+    --m_stepsDone;
+    ++m_stepsUndone;
+    onStepUndo();
+}
+
+void CommandBase::redoStep()
+{
+    if (!canRedoStep())
+        return;
+    --m_stepsUndone;
+    ++m_stepsDone;
+    onStepRedo();
+}
+
+void CommandBase::applyStep()
+{
+    endStep(ETerminationReason::Commit);
+}
+
+EMidCommandUndoRedoContext CommandBase::getPossibleMidCommandUndoContext() const
+{
+    return canUndoStep() ? EMidCommandUndoRedoContext::Step : EMidCommandUndoRedoContext::None;
+}
+
+EMidCommandUndoRedoContext CommandBase::getPossibleMidCommandRedoContext() const
+{
+    return canRedoStep() ? EMidCommandUndoRedoContext::Step : EMidCommandUndoRedoContext::None;
+}
+
+bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOptions options,
+                                 Vs::Status& status)
+{
+    AssetSession* session = assetSession();
+    Vs::Asset* asset = session ? CommandHost::get()->asset(session) : nullptr;
+    if (!asset || !request) {
+        status.addError(L"There is no asset to change.");
+        return false;
+    }
+    m_preview.reset();
+    std::vector<Vs::Request*> requests{request};
+    onPreExecuteRequest(requests, preview);
+
+    if (options.asStep && !preview)
+        beginStep(true, true);
+    auto transaction = std::make_unique<Vs::Transaction>(asset, request->name());
+    Vs::Status outcome;
+    for (Vs::Request* each : requests)
+        if (!each->execute(asset, outcome))
+            break;
+    const bool made = outcome.isOk() || !onAbortTransactionOnFailure(outcome);
+    if (made && preview)
+        m_preview = std::move(transaction);
+    else if (made)
+        transaction->commit();
+    else
+        transaction->abort();
+    if (options.asStep && !preview)
+        endStep(made ? ETerminationReason::Commit : ETerminationReason::Cancel);
+    status.merge(outcome);
+    return outcome.isOk();
+}
+
+bool CommandBase::canCommandRunAsNested(const CommandBase*) const
+{
+    return true;
+}
+
+bool CommandBase::onAreInputsValid()
+{
+    return !m_inputs || m_inputs->valid();
+}
+
+bool CommandBase::onAreInputsValidForCommit()
+{
+    return onAreInputsValid();
+}
+
+ECommandType CommandBase::onCommandType() const
+{
+    return ECommandType::Exclusive;
+}
+
+EStackingBehavior CommandBase::onStackingBehavior() const
+{
+    return EStackingBehavior::ByType;
+}
+
+const Vs::UniqueString* CommandBase::onStackingCategory() const
+{
+    return StackingCategory::defaultStackingCategory();
+}
+
+std::wstring CommandBase::onToString()
+{
+    return m_definition ? m_definition->id() : std::wstring();
+}
+
+std::wstring CommandBase::onToDetailedString()
+{
+    std::wstring text = onToString();
+    for (size_t i = 0; i < m_context.arguments(); ++i) {
+        const Vs::UniqueString* name = m_context.argumentName(i);
+        text += L" " + name->wideText() + L"=" + Vs::Strings::quote(m_context.argumentAsString(name));
+    }
+    return text;
+}
+
+CommandInUse::CommandInUse(CommandBase* command) : m_command(command)
+{
+    if (m_command)
+        ++m_command->m_uses;
+}
+
+CommandInUse::~CommandInUse()
+{
+    if (m_command && --m_command->m_uses == 0 && m_command->m_deleteWhenUnused)
+        delete m_command;
+}
+
+} // namespace Vu

@@ -1,0 +1,243 @@
+#include "UI/Base/Command/CommandContext.h"
+
+#include "Server/Base/SerializableObject.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/StrongRef.h"
+#include "UI/Base/Command/CommandHost.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace Vu {
+
+namespace {
+
+/// The whole of `text` as a number; from_chars, because what a file says must not depend on the locale.
+template <class Number>
+std::optional<Number> numberFrom(const std::wstring& text)
+{
+    const std::string narrow = Vs::Strings::narrow(text);
+    const char* first = narrow.data();
+    const char* last = first + narrow.size();
+    if (first != last && *first == '+')
+        ++first;
+    Number number{};
+    const auto [end, error] = std::from_chars(first, last, number);
+    if (error != std::errc() || end != last)
+        return std::nullopt;
+    return number;
+}
+
+template <class Number>
+std::wstring textOf(Number number)
+{
+    char buffer[64];
+    const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, number);
+    return error == std::errc() ? std::wstring(buffer, end) : std::wstring();
+}
+
+std::optional<int> exactInt(double value)
+{
+    if (!(value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max()) ||
+        value != std::trunc(value))
+        return std::nullopt;
+    return static_cast<int>(value);
+}
+
+/// An argument that is an object. An object that counts its references is held by the argument.
+struct ObjectArgument
+{
+    Vs::SerializableObject* object;
+    Vs::StrongRef<Vs::SharedObject> hold;
+};
+
+} // namespace
+
+struct CommandContext::Argument
+{
+    const Vs::UniqueString* key;
+    /// In the order of EArgType.
+    std::variant<ObjectArgument, int, double, std::wstring> value;
+};
+
+struct CommandContext::Arguments
+{
+    std::vector<Argument> list;
+};
+
+CommandContext::CommandContext() = default;
+CommandContext::CommandContext(const CommandContext&) = default;
+CommandContext::CommandContext(CommandContext&&) noexcept = default;
+CommandContext& CommandContext::operator=(const CommandContext&) = default;
+CommandContext& CommandContext::operator=(CommandContext&&) noexcept = default;
+CommandContext::~CommandContext() = default;
+
+CommandContext CommandContext::activeContext()
+{
+    CommandHost* host = CommandHost::get();
+    CommandContext context;
+    context.m_assetSession = host->activeAssetSession();
+    context.m_shell = host->activeShell();
+    context.m_workspace = host->activeWorkspace();
+    return context;
+}
+
+const CommandContext& CommandContext::emptyContext()
+{
+    static const CommandContext context;
+    return context;
+}
+
+const Vs::UniqueString* CommandContext::pathArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Path");
+    return name;
+}
+
+void CommandContext::addArgument(const Vs::UniqueString* key, Vs::SerializableObject* object)
+{
+    if (!object)
+        return;
+    // Counting is what the object itself does or doesn't; who hands it over needn't know which.
+    own(key).value = ObjectArgument{object, Vs::StrongRef<Vs::SharedObject>(dynamic_cast<Vs::SharedObject*>(
+                                                static_cast<Vs::Object*>(object)))};
+}
+
+void CommandContext::addArgument(const Vs::UniqueString* key, std::wstring text)
+{
+    own(key).value = std::move(text);
+}
+
+void CommandContext::addArgument(const Vs::UniqueString* key, int value)
+{
+    own(key).value = value;
+}
+
+void CommandContext::addArgument(const Vs::UniqueString* key, double value)
+{
+    own(key).value = value;
+}
+
+void CommandContext::removeArgument(const Vs::UniqueString* key)
+{
+    if (!hasArgument(key))
+        return;
+    own(key);
+    std::erase_if(m_arguments->list, [&](const Argument& argument) { return argument.key == key; });
+}
+
+Vs::SerializableObject* CommandContext::argument(const Vs::UniqueString* key) const
+{
+    const Argument* found = find(key);
+    const ObjectArgument* object = found ? std::get_if<ObjectArgument>(&found->value) : nullptr;
+    return object ? object->object : nullptr;
+}
+
+bool CommandContext::argument(const Vs::UniqueString* key, EArgType type, void* value) const
+{
+    const Argument* found = find(key);
+    if (!found)
+        return false;
+    const int* integer = std::get_if<int>(&found->value);
+    const double* real = std::get_if<double>(&found->value);
+    const std::wstring* text = std::get_if<std::wstring>(&found->value);
+
+    const auto give = [value](const auto& optional) {
+        using Value = std::decay_t<decltype(*optional)>;
+        if (optional)
+            *static_cast<Value*>(value) = *optional;
+        return optional.has_value();
+    };
+    switch (type) {
+    case EArgType::Object:
+        if (Vs::SerializableObject* object = argument(key)) {
+            *static_cast<Vs::SerializableObject**>(value) = object;
+            return true;
+        }
+        return false;
+    case EArgType::Int:
+        return give(integer ? std::optional<int>(*integer)
+                    : real  ? exactInt(*real)
+                    : text  ? numberFrom<int>(*text)
+                            : std::nullopt);
+    case EArgType::Double:
+        return give(real      ? std::optional<double>(*real)
+                    : integer ? std::optional<double>(*integer)
+                    : text    ? numberFrom<double>(*text)
+                              : std::nullopt);
+    case EArgType::String:
+        return give(text      ? std::optional<std::wstring>(*text)
+                    : integer ? std::optional<std::wstring>(textOf(*integer))
+                    : real    ? std::optional<std::wstring>(textOf(*real))
+                              : std::nullopt);
+    }
+    return false;
+}
+
+std::wstring CommandContext::argumentAsString(const Vs::UniqueString* key) const
+{
+    if (const Vs::SerializableObject* object = argument(key))
+        return object->serialize();
+    std::wstring text;
+    argument(key, EArgType::String, &text);
+    return text;
+}
+
+bool CommandContext::hasArgument(const Vs::UniqueString* key) const
+{
+    return find(key) != nullptr;
+}
+
+size_t CommandContext::arguments() const
+{
+    return m_arguments ? m_arguments->list.size() : 0;
+}
+
+const Vs::UniqueString* CommandContext::argumentName(size_t index) const
+{
+    return m_arguments->list.at(index).key;
+}
+
+CommandContext::EArgType CommandContext::argumentType(size_t index) const
+{
+    return static_cast<EArgType>(m_arguments->list.at(index).value.index());
+}
+
+Vs::Asset* CommandContext::asset() const
+{
+    return m_assetSession ? CommandHost::get()->asset(m_assetSession) : nullptr;
+}
+
+CommandMgr* CommandContext::commandManager() const
+{
+    return m_assetSession ? CommandHost::get()->commandManager(m_assetSession) : nullptr;
+}
+
+const CommandContext::Argument* CommandContext::find(const Vs::UniqueString* key) const
+{
+    if (!m_arguments)
+        return nullptr;
+    for (const Argument& argument : m_arguments->list)
+        if (argument.key == key)
+            return &argument;
+    return nullptr;
+}
+
+CommandContext::Argument& CommandContext::own(const Vs::UniqueString* key)
+{
+    if (!m_arguments)
+        m_arguments = std::make_shared<Arguments>();
+    else if (m_arguments.use_count() > 1)
+        m_arguments = std::make_shared<Arguments>(*m_arguments);
+    if (const Argument* found = find(key))
+        return const_cast<Argument&>(*found);
+    return m_arguments->list.emplace_back(Argument{key, 0});
+}
+
+} // namespace Vu

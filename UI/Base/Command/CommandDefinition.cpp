@@ -1,0 +1,143 @@
+#include "UI/Base/Command/CommandDefinition.h"
+
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandEvents.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/CommandStack.h"
+#include "UI/Base/Command/InputControl.h"
+
+#include <algorithm>
+#include <exception>
+
+namespace Vu {
+
+CommandDefinition::CommandDefinition(Info* info) : m_info(info ? info : Info::emptyInfo())
+{
+    CommandDefinitionMgr::get()->add(this);
+}
+
+CommandDefinition::~CommandDefinition()
+{
+    CommandDefinitionMgr::get()->remove(this);
+    CommandStack::definitionGone(this);
+}
+
+bool CommandDefinition::isApplicable(CommandContext* context) const
+{
+    try {
+        if (!onIsApplicable(context))
+            return false;
+    } catch (const std::exception&) {
+        return false;
+    }
+    CommandDefinitionIsApplicableEvent event(this, context);
+    CommandEventSource::get()->fireCommandDefinitionIsApplicable(&event);
+    return event.applicable();
+}
+
+bool CommandDefinition::isVisible(CommandContext* context) const
+{
+    return onIsVisible(context);
+}
+
+bool CommandDefinition::isAvailable(CommandContext* context) const
+{
+    return isVisible(context) && isApplicable(context);
+}
+
+CommandBase* CommandDefinition::createCommand(CommandContext* context)
+{
+    CommandBase* command = onCreateCommand(context);
+    if (command) {
+        CommandCreatedEvent event(command);
+        CommandEventSource::get()->fireCommandCreated(&event);
+    }
+    return command;
+}
+
+Vs::Status CommandDefinition::executeCommand(const CommandContext& context)
+{
+    CommandMgr* manager = context.commandManager();
+    if (!manager)
+        manager = CommandMgr::getActiveCommandManager();
+    if (!manager)
+        manager = CommandMgr::get();
+    return manager->executeCommand(this, context);
+}
+
+InputControl* CommandDefinition::inputControl()
+{
+    return onInputControl();
+}
+
+void CommandDefinition::updateInputControl(CommandContext* context)
+{
+    onUpdateInputControl(context);
+}
+
+std::wstring CommandDefinition::preferredEnvironment()
+{
+    return onPreferredEnvironment();
+}
+
+const std::wstring& CommandDefinition::selectCommandId()
+{
+    static const std::wstring id = L"SelectCommand";
+    return id;
+}
+
+void CommandDefinition::onClicked()
+{
+    CommandContext context = CommandContext::activeContext();
+    context.accessPoint(ECommandAccessPoint::Toolbar);
+    if (!isAvailable(&context))
+        return;
+    // The command may take the toolbar away that is still busy with the click.
+    context.executeImmediately(false);
+    executeCommand(context);
+}
+
+void CommandDefinition::joinCommandGroup(const Vs::UniqueString* group)
+{
+    if (std::find(m_groups.begin(), m_groups.end(), group) == m_groups.end())
+        m_groups.push_back(group);
+}
+
+bool CommandDefinition::onIsApplicable(CommandContext*) const
+{
+    return true;
+}
+
+bool CommandDefinition::onIsVisible(CommandContext*) const
+{
+    return true;
+}
+
+void CommandDefinition::onUpdateInputControl(CommandContext* context)
+{
+    InputControl* control = inputControl();
+    if (!control)
+        return;
+    control->visible(isVisible(context));
+    control->enabled(isApplicable(context));
+}
+
+InputControl* CommandDefinition::onInputControl()
+{
+    if (!m_button)
+        m_button = std::make_unique<ButtonControl>(m_info, this);
+    return m_button.get();
+}
+
+std::wstring CommandDefinition::onPreferredEnvironment()
+{
+    return {};
+}
+
+bool CommandDefinition::onAddToContextMenu()
+{
+    return false;
+}
+
+} // namespace Vu

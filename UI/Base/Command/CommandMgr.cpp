@@ -1,0 +1,121 @@
+#include "UI/Base/Command/CommandMgr.h"
+
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandEvents.h"
+#include "UI/Base/Command/CommandHost.h"
+#include "UI/Base/Command/CommandStack.h"
+
+namespace Vu {
+
+CommandMgr::CommandMgr(AssetSession* session) : m_stack(new CommandStack(this, session))
+{
+    CommandManagerEvent event(this);
+    CommandEventSource::get()->fireCommandManagerCreated(&event);
+}
+
+CommandMgr::~CommandMgr()
+{
+    m_stack->close();
+}
+
+CommandMgr* CommandMgr::get()
+{
+    // Never destroyed: commands may still be asked to end while the process is going down.
+    static CommandMgr* const manager = new CommandMgr;
+    return manager;
+}
+
+CommandMgr* CommandMgr::getActiveCommandManager()
+{
+    CommandHost* host = CommandHost::get();
+    AssetSession* session = host->activeAssetSession();
+    return session ? host->commandManager(session) : nullptr;
+}
+
+Vs::Status CommandMgr::executeCommand(CommandDefinition* definition, const CommandContext& context)
+{
+    if (!definition) {
+        Vs::Status status;
+        status.addError(L"There is no such command.");
+        return status;
+    }
+    if (!context.executeImmediately() && m_stack->defer(definition, context))
+        return {};
+    return m_stack->run(definition, context, CommandStack::Mode::Called);
+}
+
+Vs::Status CommandMgr::executeCommand(std::wstring_view id, const CommandContext& context)
+{
+    CommandDefinitionMgr* definitions = CommandDefinitionMgr::get();
+    if (CommandDefinition* definition = definitions->findCommandDefinitionById(id))
+        return executeCommand(definition, context);
+
+    constexpr size_t kShownLength = 80;
+    std::wstring message = L"There is no command \"" + std::wstring(id.substr(0, kShownLength)) +
+                           (id.size() > kShownLength ? L"...\"." : L"\".");
+    const std::vector<std::wstring> similar = definitions->similarIds(id);
+    for (size_t i = 0; i < similar.size(); ++i)
+        message += (i == 0 ? L" Did you mean \"" : L"\", \"") + similar[i];
+    if (!similar.empty())
+        message += L"\"?";
+    Vs::Status status;
+    status.addError(message);
+    return status;
+}
+
+void CommandMgr::executeDeferred(CommandDefinition* definition, const CommandContext& context)
+{
+    m_stack->run(definition, context, CommandStack::Mode::Deferred);
+}
+
+CommandBase* CommandMgr::activeCommand() const
+{
+    return m_stack->activeCommand();
+}
+
+const std::vector<CommandBase*>& CommandMgr::commandStack() const
+{
+    return m_stack->commands();
+}
+
+CommandBase* CommandMgr::executingCommand() const
+{
+    return m_stack->executingCommand();
+}
+
+AssetSession* CommandMgr::assetSession() const
+{
+    return m_stack->session();
+}
+
+CommandDefinition* CommandMgr::lastCommandDef() const
+{
+    return m_stack->lastDefinition();
+}
+
+AlertController* CommandMgr::GetAlertController()
+{
+    return &m_stack->alerts();
+}
+
+void CommandMgr::terminateAll(ETerminationReason reason)
+{
+    m_stack->terminateAll(reason);
+}
+
+void CommandMgr::startDefaultCommand()
+{
+    m_stack->startDefaultCommand();
+}
+
+void CommandMgr::addObserver(ICommandObserver* observer)
+{
+    CommandStack::addObserver(observer);
+}
+
+void CommandMgr::removeObserver(ICommandObserver* observer)
+{
+    CommandStack::removeObserver(observer);
+}
+
+} // namespace Vu

@@ -1,0 +1,447 @@
+#include "UI/Base/Command/CommandStack.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Transaction.h"
+#include "UI/Base/Command/Command.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandEvents.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/CommandObserver.h"
+#include "UI/Base/Command/DeferredRuns.h"
+#include "UI/Base/Command/SimpleCommand.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace Vu {
+
+namespace {
+
+std::vector<CommandStack*>& allStacks()
+{
+    static std::vector<CommandStack*>* const stacks = new std::vector<CommandStack*>;
+    return *stacks;
+}
+
+/// Observers may come and go from inside a call of one.
+struct Observers
+{
+    std::vector<ICommandObserver*> list;
+    int depth = 0;
+};
+
+Observers& observers()
+{
+    static Observers* const observers = new Observers;
+    return *observers;
+}
+
+CommandMgr* creating = nullptr;
+
+/// Runs a command's function; what it throws becomes an error. Returns whether it came back as it should.
+template <class Action>
+bool guarded(Vs::Status& status, Action&& action)
+{
+    try {
+        action();
+        return true;
+    } catch (const std::exception& error) {
+        status.addError(Vs::Strings::widen(error.what()));
+    } catch (...) {
+        status.addError(L"The command failed with an unknown exception.");
+    }
+    return false;
+}
+
+/// Roads on which nobody but the alerts tells the user what went wrong.
+bool calledByHand(ECommandAccessPoint point)
+{
+    switch (point) {
+    case ECommandAccessPoint::Toolbar:
+    case ECommandAccessPoint::ApplicationMenu:
+    case ECommandAccessPoint::Menu:
+    case ECommandAccessPoint::ContextMenu:
+    case ECommandAccessPoint::Canvas:
+    case ECommandAccessPoint::HotKey:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+/// Counts the calls that are inside the stack's functions. When the outermost one returns, the stack comes to
+/// rest, or goes, if its manager went meanwhile.
+class CommandStack::UnderWay
+{
+public:
+    explicit UnderWay(CommandStack& stack) : m_stack(stack) { ++m_stack.m_underWay; }
+    ~UnderWay()
+    {
+        if (m_stack.m_underWay == 1 && m_stack.m_emptied)
+            m_stack.settle();
+        if (--m_stack.m_underWay == 0 && !m_stack.m_manager)
+            delete &m_stack;
+    }
+
+private:
+    CommandStack& m_stack;
+};
+
+/// While it lives, no suspended command is resumed because the one above it went.
+class CommandStack::MakingRoom
+{
+public:
+    explicit MakingRoom(CommandStack& stack) : m_stack(stack) { ++m_stack.m_makingRoom; }
+    ~MakingRoom() { --m_stack.m_makingRoom; }
+
+private:
+    CommandStack& m_stack;
+};
+
+CommandStack::CommandStack(CommandMgr* manager, AssetSession* session)
+    : m_manager(manager), m_session(session)
+{
+    allStacks().push_back(this);
+}
+
+CommandStack::~CommandStack() = default;
+
+void CommandStack::close()
+{
+    m_closing = true;
+    {
+        UnderWay underWay(*this);
+        DeferredRuns::drop(m_manager, m_session);
+        terminateAll(ETerminationReason::Cancel);
+        for (CommandBase* command : m_executing)
+            command->m_manager = nullptr;
+        for (CommandBase* command : m_commands)
+            command->m_manager = nullptr;
+        std::erase(allStacks(), this);
+        m_manager = nullptr;
+    }
+}
+
+Vs::Status CommandStack::run(CommandDefinition* definition, const CommandContext& context, Mode mode)
+{
+    Vs::Status status;
+    UnderWay underWay(*this);
+    const bool observed = mode != Mode::Resting;
+    CommandRun record{m_manager, definition, &context};
+    record.depth = m_underWay - 1;
+    record.status = &status;
+    if (observed)
+        tell(&ICommandObserver::before, record);
+
+    CommandBase* command = create(definition, context, status);
+    if (!command) {
+        record.refused = status.isOk();
+        record.reason = ETerminationReason::Cancel;
+        if (observed)
+            tell(&ICommandObserver::after, record);
+        return status;
+    }
+    CommandInUse inUse(command);
+    command->m_runDepth = record.depth;
+    command->m_observed = observed;
+    if (observed && record.depth == 0 && command->repeatable())
+        m_lastDefinition = definition;
+
+    SimpleCommand* const simple = Vs::cast<SimpleCommand>(command);
+    if (!guarded(status, [&] { makeRoomFor(command, !simple); }))
+        leave(command, ETerminationReason::Cancel, status);
+    else if (simple)
+        execute(simple, status);
+    else
+        begin(command, status);
+
+    if (mode != Mode::Called || calledByHand(context.commandAccessPoint()))
+        m_alerts.addAlerts(status);
+    return status;
+}
+
+CommandBase* CommandStack::create(CommandDefinition* definition, const CommandContext& context,
+                                  Vs::Status& status)
+{
+    CommandMgr* const outer = std::exchange(creating, m_manager);
+    CommandBase* command = nullptr;
+    guarded(status, [&] {
+        CommandContext own(context);
+        command = definition->createCommand(&own);
+    });
+    creating = outer;
+    return command;
+}
+
+void CommandStack::makeRoomFor(CommandBase* command, bool stays)
+{
+    const EStackingBehavior behavior = command->onStackingBehavior();
+    {
+        MakingRoom making(*this);
+        // The commands that go, as they are now: what their own ends start stays.
+        std::vector<CommandBase*> leaving;
+        if (behavior == EStackingBehavior::OverCategory) {
+            command->m_category = command->onStackingCategory();
+            const auto same =
+                std::find_if(m_commands.begin(), m_commands.end(), [&](const CommandBase* running) {
+                    return running->m_category == command->m_category;
+                });
+            leaving.assign(same, m_commands.end());
+        } else if (behavior == EStackingBehavior::OverNothing ||
+                   command->onCommandType() != ECommandType::Nested) {
+            leaving = m_commands;
+        } else {
+            auto keeps = m_commands.end();
+            while (keeps != m_commands.begin() && !(*(keeps - 1))->canCommandRunAsNested(command))
+                --keeps;
+            leaving.assign(keeps, m_commands.end());
+        }
+        Vs::Status problems;
+        for (auto each = leaving.rbegin(); each != leaving.rend(); ++each)
+            if (std::find(m_commands.begin(), m_commands.end(), *each) != m_commands.end())
+                end(*each, ETerminationReason::Cancel, problems);
+        if (stays && !m_commands.empty())
+            suspend(m_commands.back());
+        m_alerts.addAlerts(problems);
+    }
+    if (!stays)
+        resumeTop();
+}
+
+void CommandStack::execute(SimpleCommand* command, Vs::Status& status)
+{
+    m_executing.push_back(command);
+    command->m_state = CommandBase::State::Begun;
+    const bool came =
+        guarded(status, [&] { command->onBegin(); }) && guarded(status, [&] { command->onExecute(status); });
+
+    ETerminationReason reason = status.isOk() ? ETerminationReason::Commit : ETerminationReason::Cancel;
+    if (came && command->m_endAsked)
+        reason = command->m_askedReason;
+    command->m_state = CommandBase::State::Ending;
+    guarded(status, [&] { command->onPreCommandEnd(); });
+    guarded(status, [&] { command->onEnd(reason); });
+    std::erase(m_executing, static_cast<CommandBase*>(command));
+    leave(command, reason, status);
+}
+
+void CommandStack::begin(CommandBase* command, Vs::Status& status)
+{
+    m_alerts.clearBlockingAlerts();
+    m_commands.push_back(command);
+    command->m_state = CommandBase::State::Begun;
+    const bool came = guarded(status, [&] {
+        if (Command* withInputs = Vs::cast<Command>(command))
+            withInputs->createCommandInputs();
+        command->onBegin();
+    });
+    if (!came)
+        end(command, ETerminationReason::Cancel, status);
+    else if (command->m_state == CommandBase::State::Begun)
+        activate(command, status);
+    CommandEventSource::get()->fireCommandAvailabilitiesChanged();
+}
+
+void CommandStack::activate(CommandBase* command, Vs::Status& status)
+{
+    CommandInUse inUse(command);
+    command->m_state = CommandBase::State::Active;
+    const bool came = guarded(status, [&] {
+        command->onActivate();
+        if (command->m_state == CommandBase::State::Active)
+            command->onPostActivate();
+    });
+    if (!came)
+        end(command, ETerminationReason::Cancel, status);
+}
+
+void CommandStack::suspend(CommandBase* command)
+{
+    if (command->m_state != CommandBase::State::Active)
+        return;
+    CommandInUse inUse(command);
+    Vs::Status problems;
+    command->m_state = CommandBase::State::Suspended;
+    guarded(problems, [&] { command->onDeactivate(); });
+    if (command->m_state == CommandBase::State::Suspended)
+        guarded(problems, [&] { command->onSuspend(); });
+    m_alerts.addAlerts(problems);
+}
+
+void CommandStack::resumeTop()
+{
+    if (m_closing || m_makingRoom > 0 || m_commands.empty())
+        return;
+    CommandBase* const command = m_commands.back();
+    if (command->m_state != CommandBase::State::Suspended)
+        return;
+    CommandInUse inUse(command);
+    Vs::Status problems;
+    // Told while it still counts as suspended: if it ends itself here, it isn't deactivated a second time.
+    if (!guarded(problems, [&] { command->onResume(); }))
+        end(command, ETerminationReason::Cancel, problems);
+    else if (command->m_state == CommandBase::State::Suspended && m_commands.back() == command)
+        activate(command, problems);
+    m_alerts.addAlerts(problems);
+}
+
+void CommandStack::destroy(CommandBase* command, ETerminationReason reason)
+{
+    UnderWay underWay(*this);
+    if (std::find(m_executing.begin(), m_executing.end(), command) != m_executing.end()) {
+        command->m_endAsked = true;
+        command->m_askedReason = reason;
+        return;
+    }
+    Vs::Status problems;
+    end(command, reason, problems);
+    m_alerts.addAlerts(problems);
+}
+
+void CommandStack::end(CommandBase* command, ETerminationReason reason, Vs::Status& status)
+{
+    using CommandState = CommandBase::State;
+    const bool wasActive = command->m_state == CommandState::Active;
+    if (!wasActive && command->m_state != CommandState::Begun && command->m_state != CommandState::Suspended)
+        return;
+    UnderWay underWay(*this);
+    {
+        CommandInUse inUse(command);
+        command->m_state = CommandState::Ending;
+        guarded(status, [&] { command->onPreCommandEnd(); });
+        guarded(status, [&] { command->endStep(reason); });
+        command->m_preview.reset();
+        if (wasActive)
+            guarded(status, [&] { command->onDeactivate(); });
+        guarded(status, [&] { command->onEnd(reason); });
+        std::erase(m_commands, command);
+        m_emptied = m_emptied || m_commands.empty();
+        m_alerts.clearBlockingAlerts();
+        leave(command, reason, status);
+    }
+    resumeTop();
+    CommandEventSource::get()->fireCommandAvailabilitiesChanged();
+}
+
+void CommandStack::leave(CommandBase* command, ETerminationReason reason, Vs::Status& status)
+{
+    command->m_state = CommandBase::State::Ended;
+    guarded(status, [&] { command->onTerminate(reason); });
+    guarded(status, [&] { command->onDestroy(reason); });
+    if (command->m_observed) {
+        CommandRun record{m_manager, command->m_definition, &command->m_context, command, &status, reason};
+        record.depth = command->m_runDepth;
+        tell(&ICommandObserver::after, record);
+    }
+    guarded(status, [&] { command->onPreDelete(); });
+    command->m_manager = nullptr;
+    command->m_deleteWhenUnused = true;
+}
+
+void CommandStack::terminateAll(ETerminationReason reason)
+{
+    UnderWay underWay(*this);
+    MakingRoom making(*this);
+    Vs::Status problems;
+    const std::vector<CommandBase*> leaving = m_commands;
+    for (auto each = leaving.rbegin(); each != leaving.rend(); ++each)
+        if (std::find(m_commands.begin(), m_commands.end(), *each) != m_commands.end())
+            end(*each, reason, problems);
+    m_alerts.addAlerts(problems);
+}
+
+void CommandStack::settle()
+{
+    m_emptied = false;
+    if (m_session)
+        startDefaultCommand();
+}
+
+void CommandStack::startDefaultCommand()
+{
+    if (m_closing || m_startingDefault || !m_commands.empty())
+        return;
+    CommandDefinition* const usual =
+        CommandDefinitionMgr::get()->findCommandDefinitionById(CommandDefinition::selectCommandId());
+    CommandManagerDefaultCommandEvent event(m_manager, usual);
+    CommandEventSource::get()->fireCommandManagerDefaultCommand(&event);
+    if (!event.commandDefinition())
+        return;
+    UnderWay underWay(*this);
+    CommandContext context = CommandContext::activeContext();
+    context.assetSession(m_session);
+    m_startingDefault = true;
+    run(event.commandDefinition(), context, Mode::Resting);
+    m_startingDefault = false;
+    m_emptied = false;
+}
+
+CommandBase* CommandStack::activeCommand() const
+{
+    for (auto each = m_commands.rbegin(); each != m_commands.rend(); ++each)
+        if ((*each)->m_state != CommandBase::State::Ending)
+            return *each;
+    return nullptr;
+}
+
+bool CommandStack::defer(CommandDefinition* definition, const CommandContext& context)
+{
+    return DeferredRuns::add(m_manager, definition, context);
+}
+
+CommandMgr* CommandStack::creatingManager()
+{
+    return creating;
+}
+
+void CommandStack::definitionGone(CommandDefinition* definition)
+{
+    DeferredRuns::drop(definition);
+    const std::vector<CommandStack*> stacks = allStacks();
+    for (CommandStack* stack : stacks) {
+        if (stack->m_lastDefinition == definition)
+            stack->m_lastDefinition = nullptr;
+        const std::vector<CommandBase*> commands = stack->m_commands;
+        for (auto each = commands.rbegin(); each != commands.rend(); ++each)
+            if (std::find(stack->m_commands.begin(), stack->m_commands.end(), *each) !=
+                    stack->m_commands.end() &&
+                (*each)->m_definition == definition)
+                stack->destroy(*each, ETerminationReason::Cancel);
+    }
+}
+
+void CommandStack::addObserver(ICommandObserver* observer)
+{
+    auto& list = observers().list;
+    if (std::find(list.begin(), list.end(), observer) == list.end())
+        list.push_back(observer);
+}
+
+void CommandStack::removeObserver(ICommandObserver* observer)
+{
+    std::replace(observers().list.begin(), observers().list.end(), observer,
+                 static_cast<ICommandObserver*>(nullptr));
+    if (observers().depth == 0)
+        std::erase(observers().list, nullptr);
+}
+
+void CommandStack::tell(void (ICommandObserver::*what)(const CommandRun&), const CommandRun& run)
+{
+    Observers& all = observers();
+    if (all.list.empty())
+        return;
+    ++all.depth;
+    Vs::Status problems;
+    for (size_t i = 0, count = all.list.size(); i < count; ++i)
+        if (ICommandObserver* observer = all.list[i])
+            guarded(problems, [&] { (observer->*what)(run); });
+    if (--all.depth == 0)
+        std::erase(all.list, nullptr);
+    m_alerts.addAlerts(problems);
+}
+
+} // namespace Vu

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandContext.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Vu {
+
+class CommandBase;
+class CommandDefinition;
+class ICommandObserver;
+class SimpleCommand;
+struct CommandRun;
+
+/// The workings of a command manager: runs the commands, and is the one place that every run passes. Private
+/// to the command model; see CommandMgr for what it does and CommandBase for the order of calls.
+class CommandStack
+{
+public:
+    CommandStack(CommandMgr* manager, AssetSession* session);
+    /// The manager goes: ends what runs. The stack deletes itself when the last run that is under way
+    /// returns.
+    void close();
+
+    enum class Mode {
+        Called,   ///< By the user, a line, a script, another command.
+        Deferred, ///< The same, later: nobody waits for the status.
+        Resting,  ///< By the host, because nothing else runs.
+    };
+    Vs::Status run(CommandDefinition* definition, const CommandContext& context, Mode mode);
+    /// Queues the run; false if there is no queue.
+    bool defer(CommandDefinition* definition, const CommandContext& context);
+    void destroy(CommandBase* command, ETerminationReason reason);
+    void terminateAll(ETerminationReason reason);
+    void startDefaultCommand();
+
+    CommandBase* activeCommand() const;
+    const std::vector<CommandBase*>& commands() const { return m_commands; }
+    CommandBase* executingCommand() const { return m_executing.empty() ? nullptr : m_executing.back(); }
+    AssetSession* session() const { return m_session; }
+    CommandDefinition* lastDefinition() const { return m_lastDefinition; }
+    AlertController& alerts() { return m_alerts; }
+
+    /// The manager that is having a command made right now; a command is born into it.
+    static CommandMgr* creatingManager();
+    static void definitionGone(CommandDefinition* definition);
+    static void addObserver(ICommandObserver* observer);
+    static void removeObserver(ICommandObserver* observer);
+
+private:
+    class UnderWay;
+    class MakingRoom;
+
+    ~CommandStack();
+    CommandBase* create(CommandDefinition* definition, const CommandContext& context, Vs::Status& status);
+    void makeRoomFor(CommandBase* command, bool stays);
+    void execute(SimpleCommand* command, Vs::Status& status);
+    void begin(CommandBase* command, Vs::Status& status);
+    void activate(CommandBase* command, Vs::Status& status);
+    void suspend(CommandBase* command);
+    void resumeTop();
+    void end(CommandBase* command, ETerminationReason reason, Vs::Status& status);
+    void leave(CommandBase* command, ETerminationReason reason, Vs::Status& status);
+    void tell(void (ICommandObserver::*what)(const CommandRun&), const CommandRun& run);
+    void settle();
+
+    CommandMgr* m_manager;
+    AssetSession* m_session;
+    std::vector<CommandBase*> m_commands;
+    std::vector<CommandBase*> m_executing;
+    CommandDefinition* m_lastDefinition = nullptr;
+    AlertController m_alerts;
+    int m_underWay = 0;
+    int m_makingRoom = 0;
+    bool m_closing = false;
+    bool m_emptied = false;
+    bool m_startingDefault = false;
+};
+
+} // namespace Vu

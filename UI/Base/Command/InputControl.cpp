@@ -1,0 +1,191 @@
+#include "UI/Base/Command/InputControl.h"
+
+#include "UI/Base/Command/Info.h"
+
+#include <algorithm>
+
+namespace Vu {
+
+const Vs::UniqueString* IInputControlHandler::interfaceId()
+{
+    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IInputControlHandler");
+    return id;
+}
+
+const Vs::UniqueString* IButtonControlHandler::interfaceId()
+{
+    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IButtonControlHandler");
+    return id;
+}
+
+const Vs::UniqueString* IListControlHandler::interfaceId()
+{
+    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IListControlHandler");
+    return id;
+}
+
+const Vs::UniqueString* IMenuControlHandler::interfaceId()
+{
+    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IMenuControlHandler");
+    return id;
+}
+
+InputControl::InputControl(Info* info, IInputControlHandler* handler) : m_info(info), m_handler(handler) {}
+
+InputControl::~InputControl()
+{
+    m_source.forEach([this](InputControlSite* site) { site->inputControlDestroyed(this); });
+}
+
+void InputControl::info(Info* info)
+{
+    m_info = info;
+    changed();
+}
+
+void InputControl::enabled(bool value)
+{
+    if (m_enabled == value)
+        return;
+    m_enabled = value;
+    changed();
+}
+
+void InputControl::visible(bool value)
+{
+    if (m_visible == value)
+        return;
+    m_visible = value;
+    changed();
+}
+
+void InputControl::hoverStart()
+{
+    if (m_handler)
+        m_handler->onHoverStart();
+}
+
+void InputControl::hoverEnd()
+{
+    if (m_handler)
+        m_handler->onHoverEnd();
+}
+
+ToolTipInfo InputControl::tooltip() const
+{
+    ToolTipInfo tooltip = m_info->tooltip();
+    if (m_handler)
+        m_handler->onUpdateTooltip(tooltip);
+    return tooltip;
+}
+
+void InputControl::changed()
+{
+    m_source.forEach([this](InputControlSite* site) { site->inputControlChanged(this); });
+}
+
+ButtonControl::ButtonControl(Info* info, IButtonControlHandler* handler)
+    : Implements(info, handler), m_buttonHandler(handler)
+{
+}
+
+void ButtonControl::checked(bool value)
+{
+    if (m_checked == value)
+        return;
+    m_checked = value;
+    changed();
+}
+
+void ButtonControl::clicked()
+{
+    if (enabled() && m_buttonHandler)
+        m_buttonHandler->onClicked();
+}
+
+ListControl::ListControl(Info* info, IListControlHandler* handler)
+    : Implements(info, handler), m_listHandler(handler)
+{
+}
+
+ListControl* ListControl::make(Info* info, IListControlHandler* handler)
+{
+    return new ListControl(info, handler);
+}
+
+void ListControl::items(std::vector<Info*> items)
+{
+    m_items = std::move(items);
+    if (std::find(m_items.begin(), m_items.end(), m_selected) == m_items.end())
+        m_selected = nullptr;
+    changed();
+}
+
+void ListControl::selectedItem(Info* item, bool notify)
+{
+    if (item && std::find(m_items.begin(), m_items.end(), item) == m_items.end())
+        return;
+    if (m_selected != item) {
+        m_selected = item;
+        changed();
+    }
+    if (notify && m_listHandler)
+        m_listHandler->onListSelectionChanged(item);
+}
+
+MenuControl::MenuControl(Info* info, IMenuControlHandler* handler)
+    : Implements(info, handler), m_menuHandler(handler)
+{
+}
+
+MenuControl* MenuControl::make(Info* info, IMenuControlHandler* handler)
+{
+    return new MenuControl(info, handler);
+}
+
+void MenuControl::items(std::vector<MenuItem*> items)
+{
+    m_items = std::move(items);
+    changed();
+}
+
+bool MenuControl::holds(const MenuItem* item) const
+{
+    return std::find(m_items.begin(), m_items.end(), item) != m_items.end();
+}
+
+void MenuControl::selectItem(MenuItem* item, bool checked, bool notify)
+{
+    if (!holds(item))
+        return;
+    if (item->checked() != checked) {
+        item->checked(checked);
+        changed();
+    }
+    if (notify && m_menuHandler)
+        m_menuHandler->onMenuSelectionChanged(item);
+}
+
+void MenuControl::selectItemNotification()
+{
+    if (m_menuHandler)
+        m_menuHandler->onMenuSelectionChanged(nullptr);
+}
+
+void MenuControl::enableItem(MenuItem* item, bool enabled)
+{
+    if (!holds(item) || item->enabled() == enabled)
+        return;
+    item->enabled(enabled);
+    changed();
+}
+
+void MenuControl::presentationStyle(EPresentationStyle style)
+{
+    if (m_style == style)
+        return;
+    m_style = style;
+    changed();
+}
+
+} // namespace Vu

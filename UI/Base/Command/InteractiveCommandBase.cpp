@@ -1,0 +1,37 @@
+#include "UI/Base/Command/InteractiveCommandBase.h"
+
+#include "UI/Base/Command/CommandHost.h"
+
+namespace Vu {
+
+const Vs::UniqueString* IKeyEventHandler::interfaceId()
+{
+    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IKeyEventHandler");
+    return id;
+}
+
+GraphicsView* InteractiveCommandBase::graphicsView() const
+{
+    AssetSession* session = assetSession();
+    return session ? CommandHost::get()->graphicsView(session) : nullptr;
+}
+
+bool InteractiveCommandBase::onFilterSelection(const Vs::StrongRef<Vs::Selection>&,
+                                               const Vs::SelectionFilterContext*)
+{
+    return true;
+}
+
+void InteractiveCommandBase::keyPress(KeyEvent* event)
+{
+    CommandInUse inUse(this);
+    onKeyPress(event);
+}
+
+void InteractiveCommandBase::keyRelease(KeyEvent* event)
+{
+    CommandInUse inUse(this);
+    onKeyRelease(event);
+}
+
+} // namespace Vu

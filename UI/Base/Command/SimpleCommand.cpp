@@ -1,0 +1,9 @@
+#include "UI/Base/Command/SimpleCommand.h"
+
+namespace Vu {
+
+void SimpleCommand::onBegin() {}
+
+void SimpleCommand::onEnd(ETerminationReason) {}
+
+} // namespace Vu

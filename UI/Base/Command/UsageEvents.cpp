@@ -1,0 +1,7 @@
+#include "UI/Base/Command/UsageEvents.h"
+
+namespace vuGA {
+
+boost::signals2::signal<void(const std::string&)> gaCommandEvent;
+
+} // namespace vuGA
