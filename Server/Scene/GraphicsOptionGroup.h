@@ -32,8 +32,8 @@ private:
     GraphicsOptionGroup() : Implements("Graphics") {}
 };
 
-/// What the options say about smooth edges: the number of samples to a pixel (1 for none) and their quality.
-/// Anti-aliasing is to be had at all if the level is above 1.
+/// What this machine offers for smooth edges, whatever the user chose: the number of samples to a pixel (1
+/// for none) and their quality.
 void GetMSAASettings(int& level, int& quality);
 
 } // namespace Vs::Scene

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Object.h"
 #include "Server/Base/StrongRef.h"
 #include "Server/Body/BodyMesh.h"
 #include "Server/Geometry/GkMatrix3d.h"

@@ -44,23 +44,26 @@ public:
 private:
     struct Entry
     {
-        StrongRef<Rendra::Graphics::Node> node;
-        StrongRef<Rendra::Graphics::BodyNode> body; ///< Below `node`, if the component has children as well.
-        Rendra::Graphics::GroupNode* parent = nullptr;
-        std::vector<std::string> children;
+        StrongRef<Rendra::Graphics::Node> node;     ///< A BodyNode for a part, else a GroupNode.
+        StrongRef<Rendra::Graphics::BodyNode> body; ///< `node` itself, or below it; null without a body.
+        Entry* parent = nullptr;                    ///< Null for the root.
+        std::vector<const std::string*> children;   ///< Their ids, as in the keys of m_entries.
     };
 
     void assetComponentsChanged(ComponentsEvent* event) override;
 
     void rebuild();
-    void addBranch(const Component& component, Rendra::Graphics::GroupNode* parent);
-    void changeOne(const Component& component);
+    void addChanged(const std::vector<const Component*>& added);
+    void addBranch(const Component& component, Entry& parent);
+    void fill(Entry& entry, const Component& component, const std::string& id);
+    void change(const Component& component);
     void removeBranch(const std::string& id);
-    void setBody(Entry& entry, const Component& component);
+    void forget(const std::string& id);
+    void setBody(Entry& entry, const Component& component, const std::string& id);
 
     StrongRef<Rendra::Graphics::GroupNode> m_root;
     std::unordered_map<std::string, Entry> m_entries;
-    std::unordered_map<const Rendra::Graphics::Node*, std::string> m_ids;
+    std::unordered_map<const Rendra::Graphics::Node*, const std::string*> m_ids;
     std::unordered_map<Rendra::Graphics::BodyNode*, StrongRef<Body>> m_waiting;
     Segment m_transientSegment;
 };

@@ -41,9 +41,9 @@ public:
     void camera(StrongRef<Camera> camera) { m_camera = std::move(camera); }
     Viewport* viewport() const { return m_viewport.get(); }
     void viewport(StrongRef<Viewport> viewport) { m_viewport = std::move(viewport); }
-    /// The asset whose model the fragment shows; not owned, may be null.
-    SceneAssetAdapter* sceneAssetAdapter() const { return m_adapter; }
-    void sceneAssetAdapter(SceneAssetAdapter* adapter) { m_adapter = adapter; }
+    /// The asset whose model the fragment shows. Not owned; null if there is none or the asset is gone.
+    SceneAssetAdapter* sceneAssetAdapter() const;
+    void sceneAssetAdapter(SceneAssetAdapter* adapter);
     /// A click beside everything selects the background, and so has a place in space.
     bool supportSelectBackground() const { return m_selectBackground; }
     void supportSelectBackground(bool supports) { m_selectBackground = supports; }
@@ -52,7 +52,7 @@ private:
     RenderParams m_renderParams;
     StrongRef<Camera> m_camera;
     StrongRef<Viewport> m_viewport;
-    SceneAssetAdapter* m_adapter = nullptr;
+    StrongRef<Rendra::Graphics::GroupNode> m_assetNode;
     bool m_selectBackground = false;
 };
 

@@ -1,0 +1,145 @@
+#include "Server/Scene/NodeChange.h"
+
+#include "Server/Scene/SceneNodes.h"
+
+#include <algorithm>
+
+namespace Vs::Scene {
+
+using Rendra::Graphics::BodyNode;
+using Rendra::Graphics::GroupNode;
+using Rendra::Graphics::Node;
+
+namespace {
+
+bool hangsUnder(const Node* node, const Node* above)
+{
+    if (node == above)
+        return true;
+    const auto* group = cast<GroupNode>(above);
+    return group && std::any_of(group->children().begin(), group->children().end(),
+                                [&](const auto& child) { return hangsUnder(node, child.get()); });
+}
+
+bool equal(const GkMatrix3d& a, const GkMatrix3d& b)
+{
+    return std::equal(&a.entry[0][0], &a.entry[0][0] + 16, &b.entry[0][0]);
+}
+
+} // namespace
+
+NodeChange& NodeChange::name(const std::string& name)
+{
+    m_node->m_name = name; // shows nowhere, so that nothing is to be drawn again
+    return *this;
+}
+
+NodeChange& NodeChange::transform(const GkMatrix3d& transform)
+{
+    if (!equal(m_node->m_transform, transform)) {
+        m_node->m_transform = transform;
+        m_node->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::visible(bool visible)
+{
+    if (m_node->m_visible != visible) {
+        m_node->m_visible = visible;
+        m_node->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::colour(const std::optional<Colour>& colour)
+{
+    if (m_node->m_colour != colour) {
+        m_node->m_colour = colour;
+        m_node->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::highlight(Rendra::Graphics::Highlight highlight)
+{
+    if (m_node->m_highlight != highlight) {
+        m_node->m_highlight = highlight;
+        m_node->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::mesh(std::shared_ptr<const BodyMesh> mesh)
+{
+    auto* body = cast<BodyNode>(m_node);
+    if (body && body->m_mesh != mesh) {
+        body->m_mesh = std::move(mesh);
+        body->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::bodyColour(const Colour& colour)
+{
+    auto* body = cast<BodyNode>(m_node);
+    if (body && body->m_bodyColour != colour) {
+        body->m_bodyColour = colour;
+        body->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::add(StrongRef<Node> child)
+{
+    auto* group = cast<GroupNode>(m_node);
+    // Only a group that has parents can hang under its new child.
+    if (!group || !child || group->has(child.get()) || child.get() == group ||
+        (!group->m_parents.empty() && cast<GroupNode>(child.get()) && hangsUnder(group, child.get())))
+        return *this;
+    child->m_parents.push_back(group);
+    group->m_children.push_back(std::move(child));
+    group->touch();
+    return *this;
+}
+
+NodeChange& NodeChange::remove(const Node* child)
+{
+    auto* group = cast<GroupNode>(m_node);
+    if (!group || !child || !group->has(child))
+        return *this;
+    const auto found = std::find_if(group->m_children.begin(), group->m_children.end(),
+                                    [&](const auto& other) { return other.get() == child; });
+    std::erase((*found)->m_parents, group);
+    group->m_children.erase(found);
+    group->touch();
+    return *this;
+}
+
+NodeChange& NodeChange::removeAll()
+{
+    auto* group = cast<GroupNode>(m_node);
+    if (!group || group->m_children.empty())
+        return *this;
+    for (const auto& child : group->m_children)
+        std::erase(child->m_parents, group);
+    group->m_children.clear();
+    group->touch();
+    return *this;
+}
+
+NodeChange& NodeChange::data(std::unique_ptr<Rendra::Graphics::NodeData> data)
+{
+    if (auto* group = cast<GroupNode>(m_node))
+        group->m_data = std::move(data);
+    return *this;
+}
+
+NodeChange& NodeChange::clearSource()
+{
+    if (ViewNodeData* data = viewNodeData(cast<GroupNode>(m_node)))
+        data->m_source = nullptr;
+    return *this;
+}
+
+} // namespace Vs::Scene

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Server/Geometry/BBox.h"
+
+namespace Vs::Scene {
+
+class Camera;
+
+/// What a camera makes of a canvas of a given size: from world coordinates to pixels and back. Screen x runs
+/// to the right and y upwards from the lower left corner, in pixels; z is the distance from the camera's
+/// position along its direction, in millimetres.
+class Projection
+{
+public:
+    /// Near and far are moved to where `bounds` needs them; an empty box leaves the camera's own.
+    Projection(const Camera& camera, double width, double height, const BBox& bounds = {});
+
+    GkPoint3d worldToScreen(const GkPoint3d& world) const;
+    GkPoint3d screenToWorld(const GkPoint3d& screen) const;
+    /// The direction, of length one, in which the ray through a place of the screen runs, and where it
+    /// starts: in a perspective the position, else a place in the plane of the position.
+    GkVector3d rayDirection(double x, double y) const;
+    GkPoint3d rayStart(double x, double y) const;
+
+    bool perspective() const { return m_perspective; }
+    double width() const { return m_width; }
+    double height() const { return m_height; }
+    double clipNear() const { return m_near; }
+    double clipFar() const { return m_far; }
+    /// Half the size of the view: in a parallel projection in millimetres, else as tangents of angles.
+    double halfWidth() const { return m_halfWidth; }
+    double halfHeight() const { return m_halfHeight; }
+    /// World to camera coordinates, as Camera::viewMatrix.
+    const GkMatrix3d& view() const { return m_view; }
+    /// How many millimetres one pixel covers at a distance from the position.
+    double pixelSize(double distance) const;
+    /// Camera to clip coordinates, row by row, for the part of the view from (x0, y0) to (x1, y1), each from
+    /// 0 to 1.
+    void clipMatrix(double (&rows)[4][4], double x0 = 0, double y0 = 0, double x1 = 1, double y1 = 1) const;
+
+private:
+    GkMatrix3d m_view, m_inverseView;
+    double m_width, m_height;
+    double m_halfWidth, m_halfHeight;
+    double m_near, m_far;
+    bool m_perspective;
+};
+
+} // namespace Vs::Scene

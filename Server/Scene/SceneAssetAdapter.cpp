@@ -1,0 +1,250 @@
+#include "Server/Scene/SceneAssetAdapter.h"
+
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/Scene/NodeChange.h"
+#include "Server/Scene/SceneNodes.h"
+
+#include <algorithm>
+
+namespace Vs::Scene {
+
+using Rendra::Graphics::BodyNode;
+using Rendra::Graphics::GroupNode;
+using Rendra::Graphics::Node;
+
+namespace {
+
+/// Leads from an asset's root node back to the adapter, as long as there is one.
+class AssetNodeData : public Implements<AssetNodeData, Rendra::Graphics::NodeData>
+{
+public:
+    explicit AssetNodeData(SceneAssetAdapter* adapter) : m_adapter(adapter) {}
+    SceneAssetAdapter* adapter() const { return m_adapter; }
+
+private:
+    SceneAssetAdapter* m_adapter;
+};
+
+[[maybe_unused]] const int kFactory = AssetAdapter::addFactory(
+    [](Asset* asset) -> std::unique_ptr<AssetAdapter> { return std::make_unique<SceneAssetAdapter>(asset); });
+
+void place(Node* node, const Component& component)
+{
+    NodeChange(node).transform(component.placement).visible(component.visible).colour(component.colour);
+}
+
+} // namespace
+
+SceneAssetAdapter* ViewFragmentNodeData::sceneAssetAdapter() const
+{
+    auto* data = m_assetNode ? cast<AssetNodeData>(m_assetNode->data()) : nullptr;
+    return data ? data->adapter() : nullptr;
+}
+
+void ViewFragmentNodeData::sceneAssetAdapter(SceneAssetAdapter* adapter)
+{
+    m_assetNode = adapter ? adapter->rootNode() : nullptr;
+}
+
+SceneAssetAdapter::SceneAssetAdapter(Asset* asset)
+    : Implements(asset), m_root(GroupNode::make("Asset")), m_transientSegment("AssetTransientSegment", true)
+{
+    NodeChange(m_root.get()).data(std::make_unique<AssetNodeData>(this));
+    rebuild();
+    AssetEventSource::get()->subscribe(this);
+}
+
+SceneAssetAdapter::~SceneAssetAdapter()
+{
+    AssetEventSource::get()->unsubscribe(this);
+    // Views may keep the node for a while; what it showed is gone.
+    NodeChange(m_root.get()).removeAll().data(nullptr);
+}
+
+Node* SceneAssetAdapter::node(const std::string& componentId) const
+{
+    const auto found = m_entries.find(componentId);
+    return found == m_entries.end() ? nullptr : found->second.node.get();
+}
+
+const std::string& SceneAssetAdapter::componentId(const Node* node) const
+{
+    static const std::string none;
+    const auto found = m_ids.find(node);
+    return found == m_ids.end() ? none : *found->second;
+}
+
+bool SceneAssetAdapter::update()
+{
+    bool arrived = false;
+    for (auto waiting = m_waiting.begin(); waiting != m_waiting.end();) {
+        std::shared_ptr<const BodyMesh> mesh = waiting->second->mesh();
+        if (!mesh) {
+            ++waiting;
+            continue;
+        }
+        NodeChange(waiting->first).mesh(std::move(mesh));
+        waiting = m_waiting.erase(waiting);
+        arrived = true;
+    }
+    return arrived;
+}
+
+void SceneAssetAdapter::assetComponentsChanged(ComponentsEvent* event)
+{
+    if (event->asset() != asset())
+        return;
+    const ComponentsEvent::Changes& changes = event->changes();
+    if (changes.all) {
+        rebuild();
+        return;
+    }
+    for (const std::string& id : changes.removed)
+        removeBranch(id);
+    if (!changes.added.empty())
+        addChanged(changes.added);
+    for (const Component* component : changes.changed)
+        change(*component);
+}
+
+void SceneAssetAdapter::rebuild()
+{
+    m_waiting.clear();
+    m_ids.clear();
+    m_entries.clear();
+    NodeChange(m_root.get()).removeAll();
+
+    const Component* root = asset()->components();
+    const auto [inserted, isNew] = m_entries.try_emplace(root->id);
+    Entry& entry = inserted->second;
+    entry.node = m_root.get();
+    fill(entry, *root, inserted->first);
+}
+
+// A component does not know the one above it, so one walk over the tree finds the parents of all new ones.
+void SceneAssetAdapter::addChanged(const std::vector<const Component*>& added)
+{
+    std::vector<const Component*> wanted = added;
+    std::sort(wanted.begin(), wanted.end());
+    std::vector<const Component*> open{asset()->components()};
+    while (!open.empty()) {
+        const Component* parent = open.back();
+        open.pop_back();
+        for (const auto& child : parent->children) {
+            if (!std::binary_search(wanted.begin(), wanted.end(), child.get())) {
+                open.push_back(child.get());
+                continue;
+            }
+            removeBranch(child->id);
+            const auto found = m_entries.find(parent->id);
+            if (found == m_entries.end())
+                continue;
+            // A part that gets its first child becomes a group, with all that it has.
+            if (cast<GroupNode>(found->second.node.get()))
+                addBranch(*child, found->second);
+            else
+                change(*parent);
+        }
+    }
+}
+
+void SceneAssetAdapter::addBranch(const Component& component, Entry& parent)
+{
+    const auto [inserted, isNew] = m_entries.try_emplace(component.id);
+    if (!isNew)
+        return;
+    Entry& entry = inserted->second;
+    entry.parent = &parent;
+    parent.children.push_back(&inserted->first);
+    if (component.body && component.children.empty())
+        entry.node = BodyNode::make(nullptr, component.body->colour());
+    else
+        entry.node = GroupNode::make();
+    fill(entry, component, inserted->first);
+    NodeChange(parent.node.get()).add(entry.node);
+}
+
+void SceneAssetAdapter::fill(Entry& entry, const Component& component, const std::string& id)
+{
+    m_ids[entry.node.get()] = &id;
+    place(entry.node.get(), component);
+    setBody(entry, component, id);
+    for (const auto& child : component.children)
+        addBranch(*child, entry);
+}
+
+void SceneAssetAdapter::change(const Component& component)
+{
+    const auto found = m_entries.find(component.id);
+    if (found == m_entries.end())
+        return;
+    Entry& entry = found->second;
+    const bool isGroup = cast<GroupNode>(entry.node.get()) != nullptr;
+    const bool asGroup = !entry.parent || !component.body || !component.children.empty();
+    if (isGroup == asGroup) {
+        place(entry.node.get(), component);
+        setBody(entry, component, found->first);
+        return;
+    }
+    Entry& parent = *entry.parent;
+    removeBranch(component.id);
+    addBranch(component, parent);
+}
+
+void SceneAssetAdapter::setBody(Entry& entry, const Component& component, const std::string& id)
+{
+    if (!component.body) {
+        if (entry.body && entry.body.get() != entry.node.get()) {
+            NodeChange(entry.node.get()).remove(entry.body.get());
+            m_ids.erase(entry.body.get());
+            m_waiting.erase(entry.body.get());
+        }
+        entry.body = nullptr;
+        return;
+    }
+    if (!entry.body) {
+        entry.body = cast<BodyNode>(entry.node.get());
+        if (!entry.body) {
+            entry.body = BodyNode::make(nullptr, component.body->colour());
+            m_ids[entry.body.get()] = &id;
+            NodeChange(entry.node.get()).add(entry.body);
+        }
+    }
+    std::shared_ptr<const BodyMesh> mesh = component.body->mesh();
+    if (mesh)
+        m_waiting.erase(entry.body.get());
+    else
+        m_waiting[entry.body.get()] = component.body;
+    NodeChange(entry.body.get()).bodyColour(component.body->colour()).mesh(std::move(mesh));
+}
+
+void SceneAssetAdapter::removeBranch(const std::string& id)
+{
+    const auto found = m_entries.find(id);
+    if (found == m_entries.end() || !found->second.parent)
+        return;
+    Entry& parent = *found->second.parent;
+    NodeChange(parent.node.get()).remove(found->second.node.get());
+    std::erase(parent.children, &found->first);
+    forget(id);
+}
+
+void SceneAssetAdapter::forget(const std::string& id)
+{
+    const auto found = m_entries.find(id);
+    if (found == m_entries.end())
+        return;
+    const std::vector<const std::string*> children = std::move(found->second.children);
+    for (const std::string* child : children)
+        forget(*child);
+    m_ids.erase(found->second.node.get());
+    if (found->second.body) {
+        m_ids.erase(found->second.body.get());
+        m_waiting.erase(found->second.body.get());
+    }
+    m_entries.erase(found);
+}
+
+} // namespace Vs::Scene
