@@ -73,13 +73,21 @@ protected:
     template <class Action>
     void forEach(Action&& action)
     {
-        ++m_depth;
+        // A site that throws ends this notification, and leaves the source in order.
+        struct Round
+        {
+            EventSource& source;
+            explicit Round(EventSource& owner) : source(owner) { ++source.m_depth; }
+            ~Round()
+            {
+                if (--source.m_depth == 0)
+                    std::erase(source.m_sites, nullptr);
+            }
+        } round(*this);
         const size_t count = m_sites.size();
         for (size_t i = 0; i < count; ++i)
             if (m_sites[i])
                 action(m_sites[i]);
-        if (--m_depth == 0)
-            std::erase(m_sites, nullptr);
     }
 
 private:

@@ -50,7 +50,7 @@ public:
     std::wstring value(const char* option, const std::wstring& fallBack) const;
     std::vector<std::wstring> value(const char* option, const std::vector<std::wstring>& fallBack) const;
 
-    /// Keeps the value and tells the sites, unless it is the same as before.
+    /// Keeps the value and tells the sites, unless the option was set to the same before.
     void setValue(const char* option, bool value);
     void setValue(const char* option, int value);
     void setValue(const char* option, double value);
@@ -63,10 +63,12 @@ public:
     /// Writes what has changed and isn't on the disk yet. The destructor does, too.
     void save();
     /// Lets all groups write their changes from a task of this queue, many changes at once; null makes each
-    /// change write at once, as at the start. The queue must outlive the groups' changes.
+    /// change write at once, as at the start. The queue must stay until null is given.
     static void saveLater(Tasks* tasks);
 
 private:
+    void setText(const char* option, std::string text);
+
     struct Data;
     std::unique_ptr<Data> m_data;
 };
@@ -82,7 +84,12 @@ public:
     {
     }
     T operator()() const { return m_group.value(m_name, m_fallBack); }
-    void operator()(const T& value) { m_group.setValue(m_name, value); }
+    /// Does nothing when the option has that value already, be it by default.
+    void operator()(const T& value)
+    {
+        if (!(value == (*this)()))
+            m_group.setValue(m_name, value);
+    }
 
 private:
     OptionGroup& m_group;

@@ -16,16 +16,18 @@ class Resource : public Implements<Resource>
 public:
     /// An absolute path, or one relative to the working directory.
     explicit Resource(std::wstring path) : m_path(std::move(path)) {}
-    /// The file system path, in the current language's folder if the language overrides the file.
+    /// The file system path. Of a file in a language's folder (see PathInfo::localizationDirectory) the
+    /// current language's own, or English's where the language has none. Says nothing of whether the file
+    /// exists.
     virtual std::wstring localPath() const;
 
 protected:
     const std::wstring& path() const { return m_path; }
+    /// `path` in the current language's folder, or in that of English.
+    static std::wstring localized(const std::wstring& path);
 
 private:
-    friend class ResourceMgr;
     std::wstring m_path;
-    std::wstring m_fallback; ///< The same file of the default language; empty if there is no other.
 };
 
 /// One icon in several sizes: a folder of `16x16.png`, `24x24.png`, `32x32.png`, `64x64.png`.

@@ -27,11 +27,30 @@ private:
 struct Tasks::Data
 {
     mutable std::mutex mutex;
-    std::deque<std::unique_ptr<Task>> waiting;
+    std::deque<std::unique_ptr<Task>> waiting; ///< For the next round.
+    std::deque<std::unique_ptr<Task>> round;   ///< What the round that runs now has still to do.
     std::function<void()> wakeUp;
     Task* running = nullptr;
     bool runningRemoved = false;
     bool inRound = false;
+
+    void insert(std::unique_ptr<Task> task)
+    {
+        const auto place = std::upper_bound(
+            waiting.begin(), waiting.end(), task->priority(),
+            [](int priority, const std::unique_ptr<Task>& other) { return priority < other->priority(); });
+        waiting.insert(place, std::move(task));
+    }
+    std::unique_ptr<Task> take(std::deque<std::unique_ptr<Task>>& queue, const Task* task)
+    {
+        const auto found =
+            std::find_if(queue.begin(), queue.end(), [&](const auto& other) { return other.get() == task; });
+        if (found == queue.end())
+            return nullptr;
+        std::unique_ptr<Task> taken = std::move(*found);
+        queue.erase(found);
+        return taken;
+    }
 };
 
 Tasks::Tasks() : m_data(std::make_unique<Data>()) {}
@@ -44,13 +63,9 @@ void Tasks::add(std::unique_ptr<Task> task)
     std::function<void()> wakeUp;
     {
         std::lock_guard lock(m_data->mutex);
-        auto& waiting = m_data->waiting;
-        if (waiting.empty())
+        if (m_data->waiting.empty())
             wakeUp = m_data->wakeUp;
-        const auto place = std::upper_bound(
-            waiting.begin(), waiting.end(), task->priority(),
-            [](int priority, const std::unique_ptr<Task>& other) { return priority < other->priority(); });
-        waiting.insert(place, std::move(task));
+        m_data->insert(std::move(task));
     }
     if (wakeUp)
         wakeUp();
@@ -63,66 +78,64 @@ void Tasks::post(std::function<void()> work)
 
 bool Tasks::remove(Task* task)
 {
-    std::unique_ptr<Task> removed;
+    std::unique_ptr<Task> removed; // Its destructor may call this queue, so it runs without the lock.
     std::lock_guard lock(m_data->mutex);
     if (task && task == m_data->running) {
         m_data->runningRemoved = true;
         return true;
     }
-    auto& waiting = m_data->waiting;
-    const auto found =
-        std::find_if(waiting.begin(), waiting.end(), [&](const auto& other) { return other.get() == task; });
-    if (found == waiting.end())
-        return false;
-    removed = std::move(*found);
-    waiting.erase(found);
-    return true;
+    removed = m_data->take(m_data->waiting, task);
+    if (!removed)
+        removed = m_data->take(m_data->round, task);
+    return removed != nullptr;
 }
 
 void Tasks::runOnce()
 {
     if (m_data->inRound)
         return;
-    std::deque<std::unique_ptr<Task>> round;
     {
         std::lock_guard lock(m_data->mutex);
-        round.swap(m_data->waiting);
+        m_data->round.swap(m_data->waiting);
     }
-    if (round.empty())
-        return;
 
     // Whatever happens in a task, those behind it go back into the queue and the round is over.
     struct Round
     {
         Tasks& tasks;
-        std::deque<std::unique_ptr<Task>>& left;
         std::vector<std::unique_ptr<Task>> again;
+
+        explicit Round(Tasks& queue) : tasks(queue) { tasks.m_data->inRound = true; }
         ~Round()
         {
-            tasks.m_data->inRound = false;
-            for (auto& task : again)
-                tasks.add(std::move(task));
+            std::deque<std::unique_ptr<Task>> left;
+            {
+                std::lock_guard lock(tasks.m_data->mutex);
+                left.swap(tasks.m_data->round);
+                tasks.m_data->running = nullptr;
+                tasks.m_data->inRound = false;
+            }
             for (auto& task : left)
                 tasks.add(std::move(task));
+            for (auto& task : again)
+                tasks.add(std::move(task));
         }
-    } guard{*this, round, {}};
-    m_data->inRound = true;
+    } guard(*this);
 
-    // A task may remove one that waits behind it in this same round, so they go back before each run.
-    while (!round.empty()) {
-        std::unique_ptr<Task> task = std::move(round.front());
-        round.pop_front();
+    while (true) {
+        std::unique_ptr<Task> task;
         {
             std::lock_guard lock(m_data->mutex);
+            if (m_data->round.empty())
+                break;
+            task = std::move(m_data->round.front());
+            m_data->round.pop_front();
             m_data->running = task.get();
             m_data->runningRemoved = false;
         }
-        struct Running
-        {
-            Data& data;
-            ~Running() { data.running = nullptr; }
-        } running{*m_data};
         const bool done = task->run();
+        std::lock_guard lock(m_data->mutex);
+        m_data->running = nullptr;
         if (!done && !m_data->runningRemoved)
             guard.again.push_back(std::move(task));
     }
@@ -142,7 +155,7 @@ bool Tasks::empty() const
 size_t Tasks::size() const
 {
     std::lock_guard lock(m_data->mutex);
-    return m_data->waiting.size();
+    return m_data->waiting.size() + m_data->round.size();
 }
 
 void Tasks::wakeUp(std::function<void()> callback)

@@ -1,0 +1,103 @@
+#include "Server/Base/PythonManager.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/PythonBackend.h"
+#include "Server/Base/Strings.h"
+
+#include <dlfcn.h>
+#include <memory>
+#include <utility>
+
+namespace Vs {
+
+namespace {
+
+// Never destroyed: shutdown() ends it at its proper time, and a script's objects must not outlive Python.
+PythonBackend* s_backend = nullptr;
+
+PythonBackend* load()
+{
+    const auto library = PathInfo::rootDirectory() / "lib" / "libVsPython10.so";
+    // Python's own extension modules find its symbols only when they are global.
+    void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_GLOBAL);
+    void* entry = handle ? dlsym(handle, kPythonBackendEntry) : nullptr;
+    if (!entry)
+        throw Exception(std::string("Python cannot be started: ") + dlerror() + '.');
+    return reinterpret_cast<PythonBackendEntry>(entry)();
+}
+
+template <class Run>
+std::wstring guarded(Status& status, Run run)
+{
+    try {
+        return run(PythonBackend::get());
+    } catch (const Exception& error) {
+        status.addError(error.message());
+    }
+    return {};
+}
+
+} // namespace
+
+PythonBackend& PythonBackend::get()
+{
+    if (!s_backend)
+        s_backend = load();
+    return *s_backend;
+}
+
+PythonBackend* PythonBackend::running()
+{
+    return s_backend;
+}
+
+void PythonBackend::shutdown()
+{
+    delete std::exchange(s_backend, nullptr);
+}
+
+PythonManager* PythonManager::get()
+{
+    static PythonManager manager;
+    return &manager;
+}
+
+std::wstring PythonManager::runScriptFile(const std::wstring& path, Status& status)
+{
+    return guarded(status,
+                   [&](PythonBackend& backend) { return backend.runFile(Strings::narrow(path), status); });
+}
+
+std::wstring PythonManager::runString(const std::wstring& code, Status& status)
+{
+    return guarded(status,
+                   [&](PythonBackend& backend) { return backend.runString(Strings::narrow(code), status); });
+}
+
+bool PythonManager::started() const
+{
+    return PythonBackend::running() != nullptr;
+}
+
+void PythonManager::shutdown()
+{
+    PythonBackend::shutdown();
+}
+
+PythonAutorunScripts* PythonAutorunScripts::get()
+{
+    static PythonAutorunScripts scripts;
+    return &scripts;
+}
+
+bool PythonAutorunScripts::fireClosingDown(Status& status)
+{
+    bool mayClose = true;
+    forEach([&](PythonAutorunEventSite* site) { mayClose = site->closingDown(status) && mayClose; });
+    if (PythonBackend* backend = PythonBackend::running())
+        mayClose = backend->closingDown(status) && mayClose;
+    return mayClose;
+}
+
+} // namespace Vs

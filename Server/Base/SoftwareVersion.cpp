@@ -1,0 +1,42 @@
+#include "Server/Base/SoftwareVersion.h"
+
+#include <charconv>
+
+namespace Vs::SoftwareVersion {
+
+std::string versionString(unsigned version)
+{
+    return std::to_string(version >> 16) + '.' + std::to_string((version >> 8) & 0xFF) + '.' +
+           std::to_string(version & 0xFF);
+}
+
+std::string currentSoftwareVersion()
+{
+    return QUILLET_VERSION;
+}
+
+unsigned currentVersionNumber()
+{
+    return versionInfo(currentSoftwareVersion());
+}
+
+unsigned versionInfo(const std::string& version)
+{
+    constexpr unsigned kLargest[] = {0xFFFF, 0xFF, 0xFF};
+    unsigned number = 0;
+    const char* at = version.data();
+    const char* const end = at + version.size();
+    for (int i = 0; i < 3; ++i) {
+        unsigned part = 0;
+        if (i > 0 && (at == end || *at++ != '.'))
+            return 0;
+        const auto [stop, error] = std::from_chars(at, end, part);
+        if (error != std::errc() || part > kLargest[i])
+            return 0;
+        number = (number << 8) | part;
+        at = stop;
+    }
+    return at == end ? number : 0;
+}
+
+} // namespace Vs::SoftwareVersion

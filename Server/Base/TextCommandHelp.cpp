@@ -1,0 +1,130 @@
+#include "Server/Base/TextCommandRegistry.h"
+
+#include <algorithm>
+#include <cwctype>
+#include <map>
+
+namespace Vs {
+
+namespace {
+
+std::wstring shown(std::wstring_view word)
+{
+    constexpr size_t kShown = 60;
+    return word.size() > kShown ? std::wstring(word.substr(0, kShown)) + L"..." : std::wstring(word);
+}
+
+/// How many letters must be typed, taken out or changed to make one name of the other, whatever their case.
+size_t distance(std::wstring_view a, std::wstring_view b)
+{
+    std::vector<size_t> row(b.size() + 1);
+    for (size_t j = 0; j <= b.size(); ++j)
+        row[j] = j;
+    for (size_t i = 1; i <= a.size(); ++i) {
+        size_t diagonal = row[0];
+        row[0] = i;
+        for (size_t j = 1; j <= b.size(); ++j) {
+            const size_t above = row[j];
+            const bool same = std::towlower(a[i - 1]) == std::towlower(b[j - 1]);
+            row[j] = std::min({above + 1, row[j - 1] + 1, diagonal + (same ? 0 : 1)});
+            diagonal = above;
+        }
+    }
+    return row[b.size()];
+}
+
+std::vector<std::wstring> areaNames(const TextCommandRegistry& registry)
+{
+    std::vector<std::wstring> names;
+    for (const TextCommandSubjectArea* area : registry.areas)
+        names.push_back(area->name());
+    return names;
+}
+
+std::wstring firstLine(const std::wstring& text)
+{
+    return text.substr(0, text.find(L'\n'));
+}
+
+std::wstring helpOnAll(const TextCommandRegistry& registry)
+{
+    std::map<std::wstring, std::wstring> rows;
+    for (const TextCommandSubjectArea* area : registry.areas)
+        rows.emplace(area->name(), area->description());
+    std::wstring text = L"A line is <area>.<name>, its parameters and its /flags. The areas are:";
+    for (const auto& [name, description] : rows)
+        text += L"\n  " + name + L"  " + description;
+    return text + L"\nhelp <area> lists the commands of one, help <area>.<name> tells about a command.";
+}
+
+std::wstring helpOnArea(const TextCommandRegistry& registry, const TextCommandSubjectArea& area)
+{
+    std::map<std::wstring, std::wstring> rows;
+    for (const TextCommand* command : registry.commands)
+        if (command->area() == area.name() && command->visible())
+            rows.emplace(command->name(), command->help());
+    std::wstring text = area.name() + L": " + area.description();
+    for (const auto& [name, help] : rows)
+        text += L"\n  " + area.name() + L'.' + name + L"  " + firstLine(help);
+    return text;
+}
+
+} // namespace
+
+std::wstring nearestName(std::wstring_view wrong, const std::vector<std::wstring>& names)
+{
+    // A megabyte of nonsense is near to nothing, and need not be measured.
+    if (wrong.empty() || wrong.size() > 100)
+        return {};
+    const std::wstring* nearest = nullptr;
+    size_t least = std::max<size_t>(1, wrong.size() / 3) + 1;
+    for (const std::wstring& name : names) {
+        const size_t away = distance(wrong, name);
+        if (away < least) {
+            least = away;
+            nearest = &name;
+        }
+    }
+    return nearest ? *nearest : std::wstring();
+}
+
+TextCommandResult helpOn(TextCommandRegistry& registry, std::wstring_view subject)
+{
+    if (subject.empty())
+        return {0u, helpOnAll(registry)};
+    const size_t dot = subject.find(L'.');
+    if (dot == std::wstring_view::npos) {
+        if (const TextCommandSubjectArea* area = registry.findArea(subject))
+            return {0u, helpOnArea(registry, *area)};
+    } else if (const auto* entry = registry.find(subject.substr(0, dot), subject.substr(dot + 1))) {
+        return {0u, std::wstring(subject) + L"  " + entry->command->help()};
+    }
+    return {1u, unknownCommandMessage(registry, subject)};
+}
+
+std::wstring unknownCommandMessage(TextCommandRegistry& registry, std::wstring_view word)
+{
+    const auto suggest = [](const std::wstring& name) {
+        return name.empty() ? std::wstring() : L" Did you mean \"" + name + L"\"?";
+    };
+    const size_t dot = word.find(L'.');
+    const std::wstring_view area = word.substr(0, dot);
+    if (!registry.findArea(area)) {
+        const std::wstring near = nearestName(area, areaNames(registry));
+        if (dot == std::wstring_view::npos && near.empty())
+            return L"\"" + shown(word) + L"\" is no command: a line begins with <area>.<name>. Try: help";
+        return L"There is no text command area \"" + shown(area) + L"\"." + suggest(near);
+    }
+    if (dot == std::wstring_view::npos || dot + 1 == word.size())
+        return L"\"" + shown(word) + L"\" needs the name of a command behind it. Try: help " +
+               std::wstring(area);
+    std::vector<std::wstring> names;
+    for (const TextCommand* command : registry.commands)
+        if (command->area() == area)
+            names.push_back(command->name());
+    const std::wstring near = nearestName(word.substr(dot + 1), names);
+    return L"There is no text command \"" + shown(word) + L"\"." +
+           suggest(near.empty() ? near : std::wstring(area) + L'.' + near);
+}
+
+} // namespace Vs

@@ -1,0 +1,265 @@
+#include "Server/Base/TextCommandMgr.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/Base/Progress.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandRegistry.h"
+#include "Server/Base/TextLine.h"
+
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
+
+#include <new>
+
+namespace Vs {
+
+namespace {
+
+// Lines run lines, and a line that leads back to itself must end before the stack does.
+constexpr int kDeepestNesting = 100;
+
+TextCommandResult failure(std::wstring message)
+{
+    return {1u, std::move(message)};
+}
+
+} // namespace
+
+struct TextCommandMgr::Data
+{
+    TextCommandRegistry registry;
+    TextOutput* output = nullptr;
+    int depth = 0;
+
+    TextCommandResult execute(TextCommand& command, const TextFormat* format,
+                              const TextCommandParameters& parameters)
+    {
+        if (format) {
+            const int wrong = format->firstWrong(parameters.m_parameters);
+            if (wrong >= 0)
+                return failure(wrongParameter(command, *format, wrong, parameters.parameter(wrong)));
+        }
+        if (depth >= kDeepestNesting)
+            return failure(command.area() + L'.' + command.name() +
+                           L": text lines run each other without end.");
+        struct Depth
+        {
+            int& value;
+            ~Depth() { --value; }
+        } guard{++depth};
+
+        const auto raised = [&](const std::wstring& what) {
+            return failure(command.area() + L'.' + command.name() + L": " + what);
+        };
+        try {
+            return command.execute(parameters);
+        } catch (const boost::bad_lexical_cast&) {
+            return raised(L"a parameter does not have the form that this command needs.");
+        } catch (const Exception& error) {
+            return raised(error.message());
+        } catch (const std::out_of_range&) {
+            return raised(L"a parameter is missing or out of range.");
+        } catch (const std::bad_alloc&) {
+            return raised(L"there is not enough memory.");
+        } catch (const std::exception& error) {
+            return raised(Strings::widen(error.what()));
+        }
+    }
+
+    static std::wstring wrongParameter(const TextCommand& command, const TextFormat& format, int index,
+                                       std::wstring text)
+    {
+        constexpr size_t kShown = 60;
+        if (text.size() > kShown)
+            text = text.substr(0, kShown) + L"...";
+        const TextFormat::Type type = format.types()[static_cast<size_t>(index)];
+        return command.area() + L'.' + command.name() + L": parameter " + std::to_wstring(index + 1) +
+               L" must be " + Strings::widen(TextFormat::expectation(type)) + L", and \"" + text +
+               L"\" is none.";
+    }
+};
+
+TextCommandMgr::TextCommandMgr() : m_data(std::make_unique<Data>()) {}
+TextCommandMgr::~TextCommandMgr() = default;
+
+TextCommandMgr* TextCommandMgr::get()
+{
+    // Never destroyed: commands are statics of many libraries, and each takes itself out when it goes.
+    static auto* const manager = new TextCommandMgr;
+    return manager;
+}
+
+TextCommandResult TextCommandMgr::executeCommand(std::wstring_view line, bool viaUI)
+{
+    TextCommandResult result = run(line, viaUI);
+    if (m_data->output && !(result.first == 0 && result.second.empty())) {
+        if (result.first == 0)
+            m_data->output->message(result.second);
+        else
+            m_data->output->error(result.second);
+    }
+    return result;
+}
+
+TextCommandResult TextCommandMgr::executeCommandWithoutOutput(std::wstring_view line, bool viaUI)
+{
+    return run(line, viaUI);
+}
+
+TextCommandResult TextCommandMgr::execute(TextCommand& command, const TextCommandParameters& parameters)
+{
+    const auto* entry = m_data->registry.find(command);
+    const bool known = entry && entry->command == &command;
+    return m_data->execute(command, known && entry->format ? &*entry->format : nullptr, parameters);
+}
+
+TextCommandResult TextCommandMgr::run(std::wstring_view line, bool viaUI)
+{
+    if (line.size() > kLongestLine)
+        return failure(L"The line has " + std::to_wstring(line.size()) + L" characters; " +
+                       std::to_wstring(kLongestLine) + L" are allowed.");
+    TextLine words(line);
+    if (!words.skipBlanks() || line[words.position()] == L'#')
+        return {0u, {}};
+    const std::wstring_view word = words.plainWord();
+    if (word == L"help" || word == L"?") {
+        words.skipBlanks();
+        return helpOn(m_data->registry, words.plainWord());
+    }
+    const size_t dot = word.find(L'.');
+    const auto* entry = dot == std::wstring_view::npos
+                            ? nullptr
+                            : m_data->registry.find(word.substr(0, dot), word.substr(dot + 1));
+    if (!entry)
+        return failure(unknownCommandMessage(m_data->registry, word));
+
+    TextCommandParameters parameters;
+    parameters.m_viaUI = viaUI;
+    try {
+        while (words.skipBlanks()) {
+            std::wstring text;
+            if (words.next(text) == TextLine::Word::Flag)
+                parameters.m_flags.push_back(std::move(text));
+            else
+                parameters.m_parameters.push_back(std::move(text));
+        }
+    } catch (const Exception& error) {
+        return failure(entry->command->area() + L'.' + entry->command->name() + L": " + error.message());
+    }
+    return m_data->execute(*entry->command, entry->format ? &*entry->format : nullptr, parameters);
+}
+
+ReplayResult TextCommandMgr::replay(const boost::filesystem::path& path, const ReplayOptions& options)
+{
+    const Progress::CancelScope scope;
+    ReplayResult result;
+    const auto failed = [&](size_t line, const std::wstring& message) {
+        ++result.failures;
+        if (!m_data->output)
+            return;
+        const std::wstring place = line > 0 ? path.wstring() + L':' + std::to_wstring(line) + L": " : L"";
+        m_data->output->error(place + message);
+    };
+
+    std::unique_ptr<TranscriptFile> file;
+    try {
+        file = std::make_unique<TranscriptFile>(path);
+    } catch (const Exception& error) {
+        failed(0, error.message());
+        return result;
+    }
+    std::wstring line;
+    while (options.keepGoing || result.failures == 0) {
+        try {
+            if (!file->next(line))
+                break;
+        } catch (const Exception& error) {
+            ++result.lines;
+            failed(file->line(), error.message());
+            continue;
+        }
+        if (line.find(L'$') != std::wstring::npos)
+            line = substituteParameters(line, options.parameters);
+        TextLine words(line);
+        if (!words.skipBlanks() || line[words.position()] == L'#')
+            continue;
+        ++result.lines;
+        if (options.beforeLine)
+            options.beforeLine(line);
+        const TextCommandResult answer = run(line, false);
+        if (answer.first != 0)
+            failed(file->line(), answer.second);
+        else if (m_data->output && !answer.second.empty())
+            m_data->output->message(answer.second);
+        if (options.afterLine)
+            options.afterLine(answer.first);
+        if (Progress::cancelled()) {
+            result.cancelled = true;
+            break;
+        }
+    }
+    return result;
+}
+
+void TextCommandMgr::output(TextOutput* output)
+{
+    m_data->output = output;
+}
+
+TextOutput* TextCommandMgr::output() const
+{
+    return m_data->output;
+}
+
+void TextCommandMgr::validate() const
+{
+    m_data->registry.validate();
+}
+
+std::vector<TextCommandSubjectArea*> TextCommandMgr::areas() const
+{
+    return m_data->registry.areas;
+}
+
+std::vector<TextCommand*> TextCommandMgr::commands() const
+{
+    return m_data->registry.commands;
+}
+
+std::vector<TextCommand*> TextCommandMgr::commands(std::wstring_view area) const
+{
+    std::vector<TextCommand*> found;
+    for (TextCommand* command : m_data->registry.commands)
+        if (command->area() == area)
+            found.push_back(command);
+    return found;
+}
+
+TextCommand* TextCommandMgr::find(std::wstring_view area, std::wstring_view name) const
+{
+    const auto* entry = m_data->registry.find(area, name);
+    return entry ? entry->command : nullptr;
+}
+
+void TextCommandMgr::add(TextCommand* command)
+{
+    m_data->registry.commands.push_back(command);
+    m_data->registry.changed();
+}
+
+void TextCommandMgr::add(TextCommandSubjectArea* area)
+{
+    m_data->registry.areas.push_back(area);
+}
+
+void TextCommandMgr::remove(TextCommand* command)
+{
+    std::erase(m_data->registry.commands, command);
+    m_data->registry.changed();
+}
+
+void TextCommandMgr::remove(TextCommandSubjectArea* area)
+{
+    std::erase(m_data->registry.areas, area);
+}
+
+} // namespace Vs

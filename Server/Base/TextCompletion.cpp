@@ -1,0 +1,179 @@
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TextLine.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+#include <set>
+
+namespace Vs {
+
+namespace fs = boost::filesystem;
+
+namespace {
+
+constexpr size_t kMostFiles = 500; ///< More than that helps nobody to choose.
+
+/// What each area and command would add, those of areas for transcripts behind the others.
+std::vector<std::wstring> commandNames(const TextCommandMgr& manager, std::wstring_view prefix)
+{
+    std::set<std::pair<bool, std::wstring>> found;
+    const bool inArea = prefix.find(L'.') != std::wstring_view::npos;
+    for (const TextCommandSubjectArea* area : manager.areas()) {
+        if (!inArea && area->name().starts_with(prefix))
+            found.emplace(area->forTranscripts(), area->name() + L'.');
+        if (!inArea)
+            continue;
+        for (const TextCommand* command : manager.commands(area->name())) {
+            const std::wstring name = area->name() + L'.' + command->name();
+            if (command->visible() && name.starts_with(prefix))
+                found.emplace(area->forTranscripts(), name);
+        }
+    }
+    std::vector<std::wstring> names;
+    for (const auto& [late, name] : found)
+        names.push_back(name);
+    return names;
+}
+
+/// The flags that a help text names, as in "[/on][/off]".
+std::set<std::wstring> flagsOf(const std::wstring& help)
+{
+    std::set<std::wstring> flags;
+    for (size_t at = help.find(L'/'); at != std::wstring::npos; at = help.find(L'/', at + 1)) {
+        const bool begins = at == 0 || help[at - 1] == L'[' || TextLine::isBlank(help[at - 1]);
+        const size_t end = help.find_first_not_of(
+            L"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_", at + 1);
+        const std::wstring flag = help.substr(at, end - at);
+        if (begins && flag.size() > 1)
+            flags.insert(flag);
+    }
+    return flags;
+}
+
+std::vector<std::wstring> fileNames(const std::wstring& prefix)
+{
+    const fs::path typed(prefix);
+    const bool folderOnly = prefix.empty() || prefix.back() == L'/';
+    const fs::path folder = folderOnly ? typed : typed.parent_path();
+    const std::wstring start = folderOnly ? std::wstring() : typed.filename().wstring();
+    std::vector<std::wstring> names;
+    boost::system::error_code error;
+    for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, error), end;
+         !error && entry != end && names.size() < kMostFiles; entry.increment(error)) {
+        const std::wstring name = entry->path().filename().wstring();
+        if (!name.starts_with(start) || (start.empty() && name.front() == L'.'))
+            continue;
+        boost::system::error_code ignored;
+        std::wstring whole = (folder / name).wstring();
+        if (fs::is_directory(entry->path(), ignored))
+            whole += L'/';
+        names.push_back(Strings::quote(whole));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+bool takesFiles(const std::wstring& placeholders)
+{
+    return placeholders.find(L"file") != std::wstring::npos ||
+           placeholders.find(L"path") != std::wstring::npos;
+}
+
+/// The last word of the text, as it stands there and without its quotes.
+struct LastWord
+{
+    std::wstring raw;
+    std::wstring text;
+    size_t before = 0; ///< How many words stand before it.
+};
+
+LastWord lastWord(std::wstring_view line)
+{
+    LastWord last;
+    size_t start = 0;
+    bool inQuotes = false, inWord = false;
+    for (size_t i = 0; i < line.size(); ++i) {
+        const wchar_t character = line[i];
+        if (!inQuotes && TextLine::isBlank(character)) {
+            last.before += inWord ? 1 : 0;
+            inWord = false;
+            start = i + 1;
+            last.text.clear();
+            continue;
+        }
+        inWord = true;
+        if (inQuotes && character == L'\\' && i + 1 < line.size())
+            last.text.push_back(line[++i]);
+        else if (character == L'"')
+            inQuotes = !inQuotes;
+        else
+            last.text.push_back(character);
+    }
+    last.raw = line.substr(start);
+    return last;
+}
+
+} // namespace
+
+std::vector<std::wstring> TextCommandMgr::complete(std::wstring_view line, size_t cursor) const
+{
+    line = line.substr(0, std::min(cursor, line.size()));
+    const LastWord word = lastWord(line);
+    if (word.before == 0)
+        return commandNames(*this, word.text);
+
+    TextLine words(line);
+    words.skipBlanks();
+    const std::wstring_view name = words.plainWord();
+    if (name == L"help" || name == L"?")
+        return word.before == 1 ? commandNames(*this, word.text) : std::vector<std::wstring>();
+    const size_t dot = name.find(L'.');
+    const TextCommand* command =
+        dot == std::wstring_view::npos ? nullptr : find(name.substr(0, dot), name.substr(dot + 1));
+    if (!command)
+        return {};
+    std::vector<std::wstring> candidates;
+    if (word.raw.starts_with(L'/'))
+        for (const std::wstring& flag : flagsOf(command->help()))
+            if (flag.starts_with(word.raw))
+                candidates.push_back(flag);
+    if (takesFiles(placeholders(*command)) || word.text.find(L'/') != std::wstring::npos)
+        for (std::wstring& file : fileNames(word.text))
+            candidates.push_back(std::move(file));
+    return candidates;
+}
+
+size_t TextCommandMgr::wordStart(std::wstring_view line, size_t cursor)
+{
+    line = line.substr(0, std::min(cursor, line.size()));
+    return line.size() - lastWord(line).raw.size();
+}
+
+std::wstring TextCommandMgr::placeholders(const TextCommand& command)
+{
+    // Some texts tell it at the end, as "Usage: Area.Name <filename>".
+    std::wstring_view help = command.help();
+    const std::wstring usage = L"Usage: " + command.area() + L'.' + command.name();
+    if (const size_t at = help.find(usage); at != std::wstring_view::npos)
+        help.remove_prefix(at + usage.size());
+    std::wstring found;
+    size_t at = 0;
+    while (true) {
+        while (at < help.size() && TextLine::isBlank(help[at]) && help[at] != L'\n')
+            ++at;
+        size_t end = std::wstring_view::npos;
+        if (at < help.size() && (help[at] == L'<' || help[at] == L'['))
+            end = help.find(help[at] == L'<' ? L'>' : L']', at);
+        else if (at < help.size() && help[at] == L'/')
+            end = std::min(help.find(L' ', at), help.size()) - 1;
+        if (end == std::wstring_view::npos)
+            return found;
+        found += (found.empty() ? L"" : L" ") + std::wstring(help.substr(at, end + 1 - at));
+        at = end + 1;
+    }
+}
+
+} // namespace Vs

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace Vs {
+
+/// Takes a line of text apart, word by word; the grammar stands at TextCommandMgr.
+class TextLine
+{
+public:
+    explicit TextLine(std::wstring_view line) : m_line(line) {}
+
+    static bool isBlank(wchar_t character)
+    {
+        return character == L' ' || character == L'\t' || character == L'\r' || character == L'\n';
+    }
+
+    /// Moves over blanks. Returns false at the end of the line.
+    bool skipBlanks();
+
+    /// A word that is taken as it stands, up to the next blank.
+    std::wstring_view plainWord();
+
+    enum class Word { Parameter, Flag };
+    /// The next word without its quotes, or a flag without its slash. Call it only after skipBlanks said
+    /// true. Throws Vs::Exception that names the column when a quote isn't closed.
+    Word next(std::wstring& text);
+
+    /// Where the next word begins, or would.
+    size_t position() const { return m_at; }
+
+private:
+    std::wstring_view m_line;
+    size_t m_at = 0;
+};
+
+} // namespace Vs
