@@ -1,0 +1,77 @@
+#include <algorithm>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Entry
+{
+    std::string key;
+    std::string english;
+    std::string translated;
+};
+
+std::vector<Entry> entriesOf(const std::string& file)
+{
+    std::ifstream stream(file);
+    const std::regex row("^(msgctxt|msgid|msgstr) \"(.*)\"$");
+    std::vector<Entry> entries;
+    std::smatch match;
+    for (std::string line; std::getline(stream, line);) {
+        if (!std::regex_match(line, match, row))
+            continue;
+        if (match[1] == "msgctxt")
+            entries.push_back({match[2], {}, {}});
+        else if (!entries.empty())
+            (match[1] == "msgid" ? entries.back().english : entries.back().translated) = match[2];
+    }
+    return entries;
+}
+
+std::vector<std::string> matchesOf(const std::string& text, const char* pattern)
+{
+    const std::regex expression(pattern);
+    std::vector<std::string> found;
+    for (std::sregex_iterator it(text.begin(), text.end(), expression), end; it != end; ++it)
+        found.push_back(it->str());
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+const std::string kGerman[] = {QUILLET_SOURCES "/UI/Commands/Configuration/Translations/de/VuCommands.po",
+                               QUILLET_SOURCES "/UI/Design/Configuration/Translations/de/VuDesign.po"};
+
+} // namespace
+
+TEST(GermanTexts, AreCompleteAndNamedOnce)
+{
+    for (const std::string& file : kGerman) {
+        const std::vector<Entry> entries = entriesOf(file);
+        EXPECT_FALSE(entries.empty()) << file;
+        std::vector<std::string> keys;
+        for (const Entry& entry : entries) {
+            EXPECT_FALSE(entry.translated.empty()) << entry.key;
+            keys.push_back(entry.key);
+        }
+        std::sort(keys.begin(), keys.end());
+        const auto twice = std::adjacent_find(keys.begin(), keys.end());
+        EXPECT_TRUE(twice == keys.end()) << *twice;
+    }
+}
+
+// A text whose placeholders differ from the program's would throw, or drop a file's name, when it is filled.
+TEST(GermanTexts, KeepThePlaceholdersAndTheFiltersOfFileDialogs)
+{
+    for (const std::string& file : kGerman) {
+        for (const Entry& entry : entriesOf(file)) {
+            EXPECT_EQ(matchesOf(entry.english, "%[0-9]+%"), matchesOf(entry.translated, "%[0-9]+%"))
+                << entry.key;
+            EXPECT_EQ(matchesOf(entry.english, "\\(\\*\\.[a-z]+\\)"),
+                      matchesOf(entry.translated, "\\(\\*\\.[a-z]+\\)"))
+                << entry.key;
+        }
+    }
+}
