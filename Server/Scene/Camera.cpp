@@ -267,7 +267,8 @@ void Camera::fitParallel(const BBox& box)
         halfWidth = std::max(halfWidth, std::abs(from.dotProduct(across)));
         halfHeight = std::max(halfHeight, std::abs(from.dotProduct(upward)));
     }
-    const double larger = std::max(halfWidth, halfHeight);
+    // A line that is seen end on has no width at all.
+    const double larger = std::max({halfWidth, halfHeight, box.diagonal() * kThinnestPart});
     m_extentsWidth = 2 * (1 + kFitMargin) * std::max(halfWidth, larger * kThinnestPart);
     m_extentsHeight = 2 * (1 + kFitMargin) * std::max(halfHeight, larger * kThinnestPart);
     m_target = centre;
@@ -287,17 +288,21 @@ void Camera::fitPerspective(const BBox& box)
     const GkPoint3d centre = box.centre();
 
     GkVector3d local[8];
+    double nearest = 1e300;
     double left = -1e300, rightSide = -1e300, below = -1e300, above = -1e300;
     for (int i = 0; i < 8; ++i) {
         const GkVector3d from = corner(box, i) - centre;
         const GkVector3d& p =
             local[i] = {from.dotProduct(across), from.dotProduct(upward), from.dotProduct(along)};
+        nearest = std::min(nearest, p.z);
         rightSide = std::max(rightSide, p.x - slope * p.z);
         left = std::max(left, -p.x - slope * p.z);
         above = std::max(above, p.y - slope * p.z);
         below = std::max(below, -p.y - slope * p.z);
     }
-    const double depth = std::min(-(left + rightSide), -(below + above)) / 2 / slope;
+    // A line that is seen end on has no width; the eye stands before its end all the same.
+    const double depth = std::min(std::min(-(left + rightSide), -(below + above)) / 2 / slope,
+                                  nearest - box.diagonal() * kThinnestPart / slope);
     // Off the middle by what the perspective makes of the nearer corners, at the depth where the eye stands.
     const auto middle = [&](double GkVector3d::*axis) {
         double at = 0;
@@ -327,6 +332,8 @@ void Camera::fitPerspective(const BBox& box)
         tangentX = std::max(tangentX, std::abs(p.x - x) / (p.z - depth));
         tangentY = std::max(tangentY, std::abs(p.y - y) / (p.z - depth));
     }
+    if (std::max(tangentX, tangentY) < slope * kThinnestPart)
+        tangentX = tangentY = slope;
     const double larger = std::max(tangentX, tangentY);
     m_target = centre + across * x + upward * y;
     m_position = m_target + along * depth;
