@@ -27,9 +27,17 @@ Asset::~Asset() = default;
 
 Asset* Asset::create(Document* document, const std::wstring& name, AssetType* type)
 {
+    return createFromModel(document, name, type, nullptr);
+}
+
+Asset* Asset::createFromModel(Document* document, const std::wstring& name, AssetType* type,
+                              std::shared_ptr<const ModelFile> model)
+{
     if (!document)
         return nullptr;
     Asset* asset = document->adopt(std::unique_ptr<Asset>(new Asset(document, name, type, nullptr, true)));
+    if (model)
+        asset->m_data->load(std::move(model));
     if (!document->activeAsset())
         document->activeAsset(asset);
     asset->m_fullyInitialized = true;

@@ -17,6 +17,7 @@ class AssetType;
 class Component;
 class Document;
 class ModelData;
+class ModelFile;
 
 /// One model inside a document: a component tree of bodies with names, colours and placements, and the data
 /// behind it that transactions change. Owned by its document. Main thread only.
@@ -25,6 +26,9 @@ class Asset : public Implements<Asset, Object, Lockable>
 public:
     /// Makes an asset and adds it to the document. The first visible one becomes the document's active asset.
     static Asset* create(Document* document, const std::wstring& name, AssetType* type);
+    /// The same with a model that was read from a file; for translators.
+    static Asset* createFromModel(Document* document, const std::wstring& name, AssetType* type,
+                                  std::shared_ptr<const ModelFile> model);
     /// The same for an asset that isn't shown by itself. Null without a parent of the same document.
     static Asset* createHidden(Document* document, Asset* parent, const std::wstring& name, AssetType* type);
     ~Asset() override;

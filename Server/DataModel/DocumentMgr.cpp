@@ -77,24 +77,54 @@ Document* DocumentMgr::bestDocument(const std::wstring& text) const
     return byName ? byName : onlyOne(sourceNamed);
 }
 
-Document* DocumentMgr::create(AssetType* type, Status& status)
+Document* DocumentMgr::add(AssetType* type, const std::wstring& displayName, Status& status)
 {
-    if (!type) {
-        status.addError(L"A new document needs an asset type.");
-        return nullptr;
-    }
     DocumentType* documentType = this->documentType(type->defaultDocType());
     if (!documentType) {
         status.addError(L"The asset type \"" + type->name() + L"\" belongs to the document type \"" +
                         Strings::widen(type->defaultDocType()) + L"\", which isn't registered.");
         return nullptr;
     }
-    const std::wstring name = L"Untitled" + std::to_wstring(++m_untitled);
-    m_documents.push_back(std::unique_ptr<Document>(new Document(documentType, name)));
-    Document* document = m_documents.back().get();
+    m_documents.push_back(std::unique_ptr<Document>(new Document(documentType, displayName)));
+    return m_documents.back().get();
+}
+
+Document* DocumentMgr::create(AssetType* type, Status& status)
+{
+    if (!type) {
+        status.addError(L"A new document needs an asset type.");
+        return nullptr;
+    }
+    Document* document = add(type, L"Untitled" + std::to_wstring(m_untitled + 1), status);
+    if (!document)
+        return nullptr;
+    ++m_untitled;
     Asset::create(document, type->name(), type);
     DocumentEvent event(document);
     DocumentEventSource::get()->fireDocumentCreated(&event);
+    return document;
+}
+
+Document* DocumentMgr::createFromModel(const std::wstring& source, std::shared_ptr<const ModelFile> model,
+                                       Status& status)
+{
+    const AssetTypeMgr* types = AssetTypeMgr::get();
+    AssetType* type = nullptr;
+    for (unsigned i = 0; i < types->assetTypes() && !type; ++i)
+        if (!types->assetType(i)->isBuiltIn() && !types->assetType(i)->isHidden())
+            type = types->assetType(i);
+    if (!type) {
+        status.addError(L"\"" + source + L"\" was read, but no add-in is loaded that could hold its model.");
+        return nullptr;
+    }
+    const std::wstring name = fs::path(source).stem().wstring();
+    Document* document = add(type, name, status);
+    if (!document)
+        return nullptr;
+    document->importedFrom(source);
+    Asset::createFromModel(document, name, type, std::move(model));
+    DocumentEvent event(document);
+    DocumentEventSource::get()->fireDocumentOpened(&event);
     return document;
 }
 

@@ -14,6 +14,7 @@ namespace Vs {
 class Asset;
 class AssetType;
 class Document;
+class ModelFile;
 
 /// All open documents, in the order in which they were opened, and the kinds of native documents. Main thread
 /// only.
@@ -35,6 +36,10 @@ public:
     Document* create(AssetType* type, Status& status);
     /// Opens a native file, or gives the open document of that path. Null, with the reasons, on failure.
     Document* open(const std::wstring& path, Status& status);
+    /// A new document that shows a model which was read from a foreign file; for translators. It isn't dirty:
+    /// the file can be read again. Its asset is of the first type that is offered for creation.
+    Document* createFromModel(const std::wstring& source, std::shared_ptr<const ModelFile> model,
+                              Status& status);
     /// Closes at once, whatever locks it has. Unknown pointers are ignored.
     void close(Document* document);
 
@@ -56,6 +61,7 @@ public:
 private:
     friend class Document;
     DocumentMgr() = default;
+    Document* add(AssetType* type, const std::wstring& displayName, Status& status);
 
     std::vector<std::unique_ptr<Document>> m_documents;
     std::vector<DocumentType*> m_types;

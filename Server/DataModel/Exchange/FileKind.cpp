@@ -1,0 +1,172 @@
+#include "Server/DataModel/Exchange/FileKind.h"
+
+#include "Server/Base/Strings.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <cwctype>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Vs::Exchange {
+
+namespace {
+
+struct FormatRow
+{
+    Format format;
+    const wchar_t* name;
+    const char* key;
+    std::initializer_list<const wchar_t*> suffixes;
+};
+
+const FormatRow kFormats[] = {
+    {Format::Step, L"STEP", "step", {L".stp", L".step"}},
+    {Format::Iges, L"IGES", "iges", {L".igs", L".iges"}},
+    {Format::Brep, L"BREP", "brep", {L".brep", L".brp"}},
+    {Format::Stl, L"STL", "stl", {L".stl"}},
+};
+
+const FormatRow* rowOf(Format format)
+{
+    for (const FormatRow& row : kFormats)
+        if (row.format == format)
+            return &row;
+    return nullptr;
+}
+
+std::wstring suffixOf(const std::wstring& path)
+{
+    const size_t dot = path.find_last_of(L'.');
+    if (dot == std::wstring::npos || path.find(L'/', dot) != std::wstring::npos)
+        return {};
+    std::wstring suffix = path.substr(dot);
+    for (wchar_t& c : suffix)
+        c = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
+    return suffix;
+}
+
+// Whether `text` begins with `word`, in any case, after blanks and line ends.
+bool beginsWith(std::string_view text, std::string_view word)
+{
+    while (!text.empty() && (std::isspace(static_cast<unsigned char>(text.front())) || text.front() == '\0'))
+        text.remove_prefix(1);
+    if (text.starts_with("\xEF\xBB\xBF"))
+        text.remove_prefix(3);
+    return text.size() >= word.size() &&
+           std::equal(word.begin(), word.end(), text.begin(),
+                      [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); });
+}
+
+// The first line of an IGES file is 72 columns of text, an S and a number of seven digits.
+bool isIges(std::string_view head)
+{
+    if (head.size() < 80 || (head[72] != 'S' && head[72] != 'B' && head[72] != 'C'))
+        return false;
+    return std::all_of(head.begin() + 73, head.begin() + 80,
+                       [](unsigned char c) { return c == ' ' || std::isdigit(c); });
+}
+
+bool isBinaryStl(std::string_view head, uint64_t size)
+{
+    uint32_t triangles;
+    if (head.size() < 84)
+        return false;
+    std::memcpy(&triangles, head.data() + 80, sizeof triangles);
+    return size == 84 + uint64_t(triangles) * 50;
+}
+
+} // namespace
+
+Format formatOfName(const std::wstring& path)
+{
+    const std::wstring suffix = suffixOf(path);
+    for (const FormatRow& row : kFormats)
+        for (const wchar_t* candidate : row.suffixes)
+            if (suffix == candidate)
+                return row.format;
+    return Format::Unknown;
+}
+
+Format formatOfContent(std::string_view head, uint64_t size)
+{
+    if (beginsWith(head, "iso-10303-21"))
+        return Format::Step;
+    if (isBinaryStl(head, size))
+        return Format::Stl;
+    if (isIges(head))
+        return Format::Iges;
+    if (head.starts_with("DBRep_DrawableShape") ||
+        head.find("CASCADE Topology V") != std::string_view::npos ||
+        head.starts_with("Open CASCADE Topology V"))
+        return Format::Brep;
+    if (beginsWith(head, "solid"))
+        return Format::Stl;
+    return Format::Unknown;
+}
+
+const wchar_t* nameOf(Format format)
+{
+    const FormatRow* row = rowOf(format);
+    return row ? row->name : L"unknown";
+}
+
+const char* keyOf(Format format)
+{
+    const FormatRow* row = rowOf(format);
+    return row ? row->key : "unknown";
+}
+
+Format formatOfKey(std::string_view key)
+{
+    for (const FormatRow& row : kFormats)
+        if (key == row.key)
+            return row.format;
+    return Format::Unknown;
+}
+
+Format recognise(const std::wstring& path, Status& status)
+{
+    const auto fault = [&](const std::wstring& text) {
+        status.addError(L"\"" + path + L"\" " + text);
+        return Format::Unknown;
+    };
+    // Without blocking: a name may be that of a pipe which nobody writes to.
+    const int descriptor = open(Strings::narrow(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0)
+        return fault(errno == ENOENT ? L"doesn't exist."
+                                     : L"can't be read: " + Strings::widen(std::strerror(errno)) + L".");
+    struct stat info = {};
+    char head[4096];
+    const bool known = fstat(descriptor, &info) == 0;
+    const ssize_t got = known && S_ISREG(info.st_mode) ? pread(descriptor, head, sizeof head, 0) : 0;
+    const int readError = errno;
+    close(descriptor);
+    if (S_ISDIR(info.st_mode))
+        return fault(L"is a folder, not a file.");
+    if (!S_ISREG(info.st_mode))
+        return fault(L"isn't an ordinary file.");
+    if (got < 0)
+        return fault(L"can't be read: " + Strings::widen(std::strerror(readError)) + L".");
+    if (info.st_size == 0)
+        return fault(L"is empty.");
+
+    const Format named = formatOfName(path);
+    const Format held =
+        formatOfContent({head, static_cast<size_t>(got)}, static_cast<uint64_t>(info.st_size));
+    if (held == Format::Unknown) {
+        if (named == Format::Unknown)
+            return fault(L"is of no kind that this program can open.");
+        return fault(std::wstring(L"doesn't hold ") + nameOf(named) +
+                     L" data, as its name says, nor any other known.");
+    }
+    if (named != Format::Unknown && named != held)
+        return fault(L"is named " + suffixOf(path) + L" but holds " + nameOf(held) + L" data.");
+    return held;
+}
+
+} // namespace Vs::Exchange

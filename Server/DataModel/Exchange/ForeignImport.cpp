@@ -1,0 +1,129 @@
+#include "Server/DataModel/Exchange/ForeignImport.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Exchange/ImportCache.h"
+#include "Server/DataModel/Model/ModelFile.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace Vs::Exchange {
+
+ForeignImport::~ForeignImport() = default;
+
+void ForeignImport::warn(const std::wstring& clause)
+{
+    m_status.addWarning(L"\"" + m_path + L"\" " + clause + L".");
+}
+
+void ForeignImport::takeModel(std::shared_ptr<const ModelFile> model)
+{
+    m_model = std::move(model);
+    for (const std::wstring& warning : m_model->warnings())
+        warn(warning);
+    if (m_withoutAnnotations)
+        warn(L"has annotations that can't be read");
+}
+
+// Returns true if a worker is needed.
+bool ForeignImport::prepare(ImportCache& cache)
+{
+    m_format = recognise(m_path, m_status);
+    if (m_format == Format::Unknown)
+        return false;
+    const std::string path = Strings::narrow(m_path);
+    const auto key = ImportCache::keyOf(path, keyOf(m_format));
+    if (!key) {
+        m_status.addError(L"\"" + m_path + L"\" can't be read.");
+        return false;
+    }
+    m_key = *key;
+    if (auto known = cache.find(m_key)) {
+        takeModel(std::move(known));
+        return false;
+    }
+    std::error_code ignored;
+    m_size = std::filesystem::file_size(path, ignored);
+    startWorker(true, cache);
+    return true;
+}
+
+void ForeignImport::startWorker(bool annotations, ImportCache& cache)
+{
+    m_scratch = cache.scratchPath();
+    std::vector<std::string> arguments{"import", keyOf(m_format), Strings::narrow(m_path), m_scratch};
+    if (!annotations)
+        arguments.push_back("--no-annotations");
+    m_worker = std::make_unique<Worker>(std::move(arguments), WorkerLimits::forFile(m_size));
+}
+
+bool ForeignImport::finish(ImportCache& cache)
+{
+    std::error_code ignored;
+    switch (m_worker->end()) {
+    case Worker::End::Done:
+        try {
+            if (m_withoutAnnotations) {
+                // Not kept: the next kernel may read what this one can't.
+                auto model = ModelFile::open(m_scratch);
+                std::filesystem::remove(m_scratch, ignored);
+                takeModel(std::move(model));
+            } else {
+                takeModel(cache.store(m_key, m_scratch));
+            }
+        } catch (const std::runtime_error& error) {
+            m_status.addError(L"\"" + m_path + L"\" was read, but its model can't be used: " +
+                              Strings::widen(error.what()));
+        }
+        return false;
+    case Worker::End::Cancelled:
+        break;
+    case Worker::End::Crashed:
+    case Worker::End::Stalled:
+        if (!m_withoutAnnotations && m_worker->step().find("annotations") != std::string::npos) {
+            std::filesystem::remove(m_scratch, ignored);
+            m_withoutAnnotations = true;
+            startWorker(false, cache);
+            return true;
+        }
+        [[fallthrough]];
+    case Worker::End::Exhausted:
+        m_status.addError(L"\"" + m_path + L"\" can't be read: " + Strings::widen(m_worker->fault()) + L".");
+        break;
+    default:
+        m_status.addError(L"\"" + m_path + L"\" " + Strings::widen(m_worker->fault()) + L".");
+        break;
+    }
+    std::filesystem::remove(m_scratch, ignored);
+    return false;
+}
+
+bool ForeignImport::run(std::span<ForeignImport* const> imports, ImportCache& cache, const Watch& watch)
+{
+    std::vector<ForeignImport*> active;
+    for (ForeignImport* import : imports)
+        if (import->prepare(cache))
+            active.push_back(import);
+    bool cancelled = false;
+    while (!active.empty()) {
+        std::vector<Worker*> workers;
+        for (ForeignImport* import : active)
+            workers.push_back(import->m_worker.get());
+        Worker::run(workers, [&] {
+            double sum = 0;
+            const Worker* slowest = workers.front();
+            for (const Worker* worker : workers) {
+                sum += worker->end() == Worker::End::Running ? worker->fraction() : 1.0;
+                if (worker->end() == Worker::End::Running && worker->fraction() < slowest->fraction())
+                    slowest = worker;
+            }
+            const bool goOn = !watch || watch(sum / double(workers.size()), Strings::widen(slowest->step()));
+            cancelled |= !goOn;
+            return goOn;
+        });
+        std::erase_if(active, [&](ForeignImport* import) { return !import->finish(cache) || cancelled; });
+    }
+    return !cancelled;
+}
+
+} // namespace Vs::Exchange

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+#include "Server/DataModel/Exchange/FileKind.h"
+#include "Server/DataModel/Exchange/Worker.h"
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace Vs {
+class ModelFile;
+}
+
+namespace Vs::Exchange {
+
+class ImportCache;
+
+/// Turns a foreign file into a model file, by the cache or by a worker.
+class ForeignImport
+{
+public:
+    explicit ForeignImport(std::wstring path) : m_path(std::move(path)) {}
+    ~ForeignImport();
+
+    const std::wstring& path() const { return m_path; }
+    /// The model, or null if it couldn't be read or the reading was cancelled.
+    const std::shared_ptr<const ModelFile>& model() const { return m_model; }
+    /// At most one error, which names the file and the cause; and warnings that do.
+    const Status& status() const { return m_status; }
+
+    /// Progress of all together; returns false to cancel.
+    using Watch = std::function<bool(double fraction, const std::wstring& step)>;
+    /// Reads them side by side. Returns false if it was cancelled.
+    static bool run(std::span<ForeignImport* const> imports, ImportCache& cache, const Watch& watch);
+
+private:
+    bool prepare(ImportCache& cache);
+    void startWorker(bool annotations, ImportCache& cache);
+    /// Returns true if the worker is to run once more, in another way.
+    bool finish(ImportCache& cache);
+    void takeModel(std::shared_ptr<const ModelFile> model);
+    void warn(const std::wstring& clause);
+
+    std::wstring m_path;
+    Format m_format = Format::Unknown;
+    std::string m_key;
+    uint64_t m_size = 0;
+    std::string m_scratch;
+    bool m_withoutAnnotations = false;
+    std::unique_ptr<Worker> m_worker;
+    std::shared_ptr<const ModelFile> m_model;
+    Status m_status;
+};
+
+} // namespace Vs::Exchange

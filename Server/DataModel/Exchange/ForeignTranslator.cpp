@@ -1,0 +1,175 @@
+#include "Server/DataModel/Exchange/ForeignTranslator.h"
+
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/Progress.h"
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Exchange/ForeignImport.h"
+#include "Server/DataModel/Exchange/ImportCache.h"
+#include "Server/DataModel/Exchange/MeshExport.h"
+#include "Server/DataModel/Exchange/NewFile.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Transaction.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+namespace Vs::Exchange {
+
+namespace {
+
+// clang-format off
+const ForeignTranslator::Row kRows[] = {
+    //  format        identifier         name           extensions, the preferred one first
+    {Format::Step, "StepTranslator", L"STEP Files", {L".stp", L".step"}},
+    {Format::Iges, "IgesTranslator", L"IGES Files", {L".igs", L".iges"}},
+    {Format::Brep, "BrepTranslator", L"BREP Files", {L".brep", L".brp"}},
+    {Format::Stl,  "StlTranslator",  L"STL Files",  {L".stl"}},
+};
+// clang-format on
+
+std::wstring fileName(const std::wstring& path)
+{
+    return boost::filesystem::path(path).filename().wstring();
+}
+
+bool insertInto(Asset& asset, const ModelFile& model, const std::wstring& path, Status& status)
+{
+    try {
+        const std::unique_ptr<ModelKernel> parts = ModelKernel::read(model.kernelData());
+        Transaction transaction(&asset, L"Import " + fileName(path));
+        asset.data().source().withKernel([&](ModelKernel& kernel) { kernel.insert(*parts); });
+        transaction.commit();
+        return true;
+    } catch (const std::runtime_error& error) {
+        status.addError(L"\"" + path + L"\" can't be inserted: " + Strings::widen(error.what()) + L".");
+        return false;
+    }
+}
+
+// A file that goes when it isn't needed any more.
+class ScratchFile
+{
+public:
+    explicit ScratchFile(std::string path) : m_path(std::move(path)) {}
+    ~ScratchFile()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(m_path, ignored);
+    }
+    const std::string& path() const { return m_path; }
+
+private:
+    std::string m_path;
+};
+
+} // namespace
+
+ImportCache& importCache()
+{
+    static ImportCache cache((PathInfo::cacheDirectory() / "import").string());
+    return cache;
+}
+
+const std::vector<Translator*>& ForeignTranslator::all()
+{
+    static const std::vector<Translator*> translators = [] {
+        std::vector<Translator*> made;
+        static std::vector<std::unique_ptr<ForeignTranslator>> owned;
+        for (const Row& row : kRows) {
+            owned.push_back(std::make_unique<ForeignTranslator>(row));
+            made.push_back(owned.back().get());
+        }
+        return made;
+    }();
+    return translators;
+}
+
+bool ForeignTranslator::open(TranslatorOpenOptions& options, TranslatorContext& context, Status& status)
+{
+    context.document(nullptr);
+    Asset* target = context.asset() ? context.asset() : DocumentMgr::get()->activeAsset();
+    if (!context.open() && !target) {
+        status.addError(L"There is no model that \"" + options.fileName() + L"\" could be inserted into.");
+        return false;
+    }
+    ForeignImport import(boost::filesystem::absolute(options.fileName()).wstring());
+    {
+        ProgressScope progress(L"Opening " + fileName(options.fileName()));
+        ForeignImport* imports[] = {&import};
+        ForeignImport::run(imports, importCache(), [&](double fraction, const std::wstring& step) {
+            return progress.update(fraction, step);
+        });
+    }
+    status.merge(import.status());
+    if (!import.model())
+        return false;
+    if (!context.open())
+        return insertInto(*target, *import.model(), options.fileName(), status);
+    context.document(DocumentMgr::get()->createFromModel(import.path(), import.model(), status));
+    return context.document() != nullptr;
+}
+
+bool ForeignTranslator::save(TranslatorSaveOptions& options, TranslatorContext& context, Status& status)
+{
+    const Asset* asset = context.asset() ? context.asset() : DocumentMgr::get()->activeAsset();
+    if (!asset) {
+        status.addError(L"There is no model that \"" + options.fileName() + L"\" could hold.");
+        return false;
+    }
+    if (m_row.format != Format::Stl)
+        return saveByWorker(*asset, options.fileName(), status);
+    ProgressScope progress(L"Writing " + fileName(options.fileName()));
+    return writeStl(
+        *asset->components(), options.fileName(), options.refinement(),
+        [&](double fraction) { return progress.update(fraction, L"writing triangles"); }, status);
+}
+
+// The writers of exact formats are as large as their readers, and stay in the worker with them.
+bool ForeignTranslator::saveByWorker(const Asset& asset, const std::wstring& path, Status& status) const
+{
+    const auto fault = [&](const std::wstring& cause) {
+        status.addError(L"\"" + path + L"\" " + cause + L".");
+        return false;
+    };
+    try {
+        if (asset.components()->children.empty())
+            return fault(L"can't be written: there is nothing in the model");
+        NewFile file(path);
+        const ScratchFile data(importCache().scratchPath());
+        {
+            std::ofstream stream(data.path(), std::ios::binary);
+            ModelSource& source = asset.data().source();
+            if (source.file && !source.kernelLoaded())
+                stream << source.file->kernelData();
+            else
+                source.withKernel([&](ModelKernel& kernel) { kernel.write(stream); });
+            if (!stream.flush())
+                return fault(L"can't be written: there is no room for the model's data");
+        }
+        Worker worker({"export", keyOf(m_row.format), data.path(), file.scratch()},
+                      WorkerLimits::forFile(std::filesystem::file_size(data.path()) * 10));
+        ProgressScope progress(L"Writing " + fileName(path));
+        Worker* workers[] = {&worker};
+        Worker::run(workers,
+                    [&] { return progress.update(worker.fraction(), Strings::widen(worker.step())); });
+        if (worker.end() == Worker::End::Cancelled)
+            return false;
+        if (worker.end() != Worker::End::Done)
+            return fault(worker.end() == Worker::End::Failed
+                             ? Strings::widen(worker.fault())
+                             : L"can't be written: " + Strings::widen(worker.fault()));
+        file.commit();
+        return true;
+    } catch (const std::runtime_error& error) {
+        return fault(L"can't be written: " + Strings::widen(error.what()));
+    }
+}
+
+} // namespace Vs::Exchange

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace Vs {
+class ModelFile;
+}
+
+namespace Vs::Exchange {
+
+/// What was read from foreign files before, kept as model files in one folder. Several programs may use one
+/// folder.
+class ImportCache
+{
+public:
+    static constexpr uint64_t kUsualLimit = uint64_t(2) << 30;
+
+    /// `folder` in the file system's own form. `limit` bounds the sum of the entries in bytes.
+    explicit ImportCache(std::string folder, uint64_t limit = kUsualLimit);
+
+    /// The key of a file: of its contents, the format it is read as, and the versions that read it. Nothing
+    /// if it can't be read.
+    static std::optional<std::string> keyOf(const std::string& path, const char* format);
+
+    /// The entry, or null. One that is damaged is dropped. Marks the entry as used now.
+    std::shared_ptr<const ModelFile> find(const std::string& key);
+
+    /// A path in the folder to write a new entry to, which nobody else uses.
+    std::string scratchPath();
+    /// Makes the finished scratch file the entry of that key and drops the entries that weren't used for
+    /// longest, as the limit wants it. Returns the entry; throws std::runtime_error if the file is no model.
+    std::shared_ptr<const ModelFile> store(const std::string& key, const std::string& scratch);
+
+private:
+    void trim(const std::string& keep);
+    std::string pathOf(const std::string& key) const;
+
+    std::string m_folder;
+    uint64_t m_limit;
+};
+
+} // namespace Vs::Exchange

@@ -1,0 +1,63 @@
+#include "Server/DataModel/Exchange/NewFile.h"
+
+#include "Server/Base/Strings.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Vs::Exchange {
+
+namespace {
+
+[[noreturn]] void fail()
+{
+    throw std::runtime_error(std::strerror(errno));
+}
+
+} // namespace
+
+NewFile::NewFile(const std::wstring& path) : m_path(Strings::narrow(path))
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(m_path, error))
+        throw std::runtime_error("there is a folder of that name");
+    // A link stays a link: what it points to is replaced.
+    const auto target = std::filesystem::weakly_canonical(m_path, error);
+    if (!error)
+        m_path = target.string();
+    m_scratch = m_path + ".XXXXXX";
+    const int descriptor = mkostemp(m_scratch.data(), O_CLOEXEC);
+    if (descriptor < 0)
+        fail();
+    // The rights of a file that is replaced stay; a new one gets the usual ones.
+    struct stat old;
+    const mode_t mask = umask(0);
+    umask(mask);
+    fchmod(descriptor, stat(m_path.c_str(), &old) == 0 ? old.st_mode & 07777 : 0666 & ~mask);
+    close(descriptor);
+}
+
+NewFile::~NewFile()
+{
+    if (!m_scratch.empty())
+        unlink(m_scratch.c_str());
+}
+
+void NewFile::commit()
+{
+    const int descriptor = open(m_scratch.c_str(), O_RDONLY | O_CLOEXEC);
+    const bool flushed = descriptor >= 0 && fsync(descriptor) == 0;
+    if (descriptor >= 0)
+        close(descriptor);
+    if (!flushed || rename(m_scratch.c_str(), m_path.c_str()) != 0)
+        fail();
+    m_scratch.clear();
+}
+
+} // namespace Vs::Exchange

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+namespace Vs::Exchange {
+
+/// A file that is written beside its final place and takes it only when it is complete: whatever fails, an
+/// old file of that name stays as it was.
+class NewFile
+{
+public:
+    /// Throws std::runtime_error with the cause if nothing can be written there.
+    explicit NewFile(const std::wstring& path);
+    /// Removes the unfinished file.
+    ~NewFile();
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    /// Where to write; exists, and is empty.
+    const std::string& scratch() const { return m_scratch; }
+    /// Flushes the file to the disk and puts it in its place. Throws std::runtime_error.
+    void commit();
+
+private:
+    std::string m_path;
+    std::string m_scratch;
+};
+
+} // namespace Vs::Exchange

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "Server/DataModel/Exchange/WorkerProtocol.h"
+
+#include <chrono>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace Vs::Exchange {
+
+/// How long a worker may take, and how much it may use. Times are those of its own processor time, so that an
+/// honest file isn't given up on a busy machine; one that waits without working gets as much by the clock.
+struct WorkerLimits
+{
+    std::chrono::milliseconds stalled{12'000}; ///< Without any progress.
+    std::chrono::milliseconds total{240'000};
+    uint64_t memory = 0; ///< Bytes of address space; 0 for four fifths of the machine's memory.
+
+    /// Limits that fit an honest file of that size: more for bigger ones.
+    static WorkerLimits forFile(uint64_t bytes);
+};
+
+/// One job in a process of its own, so that nothing that a foreign file does to the kernel reaches this
+/// program.
+class Worker
+{
+public:
+    enum class End {
+        Running,
+        Done,
+        Failed,    ///< The worker gave an error.
+        Crashed,   ///< It died of a signal.
+        Stalled,   ///< It made no progress, or took too long, and was ended.
+        Exhausted, ///< It outgrew its memory.
+        Cancelled,
+    };
+
+    /// The arguments follow the program's name.
+    Worker(std::vector<std::string> arguments, WorkerLimits limits)
+        : m_arguments(std::move(arguments)), m_limits(limits)
+    {
+    }
+    ~Worker();
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    End end() const { return m_end; }
+    double fraction() const { return m_fraction; }
+    /// What it is doing, or was doing when it ended: "reading the file".
+    const std::string& step() const { return m_step; }
+    const std::vector<std::string>& warnings() const { return m_warnings; }
+    /// The cause of any end but Done, as a clause without a subject's name: "the reader crashed (segmentation
+    /// fault) while transferring shapes". UTF-8.
+    const std::string& fault() const { return m_fault; }
+
+    /// Shows the progress of all and returns false to cancel. Called at least twenty times a second.
+    using Watch = std::function<bool()>;
+    /// Runs the workers side by side, at most as many at once as there are processors, until all have ended.
+    static void run(std::span<Worker* const> workers, const Watch& watch);
+
+    /// The program that does the work, beside this one's libraries.
+    static std::string program();
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void start();
+    void readMessages();
+    void checkLimits(Clock::time_point now);
+    std::chrono::milliseconds processorTime() const;
+    void kill(End why, std::string fault);
+    void reap();
+
+    std::vector<std::string> m_arguments;
+    WorkerLimits m_limits;
+    End m_end = End::Running;
+    int m_process = -1;
+    int m_pipe = -1;
+    WorkerMessageReader m_reader;
+    bool m_done = false;
+    double m_fraction = 0;
+    std::string m_step = "starting";
+    std::string m_error;
+    std::string m_fault;
+    std::vector<std::string> m_warnings;
+    Clock::time_point m_moved;
+    std::chrono::milliseconds m_movedWork{0}; ///< Processor time at the last progress.
+};
+
+} // namespace Vs::Exchange

@@ -1,0 +1,48 @@
+#include "Server/DataModel/Exchange/WorkerProtocol.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace Vs::Exchange {
+
+namespace {
+
+constexpr uint32_t kFixedPart = 1 + sizeof(double);
+// A worker has died in the middle of its memory's contents if it claims to have more to say than this.
+constexpr uint32_t kLongestMessage = 1 << 20;
+
+} // namespace
+
+std::string encode(const WorkerMessage& message)
+{
+    const std::string_view text = std::string_view(message.text).substr(0, kLongestMessage - kFixedPart);
+    const uint32_t length = kFixedPart + static_cast<uint32_t>(text.size());
+    std::string frame(sizeof length + kFixedPart, '\0');
+    std::memcpy(frame.data(), &length, sizeof length);
+    frame[sizeof length] = static_cast<char>(message.kind);
+    std::memcpy(frame.data() + sizeof length + 1, &message.fraction, sizeof message.fraction);
+    frame.append(text);
+    return frame;
+}
+
+std::optional<WorkerMessage> WorkerMessageReader::next()
+{
+    uint32_t length;
+    if (m_broken || m_bytes.size() < sizeof length)
+        return std::nullopt;
+    std::memcpy(&length, m_bytes.data(), sizeof length);
+    if (length < kFixedPart || length > kLongestMessage) {
+        m_broken = true;
+        return std::nullopt;
+    }
+    if (m_bytes.size() < sizeof length + length)
+        return std::nullopt;
+    WorkerMessage message;
+    message.kind = static_cast<WorkerMessage::Kind>(m_bytes[sizeof length]);
+    std::memcpy(&message.fraction, m_bytes.data() + sizeof length + 1, sizeof message.fraction);
+    message.text = m_bytes.substr(sizeof length + kFixedPart, length - kFixedPart);
+    m_bytes.erase(0, sizeof length + length);
+    return message;
+}
+
+} // namespace Vs::Exchange

@@ -1,0 +1,112 @@
+#include "Server/Translate/Import.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Kernel/Mesher.h"
+#include "Server/DataModel/Kernel/XdeTree.h"
+#include "Server/DataModel/Model/ModelFile.h"
+
+#include <OSD_Parallel.hxx>
+#include <Standard_Failure.hxx>
+#include <TopExp_Explorer.hxx>
+
+#include <algorithm>
+#include <atomic>
+#include <numeric>
+#include <sstream>
+#include <thread>
+
+namespace Vs::Translate {
+
+namespace {
+
+int countFaces(const TopoDS_Shape& shape)
+{
+    int count = 0;
+    for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next())
+        ++count;
+    return count;
+}
+
+// Meshes each shape once, the big ones first, and reports by faces: they tell the work better than parts do.
+std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree,
+                                                     const std::vector<int>& faces, Reporter& reporter,
+                                                     std::vector<std::string>& warnings)
+{
+    std::vector<std::shared_ptr<const BodyMesh>> meshes(tree.shapes.size());
+    std::vector<int> order(tree.shapes.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return faces[a] > faces[b]; });
+    const double total = std::max(1, std::accumulate(faces.begin(), faces.end(), 0));
+    std::atomic<int> done = 0;
+    std::mutex mutex;
+    OSD_Parallel::For(0, int(order.size()), [&](int i) {
+        const int body = order[i];
+        const TopoDS_Shape& shape = tree.shapes[body];
+        std::string fault;
+        try {
+            if (!shape.IsNull()) {
+                Kernel::meshShape(shape, {});
+                meshes[body] =
+                    std::make_shared<const BodyMesh>(Kernel::extractMesh(shape, tree.colours[body]));
+            }
+        } catch (const Standard_Failure& failure) {
+            fault = failure.GetMessageString();
+        }
+        if (!fault.empty() || (faces[body] > 0 && (!meshes[body] || meshes[body]->triangles.empty()))) {
+            const std::lock_guard lock(mutex);
+            warnings.push_back("has a part \"" + Strings::narrow(tree.tree.bodies[body].name) +
+                               "\" that can't be shown" + (fault.empty() ? "" : ": " + fault));
+        }
+        reporter.progress((done += faces[body]) / total);
+    });
+    return meshes;
+}
+
+} // namespace
+
+void importFile(Exchange::Format format, const std::string& path, const std::string& modelPath,
+                bool annotations, Reporter& reporter)
+{
+    Reading reading = readFile(format, path, annotations, reporter);
+    Kernel::XdeTree tree = Kernel::readXdeTree(reading.model->document());
+    std::vector<int> faces;
+    for (const TopoDS_Shape& shape : tree.shapes)
+        faces.push_back(shape.IsNull() ? 0 : countFaces(shape));
+    if (std::accumulate(faces.begin(), faces.end(), 0) == 0)
+        throw Unreadable(reading.ifEmpty);
+    for (PartTree::Node& root : tree.tree.roots)
+        if (root.name.empty())
+            root.name = Strings::widen(stemOf(path));
+
+    std::vector<std::shared_ptr<const BodyMesh>> meshes = std::move(reading.meshes);
+    if (meshes.empty()) {
+        std::vector<std::string> meshWarnings;
+        if (reading.later) {
+            // A crash in here is told by this step's name, and tried again without annotations.
+            reporter.stage("reading the annotations", 0.65, 0.9);
+            std::thread beside([&] { meshes = meshAll(tree, faces, reporter, meshWarnings); });
+            reading.later();
+            reporter.stage("meshing the parts", 0.9, 0.95);
+            beside.join();
+        } else {
+            reporter.stage("meshing the parts", 0.65, 0.95);
+            meshes = meshAll(tree, faces, reporter, meshWarnings);
+        }
+        reading.warnings.insert(reading.warnings.end(), meshWarnings.begin(), meshWarnings.end());
+    }
+
+    reporter.stage("storing the model", 0.95, 1.0);
+    ModelFileWriter writer(modelPath);
+    for (const auto& mesh : meshes)
+        writer.addMesh(mesh.get());
+    std::vector<std::wstring> warnings;
+    for (const std::string& warning : reading.warnings)
+        warnings.push_back(Strings::widen(warning));
+    writer.writeIndex(tree.tree, warnings);
+    std::ostringstream exact;
+    reading.model->write(exact);
+    writer.addKernelData(exact.view());
+    writer.finish();
+}
+
+} // namespace Vs::Translate

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Server/DataModel/Exchange/FileKind.h"
+#include "Server/DataModel/Kernel/XdeModel.h"
+#include "Server/Translate/Reporter.h"
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace Vs::Translate {
+
+/// Why a file can't be read, as a clause that goes after its name: "holds no surfaces or solids".
+class Unreadable : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A file that was read: its model, and what is still to be done.
+struct Reading
+{
+    std::unique_ptr<Kernel::XdeModel> model;
+    std::vector<std::string> warnings;
+    /// What to say if there turns out to be nothing that can be shown.
+    std::string ifEmpty = "holds no surfaces or solids that can be read";
+    /// What can go on beside the meshing, such as the annotations; may be empty. It may add warnings.
+    std::function<void()> later;
+    /// The reader, which must live as long as `later`.
+    std::shared_ptr<void> keep;
+    /// Meshes that came with the file, in the order of the tree's bodies; empty where they are to be made.
+    std::vector<std::shared_ptr<const BodyMesh>> meshes;
+};
+
+/// Reads the shapes with their names, colours and structure, in millimetres. Throws Unreadable.
+Reading readFile(Exchange::Format format, const std::string& path, bool annotations, Reporter& reporter);
+
+Reading readStep(const std::string& path, bool annotations, Reporter& reporter);
+Reading readIges(const std::string& path, Reporter& reporter);
+Reading readBrep(const std::string& path, Reporter& reporter);
+Reading readStl(const std::string& path, Reporter& reporter);
+
+/// Writes the model to a file. Throws Unreadable with the cause.
+void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter);
+
+/// The file's name without folder and suffix: the name of what has none.
+std::string stemOf(const std::string& path);
+
+} // namespace Vs::Translate

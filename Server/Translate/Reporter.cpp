@@ -1,0 +1,55 @@
+#include "Server/Translate/Reporter.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace Vs::Translate {
+
+namespace {
+
+// What is worth a message of its own.
+constexpr double kLeastStep = 0.002;
+
+} // namespace
+
+void Reporter::stage(const std::string& step, double from, double to)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_step = step;
+        m_from = from;
+        m_to = to;
+        m_told = from;
+    }
+    send({Exchange::WorkerMessage::Kind::Progress, from, step});
+}
+
+void Reporter::progress(double fraction)
+{
+    Exchange::WorkerMessage message;
+    {
+        const std::lock_guard lock(m_mutex);
+        message.fraction = m_from + (m_to - m_from) * fraction;
+        if (message.fraction < m_told + kLeastStep)
+            return;
+        m_told = message.fraction;
+        message.text = m_step;
+    }
+    send(message);
+}
+
+void Reporter::send(const Exchange::WorkerMessage& message)
+{
+    const std::string frame = Exchange::encode(message);
+    const std::lock_guard lock(m_mutex);
+    for (size_t sent = 0; sent < frame.size();) {
+        const ssize_t count = write(Exchange::kWorkerPipe, frame.data() + sent, frame.size() - sent);
+        if (count > 0)
+            sent += count;
+        else if (errno != EINTR)
+            std::_Exit(3); // Nobody listens any more.
+    }
+}
+
+} // namespace Vs::Translate
