@@ -1,14 +1,19 @@
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 #include "Server/Translate/Readers.h"
 
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
+#include <BRep_Tool.hxx>
+#include <Geom_Surface.hxx>
 #include <IGESCAFControl_Writer.hxx>
 #include <IGESControl_Controller.hxx>
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_Controller.hxx>
 #include <STEPCAFControl_Writer.hxx>
 #include <TDF_LabelSequence.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
@@ -60,10 +65,23 @@ void writeBrep(Kernel::XdeModel& model, const std::string& path)
         throw Unreadable("can't be written");
 }
 
+// Throws if a face has triangles but no surface: the exact formats have no place for such, and the kernel
+// dies of it.
+void refuseMeshes(Kernel::XdeModel& model)
+{
+    const Kernel::XdeTree tree = Kernel::readXdeTree(model.document());
+    for (size_t i = 0; i < tree.shapes.size(); ++i)
+        for (TopExp_Explorer faces(tree.shapes[i], TopAbs_FACE); faces.More(); faces.Next())
+            if (BRep_Tool::Surface(TopoDS::Face(faces.Current())).IsNull())
+                throw Unreadable("can't be written: the part \"" + Strings::narrow(tree.tree.bodies[i].name) +
+                                 "\" consists of triangles, which only a mesh format can hold");
+}
+
 } // namespace
 
 void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter)
 {
+    refuseMeshes(model);
     reporter.stage("preparing the file", 0.1, 0.7);
     switch (format) {
     case Exchange::Format::Step:

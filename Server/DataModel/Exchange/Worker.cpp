@@ -66,13 +66,18 @@ std::string Worker::program()
         .string();
 }
 
+std::string Worker::role() const
+{
+    return !m_arguments.empty() && m_arguments.front() == "export" ? "writer" : "reader";
+}
+
 void Worker::start()
 {
     m_moved = Clock::now();
     int pipe[2];
     if (pipe2(pipe, O_CLOEXEC) != 0) {
         m_end = End::Failed;
-        m_fault = std::string("the reader can't be started: ") + std::strerror(errno);
+        m_fault = "the " + role() + " can't be started: " + std::strerror(errno);
         return;
     }
     const std::string path = program();
@@ -108,7 +113,7 @@ void Worker::start()
         close(pipe[0]);
         m_process = -1;
         m_end = End::Failed;
-        m_fault = "the reader " + path + " can't be started: " + std::strerror(error);
+        m_fault = "the worker " + path + " can't be started: " + std::strerror(error);
         return;
     }
     fcntl(pipe[0], F_SETFL, O_NONBLOCK);
@@ -169,12 +174,17 @@ void Worker::reap()
         m_end = End::Done;
     } else if (!m_error.empty()) {
         m_end = m_error.starts_with("memory:") ? End::Exhausted : End::Failed;
-        m_fault =
-            m_end == End::Exhausted ? "the reader needed more memory than there is while " + m_step : m_error;
+        m_fault = m_end == End::Exhausted
+                      ? "the " + role() + " needed more memory than there is while " + m_step
+                      : m_error;
     } else {
         m_end = End::Crashed;
-        const std::string how = known && WIFSIGNALED(status) ? " (" + signalText(WTERMSIG(status)) + ")" : "";
-        m_fault = "the reader crashed" + how + " while " + m_step;
+        std::string how;
+        if (known && WIFSIGNALED(status))
+            how = " (" + signalText(WTERMSIG(status)) + ")";
+        else if (known)
+            how = " (exit code " + std::to_string(WEXITSTATUS(status)) + ")";
+        m_fault = "the " + role() + " crashed" + how + " while " + m_step;
     }
 }
 
@@ -203,10 +213,11 @@ void Worker::checkLimits(Clock::time_point now)
     // What hardly works at all isn't busy: it waits for something that won't come.
     const bool asleep = waited > m_limits.stalled && worked < waited / kLeastShare;
     if (asleep || worked > m_limits.stalled)
-        kill(End::Stalled,
-             "the reader was ended after " + seconds(m_limits.stalled) + " without progress while " + m_step);
+        kill(End::Stalled, "the " + role() + " was ended after " + seconds(m_limits.stalled) +
+                               " without progress while " + m_step);
     else if (work > m_limits.total)
-        kill(End::Stalled, "the reader was ended after " + seconds(m_limits.total) + " while " + m_step);
+        kill(End::Stalled,
+             "the " + role() + " was ended after " + seconds(m_limits.total) + " while " + m_step);
 }
 
 void Worker::run(std::span<Worker* const> workers, const Watch& watch)

@@ -14,7 +14,7 @@ namespace Vs::Exchange {
 /// honest file isn't given up on a busy machine; one that waits without working gets as much by the clock.
 struct WorkerLimits
 {
-    std::chrono::milliseconds stalled{12'000}; ///< Without any progress.
+    std::chrono::milliseconds stalled{8'000}; ///< Without any progress.
     std::chrono::milliseconds total{240'000};
     uint64_t memory = 0; ///< Bytes of address space; 0 for four fifths of the machine's memory.
 
@@ -66,6 +66,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    std::string role() const;
     void start();
     void readMessages();
     void checkLimits(Clock::time_point now);
