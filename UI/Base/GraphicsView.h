@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Status.h"
+#include "Server/Scene/INodeSource.h"
 #include "UI/Base/MouseEvents.h"
 #include "UI/Base/View.h"
 
@@ -8,9 +9,6 @@
 #include <memory>
 #include <vector>
 
-namespace Rendra::Graphics {
-class GroupNode;
-}
 namespace Vs {
 class ImageResource;
 namespace Scene {
@@ -26,16 +24,16 @@ class GraphicsCanvas;
 ///
 /// The view handles the mouse events that no site takes: the wheel zooms at the pointer, the middle button
 /// pans, the right button, or the middle one with Shift, orbits, a double click of the middle button fits.
-class GraphicsView : public Vs::Implements<GraphicsView, View>, public MouseEventSite
+class GraphicsView : public Vs::Implements<GraphicsView, View, Vs::Scene::INodeSource>, public MouseEventSite
 {
 public:
     GraphicsView();
     ~GraphicsView() override;
 
     /// The node of what is shown, or null while there is none. `createScene` makes it if need be.
-    virtual Rendra::Graphics::GroupNode* sceneNode() const = 0;
-    virtual Rendra::Graphics::GroupNode* createScene() = 0;
-    virtual void releaseScene() = 0;
+    virtual Rendra::Graphics::GroupNode* sceneNode() const override = 0;
+    virtual Rendra::Graphics::GroupNode* createScene() override = 0;
+    virtual void releaseScene() override = 0;
 
     /// The node under which this view's fragments stand; null before `createScene`.
     Rendra::Graphics::GroupNode* viewNode() const { return sceneNode(); }
