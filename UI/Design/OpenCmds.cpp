@@ -1,0 +1,138 @@
+#include "UI/Design/OpenCmds.h"
+
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Translator.h"
+#include "Server/DataModel/TranslatorFileRecognizer.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/CommandGroup.h"
+#include "UI/Base/Command/Info.h"
+#include "UI/Base/FileDialog.h"
+#include "UI/Base/RecentDocumentMgr.h"
+#include "UI/Design/Localized.h"
+#include "UI/Design/Resources.h"
+#include "UI/Design/ShowDesign.h"
+
+namespace Vu::Design {
+namespace {
+
+/// The path that the context gives, or that the user chooses. False if there is none.
+bool askForFile(const Vs::TranslatorFileRecognizer& recognizer, CommandContext* context, std::wstring& path)
+{
+    return FileDialog::getTranscriptableFilename(recognizer.fileFilter(), path, context, true, L"") &&
+           !path.empty();
+}
+
+} // namespace
+
+Info* VeloraOpenDocumentCmdDef::info()
+{
+    static Info info(L"VeloraOpenDocumentCommand", localized("VeloraOpenDocumentCommand", "Open Design..."),
+                     nullptr);
+    return &info;
+}
+
+VeloraOpenDocumentCmdDef::VeloraOpenDocumentCmdDef() : Implements(info())
+{
+    joinCommandGroup(CommandGroup::DocumentGroup());
+    readonly(true);
+}
+
+bool VeloraOpenDocumentCmdDef::onIsApplicable(CommandContext*) const
+{
+    return true;
+}
+
+CommandBase* VeloraOpenDocumentCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new VeloraOpenDocumentCmd(this, context);
+}
+
+VeloraOpenDocumentCmd::VeloraOpenDocumentCmd(VeloraOpenDocumentCmdDef* definition, CommandContext* context)
+    : Implements(definition, context)
+{
+    repeatable(false);
+}
+
+void VeloraOpenDocumentCmd::onExecute(Vs::Status& status)
+{
+    Vs::TranslatorFileRecognizer recognizer("", false);
+    recognizer.recognize();
+    std::wstring path;
+    if (!askForFile(recognizer, commandContext(), path))
+        return;
+    Vs::Document* document = nullptr;
+    if (Vs::Translator* translator = recognizer.translator(path)) {
+        const std::unique_ptr<Vs::TranslatorOpenOptions> options = translator->createOpenOptions();
+        options->fileName(path);
+        Vs::TranslatorContext context;
+        context.identifier(translator->identifier());
+        context.open(true);
+        translator->open(*options, context, status);
+        document = context.document();
+    } else {
+        document = Vs::DocumentMgr::get()->open(path, status);
+        if (document)
+            RecentDocumentMgr::get()->add(path, document->isCloud());
+    }
+    if (document)
+        showDesign(document, status);
+}
+
+Info* VeloraImportCmdDef::info()
+{
+    static Info info(L"VeloraImportCommand", localized("VeloraImportCommand", "Import..."),
+                     Resources::Import());
+    return &info;
+}
+
+VeloraImportCmdDef::VeloraImportCmdDef() : Implements(info())
+{
+    joinCommandGroup(CommandGroup::DocumentGroup());
+    joinCommandGroup(CommandGroup::BaseGroup());
+}
+
+bool VeloraImportCmdDef::onIsApplicable(CommandContext* context) const
+{
+    return context->assetSession() != nullptr;
+}
+
+CommandBase* VeloraImportCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new VeloraImportCmd(this, context);
+}
+
+VeloraImportCmd::VeloraImportCmd(VeloraImportCmdDef* definition, CommandContext* context)
+    : Implements(definition, context)
+{
+    repeatable(false);
+}
+
+void VeloraImportCmd::onExecute(Vs::Status& status)
+{
+    Vs::Asset* asset = commandContext()->asset();
+    if (!asset) {
+        status.addError(localized("NoDesignToImportInto", "There is no active design to import into."));
+        return;
+    }
+    Vs::TranslatorFileRecognizer recognizer("", false);
+    recognizer.recognize();
+    std::wstring path;
+    if (!askForFile(recognizer, commandContext(), path))
+        return;
+    Vs::Translator* translator = recognizer.translator(path);
+    if (!translator) {
+        status.addError(
+            localizedFormat("NoTranslatorForImport", "%1%: no translator reads this kind of file.", path));
+        return;
+    }
+    const std::unique_ptr<Vs::TranslatorOpenOptions> options = translator->createOpenOptions();
+    options->fileName(path);
+    Vs::TranslatorContext context;
+    context.identifier(translator->identifier());
+    context.open(false);
+    context.asset(asset);
+    translator->open(*options, context, status);
+}
+
+} // namespace Vu::Design

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/SimpleCommand.h"
+
+namespace Vu::Design {
+
+/// Opens a native or foreign file as a document and shows it. The documents that are open stay open.
+class VeloraOpenDocumentCmdDef : public Vs::Implements<VeloraOpenDocumentCmdDef, CommandDefinition>
+{
+public:
+    VeloraOpenDocumentCmdDef();
+    static Info* info();
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class VeloraOpenDocumentCmd : public Vs::Implements<VeloraOpenDocumentCmd, SimpleCommand>
+{
+protected:
+    friend class VeloraOpenDocumentCmdDef;
+    VeloraOpenDocumentCmd(VeloraOpenDocumentCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+};
+
+/// Inserts the parts of a foreign file into the active design.
+class VeloraImportCmdDef : public Vs::Implements<VeloraImportCmdDef, CommandDefinition>
+{
+public:
+    VeloraImportCmdDef();
+    static Info* info();
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class VeloraImportCmd : public Vs::Implements<VeloraImportCmd, SimpleCommand>
+{
+protected:
+    friend class VeloraImportCmdDef;
+    VeloraImportCmd(VeloraImportCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+};
+
+} // namespace Vu::Design

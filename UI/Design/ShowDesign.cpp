@@ -1,0 +1,52 @@
+#include "UI/Design/ShowDesign.h"
+
+#include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Design/Localized.h"
+#include "UI/Design/VeloraTypes.h"
+
+namespace Vu::Design {
+namespace {
+
+// These two belong to another add-in, which this one knows by identifiers alone.
+constexpr const wchar_t* kAssetShellCommand = L"AssetShellCommand";
+constexpr const wchar_t* kFitCommand = L"FitCommand";
+
+void run(const wchar_t* id, CommandContext context, Vs::Status& status)
+{
+    context.executeImmediately(true);
+    CommandMgr* manager = CommandMgr::getActiveCommandManager();
+    if (!manager)
+        manager = CommandMgr::get();
+    status.merge(manager->executeCommand(id, context));
+}
+
+} // namespace
+
+Vs::Document* createDesign(Vs::Status& status)
+{
+    return Vs::DocumentMgr::get()->create(Vs::AssetTypeMgr::get()->assetType(VeloraAssetType::kIdentifier),
+                                          status);
+}
+
+void showDesign(Vs::Document* document, Vs::Status& status)
+{
+    AssetSession* session =
+        document->activeAsset() ? SessionMgr::get()->assetSession(document->activeAsset()) : nullptr;
+    if (!session) {
+        status.addError(localizedFormat("NothingToShow", "\"%1%\" holds nothing that could be shown.",
+                                        document->displayName()));
+        return;
+    }
+    CommandContext context = CommandContext::activeContext();
+    context.addArgument(Vs::UniqueString::find("AssetSession", true), session);
+    run(kAssetShellCommand, context, status);
+    run(kFitCommand, CommandContext::activeContext(), status);
+}
+
+} // namespace Vu::Design

@@ -1,0 +1,125 @@
+#include "Server/Base/TextCommand.h"
+#include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/TranscriptedCommandTextCommand.h"
+#include "UI/Design/OpenCmds.h"
+#include "UI/Design/PrimitiveCmds.h"
+#include "UI/Design/PrimitiveTable.h"
+#include "UI/Design/Sample.h"
+#include "UI/Design/ShowDesign.h"
+
+#include <boost/lexical_cast.hpp>
+
+namespace Vu::Design {
+namespace {
+
+using Vs::TextCommandParameters;
+using Vs::TextCommandResult;
+
+constexpr const wchar_t* kArea = L"Design";
+
+// clang-format off
+/// One row per primitive: its line, and the definition that it runs.
+struct PrimitiveTextRow
+{
+    const wchar_t* name;
+    const wchar_t* help;
+    const char* format;
+    const PrimitiveRow& primitive;
+};
+
+constexpr PrimitiveTextRow kBoxLine      = {L"Box",      L"<dx> <dy> <dz> [<x,y,z>] Adds a box of these sizes in mm, with its corner at the point", "%f%f%f%p3", kBox};
+constexpr PrimitiveTextRow kCylinderLine = {L"Cylinder", L"<radius> <height> [<x,y,z>] Adds a cylinder of these sizes in mm, standing on the point", "%f%f%p3", kCylinder};
+constexpr PrimitiveTextRow kSphereLine   = {L"Sphere",   L"<radius> [<x,y,z>] Adds a sphere of this radius in mm about the point", "%f%p3", kSphere};
+// clang-format on
+
+class AreaDesign : public Vs::PythonEntry<AreaDesign, Vs::TextCommandSubjectArea>
+{
+public:
+    AreaDesign() : PythonEntry(kArea, L"Commands that make designs and add parts to them", false) {}
+};
+
+template <const PrimitiveTextRow& kRow>
+class TextCmdPrimitive : public Vs::PythonEntry<TextCmdPrimitive<kRow>, TranscriptedCommandTextCommand>
+{
+public:
+    TextCmdPrimitive()
+        : Vs::PythonEntry<TextCmdPrimitive<kRow>, TranscriptedCommandTextCommand>(
+              kArea, kRow.name, kRow.help, kRow.format, false, kRow.primitive.key)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        const size_t sizes = kRow.primitive.sizes.size();
+        if (parameters.parameters() < sizes || parameters.parameters() > sizes + 1)
+            return {1, std::wstring(L"Usage: ") + kArea + L"." + kRow.name + L" " + kRow.help};
+        return TranscriptedCommandTextCommand::execute(parameters);
+    }
+
+protected:
+    void fillContext(const TextCommandParameters& parameters, CommandContext& context) override
+    {
+        unsigned i = 0;
+        for (const PrimitiveRow::Size& size : kRow.primitive.sizes)
+            context.addArgument(Vs::UniqueString::find(size.name, true),
+                                boost::lexical_cast<double>(parameters[i++]));
+        if (i < parameters.parameters())
+            context.addArgument(PrimitiveCmdDef::originArgumentName(), parameters[i]);
+    }
+};
+
+TextCommandResult answerOf(const Vs::Status& status)
+{
+    return {status.isError() ? 1u : 0u, status.toString()};
+}
+
+class TextCmdDesignNew : public Vs::PythonEntry<TextCmdDesignNew, Vs::TextCommand>
+{
+public:
+    TextCmdDesignNew()
+        : PythonEntry(kArea, L"New", L"Makes a new document with an empty design", "", true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters&) override
+    {
+        Vs::Status status;
+        if (Vs::Document* document = createDesign(status))
+            showDesign(document, status);
+        return answerOf(status);
+    }
+};
+
+class TextCmdDesignSample : public Vs::PythonEntry<TextCmdDesignSample, Vs::TextCommand>
+{
+public:
+    TextCmdDesignSample()
+        : PythonEntry(kArea, L"Sample",
+                      L"[<filename>] Opens the file, or without one makes a small model to look at", "%s",
+                      true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        Vs::Status status;
+        if (parameters.parameters() == 0 || parameters[0].empty()) {
+            makeSample(status);
+            return answerOf(status);
+        }
+        CommandContext context = CommandContext::emptyContext();
+        context.addArgument(CommandContext::pathArgumentName(), parameters[0]);
+        return answerOf(CommandMgr::get()->executeCommand(VeloraOpenDocumentCmdDef::info()->key(), context));
+    }
+};
+
+AreaDesign theArea;
+TextCmdPrimitive<kBoxLine> theBox;
+TextCmdPrimitive<kCylinderLine> theCylinder;
+TextCmdPrimitive<kSphereLine> theSphere;
+TextCmdDesignNew theNew;
+TextCmdDesignSample theSample;
+
+} // namespace
+} // namespace Vu::Design
