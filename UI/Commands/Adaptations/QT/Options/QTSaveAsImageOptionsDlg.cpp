@@ -1,0 +1,223 @@
+#include "UI/Commands/Adaptations/QT/Options/QTSaveAsImageOptionsDlg.h"
+
+#include "UI/Commands/Localized.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QIntValidator>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace Vu::Commands {
+namespace {
+
+constexpr const char* kCustomSize = "Custom...";
+constexpr const char* kSizes[] = {
+    "1920 x 1080 (16:9)", "1280 x 720 (16:9)", "1280 x 1024 (4:3)", "1024 x 768 (4:3)", "800 x 600 (4:3)",
+    "640 x 480 (4:3)",    "1024 x 1024 (1:1)", "512 x 512 (1:1)",   "256 x 256 (1:1)",
+};
+constexpr const char* kPixels = "Pixels";
+constexpr const char* kInches = "Inches";
+constexpr int kLargestResolution = 2400;
+
+QString text(const char* key, const char* english)
+{
+    return QString::fromStdWString(localized(key, english));
+}
+
+QString currentWindowSize()
+{
+    return text("CurrentDocumentWindowSize", "Current Document Window Size");
+}
+
+template <class Widget, class... Arguments>
+Widget* named(const char* name, Arguments&&... arguments)
+{
+    auto* widget = new Widget(std::forward<Arguments>(arguments)...);
+    widget->setObjectName(QLatin1String(name));
+    return widget;
+}
+
+} // namespace
+
+QTSaveAsImageOptionsDlg::QTSaveAsImageOptionsDlg(ImageOptions* options, QWidget* parent)
+    : QDialog(parent),
+      m_options(options),
+      m_window(*options),
+      m_model(*options, options->height > 0 ? double(options->width) / options->height : 1.0)
+{
+    setObjectName(QStringLiteral("saveAsImageOptions"));
+    setWindowTitle(text("CaptureImage", "Save As"));
+    build();
+    checkBoxTransBgd->setEnabled(!options->transparencyLocked);
+    checkBoxTransBgd->setChecked(options->transparentBackground);
+    checkBoxEnableAA->setChecked(options->antiAliasing);
+    lineEditReso->setText(QString::number(m_model.resolution()));
+    lineEditReso->setEnabled(false);
+    showNumbers(nullptr);
+    connectAll();
+}
+
+QTSaveAsImageOptionsDlg::~QTSaveAsImageOptionsDlg() = default;
+
+void QTSaveAsImageOptionsDlg::build()
+{
+    groupBoxTop = named<QGroupBox>("groupBoxTop", text("ImageResolution", "Image Resolution"));
+    labelWidth = named<QLabel>("labelWidth", text("Width", "Width"));
+    labelHeight = named<QLabel>("labelHeight", text("Height", "Height"));
+    labelReso = named<QLabel>("labelReso", text("Resolution", "Resolution"));
+    lineEditWidth = named<QLineEdit>("lineEditWidth");
+    lineEditHeight = named<QLineEdit>("lineEditHeight");
+    lineEditReso = named<QLineEdit>("lineEditReso");
+    comboBoxSize = named<QComboBox>("comboBoxSize");
+    comboBoxWidthUnit = named<QComboBox>("comboBoxWidthUnit");
+    labelWidthOut = named<QLabel>("labelWidthOut");
+    labelHeightOut = named<QLabel>("labelHeightOut");
+    labelResoUnit = named<QLabel>("labelResoUnit", text("PixelsPerInch", "Pixels/Inch"));
+    labelHeightUnit = named<QLabel>("labelHeightUnit");
+    checkBoxLockRatio = named<QCheckBox>("checkBoxLockRatio", text("LockAspectRatio", "Lock Aspect Ratio"));
+    checkBoxTransBgd =
+        named<QCheckBox>("checkBoxTransBgd", text("TransparentBackground", "Transparent Background"));
+    checkBoxEnableAA =
+        named<QCheckBox>("checkBoxEnableAA", text("EnableAntiAliasing", "Enable Anti-aliasing"));
+    buttonBox = named<QDialogButtonBox>("buttonBox", QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+
+    comboBoxSize->addItem(currentWindowSize());
+    comboBoxSize->addItem(QLatin1String(kCustomSize));
+    for (const char* size : kSizes)
+        comboBoxSize->addItem(QLatin1String(size));
+    comboBoxWidthUnit->addItems({QLatin1String(kPixels), QLatin1String(kInches)});
+    labelHeightUnit->setText(comboBoxWidthUnit->currentText());
+    for (QLineEdit* edit : {lineEditWidth, lineEditHeight})
+        edit->setValidator(new QIntValidator(1, int(kLargestImage), edit));
+    lineEditReso->setValidator(new QIntValidator(0, kLargestResolution, lineEditReso));
+
+    auto* grid = new QGridLayout(groupBoxTop);
+    grid->addWidget(comboBoxSize, 0, 0, 1, 3);
+    grid->addWidget(labelWidth, 1, 0);
+    grid->addWidget(lineEditWidth, 1, 1);
+    grid->addWidget(comboBoxWidthUnit, 1, 2);
+    grid->addWidget(labelHeight, 2, 0);
+    grid->addWidget(lineEditHeight, 2, 1);
+    grid->addWidget(labelHeightUnit, 2, 2);
+    grid->addWidget(labelReso, 3, 0);
+    grid->addWidget(lineEditReso, 3, 1);
+    grid->addWidget(labelResoUnit, 3, 2);
+    grid->addWidget(labelWidthOut, 4, 0, 1, 2);
+    grid->addWidget(labelHeightOut, 4, 2);
+    grid->addWidget(checkBoxLockRatio, 5, 0, 1, 3);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(groupBoxTop);
+    layout->addWidget(checkBoxTransBgd);
+    layout->addWidget(checkBoxEnableAA);
+    layout->addStretch();
+    layout->addWidget(buttonBox);
+}
+
+void QTSaveAsImageOptionsDlg::connectAll()
+{
+    connect(checkBoxLockRatio, &QCheckBox::stateChanged, this, &QTSaveAsImageOptionsDlg::lockRatioCheck);
+    connect(checkBoxEnableAA, &QCheckBox::stateChanged, this, &QTSaveAsImageOptionsDlg::antialiasCheck);
+    connect(checkBoxTransBgd, &QCheckBox::stateChanged, this, &QTSaveAsImageOptionsDlg::transBackgroundCheck);
+    connect(comboBoxSize, &QComboBox::currentTextChanged, this, &QTSaveAsImageOptionsDlg::sizeIndexChanged);
+    connect(comboBoxWidthUnit, &QComboBox::currentTextChanged, this,
+            &QTSaveAsImageOptionsDlg::unitIndexChanged);
+    connect(lineEditWidth, &QLineEdit::textEdited, this, &QTSaveAsImageOptionsDlg::widthEdited);
+    connect(lineEditHeight, &QLineEdit::textEdited, this, &QTSaveAsImageOptionsDlg::heightEdited);
+    connect(lineEditReso, &QLineEdit::textEdited, this, &QTSaveAsImageOptionsDlg::resoEdited);
+    connect(buttonBox, &QDialogButtonBox::accepted, this, &QTSaveAsImageOptionsDlg::accept);
+    connect(buttonBox, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+void QTSaveAsImageOptionsDlg::accept()
+{
+    for (QLineEdit* edit : {lineEditWidth, lineEditHeight})
+        if (!edit->hasAcceptableInput()) {
+            edit->setFocus();
+            edit->selectAll();
+            return;
+        }
+    QDialog::accept();
+}
+
+void QTSaveAsImageOptionsDlg::lockRatioCheck(int state)
+{
+    m_model.ratioLocked(state == Qt::Checked);
+    showNumbers(nullptr);
+}
+
+void QTSaveAsImageOptionsDlg::antialiasCheck(int state)
+{
+    m_options->antiAliasing = state == Qt::Checked;
+}
+
+void QTSaveAsImageOptionsDlg::transBackgroundCheck(int state)
+{
+    m_options->transparentBackground = state == Qt::Checked;
+}
+
+void QTSaveAsImageOptionsDlg::sizeIndexChanged(const QString& entry)
+{
+    if (entry == currentWindowSize())
+        m_model.size(m_window.width, m_window.height);
+    else if (const auto size = sizeOfEntry(entry.toStdWString())) {
+        // An entry names both numbers, which the window's aspect must not change.
+        checkBoxLockRatio->setChecked(false);
+        m_model.size(size->first, size->second);
+    }
+    showNumbers(nullptr);
+}
+
+void QTSaveAsImageOptionsDlg::unitIndexChanged(const QString& entry)
+{
+    const bool inches = entry == QLatin1String(kInches);
+    m_model.unit(inches ? ImageSizeModel::Unit::Inches : ImageSizeModel::Unit::Pixels);
+    lineEditReso->setEnabled(inches);
+    labelHeightUnit->setText(entry);
+    showNumbers(nullptr);
+}
+
+void QTSaveAsImageOptionsDlg::widthEdited(const QString& text)
+{
+    m_model.widthEdited(text.toUInt());
+    showCustomSize();
+    showNumbers(lineEditWidth);
+}
+
+void QTSaveAsImageOptionsDlg::heightEdited(const QString& text)
+{
+    m_model.heightEdited(text.toUInt());
+    showCustomSize();
+    showNumbers(lineEditHeight);
+}
+
+void QTSaveAsImageOptionsDlg::resoEdited(const QString& text)
+{
+    m_model.resolutionEdited(text.toInt());
+    showNumbers(lineEditReso);
+}
+
+void QTSaveAsImageOptionsDlg::showCustomSize()
+{
+    const QSignalBlocker quiet(comboBoxSize);
+    comboBoxSize->setCurrentText(QLatin1String(kCustomSize));
+}
+
+// The field that the user is typing in is left alone.
+void QTSaveAsImageOptionsDlg::showNumbers(const QLineEdit* edited)
+{
+    if (edited != lineEditWidth)
+        lineEditWidth->setText(QString::number(m_model.shownWidth()));
+    if (edited != lineEditHeight)
+        lineEditHeight->setText(QString::number(m_model.shownHeight()));
+    labelWidthOut->setText(QStringLiteral("    W: %1").arg(m_options->width));
+    labelHeightOut->setText(QStringLiteral("     H: %1").arg(m_options->height));
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,29 @@
+#include "UI/Commands/Camera/ActiveView.h"
+
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Base/ViewMgr.h"
+
+namespace Vu::Commands {
+
+GraphicsView* graphicsViewOf(AssetSession* session)
+{
+    ViewMgr* views = session ? session->viewManager() : nullptr;
+    return views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr;
+}
+
+Vs::Scene::ViewFragment* firstFragment(GraphicsView* view)
+{
+    return view && !view->viewFragments().empty() ? view->viewFragments().front() : nullptr;
+}
+
+Vs::Scene::Camera* activeCamera()
+{
+    Vs::Scene::ViewFragment* fragment =
+        firstFragment(graphicsViewOf(SessionMgr::get()->activeAssetSession()));
+    return fragment ? fragment->camera() : nullptr;
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Server/Base/StrongRef.h"
+
+namespace Vs::Scene {
+class Camera;
+class ViewFragment;
+} // namespace Vs::Scene
+
+namespace Vu {
+class AssetSession;
+class GraphicsView;
+} // namespace Vu
+
+namespace Vu::Commands {
+
+/// The session's graphics view; null if there is no session or it has none.
+GraphicsView* graphicsViewOf(AssetSession* session);
+
+/// The view's first fragment, which is the one that commands work on; null if it shows nothing.
+Vs::Scene::ViewFragment* firstFragment(GraphicsView* view);
+
+/// The camera of the active session's view; null if there is none.
+Vs::Scene::Camera* activeCamera();
+
+} // namespace Vu::Commands

@@ -1,0 +1,48 @@
+#include "UI/Commands/Camera/FitCmd.h"
+
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/CameraParameters.h"
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/CameraTransition.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/TransitionMgr.h"
+#include "UI/Commands/Camera/ActiveView.h"
+#include "UI/Commands/Resources.h"
+
+namespace Vu::Commands {
+
+constinit const CommandRow FitCmdDef::kRow = {.key = L"FitCommand", .title = "Fit", .icon = &Resources::Fit};
+
+CommandBase* FitCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new FitCmd(this, context);
+}
+
+ECommandType FitCmd::onCommandType() const
+{
+    return ECommandType::Nested;
+}
+
+// The camera is at its end state at once; the transition only plays the way there.
+void FitCmd::onExecute(Vs::Status&)
+{
+    GraphicsView* view = graphicsViewOf(assetSession());
+    TransitionMgr* transitions = TransitionMgr::get();
+    if (!view || !transitions)
+        return;
+    Transition* transition = transitions->beginTransition();
+    if (!transition)
+        return;
+    Vs::Scene::ViewFragment* fragment = view->viewNode() ? firstFragment(view) : nullptr;
+    if (fragment) {
+        Vs::Scene::Camera* camera = fragment->camera();
+        const Vs::Scene::CameraParameters before(*camera);
+        camera->fit(fragment->bounds());
+        const Vs::Scene::CameraParameters after(*camera);
+        transition->add(CameraTransition::make(transition, before, after, camera));
+        const TranscriptCameraTrigger trigger(camera);
+    }
+    transitions->endTransition();
+}
+
+} // namespace Vu::Commands

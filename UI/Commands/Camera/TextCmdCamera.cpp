@@ -1,0 +1,134 @@
+#include "Server/Scene/Camera.h"
+#include "Server/Types/PointText.h"
+#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Commands/Camera/ActiveView.h"
+#include "UI/Commands/Text/DirectTextCommand.h"
+
+#include <boost/format.hpp>
+
+#include <locale>
+#include <sstream>
+#include <typeinfo>
+
+namespace Vu::Commands {
+namespace {
+
+using Vs::TextCommandParameters;
+using Vs::TextCommandResult;
+
+/// Numbers in text lines have a point, whatever the user's locale says.
+template <class Number>
+Number number(const std::wstring& text)
+{
+    std::wistringstream stream(text);
+    stream.imbue(std::locale::classic());
+    Number value{};
+    if (!(stream >> value) || !stream.eof())
+        throw std::bad_cast();
+    return value;
+}
+
+std::wstring text(double value)
+{
+    // As many digits as it takes to read back the same number.
+    return Vs::Types::Point3dToString({value, 0, 0});
+}
+
+GkPoint3d point(const std::wstring& text)
+{
+    GkPoint3d result;
+    if (!Vs::Types::StringToPoint3d(text, result))
+        throw std::bad_cast();
+    return result;
+}
+
+GkVector3d vector(const std::wstring& text)
+{
+    GkVector3d result;
+    if (!Vs::Types::StringToVector3d(text, result))
+        throw std::bad_cast();
+    return result;
+}
+
+// clang-format off
+constexpr const wchar_t* kArea = L"Camera";
+constexpr DirectTextRow kSet     = {kArea, L"Set",     L"Set various properties for the current camera", "%p3%p3%v%f%f%f%f%d", false};
+constexpr DirectTextRow kDump    = {kArea, L"Dump",    L"Dump various properties for the current camera", "", false};
+constexpr DirectTextRow kZoomIn  = {kArea, L"ZoomIn",  L"Zoom in camera with a <factor> or default factor like one mouse wheel event", "", false};
+constexpr DirectTextRow kZoomOut = {kArea, L"ZoomOut", L"Zoom Out camera with a <factor> or default factor like one mouse wheel event", "", false};
+// clang-format on
+
+class TextCmdCameraSet : public DirectTextCommand<kSet>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        if (parameters.parameters() != 8)
+            return {1, L"Not enough parameters specified on command line."};
+        if (Vs::Scene::Camera* camera = activeCamera()) {
+            camera->position(point(parameters[0]));
+            camera->target(point(parameters[1]));
+            camera->up(vector(parameters[2]));
+            camera->clipNear(number<double>(parameters[3]));
+            camera->clipFar(number<double>(parameters[4]));
+            camera->extentsWidth(number<double>(parameters[5]));
+            camera->extentsHeight(number<double>(parameters[6]));
+            camera->projection(number<int>(parameters[7]));
+        }
+        WorkspaceWindow::invalidate(kInvalidateAll);
+        return {0, {}};
+    }
+};
+
+class TextCmdCameraDump : public DirectTextCommand<kDump>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters&) override
+    {
+        const Vs::Scene::Camera* camera = activeCamera();
+        if (!camera)
+            return {0, {}};
+        boost::wformat format(L"Camera: E%1% P%2% U%3% Near%4% Far%5% Width%6% Height%7% %8%");
+        format % Vs::Types::Point3dToString(camera->position()) %
+            Vs::Types::Point3dToString(camera->target()) % Vs::Types::Vector3dToString(camera->up()) %
+            text(camera->clipNear()) % text(camera->clipFar()) % text(camera->extentsWidth()) %
+            text(camera->extentsHeight()) % int(camera->projection());
+        return {0, format.str()};
+    }
+};
+
+TextCommandResult zoom(const TextCommandParameters& parameters, double factor, const wchar_t* answer)
+{
+    if (parameters.parameters() > 0)
+        factor = number<double>(parameters[0]);
+    if (Vs::Scene::Camera* camera = activeCamera())
+        camera->zoom(factor);
+    WorkspaceWindow::invalidate(kInvalidateAll);
+    return {0, answer};
+}
+
+class TextCmdCameraZoomIn : public DirectTextCommand<kZoomIn>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        return zoom(parameters, 1.1, L"Zoom in.");
+    }
+};
+
+class TextCmdCameraZoomOut : public DirectTextCommand<kZoomOut>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        return zoom(parameters, 0.9, L"Zoom Out.");
+    }
+};
+
+TextCmdCameraSet theSet;
+TextCmdCameraDump theDump;
+TextCmdCameraZoomIn theZoomIn;
+TextCmdCameraZoomOut theZoomOut;
+
+} // namespace
+} // namespace Vu::Commands

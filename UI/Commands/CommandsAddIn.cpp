@@ -1,0 +1,125 @@
+#include "Server/AddInMgr/IUIAddIn.h"
+#include "Server/Base/PathInfo.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/Scene/SceneAssetAdapter.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/CommandEvents.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Environment.h"
+#include "UI/Base/ExtendedInfoLoader.h"
+#include "UI/Base/HUDPersister.h"
+#include "UI/Base/Notifications.h"
+#include "UI/Base/SpaceMouseEventSite.h"
+#include "UI/Base/ToolbarPersister.h"
+#include "UI/Commands/ActiveCommandCmds.h"
+#include "UI/Commands/Camera/FitCmd.h"
+#include "UI/Commands/CommandsAddInIdentifier.h"
+#include "UI/Commands/Documents/CloseDocumentCmd.h"
+#include "UI/Commands/Documents/ExportCmd.h"
+#include "UI/Commands/Documents/OpenDocumentCmd.h"
+#include "UI/Commands/Documents/SaveAsImageCmd.h"
+#include "UI/Commands/ExitApplicationCmd.h"
+#include "UI/Commands/Help/AboutBoxCmd.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Resources.h"
+#include "UI/Commands/Shells/AssetCmds.h"
+#include "UI/Commands/Shells/DefaultShellFactory.h"
+#include "UI/Commands/Shells/ShellCmds.h"
+
+#include <boost/filesystem/operations.hpp>
+
+namespace Vu {
+
+std::string CommandsAddInIdentifier()
+{
+    return "Commands";
+}
+
+} // namespace Vu
+
+namespace Vu::Commands {
+namespace {
+
+/// The add-in's root object. Constructing it constructs its members, which is what makes the commands known;
+/// their order is the order in which the host lists them.
+class CommandsAddIn : public Vs::IUIAddIn, public CommandEventSite
+{
+public:
+    CommandsAddIn() : Vs::IUIAddIn(L"Commands") {}
+
+    void load() override;
+    void unload(bool last) override;
+    void commandManagerCreated(CommandManagerEvent* event) override;
+
+private:
+    DefaultShellFactory m_defaultShellFactory;
+    Vs::NotificationsEventSite* m_notifications = nullptr; ///< Owned; deleted by unload(true).
+    DebugEnvironmentDef m_debugEnvironmentDef;
+
+    ManagementShellCmdDef m_managementShellCmdDef;
+    AssetShellCmdDef m_assetShellCmdDef;
+    ExitApplicationCmdDef m_exitApplicationCmdDef;
+    CloseAssetCmdDef m_closeAssetCmdDef;
+    PreviousAssetCmdDef m_previousAssetCmdDef;
+    NextAssetCmdDef m_nextAssetCmdDef;
+    SwitchAssetCmdDef m_switchAssetCmdDef;
+    ExportCmdDef m_exportCmdDef;
+    ExportAsCmdDef m_exportAsCmdDef;
+    SaveAsImageCmdDef m_saveAsImageCmdDef;
+    OpenDocumentCmdDef m_openDocumentCmdDef;
+    CloseDocumentCmdDef m_closeDocumentCmdDef;
+    CloseAllDocumentsCmdDef m_closeAllDocumentsCmdDef;
+    AboutBoxCmdDef m_aboutBoxCmdDef;
+    CancelCmdDef m_cancelCmdDef;
+    CommitCmdDef m_commitCmdDef;
+    FitCmdDef m_fitCmdDef;
+};
+
+const boost::filesystem::path& resourceDirectory()
+{
+    static const boost::filesystem::path directory =
+        Vs::PathInfo::localizationDirectory(true) / "UI" / "Commands" / "Resources";
+    return directory;
+}
+
+// What is missing or broken among the files doesn't stop the add-in: the commands work without toolbars.
+void CommandsAddIn::load()
+{
+    if (boost::filesystem::exists(resourceDirectory())) {
+        static ExtendedInfoLoader extendedInfo(resourceDirectory(), kDomain);
+        extendedInfo.load();
+    }
+    m_notifications = NotificationsEventSiteFactory::buildEventSite();
+    Vs::Status status;
+    ToolbarPersister::get()->loadToolbars(Resources::ToolbarXml()->localPath(), kDomain, status);
+    HUDPersister::get()->loadHUDs(Resources::HUDXml()->localPath(), status);
+    CommandEventSource::get()->subscribe(this);
+}
+
+void CommandsAddIn::unload(bool last)
+{
+    if (!last) {
+        CommandEventSource::get()->unsubscribe(this);
+        return;
+    }
+    delete m_notifications;
+    m_notifications = nullptr;
+}
+
+void CommandsAddIn::commandManagerCreated(CommandManagerEvent* event)
+{
+    AssetSession* session = event->commandManager()->assetSession();
+    if (!session || !Vs::cast<Vs::Scene::SceneAssetAdapter>(session->asset()->adapter()))
+        return;
+    SpaceMouseEventSite::get();
+}
+
+} // namespace
+} // namespace Vu::Commands
+
+/// The library's one export.
+extern "C" Vs::IAddIn* GetIAddIn()
+{
+    static Vu::Commands::CommandsAddIn addIn;
+    return &addIn;
+}

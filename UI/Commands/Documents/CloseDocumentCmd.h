@@ -1,0 +1,75 @@
+#pragma once
+
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+
+namespace Vs {
+class Document;
+}
+
+namespace Vu::Commands {
+
+/// Closes one document by taking its sessions out of the asset shell; the platform closes a document whose
+/// last session has gone. Asks for dirty documents before there is a command at all.
+class CloseDocumentCmdDef : public RowDefinition<CloseDocumentCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+    /// "DocumentSession": the session of the document to close.
+    static const Vs::UniqueString* documentSessionArgumentName();
+    /// "DocumentCloseSilently": 1 leaves the shell as it is after the close.
+    static const Vs::UniqueString* documentCloseSilentlyName();
+
+    /// The document that a close in this context means; null if there is none.
+    static Vs::Document* docToClose(CommandContext* context);
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class CloseDocumentCmd : public Vs::Implements<CloseDocumentCmd, SimpleCommand>
+{
+public:
+    /// Closes the document without asking. Always true.
+    static bool closeDocument(CommandContext* context);
+
+protected:
+    friend class CloseDocumentCmdDef;
+    CloseDocumentCmd(CloseDocumentCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override;
+    EStackingBehavior onStackingBehavior() const override;
+};
+
+class CloseAllDocumentsCmdDef : public RowDefinition<CloseAllDocumentsCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+    static const Vs::UniqueString* documentSessionArgumentName();
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class CloseAllDocumentsCmd : public Vs::Implements<CloseAllDocumentsCmd, SimpleCommand>
+{
+public:
+    /// Closes all documents, the newest first, without asking. Always true.
+    static bool CloseAllDocuments(CommandContext* context);
+
+protected:
+    friend class CloseAllDocumentsCmdDef;
+    CloseAllDocumentsCmd(CloseAllDocumentsCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override;
+    EStackingBehavior onStackingBehavior() const override;
+};
+
+} // namespace Vu::Commands

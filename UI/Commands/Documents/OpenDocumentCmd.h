@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Server/DataModel/DocumentEvents.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+
+#include <string>
+#include <vector>
+
+namespace Vs {
+class DocumentMgr;
+class Translator;
+class TranslatorFileRecognizer;
+} // namespace Vs
+
+namespace Vu::Commands {
+
+/// Opens files, native or foreign. Also shows the documents that the platform opens by itself.
+class OpenDocumentCmdDef : public RowDefinition<OpenDocumentCmdDef, CommandDefinition, Vs::DocumentEventSite>
+{
+public:
+    static const CommandRow kRow;
+
+    OpenDocumentCmdDef();
+    ~OpenDocumentCmdDef() override;
+
+    void documentOpenedInBackground(Vs::DocumentEvent* event) override;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+/// The one place in which a file becomes a document that the user sees. A successful open replaces the
+/// document that was current before, which is closed without a question.
+class OpenDocumentCmd : public Vs::Implements<OpenDocumentCmd, SimpleCommand>
+{
+public:
+    /// The file dialog's filter: all supported files, then the native types, then the foreign formats.
+    static std::wstring getFilterValues(Vs::DocumentMgr* manager, Vs::TranslatorFileRecognizer* recognizer);
+
+    /// Opens a foreign file. Errors are added to the status; the document that was current then stays.
+    static void translatorOpen(Vs::Translator* translator, const std::wstring& path, Vs::Status& status);
+
+    /// Opens a native file, or brings up the open document of that path. A failure is shown to the user, and
+    /// the status is marked as reported.
+    static void openDocument(const std::wstring& path, Vs::Status& status, const std::string& cloudId);
+
+    /// Opens one file of any kind. The cloud identifier only reaches native files.
+    static void OpenSingleFile(const std::wstring& path, Vs::Status& status, const std::string& cloudId);
+
+    /// Opens several native files, side by side if the user's options say so.
+    static void openDocuments(const std::vector<std::wstring>& paths, Vs::Status& status,
+                              const std::string& cloudId);
+
+protected:
+    friend class OpenDocumentCmdDef;
+    OpenDocumentCmd(OpenDocumentCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+    void onEnd(ETerminationReason reason) override;
+
+private:
+    void openSeveral(const Vs::TranslatorFileRecognizer& recognizer, const std::wstring& filter,
+                     Vs::Status& status);
+    void openOne(const Vs::TranslatorFileRecognizer& recognizer, const std::wstring& filter,
+                 Vs::Status& status);
+};
+
+} // namespace Vu::Commands

@@ -1,0 +1,182 @@
+#include "UI/Commands/Documents/SaveAsImageCmd.h"
+
+#include "Server/Base/ResourceMgr.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/FileDialog.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SceneUtilities.h"
+#include "UI/Commands/Adaptations/QT/Options/QTSaveAsImageOptionsDlg.h"
+#include "UI/Commands/Documents/ImageOptions.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Resources.h"
+
+namespace Vu::Commands {
+
+// clang-format off
+constinit const CommandRow SaveAsImageCmdDef::kRow = {
+    .key = L"SaveAsImageCommand", .title = "Capture Image...", .icon = &Resources::SaveAsImage};
+// clang-format on
+
+namespace {
+
+/// The size of a view that no canvas shows, as in a run without a window.
+constexpr uint32_t kDefaultWidth = 1920;
+constexpr uint32_t kDefaultHeight = 1080;
+
+/// Keeps the six graphics options that an image changes, and puts them back.
+class GraphicsOptionsGuard
+{
+public:
+    GraphicsOptionsGuard()
+        : m_group(Vs::Scene::GraphicsOptionGroup::get()),
+          m_msaa(m_group->MSAA()),
+          m_transparent(m_group->transparentBackground()),
+          m_plane(m_group->displayGroundPlane()),
+          m_dome(m_group->displayDome()),
+          m_grid(m_group->showLayoutGrid()),
+          m_numbers(m_group->showGridRefNumbers())
+    {
+    }
+    ~GraphicsOptionsGuard()
+    {
+        m_group->MSAA(m_msaa);
+        m_group->transparentBackground(m_transparent);
+        m_group->displayGroundPlane(m_plane);
+        m_group->displayDome(m_dome);
+        m_group->showLayoutGrid(m_grid);
+        m_group->showGridRefNumbers(m_numbers);
+    }
+    GraphicsOptionsGuard(const GraphicsOptionsGuard&) = delete;
+    GraphicsOptionsGuard& operator=(const GraphicsOptionsGuard&) = delete;
+
+    void setFor(const ImageOptions& options)
+    {
+        m_group->MSAA(rendersAntiAliased(options));
+        m_group->transparentBackground(options.transparentBackground);
+        m_group->displayGroundPlane(false);
+        m_group->displayDome(false);
+        m_group->showLayoutGrid(false);
+        m_group->showGridRefNumbers(false);
+    }
+
+private:
+    Vs::Scene::GraphicsOptionGroup* m_group;
+    bool m_msaa, m_transparent, m_plane, m_dome, m_grid, m_numbers;
+};
+
+void takeWindowSize(const GraphicsView& view, ImageOptions& options)
+{
+    const GraphicsCanvas* canvas = Application::headless() ? nullptr : view.canvas();
+    options.width = canvas ? static_cast<uint32_t>(canvas->width()) : kDefaultWidth;
+    options.height = canvas ? static_cast<uint32_t>(canvas->height()) : kDefaultHeight;
+}
+
+/// Takes what the context says. Returns false if it says nothing about the size, so that the user is to be
+/// asked.
+bool takeArguments(const CommandContext& context, ImageOptions& options)
+{
+    int flag = 0;
+    if (context.argument(SaveAsImageCmdDef::transparentArgumentName(), CommandContext::EArgType::Int, &flag))
+        options.transparentBackground = flag != 0;
+    if (context.argument(SaveAsImageCmdDef::antiAliasingArgumentName(), CommandContext::EArgType::Int, &flag))
+        options.antiAliasing = flag != 0;
+    int width = 0, height = 0;
+    const bool hasWidth =
+        context.argument(SaveAsImageCmdDef::widthArgumentName(), CommandContext::EArgType::Int, &width);
+    const bool hasHeight =
+        context.argument(SaveAsImageCmdDef::heightArgumentName(), CommandContext::EArgType::Int, &height);
+    if (hasWidth)
+        options.width = static_cast<uint32_t>(std::max(0, width));
+    if (hasHeight)
+        options.height = static_cast<uint32_t>(std::max(0, height));
+    return hasWidth || hasHeight;
+}
+
+bool sizeIsSane(const ImageOptions& options)
+{
+    return options.width > 0 && options.height > 0 && options.width <= kLargestImage &&
+           options.height <= kLargestImage;
+}
+
+} // namespace
+
+const Vs::UniqueString* SaveAsImageCmdDef::widthArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Width", true);
+    return name;
+}
+
+const Vs::UniqueString* SaveAsImageCmdDef::heightArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Height", true);
+    return name;
+}
+
+const Vs::UniqueString* SaveAsImageCmdDef::transparentArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Transparent", true);
+    return name;
+}
+
+const Vs::UniqueString* SaveAsImageCmdDef::antiAliasingArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("AntiAliasing", true);
+    return name;
+}
+
+bool SaveAsImageCmdDef::onIsApplicable(CommandContext* context) const
+{
+    return hasAssetSession(context);
+}
+
+CommandBase* SaveAsImageCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new SaveAsImageCmd(this, context);
+}
+
+SaveAsImageCmd::SaveAsImageCmd(SaveAsImageCmdDef* definition, CommandContext* context)
+    : Implements(definition, context)
+{
+}
+
+void SaveAsImageCmd::onExecute(Vs::Status& status)
+{
+    static const std::wstring filter =
+        localized("ImageFilesFilter", "png files (*.png);;jpg files (*.jpg);;tiff files (*.tif)");
+    std::wstring name;
+    if (!FileDialog::getTranscriptableFilenameForSaveAs(filter, localized("CaptureImage", "Save As"), name,
+                                                        commandContext()))
+        return;
+    GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
+    if (!view) {
+        status.addError(localized("NoViewToCapture", "There is no view to make a picture of."));
+        return;
+    }
+
+    ImageOptions options;
+    options.transparencyLocked = locksTransparency(name);
+    takeWindowSize(*view, options);
+    if (!takeArguments(*commandContext(), options) && !Application::headless()) {
+        QTSaveAsImageOptionsDlg dialog(&options, Application::get()->mainWidget());
+        if (dialog.exec() != QDialog::Accepted)
+            return;
+    }
+    if (options.transparencyLocked)
+        options.transparentBackground = false;
+    if (!sizeIsSane(options)) {
+        status.addError(
+            localizedFormat("ImageSizeOutOfRange",
+                            "A picture of %1% x %2% pixels cannot be made: each side must be from 1 to %3%.",
+                            options.width, options.height, kLargestImage));
+        return;
+    }
+
+    GraphicsOptionsGuard graphics;
+    graphics.setFor(options);
+    Vs::ImageResource image(withImageSuffix(name));
+    view->renderImage(&image, options.width, options.height, status);
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,51 @@
+#include "UI/Commands/ExitApplicationCmd.h"
+
+#include "Server/Base/PythonManager.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/ProgressBar.h"
+#include "UI/Commands/Documents/DocumentSets.h"
+#include "UI/Commands/Resources.h"
+
+namespace Vu::Commands {
+
+// clang-format off
+constinit const CommandRow ExitApplicationCmdDef::kRow = {
+    .key = L"ExitApplicationCommand", .title = "Exit Application", .icon = &Resources::Exit,
+    .tooltip = "Exit Application", .tooltipKey = "ExitApplicationCommandDesc", .hotkey = "ctrl+q",
+    .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+// clang-format on
+
+bool ExitApplicationCmdDef::onIsApplicable(CommandContext*) const
+{
+    return true;
+}
+
+bool ExitApplicationCmdDef::onIsVisible(CommandContext*) const
+{
+    return true;
+}
+
+CommandBase* ExitApplicationCmdDef::onCreateCommand(CommandContext* context)
+{
+    return closingAgreed(allDocuments()) ? new ExitApplicationCmd(this, context) : nullptr;
+}
+
+ECommandType ExitApplicationCmd::onCommandType() const
+{
+    return ECommandType::Exclusive;
+}
+
+EStackingBehavior ExitApplicationCmd::onStackingBehavior() const
+{
+    return EStackingBehavior::OverNothing;
+}
+
+void ExitApplicationCmd::onExecute(Vs::Status& status)
+{
+    if (!Vs::PythonAutorunScripts::get()->fireClosingDown(status))
+        return;
+    ProgressBar::get()->enable(false);
+    Application::get()->exit(true);
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,44 @@
+#include "UI/Commands/Help/AboutBoxCmd.h"
+
+#include "UI/Base/Application.h"
+
+namespace Vu::Commands {
+
+// clang-format off
+constinit const CommandRow AboutBoxCmdDef::kRow = {
+    .key = L"AboutBoxCommand", .title = "About",
+    .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+// clang-format on
+
+bool AboutBoxCmdDef::onIsApplicable(CommandContext*) const
+{
+    return true;
+}
+
+bool AboutBoxCmdDef::onIsVisible(CommandContext*) const
+{
+    return true;
+}
+
+CommandBase* AboutBoxCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new AboutBoxCmd(this, context);
+}
+
+AboutBoxCmd::AboutBoxCmd(AboutBoxCmdDef* definition, CommandContext* context)
+    : Implements(definition, context)
+{
+    repeatable(false);
+}
+
+ECommandType AboutBoxCmd::onCommandType() const
+{
+    return ECommandType::Nested;
+}
+
+void AboutBoxCmd::onExecute(Vs::Status&)
+{
+    Application::get()->showAboutBox(false);
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+
+namespace Vu::Commands {
+
+/// Goes to the next asset session of the shell. The list doesn't wrap.
+class NextAssetCmdDef : public RowDefinition<NextAssetCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    bool onIsVisible(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class NextAssetCmd : public Vs::Implements<NextAssetCmd, SimpleCommand>
+{
+protected:
+    friend class NextAssetCmdDef;
+    NextAssetCmd(NextAssetCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override;
+};
+
+/// Goes to the previous asset session of the shell.
+class PreviousAssetCmdDef : public RowDefinition<PreviousAssetCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    bool onIsVisible(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class PreviousAssetCmd : public Vs::Implements<PreviousAssetCmd, SimpleCommand>
+{
+protected:
+    friend class PreviousAssetCmdDef;
+    PreviousAssetCmd(PreviousAssetCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override;
+};
+
+/// Goes to the asset session that the context names; for scripts.
+class SwitchAssetCmdDef : public RowDefinition<SwitchAssetCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+    static const Vs::UniqueString* assetSessionArgumentName();
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class SwitchAssetCmd : public Vs::Implements<SwitchAssetCmd, SimpleCommand>
+{
+protected:
+    friend class SwitchAssetCmdDef;
+    SwitchAssetCmd(SwitchAssetCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override;
+};
+
+/// Closes one asset, and its document with the last one. Asks for a dirty document before there is a command.
+class CloseAssetCmdDef : public RowDefinition<CloseAssetCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class CloseAssetCmd : public Vs::Implements<CloseAssetCmd, SimpleCommand>
+{
+protected:
+    friend class CloseAssetCmdDef;
+    CloseAssetCmd(CloseAssetCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override;
+    EStackingBehavior onStackingBehavior() const override;
+};
+
+} // namespace Vu::Commands

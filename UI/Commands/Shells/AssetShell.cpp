@@ -1,0 +1,239 @@
+#include "UI/Commands/Shells/AssetShell.h"
+
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/ResourceMgr.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/Arrangement.h"
+#include "UI/Base/AssetGraphicsView.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/DocumentSession.h"
+#include "UI/Base/Environment.h"
+#include "UI/Base/Layout.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Base/ShellMgr.h"
+#include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/ViewMgr.h"
+#include "UI/Base/Workspace.h"
+#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Commands/Resources.h"
+#include "UI/Commands/Shells/ArrangementSwap.h"
+#include "UI/Commands/Shells/DeferredSessionReleaseTask.h"
+
+#include <algorithm>
+
+namespace Vu::Commands {
+namespace {
+
+const Vs::UniqueString* lockSource()
+{
+    static const Vs::UniqueString* const source = Vs::UniqueString::find("AssetSession", true);
+    return source;
+}
+
+/// The n-th graphics view of a session; null past the end.
+GraphicsView* viewOf(AssetSession* session, size_t index)
+{
+    ViewMgr* views = session ? session->viewManager() : nullptr;
+    if (!views || index >= views->views().size())
+        return nullptr;
+    return Vs::cast<GraphicsView>(views->views()[index]);
+}
+
+} // namespace
+
+AssetShell* AssetShell::make(ShellMgr* manager)
+{
+    return new AssetShell(manager);
+}
+
+AssetShell::AssetShell(ShellMgr* manager) : Implements(manager)
+{
+    SplitViewEventSource::get()->subscribe(this);
+}
+
+AssetShell::~AssetShell()
+{
+    SplitViewEventSource::get()->unsubscribe(this);
+}
+
+AssetShell::Hold AssetShell::holdOn(AssetSession* session)
+{
+    return {Vs::LockBase(lockSource(), session->documentSession()->document()),
+            Vs::LockBase(lockSource(), session->asset())};
+}
+
+void AssetShell::currentAssetSession(AssetSession* session, bool flagA, bool flagB)
+{
+    if (session == m_current)
+        return;
+    m_current = session;
+    SessionMgr* sessions = SessionMgr::get();
+    sessions->currentAssetSession(session);
+    if (isActiveShell()) {
+        bindView(flagA, flagB);
+        sessions->postActivate();
+    }
+    if (session)
+        if (Workspace* workspace = WorkspaceMgr::activeWorkspace())
+            workspace->resetCounter();
+}
+
+bool AssetShell::has(AssetSession* session) const
+{
+    return m_holds.find(session) != m_holds.end();
+}
+
+void AssetShell::add(AssetSession* session)
+{
+    if (m_holds.emplace(session, holdOn(session)).second)
+        m_sessions.push_back(session);
+}
+
+void AssetShell::remove(AssetSession* session, bool activateDefault)
+{
+    // The session goes with its document; neither may go while this runs.
+    Vs::Document* document = session->documentSession()->document();
+    const Hold keep = holdOn(session);
+    if (m_holds.erase(session) > 0) {
+        std::erase(m_sessions, session);
+        if (session == m_current)
+            currentAssetSession(nullptr, false, false);
+    }
+    Application::get()->deferredTasks()->add(new DeferredSessionReleaseTask(document));
+    if (activateDefault && isActiveShell()) {
+        shellManager()->pop();
+        shellManager()->activateDefaultShell();
+    }
+}
+
+AssetSession* AssetShell::neighbour(int step) const
+{
+    const auto current = std::find(m_sessions.begin(), m_sessions.end(), m_current);
+    if (!m_current || current == m_sessions.end())
+        return nullptr;
+    const auto index = current - m_sessions.begin() + step;
+    return index >= 0 && index < std::ssize(m_sessions) ? m_sessions[static_cast<size_t>(index)] : nullptr;
+}
+
+AssetSession* AssetShell::nextAssetSession() const
+{
+    return neighbour(1);
+}
+
+AssetSession* AssetShell::previousAssetSession() const
+{
+    return neighbour(-1);
+}
+
+void AssetShell::onPostActivate()
+{
+    ArrangementMgr* arrangements = workspaceWindow()->arrangementManager();
+    SessionMgr* sessions = SessionMgr::get();
+    if (!m_arrangement)
+        m_arrangement = Arrangement::make(
+            arrangements, Layout::load(Resources::AssetShellLayout()->localPath(), std::wstring()));
+    sessions->currentAssetSession(m_current);
+    sessions->preActivate();
+    arrangements->arrangement(m_arrangement);
+    SplitViewMgr::get()->updateViewsSize();
+    sessions->activate();
+    bindView(true, true);
+    sessions->postActivate();
+    Shell::onPostActivate();
+}
+
+void AssetShell::onPreDeactivate(Shell* next)
+{
+    Shell::onPreDeactivate(next);
+    unbindView(nullptr);
+    if (SessionMgr* sessions = SessionMgr::get())
+        sessions->deactivate();
+    if (m_arrangement)
+        workspaceWindow()->arrangementManager()->remove(m_arrangement);
+}
+
+void AssetShell::onPostDeactivate()
+{
+    if (m_arrangement)
+        Layout::persist((Vs::PathInfo::optionsDirectory() / L"VULastDisplayedLayout.xml").wstring(),
+                        m_arrangement->layout());
+    Shell::onPostDeactivate();
+}
+
+GraphicsView* AssetShell::onView()
+{
+    return viewOf(m_current, 0);
+}
+
+GraphicsView* AssetShell::onNextView(GraphicsView* view)
+{
+    for (size_t i = 0; GraphicsView* candidate = viewOf(m_current, i); ++i)
+        if (candidate == view)
+            return viewOf(m_current, i + 1);
+    return nullptr;
+}
+
+void AssetShell::updateArrangement(const std::wstring& filter)
+{
+    if (filter == m_filter)
+        return;
+    ArrangementMgr* arrangements = workspaceWindow()->arrangementManager();
+    Layout* layout = Layout::load(Resources::AssetShellLayout()->localPath(), filter);
+    m_filter = filter;
+    Arrangement* old = m_arrangement;
+    m_arrangement = Arrangement::make(arrangements, layout);
+    if (old) {
+        arrangements->remove(old);
+        carryOver(*old, *m_arrangement);
+        old->destroy();
+    }
+    arrangements->arrangement(m_arrangement);
+    SplitViewMgr::get()->updateViewsSize();
+    bindView(false, false);
+}
+
+void AssetShell::splitViewActivate(SplitViewEvent* event)
+{
+    auto* view = Vs::cast<AssetGraphicsView>(event->view());
+    AssetSession* session = view ? view->assetSession() : nullptr;
+    if (!session || session == m_current)
+        return;
+    currentAssetSession(session, false, false);
+    Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"SplitView.CancelCommandInOtherView");
+}
+
+void AssetShell::seamlessActivate(EnvironmentState* state)
+{
+    AssetSession* session = state ? state->assetSession() : nullptr;
+    if (!session)
+        return;
+    EnvironmentDefinition* wanted = state->environmentDefinition();
+    if (session != m_current) {
+        if (!has(session))
+            add(session);
+        if (session->activeEnvironment() != wanted)
+            session->activateEnvironment(wanted, true);
+        if (state->copyCameraOnReturn()) {
+            GraphicsView* to = viewOf(session, 0);
+            GraphicsView* from = viewOf(m_current, 0);
+            if (to && from)
+                to->copyCamera(*from);
+        }
+        currentAssetSession(session, false, false);
+        shellManager()->activeShell(this);
+    }
+    if (session->activeEnvironment() != wanted)
+        session->activateEnvironment(wanted, false);
+}
+
+void AssetShell::seamlessReturn(EnvironmentState* state)
+{
+    if (state && state->returnState())
+        seamlessActivate(state->returnState());
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "UI/Base/WorkspaceEvents.h"
+
+namespace Vu::Commands {
+
+/// Gives every workspace the management shell as its default shell, whatever was proposed.
+class DefaultShellFactory : public WorkspaceEventSite
+{
+public:
+    DefaultShellFactory();
+    ~DefaultShellFactory() override;
+    DefaultShellFactory(const DefaultShellFactory&) = delete;
+    DefaultShellFactory& operator=(const DefaultShellFactory&) = delete;
+
+    void workspaceDefaultShell(WorkspaceShellEvent* event) override;
+};
+
+} // namespace Vu::Commands

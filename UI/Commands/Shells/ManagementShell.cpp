@@ -1,0 +1,65 @@
+#include "UI/Commands/Shells/ManagementShell.h"
+
+#include "Server/Base/ResourceMgr.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/Arrangement.h"
+#include "UI/Base/Layout.h"
+#include "UI/Base/ShowWelcomeScreenTask.h"
+#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Commands/Resources.h"
+#include "UI/Commands/Shells/ManagementGraphicsView.h"
+
+namespace Vu::Commands {
+
+ManagementShell* ManagementShell::make(ShellMgr* manager)
+{
+    return new ManagementShell(manager);
+}
+
+ManagementShell::ManagementShell(ShellMgr* manager) : Implements(manager) {}
+
+ManagementShell::~ManagementShell()
+{
+    if (m_arrangement)
+        m_arrangement->destroy();
+    m_arrangement = nullptr;
+}
+
+void ManagementShell::onPostActivate()
+{
+    ArrangementMgr* arrangements = workspaceWindow()->arrangementManager();
+    if (!m_arrangement)
+        m_arrangement = Arrangement::make(
+            arrangements, Layout::load(Resources::ManagementShellLayout()->localPath(), std::wstring()));
+    arrangements->arrangement(m_arrangement);
+    bindView(true, true);
+    Shell::onPostActivate();
+    if (!Application::testing())
+        Application::get()->idleTasks()->add(new ShowWelcomeScreenTask);
+}
+
+void ManagementShell::onPreDeactivate(Shell* next)
+{
+    Shell::onPreDeactivate(next);
+    unbindView(nullptr);
+    if (m_arrangement)
+        workspaceWindow()->arrangementManager()->remove(m_arrangement);
+}
+
+void ManagementShell::onPostDeactivate()
+{
+    Shell::onPostDeactivate();
+}
+
+GraphicsView* ManagementShell::onView()
+{
+    static ManagementGraphicsView* const view = ManagementGraphicsView::make();
+    return view;
+}
+
+GraphicsView* ManagementShell::onNextView(GraphicsView*)
+{
+    return onView();
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "UI/Base/Command/Info.h"
+#include "UI/Base/Command/TranscriptedCommandTextCommand.h"
+
+namespace Vu::Commands {
+
+/// One row of a table of wrappers: a text command that runs a definition the way a click does.
+struct WrapperRow
+{
+    using FillContext = void (*)(const Vs::TextCommandParameters&, CommandContext&);
+
+    const wchar_t* area;
+    const wchar_t* name;
+    const wchar_t* help;
+    const char* format;
+    Info* (*info)(); ///< Of the definition that is run.
+    FillContext fillContext = nullptr;
+    bool global = false; ///< Runs in the global command manager.
+    bool flush = false;  ///< Runs the deferred tasks afterwards.
+};
+
+template <const WrapperRow& kRow>
+class Wrapper : public Vs::PythonEntry<Wrapper<kRow>, TranscriptedCommandTextCommand>
+{
+public:
+    Wrapper()
+        : Vs::PythonEntry<Wrapper<kRow>, TranscriptedCommandTextCommand>(
+              kRow.area, kRow.name, kRow.help, kRow.format, false, kRow.info()->key())
+    {
+    }
+
+protected:
+    void fillContext(const Vs::TextCommandParameters& parameters, CommandContext& context) override
+    {
+        if constexpr (kRow.global)
+            this->useGlobalCmdMgr(true);
+        if constexpr (kRow.flush)
+            this->flushDeferredTasks(true);
+        if constexpr (kRow.fillContext != nullptr)
+            kRow.fillContext(parameters, context);
+    }
+};
+
+/// Adds the object that a factory makes of `text`; nothing if there is no such factory or it makes none.
+void addObject(CommandContext& context, const Vs::UniqueString* key, const char* factory,
+               const std::wstring& text);
+
+} // namespace Vu::Commands
