@@ -59,6 +59,12 @@ GroupNode::~GroupNode()
         std::erase(child->m_parents, this);
 }
 
+void GroupNode::touchChildren()
+{
+    m_childrenRevision = m_subtreeRevision = nextRevision();
+    touchParents();
+}
+
 bool GroupNode::has(const Node* child) const
 {
     return std::find(child->m_parents.begin(), child->m_parents.end(), this) != child->m_parents.end();

@@ -50,7 +50,8 @@ public:
     /// something below changes.
     const BBox& boundingBox() const;
 
-    /// The number of the last change of this node itself; the numbers of all nodes come from one counter.
+    /// The number of the last change of this node itself, not of what hangs below; the numbers of all nodes
+    /// come from one counter.
     uint64_t revision() const { return m_revision; }
     /// The number of the last change of this node or of any below.
     uint64_t subtreeRevision() const { return m_subtreeRevision; }
@@ -88,6 +89,8 @@ public:
 
     const std::vector<Vs::StrongRef<Node>>& children() const { return m_children; }
     bool has(const Node* child) const;
+    /// The number of the last change of the list of children.
+    uint64_t childrenRevision() const { return m_childrenRevision; }
 
     /// What this group stands for; null for most. See viewNodeData and viewFragmentNodeData.
     NodeData* data() const { return m_data.get(); }
@@ -98,8 +101,11 @@ protected:
 
 private:
     friend class Vs::Scene::NodeChange;
+    void touchChildren();
+
     std::vector<Vs::StrongRef<Node>> m_children;
     std::unique_ptr<NodeData> m_data;
+    uint64_t m_childrenRevision = 0;
 };
 
 /// A node that shows the mesh of a body.

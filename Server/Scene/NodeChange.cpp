@@ -99,7 +99,7 @@ NodeChange& NodeChange::add(StrongRef<Node> child)
         return *this;
     child->m_parents.push_back(group);
     group->m_children.push_back(std::move(child));
-    group->touch();
+    group->touchChildren();
     return *this;
 }
 
@@ -112,7 +112,7 @@ NodeChange& NodeChange::remove(const Node* child)
                                     [&](const auto& other) { return other.get() == child; });
     std::erase((*found)->m_parents, group);
     group->m_children.erase(found);
-    group->touch();
+    group->touchChildren();
     return *this;
 }
 
@@ -124,7 +124,7 @@ NodeChange& NodeChange::removeAll()
     for (const auto& child : group->m_children)
         std::erase(child->m_parents, group);
     group->m_children.clear();
-    group->touch();
+    group->touchChildren();
     return *this;
 }
 

@@ -25,6 +25,7 @@ struct ImageOptions
 {
     bool antiAliasing = true;
     bool transparentBackground = false;
+    bool dome = true; ///< As RenderTarget::dome.
     /// Many more samples for each pixel where `antiAliasing` is on: for pictures that are kept, not for a
     /// canvas that moves.
     bool fine = true;

@@ -17,6 +17,7 @@ struct RenderTarget
     int height = 0;
     int samples = 1; ///< What is drawn into has to have as many samples; 1 for no anti-aliasing.
     bool transparentBackground = false;
+    bool dome = true; ///< The background is the shaded sky, not a plain light one.
     /// Width of edges in pixels of the framebuffer.
     float lineWidth = 1.0f;
     /// The part of the picture that the framebuffer takes, from its lower left corner; 0 by 0 for all of it.

@@ -1,0 +1,295 @@
+#include "Server/Scene/Rendra/DrawList.h"
+
+#include "Server/Scene/Projection.h"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+
+namespace Rendra {
+
+using Graphics::BodyNode;
+using Graphics::GroupNode;
+using Graphics::Highlight;
+using Graphics::Node;
+
+namespace {
+
+/// Bodies that cover less than this many pixels across are left out.
+constexpr double kSmallestPixels = 0.6;
+/// The origin follows the scene's middle when that is farther away than so many times the scene's size.
+constexpr double kOriginSlack = 4;
+
+uint8_t screenValue(float linear)
+{
+    return uint8_t(std::lround(255 * std::pow(std::clamp(linear, 0.0f, 1.0f), 1 / 2.2f)));
+}
+
+bool hasTransparentFaces(const Vs::BodyMesh& mesh)
+{
+    return std::any_of(mesh.colours.begin(), mesh.colours.end(),
+                       [](const Vs::Colour& colour) { return colour.a < 1; });
+}
+
+} // namespace
+
+/// What is known of a node from the last update. Nodes are recognised by their ids; a record never looks at a
+/// node that it is not given.
+struct DrawList::Record
+{
+    uint64_t id = 0;
+    uint64_t seen = 0; ///< The subtree revision of the last visit; 0 for none.
+    Batch::Slot slot;  ///< Of a body.
+    std::vector<std::unique_ptr<Record>> children;
+};
+
+/// What comes down from the nodes above.
+struct DrawList::State
+{
+    GkMatrix3d matrix;
+    const Vs::Colour* colour = nullptr;
+    Highlight highlight = Highlight::None;
+};
+
+void Batch::markDirty(size_t index)
+{
+    if (dirtyFirst == dirtyEnd) {
+        dirtyFirst = index;
+        dirtyEnd = index + 1;
+        return;
+    }
+    dirtyFirst = std::min(dirtyFirst, index);
+    dirtyEnd = std::max(dirtyEnd, index + 1);
+}
+
+DrawList::DrawList() : m_root(std::make_unique<Record>()) {}
+
+DrawList::~DrawList() = default;
+
+void DrawList::update(const Node& root)
+{
+    if (m_root->id == root.id() && m_root->seen == root.subtreeRevision())
+        return;
+    if (m_root->id != root.id()) {
+        clear(*m_root);
+        *m_root = Record();
+        m_root->id = root.id();
+    }
+    const BBox bounds = root.boundingBox();
+    bool force = false;
+    if (!bounds.isEmpty()) {
+        const GkVector3d middle = bounds.centre().asVector();
+        if ((middle - m_origin).length() > kOriginSlack * bounds.diagonal()) {
+            m_origin = middle;
+            force = true;
+        }
+    }
+    visit(root, *m_root, State(), force);
+    dropEmptyBatches();
+}
+
+void DrawList::visit(const Node& node, Record& record, const State& above, bool force)
+{
+    if (!force && record.seen == node.subtreeRevision())
+        return;
+    if (!node.visible()) {
+        clear(record);
+        record.seen = node.subtreeRevision();
+        return;
+    }
+    State state = above;
+    state.matrix = above.matrix * node.transform();
+    if (node.colour())
+        state.colour = &*node.colour();
+    state.highlight = std::max(above.highlight, node.highlight());
+    if (const auto* group = Vs::cast<GroupNode>(&node))
+        visitGroup(*group, record, state, force || node.revision() > record.seen);
+    else if (const auto* body = Vs::cast<BodyNode>(&node))
+        visitBody(*body, record, state);
+    record.seen = node.subtreeRevision();
+}
+
+void DrawList::visitGroup(const GroupNode& node, Record& record, const State& state, bool force)
+{
+    if (record.children.size() != node.children().size() || node.childrenRevision() > record.seen)
+        matchChildren(node, record);
+    for (size_t i = 0; i < record.children.size(); ++i)
+        visit(*node.children()[i], *record.children[i], state, force);
+}
+
+// Brings the records into the order of the children: the common beginning stays, the rest is found by id.
+void DrawList::matchChildren(const GroupNode& node, Record& record)
+{
+    const auto& children = node.children();
+    std::vector<std::unique_ptr<Record>>& records = record.children;
+    size_t same = 0;
+    while (same < records.size() && same < children.size() && records[same]->id == children[same]->id())
+        ++same;
+    std::unordered_map<uint64_t, std::unique_ptr<Record>> others;
+    for (size_t i = same; i < records.size(); ++i)
+        others.emplace(records[i]->id, std::move(records[i]));
+    records.resize(same);
+    records.reserve(children.size());
+    for (size_t i = same; i < children.size(); ++i) {
+        const auto found = others.find(children[i]->id());
+        if (found != others.end()) {
+            records.push_back(std::move(found->second));
+            others.erase(found);
+        } else {
+            records.push_back(std::make_unique<Record>());
+            records.back()->id = children[i]->id();
+        }
+    }
+    for (const auto& [id, gone] : others)
+        clear(*gone);
+}
+
+void DrawList::visitBody(const BodyNode& node, Record& record, const State& state)
+{
+    if (!node.mesh() || node.mesh()->bounds.isEmpty()) {
+        take(record.slot);
+        return;
+    }
+    const Vs::Colour& colour = state.colour ? *state.colour : node.bodyColour();
+    Instance instance{};
+    for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 4; ++j)
+            instance.rows[i][j] = float(state.matrix.entry[i][j]);
+    const GkVector3d shift =
+        GkVector3d(state.matrix.entry[0][3], state.matrix.entry[1][3], state.matrix.entry[2][3]) - m_origin;
+    instance.rows[0][3] = float(shift.x);
+    instance.rows[1][3] = float(shift.y);
+    instance.rows[2][3] = float(shift.z);
+    instance.colour[0] = screenValue(colour.r);
+    instance.colour[1] = screenValue(colour.g);
+    instance.colour[2] = screenValue(colour.b);
+    instance.colour[3] = uint8_t(std::lround(255 * std::clamp(colour.a, 0.0f, 1.0f)));
+    instance.flags = state.highlight == Highlight::Selected  ? Instance::kSelected
+                     : state.highlight == Highlight::Pointed ? Instance::kPointed
+                                                             : 0;
+
+    const BBox box = node.mesh()->bounds.transformed(state.matrix);
+    const GkVector3d centre = box.centre().asVector() - m_origin, half = (box.high() - box.low()) * 0.5;
+    put(record.slot, batchFor(node.mesh(), instance.colour[3] < 255 || hasTransparentFaces(*node.mesh())),
+        instance,
+        {{float(centre.x), float(centre.y), float(centre.z)}, {float(half.x), float(half.y), float(half.z)}});
+}
+
+void DrawList::clear(Record& record)
+{
+    take(record.slot);
+    for (const auto& child : record.children)
+        clear(*child);
+    record.children.clear();
+    record.seen = 0;
+}
+
+void DrawList::put(Batch::Slot& slot, Batch* batch, const Instance& instance, const Batch::Box& box)
+{
+    if (slot.batch == batch) {
+        batch->boxes[slot.index] = box;
+        if (batch->instances[slot.index] == instance)
+            return;
+        batch->instances[slot.index] = instance;
+        batch->markDirty(slot.index);
+        return;
+    }
+    take(slot);
+    slot = {batch, batch->instances.size()};
+    batch->instances.push_back(instance);
+    batch->boxes.push_back(box);
+    batch->slots.push_back(&slot);
+    batch->markDirty(slot.index);
+    ++m_instances;
+    ++m_layoutRevision;
+}
+
+// The last instance moves into the gap.
+void DrawList::take(Batch::Slot& slot)
+{
+    Batch* batch = std::exchange(slot.batch, nullptr);
+    if (!batch)
+        return;
+    const size_t last = batch->instances.size() - 1;
+    if (slot.index != last) {
+        batch->instances[slot.index] = batch->instances[last];
+        batch->boxes[slot.index] = batch->boxes[last];
+        batch->slots[slot.index] = batch->slots[last];
+        batch->slots[slot.index]->index = slot.index;
+        batch->markDirty(slot.index);
+    }
+    batch->instances.pop_back();
+    batch->boxes.pop_back();
+    batch->slots.pop_back();
+    batch->dirtyEnd = std::min(batch->dirtyEnd, last);
+    batch->dirtyFirst = std::min(batch->dirtyFirst, batch->dirtyEnd);
+    --m_instances;
+    ++m_layoutRevision;
+}
+
+Batch* DrawList::batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool transparent)
+{
+    Batch*& batch = m_batchOf[{mesh.get(), transparent}];
+    if (!batch) {
+        m_batches.push_back(std::make_unique<Batch>());
+        batch = m_batches.back().get();
+        batch->mesh = mesh;
+        batch->transparent = transparent;
+    }
+    return batch;
+}
+
+// An empty batch holds on to its mesh, so it is not kept for long.
+void DrawList::dropEmptyBatches()
+{
+    const size_t dropped = std::erase_if(m_batches, [&](const auto& batch) {
+        if (!batch->instances.empty())
+            return false;
+        m_batchOf.erase({batch->mesh.get(), batch->transparent});
+        return true;
+    });
+    if (dropped > 0)
+        ++m_layoutRevision;
+}
+
+bool DrawList::cull(const Batch& batch, const Vs::Scene::Projection& projection,
+                    std::vector<uint32_t>& visible) const
+{
+    visible.clear();
+    const GkMatrix3d view = projection.view() * GkMatrix3d::translation(m_origin);
+    float rows[3][4];
+    for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 4; ++j)
+            rows[i][j] = float(view.entry[i][j]);
+    // In camera coordinates; each side plane runs through the eye, or is parallel to the direction.
+    const float tanX = float(projection.halfWidth()), tanY = float(projection.halfHeight());
+    const float growX = projection.perspective() ? std::sqrt(1 + tanX * tanX) : 1;
+    const float growY = projection.perspective() ? std::sqrt(1 + tanY * tanY) : 1;
+    const float nearest = float(projection.clipNear()), farthest = float(projection.clipFar());
+    const float pixel = float(projection.pixelSize(1) * kSmallestPixels);
+
+    for (size_t i = 0; i < batch.boxes.size(); ++i) {
+        const Batch::Box& box = batch.boxes[i];
+        float p[3];
+        for (int row = 0; row < 3; ++row)
+            p[row] = rows[row][0] * box.centre[0] + rows[row][1] * box.centre[1] +
+                     rows[row][2] * box.centre[2] + rows[row][3];
+        const float ahead = -p[2];
+        const float radius =
+            std::sqrt(box.half[0] * box.half[0] + box.half[1] * box.half[1] + box.half[2] * box.half[2]);
+        if (ahead + radius < nearest || ahead - radius > farthest)
+            continue;
+        const float scale = projection.perspective() ? ahead : 1;
+        if (std::abs(p[0]) > tanX * scale + radius * growX || std::abs(p[1]) > tanY * scale + radius * growY)
+            continue;
+        if (2 * radius < pixel * std::max(scale - (projection.perspective() ? radius : 0), 0.0f))
+            continue;
+        visible.push_back(uint32_t(i));
+    }
+    if (visible.size() != batch.boxes.size())
+        return false;
+    visible.clear();
+    return true;
+}
+
+} // namespace Rendra

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "Server/Scene/Node.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace Vs::Scene {
+class Projection;
+}
+
+namespace Rendra {
+
+/// One occurrence of a mesh, as the vertex shader takes it.
+struct Instance
+{
+    static constexpr uint32_t kPointed = 1, kSelected = 2;
+
+    float rows[3][4];  ///< Body to scene coordinates, relative to the draw list's origin.
+    uint8_t colour[4]; ///< As it looks on the screen, not linear.
+    uint32_t flags;
+    friend bool operator==(const Instance&, const Instance&) = default;
+};
+
+/// All occurrences of one mesh that are drawn alike.
+struct Batch
+{
+    struct Box
+    {
+        float centre[3], half[3];
+    };
+    struct Slot;
+
+    std::shared_ptr<const Vs::BodyMesh> mesh;
+    bool transparent = false;
+    std::vector<Instance> instances;
+    std::vector<Box> boxes; ///< Around each instance, relative to the origin.
+    std::vector<Slot*> slots;
+    /// What changed since the last upload: from `dirtyFirst` up to but without `dirtyEnd`.
+    size_t dirtyFirst = 0, dirtyEnd = 0;
+
+    void markDirty(size_t index);
+};
+
+/// Where the instance of a body stands.
+struct Batch::Slot
+{
+    Batch* batch = nullptr;
+    size_t index = 0;
+};
+
+/// What is to be drawn of a tree of nodes, brought up to date from the changes of the nodes alone. Knows
+/// nothing of the graphics unit.
+class DrawList
+{
+public:
+    DrawList();
+    ~DrawList();
+
+    /// Takes in what changed below `root` since the last call.
+    void update(const Graphics::Node& root);
+
+    /// Batches may be empty. In no particular order, but always the same one.
+    const std::vector<std::unique_ptr<Batch>>& batches() const { return m_batches; }
+    size_t instances() const { return m_instances; }
+    /// What the positions of instances are relative to: near the middle of the scene, so that single
+    /// precision suffices for a scene far from the origin.
+    const GkVector3d& origin() const { return m_origin; }
+    /// Grows whenever batches or their lengths change, so that their storage has to be laid out anew.
+    uint64_t layoutRevision() const { return m_layoutRevision; }
+
+    /// Which instances of a batch are inside the view and large enough to see. Returns true if that is all of
+    /// them, with `visible` empty.
+    bool cull(const Batch& batch, const Vs::Scene::Projection& projection,
+              std::vector<uint32_t>& visible) const;
+
+private:
+    struct Record;
+    struct State;
+
+    void visit(const Graphics::Node& node, Record& record, const State& above, bool force);
+    void visitBody(const Graphics::BodyNode& node, Record& record, const State& state);
+    void visitGroup(const Graphics::GroupNode& node, Record& record, const State& state, bool force);
+    void matchChildren(const Graphics::GroupNode& node, Record& record);
+    void clear(Record& record);
+    void put(Batch::Slot& slot, Batch* batch, const Instance& instance, const Batch::Box& box);
+    void take(Batch::Slot& slot);
+    Batch* batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool transparent);
+    void dropEmptyBatches();
+
+    std::unique_ptr<Record> m_root;
+    std::vector<std::unique_ptr<Batch>> m_batches;
+    std::map<std::pair<const Vs::BodyMesh*, bool>, Batch*> m_batchOf;
+    GkVector3d m_origin;
+    size_t m_instances = 0;
+    uint64_t m_layoutRevision = 0;
+};
+
+} // namespace Rendra

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+
+#include <memory>
+#include <string>
+
+namespace Rendra {
+
+/// A context for drawing into memory, that needs no display server. Current in the thread that made it until
+/// it is destroyed there.
+class EglContext
+{
+public:
+    /// Null, with the reason in the status, if this machine offers none.
+    static std::unique_ptr<EglContext> make(Vs::Status& status);
+    ~EglContext();
+    EglContext(const EglContext&) = delete;
+    EglContext& operator=(const EglContext&) = delete;
+
+    /// Version and name of what draws.
+    std::wstring description() const;
+
+private:
+    EglContext(void* display, void* context) : m_display(display), m_context(context) {}
+
+    void* m_display;
+    void* m_context;
+};
+
+} // namespace Rendra

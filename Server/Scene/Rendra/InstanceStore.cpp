@@ -1,0 +1,85 @@
+#include "Server/Scene/Rendra/InstanceStore.h"
+
+#include "Server/Scene/Rendra/MeshStore.h"
+
+#include <cstddef>
+
+namespace Rendra {
+
+uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection& projection)
+{
+    const uint64_t changed = uploadChanges(list);
+    m_ranges.assign(list.batches().size(), {});
+    m_gathered.clear();
+    for (size_t i = 0; i < list.batches().size(); ++i) {
+        const Batch& batch = *list.batches()[i];
+        if (list.cull(batch, projection, m_indices)) {
+            m_ranges[i] = {m_all, m_offsets[i], GLsizei(batch.instances.size())};
+            continue;
+        }
+        m_ranges[i] = {m_visible, m_gathered.size() * sizeof(Instance), GLsizei(m_indices.size())};
+        for (uint32_t index : m_indices)
+            m_gathered.push_back(batch.instances[index]);
+    }
+    if (!m_gathered.empty()) {
+        glBindBuffer(GL_ARRAY_BUFFER, m_visible);
+        glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(m_gathered.size() * sizeof(Instance)), m_gathered.data(),
+                     GL_STREAM_DRAW);
+    }
+    return changed;
+}
+
+uint64_t InstanceStore::uploadChanges(const DrawList& list)
+{
+    if (!m_all) {
+        glGenBuffers(1, &m_all);
+        glGenBuffers(1, &m_visible);
+    }
+    glBindBuffer(GL_ARRAY_BUFFER, m_all);
+    const bool anew = m_layout != list.layoutRevision();
+    uint64_t sent = 0;
+    if (anew) {
+        m_layout = list.layoutRevision();
+        m_offsets.clear();
+        size_t offset = 0;
+        for (const auto& batch : list.batches()) {
+            m_offsets.push_back(offset);
+            offset += batch->instances.size() * sizeof(Instance);
+        }
+        glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(offset), nullptr, GL_DYNAMIC_DRAW);
+    }
+    for (size_t i = 0; i < list.batches().size(); ++i) {
+        Batch& batch = *list.batches()[i];
+        const size_t first = anew ? 0 : batch.dirtyFirst;
+        const size_t count = anew ? batch.instances.size() : batch.dirtyEnd - batch.dirtyFirst;
+        if (count > 0)
+            glBufferSubData(GL_ARRAY_BUFFER, GLintptr(m_offsets[i] + first * sizeof(Instance)),
+                            GLsizeiptr(count * sizeof(Instance)), &batch.instances[first]);
+        sent += count;
+        batch.dirtyFirst = batch.dirtyEnd = 0;
+    }
+    return sent;
+}
+
+void InstanceStore::bind(const Range& range)
+{
+    glBindBuffer(GL_ARRAY_BUFFER, range.buffer);
+    const auto at = [&](size_t offset) { return reinterpret_cast<const void*>(range.offset + offset); };
+    constexpr size_t kRow = sizeof(float) * 4;
+    for (GLuint row = 0; row < 3; ++row)
+        glVertexAttribPointer(kRow0 + row, 4, GL_FLOAT, GL_FALSE, sizeof(Instance),
+                              at(offsetof(Instance, rows) + row * kRow));
+    glVertexAttribPointer(kInstanceColour, 4, GL_UNSIGNED_BYTE, GL_TRUE, sizeof(Instance),
+                          at(offsetof(Instance, colour)));
+    glVertexAttribIPointer(kInstanceFlags, 1, GL_UNSIGNED_INT, sizeof(Instance),
+                           at(offsetof(Instance, flags)));
+}
+
+void InstanceStore::release()
+{
+    const GLuint buffers[] = {m_all, m_visible};
+    glDeleteBuffers(2, buffers);
+    *this = InstanceStore();
+}
+
+} // namespace Rendra

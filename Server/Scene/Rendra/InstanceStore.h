@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Server/Scene/Rendra/DrawList.h"
+
+#include <epoxy/gl.h>
+#include <unordered_map>
+#include <vector>
+
+namespace Rendra {
+
+/// The instances of one draw list as the graphics unit has them: all of them, to be drawn as they stand, and
+/// those that are left of a picture's batches after culling.
+class InstanceStore
+{
+public:
+    /// Where the instances of one batch are for this picture.
+    struct Range
+    {
+        GLuint buffer = 0;
+        size_t offset = 0; ///< In bytes.
+        GLsizei count = 0;
+    };
+
+    /// Sends what changed, and finds what is to be drawn. Returns the number of instances that were sent
+    /// because they changed.
+    uint64_t update(const DrawList& list, const Vs::Scene::Projection& projection);
+
+    /// As many as the list has batches, in the same order.
+    const std::vector<Range>& ranges() const { return m_ranges; }
+
+    /// Sets the instance attributes of the vertex array that is bound.
+    static void bind(const Range& range);
+
+    void release();
+
+private:
+    uint64_t uploadChanges(const DrawList& list);
+
+    GLuint m_all = 0, m_visible = 0;
+    uint64_t m_layout = 0;
+    std::vector<size_t> m_offsets;
+    std::vector<Range> m_ranges;
+    std::vector<Instance> m_gathered;
+    std::vector<uint32_t> m_indices;
+};
+
+} // namespace Rendra

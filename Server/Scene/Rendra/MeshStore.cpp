@@ -1,0 +1,198 @@
+#include "Server/Scene/Rendra/MeshStore.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <map>
+#include <utility>
+#include <vector>
+
+namespace Rendra {
+
+namespace {
+
+struct Vertex
+{
+    float position[3];
+    uint32_t normal; ///< Three signed numbers of ten bits.
+    uint8_t colour[4];
+};
+
+uint32_t packNormal(const float* n)
+{
+    uint32_t packed = 0;
+    for (int i = 0; i < 3; ++i) {
+        const int value = int(std::lround(std::clamp(n[i], -1.0f, 1.0f) * 511));
+        packed |= (uint32_t(value) & 1023u) << (10 * i);
+    }
+    return packed;
+}
+
+uint8_t eightBits(float linear, bool linearToScreen)
+{
+    const float value = std::clamp(linear, 0.0f, 1.0f);
+    return uint8_t(std::lround(255 * (linearToScreen ? std::pow(value, 1 / 2.2f) : value)));
+}
+
+std::vector<Vertex> plainVertices(const Vs::BodyMesh& mesh)
+{
+    const size_t count = mesh.positions.size() / 3;
+    std::vector<Vertex> vertices(count);
+    const bool hasNormals = mesh.normals.size() == mesh.positions.size();
+    for (size_t i = 0; i < count; ++i) {
+        std::memcpy(vertices[i].position, &mesh.positions[3 * i], sizeof vertices[i].position);
+        vertices[i].normal = hasNormals ? packNormal(&mesh.normals[3 * i]) : 0;
+        std::memset(vertices[i].colour, 0, sizeof vertices[i].colour);
+    }
+    return vertices;
+}
+
+// Colours go with the vertices, so a vertex that faces of different colours share is doubled.
+void colourFaces(const Vs::BodyMesh& mesh, std::vector<Vertex>& vertices, std::vector<uint32_t>& triangles)
+{
+    constexpr int32_t kUnused = -2;
+    std::vector<int32_t> colourOf(vertices.size(), kUnused);
+    std::map<std::pair<uint32_t, int32_t>, uint32_t> doubles;
+    for (const Vs::BodyMesh::Face& face : mesh.faces) {
+        const int32_t colour =
+            face.colour >= 0 && size_t(face.colour) < mesh.colours.size() ? face.colour : -1;
+        const size_t end = std::min(triangles.size(), (size_t(face.firstTriangle) + face.triangleCount) * 3);
+        for (size_t i = size_t(face.firstTriangle) * 3; i < end; ++i) {
+            uint32_t vertex = triangles[i];
+            if (colourOf[vertex] != kUnused && colourOf[vertex] != colour) {
+                const auto [found, isNew] = doubles.try_emplace({vertex, colour}, uint32_t(vertices.size()));
+                if (isNew) {
+                    vertices.push_back(vertices[vertex]);
+                    colourOf.push_back(kUnused);
+                }
+                vertex = triangles[i] = found->second;
+            }
+            if (colourOf[vertex] != kUnused)
+                continue;
+            colourOf[vertex] = colour;
+            uint8_t(&target)[4] = vertices[vertex].colour;
+            std::memset(target, 0, sizeof target);
+            if (colour < 0)
+                continue;
+            const Vs::Colour& own = mesh.colours[size_t(colour)];
+            target[0] = eightBits(own.r, true);
+            target[1] = eightBits(own.g, true);
+            target[2] = eightBits(own.b, true);
+            target[3] = std::max<uint8_t>(1, eightBits(own.a, false)); // zero means none
+        }
+    }
+}
+
+std::vector<uint32_t> edgeSegments(const Vs::BodyMesh& mesh)
+{
+    std::vector<uint32_t> segments;
+    segments.reserve(mesh.edgePoints.size() / 3 * 2);
+    for (size_t i = 0; i + 1 < mesh.edgeStarts.size(); ++i)
+        for (uint32_t point = mesh.edgeStarts[i]; point + 1 < mesh.edgeStarts[i + 1]; ++point) {
+            segments.push_back(point);
+            segments.push_back(point + 1);
+        }
+    return segments;
+}
+
+template <class T>
+GLuint buffer(GLenum target, const std::vector<T>& content)
+{
+    GLuint name = 0;
+    glGenBuffers(1, &name);
+    glBindBuffer(target, name);
+    glBufferData(target, GLsizeiptr(content.size() * sizeof(T)), content.data(), GL_STATIC_DRAW);
+    return name;
+}
+
+void enableInstanceAttributes()
+{
+    for (GLuint attribute = kRow0; attribute <= kInstanceFlags; ++attribute) {
+        glEnableVertexAttribArray(attribute);
+        glVertexAttribDivisor(attribute, 1);
+    }
+}
+
+} // namespace
+
+const GlMesh& MeshStore::get(const std::shared_ptr<const Vs::BodyMesh>& mesh, uint64_t& uploads)
+{
+    GlMesh& entry = m_meshes[mesh.get()];
+    if (entry.faceArray && !entry.source.expired())
+        return entry;
+    // A new mesh may stand where a freed one stood.
+    free(entry);
+    upload(entry, *mesh);
+    entry.source = mesh;
+    ++uploads;
+    return entry;
+}
+
+void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
+{
+    std::vector<Vertex> vertices = plainVertices(mesh);
+    std::vector<uint32_t> triangles = mesh.triangles;
+    if (!mesh.colours.empty())
+        colourFaces(mesh, vertices, triangles);
+    glGenVertexArrays(1, &target.faceArray);
+    glBindVertexArray(target.faceArray);
+    target.vertices = buffer(GL_ARRAY_BUFFER, vertices);
+    const auto at = [](size_t offset) { return reinterpret_cast<const void*>(offset); };
+    glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex), at(offsetof(Vertex, position)));
+    glVertexAttribPointer(kNormal, 4, GL_INT_2_10_10_10_REV, GL_TRUE, sizeof(Vertex),
+                          at(offsetof(Vertex, normal)));
+    glVertexAttribPointer(kFaceColour, 4, GL_UNSIGNED_BYTE, GL_TRUE, sizeof(Vertex),
+                          at(offsetof(Vertex, colour)));
+    for (GLuint attribute : {kPosition, kNormal, kFaceColour})
+        glEnableVertexAttribArray(attribute);
+    enableInstanceAttributes();
+    target.indices = buffer(GL_ELEMENT_ARRAY_BUFFER, triangles);
+    target.indexCount = GLsizei(triangles.size());
+
+    const std::vector<uint32_t> segments = edgeSegments(mesh);
+    target.edgeIndexCount = GLsizei(segments.size());
+    if (segments.empty())
+        return;
+    glGenVertexArrays(1, &target.edgeArray);
+    glBindVertexArray(target.edgeArray);
+    target.edgeVertices = buffer(GL_ARRAY_BUFFER, mesh.edgePoints);
+    glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, 0, nullptr);
+    glEnableVertexAttribArray(kPosition);
+    enableInstanceAttributes();
+    target.edgeIndices = buffer(GL_ELEMENT_ARRAY_BUFFER, segments);
+}
+
+void MeshStore::free(GlMesh& mesh)
+{
+    // Name 0 is ignored by all of these.
+    const GLuint arrays[] = {mesh.faceArray, mesh.edgeArray};
+    const GLuint buffers[] = {mesh.vertices, mesh.edgeVertices, mesh.indices, mesh.edgeIndices};
+    if (mesh.faceArray) {
+        glDeleteVertexArrays(2, arrays);
+        glDeleteBuffers(4, buffers);
+    }
+    mesh = GlMesh();
+}
+
+void MeshStore::collect()
+{
+    for (auto entry = m_meshes.begin(); entry != m_meshes.end();) {
+        if (entry->second.source.expired()) {
+            free(entry->second);
+            entry = m_meshes.erase(entry);
+        } else {
+            ++entry;
+        }
+    }
+}
+
+void MeshStore::release()
+{
+    for (auto& [mesh, entry] : m_meshes)
+        free(entry);
+    m_meshes.clear();
+}
+
+} // namespace Rendra

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Server/Body/BodyMesh.h"
+
+#include <epoxy/gl.h>
+#include <memory>
+#include <unordered_map>
+
+namespace Rendra {
+
+/// Places of the vertex attributes; the shaders name the same numbers.
+enum Attribute : GLuint {
+    kPosition,
+    kNormal,
+    kFaceColour,
+    kRow0,
+    kRow1,
+    kRow2,
+    kInstanceColour,
+    kInstanceFlags,
+};
+
+/// A mesh as the graphics unit has it.
+struct GlMesh
+{
+    GLuint faceArray = 0, edgeArray = 0; ///< Vertex arrays; the attributes of instances are set at each draw.
+    GLuint vertices = 0, edgeVertices = 0, indices = 0, edgeIndices = 0;
+    GLsizei indexCount = 0, edgeIndexCount = 0;
+    std::weak_ptr<const Vs::BodyMesh> source;
+};
+
+/// Meshes that were sent to the graphics unit, each one once.
+class MeshStore
+{
+public:
+    /// Sends the mesh at the first call; counts in `uploads`.
+    const GlMesh& get(const std::shared_ptr<const Vs::BodyMesh>& mesh, uint64_t& uploads);
+    /// Frees what belongs to meshes that are gone.
+    void collect();
+    void release();
+    void abandon() { m_meshes.clear(); }
+
+private:
+    void upload(GlMesh& target, const Vs::BodyMesh& mesh);
+    static void free(GlMesh& mesh);
+
+    std::unordered_map<const Vs::BodyMesh*, GlMesh> m_meshes;
+};
+
+} // namespace Rendra

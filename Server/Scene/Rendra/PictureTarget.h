@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+
+namespace Rendra {
+
+/// A framebuffer to draw a tile of a picture into, and the way from there to pixels in memory.
+class PictureTarget
+{
+public:
+    /// `scale` is 1, or 2 for a framebuffer of twice the width and height. Makes what is missing; false if
+    /// the driver cannot make it.
+    bool prepare(int width, int height, int scale, int samples);
+    uint32_t framebuffer() const { return m_drawn; }
+
+    /// Averages samples and, with a scale of 2, pixels, and writes RGBA rows, the lowest one first, to
+    /// `pixels`; `stride` is the length of a row there in pixels.
+    void read(int width, int height, uint8_t* pixels, int stride);
+
+    void release();
+    /// The number of samples that framebuffers can have, no more than `wanted`.
+    static int samplesOffered(int wanted);
+
+private:
+    struct Surface
+    {
+        uint32_t framebuffer = 0, colour = 0, depth = 0;
+        bool make(int width, int height, int samples, bool withDepth);
+        void release();
+    };
+    bool makeAll();
+
+    Surface m_target, m_resolved, m_small;
+    uint32_t m_drawn = 0;
+    int m_width = 0, m_height = 0, m_scale = 0, m_samples = 0;
+};
+
+} // namespace Rendra

@@ -1,0 +1,64 @@
+#include "Server/Scene/Rendra/Program.h"
+
+#include "Server/Base/Strings.h"
+
+#include <string>
+
+namespace Rendra {
+
+namespace {
+
+GLuint compile(GLenum kind, const char* text, std::string& message)
+{
+    const GLuint shader = glCreateShader(kind);
+    glShaderSource(shader, 1, &text, nullptr);
+    glCompileShader(shader);
+    GLint works = GL_FALSE;
+    glGetShaderiv(shader, GL_COMPILE_STATUS, &works);
+    if (works)
+        return shader;
+    char log[1024] = "";
+    glGetShaderInfoLog(shader, sizeof log, nullptr, log);
+    message = log;
+    glDeleteShader(shader);
+    return 0;
+}
+
+} // namespace
+
+bool Program::make(const char* name, const char* vertex, const char* fragment, Vs::Status& status)
+{
+    std::string message;
+    const GLuint vertexShader = compile(GL_VERTEX_SHADER, vertex, message);
+    const GLuint fragmentShader = vertexShader ? compile(GL_FRAGMENT_SHADER, fragment, message) : 0;
+    if (fragmentShader) {
+        m_program = glCreateProgram();
+        glAttachShader(m_program, vertexShader);
+        glAttachShader(m_program, fragmentShader);
+        glLinkProgram(m_program);
+        GLint works = GL_FALSE;
+        glGetProgramiv(m_program, GL_LINK_STATUS, &works);
+        if (!works) {
+            char log[1024] = "";
+            glGetProgramInfoLog(m_program, sizeof log, nullptr, log);
+            message = log;
+            release();
+        }
+    }
+    glDeleteShader(vertexShader);
+    glDeleteShader(fragmentShader);
+    if (m_program)
+        return true;
+    status.addError(L"The graphics driver refuses the " +
+                    Vs::Strings::widen(std::string(name) + " program: " + message));
+    return false;
+}
+
+void Program::release()
+{
+    if (m_program)
+        glDeleteProgram(m_program);
+    m_program = 0;
+}
+
+} // namespace Rendra

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+
+#include <epoxy/gl.h>
+
+namespace Rendra {
+
+/// A linked pair of shaders. Freed by `release`, with the context current.
+class Program
+{
+public:
+    /// False, with the compiler's message in the status, if it cannot be made.
+    bool make(const char* name, const char* vertex, const char* fragment, Vs::Status& status);
+    void release();
+    void abandon() { m_program = 0; }
+
+    void use() const { glUseProgram(m_program); }
+    /// -1 where the compiler left the uniform out; setting that does nothing.
+    GLint uniform(const char* name) const { return glGetUniformLocation(m_program, name); }
+
+private:
+    GLuint m_program = 0;
+};
+
+} // namespace Rendra

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Server/Body/BodyMesh.h"
+
+#include <memory>
+
+/// Meshes of simple bodies, made by hand, for tests of what draws them.
+namespace Shapes {
+
+using MeshPtr = std::shared_ptr<const Vs::BodyMesh>;
+
+/// A box with its low corner at the origin, six faces and twelve edges. Faces in the order -x, +x, -y, +y,
+/// -z, +z; `topColour`, if given, is the colour of +z.
+MeshPtr box(double x, double y, double z, const Vs::Colour* topColour = nullptr);
+
+/// A ball around the origin; no edges.
+MeshPtr ball(double radius, int rings = 32);
+
+/// A cylinder along z around the origin, standing on z = 0.
+MeshPtr cylinder(double radius, double height, int sides = 48);
+
+/// A ring along z around the origin; no edges.
+MeshPtr torus(double radius, double thickness, int sides = 64);
+
+} // namespace Shapes
