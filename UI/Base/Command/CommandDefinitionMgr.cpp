@@ -96,12 +96,10 @@ std::vector<std::wstring> CommandDefinitionMgr::similarIds(std::wstring_view id,
 
 void CommandDefinitionMgr::validate() const
 {
+    // The class of a definition can be asked for only now that it is whole.
     std::string message;
     for (const auto& [definition, fault] : index().faults)
-        message += (message.empty() ? "" : "\n") + fault;
-    // The class of a definition is known only now that it is whole.
-    for (const auto& [definition, fault] : index().faults)
-        message += std::string(" (class ") + definition->getInterfaceId()->text() + ")";
+        message += (message.empty() ? "" : "\n") + fault + " (" + definition->getInterfaceId()->text() + ").";
     if (!message.empty())
         throw std::logic_error(message);
 }

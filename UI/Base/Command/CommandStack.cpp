@@ -177,39 +177,57 @@ CommandBase* CommandStack::create(CommandDefinition* definition, const CommandCo
     return command;
 }
 
-void CommandStack::makeRoomFor(CommandBase* command, bool stays)
+std::vector<CommandBase*> CommandStack::leavingFor(CommandBase* command) const
 {
     const EStackingBehavior behavior = command->onStackingBehavior();
+    auto first = m_commands.begin();
+    if (behavior == EStackingBehavior::OverCategory) {
+        first = std::find_if(m_commands.begin(), m_commands.end(), [&](const CommandBase* running) {
+            return running->m_category == command->m_category &&
+                   running->m_state != CommandBase::State::Ending;
+        });
+    } else if (behavior == EStackingBehavior::ByType && command->onCommandType() == ECommandType::Nested) {
+        first = m_commands.end();
+        while (first != m_commands.begin() && !(*(first - 1))->canCommandRunAsNested(command))
+            --first;
+    }
+    return {first, m_commands.end()};
+}
+
+void CommandStack::makeRoomFor(CommandBase* command, bool stays)
+{
+    if (command->onStackingBehavior() == EStackingBehavior::OverCategory)
+        command->m_category = command->onStackingCategory();
+    if (m_commands.empty())
+        return;
+    Vs::Status problems;
     {
         MakingRoom making(*this);
-        // The commands that go, as they are now: what their own ends start stays.
-        std::vector<CommandBase*> leaving;
-        if (behavior == EStackingBehavior::OverCategory) {
-            command->m_category = command->onStackingCategory();
-            const auto same =
-                std::find_if(m_commands.begin(), m_commands.end(), [&](const CommandBase* running) {
-                    return running->m_category == command->m_category;
-                });
-            leaving.assign(same, m_commands.end());
-        } else if (behavior == EStackingBehavior::OverNothing ||
-                   command->onCommandType() != ECommandType::Nested) {
-            leaving = m_commands;
-        } else {
-            auto keeps = m_commands.end();
-            while (keeps != m_commands.begin() && !(*(keeps - 1))->canCommandRunAsNested(command))
-                --keeps;
-            leaving.assign(keeps, m_commands.end());
+        endAll(leavingFor(command), ETerminationReason::Cancel, problems);
+        // A command may start others as it goes or is put to sleep. They stay, beneath the new one, as long
+        // as the rules hold; one that never stops doing so must not stop the program.
+        constexpr int kPatience = 16;
+        for (int i = 0; i < kPatience; ++i) {
+            if (stays && !m_commands.empty() && m_commands.back()->isActive())
+                suspend(m_commands.back());
+            const std::vector<CommandBase*> same =
+                command->m_category ? leavingFor(command) : std::vector<CommandBase*>();
+            if (same.empty() && !(stays && !m_commands.empty() && m_commands.back()->isActive()))
+                break;
+            endAll(same, ETerminationReason::Cancel, problems);
         }
-        Vs::Status problems;
-        for (auto each = leaving.rbegin(); each != leaving.rend(); ++each)
-            if (std::find(m_commands.begin(), m_commands.end(), *each) != m_commands.end())
-                end(*each, ETerminationReason::Cancel, problems);
-        if (stays && !m_commands.empty())
-            suspend(m_commands.back());
-        m_alerts.addAlerts(problems);
     }
+    m_alerts.addAlerts(problems);
     if (!stays)
         resumeTop();
+}
+
+void CommandStack::endAll(const std::vector<CommandBase*>& leaving, ETerminationReason reason,
+                          Vs::Status& status)
+{
+    for (auto each = leaving.rbegin(); each != leaving.rend(); ++each)
+        if (std::find(m_commands.begin(), m_commands.end(), *each) != m_commands.end())
+            end(*each, reason, status);
 }
 
 void CommandStack::execute(SimpleCommand* command, Vs::Status& status)
@@ -241,8 +259,11 @@ void CommandStack::begin(CommandBase* command, Vs::Status& status)
     });
     if (!came)
         end(command, ETerminationReason::Cancel, status);
-    else if (command->m_state == CommandBase::State::Begun)
+    else if (command->m_state == CommandBase::State::Begun && m_commands.back() == command)
         activate(command, status);
+    else if (command->m_state == CommandBase::State::Begun)
+        command->m_state =
+            CommandBase::State::Suspended; // It started another one over itself: its turn comes later.
     CommandEventSource::get()->fireCommandAvailabilitiesChanged();
 }
 
@@ -347,10 +368,7 @@ void CommandStack::terminateAll(ETerminationReason reason)
     UnderWay underWay(*this);
     MakingRoom making(*this);
     Vs::Status problems;
-    const std::vector<CommandBase*> leaving = m_commands;
-    for (auto each = leaving.rbegin(); each != leaving.rend(); ++each)
-        if (std::find(m_commands.begin(), m_commands.end(), *each) != m_commands.end())
-            end(*each, reason, problems);
+    endAll(std::vector<CommandBase*>(m_commands), reason, problems);
     m_alerts.addAlerts(problems);
 }
 

@@ -58,6 +58,8 @@ private:
     ~CommandStack();
     CommandBase* create(CommandDefinition* definition, const CommandContext& context, Vs::Status& status);
     void makeRoomFor(CommandBase* command, bool stays);
+    std::vector<CommandBase*> leavingFor(CommandBase* command) const;
+    void endAll(const std::vector<CommandBase*>& leaving, ETerminationReason reason, Vs::Status& status);
     void execute(SimpleCommand* command, Vs::Status& status);
     void begin(CommandBase* command, Vs::Status& status);
     void activate(CommandBase* command, Vs::Status& status);
