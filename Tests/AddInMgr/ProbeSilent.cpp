@@ -1,0 +1,5 @@
+// A library without the export that makes it an add-in.
+extern "C" int probeSilent()
+{
+    return 0;
+}

@@ -1,0 +1,160 @@
+#include "Server/Base/OptionGroup.h"
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/Task.h"
+#include "Server/Base/Warning.h"
+#include "Tests/Support/Process.h"
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+
+#include <gtest/gtest.h>
+#include <optional>
+
+namespace {
+
+namespace fs = boost::filesystem;
+
+class ProbeOptions : public Vs::Implements<ProbeOptions, Vs::OptionGroup>
+{
+public:
+    ProbeOptions() : Implements("Probe") {}
+    Vs::Option<bool> flag{*this, "flag", true};
+    Vs::Option<int> count{*this, "count", 7};
+    Vs::Option<double> size{*this, "size", 0.5};
+    Vs::Option<std::wstring> text{*this, "text", L"default"};
+    Vs::Option<std::vector<std::wstring>> list{*this, "list", {}};
+};
+
+class OptionsTest : public testing::Test
+{
+protected:
+    OptionsTest() { Vs::PathInfo::profileDirectory(folder.path()); }
+    ~OptionsTest() override
+    {
+        Vs::OptionGroup::saveLater(nullptr);
+        Vs::warningHandler({});
+    }
+    fs::path file() const { return Vs::PathInfo::optionsDirectory() / "Probe.ini"; }
+    std::string content() const
+    {
+        fs::ifstream stream(file(), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    }
+
+    TestSupport::ScratchFolder folder;
+};
+
+TEST_F(OptionsTest, KeepWhateverWasSetForTheNextRun)
+{
+    const std::wstring odd = L"say \"hi\"\\\nnext = #ünï \U0001F600";
+    {
+        ProbeOptions options;
+        EXPECT_TRUE(options.flag());
+        options.flag(false);
+        options.count(-12);
+        options.size(1.0 / 3);
+        options.text(odd);
+        options.list({L"a b", L"", odd});
+    }
+    ProbeOptions again;
+    EXPECT_FALSE(again.flag());
+    EXPECT_EQ(again.count(), -12);
+    EXPECT_EQ(again.size(), 1.0 / 3);
+    EXPECT_EQ(again.text(), odd);
+    EXPECT_EQ(again.list(), (std::vector<std::wstring>{L"a b", L"", odd}));
+    again.reset();
+    EXPECT_EQ(again.count(), 7);
+    EXPECT_EQ(ProbeOptions().count(), 7);
+}
+
+TEST_F(OptionsTest, ThatKeepTheirDefaultsWriteNoFile)
+{
+    ProbeOptions options;
+    options.flag(true);
+    options.count(7);
+    options.save();
+    EXPECT_FALSE(fs::exists(file()));
+}
+
+TEST_F(OptionsTest, TellTheirSitesOfRealChangesOnly)
+{
+    struct Site : Vs::OptionEventSite
+    {
+        std::string log;
+        void optionChanged(Vs::OptionEvent* event) override { log += event->name() + ' '; }
+    } site;
+    ProbeOptions options;
+    options.subscribe(&site);
+    options.count(7);
+    options.count(8);
+    options.count(8);
+    options.text(L"x");
+    options.reset();
+    options.unsubscribe(&site);
+    EXPECT_EQ(site.log, "count text count text ");
+}
+
+TEST_F(OptionsTest, AreDefaultsWithOneWarningWhenTheFileIsBroken)
+{
+    std::vector<std::wstring> warnings;
+    Vs::warningHandler([&](const std::wstring& text) { warnings.push_back(text); });
+    for (const std::string& broken : {std::string("count = 3\nnonsense\n"), std::string("text = \"open\n"),
+                                      std::string("\0\1\2\xff\xfe", 5), std::string("= 3\n")}) {
+        fs::ofstream(file(), std::ios::binary) << broken;
+        warnings.clear();
+        ProbeOptions options;
+        EXPECT_EQ(options.count(), 7);
+        EXPECT_EQ(options.text(), L"default");
+        ASSERT_EQ(warnings.size(), 1u);
+        EXPECT_NE(warnings[0].find(L"Probe.ini"), std::wstring::npos);
+    }
+    // What a person wrote by hand isn't lost when the next option is set.
+    ProbeOptions options;
+    options.count(9);
+    EXPECT_TRUE(fs::exists(file().string() + ".broken"));
+    EXPECT_EQ(ProbeOptions().count(), 9);
+}
+
+TEST_F(OptionsTest, OfAnotherTypeThanAskedForAreTheDefaultAndOfNoUseAreKept)
+{
+    fs::ofstream(file())
+        << "# by hand\n\n  count = many \nsize=nan\nflag = 1\ntext = \"a\" \"b\"\nfuture = 5\r\n";
+    ProbeOptions options;
+    EXPECT_EQ(options.count(), 7);
+    EXPECT_EQ(options.size(), 0.5);
+    EXPECT_TRUE(options.flag());
+    EXPECT_EQ(options.text(), L"default");
+    options.count(1);
+    EXPECT_NE(content().find("future = 5"), std::string::npos);
+}
+
+TEST_F(OptionsTest, AreWrittenOnceForManyChangesWhereAQueueIsThere)
+{
+    Vs::Tasks tasks;
+    Vs::OptionGroup::saveLater(&tasks);
+    {
+        ProbeOptions options;
+        options.count(1);
+        options.count(2);
+        EXPECT_EQ(tasks.size(), 1u);
+        EXPECT_FALSE(fs::exists(file()));
+        tasks.flush();
+        EXPECT_NE(content().find("count = 2"), std::string::npos);
+        options.count(3);
+    }
+    EXPECT_NE(content().find("count = 3"), std::string::npos);
+    tasks.flush(); // The queued write finds its group gone.
+}
+
+TEST_F(OptionsTest, ThatCannotBeWrittenStayInForceAndWarn)
+{
+    std::vector<std::wstring> warnings;
+    Vs::warningHandler([&](const std::wstring& text) { warnings.push_back(text); });
+    fs::create_directories(file().string() + ".new/in the way");
+    ProbeOptions options;
+    options.count(4);
+    EXPECT_EQ(options.count(), 4);
+    EXPECT_EQ(warnings.size(), 1u);
+}
+
+} // namespace

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Server/Base/TextCommandMgr.h"
+#include "Tests/Support/Process.h"
+
+#include <functional>
+
+/// An area for the time of one test.
+class ProbeArea : public Vs::PythonEntry<ProbeArea, Vs::TextCommandSubjectArea>
+{
+public:
+    ProbeArea(std::wstring name, bool forTranscripts)
+        : PythonEntry(std::move(name), L"Commands of a test", forTranscripts)
+    {
+    }
+};
+
+/// A command that answers with what it got, as "[first][second]/Flag", after an action if it has one.
+class ProbeCommand : public Vs::TextCommand
+{
+public:
+    ProbeCommand(std::wstring area, std::wstring name, std::wstring help, std::string format = "")
+        : TextCommand(std::move(area), std::move(name), std::move(help), std::move(format), false, true)
+    {
+    }
+
+    Vs::TextCommandResult execute(const Vs::TextCommandParameters& parameters) override
+    {
+        ++calls;
+        if (action)
+            action();
+        std::wstring answer;
+        for (unsigned i = 0; i < parameters.parameters(); ++i)
+            answer += L'[' + parameters[i] + L']';
+        for (const std::wstring& flag : parameters.flags())
+            answer += L'/' + flag;
+        return {status, answer};
+    }
+    Vs::PythonFunction pythonEntry() override { return nullptr; }
+
+    int calls = 0;
+    unsigned status = 0;
+    std::function<void()> action;
+};
+
+class RecordingOutput : public Vs::TextOutput
+{
+public:
+    void message(const std::wstring& line) override { text += line + L'\n'; }
+    void error(const std::wstring& line) override { text += L"error: " + line + L'\n'; }
+
+    std::wstring text;
+};

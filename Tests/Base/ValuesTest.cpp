@@ -1,0 +1,88 @@
+#include "Server/Base/SerializableObject.h"
+#include "Server/Base/Status.h"
+#include "Server/Base/Strings.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+using Vs::SerializableObjectFactory;
+
+template <class T>
+T backAndForth(const T& value)
+{
+    const Vs::ValueObject<T> object(value);
+    auto* factory = SerializableObjectFactory::findFactory(object.factoryName());
+    auto* again =
+        factory ? Vs::cast<Vs::ValueObject<T>>(factory->deserialize(object.serialize(), true)) : nullptr;
+    return again ? again->value() : T();
+}
+
+TEST(ValuesTest, ReadBackExactlyFromTheirText)
+{
+    for (const double value : {0.0, -0.1, 1.0 / 3, 1e300, 5e-324, std::numeric_limits<double>::max()})
+        EXPECT_EQ(backAndForth(value), value);
+    for (const int value : {0, -1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
+        EXPECT_EQ(backAndForth(value), value);
+    EXPECT_EQ(backAndForth(std::wstring(L" a\"b ")), L" a\"b ");
+    for (const wchar_t* wrong : {L"", L"1x", L" 1", L"99999999999"})
+        EXPECT_EQ(
+            SerializableObjectFactory::findFactory("IntSerializableObjectFactory")->deserialize(wrong, true),
+            nullptr);
+}
+
+TEST(ValuesTest, OfIdentifiersAreOneObjectEach)
+{
+    auto* factory = SerializableObjectFactory::findFactory("UniqueStringSerializableObjectFactory");
+    ASSERT_NE(factory, nullptr);
+    EXPECT_EQ(factory->deserialize(L"ValuesTest.unheard", false), nullptr);
+    EXPECT_EQ(factory->deserialize(L"", true), nullptr);
+    Vs::SerializableObject* object = factory->deserialize(L"ValuesTest.größe", true);
+    EXPECT_EQ(object, factory->deserialize(L"ValuesTest.größe", false));
+    auto* identifier = Vs::cast<Vs::UniqueStringObject>(object);
+    ASSERT_NE(identifier, nullptr);
+    EXPECT_EQ(identifier->serialize(), L"ValuesTest.größe");
+    EXPECT_EQ(identifier->value(), Vs::UniqueString::find("ValuesTest.größe", false));
+    EXPECT_EQ(Vs::cast<Vs::IntObject>(object), nullptr);
+}
+
+TEST(ValuesTest, AreServedByTheFactoryOfTheirNameWhileItLives)
+{
+    class Own : public SerializableObjectFactory
+    {
+    public:
+        Own() : SerializableObjectFactory("ValuesTestFactory") {}
+        Vs::SerializableObject* deserialize(const std::wstring&, bool) override { return nullptr; }
+    };
+    {
+        Own own;
+        EXPECT_EQ(SerializableObjectFactory::findFactory("ValuesTestFactory"), &own);
+    }
+    EXPECT_EQ(SerializableObjectFactory::findFactory("ValuesTestFactory"), nullptr);
+}
+
+TEST(StringsTest, MakeReplacementsOfWhatIsNoUtf8)
+{
+    EXPECT_EQ(Vs::Strings::widen("a\xC3\xA4\xF0\x9F\x98\x80"), L"aä\U0001F600");
+    EXPECT_EQ(Vs::Strings::widen("\xC0\x80|\xED\xA0\x80|\xF5"), L"\xFFFD\xFFFD|\xFFFD\xFFFD\xFFFD|\xFFFD");
+    EXPECT_EQ(Vs::Strings::narrow(std::wstring(1, static_cast<wchar_t>(0xD800))), "\xEF\xBF\xBD");
+}
+
+TEST(StatusTest, KeepsErrorsBeforeWarnings)
+{
+    Vs::Status status;
+    status.addWarning(L"careful");
+    EXPECT_TRUE(status.isOk());
+    EXPECT_EQ(status.toString(), L"careful");
+    Vs::Status other;
+    other.addError(L"broken");
+    other.reported(true);
+    status.merge(other);
+    EXPECT_EQ(status.toString(), L"broken");
+    EXPECT_TRUE(status.reported() && status.matchingError("brok") && !status.matchingError("careful"));
+    status.clear();
+    EXPECT_TRUE(status.isOk() && status.toString().empty() && !status.reported());
+}
+
+} // namespace

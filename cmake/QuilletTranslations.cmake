@@ -1,0 +1,28 @@
+# How translated texts come into the running tree: compiled, into the folder of their language.
+
+# quillet_translations(DOMAIN po-files... [DESTINATION folder]): compiles each <language>/DOMAIN.po to
+# <destination>/<language>/LC_MESSAGES/DOMAIN.mo, as part of the default build. The destination is
+# Localization in the running tree unless another is given. A file with mistakes stops the build.
+function(quillet_translations domain)
+    cmake_parse_arguments(ARG "" "DESTINATION" "" ${ARGN})
+    if(NOT ARG_DESTINATION)
+        set(ARG_DESTINATION ${QUILLET_ROOT}/Localization)
+    endif()
+    set(compiled "")
+    foreach(item ${ARG_UNPARSED_ARGUMENTS})
+        get_filename_component(source ${item} ABSOLUTE)
+        get_filename_component(folder ${source} DIRECTORY)
+        get_filename_component(language ${folder} NAME)
+        set(output ${ARG_DESTINATION}/${language}/LC_MESSAGES/${domain}.mo)
+        get_filename_component(output_folder ${output} DIRECTORY)
+        add_custom_command(
+            OUTPUT ${output}
+            COMMAND ${CMAKE_COMMAND} -E make_directory ${output_folder}
+            COMMAND ${GETTEXT_MSGFMT_EXECUTABLE} --check -o ${output} ${source}
+            DEPENDS ${source}
+            COMMENT "Compiling the texts of ${domain} in ${language}"
+            VERBATIM)
+        list(APPEND compiled ${output})
+    endforeach()
+    add_custom_target(translations_${domain} ALL DEPENDS ${compiled})
+endfunction()
