@@ -1,3 +1,6 @@
+#include "Server/Base/StringTable.h"
+#include "UI/Commands/Resources.h"
+
 #include <algorithm>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -74,4 +77,15 @@ TEST(GermanTexts, KeepThePlaceholdersAndTheFiltersOfFileDialogs)
                 << entry.key;
         }
     }
+}
+
+TEST(GermanTexts, AreShownOnceTheLanguageIsSwitchedWhileTheIconsStay)
+{
+    const std::wstring icon = Vu::Commands::Resources::Fit()->fileForSize(24);
+    Vs::StringTable::language("de");
+    EXPECT_EQ(Vs::StringTable::getLocalizedString(L"VuCommands", "CancelCommand", "Cancel"), L"Abbrechen");
+    EXPECT_EQ(Vs::StringTable::getLocalizedString(L"VuDesign", "BoxCommand", "Box"), L"Quader");
+    EXPECT_EQ(Vu::Commands::Resources::Fit()->fileForSize(24), icon);
+    Vs::StringTable::language("en");
+    EXPECT_EQ(Vs::StringTable::getLocalizedString(L"VuCommands", "CancelCommand", "Cancel"), L"Cancel");
 }

@@ -15,6 +15,7 @@ LITERALS = r'((?:"(?:[^"\\]|\\.)*"\s*)+)'
 CALL = re.compile(r'\b(?:localized|localizedFormat|text|getLocalizedString)\(\s*(?:(?:L"\w+"|kDomain),\s*)?"(\w+)",\s*' + LITERALS)
 ROW = re.compile(r'\.key = L"(\w+)",\s*\.title = ' + LITERALS + r'(?:,\s*\.titleKey = "(\w+)")?')
 TOOLTIP = re.compile(r'\.tooltip = ' + LITERALS + r',\s*\.tooltipKey = "(\w+)"')
+TITLED = re.compile(r"<\w+\s[^>]*\btitleKey=[^>]*>")
 ENTRY = re.compile(r'^msgctxt "(\w+)"\nmsgid ' + LITERALS + r'msgstr ' + LITERALS, re.MULTILINE)
 
 
@@ -32,6 +33,10 @@ def texts_of(folder):
             texts[title_key or key] = joined(literals)
         for literals, key in TOOLTIP.findall(source):
             texts[key] = joined(literals)
+    for path in sorted(folder.rglob("*.xml")):
+        for element in TITLED.findall(path.read_text()):
+            attributes = dict(re.findall(r'(\w+)="([^"]*)"', element))
+            texts[attributes["titleKey"]] = attributes.get("title", "")
     return {key: text for key, text in texts.items() if text}
 
 
