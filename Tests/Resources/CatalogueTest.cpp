@@ -118,6 +118,7 @@ TEST(Catalogue, HasTheSinglePictures)
 
 TEST(Catalogue, HasAStyleSheetThatTheToolkitAccepts)
 {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     int argc = 1;
     char name[] = "test";
     char* argv[] = {name, nullptr};
