@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Object.h"
 #include "Server/Base/Status.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/Info.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
-#include "UI/Base/Command/InputControlHandler.h"
+#include "UI/Base/Command/Info.h"
 
 #include <functional>
 #include <string>

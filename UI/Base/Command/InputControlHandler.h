@@ -1,6 +1,8 @@
 #pragma once
 
-#include "Server/Base/Object.h"
+namespace Vs {
+class UniqueString;
+}
 
 namespace Vu {
 
@@ -9,10 +11,16 @@ class MenuItem;
 class ToolTipInfo;
 
 /// Who stands behind a control: told of what the user does with it.
-class IInputControlHandler : public Vs::Interface
+class IInputControlHandler
 {
 public:
+    virtual ~IInputControlHandler() = default;
     static const Vs::UniqueString* interfaceId();
+
+    /// What stands behind the handler, asked as any Vs::Interface is; a class that is a Vs::Object as well
+    /// answers both with one function.
+    virtual const Vs::UniqueString* getInterfaceId() const = 0;
+    virtual void* queryInterface(const Vs::UniqueString* key) const = 0;
 
     virtual void onValueChanged() {}
     virtual void onHoverStart() {}
