@@ -1,0 +1,181 @@
+// The subject area "Commands": runs any definition by its key, so that those without a text command of their
+// own can be reached from a line as well.
+
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommand.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/CommandMgr.h"
+
+#include <charconv>
+
+namespace Vu {
+
+namespace {
+
+using Vs::TextCommandParameters;
+using Vs::TextCommandResult;
+
+constexpr const wchar_t* kArea = L"Commands";
+
+class CommandsArea : public Vs::PythonEntry<CommandsArea, Vs::TextCommandSubjectArea>
+{
+public:
+    CommandsArea()
+        : PythonEntry(kArea, L"Commands that run any command of the program by its identifier", false)
+    {
+    }
+};
+
+/// Reads the whole of `text`; a number written otherwise than it would be written back is left as text,
+/// because the digits may be a name.
+template <class Number>
+bool reads(const std::string& text, Number& number)
+{
+    const char* last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, number);
+    if (error != std::errc() || end != last)
+        return false;
+    char again[64];
+    return text == std::string_view(again, std::to_chars(again, again + sizeof again, number).ptr - again);
+}
+
+void addGuessed(CommandContext& context, const Vs::UniqueString* key, const std::wstring& value)
+{
+    const std::string narrow = Vs::Strings::narrow(value);
+    int integer = 0;
+    double real = 0.0;
+    if (reads(narrow, integer))
+        context.addArgument(key, integer);
+    else if (reads(narrow, real))
+        context.addArgument(key, real);
+    else
+        context.addArgument(key, value);
+}
+
+TextCommandResult answer(const Vs::Status& status)
+{
+    return {status.isOk() ? 0u : 1u, status.toString()};
+}
+
+/// The command that a person would say is running: of the active asset, else of the program as a whole.
+CommandBase* runningCommand()
+{
+    if (CommandBase* active = CommandBase::getActiveCommand())
+        return active;
+    return CommandMgr::get()->activeCommand();
+}
+
+class TextCmdCommandsStart : public Vs::PythonEntry<TextCmdCommandsStart, Vs::TextCommand>
+{
+public:
+    TextCmdCommandsStart()
+        : PythonEntry(
+              kArea, L"Start",
+              L"<id> [<argument>=<value> ...] Runs the command with the identifier and the arguments; the "
+              L"argument of a file is called Path.",
+              "", true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        if (parameters.parameters() == 0)
+            return {1, L"No command identifier specified as parameter; see Commands.List"};
+        CommandContext context = CommandContext::activeContext();
+        context.accessPoint(ECommandAccessPoint::TextLine);
+        for (unsigned i = 1; i < parameters.parameters(); ++i) {
+            const std::wstring& parameter = parameters[i];
+            const size_t sign = parameter.find(L'=');
+            if (sign == std::wstring::npos || sign == 0)
+                return {1, L"Parameter " + std::to_wstring(i + 1) +
+                               L" is not of the form <argument>=<value>: " + parameter};
+            const Vs::UniqueString* key =
+                Vs::UniqueString::find(Vs::Strings::narrow(parameter.substr(0, sign)));
+            addGuessed(context, key, parameter.substr(sign + 1));
+        }
+        if (CommandDefinition* definition =
+                CommandDefinitionMgr::get()->findCommandDefinitionById(parameters[0]))
+            return answer(definition->executeCommand(context));
+        return answer(CommandMgr::get()->executeCommand(parameters[0], context));
+    }
+};
+
+class TextCmdCommandsCommit : public Vs::PythonEntry<TextCmdCommandsCommit, Vs::TextCommand>
+{
+public:
+    TextCmdCommandsCommit() : PythonEntry(kArea, L"Commit", L"Commits the running command.", "", true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters&) override
+    {
+        CommandBase* command = runningCommand();
+        if (!command)
+            return {1, L"No command is running."};
+        if (command->commandInputSet() && !command->areInputsValidForCommit() &&
+            command->getPossibleMidCommandUndoContext() != EMidCommandUndoRedoContext::Step)
+            return {1, L"The running command can't be committed: " + reason(*command)};
+        command->destroy(ETerminationReason::Commit);
+        return {0, {}};
+    }
+
+private:
+    static std::wstring reason(CommandBase& command)
+    {
+        for (const Alert& alert : command.commandManager()->GetAlertController()->alerts())
+            if (alert.blocking)
+                return alert.text;
+        for (const auto& input : command.commandInputSet()->inputs())
+            if (!input->valid())
+                return L"the value of \"" + input->info()->name() + L"\" is not valid.";
+        return L"its inputs are not valid.";
+    }
+};
+
+class TextCmdCommandsCancel : public Vs::PythonEntry<TextCmdCommandsCancel, Vs::TextCommand>
+{
+public:
+    TextCmdCommandsCancel() : PythonEntry(kArea, L"Cancel", L"Cancels the running command.", "", true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters&) override
+    {
+        CommandBase* command = runningCommand();
+        if (!command)
+            return {1, L"No command is running."};
+        command->destroy(ETerminationReason::Cancel);
+        return {0, {}};
+    }
+};
+
+class TextCmdCommandsList : public Vs::PythonEntry<TextCmdCommandsList, Vs::TextCommand>
+{
+public:
+    TextCmdCommandsList()
+        : PythonEntry(kArea, L"List", L"Lists the identifiers and titles of all commands.", "", true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters&) override
+    {
+        std::wstring list;
+        for (const CommandDefinition* definition : CommandDefinitionMgr::get()->commandDefinitions())
+            list += (list.empty() ? L"" : L"\n") + definition->id() + L"  " + definition->info()->name();
+        return {0, list};
+    }
+};
+
+const CommandsArea kCommandsArea;
+TextCmdCommandsStart kStart;
+TextCmdCommandsCommit kCommit;
+TextCmdCommandsCancel kCancel;
+TextCmdCommandsList kList;
+
+} // namespace
+
+} // namespace Vu
