@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QWidget>
+#include <QXmlStreamReader>
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -113,6 +114,21 @@ TEST(Catalogue, HasTheSinglePictures)
         const QImage picture = readPicture(pathOf(accessor()));
         EXPECT_GE(picture.width(), 16) << pathOf(accessor()).toStdString();
         EXPECT_EQ(picture.width(), picture.height()) << pathOf(accessor()).toStdString();
+    }
+}
+
+TEST(Catalogue, HasFilesThatAreWhatTheirNamesPromise)
+{
+    for (auto accessor : files()) {
+        const QString path = pathOf(accessor());
+        if (!path.endsWith(".xml"))
+            continue;
+        if (!QFile::exists(path))
+            GTEST_SKIP() << "not installed: " << path.toStdString();
+        QXmlStreamReader xml(contentOf(accessor()));
+        while (!xml.atEnd())
+            xml.readNext();
+        EXPECT_FALSE(xml.hasError()) << path.toStdString() << ": " << xml.errorString().toStdString();
     }
 }
 

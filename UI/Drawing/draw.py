@@ -3,6 +3,10 @@
 
     draw.py           writes the files that differ, removes those without a drawing
     draw.py --check   writes nothing; fails when a file on disk is not what its drawing says
+
+To add an icon: draw it in the module of its subject, run this, name it in the folder's Icons/pictures.txt, and give
+it a row in the catalogue (ResourcesTable.h). The build makes the PNG files; the tests say whether it can be told
+apart from the others and read on light and dark.
 """
 
 import argparse
