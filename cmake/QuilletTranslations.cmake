@@ -18,7 +18,7 @@ function(quillet_translations domain)
         add_custom_command(
             OUTPUT ${output}
             COMMAND ${CMAKE_COMMAND} -E make_directory ${output_folder}
-            COMMAND ${GETTEXT_MSGFMT_EXECUTABLE} --check -o ${output} ${source}
+            COMMAND ${GETTEXT_MSGFMT_EXECUTABLE} --check-format --check-domain -o ${output} ${source}
             DEPENDS ${source}
             COMMENT "Compiling the texts of ${domain} in ${language}"
             VERBATIM)

@@ -34,6 +34,8 @@ std::wstring guarded(Status& status, Run run)
         return run(PythonBackend::get());
     } catch (const Exception& error) {
         status.addError(error.message());
+    } catch (const std::exception& error) {
+        status.addError(L"Python: " + Strings::widen(error.what()));
     }
     return {};
 }

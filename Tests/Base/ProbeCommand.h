@@ -27,8 +27,8 @@ public:
     Vs::TextCommandResult execute(const Vs::TextCommandParameters& parameters) override
     {
         ++calls;
-        if (action)
-            action();
+        if (const auto acting = action) // A copy: an action may replace itself.
+            acting();
         std::wstring answer;
         for (unsigned i = 0; i < parameters.parameters(); ++i)
             answer += L'[' + parameters[i] + L']';

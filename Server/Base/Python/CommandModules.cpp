@@ -1,0 +1,92 @@
+#include "Server/Base/Python/CommandModules.h"
+
+#include "Server/Base/Python/Arguments.h"
+#include "Server/Base/PythonBackend.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+
+namespace Vs::Python {
+
+namespace py = pybind11;
+
+namespace {
+
+/// Runs the command whose address is in the capsule `self`; for commands that bring no entry of their own.
+PyObject* callByCapsule(PyObject* self, PyObject* arguments, PyObject* keywords)
+{
+    auto* command = static_cast<TextCommand*>(PyCapsule_GetPointer(self, nullptr));
+    return command ? static_cast<PyObject*>(command->_pythonCallableFunction(self, arguments, keywords))
+                   : nullptr;
+}
+
+} // namespace
+
+void CommandModules::update()
+{
+    const py::dict modules = py::module_::import("sys").attr("modules");
+    for (TextCommandSubjectArea* area : TextCommandMgr::get()->areas()) {
+        const py::str name = pythonText(area->name());
+        if (modules.contains(name)) {
+            addFunctions(py::reinterpret_borrow<py::module_>(modules[name]), *area);
+        } else if (const PythonModuleInit entry = area->pythonEntry()) {
+            auto module = py::reinterpret_steal<py::object>(static_cast<PyObject*>(entry()));
+            if (!module)
+                throw py::error_already_set();
+            modules[name] = module;
+        } else {
+            modules[name] = make(*area);
+        }
+    }
+}
+
+py::module_ CommandModules::make(TextCommandSubjectArea& area)
+{
+    const std::string name = Strings::narrow(area.name());
+    auto module = py::reinterpret_steal<py::module_>(PyModule_New(name.c_str()));
+    if (!module)
+        throw py::error_already_set();
+    module.attr("__doc__") = pythonText(area.description());
+    addFunctions(module, area);
+    return module;
+}
+
+void CommandModules::addFunctions(const py::module_& module, const TextCommandSubjectArea& area)
+{
+    const py::dict names = module.attr("__dict__");
+    for (TextCommand* command : TextCommandMgr::get()->commands(area.name())) {
+        const py::str name = pythonText(command->name());
+        if (!names.contains(name))
+            names[name] = makeFunction(*command, pythonText(area.name()));
+    }
+}
+
+py::object CommandModules::makeFunction(TextCommand& command, const py::str& module)
+{
+    Definition& definition = m_definitions.emplace_back();
+    definition.name = Strings::narrow(command.name());
+    definition.help = Strings::narrow(command.help());
+    const PythonFunction entry = command.pythonEntry();
+    const auto function = entry ? reinterpret_cast<PyCFunctionWithKeywords>(entry) : &callByCapsule;
+    definition.method = {definition.name.c_str(),
+                         reinterpret_cast<PyCFunction>(reinterpret_cast<void*>(function)),
+                         METH_VARARGS | METH_KEYWORDS, definition.help.c_str()};
+    const auto self = py::reinterpret_steal<py::object>(PyCapsule_New(&command, nullptr, nullptr));
+    auto made =
+        py::reinterpret_steal<py::object>(PyCFunction_NewEx(&definition.method, self.ptr(), module.ptr()));
+    if (!made)
+        throw py::error_already_set();
+    return made;
+}
+
+py::str CommandModules::call(TextCommand& command, const py::tuple& arguments, const py::dict& keywords)
+{
+    const TextCommandResult result =
+        TextCommandMgr::get()->execute(command, textParameters(arguments, keywords));
+    if (result.first != 0) {
+        PyErr_SetObject(m_commandError.ptr(), pythonText(result.second).ptr());
+        throw py::error_already_set();
+    }
+    return pythonText(result.second);
+}
+
+} // namespace Vs::Python

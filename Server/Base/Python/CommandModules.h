@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Server/Base/TextCommand.h"
+
+#include <deque>
+#include <pybind11/pybind11.h>
+#include <string>
+
+namespace Vs::Python {
+
+/// The modules that subject areas are, and their functions.
+class CommandModules
+{
+public:
+    /// `commandError` is what a failed command raises.
+    explicit CommandModules(pybind11::object commandError) : m_commandError(std::move(commandError)) {}
+
+    /// Makes the modules and functions of all areas and commands that have none yet.
+    void update();
+
+    pybind11::module_ make(TextCommandSubjectArea& area);
+    /// Runs a command. Throws pybind11::error_already_set or another exception that pybind11 translates.
+    pybind11::str call(TextCommand& command, const pybind11::tuple& arguments,
+                       const pybind11::dict& keywords);
+
+private:
+    void addFunctions(const pybind11::module_& module, const TextCommandSubjectArea& area);
+    pybind11::object makeFunction(TextCommand& command, const pybind11::str& module);
+
+    /// What CPython keeps pointers to for as long as a function lives; never moved.
+    struct Definition
+    {
+        std::string name;
+        std::string help;
+        PyMethodDef method;
+    };
+
+    pybind11::object m_commandError;
+    std::deque<Definition> m_definitions;
+};
+
+} // namespace Vs::Python

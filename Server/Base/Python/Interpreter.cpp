@@ -1,0 +1,304 @@
+#include "Server/Base/Python/Interpreter.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/Base/Progress.h"
+#include "Server/Base/Python/Arguments.h"
+#include "Server/Base/Python/ScriptError.h"
+#include "Server/Base/SoftwareVersion.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <iterator>
+
+namespace Vs::Python {
+
+namespace py = pybind11;
+
+namespace {
+
+constexpr const char* kInterpreter = "/usr/bin/python3"; ///< The system's own, whatever is first on the PATH.
+
+/// What replaces the standard streams: a script's output is the program's, and nobody answers its questions.
+constexpr const char* kStreams = R"(
+import io, signal, sys
+
+class _Stream(io.TextIOBase):
+    encoding = 'utf-8'
+    def __init__(self, write):
+        self._write = write
+    def writable(self):
+        return True
+    def write(self, text):
+        self._write(text)
+        return len(text)
+
+sys.stdout = sys.__stdout__ = _Stream(_write_output)
+sys.stderr = sys.__stderr__ = _Stream(_write_error)
+sys.stdin = sys.__stdin__ = io.StringIO()
+signal.signal(signal.SIGINT, signal.default_int_handler)
+)";
+
+class Lock
+{
+public:
+    Lock() : m_state(PyGILState_Ensure()) {}
+    ~Lock() { PyGILState_Release(m_state); }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+private:
+    PyGILState_STATE m_state;
+};
+
+/// Lets a cancel request interrupt the script that runs in this scope.
+class Interruptible
+{
+public:
+    Interruptible()
+    {
+        Progress::cancelHook([] { PyErr_SetInterruptEx(SIGINT); });
+    }
+    ~Interruptible()
+    {
+        Progress::cancelHook(nullptr);
+        // A request that came too late for this script must not hit the next one.
+        if (PyErr_CheckSignals() != 0)
+            PyErr_Clear();
+    }
+    Interruptible(const Interruptible&) = delete;
+    Interruptible& operator=(const Interruptible&) = delete;
+
+private:
+    Progress::CancelScope m_scope;
+};
+
+void startPython()
+{
+    PyConfig config;
+    PyConfig_InitPythonConfig(&config);
+    config.install_signal_handlers = 0;
+    config.parse_argv = 0;
+    // Variables for another Python on the user's PATH must not lead this one astray.
+    config.use_environment = 0;
+    PyConfig_SetBytesString(&config, &config.program_name, kInterpreter);
+    PyConfig_SetBytesString(&config, &config.executable, kInterpreter);
+    const PyStatus started = Py_InitializeFromConfig(&config);
+    PyConfig_Clear(&config);
+    if (PyStatus_Exception(started))
+        throw Exception(std::string("Python cannot be started: ") +
+                        (started.err_msg ? started.err_msg : "unknown cause") + '.');
+}
+
+std::string readScript(const std::string& path)
+{
+    const boost::filesystem::path file(path);
+    boost::system::error_code error;
+    if (boost::filesystem::is_directory(file, error))
+        throw Exception(path + ": The script is a folder.");
+    errno = 0;
+    boost::filesystem::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        throw Exception(path + ": The script cannot be read: " + std::strerror(errno) + '.');
+    std::string code(std::istreambuf_iterator<char>(stream), {});
+    if (code.find('\0') != std::string::npos)
+        throw Exception(path + ": The file is no Python script: it holds binary data.");
+    return code;
+}
+
+} // namespace
+
+Interpreter::Interpreter()
+{
+    startPython();
+    try {
+        prepare();
+    } catch (const std::exception& error) {
+        const std::string why = error.what();
+        m_held = nullptr;
+        Py_FinalizeEx();
+        throw Exception("Python cannot be started: " + why);
+    }
+    m_resting = PyEval_SaveThread();
+}
+
+Interpreter::~Interpreter()
+{
+    PyEval_RestoreThread(m_resting);
+    m_held = nullptr;
+    Py_FinalizeEx();
+    m_streams.flush();
+}
+
+void Interpreter::prepare()
+{
+    m_held = std::make_unique<Held>();
+    makeQuilletModule();
+    m_held->modules = std::make_unique<CommandModules>(m_held->commandError);
+
+    py::dict names;
+    const auto writer = [this](ScriptStreams::Kind kind) {
+        return py::cpp_function(
+            [this, kind](const py::str& text) { m_streams.write(kind, Strings::narrow(wideText(text))); });
+    };
+    names["__builtins__"] = py::module_::import("builtins");
+    names["_write_output"] = writer(ScriptStreams::Kind::Output);
+    names["_write_error"] = writer(ScriptStreams::Kind::Error);
+    // Python must know the signal to raise KeyboardInterrupt, but the handler stays the program's.
+    struct sigaction before;
+    sigaction(SIGINT, nullptr, &before);
+    const auto ran =
+        py::reinterpret_steal<py::object>(PyRun_String(kStreams, Py_file_input, names.ptr(), names.ptr()));
+    sigaction(SIGINT, &before, nullptr);
+    if (!ran)
+        throw py::error_already_set();
+    m_held->console["__builtins__"] = names["__builtins__"];
+    m_held->console["__name__"] = "__console__";
+}
+
+void Interpreter::makeQuilletModule()
+{
+    auto module = py::reinterpret_steal<py::module_>(PyModule_New("quillet"));
+    m_held->commandError = py::reinterpret_steal<py::object>(
+        PyErr_NewExceptionWithDoc("quillet.CommandError", "A text command failed; the text is its reason.",
+                                  PyExc_RuntimeError, nullptr));
+    module.attr("__doc__") = "The application that this interpreter runs in.";
+    module.attr("CommandError") = m_held->commandError;
+    module.attr("version") = SoftwareVersion::currentSoftwareVersion();
+    module.def(
+        "run",
+        [this](const py::str& line) {
+            const TextCommandResult result =
+                TextCommandMgr::get()->executeCommandWithoutOutput(wideText(line));
+            if (result.first != 0) {
+                PyErr_SetObject(m_held->commandError.ptr(), pythonText(result.second).ptr());
+                throw py::error_already_set();
+            }
+            return pythonText(result.second);
+        },
+        "Runs a line of text and returns its message.");
+    module.def(
+        "onClosingDown",
+        [this](const py::function& function) { m_held->closingDownFunctions.append(function); },
+        "Has a function called before the application closes; if it returns False, the application stays.");
+    py::module_::import("sys").attr("modules")["quillet"] = module;
+}
+
+std::wstring Interpreter::runFile(const std::string& path, Status& status)
+{
+    const std::string code = readScript(path);
+    const Lock lock;
+    py::module_ sys = py::module_::import("sys");
+    py::list searched = sys.attr("path");
+    const py::str folder(boost::filesystem::absolute(path).parent_path().string());
+    auto main = py::reinterpret_steal<py::module_>(PyModule_New("__main__"));
+    py::dict globals = main.attr("__dict__");
+    globals["__builtins__"] = py::module_::import("builtins");
+    globals["__file__"] = py::str(path);
+
+    // Scripts may run scripts: whatever this one changes of the interpreter is put back.
+    const py::object mainBefore = sys.attr("modules").attr("get")("__main__");
+    const py::object argumentsBefore = py::getattr(sys, "argv", py::list());
+    sys.attr("modules")["__main__"] = main;
+    py::list arguments;
+    arguments.append(path);
+    sys.attr("argv") = arguments;
+    searched.insert(0, folder);
+    std::wstring result = run(code, path, globals, status);
+    sys.attr("modules")["__main__"] = mainBefore;
+    sys.attr("argv") = argumentsBefore;
+    if (searched.contains(folder))
+        searched.attr("remove")(folder);
+    return result;
+}
+
+std::wstring Interpreter::runString(const std::string& code, Status& status)
+{
+    const Lock lock;
+    if (m_held->console.contains("result"))
+        PyDict_DelItemString(m_held->console.ptr(), "result");
+    return run(code, "<string>", m_held->console, status);
+}
+
+std::wstring Interpreter::run(const std::string& code, const std::string& name, const py::dict& globals,
+                              Status& status)
+{
+    std::wstring result;
+    try {
+        const Interruptible scope;
+        m_held->modules->update();
+        const auto compiled =
+            py::reinterpret_steal<py::object>(Py_CompileString(code.c_str(), name.c_str(), Py_file_input));
+        if (!compiled)
+            throw py::error_already_set();
+        const auto ran =
+            py::reinterpret_steal<py::object>(PyEval_EvalCode(compiled.ptr(), globals.ptr(), globals.ptr()));
+        if (!ran)
+            throw py::error_already_set();
+        if (globals.contains("result"))
+            result = wideText(py::object(globals["result"]));
+    } catch (py::error_already_set& error) {
+        const ScriptEnd end = scriptEnd(error, name);
+        m_streams.flush();
+        if (end.failed)
+            status.addError(end.message);
+    }
+    m_streams.flush();
+    return result;
+}
+
+void* Interpreter::callCommand(TextCommand& command, void* arguments, void* keywords)
+{
+    try {
+        const auto positional = py::reinterpret_borrow<py::tuple>(static_cast<PyObject*>(arguments));
+        const py::dict named =
+            keywords ? py::reinterpret_borrow<py::dict>(static_cast<PyObject*>(keywords)) : py::dict();
+        return m_held->modules->call(command, positional, named).release().ptr();
+    } catch (py::error_already_set& error) {
+        error.restore();
+    } catch (const py::builtin_exception& error) {
+        error.set_error();
+    } catch (const std::exception& error) {
+        PyErr_SetString(PyExc_RuntimeError, error.what());
+    }
+    return nullptr;
+}
+
+void* Interpreter::makeModule(TextCommandSubjectArea& area)
+{
+    try {
+        return m_held->modules->make(area).release().ptr();
+    } catch (py::error_already_set& error) {
+        error.restore();
+    }
+    return nullptr;
+}
+
+bool Interpreter::closingDown(Status& status)
+{
+    const Lock lock;
+    bool mayClose = true;
+    for (const py::handle function : py::list(m_held->closingDownFunctions)) {
+        try {
+            const Interruptible scope;
+            if (function().ptr() == Py_False)
+                mayClose = false;
+        } catch (py::error_already_set& error) {
+            status.addError(scriptEnd(error, "quillet.onClosingDown").message);
+        }
+    }
+    m_streams.flush();
+    return mayClose;
+}
+
+} // namespace Vs::Python
+
+extern "C" __attribute__((visibility("default"))) Vs::PythonBackend* makePythonBackend()
+{
+    return new Vs::Python::Interpreter;
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <pybind11/pybind11.h>
+#include <string>
+
+namespace Vs::Python {
+
+/// Why a script ended.
+struct ScriptEnd
+{
+    bool failed = true;   ///< False for sys.exit() and sys.exit(0).
+    std::wstring message; ///< `FILE:LINE: last line of the traceback`.
+};
+
+/// Reads the exception that left the script `file`. The line is the innermost one in the script itself, where
+/// the traceback passes through it, since that is the one its author can mend.
+ScriptEnd scriptEnd(pybind11::error_already_set& error, const std::string& file);
+
+} // namespace Vs::Python
