@@ -246,6 +246,19 @@ TEST_F(Manager, OfASessionRestsInTheDefaultCommand)
     EXPECT_EQ(manager.activeCommand(), nullptr) << "a manager without a session rests in nothing";
 }
 
+TEST_F(Manager, HasTheEnvironmentActivatedThatADefinitionPrefers)
+{
+    Definition sketch(log, "Sketch", true);
+    run(sketch);
+    EXPECT_EQ(host.environment, L"");
+    sketch.environment = L"SketchEnvironment";
+    sketch.during["onBegin"] = [&](CommandBase&, Vs::Status&) {
+        EXPECT_EQ(host.environment, L"SketchEnvironment");
+    };
+    run(sketch);
+    EXPECT_EQ(host.environment, L"SketchEnvironment");
+}
+
 TEST_F(Manager, CarriesUsageKeysToWhoeverListens)
 {
     std::string heard;

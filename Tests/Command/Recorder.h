@@ -56,11 +56,14 @@ public:
     const Vs::UniqueString* category = nullptr;
     bool isRepeatable = true;
 
+    std::wstring environment;
+
     void called(Vu::CommandBase& command, const std::string& function, Vs::Status& status);
 
 protected:
     bool onIsApplicable(Vu::CommandContext* context) const override;
     bool onIsVisible(Vu::CommandContext*) const override { return visible; }
+    std::wstring onPreferredEnvironment() override { return environment; }
     Vu::CommandBase* onCreateCommand(Vu::CommandContext* context) override;
 
 private:
@@ -85,6 +88,9 @@ public:
     Vu::AssetSession* active = nullptr;
     std::map<Vu::AssetSession*, Vu::CommandMgr*> managers;
     Vs::Tasks tasks;
+    /// The asset of every session.
+    Vs::Asset* assetOfSessions = nullptr;
+    std::wstring environment;
 
     Vu::AssetSession* activeAssetSession() override { return active; }
     Vu::CommandMgr* commandManager(Vu::AssetSession* session) override
@@ -92,6 +98,8 @@ public:
         const auto found = managers.find(session);
         return found == managers.end() ? nullptr : found->second;
     }
+    Vs::Asset* asset(const Vu::AssetSession*) override { return assetOfSessions; }
+    void activateEnvironment(Vu::AssetSession*, const std::wstring& name) override { environment = name; }
     Vs::Tasks* deferredTasks() override { return &tasks; }
 
 private:

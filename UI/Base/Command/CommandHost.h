@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace Vs {
 class Asset;
 class SelectionMgr;
@@ -38,6 +40,9 @@ public:
     virtual Vs::Asset* asset(const AssetSession*) { return nullptr; }
     virtual Vs::SelectionMgr* selectionManager(AssetSession*) { return nullptr; }
     virtual GraphicsView* graphicsView(AssetSession*) { return nullptr; }
+
+    /// Switches the session, which may be null, to the environment that a command asks for before it runs.
+    virtual void activateEnvironment(AssetSession*, const std::wstring& /*environment*/) {}
 
     /// What belongs to a running command.
     virtual CursorController* cursorController(CommandBase*) { return nullptr; }

@@ -1,18 +1,18 @@
 #include "UI/Base/Command/CommandStack.h"
 
-#include "Server/Base/Strings.h"
 #include "Server/DataModel/Transaction.h"
 #include "UI/Base/Command/Command.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandEvents.h"
+#include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/CommandObserver.h"
 #include "UI/Base/Command/DeferredRuns.h"
+#include "UI/Base/Command/Guarded.h"
 #include "UI/Base/Command/SimpleCommand.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 
 namespace Vu {
@@ -25,35 +25,7 @@ std::vector<CommandStack*>& allStacks()
     return *stacks;
 }
 
-/// Observers may come and go from inside a call of one.
-struct Observers
-{
-    std::vector<ICommandObserver*> list;
-    int depth = 0;
-};
-
-Observers& observers()
-{
-    static Observers* const observers = new Observers;
-    return *observers;
-}
-
 CommandMgr* creating = nullptr;
-
-/// Runs a command's function; what it throws becomes an error. Returns whether it came back as it should.
-template <class Action>
-bool guarded(Vs::Status& status, Action&& action)
-{
-    try {
-        action();
-        return true;
-    } catch (const std::exception& error) {
-        status.addError(Vs::Strings::widen(error.what()));
-    } catch (...) {
-        status.addError(L"The command failed with an unknown exception.");
-    }
-    return false;
-}
 
 /// Roads on which nobody but the alerts tells the user what went wrong.
 bool calledByHand(ECommandAccessPoint point)
@@ -152,7 +124,12 @@ Vs::Status CommandStack::run(CommandDefinition* definition, const CommandContext
         m_lastDefinition = definition;
 
     SimpleCommand* const simple = Vs::cast<SimpleCommand>(command);
-    if (!guarded(status, [&] { makeRoomFor(command, !simple); }))
+    const auto prepare = [&] {
+        makeRoomFor(command, !simple);
+        if (const std::wstring environment = definition->preferredEnvironment(); !environment.empty())
+            CommandHost::get()->activateEnvironment(command->assetSession(), environment);
+    };
+    if (!guarded(status, prepare))
         leave(command, ETerminationReason::Cancel, status);
     else if (simple)
         execute(simple, status);
@@ -208,8 +185,11 @@ void CommandStack::makeRoomFor(CommandBase* command, bool stays)
         // as the rules hold; one that never stops doing so must not stop the program.
         constexpr int kPatience = 16;
         for (int i = 0; i < kPatience; ++i) {
-            if (stays && !m_commands.empty() && m_commands.back()->isActive())
+            if (stays && !m_commands.empty() && m_commands.back()->isActive()) {
+                if (command->onAbortsParentTransactionWhenStacked())
+                    m_commands.back()->m_preview.reset();
                 suspend(m_commands.back());
+            }
             const std::vector<CommandBase*> same =
                 command->m_category ? leavingFor(command) : std::vector<CommandBase*>();
             if (same.empty() && !(stays && !m_commands.empty() && m_commands.back()->isActive()))
@@ -430,36 +410,6 @@ void CommandStack::definitionGone(CommandDefinition* definition)
                 (*each)->m_definition == definition)
                 stack->destroy(*each, ETerminationReason::Cancel);
     }
-}
-
-void CommandStack::addObserver(ICommandObserver* observer)
-{
-    auto& list = observers().list;
-    if (std::find(list.begin(), list.end(), observer) == list.end())
-        list.push_back(observer);
-}
-
-void CommandStack::removeObserver(ICommandObserver* observer)
-{
-    std::replace(observers().list.begin(), observers().list.end(), observer,
-                 static_cast<ICommandObserver*>(nullptr));
-    if (observers().depth == 0)
-        std::erase(observers().list, nullptr);
-}
-
-void CommandStack::tell(void (ICommandObserver::*what)(const CommandRun&), const CommandRun& run)
-{
-    Observers& all = observers();
-    if (all.list.empty())
-        return;
-    ++all.depth;
-    Vs::Status problems;
-    for (size_t i = 0, count = all.list.size(); i < count; ++i)
-        if (ICommandObserver* observer = all.list[i])
-            guarded(problems, [&] { (observer->*what)(run); });
-    if (--all.depth == 0)
-        std::erase(all.list, nullptr);
-    m_alerts.addAlerts(problems);
 }
 
 } // namespace Vu
