@@ -60,9 +60,10 @@ const bool s_imbued = [] {
     return true;
 }();
 
+// Never destroyed: options are written while statics go.
 Path& profile()
 {
-    static Path folder;
+    static Path& folder = *new Path;
     return folder;
 }
 
@@ -117,7 +118,7 @@ Path findRoot()
 
 Path rootDirectory()
 {
-    static const Path root = findRoot();
+    static const Path& root = *new Path(findRoot());
     return root;
 }
 

@@ -8,6 +8,7 @@
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 
+#include <cxxabi.h>
 #include <new>
 
 namespace Vs {
@@ -62,6 +63,10 @@ struct TextCommandMgr::Data
             return raised(L"there is not enough memory.");
         } catch (const std::exception& error) {
             return raised(Strings::widen(error.what()));
+        } catch (const abi::__forced_unwind&) {
+            throw; // The thread is being ended, and must not be kept from it.
+        } catch (...) {
+            return raised(L"an unknown failure.");
         }
     }
 

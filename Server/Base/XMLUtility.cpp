@@ -26,6 +26,23 @@ using Owned = std::unique_ptr<T, Free>;
 /// No network, no entities from other files, no DTD; libxml's own limits on size and depth stay in force.
 constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
+/// While it lives, nothing is loaded that a document points to: a schema that the file names for itself, say.
+class NothingElseIsLoaded
+{
+public:
+    NothingElseIsLoaded() : m_before(xmlGetExternalEntityLoader())
+    {
+        xmlSetExternalEntityLoader(
+            [](const char*, const char*, xmlParserCtxtPtr) -> xmlParserInputPtr { return nullptr; });
+    }
+    ~NothingElseIsLoaded() { xmlSetExternalEntityLoader(m_before); }
+    NothingElseIsLoaded(const NothingElseIsLoaded&) = delete;
+    NothingElseIsLoaded& operator=(const NothingElseIsLoaded&) = delete;
+
+private:
+    xmlExternalEntityLoader m_before;
+};
+
 struct Findings
 {
     const boost::filesystem::path& file;
@@ -94,6 +111,7 @@ std::vector<Error> validate(const boost::filesystem::path& file, const boost::fi
     const Owned<xmlDoc> document = parse(inFile);
     if (!document)
         return inFile.errors;
+    const NothingElseIsLoaded guard;
     const Owned<xmlSchemaValidCtxt> validator(xmlSchemaNewValidCtxt(schema.get()));
     xmlSchemaSetValidStructuredErrors(validator.get(), &Findings::collect, &inFile);
     if (xmlSchemaValidateDoc(validator.get(), document.get()) != 0 && inFile.errors.empty())

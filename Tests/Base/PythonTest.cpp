@@ -156,6 +156,14 @@ TEST_F(PythonTest, RunsScriptsFromInsideOfScripts)
     };
     EXPECT_EQ(run("x = 1\nPython.Call()\nresult = x"), L"1");
     EXPECT_EQ(inside, L"fresh");
+    // The outer one can still be cancelled after an inner one has ended.
+    s_commands->call.action = [&] {
+        s_commands->call.action = [] { Vs::Progress::requestCancel(); };
+        runFile(inner);
+    };
+    EXPECT_EQ(run("Python.Call()\nPython.Call()\nwhile True: pass"),
+              L"error: <string>:3: The script was cancelled.");
+    s_commands->call.action = nullptr;
 }
 
 TEST_F(PythonTest, AsksScriptsAndSitesBeforeTheApplicationCloses)

@@ -130,7 +130,8 @@ TEST_F(TextLinesTest, AnswerWhateverACommandThrowsWithItsName)
     };
     for (const TextCommandResult& result :
          {answer([] { (void)boost::lexical_cast<int>("x"); }), answer([] { throw Vs::Exception("no luck"); }),
-          answer([] { throw std::bad_alloc(); }), answer([] { (void)std::vector<int>().at(1); })}) {
+          answer([] { throw std::bad_alloc(); }), answer([] { throw 42; }),
+          answer([] { (void)std::vector<int>().at(1); })}) {
         EXPECT_EQ(result.first, 1u);
         EXPECT_TRUE(result.second.starts_with(L"Probe.Call: "));
     }

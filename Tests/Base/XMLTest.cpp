@@ -59,6 +59,13 @@ TEST_F(XMLTest, ThatIsMissingOrAFolderSaysSo)
 
 TEST_F(XMLTest, ReadsNothingBesideItsOwnFile)
 {
+    folder.write("other.xsd",
+                 "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" targetNamespace=\"urn:x\">"
+                 "<xs:element name=\"Any\"/></xs:schema>");
+    const auto ownSchema =
+        errorsOf("<Any xmlns=\"urn:x\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+                 "xsi:schemaLocation=\"urn:x other.xsd\"/>");
+    EXPECT_FALSE(ownSchema.empty());
     folder.write("secret.txt", "1");
     EXPECT_FALSE(
         errorsOf("<!DOCTYPE Parts [<!ENTITY e SYSTEM \"secret.txt\">]><Parts><Part>&e;</Part></Parts>")

@@ -62,10 +62,14 @@ class Interruptible
 public:
     Interruptible()
     {
+        ++s_depth;
         Progress::cancelHook([] { PyErr_SetInterruptEx(SIGINT); });
     }
     ~Interruptible()
     {
+        // Scripts run scripts; the outer one goes on.
+        if (--s_depth > 0)
+            return;
         Progress::cancelHook(nullptr);
         // A request that came too late for this script must not hit the next one.
         if (PyErr_CheckSignals() != 0)
@@ -75,6 +79,7 @@ public:
     Interruptible& operator=(const Interruptible&) = delete;
 
 private:
+    static inline int s_depth = 0;
     Progress::CancelScope m_scope;
 };
 
