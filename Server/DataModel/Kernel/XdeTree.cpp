@@ -35,7 +35,8 @@ std::wstring nameOf(const TDF_Label& label)
 // Names that writers of exchange files make up where the designer gave none.
 bool isMadeUp(const std::wstring& name)
 {
-    return name.empty() || name.starts_with(L"NAUO") || name.starts_with(L"=>[");
+    return name.starts_with(L"NAUO") || name.starts_with(L"=>[") ||
+           name.find_first_not_of(L"0123456789 ") == std::wstring::npos;
 }
 
 std::optional<Colour> colourOf(const TDF_Label& label)

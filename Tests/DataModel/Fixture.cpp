@@ -1,0 +1,156 @@
+#include "Tests/DataModel/Fixture.h"
+
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/Strings.h"
+#include "Server/Body/Body.h"
+#include "Server/Body/BodyProperties.h"
+#include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Translator.h"
+#include "Server/DataModel/TranslatorFileRecognizer.h"
+
+#include <sstream>
+
+namespace {
+
+Vs::DocumentType& documentType()
+{
+    static Vs::DocumentType type("TestDocType", L"Test Design", L".tdsn");
+    return type;
+}
+
+Vs::AssetType& assetType()
+{
+    static Vs::AssetType type("TestAssetType", L"Design", "TestDocType");
+    return type;
+}
+
+void add(const Vs::Component& component, std::vector<const Vs::Component*>& list)
+{
+    for (const auto& child : component.children) {
+        list.push_back(child.get());
+        add(*child, list);
+    }
+}
+
+Vs::BodyProperties measured(const Vs::Component& component)
+{
+    Vs::Status status;
+    const auto properties = Vs::bodyProperties(*component.body, status);
+    EXPECT_TRUE(properties) << Vs::Strings::narrow(status.toString());
+    return properties.value_or(Vs::BodyProperties{});
+}
+
+} // namespace
+
+DataModelTest::DataModelTest()
+{
+    // The import cache is opened once for the process, so its folder must outlive the single test.
+    static const TestSupport::ScratchFolder profile;
+    static const bool set = (Vs::PathInfo::profileDirectory(profile.path()), true);
+    static_cast<void>(set);
+    Vs::DocumentMgr::get()->registerDocumentType(&documentType());
+    Vs::AssetTypeMgr::get()->registerType(&assetType());
+}
+
+DataModelTest::~DataModelTest()
+{
+    while (Vs::DocumentMgr::get()->documents() > 0)
+        Vs::DocumentMgr::get()->close(Vs::DocumentMgr::get()->document(0u));
+    Vs::AssetTypeMgr::get()->unregisterType(&assetType());
+    Vs::DocumentMgr::get()->unregisterDocumentType(&documentType());
+}
+
+Vs::Asset* DataModelTest::newAsset()
+{
+    Vs::Document* document = Vs::DocumentMgr::get()->create(&assetType(), status);
+    return document ? document->activeAsset() : nullptr;
+}
+
+Vs::Document* DataModelTest::open(const std::wstring& path)
+{
+    status.clear();
+    Vs::TranslatorFileRecognizer recognizer("", false);
+    recognizer.recognize();
+    Vs::Translator* translator = recognizer.translator(path);
+    if (!translator)
+        return Vs::DocumentMgr::get()->open(path, status);
+    const auto options = translator->createOpenOptions();
+    options->fileName(path);
+    Vs::TranslatorContext context;
+    const bool opened = translator->open(*options, context, status);
+    EXPECT_EQ(opened, context.document() != nullptr);
+    return context.document();
+}
+
+bool DataModelTest::save(Vs::Asset* asset, const std::wstring& path)
+{
+    status.clear();
+    Vs::TranslatorFileRecognizer recognizer("TestAssetType", true);
+    recognizer.recognize();
+    Vs::Translator* translator = recognizer.translator(path);
+    const auto options = translator->createSaveOptions();
+    options->fileName(path);
+    Vs::TranslatorContext context;
+    context.asset(asset);
+    return translator->save(*options, context, status);
+}
+
+std::wstring DataModelTest::scratch(const std::string& name) const
+{
+    return (folder.path() / name).wstring();
+}
+
+std::wstring DataModelTest::write(const std::string& name, const std::string& content) const
+{
+    return folder.write(name, content).wstring();
+}
+
+std::vector<const Vs::Component*> componentsOf(const Vs::Asset& asset)
+{
+    std::vector<const Vs::Component*> list;
+    add(*asset.components(), list);
+    return list;
+}
+
+double volumeOf(const Vs::Asset& asset)
+{
+    double sum = 0;
+    for (const Vs::Component* component : componentsOf(asset))
+        sum += component->body ? measured(*component).volume : 0;
+    return sum;
+}
+
+double areaOf(const Vs::Asset& asset)
+{
+    double sum = 0;
+    for (const Vs::Component* component : componentsOf(asset))
+        sum += component->body ? measured(*component).area : 0;
+    return sum;
+}
+
+size_t trianglesOf(const Vs::Asset& asset)
+{
+    size_t sum = 0;
+    for (const Vs::Component* component : componentsOf(asset))
+        sum += component->body ? component->body->mesh()->triangles.size() / 3 : 0;
+    return sum;
+}
+
+std::string digestOf(const Vs::Asset& asset)
+{
+    std::ostringstream text;
+    for (const Vs::Component* component : componentsOf(asset)) {
+        text << component->id << ' ' << Vs::Strings::narrow(component->name);
+        for (const auto& row : component->placement.entry)
+            for (const double value : row)
+                text << ' ' << value;
+        if (component->body) {
+            const Vs::Colour colour = component->body->colour();
+            text << " | " << colour.r << ' ' << colour.g << ' ' << colour.b << ' ' << colour.a << " | "
+                 << measured(*component).volume << ' ' << component->body->mesh()->triangles.size();
+        }
+        text << '\n';
+    }
+    return text.str();
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/ModelBuilder.h"
+#include "Tests/Support/Process.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+/// One design asset type with its document type, a cache folder of its own, and no document left behind.
+class DataModelTest : public testing::Test
+{
+protected:
+    DataModelTest();
+    ~DataModelTest() override;
+
+    Vs::Asset* newAsset();
+    /// Opens a foreign file; null on failure.
+    Vs::Document* open(const std::wstring& path);
+    bool save(Vs::Asset* asset, const std::wstring& path);
+    std::wstring scratch(const std::string& name) const;
+    std::wstring write(const std::string& name, const std::string& content) const;
+
+    Vs::Status status; ///< Of the last opening or saving.
+    TestSupport::ScratchFolder folder;
+};
+
+/// All components below the root, parents first.
+std::vector<const Vs::Component*> componentsOf(const Vs::Asset& asset);
+/// The sum over all occurrences, in mm³; fails the test if one can't be measured.
+double volumeOf(const Vs::Asset& asset);
+double areaOf(const Vs::Asset& asset);
+size_t trianglesOf(const Vs::Asset& asset);
+/// Everything that a person can see of the model, as text: names, places, colours, sizes.
+std::string digestOf(const Vs::Asset& asset);

@@ -1,0 +1,133 @@
+#include "Server/DataModel/Exchange/ImportCache.h"
+
+#include "Server/DataModel/Exchange/WorkerProtocol.h"
+#include "Server/DataModel/Model/ModelFile.h"
+#include "Tests/Support/Process.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+
+using namespace Vs;
+using namespace Vs::Exchange;
+
+namespace {
+
+constexpr size_t kEntrySize = 10'000;
+
+std::string newModel(ImportCache& cache)
+{
+    const std::string path = cache.scratchPath();
+    ModelFileWriter writer(path);
+    writer.writeIndex({}, {});
+    writer.addKernelData(std::string(kEntrySize, 'x'));
+    writer.finish();
+    return path;
+}
+
+size_t filesIn(const boost::filesystem::path& folder)
+{
+    return std::distance(std::filesystem::directory_iterator(folder.string()), {});
+}
+
+void makeOld(const boost::filesystem::path& path, int hours)
+{
+    std::filesystem::last_write_time(path.string(), std::filesystem::file_time_type::clock::now() -
+                                                        std::chrono::hours(hours));
+}
+
+} // namespace
+
+TEST(ImportCache, TheKeyFollowsTheContentAndNotTheName)
+{
+    const TestSupport::ScratchFolder folder;
+    const auto key = [&](const std::string& name, const std::string& content, const char* format) {
+        return ImportCache::keyOf(folder.write(name, content).string(), format);
+    };
+    EXPECT_EQ(key("a", "same", "step"), key("b", "same", "step"));
+    EXPECT_NE(key("a", "same", "step"), key("a", "samf", "step"));
+    EXPECT_NE(key("a", "same", "step"), key("a", "same", "iges"));
+    EXPECT_EQ(ImportCache::keyOf((folder.path() / "missing").string(), "step"), std::nullopt);
+}
+
+TEST(ImportCache, KeepsWhatWasStoredAndDropsWhatIsDamaged)
+{
+    const TestSupport::ScratchFolder folder;
+    ImportCache cache(folder.path().string());
+    EXPECT_EQ(cache.find("key"), nullptr);
+    EXPECT_NE(cache.store("key", newModel(cache)), nullptr);
+    EXPECT_NE(cache.find("key"), nullptr);
+    EXPECT_EQ(filesIn(folder.path()), 1u);
+    folder.write("key.model", "garbage");
+    EXPECT_EQ(cache.find("key"), nullptr);
+    EXPECT_EQ(filesIn(folder.path()), 0u);
+}
+
+TEST(ImportCache, DropsWhatWasNotUsedForLongestWhenItIsFull)
+{
+    const TestSupport::ScratchFolder folder;
+    ImportCache cache(folder.path().string(), 3 * kEntrySize);
+    for (const char* key : {"a", "b"})
+        cache.store(key, newModel(cache));
+    makeOld(folder.path() / "a.model", 2);
+    makeOld(folder.path() / "b.model", 1);
+    cache.find("a"); // used now, so that b is the oldest
+    cache.store("c", newModel(cache));
+    EXPECT_EQ(cache.find("b"), nullptr);
+    EXPECT_NE(cache.find("a"), nullptr);
+    EXPECT_NE(cache.find("c"), nullptr);
+
+    // An entry above the limit is kept as long as nothing else comes.
+    ImportCache small(folder.path().string(), 1);
+    const auto held = small.store("d", newModel(small));
+    EXPECT_NE(small.find("d"), nullptr);
+    EXPECT_EQ(filesIn(folder.path()), 1u);
+    small.store("e", newModel(small));
+    EXPECT_EQ(held->kernelData().size(), kEntrySize);
+}
+
+TEST(ImportCache, ClearsAwayWhatADeadProgramLeft)
+{
+    const TestSupport::ScratchFolder folder;
+    ImportCache cache(folder.path().string());
+    makeOld(folder.write("1-1.part", "half"), 48);
+    folder.write("2-1.part", "another program is writing this");
+    cache.store("key", newModel(cache));
+    EXPECT_EQ(filesIn(folder.path()), 2u);
+}
+
+TEST(WorkerMessages, ComeThroughInAnyPieces)
+{
+    const WorkerMessage sent[] = {{WorkerMessage::Kind::Progress, 0.25, "reading"},
+                                  {WorkerMessage::Kind::Warning, 0, ""},
+                                  {WorkerMessage::Kind::Error, 0, std::string(100'000, 'e')},
+                                  {WorkerMessage::Kind::Done, 1, "Größe"}};
+    std::string bytes;
+    for (const WorkerMessage& message : sent)
+        bytes += encode(message);
+    for (const size_t piece : {size_t(1), size_t(7), bytes.size()}) {
+        WorkerMessageReader reader;
+        std::vector<WorkerMessage> received;
+        for (size_t at = 0; at < bytes.size(); at += piece) {
+            reader.add(std::string_view(bytes).substr(at, piece));
+            while (auto message = reader.next())
+                received.push_back(*message);
+        }
+        ASSERT_EQ(received.size(), std::size(sent));
+        for (size_t i = 0; i < received.size(); ++i) {
+            EXPECT_EQ(received[i].kind, sent[i].kind);
+            EXPECT_EQ(received[i].fraction, sent[i].fraction);
+            EXPECT_EQ(received[i].text, sent[i].text);
+        }
+    }
+}
+
+TEST(WorkerMessages, AFrameOfImpossibleLengthEndsTheTalk)
+{
+    for (const std::string& length : {std::string("\0\0\0\0", 4), std::string("\xff\xff\xff\xff", 4)}) {
+        WorkerMessageReader reader;
+        reader.add(length + std::string(50, 'x'));
+        EXPECT_EQ(reader.next(), std::nullopt);
+        EXPECT_TRUE(reader.broken());
+    }
+}
