@@ -110,9 +110,12 @@ void main()
     vec4 seen = view * vec4(dot(row0, p), dot(row1, p), dot(row2, p), 1.0);
     gl_Position = projection * seen;
     float across = perspective ? pixelsOfBody / max(-seen.z, 1e-6) : pixelsOfBody;
-    float strength = smoothstep(5.0, 45.0, across);
+    float strength = smoothstep(9.0, 60.0, across);
     vec3 tint = (flags & 2u) != 0u ? vec3(0.02, 0.20, 0.50) : (flags & 1u) != 0u ? vec3(0.05, 0.30, 0.60) : edgeColour.rgb;
     line = vec4(tint, edgeColour.a * strength * mix(0.5, 1.0, colour.a));
+    // What cannot be seen goes where it is thrown away before it costs pixels.
+    if (strength < 0.03)
+        gl_Position = vec4(2.0, 2.0, 2.0, 1.0);
 }
 )";
 
