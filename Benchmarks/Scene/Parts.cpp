@@ -81,7 +81,7 @@ std::vector<GkPoint3d> ring(double radius, double z, int segments)
 {
     std::vector<GkPoint3d> points;
     for (int i = 0; i <= segments; ++i) {
-        const double angle = kFullTurn * i / segments;
+        const double angle = kFullTurn * (i % segments) / segments;
         points.emplace_back(radius * std::cos(angle), radius * std::sin(angle), z);
     }
     return points;
@@ -124,9 +124,11 @@ std::shared_ptr<const Vs::BodyMesh> ball(double radius, int segments, int rings)
     for (int j = 0; j <= rings; ++j) {
         const double latitude = kFullTurn / 2 * (double(j) / rings - 0.5);
         for (int i = 0; i <= segments; ++i) {
-            const double longitude = kFullTurn * i / segments;
-            const GkVector3d normal(std::cos(latitude) * std::cos(longitude),
-                                    std::cos(latitude) * std::sin(longitude), std::sin(latitude));
+            // The first and the last meridian are one, and the poles are points, to the last bit.
+            const double longitude = kFullTurn * (i % segments) / segments;
+            const double width = j == 0 || j == rings ? 0 : std::cos(latitude);
+            const GkVector3d normal(width * std::cos(longitude), width * std::sin(longitude),
+                                    std::sin(latitude));
             at = builder.vertex(GkPoint3d() + normal * radius, normal);
             if (i == 0 || j == 0)
                 continue;

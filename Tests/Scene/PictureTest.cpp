@@ -171,6 +171,43 @@ TEST_F(Picture, WhatIsNearerHidesWhatIsBehind)
     EXPECT_TRUE(isMostly(at(0, 0), &Pixel::b)) << "and a hidden body hides nothing";
 }
 
+TEST_F(Picture, AnOpenShellIsSeenFromInsideAndAMirroredBodyFromOutside)
+{
+    Vs::BodyMesh shell = SceneTest::box(100, 100, 100);
+    shell.triangles.erase(shell.triangles.begin() + 2 * 6, shell.triangles.begin() + 3 * 6); // no front
+    shell.faces.erase(shell.faces.begin() + 2);
+    add(std::make_shared<const Vs::BodyMesh>(shell), kRed, {-80, 0, 0});
+
+    GkMatrix3d mirror = GkMatrix3d::translation({80, 0, 0});
+    mirror.entry[1][1] = -1;
+    Vs::BodyMesh painted = SceneTest::box(100, 100, 100);
+    painted.colours = {kGreen};
+    painted.faces[3].colour = 0; // behind, and so in front in the mirror
+    const auto mirrored = add(std::make_shared<const Vs::BodyMesh>(painted), kBlue);
+    NodeChange(mirrored.get()).transform(mirror);
+    draw();
+    EXPECT_TRUE(isMostly(at(-80, 0), &Pixel::r)) << "the inner side of the back";
+    EXPECT_TRUE(isMostly(at(80, 0), &Pixel::g)) << testing::PrintToString(at(80, 0));
+
+    // Not mirrored any more, it shows the side that it has in front itself.
+    mirror.entry[1][1] = 1;
+    NodeChange(mirrored.get()).transform(mirror);
+    draw();
+    EXPECT_TRUE(isMostly(at(80, 0), &Pixel::b)) << testing::PrintToString(at(80, 0));
+}
+
+TEST_F(Picture, ABodyWhoseTrianglesLookInwardsIsStillSolid)
+{
+    Vs::BodyMesh mesh = SceneTest::box(100, 100, 100);
+    for (size_t i = 0; i < mesh.triangles.size(); i += 3)
+        std::swap(mesh.triangles[i], mesh.triangles[i + 1]);
+    mesh.colours = {kGreen};
+    mesh.faces[2].colour = 0; // the face towards the viewer
+    add(std::make_shared<const Vs::BodyMesh>(mesh), kRed);
+    draw();
+    EXPECT_TRUE(isMostly(at(0, 0), &Pixel::g)) << testing::PrintToString(at(0, 0));
+}
+
 TEST_F(Picture, ATransparentBodyShowsWhatIsBehindIt)
 {
     Colour glass = kRed;

@@ -62,6 +62,12 @@ void Batch::markDirty(size_t index)
     dirtyEnd = std::max(dirtyEnd, index + 1);
 }
 
+void Batch::count(const Instance& instance, int by)
+{
+    if (instance.flags & Instance::kMirrored)
+        mirrored += size_t(by);
+}
+
 DrawList::DrawList() : m_root(std::make_unique<Record>()) {}
 
 DrawList::~DrawList() = default;
@@ -167,6 +173,8 @@ void DrawList::visitBody(const BodyNode& node, Record& record, const State& stat
     instance.flags = state.highlight == Highlight::Selected  ? Instance::kSelected
                      : state.highlight == Highlight::Pointed ? Instance::kPointed
                                                              : 0;
+    if (state.matrix.det() < 0)
+        instance.flags |= Instance::kMirrored;
 
     const BBox box = node.mesh()->bounds.transformed(state.matrix);
     const GkVector3d centre = box.centre().asVector() - m_origin, half = (box.high() - box.low()) * 0.5;
@@ -190,6 +198,8 @@ void DrawList::put(Batch::Slot& slot, Batch* batch, const Instance& instance, co
         batch->boxes[slot.index] = box;
         if (batch->instances[slot.index] == instance)
             return;
+        batch->count(batch->instances[slot.index], -1);
+        batch->count(instance, 1);
         batch->instances[slot.index] = instance;
         batch->markDirty(slot.index);
         return;
@@ -197,6 +207,7 @@ void DrawList::put(Batch::Slot& slot, Batch* batch, const Instance& instance, co
     take(slot);
     slot = {batch, batch->instances.size()};
     batch->instances.push_back(instance);
+    batch->count(instance, 1);
     batch->boxes.push_back(box);
     batch->slots.push_back(&slot);
     batch->markDirty(slot.index);
@@ -211,6 +222,7 @@ void DrawList::take(Batch::Slot& slot)
     if (!batch)
         return;
     const size_t last = batch->instances.size() - 1;
+    batch->count(batch->instances[slot.index], -1);
     if (slot.index != last) {
         batch->instances[slot.index] = batch->instances[last];
         batch->boxes[slot.index] = batch->boxes[last];

@@ -17,7 +17,7 @@ namespace Rendra {
 /// One occurrence of a mesh, as the vertex shader takes it.
 struct Instance
 {
-    static constexpr uint32_t kPointed = 1, kSelected = 2;
+    static constexpr uint32_t kPointed = 1, kSelected = 2, kMirrored = 4;
 
     float rows[3][4];  ///< Body to scene coordinates, relative to the draw list's origin.
     uint8_t colour[4]; ///< As it looks on the screen, not linear.
@@ -41,8 +41,10 @@ struct Batch
     std::vector<Slot*> slots;
     /// What changed since the last upload: from `dirtyFirst` up to but without `dirtyEnd`.
     size_t dirtyFirst = 0, dirtyEnd = 0;
+    size_t mirrored = 0; ///< How many instances turn the mesh inside out.
 
     void markDirty(size_t index);
+    void count(const Instance& instance, int by);
 };
 
 /// Where the instance of a body stands.

@@ -1,5 +1,7 @@
 #include "Server/Scene/Rendra/MeshStore.h"
 
+#include "Server/Scene/Rendra/MeshShape.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -150,6 +152,7 @@ void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
     enableInstanceAttributes();
     target.indices = buffer(GL_ELEMENT_ARRAY_BUFFER, triangles);
     target.indexCount = GLsizei(triangles.size());
+    target.closed = isClosedAndOutward(mesh);
 
     const std::vector<uint32_t> segments = edgeSegments(mesh);
     target.edgeIndexCount = GLsizei(segments.size());

@@ -26,6 +26,7 @@ struct GlMesh
     GLuint faceArray = 0, edgeArray = 0; ///< Vertex arrays; the attributes of instances are set at each draw.
     GLuint vertices = 0, edgeVertices = 0, indices = 0, edgeIndices = 0;
     GLsizei indexCount = 0, edgeIndexCount = 0;
+    bool closed = false; ///< Its back sides are never seen; see isClosedAndOutward.
     std::weak_ptr<const Vs::BodyMesh> source;
 };
 
