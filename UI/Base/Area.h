@@ -2,6 +2,7 @@
 
 #include "Server/Base/Object.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,7 +35,7 @@ public:
     /// Takes a direct child out; the caller owns it. Null if it is none.
     std::unique_ptr<Area> removeChild(Area* child);
 
-    /// Adds the areas at or below this one that have these contents, top down and in order; with `recursive`
+    /// Adds the areas below this one that have these contents, top down and in order; with `recursive`
     /// false only direct children.
     void childrenByContents(const Vs::UniqueString* contents, std::vector<Area*>& found,
                             bool recursive = true);
@@ -47,7 +48,7 @@ public:
     EPlacement placement() const { return m_placement; }
     void placement(EPlacement value);
     bool collapsed() const { return m_collapsed; }
-    void collapsed(bool value) { m_collapsed = value; }
+    void collapsed(bool value);
     /// The side of the window on whose bar the area stands while it is collapsed.
     EPlacement collapsedPlacement() const { return m_collapsedPlacement; }
     void collapsedPlacement(EPlacement value) { m_collapsedPlacement = value; }
@@ -57,7 +58,7 @@ public:
     /// Wished width or height in logical pixels, by the side at which the area is placed; 0 for what it likes
     /// itself.
     int extent() const { return m_extent; }
-    void extent(int value) { m_extent = value; }
+    void extent(int value);
 
     /// Only of a "GraphicsCanvas" area.
     GraphicsCanvas* canvas() const { return m_canvas.get(); }
@@ -65,11 +66,16 @@ public:
     /// Takes the area out of its parent and deletes it with all that is below. A root deletes itself.
     void destroy();
 
+    /// Called when anything at or below this area changed. Only a root's is called.
+    void onChange(std::function<void()> callback) { m_onChange = std::move(callback); }
+
     /// What a canvas's area is called in code: the keys are interned once.
     static const Vs::UniqueString* graphicsCanvas();
     static const Vs::UniqueString* splitView();
 
 private:
+    void changed();
+
     std::wstring m_name;
     const Vs::UniqueString* m_contents;
     Area* m_parent = nullptr;
@@ -81,6 +87,7 @@ private:
     EPlacement m_placement = EPlacement::Fill;
     EPlacement m_collapsedPlacement = EPlacement::Left;
     int m_extent = 0;
+    std::function<void()> m_onChange;
 };
 
 } // namespace Vu

@@ -32,7 +32,7 @@ public:
     CommandMgr* commandManager() const { return m_commands.get(); }
 
     /// The views on this asset. The first view is made at the first call, if the asset has a scene.
-    ViewMgr* viewManager() const;
+    ViewMgr* viewManager();
     /// One more view on this asset, which starts with the camera of the first one.
     GraphicsView* createView();
 
@@ -47,6 +47,8 @@ public:
     std::string factoryName() const override;
 
 private:
+    friend class SessionMgr;
+
     Vs::Asset* m_asset;
     DocumentSession* m_documentSession;
     std::unique_ptr<ViewMgr> m_views;

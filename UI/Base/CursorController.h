@@ -23,6 +23,7 @@ public:
 private:
     explicit CursorController(int priority) : m_priority(priority) {}
     ~CursorController();
+    static void update();
 
     Vs::CursorResource* m_cursor = nullptr;
     int m_priority;

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Object.h"
 
+#include <memory>
 #include <vector>
 
 class QWidget;
@@ -38,13 +39,13 @@ public:
     /// The widget, made if need be as a child of `parent`; owned by its parent.
     QWidget* widget(QWidget* parent);
     /// Only if it is there.
-    QWidget* existingWidget() const { return m_widget; }
+    QWidget* existingWidget() const;
 
 private:
-    friend class CanvasWidgetLink;
+    struct Data;
 
     GraphicsView* m_view = nullptr;
-    QWidget* m_widget = nullptr;
+    std::unique_ptr<Data> m_data;
 };
 
 } // namespace Vu

@@ -61,6 +61,7 @@ private:
     ~SessionMgr() override;
     void documentClosed(Vs::DocumentEvent* event) override;
     void assetClosed(Vs::AssetEvent* event) override;
+    void close(AssetSession* session);
 
     std::vector<std::unique_ptr<DocumentSession>> m_documents;
     std::vector<std::unique_ptr<AssetSession>> m_assets;

@@ -26,7 +26,7 @@ public:
     void remove(Shell* shell);
 
     /// Null before the first activation, and between `pop` and the next one.
-    Shell* activeShell() const { return m_stack.empty() ? nullptr : m_stack.back(); }
+    Shell* activeShell() const { return m_active; }
     /// Brings a shell to the top. Nothing happens if it is there, or if it isn't one of this manager's.
     void activeShell(Shell* shell);
     /// Takes the active shell off the top, deactivating it; the one below isn't activated by that.
@@ -39,8 +39,7 @@ private:
 
     Workspace* m_workspace;
     std::vector<Shell*> m_shells;
-    std::vector<Shell*> m_stack; ///< Order of activation; only the last one is active, and it only if m_up.
-    Shell* m_changingTo = nullptr;
+    Shell* m_active = nullptr;
 };
 
 } // namespace Vu

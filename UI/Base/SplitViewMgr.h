@@ -29,8 +29,9 @@ public:
     /// Has the views take the sizes of their canvases.
     void updateViewsSize();
 
-    /// Gives all other visible views the active view's camera: once, or for as long as sharing is on.
+    /// Gives all other visible views the active view's camera, once.
     void copyCamera();
+    /// Switches sharing on or off: while it is on, every change of the active view's camera is copied.
     void shareCamera();
     bool sharesCamera() const { return m_shares; }
 

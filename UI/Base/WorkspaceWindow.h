@@ -60,6 +60,8 @@ public:
     void statusMessage(const std::wstring& text, bool isError = false);
     /// Brings the title, toolbars and browser up to date at the end of the event.
     void refresh();
+    /// For ArrangementMgr: has the areas laid out anew at the end of the event.
+    void arrangementChanged();
 
 private:
     struct Data;

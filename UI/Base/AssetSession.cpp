@@ -1,0 +1,120 @@
+#include "UI/Base/AssetSession.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/Types/Uuid.h"
+#include "UI/Base/AssetGraphicsView.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/DocumentSession.h"
+#include "UI/Base/Environment.h"
+#include "UI/Base/SessionEvents.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Base/ViewMgr.h"
+
+namespace Vu {
+namespace {
+
+AssetSessionSerializableObjectFactory theFactory;
+
+Vs::Asset* findByGuid(const boost::uuids::uuid& guid)
+{
+    const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
+    for (unsigned i = 0; i < documents->documents(); ++i) {
+        const Vs::Document* document = documents->document(i);
+        for (unsigned j = 0; j < document->assets(); ++j)
+            if (document->asset(j)->guid() == guid)
+                return document->asset(j);
+    }
+    return nullptr;
+}
+
+} // namespace
+
+AssetSession::AssetSession(Vs::Asset* asset, DocumentSession* documentSession)
+    : m_asset(asset), m_documentSession(documentSession), m_views(std::make_unique<ViewMgr>())
+{
+}
+
+AssetSession::~AssetSession() = default;
+
+ViewMgr* AssetSession::viewManager()
+{
+    if (!m_firstViewMade) {
+        m_firstViewMade = true;
+        createView();
+    }
+    return m_views.get();
+}
+
+GraphicsView* AssetSession::createView()
+{
+    m_firstViewMade = true;
+    auto view = AssetGraphicsView::make(this);
+    if (!view)
+        return nullptr;
+    GraphicsView* made = view.get();
+    made->createScene();
+    if (auto* first = Vs::cast<GraphicsView>(m_views->view(GraphicsView::interfaceId())))
+        made->copyCamera(*first);
+    m_views->add(std::move(view));
+    return made;
+}
+
+EnvironmentDefinition* AssetSession::activeEnvironment() const
+{
+    return m_environment ? m_environment->environmentDefinition() : nullptr;
+}
+
+void AssetSession::activateEnvironment(EnvironmentDefinition* definition, bool onTop)
+{
+    if (EnvironmentDefinition* left = activeEnvironment())
+        left->onDeactivate(this);
+    if (!definition) {
+        m_environment.reset();
+    } else {
+        std::unique_ptr<EnvironmentState> back;
+        if (onTop)
+            back = std::move(m_environment);
+        m_environment = std::make_unique<EnvironmentState>(this, definition, std::move(back));
+        definition->onActivate(this);
+    }
+    for (const Vs::Timing timing : {Vs::Timing::After, Vs::Timing::Notification}) {
+        EnvironmentEvent event(this, definition, timing);
+        SessionEventSource::get()->fireEnvironmentActivated(&event);
+    }
+}
+
+std::wstring AssetSession::serialize() const
+{
+    return Vs::fromUuid(m_asset->guid());
+}
+
+std::string AssetSession::factoryName() const
+{
+    return AssetSessionSerializableObjectFactory::kName;
+}
+
+Vs::SerializableObject* AssetSessionSerializableObjectFactory::deserialize(const std::wstring& text,
+                                                                           bool create)
+{
+    SessionMgr* sessions = SessionMgr::get();
+    const auto sessionOf = [&](Vs::Asset* asset) {
+        return create ? sessions->assetSession(asset) : sessions->getOpenAssetSession(asset);
+    };
+    const boost::uuids::uuid guid = Vs::fromString(text);
+    if (!guid.is_nil())
+        return sessionOf(findByGuid(guid));
+    // A path may hold any sign; of "path|name" only the last bar separates.
+    const size_t bar = text.rfind(L'|');
+    const Vs::Document* document = nullptr;
+    if (bar != std::wstring::npos)
+        document = Vs::DocumentMgr::get()->bestDocument(text.substr(0, bar));
+    else if (const DocumentSession* current = sessions->currentDocumentSession())
+        document = current->document();
+    if (!document)
+        return nullptr;
+    return sessionOf(document->bestAsset(bar == std::wstring::npos ? text : text.substr(bar + 1)));
+}
+
+} // namespace Vu

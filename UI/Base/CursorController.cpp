@@ -1,0 +1,84 @@
+#include "UI/Base/CursorController.h"
+
+#include "Server/Base/ResourceMgr.h"
+
+#include <QGuiApplication>
+#include <QPixmap>
+
+#include <algorithm>
+#include <vector>
+
+namespace Vu {
+namespace {
+
+std::vector<CursorController*>& enabledControllers()
+{
+    static std::vector<CursorController*> controllers;
+    return controllers;
+}
+
+/// The numbers are Qt's, except the wait pointer, which has a number of its own.
+constexpr int kWaitShape = 17;
+
+QCursor qtCursor(const Vs::CursorResource& cursor)
+{
+    if (cursor.shape() == kWaitShape)
+        return QCursor(Qt::WaitCursor);
+    if (cursor.shape() >= 0 && cursor.shape() <= Qt::LastCursor)
+        return QCursor(static_cast<Qt::CursorShape>(cursor.shape()));
+    const QPixmap picture(QString::fromStdWString(cursor.localPath()));
+    return picture.isNull() ? QCursor(Qt::ArrowCursor) : QCursor(picture, cursor.hotX(), cursor.hotY());
+}
+
+} // namespace
+
+CursorController* CursorController::make(int priority)
+{
+    return new CursorController(priority);
+}
+
+CursorController::~CursorController() = default;
+
+void CursorController::cursor(Vs::CursorResource* cursor)
+{
+    m_cursor = cursor;
+    if (m_enabled)
+        update();
+}
+
+void CursorController::enabled(bool value)
+{
+    if (value == m_enabled)
+        return;
+    m_enabled = value;
+    std::vector<CursorController*>& controllers = enabledControllers();
+    std::erase(controllers, this);
+    if (value)
+        controllers.insert(std::upper_bound(controllers.begin(), controllers.end(), this,
+                                            [](const CursorController* a, const CursorController* b) {
+                                                return a->m_priority < b->m_priority;
+                                            }),
+                           this);
+    update();
+}
+
+void CursorController::destroy()
+{
+    enabled(false);
+    delete this;
+}
+
+void CursorController::update()
+{
+    // Without a display there is no pointer to change.
+    if (!qGuiApp)
+        return;
+    const std::vector<CursorController*>& controllers = enabledControllers();
+    const Vs::CursorResource* shown = controllers.empty() ? nullptr : controllers.back()->m_cursor;
+    while (QGuiApplication::overrideCursor())
+        QGuiApplication::restoreOverrideCursor();
+    if (shown)
+        QGuiApplication::setOverrideCursor(qtCursor(*shown));
+}
+
+} // namespace Vu

@@ -1,0 +1,49 @@
+#include "UI/Base/Notifications.h"
+#include "UI/Base/SessionEvents.h"
+#include "UI/Base/SplitViewEvents.h"
+#include "UI/Base/WorkspaceEvents.h"
+
+// The sources outlive whatever listens to them: add-ins unsubscribe while the process goes down.
+
+namespace Vu {
+
+SessionEventSource* SessionEventSource::get()
+{
+    static auto* const source = new SessionEventSource;
+    return source;
+}
+
+WorkspaceEventSource* WorkspaceEventSource::get()
+{
+    static auto* const source = new WorkspaceEventSource;
+    return source;
+}
+
+SplitViewEventSource* SplitViewEventSource::get()
+{
+    static auto* const source = new SplitViewEventSource;
+    return source;
+}
+
+const Vs::UniqueString* ISplitViewArrangement::interfaceId()
+{
+    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::ISplitViewArrangement");
+    return id;
+}
+
+} // namespace Vu
+
+namespace Vs {
+
+NotificationsEventSource* NotificationsEventSource::get()
+{
+    static auto* const source = new NotificationsEventSource;
+    return source;
+}
+
+void NotificationsEventSource::fireNotified(const std::wstring& message)
+{
+    forEach([&](NotificationsEventSite* site) { site->notified(message); });
+}
+
+} // namespace Vs

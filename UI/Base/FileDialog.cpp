@@ -1,0 +1,167 @@
+#include "UI/Base/FileDialog.h"
+
+#include "UI/Base/Application.h"
+#include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/UIBaseOptionGroup.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QStringList>
+
+namespace Vu {
+namespace {
+
+FileDialog::Responder& installedResponder()
+{
+    static FileDialog::Responder responder;
+    return responder;
+}
+
+bool askUser(const FileDialog::Request& request, std::vector<std::wstring>& names)
+{
+    const QString caption = QString::fromStdWString(request.caption);
+    const QString filter = QString::fromStdWString(FileDialogRules::dialogFilter(request.filter));
+    const QString folder = QString::fromStdWString(UIBaseOptionGroup::get()->lastDirectory());
+    QString start = QString::fromStdWString(request.initialPath);
+    if (start.isEmpty() || (!start.contains(QLatin1Char('/')) && !folder.isEmpty()))
+        start = folder.isEmpty() ? start : folder + QLatin1Char('/') + start;
+    QWidget* parent = Application::get()->mainWidget();
+
+    QStringList chosen;
+    QString chosenFilter;
+    if (request.several)
+        chosen = QFileDialog::getOpenFileNames(parent, caption, start, filter, &chosenFilter);
+    else if (request.forOpen)
+        chosen << QFileDialog::getOpenFileName(parent, caption, start, filter, &chosenFilter);
+    else
+        chosen << QFileDialog::getSaveFileName(parent, caption, start, filter, &chosenFilter);
+    chosen.removeAll(QString());
+    for (const QString& name : chosen)
+        names.push_back(request.forOpen
+                            ? name.toStdWString()
+                            : FileDialogRules::withSuffix(name.toStdWString(), chosenFilter.toStdWString()));
+    return !names.empty();
+}
+
+bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names)
+{
+    names.clear();
+    bool answered = false;
+    if (installedResponder()) {
+        answered = installedResponder()(request, names) && !names.empty();
+    } else if (Application::headless() || Application::testing() || !Application::get()->mainWidget()) {
+        Application::get()->inform(L"\"" + request.caption +
+                                   L"\": no file name was given, and nobody is there to ask; cancelled.");
+    } else {
+        answered = askUser(request, names);
+    }
+    if (answered)
+        UIBaseOptionGroup::get()->lastDirectory(
+            QFileInfo(QString::fromStdWString(names.front())).absolutePath().toStdWString());
+    return answered;
+}
+
+bool askForOne(const FileDialog::Request& request, std::wstring& name)
+{
+    std::vector<std::wstring> names;
+    if (!ask(request, names))
+        return false;
+    name = names.front();
+    return true;
+}
+
+/// Takes the name that the caller of a command gave; otherwise asks, and leaves the answer in the context,
+/// from which a recording takes it.
+bool transcriptable(const FileDialog::Request& request, std::wstring& name, CommandContext* context)
+{
+    if (context) {
+        const std::wstring given = context->argumentAsString(CommandContext::pathArgumentName());
+        if (!given.empty()) {
+            name = given;
+            return true;
+        }
+    }
+    if (!askForOne(request, name))
+        return false;
+    if (context)
+        context->addArgument(CommandContext::pathArgumentName(), name);
+    return true;
+}
+
+} // namespace
+
+bool FileDialog::getFilenamesForOpen(const std::wstring& filter, std::vector<std::wstring>& names,
+                                     const std::wstring& initialPath)
+{
+    return ask({filter, L"Open", initialPath, true, true}, names);
+}
+
+bool FileDialog::getFilenameForOpen(const std::wstring& filter, std::wstring& name,
+                                    const std::wstring& initialPath)
+{
+    return askForOne({filter, L"Open", initialPath, true, false}, name);
+}
+
+bool FileDialog::getTranscriptableFilename(const std::wstring& filter, std::wstring& name,
+                                           CommandContext* context, bool forOpen,
+                                           const std::wstring& initialPath)
+{
+    return transcriptable({filter, forOpen ? L"Open" : L"Save As", initialPath, forOpen, false}, name,
+                          context);
+}
+
+bool FileDialog::getTranscriptableFilenameForSaveAs(const std::wstring& filter, const std::wstring& caption,
+                                                    std::wstring& name, CommandContext* context)
+{
+    return transcriptable({filter, caption, name, false, false}, name, context);
+}
+
+bool FileDialog::getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
+                                      std::wstring& name, const std::wstring& initialPath)
+{
+    return askForOne({filter, caption, initialPath.empty() ? name : initialPath, false, false}, name);
+}
+
+void FileDialog::responder(Responder responder)
+{
+    installedResponder() = std::move(responder);
+}
+
+std::wstring FileDialogRules::dialogFilter(const std::wstring& filter)
+{
+    // Entries are separated by ";;", patterns by a single ";" or a blank; a ";" beside a bracket is
+    // decoration.
+    std::wstring patterns;
+    bool inside = false;
+    for (size_t i = 0; i < filter.size(); ++i) {
+        const wchar_t sign = filter[i];
+        if (sign == L'(')
+            inside = true;
+        else if (sign == L')')
+            inside = false;
+        patterns += inside && sign == L';' ? L' ' : sign;
+    }
+    std::wstring result;
+    for (const QString& part :
+         QString::fromStdWString(patterns).split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        const QString entry = part.simplified()
+                                  .replace(QLatin1String("( "), QLatin1String("("))
+                                  .replace(QLatin1String(" )"), QLatin1String(")"));
+        if (!entry.isEmpty())
+            result += (result.empty() ? L"" : L";;") + entry.toStdWString();
+    }
+    return result;
+}
+
+std::wstring FileDialogRules::withSuffix(const std::wstring& name, const std::wstring& filter)
+{
+    const size_t slash = name.rfind(L'/');
+    const std::wstring file = slash == std::wstring::npos ? name : name.substr(slash + 1);
+    const size_t star = filter.find(L"*.");
+    if (file.empty() || file.find(L'.') != std::wstring::npos || star == std::wstring::npos)
+        return name;
+    const std::wstring suffix = filter.substr(star + 1, filter.find_first_of(L" ;)", star) - star - 1);
+    return suffix == L".*" ? name : name + suffix;
+}
+
+} // namespace Vu

@@ -1,0 +1,97 @@
+#include "UI/Base/SplitViewMgr.h"
+
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/ShellMgr.h"
+#include "UI/Base/SplitViewEvents.h"
+#include "UI/Base/WorkspaceMgr.h"
+
+#include <vector>
+
+namespace Vu {
+namespace {
+
+std::vector<GraphicsCanvas*> shownCanvases()
+{
+    std::vector<GraphicsCanvas*> canvases;
+    GraphicsCanvas::allCanvases(canvases);
+    std::erase_if(canvases, [](const GraphicsCanvas* canvas) { return !canvas->view(); });
+    return canvases;
+}
+
+} // namespace
+
+SplitViewMgr* SplitViewMgr::get()
+{
+    static auto* const manager = new SplitViewMgr;
+    return manager;
+}
+
+void SplitViewMgr::activeCanvas(GraphicsCanvas* canvas)
+{
+    if (canvas == m_canvas)
+        return;
+    GraphicsView* left = m_canvas ? m_canvas->view() : nullptr;
+    m_canvas = canvas;
+    m_view = canvas ? canvas->view() : nullptr;
+    if (left) {
+        SplitViewEvent event(left);
+        SplitViewEventSource::get()->fireSplitViewDeactivate(&event);
+    }
+    if (m_view) {
+        SplitViewEvent event(m_view);
+        SplitViewEventSource::get()->fireSplitViewActivate(&event);
+    }
+}
+
+int SplitViewMgr::visibleViews() const
+{
+    return static_cast<int>(shownCanvases().size());
+}
+
+void SplitViewMgr::updateViewsSize()
+{
+    for (GraphicsCanvas* canvas : shownCanvases())
+        canvas->invalidate();
+}
+
+void SplitViewMgr::copyCamera()
+{
+    GraphicsView* from = m_canvas ? m_canvas->view() : m_view;
+    if (!from)
+        return;
+    for (GraphicsCanvas* canvas : shownCanvases())
+        if (canvas->view() != from) {
+            canvas->view()->copyCamera(*from);
+            canvas->invalidate();
+        }
+}
+
+void SplitViewMgr::shareCamera()
+{
+    m_shares = !m_shares;
+    if (m_shares)
+        copyCamera();
+}
+
+void SplitViewMgr::updateArrangement(const std::wstring& filter)
+{
+    Workspace* workspace = WorkspaceMgr::activeWorkspace();
+    if (auto* shell =
+            Vs::cast<ISplitViewArrangement>(workspace ? workspace->shellManager()->activeShell() : nullptr))
+        shell->updateArrangement(filter);
+}
+
+void SplitViewMgr::forget(const GraphicsCanvas* canvas)
+{
+    if (canvas == m_canvas)
+        m_canvas = nullptr;
+}
+
+void SplitViewMgr::forget(const GraphicsView* view)
+{
+    if (view == m_view)
+        m_view = nullptr;
+}
+
+} // namespace Vu

@@ -1,0 +1,73 @@
+#include "UI/Base/ToolbarManager.h"
+
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+
+#include <algorithm>
+
+namespace Vu {
+namespace {
+
+void collectUnknown(const std::vector<ToolbarItem>& items, std::vector<std::wstring>& unknown)
+{
+    for (const ToolbarItem& item : items) {
+        collectUnknown(item.menu, unknown);
+        if (!item.command.empty() && !CommandDefinitionMgr::get()->findCommandDefinitionById(item.command) &&
+            std::find(unknown.begin(), unknown.end(), item.command) == unknown.end())
+            unknown.push_back(item.command);
+    }
+}
+
+} // namespace
+
+ToolbarManager* ToolbarManager::get()
+{
+    static auto* const manager = new ToolbarManager;
+    return manager;
+}
+
+void ToolbarManager::changed()
+{
+    forEach([](ToolbarEventSite* site) { site->toolbarsChanged(); });
+}
+
+Toolbar* ToolbarManager::toolbarById(const std::wstring& id)
+{
+    const auto found = std::find_if(m_toolbars.begin(), m_toolbars.end(),
+                                    [&](const Toolbar& toolbar) { return toolbar.id == id; });
+    return found == m_toolbars.end() ? nullptr : &*found;
+}
+
+void ToolbarManager::add(Toolbar toolbar)
+{
+    if (Toolbar* old = toolbarById(toolbar.id))
+        *old = std::move(toolbar);
+    else
+        m_toolbars.push_back(std::move(toolbar));
+    changed();
+}
+
+void ToolbarManager::hideToolbar(const std::wstring& id)
+{
+    if (Toolbar* toolbar = toolbarById(id); toolbar && toolbar->visible) {
+        toolbar->visible = false;
+        changed();
+    }
+}
+
+void ToolbarManager::showToolbar(const std::wstring& id)
+{
+    if (Toolbar* toolbar = toolbarById(id); toolbar && !toolbar->visible) {
+        toolbar->visible = true;
+        changed();
+    }
+}
+
+std::vector<std::wstring> ToolbarManager::unknownCommands() const
+{
+    std::vector<std::wstring> unknown;
+    for (const Toolbar& toolbar : m_toolbars)
+        collectUnknown(toolbar.items, unknown);
+    return unknown;
+}
+
+} // namespace Vu
