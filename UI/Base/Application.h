@@ -41,6 +41,8 @@ public:
     void flushDeferredTasks();
     /// One round of both queues and of Qt's pending events, if Qt runs.
     void processEvents();
+    /// For ProgressBar: what was queued while work ran may run now.
+    void resumeTasks() { wakeUp(); }
 
     /// Runs the main loop until `exit`. Returns the exit code, 0 unless an error ended it.
     int run();
@@ -48,6 +50,9 @@ public:
     /// closed first, without asking: whoever calls has asked.
     void exit(bool closeDocuments);
     bool exiting() const { return m_exiting; }
+    /// Closes all workspaces and takes Qt's application object down; the last thing in main, before add-ins
+    /// are unloaded.
+    void shutDown();
 
     /// Name, version and licence; `extended` adds what the program is built on. Headless, the text is a
     /// message.
@@ -75,7 +80,11 @@ public:
 private:
     Application();
     ~Application() override;
-    void drive();
+    void wakeUp();
+    void runDeferred();
+    void runIdle();
+    template <class Action>
+    void guarded(Action&& action);
 
     struct Data;
     std::unique_ptr<Data> m_data;

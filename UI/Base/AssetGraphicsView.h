@@ -24,6 +24,7 @@ private:
     explicit AssetGraphicsView(AssetSession* session) : m_session(session) {}
 
     AssetSession* m_session;
+    Vs::StrongRef<Rendra::Graphics::GroupNode> m_node;
 };
 
 } // namespace Vu

@@ -1,16 +1,13 @@
 #pragma once
 
+#include "Server/Base/StrongRef.h"
+#include "Server/Scene/Camera.h"
 #include "Server/Scene/CameraParameters.h"
 #include "UI/Base/TransitionMgr.h"
 
-namespace Vs::Scene {
-class Camera;
-}
-
 namespace Vu {
 
-/// Glides a camera from one state to another. The camera must outlive the transition; a view that goes
-/// finishes it.
+/// Glides a camera from one state to another.
 class CameraTransition : public Vs::Implements<CameraTransition, TransitionItem>
 {
 public:
@@ -28,7 +25,7 @@ private:
     }
 
     Vs::Scene::CameraParameters m_before, m_after;
-    Vs::Scene::Camera* m_camera;
+    Vs::StrongRef<Vs::Scene::Camera> m_camera;
 };
 
 /// Tells who records a transcript, by being built, that a command has put the camera somewhere.

@@ -2,6 +2,7 @@
 
 #include "Server/Base/ResourceMgr.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QPixmap>
 

@@ -31,6 +31,29 @@ public:
                                                    std::wstring& name, CommandContext* context);
     static bool getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
                                      std::wstring& name, const std::wstring& initialPath);
+
+    /// What a dialog would be asked.
+    struct Request
+    {
+        std::wstring filter;
+        std::wstring caption;
+        std::wstring initialPath; ///< Folder or proposed file.
+        bool forOpen = true;
+        bool several = false;
+    };
+    /// Answers in place of a person; returns false for cancelled. Null takes it away.
+    using Responder = std::function<bool(const Request&, std::vector<std::wstring>& names)>;
+    static void responder(Responder responder);
 };
+
+namespace FileDialogRules {
+
+/// The filter as the system's dialogs take it: patterns separated by blanks, entries by ";;", no empty
+/// entries.
+std::wstring dialogFilter(const std::wstring& filter);
+/// The name with the first suffix of the filter's first entry, unless it has a suffix already.
+std::wstring withSuffix(const std::wstring& name, const std::wstring& filter);
+
+} // namespace FileDialogRules
 
 } // namespace Vu

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Status.h"
+#include "Server/Base/StrongRef.h"
 #include "Server/Scene/INodeSource.h"
 #include "UI/Base/MouseEvents.h"
 #include "UI/Base/View.h"
@@ -30,17 +31,19 @@ public:
     GraphicsView();
     ~GraphicsView() override;
 
-    /// The node of what is shown, or null while there is none. `createScene` makes it if need be.
-    virtual Rendra::Graphics::GroupNode* sceneNode() const override = 0;
-    virtual Rendra::Graphics::GroupNode* createScene() override = 0;
-    virtual void releaseScene() override = 0;
-
     /// The node under which this view's fragments stand; null before `createScene`.
     Rendra::Graphics::GroupNode* viewNode() const { return sceneNode(); }
 
     const std::vector<Vs::Scene::ViewFragment*>& viewFragments() const { return m_fragments; }
-    /// Takes the fragment over.
-    void addFragment(std::unique_ptr<Vs::Scene::ViewFragment> fragment);
+    void addFragment(Vs::StrongRef<Vs::Scene::ViewFragment> fragment);
+    /// Frames the content of each fragment. With nothing to frame yet, it happens when the first content
+    /// comes.
+    void fit();
+    /// Takes in what arrived since the last call (meshes that were still being made). True if the picture
+    /// changed; the canvas calls it before it draws.
+    bool update();
+    /// Whether content is still on its way.
+    bool waitsForContent() const;
 
     /// The canvas that shows this view; null if none does.
     GraphicsCanvas* canvas() const { return m_canvas; }
@@ -58,6 +61,7 @@ public:
     void mouseDown(MouseEvent* event) override;
     void mouseUp(MouseEvent* event) override;
     void mouseMove(MouseEvent* event) override;
+    void mouseDrag(MouseEvent* event) override;
     void mouseDoubleClick(MouseEvent* event) override;
     void mouseScroll(MouseEvent* event) override;
 
@@ -66,11 +70,17 @@ private:
 
     enum class Drag { None, Pan, Orbit };
 
-    std::vector<std::unique_ptr<Vs::Scene::ViewFragment>> m_owned;
+    void dragTo(double x, double y);
+    double pixelSize() const;
+
+    std::vector<Vs::StrongRef<Vs::Scene::ViewFragment>> m_owned;
     std::vector<Vs::Scene::ViewFragment*> m_fragments;
     GraphicsCanvas* m_canvas = nullptr;
     Drag m_drag = Drag::None;
     double m_lastX = 0, m_lastY = 0;
+    std::vector<uint64_t> m_seen; ///< Of each fragment, what update() saw last.
+    bool m_fitPending = false;
+    bool m_shownBefore = false;
 };
 
 } // namespace Vu

@@ -18,7 +18,7 @@ public:
 
 private:
     SpaceMouseEventSite();
-    void read();
+    bool read();
 
     int m_socket = -1;
 };

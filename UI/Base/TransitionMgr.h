@@ -45,6 +45,7 @@ public:
     bool playing() const { return m_playing != nullptr; }
 
 private:
+    friend class PlayTransitionTask;
     TransitionMgr() = default;
     bool step();
 

@@ -13,6 +13,8 @@ namespace Vu {
 class Area;
 class Arrangement;
 class ArrangementMgr;
+class MainWindow;
+class ProgressPanel;
 class Workspace;
 
 /// What of the display is to be drawn anew.
@@ -60,6 +62,12 @@ public:
     void statusMessage(const std::wstring& text, bool isError = false);
     /// Brings the title, toolbars and browser up to date at the end of the event.
     void refresh();
+    /// The same, for this library and its tests.
+    MainWindow* mainWindow() const;
+    /// Brings the start page up to date, if it shows.
+    void showHomePage();
+    /// For ProgressBar: where progress is shown; null before `show()`.
+    ProgressPanel* progressPanel() const;
     /// For ArrangementMgr: has the areas laid out anew at the end of the event.
     void arrangementChanged();
 

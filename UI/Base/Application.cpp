@@ -1,0 +1,255 @@
+#include "UI/Base/Application.h"
+
+#include "Server/Base/SoftwareVersion.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/Warning.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/Scene/OffscreenRenderer.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Host.h"
+#include "UI/Base/ProgressBar.h"
+#include "UI/Base/Window/Theme.h"
+#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QSurfaceFormat>
+#include <QTimer>
+
+#include <atomic>
+
+namespace Vu {
+namespace {
+
+/// How often an idle task that asks to run again comes.
+constexpr int kIdleInterval = 16;
+
+struct Start
+{
+    int* count = nullptr;
+    char** arguments = nullptr;
+    bool headless = true;
+    bool testing = false;
+};
+
+Start& start()
+{
+    static Start data;
+    return data;
+}
+
+} // namespace
+
+struct Application::Data
+{
+    Vs::Tasks deferred;
+    Vs::Tasks idle;
+    std::unique_ptr<QApplication> gui;
+    std::unique_ptr<QTimer> idleTimer;
+    std::atomic<bool> deferredPosted{false};
+    int exitCode = 0;
+};
+
+Application* Application::get()
+{
+    // Lives to the end of the process: add-ins may still queue and ask while they are destroyed.
+    static auto* const application = new Application;
+    return application;
+}
+
+Application::Application() : m_data(std::make_unique<Data>())
+{
+    installHost();
+    m_data->deferred.wakeUp([this] { wakeUp(); });
+    m_data->idle.wakeUp([this] { wakeUp(); });
+}
+
+Application::~Application() = default;
+
+void Application::initialize(int& count, char** arguments, bool headless)
+{
+    start() = {&count, arguments, headless, start().testing};
+    get();
+}
+
+bool Application::headless()
+{
+    return start().headless;
+}
+
+bool Application::testing()
+{
+    return start().testing;
+}
+
+void Application::testing(bool value)
+{
+    start().testing = value;
+}
+
+void Application::needGui()
+{
+    if (qApp)
+        return;
+    if (headless())
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QSurfaceFormat format;
+    format.setVersion(3, 3);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    format.setDepthBufferSize(24);
+    QSurfaceFormat::setDefaultFormat(format);
+    QApplication::setApplicationName(QStringLiteral("Quillet"));
+    QApplication::setDesktopFileName(QStringLiteral("quillet"));
+
+    static int noArguments = 1;
+    static char name[] = "quillet";
+    static char* nameOnly[] = {name, nullptr};
+    const Start& given = start();
+    m_data->gui = given.count ? std::make_unique<QApplication>(*given.count, given.arguments)
+                              : std::make_unique<QApplication>(noArguments, nameOnly);
+    m_data->gui->setQuitOnLastWindowClosed(false);
+    m_data->idleTimer = std::make_unique<QTimer>();
+    m_data->idleTimer->setSingleShot(true);
+    QObject::connect(m_data->idleTimer.get(), &QTimer::timeout, m_data->gui.get(), [this] { runIdle(); });
+    if (!headless())
+        applyTheme();
+    wakeUp();
+}
+
+Vs::Tasks* Application::deferredTasks()
+{
+    return &m_data->deferred;
+}
+
+Vs::Tasks* Application::idleTasks()
+{
+    return &m_data->idle;
+}
+
+/// Any thread.
+void Application::wakeUp()
+{
+    QCoreApplication* loop = QCoreApplication::instance();
+    if (!loop || m_data->deferredPosted.exchange(true))
+        return;
+    QMetaObject::invokeMethod(
+        loop,
+        [this] {
+            m_data->deferredPosted = false;
+            runDeferred();
+        },
+        Qt::QueuedConnection);
+}
+
+template <class Action>
+void Application::guarded(Action&& action)
+{
+    try {
+        action();
+    } catch (const std::exception& error) {
+        inform(L"A task failed: " + Vs::Strings::widen(error.what()));
+    }
+}
+
+void Application::runDeferred()
+{
+    // While work runs inside a command, what must not run inside that command waits.
+    if (ProgressBar::get()->busy())
+        return;
+    guarded([this] { m_data->deferred.runOnce(); });
+    if (!m_data->deferred.empty())
+        wakeUp();
+    if (m_data->idleTimer && !m_data->idle.empty() && !m_data->idleTimer->isActive())
+        m_data->idleTimer->start(0);
+}
+
+void Application::runIdle()
+{
+    if (ProgressBar::get()->busy())
+        return;
+    guarded([this] { m_data->idle.runOnce(); });
+    if (!m_data->idle.empty())
+        m_data->idleTimer->start(kIdleInterval);
+}
+
+void Application::flushDeferredTasks()
+{
+    guarded([this] { m_data->deferred.flush(); });
+}
+
+void Application::processEvents()
+{
+    guarded([this] { m_data->deferred.runOnce(); });
+    if (m_data->gui)
+        QApplication::processEvents();
+    guarded([this] { m_data->idle.runOnce(); });
+}
+
+int Application::run()
+{
+    needGui();
+    if (m_exiting)
+        return m_data->exitCode;
+    wakeUp();
+    return QApplication::exec();
+}
+
+void Application::exit(bool closeDocuments)
+{
+    if (m_exiting)
+        return;
+    m_exiting = true;
+    // The one who asks may be a command of the window that goes.
+    m_data->deferred.post([this, closeDocuments] {
+        if (closeDocuments) {
+            Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
+            while (documents->documents() > 0)
+                documents->close(documents->document(documents->documents() - 1));
+        }
+        if (m_data->gui)
+            QApplication::exit(m_data->exitCode);
+    });
+}
+
+void Application::shutDown()
+{
+    guarded([this] { m_data->deferred.flush(); });
+    WorkspaceMgr::get()->closeAll();
+    m_data->idleTimer.reset();
+    m_data->gui.reset();
+}
+
+void Application::showAboutBox(bool extended)
+{
+    std::wstring text = L"Quillet " + Vs::Strings::widen(Vs::SoftwareVersion::currentSoftwareVersion()) +
+                        L"\nDesktop 3D design. Apache License 2.0.";
+    if (extended) {
+        text += L"\n\nQt " + Vs::Strings::widen(qVersion());
+        const std::wstring graphics = Vs::Scene::OffscreenRenderer::get()->description();
+        if (!graphics.empty())
+            text += L"\nGraphics: " + graphics;
+    }
+    if (QWidget* parent = mainWidget(); parent && !headless() && !testing())
+        QMessageBox::about(parent, QStringLiteral("About Quillet"), QString::fromStdWString(text));
+    else
+        inform(text);
+}
+
+QWidget* Application::mainWidget() const
+{
+    const WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
+    return window ? window->widget() : nullptr;
+}
+
+void Application::inform(const std::wstring& message)
+{
+    CommandMgr::get()->GetAlertController()->addAlert(EAlertSeverity::Information, message);
+    WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
+    if (window && window->shown())
+        window->statusMessage(message);
+    else
+        Vs::warn(message);
+}
+
+} // namespace Vu

@@ -1,0 +1,58 @@
+#include "UI/Base/AssetGraphicsView.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/Scene/NodeChange.h"
+#include "Server/Scene/SceneAssetAdapter.h"
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/AssetSession.h"
+
+namespace Vu {
+namespace {
+
+Vs::Scene::SceneAssetAdapter* sceneOf(const AssetSession* session)
+{
+    return Vs::cast<Vs::Scene::SceneAssetAdapter>(session->asset()->adapter());
+}
+
+} // namespace
+
+std::unique_ptr<AssetGraphicsView> AssetGraphicsView::make(AssetSession* session)
+{
+    if (!sceneOf(session))
+        return nullptr;
+    return std::unique_ptr<AssetGraphicsView>(new AssetGraphicsView(session));
+}
+
+AssetGraphicsView::~AssetGraphicsView()
+{
+    releaseScene();
+}
+
+Rendra::Graphics::GroupNode* AssetGraphicsView::sceneNode() const
+{
+    return m_node.get();
+}
+
+Rendra::Graphics::GroupNode* AssetGraphicsView::createScene()
+{
+    if (m_node)
+        return m_node.get();
+    Vs::Scene::SceneAssetAdapter* adapter = sceneOf(m_session);
+    m_node = Vs::Scene::makeViewNode(this);
+    auto model = Vs::Scene::ViewFragment::make(adapter->transientSegment());
+    model->showAsset(adapter);
+    Vs::Scene::NodeChange(m_node.get()).add(model->viewFragmentNode());
+    addFragment(std::move(model));
+    fit();
+    return m_node.get();
+}
+
+void AssetGraphicsView::releaseScene()
+{
+    if (!m_node)
+        return;
+    Vs::Scene::NodeChange(m_node.get()).clearSource();
+    m_node.reset();
+}
+
+} // namespace Vu

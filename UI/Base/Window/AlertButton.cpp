@@ -1,0 +1,63 @@
+#include "UI/Base/Window/AlertButton.h"
+
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Window/Theme.h"
+
+#include <QMenu>
+
+namespace Vu {
+namespace {
+constexpr qsizetype kKept = 20;
+constexpr qsizetype kLongestEntry = 160;
+} // namespace
+
+AlertButton::AlertButton(QWidget* parent) : QToolButton(parent)
+{
+    setObjectName(QStringLiteral("alerts"));
+    setAutoRaise(true);
+    setFocusPolicy(Qt::NoFocus);
+    setPopupMode(QToolButton::InstantPopup);
+    auto* menu = new QMenu(this);
+    setMenu(menu);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+        menu->clear();
+        for (const QString& text : m_texts) {
+            QString entry = text.simplified().left(kLongestEntry);
+            QAction* action = menu->addAction(entry.replace(QLatin1Char('&'), QLatin1String("&&")));
+            action->setToolTip(text);
+        }
+        menu->setToolTipsVisible(true);
+        menu->addSeparator();
+        connect(menu->addAction(QStringLiteral("Clear")), &QAction::triggered, this, [this] { clear(); });
+    });
+    draw();
+}
+
+void AlertButton::add(const Alert& alert)
+{
+    m_texts.prepend(QString::fromStdWString(alert.text));
+    while (m_texts.size() > kKept)
+        m_texts.removeLast();
+    m_hasError = m_hasError || alert.severity == EAlertSeverity::Error;
+    draw();
+}
+
+void AlertButton::clear()
+{
+    m_texts.clear();
+    m_hasError = false;
+    draw();
+}
+
+void AlertButton::draw()
+{
+    setVisible(!m_texts.isEmpty());
+    setText(m_texts.size() == 1 ? QStringLiteral("1 message")
+                                : QStringLiteral("%1 messages").arg(m_texts.size()));
+    QPalette colours = parentWidget() ? parentWidget()->palette() : palette();
+    if (m_hasError)
+        colours.setColor(QPalette::ButtonText, errorColour());
+    setPalette(colours);
+}
+
+} // namespace Vu

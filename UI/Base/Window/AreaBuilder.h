@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+
+class QWidget;
+
+namespace Vu {
+
+class Area;
+
+/// Builds the widgets of a layout. What stands in an area is asked of `contents(area, parent)`, which returns
+/// null for contents that nothing draws; such areas, hidden and collapsed ones take no room.
+///
+/// Children that are placed at the top and bottom take the whole width; those at the left and right stand
+/// beside those that fill, with splitters between. A moved splitter is told by `resized(area, extent)`.
+struct AreaBuilder
+{
+    std::function<QWidget*(Area&, QWidget*)> contents;
+    std::function<void(Area&, int)> resized;
+
+    /// Null if nothing at or below the area is shown.
+    QWidget* build(Area& area, QWidget* parent) const;
+};
+
+} // namespace Vu

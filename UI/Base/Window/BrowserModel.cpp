@@ -1,0 +1,243 @@
+#include "UI/Base/Window/BrowserModel.h"
+
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/Scene/NodeChange.h"
+#include "Server/Scene/SceneAssetAdapter.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <QPainter>
+#include <QPixmap>
+
+namespace Vu {
+namespace {
+
+constexpr int kIconSize = 32;
+
+/// A little box seen from a corner, or three of them for an assembly; the tones read on light and on dark.
+QPixmap drawBox(int boxes)
+{
+    QPixmap picture(kIconSize, kIconSize);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto box = [&](double x, double y, double size) {
+        const QPointF top(x, y - size), left(x - size * 0.87, y - size / 2),
+            right(x + size * 0.87, y - size / 2);
+        const QPointF middle(x, y), lowLeft = left + QPointF(0, size), lowRight = right + QPointF(0, size);
+        const QPointF bottom(x, y + size);
+        painter.setPen(QPen(QColor(0x5b, 0x6b, 0x7c), 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.setBrush(QColor(0xb9, 0xd6, 0xf2));
+        painter.drawPolygon(QPolygonF({top, right, middle, left}));
+        painter.setBrush(QColor(0x6f, 0xa8, 0xdc));
+        painter.drawPolygon(QPolygonF({left, middle, bottom, lowLeft}));
+        painter.setBrush(QColor(0x3f, 0x7f, 0xbf));
+        painter.drawPolygon(QPolygonF({middle, right, lowRight, bottom}));
+    };
+    if (boxes == 1) {
+        box(16, 16, 13);
+    } else {
+        box(16, 9, 7);
+        box(9, 21.5, 7);
+        box(23, 21.5, 7);
+    }
+    return picture;
+}
+
+} // namespace
+
+BrowserModel::BrowserModel(QObject* parent)
+    : QAbstractItemModel(parent), m_assemblyIcon(drawBox(3)), m_partIcon(drawBox(1))
+{
+    Vs::AssetEventSource::get()->subscribe(this);
+}
+
+BrowserModel::~BrowserModel()
+{
+    Vs::AssetEventSource::get()->unsubscribe(this);
+}
+
+void BrowserModel::asset(Vs::Asset* asset)
+{
+    if (asset == m_asset)
+        return;
+    beginResetModel();
+    m_asset = asset;
+    m_places.clear();
+    endResetModel();
+}
+
+const Vs::Component* BrowserModel::component(const QModelIndex& index) const
+{
+    return index.isValid() ? static_cast<const Vs::Component*>(index.constInternalPointer()) : nullptr;
+}
+
+Rendra::Graphics::Node* BrowserModel::node(const Vs::Component* component) const
+{
+    auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(m_asset->adapter());
+    if (!scene)
+        return nullptr;
+    return component == m_asset->components() ? scene->rootNode() : scene->node(component->id);
+}
+
+void BrowserModel::learn(const Vs::Component* parent) const
+{
+    if (parent->children.empty() || m_places.count(parent->children.front().get()))
+        return;
+    m_places.reserve(m_places.size() + parent->children.size());
+    int row = 0;
+    for (const auto& child : parent->children)
+        m_places[child.get()] = {parent, row++};
+}
+
+QModelIndex BrowserModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (!m_asset || column != 0 || row < 0)
+        return {};
+    if (!parent.isValid())
+        return row == 0 ? createIndex(0, 0, m_asset->components()) : QModelIndex();
+    const Vs::Component* above = component(parent);
+    if (row >= static_cast<int>(above->children.size()))
+        return {};
+    learn(above);
+    return createIndex(row, 0, above->children[static_cast<size_t>(row)].get());
+}
+
+QModelIndex BrowserModel::parent(const QModelIndex& index) const
+{
+    const auto place = m_places.find(component(index));
+    if (!m_asset || place == m_places.end())
+        return {};
+    const Vs::Component* above = place->second.parent;
+    const auto placeAbove = m_places.find(above);
+    return createIndex(placeAbove == m_places.end() ? 0 : placeAbove->second.row, 0, above);
+}
+
+int BrowserModel::rowCount(const QModelIndex& parent) const
+{
+    if (!m_asset)
+        return 0;
+    if (!parent.isValid())
+        return 1;
+    return static_cast<int>(component(parent)->children.size());
+}
+
+int BrowserModel::columnCount(const QModelIndex&) const
+{
+    return 1;
+}
+
+bool BrowserModel::hasChildren(const QModelIndex& parent) const
+{
+    return rowCount(parent) > 0;
+}
+
+QModelIndex BrowserModel::indexOf(const std::string& componentId)
+{
+    if (!m_asset)
+        return {};
+    const Vs::Component* wanted = m_asset->findComponent(componentId);
+    if (!wanted)
+        return {};
+    if (wanted == m_asset->components())
+        return index(0, 0);
+    if (!m_places.count(wanted)) {
+        // Learns one branch after the other until the component turns up.
+        std::vector<const Vs::Component*> open{m_asset->components()};
+        while (!open.empty() && !m_places.count(wanted)) {
+            const Vs::Component* branch = open.back();
+            open.pop_back();
+            learn(branch);
+            for (const auto& child : branch->children)
+                if (!child->children.empty())
+                    open.push_back(child.get());
+        }
+    }
+    const auto place = m_places.find(wanted);
+    return place == m_places.end() ? QModelIndex() : createIndex(place->second.row, 0, wanted);
+}
+
+QVariant BrowserModel::data(const QModelIndex& index, int role) const
+{
+    const Vs::Component* shown = component(index);
+    if (!shown)
+        return {};
+    const bool root = shown == m_asset->components();
+    switch (role) {
+    case Qt::DisplayRole:
+        if (root)
+            return QString::fromStdWString(m_asset->name());
+        return shown->name.empty() ? QStringLiteral("(unnamed)") : QString::fromStdWString(shown->name);
+    case Qt::ToolTipRole:
+        return shown->children.empty() ? QString::fromStdWString(shown->name)
+                                       : QStringLiteral("%1: %2 components")
+                                             .arg(QString::fromStdWString(shown->name))
+                                             .arg(shown->children.size());
+    case Qt::DecorationRole:
+        return shown->children.empty() && shown->body ? m_partIcon : m_assemblyIcon;
+    case Qt::CheckStateRole: {
+        const Rendra::Graphics::Node* scene = node(shown);
+        return !scene || scene->visible() ? Qt::Checked : Qt::Unchecked;
+    }
+    case ComponentIdRole:
+        return QString::fromStdString(shown->id);
+    default:
+        return {};
+    }
+}
+
+bool BrowserModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    const Vs::Component* changed = component(index);
+    if (!changed || role != Qt::CheckStateRole)
+        return false;
+    Rendra::Graphics::Node* scene = node(changed);
+    if (!scene)
+        return false;
+    Vs::Scene::NodeChange(scene).visible(value.toInt() == Qt::Checked);
+    emit dataChanged(index, index, {Qt::CheckStateRole});
+    WorkspaceWindow::invalidate(kInvalidateAll);
+    return true;
+}
+
+Qt::ItemFlags BrowserModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
+}
+
+void BrowserModel::assetComponentsChanged(Vs::ComponentsEvent* event)
+{
+    if (event->asset() != m_asset)
+        return;
+    const Vs::ComponentsEvent::Changes& changes = event->changes();
+    if (changes.all || !changes.added.empty() || !changes.removed.empty()) {
+        // The view opens again what was open, by the components' ids.
+        beginResetModel();
+        m_places.clear();
+        endResetModel();
+        return;
+    }
+    for (const Vs::Component* changed : changes.changed) {
+        const auto place = m_places.find(changed);
+        if (place != m_places.end()) {
+            const QModelIndex index = createIndex(place->second.row, 0, changed);
+            emit dataChanged(index, index);
+        }
+    }
+}
+
+void BrowserModel::assetRenamed(Vs::AssetEvent* event)
+{
+    if (event->asset() == m_asset)
+        emit dataChanged(index(0, 0), index(0, 0));
+}
+
+void BrowserModel::assetClosed(Vs::AssetEvent* event)
+{
+    if (event->asset() == m_asset)
+        asset(nullptr);
+}
+
+} // namespace Vu

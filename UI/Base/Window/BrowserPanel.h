@@ -1,0 +1,41 @@
+#pragma once
+
+#include "UI/Base/SessionEvents.h"
+
+#include <QWidget>
+
+#include <set>
+#include <string>
+#include <vector>
+
+class QTreeView;
+
+namespace Vu {
+
+class BrowserModel;
+
+/// The tree of the current session's components. What is selected in it is highlighted in the views.
+class BrowserPanel : public QWidget, private SessionEventSite
+{
+public:
+    explicit BrowserPanel(QWidget* parent);
+    ~BrowserPanel() override;
+
+    QTreeView* tree() const { return m_tree; }
+    BrowserModel* model() const { return m_model; }
+
+private:
+    void currentSessionChanged(SessionEvent* event) override;
+    void sessionActivated(SessionEvent* event) override;
+    void show(AssetSession* session);
+    void reopen();
+    void highlightSelection();
+    void highlight(const std::vector<std::string>& ids, bool on);
+
+    QTreeView* m_tree;
+    BrowserModel* m_model;
+    std::set<std::string> m_open; ///< Ids of the open branches, for after a reset.
+    std::vector<std::string> m_highlighted;
+};
+
+} // namespace Vu

@@ -1,0 +1,280 @@
+#include "UI/Base/Window/CanvasWidget.h"
+
+#include "Server/DataModel/AssetEvents.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/Renderer.h"
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/MouseEvents.h"
+#include "UI/Base/ProgressBar.h"
+#include "UI/Base/SplitViewMgr.h"
+
+#include <QMouseEvent>
+#include <QOpenGLContext>
+#include <QOpenGLWidget>
+#include <QPainter>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
+
+namespace Vu {
+namespace {
+
+/// What parts arrive meanwhile is shown this often.
+constexpr int kContentInterval = 60;
+constexpr double kOneNotch = 120.0;
+
+int buttonOf(Qt::MouseButton button)
+{
+    switch (button) {
+    case Qt::LeftButton:
+        return kLeftButton;
+    case Qt::RightButton:
+        return kRightButton;
+    case Qt::MiddleButton:
+        return kMiddleButton;
+    default:
+        return kNoMouseButton;
+    }
+}
+
+/// What both widgets of a canvas have in common: events in, repaints when a camera, an option or the model
+/// changes.
+class CanvasLink : private Vs::Scene::CameraEventSite, private Vs::AssetEventSite, private Vs::OptionEventSite
+{
+public:
+    CanvasLink(GraphicsCanvas* canvas, QWidget* widget) : m_canvas(canvas), m_widget(widget)
+    {
+        widget->setMouseTracking(true);
+        widget->setFocusPolicy(Qt::ClickFocus);
+        widget->setMinimumSize(64, 64);
+        widget->setContextMenuPolicy(Qt::PreventContextMenu);
+        m_content.setInterval(kContentInterval);
+        QObject::connect(&m_content, &QTimer::timeout, widget, [this] { contentTick(); });
+        Vs::Scene::CameraEventSource::get()->subscribe(this);
+        Vs::AssetEventSource::get()->subscribe(this);
+        Vs::Scene::GraphicsOptionGroup::get()->subscribe(this);
+    }
+    ~CanvasLink() override
+    {
+        Vs::Scene::CameraEventSource::get()->unsubscribe(this);
+        Vs::AssetEventSource::get()->unsubscribe(this);
+        Vs::Scene::GraphicsOptionGroup::get()->unsubscribe(this);
+    }
+
+    /// What is to be drawn now; none without a view.
+    std::vector<Vs::Scene::ViewFragment*> fragments()
+    {
+        GraphicsView* view = m_canvas->view();
+        if (!view)
+            return {};
+        view->update();
+        if (view->waitsForContent())
+            m_content.start();
+        else
+            m_content.stop();
+        return view->viewFragments();
+    }
+
+    bool handle(QEvent* event)
+    {
+        // While a command works the window is kept alive, but nothing may change under the command.
+        const bool input = event->type() == QEvent::MouseButtonPress ||
+                           event->type() == QEvent::MouseButtonRelease ||
+                           event->type() == QEvent::MouseButtonDblClick ||
+                           event->type() == QEvent::MouseMove || event->type() == QEvent::Wheel;
+        if (!input)
+            return false;
+        if (ProgressBar::get()->busy())
+            return true;
+        MouseEventSource* source = MouseEventSource::get();
+        if (event->type() == QEvent::Wheel) {
+            auto* wheel = static_cast<QWheelEvent*>(event);
+            MouseEvent::Data data{kNoMouseButton, modifiers(wheel->modifiers()), wheel->position().x(),
+                                  wheel->position().y(), wheel->angleDelta().y() / kOneNotch};
+            MouseEvent made(m_canvas, data);
+            source->fireMouseScroll(&made);
+            wheel->accept();
+            return true;
+        }
+        auto* mouse = static_cast<QMouseEvent*>(event);
+        int button = buttonOf(mouse->button());
+        if (event->type() == QEvent::MouseMove)
+            button = m_held;
+        MouseEvent made(m_canvas, {button, modifiers(mouse->modifiers()), mouse->position().x(),
+                                   mouse->position().y(), 0.0});
+        switch (event->type()) {
+        case QEvent::MouseButtonPress:
+            m_held = button;
+            source->fireMouseDown(&made);
+            break;
+        case QEvent::MouseButtonRelease:
+            source->fireMouseUp(&made);
+            m_held = kNoMouseButton;
+            break;
+        case QEvent::MouseButtonDblClick:
+            source->fireMouseDoubleClick(&made);
+            break;
+        default:
+            source->fireMouseMove(&made);
+        }
+        mouse->accept();
+        return true;
+    }
+
+private:
+    static unsigned modifiers(Qt::KeyboardModifiers modifiers)
+    {
+        constexpr unsigned kKnown = kShiftModifier | kControlModifier | kAltModifier;
+        return static_cast<unsigned>(modifiers) & kKnown;
+    }
+
+    void contentTick()
+    {
+        GraphicsView* view = m_canvas->view();
+        if (!view)
+            m_content.stop();
+        else if (view->update() || !view->waitsForContent())
+            m_widget->update();
+    }
+
+    void cameraChanged(Vs::Scene::CameraEvent* event) override
+    {
+        GraphicsView* view = m_canvas->view();
+        if (!view || view->viewFragments().empty() ||
+            view->viewFragments().front()->camera() != event->camera())
+            return;
+        m_widget->update();
+        SplitViewMgr* split = SplitViewMgr::get();
+        if (split->sharesCamera() && split->activeCanvas() == m_canvas)
+            split->copyCamera();
+    }
+
+    void assetComponentsChanged(Vs::ComponentsEvent*) override { m_widget->update(); }
+    void optionChanged(Vs::OptionEvent*) override { m_widget->update(); }
+
+    GraphicsCanvas* m_canvas;
+    QWidget* m_widget;
+    QTimer m_content;
+    int m_held = kNoMouseButton;
+};
+
+class GlCanvas : public QOpenGLWidget
+{
+public:
+    GlCanvas(GraphicsCanvas* canvas, QWidget* parent) : QOpenGLWidget(parent), m_link(canvas, this)
+    {
+        int level = 1, quality = 0;
+        if (Vs::Scene::GraphicsOptionGroup::get()->MSAA())
+            Vs::Scene::GetMSAASettings(level, quality);
+        QSurfaceFormat format = QSurfaceFormat::defaultFormat();
+        format.setSamples(level > 1 ? level : 0);
+        setFormat(format);
+    }
+    ~GlCanvas() override { drop(); }
+
+protected:
+    bool event(QEvent* event) override { return m_link.handle(event) || QOpenGLWidget::event(event); }
+
+    void initializeGL() override
+    {
+        // A move to another window gives another context.
+        QObject::connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, [this] { drop(); });
+        auto renderer = std::make_unique<Rendra::Renderer>();
+        Vs::Status status;
+        if (renderer->initialize(status))
+            m_renderer = std::move(renderer);
+        else
+            Application::get()->inform(status.toString());
+    }
+
+    void paintGL() override
+    {
+        if (!m_renderer)
+            return;
+        const double ratio = devicePixelRatioF();
+        Rendra::RenderTarget target;
+        target.framebuffer = defaultFramebufferObject();
+        target.width = static_cast<int>(width() * ratio);
+        target.height = static_cast<int>(height() * ratio);
+        target.samples = std::max(1, format().samples());
+        target.lineWidth = static_cast<float>(ratio);
+        m_renderer->render(m_link.fragments(), target);
+    }
+
+private:
+    void drop()
+    {
+        if (!m_renderer)
+            return;
+        makeCurrent();
+        m_renderer.reset();
+        doneCurrent();
+    }
+
+    std::unique_ptr<Rendra::Renderer> m_renderer;
+    CanvasLink m_link;
+};
+
+class PaintedCanvas : public QWidget
+{
+public:
+    PaintedCanvas(GraphicsCanvas* canvas, QWidget* parent) : QWidget(parent), m_link(canvas, this) {}
+
+protected:
+    bool event(QEvent* event) override { return m_link.handle(event) || QWidget::event(event); }
+
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        const std::vector<Vs::Scene::ViewFragment*> fragments = m_link.fragments();
+        Vs::Scene::ImageOptions options;
+        options.fine = false;
+        Vs::Scene::Image image;
+        Vs::Status status;
+        const double ratio = devicePixelRatioF();
+        if (fragments.empty() || !Vs::Scene::OffscreenRenderer::get()->render(
+                                     fragments, static_cast<uint32_t>(width() * ratio),
+                                     static_cast<uint32_t>(height() * ratio), options, image, status)) {
+            painter.fillRect(rect(), palette().window());
+            painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap,
+                             QString::fromStdWString(status.toString()));
+            return;
+        }
+        const QImage picture(image.pixels.data(), static_cast<int>(image.width),
+                             static_cast<int>(image.height), static_cast<qsizetype>(image.width) * 4,
+                             QImage::Format_RGBA8888);
+        painter.drawImage(QRectF(rect()), picture);
+    }
+
+private:
+    CanvasLink m_link;
+};
+
+/// Asked once: making a context is what tells.
+bool platformHasOpenGL()
+{
+    static const bool has = [] {
+        if (Application::headless())
+            return false;
+        QOpenGLContext context;
+        return context.create() && context.format().version() >= qMakePair(3, 3);
+    }();
+    return has;
+}
+
+} // namespace
+
+QWidget* makeCanvasWidget(GraphicsCanvas* canvas, QWidget* parent)
+{
+    if (platformHasOpenGL())
+        return new GlCanvas(canvas, parent);
+    return new PaintedCanvas(canvas, parent);
+}
+
+} // namespace Vu

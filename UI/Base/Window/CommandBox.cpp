@@ -1,0 +1,303 @@
+#include "UI/Base/Window/CommandBox.h"
+
+#include "Server/Base/TextCommandMgr.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/ProgressBar.h"
+#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Window/Theme.h"
+
+#include <QFontDatabase>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace Vu {
+namespace {
+
+constexpr qsizetype kLongestHistory = 200;
+constexpr int kVisibleCandidates = 10;
+constexpr int kOutputHeight = 140;
+
+QString commonStart(const QStringList& texts)
+{
+    QString common = texts.value(0);
+    for (const QString& text : texts) {
+        qsizetype length = 0;
+        while (length < common.size() && length < text.size() && common[length] == text[length])
+            ++length;
+        common.truncate(length);
+    }
+    return common;
+}
+
+} // namespace
+
+CommandBox::CommandBox(QWidget* parent)
+    : QFrame(parent),
+      m_edit(new QLineEdit(this)),
+      m_answer(new QLabel(this)),
+      m_output(new QPlainTextEdit(this)),
+      m_popup(new QListWidget(this))
+{
+    setObjectName(QStringLiteral("commandBox"));
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    column->setSpacing(kMargin / 2);
+    column->addWidget(m_output);
+    column->addWidget(m_edit);
+    column->addWidget(m_answer);
+
+    m_edit->setObjectName(QStringLiteral("commandLine"));
+    m_edit->setPlaceholderText(QStringLiteral("Type a command; Tab completes, \"help\" tells what there is"));
+    m_edit->setClearButtonEnabled(true);
+    m_edit->installEventFilter(this);
+    m_answer->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_answer->setTextFormat(Qt::PlainText);
+    m_answer->setWordWrap(true);
+    m_answer->hide();
+    m_output->setObjectName(QStringLiteral("commandOutput"));
+    m_output->setReadOnly(true);
+    m_output->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_output->setFixedHeight(kOutputHeight);
+    m_output->hide();
+
+    // A window of its own that never takes the focus: typing goes on in the line.
+    m_popup->setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
+    m_popup->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_popup->setFocusPolicy(Qt::NoFocus);
+    m_popup->setUniformItemSizes(true);
+    m_popup->hide();
+
+    connect(m_edit, &QLineEdit::textEdited, this, [this] {
+        showFailed(false);
+        m_place = m_history.size();
+        offer();
+    });
+    connect(m_popup, &QListWidget::itemClicked, this,
+            [this](QListWidgetItem* item) { accept(m_popup->row(item)); });
+
+    for (const std::wstring& line : UIBaseOptionGroup::get()->commandHistory())
+        m_history << QString::fromStdWString(line);
+    m_place = m_history.size();
+}
+
+CommandBox::~CommandBox() = default;
+
+bool CommandBox::eventFilter(QObject* object, QEvent* event)
+{
+    if (object == m_edit) {
+        if (event->type() == QEvent::KeyPress && key(static_cast<QKeyEvent*>(event)->key()))
+            return true;
+        if (event->type() == QEvent::FocusOut || event->type() == QEvent::Hide)
+            hideOffer();
+    }
+    return QFrame::eventFilter(object, event);
+}
+
+bool CommandBox::key(int key)
+{
+    switch (key) {
+    case Qt::Key_Tab:
+        return tab();
+    case Qt::Key_Up:
+        return up();
+    case Qt::Key_Down:
+        return down();
+    case Qt::Key_Escape:
+        return escape();
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_popup->isVisible() && m_popup->currentRow() >= 0)
+            accept(m_popup->currentRow());
+        else
+            run();
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString CommandBox::word() const
+{
+    const QString before = m_edit->text().left(m_edit->cursorPosition());
+    return before.mid(before.lastIndexOf(QLatin1Char(' ')) + 1);
+}
+
+void CommandBox::replaceWord(const QString& text)
+{
+    const int end = m_edit->cursorPosition();
+    m_edit->setSelection(end - static_cast<int>(word().size()), static_cast<int>(word().size()));
+    m_edit->insert(text);
+}
+
+void CommandBox::offer()
+{
+    const QString line = m_edit->text();
+    QStringList candidates;
+    if (!line.trimmed().isEmpty())
+        for (const std::wstring& candidate : Vs::TextCommandMgr::get()->complete(
+                 line.toStdWString(), static_cast<size_t>(m_edit->cursorPosition())))
+            candidates << QString::fromStdWString(candidate);
+    candidates.removeAll(word());
+    m_popup->clear();
+    m_popup->addItems(candidates);
+    m_popup->setCurrentRow(-1);
+    if (candidates.isEmpty()) {
+        hideOffer();
+        return;
+    }
+    const int rows = std::min<int>(kVisibleCandidates, m_popup->count());
+    const int height = rows * m_popup->sizeHintForRow(0) + 2 * m_popup->frameWidth();
+    const int width = std::max(m_edit->width() / 2, m_popup->sizeHintForColumn(0) + 40);
+    const QPoint corner = m_edit->mapToGlobal(QPoint(0, -height - 2));
+    m_popup->setGeometry(corner.x(), corner.y(), std::min(width, m_edit->width()), height);
+    m_popup->show();
+}
+
+void CommandBox::hideOffer()
+{
+    m_popup->hide();
+}
+
+void CommandBox::accept(int row)
+{
+    const QListWidgetItem* item = m_popup->item(row);
+    if (!item)
+        return;
+    const QString text = item->text();
+    hideOffer();
+    replaceWord(text + QLatin1Char(' '));
+    showFailed(false);
+}
+
+bool CommandBox::tab()
+{
+    if (!m_popup->isVisible())
+        offer();
+    if (!m_popup->isVisible())
+        return true; // Nothing to complete; the focus stays all the same.
+    if (m_popup->currentRow() >= 0 || m_popup->count() == 1) {
+        accept(std::max(0, m_popup->currentRow()));
+        return true;
+    }
+    QStringList candidates;
+    for (int row = 0; row < m_popup->count(); ++row)
+        candidates << m_popup->item(row)->text();
+    const QString common = commonStart(candidates);
+    if (common.size() > word().size()) {
+        replaceWord(common);
+        offer();
+    } else {
+        m_popup->setCurrentRow(0);
+    }
+    return true;
+}
+
+bool CommandBox::up()
+{
+    if (m_popup->isVisible() && m_popup->currentRow() >= 0) {
+        m_popup->setCurrentRow(m_popup->currentRow() - 1);
+        return true;
+    }
+    hideOffer();
+    recall(-1);
+    return true;
+}
+
+bool CommandBox::down()
+{
+    if (m_popup->isVisible()) {
+        m_popup->setCurrentRow(std::min(m_popup->currentRow() + 1, m_popup->count() - 1));
+        return true;
+    }
+    recall(1);
+    return true;
+}
+
+bool CommandBox::escape()
+{
+    if (m_popup->isVisible()) {
+        hideOffer();
+        return true;
+    }
+    if (m_edit->text().isEmpty() && m_answer->isHidden() && m_output->isHidden())
+        return false;
+    m_edit->clear();
+    showFailed(false);
+    m_answer->hide();
+    m_output->hide();
+    m_place = m_history.size();
+    return true;
+}
+
+void CommandBox::recall(int step)
+{
+    if (m_place == m_history.size())
+        m_unfinished = m_edit->text();
+    const qsizetype place = std::clamp<qsizetype>(m_place + step, 0, m_history.size());
+    if (place == m_place)
+        return;
+    m_place = place;
+    m_edit->setText(place == m_history.size() ? m_unfinished : m_history[place]);
+    showFailed(false);
+}
+
+void CommandBox::remember(const QString& line)
+{
+    m_history.removeAll(line);
+    m_history << line;
+    while (m_history.size() > kLongestHistory)
+        m_history.removeFirst();
+    m_place = m_history.size();
+    std::vector<std::wstring> lines;
+    for (const QString& old : m_history)
+        lines.push_back(old.toStdWString());
+    UIBaseOptionGroup::get()->commandHistory(lines);
+}
+
+void CommandBox::run()
+{
+    hideOffer();
+    const QString line = m_edit->text().trimmed();
+    if (line.isEmpty() || ProgressBar::get()->busy())
+        return;
+    remember(line);
+    const Vs::TextCommandResult result =
+        Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line.toStdWString(), true);
+    const bool failed = result.first != 0;
+    if (!failed)
+        m_edit->clear();
+    showAnswer(QString::fromStdWString(result.second).trimmed(), failed);
+}
+
+void CommandBox::showFailed(bool failed)
+{
+    if (!failed && m_failed)
+        m_answer->hide();
+    m_failed = failed;
+    m_edit->setProperty("failed", failed);
+    m_edit->style()->unpolish(m_edit);
+    m_edit->style()->polish(m_edit);
+}
+
+void CommandBox::showAnswer(const QString& text, bool failed)
+{
+    const bool longText = !failed && text.contains(QLatin1Char('\n'));
+    showFailed(failed);
+    QPalette colours = palette();
+    if (failed)
+        colours.setColor(QPalette::WindowText, errorColour());
+    m_answer->setPalette(colours);
+    m_answer->setText(longText ? QString() : text);
+    m_answer->setVisible(!longText && !text.isEmpty());
+    m_output->setPlainText(longText ? text : QString());
+    m_output->setVisible(longText);
+}
+
+} // namespace Vu

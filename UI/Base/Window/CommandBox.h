@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QFrame>
+#include <QStringList>
+
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QPlainTextEdit;
+
+namespace Vu {
+
+/// The line in which text commands are typed. Tab completes, Up and Down go through the lines that were run
+/// before, Return runs the line. A line that fails stays, in red, with the reason below it; the answer of one
+/// that succeeds is shown in its place.
+class CommandBox : public QFrame
+{
+public:
+    explicit CommandBox(QWidget* parent);
+    ~CommandBox() override;
+
+    QLineEdit* edit() const { return m_edit; }
+    /// The candidates; hidden while there are none.
+    QListWidget* popup() const { return m_popup; }
+    /// The one-line answer or the reason of a failure.
+    QLabel* answer() const { return m_answer; }
+    /// Answers of several lines.
+    QPlainTextEdit* output() const { return m_output; }
+    bool failed() const { return m_failed; }
+
+    void run();
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    bool key(int key);
+    bool tab();
+    bool up();
+    bool down();
+    bool escape();
+    void offer();
+    void hideOffer();
+    void accept(int row);
+    void replaceWord(const QString& text);
+    QString word() const;
+    void recall(int step);
+    void remember(const QString& line);
+    void showFailed(bool failed);
+    void showAnswer(const QString& text, bool failed);
+
+    QLineEdit* m_edit;
+    QLabel* m_answer;
+    QPlainTextEdit* m_output;
+    QListWidget* m_popup;
+    QStringList m_history;
+    QString m_unfinished; ///< What was typed before Up was pressed first.
+    qsizetype m_place = 0;
+    bool m_failed = false;
+};
+
+} // namespace Vu

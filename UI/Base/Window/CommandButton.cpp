@@ -1,0 +1,215 @@
+#include "UI/Base/Window/CommandButton.h"
+
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/ExtendedInfoLoader.h"
+#include "UI/Base/ToolbarManager.h"
+#include "UI/Base/Window/Theme.h"
+
+#include <QBoxLayout>
+#include <QEvent>
+#include <QFrame>
+#include <QKeySequence>
+#include <QMenu>
+
+namespace Vu {
+namespace {
+
+QString tooltipText(const Info& info, const ToolTipInfo& tooltip)
+{
+    const auto paragraph = [](const std::wstring& text) {
+        return text.empty() ? QString()
+                            : QStringLiteral("<br>") + QString::fromStdWString(text).toHtmlEscaped();
+    };
+    QString text =
+        QStringLiteral("<b>") + QString::fromStdWString(info.name()).toHtmlEscaped() + QStringLiteral("</b>");
+    if (!info.hotkey().empty()) {
+        const QKeySequence keys(QString::fromStdString(info.hotkey().keys()));
+        text += QStringLiteral("&nbsp;&nbsp;") + keys.toString(QKeySequence::NativeText).toHtmlEscaped();
+    }
+    if (tooltip.description() != info.name())
+        text += paragraph(tooltip.description());
+    text += paragraph(tooltip.extended());
+    text += paragraph(ExtendedInfoLoader::text(info.key()));
+    return text;
+}
+
+void makeFlat(QToolButton* button)
+{
+    button->setProperty("flat", true);
+    button->setAutoRaise(true);
+    button->setIconSize(QSize(kIconSize, kIconSize));
+    button->setFocusPolicy(Qt::NoFocus);
+}
+
+QFrame* separator(QWidget* parent)
+{
+    auto* line = new QFrame(parent);
+    line->setFrameShape(QFrame::VLine);
+    line->setFixedHeight(kIconSize);
+    QPalette colours = line->palette();
+    colours.setColor(QPalette::WindowText, colours.color(QPalette::Mid));
+    line->setPalette(colours);
+    return line;
+}
+
+void fillMenu(QMenu* menu, const std::vector<ToolbarItem>& items)
+{
+    for (const ToolbarItem& item : items) {
+        if (item.separator()) {
+            menu->addSeparator();
+        } else if (item.command.empty()) {
+            fillMenu(menu->addMenu(QString::fromStdWString(item.title)), item.menu);
+        } else if (CommandDefinition* definition =
+                       CommandDefinitionMgr::get()->findCommandDefinitionById(item.command)) {
+            const Info* info = definition->info();
+            QAction* action = menu->addAction(iconOf(info->icon()), QString::fromStdWString(info->name()));
+            QObject::connect(action, &QAction::triggered, menu, [definition] { definition->onClicked(); });
+            QObject::connect(menu, &QMenu::aboutToShow, action, [definition, action] {
+                CommandContext context = CommandContext::activeContext();
+                action->setEnabled(definition->isAvailable(&context));
+            });
+        }
+    }
+}
+
+} // namespace
+
+CommandButton::CommandButton(CommandDefinition* definition, QWidget* parent)
+    : QToolButton(parent), m_definition(definition), m_control(definition->inputControl())
+{
+    makeFlat(this);
+    setObjectName(QString::fromStdWString(definition->id()));
+    if (m_control)
+        m_control->subscribe(this);
+    if (Vs::cast<ListControl>(m_control) || Vs::cast<MenuControl>(m_control)) {
+        m_menu = new QMenu(this);
+        setMenu(m_menu);
+        setPopupMode(QToolButton::InstantPopup);
+        connect(m_menu, &QMenu::aboutToShow, this, [this] { fillMenu(); });
+    } else {
+        connect(this, &QToolButton::clicked, this, [this] {
+            if (auto* button = Vs::cast<ButtonControl>(m_control))
+                button->clicked();
+        });
+    }
+    draw();
+}
+
+CommandButton::~CommandButton()
+{
+    if (m_control)
+        m_control->unsubscribe(this);
+}
+
+void CommandButton::refresh()
+{
+    if (!m_control)
+        return;
+    CommandContext context = CommandContext::activeContext();
+    m_definition->updateInputControl(&context);
+    draw();
+}
+
+bool CommandButton::event(QEvent* event)
+{
+    if (m_control && event->type() == QEvent::Enter)
+        m_control->hoverStart();
+    else if (m_control && event->type() == QEvent::Leave)
+        m_control->hoverEnd();
+    else if (m_control && event->type() == QEvent::ToolTip)
+        setToolTip(tooltipText(*m_control->info(), m_control->tooltip()));
+    return QToolButton::event(event);
+}
+
+void CommandButton::inputControlChanged(InputControl*)
+{
+    draw();
+}
+
+void CommandButton::inputControlDestroyed(InputControl*)
+{
+    m_control = nullptr;
+    setEnabled(false);
+}
+
+void CommandButton::draw()
+{
+    if (!m_control)
+        return;
+    const Info* info = m_control->info();
+    const QIcon icon = iconOf(info->icon());
+    setText(QString::fromStdWString(info->name()));
+    setIcon(icon);
+    setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
+    setEnabled(m_control->enabled());
+    setVisible(m_control->visible());
+    if (auto* button = Vs::cast<ButtonControl>(m_control)) {
+        setCheckable(button->checked());
+        setChecked(button->checked());
+    }
+    if (toolTip().isEmpty())
+        setToolTip(tooltipText(*info, m_control->tooltip()));
+}
+
+void CommandButton::fillMenu()
+{
+    m_menu->clear();
+    if (auto* list = Vs::cast<ListControl>(m_control)) {
+        for (Info* item : list->items()) {
+            QAction* action = m_menu->addAction(iconOf(item->icon()), QString::fromStdWString(item->name()));
+            action->setCheckable(item == list->selectedItem());
+            action->setChecked(item == list->selectedItem());
+            connect(action, &QAction::triggered, this, [list, item] { list->selectedItem(item, true); });
+        }
+    } else if (auto* menu = Vs::cast<MenuControl>(m_control)) {
+        for (MenuItem* item : menu->items()) {
+            if (item->separator()) {
+                m_menu->addSeparator();
+                continue;
+            }
+            QAction* action = m_menu->addAction(iconOf(item->info()->icon()),
+                                                QString::fromStdWString(item->info()->name()));
+            action->setCheckable(true);
+            action->setChecked(item->checked());
+            action->setEnabled(item->enabled());
+            connect(action, &QAction::triggered, this,
+                    [menu, item](bool on) { menu->selectItem(item, on, true); });
+        }
+    }
+}
+
+void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,
+                     std::vector<CommandButton*>& buttons)
+{
+    auto* row = static_cast<QBoxLayout*>(bar->layout());
+    bool wantsLine = false;
+    const auto add = [&](QWidget* widget) {
+        // A line stands only between two things: not in front, not behind, not twice.
+        if (wantsLine && row->count() > 0)
+            row->addWidget(separator(bar));
+        wantsLine = false;
+        row->addWidget(widget);
+    };
+    for (const ToolbarItem& item : items) {
+        if (item.separator()) {
+            wantsLine = true;
+        } else if (item.command.empty()) {
+            auto* button = new QToolButton(bar);
+            makeFlat(button);
+            button->setText(QString::fromStdWString(item.title));
+            button->setPopupMode(QToolButton::InstantPopup);
+            auto* menu = new QMenu(button);
+            fillMenu(menu, item.menu);
+            button->setMenu(menu);
+            add(button);
+        } else if (CommandDefinition* definition =
+                       CommandDefinitionMgr::get()->findCommandDefinitionById(item.command)) {
+            auto* button = new CommandButton(definition, bar);
+            add(button);
+            buttons.push_back(button);
+        }
+    }
+}
+
+} // namespace Vu

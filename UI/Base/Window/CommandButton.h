@@ -1,0 +1,44 @@
+#pragma once
+
+#include "UI/Base/Command/InputControl.h"
+
+#include <QToolButton>
+
+class QMenu;
+
+namespace Vu {
+
+class CommandDefinition;
+struct ToolbarItem;
+
+/// Draws the control of one command in a toolbar or HUD.
+class CommandButton : public QToolButton, private InputControlSite
+{
+public:
+    CommandButton(CommandDefinition* definition, QWidget* parent);
+    ~CommandButton() override;
+
+    CommandDefinition* definition() const { return m_definition; }
+    /// Asks the definition whether the command can run now.
+    void refresh();
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    void inputControlChanged(InputControl* control) override;
+    void inputControlDestroyed(InputControl* control) override;
+    void draw();
+    void fillMenu();
+
+    CommandDefinition* m_definition;
+    InputControl* m_control;
+    QMenu* m_menu = nullptr;
+};
+
+/// Adds the items to a bar that lays out in a row: buttons, menus, thin lines. Items of unknown commands are
+/// left out. The buttons are appended to `buttons`.
+void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,
+                     std::vector<CommandButton*>& buttons);
+
+} // namespace Vu

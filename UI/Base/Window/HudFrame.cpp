@@ -1,0 +1,81 @@
+#include "UI/Base/Window/HudFrame.h"
+
+#include "UI/Base/HUDPersister.h"
+#include "UI/Base/Window/CommandButton.h"
+#include "UI/Base/Window/Theme.h"
+
+#include <QBoxLayout>
+#include <QEvent>
+#include <QFrame>
+
+namespace Vu {
+namespace {
+/// Between a display and the canvas's edge.
+constexpr int kDistance = 12;
+} // namespace
+
+HudFrame::HudFrame(QWidget* parent) : QWidget(parent) {}
+
+void HudFrame::canvas(QWidget* widget)
+{
+    m_canvas = widget;
+    m_canvas->setGeometry(rect());
+    m_canvas->show();
+}
+
+void HudFrame::addHuds(std::vector<CommandButton*>& buttons)
+{
+    for (const HUD& hud : HUDPersister::get()->huds()) {
+        auto* bar = new QFrame(this);
+        bar->setObjectName(QStringLiteral("hud"));
+        const bool upright = hud.placement == L"left" || hud.placement == L"right";
+        auto* row = new QBoxLayout(upright ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, bar);
+        row->setContentsMargins(kMargin / 2, kMargin / 2, kMargin / 2, kMargin / 2);
+        row->setSpacing(2);
+        const size_t before = buttons.size();
+        addToolbarItems(hud.items, bar, buttons);
+        if (buttons.size() == before) {
+            delete bar;
+            continue;
+        }
+        m_huds.push_back({bar, hud.placement});
+        bar->raise();
+    }
+    place();
+}
+
+void HudFrame::resizeEvent(QResizeEvent*)
+{
+    if (m_canvas)
+        m_canvas->setGeometry(rect());
+    place();
+}
+
+bool HudFrame::event(QEvent* event)
+{
+    // Buttons that come and go change what a display needs.
+    if (event->type() == QEvent::LayoutRequest)
+        place();
+    return QWidget::event(event);
+}
+
+void HudFrame::place()
+{
+    for (const Hud& hud : m_huds) {
+        const QSize size = hud.bar->sizeHint();
+        int x = (width() - size.width()) / 2;
+        int y = (height() - size.height()) / 2;
+        if (hud.placement == L"left")
+            x = kDistance;
+        else if (hud.placement == L"right")
+            x = width() - size.width() - kDistance;
+        else if (hud.placement == L"top")
+            y = kDistance;
+        else
+            y = height() - size.height() - kDistance;
+        hud.bar->setGeometry(x, y, size.width(), size.height());
+        hud.bar->raise();
+    }
+}
+
+} // namespace Vu

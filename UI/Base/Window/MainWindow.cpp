@@ -1,0 +1,324 @@
+#include "UI/Base/Window/MainWindow.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/Arrangement.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/DocumentSession.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/Layout.h"
+#include "UI/Base/ProgressBar.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Window/AlertButton.h"
+#include "UI/Base/Window/AreaBuilder.h"
+#include "UI/Base/Window/BrowserPanel.h"
+#include "UI/Base/Window/CommandBox.h"
+#include "UI/Base/Window/CommandButton.h"
+#include "UI/Base/Window/HomePage.h"
+#include "UI/Base/Window/HudFrame.h"
+#include "UI/Base/Window/ProgressPanel.h"
+#include "UI/Base/Window/Theme.h"
+#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <QAction>
+#include <QBoxLayout>
+#include <QCloseEvent>
+#include <QDropEvent>
+#include <QKeySequence>
+#include <QLabel>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QUrl>
+
+namespace Vu {
+namespace {
+
+constexpr int kFirstWidth = 1280;
+constexpr int kFirstHeight = 800;
+constexpr int kMessageTime = 15000;
+constexpr const wchar_t* kExitCommand = L"ExitApplicationCommand";
+
+std::vector<std::wstring> droppedFiles(const QMimeData* data)
+{
+    std::vector<std::wstring> paths;
+    for (const QUrl& url : data->urls())
+        if (url.isLocalFile())
+            paths.push_back(url.toLocalFile().toStdWString());
+    return paths;
+}
+
+} // namespace
+
+MainWindow::MainWindow(WorkspaceWindow* owner)
+    : m_owner(owner),
+      m_attic(new QWidget(this)),
+      m_progress(new ProgressPanel(this)),
+      m_message(new QLabel(this)),
+      m_alerts(new AlertButton(this))
+{
+    m_attic->hide();
+    setAcceptDrops(true);
+    resize(kFirstWidth, kFirstHeight);
+    m_message->setTextFormat(Qt::PlainText);
+    m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_message->setContentsMargins(kMargin, 0, 0, 0);
+    // A long message must not make the window wider.
+    m_message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    statusBar()->addWidget(m_message, 1);
+    statusBar()->addPermanentWidget(m_progress);
+    statusBar()->addPermanentWidget(m_alerts);
+    statusBar()->setSizeGripEnabled(false);
+
+    m_rebuildTimer.setSingleShot(true);
+    m_refreshTimer.setSingleShot(true);
+    connect(&m_rebuildTimer, &QTimer::timeout, this, [this] { rebuild(); });
+    connect(&m_refreshTimer, &QTimer::timeout, this, [this] { refresh(); });
+    bindHotKeys();
+
+    Vs::DocumentEventSource::get()->subscribe(this);
+    CommandEventSource::get()->subscribe(this);
+    SessionEventSource::get()->subscribe(this);
+    WorkspaceEventSource::get()->subscribe(this);
+    ToolbarManager::get()->subscribe(this);
+    AlertEventSource::get()->subscribe(this);
+    for (const Alert& alert : CommandMgr::get()->GetAlertController()->alerts())
+        m_alerts->add(alert);
+    rebuild();
+}
+
+MainWindow::~MainWindow()
+{
+    keepPersistentWidgets();
+    Vs::DocumentEventSource::get()->unsubscribe(this);
+    CommandEventSource::get()->unsubscribe(this);
+    SessionEventSource::get()->unsubscribe(this);
+    WorkspaceEventSource::get()->unsubscribe(this);
+    ToolbarManager::get()->unsubscribe(this);
+    AlertEventSource::get()->unsubscribe(this);
+}
+
+BrowserPanel* MainWindow::browser()
+{
+    if (!m_browser)
+        m_browser = new BrowserPanel(m_attic);
+    return m_browser;
+}
+
+CommandBox* MainWindow::commandBox()
+{
+    if (!m_commandBox)
+        m_commandBox = new CommandBox(m_attic);
+    return m_commandBox;
+}
+
+HomePage* MainWindow::homePage()
+{
+    if (!m_home)
+        m_home = new HomePage(m_attic);
+    return m_home;
+}
+
+void MainWindow::keepPersistentWidgets()
+{
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_browser, m_commandBox, m_home})
+        if (widget && widget->parentWidget() != m_attic)
+            widget->setParent(m_attic);
+    std::vector<GraphicsCanvas*> canvases;
+    GraphicsCanvas::allCanvases(canvases);
+    for (GraphicsCanvas* canvas : canvases)
+        if (QWidget* widget = canvas->existingWidget(); widget && widget->window() == this)
+            widget->setParent(m_attic);
+}
+
+QWidget* MainWindow::strip(const std::string& contents, QWidget* parent)
+{
+    std::vector<ToolbarItem> items;
+    for (const Toolbar& toolbar : ToolbarManager::get()->toolbars())
+        if (toolbar.visible && toolbar.contents == contents) {
+            items.insert(items.end(), toolbar.items.begin(), toolbar.items.end());
+            items.push_back({}); // A line between this toolbar and the next.
+        }
+    if (items.empty())
+        return nullptr;
+    auto* bar = new QFrame(parent);
+    bar->setObjectName(QStringLiteral("strip"));
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
+    row->setSpacing(2);
+    addToolbarItems(items, bar, m_buttons);
+    row->addStretch(1);
+    return bar;
+}
+
+QWidget* MainWindow::canvasFrame(Area& area, QWidget* parent)
+{
+    auto* frame = new HudFrame(parent);
+    frame->canvas(area.canvas()->widget(frame));
+    frame->addHuds(m_buttons);
+    return frame;
+}
+
+QWidget* MainWindow::contents(Area& area, QWidget* parent)
+{
+    const std::string key = area.contents() ? area.contents()->text() : std::string();
+    QWidget* widget = nullptr;
+    if (key == "GraphicsCanvas")
+        return canvasFrame(area, parent);
+    if (key == "Browser")
+        widget = browser();
+    else if (key == "TextCommands")
+        widget = commandBox();
+    else if (key == "Home")
+        widget = homePage();
+    else
+        return key.empty() ? nullptr : strip(key, parent);
+    widget->setParent(parent);
+    widget->show();
+    return widget;
+}
+
+void MainWindow::rebuild()
+{
+    m_rebuildTimer.stop();
+    keepPersistentWidgets();
+    m_buttons.clear();
+    const bool lineHadFocus = m_commandBox && m_commandBox->hasFocus();
+    delete takeCentralWidget();
+    Arrangement* arrangement = m_owner->activeArrangement();
+    const AreaBuilder builder{[this](Area& area, QWidget* parent) { return contents(area, parent); },
+                              [this](Area& area, int extent) {
+                                  m_resizing = true;
+                                  area.extent(extent);
+                                  m_resizing = false;
+                              }};
+    QWidget* central = arrangement ? builder.build(*arrangement->layout(), this) : nullptr;
+    setCentralWidget(central ? central : new QWidget(this));
+    if (lineHadFocus)
+        m_commandBox->setFocus();
+    tellUnknownCommands();
+    refresh();
+}
+
+void MainWindow::rebuildSoon()
+{
+    if (!m_resizing)
+        m_rebuildTimer.start(0);
+}
+
+void MainWindow::refreshSoon()
+{
+    if (!m_refreshTimer.isActive())
+        m_refreshTimer.start(0);
+}
+
+void MainWindow::refresh()
+{
+    m_refreshTimer.stop();
+    QString title;
+    const AssetSession* session = SessionMgr::get()->activeAssetSession();
+    const Vs::Document* document = session ? session->documentSession()->document() : nullptr;
+    if (document)
+        title = QString::fromStdWString(document->displayName()) + QStringLiteral("[*] \u2013 ");
+    setWindowTitle(title + QStringLiteral("Quillet"));
+    setWindowModified(document && document->isDirty(false));
+    for (CommandButton* button : m_buttons)
+        button->refresh();
+}
+
+void MainWindow::bindHotKeys()
+{
+    for (CommandDefinition* definition : CommandDefinitionMgr::get()->commandDefinitions()) {
+        const HotKeyBinding& keys = definition->info()->hotkey();
+        if (keys.empty())
+            continue;
+        auto* action = new QAction(this);
+        action->setShortcut(QKeySequence(QString::fromStdString(keys.keys())));
+        action->setShortcutContext(keys.mode() == HotKeyBinding::EHotKeyMode::Always ? Qt::ApplicationShortcut
+                                                                                     : Qt::WindowShortcut);
+        connect(action, &QAction::triggered, this, [definition] { definition->onClicked(); });
+        addAction(action);
+    }
+}
+
+void MainWindow::tellUnknownCommands()
+{
+    if (m_toldUnknown)
+        return;
+    const std::vector<std::wstring> unknown = ToolbarManager::get()->unknownCommands();
+    if (unknown.empty())
+        return;
+    m_toldUnknown = true;
+    QStringList names;
+    for (const std::wstring& name : unknown)
+        names << QString::fromStdWString(name);
+    message(
+        QStringLiteral("Toolbars name commands that do not exist: %1").arg(names.join(QStringLiteral(", "))),
+        false);
+}
+
+void MainWindow::message(const QString& text, bool isError)
+{
+    QPalette colours = palette();
+    if (isError)
+        colours.setColor(QPalette::WindowText, errorColour());
+    m_message->setPalette(colours);
+    m_message->setText(text.simplified());
+    m_message->setToolTip(text);
+    QTimer::singleShot(kMessageTime, m_message, [label = m_message, shown = m_message->text()] {
+        if (label->text() == shown)
+            label->clear();
+    });
+}
+
+void MainWindow::alertAdded(AlertController*, const Alert& alert)
+{
+    m_alerts->add(alert);
+    message(QString::fromStdWString(alert.text), alert.severity == EAlertSeverity::Error);
+}
+
+void MainWindow::alertsCleared(AlertController*)
+{
+    m_alerts->clear();
+    m_message->clear();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    // Whether the window goes is for the command to say: it asks about documents that were changed.
+    event->ignore();
+    if (ProgressBar::get()->busy())
+        return;
+    if (CommandDefinition* exit = CommandDefinitionMgr::get()->findCommandDefinitionById(kExitCommand)) {
+        CommandContext context = CommandContext::activeContext();
+        context.executeImmediately(false);
+        CommandMgr::get()->executeCommand(exit, context);
+    } else {
+        Application::get()->exit(true);
+    }
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        WorkspaceMgr::activeWorkspace(m_owner->workspace());
+    QMainWindow::changeEvent(event);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!droppedFiles(event->mimeData()).empty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    event->acceptProposedAction();
+    openDroppedFiles(droppedFiles(event->mimeData()));
+}
+
+} // namespace Vu

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "Server/DataModel/DocumentEvents.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandEvents.h"
+#include "UI/Base/SessionEvents.h"
+#include "UI/Base/ToolbarManager.h"
+#include "UI/Base/WorkspaceEvents.h"
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+
+#include <vector>
+
+class QLabel;
+
+namespace Vu {
+
+class AlertButton;
+class Area;
+class BrowserPanel;
+class CommandBox;
+class CommandButton;
+class HomePage;
+class ProgressPanel;
+class WorkspaceWindow;
+
+/// The widgets of a workspace window.
+class MainWindow : public QMainWindow,
+                   private Vs::DocumentEventSite,
+                   private CommandEventSite,
+                   private SessionEventSite,
+                   private WorkspaceEventSite,
+                   private ToolbarEventSite,
+                   private AlertEventSite
+{
+public:
+    explicit MainWindow(WorkspaceWindow* owner);
+    ~MainWindow() override;
+
+    /// Lays the areas of the active arrangement out anew, now.
+    void rebuild();
+    /// The same, and the refreshing of title and buttons, at the end of the event.
+    void rebuildSoon();
+    void refreshSoon();
+
+    void message(const QString& text, bool isError);
+    BrowserPanel* browser();
+    CommandBox* commandBox();
+    HomePage* homePage();
+    ProgressPanel* progressPanel() const { return m_progress; }
+    const std::vector<CommandButton*>& buttons() const { return m_buttons; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void documentUpdated(Vs::DocumentEvent*) override { refreshSoon(); }
+    void documentSaved(Vs::DocumentEvent*) override { refreshSoon(); }
+    void documentClosed(Vs::DocumentEvent*) override { refreshSoon(); }
+    void commandAvailabilitiesChanged(Vs::Event*) override { refreshSoon(); }
+    void currentSessionChanged(SessionEvent*) override { refreshSoon(); }
+    void sessionActivated(SessionEvent*) override { refreshSoon(); }
+    void workspaceShellActivated(WorkspaceShellEvent*) override { refreshSoon(); }
+    void toolbarsChanged() override { rebuildSoon(); }
+    void alertAdded(AlertController* controller, const Alert& alert) override;
+    void alertsCleared(AlertController* controller) override;
+
+    QWidget* contents(Area& area, QWidget* parent);
+    QWidget* strip(const std::string& contents, QWidget* parent);
+    QWidget* canvasFrame(Area& area, QWidget* parent);
+    void keepPersistentWidgets();
+    void refresh();
+    void bindHotKeys();
+    void tellUnknownCommands();
+
+    WorkspaceWindow* m_owner;
+    QWidget* m_attic; ///< Keeps, unseen, the widgets that outlive a layout.
+    QPointer<BrowserPanel> m_browser;
+    QPointer<CommandBox> m_commandBox;
+    QPointer<HomePage> m_home;
+    ProgressPanel* m_progress;
+    QLabel* m_message;
+    AlertButton* m_alerts;
+    std::vector<CommandButton*> m_buttons;
+    QTimer m_rebuildTimer, m_refreshTimer;
+    bool m_resizing = false;
+    bool m_toldUnknown = false;
+};
+
+} // namespace Vu

@@ -1,0 +1,109 @@
+#include "UI/Base/Window/ProgressPanel.h"
+
+#include "Server/Base/Progress.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QProgressBar>
+#include <QToolButton>
+
+namespace Vu {
+namespace {
+constexpr int kBarWidth = 180;
+constexpr int kBarHeight = 14;
+constexpr int kSteps = 1000;
+} // namespace
+
+ProgressPanel::ProgressPanel(QWidget* parent)
+    : QWidget(parent),
+      m_text(new QLabel(this)),
+      m_bar(new QProgressBar(this)),
+      m_cancel(new QToolButton(this))
+{
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(m_text);
+    row->addWidget(m_bar);
+    row->addWidget(m_cancel);
+    m_bar->setFixedSize(kBarWidth, kBarHeight);
+    m_bar->setRange(0, kSteps);
+    m_bar->setTextVisible(false);
+    m_cancel->setText(QStringLiteral("Cancel"));
+    m_cancel->setObjectName(QStringLiteral("cancelProgress"));
+    QObject::connect(m_cancel, &QToolButton::clicked, this, [this] { cancel(); });
+    setVisible(false);
+}
+
+void ProgressPanel::begin(const QString& title)
+{
+    m_title = title;
+    m_cancelled = false;
+    m_cancel->setEnabled(true);
+    m_text->setText(title);
+    m_bar->setValue(0);
+    setVisible(true);
+}
+
+void ProgressPanel::show(double fraction, const QString& step)
+{
+    m_text->setText(step.isEmpty() || m_cancelled ? m_text->text() : step);
+    m_bar->setValue(static_cast<int>(fraction * kSteps));
+}
+
+void ProgressPanel::end()
+{
+    setVisible(false);
+}
+
+void ProgressPanel::cancel()
+{
+    if (m_cancelled)
+        return;
+    m_cancelled = true;
+    m_cancel->setEnabled(false);
+    m_text->setText(QStringLiteral("Cancelling..."));
+    Vs::Progress::requestCancel();
+}
+
+BusyFilter::BusyFilter(ProgressPanel* panel) : m_panel(panel)
+{
+    qApp->installEventFilter(this);
+}
+
+BusyFilter::~BusyFilter()
+{
+    if (qApp)
+        qApp->removeEventFilter(this);
+}
+
+bool BusyFilter::eventFilter(QObject* object, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+            m_panel->cancel();
+        return true;
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::DragEnter:
+    case QEvent::Drop:
+        return true;
+    case QEvent::Close:
+        event->ignore();
+        return true;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+        // Events come to the native window first, which hands them on to the widget below the pointer.
+        return object->isWidgetType() && object != m_panel->cancelButton();
+    default:
+        return false;
+    }
+}
+
+} // namespace Vu

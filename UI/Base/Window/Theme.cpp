@@ -1,0 +1,134 @@
+#include "UI/Base/Window/Theme.h"
+
+#include "Server/Base/ResourceMgr.h"
+#include "UI/Base/IStyleCollector.h"
+#include "UI/Base/UIBaseOptionGroup.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QPalette>
+#include <QPixmapCache>
+#include <QStyleFactory>
+
+namespace Vu {
+namespace {
+
+struct Shades
+{
+    QRgb window, base, alternate, button, text, faint, border, accent, onAccent;
+};
+
+constexpr Shades kLight = {0xfff4f5f7, 0xffffffff, 0xfff8f9fa, 0xfff4f5f7, 0xff1f2429,
+                           0xff7b848d, 0xffd3d7dc, 0xff2374c6, 0xffffffff};
+constexpr Shades kDark = {0xff2a2d31, 0xff1f2225, 0xff25282b, 0xff34383d, 0xffe6e8ea,
+                          0xff8d959d, 0xff44494f, 0xff4a9be8, 0xff10151a};
+
+QPalette paletteOf(const Shades& shades)
+{
+    QPalette palette;
+    const auto set = [&](QPalette::ColorRole role, QRgb colour) {
+        palette.setColor(role, QColor::fromRgba(colour));
+    };
+    set(QPalette::Window, shades.window);
+    set(QPalette::WindowText, shades.text);
+    set(QPalette::Base, shades.base);
+    set(QPalette::AlternateBase, shades.alternate);
+    set(QPalette::Text, shades.text);
+    set(QPalette::PlaceholderText, shades.faint);
+    set(QPalette::Button, shades.button);
+    set(QPalette::ButtonText, shades.text);
+    set(QPalette::BrightText, shades.onAccent);
+    set(QPalette::ToolTipBase, shades.base);
+    set(QPalette::ToolTipText, shades.text);
+    set(QPalette::Highlight, shades.accent);
+    set(QPalette::HighlightedText, shades.onAccent);
+    set(QPalette::Link, shades.accent);
+    set(QPalette::Mid, shades.border);
+    set(QPalette::Midlight, shades.border);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor::fromRgba(shades.faint));
+    return palette;
+}
+
+constexpr const char* kStyleSheet = R"(
+QToolTip { border: 1px solid palette(mid); padding: 4px; }
+QToolButton[flat="true"] { border: 1px solid transparent; border-radius: 4px; padding: 3px; }
+QToolButton[flat="true"]:hover { background: palette(midlight); }
+QToolButton[flat="true"]:pressed, QToolButton[flat="true"]:checked { border-color: palette(highlight); }
+QToolButton[flat="true"]::menu-indicator { image: none; }
+QFrame#strip { border: none; border-bottom: 1px solid palette(mid); }
+QFrame#commandBox { border: none; border-top: 1px solid palette(mid); }
+QFrame#hud { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
+QLineEdit#commandLine { padding: 4px 6px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); }
+QLineEdit#commandLine:focus { border-color: palette(highlight); }
+QLineEdit#commandLine[failed="true"] { border-color: #d3493d; }
+QTreeView { border: none; }
+QTreeView::item { padding: 2px 0; }
+QPlainTextEdit#commandOutput { border: none; border-top: 1px solid palette(mid); background: palette(base); }
+QListWidget#recent { border: none; background: transparent; }
+QListWidget#recent::item { padding: 6px 4px; border-radius: 4px; }
+QListWidget#recent::item:hover { background: palette(midlight); }
+QSplitter::handle { background: palette(mid); }
+QSplitter::handle:horizontal { width: 1px; }
+QSplitter::handle:vertical { height: 1px; }
+QStatusBar { border-top: 1px solid palette(mid); }
+QStatusBar::item { border: none; }
+)";
+
+bool wantsDark()
+{
+    const std::wstring theme = UIBaseOptionGroup::get()->theme();
+    if (theme == L"dark" || theme == L"light")
+        return theme == L"dark";
+    // The desktop's own palette tells which one its user likes.
+    constexpr int kMiddle = 128;
+    return QApplication::palette().color(QPalette::Window).lightness() < kMiddle;
+}
+
+} // namespace
+
+void applyTheme()
+{
+    const bool dark = wantsDark();
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(paletteOf(dark ? kDark : kLight));
+    QString sheet = QString::fromLatin1(kStyleSheet);
+    std::vector<Vs::Resource*> sheets;
+    std::vector<Vs::ImageResource*> images;
+    for (IStyleCollector* collector : IStyleCollector::collectors()) {
+        collector->collectStyleSheets(sheets);
+        collector->collectImages(images);
+    }
+    for (const Vs::Resource* resource : sheets) {
+        QFile file(QString::fromStdWString(resource->localPath()));
+        if (file.open(QIODevice::ReadOnly))
+            sheet += QString::fromUtf8(file.readAll());
+    }
+    for (const Vs::ImageResource* image : images) {
+        const QString path = QString::fromStdWString(image->localPath());
+        QPixmapCache::insert(path, QPixmap(path));
+    }
+    qApp->setStyleSheet(sheet);
+}
+
+bool isDark()
+{
+    constexpr int kMiddle = 128;
+    return QApplication::palette().color(QPalette::Window).lightness() < kMiddle;
+}
+
+QColor errorColour()
+{
+    return isDark() ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
+}
+
+QIcon iconOf(const Vs::ImageSetResource* resource)
+{
+    QIcon icon;
+    if (resource)
+        for (const int size : Vs::ImageSetResource::sizes())
+            icon.addFile(QString::fromStdWString(resource->fileForSize(size)), QSize(size, size));
+    return icon;
+}
+
+} // namespace Vu

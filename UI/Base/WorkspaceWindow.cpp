@@ -1,0 +1,195 @@
+#include "UI/Base/WorkspaceWindow.h"
+
+#include "Server/Base/Warning.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/Arrangement.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/Layout.h"
+#include "UI/Base/Window/HomePage.h"
+#include "UI/Base/Window/MainWindow.h"
+#include "UI/Base/WorkspaceMgr.h"
+
+namespace Vu {
+namespace {
+
+/// The window states by value.
+enum WindowState { kNormal = 0, kMinimized = 1, kZoomed = 2 };
+
+std::vector<GraphicsCanvas*> canvases()
+{
+    std::vector<GraphicsCanvas*> all;
+    GraphicsCanvas::allCanvases(all);
+    return all;
+}
+
+} // namespace
+
+struct WorkspaceWindow::Data
+{
+    std::unique_ptr<MainWindow> window;
+    int stateBeforeShow = kNormal;
+};
+
+WorkspaceWindow::WorkspaceWindow(Workspace* workspace)
+    : m_workspace(workspace),
+      m_arrangements(std::make_unique<ArrangementMgr>(this)),
+      m_data(std::make_unique<Data>())
+{
+}
+
+WorkspaceWindow::~WorkspaceWindow()
+{
+    Vs::warningHandler({});
+    // The arrangement's areas own the canvases, the window owns their widgets: the window goes first.
+    m_data->window.reset();
+}
+
+WorkspaceWindow* WorkspaceWindow::activeWorkspaceWindow()
+{
+    const Workspace* workspace = WorkspaceMgr::activeWorkspace();
+    return workspace ? workspace->window() : nullptr;
+}
+
+void WorkspaceWindow::invalidate(int what)
+{
+    if (what == 0)
+        return;
+    for (GraphicsCanvas* canvas : canvases())
+        canvas->invalidate();
+}
+
+void WorkspaceWindow::forceImmediateRepaint()
+{
+    for (GraphicsCanvas* canvas : canvases())
+        canvas->repaintNow();
+}
+
+Arrangement* WorkspaceWindow::activeArrangement() const
+{
+    return m_arrangements->arrangement();
+}
+
+Area* WorkspaceWindow::area() const
+{
+    const Arrangement* arrangement = activeArrangement();
+    return arrangement ? arrangement->layout() : nullptr;
+}
+
+Area* WorkspaceWindow::area(const std::wstring& name) const
+{
+    Area* root = area();
+    return root ? root->childByName(name, true) : nullptr;
+}
+
+void WorkspaceWindow::show()
+{
+    if (!m_data->window) {
+        Application::get()->needGui();
+        m_data->window = std::make_unique<MainWindow>(this);
+        Vs::warningHandler([](const std::wstring& text) {
+            // From any thread; the window is the main one's.
+            Application::get()->deferredTasks()->post([text] { Application::get()->inform(text); });
+        });
+    }
+    m_data->window->show();
+    if (m_data->stateBeforeShow != kNormal)
+        windowState(m_data->stateBeforeShow);
+}
+
+bool WorkspaceWindow::shown() const
+{
+    return m_data->window != nullptr;
+}
+
+QWidget* WorkspaceWindow::widget() const
+{
+    return m_data->window.get();
+}
+
+MainWindow* WorkspaceWindow::mainWindow() const
+{
+    return m_data->window.get();
+}
+
+void WorkspaceWindow::activateWindow()
+{
+    if (!m_data->window)
+        return;
+    if (minimized())
+        windowState(kNormal);
+    m_data->window->raise();
+    m_data->window->activateWindow();
+}
+
+bool WorkspaceWindow::minimized() const
+{
+    return windowState() == kMinimized;
+}
+
+int WorkspaceWindow::windowState() const
+{
+    if (!m_data->window)
+        return m_data->stateBeforeShow;
+    if (m_data->window->isMinimized())
+        return kMinimized;
+    return m_data->window->isMaximized() ? kZoomed : kNormal;
+}
+
+void WorkspaceWindow::windowState(int state)
+{
+    m_data->stateBeforeShow = state;
+    if (!m_data->window)
+        return;
+    if (state == kMinimized)
+        m_data->window->showMinimized();
+    else if (state == kZoomed)
+        m_data->window->showMaximized();
+    else
+        m_data->window->showNormal();
+}
+
+bool WorkspaceWindow::fullScreen() const
+{
+    return m_data->window && m_data->window->isFullScreen();
+}
+
+void WorkspaceWindow::fullScreen(bool value)
+{
+    if (!m_data->window || value == fullScreen())
+        return;
+    if (value)
+        m_data->window->showFullScreen();
+    else
+        m_data->window->showNormal();
+}
+
+void WorkspaceWindow::statusMessage(const std::wstring& text, bool isError)
+{
+    if (m_data->window)
+        m_data->window->message(QString::fromStdWString(text), isError);
+}
+
+void WorkspaceWindow::refresh()
+{
+    if (m_data->window)
+        m_data->window->refreshSoon();
+}
+
+void WorkspaceWindow::showHomePage()
+{
+    if (m_data->window)
+        m_data->window->homePage()->refresh();
+}
+
+ProgressPanel* WorkspaceWindow::progressPanel() const
+{
+    return m_data->window ? m_data->window->progressPanel() : nullptr;
+}
+
+void WorkspaceWindow::arrangementChanged()
+{
+    if (m_data->window)
+        m_data->window->rebuildSoon();
+}
+
+} // namespace Vu
