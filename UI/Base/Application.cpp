@@ -5,6 +5,7 @@
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/ProgressBar.h"

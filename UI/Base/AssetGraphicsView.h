@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Scene/Node.h"
 #include "UI/Base/GraphicsView.h"
 
 namespace Vu {
