@@ -1,5 +1,5 @@
 // Frames a second of a scene of many parts that turns once, drawn here and by the kernel's own viewer, in the
-// same run on the same machine. Usage: bench_scene [PARTS].
+// same run on the same machine. Usage: bench_scene [PARTS [PICTURE.ppm]].
 
 #include "Benchmarks/Scene/Parts.h"
 #include "Server/Base/Strings.h"
