@@ -5,6 +5,7 @@
 #include "UI/Base/Arrangement.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/Layout.h"
+#include "UI/Base/ProgressBar.h"
 #include "UI/Base/Window/HomePage.h"
 #include "UI/Base/Window/MainWindow.h"
 #include "UI/Base/WorkspaceMgr.h"
@@ -85,6 +86,7 @@ void WorkspaceWindow::show()
 {
     if (!m_data->window) {
         Application::get()->needGui();
+        ProgressBar::get(); // From now on there is somewhere to show progress.
         m_data->window = std::make_unique<MainWindow>(this);
         Vs::warningHandler([](const std::wstring& text) {
             // From any thread; the window is the main one's.
