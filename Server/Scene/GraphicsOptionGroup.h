@@ -17,7 +17,7 @@ public:
     Option<bool> displayDome{*this, "displayDome", true}; ///< The shaded sky behind the model.
     Option<bool> groundShadowEnabled{*this, "groundShadowEnabled", true};
     Option<bool> groundReflectionEnabled{*this, "groundReflectionEnabled", false};
-    Option<bool> ambientOccludedEnabled{*this, "ambientOccludedEnabled", false};
+    Option<bool> ambientOccludedEnabled{*this, "ambientOccludedEnabled", true}; ///< Darker corners.
     Option<bool> showLayoutGrid{*this, "showLayoutGrid", false};
     Option<bool> showGridRefNumbers{*this, "showGridRefNumbers", false};
     Option<bool> selectClosestItemOnly{*this, "selectClosestItemOnly", false};

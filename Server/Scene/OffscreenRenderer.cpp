@@ -226,6 +226,8 @@ bool OffscreenRenderer::Data::draw(const std::vector<ViewFragment*>& fragments, 
     picture.transparentBackground = options.transparentBackground;
     picture.dome = options.dome;
     picture.lineWidth = kLineWidth * float(scale);
+    picture.pixelScale = scale;
+    picture.effects = options.fine;
     for (int y = 0; y < height; y += tileHeight)
         for (int x = 0; x < width; x += tileWidth) {
             const int partWidth = std::min(tileWidth, width - x),

@@ -4,6 +4,7 @@
 #include "Server/Scene/Rendra/DrawList.h"
 #include "Server/Scene/Rendra/InstanceStore.h"
 #include "Server/Scene/Rendra/MeshStore.h"
+#include "Server/Scene/Rendra/Occlusion.h"
 #include "Server/Scene/Rendra/Program.h"
 #include "Server/Scene/Rendra/Shaders.h"
 
@@ -19,6 +20,8 @@ namespace {
 
 /// Scenes that were drawn last are kept; more than so many at a time are hardly ever on the screen.
 constexpr size_t kKeptScenes = 12;
+/// How far bodies keep the light from each other, as a part of the scene's size.
+constexpr double kOcclusionReach = 0.05;
 
 struct Rgb
 {
@@ -70,6 +73,17 @@ Area intersection(const Area& a, const Area& b)
     return {left, bottom, std::max(0, right - left), std::max(0, top - bottom)};
 }
 
+/// Where the depths for a part of the picture are drawn: its lower left corner in pixels of the framebuffer,
+/// but its size in pixels of the picture.
+Area occlusionArea(const Area& part, int pixelScale)
+{
+    const auto length = [&](int pixels) {
+        return (pixels + pixelScale - 1) / pixelScale + 2 * Occlusion::kMargin;
+    };
+    const int margin = Occlusion::kMargin * pixelScale;
+    return {part.x - margin, part.y - margin, length(part.width), length(part.height)};
+}
+
 void setMatrix(GLint location, const double (&rows)[4][4])
 {
     float values[16];
@@ -93,6 +107,7 @@ struct Renderer::Data
     };
 
     Program faces, edges, background;
+    Occlusion occlusion;
     GLuint noArray = 0; ///< A vertex array without attributes, for the background.
     MeshStore meshes;
     std::vector<std::unique_ptr<Scene>> scenes;
@@ -104,6 +119,8 @@ struct Renderer::Data
     void drawBackground(const RenderTarget& target, const Area& tile);
     void drawFragment(ViewFragment& fragment, const RenderTarget& target, const Area& tile);
     void drawFaces(Scene& scene, bool transparent);
+    bool findOcclusion(Scene& scene, const Projection& projection, const RenderTarget& target,
+                       const Area& area, const Area& part, double radius);
     void drawEdges(Scene& scene, const Projection& projection, const RenderTarget& target,
                    const float (&colour)[4]);
     void setView(const Program& program, const Scene& scene, const Projection& projection, const Area& area,
@@ -119,6 +136,7 @@ Renderer::~Renderer()
     for (const auto& scene : m_data->scenes)
         scene->instances.release();
     m_data->meshes.release();
+    m_data->occlusion.release();
     for (Program* program : {&m_data->faces, &m_data->edges, &m_data->background})
         program->release();
     glDeleteVertexArrays(1, &m_data->noArray);
@@ -262,13 +280,28 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
     for (const InstanceStore::Range& range : scene.instances.ranges())
         statistics.drawnInstances += uint64_t(range.count);
 
+    const Style style = styleOf(fragment.renderParams()->visualStyle());
+    const bool occluded =
+        target.effects && style.faces && fragment.renderParams()->ambientOcclusionEnabled() &&
+        findOcclusion(scene, projection, target, area, part, root.boundingBox().diagonal() * kOcclusionReach);
+    glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
     glViewport(part.x - tile.x, part.y - tile.y, part.width, part.height);
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
 
-    const Style style = styleOf(fragment.renderParams()->visualStyle());
     setView(faces, scene, projection, area, part);
+    glUniform1i(faces.uniform("occluded"), occluded);
+    if (occluded) {
+        const Area depths = occlusionArea(part, target.pixelScale);
+        const float perX = 1.0f / float(depths.width * target.pixelScale);
+        const float perY = 1.0f / float(depths.height * target.pixelScale);
+        glActiveTexture(GL_TEXTURE0);
+        glBindTexture(GL_TEXTURE_2D, occlusion.texture());
+        glUniform1i(faces.uniform("occlusion"), 0);
+        glUniform4f(faces.uniform("occlusionPlace"), perX, perY, float(tile.x - depths.x) * perX,
+                    float(tile.y - depths.y) * perY);
+    }
     const GkVector3d up = (projection.view() * fragment.renderParams()->groundPlaneOrientation()).normal();
     glUniform3f(faces.uniform("up"), float(up.x), float(up.y), float(up.z));
     if (style.faces || style.depthOnly) {
@@ -302,6 +335,22 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
     }
     glDepthMask(GL_TRUE);
     glDisable(GL_BLEND);
+}
+
+bool Renderer::Data::findOcclusion(Scene& scene, const Projection& projection, const RenderTarget& target,
+                                   const Area& area, const Area& part, double radius)
+{
+    const Area depths = occlusionArea(part, target.pixelScale);
+    if (!occlusion.begin(depths.width, depths.height))
+        return false;
+    const Area reach{depths.x, depths.y, depths.width * target.pixelScale, depths.height * target.pixelScale};
+    setView(occlusion.depthProgram(), scene, projection, area, reach);
+    drawFaces(scene, false);
+    const auto partOf = [](int at, int from, int length) { return double(at - from) / length; };
+    occlusion.finish(projection, partOf(reach.x, area.x, area.width), partOf(reach.y, area.y, area.height),
+                     partOf(reach.x + reach.width, area.x, area.width),
+                     partOf(reach.y + reach.height, area.y, area.height), radius);
+    return true;
 }
 
 void Renderer::Data::setView(const Program& program, const Scene& scene, const Projection& projection,

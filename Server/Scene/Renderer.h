@@ -20,6 +20,11 @@ struct RenderTarget
     bool dome = true; ///< The background is the shaded sky, not a plain light one.
     /// Width of edges in pixels of the framebuffer.
     float lineWidth = 1.0f;
+    /// How many pixels of the framebuffer make one of the picture, each way; above 1 for supersampling.
+    int pixelScale = 1;
+    /// Whether what costs much is drawn, if the fragment asks for it: shaded corners. For still pictures, and
+    /// for canvases where a graphics unit draws.
+    bool effects = false;
     /// The part of the picture that the framebuffer takes, from its lower left corner; 0 by 0 for all of it.
     int tileX = 0, tileY = 0, tileWidth = 0, tileHeight = 0;
 };

@@ -146,6 +146,27 @@ TEST_F(PictureDetail, ATransparentBodyBeforeNothingLeavesItsOpacityInThePicture)
     EXPECT_TRUE(middle().isRed()) << "the colour is not darkened by the missing background";
 }
 
+TEST_F(PictureDetail, TheFootOfABodyIsDarkerInFinePicturesUnlessThatIsTurnedOff)
+{
+    show(Shapes::box(100, 100, 2), GkMatrix3d::translation({-50, -50, -2}), Colour{0.7f, 0.7f, 0.7f, 1});
+    show(Shapes::box(20, 20, 40), GkMatrix3d::translation({-10, -10, 0}), kGreen);
+    m_fragment->camera()->projection(kParallelProjection);
+    m_fragment->camera()->look({0, 1, -1}, {0, 0, 1});
+    m_fragment->camera()->fit(m_fragment->bounds());
+    m_options.fine = true;
+    const GkPoint3d foot(0, -11.5, 0), open(0, -35, 0);
+    m_fragment->renderParams()->ambientOcclusionEnabled(true);
+    draw(160, 160);
+    EXPECT_LT(where(foot).r, where(open).r - 8);
+    m_fragment->renderParams()->ambientOcclusionEnabled(false);
+    draw(160, 160);
+    EXPECT_NEAR(where(foot).r, where(open).r, 3);
+    m_options.fine = false;
+    m_fragment->renderParams()->ambientOcclusionEnabled(true);
+    draw(160, 160);
+    EXPECT_NEAR(where(foot).r, where(open).r, 3) << "a canvas that moves does without";
+}
+
 TEST_F(PictureDetail, ALaterFragmentDrawsOverTheFirstInsideItsViewport)
 {
     show(Shapes::box(20, 20, 20), {}, kRed);

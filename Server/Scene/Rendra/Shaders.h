@@ -48,6 +48,9 @@ flat in vec3 glow;
 
 uniform vec3 up;
 uniform bool perspective;
+uniform bool occluded;
+uniform sampler2D occlusion;
+uniform vec4 occlusionPlace; // from pixels of the framebuffer: factors and offsets
 
 out vec4 result;
 
@@ -69,8 +72,9 @@ void main()
     if (dot(n, flatNormal) < 0.0)
         n = -n;
 
-    vec3 light = mix(kGround, kSky, dot(n, up) * 0.5 + 0.5);
-    float key = max(dot(n, kKeyDirection), 0.0);
+    float open = occluded ? texture(occlusion, gl_FragCoord.xy * occlusionPlace.xy + occlusionPlace.zw).r : 1.0;
+    vec3 light = mix(kGround, kSky, dot(n, up) * 0.5 + 0.5) * open;
+    float key = max(dot(n, kKeyDirection), 0.0) * mix(1.0, open, 0.7);
     light += kKeyColour * key + kFillColour * max(dot(n, kFillDirection), 0.0);
     float facing = max(dot(n, toViewer), 0.0);
     light += 0.10 * facing;
