@@ -1,10 +1,32 @@
 #include "Server/DataModel/AssetType.h"
 
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/AssetEvents.h"
 
 #include <algorithm>
 
 namespace Vs {
+
+namespace {
+
+const AssetTypeSerializableObjectFactory assetTypeFactory;
+
+} // namespace
+
+std::wstring AssetType::serialize() const
+{
+    return Strings::widen(m_identifier);
+}
+
+std::string AssetType::factoryName() const
+{
+    return AssetTypeSerializableObjectFactory::kName;
+}
+
+SerializableObject* AssetTypeSerializableObjectFactory::deserialize(const std::wstring& text, bool)
+{
+    return AssetTypeMgr::get()->assetType(Strings::narrow(text));
+}
 
 AssetTypeMgr* AssetTypeMgr::get()
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/Base/Object.h"
+#include "Server/Base/SerializableObject.h"
 
 #include <string>
 #include <vector>
@@ -16,8 +16,8 @@ struct AssetTypeTraits
     bool hidden = false;  ///< Not offered for creation by itself.
 };
 
-/// A kind of asset, such as a design.
-class AssetType : public Implements<AssetType>
+/// A kind of asset, such as a design. As an argument of a command its text is its identifier.
+class AssetType : public Implements<AssetType, SerializableObject>
 {
 public:
     /// `defaultDocType` is the identifier of the document type that a new document of this asset type gets.
@@ -37,6 +37,9 @@ public:
     bool isHidden() const { return m_traits.hidden; }
     /// The picture of the type, or null.
     virtual const ImageSetResource* icon() const { return nullptr; }
+
+    std::wstring serialize() const override;
+    std::string factoryName() const override;
 
 private:
     std::string m_identifier;
@@ -63,6 +66,15 @@ public:
 
 private:
     std::vector<AssetType*> m_types;
+};
+
+/// The factory called "AssetTypeSerializableObjectFactory": finds registered asset types by their identifier.
+class AssetTypeSerializableObjectFactory : public SerializableObjectFactory
+{
+public:
+    static constexpr const char* kName = "AssetTypeSerializableObjectFactory";
+    AssetTypeSerializableObjectFactory() : SerializableObjectFactory(kName) {}
+    SerializableObject* deserialize(const std::wstring& text, bool create) override;
 };
 
 } // namespace Vs

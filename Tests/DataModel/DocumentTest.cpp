@@ -246,4 +246,12 @@ TEST_F(DocumentTest, AssetTypesAreKnownByTheirIdentifierOnce)
     EXPECT_EQ(types->assetTypes(), 1u);
     EXPECT_EQ(types->assetType("TestAssetType"), types->assetType(0u));
     EXPECT_EQ(types->assetType(1u), nullptr);
+
+    // And their text leads back to them.
+    AssetType* type = types->assetType(0u);
+    SerializableObjectFactory* factory = SerializableObjectFactory::findFactory(type->factoryName());
+    ASSERT_NE(factory, nullptr);
+    EXPECT_EQ(factory->name(), "AssetTypeSerializableObjectFactory");
+    EXPECT_EQ(cast<AssetType>(factory->deserialize(type->serialize(), false)), type);
+    EXPECT_EQ(factory->deserialize(L"NoSuchType", true), nullptr);
 }

@@ -51,11 +51,17 @@ NewFile::~NewFile()
 
 void NewFile::commit()
 {
-    const int descriptor = open(m_scratch.c_str(), O_RDONLY | O_CLOEXEC);
-    const bool flushed = descriptor >= 0 && fsync(descriptor) == 0;
-    if (descriptor >= 0)
-        close(descriptor);
-    if (!flushed || rename(m_scratch.c_str(), m_path.c_str()) != 0)
+    // The rename may reach the disk before the content does. Where an old file would be lost by that, the
+    // content goes first; a new file has nothing to lose, and needn't wait for the disk.
+    if (access(m_path.c_str(), F_OK) == 0) {
+        const int descriptor = open(m_scratch.c_str(), O_RDONLY | O_CLOEXEC);
+        const bool flushed = descriptor >= 0 && fsync(descriptor) == 0;
+        if (descriptor >= 0)
+            close(descriptor);
+        if (!flushed)
+            fail();
+    }
+    if (rename(m_scratch.c_str(), m_path.c_str()) != 0)
         fail();
     m_scratch.clear();
 }

@@ -18,7 +18,8 @@ public:
 
     /// Where to write; exists, and is empty.
     const std::string& scratch() const { return m_scratch; }
-    /// Flushes the file to the disk and puts it in its place. Throws std::runtime_error.
+    /// Puts the file in its place; flushes it to the disk before, if it replaces another. Throws
+    /// std::runtime_error.
     void commit();
 
 private:
