@@ -277,15 +277,48 @@ TEST_F(Lifecycle, ACommandMayCloseTheSessionOfTheManagerThatRunsIt)
 
 TEST_F(Lifecycle, ADefinitionThatGoesTakesItsRunningCommandsAlong)
 {
+    static Info leavingInfo(L"LeavingCommand", L"Leaving", nullptr);
+    struct Leaving : InteractiveCommandBase
+    {
+        Leaving(CommandDefinition* definition, CommandContext* context, CommandTest::Log& calls)
+            : InteractiveCommandBase(definition, context), log(calls)
+        {
+        }
+        ~Leaving() override { log.add("deleted"); }
+        void onEnd(ETerminationReason reason) override
+        {
+            log.add(commandDefinition() ? "with" : "without");
+            log.add(reason == ETerminationReason::Cancel ? "cancelled" : "committed");
+        }
+        CommandTest::Log& log;
+    };
+    struct LeavingDefinition : CommandDefinition
+    {
+        explicit LeavingDefinition(CommandTest::Log& calls) : CommandDefinition(&leavingInfo), log(calls) {}
+        CommandBase* onCreateCommand(CommandContext* context) override
+        {
+            return new Leaving(this, context, log);
+        }
+        CommandTest::Log& log;
+    };
     Definition measure(log, "Measure", true);
-    auto orbit = std::make_unique<Definition>(log, "Orbit", true);
-    orbit->stacking(EStackingBehavior::OverCategory, StackingCategory::cameraStackingCategory());
-    run(measure);
-    run(*orbit);
-    ASSERT_EQ(manager.commandStack().size(), 2u);
-    // The commands log to their definition, which is half gone by then.
-    manager.terminateAll(ETerminationReason::Cancel);
-    EXPECT_EQ(manager.lastCommandDef(), orbit.get());
-    orbit.reset();
+    measure.type(ECommandType::Nested);
+    {
+        LeavingDefinition leaving(log);
+        manager.executeCommand(&leaving, CommandContext());
+        run(measure);
+        EXPECT_EQ(manager.commandStack().size(), 2u);
+        log.take();
+        EXPECT_EQ(manager.lastCommandDef(), &measure);
+    }
+    EXPECT_EQ(log.take(), "without cancelled deleted");
+    EXPECT_EQ(manager.activeCommand(), measure.latest);
+    CommandMgr::terminateAllCommands(ETerminationReason::Commit);
+    EXPECT_EQ(measure.alive, 0);
+    {
+        LeavingDefinition leaving(log);
+        manager.executeCommand(&leaving, CommandContext());
+        EXPECT_EQ(manager.lastCommandDef(), &leaving);
+    }
     EXPECT_EQ(manager.lastCommandDef(), nullptr);
 }

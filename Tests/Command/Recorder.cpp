@@ -21,10 +21,12 @@ public:
         this->repeatable(definition->isRepeatable);
         ++m_definition->alive;
         m_definition->latest = this;
+        m_definition->commands.push_back(this);
     }
     ~Recording() override
     {
         --m_definition->alive;
+        std::erase(m_definition->commands, this);
         if (m_definition->latest == this)
             m_definition->latest = nullptr;
     }
@@ -103,6 +105,16 @@ Definition::Definition(Log& log, const std::string& name, bool interactive)
 Definition::Definition(Log& log, const std::string& name, bool interactive, std::unique_ptr<Info> info)
     : Implements(info.get()), m_info(std::move(info)), m_log(log), m_name(name), m_interactive(interactive)
 {
+}
+
+Definition::~Definition()
+{
+    during.clear();
+    while (!commands.empty()) {
+        CommandBase* last = commands.back();
+        commands.pop_back();
+        last->destroy(ETerminationReason::Cancel);
+    }
 }
 
 Definition& Definition::type(ECommandType type)

@@ -35,6 +35,8 @@ public:
     using Action = std::function<void(Vu::CommandBase&, Vs::Status&)>;
 
     Definition(Log& log, const std::string& name, bool interactive);
+    /// Ends its commands, which talk to it.
+    ~Definition() override;
 
     Definition& type(Vu::ECommandType type);
     Definition& stacking(Vu::EStackingBehavior behavior, const Vs::UniqueString* category = nullptr);
@@ -49,6 +51,7 @@ public:
     bool letsNestedRun = true;
     /// How many commands there are now, and the latest one.
     int alive = 0;
+    std::vector<Vu::CommandBase*> commands;
     Vu::CommandBase* latest = nullptr;
 
     Vu::ECommandType commandType = Vu::ECommandType::Exclusive;

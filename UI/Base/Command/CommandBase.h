@@ -54,7 +54,8 @@ public:
     CommandMgr* commandManager() const { return m_manager; }
     /// The command's own copy of the context it was called with. What the command adds to it is recorded.
     CommandContext* commandContext() const { return &m_context; }
-    CommandDefinition* commandDefinition() const { return m_definition; }
+    /// Null once the definition is being destroyed.
+    CommandDefinition* commandDefinition() const { return m_definitionGone ? nullptr : m_definition; }
     CursorController* cursorController() const;
     CommandDialog* commandDialog() const;
     /// The inputs, or null for a command without any.
@@ -176,6 +177,7 @@ private:
     bool m_endAsked = false;
     bool m_deleteWhenUnused = false;
     bool m_observed = false;
+    bool m_definitionGone = false;
     bool m_repeatable = true;
     bool m_usesDialog = true;
     bool m_stepOpen = false;

@@ -17,7 +17,8 @@ class InputControl;
 
 /// Says what a command is and whether it can run now, and makes it each time it runs. A definition lives as
 /// long as its add-in; constructing it enters it with CommandDefinitionMgr under its Info's key, destroying
-/// it takes it out and cancels those of its commands that still run. Main thread only.
+/// it takes it out and cancels those of its commands that still run; they get no definition from
+/// CommandBase::commandDefinition any more, because only this base of it is left. Main thread only.
 class CommandDefinition : public Vs::Implements<CommandDefinition, Vs::Object, IButtonControlHandler>
 {
 public:

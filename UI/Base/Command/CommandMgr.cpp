@@ -103,6 +103,11 @@ void CommandMgr::terminateAll(ETerminationReason reason)
     m_stack->terminateAll(reason);
 }
 
+void CommandMgr::terminateAllCommands(ETerminationReason reason)
+{
+    CommandStack::terminateAllStacks(reason);
+}
+
 void CommandMgr::startDefaultCommand()
 {
     m_stack->startDefaultCommand();

@@ -58,6 +58,8 @@ public:
 
     /// Ends every running command, the topmost first.
     void terminateAll(ETerminationReason reason);
+    /// The same for every manager there is: before add-ins are unloaded.
+    static void terminateAllCommands(ETerminationReason reason);
 
     /// Starts the resting command (CommandEventSite::commandManagerDefaultCommand) if nothing runs. Happens
     /// of itself after each run that left the stack of a session's manager empty; a session calls it when it

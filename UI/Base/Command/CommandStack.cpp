@@ -404,12 +404,23 @@ void CommandStack::definitionGone(CommandDefinition* definition)
         if (stack->m_lastDefinition == definition)
             stack->m_lastDefinition = nullptr;
         const std::vector<CommandBase*> commands = stack->m_commands;
-        for (auto each = commands.rbegin(); each != commands.rend(); ++each)
-            if (std::find(stack->m_commands.begin(), stack->m_commands.end(), *each) !=
-                    stack->m_commands.end() &&
-                (*each)->m_definition == definition)
-                stack->destroy(*each, ETerminationReason::Cancel);
+        for (auto each = commands.rbegin(); each != commands.rend(); ++each) {
+            if (std::find(stack->m_commands.begin(), stack->m_commands.end(), *each) ==
+                    stack->m_commands.end() ||
+                (*each)->m_definition != definition)
+                continue;
+            (*each)->m_definitionGone = true;
+            stack->destroy(*each, ETerminationReason::Cancel);
+        }
     }
+}
+
+void CommandStack::terminateAllStacks(ETerminationReason reason)
+{
+    const std::vector<CommandStack*> stacks = allStacks();
+    for (CommandStack* stack : stacks)
+        if (std::find(allStacks().begin(), allStacks().end(), stack) != allStacks().end())
+            stack->terminateAll(reason);
 }
 
 } // namespace Vu

@@ -48,6 +48,7 @@ public:
     /// The manager that is having a command made right now; a command is born into it.
     static CommandMgr* creatingManager();
     static void definitionGone(CommandDefinition* definition);
+    static void terminateAllStacks(ETerminationReason reason);
     static void addObserver(ICommandObserver* observer);
     static void removeObserver(ICommandObserver* observer);
 
