@@ -93,7 +93,10 @@ std::wstring substituteParameters(std::wstring_view line, const TranscriptParame
         const wchar_t character = line[i];
         const std::wstring_view name =
             character == L'$' ? parameterName(line.substr(i)) : std::wstring_view();
-        if (!name.empty()) {
+        if (character == L'$' && line.substr(i).starts_with(L"$${")) {
+            result += L"${";
+            i += 2;
+        } else if (!name.empty()) {
             const auto found = parameters.find(Strings::narrow(name));
             const std::wstring value =
                 found == parameters.end() ? std::wstring() : Strings::widen(found->second);
@@ -109,6 +112,17 @@ std::wstring substituteParameters(std::wstring_view line, const TranscriptParame
             inQuotes ^= character == L'"';
             result.push_back(character);
         }
+    }
+    return result;
+}
+
+std::wstring escapeParameters(std::wstring_view line)
+{
+    std::wstring result;
+    for (size_t i = 0; i < line.size(); ++i) {
+        if (line.substr(i).starts_with(L"${"))
+            result.push_back(L'$');
+        result.push_back(line[i]);
     }
     return result;
 }

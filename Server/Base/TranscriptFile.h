@@ -44,8 +44,10 @@ private:
 
 /// The line with each `${NAME}` replaced by its value; a name without one is replaced by nothing. The value
 /// keeps its blanks and quotes: where it needs quotes to stay inside its word, it gets them. What doesn't
-/// look like `${NAME}` (letters, digits, `_`) stays as it is.
+/// look like `${NAME}` (letters, digits, `_`) stays as it is, and `$${` stands for `${`.
 std::wstring substituteParameters(std::wstring_view line, const TranscriptParameters& parameters);
+/// The line as a recording must write it, so that substituteParameters gives it back.
+std::wstring escapeParameters(std::wstring_view line);
 
 struct ReplayOptions
 {
