@@ -11,9 +11,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <numeric>
 #include <sstream>
 #include <thread>
+#include <utility>
 
 namespace Vs::Translate {
 
@@ -27,6 +29,22 @@ int countFaces(const TopoDS_Shape& shape)
     return count;
 }
 
+// Adds what one body's meshing has done to the work of all.
+class BodyProgress : public Message_ProgressIndicator
+{
+public:
+    BodyProgress(std::function<void(double)> add) : m_add(std::move(add)) {}
+    void Show(const Message_ProgressScope&, const Standard_Boolean) override
+    {
+        const double position = GetPosition();
+        m_add(position - std::exchange(m_told, position));
+    }
+
+private:
+    std::function<void(double)> m_add;
+    double m_told = 0;
+};
+
 // Meshes each shape once, the big ones first, and reports by faces: they tell the work better than parts do.
 std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree,
                                                      const std::vector<int>& faces, Reporter& reporter,
@@ -37,7 +55,7 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
     std::iota(order.begin(), order.end(), 0);
     std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return faces[a] > faces[b]; });
     const double total = std::max(1, std::accumulate(faces.begin(), faces.end(), 0));
-    std::atomic<int> done = 0;
+    std::atomic<double> done = 0;
     std::mutex mutex;
     OSD_Parallel::For(0, int(order.size()), [&](int i) {
         const int body = order[i];
@@ -45,7 +63,11 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
         std::string fault;
         try {
             if (!shape.IsNull()) {
-                Kernel::meshShape(shape, {});
+                const Handle(BodyProgress) progress = new BodyProgress([&](double fraction) {
+                    const double added = fraction * faces[body];
+                    reporter.progress((done.fetch_add(added) + added) / total);
+                });
+                Kernel::meshShape(shape, {}, progress->Start());
                 meshes[body] =
                     std::make_shared<const BodyMesh>(Kernel::extractMesh(shape, tree.colours[body]));
             }
@@ -57,7 +79,6 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
             warnings.push_back("has a part \"" + Strings::narrow(tree.tree.bodies[body].name) +
                                "\" that can't be shown" + (fault.empty() ? "" : ": " + fault));
         }
-        reporter.progress((done += faces[body]) / total);
     });
     return meshes;
 }

@@ -54,8 +54,10 @@ void limitMemory(rlim_t bytes)
         const rlim_t all = rlim_t(sysconf(_SC_PHYS_PAGES)) * rlim_t(sysconf(_SC_PAGE_SIZE));
         bytes = std::max<rlim_t>(all / 5 * 4, rlim_t(2) << 30);
     }
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they need more room than there is
     const rlimit memory{bytes, bytes};
     setrlimit(RLIMIT_AS, &memory);
+#endif
     // A dump of a crash would take longer than all the rest.
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);

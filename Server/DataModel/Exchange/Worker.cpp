@@ -73,7 +73,7 @@ std::string Worker::role() const
 
 void Worker::start()
 {
-    m_moved = Clock::now();
+    m_started = m_moved = Clock::now();
     int pipe[2];
     if (pipe2(pipe, O_CLOEXEC) != 0) {
         m_end = End::Failed;
@@ -207,15 +207,18 @@ std::chrono::milliseconds Worker::processorTime() const
 
 void Worker::checkLimits(Clock::time_point now)
 {
+    const auto waited = now - m_moved;
+    const auto running = now - m_started;
+    if (waited < m_limits.stalled && running < m_limits.total)
+        return;
     const auto work = processorTime();
     const auto worked = work - m_movedWork;
-    const auto waited = now - m_moved;
     // What hardly works at all isn't busy: it waits for something that won't come.
-    const bool asleep = waited > m_limits.stalled && worked < waited / kLeastShare;
-    if (asleep || worked > m_limits.stalled)
+    const bool asleep = worked < waited / kLeastShare;
+    if (waited > m_limits.stalled && (asleep || worked > m_limits.stalled))
         kill(End::Stalled, "the " + role() + " was ended after " + seconds(m_limits.stalled) +
                                " without progress while " + m_step);
-    else if (work > m_limits.total)
+    else if (running > m_limits.total && work > m_limits.total)
         kill(End::Stalled,
              "the " + role() + " was ended after " + seconds(m_limits.total) + " while " + m_step);
 }

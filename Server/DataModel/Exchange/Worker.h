@@ -10,8 +10,9 @@
 
 namespace Vs::Exchange {
 
-/// How long a worker may take, and how much it may use. Times are those of its own processor time, so that an
-/// honest file isn't given up on a busy machine; one that waits without working gets as much by the clock.
+/// How long a worker may take, and how much it may use. A time is over when both the clock and the worker's
+/// processor time have passed it, so that an honest file is given up neither on a busy machine nor on one of
+/// many processors. One that waits without working is measured by the clock alone.
 struct WorkerLimits
 {
     std::chrono::milliseconds stalled{8'000}; ///< Without any progress.
@@ -86,6 +87,7 @@ private:
     std::string m_error;
     std::string m_fault;
     std::vector<std::string> m_warnings;
+    Clock::time_point m_started;
     Clock::time_point m_moved;
     std::chrono::milliseconds m_movedWork{0}; ///< Processor time at the last progress.
 };

@@ -260,7 +260,8 @@ void addEdges(BodyMesh& mesh, const TopoDS_Shape& shape)
 
 } // namespace
 
-void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement)
+void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
+               const Message_ProgressRange& progress)
 {
     Bnd_Box box;
     BRepBndLib::AddClose(shape, box);
@@ -271,7 +272,7 @@ void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement
         std::max(std::sqrt(box.SquareExtent()) * refinement.surfaceDeviation, kSmallestDeflection);
     parameters.Angle = refinement.normalDeviation * std::numbers::pi / 180.0;
     parameters.InParallel = true;
-    BRepMesh_IncrementalMesh(shape, parameters);
+    BRepMesh_IncrementalMesh(shape, parameters, progress);
 }
 
 BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours)

@@ -3,14 +3,15 @@
 #include "Server/DataModel/Kernel/XdeTree.h"
 #include "Server/DataModel/Translator.h"
 
-#include <functional>
+#include <Message_ProgressRange.hxx>
 
 namespace Vs::Kernel {
 
 /// Makes the triangles of a shape's faces and keeps them in the shape. Faces that have some already are left
 /// alone if those are fine enough. The deflection is a fraction of the shape's own diagonal, so that big and
 /// small parts look alike and none explodes. Throws Standard_Failure.
-void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement);
+void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
+               const Message_ProgressRange& progress = {});
 
 /// Copies a meshed shape's triangles and edge lines out of it.
 BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours);
