@@ -1,4 +1,5 @@
-#include "UI/Application/CommandLine.h"
+#include "Server/Base/SoftwareVersion.h"
+#include "UI/Application/Program.h"
 
 #include <cstdio>
 
@@ -16,8 +17,8 @@ int main(int count, char** arguments)
         return kExitOk;
     }
     if (line.version) {
-        std::puts("Quillet " QUILLET_VERSION);
+        std::printf("Quillet %s\n", Vs::SoftwareVersion::currentSoftwareVersion().c_str());
         return kExitOk;
     }
-    return kExitOk;
+    return runProgram(line, count, arguments);
 }

@@ -6,6 +6,7 @@
 
 #include <boost/format.hpp>
 
+#include <charconv>
 #include <locale>
 #include <sstream>
 #include <typeinfo>
@@ -28,10 +29,12 @@ Number number(const std::wstring& text)
     return value;
 }
 
+/// As few digits as read back to exactly the same number.
 std::wstring text(double value)
 {
-    // As many digits as it takes to read back the same number.
-    return Vs::Types::Point3dToString({value, 0, 0});
+    char buffer[32];
+    const std::to_chars_result end = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return std::wstring(buffer, end.ptr);
 }
 
 GkPoint3d point(const std::wstring& text)

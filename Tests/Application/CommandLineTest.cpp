@@ -1,0 +1,46 @@
+#include "UI/Application/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+using namespace Quillet;
+
+namespace {
+
+TEST(CommandLineTest, StepsKeepTheOrderInWhichTheyWereGiven)
+{
+    const CommandLine line = parseCommandLine({"--command", "A.B", "--replay", "one.txt", "--command", "C.D",
+                                               "--script", "two.py", "--console", "--command=E.F"});
+    ASSERT_EQ(line.error, "");
+    ASSERT_EQ(line.steps.size(), 6u);
+    const std::vector<Step::Kind> kinds = {Step::Kind::Command, Step::Kind::Replay,  Step::Kind::Command,
+                                           Step::Kind::Script,  Step::Kind::Console, Step::Kind::Command};
+    const std::vector<std::string> texts = {"A.B", "one.txt", "C.D", "two.py", "", "E.F"};
+    for (size_t i = 0; i < kinds.size(); ++i) {
+        EXPECT_EQ(line.steps[i].kind, kinds[i]);
+        EXPECT_EQ(line.steps[i].text, texts[i]);
+    }
+}
+
+TEST(CommandLineTest, FilesAndSettingsAreToldApartFromOptions)
+{
+    const CommandLine line =
+        parseCommandLine({"a b.step", "--set", "model=x=y", "--set", "empty=", "--headless", "--profile-dir",
+                          "/tmp/p", "--", "--odd.stl"});
+    EXPECT_EQ(line.error, "");
+    EXPECT_EQ(line.files, (std::vector<std::string>{"a b.step", "--odd.stl"}));
+    EXPECT_EQ(line.parameters, (std::map<std::string, std::string>{{"model", "x=y"}, {"empty", ""}}));
+    EXPECT_EQ(line.profileDirectory, "/tmp/p");
+    EXPECT_TRUE(line.headless);
+    EXPECT_FALSE(line.keepGoing);
+}
+
+TEST(CommandLineTest, WrongUsageIsNamed)
+{
+    EXPECT_NE(parseCommandLine({"--nonsense"}).error.find("nonsense"), std::string::npos);
+    EXPECT_NE(parseCommandLine({"--command"}).error, "");
+    EXPECT_NE(parseCommandLine({"--set", "novalue"}).error.find("novalue"), std::string::npos);
+    EXPECT_NE(parseCommandLine({"--set", "=value"}).error, "");
+    EXPECT_NE(parseCommandLine({"--profile-dir", ""}).error, "");
+}
+
+} // namespace

@@ -1,0 +1,182 @@
+#include "Tests/Support/Process.h"
+#include "Tests/Support/RealData.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <boost/filesystem/operations.hpp>
+
+#include <gtest/gtest.h>
+#include <set>
+#include <sstream>
+
+using TestSupport::ProcessResult;
+using TestSupport::runQuillet;
+using TestSupport::ScratchFolder;
+
+namespace {
+
+/// The objects of a list, one a line.
+std::vector<QJsonObject> objects(const std::string& output)
+{
+    std::vector<QJsonObject> result;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(line));
+        EXPECT_TRUE(document.isObject()) << line;
+        result.push_back(document.object());
+    }
+    return result;
+}
+
+TEST(ProgramTest, HelpAndVersionGoToStandardOutput)
+{
+    const ProcessResult help = runQuillet({"--help"});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_NE(help.output.find("--replay"), std::string::npos);
+    EXPECT_EQ(help.errors, "");
+    EXPECT_EQ(runQuillet({"--version"}).output.rfind("Quillet ", 0), 0u);
+}
+
+TEST(ProgramTest, WrongUsageIsTwoAndSaysWhy)
+{
+    const ProcessResult result = runQuillet({"--no-such-option"});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_NE(result.errors.find("no-such-option"), std::string::npos);
+}
+
+TEST(ProgramTest, LinesAnswerOnStandardOutputAndFailOnStandardErrorWithTheirPlace)
+{
+    const ProcessResult good = runQuillet({"--headless", "--command", "Sleeper.Sleep 0"});
+    EXPECT_EQ(good.exitCode, 0);
+    EXPECT_EQ(good.output, "Sleep 0 ms.\n");
+    const ProcessResult bad = runQuillet({"--headless", "--command", "Camera.ZoomIn", "--command",
+                                          "Asset.List", "--command", "Camera.ZoomIn"});
+    EXPECT_EQ(bad.exitCode, 1);
+    EXPECT_EQ(bad.output, "Zoom in.\n");
+    EXPECT_EQ(bad.errors, "--command:2: There is no asset in memory.\n");
+}
+
+TEST(ProgramTest, KeepGoingRunsTheRestAndStillFails)
+{
+    const ProcessResult result =
+        runQuillet({"--headless", "--keep-going", "--command", "Asset.List", "--command", "Camera.ZoomIn"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "Zoom in.\n");
+}
+
+TEST(ProgramTest, AFailedLineOfATranscriptIsNamedWithFileAndNumber)
+{
+    const ScratchFolder folder;
+    const std::string path =
+        folder.write("bad.txt", "# comment\n\nCamera.ZoomIn\nNo.Such\nCamera.ZoomOut\n").string();
+    const ProcessResult result = runQuillet({"--headless", "--replay", path});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "Zoom in.\n");
+    EXPECT_EQ(result.errors.rfind(path + ":4: ", 0), 0u);
+    const ProcessResult missing =
+        runQuillet({"--headless", "--replay", (folder.path() / "none.txt").string()});
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_NE(missing.errors.find("none.txt"), std::string::npos);
+}
+
+TEST(ProgramTest, TheConsoleReadsALineAfterTheOtherWithoutAPrompt)
+{
+    const ProcessResult good =
+        runQuillet({"--headless", "--console"}, {.input = "Camera.ZoomIn\r\n# comment\n\nCamera.ZoomOut"});
+    EXPECT_EQ(good.exitCode, 0);
+    EXPECT_EQ(good.output, "Zoom in.\nZoom Out.\n");
+    const ProcessResult bad =
+        runQuillet({"--headless", "--console"}, {.input = "Camera.ZoomIn\nAsset.List\nCamera.ZoomIn\n"});
+    EXPECT_EQ(bad.exitCode, 1);
+    EXPECT_EQ(bad.output, "Zoom in.\n");
+    EXPECT_EQ(bad.errors, "<stdin>:2: There is no asset in memory.\n");
+    EXPECT_EQ(runQuillet({"--headless", "--console"}, {.input = ""}).exitCode, 0);
+}
+
+TEST(ProgramTest, ExitEndsTheRunAtOnceAndWell)
+{
+    const ProcessResult result =
+        runQuillet({"--headless", "--command", "VuCommands.ExitApplicationCmd", "--command", "Asset.List"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST(ProgramTest, ScriptsRunInTheirPlace)
+{
+    const ScratchFolder folder;
+    const std::string good = folder.write("good.py", "import Camera\nprint(Camera.ZoomIn(1.5))\n").string();
+    const std::string bad = folder.write("bad.py", "import Asset\nAsset.List()\n").string();
+    const ProcessResult result =
+        runQuillet({"--headless", "--command", "Camera.ZoomOut", "--script", good, "--script", bad});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "Zoom Out.\nZoom in.\n");
+    EXPECT_NE(result.errors.find("bad.py:2"), std::string::npos);
+}
+
+TEST(ProgramTest, AFileThatCannotBeOpenedIsOneMessageWithItsName)
+{
+    const ScratchFolder folder;
+    const std::string empty = folder.write("empty.stp", "").string();
+    const ProcessResult result = runQuillet({"--headless", empty});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.errors.find("empty.stp"), std::string::npos);
+}
+
+TEST(ProgramTest, WithoutADisplayTheRunIsHeadlessAndSaysSo)
+{
+    const ProcessResult result =
+        runQuillet({"--command", "Camera.ZoomIn"}, {.environment = {"DISPLAY=", "WAYLAND_DISPLAY="}});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "Zoom in.\n");
+    EXPECT_NE(result.errors.find("headless"), std::string::npos);
+}
+
+TEST(ProgramTest, ListsTellEverythingThatIsRegistered)
+{
+    std::set<QString> definitions;
+    for (const QJsonObject& object : objects(runQuillet({"--list-definitions"}).output)) {
+        EXPECT_EQ(object.keys(), (QStringList{"class", "groups", "hotkey", "icon", "id", "readonly",
+                                              "reportable", "scriptable", "title"}));
+        EXPECT_TRUE(definitions.insert(object["id"].toString()).second);
+        if (object["id"] == "ExitApplicationCommand") {
+            EXPECT_EQ(object["class"].toString(), "ExitApplicationCmdDef");
+            EXPECT_EQ(object["hotkey"].toString(), "ctrl+q");
+            EXPECT_EQ(object["icon"].toString(), "Application/Exit");
+        }
+    }
+    EXPECT_TRUE(definitions.count("FitCommand"));
+    int wrappers = 0;
+    for (const QJsonObject& object : objects(runQuillet({"--list-commands"}).output)) {
+        EXPECT_FALSE(object["help"].toString().isEmpty());
+        if (!object.contains("definition"))
+            continue;
+        ++wrappers;
+        EXPECT_TRUE(definitions.count(object["definition"].toString()))
+            << object["name"].toString().toStdString();
+    }
+    EXPECT_GT(wrappers, 10);
+}
+
+TEST(ProgramTest, TheFirstLookRunsToItsEndAndLeavesPictureAndModel)
+{
+    const ScratchFolder folder;
+    std::vector<std::string> models = {""};
+    if (!TestSupport::realDataFolder().empty())
+        for (const char* name : {"as1-oc-214.stp", "as1.stp"})
+            if (boost::filesystem::exists(TestSupport::realDataFolder() / name))
+                models.push_back((TestSupport::realDataFolder() / name).string());
+    for (const std::string& model : models) {
+        const ProcessResult result = runQuillet({"--headless", "--echo", "--set", "model=" + model, "--set",
+                                                 "out=" + folder.path().string(), "--replay",
+                                                 QUILLET_SOURCE_DIR "/Examples/first-look.txt"});
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        EXPECT_NE(result.output.find("> Document.CloseAll\n"), std::string::npos);
+        for (const char* name : {"first-look.png", "first-look.stl"}) {
+            EXPECT_GT(boost::filesystem::file_size(folder.path() / name), 1000u);
+            boost::filesystem::remove(folder.path() / name);
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,166 @@
+#include "UI/Application/LineRunner.h"
+
+#include "Server/Base/Progress.h"
+#include "Server/Base/PythonManager.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/Task.h"
+#include "Server/Base/TranscriptFile.h"
+#include "Server/Base/Warning.h"
+#include "UI/Base/Application.h"
+
+#include <cstdio>
+#include <utility>
+
+namespace Quillet {
+namespace {
+
+void write(std::FILE* stream, const std::string& text)
+{
+    std::fwrite(text.data(), 1, text.size(), stream);
+    std::fputc('\n', stream);
+}
+
+class LineScope
+{
+public:
+    explicit LineScope(std::atomic<bool>& runs) : m_runs(runs) { m_runs = true; }
+    ~LineScope() { m_runs = false; }
+    LineScope(const LineScope&) = delete;
+    LineScope& operator=(const LineScope&) = delete;
+
+private:
+    std::atomic<bool>& m_runs;
+};
+
+} // namespace
+
+LineRunner::LineRunner(Options options) : m_options(std::move(options))
+{
+    Vs::TextCommandMgr::get()->output(this);
+    Vs::warningHandler([this](const std::wstring& text) { warn(text); });
+}
+
+LineRunner::~LineRunner()
+{
+    tellWarnings();
+    flush();
+    Vs::warningHandler(nullptr);
+    Vs::TextCommandMgr::get()->output(nullptr);
+}
+
+bool LineRunner::runLine(const std::wstring& line, const std::string& where)
+{
+    echo(line);
+    const LineScope scope(m_lineRuns);
+    const auto [status, text] = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
+    settle();
+    if (status != 0)
+        return fail(where + ": " + Vs::Strings::narrow(text));
+    message(text);
+    tellWarnings();
+    return true;
+}
+
+bool LineRunner::replay(const std::string& path)
+{
+    Vs::ReplayOptions options;
+    options.parameters = m_options.parameters;
+    options.keepGoing = m_options.keepGoing;
+    options.afterLine = [this](unsigned) {
+        settle();
+        tellWarnings();
+        // A line that ended the program is the last one.
+        if (Vu::Application::get()->exiting())
+            Vs::Progress::requestCancel();
+    };
+    if (m_options.echo)
+        options.beforeLine = [this](const std::wstring& line) { echo(line); };
+    const LineScope scope(m_lineRuns);
+    const Vs::ReplayResult result = Vs::TextCommandMgr::get()->replay(path, options);
+    if (result.cancelled && !Vu::Application::get()->exiting()) {
+        m_failed = true;
+        error(Vs::Strings::widen(path) + L": cancelled");
+        return false;
+    }
+    m_failed = m_failed || result.failures > 0;
+    return result.failures == 0 || m_options.keepGoing;
+}
+
+bool LineRunner::runScript(const std::string& path)
+{
+    if (m_options.echo)
+        message(L"> " + Vs::Strings::widen(path));
+    const LineScope scope(m_lineRuns);
+    Vs::Status status;
+    Vs::PythonManager::get()->runScript(Vs::Strings::widen(path), status);
+    settle();
+    if (status.isError())
+        return fail(Vs::Strings::narrow(status.toString()));
+    tellWarnings();
+    return true;
+}
+
+bool LineRunner::fail(const std::string& message)
+{
+    m_failed = true;
+    error(Vs::Strings::widen(message));
+    return m_options.keepGoing;
+}
+
+void LineRunner::message(const std::wstring& text)
+{
+    if (!text.empty())
+        write(stdout, Vs::Strings::narrow(text));
+}
+
+void LineRunner::error(const std::wstring& text)
+{
+    flush();
+    tellWarnings(text);
+    write(stderr, Vs::Strings::narrow(text));
+}
+
+void LineRunner::flush()
+{
+    std::fflush(stdout);
+}
+
+void LineRunner::echo(const std::wstring& line)
+{
+    if (m_options.echo)
+        message(L"> " + line);
+}
+
+void LineRunner::warn(const std::wstring& text)
+{
+    const std::lock_guard lock(m_warningsMutex);
+    if (m_lineRuns)
+        m_warnings.push_back(text);
+    else
+        write(stderr, Vs::Strings::narrow(text));
+}
+
+void LineRunner::tellWarnings(const std::wstring& failure)
+{
+    std::vector<std::wstring> warnings;
+    {
+        const std::lock_guard lock(m_warningsMutex);
+        warnings.swap(m_warnings);
+    }
+    if (warnings.empty())
+        return;
+    flush();
+    for (const std::wstring& warning : warnings)
+        if (failure.find(warning) == std::wstring::npos)
+            write(stderr, Vs::Strings::narrow(warning));
+}
+
+/// Finishes what a line left in the queues, so that the next line finds it done.
+void LineRunner::settle()
+{
+    Vs::Tasks* tasks = Vu::Application::get()->deferredTasks();
+    if (!tasks->empty())
+        tasks->flush();
+}
+
+} // namespace Quillet

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Server/Base/TextCommandMgr.h"
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace Quillet {
+
+/// Runs text lines for the command line: answers go to standard output, failures to standard error as
+/// `WHERE:LINE: message`. While it lives it is the output of the text command manager.
+class LineRunner : public Vs::TextOutput
+{
+public:
+    struct Options
+    {
+        bool keepGoing = false;
+        bool echo = false;
+        std::map<std::string, std::string> parameters;
+    };
+
+    explicit LineRunner(Options options);
+    ~LineRunner() override;
+
+    /// Each returns whether the run may go on: all was well, or failures don't end it.
+    bool runLine(const std::wstring& line, const std::string& where);
+    bool replay(const std::string& path);
+    bool runScript(const std::string& path);
+
+    /// A failure that has no line: a file of the command line, say.
+    bool fail(const std::string& message);
+
+    bool keepGoing() const { return m_options.keepGoing; }
+    /// Whether anything failed so far.
+    bool failed() const { return m_failed; }
+
+    void message(const std::wstring& text) override;
+    void error(const std::wstring& text) override;
+    /// Brings out what standard output holds back.
+    void flush();
+
+private:
+    void echo(const std::wstring& line);
+    /// Warnings wait for the end of the line that runs: what its own failure says anyway isn't told twice.
+    void warn(const std::wstring& text);
+    void tellWarnings(const std::wstring& failure = {});
+    static void settle();
+
+    Options m_options;
+    std::mutex m_warningsMutex; ///< Warnings come from any thread.
+    std::vector<std::wstring> m_warnings;
+    std::atomic<bool> m_lineRuns = false;
+    bool m_failed = false;
+};
+
+} // namespace Quillet

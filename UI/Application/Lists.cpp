@@ -1,0 +1,90 @@
+#include "UI/Application/Lists.h"
+
+#include "Server/Base/ResourceMgr.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <cstdio>
+
+namespace Quillet {
+namespace {
+
+/// One object with its fields in the order in which they are added.
+class JsonLine
+{
+public:
+    void add(const char* name, const QJsonValue& value)
+    {
+        m_text += (m_text.isEmpty() ? "{\"" : ",\"") + QByteArray(name) + "\":";
+        // Qt writes whole documents only; a list of one value, without its brackets, is the value.
+        const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+        m_text += list.mid(1, list.size() - 2);
+    }
+    void add(const char* name, const std::wstring& value) { add(name, QString::fromStdWString(value)); }
+    void add(const char* name, const std::string& value) { add(name, QString::fromStdString(value)); }
+
+    void print() const { std::printf("%s}\n", m_text.constData()); }
+
+private:
+    QByteArray m_text;
+};
+
+/// The class's own name, without its namespaces.
+std::string className(const Vu::CommandDefinition& definition)
+{
+    const std::string& full = definition.getInterfaceId()->text();
+    const size_t colons = full.rfind("::");
+    return colons == std::string::npos ? full : full.substr(colons + 2);
+}
+
+/// The path as the resource catalogues name it, under the add-in's folder of resources.
+std::wstring iconPath(const Vs::ImageSetResource* icon)
+{
+    static const std::wstring folder = L"/Resources/";
+    const std::wstring path = icon ? icon->localPath() : std::wstring();
+    const size_t found = path.rfind(folder);
+    return found == std::wstring::npos ? path : path.substr(found + folder.size());
+}
+
+} // namespace
+
+void listCommands()
+{
+    for (const Vs::TextCommand* command : Vs::TextCommandMgr::get()->commands()) {
+        JsonLine line;
+        line.add("area", command->area());
+        line.add("name", command->name());
+        line.add("help", command->help());
+        line.add("format", command->format());
+        if (!command->definitionKey().empty())
+            line.add("definition", command->definitionKey());
+        line.print();
+    }
+}
+
+void listDefinitions()
+{
+    for (const Vu::CommandDefinition* definition : Vu::CommandDefinitionMgr::get()->commandDefinitions()) {
+        QJsonArray groups;
+        for (const Vs::UniqueString* group : definition->commandGroups())
+            groups.append(QString::fromStdString(group->text()));
+        JsonLine line;
+        line.add("class", className(*definition));
+        line.add("id", definition->id());
+        line.add("title", definition->info()->name());
+        line.add("icon", iconPath(definition->info()->icon()));
+        line.add("groups", groups);
+        line.add("hotkey", definition->info()->hotkey().keys());
+        line.add("readonly", definition->readonly());
+        line.add("reportable", definition->reportable());
+        line.add("scriptable", definition->scriptable());
+        line.print();
+    }
+}
+
+} // namespace Quillet

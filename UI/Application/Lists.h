@@ -1,0 +1,11 @@
+#pragma once
+
+namespace Quillet {
+
+/// Prints every text command that is registered, one JSON object a line, in the order of registration.
+void listCommands();
+
+/// The same for every command definition.
+void listDefinitions();
+
+} // namespace Quillet

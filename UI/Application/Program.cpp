@@ -1,0 +1,147 @@
+#include "UI/Application/Program.h"
+
+#include "Server/AddInMgr/AddInMgr.h"
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/Progress.h"
+#include "Server/Base/PythonManager.h"
+#include "Server/Base/Strings.h"
+#include "UI/Application/Console.h"
+#include "UI/Application/LineRunner.h"
+#include "UI/Application/Lists.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+namespace Quillet {
+namespace {
+
+/// The first Ctrl-C asks a load that runs to stop; without one, or the second time, it ends the program.
+void onInterrupt(int signal)
+{
+    if (Vs::Progress::active() && !Vs::Progress::cancelled()) {
+        Vs::Progress::requestCancel();
+        return;
+    }
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+bool isSet(const char* name)
+{
+    const char* value = std::getenv(name);
+    return value && *value;
+}
+
+void complain(const std::string& message)
+{
+    std::fprintf(stderr, "quillet: %s\n", message.c_str());
+}
+
+/// Loads the add-ins and checks what they brought. An add-in that cannot be loaded is told and missed; names
+/// that are taken twice would leave it to chance what a line runs, so that they stop the start.
+bool loadAddIns()
+{
+    Vs::Status status;
+    Vs::AddInMgr::get()->loadAddIns(status);
+    if (status.isError())
+        complain(Vs::Strings::narrow(status.toString()));
+    try {
+        Vu::CommandDefinitionMgr::get()->validate();
+        Vs::TextCommandMgr::get()->validate();
+    } catch (const std::exception& fault) {
+        complain(fault.what());
+        return false;
+    }
+    return true;
+}
+
+/// Opens the files and runs the steps, until one fails and nobody said to keep going.
+void runSteps(const CommandLine& line, LineRunner& runner)
+{
+    Vu::Application* application = Vu::Application::get();
+    for (const std::string& file : line.files)
+        if (!runner.runLine(L"Document.Open " + Vs::Strings::quote(Vs::Strings::widen(file)), file))
+            return;
+    int commands = 0;
+    for (const Step& step : line.steps) {
+        if (application->exiting())
+            return;
+        bool goOn = true;
+        switch (step.kind) {
+        case Step::Kind::Command:
+            goOn = runner.runLine(Vs::Strings::widen(step.text), "--command:" + std::to_string(++commands));
+            break;
+        case Step::Kind::Replay:
+            goOn = runner.replay(step.text);
+            break;
+        case Step::Kind::Script:
+            goOn = runner.runScript(step.text);
+            break;
+        case Step::Kind::Console:
+            goOn = runConsole(runner, (Vs::PathInfo::optionsDirectory() / "console_history").string());
+            break;
+        }
+        if (!goOn)
+            return;
+    }
+}
+
+int runWorkspace(const CommandLine& line)
+{
+    // Transcripts put their results where the user is, unless told otherwise.
+    std::map<std::string, std::string> parameters = line.parameters;
+    parameters.emplace("out", ".");
+    LineRunner runner({line.keepGoing, line.echo, std::move(parameters)});
+    Vu::Application* application = Vu::Application::get();
+    Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();
+    if (!line.headless)
+        workspace->window()->show();
+    runSteps(line, runner);
+    int code = kExitOk;
+    if (!line.headless && !application->exiting())
+        code = application->run();
+    application->flushDeferredTasks();
+    return runner.failed() ? kExitLineFailed : code;
+}
+
+} // namespace
+
+int runProgram(CommandLine line, int& count, char** arguments)
+{
+    const bool lists = line.listCommands || line.listDefinitions;
+    if (!line.headless && !lists && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
+        complain("there is no display (DISPLAY and WAYLAND_DISPLAY are not set), so this run is headless.");
+        line.headless = true;
+    }
+    line.headless = line.headless || lists;
+    if (!line.profileDirectory.empty())
+        Vs::PathInfo::profileDirectory(boost::filesystem::absolute(line.profileDirectory));
+    Vu::Application::initialize(count, arguments, line.headless);
+    if (!loadAddIns())
+        return kExitUsage;
+
+    int code = kExitOk;
+    if (lists) {
+        if (line.listCommands)
+            listCommands();
+        if (line.listDefinitions)
+            listDefinitions();
+    } else {
+        std::signal(SIGINT, onInterrupt);
+        code = runWorkspace(line);
+    }
+    Vs::PythonManager::get()->shutdown();
+    Vu::Application::get()->shutDown();
+    Vs::AddInMgr::get()->unloadAddIns();
+    return code;
+}
+
+} // namespace Quillet

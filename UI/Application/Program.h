@@ -1,0 +1,11 @@
+#pragma once
+
+#include "UI/Application/CommandLine.h"
+
+namespace Quillet {
+
+/// Starts the application, does what the command line asks for, and takes it down again. `count` and
+/// `arguments` are what main got. Returns the exit code.
+int runProgram(CommandLine line, int& count, char** arguments);
+
+} // namespace Quillet
