@@ -5,9 +5,11 @@
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/DocumentOpener.h"
 #include "Tests/DataModel/Fixture.h"
 #include "Tests/Support/RealData.h"
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 
@@ -135,15 +137,22 @@ TEST_F(RealFilesTest, AnAssemblyKeepsItsStructureAndSharesItsBodies)
 TEST_F(RealFilesTest, EveryDamagedFileIsAnsweredWithOneMessage)
 {
     SKIP_WITHOUT_REAL_DATA();
-    for (const auto& path : TestSupport::malformedFiles())
-        expectOneMessage(path.wstring());
-    const auto folder = TestSupport::realDataFolder();
-    for (const char* name :
-         {"dodgy_U008_segv.stp", "dodgy_M018.stp", "stl_empty_bin.stl", "stl_empty_ascii.stl",
-          "curve_geom_plate.igs", "nist_ftc_08_asme1_ap242-e1-tg.stp"})
-        expectOneMessage((folder / name).wstring());
+    std::vector<boost::filesystem::path> files = TestSupport::malformedFiles();
+    for (const char* name : {"dodgy_U008_segv.stp", "dodgy_M018.stp", "stl_empty_bin.stl",
+                             "stl_empty_ascii.stl", "curve_geom_plate.igs"})
+        files.push_back(TestSupport::realDataFolder() / name);
+    DocumentOpener opener(files);
+    opener.open(status, 1);
+    EXPECT_EQ(opener.documentsOpened(), 0u);
+    const std::string text = Strings::narrow(status.toString());
+    EXPECT_EQ(static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1, files.size()) << text;
+    for (const auto& file : files) {
+        const std::string name = "/" + file.filename().string() + "\" ";
+        const size_t at = text.find(name);
+        EXPECT_TRUE(at != std::string::npos && text.find(name, at + 1) == std::string::npos) << name;
+    }
+    expectOneMessage((TestSupport::realDataFolder() / "nist_ftc_08_asme1_ap242-e1-tg.stp").wstring());
     EXPECT_TRUE(status.matchingError("tessellated"));
-    EXPECT_EQ(DocumentMgr::get()->documents(), 0u);
 }
 
 TEST_F(RealFilesTest, OddButUsableFilesOpen)
