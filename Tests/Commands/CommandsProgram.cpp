@@ -1,0 +1,117 @@
+#include "Tests/Commands/CommandsProgram.h"
+
+#include "Server/AddInMgr/AddInMgr.h"
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Tests/Support/Process.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Base/WorkspaceMgr.h"
+
+namespace CommandsTests {
+namespace {
+
+TestSupport::ScratchFolder& scratchFolder()
+{
+    static TestSupport::ScratchFolder folder;
+    return folder;
+}
+
+class Program : public ::testing::Environment
+{
+public:
+    void SetUp() override
+    {
+        static int count = 1;
+        static char name[] = "test_commands";
+        static char* arguments[] = {name, nullptr};
+        Vs::PathInfo::profileDirectory(scratchFolder().path() / "profile");
+        Vu::Application::initialize(count, arguments, true);
+        Vu::Application::testing(true);
+        Vs::Status status;
+        Vs::AddInMgr::get()->loadAddIns(status);
+        ASSERT_TRUE(status.isOk()) << status.matchingError("");
+        Vu::WorkspaceMgr::get()->create();
+    }
+    void TearDown() override
+    {
+        Vu::WorkspaceMgr::get()->closeAll();
+        Vs::AddInMgr::get()->unloadAddIns();
+    }
+};
+
+const auto* const theProgram = ::testing::AddGlobalTestEnvironment(new Program);
+
+void closeEverything()
+{
+    Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
+    while (manager->documents() > 0)
+        manager->close(manager->document(manager->documents() - 1));
+    Vu::Application::get()->flushDeferredTasks();
+}
+
+} // namespace
+
+void WithProgram::SetUp()
+{
+    m_boxes.clear();
+}
+
+void WithProgram::TearDown()
+{
+    Vu::MessageBox::responder(nullptr);
+    // The sessions leave the shell as a user would have it, so that no shell remembers a session that is
+    // gone.
+    Vu::MessageBox::responder([](const Vu::MessageBox&) { return 1; });
+    if (documents() > 0)
+        run(L"Document.CloseAll");
+    Vu::MessageBox::responder(nullptr);
+    closeEverything();
+}
+
+Vs::TextCommandResult WithProgram::run(const std::wstring& line)
+{
+    Vs::TextCommandResult result = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
+    Vu::Application::get()->flushDeferredTasks();
+    return result;
+}
+
+std::wstring WithProgram::answer(const std::wstring& line)
+{
+    const Vs::TextCommandResult result = run(line);
+    EXPECT_EQ(result.first, 0u) << "the line failed";
+    return result.second;
+}
+
+std::wstring WithProgram::failure(const std::wstring& line)
+{
+    const Vs::TextCommandResult result = run(line);
+    EXPECT_EQ(result.first, 1u) << "the line was well done";
+    return result.second;
+}
+
+unsigned WithProgram::documents()
+{
+    return Vs::DocumentMgr::get()->documents();
+}
+
+Vu::AssetSession* WithProgram::activeSession()
+{
+    return Vu::SessionMgr::get()->activeAssetSession();
+}
+
+void WithProgram::answerBoxes(int button)
+{
+    Vu::MessageBox::responder([this, button](const Vu::MessageBox& box) {
+        m_boxes.push_back(box.text());
+        return button;
+    });
+}
+
+std::wstring WithProgram::scratch(const std::wstring& name)
+{
+    return (scratchFolder().path() / name).wstring();
+}
+
+} // namespace CommandsTests

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Server/Base/TextCommand.h"
+#include "UI/Base/MessageBox.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace Vu {
+class AssetSession;
+}
+
+namespace CommandsTests {
+
+/// Every test begins and ends with the add-ins loaded, a workspace, no document, and nobody to answer a
+/// message box.
+class WithProgram : public ::testing::Test
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// Runs a line as a script would and finishes what it left in the queues.
+    static Vs::TextCommandResult run(const std::wstring& line);
+    /// The answer of a line that must be well done.
+    static std::wstring answer(const std::wstring& line);
+    /// The reason of a line that must fail.
+    static std::wstring failure(const std::wstring& line);
+
+    static unsigned documents();
+    static Vu::AssetSession* activeSession();
+
+    /// Answers every message box with this button and remembers the texts.
+    void answerBoxes(int button);
+    const std::vector<std::wstring>& boxes() const { return m_boxes; }
+
+    /// A folder for this test's files.
+    static std::wstring scratch(const std::wstring& name);
+
+private:
+    std::vector<std::wstring> m_boxes;
+};
+
+} // namespace CommandsTests

@@ -1,0 +1,127 @@
+#include "Server/Scene/GraphicsOptionGroup.h"
+#include "Tests/Commands/CommandsProgram.h"
+#include "UI/Commands/Documents/ImageOptions.h"
+
+#include <QImage>
+
+#include <boost/filesystem/operations.hpp>
+
+using namespace Vu::Commands;
+
+namespace {
+
+TEST(ImageOptionsTest, NamesDecideAboutTransparencyAndSuffix)
+{
+    EXPECT_TRUE(locksTransparency(L"a.jpg"));
+    EXPECT_TRUE(locksTransparency(L"a.JPG"));
+    EXPECT_FALSE(locksTransparency(L"a.png"));
+    EXPECT_FALSE(locksTransparency(L"jpg"));
+    EXPECT_EQ(withImageSuffix(L"a.bmp"), L"a.bmp.png");
+    EXPECT_EQ(withImageSuffix(L"a.PNG"), L"a.PNG");
+    EXPECT_EQ(withImageSuffix(L"a.tif"), L"a.tif");
+    EXPECT_EQ(withImageSuffix(L"a"), L"a.png");
+    EXPECT_EQ(withImageSuffix(L""), L".png");
+}
+
+TEST(ImageOptionsTest, LargePicturesAreNotAntiAliased)
+{
+    EXPECT_TRUE(rendersAntiAliased({.width = 4096, .height = 4096}));
+    EXPECT_FALSE(rendersAntiAliased({.width = 4097, .height = 10}));
+    EXPECT_FALSE(rendersAntiAliased({.width = 10, .height = 5000}));
+    EXPECT_FALSE(rendersAntiAliased({.width = 10, .height = 10, .antiAliasing = false}));
+}
+
+TEST(ImageOptionsTest, EntriesOfTheSizeListGiveTheirNumbers)
+{
+    EXPECT_EQ(sizeOfEntry(L"1280 x 1024 (4:3)"), (std::pair<uint32_t, uint32_t>{1280, 1024}));
+    EXPECT_EQ(sizeOfEntry(L"Custom..."), std::nullopt);
+    EXPECT_EQ(sizeOfEntry(L""), std::nullopt);
+}
+
+TEST(ImageSizeModelTest, ALockedRatioFollowsTheWindow)
+{
+    ImageOptions options{.width = 800, .height = 400};
+    ImageSizeModel model(options, 2.0);
+    model.heightEdited(300);
+    EXPECT_EQ(options.width, 800u);
+    model.ratioLocked(true);
+    EXPECT_EQ(options.height, 400u);
+    model.widthEdited(1001);
+    EXPECT_EQ(options.height, 501u);
+    model.heightEdited(10);
+    EXPECT_EQ(options.width, 20u);
+}
+
+TEST(ImageSizeModelTest, InchesAreWholePixelsDividedByTheResolution)
+{
+    ImageOptions options{.width = 150, .height = 80};
+    ImageSizeModel model(options, 1.5);
+    model.unit(ImageSizeModel::Unit::Inches);
+    EXPECT_EQ(model.shownWidth(), 2u);
+    EXPECT_EQ(model.shownHeight(), 1u);
+    EXPECT_EQ(options.width, 150u);
+    model.resolutionEdited(100);
+    EXPECT_EQ(options.width, 200u);
+    EXPECT_EQ(options.height, 100u);
+    model.resolutionEdited(0);
+    EXPECT_EQ(model.resolution(), 72);
+    model.widthEdited(3);
+    EXPECT_EQ(options.width, 216u);
+}
+
+class ImageTest : public CommandsTests::WithProgram
+{
+protected:
+    static QImage image(const std::wstring& path) { return QImage(QString::fromStdWString(path)); }
+
+    static std::wstring capture(const std::wstring& path, const std::wstring& arguments)
+    {
+        return L"Commands.Start SaveAsImageCommand Path=" + path + L" " + arguments;
+    }
+};
+
+TEST_F(ImageTest, APictureHasTheSizeAskedForAndShowsTheModel)
+{
+    answer(L"Design.Sample");
+    const std::wstring path = scratch(L"shot.png");
+    answer(capture(path, L"Width=320 Height=240 Transparent=1"));
+    const QImage picture = image(path);
+    ASSERT_EQ(picture.size(), QSize(320, 240));
+    EXPECT_EQ(qAlpha(picture.pixel(1, 1)), 0);
+    EXPECT_EQ(qAlpha(picture.pixel(160, 120)), 255);
+}
+
+TEST_F(ImageTest, WithoutASizeTheDefaultsAreTakenAndNobodyIsAsked)
+{
+    answer(L"Design.Sample");
+    const std::wstring path = scratch(L"default");
+    answer(capture(path, L""));
+    EXPECT_EQ(image(path + L".png").size(), QSize(1920, 1080));
+}
+
+TEST_F(ImageTest, GraphicsOptionsAreAsBeforeAfterwards)
+{
+    Vs::Scene::GraphicsOptionGroup* options = Vs::Scene::GraphicsOptionGroup::get();
+    answer(L"Design.Sample");
+    options->displayGroundPlane(true);
+    options->MSAA(true);
+    answer(capture(scratch(L"options.png"), L"Width=64 Height=64 AntiAliasing=0"));
+    EXPECT_TRUE(options->displayGroundPlane());
+    EXPECT_TRUE(options->MSAA());
+    EXPECT_FALSE(options->transparentBackground());
+    options->displayGroundPlane(false);
+}
+
+TEST_F(ImageTest, WhatCannotBeDrawnIsSaid)
+{
+    EXPECT_EQ(failure(capture(scratch(L"none.png"), L"Width=64 Height=64")),
+              L"There is no view to make a picture of.");
+    answer(L"Design.Sample");
+    for (const wchar_t* size : {L"Width=0 Height=64", L"Width=64 Height=-1", L"Width=64 Height=100000"})
+        EXPECT_NE(failure(capture(scratch(L"none.png"), size)).find(L"each side must be from 1 to 16384"),
+                  std::wstring::npos);
+    EXPECT_NE(failure(capture(scratch(L"no/folder/none.png"), L"Width=64 Height=64")).find(L"none.png"),
+              std::wstring::npos);
+}
+
+} // namespace
