@@ -36,6 +36,12 @@ QString commonStart(const QStringList& texts)
     return common;
 }
 
+/// An area is followed by a command's name, a folder by what is in it.
+bool goesOn(const QString& candidate)
+{
+    return candidate.endsWith(QLatin1Char('.')) || candidate.endsWith(QLatin1Char('/'));
+}
+
 } // namespace
 
 CommandBox::CommandBox(QWidget* parent)
@@ -125,8 +131,10 @@ bool CommandBox::key(int key)
 
 QString CommandBox::word() const
 {
-    const QString before = m_edit->text().left(m_edit->cursorPosition());
-    return before.mid(before.lastIndexOf(QLatin1Char(' ')) + 1);
+    const QString line = m_edit->text();
+    const int cursor = m_edit->cursorPosition();
+    const size_t start = Vs::TextCommandMgr::wordStart(line.toStdWString(), static_cast<size_t>(cursor));
+    return line.mid(static_cast<qsizetype>(start), cursor - static_cast<qsizetype>(start));
 }
 
 void CommandBox::replaceWord(const QString& text)
@@ -172,8 +180,13 @@ void CommandBox::accept(int row)
         return;
     const QString text = item->text();
     hideOffer();
-    replaceWord(text + QLatin1Char(' '));
     showFailed(false);
+    if (goesOn(text)) {
+        replaceWord(text);
+        offer();
+    } else {
+        replaceWord(text + QLatin1Char(' '));
+    }
 }
 
 bool CommandBox::tab()

@@ -1,0 +1,175 @@
+#include "Server/Base/Warning.h"
+#include "Tests/UIBase/Fixture.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/FileDialog.h"
+#include "UI/Base/MessageBox.h"
+#include "UI/Base/RecentDocumentMgr.h"
+#include "UI/Base/TransitionMgr.h"
+#include "UI/Base/UIBaseOptionGroup.h"
+
+using namespace Vu;
+
+namespace {
+
+class DialogTest : public UiTest
+{
+protected:
+    DialogTest()
+    {
+        Vs::warningHandler([this](const std::wstring& text) { warned += text; });
+    }
+    bool saidSomethingOf(const wchar_t* text) const { return warned.find(text) != std::wstring::npos; }
+    std::wstring warned;
+    std::wstring name;
+};
+
+class Fade : public TransitionItem
+{
+public:
+    explicit Fade(double& shown) : m_shown(shown) {}
+    void apply(double fraction) override { m_shown = fraction; }
+
+private:
+    double& m_shown;
+};
+
+} // namespace
+
+TEST_F(DialogTest, ABoxThatOnlyInformsIsAMessageWhereNobodyLooks)
+{
+    CommandMgr::get()->GetAlertController()->clearAllAlerts();
+    MessageBox::warning(L"The disk is full.");
+    EXPECT_TRUE(saidSomethingOf(L"The disk is full."));
+    EXPECT_EQ(CommandMgr::get()->GetAlertController()->alerts().size(), 1u);
+}
+
+TEST_F(DialogTest, ABoxThatAsksCountsAsCancelledWhereNobodyAnswers)
+{
+    MessageBox box(L"Save changes?");
+    box.addButton(L"Save", true);
+    box.addButton(L"Don't Save");
+    box.addButton(kCancelButton);
+    EXPECT_EQ(box.show(), 2);
+    EXPECT_TRUE(saidSomethingOf(L"Save changes?"));
+    EXPECT_TRUE(saidSomethingOf(L"\"Cancel\""));
+
+    MessageBox yesOrNo(L"Replace it?");
+    yesOrNo.addButton(kNoButton, true);
+    yesOrNo.addButton(kYesButton);
+    EXPECT_EQ(yesOrNo.show(), 0);
+    MessageBox own(L"Which?");
+    own.addButton(L"This");
+    own.addButton(L"That");
+    EXPECT_EQ(own.show(), 1);
+}
+
+TEST_F(DialogTest, AResponderAnswersInPlaceOfAPerson)
+{
+    MessageBox::responder([](const MessageBox& box) {
+        EXPECT_EQ(box.text(), L"Go on?");
+        EXPECT_EQ(box.buttons(), (std::vector<std::wstring>{L"Yes", L"No"}));
+        return 0;
+    });
+    MessageBox box(L"Go on?");
+    box.addButton(kYesButton);
+    box.addButton(kNoButton);
+    EXPECT_EQ(box.show(), 0);
+    EXPECT_TRUE(warned.empty());
+}
+
+TEST_F(DialogTest, ATranscriptableNameComesFromTheContextWithoutADialog)
+{
+    FileDialog::responder([](const FileDialog::Request&, std::vector<std::wstring>&) {
+        ADD_FAILURE() << "asked all the same";
+        return false;
+    });
+    CommandContext context;
+    context.addArgument(CommandContext::pathArgumentName(), L"/tmp/part.step");
+    EXPECT_TRUE(FileDialog::getTranscriptableFilename(L"STEP (*.step)", name, &context, true, L""));
+    EXPECT_EQ(name, L"/tmp/part.step");
+}
+
+TEST_F(DialogTest, ANameThatWasAskedForIsLeftInTheContextForTheRecording)
+{
+    FileDialog::responder([](const FileDialog::Request& request, std::vector<std::wstring>& names) {
+        EXPECT_FALSE(request.forOpen);
+        EXPECT_EQ(request.caption, L"Save As");
+        names = {L"/tmp/picture.png"};
+        return true;
+    });
+    CommandContext context;
+    EXPECT_TRUE(FileDialog::getTranscriptableFilenameForSaveAs(L"png (*.png)", L"Save As", name, &context));
+    EXPECT_EQ(context.argumentAsString(CommandContext::pathArgumentName()), L"/tmp/picture.png");
+    EXPECT_EQ(UIBaseOptionGroup::get()->lastDirectory(), L"/tmp");
+}
+
+TEST_F(DialogTest, WithoutANameAndWithoutAPersonTheDialogIsCancelledWithAMessage)
+{
+    CommandContext context;
+    EXPECT_FALSE(FileDialog::getTranscriptableFilename(L"", name, &context, true, L""));
+    EXPECT_TRUE(saidSomethingOf(L"no file name"));
+    std::vector<std::wstring> names{L"old"};
+    EXPECT_FALSE(FileDialog::getFilenamesForOpen(L"", names, L""));
+    EXPECT_TRUE(names.empty());
+}
+
+TEST_F(DialogTest, FiltersAreBroughtIntoTheSystemsForm)
+{
+    EXPECT_EQ(FileDialogRules::dialogFilter(
+                  L"All supported files ( *.stp;*.step;*.tdsn );;Design (*.tdsn);;;STEP (*.stp)"),
+              L"All supported files (*.stp *.step *.tdsn);;Design (*.tdsn);;STEP (*.stp)");
+    EXPECT_EQ(FileDialogRules::dialogFilter(L""), L"");
+    EXPECT_EQ(FileDialogRules::withSuffix(L"/a.b/part", L"STEP File (*.stp *.step)"), L"/a.b/part.stp");
+    EXPECT_EQ(FileDialogRules::withSuffix(L"/a.b/part.x", L"STEP File (*.stp *.step)"), L"/a.b/part.x");
+    EXPECT_EQ(FileDialogRules::withSuffix(L"part", L"All (*.*)"), L"part");
+    EXPECT_EQ(FileDialogRules::withSuffix(L"", L"STL (*.stl)"), L"");
+}
+
+TEST_F(DialogTest, RecentDocumentsAreNewestFirstWithoutRepetitionAndBounded)
+{
+    RecentDocumentMgr* recent = RecentDocumentMgr::get();
+    recent->clearRecent();
+    for (int i = 0; i < 25; ++i)
+        recent->add(L"/models/" + std::to_wstring(i), i % 2 == 1);
+    recent->add(L"/models/20", false);
+    recent->add(L"", false);
+    std::vector<RecentDocument*> documents;
+    recent->recentDocuments(documents, 1000);
+    ASSERT_EQ(documents.size(), size_t(RecentDocumentMgr::kMaximum));
+    EXPECT_EQ(documents[0]->path(), L"/models/20");
+    EXPECT_EQ(documents[1]->path(), L"/models/24");
+    EXPECT_TRUE(documents[2]->isCloud());
+    documents.clear();
+    recent->recentDocuments(documents, 3);
+    EXPECT_EQ(documents.size(), 3u);
+}
+
+TEST_F(DialogTest, ATransitionThatNobodySeesIsAtItsEndAtOnce)
+{
+    double shown = -1;
+    TransitionMgr* transitions = TransitionMgr::get();
+    Transition* transition = transitions->beginTransition();
+    ASSERT_NE(transition, nullptr);
+    EXPECT_EQ(transitions->beginTransition(), nullptr) << "one is being collected";
+    transition->add(new Fade(shown));
+    transitions->endTransition();
+    EXPECT_EQ(shown, 1.0);
+    EXPECT_FALSE(transitions->playing());
+    ASSERT_NE(transitions->beginTransition(), nullptr);
+    transitions->endTransition();
+    transitions->endTransition();
+}
+
+TEST_F(DialogTest, ATaskThatThrowsBecomesAMessageAndTheOthersRun)
+{
+    bool ran = false;
+    Application::get()->deferredTasks()->post([] { throw std::runtime_error("no such thing"); });
+    Application::get()->deferredTasks()->post([&] { ran = true; });
+    Application::get()->flushDeferredTasks();
+    Application::get()->flushDeferredTasks();
+    EXPECT_TRUE(ran);
+    EXPECT_TRUE(saidSomethingOf(L"no such thing"));
+}

@@ -1,0 +1,206 @@
+#include "Server/Base/Progress.h"
+#include "Server/Base/ResourceMgr.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/ModelBuilder.h"
+#include "Server/DataModel/Transaction.h"
+#include "Server/Scene/SceneAssetAdapter.h"
+#include "Tests/UIBase/Fixture.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/Arrangement.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/Layout.h"
+#include "UI/Base/ProgressBar.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Base/ToolbarManager.h"
+#include "UI/Base/ViewMgr.h"
+#include "UI/Base/Window/BrowserModel.h"
+#include "UI/Base/Window/BrowserPanel.h"
+#include "UI/Base/Window/CommandBox.h"
+#include "UI/Base/Window/CommandButton.h"
+#include "UI/Base/Window/MainWindow.h"
+#include "UI/Base/Window/ProgressPanel.h"
+#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QImage>
+#include <QMimeData>
+#include <QToolButton>
+#include <QTreeView>
+#include <QUrl>
+#include <QtTest/QTest>
+
+#include <cstring>
+
+using namespace Vu;
+
+namespace {
+
+class WindowTest : public UiTest
+{
+protected:
+    void addBoxes(Vs::Asset* asset, int count)
+    {
+        Vs::Status status;
+        Vs::Transaction transaction(asset, L"Boxes");
+        for (int i = 0; i < count; ++i)
+            Vs::ModelBuilder(asset).box(10, 10, 10, {{}, L"Box " + std::to_wstring(i), {}}, status);
+        transaction.commit();
+        ASSERT_TRUE(status.isOk());
+    }
+    /// A workspace whose window shows the areas of these contents.
+    WorkspaceWindow* windowWith(std::initializer_list<const char*> contents)
+    {
+        WorkspaceWindow* window = WorkspaceMgr::get()->create()->window();
+        auto* layout = new Layout;
+        for (const char* key : contents)
+            layout->addChild(std::make_unique<Area>(std::wstring(key, key + std::strlen(key)),
+                                                    Vs::UniqueString::find(key)));
+        window->arrangementManager()->arrangement(Arrangement::make(window->arrangementManager(), layout));
+        window->show();
+        return window;
+    }
+};
+
+} // namespace
+
+TEST_F(WindowTest, TheBrowserListsTheTreeAndFollowsItsChanges)
+{
+    Vs::Asset* asset = newAsset();
+    addBoxes(asset, 3);
+    Application::get()->needGui();
+    BrowserModel model(nullptr);
+    model.asset(asset);
+    const QModelIndex root = model.index(0, 0);
+    EXPECT_EQ(model.data(root, Qt::DisplayRole).toString().toStdWString(), asset->name());
+    ASSERT_EQ(model.rowCount(root), 3);
+    const QModelIndex last = model.index(2, 0, root);
+    EXPECT_EQ(model.data(last, Qt::DisplayRole).toString().toStdString(), "Box 2");
+    EXPECT_EQ(model.parent(last), root);
+    EXPECT_EQ(model.indexOf(model.component(last)->id), last);
+    EXPECT_FALSE(model.indexOf("no such id").isValid());
+
+    addBoxes(asset, 1);
+    EXPECT_EQ(model.rowCount(model.index(0, 0)), 4);
+    Vs::Transaction::undo(asset);
+    EXPECT_EQ(model.rowCount(model.index(0, 0)), 3);
+}
+
+TEST_F(WindowTest, ACheckMarkInTheBrowserShowsAndHidesInTheViews)
+{
+    Vs::Asset* asset = newAsset();
+    addBoxes(asset, 2);
+    Application::get()->needGui();
+    BrowserModel model(nullptr);
+    model.asset(asset);
+    const QModelIndex box = model.index(1, 0, model.index(0, 0));
+    ASSERT_TRUE(model.setData(box, Qt::Unchecked, Qt::CheckStateRole));
+    auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(asset->adapter());
+    EXPECT_FALSE(scene->node(model.component(box)->id)->visible());
+    EXPECT_EQ(model.data(box, Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+}
+
+TEST_F(WindowTest, AClosedAssetLeavesAnEmptyBrowser)
+{
+    Vs::Asset* asset = newAsset();
+    addBoxes(asset, 1);
+    Application::get()->needGui();
+    BrowserModel model(nullptr);
+    model.asset(asset);
+    Vs::DocumentMgr::get()->close(asset->document());
+    EXPECT_EQ(model.rowCount(), 0);
+    EXPECT_EQ(model.asset(), nullptr);
+}
+
+TEST_F(WindowTest, AToolbarButtonRunsItsCommandAndIsGreyWhenThatCannotRun)
+{
+    int runs = 0;
+    FunctionCommandDef command(L"WindowTestCommand", [&](CommandContext&) { ++runs; });
+    ToolbarManager::get()->add(
+        {L"WindowTest", L"", "WindowTestBar", {{L"WindowTestCommand", L"", {}}}, true});
+    MainWindow* window = windowWith({"WindowTestBar"})->mainWindow();
+    ASSERT_EQ(window->buttons().size(), 1u);
+    QTest::mouseClick(window->buttons().front(), Qt::LeftButton);
+    EXPECT_EQ(runs, 0) << "it runs behind the click, not inside it";
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(runs, 1);
+    command.applicable = false;
+    window->buttons().front()->refresh();
+    EXPECT_FALSE(window->buttons().front()->isEnabled());
+    WorkspaceMgr::get()->closeAll();
+}
+
+TEST_F(WindowTest, HiddenAreasTakeNoRoomAndComeBack)
+{
+    WorkspaceWindow* window = windowWith({"GraphicsCanvas", "TextCommands", "NothingDrawsThis"});
+    CommandBox* box = window->mainWindow()->commandBox();
+    EXPECT_TRUE(box->isVisible());
+    window->area(L"TextCommands")->visible(false);
+    QTest::qWait(20);
+    EXPECT_FALSE(box->isVisible());
+    window->area(L"TextCommands")->visible(true);
+    QTest::qWait(20);
+    EXPECT_TRUE(box->isVisible());
+    EXPECT_EQ(window->mainWindow()->commandBox(), box) << "what was typed is kept";
+}
+
+TEST_F(WindowTest, ADroppedFileIsOpenedByTheCommandWithItsPath)
+{
+    std::wstring opened;
+    FunctionCommandDef open(L"OpenDocumentCommand", [&](CommandContext& context) {
+        opened = context.argumentAsString(Vs::UniqueString::find("DragAndDrop"));
+    });
+    MainWindow* window = windowWith({"TextCommands"})->mainWindow();
+    QMimeData data;
+    data.setUrls({QUrl(QStringLiteral("https://example.org/x")),
+                  QUrl::fromLocalFile(QStringLiteral("/tmp/a b.step"))});
+    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    static_cast<QObject*>(window)->event(&drop);
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(opened, L"/tmp/a b.step");
+    WorkspaceMgr::get()->closeAll();
+}
+
+TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
+{
+    MainWindow* window = windowWith({"TextCommands"})->mainWindow();
+    bool ranInside = false;
+    {
+        Vs::ProgressScope work(L"Loading");
+        EXPECT_TRUE(window->progressPanel()->isVisible());
+        EXPECT_TRUE(ProgressBar::get()->busy());
+        Application::get()->deferredTasks()->post([&] { ranInside = true; });
+        QTest::keyClicks(window, QStringLiteral("x"));
+        QTest::qWait(40);
+        EXPECT_TRUE(work.update(0.4, L"Reading"));
+        EXPECT_FALSE(ranInside);
+        window->progressPanel()->cancelButton()->click();
+        EXPECT_FALSE(work.update(0.5));
+    }
+    EXPECT_FALSE(window->progressPanel()->isVisible());
+    QTest::qWait(20);
+    EXPECT_TRUE(ranInside);
+}
+
+TEST_F(WindowTest, APictureIsWrittenWholeOrNotAtAll)
+{
+    Vs::Asset* asset = newAsset();
+    addBoxes(asset, 1);
+    AssetSession* session = SessionMgr::get()->assetSession(asset);
+    auto* view = Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId()));
+    ASSERT_NE(view, nullptr);
+    for (const char* name : {"a.png", "a.jpg", "a.tif"}) {
+        Vs::Status status;
+        Vs::ImageResource image((folder.path() / name).wstring());
+        ASSERT_TRUE(view->renderImage(&image, 64, 48, status)) << name;
+        const QImage picture(QString::fromStdWString((folder.path() / name).wstring()));
+        EXPECT_EQ(picture.size(), QSize(64, 48)) << name;
+    }
+    Vs::Status status;
+    Vs::ImageResource nowhere(L"/no/such/folder/a.png");
+    EXPECT_FALSE(view->renderImage(&nowhere, 64, 48, status));
+    EXPECT_TRUE(status.matchingError("/no/such/folder/a.png"));
+}
