@@ -6,6 +6,7 @@
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "UI/Base/WorkspaceWindow.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QPixmap>
 
@@ -179,6 +180,10 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
         const Rendra::Graphics::Node* scene = node(shown);
         return !scene || scene->visible() ? Qt::Checked : Qt::Unchecked;
     }
+    case Qt::ForegroundRole: {
+        const Rendra::Graphics::Node* scene = node(shown);
+        return scene && !scene->visible() ? QVariant(QApplication::palette().placeholderText()) : QVariant();
+    }
     case ComponentIdRole:
         return QString::fromStdString(shown->id);
     default:
@@ -195,7 +200,7 @@ bool BrowserModel::setData(const QModelIndex& index, const QVariant& value, int 
     if (!scene)
         return false;
     Vs::Scene::NodeChange(scene).visible(value.toInt() == Qt::Checked);
-    emit dataChanged(index, index, {Qt::CheckStateRole});
+    emit dataChanged(index, index, {Qt::CheckStateRole, Qt::ForegroundRole});
     WorkspaceWindow::invalidate(kInvalidateAll);
     return true;
 }

@@ -32,6 +32,10 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     m_tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_tree->setModel(m_model);
+    // The style draws the frame of a check box in a tone of the window's colour, which a dark list swallows.
+    QPalette colours = m_tree->palette();
+    colours.setColor(QPalette::Window, colours.color(QPalette::PlaceholderText));
+    m_tree->setPalette(colours);
 
     const auto idOf = [this](const QModelIndex& index) {
         return m_model->data(index, BrowserModel::ComponentIdRole).toString().toStdString();

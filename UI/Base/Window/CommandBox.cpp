@@ -310,6 +310,11 @@ void CommandBox::showAnswer(const QString& text, bool failed)
     m_answer->setText(longText ? QString() : text);
     m_answer->setVisible(!longText && !text.isEmpty());
     m_output->setPlainText(longText ? text : QString());
+    if (longText) {
+        const int lines = static_cast<int>(text.count(QLatin1Char('\n'))) + 2;
+        m_output->setFixedHeight(
+            std::min(kOutputHeight, lines * m_output->fontMetrics().lineSpacing() + kMargin));
+    }
     m_output->setVisible(longText);
 }
 

@@ -1,6 +1,7 @@
 #include "UI/Base/Window/ProgressPanel.h"
 
 #include "Server/Base/Progress.h"
+#include "UI/Base/Window/Theme.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -23,7 +24,7 @@ ProgressPanel::ProgressPanel(QWidget* parent)
       m_cancel(new QToolButton(this))
 {
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(0, 0, kMargin, 0);
     row->addWidget(m_text);
     row->addWidget(m_bar);
     row->addWidget(m_cancel);
