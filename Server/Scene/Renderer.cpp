@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace Rendra {
 
@@ -28,7 +29,7 @@ struct Rgb
     float r, g, b;
 };
 constexpr Rgb kDomeLow{0.93f, 0.945f, 0.96f}, kDomeHigh{0.62f, 0.70f, 0.79f};
-constexpr Rgb kPlainLow{0.985f, 0.988f, 0.99f}, kPlainHigh{0.90f, 0.92f, 0.945f};
+constexpr Rgb kPlainLow{0.975f, 0.98f, 0.985f}, kPlainHigh{0.83f, 0.865f, 0.905f};
 constexpr float kEdgeColour[4] = {0.10f, 0.115f, 0.14f, 0.88f};
 constexpr float kHiddenEdgeColour[4] = {0.30f, 0.34f, 0.40f, 0.28f};
 
@@ -114,6 +115,7 @@ struct Renderer::Data
     RenderStatistics statistics;
     uint64_t pictures = 0;
     bool ready = false;
+    bool software = false;
 
     Scene& sceneOf(const Graphics::Node& root);
     void drawBackground(const RenderTarget& target, const Area& tile);
@@ -161,9 +163,19 @@ bool Renderer::initialize(Vs::Status& status)
                     m_data->edges.make("edges", Shaders::kEdgeVertex, Shaders::kEdgeFragment, status) &&
                     m_data->background.make("background", Shaders::kBackgroundVertex,
                                             Shaders::kBackgroundFragment, status);
-    if (m_data->ready)
-        glGenVertexArrays(1, &m_data->noArray);
-    return m_data->ready;
+    if (!m_data->ready)
+        return false;
+    glGenVertexArrays(1, &m_data->noArray);
+    const GLubyte* name = glGetString(GL_RENDERER);
+    const std::string_view driver(name ? reinterpret_cast<const char*>(name) : "");
+    for (const char* known : {"llvmpipe", "softpipe", "swrast", "SwiftShader"})
+        m_data->software = m_data->software || driver.find(known) != std::string_view::npos;
+    return true;
+}
+
+bool Renderer::drawsInSoftware() const
+{
+    return m_data->software;
 }
 
 const RenderStatistics& Renderer::statistics() const

@@ -59,6 +59,9 @@ public:
     /// it. May be called again; only the first call works.
     bool initialize(Vs::Status& status);
 
+    /// Whether no graphics unit does the work, but the processor: a canvas then does without what costs much.
+    bool drawsInSoftware() const;
+
     /// Draws all fragments, each over the ones before, and leaves the state of the context as it needs it:
     /// the caller sets what it depends on.
     void render(const std::vector<Vs::Scene::ViewFragment*>& fragments, const RenderTarget& target);

@@ -1,9 +1,12 @@
+#include "Server/Base/Strings.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
 #include "Tests/Scene/Shapes.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 using namespace Vs;
@@ -196,6 +199,21 @@ TEST_F(PictureDetail, NothingIsDrawnForEmptyBodiesAndFragments)
     EXPECT_TRUE(isEmpty());
     ASSERT_TRUE(OffscreenRenderer::get()->render({}, 8, 8, m_options, m_image, status));
     EXPECT_TRUE(isEmpty());
+}
+
+// In a process of its own: drivers are looked for once only.
+TEST(PictureDeathTest, WithoutAnyDriverThereIsAMessageInPlaceOfAPicture)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto draw = [] {
+        setenv("__EGL_VENDOR_LIBRARY_FILENAMES", "/nonexistent", 1);
+        Image image;
+        Status status;
+        const bool drawn = OffscreenRenderer::get()->render({}, 8, 8, {}, image, status);
+        std::fputs(Strings::narrow(status.toString()).c_str(), stderr);
+        std::_Exit(drawn || !image.pixels.empty() ? 1 : 0);
+    };
+    EXPECT_EXIT(draw(), testing::ExitedWithCode(0), "Pictures cannot be drawn");
 }
 
 } // namespace

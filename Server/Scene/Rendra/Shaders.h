@@ -35,7 +35,7 @@ void main()
     viewNormal = mat3(view) * normalize(turned);
     vec4 own = faceColour.a > 0.0 ? vec4(faceColour.rgb, faceColour.a * colour.a) : colour;
     base = vec4(pow(own.rgb, vec3(2.2)), own.a);
-    glow = (flags & 2u) != 0u ? vec3(0.02, 0.25, 0.75) : (flags & 1u) != 0u ? vec3(0.10, 0.45, 0.90) : vec3(0.0);
+    glow = (flags & 2u) != 0u ? vec3(0.01, 0.20, 0.80) : (flags & 1u) != 0u ? vec3(0.10, 0.45, 0.90) : vec3(0.0);
     gl_Position = projection * seen;
 }
 )";
@@ -54,10 +54,10 @@ uniform vec4 occlusionPlace; // from pixels of the framebuffer: factors and offs
 
 out vec4 result;
 
-const vec3 kSky = vec3(0.46, 0.48, 0.51);
+const vec3 kSky = vec3(0.42, 0.44, 0.47);
 const vec3 kGround = vec3(0.17, 0.16, 0.15);
 const vec3 kKeyDirection = vec3(-0.4082, 0.6532, 0.6379);
-const vec3 kKeyColour = vec3(0.62, 0.61, 0.59);
+const vec3 kKeyColour = vec3(0.57, 0.56, 0.54);
 const vec3 kFillDirection = vec3(0.8222, -0.0514, 0.5669);
 const vec3 kFillColour = vec3(0.14, 0.15, 0.17);
 
@@ -84,7 +84,7 @@ void main()
     float rim = pow(1.0 - facing, 4.0) * 0.10;
     vec3 shade = base.rgb * light + vec3(gloss + rim * (dot(n, up) * 0.5 + 0.5));
     if (glow != vec3(0.0))
-        shade = mix(shade, glow * (0.45 + 0.55 * facing), 0.55);
+        shade = mix(shade, glow * (0.45 + 0.55 * facing), 0.68);
     // Bright parts bend over softly in place of being cut off.
     shade = shade / (1.0 + max(shade - 0.75, vec3(0.0)) * 0.55);
     result = vec4(pow(clamp(shade, 0.0, 1.0), vec3(1.0 / 2.2)), base.a);

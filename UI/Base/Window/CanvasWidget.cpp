@@ -204,6 +204,8 @@ protected:
         target.height = static_cast<int>(height() * ratio);
         target.samples = std::max(1, format().samples());
         target.lineWidth = static_cast<float>(ratio);
+        target.dome = Vs::Scene::GraphicsOptionGroup::get()->displayDome();
+        target.effects = !m_renderer->drawsInSoftware();
         m_renderer->render(m_link.fragments(), target);
     }
 
@@ -235,6 +237,7 @@ protected:
         const std::vector<Vs::Scene::ViewFragment*> fragments = m_link.fragments();
         Vs::Scene::ImageOptions options;
         options.fine = false;
+        options.dome = Vs::Scene::GraphicsOptionGroup::get()->displayDome();
         Vs::Scene::Image image;
         Vs::Status status;
         const double ratio = devicePixelRatioF();
