@@ -132,6 +132,18 @@ TEST(ProgramTest, WithoutADisplayTheRunIsHeadlessAndSaysSo)
     EXPECT_NE(result.errors.find("headless"), std::string::npos);
 }
 
+TEST(ProgramTest, CtrlCEndsALoadWithAMessageAndTheRunGoesOnOnlyIfAskedTo)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    const std::string model = (TestSupport::realDataFolder() / "asm_board_video_ap214.step").string();
+    const ProcessResult result = runQuillet(
+        {"--headless", "--keep-going", "--command", "Document.Open " + model, "--command", "Camera.ZoomIn"},
+        {.interruptAfterSeconds = 2.5});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.errors.find("was cancelled"), std::string::npos) << result.errors;
+    EXPECT_EQ(result.output, "Zoom in.\n");
+}
+
 TEST(ProgramTest, ListsTellEverythingThatIsRegistered)
 {
     std::set<QString> definitions;

@@ -23,6 +23,18 @@ bool askForFile(const Vs::TranslatorFileRecognizer& recognizer, CommandContext* 
            !path.empty();
 }
 
+/// Reads the file into a document of its own, or into the context's asset. A translator that was cancelled
+/// says nothing of it, but whoever asked for the file must not take it for opened.
+void translate(Vs::Translator* translator, const std::wstring& path, Vs::TranslatorContext& context,
+               Vs::Status& status)
+{
+    const std::unique_ptr<Vs::TranslatorOpenOptions> options = translator->createOpenOptions();
+    options->fileName(path);
+    context.identifier(translator->identifier());
+    if (!translator->open(*options, context, status) && status.isOk())
+        status.addError(localizedFormat("OpenCancelled", "Opening \"%1%\" was cancelled.", path));
+}
+
 } // namespace
 
 Info* VeloraOpenDocumentCmdDef::info()
@@ -63,12 +75,9 @@ void VeloraOpenDocumentCmd::onExecute(Vs::Status& status)
         return;
     Vs::Document* document = nullptr;
     if (Vs::Translator* translator = recognizer.translator(path)) {
-        const std::unique_ptr<Vs::TranslatorOpenOptions> options = translator->createOpenOptions();
-        options->fileName(path);
         Vs::TranslatorContext context;
-        context.identifier(translator->identifier());
         context.open(true);
-        translator->open(*options, context, status);
+        translate(translator, path, context, status);
         document = context.document();
     } else {
         document = Vs::DocumentMgr::get()->open(path, status);
@@ -126,13 +135,10 @@ void VeloraImportCmd::onExecute(Vs::Status& status)
             localizedFormat("NoTranslatorForImport", "%1%: no translator reads this kind of file.", path));
         return;
     }
-    const std::unique_ptr<Vs::TranslatorOpenOptions> options = translator->createOpenOptions();
-    options->fileName(path);
     Vs::TranslatorContext context;
-    context.identifier(translator->identifier());
     context.open(false);
     context.asset(asset);
-    translator->open(*options, context, status);
+    translate(translator, path, context, status);
 }
 
 } // namespace Vu::Design

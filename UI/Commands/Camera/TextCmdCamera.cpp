@@ -1,3 +1,4 @@
+#include "Server/Base/Strings.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Types/PointText.h"
 #include "UI/Base/WorkspaceWindow.h"
@@ -9,6 +10,8 @@
 #include <charconv>
 #include <locale>
 #include <sstream>
+#include <string>
+#include <type_traits>
 #include <typeinfo>
 
 namespace Vu::Commands {
@@ -16,6 +19,20 @@ namespace {
 
 using Vs::TextCommandParameters;
 using Vs::TextCommandResult;
+
+/// What the framework reports of a parameter that doesn't convert.
+class BadParameter : public std::bad_cast
+{
+public:
+    BadParameter(const std::wstring& text, const char* kind)
+        : m_message("\"" + Vs::Strings::narrow(text) + "\" is no " + kind + ".")
+    {
+    }
+    const char* what() const noexcept override { return m_message.c_str(); }
+
+private:
+    std::string m_message;
+};
 
 /// Numbers in text lines have a point, whatever the user's locale says.
 template <class Number>
@@ -25,7 +42,7 @@ Number number(const std::wstring& text)
     stream.imbue(std::locale::classic());
     Number value{};
     if (!(stream >> value) || !stream.eof())
-        throw std::bad_cast();
+        throw BadParameter(text, std::is_integral_v<Number> ? "whole number" : "number");
     return value;
 }
 
@@ -41,7 +58,7 @@ GkPoint3d point(const std::wstring& text)
 {
     GkPoint3d result;
     if (!Vs::Types::StringToPoint3d(text, result))
-        throw std::bad_cast();
+        throw BadParameter(text, "point");
     return result;
 }
 
@@ -49,7 +66,7 @@ GkVector3d vector(const std::wstring& text)
 {
     GkVector3d result;
     if (!Vs::Types::StringToVector3d(text, result))
-        throw std::bad_cast();
+        throw BadParameter(text, "vector");
     return result;
 }
 

@@ -159,7 +159,8 @@ void ExportCmd::onExecute(Vs::Status& status)
     applyTessellation(*options, tessellation);
     Vs::TranslatorContext context;
     const WaitCursor wait;
-    translator->save(*options, context, status);
+    if (!translator->save(*options, context, status) && status.isOk())
+        status.addError(localizedFormat("ExportCancelled", "Writing \"%1%\" was cancelled.", name));
     options->exportInDisplayUnit() = true;
     options->combineSolids() = false;
     options->resetRefinement();

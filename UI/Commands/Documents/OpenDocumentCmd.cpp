@@ -261,10 +261,14 @@ void OpenDocumentCmd::translatorOpen(Vs::Translator* translator, const std::wstr
     Vs::TranslatorContext context;
     context.identifier(translator->identifier());
     context.open(true);
+    bool opened = false;
     {
         const WaitCursor wait;
-        translator->open(*options, context, status);
+        opened = translator->open(*options, context, status);
     }
+    // A translator that was cancelled says nothing of it, but a line of text must not count as well done.
+    if (!opened && status.isOk())
+        status.addError(localizedFormat("OpenCancelled", "Opening \"%1%\" was cancelled.", path));
     // Without a document of its own the file failed; what is last in the list then was open before.
     if (context.document() && showDocument(context.document(), AllSessions::No) && previous)
         closeSilently(previous);
