@@ -50,6 +50,7 @@ struct Application::Data
     std::unique_ptr<QTimer> idleTimer;
     std::atomic<bool> deferredPosted{false};
     int exitCode = 0;
+    bool closesDocuments = true;
 };
 
 Application* Application::get()
@@ -201,13 +202,9 @@ void Application::exit(bool closeDocuments)
     if (m_exiting)
         return;
     m_exiting = true;
+    m_data->closesDocuments = closeDocuments;
     // The one who asks may be a command of the window that goes.
-    m_data->deferred.post([this, closeDocuments] {
-        if (closeDocuments) {
-            Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
-            while (documents->documents() > 0)
-                documents->close(documents->document(documents->documents() - 1));
-        }
+    m_data->deferred.post([this] {
         if (m_data->gui)
             QApplication::exit(m_data->exitCode);
     });
@@ -216,7 +213,11 @@ void Application::exit(bool closeDocuments)
 void Application::shutDown()
 {
     guarded([this] { m_data->deferred.flush(); });
+    // Shells hold locks on what they show, so they go before the documents.
     WorkspaceMgr::get()->closeAll();
+    Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
+    while (m_data->closesDocuments && documents->documents() > 0)
+        documents->close(documents->document(documents->documents() - 1));
     m_data->idleTimer.reset();
     m_data->gui.reset();
 }
