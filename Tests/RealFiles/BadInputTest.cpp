@@ -1,0 +1,169 @@
+// Everything that a file can be except what its name says: the program lives, gives one message that names
+// the file and the cause, answers with exit code 1 and keeps what was open.
+
+#include "Tests/Support/Process.h"
+#include "Tests/Support/RealData.h"
+
+#include <boost/algorithm/string.hpp>
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <random>
+#include <unistd.h>
+
+using namespace TestSupport;
+namespace fs = boost::filesystem;
+
+namespace {
+
+std::string quoted(const fs::path& path)
+{
+    return '"' + path.string() + '"';
+}
+
+// No damaged file may keep a person waiting longer than this.
+constexpr double kAnswerLimit = 20;
+
+// Two documents before and two after: what was open must be listed as before.
+void expectRefusedWithOneMessage(const fs::path& file)
+{
+    SCOPED_TRACE(file.string());
+    const ProcessResult run =
+        runQuillet({"--headless", "--keep-going", "--command", "Design.Sample", "--command",
+                    "Document.Open " + quoted(file), "--command", "Asset.List"},
+                   {.secondsLimit = kAnswerLimit});
+    EXPECT_FALSE(run.timedOut);
+    EXPECT_EQ(run.signal, 0);
+    EXPECT_EQ(run.exitCode, 1) << run.output << run.errors;
+    EXPECT_NE(run.errors.find("--command:2: "), std::string::npos) << run.errors;
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << "one message, not:\n"
+                                                                         << run.errors;
+    EXPECT_NE(run.output.find("Asset name: "), std::string::npos) << "the open document is gone:\n"
+                                                                  << run.output;
+}
+
+void expectRefusedByName(const fs::path& file)
+{
+    expectRefusedWithOneMessage(file);
+    const ProcessResult run = runQuillet({"--headless", "--command", "Document.Open " + quoted(file)});
+    EXPECT_NE(run.errors.find(file.filename().string()), std::string::npos)
+        << "no file name in: " << run.errors;
+}
+
+std::string content(const fs::path& file)
+{
+    fs::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string garbage(size_t size)
+{
+    std::mt19937 random(20261);
+    std::string bytes(size, '\0');
+    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<char>(random()); });
+    return bytes;
+}
+
+} // namespace
+
+TEST(BadInput, OneSessionAnswersEveryMalformedFileAndKeepsItsDocument)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    std::vector<std::string> arguments{"--headless", "--keep-going", "--command", "Design.Sample"};
+    const std::vector<fs::path> files = malformedFiles();
+    for (const fs::path& file : files)
+        arguments.insert(arguments.end(), {"--command", "Document.Open " + quoted(file)});
+    arguments.insert(arguments.end(), {"--command", "Asset.List"});
+    const ProcessResult run = runQuillet(arguments, {.secondsLimit = kAnswerLimit * 15});
+    EXPECT_FALSE(run.timedOut);
+    EXPECT_EQ(run.exitCode, 1) << run.output;
+    EXPECT_NE(run.output.find("Document name: Sample"), std::string::npos) << run.output;
+
+    std::vector<std::string> messages;
+    boost::split(messages, run.errors, boost::is_any_of("\n"), boost::token_compress_on);
+    std::erase(messages, "");
+    ASSERT_EQ(messages.size(), files.size()) << run.errors;
+    for (size_t i = 0; i < files.size(); ++i)
+        EXPECT_NE(messages[i].find(files[i].filename().string()), std::string::npos) << messages[i];
+}
+
+TEST(BadInput, OddFilesOfTheRealDataAreRefusedByName)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    for (const char* name :
+         {"dodgy_U008_segv.stp", "dodgy_M018.stp", "stl_empty_bin.stl", "stl_empty_ascii.stl",
+          "nist_ftc_08_asme1_ap242-e1-tg.stp", "curve_geom_plate.igs"})
+        expectRefusedByName(realDataFolder() / name);
+}
+
+TEST(BadInput, EmptyFilesAndGarbageOfEveryFormatAreRefusedByName)
+{
+    const ScratchFolder scratch;
+    for (const char* suffix : {".step", ".stp", ".iges", ".igs", ".brep", ".stl"}) {
+        expectRefusedByName(scratch.write(std::string("empty") + suffix, ""));
+        expectRefusedByName(scratch.write(std::string("garbage") + suffix, garbage(5000)));
+        expectRefusedByName(scratch.write(std::string("text") + suffix, "Dear reader,\nthis is a letter.\n"));
+    }
+}
+
+TEST(BadInput, TruncatedFilesAreRefusedOrSaySo)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    const ScratchFolder scratch;
+    for (const char* name : {"as1-tu-203.stp", "example_45_faces.iges", "Torus_1.brep"}) {
+        const std::string whole = content(realDataFolder() / name);
+        for (const double part : {0.1, 0.5, 0.9})
+            expectRefusedByName(scratch.write(std::to_string(static_cast<int>(part * 100)) + name,
+                                              whole.substr(0, static_cast<size_t>(part * whole.size()))));
+    }
+    const std::string mesh = content(realDataFolder() / "head.stl");
+    expectRefusedByName(scratch.write("half.stl", mesh.substr(0, mesh.size() / 2)));
+}
+
+TEST(BadInput, AWronglyNamedFileIsRefusedWithWhatItReallyHolds)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    const ScratchFolder scratch;
+    const fs::path file = scratch.path() / "really_step.stl";
+    fs::copy_file(realDataFolder() / "screw.step", file);
+    expectRefusedByName(file);
+    const ProcessResult run = runQuillet({"--headless", "--command", "Document.Open " + quoted(file)});
+    EXPECT_NE(run.errors.find("STEP"), std::string::npos) << run.errors;
+}
+
+TEST(BadInput, PathsThatAreNoReadableFileAreRefused)
+{
+    const ScratchFolder scratch;
+    expectRefusedWithOneMessage(scratch.path() / "missing.step");
+    fs::create_directory(scratch.path() / "folder.step");
+    expectRefusedWithOneMessage(scratch.path() / "folder.step");
+    if (geteuid() == 0)
+        GTEST_SKIP() << "root may read everything";
+    const fs::path locked = scratch.write("locked.step", "ISO-10303-21;");
+    fs::permissions(locked, fs::no_perms);
+    expectRefusedByName(locked);
+}
+
+TEST(BadInput, AFileWhoseAnnotationsCannotBeReadOpensWithAWarning)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    const ProcessResult run =
+        runQuillet({"--headless", "--command",
+                    "Document.Open " + quoted(realDataFolder() / "nist_ctc_02_asme1_ap242-e2.stp")});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+}
+
+TEST(BadInput, OneControlCCancelsALongLoadAndTheSessionGoesOn)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    const ProcessResult run =
+        runQuillet({"--headless", "--keep-going", "--command",
+                    "Document.Open " + quoted(realDataFolder() / "asm_board_video_ap214.step"), "--command",
+                    "Sleeper.Sleep 1"},
+                   {.interruptAfterSeconds = 1.5});
+    EXPECT_EQ(run.exitCode, 1) << run.output << run.errors;
+    EXPECT_NE(run.output.find("Sleep 1 ms."), std::string::npos) << run.output << run.errors;
+    EXPECT_EQ(run.signal, 0);
+}
