@@ -13,8 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <poll.h>
-#include <readline/history.h>
-#include <readline/readline.h>
+#include <editline/readline.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -50,7 +49,7 @@ bool waitForInput()
     return !application->exiting();
 }
 
-/// Readline calls plain functions, which find their console here while it runs.
+/// The line editor calls plain functions, which find their console here while it runs.
 class TerminalConsole
 {
 public:
@@ -108,7 +107,7 @@ private:
         const std::vector<std::wstring> candidates = Vs::TextCommandMgr::get()->complete(wide, wide.size());
         if (candidates.empty())
             return nullptr;
-        // Readline wants the common beginning first, then all candidates, then null; it frees them.
+        // The editor wants the common beginning first, then all candidates, then null; it frees them.
         size_t common = candidates.front().size();
         for (const std::wstring& candidate : candidates)
             for (size_t i = 0; i < common; ++i)
@@ -120,8 +119,8 @@ private:
         for (size_t i = 0; i < listed; ++i)
             result[i + 1] = strdup(Vs::Strings::narrow(candidates[i]).c_str());
         result[listed + 1] = nullptr;
-        if (!candidates.front().empty() && candidates.front().back() == L'.')
-            rl_completion_suppress_append = 1;
+        // A name goes on behind the dot of its area.
+        rl_completion_append_character = candidates.front().ends_with(L'.') ? '\0' : ' ';
         return result;
     }
 
