@@ -35,8 +35,10 @@ Document* onlyOne(const std::vector<Document*>& found)
 
 DocumentMgr* DocumentMgr::get()
 {
-    static DocumentMgr manager;
-    return &manager;
+    // Never destroyed: where the process just ends, with documents open, those who would hear of their
+    // closing are gone already.
+    static auto* const manager = new DocumentMgr;
+    return manager;
 }
 
 Document* DocumentMgr::document(const std::wstring& path) const

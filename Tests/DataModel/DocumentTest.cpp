@@ -9,6 +9,8 @@
 #include "Server/Types/Uuid.h"
 #include "Tests/DataModel/Fixture.h"
 
+#include <cstdlib>
+
 using namespace Vs;
 
 namespace {
@@ -254,4 +256,12 @@ TEST_F(DocumentTest, AssetTypesAreKnownByTheirIdentifierOnce)
     EXPECT_EQ(factory->name(), "AssetTypeSerializableObjectFactory");
     EXPECT_EQ(cast<AssetType>(factory->deserialize(type->serialize(), false)), type);
     EXPECT_EQ(factory->deserialize(L"NoSuchType", true), nullptr);
+}
+
+TEST_F(DocumentTest, TheProcessMayEndWithADocumentOpen)
+{
+    // In a process of its own from the start, so that ending it takes nothing away from the tests after this.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    ModelBuilder(newAsset()).box(1, 2, 3, {}, status);
+    EXPECT_EXIT(std::exit(0), testing::ExitedWithCode(0), "");
 }

@@ -255,6 +255,12 @@ TEST_F(ExchangeTest, EachBadFileGivesOneMessageThatNamesItAndTheCause)
     expectFault(write("a.brep", iges), "is named .brep but holds IGES");
     expectFault(write("cut.stp", step.substr(0, step.size() / 2)), "STEP");
     expectFault(write("cut.stl", stl.substr(0, stl.size() - 20)), "STL");
+    expectFault(write("half.igs", iges.substr(0, iges.size() / 2)), "is cut off");
+    expectFault(write("nearly.igs", iges.substr(0, iges.size() / 10 * 9)), "is cut off");
+    // The end is there, but the last four lines before it aren't.
+    const size_t line = iges.find('\n') + 1;
+    expectFault(write("holed.igs", iges.substr(0, iges.size() - 5 * line) + iges.substr(iges.size() - line)),
+                "is cut off: of the ");
     expectFault(write("cut.brep", brep.substr(0, brep.size() / 2)), "BREP");
     expectFault(write("none.stp", "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\nENDSEC;\nEND-ISO-10303-21;\n"),
                 "");

@@ -69,6 +69,13 @@ TEST_F(WorkerTest, IsEndedWhenItMakesNoProgressOrTakesTooLong)
     EXPECT_EQ(stalled.end(), Worker::End::Stalled);
     EXPECT_NE(stalled.fault().find("without progress"), std::string::npos) << stalled.fault();
 
+    // Whatever processor time it got.
+    const milliseconds never(1'000'000);
+    Worker starved(arguments(200'000), {never, never, 0, milliseconds(1)});
+    run(starved);
+    EXPECT_EQ(starved.end(), Worker::End::Stalled);
+    EXPECT_NE(starved.fault().find("without progress"), std::string::npos) << starved.fault();
+
     Worker slow(arguments(200'000), {milliseconds(1'000'000), milliseconds(1), 0});
     run(slow);
     EXPECT_EQ(slow.end(), Worker::End::Stalled);

@@ -21,6 +21,7 @@ namespace Vs::Exchange {
 namespace {
 
 constexpr uint64_t kMegabyte = 1 << 20;
+constexpr long kFewMegabytes = 4;
 constexpr int kPollInterval = 40; // ms
 // Progress that moves less than this is noise.
 constexpr double kLeastMove = 1e-4;
@@ -48,6 +49,8 @@ WorkerLimits WorkerLimits::forFile(uint64_t bytes)
     WorkerLimits limits;
     const auto megabytes = static_cast<long>(bytes / kMegabyte);
     limits.stalled += std::chrono::seconds(2 * megabytes);
+    // Of a few megabytes, no step takes long even on a processor that many share.
+    limits.patience += std::chrono::seconds(10 * std::max(0L, megabytes - kFewMegabytes));
     limits.total += std::chrono::seconds(30 * megabytes);
     return limits;
 }
@@ -209,14 +212,15 @@ void Worker::checkLimits(Clock::time_point now)
 {
     const auto waited = now - m_moved;
     const auto running = now - m_started;
-    if (waited < m_limits.stalled && running < m_limits.total)
+    if (waited < std::min(m_limits.stalled, m_limits.patience) && running < m_limits.total)
         return;
     const auto work = processorTime();
     const auto worked = work - m_movedWork;
     // What hardly works at all isn't busy: it waits for something that won't come.
     const bool asleep = worked < waited / kLeastShare;
-    if (waited > m_limits.stalled && (asleep || worked > m_limits.stalled))
-        kill(End::Stalled, "the " + role() + " was ended after " + seconds(m_limits.stalled) +
+    if (waited > m_limits.patience || (waited > m_limits.stalled && (asleep || worked > m_limits.stalled)))
+        kill(End::Stalled, "the " + role() + " was ended after " +
+                               seconds(std::chrono::duration_cast<std::chrono::milliseconds>(waited)) +
                                " without progress while " + m_step);
     else if (running > m_limits.total && work > m_limits.total)
         kill(End::Stalled,

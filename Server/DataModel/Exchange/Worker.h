@@ -10,14 +10,16 @@
 
 namespace Vs::Exchange {
 
-/// How long a worker may take, and how much it may use. A time is over when both the clock and the worker's
-/// processor time have passed it, so that an honest file is given up neither on a busy machine nor on one of
-/// many processors. One that waits without working is measured by the clock alone.
+/// How long a worker may take, and how much it may use. `stalled` and `total` are over when both the clock
+/// and the worker's processor time have passed them, so that an honest file is given up neither on a busy
+/// machine nor on one of many processors. One that waits without working is measured by the clock alone.
 struct WorkerLimits
 {
     std::chrono::milliseconds stalled{8'000}; ///< Without any progress.
     std::chrono::milliseconds total{240'000};
     uint64_t memory = 0; ///< Bytes of address space; 0 for four fifths of the machine's memory.
+    /// Without any progress, by the clock alone: however busy the machine is, a person waits no longer.
+    std::chrono::milliseconds patience{14'000};
 
     /// Limits that fit an honest file of that size: more for bigger ones.
     static WorkerLimits forFile(uint64_t bytes);
