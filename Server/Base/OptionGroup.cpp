@@ -1,18 +1,24 @@
 #include "Server/Base/OptionGroup.h"
 
 #include "Server/Base/Exception.h"
-#include "Server/Base/OptionFile.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/Warning.h"
 
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+
 #include <boost/filesystem/operations.hpp>
 
-#include <charconv>
-#include <cmath>
+#include <algorithm>
 #include <set>
 
 namespace Vs {
+
+namespace fs = boost::filesystem;
 
 namespace {
 
@@ -26,27 +32,47 @@ std::set<const OptionGroup*>& groups()
     return all;
 }
 
-template <class Number>
-std::string numberText(Number value)
+[[noreturn]] void failed(const fs::path& file, const char* what, const QFileDevice& device)
 {
-    char text[32];
-    const auto [end, error] = std::to_chars(text, text + sizeof text, value);
-    return std::string(text, end);
+    throw Exception("The settings in " + file.string() + " cannot be " + what + ": " +
+                    device.errorString().toStdString() + '.');
 }
 
-template <class Number>
-bool readNumber(std::string_view text, Number& value)
+/// The options in a file; none if there is no such file. Throws Vs::Exception that names file and cause.
+QJsonObject readOptions(const fs::path& file)
 {
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && stop == text.data() + text.size();
+    QFile device(QString::fromStdString(file.string()));
+    if (!device.open(QIODevice::ReadOnly)) {
+        boost::system::error_code error;
+        if (fs::status(file, error).type() == fs::file_not_found)
+            return {};
+        failed(file, "read", device);
+    }
+    const QByteArray content = device.readAll();
+    if (device.error() != QFileDevice::NoError)
+        failed(file, "read", device);
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(content, &error);
+    if (error.error != QJsonParseError::NoError) {
+        const auto line = 1 + std::count(content.begin(), content.begin() + error.offset, '\n');
+        throw Exception(file.string() + ':' + std::to_string(line) + ": " +
+                        error.errorString().toStdString() + " (at byte " + std::to_string(error.offset) +
+                        "); the defaults are used.");
+    }
+    if (!document.isObject())
+        throw Exception(file.string() + ": this is no JSON object; the defaults are used.");
+    return document.object();
 }
 
-std::string listText(const std::vector<std::wstring>& texts)
+/// Replaces the file as a whole, or leaves the old one. Throws Vs::Exception.
+void writeOptions(const fs::path& file, const QJsonObject& options)
 {
-    std::string value;
-    for (const std::wstring& text : texts)
-        value += (value.empty() ? "" : " ") + OptionFile::quoted(text);
-    return value;
+    QSaveFile device(QString::fromStdString(file.string()));
+    // What a person typed and where they work is nobody else's business.
+    if (!device.open(QIODevice::WriteOnly) ||
+        !device.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
+        device.write(QJsonDocument(options).toJson()) < 0 || !device.commit())
+        failed(file, "written", device);
 }
 
 } // namespace
@@ -54,19 +80,29 @@ std::string listText(const std::vector<std::wstring>& texts)
 struct OptionGroup::Data
 {
     std::string name;
-    OptionFile::Values values;
+    QJsonObject values;
     bool read = false;
     bool broken = false; ///< The file cannot be read; it is kept aside before it is overwritten.
     bool changed = false;
     bool queued = false;
 
-    boost::filesystem::path file() const { return PathInfo::optionsDirectory() / (name + ".ini"); }
+    fs::path file() const { return PathInfo::optionsDirectory() / (name + ".json"); }
 
-    const std::string* find(const char* option)
+    /// Undefined for an option that was never set.
+    QJsonValue find(const char* option)
     {
         load();
-        const auto found = values.find(std::string_view(option));
-        return found == values.end() ? nullptr : &found->second;
+        return values.value(QLatin1String(option));
+    }
+
+    void set(OptionGroup* group, const char* option, const QJsonValue& value)
+    {
+        if (find(option) == value)
+            return;
+        values.insert(QLatin1String(option), value);
+        saveSoon(group);
+        OptionEvent event(group, option);
+        group->fire(&OptionEventSite::optionChanged, &event);
     }
 
     void load()
@@ -75,7 +111,7 @@ struct OptionGroup::Data
             return;
         read = true;
         try {
-            values = OptionFile::read(file());
+            values = readOptions(file());
         } catch (const Exception& error) {
             broken = true;
             warn(error.message());
@@ -90,8 +126,8 @@ struct OptionGroup::Data
         try {
             boost::system::error_code ignored;
             if (std::exchange(broken, false))
-                boost::filesystem::rename(file(), file().string() + ".broken", ignored);
-            OptionFile::write(file(), values);
+                fs::rename(file(), file().string() + ".broken", ignored);
+            writeOptions(file(), values);
         } catch (const Exception& error) {
             warn(error.message());
         }
@@ -132,83 +168,76 @@ const std::string& OptionGroup::name() const
 
 bool OptionGroup::value(const char* option, bool fallBack) const
 {
-    const std::string* text = m_data->find(option);
-    return text && (*text == "true" || *text == "false") ? *text == "true" : fallBack;
+    return m_data->find(option).toBool(fallBack);
 }
 
 int OptionGroup::value(const char* option, int fallBack) const
 {
-    const std::string* text = m_data->find(option);
-    int value = 0;
-    return text && readNumber(*text, value) ? value : fallBack;
+    return m_data->find(option).toInt(fallBack);
 }
 
 double OptionGroup::value(const char* option, double fallBack) const
 {
-    const std::string* text = m_data->find(option);
-    double value = 0;
-    return text && readNumber(*text, value) && std::isfinite(value) ? value : fallBack;
+    return m_data->find(option).toDouble(fallBack);
 }
 
 std::wstring OptionGroup::value(const char* option, const std::wstring& fallBack) const
 {
-    const std::string* text = m_data->find(option);
-    std::vector<std::wstring> texts;
-    return text && OptionFile::unquoted(*text, texts) && texts.size() == 1 ? texts.front() : fallBack;
+    const QJsonValue value = m_data->find(option);
+    return value.isString() ? value.toString().toStdWString() : fallBack;
 }
 
 std::vector<std::wstring> OptionGroup::value(const char* option,
                                              const std::vector<std::wstring>& fallBack) const
 {
-    const std::string* text = m_data->find(option);
+    const QJsonValue value = m_data->find(option);
+    const QJsonArray array = value.toArray();
+    const auto isText = [](const QJsonValue& text) { return text.isString(); };
+    if (!value.isArray() || !std::all_of(array.begin(), array.end(), isText))
+        return fallBack;
     std::vector<std::wstring> texts;
-    return text && OptionFile::unquoted(*text, texts) ? texts : fallBack;
+    for (const QJsonValue& text : array)
+        texts.push_back(text.toString().toStdWString());
+    return texts;
 }
 
 void OptionGroup::setValue(const char* option, bool value)
 {
-    setText(option, value ? "true" : "false");
+    m_data->set(this, option, value);
 }
 
 void OptionGroup::setValue(const char* option, int value)
 {
-    setText(option, numberText(value));
+    m_data->set(this, option, value);
 }
 
 void OptionGroup::setValue(const char* option, double value)
 {
-    setText(option, numberText(value));
+    m_data->set(this, option, value);
 }
 
 void OptionGroup::setValue(const char* option, const std::wstring& value)
 {
-    setText(option, OptionFile::quoted(value));
+    m_data->set(this, option, QString::fromStdWString(value));
 }
 
 void OptionGroup::setValue(const char* option, const std::vector<std::wstring>& value)
 {
-    setText(option, listText(value));
-}
-
-void OptionGroup::setText(const char* option, std::string text)
-{
-    if (const std::string* before = m_data->find(option); before && *before == text)
-        return;
-    m_data->values.insert_or_assign(option, std::move(text));
-    m_data->saveSoon(this);
-    OptionEvent event(this, option);
-    fire(&OptionEventSite::optionChanged, &event);
+    QJsonArray texts;
+    for (const std::wstring& text : value)
+        texts.append(QString::fromStdWString(text));
+    m_data->set(this, option, texts);
 }
 
 void OptionGroup::reset()
 {
     m_data->load();
-    const OptionFile::Values before = std::exchange(m_data->values, {});
-    if (before.empty())
+    const QJsonObject before = std::exchange(m_data->values, {});
+    if (before.isEmpty())
         return;
     m_data->saveSoon(this);
-    for (const auto& [option, text] : before) {
-        OptionEvent event(this, option.c_str());
+    for (const QString& option : before.keys()) {
+        OptionEvent event(this, option.toStdString().c_str());
         fire(&OptionEventSite::optionChanged, &event);
     }
 }

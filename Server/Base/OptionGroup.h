@@ -33,12 +33,14 @@ public:
     virtual void optionChanged(OptionEvent* event) = 0;
 };
 
-/// A group of the user's options, kept in one file of the options directory. Read at the first question,
-/// written whenever an option changes; a file that cannot be read counts as empty. Main thread only.
+/// A group of the user's options, kept in one file of the options directory: a JSON object with a member for
+/// each option that was set. Read at the first question, written whenever an option changes; a file that
+/// cannot be read counts as empty, with a warning, and is kept as `.broken` when the next one is written.
+/// Numbers that JSON has no form for (not-a-number, infinity) are not kept. Main thread only.
 class OptionGroup : public Implements<OptionGroup>, public EventSource<OptionEventSite>
 {
 public:
-    /// `name` is the file's name without its suffix.
+    /// `name` is the file's name without its suffix, `.json`.
     explicit OptionGroup(std::string name);
     ~OptionGroup() override;
 
@@ -67,8 +69,6 @@ public:
     static void saveLater(Tasks* tasks);
 
 private:
-    void setText(const char* option, std::string text);
-
     struct Data;
     std::unique_ptr<Data> m_data;
 };

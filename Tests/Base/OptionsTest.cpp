@@ -8,7 +8,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <gtest/gtest.h>
-#include <optional>
+#include <limits>
 
 namespace {
 
@@ -34,7 +34,7 @@ protected:
         Vs::OptionGroup::saveLater(nullptr);
         Vs::warningHandler({});
     }
-    fs::path file() const { return Vs::PathInfo::optionsDirectory() / "Probe.ini"; }
+    fs::path file() const { return Vs::PathInfo::optionsDirectory() / "Probe.json"; }
     std::string content() const
     {
         fs::ifstream stream(file(), std::ios::binary);
@@ -65,6 +65,22 @@ TEST_F(OptionsTest, KeepWhateverWasSetForTheNextRun)
     again.reset();
     EXPECT_EQ(again.count(), 7);
     EXPECT_EQ(ProbeOptions().count(), 7);
+}
+
+TEST_F(OptionsTest, KeepNumbersToTheLastDigit)
+{
+    Vs::PathInfo::profileDirectory(folder.path() / "Müller");
+    for (const double size : {0.1, -1e-300, 1e300, 4.9e-324, 9007199254740993.0, 3.0}) {
+        ProbeOptions().size(size);
+        EXPECT_EQ(ProbeOptions().size(), size);
+    }
+    for (const int count : {std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0}) {
+        ProbeOptions().count(count);
+        EXPECT_EQ(ProbeOptions().count(), count);
+    }
+    ProbeOptions().size(std::numeric_limits<double>::infinity());
+    EXPECT_EQ(ProbeOptions().size(), 0.5);
+    EXPECT_EQ(fs::status(file()).permissions(), fs::owner_read | fs::owner_write);
 }
 
 TEST_F(OptionsTest, ThatKeepTheirDefaultsWriteNoFile)
@@ -98,16 +114,20 @@ TEST_F(OptionsTest, AreDefaultsWithOneWarningWhenTheFileIsBroken)
 {
     std::vector<std::wstring> warnings;
     Vs::warningHandler([&](const std::wstring& text) { warnings.push_back(text); });
-    for (const std::string& broken : {std::string("count = 3\nnonsense\n"), std::string("text = \"open\n"),
-                                      std::string("\0\1\2\xff\xfe", 5), std::string("= 3\n")}) {
+    for (const std::string& broken :
+         {std::string("{\"count\": 3,\n nonsense}"), std::string("{\"text\": \"open\n"), std::string("[3]"),
+          std::string(), std::string("\0\1\2\xff\xfe", 5), std::string("{\"count\": 3} 4")}) {
         fs::ofstream(file(), std::ios::binary) << broken;
         warnings.clear();
         ProbeOptions options;
         EXPECT_EQ(options.count(), 7);
         EXPECT_EQ(options.text(), L"default");
         ASSERT_EQ(warnings.size(), 1u);
-        EXPECT_NE(warnings[0].find(L"Probe.ini"), std::wstring::npos);
+        EXPECT_NE(warnings[0].find(L"Probe.json"), std::wstring::npos);
     }
+    fs::ofstream(file()) << "{\n  \"count\": 3\n  \"text\": \"a\"\n}\n";
+    EXPECT_EQ(ProbeOptions().count(), 7);
+    EXPECT_NE(warnings.back().find(L"Probe.json:3: "), std::wstring::npos) << "The line of the missing comma";
     // What a person wrote by hand isn't lost when the next option is set.
     ProbeOptions options;
     options.count(9);
@@ -117,15 +137,20 @@ TEST_F(OptionsTest, AreDefaultsWithOneWarningWhenTheFileIsBroken)
 
 TEST_F(OptionsTest, OfAnotherTypeThanAskedForAreTheDefaultAndOfNoUseAreKept)
 {
-    fs::ofstream(file())
-        << "# by hand\n\n  count = many \nsize=nan\nflag = 1\ntext = \"a\" \"b\"\nfuture = 5\r\n";
+    fs::ofstream(file()) << R"({"count": "many", "size": null, "flag": 1, "text": ["a", "b"],
+                                "list": ["a", 2], "future": {"deep": [5]}})";
     ProbeOptions options;
     EXPECT_EQ(options.count(), 7);
     EXPECT_EQ(options.size(), 0.5);
     EXPECT_TRUE(options.flag());
     EXPECT_EQ(options.text(), L"default");
+    EXPECT_TRUE(options.list().empty());
     options.count(1);
-    EXPECT_NE(content().find("future = 5"), std::string::npos);
+    EXPECT_NE(content().find("\"deep\""), std::string::npos);
+    for (const char* count : {"1e99", "2147483648", "1.5"}) {
+        fs::ofstream(file()) << "{\"count\": " << count << '}';
+        EXPECT_EQ(ProbeOptions().count(), 7) << count;
+    }
 }
 
 TEST_F(OptionsTest, AreWrittenOnceForManyChangesWhereAQueueIsThere)
@@ -139,10 +164,10 @@ TEST_F(OptionsTest, AreWrittenOnceForManyChangesWhereAQueueIsThere)
         EXPECT_EQ(tasks.size(), 1u);
         EXPECT_FALSE(fs::exists(file()));
         tasks.flush();
-        EXPECT_NE(content().find("count = 2"), std::string::npos);
+        EXPECT_NE(content().find("\"count\": 2"), std::string::npos);
         options.count(3);
     }
-    EXPECT_NE(content().find("count = 3"), std::string::npos);
+    EXPECT_NE(content().find("\"count\": 3"), std::string::npos);
     tasks.flush(); // The queued write finds its group gone.
 }
 
@@ -150,8 +175,9 @@ TEST_F(OptionsTest, ThatCannotBeWrittenStayInForceAndWarn)
 {
     std::vector<std::wstring> warnings;
     Vs::warningHandler([&](const std::wstring& text) { warnings.push_back(text); });
-    fs::create_directories(file().string() + ".new/in the way");
     ProbeOptions options;
+    EXPECT_EQ(options.count(), 7);
+    fs::create_directories(file() / "in the way");
     options.count(4);
     EXPECT_EQ(options.count(), 4);
     EXPECT_EQ(warnings.size(), 1u);
