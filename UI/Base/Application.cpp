@@ -1,5 +1,6 @@
 #include "UI/Base/Application.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
@@ -14,6 +15,7 @@
 #include "UI/Base/WorkspaceWindow.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QMessageBox>
 #include <QSurfaceFormat>
 #include <QTimer>
@@ -114,8 +116,16 @@ void Application::needGui()
     m_data->idleTimer = std::make_unique<QTimer>();
     m_data->idleTimer->setSingleShot(true);
     QObject::connect(m_data->idleTimer.get(), &QTimer::timeout, m_data->gui.get(), [this] { runIdle(); });
-    if (!headless())
+    if (!headless()) {
         applyTheme();
+        // The desktop finds it by its name only once the program is installed.
+        QIcon icon;
+        for (const char* size : {"16x16", "32x32", "48x48", "128x128"})
+            icon.addFile(QString::fromStdString(
+                (Vs::PathInfo::rootDirectory() / "share/icons/hicolor" / size / "apps/quillet.png")
+                    .string()));
+        QApplication::setWindowIcon(icon);
+    }
     wakeUp();
 }
 
