@@ -8,7 +8,10 @@
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
+#include <clocale>
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <locale>
 
 namespace {
 
@@ -36,6 +39,18 @@ TEST_F(StringTableTest, SwitchesTheLanguageWhileTheProgramRuns)
     EXPECT_EQ(save("SizeCommand"), L"Größe sichern");
     Vs::StringTable::language("en");
     EXPECT_EQ(save("SaveCommand"), L"Save");
+    Vs::StringTable::language("de");
+    EXPECT_EQ(save("SaveCommand"), L"Speichern");
+}
+
+TEST_F(StringTableTest, LeavesTheLocaleAndTheEnvironmentOfTheProcessAlone)
+{
+    const std::string locale = std::setlocale(LC_ALL, nullptr);
+    Vs::StringTable::language("de");
+    EXPECT_EQ(save("SaveCommand"), L"Speichern");
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), locale);
+    EXPECT_EQ(std::locale(), std::locale::classic());
+    EXPECT_EQ(std::getenv("LANGUAGE"), nullptr);
 }
 
 TEST_F(StringTableTest, GivesTheDefaultForWhateverHasNoTranslation)
@@ -51,26 +66,51 @@ TEST_F(StringTableTest, GivesTheDefaultForWhateverHasNoTranslation)
     }
 }
 
-TEST_F(StringTableTest, WarnsOnceOfABrokenCatalogueAndGivesTheDefaults)
+/// The good catalogue with its bytes changed, as a domain "Broken".
+class BrokenCatalogueTest : public StringTableTest
 {
-    const fs::path folder = Vs::PathInfo::rootDirectory() / "Localization/de/LC_MESSAGES";
-    fs::ifstream good(folder / "BaseTest.mo", std::ios::binary);
-    const std::string content(std::istreambuf_iterator<char>(good), {});
-    std::vector<std::wstring> warnings;
-    Vs::warningHandler([&](const std::wstring& text) { warnings.push_back(text); });
-    Vs::StringTable::language("de");
-    // Cut anywhere, the catalogue must be refused or read, and never read beyond its end.
-    for (size_t size :
-         {size_t(0), size_t(3), size_t(19), size_t(40), content.size() / 2, content.size() - 20}) {
-        fs::ofstream(folder / "Broken.mo", std::ios::binary) << content.substr(0, size);
+protected:
+    BrokenCatalogueTest()
+    {
+        fs::ifstream stream(m_folder / "BaseTest.mo", std::ios::binary);
+        good.assign(std::istreambuf_iterator<char>(stream), {});
+        Vs::warningHandler([&](const std::wstring& text) { warnings.push_back(text); });
+    }
+    ~BrokenCatalogueTest() override { fs::remove(m_folder / "Broken.mo"); }
+
+    void use(const std::string& content)
+    {
+        fs::ofstream(m_folder / "Broken.mo", std::ios::binary) << content;
         Vs::StringTable::language("de");
-        const size_t before = warnings.size();
-        EXPECT_EQ(getLocalizedString(L"Broken", "SaveCommand", "Save"), L"Save");
-        EXPECT_EQ(getLocalizedString(L"Broken", "SizeCommand", "Save"), L"Save");
-        ASSERT_EQ(warnings.size(), before + 1) << size;
+        warnings.clear();
+    }
+    static std::wstring save(const char* key) { return getLocalizedString(L"Broken", key, "Save"); }
+
+    std::string good;
+    std::vector<std::wstring> warnings;
+
+private:
+    fs::path m_folder = Vs::PathInfo::rootDirectory() / "Localization/de/LC_MESSAGES";
+};
+
+TEST_F(BrokenCatalogueTest, WarnsOnceAndGivesTheDefaults)
+{
+    std::vector<std::string> broken{"", "no catalogue at all", good, good};
+    broken[2][15] = 0x40; // The table of the originals lies beyond the end,
+    broken[3][19] = 0x40; // and that of the translations.
+    for (size_t size = 1; size < good.size(); ++size)
+        if (good[size - 1] != '\0' || size < 28) // Anywhere in a text, or in the header.
+            broken.push_back(good.substr(0, size));
+    for (const std::string& content : broken) {
+        use(content);
+        EXPECT_EQ(save("SaveCommand"), L"Save");
+        EXPECT_EQ(save("SizeCommand"), L"Save");
+        ASSERT_EQ(warnings.size(), 1u) << content.size();
         EXPECT_NE(warnings.back().find(L"Broken.mo"), std::wstring::npos);
     }
-    fs::remove(folder / "Broken.mo");
+    use(good);
+    EXPECT_EQ(save("SaveCommand"), L"Speichern") << "once it is mended";
+    EXPECT_TRUE(warnings.empty());
 }
 
 class Catalogue : public Vs::ResourceMgr
