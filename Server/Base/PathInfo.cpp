@@ -10,6 +10,7 @@
 #include <cwchar>
 #include <dlfcn.h>
 #include <locale>
+#include <stdexcept>
 #include <unistd.h>
 
 namespace Vs::PathInfo {
@@ -56,7 +57,22 @@ private:
 };
 
 const bool s_imbued = [] {
-    fs::path::imbue(std::locale(std::locale::classic(), new Utf8Paths));
+    const std::locale utf8(std::locale::classic(), new Utf8Paths);
+    try {
+        fs::path::imbue(utf8);
+    } catch (const std::runtime_error&) {
+        // Boost makes the environment's locale first, only to replace it, and that fails where the locale
+        // isn't installed. The environment is given back before anybody else can ask for it: this runs ahead
+        // of main.
+        const char* const value = std::getenv("LC_ALL");
+        const std::string before = value ? value : "";
+        setenv("LC_ALL", "C", 1);
+        fs::path::imbue(utf8);
+        if (value)
+            setenv("LC_ALL", before.c_str(), 1);
+        else
+            unsetenv("LC_ALL");
+    }
     return true;
 }();
 

@@ -66,6 +66,17 @@ TEST_F(PathsTest, AreUtf8WhateverTheLocaleIs)
     EXPECT_EQ(fs::path("bad\xff").wstring(), L"bad\xFFFD");
 }
 
+TEST_F(PathsTest, AreUtf8WhereTheLocaleOfTheEnvironmentIsNotInstalled)
+{
+    const std::string self = fs::read_symlink("/proc/self/exe").string();
+    for (const char* name : {"LANG=xx_YY.UTF-8", "LC_ALL=xx_YY.UTF-8"}) {
+        const auto result =
+            TestSupport::runProcess(self, {"--gtest_filter=PathsTest.AreUtf8WhateverTheLocaleIs"},
+                                    {.input = {}, .environment = {"LC_ALL=", name}});
+        EXPECT_EQ(result.exitCode, 0) << name << '\n' << result.errors;
+    }
+}
+
 TEST_F(PathsTest, AreHandedToTheDesktopWithoutAShell)
 {
     const fs::path received = folder.path() / "received";
