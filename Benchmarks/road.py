@@ -80,7 +80,7 @@ def main():
         with tempfile.TemporaryDirectory() as scratch:
             stl = os.path.join(scratch, "out.stl")
             profile = os.path.join(scratch, "profile")
-            lines = ["--command", f'Document.Open "{file}"', "--command", f'Asset.Export "{stl}"']
+            lines = [file, "--command", f'Asset.Export "{stl}"']
             quillet = [str(binaries / "quillet"), "--headless", "--profile-dir", profile, *lines]
             sides = [
                 ("kernel serial", [str(binaries / "kernel_floor"), file, stl]),

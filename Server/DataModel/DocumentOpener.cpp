@@ -12,6 +12,11 @@
 
 namespace Vs {
 
+void DocumentOpener::expect(const boost::filesystem::path& path)
+{
+    Exchange::ForeignImport::expect(boost::filesystem::absolute(path).wstring(), Exchange::importCache());
+}
+
 void DocumentOpener::open(Status& status, int option)
 {
     constexpr int kStopAtFirstError = 0;

@@ -16,6 +16,10 @@ class DocumentOpener
 public:
     explicit DocumentOpener(std::vector<boost::filesystem::path> paths) : m_paths(std::move(paths)) {}
 
+    /// Begins to read a foreign file that is going to be opened soon, however, while the program still
+    /// starts. Tells nothing of what goes wrong: opening does. Main thread.
+    static void expect(const boost::filesystem::path& path);
+
     /// What goes wrong with one file adds its error to the status and leaves the others alone. Option 1 is
     /// the ordinary way; 0 stops at the first error.
     void open(Status& status, int option);

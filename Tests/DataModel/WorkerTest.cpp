@@ -122,6 +122,25 @@ TEST_F(WorkerTest, LeavesNoChildAndNoDescriptorBehindHoweverItEnds)
     EXPECT_EQ(errno, ECHILD);
 }
 
+TEST_F(WorkerTest, AnExpectedFileIsReadOnceAndOneThatNobodyAskedForLeavesNothing)
+{
+    const std::string cacheFolder = (folder.path() / "cache").string();
+    ImportCache cache(cacheFolder);
+    const std::wstring asked = folder.write("asked.stl", manyTriangles(20'000)).wstring();
+    const std::wstring forgotten = folder.write("forgotten.stl", manyTriangles(30'000)).wstring();
+    const size_t before = openDescriptors();
+    ForeignImport::expect(forgotten, cache);
+    ForeignImport::expect(asked, cache);
+    ForeignImport import(asked);
+    ForeignImport* imports[] = {&import};
+    EXPECT_TRUE(ForeignImport::run(imports, cache, {}));
+    EXPECT_NE(import.model(), nullptr) << Strings::narrow(import.status().toString());
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(openDescriptors(), before);
+    const auto entries = std::filesystem::directory_iterator(cacheFolder);
+    EXPECT_EQ(std::distance(entries, {}), 1);
+}
+
 TEST_F(WorkerTest, AFileSeenBeforeNeedsNoWorkerAndKeepsItsWarnings)
 {
     ImportCache cache((folder.path() / "cache").string());

@@ -5,6 +5,7 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/DocumentOpener.h"
 #include "UI/Application/Console.h"
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Lists.h"
@@ -124,6 +125,9 @@ int runProgram(CommandLine line, int& count, char** arguments)
     line.headless = line.headless || lists;
     if (!line.profileDirectory.empty())
         Vs::PathInfo::profileDirectory(boost::filesystem::absolute(line.profileDirectory));
+    // Reading the first file takes longest, and needs nothing of what starts now.
+    if (!lists && !line.files.empty())
+        Vs::DocumentOpener::expect(line.files.front());
     Vu::Application::initialize(count, arguments, line.headless);
     if (!loadAddIns())
         return kExitUsage;

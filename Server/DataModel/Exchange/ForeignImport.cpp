@@ -9,7 +9,41 @@
 
 namespace Vs::Exchange {
 
-ForeignImport::~ForeignImport() = default;
+namespace {
+
+std::unique_ptr<ForeignImport> s_expected;
+
+} // namespace
+
+ForeignImport::~ForeignImport()
+{
+    if (!m_worker || m_worker->end() != Worker::End::Running)
+        return;
+    m_worker.reset();
+    std::error_code ignored;
+    std::filesystem::remove(m_scratch, ignored);
+}
+
+void ForeignImport::expect(const std::wstring& path, ImportCache& cache)
+{
+    s_expected = std::make_unique<ForeignImport>(path);
+    if (s_expected->prepare(cache))
+        s_expected->m_worker->start();
+}
+
+// Goes on with what was begun for this file.
+bool ForeignImport::takeExpected()
+{
+    if (!s_expected || s_expected.get() == this || s_expected->m_path != m_path || !s_expected->m_worker)
+        return false;
+    m_format = s_expected->m_format;
+    m_key = std::move(s_expected->m_key);
+    m_size = s_expected->m_size;
+    m_scratch = std::move(s_expected->m_scratch);
+    m_worker = std::move(s_expected->m_worker);
+    s_expected.reset();
+    return true;
+}
 
 void ForeignImport::warn(const std::wstring& clause)
 {
@@ -28,6 +62,8 @@ void ForeignImport::takeModel(std::shared_ptr<const ModelFile> model)
 // Returns true if a worker is needed.
 bool ForeignImport::prepare(ImportCache& cache)
 {
+    if (takeExpected())
+        return true;
     m_format = recognise(m_path, m_status);
     if (m_format == Format::Unknown)
         return false;

@@ -30,6 +30,10 @@ public:
     /// At most one error, which names the file and the cause; and warnings that do.
     const Status& status() const { return m_status; }
 
+    /// Begins to read a file that `run` is going to be asked for, while this program has other things to do.
+    /// One at a time: the next takes the place of one that nobody asked for. Main thread.
+    static void expect(const std::wstring& path, ImportCache& cache);
+
     /// Progress of all together; returns false to cancel.
     using Watch = std::function<bool(double fraction, const std::wstring& step)>;
     /// Reads them side by side. Returns false if it was cancelled.
@@ -37,6 +41,7 @@ public:
 
 private:
     bool prepare(ImportCache& cache);
+    bool takeExpected();
     void startWorker(bool annotations, ImportCache& cache);
     /// Returns true if the worker is to run once more, in another way.
     bool finish(ImportCache& cache);

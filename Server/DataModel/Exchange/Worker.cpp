@@ -76,6 +76,8 @@ std::string Worker::role() const
 
 void Worker::start()
 {
+    if (m_process >= 0 || m_end != End::Running)
+        return;
     m_started = m_moved = Clock::now();
     int pipe[2];
     if (pipe2(pipe, O_CLOEXEC) != 0) {

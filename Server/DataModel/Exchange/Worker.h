@@ -58,6 +58,9 @@ public:
     /// fault) while transferring shapes". UTF-8.
     const std::string& fault() const { return m_fault; }
 
+    /// Begins the work, if it hasn't begun; it must be run then, or end with this object.
+    void start();
+
     /// Shows the progress of all and returns false to cancel. Called at least twenty times a second.
     using Watch = std::function<bool()>;
     /// Runs the workers side by side, at most as many at once as there are processors, until all have ended.
@@ -70,7 +73,6 @@ private:
     using Clock = std::chrono::steady_clock;
 
     std::string role() const;
-    void start();
     void readMessages();
     void checkLimits(Clock::time_point now);
     std::chrono::milliseconds processorTime() const;
