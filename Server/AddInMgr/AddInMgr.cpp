@@ -17,19 +17,25 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-/// `UI/*/Configuration/*.xml` and `Server/*/Configuration/*.xml`, sorted.
-std::vector<fs::path> manifestFiles(const fs::path& root)
+constexpr const char* kUserInterface = "UI";
+
+/// `UI/*/Configuration/*.xml` and `Server/*/Configuration/*.xml`, sorted. On the side of the user interface a
+/// Configuration holds nothing but manifests, so that an empty one has lost its own.
+std::vector<fs::path> manifestFiles(const fs::path& root, Status& status)
 {
     std::vector<fs::path> files;
     boost::system::error_code error;
-    for (const char* side : {"Server", "UI"})
+    for (const char* side : {"Server", kUserInterface})
         for (fs::directory_iterator folder(root / side, error), end; !error && folder != end;
              folder.increment(error)) {
             boost::system::error_code none; // Most folders have no Configuration.
-            for (fs::directory_iterator file(folder->path() / "Configuration", none); !none && file != end;
-                 file.increment(none))
+            const fs::path configuration = folder->path() / "Configuration";
+            const size_t before = files.size();
+            for (fs::directory_iterator file(configuration, none); !none && file != end; file.increment(none))
                 if (file->path().extension() == ".xml")
                     files.push_back(file->path());
+            if (files.size() == before && side == kUserInterface && fs::is_directory(configuration, none))
+                status.addError(configuration.wstring() + L": The manifest of the add-in is missing.");
         }
     std::sort(files.begin(), files.end());
     return files;
@@ -56,8 +62,8 @@ void AddInMgr::loadAddIns(Status& status)
 
 void AddInMgr::loadAddIns(const fs::path& root, Status& status)
 {
-    const std::vector<fs::path> files = manifestFiles(root);
-    if (files.empty())
+    const std::vector<fs::path> files = manifestFiles(root, status);
+    if (files.empty() && status.isOk())
         status.addError(L"There are no add-ins: no manifest lies in UI/*/Configuration under " +
                         root.wstring() + L'.');
     std::vector<std::unique_ptr<AddInManifest>> manifests;

@@ -110,8 +110,14 @@ struct OptionGroup::Data
         if (read)
             return;
         read = true;
+        fs::path path;
         try {
-            values = readOptions(file());
+            path = file();
+        } catch (const Exception&) {
+            return; // Told once there is something to keep.
+        }
+        try {
+            values = readOptions(path);
         } catch (const Exception& error) {
             broken = true;
             warn(error.message());

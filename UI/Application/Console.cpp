@@ -12,8 +12,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <poll.h>
 #include <editline/readline.h>
+#include <poll.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -62,11 +62,13 @@ public:
         rl_completer_word_break_characters = const_cast<char*>(" \t\n");
         using_history();
         stifle_history(kHistoryLength);
-        read_history(m_historyFile.c_str());
+        if (!m_historyFile.empty())
+            read_history(m_historyFile.c_str());
     }
     ~TerminalConsole()
     {
-        write_history(m_historyFile.c_str());
+        if (!m_historyFile.empty())
+            write_history(m_historyFile.c_str());
         s_running = nullptr;
     }
     TerminalConsole(const TerminalConsole&) = delete;
@@ -150,8 +152,13 @@ private:
     {
         char buffer[1 << 16];
         const ssize_t count = ::read(STDIN_FILENO, buffer, sizeof buffer);
-        if (count < 0)
-            return errno == EINTR || errno == EAGAIN;
+        if (count < 0) {
+            if (errno == EINTR || errno == EAGAIN)
+                return true;
+            m_goOn =
+                m_runner.fail(std::string("<stdin>: Lines cannot be read: ") + std::strerror(errno) + '.');
+            return false;
+        }
         if (count == 0) {
             if (!m_rest.empty())
                 runLine(std::exchange(m_rest, {}));

@@ -5,6 +5,7 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/Warning.h"
 #include "Server/DataModel/DocumentOpener.h"
 #include "UI/Application/Console.h"
 #include "UI/Application/LineRunner.h"
@@ -14,6 +15,7 @@
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <csignal>
@@ -46,14 +48,48 @@ void complain(const std::string& message)
     std::fprintf(stderr, "quillet: %s\n", message.c_str());
 }
 
-/// Loads the add-ins and checks what they brought. An add-in that cannot be loaded is told and missed; names
-/// that are taken twice would leave it to chance what a line runs, so that they stop the start.
-bool loadAddIns()
+/// A folder that cannot be there is found out before anything wants to write into it. That it cannot be
+/// written is told when something is to be kept: many runs keep nothing.
+bool takeProfile(const boost::filesystem::path& folder)
+{
+    if (folder.empty())
+        return true;
+    const boost::filesystem::path absolute = boost::filesystem::absolute(folder);
+    boost::system::error_code error;
+    boost::filesystem::create_directories(absolute, error);
+    boost::system::error_code ignored;
+    if (!boost::filesystem::is_directory(absolute, ignored)) {
+        complain("The profile folder " + absolute.string() + " cannot be used: " +
+                 (boost::filesystem::exists(absolute, ignored) ? "it is not a folder" : error.message()) +
+                 '.');
+        return false;
+    }
+    Vs::PathInfo::profileDirectory(absolute);
+    return true;
+}
+
+std::string historyFile()
+{
+    try {
+        return (Vs::PathInfo::optionsDirectory() / "console_history").string();
+    } catch (const std::exception&) {
+        return {}; // The console works without one.
+    }
+}
+
+/// Loads the add-ins and checks what they brought. An add-in that cannot be loaded is told and missed, and so
+/// is what is wrong with an add-in's own files; `whole` then is false. Names that are taken twice would leave
+/// it to chance what a line runs, so that they stop the start.
+bool loadAddIns(bool& whole)
 {
     Vs::Status status;
+    Vs::warningHandler([&](const std::wstring& text) { status.addError(text); });
     Vs::AddInMgr::get()->loadAddIns(status);
-    if (status.isError())
-        complain(Vs::Strings::narrow(status.toString()));
+    Vs::warningHandler(nullptr);
+    whole = !status.isError();
+    if (!whole)
+        complain(
+            boost::algorithm::replace_all_copy(Vs::Strings::narrow(status.toString()), "\n", "\nquillet: "));
     try {
         Vu::CommandDefinitionMgr::get()->validate();
         Vs::TextCommandMgr::get()->validate();
@@ -87,7 +123,7 @@ void runSteps(const CommandLine& line, LineRunner& runner)
             goOn = runner.runScript(step.text);
             break;
         case Step::Kind::Console:
-            goOn = runConsole(runner, (Vs::PathInfo::optionsDirectory() / "console_history").string());
+            goOn = runConsole(runner, historyFile());
             break;
         }
         if (!goOn)
@@ -123,13 +159,18 @@ int runProgram(CommandLine line, int& count, char** arguments)
         line.headless = true;
     }
     line.headless = line.headless || lists;
-    if (!line.profileDirectory.empty())
-        Vs::PathInfo::profileDirectory(boost::filesystem::absolute(line.profileDirectory));
+    if (!takeProfile(line.profileDirectory))
+        return kExitUsage;
+    // A window with unsaved work must outlive the terminal that it was started from. Without one the run ends
+    // with whoever reads its answers, as programs in a pipe do.
+    if (!line.headless)
+        std::signal(SIGPIPE, SIG_IGN);
     // Reading the first file takes longest, and needs nothing of what starts now.
     if (!lists && !line.files.empty())
         Vs::DocumentOpener::expect(line.files.front());
     Vu::Application::initialize(count, arguments, line.headless);
-    if (!loadAddIns())
+    bool whole = true;
+    if (!loadAddIns(whole))
         return kExitUsage;
 
     int code = kExitOk;
@@ -145,7 +186,7 @@ int runProgram(CommandLine line, int& count, char** arguments)
     Vs::PythonManager::get()->shutdown();
     Vu::Application::get()->shutDown();
     Vs::AddInMgr::get()->unloadAddIns();
-    return code;
+    return code == kExitOk && !whole ? kExitLineFailed : code;
 }
 
 } // namespace Quillet

@@ -1,5 +1,6 @@
 #include "UI/Base/FileDialog.h"
 
+#include "Server/Base/Status.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/UIBaseOptionGroup.h"
@@ -11,10 +12,19 @@
 namespace Vu {
 namespace {
 
+constexpr const wchar_t* kMissing =
+    L"There is no file name: none was given, and nobody is there to ask for it.";
+
 FileDialog::Responder& installedResponder()
 {
     static FileDialog::Responder responder;
     return responder;
+}
+
+bool canAsk()
+{
+    return installedResponder() ||
+           !(Application::headless() || Application::testing() || !Application::get()->mainWidget());
 }
 
 bool askUser(const FileDialog::Request& request, std::vector<std::wstring>& names)
@@ -49,9 +59,8 @@ bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names)
     bool answered = false;
     if (installedResponder()) {
         answered = installedResponder()(request, names) && !names.empty();
-    } else if (Application::headless() || Application::testing() || !Application::get()->mainWidget()) {
-        Application::get()->inform(L"\"" + request.caption +
-                                   L"\": no file name was given, and nobody is there to ask; cancelled.");
+    } else if (!canAsk()) {
+        Application::get()->inform(kMissing);
     } else {
         answered = askUser(request, names);
     }
@@ -120,6 +129,12 @@ bool FileDialog::getFilenameForExport(const std::wstring& filter, const std::wst
                                       std::wstring& name, const std::wstring& initialPath)
 {
     return askForOne({filter, caption, initialPath.empty() ? name : initialPath, false, false}, name);
+}
+
+void FileDialog::tellMissing(Vs::Status& status)
+{
+    if (!canAsk())
+        status.addError(kMissing);
 }
 
 void FileDialog::responder(Responder responder)

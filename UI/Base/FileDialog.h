@@ -4,6 +4,10 @@
 #include <string>
 #include <vector>
 
+namespace Vs {
+class Status;
+}
+
 namespace Vu {
 
 class CommandContext;
@@ -13,8 +17,9 @@ class CommandContext;
 /// unless `initialPath` names another.
 ///
 /// All answer false when the user cancelled. Where nobody can be asked (headless and test runs) they count as
-/// cancelled, and a message says which name was missing. The transcriptable ones take the name from the
-/// context's path argument if it is there, without any dialog.
+/// cancelled, and a message says so; a command then adds `tellMissing` to its status, since a line of text
+/// that did nothing must not count as well done. The transcriptable ones take the name from the context's
+/// path argument if it is there, without any dialog.
 class FileDialog
 {
 public:
@@ -31,6 +36,9 @@ public:
                                                    std::wstring& name, CommandContext* context);
     static bool getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
                                      std::wstring& name, const std::wstring& initialPath);
+
+    /// An error in `status` if a name was missing because nobody can be asked; nothing if a person cancelled.
+    static void tellMissing(Vs::Status& status);
 
     /// What a dialog would be asked.
     struct Request

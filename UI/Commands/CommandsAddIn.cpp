@@ -1,5 +1,6 @@
 #include "Server/AddInMgr/IUIAddIn.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Warning.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "UI/Base/AssetSession.h"
@@ -93,6 +94,8 @@ void CommandsAddIn::load()
     Vs::Status status;
     ToolbarPersister::get()->loadToolbars(Resources::ToolbarXml()->localPath(), kDomain, status);
     HUDPersister::get()->loadHUDs(Resources::HUDXml()->localPath(), status);
+    if (status.isError())
+        Vs::warn(status.toString());
     CommandEventSource::get()->subscribe(this);
 }
 

@@ -17,10 +17,13 @@ namespace Vu::Design {
 namespace {
 
 /// The path that the context gives, or that the user chooses. False if there is none.
-bool askForFile(const Vs::TranslatorFileRecognizer& recognizer, CommandContext* context, std::wstring& path)
+bool askForFile(const Vs::TranslatorFileRecognizer& recognizer, CommandContext* context, std::wstring& path,
+                Vs::Status& status)
 {
-    return FileDialog::getTranscriptableFilename(recognizer.fileFilter(), path, context, true, L"") &&
-           !path.empty();
+    if (FileDialog::getTranscriptableFilename(recognizer.fileFilter(), path, context, true, L""))
+        return !path.empty();
+    FileDialog::tellMissing(status);
+    return false;
 }
 
 /// Reads the file into a document of its own, or into the context's asset. A translator that was cancelled
@@ -71,7 +74,7 @@ void VeloraOpenDocumentCmd::onExecute(Vs::Status& status)
     Vs::TranslatorFileRecognizer recognizer("", false);
     recognizer.recognize();
     std::wstring path;
-    if (!askForFile(recognizer, commandContext(), path))
+    if (!askForFile(recognizer, commandContext(), path, status))
         return;
     Vs::Document* document = nullptr;
     if (Vs::Translator* translator = recognizer.translator(path)) {
@@ -127,7 +130,7 @@ void VeloraImportCmd::onExecute(Vs::Status& status)
     Vs::TranslatorFileRecognizer recognizer("", false);
     recognizer.recognize();
     std::wstring path;
-    if (!askForFile(recognizer, commandContext(), path))
+    if (!askForFile(recognizer, commandContext(), path, status))
         return;
     Vs::Translator* translator = recognizer.translator(path);
     if (!translator) {

@@ -134,8 +134,10 @@ ExportCmd::ExportCmd(ExportCmdDef* definition, CommandContext* context) : Implem
 void ExportCmd::onExecute(Vs::Status& status)
 {
     Vs::Asset* asset = assetToExport();
-    if (!asset)
+    if (!asset) {
+        status.addError(localized("NothingToExport", "There is no active asset to export"));
         return;
+    }
     Vs::TranslatorFileRecognizer recognizer(asset->assetTypeIdentifier(), true);
     recognizer.recognize();
     int combine = 0;
@@ -146,8 +148,10 @@ void ExportCmd::onExecute(Vs::Status& status)
                                &tessellation);
     std::wstring name;
     if (!FileDialog::getTranscriptableFilenameForSaveAs(
-            L"STL Files (*.stl)", localized("ExportSTLCaption", "Export to STL"), name, commandContext()))
+            L"STL Files (*.stl)", localized("ExportSTLCaption", "Export to STL"), name, commandContext())) {
+        FileDialog::tellMissing(status);
         return;
+    }
     Vs::Translator* translator = translatorFor(name, recognizer, status);
     m_refused = !translator;
     if (!translator)
@@ -196,14 +200,18 @@ ExportAsCmd::ExportAsCmd(ExportAsCmdDef* definition, CommandContext* context)
 void ExportAsCmd::onExecute(Vs::Status& status)
 {
     Vs::Asset* asset = assetToExport();
-    if (!asset)
+    if (!asset) {
+        status.addError(localized("NothingToExport", "There is no active asset to export"));
         return;
+    }
     Vs::TranslatorFileRecognizer recognizer(asset->assetTypeIdentifier(), true);
     recognizer.recognize();
     std::wstring name;
     if (!FileDialog::getFilenameForExport(L"SAT File (*.sat);;STEP File (*.stp *.step)",
-                                          localized("ExportCaption", "Export As"), name, L""))
+                                          localized("ExportCaption", "Export As"), name, L"")) {
+        FileDialog::tellMissing(status);
         return;
+    }
     Vs::Translator* translator = translatorFor(name, recognizer, status);
     m_refused = !translator;
     if (!translator)

@@ -166,8 +166,10 @@ void OpenDocumentCmd::openSeveral(const Vs::TranslatorFileRecognizer& recognizer
         return;
     }
     std::vector<std::wstring> names;
-    if (!FileDialog::getFilenamesForOpen(filter, names, L""))
+    if (!FileDialog::getFilenamesForOpen(filter, names, L"")) {
+        FileDialog::tellMissing(status);
         return;
+    }
     openMetric()->start();
     std::vector<std::wstring> native;
     for (const std::wstring& name : names)
@@ -188,8 +190,11 @@ void OpenDocumentCmd::openOne(const Vs::TranslatorFileRecognizer& recognizer, co
         openNativeOrForeign(recognizer, name, status);
         return;
     }
-    if (!FileDialog::getTranscriptableFilename(filter, name, commandContext(), true, L"") ||
-        refusedAsCloudPath(name, status))
+    if (!FileDialog::getTranscriptableFilename(filter, name, commandContext(), true, L"")) {
+        FileDialog::tellMissing(status);
+        return;
+    }
+    if (refusedAsCloudPath(name, status))
         return;
     openMetric()->start();
     Vs::Translator* translator = recognizer.translator(name);

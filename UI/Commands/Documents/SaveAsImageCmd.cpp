@@ -147,8 +147,10 @@ void SaveAsImageCmd::onExecute(Vs::Status& status)
         localized("ImageFilesFilter", "png files (*.png);;jpg files (*.jpg);;tiff files (*.tif)");
     std::wstring name;
     if (!FileDialog::getTranscriptableFilenameForSaveAs(filter, localized("CaptureImage", "Save As"), name,
-                                                        commandContext()))
+                                                        commandContext())) {
+        FileDialog::tellMissing(status);
         return;
+    }
     GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
     if (!view) {
         status.addError(localized("NoViewToCapture", "There is no view to make a picture of."));

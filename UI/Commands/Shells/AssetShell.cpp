@@ -1,8 +1,10 @@
 #include "UI/Commands/Shells/AssetShell.h"
 
+#include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/Warning.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "UI/Base/Application.h"
@@ -159,8 +161,13 @@ void AssetShell::onPreDeactivate(Shell* next)
 void AssetShell::onPostDeactivate()
 {
     if (m_arrangement)
-        Layout::persist((Vs::PathInfo::optionsDirectory() / L"VULastDisplayedLayout.xml").wstring(),
-                        m_arrangement->layout());
+        try {
+            Layout::persist((Vs::PathInfo::optionsDirectory() / L"VULastDisplayedLayout.xml").wstring(),
+                            m_arrangement->layout());
+        } catch (const Vs::Exception& error) {
+            // The folder of the settings cannot be made; the shell goes all the same.
+            Vs::warn(error.message());
+        }
     Shell::onPostDeactivate();
 }
 
