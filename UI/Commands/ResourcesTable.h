@@ -1,7 +1,8 @@
 #pragma once
 
-// The catalogue of the add-in's resources: one row per accessor of Vu::Commands::Resources, with the path under the
-// resources folder. The class is declared and defined from these rows, so a name and its path meet nowhere else.
+// The catalogue of the add-in's resources: one row per accessor of Vu::Commands::Resources, with the path
+// under the resources folder. The class is declared and defined from these rows, so a name and its path meet
+// nowhere else.
 // clang-format off
 
 // Folders with one picture per size.
