@@ -83,7 +83,7 @@ int main(int argc, char** argv)
     STEPCAFControl_Reader reader;
     reader.SetColorMode(true);
     reader.SetNameMode(true);
-    reader.SetGDTMode(false);
+    reader.SetGDTMode(true); // Quillet reads the annotations, too.
     if (reader.ReadFile(argv[at]) != IFSelect_RetDone || !reader.Transfer(document)) {
         std::fprintf(stderr, "kernel_floor: cannot read %s\n", argv[at]);
         return 1;
