@@ -57,7 +57,6 @@ set(QT_NO_PRIVATE_MODULE_WARNING ON)
 find_package(OpenCASCADE REQUIRED)
 pkg_check_modules(LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
 pkg_check_modules(EPOXY REQUIRED IMPORTED_TARGET epoxy)
-pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
 # Debian's own interpreter, whatever else is first on the PATH.
 set(Python3_EXECUTABLE /usr/bin/python3)
 find_package(Python3 3.11 REQUIRED COMPONENTS Interpreter Development.Embed)

@@ -18,15 +18,10 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-std::string quoted(const fs::path& path)
-{
-    return '"' + path.string() + '"';
-}
-
 // No damaged file may keep a person waiting longer than this.
 constexpr double kAnswerLimit = 20;
 
-// Two documents before and two after: what was open must be listed as before.
+// A document is open before the bad file comes, and must be listed after it.
 void expectRefusedWithOneMessage(const fs::path& file)
 {
     SCOPED_TRACE(file.string());

@@ -16,11 +16,6 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-std::string quoted(const fs::path& path)
-{
-    return '"' + path.string() + '"';
-}
-
 struct StlContent
 {
     uint32_t triangles = 0;

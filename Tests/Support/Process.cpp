@@ -172,6 +172,11 @@ ProcessResult runProcess(const std::string& program, const std::vector<std::stri
     return result;
 }
 
+std::string quoted(const fs::path& path)
+{
+    return '"' + path.string() + '"';
+}
+
 ProcessResult runQuillet(const std::vector<std::string>& arguments, const ProcessOptions& options)
 {
     const ScratchFolder profile;

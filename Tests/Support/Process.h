@@ -42,6 +42,9 @@ struct ProcessOptions
     double interruptAfterSeconds = 0; ///< If above 0: sends SIGINT (Ctrl-C) after this long.
 };
 
+/// The path as one parameter of a text line.
+std::string quoted(const boost::filesystem::path& path);
+
 /// Runs a program to its end.
 ProcessResult runProcess(const std::string& program, const std::vector<std::string>& arguments,
                          const ProcessOptions& options = {});
