@@ -1,6 +1,9 @@
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "Tests/Commands/CommandsProgram.h"
 #include "UI/Base/Application.h"
@@ -216,16 +219,34 @@ TEST_F(DocumentsTest, WithLocalWorkSwitchedOffNothingIsOpened)
     EXPECT_EQ(documents(), 0u);
 }
 
-TEST_F(DocumentsTest, TheOpenFilterBeginsWithAllFilesAndEndsWithTheForeignOnes)
+TEST_F(DocumentsTest, TheOpenFilterHasAllFilesThenTheNativeKindsThatAreOpenedByThemselvesThenTheForeignOnes)
 {
     Vs::TranslatorFileRecognizer recognizer("", false);
     recognizer.recognize();
-    const std::wstring filter = OpenDocumentCmd::getFilterValues(Vs::DocumentMgr::get(), &recognizer);
-    const size_t native = filter.find(L"(*.vlra);;");
-    EXPECT_EQ(filter.find(L"All supported files ( "), 0u);
-    EXPECT_NE(filter.find(L";*.vlra );;"), std::wstring::npos);
-    EXPECT_NE(native, std::wstring::npos);
-    EXPECT_EQ(filter.substr(native + 10), recognizer.fileFilter());
+    EXPECT_EQ(OpenDocumentCmd::getFilterValues(Vs::DocumentMgr::get(), &recognizer),
+              L"All supported files ( " + recognizer.fileExtensions() +
+                  L";*.vlra;*.vlsim;*.vldoc );;Quillet Design (*.vlra);;Quillet Simulation (*.vlsim);;"
+                  L"Quillet Documentation (*.vldoc);;" +
+                  recognizer.fileFilter());
+}
+
+TEST_F(DocumentsTest, EveryKindThatIsOfferedMakesADocumentOfItsTypeThatTakesParts)
+{
+    std::vector<std::wstring> offered;
+    for (unsigned i = 0; i < Vs::AssetTypeMgr::get()->assetTypes(); ++i) {
+        Vs::AssetType* type = Vs::AssetTypeMgr::get()->assetType(i);
+        if (type->isHidden() || type->isBuiltIn())
+            continue;
+        offered.push_back(type->name());
+        Vs::Status status;
+        Vs::Document* document = Vs::DocumentMgr::get()->create(type, status);
+        ASSERT_NE(document, nullptr) << Vs::Strings::narrow(status.toString());
+        EXPECT_EQ(document->documentType()->identifier(), type->defaultDocType());
+        Vs::ModelBuilder builder(document->activeAsset());
+        EXPECT_NE(builder.box(1, 2, 3, {}, status), nullptr) << Vs::Strings::narrow(status.toString());
+        EXPECT_TRUE(type->icon());
+    }
+    EXPECT_EQ(offered, (std::vector<std::wstring>{L"Design", L"Simulation", L"Documentation"}));
 }
 
 TEST_F(DocumentsTest, TheVersionOfADocumentThatWasNeverSavedIsTheProgramsOwn)

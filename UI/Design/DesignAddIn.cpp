@@ -1,7 +1,7 @@
 #include "Server/AddInMgr/IUIAddIn.h"
+#include "UI/Design/DocumentKinds.h"
 #include "UI/Design/OpenCmds.h"
 #include "UI/Design/PrimitiveCmds.h"
-#include "UI/Design/VeloraTypes.h"
 
 namespace Vu::Design {
 namespace {
@@ -13,8 +13,7 @@ public:
     DesignAddIn() : Vs::IUIAddIn(L"Design") {}
 
 private:
-    VeloraDocType m_docType;
-    VeloraAssetType m_assetType;
+    DocumentKinds m_documentKinds;
 
     VeloraOpenDocumentCmdDef m_openDocumentCmdDef;
     VeloraImportCmdDef m_importCmdDef;

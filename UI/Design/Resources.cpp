@@ -35,4 +35,19 @@ Vs::ImageSetResource* Resources::Import()
     return get()->imageSet(L"Import");
 }
 
+Vs::ImageSetResource* Resources::Design()
+{
+    return get()->imageSet(L"Design");
+}
+
+Vs::ImageSetResource* Resources::Simulation()
+{
+    return get()->imageSet(L"Simulation");
+}
+
+Vs::ImageSetResource* Resources::Documentation()
+{
+    return get()->imageSet(L"Documentation");
+}
+
 } // namespace Vu::Design

@@ -12,6 +12,9 @@ public:
     static Vs::ImageSetResource* Cylinder();
     static Vs::ImageSetResource* Sphere();
     static Vs::ImageSetResource* Import();
+    static Vs::ImageSetResource* Design();
+    static Vs::ImageSetResource* Simulation();
+    static Vs::ImageSetResource* Documentation();
 
 private:
     Resources();

@@ -7,8 +7,8 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Design/DocumentKinds.h"
 #include "UI/Design/Localized.h"
-#include "UI/Design/VeloraTypes.h"
 
 namespace Vu::Design {
 namespace {
@@ -30,8 +30,7 @@ void run(const wchar_t* id, CommandContext context, Vs::Status& status)
 
 Vs::Document* createDesign(Vs::Status& status)
 {
-    return Vs::DocumentMgr::get()->create(Vs::AssetTypeMgr::get()->assetType(VeloraAssetType::kIdentifier),
-                                          status);
+    return Vs::DocumentMgr::get()->create(Vs::AssetTypeMgr::get()->assetType(kDesignAssetType), status);
 }
 
 void showDesign(Vs::Document* document, Vs::Status& status)

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/DocumentType.h"
+
+namespace Vu::Design {
+
+/// The identifier of the asset type "Design".
+inline constexpr const char* kDesignAssetType = "VeloraAssetType";
+
+/// One row per kind of native document: its document type, and the asset type of the asset that a new
+/// document of it holds.
+struct DocumentKindRow
+{
+    const char* documentType; ///< Identifier, and key of the name.
+    const char* documentName; ///< The English default.
+    const wchar_t* extension; ///< With its dot.
+    const char* assetType;    ///< Identifier, and key of the name.
+    const char* assetName;    ///< The English default.
+    Vs::ImageSetResource* (*icon)();
+    Vs::AssetTypeTraits traits = {};
+};
+
+/// A kind of native document. Registered with the data model for as long as it lives.
+class DocumentKind
+{
+public:
+    explicit DocumentKind(const DocumentKindRow& row);
+    ~DocumentKind();
+    DocumentKind(const DocumentKind&) = delete;
+    DocumentKind& operator=(const DocumentKind&) = delete;
+
+private:
+    class PicturedAssetType : public Vs::Implements<PicturedAssetType, Vs::AssetType>
+    {
+    public:
+        explicit PicturedAssetType(const DocumentKindRow& row);
+        const Vs::ImageSetResource* icon() const override { return m_icon ? m_icon() : nullptr; }
+
+    private:
+        Vs::ImageSetResource* (*m_icon)();
+    };
+
+    Vs::DocumentType m_documentType;
+    PicturedAssetType m_assetType;
+};
+
+/// All kinds that this add-in brings, in the order in which a user is offered them. Their models are alike: a
+/// tree of components with bodies.
+class DocumentKinds
+{
+public:
+    DocumentKinds();
+
+private:
+    DocumentKind m_design, m_simulation, m_documentation, m_torvex;
+};
+
+} // namespace Vu::Design
