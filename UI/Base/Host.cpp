@@ -3,6 +3,7 @@
 #include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandHost.h"
+#include "UI/Base/Environment.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ShellMgr.h"
@@ -27,6 +28,12 @@ public:
     GraphicsView* graphicsView(AssetSession* session) override
     {
         return Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId()));
+    }
+    void activateEnvironment(AssetSession* session, const std::wstring& id) override
+    {
+        EnvironmentDefinition* wanted = EnvironmentDefinitionMgr::get()->findEnvironmentDefinitionById(id);
+        if (session && wanted && wanted->isApplicable(session) && session->activeEnvironment() != wanted)
+            session->activateEnvironment(wanted, false);
     }
     Vs::Tasks* deferredTasks() override { return Application::get()->deferredTasks(); }
 };

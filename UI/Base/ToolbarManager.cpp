@@ -19,6 +19,12 @@ void collectUnknown(const std::vector<ToolbarItem>& items, std::vector<std::wstr
 
 } // namespace
 
+bool Toolbar::standsIn(const std::wstring& environment) const
+{
+    return visible && (environments.empty() || std::find(environments.begin(), environments.end(),
+                                                         environment) != environments.end());
+}
+
 ToolbarManager* ToolbarManager::get()
 {
     static auto* const manager = new ToolbarManager;

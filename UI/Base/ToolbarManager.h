@@ -26,6 +26,13 @@ struct Toolbar
     std::string contents; ///< Key of the area in which it stands.
     std::vector<ToolbarItem> items;
     bool visible = true;
+    /// Identifiers of the environments in which it stands; empty for everywhere, also without a session.
+    std::vector<std::wstring> environments = {};
+    /// At the far end of its area, away from the others.
+    bool atEnd = false;
+
+    /// Whether it is to be drawn while the active session is in that environment; an empty name is none.
+    bool standsIn(const std::wstring& environment) const;
 };
 
 class ToolbarEventSite : public Vs::EventSite

@@ -5,6 +5,9 @@
 #include "UI/Base/HUDPersister.h"
 #include "UI/Base/ToolbarItems.h"
 
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/split.hpp>
+
 #include <algorithm>
 
 namespace Vu {
@@ -87,6 +90,13 @@ bool ToolbarPersister::loadToolbars(const std::wstring& path, const std::wstring
             toolbar.id = xml.attribute("id");
             toolbar.title = localizedTitle(xml, domain);
             toolbar.contents = Vs::Strings::narrow(xml.attribute("contents"));
+            const std::wstring environments = xml.attribute("environments");
+            boost::split(toolbar.environments, environments, boost::is_space(), boost::token_compress_on);
+            std::erase(toolbar.environments, std::wstring());
+            const std::wstring align = xml.attribute("align");
+            toolbar.atEnd = align == L"end";
+            if (!align.empty() && !toolbar.atEnd)
+                xml.problem(L"\"" + align + L"\" is no alignment; there is only \"end\".");
             if (toolbar.id.empty())
                 xml.problem(L"A toolbar needs the attribute \"id\".");
             toolbar.items = readToolbarItems(xml, domain);

@@ -17,8 +17,9 @@ namespace Vu {
 ///       </toolbar>
 ///     </toolbars>
 ///
-/// `contents` is the key of the area in which the toolbar stands. Titles are looked up in the string table of
-/// the domain by `titleKey`.
+/// `contents` is the key of the area in which the toolbar stands. Further attributes of a toolbar:
+/// `environments`, the identifiers of those in which it is shown, separated by blanks (all, if it is
+/// missing), and `align="end"`. Titles are looked up in the string table of the domain by `titleKey`.
 class ToolbarPersister
 {
 public:

@@ -25,6 +25,7 @@
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/AssetCmds.h"
 #include "UI/Commands/Shells/DefaultShellFactory.h"
+#include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/ShellCmds.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -74,6 +75,10 @@ private:
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;
     FitCmdDef m_fitCmdDef;
+    ActivateEnvironmentCmdDef m_activateEnvironmentCmdDef;
+    ReturnToEnvironmentCmdDef m_returnToEnvironmentCmdDef;
+    CycleWorkspacesForwardCmdDef m_cycleWorkspacesForwardCmdDef;
+    CycleWorkspacesBackwardCmdDef m_cycleWorkspacesBackwardCmdDef;
 };
 
 const boost::filesystem::path& resourceDirectory()

@@ -1,7 +1,12 @@
 #include "Server/AddInMgr/IUIAddIn.h"
+#include "Server/Base/Warning.h"
+#include "UI/Base/ToolbarPersister.h"
 #include "UI/Design/DocumentKinds.h"
+#include "UI/Design/Environments.h"
+#include "UI/Design/Localized.h"
 #include "UI/Design/OpenCmds.h"
 #include "UI/Design/PrimitiveCmds.h"
+#include "UI/Design/Resources.h"
 
 namespace Vu::Design {
 namespace {
@@ -12,8 +17,18 @@ class DesignAddIn : public Vs::IUIAddIn
 public:
     DesignAddIn() : Vs::IUIAddIn(L"Design") {}
 
+    // As with the commands' own toolbars: without them the commands work all the same.
+    void load() override
+    {
+        Vs::Status status;
+        ToolbarPersister::get()->loadToolbars(Resources::ToolbarXml()->localPath(), kDomain, status);
+        if (status.isError())
+            Vs::warn(status.toString());
+    }
+
 private:
     DocumentKinds m_documentKinds;
+    Environments m_environments;
 
     VeloraOpenDocumentCmdDef m_openDocumentCmdDef;
     VeloraImportCmdDef m_importCmdDef;

@@ -6,10 +6,13 @@
 
 namespace Vu::Design {
 
+/// The add-in's string-table domain.
+inline constexpr const wchar_t* kDomain = L"VuDesign";
+
 /// The user's text for `key` in this add-in's domain, or `english` where there is none.
 inline std::wstring localized(const char* key, const char* english)
 {
-    return Vs::StringTable::getLocalizedString(L"VuDesign", key, english);
+    return Vs::StringTable::getLocalizedString(kDomain, key, english);
 }
 
 /// The same with %1%, %2%... filled in. A translation that lacks a placeholder still gives a text.

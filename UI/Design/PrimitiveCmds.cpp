@@ -5,6 +5,7 @@
 #include "Server/Types/PointText.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/Info.h"
+#include "UI/Design/Environments.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/PrimitiveTable.h"
 #include "UI/Design/Resources.h"
@@ -155,6 +156,11 @@ const Vs::UniqueString* PrimitiveCmdDef::originArgumentName()
 bool PrimitiveCmdDef::onIsApplicable(CommandContext* context) const
 {
     return context->assetSession() != nullptr;
+}
+
+std::wstring PrimitiveCmdDef::onPreferredEnvironment()
+{
+    return ModellingEnvironment::kId;
 }
 
 Info* BoxCmdDef::info()

@@ -21,6 +21,8 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
+    /// Whoever adds a part by hand or by line wants to go on modelling.
+    std::wstring onPreferredEnvironment() override;
 };
 
 /// "BoxCommand", with "Dx", "Dy", "Dz".

@@ -50,4 +50,9 @@ Vs::ImageSetResource* Resources::Documentation()
     return get()->imageSet(L"Documentation");
 }
 
+Vs::Resource* Resources::ToolbarXml()
+{
+    return get()->resource(L"Toolbar/Toolbars.xml");
+}
+
 } // namespace Vu::Design

@@ -4,7 +4,8 @@
 
 namespace Vu::Design {
 
-/// The design add-in's icons. The store owns them; they live until the process ends. Main thread only.
+/// The design add-in's icons and toolbars. The store owns them; they live until the process ends. Main thread
+/// only.
 class Resources : public Vs::ResourceMgr
 {
 public:
@@ -15,6 +16,7 @@ public:
     static Vs::ImageSetResource* Design();
     static Vs::ImageSetResource* Simulation();
     static Vs::ImageSetResource* Documentation();
+    static Vs::Resource* ToolbarXml();
 
 private:
     Resources();

@@ -139,7 +139,7 @@ void CommandButton::draw()
         return;
     const Info* info = m_control->info();
     const QIcon icon = iconOf(info->icon());
-    setText(QString::fromStdWString(info->name()));
+    setText(title());
     setIcon(icon);
     setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
     setEnabled(m_control->enabled());
@@ -150,6 +150,16 @@ void CommandButton::draw()
     }
     if (toolTip().isEmpty())
         setToolTip(tooltipText(*info, m_control->tooltip()));
+}
+
+QString CommandButton::title() const
+{
+    const auto* list = Vs::cast<ListControl>(m_control);
+    if (!list)
+        return QString::fromStdWString(m_control->info()->name());
+    // A list without a picture of its own tells what is chosen.
+    const Info* shown = list->selectedItem() ? list->selectedItem() : list->info();
+    return QString::fromStdWString(shown->name()) + QStringLiteral(" \u25be");
 }
 
 void CommandButton::fillMenu()

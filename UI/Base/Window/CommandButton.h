@@ -29,6 +29,7 @@ private:
     void inputControlChanged(InputControl* control) override;
     void inputControlDestroyed(InputControl* control) override;
     void draw();
+    QString title() const;
     void fillMenu();
 
     CommandDefinition* m_definition;

@@ -9,6 +9,7 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/DocumentSession.h"
+#include "UI/Base/Environment.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/Layout.h"
 #include "UI/Base/ProgressBar.h"
@@ -42,6 +43,14 @@ constexpr int kFirstWidth = 1280;
 constexpr int kFirstHeight = 800;
 constexpr int kMessageTime = 15000;
 constexpr const wchar_t* kExitCommand = L"ExitApplicationCommand";
+
+/// The identifier of the environment that the user works in; empty outside of any.
+std::wstring activeEnvironment()
+{
+    const AssetSession* session = SessionMgr::get()->activeAssetSession();
+    const EnvironmentDefinition* environment = session ? session->activeEnvironment() : nullptr;
+    return environment ? environment->id() : std::wstring();
+}
 
 std::vector<std::wstring> droppedFiles(const QMimeData* data)
 {
@@ -137,13 +146,14 @@ void MainWindow::keepPersistentWidgets()
 
 QWidget* MainWindow::strip(const std::string& contents, QWidget* parent)
 {
-    std::vector<ToolbarItem> items;
+    std::vector<ToolbarItem> items, itemsAtEnd;
     for (const Toolbar& toolbar : ToolbarManager::get()->toolbars())
-        if (toolbar.visible && toolbar.contents == contents) {
-            items.insert(items.end(), toolbar.items.begin(), toolbar.items.end());
-            items.push_back({}); // A line between this toolbar and the next.
+        if (toolbar.contents == contents && toolbar.standsIn(m_environment)) {
+            std::vector<ToolbarItem>& side = toolbar.atEnd ? itemsAtEnd : items;
+            side.insert(side.end(), toolbar.items.begin(), toolbar.items.end());
+            side.push_back({}); // A line between this toolbar and the next.
         }
-    if (items.empty())
+    if (items.empty() && itemsAtEnd.empty())
         return nullptr;
     auto* bar = new QFrame(parent);
     bar->setObjectName(QStringLiteral("strip"));
@@ -152,6 +162,7 @@ QWidget* MainWindow::strip(const std::string& contents, QWidget* parent)
     row->setSpacing(2);
     addToolbarItems(items, bar, m_buttons);
     row->addStretch(1);
+    addToolbarItems(itemsAtEnd, bar, m_buttons);
     return bar;
 }
 
@@ -187,6 +198,7 @@ void MainWindow::rebuild()
     m_rebuildTimer.stop();
     keepPersistentWidgets();
     m_buttons.clear();
+    m_environment = activeEnvironment();
     const bool lineHadFocus = m_commandBox && m_commandBox->hasFocus();
     delete takeCentralWidget();
     Arrangement* arrangement = m_owner->activeArrangement();
@@ -219,6 +231,10 @@ void MainWindow::refreshSoon()
 void MainWindow::refresh()
 {
     m_refreshTimer.stop();
+    if (m_environment != activeEnvironment()) {
+        rebuild();
+        return;
+    }
     QString title;
     const AssetSession* session = SessionMgr::get()->activeAssetSession();
     const Vs::Document* document = session ? session->documentSession()->document() : nullptr;

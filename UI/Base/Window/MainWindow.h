@@ -65,6 +65,7 @@ private:
     void commandAvailabilitiesChanged(Vs::Event*) override { refreshSoon(); }
     void currentSessionChanged(SessionEvent*) override { refreshSoon(); }
     void sessionActivated(SessionEvent*) override { refreshSoon(); }
+    void environmentActivated(EnvironmentEvent*) override { refreshSoon(); }
     void workspaceShellActivated(WorkspaceShellEvent*) override { refreshSoon(); }
     void toolbarsChanged() override { rebuildSoon(); }
     void alertAdded(AlertController* controller, const Alert& alert) override;
@@ -87,6 +88,7 @@ private:
     QLabel* m_message;
     AlertButton* m_alerts;
     std::vector<CommandButton*> m_buttons;
+    std::wstring m_environment; ///< Whose toolbars show.
     QTimer m_rebuildTimer, m_refreshTimer;
     bool m_resizing = false;
     bool m_toldUnknown = false;

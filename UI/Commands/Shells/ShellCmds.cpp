@@ -14,6 +14,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow ManagementShellCmdDef::kRow = {
     .key = L"ManagementShellCommand", .title = "", .icon = &Resources::ManagementShell,
+    .tooltip = "Home", .tooltipKey = "ManagementShellCommandDesc",
     .groups = {&CommandGroup::ShellGroup, &CommandGroup::BaseGroup}, .readonly = true};
 
 constinit const CommandRow AssetShellCmdDef::kRow = {

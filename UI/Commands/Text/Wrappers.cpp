@@ -9,6 +9,7 @@
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
 #include "UI/Commands/ExitApplicationCmd.h"
 #include "UI/Commands/Shells/AssetCmds.h"
+#include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/ShellCmds.h"
 
 namespace Vu::Commands {
@@ -57,6 +58,12 @@ void oneAssetSession(const Parameters& parameters, CommandContext& context)
         assetSession(parameters, context);
 }
 
+void environmentType(const Parameters& parameters, CommandContext& context)
+{
+    if (parameters.parameters() == 1)
+        context.addArgument(ActivateEnvironmentCmdDef::environmentTypeArgumentName(), parameters[0]);
+}
+
 constexpr bool kGlobal = true;
 constexpr bool kFlush = true;
 constexpr const wchar_t* kArea = L"VuCommands";
@@ -76,6 +83,10 @@ constexpr WrapperRow kCloseDocument     = {kArea, L"CloseDocumentCmd",     L"Clo
 constexpr WrapperRow kOpenDocument      = {kArea, L"OpenDocumentCmd",      L"<filename> Open the specified document.", "", &OpenDocumentCmdDef::info, firstPath, kGlobal};
 constexpr WrapperRow kAssetShell        = {kArea, L"AssetShellCmd",        L"<AssetSession> Activate asset shell.", "", &AssetShellCmdDef::info, assetSession};
 constexpr WrapperRow kManagementShell   = {kArea, L"ManagementShellCmd",   L"Activate management shell.", "", &ManagementShellCmdDef::info};
+constexpr WrapperRow kActivateEnvironment      = {kArea, L"ActivateEnvironmentCmd",      L"<EnvironmentType> Activate environment.", "", &ActivateEnvironmentCmdDef::info, environmentType};
+constexpr WrapperRow kCycleWorkspacesForward   = {kArea, L"CycleWorkspacesForwardCmd",   L"<asset_type> Cycle Workspaces Forward.", "%s%s", &CycleWorkspacesForwardCmdDef::info};
+constexpr WrapperRow kCycleWorkspacesBackward  = {kArea, L"CycleWorkspacesBackwardCmd",  L"<asset_type> Cycle Workspaces Backward.", "%s%s", &CycleWorkspacesBackwardCmdDef::info};
+constexpr WrapperRow kReturnToEnvironment      = {kArea, L"ReturnToEnvironmentCmd",      L"Return environment", "", &ReturnToEnvironmentCmdDef::info};
 // clang-format on
 
 Wrapper<kExitApplication> TextCmdVuCommandsExitApplicationCmd;
@@ -92,6 +103,10 @@ Wrapper<kCloseDocument> TextCmdVuCommandsCloseDocumentCmd;
 Wrapper<kOpenDocument> TextCmdVuCommandsOpenDocumentCmd;
 Wrapper<kAssetShell> TextCmdVuCommandsAssetShellCmd;
 Wrapper<kManagementShell> TextCmdVuCommandsManagementShellCmd;
+Wrapper<kActivateEnvironment> TextCmdVuCommandsActivateEnvironmentCmd;
+Wrapper<kCycleWorkspacesForward> TextCmdVuCommandsCycleWorkspacesForwardCmd;
+Wrapper<kCycleWorkspacesBackward> TextCmdVuCommandsCycleWorkspacesBackwardCmd;
+Wrapper<kReturnToEnvironment> TextCmdVuCommandsReturnToEnvironmentCmd;
 
 } // namespace
 } // namespace Vu::Commands

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "UI/Base/Environment.h"
+#include "UI/Base/SessionEvents.h"
+
+namespace Vu::Design {
+
+/// Building: the commands that make and change solids. Where every session starts.
+class ModellingEnvironment : public Vs::Implements<ModellingEnvironment, EnvironmentDefinition>
+{
+public:
+    static constexpr const wchar_t* kId = L"ModellingEnvironment";
+    ModellingEnvironment();
+
+protected:
+    bool onIsApplicable(const AssetSession*) const override { return true; }
+};
+
+/// Looking at, measuring and passing on what others have built.
+class ReviewEnvironment : public Vs::Implements<ReviewEnvironment, EnvironmentDefinition>
+{
+public:
+    static constexpr const wchar_t* kId = L"ReviewEnvironment";
+    ReviewEnvironment();
+
+protected:
+    bool onIsApplicable(const AssetSession*) const override { return true; }
+};
+
+/// The environments of this add-in, in the order in which they are cycled through. Puts new sessions into the
+/// first one.
+class Environments : private SessionEventSite
+{
+public:
+    Environments();
+    ~Environments() override;
+    Environments(const Environments&) = delete;
+    Environments& operator=(const Environments&) = delete;
+
+private:
+    void sessionCreated(SessionEvent* event) override;
+
+    ModellingEnvironment m_modelling;
+    ReviewEnvironment m_review;
+};
+
+} // namespace Vu::Design
