@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/DataModel/Exchange/FileKind.h"
+#include "Server/DataModel/Exchange/Format.h"
 #include "Server/DataModel/Kernel/XdeModel.h"
 #include "Server/Translate/Reporter.h"
 
@@ -34,16 +34,27 @@ struct Reading
     std::vector<std::shared_ptr<const BodyMesh>> meshes;
 };
 
+// `readFile` and `writeFile` are what a worker program does: each defines them for its own formats, so that
+// it links, and loads at its start, nothing of the others.
+
 /// Reads the shapes with their names, colours and structure, in millimetres. Throws Unreadable.
 Reading readFile(Exchange::Format format, const std::string& path, bool annotations, Reporter& reporter);
+
+/// Writes the model to a file. Throws Unreadable with the cause.
+void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter);
 
 Reading readStep(const std::string& path, bool annotations, Reporter& reporter);
 Reading readIges(const std::string& path, Reporter& reporter);
 Reading readBrep(const std::string& path, Reporter& reporter);
 Reading readStl(const std::string& path, Reporter& reporter);
 
-/// Writes the model to a file. Throws Unreadable with the cause.
-void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter);
+void writeStep(Kernel::XdeModel& model, const std::string& path, Reporter& reporter);
+void writeIges(Kernel::XdeModel& model, const std::string& path, Reporter& reporter);
+void writeBrep(Kernel::XdeModel& model, const std::string& path);
+
+/// Throws if a face has triangles but no surface: the exact formats have no place for such, and the kernel
+/// dies of it.
+void refuseMeshes(Kernel::XdeModel& model);
 
 /// The file's name without folder and suffix: the name of what has none.
 std::string stemOf(const std::string& path);

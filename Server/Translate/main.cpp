@@ -1,8 +1,8 @@
 // The worker: reads or writes one foreign file for the program that started it, and tells it over a pipe how
 // that goes. It may crash or be killed at any time; nothing of the program goes with it.
 //
-//     quillet-translate import FORMAT FILE MODEL [--no-annotations] [--memory=BYTES]
-//     quillet-translate export FORMAT DATA FILE [--memory=BYTES]
+//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--memory=BYTES]
+//     quillet-translate-FAMILY export FORMAT DATA FILE [--memory=BYTES]
 
 #include "Server/Translate/Import.h"
 #include "Server/Translate/MappedFile.h"
@@ -27,23 +27,6 @@ namespace Vs::Translate {
 std::string stemOf(const std::string& path)
 {
     return std::filesystem::path(path).stem().string();
-}
-
-Reading readFile(Exchange::Format format, const std::string& path, bool annotations, Reporter& reporter)
-{
-    switch (format) {
-    case Exchange::Format::Step:
-        return readStep(path, annotations, reporter);
-    case Exchange::Format::Iges:
-        return readIges(path, reporter);
-    case Exchange::Format::Brep:
-        return readBrep(path, reporter);
-    case Exchange::Format::Stl:
-        return readStl(path, reporter);
-    case Exchange::Format::Unknown:
-        break;
-    }
-    throw Unreadable("is of a format that can't be read");
 }
 
 namespace {
@@ -116,7 +99,7 @@ int main(int argc, char** argv)
             words.emplace_back(argument);
     }
     if (words.size() != 4 || (words[0] != "import" && words[0] != "export")) {
-        std::fprintf(stderr, "quillet-translate is started by quillet; it is of no use by itself.\n");
+        std::fprintf(stderr, "A worker is started by quillet; it is of no use by itself.\n");
         return 2;
     }
     Vs::Translate::limitMemory(memory);

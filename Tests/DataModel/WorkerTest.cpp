@@ -55,7 +55,7 @@ protected:
 
 TEST_F(WorkerTest, DoesItsWorkAndSaysSo)
 {
-    Worker worker(arguments(100), {});
+    Worker worker(workerOf(Format::Stl), arguments(100), {});
     run(worker);
     EXPECT_EQ(worker.end(), Worker::End::Done) << worker.fault();
     EXPECT_TRUE(std::filesystem::exists((folder.path() / "out.model").string()));
@@ -64,19 +64,19 @@ TEST_F(WorkerTest, DoesItsWorkAndSaysSo)
 TEST_F(WorkerTest, IsEndedWhenItMakesNoProgressOrTakesTooLong)
 {
     using std::chrono::milliseconds;
-    Worker stalled(arguments(200'000), {milliseconds(1), milliseconds(1'000'000), 0});
+    Worker stalled(workerOf(Format::Stl), arguments(200'000), {milliseconds(1), milliseconds(1'000'000), 0});
     run(stalled);
     EXPECT_EQ(stalled.end(), Worker::End::Stalled);
     EXPECT_NE(stalled.fault().find("without progress"), std::string::npos) << stalled.fault();
 
     // Whatever processor time it got.
     const milliseconds never(1'000'000);
-    Worker starved(arguments(200'000), {never, never, 0, milliseconds(1)});
+    Worker starved(workerOf(Format::Stl), arguments(200'000), {never, never, 0, milliseconds(1)});
     run(starved);
     EXPECT_EQ(starved.end(), Worker::End::Stalled);
     EXPECT_NE(starved.fault().find("without progress"), std::string::npos) << starved.fault();
 
-    Worker slow(arguments(200'000), {milliseconds(1'000'000), milliseconds(1), 0});
+    Worker slow(workerOf(Format::Stl), arguments(200'000), {milliseconds(1'000'000), milliseconds(1), 0});
     run(slow);
     EXPECT_EQ(slow.end(), Worker::End::Stalled);
     EXPECT_NE(slow.fault().find("was ended after"), std::string::npos) << slow.fault();
@@ -89,7 +89,7 @@ TEST_F(WorkerTest, IsToldApartWhenItOutgrowsItsMemory)
 #endif
     WorkerLimits limits;
     limits.memory = 1 << 20;
-    Worker worker(arguments(200'000), limits);
+    Worker worker(workerOf(Format::Stl), arguments(200'000), limits);
     run(worker);
     EXPECT_EQ(worker.end(), Worker::End::Exhausted) << worker.fault();
     EXPECT_NE(worker.fault().find("memory"), std::string::npos);
@@ -97,7 +97,7 @@ TEST_F(WorkerTest, IsToldApartWhenItOutgrowsItsMemory)
 
 TEST_F(WorkerTest, WrongArgumentsAreAFaultOfTheWorker)
 {
-    Worker worker({"dance"}, {});
+    Worker worker(workerOf(Format::Stl), {"dance"}, {});
     run(worker);
     EXPECT_EQ(worker.end(), Worker::End::Crashed);
     EXPECT_NE(worker.fault().find("exit code 2"), std::string::npos) << worker.fault();
@@ -110,7 +110,8 @@ TEST_F(WorkerTest, LeavesNoChildAndNoDescriptorBehindHoweverItEnds)
     std::vector<Worker*> workers;
     for (int i = 0; i < 6; ++i) {
         owned.push_back(std::make_unique<Worker>(
-            i % 2 ? arguments(50'000) : std::vector<std::string>{"dance"}, WorkerLimits{}));
+            workerOf(Format::Stl), i % 2 ? arguments(50'000) : std::vector<std::string>{"dance"},
+            WorkerLimits{}));
         workers.push_back(owned.back().get());
     }
     int questions = 0;

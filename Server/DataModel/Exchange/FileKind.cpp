@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <cwctype>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -15,40 +14,6 @@
 namespace Vs::Exchange {
 
 namespace {
-
-struct FormatRow
-{
-    Format format;
-    const wchar_t* name;
-    const char* key;
-    std::initializer_list<const wchar_t*> suffixes;
-};
-
-const FormatRow kFormats[] = {
-    {Format::Step, L"STEP", "step", {L".stp", L".step"}},
-    {Format::Iges, L"IGES", "iges", {L".igs", L".iges"}},
-    {Format::Brep, L"BREP", "brep", {L".brep", L".brp"}},
-    {Format::Stl, L"STL", "stl", {L".stl"}},
-};
-
-const FormatRow* rowOf(Format format)
-{
-    for (const FormatRow& row : kFormats)
-        if (row.format == format)
-            return &row;
-    return nullptr;
-}
-
-std::wstring suffixOf(const std::wstring& path)
-{
-    const size_t dot = path.find_last_of(L'.');
-    if (dot == std::wstring::npos || path.find(L'/', dot) != std::wstring::npos)
-        return {};
-    std::wstring suffix = path.substr(dot);
-    for (wchar_t& c : suffix)
-        c = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
-    return suffix;
-}
 
 // Whether `text` begins with `word`, in any case, after blanks and line ends.
 bool beginsWith(std::string_view text, std::string_view word)
@@ -82,16 +47,6 @@ bool isBinaryStl(std::string_view head, uint64_t size)
 
 } // namespace
 
-Format formatOfName(const std::wstring& path)
-{
-    const std::wstring suffix = suffixOf(path);
-    for (const FormatRow& row : kFormats)
-        for (const wchar_t* candidate : row.suffixes)
-            if (suffix == candidate)
-                return row.format;
-    return Format::Unknown;
-}
-
 Format formatOfContent(std::string_view head, uint64_t size)
 {
     if (beginsWith(head, "iso-10303-21"))
@@ -106,26 +61,6 @@ Format formatOfContent(std::string_view head, uint64_t size)
         return Format::Brep;
     if (beginsWith(head, "solid"))
         return Format::Stl;
-    return Format::Unknown;
-}
-
-const wchar_t* nameOf(Format format)
-{
-    const FormatRow* row = rowOf(format);
-    return row ? row->name : L"unknown";
-}
-
-const char* keyOf(Format format)
-{
-    const FormatRow* row = rowOf(format);
-    return row ? row->key : "unknown";
-}
-
-Format formatOfKey(std::string_view key)
-{
-    for (const FormatRow& row : kFormats)
-        if (key == row.key)
-            return row.format;
     return Format::Unknown;
 }
 

@@ -90,7 +90,8 @@ void ForeignImport::startWorker(bool annotations, ImportCache& cache)
     std::vector<std::string> arguments{"import", keyOf(m_format), Strings::narrow(m_path), m_scratch};
     if (!annotations)
         arguments.push_back("--no-annotations");
-    m_worker = std::make_unique<Worker>(std::move(arguments), WorkerLimits::forFile(m_size));
+    m_worker =
+        std::make_unique<Worker>(workerOf(m_format), std::move(arguments), WorkerLimits::forFile(m_size));
 }
 
 bool ForeignImport::finish(ImportCache& cache)

@@ -201,7 +201,7 @@ bool ForeignTranslator::saveByWorker(const Asset& asset, const std::wstring& pat
             if (!stream.flush())
                 return fault(L"can't be written: there is no room for the model's data");
         }
-        Worker worker({"export", keyOf(m_row.format), data.path(), file.scratch()},
+        Worker worker(workerOf(m_row.format), {"export", keyOf(m_row.format), data.path(), file.scratch()},
                       WorkerLimits::forFile(std::filesystem::file_size(data.path()) * 10));
         ProgressScope progress(L"Writing " + fileName(path));
         Worker* workers[] = {&worker};

@@ -61,12 +61,11 @@ Worker::~Worker()
         kill(End::Cancelled, {});
 }
 
-std::string Worker::program()
+std::string Worker::programPath() const
 {
     Dl_info here;
     dladdr(reinterpret_cast<void*>(&signalText), &here);
-    return (std::filesystem::path(here.dli_fname).parent_path().parent_path() / "bin/quillet-translate")
-        .string();
+    return (std::filesystem::path(here.dli_fname).parent_path().parent_path() / "bin" / m_program).string();
 }
 
 std::string Worker::role() const
@@ -85,7 +84,7 @@ void Worker::start()
         m_fault = "the " + role() + " can't be started: " + std::strerror(errno);
         return;
     }
-    const std::string path = program();
+    const std::string path = programPath();
     std::vector<char*> arguments{const_cast<char*>(path.c_str())};
     for (std::string& argument : m_arguments)
         arguments.push_back(argument.data());

@@ -40,9 +40,10 @@ public:
         Cancelled,
     };
 
-    /// The arguments follow the program's name.
-    Worker(std::vector<std::string> arguments, WorkerLimits limits)
-        : m_arguments(std::move(arguments)), m_limits(limits)
+    /// `program` is the name of one that stands beside this program's libraries (see `workerOf`); the
+    /// arguments follow it.
+    Worker(std::string program, std::vector<std::string> arguments, WorkerLimits limits)
+        : m_program(std::move(program)), m_arguments(std::move(arguments)), m_limits(limits)
     {
     }
     ~Worker();
@@ -66,19 +67,18 @@ public:
     /// Runs the workers side by side, at most as many at once as there are processors, until all have ended.
     static void run(std::span<Worker* const> workers, const Watch& watch);
 
-    /// The program that does the work, beside this one's libraries.
-    static std::string program();
-
 private:
     using Clock = std::chrono::steady_clock;
 
     std::string role() const;
+    std::string programPath() const;
     void readMessages();
     void checkLimits(Clock::time_point now);
     std::chrono::milliseconds processorTime() const;
     void kill(End why, std::string fault);
     void reap();
 
+    std::string m_program;
     std::vector<std::string> m_arguments;
     WorkerLimits m_limits;
     End m_end = End::Running;

@@ -279,13 +279,3 @@ std::wstring XdeModel::redoName() const
 }
 
 } // namespace Vs::Kernel
-
-extern "C" Vs::ModelKernel* quilletMakeModel()
-{
-    return new Vs::Kernel::XdeModel;
-}
-
-extern "C" Vs::ModelKernel* quilletReadModel(const char* bytes, size_t size)
-{
-    return new Vs::Kernel::XdeModel(std::string_view(bytes, size));
-}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace Vs::Exchange {
+
+enum class Format { Unknown, Step, Iges, Brep, Stl };
+
+/// By the suffix, in any case.
+Format formatOfName(const std::wstring& path);
+/// The name's suffix in lower case, with its dot; empty if it has none.
+std::wstring suffixOf(const std::wstring& path);
+
+/// As a person calls it: L"STEP".
+const wchar_t* nameOf(Format format);
+/// As the worker takes it: "step".
+const char* keyOf(Format format);
+Format formatOfKey(std::string_view key);
+/// The program that reads and writes it. Each links only what its formats need, since that is most of the
+/// time that its start takes.
+const char* workerOf(Format format);
+
+} // namespace Vs::Exchange

@@ -1,0 +1,13 @@
+#include "Server/DataModel/Kernel/XdeModel.h"
+
+// What the data model finds when it opens this library.
+
+extern "C" Vs::ModelKernel* quilletMakeModel()
+{
+    return new Vs::Kernel::XdeModel;
+}
+
+extern "C" Vs::ModelKernel* quilletReadModel(const char* bytes, size_t size)
+{
+    return new Vs::Kernel::XdeModel(std::string_view(bytes, size));
+}

@@ -1,0 +1,22 @@
+#include "Server/Translate/Readers.h"
+
+#include <IGESCAFControl_Writer.hxx>
+#include <IGESControl_Controller.hxx>
+
+namespace Vs::Translate {
+
+void writeIges(Kernel::XdeModel& model, const std::string& path, Reporter& reporter)
+{
+    IGESControl_Controller::Init();
+    IGESCAFControl_Writer writer;
+    writer.SetColorMode(true);
+    writer.SetNameMode(true);
+    const Handle(KernelProgress) progress = new KernelProgress(reporter);
+    if (!writer.Transfer(model.document(), progress->Start()))
+        throw Unreadable("can't be expressed as IGES");
+    reporter.stage("writing the file", 0.7, 1.0);
+    if (!writer.Write(path.c_str()))
+        throw Unreadable("can't be written");
+}
+
+} // namespace Vs::Translate

@@ -1,0 +1,28 @@
+// The worker for files of plain shapes and of triangles: BREP and STL.
+
+#include "Server/Translate/Readers.h"
+
+namespace Vs::Translate {
+
+Reading readFile(Exchange::Format format, const std::string& path, bool, Reporter& reporter)
+{
+    switch (format) {
+    case Exchange::Format::Brep:
+        return readBrep(path, reporter);
+    case Exchange::Format::Stl:
+        return readStl(path, reporter);
+    default:
+        throw Unreadable("is of a format that can't be read");
+    }
+}
+
+void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter)
+{
+    if (format != Exchange::Format::Brep)
+        throw Unreadable("is of a format that can't be written");
+    refuseMeshes(model);
+    reporter.stage("preparing the file", 0.1, 0.7);
+    writeBrep(model, path);
+}
+
+} // namespace Vs::Translate

@@ -1,0 +1,23 @@
+// The worker for STEP files.
+
+#include "Server/Translate/Readers.h"
+
+namespace Vs::Translate {
+
+Reading readFile(Exchange::Format format, const std::string& path, bool annotations, Reporter& reporter)
+{
+    if (format != Exchange::Format::Step)
+        throw Unreadable("is of a format that can't be read");
+    return readStep(path, annotations, reporter);
+}
+
+void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter)
+{
+    if (format != Exchange::Format::Step)
+        throw Unreadable("is of a format that can't be written");
+    refuseMeshes(model);
+    reporter.stage("preparing the file", 0.1, 0.7);
+    writeStep(model, path, reporter);
+}
+
+} // namespace Vs::Translate
