@@ -4,11 +4,16 @@
 
 #include <boost/filesystem/path.hpp>
 
+#include <string>
 #include <vector>
 
 namespace Vs {
 
 class Document;
+
+namespace Exchange {
+struct WorkerProcess;
+}
 
 /// Opens several files at once. Foreign files are read side by side, each by a worker of its own.
 class DocumentOpener
@@ -19,6 +24,12 @@ public:
     /// Begins to read a foreign file that is going to be opened soon, however, while the program still
     /// starts. Tells nothing of what goes wrong: opening does. Main thread.
     static void expect(const boost::filesystem::path& path);
+
+    /// Takes over a worker that the program's start put on standby (Exchange::spawnWorker), for the first
+    /// file that its program can read. Main thread.
+    static void standby(const std::string& program, const Exchange::WorkerProcess& worker);
+    /// Ends it if nothing has asked for it; before the program ends.
+    static void dropStandby();
 
     /// What goes wrong with one file adds its error to the status and leaves the others alone. Option 1 is
     /// the ordinary way; 0 stops at the first error.

@@ -3,7 +3,9 @@
 //
 //     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--memory=BYTES]
 //     quillet-translate-FAMILY export FORMAT DATA FILE [--memory=BYTES]
+//     quillet-translate-FAMILY standby    (and then one of these, on standard input)
 
+#include "Server/DataModel/Exchange/WorkerProcess.h"
 #include "Server/Translate/Import.h"
 #include "Server/Translate/MappedFile.h"
 
@@ -16,7 +18,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <new>
-#include <string_view>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -83,20 +84,36 @@ int run(const std::vector<std::string>& words, bool annotations)
 
 } // namespace Vs::Translate
 
+namespace {
+
+// What every job needs takes a while to come up; on standby there is time for it.
+void warmUp()
+{
+    const Vs::Kernel::XdeModel model;
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (arguments == std::vector<std::string>{Vs::Exchange::kStandby}) {
+        warmUp();
+        arguments = Vs::Exchange::receiveJob(STDIN_FILENO);
+        if (arguments.empty())
+            std::_Exit(0);
+    }
     std::vector<std::string> words;
     bool annotations = true;
     rlim_t memory = 0;
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view argument = argv[i];
+    for (const std::string& argument : arguments) {
         if (argument == "--no-annotations")
             annotations = false;
         else if (argument.starts_with("--memory="))
-            memory = std::strtoull(argv[i] + 9, nullptr, 10);
+            memory = std::strtoull(argument.c_str() + 9, nullptr, 10);
         else
-            words.emplace_back(argument);
+            words.push_back(argument);
     }
     if (words.size() != 4 || (words[0] != "import" && words[0] != "export")) {
         std::fprintf(stderr, "A worker is started by quillet; it is of no use by itself.\n");

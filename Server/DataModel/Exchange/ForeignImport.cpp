@@ -75,6 +75,7 @@ bool ForeignImport::prepare(ImportCache& cache)
     }
     m_key = *key;
     if (auto known = cache.find(m_key)) {
+        StandbyWorker::drop();
         takeModel(std::move(known));
         return false;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Exchange/WorkerProcess.h"
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 
 #include <chrono>
@@ -82,8 +83,7 @@ private:
     std::vector<std::string> m_arguments;
     WorkerLimits m_limits;
     End m_end = End::Running;
-    int m_process = -1;
-    int m_pipe = -1;
+    WorkerProcess m_process;
     WorkerMessageReader m_reader;
     bool m_done = false;
     double m_fraction = 0;

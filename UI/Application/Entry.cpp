@@ -1,0 +1,68 @@
+#include "Server/Base/SoftwareVersion.h"
+#include "Server/DataModel/DocumentOpener.h"
+#include "Server/DataModel/Exchange/WorkerProcess.h"
+#include "UI/Application/Program.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <fcntl.h>
+
+using namespace Quillet;
+
+namespace {
+
+/// A run that was started with one of the standard streams closed would give its number to the next file that
+/// is opened, and write its messages into that.
+void openStandardStreams()
+{
+    for (int stream = 0; stream <= 2; ++stream)
+        if (fcntl(stream, F_GETFD) < 0 && errno == EBADF)
+            open("/dev/null", O_RDWR);
+}
+
+int run(int count, char** arguments)
+{
+    const CommandLine line = parseCommandLine({arguments + 1, arguments + count});
+    if (!line.error.empty()) {
+        std::fprintf(stderr, "quillet: %s\nTry: quillet --help\n", line.error.c_str());
+        return kExitUsage;
+    }
+    if (line.help) {
+        std::fputs(helpText().c_str(), stdout);
+        return kExitOk;
+    }
+    if (line.version) {
+        std::printf("Quillet %s\n", Vs::SoftwareVersion::currentSoftwareVersion().c_str());
+        return kExitOk;
+    }
+    return runProgram(line, count, arguments);
+}
+
+} // namespace
+
+/// What `main` calls once this library is loaded.
+extern "C" int quilletMain(int count, char** arguments, const char* standbyProgram,
+                           const Vs::Exchange::WorkerProcess* standby)
+{
+    if (standby->running())
+        Vs::DocumentOpener::standby(standbyProgram, *standby);
+    openStandardStreams();
+    int code = kExitLineFailed;
+    try {
+        code = run(count, arguments);
+    } catch (const std::exception& fault) {
+        std::fprintf(stderr, "quillet: %s\n", fault.what());
+    }
+    Vs::DocumentOpener::dropStandby();
+    // Answers that nobody got, on a full disk say, are no success.
+    errno = 0;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        std::fprintf(stderr, "quillet: Answers could not be written to standard output%s%s.\n",
+                     errno ? ": " : "", errno ? std::strerror(errno) : "");
+        if (code == kExitOk)
+            code = kExitLineFailed;
+    }
+    return code;
+}
