@@ -66,6 +66,24 @@ void Asset::name(const std::wstring& name)
     m_data->root().name = name;
     AssetEvent event(this);
     AssetEventSource::get()->fireAssetRenamed(&event);
+    markDirty();
+}
+
+std::wstring Asset::setting(const std::string& key) const
+{
+    const auto found = m_settings.find(key);
+    return found == m_settings.end() ? std::wstring() : found->second;
+}
+
+void Asset::setting(const std::string& key, const std::wstring& value)
+{
+    if (value == setting(key))
+        return;
+    if (value.empty())
+        m_settings.erase(key);
+    else
+        m_settings[key] = value;
+    markSmudge();
 }
 
 std::wstring Asset::assetTypeName() const

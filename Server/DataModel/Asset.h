@@ -6,6 +6,7 @@
 
 #include <boost/uuid/uuid.hpp>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +35,7 @@ public:
     ~Asset() override;
 
     const std::wstring& name() const { return m_name; }
+    /// A new name is a change of the asset: it becomes dirty.
     void name(const std::wstring& name);
     const boost::uuids::uuid& guid() const { return m_guid; }
     AssetType* assetType() const { return m_type; }
@@ -52,6 +54,13 @@ public:
     bool isSmudge() const { return m_smudged; }
     /// Forgets both marks, as after a save.
     void markClean();
+
+    /// Small values that belong to the asset and are saved with it, under keys of the caller's own. Empty
+    /// text where there is none; setting empty text removes it. A change smudges the asset; where it is the
+    /// user's own work, the caller marks the asset dirty.
+    std::wstring setting(const std::string& key) const;
+    void setting(const std::string& key, const std::wstring& value);
+    const std::map<std::string, std::wstring>& settings() const { return m_settings; }
 
     bool isVisible() const { return m_visible; }
     /// The asset that a hidden one belongs to; null for visible ones.
@@ -79,6 +88,7 @@ public:
 
 private:
     friend class Document;
+    friend class DocumentStore;
     Asset(Document* document, const std::wstring& name, AssetType* type, Asset* parent, bool visible);
 
     Document* m_document;
@@ -91,6 +101,7 @@ private:
     bool m_smudged = false;
     bool m_fullyInitialized = false;
     std::vector<Asset*> m_referenced;
+    std::map<std::string, std::wstring> m_settings;
     std::unique_ptr<ModelData> m_data;
     mutable std::unique_ptr<AssetAdapter> m_adapter;
     mutable bool m_adapterAsked = false;

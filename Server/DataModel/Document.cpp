@@ -1,18 +1,28 @@
 #include "Server/DataModel/Document.h"
 
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/IDocMgmtHandler.h"
+#include "Server/DataModel/Native/DocumentStore.h"
 #include "Server/Types/Uuid.h"
+
+#include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
 #include <numeric>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Vs {
 
 Document::Document(DocumentType* type, const std::wstring& displayName)
-    : m_identifier(makeUuid()), m_type(type), m_displayName(displayName)
+    : m_identifier(makeUuid()),
+      m_type(type),
+      m_displayName(displayName),
+      m_file(std::make_unique<DocumentFile>())
 {
 }
 
@@ -47,9 +57,87 @@ void Document::activeAsset(Asset* asset)
 
 void Document::path(const std::wstring& path)
 {
+    if (path != m_path)
+        m_file->identity = {};
     m_path = path;
     if (!path.empty())
         displayName(boost::filesystem::path(path).stem().wstring());
+}
+
+void Document::clearPath()
+{
+    path({});
+}
+
+bool Document::save(Status& status)
+{
+    Status own;
+    if (m_path.empty())
+        own.addError(L"\"" + m_displayName + L"\" has no file name yet. Give it one with Save As.");
+    const bool saved = own.isOk() && DocumentStore::save(*this, m_path, own);
+    status.merge(own);
+    if (!saved) {
+        tellFailure(own);
+        return false;
+    }
+    DocumentEvent event(this);
+    DocumentEventSource::get()->fireDocumentSaved(&event);
+    tellUpdated();
+    return true;
+}
+
+bool Document::saveAs(const std::wstring& path, Status& status)
+{
+    Status own;
+    if (path.empty())
+        own.addError(L"\"" + m_displayName + L"\" needs a file name to be saved under.");
+    const std::wstring absolute = path.empty() ? path : boost::filesystem::absolute(path).wstring();
+    const bool saved = own.isOk() && DocumentStore::save(*this, absolute, own);
+    status.merge(own);
+    if (!saved) {
+        tellFailure(own);
+        return false;
+    }
+    // The file is the document's own already; only its name is new.
+    const bool renamed = m_path != absolute;
+    m_path = absolute;
+    if (renamed)
+        m_displayName = boost::filesystem::path(absolute).stem().wstring();
+    tellUpdated();
+    return true;
+}
+
+void Document::tellFailure(const Status& status)
+{
+    DocumentFailureEvent event(this, status);
+    DocumentEventSource::get()->fireDocumentSaveFailed(&event);
+}
+
+void Document::tellUpdated()
+{
+    DocumentEvent event(this, Timing::Notification);
+    DocumentEventSource::get()->fireDocumentUpdated(&event);
+}
+
+bool Document::cannotBeWritten(const std::string& path)
+{
+    struct stat info;
+    if (stat(path.c_str(), &info) != 0)
+        return false;
+    // A superuser may write everything; the protection is meant all the same.
+    return (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 || access(path.c_str(), W_OK) != 0;
+}
+
+bool Document::isReadOnly() const
+{
+    return !m_path.empty() && cannotBeWritten(Strings::narrow(m_path));
+}
+
+bool Document::mayBeEdited()
+{
+    if (m_file->editingAllowed || !isReadOnly())
+        return true;
+    return m_file->editingAllowed = IDocMgmtHandler::notifyEditingReadOnlyDocuments({this}) != eDocMgmtStop;
 }
 
 std::wstring Document::bestPath() const
@@ -64,8 +152,7 @@ void Document::displayName(const std::wstring& name)
     if (name == m_displayName)
         return;
     m_displayName = name;
-    DocumentEvent event(this, Timing::Notification);
-    DocumentEventSource::get()->fireDocumentUpdated(&event);
+    tellUpdated();
 }
 
 bool Document::isDirty(bool includeReferenced) const

@@ -16,6 +16,7 @@ namespace Vs {
 
 class Asset;
 class DocumentType;
+struct DocumentFile;
 
 /// An open document with its assets. Owned by DocumentMgr; it closes when its last lock is released. A
 /// document that was never locked stays open until DocumentMgr::close. Main thread only.
@@ -38,7 +39,10 @@ public:
 
     /// The native file; empty for a document that was never saved, which includes one that was translated.
     const std::wstring& path() const { return m_path; }
+    /// Where the next save writes. Nothing is written now, and a file that stands there is not looked at.
     void path(const std::wstring& path);
+    /// Makes the document one that was never saved, under the name that it has.
+    void clearPath();
     bool isOnDisk() const { return !m_path.empty(); }
     /// `path()` if there is one, else the file that the document was translated from, else the display name.
     std::wstring bestPath() const;
@@ -51,6 +55,24 @@ public:
 
     /// Whether any asset, visible or hidden, is dirty. See Asset::isDirty.
     bool isDirty(bool includeReferenced) const;
+
+    /// Writes the document to its path. The file there is replaced as a whole or stays as it was, byte by
+    /// byte; a symbolic link stays one. On success every asset is clean, and the sites hear documentSaved and
+    /// documentUpdated. On failure returns false with one error that names the file and the cause, the
+    /// document is as it was, and the sites hear documentSaveFailed. Refused are, unless a handler agrees: a
+    /// file that is write-protected (IDocMgmtHandler::onSavingReadOnlyFiles) and one that another program
+    /// changed since it was opened or saved (onSavingChangedFiles). A file that is gone is written anew. Can
+    /// be cancelled.
+    bool save(Status& status);
+    /// The same to another path, which is the document's own from then on. The sites hear documentUpdated;
+    /// documentSaved is for the caller to tell.
+    bool saveAs(const std::wstring& path, Status& status);
+    /// Whether the file on the disk is write-protected.
+    bool isReadOnly() const;
+    static bool cannotBeWritten(const std::string& path);
+    /// Asks the handlers, once, whether a document that is read-only may be changed
+    /// (IDocMgmtHandler::onEditingReadOnlyDocuments). True for every other document.
+    bool mayBeEdited();
 
     /// The identifier on the cloud drive; empty for a document that isn't from there.
     const std::string& cloudId() const { return m_cloudId; }
@@ -73,8 +95,11 @@ public:
 private:
     friend class Asset;
     friend class DocumentMgr;
+    friend class DocumentStore;
     Document(DocumentType* type, const std::wstring& displayName);
     Asset* adopt(std::unique_ptr<Asset> asset);
+    void tellUpdated();
+    void tellFailure(const Status& status);
 
     boost::uuids::uuid m_identifier;
     DocumentType* m_type;
@@ -84,6 +109,7 @@ private:
     std::string m_cloudId;
     unsigned m_savedVersion = 0;
     bool m_closing = false;
+    std::unique_ptr<DocumentFile> m_file;
     std::vector<std::unique_ptr<Asset>> m_assets;
     std::vector<std::unique_ptr<Asset>> m_hiddenAssets;
     Asset* m_activeAsset = nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Event.h"
+#include "Server/Base/Status.h"
 
 namespace Vs {
 
@@ -19,6 +20,20 @@ private:
     Document* m_document;
 };
 
+/// What went wrong with a document, in one error.
+class DocumentFailureEvent : public Implements<DocumentFailureEvent, DocumentEvent>
+{
+public:
+    DocumentFailureEvent(Document* document, const Status& status)
+        : Implements(document, Timing::After), m_status(status)
+    {
+    }
+    const Status& status() const { return m_status; }
+
+private:
+    const Status& m_status;
+};
+
 /// What happens to documents. Each operation does nothing unless overridden.
 class DocumentEventSite : public EventSite
 {
@@ -28,6 +43,9 @@ public:
     /// A document that was opened by the program itself, not by a command, and has no session yet.
     virtual void documentOpenedInBackground(DocumentEvent*) {}
     virtual void documentSaved(DocumentEvent*) {}
+    /// Document::save or saveAs gave up; the document is as it was. Whoever called may be about to clear the
+    /// status, so this is the place from which the user gets to know.
+    virtual void documentSaveFailed(DocumentFailureEvent*) {}
     /// Something about the document is to be shown anew: its name, its dirty state, its active asset.
     virtual void documentUpdated(DocumentEvent*) {}
     virtual void documentActiveAssetChanged(DocumentEvent*) {}
@@ -48,6 +66,10 @@ public:
         fire(&DocumentEventSite::documentOpenedInBackground, event);
     }
     void fireDocumentSaved(DocumentEvent* event) { fire(&DocumentEventSite::documentSaved, event); }
+    void fireDocumentSaveFailed(DocumentFailureEvent* event)
+    {
+        fire(&DocumentEventSite::documentSaveFailed, event);
+    }
     void fireDocumentUpdated(DocumentEvent* event) { fire(&DocumentEventSite::documentUpdated, event); }
     void fireDocumentActiveAssetChanged(DocumentEvent* event)
     {

@@ -1,14 +1,19 @@
 #include "Server/DataModel/DocumentMgr.h"
 
+#include "Server/Base/Progress.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentEvents.h"
+#include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/NativeFile.h"
 
+#include <boost/algorithm/string/predicate.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace Vs {
 
@@ -143,8 +148,32 @@ Document* DocumentMgr::open(const std::wstring& path, Status& status)
     else if (error)
         status.addError(L"The file \"" + path + L"\" can't be read: " + Strings::widen(error.message()) +
                         L".");
-    else
+    else if (!isNativeName(path) && !NativeFile::isNative(path))
         status.addError(L"The file \"" + path + L"\" is of no kind that this program can open.");
+    else
+        return openNative(path, status);
+    return nullptr;
+}
+
+bool DocumentMgr::isNativeName(const std::wstring& path) const
+{
+    return std::any_of(m_types.begin(), m_types.end(), [&](const DocumentType* type) {
+        return boost::algorithm::iends_with(path, type->extension());
+    });
+}
+
+Document* DocumentMgr::openNative(const std::wstring& path, Status& status)
+{
+    ProgressScope progress(L"Opening " + fs::path(path).filename().wstring());
+    try {
+        auto load = Native::NativeLoad::read(Strings::narrow(path),
+                                             [&](double fraction) { return progress.update(fraction); });
+        return DocumentStore::build(std::move(load), fs::absolute(path).wstring(), status);
+    } catch (const Native::Cancelled&) {
+        status.addError(L"Opening \"" + path + L"\" was cancelled.");
+    } catch (const std::runtime_error& error) {
+        status.addError(L"\"" + path + L"\" can't be opened: " + Strings::widen(error.what()) + L".");
+    }
     return nullptr;
 }
 

@@ -60,7 +60,10 @@ public:
 
 private:
     friend class Document;
+    friend class DocumentStore;
     DocumentMgr() = default;
+    bool isNativeName(const std::wstring& path) const;
+    Document* openNative(const std::wstring& path, Status& status);
     Document* add(AssetType* type, const std::wstring& displayName, Status& status);
 
     std::vector<std::unique_ptr<Document>> m_documents;

@@ -14,15 +14,22 @@ std::vector<IDocMgmtHandler*>& handlers()
     return list;
 }
 
+// `silence` is the answer if no handler has an opinion.
 template <class Argument>
-EDocMgmtOpCode ask(EDocMgmtOpCode (IDocMgmtHandler::*question)(Argument), Argument argument)
+EDocMgmtOpCode ask(EDocMgmtOpCode (IDocMgmtHandler::*question)(Argument), Argument argument,
+                   EDocMgmtOpCode silence = eDocMgmtGoOn)
 {
     // A handler may show a dialog, and while that runs handlers may come and go.
     const std::vector<IDocMgmtHandler*> asked = handlers();
-    for (IDocMgmtHandler* handler : asked)
-        if ((handler->*question)(argument) == eDocMgmtStop)
+    EDocMgmtOpCode answer = silence;
+    for (IDocMgmtHandler* handler : asked) {
+        const EDocMgmtOpCode own = (handler->*question)(argument);
+        if (own == eDocMgmtStop)
             return eDocMgmtStop;
-    return eDocMgmtGoOn;
+        if (own == eDocMgmtGoOn)
+            answer = eDocMgmtGoOn;
+    }
+    return answer;
 }
 
 } // namespace
@@ -65,7 +72,12 @@ EDocMgmtOpCode IDocMgmtHandler::notifySavingFirstTime(const Documents& documents
 
 EDocMgmtOpCode IDocMgmtHandler::notifySavingReadOnlyFiles(const Documents& documents)
 {
-    return ask<const Documents&>(&IDocMgmtHandler::onSavingReadOnlyFiles, documents);
+    return ask<const Documents&>(&IDocMgmtHandler::onSavingReadOnlyFiles, documents, eDocMgmtNoOpinion);
+}
+
+EDocMgmtOpCode IDocMgmtHandler::notifySavingChangedFiles(const Documents& documents)
+{
+    return ask<const Documents&>(&IDocMgmtHandler::onSavingChangedFiles, documents, eDocMgmtNoOpinion);
 }
 
 EDocMgmtOpCode IDocMgmtHandler::notifyEditingReadOnlyDocuments(const Documents& documents)

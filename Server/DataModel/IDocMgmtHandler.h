@@ -34,13 +34,17 @@ public:
     virtual EDocMgmtOpCode onSavingReadOnlyFiles(const Documents&) { return eDocMgmtNoOpinion; }
     virtual EDocMgmtOpCode onEditingReadOnlyDocuments(const Documents&) { return eDocMgmtNoOpinion; }
     virtual EDocMgmtOpCode onAssetDirtyFirstTime(Asset*) { return eDocMgmtNoOpinion; }
+    /// Files that another program changed since they were opened or saved.
+    virtual EDocMgmtOpCode onSavingChangedFiles(const Documents&) { return eDocMgmtNoOpinion; }
 
     static EDocMgmtOpCode notifyPreClosingDocuments(const Documents& documents);
     static EDocMgmtOpCode notifySavingMigratedFiles(const Documents& documents);
     /// Hands on only the documents that are dirty; goes on without asking if none is.
     static EDocMgmtOpCode notifyClosingDirtyDocuments(const Documents& documents);
     static EDocMgmtOpCode notifySavingFirstTime(const Documents& documents);
+    /// Go on only if a handler says so: no opinion, where nobody has one, means that the file stays as it is.
     static EDocMgmtOpCode notifySavingReadOnlyFiles(const Documents& documents);
+    static EDocMgmtOpCode notifySavingChangedFiles(const Documents& documents);
     static EDocMgmtOpCode notifyEditingReadOnlyDocuments(const Documents& documents);
     static EDocMgmtOpCode notifyAssetDirtyFirstTime(Asset* asset);
 };

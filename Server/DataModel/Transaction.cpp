@@ -1,7 +1,10 @@
 #include "Server/DataModel/Transaction.h"
 
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
 #include "Server/DataModel/Model/ModelData.h"
+
+#include <stdexcept>
 
 namespace Vs {
 
@@ -29,9 +32,10 @@ Result ask(const Asset* asset, Result (ModelKernel::*question)() const)
 bool step(Asset* asset, bool (ModelKernel::*direction)())
 {
     ModelSource& source = asset->data().source();
-    if (!source.kernelLoaded() || asset->data().transactionOpen ||
+    if (!source.kernelLoaded() || asset->data().transactionOpen || !asset->document()->mayBeEdited() ||
         !source.withKernel([&](ModelKernel& kernel) { return (kernel.*direction)(); }))
         return false;
+    asset->data().markChanged();
     asset->markDirty();
     tellChanges(asset);
     return true;
@@ -45,6 +49,8 @@ Transaction::Transaction(Asset* asset, const std::wstring& name) : m_asset(asset
     m_outermost = !data.transactionOpen;
     if (!m_outermost)
         return;
+    if (!asset->document()->mayBeEdited())
+        throw std::runtime_error("its document is read-only");
     data.source().withKernel([](ModelKernel& kernel) { kernel.begin(); });
     data.transactionOpen = true;
     data.transactionBroken = false;
@@ -72,6 +78,7 @@ void Transaction::commit()
         if (!data.source().withKernel(
                 [&](ModelKernel& kernel) { return kernel.commit(data.transactionName); }))
             return;
+        data.markChanged();
         m_asset->markDirty();
     }
     // An inner transaction shows what it did, so that the outer one can go on with it.

@@ -14,7 +14,8 @@ class Asset;
 class Transaction
 {
 public:
-    /// `name` is what the undo list shows.
+    /// `name` is what the undo list shows. Throws std::runtime_error if the document is read-only and a
+    /// handler keeps it from being changed.
     Transaction(Asset* asset, const std::wstring& name);
     ~Transaction();
     Transaction(const Transaction&) = delete;

@@ -4,10 +4,13 @@
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Server/DataModel/Model/ModelKernel.h"
+#include "Server/DataModel/Model/StoredPart.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -57,6 +60,19 @@ public:
     /// there stay the same objects. Gives what changed.
     ComponentsEvent::Changes refresh();
 
+    /// Whether there is nothing in it, and never was.
+    bool isEmpty() const { return !m_source->file && !m_source->kernelLoaded(); }
+    /// Where the model lies in a file, as it is now; null if it was changed since.
+    const StoredPart* stored() const { return m_stored ? &*m_stored : nullptr; }
+    void stored(StoredPart part);
+    /// Called with every change: what is stored isn't the model any more.
+    void markChanged() { m_stored.reset(); }
+
+    /// Told how far writing is; may throw, to give up.
+    using Watch = std::function<void(double fraction)>;
+    /// Writes the model as it is now, and gives its hash (ModelFile::hash). Throws std::runtime_error.
+    uint64_t write(ModelSink& sink, const Watch& watch);
+
     bool transactionOpen = false;
     /// Set when an inner transaction was aborted: the outer one can't be committed any more.
     bool transactionBroken = false;
@@ -72,6 +88,7 @@ private:
     std::unique_ptr<Component> m_root;
     std::unordered_map<std::string, Component*> m_components;
     std::map<std::string, StrongRef<ModelBody>> m_bodies;
+    std::optional<StoredPart> m_stored;
 };
 
 } // namespace Vs

@@ -3,12 +3,10 @@
 #include "Server/Base/Strings.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <stdexcept>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <utility>
 
 namespace Vs {
@@ -149,42 +147,83 @@ std::runtime_error systemError(const std::string& path)
     return std::runtime_error(path + ": " + std::strerror(errno));
 }
 
+class FileSink : public ModelSink
+{
+public:
+    explicit FileSink(const std::string& path) : m_path(path), m_file(std::fopen(path.c_str(), "wbe"))
+    {
+        if (!m_file)
+            throw systemError(path);
+    }
+    ~FileSink() override
+    {
+        if (m_file)
+            std::fclose(m_file);
+    }
+    void reserve(size_t size) override
+    {
+        const std::string room(size, '\0');
+        append(room.data(), size);
+    }
+    void append(const void* data, size_t size) override
+    {
+        if (size != 0 && std::fwrite(data, size, 1, m_file) != 1)
+            throw systemError(m_path);
+    }
+    void finish(const void* front, size_t size) override
+    {
+        if (std::fseek(m_file, 0, SEEK_SET) != 0 || std::fwrite(front, size, 1, m_file) != 1 ||
+            std::fclose(std::exchange(m_file, nullptr)) != 0)
+            throw systemError(m_path);
+    }
+
+private:
+    std::string m_path;
+    std::FILE* m_file;
+};
+
 } // namespace
 
 std::shared_ptr<const ModelFile> ModelFile::open(const std::string& path)
 {
-    std::shared_ptr<ModelFile> file(new ModelFile);
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        throw systemError(path);
-    struct stat info;
-    if (fstat(descriptor, &info) == 0 && info.st_size >= static_cast<off_t>(sizeof(Header))) {
-        void* data = mmap(nullptr, info.st_size, PROT_READ, MAP_PRIVATE, descriptor, 0);
-        if (data != MAP_FAILED) {
-            file->m_data = static_cast<const char*>(data);
-            file->m_size = info.st_size;
-        }
-    }
-    ::close(descriptor);
-    if (!file->m_data)
-        throw std::runtime_error(path + ": it is too short to be a model");
     try {
-        file->readIndex();
+        auto file = FileMapping::open(path);
+        const uint64_t size = file->bytes().size();
+        return open(std::move(file), 0, size);
     } catch (const std::runtime_error& error) {
         throw std::runtime_error(path + ": " + error.what());
     }
-    return file;
 }
 
-ModelFile::~ModelFile()
+std::shared_ptr<const ModelFile> ModelFile::open(std::shared_ptr<const FileMapping> file, uint64_t place,
+                                                 uint64_t size)
 {
-    if (m_data)
-        munmap(const_cast<char*>(m_data), m_size);
+    const std::string_view bytes = file->bytes();
+    if (size < sizeof(Header) || place > bytes.size() || size > bytes.size() - place)
+        throw std::runtime_error("it is too short to be a model");
+    if (place % alignof(Header) != 0)
+        throw std::runtime_error("it isn't where a model may lie");
+    std::shared_ptr<ModelFile> model(new ModelFile);
+    model->m_data = bytes.data() + place;
+    model->m_size = size;
+    model->m_file = std::move(file);
+    model->readIndex();
+    return model;
+}
+
+ModelFile::Header ModelFile::header() const
+{
+    return Reader(m_data, m_data + sizeof(Header)).value<Header>();
+}
+
+uint64_t ModelFile::hash() const
+{
+    return header().headerHash;
 }
 
 void ModelFile::readIndex()
 {
-    const Header header = Reader(m_data, m_data + sizeof(Header)).value<Header>();
+    const Header header = this->header();
     if (std::memcmp(header.magic, Header::kMagic, sizeof header.magic) != 0 ||
         header.version != Header::kVersion || header.headerSize != sizeof(Header))
         throw std::runtime_error("it isn't a model of this version");
@@ -238,39 +277,39 @@ std::shared_ptr<const BodyMesh> ModelFile::mesh(size_t body) const
 
 std::string_view ModelFile::kernelData() const
 {
-    const Header header = Reader(m_data, m_data + sizeof(Header)).value<Header>();
+    const Header header = this->header();
     const std::string_view data(m_data + header.kernelPlace, m_size - header.kernelPlace);
     if (header.kernelHash != XXH3_64bits(data.data(), data.size()))
         throw std::runtime_error("The exact data of the model are damaged.");
     return data;
 }
 
-ModelFileWriter::ModelFileWriter(const std::string& path)
-    : m_path(path), m_file(std::fopen(path.c_str(), "wbe")), m_hash(XXH3_createState())
+ModelFileWriter::ModelFileWriter(ModelSink& sink) : m_sink(sink)
 {
-    if (!m_file) {
-        XXH3_freeState(m_hash);
-        throw systemError(path);
-    }
+    // The header is known last; its room isn't part of a hash.
+    m_sink.reserve(sizeof(ModelFile::Header));
+    m_position = sizeof(ModelFile::Header);
+    m_hash = XXH3_createState();
     XXH3_64bits_reset(m_hash);
-    // The header is known last; its room is left free and isn't part of a hash.
-    const ModelFile::Header empty{};
-    if (std::fwrite(&empty, sizeof empty, 1, m_file) != 1)
-        throw systemError(path);
-    m_position = sizeof empty;
+}
+
+ModelFileWriter::ModelFileWriter(std::unique_ptr<ModelSink> own) : ModelFileWriter(*own)
+{
+    m_own = std::move(own);
+}
+
+ModelFileWriter::ModelFileWriter(const std::string& path) : ModelFileWriter(std::make_unique<FileSink>(path))
+{
 }
 
 ModelFileWriter::~ModelFileWriter()
 {
-    if (m_file)
-        std::fclose(m_file);
     XXH3_freeState(m_hash);
 }
 
 void ModelFileWriter::write(const void* data, size_t size)
 {
-    if (size != 0 && std::fwrite(data, size, 1, m_file) != 1)
-        throw systemError(m_path);
+    m_sink.append(data, size);
     XXH3_64bits_update(m_hash, data, size);
     m_position += size;
 }
@@ -331,7 +370,7 @@ void ModelFileWriter::addKernelData(std::string_view bytes)
     write(bytes.data(), bytes.size());
 }
 
-void ModelFileWriter::finish()
+uint64_t ModelFileWriter::finish()
 {
     ModelFile::Header header{};
     std::memcpy(header.magic, ModelFile::Header::kMagic, sizeof header.magic);
@@ -343,10 +382,8 @@ void ModelFileWriter::finish()
     header.shownHash = m_shownHash;
     header.kernelHash = XXH3_64bits_digest(m_hash);
     header.headerHash = XXH3_64bits(&header, offsetof(ModelFile::Header, headerHash));
-    if (std::fseek(m_file, 0, SEEK_SET) != 0 || std::fwrite(&header, sizeof header, 1, m_file) != 1)
-        throw systemError(m_path);
-    if (std::fclose(std::exchange(m_file, nullptr)) != 0)
-        throw systemError(m_path);
+    m_sink.finish(&header, sizeof header);
+    return header.headerHash;
 }
 
 } // namespace Vs

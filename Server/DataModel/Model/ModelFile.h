@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Server/DataModel/Model/FileMapping.h"
 #include "Server/DataModel/Model/PartTree.h"
 
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,13 +24,21 @@ public:
     /// Maps the file and checks its header, its index and its hashes. Throws std::runtime_error with the
     /// fault.
     static std::shared_ptr<const ModelFile> open(const std::string& path);
-    ~ModelFile();
+    /// The same for a model that lies inside a larger file. `place` must be a multiple of 16.
+    static std::shared_ptr<const ModelFile> open(std::shared_ptr<const FileMapping> file, uint64_t place,
+                                                 uint64_t size);
     ModelFile(const ModelFile&) = delete;
     ModelFile& operator=(const ModelFile&) = delete;
 
     const PartTree& tree() const { return m_tree; }
     /// What the one who made the file found to warn of.
     const std::vector<std::wstring>& warnings() const { return m_warnings; }
+    /// Tells this model from any other: a hash of its hashes.
+    uint64_t hash() const;
+    /// Where it lies.
+    const std::shared_ptr<const FileMapping>& file() const { return m_file; }
+    uint64_t place() const { return m_data - m_file->bytes().data(); }
+    uint64_t size() const { return m_size; }
     /// Copies the mesh of a body out of the file; null if it has none. Safe from any thread.
     std::shared_ptr<const BodyMesh> mesh(size_t body) const;
     /// The exact data, after checking their hash; throws std::runtime_error if they are damaged. Valid as
@@ -43,6 +51,9 @@ private:
     void readIndex();
 
     struct Header;
+    Header header() const;
+
+    std::shared_ptr<const FileMapping> m_file;
     const char* m_data = nullptr;
     size_t m_size = 0;
     PartTree m_tree;
@@ -50,11 +61,25 @@ private:
     std::vector<std::pair<uint64_t, uint64_t>> m_meshes; // place and size
 };
 
+/// Where a model file is written to, from front to back. Anything that fails throws std::runtime_error.
+class ModelSink
+{
+public:
+    virtual ~ModelSink() = default;
+    /// Room at the front whose content is known last. Called once, before anything else.
+    virtual void reserve(size_t size) = 0;
+    virtual void append(const void* data, size_t size) = 0;
+    /// Fills the room and completes the model.
+    virtual void finish(const void* front, size_t size) = 0;
+};
+
 /// Writes a model file from front to back. Anything that fails throws std::runtime_error.
 class ModelFileWriter
 {
 public:
     explicit ModelFileWriter(const std::string& path);
+    /// `sink` must outlive the writer.
+    explicit ModelFileWriter(ModelSink& sink);
     ~ModelFileWriter();
     ModelFileWriter(const ModelFileWriter&) = delete;
     ModelFileWriter& operator=(const ModelFileWriter&) = delete;
@@ -65,16 +90,17 @@ public:
     void writeIndex(const PartTree& tree, const std::vector<std::wstring>& warnings);
     /// After the index; what `ModelKernel::write` gave, in pieces.
     void addKernelData(std::string_view bytes);
-    /// Completes the header and flushes the file to the disk's cache.
-    void finish();
+    /// Completes the header and the file. Gives the model's hash.
+    uint64_t finish();
 
 private:
+    explicit ModelFileWriter(std::unique_ptr<ModelSink> own);
     void write(const void* data, size_t size);
 
-    std::string m_path;
-    std::FILE* m_file;
+    std::unique_ptr<ModelSink> m_own;
+    ModelSink& m_sink;
     uint64_t m_position = 0;
-    XXH3_state_t* m_hash;
+    XXH3_state_t* m_hash = nullptr;
     uint64_t m_indexPlace = 0, m_kernelPlace = 0, m_shownHash = 0;
     std::vector<std::pair<uint64_t, uint64_t>> m_meshes;
 };

@@ -1,0 +1,100 @@
+#include "Server/DataModel/Model/FileMapping.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Vs {
+
+namespace {
+
+FileIdentity identityOf(const struct stat& info)
+{
+    return {info.st_dev, info.st_ino, static_cast<uint64_t>(info.st_size),
+            info.st_mtim.tv_sec * int64_t(1000000000) + info.st_mtim.tv_nsec};
+}
+
+struct Descriptor
+{
+    int number;
+    ~Descriptor() { close(number); }
+};
+
+std::runtime_error systemError()
+{
+    return std::runtime_error(std::strerror(errno));
+}
+
+} // namespace
+
+FileIdentity FileIdentity::of(const std::string& path)
+{
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 ? identityOf(info) : FileIdentity{};
+}
+
+FileIdentity FileIdentity::of(int descriptor)
+{
+    struct stat info;
+    return fstat(descriptor, &info) == 0 ? identityOf(info) : FileIdentity{};
+}
+
+std::shared_ptr<const FileMapping> FileMapping::open(const std::string& path)
+{
+    // A pipe of that name must not make the program wait for ever.
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0)
+        throw systemError();
+    return map(descriptor, path);
+}
+
+std::shared_ptr<const FileMapping> FileMapping::adopt(int descriptor)
+{
+    return map(descriptor, {});
+}
+
+std::shared_ptr<const FileMapping> FileMapping::map(int descriptor, std::string path)
+{
+    // Many files may be open at once: a mapping needs no descriptor.
+    const Descriptor closer{descriptor};
+    std::shared_ptr<FileMapping> mapping(new FileMapping);
+    mapping->m_path = std::move(path);
+    struct stat info;
+    if (fstat(descriptor, &info) != 0)
+        throw systemError();
+    if (!S_ISREG(info.st_mode))
+        throw std::runtime_error("it is no ordinary file");
+    mapping->m_identity = identityOf(info);
+    if (info.st_size == 0)
+        return mapping;
+    void* data = mmap(nullptr, info.st_size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    if (data == MAP_FAILED)
+        throw systemError();
+    mapping->m_data = static_cast<const char*>(data);
+    mapping->m_size = info.st_size;
+    return mapping;
+}
+
+FileMapping::~FileMapping()
+{
+    if (m_data)
+        munmap(const_cast<char*>(m_data), m_size);
+}
+
+int FileMapping::reopen() const
+{
+    if (m_path.empty())
+        return -1;
+    const int descriptor = ::open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor >= 0 && FileIdentity::of(descriptor) != m_identity) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
+} // namespace Vs

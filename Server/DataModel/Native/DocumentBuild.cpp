@@ -1,0 +1,101 @@
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentEvents.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/Types/Uuid.h"
+
+#include <boost/filesystem/path.hpp>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace Vs {
+
+namespace {
+
+using boost::uuids::uuid;
+
+// A copy of a file that is open holds the same identifiers. What is open already keeps them.
+std::set<uuid> takenIdentifiers()
+{
+    std::set<uuid> taken;
+    const DocumentMgr* manager = DocumentMgr::get();
+    for (unsigned i = 0; i < manager->documents(); ++i) {
+        const Document* document = manager->document(i);
+        taken.insert(document->identifier());
+        for (unsigned k = 0; k < document->assets(); ++k)
+            taken.insert(document->asset(k)->guid());
+        for (unsigned k = 0; k < document->hiddenAssets(); ++k)
+            taken.insert(document->hiddenAsset(k)->guid());
+    }
+    return taken;
+}
+
+} // namespace
+
+Document* DocumentStore::build(Native::NativeLoad load, const std::wstring& path, Status& status)
+{
+    DocumentMgr* manager = DocumentMgr::get();
+    const Native::Manifest& manifest = load.manifest;
+    const auto refuse = [&](const std::wstring& cause) {
+        status.addError(L"\"" + path + L"\" can't be opened: " + cause);
+        return nullptr;
+    };
+    DocumentType* documentType = manager->documentType(manifest.documentType);
+    if (!documentType)
+        return refuse(L"no add-in is loaded that knows documents of the type \"" +
+                      Strings::widen(manifest.documentType) + L"\".");
+    for (const Native::Manifest::Asset& asset : manifest.assets)
+        if (!AssetTypeMgr::get()->assetType(asset.type))
+            return refuse(L"no add-in is loaded that knows \"" + asset.name + L"\", which is of the type \"" +
+                          Strings::widen(asset.type) + L"\".");
+
+    const std::set<uuid> taken = takenIdentifiers();
+    const auto own = [&](const uuid& guid) { return taken.contains(guid) ? makeUuid() : guid; };
+    const std::wstring name = boost::filesystem::path(path).stem().wstring();
+    std::unique_ptr<Document> made(new Document(documentType, name));
+    made->m_identifier = own(manifest.document);
+    made->m_path = path;
+    made->m_savedVersion = manifest.software;
+    made->m_file->identity = load.file->identity();
+    made->m_file->migrated = manifest.version < Native::Manifest::kVersion;
+    made->m_file->file = load.file;
+
+    std::map<uuid, Asset*> assets;
+    for (size_t i = 0; i < manifest.assets.size(); ++i) {
+        const Native::Manifest::Asset& entry = manifest.assets[i];
+        AssetType* type = AssetTypeMgr::get()->assetType(entry.type);
+        Asset* parent = entry.visible ? nullptr : assets[entry.parent];
+        Asset* asset = made->adopt(
+            std::unique_ptr<Asset>(new Asset(made.get(), entry.name, type, parent, entry.visible)));
+        asset->m_guid = own(entry.guid);
+        asset->m_settings = entry.settings;
+        if (load.models[i].model)
+            asset->m_data->load(std::move(load.models[i].model));
+        asset->m_data->stored(std::move(load.models[i].part));
+        assets[entry.guid] = asset;
+    }
+    for (const Native::Manifest::Asset& entry : manifest.assets)
+        for (const uuid& reference : entry.references)
+            assets[entry.guid]->m_referenced.push_back(assets[reference]);
+    made->m_activeAsset = assets[manifest.activeAsset];
+
+    Document* document = made.get();
+    manager->m_documents.push_back(std::move(made));
+    for (const Native::Manifest::Asset& entry : manifest.assets) {
+        assets[entry.guid]->m_fullyInitialized = true;
+        AssetEvent event(assets[entry.guid]);
+        AssetEventSource::get()->fireAssetCreated(&event);
+    }
+    DocumentEvent event(document);
+    DocumentEventSource::get()->fireDocumentOpened(&event);
+    return document;
+}
+
+} // namespace Vs

@@ -1,0 +1,255 @@
+#include "Server/Base/Progress.h"
+#include "Server/Base/SoftwareVersion.h"
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/DocumentType.h"
+#include "Server/DataModel/IDocMgmtHandler.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/Native/Package.h"
+#include "Server/DataModel/Native/PackageWriter.h"
+#include "Server/DataModel/ThumbnailSource.h"
+#include "Server/Types/Uuid.h"
+
+#include <boost/filesystem/path.hpp>
+
+#include <stdexcept>
+
+namespace Vs {
+
+namespace {
+
+using Native::Cancelled;
+using Native::Manifest;
+using Native::PackageWriter;
+
+/// One save, from the questions to the finished file. A failure throws std::runtime_error with a whole
+/// sentence, or Cancelled.
+class Save
+{
+public:
+    Save(Document& document, DocumentFile& file, const std::wstring& path)
+        : m_document(document), m_file(file), m_path(path), m_target(targetOf(path))
+    {
+        for (unsigned i = 0; i < document.assets(); ++i)
+            m_assets.push_back(document.asset(i));
+        for (unsigned i = 0; i < document.hiddenAssets(); ++i)
+            m_assets.push_back(document.hiddenAsset(i));
+    }
+
+    void check()
+    {
+        for (const Asset* asset : m_assets)
+            if (asset->data().transactionOpen)
+                fail(L"a change of \"" + asset->name() + L"\" is under way");
+        const Document* other = DocumentMgr::get()->document(m_path);
+        if (other && other != &m_document && sameFile(*other))
+            fail(L"another document of that file is open");
+    }
+
+    void ask(bool firstTime)
+    {
+        const IDocMgmtHandler::Documents documents{&m_document};
+        if (firstTime && IDocMgmtHandler::notifySavingFirstTime(documents) == eDocMgmtStop)
+            throw Cancelled();
+        if (m_file.migrated && IDocMgmtHandler::notifySavingMigratedFiles(documents) == eDocMgmtStop)
+            throw Cancelled();
+        if (Document::cannotBeWritten(m_target) &&
+            IDocMgmtHandler::notifySavingReadOnlyFiles(documents) != eDocMgmtGoOn)
+            fail(L"the file is write-protected. Save it under another name with Save As");
+        if (changedOutside() && IDocMgmtHandler::notifySavingChangedFiles(documents) != eDocMgmtGoOn)
+            fail(L"another program has changed the file since it was opened. Save it under another name with "
+                 L"Save As");
+        m_found = FileIdentity::of(m_target);
+    }
+
+    void write()
+    {
+        ProgressScope progress(L"Saving " + boost::filesystem::path(m_path).filename().wstring());
+        try {
+            Native::SafeFile file(m_target, Native::FileCalls::current());
+            PackageWriter writer(file);
+            writeAssets(writer, progress);
+            writePicture(writer);
+            writer.add(Native::kManifestName, m_manifest.write());
+            writer.finish();
+            if (!progress.update(1, L"flushing to the disk"))
+                throw Cancelled();
+            // The check is made again, since writing takes its time.
+            if (FileIdentity::of(m_target) != m_found)
+                throw std::runtime_error("another program has written the file just now");
+            commit(file);
+        } catch (const std::runtime_error& error) {
+            fail(Strings::widen(error.what()));
+        }
+    }
+
+    /// The document's parts are those of the new file from now on.
+    void takeOver()
+    {
+        try {
+            m_file.file = FileMapping::open(m_target);
+        } catch (const std::runtime_error&) {
+            return; // The parts of the old file serve as well.
+        }
+        for (size_t i = 0; i < m_assets.size(); ++i)
+            if (m_parts[i].size != 0 && m_file.file->identity() == m_file.identity)
+                m_assets[i]->data().stored({m_file.file, m_parts[i].place, m_parts[i].size,
+                                            m_manifest.assets[i].hash, m_parts[i].crc});
+    }
+
+private:
+    static std::string targetOf(const std::wstring& path)
+    {
+        try {
+            return Native::SafeFile::followed(Strings::narrow(path));
+        } catch (const std::runtime_error& error) {
+            throw std::runtime_error("\"" + Strings::narrow(path) + "\" can't be saved: " + error.what() +
+                                     ".");
+        }
+    }
+
+    [[noreturn]] void fail(const std::wstring& cause) const
+    {
+        throw std::runtime_error(Strings::narrow(L"\"" + m_path + L"\" can't be saved: " + cause + L"."));
+    }
+
+    bool sameFile(const Document& other) const
+    {
+        const FileIdentity theirs = FileIdentity::of(Strings::narrow(other.path()));
+        return theirs.inode == 0 || theirs == FileIdentity::of(m_target);
+    }
+
+    // A file that is gone is written anew; one that nobody read is the user's own choice.
+    bool changedOutside() const
+    {
+        const FileIdentity now = FileIdentity::of(m_target);
+        return m_path == m_document.path() && m_file.identity.inode != 0 && now.inode != 0 &&
+               now != m_file.identity;
+    }
+
+    void writeAssets(PackageWriter& writer, ProgressScope& progress)
+    {
+        m_manifest.software = SoftwareVersion::currentVersionNumber();
+        m_manifest.document = m_document.identifier();
+        m_manifest.documentType = m_document.documentType()->identifier();
+        if (m_document.activeAsset())
+            m_manifest.activeAsset = m_document.activeAsset()->guid();
+        for (size_t i = 0; i < m_assets.size(); ++i) {
+            const double share = 1.0 / double(m_assets.size());
+            const auto watch = [&](double fraction) {
+                if (!progress.update((double(i) + fraction) * share * 0.9, m_assets[i]->name()))
+                    throw Cancelled();
+            };
+            watch(0);
+            m_manifest.assets.push_back(describe(*m_assets[i]));
+            m_parts.push_back(writeModel(*m_assets[i], m_manifest.assets.back(), writer, watch));
+        }
+    }
+
+    static Manifest::Asset describe(const Asset& asset)
+    {
+        Manifest::Asset entry;
+        entry.guid = asset.guid();
+        entry.name = asset.name();
+        entry.type = asset.assetTypeIdentifier();
+        entry.visible = asset.isVisible();
+        if (asset.parent())
+            entry.parent = asset.parent()->guid();
+        for (unsigned i = 0; i < asset.refdAssets(); ++i)
+            entry.references.push_back(asset.refdAsset(i)->guid());
+        entry.settings = asset.settings();
+        return entry;
+    }
+
+    // A model that is as it was stored is copied as it lies; only a changed one is written anew.
+    static PackageWriter::Entry writeModel(const Asset& asset, Manifest::Asset& entry, PackageWriter& writer,
+                                           const ModelData::Watch& watch)
+    {
+        ModelData& data = asset.data();
+        if (data.isEmpty())
+            return {};
+        const std::string name = Native::kPartFolder + Strings::narrow(fromUuid(asset.guid())) + ".model";
+        PackageWriter::Entry part;
+        if (const StoredPart* stored = data.stored()) {
+            part = writer.addPart(name, *stored);
+            entry.hash = stored->hash;
+        } else {
+            part = writer.addModel(name, [&](ModelSink& sink) { entry.hash = data.write(sink, watch); });
+        }
+        entry.part = name;
+        entry.place = part.place;
+        entry.size = part.size;
+        return part;
+    }
+
+    void writePicture(PackageWriter& writer) const
+    {
+        std::string picture = ThumbnailSource::png(m_document);
+        if (picture.empty() && m_file.file) {
+            try {
+                const Native::Package old(m_file.file);
+                if (old.has(Native::kThumbnailName))
+                    picture = old.read(Native::kThumbnailName, Native::Package::kMostPicture);
+            } catch (const std::runtime_error&) {
+                // A picture that can't be read any more isn't worth a failed save.
+            }
+        }
+        if (!picture.empty())
+            writer.add(Native::kThumbnailName, picture);
+    }
+
+    void commit(Native::SafeFile& file)
+    {
+        try {
+            file.commit();
+        } catch (const std::runtime_error&) {
+            // The new file stands there, though the disk may not have heard of its name: the next save must
+            // not take it for somebody else's.
+            if (file.inPlace() && m_path == m_document.path())
+                m_file.identity = FileIdentity::of(m_target);
+            throw;
+        }
+        m_file.identity = FileIdentity::of(m_target);
+    }
+
+    Document& m_document;
+    DocumentFile& m_file;
+    std::wstring m_path;
+    std::string m_target;
+    FileIdentity m_found;
+    std::vector<Asset*> m_assets;
+    Manifest m_manifest;
+    std::vector<PackageWriter::Entry> m_parts;
+};
+
+} // namespace
+
+bool DocumentStore::save(Document& document, const std::wstring& path, Status& status)
+{
+    try {
+        Save save(document, *document.m_file, path);
+        save.check();
+        save.ask(document.m_savedVersion == 0);
+        save.write();
+        save.takeOver();
+    } catch (const Cancelled&) {
+        status.addError(L"Saving \"" + path + L"\" was cancelled; nothing was written.");
+        return false;
+    } catch (const std::exception& error) {
+        status.addError(Strings::widen(error.what()));
+        return false;
+    }
+    document.m_savedVersion = SoftwareVersion::currentVersionNumber();
+    document.m_file->migrated = false;
+    document.m_file->editingAllowed = false;
+    for (const auto* list : {&document.m_assets, &document.m_hiddenAssets})
+        for (const auto& asset : *list)
+            asset->markClean();
+    return true;
+}
+
+} // namespace Vs

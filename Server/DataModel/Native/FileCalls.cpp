@@ -1,0 +1,83 @@
+#include "Server/DataModel/Native/FileCalls.h"
+
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Vs::Native {
+
+namespace {
+
+FileCalls* s_replacement = nullptr;
+
+} // namespace
+
+int FileCalls::open(const char* path, int flags, mode_t mode)
+{
+    return ::open(path, flags, mode);
+}
+
+ssize_t FileCalls::write(int descriptor, const void* data, size_t size)
+{
+    return ::write(descriptor, data, size);
+}
+
+ssize_t FileCalls::writeAt(int descriptor, const void* data, size_t size, off_t place)
+{
+    return ::pwrite(descriptor, data, size, place);
+}
+
+ssize_t FileCalls::copy(int from, off_t* place, int to, size_t size)
+{
+    return ::copy_file_range(from, place, to, nullptr, size, 0);
+}
+
+int FileCalls::lock(int descriptor)
+{
+    return ::flock(descriptor, LOCK_EX | LOCK_NB);
+}
+
+int FileCalls::giveTo(int descriptor, uid_t owner, gid_t group)
+{
+    return ::fchown(descriptor, owner, group);
+}
+
+int FileCalls::rights(int descriptor, mode_t mode)
+{
+    return ::fchmod(descriptor, mode);
+}
+
+int FileCalls::flush(int descriptor)
+{
+    return ::fsync(descriptor);
+}
+
+int FileCalls::close(int descriptor)
+{
+    return ::close(descriptor);
+}
+
+int FileCalls::rename(const char* from, const char* to)
+{
+    return ::rename(from, to);
+}
+
+int FileCalls::remove(const char* path)
+{
+    return ::unlink(path);
+}
+
+FileCalls& FileCalls::current()
+{
+    static FileCalls own;
+    return s_replacement ? *s_replacement : own;
+}
+
+void FileCalls::replace(FileCalls* calls)
+{
+    s_replacement = calls;
+}
+
+} // namespace Vs::Native

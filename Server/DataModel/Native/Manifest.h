@@ -1,0 +1,47 @@
+#pragma once
+
+#include <boost/uuid/uuid.hpp>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Vs::Native {
+
+/// A native file's table of contents.
+struct Manifest
+{
+    /// The layout that is written. Every older one is read; see the table in the .cpp.
+    static constexpr int kVersion = 2;
+
+    struct Asset
+    {
+        boost::uuids::uuid guid{};
+        std::wstring name;
+        std::string type; ///< AssetType::identifier.
+        bool visible = true;
+        boost::uuids::uuid parent{}; ///< Of a hidden asset; else nil.
+        std::vector<boost::uuids::uuid> references;
+        std::map<std::string, std::wstring> settings;
+        std::string part;   ///< The package's entry with its model; empty if there is nothing in it.
+        uint64_t place = 0; ///< Where the entry's content begins in the file; 0 if that isn't known.
+        uint64_t size = 0;
+        uint64_t hash = 0; ///< ModelFile::hash; 0 if it isn't known.
+    };
+
+    int version = kVersion;
+    unsigned software = 0; ///< As SoftwareVersion counts.
+    boost::uuids::uuid document{};
+    std::string documentType;         ///< DocumentType::identifier.
+    boost::uuids::uuid activeAsset{}; ///< Nil in a document without visible assets.
+    std::vector<Asset> assets;        ///< Parents before their hidden assets.
+
+    /// Reads the text in whatever version it is and checks that its parts agree. Throws std::runtime_error
+    /// with the cause.
+    static Manifest read(std::string_view json);
+    std::string write() const;
+};
+
+} // namespace Vs::Native

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Server/DataModel/Model/FileMapping.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+struct zip;
+
+namespace Vs::Native {
+
+/// Names of a package's entries.
+constexpr const char* kManifestName = "manifest.json";
+constexpr const char* kThumbnailName = "thumbnail.png";
+constexpr const char* kPartFolder = "assets/";
+
+/// Whether the bytes are those of a PNG of a size that a list's picture may have.
+bool isPicture(std::string_view bytes);
+
+/// A zip package that is open for reading. Every operation throws std::runtime_error with the cause; it never
+/// takes more memory than the package's own size and its limits allow, whatever the package claims. One
+/// thread at a time.
+class Package
+{
+public:
+    /// Checks the directory against the entries, and the entries' names.
+    explicit Package(std::shared_ptr<const FileMapping> file);
+    ~Package();
+    Package(const Package&) = delete;
+    Package& operator=(const Package&) = delete;
+
+    const std::shared_ptr<const FileMapping>& file() const { return m_file; }
+    bool has(const std::string& name) const;
+    /// The content of an entry of at most `limit` bytes, checked against its checksum.
+    std::string read(const std::string& name, uint64_t limit) const;
+    /// Unpacks an entry into memory of its own, as a file that can be mapped.
+    std::shared_ptr<const FileMapping> unpack(const std::string& name) const;
+
+    static constexpr uint64_t kMostManifest = uint64_t(64) << 20;
+    static constexpr uint64_t kMostPicture = uint64_t(4) << 20;
+
+private:
+    struct Found;
+    Found find(const std::string& name) const;
+    template <class Take>
+    void unpackTo(const std::string& name, const Found& found, Take&& take) const;
+
+    std::shared_ptr<const FileMapping> m_file;
+    zip* m_zip = nullptr;
+};
+
+} // namespace Vs::Native

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "Server/DataModel/Model/ModelFile.h"
+#include "Server/DataModel/Model/StoredPart.h"
+#include "Server/DataModel/Native/SafeFile.h"
+
+#include <ctime>
+#include <string>
+#include <vector>
+
+namespace Vs::Native {
+
+/// Writes a zip package whose entries are stored as they are, so that they can be mapped where they lie. It
+/// is written front to back without knowing sizes before, and copies unchanged entries between packages by
+/// the file system; libraries that write packages offer neither. Reading is a library's. Throws
+/// std::runtime_error.
+class PackageWriter
+{
+public:
+    /// Where the content of a part begins: at a multiple of this, so that a file system can share the blocks.
+    static constexpr uint64_t kAlignment = 4096;
+
+    explicit PackageWriter(SafeFile& file);
+
+    struct Entry
+    {
+        std::string name;
+        uint64_t header = 0; ///< Place of the entry.
+        uint64_t place = 0;  ///< Place of its content.
+        uint64_t size = 0;
+        uint32_t crc = 0;
+    };
+
+    /// A small entry. Names are ASCII.
+    void add(const std::string& name, std::string_view content);
+    /// An entry that is copied from another file. Gives its entry.
+    Entry addPart(const std::string& name, const StoredPart& part);
+    /// An entry that is written by `write(ModelSink&)`.
+    template <class Write>
+    Entry addModel(const std::string& name, Write&& write)
+    {
+        beginPart(name);
+        Sink sink(*this);
+        write(static_cast<ModelSink&>(sink));
+        return endPart(sink.crc());
+    }
+    /// After the last entry.
+    void finish();
+
+private:
+    class Sink : public ModelSink
+    {
+    public:
+        explicit Sink(PackageWriter& writer) : m_writer(writer) {}
+        void reserve(size_t size) override;
+        void append(const void* data, size_t size) override;
+        void finish(const void* front, size_t size) override;
+        uint32_t crc() const { return m_crc; }
+
+    private:
+        PackageWriter& m_writer;
+        size_t m_reserved = 0;
+        uint64_t m_behind = 0; // bytes behind the reserved ones
+        uint32_t m_crc = 0;    // of those, and at the end of all
+    };
+
+    void beginPart(const std::string& name);
+    Entry endPart(uint32_t crc);
+    void append(const void* data, size_t size);
+    void flushBuffer();
+    uint64_t position() const { return m_file.position() + m_buffer.size(); }
+    std::string localHeader(const Entry& entry, size_t padding) const;
+
+    SafeFile& m_file;
+    std::string m_buffer; // many small pieces become few calls
+    std::vector<Entry> m_entries;
+    size_t m_padding = 0; // of the part that is being written
+    uint16_t m_time, m_date;
+};
+
+} // namespace Vs::Native

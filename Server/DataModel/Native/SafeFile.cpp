@@ -1,0 +1,230 @@
+#include "Server/DataModel/Native/SafeFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <xxhash.h>
+
+namespace Vs::Native {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void fail()
+{
+    throw std::runtime_error(std::strerror(errno));
+}
+
+// A signal may come at any time and is no reason to give up.
+template <class Call>
+auto persistent(Call&& call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+// Short enough for any folder, however long the file's own name is.
+std::string scratchName(const fs::path& target)
+{
+    const std::string name = target.filename().string();
+    char text[64];
+    std::snprintf(text, sizeof text, ".quillet-%016llx.part",
+                  static_cast<unsigned long long>(XXH3_64bits(name.data(), name.size())));
+    return (target.parent_path() / text).string();
+}
+
+} // namespace
+
+std::string SafeFile::followed(const std::string& path)
+{
+    constexpr int kMostLinks = 40;
+    std::error_code error;
+    fs::path at = fs::absolute(path, error);
+    if (error)
+        throw std::runtime_error(error.message());
+    for (int links = 0; fs::is_symlink(at, error); ++links) {
+        if (links == kMostLinks)
+            throw std::runtime_error(std::strerror(ELOOP));
+        const fs::path next = fs::read_symlink(at, error);
+        if (error)
+            throw std::runtime_error(error.message());
+        at = at.parent_path() / next;
+    }
+    return at.lexically_normal().string();
+}
+
+SafeFile::SafeFile(const std::string& path, FileCalls& calls) : m_calls(calls), m_target(followed(path))
+{
+    std::error_code error;
+    const fs::file_status kind = fs::status(m_target, error);
+    if (fs::is_directory(kind))
+        throw std::runtime_error("there is a folder of that name");
+    if (fs::exists(kind) && !fs::is_regular_file(kind))
+        throw std::runtime_error("there is something of that name that is no ordinary file");
+    if (kind.type() == fs::file_type::none && error)
+        throw std::runtime_error(error.message());
+    if (!fs::is_directory(fs::path(m_target).parent_path(), error))
+        throw std::runtime_error("the folder " + fs::path(m_target).parent_path().string() +
+                                 " doesn't exist");
+    m_scratch = scratchName(m_target);
+    openScratch();
+    try {
+        takeRights();
+    } catch (...) {
+        m_calls.close(m_descriptor);
+        m_calls.remove(m_scratch.c_str());
+        throw;
+    }
+}
+
+void SafeFile::openScratch()
+{
+    constexpr int kFlags = O_RDWR | O_CLOEXEC | O_NOFOLLOW;
+    constexpr int kTries = 3;
+    for (int tries = 0; tries < kTries; ++tries) {
+        m_descriptor =
+            persistent([&] { return m_calls.open(m_scratch.c_str(), kFlags | O_CREAT | O_EXCL, 0600); });
+        if (m_descriptor >= 0) {
+            if (persistent([&] { return m_calls.lock(m_descriptor); }) == 0 || errno == ENOLCK ||
+                errno == EOPNOTSUPP)
+                return;
+            m_calls.close(m_descriptor);
+            break;
+        }
+        if (errno != EEXIST)
+            fail();
+        const int left = persistent([&] { return m_calls.open(m_scratch.c_str(), kFlags, 0); });
+        if (left < 0 && errno == ENOENT)
+            continue;
+        if (left < 0)
+            fail();
+        // Nobody holds what a program that died left behind.
+        const bool alone = persistent([&] { return m_calls.lock(left); }) == 0;
+        if (alone && m_calls.remove(m_scratch.c_str()) != 0) {
+            const int cause = errno;
+            m_calls.close(left);
+            errno = cause;
+            fail();
+        }
+        m_calls.close(left);
+        if (!alone)
+            break;
+    }
+    m_descriptor = -1;
+    throw std::runtime_error("it is being saved by another program just now");
+}
+
+// A file that is replaced keeps its rights and, where that is allowed, its owner; a new one gets the usual
+// ones.
+void SafeFile::takeRights()
+{
+    struct stat old;
+    mode_t mode = 0;
+    if (stat(m_target.c_str(), &old) == 0) {
+        // Giving it away may be refused, and takes some of the rights with it; so the rights come after.
+        m_calls.giveTo(m_descriptor, old.st_uid, old.st_gid);
+        mode = old.st_mode & 07777;
+    } else {
+        const mode_t mask = umask(0);
+        umask(mask);
+        mode = 0666 & ~mask;
+    }
+    if (persistent([&] { return m_calls.rights(m_descriptor, mode); }) != 0 && errno != EPERM &&
+        errno != EOPNOTSUPP)
+        fail();
+}
+
+SafeFile::~SafeFile()
+{
+    if (m_descriptor < 0)
+        return;
+    m_calls.close(m_descriptor);
+    if (!m_inPlace)
+        m_calls.remove(m_scratch.c_str());
+}
+
+void SafeFile::append(const void* data, size_t size)
+{
+    const char* at = static_cast<const char*>(data);
+    while (size > 0) {
+        const ssize_t done = persistent([&] { return m_calls.write(m_descriptor, at, size); });
+        if (done < 0)
+            fail();
+        at += done;
+        size -= static_cast<size_t>(done);
+        m_position += static_cast<uint64_t>(done);
+    }
+}
+
+void SafeFile::writeAt(uint64_t place, const void* data, size_t size)
+{
+    const char* at = static_cast<const char*>(data);
+    while (size > 0) {
+        const ssize_t done =
+            persistent([&] { return m_calls.writeAt(m_descriptor, at, size, static_cast<off_t>(place)); });
+        if (done < 0)
+            fail();
+        at += done;
+        size -= static_cast<size_t>(done);
+        place += static_cast<uint64_t>(done);
+    }
+}
+
+bool SafeFile::copy(int descriptor, uint64_t place, uint64_t size)
+{
+    constexpr uint64_t kMost = uint64_t(1) << 30;
+    off_t from = static_cast<off_t>(place);
+    for (uint64_t left = size; left > 0;) {
+        const size_t piece = static_cast<size_t>(std::min(left, kMost));
+        const ssize_t done = persistent([&] { return m_calls.copy(descriptor, &from, m_descriptor, piece); });
+        if (done == 0)
+            throw std::runtime_error("the file that it was read from was cut short");
+        if (done < 0) {
+            const bool unable = errno == EXDEV || errno == EINVAL || errno == EOPNOTSUPP || errno == ENOSYS;
+            if (unable && left == size)
+                return false;
+            fail();
+        }
+        left -= static_cast<uint64_t>(done);
+        m_position += static_cast<uint64_t>(done);
+    }
+    return true;
+}
+
+void SafeFile::commit()
+{
+    if (persistent([&] { return m_calls.flush(m_descriptor); }) != 0)
+        fail();
+    if (persistent([&] { return m_calls.rename(m_scratch.c_str(), m_target.c_str()); }) != 0)
+        fail();
+    m_inPlace = true;
+    flushFolder();
+}
+
+void SafeFile::flushFolder()
+{
+    const std::string folder = fs::path(m_target).parent_path().string();
+    const int descriptor =
+        persistent([&] { return m_calls.open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0); });
+    // A folder that may be written but not read, and file systems that can't flush one, are as they are.
+    if (descriptor < 0 && errno == EACCES)
+        return;
+    if (descriptor < 0)
+        fail();
+    const int flushed = persistent([&] { return m_calls.flush(descriptor); });
+    const int cause = errno;
+    m_calls.close(descriptor);
+    errno = cause;
+    if (flushed != 0 && errno != EINVAL && errno != EOPNOTSUPP)
+        fail();
+}
+
+} // namespace Vs::Native

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Server/DataModel/Native/FileCalls.h"
+
+#include <cstdint>
+#include <string>
+
+namespace Vs::Native {
+
+/// A file that is written beside its final place and takes it only when it is complete and on the disk:
+/// whatever fails, a file that stood there stays as it was, byte by byte. Every operation throws
+/// std::runtime_error with the cause.
+///
+/// The unfinished file has one name for each target, and is locked. So a second program that saves the same
+/// file is seen, and what a program that died left behind goes with the next save.
+class SafeFile
+{
+public:
+    SafeFile(const std::string& path, FileCalls& calls);
+    /// Removes what is unfinished.
+    ~SafeFile();
+    SafeFile(const SafeFile&) = delete;
+    SafeFile& operator=(const SafeFile&) = delete;
+
+    /// Where the file is going to stand: `path`, after following symbolic links.
+    const std::string& target() const { return m_target; }
+
+    void append(const void* data, size_t size);
+    /// Over what was written before.
+    void writeAt(uint64_t place, const void* data, size_t size);
+    /// Appends a piece of another file; false, with nothing appended, if the two can't be copied between, and
+    /// the bytes must be given to `append`.
+    bool copy(int descriptor, uint64_t place, uint64_t size);
+    uint64_t position() const { return m_position; }
+
+    /// Flushes the content, puts the file in its place and flushes the folder. If only the last of these
+    /// fails, `inPlace` is true all the same.
+    void commit();
+    bool inPlace() const { return m_inPlace; }
+
+    /// The path with its symbolic links followed, also where what they point to doesn't exist.
+    static std::string followed(const std::string& path);
+
+private:
+    void openScratch();
+    void takeRights();
+    void flushFolder();
+
+    FileCalls& m_calls;
+    std::string m_target;
+    std::string m_scratch;
+    int m_descriptor = -1;
+    uint64_t m_position = 0;
+    bool m_inPlace = false;
+};
+
+} // namespace Vs::Native

@@ -1,0 +1,47 @@
+#include "Server/DataModel/NativeFile.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Native/Manifest.h"
+#include "Server/DataModel/Native/Package.h"
+
+#include <stdexcept>
+
+namespace Vs::NativeFile {
+
+std::optional<Summary> summary(const std::wstring& path, Status& status)
+{
+    try {
+        const Native::Package package(FileMapping::open(Strings::narrow(path)));
+        const auto manifest =
+            Native::Manifest::read(package.read(Native::kManifestName, Native::Package::kMostManifest));
+        Summary summary{manifest.version, manifest.software, manifest.document, manifest.documentType, {}};
+        for (const Native::Manifest::Asset& asset : manifest.assets)
+            summary.assets.push_back({asset.guid, asset.name, asset.type, asset.visible});
+        return summary;
+    } catch (const std::runtime_error& error) {
+        status.addError(L"\"" + path + L"\" can't be read: " + Strings::widen(error.what()) + L".");
+        return std::nullopt;
+    }
+}
+
+std::string thumbnail(const std::wstring& path)
+{
+    try {
+        const Native::Package package(FileMapping::open(Strings::narrow(path)));
+        const std::string bytes = package.read(Native::kThumbnailName, Native::Package::kMostPicture);
+        return Native::isPicture(bytes) ? bytes : std::string();
+    } catch (const std::runtime_error&) {
+        return {};
+    }
+}
+
+bool isNative(const std::wstring& path)
+{
+    try {
+        return Native::Package(FileMapping::open(Strings::narrow(path))).has(Native::kManifestName);
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+} // namespace Vs::NativeFile
