@@ -46,10 +46,12 @@ private:
 };
 
 // Meshes each shape once, the big ones first, and reports by faces: they tell the work better than parts do.
-std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree,
+std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree, EarlyMeshing* early,
                                                      const std::vector<int>& faces, Reporter& reporter,
                                                      std::vector<std::string>& warnings)
 {
+    if (early)
+        early->finish();
     std::vector<std::shared_ptr<const BodyMesh>> meshes(tree.shapes.size());
     std::vector<int> order(tree.shapes.size());
     std::iota(order.begin(), order.end(), 0);
@@ -67,7 +69,8 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
                     const double added = fraction * faces[body];
                     reporter.progress((done.fetch_add(added) + added) / total);
                 });
-                Kernel::meshShape(shape, {}, progress->Start());
+                if (!early || !early->hasMeshed(shape))
+                    Kernel::meshShape(shape, {}, progress->Start());
                 meshes[body] =
                     std::make_shared<const BodyMesh>(Kernel::extractMesh(shape, tree.colours[body]));
             }
@@ -105,13 +108,14 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
         if (reading.later) {
             // A crash in here is told by this step's name, and tried again without annotations.
             reporter.stage("reading the annotations", 0.65, 0.9);
-            std::thread beside([&] { meshes = meshAll(tree, faces, reporter, meshWarnings); });
+            std::thread beside(
+                [&] { meshes = meshAll(tree, reading.early.get(), faces, reporter, meshWarnings); });
             reading.later();
             reporter.stage("meshing the parts", 0.9, 0.95);
             beside.join();
         } else {
             reporter.stage("meshing the parts", 0.65, 0.95);
-            meshes = meshAll(tree, faces, reporter, meshWarnings);
+            meshes = meshAll(tree, reading.early.get(), faces, reporter, meshWarnings);
         }
         reading.warnings.insert(reading.warnings.end(), meshWarnings.begin(), meshWarnings.end());
     }

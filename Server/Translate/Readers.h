@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Exchange/Format.h"
 #include "Server/DataModel/Kernel/XdeModel.h"
+#include "Server/Translate/EarlyMeshing.h"
 #include "Server/Translate/Reporter.h"
 
 #include <functional>
@@ -28,6 +29,8 @@ struct Reading
     std::string ifEmpty = "holds no surfaces or solids that can be read";
     /// What can go on beside the meshing, such as the annotations; may be empty. It may add warnings.
     std::function<void()> later;
+    /// What has begun to mesh the shapes while the reader was still at work; may be null.
+    std::unique_ptr<EarlyMeshing> early;
     /// The reader, which must live as long as `later`.
     std::shared_ptr<void> keep;
     /// Meshes that came with the file, in the order of the tree's bodies; empty where they are to be made.

@@ -4,6 +4,12 @@
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <Standard_Failure.hxx>
+#include <StepShape_ShapeRepresentation.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TransferBRep.hxx>
+#include <Transfer_Binder.hxx>
+#include <Transfer_TransientProcess.hxx>
+#include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 
 #include <istream>
@@ -18,6 +24,39 @@ class StepReader : public STEPCAFControl_Reader
 {
 public:
     void readAnnotations(Handle(TDocStd_Document) document) { ReadGDTs(Reader().WS(), document); }
+};
+
+// Looks, while the transfer goes on, for shapes that it is done with. The kernel tells its progress on the
+// thread that transfers, between one item and the next; what has a representation bound to it is complete
+// then: each of its solids was healed before, and what still comes only places it in assemblies.
+class TransferWatch : public KernelProgress
+{
+public:
+    TransferWatch(Reporter& reporter, StepReader& reader, EarlyMeshing& meshing)
+        : KernelProgress(reporter), m_reader(reader), m_meshing(meshing)
+    {
+    }
+    void Show(const Message_ProgressScope& scope, const Standard_Boolean force) override
+    {
+        KernelProgress::Show(scope, force);
+        const Handle(XSControl_TransferReader)& transfer = m_reader.Reader().WS()->TransferReader();
+        const Handle(Transfer_TransientProcess) process =
+            transfer.IsNull() ? nullptr : transfer->TransientProcess();
+        for (; !process.IsNull() && m_seen < process->NbMapped(); ++m_seen)
+            if (process->Mapped(m_seen + 1)->IsKind(STANDARD_TYPE(StepShape_ShapeRepresentation)))
+                mesh(TransferBRep::ShapeResult(process->MapItem(m_seen + 1)));
+    }
+
+private:
+    void mesh(const TopoDS_Shape& shape)
+    {
+        if (!shape.IsNull() && TopExp_Explorer(shape, TopAbs_FACE).More())
+            m_meshing.add(shape);
+    }
+
+    StepReader& m_reader;
+    EarlyMeshing& m_meshing;
+    int m_seen = 0;
 };
 
 bool holds(std::string_view text, std::initializer_list<std::string_view> words)
@@ -58,7 +97,8 @@ Reading readStep(const std::string& path, bool annotations, Reporter& reporter)
     }
     reporter.stage("transferring the shapes", 0.35, 0.65);
     Handle(TDocStd_Document) document = reading.model->document();
-    const Handle(KernelProgress) progress = new KernelProgress(reporter);
+    reading.early = std::make_unique<EarlyMeshing>();
+    const Handle(TransferWatch) progress = new TransferWatch(reporter, *reader, *reading.early);
     if (tessellated)
         reading.ifEmpty = "holds only tessellated geometry, which can't be read";
     if (!reader->Transfer(document, progress->Start()))
