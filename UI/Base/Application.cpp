@@ -4,12 +4,15 @@
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
+#include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/ThumbnailSource.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/ProgressBar.h"
+#include "UI/Base/Thumbnail.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
@@ -27,6 +30,8 @@ namespace {
 
 /// How often an idle task that asks to run again comes.
 constexpr int kIdleInterval = 16;
+/// Of the pictures in documents that are saved.
+constexpr uint32_t kThumbnailSide = 256;
 
 struct Start
 {
@@ -65,6 +70,8 @@ Application* Application::get()
 Application::Application() : m_data(std::make_unique<Data>())
 {
     installHost();
+    Vs::ThumbnailSource::install(
+        [](const Vs::Document& document) { return thumbnailOf(document.activeAsset(), kThumbnailSide); });
     m_data->deferred.wakeUp([this] { wakeUp(); });
     m_data->idle.wakeUp([this] { wakeUp(); });
 }

@@ -16,7 +16,7 @@ enum class EPlacement { Fill = 0, Left = 1, Right = 2, Top = 3, Bottom = 4, Floa
 
 /// A rectangle of a window's layout: a container of areas, or a place for one kind of content. The contents'
 /// key says what stands there: "GraphicsCanvas", "Browser", "CommandToolbar", "NavToolbar", "TextCommands",
-/// "Orbicon", "Palette", "SplitView", "Home" ...
+/// "Orbicon", "Palette", "SplitView" ... (AreaContents tells the rest).
 ///
 /// Owns its children. An area of "GraphicsCanvas" owns its canvas from the start.
 class Area : public Vs::Implements<Area>

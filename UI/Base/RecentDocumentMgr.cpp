@@ -68,6 +68,13 @@ void RecentDocumentMgr::recentDocuments(std::vector<RecentDocument*>& documents,
         documents.push_back(m_documents[i].get());
 }
 
+void RecentDocumentMgr::remove(const std::wstring& path)
+{
+    read();
+    if (std::erase_if(m_documents, [&](const auto& document) { return document->path() == path; }) > 0)
+        write();
+}
+
 void RecentDocumentMgr::clearRecent()
 {
     m_read = true;

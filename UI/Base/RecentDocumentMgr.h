@@ -38,6 +38,8 @@ public:
     void add(const std::wstring& path, bool isCloud);
     /// Adds up to `maximum` entries. They are this manager's and last until the list changes.
     void recentDocuments(std::vector<RecentDocument*>& documents, int maximum);
+    /// Unknown paths change nothing.
+    void remove(const std::wstring& path);
     void clearRecent();
 
 private:

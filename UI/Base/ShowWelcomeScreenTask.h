@@ -4,8 +4,7 @@
 
 namespace Vu {
 
-/// Brings the start page up to date and in front once the home screen has been painted. Does nothing without
-/// a window.
+/// Tells the workspace event sites that the home screen has been painted. Does nothing without a window.
 class ShowWelcomeScreenTask : public Vs::Implements<ShowWelcomeScreenTask, Vs::Task>
 {
 public:

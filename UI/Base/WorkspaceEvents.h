@@ -42,6 +42,8 @@ public:
     virtual void workspaceDefaultShell(WorkspaceShellEvent*) {}
     /// Another shell shows.
     virtual void workspaceShellActivated(WorkspaceShellEvent*) {}
+    /// The home screen has been painted: what takes time to show may be looked for now.
+    virtual void workspaceWelcome(WorkspaceEvent*) {}
 };
 
 class WorkspaceEventSource : public Vs::EventSource<WorkspaceEventSite>
@@ -59,6 +61,7 @@ public:
     {
         fire(&WorkspaceEventSite::workspaceShellActivated, event);
     }
+    void fireWorkspaceWelcome(WorkspaceEvent* event) { fire(&WorkspaceEventSite::workspaceWelcome, event); }
 };
 
 } // namespace Vu

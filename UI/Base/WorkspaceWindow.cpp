@@ -6,7 +6,6 @@
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/Layout.h"
 #include "UI/Base/ProgressBar.h"
-#include "UI/Base/Window/HomePage.h"
 #include "UI/Base/Window/MainWindow.h"
 #include "UI/Base/WorkspaceMgr.h"
 
@@ -175,12 +174,6 @@ void WorkspaceWindow::refresh()
 {
     if (m_data->window)
         m_data->window->refreshSoon();
-}
-
-void WorkspaceWindow::showHomePage()
-{
-    if (m_data->window)
-        m_data->window->homePage()->refresh();
 }
 
 ProgressPanel* WorkspaceWindow::progressPanel() const

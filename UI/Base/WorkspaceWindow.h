@@ -64,8 +64,6 @@ public:
     void refresh();
     /// The same, for this library and its tests.
     MainWindow* mainWindow() const;
-    /// Brings the start page up to date, if it shows.
-    void showHomePage();
     /// For ProgressBar: where progress is shown; null before `show()`.
     ProgressPanel* progressPanel() const;
     /// For ArrangementMgr: has the areas laid out anew at the end of the event.

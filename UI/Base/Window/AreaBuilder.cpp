@@ -88,10 +88,12 @@ QWidget* AreaBuilder::build(Area& area, QWidget* parent) const
                     this_.resized(*row[static_cast<size_t>(i)].area, now[i]);
         });
         column->addWidget(splitter, 1);
+    } else {
+        column->addStretch(1);
     }
     for (const Built& bottom : at(EPlacement::Bottom, children))
         column->addWidget(bottom.widget);
-    return frame;
+    return enclose(area, frame);
 }
 
 } // namespace Vu

@@ -3,6 +3,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/AreaContents.h"
 #include "UI/Base/Arrangement.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -19,7 +20,7 @@
 #include "UI/Base/Window/BrowserPanel.h"
 #include "UI/Base/Window/CommandBox.h"
 #include "UI/Base/Window/CommandButton.h"
-#include "UI/Base/Window/HomePage.h"
+#include "UI/Base/Window/DroppedFiles.h"
 #include "UI/Base/Window/HudFrame.h"
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Window/Theme.h"
@@ -33,6 +34,7 @@
 #include <QKeySequence>
 #include <QLabel>
 #include <QMimeData>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QUrl>
 
@@ -125,16 +127,9 @@ CommandBox* MainWindow::commandBox()
     return m_commandBox;
 }
 
-HomePage* MainWindow::homePage()
-{
-    if (!m_home)
-        m_home = new HomePage(m_attic);
-    return m_home;
-}
-
 void MainWindow::keepPersistentWidgets()
 {
-    for (QWidget* widget : std::initializer_list<QWidget*>{m_browser, m_commandBox, m_home})
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_browser, m_commandBox})
         if (widget && widget->parentWidget() != m_attic)
             widget->setParent(m_attic);
     std::vector<GraphicsCanvas*> canvases;
@@ -184,13 +179,27 @@ QWidget* MainWindow::contents(Area& area, QWidget* parent)
         widget = browser();
     else if (key == "TextCommands")
         widget = commandBox();
-    else if (key == "Home")
-        widget = homePage();
+    else if (QWidget* brought = AreaContents::make(key, parent))
+        return brought;
     else
         return key.empty() ? nullptr : strip(key, parent);
     widget->setParent(parent);
     widget->show();
     return widget;
+}
+
+QWidget* MainWindow::enclose(const Area& area, QWidget* inner)
+{
+    if (!area.contents() || area.contents()->text() != "ScrollPage")
+        return inner;
+    auto* page = new QScrollArea(inner->parentWidget());
+    page->setObjectName(QStringLiteral("scrollPage"));
+    page->setFrameShape(QFrame::NoFrame);
+    page->setWidgetResizable(true);
+    page->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    page->setFocusPolicy(Qt::NoFocus);
+    page->setWidget(inner);
+    return page;
 }
 
 void MainWindow::rebuild()
@@ -203,6 +212,7 @@ void MainWindow::rebuild()
     delete takeCentralWidget();
     Arrangement* arrangement = m_owner->activeArrangement();
     const AreaBuilder builder{[this](Area& area, QWidget* parent) { return contents(area, parent); },
+                              [this](const Area& area, QWidget* inner) { return enclose(area, inner); },
                               [this](Area& area, int extent) {
                                   m_resizing = true;
                                   area.extent(extent);

@@ -22,7 +22,6 @@ class Area;
 class BrowserPanel;
 class CommandBox;
 class CommandButton;
-class HomePage;
 class ProgressPanel;
 class WorkspaceWindow;
 
@@ -48,7 +47,6 @@ public:
     void message(const QString& text, bool isError);
     BrowserPanel* browser();
     CommandBox* commandBox();
-    HomePage* homePage();
     ProgressPanel* progressPanel() const { return m_progress; }
     const std::vector<CommandButton*>& buttons() const { return m_buttons; }
 
@@ -72,6 +70,7 @@ private:
     void alertsCleared(AlertController* controller) override;
 
     QWidget* contents(Area& area, QWidget* parent);
+    QWidget* enclose(const Area& area, QWidget* inner);
     QWidget* strip(const std::string& contents, QWidget* parent);
     QWidget* canvasFrame(Area& area, QWidget* parent);
     void keepPersistentWidgets();
@@ -83,7 +82,6 @@ private:
     QWidget* m_attic; ///< Keeps, unseen, the widgets that outlive a layout.
     QPointer<BrowserPanel> m_browser;
     QPointer<CommandBox> m_commandBox;
-    QPointer<HomePage> m_home;
     ProgressPanel* m_progress;
     QLabel* m_message;
     AlertButton* m_alerts;

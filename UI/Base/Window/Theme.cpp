@@ -65,9 +65,6 @@ QLineEdit#commandLine[failed="true"] { border-color: #d3493d; }
 QTreeView { border: none; }
 QTreeView::item { padding: 2px 0; }
 QPlainTextEdit#commandOutput { border: none; border-top: 1px solid palette(mid); background: palette(base); }
-QListWidget#recent { border: none; background: transparent; }
-QListWidget#recent::item { padding: 6px 4px; border-radius: 4px; }
-QListWidget#recent::item:hover { background: palette(midlight); }
 QSplitter::handle { background: palette(mid); }
 QSplitter::handle:horizontal { width: 1px; }
 QSplitter::handle:vertical { height: 1px; }

@@ -1,0 +1,46 @@
+#include "UI/Base/Thumbnail.h"
+
+#include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/AssetGraphicsView.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Base/ViewMgr.h"
+
+#include <QBuffer>
+#include <QImage>
+
+namespace Vu {
+
+std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
+{
+    AssetSession* session = SessionMgr::get()->getOpenAssetSession(asset);
+    // A view of its own, so that the user's camera stays where it is.
+    const std::unique_ptr<AssetGraphicsView> view = session ? AssetGraphicsView::make(session) : nullptr;
+    if (!view)
+        return {};
+    view->createScene();
+    if (const auto* seen = Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId())))
+        view->copyCamera(*seen);
+    view->update();
+    const auto& fragments = view->viewFragments();
+    if (fragments.empty() || fragments.front()->bounds().isEmpty())
+        return {};
+    view->fit();
+
+    Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
+    options.antiAliasing = true;
+    options.transparentBackground = true;
+    Vs::Scene::Image image;
+    Vs::Status ignored; // Without a picture the file is as good.
+    if (!Vs::Scene::OffscreenRenderer::get()->render(fragments, side, side, options, image, ignored))
+        return {};
+    const QImage picture(image.pixels.data(), static_cast<int>(side), static_cast<int>(side),
+                         static_cast<qsizetype>(side) * 4, QImage::Format_RGBA8888);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    return picture.save(&buffer, "PNG") ? bytes.toStdString() : std::string();
+}
+
+} // namespace Vu

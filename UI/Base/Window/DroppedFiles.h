@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Vu {
+
+/// Opens files that were dropped on the window, one command for each, in their order. The first takes the
+/// place of the document that shows, as any opening does; the others come beside it.
+void openDroppedFiles(const std::vector<std::wstring>& paths);
+
+} // namespace Vu

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QLayout>
+
+#include <memory>
+#include <vector>
+
+namespace Vu::Commands {
+
+/// Lays its items out in rows, as many to a row as there is room for, like words in a paragraph.
+class FlowLayout : public QLayout
+{
+public:
+    FlowLayout(QWidget* parent, int spacing);
+    ~FlowLayout() override;
+
+    void addItem(QLayoutItem* item) override;
+    int count() const override { return static_cast<int>(m_items.size()); }
+    QLayoutItem* itemAt(int index) const override;
+    QLayoutItem* takeAt(int index) override;
+    Qt::Orientations expandingDirections() const override { return {}; }
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override { return arrange(QRect(0, 0, width, 0), false); }
+    QSize sizeHint() const override { return minimumSize(); }
+    QSize minimumSize() const override;
+    void setGeometry(const QRect& rect) override;
+
+private:
+    /// The height that the rows need; with `place` the items are put there.
+    int arrange(const QRect& rect, bool place) const;
+
+    std::vector<std::unique_ptr<QLayoutItem>> m_items;
+};
+
+} // namespace Vu::Commands

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Server/DataModel/DocumentEvents.h"
+#include "UI/Base/SessionEvents.h"
+#include "UI/Base/WorkspaceEvents.h"
+#include "UI/Commands/Home/TileSection.h"
+
+namespace Vu {
+class AssetSession;
+}
+
+namespace Vu::Commands {
+
+/// The assets that are open in the workspace, with a picture of how they look now; a press goes back to them.
+/// Takes no room without any. The pictures are drawn one by one behind the first picture of the window.
+class OpenSection : public TileSection,
+                    private Vs::DocumentEventSite,
+                    private SessionEventSite,
+                    private WorkspaceEventSite
+{
+public:
+    explicit OpenSection(QWidget* parent);
+    ~OpenSection() override;
+
+private:
+    void documentUpdated(Vs::DocumentEvent*) override { fillSoon(); }
+    void documentSaved(Vs::DocumentEvent*) override { fillSoon(); }
+    void documentClosed(Vs::DocumentEvent*) override { fillSoon(); }
+    void sessionCreated(SessionEvent*) override { fillSoon(); }
+    void sessionClosed(SessionEvent*) override { fillSoon(); }
+    void workspaceWelcome(WorkspaceEvent*) override { drawNext(0); }
+
+    void fillSoon();
+    void fill();
+    void drawNext(size_t index);
+
+    std::vector<AssetSession*> m_sessions; ///< One of each tile.
+    bool m_filling = false;
+    bool m_drawing = false;
+};
+
+} // namespace Vu::Commands

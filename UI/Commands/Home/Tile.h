@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QIcon>
+#include <QImage>
+
+#include <functional>
+
+class QToolButton;
+
+namespace Vu::Commands {
+
+/// A card of the home screen: a picture, a name, and two lines below it. It is pressed like a button; with
+/// the keyboard, Return opens it and Delete takes it off the list.
+class Tile : public QAbstractButton
+{
+public:
+    static constexpr int kWidth = 216;
+    static constexpr int kPictureHeight = 136;
+    static constexpr int kHeight = 210;
+
+    /// `icon` stands where there is no picture.
+    Tile(const QString& name, const QIcon& icon, QWidget* parent);
+
+    /// The first line below the name, shortened from its left, so that the end shows.
+    void place(const QString& text);
+    const QString& place() const { return m_place; }
+    /// The second one.
+    void note(const QString& text);
+    const QString& note() const { return m_note; }
+    /// A null image brings the icon back.
+    void picture(const QImage& image);
+    bool hasPicture() const { return !m_picture.isNull(); }
+    /// A tile that stands for nothing any more is faint, and offers all the time what the others offer below
+    /// the pointer: to be taken away.
+    void missing(bool value);
+    bool missing() const { return m_missing; }
+
+    /// Gives the tile a small button in its corner, with that tooltip. The tile may be gone afterwards.
+    void onRemove(std::function<void()> action, const QIcon& icon, const QString& tooltip);
+
+    QSize sizeHint() const override { return {kWidth, kHeight}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void paintPicture(QPainter& painter, const QRect& rect) const;
+    void describe();
+    void showRemove();
+
+    QIcon m_icon;
+    QImage m_picture;
+    QString m_place, m_note;
+    QToolButton* m_remove = nullptr;
+    std::function<void()> m_onRemove;
+    bool m_missing = false;
+};
+
+} // namespace Vu::Commands
