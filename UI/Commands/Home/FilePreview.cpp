@@ -23,8 +23,8 @@ FilePreview lookAt(const std::wstring& path)
         return preview;
     preview.modified = file.lastModified();
     const std::string bytes = Vs::NativeFile::thumbnail(path);
-    preview.picture = QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()),
-                                       static_cast<int>(bytes.size()), "PNG");
+    preview.picture =
+        QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(bytes.size()), "PNG");
     return preview;
 }
 
