@@ -5,6 +5,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandRegistry.h"
 #include "Server/Base/TextLine.h"
+#include "Server/Base/TranscriptMgr.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 
@@ -156,6 +157,7 @@ TextCommandResult TextCommandMgr::run(std::wstring_view line, bool viaUI)
 ReplayResult TextCommandMgr::replay(const boost::filesystem::path& path, const ReplayOptions& options)
 {
     const Progress::CancelScope scope;
+    const TranscriptMgr::Replay replaying;
     ReplayResult result;
     const auto failed = [&](size_t line, const std::wstring& message) {
         ++result.failures;

@@ -3,11 +3,15 @@
 #include "Server/Scene/SceneNodes.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 
 namespace Vs::Scene {
 
 using Rendra::Graphics::BodyNode;
+using Rendra::Graphics::GeometryNode;
 using Rendra::Graphics::GroupNode;
+using Rendra::Graphics::InstanceNode;
 using Rendra::Graphics::Node;
 
 namespace {
@@ -26,7 +30,26 @@ bool equal(const GkMatrix3d& a, const GkMatrix3d& b)
     return std::equal(&a.entry[0][0], &a.entry[0][0] + 16, &b.entry[0][0]);
 }
 
+/// A full circle of so many lines looks round at any size that a reticle has.
+constexpr int kLinesOfCircle = 180;
+
 } // namespace
+
+StrongRef<GeometryNode> NodeChange::createLODGeometryNode(GroupNode* parent, bool)
+{
+    StrongRef<GeometryNode> node = GeometryNode::make();
+    if (parent)
+        NodeChange(parent).add(node);
+    return node;
+}
+
+StrongRef<InstanceNode> NodeChange::createInstanceNode(GroupNode* parent, bool)
+{
+    StrongRef<InstanceNode> node = InstanceNode::make();
+    if (parent)
+        NodeChange(parent).add(node);
+    return node;
+}
 
 NodeChange& NodeChange::name(const std::string& name)
 {
@@ -41,6 +64,12 @@ NodeChange& NodeChange::transform(const GkMatrix3d& transform)
         m_node->touch();
     }
     return *this;
+}
+
+NodeChange& NodeChange::transform(const GkPoint3d& point)
+{
+    const bool isPlace = std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
+    return isPlace ? transform(GkMatrix3d::translation(point.asVector())) : *this;
 }
 
 NodeChange& NodeChange::visible(bool visible)
@@ -86,6 +115,71 @@ NodeChange& NodeChange::bodyColour(const Colour& colour)
     if (body && body->m_bodyColour != colour) {
         body->m_bodyColour = colour;
         body->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::polyline(std::vector<GkPoint3d> points)
+{
+    if (auto* geometry = cast<GeometryNode>(m_node)) {
+        geometry->m_polylines.push_back(std::move(points));
+        geometry->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::arc(const GkPoint3d& centre, const GkVector3d& normal, const GkVector3d& reference,
+                            double from, double to, int clientType)
+{
+    auto* geometry = cast<GeometryNode>(m_node);
+    if (!geometry || !std::isfinite(from) || !std::isfinite(to))
+        return *this;
+    const double turns = std::min(1.0, std::abs(to - from) / (2 * std::numbers::pi));
+    const int lines = std::max(1, int(std::ceil(turns * kLinesOfCircle)));
+    std::vector<GkPoint3d> points;
+    for (int i = 0; i <= lines; ++i) {
+        GkVector3d spoke = reference;
+        points.push_back(centre + spoke.rotateBy(from + (to - from) * i / lines, normal));
+    }
+    geometry->m_clientType = clientType;
+    return polyline(std::move(points));
+}
+
+NodeChange& NodeChange::texture(std::shared_ptr<const Rendra::Graphics::Texture> texture)
+{
+    auto* geometry = cast<GeometryNode>(m_node);
+    if (geometry && geometry->m_texture != texture) {
+        geometry->m_texture = std::move(texture);
+        geometry->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::billBoard(const GkPoint3d& origin, const GkVector3d& normal,
+                                  Rendra::Graphics::EBillboard kind)
+{
+    if (auto* geometry = cast<GeometryNode>(m_node)) {
+        geometry->m_billboard = {origin, normal, kind};
+        geometry->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::depthPriority(int priority)
+{
+    auto* geometry = cast<GeometryNode>(m_node);
+    if (geometry && geometry->m_depthPriority != priority) {
+        geometry->m_depthPriority = priority;
+        geometry->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::occludedEffect(const std::string& name, const Colour& colour, float opacity)
+{
+    if (auto* instance = cast<InstanceNode>(m_node)) {
+        instance->m_occludedEffect = {name, colour, opacity};
+        instance->touch();
     }
     return *this;
 }

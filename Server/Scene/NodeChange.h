@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/Scene/Node.h"
+#include "Server/Scene/GeometryNode.h"
 
 namespace Vs::Scene {
 
@@ -9,11 +9,21 @@ namespace Vs::Scene {
 class NodeChange
 {
 public:
+    /// New nodes, hung under `parent` unless that is null. Geometry has one level of detail: what it shows
+    /// keeps its size on the screen or is a handful of lines. `transient` ones, as all of today, are never
+    /// saved.
+    static StrongRef<Rendra::Graphics::GeometryNode>
+    createLODGeometryNode(Rendra::Graphics::GroupNode* parent, bool transient);
+    static StrongRef<Rendra::Graphics::InstanceNode> createInstanceNode(Rendra::Graphics::GroupNode* parent,
+                                                                        bool transient);
+
     /// `node` must not be null, and stays alive as long as the change.
     explicit NodeChange(Rendra::Graphics::Node* node) : m_node(node) {}
 
     NodeChange& name(const std::string& name);
     NodeChange& transform(const GkMatrix3d& transform);
+    /// Moves the node's origin to `point`, without turning it. A point that is no number changes nothing.
+    NodeChange& transform(const GkPoint3d& point);
     NodeChange& visible(bool visible);
     NodeChange& colour(const std::optional<Colour>& colour);
     NodeChange& highlight(Rendra::Graphics::Highlight highlight);
@@ -21,6 +31,21 @@ public:
     /// Of a BodyNode; does nothing to others.
     NodeChange& mesh(std::shared_ptr<const BodyMesh> mesh);
     NodeChange& bodyColour(const Colour& colour);
+
+    /// Of a GeometryNode; do nothing to others.
+    NodeChange& polyline(std::vector<GkPoint3d> points);
+    /// An arc about `normal`, from `from` to `to` radians off the direction of `reference`, whose length is
+    /// the radius.
+    NodeChange& arc(const GkPoint3d& centre, const GkVector3d& normal, const GkVector3d& reference,
+                    double from, double to, int clientType = 0);
+    NodeChange& texture(std::shared_ptr<const Rendra::Graphics::Texture> texture);
+    NodeChange& billBoard(const GkPoint3d& origin, const GkVector3d& normal,
+                          Rendra::Graphics::EBillboard kind);
+    NodeChange& depthPriority(int priority);
+    /// Of any node: the colour of all geometry and bodies below.
+    NodeChange& colorEffect(const Colour& colour) { return this->colour(colour); }
+    /// Of an InstanceNode; does nothing to others.
+    NodeChange& occludedEffect(const std::string& name, const Colour& colour, float opacity);
 
     /// Of a GroupNode; do nothing to others. A node that is in the group already, or that the group itself
     /// hangs under, is not added.

@@ -15,6 +15,7 @@ enum EVisualStyle {
     kWireframeWithHiddenEdges = 4,
     kWireframeWithVisibleEdges = 5,
     kRealistic = 6,
+    kHelpersOnly = 9, ///< Reticles and markers, no bodies.
 };
 
 /// How one fragment is drawn. A new one has what the user's options say at that moment.

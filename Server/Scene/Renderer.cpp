@@ -2,6 +2,7 @@
 
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/Rendra/DrawList.h"
+#include "Server/Scene/Rendra/HelperPainter.h"
 #include "Server/Scene/Rendra/InstanceStore.h"
 #include "Server/Scene/Rendra/MeshStore.h"
 #include "Server/Scene/Rendra/Occlusion.h"
@@ -56,6 +57,8 @@ Style styleOf(int visualStyle)
         return {false, true, true, true};
     case Vs::Scene::kWireframeWithVisibleEdges:
         return {false, true, true, false};
+    case Vs::Scene::kHelpersOnly:
+        return {false, false, false, false};
     default:
         return {true, false, true, false};
     }
@@ -94,6 +97,32 @@ void setMatrix(GLint location, const double (&rows)[4][4])
     glUniformMatrix4fv(location, 1, GL_FALSE, values);
 }
 
+/// The clip matrix of a part of a view.
+void clipMatrixOf(const Projection& projection, const Area& area, const Area& part, double (&clip)[4][4])
+{
+    projection.clipMatrix(clip, double(part.x - area.x) / area.width, double(part.y - area.y) / area.height,
+                          double(part.x - area.x + part.width) / area.width,
+                          double(part.y - area.y + part.height) / area.height);
+}
+
+/// Directs what follows into a part of the picture, with the state that a fragment begins with.
+void drawInto(const RenderTarget& target, const Area& part, const Area& tile)
+{
+    glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
+    glViewport(part.x - tile.x, part.y - tile.y, part.width, part.height);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+}
+
+/// The width of lines nearest to `wanted` that the driver draws.
+float offeredWidth(const RenderTarget& target, float wanted)
+{
+    float widths[2] = {1, 1};
+    glGetFloatv(target.samples > 1 ? GL_SMOOTH_LINE_WIDTH_RANGE : GL_ALIASED_LINE_WIDTH_RANGE, widths);
+    return std::clamp(wanted, widths[0], widths[1]);
+}
+
 } // namespace
 
 struct Renderer::Data
@@ -109,6 +138,7 @@ struct Renderer::Data
 
     Program faces, edges, background;
     Occlusion occlusion;
+    HelperPainter helpers;
     GLuint noArray = 0; ///< A vertex array without attributes, for the background.
     MeshStore meshes;
     std::vector<std::unique_ptr<Scene>> scenes;
@@ -120,6 +150,8 @@ struct Renderer::Data
     Scene& sceneOf(const Graphics::Node& root);
     void drawBackground(const RenderTarget& target, const Area& tile);
     void drawFragment(ViewFragment& fragment, const RenderTarget& target, const Area& tile);
+    void drawBodies(ViewFragment& fragment, Scene& scene, const Projection& projection,
+                    const RenderTarget& target, const Area& area, const Area& part, const Area& tile);
     void drawFaces(Scene& scene, bool transparent);
     bool findOcclusion(Scene& scene, const Projection& projection, const RenderTarget& target,
                        const Area& area, const Area& part, double radius);
@@ -139,6 +171,7 @@ Renderer::~Renderer()
         scene->instances.release();
     m_data->meshes.release();
     m_data->occlusion.release();
+    m_data->helpers.release();
     for (Program* program : {&m_data->faces, &m_data->edges, &m_data->background})
         program->release();
     glDeleteVertexArrays(1, &m_data->noArray);
@@ -162,7 +195,8 @@ bool Renderer::initialize(Vs::Status& status)
     m_data->ready = m_data->faces.make("faces", Shaders::kFaceVertex, Shaders::kFaceFragment, status) &&
                     m_data->edges.make("edges", Shaders::kEdgeVertex, Shaders::kEdgeFragment, status) &&
                     m_data->background.make("background", Shaders::kBackgroundVertex,
-                                            Shaders::kBackgroundFragment, status);
+                                            Shaders::kBackgroundFragment, status) &&
+                    m_data->helpers.make(status);
     if (!m_data->ready)
         return false;
     glGenVertexArrays(1, &m_data->noArray);
@@ -232,6 +266,7 @@ void Renderer::render(const std::vector<ViewFragment*>& fragments, const RenderT
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     glUseProgram(0);
     data.meshes.collect();
+    data.helpers.collect();
 }
 
 Renderer::Data::Scene& Renderer::Data::sceneOf(const Graphics::Node& root)
@@ -286,8 +321,24 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
     const Area part = intersection(area, tile);
     const Projection projection(*fragment.camera(), area.width, area.height, root.boundingBox());
     statistics.instances += scene.list.instances();
-    if (part.width == 0 || part.height == 0 || scene.list.instances() == 0)
+    if (part.width == 0 || part.height == 0)
         return;
+    drawInto(target, part, tile);
+    if (scene.list.instances() > 0)
+        drawBodies(fragment, scene, projection, target, area, part, tile);
+    if (!scene.list.helpers().empty()) {
+        double clip[4][4];
+        clipMatrixOf(projection, area, part, clip);
+        const float pixel = std::max(1.0f, target.lineWidth);
+        helpers.draw(scene.list.helpers(), projection, clip, pixel, offeredWidth(target, 1.5f * pixel));
+    }
+}
+
+void Renderer::Data::drawBodies(ViewFragment& fragment, Scene& scene, const Projection& projection,
+                                const RenderTarget& target, const Area& area, const Area& part,
+                                const Area& tile)
+{
+    const Graphics::GroupNode& root = *fragment.viewFragmentNode();
     statistics.uploadedInstances += scene.instances.update(scene.list, projection);
     for (const InstanceStore::Range& range : scene.instances.ranges())
         statistics.drawnInstances += uint64_t(range.count);
@@ -296,11 +347,7 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
     const bool occluded =
         target.effects && style.faces && fragment.renderParams()->ambientOcclusionEnabled() &&
         findOcclusion(scene, projection, target, area, part, root.boundingBox().diagonal() * kOcclusionReach);
-    glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
-    glViewport(part.x - tile.x, part.y - tile.y, part.width, part.height);
-    glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_LEQUAL);
-    glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    drawInto(target, part, tile);
 
     setView(faces, scene, projection, area, part);
     glUniform1i(faces.uniform("occluded"), occluded);
@@ -372,9 +419,7 @@ void Renderer::Data::setView(const Program& program, const Scene& scene, const P
     const GkMatrix3d view = projection.view() * GkMatrix3d::translation(scene.list.origin());
     setMatrix(program.uniform("view"), view.entry);
     double clip[4][4];
-    projection.clipMatrix(clip, double(part.x - area.x) / area.width, double(part.y - area.y) / area.height,
-                          double(part.x - area.x + part.width) / area.width,
-                          double(part.y - area.y + part.height) / area.height);
+    clipMatrixOf(projection, area, part, clip);
     setMatrix(program.uniform("projection"), clip);
     glUniform1i(program.uniform("perspective"), projection.perspective());
 }
@@ -402,9 +447,7 @@ void Renderer::Data::drawFaces(Scene& scene, bool transparent)
 void Renderer::Data::drawEdges(Scene& scene, const Projection& projection, const RenderTarget& target,
                                const float (&colour)[4])
 {
-    float widths[2] = {1, 1};
-    glGetFloatv(target.samples > 1 ? GL_SMOOTH_LINE_WIDTH_RANGE : GL_ALIASED_LINE_WIDTH_RANGE, widths);
-    glLineWidth(std::clamp(target.lineWidth, widths[0], widths[1]));
+    glLineWidth(offeredWidth(target, target.lineWidth));
     glUniform4fv(edges.uniform("edgeColour"), 1, colour);
     const GLint pixelsOfBody = edges.uniform("pixelsOfBody");
     for (size_t i = 0; i < scene.list.batches().size(); ++i) {

@@ -44,7 +44,9 @@ public:
     /// The asset whose model the fragment shows. Not owned; null if there is none or the asset is gone.
     SceneAssetAdapter* sceneAssetAdapter() const;
     void sceneAssetAdapter(SceneAssetAdapter* adapter);
-    /// A click beside everything selects the background, and so has a place in space.
+    /// A click beside everything selects the background, and so has a place in space. Default true; a
+    /// fragment that only draws over the model, such as a reticle, says no, and is left out of fits, picks
+    /// and pictures.
     bool supportSelectBackground() const { return m_selectBackground; }
     void supportSelectBackground(bool supports) { m_selectBackground = supports; }
 
@@ -53,7 +55,7 @@ private:
     StrongRef<Camera> m_camera;
     StrongRef<Viewport> m_viewport;
     StrongRef<Rendra::Graphics::GroupNode> m_assetNode;
-    bool m_selectBackground = false;
+    bool m_selectBackground = true;
 };
 
 /// Null if the node is null or is no fragment's.

@@ -5,6 +5,9 @@
 #include "UI/Base/AssetGraphicsView.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/MouseEvents.h"
+#include "UI/Base/SceneEvaluator.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/ViewMgr.h"
@@ -13,25 +16,19 @@ using namespace Vu;
 
 namespace {
 
-/// Notes what it is told, and takes presses if it is asked to.
+/// Notes what it is told.
 class MouseLog : public MouseEventSite
 {
 public:
     MouseLog() { MouseEventSource::get()->subscribe(this); }
     ~MouseLog() override { MouseEventSource::get()->unsubscribe(this); }
-    void mouseDown(MouseEvent* event) override
-    {
-        text += "down ";
-        if (takes)
-            event->accept();
-    }
+    void mouseDown(MouseEvent*) override { text += "down "; }
     void mouseUp(MouseEvent*) override { text += "up "; }
     void mouseMove(MouseEvent*) override { text += "move "; }
     void mouseDragBegin(MouseEvent*) override { text += "begin "; }
     void mouseDrag(MouseEvent*) override { text += "drag "; }
     void mouseDragEnd(MouseEvent*) override { text += "end "; }
     std::string text;
-    bool takes = false;
 };
 
 class MouseTest : public UiTest
@@ -87,56 +84,45 @@ TEST_F(MouseTest, AShakingHandClicksAndAMovingOneDrags)
     EXPECT_EQ(log.text, "down begin drag drag end up move ");
 }
 
-TEST_F(MouseTest, TheMiddleButtonPansWithoutTurningAndTheRightOneTurns)
+TEST_F(MouseTest, WhatLiesUnderThePointerIsFoundInTheCanvasOfTheEvent)
 {
-    ASSERT_NE(view, nullptr);
-    const GkVector3d direction = camera()->direction();
-    const GkPoint3d target = camera()->target();
-    down(kMiddleButton, 100, 100);
-    move(200, 100);
-    up(kMiddleButton, 200, 100);
-    EXPECT_TRUE(camera()->direction().isEqualTo(direction));
-    // The model follows the hand: the target goes the other way.
-    EXPECT_LT((camera()->target() - target).dotProduct(camera()->right()), 0);
-
-    const double distance = camera()->distance();
-    down(kRightButton, 100, 100);
-    move(160, 130);
-    up(kRightButton, 160, 130);
-    EXPECT_FALSE(camera()->direction().isEqualTo(direction));
-    EXPECT_NEAR(camera()->distance(), distance, distance * 1e-9);
+    /// Asks at each press what is there.
+    class Asker : public MouseEventSite
+    {
+    public:
+        Asker() { MouseEventSource::get()->subscribe(this); }
+        ~Asker() override { MouseEventSource::get()->unsubscribe(this); }
+        void mouseDown(MouseEvent* event) override
+        {
+            SceneEvaluator* evaluator = SceneEvaluator::get(event->position());
+            found = evaluator != nullptr;
+            body = evaluator && evaluator->sceneSelection(false);
+            background = evaluator && evaluator->sceneSelection(true);
+        }
+        bool found = false, body = false, background = false;
+    } asker;
+    down(kLeftButton, canvas.width() / 2.0, canvas.height() / 2.0);
+    EXPECT_TRUE(asker.found && asker.body && asker.background);
+    down(kLeftButton, 2, 2);
+    EXPECT_TRUE(asker.found && !asker.body && asker.background);
+    GraphicsCanvas empty;
+    MouseEvent event(&empty, {kLeftButton, 0, 2, 2, 0});
+    MouseEventSource::get()->fireMouseDown(&event);
+    EXPECT_FALSE(asker.found);
 }
 
-TEST_F(MouseTest, APressThatASiteTakesIsNotTheViewsUntilTheButtonGoesUp)
+TEST_F(MouseTest, AFragmentOverTheModelIsLeftOutOfFitsAndDoesNotHideTheModel)
 {
-    MouseLog log;
-    log.takes = true;
-    const GkPoint3d position = camera()->position();
-    down(kRightButton, 100, 100);
-    move(200, 150);
-    up(kRightButton, 200, 150);
-    EXPECT_TRUE(camera()->position().isEqualTo(position));
-    log.takes = false;
-    down(kRightButton, 100, 100);
-    move(200, 150);
-    up(kRightButton, 200, 150);
-    EXPECT_FALSE(camera()->position().isEqualTo(position));
-}
-
-TEST_F(MouseTest, TheWheelKeepsWhatLiesUnderThePointer)
-{
-    const double width = canvas.width(), height = canvas.height();
-    const auto under = [&](double x, double y) {
-        const double size = std::max(camera()->extentsWidth() / width, camera()->extentsHeight() / height);
-        return camera()->target() + camera()->right() * ((x - width / 2) * size) +
-               camera()->screenUp() * ((height / 2 - y) * size);
-    };
-    const GkPoint3d before = under(300, 200);
-    const double extent = camera()->extentsWidth();
-    MouseEvent event(&canvas, {kNoMouseButton, 0, 300, 200, 2.0});
-    MouseEventSource::get()->fireMouseScroll(&event);
-    EXPECT_LT(camera()->extentsWidth(), extent);
-    EXPECT_LT(under(300, 200).distanceTo(before), 1e-6 * extent);
+    auto over = Vs::Scene::ViewFragment::make(nullptr, "Over");
+    over->data()->supportSelectBackground(false);
+    const uint64_t aimed = over->camera()->revision();
+    view->addFragment(over);
+    view->fit();
+    EXPECT_EQ(over->camera()->revision(), aimed);
+    EXPECT_EQ(view->modelFragment(), view->viewFragments().front());
+    view->removeFragment(over.get());
+    view->removeFragment(over.get());
+    EXPECT_EQ(view->viewFragments().size(), 1u);
 }
 
 TEST_F(MouseTest, AViewShowsInOneCanvasAtATime)

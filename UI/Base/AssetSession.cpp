@@ -3,11 +3,13 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Types/Uuid.h"
 #include "UI/Base/AssetGraphicsView.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/Environment.h"
+#include "UI/Base/SelectionDisplay.h"
 #include "UI/Base/SessionEvents.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ViewMgr.h"
@@ -32,7 +34,11 @@ Vs::Asset* findByGuid(const boost::uuids::uuid& guid)
 } // namespace
 
 AssetSession::AssetSession(Vs::Asset* asset, DocumentSession* documentSession)
-    : m_asset(asset), m_documentSession(documentSession), m_views(std::make_unique<ViewMgr>())
+    : m_asset(asset),
+      m_documentSession(documentSession),
+      m_selection(std::make_unique<Vs::SelectionMgr>()),
+      m_selectionDisplay(std::make_unique<SelectionDisplay>(asset, m_selection.get())),
+      m_views(std::make_unique<ViewMgr>())
 {
 }
 

@@ -6,7 +6,8 @@
 
 namespace Vs {
 class Asset;
-}
+class SelectionMgr;
+} // namespace Vs
 
 namespace Vu {
 
@@ -15,6 +16,7 @@ class DocumentSession;
 class EnvironmentDefinition;
 class EnvironmentState;
 class GraphicsView;
+class SelectionDisplay;
 class ViewMgr;
 
 /// The user interface's state of an open asset: its commands, its views, its environment. Owned by
@@ -30,6 +32,9 @@ public:
 
     /// The manager of the commands that run on this asset; made with the session.
     CommandMgr* commandManager() const { return m_commands.get(); }
+
+    /// What is selected in this session. Never null.
+    Vs::SelectionMgr* selectionManager() const { return m_selection.get(); }
 
     /// The views on this asset. The first view is made at the first call, if the asset has a scene.
     ViewMgr* viewManager();
@@ -51,6 +56,8 @@ private:
 
     Vs::Asset* m_asset;
     DocumentSession* m_documentSession;
+    std::unique_ptr<Vs::SelectionMgr> m_selection;
+    std::unique_ptr<SelectionDisplay> m_selectionDisplay;
     std::unique_ptr<ViewMgr> m_views;
     std::unique_ptr<EnvironmentState> m_environment;
     std::unique_ptr<CommandMgr> m_commands;

@@ -1,10 +1,12 @@
 #include "UI/Base/CursorController.h"
 
 #include "Server/Base/ResourceMgr.h"
+#include "UI/Base/GraphicsCanvas.h"
 
 #include <QCursor>
 #include <QGuiApplication>
 #include <QPixmap>
+#include <QWidget>
 
 #include <algorithm>
 #include <vector>
@@ -12,10 +14,11 @@
 namespace Vu {
 namespace {
 
-std::vector<CursorController*>& enabledControllers()
+/// Those that are enabled, the last one winning.
+std::vector<CursorController*>& enabledControllers(bool canvases)
 {
-    static std::vector<CursorController*> controllers;
-    return controllers;
+    static std::vector<CursorController*> forProgram, forCanvases;
+    return canvases ? forCanvases : forProgram;
 }
 
 /// The numbers are Qt's, except the wait pointer, which has a number of its own.
@@ -35,7 +38,12 @@ QCursor qtCursor(const Vs::CursorResource& cursor)
 
 CursorController* CursorController::make(int priority)
 {
-    return new CursorController(priority);
+    return new CursorController(priority, false);
+}
+
+CursorController* CursorController::makeForCanvases(int priority)
+{
+    return new CursorController(priority, true);
 }
 
 CursorController::~CursorController() = default;
@@ -52,7 +60,7 @@ void CursorController::enabled(bool value)
     if (value == m_enabled)
         return;
     m_enabled = value;
-    std::vector<CursorController*>& controllers = enabledControllers();
+    std::vector<CursorController*>& controllers = enabledControllers(m_canvases);
     std::erase(controllers, this);
     if (value)
         controllers.insert(std::upper_bound(controllers.begin(), controllers.end(), this,
@@ -69,17 +77,36 @@ void CursorController::destroy()
     delete this;
 }
 
-void CursorController::update()
+void CursorController::update() const
 {
     // Without a display there is no pointer to change.
     if (!qGuiApp)
         return;
-    const std::vector<CursorController*>& controllers = enabledControllers();
+    if (m_canvases) {
+        updateCanvases();
+        return;
+    }
+    const std::vector<CursorController*>& controllers = enabledControllers(false);
     const Vs::CursorResource* shown = controllers.empty() ? nullptr : controllers.back()->m_cursor;
     while (QGuiApplication::overrideCursor())
         QGuiApplication::restoreOverrideCursor();
     if (shown)
         QGuiApplication::setOverrideCursor(qtCursor(*shown));
+}
+
+void CursorController::updateCanvases()
+{
+    const std::vector<CursorController*>& controllers = enabledControllers(true);
+    const Vs::CursorResource* shown = controllers.empty() ? nullptr : controllers.back()->m_cursor;
+    std::vector<GraphicsCanvas*> canvases;
+    GraphicsCanvas::allCanvases(canvases);
+    for (const GraphicsCanvas* canvas : canvases) {
+        QWidget* widget = canvas->existingWidget();
+        if (widget && shown)
+            widget->setCursor(qtCursor(*shown));
+        else if (widget)
+            widget->unsetCursor();
+    }
 }
 
 } // namespace Vu

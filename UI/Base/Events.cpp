@@ -1,3 +1,4 @@
+#include "UI/Base/InteractionEvents.h"
 #include "UI/Base/Notifications.h"
 #include "UI/Base/SessionEvents.h"
 #include "UI/Base/SplitViewEvents.h"
@@ -22,6 +23,12 @@ WorkspaceEventSource* WorkspaceEventSource::get()
 SplitViewEventSource* SplitViewEventSource::get()
 {
     static auto* const source = new SplitViewEventSource;
+    return source;
+}
+
+InteractionEventSource* InteractionEventSource::get()
+{
+    static auto* const source = new InteractionEventSource;
     return source;
 }
 

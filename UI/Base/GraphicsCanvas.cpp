@@ -1,6 +1,8 @@
 #include "UI/Base/GraphicsCanvas.h"
 
+#include "UI/Base/CursorController.h"
 #include "UI/Base/GraphicsView.h"
+#include "UI/Base/MouseEvents.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/Window/CanvasWidget.h"
 
@@ -39,6 +41,7 @@ GraphicsCanvas::~GraphicsCanvas()
     view(nullptr, false, false);
     std::erase(canvasList(), this);
     SplitViewMgr::get()->forget(this);
+    MouseEventSource::get()->forget(this);
     delete m_data->widget;
 }
 
@@ -92,10 +95,12 @@ void GraphicsCanvas::repaintNow()
 
 QWidget* GraphicsCanvas::widget(QWidget* parent)
 {
-    if (!m_data->widget)
+    if (!m_data->widget) {
         m_data->widget = makeCanvasWidget(this, parent);
-    else if (m_data->widget->parentWidget() != parent)
+        CursorController::updateCanvases();
+    } else if (m_data->widget->parentWidget() != parent) {
         m_data->widget->setParent(parent);
+    }
     return m_data->widget;
 }
 

@@ -2,25 +2,21 @@
 
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/Projection.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/TransitionMgr.h"
-#include "UI/Base/UIBaseOptionGroup.h"
 
 #include <QImage>
 #include <QImageWriter>
 #include <QSaveFile>
 
 #include <algorithm>
-#include <cmath>
 
 namespace Vu {
 namespace {
-
-/// How much larger one notch of the wheel makes the model.
-constexpr double kZoomOfOneNotch = 1.15;
 
 QByteArray imageFormat(const QString& path)
 {
@@ -76,6 +72,40 @@ void GraphicsView::addFragment(Vs::StrongRef<Vs::Scene::ViewFragment> fragment)
     m_fragments.push_back(fragment.get());
     m_owned.push_back(std::move(fragment));
     m_seen.push_back(0);
+    contentChanged();
+}
+
+void GraphicsView::removeFragment(const Vs::Scene::ViewFragment* fragment)
+{
+    const auto found = std::find(m_fragments.begin(), m_fragments.end(), fragment);
+    if (found == m_fragments.end())
+        return;
+    const auto index = found - m_fragments.begin();
+    m_fragments.erase(found);
+    m_seen.erase(m_seen.begin() + index);
+    m_owned.erase(m_owned.begin() + index);
+    contentChanged();
+}
+
+void GraphicsView::contentChanged()
+{
+    if (m_canvas)
+        m_canvas->invalidate();
+}
+
+Vs::Scene::ViewFragment* GraphicsView::modelFragment() const
+{
+    const std::vector<Vs::Scene::ViewFragment*> fragments = modelFragments();
+    return fragments.empty() ? nullptr : fragments.front();
+}
+
+std::vector<Vs::Scene::ViewFragment*> GraphicsView::modelFragments() const
+{
+    std::vector<Vs::Scene::ViewFragment*> fragments;
+    for (Vs::Scene::ViewFragment* fragment : m_fragments)
+        if (fragment->data()->supportSelectBackground())
+            fragments.push_back(fragment);
+    return fragments;
 }
 
 bool GraphicsView::waitsForContent() const
@@ -90,18 +120,23 @@ void GraphicsView::fit()
 {
     // The first parts are framed at once, and all of them when the last one is there.
     m_fitPending = waitsForContent();
-    for (Vs::Scene::ViewFragment* fragment : m_fragments) {
+    for (Vs::Scene::ViewFragment* fragment : modelFragments()) {
         const BBox bounds = fragment->bounds();
         if (bounds.isEmpty())
             m_fitPending = true;
         else
             fragment->camera()->fit(bounds);
     }
+    if (const Vs::Scene::ViewFragment* fragment = modelFragment())
+        m_fitRevision = fragment->camera()->revision();
 }
 
 bool GraphicsView::update()
 {
-    const bool pending = m_fitPending;
+    // A camera that was moved since is where the user wants it.
+    const Vs::Scene::ViewFragment* model = modelFragment();
+    const bool pending = m_fitPending && model && model->camera()->revision() == m_fitRevision;
+    m_fitPending = pending;
     bool changed = false;
     for (size_t i = 0; i < m_fragments.size(); ++i)
         changed = m_fragments[i]->update(m_seen[i]) || changed;
@@ -121,7 +156,8 @@ bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_
     const QString path = QString::fromStdWString(image->localPath());
     const Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
     Vs::Scene::Image pixels;
-    if (!Vs::Scene::OffscreenRenderer::get()->render(m_fragments, width, height, options, pixels, status))
+    if (!Vs::Scene::OffscreenRenderer::get()->render(modelFragments(), width, height, options, pixels,
+                                                     status))
         return false;
     const bool jpeg = imageFormat(path) == "jpg";
     return writeImage(pixels, path, options.transparentBackground && !jpeg, status);
@@ -133,85 +169,16 @@ bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_
     return renderImage(image, width, height, status);
 }
 
-/// Millimetres at the target for one logical pixel.
-double GraphicsView::pixelSize() const
+GkPoint3d GraphicsView::windowToWorld(const Vs::Point2& place) const
 {
-    const Vs::Scene::Camera* camera = m_fragments.front()->camera();
-    const double width = std::max(1, m_canvas ? m_canvas->width() : 1);
-    const double height = std::max(1, m_canvas ? m_canvas->height() : 1);
-    return std::max(camera->extentsWidth() / width, camera->extentsHeight() / height);
-}
-
-void GraphicsView::mouseDown(MouseEvent* event)
-{
-    if (m_fragments.empty())
-        return;
-    TransitionMgr::get()->finish();
-    const bool shift = event->modifierMask() == kShiftModifier;
-    if (event->button() == kRightButton || (event->button() == kMiddleButton && shift))
-        m_drag = Drag::Orbit;
-    else if (event->button() == kMiddleButton)
-        m_drag = Drag::Pan;
-    m_lastX = event->x();
-    m_lastY = event->y();
-}
-
-void GraphicsView::mouseMove(MouseEvent* event)
-{
-    if (m_drag != Drag::None)
-        dragTo(event->x(), event->y());
-}
-
-void GraphicsView::mouseDrag(MouseEvent* event)
-{
-    mouseMove(event);
-}
-
-void GraphicsView::mouseUp(MouseEvent*)
-{
-    m_drag = Drag::None;
-}
-
-void GraphicsView::dragTo(double x, double y)
-{
-    const double dx = x - m_lastX;
-    const double dy = m_lastY - y; // Upwards.
-    m_lastX = x;
-    m_lastY = y;
-    m_fitPending = false;
-    Vs::Scene::Camera* camera = m_fragments.front()->camera();
-    if (m_drag == Drag::Orbit) {
-        camera->orbit(dx, dy);
-    } else {
-        const double size = pixelSize();
-        camera->dolly(camera->right() * (-dx * size) + camera->screenUp() * (-dy * size));
-    }
-}
-
-void GraphicsView::mouseDoubleClick(MouseEvent* event)
-{
-    m_drag = Drag::None;
-    if (event->button() == kMiddleButton || event->modifierMask() == kAltModifier)
-        fit();
-}
-
-void GraphicsView::mouseScroll(MouseEvent* event)
-{
-    if (m_fragments.empty() || event->delta() == 0)
-        return;
-    TransitionMgr::get()->finish();
-    m_fitPending = false;
-    const double steps = UIBaseOptionGroup::get()->reverseZoomDirection() ? -event->delta() : event->delta();
-    const double factor = std::pow(kZoomOfOneNotch, steps);
-    Vs::Scene::Camera* camera = m_fragments.front()->camera();
-    // What lies under the pointer, in the plane of the target, stays there.
-    const double size = pixelSize();
-    const double across = m_canvas ? (event->x() - m_canvas->width() / 2.0) * size : 0;
-    const double upwards = m_canvas ? (m_canvas->height() / 2.0 - event->y()) * size : 0;
-    const double part = 1.0 - 1.0 / factor;
-    const GkVector3d shift = camera->right() * (across * part) + camera->screenUp() * (upwards * part);
-    camera->zoom(factor);
-    camera->dolly(shift);
+    const Vs::Scene::ViewFragment* fragment = modelFragment();
+    if (!fragment)
+        return {};
+    const double width = m_canvas ? m_canvas->width() : 1;
+    const double height = m_canvas ? m_canvas->height() : 1;
+    const Vs::Scene::Camera& camera = *fragment->camera();
+    const Vs::Scene::Projection projection(camera, width, height);
+    return projection.screenToWorld({double(place.x), height - place.y, camera.distance()});
 }
 
 } // namespace Vu

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "Server/Base/Point2.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/StrongRef.h"
+#include "Server/Geometry/GkPoint3d.h"
 #include "Server/Scene/INodeSource.h"
-#include "UI/Base/MouseEvents.h"
 #include "UI/Base/View.h"
 
 #include <cstdint>
@@ -22,10 +23,7 @@ namespace Vu {
 class GraphicsCanvas;
 
 /// What a canvas shows: a scene, seen through one or more view fragments, each with a camera of its own.
-///
-/// The view handles the mouse events that no site takes: the wheel zooms at the pointer, the middle button
-/// pans, the right button, or the middle one with Shift, orbits, a double click of the middle button fits.
-class GraphicsView : public Vs::Implements<GraphicsView, View, Vs::Scene::INodeSource>, public MouseEventSite
+class GraphicsView : public Vs::Implements<GraphicsView, View, Vs::Scene::INodeSource>
 {
 public:
     GraphicsView();
@@ -36,8 +34,15 @@ public:
 
     const std::vector<Vs::Scene::ViewFragment*>& viewFragments() const { return m_fragments; }
     void addFragment(Vs::StrongRef<Vs::Scene::ViewFragment> fragment);
-    /// Frames the content of each fragment. With nothing to frame yet, it happens when the first content
-    /// comes.
+    /// Does nothing if it isn't here.
+    void removeFragment(const Vs::Scene::ViewFragment* fragment);
+    /// The first fragment that shows a model; null if there is none.
+    Vs::Scene::ViewFragment* modelFragment() const;
+    /// Where a place of the canvas, in logical pixels from its upper left corner, lies in the plane of the
+    /// camera's target.
+    GkPoint3d windowToWorld(const Vs::Point2& place) const;
+    /// Frames the content of each fragment that shows a model. With nothing to frame yet, it happens when the
+    /// first content comes.
     void fit();
     /// Takes in what arrived since the last call (meshes that were still being made). True if the picture
     /// changed; the canvas calls it before it draws.
@@ -58,27 +63,17 @@ public:
     bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status);
     bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
 
-    void mouseDown(MouseEvent* event) override;
-    void mouseUp(MouseEvent* event) override;
-    void mouseMove(MouseEvent* event) override;
-    void mouseDrag(MouseEvent* event) override;
-    void mouseDoubleClick(MouseEvent* event) override;
-    void mouseScroll(MouseEvent* event) override;
-
 private:
     friend class GraphicsCanvas;
 
-    enum class Drag { None, Pan, Orbit };
-
-    void dragTo(double x, double y);
-    double pixelSize() const;
+    std::vector<Vs::Scene::ViewFragment*> modelFragments() const;
+    void contentChanged();
 
     std::vector<Vs::StrongRef<Vs::Scene::ViewFragment>> m_owned;
     std::vector<Vs::Scene::ViewFragment*> m_fragments;
     GraphicsCanvas* m_canvas = nullptr;
-    Drag m_drag = Drag::None;
-    double m_lastX = 0, m_lastY = 0;
     std::vector<uint64_t> m_seen; ///< Of each fragment, what update() saw last.
+    uint64_t m_fitRevision = 0;   ///< Of the camera, after the last fit.
     bool m_fitPending = false;
     bool m_shownBefore = false;
 };

@@ -2,16 +2,68 @@
 
 #include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandHost.h"
+#include "UI/Base/CursorController.h"
 #include "UI/Base/Environment.h"
 #include "UI/Base/GraphicsView.h"
+#include "UI/Base/SessionEvents.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ShellMgr.h"
 #include "UI/Base/ViewMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
 
+#include <map>
+
 namespace Vu {
 namespace {
+
+/// The pointers that commands show over the canvases, each while its command is active in the active session.
+class CommandCursors : public CommandEventSite, public SessionEventSite
+{
+public:
+    CommandCursors()
+    {
+        CommandEventSource::get()->subscribe(this);
+        SessionEventSource::get()->subscribe(this);
+    }
+    ~CommandCursors() override
+    {
+        SessionEventSource::get()->unsubscribe(this);
+        CommandEventSource::get()->unsubscribe(this);
+    }
+
+    CursorController* of(const CommandBase* command)
+    {
+        CursorController*& controller = m_controllers[command];
+        if (!controller)
+            controller = CursorController::makeForCanvases(0);
+        return controller;
+    }
+    void forget(const CommandBase* command)
+    {
+        const auto found = m_controllers.find(command);
+        if (found == m_controllers.end())
+            return;
+        found->second->destroy();
+        m_controllers.erase(found);
+    }
+
+private:
+    void commandAvailabilitiesChanged(Vs::Event*) override { refresh(); }
+    void currentSessionChanged(SessionEvent*) override { refresh(); }
+    void sessionActivated(SessionEvent*) override { refresh(); }
+
+    void refresh()
+    {
+        const CommandBase* active = CommandBase::getActiveCommand();
+        for (const auto& [command, controller] : m_controllers)
+            controller->enabled(command == active);
+    }
+
+    std::map<const CommandBase*, CursorController*> m_controllers;
+};
 
 class ApplicationCommandHost : public CommandHost
 {
@@ -35,7 +87,13 @@ public:
         if (session && wanted && wanted->isApplicable(session) && session->activeEnvironment() != wanted)
             session->activateEnvironment(wanted, false);
     }
+    Vs::SelectionMgr* selectionManager(AssetSession* session) override { return session->selectionManager(); }
+    CursorController* cursorController(CommandBase* command) override { return m_cursors.of(command); }
+    void commandGone(const CommandBase* command) override { m_cursors.forget(command); }
     Vs::Tasks* deferredTasks() override { return Application::get()->deferredTasks(); }
+
+private:
+    CommandCursors m_cursors;
 };
 
 } // namespace

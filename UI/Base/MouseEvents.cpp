@@ -1,8 +1,7 @@
 #include "UI/Base/MouseEvents.h"
 
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
 #include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/TransitionMgr.h"
 
 #include <cmath>
 #include <utility>
@@ -19,35 +18,47 @@ MouseEventSource* MouseEventSource::get()
     return source;
 }
 
-void MouseEventSource::deliver(Handler handler, MouseEvent* event, bool alsoView)
+GraphicsCanvas* MouseEventSource::canvas() const
 {
+    return m_canvas ? m_canvas : SplitViewMgr::get()->activeCanvas();
+}
+
+void MouseEventSource::forget(const GraphicsCanvas* canvas)
+{
+    if (m_canvas == canvas)
+        m_canvas = nullptr;
+}
+
+void MouseEventSource::deliver(Handler handler, MouseEvent* event)
+{
+    // A site may send an event of its own.
+    GraphicsCanvas* const outer = std::exchange(m_canvas, event->canvas());
     forEach([&](MouseEventSite* site) { (site->*handler)(event); });
-    if (!alsoView || event->accepted() || m_taken)
-        return;
-    if (GraphicsView* view = event->canvas() ? event->canvas()->view() : nullptr)
-        (static_cast<MouseEventSite*>(view)->*handler)(event);
+    m_canvas = outer;
 }
 
 void MouseEventSource::fireMouseDown(MouseEvent* event)
 {
+    // The hand takes over where a glide would have ended.
+    TransitionMgr::get()->finish();
     m_button = event->button();
     m_dragging = false;
-    m_taken = false;
     m_downX = event->x();
     m_downY = event->y();
     if (event->canvas())
         SplitViewMgr::get()->activeCanvas(event->canvas());
     deliver(&MouseEventSite::mouseDown, event);
-    m_taken = event->accepted();
 }
 
 void MouseEventSource::fireMouseMove(MouseEvent* event)
 {
-    deliver(&MouseEventSite::mouseMoveGlobal, event, false);
+    deliver(&MouseEventSite::mouseMoveGlobal, event);
     if (m_button != kNoMouseButton && !m_dragging &&
         std::hypot(event->x() - m_downX, event->y() - m_downY) >= kDragDistance) {
         m_dragging = true;
-        deliver(&MouseEventSite::mouseDragBegin, event);
+        // A drag begins where the button went down, however fast the hand was.
+        MouseEvent begin(event->canvas(), {event->button(), event->modifierMask(), m_downX, m_downY, 0});
+        deliver(&MouseEventSite::mouseDragBegin, &begin);
     }
     deliver(m_dragging ? &MouseEventSite::mouseDrag : &MouseEventSite::mouseMove, event);
 }
@@ -58,7 +69,6 @@ void MouseEventSource::fireMouseUp(MouseEvent* event)
         deliver(&MouseEventSite::mouseDragEnd, event);
     deliver(&MouseEventSite::mouseUp, event);
     m_button = kNoMouseButton;
-    m_taken = false;
 }
 
 void MouseEventSource::fireMouseDoubleClick(MouseEvent* event)
@@ -68,6 +78,7 @@ void MouseEventSource::fireMouseDoubleClick(MouseEvent* event)
 
 void MouseEventSource::fireMouseScroll(MouseEvent* event)
 {
+    TransitionMgr::get()->finish();
     deliver(&MouseEventSite::mouseScroll, event);
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "Server/Base/Event.h"
+#include "Server/Base/Point2.h"
+
+#include <cmath>
 
 namespace Vu {
 
@@ -26,7 +29,7 @@ public:
         int button = kNoMouseButton;      ///< The button that changed; in a drag, the one that is held.
         unsigned modifiers = kNoModifier; ///< ModifierMask values, added up.
         double x = 0, y = 0;
-        double delta = 0; ///< Wheel steps, 1 for one notch away from the user.
+        int delta = 0; ///< Of the wheel, 120 for one notch away from the user; touchpads send less at a time.
     };
 
     MouseEvent(GraphicsCanvas* canvas, const Data& data) : m_canvas(canvas), m_data(data) {}
@@ -34,19 +37,18 @@ public:
     GraphicsCanvas* canvas() const { return m_canvas; }
     int button() const { return m_data.button; }
     unsigned modifierMask() const { return m_data.modifiers; }
+    /// To the nearest whole pixel.
+    Vs::Point2 position() const
+    {
+        return {static_cast<int>(std::lround(m_data.x)), static_cast<int>(std::lround(m_data.y))};
+    }
     double x() const { return m_data.x; }
     double y() const { return m_data.y; }
-    double delta() const { return m_data.delta; }
-
-    /// A site that has dealt with the event says so; the view's own handling is then left out. For a press,
-    /// that holds until the button goes up.
-    void accept() { m_accepted = true; }
-    bool accepted() const { return m_accepted; }
+    int delta() const { return m_data.delta; }
 
 private:
     GraphicsCanvas* m_canvas;
     Data m_data;
-    bool m_accepted = false;
 };
 
 /// What listens to the mouse. Each operation does nothing unless overridden.
@@ -65,8 +67,8 @@ public:
     virtual void mouseMoveGlobal(MouseEvent*) {}
 };
 
-/// Hands the events of all canvases to the sites, in the order of their subscription, then to the canvas's
-/// own view. A move with a button down is a drag as soon as it has gone a few pixels.
+/// Hands the events of all canvases to the sites, in the order of their subscription. A move with a button
+/// down is a drag as soon as it has gone a few pixels; its beginning is told with the place of the press.
 class MouseEventSource : public Vs::EventSource<MouseEventSite>
 {
 public:
@@ -78,12 +80,17 @@ public:
     void fireMouseDoubleClick(MouseEvent* event);
     void fireMouseScroll(MouseEvent* event);
 
+    /// The canvas whose event is being delivered; at any other time the one that has the user's attention.
+    GraphicsCanvas* canvas() const;
+    /// For GraphicsCanvas: forgets what is about to go.
+    void forget(const GraphicsCanvas* canvas);
+
 private:
     using Handler = void (MouseEventSite::*)(MouseEvent*);
-    void deliver(Handler handler, MouseEvent* event, bool alsoView = true);
+    void deliver(Handler handler, MouseEvent* event);
 
     int m_button = kNoMouseButton;
-    bool m_taken = false; ///< A site took the press.
+    GraphicsCanvas* m_canvas = nullptr; ///< Of the event being delivered.
     bool m_dragging = false;
     double m_downX = 0, m_downY = 0;
 };

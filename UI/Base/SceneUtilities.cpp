@@ -1,11 +1,19 @@
 #include "UI/Base/SceneUtilities.h"
 
+#include "Server/Base/ResourceMgr.h"
+#include "Server/Scene/NodeChange.h"
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/ActiveAssetUtils.h"
 #include "UI/Base/AssetGraphicsView.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/ViewMgr.h"
+
+#include <QImage>
+
+#include <algorithm>
 
 namespace Vu {
 
@@ -26,6 +34,39 @@ GraphicsCanvas* SceneUtilities::getActiveGraphicsCanvas()
         if (GraphicsCanvas* canvas = view->canvas())
             return canvas;
     return SplitViewMgr::get()->activeCanvas();
+}
+
+Rendra::Graphics::GroupNode* SceneUtilities::getActiveEditNode()
+{
+    const GraphicsView* view = getActiveAssetGraphicView();
+    const Vs::Scene::ViewFragment* fragment = view ? view->modelFragment() : nullptr;
+    return fragment ? fragment->viewFragmentNode() : nullptr;
+}
+
+bool SceneUtilities::createTexture2(Rendra::Graphics::GeometryNode* node, const Vs::ImageSetResource* images,
+                                    const wchar_t* name, const GkPoint2d& anchor, float scale,
+                                    float occludedOpacity)
+{
+    const std::wstring path = images->localPath() + L"/" + name + L".png";
+    const QImage image = QImage(QString::fromStdWString(path)).convertToFormat(QImage::Format_RGBA8888);
+    if (image.isNull())
+        return false;
+    auto texture = std::make_shared<Rendra::Graphics::Texture>();
+    texture->width = image.width();
+    texture->height = image.height();
+    for (int y = 0; y < image.height(); ++y)
+        texture->pixels.insert(texture->pixels.end(), image.constScanLine(y),
+                               image.constScanLine(y) + image.width() * 4);
+    texture->anchor = anchor;
+    texture->scale = scale;
+    texture->occludedOpacity = std::clamp(occludedOpacity, 0.0f, 1.0f);
+    Vs::Scene::NodeChange(node).texture(std::move(texture));
+    return true;
+}
+
+GraphicsView* ActiveAssetUtils::graphicsView()
+{
+    return SceneUtilities::getActiveAssetGraphicView();
 }
 
 } // namespace Vu

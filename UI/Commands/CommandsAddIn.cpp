@@ -14,6 +14,11 @@
 #include "UI/Base/ToolbarPersister.h"
 #include "UI/Commands/ActiveCommandCmds.h"
 #include "UI/Commands/Camera/FitCmd.h"
+#include "UI/Commands/Camera/LookAtCmd.h"
+#include "UI/Commands/Camera/OrbitCmdDef.h"
+#include "UI/Commands/Camera/PanCmd.h"
+#include "UI/Commands/Camera/PassiveCameraCmdAgent.h"
+#include "UI/Commands/Camera/ZoomCmd.h"
 #include "UI/Commands/CommandsAddInIdentifier.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/ExportCmd.h"
@@ -74,6 +79,12 @@ private:
     AboutBoxCmdDef m_aboutBoxCmdDef;
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;
+    OrbitCmdDef m_orbitCmdDef;
+    FreeOrbitCmdDef m_freeOrbitCmdDef;
+    ConstrainedOrbitCmdDef m_constrainedOrbitCmdDef;
+    LookAtCmdDef m_lookAtCmdDef;
+    PanCmdDef m_panCmdDef;
+    ZoomCmdDef m_zoomCmdDef;
     FitCmdDef m_fitCmdDef;
     ActivateEnvironmentCmdDef m_activateEnvironmentCmdDef;
     ReturnToEnvironmentCmdDef m_returnToEnvironmentCmdDef;
@@ -119,6 +130,7 @@ void CommandsAddIn::commandManagerCreated(CommandManagerEvent* event)
     AssetSession* session = event->commandManager()->assetSession();
     if (!session || !Vs::cast<Vs::Scene::SceneAssetAdapter>(session->asset()->adapter()))
         return;
+    PassiveCameraCmdAgent::get();
     SpaceMouseEventSite::get();
 }
 

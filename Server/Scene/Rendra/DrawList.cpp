@@ -9,8 +9,10 @@
 namespace Rendra {
 
 using Graphics::BodyNode;
+using Graphics::GeometryNode;
 using Graphics::GroupNode;
 using Graphics::Highlight;
+using Graphics::InstanceNode;
 using Graphics::Node;
 
 namespace {
@@ -38,8 +40,9 @@ bool hasTransparentFaces(const Vs::BodyMesh& mesh)
 struct DrawList::Record
 {
     uint64_t id = 0;
-    uint64_t seen = 0; ///< The subtree revision of the last visit; 0 for none.
-    Batch::Slot slot;  ///< Of a body.
+    uint64_t seen = 0;  ///< The subtree revision of the last visit; 0 for none.
+    Batch::Slot slot;   ///< Of a body.
+    bool helps = false; ///< Has a helper.
     std::vector<std::unique_ptr<Record>> children;
 };
 
@@ -49,6 +52,7 @@ struct DrawList::State
     GkMatrix3d matrix;
     const Vs::Colour* colour = nullptr;
     Highlight highlight = Highlight::None;
+    const InstanceNode* effect = nullptr;
 };
 
 void Batch::markDirty(size_t index)
@@ -108,10 +112,15 @@ void DrawList::visit(const Node& node, Record& record, const State& above, bool 
     if (node.colour())
         state.colour = &*node.colour();
     state.highlight = std::max(above.highlight, node.highlight());
-    if (const auto* group = Vs::cast<GroupNode>(&node))
+    if (const auto* group = Vs::cast<GroupNode>(&node)) {
+        const auto* instance = Vs::cast<InstanceNode>(group);
+        if (instance && instance->occludedEffect())
+            state.effect = instance;
         visitGroup(*group, record, state, force || node.revision() > record.seen);
-    else if (const auto* body = Vs::cast<BodyNode>(&node))
+    } else if (const auto* body = Vs::cast<BodyNode>(&node))
         visitBody(*body, record, state);
+    else if (const auto* geometry = Vs::cast<GeometryNode>(&node))
+        visitGeometry(*geometry, record, state);
     record.seen = node.subtreeRevision();
 }
 
@@ -183,9 +192,30 @@ void DrawList::visitBody(const BodyNode& node, Record& record, const State& stat
         {{float(centre.x), float(centre.y), float(centre.z)}, {float(half.x), float(half.y), float(half.z)}});
 }
 
+void DrawList::visitGeometry(const GeometryNode& node, Record& record, const State& state)
+{
+    takeHelper(record);
+    Helper helper{Vs::StrongRef<const GeometryNode>(&node), state.matrix,
+                  state.colour ? *state.colour : Vs::Colour{1, 1, 1, 1}, std::nullopt, &record};
+    if (state.effect)
+        helper.occluded = state.effect->occludedEffect();
+    const auto later = std::find_if(m_helpers.begin(), m_helpers.end(), [&](const Helper& other) {
+        return other.node->depthPriority() > node.depthPriority();
+    });
+    m_helpers.insert(later, std::move(helper));
+    record.helps = true;
+}
+
+void DrawList::takeHelper(Record& record)
+{
+    if (std::exchange(record.helps, false))
+        std::erase_if(m_helpers, [&](const Helper& helper) { return helper.record == &record; });
+}
+
 void DrawList::clear(Record& record)
 {
     take(record.slot);
+    takeHelper(record);
     for (const auto& child : record.children)
         clear(*child);
     record.children.clear();

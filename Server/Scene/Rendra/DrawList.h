@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/Scene/Node.h"
+#include "Server/Scene/GeometryNode.h"
 
 #include <cstdint>
 #include <map>
@@ -54,6 +54,16 @@ struct Batch::Slot
     size_t index = 0;
 };
 
+/// One occurrence of geometry that is no body.
+struct Helper
+{
+    Vs::StrongRef<const Graphics::GeometryNode> node;
+    GkMatrix3d matrix; ///< Geometry to scene coordinates.
+    Vs::Colour colour;
+    std::optional<Graphics::OccludedEffect> occluded;
+    const void* record; ///< Whose it is, in the list.
+};
+
 /// What is to be drawn of a tree of nodes, brought up to date from the changes of the nodes alone. Knows
 /// nothing of the graphics unit.
 class DrawList
@@ -68,6 +78,8 @@ public:
     /// Batches may be empty. In no particular order, but always the same one.
     const std::vector<std::unique_ptr<Batch>>& batches() const { return m_batches; }
     size_t instances() const { return m_instances; }
+    /// Those of the lowest depth priority first.
+    const std::vector<Helper>& helpers() const { return m_helpers; }
     /// What the positions of instances are relative to: near the middle of the scene, so that single
     /// precision suffices for a scene far from the origin.
     const GkVector3d& origin() const { return m_origin; }
@@ -85,17 +97,20 @@ private:
 
     void visit(const Graphics::Node& node, Record& record, const State& above, bool force);
     void visitBody(const Graphics::BodyNode& node, Record& record, const State& state);
+    void visitGeometry(const Graphics::GeometryNode& node, Record& record, const State& state);
     void visitGroup(const Graphics::GroupNode& node, Record& record, const State& state, bool force);
     void matchChildren(const Graphics::GroupNode& node, Record& record);
     void clear(Record& record);
     void put(Batch::Slot& slot, Batch* batch, const Instance& instance, const Batch::Box& box);
     void take(Batch::Slot& slot);
+    void takeHelper(Record& record);
     Batch* batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool transparent);
     void dropEmptyBatches();
 
     std::unique_ptr<Record> m_root;
     std::vector<std::unique_ptr<Batch>> m_batches;
     std::map<std::pair<const Vs::BodyMesh*, bool>, Batch*> m_batchOf;
+    std::vector<Helper> m_helpers;
     GkVector3d m_origin;
     size_t m_instances = 0;
     uint64_t m_layoutRevision = 0;

@@ -160,4 +160,34 @@ void main()
 }
 )";
 
+/// Lines and pictures that are no bodies; the points come in camera coordinates.
+inline constexpr const char* kHelperVertex = R"(#version 330 core
+layout(location = 0) in vec3 position;
+layout(location = 1) in vec2 place;
+uniform mat4 projection;
+out vec2 inPicture;
+
+void main()
+{
+    inPicture = place;
+    gl_Position = projection * vec4(position, 1.0);
+}
+)";
+
+inline constexpr const char* kHelperFragment = R"(#version 330 core
+in vec2 inPicture;
+uniform bool textured;
+uniform sampler2D picture; // premultiplied
+uniform vec4 colour;
+out vec4 result;
+
+void main()
+{
+    vec4 seen = textured ? texture(picture, inPicture) : vec4(1.0);
+    if (seen.a < 0.004)
+        discard;
+    result = vec4(seen.rgb / seen.a, seen.a) * colour;
+}
+)";
+
 } // namespace Rendra::Shaders

@@ -23,7 +23,11 @@ CommandBase::CommandBase(CommandDefinition* definition, CommandContext* context)
         m_context.assetSession(m_manager->assetSession());
 }
 
-CommandBase::~CommandBase() = default;
+CommandBase::~CommandBase()
+{
+    if (m_usesHost)
+        CommandHost::get()->commandGone(this);
+}
 
 Vs::SelectionMgr* CommandBase::selectionManager() const
 {
@@ -33,11 +37,13 @@ Vs::SelectionMgr* CommandBase::selectionManager() const
 
 CursorController* CommandBase::cursorController() const
 {
+    m_usesHost = true;
     return CommandHost::get()->cursorController(const_cast<CommandBase*>(this));
 }
 
 CommandDialog* CommandBase::commandDialog() const
 {
+    m_usesHost = true;
     return CommandHost::get()->commandDialog(const_cast<CommandBase*>(this));
 }
 

@@ -180,6 +180,7 @@ private:
     bool m_definitionGone = false;
     bool m_repeatable = true;
     bool m_usesDialog = true;
+    mutable bool m_usesHost = false; ///< Has asked the host for a pointer or a dialog.
     bool m_stepOpen = false;
     bool m_openStepUndoable = false;
 };

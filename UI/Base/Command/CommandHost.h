@@ -47,6 +47,8 @@ public:
     /// What belongs to a running command.
     virtual CursorController* cursorController(CommandBase*) { return nullptr; }
     virtual CommandDialog* commandDialog(CommandBase*) { return nullptr; }
+    /// A command that asked for something of the two is being destroyed.
+    virtual void commandGone(const CommandBase*) {}
 
     /// The queue that runs at the end of the current event; null if there is no event loop.
     virtual Vs::Tasks* deferredTasks() { return nullptr; }

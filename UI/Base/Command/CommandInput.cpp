@@ -50,6 +50,12 @@ void CommandInputBase::visible(bool value)
     stateChanged();
 }
 
+void CommandInputBase::executeIfValid()
+{
+    if (m_requiresExecution && m_set->valid())
+        m_set->fireExecute(this);
+}
+
 void CommandInputBase::valueChanged()
 {
     m_set->fire(this, CommandInputEvent::EKind::Value);

@@ -43,6 +43,8 @@ protected:
     CommandInputBase(CommandInputSet* set, int number, Info* info);
     virtual bool onIsValid() const { return true; }
     void valueChanged();
+    /// Asks for the command to be executed, if this input requires that and every input of the set is valid.
+    void executeIfValid();
     void stateChanged();
 
 private:

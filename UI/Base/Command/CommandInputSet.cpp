@@ -40,6 +40,13 @@ void CommandInputSet::fire(CommandInputBase* input, CommandInputEvent::EKind kin
     CommandInputEventSource::get()->fire(&event);
 }
 
+void CommandInputSet::fireExecute(CommandInputBase* input)
+{
+    CommandInUse inUse(m_command);
+    CommandInputEvent event(input, CommandInputEvent::EKind::Value);
+    m_source.fire(&CommandInputSetEventSite::commandInputSetExecute, &event);
+}
+
 CommandInputEventSource* CommandInputEventSource::get()
 {
     static CommandInputEventSource* const source = new CommandInputEventSource;

@@ -40,6 +40,8 @@ class CommandInputSetEventSite : public Vs::EventSite
 {
 public:
     virtual void commandInputChanged(CommandInputEvent*) {}
+    /// All inputs are valid, and one that requires it asks for the command to be executed.
+    virtual void commandInputSetExecute(CommandInputEvent*) {}
 };
 
 /// The inputs of one command, in the order in which they were made; owns them.
@@ -65,6 +67,7 @@ private:
     friend class CommandInputSetEventSource;
     explicit CommandInputSet(CommandBase* command) : m_command(command) {}
     void fire(CommandInputBase* input, CommandInputEvent::EKind kind);
+    void fireExecute(CommandInputBase* input);
 
     class Source : public Vs::EventSource<CommandInputSetEventSite>
     {

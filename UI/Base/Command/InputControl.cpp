@@ -59,6 +59,14 @@ void InputControl::visible(bool value)
     changed();
 }
 
+void InputControl::active(bool value)
+{
+    if (m_active == value)
+        return;
+    m_active = value;
+    changed();
+}
+
 void InputControl::hoverStart()
 {
     if (m_handler)

@@ -38,6 +38,10 @@ public:
     bool visible() const { return m_visible; }
     void visible(bool value);
 
+    /// Whether what stands behind the control is at work, which lights it up. Default false.
+    bool active() const { return m_active; }
+    void active(bool value);
+
     void subscribe(InputControlSite* site) { m_source.subscribe(site); }
     void unsubscribe(InputControlSite* site) { m_source.unsubscribe(site); }
 
@@ -61,6 +65,7 @@ private:
     Source m_source;
     bool m_enabled = true;
     bool m_visible = true;
+    bool m_active = false;
 };
 
 class ButtonControl : public Vs::Implements<ButtonControl, InputControl>

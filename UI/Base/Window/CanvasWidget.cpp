@@ -27,7 +27,6 @@ namespace {
 
 /// What parts arrive meanwhile is shown this often.
 constexpr int kContentInterval = 60;
-constexpr double kOneNotch = 120.0;
 
 int buttonOf(Qt::MouseButton button)
 {
@@ -96,7 +95,7 @@ public:
         if (event->type() == QEvent::Wheel) {
             auto* wheel = static_cast<QWheelEvent*>(event);
             MouseEvent::Data data{kNoMouseButton, modifiers(wheel->modifiers()), wheel->position().x(),
-                                  wheel->position().y(), wheel->angleDelta().y() / kOneNotch};
+                                  wheel->position().y(), wheel->angleDelta().y()};
             MouseEvent made(m_canvas, data);
             source->fireMouseScroll(&made);
             wheel->accept();
@@ -107,7 +106,7 @@ public:
         if (event->type() == QEvent::MouseMove)
             button = m_held;
         MouseEvent made(m_canvas, {button, modifiers(mouse->modifiers()), mouse->position().x(),
-                                   mouse->position().y(), 0.0});
+                                   mouse->position().y(), 0});
         switch (event->type()) {
         case QEvent::MouseButtonPress:
             m_held = button;

@@ -144,10 +144,10 @@ void CommandButton::draw()
     setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
     setEnabled(m_control->enabled());
     setVisible(m_control->visible());
-    if (auto* button = Vs::cast<ButtonControl>(m_control)) {
-        setCheckable(button->checked());
-        setChecked(button->checked());
-    }
+    const auto* button = Vs::cast<ButtonControl>(m_control);
+    const bool lit = m_control->active() || (button && button->checked());
+    setCheckable(lit);
+    setChecked(lit);
     if (toolTip().isEmpty())
         setToolTip(tooltipText(*info, m_control->tooltip()));
 }

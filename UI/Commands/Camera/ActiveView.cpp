@@ -14,6 +14,13 @@ GraphicsView* graphicsViewOf(AssetSession* session)
     return views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr;
 }
 
+GraphicsView* graphicsViewOf(const Rendra::Graphics::GroupNode* viewNode)
+{
+    const Vs::Scene::ViewNodeData* data = Vs::Scene::viewNodeData(viewNode);
+    const Vs::Scene::INodeSource* source = data ? data->source() : nullptr;
+    return source ? static_cast<GraphicsView*>(source->queryInterface(GraphicsView::interfaceId())) : nullptr;
+}
+
 Vs::Scene::ViewFragment* firstFragment(GraphicsView* view)
 {
     return view && !view->viewFragments().empty() ? view->viewFragments().front() : nullptr;

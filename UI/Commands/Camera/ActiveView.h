@@ -7,6 +7,10 @@ class Camera;
 class ViewFragment;
 } // namespace Vs::Scene
 
+namespace Rendra::Graphics {
+class GroupNode;
+}
+
 namespace Vu {
 class AssetSession;
 class GraphicsView;
@@ -16,6 +20,9 @@ namespace Vu::Commands {
 
 /// The session's graphics view; null if there is no session or it has none.
 GraphicsView* graphicsViewOf(AssetSession* session);
+
+/// The view that made a scene's view node; null if the node is null or the view has gone.
+GraphicsView* graphicsViewOf(const Rendra::Graphics::GroupNode* viewNode);
 
 /// The view's first fragment, which is the one that commands work on; null if it shows nothing.
 Vs::Scene::ViewFragment* firstFragment(GraphicsView* view);

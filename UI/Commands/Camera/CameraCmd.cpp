@@ -1,8 +1,31 @@
 #include "UI/Commands/Camera/CameraCmd.h"
 
+#include "Server/Base/TranscriptMgr.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/Application.h"
 #include "UI/Commands/Camera/ActiveView.h"
 
+#include <utility>
+
 namespace Vu::Commands {
+
+/// Ends a camera command.
+class TerminateCmdTask : public Vs::Implements<TerminateCmdTask, Vs::Task>
+{
+public:
+    explicit TerminateCmdTask(CameraCmd* command) : m_command(command) {}
+
+    bool run() override
+    {
+        // The command goes now, and has nothing to take back any more.
+        m_command->m_terminator = nullptr;
+        m_command->destroy(ETerminationReason::Commit);
+        return true;
+    }
+
+private:
+    CameraCmd* m_command;
+};
 
 const Vs::UniqueString* CameraCmdDef::passiveArgumentName()
 {
@@ -30,6 +53,56 @@ bool CameraCmdDef::passive(CommandContext* context)
 bool CameraCmdDef::onIsApplicable(CommandContext* context) const
 {
     return graphicsViewOf(context->assetSession()) != nullptr;
+}
+
+CameraCmd::CameraCmd(CameraCmdDef* definition, CommandContext* context) : Implements(definition, context)
+{
+    repeatable(false);
+    usesCommandDialog(false);
+}
+
+CameraCmd::~CameraCmd()
+{
+    if (TerminateCmdTask* waiting = std::exchange(m_terminator, nullptr))
+        Application::get()->deferredTasks()->remove(waiting);
+}
+
+void CameraCmd::onActivate()
+{
+    Implements::onActivate();
+    if (Vs::SelectionMgr* selection = selectionManager())
+        selection->suspendSelection();
+}
+
+void CameraCmd::onDeactivate()
+{
+    if (Vs::SelectionMgr* selection = selectionManager())
+        selection->resumeSelection();
+    Implements::onDeactivate();
+}
+
+ECommandType CameraCmd::onCommandType() const
+{
+    return ECommandType::Exclusive;
+}
+
+EStackingBehavior CameraCmd::onStackingBehavior() const
+{
+    return EStackingBehavior::OverCategory;
+}
+
+const Vs::UniqueString* CameraCmd::onStackingCategory() const
+{
+    return StackingCategory::cameraStackingCategory();
+}
+
+void CameraCmd::terminateCommand()
+{
+    if (Vs::TranscriptMgr::get()->replaying() || m_terminating)
+        return;
+    m_terminator = new TerminateCmdTask(this);
+    Application::get()->deferredTasks()->add(m_terminator);
+    m_terminating = true;
 }
 
 } // namespace Vu::Commands

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+#include "Server/Base/StrongRef.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Vs {
+
+class Asset;
+
+/// Something that is, or can be, selected. Never changed once it is made.
+class Selection : public Implements<Selection, SharedObject>
+{
+public:
+    /// Whether both select the same thing, wherever it was picked.
+    virtual bool isEqualTo(const Selection& other) const { return this == &other; }
+};
+
+/// A component of a model, as a place of the scene selected it.
+class LogicalSelection : public Implements<LogicalSelection, Selection>
+{
+public:
+    /// `picked` is what the scene knows of the place; null for what was not picked in a canvas.
+    LogicalSelection(Asset* asset, std::string componentId, StrongRef<Selection> picked)
+        : m_asset(asset), m_componentId(std::move(componentId)), m_picked(std::move(picked))
+    {
+    }
+
+    /// Not owned; only to be compared, as it may be closed by now.
+    const Asset* asset() const { return m_asset; }
+    const std::string& componentId() const { return m_componentId; }
+    Selection* picked() const { return m_picked.get(); }
+
+    bool isEqualTo(const Selection& other) const override
+    {
+        const auto* logical = cast<LogicalSelection>(&other);
+        return logical && logical->m_asset == m_asset && logical->m_componentId == m_componentId;
+    }
+
+private:
+    Asset* m_asset;
+    std::string m_componentId;
+    StrongRef<Selection> m_picked;
+};
+
+/// Several things that are selected as one; groups may hold groups.
+class GroupSelection : public Implements<GroupSelection, Selection>
+{
+public:
+    explicit GroupSelection(std::vector<StrongRef<Selection>> members) : m_members(std::move(members)) {}
+    const std::vector<StrongRef<Selection>>& members() const { return m_members; }
+    /// Whether the group stands for one thing, rather than for its members. Default false.
+    virtual bool isOneThing() const { return false; }
+
+private:
+    std::vector<StrongRef<Selection>> m_members;
+};
+
+} // namespace Vs

@@ -1,0 +1,53 @@
+#include "Server/DataModel/Selection/SelectionSet.h"
+
+#include <algorithm>
+
+namespace Vs {
+namespace {
+
+auto find(const std::vector<StrongRef<Selection>>& selections, const Selection& wanted)
+{
+    return std::find_if(selections.begin(), selections.end(),
+                        [&](const auto& selection) { return selection->isEqualTo(wanted); });
+}
+
+} // namespace
+
+bool SelectionSet::contains(const Selection& selection) const
+{
+    return find(m_selections, selection) != m_selections.end();
+}
+
+bool SelectionSet::changed()
+{
+    if (m_observer)
+        m_observer();
+    return true;
+}
+
+bool SelectionSet::add(StrongRef<Selection> selection)
+{
+    if (!selection || contains(*selection))
+        return false;
+    m_selections.push_back(std::move(selection));
+    return changed();
+}
+
+bool SelectionSet::remove(const Selection& selection)
+{
+    const auto found = find(m_selections, selection);
+    if (found == m_selections.end())
+        return false;
+    m_selections.erase(found);
+    return changed();
+}
+
+bool SelectionSet::clear()
+{
+    if (m_selections.empty())
+        return false;
+    m_selections.clear();
+    return changed();
+}
+
+} // namespace Vs

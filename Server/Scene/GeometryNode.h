@@ -1,0 +1,91 @@
+#pragma once
+
+#include "Server/Geometry/GkPoint2d.h"
+#include "Server/Scene/Node.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Rendra::Graphics {
+
+/// A picture in the scene, always of the same size on the screen. Never changed once it is shared.
+struct Texture
+{
+    int width = 0, height = 0;   ///< Of the picture, in its own pixels.
+    std::vector<uint8_t> pixels; ///< RGBA, not premultiplied, the top row first, without gaps.
+    GkPoint2d anchor;            ///< Where the node stands in the picture, in its pixels from the middle.
+    double scale = 1;            ///< Logical pixels of the screen for one of the picture.
+    double occludedOpacity = 1;  ///< How much of it shows through what hides it, from 0 to 1.
+};
+
+enum class EBillboard {
+    None = 0,
+    FacesViewer = 1, ///< Upright on the screen, whatever the camera does.
+};
+
+struct Billboard
+{
+    GkPoint3d origin;
+    GkVector3d normal{0, 0, 1};
+    EBillboard kind = EBillboard::None;
+};
+
+/// What is drawn to help the user and is no body: reticles, markers. Its lines count in the bounds of the
+/// scene, its picture does not, and neither can be picked.
+class GeometryNode : public Vs::Implements<GeometryNode, Node>
+{
+public:
+    static Vs::StrongRef<GeometryNode> make();
+
+    using Polyline = std::vector<GkPoint3d>;
+    const std::vector<Polyline>& polylines() const { return m_polylines; }
+    /// Null for none.
+    const std::shared_ptr<const Texture>& texture() const { return m_texture; }
+    const Billboard& billBoard() const { return m_billboard; }
+    /// Nodes of a higher priority are drawn later, and so over the others.
+    int depthPriority() const { return m_depthPriority; }
+    /// Identifies what was drawn to whoever asks later; means nothing to the scene.
+    int clientType() const { return m_clientType; }
+
+protected:
+    GeometryNode() = default;
+    BBox ownBounds() const override;
+
+private:
+    friend class Vs::Scene::NodeChange;
+    std::vector<Polyline> m_polylines;
+    std::shared_ptr<const Texture> m_texture;
+    Billboard m_billboard;
+    int m_depthPriority = 0;
+    int m_clientType = 0;
+};
+
+/// How the geometry below a node looks where something hides it.
+struct OccludedEffect
+{
+    std::string name;
+    Vs::Colour colour{1, 1, 1, 1}; ///< Multiplies the geometry's own.
+    float opacity = -1;            ///< Below 0, the geometry's own.
+};
+
+/// A place at which geometry is shown: moving the marker is moving its instance.
+class InstanceNode : public Vs::Implements<InstanceNode, GroupNode>
+{
+public:
+    static Vs::StrongRef<InstanceNode> make();
+
+    /// Holds for all geometry below that no deeper effect claims.
+    const std::optional<OccludedEffect>& occludedEffect() const { return m_occludedEffect; }
+
+protected:
+    InstanceNode() = default;
+
+private:
+    friend class Vs::Scene::NodeChange;
+    std::optional<OccludedEffect> m_occludedEffect;
+};
+
+} // namespace Rendra::Graphics

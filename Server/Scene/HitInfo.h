@@ -1,0 +1,80 @@
+#pragma once
+
+#include "Server/DataModel/Selection/Selection.h"
+#include "Server/Scene/Picker.h"
+#include "Server/Scene/Projection.h"
+#include "Server/Scene/SceneNodes.h"
+
+namespace Vs::Scene {
+
+/// Between world, camera and screen coordinates, as a fragment's camera stood when the transformer was made:
+/// it doesn't follow the camera. Screen coordinates are those of Projection. Each operation returns false,
+/// with `result` as it was, if the result would be no finite point.
+class ViewFragmentTransformer : public Implements<ViewFragmentTransformer, SharedObject>
+{
+public:
+    /// The size of the canvas in logical pixels.
+    ViewFragmentTransformer(const Camera& camera, double width, double height)
+        : m_projection(camera, width, height)
+    {
+    }
+
+    bool modelToScreen(const GkPoint3d& model, GkPoint3d& result, const GkMatrix3d& localToWorld = {}) const;
+    bool cameraToScreen(const GkPoint3d& camera, GkPoint3d& result) const;
+    bool screenToWorld(const GkPoint3d& screen, GkPoint3d& result) const;
+    const Projection& projection() const { return m_projection; }
+
+private:
+    Projection m_projection;
+};
+
+/// What lies at a place of a canvas. On a body: its surface there. Beside all bodies: the place in the plane
+/// of the camera's target, which is all that the background has.
+class RawHitInfo : public Implements<RawHitInfo, SharedObject>
+{
+public:
+    /// The node of the view, whose data know the view as their source.
+    Rendra::Graphics::GroupNode* viewNode() const { return m_viewNode.get(); }
+    Rendra::Graphics::GroupNode* viewFragmentNode() const { return m_fragmentNode.get(); }
+    /// On a body the same as the hit point; on the background, which has no hit point (it stays the origin),
+    /// where the ray passes the plane of the target.
+    const GkPoint3d& localRayPoint() const { return m_rayPoint; }
+    const GkPoint3d& localHitPoint() const { return m_hitPoint; }
+    /// Length one, towards the viewer; zero on the background.
+    const GkVector3d& localNormal() const { return m_normal; }
+    const GkMatrix3d& localToWorldTransform() const { return m_localToWorld; }
+    const ViewFragmentTransformer& viewFragmentTransformer() const { return *m_transformer; }
+
+private:
+    friend class SceneSelection;
+    StrongRef<Rendra::Graphics::GroupNode> m_viewNode, m_fragmentNode;
+    StrongRef<ViewFragmentTransformer> m_transformer;
+    GkPoint3d m_rayPoint, m_hitPoint;
+    GkVector3d m_normal;
+    GkMatrix3d m_localToWorld;
+};
+
+/// What a place of a canvas selects.
+class SceneSelection : public Implements<SceneSelection, Selection>
+{
+public:
+    /// Looks what lies at a place of a canvas, logical pixels from its upper left corner. Null if nothing
+    /// does and `background` is false, or if the fragment has no background to select.
+    static StrongRef<SceneSelection> find(Rendra::Graphics::GroupNode* viewNode,
+                                          Rendra::Graphics::GroupNode* fragmentNode, double width,
+                                          double height, double x, double y, bool background);
+
+    /// The nodes from below the fragment down to the body; empty for the background.
+    const std::vector<StrongRef<Rendra::Graphics::Node>>& scenePath() const { return m_path; }
+    const RawHitInfo* hitInfo() const { return m_hit.get(); }
+
+    /// Equal if they end at the same node.
+    bool isEqualTo(const Selection& other) const override;
+
+private:
+    SceneSelection() = default;
+    std::vector<StrongRef<Rendra::Graphics::Node>> m_path;
+    StrongRef<RawHitInfo> m_hit;
+};
+
+} // namespace Vs::Scene

@@ -1,0 +1,171 @@
+#include "Server/Scene/Rendra/HelperPainter.h"
+
+#include "Server/Scene/Projection.h"
+#include "Server/Scene/Rendra/Shaders.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+namespace Rendra {
+
+using Graphics::Texture;
+
+bool HelperPainter::make(Vs::Status& status)
+{
+    if (!m_program.make("helpers", Shaders::kHelperVertex, Shaders::kHelperFragment, status))
+        return false;
+    glGenVertexArrays(1, &m_array);
+    glGenBuffers(1, &m_buffer);
+    glBindVertexArray(m_array);
+    glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
+    glEnableVertexAttribArray(0);
+    glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex), nullptr);
+    glEnableVertexAttribArray(1);
+    glVertexAttribPointer(1, 2, GL_FLOAT, GL_FALSE, sizeof(Vertex),
+                          reinterpret_cast<const void*>(offsetof(Vertex, place)));
+    glBindVertexArray(0);
+    return true;
+}
+
+void HelperPainter::release()
+{
+    m_program.release();
+    glDeleteVertexArrays(1, &m_array);
+    glDeleteBuffers(1, &m_buffer);
+    for (const auto& [source, texture] : m_textures)
+        glDeleteTextures(1, &texture.name);
+    m_textures.clear();
+}
+
+void HelperPainter::collect()
+{
+    std::erase_if(m_textures, [](const auto& entry) {
+        if (!entry.second.source.expired())
+            return false;
+        glDeleteTextures(1, &entry.second.name);
+        return true;
+    });
+}
+
+// Premultiplied, so that the edges of the picture keep their colour where pixels are mixed.
+GLuint HelperPainter::textureOf(const std::shared_ptr<const Texture>& texture)
+{
+    GlTexture& kept = m_textures[texture.get()];
+    if (kept.name != 0 && !kept.source.expired())
+        return kept.name;
+    if (kept.name == 0)
+        glGenTextures(1, &kept.name);
+    kept.source = texture;
+    std::vector<uint8_t> pixels = texture->pixels;
+    for (size_t i = 0; i + 3 < pixels.size(); i += 4)
+        for (size_t j = i; j < i + 3; ++j)
+            pixels[j] = uint8_t(pixels[j] * pixels[i + 3] / 255);
+    glBindTexture(GL_TEXTURE_2D, kept.name);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, texture->width, texture->height, 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                 pixels.data());
+    glGenerateMipmap(GL_TEXTURE_2D);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    return kept.name;
+}
+
+void HelperPainter::draw(const std::vector<Helper>& helpers, const Vs::Scene::Projection& projection,
+                         const double (&clip)[4][4], float pixel, float lineWidth)
+{
+    if (helpers.empty())
+        return;
+    m_program.use();
+    float matrix[16];
+    for (int row = 0; row < 4; ++row)
+        for (int column = 0; column < 4; ++column)
+            matrix[column * 4 + row] = float(clip[row][column]);
+    glUniformMatrix4fv(m_program.uniform("projection"), 1, GL_FALSE, matrix);
+    glUniform1i(m_program.uniform("picture"), 0);
+    glActiveTexture(GL_TEXTURE0);
+    glBindVertexArray(m_array);
+    glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
+    glEnable(GL_BLEND);
+    glDepthMask(GL_FALSE);
+    // A marker may stand beyond all bodies, and they alone decide where the clip planes are.
+    glEnable(GL_DEPTH_CLAMP);
+    glLineWidth(lineWidth);
+    for (const Helper& helper : helpers) {
+        const GkMatrix3d view = projection.view() * helper.matrix;
+        drawLines(helper, view);
+        if (const Texture* texture = helper.node->texture().get();
+            texture && texture->pixels.size() >= size_t(texture->width) * size_t(texture->height) * 4)
+            drawPicture(helper, projection, view, pixel);
+    }
+    glDisable(GL_DEPTH_CLAMP);
+    glDepthFunc(GL_LEQUAL);
+    glDepthMask(GL_TRUE);
+    glDisable(GL_BLEND);
+}
+
+void HelperPainter::drawLines(const Helper& helper, const GkMatrix3d& view)
+{
+    m_vertices.clear();
+    for (const Graphics::GeometryNode::Polyline& line : helper.node->polylines())
+        for (size_t i = 1; i < line.size(); ++i)
+            for (const GkPoint3d& end : {view * line[i - 1], view * line[i]})
+                m_vertices.push_back({{float(end.x), float(end.y), float(end.z)}, {0, 0}});
+    if (m_vertices.empty())
+        return;
+    glUniform1i(m_program.uniform("textured"), 0);
+    drawTwice(helper, 0, GL_LINES);
+}
+
+void HelperPainter::drawPicture(const Helper& helper, const Vs::Scene::Projection& projection,
+                                const GkMatrix3d& view, float pixel)
+{
+    const Texture& texture = *helper.node->texture();
+    const GkPoint3d middle = view * helper.node->billBoard().origin;
+    const double ahead = -middle.z;
+    if (projection.perspective() && ahead <= 0)
+        return;
+    const double unit = projection.pixelSize(ahead) * pixel * texture.scale;
+    m_vertices.clear();
+    for (const auto& [right, up] : {std::pair{0, 0}, {1, 0}, {0, 1}, {1, 1}}) {
+        const double x = middle.x + ((right - 0.5) * texture.width - texture.anchor.x) * unit;
+        const double y = middle.y + ((up - 0.5) * texture.height - texture.anchor.y) * unit;
+        m_vertices.push_back({{float(x), float(y), float(middle.z)}, {float(right), float(1 - up)}});
+    }
+    glBindTexture(GL_TEXTURE_2D, textureOf(helper.node->texture()));
+    glUniform1i(m_program.uniform("textured"), 1);
+    drawTwice(helper, float(texture.occludedOpacity), GL_TRIANGLE_STRIP);
+}
+
+// What something hides comes first, in its own look, then what is seen.
+void HelperPainter::drawTwice(const Helper& helper, float occludedOpacity, GLenum kind)
+{
+    glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(m_vertices.size() * sizeof(Vertex)), m_vertices.data(),
+                 GL_STREAM_DRAW);
+    Vs::Colour colour = helper.colour;
+    if (helper.occluded) {
+        const Vs::Colour& effect = helper.occluded->colour;
+        colour = {colour.r * effect.r, colour.g * effect.g, colour.b * effect.b, colour.a * effect.a};
+        if (helper.occluded->opacity >= 0)
+            occludedOpacity = helper.occluded->opacity;
+    }
+    if (occludedOpacity > 0) {
+        setColour(colour, occludedOpacity);
+        glDepthFunc(GL_GREATER);
+        glDrawArrays(kind, 0, GLsizei(m_vertices.size()));
+    }
+    setColour(helper.colour, 1);
+    glDepthFunc(GL_LEQUAL);
+    glDrawArrays(kind, 0, GLsizei(m_vertices.size()));
+}
+
+void HelperPainter::setColour(const Vs::Colour& colour, float opacity)
+{
+    const auto onScreen = [](float linear) { return std::pow(std::clamp(linear, 0.0f, 1.0f), 1 / 2.2f); };
+    glUniform4f(m_program.uniform("colour"), onScreen(colour.r), onScreen(colour.g), onScreen(colour.b),
+                colour.a * opacity);
+}
+
+} // namespace Rendra

@@ -1,0 +1,144 @@
+#include "UI/Base/SelectionCommandInput.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/SelectionFilter.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/Scene/SceneAssetAdapter.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/InteractiveCommandBase.h"
+#include "UI/Base/SceneEvaluator.h"
+
+#include <sstream>
+#include <utility>
+
+namespace Vu {
+
+SelectionCommandInput* SelectionCommandInput::make(CommandInputSet* set, int number, Info* info)
+{
+    return new SelectionCommandInput(set, number, info);
+}
+
+SelectionCommandInput::SelectionCommandInput(CommandInputSet* set, int number, Info* info)
+    : Implements(set, number, info)
+{
+    MouseEventSource::get()->subscribe(this);
+}
+
+SelectionCommandInput::~SelectionCommandInput()
+{
+    MouseEventSource::get()->unsubscribe(this);
+}
+
+void SelectionCommandInput::requiredQuantity(bool exactly, size_t quantity)
+{
+    m_exactly = exactly;
+    m_quantity = quantity;
+}
+
+bool SelectionCommandInput::onIsValid() const
+{
+    return m_exactly ? m_selections.size() == m_quantity : m_selections.size() >= m_quantity;
+}
+
+Vs::SelectionMgr* SelectionCommandInput::pickingManager() const
+{
+    const CommandBase* command = commandInputSet()->command();
+    Vs::SelectionMgr* selection = command->isActive() ? command->selectionManager() : nullptr;
+    return enabled() && selection && !selection->suspended() ? selection : nullptr;
+}
+
+bool SelectionCommandInput::accepts(const Vs::StrongRef<Vs::Selection>& selection) const
+{
+    auto* command = Vs::cast<InteractiveCommandBase>(commandInputSet()->command());
+    return selection && (!m_filter || m_filter->accepts(*selection)) &&
+           (!command || command->onFilterSelection(selection, nullptr));
+}
+
+// The component is that of the deepest node that stands for one.
+Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& event) const
+{
+    SceneEvaluator* evaluator = SceneEvaluator::get(event.position());
+    Vs::Scene::SceneSelection* picked = evaluator ? evaluator->sceneSelection(false) : nullptr;
+    const AssetSession* session = commandInputSet()->command()->assetSession();
+    const auto* scene =
+        session ? Vs::cast<Vs::Scene::SceneAssetAdapter>(session->asset()->adapter()) : nullptr;
+    if (!picked || !scene)
+        return nullptr;
+    const auto& path = picked->scenePath();
+    for (auto node = path.rbegin(); node != path.rend(); ++node)
+        if (const std::string& id = scene->componentId(node->get()); !id.empty())
+            return Vs::StrongRef<Vs::Selection>(new Vs::LogicalSelection(session->asset(), id, picked));
+    return nullptr;
+}
+
+bool SelectionCommandInput::add(Vs::StrongRef<Vs::Selection> selection)
+{
+    if (!accepts(selection))
+        return false;
+    if (m_exactly && m_quantity > 0 && m_selections.size() >= m_quantity)
+        m_selections.remove(*Vs::StrongRef<Vs::Selection>(m_selections.selections().front()));
+    m_selections.add(std::move(selection));
+    CommandInUse inUse(commandInputSet()->command());
+    valueChanged();
+    executeIfValid();
+    return true;
+}
+
+std::wstring SelectionCommandInput::valueAsString() const
+{
+    std::wstring text;
+    for (const auto& selection : m_selections.selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
+            text += (text.empty() ? L"" : L" ") + Vs::Strings::widen(logical->componentId());
+    return text;
+}
+
+bool SelectionCommandInput::valueFromString(const std::wstring& text)
+{
+    const AssetSession* session = commandInputSet()->command()->assetSession();
+    const auto* scene =
+        session ? Vs::cast<Vs::Scene::SceneAssetAdapter>(session->asset()->adapter()) : nullptr;
+    std::vector<Vs::StrongRef<Vs::Selection>> named;
+    std::wistringstream words(text);
+    for (std::wstring word; words >> word;) {
+        const std::string id = Vs::Strings::narrow(word);
+        if (!scene || !scene->node(id))
+            return false;
+        named.emplace_back(new Vs::LogicalSelection(session->asset(), id, nullptr));
+    }
+    m_selections.clear();
+    for (const auto& selection : named)
+        m_selections.add(selection);
+    valueChanged();
+    return true;
+}
+
+void SelectionCommandInput::mouseMove(MouseEvent* event)
+{
+    Vs::SelectionMgr* selection = pickingManager();
+    if (!selection)
+        return;
+    const Vs::StrongRef<Vs::Selection> pointed = under(*event);
+    if (!accepts(pointed)) {
+        selection->highlightSet().clear();
+    } else if (!selection->highlightSet().contains(*pointed)) {
+        selection->highlightSet().clear();
+        selection->highlightSet().add(pointed);
+    }
+}
+
+void SelectionCommandInput::mouseDragBegin(MouseEvent*)
+{
+    m_dragged = true;
+}
+
+void SelectionCommandInput::mouseUp(MouseEvent* event)
+{
+    if (std::exchange(m_dragged, false) || event->button() != kLeftButton || !pickingManager())
+        return;
+    add(under(*event));
+}
+
+} // namespace Vu

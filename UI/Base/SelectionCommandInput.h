@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Server/DataModel/Selection/SelectionSet.h"
+#include "UI/Base/Command/CommandInput.h"
+#include "UI/Base/MouseEvents.h"
+
+namespace Vs {
+class SelectionFilter;
+class SelectionMgr;
+} // namespace Vs
+
+namespace Vu {
+
+/// An input that the user fills by clicking on bodies in the canvas, while its command is active and its
+/// session's selection isn't suspended. What a click would take is highlighted.
+class SelectionCommandInput : public Vs::Implements<SelectionCommandInput, CommandInputBase>,
+                              public MouseEventSite
+{
+public:
+    static SelectionCommandInput* make(CommandInputSet* set, int number, Info* info);
+    ~SelectionCommandInput() override;
+
+    /// How many selections are wanted; if `exactly` holds, one more takes the place of the oldest. Default:
+    /// at least one.
+    void requiredQuantity(bool exactly, size_t quantity);
+    /// What may be selected; not owned. Null, the default, accepts everything.
+    void requiredFilter(const Vs::SelectionFilter* filter) { m_filter = filter; }
+
+    const Vs::SelectionSet& selectionSet() const { return m_selections; }
+    /// Adds a selection as a click does. Returns false if a filter, or the command, refuses it.
+    bool add(Vs::StrongRef<Vs::Selection> selection);
+
+    /// The components' identifiers, with blanks between them.
+    std::wstring valueAsString() const override;
+    bool valueFromString(const std::wstring& text) override;
+
+    void mouseMove(MouseEvent* event) override;
+    void mouseDragBegin(MouseEvent* event) override;
+    void mouseUp(MouseEvent* event) override;
+
+protected:
+    SelectionCommandInput(CommandInputSet* set, int number, Info* info);
+    bool onIsValid() const override;
+
+private:
+    /// Null while nothing may be picked.
+    Vs::SelectionMgr* pickingManager() const;
+    bool accepts(const Vs::StrongRef<Vs::Selection>& selection) const;
+    Vs::StrongRef<Vs::Selection> under(const MouseEvent& event) const;
+
+    Vs::SelectionSet m_selections;
+    const Vs::SelectionFilter* m_filter = nullptr;
+    size_t m_quantity = 1;
+    bool m_exactly = false;
+    bool m_dragged = false; ///< The button that is down has dragged, so that its release is no click.
+};
+
+} // namespace Vu

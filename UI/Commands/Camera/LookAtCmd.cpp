@@ -1,0 +1,165 @@
+#include "UI/Commands/Camera/LookAtCmd.h"
+
+#include "Server/Base/ResourceMgr.h"
+#include "Server/DataModel/Selection/SelectionFilter.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/CameraParameters.h"
+#include "Server/Scene/LogicalToSceneSelectionFilter.h"
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/CameraTransition.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/TransitionMgr.h"
+#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Commands/Camera/ActiveView.h"
+#include "UI/Commands/Camera/CameraPivot.h"
+#include "UI/Commands/Camera/ToolMouse.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Resources.h"
+
+namespace Vu::Commands {
+
+using Vs::Scene::Camera;
+using Vs::Scene::RawHitInfo;
+
+namespace {
+
+constexpr int kPickCursor = 1;
+
+/// The hook to which rules are attached; it has none of its own.
+class LookAtSelectionFilter : public Vs::Implements<LookAtSelectionFilter, Vs::CompositeSelectionFilter>
+{
+public:
+    LookAtSelectionFilter() : Implements(ELogic::All) {}
+};
+
+Info* facesInputInfo()
+{
+    static Info info(L"LookAtFacesInput", localized("LookAtFacesInput", "Plane"), nullptr);
+    return &info;
+}
+
+/// The first selection, with groups replaced by their members, however deep; null if there is none. A group
+/// that stands for one thing counts as one.
+Vs::Selection* firstLeaf(const std::vector<Vs::StrongRef<Vs::Selection>>& selections)
+{
+    for (const auto& selection : selections) {
+        const auto* group = Vs::cast<Vs::GroupSelection>(selection.get());
+        if (!group || group->isOneThing())
+            return selection.get();
+        if (Vs::Selection* leaf = firstLeaf(group->members()))
+            return leaf;
+    }
+    return nullptr;
+}
+
+/// Faces the place from the distance that the camera has to its target. A place without a normal changes
+/// nothing.
+void face(const RawHitInfo& hit, const GkVector3d& groundUp, Camera& camera)
+{
+    GkVector3d normal = hit.localNormal();
+    if (normal.isZeroLength(GkContext::gTol))
+        return;
+    const GkMatrix3d& toWorld = hit.localToWorldTransform();
+    normal.transformBy(toWorld).normalize();
+    const GkPoint3d place = toWorld * hit.localHitPoint();
+    GkPoint3d eye;
+    eye.setToSum(place, normal * camera.target().distanceTo(camera.position()));
+    camera.target(place);
+    camera.position(eye);
+    if (UIBaseOptionGroup::get()->cameraPivotEnabled()) {
+        camera.pivot(place);
+        camera.pivotEnabled(true);
+        showCameraPivot(false);
+        hideCameraPivotDelayed();
+    }
+    const GkVector3d look = place - eye;
+    camera.up(look.isParallelTo(groundUp, GkContext::gTol) ? look.perpVector() : groundUp);
+}
+
+} // namespace
+
+constinit const CommandRow LookAtCmdDef::kRow = {
+    .key = L"LookAtCommand", .title = "Look At", .icon = &Resources::LookAt};
+
+CommandBase* LookAtCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new LookAtCmd(this, context);
+}
+
+Vs::CompositeSelectionFilter* lookAtFilter()
+{
+    static auto* const filter = new LookAtSelectionFilter;
+    return filter;
+}
+
+LookAtCmd::LookAtCmd(LookAtCmdDef* definition, CommandContext* context) : Implements(definition, context)
+{
+    repeatable(true);
+    showToolCursor(*this, Vs::CursorResource::defaultCursor(kPickCursor));
+    CommandInputSet* inputs = CommandInputSet::make(this);
+    m_facesInput = SelectionCommandInput::make(inputs, 0, facesInputInfo());
+    m_facesInput->enableTranscript(false);
+    m_facesInput->requiredQuantity(true, 1);
+    m_facesInput->requiredFilter(lookAtFilter());
+    m_facesInput->requiresExecution(true);
+    commandInputSet(inputs);
+    CommandInputSetEventSource::get()->subscribe(this, inputs);
+}
+
+LookAtCmd::~LookAtCmd()
+{
+    CommandInputSetEventSource::get()->unsubscribe(this, CommandBase::commandInputSet());
+}
+
+// Unlike the other camera commands this one needs the selection that the base puts to sleep.
+void LookAtCmd::onActivate()
+{
+    Implements::onActivate();
+    if (Vs::SelectionMgr* selection = selectionManager())
+        selection->resumeSelection();
+}
+
+void LookAtCmd::onDeactivate()
+{
+    if (Vs::SelectionMgr* selection = selectionManager())
+        selection->suspendSelection();
+    Implements::onDeactivate();
+}
+
+void LookAtCmd::commandInputSetExecute(CommandInputEvent*)
+{
+    onExecute();
+}
+
+void LookAtCmd::onExecute()
+{
+    GraphicsView* view = graphicsViewOf(assetSession());
+    if (!view)
+        return;
+    const auto* leaf = Vs::cast<Vs::LogicalSelection>(firstLeaf(m_facesInput->selectionSet().selections()));
+    const Vs::Scene::SceneSelection* picked = Vs::Scene::LogicalToSceneSelectionFilter::filter(leaf);
+    if (picked && picked->hitInfo() && TransitionMgr::get())
+        glideTo(*picked->hitInfo(), view);
+    terminateCommand();
+}
+
+void LookAtCmd::glideTo(const RawHitInfo& hit, GraphicsView* view)
+{
+    TransitionMgr* transitions = TransitionMgr::get();
+    Transition* transition = transitions->beginTransition();
+    if (!transition)
+        return;
+    if (Vs::Scene::ViewFragment* fragment = firstFragment(view)) {
+        Camera* camera = fragment->camera();
+        const Vs::Scene::CameraParameters before(*camera);
+        face(hit, fragment->data()->renderParams(0)->groundPlaneOrientation(), *camera);
+        const Vs::Scene::CameraParameters after(*camera);
+        transition->add(CameraTransition::make(transition, before, after, camera));
+        const TranscriptCameraTrigger trigger(camera);
+    }
+    transitions->endTransition();
+}
+
+} // namespace Vu::Commands

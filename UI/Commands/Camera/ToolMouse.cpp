@@ -1,0 +1,63 @@
+#include "UI/Commands/Camera/ToolMouse.h"
+
+#include "Server/Base/TranscriptMgr.h"
+#include "UI/Base/CameraTransition.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/CursorController.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/InteractionEvents.h"
+#include "UI/Base/SceneUtilities.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QWidget>
+
+namespace Vu::Commands {
+
+void showToolCursor(const CommandBase& command, Vs::CursorResource* cursor)
+{
+    if (CursorController* controller = command.cursorController())
+        controller->cursor(cursor);
+}
+
+void activateCanvasUnderPointer()
+{
+    const GraphicsCanvas* canvas = SceneUtilities::getActiveGraphicsCanvas();
+    QWidget* widget = canvas ? canvas->existingWidget() : nullptr;
+    if (widget && QApplication::widgetAt(QCursor::pos()) == widget && !widget->isActiveWindow())
+        widget->activateWindow();
+}
+
+void startCameraInteraction(AssetSession* session)
+{
+    InteractionEvent event(session, EInteraction::CameraChange);
+    InteractionEventSource::get()->fireStartInteraction(&event);
+}
+
+void endCameraInteraction(AssetSession* session)
+{
+    InteractionEvent event(session, EInteraction::CameraChange);
+    InteractionEventSource::get()->fireEndInteraction(&event);
+}
+
+void cameraStepMade(Vs::Scene::Camera* camera)
+{
+    if (Vs::TranscriptMgr::get()->recordSmoothCameraChange())
+        const TranscriptCameraTrigger trigger(camera);
+    WorkspaceWindow::invalidate(kInvalidateAll);
+}
+
+void cameraDragMade(Vs::Scene::Camera* camera)
+{
+    const TranscriptCameraTrigger trigger(camera);
+    WorkspaceWindow::invalidate(kInvalidateAll);
+}
+
+Vs::Scene::Camera* cameraOf(const Rendra::Graphics::GroupNode* fragmentNode)
+{
+    const Vs::Scene::ViewFragmentNodeData* data = Vs::Scene::viewFragmentNodeData(fragmentNode);
+    return data ? data->camera() : nullptr;
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Server/Scene/HitInfo.h"
+
+namespace Vs {
+class CursorResource;
+}
+
+namespace Vu {
+class AssetSession;
+class CommandBase;
+} // namespace Vu
+
+namespace Vu::Commands {
+
+/// What the camera tools share in dealing with the mouse.
+
+/// The pointer over the canvases while the command is active.
+void showToolCursor(const CommandBase& command, Vs::CursorResource* cursor);
+
+/// Brings the window of the active canvas to the front if the pointer is over that canvas, so that a tool
+/// works as soon as the pointer is where it works.
+void activateCanvasUnderPointer();
+
+/// Tell whoever cares that the user moves a camera by hand, and that this is over.
+void startCameraInteraction(AssetSession* session);
+void endCameraInteraction(AssetSession* session);
+
+/// One step of a drag was made: it is drawn, and recorded where single steps are.
+void cameraStepMade(Vs::Scene::Camera* camera);
+/// The drag is over: where the camera came to is recorded.
+void cameraDragMade(Vs::Scene::Camera* camera);
+
+/// The camera of a fragment's node; null if the node is null.
+Vs::Scene::Camera* cameraOf(const Rendra::Graphics::GroupNode* fragmentNode);
+
+} // namespace Vu::Commands
