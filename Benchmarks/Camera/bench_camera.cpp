@@ -28,7 +28,7 @@ Info emptyInfo(L"BenchEmptyCommand", L"Empty", nullptr);
 class EmptyCmd : public Vs::Implements<EmptyCmd, SimpleCommand>
 {
 public:
-    using Implements::Implements;
+    EmptyCmd(CommandDefinition* definition, CommandContext* context) : Implements(definition, context) {}
     void onExecute(Vs::Status&) override {}
 };
 
