@@ -6,6 +6,7 @@
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
+#include "Server/DataModel/Native/ComparablePath.h"
 #include "Server/DataModel/Native/DocumentStore.h"
 #include "Server/Types/Uuid.h"
 
@@ -59,9 +60,15 @@ void Document::path(const std::wstring& path)
 {
     if (path != m_path)
         m_file->identity = {};
-    m_path = path;
+    takePath(path);
     if (!path.empty())
         displayName(boost::filesystem::path(path).stem().wstring());
+}
+
+void Document::takePath(const std::wstring& path)
+{
+    m_path = path;
+    m_comparablePath = path.empty() ? boost::filesystem::path() : Native::comparablePath(path);
 }
 
 void Document::clearPath()
@@ -100,7 +107,7 @@ bool Document::saveAs(const std::wstring& path, Status& status)
     }
     // The file is the document's own already; only its name is new.
     const bool renamed = m_path != absolute;
-    m_path = absolute;
+    takePath(absolute);
     if (renamed)
         m_displayName = boost::filesystem::path(absolute).stem().wstring();
     tellUpdated();

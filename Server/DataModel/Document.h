@@ -98,12 +98,15 @@ private:
     friend class DocumentStore;
     Document(DocumentType* type, const std::wstring& displayName);
     Asset* adopt(std::unique_ptr<Asset> asset);
+    void takePath(const std::wstring& path);
     void tellUpdated();
     void tellFailure(const Status& status);
 
     boost::uuids::uuid m_identifier;
     DocumentType* m_type;
     std::wstring m_path;
+    boost::filesystem::path
+        m_comparablePath; ///< Kept, since it is looked for often and costs a look at the disk.
     std::wstring m_importedFrom;
     std::wstring m_displayName;
     std::string m_cloudId;

@@ -6,6 +6,7 @@
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentEvents.h"
+#include "Server/DataModel/Native/ComparablePath.h"
 #include "Server/DataModel/Native/DocumentStore.h"
 #include "Server/DataModel/NativeFile.h"
 
@@ -13,23 +14,12 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace Vs {
 
 namespace fs = boost::filesystem;
 
 namespace {
-
-// Paths come in from commands as they were typed: compared after they were made absolute and free of "." and
-// "..".
-fs::path normal(const std::wstring& text)
-{
-    boost::system::error_code error;
-    const fs::path absolute = fs::absolute(fs::path(text)).lexically_normal();
-    const fs::path canonical = fs::weakly_canonical(absolute, error);
-    return error ? absolute : canonical;
-}
 
 Document* onlyOne(const std::vector<Document*>& found)
 {
@@ -50,12 +40,12 @@ Document* DocumentMgr::document(const std::wstring& path) const
 {
     if (path.empty())
         return nullptr;
-    const fs::path wanted = normal(path);
+    const fs::path wanted = Native::comparablePath(path);
     std::vector<Document*> sameName;
     for (const auto& document : m_documents) {
         if (!document->isOnDisk())
             continue;
-        if (normal(document->path()) == wanted)
+        if (document->m_comparablePath == wanted)
             return document.get();
         if (fs::path(document->path()).filename().wstring() == path)
             sameName.push_back(document.get());
@@ -69,11 +59,11 @@ Document* DocumentMgr::bestDocument(const std::wstring& text) const
         return byPath;
     if (text.empty())
         return nullptr;
-    const fs::path wanted = normal(text);
+    const fs::path wanted = Native::comparablePath(text);
     std::vector<Document*> named, sourceNamed;
     for (const auto& document : m_documents) {
         const std::wstring& source = document->importedFrom();
-        if (!source.empty() && normal(source) == wanted)
+        if (!source.empty() && Native::comparablePath(source) == wanted)
             return document.get();
         if (document->displayName() == text)
             named.push_back(document.get());
@@ -137,7 +127,8 @@ Document* DocumentMgr::createFromModel(const std::wstring& source, std::shared_p
 
 Document* DocumentMgr::open(const std::wstring& path, Status& status)
 {
-    if (Document* open = document(path))
+    // Absolute, so that a mere name means the file here and not any open one of that name.
+    if (Document* open = document(fs::absolute(path).wstring()))
         return open;
     boost::system::error_code error;
     const fs::file_status kind = fs::status(fs::path(path), error);
@@ -148,33 +139,27 @@ Document* DocumentMgr::open(const std::wstring& path, Status& status)
     else if (error)
         status.addError(L"The file \"" + path + L"\" can't be read: " + Strings::widen(error.message()) +
                         L".");
-    else if (!isNativeName(path) && !NativeFile::isNative(path))
+    else if (!isNative(path))
         status.addError(L"The file \"" + path + L"\" is of no kind that this program can open.");
     else
         return openNative(path, status);
     return nullptr;
 }
 
-bool DocumentMgr::isNativeName(const std::wstring& path) const
+bool DocumentMgr::isNative(const std::wstring& path) const
 {
-    return std::any_of(m_types.begin(), m_types.end(), [&](const DocumentType* type) {
-        return boost::algorithm::iends_with(path, type->extension());
-    });
+    return NativeFile::isNative(path) ||
+           std::any_of(m_types.begin(), m_types.end(), [&](const DocumentType* type) {
+               return boost::algorithm::iends_with(path, type->extension());
+           });
 }
 
 Document* DocumentMgr::openNative(const std::wstring& path, Status& status)
 {
     ProgressScope progress(L"Opening " + fs::path(path).filename().wstring());
-    try {
-        auto load = Native::NativeLoad::read(Strings::narrow(path),
-                                             [&](double fraction) { return progress.update(fraction); });
-        return DocumentStore::build(std::move(load), fs::absolute(path).wstring(), status);
-    } catch (const Native::Cancelled&) {
-        status.addError(L"Opening \"" + path + L"\" was cancelled.");
-    } catch (const std::runtime_error& error) {
-        status.addError(L"\"" + path + L"\" can't be opened: " + Strings::widen(error.what()) + L".");
-    }
-    return nullptr;
+    auto load = DocumentStore::read(
+        path, [&](double fraction) { return progress.update(fraction); }, status);
+    return load ? DocumentStore::build(std::move(*load), path, status) : nullptr;
 }
 
 void DocumentMgr::close(Document* document)

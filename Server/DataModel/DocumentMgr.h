@@ -36,6 +36,8 @@ public:
     Document* create(AssetType* type, Status& status);
     /// Opens a native file, or gives the open document of that path. Null, with the reasons, on failure.
     Document* open(const std::wstring& path, Status& status);
+    /// Whether the file is a native one, by its name or by its content.
+    bool isNative(const std::wstring& path) const;
     /// A new document that shows a model which was read from a foreign file; for translators. It isn't dirty:
     /// the file can be read again. Its asset is of the first type that is offered for creation.
     Document* createFromModel(const std::wstring& source, std::shared_ptr<const ModelFile> model,
@@ -62,7 +64,6 @@ private:
     friend class Document;
     friend class DocumentStore;
     DocumentMgr() = default;
-    bool isNativeName(const std::wstring& path) const;
     Document* openNative(const std::wstring& path, Status& status);
     Document* add(AssetType* type, const std::wstring& displayName, Status& status);
 

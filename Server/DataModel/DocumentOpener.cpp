@@ -7,11 +7,82 @@
 #include "Server/DataModel/Exchange/ForeignTranslator.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Exchange/WorkerProcess.h"
+#include "Server/DataModel/Native/DocumentStore.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 
 #include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
+#include <atomic>
+#include <optional>
+#include <semaphore>
+#include <thread>
+
 namespace Vs {
+
+namespace {
+
+struct NativeJob
+{
+    size_t index;
+    std::wstring path;
+    std::optional<Native::NativeLoad> load;
+    Status status;
+};
+
+// What is open already, or isn't there, is left to DocumentMgr::open.
+std::vector<NativeJob> nativeJobs(const std::vector<boost::filesystem::path>& paths,
+                                  const std::vector<std::unique_ptr<Exchange::ForeignImport>>& imports)
+{
+    std::vector<NativeJob> jobs;
+    const DocumentMgr* manager = DocumentMgr::get();
+    for (size_t i = 0; i < paths.size(); ++i) {
+        const std::wstring path = boost::filesystem::absolute(paths[i]).wstring();
+        boost::system::error_code error;
+        if (!imports[i] && boost::filesystem::is_regular_file(paths[i], error) && !manager->document(path) &&
+            manager->isNative(path))
+            jobs.push_back({i, path, std::nullopt, {}});
+    }
+    return jobs;
+}
+
+void readAll(std::vector<NativeJob>& jobs)
+{
+    if (jobs.empty())
+        return;
+    ProgressScope progress(L"Opening " + std::to_wstring(jobs.size()) + L" files");
+    std::atomic<size_t> next = 0;
+    std::atomic<bool> goOn = true;
+    std::counting_semaphore<> done(0);
+    std::vector<std::thread> threads;
+    const size_t most = std::max(std::thread::hardware_concurrency(), 1u);
+    for (size_t i = 0; i < std::min(most, jobs.size()); ++i)
+        threads.emplace_back([&] {
+            for (size_t k = next++; k < jobs.size(); k = next++) {
+                jobs[k].load = DocumentStore::read(
+                    jobs[k].path, [&](double) { return goOn.load(); }, jobs[k].status);
+                done.release();
+            }
+        });
+    for (size_t i = 0; i < jobs.size(); ++i) {
+        done.acquire();
+        if (!progress.update(double(i + 1) / double(jobs.size())))
+            goOn = false;
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+Document* take(NativeJob& job, Status& status)
+{
+    status.merge(job.status);
+    // The same file may be named twice.
+    if (Document* open = DocumentMgr::get()->document(job.path))
+        return open;
+    return job.load ? DocumentStore::build(std::move(*job.load), job.path, status) : nullptr;
+}
+
+} // namespace
 
 void DocumentOpener::expect(const boost::filesystem::path& path)
 {
@@ -48,10 +119,15 @@ void DocumentOpener::open(Status& status, int option)
             running, Exchange::importCache(),
             [&](double fraction, const std::wstring& step) { return progress.update(fraction, step); });
     }
+    std::vector<NativeJob> jobs = nativeJobs(m_paths, imports);
+    readAll(jobs);
+    size_t job = 0;
     for (size_t i = 0; i < m_paths.size(); ++i) {
         Status own;
         Document* document = nullptr;
-        if (!imports[i]) {
+        if (job < jobs.size() && jobs[job].index == i) {
+            document = take(jobs[job++], own);
+        } else if (!imports[i]) {
             document = DocumentMgr::get()->open(m_paths[i].wstring(), own);
         } else {
             own.merge(imports[i]->status());

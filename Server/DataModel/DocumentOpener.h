@@ -15,7 +15,8 @@ namespace Exchange {
 struct WorkerProcess;
 }
 
-/// Opens several files at once. Foreign files are read side by side, each by a worker of its own.
+/// Opens several files at once. They are read side by side: foreign files each by a worker of its own, native
+/// ones by threads.
 class DocumentOpener
 {
 public:

@@ -53,12 +53,8 @@ WorkerLimits WorkerLimits::forFile(uint64_t bytes)
 
 Worker::~Worker()
 {
-    if (!m_process.running())
-        return;
-    if (m_end == End::Running)
+    if (m_process.running())
         kill(End::Cancelled, {});
-    else
-        dismiss(m_process);
 }
 
 std::string Worker::programPath() const
@@ -123,18 +119,8 @@ void Worker::readMessages()
         m_moved = Clock::now();
         m_movedWork = processorTime();
     }
-    if (m_done)
-        leave();
-    else if (ended || m_reader.broken())
+    if (ended || m_reader.broken())
         reap();
-}
-
-// Its result is complete. Taking its memory apart is the system's affair, which is waited for when this
-// object goes.
-void Worker::leave()
-{
-    close(std::exchange(m_process.messages, -1));
-    m_end = End::Done;
 }
 
 // The pipe has ended: so has the worker, or it is about to.
@@ -151,7 +137,9 @@ void Worker::reap()
     while (waited < 0 && errno == EINTR);
     // Where somebody ignores the ends of children, all that is known is what the worker said.
     const bool known = waited == process;
-    if (!m_error.empty()) {
+    if (m_done && (!known || (WIFEXITED(status) && WEXITSTATUS(status) == 0))) {
+        m_end = End::Done;
+    } else if (!m_error.empty()) {
         m_end = m_error.starts_with("memory:") ? End::Exhausted : End::Failed;
         m_fault = m_end == End::Exhausted
                       ? "the " + role() + " needed more memory than there is while " + m_step

@@ -77,7 +77,6 @@ private:
     void checkLimits(Clock::time_point now);
     std::chrono::milliseconds processorTime() const;
     void kill(End why, std::string fault);
-    void leave();
     void reap();
 
     std::string m_program;

@@ -1,5 +1,7 @@
 #include "Server/DataModel/Model/FileMapping.h"
 
+#include "Server/DataModel/Model/MappingGuard.h"
+
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -29,6 +31,15 @@ std::runtime_error systemError()
     return std::runtime_error(std::strerror(errno));
 }
 
+int openForReading(const std::string& path)
+{
+    // A pipe of that name must not make the program wait for ever.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0)
+        throw systemError();
+    return descriptor;
+}
+
 } // namespace
 
 FileIdentity FileIdentity::of(const std::string& path)
@@ -45,19 +56,20 @@ FileIdentity FileIdentity::of(int descriptor)
 
 std::shared_ptr<const FileMapping> FileMapping::open(const std::string& path)
 {
-    // A pipe of that name must not make the program wait for ever.
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0)
-        throw systemError();
-    return map(descriptor, path);
+    return map(openForReading(path), path, false);
+}
+
+std::shared_ptr<const FileMapping> FileMapping::openGuarded(const std::string& path)
+{
+    return map(openForReading(path), path, true);
 }
 
 std::shared_ptr<const FileMapping> FileMapping::adopt(int descriptor)
 {
-    return map(descriptor, {});
+    return map(descriptor, {}, false);
 }
 
-std::shared_ptr<const FileMapping> FileMapping::map(int descriptor, std::string path)
+std::shared_ptr<const FileMapping> FileMapping::map(int descriptor, std::string path, bool guarded)
 {
     // Many files may be open at once: a mapping needs no descriptor.
     const Descriptor closer{descriptor};
@@ -76,11 +88,14 @@ std::shared_ptr<const FileMapping> FileMapping::map(int descriptor, std::string 
         throw systemError();
     mapping->m_data = static_cast<const char*>(data);
     mapping->m_size = info.st_size;
+    if (guarded)
+        mapping->m_guard = std::make_unique<MappingGuard>(descriptor, mapping->m_data, mapping->m_size);
     return mapping;
 }
 
 FileMapping::~FileMapping()
 {
+    m_guard.reset();
     if (m_data)
         munmap(const_cast<char*>(m_data), m_size);
 }

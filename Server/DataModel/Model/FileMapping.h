@@ -7,6 +7,8 @@
 
 namespace Vs {
 
+class MappingGuard;
+
 /// What tells one content of a file from another without reading it.
 struct FileIdentity
 {
@@ -28,6 +30,8 @@ class FileMapping
 public:
     /// Throws std::runtime_error with the cause.
     static std::shared_ptr<const FileMapping> open(const std::string& path);
+    /// The same for a file that others may write into while it is open: what was mapped stays as it is.
+    static std::shared_ptr<const FileMapping> openGuarded(const std::string& path);
     /// Takes the descriptor over; for a file without a name.
     static std::shared_ptr<const FileMapping> adopt(int descriptor);
     ~FileMapping();
@@ -43,12 +47,13 @@ public:
 
 private:
     FileMapping() = default;
-    static std::shared_ptr<const FileMapping> map(int descriptor, std::string path);
+    static std::shared_ptr<const FileMapping> map(int descriptor, std::string path, bool guarded);
 
     const char* m_data = nullptr;
     size_t m_size = 0;
     std::string m_path;
     FileIdentity m_identity;
+    std::unique_ptr<MappingGuard> m_guard;
 };
 
 } // namespace Vs

@@ -9,9 +9,9 @@
 #include "Server/DataModel/Native/DocumentStore.h"
 #include "Server/Types/Uuid.h"
 
-#include <boost/filesystem/path.hpp>
+#include <boost/filesystem/operations.hpp>
 
-#include <algorithm>
+#include <exception>
 #include <map>
 #include <set>
 
@@ -39,6 +39,19 @@ std::set<uuid> takenIdentifiers()
 
 } // namespace
 
+std::optional<Native::NativeLoad> DocumentStore::read(const std::wstring& path,
+                                                      const Native::NativeLoad::Watch& watch, Status& status)
+{
+    try {
+        return Native::NativeLoad::read(Strings::narrow(path), watch);
+    } catch (const Native::Cancelled&) {
+        status.addError(L"Opening \"" + path + L"\" was cancelled.");
+    } catch (const std::exception& error) {
+        status.addError(L"\"" + path + L"\" can't be opened: " + Strings::widen(error.what()) + L".");
+    }
+    return std::nullopt;
+}
+
 Document* DocumentStore::build(Native::NativeLoad load, const std::wstring& path, Status& status)
 {
     DocumentMgr* manager = DocumentMgr::get();
@@ -61,7 +74,7 @@ Document* DocumentStore::build(Native::NativeLoad load, const std::wstring& path
     const std::wstring name = boost::filesystem::path(path).stem().wstring();
     std::unique_ptr<Document> made(new Document(documentType, name));
     made->m_identifier = own(manifest.document);
-    made->m_path = path;
+    made->takePath(boost::filesystem::absolute(path).wstring());
     made->m_savedVersion = manifest.software;
     made->m_file->identity = load.file->identity();
     made->m_file->migrated = manifest.version < Native::Manifest::kVersion;

@@ -91,7 +91,7 @@ public:
     void takeOver()
     {
         try {
-            m_file.file = FileMapping::open(m_target);
+            m_file.file = FileMapping::openGuarded(m_target);
         } catch (const std::runtime_error&) {
             return; // The parts of the old file serve as well.
         }

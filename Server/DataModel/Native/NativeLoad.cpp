@@ -45,7 +45,7 @@ std::shared_ptr<const ModelFile> readModel(const Manifest::Asset& asset, const P
 NativeLoad NativeLoad::read(const std::string& path, const Watch& watch)
 {
     NativeLoad load;
-    load.file = FileMapping::open(path);
+    load.file = FileMapping::openGuarded(path);
     const Package package(load.file);
     load.manifest = Manifest::read(package.read(kManifestName, Package::kMostManifest));
     const size_t count = load.manifest.assets.size();

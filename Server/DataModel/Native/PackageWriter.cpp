@@ -50,6 +50,9 @@ uint32_t narrow(uint64_t value)
 
 uint32_t crcOf(uint32_t before, const void* data, size_t size)
 {
+    // Of no data at all, which may be at no address, the library gives the checksum of a beginning.
+    if (size == 0)
+        return before;
     return static_cast<uint32_t>(crc32_z(before, static_cast<const Bytef*>(data), size));
 }
 

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <sys/stat.h>
+#include <utility>
 #include <xxhash.h>
 
 namespace Vs::Native {
@@ -76,13 +77,7 @@ SafeFile::SafeFile(const std::string& path, FileCalls& calls) : m_calls(calls), 
                                  " doesn't exist");
     m_scratch = scratchName(m_target);
     openScratch();
-    try {
-        takeRights();
-    } catch (...) {
-        m_calls.close(m_descriptor);
-        m_calls.remove(m_scratch.c_str());
-        throw;
-    }
+    takeRights();
 }
 
 void SafeFile::openScratch()
@@ -93,33 +88,46 @@ void SafeFile::openScratch()
         m_descriptor =
             persistent([&] { return m_calls.open(m_scratch.c_str(), kFlags | O_CREAT | O_EXCL, 0600); });
         if (m_descriptor >= 0) {
-            if (persistent([&] { return m_calls.lock(m_descriptor); }) == 0 || errno == ENOLCK ||
-                errno == EOPNOTSUPP)
+            if (isOurs(m_descriptor))
                 return;
-            m_calls.close(m_descriptor);
-            break;
+            break; // Another one took it for what a dead program left behind.
         }
         if (errno != EEXIST)
             fail();
-        const int left = persistent([&] { return m_calls.open(m_scratch.c_str(), kFlags, 0); });
-        if (left < 0 && errno == ENOENT)
+        m_descriptor = persistent([&] { return m_calls.open(m_scratch.c_str(), kFlags, 0); });
+        if (m_descriptor < 0 && errno == ENOENT)
             continue;
-        if (left < 0)
+        if (m_descriptor < 0)
             fail();
-        // Nobody holds what a program that died left behind.
-        const bool alone = persistent([&] { return m_calls.lock(left); }) == 0;
-        if (alone && m_calls.remove(m_scratch.c_str()) != 0) {
-            const int cause = errno;
-            m_calls.close(left);
-            errno = cause;
-            fail();
-        }
-        m_calls.close(left);
-        if (!alone)
+        if (!isOurs(m_descriptor))
             break;
+        // Nobody holds what a program that died left behind.
+        if (m_calls.remove(m_scratch.c_str()) != 0)
+            abandon(errno, false);
+        m_calls.close(std::exchange(m_descriptor, -1));
     }
-    m_descriptor = -1;
+    if (m_descriptor >= 0)
+        m_calls.close(std::exchange(m_descriptor, -1));
     throw std::runtime_error("it is being saved by another program just now");
+}
+
+// Whether the lock could be had, or no locks can be had here at all.
+bool SafeFile::isOurs(int descriptor)
+{
+    if (persistent([&] { return m_calls.lock(descriptor); }) == 0 || errno == ENOLCK || errno == EOPNOTSUPP)
+        return true;
+    if (errno != EWOULDBLOCK)
+        abandon(errno, true);
+    return false;
+}
+
+void SafeFile::abandon(int cause, bool remove)
+{
+    m_calls.close(std::exchange(m_descriptor, -1));
+    if (remove)
+        m_calls.remove(m_scratch.c_str());
+    errno = cause;
+    fail();
 }
 
 // A file that is replaced keeps its rights and, where that is allowed, its owner; a new one gets the usual
@@ -139,7 +147,7 @@ void SafeFile::takeRights()
     }
     if (persistent([&] { return m_calls.rights(m_descriptor, mode); }) != 0 && errno != EPERM &&
         errno != EOPNOTSUPP)
-        fail();
+        abandon(errno, true);
 }
 
 SafeFile::~SafeFile()

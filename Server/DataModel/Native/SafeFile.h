@@ -43,6 +43,8 @@ public:
 
 private:
     void openScratch();
+    bool isOurs(int descriptor);
+    [[noreturn]] void abandon(int cause, bool remove);
     void takeRights();
     void flushFolder();
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+
+namespace Vs {
+
+/// Keeps a mapping good when another program writes into the very file that is mapped, as copying over it
+/// does. The system asks before it lets the other one in (a lease); the content is copied away then, and the
+/// copy takes the mapping's place at the same address. Where the system can't ask, the copy is made at once.
+class MappingGuard
+{
+public:
+    /// Guards the pages of the file of that descriptor, which are mapped at `data`. The descriptor is not
+    /// taken over.
+    MappingGuard(int descriptor, const char* data, size_t size);
+    ~MappingGuard();
+    MappingGuard(const MappingGuard&) = delete;
+    MappingGuard& operator=(const MappingGuard&) = delete;
+
+private:
+    class Watch;
+    void copyAway();
+
+    const char* m_data;
+    size_t m_size;
+    int m_descriptor = -1; ///< Holds the lease; -1 without one.
+};
+
+} // namespace Vs
