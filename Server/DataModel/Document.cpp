@@ -6,16 +6,14 @@
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
-#include "Server/DataModel/Native/ComparablePath.h"
 #include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/Native/Paths.h"
 #include "Server/Types/Uuid.h"
 
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
 #include <numeric>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace Vs {
 
@@ -126,18 +124,9 @@ void Document::tellUpdated()
     DocumentEventSource::get()->fireDocumentUpdated(&event);
 }
 
-bool Document::cannotBeWritten(const std::string& path)
-{
-    struct stat info;
-    if (stat(path.c_str(), &info) != 0)
-        return false;
-    // A superuser may write everything; the protection is meant all the same.
-    return (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 || access(path.c_str(), W_OK) != 0;
-}
-
 bool Document::isReadOnly() const
 {
-    return !m_path.empty() && cannotBeWritten(Strings::narrow(m_path));
+    return !m_path.empty() && Native::isWriteProtected(Strings::narrow(m_path));
 }
 
 bool Document::mayBeEdited()

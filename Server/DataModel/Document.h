@@ -69,7 +69,6 @@ public:
     bool saveAs(const std::wstring& path, Status& status);
     /// Whether the file on the disk is write-protected.
     bool isReadOnly() const;
-    static bool cannotBeWritten(const std::string& path);
     /// Asks the handlers, once, whether a document that is read-only may be changed
     /// (IDocMgmtHandler::onEditingReadOnlyDocuments). True for every other document.
     bool mayBeEdited();

@@ -6,8 +6,8 @@
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentEvents.h"
-#include "Server/DataModel/Native/ComparablePath.h"
 #include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/Native/Paths.h"
 #include "Server/DataModel/NativeFile.h"
 
 #include <boost/algorithm/string/predicate.hpp>

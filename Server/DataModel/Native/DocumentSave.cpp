@@ -11,6 +11,7 @@
 #include "Server/DataModel/Native/DocumentStore.h"
 #include "Server/DataModel/Native/Package.h"
 #include "Server/DataModel/Native/PackageWriter.h"
+#include "Server/DataModel/Native/Paths.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/Types/Uuid.h"
 
@@ -57,7 +58,7 @@ public:
             throw Cancelled();
         if (m_file.migrated && IDocMgmtHandler::notifySavingMigratedFiles(documents) == eDocMgmtStop)
             throw Cancelled();
-        if (Document::cannotBeWritten(m_target) &&
+        if (Native::isWriteProtected(m_target) &&
             IDocMgmtHandler::notifySavingReadOnlyFiles(documents) != eDocMgmtGoOn)
             fail(L"the file is write-protected. Save it under another name with Save As");
         if (changedOutside() && IDocMgmtHandler::notifySavingChangedFiles(documents) != eDocMgmtGoOn)
@@ -105,7 +106,7 @@ private:
     static std::string targetOf(const std::wstring& path)
     {
         try {
-            return Native::SafeFile::followed(Strings::narrow(path));
+            return Native::followedPath(Strings::narrow(path));
         } catch (const std::runtime_error& error) {
             throw std::runtime_error("\"" + Strings::narrow(path) + "\" can't be saved: " + error.what() +
                                      ".");

@@ -1,161 +1,62 @@
 #include "Server/DataModel/Native/Package.h"
 
-#include <algorithm>
+#include "Server/DataModel/Model/SiblingLibrary.h"
+#include "Server/DataModel/Native/ZipReader.h"
+
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
 #include <sys/mman.h>
 #include <unistd.h>
-#include <vector>
-#include <zip.h>
 
 namespace Vs::Native {
 
 namespace {
 
-// No model packs better than this; what claims to is made to fill the memory.
-constexpr uint64_t kBestRatio = 200;
-constexpr uint64_t kMostUnpacked = uint64_t(16) << 30;
-constexpr zip_int64_t kMostEntries = 100000;
-
-bool isSafeName(std::string_view name)
+std::unique_ptr<ZipReader> readerOf(std::string_view bytes)
 {
-    if (name.empty() || name.front() == '/' || name.find('\\') != name.npos || name.find(':') != name.npos)
-        return false;
-    while (!name.empty()) {
-        const size_t slash = std::min(name.find('/'), name.size());
-        if (name.substr(0, slash) == "..")
-            return false;
-        name.remove_prefix(std::min(slash + 1, name.size()));
-    }
-    return true;
+    static const auto read =
+        SiblingLibrary("libVsZip10.so").function<ZipReader* (*)(const char*, size_t)>("quilletReadZip");
+    return std::unique_ptr<ZipReader>(read(bytes.data(), bytes.size()));
 }
 
 } // namespace
-
-struct Package::Found
-{
-    zip_uint64_t index;
-    uint64_t size;
-};
 
 bool isPicture(std::string_view bytes)
 {
     return bytes.size() <= Package::kMostPicture && bytes.starts_with("\x89PNG\r\n\x1a\n");
 }
 
-Package::Package(std::shared_ptr<const FileMapping> file) : m_file(std::move(file))
+Package::Package(std::shared_ptr<const FileMapping> file)
+    : m_file(std::move(file)), m_zip(readerOf(m_file->bytes()))
 {
-    const std::string_view bytes = m_file->bytes();
-    // The library takes an empty file for an empty package.
-    if (bytes.empty())
-        throw std::runtime_error("it is no package, or was cut short");
-    zip_error_t error;
-    zip_error_init(&error);
-    zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error);
-    if (source)
-        m_zip = zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error);
-    if (!m_zip) {
-        if (source)
-            zip_source_free(source);
-        const bool none = zip_error_code_zip(&error) == ZIP_ER_NOZIP;
-        const std::string cause =
-            none ? "it is no package, or was cut short"
-                 : "its package is damaged (" + std::string(zip_error_strerror(&error)) + ")";
-        zip_error_fini(&error);
-        throw std::runtime_error(cause);
-    }
-    zip_error_fini(&error);
-    try {
-        const zip_int64_t entries = zip_get_num_entries(m_zip, 0);
-        if (entries > kMostEntries)
-            throw std::runtime_error("its package holds an impossible number of entries");
-        for (zip_int64_t i = 0; i < entries; ++i) {
-            const char* name = zip_get_name(m_zip, i, 0);
-            if (!name || !isSafeName(name))
-                throw std::runtime_error("its package holds an entry of the forbidden name \"" +
-                                         std::string(name ? name : "") + "\"");
-        }
-    } catch (...) {
-        zip_discard(m_zip);
-        throw;
-    }
 }
 
-Package::~Package()
-{
-    zip_discard(m_zip);
-}
+Package::~Package() = default;
 
 bool Package::has(const std::string& name) const
 {
-    return zip_name_locate(m_zip, name.c_str(), 0) >= 0;
-}
-
-Package::Found Package::find(const std::string& name) const
-{
-    const zip_int64_t index = zip_name_locate(m_zip, name.c_str(), 0);
-    if (index < 0)
-        throw std::runtime_error("\"" + name + "\" is missing in its package");
-    zip_stat_t info;
-    if (zip_stat_index(m_zip, index, 0, &info) != 0 || !(info.valid & ZIP_STAT_SIZE) ||
-        !(info.valid & ZIP_STAT_COMP_SIZE))
-        throw std::runtime_error("\"" + name + "\" has no size in its package");
-    if ((info.valid & ZIP_STAT_ENCRYPTION_METHOD) && info.encryption_method != ZIP_EM_NONE)
-        throw std::runtime_error("\"" + name + "\" is encrypted in its package");
-    if (info.comp_size > m_file->bytes().size() || info.size > kMostUnpacked ||
-        info.size / kBestRatio > info.comp_size)
-        throw std::runtime_error("\"" + name + "\" claims an impossible size in its package");
-    return {static_cast<zip_uint64_t>(index), info.size};
-}
-
-template <class Take>
-void Package::unpackTo(const std::string& name, const Found& found, Take&& take) const
-{
-    const auto damaged = [&](const char* cause) {
-        return std::runtime_error("\"" + name + "\" is damaged in its package (" + cause + ")");
-    };
-    zip_file_t* file = zip_fopen_index(m_zip, found.index, 0);
-    if (!file)
-        throw damaged(zip_strerror(m_zip));
-    const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> closer(file, zip_fclose);
-    std::vector<char> piece(1 << 20);
-    uint64_t sum = 0;
-    // Read until nothing comes any more: only then is the checksum compared.
-    for (;;) {
-        const zip_int64_t got = zip_fread(file, piece.data(), piece.size());
-        if (got < 0)
-            throw damaged(zip_file_strerror(file));
-        if (got == 0)
-            break;
-        sum += static_cast<uint64_t>(got);
-        if (sum > found.size)
-            throw damaged("it is longer than it says");
-        take(piece.data(), static_cast<size_t>(got));
-    }
-    if (sum != found.size)
-        throw damaged("it is shorter than it says");
+    return m_zip->has(name);
 }
 
 std::string Package::read(const std::string& name, uint64_t limit) const
 {
-    const Found found = find(name);
-    if (found.size > limit)
+    const uint64_t size = m_zip->size(name);
+    if (size > limit)
         throw std::runtime_error("\"" + name + "\" is too large in its package");
     std::string content;
-    content.reserve(found.size);
-    unpackTo(name, found, [&](const char* data, size_t size) { content.append(data, size); });
+    content.reserve(size);
+    m_zip->read(name, [&](const char* data, size_t piece) { content.append(data, piece); });
     return content;
 }
 
 std::shared_ptr<const FileMapping> Package::unpack(const std::string& name) const
 {
-    const Found found = find(name);
     const int descriptor = memfd_create("quillet-model", MFD_CLOEXEC);
     if (descriptor < 0)
         throw std::runtime_error(std::strerror(errno));
     try {
-        unpackTo(name, found, [&](const char* data, size_t size) {
+        m_zip->read(name, [&](const char* data, size_t size) {
             while (size > 0) {
                 const ssize_t done = write(descriptor, data, size);
                 if (done < 0 && errno == EINTR)

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-struct zip;
-
 namespace Vs::Native {
+
+class ZipReader;
 
 /// Names of a package's entries.
 constexpr const char* kManifestName = "manifest.json";
@@ -41,13 +41,8 @@ public:
     static constexpr uint64_t kMostPicture = uint64_t(4) << 20;
 
 private:
-    struct Found;
-    Found find(const std::string& name) const;
-    template <class Take>
-    void unpackTo(const std::string& name, const Found& found, Take&& take) const;
-
     std::shared_ptr<const FileMapping> m_file;
-    zip* m_zip = nullptr;
+    std::unique_ptr<ZipReader> m_zip;
 };
 
 } // namespace Vs::Native

@@ -1,5 +1,7 @@
 #include "Server/DataModel/Native/SafeFile.h"
 
+#include "Server/DataModel/Native/Paths.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -44,25 +46,7 @@ std::string scratchName(const fs::path& target)
 
 } // namespace
 
-std::string SafeFile::followed(const std::string& path)
-{
-    constexpr int kMostLinks = 40;
-    std::error_code error;
-    fs::path at = fs::absolute(path, error);
-    if (error)
-        throw std::runtime_error(error.message());
-    for (int links = 0; fs::is_symlink(at, error); ++links) {
-        if (links == kMostLinks)
-            throw std::runtime_error(std::strerror(ELOOP));
-        const fs::path next = fs::read_symlink(at, error);
-        if (error)
-            throw std::runtime_error(error.message());
-        at = at.parent_path() / next;
-    }
-    return at.lexically_normal().string();
-}
-
-SafeFile::SafeFile(const std::string& path, FileCalls& calls) : m_calls(calls), m_target(followed(path))
+SafeFile::SafeFile(const std::string& path, FileCalls& calls) : m_calls(calls), m_target(followedPath(path))
 {
     std::error_code error;
     const fs::file_status kind = fs::status(m_target, error);

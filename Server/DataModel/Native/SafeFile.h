@@ -38,9 +38,6 @@ public:
     void commit();
     bool inPlace() const { return m_inPlace; }
 
-    /// The path with its symbolic links followed, also where what they point to doesn't exist.
-    static std::string followed(const std::string& path);
-
 private:
     void openScratch();
     bool isOurs(int descriptor);

@@ -1,0 +1,35 @@
+#include "Server/DataModel/Model/SiblingLibrary.h"
+
+#include <dlfcn.h>
+#include <filesystem>
+#include <stdexcept>
+
+namespace Vs {
+
+namespace {
+
+// An address of this library, by which the system finds its file.
+const char here = 0;
+
+} // namespace
+
+SiblingLibrary::SiblingLibrary(const std::string& fileName)
+{
+    Dl_info info;
+    dladdr(&here, &info);
+    m_path = (std::filesystem::path(info.dli_fname).parent_path() / fileName).string();
+    // The handle is kept for ever: objects of the library may outlive any owner that we could name.
+    m_handle = dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!m_handle)
+        throw std::runtime_error(std::string("a part of the program can't be loaded: ") + dlerror());
+}
+
+void* SiblingLibrary::find(const char* name) const
+{
+    void* found = dlsym(m_handle, name);
+    if (!found)
+        throw std::runtime_error(m_path + " isn't that of this program");
+    return found;
+}
+
+} // namespace Vs

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace Vs::Native {
+
+/// A zip package in memory. The library that reads it brings others that take long to load, so what stands on
+/// it is a library of its own; this is all that is seen of it. Operations throw std::runtime_error with the
+/// cause. One thread at a time.
+class ZipReader
+{
+public:
+    virtual ~ZipReader() = default;
+
+    virtual bool has(const std::string& name) const = 0;
+    /// What the entry says it holds; refused where no honest package could.
+    virtual uint64_t size(const std::string& name) const = 0;
+    /// Gives exactly `size` bytes in pieces, checked against the entry's checksum at the end.
+    using Take = std::function<void(const char* data, size_t size)>;
+    virtual void read(const std::string& name, const Take& take) const = 0;
+};
+
+} // namespace Vs::Native
+
+/// The entry point of the library: checks the package's directory and its entries' names. The bytes must
+/// outlive the reader.
+extern "C" Vs::Native::ZipReader* quilletReadZip(const char* data, size_t size);
