@@ -8,8 +8,12 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/GraphicsView.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/SplitViewEvents.h"
+#include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/ViewMgr.h"
 #include "UI/Base/Workspace.h"
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Commands/Camera/ActiveView.h"
@@ -140,6 +144,56 @@ TEST_F(ShellsTest, AnActivatedViewOfTheCurrentSessionChangesNothing)
     SplitViewEvent event(graphicsViewOf(activeSession()));
     SplitViewEventSource::get()->fireSplitViewActivate(&event);
     EXPECT_EQ(changes.count, 0);
+}
+
+TEST_F(ShellsTest, TheDefaultShellIsTheHomeScreenWhateverWasProposed)
+{
+    WorkspaceShellEvent event(WorkspaceMgr::activeWorkspace(), shell());
+    WorkspaceEventSource::get()->fireWorkspaceDefaultShell(&event);
+    EXPECT_EQ(event.shell(), findShell<ManagementShell>(shells()));
+}
+
+TEST_F(ShellsTest, InASplitLayoutEachCanvasGetsAViewAndTheActiveOneAloneIsServedAfterwards)
+{
+    answer(L"Design.Sample");
+    shell()->updateArrangement(L"SideBySide");
+    std::vector<GraphicsCanvas*> canvases;
+    GraphicsCanvas::allCanvases(canvases);
+    ASSERT_EQ(canvases.size(), 2u);
+    EXPECT_EQ(activeSession()->viewManager()->views().size(), 2u);
+    ASSERT_TRUE(canvases[0]->view() && canvases[1]->view());
+    EXPECT_NE(canvases[0]->view(), canvases[1]->view());
+
+    GraphicsView* other = canvases[1]->view();
+    shell()->unbindView(nullptr);
+    EXPECT_TRUE(canvases[0]->view() && canvases[1]->view() == other);
+    ASSERT_EQ(SplitViewMgr::get()->activeCanvas(), canvases[0]);
+    shell()->bindView(false, false);
+    EXPECT_EQ(activeSession()->viewManager()->views().size(), 2u);
+    shell()->unbindView(canvases[0]->view());
+    EXPECT_EQ(canvases[0]->view(), nullptr);
+    EXPECT_EQ(SplitViewMgr::get()->visibleViews(), 1);
+    shell()->bindView(false, false);
+    shell()->updateArrangement(L"");
+    EXPECT_EQ(SplitViewMgr::get()->visibleViews(), 1);
+}
+
+TEST_F(ShellsTest, TheWelcomeComesAtEachActivationButNotInTestRuns)
+{
+    Vs::Tasks* idle = Application::get()->idleTasks();
+    answer(L"Design.Sample");
+    idle->flush();
+    answer(L"VuCommands.ManagementShellCmd");
+    EXPECT_TRUE(idle->empty());
+    for (int i = 0; i < 2; ++i) {
+        answer(L"VuCommands.AssetShellCmd " + shell()->currentAssetSession()->serialize());
+        idle->flush();
+        Application::testing(false);
+        answer(L"VuCommands.ManagementShellCmd");
+        Application::testing(true);
+        EXPECT_FALSE(idle->empty());
+        idle->flush();
+    }
 }
 
 class CameraTest : public CommandsTests::WithProgram

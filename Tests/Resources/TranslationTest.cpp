@@ -44,7 +44,8 @@ std::vector<std::string> matchesOf(const std::string& text, const char* pattern)
     return found;
 }
 
-const std::string kGerman[] = {QUILLET_SOURCES "/UI/Commands/Configuration/Translations/de/VuCommands.po",
+const std::string kGerman[] = {QUILLET_SOURCES "/UI/Base/Configuration/Translations/de/VuBase.po",
+                               QUILLET_SOURCES "/UI/Commands/Configuration/Translations/de/VuCommands.po",
                                QUILLET_SOURCES "/UI/Design/Configuration/Translations/de/VuDesign.po"};
 
 } // namespace

@@ -42,6 +42,21 @@ TEST_F(ToolbarTest, ToolbarsHoldItemsLinesAndMenus)
     EXPECT_FALSE(toolbar->visible);
 }
 
+TEST_F(ToolbarTest, AToolbarStandsInTheEnvironmentsThatItNamesOrInAll)
+{
+    ASSERT_TRUE(load(R"(<toolbars><toolbar id="Some" environments=" A  B " align="end"/>
+                        <toolbar id="All" environments=""/></toolbars>)"));
+    const Toolbar* some = ToolbarManager::get()->toolbarById(L"Some");
+    EXPECT_TRUE(some->standsIn(L"A") && some->standsIn(L"B"));
+    EXPECT_FALSE(some->standsIn(L"") || some->standsIn(L"AB"));
+    EXPECT_TRUE(some->atEnd);
+    const Toolbar* all = ToolbarManager::get()->toolbarById(L"All");
+    EXPECT_TRUE(all->standsIn(L"") && all->standsIn(L"C"));
+    ToolbarManager::get()->hideToolbar(L"All");
+    EXPECT_FALSE(all->standsIn(L"C"));
+    EXPECT_FALSE(load(R"(<toolbars><toolbar id="Odd" align="middle"/></toolbars>)"));
+}
+
 TEST_F(ToolbarTest, AFileThatIsNoXmlAddsNothingAndGivesOneMessage)
 {
     EXPECT_FALSE(load("<toolbars>\n<toolbar id=\"Broken\"><item command=\"A\"/>\n"));

@@ -1,12 +1,15 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/Transaction.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Tests/UIBase/Fixture.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/AreaContents.h"
 #include "UI/Base/Arrangement.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/GraphicsView.h"
@@ -14,6 +17,7 @@
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ToolbarManager.h"
+#include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Base/ViewMgr.h"
 #include "UI/Base/Window/BrowserModel.h"
 #include "UI/Base/Window/BrowserPanel.h"
@@ -161,6 +165,78 @@ TEST_F(WindowTest, ADroppedFileIsOpenedByTheCommandWithItsPath)
     static_cast<QObject*>(window)->event(&drop);
     Application::get()->flushDeferredTasks();
     EXPECT_EQ(opened, L"/tmp/a b.step");
+    WorkspaceMgr::get()->closeAll();
+}
+
+TEST_F(WindowTest, OfSeveralDroppedFilesNoneTakesThePlaceOfTheOneBefore)
+{
+    std::wstring journal;
+    FunctionCommandDef open(L"OpenDocumentCommand", [&](CommandContext& context) {
+        journal += context.argumentAsString(Vs::UniqueString::find("DragAndDrop")) + L' ';
+    });
+    FunctionCommandDef home(L"ManagementShellCommand", [&](CommandContext&) { journal += L"home "; });
+    MainWindow* window = windowWith({"TextCommands"})->mainWindow();
+    QMimeData data;
+    data.setUrls(
+        {QUrl::fromLocalFile(QStringLiteral("/a.step")), QUrl::fromLocalFile(QStringLiteral("/b.stl"))});
+    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    static_cast<QObject*>(window)->event(&drop);
+    EXPECT_EQ(journal, L"") << "the source of the drop waits for its end";
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(journal, L"/a.step home /b.stl ");
+    WorkspaceMgr::get()->closeAll();
+}
+
+TEST_F(WindowTest, TheTitleTellsTheDocumentAndWhetherItWasChanged)
+{
+    MainWindow* window = windowWith({"TextCommands"})->mainWindow();
+    EXPECT_EQ(window->windowTitle().toStdString(), "Quillet");
+    Vs::Asset* asset = newAsset();
+    asset->document()->displayName(L"Pump [*]");
+    SessionMgr::get()->currentAssetSession(SessionMgr::get()->assetSession(asset));
+    SessionMgr::get()->activate();
+    SessionMgr::get()->postActivate();
+    QTest::qWait(20);
+    EXPECT_EQ(window->windowTitle().toStdString(), "Pump [*][*][*] \u2013 Quillet")
+        << "the name's own is kept";
+    EXPECT_FALSE(window->isWindowModified());
+    addBoxes(asset, 1);
+    QTest::qWait(20);
+    EXPECT_TRUE(window->isWindowModified());
+    asset->markClean();
+    window->refreshSoon();
+    QTest::qWait(20);
+    EXPECT_FALSE(window->isWindowModified());
+}
+
+TEST_F(WindowTest, AWindowHasTheSizeWithWhichTheLastOneWasClosed)
+{
+    windowWith({"TextCommands"})->mainWindow()->resize(517, 433);
+    WorkspaceMgr::get()->closeAll();
+    EXPECT_EQ(windowWith({"TextCommands"})->mainWindow()->size(), QSize(517, 433));
+    WorkspaceMgr::get()->closeAll();
+    UIBaseOptionGroup::get()->windowGeometry(L"no geometry");
+    EXPECT_GT(windowWith({"TextCommands"})->mainWindow()->width(), 517);
+}
+
+TEST_F(WindowTest, ContentsThatSomebodyBringsStandInTheirAreaAndAPageOfAreasScrolls)
+{
+    const AreaContents tall("TestTall", [](QWidget* parent) {
+        auto* widget = new QToolButton(parent);
+        widget->setObjectName(QStringLiteral("tall"));
+        widget->setFixedHeight(3000);
+        return widget;
+    });
+    WorkspaceWindow* window = WorkspaceMgr::get()->create()->window();
+    auto* layout = new Layout;
+    Area* page = layout->addChild(std::make_unique<Area>(L"Page", Vs::UniqueString::find("ScrollPage")));
+    page->addChild(std::make_unique<Area>(L"Tall", Vs::UniqueString::find("TestTall")));
+    window->arrangementManager()->arrangement(Arrangement::make(window->arrangementManager(), layout));
+    window->show();
+    const auto* widget = window->widget()->findChild<QWidget*>(QStringLiteral("tall"));
+    ASSERT_NE(widget, nullptr);
+    EXPECT_EQ(widget->height(), 3000);
+    EXPECT_LT(window->widget()->height(), 2000);
     WorkspaceMgr::get()->closeAll();
 }
 

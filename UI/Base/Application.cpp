@@ -11,6 +11,7 @@
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Host.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/Thumbnail.h"
 #include "UI/Base/Window/Theme.h"
@@ -19,9 +20,11 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLibraryInfo>
 #include <QMessageBox>
 #include <QSurfaceFormat>
 #include <QTimer>
+#include <QTranslator>
 
 #include <atomic>
 
@@ -125,6 +128,7 @@ void Application::needGui()
     QObject::connect(m_data->idleTimer.get(), &QTimer::timeout, m_data->gui.get(), [this] { runIdle(); });
     if (!headless()) {
         applyTheme();
+        translateQt();
         // The desktop finds it by its name only once the program is installed.
         QIcon icon;
         for (const char* size : {"16x16", "32x32", "48x48", "128x128"})
@@ -144,6 +148,17 @@ Vs::Tasks* Application::deferredTasks()
 Vs::Tasks* Application::idleTasks()
 {
     return &m_data->idle;
+}
+
+/// The words that Qt itself brings (the file dialog's, for one) in the language of the program's own. Where
+/// Qt's texts are not installed, they stay English.
+void Application::translateQt()
+{
+    auto* translator = new QTranslator(m_data->gui.get());
+    const QString language = QString::fromStdString(Vs::StringTable::language());
+    if (translator->load(QStringLiteral("qtbase_") + language,
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(translator);
 }
 
 /// Any thread.
@@ -167,7 +182,7 @@ void Application::guarded(Action&& action)
     try {
         action();
     } catch (const std::exception& error) {
-        inform(L"A task failed: " + Vs::Strings::widen(error.what()));
+        inform(localizedFormat("TaskFailed", "A task failed: %1%", Vs::Strings::widen(error.what())));
     }
 }
 
@@ -242,15 +257,16 @@ void Application::shutDown()
 void Application::showAboutBox(bool extended)
 {
     std::wstring text = L"Quillet " + Vs::Strings::widen(Vs::SoftwareVersion::currentSoftwareVersion()) +
-                        L"\nDesktop 3D design. Apache License 2.0.";
+                        L'\n' + localized("AboutText", "Desktop 3D design. Apache License 2.0.");
     if (extended) {
         text += L"\n\nQt " + Vs::Strings::widen(qVersion());
         const std::wstring graphics = Vs::Scene::OffscreenRenderer::get()->description();
         if (!graphics.empty())
-            text += L"\nGraphics: " + graphics;
+            text += L'\n' + localizedFormat("AboutGraphics", "Graphics: %1%", graphics);
     }
     if (QWidget* parent = mainWidget(); parent && !headless() && !testing())
-        QMessageBox::about(parent, QStringLiteral("About Quillet"), QString::fromStdWString(text));
+        QMessageBox::about(parent, QString::fromStdWString(localized("AboutTitle", "About Quillet")),
+                           QString::fromStdWString(text));
     else
         inform(text);
 }

@@ -81,6 +81,7 @@ public:
 private:
     Application();
     ~Application() override;
+    void translateQt();
     void wakeUp();
     void runDeferred();
     void runIdle();

@@ -3,6 +3,7 @@
 #include "Server/Base/Status.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 
 #include <QFileDialog>
@@ -12,8 +13,11 @@
 namespace Vu {
 namespace {
 
-constexpr const wchar_t* kMissing =
-    L"There is no file name: none was given, and nobody is there to ask for it.";
+std::wstring missing()
+{
+    return localized("FileNameMissing",
+                     "There is no file name: none was given, and nobody is there to ask for it.");
+}
 
 FileDialog::Responder& installedResponder()
 {
@@ -60,7 +64,7 @@ bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names)
     if (installedResponder()) {
         answered = installedResponder()(request, names) && !names.empty();
     } else if (!canAsk()) {
-        Application::get()->inform(kMissing);
+        Application::get()->inform(missing());
     } else {
         answered = askUser(request, names);
     }
@@ -102,21 +106,23 @@ bool transcriptable(const FileDialog::Request& request, std::wstring& name, Comm
 bool FileDialog::getFilenamesForOpen(const std::wstring& filter, std::vector<std::wstring>& names,
                                      const std::wstring& initialPath)
 {
-    return ask({filter, L"Open", initialPath, true, true}, names);
+    return ask({filter, localized("FileDialogOpen", "Open"), initialPath, true, true}, names);
 }
 
 bool FileDialog::getFilenameForOpen(const std::wstring& filter, std::wstring& name,
                                     const std::wstring& initialPath)
 {
-    return askForOne({filter, L"Open", initialPath, true, false}, name);
+    return askForOne({filter, localized("FileDialogOpen", "Open"), initialPath, true, false}, name);
 }
 
 bool FileDialog::getTranscriptableFilename(const std::wstring& filter, std::wstring& name,
                                            CommandContext* context, bool forOpen,
                                            const std::wstring& initialPath)
 {
-    return transcriptable({filter, forOpen ? L"Open" : L"Save As", initialPath, forOpen, false}, name,
-                          context);
+    return transcriptable(
+        {filter, forOpen ? localized("FileDialogOpen", "Open") : localized("FileDialogSaveAs", "Save As"),
+         initialPath, forOpen, false},
+        name, context);
 }
 
 bool FileDialog::getTranscriptableFilenameForSaveAs(const std::wstring& filter, const std::wstring& caption,
@@ -134,7 +140,7 @@ bool FileDialog::getFilenameForExport(const std::wstring& filter, const std::wst
 void FileDialog::tellMissing(Vs::Status& status)
 {
     if (!canAsk())
-        status.addError(kMissing);
+        status.addError(missing());
 }
 
 void FileDialog::responder(Responder responder)

@@ -1,6 +1,7 @@
 #include "UI/Base/MessageBox.h"
 
 #include "UI/Base/Application.h"
+#include "UI/Base/Localized.h"
 
 #include <QMessageBox>
 #include <QPushButton>
@@ -18,16 +19,17 @@ MessageBox::Responder& installedResponder()
 
 struct StandardButton
 {
-    const wchar_t* text;
+    const char* key;
+    const char* text;
     QMessageBox::ButtonRole role;
 };
 
 /// In the order of EStandardButton.
 constexpr StandardButton kStandardButtons[] = {
-    {L"OK", QMessageBox::AcceptRole},
-    {L"Cancel", QMessageBox::RejectRole},
-    {L"Yes", QMessageBox::YesRole},
-    {L"No", QMessageBox::NoRole},
+    {"ButtonOk", "OK", QMessageBox::AcceptRole},
+    {"ButtonCancel", "Cancel", QMessageBox::RejectRole},
+    {"ButtonYes", "Yes", QMessageBox::YesRole},
+    {"ButtonNo", "No", QMessageBox::NoRole},
 };
 
 QMessageBox::Icon qtIcon(int icon)
@@ -62,7 +64,8 @@ void MessageBox::addButton(std::wstring text, bool isDefault)
 
 void MessageBox::addButton(EStandardButton button, bool isDefault)
 {
-    m_buttons.push_back({kStandardButtons[button].text, button, isDefault});
+    const StandardButton& row = kStandardButtons[button];
+    m_buttons.push_back({localized(row.key, row.text), button, isDefault});
 }
 
 std::vector<std::wstring> MessageBox::buttons() const
@@ -96,8 +99,9 @@ int MessageBox::show()
         return 0;
     }
     const int answer = cancelIndex();
-    application->inform(m_text + L" (Nobody is there to answer; taken as \"" +
-                        m_buttons[static_cast<size_t>(answer)].text + L"\".)");
+    application->inform(m_text + L' ' +
+                        localizedFormat("NobodyAnswers", "(Nobody is there to answer; taken as \"%1%\".)",
+                                        m_buttons[static_cast<size_t>(answer)].text));
     return answer;
 }
 

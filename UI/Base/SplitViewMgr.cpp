@@ -6,6 +6,7 @@
 #include "UI/Base/SplitViewEvents.h"
 #include "UI/Base/WorkspaceMgr.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace Vu {
@@ -51,8 +52,18 @@ int SplitViewMgr::visibleViews() const
 
 void SplitViewMgr::updateViewsSize()
 {
-    for (GraphicsCanvas* canvas : shownCanvases())
-        canvas->invalidate();
+    std::vector<GraphicsCanvas*> canvases;
+    GraphicsCanvas::allCanvases(canvases);
+    if (std::all_of(canvases.begin(), canvases.end(),
+                    [](GraphicsCanvas* canvas) { return canvas->view(); })) {
+        for (GraphicsCanvas* canvas : canvases)
+            canvas->invalidate();
+        return;
+    }
+    // A new layout brought canvases that nobody has served: the next binding starts with the first of them.
+    m_canvas = nullptr;
+    for (GraphicsCanvas* canvas : canvases)
+        canvas->view(nullptr, false, false);
 }
 
 void SplitViewMgr::copyCamera()

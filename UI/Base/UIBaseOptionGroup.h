@@ -27,6 +27,8 @@ public:
     Vs::Option<bool> animateCamera{*this, "animateCamera", true}; ///< Camera changes glide.
     Vs::Option<std::wstring> lastDirectory{*this, "lastDirectory", L""};
     Vs::Option<std::wstring> theme{*this, "theme", L"system"}; ///< "light", "dark" or "system".
+    /// Place and size of the window when it was last closed, as the toolkit writes them.
+    Vs::Option<std::wstring> windowGeometry{*this, "windowGeometry", L""};
     Vs::Option<std::vector<std::wstring>> commandHistory{*this, "commandHistory", {}};
 
 private:

@@ -1,6 +1,7 @@
 #include "UI/Base/Window/AlertButton.h"
 
 #include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QMenu>
@@ -28,7 +29,8 @@ AlertButton::AlertButton(QWidget* parent) : QToolButton(parent)
         }
         menu->setToolTipsVisible(true);
         menu->addSeparator();
-        connect(menu->addAction(QStringLiteral("Clear")), &QAction::triggered, this, [this] { clear(); });
+        connect(menu->addAction(QString::fromStdWString(localized("AlertsClear", "Clear"))),
+                &QAction::triggered, this, [this] { clear(); });
     });
     draw();
 }
@@ -52,8 +54,9 @@ void AlertButton::clear()
 void AlertButton::draw()
 {
     setVisible(!m_texts.isEmpty());
-    setText(m_texts.size() == 1 ? QStringLiteral("1 message")
-                                : QStringLiteral("%1 messages").arg(m_texts.size()));
+    setText(QString::fromStdWString(
+        m_texts.size() == 1 ? localized("OneMessage", "1 message")
+                            : localizedFormat("SeveralMessages", "%1% messages", m_texts.size())));
     QPalette colours = parentWidget() ? parentWidget()->palette() : palette();
     if (m_hasError)
         colours.setColor(QPalette::ButtonText, errorColour());

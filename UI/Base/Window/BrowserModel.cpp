@@ -4,6 +4,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneAssetAdapter.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/WorkspaceWindow.h"
 
 #include <QApplication>
@@ -168,12 +169,13 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         if (root)
             return QString::fromStdWString(m_asset->name());
-        return shown->name.empty() ? QStringLiteral("(unnamed)") : QString::fromStdWString(shown->name);
+        return shown->name.empty() ? QString::fromStdWString(localized("ComponentUnnamed", "(unnamed)"))
+                                   : QString::fromStdWString(shown->name);
     case Qt::ToolTipRole:
-        return shown->children.empty() ? QString::fromStdWString(shown->name)
-                                       : QStringLiteral("%1: %2 components")
-                                             .arg(QString::fromStdWString(shown->name))
-                                             .arg(shown->children.size());
+        return shown->children.empty()
+                   ? QString::fromStdWString(shown->name)
+                   : QString::fromStdWString(localizedFormat("ComponentCount", "%1%: %2% components",
+                                                             shown->name, shown->children.size()));
     case Qt::DecorationRole:
         return shown->children.empty() && shown->body ? m_partIcon : m_assemblyIcon;
     case Qt::CheckStateRole: {

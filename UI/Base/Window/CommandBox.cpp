@@ -2,6 +2,7 @@
 
 #include "Server/Base/TextCommandMgr.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Base/Window/Theme.h"
@@ -60,7 +61,8 @@ CommandBox::CommandBox(QWidget* parent)
     column->addWidget(m_answer);
 
     m_edit->setObjectName(QStringLiteral("commandLine"));
-    m_edit->setPlaceholderText(QStringLiteral("Type a command; Tab completes, \"help\" tells what there is"));
+    m_edit->setPlaceholderText(QString::fromStdWString(
+        localized("CommandLineHint", "Type a command; Tab completes, \"help\" tells what there is")));
     m_edit->setClearButtonEnabled(true);
     m_edit->installEventFilter(this);
     m_answer->setTextInteractionFlags(Qt::TextSelectableByMouse);

@@ -13,8 +13,10 @@
 #include "UI/Base/Environment.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/Layout.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Base/Window/AlertButton.h"
 #include "UI/Base/Window/AreaBuilder.h"
 #include "UI/Base/Window/BrowserPanel.h"
@@ -31,12 +33,16 @@
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QKeySequence>
 #include <QLabel>
 #include <QMimeData>
+#include <QScreen>
 #include <QScrollArea>
 #include <QStatusBar>
 #include <QUrl>
+
+#include <boost/algorithm/string/join.hpp>
 
 namespace Vu {
 namespace {
@@ -74,7 +80,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
 {
     m_attic->hide();
     setAcceptDrops(true);
-    resize(kFirstWidth, kFirstHeight);
+    restoreSize();
     m_message->setTextFormat(Qt::PlainText);
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_message->setContentsMargins(kMargin, 0, 0, 0);
@@ -104,6 +110,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
 
 MainWindow::~MainWindow()
 {
+    UIBaseOptionGroup::get()->windowGeometry(QString::fromLatin1(saveGeometry().toBase64()).toStdWString());
     keepPersistentWidgets();
     Vs::DocumentEventSource::get()->unsubscribe(this);
     CommandEventSource::get()->unsubscribe(this);
@@ -111,6 +118,17 @@ MainWindow::~MainWindow()
     WorkspaceEventSource::get()->unsubscribe(this);
     ToolbarManager::get()->unsubscribe(this);
     AlertEventSource::get()->unsubscribe(this);
+}
+
+void MainWindow::restoreSize()
+{
+    const QString kept = QString::fromStdWString(UIBaseOptionGroup::get()->windowGeometry());
+    if (!kept.isEmpty() && restoreGeometry(QByteArray::fromBase64(kept.toLatin1())))
+        return;
+    QSize size(kFirstWidth, kFirstHeight);
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        size = size.boundedTo(screen->availableSize());
+    resize(size);
 }
 
 BrowserPanel* MainWindow::browser()
@@ -249,7 +267,10 @@ void MainWindow::refresh()
     const AssetSession* session = SessionMgr::get()->activeAssetSession();
     const Vs::Document* document = session ? session->documentSession()->document() : nullptr;
     if (document)
-        title = QString::fromStdWString(document->displayName()) + QStringLiteral("[*] \u2013 ");
+        title = QString::fromStdWString(document->displayName())
+                    // Two of Qt's marks for a changed document stand for one that is part of a name.
+                    .replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
+                QStringLiteral("[*] \u2013 ");
     setWindowTitle(title + QStringLiteral("Quillet"));
     setWindowModified(document && document->isDirty(false));
     for (CommandButton* button : m_buttons)
@@ -279,12 +300,10 @@ void MainWindow::tellUnknownCommands()
     if (unknown.empty())
         return;
     m_toldUnknown = true;
-    QStringList names;
-    for (const std::wstring& name : unknown)
-        names << QString::fromStdWString(name);
-    message(
-        QStringLiteral("Toolbars name commands that do not exist: %1").arg(names.join(QStringLiteral(", "))),
-        false);
+    message(QString::fromStdWString(localizedFormat("ToolbarsUnknownCommands",
+                                                    "Toolbars name commands that do not exist: %1%",
+                                                    boost::algorithm::join(unknown, L", "))),
+            false);
 }
 
 void MainWindow::message(const QString& text, bool isError)

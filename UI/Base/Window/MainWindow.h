@@ -73,6 +73,7 @@ private:
     QWidget* enclose(const Area& area, QWidget* inner);
     QWidget* strip(const std::string& contents, QWidget* parent);
     QWidget* canvasFrame(Area& area, QWidget* parent);
+    void restoreSize();
     void keepPersistentWidgets();
     void refresh();
     void bindHotKeys();

@@ -1,6 +1,7 @@
 #include "UI/Base/Window/ProgressPanel.h"
 
 #include "Server/Base/Progress.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QApplication>
@@ -31,7 +32,7 @@ ProgressPanel::ProgressPanel(QWidget* parent)
     m_bar->setFixedSize(kBarWidth, kBarHeight);
     m_bar->setRange(0, kSteps);
     m_bar->setTextVisible(false);
-    m_cancel->setText(QStringLiteral("Cancel"));
+    m_cancel->setText(QString::fromStdWString(localized("ButtonCancel", "Cancel")));
     m_cancel->setObjectName(QStringLiteral("cancelProgress"));
     QObject::connect(m_cancel, &QToolButton::clicked, this, [this] { cancel(); });
     setVisible(false);
@@ -64,7 +65,7 @@ void ProgressPanel::cancel()
         return;
     m_cancelled = true;
     m_cancel->setEnabled(false);
-    m_text->setText(QStringLiteral("Cancelling..."));
+    m_text->setText(QString::fromStdWString(localized("Cancelling", "Cancelling...")));
     Vs::Progress::requestCancel();
 }
 
