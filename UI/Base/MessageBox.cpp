@@ -3,7 +3,9 @@
 #include "UI/Base/Application.h"
 #include "UI/Base/Localized.h"
 
+#include <QLayout>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 
 namespace Vu {
@@ -32,20 +34,45 @@ constexpr StandardButton kStandardButtons[] = {
     {"ButtonNo", "No", QMessageBox::NoRole},
 };
 
-QMessageBox::Icon qtIcon(int icon)
+struct Picture
 {
-    switch (icon) {
-    case kQuestionIcon:
-        return QMessageBox::Question;
-    case kInformationIcon:
-        return QMessageBox::Information;
-    case kWarningIcon:
-        return QMessageBox::Warning;
-    case kErrorIcon:
-        return QMessageBox::Critical;
-    default:
-        return QMessageBox::NoIcon;
+    int icon;
+    char16_t sign;
+    QRgb colour;
+};
+
+/// By EMessageIcon. Sign and colour both tell the kind, so that neither is needed to tell it.
+constexpr Picture kPictures[] = {
+    {kQuestionIcon, u'?', 0xff2374c6},
+    {kInformationIcon, u'i', 0xff2374c6},
+    {kWarningIcon, u'!', 0xffc77700},
+    {kErrorIcon, u'\u00d7', 0xffc0392b},
+};
+
+/// Null for no picture.
+QPixmap pictureOf(int icon, double scale)
+{
+    constexpr int kSide = 40;
+    for (const Picture& row : kPictures) {
+        if (row.icon != icon)
+            continue;
+        QPixmap picture(QSize(kSide, kSide) * scale);
+        picture.setDevicePixelRatio(scale);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor::fromRgba(row.colour));
+        painter.drawEllipse(1, 1, kSide - 2, kSide - 2);
+        QFont font = painter.font();
+        font.setPixelSize(kSide * 5 / 8);
+        font.setBold(true);
+        painter.setFont(font);
+        painter.setPen(Qt::white);
+        painter.drawText(QRect(0, 0, kSide, kSide), Qt::AlignCenter, QString(QChar(row.sign)));
+        return picture;
     }
+    return {};
 }
 
 void inform(const std::wstring& text, int icon)
@@ -107,10 +134,13 @@ int MessageBox::show()
 
 int MessageBox::ask() const
 {
-    QMessageBox box(qtIcon(m_icon),
+    QMessageBox box(QMessageBox::NoIcon,
                     m_title.empty() ? QStringLiteral("Quillet") : QString::fromStdWString(m_title),
                     QString::fromStdWString(m_text), QMessageBox::NoButton, Application::get()->mainWidget());
     box.setTextFormat(Qt::PlainText);
+    box.setIconPixmap(pictureOf(m_icon, box.devicePixelRatioF()));
+    constexpr int kBorder = 16;
+    box.layout()->setContentsMargins(kBorder, kBorder, kBorder, kBorder);
     std::vector<QAbstractButton*> added;
     for (const Button& button : m_buttons) {
         const auto role = button.standard == kNotStandard

@@ -26,8 +26,8 @@ public:
 
     /// How many canvases show a view.
     int visibleViews() const;
-    /// Has the views take the sizes of their canvases. If a new layout brought canvases without a view, none
-    /// counts as the active one any more, so that the next binding serves them all.
+    /// Has the views take the sizes of their canvases. If a new layout brought canvases without a view, all
+    /// give up theirs and none counts as the active one any more, so that the next binding serves them all.
     void updateViewsSize();
 
     /// Gives all other visible views the active view's camera, once.

@@ -97,6 +97,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     connect(&m_refreshTimer, &QTimer::timeout, this, [this] { refresh(); });
     bindHotKeys();
 
+    Vs::AssetEventSource::get()->subscribe(this);
     Vs::DocumentEventSource::get()->subscribe(this);
     CommandEventSource::get()->subscribe(this);
     SessionEventSource::get()->subscribe(this);
@@ -112,6 +113,7 @@ MainWindow::~MainWindow()
 {
     UIBaseOptionGroup::get()->windowGeometry(QString::fromLatin1(saveGeometry().toBase64()).toStdWString());
     keepPersistentWidgets();
+    Vs::AssetEventSource::get()->unsubscribe(this);
     Vs::DocumentEventSource::get()->unsubscribe(this);
     CommandEventSource::get()->unsubscribe(this);
     SessionEventSource::get()->unsubscribe(this);

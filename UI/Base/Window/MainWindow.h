@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandEvents.h"
@@ -27,6 +28,7 @@ class WorkspaceWindow;
 
 /// The widgets of a workspace window.
 class MainWindow : public QMainWindow,
+                   private Vs::AssetEventSite,
                    private Vs::DocumentEventSite,
                    private CommandEventSite,
                    private SessionEventSite,
@@ -57,6 +59,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void assetDirtyChanged(Vs::AssetEvent*) override { refreshSoon(); }
     void documentUpdated(Vs::DocumentEvent*) override { refreshSoon(); }
     void documentSaved(Vs::DocumentEvent*) override { refreshSoon(); }
     void documentClosed(Vs::DocumentEvent*) override { refreshSoon(); }
