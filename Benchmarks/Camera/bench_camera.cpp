@@ -3,11 +3,14 @@
 
 #include "Server/AddInMgr/AddInMgr.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/GraphicsView.h"
 #include "UI/Base/MouseEvents.h"
 #include "UI/Base/SceneUtilities.h"
 #include "UI/Base/WorkspaceMgr.h"
@@ -23,13 +26,14 @@ using namespace Vu;
 
 namespace {
 
+long executions = 0;
 Info emptyInfo(L"BenchEmptyCommand", L"Empty", nullptr);
 
 class EmptyCmd : public Vs::Implements<EmptyCmd, SimpleCommand>
 {
 public:
     EmptyCmd(CommandDefinition* definition, CommandContext* context) : Implements(definition, context) {}
-    void onExecute(Vs::Status&) override {}
+    void onExecute(Vs::Status&) override { ++executions; }
 };
 
 class EmptyCmdDef : public Vs::Implements<EmptyCmdDef, CommandDefinition>
@@ -71,9 +75,15 @@ void dragStep(int button, long i)
 
 double measureDrag(int button, long count)
 {
+    const Vs::Scene::Camera* camera = SceneUtilities::getActiveAssetGraphicView()->modelFragment()->camera();
+    const uint64_t before = camera->revision();
     send(&MouseEventSource::fireMouseDown, button, 640, 400);
     const double took = measure(count, [&](long i) { dragStep(button, i); });
     send(&MouseEventSource::fireMouseUp, button, 640, 400);
+    if (camera->revision() < before + uint64_t(count)) {
+        std::fprintf(stderr, "The camera stood still.\n");
+        std::exit(1);
+    }
     return took;
 }
 
@@ -96,6 +106,7 @@ int main(int argc, char** argv)
         CommandMgr* manager = CommandMgr::getActiveCommandManager();
         const CommandContext context = CommandContext::activeContext();
         const double empty = measure(count, [&](long) { manager->executeCommand(&definition, context); });
+        std::printf("%ld executions\n", executions);
         const auto print = [&](const char* what, double took) {
             std::printf("%-28s %8.0f ns, %6.2f empty commands\n", what, took, took / empty);
         };

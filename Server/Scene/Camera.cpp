@@ -96,6 +96,12 @@ void Camera::up(const GkVector3d& up)
     changed();
 }
 
+void Camera::pivot(const GkPoint3d& pivot)
+{
+    if (isFinite(pivot.asVector()))
+        m_pivot = pivot;
+}
+
 void Camera::clipNear(double distance)
 {
     set(m_clipNear, distance);
@@ -175,7 +181,7 @@ void Camera::perspectiveAngle(double radians)
 
 void Camera::turn(double radians, const GkVector3d& axis, const GkPoint3d& centre)
 {
-    if (!isFinite(radians) || axis.isZeroLength())
+    if (!isFinite(radians) || !isFinite(axis) || axis.isZeroLength() || !isFinite(centre.asVector()))
         return;
     // The part of the up that shows, so that it stays at right angles however often the view is turned.
     const GkVector3d upward = screenUp();

@@ -96,7 +96,7 @@ public:
 
     /// The point about which a passive orbit turns, if it is enabled.
     const GkPoint3d& pivot() const { return m_pivot; }
-    void pivot(const GkPoint3d& pivot) { m_pivot = pivot; }
+    void pivot(const GkPoint3d& pivot);
     bool pivotEnabled() const { return m_pivotEnabled; }
     void pivotEnabled(bool enabled) { m_pivotEnabled = enabled; }
 

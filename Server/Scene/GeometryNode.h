@@ -45,7 +45,8 @@ public:
     /// Null for none.
     const std::shared_ptr<const Texture>& texture() const { return m_texture; }
     const Billboard& billBoard() const { return m_billboard; }
-    /// Nodes of a higher priority are drawn later, and so over the others.
+    /// Nodes of a higher priority are drawn later, and so over the others; a picture stands so many of its
+    /// half sizes before its place.
     int depthPriority() const { return m_depthPriority; }
     /// Identifies what was drawn to whoever asks later; means nothing to the scene.
     int clientType() const { return m_clientType; }

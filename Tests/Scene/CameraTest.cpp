@@ -249,6 +249,24 @@ TEST(Projection, ShowsTheExtentsWholeInWindowsOfEveryShape)
     }
 }
 
+TEST(Camera, TurningAboutWhatIsNoPlaceOrAxisChangesNothing)
+{
+    Camera camera;
+    fromTheFront(camera);
+    camera.pivot({1, 2, 3});
+    const CameraParameters before(camera);
+    const double infinite = std::numeric_limits<double>::infinity();
+    camera.pivot({kNotANumber, 0, 0});
+    EXPECT_TRUE(camera.pivot().isEqualTo({1, 2, 3}));
+    camera.constrainedOrbit(10, false, {kNotANumber, 0, 1}, {});
+    camera.constrainedOrbit(10, false, {0, 0, 0}, {});
+    camera.constrainedOrbit(10, true, {0, 0, 1}, {0, infinite, 0});
+    camera.roll(1, {0, 0, kNotANumber});
+    camera.roll(infinite);
+    camera.orbitAroundPivot(kNotANumber, infinite);
+    EXPECT_TRUE(CameraParameters(camera).isEqualTo(before));
+}
+
 TEST(CameraParameters, ATransitionEndsExactlyWhereItShouldAndKeepsItsDistanceOnTheWay)
 {
     Camera from, to;

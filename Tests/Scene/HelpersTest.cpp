@@ -118,6 +118,21 @@ TEST_F(Helpers, AHiddenMarkerShowsThroughAsMuchAsItsPictureSaysOrItsPlaceDoes)
     EXPECT_NEAR(redAt(inside), bare, 2);
 }
 
+TEST_F(Helpers, AMarkerOnASlantingFaceIsSeenWhole)
+{
+    addMarker();
+    m_fragment->camera()->look({1, 0, -1}, {0, 0, 1});
+    for (const int projection : {kPerspectiveProjection, kParallelProjection}) {
+        m_fragment->camera()->toggleProjection(EProjection(projection));
+        m_fragment->camera()->fit(m_fragment->bounds());
+        const GkPoint3d place(10, 10, 20);
+        NodeChange(m_marker.get()).transform(place);
+        draw();
+        EXPECT_GT(redAt(place, 0, 7), 250);
+        EXPECT_GT(redAt(place, 0, -7), 250);
+    }
+}
+
 TEST_F(Helpers, AMarkerBeyondAllBodiesIsNotCutAwayAndChangesNoBounds)
 {
     const BBox bounds = m_fragment->bounds();

@@ -1,9 +1,12 @@
+#include "Server/Base/ResourceMgr.h"
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/UIBase/Fixture.h"
+#include "UI/Base/Application.h"
 #include "UI/Base/AssetGraphicsView.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/CursorController.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/MouseEvents.h"
@@ -11,6 +14,8 @@
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/ViewMgr.h"
+
+#include <QWidget>
 
 using namespace Vu;
 
@@ -123,6 +128,29 @@ TEST_F(MouseTest, AFragmentOverTheModelIsLeftOutOfFitsAndDoesNotHideTheModel)
     view->removeFragment(over.get());
     view->removeFragment(over.get());
     EXPECT_EQ(view->viewFragments().size(), 1u);
+}
+
+TEST_F(MouseTest, APointerOfAToolIsShownOverTheCanvasesAloneAndTheLastOneWins)
+{
+    Application::get()->needGui();
+    QWidget window;
+    QWidget* shown = canvas.widget(&window);
+    CursorController* first = CursorController::makeForCanvases(0);
+    first->cursor(Vs::CursorResource::defaultCursor(Qt::PointingHandCursor));
+    EXPECT_EQ(shown->cursor().shape(), Qt::ArrowCursor);
+    first->enabled(true);
+    EXPECT_EQ(shown->cursor().shape(), Qt::PointingHandCursor);
+    EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
+    CursorController* second = CursorController::makeForCanvases(0);
+    second->cursor(Vs::CursorResource::defaultCursor(Qt::SizeAllCursor));
+    second->enabled(true);
+    EXPECT_EQ(shown->cursor().shape(), Qt::SizeAllCursor);
+    GraphicsCanvas late;
+    EXPECT_EQ(late.widget(&window)->cursor().shape(), Qt::SizeAllCursor);
+    second->destroy();
+    EXPECT_EQ(shown->cursor().shape(), Qt::PointingHandCursor);
+    first->destroy();
+    EXPECT_EQ(shown->cursor().shape(), Qt::ArrowCursor);
 }
 
 TEST_F(MouseTest, AViewShowsInOneCanvasAtATime)

@@ -128,11 +128,19 @@ void HelperPainter::drawPicture(const Helper& helper, const Vs::Scene::Projectio
     if (projection.perspective() && ahead <= 0)
         return;
     const double unit = projection.pixelSize(ahead) * pixel * texture.scale;
+    // Pulled towards the viewer without moving on the screen, so that a slanting face on which the place lies
+    // does not cut the picture in two.
+    const double pull =
+        std::min(helper.node->depthPriority() * unit * std::max(texture.width, texture.height) / 2,
+                 projection.perspective() ? ahead / 2 : 1e300);
+    const double nearer = projection.perspective() ? (ahead - pull) / ahead : 1.0;
+    const double z = projection.perspective() ? middle.z * nearer : middle.z + pull;
     m_vertices.clear();
     for (const auto& [right, up] : {std::pair{0, 0}, {1, 0}, {0, 1}, {1, 1}}) {
         const double x = middle.x + ((right - 0.5) * texture.width - texture.anchor.x) * unit;
         const double y = middle.y + ((up - 0.5) * texture.height - texture.anchor.y) * unit;
-        m_vertices.push_back({{float(x), float(y), float(middle.z)}, {float(right), float(1 - up)}});
+        m_vertices.push_back(
+            {{float(x * nearer), float(y * nearer), float(z)}, {float(right), float(1 - up)}});
     }
     glBindTexture(GL_TEXTURE_2D, textureOf(helper.node->texture()));
     glUniform1i(m_program.uniform("textured"), 1);

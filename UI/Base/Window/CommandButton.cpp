@@ -146,6 +146,8 @@ void CommandButton::draw()
     setVisible(m_control->visible());
     const auto* button = Vs::cast<ButtonControl>(m_control);
     const bool lit = m_control->active() || (button && button->checked());
+    // A button that is no longer checkable would keep the look of a checked one.
+    setChecked(false);
     setCheckable(lit);
     setChecked(lit);
     if (toolTip().isEmpty())
