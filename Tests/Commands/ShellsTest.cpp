@@ -1,6 +1,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/DocumentType.h"
 #include "Server/Scene/Camera.h"
 #include "Tests/Commands/CommandsProgram.h"
 #include "UI/Base/Application.h"
@@ -176,6 +177,31 @@ TEST_F(ShellsTest, InASplitLayoutEachCanvasGetsAViewAndTheActiveOneAloneIsServed
     shell()->bindView(false, false);
     shell()->updateArrangement(L"");
     EXPECT_EQ(SplitViewMgr::get()->visibleViews(), 1);
+}
+
+TEST_F(ShellsTest, TheLinesOfSplitViewsLayOutCountAndGoAround)
+{
+    EXPECT_EQ(failure(L"SplitView.NewDoc"), L"Invalid Asset Type");
+    EXPECT_EQ(failure(L"SplitView.NewDoc NoSuchAssetType"), L"Invalid Asset Type");
+    failure(L"SplitView.NextAsset");
+    answer(L"Design.Sample");
+    AssetSession* first = activeSession();
+    answer(L"SplitView.ResetLayout Quad");
+    EXPECT_EQ(shell()->arrangementFilter(), L"Quad");
+    EXPECT_EQ(answer(L"SplitView.ViewCount"), L"The number of visible views is 4\n");
+    answer(L"SplitView.NewDoc SimulationAssetType");
+    AssetSession* second = activeSession();
+    ASSERT_NE(second, first);
+    EXPECT_EQ(second->asset()->document()->documentType()->identifier(), "SimulationDocType");
+    EXPECT_EQ(SplitViewMgr::get()->activeCanvas()->view(), graphicsViewOf(second));
+    answer(L"SplitView.NextAsset");
+    EXPECT_EQ(activeSession(), first);
+    answer(L"SplitView.NextAsset");
+    EXPECT_EQ(activeSession(), second);
+    answer(L"SplitView.CancelCommandInOtherView");
+    EXPECT_EQ(activeSession(), second);
+    answer(L"SplitView.DefaultLayout");
+    EXPECT_EQ(answer(L"SplitView.ViewCount"), L"The number of visible views is 1\n");
 }
 
 TEST_F(ShellsTest, TheWelcomeComesAtEachActivationButNotInTestRuns)

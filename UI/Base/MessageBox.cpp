@@ -3,6 +3,7 @@
 #include "UI/Base/Application.h"
 #include "UI/Base/Localized.h"
 
+#include <QLabel>
 #include <QLayout>
 #include <QMessageBox>
 #include <QPainter>
@@ -139,6 +140,8 @@ int MessageBox::ask() const
                     QString::fromStdWString(m_text), QMessageBox::NoButton, Application::get()->mainWidget());
     box.setTextFormat(Qt::PlainText);
     box.setIconPixmap(pictureOf(m_icon, box.devicePixelRatioF()));
+    if (auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
+        text->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     constexpr int kBorder = 16;
     box.layout()->setContentsMargins(kBorder, kBorder, kBorder, kBorder);
     std::vector<QAbstractButton*> added;
