@@ -66,7 +66,7 @@ void Document::path(const std::wstring& path)
 void Document::takePath(const std::wstring& path)
 {
     m_path = path;
-    m_comparablePath = path.empty() ? boost::filesystem::path() : Native::comparablePath(path);
+    m_comparablePath = path.empty() ? std::string() : Native::comparablePath(path).string();
 }
 
 void Document::clearPath()
@@ -103,11 +103,6 @@ bool Document::saveAs(const std::wstring& path, Status& status)
         tellFailure(own);
         return false;
     }
-    // The file is the document's own already; only its name is new.
-    const bool renamed = m_path != absolute;
-    takePath(absolute);
-    if (renamed)
-        m_displayName = boost::filesystem::path(absolute).stem().wstring();
     tellUpdated();
     return true;
 }

@@ -104,8 +104,8 @@ private:
     boost::uuids::uuid m_identifier;
     DocumentType* m_type;
     std::wstring m_path;
-    boost::filesystem::path
-        m_comparablePath; ///< Kept, since it is looked for often and costs a look at the disk.
+    /// Kept, since it is looked for often and costs a look at the disk.
+    std::string m_comparablePath;
     std::wstring m_importedFrom;
     std::wstring m_displayName;
     std::string m_cloudId;

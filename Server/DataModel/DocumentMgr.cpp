@@ -40,16 +40,16 @@ Document* DocumentMgr::document(const std::wstring& path) const
 {
     if (path.empty())
         return nullptr;
-    const fs::path wanted = Native::comparablePath(path);
-    std::vector<Document*> sameName;
-    for (const auto& document : m_documents) {
-        if (!document->isOnDisk())
-            continue;
+    const std::string wanted = Native::comparablePath(path).string();
+    for (const auto& document : m_documents)
         if (document->m_comparablePath == wanted)
             return document.get();
-        if (fs::path(document->path()).filename().wstring() == path)
+    if (path.find(L'/') != path.npos)
+        return nullptr;
+    std::vector<Document*> sameName;
+    for (const auto& document : m_documents)
+        if (document->isOnDisk() && fs::path(document->path()).filename().wstring() == path)
             sameName.push_back(document.get());
-    }
     return onlyOne(sameName);
 }
 

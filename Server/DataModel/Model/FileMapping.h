@@ -42,6 +42,8 @@ public:
     /// A descriptor of the file for the caller, who closes it; -1 if no file of that name is this one any
     /// more.
     int reopen() const;
+    /// Says that a stretch isn't going to be needed soon: its memory is given back until it is read again.
+    void unneeded(std::string_view stretch) const;
     /// As it was when it was mapped.
     const FileIdentity& identity() const { return m_identity; }
 

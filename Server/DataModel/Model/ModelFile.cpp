@@ -272,6 +272,7 @@ std::shared_ptr<const BodyMesh> ModelFile::mesh(size_t body) const
     reader.run(mesh->colours);
     reader.run(mesh->edgePoints);
     reader.run(mesh->edgeStarts);
+    m_file->unneeded({m_data + place, size});
     return mesh;
 }
 

@@ -244,6 +244,10 @@ bool DocumentStore::save(Document& document, const std::wstring& path, Status& s
         status.addError(Strings::widen(error.what()));
         return false;
     }
+    if (path != document.m_path) {
+        document.takePath(path);
+        document.m_displayName = boost::filesystem::path(path).stem().wstring();
+    }
     document.m_savedVersion = SoftwareVersion::currentVersionNumber();
     document.m_file->migrated = false;
     document.m_file->editingAllowed = false;
