@@ -6,6 +6,7 @@
 #include "Server/DataModel/Transaction.h"
 #include "Tests/DataModel/NativeFixture.h"
 
+#include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <fcntl.h>
@@ -49,7 +50,7 @@ TEST_F(SaveTest, ALinkStaysALinkAndTheRightsStay)
     Document* document = changedDocument("real.tdsn");
     fs::create_directory(folder.path() / "sub");
     fs::create_symlink("../real.tdsn", folder.path() / "sub" / "link.tdsn");
-    chmod(document->path().empty() ? "" : Strings::narrow(document->path()).c_str(), 0640);
+    chmod(Strings::narrow(document->path()).c_str(), 0640);
     DocumentMgr::get()->close(document);
     document = open((folder.path() / "sub" / "link.tdsn").wstring());
     ASSERT_NE(document, nullptr) << message();
@@ -144,13 +145,26 @@ TEST_F(SaveTest, WhatIsOpenStaysWholeHoweverItsFileGoes)
         Document* document = open(path);
         ASSERT_NE(document, nullptr) << message();
         end();
-        Document* copy = document;
-        EXPECT_TRUE(saveAs(copy, scratch("rescued.tdsn"))) << message();
+        EXPECT_TRUE(saveAs(document, scratch("rescued.tdsn"))) << message();
         EXPECT_EQ(digestOf(*document->activeAsset()), digest);
         EXPECT_EQ(digestOf(*reopen(document)->activeAsset()), digest);
         DocumentMgr::get()->close(DocumentMgr::get()->document(0u));
         overwrite(path, whole);
     }
+}
+
+TEST_F(SaveTest, WhatIsOpenStaysWholeAlsoWhereTheSystemCannotAskBefore)
+{
+    // It can't while somebody has the file open for writing already.
+    const std::wstring path = savedFile("held.tdsn");
+    const std::string content = contentOf(path);
+    overwrite(scratch("copy.tdsn"), content);
+    fs::fstream holder(path, std::ios::in | std::ios::out | std::ios::binary);
+    Document *held = open(path), *copy = open(scratch("copy.tdsn"));
+    ASSERT_TRUE(held && copy) << message();
+    holder << std::string(content.size(), 'x') << std::flush;
+    EXPECT_EQ(digestOf(*held->activeAsset()), digestOf(*copy->activeAsset()));
+    EXPECT_TRUE(saveAs(held, scratch("rescued.tdsn"))) << message();
 }
 
 TEST_F(SaveTest, AFileThatIsGoneIsWrittenAnewButNotItsFolder)
