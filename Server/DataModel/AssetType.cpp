@@ -51,6 +51,8 @@ bool AssetTypeMgr::registerType(AssetType* type)
     if (!type || type->identifier().empty() || assetType(type->identifier()))
         return false;
     m_types.push_back(type);
+    // A line names a type by an identifier that must be known already, so that no line makes new ones.
+    UniqueString::find(type->identifier());
     AssetTypeEvent event(type);
     AssetEventSource::get()->fireAssetTypeRegistered(&event);
     return true;

@@ -36,7 +36,7 @@ public:
     bool isBuiltIn() const { return m_traits.builtIn; }
     bool isHidden() const { return m_traits.hidden; }
     /// The picture of the type, or null.
-    virtual const ImageSetResource* icon() const { return nullptr; }
+    virtual ImageSetResource* icon() const { return nullptr; }
 
     std::wstring serialize() const override;
     std::string factoryName() const override;

@@ -77,6 +77,9 @@ void Document::clearPath()
 bool Document::save(Status& status)
 {
     Status own;
+    // A handler may ask the user for a name. One that is refused there is nothing to tell of.
+    if (m_path.empty() && IDocMgmtHandler::notifySavingUnnamed({this}) == eDocMgmtStop)
+        return false;
     if (m_path.empty())
         own.addError(L"\"" + m_displayName + L"\" has no file name yet. Give it one with Save As.");
     const bool saved = own.isOk() && DocumentStore::save(*this, m_path, own);

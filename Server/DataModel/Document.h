@@ -63,6 +63,9 @@ public:
     /// file that is write-protected (IDocMgmtHandler::onSavingReadOnlyFiles) and one that another program
     /// changed since it was opened or saved (onSavingChangedFiles). A file that is gone is written anew. Can
     /// be cancelled.
+    ///
+    /// A document without a path gets one from a handler (IDocMgmtHandler::onSavingUnnamed); if that stops,
+    /// nothing is saved and nothing is told.
     bool save(Status& status);
     /// The same to another path, which is the document's own from then on. The sites hear documentUpdated;
     /// documentSaved is for the caller to tell.

@@ -85,6 +85,11 @@ EDocMgmtOpCode IDocMgmtHandler::notifyEditingReadOnlyDocuments(const Documents& 
     return ask<const Documents&>(&IDocMgmtHandler::onEditingReadOnlyDocuments, documents);
 }
 
+EDocMgmtOpCode IDocMgmtHandler::notifySavingUnnamed(const Documents& documents)
+{
+    return ask<const Documents&>(&IDocMgmtHandler::onSavingUnnamed, documents);
+}
+
 EDocMgmtOpCode IDocMgmtHandler::notifyAssetDirtyFirstTime(Asset* asset)
 {
     return ask<Asset*>(&IDocMgmtHandler::onAssetDirtyFirstTime, asset);

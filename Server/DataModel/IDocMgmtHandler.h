@@ -37,6 +37,9 @@ public:
     /// Files that another program changed since they were opened or saved.
     virtual EDocMgmtOpCode onSavingChangedFiles(const Documents&) { return eDocMgmtNoOpinion; }
 
+    /// Documents that are to be saved and have no path; a handler may give them one (Document::path).
+    virtual EDocMgmtOpCode onSavingUnnamed(const Documents&) { return eDocMgmtNoOpinion; }
+
     static EDocMgmtOpCode notifyPreClosingDocuments(const Documents& documents);
     static EDocMgmtOpCode notifySavingMigratedFiles(const Documents& documents);
     /// Hands on only the documents that are dirty; goes on without asking if none is.
@@ -45,6 +48,7 @@ public:
     /// Go on only if a handler says so: no opinion, where nobody has one, means that the file stays as it is.
     static EDocMgmtOpCode notifySavingReadOnlyFiles(const Documents& documents);
     static EDocMgmtOpCode notifySavingChangedFiles(const Documents& documents);
+    static EDocMgmtOpCode notifySavingUnnamed(const Documents& documents);
     static EDocMgmtOpCode notifyEditingReadOnlyDocuments(const Documents& documents);
     static EDocMgmtOpCode notifyAssetDirtyFirstTime(Asset* asset);
 };

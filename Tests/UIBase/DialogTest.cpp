@@ -136,15 +136,14 @@ TEST_F(DialogTest, RecentDocumentsAreNewestFirstWithoutRepetitionAndBounded)
         recent->add(L"/models/" + std::to_wstring(i), i % 2 == 1);
     recent->add(L"/models/20", false);
     recent->add(L"", false);
-    std::vector<RecentDocument*> documents;
-    recent->recentDocuments(documents, 1000);
+    std::vector<RecentDocument*> documents = recent->newestFirst(1000);
     ASSERT_EQ(documents.size(), size_t(RecentDocumentMgr::kMaximum));
     EXPECT_EQ(documents[0]->path(), L"/models/20");
     EXPECT_EQ(documents[1]->path(), L"/models/24");
     EXPECT_TRUE(documents[2]->isCloud());
-    documents.clear();
-    recent->recentDocuments(documents, 3);
-    EXPECT_EQ(documents.size(), 3u);
+    std::vector<RecentDocument*> newestLast;
+    recent->recentDocuments(newestLast, 3);
+    EXPECT_EQ(newestLast, (std::vector<RecentDocument*>{documents[2], documents[1], documents[0]}));
 }
 
 TEST_F(DialogTest, ATransitionThatNobodySeesIsAtItsEndAtOnce)

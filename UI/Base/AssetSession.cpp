@@ -12,12 +12,16 @@
 #include "UI/Base/SelectionDisplay.h"
 #include "UI/Base/SessionEvents.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Base/SessionTranscriptingHelper.h"
 #include "UI/Base/ViewMgr.h"
 
 namespace Vu {
 namespace {
 
 AssetSessionSerializableObjectFactory theFactory;
+
+/// Between a document and the name of its asset.
+constexpr wchar_t kBar = L'|';
 
 Vs::Asset* findByGuid(const boost::uuids::uuid& guid)
 {
@@ -93,7 +97,10 @@ void AssetSession::activateEnvironment(EnvironmentDefinition* definition, bool o
 
 std::wstring AssetSession::serialize() const
 {
-    return Vs::fromUuid(m_asset->guid());
+    // The guid of an asset that was never saved is another one when a transcript is played.
+    const Vs::Document* document = m_asset->document();
+    return document->isOnDisk() ? Vs::fromUuid(m_asset->guid())
+                                : Vs::fromUuid(document->identifier()) + kBar + m_asset->name();
 }
 
 std::string AssetSession::factoryName() const
@@ -105,17 +112,20 @@ Vs::SerializableObject* AssetSessionSerializableObjectFactory::deserialize(const
                                                                            bool create)
 {
     SessionMgr* sessions = SessionMgr::get();
+    const SessionTranscriptingHelper* transcripts = SessionTranscriptingHelper::get();
     const auto sessionOf = [&](Vs::Asset* asset) {
         return create ? sessions->assetSession(asset) : sessions->getOpenAssetSession(asset);
     };
     const boost::uuids::uuid guid = Vs::fromString(text);
     if (!guid.is_nil())
-        return sessionOf(findByGuid(guid));
-    // A path may hold any sign; of "path|name" only the last bar separates.
-    const size_t bar = text.rfind(L'|');
+        return sessionOf(findByGuid(transcripts->actual(guid)));
+    // A path may hold any sign; of "path|name" only the last bar separates. An identifier holds no bar.
+    const size_t first = text.find(kBar);
+    const bool byIdentifier = first != std::wstring::npos && !Vs::fromString(text.substr(0, first)).is_nil();
+    const size_t bar = byIdentifier ? first : text.rfind(kBar);
     const Vs::Document* document = nullptr;
     if (bar != std::wstring::npos)
-        document = Vs::DocumentMgr::get()->bestDocument(text.substr(0, bar));
+        document = transcripts->document(text.substr(0, bar));
     else if (const DocumentSession* current = sessions->currentDocumentSession())
         document = current->document();
     if (!document)

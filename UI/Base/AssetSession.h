@@ -20,7 +20,8 @@ class SelectionDisplay;
 class ViewMgr;
 
 /// The user interface's state of an open asset: its commands, its views, its environment. Owned by
-/// SessionMgr. As text it is the asset's guid.
+/// SessionMgr. As text it is the asset's guid; in a document that was
+/// never saved, the document's identifier, a bar and the asset's name.
 class AssetSession : public Vs::Implements<AssetSession, Vs::SerializableObject>
 {
 public:
@@ -64,8 +65,8 @@ private:
     bool m_firstViewMade = false;
 };
 
-/// Finds sessions by the asset's guid, by document path and asset name, or by asset name in the current
-/// document: "AssetSessionSerializableObjectFactory" in transcripts.
+/// Finds sessions by the asset's guid, by "<document path or identifier>|<asset name>", or by asset name in
+/// the current document: "AssetSessionSerializableObjectFactory" in transcripts.
 class AssetSessionSerializableObjectFactory : public Vs::SerializableObjectFactory
 {
 public:

@@ -1,8 +1,9 @@
 #include "UI/Base/DocumentSession.h"
 
 #include "Server/DataModel/Document.h"
-#include "Server/DataModel/DocumentMgr.h"
+#include "Server/Types/Uuid.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Base/SessionTranscriptingHelper.h"
 
 namespace Vu {
 namespace {
@@ -11,7 +12,7 @@ DocumentSessionSerializableObjectFactory theFactory;
 
 std::wstring DocumentSession::serialize() const
 {
-    return m_document->isOnDisk() ? m_document->path() : m_document->displayName();
+    return m_document->isOnDisk() ? m_document->path() : Vs::fromUuid(m_document->identifier());
 }
 
 std::string DocumentSession::factoryName() const
@@ -21,7 +22,7 @@ std::string DocumentSession::factoryName() const
 
 Vs::SerializableObject* DocumentSessionSerializableObjectFactory::deserialize(const std::wstring& text, bool)
 {
-    return SessionMgr::get()->documentSession(text);
+    return SessionMgr::get()->documentSession(SessionTranscriptingHelper::get()->document(text));
 }
 
 } // namespace Vu

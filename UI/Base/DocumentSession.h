@@ -9,7 +9,7 @@ class Document;
 namespace Vu {
 
 /// The user interface's view of an open document. Owned by SessionMgr. As text it is the document's path, or
-/// the display name of a document without one.
+/// the identifier of a document without one.
 class DocumentSession : public Vs::Implements<DocumentSession, Vs::SerializableObject>
 {
 public:
@@ -29,7 +29,8 @@ private:
     bool m_firstSave = false;
 };
 
-/// Finds sessions by document path or name: "DocumentSessionSerializableObjectFactory" in transcripts.
+/// Finds sessions by document path, name or identifier: "DocumentSessionSerializableObjectFactory" in
+/// transcripts.
 class DocumentSessionSerializableObjectFactory : public Vs::SerializableObjectFactory
 {
 public:

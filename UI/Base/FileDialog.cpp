@@ -25,10 +25,20 @@ FileDialog::Responder& installedResponder()
     return responder;
 }
 
-bool canAsk()
+/// The dialog must know the suffix before it asks whether a file may be replaced.
+QStringList askForSave(QWidget* parent, const QString& caption, const QString& start, const QString& filter)
 {
-    return installedResponder() ||
-           !(Application::headless() || Application::testing() || !Application::get()->mainWidget());
+    QFileDialog dialog(parent, caption, start, filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.selectFile(start);
+    const auto useSuffix = [&dialog](const QString& entry) {
+        const std::wstring suffix = FileDialogRules::withSuffix(L"x", entry.toStdWString()).substr(1);
+        dialog.setDefaultSuffix(QString::fromStdWString(suffix));
+    };
+    useSuffix(dialog.selectedNameFilter());
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, useSuffix);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
 }
 
 bool askUser(const FileDialog::Request& request, std::vector<std::wstring>& names)
@@ -42,18 +52,15 @@ bool askUser(const FileDialog::Request& request, std::vector<std::wstring>& name
     QWidget* parent = Application::get()->mainWidget();
 
     QStringList chosen;
-    QString chosenFilter;
     if (request.several)
-        chosen = QFileDialog::getOpenFileNames(parent, caption, start, filter, &chosenFilter);
+        chosen = QFileDialog::getOpenFileNames(parent, caption, start, filter);
     else if (request.forOpen)
-        chosen << QFileDialog::getOpenFileName(parent, caption, start, filter, &chosenFilter);
+        chosen << QFileDialog::getOpenFileName(parent, caption, start, filter);
     else
-        chosen << QFileDialog::getSaveFileName(parent, caption, start, filter, &chosenFilter);
+        chosen = askForSave(parent, caption, start, filter);
     chosen.removeAll(QString());
     for (const QString& name : chosen)
-        names.push_back(request.forOpen
-                            ? name.toStdWString()
-                            : FileDialogRules::withSuffix(name.toStdWString(), chosenFilter.toStdWString()));
+        names.push_back(name.toStdWString());
     return !names.empty();
 }
 
@@ -63,7 +70,7 @@ bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names)
     bool answered = false;
     if (installedResponder()) {
         answered = installedResponder()(request, names) && !names.empty();
-    } else if (!canAsk()) {
+    } else if (!FileDialog::canAsk()) {
         Application::get()->inform(missing());
     } else {
         answered = askUser(request, names);
@@ -135,6 +142,12 @@ bool FileDialog::getFilenameForExport(const std::wstring& filter, const std::wst
                                       std::wstring& name, const std::wstring& initialPath)
 {
     return askForOne({filter, caption, initialPath.empty() ? name : initialPath, false, false}, name);
+}
+
+bool FileDialog::canAsk()
+{
+    return installedResponder() ||
+           !(Application::headless() || Application::testing() || !Application::get()->mainWidget());
 }
 
 void FileDialog::tellMissing(Vs::Status& status)

@@ -37,6 +37,9 @@ public:
     static bool getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
                                      std::wstring& name, const std::wstring& initialPath);
 
+    /// Whether there is somebody to ask.
+    static bool canAsk();
+
     /// An error in `status` if a name was missing because nobody can be asked; nothing if a person cancelled.
     static void tellMissing(Vs::Status& status);
 

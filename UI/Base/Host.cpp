@@ -5,9 +5,12 @@
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandHost.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/TranscriptRecorder.h"
 #include "UI/Base/CursorController.h"
 #include "UI/Base/Environment.h"
 #include "UI/Base/GraphicsView.h"
+#include "UI/Base/SavingHandler.h"
 #include "UI/Base/SessionEvents.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ShellMgr.h"
@@ -102,6 +105,10 @@ void installHost()
 {
     static auto* const host = new ApplicationCommandHost;
     CommandHost::install(host);
+    static auto* const recorder = new TranscriptRecorder;
+    CommandMgr::addObserver(recorder);
+    static auto* const saving = new SavingHandler;
+    static_cast<void>(saving);
 }
 
 } // namespace Vu

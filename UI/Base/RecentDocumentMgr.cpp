@@ -61,11 +61,19 @@ void RecentDocumentMgr::add(const std::wstring& path, bool isCloud)
     write();
 }
 
-void RecentDocumentMgr::recentDocuments(std::vector<RecentDocument*>& documents, int maximum)
+std::vector<RecentDocument*> RecentDocumentMgr::newestFirst(int maximum)
 {
     read();
+    std::vector<RecentDocument*> documents;
     for (size_t i = 0; i < m_documents.size() && static_cast<int>(i) < maximum; ++i)
         documents.push_back(m_documents[i].get());
+    return documents;
+}
+
+void RecentDocumentMgr::recentDocuments(std::vector<RecentDocument*>& documents, int maximum)
+{
+    const std::vector<RecentDocument*> newest = newestFirst(maximum);
+    documents.insert(documents.end(), newest.rbegin(), newest.rend());
 }
 
 void RecentDocumentMgr::remove(const std::wstring& path)

@@ -26,7 +26,7 @@ public:
     virtual void recentDocumentsChanged() = 0;
 };
 
-/// The documents that were used last, newest first; kept among the user's options.
+/// The documents that were used last; kept among the user's options.
 class RecentDocumentMgr : public Vs::Implements<RecentDocumentMgr>,
                           public Vs::EventSource<RecentDocumentEventSite>
 {
@@ -34,12 +34,15 @@ public:
     static constexpr int kMaximum = 20;
     static RecentDocumentMgr* get();
 
-    /// Puts the path in front; a path that is there already moves.
+    /// The path becomes the newest entry, also if it is there already.
     void add(const std::wstring& path, bool isCloud);
-    /// Adds up to `maximum` entries. They are this manager's and last until the list changes.
+    /// Adds the newest entries, up to `maximum`, the newest of them last. They are this manager's and last
+    /// until the list changes.
     void recentDocuments(std::vector<RecentDocument*>& documents, int maximum);
     /// Unknown paths change nothing.
     void remove(const std::wstring& path);
+    /// The same, the newest first.
+    std::vector<RecentDocument*> newestFirst(int maximum);
     void clearRecent();
 
 private:
@@ -47,7 +50,7 @@ private:
     void read();
     void write();
 
-    std::vector<std::unique_ptr<RecentDocument>> m_documents;
+    std::vector<std::unique_ptr<RecentDocument>> m_documents; ///< The newest first.
     bool m_read = false;
 };
 

@@ -1,6 +1,8 @@
 #include "UI/Base/ToolbarManager.h"
 
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/Info.h"
+#include "UI/Base/Command/InputControl.h"
 
 #include <algorithm>
 
@@ -23,6 +25,21 @@ bool Toolbar::standsIn(const std::wstring& environment) const
 {
     return visible && (environments.empty() || std::find(environments.begin(), environments.end(),
                                                          environment) != environments.end());
+}
+
+const ToolbarItem* Toolbar::findItem(const InputControl* control) const
+{
+    const auto found = std::find_if(items.begin(), items.end(), [&](const ToolbarItem& item) {
+        return item.command == control->info()->key();
+    });
+    return found == items.end() ? nullptr : &*found;
+}
+
+void Toolbar::addItem(const InputControl* control, size_t position)
+{
+    ToolbarItem item;
+    item.command = control->info()->key();
+    items.insert(items.begin() + static_cast<ptrdiff_t>(std::min(position, items.size())), std::move(item));
 }
 
 ToolbarManager* ToolbarManager::get()

@@ -8,6 +8,8 @@
 
 namespace Vu {
 
+class InputControl;
+
 /// One entry of a toolbar or a HUD.
 struct ToolbarItem
 {
@@ -33,6 +35,12 @@ struct Toolbar
 
     /// Whether it is to be drawn while the active session is in that environment; an empty name is none.
     bool standsIn(const std::wstring& environment) const;
+
+    /// The entry of the control's command; null if the toolbar has none.
+    const ToolbarItem* findItem(const InputControl* control) const;
+    /// Puts the control's command at the position, or at the end; the window draws it at the next
+    /// `ToolbarManager::updateToolbars`.
+    void addItem(const InputControl* control, size_t position);
 };
 
 class ToolbarEventSite : public Vs::EventSite
@@ -54,6 +62,9 @@ public:
     void add(Toolbar toolbar);
     void hideToolbar(const std::wstring& id);
     void showToolbar(const std::wstring& id);
+
+    /// Tells that a toolbar was changed in its place.
+    void updateToolbars() { changed(); }
 
     /// Ids of commands that toolbars name but nobody has registered, without repetition. The window tells
     /// them once.

@@ -141,6 +141,14 @@ void ListControl::selectedItem(Info* item, bool notify)
         m_listHandler->onListSelectionChanged(item);
 }
 
+void ListControl::synchronizedWithCurrentItem(bool value)
+{
+    if (m_synchronized == value)
+        return;
+    m_synchronized = value;
+    changed();
+}
+
 MenuControl::MenuControl(Info* info, IMenuControlHandler* handler)
     : Implements(info, handler), m_menuHandler(handler)
 {

@@ -88,6 +88,9 @@ private:
 class ListControl : public Vs::Implements<ListControl, InputControl>
 {
 public:
+    /// The key of an item that is only a line between others.
+    static constexpr const wchar_t* kSeparator = L"eSeparator";
+
     ListControl(Info* info, IListControlHandler* handler);
     /// The caller owns the control.
     static ListControl* make(Info* info, IListControlHandler* handler);
@@ -102,10 +105,15 @@ public:
     /// selected already: choosing an entry again is a choice.
     void selectedItem(Info* item, bool notify);
 
+    /// Whether the button shows the selected item's title and icon in place of its own.
+    bool synchronizedWithCurrentItem() const { return m_synchronized; }
+    void synchronizedWithCurrentItem(bool value);
+
 private:
     IListControlHandler* m_listHandler;
     std::vector<Info*> m_items;
     Info* m_selected = nullptr;
+    bool m_synchronized = false;
 };
 
 class MenuItem

@@ -138,6 +138,9 @@ void CommandButton::draw()
     if (!m_control)
         return;
     const Info* info = m_control->info();
+    const auto* list = Vs::cast<ListControl>(m_control);
+    if (list && list->synchronizedWithCurrentItem() && list->selectedItem())
+        info = list->selectedItem();
     const QIcon icon = iconOf(info->icon());
     setText(title());
     setIcon(icon);
@@ -169,6 +172,10 @@ void CommandButton::fillMenu()
     m_menu->clear();
     if (auto* list = Vs::cast<ListControl>(m_control)) {
         for (Info* item : list->items()) {
+            if (item->key() == ListControl::kSeparator) {
+                m_menu->addSeparator();
+                continue;
+            }
             QAction* action = m_menu->addAction(iconOf(item->icon()), QString::fromStdWString(item->name()));
             action->setCheckable(item == list->selectedItem());
             action->setChecked(item == list->selectedItem());

@@ -43,6 +43,8 @@
 #include <QUrl>
 
 #include <boost/algorithm/string/join.hpp>
+#include <map>
+#include <string>
 
 namespace Vu {
 namespace {
@@ -281,17 +283,38 @@ void MainWindow::refresh()
 
 void MainWindow::bindHotKeys()
 {
+    std::map<std::string, QAction*> bound;
     for (CommandDefinition* definition : CommandDefinitionMgr::get()->commandDefinitions()) {
         const HotKeyBinding& keys = definition->info()->hotkey();
         if (keys.empty())
             continue;
-        auto* action = new QAction(this);
+        // Commands of which only one is offered at a time may share their keys.
+        QAction*& action = bound[keys.keys()];
+        if (action) {
+            connect(action, &QAction::triggered, this, [this, definition] { runHotKey(definition); });
+            continue;
+        }
+        action = new QAction(this);
         action->setShortcut(QKeySequence(QString::fromStdString(keys.keys())));
         action->setShortcutContext(keys.mode() == HotKeyBinding::EHotKeyMode::Always ? Qt::ApplicationShortcut
                                                                                      : Qt::WindowShortcut);
-        connect(action, &QAction::triggered, this, [definition] { definition->onClicked(); });
+        connect(action, &QAction::triggered, this, [this, definition] { runHotKey(definition); });
         addAction(action);
     }
+}
+
+/// A command that is a list shows it; any other runs.
+void MainWindow::runHotKey(CommandDefinition* definition)
+{
+    if (!Vs::cast<ListControl>(definition->inputControl())) {
+        definition->onClicked();
+        return;
+    }
+    for (CommandButton* button : m_buttons)
+        if (button->definition() == definition && button->isVisible() && button->isEnabled()) {
+            button->showMenu();
+            return;
+        }
 }
 
 void MainWindow::tellUnknownCommands()

@@ -23,6 +23,7 @@ class Area;
 class BrowserPanel;
 class CommandBox;
 class CommandButton;
+class CommandDefinition;
 class ProgressPanel;
 class WorkspaceWindow;
 
@@ -80,6 +81,7 @@ private:
     void keepPersistentWidgets();
     void refresh();
     void bindHotKeys();
+    void runHotKey(CommandDefinition* definition);
     void tellUnknownCommands();
 
     WorkspaceWindow* m_owner;

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "UI/Base/Command/CommandObserver.h"
+
+#include <string>
+
+namespace Vu {
+
+/// Writes one line into the running transcript for each command that the user, a line or a script called and
+/// that was committed: the wrapper's line if there is one, with the arguments as its parameters in the order
+/// in which the command has them, else a line of Commands.Start.
+class TranscriptRecorder : public ICommandObserver
+{
+public:
+    void after(const CommandRun& run) override;
+
+    /// The line that runs the command again.
+    static std::wstring lineOf(const CommandRun& run);
+};
+
+} // namespace Vu

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <boost/uuid/uuid.hpp>
+
+#include <map>
+#include <string>
+
+namespace Vs {
+class Document;
+} // namespace Vs
+
+namespace Vu {
+
+/// Lets the lines of a transcript find what an earlier line of the same transcript made: when it is played,
+/// documents and assets get other identifiers than those that were recorded.
+class SessionTranscriptingHelper
+{
+public:
+    static SessionTranscriptingHelper* get();
+
+    /// From now on `recorded` stands for `actual`. Nil identifiers add nothing.
+    void addUuidMapping(const boost::uuids::uuid& recorded, const boost::uuids::uuid& actual);
+    /// What a recorded identifier stands for; itself if nobody said.
+    boost::uuids::uuid actual(const boost::uuids::uuid& recorded) const;
+
+    /// The open document that a text names: by its recorded or present identifier, by path, file name or
+    /// display name. Null if there is none.
+    Vs::Document* document(const std::wstring& text) const;
+
+private:
+    SessionTranscriptingHelper() = default;
+    std::map<boost::uuids::uuid, boost::uuids::uuid> m_actual;
+};
+
+} // namespace Vu
