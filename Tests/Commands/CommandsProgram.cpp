@@ -2,6 +2,7 @@
 
 #include "Server/AddInMgr/AddInMgr.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/Support/Process.h"
@@ -80,7 +81,7 @@ Vs::TextCommandResult WithProgram::run(const std::wstring& line)
 std::wstring WithProgram::answer(const std::wstring& line)
 {
     const Vs::TextCommandResult result = run(line);
-    EXPECT_EQ(result.first, 0u) << "the line failed";
+    EXPECT_EQ(result.first, 0u) << Vs::Strings::narrow(result.second);
     return result.second;
 }
 

@@ -21,16 +21,23 @@
 #include "UI/Commands/Camera/ZoomCmd.h"
 #include "UI/Commands/CommandsAddInIdentifier.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
+#include "UI/Commands/Documents/CurrentDocumentCmds.h"
 #include "UI/Commands/Documents/ExportCmd.h"
+#include "UI/Commands/Documents/NewDocumentCmd.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
+#include "UI/Commands/Documents/OpenDocumentsCmds.h"
+#include "UI/Commands/Documents/RecentDocumentsCmd.h"
 #include "UI/Commands/Documents/SaveAsImageCmd.h"
+#include "UI/Commands/Documents/SaveDocumentCmd.h"
 #include "UI/Commands/ExitApplicationCmd.h"
 #include "UI/Commands/Help/AboutBoxCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
+#include "UI/Commands/Shells/ActiveViewAssetCmd.h"
 #include "UI/Commands/Shells/AssetCmds.h"
 #include "UI/Commands/Shells/DefaultShellFactory.h"
 #include "UI/Commands/Shells/EnvironmentCmds.h"
+#include "UI/Commands/Shells/InsertAssetCmd.h"
 #include "UI/Commands/Shells/ShellCmds.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -52,7 +59,7 @@ namespace {
 class CommandsAddIn : public Vs::IUIAddIn, public CommandEventSite
 {
 public:
-    CommandsAddIn() : Vs::IUIAddIn(L"Commands") {}
+    CommandsAddIn() : Vs::IUIAddIn(L"Commands") { ActiveViewAssetCmdDef::createCommandDef(); }
 
     void load() override;
     void unload(bool last) override;
@@ -70,12 +77,26 @@ private:
     PreviousAssetCmdDef m_previousAssetCmdDef;
     NextAssetCmdDef m_nextAssetCmdDef;
     SwitchAssetCmdDef m_switchAssetCmdDef;
+    InsertAssetCmdDef m_insertAssetCmdDef;
     ExportCmdDef m_exportCmdDef;
     ExportAsCmdDef m_exportAsCmdDef;
+    SaveDocumentAsCmdDef m_saveDocumentAsCmdDef;
     SaveAsImageCmdDef m_saveAsImageCmdDef;
+    NewDocumentCmdDef m_newDocumentCmdDef;
+    NewSingleDocumentCmdDef m_newSingleDocumentCmdDef;
     OpenDocumentCmdDef m_openDocumentCmdDef;
+    SaveDocumentCmdDef m_saveDocumentCmdDef;
     CloseDocumentCmdDef m_closeDocumentCmdDef;
     CloseAllDocumentsCmdDef m_closeAllDocumentsCmdDef;
+    CurrentlyOpenDocumentsCmdDef m_currentlyOpenDocumentsCmdDef;
+    CycleOpenDocumentsCmdDef m_cycleOpenDocumentsCmdDef;
+    RecentDocumentsCmdDef m_recentDocumentsCmdDef;
+    ItemhubCurrentDesignCmdDef m_currentDesignCmdDef;
+    ItemhubCurrentDesignListCmdDef m_currentDesignListCmdDef;
+    ItemhubCurrentSimulationCmdDef m_currentSimulationCmdDef;
+    ItemhubCurrentSimulationListCmdDef m_currentSimulationListCmdDef;
+    ItemhubCurrentDocumentationCmdDef m_currentDocumentationCmdDef;
+    ItemhubCurrentDocumentationListCmdDef m_currentDocumentationListCmdDef;
     AboutBoxCmdDef m_aboutBoxCmdDef;
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;

@@ -35,7 +35,7 @@ private:
     {
     public:
         explicit PicturedAssetType(const DocumentKindRow& row);
-        const Vs::ImageSetResource* icon() const override { return m_icon ? m_icon() : nullptr; }
+        Vs::ImageSetResource* icon() const override { return m_icon ? m_icon() : nullptr; }
 
     private:
         Vs::ImageSetResource* (*m_icon)();

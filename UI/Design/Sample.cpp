@@ -4,6 +4,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/Request.h"
+#include "Server/DataModel/SegmentFinder.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/ShowDesign.h"
 
@@ -56,12 +57,16 @@ protected:
 
 void makeSample(Vs::Status& status)
 {
+    SampleRequest request;
+    if (Vs::Asset* existing = Vs::SegmentFinder::existingAsset()) {
+        request.execute(existing, status);
+        return;
+    }
     Vs::Document* document = createDesign(status);
     if (!document)
         return;
     document->displayName(localized("SampleName", "Sample"));
     Vs::Asset* asset = document->activeAsset();
-    SampleRequest request;
     request.execute(asset, status);
     asset->markClean();
     showDesign(document, status);

@@ -18,7 +18,7 @@ namespace Vu::Commands {
 
 // clang-format off
 constinit const CommandRow CloseDocumentCmdDef::kRow = {
-    .key = L"CloseDocumentCommand", .title = "Close", .icon = &Resources::Close,
+    .key = L"CloseDocumentCommand", .title = "Close", .icon = &Resources::Close, .hotkey = "ctrl+w",
     .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
 
 constinit const CommandRow CloseAllDocumentsCmdDef::kRow = {
@@ -154,6 +154,14 @@ bool CloseDocumentCmd::closeDocument(CommandContext* context)
     if (shell && document)
         removeSessions(document, shell, !silent);
     return true;
+}
+
+void closeSilently(DocumentSession* session)
+{
+    CommandContext context = CommandContext::activeContext();
+    context.addArgument(CloseDocumentCmdDef::documentCloseSilentlyName(), 1);
+    context.addArgument(CloseDocumentCmdDef::documentSessionArgumentName(), session);
+    CloseDocumentCmd::closeDocument(&context);
 }
 
 const Vs::UniqueString* CloseAllDocumentsCmdDef::documentSessionArgumentName()

@@ -8,6 +8,10 @@ namespace Vs {
 class Document;
 }
 
+namespace Vu {
+class DocumentSession;
+}
+
 namespace Vu::Commands {
 
 /// Closes one document by taking its sessions out of the asset shell; the platform closes a document whose
@@ -44,6 +48,9 @@ protected:
     ECommandType onCommandType() const override;
     EStackingBehavior onStackingBehavior() const override;
 };
+
+/// Closes the document of a session that another one replaces, without asking, whatever its dirty state.
+void closeSilently(DocumentSession* session);
 
 class CloseAllDocumentsCmdDef : public RowDefinition<CloseAllDocumentsCmdDef>
 {

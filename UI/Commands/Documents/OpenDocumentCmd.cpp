@@ -18,7 +18,6 @@
 #include "UI/Base/RecentDocumentMgr.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/UIBaseOptionGroup.h"
-#include "UI/Base/WorkspaceWindow.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/ShowDocument.h"
 #include "UI/Commands/Localized.h"
@@ -31,6 +30,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow OpenDocumentCmdDef::kRow = {
     .key = L"OpenDocumentCommand", .title = "Open...", .icon = &Resources::Open,
+    .hotkey = "ctrl+o",
     .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup, &CommandGroup::DebugGroup},
     .readonly = true};
 // clang-format on
@@ -63,14 +63,6 @@ void openNativeOrForeign(const Vs::TranslatorFileRecognizer& recognizer, const s
         OpenDocumentCmd::translatorOpen(translator, path, status);
     else
         OpenDocumentCmd::openDocument(path, status, "");
-}
-
-void closeSilently(DocumentSession* session)
-{
-    CommandContext context = CommandContext::activeContext();
-    context.addArgument(CloseDocumentCmdDef::documentCloseSilentlyName(), 1);
-    context.addArgument(CloseDocumentCmdDef::documentSessionArgumentName(), session);
-    CloseDocumentCmd::closeDocument(&context);
 }
 
 } // namespace
@@ -144,10 +136,7 @@ void OpenDocumentCmd::onExecute(Vs::Status& status)
     Vs::TranslatorFileRecognizer recognizer("", false);
     recognizer.recognize();
     const std::wstring filter = getFilterValues(manager, &recognizer);
-    if (WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow())
-        if (window->minimized())
-            window->activateWindow();
-
+    restoreWindow();
     if (Vs::MultiThreadOptionGroup::get()->openMultipleFiles())
         openSeveral(recognizer, filter, status);
     else

@@ -4,6 +4,7 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ShellMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"
 
@@ -14,6 +15,7 @@ bool showDocument(Vs::Document* document, AllSessions all)
     AssetShell* shell = SharedWorkflows::activeAssetShell();
     if (!shell)
         return false;
+    restoreWindow();
     SessionMgr* sessions = SessionMgr::get();
     if (all == AllSessions::Yes)
         for (unsigned i = 0; i < document->assets(); ++i)
@@ -27,6 +29,13 @@ bool showDocument(Vs::Document* document, AllSessions all)
     shell->currentAssetSession(active, true, true);
     shell->shellManager()->activeShell(shell);
     return true;
+}
+
+void restoreWindow()
+{
+    if (WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow())
+        if (window->minimized())
+            window->activateWindow();
 }
 
 } // namespace Vu::Commands

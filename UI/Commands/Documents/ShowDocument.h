@@ -14,4 +14,7 @@ enum class AllSessions { No, Yes };
 /// document has no active asset, that asset no session, or there is no workspace.
 bool showDocument(Vs::Document* document, AllSessions all);
 
+/// A minimised window comes back, so that what is about to be shown or asked can be seen.
+void restoreWindow();
+
 } // namespace Vu::Commands

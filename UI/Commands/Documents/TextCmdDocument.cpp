@@ -1,13 +1,16 @@
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/SerializableObject.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
+#include "UI/Commands/Documents/NewDocumentCmd.h"
 #include "UI/Commands/Documents/ShowDocument.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
 
@@ -26,11 +29,13 @@ constexpr const wchar_t* kNoActiveDocument = L"There is no active document";
 // clang-format off
 constexpr const wchar_t* kArea = L"Document";
 constexpr DirectTextRow kOpen    = {kArea, L"Open", L"<filename> Opens a document and activates a view on its active asset"};
+constexpr DirectTextRow kCreate  = {kArea, L"Create", L"<AssetTypeId> Creates a document with an active asset of the passed type and activates a view on that asset"};
 constexpr DirectTextRow kClose   = {kArea, L"Close", L"/CloseLast [<document-path>] Closes the active/specified document"};
 constexpr DirectTextRow kCloseAll= {kArea, L"CloseAll", L"Close current all opened documents in program"};
 constexpr DirectTextRow kPath    = {kArea, L"Path", L"Gets the document path for the active document"};
 constexpr DirectTextRow kActivate= {kArea, L"Activate", L"<path> Activates the document with the passed path or filename"};
 constexpr DirectTextRow kVersion = {kArea, L"SoftwareVersion", L"Get the last saved software version."};
+constexpr DirectTextRow kExample = {kArea, L"ExampleDoc", L"<AssetTypeId> Creates a example document to initialize graphics global environment before running unit test, \tand then make sure each unit test has steady object counts before and after each regression test", "", false};
 constexpr DirectTextRow kRename  = {kArea, L"Rename", L"<NewDocName> Changes the document's display name", "", false};
 // clang-format on
 
@@ -68,6 +73,29 @@ public:
     }
 };
 
+TextCommandResult create(const std::string& assetType, const TextCommandParameters& parameters)
+{
+    CommandContext context = CommandContext::emptyContext();
+    context.addArgument(NewDocumentCmdDef::assetTypeArgumentName(),
+                        Vs::UniqueStringObject::get(Vs::UniqueString::find(assetType, true)));
+    return runDefinition(NewDocumentCmdDef::info()->key(), context, parameters);
+}
+
+class TextCmdDocumentCreate : public DirectTextCommand<kCreate>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        if (parameters.parameters() == 0)
+            return {1, L"No asset type specified as parameter"};
+        const std::string identifier = Vs::Strings::narrow(parameters[0]);
+        if (!Vs::AssetTypeMgr::get()->assetType(identifier))
+            return {1, L"Invalid asset type identifier specified as parameter; see AssetMgt.AssetTypes for "
+                       L"more info"};
+        return create(identifier, parameters);
+    }
+};
+
 TextCommandResult closeSession(DocumentSession* session, CommandContext context,
                                const TextCommandParameters& parameters)
 {
@@ -75,20 +103,24 @@ TextCommandResult closeSession(DocumentSession* session, CommandContext context,
     return runDefinition(CloseDocumentCmdDef::info()->key(), context, parameters);
 }
 
+/// The session of the newest document; null if none is open.
+DocumentSession* lastSession()
+{
+    const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
+    const unsigned count = documents->documents();
+    return count > 0 ? SessionMgr::get()->documentSession(documents->document(count - 1)) : nullptr;
+}
+
 class TextCmdDocumentClose : public DirectTextCommand<kClose>
 {
 public:
     TextCommandResult execute(const TextCommandParameters& parameters) override
     {
-        Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
         DocumentSession* session = SessionMgr::get()->activeDocumentSession();
         if (parameters.hasFlag(L"CloseLast")) {
-            session =
-                documents->documents() > 0
-                    ? SessionMgr::get()->documentSession(documents->document(documents->documents() - 1))
-                    : nullptr;
+            session = lastSession();
         } else if (parameters.parameters() > 0) {
-            Vs::Document* document = documents->document(parameters[0]);
+            Vs::Document* document = Vs::DocumentMgr::get()->document(parameters[0]);
             if (!document)
                 return {1, L"There is no document UI associated with the given path"};
             session = SessionMgr::get()->documentSession(document);
@@ -164,6 +196,35 @@ public:
     }
 };
 
+class TextCmdDocumentExampleDoc : public DirectTextCommand<kExample>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters&) override
+    {
+        const Vs::AssetType* type = firstOfAddIns();
+        if (!type)
+            return {1, L"Invalid asset type error"};
+        const TextCommandParameters atOnce;
+        const TextCommandResult made = create(type->identifier(), atOnce);
+        if (made.first != 0)
+            return made;
+        DocumentSession* session = lastSession();
+        if (!session)
+            return {1, L"Get document session via document error."};
+        return closeSession(session, CommandContext::activeContext(), atOnce);
+    }
+
+private:
+    static const Vs::AssetType* firstOfAddIns()
+    {
+        const Vs::AssetTypeMgr* types = Vs::AssetTypeMgr::get();
+        for (unsigned i = 0; i < types->assetTypes(); ++i)
+            if (!types->assetType(i)->isBuiltIn())
+                return types->assetType(i);
+        return nullptr;
+    }
+};
+
 class TextCmdDocumentRename : public DirectTextCommand<kRename>
 {
 public:
@@ -180,11 +241,13 @@ public:
 };
 
 TextCmdDocumentOpen theOpen;
+TextCmdDocumentCreate theCreate;
 TextCmdDocumentClose theClose;
 TextCmdDocumentCloseAll theCloseAll;
 TextCmdDocumentPath thePath;
 TextCmdDocumentActivate theActivate;
 TextCmdDocumentSoftwareVersion theSoftwareVersion;
+TextCmdDocumentExampleDoc theExampleDoc;
 TextCmdDocumentRename theRename;
 
 } // namespace

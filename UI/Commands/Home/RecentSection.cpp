@@ -76,8 +76,8 @@ void RecentSection::fill()
     const int before = focused();
     clear();
     m_paths.clear();
-    std::vector<RecentDocument*> documents;
-    RecentDocumentMgr::get()->recentDocuments(documents, RecentDocumentMgr::kMaximum);
+    const std::vector<RecentDocument*> documents =
+        RecentDocumentMgr::get()->newestFirst(RecentDocumentMgr::kMaximum);
     placeholder(documents.empty() ? hint(this) : nullptr);
     for (const RecentDocument* document : documents) {
         const std::wstring path = document->path();

@@ -1,14 +1,18 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/SegmentFinder.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/Workspace.h"
 #include "UI/Commands/Documents/ExportCmd.h"
+#include "UI/Commands/Shells/AssetCmds.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/FindShell.h"
+#include "UI/Commands/Shells/InsertAssetCmd.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
 
 namespace Vu::Commands {
@@ -21,10 +25,13 @@ constexpr const wchar_t* kNoActiveAsset = L"There is no active asset to use";
 
 // clang-format off
 constexpr const wchar_t* kArea = L"Asset";
+constexpr DirectTextRow kCreate    = {kArea, L"Create", L"<AssetTypeId> [<DocumentPath>] [/Hidden] Creates a new asset inside the given or active document"};
+constexpr DirectTextRow kClose     = {kArea, L"Close", L"Closes the active asset"};
 constexpr DirectTextRow kList      = {kArea, L"List", L"List all names of asset in program"};
 constexpr DirectTextRow kExport    = {kArea, L"Export", L"<filename> Export the active asset as *.sat, *.step or other translator supported file types."};
 constexpr DirectTextRow kPath      = {kArea, L"Path", L"Gets a path (<document path> <asset name>) for the active asset"};
 constexpr DirectTextRow kActivate  = {kArea, L"Activate", L"<asset name> [<document path>] Activates the passed asset in the passed or current document"};
+constexpr DirectTextRow kTesting   = {kArea, L"UseForTesting", L"[/Stop] Use (or stop using) the current asset for some simple test commands"};
 constexpr DirectTextRow kMarkDirty = {kArea, L"MarkDirty", L"Dirty the current asset"};
 constexpr DirectTextRow kMarkSmudge= {kArea, L"MarkSmudge", L"Smudge the current asset"};
 constexpr DirectTextRow kListDirty = {kArea, L"ListDirty", L"Lists the dirty/smudge flags on the current asset"};
@@ -35,6 +42,50 @@ Vs::Asset* activeAsset()
     AssetSession* session = SessionMgr::get()->activeAssetSession();
     return session ? session->asset() : nullptr;
 }
+
+class TextCmdAssetCreate : public DirectTextCommand<kCreate>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        if (parameters.parameters() == 0)
+            return {1, L"No asset type specified as parameter"};
+        Vs::AssetType* type = Vs::AssetTypeMgr::get()->assetType(Vs::Strings::narrow(parameters[0]));
+        if (!type)
+            return {1, L"Invalid asset type identifier specified as parameter; see AssetMgt.AssetTypes for "
+                       L"more info"};
+        SessionMgr* sessions = SessionMgr::get();
+        DocumentSession* session =
+            parameters.parameters() > 1
+                ? sessions->documentSession(Vs::DocumentMgr::get()->document(parameters[1]))
+                : sessions->activeDocumentSession();
+        if (!session)
+            return {1, L"There is no document UI associated with the given path"};
+        CommandContext context = CommandContext::activeContext();
+        context.addArgument(InsertAssetCmdDef::assetTypeArgumentName(), type);
+        context.addArgument(InsertAssetCmdDef::documentSessionArgumentName(), session);
+        context.addArgument(InsertAssetCmdDef::hiddenArgumentName(), parameters.hasFlag(L"Hidden"));
+        return runDefinition(InsertAssetCmdDef::info()->key(), context, parameters);
+    }
+};
+
+class TextCmdAssetClose : public DirectTextCommand<kClose>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        Vs::Asset* closing = activeAsset();
+        if (!closing)
+            return {1, L"There is no active asset to close"};
+        Vs::Document* document = closing->document();
+        for (unsigned i = 0; i < document->assets(); ++i)
+            if (document->asset(i) != closing) {
+                document->activeAsset(document->asset(i));
+                break;
+            }
+        return runDefinition(CloseAssetCmdDef::info()->key(), CommandContext::activeContext(), parameters);
+    }
+};
 
 std::wstring lineOf(const Vs::Asset& asset)
 {
@@ -160,6 +211,20 @@ private:
     }
 };
 
+class TextCmdAssetUseForTesting : public DirectTextCommand<kTesting>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        const bool stop = parameters.hasFlag(L"Stop");
+        Vs::Asset* asset = stop ? nullptr : activeAsset();
+        if (!stop && !asset)
+            return {1, kNoActiveAsset};
+        Vs::SegmentFinder::useExistingAsset(asset);
+        return {0, {}};
+    }
+};
+
 class TextCmdAssetMarkDirty : public DirectTextCommand<kMarkDirty>
 {
 public:
@@ -199,10 +264,13 @@ public:
     }
 };
 
+TextCmdAssetCreate theCreate;
+TextCmdAssetClose theClose;
 TextCmdAssetList theList;
 TextCmdAssetExport theExport;
 TextCmdAssetPath thePath;
 TextCmdAssetActivate theActivate;
+TextCmdAssetUseForTesting theUseForTesting;
 TextCmdAssetMarkDirty theMarkDirty;
 TextCmdAssetMarkSmudge theMarkSmudge;
 TextCmdAssetListDirty theListDirty;

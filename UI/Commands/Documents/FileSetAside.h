@@ -1,0 +1,24 @@
+#pragma once
+
+#include <boost/filesystem/path.hpp>
+
+namespace Vu::Commands {
+
+/// Takes a file out of the way of a save, for as long as it lives: the save must not meet the old file, and a
+/// save that fails must not cost it.
+class FileSetAside
+{
+public:
+    /// Nothing happens if there is no file, or if it can't be moved; the save then tells why.
+    explicit FileSetAside(boost::filesystem::path path);
+    /// Deletes the file if another has taken its place, and brings it back otherwise.
+    ~FileSetAside();
+    FileSetAside(const FileSetAside&) = delete;
+    FileSetAside& operator=(const FileSetAside&) = delete;
+
+private:
+    boost::filesystem::path m_path;
+    boost::filesystem::path m_aside; ///< Empty if nothing was moved.
+};
+
+} // namespace Vu::Commands

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "Server/DataModel/DocumentEvents.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/SessionEvents.h"
+#include "UI/Commands/CommandRow.h"
+#include "UI/Commands/OwnedList.h"
+
+#include <optional>
+#include <string>
+
+namespace Vs {
+class Document;
+}
+
+namespace Vu::Commands {
+
+/// The list of the open documents, the current one marked; choosing one shows it. Those derived from it know
+/// the documents of one type only.
+class CurrentlyOpenDocumentsCmdDef
+    : public Vs::Implements<CurrentlyOpenDocumentsCmdDef, CommandDefinition, IListControlHandler,
+                            SessionEventSite, Vs::DocumentEventSite>
+{
+public:
+    static const CommandRow kRow;
+    static Info* info();
+
+    explicit CurrentlyOpenDocumentsCmdDef(Info* info = CurrentlyOpenDocumentsCmdDef::info());
+    ~CurrentlyOpenDocumentsCmdDef() override;
+
+    /// Shows what is open now, if there is a control.
+    void updateListControl();
+
+    void onListSelectionChanged(Info* item) override;
+    void sessionActivated(SessionEvent*) override { updateListControl(); }
+    void documentCreated(Vs::DocumentEvent*) override { updateListControl(); }
+    void documentOpened(Vs::DocumentEvent*) override { updateListControl(); }
+    void documentSaved(Vs::DocumentEvent*) override { updateListControl(); }
+    void documentUpdated(Vs::DocumentEvent*) override { updateListControl(); }
+    void documentActiveAssetChanged(Vs::DocumentEvent*) override { updateListControl(); }
+    void documentClosed(Vs::DocumentEvent* event) override;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    bool onIsVisible(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+    InputControl* onInputControl() override;
+
+    /// Only documents of this type count from now on.
+    void filter(const char* documentType) { m_filter = documentType; }
+    bool hasOpenDocuments() const;
+    /// Whether the current document passes the filter.
+    bool isDocumentOfCurrentType() const;
+    /// The newest document of the filter's type, or the oldest of all without a filter; null if there is
+    /// none.
+    Vs::Document* currentDocumentFiltered() const;
+    /// The command that shows the document; null if it has nothing to show.
+    static CommandBase* createCommandForSwitchingDocument(Vs::Document* document, CommandContext* context);
+
+private:
+    bool passes(const Vs::Document& document) const;
+
+    std::optional<std::string> m_filter;
+    OwnedList m_list;
+};
+
+/// Brings the list up to date.
+class CurrentlyOpenDocumentsCmd : public Vs::Implements<CurrentlyOpenDocumentsCmd, SimpleCommand>
+{
+protected:
+    friend class CurrentlyOpenDocumentsCmdDef;
+    CurrentlyOpenDocumentsCmd(CurrentlyOpenDocumentsCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+};
+
+/// Moves on to the next open document, from the last one to the first.
+class CycleOpenDocumentsCmdDef : public RowDefinition<CycleOpenDocumentsCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class CycleOpenDocumentsCmd : public Vs::Implements<CycleOpenDocumentsCmd, SimpleCommand>
+{
+protected:
+    friend class CycleOpenDocumentsCmdDef;
+    CycleOpenDocumentsCmd(CycleOpenDocumentsCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+};
+
+} // namespace Vu::Commands

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Server/DataModel/DocumentEvents.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/RecentDocumentMgr.h"
+#include "UI/Commands/CommandRow.h"
+#include "UI/Commands/OwnedList.h"
+
+#include <vector>
+
+namespace Vu::Commands {
+
+/// The list of the documents that were used last, the newest on top, and an entry that clears it. Choosing a
+/// document opens it.
+class RecentDocumentsCmdDef : public RowDefinition<RecentDocumentsCmdDef, CommandDefinition,
+                                                   IListControlHandler, Vs::DocumentEventSite>,
+                              private RecentDocumentEventSite
+{
+public:
+    static const CommandRow kRow;
+
+    RecentDocumentsCmdDef();
+    ~RecentDocumentsCmdDef() override;
+
+    void onListSelectionChanged(Info* item) override;
+    void documentClosed(Vs::DocumentEvent* event) override;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+    InputControl* onInputControl() override;
+
+private:
+    void recentDocumentsChanged() override { refresh(); }
+    void refresh();
+    void updateListControl(const std::vector<RecentDocument*>& documents);
+    bool isDocPathInListControl(const std::wstring& path) const { return m_list.has(path); }
+
+    OwnedList m_list;
+};
+
+/// Does nothing: the list is the command.
+class RecentDocumentsCmd : public Vs::Implements<RecentDocumentsCmd, SimpleCommand>
+{
+protected:
+    friend class RecentDocumentsCmdDef;
+    RecentDocumentsCmd(RecentDocumentsCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status&) override {}
+};
+
+} // namespace Vu::Commands

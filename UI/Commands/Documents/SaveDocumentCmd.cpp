@@ -1,0 +1,242 @@
+#include "UI/Commands/Documents/SaveDocumentCmd.h"
+
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/UnitTestMgr.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentType.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/DocumentSession.h"
+#include "UI/Base/FileDialog.h"
+#include "UI/Base/LayoutUtil.h"
+#include "UI/Base/MessageBox.h"
+#include "UI/Base/RecentDocumentMgr.h"
+#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Commands/Documents/CloseDocumentCmd.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Resources.h"
+#include "UI/Commands/Usage.h"
+#include "UI/Commands/WaitCursor.h"
+
+#include <boost/filesystem/operations.hpp>
+
+namespace Vu::Commands {
+
+// clang-format off
+constinit const CommandRow SaveDocumentCmdDef::kRow = {
+    .key = L"SaveDocumentCommand", .title = "Save", .icon = &Resources::Save, .hotkey = "ctrl+s",
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup, &CommandGroup::DebugGroup}};
+
+constinit const CommandRow SaveDocumentAsCmdDef::kRow = {
+    .key = L"SaveDocumentAsCommand", .title = "Save As...", .icon = &Resources::Save, .hotkey = "ctrl+shift+s",
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup, &CommandGroup::DebugGroup}};
+// clang-format on
+
+namespace {
+
+/// The cloud drive's trade name, which is the same in every language.
+constexpr const wchar_t* kCloudDrive = L"Skyvault";
+
+DocumentSession* documentSessionOf(const CommandContext& context)
+{
+    if (auto* given =
+            Vs::cast<DocumentSession>(context.argument(CloseDocumentCmdDef::documentSessionArgumentName())))
+        return given;
+    const AssetSession* session = context.assetSession();
+    return session ? session->documentSession() : nullptr;
+}
+
+bool hasLocalDocument(const CommandContext* context)
+{
+    const AssetSession* session = context->assetSession();
+    const DocumentSession* document = session ? session->documentSession() : nullptr;
+    return document && document->document() && !document->document()->isCloud();
+}
+
+/// Tells the user which command saves a document of the cloud drive.
+void refuseCloudPath(const std::wstring& path)
+{
+    MessageBox box(localizedFormat("SaveOnCloudDocError",
+                                   "The document %1% has been saved to the cloud.  You must use the Save to "
+                                   "%2% command for this operation",
+                                   boost::filesystem::path(path).filename().wstring(), kCloudDrive));
+    box.addButton(kOkButton);
+    box.icon(kWarningIcon);
+    box.show();
+}
+
+bool mayOverwrite(const std::wstring& name)
+{
+    MessageBox box(
+        localizedFormat("OverwritingExistingFile", "%1% already exists.\nDo you want to replace it?", name));
+    box.addButton(kYesButton);
+    box.addButton(kNoButton, true);
+    constexpr int kNoIndex = 1;
+    return box.show() != kNoIndex;
+}
+
+/// Takes the new name from the context or from the user. False if there is none.
+///
+/// A name with a dot was dealt with by the dialog, which appends suffixes and asks before it gives the name
+/// of a file that exists. That five refusals count as a consent is settled.
+bool askForName(const Vs::DocumentType& type, CommandContext& context, std::wstring& name, Vs::Status& status)
+{
+    constexpr int kPasses = 5;
+    const std::wstring filter = type.name() + L" (*" + type.extension() + L")";
+    const std::wstring caption = localized("SaveDocumentAsCaption", "Save Document As");
+    for (int pass = 0; pass < kPasses; ++pass) {
+        if (!FileDialog::getTranscriptableFilenameForSaveAs(filter, caption, name, &context)) {
+            FileDialog::tellMissing(status);
+            return false;
+        }
+        if (name.find(L'.') != std::wstring::npos)
+            return true;
+        name += type.extension();
+        boost::system::error_code error;
+        if (!boost::filesystem::exists(name, error) || mayOverwrite(name))
+            return true;
+        // The next pass is to ask anew, also where this name was given as an argument.
+        if (pass + 1 < kPasses)
+            context.removeArgument(CommandContext::pathArgumentName());
+    }
+    return true;
+}
+
+} // namespace
+
+bool SaveDocumentCmdDef::onIsApplicable(CommandContext* context) const
+{
+    return LayoutUtil::displayQAT() && hasLocalDocument(context);
+}
+
+bool SaveDocumentCmdDef::onIsVisible(CommandContext* context) const
+{
+    return hasLocalDocument(context);
+}
+
+CommandBase* SaveDocumentCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new SaveDocumentCmd(this, context);
+}
+
+SaveDocumentCmd::SaveDocumentCmd(SaveDocumentCmdDef* definition, CommandContext* context)
+    : Implements(definition, context)
+{
+    repeatable(false);
+}
+
+void SaveDocumentCmd::onExecute(Vs::Status& status)
+{
+    DocumentSession* session = documentSessionOf(*commandContext());
+    Vs::Document* document = session ? session->document() : nullptr;
+    if (!document)
+        return;
+    const bool hadPath = document->isOnDisk();
+    if (!hadPath) {
+        const std::wstring path = commandContext()->argumentAsString(CommandContext::pathArgumentName());
+        if (!path.empty())
+            document->path(path);
+        session->firstSave(true);
+    }
+    if (Vs::PathInfo::isPathInCloudCache(document->path())) {
+        refuseCloudPath(document->path());
+        return;
+    }
+    const SaveFailures failures;
+    {
+        const WaitCursor wait;
+        // A document whose first save failed can be given another name at the next.
+        if (!document->save(status) && !hadPath)
+            document->clearPath();
+        status.clear();
+    }
+    if (!failures.reason().empty() && failures.alone())
+        MessageBox::error(failures.reason());
+    if (Vs::TranscriptMgr::get()->recording() && document->isOnDisk())
+        commandContext()->addArgument(CommandContext::pathArgumentName(), document->path());
+}
+
+void SaveDocumentCmd::onEnd(ETerminationReason reason)
+{
+    SimpleCommand::onEnd(reason);
+    sendUsage(reason, "Quillet.SaveDocumentCmd");
+}
+
+bool SaveDocumentAsCmdDef::onIsApplicable(CommandContext* context) const
+{
+    return !UIBaseOptionGroup::get()->offlineWorkflowsDisabled() && LayoutUtil::displayQAT() &&
+           hasAssetSession(context);
+}
+
+bool SaveDocumentAsCmdDef::onIsVisible(CommandContext* context) const
+{
+    return hasAssetSession(context);
+}
+
+CommandBase* SaveDocumentAsCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new SaveDocumentAsCmd(this, context);
+}
+
+SaveDocumentAsCmd::SaveDocumentAsCmd(SaveDocumentAsCmdDef* definition, CommandContext* context)
+    : Implements(definition, context)
+{
+    repeatable(false);
+}
+
+void SaveDocumentAsCmd::onExecute(Vs::Status& status)
+{
+    if (UIBaseOptionGroup::get()->offlineWorkflowsDisabled() && !Vs::UnitTestMgr::get()->runningTests()) {
+        status.addError(localized("disallowSaveDocumentAsCmd", "Saving to local disk is not supported!!"));
+        return;
+    }
+    DocumentSession* session = documentSessionOf(*commandContext());
+    Vs::Document* document = session ? session->document() : nullptr;
+    if (!document)
+        return;
+    std::wstring name = document->displayName();
+    if (!askForName(*document->documentType(), *commandContext(), name, status))
+        return;
+    // A clean asset wouldn't be written.
+    for (unsigned i = 0; i < document->assets(); ++i)
+        if (!document->asset(i)->isDirty(false))
+            document->asset(i)->markDirty();
+    {
+        const WaitCursor wait;
+        document->saveAs(name, status);
+    }
+    if (!status.isOk())
+        return;
+    RecentDocumentMgr::get()->add(name, document->isCloud());
+    Vs::DocumentEvent event(document, Vs::Timing::Notification);
+    Vs::DocumentEventSource::get()->fireDocumentSaved(&event);
+}
+
+void SaveDocumentAsCmd::onEnd(ETerminationReason reason)
+{
+    SimpleCommand::onEnd(reason);
+    sendUsage(reason, "Quillet.SaveDocumentAsCmd");
+}
+
+int SaveFailures::s_listening = 0;
+
+SaveFailures::SaveFailures()
+{
+    ++s_listening;
+    Vs::DocumentEventSource::get()->subscribe(this);
+}
+
+SaveFailures::~SaveFailures()
+{
+    Vs::DocumentEventSource::get()->unsubscribe(this);
+    --s_listening;
+}
+
+void SaveFailures::documentSaveFailed(Vs::DocumentFailureEvent* event)
+{
+    if (m_reason.empty())
+        m_reason = event->status().toString();
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,115 @@
+// The lines Document.Save and Document.SaveAs.
+
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentType.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/DocumentSession.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Commands/Documents/CloseDocumentCmd.h"
+#include "UI/Commands/Documents/FileSetAside.h"
+#include "UI/Commands/Documents/SaveDocumentCmd.h"
+#include "UI/Commands/Text/DirectTextCommand.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <memory>
+
+namespace Vu::Commands {
+namespace {
+
+using Vs::TextCommandParameters;
+using Vs::TextCommandResult;
+namespace fs = boost::filesystem;
+
+constexpr const wchar_t* kNoDocument = L"There is no active document to save";
+constexpr const wchar_t* kNoName = L"You need to specify a filename as a parameter";
+
+// clang-format off
+constexpr const wchar_t* kArea = L"Document";
+constexpr DirectTextRow kSave   = {kArea, L"Save", L"[<filename>] Saves the active document"};
+constexpr DirectTextRow kSaveAs = {kArea, L"SaveAs", L"[<filename>] Saves the active document as a new document"};
+// clang-format on
+
+/// The file that a name means: with the type's extension if it has none, and in the last folder if it names
+/// none. That folder is remembered.
+fs::path fileOf(const std::wstring& name, const Vs::DocumentType& type)
+{
+    fs::path path(name);
+    if (path.extension().empty() || path.extension() == ".")
+        path.replace_extension(type.extension());
+    UIBaseOptionGroup* options = UIBaseOptionGroup::get();
+    boost::system::error_code error;
+    if (!path.has_parent_path() && fs::is_directory(options->lastDirectory(), error))
+        path = fs::path(options->lastDirectory()) / path;
+    path = fs::absolute(path);
+    options->lastDirectory(path.parent_path().wstring());
+    return path;
+}
+
+TextCommandResult runSave(const std::wstring& id, DocumentSession* session, const std::wstring& path,
+                          const TextCommandParameters& parameters)
+{
+    CommandContext context = CommandContext::activeContext();
+    context.addArgument(CloseDocumentCmdDef::documentSessionArgumentName(), session);
+    context.addArgument(CommandContext::pathArgumentName(), path);
+    return runDefinition(id, context, parameters);
+}
+
+class TextCmdDocumentSave : public DirectTextCommand<kSave>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        DocumentSession* session = SessionMgr::get()->activeDocumentSession();
+        if (!session)
+            return {1, kNoDocument};
+        const Vs::Document* document = session->document();
+        if (parameters.parameters() == 0)
+            return document->isOnDisk() ? save(session, document->path(), parameters)
+                                        : TextCommandResult{1, kNoName};
+        const fs::path file = fileOf(parameters[0], *document->documentType());
+        auto aside = std::make_shared<FileSetAside>(file);
+        const TextCommandResult result = save(session, file.wstring(), parameters);
+        // A line of the command box has only queued the save.
+        if (parameters.viaUI())
+            Application::get()->deferredTasks()->post([aside] {});
+        return result;
+    }
+
+private:
+    /// The command ends well even if the save fails; a line that did not save must not count as well done.
+    static TextCommandResult save(DocumentSession* session, const std::wstring& path,
+                                  const TextCommandParameters& parameters)
+    {
+        if (parameters.viaUI())
+            return runSave(SaveDocumentCmdDef::info()->key(), session, path, parameters);
+        const SaveFailures failures;
+        const TextCommandResult result =
+            runSave(SaveDocumentCmdDef::info()->key(), session, path, parameters);
+        if (result.first == 0 && !failures.reason().empty())
+            return {1, failures.reason()};
+        return result;
+    }
+};
+
+class TextCmdDocumentSaveAs : public DirectTextCommand<kSaveAs>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        if (parameters.parameters() == 0)
+            return {1, kNoName};
+        DocumentSession* session = SessionMgr::get()->activeDocumentSession();
+        if (!session)
+            return {1, kNoDocument};
+        const fs::path file = fileOf(parameters[0], *session->document()->documentType());
+        return runSave(SaveDocumentAsCmdDef::info()->key(), session, file.wstring(), parameters);
+    }
+};
+
+TextCmdDocumentSave theSave;
+TextCmdDocumentSaveAs theSaveAs;
+
+} // namespace
+} // namespace Vu::Commands

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Server/DataModel/AssetEvents.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+#include "UI/Commands/Documents/AssetTypeList.h"
+
+namespace Vu::Commands {
+
+/// The list of asset types; choosing one adds an asset of it to the active document.
+class InsertAssetCmdDef
+    : public RowDefinition<InsertAssetCmdDef, CommandDefinition, IListControlHandler, Vs::AssetEventSite>
+{
+public:
+    static const CommandRow kRow;
+
+    InsertAssetCmdDef();
+    ~InsertAssetCmdDef() override;
+
+    /// "AssetType": the type, a Vs::AssetType.
+    static const Vs::UniqueString* assetTypeArgumentName();
+    /// "DocumentSession": the document to add to; without it, the active one.
+    static const Vs::UniqueString* documentSessionArgumentName();
+    /// "Uuid": the guid that the asset had when it was recorded.
+    static const Vs::UniqueString* uuidArgumentName();
+    /// "Hidden": 1 makes an asset that belongs to the document's active one and isn't shown by itself.
+    static const Vs::UniqueString* hiddenArgumentName();
+
+    void onListSelectionChanged(Info* item) override;
+    void assetTypeRegistered(Vs::AssetTypeEvent* event) override;
+    void assetTypeUnregistered(Vs::AssetTypeEvent* event) override;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+    InputControl* onInputControl() override;
+
+private:
+    AssetTypeList m_types;
+};
+
+class InsertAssetCmd : public Vs::Implements<InsertAssetCmd, SimpleCommand>
+{
+protected:
+    friend class InsertAssetCmdDef;
+    InsertAssetCmd(InsertAssetCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override;
+};
+
+} // namespace Vu::Commands
