@@ -152,11 +152,14 @@ CommandBase* CloseAssetCmdDef::onCreateCommand(CommandContext* context)
     Vs::Document* document = asset ? asset->document() : nullptr;
     if (!document)
         return new CloseAssetCmd(this, context);
-    // Another dirty asset with a session keeps the document open, so that nothing can be lost and nothing is
-    // asked.
+    // Another dirty asset that the shell shows keeps the document open, so that nothing can be lost and
+    // nothing is asked.
+    const AssetShell* shell = assetShellOf(context);
     for (unsigned i = 0; i < document->assets(); ++i) {
         Vs::Asset* other = document->asset(i);
-        if (other != asset && other->isDirty(false) && SessionMgr::get()->assetSession(other))
+        AssetSession* otherSession =
+            other != asset && other->isDirty(false) ? SessionMgr::get()->assetSession(other) : nullptr;
+        if (otherSession && shell && shell->has(otherSession))
             return new CloseAssetCmd(this, context);
     }
     return closingAgreed({document}) ? new CloseAssetCmd(this, context) : nullptr;
