@@ -7,6 +7,8 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 
+#include <boost/filesystem/operations.hpp>
+
 using namespace Vu;
 
 namespace {
@@ -41,6 +43,10 @@ protected:
     void SetUp() override
     {
         WithProgram::SetUp();
+        // The lines that save write to wherever their nonsense leads.
+        boost::filesystem::create_directories(scratch(L"sweep"));
+        m_before = boost::filesystem::current_path();
+        boost::filesystem::current_path(scratch(L"sweep"));
         answerBoxes(1);
         if (GetParam() != Scene::Nothing)
             answer(L"Design.Sample");
@@ -50,7 +56,14 @@ protected:
             answer(L"Commands.Start WaitingCommand");
     }
 
+    void TearDown() override
+    {
+        boost::filesystem::current_path(m_before);
+        WithProgram::TearDown();
+    }
+
     WaitingCmdDef m_waiting;
+    boost::filesystem::path m_before;
 };
 
 TEST_P(SweepTest, EveryDefinitionSaysWhetherItAppliesAndHowItLooks)
