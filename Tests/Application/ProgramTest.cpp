@@ -191,4 +191,16 @@ TEST(ProgramTest, TheFirstLookRunsToItsEndAndLeavesPictureAndModel)
     }
 }
 
+TEST(ProgramTest, TheSavedDocumentComesBackFromItsFile)
+{
+    const ScratchFolder folder;
+    const ProcessResult result = runQuillet({"--headless", "--echo", "--set", "out=" + folder.path().string(),
+                                             "--replay", QUILLET_SOURCE_DIR "/Examples/save-and-reopen.txt"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_NE(result.output.find("Design is clean"), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find("Asset name: Simulation"), std::string::npos) << result.output;
+    for (const char* name : {"bracket.vlra", "bracket-2.vlra"})
+        EXPECT_TRUE(boost::filesystem::exists(folder.path() / name));
+}
+
 } // namespace

@@ -4,6 +4,7 @@
 #include "Server/DataModel/DocumentType.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/FileDialog.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/RecentDocumentMgr.h"
 #include "UI/Base/SessionMgr.h"
 
@@ -14,7 +15,8 @@ bool askForPath(Vs::Document& document)
 {
     const Vs::DocumentType& type = *document.documentType();
     std::wstring name = document.displayName() + type.extension();
-    if (!FileDialog::getFilenameForExport(type.name() + L" (*" + type.extension() + L")", L"Save", name, L""))
+    if (!FileDialog::getFilenameForExport(type.name() + L" (*" + type.extension() + L")",
+                                          localized("FileDialogSaveAs", "Save As"), name, L""))
         return false;
     document.path(name);
     return true;
