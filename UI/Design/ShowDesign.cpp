@@ -1,5 +1,7 @@
 #include "UI/Design/ShowDesign.h"
 
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -45,7 +47,10 @@ void showDesign(Vs::Document* document, Vs::Status& status)
     CommandContext context = CommandContext::activeContext();
     context.addArgument(Vs::UniqueString::find("AssetSession", true), session);
     run(kAssetShellCommand, context, status);
-    run(kFitCommand, CommandContext::activeContext(), status);
+    // An empty design is framed by its view as soon as it gets a part, unless the camera is moved before.
+    const Vs::Component* parts = document->activeAsset()->components();
+    if (parts && !parts->children.empty())
+        run(kFitCommand, CommandContext::activeContext(), status);
 }
 
 } // namespace Vu::Design

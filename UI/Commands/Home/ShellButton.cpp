@@ -68,6 +68,10 @@ void ShellButton::fillMenu()
     if (!list)
         return;
     for (Info* item : list->items()) {
+        if (item->key() == ListControl::kSeparator) {
+            menu()->addSeparator();
+            continue;
+        }
         const QAction* action =
             menu()->addAction(iconOf(item->icon()), QString::fromStdWString(item->name()));
         connect(action, &QAction::triggered, this, [list, item] { list->selectedItem(item, true); });
