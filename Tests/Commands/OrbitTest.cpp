@@ -6,12 +6,14 @@
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Commands/Navigation.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/InteractionEvents.h"
+#include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Commands/Camera/OrbitCmd.h"
 
@@ -258,6 +260,32 @@ TEST_F(OrbitTest, TheStartAndTheEndOfAnInteractionGoTogether)
     EXPECT_EQ(count.ends, 3);
     click(kRightButton, 0, 0);
     EXPECT_EQ(count.starts, 3);
+}
+
+TEST_F(OrbitTest, InASplitViewToolsWorkInTheViewThatTheUserIsIn)
+{
+    GraphicsView* const first = view();
+    GraphicsView* const second = activeSession()->createView();
+    GraphicsCanvas beside;
+    beside.view(second, false, false);
+    start(L"FreeOrbitCommand");
+    EXPECT_EQ(first->viewFragments().size(), 2u);
+    SplitViewMgr::get()->activeCanvas(&beside);
+    ASSERT_EQ(view(), second);
+    const std::string before = stand(*first->modelFragment()->camera());
+    move(0, 0);
+    EXPECT_EQ(first->viewFragments().size(), 1u);
+    EXPECT_EQ(second->viewFragments().size(), 2u);
+    const std::string start = stand(*camera());
+    drag(kLeftButton, 0, 0, 60, 30);
+    EXPECT_NE(stand(*camera()), start);
+    camera()->zoom(5);
+    doubleClick(kMiddleButton, 0, 0);
+    scroll(-120, 50, 50);
+    EXPECT_EQ(stand(*first->modelFragment()->camera()), before);
+    answer(L"VuCommands.CancelCmd");
+    beside.view(nullptr, false, false);
+    SplitViewMgr::get()->activeCanvas(first->canvas());
 }
 
 TEST_F(OrbitTest, ClosingTheDocumentUnderTheToolLeavesNothingBehind)

@@ -1,11 +1,19 @@
 #include "UI/Base/ViewMgr.h"
 
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SplitViewMgr.h"
+
 #include <algorithm>
 
 namespace Vu {
 
 View* ViewMgr::view(const Vs::UniqueString* interfaceId) const
 {
+    // Only compared, and found among the session's own: the active view may be of another class or session.
+    const View* const active = SplitViewMgr::get()->activeView();
+    const auto attended = std::find(m_views.begin(), m_views.end(), active);
+    if (active && attended != m_views.end() && active->queryInterface(interfaceId))
+        return *attended;
     const auto found = std::find_if(m_views.begin(), m_views.end(),
                                     [&](const View* view) { return view->queryInterface(interfaceId); });
     return found == m_views.end() ? nullptr : *found;

@@ -12,7 +12,8 @@ class ViewMgr : public Vs::Implements<ViewMgr>
 {
 public:
     const std::vector<View*>& views() const { return m_views; }
-    /// The first view that is of that class; null if there is none.
+    /// The view of that class that has the user's attention (SplitViewMgr::activeView), or else the first
+    /// one; null if there is none.
     View* view(const Vs::UniqueString* interfaceId) const;
 
     void add(std::unique_ptr<View> view);

@@ -117,7 +117,11 @@ void OrbitCmd::mouseMove(MouseEvent* event)
 
 void OrbitCmd::mouseMoveGlobal(MouseEvent*)
 {
-    if (!m_reticle.shown() || m_dragging || activeCanvasSize() == m_lastCanvasSize)
+    if (!m_reticle.shown() || m_dragging)
+        return;
+    // In a split view the reticle goes where the user went.
+    if (activeCanvasSize() == m_lastCanvasSize &&
+        m_reticle.view() == SceneUtilities::getActiveAssetGraphicView())
         return;
     m_reticle.hide();
     showReticleForCmd();

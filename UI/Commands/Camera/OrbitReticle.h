@@ -38,13 +38,13 @@ public:
     void hide();
     bool shown() const { return m_shown; }
 
+    /// The view that it is shown in; null once that has gone.
+    GraphicsView* view() const;
+
     /// The EOrbitZone of a place of the canvas; kOutside while it isn't shown in one.
     int zone(const Vs::Point2& position) const;
 
 private:
-    /// Null once it has gone.
-    GraphicsView* view() const;
-
     bool m_shown = false;
     double m_radius, m_tickEnd; ///< As parts of what the fragment's camera sees.
     Vs::StrongRef<Vs::Scene::ViewFragment> m_fragment;
