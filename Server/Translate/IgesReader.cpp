@@ -76,7 +76,7 @@ Reading readIges(const std::string& path, Reporter& reporter)
     const auto reader = std::make_shared<IGESCAFControl_Reader>();
     reader->SetColorMode(true);
     reader->SetNameMode(true);
-    reader->SetLayerMode(false);
+    reader->SetLayerMode(true);
     reader->SetReadVisible(true);
     reporter.stage("reading the file", 0.0, 0.3);
     checkComplete(MappedFile(path).bytes());

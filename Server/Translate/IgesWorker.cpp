@@ -11,13 +11,14 @@ Reading readFile(Exchange::Format format, const std::string& path, bool, Reporte
     return readIges(path, reporter);
 }
 
-void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter)
+void writeFile(Exchange::Format format, Kernel::XdeModel& model, const Writing& writing,
+               const std::string& path, Reporter& reporter)
 {
     if (format != Exchange::Format::Iges)
         throw Unreadable("is of a format that can't be written");
     refuseMeshes(model);
     reporter.stage("preparing the file", 0.1, 0.7);
-    writeIges(model, path, reporter);
+    writeIges(model, writing, path, reporter);
 }
 
 } // namespace Vs::Translate

@@ -2,15 +2,18 @@
 
 #include <IGESCAFControl_Writer.hxx>
 #include <IGESControl_Controller.hxx>
+#include <Interface_Static.hxx>
 
 namespace Vs::Translate {
 
-void writeIges(Kernel::XdeModel& model, const std::string& path, Reporter& reporter)
+void writeIges(Kernel::XdeModel& model, const Writing& writing, const std::string& path, Reporter& reporter)
 {
     IGESControl_Controller::Init();
+    Interface_Static::SetCVal("write.iges.unit", unitWord(writing).c_str());
     IGESCAFControl_Writer writer;
     writer.SetColorMode(true);
     writer.SetNameMode(true);
+    writer.SetLayerMode(true);
     const Handle(KernelProgress) progress = new KernelProgress(reporter);
     if (!writer.Transfer(model.document(), progress->Start()))
         throw Unreadable("can't be expressed as IGES");

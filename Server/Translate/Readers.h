@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Exchange/Format.h"
 #include "Server/DataModel/Kernel/XdeModel.h"
+#include "Server/DataModel/Translator.h"
 #include "Server/Translate/EarlyMeshing.h"
 #include "Server/Translate/Reporter.h"
 
@@ -37,6 +38,15 @@ struct Reading
     std::vector<std::shared_ptr<const BodyMesh>> meshes;
 };
 
+/// How a model is to be written.
+struct Writing
+{
+    TranslatorRefinement refinement; ///< Where triangles are written.
+    bool combine = false;            ///< All parts as one.
+    std::string unit = "mm";         ///< Of the file's lengths, where its format has any choice.
+    double unitSize = 1;             ///< That unit in millimetres.
+};
+
 // `readFile` and `writeFile` are what a worker program does: each defines them for its own formats, so that
 // it links, and loads at its start, nothing of the others.
 
@@ -44,16 +54,29 @@ struct Reading
 Reading readFile(Exchange::Format format, const std::string& path, bool annotations, Reporter& reporter);
 
 /// Writes the model to a file. Throws Unreadable with the cause.
-void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter);
+void writeFile(Exchange::Format format, Kernel::XdeModel& model, const Writing& writing,
+               const std::string& path, Reporter& reporter);
 
 Reading readStep(const std::string& path, bool annotations, Reporter& reporter);
 Reading readIges(const std::string& path, Reporter& reporter);
 Reading readBrep(const std::string& path, Reporter& reporter);
 Reading readStl(const std::string& path, Reporter& reporter);
+Reading readObj(const std::string& path, Reporter& reporter);
+Reading readGltf(const std::string& path, bool binary, Reporter& reporter);
+Reading readVrml(const std::string& path, Reporter& reporter);
 
-void writeStep(Kernel::XdeModel& model, const std::string& path, Reporter& reporter);
-void writeIges(Kernel::XdeModel& model, const std::string& path, Reporter& reporter);
+void writeStep(Kernel::XdeModel& model, const Writing& writing, const std::string& path, Reporter& reporter);
+void writeIges(Kernel::XdeModel& model, const Writing& writing, const std::string& path, Reporter& reporter);
 void writeBrep(Kernel::XdeModel& model, const std::string& path);
+void writeObj(Kernel::XdeModel& model, const Writing& writing, const std::string& path, Reporter& reporter);
+void writeGltf(Kernel::XdeModel& model, const Writing& writing, bool binary, const std::string& path,
+               Reporter& reporter);
+
+/// The unit of the file's lengths as the kernel's writers of exact formats call it.
+std::string unitWord(const Writing& writing);
+
+/// Puts one part that has all others' shapes and colours, in their places, in place of the model's tree.
+void combineParts(Kernel::XdeModel& model, const std::string& name);
 
 /// Throws if a face has triangles but no surface: the exact formats have no place for such, and the kernel
 /// dies of it.

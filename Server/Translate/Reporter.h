@@ -20,6 +20,8 @@ public:
     void progress(double fraction);
     void warning(const std::string& text) { send({Exchange::WorkerMessage::Kind::Warning, 0, text}); }
     void error(const std::string& text) { send({Exchange::WorkerMessage::Kind::Error, 0, text}); }
+    /// The file isn't complete by itself.
+    void dependsOnOthers() { send({Exchange::WorkerMessage::Kind::Others, 0, {}}); }
     void done() { send({Exchange::WorkerMessage::Kind::Done, 1, {}}); }
 
 private:

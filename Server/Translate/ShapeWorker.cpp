@@ -16,7 +16,8 @@ Reading readFile(Exchange::Format format, const std::string& path, bool, Reporte
     }
 }
 
-void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter)
+void writeFile(Exchange::Format format, Kernel::XdeModel& model, const Writing&, const std::string& path,
+               Reporter& reporter)
 {
     if (format != Exchange::Format::Brep)
         throw Unreadable("is of a format that can't be written");

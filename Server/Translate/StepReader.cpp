@@ -77,7 +77,7 @@ Reading readStep(const std::string& path, bool annotations, Reporter& reporter)
     reader->SetColorMode(true);
     reader->SetNameMode(true);
     reader->SetGDTMode(false);
-    reader->SetLayerMode(false);
+    reader->SetLayerMode(true);
     reader->SetPropsMode(false);
 
     bool annotated = false, tessellated = false;

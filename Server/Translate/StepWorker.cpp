@@ -11,13 +11,14 @@ Reading readFile(Exchange::Format format, const std::string& path, bool annotati
     return readStep(path, annotations, reporter);
 }
 
-void writeFile(Exchange::Format format, Kernel::XdeModel& model, const std::string& path, Reporter& reporter)
+void writeFile(Exchange::Format format, Kernel::XdeModel& model, const Writing& writing,
+               const std::string& path, Reporter& reporter)
 {
     if (format != Exchange::Format::Step)
         throw Unreadable("is of a format that can't be written");
     refuseMeshes(model);
     reporter.stage("preparing the file", 0.1, 0.7);
-    writeStep(model, path, reporter);
+    writeStep(model, writing, path, reporter);
 }
 
 } // namespace Vs::Translate

@@ -25,6 +25,6 @@ std::vector<StlSolid> parseStl(std::string_view bytes, Reporter& reporter,
 
 /// Joins corners of equal coordinates to one node for the kernel, and makes the mesh that is shown: smooth
 /// where triangles meet at less than 30 degrees, with an edge line where they meet at more.
-Handle(Poly_Triangulation) joinTriangles(const StlSolid& solid, BodyMesh& mesh);
+Handle(Poly_Triangulation) triangulate(const StlSolid& solid, BodyMesh& mesh);
 
 } // namespace Vs::Translate

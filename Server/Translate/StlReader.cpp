@@ -23,7 +23,7 @@ Reading readStl(const std::string& path, Reporter& reporter)
         if (solid.corners.empty())
             continue;
         auto mesh = std::make_shared<BodyMesh>();
-        const Handle(Poly_Triangulation) triangulation = joinTriangles(solid, *mesh);
+        const Handle(Poly_Triangulation) triangulation = triangulate(solid, *mesh);
         TopoDS_Face face;
         BRep_Builder().MakeFace(face, triangulation);
         const TDF_Label label = tool->AddShape(face, false, false);

@@ -2,7 +2,8 @@
 // that goes. It may crash or be killed at any time; nothing of the program goes with it.
 //
 //     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--memory=BYTES]
-//     quillet-translate-FAMILY export FORMAT DATA FILE [--memory=BYTES]
+//     quillet-translate-FAMILY export FORMAT DATA FILE [--refine=DEGREES,FRACTION,RATIO,PERCENT] [--combine]
+//         [--unit=NAME,MILLIMETRES] [--memory=BYTES]
 //     quillet-translate-FAMILY standby    (and then one of these, on standard input)
 
 #include "Server/DataModel/Exchange/WorkerProcess.h"
@@ -11,6 +12,8 @@
 
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
+
+#include <boost/algorithm/string/case_conv.hpp>
 
 #include <algorithm>
 #include <csignal>
@@ -30,6 +33,11 @@ std::string stemOf(const std::string& path)
     return std::filesystem::path(path).stem().string();
 }
 
+std::string unitWord(const Writing& writing)
+{
+    return writing.unit == "in" ? "INCH" : boost::to_upper_copy(writing.unit);
+}
+
 namespace {
 
 void limitMemory(rlim_t bytes)
@@ -47,15 +55,32 @@ void limitMemory(rlim_t bytes)
     setrlimit(RLIMIT_CORE, &none);
 }
 
-void exportFile(Exchange::Format format, const std::string& data, const std::string& path, Reporter& reporter)
+void exportFile(Exchange::Format format, const std::string& data, const Writing& writing,
+                const std::string& path, Reporter& reporter)
 {
     reporter.stage("reading the model", 0.0, 0.1);
     const MappedFile file(data);
     Kernel::XdeModel model(file.bytes());
-    writeFile(format, model, path, reporter);
+    if (writing.combine)
+        combineParts(model, stemOf(path));
+    writeFile(format, model, writing, path, reporter);
 }
 
-int run(const std::vector<std::string>& words, bool annotations)
+void readRefinement(const char* text, TranslatorRefinement& refinement)
+{
+    std::sscanf(text, "%f,%f,%f,%f", &refinement.normalDeviation, &refinement.surfaceDeviation,
+                &refinement.maximumAspectRatio, &refinement.maximumEdgeLength);
+}
+
+void readUnit(const std::string& text, Writing& writing)
+{
+    const size_t comma = text.find(',');
+    writing.unit = text.substr(0, comma);
+    if (comma != std::string::npos)
+        writing.unitSize = std::strtod(text.c_str() + comma + 1, nullptr);
+}
+
+int run(const std::vector<std::string>& words, bool annotations, const Writing& writing)
 {
     Reporter reporter;
     const Exchange::Format format = Exchange::formatOfKey(words[1]);
@@ -63,7 +88,7 @@ int run(const std::vector<std::string>& words, bool annotations)
         if (words[0] == "import")
             importFile(format, words[2], words[3], annotations, reporter);
         else
-            exportFile(format, words[2], words[3], reporter);
+            exportFile(format, words[2], writing, words[3], reporter);
         reporter.done();
         return 0;
     } catch (const std::bad_alloc&) {
@@ -107,11 +132,18 @@ int main(int argc, char** argv)
     std::vector<std::string> words;
     bool annotations = true;
     rlim_t memory = 0;
+    Vs::Translate::Writing writing;
     for (const std::string& argument : arguments) {
         if (argument == "--no-annotations")
             annotations = false;
         else if (argument.starts_with("--memory="))
             memory = std::strtoull(argument.c_str() + 9, nullptr, 10);
+        else if (argument == "--combine")
+            writing.combine = true;
+        else if (argument.starts_with("--refine="))
+            Vs::Translate::readRefinement(argument.c_str() + 9, writing.refinement);
+        else if (argument.starts_with("--unit="))
+            Vs::Translate::readUnit(argument.substr(7), writing);
         else
             words.push_back(argument);
     }
@@ -121,5 +153,5 @@ int main(int argc, char** argv)
     }
     Vs::Translate::limitMemory(memory);
     // Taking the kernel's structures apart takes long, and the system does it at once.
-    std::_Exit(Vs::Translate::run(words, annotations));
+    std::_Exit(Vs::Translate::run(words, annotations, writing));
 }

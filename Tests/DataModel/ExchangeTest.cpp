@@ -341,14 +341,18 @@ TEST_F(ExchangeTest, TheRecogniserListsWhatCanBeOpenedAndSaved)
     TranslatorFileRecognizer recognizer("", false);
     EXPECT_FALSE(recognizer.hasAvailableTranslator());
     recognizer.recognize();
-    EXPECT_EQ(recognizer.fileExtensions(), L"*.stp;*.step;*.igs;*.iges;*.brep;*.brp;*.stl");
-    EXPECT_EQ(recognizer.fileFilter(), L"STEP Files (*.stp *.step);;IGES Files (*.igs *.iges);;"
-                                       L"BREP Files (*.brep *.brp);;STL Files (*.stl)");
+    EXPECT_EQ(recognizer.fileExtensions(),
+              L"*.stp;*.step;*.igs;*.iges;*.brep;*.brp;*.stl;*.obj;*.gltf;*.glb;*.wrl;*.vrml");
+    EXPECT_EQ(recognizer.fileFilter(),
+              L"STEP Files (*.stp *.step);;IGES Files (*.igs *.iges);;"
+              L"BREP Files (*.brep *.brp);;STL Files (*.stl);;OBJ Files (*.obj);;"
+              L"glTF Files (*.gltf);;glTF Binary Files (*.glb);;VRML Files (*.wrl *.vrml)");
     EXPECT_EQ(recognizer.translator(L"/a/b.StEp")->identifier(), "StepTranslator");
     EXPECT_EQ(recognizer.translator(L"/a/b.tdsn"), nullptr);
     EXPECT_EQ(recognizer.translator(L".stp"), nullptr);
     TranslatorFileRecognizer forSave("TestAssetType", true);
     forSave.recognize();
     EXPECT_EQ(forSave.translator(L"x.dwg"), nullptr);
+    EXPECT_EQ(forSave.translator(L"x.wrl"), nullptr);
     EXPECT_EQ(forSave.translator(L"x.STL")->identifier(), "StlTranslator");
 }

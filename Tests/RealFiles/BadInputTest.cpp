@@ -96,7 +96,8 @@ TEST(BadInput, OddFilesOfTheRealDataAreRefusedByName)
 TEST(BadInput, EmptyFilesAndGarbageOfEveryFormatAreRefusedByName)
 {
     const ScratchFolder scratch;
-    for (const char* suffix : {".step", ".stp", ".iges", ".igs", ".brep", ".stl"}) {
+    for (const char* suffix :
+         {".step", ".stp", ".iges", ".igs", ".brep", ".stl", ".obj", ".gltf", ".glb", ".wrl"}) {
         expectRefusedByName(scratch.write(std::string("empty") + suffix, ""));
         expectRefusedByName(scratch.write(std::string("garbage") + suffix, garbage(5000)));
         expectRefusedByName(scratch.write(std::string("text") + suffix, "Dear reader,\nthis is a letter.\n"));

@@ -45,6 +45,45 @@ bool isBinaryStl(std::string_view head, uint64_t size)
     return size == 84 + uint64_t(triangles) * 50;
 }
 
+// One JSON object with at least one of the members that a glTF file is made of; it may begin with any of
+// them.
+bool isGltf(std::string_view head)
+{
+    static constexpr std::string_view kMembers[] = {"\"asset\"",   "\"accessors\"", "\"bufferViews\"",
+                                                    "\"buffers\"", "\"meshes\"",    "\"nodes\"",
+                                                    "\"scene\"",   "\"scenes\""};
+    return beginsWith(head, "{") && std::any_of(std::begin(kMembers), std::end(kMembers), [&](auto member) {
+               return head.find(member) != std::string_view::npos;
+           });
+}
+
+// An OBJ file has no mark of its own, but each of its lines begins with one of a few words.
+bool isObj(std::string_view head)
+{
+    static constexpr std::string_view kWords[] = {"v", "vt", "vn", "vp", "f",      "o",      "g",
+                                                  "s", "l",  "p",  "mg", "mtllib", "usemtl", "lod"};
+    if (head.find('\0') != std::string_view::npos)
+        return false;
+    bool any = false;
+    while (!head.empty()) {
+        const size_t end = head.find('\n');
+        std::string_view line = head.substr(0, end);
+        // The last line may be cut off by the end of what was looked at.
+        if (end == std::string_view::npos && any)
+            break;
+        head.remove_prefix(end == std::string_view::npos ? head.size() : end + 1);
+        const size_t begin = line.find_first_not_of(" \t\r");
+        if (begin == std::string_view::npos || line[begin] == '#')
+            continue;
+        line.remove_prefix(begin);
+        const std::string_view word = line.substr(0, line.find_first_of(" \t\r"));
+        if (std::find(std::begin(kWords), std::end(kWords), word) == std::end(kWords))
+            return false;
+        any = true;
+    }
+    return any;
+}
+
 } // namespace
 
 Format formatOfContent(std::string_view head, uint64_t size)
@@ -61,6 +100,14 @@ Format formatOfContent(std::string_view head, uint64_t size)
         return Format::Brep;
     if (beginsWith(head, "solid"))
         return Format::Stl;
+    if (head.starts_with("glTF"))
+        return Format::Glb;
+    if (beginsWith(head, "#vrml"))
+        return Format::Vrml;
+    if (isGltf(head))
+        return Format::Gltf;
+    if (isObj(head))
+        return Format::Obj;
     return Format::Unknown;
 }
 

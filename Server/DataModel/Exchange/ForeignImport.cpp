@@ -101,8 +101,9 @@ bool ForeignImport::finish(ImportCache& cache)
     switch (m_worker->end()) {
     case Worker::End::Done:
         try {
-            if (m_withoutAnnotations) {
-                // Not kept: the next kernel may read what this one can't.
+            if (m_withoutAnnotations || m_worker->dependsOnOthers()) {
+                // Not kept: the next kernel may read what this one can't, and the key knows nothing of other
+                // files.
                 auto model = ModelFile::open(m_scratch);
                 std::filesystem::remove(m_scratch, ignored);
                 takeModel(std::move(model));

@@ -13,9 +13,17 @@ class ImportCache;
 class ForeignTranslator : public Implements<ForeignTranslator, Translator>
 {
 public:
+    /// How the files of a format are written.
+    enum class Save {
+        None,
+        Mesh,      ///< By this program, from the meshes that are shown.
+        Worker,    ///< By the worker, as one file.
+        Companions ///< By the worker, which may write more than one file.
+    };
     struct Row
     {
         Format format;
+        Save save;
         const char* identifier;
         const wchar_t* name;
         std::vector<std::wstring> extensions;
@@ -27,7 +35,7 @@ public:
     const std::wstring& name() const override { return m_name; }
     const std::vector<std::wstring>& extensions() const override { return m_row.extensions; }
     bool canOpen() const override { return true; }
-    bool canSave(const std::string&) const override { return true; }
+    bool canSave(const std::string&) const override { return m_row.save != Save::None; }
 
     bool open(TranslatorOpenOptions& options, TranslatorContext& context, Status& status) override;
     bool save(TranslatorSaveOptions& options, TranslatorContext& context, Status& status) override;
@@ -36,7 +44,7 @@ public:
     static const std::vector<Translator*>& all();
 
 private:
-    bool saveByWorker(const Asset& asset, const std::wstring& path, Status& status) const;
+    bool saveByWorker(const Asset& asset, TranslatorSaveOptions& options, Status& status) const;
 
     const Row& m_row;
     std::string m_identifier;

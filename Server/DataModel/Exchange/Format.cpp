@@ -21,6 +21,10 @@ const FormatRow kFormats[] = {
     {Format::Iges, L"IGES", "iges", "quillet-translate-iges", {L".igs", L".iges"}},
     {Format::Brep, L"BREP", "brep", "quillet-translate-shape", {L".brep", L".brp"}},
     {Format::Stl, L"STL", "stl", "quillet-translate-shape", {L".stl"}},
+    {Format::Obj, L"OBJ", "obj", "quillet-translate-mesh", {L".obj"}},
+    {Format::Gltf, L"glTF", "gltf", "quillet-translate-mesh", {L".gltf"}},
+    {Format::Glb, L"GLB", "glb", "quillet-translate-mesh", {L".glb"}},
+    {Format::Vrml, L"VRML", "vrml", "quillet-translate-vrml", {L".wrl", L".vrml"}},
 };
 
 const FormatRow* rowOf(Format format)

@@ -5,7 +5,7 @@
 
 namespace Vs::Exchange {
 
-enum class Format { Unknown, Step, Iges, Brep, Stl };
+enum class Format { Unknown, Step, Iges, Brep, Stl, Obj, Gltf, Glb, Vrml };
 
 /// By the suffix, in any case.
 Format formatOfName(const std::wstring& path);

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 namespace {
 
 // Part of every key. Goes up whenever the same file would give another model.
-constexpr const char* kReader = "1-" QUILLET_KERNEL_VERSION;
+constexpr const char* kReader = "2-" QUILLET_KERNEL_VERSION;
 constexpr const char* kSuffix = ".model";
 constexpr const char* kScratchSuffix = ".part";
 constexpr auto kScratchAge = std::chrono::hours(24);

@@ -4,6 +4,7 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Exchange/NewFile.h"
 #include "Server/DataModel/Model/ModelBody.h"
+#include "Server/Types/LengthUnit.h"
 
 #include <cmath>
 #include <cstdint>
@@ -82,7 +83,7 @@ struct FileCloser
 } // namespace
 
 bool writeStl(const Component& root, const std::wstring& path, const TranslatorRefinement& refinement,
-              const std::function<bool(double)>& watch, Status& status)
+              const LengthUnit& unit, const std::function<bool(double)>& watch, Status& status)
 {
     const auto fault = [&](const std::wstring& cause) {
         status.addError(L"\"" + path + L"\" can't be written: " + cause + L".");
@@ -90,7 +91,8 @@ bool writeStl(const Component& root, const std::wstring& path, const TranslatorR
     };
     try {
         std::vector<Occurrence> occurrences;
-        collect(root, {}, occurrences);
+        const double scale = 1 / unit.millimetres;
+        collect(root, GkMatrix3d::scaling(scale), occurrences);
         std::map<const Body*, std::shared_ptr<const BodyMesh>> meshes;
         uint64_t triangles = 0;
         for (size_t i = 0; i < occurrences.size(); ++i) {
@@ -107,7 +109,8 @@ bool writeStl(const Component& root, const std::wstring& path, const TranslatorR
 
         NewFile file(path);
         const std::unique_ptr<std::FILE, FileCloser> stream(std::fopen(file.scratch().c_str(), "wbe"));
-        char header[kHeaderSize] = "Quillet, millimetres";
+        char header[kHeaderSize] = {};
+        std::snprintf(header, sizeof header, "Quillet, %ls", unit.name);
         const auto count = static_cast<uint32_t>(triangles);
         std::memcpy(header + 80, &count, sizeof count);
         if (!stream || std::fwrite(header, sizeof header, 1, stream.get()) != 1)

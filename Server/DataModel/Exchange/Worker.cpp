@@ -110,6 +110,9 @@ void Worker::readMessages()
         case WorkerMessage::Kind::Error:
             m_error = message->text;
             break;
+        case WorkerMessage::Kind::Others:
+            m_dependsOnOthers = true;
+            break;
         case WorkerMessage::Kind::Done:
             m_done = true;
             break;

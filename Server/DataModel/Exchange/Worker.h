@@ -56,6 +56,8 @@ public:
     /// What it is doing, or was doing when it ended: "reading the file".
     const std::string& step() const { return m_step; }
     const std::vector<std::string>& warnings() const { return m_warnings; }
+    /// Whether what it made depends on other files than the one that it was given.
+    bool dependsOnOthers() const { return m_dependsOnOthers; }
     /// The cause of any end but Done, as a clause without a subject's name: "the reader crashed (segmentation
     /// fault) while transferring shapes". UTF-8.
     const std::string& fault() const { return m_fault; }
@@ -86,6 +88,7 @@ private:
     WorkerProcess m_process;
     WorkerMessageReader m_reader;
     bool m_done = false;
+    bool m_dependsOnOthers = false;
     double m_fraction = 0;
     std::string m_step = "starting";
     std::string m_error;

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/Mesher.h"
+#include "Server/DataModel/Kernel/TriangleLimits.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include <Quantity_ColorRGBA.hxx>
@@ -10,6 +11,7 @@
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
+#include <BinDrivers_DocumentStorageDriver.hxx>
 #include <BinXCAFDrivers.hxx>
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
@@ -152,6 +154,11 @@ void XdeModel::write(std::ostream& stream)
 {
     guarded([&] {
         const std::lock_guard lock(applicationMutex());
+        // Normals that came with triangles can't be had again from anywhere else.
+        const auto driver =
+            Handle(BinDrivers_DocumentStorageDriver)::DownCast(application()->WriterFromFormat("BinXCAF"));
+        if (!driver.IsNull())
+            driver->SetWithNormals(application()->MessageDriver(), true);
         const PCDM_StoreStatus status = application()->SaveAs(m_document, stream);
         if (status != PCDM_SS_OK || !stream)
             throw std::runtime_error("the model's data can't be written (reason " + std::to_string(status) +
@@ -176,7 +183,9 @@ std::shared_ptr<const BodyMesh> XdeModel::mesh(const std::string& entry,
         meshShape(shape, refinement);
         if (!hasTriangles(shape))
             shape = bodyShape(label);
-        return std::make_shared<const BodyMesh>(extractMesh(shape, bodyColours(label)));
+        auto mesh = std::make_shared<BodyMesh>(extractMesh(shape, bodyColours(label)));
+        limitTriangles(*mesh, refinement);
+        return std::shared_ptr<const BodyMesh>(std::move(mesh));
     });
 }
 

@@ -1,0 +1,164 @@
+#include "Server/Translate/KernelMessages.h"
+#include "Server/Translate/MappedFile.h"
+#include "Server/Translate/MeshParts.h"
+
+#include <RWGltf_CafReader.hxx>
+#include <RWObj_CafReader.hxx>
+#include <Standard_Failure.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <TDataStd_Name.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <new>
+
+namespace Vs::Translate {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double kMillimetre = 0.001;
+
+// What happens in the kernel's threads comes out of them under another type, with the old one's name in its
+// text.
+bool perform(RWMesh_CafReader& reader, const std::string& path, const Message_ProgressRange& progress)
+{
+    try {
+        return reader.Perform(path.c_str(), progress);
+    } catch (const Standard_Failure& failure) {
+        if (std::strstr(failure.GetMessageString(), "OutOfMemory"))
+            throw std::bad_alloc();
+        throw;
+    }
+}
+
+Reading readMesh(RWMesh_CafReader& reader, const char* format, const std::string& path,
+                 const std::string& ifEmpty, Reporter& reporter)
+{
+    Reading reading;
+    reading.model = std::make_unique<Kernel::XdeModel>();
+    reading.ifEmpty = ifEmpty;
+    reader.SetDocument(reading.model->document());
+    reader.SetSystemLengthUnit(kMillimetre);
+    reader.SetSystemCoordinateSystem(RWMesh_CoordinateSystem_Zup);
+    const KernelMessages messages;
+    const Handle(KernelProgress) progress = new KernelProgress(reporter);
+    const bool complete = perform(reader, path, progress->Start());
+    reporter.stage("making the parts", 0.7, 0.95);
+    const auto invalid = [&] {
+        return Unreadable(std::string("isn't a valid ") + format + " file: " + firstOf(messages.faults()));
+    };
+    if (!complete && messages.faults().empty())
+        throw Unreadable(std::string("isn't a valid ") + format + " file");
+    if (!complete)
+        throw invalid();
+    try {
+        takeMeshes(reading, reporter);
+    } catch (const Unreadable&) {
+        if (!messages.faults().empty())
+            throw invalid();
+        throw;
+    }
+    if (!messages.faults().empty())
+        reading.warnings.push_back("is damaged, and parts of it were left out: " +
+                                   firstOf(messages.faults()));
+    std::vector<std::string> remarks;
+    for (const std::string& remark : messages.remarks())
+        // That polygons become triangles, say, is nothing to worry about.
+        if (remark.find("not found") != std::string::npos || remark.find("unsupported") != std::string::npos)
+            remarks.push_back(remark);
+    if (!remarks.empty())
+        reading.warnings.push_back("couldn't be read as it is meant: " + firstOf(remarks));
+    return reading;
+}
+
+// The kernel names the root of several groups after the file; a person knows it without its suffix.
+void nameRoots(const Handle(TDocStd_Document) & document, const std::string& path)
+{
+    TDF_LabelSequence roots;
+    XCAFDoc_DocumentTool::ShapeTool(document->Main())->GetFreeShapes(roots);
+    const TCollection_ExtendedString file(fs::path(path).filename().c_str(), true);
+    for (const TDF_Label& root : roots) {
+        Handle(TDataStd_Name) name;
+        if (root.FindAttribute(TDataStd_Name::GetID(), name) && name->Get() == file)
+            name->Set(TCollection_ExtendedString(stemOf(path).c_str(), true));
+    }
+}
+
+// Whether a file that another refers to lies in that one's folder or below it.
+bool isInside(const fs::path& folder, const fs::path& file)
+{
+    const fs::path relative = fs::weakly_canonical(file).lexically_relative(fs::weakly_canonical(folder));
+    return !relative.empty() && *relative.begin() != "..";
+}
+
+bool holds(std::string_view text, std::string_view word)
+{
+    return text.find(word) != std::string_view::npos;
+}
+
+// A GLB file begins with "glTF", its version and its length, each of four bytes.
+void checkComplete(std::string_view bytes)
+{
+    constexpr size_t kHeader = 12, kLengthPlace = 8;
+    uint32_t told = 0;
+    if (bytes.size() >= kHeader)
+        std::memcpy(&told, bytes.data() + kLengthPlace, sizeof told);
+    if (bytes.size() < std::max<size_t>(kHeader, told))
+        throw Unreadable("is cut off: of " + std::to_string(told) + " bytes, " +
+                         std::to_string(told - std::min<size_t>(told, bytes.size())) + " are missing");
+}
+
+} // namespace
+
+Reading readObj(const std::string& path, Reporter& reporter)
+{
+    reporter.stage("reading the file", 0.0, 0.7);
+    const Handle(RWObj_CafReader) reader = new RWObj_CafReader;
+    // Coordinates have no unit; as nearly everybody does, they are taken for millimetres with y upwards.
+    reader->SetFileLengthUnit(kMillimetre);
+    Reading reading = readMesh(*reader, "OBJ", path, "holds no triangles", reporter);
+    nameRoots(reading.model->document(), path);
+    const MappedFile file(path);
+    if (holds(file.bytes(), "mtllib"))
+        reporter.dependsOnOthers();
+    if (file.bytes().back() != '\n')
+        reading.warnings.push_back("ends in the middle of a line, and may be cut off");
+    return reading;
+}
+
+Reading readGltf(const std::string& path, bool binary, Reporter& reporter)
+{
+    reporter.stage("reading the file", 0.0, 0.7);
+    std::string ifEmpty = "holds no triangles";
+    {
+        const MappedFile file(path);
+        if (binary)
+            checkComplete(file.bytes());
+        for (const char* extension : {"KHR_draco_mesh_compression", "EXT_meshopt_compression"})
+            if (holds(file.bytes(), extension))
+                ifEmpty = std::string("is compressed with ") + extension + ", which can't be read";
+    }
+    const Handle(RWGltf_CafReader) probe = new RWGltf_CafReader;
+    {
+        // What the file refers to is known before anything of that is read.
+        const KernelMessages unheard;
+        probe->ProbeHeader(path.c_str());
+    }
+    for (int i = 1; i <= probe->ExternalFiles().Extent(); ++i) {
+        const std::string file = probe->ExternalFiles()(i).ToCString();
+        if (!isInside(fs::path(path).parent_path(), file))
+            throw Unreadable("refers to a file outside of its own folder, " + file);
+    }
+    if (!probe->ExternalFiles().IsEmpty())
+        reporter.dependsOnOthers();
+    const Handle(RWGltf_CafReader) reader = new RWGltf_CafReader;
+    reader->SetParallel(true);
+    return readMesh(*reader, binary ? "GLB" : "glTF", path, ifEmpty, reporter);
+}
+
+} // namespace Vs::Translate

@@ -1,0 +1,36 @@
+// The worker for the formats that hold triangles with names, colours and structure: OBJ and glTF.
+
+#include "Server/Translate/Readers.h"
+
+namespace Vs::Translate {
+
+using Exchange::Format;
+
+Reading readFile(Format format, const std::string& path, bool, Reporter& reporter)
+{
+    switch (format) {
+    case Format::Obj:
+        return readObj(path, reporter);
+    case Format::Gltf:
+    case Format::Glb:
+        return readGltf(path, format == Format::Glb, reporter);
+    default:
+        throw Unreadable("is of a format that can't be read");
+    }
+}
+
+void writeFile(Format format, Kernel::XdeModel& model, const Writing& writing, const std::string& path,
+               Reporter& reporter)
+{
+    switch (format) {
+    case Format::Obj:
+        return writeObj(model, writing, path, reporter);
+    case Format::Gltf:
+    case Format::Glb:
+        return writeGltf(model, writing, format == Format::Glb, path, reporter);
+    default:
+        throw Unreadable("is of a format that can't be written");
+    }
+}
+
+} // namespace Vs::Translate

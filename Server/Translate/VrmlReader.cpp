@@ -1,0 +1,216 @@
+#include "Server/Translate/MappedFile.h"
+#include "Server/Translate/MeshParts.h"
+
+#include <Quantity_ColorRGBA.hxx>
+
+#include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepPrimAPI_MakeCone.hxx>
+#include <BRepPrimAPI_MakeCylinder.hxx>
+#include <BRepPrimAPI_MakeSphere.hxx>
+#include <TDataStd_Name.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS_Shape.hxx>
+#include <VrmlData_Appearance.hxx>
+#include <VrmlData_Box.hxx>
+#include <VrmlData_Cone.hxx>
+#include <VrmlData_Cylinder.hxx>
+#include <VrmlData_Group.hxx>
+#include <VrmlData_Material.hxx>
+#include <VrmlData_Scene.hxx>
+#include <VrmlData_ShapeNode.hxx>
+#include <VrmlData_Sphere.hxx>
+#include <XCAFDoc_ColorTool.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <gp.hxx>
+
+#include <filesystem>
+#include <istream>
+#include <map>
+#include <numbers>
+
+namespace Vs::Translate {
+
+namespace {
+
+constexpr double kMillimetresInMetre = 1000;
+
+const char* faultText(VrmlData_ErrorStatus status)
+{
+    switch (status) {
+    case VrmlData_EndOfFile:
+        return "it ends too early";
+    case VrmlData_NumericInputError:
+    case VrmlData_IrrelevantNumber:
+    case VrmlData_NonPositiveSize:
+        return "a number is wrong";
+    case VrmlData_NodeNameUnknown:
+        return "it uses a node that it hasn't defined";
+    case VrmlData_CannotOpenFile:
+        return "a file that it refers to can't be opened";
+    default:
+        return "it can't be understood";
+    }
+}
+
+// The kernel gives the simple solids as shells whose faces don't agree on what is outside; they are made
+// anew.
+TopoDS_Shape shapeOf(const Handle(VrmlData_Geometry) & geometry)
+{
+    const auto standing = [](double height) { return gp_Ax2(gp_Pnt(0, -height / 2, 0), gp::DY()); };
+    if (const auto box = Handle(VrmlData_Box)::DownCast(geometry); !box.IsNull()) {
+        const gp_XYZ& size = box->Size();
+        return BRepPrimAPI_MakeBox(gp_Pnt(size / -2), size.X(), size.Y(), size.Z()).Shape();
+    }
+    if (const auto sphere = Handle(VrmlData_Sphere)::DownCast(geometry); !sphere.IsNull())
+        return BRepPrimAPI_MakeSphere(sphere->Radius()).Shape();
+    if (const auto cylinder = Handle(VrmlData_Cylinder)::DownCast(geometry); !cylinder.IsNull())
+        return BRepPrimAPI_MakeCylinder(standing(cylinder->Height()), cylinder->Radius(), cylinder->Height())
+            .Shape();
+    if (const auto cone = Handle(VrmlData_Cone)::DownCast(geometry); !cone.IsNull())
+        return BRepPrimAPI_MakeCone(standing(cone->Height()), cone->BottomRadius(), 0, cone->Height())
+            .Shape();
+    TopoDS_Shape shape;
+    shape.TShape(geometry->TShape());
+    return shape;
+}
+
+/// Builds an assembly tree from the nodes of a scene. A node that is used several times becomes one product
+/// with several occurrences.
+class SceneBuilder
+{
+public:
+    explicit SceneBuilder(const Handle(TDocStd_Document) & document)
+        : m_shapes(XCAFDoc_DocumentTool::ShapeTool(document->Main())),
+          m_colours(XCAFDoc_DocumentTool::ColorTool(document->Main()))
+    {
+    }
+
+    void build(const VrmlData_Scene& scene, const std::string& name)
+    {
+        std::vector<Placed> parts;
+        for (VrmlData_Scene::Iterator each(scene.GetIterator()); each.More(); each.Next())
+            if (const Placed part = visit(each.Value(), 0); !part.product.IsNull())
+                parts.push_back(part);
+        if (parts.empty())
+            return;
+        // The format's up is y, ours is z.
+        gp_Trsf upright;
+        upright.SetRotation(gp::OX(), std::numbers::pi / 2);
+        addAssembly(parts, upright, name);
+        m_shapes->UpdateAssemblies();
+    }
+
+private:
+    static constexpr int kDeepest = 500;
+
+    struct Placed
+    {
+        TDF_Label product;
+        gp_Trsf motion;
+        std::string name;
+    };
+
+    TDF_Label addAssembly(const std::vector<Placed>& parts, const gp_Trsf& motion, const std::string& name)
+    {
+        const TDF_Label assembly = m_shapes->NewShape();
+        giveName(assembly, name);
+        for (const Placed& part : parts)
+            giveName(m_shapes->AddComponent(assembly, part.product, TopLoc_Location(motion * part.motion)),
+                     part.name);
+        return assembly;
+    }
+
+    Placed visit(const Handle(VrmlData_Node) & node, int depth)
+    {
+        if (node.IsNull() || depth > kDeepest)
+            return {};
+        const std::string name = node->Name() ? node->Name() : "";
+        if (const auto shape = Handle(VrmlData_ShapeNode)::DownCast(node); !shape.IsNull())
+            return {part(shape, name), gp_Trsf(), name};
+        const auto group = Handle(VrmlData_Group)::DownCast(node);
+        if (group.IsNull())
+            return {};
+        const auto known = m_groups.find(node.get());
+        if (known != m_groups.end())
+            return {known->second, group->GetTransform(), name};
+        std::vector<Placed> parts;
+        for (VrmlData_Group::Iterator each(group->NodeIterator()); each.More(); each.Next())
+            if (const Placed child = visit(each.Value(), depth + 1); !child.product.IsNull())
+                parts.push_back(child);
+        if (parts.empty())
+            return {};
+        // A transform around one thing only places it.
+        if (parts.size() == 1) {
+            if (!name.empty())
+                parts.front().name = name;
+            giveName(parts.front().product, parts.front().name);
+            return {parts.front().product, group->GetTransform() * parts.front().motion, parts.front().name};
+        }
+        return {m_groups[node.get()] = addAssembly(parts, gp_Trsf(), name), group->GetTransform(), name};
+    }
+
+    TDF_Label part(const Handle(VrmlData_ShapeNode) & node, const std::string& name)
+    {
+        if (node->Geometry().IsNull())
+            return {};
+        TDF_Label& known = m_parts[{node->Geometry().get(), node->Appearance().get()}];
+        if (!known.IsNull())
+            return known;
+        const TopoDS_Shape shape = shapeOf(node->Geometry());
+        if (shape.IsNull() || !TopExp_Explorer(shape, TopAbs_FACE).More())
+            return {};
+        known = m_shapes->AddShape(shape, false, false);
+        giveName(known, name);
+        if (!node->Appearance().IsNull() && !node->Appearance()->Material().IsNull()) {
+            const Handle(VrmlData_Material)& material = node->Appearance()->Material();
+            m_colours->SetColor(
+                known, Quantity_ColorRGBA(material->DiffuseColor(), float(1 - material->Transparency())),
+                XCAFDoc_ColorSurf);
+        }
+        return known;
+    }
+
+    void giveName(const TDF_Label& label, const std::string& name)
+    {
+        if (!name.empty())
+            TDataStd_Name::Set(label, TCollection_ExtendedString(name.c_str(), true));
+    }
+
+    Handle(XCAFDoc_ShapeTool) m_shapes;
+    Handle(XCAFDoc_ColorTool) m_colours;
+    std::map<std::pair<const void*, const void*>, TDF_Label> m_parts;
+    std::map<const void*, TDF_Label> m_groups;
+};
+
+} // namespace
+
+Reading readVrml(const std::string& path, Reporter& reporter)
+{
+    Reading reading;
+    reading.model = std::make_unique<Kernel::XdeModel>();
+    reporter.stage("reading the file", 0.0, 0.6);
+    VrmlData_Scene scene;
+    scene.SetLinearScale(kMillimetresInMetre);
+    scene.SetVrmlDir(std::filesystem::path(path).parent_path().c_str());
+    {
+        const MappedFile file(path);
+        if (file.bytes().starts_with("#VRML V1"))
+            throw Unreadable("is a VRML 1.0 file; only VRML 2.0 can be read");
+        if (file.bytes().find("Inline") != std::string_view::npos)
+            reporter.dependsOnOthers();
+        ReportingBuffer buffer(file.bytes(), reporter);
+        std::istream stream(&buffer);
+        scene << stream;
+    }
+    if (scene.Status() != VrmlData_StatusOK)
+        throw Unreadable("isn't a valid VRML file: line " + std::to_string(scene.GetLineError()) + ": " +
+                         faultText(scene.Status()));
+    reporter.stage("making the parts", 0.6, 0.95);
+    SceneBuilder(reading.model->document()).build(scene, stemOf(path));
+    reading.ifEmpty = "holds no triangles or solids";
+    takeMeshes(reading, reporter);
+    return reading;
+}
+
+} // namespace Vs::Translate

@@ -1,0 +1,19 @@
+// The worker for VRML files.
+
+#include "Server/Translate/Readers.h"
+
+namespace Vs::Translate {
+
+Reading readFile(Exchange::Format format, const std::string& path, bool, Reporter& reporter)
+{
+    if (format != Exchange::Format::Vrml)
+        throw Unreadable("is of a format that can't be read");
+    return readVrml(path, reporter);
+}
+
+void writeFile(Exchange::Format, Kernel::XdeModel&, const Writing&, const std::string&, Reporter&)
+{
+    throw Unreadable("is of a format that can't be written");
+}
+
+} // namespace Vs::Translate

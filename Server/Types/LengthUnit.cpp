@@ -1,0 +1,48 @@
+#include "Server/Types/LengthUnit.h"
+
+#include "Server/Base/OptionGroup.h"
+#include "Server/Base/Strings.h"
+
+namespace Vs {
+
+namespace {
+
+constexpr const char* kOption = "lengthUnit";
+
+OptionGroup& options()
+{
+    static auto* const group = new OptionGroup("Units");
+    return *group;
+}
+
+} // namespace
+
+const std::vector<LengthUnit>& LengthUnit::all()
+{
+    static const std::vector<LengthUnit> units = {
+        {"mm", L"millimetres", 1}, {"cm", L"centimetres", 10}, {"m", L"metres", 1000},
+        {"in", L"inches", 25.4},   {"ft", L"feet", 304.8},
+    };
+    return units;
+}
+
+const LengthUnit* LengthUnit::find(std::string_view key)
+{
+    for (const LengthUnit& unit : all())
+        if (key == unit.key)
+            return &unit;
+    return nullptr;
+}
+
+const LengthUnit& LengthUnit::display()
+{
+    const LengthUnit* chosen = find(Strings::narrow(options().value(kOption, std::wstring(L"mm"))));
+    return chosen ? *chosen : all().front();
+}
+
+void LengthUnit::display(const LengthUnit& unit)
+{
+    options().setValue(kOption, Strings::widen(unit.key));
+}
+
+} // namespace Vs
