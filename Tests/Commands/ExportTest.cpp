@@ -59,6 +59,39 @@ TEST_F(ExportTest, ASuffixThatNobodyWritesIsNamed)
     EXPECT_EQ(boxes().size(), 1u);
 }
 
+TEST_F(ExportTest, ADesignIsWrittenInEveryFormatThatATranslatorWrites)
+{
+    for (const wchar_t* name : {L"d.stp", L"d.igs", L"d.brep", L"d.stl", L"d.obj", L"d.gltf", L"d.glb"}) {
+        const std::wstring path = scratch(name);
+        answer(L"Design.Export " + path);
+        EXPECT_GT(boost::filesystem::file_size(path), 1000u) << path;
+        answer(L"Document.Open " + path);
+    }
+    EXPECT_EQ(documents(), 8u);
+    EXPECT_NE(failure(L"Design.Export " + scratch(L"d.wrl")).find(L"no translator writes"),
+              std::wstring::npos);
+    EXPECT_NE(failure(L"Design.Export " + scratch(L"d")).find(L"no translator writes"), std::wstring::npos);
+}
+
+TEST_F(ExportTest, TheRefinementOfADesignsExportIsCheckedAndKept)
+{
+    const auto size = [this](const std::wstring& words) {
+        const std::wstring path = scratch(L"r.stl");
+        answer(L"Design.Export " + path + L" " + words);
+        return boost::filesystem::file_size(path);
+    };
+    const auto usual = size(L"");
+    EXPECT_GT(size(L"5"), usual);
+    EXPECT_GT(size(L"20,0.001,21.5,10"), usual);
+    EXPECT_EQ(size(L"20,0.001,21.5,56.401283"), usual);
+    for (const wchar_t* wrong : {L"fine", L"20,-1", L"1,1,1,1,1", L"20,,3", L"nan"})
+        EXPECT_NE(failure(L"Design.Export " + scratch(L"w.stl") + L" " + wrong).find(L"is no refinement"),
+                  std::wstring::npos);
+    EXPECT_FALSE(boost::filesystem::exists(scratch(L"w.stl")));
+    EXPECT_EQ(answer(L"Design.Unit"), L"millimetres");
+    EXPECT_NE(failure(L"Design.Unit yard").find(L"is no unit"), std::wstring::npos);
+}
+
 TEST_F(ExportTest, AFolderThatIsNotThereFailsWithTheFilesName)
 {
     EXPECT_NE(failure(L"Asset.Export " + scratch(L"no/such/folder/model.stl")).find(L"model.stl"),

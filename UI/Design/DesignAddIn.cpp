@@ -3,6 +3,7 @@
 #include "UI/Base/ToolbarPersister.h"
 #include "UI/Design/DocumentKinds.h"
 #include "UI/Design/Environments.h"
+#include "UI/Design/ExportDesignCmd.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/OpenCmds.h"
 #include "UI/Design/PrimitiveCmds.h"
@@ -32,6 +33,7 @@ private:
 
     VeloraOpenDocumentCmdDef m_openDocumentCmdDef;
     VeloraImportCmdDef m_importCmdDef;
+    VeloraExportCmdDef m_exportCmdDef;
     BoxCmdDef m_boxCmdDef;
     CylinderCmdDef m_cylinderCmdDef;
     SphereCmdDef m_sphereCmdDef;
