@@ -58,14 +58,23 @@ OpenSection::OpenSection(QWidget* parent) : TileSection(text("HomeOpenDocuments"
     fill();
     Vs::DocumentEventSource::get()->subscribe(this);
     SessionEventSource::get()->subscribe(this);
-    WorkspaceEventSource::get()->subscribe(this);
 }
 
 OpenSection::~OpenSection()
 {
     Vs::DocumentEventSource::get()->unsubscribe(this);
     SessionEventSource::get()->unsubscribe(this);
-    WorkspaceEventSource::get()->unsubscribe(this);
+}
+
+void OpenSection::paintEvent(QPaintEvent* event)
+{
+    TileSection::paintEvent(event);
+    if (m_painted)
+        return;
+    // The first picture that is drawn without a window brings the graphics up, for which nobody should have
+    // to look at an empty page.
+    m_painted = true;
+    QTimer::singleShot(0, this, [this] { drawNext(0); });
 }
 
 void OpenSection::fillSoon()
@@ -78,7 +87,8 @@ void OpenSection::fillSoon()
     QTimer::singleShot(0, this, [this] {
         m_filling = false;
         fill();
-        drawNext(0);
+        if (m_painted)
+            drawNext(0);
     });
 }
 

@@ -2,7 +2,6 @@
 
 #include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/SessionEvents.h"
-#include "UI/Base/WorkspaceEvents.h"
 #include "UI/Commands/Home/TileSection.h"
 
 namespace Vu {
@@ -13,14 +12,14 @@ namespace Vu::Commands {
 
 /// The assets that are open in the workspace, with a picture of how they look now; a press goes back to them.
 /// Takes no room without any. The pictures are drawn one by one behind the first picture of the window.
-class OpenSection : public TileSection,
-                    private Vs::DocumentEventSite,
-                    private SessionEventSite,
-                    private WorkspaceEventSite
+class OpenSection : public TileSection, private Vs::DocumentEventSite, private SessionEventSite
 {
 public:
     explicit OpenSection(QWidget* parent);
     ~OpenSection() override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void documentUpdated(Vs::DocumentEvent*) override { fillSoon(); }
@@ -28,7 +27,6 @@ private:
     void documentClosed(Vs::DocumentEvent*) override { fillSoon(); }
     void sessionCreated(SessionEvent*) override { fillSoon(); }
     void sessionClosed(SessionEvent*) override { fillSoon(); }
-    void workspaceWelcome(WorkspaceEvent*) override { drawNext(0); }
 
     void fillSoon();
     void fill();
@@ -37,6 +35,7 @@ private:
     std::vector<AssetSession*> m_sessions; ///< One of each tile.
     bool m_filling = false;
     bool m_drawing = false;
+    bool m_painted = false;
 };
 
 } // namespace Vu::Commands
