@@ -43,8 +43,9 @@ QString folderOf(const QFileInfo& file)
 QLabel* hint(QWidget* parent)
 {
     auto* label = new QLabel(
-        text("HomeEmpty", "Nothing has been worked on here yet. Make a new document, open a model, or drop "
-                          "files anywhere on this window: STEP, IGES, BREP and STL are read as well."),
+        text("HomeEmpty",
+             "Nothing has been worked on here yet. Make a new document, open a model, or drop "
+             "files anywhere on this window: STEP, IGES, BREP, STL, OBJ, glTF and VRML are read as well."),
         parent);
     label->setObjectName(QStringLiteral("homeHint"));
     label->setWordWrap(true);
