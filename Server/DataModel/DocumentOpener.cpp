@@ -6,7 +6,6 @@
 #include "Server/DataModel/Exchange/ForeignImport.h"
 #include "Server/DataModel/Exchange/ForeignTranslator.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
-#include "Server/DataModel/Exchange/WorkerProcess.h"
 #include "Server/DataModel/Native/DocumentStore.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 
@@ -87,16 +86,6 @@ Document* take(NativeJob& job, Status& status)
 void DocumentOpener::expect(const boost::filesystem::path& path)
 {
     Exchange::ForeignImport::expect(boost::filesystem::absolute(path).wstring(), Exchange::importCache());
-}
-
-void DocumentOpener::standby(const std::string& program, const Exchange::WorkerProcess& worker)
-{
-    Exchange::StandbyWorker::offer(program, worker);
-}
-
-void DocumentOpener::dropStandby()
-{
-    Exchange::StandbyWorker::drop();
 }
 
 void DocumentOpener::open(Status& status, int option)

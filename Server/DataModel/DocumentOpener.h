@@ -4,16 +4,11 @@
 
 #include <boost/filesystem/path.hpp>
 
-#include <string>
 #include <vector>
 
 namespace Vs {
 
 class Document;
-
-namespace Exchange {
-struct WorkerProcess;
-}
 
 /// Opens several files at once. They are read side by side: foreign files each by a worker of its own, native
 /// ones by threads.
@@ -25,12 +20,6 @@ public:
     /// Begins to read a foreign file that is going to be opened soon, however, while the program still
     /// starts. Tells nothing of what goes wrong: opening does. Main thread.
     static void expect(const boost::filesystem::path& path);
-
-    /// Takes over a worker that the program's start put on standby (Exchange::spawnWorker), for the first
-    /// file that its program can read. Main thread.
-    static void standby(const std::string& program, const Exchange::WorkerProcess& worker);
-    /// Ends it if nothing has asked for it; before the program ends.
-    static void dropStandby();
 
     /// What goes wrong with one file adds its error to the status and leaves the others alone. Option 1 is
     /// the ordinary way; 0 stops at the first error.

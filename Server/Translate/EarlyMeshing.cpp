@@ -5,6 +5,7 @@
 #include <Standard_Failure.hxx>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace Vs::Translate {
@@ -61,6 +62,8 @@ void EarlyMeshing::work()
         try {
             Kernel::meshShape(shape, {});
         } catch (const Standard_Failure&) {
+            meshed = false;
+        } catch (const std::bad_alloc&) {
             meshed = false;
         }
         lock.lock();

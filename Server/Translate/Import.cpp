@@ -5,13 +5,14 @@
 #include "Server/DataModel/Kernel/XdeTree.h"
 #include "Server/DataModel/Model/ModelFile.h"
 
-#include <OSD_Parallel.hxx>
 #include <Standard_Failure.hxx>
 #include <TopExp_Explorer.hxx>
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
 #include <functional>
+#include <mutex>
 #include <numeric>
 #include <sstream>
 #include <thread>
@@ -45,6 +46,33 @@ private:
     double m_told = 0;
 };
 
+// Plain threads: what there is to do is a few long jobs, and bringing up a scheduler takes longer than a
+// small model does.
+void forEachInParallel(size_t count, const std::function<void(size_t)>& job)
+{
+    std::atomic<size_t> next = 0;
+    std::exception_ptr fault;
+    std::mutex mutex;
+    const auto work = [&] {
+        try {
+            for (size_t i; (i = next++) < count;)
+                job(i);
+        } catch (...) {
+            const std::lock_guard lock(mutex);
+            fault = std::current_exception();
+        }
+    };
+    std::vector<std::thread> others;
+    const size_t processors = std::max(1u, std::thread::hardware_concurrency());
+    while (others.size() + 1 < std::min(processors, count))
+        others.emplace_back(work);
+    work();
+    for (std::thread& thread : others)
+        thread.join();
+    if (fault)
+        std::rethrow_exception(fault);
+}
+
 // Meshes each shape once, the big ones first, and reports by faces: they tell the work better than parts do.
 std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree, EarlyMeshing* early,
                                                      const std::vector<int>& faces, Reporter& reporter,
@@ -59,7 +87,7 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
     const double total = std::max(1, std::accumulate(faces.begin(), faces.end(), 0));
     std::atomic<double> done = 0;
     std::mutex mutex;
-    OSD_Parallel::For(0, int(order.size()), [&](int i) {
+    forEachInParallel(order.size(), [&](size_t i) {
         const int body = order[i];
         const TopoDS_Shape& shape = tree.shapes[body];
         std::string fault;

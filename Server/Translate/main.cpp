@@ -4,9 +4,7 @@
 //     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--memory=BYTES]
 //     quillet-translate-FAMILY export FORMAT DATA FILE [--refine=DEGREES,FRACTION,RATIO,PERCENT] [--combine]
 //         [--unit=NAME,MILLIMETRES] [--memory=BYTES]
-//     quillet-translate-FAMILY standby    (and then one of these, on standard input)
 
-#include "Server/DataModel/Exchange/WorkerProcess.h"
 #include "Server/Translate/Import.h"
 #include "Server/Translate/MappedFile.h"
 
@@ -21,6 +19,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <new>
+#include <string_view>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -109,31 +108,15 @@ int run(const std::vector<std::string>& words, bool annotations, const Writing& 
 
 } // namespace Vs::Translate
 
-namespace {
-
-// What every job needs takes a while to come up; on standby there is time for it.
-void warmUp()
-{
-    const Vs::Kernel::XdeModel model;
-}
-
-} // namespace
-
 int main(int argc, char** argv)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    std::vector<std::string> arguments(argv + 1, argv + argc);
-    if (arguments == std::vector<std::string>{Vs::Exchange::kStandby}) {
-        warmUp();
-        arguments = Vs::Exchange::receiveJob(STDIN_FILENO);
-        if (arguments.empty())
-            std::_Exit(0);
-    }
     std::vector<std::string> words;
     bool annotations = true;
     rlim_t memory = 0;
     Vs::Translate::Writing writing;
-    for (const std::string& argument : arguments) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
         if (argument == "--no-annotations")
             annotations = false;
         else if (argument.starts_with("--memory="))
@@ -145,7 +128,7 @@ int main(int argc, char** argv)
         else if (argument.starts_with("--unit="))
             Vs::Translate::readUnit(argument.substr(7), writing);
         else
-            words.push_back(argument);
+            words.emplace_back(argument);
     }
     if (words.size() != 4 || (words[0] != "import" && words[0] != "export")) {
         std::fprintf(stderr, "A worker is started by quillet; it is of no use by itself.\n");

@@ -118,6 +118,7 @@ TEST_F(WorkerTest, LeavesNoChildAndNoDescriptorBehindHoweverItEnds)
     Worker::run(workers, [&] { return ++questions < 4; });
     for (const Worker* worker : workers)
         EXPECT_NE(worker->end(), Worker::End::Running);
+    owned.clear();
     EXPECT_EQ(openDescriptors(), before);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
@@ -132,10 +133,12 @@ TEST_F(WorkerTest, AnExpectedFileIsReadOnceAndOneThatNobodyAskedForLeavesNothing
     const size_t before = openDescriptors();
     ForeignImport::expect(forgotten, cache);
     ForeignImport::expect(asked, cache);
-    ForeignImport import(asked);
-    ForeignImport* imports[] = {&import};
-    EXPECT_TRUE(ForeignImport::run(imports, cache, {}));
-    EXPECT_NE(import.model(), nullptr) << Strings::narrow(import.status().toString());
+    {
+        ForeignImport import(asked);
+        ForeignImport* imports[] = {&import};
+        EXPECT_TRUE(ForeignImport::run(imports, cache, {}));
+        EXPECT_NE(import.model(), nullptr) << Strings::narrow(import.status().toString());
+    }
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(openDescriptors(), before);
     const auto entries = std::filesystem::directory_iterator(cacheFolder);

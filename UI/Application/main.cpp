@@ -1,60 +1,61 @@
-// The program as the system starts it: small, so that it starts at once. If the command line speaks of a
-// foreign file it puts the worker that reads it on standby, and only then loads the program itself, beside
-// it.
+#include "Server/Base/SoftwareVersion.h"
+#include "UI/Application/Program.h"
 
-#include "Server/DataModel/Exchange/Format.h"
-#include "Server/DataModel/Exchange/WorkerProcess.h"
-
-#include <climits>
+#include <cerrno>
 #include <cstdio>
-#include <cstdlib>
-#include <dlfcn.h>
-#include <string>
-#include <thread>
-#include <unistd.h>
+#include <cstring>
+#include <exception>
+#include <fcntl.h>
 
-using namespace Vs::Exchange;
+using namespace Quillet;
 
 namespace {
 
-using Entry = int (*)(int, char**, const char*, const WorkerProcess*);
-
-/// The folder that holds `bin` and `lib`, with a slash at its end.
-std::string rootFolder()
+/// A run that was started with one of the standard streams closed would give its number to the next file that
+/// is opened, and write its messages into that.
+void openStandardStreams()
 {
-    char self[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", self, sizeof self);
-    std::string path(self, length > 0 ? static_cast<size_t>(length) : 0);
-    for (int level = 0; level < 2; ++level)
-        path.resize(path.find_last_of('/') == std::string::npos ? 0 : path.find_last_of('/'));
-    return path + '/';
+    for (int stream = 0; stream <= 2; ++stream)
+        if (fcntl(stream, F_GETFD) < 0 && errno == EBADF)
+            open("/dev/null", O_RDWR);
 }
 
-Format mentionedFormat(int count, char** arguments)
+int run(int count, char** arguments)
 {
-    for (int i = 1; i < count; ++i)
-        if (const Format format = formatMentioned(arguments[i]); format != Format::Unknown)
-            return format;
-    return Format::Unknown;
+    const CommandLine line = parseCommandLine({arguments + 1, arguments + count});
+    if (!line.error.empty()) {
+        std::fprintf(stderr, "quillet: %s\nTry: quillet --help\n", line.error.c_str());
+        return kExitUsage;
+    }
+    if (line.help) {
+        std::fputs(helpText().c_str(), stdout);
+        return kExitOk;
+    }
+    if (line.version) {
+        std::printf("Quillet %s\n", Vs::SoftwareVersion::currentSoftwareVersion().c_str());
+        return kExitOk;
+    }
+    return runProgram(line, count, arguments);
 }
 
 } // namespace
 
 int main(int count, char** arguments)
 {
-    const std::string root = rootFolder();
-    const char* program = workerOf(mentionedFormat(count, arguments));
-    WorkerProcess standby;
-    // On a single processor it would only take turns with the program's own start.
-    if (*program && std::thread::hardware_concurrency() > 1)
-        standby = spawnWorker(root + "bin/" + program, {});
-
-    void* library = dlopen((root + "lib/libQuilletProgram.so").c_str(), RTLD_LAZY | RTLD_GLOBAL);
-    const auto entry = library ? reinterpret_cast<Entry>(dlsym(library, "quilletMain")) : nullptr;
-    if (!entry) {
-        std::fprintf(stderr, "quillet: the program is incomplete: %s\n", dlerror());
-        dismiss(standby);
-        return 2;
+    openStandardStreams();
+    int code = kExitLineFailed;
+    try {
+        code = run(count, arguments);
+    } catch (const std::exception& fault) {
+        std::fprintf(stderr, "quillet: %s\n", fault.what());
     }
-    return entry(count, arguments, program, &standby);
+    // Answers that nobody got, on a full disk say, are no success.
+    errno = 0;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        std::fprintf(stderr, "quillet: Answers could not be written to standard output%s%s.\n",
+                     errno ? ": " : "", errno ? std::strerror(errno) : "");
+        if (code == kExitOk)
+            code = kExitLineFailed;
+    }
+    return code;
 }

@@ -75,7 +75,6 @@ bool ForeignImport::prepare(ImportCache& cache)
     }
     m_key = *key;
     if (auto known = cache.find(m_key)) {
-        StandbyWorker::drop();
         takeModel(std::move(known));
         return false;
     }

@@ -58,18 +58,6 @@ Format formatOfName(const std::wstring& path)
     return Format::Unknown;
 }
 
-Format formatMentioned(std::string_view line)
-{
-    constexpr std::string_view kEndOfName = " \t\r\n\"';";
-    for (size_t dot = line.find('.'); dot != std::string_view::npos; dot = line.find('.', dot + 1)) {
-        const std::string_view suffix = line.substr(dot, line.find_first_of(kEndOfName, dot) - dot);
-        const Format format = formatOfName({suffix.begin(), suffix.end()});
-        if (format != Format::Unknown)
-            return format;
-    }
-    return Format::Unknown;
-}
-
 const wchar_t* nameOf(Format format)
 {
     const FormatRow* row = rowOf(format);

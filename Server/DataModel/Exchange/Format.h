@@ -9,9 +9,6 @@ enum class Format { Unknown, Step, Iges, Brep, Stl, Obj, Gltf, Glb, Vrml };
 
 /// By the suffix, in any case.
 Format formatOfName(const std::wstring& path);
-/// The first of the formats that something in a line of text is named by; only a guess at what the line is
-/// about.
-Format formatMentioned(std::string_view line);
 /// The name's suffix in lower case, with its dot; empty if it has none.
 std::wstring suffixOf(const std::wstring& path);
 

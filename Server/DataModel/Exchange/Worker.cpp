@@ -5,12 +5,16 @@
 #include <cstring>
 #include <ctime>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <filesystem>
 #include <poll.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
+
+extern char** environ;
 
 namespace Vs::Exchange {
 
@@ -53,8 +57,13 @@ WorkerLimits WorkerLimits::forFile(uint64_t bytes)
 
 Worker::~Worker()
 {
-    if (m_process.running())
+    if (m_process <= 0)
+        return;
+    if (m_end == End::Running)
         kill(End::Cancelled, {});
+    else
+        while (waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {
+        }
 }
 
 std::string Worker::programPath() const
@@ -71,27 +80,60 @@ std::string Worker::role() const
 
 void Worker::start()
 {
-    if (m_process.running() || m_end != End::Running)
+    if (m_process >= 0 || m_end != End::Running)
         return;
     m_started = m_moved = Clock::now();
-    std::vector<std::string> arguments = m_arguments;
-    arguments.push_back("--memory=" + std::to_string(m_limits.memory));
-    m_process = StandbyWorker::take(m_program);
-    if (m_process.running() && !sendJob(m_process, arguments))
-        dismiss(m_process);
-    if (!m_process.running())
-        m_process = spawnWorker(programPath(), arguments);
-    if (!m_process.running()) {
+    int pipe[2];
+    if (pipe2(pipe, O_CLOEXEC) != 0) {
         m_end = End::Failed;
-        m_fault = "the worker " + programPath() + " can't be started: " + std::strerror(errno);
+        m_fault = "the " + role() + " can't be started: " + std::strerror(errno);
+        return;
     }
+    const std::string path = programPath();
+    std::vector<char*> arguments{const_cast<char*>(path.c_str())};
+    for (std::string& argument : m_arguments)
+        arguments.push_back(argument.data());
+    const std::string memory = "--memory=" + std::to_string(m_limits.memory);
+    arguments.push_back(const_cast<char*>(memory.c_str()));
+    arguments.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    // The kernel prints whatever it likes, in our user's way.
+    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, pipe[1], kWorkerPipe);
+    // A group of its own: Ctrl-C is for this program, which then ends the worker in its own way.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t all, none;
+    sigfillset(&all);
+    sigemptyset(&none);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setflags(&attributes,
+                             POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    const int error = posix_spawn(&m_process, path.c_str(), &actions, &attributes, arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    close(pipe[1]);
+    if (error != 0) {
+        close(pipe[0]);
+        m_process = -1;
+        m_end = End::Failed;
+        m_fault = "the worker " + path + " can't be started: " + std::strerror(error);
+        return;
+    }
+    fcntl(pipe[0], F_SETFL, O_NONBLOCK);
+    m_pipe = pipe[0];
 }
 
 void Worker::readMessages()
 {
     char buffer[65536];
     ssize_t got;
-    while ((got = read(m_process.messages, buffer, sizeof buffer)) > 0 || (got < 0 && errno == EINTR))
+    while ((got = read(m_pipe, buffer, sizeof buffer)) > 0 || (got < 0 && errno == EINTR))
         if (got > 0)
             m_reader.add({buffer, static_cast<size_t>(got)});
     const bool ended = got == 0 || (got < 0 && errno != EAGAIN);
@@ -122,15 +164,25 @@ void Worker::readMessages()
         m_moved = Clock::now();
         m_movedWork = processorTime();
     }
-    if (ended || m_reader.broken())
+    if (m_done)
+        leave();
+    else if (ended || m_reader.broken())
         reap();
+}
+
+// Its result is complete. Taking its memory apart is the system's affair, which is waited for when this
+// object goes.
+void Worker::leave()
+{
+    close(std::exchange(m_pipe, -1));
+    m_end = End::Done;
 }
 
 // The pipe has ended: so has the worker, or it is about to.
 void Worker::reap()
 {
-    close(std::exchange(m_process.messages, -1));
-    const pid_t process = std::exchange(m_process.process, -1);
+    close(std::exchange(m_pipe, -1));
+    const int process = std::exchange(m_process, -1);
     if (m_reader.broken())
         ::kill(process, SIGKILL);
     int status = 0;
@@ -140,9 +192,7 @@ void Worker::reap()
     while (waited < 0 && errno == EINTR);
     // Where somebody ignores the ends of children, all that is known is what the worker said.
     const bool known = waited == process;
-    if (m_done && (!known || (WIFEXITED(status) && WEXITSTATUS(status) == 0))) {
-        m_end = End::Done;
-    } else if (!m_error.empty()) {
+    if (!m_error.empty()) {
         m_end = m_error.starts_with("memory:") ? End::Exhausted : End::Failed;
         m_fault = m_end == End::Exhausted
                       ? "the " + role() + " needed more memory than there is while " + m_step
@@ -160,7 +210,7 @@ void Worker::reap()
 
 void Worker::kill(End why, std::string fault)
 {
-    ::kill(m_process.process, SIGKILL);
+    ::kill(m_process, SIGKILL);
     reap();
     m_end = why;
     m_fault = std::move(fault);
@@ -170,7 +220,7 @@ std::chrono::milliseconds Worker::processorTime() const
 {
     clockid_t clock;
     timespec time;
-    if (clock_getcpuclockid(m_process.process, &clock) != 0 || clock_gettime(clock, &time) != 0)
+    if (clock_getcpuclockid(m_process, &clock) != 0 || clock_gettime(clock, &time) != 0)
         return m_movedWork;
     return std::chrono::seconds(time.tv_sec) + std::chrono::milliseconds(time.tv_nsec / 1'000'000);
 }
@@ -210,7 +260,7 @@ void Worker::run(std::span<Worker* const> workers, const Watch& watch)
             return;
         std::vector<pollfd> pipes;
         for (const Worker* worker : running)
-            pipes.push_back({worker->m_process.messages, POLLIN, 0});
+            pipes.push_back({worker->m_pipe, POLLIN, 0});
         poll(pipes.data(), pipes.size(), kPollInterval);
         const Clock::time_point now = Clock::now();
         for (size_t i = 0; i < running.size(); ++i) {

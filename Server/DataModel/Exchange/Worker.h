@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Server/DataModel/Exchange/WorkerProcess.h"
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 
 #include <chrono>
@@ -79,13 +78,15 @@ private:
     void checkLimits(Clock::time_point now);
     std::chrono::milliseconds processorTime() const;
     void kill(End why, std::string fault);
+    void leave();
     void reap();
 
     std::string m_program;
     std::vector<std::string> m_arguments;
     WorkerLimits m_limits;
     End m_end = End::Running;
-    WorkerProcess m_process;
+    int m_process = -1;
+    int m_pipe = -1;
     WorkerMessageReader m_reader;
     bool m_done = false;
     bool m_dependsOnOthers = false;
