@@ -43,6 +43,7 @@
 #include <QUrl>
 
 #include <boost/algorithm/string/join.hpp>
+
 #include <map>
 #include <string>
 
