@@ -111,6 +111,26 @@ TEST_F(Stacking, ACommandOfACategoryTakesThePlaceOfTheOneBeforeIt)
     EXPECT_EQ(stack(), "[Sketch] Orbit") << "there is one command of a category at most";
 }
 
+TEST_F(Stacking, AToolComesBackWhenTheOneThatAMouseButtonHeldGoes)
+{
+    const auto* camera = StackingCategory::cameraStackingCategory();
+    Definition orbit(log, "Orbit", true), pan(log, "Pan", true), turn(log, "Turn", true);
+    for (Definition* each : {&orbit, &pan, &turn})
+        each->stacking(EStackingBehavior::OverCategory, camera);
+    CommandContext inCanvas;
+    inCanvas.accessPoint(ECommandAccessPoint::Canvas);
+    run(orbit);
+    manager.executeCommand(&pan, inCanvas);
+    EXPECT_EQ(stack(), "[Orbit] Pan");
+    manager.executeCommand(&turn, inCanvas);
+    EXPECT_EQ(stack(), "[Orbit] Turn") << "a second button takes the place of the first";
+    manager.activeCommand()->destroy(0);
+    EXPECT_EQ(stack(), "Orbit");
+    manager.executeCommand(&pan, inCanvas);
+    run(turn);
+    EXPECT_EQ(stack(), "Turn") << "a tool that is chosen takes the place of both";
+}
+
 TEST_F(Stacking, ASimpleCommandOfACategoryWakesTheCommandBeneathTheOneItEnds)
 {
     const auto* view = StackingCategory::viewStackingCategory();

@@ -12,7 +12,10 @@
 #include "UI/Base/AreaContents.h"
 #include "UI/Base/Arrangement.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/GraphicsView.h"
+#include "UI/Base/KeyEvents.h"
 #include "UI/Base/Layout.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/SessionMgr.h"
@@ -29,8 +32,11 @@
 #include "UI/Base/WorkspaceWindow.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDropEvent>
 #include <QImage>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMimeData>
 #include <QToolButton>
 #include <QTreeView>
@@ -42,6 +48,34 @@
 using namespace Vu;
 
 namespace {
+
+/// Makes commands that stay, and notes the keys that they get.
+class KeyCommandDef : private InfoHolder, public CommandDefinition
+{
+public:
+    KeyCommandDef() : InfoHolder{Info(L"KeyTestCommand", L"Keys", nullptr)}, CommandDefinition(&record) {}
+    std::string keys;
+
+private:
+    class KeyCommand : public InteractiveCommandBase
+    {
+    public:
+        KeyCommand(KeyCommandDef* definition, CommandContext* context)
+            : InteractiveCommandBase(definition, context), m_keys(definition->keys)
+        {
+        }
+        void onKeyPress(KeyEvent* event) override
+        {
+            m_keys += "+" + std::to_string(event->keyCode());
+            InteractiveCommandBase::onKeyPress(event);
+        }
+        void onKeyRelease(KeyEvent* event) override { m_keys += "-" + std::to_string(event->keyCode()); }
+
+    private:
+        std::string& m_keys;
+    };
+    CommandBase* onCreateCommand(CommandContext* context) override { return new KeyCommand(this, context); }
+};
 
 class WindowTest : public UiTest
 {
@@ -134,6 +168,51 @@ TEST_F(WindowTest, AToolbarButtonRunsItsCommandAndIsGreyWhenThatCannotRun)
     command.applicable = false;
     window->buttons().front()->refresh();
     EXPECT_FALSE(window->buttons().front()->isEnabled());
+    WorkspaceMgr::get()->closeAll();
+}
+
+TEST_F(WindowTest, TheActiveCommandGetsTheKeysThatNothingElseTakesAndEndsAtEscape)
+{
+    MainWindow* window = windowWith({"TextCommands"})->mainWindow();
+    AssetSession* session = SessionMgr::get()->assetSession(newAsset());
+    SessionMgr::get()->currentAssetSession(session);
+    SessionMgr::get()->activate();
+    KeyCommandDef definition;
+    session->commandManager()->executeCommand(&definition, CommandContext());
+    ASSERT_NE(session->commandManager()->activeCommand(), nullptr);
+    QTest::keyClick(window, Qt::Key_S);
+    EXPECT_EQ(definition.keys, "+83-83");
+    // What is typed stays with the line, the release of its keys too.
+    definition.keys.clear();
+    auto* line = window->commandBox()->findChild<QLineEdit*>();
+    ASSERT_NE(line, nullptr);
+    QTest::keyClick(line, Qt::Key_S);
+    EXPECT_EQ(line->text().toStdString(), "s");
+    EXPECT_EQ(definition.keys, "");
+    QTest::keyClick(line, Qt::Key_Escape);
+    EXPECT_EQ(line->text().toStdString(), "");
+    EXPECT_NE(session->commandManager()->activeCommand(), nullptr) << "the line was emptied first";
+    QTest::keyClick(line, Qt::Key_Escape);
+    EXPECT_EQ(session->commandManager()->activeCommand(), nullptr);
+    QTest::keyClick(window, Qt::Key_S);
+    WorkspaceMgr::get()->closeAll();
+}
+
+TEST_F(WindowTest, AButtonIsNoLongerLitWhenItsMenuClosesAndThePointerIsElsewhere)
+{
+    ToolbarManager::get()->add(
+        {L"MenuTest", L"", "MenuTestBar", {{L"", L"Menu", {{L"", L"Sub", {}}}}}, true});
+    MainWindow* window = windowWith({"MenuTestBar"})->mainWindow();
+    QToolButton* button = nullptr;
+    for (QToolButton* each : window->findChildren<QToolButton*>())
+        if (each->text().startsWith(QStringLiteral("Menu")))
+            button = each;
+    ASSERT_NE(button, nullptr);
+    QCursor::setPos(window->mapToGlobal(QPoint(window->width() - 5, window->height() - 5)));
+    button->setAttribute(Qt::WA_UnderMouse);
+    button->menu()->popup(button->mapToGlobal(QPoint(0, button->height())));
+    button->menu()->close();
+    EXPECT_FALSE(button->underMouse());
     WorkspaceMgr::get()->closeAll();
 }
 

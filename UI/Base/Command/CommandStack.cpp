@@ -43,6 +43,11 @@ bool calledByHand(ECommandAccessPoint point)
     }
 }
 
+bool startedInCanvas(const CommandBase* command)
+{
+    return command->commandContext()->commandAccessPoint() == ECommandAccessPoint::Canvas;
+}
+
 } // namespace
 
 /// Counts the calls that are inside the stack's functions. When the outermost one returns, the stack comes to
@@ -159,9 +164,11 @@ std::vector<CommandBase*> CommandStack::leavingFor(CommandBase* command) const
     const EStackingBehavior behavior = command->onStackingBehavior();
     auto first = m_commands.begin();
     if (behavior == EStackingBehavior::OverCategory) {
+        // A tool that was chosen comes back when the one that a mouse button holds goes.
+        const bool held = startedInCanvas(command);
         first = std::find_if(m_commands.begin(), m_commands.end(), [&](const CommandBase* running) {
             return running->m_category == command->m_category &&
-                   running->m_state != CommandBase::State::Ending;
+                   running->m_state != CommandBase::State::Ending && (!held || startedInCanvas(running));
         });
     } else if (behavior == EStackingBehavior::ByType && command->onCommandType() == ECommandType::Nested) {
         first = m_commands.end();

@@ -17,7 +17,8 @@ enum class ECommandType {
 
 /// How a command meets the stack of those that run already.
 enum class EStackingBehavior {
-    OverCategory = 0, ///< Stacks over the active command, in the place of one of its own category.
+    OverCategory = 0, ///< Stacks over the active command, in the place of one of its own category; started in
+                      ///< the canvas, only of one that was started there too.
     OverNothing = 1,  ///< Ends every running command, whatever the command's type says.
     ByType = 2,       ///< As the command's type says. The default.
 };

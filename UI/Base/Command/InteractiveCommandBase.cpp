@@ -1,6 +1,7 @@
 #include "UI/Base/Command/InteractiveCommandBase.h"
 
 #include "UI/Base/Command/CommandHost.h"
+#include "UI/Base/KeyEvents.h"
 
 namespace Vu {
 
@@ -20,6 +21,12 @@ bool InteractiveCommandBase::onFilterSelection(const Vs::StrongRef<Vs::Selection
                                                const Vs::SelectionFilterContext*)
 {
     return true;
+}
+
+void InteractiveCommandBase::onKeyPress(KeyEvent* event)
+{
+    if (event->keyCode() == kEscapeKey)
+        destroy(ETerminationReason::Cancel);
 }
 
 void InteractiveCommandBase::keyPress(KeyEvent* event)

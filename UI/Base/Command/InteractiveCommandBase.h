@@ -34,7 +34,8 @@ public:
     virtual bool onFilterSelection(const Vs::StrongRef<Vs::Selection>& selection,
                                    const Vs::SelectionFilterContext* context);
     virtual void onActiveManipulatorChanged() {}
-    virtual void onKeyPress(KeyEvent*) {}
+    /// The default gives the command up at Escape.
+    virtual void onKeyPress(KeyEvent* event);
     virtual void onKeyRelease(KeyEvent*) {}
     virtual void onForcePreviewAfterSkippedCycle() {}
 

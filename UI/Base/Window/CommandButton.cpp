@@ -6,14 +6,20 @@
 #include "UI/Base/ToolbarManager.h"
 #include "UI/Base/Window/Theme.h"
 
+#include <QApplication>
 #include <QBoxLayout>
+#include <QCursor>
 #include <QEvent>
 #include <QFrame>
 #include <QKeySequence>
 #include <QMenu>
+#include <QPainter>
 
 namespace Vu {
 namespace {
+
+/// Behind a text that opens a list.
+constexpr const char16_t* kListSign = u" \u25be";
 
 QString tooltipText(const Info& info, const ToolTipInfo& tooltip)
 {
@@ -40,6 +46,18 @@ void makeFlat(QToolButton* button)
     button->setAutoRaise(true);
     button->setIconSize(QSize(kIconSize, kIconSize));
     button->setFocusPolicy(Qt::NoFocus);
+}
+
+/// While a menu is open, the window system tells its button nothing of a pointer that goes away.
+void leaveWith(QMenu* menu, QToolButton* button)
+{
+    QObject::connect(menu, &QMenu::aboutToHide, button, [button] {
+        if (!button->underMouse() || button->rect().contains(button->mapFromGlobal(QCursor::pos())))
+            return;
+        button->setAttribute(Qt::WA_UnderMouse, false);
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(button, &leave);
+    });
 }
 
 QFrame* separator(QWidget* parent)
@@ -85,6 +103,7 @@ CommandButton::CommandButton(CommandDefinition* definition, QWidget* parent)
     if (Vs::cast<ListControl>(m_control) || Vs::cast<MenuControl>(m_control)) {
         m_menu = new QMenu(this);
         setMenu(m_menu);
+        leaveWith(m_menu, this);
         setPopupMode(QToolButton::InstantPopup);
         connect(m_menu, &QMenu::aboutToShow, this, [this] { fillMenu(); });
     } else {
@@ -120,6 +139,22 @@ bool CommandButton::event(QEvent* event)
     else if (m_control && event->type() == QEvent::ToolTip)
         setToolTip(tooltipText(*m_control->info(), m_control->tooltip()));
     return QToolButton::event(event);
+}
+
+/// A corner marks what opens a list: a command that runs at once may have the same picture.
+void CommandButton::paintEvent(QPaintEvent* event)
+{
+    QToolButton::paintEvent(event);
+    if (!m_menu || toolButtonStyle() != Qt::ToolButtonIconOnly)
+        return;
+    constexpr double kSide = 5;
+    constexpr double kDistance = 3.5;
+    const QPointF corner(width() - kDistance, height() - kDistance);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette().brush(QPalette::ButtonText));
+    painter.drawPolygon(QPolygonF{corner, corner - QPointF(kSide, 0), corner - QPointF(0, kSide)});
 }
 
 void CommandButton::inputControlChanged(InputControl*)
@@ -164,7 +199,7 @@ QString CommandButton::title() const
         return QString::fromStdWString(m_control->info()->name());
     // A list without a picture of its own tells what is chosen.
     const Info* shown = list->selectedItem() ? list->selectedItem() : list->info();
-    return QString::fromStdWString(shown->name()) + QStringLiteral(" \u25be");
+    return QString::fromStdWString(shown->name()) + QString::fromUtf16(kListSign);
 }
 
 void CommandButton::fillMenu()
@@ -216,11 +251,12 @@ void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,
         } else if (item.command.empty()) {
             auto* button = new QToolButton(bar);
             makeFlat(button);
-            button->setText(QString::fromStdWString(item.title));
+            button->setText(QString::fromStdWString(item.title) + QString::fromUtf16(kListSign));
             button->setPopupMode(QToolButton::InstantPopup);
             auto* menu = new QMenu(button);
             fillMenu(menu, item.menu);
             button->setMenu(menu);
+            leaveWith(menu, button);
             add(button);
         } else if (CommandDefinition* definition =
                        CommandDefinitionMgr::get()->findCommandDefinitionById(item.command)) {

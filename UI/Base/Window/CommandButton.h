@@ -24,6 +24,7 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void inputControlChanged(InputControl* control) override;

@@ -9,11 +9,14 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/Environment.h"
 #include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/KeyEvents.h"
 #include "UI/Base/Layout.h"
 #include "UI/Base/Localized.h"
+#include "UI/Base/MouseEvents.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/UIBaseOptionGroup.h"
@@ -34,6 +37,7 @@
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QLabel>
 #include <QMimeData>
@@ -70,6 +74,18 @@ std::vector<std::wstring> droppedFiles(const QMimeData* data)
         if (url.isLocalFile())
             paths.push_back(url.toLocalFile().toStdWString());
     return paths;
+}
+
+/// False if no command is there that takes keys.
+bool tellActiveCommand(void (IKeyEventHandler::*what)(KeyEvent*), const QKeyEvent& key)
+{
+    auto* handler = Vs::cast<IKeyEventHandler>(CommandBase::getActiveCommand());
+    if (!handler)
+        return false;
+    constexpr unsigned kKnown = kShiftModifier | kControlModifier | kAltModifier;
+    KeyEvent event(key.key(), static_cast<unsigned>(key.modifiers()) & kKnown);
+    (handler->*what)(&event);
+    return true;
 }
 
 } // namespace
@@ -390,6 +406,24 @@ void MainWindow::dropEvent(QDropEvent* event)
 {
     event->acceptProposedAction();
     openDroppedFiles(droppedFiles(event->mimeData()));
+}
+
+// What comes here, none of the widgets had a use for.
+void MainWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (tellActiveCommand(&IKeyEventHandler::keyPress, *event))
+        m_keysDown.insert(event->key());
+    else
+        QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::keyReleaseEvent(QKeyEvent* event)
+{
+    // A line that is typed into takes the presses, but lets the releases through.
+    if (event->isAutoRepeat() || m_keysDown.erase(event->key()) == 0)
+        QMainWindow::keyReleaseEvent(event);
+    else
+        tellActiveCommand(&IKeyEventHandler::keyRelease, *event);
 }
 
 } // namespace Vu

@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <set>
 #include <vector>
 
 class QLabel;
@@ -58,6 +59,8 @@ protected:
     void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
 
 private:
     void assetDirtyChanged(Vs::AssetEvent*) override { refreshSoon(); }
@@ -94,6 +97,7 @@ private:
     std::vector<CommandButton*> m_buttons;
     std::wstring m_environment; ///< Whose toolbars show.
     QTimer m_rebuildTimer, m_refreshTimer;
+    std::set<int> m_keysDown; ///< Those whose press the active command got.
     bool m_resizing = false;
     bool m_toldUnknown = false;
 };
