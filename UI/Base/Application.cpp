@@ -1,30 +1,25 @@
 #include "UI/Base/Application.h"
 
-#include "Server/Base/PathInfo.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Model/SiblingLibrary.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/Localized.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/Thumbnail.h"
-#include "UI/Base/Window/Theme.h"
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
 
-#include <QApplication>
-#include <QIcon>
-#include <QLibraryInfo>
-#include <QMessageBox>
-#include <QSurfaceFormat>
+#include <QCoreApplication>
 #include <QTimer>
-#include <QTranslator>
 
 #include <atomic>
 
@@ -56,7 +51,7 @@ struct Application::Data
 {
     Vs::Tasks deferred;
     Vs::Tasks idle;
-    std::unique_ptr<QApplication> gui;
+    std::unique_ptr<QCoreApplication> gui;
     std::unique_ptr<QTimer> idleTimer;
     std::atomic<bool> deferredPosted{false};
     int exitCode = 0;
@@ -104,40 +99,30 @@ void Application::testing(bool value)
 
 void Application::needGui()
 {
-    if (qApp)
+    if (QCoreApplication::instance())
         return;
-    if (headless())
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QSurfaceFormat format;
-    format.setVersion(3, 3);
-    format.setProfile(QSurfaceFormat::CoreProfile);
-    format.setDepthBufferSize(24);
-    QSurfaceFormat::setDefaultFormat(format);
-    QApplication::setApplicationName(QStringLiteral("Quillet"));
-    QApplication::setDesktopFileName(QStringLiteral("quillet"));
-
     static int noArguments = 1;
     static char name[] = "quillet";
     static char* nameOnly[] = {name, nullptr};
     const Start& given = start();
-    m_data->gui = given.count ? std::make_unique<QApplication>(*given.count, given.arguments)
-                              : std::make_unique<QApplication>(noArguments, nameOnly);
-    m_data->gui->setQuitOnLastWindowClosed(false);
+    Display* display = Display::get();
+    for (const std::string& part : m_windowParts)
+        const Vs::SiblingLibrary opened(part);
+    m_windowParts.clear();
+    m_data->gui = given.count ? display->makeApplication(*given.count, given.arguments, headless())
+                              : display->makeApplication(noArguments, nameOnly, headless());
     m_data->idleTimer = std::make_unique<QTimer>();
     m_data->idleTimer->setSingleShot(true);
     QObject::connect(m_data->idleTimer.get(), &QTimer::timeout, m_data->gui.get(), [this] { runIdle(); });
-    if (!headless()) {
-        applyTheme();
-        translateQt();
-        // The desktop finds it by its name only once the program is installed.
-        QIcon icon;
-        for (const char* size : {"16x16", "32x32", "48x48", "128x128"})
-            icon.addFile(QString::fromStdString(
-                (Vs::PathInfo::rootDirectory() / "share/icons/hicolor" / size / "apps/quillet.png")
-                    .string()));
-        QApplication::setWindowIcon(icon);
-    }
     wakeUp();
+}
+
+void Application::addWindowPart(std::string library)
+{
+    if (m_data->gui)
+        const Vs::SiblingLibrary opened(library);
+    else
+        m_windowParts.push_back(std::move(library));
 }
 
 Vs::Tasks* Application::deferredTasks()
@@ -148,17 +133,6 @@ Vs::Tasks* Application::deferredTasks()
 Vs::Tasks* Application::idleTasks()
 {
     return &m_data->idle;
-}
-
-/// The words that Qt itself brings (the file dialog's, for one) in the language of the program's own. Where
-/// Qt's texts are not installed, they stay English.
-void Application::translateQt()
-{
-    auto* translator = new QTranslator(m_data->gui.get());
-    const QString language = QString::fromStdString(Vs::StringTable::language());
-    if (translator->load(QStringLiteral("qtbase_") + language,
-                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(translator);
 }
 
 /// Any thread.
@@ -216,7 +190,7 @@ void Application::processEvents()
 {
     guarded([this] { m_data->deferred.runOnce(); });
     if (m_data->gui)
-        QApplication::processEvents();
+        QCoreApplication::processEvents();
     guarded([this] { m_data->idle.runOnce(); });
 }
 
@@ -226,7 +200,7 @@ int Application::run()
     if (m_exiting)
         return m_data->exitCode;
     wakeUp();
-    return QApplication::exec();
+    return Display::get()->run();
 }
 
 void Application::exit(bool closeDocuments)
@@ -238,7 +212,7 @@ void Application::exit(bool closeDocuments)
     // The one who asks may be a command of the window that goes.
     m_data->deferred.post([this] {
         if (m_data->gui)
-            QApplication::exit(m_data->exitCode);
+            QCoreApplication::exit(m_data->exitCode);
     });
 }
 
@@ -265,8 +239,7 @@ void Application::showAboutBox(bool extended)
             text += L'\n' + localizedFormat("AboutGraphics", "Graphics: %1%", graphics);
     }
     if (QWidget* parent = mainWidget(); parent && !headless() && !testing())
-        QMessageBox::about(parent, QString::fromStdWString(localized("AboutTitle", "About Quillet")),
-                           QString::fromStdWString(text));
+        Display::get()->showAbout(localized("AboutTitle", "About Quillet"), text, parent);
     else
         inform(text);
 }

@@ -31,6 +31,9 @@ public:
 
     /// Makes Qt's application object if there is none yet, and sets up the palette and the style sheets.
     void needGui();
+    /// Has a library that stands beside the add-ins opened with the first window, or now if there is one: the
+    /// widgets of an add-in, which register themselves. What shows no window doesn't load them.
+    void addWindowPart(std::string library);
 
     /// Work for the end of the current event. `run()` empties the queue whenever the loop turns; a run
     /// without a loop calls `flushDeferredTasks()` between lines.
@@ -81,7 +84,6 @@ public:
 private:
     Application();
     ~Application() override;
-    void translateQt();
     void wakeUp();
     void runDeferred();
     void runIdle();
@@ -91,6 +93,7 @@ private:
     struct Data;
     std::unique_ptr<Data> m_data;
     std::vector<std::unique_ptr<Vs::Object>> m_services;
+    std::vector<std::string> m_windowParts;
     bool m_exiting = false;
 };
 

@@ -1,12 +1,9 @@
 #include "UI/Base/CursorController.h"
 
-#include "Server/Base/ResourceMgr.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/GraphicsCanvas.h"
 
-#include <QCursor>
-#include <QGuiApplication>
-#include <QPixmap>
-#include <QWidget>
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <vector>
@@ -19,19 +16,6 @@ std::vector<CursorController*>& enabledControllers(bool canvases)
 {
     static std::vector<CursorController*> forProgram, forCanvases;
     return canvases ? forCanvases : forProgram;
-}
-
-/// The numbers are Qt's, except the wait pointer, which has a number of its own.
-constexpr int kWaitShape = 17;
-
-QCursor qtCursor(const Vs::CursorResource& cursor)
-{
-    if (cursor.shape() == kWaitShape)
-        return QCursor(Qt::WaitCursor);
-    if (cursor.shape() >= 0 && cursor.shape() <= Qt::LastCursor)
-        return QCursor(static_cast<Qt::CursorShape>(cursor.shape()));
-    const QPixmap picture(QString::fromStdWString(cursor.localPath()));
-    return picture.isNull() ? QCursor(Qt::ArrowCursor) : QCursor(picture, cursor.hotX(), cursor.hotY());
 }
 
 } // namespace
@@ -80,7 +64,7 @@ void CursorController::destroy()
 void CursorController::update() const
 {
     // Without a display there is no pointer to change.
-    if (!qGuiApp)
+    if (!QCoreApplication::instance())
         return;
     if (m_canvases) {
         updateCanvases();
@@ -88,10 +72,7 @@ void CursorController::update() const
     }
     const std::vector<CursorController*>& controllers = enabledControllers(false);
     const Vs::CursorResource* shown = controllers.empty() ? nullptr : controllers.back()->m_cursor;
-    while (QGuiApplication::overrideCursor())
-        QGuiApplication::restoreOverrideCursor();
-    if (shown)
-        QGuiApplication::setOverrideCursor(qtCursor(*shown));
+    Display::get()->pointer(shown);
 }
 
 void CursorController::updateCanvases()
@@ -100,13 +81,9 @@ void CursorController::updateCanvases()
     const Vs::CursorResource* shown = controllers.empty() ? nullptr : controllers.back()->m_cursor;
     std::vector<GraphicsCanvas*> canvases;
     GraphicsCanvas::allCanvases(canvases);
-    for (const GraphicsCanvas* canvas : canvases) {
-        QWidget* widget = canvas->existingWidget();
-        if (widget && shown)
-            widget->setCursor(qtCursor(*shown));
-        else if (widget)
-            widget->unsetCursor();
-    }
+    for (const GraphicsCanvas* canvas : canvases)
+        if (CanvasSurface* surface = canvas->surface())
+            surface->pointer(shown);
 }
 
 } // namespace Vu

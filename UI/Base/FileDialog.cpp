@@ -3,10 +3,10 @@
 #include "Server/Base/Status.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/Localized.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QStringList>
 
@@ -25,42 +25,13 @@ FileDialog::Responder& installedResponder()
     return responder;
 }
 
-/// The dialog must know the suffix before it asks whether a file may be replaced.
-QStringList askForSave(QWidget* parent, const QString& caption, const QString& start, const QString& filter)
-{
-    QFileDialog dialog(parent, caption, start, filter);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.selectFile(start);
-    const auto useSuffix = [&dialog](const QString& entry) {
-        const std::wstring suffix = FileDialogRules::withSuffix(L"x", entry.toStdWString()).substr(1);
-        dialog.setDefaultSuffix(QString::fromStdWString(suffix));
-    };
-    useSuffix(dialog.selectedNameFilter());
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, useSuffix);
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
-}
-
 bool askUser(const FileDialog::Request& request, std::vector<std::wstring>& names)
 {
-    const QString caption = QString::fromStdWString(request.caption);
-    const QString filter = QString::fromStdWString(FileDialogRules::dialogFilter(request.filter));
-    const QString folder = QString::fromStdWString(UIBaseOptionGroup::get()->lastDirectory());
-    QString start = QString::fromStdWString(request.initialPath);
-    if (start.isEmpty() || (!start.contains(QLatin1Char('/')) && !folder.isEmpty()))
-        start = folder.isEmpty() ? start : folder + QLatin1Char('/') + start;
-    QWidget* parent = Application::get()->mainWidget();
-
-    QStringList chosen;
-    if (request.several)
-        chosen = QFileDialog::getOpenFileNames(parent, caption, start, filter);
-    else if (request.forOpen)
-        chosen << QFileDialog::getOpenFileName(parent, caption, start, filter);
-    else
-        chosen = askForSave(parent, caption, start, filter);
-    chosen.removeAll(QString());
-    for (const QString& name : chosen)
-        names.push_back(name.toStdWString());
+    const std::wstring folder = UIBaseOptionGroup::get()->lastDirectory();
+    std::wstring start = request.initialPath;
+    if (!folder.empty() && start.find(L'/') == std::wstring::npos)
+        start = folder + L'/' + start;
+    names = Display::get()->askFileNames(request, start, Application::get()->mainWidget());
     return !names.empty();
 }
 

@@ -1,13 +1,10 @@
 #include "UI/Base/GraphicsCanvas.h"
 
 #include "UI/Base/CursorController.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/MouseEvents.h"
 #include "UI/Base/SplitViewMgr.h"
-#include "UI/Base/Window/CanvasWidget.h"
-
-#include <QPointer>
-#include <QWidget>
 
 #include <algorithm>
 
@@ -26,12 +23,7 @@ std::vector<GraphicsCanvas*>& canvasList()
 
 } // namespace
 
-struct GraphicsCanvas::Data
-{
-    QPointer<QWidget> widget;
-};
-
-GraphicsCanvas::GraphicsCanvas() : m_data(std::make_unique<Data>())
+GraphicsCanvas::GraphicsCanvas()
 {
     canvasList().push_back(this);
 }
@@ -42,7 +34,6 @@ GraphicsCanvas::~GraphicsCanvas()
     std::erase(canvasList(), this);
     SplitViewMgr::get()->forget(this);
     MouseEventSource::get()->forget(this);
-    delete m_data->widget;
 }
 
 void GraphicsCanvas::allCanvases(std::vector<GraphicsCanvas*>& canvases)
@@ -73,40 +64,49 @@ void GraphicsCanvas::view(GraphicsView* view, bool fit, bool repaint)
 
 int GraphicsCanvas::width() const
 {
-    return m_data->widget ? m_data->widget->width() : kNewWidth;
+    return existingWidget() ? m_surface->width() : kNewWidth;
 }
 
 int GraphicsCanvas::height() const
 {
-    return m_data->widget ? m_data->widget->height() : kNewHeight;
+    return existingWidget() ? m_surface->height() : kNewHeight;
 }
 
 void GraphicsCanvas::invalidate()
 {
-    if (m_data->widget)
-        m_data->widget->update();
+    if (m_surface)
+        m_surface->update();
 }
 
 void GraphicsCanvas::repaintNow()
 {
-    if (m_data->widget && m_data->widget->isVisible())
-        m_data->widget->repaint();
+    if (m_surface)
+        m_surface->repaint();
+}
+
+bool GraphicsCanvas::underPointer() const
+{
+    return m_surface && m_surface->underPointer();
+}
+
+void GraphicsCanvas::activateWindow()
+{
+    if (m_surface)
+        m_surface->activateWindow();
 }
 
 QWidget* GraphicsCanvas::widget(QWidget* parent)
 {
-    if (!m_data->widget) {
-        m_data->widget = makeCanvasWidget(this, parent);
+    if (!m_surface)
+        m_surface = Display::get()->makeSurface(this);
+    if (m_surface->put(parent))
         CursorController::updateCanvases();
-    } else if (m_data->widget->parentWidget() != parent) {
-        m_data->widget->setParent(parent);
-    }
-    return m_data->widget;
+    return m_surface->widget();
 }
 
 QWidget* GraphicsCanvas::existingWidget() const
 {
-    return m_data->widget;
+    return m_surface ? m_surface->widget() : nullptr;
 }
 
 } // namespace Vu

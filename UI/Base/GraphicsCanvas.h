@@ -9,6 +9,7 @@ class QWidget;
 
 namespace Vu {
 
+class CanvasSurface;
 class GraphicsView;
 
 /// A place where a view is drawn. The canvas exists with its area; its widget is made when the window is
@@ -36,16 +37,21 @@ public:
     void invalidate();
     void repaintNow();
 
+    /// Whether the mouse pointer is over the canvas, and no other window's widget covers it there.
+    bool underPointer() const;
+    /// Brings the canvas's window to the front, if there is one and it isn't there yet.
+    void activateWindow();
+
     /// The widget, made if need be as a child of `parent`; owned by its parent.
     QWidget* widget(QWidget* parent);
     /// Only if it is there.
     QWidget* existingWidget() const;
+    /// For CursorController; null before there was a widget.
+    CanvasSurface* surface() const { return m_surface.get(); }
 
 private:
-    struct Data;
-
     GraphicsView* m_view = nullptr;
-    std::unique_ptr<Data> m_data;
+    std::unique_ptr<CanvasSurface> m_surface;
 };
 
 } // namespace Vu

@@ -5,55 +5,26 @@
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/TransitionMgr.h"
 
-#include <QImage>
-#include <QImageWriter>
-#include <QSaveFile>
+#include <boost/algorithm/string/case_conv.hpp>
 
 #include <algorithm>
 
 namespace Vu {
 namespace {
 
-QByteArray imageFormat(const QString& path)
+std::string imageFormat(const std::wstring& path)
 {
-    const QString suffix = path.section(QLatin1Char('.'), -1).toLower();
-    if (suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg"))
+    const std::wstring suffix = boost::algorithm::to_lower_copy(path.substr(path.rfind(L'.') + 1));
+    if (suffix == L"jpg" || suffix == L"jpeg")
         return "jpg";
-    if (suffix == QLatin1String("tif") || suffix == QLatin1String("tiff"))
+    if (suffix == L"tif" || suffix == L"tiff")
         return "tiff";
     return "png";
-}
-
-bool writeImage(const Vs::Scene::Image& image, const QString& path, bool keepsTransparency,
-                Vs::Status& status)
-{
-    QImage picture(image.pixels.data(), static_cast<int>(image.width), static_cast<int>(image.height),
-                   static_cast<qsizetype>(image.width) * 4, QImage::Format_RGBA8888);
-    if (!keepsTransparency)
-        picture = picture.convertToFormat(QImage::Format_RGB888);
-    // Written beside the old picture and put in its place whole.
-    QSaveFile file(path);
-    QString reason;
-    if (!file.open(QIODevice::WriteOnly)) {
-        reason = file.errorString();
-    } else {
-        QImageWriter writer(&file, imageFormat(path));
-        constexpr int kJpegQuality = 92;
-        if (writer.format() == "jpg")
-            writer.setQuality(kJpegQuality);
-        if (!writer.write(picture))
-            reason = writer.errorString();
-        else if (!file.commit())
-            reason = file.errorString();
-    }
-    if (reason.isEmpty())
-        return true;
-    status.addError(L"The picture " + path.toStdWString() + L" cannot be written: " + reason.toStdWString());
-    return false;
 }
 
 } // namespace
@@ -153,14 +124,15 @@ void GraphicsView::copyCamera(const GraphicsView& from)
 
 bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status)
 {
-    const QString path = QString::fromStdWString(image->localPath());
+    const std::wstring path = image->localPath();
     const Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
     Vs::Scene::Image pixels;
     if (!Vs::Scene::OffscreenRenderer::get()->render(modelFragments(), width, height, options, pixels,
                                                      status))
         return false;
-    const bool jpeg = imageFormat(path) == "jpg";
-    return writeImage(pixels, path, options.transparentBackground && !jpeg, status);
+    const std::string format = imageFormat(path);
+    return Display::get()->writePicture(pixels, path, format,
+                                        options.transparentBackground && format != "jpg", status);
 }
 
 bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height)

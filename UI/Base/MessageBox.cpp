@@ -1,13 +1,8 @@
 #include "UI/Base/MessageBox.h"
 
 #include "UI/Base/Application.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/Localized.h"
-
-#include <QLabel>
-#include <QLayout>
-#include <QMessageBox>
-#include <QPainter>
-#include <QPushButton>
 
 namespace Vu {
 namespace {
@@ -24,57 +19,15 @@ struct StandardButton
 {
     const char* key;
     const char* text;
-    QMessageBox::ButtonRole role;
 };
 
 /// In the order of EStandardButton.
 constexpr StandardButton kStandardButtons[] = {
-    {"ButtonOk", "OK", QMessageBox::AcceptRole},
-    {"ButtonCancel", "Cancel", QMessageBox::RejectRole},
-    {"ButtonYes", "Yes", QMessageBox::YesRole},
-    {"ButtonNo", "No", QMessageBox::NoRole},
+    {"ButtonOk", "OK"},
+    {"ButtonCancel", "Cancel"},
+    {"ButtonYes", "Yes"},
+    {"ButtonNo", "No"},
 };
-
-struct Picture
-{
-    int icon;
-    char16_t sign;
-    QRgb colour;
-};
-
-/// By EMessageIcon. Sign and colour both tell the kind, so that neither is needed to tell it.
-constexpr Picture kPictures[] = {
-    {kQuestionIcon, u'?', 0xff2374c6},
-    {kInformationIcon, u'i', 0xff2374c6},
-    {kWarningIcon, u'!', 0xffc77700},
-    {kErrorIcon, u'\u00d7', 0xffc0392b},
-};
-
-/// Null for no picture.
-QPixmap pictureOf(int icon, double scale)
-{
-    constexpr int kSide = 40;
-    for (const Picture& row : kPictures) {
-        if (row.icon != icon)
-            continue;
-        QPixmap picture(QSize(kSide, kSide) * scale);
-        picture.setDevicePixelRatio(scale);
-        picture.fill(Qt::transparent);
-        QPainter painter(&picture);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor::fromRgba(row.colour));
-        painter.drawEllipse(1, 1, kSide - 2, kSide - 2);
-        QFont font = painter.font();
-        font.setPixelSize(kSide * 5 / 8);
-        font.setBold(true);
-        painter.setFont(font);
-        painter.setPen(Qt::white);
-        painter.drawText(QRect(0, 0, kSide, kSide), Qt::AlignCenter, QString(QChar(row.sign)));
-        return picture;
-    }
-    return {};
-}
 
 void inform(const std::wstring& text, int icon)
 {
@@ -135,31 +88,11 @@ int MessageBox::show()
 
 int MessageBox::ask() const
 {
-    QMessageBox box(QMessageBox::NoIcon,
-                    m_title.empty() ? QStringLiteral("Quillet") : QString::fromStdWString(m_title),
-                    QString::fromStdWString(m_text), QMessageBox::NoButton, Application::get()->mainWidget());
-    box.setTextFormat(Qt::PlainText);
-    box.setIconPixmap(pictureOf(m_icon, box.devicePixelRatioF()));
-    if (auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
-        text->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    constexpr int kBorder = 16;
-    box.layout()->setContentsMargins(kBorder, kBorder, kBorder, kBorder);
-    std::vector<QAbstractButton*> added;
-    for (const Button& button : m_buttons) {
-        const auto role = button.standard == kNotStandard
-                              ? (button.isDefault ? QMessageBox::AcceptRole : QMessageBox::DestructiveRole)
-                              : kStandardButtons[button.standard].role;
-        QPushButton* push = box.addButton(QString::fromStdWString(button.text), role);
-        if (button.isDefault)
-            box.setDefaultButton(push);
-        added.push_back(push);
-    }
-    box.setEscapeButton(added[static_cast<size_t>(cancelIndex())]);
-    box.exec();
-    for (size_t i = 0; i < added.size(); ++i)
-        if (added[i] == box.clickedButton())
-            return static_cast<int>(i);
-    return cancelIndex();
+    std::vector<Display::Button> buttons;
+    for (const Button& button : m_buttons)
+        buttons.push_back({button.text, button.standard, button.isDefault});
+    return Display::get()->askMessage(m_title, m_text, m_icon, buttons, cancelIndex(),
+                                      Application::get()->mainWidget());
 }
 
 void MessageBox::information(const std::wstring& text)

@@ -1,12 +1,11 @@
 #include "UI/Base/ProgressBar.h"
 
 #include "UI/Base/Application.h"
-#include "UI/Base/Window/ProgressPanel.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/WorkspaceWindow.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QPointer>
 
 #include <algorithm>
 
@@ -18,8 +17,7 @@ constexpr int kInterval = 30;
 
 struct ProgressBar::Data
 {
-    std::unique_ptr<BusyFilter> filter;
-    QPointer<ProgressPanel> panel;
+    std::weak_ptr<ProgressDisplay> display; ///< Goes with its window.
     QElapsedTimer sinceEvents;
 };
 
@@ -42,25 +40,25 @@ void ProgressBar::begin(const std::wstring& title)
     WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
     if (!m_enabled || !window || !window->shown())
         return;
-    m_data->panel = window->progressPanel();
-    m_data->panel->begin(QString::fromStdWString(title));
-    if (!m_data->filter)
-        m_data->filter = std::make_unique<BusyFilter>(m_data->panel);
+    const std::shared_ptr<ProgressDisplay> display = window->progress();
+    m_data->display = display;
+    display->begin(title);
     m_data->sinceEvents.start();
     QCoreApplication::processEvents();
 }
 
 bool ProgressBar::update(double fraction, const std::wstring& step)
 {
-    if (!m_data->panel || !m_enabled)
+    const std::shared_ptr<ProgressDisplay> display = m_data->display.lock();
+    if (!display || !m_enabled)
         return true;
     if (m_data->sinceEvents.elapsed() >= kInterval) {
-        m_data->panel->show(std::clamp(fraction, 0.0, 1.0), QString::fromStdWString(step));
+        display->show(std::clamp(fraction, 0.0, 1.0), step);
         QCoreApplication::processEvents(QEventLoop::AllEvents, kInterval);
         m_data->sinceEvents.restart();
     }
     // The button itself asks Vs::Progress, which is what the work looks at.
-    return !m_data->panel || !m_data->panel->cancelled();
+    return !display->cancelled();
 }
 
 void ProgressBar::end()
@@ -68,10 +66,9 @@ void ProgressBar::end()
     if (--m_depth > 0)
         return;
     m_depth = 0;
-    m_data->filter.reset();
-    if (m_data->panel)
-        m_data->panel->end();
-    m_data->panel = nullptr;
+    if (const std::shared_ptr<ProgressDisplay> display = m_data->display.lock())
+        display->end();
+    m_data->display.reset();
     // What waited for the work to end.
     Application::get()->resumeTasks();
 }

@@ -2,16 +2,16 @@
 
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Scene/NodeChange.h"
+#include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/ActiveAssetUtils.h"
 #include "UI/Base/AssetGraphicsView.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/ViewMgr.h"
-
-#include <QImage>
 
 #include <algorithm>
 
@@ -48,15 +48,13 @@ bool SceneUtilities::createTexture2(Rendra::Graphics::GeometryNode* node, const 
                                     float occludedOpacity)
 {
     const std::wstring path = images->localPath() + L"/" + name + L".png";
-    const QImage image = QImage(QString::fromStdWString(path)).convertToFormat(QImage::Format_RGBA8888);
-    if (image.isNull())
+    Vs::Scene::Image image;
+    if (!Display::get()->readPicture(path, image))
         return false;
     auto texture = std::make_shared<Rendra::Graphics::Texture>();
-    texture->width = image.width();
-    texture->height = image.height();
-    for (int y = 0; y < image.height(); ++y)
-        texture->pixels.insert(texture->pixels.end(), image.constScanLine(y),
-                               image.constScanLine(y) + image.width() * 4);
+    texture->width = static_cast<int>(image.width);
+    texture->height = static_cast<int>(image.height);
+    texture->pixels = std::move(image.pixels);
     texture->anchor = anchor;
     texture->scale = scale;
     texture->occludedOpacity = std::clamp(occludedOpacity, 0.0f, 1.0f);

@@ -4,11 +4,9 @@
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/AssetGraphicsView.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ViewMgr.h"
-
-#include <QBuffer>
-#include <QImage>
 
 namespace Vu {
 
@@ -35,12 +33,7 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     Vs::Status ignored; // Without a picture the file is as good.
     if (!Vs::Scene::OffscreenRenderer::get()->render(fragments, side, side, options, image, ignored))
         return {};
-    const QImage picture(image.pixels.data(), static_cast<int>(side), static_cast<int>(side),
-                         static_cast<qsizetype>(side) * 4, QImage::Format_RGBA8888);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    return picture.save(&buffer, "PNG") ? bytes.toStdString() : std::string();
+    return Display::get()->pngOf(image);
 }
 
 } // namespace Vu

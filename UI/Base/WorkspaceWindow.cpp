@@ -3,10 +3,10 @@
 #include "Server/Base/Warning.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Arrangement.h"
+#include "UI/Base/Display.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/Layout.h"
 #include "UI/Base/ProgressBar.h"
-#include "UI/Base/Window/MainWindow.h"
 #include "UI/Base/WorkspaceMgr.h"
 
 namespace Vu {
@@ -26,7 +26,7 @@ std::vector<GraphicsCanvas*> canvases()
 
 struct WorkspaceWindow::Data
 {
-    std::unique_ptr<MainWindow> window;
+    std::unique_ptr<WindowFrame> window;
     int stateBeforeShow = kNormal;
 };
 
@@ -86,7 +86,7 @@ void WorkspaceWindow::show()
     if (!m_data->window) {
         Application::get()->needGui();
         ProgressBar::get(); // From now on there is somewhere to show progress.
-        m_data->window = std::make_unique<MainWindow>(this);
+        m_data->window = Display::get()->makeWindow(this);
         Vs::warningHandler([](const std::wstring& text) {
             // From any thread; the window is the main one's.
             Application::get()->deferredTasks()->post([text] { Application::get()->inform(text); });
@@ -104,12 +104,12 @@ bool WorkspaceWindow::shown() const
 
 QWidget* WorkspaceWindow::widget() const
 {
-    return m_data->window.get();
+    return m_data->window ? m_data->window->widget() : nullptr;
 }
 
 MainWindow* WorkspaceWindow::mainWindow() const
 {
-    return m_data->window.get();
+    return m_data->window ? m_data->window->mainWindow() : nullptr;
 }
 
 void WorkspaceWindow::activateWindow()
@@ -118,8 +118,7 @@ void WorkspaceWindow::activateWindow()
         return;
     if (minimized())
         windowState(kNormal);
-    m_data->window->raise();
-    m_data->window->activateWindow();
+    m_data->window->bringToFront();
 }
 
 bool WorkspaceWindow::minimized() const
@@ -131,9 +130,9 @@ int WorkspaceWindow::windowState() const
 {
     if (!m_data->window)
         return m_data->stateBeforeShow;
-    if (m_data->window->isMinimized())
+    if (m_data->window->minimized())
         return kMinimized;
-    return m_data->window->isMaximized() ? kZoomed : kNormal;
+    return m_data->window->maximized() ? kZoomed : kNormal;
 }
 
 void WorkspaceWindow::windowState(int state)
@@ -151,7 +150,7 @@ void WorkspaceWindow::windowState(int state)
 
 bool WorkspaceWindow::fullScreen() const
 {
-    return m_data->window && m_data->window->isFullScreen();
+    return m_data->window && m_data->window->fullScreen();
 }
 
 void WorkspaceWindow::fullScreen(bool value)
@@ -167,24 +166,24 @@ void WorkspaceWindow::fullScreen(bool value)
 void WorkspaceWindow::statusMessage(const std::wstring& text, bool isError)
 {
     if (m_data->window)
-        m_data->window->message(QString::fromStdWString(text), isError);
+        m_data->window->message(text, isError);
 }
 
 void WorkspaceWindow::refresh()
 {
     if (m_data->window)
-        m_data->window->refreshSoon();
+        m_data->window->refresh();
 }
 
-ProgressPanel* WorkspaceWindow::progressPanel() const
+std::shared_ptr<ProgressDisplay> WorkspaceWindow::progress() const
 {
-    return m_data->window ? m_data->window->progressPanel() : nullptr;
+    return m_data->window ? m_data->window->progress() : nullptr;
 }
 
 void WorkspaceWindow::arrangementChanged()
 {
     if (m_data->window)
-        m_data->window->rebuildSoon();
+        m_data->window->rebuild();
 }
 
 } // namespace Vu

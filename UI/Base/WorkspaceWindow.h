@@ -14,7 +14,7 @@ class Area;
 class Arrangement;
 class ArrangementMgr;
 class MainWindow;
-class ProgressPanel;
+class ProgressDisplay;
 class Workspace;
 
 /// What of the display is to be drawn anew.
@@ -65,7 +65,7 @@ public:
     /// The same, for this library and its tests.
     MainWindow* mainWindow() const;
     /// For ProgressBar: where progress is shown; null before `show()`.
-    ProgressPanel* progressPanel() const;
+    std::shared_ptr<ProgressDisplay> progress() const;
     /// For ArrangementMgr: has the areas laid out anew at the end of the event.
     void arrangementChanged();
 

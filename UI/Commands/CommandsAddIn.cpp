@@ -3,6 +3,7 @@
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Scene/SceneAssetAdapter.h"
+#include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -134,6 +135,7 @@ void CommandsAddIn::load()
     if (status.isError())
         Vs::warn(status.toString());
     CommandEventSource::get()->subscribe(this);
+    Application::get()->addWindowPart("libVuCommandsQT10.so");
 }
 
 void CommandsAddIn::unload(bool last)

@@ -12,11 +12,14 @@
 #include "UI/Base/MouseEvents.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/Window/QtDisplay.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLWidget>
 #include <QPainter>
+#include <QPointer>
 #include <QTimer>
 
 #include <memory>
@@ -270,13 +273,69 @@ bool platformHasOpenGL()
     return has;
 }
 
-} // namespace
-
-QWidget* makeCanvasWidget(GraphicsCanvas* canvas, QWidget* parent)
+QWidget* makeWidget(GraphicsCanvas* canvas, QWidget* parent)
 {
     if (platformHasOpenGL())
         return new GlCanvas(canvas, parent);
     return new PaintedCanvas(canvas, parent);
+}
+
+class WidgetSurface : public CanvasSurface
+{
+public:
+    explicit WidgetSurface(GraphicsCanvas* canvas) : m_canvas(canvas) {}
+    ~WidgetSurface() override { delete m_widget; }
+
+    QWidget* widget() const override { return m_widget; }
+    bool put(QWidget* parent) override
+    {
+        const bool isNew = !m_widget;
+        if (isNew)
+            m_widget = makeWidget(m_canvas, parent);
+        else if (m_widget->parentWidget() != parent)
+            m_widget->setParent(parent);
+        return isNew;
+    }
+
+    int width() const override { return m_widget ? m_widget->width() : 0; }
+    int height() const override { return m_widget ? m_widget->height() : 0; }
+    void update() override
+    {
+        if (m_widget)
+            m_widget->update();
+    }
+    void repaint() override
+    {
+        if (m_widget && m_widget->isVisible())
+            m_widget->repaint();
+    }
+    void pointer(const Vs::CursorResource* pointer) override
+    {
+        if (m_widget && pointer)
+            m_widget->setCursor(cursorOf(*pointer));
+        else if (m_widget)
+            m_widget->unsetCursor();
+    }
+    bool underPointer() const override
+    {
+        return m_widget && QApplication::widgetAt(QCursor::pos()) == m_widget;
+    }
+    void activateWindow() override
+    {
+        if (m_widget && !m_widget->isActiveWindow())
+            m_widget->activateWindow();
+    }
+
+private:
+    GraphicsCanvas* m_canvas;
+    QPointer<QWidget> m_widget;
+};
+
+} // namespace
+
+std::unique_ptr<CanvasSurface> makeCanvasSurface(GraphicsCanvas* canvas)
+{
+    return std::make_unique<WidgetSurface>(canvas);
 }
 
 } // namespace Vu

@@ -1,13 +1,11 @@
 #pragma once
 
-class QWidget;
+#include "UI/Base/Display.h"
 
 namespace Vu {
 
-class GraphicsCanvas;
-
 /// The widget of a canvas: an OpenGL one where the platform has OpenGL, else one that paints the pictures of
 /// the windowless renderer.
-QWidget* makeCanvasWidget(GraphicsCanvas* canvas, QWidget* parent);
+std::unique_ptr<CanvasSurface> makeCanvasSurface(GraphicsCanvas* canvas);
 
 } // namespace Vu

@@ -13,8 +13,6 @@
 #include "UI/Commands/Camera/ToolMouse.h"
 #include "UI/Commands/Resources.h"
 
-#include <QWidget>
-
 #include <cmath>
 #include <utility>
 
@@ -109,9 +107,8 @@ void OrbitCmd::mouseMove(MouseEvent* event)
     m_mode = m_modes[m_zone].get();
     if (!m_mode)
         return;
-    const GraphicsCanvas* canvas = SceneUtilities::getActiveGraphicsCanvas();
-    if (QWidget* widget = canvas ? canvas->existingWidget() : nullptr; widget && !widget->isActiveWindow())
-        widget->activateWindow();
+    if (GraphicsCanvas* canvas = SceneUtilities::getActiveGraphicsCanvas())
+        canvas->activateWindow();
     showToolCursor(*this, m_mode->cursor());
 }
 

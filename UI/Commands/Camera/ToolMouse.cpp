@@ -9,10 +9,6 @@
 #include "UI/Base/SceneUtilities.h"
 #include "UI/Base/WorkspaceWindow.h"
 
-#include <QApplication>
-#include <QCursor>
-#include <QWidget>
-
 namespace Vu::Commands {
 
 void showToolCursor(const CommandBase& command, Vs::CursorResource* cursor)
@@ -23,10 +19,9 @@ void showToolCursor(const CommandBase& command, Vs::CursorResource* cursor)
 
 void activateCanvasUnderPointer()
 {
-    const GraphicsCanvas* canvas = SceneUtilities::getActiveGraphicsCanvas();
-    QWidget* widget = canvas ? canvas->existingWidget() : nullptr;
-    if (widget && QApplication::widgetAt(QCursor::pos()) == widget && !widget->isActiveWindow())
-        widget->activateWindow();
+    GraphicsCanvas* canvas = SceneUtilities::getActiveGraphicsCanvas();
+    if (canvas && canvas->underPointer())
+        canvas->activateWindow();
 }
 
 void startCameraInteraction(AssetSession* session)

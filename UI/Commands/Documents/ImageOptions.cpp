@@ -28,7 +28,19 @@ uint32_t bounded(double pixels)
     return static_cast<uint32_t>(std::clamp(std::round(pixels), 1.0, double(kLargestImage)));
 }
 
+ImageOptionsAsker installedAsker = nullptr;
+
 } // namespace
+
+bool askImageOptions(ImageOptions& options)
+{
+    return !installedAsker || installedAsker(options);
+}
+
+void imageOptionsAsker(ImageOptionsAsker asker)
+{
+    installedAsker = asker;
+}
 
 bool rendersAntiAliased(const ImageOptions& options)
 {

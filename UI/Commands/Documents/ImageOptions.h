@@ -17,6 +17,13 @@ struct ImageOptions
     bool transparencyLocked = false; ///< The file format knows no transparency.
 };
 
+/// Asks a person, beginning with what `options` says; returns false for cancelled. Without a window nobody is
+/// asked, and the options are taken as they are.
+bool askImageOptions(ImageOptions& options);
+/// Who asks: the add-in's widgets set it when they are loaded.
+using ImageOptionsAsker = bool (*)(ImageOptions& options);
+void imageOptionsAsker(ImageOptionsAsker asker);
+
 /// Above this many pixels of width or height an image is rendered without anti-aliasing, whatever is wished.
 inline constexpr uint32_t kLargestAntiAliased = 4096;
 /// No image may be wider or higher.

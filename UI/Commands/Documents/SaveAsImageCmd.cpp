@@ -7,7 +7,6 @@
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/SceneUtilities.h"
-#include "UI/Commands/Adaptations/QT/Options/QTSaveAsImageOptionsDlg.h"
 #include "UI/Commands/Documents/ImageOptions.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
@@ -160,11 +159,8 @@ void SaveAsImageCmd::onExecute(Vs::Status& status)
     ImageOptions options;
     options.transparencyLocked = locksTransparency(name);
     takeWindowSize(*view, options);
-    if (!takeArguments(*commandContext(), options) && !Application::headless()) {
-        QTSaveAsImageOptionsDlg dialog(&options, Application::get()->mainWidget());
-        if (dialog.exec() != QDialog::Accepted)
-            return;
-    }
+    if (!takeArguments(*commandContext(), options) && !Application::headless() && !askImageOptions(options))
+        return;
     if (options.transparencyLocked)
         options.transparentBackground = false;
     if (!sizeIsSane(options)) {

@@ -1,5 +1,6 @@
 #include "UI/Commands/Adaptations/QT/Options/QTSaveAsImageOptionsDlg.h"
 
+#include "UI/Base/Application.h"
 #include "UI/Commands/Localized.h"
 
 #include <QCheckBox>
@@ -220,4 +221,15 @@ void QTSaveAsImageOptionsDlg::showNumbers(const QLineEdit* edited)
     labelHeightOut->setText(QStringLiteral("     H: %1").arg(m_options->height));
 }
 
+namespace {
+
+const bool registered = [] {
+    imageOptionsAsker([](ImageOptions& options) {
+        return QTSaveAsImageOptionsDlg(&options, Application::get()->mainWidget()).exec() ==
+               QDialog::Accepted;
+    });
+    return true;
+}();
+
+} // namespace
 } // namespace Vu::Commands

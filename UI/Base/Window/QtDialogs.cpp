@@ -1,0 +1,133 @@
+// Questions to a person: messages and file names.
+
+#include "UI/Base/MessageBox.h"
+#include "UI/Base/Window/QtDisplay.h"
+
+#include <QFileDialog>
+#include <QLabel>
+#include <QLayout>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPushButton>
+
+namespace Vu {
+namespace {
+
+/// By EStandardButton.
+constexpr QMessageBox::ButtonRole kRoles[] = {QMessageBox::AcceptRole, QMessageBox::RejectRole,
+                                              QMessageBox::YesRole, QMessageBox::NoRole};
+
+QMessageBox::ButtonRole roleOf(const Display::Button& button)
+{
+    if (button.standard >= 0)
+        return kRoles[button.standard];
+    return button.isDefault ? QMessageBox::AcceptRole : QMessageBox::DestructiveRole;
+}
+
+struct Picture
+{
+    int icon;
+    char16_t sign;
+    QRgb colour;
+};
+
+/// By EMessageIcon. Sign and colour both tell the kind, so that neither is needed to tell it.
+constexpr Picture kPictures[] = {
+    {kQuestionIcon, u'?', 0xff2374c6},
+    {kInformationIcon, u'i', 0xff2374c6},
+    {kWarningIcon, u'!', 0xffc77700},
+    {kErrorIcon, u'\u00d7', 0xffc0392b},
+};
+
+/// Null for no picture.
+QPixmap pictureOf(int icon, double scale)
+{
+    constexpr int kSide = 40;
+    for (const Picture& row : kPictures) {
+        if (row.icon != icon)
+            continue;
+        QPixmap picture(QSize(kSide, kSide) * scale);
+        picture.setDevicePixelRatio(scale);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor::fromRgba(row.colour));
+        painter.drawEllipse(1, 1, kSide - 2, kSide - 2);
+        QFont font = painter.font();
+        font.setPixelSize(kSide * 5 / 8);
+        font.setBold(true);
+        painter.setFont(font);
+        painter.setPen(Qt::white);
+        painter.drawText(QRect(0, 0, kSide, kSide), Qt::AlignCenter, QString(QChar(row.sign)));
+        return picture;
+    }
+    return {};
+}
+
+/// The dialog must know the suffix before it asks whether a file may be replaced.
+QStringList askForSave(QWidget* parent, const QString& caption, const QString& start, const QString& filter)
+{
+    QFileDialog dialog(parent, caption, start, filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.selectFile(start);
+    const auto useSuffix = [&dialog](const QString& entry) {
+        const std::wstring suffix = FileDialogRules::withSuffix(L"x", entry.toStdWString()).substr(1);
+        dialog.setDefaultSuffix(QString::fromStdWString(suffix));
+    };
+    useSuffix(dialog.selectedNameFilter());
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, useSuffix);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
+}
+
+} // namespace
+
+int QtDisplay::askMessage(const std::wstring& title, const std::wstring& text, int icon,
+                          const std::vector<Button>& buttons, int cancel, QWidget* parent)
+{
+    QMessageBox box(QMessageBox::NoIcon,
+                    title.empty() ? QStringLiteral("Quillet") : QString::fromStdWString(title),
+                    QString::fromStdWString(text), QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setIconPixmap(pictureOf(icon, box.devicePixelRatioF()));
+    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
+        label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    constexpr int kBorder = 16;
+    box.layout()->setContentsMargins(kBorder, kBorder, kBorder, kBorder);
+    std::vector<QAbstractButton*> added;
+    for (const Button& button : buttons) {
+        QPushButton* push = box.addButton(QString::fromStdWString(button.text), roleOf(button));
+        if (button.isDefault)
+            box.setDefaultButton(push);
+        added.push_back(push);
+    }
+    box.setEscapeButton(added[static_cast<size_t>(cancel)]);
+    box.exec();
+    for (size_t i = 0; i < added.size(); ++i)
+        if (added[i] == box.clickedButton())
+            return static_cast<int>(i);
+    return cancel;
+}
+
+std::vector<std::wstring> QtDisplay::askFileNames(const FileDialog::Request& request,
+                                                  const std::wstring& start, QWidget* parent)
+{
+    const QString caption = QString::fromStdWString(request.caption);
+    const QString filter = QString::fromStdWString(FileDialogRules::dialogFilter(request.filter));
+    const QString from = QString::fromStdWString(start);
+    QStringList chosen;
+    if (request.several)
+        chosen = QFileDialog::getOpenFileNames(parent, caption, from, filter);
+    else if (request.forOpen)
+        chosen << QFileDialog::getOpenFileName(parent, caption, from, filter);
+    else
+        chosen = askForSave(parent, caption, from, filter);
+    chosen.removeAll(QString());
+    std::vector<std::wstring> names;
+    for (const QString& name : chosen)
+        names.push_back(name.toStdWString());
+    return names;
+}
+
+} // namespace Vu

@@ -1,0 +1,111 @@
+#include "UI/Base/Window/QtDisplay.h"
+
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/ResourceMgr.h"
+#include "Server/Base/StringTable.h"
+#include "UI/Base/Window/CanvasWidget.h"
+#include "UI/Base/Window/QtWindow.h"
+#include "UI/Base/Window/Theme.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QSurfaceFormat>
+#include <QTranslator>
+
+namespace Vu {
+namespace {
+
+/// The words that Qt itself brings (the file dialog's, for one) in the language of the program's own. Where
+/// Qt's texts are not installed, they stay English.
+void translateQt(QApplication* application)
+{
+    auto* translator = new QTranslator(application);
+    const QString language = QString::fromStdString(Vs::StringTable::language());
+    if (translator->load(QStringLiteral("qtbase_") + language,
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(translator);
+}
+
+/// The desktop finds it by its name only once the program is installed.
+void setWindowIcon()
+{
+    QIcon icon;
+    for (const char* size : {"16x16", "32x32", "48x48", "128x128"})
+        icon.addFile(QString::fromStdString(
+            (Vs::PathInfo::rootDirectory() / "share/icons/hicolor" / size / "apps/quillet.png").string()));
+    QApplication::setWindowIcon(icon);
+}
+
+} // namespace
+
+std::unique_ptr<QCoreApplication> QtDisplay::makeApplication(int& count, char** arguments, bool headless)
+{
+    if (headless)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QSurfaceFormat format;
+    format.setVersion(3, 3);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    format.setDepthBufferSize(24);
+    QSurfaceFormat::setDefaultFormat(format);
+    QApplication::setApplicationName(QStringLiteral("Quillet"));
+    QApplication::setDesktopFileName(QStringLiteral("quillet"));
+
+    auto application = std::make_unique<QApplication>(count, arguments);
+    application->setQuitOnLastWindowClosed(false);
+    if (!headless) {
+        applyTheme();
+        translateQt(application.get());
+        setWindowIcon();
+    }
+    return application;
+}
+
+int QtDisplay::run()
+{
+    return QApplication::exec();
+}
+
+std::unique_ptr<WindowFrame> QtDisplay::makeWindow(WorkspaceWindow* owner)
+{
+    return std::make_unique<QtWindow>(owner);
+}
+
+std::unique_ptr<CanvasSurface> QtDisplay::makeSurface(GraphicsCanvas* canvas)
+{
+    return makeCanvasSurface(canvas);
+}
+
+void QtDisplay::pointer(const Vs::CursorResource* pointer)
+{
+    while (QGuiApplication::overrideCursor())
+        QGuiApplication::restoreOverrideCursor();
+    if (pointer)
+        QGuiApplication::setOverrideCursor(cursorOf(*pointer));
+}
+
+void QtDisplay::showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent)
+{
+    QMessageBox::about(parent, QString::fromStdWString(title), QString::fromStdWString(text));
+}
+
+QCursor cursorOf(const Vs::CursorResource& resource)
+{
+    /// The numbers are Qt's, except the wait pointer, which has a number of its own.
+    constexpr int kWaitShape = 17;
+    if (resource.shape() == kWaitShape)
+        return QCursor(Qt::WaitCursor);
+    if (resource.shape() >= 0 && resource.shape() <= Qt::LastCursor)
+        return QCursor(static_cast<Qt::CursorShape>(resource.shape()));
+    const QPixmap picture(QString::fromStdWString(resource.localPath()));
+    return picture.isNull() ? QCursor(Qt::ArrowCursor) : QCursor(picture, resource.hotX(), resource.hotY());
+}
+
+} // namespace Vu
+
+extern "C" Vu::Display* vuDisplay()
+{
+    static Vu::QtDisplay display;
+    return &display;
+}

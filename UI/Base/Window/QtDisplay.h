@@ -1,0 +1,33 @@
+#pragma once
+
+#include "UI/Base/Display.h"
+
+#include <QCursor>
+
+namespace Vu {
+
+class QtDisplay : public Display
+{
+public:
+    std::unique_ptr<QCoreApplication> makeApplication(int& count, char** arguments, bool headless) override;
+    int run() override;
+
+    std::unique_ptr<WindowFrame> makeWindow(WorkspaceWindow* owner) override;
+    std::unique_ptr<CanvasSurface> makeSurface(GraphicsCanvas* canvas) override;
+    void pointer(const Vs::CursorResource* pointer) override;
+
+    int askMessage(const std::wstring& title, const std::wstring& text, int icon,
+                   const std::vector<Button>& buttons, int cancel, QWidget* parent) override;
+    std::vector<std::wstring> askFileNames(const FileDialog::Request& request, const std::wstring& start,
+                                           QWidget* parent) override;
+    void showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent) override;
+
+    bool readPicture(const std::wstring& path, Vs::Scene::Image& image) override;
+    bool writePicture(const Vs::Scene::Image& image, const std::wstring& path, const std::string& format,
+                      bool keepsTransparency, Vs::Status& status) override;
+    std::string pngOf(const Vs::Scene::Image& image) override;
+};
+
+QCursor cursorOf(const Vs::CursorResource& resource);
+
+} // namespace Vu
