@@ -132,6 +132,14 @@ TEST(ProgramTest, WithoutADisplayTheRunIsHeadlessAndSaysSo)
     EXPECT_NE(result.errors.find("headless"), std::string::npos);
 }
 
+TEST(ProgramTest, ADisplayThatIsNotThereIsAMessageAndNoCrash)
+{
+    const ProcessResult result = runQuillet({}, {.environment = {"DISPLAY=:65432"}});
+    EXPECT_EQ(result.exitCode, 2) << "signal " << result.signal;
+    EXPECT_NE(result.errors.find(":65432"), std::string::npos) << result.errors;
+    EXPECT_NE(result.errors.find("--headless"), std::string::npos) << result.errors;
+}
+
 TEST(ProgramTest, CtrlCEndsALoadWithAMessageAndTheRunGoesOnOnlyIfAskedTo)
 {
     SKIP_WITHOUT_REAL_DATA();

@@ -14,6 +14,7 @@
 #include "UI/Base/Host.h"
 #include "UI/Base/Localized.h"
 #include "UI/Base/ProgressBar.h"
+#include "UI/Base/SuddenEnd.h"
 #include "UI/Base/Thumbnail.h"
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
@@ -109,8 +110,12 @@ void Application::needGui()
     for (const std::string& part : m_windowParts)
         const Vs::SiblingLibrary opened(part);
     m_windowParts.clear();
+    if (!headless())
+        SuddenEnd::watch();
     m_data->gui = given.count ? display->makeApplication(*given.count, given.arguments, headless())
                               : display->makeApplication(noArguments, nameOnly, headless());
+    if (!headless())
+        SuddenEnd::watch(); // Again: before what Qt has made by now.
     m_data->idleTimer = std::make_unique<QTimer>();
     m_data->idleTimer->setSingleShot(true);
     QObject::connect(m_data->idleTimer.get(), &QTimer::timeout, m_data->gui.get(), [this] { runIdle(); });
@@ -218,6 +223,7 @@ void Application::exit(bool closeDocuments)
 
 void Application::shutDown()
 {
+    SuddenEnd::over();
     guarded([this] { m_data->deferred.flush(); });
     // Shells hold locks on what they show, so they go before the documents.
     WorkspaceMgr::get()->closeAll();

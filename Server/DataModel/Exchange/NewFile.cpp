@@ -35,6 +35,7 @@ NewFile::NewFile(const std::wstring& path) : m_path(Strings::narrow(path))
     const int descriptor = mkostemp(m_scratch.data(), O_CLOEXEC);
     if (descriptor < 0)
         fail();
+    m_unfinished.emplace(m_scratch);
     // The rights of a file that is replaced stay; a new one gets the usual ones.
     struct stat old;
     const mode_t mask = umask(0);
@@ -63,6 +64,7 @@ void NewFile::commit()
     }
     if (rename(m_scratch.c_str(), m_path.c_str()) != 0)
         fail();
+    m_unfinished.reset();
     m_scratch.clear();
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Server/Base/UnfinishedFile.h"
+
+#include <optional>
 #include <string>
 
 namespace Vs::Exchange {
@@ -25,6 +28,7 @@ public:
 private:
     std::string m_path;
     std::string m_scratch;
+    std::optional<UnfinishedFile> m_unfinished;
 };
 
 } // namespace Vs::Exchange

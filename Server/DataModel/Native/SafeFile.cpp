@@ -61,6 +61,7 @@ SafeFile::SafeFile(const std::string& path, FileCalls& calls) : m_calls(calls), 
                                  " doesn't exist");
     m_scratch = scratchName(m_target);
     openScratch();
+    m_unfinished.emplace(m_scratch);
     takeRights();
 }
 
@@ -198,6 +199,7 @@ void SafeFile::commit()
     if (persistent([&] { return m_calls.rename(m_scratch.c_str(), m_target.c_str()); }) != 0)
         fail();
     m_inPlace = true;
+    m_unfinished.reset();
     flushFolder();
 }
 

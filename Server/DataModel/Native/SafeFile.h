@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Server/Base/UnfinishedFile.h"
 #include "Server/DataModel/Native/FileCalls.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace Vs::Native {
@@ -48,6 +50,7 @@ private:
     FileCalls& m_calls;
     std::string m_target;
     std::string m_scratch;
+    std::optional<UnfinishedFile> m_unfinished;
     int m_descriptor = -1;
     uint64_t m_position = 0;
     bool m_inPlace = false;
