@@ -9,6 +9,14 @@
 #include "UI/Base/RecentDocumentMgr.h"
 #include "UI/Base/TransitionMgr.h"
 #include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Window/NamingDialog.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTimer>
+#include <QtTest/QTest>
 
 using namespace Vu;
 
@@ -114,6 +122,40 @@ TEST_F(DialogTest, WithoutANameAndWithoutAPersonTheDialogIsCancelledWithAMessage
     std::vector<std::wstring> names{L"old"};
     EXPECT_FALSE(FileDialog::getFilenamesForOpen(L"", names, L""));
     EXPECT_TRUE(names.empty());
+}
+
+TEST_F(DialogTest, ANameWithQuotesIsSavedUnderAsItStands)
+{
+    Application::get()->needGui();
+    const QString given = QString::fromStdWString((folder.path() / "Plan \"B\"").wstring());
+    NamingDialog dialog(nullptr, QStringLiteral("Save"), given, QStringLiteral("Design (*.vlra);;All (*.*)"));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.show();
+    auto* line = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    ASSERT_NE(line, nullptr);
+    EXPECT_EQ(line->text().toStdString(), "Plan \"B\"");
+    QTest::keyClick(line, Qt::Key_Return);
+    EXPECT_EQ(dialog.name().toStdString(), given.toStdString() + ".vlra");
+
+    dialog.show();
+    line->setText(QStringLiteral("Plan C"));
+    QTest::keyClick(line, Qt::Key_Return);
+    EXPECT_EQ(dialog.name().toStdString(), (folder.path() / "Plan C.vlra").string());
+
+    // One that is there already is replaced only if the user says so.
+    write("\"B\".vlra", "old");
+    dialog.show();
+    line->setText(QStringLiteral("\"B\""));
+    QTimer::singleShot(0, [] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        EXPECT_TRUE(box->text().contains(QStringLiteral("\"B\".vlra"))) << box->text().toStdString();
+        box->button(QMessageBox::No)->click();
+    });
+    QTest::keyClick(line, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible());
+    dialog.reject();
+    EXPECT_EQ(dialog.name().toStdString(), "");
 }
 
 TEST_F(DialogTest, FiltersAreBroughtIntoTheSystemsForm)

@@ -1,6 +1,7 @@
 // Questions to a person: messages and file names.
 
 #include "UI/Base/MessageBox.h"
+#include "UI/Base/Window/NamingDialog.h"
 #include "UI/Base/Window/QtDisplay.h"
 
 #include <QFileDialog>
@@ -65,22 +66,6 @@ QPixmap pictureOf(int icon, double scale)
     return {};
 }
 
-/// The dialog must know the suffix before it asks whether a file may be replaced.
-QStringList askForSave(QWidget* parent, const QString& caption, const QString& start, const QString& filter)
-{
-    QFileDialog dialog(parent, caption, start, filter);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.selectFile(start);
-    const auto useSuffix = [&dialog](const QString& entry) {
-        const std::wstring suffix = FileDialogRules::withSuffix(L"x", entry.toStdWString()).substr(1);
-        dialog.setDefaultSuffix(QString::fromStdWString(suffix));
-    };
-    useSuffix(dialog.selectedNameFilter());
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, useSuffix);
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
-}
-
 } // namespace
 
 int QtDisplay::askMessage(const std::wstring& title, const std::wstring& text, int icon,
@@ -117,12 +102,15 @@ std::vector<std::wstring> QtDisplay::askFileNames(const FileDialog::Request& req
     const QString filter = QString::fromStdWString(FileDialogRules::dialogFilter(request.filter));
     const QString from = QString::fromStdWString(start);
     QStringList chosen;
-    if (request.several)
+    if (request.several) {
         chosen = QFileDialog::getOpenFileNames(parent, caption, from, filter);
-    else if (request.forOpen)
+    } else if (request.forOpen) {
         chosen << QFileDialog::getOpenFileName(parent, caption, from, filter);
-    else
-        chosen = askForSave(parent, caption, from, filter);
+    } else {
+        NamingDialog dialog(parent, caption, from, filter);
+        dialog.exec();
+        chosen << dialog.name();
+    }
     chosen.removeAll(QString());
     std::vector<std::wstring> names;
     for (const QString& name : chosen)

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QFileDialog>
+
+namespace Vu {
+
+/// Asks under which name to save. Unlike Qt's own dialog, which takes quotes for the bounds of several names,
+/// it takes what is typed as it stands.
+class NamingDialog : public QFileDialog
+{
+public:
+    NamingDialog(QWidget* parent, const QString& caption, const QString& start, const QString& filter);
+
+    /// What the user chose; empty as long as nothing is.
+    QString name() const;
+
+protected:
+    void accept() override;
+
+private:
+    QString m_quoted; ///< A name with quotes, which Qt would take apart.
+};
+
+} // namespace Vu
