@@ -40,27 +40,28 @@ constexpr Picture kPictures[] = {
     {kErrorIcon, u'\u00d7', 0xffc0392b},
 };
 
+constexpr int kPictureSide = 40;
+
 /// Null for no picture.
 QPixmap pictureOf(int icon, double scale)
 {
-    constexpr int kSide = 40;
     for (const Picture& row : kPictures) {
         if (row.icon != icon)
             continue;
-        QPixmap picture(QSize(kSide, kSide) * scale);
+        QPixmap picture(QSize(kPictureSide, kPictureSide) * scale);
         picture.setDevicePixelRatio(scale);
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor::fromRgba(row.colour));
-        painter.drawEllipse(1, 1, kSide - 2, kSide - 2);
+        painter.drawEllipse(1, 1, kPictureSide - 2, kPictureSide - 2);
         QFont font = painter.font();
-        font.setPixelSize(kSide * 5 / 8);
+        font.setPixelSize(kPictureSide * 5 / 8);
         font.setBold(true);
         painter.setFont(font);
         painter.setPen(Qt::white);
-        painter.drawText(QRect(0, 0, kSide, kSide), Qt::AlignCenter, QString(QChar(row.sign)));
+        painter.drawText(QRect(0, 0, kPictureSide, kPictureSide), Qt::AlignCenter, QString(QChar(row.sign)));
         return picture;
     }
     return {};
@@ -76,8 +77,11 @@ int QtDisplay::askMessage(const std::wstring& title, const std::wstring& text, i
                     QString::fromStdWString(text), QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
     box.setIconPixmap(pictureOf(icon, box.devicePixelRatioF()));
-    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
+    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
         label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        // A single line stands beside the middle of the picture.
+        label->setMinimumHeight(kPictureSide);
+    }
     constexpr int kBorder = 16;
     box.layout()->setContentsMargins(kBorder, kBorder, kBorder, kBorder);
     std::vector<QAbstractButton*> added;

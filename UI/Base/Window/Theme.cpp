@@ -56,6 +56,9 @@ QToolButton[flat="true"] { border: 1px solid transparent; border-radius: 4px; pa
 QToolButton[flat="true"]:hover { background: palette(midlight); }
 QToolButton[flat="true"]:pressed, QToolButton[flat="true"]:checked { border-color: palette(highlight); }
 QToolButton[flat="true"]::menu-indicator { image: none; }
+QToolButton#alerts { border: 1px solid transparent; border-radius: 4px; padding: 1px 6px; }
+QToolButton#alerts:hover { border-color: palette(mid); }
+QToolButton#alerts::menu-indicator { image: none; }
 QFrame#strip { border: none; border-bottom: 1px solid palette(mid); }
 QFrame#commandBox { border: none; border-top: 1px solid palette(mid); }
 QFrame#hud { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
