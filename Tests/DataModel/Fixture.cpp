@@ -9,6 +9,7 @@
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace {
@@ -81,6 +82,17 @@ Vs::Document* DataModelTest::open(const std::wstring& path)
     const bool opened = translator->open(*options, context, status);
     EXPECT_EQ(opened, context.document() != nullptr);
     return context.document();
+}
+
+void DataModelTest::expectFault(const std::wstring& path, const std::string& cause)
+{
+    const unsigned before = Vs::DocumentMgr::get()->documents();
+    EXPECT_EQ(open(path), nullptr);
+    const std::string text = Vs::Strings::narrow(status.toString());
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 0) << text;
+    EXPECT_NE(text.find(Vs::Strings::narrow(path)), std::string::npos) << text;
+    EXPECT_NE(text.find(cause), std::string::npos) << text;
+    EXPECT_EQ(Vs::DocumentMgr::get()->documents(), before);
 }
 
 bool DataModelTest::save(Vs::Asset* asset, const std::wstring& path)

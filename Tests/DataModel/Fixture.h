@@ -20,6 +20,8 @@ protected:
     Vs::Asset* newAsset();
     /// Opens a foreign file; null on failure.
     Vs::Document* open(const std::wstring& path);
+    /// Opens a file that can't be: one message with the file and the cause, and nothing half open.
+    void expectFault(const std::wstring& path, const std::string& cause);
     bool save(Vs::Asset* asset, const std::wstring& path);
     std::wstring scratch(const std::string& name) const;
     std::wstring write(const std::string& name, const std::string& content) const;

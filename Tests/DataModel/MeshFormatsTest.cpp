@@ -121,17 +121,6 @@ protected:
         return asset;
     }
 
-    void expectFault(const std::wstring& path, const std::string& cause)
-    {
-        const unsigned before = DocumentMgr::get()->documents();
-        EXPECT_EQ(open(path), nullptr);
-        const std::string text = Strings::narrow(status.toString());
-        EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 0) << text;
-        EXPECT_NE(text.find(Strings::narrow(path)), std::string::npos) << text;
-        EXPECT_NE(text.find(cause), std::string::npos) << text;
-        EXPECT_EQ(DocumentMgr::get()->documents(), before);
-    }
-
     const Component* part(const Asset& asset, const std::wstring& name)
     {
         for (const Component* component : componentsOf(asset))

@@ -31,7 +31,8 @@ NewFile::NewFile(const std::wstring& path) : m_path(Strings::narrow(path))
     const auto target = std::filesystem::weakly_canonical(m_path, error);
     if (!error)
         m_path = target.string();
-    m_scratch = m_path + ".XXXXXX";
+    // Short enough for any folder, however long the file's own name is.
+    m_scratch = (std::filesystem::path(m_path).parent_path() / ".quillet-XXXXXX").string();
     const int descriptor = mkostemp(m_scratch.data(), O_CLOEXEC);
     if (descriptor < 0)
         fail();
