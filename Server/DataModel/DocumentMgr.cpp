@@ -9,6 +9,7 @@
 #include "Server/DataModel/Native/DocumentStore.h"
 #include "Server/DataModel/Native/Paths.h"
 #include "Server/DataModel/NativeFile.h"
+#include "Server/DataModel/ProgressText.h"
 
 #include <boost/algorithm/string/predicate.hpp>
 #include <boost/filesystem/operations.hpp>
@@ -156,7 +157,7 @@ bool DocumentMgr::isNative(const std::wstring& path) const
 
 Document* DocumentMgr::openNative(const std::wstring& path, Status& status)
 {
-    ProgressScope progress(L"Opening " + fs::path(path).filename().wstring());
+    ProgressScope progress(ProgressText::opening(path));
     auto load = DocumentStore::read(
         path, [&](double fraction) { return progress.update(fraction); }, status);
     return load ? DocumentStore::build(std::move(*load), path, status) : nullptr;

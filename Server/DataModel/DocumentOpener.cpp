@@ -7,6 +7,7 @@
 #include "Server/DataModel/Exchange/ForeignTranslator.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/ProgressText.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -49,7 +50,7 @@ void readAll(std::vector<NativeJob>& jobs)
 {
     if (jobs.empty())
         return;
-    ProgressScope progress(L"Opening " + std::to_wstring(jobs.size()) + L" files");
+    ProgressScope progress(ProgressText::openingFiles(jobs.size()));
     std::atomic<size_t> next = 0;
     std::atomic<bool> goOn = true;
     std::counting_semaphore<> done(0);
@@ -103,7 +104,7 @@ void DocumentOpener::open(Status& status, int option)
         running.push_back(imports[i].get());
     }
     if (!running.empty()) {
-        ProgressScope progress(L"Opening " + std::to_wstring(running.size()) + L" files");
+        ProgressScope progress(ProgressText::openingFiles(running.size()));
         Exchange::ForeignImport::run(
             running, Exchange::importCache(),
             [&](double fraction, const std::wstring& step) { return progress.update(fraction, step); });

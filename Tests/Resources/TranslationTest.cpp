@@ -2,6 +2,7 @@
 #include "UI/Commands/Resources.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <regex>
@@ -44,7 +45,9 @@ std::vector<std::string> matchesOf(const std::string& text, const char* pattern)
     return found;
 }
 
-const std::string kGerman[] = {QUILLET_SOURCES "/UI/Base/Configuration/Translations/de/VuBase.po",
+const std::string kDataModel =
+    QUILLET_SOURCES "/Server/DataModel/Configuration/Translations/de/VsDataModel.po";
+const std::string kGerman[] = {kDataModel, QUILLET_SOURCES "/UI/Base/Configuration/Translations/de/VuBase.po",
                                QUILLET_SOURCES "/UI/Commands/Configuration/Translations/de/VuCommands.po",
                                QUILLET_SOURCES "/UI/Design/Configuration/Translations/de/VuDesign.po"};
 
@@ -78,6 +81,25 @@ TEST(GermanTexts, KeepThePlaceholdersAndTheFiltersOfFileDialogs)
                 << entry.key;
         }
     }
+}
+
+// Workers tell their steps in English, so that no call in the code names a key.
+TEST(GermanTexts, CoverEveryStepThatAWorkerTells)
+{
+    const std::vector<Entry> entries = entriesOf(kDataModel);
+    size_t steps = 0;
+    for (const auto& file : std::filesystem::directory_iterator(QUILLET_SOURCES "/Server/Translate")) {
+        std::ifstream stream(file.path());
+        const std::string code{std::istreambuf_iterator<char>(stream), {}};
+        for (const std::string& call : matchesOf(code, "reporter\\.stage\\(\"[^\"]+\"")) {
+            const std::string step = call.substr(call.find('"') + 1, call.size() - call.find('"') - 2);
+            ++steps;
+            EXPECT_TRUE(std::any_of(entries.begin(), entries.end(),
+                                    [&](const Entry& entry) { return entry.key == step; }))
+                << step << " in " << file.path();
+        }
+    }
+    EXPECT_GT(steps, 10u);
 }
 
 TEST(GermanTexts, AreShownOnceTheLanguageIsSwitchedWhileTheIconsStay)

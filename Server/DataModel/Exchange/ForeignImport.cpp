@@ -3,6 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Model/ModelFile.h"
+#include "Server/DataModel/ProgressText.h"
 
 #include <filesystem>
 #include <stdexcept>
@@ -155,7 +156,8 @@ bool ForeignImport::run(std::span<ForeignImport* const> imports, ImportCache& ca
                 if (worker->end() == Worker::End::Running && worker->fraction() < slowest->fraction())
                     slowest = worker;
             }
-            const bool goOn = !watch || watch(sum / double(workers.size()), Strings::widen(slowest->step()));
+            const bool goOn =
+                !watch || watch(sum / double(workers.size()), ProgressText::step(slowest->step()));
             cancelled |= !goOn;
             return goOn;
         });

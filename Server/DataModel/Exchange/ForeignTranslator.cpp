@@ -13,6 +13,7 @@
 #include "Server/DataModel/Exchange/MeshExport.h"
 #include "Server/DataModel/Exchange/NewFile.h"
 #include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/ProgressText.h"
 #include "Server/DataModel/Transaction.h"
 #include "Server/Types/LengthUnit.h"
 
@@ -202,7 +203,7 @@ bool ForeignTranslator::open(TranslatorOpenOptions& options, TranslatorContext& 
     }
     ForeignImport import(boost::filesystem::absolute(options.fileName()).wstring());
     {
-        ProgressScope progress(L"Opening " + fileName(options.fileName()));
+        ProgressScope progress(ProgressText::opening(options.fileName()));
         ForeignImport* imports[] = {&import};
         ForeignImport::run(imports, importCache(), [&](double fraction, const std::wstring& step) {
             return progress.update(fraction, step);
@@ -230,10 +231,11 @@ bool ForeignTranslator::save(TranslatorSaveOptions& options, TranslatorContext& 
     }
     if (m_row.save != Save::Mesh)
         return saveByWorker(*asset, options, status);
-    ProgressScope progress(L"Writing " + fileName(options.fileName()));
+    ProgressScope progress(ProgressText::writing(options.fileName()));
     return writeStl(
         *asset->components(), options.fileName(), options.refinement(), unitOf(options),
-        [&](double fraction) { return progress.update(fraction, L"writing triangles"); }, status);
+        [&](double fraction) { return progress.update(fraction, ProgressText::step("writing triangles")); },
+        status);
 }
 
 // The kernel's writers are as large as its readers, and stay in the worker with them.
@@ -269,10 +271,10 @@ bool ForeignTranslator::saveByWorker(const Asset& asset, TranslatorSaveOptions& 
         }
         Worker worker(workerOf(m_row.format), argumentsFor(m_row.format, data.path(), target, options),
                       WorkerLimits::forFile(std::filesystem::file_size(data.path()) * 10));
-        ProgressScope progress(L"Writing " + fileName(path));
+        ProgressScope progress(ProgressText::writing(path));
         Worker* workers[] = {&worker};
         Worker::run(workers,
-                    [&] { return progress.update(worker.fraction(), Strings::widen(worker.step())); });
+                    [&] { return progress.update(worker.fraction(), ProgressText::step(worker.step())); });
         if (worker.end() == Worker::End::Cancelled)
             return false;
         if (worker.end() != Worker::End::Done)

@@ -1,0 +1,57 @@
+#include "Server/DataModel/ProgressText.h"
+
+#include "Server/Base/StringTable.h"
+
+#include <boost/filesystem/path.hpp>
+#include <boost/format.hpp>
+
+namespace Vs::ProgressText {
+
+namespace {
+
+constexpr const wchar_t* kDomain = L"VsDataModel";
+
+std::wstring filled(const char* key, const char* english, const std::wstring& value)
+{
+    boost::wformat format(StringTable::getLocalizedString(kDomain, key, english));
+    // A translation that lacks the placeholder still gives a text.
+    format.exceptions(boost::io::no_error_bits);
+    return (format % value).str();
+}
+
+std::wstring nameOf(const std::wstring& path)
+{
+    return boost::filesystem::path(path).filename().wstring();
+}
+
+} // namespace
+
+std::wstring opening(const std::wstring& path)
+{
+    return filled("ProgressOpening", "Opening %1%", nameOf(path));
+}
+
+std::wstring openingFiles(size_t count)
+{
+    return filled("ProgressOpeningFiles", "Opening %1% files", std::to_wstring(count));
+}
+
+std::wstring saving(const std::wstring& path)
+{
+    return filled("ProgressSaving", "Saving %1%", nameOf(path));
+}
+
+std::wstring writing(const std::wstring& path)
+{
+    return filled("ProgressWriting", "Writing %1%", nameOf(path));
+}
+
+std::wstring step(const std::string& english)
+{
+    // The catalogue's header stands under the empty text.
+    if (english.empty())
+        return {};
+    return StringTable::getLocalizedString(kDomain, english.c_str(), english.c_str());
+}
+
+} // namespace Vs::ProgressText

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+/// What a progress display shows of this library's work, in the user's language. Main thread.
+namespace Vs::ProgressText {
+
+std::wstring opening(const std::wstring& path);
+std::wstring openingFiles(size_t count);
+/// A native file.
+std::wstring saving(const std::wstring& path);
+/// A foreign one.
+std::wstring writing(const std::wstring& path);
+
+/// The step that a worker tells of, which it knows in English only.
+std::wstring step(const std::string& english);
+
+} // namespace Vs::ProgressText
