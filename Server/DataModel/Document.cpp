@@ -56,9 +56,11 @@ void Document::activeAsset(Asset* asset)
 
 void Document::path(const std::wstring& path)
 {
-    if (path != m_path)
+    // What a name means must not change with the process's folder.
+    const std::wstring absolute = path.empty() ? path : boost::filesystem::absolute(path).wstring();
+    if (absolute != m_path)
         m_file->identity = {};
-    takePath(path);
+    takePath(absolute);
     if (!path.empty())
         displayName(boost::filesystem::path(path).stem().wstring());
 }

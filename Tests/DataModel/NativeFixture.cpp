@@ -72,6 +72,12 @@ std::wstring NativeTest::savedFile(const std::string& name)
     return scratch(name);
 }
 
+size_t NativeTest::filesInFolder() const
+{
+    using boost::filesystem::directory_iterator;
+    return static_cast<size_t>(std::distance(directory_iterator(folder.path()), directory_iterator()));
+}
+
 std::string contentOf(const std::wstring& path)
 {
     boost::filesystem::ifstream stream(path, std::ios::binary);

@@ -24,6 +24,8 @@ protected:
     Vs::Document* reopen(Vs::Document* document);
     /// A saved and closed file with the document of `madeAsset`.
     std::wstring savedFile(const std::string& name);
+    /// Everything in the scratch folder, so that what a save leaves behind is seen.
+    size_t filesInFolder() const;
 };
 
 /// Gives its answers to what it is asked, and remembers the questions.

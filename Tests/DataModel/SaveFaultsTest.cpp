@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <sys/xattr.h>
 
 using namespace Vs;
 using Native::FileCalls;
@@ -68,6 +69,18 @@ public:
     {
         return fails("rights") ? -1 : FileCalls::rights(descriptor, mode);
     }
+    ssize_t attributes(const char* path, char* names, size_t size) override
+    {
+        return fails("attributes") ? -1 : FileCalls::attributes(path, names, size);
+    }
+    ssize_t attribute(const char* path, const char* name, void* value, size_t size) override
+    {
+        return fails("attribute") ? -1 : FileCalls::attribute(path, name, value, size);
+    }
+    int giveAttribute(int descriptor, const char* name, const void* value, size_t size) override
+    {
+        return fails("giveAttribute") ? -1 : FileCalls::giveAttribute(descriptor, name, value, size);
+    }
     int flush(int descriptor) override { return fails("flush") ? -1 : FileCalls::flush(descriptor); }
     int close(int descriptor) override
     {
@@ -117,6 +130,7 @@ protected:
         Asset* other = Asset::create(document, L"Other", document->activeAsset()->assetType());
         ModelBuilder(other).sphere(4, {}, status);
         EXPECT_TRUE(saveAs(document, scratch("faults.tdsn"))) << message();
+        labelled = setxattr(Strings::narrow(document->path()).c_str(), "user.note", "kept", 4, 0) == 0;
         ModelBuilder(other).box(1, 2, 3, {}, status);
         return document;
     }
@@ -134,10 +148,8 @@ protected:
         fs::remove(scratch("look.tdsn"));
         return found;
     }
-    size_t filesInFolder() const
-    {
-        return static_cast<size_t>(std::distance(fs::directory_iterator(folder.path()), {}));
-    }
+
+    bool labelled = false; ///< The file system takes attributes.
 };
 
 TEST_F(SaveFaultsTest, AtEveryCallTheOldFileStaysWholeOrTheNewOneIsComplete)
@@ -180,8 +192,10 @@ TEST_F(SaveFaultsTest, AtEveryCallTheOldFileStaysWholeOrTheNewOneIsComplete)
             }
         }
         EXPECT_GT(survived, 6) << failedCalls;
-        for (const char* name : {"open", "write", "writeAt", "copy", "flush", "rename"})
+        for (const char* name : {"open ", "write ", "writeAt ", "copy ", "attributes ", "flush ", "rename "})
             EXPECT_NE(failedCalls.find(name), std::string::npos) << failedCalls;
+        for (const char* name : {"attribute ", "giveAttribute "})
+            EXPECT_EQ(failedCalls.find(name) != std::string::npos, labelled) << failedCalls;
         // What was left behind went with the last save, which nothing hindered.
         EXPECT_EQ(filesInFolder(), 1u);
         DocumentMgr::get()->close(document);

@@ -1,6 +1,7 @@
 // What stands in the way of a save, and what must not be lost by one.
 
 #include "Server/Base/Progress.h"
+#include "Server/Base/StringTable.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Transaction.h"
@@ -10,8 +11,10 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <fcntl.h>
+#include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 using namespace Vs;
@@ -27,10 +30,6 @@ protected:
         EXPECT_TRUE(saveAs(document, scratch(name))) << message();
         ModelBuilder(document->activeAsset()).box(1, 2, 3, {}, status);
         return document;
-    }
-    size_t filesInFolder() const
-    {
-        return static_cast<size_t>(std::distance(fs::directory_iterator(folder.path()), {}));
     }
     void expectRefused(Document* document, const std::string& cause)
     {
@@ -69,6 +68,44 @@ TEST_F(SaveTest, ALinkStaysALinkAndTheRightsStay)
     fs::create_symlink("circle.tdsn", folder.path() / "circle.tdsn");
     EXPECT_FALSE(saveAs(DocumentMgr::get()->document(0u), scratch("circle.tdsn")));
     EXPECT_TRUE(oneMessage(L"circle.tdsn", "symbolic links"));
+}
+
+TEST_F(SaveTest, LabelsAndAccessListsStay)
+{
+    Document* document = changedDocument("labelled.tdsn");
+    const std::string path = Strings::narrow(document->path());
+    // The owner, one more user, the group, the bound of both, the others: as the system's interface has them.
+    struct Entry
+    {
+        uint16_t tag, rights;
+        uint32_t who;
+    };
+    constexpr uint32_t kNobody = 0xffffffff, kGuest = 12345;
+    const Entry list[] = {
+        {1, 6, kNobody}, {2, 4, kGuest}, {4, 0, kNobody}, {16, 4, kNobody}, {32, 0, kNobody}};
+    const uint32_t version = 2;
+    std::string access(reinterpret_cast<const char*>(&version), sizeof version);
+    access.append(reinterpret_cast<const char*>(list), sizeof list);
+
+    std::vector<std::pair<std::string, std::string>> kept;
+    for (const auto& [name, value] :
+         {std::pair<std::string, std::string>("user.note", std::string("a\0b", 3)),
+          {"user.empty", ""},
+          {"system.posix_acl_access", access}})
+        if (setxattr(path.c_str(), name.c_str(), value.data(), value.size(), 0) == 0)
+            kept.emplace_back(name, value);
+    if (kept.empty())
+        GTEST_SKIP() << "the file system of " << path << " has no attributes";
+    ASSERT_TRUE(save(document)) << message();
+    for (const auto& [name, value] : kept) {
+        char found[256];
+        const ssize_t size = getxattr(path.c_str(), name.c_str(), found, sizeof found);
+        ASSERT_GE(size, 0) << name;
+        EXPECT_EQ(std::string(found, static_cast<size_t>(size)), value) << name;
+    }
+    // They are the replaced file's, not the document's.
+    ASSERT_TRUE(saveAs(document, scratch("plain.tdsn"))) << message();
+    EXPECT_LT(getxattr(Strings::narrow(scratch("plain.tdsn")).c_str(), kept[0].first.c_str(), nullptr, 0), 0);
 }
 
 TEST_F(SaveTest, AWriteProtectedFileIsLeftAloneUnlessSomebodyAgrees)
@@ -258,6 +295,47 @@ TEST_F(SaveTest, ACancelledSaveOrOpeningLeavesEverythingAsItWas)
     Progress::sink(nullptr);
     EXPECT_TRUE(oneMessage(L"cancel.tdsn", "cancelled"));
     EXPECT_EQ(DocumentMgr::get()->documents(), 0u);
+}
+
+TEST_F(SaveTest, WhatALongWorkShowsIsInTheUsersLanguage)
+{
+    struct Sink : ProgressSink
+    {
+        std::set<std::wstring> shown;
+        void begin(const std::wstring& title) override { shown.insert(title); }
+        bool update(double, const std::wstring& step) override { return shown.insert(step), true; }
+        void end() override {}
+    } sink;
+    StringTable::language("de");
+    Progress::sink(&sink);
+    const std::wstring path = savedFile("Maße.tdsn");
+    const Document* document = open(path);
+    Progress::sink(nullptr);
+    StringTable::language("en");
+    ASSERT_NE(document, nullptr) << message();
+    for (const wchar_t* text :
+         {L"Maße.tdsn wird gespeichert", L"auf die Platte schreiben", L"Maße.tdsn wird geöffnet"})
+        EXPECT_TRUE(sink.shown.contains(text)) << Strings::narrow(text);
+}
+
+TEST_F(SaveTest, TheFileOfAnotherOpenDocumentIsNotOverwritten)
+{
+    // Whichever of the two is older.
+    Document* early = madeAsset()->document();
+    Document* owner = madeAsset()->document();
+    Document* late = madeAsset()->document();
+    ASSERT_TRUE(saveAs(owner, scratch("owned.tdsn"))) << message();
+    fs::create_symlink("owned.tdsn", folder.path() / "link.tdsn");
+    const std::string before = contentOf(owner->path());
+    for (Document* document : {early, late})
+        for (const char* name : {"owned.tdsn", "link.tdsn"}) {
+            EXPECT_FALSE(saveAs(document, scratch(name)));
+            EXPECT_TRUE(oneMessage(scratch(name), "another document of that file is open"));
+            document->path(scratch(name));
+            EXPECT_FALSE(save(document));
+            document->clearPath();
+        }
+    EXPECT_TRUE(contentOf(owner->path()) == before);
 }
 
 TEST_F(SaveTest, HandlersAreAskedWhereTheirNamesSay)

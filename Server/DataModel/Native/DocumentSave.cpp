@@ -12,6 +12,7 @@
 #include "Server/DataModel/Native/Package.h"
 #include "Server/DataModel/Native/PackageWriter.h"
 #include "Server/DataModel/Native/Paths.h"
+#include "Server/DataModel/ProgressText.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/Types/Uuid.h"
 
@@ -41,14 +42,15 @@ public:
             m_assets.push_back(document.hiddenAsset(i));
     }
 
-    void check()
+    /// `others` are the documents beside this one that have the path.
+    void check(const std::vector<const Document*>& others)
     {
         for (const Asset* asset : m_assets)
             if (asset->data().transactionOpen)
                 fail(L"a change of \"" + asset->name() + L"\" is under way");
-        const Document* other = DocumentMgr::get()->document(m_path);
-        if (other && other != &m_document && sameFile(*other))
-            fail(L"another document of that file is open");
+        for (const Document* other : others)
+            if (sameFile(*other))
+                fail(L"another document of that file is open");
     }
 
     void ask(bool firstTime)
@@ -69,7 +71,7 @@ public:
 
     void write()
     {
-        ProgressScope progress(L"Saving " + boost::filesystem::path(m_path).filename().wstring());
+        ProgressScope progress(ProgressText::saving(m_path));
         try {
             Native::SafeFile file(m_target, Native::FileCalls::current());
             PackageWriter writer(file);
@@ -77,7 +79,7 @@ public:
             writePicture(writer);
             writer.add(Native::kManifestName, m_manifest.write());
             writer.finish();
-            if (!progress.update(1, L"flushing to the disk"))
+            if (!progress.update(1, ProgressText::step("flushing to the disk")))
                 throw Cancelled();
             // The check is made again, since writing takes its time.
             if (FileIdentity::of(m_target) != m_found)
@@ -229,11 +231,21 @@ private:
 
 } // namespace
 
+std::vector<const Document*> DocumentStore::othersOf(const Document& document, const std::wstring& path)
+{
+    std::vector<const Document*> others;
+    const std::string wanted = Native::comparablePath(path).string();
+    for (const auto& other : DocumentMgr::get()->m_documents)
+        if (other.get() != &document && other->m_comparablePath == wanted)
+            others.push_back(other.get());
+    return others;
+}
+
 bool DocumentStore::save(Document& document, const std::wstring& path, Status& status)
 {
     try {
         Save save(document, *document.m_file, path);
-        save.check();
+        save.check(othersOf(document, path));
         save.ask(document.m_savedVersion == 0);
         save.write();
         save.takeOver();

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace Vs::Native {
@@ -47,6 +48,21 @@ int FileCalls::giveTo(int descriptor, uid_t owner, gid_t group)
 int FileCalls::rights(int descriptor, mode_t mode)
 {
     return ::fchmod(descriptor, mode);
+}
+
+ssize_t FileCalls::attributes(const char* path, char* names, size_t size)
+{
+    return ::listxattr(path, names, size);
+}
+
+ssize_t FileCalls::attribute(const char* path, const char* name, void* value, size_t size)
+{
+    return ::getxattr(path, name, value, size);
+}
+
+int FileCalls::giveAttribute(int descriptor, const char* name, const void* value, size_t size)
+{
+    return ::fsetxattr(descriptor, name, value, size, 0);
 }
 
 int FileCalls::flush(int descriptor)

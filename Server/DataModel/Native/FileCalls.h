@@ -19,6 +19,11 @@ public:
     virtual int lock(int descriptor); ///< Exclusively, without waiting.
     virtual int giveTo(int descriptor, uid_t owner, gid_t group);
     virtual int rights(int descriptor, mode_t mode);
+    /// Extended attributes, to which access lists belong: the names of a file's, each with a zero behind it
+    /// (listxattr), the value of one (getxattr), and giving one to an open file (fsetxattr).
+    virtual ssize_t attributes(const char* path, char* names, size_t size);
+    virtual ssize_t attribute(const char* path, const char* name, void* value, size_t size);
+    virtual int giveAttribute(int descriptor, const char* name, const void* value, size_t size);
     virtual int flush(int descriptor); ///< To the disk (fsync).
     virtual int close(int descriptor);
     virtual int rename(const char* from, const char* to);

@@ -8,9 +8,11 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <linux/limits.h>
 #include <stdexcept>
 #include <sys/stat.h>
 #include <utility>
+#include <vector>
 #include <xxhash.h>
 
 namespace Vs::Native {
@@ -42,6 +44,13 @@ std::string scratchName(const fs::path& target)
     std::snprintf(text, sizeof text, ".quillet-%016llx.part",
                   static_cast<unsigned long long>(XXH3_64bits(name.data(), name.size())));
     return (target.parent_path() / text).string();
+}
+
+// Checksums that the system keeps beside a file would be wrong for another content, and so shut the file
+// away.
+bool survivesTheContent(const std::string& attribute)
+{
+    return !attribute.starts_with("security.") || attribute == "security.selinux";
 }
 
 } // namespace
@@ -133,6 +142,30 @@ void SafeFile::takeRights()
     if (persistent([&] { return m_calls.rights(m_descriptor, mode); }) != 0 && errno != EPERM &&
         errno != EOPNOTSUPP)
         abandon(errno, true);
+    takeAttributes();
+}
+
+// Labels, comments and access lists that somebody gave to the file that is replaced. A file system that has
+// none, or keeps one for itself, is no reason not to save. They come after the rights, which are part of an
+// access list.
+void SafeFile::takeAttributes()
+{
+    std::vector<char> names(XATTR_LIST_MAX), value(XATTR_SIZE_MAX);
+    const ssize_t size =
+        persistent([&] { return m_calls.attributes(m_target.c_str(), names.data(), names.size()); });
+    for (ssize_t place = 0; place < size;) {
+        const std::string name = &names[static_cast<size_t>(place)];
+        place += static_cast<ssize_t>(name.size()) + 1;
+        if (!survivesTheContent(name))
+            continue;
+        const ssize_t length = persistent(
+            [&] { return m_calls.attribute(m_target.c_str(), name.c_str(), value.data(), value.size()); });
+        if (length >= 0)
+            persistent([&] {
+                return m_calls.giveAttribute(m_descriptor, name.c_str(), value.data(),
+                                             static_cast<size_t>(length));
+            });
+    }
 }
 
 SafeFile::~SafeFile()

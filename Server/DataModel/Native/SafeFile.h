@@ -45,6 +45,7 @@ private:
     bool isOurs(int descriptor);
     [[noreturn]] void abandon(int cause, bool remove);
     void takeRights();
+    void takeAttributes();
     void flushFolder();
 
     FileCalls& m_calls;
