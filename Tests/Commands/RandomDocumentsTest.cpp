@@ -1,15 +1,18 @@
 // Random sequences of document and asset lines, checked after each line against a plain model of what should
 // be open, listed, current and dirty. The seed is printed; QUILLET_SEED repeats a run.
 
+#include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Transaction.h"
 #include "Tests/Commands/CommandsProgram.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"
 
+#include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
@@ -18,6 +21,7 @@
 #include <map>
 #include <optional>
 #include <random>
+#include <set>
 
 using namespace Vu;
 using namespace Vu::Commands;
@@ -27,15 +31,33 @@ namespace {
 /// The buttons of "Save changes?".
 enum Answer { kSave = 0, kDontSave = 1, kCancel = 2 };
 
+struct ModelAsset
+{
+    bool dirty = false;
+    size_t parts = 0, undo = 0, redo = 0;
+};
+
 struct ModelDocument
 {
     const Vs::Document* real;
     std::wstring path;
-    std::vector<bool> dirty; ///< One for each asset.
+    std::wstring name;
+    std::vector<ModelAsset> assets;
+    std::vector<ModelAsset> hidden;
     size_t active = 0;
 
-    bool isDirty() const { return std::find(dirty.begin(), dirty.end(), true) != dirty.end(); }
-    void clean() { dirty.assign(dirty.size(), false); }
+    bool isDirty() const
+    {
+        const auto dirty = [](const ModelAsset& asset) { return asset.dirty; };
+        return std::any_of(assets.begin(), assets.end(), dirty) ||
+               std::any_of(hidden.begin(), hidden.end(), dirty);
+    }
+    void clean()
+    {
+        for (auto* list : {&assets, &hidden})
+            for (ModelAsset& asset : *list)
+                asset.dirty = false;
+    }
 };
 
 struct Place
@@ -45,10 +67,11 @@ struct Place
     bool operator==(const Place& other) const { return document == other.document && asset == other.asset; }
 };
 
-/// What a file holds: the count of assets and the active one.
+/// What a file holds: the parts of each asset, how many hidden ones there are, and the active one.
 struct ModelFile
 {
-    size_t assets;
+    std::vector<size_t> parts;
+    size_t hidden;
     size_t active;
 };
 
@@ -88,9 +111,18 @@ struct Model
     }
     void save(ModelDocument& document, const std::wstring& path)
     {
+        if (path != document.path)
+            document.name = boost::filesystem::path(path).stem().wstring();
         document.path = path;
         document.clean();
-        files[path] = {document.dirty.size(), document.active};
+        ModelFile& file = files[path] = {{}, document.hidden.size(), document.active};
+        for (const ModelAsset& asset : document.assets)
+            file.parts.push_back(asset.parts);
+    }
+    bool isOpen(const std::wstring& path) const
+    {
+        return std::any_of(documents.begin(), documents.end(),
+                           [&](const ModelDocument& document) { return document.path == path; });
     }
 };
 
@@ -109,6 +141,10 @@ public:
 
     size_t below(size_t bound) { return std::uniform_int_distribution<size_t>(0, bound - 1)(m_random); }
     std::wstring freshPath() { return scratch(L"random/" + std::to_wstring(++m_files) + L".vlra"); }
+    const std::wstring& anyFile()
+    {
+        return std::next(m_model.files.begin(), static_cast<long>(below(m_model.files.size())))->first;
+    }
     static const Vs::Document* newest() { return Vs::DocumentMgr::get()->document(documents() - 1); }
 
     void create()
@@ -117,7 +153,7 @@ public:
         const ModelDocument* previous = m_model.active();
         const Vs::Document* gone = replaces && previous ? previous->real : nullptr;
         answer(replaces ? L"Document.Create VeloraAssetType" : L"VuCommands.NewSingleDocumentCmd");
-        m_model.documents.push_back({newest(), L"", {false}});
+        m_model.documents.push_back({newest(), L"", newest()->displayName(), std::vector<ModelAsset>(1), {}});
         m_model.show({newest(), 0});
         if (gone)
             m_model.close(gone);
@@ -129,16 +165,59 @@ public:
             failure(L"Asset.Create VeloraAssetType");
             return;
         }
+        if (below(3) == 0) {
+            answer(L"Asset.Create TorvexAssetType /Hidden");
+            document->hidden.push_back({.dirty = true});
+            document->assets[document->active].dirty = true;
+            return;
+        }
         answer(L"Asset.Create VeloraAssetType");
-        document->dirty.push_back(true);
-        m_model.show({document->real, document->dirty.size() - 1});
+        document->assets.push_back({.dirty = true});
+        m_model.show({document->real, document->assets.size() - 1});
+    }
+    ModelAsset* currentAsset()
+    {
+        ModelDocument* document = m_model.active();
+        return document ? &document->assets[m_model.current->asset] : nullptr;
     }
     void markDirty()
     {
+        ModelAsset* asset = currentAsset();
+        if (asset)
+            asset->dirty = true;
+        EXPECT_EQ(run(L"Asset.MarkDirty").first, asset ? 0u : 1u);
+    }
+    void addPart()
+    {
+        ModelAsset* asset = currentAsset();
+        if (!asset)
+            return;
+        answer(L"Design.Box 1 2 3");
+        *asset = {true, asset->parts + 1, asset->undo + 1, 0};
+    }
+    void undo()
+    {
+        ModelAsset* asset = currentAsset();
+        if (!asset)
+            return;
+        const bool back = below(3) != 0;
+        Vs::Asset* real = activeSession()->asset();
+        size_t& steps = back ? asset->undo : asset->redo;
+        EXPECT_EQ(back ? Vs::Transaction::undo(real) : Vs::Transaction::redo(real), steps > 0);
+        if (steps == 0)
+            return;
+        --steps;
+        ++(back ? asset->redo : asset->undo);
+        asset->parts += back ? size_t(-1) : 1;
+        asset->dirty = true;
+    }
+    void rename()
+    {
         ModelDocument* document = m_model.active();
+        const std::wstring name = L"Renamed" + std::to_wstring(++m_files);
+        EXPECT_EQ(run(L"Document.Rename " + name).first, document ? 0u : 1u);
         if (document)
-            document->dirty[m_model.current->asset] = true;
-        EXPECT_EQ(run(L"Asset.MarkDirty").first, document ? 0u : 1u);
+            document->name = name;
     }
     void save()
     {
@@ -149,42 +228,93 @@ public:
             return;
         }
         const bool named = as || document->path.empty();
-        const std::wstring path = named ? freshPath() : document->path;
-        answer(as ? L"Document.SaveAs " + path : named ? L"Document.Save " + path : L"Document.Save");
+        std::wstring path = named ? freshPath() : document->path;
+        // Now and then over a file that nobody has open.
+        if (named && !m_model.files.empty() && below(3) == 0)
+            if (const std::wstring& taken = anyFile(); !m_model.isOpen(taken))
+                path = taken;
+        const bool area = below(2) == 0;
+        const std::wstring line =
+            area ? (as ? L"Document.SaveAs" : L"Document.Save")
+                 : (as ? L"VuCommands.SaveDocumentAsCmd" : L"VuCommands.SaveDocumentCmd");
+        answer(named ? line + L" " + path : line);
         m_model.save(*document, path);
+    }
+    /// Into a folder that isn't there, or over the file of another document.
+    void failToSave()
+    {
+        ModelDocument* document = m_model.active();
+        if (!document)
+            return;
+        std::wstring path = scratch(L"random/nowhere/x.vlra");
+        for (const ModelDocument& other : m_model.documents)
+            if (&other != document && !other.path.empty() && below(2) == 0)
+                path = other.path;
+        if (below(2) == 0) {
+            failure(L"Document.SaveAs " + path);
+            // They were to be written whether they had changed or not.
+            for (ModelAsset& asset : document->assets)
+                asset.dirty = true;
+        } else if (document->path.empty()) {
+            failure(L"Document.Save " + path);
+        }
     }
     void open()
     {
         if (m_model.files.empty())
             return;
-        const auto& [path, file] =
-            *std::next(m_model.files.begin(), static_cast<long>(below(m_model.files.size())));
-        answer(L"VuCommands.OpenDocumentCmd " + path);
+        const std::wstring path = anyFile();
+        const bool replaces = below(2) == 0;
+        answer((replaces ? L"VuCommands.OpenDocumentCmd " : L"Document.Open ") + path);
         ModelDocument* previous = m_model.active();
-        const Vs::Document* gone = previous ? previous->real : nullptr;
-        auto found = std::find_if(
-            m_model.documents.begin(), m_model.documents.end(),
-            [&, &wanted = path](const ModelDocument& document) { return document.path == wanted; });
-        if (found != m_model.documents.end() && found->real == gone)
+        const Vs::Document* gone = replaces && previous ? previous->real : nullptr;
+        auto found = std::find_if(m_model.documents.begin(), m_model.documents.end(),
+                                  [&](const ModelDocument& document) { return document.path == path; });
+        if (gone && found != m_model.documents.end() && found->real == gone)
             return;
         if (found == m_model.documents.end()) {
-            m_model.documents.push_back({newest(), path, std::vector<bool>(file.assets, false), file.active});
+            const ModelFile& file = m_model.files[path];
+            m_model.documents.push_back(
+                {newest(), path, boost::filesystem::path(path).stem().wstring(), {}, {}, file.active});
             found = m_model.documents.end() - 1;
+            for (const size_t parts : file.parts)
+                found->assets.push_back({.parts = parts});
+            found->hidden.resize(file.hidden);
         }
-        for (size_t i = 0; i < found->dirty.size(); ++i)
-            m_model.list({found->real, i});
+        if (replaces)
+            for (size_t i = 0; i < found->assets.size(); ++i)
+                m_model.list({found->real, i});
         m_model.show({found->real, found->active});
         if (gone)
             m_model.close(gone);
     }
+    void failToOpen()
+    {
+        boost::filesystem::ofstream(scratch(L"random/noise.vlra")) << "noise";
+        answerBoxes(0);
+        for (const wchar_t* line : {L"VuCommands.OpenDocumentCmd ", L"Document.Open "})
+            failure(line + scratch(L"random/noise.vlra"));
+    }
     void activate()
     {
+        ModelDocument* active = m_model.active();
+        if (active && below(2) == 0) {
+            const size_t asset = below(active->assets.size());
+            answer(L"Asset.Activate " + active->real->asset(static_cast<unsigned>(asset))->name());
+            m_model.show({active->real, asset});
+            return;
+        }
         for (const ModelDocument& document : m_model.documents)
             if (!document.path.empty() && below(2) == 0) {
                 answer(L"Document.Activate " + document.path);
                 m_model.show({document.real, document.active});
                 return;
             }
+    }
+    void goHome()
+    {
+        answer(L"VuCommands.ManagementShellCmd");
+        m_model.shown = false;
     }
     void cycle()
     {
@@ -218,16 +348,21 @@ public:
             m_model.save(document, document.path);
         return button == kSave ? !document.path.empty() : button == kDontSave;
     }
-    void close()
+    Answer answerQuestions()
     {
         const auto button = static_cast<Answer>(below(3));
         answerBoxes(button);
+        return button;
+    }
+    void close()
+    {
+        const Answer button = answerQuestions();
         ModelDocument* document = m_model.active();
         if (!document) {
             failure(L"Document.Close");
             return;
         }
-        answer(L"Document.Close");
+        answer(below(2) == 0 ? L"Document.Close" : L"VuCommands.CloseDocumentCmd");
         if (!agreed(*document, button))
             return;
         m_model.close(document->real);
@@ -235,8 +370,7 @@ public:
     }
     void closeAsset()
     {
-        const auto button = static_cast<Answer>(below(3));
-        answerBoxes(button);
+        const Answer button = answerQuestions();
         ModelDocument* document = m_model.active();
         if (!document) {
             failure(L"Asset.Close");
@@ -244,14 +378,15 @@ public:
         }
         const Place closing = *m_model.current;
         answer(L"Asset.Close");
-        if (document->dirty.size() > 1)
+        if (document->assets.size() > 1)
             document->active = closing.asset == 0 ? 1 : 0;
         const auto others = [&](const Place& place) {
             return place.document == closing.document && place.asset != closing.asset;
         };
         const bool keptByDirty =
-            std::any_of(m_model.listed.begin(), m_model.listed.end(),
-                        [&](const Place& place) { return others(place) && document->dirty[place.asset]; });
+            std::any_of(m_model.listed.begin(), m_model.listed.end(), [&](const Place& place) {
+                return others(place) && document->assets[place.asset].dirty;
+            });
         if (!keptByDirty && !agreed(*document, button))
             return;
         // The question shows the document's active asset; what closes then is the one that was meant.
@@ -262,17 +397,37 @@ public:
         if (std::none_of(m_model.listed.begin(), m_model.listed.end(), others))
             m_model.close(closing.document);
     }
-    void closeAll()
+    /// One question after the other; who is kept stays.
+    void closeEach()
     {
         if (below(4) != 0)
             return;
-        answerBoxes(kDontSave);
-        EXPECT_EQ(run(L"Document.CloseAll").first, m_model.documents.empty() ? 1u : 0u);
-        if (m_model.documents.empty())
+        const Answer button = answerQuestions();
+        std::vector<const Vs::Document*> all;
+        for (const ModelDocument& document : m_model.documents)
+            all.push_back(document.real);
+        EXPECT_EQ(run(L"Document.CloseAll").first, all.empty() ? 1u : 0u);
+        for (const Vs::Document* document : all)
+            if (agreed(*m_model.find(document), button)) {
+                m_model.close(document);
+                m_model.shown = false;
+            }
+    }
+    /// All questions first, in the order of a set; one refusal keeps all.
+    void closeAll()
+    {
+        if (!m_model.active() || below(4) != 0)
             return;
-        m_model.documents.clear();
-        m_model.listed.clear();
-        m_model.current.reset();
+        const Answer button = answerQuestions();
+        std::set<const Vs::Document*> all;
+        for (const ModelDocument& document : m_model.documents)
+            all.insert(document.real);
+        answer(L"VuCommands.CloseAllDocumentsCmd");
+        for (const Vs::Document* document : all)
+            if (!agreed(*m_model.find(document), button))
+                return;
+        for (const Vs::Document* document : all)
+            m_model.close(document);
         m_model.shown = false;
     }
 
@@ -285,10 +440,14 @@ public:
             const ModelDocument& document = m_model.documents[i];
             ASSERT_EQ(real, document.real);
             ASSERT_EQ(real->path(), document.path);
-            ASSERT_EQ(real->assets(), document.dirty.size());
+            ASSERT_EQ(real->displayName(), document.name);
+            ASSERT_EQ(real->assets(), document.assets.size());
+            ASSERT_EQ(real->hiddenAssets(), document.hidden.size());
             ASSERT_EQ(real->activeAsset(), real->asset(static_cast<unsigned>(document.active)));
             for (unsigned k = 0; k < real->assets(); ++k)
-                ASSERT_EQ(real->asset(k)->isDirty(false), document.dirty[k]);
+                checkAsset(*real->asset(k), document.assets[k]);
+            for (unsigned k = 0; k < real->hiddenAssets(); ++k)
+                checkAsset(*real->hiddenAsset(k), document.hidden[k]);
         }
         std::vector<Place> listed;
         for (const AssetSession* session : SharedWorkflows::activeAssetShell()->assetSessions())
@@ -299,6 +458,13 @@ public:
         if (session) {
             ASSERT_TRUE(placeOf(session) == *m_model.current);
         }
+    }
+    static void checkAsset(const Vs::Asset& real, const ModelAsset& asset)
+    {
+        ASSERT_EQ(real.isDirty(false), asset.dirty);
+        ASSERT_EQ(real.components() ? real.components()->children.size() : 0, asset.parts);
+        ASSERT_EQ(Vs::Transaction::undoSteps(&real), asset.undo);
+        ASSERT_EQ(Vs::Transaction::redoSteps(&real), asset.redo);
     }
     static Place placeOf(const AssetSession* session)
     {
@@ -326,11 +492,14 @@ TEST_F(RandomDocumentsTest, WhatIsOpenCurrentAndDirtyIsWhatAPlainModelSays)
     };
     static constexpr Row kOperations[] = {
         {"create", &RandomDocumentsTest::create},       {"insert", &RandomDocumentsTest::insert},
-        {"markDirty", &RandomDocumentsTest::markDirty}, {"save", &RandomDocumentsTest::save},
-        {"open", &RandomDocumentsTest::open},           {"activate", &RandomDocumentsTest::activate},
+        {"markDirty", &RandomDocumentsTest::markDirty}, {"addPart", &RandomDocumentsTest::addPart},
+        {"undo", &RandomDocumentsTest::undo},           {"rename", &RandomDocumentsTest::rename},
+        {"save", &RandomDocumentsTest::save},           {"failToSave", &RandomDocumentsTest::failToSave},
+        {"open", &RandomDocumentsTest::open},           {"failToOpen", &RandomDocumentsTest::failToOpen},
+        {"activate", &RandomDocumentsTest::activate},   {"goHome", &RandomDocumentsTest::goHome},
         {"cycle", &RandomDocumentsTest::cycle},         {"step", &RandomDocumentsTest::step},
         {"close", &RandomDocumentsTest::close},         {"closeAsset", &RandomDocumentsTest::closeAsset},
-        {"closeAll", &RandomDocumentsTest::closeAll},
+        {"closeEach", &RandomDocumentsTest::closeEach}, {"closeAll", &RandomDocumentsTest::closeAll},
     };
     constexpr int kSteps = 400;
     std::string trail;

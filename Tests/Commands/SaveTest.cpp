@@ -5,9 +5,11 @@
 #include "Tests/Commands/CommandsProgram.h"
 #include "Tests/Support/Process.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/UsageEvents.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/FileDialog.h"
@@ -134,11 +136,16 @@ TEST_F(SaveTest, ABareNameIsSavedInTheLastFolderWhichFollowsTheNamesThatHaveOne)
 
 TEST_F(SaveTest, ASaveOverAnExistingFileReplacesItAndLeavesNothingBeside)
 {
-    write(file(L"last/old.vlra"), "old");
-    answer(L"Design.New");
-    answer(L"Document.Save old.vlra");
-    EXPECT_TRUE(isPackage(file(L"last/old.vlra")));
-    EXPECT_EQ(filesIn(file(L"last")), 1u);
+    for (const fs::perms rights : {fs::owner_read | fs::owner_write | fs::group_read, fs::owner_read}) {
+        write(file(L"last/old.vlra"), "old");
+        fs::permissions(file(L"last/old.vlra"), rights);
+        answer(L"Design.New");
+        answer(L"Document.Save old.vlra");
+        EXPECT_TRUE(isPackage(file(L"last/old.vlra")));
+        EXPECT_EQ(filesIn(file(L"last")), 1u);
+        answer(L"Document.Close");
+        fs::remove(file(L"last/old.vlra"));
+    }
 }
 
 TEST_F(SaveTest, AFailedSaveIsToldLeavesTheOldFileAndCanBeTriedUnderAnotherName)
@@ -167,13 +174,40 @@ TEST_F(SaveTest, AFailedSaveIsToldLeavesTheOldFileAndCanBeTriedUnderAnotherName)
 TEST_F(SaveTest, AFileThatWasSetAsideComesBackWhenTheSaveFails)
 {
     answer(L"Design.New");
+    answer(L"Document.Rename Earlier");
+    Vs::Asset* earlier = current()->activeAsset();
+    answer(L"Design.New");
     answer(L"Document.Save " + file(L"mine.vlra"));
+    fs::permissions(file(L"mine.vlra"), fs::owner_read);
     answer(L"Design.New");
     // The name belongs to a document that is open, so that the save is refused.
     const std::string before = read(file(L"mine.vlra"));
     failure(L"Document.Save " + file(L"mine.vlra"));
     EXPECT_EQ(read(file(L"mine.vlra")), before);
+    answer(L"Asset.Activate " + earlier->name() + L" Earlier");
+    ASSERT_EQ(current(), earlier->document());
+    failure(L"Document.Save " + file(L"mine.vlra"));
+    EXPECT_EQ(current()->displayName(), L"Earlier") << "as it was";
+    EXPECT_EQ(read(file(L"mine.vlra")), before);
     EXPECT_EQ(filesIn(scratch(L"save")), 2u);
+}
+
+TEST_F(SaveTest, ADocumentWithAFileIsSavedThereWhateverTheLineNames)
+{
+    answer(L"Design.New");
+    answer(L"Document.Save " + file(L"own.vlra"));
+    fs::permissions(file(L"own.vlra"), fs::owner_read | fs::owner_write | fs::group_read);
+    write(file(L"other.vlra"), "other");
+    for (const wchar_t* name : {L"own.vlra", L"other.vlra", L"fresh.vlra"}) {
+        answer(L"Asset.MarkDirty");
+        answer(L"Document.Save " + file(name));
+        EXPECT_FALSE(current()->isDirty(false));
+        EXPECT_EQ(current()->path(), file(L"own.vlra"));
+    }
+    // As the file was not out of the way, the new content has its rights.
+    EXPECT_EQ(fs::status(file(L"own.vlra")).permissions(), fs::owner_read | fs::owner_write | fs::group_read);
+    EXPECT_EQ(read(file(L"other.vlra")), "other");
+    EXPECT_FALSE(fs::exists(file(L"fresh.vlra")));
 }
 
 TEST_F(SaveTest, SavingByButtonAsksForTheFirstNameOnceAndCancellingSavesNothing)
@@ -244,6 +278,29 @@ TEST_F(SaveTest, AFailedSaveAsLeavesTheDocumentUnderItsOldName)
     EXPECT_TRUE(events.timings.empty());
     EXPECT_EQ(recent(), std::vector<std::wstring>{file(L"first.vlra")});
     EXPECT_EQ(current()->path(), file(L"first.vlra"));
+}
+
+TEST_F(SaveTest, AFailedSaveAsByButtonIsOneAlertWithNameAndCause)
+{
+    answer(L"Design.New");
+    answer(L"Asset.MarkDirty");
+    AlertController* alerts = CommandMgr::getActiveCommandManager()->GetAlertController();
+    alerts->clearAllAlerts();
+    answerBoxes(0);
+    answerDialogs({file(L"nowhere/part.vlra")});
+    CommandContext context = CommandContext::activeContext();
+    context.executeImmediately(false);
+    CommandDefinitionMgr::get()->findCommandDefinitionById(L"SaveDocumentAsCommand")->executeCommand(context);
+    run(L"");
+    ASSERT_EQ(alerts->alerts().size(), 1u);
+    const Alert& alert = alerts->alerts().front();
+    EXPECT_EQ(alert.severity, EAlertSeverity::Error);
+    EXPECT_EQ(alert.text, L"\"" + file(L"nowhere/part.vlra") + L"\" can't be saved: the folder " +
+                              file(L"nowhere") + L" doesn't exist.");
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_TRUE(current()->isDirty(false));
+    EXPECT_FALSE(current()->isOnDisk());
+    alerts->clearAllAlerts();
 }
 
 /// The folder of the tests may hold a dot, which would make every name one that the dialog has dealt with.

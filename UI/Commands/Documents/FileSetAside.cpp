@@ -2,6 +2,7 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <unistd.h>
 #include <utility>
 
 namespace Vu::Commands {
@@ -11,7 +12,10 @@ namespace fs = boost::filesystem;
 FileSetAside::FileSetAside(fs::path path) : m_path(std::move(path))
 {
     boost::system::error_code error;
-    if (!fs::is_regular_file(fs::symlink_status(m_path, error)))
+    const fs::file_status file = fs::symlink_status(m_path, error);
+    constexpr auto kWritable = fs::owner_write | fs::group_write | fs::others_write;
+    if (!fs::is_regular_file(file) ||
+        ((file.permissions() & kWritable) != 0 && access(m_path.c_str(), W_OK) == 0))
         return;
     const fs::path aside = fs::unique_path(m_path.parent_path() / ".%%%%-%%%%-%%%%.old", error);
     if (error)

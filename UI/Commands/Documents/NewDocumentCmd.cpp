@@ -138,6 +138,7 @@ Vs::Document* NewDocumentCmd::CreateNewDocument(Vs::Status& status, const std::s
 void NewDocumentCmd::ActivateAsset(Vs::Document* document)
 {
     DocumentSession* previous = SessionMgr::get()->activeDocumentSession();
+    restoreWindow();
     if (showDocument(document, AllSessions::No) && previous)
         closeSilently(previous);
 }

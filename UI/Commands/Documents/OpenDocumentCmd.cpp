@@ -40,12 +40,9 @@ namespace {
 constexpr int kOpenOrdinarily = 1;
 constexpr const wchar_t* kX11Address = L"https://www.x.org/";
 
-Vs::Metrics::TimeMetric* openMetric()
-{
-    static Vs::Metrics::TimeMetric* const metric =
-        Vs::Metrics::TimeMetric::make(Vs::UniqueString::find("Open", true), L"Open");
-    return metric;
-}
+/// Made at the start, so that it is listed before the first opening.
+Vs::Metrics::TimeMetric* const theOpenMetric =
+    Vs::Metrics::TimeMetric::make(Vs::UniqueString::find("Open", true), L"Open");
 
 bool refusedAsCloudPath(const std::wstring& path, Vs::Status& status)
 {
@@ -150,7 +147,7 @@ void OpenDocumentCmd::openSeveral(const Vs::TranslatorFileRecognizer& recognizer
         const std::wstring path = commandContext()->argumentAsString(CommandContext::pathArgumentName());
         if (path.empty() || refusedAsCloudPath(path, status))
             return;
-        openMetric()->start();
+        theOpenMetric->start();
         openNativeOrForeign(recognizer, path, status);
         return;
     }
@@ -159,7 +156,7 @@ void OpenDocumentCmd::openSeveral(const Vs::TranslatorFileRecognizer& recognizer
         FileDialog::tellMissing(status);
         return;
     }
-    openMetric()->start();
+    theOpenMetric->start();
     std::vector<std::wstring> native;
     for (const std::wstring& name : names)
         if (Vs::Translator* translator = recognizer.translator(name))
@@ -185,7 +182,7 @@ void OpenDocumentCmd::openOne(const Vs::TranslatorFileRecognizer& recognizer, co
     }
     if (refusedAsCloudPath(name, status))
         return;
-    openMetric()->start();
+    theOpenMetric->start();
     Vs::Translator* translator = recognizer.translator(name);
     if (!translator) {
         openDocument(name, status, "");
@@ -202,7 +199,7 @@ void OpenDocumentCmd::openOne(const Vs::TranslatorFileRecognizer& recognizer, co
 
 void OpenDocumentCmd::onEnd(ETerminationReason reason)
 {
-    openMetric()->stop();
+    theOpenMetric->stop();
     SimpleCommand::onEnd(reason);
     sendUsage(reason, "Quillet.OpenDocumentCmd");
 }
@@ -227,12 +224,16 @@ void OpenDocumentCmd::openDocument(const std::wstring& path, Vs::Status& status,
     if (document && previous && document == previous->document())
         return;
     if (!document) {
+        Vs::Status own;
         {
             const WaitCursor wait;
-            document = manager->open(path, status);
+            document = manager->open(path, own);
         }
+        // Of several files each failure is told once.
+        const bool told = status.reported();
+        status.merge(own);
         if (!document) {
-            MessageBox::warning(status.toString());
+            MessageBox::warning((told ? own : status).toString());
             status.reported(true);
             return;
         }
@@ -281,6 +282,9 @@ void OpenDocumentCmd::openDocuments(const std::vector<std::wstring>& paths, Vs::
     opener.open(loading, kOpenOrdinarily);
     for (unsigned i = 0; i < opener.documentsOpened(); ++i)
         openDocument(opener.documentOpened(i)->path(), loading, "");
+    // What was loaded side by side fails silently for the caller, but not for the user.
+    if (loading.isError() && !loading.reported())
+        MessageBox::warning(loading.toString());
 }
 
 } // namespace Vu::Commands

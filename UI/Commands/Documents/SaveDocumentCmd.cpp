@@ -133,22 +133,30 @@ void SaveDocumentCmd::onExecute(Vs::Status& status)
     if (!document)
         return;
     const bool hadPath = document->isOnDisk();
+    const std::wstring name = document->displayName();
     if (!hadPath) {
         const std::wstring path = commandContext()->argumentAsString(CommandContext::pathArgumentName());
         if (!path.empty())
             document->path(path);
         session->firstSave(true);
     }
+    // A document whose first save failed is as it was, and can be given another name at the next.
+    const auto giveUp = [&] {
+        if (hadPath)
+            return;
+        document->clearPath();
+        document->displayName(name);
+    };
     if (Vs::PathInfo::isPathInCloudCache(document->path())) {
         refuseCloudPath(document->path());
+        giveUp();
         return;
     }
     const SaveFailures failures;
     {
         const WaitCursor wait;
-        // A document whose first save failed can be given another name at the next.
-        if (!document->save(status) && !hadPath)
-            document->clearPath();
+        if (!document->save(status))
+            giveUp();
         status.clear();
     }
     if (!failures.reason().empty() && failures.alone())

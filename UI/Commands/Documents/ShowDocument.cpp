@@ -15,7 +15,6 @@ bool showDocument(Vs::Document* document, AllSessions all)
     AssetShell* shell = SharedWorkflows::activeAssetShell();
     if (!shell)
         return false;
-    restoreWindow();
     SessionMgr* sessions = SessionMgr::get();
     if (all == AllSessions::Yes)
         for (unsigned i = 0; i < document->assets(); ++i)

@@ -69,7 +69,10 @@ public:
             return document->isOnDisk() ? save(session, document->path(), parameters)
                                         : TextCommandResult{1, kNoName};
         const fs::path file = fileOf(parameters[0], *document->documentType());
-        auto aside = std::make_shared<FileSetAside>(file);
+        // A document that has a file of its own is saved there, whatever the name; nothing is in its way.
+        std::shared_ptr<FileSetAside> aside;
+        if (!document->isOnDisk())
+            aside = std::make_shared<FileSetAside>(file);
         const TextCommandResult result = save(session, file.wstring(), parameters);
         // A line of the command box has only queued the save.
         if (parameters.viaUI())
