@@ -11,7 +11,7 @@ namespace {
 
 constexpr const wchar_t* kDomain = L"VsDataModel";
 
-std::wstring filled(const char* key, const char* english, const std::wstring& value)
+std::wstring localizedFormat(const char* key, const char* english, const std::wstring& value)
 {
     boost::wformat format(StringTable::getLocalizedString(kDomain, key, english));
     // A translation that lacks the placeholder still gives a text.
@@ -28,22 +28,22 @@ std::wstring nameOf(const std::wstring& path)
 
 std::wstring opening(const std::wstring& path)
 {
-    return filled("ProgressOpening", "Opening %1%", nameOf(path));
+    return localizedFormat("ProgressOpening", "Opening %1%", nameOf(path));
 }
 
 std::wstring openingFiles(size_t count)
 {
-    return filled("ProgressOpeningFiles", "Opening %1% files", std::to_wstring(count));
+    return localizedFormat("ProgressOpeningFiles", "Opening %1% files", std::to_wstring(count));
 }
 
 std::wstring saving(const std::wstring& path)
 {
-    return filled("ProgressSaving", "Saving %1%", nameOf(path));
+    return localizedFormat("ProgressSaving", "Saving %1%", nameOf(path));
 }
 
 std::wstring writing(const std::wstring& path)
 {
-    return filled("ProgressWriting", "Writing %1%", nameOf(path));
+    return localizedFormat("ProgressWriting", "Writing %1%", nameOf(path));
 }
 
 std::wstring step(const std::string& english)
