@@ -38,6 +38,8 @@ if(QUILLET_MOLD)
     add_link_options(-fuse-ld=mold)
 endif()
 add_link_options(-Wl,--as-needed)
+# A library's calls of its own functions need no look-up by name, which is most of what a start consists of.
+add_link_options(-Wl,-Bsymbolic-functions)
 
 add_compile_options(-Wall -Wextra -Werror -Wno-missing-field-initializers -fno-plt)
 if(QUILLET_CCACHE)
