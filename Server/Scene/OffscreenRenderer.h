@@ -41,6 +41,7 @@ struct ImageOptions
 class OffscreenRenderer
 {
 public:
+    /// Opens the library that draws at the first call. Throws std::runtime_error if that fails.
     static OffscreenRenderer* get();
 
     /// The largest side of a picture.
@@ -49,22 +50,19 @@ public:
     /// Draws the fragments in their order. Larger pictures are put together from tiles. Returns false with an
     /// error in the status, and an empty image, if there is no way to draw on this machine, if a side is 0 or
     /// larger than kLargestSide, or if the memory doesn't suffice.
-    bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
-                const ImageOptions& options, Image& image, Status& status);
+    virtual bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
+                        const ImageOptions& options, Image& image, Status& status) = 0;
 
     /// Frees the context and all that it holds; the next picture makes a new one.
-    void release();
+    virtual void release() = 0;
 
     /// What draws, for an about box or a report ("4.5 (Core Profile) Mesa ..., llvmpipe ..."); empty before
     /// the first picture.
-    std::wstring description() const;
+    virtual std::wstring description() const = 0;
 
-private:
-    OffscreenRenderer();
-    ~OffscreenRenderer();
-
-    struct Data;
-    std::unique_ptr<Data> m_data;
+protected:
+    // Never destroyed: the driver may end before the last object of static storage does.
+    ~OffscreenRenderer() = default;
 };
 
 } // namespace Vs::Scene

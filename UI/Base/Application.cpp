@@ -1,11 +1,11 @@
 #include "UI/Base/Application.h"
 
+#include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "Server/DataModel/Model/SiblingLibrary.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/AlertController.h"

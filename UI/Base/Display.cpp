@@ -1,6 +1,6 @@
 #include "UI/Base/Display.h"
 
-#include "Server/DataModel/Model/SiblingLibrary.h"
+#include "Server/Base/SiblingLibrary.h"
 
 namespace Vu {
 

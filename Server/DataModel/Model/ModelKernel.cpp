@@ -1,6 +1,6 @@
 #include "Server/DataModel/Model/ModelKernel.h"
 
-#include "Server/DataModel/Model/SiblingLibrary.h"
+#include "Server/Base/SiblingLibrary.h"
 
 namespace Vs {
 

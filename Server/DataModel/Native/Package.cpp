@@ -1,6 +1,6 @@
 #include "Server/DataModel/Native/Package.h"
 
-#include "Server/DataModel/Model/SiblingLibrary.h"
+#include "Server/Base/SiblingLibrary.h"
 #include "Server/DataModel/Native/ZipReader.h"
 
 #include <cerrno>

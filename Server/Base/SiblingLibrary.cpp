@@ -1,4 +1,4 @@
-#include "Server/DataModel/Model/SiblingLibrary.h"
+#include "Server/Base/SiblingLibrary.h"
 
 #include <dlfcn.h>
 #include <filesystem>

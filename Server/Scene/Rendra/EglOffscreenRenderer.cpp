@@ -1,0 +1,237 @@
+#include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/Renderer.h"
+#include "Server/Scene/Rendra/EglContext.h"
+#include "Server/Scene/Rendra/PictureTarget.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <new>
+#include <thread>
+
+namespace Vs::Scene {
+
+namespace {
+
+constexpr int kSamples = 4;
+/// How many pixels of a picture are drawn at a time. What a pixel takes meanwhile is 8 bytes for each of its
+/// samples, of which a fine picture has 16.
+constexpr int64_t kTilePixels = int64_t(1) << 21;
+constexpr int64_t kFineTilePixels = int64_t(1) << 20;
+/// Width of edges in pixels of the picture.
+constexpr float kLineWidth = 1.15f;
+
+/// Runs one piece of work after the other in a thread of its own; the caller waits for each.
+class Worker
+{
+public:
+    Worker() : m_thread([this] { loop(); }) {}
+    ~Worker()
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_ending = true;
+        }
+        m_changed.notify_all();
+        m_thread.join();
+    }
+    void run(const std::function<void()>& work)
+    {
+        std::unique_lock lock(m_mutex);
+        m_work = &work;
+        m_changed.notify_all();
+        m_changed.wait(lock, [this] { return !m_work; });
+    }
+
+private:
+    void loop()
+    {
+        std::unique_lock lock(m_mutex);
+        while (true) {
+            m_changed.wait(lock, [this] { return m_work || m_ending; });
+            if (!m_work)
+                return;
+            (*m_work)();
+            m_work = nullptr;
+            m_changed.notify_all();
+        }
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    const std::function<void()>* m_work = nullptr;
+    bool m_ending = false;
+    std::thread m_thread;
+};
+
+/// From a picture whose colours are multiplied by their opacity to one where they are not.
+void separateOpacity(std::vector<uint8_t>& pixels)
+{
+    for (size_t i = 0; i + 3 < pixels.size(); i += 4) {
+        const unsigned opacity = pixels[i + 3];
+        if (opacity == 0 || opacity == 255)
+            continue;
+        for (size_t channel = i; channel < i + 3; ++channel)
+            pixels[channel] = uint8_t(std::min(255u, (pixels[channel] * 255u + opacity / 2) / opacity));
+    }
+}
+
+void turnUpsideDown(Image& image)
+{
+    const size_t row = size_t(image.width) * 4;
+    for (uint32_t y = 0; y < image.height / 2; ++y)
+        std::swap_ranges(image.pixels.begin() + ptrdiff_t(y * row),
+                         image.pixels.begin() + ptrdiff_t((y + 1) * row),
+                         image.pixels.begin() + ptrdiff_t((image.height - 1 - y) * row));
+}
+
+/// Equal tiles along one side, none larger than `most`.
+int tileLength(int whole, int most)
+{
+    const int count = (whole + most - 1) / most;
+    return (whole + count - 1) / count;
+}
+
+class EglOffscreenRenderer final : public OffscreenRenderer
+{
+public:
+    bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
+                const ImageOptions& options, Image& image, Status& status) override;
+    void release() override;
+    std::wstring description() const override { return m_description; }
+
+private:
+    bool start(Status& status);
+    void stop();
+    bool draw(const std::vector<ViewFragment*>& fragments, const ImageOptions& options, Image& image,
+              Status& status);
+
+    std::unique_ptr<Worker> m_worker;
+    // All of these live in the worker's thread.
+    std::unique_ptr<Rendra::EglContext> m_context;
+    std::unique_ptr<Rendra::Renderer> m_renderer;
+    Rendra::PictureTarget m_target;
+    std::wstring m_description;
+};
+
+void EglOffscreenRenderer::release()
+{
+    if (!m_worker)
+        return;
+    m_worker->run([this] { stop(); });
+    m_worker.reset();
+}
+
+bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, uint32_t width,
+                                  uint32_t height, const ImageOptions& options, Image& image, Status& status)
+{
+    image = Image();
+    if (width == 0 || height == 0 || width > kLargestSide || height > kLargestSide) {
+        status.addError(L"A picture of " + std::to_wstring(width) + L" x " + std::to_wstring(height) +
+                        L" pixels cannot be made: each side must have from 1 to " +
+                        std::to_wstring(kLargestSide) + L".");
+        return false;
+    }
+    for (ViewFragment* fragment : fragments)
+        if (fragment)
+            fragment->bounds(); // takes in what arrived, here in the thread that owns the scene
+    if (!m_worker)
+        m_worker = std::make_unique<Worker>();
+    bool drawn = false;
+    m_worker->run([&] {
+        try {
+            image.pixels.resize(size_t(width) * height * 4);
+            image.width = width;
+            image.height = height;
+            drawn = start(status) && draw(fragments, options, image, status);
+        } catch (const std::bad_alloc&) {
+            status.addError(L"There is not enough memory for a picture of " + std::to_wstring(width) +
+                            L" x " + std::to_wstring(height) + L" pixels.");
+        }
+    });
+    if (!drawn)
+        image = Image();
+    return drawn;
+}
+
+bool EglOffscreenRenderer::start(Status& status)
+{
+    if (m_renderer)
+        return true;
+    m_context = Rendra::EglContext::make(status);
+    if (!m_context)
+        return false;
+    m_description = m_context->description();
+    m_renderer = std::make_unique<Rendra::Renderer>();
+    if (m_renderer->initialize(status))
+        return true;
+    stop();
+    return false;
+}
+
+void EglOffscreenRenderer::stop()
+{
+    if (m_context)
+        m_target.release();
+    m_renderer.reset();
+    m_context.reset();
+}
+
+bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments, const ImageOptions& options,
+                                Image& image, Status& status)
+{
+    const int width = int(image.width), height = int(image.height);
+    const bool fine = options.antiAliasing && options.fine;
+    const int scale = fine ? 2 : 1;
+    const int samples = options.antiAliasing ? Rendra::PictureTarget::samplesOffered(kSamples) : 1;
+    // Whole rows where they fit, as one wide tile is drawn faster than two narrow ones.
+    const int64_t budget = fine ? kFineTilePixels : kTilePixels;
+    const int tileWidth = tileLength(width, 4096);
+    const int tileHeight = tileLength(height, int(std::clamp<int64_t>(budget / tileWidth, 1, 4096)));
+    if (!m_target.prepare(tileWidth, tileHeight, scale, samples)) {
+        status.addError(L"The graphics driver has no memory for a picture of " + std::to_wstring(width) +
+                        L" x " + std::to_wstring(height) + L" pixels.");
+        return false;
+    }
+
+    Rendra::RenderTarget picture;
+    picture.framebuffer = m_target.framebuffer();
+    picture.width = width * scale;
+    picture.height = height * scale;
+    picture.samples = samples;
+    picture.transparentBackground = options.transparentBackground;
+    picture.dome = options.dome;
+    picture.lineWidth = kLineWidth * float(scale);
+    picture.pixelScale = scale;
+    picture.effects = options.fine;
+    for (int y = 0; y < height; y += tileHeight)
+        for (int x = 0; x < width; x += tileWidth) {
+            const int partWidth = std::min(tileWidth, width - x),
+                      partHeight = std::min(tileHeight, height - y);
+            picture.tileX = x * scale;
+            picture.tileY = y * scale;
+            picture.tileWidth = partWidth * scale;
+            picture.tileHeight = partHeight * scale;
+            m_renderer->render(fragments, picture);
+            m_target.read(partWidth, partHeight, &image.pixels[(size_t(y) * image.width + size_t(x)) * 4],
+                          width);
+        }
+    // A large target is not worth keeping; a canvas draws into the same one again and again.
+    if (fine || int64_t(tileWidth) * tileHeight > kTilePixels / 2)
+        m_target.release();
+    turnUpsideDown(image);
+    if (options.transparentBackground)
+        separateOpacity(image.pixels);
+    return true;
+}
+
+} // namespace
+
+} // namespace Vs::Scene
+
+extern "C" Vs::Scene::OffscreenRenderer* vsOffscreenRenderer()
+{
+    static auto* const renderer = new Vs::Scene::EglOffscreenRenderer;
+    return renderer;
+}

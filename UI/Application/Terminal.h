@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Quillet {
+
+/// A console on a terminal: prompt, line editing, history and completion. The line editor is in a library of
+/// its own, which is opened only there.
+struct Terminal
+{
+    std::string historyFile; ///< Empty keeps none.
+    /// Waits for input; false ends the console.
+    std::function<bool()> wait;
+    std::function<void(const std::string& line)> run;
+    /// What the last word of this beginning of a line may be.
+    std::function<std::vector<std::string>(const std::string& beginning)> complete;
+};
+
+} // namespace Quillet
+
+/// Returns at the end of the input. One at a time.
+extern "C" void quilletRunTerminal(const Quillet::Terminal& terminal);
