@@ -120,6 +120,7 @@ TEST_F(WorkerTest, LeavesNoChildAndNoDescriptorBehindHoweverItEnds)
         EXPECT_NE(worker->end(), Worker::End::Running);
     owned.clear();
     EXPECT_EQ(openDescriptors(), before);
+    Worker::waitForDeparting();
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
 }
@@ -139,6 +140,7 @@ TEST_F(WorkerTest, AnExpectedFileIsReadOnceAndOneThatNobodyAskedForLeavesNothing
         EXPECT_TRUE(ForeignImport::run(imports, cache, {}));
         EXPECT_NE(import.model(), nullptr) << Strings::narrow(import.status().toString());
     }
+    Worker::waitForDeparting();
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(openDescriptors(), before);
     const auto entries = std::filesystem::directory_iterator(cacheFolder);

@@ -1,13 +1,16 @@
 #include "UI/Base/Layout.h"
 
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Exchange/NewFile.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Xml.h"
 
-#include <QSaveFile>
+#include <QFile>
 #include <QXmlStreamWriter>
 
 #include <array>
 #include <optional>
+#include <stdexcept>
 
 namespace Vu {
 namespace {
@@ -186,21 +189,30 @@ void Layout::persist(const std::wstring& path, Area* root)
 {
     if (!root)
         return;
-    QSaveFile file(QString::fromStdWString(path));
-    if (file.open(QIODevice::WriteOnly)) {
-        QXmlStreamWriter xml(&file);
-        xml.setAutoFormatting(true);
-        xml.writeStartDocument();
-        xml.writeStartElement(QStringLiteral("layout"));
-        for (const auto& child : root->children())
-            write(xml, *child);
-        xml.writeEndElement();
-        xml.writeEndDocument();
-        if (!xml.hasError() && file.commit())
-            return;
+    QByteArray content;
+    QXmlStreamWriter xml(&content);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("layout"));
+    for (const auto& child : root->children())
+        write(xml, *child);
+    xml.writeEndElement();
+    xml.writeEndDocument();
+
+    // Shells persist it whenever they go; mostly it is as it was.
+    QFile old(QString::fromStdWString(path));
+    if (old.open(QIODevice::ReadOnly) && old.readAll() == content)
+        return;
+    try {
+        Vs::Exchange::NewFile kept(path);
+        QFile file(QString::fromStdString(kept.scratch()));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
+            throw std::runtime_error(file.errorString().toStdString());
+        kept.commit();
+    } catch (const std::runtime_error& error) {
+        Application::get()->inform(L"The layout cannot be kept in " + path + L": " +
+                                   Vs::Strings::widen(error.what()));
     }
-    Application::get()->inform(L"The layout cannot be kept in " + path + L": " +
-                               file.errorString().toStdWString());
 }
 
 void Layout::removeSplitViews(Area* root)

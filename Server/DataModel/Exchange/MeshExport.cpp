@@ -20,6 +20,7 @@ namespace {
 
 constexpr size_t kTriangleSize = 50; // 12 floats and two bytes that mean nothing
 constexpr size_t kHeaderSize = 84;
+constexpr size_t kBufferSize = 1 << 18;
 
 struct Occurrence
 {
@@ -109,6 +110,8 @@ bool writeStl(const Component& root, const std::wstring& path, const TranslatorR
 
         NewFile file(path);
         const std::unique_ptr<std::FILE, FileCloser> stream(std::fopen(file.scratch().c_str(), "wbe"));
+        if (stream)
+            std::setvbuf(stream.get(), nullptr, _IOFBF, kBufferSize);
         char header[kHeaderSize] = {};
         std::snprintf(header, sizeof header, "Quillet, %ls", unit.name);
         const auto count = static_cast<uint32_t>(triangles);

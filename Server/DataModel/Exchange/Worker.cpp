@@ -7,6 +7,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <mutex>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -37,6 +38,37 @@ std::string signalText(int signal)
     return result;
 }
 
+/// Processes whose work is done, and whose memory the system still takes apart. Nobody waits for that, since
+/// it takes as long as the reading of a small file; each is collected when a later one comes or goes. Those
+/// of the end of the program are the system's to collect.
+class DepartingProcesses
+{
+public:
+    static DepartingProcesses& get()
+    {
+        static auto& processes = *new DepartingProcesses;
+        return processes;
+    }
+
+    void add(pid_t process)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_processes.push_back(process);
+        std::erase_if(m_processes, [](pid_t one) { return waitpid(one, nullptr, WNOHANG) != 0; });
+    }
+    void wait()
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const pid_t process : std::exchange(m_processes, {}))
+            while (waitpid(process, nullptr, 0) < 0 && errno == EINTR)
+                ;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::vector<pid_t> m_processes;
+};
+
 std::string seconds(std::chrono::milliseconds time)
 {
     return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(time).count()) + " seconds";
@@ -57,13 +89,8 @@ WorkerLimits WorkerLimits::forFile(uint64_t bytes)
 
 Worker::~Worker()
 {
-    if (m_process <= 0)
-        return;
-    if (m_end == End::Running)
+    if (m_process > 0)
         kill(End::Cancelled, {});
-    else
-        while (waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {
-        }
 }
 
 std::string Worker::programPath() const
@@ -170,12 +197,17 @@ void Worker::readMessages()
         reap();
 }
 
-// Its result is complete. Taking its memory apart is the system's affair, which is waited for when this
-// object goes.
+// Its result is complete.
 void Worker::leave()
 {
     close(std::exchange(m_pipe, -1));
+    DepartingProcesses::get().add(std::exchange(m_process, -1));
     m_end = End::Done;
+}
+
+void Worker::waitForDeparting()
+{
+    DepartingProcesses::get().wait();
 }
 
 // The pipe has ended: so has the worker, or it is about to.

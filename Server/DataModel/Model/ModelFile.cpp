@@ -154,6 +154,8 @@ public:
     {
         if (!m_file)
             throw systemError(path);
+        constexpr size_t kBufferSize = 1 << 18;
+        std::setvbuf(m_file, nullptr, _IOFBF, kBufferSize);
     }
     ~FileSink() override
     {
