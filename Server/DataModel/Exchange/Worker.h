@@ -69,8 +69,8 @@ public:
     /// Runs the workers side by side, at most as many at once as there are processors, until all have ended.
     static void run(std::span<Worker* const> workers, const Watch& watch);
 
-    /// A worker counts as ended as soon as its result is there; this waits until the processes of all such have
-    /// gone, too.
+    /// A worker counts as ended as soon as its result is there; this waits until the processes of all such
+    /// have gone, too.
     static void waitForDeparting();
 
 private:
