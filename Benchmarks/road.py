@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Opens STEP files and exports STL, Quillet beside the bare kernel, and prints ratios.
+"""Opens STEP, glTF or OBJ files and exports STL, Quillet beside the bare kernel, and prints ratios.
 
 Each round runs the kernel's program serial and parallel, then Quillet cold (its import cache emptied) and warm (seen
 before), one after the other, so that all see the same machine; the smallest time of the rounds counts.
@@ -82,9 +82,11 @@ def main():
             profile = os.path.join(scratch, "profile")
             lines = [file, "--command", f'Asset.Export "{stl}"']
             quillet = [str(binaries / "quillet"), "--headless", "--profile-dir", profile, *lines]
+            triangles = file.endswith((".glb", ".gltf", ".obj"))
+            floor = str(binaries / ("kernel_floor_mesh" if triangles else "kernel_floor"))
             sides = [
-                ("kernel serial", [str(binaries / "kernel_floor"), file, stl]),
-                ("kernel parallel", [str(binaries / "kernel_floor"), "--parallel", file, stl]),
+                ("kernel serial", [floor, file, stl]),
+                ("kernel parallel", [floor, "--parallel", file, stl]),
                 ("quillet cold", quillet),
                 ("quillet warm", quillet),
             ]
@@ -97,10 +99,10 @@ def main():
                     known = best.get(name, (float("inf"), float("inf"), 0))
                     best[name] = (min(known[0], seconds), min(known[1], memory), triangles_of(stl))
         serial, parallel = best["kernel serial"], best["kernel parallel"]
-        for name, (seconds, memory, triangles) in best.items():
-            floor = parallel if "parallel" in name or "quillet" in name else serial
+        for name, (seconds, memory, count) in best.items():
+            beside = parallel if "parallel" in name or "quillet" in name else serial
             print(f"{os.path.basename(file)[:34]:34} {name:16} {seconds:8.3f} {seconds / serial[0]:9.2f} "
-                  f"{seconds / parallel[0]:10.2f} {memory / 1024:7.0f} {memory / floor[1]:6.2f} {triangles:10}")
+                  f"{seconds / parallel[0]:10.2f} {memory / 1024:7.0f} {memory / beside[1]:6.2f} {count:10}")
         print(f"{'':34} warm is {best['quillet cold'][0] / best['quillet warm'][0]:.0f} times faster than cold as whole runs")
 
 

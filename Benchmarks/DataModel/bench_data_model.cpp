@@ -5,6 +5,7 @@
 //     ways bench_data_model reopen IN.tdsn                  open a native file, look at all of it, measure
 //     one part bench_data_model close FOLDER COUNT              make, save and close that many documents
 
+#include "Benchmarks/Measure.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -18,30 +19,14 @@
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 
-#include <chrono>
 #include <cstdio>
-#include <fstream>
 #include <set>
 #include <string>
 
 using namespace Vs;
+using Benchmarks::milliseconds, Benchmarks::peakKiB;
 
 namespace {
-
-double milliseconds()
-{
-    using namespace std::chrono;
-    return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
-}
-
-long peakKiB()
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with("VmHWM:"))
-            return std::stol(line.substr(6));
-    return 0;
-}
 
 [[noreturn]] void fail(const Status& status)
 {
