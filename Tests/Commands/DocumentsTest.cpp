@@ -130,6 +130,19 @@ TEST_F(DocumentsTest, CloseAllTakesTheDocumentsThatWereNeverSavedToo)
     EXPECT_EQ(documents(), 0u);
 }
 
+TEST_F(DocumentsTest, CloseAllGoesOnPastADocumentThatStays)
+{
+    answer(L"Design.New");
+    answer(L"Asset.MarkDirty");
+    Vs::Document* dirty = document(0);
+    answer(L"Design.New");
+    answerBoxes(2);
+    run(L"Document.CloseAll");
+    ASSERT_EQ(documents(), 1u);
+    EXPECT_EQ(document(0), dirty);
+    EXPECT_EQ(boxes().size(), 1u);
+}
+
 TEST_F(DocumentsTest, CloseLastMeansTheNewestDocumentNotTheActiveOne)
 {
     answer(L"Design.Sample");

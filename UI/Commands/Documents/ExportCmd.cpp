@@ -226,9 +226,12 @@ void ExportAsCmd::onExecute(Vs::Status& status)
     }
     if (!saved) {
         m_refused = true;
-        MessageBox::warning(localizedFormat("TranslatorFailedToExport",
-                                            "Translator failed to export the asset as file: \"%1%\"", name));
-        status.reported(status.isError());
+        const std::wstring message = localizedFormat(
+            "TranslatorFailedToExport", "Translator failed to export the asset as file: \"%1%\"", name);
+        MessageBox::warning(message);
+        if (status.isOk())
+            status.addError(message);
+        status.reported(true);
     }
 }
 

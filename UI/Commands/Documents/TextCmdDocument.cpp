@@ -17,6 +17,8 @@
 #include <boost/filesystem/operations.hpp>
 #include <boost/format.hpp>
 
+#include <algorithm>
+
 namespace Vu::Commands {
 namespace {
 
@@ -140,13 +142,18 @@ public:
         const std::vector<DocumentSession*> sessions = SessionMgr::get()->documentSessions();
         if (sessions.empty())
             return {1, L"There is no document for closing"};
+        // One that stays open keeps none of the others.
+        TextCommandResult answer{0, {}};
         for (DocumentSession* session : sessions) {
+            const std::vector<DocumentSession*> left = SessionMgr::get()->documentSessions();
+            if (std::find(left.begin(), left.end(), session) == left.end())
+                continue;
             const TextCommandResult result =
                 closeSession(session, CommandContext::activeContext(), parameters);
-            if (result.first != 0)
-                return result;
+            if (answer.first == 0)
+                answer = result;
         }
-        return {0, {}};
+        return answer;
     }
 };
 
