@@ -4,13 +4,13 @@
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 #include "Server/DataModel/Model/ModelFile.h"
+#include "Server/Translate/Parallel.h"
 
 #include <Standard_Failure.hxx>
 #include <TopExp_Explorer.hxx>
 
 #include <algorithm>
 #include <atomic>
-#include <exception>
 #include <functional>
 #include <mutex>
 #include <numeric>
@@ -45,33 +45,6 @@ private:
     std::function<void(double)> m_add;
     double m_told = 0;
 };
-
-// Plain threads: what there is to do is a few long jobs, and bringing up a scheduler takes longer than a
-// small model does.
-void forEachInParallel(size_t count, const std::function<void(size_t)>& job)
-{
-    std::atomic<size_t> next = 0;
-    std::exception_ptr fault;
-    std::mutex mutex;
-    const auto work = [&] {
-        try {
-            for (size_t i; (i = next++) < count;)
-                job(i);
-        } catch (...) {
-            const std::lock_guard lock(mutex);
-            fault = std::current_exception();
-        }
-    };
-    std::vector<std::thread> others;
-    const size_t processors = std::max(1u, std::thread::hardware_concurrency());
-    while (others.size() + 1 < std::min(processors, count))
-        others.emplace_back(work);
-    work();
-    for (std::thread& thread : others)
-        thread.join();
-    if (fault)
-        std::rethrow_exception(fault);
-}
 
 // Meshes each shape once, the big ones first, and reports by faces: they tell the work better than parts do.
 std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree, EarlyMeshing* early,
@@ -156,9 +129,12 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
     for (const std::string& warning : reading.warnings)
         warnings.push_back(Strings::widen(warning));
     writer.writeIndex(tree.tree, warnings);
-    std::ostringstream exact;
-    reading.model->write(exact);
-    writer.addKernelData(exact.view());
+    if (reading.stored.empty()) {
+        std::ostringstream exact;
+        reading.model->write(exact);
+        reading.stored = std::move(exact).str();
+    }
+    writer.addKernelData(reading.stored);
     writer.finish();
 }
 

@@ -3,6 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
+#include "Server/Translate/Parallel.h"
 #include "Server/Translate/TriangleMesh.h"
 
 #include <Quantity_ColorRGBA.hxx>
@@ -20,7 +21,12 @@
 #include <XCAFDoc_VisMaterialTool.hxx>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <exception>
+#include <optional>
+#include <sstream>
+#include <thread>
 
 namespace Vs::Translate {
 
@@ -42,6 +48,7 @@ struct Kinds
 {
     bool exact = false;   ///< At least one face lies on a surface.
     bool normals = false; ///< All faces with triangles have normals.
+    size_t numbers = 0;   ///< Of all nodes, normals and triangles.
 };
 
 Kinds kindsOf(const TopoDS_Shape& shape)
@@ -56,25 +63,16 @@ Kinds kindsOf(const TopoDS_Shape& shape)
         if (triangulation.IsNull())
             continue;
         any = true;
+        kinds.numbers += 6 * size_t(triangulation->NbNodes()) + 3 * size_t(triangulation->NbTriangles());
         all = all && triangulation->HasNormals();
     }
     kinds.normals = any && all;
     return kinds;
 }
 
-std::vector<float> cornersOf(const BodyMesh& mesh)
+std::shared_ptr<const BodyMesh> meshOf(const TopoDS_Shape& shape, const Kernel::ShapeColours& colours,
+                                       const Kinds& kinds)
 {
-    std::vector<float> corners;
-    corners.reserve(mesh.triangles.size() * 3);
-    for (const uint32_t vertex : mesh.triangles)
-        for (int axis = 0; axis < 3; ++axis)
-            corners.push_back(mesh.positions[size_t(vertex) * 3 + axis]);
-    return corners;
-}
-
-std::shared_ptr<const BodyMesh> meshOf(const TopoDS_Shape& shape, const Kernel::ShapeColours& colours)
-{
-    const Kinds kinds = kindsOf(shape);
     if (kinds.exact) {
         Kernel::meshShape(shape, {});
         return std::make_shared<const BodyMesh>(Kernel::extractMesh(shape, colours));
@@ -83,7 +81,7 @@ std::shared_ptr<const BodyMesh> meshOf(const TopoDS_Shape& shape, const Kernel::
     if (!std::all_of(mesh->positions.begin(), mesh->positions.end(),
                      [](float v) { return std::isfinite(v); }))
         throw Unreadable("holds coordinates that are no numbers");
-    const JoinedTriangles joined = joinTriangles(cornersOf(*mesh));
+    const JoinedTriangles joined = joinTriangles(mesh->positions, mesh->triangles);
     if (!kinds.normals) {
         mesh->positions.clear();
         mesh->normals.clear();
@@ -95,19 +93,78 @@ std::shared_ptr<const BodyMesh> meshOf(const TopoDS_Shape& shape, const Kernel::
     return mesh;
 }
 
+// Writes a model while its triangles, which stay as they are, become meshes.
+class Storing
+{
+public:
+    /// `bytes` is about how much there will be.
+    Storing(Kernel::XdeModel& model, size_t bytes) : m_stream(roomFor(bytes))
+    {
+        m_thread = std::thread([this, &model] {
+            try {
+                model.write(m_stream);
+            } catch (...) {
+                m_fault = std::current_exception();
+            }
+        });
+    }
+    ~Storing()
+    {
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+    Storing(const Storing&) = delete;
+    Storing& operator=(const Storing&) = delete;
+
+    std::string take()
+    {
+        m_thread.join();
+        if (m_fault)
+            std::rethrow_exception(m_fault);
+        return std::move(m_stream).str();
+    }
+
+private:
+    static std::string roomFor(size_t bytes)
+    {
+        std::string room;
+        room.reserve(bytes);
+        return room;
+    }
+
+    std::ostringstream m_stream;
+    std::exception_ptr m_fault;
+    std::thread m_thread;
+};
+
 } // namespace
 
 void takeMeshes(Reading& reading, Reporter& reporter)
 {
     coloursOfMaterials(reading.model->document());
     const Kernel::XdeTree tree = Kernel::readXdeTree(reading.model->document());
-    for (size_t i = 0; i < tree.shapes.size(); ++i) {
-        reading.meshes.push_back(tree.shapes[i].IsNull() ? nullptr : meshOf(tree.shapes[i], tree.colours[i]));
-        reporter.progress(double(i + 1) / double(tree.shapes.size()));
-    }
+    std::vector<Kinds> kinds(tree.shapes.size());
+    for (size_t i = 0; i < kinds.size(); ++i)
+        kinds[i] = tree.shapes[i].IsNull() ? Kinds() : kindsOf(tree.shapes[i]);
+    const bool exact = std::any_of(kinds.begin(), kinds.end(), [](const Kinds& each) { return each.exact; });
+    size_t numbers = 0;
+    for (const Kinds& each : kinds)
+        numbers += each.numbers;
+    std::optional<Storing> storing;
+    if (!exact)
+        storing.emplace(*reading.model, numbers * sizeof(double));
+    reading.meshes.resize(tree.shapes.size());
+    std::atomic<size_t> done = 0;
+    forEachInParallel(tree.shapes.size(), [&](size_t i) {
+        if (!tree.shapes[i].IsNull())
+            reading.meshes[i] = meshOf(tree.shapes[i], tree.colours[i], kinds[i]);
+        reporter.progress(double(++done) / double(tree.shapes.size()));
+    });
     if (std::none_of(reading.meshes.begin(), reading.meshes.end(),
                      [](const auto& mesh) { return mesh && !mesh->triangles.empty(); }))
         throw Unreadable(reading.ifEmpty);
+    if (storing)
+        reading.stored = storing->take();
 }
 
 } // namespace Vs::Translate

@@ -36,6 +36,40 @@ bool perform(RWMesh_CafReader& reader, const std::string& path, const Message_Pr
     }
 }
 
+Handle(TDataStd_Name) nameOf(const TDF_Label& label)
+{
+    Handle(TDataStd_Name) name;
+    label.FindAttribute(TDataStd_Name::GetID(), name);
+    return name;
+}
+
+// An object of several colours has, for the kernel, one part without a name of its own.
+void nameOnlyPart(const TDF_Label& object)
+{
+    TDF_LabelSequence parts;
+    XCAFDoc_ShapeTool::GetComponents(object, parts);
+    TDF_Label product;
+    if (parts.Length() != 1 || nameOf(object).IsNull() ||
+        !XCAFDoc_ShapeTool::GetReferredShape(parts.First(), product))
+        return;
+    for (const TDF_Label& label : {parts.First(), product})
+        if (const Handle(TDataStd_Name) name = nameOf(label); name.IsNull() || name->Get() == "Compound")
+            TDataStd_Name::Set(label, nameOf(object)->Get());
+}
+
+// The kernel names the root of several groups after the file; a person knows it without its suffix.
+void nameRoots(const Handle(TDocStd_Document) & document, const std::string& path)
+{
+    TDF_LabelSequence roots;
+    XCAFDoc_DocumentTool::ShapeTool(document->Main())->GetFreeShapes(roots);
+    const TCollection_ExtendedString file(fs::path(path).filename().c_str(), true);
+    for (const TDF_Label& root : roots) {
+        if (const Handle(TDataStd_Name) name = nameOf(root); !name.IsNull() && name->Get() == file)
+            name->Set(TCollection_ExtendedString(stemOf(path).c_str(), true));
+        nameOnlyPart(root);
+    }
+}
+
 Reading readMesh(RWMesh_CafReader& reader, const char* format, const std::string& path,
                  const std::string& ifEmpty, Reporter& reporter)
 {
@@ -48,6 +82,7 @@ Reading readMesh(RWMesh_CafReader& reader, const char* format, const std::string
     const KernelMessages messages;
     const Handle(KernelProgress) progress = new KernelProgress(reporter);
     const bool complete = perform(reader, path, progress->Start());
+    nameRoots(reading.model->document(), path);
     reporter.stage("making the parts", 0.7, 0.95);
     const auto invalid = [&] {
         return Unreadable(std::string("isn't a valid ") + format + " file: " + firstOf(messages.faults()));
@@ -76,19 +111,6 @@ Reading readMesh(RWMesh_CafReader& reader, const char* format, const std::string
     return reading;
 }
 
-// The kernel names the root of several groups after the file; a person knows it without its suffix.
-void nameRoots(const Handle(TDocStd_Document) & document, const std::string& path)
-{
-    TDF_LabelSequence roots;
-    XCAFDoc_DocumentTool::ShapeTool(document->Main())->GetFreeShapes(roots);
-    const TCollection_ExtendedString file(fs::path(path).filename().c_str(), true);
-    for (const TDF_Label& root : roots) {
-        Handle(TDataStd_Name) name;
-        if (root.FindAttribute(TDataStd_Name::GetID(), name) && name->Get() == file)
-            name->Set(TCollection_ExtendedString(stemOf(path).c_str(), true));
-    }
-}
-
 // Whether a file that another refers to lies in that one's folder or below it.
 bool isInside(const fs::path& folder, const fs::path& file)
 {
@@ -99,6 +121,29 @@ bool isInside(const fs::path& folder, const fs::path& file)
 bool holds(std::string_view text, std::string_view word)
 {
     return text.find(word) != std::string_view::npos;
+}
+
+// The names of the files of colours. With blanks in it, a name may stand for one file or for several.
+std::vector<std::string> librariesOf(std::string_view text)
+{
+    constexpr std::string_view kWord = "mtllib", kBlanks = " \t\r";
+    std::vector<std::string> names;
+    for (size_t at = text.find(kWord); at != std::string_view::npos; at = text.find(kWord, at + 1)) {
+        std::string_view rest = text.substr(at + kWord.size());
+        rest = rest.substr(0, rest.find('\n'));
+        const size_t first = rest.find_first_not_of(kBlanks);
+        if (first == std::string_view::npos)
+            continue;
+        rest = rest.substr(first, rest.find_last_not_of(kBlanks) + 1 - first);
+        names.emplace_back(rest);
+        for (size_t end; (end = rest.find_first_of(kBlanks)) != std::string_view::npos;) {
+            names.emplace_back(rest.substr(0, end));
+            rest.remove_prefix(std::min(rest.size(), rest.find_first_not_of(kBlanks, end)));
+            if (rest.find_first_of(kBlanks) == std::string_view::npos)
+                names.emplace_back(rest);
+        }
+    }
+    return names;
 }
 
 // A GLB file begins with "glTF", its version and its length, each of four bytes.
@@ -122,10 +167,9 @@ Reading readObj(const std::string& path, Reporter& reporter)
     // Coordinates have no unit; as nearly everybody does, they are taken for millimetres with y upwards.
     reader->SetFileLengthUnit(kMillimetre);
     Reading reading = readMesh(*reader, "OBJ", path, "holds no triangles", reporter);
-    nameRoots(reading.model->document(), path);
     const MappedFile file(path);
-    if (holds(file.bytes(), "mtllib"))
-        reporter.dependsOnOthers();
+    for (const std::string& library : librariesOf(file.bytes()))
+        reporter.dependsOn((fs::path(path).parent_path() / library).string());
     if (file.bytes().back() != '\n')
         reading.warnings.push_back("ends in the middle of a line, and may be cut off");
     return reading;
@@ -153,9 +197,8 @@ Reading readGltf(const std::string& path, bool binary, Reporter& reporter)
         const std::string file = probe->ExternalFiles()(i).ToCString();
         if (!isInside(fs::path(path).parent_path(), file))
             throw Unreadable("refers to a file outside of its own folder, " + file);
+        reporter.dependsOn(file);
     }
-    if (!probe->ExternalFiles().IsEmpty())
-        reporter.dependsOnOthers();
     const Handle(RWGltf_CafReader) reader = new RWGltf_CafReader;
     reader->SetParallel(true);
     return readMesh(*reader, binary ? "GLB" : "glTF", path, ifEmpty, reporter);

@@ -19,18 +19,9 @@ Reading readFile(Format format, const std::string& path, bool, Reporter& reporte
     }
 }
 
-void writeFile(Format format, Kernel::XdeModel& model, const Writing& writing, const std::string& path,
-               Reporter& reporter)
+void writeFile(Format, Kernel::XdeModel&, const Writing&, const std::string&, Reporter&)
 {
-    switch (format) {
-    case Format::Obj:
-        return writeObj(model, writing, path, reporter);
-    case Format::Gltf:
-    case Format::Glb:
-        return writeGltf(model, writing, format == Format::Glb, path, reporter);
-    default:
-        throw Unreadable("is of a format that can't be written");
-    }
+    throw Unreadable("is of a format that the program writes by itself");
 }
 
 } // namespace Vs::Translate

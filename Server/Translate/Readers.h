@@ -2,7 +2,6 @@
 
 #include "Server/DataModel/Exchange/Format.h"
 #include "Server/DataModel/Kernel/XdeModel.h"
-#include "Server/DataModel/Translator.h"
 #include "Server/Translate/EarlyMeshing.h"
 #include "Server/Translate/Reporter.h"
 
@@ -36,15 +35,15 @@ struct Reading
     std::shared_ptr<void> keep;
     /// Meshes that came with the file, in the order of the tree's bodies; empty where they are to be made.
     std::vector<std::shared_ptr<const BodyMesh>> meshes;
+    /// What the model writes, if that is known already.
+    std::string stored;
 };
 
 /// How a model is to be written.
 struct Writing
 {
-    TranslatorRefinement refinement; ///< Where triangles are written.
-    bool combine = false;            ///< All parts as one.
-    std::string unit = "mm";         ///< Of the file's lengths, where its format has any choice.
-    double unitSize = 1;             ///< That unit in millimetres.
+    std::string combined;    ///< All parts become one of this name, if it has any.
+    std::string unit = "mm"; ///< Of the file's lengths, where its format has any choice.
 };
 
 // `readFile` and `writeFile` are what a worker program does: each defines them for its own formats, so that
@@ -68,9 +67,6 @@ Reading readVrml(const std::string& path, Reporter& reporter);
 void writeStep(Kernel::XdeModel& model, const Writing& writing, const std::string& path, Reporter& reporter);
 void writeIges(Kernel::XdeModel& model, const Writing& writing, const std::string& path, Reporter& reporter);
 void writeBrep(Kernel::XdeModel& model, const std::string& path);
-void writeObj(Kernel::XdeModel& model, const Writing& writing, const std::string& path, Reporter& reporter);
-void writeGltf(Kernel::XdeModel& model, const Writing& writing, bool binary, const std::string& path,
-               Reporter& reporter);
 
 /// The unit of the file's lengths as the kernel's writers of exact formats call it.
 std::string unitWord(const Writing& writing);

@@ -20,8 +20,8 @@ public:
     void progress(double fraction);
     void warning(const std::string& text) { send({Exchange::WorkerMessage::Kind::Warning, 0, text}); }
     void error(const std::string& text) { send({Exchange::WorkerMessage::Kind::Error, 0, text}); }
-    /// The file isn't complete by itself.
-    void dependsOnOthers() { send({Exchange::WorkerMessage::Kind::Others, 0, {}}); }
+    /// What is read depends on another file, too; an empty path for one whose name isn't known.
+    void dependsOn(const std::string& path) { send({Exchange::WorkerMessage::Kind::Other, 0, path}); }
     void done() { send({Exchange::WorkerMessage::Kind::Done, 1, {}}); }
 
 private:

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <tuple>
-#include <unordered_map>
+#include <numeric>
+#include <utility>
 #include <xxhash.h>
 
 namespace Vs::Translate {
@@ -12,11 +12,6 @@ namespace {
 
 using Vertex = JoinedTriangles::Vertex;
 using Normal = JoinedTriangles::Normal;
-
-struct VertexHash
-{
-    size_t operator()(const Vertex& v) const { return XXH3_64bits(v.data(), sizeof v); }
-};
 
 constexpr float kSmoothCosine = 0.866f; // 30 degrees
 
@@ -38,28 +33,73 @@ float dot(const Normal& a, const Normal& b)
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
 
+// Finds the node of a place. Slots side by side, without an allocation for each node: there are millions.
+class NodeTable
+{
+public:
+    explicit NodeTable(std::vector<Vertex>& nodes) : m_nodes(nodes) {}
+
+    uint32_t nodeAt(const float* p)
+    {
+        // Adding zero turns -0 into 0, which is the same place.
+        const Vertex vertex{p[0] + 0.0f, p[1] + 0.0f, p[2] + 0.0f};
+        if (m_nodes.size() * 2 >= m_slots.size())
+            grow();
+        uint32_t& slot = slotOf(vertex);
+        if (slot == kFree) {
+            slot = uint32_t(m_nodes.size());
+            m_nodes.push_back(vertex);
+        }
+        return slot;
+    }
+
+private:
+    static constexpr uint32_t kFree = UINT32_MAX;
+
+    uint32_t& slotOf(const Vertex& vertex)
+    {
+        const size_t mask = m_slots.size() - 1;
+        for (size_t at = XXH3_64bits(vertex.data(), sizeof vertex) & mask;; at = (at + 1) & mask)
+            if (m_slots[at] == kFree || m_nodes[m_slots[at]] == vertex)
+                return m_slots[at];
+    }
+
+    void grow()
+    {
+        m_slots.assign(std::max<size_t>(64, m_slots.size() * 4), kFree);
+        for (uint32_t node = 0; node < m_nodes.size(); ++node)
+            slotOf(m_nodes[node]) = node;
+    }
+
+    std::vector<Vertex>& m_nodes;
+    std::vector<uint32_t> m_slots;
+};
+
 } // namespace
+
+JoinedTriangles joinTriangles(const std::vector<float>& positions, const std::vector<uint32_t>& triangles)
+{
+    JoinedTriangles joined;
+    NodeTable table(joined.nodes);
+    std::vector<uint32_t> nodeOf(positions.size() / 3);
+    for (size_t i = 0; i < nodeOf.size(); ++i)
+        nodeOf[i] = table.nodeAt(&positions[3 * i]);
+    joined.triangles.reserve(triangles.size() / 3);
+    joined.areas.reserve(triangles.size() / 3);
+    for (size_t i = 0; i + 3 <= triangles.size(); i += 3) {
+        const uint32_t a = triangles[i], b = triangles[i + 1], c = triangles[i + 2];
+        joined.triangles.push_back({nodeOf[a], nodeOf[b], nodeOf[c]});
+        joined.areas.push_back(
+            areaVector(&positions[size_t(a) * 3], &positions[size_t(b) * 3], &positions[size_t(c) * 3]));
+    }
+    return joined;
+}
 
 JoinedTriangles joinTriangles(const std::vector<float>& corners)
 {
-    JoinedTriangles joined;
-    std::unordered_map<Vertex, uint32_t, VertexHash> index;
-    index.reserve(corners.size() / 12);
-    for (size_t i = 0; i + 9 <= corners.size(); i += 9) {
-        std::array<uint32_t, 3> triangle;
-        for (int k = 0; k < 3; ++k) {
-            const float* p = &corners[i + 3 * k];
-            // Adding zero turns -0 into 0, which is the same place.
-            const Vertex vertex{p[0] + 0.0f, p[1] + 0.0f, p[2] + 0.0f};
-            const auto [entry, fresh] = index.try_emplace(vertex, uint32_t(joined.nodes.size()));
-            if (fresh)
-                joined.nodes.push_back(vertex);
-            triangle[k] = entry->second;
-        }
-        joined.triangles.push_back(triangle);
-        joined.areas.push_back(areaVector(&corners[i], &corners[i + 3], &corners[i + 6]));
-    }
-    return joined;
+    std::vector<uint32_t> triangles(corners.size() / 9 * 3);
+    std::iota(triangles.begin(), triangles.end(), 0u);
+    return joinTriangles(corners, triangles);
 }
 
 void addVertices(const JoinedTriangles& joined, BodyMesh& mesh)
@@ -111,34 +151,44 @@ void addVertices(const JoinedTriangles& joined, BodyMesh& mesh)
 
 void addEdgeLines(const JoinedTriangles& joined, BodyMesh& mesh)
 {
+    /// A side of a triangle, kept with the lower of its two nodes.
     struct Side
     {
-        uint32_t low, high, triangle;
+        uint32_t high, triangle;
     };
-    std::vector<Side> sides;
-    sides.reserve(joined.triangles.size() * 3);
-    for (uint32_t t = 0; t < joined.triangles.size(); ++t)
-        for (int k = 0; k < 3; ++k) {
-            const auto [low, high] = std::minmax(joined.triangles[t][k], joined.triangles[t][(k + 1) % 3]);
-            if (low != high)
-                sides.push_back({low, high, t});
-        }
-    std::sort(sides.begin(), sides.end(), [](const Side& a, const Side& b) {
-        return std::tie(a.low, a.high, a.triangle) < std::tie(b.low, b.high, b.triangle);
-    });
-    for (size_t i = 0; i < sides.size();) {
-        size_t end = i + 1;
-        while (end < sides.size() && sides[end].low == sides[i].low && sides[end].high == sides[i].high)
-            ++end;
-        const bool smooth = end - i == 2 && dot(unit(joined.areas[sides[i].triangle]),
-                                                unit(joined.areas[sides[i + 1].triangle])) >= kSmoothCosine;
-        if (!smooth) {
+    const auto eachSide = [&](auto&& take) {
+        for (uint32_t t = 0; t < joined.triangles.size(); ++t)
+            for (int k = 0; k < 3; ++k) {
+                const auto [low, high] =
+                    std::minmax(joined.triangles[t][k], joined.triangles[t][(k + 1) % 3]);
+                if (low != high)
+                    take(low, Side{high, t});
+            }
+    };
+    std::vector<uint32_t> first(joined.nodes.size() + 1, 0);
+    eachSide([&](uint32_t low, const Side&) { ++first[low + 1]; });
+    std::partial_sum(first.begin(), first.end(), first.begin());
+    std::vector<Side> sides(first.back());
+    std::vector<uint32_t> fill(first.begin(), first.end() - 1);
+    eachSide([&](uint32_t low, const Side& side) { sides[fill[low]++] = side; });
+    for (uint32_t low = 0; low < joined.nodes.size(); ++low) {
+        const uint32_t last = first[low + 1];
+        std::sort(sides.begin() + first[low], sides.begin() + last, [](const Side& a, const Side& b) {
+            return std::pair(a.high, a.triangle) < std::pair(b.high, b.triangle);
+        });
+        for (uint32_t i = first[low], end = i; i < last; i = end) {
+            while (end < last && sides[end].high == sides[i].high)
+                ++end;
+            const bool smooth =
+                end - i == 2 && dot(unit(joined.areas[sides[i].triangle]),
+                                    unit(joined.areas[sides[i + 1].triangle])) >= kSmoothCosine;
+            if (smooth)
+                continue;
             mesh.edgeStarts.push_back(uint32_t(mesh.edgePoints.size() / 3));
-            for (const uint32_t node : {sides[i].low, sides[i].high})
+            for (const uint32_t node : {low, sides[i].high})
                 mesh.edgePoints.insert(mesh.edgePoints.end(), joined.nodes[node].begin(),
                                        joined.nodes[node].end());
         }
-        i = end;
     }
     mesh.edgeStarts.push_back(uint32_t(mesh.edgePoints.size() / 3));
 }

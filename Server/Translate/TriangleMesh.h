@@ -20,7 +20,11 @@ struct JoinedTriangles
     std::vector<Normal> areas;
 };
 
-/// `corners` holds three corners of three coordinates for each triangle; their order is kept.
+/// `positions` holds three coordinates for each vertex, and `triangles` three vertices for each triangle;
+/// their order is kept.
+JoinedTriangles joinTriangles(const std::vector<float>& positions, const std::vector<uint32_t>& triangles);
+
+/// The same for triangles that share nothing: three corners of three coordinates for each.
 JoinedTriangles joinTriangles(const std::vector<float>& corners);
 
 /// Gives each corner the mean normal of the triangles around its node that lie nearly in its own plane (less

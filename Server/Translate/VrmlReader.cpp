@@ -198,7 +198,7 @@ Reading readVrml(const std::string& path, Reporter& reporter)
         if (file.bytes().starts_with("#VRML V1"))
             throw Unreadable("is a VRML 1.0 file; only VRML 2.0 can be read");
         if (file.bytes().find("Inline") != std::string_view::npos)
-            reporter.dependsOnOthers();
+            reporter.dependsOn({});
         ReportingBuffer buffer(file.bytes(), reporter);
         std::istream stream(&buffer);
         scene << stream;

@@ -2,8 +2,7 @@
 // that goes. It may crash or be killed at any time; nothing of the program goes with it.
 //
 //     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--memory=BYTES]
-//     quillet-translate-FAMILY export FORMAT DATA FILE [--refine=DEGREES,FRACTION,RATIO,PERCENT] [--combine]
-//         [--unit=NAME,MILLIMETRES] [--memory=BYTES]
+//     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [--memory=BYTES]
 
 #include "Server/Translate/Import.h"
 #include "Server/Translate/MappedFile.h"
@@ -60,23 +59,9 @@ void exportFile(Exchange::Format format, const std::string& data, const Writing&
     reporter.stage("reading the model", 0.0, 0.1);
     const MappedFile file(data);
     Kernel::XdeModel model(file.bytes());
-    if (writing.combine)
-        combineParts(model, stemOf(path));
+    if (!writing.combined.empty())
+        combineParts(model, writing.combined);
     writeFile(format, model, writing, path, reporter);
-}
-
-void readRefinement(const char* text, TranslatorRefinement& refinement)
-{
-    std::sscanf(text, "%f,%f,%f,%f", &refinement.normalDeviation, &refinement.surfaceDeviation,
-                &refinement.maximumAspectRatio, &refinement.maximumEdgeLength);
-}
-
-void readUnit(const std::string& text, Writing& writing)
-{
-    const size_t comma = text.find(',');
-    writing.unit = text.substr(0, comma);
-    if (comma != std::string::npos)
-        writing.unitSize = std::strtod(text.c_str() + comma + 1, nullptr);
 }
 
 int run(const std::vector<std::string>& words, bool annotations, const Writing& writing)
@@ -121,12 +106,10 @@ int main(int argc, char** argv)
             annotations = false;
         else if (argument.starts_with("--memory="))
             memory = std::strtoull(argument.c_str() + 9, nullptr, 10);
-        else if (argument == "--combine")
-            writing.combine = true;
-        else if (argument.starts_with("--refine="))
-            Vs::Translate::readRefinement(argument.c_str() + 9, writing.refinement);
+        else if (argument.starts_with("--combine="))
+            writing.combined = argument.substr(10);
         else if (argument.starts_with("--unit="))
-            Vs::Translate::readUnit(argument.substr(7), writing);
+            writing.unit = argument.substr(7);
         else
             words.emplace_back(argument);
     }

@@ -95,7 +95,7 @@ void DataModelTest::expectFault(const std::wstring& path, const std::string& cau
     EXPECT_EQ(Vs::DocumentMgr::get()->documents(), before);
 }
 
-bool DataModelTest::save(Vs::Asset* asset, const std::wstring& path)
+bool DataModelTest::save(Vs::Asset* asset, const std::wstring& path, const SetOptions& set)
 {
     status.clear();
     Vs::TranslatorFileRecognizer recognizer("TestAssetType", true);
@@ -103,6 +103,8 @@ bool DataModelTest::save(Vs::Asset* asset, const std::wstring& path)
     Vs::Translator* translator = recognizer.translator(path);
     const auto options = translator->createSaveOptions();
     options->fileName(path);
+    if (set)
+        set(*options);
     Vs::TranslatorContext context;
     context.asset(asset);
     return translator->save(*options, context, status);

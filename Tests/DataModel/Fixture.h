@@ -4,8 +4,10 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/ModelBuilder.h"
+#include "Server/DataModel/Translator.h"
 #include "Tests/Support/Process.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -22,7 +24,8 @@ protected:
     Vs::Document* open(const std::wstring& path);
     /// Opens a file that can't be: one message with the file and the cause, and nothing half open.
     void expectFault(const std::wstring& path, const std::string& cause);
-    bool save(Vs::Asset* asset, const std::wstring& path);
+    using SetOptions = std::function<void(Vs::TranslatorSaveOptions&)>;
+    bool save(Vs::Asset* asset, const std::wstring& path, const SetOptions& set = {});
     std::wstring scratch(const std::string& name) const;
     std::wstring write(const std::string& name, const std::string& content) const;
 

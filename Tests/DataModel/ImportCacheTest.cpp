@@ -50,6 +50,29 @@ TEST(ImportCache, TheKeyFollowsTheContentAndNotTheName)
     EXPECT_EQ(ImportCache::keyOf((folder.path() / "missing").string(), "step"), std::nullopt);
 }
 
+TEST(ImportCache, TheKeyOfAFileFollowsTheOthersThatItDependsOn)
+{
+    const TestSupport::ScratchFolder folder, here, there;
+    ImportCache cache(folder.path().string());
+    const std::string at = here.path().string();
+    EXPECT_EQ(cache.fullKey("key", at), "key");
+    here.write("a", "red");
+    cache.noteOthers("key", at, {at + "/a", at + "/b"});
+    const std::string red = cache.fullKey("key", at);
+    EXPECT_NE(red, "key");
+    EXPECT_EQ(cache.fullKey("key", at), red);
+    EXPECT_EQ(cache.fullKey("other", at), "other");
+    // The same files elsewhere are the same, and the same file among others isn't.
+    EXPECT_NE(cache.fullKey("key", there.path().string()), red);
+    there.write("a", "red");
+    EXPECT_EQ(cache.fullKey("key", there.path().string()), red);
+    here.write("a", "blue");
+    const std::string blue = cache.fullKey("key", at);
+    EXPECT_NE(blue, red);
+    here.write("b", "comes later");
+    EXPECT_NE(cache.fullKey("key", at), blue);
+}
+
 TEST(ImportCache, KeepsWhatWasStoredAndDropsWhatIsDamaged)
 {
     const TestSupport::ScratchFolder folder;

@@ -1,5 +1,6 @@
 // OBJ, glTF and VRML: what comes in, what goes out, and what is refused.
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -95,7 +96,9 @@ v 10 0 0
 v 10 10 0
 v 0 10 0
 usemtl red
-f 1 2 3 4
+f 1 2 3
+usemtl green
+f 1 3 4
 o Second
 v 0 0 5
 usemtl green
@@ -178,7 +181,8 @@ TEST_F(MeshFormatsTest, ObjPartsHaveTheirNamesAndTheColoursOfTheirMaterials)
     Document* document = open(write("two.obj", kObj));
     ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
     const Asset& asset = *document->activeAsset();
-    EXPECT_TRUE(part(asset, L"First") && part(asset, L"Second"));
+    ASSERT_TRUE(part(asset, L"First") && part(asset, L"Second"));
+    EXPECT_EQ(part(asset, L"First")->body->name(), L"First");
     EXPECT_NEAR(areaOf(asset), 100 + 25, 1e-4);
     // Its y points upwards, as our z does.
     EXPECT_NEAR(boundsOf(asset).high().z, 10, 1e-5);
@@ -188,6 +192,32 @@ TEST_F(MeshFormatsTest, ObjPartsHaveTheirNamesAndTheColoursOfTheirMaterials)
     Document* again = open(scratch("two.obj"));
     ASSERT_NE(again, nullptr);
     EXPECT_EQ(coloursOf(*again->activeAsset()), (std::set<std::array<int, 3>>{{0, 0, 255}, {0, 255, 0}}));
+}
+
+TEST_F(MeshFormatsTest, WhatIsReadWithOtherFilesIsKeptUntilOneOfThemChanges)
+{
+    const auto kept = [] {
+        size_t count = 0;
+        for (const auto& entry : boost::filesystem::directory_iterator(PathInfo::cacheDirectory() / "import"))
+            count += entry.path().extension() == ".model";
+        return count;
+    };
+    write("kept.mtl", kMtl);
+    std::string obj = kObj;
+    obj.replace(obj.find("two.mtl"), 7, "kept.mtl");
+    const std::wstring path = write("kept.obj", obj);
+    ASSERT_NE(open(path), nullptr) << Strings::narrow(status.toString());
+    const size_t once = kept();
+    ASSERT_NE(open(path), nullptr);
+    EXPECT_EQ(kept(), once);
+    write("kept.mtl", "newmtl red\nKd 1 1 0\n");
+    ASSERT_NE(open(path), nullptr);
+    EXPECT_EQ(kept(), once + 1);
+    write("kept.mtl", kMtl);
+    Document* again = open(path);
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(kept(), once + 1);
+    EXPECT_EQ(coloursOf(*again->activeAsset()), (std::set<std::array<int, 3>>{{255, 0, 0}, {0, 255, 0}}));
 }
 
 TEST_F(MeshFormatsTest, AMeshOfGltfIsInMetresAndSharedByItsNodes)
@@ -202,6 +232,40 @@ TEST_F(MeshFormatsTest, AMeshOfGltfIsInMetresAndSharedByItsNodes)
     EXPECT_EQ(coloursOf(asset), (std::set<std::array<int, 3>>{{255, 0, 0}}));
     // A lonely triangle has three sides without a neighbour.
     EXPECT_EQ(left->body->mesh()->edgeStarts.size(), 4u);
+}
+
+TEST_F(MeshFormatsTest, APartOfSeveralColoursStaysOneThatItsOccurrencesShare)
+{
+    const std::string primitive = R"({"attributes":{"POSITION":0},"indices":1,"material":0})";
+    // The second one has a triangle of its own, with the same corners.
+    std::string text =
+        gltf(primitive, primitive + "," + R"({"attributes":{"POSITION":2},"indices":1,"material":1})");
+    const std::string list = R"("accessors":[)";
+    const size_t begin = text.find(list) + list.size();
+    const std::string corners = text.substr(begin, text.find(",\n", begin) - begin);
+    text.insert(text.find("],\n\"bufferViews", begin), ",\n" + corners);
+    const std::string paint = R"({"name":"paint")";
+    text.replace(text.find(paint), paint.size(),
+                 R"({"name":"sky","pbrMetallicRoughness":{"baseColorFactor":[0,0,1,1]}},)" + paint);
+    std::wstring path = write("first.gltf", text);
+    for (const char* next : {"second.glb", "third.gltf", "last.obj"}) {
+        SCOPED_TRACE(next);
+        Document* document = open(path);
+        ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
+        const Asset& asset = *document->activeAsset();
+        const Component *left = part(asset, L"Left"), *right = part(asset, L"Right");
+        ASSERT_TRUE(left && right);
+        EXPECT_EQ(left->body.get(), right->body.get());
+        EXPECT_EQ(left->body->name(), L"Corner");
+        EXPECT_EQ(coloursOf(asset), (std::set<std::array<int, 3>>{{255, 0, 0}, {0, 0, 255}}));
+        EXPECT_EQ(trianglesOf(asset), 4u);
+        ASSERT_TRUE(save(document->activeAsset(), path = scratch(next)));
+    }
+    // This format knows no sharing.
+    Document* document = open(path);
+    ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
+    EXPECT_TRUE(part(*document->activeAsset(), L"Left") && part(*document->activeAsset(), L"Right"));
+    EXPECT_EQ(coloursOf(*document->activeAsset()), (std::set<std::array<int, 3>>{{255, 0, 0}, {0, 0, 255}}));
 }
 
 TEST_F(MeshFormatsTest, VrmlKeepsNodesNamesAndSharedParts)

@@ -98,9 +98,9 @@ protected:
         return document;
     }
 
-    Document* throughFile(Document* document, const std::string& name)
+    Document* throughFile(Document* document, const std::string& name, const SetOptions& set = {})
     {
-        EXPECT_TRUE(save(document->activeAsset(), scratch(name))) << Strings::narrow(status.toString());
+        EXPECT_TRUE(save(document->activeAsset(), scratch(name), set)) << Strings::narrow(status.toString());
         Document* again = open(scratch(name));
         EXPECT_NE(again, nullptr) << Strings::narrow(status.toString());
         return again;
@@ -143,6 +143,26 @@ TEST_F(RoundTripTest, StepKeepsLayers)
               std::set<std::string>(before.begin(), before.end()));
 }
 
+TEST_F(RoundTripTest, LevelsOfAnIgesFileAreReadAsLayers)
+{
+    Asset* asset = newAsset();
+    ModelBuilder(asset).box(1, 2, 3, {}, status);
+    ASSERT_TRUE(save(asset, scratch("plain.igs"))) << Strings::narrow(status.toString());
+    std::string iges = contentOf(scratch("plain.igs"));
+    // The fifth field of the first of an entity's two lines; 402 is the group that the part becomes.
+    constexpr size_t kLine = 81, kLetter = 72, kLevelEnd = 40;
+    size_t line = 0;
+    while (line + kLine <= iges.size() &&
+           (iges[line + kLetter] != 'D' || iges.compare(line, 8, "     402") != 0))
+        line += kLine;
+    ASSERT_LT(line + kLine, iges.size());
+    iges[line + kLevelEnd - 1] = '7';
+    Document* document = open(write("levels.igs", iges));
+    ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
+    ASSERT_TRUE(save(document->activeAsset(), scratch("levels.stp")));
+    EXPECT_EQ(layersIn(contentOf(scratch("levels.stp"))), std::multiset<std::string>{"7"});
+}
+
 TEST_F(RoundTripTest, BrepAndIgesKeepShapes)
 {
     SKIP_WITHOUT_REAL_DATA();
@@ -172,12 +192,36 @@ TEST_F(RoundTripTest, GltfAndObjKeepTrianglesNamesAndColours)
             EXPECT_EQ(colours(after).size(), colours(before).size());
             if (std::string(form) != "out.obj") {
                 EXPECT_EQ(partNames(after), partNames(before));
+                EXPECT_EQ(bodies(after), bodies(before));
                 EXPECT_EQ(depths(*after.components()), depths(*before.components()));
                 EXPECT_EQ(colours(after), colours(before));
             }
             DocumentMgr::get()->close(again);
         }
         DocumentMgr::get()->close(document);
+    }
+}
+
+TEST_F(RoundTripTest, PartsThatAreCombinedStayInTheirPlacesAndColours)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    Document* document = openReal("as1-oc-214.stp");
+    ASSERT_NE(document, nullptr);
+    const Asset& before = *document->activeAsset();
+    for (const char* name : {"one.stp", "one.glb", "one.obj"}) {
+        SCOPED_TRACE(name);
+        const bool exact = std::string(name) == "one.stp";
+        Document* again = throughFile(document, name, [](auto& options) { options.combineSolids() = true; });
+        ASSERT_NE(again, nullptr);
+        const Asset& after = *again->activeAsset();
+        EXPECT_EQ(bodies(after), 1u);
+        EXPECT_EQ(partNames(after), (std::map<std::wstring, int>{{L"one", 1}}));
+        EXPECT_NEAR(volumeOf(after) / volumeOf(before), 1, exact ? 1e-6 : 0.02);
+        EXPECT_EQ(colours(after).size(), colours(before).size());
+        if (std::string(name) == "one.glb") {
+            EXPECT_EQ(colours(after), colours(before));
+        }
+        DocumentMgr::get()->close(again);
     }
 }
 

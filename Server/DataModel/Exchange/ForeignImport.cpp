@@ -5,6 +5,7 @@
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Server/DataModel/ProgressText.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -13,6 +14,11 @@ namespace Vs::Exchange {
 namespace {
 
 std::unique_ptr<ForeignImport> s_expected;
+
+std::string folderOf(const std::wstring& path)
+{
+    return std::filesystem::path(Strings::narrow(path)).parent_path().string();
+}
 
 } // namespace
 
@@ -39,6 +45,7 @@ bool ForeignImport::takeExpected()
         return false;
     m_format = s_expected->m_format;
     m_key = std::move(s_expected->m_key);
+    m_started = s_expected->m_started;
     m_size = s_expected->m_size;
     m_scratch = std::move(s_expected->m_scratch);
     m_worker = std::move(s_expected->m_worker);
@@ -75,7 +82,7 @@ bool ForeignImport::prepare(ImportCache& cache)
         return false;
     }
     m_key = *key;
-    if (auto known = cache.find(m_key)) {
+    if (auto known = cache.find(cache.fullKey(m_key, folderOf(m_path)))) {
         takeModel(std::move(known));
         return false;
     }
@@ -88,11 +95,34 @@ bool ForeignImport::prepare(ImportCache& cache)
 void ForeignImport::startWorker(bool annotations, ImportCache& cache)
 {
     m_scratch = cache.scratchPath();
+    m_started = std::filesystem::file_time_type::clock::now();
     std::vector<std::string> arguments{"import", keyOf(m_format), Strings::narrow(m_path), m_scratch};
     if (!annotations)
         arguments.push_back("--no-annotations");
     m_worker =
         std::make_unique<Worker>(workerOf(m_format), std::move(arguments), WorkerLimits::forFile(m_size));
+}
+
+// Takes the model, and stores it in the cache if a key can tell when it is the right one again.
+void ForeignImport::keep(ImportCache& cache)
+{
+    std::error_code ignored;
+    const std::vector<std::string>& others = m_worker->others();
+    const bool known = std::all_of(others.begin(), others.end(), [&](const std::string& other) {
+        // A file that changed while it was read may have been read as it was before.
+        const auto changed = std::filesystem::last_write_time(other, ignored);
+        return !other.empty() && (ignored || changed < m_started);
+    });
+    if (m_withoutAnnotations || !known) {
+        // The next kernel may read the annotations that this one can't.
+        auto model = ModelFile::open(m_scratch);
+        std::filesystem::remove(m_scratch, ignored);
+        takeModel(std::move(model));
+        return;
+    }
+    if (!others.empty())
+        cache.noteOthers(m_key, folderOf(m_path), others);
+    takeModel(cache.store(cache.fullKey(m_key, folderOf(m_path)), m_scratch));
 }
 
 bool ForeignImport::finish(ImportCache& cache)
@@ -101,15 +131,7 @@ bool ForeignImport::finish(ImportCache& cache)
     switch (m_worker->end()) {
     case Worker::End::Done:
         try {
-            if (m_withoutAnnotations || m_worker->dependsOnOthers()) {
-                // Not kept: the next kernel may read what this one can't, and the key knows nothing of other
-                // files.
-                auto model = ModelFile::open(m_scratch);
-                std::filesystem::remove(m_scratch, ignored);
-                takeModel(std::move(model));
-            } else {
-                takeModel(cache.store(m_key, m_scratch));
-            }
+            keep(cache);
         } catch (const std::runtime_error& error) {
             m_status.addError(L"\"" + m_path + L"\" was read, but its model can't be used: " +
                               Strings::widen(error.what()));

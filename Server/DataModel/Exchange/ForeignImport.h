@@ -4,6 +4,7 @@
 #include "Server/DataModel/Exchange/FileKind.h"
 #include "Server/DataModel/Exchange/Worker.h"
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <span>
@@ -45,12 +46,14 @@ private:
     void startWorker(bool annotations, ImportCache& cache);
     /// Returns true if the worker is to run once more, in another way.
     bool finish(ImportCache& cache);
+    void keep(ImportCache& cache);
     void takeModel(std::shared_ptr<const ModelFile> model);
     void warn(const std::wstring& clause);
 
     std::wstring m_path;
     Format m_format = Format::Unknown;
-    std::string m_key;
+    std::string m_key; ///< Of the file alone.
+    std::filesystem::file_time_type m_started;
     uint64_t m_size = 0;
     std::string m_scratch;
     bool m_withoutAnnotations = false;

@@ -36,15 +36,15 @@ using Save = ForeignTranslator::Save;
 
 // clang-format off
 const ForeignTranslator::Row kRows[] = {
-    //  format        saved             identifier        name                  extensions, the preferred one first
-    {Format::Step, Save::Worker,     "StepTranslator", L"STEP Files",        {L".stp", L".step"}},
-    {Format::Iges, Save::Worker,     "IgesTranslator", L"IGES Files",        {L".igs", L".iges"}},
-    {Format::Brep, Save::Worker,     "BrepTranslator", L"BREP Files",        {L".brep", L".brp"}},
-    {Format::Stl,  Save::Mesh,       "StlTranslator",  L"STL Files",         {L".stl"}},
-    {Format::Obj,  Save::Companions, "ObjTranslator",  L"OBJ Files",         {L".obj"}},
-    {Format::Gltf, Save::Companions, "GltfTranslator", L"glTF Files",        {L".gltf"}},
-    {Format::Glb,  Save::Companions, "GlbTranslator",  L"glTF Binary Files", {L".glb"}},
-    {Format::Vrml, Save::None,       "VrmlTranslator", L"VRML Files",        {L".wrl", L".vrml"}},
+    //  format        saved         identifier        name                  extensions, the preferred one first
+    {Format::Step, Save::Worker, "StepTranslator", L"STEP Files",        {L".stp", L".step"}},
+    {Format::Iges, Save::Worker, "IgesTranslator", L"IGES Files",        {L".igs", L".iges"}},
+    {Format::Brep, Save::Worker, "BrepTranslator", L"BREP Files",        {L".brep", L".brp"}},
+    {Format::Stl,  Save::Mesh,   "StlTranslator",  L"STL Files",         {L".stl"}},
+    {Format::Obj,  Save::Mesh,   "ObjTranslator",  L"OBJ Files",         {L".obj"}},
+    {Format::Gltf, Save::Mesh,   "GltfTranslator", L"glTF Files",        {L".gltf"}},
+    {Format::Glb,  Save::Mesh,   "GlbTranslator",  L"glTF Binary Files", {L".glb"}},
+    {Format::Vrml, Save::None,   "VrmlTranslator", L"VRML Files",        {L".wrl", L".vrml"}},
 };
 // clang-format on
 
@@ -76,44 +76,14 @@ std::vector<std::string> argumentsFor(Format format, const std::string& data, co
                                       TranslatorSaveOptions& options)
 {
     std::vector<std::string> arguments{"export", keyOf(format), data, target};
-    const TranslatorRefinement& refinement = options.refinement();
-    if (refinement != TranslatorRefinement{})
-        arguments.push_back("--refine=" + std::to_string(refinement.normalDeviation) + ',' +
-                            std::to_string(refinement.surfaceDeviation) + ',' +
-                            std::to_string(refinement.maximumAspectRatio) + ',' +
-                            std::to_string(refinement.maximumEdgeLength));
     if (options.combineSolids())
-        arguments.push_back("--combine");
-    const LengthUnit& unit = unitOf(options);
-    arguments.push_back(std::string("--unit=") + unit.key + ',' + std::to_string(unit.millimetres));
+        arguments.push_back("--combine=" +
+                            std::filesystem::path(Strings::narrow(options.fileName())).stem().string());
+    arguments.push_back(std::string("--unit=") + unitOf(options).key);
     return arguments;
 }
 
-void copyInto(const std::filesystem::path& from, const NewFile& file)
-{
-    std::ifstream source(from, std::ios::binary);
-    std::ofstream target(file.scratch(), std::ios::binary);
-    if (!(target << source.rdbuf()).flush())
-        throw std::runtime_error("there is no room for it");
-}
-
-// Puts what the worker wrote into a folder of its own to where it belongs: the companions first, so that the
-// file never refers to what isn't there.
-void takeFiles(const std::string& folder, const std::string& main, const std::wstring& path,
-               const NewFile& file)
-{
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        if (entry.path() == main)
-            continue;
-        const auto place = boost::filesystem::path(path).parent_path() / entry.path().filename().wstring();
-        NewFile companion(place.wstring());
-        copyInto(entry.path(), companion);
-        companion.commit();
-    }
-    copyInto(main, file);
-}
-
-// A file or folder that goes when it isn't needed any more.
+// A file that goes when it isn't needed any more.
 class ScratchFile
 {
 public:
@@ -121,7 +91,7 @@ public:
     ~ScratchFile()
     {
         std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
+        std::filesystem::remove(m_path, ignored);
     }
     const std::string& path() const { return m_path; }
 
@@ -232,10 +202,21 @@ bool ForeignTranslator::save(TranslatorSaveOptions& options, TranslatorContext& 
     if (m_row.save != Save::Mesh)
         return saveByWorker(*asset, options, status);
     ProgressScope progress(ProgressText::writing(options.fileName()));
-    return writeStl(
-        *asset->components(), options.fileName(), options.refinement(), unitOf(options),
-        [&](double fraction) { return progress.update(fraction, ProgressText::step("writing triangles")); },
-        status);
+    const MeshExport job{
+        *asset->components(),
+        options.fileName(),
+        options.refinement(),
+        unitOf(options),
+        options.combineSolids(),
+        [&](double fraction) { return progress.update(fraction, ProgressText::step("writing triangles")); }};
+    switch (m_row.format) {
+    case Format::Stl:
+        return writeStl(job, status);
+    case Format::Obj:
+        return writeObj(job, status);
+    default:
+        return writeGltf(job, m_row.format == Format::Glb, status);
+    }
 }
 
 // The kernel's writers are as large as its readers, and stay in the worker with them.
@@ -251,14 +232,6 @@ bool ForeignTranslator::saveByWorker(const Asset& asset, TranslatorSaveOptions& 
             return fault(L"can't be written: there is nothing in the model");
         NewFile file(path);
         const ScratchFile data(importCache().scratchPath());
-        const ScratchFile folder(importCache().scratchPath());
-        // A file that has companions names them after itself, so that it is written under its own name.
-        const bool alone = m_row.save != Save::Companions;
-        std::string target = file.scratch();
-        if (!alone) {
-            std::filesystem::create_directory(folder.path());
-            target = (std::filesystem::path(folder.path()) / Strings::narrow(fileName(path))).string();
-        }
         {
             std::ofstream stream(data.path(), std::ios::binary);
             ModelSource& source = asset.data().source();
@@ -269,7 +242,8 @@ bool ForeignTranslator::saveByWorker(const Asset& asset, TranslatorSaveOptions& 
             if (!stream.flush())
                 return fault(L"can't be written: there is no room for the model's data");
         }
-        Worker worker(workerOf(m_row.format), argumentsFor(m_row.format, data.path(), target, options),
+        Worker worker(workerOf(m_row.format),
+                      argumentsFor(m_row.format, data.path(), file.scratch(), options),
                       WorkerLimits::forFile(std::filesystem::file_size(data.path()) * 10));
         ProgressScope progress(ProgressText::writing(path));
         Worker* workers[] = {&worker};
@@ -281,8 +255,6 @@ bool ForeignTranslator::saveByWorker(const Asset& asset, TranslatorSaveOptions& 
             return fault(worker.end() == Worker::End::Failed
                              ? Strings::widen(worker.fault())
                              : L"can't be written: " + Strings::widen(worker.fault()));
-        if (!alone)
-            takeFiles(folder.path(), target, path, file);
         file.commit();
         return true;
     } catch (const std::runtime_error& error) {

@@ -16,9 +16,8 @@ public:
     /// How the files of a format are written.
     enum class Save {
         None,
-        Mesh,      ///< By this program, from the meshes that are shown.
-        Worker,    ///< By the worker, as one file.
-        Companions ///< By the worker, which may write more than one file.
+        Mesh,  ///< By this program, from the meshes that are shown.
+        Worker ///< By the worker.
     };
     struct Row
     {

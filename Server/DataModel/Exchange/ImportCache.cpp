@@ -6,6 +6,7 @@
 #include <atomic>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,10 +20,19 @@ namespace fs = std::filesystem;
 namespace {
 
 // Part of every key. Goes up whenever the same file would give another model.
-constexpr const char* kReader = "2-" QUILLET_KERNEL_VERSION;
+constexpr const char* kReader = "3-" QUILLET_KERNEL_VERSION;
 constexpr const char* kSuffix = ".model";
+constexpr const char* kOthersSuffix = ".others"; // one path a line, as seen from the file
 constexpr const char* kScratchSuffix = ".part";
 constexpr auto kScratchAge = std::chrono::hours(24);
+
+std::string hexOf(const XXH128_hash_t& hash)
+{
+    char text[33];
+    std::snprintf(text, sizeof text, "%016llx%016llx", static_cast<unsigned long long>(hash.high64),
+                  static_cast<unsigned long long>(hash.low64));
+    return text;
+}
 
 } // namespace
 
@@ -46,10 +56,33 @@ std::optional<std::string> ImportCache::keyOf(const std::string& path, const cha
         return std::nullopt;
     const XXH128_hash_t hash = XXH3_128bits(data, info.st_size);
     munmap(data, info.st_size);
-    char text[33];
-    std::snprintf(text, sizeof text, "%016llx%016llx", static_cast<unsigned long long>(hash.high64),
-                  static_cast<unsigned long long>(hash.low64));
-    return std::string(text) + "-" + format + "-" + kReader;
+    return hexOf(hash) + "-" + format + "-" + kReader;
+}
+
+void ImportCache::noteOthers(const std::string& key, const std::string& folder,
+                             const std::vector<std::string>& others)
+{
+    const std::string scratch = scratchPath();
+    std::ofstream stream(scratch, std::ios::binary);
+    for (const std::string& other : others)
+        stream << fs::path(other).lexically_proximate(folder).string() << '\n';
+    stream.close();
+    std::error_code error;
+    if (stream)
+        fs::rename(scratch, m_folder + "/" + key + kOthersSuffix, error);
+    if (!stream || error)
+        fs::remove(scratch, error);
+}
+
+std::string ImportCache::fullKey(const std::string& key, const std::string& folder) const
+{
+    std::ifstream stream(m_folder + "/" + key + kOthersSuffix, std::ios::binary);
+    if (!stream)
+        return key;
+    std::string keys = key;
+    for (std::string other; std::getline(stream, other);)
+        keys += '\n' + keyOf((fs::path(folder) / other).string(), "").value_or("missing");
+    return hexOf(XXH3_128bits(keys.data(), keys.size())) + "-" + kReader;
 }
 
 std::string ImportCache::pathOf(const std::string& key) const
@@ -111,7 +144,7 @@ void ImportCache::trim(const std::string& keep)
             continue;
         if (entry.path.extension() == kScratchSuffix && now - entry.used > kScratchAge)
             fs::remove(entry.path, gone); // left behind by a program that died
-        if (entry.path.extension() != kSuffix)
+        if (entry.path.extension() != kSuffix && entry.path.extension() != kOthersSuffix)
             continue;
         sum += entry.size;
         if (entry.path != keep)

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Vs {
 class ModelFile;
@@ -24,6 +25,14 @@ public:
     /// The key of a file: of its contents, the format it is read as, and the versions that read it. Nothing
     /// if it can't be read.
     static std::optional<std::string> keyOf(const std::string& path, const char* format);
+
+    /// Notes that what is read from the file of that key, which lies in the folder, depends on other files,
+    /// too.
+    void noteOthers(const std::string& key, const std::string& folder,
+                    const std::vector<std::string>& others);
+    /// The key of a file with the others that it was found to depend on, as they are now: of other contents,
+    /// another key. The same key for one that is complete by itself.
+    std::string fullKey(const std::string& key, const std::string& folder) const;
 
     /// The entry, or null. One that is damaged is dropped. Marks the entry as used now.
     std::shared_ptr<const ModelFile> find(const std::string& key);

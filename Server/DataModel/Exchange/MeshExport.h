@@ -12,10 +12,33 @@ struct LengthUnit;
 
 namespace Vs::Exchange {
 
-/// Writes every occurrence below a component as binary STL, its lengths in the unit, to a new file that takes
-/// the place of an old one when it is complete. Bodies are meshed anew only for another refinement than the
-/// one that they are shown with. Returns false with an error, or without one if `watch` returned false.
-bool writeStl(const Component& root, const std::wstring& path, const TranslatorRefinement& refinement,
-              const LengthUnit& unit, const std::function<bool(double)>& watch, Status& status);
+/// What is to be written as triangles, and how.
+struct MeshExport
+{
+    /// Every occurrence below it is written.
+    const Component& root;
+    std::wstring path;
+    /// Bodies are meshed anew only for another refinement than the one that they are shown with.
+    TranslatorRefinement refinement;
+    /// Of the file's lengths, where its format has any choice.
+    const LengthUnit& unit;
+    /// All occurrences become one part, which keeps their colours.
+    bool combine = false;
+    /// Is told how much is done; returns false to cancel. May be empty.
+    std::function<bool(double)> watch;
+
+    bool goOn(double fraction) const { return !watch || watch(fraction); }
+};
+
+// Each writes a new file, which takes the place of an old one when it is complete. Returns false with an
+// error, or without one if it was cancelled.
+
+/// Binary STL, which knows neither parts nor colours.
+bool writeStl(const MeshExport& job, Status& status);
+/// OBJ with one group for each occurrence, and beside it the colours in an MTL file of the same name.
+bool writeObj(const MeshExport& job, Status& status);
+/// glTF 2.0: the tree of the components, with a body's mesh shared by its occurrences. A `.gltf` file carries
+/// its numbers within it.
+bool writeGltf(const MeshExport& job, bool binary, Status& status);
 
 } // namespace Vs::Exchange

@@ -179,8 +179,8 @@ void Worker::readMessages()
         case WorkerMessage::Kind::Error:
             m_error = message->text;
             break;
-        case WorkerMessage::Kind::Others:
-            m_dependsOnOthers = true;
+        case WorkerMessage::Kind::Other:
+            m_others.push_back(message->text);
             break;
         case WorkerMessage::Kind::Done:
             m_done = true;

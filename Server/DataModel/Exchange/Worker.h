@@ -55,8 +55,9 @@ public:
     /// What it is doing, or was doing when it ended: "reading the file".
     const std::string& step() const { return m_step; }
     const std::vector<std::string>& warnings() const { return m_warnings; }
-    /// Whether what it made depends on other files than the one that it was given.
-    bool dependsOnOthers() const { return m_dependsOnOthers; }
+    /// The files beside the one that it was given on which its work depends; an empty path stands for one
+    /// whose name it doesn't know.
+    const std::vector<std::string>& others() const { return m_others; }
     /// The cause of any end but Done, as a clause without a subject's name: "the reader crashed (segmentation
     /// fault) while transferring shapes". UTF-8.
     const std::string& fault() const { return m_fault; }
@@ -93,12 +94,12 @@ private:
     int m_pipe = -1;
     WorkerMessageReader m_reader;
     bool m_done = false;
-    bool m_dependsOnOthers = false;
     double m_fraction = 0;
     std::string m_step = "starting";
     std::string m_error;
     std::string m_fault;
     std::vector<std::string> m_warnings;
+    std::vector<std::string> m_others;
     Clock::time_point m_started;
     Clock::time_point m_moved;
     std::chrono::milliseconds m_movedWork{0}; ///< Processor time at the last progress.

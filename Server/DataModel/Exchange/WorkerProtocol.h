@@ -14,7 +14,7 @@ struct WorkerMessage
         Progress = 'P', ///< The fraction of the work that is done, and the step that is going on.
         Warning = 'W',  ///< The result is usable, but the user should know.
         Error = 'E',    ///< There is no result; the text names the cause.
-        Others = 'O',   ///< The result depends on other files than the one that was named.
+        Other = 'O',    ///< The result depends on another file, too; the text is its path, or empty.
         Done = 'D',     ///< The result is complete.
     };
 

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "Server/Body/BodyMesh.h"
+#include "Server/DataModel/Exchange/MeshExport.h"
+#include "Server/DataModel/Exchange/NewFile.h"
+#include "Server/Geometry/GkMatrix3d.h"
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace Vs {
+class Body;
+}
+
+namespace Vs::Exchange {
+
+/// A body where it is seen.
+struct Occurrence
+{
+    const Body* body;
+    GkMatrix3d placement; ///< In the asset's coordinates.
+    Colour colour;        ///< Of the faces that have none of their own.
+    std::wstring name;
+};
+
+/// What a component is named after if it has no name of its own.
+std::wstring nameOf(const Component& component);
+
+/// The occurrences below a component, and the mesh of each body.
+class ExportedMeshes
+{
+public:
+    /// How much of the work the meshing is told to be.
+    static constexpr double kShare = 0.7;
+
+    /// Returns false if it was cancelled; throws std::runtime_error if there is nothing to be written.
+    bool make(const MeshExport& job);
+
+    const std::vector<Occurrence>& occurrences() const { return m_occurrences; }
+    /// Of all occurrences together.
+    uint64_t triangles() const { return m_triangles; }
+    /// Null if the body has none.
+    const BodyMesh* of(const Body* body) const;
+
+private:
+    void collect(const Component& component, const GkMatrix3d& parent,
+                 const std::optional<Colour>& inherited);
+
+    std::vector<Occurrence> m_occurrences;
+    std::unordered_map<const Body*, std::shared_ptr<const BodyMesh>> m_meshes;
+    uint64_t m_triangles = 0;
+};
+
+/// Triangles sorted by their colours, each colour with vertices of its own.
+class ColourGroups
+{
+public:
+    struct Group
+    {
+        Colour colour;
+        std::vector<float> positions, normals;
+        std::vector<uint32_t> triangles;
+    };
+
+    /// Adds a mesh, moved (and scaled evenly) by the placement. `plain` is the colour of the faces that have
+    /// none.
+    void add(const BodyMesh& mesh, const Colour& plain, const GkMatrix3d& placement);
+
+    const std::vector<Group>& groups() const { return m_groups; }
+
+private:
+    Group& groupOf(const Colour& colour);
+
+    std::vector<Group> m_groups;
+};
+
+/// From our z upwards and millimetres to y upwards and that unit, as OBJ and glTF have it.
+GkMatrix3d yUpwards(double unitInMillimetres);
+
+/// A new file that is written from front to back. Throws std::runtime_error.
+class ExportFile
+{
+public:
+    explicit ExportFile(const std::wstring& path);
+    void write(std::string_view bytes);
+    void commit();
+
+private:
+    struct Closer
+    {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+
+    NewFile m_file;
+    std::unique_ptr<std::FILE, Closer> m_stream;
+};
+
+/// Runs the work and turns what it throws into an error that names the file.
+bool exported(const MeshExport& job, Status& status, const std::function<bool()>& work);
+
+} // namespace Vs::Exchange

@@ -1,0 +1,149 @@
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Exchange/ExportedMeshes.h"
+#include "Server/Types/LengthUnit.h"
+
+#include <boost/filesystem/path.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <utility>
+
+namespace Vs::Exchange {
+
+namespace {
+
+void addNumber(std::string& text, auto number)
+{
+    char digits[40];
+    text += ' ';
+    text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+}
+
+// A name ends with its line.
+std::string oneLine(const std::wstring& name)
+{
+    std::string text = Strings::narrow(name);
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < ' '; }, ' ');
+    return text.find_first_not_of(' ') == std::string::npos ? "part" : text;
+}
+
+// The format's colours are as a screen shows them, ours are linear.
+float screenValue(float linear)
+{
+    return linear <= 0.0031308f ? linear * 12.92f : 1.055f * std::pow(linear, 1 / 2.4f) - 0.055f;
+}
+
+class ObjText
+{
+public:
+    explicit ObjText(const std::string& library) : m_text("mtllib " + library + "\n") {}
+
+    void add(const std::string& name, const ColourGroups& parts)
+    {
+        m_text += "g " + name + '\n';
+        for (const ColourGroups::Group& group : parts.groups())
+            add(group);
+    }
+
+    /// What was added since the last call.
+    std::string take() { return std::exchange(m_text, {}); }
+
+    std::string materials() const
+    {
+        std::string text;
+        for (size_t i = 0; i < m_colours.size(); ++i) {
+            const Colour& colour = m_colours[i];
+            text += (text.empty() ? "" : "\n") + ("newmtl " + nameOfColour(i)) + "\nKd";
+            for (const float value : {colour.r, colour.g, colour.b})
+                addNumber(text, screenValue(value));
+            text += "\nd";
+            addNumber(text, colour.a);
+            text += '\n';
+        }
+        return text;
+    }
+
+private:
+    static std::string nameOfColour(size_t index) { return "colour" + std::to_string(index + 1); }
+
+    void add(const ColourGroups::Group& group)
+    {
+        const auto known = std::find(m_colours.begin(), m_colours.end(), group.colour);
+        const size_t colour = size_t(known - m_colours.begin());
+        if (known == m_colours.end())
+            m_colours.push_back(group.colour);
+        for (size_t i = 0; i < group.positions.size(); i += 3) {
+            m_text += 'v';
+            for (size_t k = i; k < i + 3; ++k)
+                addNumber(m_text, group.positions[k]);
+            m_text += "\nvn";
+            for (size_t k = i; k < i + 3; ++k)
+                addNumber(m_text, group.normals[k]);
+            m_text += '\n';
+        }
+        m_text += "usemtl " + nameOfColour(colour) + '\n';
+        for (size_t i = 0; i < group.triangles.size(); i += 3) {
+            m_text += 'f';
+            for (size_t k = i; k < i + 3; ++k) {
+                // Counted from one, over the whole file; each vertex has its own normal.
+                const uint64_t index = m_vertices + group.triangles[k] + 1;
+                addNumber(m_text, index);
+                m_text += "//";
+                m_text += std::to_string(index);
+            }
+            m_text += '\n';
+        }
+        m_vertices += group.positions.size() / 3;
+    }
+
+    std::string m_text;
+    std::vector<Colour> m_colours;
+    uint64_t m_vertices = 0;
+};
+
+} // namespace
+
+bool writeObj(const MeshExport& job, Status& status)
+{
+    return exported(job, status, [&] {
+        ExportedMeshes meshes;
+        if (!meshes.make(job))
+            return false;
+        const boost::filesystem::path path(job.path);
+        const auto library = boost::filesystem::path(path).replace_extension(".mtl");
+        ExportFile file(job.path);
+        ObjText text(Strings::narrow(library.filename().wstring()));
+        const GkMatrix3d turn = yUpwards(job.unit.millimetres);
+        const auto& occurrences = meshes.occurrences();
+        ColourGroups all;
+        for (size_t i = 0; i < occurrences.size(); ++i) {
+            const BodyMesh* mesh = meshes.of(occurrences[i].body);
+            if (!mesh)
+                continue;
+            if (job.combine) {
+                all.add(*mesh, occurrences[i].colour, turn * occurrences[i].placement);
+            } else {
+                ColourGroups own;
+                own.add(*mesh, occurrences[i].colour, turn * occurrences[i].placement);
+                text.add(oneLine(occurrences[i].name), own);
+                file.write(text.take());
+            }
+            if (!job.goOn(ExportedMeshes::kShare +
+                          (1 - ExportedMeshes::kShare) * double(i) / double(occurrences.size())))
+                return false;
+        }
+        if (job.combine)
+            text.add(oneLine(path.stem().wstring()), all);
+        file.write(text.take());
+        // The colours first, so that the file never refers to what isn't there.
+        ExportFile colours(library.wstring());
+        colours.write(text.materials());
+        colours.commit();
+        file.commit();
+        return true;
+    });
+}
+
+} // namespace Vs::Exchange
