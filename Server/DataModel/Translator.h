@@ -33,11 +33,9 @@ struct TranslatorRefinement
     float normalDeviation = 20.0f; ///< Largest angle between neighbouring facets, in degrees.
     float surfaceDeviation =
         0.001f; ///< Largest distance from the true surface, as a fraction of the part's diagonal.
-    /// Largest ratio of a triangle's sides. It travels with the options; no mesher that we have keeps it.
-    float maximumAspectRatio = 21.5f;
-    /// Longest side in per cent of the part's diagonal. At this value or above it asks for nothing; below,
-    /// triangles are split to keep it.
-    float maximumEdgeLength = 56.401283f;
+    // These two ask for nothing at the values here or above; below, triangles are split to keep them.
+    float maximumAspectRatio = 21.5f;     ///< Of a triangle's longest side to its height above that; from 3.
+    float maximumEdgeLength = 56.401283f; ///< Longest side in per cent of the part's diagonal.
 
     friend bool operator==(const TranslatorRefinement&, const TranslatorRefinement&) = default;
 };

@@ -6,6 +6,8 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
+
 namespace {
 
 class ExportTest : public CommandsTests::WithProgram
@@ -73,6 +75,20 @@ TEST_F(ExportTest, ADesignIsWrittenInEveryFormatThatATranslatorWrites)
     EXPECT_NE(failure(L"Design.Export " + scratch(L"d")).find(L"no translator writes"), std::wstring::npos);
 }
 
+TEST_F(ExportTest, AnEmptyDesignIsRefusedWithOneMessage)
+{
+    answer(L"Design.New");
+    for (const wchar_t* name : {L"e.stp", L"e.igs", L"e.brep", L"e.stl", L"e.obj", L"e.gltf", L"e.glb"}) {
+        const std::wstring path = scratch(name);
+        for (const wchar_t* flag : {L"", L" /Combine"}) {
+            const std::wstring text = failure(L"Design.Export " + path + flag);
+            EXPECT_NE(text.find(path), std::wstring::npos) << path;
+            EXPECT_EQ(std::count(text.begin(), text.end(), L'\n'), 0) << path;
+            EXPECT_FALSE(boost::filesystem::exists(path)) << path;
+        }
+    }
+}
+
 TEST_F(ExportTest, TheRefinementOfADesignsExportIsCheckedAndKept)
 {
     const auto size = [this](const std::wstring& words) {
@@ -83,6 +99,7 @@ TEST_F(ExportTest, TheRefinementOfADesignsExportIsCheckedAndKept)
     const auto usual = size(L"");
     EXPECT_GT(size(L"5"), usual);
     EXPECT_GT(size(L"20,0.001,21.5,10"), usual);
+    EXPECT_GT(size(L"20,0.001,5"), usual);
     EXPECT_EQ(size(L"20,0.001,21.5,56.401283"), usual);
     for (const wchar_t* wrong : {L"fine", L"20,-1", L"1,1,1,1,1", L"20,,3", L"nan"})
         EXPECT_NE(failure(L"Design.Export " + scratch(L"w.stl") + L" " + wrong).find(L"is no refinement"),

@@ -5,8 +5,6 @@
 #include "Server/Body/Body.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/DocumentOpener.h"
-#include "Server/DataModel/Translator.h"
-#include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "Server/Types/LengthUnit.h"
 #include "Tests/DataModel/Fixture.h"
 
@@ -19,6 +17,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <numeric>
 
 using namespace Vs;
 
@@ -42,12 +41,38 @@ float length(const Corner& a, const Corner& b)
     return std::hypot(b[0] - a[0], b[1] - a[1], b[2] - a[2]);
 }
 
+float areaOf(const Facet& f)
+{
+    const auto from = [](const Corner& a, const Corner& b) {
+        return GkVector3d(double(b[0]) - a[0], double(b[1]) - a[1], double(b[2]) - a[2]);
+    };
+    return float(from(f[0], f[1]).crossProduct(from(f[0], f[2])).length() / 2);
+}
+
 float longestSide(const std::vector<Facet>& facets)
 {
     float longest = 0;
     for (const Facet& f : facets)
         longest = std::max({longest, length(f[0], f[1]), length(f[1], f[2]), length(f[2], f[0])});
     return longest;
+}
+
+/// How many times longer than high the thinnest triangle is.
+float thinnest(const std::vector<Facet>& facets)
+{
+    float ratio = 0;
+    for (const Facet& f : facets) {
+        const float sides[] = {length(f[0], f[1]), length(f[1], f[2]), length(f[2], f[0])};
+        const float longest = *std::max_element(sides, sides + 3);
+        ratio = std::max(ratio, longest * longest / (2 * areaOf(f)));
+    }
+    return ratio;
+}
+
+double areaOf(const std::vector<Facet>& facets)
+{
+    return std::accumulate(facets.begin(), facets.end(), 0.0,
+                           [](double sum, const Facet& f) { return sum + areaOf(f); });
 }
 
 /// Whether each side is met by exactly one other triangle, in the other direction.
@@ -79,26 +104,9 @@ protected:
         return asset;
     }
 
-    /// Saves the asset as the options say; `set` changes them.
-    template <class Set>
-    bool saveWith(Asset* asset, const std::wstring& path, Set&& set)
-    {
-        status.clear();
-        TranslatorFileRecognizer recognizer("TestAssetType", true);
-        recognizer.recognize();
-        Translator* translator = recognizer.translator(path);
-        const auto options = translator->createSaveOptions();
-        options->fileName(path);
-        set(*options);
-        TranslatorContext context;
-        context.asset(asset);
-        return translator->save(*options, context, status);
-    }
-
     std::vector<Facet> facets(Asset* asset, const TranslatorRefinement& refinement)
     {
-        EXPECT_TRUE(
-            saveWith(asset, scratch("x.stl"), [&](auto& options) { options.refinement() = refinement; }));
+        EXPECT_TRUE(save(asset, scratch("x.stl"), [&](auto& options) { options.refinement() = refinement; }));
         return facetsOf(scratch("x.stl"));
     }
 };
@@ -115,6 +123,19 @@ TEST_F(SavingTest, TheNumbersOfTheRefinementBoundTheTriangles)
     EXPECT_LE(longestSide(narrow), 0.1f * std::hypot(200.0f, 100.0f, 1.0f) * 1.001f);
     EXPECT_TRUE(isClosed(narrow));
 
+    const auto everyday = facets(asset, {});
+    ASSERT_GT(thinnest(everyday), 100);
+    size_t before = usual;
+    for (const float ratio : {20.0f, 8.0f, 4.0f}) {
+        const auto round = facets(asset, {.maximumAspectRatio = ratio});
+        EXPECT_LE(thinnest(round), ratio * 1.01f);
+        EXPECT_TRUE(isClosed(round));
+        EXPECT_NEAR(areaOf(round) / areaOf(everyday), 1, 1e-5);
+        EXPECT_GT(round.size(), before);
+        before = round.size();
+    }
+    EXPECT_EQ(facets(asset, {.maximumAspectRatio = 50}).size(), usual);
+
     // What is shown, and what the usual numbers give, is as it was.
     EXPECT_EQ(facets(asset, {}).size(), usual);
     EXPECT_EQ(trianglesOf(*asset), usual);
@@ -125,8 +146,8 @@ TEST_F(SavingTest, TheLimitsHoldForTheFormatsThatTheKernelWritesToo)
     Asset* asset = sample();
     for (const char* name : {"limits.glb", "limits.obj"}) {
         SCOPED_TRACE(name);
-        ASSERT_TRUE(saveWith(asset, scratch(name),
-                             [](auto& options) { options.refinement().maximumEdgeLength = 10; }));
+        ASSERT_TRUE(
+            save(asset, scratch(name), [](auto& options) { options.refinement().maximumEdgeLength = 10; }));
         Document* again = open(scratch(name));
         ASSERT_NE(again, nullptr) << Strings::narrow(status.toString());
         const auto triangles = facets(again->activeAsset(), {});
@@ -143,14 +164,14 @@ TEST_F(SavingTest, LengthsAreWrittenInTheUnitThatIsShownOnlyIfThatIsAskedFor)
     const double volume = volumeOf(*asset);
     for (const bool shown : {false, true}) {
         const auto set = [&](auto& options) { options.exportInDisplayUnit() = shown; };
-        ASSERT_TRUE(saveWith(asset, scratch("unit.stl"), set));
+        ASSERT_TRUE(save(asset, scratch("unit.stl"), set));
         float right = 0;
         for (const Facet& facet : facetsOf(scratch("unit.stl")))
             for (const Corner& corner : facet)
                 right = std::max(right, corner[0]);
         EXPECT_NEAR(right, shown ? 302 / 25.4f : 302, 1e-3f);
         // STEP tells its unit, so that the size stays the same whatever that is.
-        ASSERT_TRUE(saveWith(asset, scratch("unit.stp"), set));
+        ASSERT_TRUE(save(asset, scratch("unit.stp"), set));
         std::ifstream stream(Strings::narrow(scratch("unit.stp")));
         const std::string step{std::istreambuf_iterator<char>(stream), {}};
         EXPECT_EQ(step.find("'INCH'") != std::string::npos, shown);
@@ -167,17 +188,14 @@ TEST_F(SavingTest, CombinedPartsBecomeOneThatKeepsItsShapes)
     const double volume = volumeOf(*asset);
     for (const char* name : {"one.stp", "one.glb", "one.obj"}) {
         SCOPED_TRACE(name);
-        ASSERT_TRUE(saveWith(asset, scratch(name), [](auto& options) { options.combineSolids() = true; }));
+        ASSERT_TRUE(save(asset, scratch(name), [](auto& options) { options.combineSolids() = true; }));
         Document* again = open(scratch(name));
         ASSERT_NE(again, nullptr) << Strings::narrow(status.toString());
         const auto parts = componentsOf(*again->activeAsset());
         EXPECT_EQ(std::count_if(parts.begin(), parts.end(), [](const auto* part) { return part->body; }), 1);
         EXPECT_NEAR(volumeOf(*again->activeAsset()) / volume, 1,
                     std::string(name) == "one.stp" ? 1e-6 : 0.02);
-        // The kernel's writers of triangles look for colours on single faces alone.
-        if (std::string(name) == "one.stp") {
-            EXPECT_GE(parts.back()->body->mesh()->colours.size(), 2u);
-        }
+        EXPECT_GE(parts.back()->body->mesh()->colours.size(), 2u);
     }
     // The model itself is as it was.
     EXPECT_EQ(componentsOf(*asset).size(), 2u);

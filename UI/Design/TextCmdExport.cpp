@@ -13,11 +13,10 @@ using Vs::TextCommandResult;
 
 constexpr const wchar_t* kArea = L"Design";
 constexpr const wchar_t* kExportHelp =
-    L"<filename> [<refinement>] [/Combine] [/DisplayUnit] Writes the active design as the suffix says: .stp "
-    L".igs .brep "
-    L".stl .obj .gltf .glb. The refinement is degrees,fraction,ratio,percent: the angle between facets, the "
-    L"distance "
-    L"from the true surface, the ratio of a triangle's sides, its longest side";
+    L"<filename> [<refinement>] [/Combine] [/DisplayUnit] Writes the active design as the suffix says: "
+    L".stp .igs .brep .stl .obj .gltf .glb. The refinement is degrees,fraction,ratio,percent: the angle "
+    L"between facets, the distance from the true surface, how many times longer than high a triangle may be, "
+    L"its longest side";
 constexpr const wchar_t* kUnitHelp =
     L"[<unit>] Tells or sets the unit of lengths that are shown: mm, cm, m, in, ft";
 

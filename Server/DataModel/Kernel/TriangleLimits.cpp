@@ -1,17 +1,12 @@
 #include "Server/DataModel/Kernel/TriangleLimits.h"
 
-#include "Server/DataModel/Kernel/Mesher.h"
-
-#include <BRep_Builder.hxx>
-#include <BRep_Tool.hxx>
-#include <Poly_Triangulation.hxx>
-#include <TopExp_Explorer.hxx>
-#include <TopoDS.hxx>
-
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 #include <xxhash.h>
 
 namespace Vs::Kernel {
@@ -20,51 +15,123 @@ namespace {
 
 constexpr size_t kMostTriangles = 2'000'000;
 constexpr int kMostPasses = 60;
+// As parts of the part's diagonal. Sides of a thousandth already make millions of triangles of a large face;
+// a thin triangle needs shorter ones, but not many.
+constexpr float kLeastEdgeLength = 1e-3f;
+constexpr float kShortestSide = 5e-4f;
+// No splitting makes all triangles of any outline rounder than this.
+constexpr float kLeastRatio = 3;
 
 using Triangle = std::array<uint32_t, 3>;
+using Vector = std::array<float, 3>;
 
-/// A side by the places of its ends. Two faces that meet in it have vertices of their own there, at the same
-/// places; both must split it, or a gap would open.
-struct Side
+Vector cross(const Vector& a, const Vector& b)
 {
-    std::array<float, 6> ends;
-    friend bool operator==(const Side&, const Side&) = default;
-};
+    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
 
-struct SideHash
+float dot(const Vector& a, const Vector& b)
 {
-    size_t operator()(const Side& side) const { return XXH3_64bits(side.ends.data(), sizeof side.ends); }
-};
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
 
-class Splitter
+float length(const Vector& v)
+{
+    return std::sqrt(dot(v, v));
+}
+
+/// A mesh whose triangles are taken apart.
+class Triangles
 {
 public:
-    Splitter(BodyMesh& mesh, float length) : m_mesh(mesh), m_length(length) {}
+    explicit Triangles(BodyMesh& mesh) : mesh(mesh) {}
 
-    void run()
-    {
-        for (int pass = 0; pass < kMostPasses && m_mesh.triangles.size() / 3 < kMostTriangles; ++pass) {
-            mark();
-            if (m_marked.empty())
-                return;
-            spread();
-            split();
-            m_mesh.edgePoints.clear();
-            m_mesh.edgeStarts.assign(1, 0);
-        }
-    }
-
-private:
-    size_t triangles() const { return m_mesh.triangles.size() / 3; }
+    size_t count() const { return mesh.triangles.size() / 3; }
 
     Triangle triangle(size_t i) const
     {
-        return {m_mesh.triangles[3 * i], m_mesh.triangles[3 * i + 1], m_mesh.triangles[3 * i + 2]};
+        return {mesh.triangles[3 * i], mesh.triangles[3 * i + 1], mesh.triangles[3 * i + 2]};
     }
 
-    Side side(uint32_t a, uint32_t b) const
+    Vector from(uint32_t a, uint32_t b) const
     {
-        std::array<float, 3> p, q;
+        const float* p = &mesh.positions[size_t(a) * 3];
+        const float* q = &mesh.positions[size_t(b) * 3];
+        return {q[0] - p[0], q[1] - p[1], q[2] - p[2]};
+    }
+
+    float side(uint32_t a, uint32_t b) const { return length(from(a, b)); }
+
+    /// Twice the area, along the normal.
+    Vector area(uint32_t a, uint32_t b, uint32_t c) const { return cross(from(a, b), from(a, c)); }
+
+    /// The side that begins with this corner is the longest.
+    int longest(const Triangle& t) const
+    {
+        const float sides[] = {side(t[0], t[1]), side(t[1], t[2]), side(t[2], t[0])};
+        return int(std::max_element(sides, sides + 3) - sides);
+    }
+
+    BodyMesh& mesh;
+};
+
+/// Splits sides in the middle, on both of the faces that meet in them.
+class Splitter
+{
+public:
+    explicit Splitter(Triangles& triangles) : m_all(triangles), m_mesh(triangles.mesh) {}
+
+    void mark(uint32_t a, uint32_t b) { m_marked.insert(placesOf(a, b)); }
+    bool anyMarked() const { return !m_marked.empty(); }
+
+    /// Marks the longest side of each triangle that has a marked one: cuts through the longest side make no
+    /// thinner triangles than there were.
+    void spread()
+    {
+        for (bool grown = true; grown;) {
+            grown = false;
+            for (size_t i = 0; i < m_all.count(); ++i) {
+                const Triangle t = m_all.triangle(i);
+                bool any = false;
+                for (int k = 0; k < 3; ++k)
+                    any |= m_marked.contains(placesOf(t[k], t[(k + 1) % 3]));
+                const int most = m_all.longest(t);
+                if (any)
+                    grown |= m_marked.insert(placesOf(t[most], t[(most + 1) % 3])).second;
+            }
+        }
+    }
+
+    /// Splits all marked sides; none is marked any more then.
+    void split()
+    {
+        m_middles.clear();
+        m_made.clear();
+        for (BodyMesh::Face& face : m_mesh.faces) {
+            const uint32_t begin = face.firstTriangle, end = begin + face.triangleCount;
+            face.firstTriangle = uint32_t(m_made.size() / 3);
+            for (uint32_t i = begin; i < end; ++i)
+                cut(m_all.triangle(i));
+            face.triangleCount = uint32_t(m_made.size() / 3) - face.firstTriangle;
+        }
+        m_mesh.triangles = m_made;
+        m_marked.clear();
+        m_mesh.edgePoints.clear();
+        m_mesh.edgeStarts.assign(1, 0);
+    }
+
+private:
+    /// A side by the places of its ends. Two faces that meet in it have vertices of their own there, at the
+    /// same places; both must split it, or a gap would open.
+    using Places = std::array<float, 6>;
+    struct PlacesHash
+    {
+        size_t operator()(const Places& places) const { return XXH3_64bits(places.data(), sizeof places); }
+    };
+
+    Places placesOf(uint32_t a, uint32_t b) const
+    {
+        Vector p, q;
         for (int axis = 0; axis < 3; ++axis) {
             // Adding zero turns -0 into 0, which is the same place.
             p[axis] = m_mesh.positions[size_t(a) * 3 + axis] + 0.0f;
@@ -72,56 +139,7 @@ private:
         }
         if (q < p)
             std::swap(p, q);
-        return {{p[0], p[1], p[2], q[0], q[1], q[2]}};
-    }
-
-    float length(uint32_t a, uint32_t b) const
-    {
-        const float* p = &m_mesh.positions[size_t(a) * 3];
-        const float* q = &m_mesh.positions[size_t(b) * 3];
-        return std::hypot(q[0] - p[0], q[1] - p[1], q[2] - p[2]);
-    }
-
-    // The side that begins with this corner is the longest.
-    int longest(const Triangle& t) const
-    {
-        int best = 0;
-        float most = -1;
-        for (int k = 0; k < 3; ++k)
-            if (const float own = length(t[k], t[(k + 1) % 3]); own > most) {
-                most = own;
-                best = k;
-            }
-        return best;
-    }
-
-    void mark()
-    {
-        m_marked.clear();
-        for (size_t i = 0; i < triangles(); ++i) {
-            const Triangle t = triangle(i);
-            for (int k = 0; k < 3; ++k)
-                if (length(t[k], t[(k + 1) % 3]) > m_length)
-                    m_marked.insert(side(t[k], t[(k + 1) % 3]));
-        }
-    }
-
-    // A triangle that is split at all is split at its longest side: so no cut makes thinner triangles than
-    // there were.
-    void spread()
-    {
-        for (bool grown = true; grown;) {
-            grown = false;
-            for (size_t i = 0; i < triangles(); ++i) {
-                const Triangle t = triangle(i);
-                bool any = false;
-                for (int k = 0; k < 3; ++k)
-                    any |= m_marked.contains(side(t[k], t[(k + 1) % 3]));
-                const int most = longest(t);
-                if (any)
-                    grown |= m_marked.insert(side(t[most], t[(most + 1) % 3])).second;
-            }
-        }
+        return {p[0], p[1], p[2], q[0], q[1], q[2]};
     }
 
     uint32_t middle(uint32_t a, uint32_t b)
@@ -131,125 +149,255 @@ private:
         if (!fresh)
             return entry->second;
         // From the lower place to the higher, so that both faces of a side get the very same number.
-        const Side places = side(a, b);
-        float normal[3], square = 0;
+        const Places places = placesOf(a, b);
+        Vector normal;
         for (int axis = 0; axis < 3; ++axis) {
-            m_mesh.positions.push_back((places.ends[axis] + places.ends[3 + axis]) / 2);
+            m_mesh.positions.push_back((places[axis] + places[3 + axis]) / 2);
             normal[axis] = m_mesh.normals[size_t(a) * 3 + axis] + m_mesh.normals[size_t(b) * 3 + axis];
-            square += normal[axis] * normal[axis];
         }
+        const float size = length(normal);
         for (int axis = 0; axis < 3; ++axis)
-            m_mesh.normals.push_back(square > 0 ? normal[axis] / std::sqrt(square)
-                                                : m_mesh.normals[size_t(a) * 3 + axis]);
+            m_mesh.normals.push_back(size > 0 ? normal[axis] / size : m_mesh.normals[size_t(a) * 3 + axis]);
         return entry->second;
     }
 
-    void split()
+    // Through the longest of the marked sides first.
+    void cut(const Triangle& t)
     {
-        m_middles.clear();
-        std::vector<uint32_t> made;
-        made.reserve(m_mesh.triangles.size() * 2);
-        const auto add = [&](uint32_t a, uint32_t b, uint32_t c) { made.insert(made.end(), {a, b, c}); };
-        for (BodyMesh::Face& face : m_mesh.faces) {
-            const uint32_t begin = face.firstTriangle, end = begin + face.triangleCount;
-            face.firstTriangle = uint32_t(made.size() / 3);
-            for (uint32_t i = begin; i < end; ++i) {
-                const Triangle t = triangle(i);
-                // Turned so that the longest side, which is split if any is, goes from a to b.
-                const int most = longest(t);
-                const uint32_t a = t[most], b = t[(most + 1) % 3], c = t[(most + 2) % 3];
-                if (!m_marked.contains(side(a, b))) {
-                    add(a, b, c);
-                    continue;
-                }
-                const uint32_t ab = middle(a, b);
-                if (m_marked.contains(side(b, c))) {
-                    const uint32_t bc = middle(b, c);
-                    add(ab, b, bc);
-                    add(ab, bc, c);
-                } else {
-                    add(ab, b, c);
-                }
-                if (m_marked.contains(side(c, a))) {
-                    const uint32_t ca = middle(c, a);
-                    add(a, ab, ca);
-                    add(ca, ab, c);
-                } else {
-                    add(a, ab, c);
-                }
+        int most = -1;
+        float size = -1;
+        for (int k = 0; k < 3; ++k)
+            if (const float own = m_all.side(t[k], t[(k + 1) % 3]);
+                own > size && m_marked.contains(placesOf(t[k], t[(k + 1) % 3]))) {
+                most = k;
+                size = own;
             }
-            face.triangleCount = uint32_t(made.size() / 3) - face.firstTriangle;
+        if (most < 0) {
+            m_made.insert(m_made.end(), t.begin(), t.end());
+            return;
         }
-        m_mesh.triangles = std::move(made);
+        const uint32_t a = t[most], b = t[(most + 1) % 3], c = t[(most + 2) % 3];
+        const uint32_t between = middle(a, b);
+        cut({a, between, c});
+        cut({between, b, c});
     }
 
+    Triangles& m_all;
     BodyMesh& m_mesh;
-    float m_length;
-    std::unordered_set<Side, SideHash> m_marked;
+    std::unordered_set<Places, PlacesHash> m_marked;
     std::unordered_map<uint64_t, uint32_t> m_middles;
+    std::vector<uint32_t> m_made;
 };
 
-// The triangles of one face of a mesh, in the face's own coordinates and sense.
-Handle(Poly_Triangulation) triangulationOf(const BodyMesh& mesh, const BodyMesh::Face& run,
-                                           const TopoDS_Face& face, const TopLoc_Location& location)
+/// The sides within one face, with the two triangles that meet in each.
+class FaceSides
 {
-    std::unordered_map<uint32_t, int> nodeOf;
-    std::vector<uint32_t> vertices;
-    const size_t begin = size_t(run.firstTriangle) * 3, end = begin + size_t(run.triangleCount) * 3;
-    for (size_t i = begin; i < end; ++i)
-        if (nodeOf.try_emplace(mesh.triangles[i], int(vertices.size()) + 1).second)
-            vertices.push_back(mesh.triangles[i]);
-    const Handle(Poly_Triangulation) result =
-        new Poly_Triangulation(int(vertices.size()), int(run.triangleCount), false);
-    result->AddNormals();
-    const gp_Trsf back = location.Inverted().Transformation();
-    const bool reversed = face.Orientation() == TopAbs_REVERSED;
-    for (size_t i = 0; i < vertices.size(); ++i) {
-        const float* p = &mesh.positions[size_t(vertices[i]) * 3];
-        const float* n = &mesh.normals[size_t(vertices[i]) * 3];
-        const gp_Dir normal = gp_Dir(n[0], n[1], n[2]).Transformed(back);
-        result->SetNode(int(i) + 1, gp_Pnt(p[0], p[1], p[2]).Transformed(back));
-        result->SetNormal(int(i) + 1, reversed ? normal.Reversed() : normal);
+public:
+    FaceSides(Triangles& triangles, const BodyMesh::Face& face) : m_all(triangles)
+    {
+        for (uint32_t i = face.firstTriangle; i < face.firstTriangle + face.triangleCount; ++i) {
+            const Triangle t = m_all.triangle(i);
+            for (int k = 0; k < 3; ++k) {
+                Neighbours& pair = m_sides[key(t[k], t[(k + 1) % 3])];
+                pair.first = pair.count == 0 ? i : pair.first;
+                pair.second = i;
+                ++pair.count;
+            }
+        }
     }
-    const bool flip = reversed != back.IsNegative();
-    for (size_t i = begin; i < end; i += 3) {
-        const int a = nodeOf[mesh.triangles[i]], b = nodeOf[mesh.triangles[i + 1]],
-                  c = nodeOf[mesh.triangles[i + 2]];
-        result->SetTriangle(int((i - begin) / 3) + 1, flip ? Poly_Triangle(a, c, b) : Poly_Triangle(a, b, c));
+
+    /// Whether the side lies within a plane, so that its place may change without the surface changing.
+    bool isFlat(uint32_t a, uint32_t b) const
+    {
+        const auto found = m_sides.find(key(a, b));
+        return found != m_sides.end() && isFlat(found->second);
     }
-    return result;
+
+    /// The triangle on the other side, if the side lies within a plane.
+    std::optional<uint32_t> beyond(uint32_t triangle, uint32_t a, uint32_t b) const
+    {
+        const auto found = m_sides.find(key(a, b));
+        if (found == m_sides.end() || !isFlat(found->second))
+            return std::nullopt;
+        return found->second.first == triangle ? found->second.second : found->second.first;
+    }
+
+    /// Replaces, where four corners lie in a plane, one diagonal by the other if that makes rounder
+    /// triangles.
+    void flip()
+    {
+        std::vector<uint64_t> waiting;
+        for (const auto& [side, pair] : m_sides)
+            waiting.push_back(side);
+        // The order must not depend on how the table keeps them.
+        std::sort(waiting.begin(), waiting.end());
+        // Among numbers that are rounded, the exchange might never end.
+        for (size_t left = waiting.size() * 10; left > 0 && !waiting.empty(); --left) {
+            const uint64_t side = waiting.back();
+            waiting.pop_back();
+            if (const auto corners = flip(side))
+                for (int k = 0; k < 4; ++k)
+                    waiting.push_back(key((*corners)[k], (*corners)[(k + 1) % 4]));
+        }
+    }
+
+private:
+    struct Neighbours
+    {
+        uint32_t first = 0, second = 0;
+        int count = 0;
+    };
+
+    static uint64_t key(uint32_t a, uint32_t b) { return uint64_t(std::min(a, b)) << 32 | std::max(a, b); }
+
+    bool isFlat(const Neighbours& pair) const
+    {
+        constexpr float kFlatCosine = 1 - 1e-5f;
+        if (pair.count != 2)
+            return false;
+        const Triangle s = m_all.triangle(pair.first), t = m_all.triangle(pair.second);
+        const Vector m = m_all.area(s[0], s[1], s[2]), n = m_all.area(t[0], t[1], t[2]);
+        return dot(m, n) > kFlatCosine * length(m) * length(n);
+    }
+
+    // The four corners around the side if it was replaced.
+    std::optional<std::array<uint32_t, 4>> flip(uint64_t side)
+    {
+        constexpr float kEnough = 1e-3f;
+        const auto found = m_sides.find(side);
+        if (found == m_sides.end() || !isFlat(found->second))
+            return std::nullopt;
+        const Neighbours pair = found->second;
+        Triangle s = m_all.triangle(pair.first), t = m_all.triangle(pair.second);
+        while (key(s[0], s[1]) != side)
+            std::rotate(s.begin(), s.begin() + 1, s.end());
+        while (key(t[0], t[1]) != side)
+            std::rotate(t.begin(), t.begin() + 1, t.end());
+        const uint32_t a = s[0], b = s[1], c = s[2], d = t[2];
+        if (t[0] != b || m_sides.contains(key(c, d)))
+            return std::nullopt;
+        // The angles opposite to the side are more than half a turn together.
+        const auto cotangent = [&](uint32_t at) {
+            const Vector p = m_all.from(at, a), q = m_all.from(at, b);
+            return dot(p, q) / length(cross(p, q));
+        };
+        const Vector normal = m_all.area(a, b, c), one = m_all.area(a, d, c), other = m_all.area(d, b, c);
+        if (!(cotangent(c) + cotangent(d) < -kEnough) || dot(normal, one) <= 0 || dot(normal, other) <= 0)
+            return std::nullopt;
+        std::copy_n(std::array{a, d, c}.begin(), 3, m_all.mesh.triangles.begin() + 3 * long(pair.first));
+        std::copy_n(std::array{d, b, c}.begin(), 3, m_all.mesh.triangles.begin() + 3 * long(pair.second));
+        m_sides.erase(found);
+        m_sides[key(c, d)] = pair;
+        move(key(b, c), pair.first, pair.second);
+        move(key(a, d), pair.second, pair.first);
+        return std::array{a, d, b, c};
+    }
+
+    void move(uint64_t side, uint32_t from, uint32_t to)
+    {
+        Neighbours& pair = m_sides[side];
+        (pair.first == from ? pair.first : pair.second) = to;
+        if (pair.count == 1)
+            pair.first = pair.second = to;
+    }
+
+    Triangles& m_all;
+    std::unordered_map<uint64_t, Neighbours> m_sides;
+};
+
+void limitLength(BodyMesh& mesh, float most)
+{
+    Triangles all(mesh);
+    Splitter splitter(all);
+    for (int pass = 0; pass < kMostPasses && all.count() < kMostTriangles; ++pass) {
+        for (size_t i = 0; i < all.count(); ++i) {
+            const Triangle t = all.triangle(i);
+            for (int k = 0; k < 3; ++k)
+                if (all.side(t[k], t[(k + 1) % 3]) > most)
+                    splitter.mark(t[k], t[(k + 1) % 3]);
+        }
+        if (!splitter.anyMarked())
+            return;
+        splitter.spread();
+        splitter.split();
+    }
 }
 
-bool asksForLimit(const TranslatorRefinement& refinement)
+bool isTooThin(const Triangles& all, const Triangle& t, float ratio)
 {
-    return refinement.maximumEdgeLength < TranslatorRefinement{}.maximumEdgeLength;
+    constexpr float kNoArea = 1e-5f; // three corners on a line
+    const int most = all.longest(t);
+    const float longest = all.side(t[most], t[(most + 1) % 3]);
+    const float height = length(all.area(t[0], t[1], t[2])) / longest;
+    return longest > ratio * height && height > kNoArea * longest;
+}
+
+// The side to split for a triangle that is too thin. Usually the longest; but where that lies within a plane,
+// and the triangle beyond it has a longer one, the middle of that one is farther from everything else, and
+// better triangles can be made with it.
+std::array<uint32_t, 2> sideToSplit(const Triangles& all, const FaceSides& sides, uint32_t thin)
+{
+    constexpr float kNearly = 0.9f;
+    constexpr int kFarthest = 100;
+    const Triangle first = all.triangle(thin);
+    const int most = all.longest(first);
+    const float longest = all.side(first[most], first[(most + 1) % 3]);
+    // A point on a side that is fixed is of use on both of its faces, and no diagonal will do in its place.
+    for (int k = 0; k < 3; ++k)
+        if (const uint32_t a = first[k], b = first[(k + 1) % 3];
+            all.side(a, b) > kNearly * longest && !sides.isFlat(a, b))
+            return {a, b};
+    uint32_t at = thin;
+    for (int step = 0; step < kFarthest; ++step) {
+        const Triangle t = all.triangle(at);
+        const int own = all.longest(t);
+        const uint32_t a = t[own], b = t[(own + 1) % 3];
+        const std::optional<uint32_t> next = sides.beyond(at, a, b);
+        if (!next)
+            return {a, b};
+        const Triangle n = all.triangle(*next);
+        const int other = all.longest(n);
+        if (all.side(n[other], n[(other + 1) % 3]) <= all.side(a, b))
+            return {a, b};
+        at = *next;
+    }
+    return {first[most], first[(most + 1) % 3]};
+}
+
+void limitRatio(BodyMesh& mesh, float ratio, float shortest)
+{
+    Triangles all(mesh);
+    Splitter splitter(all);
+    for (int pass = 0; pass < kMostPasses && all.count() < kMostTriangles; ++pass) {
+        for (const BodyMesh::Face& face : mesh.faces) {
+            FaceSides sides(all, face);
+            sides.flip();
+            for (uint32_t i = face.firstTriangle; i < face.firstTriangle + face.triangleCount; ++i) {
+                if (!isTooThin(all, all.triangle(i), ratio))
+                    continue;
+                const auto [a, b] = sideToSplit(all, sides, i);
+                if (all.side(a, b) > 2 * shortest)
+                    splitter.mark(a, b);
+            }
+        }
+        if (!splitter.anyMarked())
+            return;
+        splitter.split();
+    }
 }
 
 } // namespace
 
 void limitTriangles(BodyMesh& mesh, const TranslatorRefinement& refinement)
 {
-    if (!asksForLimit(refinement) || mesh.triangles.empty())
-        return;
+    constexpr TranslatorRefinement kUsual;
     const auto diagonal = float(mesh.bounds.low().distanceTo(mesh.bounds.high()));
-    // A side in a thousand already makes millions of triangles of a large face.
-    Splitter(mesh, std::max(refinement.maximumEdgeLength / 100, 1e-3f) * diagonal).run();
-}
-
-void limitTriangles(const TopoDS_Shape& shape, const TranslatorRefinement& refinement)
-{
-    if (!asksForLimit(refinement))
+    if (mesh.triangles.empty())
         return;
-    BodyMesh mesh = extractMesh(shape, {});
-    limitTriangles(mesh, refinement);
-    size_t run = 0;
-    for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More() && run < mesh.faces.size(); faces.Next()) {
-        const TopoDS_Face& face = TopoDS::Face(faces.Current());
-        TopLoc_Location location;
-        const Handle(Poly_Triangulation)& old = BRep_Tool::Triangulation(face, location);
-        if (!old.IsNull() && old->NbTriangles() > 0)
-            BRep_Builder().UpdateFace(face, triangulationOf(mesh, mesh.faces[run++], face, location));
-    }
+    if (refinement.maximumEdgeLength < kUsual.maximumEdgeLength)
+        limitLength(mesh, std::max(refinement.maximumEdgeLength / 100, kLeastEdgeLength) * diagonal);
+    if (refinement.maximumAspectRatio < kUsual.maximumAspectRatio)
+        limitRatio(mesh, std::max(refinement.maximumAspectRatio, kLeastRatio), kShortestSide * diagonal);
 }
 
 } // namespace Vs::Kernel

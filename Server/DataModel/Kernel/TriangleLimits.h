@@ -3,18 +3,14 @@
 #include "Server/Body/BodyMesh.h"
 #include "Server/DataModel/Translator.h"
 
-#include <TopoDS_Shape.hxx>
-
 namespace Vs::Kernel {
 
-/// Splits triangles at the middle of their sides until none is longer than the refinement's largest edge,
-/// which the kernel's mesher has no parameter for. The surface stays exactly the same and a closed mesh stays
-/// closed. Does nothing, at no cost, unless the refinement asks for less than is usual. Stops short of the
-/// limit rather than go on with a mesh of more than two million triangles. Drops the mesh's edge lines where
-/// it splits anything.
+/// Keeps the limits of a refinement that the kernel's mesher has no parameters for: splits sides in the
+/// middle until none is longer than the largest edge, and no triangle thinner than the largest ratio. Also
+/// exchanges the diagonals of plane quadrangles for the latter. The surface stays the same and a closed mesh
+/// stays closed. Does nothing, at no cost, unless the refinement asks for less than is usual. Stops short of
+/// the limits rather than make more than two million triangles, sides below half a thousandth of the part's
+/// diagonal, or splits that wouldn't help. Drops the mesh's edge lines where it splits anything.
 void limitTriangles(BodyMesh& mesh, const TranslatorRefinement& refinement);
-
-/// The same for the triangles that a shape's faces hold.
-void limitTriangles(const TopoDS_Shape& shape, const TranslatorRefinement& refinement);
 
 } // namespace Vs::Kernel
