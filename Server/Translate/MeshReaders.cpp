@@ -123,6 +123,33 @@ bool holds(std::string_view text, std::string_view word)
     return text.find(word) != std::string_view::npos;
 }
 
+// The text of a glTF file; in a GLB file it is the first piece, between lengths and the numbers.
+std::string_view jsonOf(std::string_view bytes, bool binary)
+{
+    constexpr size_t kLengthPlace = 12, kBegin = 20;
+    uint32_t length = 0;
+    if (!binary || bytes.size() < kBegin)
+        return bytes;
+    std::memcpy(&length, bytes.data() + kLengthPlace, sizeof length);
+    return bytes.substr(kBegin, length);
+}
+
+// False only if all that the text refers to is within it. To read it all only to find that out takes the
+// kernel as long as reading it for good.
+bool mayReferToFiles(std::string_view json)
+{
+    constexpr std::string_view kMember = "\"uri\"", kWithin = "\"data:";
+    // The member's name may be hidden behind codes.
+    if (holds(json, "\\u"))
+        return true;
+    for (size_t at = json.find(kMember); at != std::string_view::npos; at = json.find(kMember, at + 1)) {
+        const size_t value = json.find_first_not_of(" \t\r\n:", at + kMember.size());
+        if (value == std::string_view::npos || !json.substr(value).starts_with(kWithin))
+            return true;
+    }
+    return false;
+}
+
 // The names of the files of colours. With blanks in it, a name may stand for one file or for several.
 std::vector<std::string> librariesOf(std::string_view text)
 {
@@ -179,16 +206,19 @@ Reading readGltf(const std::string& path, bool binary, Reporter& reporter)
 {
     reporter.stage("reading the file", 0.0, 0.7);
     std::string ifEmpty = "holds no triangles";
+    bool complete = true;
     {
         const MappedFile file(path);
         if (binary)
             checkComplete(file.bytes());
+        const std::string_view json = jsonOf(file.bytes(), binary);
+        complete = !mayReferToFiles(json);
         for (const char* extension : {"KHR_draco_mesh_compression", "EXT_meshopt_compression"})
-            if (holds(file.bytes(), extension))
+            if (holds(json, extension))
                 ifEmpty = std::string("is compressed with ") + extension + ", which can't be read";
     }
     const Handle(RWGltf_CafReader) probe = new RWGltf_CafReader;
-    {
+    if (!complete) {
         // What the file refers to is known before anything of that is read.
         const KernelMessages unheard;
         probe->ProbeHeader(path.c_str());

@@ -299,6 +299,8 @@ TEST_F(MeshFormatsTest, ADamagedFileIsRefusedWithItsCause)
     expectFault(write("missing.gltf", gltf(external, R"("uri":"gone.bin")")), "gone.bin");
     expectFault(write("outside.gltf", gltf(external, R"("uri":"../../../../../../etc/passwd")")),
                 "outside of its own folder");
+    expectFault(write("hidden.gltf", gltf(external, R"("\u0075ri":"../../../../../../etc/passwd")")),
+                "outside of its own folder");
     expectFault(write("absolute.gltf", gltf(external, R"("uri":"/etc/passwd")")), "");
     expectFault(
         write("huge.gltf", gltf("\"count\":3,\"type\":\"VEC3\"", "\"count\":2000000000,\"type\":\"VEC3\"")),
