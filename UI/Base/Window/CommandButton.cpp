@@ -3,6 +3,7 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/ExtendedInfoLoader.h"
+#include "UI/Base/Icon.h"
 #include "UI/Base/ToolbarManager.h"
 #include "UI/Base/Window/Theme.h"
 

@@ -3,6 +3,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/StringTable.h"
+#include "UI/Base/Icon.h"
 #include "UI/Base/Window/CanvasWidget.h"
 #include "UI/Base/Window/QtWindow.h"
 #include "UI/Base/Window/Theme.h"
@@ -33,8 +34,8 @@ void setWindowIcon()
 {
     QIcon icon;
     for (const char* size : {"16x16", "32x32", "48x48", "128x128"})
-        icon.addFile(QString::fromStdString(
-            (Vs::PathInfo::rootDirectory() / "share/icons/hicolor" / size / "apps/quillet.png").string()));
+        icon.addPixmap(QPixmap::fromImage(pngFromFile(
+            (Vs::PathInfo::rootDirectory() / "share/icons/hicolor" / size / "apps/quillet.png").wstring())));
     QApplication::setWindowIcon(icon);
 }
 

@@ -2,6 +2,7 @@
 
 #include "Server/Base/ResourceMgr.h"
 #include "UI/Base/IStyleCollector.h"
+#include "UI/Base/Icon.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 
 #include <QApplication>
@@ -106,7 +107,8 @@ void applyTheme()
     }
     for (const Vs::ImageResource* image : images) {
         const QString path = QString::fromStdWString(image->localPath());
-        QPixmapCache::insert(path, QPixmap(path));
+        const QImage png = pngFromFile(image->localPath());
+        QPixmapCache::insert(path, png.isNull() ? QPixmap(path) : QPixmap::fromImage(png));
     }
     qApp->setStyleSheet(sheet);
 }
@@ -120,15 +122,6 @@ bool isDark()
 QColor errorColour()
 {
     return isDark() ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
-}
-
-QIcon iconOf(const Vs::ImageSetResource* resource)
-{
-    QIcon icon;
-    if (resource)
-        for (const int size : Vs::ImageSetResource::sizes())
-            icon.addFile(QString::fromStdWString(resource->fileForSize(size)), QSize(size, size));
-    return icon;
 }
 
 } // namespace Vu

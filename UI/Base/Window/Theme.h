@@ -1,11 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <QIcon>
-
-namespace Vs {
-class ImageSetResource;
-}
 
 namespace Vu {
 
@@ -15,8 +10,6 @@ void applyTheme();
 bool isDark();
 /// Text that reports a failure, readable on the present palette.
 QColor errorColour();
-/// The icon with all of its sizes; null gives a null icon.
-QIcon iconOf(const Vs::ImageSetResource* resource);
 
 /// In logical pixels, the same all over the window.
 constexpr int kMargin = 6;

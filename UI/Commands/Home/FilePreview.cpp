@@ -1,6 +1,7 @@
 #include "UI/Commands/Home/FilePreview.h"
 
 #include "Server/DataModel/NativeFile.h"
+#include "UI/Base/Icon.h"
 #include "UI/Commands/Localized.h"
 
 #include <QCoreApplication>
@@ -23,8 +24,7 @@ FilePreview lookAt(const std::wstring& path)
         return preview;
     preview.modified = file.lastModified();
     const std::string bytes = Vs::NativeFile::thumbnail(path);
-    preview.picture =
-        QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(bytes.size()), "PNG");
+    preview.picture = pngFromBytes(bytes);
     return preview;
 }
 

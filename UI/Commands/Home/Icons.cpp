@@ -1,6 +1,5 @@
 #include "UI/Commands/Home/Icons.h"
 
-#include "Server/Base/ResourceMgr.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "UI/Commands/Resources.h"
@@ -8,15 +7,6 @@
 #include <boost/algorithm/string/predicate.hpp>
 
 namespace Vu::Commands {
-
-QIcon iconOf(const Vs::ImageSetResource* resource)
-{
-    QIcon icon;
-    if (resource)
-        for (const int size : Vs::ImageSetResource::sizes())
-            icon.addFile(QString::fromStdWString(resource->fileForSize(size)), QSize(size, size));
-    return icon;
-}
 
 QIcon iconOfDocumentType(const std::string& identifier)
 {

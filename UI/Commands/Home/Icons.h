@@ -1,17 +1,10 @@
 #pragma once
 
-#include <QIcon>
+#include "UI/Base/Icon.h"
 
 #include <string>
 
-namespace Vs {
-class ImageSetResource;
-}
-
 namespace Vu::Commands {
-
-/// The icon with all of its sizes; null gives a null icon.
-QIcon iconOf(const Vs::ImageSetResource* resource);
 
 /// The picture of a kind of document, by the identifier of its document type; that of any document, if the
 /// kind is unknown or has none.

@@ -135,8 +135,7 @@ void OpenSection::drawNext(size_t index)
     if (!m_drawing)
         return;
     const std::string png = thumbnailOf(m_sessions[index]->asset(), kPictureSide);
-    tiles()[index]->picture(
-        QImage::fromData(reinterpret_cast<const uchar*>(png.data()), static_cast<int>(png.size()), "PNG"));
+    tiles()[index]->picture(pngFromBytes(png));
     QTimer::singleShot(0, this, [this, index] { drawNext(index + 1); });
 }
 

@@ -1,0 +1,83 @@
+#include "Server/Base/ResourceMgr.h"
+#include "UI/Base/Icon.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QIconEngine>
+#include <QImageReader>
+#include <QPainter>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace Vu {
+namespace {
+
+QImage readPng(QIODevice& device)
+{
+    QImageReader reader(&device, "png");
+    reader.setAutoDetectImageFormat(false);
+    return reader.read();
+}
+
+/// Reads of a set of pictures the one that fits best what is asked for, and leaves the looks to Qt.
+class ImageSetEngine : public QIconEngine
+{
+public:
+    explicit ImageSetEngine(const Vs::ImageSetResource* resource) : m_resource(resource) {}
+
+    QIconEngine* clone() const override { return new ImageSetEngine(*this); }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        const std::wstring file = m_resource->fileForSize(std::max(size.width(), size.height()));
+        if (m_read.insert(file).second)
+            m_icon.addPixmap(QPixmap::fromImage(pngFromFile(file)));
+        return m_icon.pixmap(size, 1.0, mode, state);
+    }
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        const double ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1;
+        QPixmap picture = pixmap((QSizeF(rect.size()) * ratio).toSize(), mode, state);
+        picture.setDevicePixelRatio(ratio);
+        QRectF place(QPointF(), picture.deviceIndependentSize());
+        place.moveCenter(QRectF(rect).center());
+        painter->drawPixmap(place.topLeft(), picture);
+    }
+
+private:
+    const Vs::ImageSetResource* m_resource;
+    std::set<std::wstring> m_read;
+    QIcon m_icon;
+};
+
+} // namespace
+
+QIcon iconOf(const Vs::ImageSetResource* resource)
+{
+    if (!resource)
+        return {};
+    // Many widgets show the same few icons, again and again. They stay to the end of the process.
+    static auto* const icons = new std::map<const Vs::ImageSetResource*, QIcon>;
+    const auto found = icons->find(resource);
+    return found != icons->end()
+               ? found->second
+               : icons->emplace(resource, QIcon(new ImageSetEngine(resource))).first->second;
+}
+
+QImage pngFromFile(const std::wstring& path)
+{
+    QFile file(QString::fromStdWString(path));
+    return file.open(QIODevice::ReadOnly) ? readPng(file) : QImage();
+}
+
+QImage pngFromBytes(const std::string& bytes)
+{
+    QByteArray raw = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    QBuffer buffer(&raw);
+    return buffer.open(QIODevice::ReadOnly) ? readPng(buffer) : QImage();
+}
+
+} // namespace Vu
