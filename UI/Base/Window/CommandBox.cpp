@@ -63,7 +63,6 @@ CommandBox::CommandBox(QWidget* parent)
     m_edit->setObjectName(QStringLiteral("commandLine"));
     m_edit->setPlaceholderText(QString::fromStdWString(
         localized("CommandLineHint", "Type a command; Tab completes, \"help\" tells what there is")));
-    m_edit->setClearButtonEnabled(true);
     m_edit->installEventFilter(this);
     m_answer->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_answer->setTextFormat(Qt::PlainText);
@@ -87,6 +86,8 @@ CommandBox::CommandBox(QWidget* parent)
         m_place = m_history.size();
         offer();
     });
+    // Only now, because the picture of that button is Qt's, which loads the plugins of all formats for it.
+    connect(m_edit, &QLineEdit::textChanged, this, [this] { m_edit->setClearButtonEnabled(true); });
     connect(m_popup, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { accept(m_popup->row(item)); });
 
