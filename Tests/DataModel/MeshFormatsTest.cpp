@@ -105,6 +105,8 @@ usemtl green
 f 1 2 5
 )";
 
+constexpr const wchar_t* kHardName = L"5\" \\ Größe {1}";
+
 constexpr const char* kMtl = "newmtl red\nKd 1 0 0\nnewmtl green\nKd 0 1 0\n";
 
 } // namespace
@@ -112,7 +114,7 @@ constexpr const char* kMtl = "newmtl red\nKd 1 0 0\nnewmtl green\nKd 0 1 0\n";
 class MeshFormatsTest : public DataModelTest
 {
 protected:
-    /// A red box, a turned cylinder and a ball of which there are two.
+    /// A red box, a turned cylinder, and a thing of glass whose name is hard to write.
     Asset* sample()
     {
         Asset* asset = newAsset();
@@ -121,6 +123,7 @@ protected:
         const GkMatrix3d placement =
             GkMatrix3d::translation({50, 0, 0}) * GkMatrix3d::rotation(std::numbers::pi / 2, {1, 0, 0});
         builder.cylinder(5, 20, {placement, L"Turned cylinder", Colour{0, 1, 0, 1}}, status);
+        builder.box(1, 2, 3, {GkMatrix3d::translation({0, 0, 50}), kHardName, Colour{0, 0, 1, 0.5f}}, status);
         return asset;
     }
 
@@ -145,10 +148,16 @@ TEST_F(MeshFormatsTest, WhatIsWrittenComesBackWithItsPlacesNamesAndColours)
         EXPECT_TRUE(status.toString().empty()) << Strings::narrow(status.toString());
         const Asset& read = *document->activeAsset();
         EXPECT_TRUE(part(read, L"Red box") && part(read, L"Turned cylinder"));
+        const Component* glass = part(read, kHardName);
+        ASSERT_TRUE(glass);
+        const auto mesh = glass->body->mesh();
+        EXPECT_NEAR(mesh->faces.front().colour >= 0 ? mesh->colours[mesh->faces.front().colour].a
+                                                    : glass->body->colour().a,
+                    0.5, 1e-6);
         EXPECT_EQ(trianglesOf(read), trianglesOf(*original));
         const BBox again = boundsOf(read);
         EXPECT_LT(again.low().distanceTo(bounds.low()) + again.high().distanceTo(bounds.high()), 1e-3);
-        EXPECT_EQ(coloursOf(read), (std::set<std::array<int, 3>>{{255, 0, 0}, {0, 255, 0}}));
+        EXPECT_EQ(coloursOf(read), (std::set<std::array<int, 3>>{{255, 0, 0}, {0, 255, 0}, {0, 0, 255}}));
         // What consists of triangles can be written again, and not as an exact format.
         EXPECT_TRUE(save(document->activeAsset(), scratch("again.stl")));
         EXPECT_FALSE(save(document->activeAsset(), scratch("again.stp")));
