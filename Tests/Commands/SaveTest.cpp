@@ -1,3 +1,5 @@
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
@@ -396,6 +398,26 @@ TEST_F(SaveTest, ACloudDocumentIsSavedAsALocalOneOnly)
     EXPECT_EQ(failure(L"VuCommands.SaveDocumentAsCmd " + file(L"x.vlra")),
               L"Saving to local disk is not supported!!");
     UIBaseOptionGroup::get()->offlineWorkflowsDisabled(false);
+}
+
+TEST_F(SaveTest, APathOfTheCloudDriveIsRefusedWithTheCommandThatSavesThere)
+{
+    const fs::path cloud = Vs::PathInfo::cloudCacheDirectory();
+    fs::create_directories(cloud);
+    answer(L"Design.New");
+    answer(L"Document.Rename Mine");
+    answer(L"Asset.MarkDirty");
+    answerBoxes(0);
+    answer(L"VuCommands.SaveDocumentCmd " + Vs::Strings::quote((cloud / "on drive.vlra").wstring()));
+    EXPECT_EQ(boxes(),
+              std::vector<std::wstring>{L"The document on drive.vlra has been saved to the cloud.  You must "
+                                        L"use the Save to Skyvault command for this operation"});
+    EXPECT_FALSE(fs::exists(cloud / "on drive.vlra"));
+    EXPECT_TRUE(current()->isDirty(false));
+    EXPECT_FALSE(current()->isOnDisk());
+    EXPECT_EQ(current()->displayName(), L"Mine");
+    answer(L"Document.Save " + file(L"mine.vlra"));
+    EXPECT_FALSE(current()->isDirty(false));
 }
 
 TEST_F(SaveTest, ARecordedSaveCarriesItsNameAndAnAgreedUserIsCounted)

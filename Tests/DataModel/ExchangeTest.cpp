@@ -210,7 +210,7 @@ TEST_F(ExchangeTest, AFileThatCannotBeWrittenKeepsWhatWasThere)
 TEST_F(ExchangeTest, ANameOfTheGreatestLengthIsWritten)
 {
     Asset* asset = sample();
-    for (const std::string extension : {".stl", ".stp", ".brep", ".obj"}) {
+    for (const std::string extension : {".stl", ".stp", ".brep", ".obj", ".gltf", ".glb"}) {
         const std::wstring path = scratch(std::string(255 - extension.size(), 'x') + extension);
         EXPECT_TRUE(save(asset, path)) << Strings::narrow(status.toString());
         EXPECT_NE(open(path), nullptr) << Strings::narrow(status.toString());
