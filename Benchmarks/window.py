@@ -21,8 +21,9 @@ import time
 def screen():
     """A display of its own; gives its name."""
     read, write = os.pipe()
-    server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1400x900x24"], pass_fds=[write],
-                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    # A server that starts anew when its last window has gone refuses the next one now and then.
+    server = subprocess.Popen(["Xvfb", "-noreset", "-displayfd", str(write), "-screen", "0", "1400x900x24"],
+                              pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     os.close(write)
     try:
         with os.fdopen(read) as pipe:
