@@ -288,6 +288,25 @@ TEST_F(WindowTest, TheTitleTellsTheDocumentAndWhetherItWasChanged)
     EXPECT_FALSE(window->isWindowModified());
 }
 
+TEST_F(WindowTest, WhetherAClosedWindowGoesIsForTheCommandToSay)
+{
+    int asked = 0;
+    FunctionCommandDef exit(L"ExitApplicationCommand", [&](CommandContext&) { ++asked; });
+    MainWindow* window = windowWith({"TextCommands"})->mainWindow();
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(asked, 0) << "behind the event, so that questions don't hold the window system up";
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(window->isVisible());
+    {
+        Vs::ProgressScope work(L"Saving");
+        EXPECT_FALSE(window->close());
+        Application::get()->flushDeferredTasks();
+    }
+    EXPECT_EQ(asked, 1) << "not in the middle of work";
+    WorkspaceMgr::get()->closeAll();
+}
+
 TEST_F(WindowTest, AWindowHasTheSizeWithWhichTheLastOneWasClosed)
 {
     windowWith({"TextCommands"})->mainWindow()->resize(517, 433);

@@ -110,9 +110,10 @@ std::string helpText()
     QCommandLineParser parser;
     addOptions(parser);
     parser.setApplicationDescription(QLatin1String(kDescription));
-    parser.addPositionalArgument(QStringLiteral("FILE"),
-                                 QStringLiteral("A model to open: STEP, IGES, BREP or STL."),
-                                 QStringLiteral("[FILE...]"));
+    parser.addPositionalArgument(
+        QStringLiteral("FILE"),
+        QStringLiteral("What to open: a document, or a STEP, IGES, BREP, STL, OBJ, glTF or VRML file."),
+        QStringLiteral("[FILE...]"));
     QString text = parser.helpText();
     text.replace(QLatin1String("<executable_name>"), QLatin1String("quillet"));
     return text.toStdString();
