@@ -35,6 +35,7 @@
 #include <QCursor>
 #include <QDropEvent>
 #include <QImage>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
@@ -350,6 +351,7 @@ TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
         QTest::keyClicks(window, QStringLiteral("x"));
         QTest::qWait(40);
         EXPECT_TRUE(work.update(0.4, L"Reading"));
+        EXPECT_EQ(window->progressPanel()->findChild<QLabel*>()->text().toStdString(), "Loading: Reading");
         EXPECT_FALSE(ranInside);
         window->progressPanel()->cancelButton()->click();
         EXPECT_FALSE(work.update(0.5));
@@ -357,6 +359,12 @@ TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
     EXPECT_FALSE(window->progressPanel()->isVisible());
     QTest::qWait(20);
     EXPECT_TRUE(ranInside);
+
+    const int width = window->width();
+    const Vs::ProgressScope wide(L"Loading " + std::wstring(255, L'W'));
+    QTest::qWait(20);
+    EXPECT_EQ(window->width(), width);
+    EXPECT_LT(window->minimumSizeHint().width(), width);
 }
 
 TEST_F(WindowTest, APictureIsWrittenWholeOrNotAtAll)

@@ -16,6 +16,8 @@ namespace {
 constexpr int kBarWidth = 180;
 constexpr int kBarHeight = 14;
 constexpr int kSteps = 1000;
+/// A file's long name must not make the window wider.
+constexpr int kLongestText = 420;
 } // namespace
 
 ProgressPanel::ProgressPanel(QWidget* parent)
@@ -29,6 +31,7 @@ ProgressPanel::ProgressPanel(QWidget* parent)
     row->addWidget(m_text);
     row->addWidget(m_bar);
     row->addWidget(m_cancel);
+    m_text->setTextFormat(Qt::PlainText);
     m_bar->setFixedSize(kBarWidth, kBarHeight);
     m_bar->setRange(0, kSteps);
     m_bar->setTextVisible(false);
@@ -43,15 +46,22 @@ void ProgressPanel::begin(const QString& title)
     m_title = title;
     m_cancelled = false;
     m_cancel->setEnabled(true);
-    m_text->setText(title);
+    tell(title);
     m_bar->setValue(0);
     setVisible(true);
 }
 
 void ProgressPanel::show(double fraction, const QString& step)
 {
-    m_text->setText(step.isEmpty() || m_cancelled ? m_text->text() : step);
+    if (!step.isEmpty() && !m_cancelled)
+        tell(m_title.isEmpty() ? step : m_title + QStringLiteral(": ") + step);
     m_bar->setValue(static_cast<int>(fraction * kSteps));
+}
+
+void ProgressPanel::tell(const QString& text)
+{
+    m_text->setText(fontMetrics().elidedText(text, Qt::ElideMiddle, kLongestText));
+    m_text->setToolTip(text);
 }
 
 void ProgressPanel::end()
@@ -65,7 +75,7 @@ void ProgressPanel::cancel()
         return;
     m_cancelled = true;
     m_cancel->setEnabled(false);
-    m_text->setText(QString::fromStdWString(localized("Cancelling", "Cancelling...")));
+    tell(QString::fromStdWString(localized("Cancelling", "Cancelling...")));
     Vs::Progress::requestCancel();
 }
 

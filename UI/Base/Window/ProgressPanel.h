@@ -24,6 +24,8 @@ public:
     QToolButton* cancelButton() const { return m_cancel; }
 
 private:
+    void tell(const QString& text);
+
     QLabel* m_text;
     QProgressBar* m_bar;
     QToolButton* m_cancel;
