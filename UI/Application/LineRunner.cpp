@@ -7,6 +7,9 @@
 #include "Server/Base/TranscriptFile.h"
 #include "Server/Base/Warning.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
 
 #include <cstdio>
 #include <utility>
@@ -78,12 +81,26 @@ LineRunner::~LineRunner()
     Vs::TextCommandMgr::get()->output(nullptr);
 }
 
-bool LineRunner::runLine(const std::wstring& line, const std::string& where)
+bool LineRunner::openFile(const std::string& path)
+{
+    std::wstring failure;
+    const bool goesOn =
+        runLine(L"Document.Open " + Vs::Strings::quote(Vs::Strings::widen(path)), path, &failure);
+    // Who started the program by a click on the file sees no terminal.
+    const Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow();
+    if (!failure.empty() && window && window->shown())
+        Vu::CommandMgr::get()->GetAlertController()->addAlert(Vu::EAlertSeverity::Error, failure);
+    return goesOn;
+}
+
+bool LineRunner::runLine(const std::wstring& line, const std::string& where, std::wstring* failure)
 {
     echo(line);
     const LineScope scope(m_lineRuns);
     const auto [status, text] = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
     settle();
+    if (status != 0 && failure)
+        *failure = text;
     if (status != 0)
         return fail(where + ": " + Vs::Strings::narrow(text));
     message(text);

@@ -26,7 +26,10 @@ public:
     ~LineRunner() override;
 
     /// Each returns whether the run may go on: all was well, or failures don't end it.
-    bool runLine(const std::wstring& line, const std::string& where);
+    /// A file that cannot be opened is told in the window as well; `failure`, where it is given, takes what a
+    /// line that fails says.
+    bool openFile(const std::string& path);
+    bool runLine(const std::wstring& line, const std::string& where, std::wstring* failure = nullptr);
     bool replay(const std::string& path);
     bool runScript(const std::string& path);
 

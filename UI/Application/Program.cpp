@@ -105,7 +105,7 @@ void runSteps(const CommandLine& line, LineRunner& runner)
 {
     Vu::Application* application = Vu::Application::get();
     for (const std::string& file : line.files)
-        if (!runner.runLine(L"Document.Open " + Vs::Strings::quote(Vs::Strings::widen(file)), file))
+        if (!runner.openFile(file))
             return;
     int commands = 0;
     for (const Step& step : line.steps) {
