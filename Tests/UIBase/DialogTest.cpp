@@ -18,7 +18,12 @@
 #include <QTimer>
 #include <QtTest/QTest>
 
+#include <boost/filesystem/operations.hpp>
+
+#include <string>
+
 using namespace Vu;
+using namespace std::string_literals;
 
 namespace {
 
@@ -186,6 +191,18 @@ TEST_F(DialogTest, RecentDocumentsAreNewestFirstWithoutRepetitionAndBounded)
     std::vector<RecentDocument*> newestLast;
     recent->recentDocuments(newestLast, 3);
     EXPECT_EQ(newestLast, (std::vector<RecentDocument*>{documents[2], documents[1], documents[0]}));
+}
+
+TEST_F(DialogTest, RecentDocumentsAreFoundFromWhereverTheProgramIsStartedNextTime)
+{
+    RecentDocumentMgr* recent = RecentDocumentMgr::get();
+    recent->clearRecent();
+    const boost::filesystem::path here = boost::filesystem::current_path();
+    for (const std::wstring& path :
+         {L"a/Pl\u00e4n.vlra"s, L"./a/Pl\u00e4n.vlra"s, (here / L"a/Pl\u00e4n.vlra").wstring()})
+        recent->add(path, false);
+    ASSERT_EQ(recent->newestFirst(10).size(), 1u);
+    EXPECT_EQ(recent->newestFirst(10).front()->path(), (here / L"a/Pl\u00e4n.vlra").wstring());
 }
 
 TEST_F(DialogTest, ATransitionThatNobodySeesIsAtItsEndAtOnce)

@@ -2,6 +2,8 @@
 
 #include "Server/Base/OptionGroup.h"
 
+#include <boost/filesystem/operations.hpp>
+
 #include <algorithm>
 
 namespace Vu {
@@ -14,6 +16,16 @@ Vs::OptionGroup& store()
 {
     static auto* const group = new Vs::OptionGroup("RecentDocuments");
     return *group;
+}
+
+/// The list is read where another folder is the current one.
+std::wstring fromRoot(const std::wstring& path)
+{
+    boost::filesystem::path whole;
+    for (const boost::filesystem::path& part : boost::filesystem::absolute(path))
+        if (part != ".")
+            whole /= part;
+    return whole.wstring();
 }
 
 } // namespace
@@ -49,10 +61,11 @@ void RecentDocumentMgr::write()
     forEach([](RecentDocumentEventSite* site) { site->recentDocumentsChanged(); });
 }
 
-void RecentDocumentMgr::add(const std::wstring& path, bool isCloud)
+void RecentDocumentMgr::add(const std::wstring& given, bool isCloud)
 {
-    if (path.empty())
+    if (given.empty())
         return;
+    const std::wstring path = fromRoot(given);
     read();
     std::erase_if(m_documents, [&](const auto& document) { return document->path() == path; });
     m_documents.insert(m_documents.begin(), std::make_unique<RecentDocument>(path, isCloud));
