@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -170,6 +171,14 @@ TEST_F(SavingTest, LengthsAreWrittenInTheUnitThatIsShownOnlyIfThatIsAskedFor)
             for (const Corner& corner : facet)
                 right = std::max(right, corner[0]);
         EXPECT_NEAR(right, shown ? 302 / 25.4f : 302, 1e-3f);
+        // So are those of the other format that tells no unit.
+        ASSERT_TRUE(save(asset, scratch("unit.obj"), set));
+        std::ifstream lines(Strings::narrow(scratch("unit.obj")));
+        float farthest = 0, x = 0;
+        for (std::string line; std::getline(lines, line);)
+            if (std::sscanf(line.c_str(), "v %f", &x) == 1)
+                farthest = std::max(farthest, x);
+        EXPECT_NEAR(farthest, shown ? 302 / 25.4f : 302, 1e-3f);
         // STEP tells its unit, so that the size stays the same whatever that is.
         ASSERT_TRUE(save(asset, scratch("unit.stp"), set));
         std::ifstream stream(Strings::narrow(scratch("unit.stp")));
