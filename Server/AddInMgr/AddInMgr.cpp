@@ -1,7 +1,9 @@
 #include "Server/AddInMgr/AddInMgr.h"
 
+#include "Server/AddInMgr/ManifestReader.h"
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
 
@@ -47,7 +49,22 @@ std::wstring lastLoaderError()
     return Strings::widen(text ? text : "unknown cause");
 }
 
+/// As long as the manifests are read.
+class ManifestLibrary : public SiblingLibrary
+{
+public:
+    ManifestLibrary() : SiblingLibrary("libVsManifest10.so", Open::WhileThisLives) {}
+};
+
 } // namespace
+
+std::unique_ptr<AddInManifest> AddInMgr::readManifest(const fs::path& root, const fs::path& file,
+                                                      Status& status)
+{
+    const ManifestLibrary library;
+    const auto read = library.function<decltype(&vsReadManifest)>("vsReadManifest");
+    return std::unique_ptr<AddInManifest>(read(root, file, status));
+}
 
 AddInMgr* AddInMgr::get()
 {
@@ -67,6 +84,7 @@ void AddInMgr::loadAddIns(const fs::path& root, Status& status)
         status.addError(L"There are no add-ins: no manifest lies in UI/*/Configuration under " +
                         root.wstring() + L'.');
     std::vector<std::unique_ptr<AddInManifest>> manifests;
+    const ManifestLibrary kept; // Opened once for all.
     for (const fs::path& file : files)
         if (std::unique_ptr<AddInManifest> manifest = readManifest(root, file, status))
             manifests.push_back(std::move(manifest));

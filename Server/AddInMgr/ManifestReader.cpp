@@ -1,4 +1,5 @@
-#include "Server/AddInMgr/AddInMgr.h"
+#include "Server/AddInMgr/ManifestReader.h"
+
 #include "Server/Base/Strings.h"
 #include "Server/Base/XMLUtility.h"
 
@@ -45,10 +46,8 @@ std::string child(xmlNode* parent, const char* name)
     return {};
 }
 
-} // namespace
-
-std::unique_ptr<AddInManifest> AddInMgr::readManifest(const boost::filesystem::path& root,
-                                                      const boost::filesystem::path& file, Status& status)
+std::unique_ptr<AddInManifest> parseManifest(const boost::filesystem::path& root,
+                                             const boost::filesystem::path& file, Status& status)
 {
     const std::vector<XMLUtility::Error> errors = XMLUtility::validate(file, root / kSchema);
     if (!errors.empty()) {
@@ -75,4 +74,12 @@ std::unique_ptr<AddInManifest> AddInMgr::readManifest(const boost::filesystem::p
     return manifest;
 }
 
+} // namespace
+
 } // namespace Vs
+
+Vs::AddInManifest* vsReadManifest(const boost::filesystem::path& root, const boost::filesystem::path& file,
+                                  Vs::Status& status)
+{
+    return Vs::parseManifest(root, file, status).release();
+}

@@ -13,15 +13,20 @@ const char here = 0;
 
 } // namespace
 
-SiblingLibrary::SiblingLibrary(const std::string& fileName)
+SiblingLibrary::SiblingLibrary(const std::string& fileName, Open open) : m_open(open)
 {
     Dl_info info;
     dladdr(&here, &info);
     m_path = (std::filesystem::path(info.dli_fname).parent_path() / fileName).string();
-    // The handle is kept for ever: objects of the library may outlive any owner that we could name.
     m_handle = dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!m_handle)
         throw std::runtime_error(std::string("a part of the program can't be loaded: ") + dlerror());
+}
+
+SiblingLibrary::~SiblingLibrary()
+{
+    if (m_open == Open::WhileThisLives)
+        dlclose(m_handle);
 }
 
 void* SiblingLibrary::find(const char* name) const

@@ -4,12 +4,19 @@
 
 namespace Vs {
 
-/// Opens a library of this program that stands beside this one, for good: what takes long to load and isn't
-/// needed in every run. Throws std::runtime_error.
+/// Opens a library of this program that stands beside this one: what takes long to load and isn't needed in
+/// every run. Throws std::runtime_error.
 class SiblingLibrary
 {
 public:
-    explicit SiblingLibrary(const std::string& fileName);
+    /// Objects of a library may outlive any owner that could be named, so that it stays open for good, unless
+    /// it is one of which nothing stays behind.
+    enum class Open { ForGood, WhileThisLives };
+
+    explicit SiblingLibrary(const std::string& fileName, Open open = Open::ForGood);
+    ~SiblingLibrary();
+    SiblingLibrary(const SiblingLibrary&) = delete;
+    SiblingLibrary& operator=(const SiblingLibrary&) = delete;
 
     template <class Function>
     Function function(const char* name) const
@@ -22,6 +29,7 @@ private:
 
     std::string m_path;
     void* m_handle;
+    Open m_open;
 };
 
 } // namespace Vs
