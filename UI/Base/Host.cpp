@@ -56,7 +56,7 @@ public:
 private:
     void commandAvailabilitiesChanged(Vs::Event*) override { refresh(); }
     void currentSessionChanged(SessionEvent*) override { refresh(); }
-    void sessionActivated(SessionEvent*) override { refresh(); }
+    void sessionPostActivateForAsset(SessionEvent*) override { refresh(); }
 
     void refresh()
     {

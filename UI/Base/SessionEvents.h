@@ -41,7 +41,7 @@ public:
     virtual void sessionCreated(SessionEvent*) {}
     /// Another session, or none, has become the current one.
     virtual void currentSessionChanged(SessionEvent*) {}
-    virtual void sessionActivated(SessionEvent*) {}
+    virtual void sessionPostActivateForAsset(SessionEvent*) {}
     virtual void sessionDeactivated(SessionEvent*) {}
     /// The session is about to go; everything of it is still there.
     virtual void sessionClosed(SessionEvent*) {}
@@ -60,7 +60,10 @@ public:
     {
         fire(&SessionEventSite::currentSessionChanged, event);
     }
-    void fireSessionActivated(SessionEvent* event) { fire(&SessionEventSite::sessionActivated, event); }
+    void fireSessionPostActivateForAsset(SessionEvent* event)
+    {
+        fire(&SessionEventSite::sessionPostActivateForAsset, event);
+    }
     void fireSessionDeactivated(SessionEvent* event) { fire(&SessionEventSite::sessionDeactivated, event); }
     void fireSessionClosed(SessionEvent* event) { fire(&SessionEventSite::sessionClosed, event); }
     void fireEnvironmentActivated(EnvironmentEvent* event)

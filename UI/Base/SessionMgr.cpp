@@ -126,7 +126,7 @@ void SessionMgr::postActivate()
     if (!m_active)
         return;
     SessionEvent event(m_current);
-    SessionEventSource::get()->fireSessionActivated(&event);
+    SessionEventSource::get()->fireSessionPostActivateForAsset(&event);
     if (m_current && m_current->commandManager()->commandStack().empty())
         m_current->commandManager()->startDefaultCommand();
 }

@@ -62,7 +62,7 @@ void BrowserPanel::currentSessionChanged(SessionEvent* event)
     show(event->assetSession());
 }
 
-void BrowserPanel::sessionActivated(SessionEvent* event)
+void BrowserPanel::sessionPostActivateForAsset(SessionEvent* event)
 {
     show(event->assetSession());
 }

@@ -26,7 +26,7 @@ public:
 
 private:
     void currentSessionChanged(SessionEvent* event) override;
-    void sessionActivated(SessionEvent* event) override;
+    void sessionPostActivateForAsset(SessionEvent* event) override;
     void show(AssetSession* session);
     void reopen();
     void highlightSelection();

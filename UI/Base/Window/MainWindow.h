@@ -69,7 +69,7 @@ private:
     void documentClosed(Vs::DocumentEvent*) override { refreshSoon(); }
     void commandAvailabilitiesChanged(Vs::Event*) override { refreshSoon(); }
     void currentSessionChanged(SessionEvent*) override { refreshSoon(); }
-    void sessionActivated(SessionEvent*) override { refreshSoon(); }
+    void sessionPostActivateForAsset(SessionEvent*) override { refreshSoon(); }
     void environmentActivated(EnvironmentEvent*) override { refreshSoon(); }
     void workspaceShellActivated(WorkspaceShellEvent*) override { refreshSoon(); }
     void toolbarsChanged() override { rebuildSoon(); }

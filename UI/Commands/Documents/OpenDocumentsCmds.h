@@ -32,7 +32,7 @@ public:
     void updateListControl();
 
     void onListSelectionChanged(Info* item) override;
-    void sessionActivated(SessionEvent*) override { updateListControl(); }
+    void sessionPostActivateForAsset(SessionEvent*) override { updateListControl(); }
     void documentCreated(Vs::DocumentEvent*) override { updateListControl(); }
     void documentOpened(Vs::DocumentEvent*) override { updateListControl(); }
     void documentSaved(Vs::DocumentEvent*) override { updateListControl(); }

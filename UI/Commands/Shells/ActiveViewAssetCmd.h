@@ -31,7 +31,7 @@ public:
 
     void onListSelectionChanged(Info* item) override;
     void splitViewActivate(SplitViewEvent*) override { refresh(); }
-    void sessionActivated(SessionEvent*) override { refresh(); }
+    void sessionPostActivateForAsset(SessionEvent*) override { refresh(); }
     void currentSessionChanged(SessionEvent*) override { refresh(); }
     void sessionClosed(SessionEvent* event) override;
 

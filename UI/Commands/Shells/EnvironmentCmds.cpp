@@ -113,7 +113,7 @@ void ActivateEnvironmentCmdDef::currentSessionChanged(SessionEvent* event)
     updateListControl(event->assetSession());
 }
 
-void ActivateEnvironmentCmdDef::sessionActivated(SessionEvent* event)
+void ActivateEnvironmentCmdDef::sessionPostActivateForAsset(SessionEvent* event)
 {
     updateListControl(event->assetSession());
 }

@@ -29,7 +29,7 @@ public:
 
     void onListSelectionChanged(Info* item) override;
     void currentSessionChanged(SessionEvent* event) override;
-    void sessionActivated(SessionEvent* event) override;
+    void sessionPostActivateForAsset(SessionEvent* event) override;
     void environmentActivated(EnvironmentEvent* event) override;
 
 protected:
