@@ -134,8 +134,10 @@ ExportCmd::ExportCmd(ExportCmdDef* definition, CommandContext* context) : Implem
 void ExportCmd::onExecute(Vs::Status& status)
 {
     Vs::Asset* asset = assetToExport();
-    if (!asset)
+    if (!asset) {
+        status.addError(localized("NothingToExport", "There is no active asset to export"));
         return;
+    }
     Vs::TranslatorFileRecognizer recognizer(asset->assetTypeIdentifier(), true);
     recognizer.recognize();
     int combine = 0;
@@ -198,8 +200,10 @@ ExportAsCmd::ExportAsCmd(ExportAsCmdDef* definition, CommandContext* context)
 void ExportAsCmd::onExecute(Vs::Status& status)
 {
     Vs::Asset* asset = assetToExport();
-    if (!asset)
+    if (!asset) {
+        status.addError(localized("NothingToExport", "There is no active asset to export"));
         return;
+    }
     Vs::TranslatorFileRecognizer recognizer(asset->assetTypeIdentifier(), true);
     recognizer.recognize();
     std::wstring name;
