@@ -1,6 +1,5 @@
 #include "Server/Scene/Rendra/HelperPainter.h"
 
-#include "Server/Scene/Projection.h"
 #include "Server/Scene/Rendra/Shaders.h"
 
 #include <algorithm>
@@ -73,17 +72,16 @@ GLuint HelperPainter::textureOf(const std::shared_ptr<const Texture>& texture)
     return kept.name;
 }
 
-void HelperPainter::draw(const std::vector<Helper>& helpers, const Vs::Scene::Projection& projection,
-                         const double (&clip)[4][4], float pixel, float lineWidth)
+void HelperPainter::draw(const Frame& frame)
 {
-    if (helpers.empty())
+    if (frame.scene.list.helpers().empty())
         return;
+    const Vs::Scene::Projection& projection = frame.projection;
+    const float pixel = std::max(1.0f, frame.target.lineWidth); // of the framebuffer for a logical one
     m_program.use();
-    float matrix[16];
-    for (int row = 0; row < 4; ++row)
-        for (int column = 0; column < 4; ++column)
-            matrix[column * 4 + row] = float(clip[row][column]);
-    glUniformMatrix4fv(m_program.uniform("projection"), 1, GL_FALSE, matrix);
+    double clip[4][4];
+    frame.clipMatrix(frame.part, clip);
+    m_program.setMatrix("projection", clip);
     glUniform1i(m_program.uniform("picture"), 0);
     glActiveTexture(GL_TEXTURE0);
     glBindVertexArray(m_array);
@@ -92,8 +90,8 @@ void HelperPainter::draw(const std::vector<Helper>& helpers, const Vs::Scene::Pr
     glDepthMask(GL_FALSE);
     // A marker may stand beyond all bodies, and they alone decide where the clip planes are.
     glEnable(GL_DEPTH_CLAMP);
-    glLineWidth(lineWidth);
-    for (const Helper& helper : helpers) {
+    glLineWidth(frame.lineWidth(1.5f * pixel));
+    for (const Helper& helper : frame.scene.list.helpers()) {
         const GkMatrix3d view = projection.view() * helper.matrix;
         drawLines(helper, view);
         if (const Texture* texture = helper.node->texture().get();

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Server/Scene/Rendra/DrawList.h"
-#include "Server/Scene/Rendra/Program.h"
+#include "Server/Scene/Rendra/Frame.h"
 
 #include <cstdint>
 #include <unordered_map>
@@ -11,18 +10,14 @@ namespace Rendra {
 
 /// Draws the lines and pictures of a draw list over its bodies. There are few of them, so that they are laid
 /// out anew for each picture and nothing of them but the textures is kept.
-class HelperPainter
+class HelperPainter : public Pass
 {
 public:
-    bool make(Vs::Status& status);
-    void release();
-
-    /// Draws into the viewport that is set. `clip` is from camera to clip coordinates; `pixel` is how many
-    /// pixels of the framebuffer make a logical one.
-    void draw(const std::vector<Helper>& helpers, const Vs::Scene::Projection& projection,
-              const double (&clip)[4][4], float pixel, float lineWidth);
+    bool make(Vs::Status& status) override;
+    void draw(const Frame& frame) override;
+    void release() override;
     /// Frees textures that nobody shows any more.
-    void collect();
+    void collect() override;
 
 private:
     struct Vertex

@@ -61,4 +61,13 @@ void Program::release()
     m_program = 0;
 }
 
+void Program::setMatrix(const char* name, const double (&rows)[4][4]) const
+{
+    float values[16];
+    for (int row = 0; row < 4; ++row)
+        for (int column = 0; column < 4; ++column)
+            values[column * 4 + row] = float(rows[row][column]);
+    glUniformMatrix4fv(uniform(name), 1, GL_FALSE, values);
+}
+
 } // namespace Rendra

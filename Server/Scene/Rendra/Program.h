@@ -18,6 +18,8 @@ public:
     void use() const { glUseProgram(m_program); }
     /// -1 where the compiler left the uniform out; setting that does nothing.
     GLint uniform(const char* name) const { return glGetUniformLocation(m_program, name); }
+    /// Sets a uniform of the program, which must be current; the matrix comes row by row.
+    void setMatrix(const char* name, const double (&rows)[4][4]) const;
 
 private:
     GLuint m_program = 0;

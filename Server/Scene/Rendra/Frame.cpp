@@ -1,0 +1,71 @@
+#include "Server/Scene/Rendra/Frame.h"
+
+#include <algorithm>
+
+namespace Rendra {
+
+Area intersection(const Area& a, const Area& b)
+{
+    const int left = std::max(a.x, b.x), bottom = std::max(a.y, b.y);
+    const int right = std::min(a.x + a.width, b.x + b.width), top = std::min(a.y + a.height, b.y + b.height);
+    return {left, bottom, std::max(0, right - left), std::max(0, top - bottom)};
+}
+
+void Frame::drawIntoPicture() const
+{
+    glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
+    glViewport(part.x - tile.x, part.y - tile.y, part.width, part.height);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    glDepthMask(GL_TRUE);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    glDisable(GL_BLEND);
+    glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+}
+
+void Frame::setView(const Program& program, const Area& into) const
+{
+    program.use();
+    const GkMatrix3d view = projection.view() * GkMatrix3d::translation(scene.list.origin());
+    program.setMatrix("view", view.entry);
+    double clip[4][4];
+    clipMatrix(into, clip);
+    program.setMatrix("projection", clip);
+    glUniform1i(program.uniform("perspective"), projection.perspective());
+}
+
+void Frame::clipMatrix(const Area& into, double (&rows)[4][4]) const
+{
+    projection.clipMatrix(rows, double(into.x - area.x) / area.width, double(into.y - area.y) / area.height,
+                          double(into.x - area.x + into.width) / area.width,
+                          double(into.y - area.y + into.height) / area.height);
+}
+
+float Frame::lineWidth(float wanted) const
+{
+    float widths[2] = {1, 1};
+    glGetFloatv(target.samples > 1 ? GL_SMOOTH_LINE_WIDTH_RANGE : GL_ALIASED_LINE_WIDTH_RANGE, widths);
+    return std::clamp(wanted, widths[0], widths[1]);
+}
+
+void Frame::drawFaces(bool transparent) const
+{
+    for (size_t i = 0; i < scene.list.batches().size(); ++i) {
+        const Batch& batch = *scene.list.batches()[i];
+        const InstanceStore::Range& range = scene.instances.ranges()[i];
+        if (batch.transparent != transparent || range.count == 0)
+            continue;
+        const GlMesh& mesh = meshes.get(batch.mesh, statistics.uploadedMeshes);
+        // Half of the triangles of a solid face away; leaving them out early is what saves most in software.
+        const bool outsideOnly = mesh.closed && batch.mirrored == 0 && !transparent;
+        outsideOnly ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
+        glBindVertexArray(mesh.faceArray);
+        InstanceStore::bind(range);
+        glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, GL_UNSIGNED_INT, nullptr, range.count);
+        ++statistics.drawCalls;
+        statistics.triangles += uint64_t(mesh.indexCount / 3) * uint64_t(range.count);
+    }
+    glDisable(GL_CULL_FACE);
+}
+
+} // namespace Rendra

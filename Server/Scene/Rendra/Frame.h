@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Server/Scene/Projection.h"
+#include "Server/Scene/Renderer.h"
+#include "Server/Scene/Rendra/DrawList.h"
+#include "Server/Scene/Rendra/InstanceStore.h"
+#include "Server/Scene/Rendra/MeshStore.h"
+#include "Server/Scene/Rendra/Program.h"
+
+namespace Rendra {
+
+/// A part of the picture, in pixels of the framebuffer from the picture's lower left corner.
+struct Area
+{
+    int x, y, width, height;
+};
+
+Area intersection(const Area& a, const Area& b);
+
+/// What is kept of one tree of nodes from picture to picture.
+struct KeptScene
+{
+    uint64_t root;
+    uint64_t lastUse = 0;
+    DrawList list;
+    InstanceStore instances;
+};
+
+/// What a pass is given: one fragment, and the part of the picture in which it is drawn now.
+struct Frame
+{
+    Vs::Scene::ViewFragment& fragment;
+    KeptScene& scene;
+    MeshStore& meshes;
+    const Vs::Scene::Projection& projection; ///< Of the whole of `area`.
+    const RenderTarget& target;
+    Area area; ///< The whole fragment.
+    Area part; ///< What of it lies in the tile.
+    Area tile; ///< What the framebuffer holds; its lower left corner is the framebuffer's.
+    RenderStatistics& statistics;
+
+    const Vs::Scene::RenderParams& params() const { return *fragment.renderParams(); }
+
+    /// Directs what follows into the picture, with the state that every pass begins with: depths are tested
+    /// and written, nothing is blended or left out.
+    void drawIntoPicture() const;
+
+    /// Makes the program current, with its uniforms `view` (from coordinates relative to the draw list's
+    /// origin to the camera's), `projection` (from there into `into`, which may be another part than the
+    /// frame's) and `perspective`.
+    void setView(const Program& program, const Area& into) const;
+    void setView(const Program& program) const { setView(program, part); }
+
+    /// From camera to clip coordinates of a part of the fragment, row by row.
+    void clipMatrix(const Area& into, double (&rows)[4][4]) const;
+
+    /// The width of lines nearest to `wanted` that the driver draws.
+    float lineWidth(float wanted) const;
+
+    /// Draws the faces of the scene with the program that is current, which takes the attributes of
+    /// Attribute: those of the batches that have transparent parts, or those of the others.
+    void drawFaces(bool transparent) const;
+};
+
+/// One thing that is drawn of every fragment, after the others in a fixed order (see Renderer.cpp). Owns the
+/// objects of the graphics unit that it needs.
+class Pass
+{
+public:
+    virtual ~Pass() = default;
+
+    /// Makes the programs. False, with the reason in the status, if the driver refuses one.
+    virtual bool make(Vs::Status& status) = 0;
+    /// Leaves the state of the context as `Frame::drawIntoPicture` makes it.
+    virtual void draw(const Frame& frame) = 0;
+    /// Frees what was made, with the context current.
+    virtual void release() = 0;
+    /// Called after each picture: frees what nobody needs any more.
+    virtual void collect() {}
+};
+
+} // namespace Rendra
