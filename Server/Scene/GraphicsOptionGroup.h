@@ -15,6 +15,8 @@ public:
     Option<bool> transparentBackground{*this, "transparentBackground", false};
     Option<bool> displayGroundPlane{*this, "displayGroundPlane", false};
     Option<bool> displayDome{*this, "displayDome", true}; ///< The shaded sky behind the model.
+    /// An EnvironmentManager's id.
+    Option<std::wstring> activeEnvironment{*this, "activeEnvironment", L"PhotoBooth"};
     Option<bool> groundShadowEnabled{*this, "groundShadowEnabled", true};
     Option<bool> groundReflectionEnabled{*this, "groundReflectionEnabled", false};
     Option<bool> ambientOccludedEnabled{*this, "ambientOccludedEnabled", true}; ///< Darker corners.

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Server/Body/BodyMesh.h"
+#include "Server/Geometry/GkVector3d.h"
+
+#include <array>
+#include <string>
+
+namespace Vs::Scene {
+
+/// What surrounds a model: it lights the bodies, is mirrored in them, and is seen behind them as a dome. Made
+/// of a few numbers, not of pictures, so that it costs nothing to have and has no smallest detail. All
+/// colours are linear. Directions are those of a scene whose up is z.
+struct Environment
+{
+    /// A light so far away that it has a direction, but no place.
+    struct Lamp
+    {
+        GkVector3d direction; ///< Towards the lamp, length one.
+        Colour colour;        ///< What a white face that looks at it reflects.
+        float size;           ///< Sine of half the angle under which it is seen: how soft its gloss is.
+    };
+
+    std::wstring id;
+    Colour zenith, horizon; ///< The sky straight above, and where it ends.
+    Colour ground, nadir;   ///< The ground where the sky ends, and straight below.
+    /// How the colours change from the horizon upwards and downwards, as powers of the elevation's sine.
+    float skyFall, groundFall;
+    float haze;  ///< Half the height of the mist at the horizon, as a sine.
+    float glow;  ///< How bright the sky is around the first lamp.
+    float stars; ///< How bright they are; 0 for none.
+    std::array<Lamp, 3> lamps;
+    Colour plain; ///< The background without a dome.
+    Colour line;  ///< Of edges that are seen before the background.
+    Colour grid;
+
+    /// The colour of the layout grid's lines, which are seen on this environment's ground.
+    const Colour& gridColor() const { return grid; }
+    /// What is seen in a direction of length one, without the lamps, linear. With a `blur` from 0 to 1 it is
+    /// a mean of what is around the direction, as a rough mirror shows it.
+    Colour seen(const GkVector3d& direction, float blur = 0) const;
+};
+
+} // namespace Vs::Scene

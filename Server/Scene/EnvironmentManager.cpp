@@ -1,0 +1,181 @@
+#include "Server/Scene/EnvironmentManager.h"
+
+#include "Server/Scene/GraphicsOptionGroup.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Vs::Scene {
+
+namespace {
+
+/// A colour as it is named for the screen, 0xRRGGBB.
+Colour screen(unsigned rgb)
+{
+    const auto linear = [&](int shift) { return float(std::pow(((rgb >> shift) & 255) / 255.0, 2.2)); };
+    return {linear(16), linear(8), linear(0), 1};
+}
+
+Environment::Lamp lamp(const GkVector3d& direction, unsigned rgb, float strength, float size)
+{
+    const Colour colour = screen(rgb);
+    return {direction.normal(), {colour.r * strength, colour.g * strength, colour.b * strength, 1}, size};
+}
+
+std::vector<Environment> makeEnvironments()
+{
+    std::vector<Environment> made(6);
+    made[0] = {.id = L"DarkSky",
+               .zenith = screen(0x060A16),
+               .horizon = screen(0x3A4C6B),
+               .ground = screen(0x1B222C),
+               .nadir = screen(0x2B323D),
+               .skyFall = 0.45f,
+               .groundFall = 0.7f,
+               .haze = 0.01f,
+               .glow = 0.5f,
+               .stars = 0.9f,
+               .lamps = {lamp({-0.5, 0.6, 0.55}, 0xBFD4FF, 0.85f, 0.06f),
+                         lamp({0.8, -0.4, 0.5}, 0xFFB070, 0.45f, 0.2f),
+                         lamp({-0.6, -0.7, 0.3}, 0x7090D0, 0.30f, 0.4f)},
+               .plain = screen(0x1A202A),
+               .line = screen(0xC9D4E4),
+               .grid = screen(0x77869B)};
+    made[1] = {.id = L"GreyRoom",
+               .zenith = screen(0xD2D2D0),
+               .horizon = screen(0x8B8C8D),
+               .ground = screen(0x77787A),
+               .nadir = screen(0xA9AAAB),
+               .skyFall = 0.8f,
+               .groundFall = 0.6f,
+               .haze = 0.03f,
+               .glow = 0,
+               .stars = 0,
+               .lamps = {lamp({-0.35, -0.5, 0.8}, 0xFFF6E8, 0.62f, 0.30f),
+                         lamp({0.6, 0.5, 0.6}, 0xE8F0FF, 0.35f, 0.35f),
+                         lamp({0.7, -0.7, 0.2}, 0xF4F4F4, 0.18f, 0.5f)},
+               .plain = screen(0x9FA1A3),
+               .line = screen(0x16181C),
+               .grid = screen(0x55585C)};
+    made[2] = {.id = L"PhotoBooth",
+               .zenith = screen(0xF4F6F8),
+               .horizon = screen(0xB4C2D0),
+               .ground = screen(0xB4C2D0),
+               .nadir = screen(0xF4F7F9),
+               .skyFall = 0.5f,
+               .groundFall = 0.75f,
+               .haze = 0.2f,
+               .glow = 0,
+               .stars = 0,
+               .lamps = {lamp({-0.45, -0.55, 0.75}, 0xFFFFFF, 0.70f, 0.22f),
+                         lamp({0.75, -0.35, 0.5}, 0xF4F8FF, 0.30f, 0.30f),
+                         lamp({0.1, 0.85, 0.5}, 0xFFFFFF, 0.40f, 0.25f)},
+               .plain = screen(0xF1F4F7),
+               .line = screen(0x1A1D24),
+               .grid = screen(0x8A97A6)};
+    made[3] = {.id = L"TranquilityBlue",
+               .zenith = screen(0x9CC4E8),
+               .horizon = screen(0x4F86B8),
+               .ground = screen(0x4478AC),
+               .nadir = screen(0xA3C8E6),
+               .skyFall = 0.7f,
+               .groundFall = 0.8f,
+               .haze = 0.25f,
+               .glow = 0,
+               .stars = 0,
+               .lamps = {lamp({-0.4, -0.5, 0.8}, 0xF2F8FF, 0.70f, 0.30f),
+                         lamp({0.8, -0.2, 0.4}, 0xBBDDFF, 0.30f, 0.40f),
+                         lamp({0.0, 0.9, 0.4}, 0xD8ECFF, 0.30f, 0.30f)},
+               .plain = screen(0x86B2DA),
+               .line = screen(0x0C1C2C),
+               .grid = screen(0x2F5C86)};
+    made[4] = {.id = L"InfinityPool",
+               .zenith = screen(0x5E9ACB),
+               .horizon = screen(0xE9F1F2),
+               .ground = screen(0xA9D3DA),
+               .nadir = screen(0x1F7F96),
+               .skyFall = 0.55f,
+               .groundFall = 0.5f,
+               .haze = 0.004f,
+               .glow = 0.35f,
+               .stars = 0,
+               .lamps = {lamp({0.45, 0.65, 0.6}, 0xFFF3DC, 1.00f, 0.05f),
+                         lamp({-0.6, -0.6, 0.5}, 0xD6ECFF, 0.35f, 0.40f),
+                         lamp({0.2, -0.8, 0.1}, 0xA8DCE4, 0.15f, 0.50f)},
+               .plain = screen(0x8CC3CE),
+               .line = screen(0x0B2229),
+               .grid = screen(0xD6EEF2)};
+    made[5] = {.id = L"SkyRoom",
+               .zenith = screen(0x4E8FD6),
+               .horizon = screen(0xDCE9F5),
+               .ground = screen(0xC6C2BA),
+               .nadir = screen(0xE9E6E0),
+               .skyFall = 0.6f,
+               .groundFall = 0.6f,
+               .haze = 0.012f,
+               .glow = 0.45f,
+               .stars = 0,
+               .lamps = {lamp({-0.55, -0.35, 0.75}, 0xFFF4E0, 1.00f, 0.05f),
+                         lamp({0.7, 0.4, 0.5}, 0xC8DEFF, 0.35f, 0.40f),
+                         lamp({0.6, -0.7, 0.2}, 0xF0E8DC, 0.20f, 0.50f)},
+               .plain = screen(0xDDE6EE),
+               .line = screen(0x191D24),
+               .grid = screen(0x8C8A86)};
+    return made;
+}
+
+constexpr size_t kFallBack = 2; // PhotoBooth
+
+float step(float from, float to, float value)
+{
+    const float t = std::clamp((value - from) / (to - from), 0.0f, 1.0f);
+    return t * t * (3 - 2 * t);
+}
+
+Colour mix(const Colour& a, const Colour& b, float t)
+{
+    return {a.r + (b.r - a.r) * t, a.g + (b.g - a.g) * t, a.b + (b.b - a.b) * t, 1};
+}
+
+} // namespace
+
+Colour Environment::seen(const GkVector3d& direction, float blur) const
+{
+    const float height = float(direction.z);
+    const Colour above = mix(horizon, zenith, std::pow(std::max(height, 0.0f), skyFall));
+    const Colour below = mix(ground, nadir, std::pow(std::max(-height, 0.0f), groundFall));
+    return mix(below, above, step(-haze - blur, haze + blur, height));
+}
+
+EnvironmentManager* EnvironmentManager::getEnvManager()
+{
+    static EnvironmentManager manager;
+    return &manager;
+}
+
+std::wstring EnvironmentManager::activeEnvironmentID() const
+{
+    return GraphicsOptionGroup::get()->activeEnvironment();
+}
+
+void EnvironmentManager::activeEnvironmentID(const std::wstring& id)
+{
+    GraphicsOptionGroup::get()->activeEnvironment(id);
+}
+
+const Environment& EnvironmentManager::environment(const std::wstring& id) const
+{
+    const std::vector<Environment>& all = environments();
+    const std::wstring& wanted = id == L"SkyRoomPool" ? all.back().id : id;
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [&](const Environment& environment) { return environment.id == wanted; });
+    return found != all.end() ? *found : all[kFallBack];
+}
+
+const std::vector<Environment>& EnvironmentManager::environments() const
+{
+    static const std::vector<Environment> all = makeEnvironments();
+    return all;
+}
+
+} // namespace Vs::Scene
