@@ -8,6 +8,7 @@
 namespace Vs {
 
 class Asset;
+class AssetSettings;
 
 /// What other libraries hang on an asset: the scene's nodes of it, for example. Lives as long as the asset
 /// and is asked for an interface by cast<Scene::SceneAssetAdapter>(asset->adapter()).
@@ -16,6 +17,9 @@ class AssetAdapter : public Implements<AssetAdapter>
 public:
     explicit AssetAdapter(Asset* asset) : m_asset(asset) {}
     Asset* asset() const { return m_asset; }
+
+    /// The asset's settings as values with a meaning; null if this adapter knows none.
+    virtual AssetSettings* assetSettings() { return nullptr; }
 
     using Factory = std::function<std::unique_ptr<AssetAdapter>(Asset*)>;
     /// Installs what makes the adapter of an asset, at the first call of Asset::adapter(). The last one

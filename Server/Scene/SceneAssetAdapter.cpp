@@ -49,7 +49,10 @@ void ViewFragmentNodeData::sceneAssetAdapter(SceneAssetAdapter* adapter)
 }
 
 SceneAssetAdapter::SceneAssetAdapter(Asset* asset)
-    : Implements(asset), m_root(GroupNode::make("Asset")), m_transientSegment("AssetTransientSegment", true)
+    : Implements(asset),
+      m_settings(asset),
+      m_root(GroupNode::make("Asset")),
+      m_transientSegment("AssetTransientSegment", true)
 {
     NodeChange(m_root.get()).data(std::make_unique<AssetNodeData>(this));
     rebuild();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/DataModel/AssetAdapter.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/Scene/Node.h"
@@ -25,6 +26,9 @@ class SceneAssetAdapter : public Implements<SceneAssetAdapter, AssetAdapter>, pr
 public:
     explicit SceneAssetAdapter(Asset* asset);
     ~SceneAssetAdapter() override;
+
+    /// A CommonData::CommonDataAssetSettings.
+    AssetSettings* assetSettings() override { return &m_settings; }
 
     /// The node of the root component. Never null; stays the same as long as the asset.
     Rendra::Graphics::GroupNode* rootNode() const { return m_root.get(); }
@@ -61,6 +65,7 @@ private:
     void forget(const std::string& id);
     void setBody(Entry& entry, const Component& component, const std::string& id);
 
+    CommonData::CommonDataAssetSettings m_settings;
     StrongRef<Rendra::Graphics::GroupNode> m_root;
     std::unordered_map<std::string, Entry> m_entries;
     std::unordered_map<const Rendra::Graphics::Node*, const std::string*> m_ids;

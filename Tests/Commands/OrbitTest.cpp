@@ -1,10 +1,13 @@
 #include "Server/Base/Task.h"
 #include "Server/Base/Timer.h"
+#include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/GeometryNode.h"
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Commands/Navigation.h"
+#include "Tests/Geometry/Near.h"
+#include "UI/Base/ActiveAssetUtils.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -186,6 +189,25 @@ TEST_F(OrbitTest, TheAxisIsTheOneThatTheViewerTakesForUp)
     const GkVector3d axis = computeUpForConstrainedOrbit(someView);
     for (const GkVector3d& other : {GkVector3d::kXAxis, GkVector3d::kYAxis, GkVector3d::kZAxis})
         EXPECT_GE(up.dotProduct(axis), std::abs(up.dotProduct(other)) - 1e-12);
+}
+
+TEST_F(OrbitTest, TheAxesAreThoseOfTheModel)
+{
+    auto* settings = Vs::cast<Vs::CommonData::CommonDataAssetSettings>(ActiveAssetUtils::assetSettings());
+    ASSERT_TRUE(settings);
+    const GkVector3d up = GkVector3d(0, -1, 1).normal();
+    ASSERT_TRUE(settings->sceneOrientation(up, {1, 0, 0}));
+    Camera someView;
+    someView.look({1, 0, 0}, {0, 0, 1});
+    EXPECT_TRUE(isNear(computeUpForConstrainedOrbit(someView), up));
+    someView.look({-1, 0, 0}, -up);
+    EXPECT_TRUE(isNear(computeUpForConstrainedOrbit(someView), -up));
+
+    // What a drag keeps upright is the model's own axis.
+    camera()->look(GkVector3d(1, 0.3, -0.2), up);
+    drag(kRightButton, 0, 0, 130, 45);
+    EXPECT_NEAR(camera()->right().dotProduct(up), 0, 1e-9);
+    EXPECT_GT(std::abs(camera()->right().z), 1e-3);
 }
 
 TEST_F(OrbitTest, ChoosingAFlavourStartsItAndMakesItTheOneOfTheMouse)

@@ -1,15 +1,12 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
-#include "Server/DataModel/AssetType.h"
-#include "Server/DataModel/Document.h"
-#include "Server/DataModel/DocumentMgr.h"
-#include "Server/DataModel/DocumentType.h"
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/Transaction.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Geometry/Near.h"
+#include "Tests/Scene/OneAsset.h"
 
 #include <chrono>
 #include <random>
@@ -24,27 +21,14 @@ using Vs::Component;
 using Vs::Scene::SceneAssetAdapter;
 using Vs::Scene::ViewFragment;
 
-/// An empty asset in a document of its own, and its scene in a fragment.
-class AssetScene : public testing::Test
+/// The scene of the asset in a fragment.
+class AssetScene : public SceneTests::OneAsset
 {
 protected:
     AssetScene()
     {
-        Vs::DocumentMgr::get()->registerDocumentType(&m_documentType);
-        Vs::AssetTypeMgr::get()->registerType(&m_assetType);
-        Vs::Status status;
-        m_document = Vs::DocumentMgr::get()->create(&m_assetType, status);
-        EXPECT_TRUE(m_document);
-        asset = m_document->activeAsset();
-        scene = Vs::cast<SceneAssetAdapter>(asset->adapter());
         if (scene)
             fragment->showAsset(scene);
-    }
-    ~AssetScene() override
-    {
-        Vs::DocumentMgr::get()->close(m_document);
-        Vs::AssetTypeMgr::get()->unregisterType(&m_assetType);
-        Vs::DocumentMgr::get()->unregisterDocumentType(&m_documentType);
     }
 
     /// A box of 10 mm whose corner stands at x.
@@ -65,14 +49,7 @@ protected:
         ASSERT_FALSE(scene->waitsForMeshes());
     }
 
-    Vs::Asset* asset = nullptr;
-    SceneAssetAdapter* scene = nullptr;
     Vs::StrongRef<ViewFragment> fragment = ViewFragment::make(nullptr);
-
-private:
-    Vs::DocumentType m_documentType{"SceneTestDocument", L"Scene test", L".scenetest"};
-    Vs::AssetType m_assetType{"SceneTestAsset", L"Scene test", "SceneTestDocument"};
-    Vs::Document* m_document = nullptr;
 };
 
 /// That every component has the node that shows it, under the node of its parent, and that there are no other

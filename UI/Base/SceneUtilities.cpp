@@ -1,6 +1,8 @@
 #include "UI/Base/SceneUtilities.h"
 
 #include "Server/Base/ResourceMgr.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetAdapter.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/ViewFragment.h"
@@ -65,6 +67,19 @@ bool SceneUtilities::createTexture2(Rendra::Graphics::GeometryNode* node, const 
 GraphicsView* ActiveAssetUtils::graphicsView()
 {
     return SceneUtilities::getActiveAssetGraphicView();
+}
+
+Vs::Asset* ActiveAssetUtils::asset()
+{
+    const AssetSession* session = SessionMgr::get()->activeAssetSession();
+    return session ? session->asset() : nullptr;
+}
+
+Vs::AssetSettings* ActiveAssetUtils::assetSettings()
+{
+    const Vs::Asset* active = asset();
+    Vs::AssetAdapter* adapter = active ? active->adapter() : nullptr;
+    return adapter ? adapter->assetSettings() : nullptr;
 }
 
 } // namespace Vu

@@ -1,11 +1,14 @@
 #include "UI/Commands/Camera/OrbitMode.h"
 
+#include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/Scene/Camera.h"
+#include "UI/Base/ActiveAssetUtils.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Commands/Camera/OrbitCmd.h"
 #include "UI/Commands/Camera/OrbitReticle.h"
 #include "UI/Commands/Resources.h"
 
+#include <array>
 #include <cmath>
 
 namespace Vu::Commands {
@@ -17,6 +20,17 @@ namespace {
 /// How far from a right angle, as a cosine, an axis may be to count as perpendicular.
 constexpr double kPerpendicular = 1e-7;
 constexpr double kCosineOf60Degrees = 0.5;
+
+/// The axes along which the active asset stands; those of the world without one.
+std::array<GkVector3d, 3> sceneAxes()
+{
+    const auto* settings =
+        Vs::cast<Vs::CommonData::CommonDataAssetSettings>(ActiveAssetUtils::assetSettings());
+    if (!settings)
+        return {GkVector3d::kXAxis, GkVector3d::kYAxis, GkVector3d::kZAxis};
+    const GkVector3d up = settings->sceneUp(), front = settings->sceneFront();
+    return {up, front, front.crossProduct(up)};
+}
 
 /// About the screen's horizontal axis.
 class OrbitAxisX : public OrbitMode
@@ -122,15 +136,15 @@ std::map<int, std::unique_ptr<OrbitMode>> makeOrbitModes(OrbitCmd* owner, OrbitR
 
 GkVector3d computeUpForConstrainedOrbit(const Camera& camera)
 {
-    const GkVector3d axes[] = {GkVector3d::kXAxis,  -GkVector3d::kXAxis, GkVector3d::kYAxis,
-                               -GkVector3d::kYAxis, GkVector3d::kZAxis,  -GkVector3d::kZAxis};
+    const std::array<GkVector3d, 3> axes = sceneAxes();
     const GkVector3d up = camera.up().normal(), right = camera.right().normal();
     // The best first.
     std::multimap<double, GkVector3d> byUp, byRight;
-    for (const GkVector3d& axis : axes) {
-        byUp.emplace(-up.dotProduct(axis), axis);
-        byRight.emplace(std::abs(right.dotProduct(axis)), axis);
-    }
+    for (const GkVector3d& axis : axes)
+        for (const GkVector3d& way : {axis, -axis}) {
+            byUp.emplace(-up.dotProduct(way), way);
+            byRight.emplace(std::abs(right.dotProduct(way)), way);
+        }
     GkVector3d result = byUp.begin()->second;
     // Axes come in opposite pairs: the third entry is the first of the second pair.
     const double nearest = byRight.begin()->first, second = std::next(byRight.begin(), 2)->first;

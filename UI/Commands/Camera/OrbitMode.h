@@ -52,9 +52,9 @@ protected:
 std::map<int, std::unique_ptr<OrbitMode>> makeOrbitModes(OrbitCmd* owner, OrbitReticle* reticle,
                                                          bool constrained);
 
-/// The axis that a constrained orbit turns about: of the model's main axes the one that the viewer takes for
-/// up. That is the one nearest to the camera's up, unless another one lies exactly upright in the picture,
-/// within 60 degrees of the camera's up.
+/// The axis that a constrained orbit turns about: of the main axes of the active asset, by its sceneUp and
+/// sceneFront, the one that the viewer takes for up. That is the one nearest to the camera's up, unless
+/// another one lies exactly upright in the picture, within 60 degrees of the camera's up.
 GkVector3d computeUpForConstrainedOrbit(const Vs::Scene::Camera& camera);
 
 } // namespace Vu::Commands

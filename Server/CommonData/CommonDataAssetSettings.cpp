@@ -1,0 +1,92 @@
+#include "Server/CommonData/CommonDataAssetSettings.h"
+
+#include "Server/Base/Warning.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/Types/PointText.h"
+
+#include <optional>
+
+namespace Vs::CommonData {
+
+namespace {
+
+constexpr const char* kSceneUp = "sceneUp";
+constexpr const char* kSceneFront = "sceneFront";
+constexpr const char* kOrthoFaces = "perspWithOrthoFaces";
+constexpr const wchar_t* kOn = L"true";
+
+const GkVector3d kDefaultUp(0, 0, 1), kDefaultFront(0, -1, 0);
+
+/// `front` at right angles to `up`, or none if they don't span a plane.
+std::optional<GkVector3d> frontBeside(const GkVector3d& up, const GkVector3d& front)
+{
+    // Whose length is beyond the range of numbers has no normal and counts as none.
+    const GkVector3d upward = up.normal(), forward = front.normal();
+    const GkVector3d level = forward - upward * upward.dotProduct(forward);
+    if (!(upward.length() > 0.5) || !(level.length() > GkContext::gTol.equalVector))
+        return std::nullopt;
+    return level.normal();
+}
+
+} // namespace
+
+const CommonDataAssetSettings::Orientation& CommonDataAssetSettings::orientation() const
+{
+    const std::wstring up = asset()->setting(kSceneUp), front = asset()->setting(kSceneFront);
+    if (up == m_upText && front == m_frontText)
+        return m_orientation;
+    m_upText = up;
+    m_frontText = front;
+    m_orientation = {kDefaultUp, kDefaultFront};
+    if (up.empty() && front.empty())
+        return m_orientation;
+    Orientation read = m_orientation;
+    const bool readable = (up.empty() || Types::StringToVector3d(up, read.up)) &&
+                          (front.empty() || Types::StringToVector3d(front, read.front));
+    const std::optional<GkVector3d> level = readable ? frontBeside(read.up, read.front) : std::nullopt;
+    if (level)
+        m_orientation = {read.up.normal(), *level};
+    else
+        warn(asset()->name() + L": the saved orientation of the model, up " + up + L" and front " + front +
+             L", is not two directions; Z is taken for up.");
+    return m_orientation;
+}
+
+GkVector3d CommonDataAssetSettings::sceneUp() const
+{
+    return orientation().up;
+}
+
+GkVector3d CommonDataAssetSettings::sceneFront() const
+{
+    return orientation().front;
+}
+
+bool CommonDataAssetSettings::sceneOrientation(const GkVector3d& up, const GkVector3d& front)
+{
+    const std::optional<GkVector3d> level = frontBeside(up, front);
+    if (!level)
+        return false;
+    asset()->setting(kSceneUp, Types::Vector3dToString(up.normal()));
+    asset()->setting(kSceneFront, Types::Vector3dToString(*level));
+    return true;
+}
+
+bool CommonDataAssetSettings::perspWithOrthoFaces() const
+{
+    const std::wstring value = asset()->setting(kOrthoFaces);
+    if (value.empty() || value == kOn)
+        return !value.empty();
+    if (value != m_unreadable)
+        warn(asset()->name() + L": the saved value \"" + value +
+             L"\" of perspWithOrthoFaces is neither true nor empty; the perspective stays as it is.");
+    m_unreadable = value;
+    return false;
+}
+
+void CommonDataAssetSettings::perspWithOrthoFaces(bool on)
+{
+    asset()->setting(kOrthoFaces, on ? kOn : L"");
+}
+
+} // namespace Vs::CommonData

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Server/DataModel/AssetSettings.h"
+#include "Server/Geometry/GkVector3d.h"
+
+#include <string>
+
+namespace Vs::CommonData {
+
+/// The settings that every kind of asset has: `cast<CommonDataAssetSettings>(adapter->assetSettings())`. They
+/// are kept in the asset's own values, so they are saved with it and read when they are asked for. A value of
+/// a file that makes no sense counts as not set, and is told once by a warning. Main thread.
+class CommonDataAssetSettings : public Implements<CommonDataAssetSettings, AssetSettings>
+{
+public:
+    using Implements::Implements;
+
+    /// What is up in the model, length one; Z until it is set.
+    GkVector3d sceneUp() const;
+    /// Where the model's front faces, length one and at right angles to `sceneUp`; -Y until it is set.
+    GkVector3d sceneFront() const;
+    /// Sets both. Of `front` the part at right angles to `up` counts. Returns false and changes nothing if
+    /// one of them isn't a direction, or they are parallel.
+    bool sceneOrientation(const GkVector3d& up, const GkVector3d& front);
+
+    /// Whether a perspective becomes parallel while it looks straight at one side of the model. Default
+    /// false.
+    bool perspWithOrthoFaces() const;
+    void perspWithOrthoFaces(bool on);
+
+private:
+    struct Orientation
+    {
+        GkVector3d up, front;
+    };
+    const Orientation& orientation() const;
+
+    mutable std::wstring m_upText, m_frontText; ///< What `m_orientation` was read from.
+    mutable Orientation m_orientation{{0, 0, 1}, {0, -1, 0}};
+    mutable std::wstring m_unreadable; ///< The last value that was warned of.
+};
+
+} // namespace Vs::CommonData
