@@ -3,6 +3,7 @@
 #include "Server/Scene/Rendra/Background.h"
 #include "Server/Scene/Rendra/BodyPainter.h"
 #include "Server/Scene/Rendra/Frame.h"
+#include "Server/Scene/Rendra/GroundPainter.h"
 #include "Server/Scene/Rendra/HelperPainter.h"
 
 #include <algorithm>
@@ -25,10 +26,11 @@ constexpr size_t kKeptScenes = 12;
 struct Renderer::Data
 {
     Background background;
+    GroundPainter ground;
     BodyPainter bodies;
     HelperPainter helpers;
     /// What is drawn of each fragment, in this order.
-    const std::array<Pass*, 2> passes{&bodies, &helpers};
+    const std::array<Pass*, 3> passes{&ground, &bodies, &helpers};
     MeshStore meshes;
     std::vector<std::unique_ptr<KeptScene>> scenes;
     RenderStatistics statistics;
@@ -47,7 +49,7 @@ Renderer::~Renderer()
     if (!m_data->ready)
         return;
     for (const auto& scene : m_data->scenes)
-        scene->instances.release();
+        scene->release();
     m_data->meshes.release();
     m_data->background.release();
     for (Pass* pass : m_data->passes)
@@ -156,7 +158,7 @@ KeptScene& Renderer::Data::sceneOf(const Graphics::Node& root)
         const auto oldest = std::min_element(scenes.begin(), scenes.end(), [](const auto& a, const auto& b) {
             return a->lastUse < b->lastUse;
         });
-        (*oldest)->instances.release();
+        (*oldest)->release();
         scenes.erase(oldest);
     }
     scenes.push_back(std::make_unique<KeptScene>());

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <unordered_map>
 
 namespace Rendra {
@@ -230,6 +231,8 @@ void DrawList::put(Batch::Slot& slot, Batch* batch, const Instance& instance, co
             return;
         batch->count(batch->instances[slot.index], -1);
         batch->count(instance, 1);
+        if (std::memcmp(batch->instances[slot.index].rows, instance.rows, sizeof instance.rows) != 0)
+            ++m_shapeRevision;
         batch->instances[slot.index] = instance;
         batch->markDirty(slot.index);
         return;
@@ -243,6 +246,7 @@ void DrawList::put(Batch::Slot& slot, Batch* batch, const Instance& instance, co
     batch->markDirty(slot.index);
     ++m_instances;
     ++m_layoutRevision;
+    ++m_shapeRevision;
 }
 
 // The last instance moves into the gap.
@@ -267,6 +271,7 @@ void DrawList::take(Batch::Slot& slot)
     batch->dirtyFirst = std::min(batch->dirtyFirst, batch->dirtyEnd);
     --m_instances;
     ++m_layoutRevision;
+    ++m_shapeRevision;
 }
 
 Batch* DrawList::batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool transparent)

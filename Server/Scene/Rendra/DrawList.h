@@ -85,6 +85,8 @@ public:
     const GkVector3d& origin() const { return m_origin; }
     /// Grows whenever batches or their lengths change, so that their storage has to be laid out anew.
     uint64_t layoutRevision() const { return m_layoutRevision; }
+    /// Grows whenever a body comes, goes, moves or gets another mesh; not with colours and highlights.
+    uint64_t shapeRevision() const { return m_shapeRevision; }
 
     /// Which instances of a batch are inside the view and large enough to see. Returns true if that is all of
     /// them, with `visible` empty.
@@ -113,7 +115,7 @@ private:
     std::vector<Helper> m_helpers;
     GkVector3d m_origin;
     size_t m_instances = 0;
-    uint64_t m_layoutRevision = 0;
+    uint64_t m_layoutRevision = 0, m_shapeRevision = 1;
 };
 
 } // namespace Rendra

@@ -2,7 +2,9 @@
 
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/Renderer.h"
+#include "Server/Scene/Rendra/ContactShadow.h"
 #include "Server/Scene/Rendra/DrawList.h"
+#include "Server/Scene/Rendra/Ground.h"
 #include "Server/Scene/Rendra/InstanceStore.h"
 #include "Server/Scene/Rendra/MeshStore.h"
 #include "Server/Scene/Rendra/Program.h"
@@ -24,6 +26,14 @@ struct KeptScene
     uint64_t lastUse = 0;
     DrawList list;
     InstanceStore instances;
+    GroundFinder ground;
+    ContactShadow::Kept contact;
+
+    void release()
+    {
+        instances.release();
+        contact.darkness.release();
+    }
 };
 
 /// What a pass is given: one fragment, and the part of the picture in which it is drawn now.

@@ -29,6 +29,14 @@ uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection
     return changed;
 }
 
+void InstanceStore::showAll(const DrawList& list)
+{
+    uploadChanges(list);
+    m_ranges.resize(list.batches().size());
+    for (size_t i = 0; i < m_ranges.size(); ++i)
+        m_ranges[i] = {m_all, m_offsets[i], GLsizei(list.batches()[i]->instances.size())};
+}
+
 uint64_t InstanceStore::uploadChanges(const DrawList& list)
 {
     if (!m_all) {

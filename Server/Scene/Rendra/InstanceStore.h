@@ -25,6 +25,10 @@ public:
     /// because they changed.
     uint64_t update(const DrawList& list, const Vs::Scene::Projection& projection);
 
+    /// Makes `ranges` be all instances, wherever they are, until the next `update`: for what is not drawn as
+    /// the viewer sees it.
+    void showAll(const DrawList& list);
+
     /// As many as the list has batches, in the same order.
     const std::vector<Range>& ranges() const { return m_ranges; }
 
