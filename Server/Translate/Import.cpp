@@ -58,6 +58,9 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
     std::iota(order.begin(), order.end(), 0);
     std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return faces[a] > faces[b]; });
     const double total = std::max(1, std::accumulate(faces.begin(), faces.end(), 0));
+    // Shapes side by side keep the processors as busy as faces do, with half of the memory; only a shape that
+    // is more than one processor's share of the whole leaves others idle.
+    const double share = total / std::max(1u, std::thread::hardware_concurrency());
     std::atomic<double> done = 0;
     std::mutex mutex;
     forEachInParallel(order.size(), [&](size_t i) {
@@ -71,7 +74,7 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
                     reporter.progress((done.fetch_add(added) + added) / total);
                 });
                 if (!early || !early->hasMeshed(shape))
-                    Kernel::meshShape(shape, {}, progress->Start());
+                    Kernel::meshShape(shape, {}, progress->Start(), faces[body] > share);
                 meshes[body] =
                     std::make_shared<const BodyMesh>(Kernel::extractMesh(shape, tree.colours[body]));
             }
