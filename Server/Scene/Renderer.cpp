@@ -1,5 +1,7 @@
 #include "Server/Scene/Renderer.h"
 
+#include "Server/Scene/EnvironmentManager.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/Rendra/Background.h"
 #include "Server/Scene/Rendra/BodyPainter.h"
 #include "Server/Scene/Rendra/Frame.h"
@@ -31,6 +33,8 @@ struct Renderer::Data
     HelperPainter helpers;
     /// What is drawn of each fragment, in this order.
     const std::array<Pass*, 3> passes{&ground, &bodies, &helpers};
+    EnvironmentLight light;
+    const Vs::Scene::Environment* environment = nullptr;
     MeshStore meshes;
     std::vector<std::unique_ptr<KeptScene>> scenes;
     RenderStatistics statistics;
@@ -39,6 +43,8 @@ struct Renderer::Data
     bool software = false;
 
     KeptScene& sceneOf(const Graphics::Node& root);
+    void drawBackground(const std::vector<ViewFragment*>& fragments, const RenderTarget& target,
+                        const Area& tile);
     void drawFragment(ViewFragment& fragment, const RenderTarget& target, const Area& tile);
 };
 
@@ -128,8 +134,11 @@ void Renderer::render(const std::vector<ViewFragment*>& fragments, const RenderT
     glViewport(0, 0, tile.width, tile.height);
     glClearColor(0, 0, 0, 0);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    data.environment = target.environment ? target.environment
+                                          : &Vs::Scene::EnvironmentManager::getEnvManager()->environment({});
+    data.light.prepare(*data.environment);
     if (!target.transparentBackground)
-        data.background.draw(target, tile);
+        data.drawBackground(fragments, target, tile);
     bool first = true;
     for (ViewFragment* fragment : fragments) {
         if (!fragment)
@@ -144,6 +153,26 @@ void Renderer::render(const std::vector<ViewFragment*>& fragments, const RenderT
     data.meshes.collect();
     for (Pass* pass : data.passes)
         pass->collect();
+}
+
+RenderTarget RenderTarget::current()
+{
+    RenderTarget target;
+    target.dome = Vs::Scene::GraphicsOptionGroup::get()->displayDome();
+    target.environment = &Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironment();
+    return target;
+}
+
+// The first fragment is the one that shows the model; its camera sees the sky.
+void Renderer::Data::drawBackground(const std::vector<ViewFragment*>& fragments, const RenderTarget& target,
+                                    const Area& tile)
+{
+    const auto first = std::find_if(fragments.begin(), fragments.end(), [](auto* each) { return each; });
+    const Vs::StrongRef<Vs::Scene::Camera> none =
+        first == fragments.end() ? Vs::Scene::Camera::make() : nullptr;
+    const Vs::Scene::Camera& camera = none ? *none : *(*first)->camera();
+    const GkVector3d up = none ? GkVector3d::kZAxis : (*first)->renderParams()->groundPlaneOrientation();
+    background.draw(target, tile, Projection(camera, target.width, target.height), up, *environment, light);
 }
 
 KeptScene& Renderer::Data::sceneOf(const Graphics::Node& root)
@@ -187,7 +216,8 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
     statistics.uploadedInstances += scene.instances.update(scene.list, projection);
     for (const InstanceStore::Range& range : scene.instances.ranges())
         statistics.drawnInstances += uint64_t(range.count);
-    const Frame frame{fragment, scene, meshes, projection, target, area, part, tile, statistics};
+    const Frame frame{fragment, scene, meshes,     projection,   target, area,
+                      part,     tile,  statistics, *environment, light};
     for (Pass* pass : passes) {
         frame.drawIntoPicture();
         pass->draw(frame);

@@ -7,6 +7,10 @@
 #include <memory>
 #include <vector>
 
+namespace Vs::Scene {
+struct Environment;
+}
+
 namespace Rendra {
 
 /// What one picture is to be drawn into and how.
@@ -17,7 +21,9 @@ struct RenderTarget
     int height = 0;
     int samples = 1; ///< What is drawn into has to have as many samples; 1 for no anti-aliasing.
     bool transparentBackground = false;
-    bool dome = true; ///< The background is the shaded sky, not a plain light one.
+    bool dome = true; ///< The background shows the environment, not a plain colour.
+    /// What lights the scene; null for the first of EnvironmentManager's choice. Must outlive the picture.
+    const Vs::Scene::Environment* environment = nullptr;
     /// Width of edges in pixels of the framebuffer.
     float lineWidth = 1.0f;
     /// How many pixels of the framebuffer make one of the picture, each way; above 1 for supersampling.
@@ -27,6 +33,9 @@ struct RenderTarget
     bool effects = false;
     /// The part of the picture that the framebuffer takes, from its lower left corner; 0 by 0 for all of it.
     int tileX = 0, tileY = 0, tileWidth = 0, tileHeight = 0;
+
+    /// With what the user's options say now. Main thread only.
+    static RenderTarget current();
 };
 
 /// What the last picture took, for tests and benchmarks.

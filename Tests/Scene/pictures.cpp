@@ -1,6 +1,7 @@
 // Draws some simple bodies and writes the pictures as PNG files into the folder given as argument: for
 // looking at them when light, edges or backgrounds change.
 
+#include "Server/Scene/EnvironmentManager.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Tests/Scene/Shapes.h"
@@ -79,6 +80,23 @@ int main(int count, char** arguments)
         fragment->renderParams()->visualStyle(style);
         write(*fragment, folder + "/style" + std::to_string(style) + ".png", 640, 400, options);
     }
+    for (const int style : {kShadedWithVisibleEdges, kRealistic, kWireframe}) {
+        fragment->renderParams()->visualStyle(style);
+        for (const Environment& environment : EnvironmentManager::getEnvManager()->environments()) {
+            EnvironmentManager::getEnvManager()->activeEnvironmentID(environment.id);
+            const std::string id(environment.id.begin(), environment.id.end());
+            write(*fragment, folder + "/" + id + std::to_string(style) + ".png", 640, 400, options);
+        }
+    }
+    // As seen by somebody who stands beside the model.
+    fragment->camera()->look({-1, 1, -0.12}, {0, 0, 1});
+    for (const Environment& environment : EnvironmentManager::getEnvManager()->environments()) {
+        EnvironmentManager::getEnvManager()->activeEnvironmentID(environment.id);
+        const std::string id(environment.id.begin(), environment.id.end());
+        write(*fragment, folder + "/" + id + "-horizon.png", 640, 400, options);
+    }
+    EnvironmentManager::getEnvManager()->activeEnvironmentID(L"PhotoBooth");
+    fragment->camera()->look({-1, 1, -1}, {0, 0, 1});
     fragment->renderParams()->visualStyle(kShadedWithVisibleEdges);
     fragment->camera()->toggleProjection(kParallelProjection);
     fragment->camera()->fit(fragment->bounds());

@@ -1,23 +1,16 @@
 #include "Server/Scene/Rendra/Background.h"
 
+#include "Server/Scene/Camera.h"
 #include "Server/Scene/Rendra/Shaders.h"
+
+#include <algorithm>
 
 namespace Rendra {
 
-namespace {
-
-struct Rgb
-{
-    float r, g, b;
-};
-constexpr Rgb kDomeLow{0.93f, 0.945f, 0.96f}, kDomeHigh{0.62f, 0.70f, 0.79f};
-constexpr Rgb kPlainLow{0.975f, 0.98f, 0.985f}, kPlainHigh{0.83f, 0.865f, 0.905f};
-
-} // namespace
-
 bool Background::make(Vs::Status& status)
 {
-    if (!m_program.make("background", Shaders::kBackgroundVertex, Shaders::kBackgroundFragment, status))
+    if (!m_program.make("background", Shaders::kBackgroundVertex, Shaders::kBackgroundFragment, status,
+                        {Shaders::kSurroundings}))
         return false;
     glGenVertexArrays(1, &m_noArray);
     return true;
@@ -29,17 +22,26 @@ void Background::release()
     glDeleteVertexArrays(1, &m_noArray);
 }
 
-void Background::draw(const RenderTarget& target, const Area& tile)
+void Background::draw(const RenderTarget& target, const Area& tile, const Vs::Scene::Projection& projection,
+                      const GkVector3d& up, const Vs::Scene::Environment& environment,
+                      const EnvironmentLight& light)
 {
     glDisable(GL_DEPTH_TEST);
     glDepthMask(GL_FALSE);
     m_program.use();
-    const Rgb& low = target.dome ? kDomeLow : kPlainLow;
-    const Rgb& high = target.dome ? kDomeHigh : kPlainHigh;
-    glUniform3f(m_program.uniform("low"), low.r, low.g, low.b);
-    glUniform3f(m_program.uniform("high"), high.r, high.g, high.b);
-    glUniform2f(m_program.uniform("tile"), float(tile.y) / float(target.height),
-                float(tile.y + tile.height) / float(target.height));
+    light.set(m_program, EnvironmentLight::orientation(up) * projection.view().inverse());
+    glUniform1i(m_program.uniform("dome"), target.dome);
+    glUniform3f(m_program.uniform("plain"), environment.plain.r, environment.plain.g, environment.plain.b);
+    double halfWidth = projection.halfWidth(), halfHeight = projection.halfHeight();
+    if (!projection.perspective()) {
+        const double lens = Vs::Scene::Camera::s_normalPersLens / 2 / std::min(halfWidth, halfHeight);
+        halfWidth *= lens;
+        halfHeight *= lens;
+    }
+    const auto rayX = [&](int x) { return float((2.0 * x / target.width - 1) * halfWidth); };
+    const auto rayY = [&](int y) { return float((2.0 * y / target.height - 1) * halfHeight); };
+    glUniform4f(m_program.uniform("rays"), rayX(tile.x), rayY(tile.y), rayX(tile.x + tile.width),
+                rayY(tile.y + tile.height));
     glBindVertexArray(m_noArray);
     glDrawArrays(GL_TRIANGLES, 0, 3);
     glDepthMask(GL_TRUE);

@@ -4,13 +4,16 @@
 
 namespace Rendra {
 
-/// What is behind everything: the sky, or a plain light surface.
+/// What is behind everything: the environment as the camera sees it, or a plain colour.
 class Background
 {
 public:
     bool make(Vs::Status& status);
-    /// Fills the tile, whatever was there.
-    void draw(const RenderTarget& target, const Area& tile);
+    /// Fills the tile, whatever was there. A parallel projection sees the environment through a lens as
+    /// wide as that of a new perspective: it has no place from which rays spread, but a sky of one colour
+    /// would not tell up from down.
+    void draw(const RenderTarget& target, const Area& tile, const Vs::Scene::Projection& projection,
+              const GkVector3d& up, const Vs::Scene::Environment& environment, const EnvironmentLight& light);
     void release();
 
 private:

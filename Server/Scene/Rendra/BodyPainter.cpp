@@ -3,6 +3,8 @@
 #include "Server/Scene/Rendra/Shaders.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace Rendra {
 
@@ -11,16 +13,20 @@ namespace {
 /// How far bodies keep the light from each other, as a part of the scene's size.
 constexpr double kOcclusionReach = 0.05;
 
-constexpr float kEdgeColour[4] = {0.10f, 0.115f, 0.14f, 0.88f};
-constexpr float kHiddenEdgeColour[4] = {0.30f, 0.34f, 0.40f, 0.28f};
+constexpr float kEdgeColour[3] = {0.10f, 0.115f, 0.14f};
+constexpr float kEdgeOpacity = 0.88f;
+constexpr float kHiddenOpacity = 0.34f;
+/// A dash and the gap behind it, in pixels of the picture.
+constexpr float kDashPixels = 9;
 
 /// What a visual style draws.
 struct Style
 {
-    bool faces;       ///< Lit faces.
-    bool depthOnly;   ///< Faces that are not seen, but hide what is behind them.
-    bool edges;       ///< Edges that nothing hides.
-    bool hiddenEdges; ///< The others, faintly.
+    bool faces = false;       ///< Lit faces.
+    bool depthOnly = false;   ///< Faces that are not seen, but hide what is behind them.
+    bool edges = false;       ///< Edges that nothing hides.
+    bool hiddenEdges = false; ///< The others, faintly.
+    bool outlines = false;    ///< Lines where round faces turn away: without faces, nothing else shows these.
 };
 
 Style styleOf(int visualStyle)
@@ -28,19 +34,19 @@ Style styleOf(int visualStyle)
     switch (visualStyle) {
     case Vs::Scene::kShaded:
     case Vs::Scene::kRealistic:
-        return {true, false, false, false};
+        return {.faces = true};
     case Vs::Scene::kShadedWithHiddenEdges:
-        return {true, false, true, true};
+        return {.faces = true, .edges = true, .hiddenEdges = true};
     case Vs::Scene::kWireframe:
-        return {false, false, true, false};
+        return {.edges = true, .outlines = true};
     case Vs::Scene::kWireframeWithHiddenEdges:
-        return {false, true, true, true};
+        return {.depthOnly = true, .edges = true, .hiddenEdges = true, .outlines = true};
     case Vs::Scene::kWireframeWithVisibleEdges:
-        return {false, true, true, false};
+        return {.depthOnly = true, .edges = true, .outlines = true};
     case Vs::Scene::kHelpersOnly:
-        return {false, false, false, false};
+        return {};
     default:
-        return {true, false, true, false};
+        return {.faces = true, .edges = true};
     }
 }
 
@@ -59,14 +65,15 @@ Area occlusionArea(const Area& part, int pixelScale)
 
 bool BodyPainter::make(Vs::Status& status)
 {
-    return m_faces.make("faces", Shaders::kFaceVertex, Shaders::kFaceFragment, status) &&
+    return m_faces.make("faces", Shaders::kFaceVertex, Shaders::kFaceFragment, status,
+                        {Shaders::kSurroundings}) &&
            m_edges.make("edges", Shaders::kEdgeVertex, Shaders::kEdgeFragment, status);
 }
 
 void BodyPainter::release()
 {
-    m_faces.release();
-    m_edges.release();
+    for (Program* program : {&m_faces, &m_edges, &m_realistic, &m_outlines})
+        program->release();
     m_occlusion.release();
 }
 
@@ -79,7 +86,8 @@ void BodyPainter::draw(const Frame& frame)
     const bool occluded = frame.target.effects && style.faces && frame.params().ambientOcclusionEnabled() &&
                           findOcclusion(frame, size * kOcclusionReach);
     frame.drawIntoPicture();
-    setLight(frame, occluded);
+    const Program& faces = faceProgram(frame);
+    setLight(faces, frame, occluded);
     if (style.faces || style.depthOnly) {
         // Faces give way to the edges that lie in them.
         glEnable(GL_POLYGON_OFFSET_FILL);
@@ -95,22 +103,43 @@ void BodyPainter::draw(const Frame& frame)
 
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    if (style.edges || style.hiddenEdges) {
-        frame.setView(m_edges);
-        if (style.hiddenEdges) {
-            glDepthFunc(GL_GREATER);
-            drawEdges(frame, kHiddenEdgeColour);
-            glDepthFunc(GL_LEQUAL);
-        }
-        if (style.edges)
-            drawEdges(frame, kEdgeColour);
+    // On faces, edges are dark whatever is behind them; alone, they have to stand out from what is.
+    LineLook look{{kEdgeColour[0], kEdgeColour[1], kEdgeColour[2], kEdgeOpacity}, 0};
+    if (!style.faces) {
+        const Vs::Colour& line = frame.environment.line;
+        const float channels[3] = {line.r, line.g, line.b};
+        for (int i = 0; i < 3; ++i)
+            look.colour[i] = std::pow(channels[i], 1 / 2.2f);
     }
+    if (style.hiddenEdges) {
+        LineLook hidden = look;
+        hidden.colour[3] = kHiddenOpacity;
+        hidden.dashPixels = kDashPixels;
+        glDepthFunc(GL_GREATER);
+        drawLines(frame, hidden, style.outlines);
+        glDepthFunc(GL_LEQUAL);
+    }
+    if (style.edges)
+        drawLines(frame, look, style.outlines);
     if (style.faces) {
-        m_faces.use();
+        faces.use();
         frame.drawFaces(true);
     }
     glDepthMask(GL_TRUE);
     glDisable(GL_BLEND);
+}
+
+// A driver that refuses the program still shades, only less well: that is better than no picture.
+const Program& BodyPainter::faceProgram(const Frame& frame)
+{
+    if (frame.params().visualStyle() != Vs::Scene::kRealistic)
+        return m_faces;
+    if (!std::exchange(m_triedRealistic, true)) {
+        Vs::Status ignored;
+        m_realistic.make("realistic faces", Shaders::kFaceVertex, Shaders::kFaceFragment, ignored,
+                         {"#define REALISTIC\n", Shaders::kSurroundings});
+    }
+    return m_realistic ? m_realistic : m_faces;
 }
 
 bool BodyPainter::findOcclusion(const Frame& frame, double radius)
@@ -131,30 +160,51 @@ bool BodyPainter::findOcclusion(const Frame& frame, double radius)
     return true;
 }
 
-void BodyPainter::setLight(const Frame& frame, bool occluded)
+void BodyPainter::setLight(const Program& program, const Frame& frame, bool occluded)
 {
-    frame.setView(m_faces);
-    glUniform1i(m_faces.uniform("occluded"), occluded);
-    if (occluded) {
-        const int scale = frame.target.pixelScale;
-        const Area depths = occlusionArea(frame.part, scale);
-        const float perX = 1.0f / float(depths.width * scale);
-        const float perY = 1.0f / float(depths.height * scale);
-        glActiveTexture(GL_TEXTURE0);
-        glBindTexture(GL_TEXTURE_2D, m_occlusion.texture());
-        glUniform1i(m_faces.uniform("occlusion"), 0);
-        glUniform4f(m_faces.uniform("occlusionPlace"), perX, perY, float(frame.tile.x - depths.x) * perX,
-                    float(frame.tile.y - depths.y) * perY);
-    }
-    const GkVector3d up = (frame.projection.view() * frame.params().groundPlaneOrientation()).normal();
-    glUniform3f(m_faces.uniform("up"), float(up.x), float(up.y), float(up.z));
+    frame.setView(program);
+    frame.setLight(program);
+    glUniform1i(program.uniform("occluded"), occluded);
+    if (!occluded)
+        return;
+    const int scale = frame.target.pixelScale;
+    const Area depths = occlusionArea(frame.part, scale);
+    const float perX = 1.0f / float(depths.width * scale);
+    const float perY = 1.0f / float(depths.height * scale);
+    glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, m_occlusion.texture());
+    glUniform1i(program.uniform("occlusion"), 0);
+    glUniform4f(program.uniform("occlusionPlace"), perX, perY, float(frame.tile.x - depths.x) * perX,
+                float(frame.tile.y - depths.y) * perY);
 }
 
-void BodyPainter::drawEdges(const Frame& frame, const float (&colour)[4])
+void BodyPainter::drawLines(const Frame& frame, const LineLook& look, bool withOutlines)
 {
     glLineWidth(frame.lineWidth(frame.target.lineWidth));
-    glUniform4fv(m_edges.uniform("edgeColour"), 1, colour);
-    const GLint pixelsOfBody = m_edges.uniform("pixelsOfBody");
+    drawEdges(frame, look);
+    if (withOutlines)
+        drawOutlines(frame, look);
+}
+
+namespace {
+
+/// What both kinds of lines need to know of a body.
+void setBody(const Program& program, const Frame& frame, const Vs::BodyMesh& mesh)
+{
+    const GkPoint3d middle = mesh.bounds.centre();
+    glUniform4f(program.uniform("middle"), float(middle.x), float(middle.y), float(middle.z),
+                float(mesh.bounds.diagonal()));
+    glUniform1f(program.uniform("pixelsOfUnit"),
+                float(1 / frame.projection.pixelSize(1)) / std::max(1.0f, frame.target.lineWidth));
+}
+
+} // namespace
+
+void BodyPainter::drawEdges(const Frame& frame, const LineLook& look)
+{
+    frame.setView(m_edges);
+    glUniform4fv(m_edges.uniform("edgeColour"), 1, look.colour);
+    glUniform1f(m_edges.uniform("dashLength"), look.dashPixels);
     const KeptScene& scene = frame.scene;
     for (size_t i = 0; i < scene.list.batches().size(); ++i) {
         const Batch& batch = *scene.list.batches()[i];
@@ -164,11 +214,38 @@ void BodyPainter::drawEdges(const Frame& frame, const float (&colour)[4])
         const GlMesh& mesh = frame.meshes.get(batch.mesh, frame.statistics.uploadedMeshes);
         if (mesh.edgeIndexCount == 0)
             continue;
-        glUniform1f(pixelsOfBody, float(batch.mesh->bounds.diagonal() / frame.projection.pixelSize(1)) /
-                                      std::max(1.0f, frame.target.lineWidth));
+        setBody(m_edges, frame, *batch.mesh);
         glBindVertexArray(mesh.edgeArray);
         InstanceStore::bind(range);
         glDrawElementsInstanced(GL_LINES, mesh.edgeIndexCount, GL_UNSIGNED_INT, nullptr, range.count);
+        ++frame.statistics.drawCalls;
+    }
+}
+
+void BodyPainter::drawOutlines(const Frame& frame, const LineLook& look)
+{
+    if (!std::exchange(m_triedOutlines, true)) {
+        Vs::Status ignored;
+        m_outlines.make("outlines", Shaders::kOutlineVertex, Shaders::kEdgeFragment, ignored, {},
+                        Shaders::kOutlineGeometry);
+    }
+    if (!m_outlines)
+        return;
+    frame.setView(m_outlines);
+    glUniform4fv(m_outlines.uniform("edgeColour"), 1, look.colour);
+    glUniform1f(m_outlines.uniform("dashLength"), look.dashPixels * std::max(1.0f, frame.target.lineWidth));
+    glUniform2f(m_outlines.uniform("pixels"), float(frame.part.width) / 2, float(frame.part.height) / 2);
+    const KeptScene& scene = frame.scene;
+    for (size_t i = 0; i < scene.list.batches().size(); ++i) {
+        const Batch& batch = *scene.list.batches()[i];
+        const InstanceStore::Range& range = scene.instances.ranges()[i];
+        if (range.count == 0)
+            continue;
+        const GlMesh& mesh = frame.meshes.get(batch.mesh, frame.statistics.uploadedMeshes);
+        setBody(m_outlines, frame, *batch.mesh);
+        glBindVertexArray(mesh.faceArray);
+        InstanceStore::bind(range);
+        glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, GL_UNSIGNED_INT, nullptr, range.count);
         ++frame.statistics.drawCalls;
     }
 }

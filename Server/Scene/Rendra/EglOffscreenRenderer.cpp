@@ -108,6 +108,7 @@ private:
               Status& status);
 
     std::unique_ptr<Worker> m_worker;
+    Rendra::RenderTarget m_current; ///< What the user's options say about the picture that is drawn.
     // All of these live in the worker's thread.
     std::unique_ptr<Rendra::EglContext> m_context;
     std::unique_ptr<Rendra::Renderer> m_renderer;
@@ -138,6 +139,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
             fragment->bounds(); // takes in what arrived, here in the thread that owns the scene
     if (!m_worker)
         m_worker = std::make_unique<Worker>();
+    m_current = Rendra::RenderTarget::current();
     bool drawn = false;
     m_worker->run([&] {
         try {
@@ -195,7 +197,7 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments, con
         return false;
     }
 
-    Rendra::RenderTarget picture;
+    Rendra::RenderTarget picture = m_current;
     picture.framebuffer = m_target.framebuffer();
     picture.width = width * scale;
     picture.height = height * scale;

@@ -41,6 +41,12 @@ void Frame::clipMatrix(const Area& into, double (&rows)[4][4]) const
                           double(into.y - area.y + into.height) / area.height);
 }
 
+void Frame::setLight(const Program& program) const
+{
+    light.set(program,
+              EnvironmentLight::orientation(params().groundPlaneOrientation()) * projection.view().inverse());
+}
+
 float Frame::lineWidth(float wanted) const
 {
     float widths[2] = {1, 1};

@@ -4,6 +4,7 @@
 #include "Server/Scene/Renderer.h"
 #include "Server/Scene/Rendra/ContactShadow.h"
 #include "Server/Scene/Rendra/DrawList.h"
+#include "Server/Scene/Rendra/EnvironmentLight.h"
 #include "Server/Scene/Rendra/Ground.h"
 #include "Server/Scene/Rendra/InstanceStore.h"
 #include "Server/Scene/Rendra/MeshStore.h"
@@ -48,6 +49,8 @@ struct Frame
     Area part; ///< What of it lies in the tile.
     Area tile; ///< What the framebuffer holds; its lower left corner is the framebuffer's.
     RenderStatistics& statistics;
+    const Vs::Scene::Environment& environment;
+    const EnvironmentLight& light; ///< Of the environment.
 
     const Vs::Scene::RenderParams& params() const { return *fragment.renderParams(); }
 
@@ -63,6 +66,9 @@ struct Frame
 
     /// From camera to clip coordinates of a part of the fragment, row by row.
     void clipMatrix(const Area& into, double (&rows)[4][4]) const;
+
+    /// Sets the uniforms of the environment's light for the program, which must be current.
+    void setLight(const Program& program) const;
 
     /// The width of lines nearest to `wanted` that the driver draws.
     float lineWidth(float wanted) const;

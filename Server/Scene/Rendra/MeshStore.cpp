@@ -87,6 +87,27 @@ void colourFaces(const Vs::BodyMesh& mesh, std::vector<Vertex>& vertices, std::v
     }
 }
 
+/// x, y, z, and how far along its polyline the point lies.
+std::vector<float> edgeVertices(const Vs::BodyMesh& mesh)
+{
+    std::vector<float> vertices;
+    vertices.reserve(mesh.edgePoints.size() / 3 * 4);
+    const auto at = [&](size_t point) { return &mesh.edgePoints[3 * point]; };
+    size_t line = 0;
+    double along = 0;
+    for (size_t point = 0; point < mesh.edgePoints.size() / 3; ++point) {
+        while (line < mesh.edgeStarts.size() && mesh.edgeStarts[line] < point)
+            ++line;
+        const bool first = point == 0 || (line < mesh.edgeStarts.size() && mesh.edgeStarts[line] == point);
+        along = first ? 0
+                      : along + std::hypot(double(at(point)[0]) - at(point - 1)[0],
+                                           double(at(point)[1]) - at(point - 1)[1],
+                                           double(at(point)[2]) - at(point - 1)[2]);
+        vertices.insert(vertices.end(), {at(point)[0], at(point)[1], at(point)[2], float(along)});
+    }
+    return vertices;
+}
+
 std::vector<uint32_t> edgeSegments(const Vs::BodyMesh& mesh)
 {
     std::vector<uint32_t> segments;
@@ -160,9 +181,11 @@ void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
         return;
     glGenVertexArrays(1, &target.edgeArray);
     glBindVertexArray(target.edgeArray);
-    target.edgeVertices = buffer(GL_ARRAY_BUFFER, mesh.edgePoints);
-    glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, 0, nullptr);
+    target.edgeVertices = buffer(GL_ARRAY_BUFFER, edgeVertices(mesh));
+    glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, 4 * sizeof(float), nullptr);
+    glVertexAttribPointer(kEdgeLength, 1, GL_FLOAT, GL_FALSE, 4 * sizeof(float), at(3 * sizeof(float)));
     glEnableVertexAttribArray(kPosition);
+    glEnableVertexAttribArray(kEdgeLength);
     enableInstanceAttributes();
     target.edgeIndices = buffer(GL_ELEMENT_ARRAY_BUFFER, segments);
 }

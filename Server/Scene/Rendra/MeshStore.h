@@ -12,6 +12,7 @@ namespace Rendra {
 enum Attribute : GLuint {
     kPosition,
     kNormal,
+    kEdgeLength = kNormal, ///< Edges have no normals.
     kFaceColour,
     kRow0,
     kRow1,

@@ -3,15 +3,16 @@
 #include "Server/Base/Strings.h"
 
 #include <string>
+#include <vector>
 
 namespace Rendra {
 
 namespace {
 
-GLuint compile(GLenum kind, const char* text, std::string& message)
+GLuint compile(GLenum kind, const std::vector<const char*>& pieces, std::string& message)
 {
     const GLuint shader = glCreateShader(kind);
-    glShaderSource(shader, 1, &text, nullptr);
+    glShaderSource(shader, GLsizei(pieces.size()), pieces.data(), nullptr);
     glCompileShader(shader);
     GLint works = GL_FALSE;
     glGetShaderiv(shader, GL_COMPILE_STATUS, &works);
@@ -26,14 +27,24 @@ GLuint compile(GLenum kind, const char* text, std::string& message)
 
 } // namespace
 
-bool Program::make(const char* name, const char* vertex, const char* fragment, Vs::Status& status)
+bool Program::make(const char* name, const char* vertex, const char* fragment, Vs::Status& status,
+                   std::initializer_list<const char*> pieces, const char* geometry)
 {
+    std::vector<const char*> fragmentPieces(pieces);
+    if (!fragmentPieces.empty())
+        fragmentPieces.insert(fragmentPieces.begin(), "#version 330 core\n");
+    fragmentPieces.push_back(fragment);
     std::string message;
-    const GLuint vertexShader = compile(GL_VERTEX_SHADER, vertex, message);
-    const GLuint fragmentShader = vertexShader ? compile(GL_FRAGMENT_SHADER, fragment, message) : 0;
+    const GLuint vertexShader = compile(GL_VERTEX_SHADER, {vertex}, message);
+    const GLuint geometryShader =
+        vertexShader && geometry ? compile(GL_GEOMETRY_SHADER, {geometry}, message) : 0;
+    const bool complete = vertexShader && (geometryShader || !geometry);
+    const GLuint fragmentShader = complete ? compile(GL_FRAGMENT_SHADER, fragmentPieces, message) : 0;
     if (fragmentShader) {
         m_program = glCreateProgram();
         glAttachShader(m_program, vertexShader);
+        if (geometryShader)
+            glAttachShader(m_program, geometryShader);
         glAttachShader(m_program, fragmentShader);
         glLinkProgram(m_program);
         GLint works = GL_FALSE;
@@ -45,6 +56,7 @@ bool Program::make(const char* name, const char* vertex, const char* fragment, V
             release();
         }
     }
+    glDeleteShader(geometryShader);
     glDeleteShader(vertexShader);
     glDeleteShader(fragmentShader);
     if (m_program)

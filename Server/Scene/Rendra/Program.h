@@ -3,6 +3,7 @@
 #include "Server/Base/Status.h"
 
 #include <epoxy/gl.h>
+#include <initializer_list>
 
 namespace Rendra {
 
@@ -10,11 +11,14 @@ namespace Rendra {
 class Program
 {
 public:
-    /// False, with the compiler's message in the status, if it cannot be made.
-    bool make(const char* name, const char* vertex, const char* fragment, Vs::Status& status);
+    /// False, with the compiler's message in the status, if it cannot be made. A fragment program that comes
+    /// with `pieces` has no line of its version: it is preceded by that and by the pieces in their order.
+    bool make(const char* name, const char* vertex, const char* fragment, Vs::Status& status,
+              std::initializer_list<const char*> pieces = {}, const char* geometry = nullptr);
     void release();
     void abandon() { m_program = 0; }
 
+    explicit operator bool() const { return m_program != 0; }
     void use() const { glUseProgram(m_program); }
     /// -1 where the compiler left the uniform out; setting that does nothing.
     GLint uniform(const char* name) const { return glGetUniformLocation(m_program, name); }

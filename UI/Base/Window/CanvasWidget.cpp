@@ -200,13 +200,12 @@ protected:
         if (!m_renderer)
             return;
         const double ratio = devicePixelRatioF();
-        Rendra::RenderTarget target;
+        Rendra::RenderTarget target = Rendra::RenderTarget::current();
         target.framebuffer = defaultFramebufferObject();
         target.width = static_cast<int>(width() * ratio);
         target.height = static_cast<int>(height() * ratio);
         target.samples = std::max(1, format().samples());
         target.lineWidth = static_cast<float>(ratio);
-        target.dome = Vs::Scene::GraphicsOptionGroup::get()->displayDome();
         target.effects = !m_renderer->drawsInSoftware();
         m_renderer->render(m_link.fragments(), target);
     }
