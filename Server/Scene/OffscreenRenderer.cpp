@@ -12,6 +12,8 @@ ImageOptions ImageOptions::current()
     options.antiAliasing = group.MSAA();
     options.transparentBackground = group.transparentBackground();
     options.dome = group.displayDome();
+    options.grid = group.showLayoutGrid();
+    options.gridNumbers = group.showGridRefNumbers();
     return options;
 }
 

@@ -7,6 +7,7 @@
 #include "Server/Scene/Rendra/Frame.h"
 #include "Server/Scene/Rendra/GroundPainter.h"
 #include "Server/Scene/Rendra/HelperPainter.h"
+#include "Server/Scene/Rendra/LayoutGrid.h"
 
 #include <algorithm>
 #include <array>
@@ -30,9 +31,10 @@ struct Renderer::Data
     Background background;
     GroundPainter ground;
     BodyPainter bodies;
+    LayoutGrid grid;
     HelperPainter helpers;
     /// What is drawn of each fragment, in this order.
-    const std::array<Pass*, 3> passes{&ground, &bodies, &helpers};
+    const std::array<Pass*, 4> passes{&ground, &bodies, &grid, &helpers};
     EnvironmentLight light;
     const Vs::Scene::Environment* environment = nullptr;
     MeshStore meshes;
@@ -158,7 +160,10 @@ void Renderer::render(const std::vector<ViewFragment*>& fragments, const RenderT
 RenderTarget RenderTarget::current()
 {
     RenderTarget target;
-    target.dome = Vs::Scene::GraphicsOptionGroup::get()->displayDome();
+    const Vs::Scene::GraphicsOptionGroup& options = *Vs::Scene::GraphicsOptionGroup::get();
+    target.dome = options.displayDome();
+    target.grid = options.showLayoutGrid();
+    target.gridNumbers = options.showGridRefNumbers();
     target.environment = &Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironment();
     return target;
 }

@@ -29,6 +29,7 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
     options.antiAliasing = true;
     options.transparentBackground = true;
+    options.grid = false;
     Vs::Scene::Image image;
     Vs::Status ignored; // Without a picture the file is as good.
     if (!Vs::Scene::OffscreenRenderer::get()->render(fragments, side, side, options, image, ignored))

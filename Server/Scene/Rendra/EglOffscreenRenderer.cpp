@@ -204,6 +204,8 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments, con
     picture.samples = samples;
     picture.transparentBackground = options.transparentBackground;
     picture.dome = options.dome;
+    picture.grid = options.grid;
+    picture.gridNumbers = options.gridNumbers;
     picture.lineWidth = kLineWidth * float(scale);
     picture.pixelScale = scale;
     picture.effects = options.fine;

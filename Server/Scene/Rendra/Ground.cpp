@@ -67,6 +67,12 @@ double lowestPoint(const DrawList& list, const GkVector3d& up)
 
 } // namespace
 
+void groundAxes(const GkVector3d& up, GkVector3d& right, GkVector3d& forward)
+{
+    forward = up.crossProduct(std::abs(up.x) < 0.9 ? GkVector3d(1, 0, 0) : GkVector3d(0, 1, 0)).normal();
+    right = forward.crossProduct(up);
+}
+
 double Ground::size() const
 {
     return std::sqrt(width * width + depth * depth + height() * height());
@@ -84,12 +90,8 @@ const Ground* GroundFinder::find(const DrawList& list, const GkVector3d& up)
         m_up = up;
         m_exists = list.instances() > 0;
         if (m_exists) {
-            // Along the scene's own axes wherever that can be: boxes fit tightest there.
-            const bool steep = std::abs(up.x) < 0.9;
-            const GkVector3d forward = up.crossProduct(steep ? GkVector3d(1, 0, 0) : GkVector3d(0, 1, 0));
             m_ground.up = up;
-            m_ground.forward = forward.normal();
-            m_ground.right = m_ground.forward.crossProduct(up);
+            groundAxes(up, m_ground.right, m_ground.forward);
             const auto between = [&](const GkVector3d& direction) {
                 double low = std::numeric_limits<double>::max(), high = -low;
                 for (const auto& batch : list.batches())

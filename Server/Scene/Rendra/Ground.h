@@ -4,6 +4,10 @@
 
 namespace Rendra {
 
+/// Two directions along a ground whose up has length one, at right angles: with it, a right-handed system,
+/// and along the scene's own axes wherever that can be.
+void groundAxes(const GkVector3d& up, GkVector3d& right, GkVector3d& forward);
+
 /// Where the ground lies below the bodies of a scene. Coordinates are along the three directions, relative to
 /// the draw list's origin.
 struct Ground

@@ -236,9 +236,10 @@ protected:
     {
         QPainter painter(this);
         const std::vector<Vs::Scene::ViewFragment*> fragments = m_link.fragments();
-        Vs::Scene::ImageOptions options;
+        Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
         options.fine = false;
-        options.dome = Vs::Scene::GraphicsOptionGroup::get()->displayDome();
+        options.antiAliasing = true;
+        options.transparentBackground = false;
         Vs::Scene::Image image;
         Vs::Status status;
         const double ratio = devicePixelRatioF();
