@@ -7,6 +7,7 @@
 #include "Server/Scene/Rendra/Frame.h"
 #include "Server/Scene/Rendra/GroundPainter.h"
 #include "Server/Scene/Rendra/HelperPainter.h"
+#include "Server/Scene/Rendra/HighlightPainter.h"
 #include "Server/Scene/Rendra/LayoutGrid.h"
 
 #include <algorithm>
@@ -32,9 +33,10 @@ struct Renderer::Data
     GroundPainter ground;
     BodyPainter bodies;
     LayoutGrid grid;
+    HighlightPainter highlights;
     HelperPainter helpers;
     /// What is drawn of each fragment, in this order.
-    const std::array<Pass*, 4> passes{&ground, &bodies, &grid, &helpers};
+    const std::array<Pass*, 5> passes{&ground, &bodies, &grid, &highlights, &helpers};
     EnvironmentLight light;
     const Vs::Scene::Environment* environment = nullptr;
     MeshStore meshes;
@@ -133,6 +135,7 @@ void Renderer::render(const std::vector<ViewFragment*>& fragments, const RenderT
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glDepthMask(GL_TRUE);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glVertexAttrib4f(kFaceColour, 0, 0, 0, 0); // for meshes that have none
     glViewport(0, 0, tile.width, tile.height);
     glClearColor(0, 0, 0, 0);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
@@ -165,6 +168,7 @@ RenderTarget RenderTarget::current()
     target.grid = options.showLayoutGrid();
     target.gridNumbers = options.showGridRefNumbers();
     target.environment = &Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironment();
+    target.selectionEffect = options.selectionEffectOption();
     return target;
 }
 

@@ -13,6 +13,15 @@ struct Environment;
 
 namespace Rendra {
 
+/// How selected bodies, and those that are pointed at, stand out; the numbers are those of the user's
+/// options.
+enum ESelectionEffect {
+    kNormalEffect = 1,     ///< Tinted, with a glowing outline that is seen through everything.
+    kFastEffect = 2,       ///< Tinted only.
+    kSimplifiedEffect = 3, ///< Edges and the corners of a box.
+    kNoEffect = 4,
+};
+
 /// What one picture is to be drawn into and how.
 struct RenderTarget
 {
@@ -26,6 +35,7 @@ struct RenderTarget
     const Vs::Scene::Environment* environment = nullptr;
     bool grid = false;        ///< The layout grid, in fragments that show a model,
     bool gridNumbers = false; ///< and with it its numbers.
+    int selectionEffect = kNormalEffect; ///< Any other number than an ESelectionEffect is as kFastEffect.
     /// Width of edges in pixels of the framebuffer.
     float lineWidth = 1.0f;
     /// How many pixels of the framebuffer make one of the picture, each way; above 1 for supersampling.

@@ -2,6 +2,7 @@
 // looking at them when light, edges or backgrounds change.
 
 #include "Server/Scene/EnvironmentManager.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Tests/Scene/Shapes.h"
@@ -88,6 +89,19 @@ int main(int count, char** arguments)
             write(*fragment, folder + "/" + id + std::to_string(style) + ".png", 640, 400, options);
         }
     }
+    fragment->renderParams()->visualStyle(kShadedWithVisibleEdges);
+    for (const wchar_t* id : {L"PhotoBooth", L"DarkSky"}) {
+        EnvironmentManager::getEnvManager()->activeEnvironmentID(id);
+        for (int effect = 1; effect <= 4; ++effect) {
+            GraphicsOptionGroup::get()->selectionEffectOption(effect);
+            write(*fragment, folder + "/effect" + std::to_string(effect) + (*id == L'D' ? "d" : "") + ".png",
+                  640, 400, options);
+        }
+    }
+    GraphicsOptionGroup::get()->selectionEffectOption(1);
+    fragment->renderParams()->colorCyclingEnabled(true);
+    write(*fragment, folder + "/cycling.png", 640, 400, options);
+    fragment->renderParams()->colorCyclingEnabled(false);
     // As seen by somebody who stands beside the model.
     fragment->camera()->look({-1, 1, -0.12}, {0, 0, 1});
     for (const Environment& environment : EnvironmentManager::getEnvManager()->environments()) {

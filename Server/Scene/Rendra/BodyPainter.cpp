@@ -164,6 +164,8 @@ void BodyPainter::setLight(const Program& program, const Frame& frame, bool occl
 {
     frame.setView(program);
     frame.setLight(program);
+    frame.setHighlights(program);
+    glUniform1i(program.uniform("cycling"), frame.params().colorCyclingEnabled());
     glUniform1i(program.uniform("occluded"), occluded);
     if (!occluded)
         return;
@@ -203,6 +205,7 @@ void setBody(const Program& program, const Frame& frame, const Vs::BodyMesh& mes
 void BodyPainter::drawEdges(const Frame& frame, const LineLook& look)
 {
     frame.setView(m_edges);
+    frame.setHighlights(m_edges);
     glUniform4fv(m_edges.uniform("edgeColour"), 1, look.colour);
     glUniform1f(m_edges.uniform("dashLength"), look.dashPixels);
     const KeptScene& scene = frame.scene;
@@ -217,7 +220,7 @@ void BodyPainter::drawEdges(const Frame& frame, const LineLook& look)
         setBody(m_edges, frame, *batch.mesh);
         glBindVertexArray(mesh.edgeArray);
         InstanceStore::bind(range);
-        glDrawElementsInstanced(GL_LINES, mesh.edgeIndexCount, GL_UNSIGNED_INT, nullptr, range.count);
+        glDrawElementsInstanced(GL_LINES, mesh.edgeIndexCount, mesh.edgeIndexType, nullptr, range.count);
         ++frame.statistics.drawCalls;
     }
 }
@@ -232,6 +235,7 @@ void BodyPainter::drawOutlines(const Frame& frame, const LineLook& look)
     if (!m_outlines)
         return;
     frame.setView(m_outlines);
+    frame.setHighlights(m_outlines);
     glUniform4fv(m_outlines.uniform("edgeColour"), 1, look.colour);
     glUniform1f(m_outlines.uniform("dashLength"), look.dashPixels * std::max(1.0f, frame.target.lineWidth));
     glUniform2f(m_outlines.uniform("pixels"), float(frame.part.width) / 2, float(frame.part.height) / 2);
@@ -245,7 +249,7 @@ void BodyPainter::drawOutlines(const Frame& frame, const LineLook& look)
         setBody(m_outlines, frame, *batch.mesh);
         glBindVertexArray(mesh.faceArray);
         InstanceStore::bind(range);
-        glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, GL_UNSIGNED_INT, nullptr, range.count);
+        glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, mesh.indexType, nullptr, range.count);
         ++frame.statistics.drawCalls;
     }
 }

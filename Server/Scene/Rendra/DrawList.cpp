@@ -54,6 +54,8 @@ struct DrawList::State
     const Vs::Colour* colour = nullptr;
     Highlight highlight = Highlight::None;
     const InstanceNode* effect = nullptr;
+    uint64_t firstId = 0; ///< Of the group right below the root: the asset's.
+    bool below = false;   ///< Below the root.
 };
 
 void Batch::markDirty(size_t index)
@@ -71,6 +73,8 @@ void Batch::count(const Instance& instance, int by)
 {
     if (instance.flags & Instance::kMirrored)
         mirrored += size_t(by);
+    if (instance.flags & (Instance::kPointed | Instance::kSelected))
+        lit += size_t(by);
 }
 
 DrawList::DrawList() : m_root(std::make_unique<Record>()) {}
@@ -109,6 +113,9 @@ void DrawList::visit(const Node& node, Record& record, const State& above, bool 
         return;
     }
     State state = above;
+    if (above.below && above.firstId == 0 && Vs::cast<GroupNode>(&node))
+        state.firstId = node.id();
+    state.below = true;
     state.matrix = above.matrix * node.transform();
     if (node.colour())
         state.colour = &*node.colour();
@@ -183,6 +190,8 @@ void DrawList::visitBody(const BodyNode& node, Record& record, const State& stat
     instance.flags = state.highlight == Highlight::Selected  ? Instance::kSelected
                      : state.highlight == Highlight::Pointed ? Instance::kPointed
                                                              : 0;
+    // Nodes are numbered in the order of the model's tree, so that the same file gets the same numbers again.
+    instance.flags |= (uint32_t(node.id() - state.firstId) & Instance::kNumberMask) << Instance::kNumberShift;
     if (state.matrix.det() < 0)
         instance.flags |= Instance::kMirrored;
 

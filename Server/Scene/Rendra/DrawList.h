@@ -18,6 +18,8 @@ namespace Rendra {
 struct Instance
 {
     static constexpr uint32_t kPointed = 1, kSelected = 2, kMirrored = 4;
+    /// Above these bits, the number of the body's node among those of its asset, cut to as many bits.
+    static constexpr uint32_t kNumberShift = 8, kNumberMask = 0xFFF;
 
     float rows[3][4];  ///< Body to scene coordinates, relative to the draw list's origin.
     uint8_t colour[4]; ///< As it looks on the screen, not linear.
@@ -42,6 +44,7 @@ struct Batch
     /// What changed since the last upload: from `dirtyFirst` up to but without `dirtyEnd`.
     size_t dirtyFirst = 0, dirtyEnd = 0;
     size_t mirrored = 0; ///< How many instances turn the mesh inside out.
+    size_t lit = 0;      ///< How many are pointed at or selected.
 
     void markDirty(size_t index);
     void count(const Instance& instance, int by);

@@ -1,6 +1,7 @@
 #include "Server/Scene/Rendra/Frame.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace Rendra {
 
@@ -41,6 +42,24 @@ void Frame::clipMatrix(const Area& into, double (&rows)[4][4]) const
                           double(into.y - area.y + into.height) / area.height);
 }
 
+HighlightColours::HighlightColours(const Vs::Scene::Environment& environment)
+{
+    const bool dark = environment.line.g > 0.3f;
+    const float near[2][3] = {{0.05f, 0.40f, 0.75f}, {0.45f, 0.75f, 1.00f}};
+    const float chosen[2][3] = {{0.00f, 0.25f, 0.72f}, {0.20f, 0.58f, 1.00f}};
+    std::copy(std::begin(near[dark]), std::end(near[dark]), pointed);
+    std::copy(std::begin(chosen[dark]), std::end(chosen[dark]), selected);
+}
+
+void Frame::setHighlights(const Program& program) const
+{
+    const HighlightColours colours(environment);
+    glUniform1i(program.uniform("tinted"),
+                target.selectionEffect != kSimplifiedEffect && target.selectionEffect != kNoEffect);
+    glUniform3fv(program.uniform("pointedColour"), 1, colours.pointed);
+    glUniform3fv(program.uniform("selectedColour"), 1, colours.selected);
+}
+
 void Frame::setLight(const Program& program) const
 {
     light.set(program,
@@ -67,7 +86,7 @@ void Frame::drawFaces(bool transparent) const
         outsideOnly ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
         glBindVertexArray(mesh.faceArray);
         InstanceStore::bind(range);
-        glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, GL_UNSIGNED_INT, nullptr, range.count);
+        glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, mesh.indexType, nullptr, range.count);
         ++statistics.drawCalls;
         statistics.triangles += uint64_t(mesh.indexCount / 3) * uint64_t(range.count);
     }

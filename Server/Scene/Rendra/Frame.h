@@ -37,6 +37,14 @@ struct KeptScene
     }
 };
 
+/// The colours of what is pointed at and of what is selected, as they look on the screen; lighter ones where
+/// lines are light.
+struct HighlightColours
+{
+    explicit HighlightColours(const Vs::Scene::Environment& environment);
+    float pointed[3], selected[3];
+};
+
 /// What a pass is given: one fragment, and the part of the picture in which it is drawn now.
 struct Frame
 {
@@ -66,6 +74,10 @@ struct Frame
 
     /// From camera to clip coordinates of a part of the fragment, row by row.
     void clipMatrix(const Area& into, double (&rows)[4][4]) const;
+
+    /// Sets the uniforms `tinted`, `pointedColour` and `selectedColour` of the program, which must be
+    /// current.
+    void setHighlights(const Program& program) const;
 
     /// Sets the uniforms of the environment's light for the program, which must be current.
     void setLight(const Program& program) const;

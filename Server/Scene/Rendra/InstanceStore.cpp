@@ -11,8 +11,14 @@ uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection
     const uint64_t changed = uploadChanges(list);
     m_ranges.assign(list.batches().size(), {});
     m_gathered.clear();
+    m_lit.clear();
     for (size_t i = 0; i < list.batches().size(); ++i) {
         const Batch& batch = *list.batches()[i];
+        for (size_t left = batch.lit, index = 0; left > 0; ++index)
+            if (batch.instances[index].flags & (Instance::kPointed | Instance::kSelected)) {
+                m_lit.push_back({&batch, i, index});
+                --left;
+            }
         if (list.cull(batch, projection, m_indices)) {
             m_ranges[i] = {m_all, m_offsets[i], GLsizei(batch.instances.size())};
             continue;

@@ -21,6 +21,13 @@ public:
         GLsizei count = 0;
     };
 
+    /// One instance that stands out.
+    struct Lit
+    {
+        const Batch* batch;
+        size_t batchIndex, index;
+    };
+
     /// Sends what changed, and finds what is to be drawn. Returns the number of instances that were sent
     /// because they changed.
     uint64_t update(const DrawList& list, const Vs::Scene::Projection& projection);
@@ -31,6 +38,13 @@ public:
 
     /// As many as the list has batches, in the same order.
     const std::vector<Range>& ranges() const { return m_ranges; }
+
+    /// Those of the instances of the last `update` that are pointed at or selected, be they in view or not.
+    const std::vector<Lit>& lit() const { return m_lit; }
+    Range rangeOf(const Lit& lit) const
+    {
+        return {m_all, m_offsets[lit.batchIndex] + lit.index * sizeof(Instance), 1};
+    }
 
     /// Sets the instance attributes of the vertex array that is bound.
     static void bind(const Range& range);
@@ -44,6 +58,7 @@ private:
     uint64_t m_layout = 0;
     std::vector<size_t> m_offsets;
     std::vector<Range> m_ranges;
+    std::vector<Lit> m_lit;
     std::vector<Instance> m_gathered;
     std::vector<uint32_t> m_indices;
 };

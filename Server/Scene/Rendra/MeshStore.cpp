@@ -121,12 +121,54 @@ std::vector<uint32_t> edgeSegments(const Vs::BodyMesh& mesh)
 }
 
 template <class T>
-GLuint buffer(GLenum target, const std::vector<T>& content)
+GLuint buffer(GLenum target, const std::vector<T>& content, size_t& bytes)
 {
     GLuint name = 0;
     glGenBuffers(1, &name);
     glBindBuffer(target, name);
     glBufferData(target, GLsizeiptr(content.size() * sizeof(T)), content.data(), GL_STATIC_DRAW);
+    bytes += content.size() * sizeof(T);
+    return name;
+}
+
+/// Sends indices below `vertices` in the shortest form that holds them.
+GLuint indexBuffer(const std::vector<uint32_t>& indices, size_t vertices, GLenum& type, size_t& bytes)
+{
+    type = vertices <= 0x10000 ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
+    if (type == GL_UNSIGNED_INT)
+        return buffer(GL_ELEMENT_ARRAY_BUFFER, indices, bytes);
+    return buffer(GL_ELEMENT_ARRAY_BUFFER, std::vector<uint16_t>(indices.begin(), indices.end()), bytes);
+}
+
+const void* offsetIn(size_t bytes)
+{
+    return reinterpret_cast<const void*>(bytes);
+}
+
+/// Sends the vertices; those of a body whose faces have no colours of their own do without, and have the
+/// value that stands for none instead (see Renderer::render).
+GLuint vertexBuffer(const std::vector<Vertex>& vertices, bool coloured, size_t& bytes)
+{
+    GLuint name = 0;
+    GLsizei stride = sizeof(Vertex);
+    if (coloured) {
+        name = buffer(GL_ARRAY_BUFFER, vertices, bytes);
+        glVertexAttribPointer(kFaceColour, 4, GL_UNSIGNED_BYTE, GL_TRUE, stride,
+                              offsetIn(offsetof(Vertex, colour)));
+        glEnableVertexAttribArray(kFaceColour);
+    } else {
+        static_assert(offsetof(Vertex, colour) == 16);
+        stride = offsetof(Vertex, colour);
+        std::vector<uint32_t> plain(vertices.size() * 4);
+        for (size_t i = 0; i < vertices.size(); ++i)
+            std::memcpy(&plain[4 * i], &vertices[i], offsetof(Vertex, colour));
+        name = buffer(GL_ARRAY_BUFFER, plain, bytes);
+    }
+    glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, stride, offsetIn(offsetof(Vertex, position)));
+    glVertexAttribPointer(kNormal, 4, GL_INT_2_10_10_10_REV, GL_TRUE, stride,
+                          offsetIn(offsetof(Vertex, normal)));
+    glEnableVertexAttribArray(kPosition);
+    glEnableVertexAttribArray(kNormal);
     return name;
 }
 
@@ -161,17 +203,9 @@ void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
         colourFaces(mesh, vertices, triangles);
     glGenVertexArrays(1, &target.faceArray);
     glBindVertexArray(target.faceArray);
-    target.vertices = buffer(GL_ARRAY_BUFFER, vertices);
-    const auto at = [](size_t offset) { return reinterpret_cast<const void*>(offset); };
-    glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex), at(offsetof(Vertex, position)));
-    glVertexAttribPointer(kNormal, 4, GL_INT_2_10_10_10_REV, GL_TRUE, sizeof(Vertex),
-                          at(offsetof(Vertex, normal)));
-    glVertexAttribPointer(kFaceColour, 4, GL_UNSIGNED_BYTE, GL_TRUE, sizeof(Vertex),
-                          at(offsetof(Vertex, colour)));
-    for (GLuint attribute : {kPosition, kNormal, kFaceColour})
-        glEnableVertexAttribArray(attribute);
+    target.vertices = vertexBuffer(vertices, !mesh.colours.empty(), target.bytes);
     enableInstanceAttributes();
-    target.indices = buffer(GL_ELEMENT_ARRAY_BUFFER, triangles);
+    target.indices = indexBuffer(triangles, vertices.size(), target.indexType, target.bytes);
     target.indexCount = GLsizei(triangles.size());
     target.closed = isClosedAndOutward(mesh);
 
@@ -181,13 +215,14 @@ void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
         return;
     glGenVertexArrays(1, &target.edgeArray);
     glBindVertexArray(target.edgeArray);
-    target.edgeVertices = buffer(GL_ARRAY_BUFFER, edgeVertices(mesh));
+    target.edgeVertices = buffer(GL_ARRAY_BUFFER, edgeVertices(mesh), target.bytes);
     glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, 4 * sizeof(float), nullptr);
-    glVertexAttribPointer(kEdgeLength, 1, GL_FLOAT, GL_FALSE, 4 * sizeof(float), at(3 * sizeof(float)));
+    glVertexAttribPointer(kEdgeLength, 1, GL_FLOAT, GL_FALSE, 4 * sizeof(float), offsetIn(3 * sizeof(float)));
     glEnableVertexAttribArray(kPosition);
     glEnableVertexAttribArray(kEdgeLength);
     enableInstanceAttributes();
-    target.edgeIndices = buffer(GL_ELEMENT_ARRAY_BUFFER, segments);
+    target.edgeIndices =
+        indexBuffer(segments, mesh.edgePoints.size() / 3, target.edgeIndexType, target.bytes);
 }
 
 void MeshStore::free(GlMesh& mesh)

@@ -51,10 +51,23 @@ layout(location = 7) in uint flags;
 uniform mat4 view;
 uniform mat4 projection;
 
+uniform bool tinted;
+uniform bool cycling;
+
 out vec3 viewPosition;
 out vec3 viewNormal;
 flat out vec4 base;
 flat out vec3 glow;
+
+// A colour of its own for each number. Hues go on by the golden section, which keeps any few neighbours
+// apart; brightness changes as well, since hues alone are hard to tell for some.
+vec3 cycled(uint number)
+{
+    float turn = fract(float(number) * 0.61803399);
+    vec3 hue = clamp(abs(fract(turn + vec3(0.0, 2.0 / 3.0, 1.0 / 3.0)) * 6.0 - 3.0) - 1.0, 0.0, 1.0);
+    float value = 0.94 - 0.12 * float(number % 3u), saturation = 0.48 + 0.12 * float(number % 2u);
+    return value * mix(vec3(1.0), hue, saturation);
+}
 
 void main()
 {
@@ -65,9 +78,11 @@ void main()
     vec3 x = vec3(row0.x, row1.x, row2.x), y = vec3(row0.y, row1.y, row2.y), z = vec3(row0.z, row1.z, row2.z);
     vec3 turned = cross(y, z) * normal.x + cross(z, x) * normal.y + cross(x, y) * normal.z;
     viewNormal = mat3(view) * normalize(turned);
-    vec4 own = faceColour.a > 0.0 ? vec4(faceColour.rgb, faceColour.a * colour.a) : colour;
+    vec4 own = cycling ? vec4(cycled(flags >> 8), colour.a)
+               : faceColour.a > 0.0 ? vec4(faceColour.rgb, faceColour.a * colour.a) : colour;
     base = vec4(pow(own.rgb, vec3(2.2)), own.a);
-    glow = (flags & 2u) != 0u ? vec3(0.01, 0.20, 0.80) : (flags & 1u) != 0u ? vec3(0.10, 0.45, 0.90) : vec3(0.0);
+    glow = !tinted ? vec3(0.0)
+           : (flags & 2u) != 0u ? vec3(0.01, 0.20, 0.80) : (flags & 1u) != 0u ? vec3(0.10, 0.45, 0.90) : vec3(0.0);
     gl_Position = projection * seen;
 }
 )";
@@ -195,6 +210,9 @@ layout(location = 7) in uint flags;
 uniform mat4 view;
 uniform mat4 projection;
 uniform vec4 edgeColour;
+uniform bool tinted;
+uniform vec3 pointedColour;
+uniform vec3 selectedColour;
 uniform vec4 middle;        // of the body, and its size
 uniform float pixelsOfUnit; // at distance 1 in a perspective
 uniform bool perspective;
@@ -211,7 +229,7 @@ void main()
     dash = along * pixelsOfUnit / away;
     float across = middle.w * pixelsOfUnit / (perspective ? max(-seen.z, 1e-6) : 1.0);
     float strength = smoothstep(9.0, 60.0, across);
-    vec3 tint = (flags & 2u) != 0u ? vec3(0.02, 0.20, 0.50) : (flags & 1u) != 0u ? vec3(0.05, 0.30, 0.60) : edgeColour.rgb;
+    vec3 tint = !tinted || (flags & 3u) == 0u ? edgeColour.rgb : (flags & 2u) != 0u ? selectedColour : pointedColour;
     line = vec4(tint, edgeColour.a * strength * mix(0.5, 1.0, colour.a));
     // What cannot be seen goes where it is thrown away before it costs pixels.
     if (strength < 0.03)
@@ -246,6 +264,9 @@ layout(location = 7) in uint flags;
 
 uniform mat4 view;
 uniform vec4 edgeColour;
+uniform bool tinted;
+uniform vec3 pointedColour;
+uniform vec3 selectedColour;
 uniform vec4 middle;
 uniform float pixelsOfUnit;
 uniform bool perspective;
@@ -262,7 +283,7 @@ void main()
     vec3 turned = mat3(view) * (cross(y, z) * normal.x + cross(z, x) * normal.y + cross(x, y) * normal.z);
     cornerFacing = dot(turned, perspective ? -normalize(cornerPlace) : vec3(0.0, 0.0, 1.0));
     float across = middle.w * pixelsOfUnit / (perspective ? max(-cornerPlace.z, 1e-6) : 1.0);
-    vec3 tint = (flags & 2u) != 0u ? vec3(0.02, 0.20, 0.50) : (flags & 1u) != 0u ? vec3(0.05, 0.30, 0.60) : edgeColour.rgb;
+    vec3 tint = !tinted || (flags & 3u) == 0u ? edgeColour.rgb : (flags & 2u) != 0u ? selectedColour : pointedColour;
     cornerLine = vec4(tint, edgeColour.a * smoothstep(9.0, 60.0, across) * mix(0.5, 1.0, colour.a));
 }
 )";

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Server/Scene/Rendra/Frame.h"
+
+#include <vector>
+
+namespace Rendra {
+
+/// Makes bodies stand out that are pointed at or selected, beyond the tint that the other passes give them,
+/// as RenderTarget::selectionEffect says. Costs what is highlighted, not what is shown.
+class HighlightPainter : public Pass
+{
+public:
+    bool make(Vs::Status&) override { return true; }
+    void draw(const Frame& frame) override;
+    void release() override;
+
+private:
+    struct Vertex
+    {
+        float position[3]; ///< Relative to the draw list's origin.
+        float colour[4];
+    };
+
+    bool makeOutline();
+    bool makeLines();
+    void drawOutline(const Frame& frame);
+    void drawLines(const Frame& frame);
+    void gatherBox(const Vs::BodyMesh& mesh, const Instance& instance, const float (&colour)[4]);
+    void gatherEdges(const Vs::BodyMesh& mesh, const Instance& instance, const float (&colour)[4]);
+
+    // All made at the first need.
+    Program m_mask, m_outline, m_lines;
+    bool m_triedOutline = false, m_triedLines = false;
+    GLuint m_texture = 0, m_framebuffer = 0, m_noArray = 0;
+    int m_width = 0, m_height = 0;
+    GLuint m_array = 0, m_buffer = 0;
+    std::vector<Vertex> m_vertices;
+};
+
+} // namespace Rendra
