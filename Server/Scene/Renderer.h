@@ -33,8 +33,8 @@ struct RenderTarget
     bool dome = true; ///< The background shows the environment, not a plain colour.
     /// What lights the scene; null for the first of EnvironmentManager's choice. Must outlive the picture.
     const Vs::Scene::Environment* environment = nullptr;
-    bool grid = false;        ///< The layout grid, in fragments that show a model,
-    bool gridNumbers = false; ///< and with it its numbers.
+    bool grid = false;                   ///< The layout grid, in fragments that show a model,
+    bool gridNumbers = false;            ///< and with it its numbers.
     int selectionEffect = kNormalEffect; ///< Any other number than an ESelectionEffect is as kFastEffect.
     /// Width of edges in pixels of the framebuffer.
     float lineWidth = 1.0f;
