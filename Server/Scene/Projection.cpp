@@ -30,7 +30,11 @@ Projection::Projection(const Camera& camera, double width, double height, const 
     const double away = m_perspective ? camera.distance() : 1.0;
     m_halfWidth = m_width / pixels / 2 / away;
     m_halfHeight = m_height / pixels / 2 / away;
+    setRange(bounds);
+}
 
+void Projection::setRange(const BBox& bounds)
+{
     if (!bounds.isEmpty()) {
         // A little more than the box, which is exact where a face lies in it.
         const BBox seen = bounds.transformed(m_view);
@@ -44,6 +48,15 @@ Projection::Projection(const Camera& camera, double width, double height, const 
     }
     if (!(m_near < m_far))
         m_far = m_near + 1;
+}
+
+Projection Projection::mirrored(const GkMatrix3d& reflection, const BBox& bounds) const
+{
+    Projection mirror = *this;
+    mirror.m_view = m_view * reflection;
+    mirror.m_inverseView = reflection.inverse() * m_inverseView;
+    mirror.setRange(bounds);
+    return mirror;
 }
 
 GkPoint3d Projection::worldToScreen(const GkPoint3d& world) const

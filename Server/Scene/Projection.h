@@ -34,11 +34,16 @@ public:
     const GkMatrix3d& view() const { return m_view; }
     /// How many millimetres one pixel covers at a distance from the position.
     double pixelSize(double distance) const;
+    /// What the same camera sees of a scene that a reflection turned inside out: triangles change their
+    /// orientation on the screen. `bounds` is the scene's as it is without the reflection.
+    Projection mirrored(const GkMatrix3d& reflection, const BBox& bounds) const;
     /// Camera to clip coordinates, row by row, for the part of the view from (x0, y0) to (x1, y1), each from
     /// 0 to 1.
     void clipMatrix(double (&rows)[4][4], double x0 = 0, double y0 = 0, double x1 = 1, double y1 = 1) const;
 
 private:
+    void setRange(const BBox& bounds);
+
     GkMatrix3d m_view, m_inverseView;
     double m_width, m_height;
     double m_halfWidth, m_halfHeight;

@@ -30,8 +30,8 @@ constexpr size_t kKeptScenes = 12;
 struct Renderer::Data
 {
     Background background;
-    GroundPainter ground;
     BodyPainter bodies;
+    GroundPainter ground{bodies};
     LayoutGrid grid;
     HighlightPainter highlights;
     HelperPainter helpers;

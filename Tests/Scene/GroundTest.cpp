@@ -122,6 +122,32 @@ TEST_F(GroundPicture, TheShadowStaysWhereItIsWhenTheCameraMovesAndFollowsABodyTh
     EXPECT_GT(brightness(draw(), later), brightness(moved, later) + 30);
 }
 
+TEST_F(GroundPicture, BodiesAreMirroredInTheGroundTheFainterTheHigherTheyAre)
+{
+    fragment->renderParams()->groundPlaneEnabled(true);
+    NodeChange(box).bodyColour({0.8f, 0.02f, 0.02f, 1});
+    inEveryView({0, 1, -0.4}, [&] {
+        fragment->renderParams()->groundReflectionEnabled(false);
+        const Image without = draw();
+        fragment->renderParams()->groundReflectionEnabled(true);
+        const Image with = draw();
+        // Where the front of the box would be if it went on below the ground.
+        const auto redness = [&](const Image& image, double below) {
+            const uint8_t* p = pixel(image, {0, -20, -below});
+            return p[0] - p[1];
+        };
+        EXPECT_GT(redness(with, 4), redness(without, 4) + 25);
+        EXPECT_GT(redness(with, 4), redness(with, 25) + 10);
+        EXPECT_GT(redness(with, 12), redness(without, 12) + 10);
+        EXPECT_LE(difference(with, without, {0, -20, 20}), 1) << "not on the bodies";
+        EXPECT_LE(difference(with, without, {55, -20, -4}), 2) << "not where none is mirrored";
+    });
+    fragment->renderParams()->groundPlaneEnabled(false);
+    const Image without = draw();
+    fragment->renderParams()->groundReflectionEnabled(false);
+    EXPECT_EQ(changed(draw(), without, 0), 0) << "there is no mirror without a ground";
+}
+
 TEST_F(GroundPicture, ATransparentPictureHasTheShadowAsOpacityAlone)
 {
     options.transparentBackground = true;

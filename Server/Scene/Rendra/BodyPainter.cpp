@@ -65,16 +65,27 @@ Area occlusionArea(const Area& part, int pixelScale)
 
 bool BodyPainter::make(Vs::Status& status)
 {
-    return m_faces.make("faces", Shaders::kFaceVertex, Shaders::kFaceFragment, status,
-                        {Shaders::kSurroundings}) &&
+    return makeFaces(false, false, status) &&
            m_edges.make("edges", Shaders::kEdgeVertex, Shaders::kEdgeFragment, status);
+}
+
+bool BodyPainter::makeFaces(bool realistic, bool shadowed, Vs::Status& status)
+{
+    m_triedFaces[realistic][shadowed] = true;
+    return m_faces[realistic][shadowed].make("faces", Shaders::kFaceVertex, Shaders::kFaceFragment, status,
+                                             {realistic ? "#define REALISTIC\n" : "", Shaders::kSurroundings,
+                                              shadowed ? ObjectShadow::kLookUp : ObjectShadow::kNoLookUp});
 }
 
 void BodyPainter::release()
 {
-    for (Program* program : {&m_faces, &m_edges, &m_realistic, &m_outlines})
-        program->release();
+    for (auto& kinds : m_faces)
+        for (Program& program : kinds)
+            program.release();
+    m_edges.release();
+    m_outlines.release();
     m_occlusion.release();
+    m_shadows.release();
 }
 
 void BodyPainter::draw(const Frame& frame)
@@ -85,9 +96,10 @@ void BodyPainter::draw(const Frame& frame)
     const double size = frame.fragment.viewFragmentNode()->boundingBox().diagonal();
     const bool occluded = frame.target.effects && style.faces && frame.params().ambientOcclusionEnabled() &&
                           findOcclusion(frame, size * kOcclusionReach);
+    const bool shadowed = style.faces && findShadows(frame);
     frame.drawIntoPicture();
-    const Program& faces = faceProgram(frame);
-    setLight(faces, frame, occluded);
+    const Program& faces = faceProgram(frame, shadowed);
+    setLight(faces, frame, occluded, shadowed);
     if (style.faces || style.depthOnly) {
         // Faces give way to the edges that lie in them.
         glEnable(GL_POLYGON_OFFSET_FILL);
@@ -129,17 +141,28 @@ void BodyPainter::draw(const Frame& frame)
     glDisable(GL_BLEND);
 }
 
-// A driver that refuses the program still shades, only less well: that is better than no picture.
-const Program& BodyPainter::faceProgram(const Frame& frame)
+void BodyPainter::drawFaces(const Frame& frame)
 {
-    if (frame.params().visualStyle() != Vs::Scene::kRealistic)
-        return m_faces;
-    if (!std::exchange(m_triedRealistic, true)) {
-        Vs::Status ignored;
-        m_realistic.make("realistic faces", Shaders::kFaceVertex, Shaders::kFaceFragment, ignored,
-                         {"#define REALISTIC\n", Shaders::kSurroundings});
-    }
-    return m_realistic ? m_realistic : m_faces;
+    if (!styleOf(frame.params().visualStyle()).faces)
+        return;
+    const bool shadowed = findShadows(frame);
+    setLight(faceProgram(frame, shadowed), frame, false, shadowed);
+    frame.drawFaces(false);
+    glEnable(GL_BLEND);
+    glDepthMask(GL_FALSE);
+    frame.drawFaces(true);
+    glDepthMask(GL_TRUE);
+    glDisable(GL_BLEND);
+}
+
+// A driver that refuses the program still shades, only less well: that is better than no picture.
+const Program& BodyPainter::faceProgram(const Frame& frame, bool shadowed)
+{
+    const bool realistic = frame.params().visualStyle() == Vs::Scene::kRealistic;
+    Vs::Status ignored;
+    if (!m_triedFaces[realistic][shadowed])
+        makeFaces(realistic, shadowed, ignored);
+    return m_faces[realistic][shadowed] ? m_faces[realistic][shadowed] : m_faces[false][false];
 }
 
 bool BodyPainter::findOcclusion(const Frame& frame, double radius)
@@ -160,12 +183,14 @@ bool BodyPainter::findOcclusion(const Frame& frame, double radius)
     return true;
 }
 
-void BodyPainter::setLight(const Program& program, const Frame& frame, bool occluded)
+void BodyPainter::setLight(const Program& program, const Frame& frame, bool occluded, bool shadowed)
 {
     frame.setView(program);
     frame.setLight(program);
     frame.setHighlights(program);
     glUniform1i(program.uniform("cycling"), frame.params().colorCyclingEnabled());
+    if (shadowed)
+        ObjectShadow::set(program, frame);
     glUniform1i(program.uniform("occluded"), occluded);
     if (!occluded)
         return;

@@ -13,6 +13,13 @@ public:
     void draw(const Frame& frame) override;
     void release() override;
 
+    /// Whether the bodies throw shadows on each other in this frame (see ObjectShadow, whose uniforms can be
+    /// set then).
+    bool findShadows(const Frame& frame) { return m_shadows.find(frame); }
+    /// Draws nothing but the lit faces, into what is bound and for the view and part of the frame: for a
+    /// mirror. Nothing in a style without faces.
+    void drawFaces(const Frame& frame);
+
 private:
     struct LineLook
     {
@@ -20,18 +27,21 @@ private:
         float dashPixels; ///< Of the picture; 0 for a line without gaps.
     };
 
-    const Program& faceProgram(const Frame& frame);
+    bool makeFaces(bool realistic, bool shadowed, Vs::Status& status);
+    const Program& faceProgram(const Frame& frame, bool shadowed);
     bool findOcclusion(const Frame& frame, double radius);
-    void setLight(const Program& program, const Frame& frame, bool occluded);
+    void setLight(const Program& program, const Frame& frame, bool occluded, bool shadowed);
     void drawLines(const Frame& frame, const LineLook& look, bool withOutlines);
     void drawEdges(const Frame& frame, const LineLook& look);
     void drawOutlines(const Frame& frame, const LineLook& look);
 
-    Program m_faces, m_edges;
-    /// Made at the first need; most sessions never show them.
-    Program m_realistic, m_outlines;
-    bool m_triedRealistic = false, m_triedOutlines = false;
+    /// By whether they are realistic, and whether there are shadows. All but the first, and the outlines, are
+    /// made at the first need; most sessions never show them.
+    Program m_faces[2][2];
+    Program m_edges, m_outlines;
+    bool m_triedFaces[2][2] = {}, m_triedOutlines = false;
     Occlusion m_occlusion;
+    ObjectShadow m_shadows;
 };
 
 } // namespace Rendra

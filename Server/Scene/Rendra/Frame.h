@@ -8,6 +8,7 @@
 #include "Server/Scene/Rendra/Ground.h"
 #include "Server/Scene/Rendra/InstanceStore.h"
 #include "Server/Scene/Rendra/MeshStore.h"
+#include "Server/Scene/Rendra/ObjectShadow.h"
 #include "Server/Scene/Rendra/Program.h"
 
 namespace Rendra {
@@ -29,11 +30,13 @@ struct KeptScene
     InstanceStore instances;
     GroundFinder ground;
     ContactShadow::Kept contact;
+    ObjectShadow::Kept lit;
 
     void release()
     {
         instances.release();
         contact.darkness.release();
+        lit.depths.release();
     }
 };
 

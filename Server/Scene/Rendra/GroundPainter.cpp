@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Rendra {
 
@@ -9,47 +10,101 @@ namespace {
 
 /// The ground ends at so many times half the size of the bodies.
 constexpr double kFarthest = 9;
-constexpr float kColour[3] = {0.875f, 0.885f, 0.895f};
+/// So much of the picture around a tile is mirrored too, in pixels of the framebuffer for each of the
+/// picture: what is far from the ground is mirrored with blurred edges.
+constexpr int kMirrorMargin = 10;
 
 constexpr const char* kVertex = R"(#version 330 core
 uniform mat4 view;       // from places on the ground to the camera
 uniform mat4 projection;
 uniform float farthest;
 out vec2 place;
+out vec3 viewPosition;
 
 void main()
 {
     place = vec2(gl_VertexID & 1, gl_VertexID >> 1) * 2.0 * farthest - farthest;
-    gl_Position = projection * (view * vec4(place, 0.0, 1.0));
+    vec4 seen = view * vec4(place, 0.0, 1.0);
+    viewPosition = seen.xyz;
+    gl_Position = projection * seen;
 }
 )";
 
-constexpr const char* kFragment = R"(#version 330 core
+constexpr const char* kFragment = R"(
 in vec2 place;
+in vec3 viewPosition;
 uniform float farthest;
+uniform vec3 up;         // in the camera's coordinates
 uniform vec3 colour;
 uniform float strength;
-uniform bool plain;      // false: what darkens is drawn alone
-uniform bool shadowed;
+uniform bool plain;      // false: what darkens and is mirrored is drawn alone
+uniform bool perspective;
+
+uniform bool darkened;
 uniform sampler2D darkness;
 uniform vec4 darknessPlace; // from places to the texture: factors and offsets
+uniform bool lit;
+
+uniform bool mirrored;
+uniform sampler2D mirror;
+uniform sampler2D mirrorDepths;
+uniform vec4 mirrorPlace; // from pixels of the framebuffer: factors and offsets
+uniform vec4 window;      // as the mirror sees it: lower left corner and size at distance 1
+uniform vec2 range;       // near and far
+uniform float height;     // of the bodies
+uniform float margin;
 out vec4 result;
+
+// How deep below the ground what is mirrored at a place of the mirror seems to be.
+float depthBelow(vec2 at)
+{
+    float depth = textureLod(mirrorDepths, at, 0.0).r;
+    if (depth == 1.0)
+        return height;
+    float ahead = perspective ? range.x * range.y / (range.y - depth * (range.y - range.x)) : mix(range.x, range.y, depth);
+    vec3 seen = vec3((window.xy + at * window.zw) * (perspective ? ahead : 1.0), -ahead);
+    return max(dot(viewPosition - seen, up), 0.0);
+}
+
+// The farther from the ground, the fainter and the more blurred.
+vec4 mirrorImage()
+{
+    vec2 at = gl_FragCoord.xy * mirrorPlace.xy + mirrorPlace.zw;
+    float blur = clamp(depthBelow(at) / height * 1.6, 0.02, 1.0) * margin * 0.5;
+    vec4 sum = vec4(0.0);
+    for (int i = 0; i < 12; ++i) {
+        float angle = float(i) * 2.399963;
+        vec2 other = at + vec2(cos(angle), sin(angle)) * sqrt((float(i) + 0.5) / 12.0) * blur * mirrorPlace.xy;
+        vec4 seen = textureLod(mirror, other, 0.0);
+        sum += seen * (1.0 - smoothstep(0.0, 0.85, depthBelow(other) / height));
+    }
+    return sum / 12.0;
+}
 
 void main()
 {
     float fade = (1.0 - smoothstep(0.12, 1.0, length(place) / farthest)) * strength;
     float dark = 0.0;
-    if (shadowed) {
+    if (darkened) {
         vec2 at = place * darknessPlace.xy + darknessPlace.zw;
         if (all(greaterThan(at, vec2(0.0))) && all(lessThan(at, vec2(1.0))))
-            dark = texture(darkness, at).r;
+            dark = 0.72 * texture(darkness, at).r;
     }
-    dark = 0.72 * dark;
+    if (lit)
+        dark = 1.0 - (1.0 - dark) * mix(0.68, 1.0, lampReaches(viewPosition, up));
+    vec4 image = vec4(0.0);
+    if (mirrored) {
+        vec3 toViewer = perspective ? normalize(-viewPosition) : vec3(0.0, 0.0, 1.0);
+        float level = 1.0 - max(dot(toViewer, up), 0.0);
+        image = mirrorImage() * mix(0.34, 0.75, level * level * level);
+    }
     float grain = fract(sin(dot(gl_FragCoord.xy, vec2(12.9898, 78.233))) * 43758.5453) - 0.5;
-    if (plain)
-        result = vec4(colour * (1.0 - dark) + grain / 255.0, fade);
-    else
-        result = vec4(0.0, 0.0, 0.0, dark * fade);
+    vec3 ground = plain ? colour * (1.0 - dark) + grain / 255.0 : vec3(0.0);
+    float cover = plain ? 1.0 : dark;
+    // The image, which comes multiplied by its opacity, lies over the ground.
+    float opacity = image.a + cover * (1.0 - image.a);
+    vec3 seen = (image.rgb + ground * cover * (1.0 - image.a)) / max(opacity, 1e-4);
+    result = vec4(seen, opacity * fade);
 }
 )";
 
@@ -77,18 +132,65 @@ double steepness(const Vs::Scene::Projection& projection, const GkMatrix3d& view
     return std::max(0.0, -middle.dotProduct(up) / std::max(middle.length(), 1e-12));
 }
 
+/// A little brighter than the ground of the environment, so that the plane is seen on it.
+void setColour(const Program& program, const Vs::Scene::Environment& environment)
+{
+    const auto onScreen = [](float ground, float sky) {
+        return std::pow(std::min(0.9f, ground * 0.92f + sky * 0.10f + 0.01f), 1 / 2.2f);
+    };
+    const Vs::Colour &ground = environment.ground, &sky = environment.horizon;
+    glUniform3f(program.uniform("colour"), onScreen(ground.r, sky.r), onScreen(ground.g, sky.g),
+                onScreen(ground.b, sky.b));
+}
+
+Area grown(const Area& part, int margin)
+{
+    return {part.x - margin, part.y - margin, part.width + 2 * margin, part.height + 2 * margin};
+}
+
+int mirrorMargin(const Frame& frame)
+{
+    return kMirrorMargin * std::max(1, int(std::lround(frame.target.lineWidth)));
+}
+
+/// The scene as it would be below the ground.
+Vs::Scene::Projection mirroredView(const Frame& frame, const Ground& ground)
+{
+    const GkVector3d& up = ground.up;
+    const double shift = 2 * (ground.level + frame.scene.list.origin().dotProduct(up));
+    const double along[3] = {up.x, up.y, up.z};
+    GkMatrix3d reflection;
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column)
+            reflection.entry[row][column] -= 2 * along[row] * along[column];
+        reflection.entry[row][3] = along[row] * shift;
+    }
+    return frame.projection.mirrored(reflection, frame.fragment.viewFragmentNode()->boundingBox());
+}
+
 } // namespace
 
-bool GroundPainter::make(Vs::Status& status)
+// Most sessions never show the ground, so its program is made at the first need.
+bool GroundPainter::make(Vs::Status&)
 {
-    glGenVertexArrays(1, &m_noArray);
-    return m_program.make("ground", kVertex, kFragment, status);
+    return true;
+}
+
+bool GroundPainter::makeProgram()
+{
+    if (!std::exchange(m_tried, true)) {
+        Vs::Status ignored;
+        m_program.make("ground", kVertex, kFragment, ignored, {ObjectShadow::kLookUp});
+        glGenVertexArrays(1, &m_noArray);
+    }
+    return bool(m_program);
 }
 
 void GroundPainter::release()
 {
     m_program.release();
     m_contact.release();
+    m_mirror.release();
     glDeleteVertexArrays(1, &m_noArray);
 }
 
@@ -98,34 +200,93 @@ void GroundPainter::draw(const Frame& frame)
     if (!params.groundPlaneEnabled() || params.visualStyle() == Vs::Scene::kHelpersOnly)
         return;
     const Ground* ground = frame.scene.ground.find(frame.scene.list, params.groundPlaneOrientation());
-    if (!ground || !(ground->size() > 0))
+    if (!ground || !(ground->size() > 0) || !makeProgram())
         return;
-    const bool shadowed = params.groundShadowEnabled() && m_contact.find(frame, *ground);
-    drawPlane(frame, *ground, shadowed);
+    if (steepness(frame.projection, placement(frame, *ground)) == 0)
+        return;
+    Look look;
+    look.shadowed = params.groundShadowEnabled() && m_contact.find(frame, *ground);
+    look.lit = params.groundShadowEnabled() && m_bodies.findShadows(frame);
+    look.mirrored = params.groundReflectionEnabled() && frame.target.effects && drawMirror(frame, *ground);
+    drawPlane(frame, *ground, look);
 }
 
-void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, bool shadowed)
+// All bodies are above the ground, and so all mirror images below it: nothing has to be cut off.
+bool GroundPainter::drawMirror(const Frame& frame, const Ground& ground)
+{
+    const Area into = grown(frame.part, mirrorMargin(frame));
+    if (!m_mirror.make(Layer::Kind::Colour, into.width, into.height))
+        return false;
+    const Vs::Scene::Projection projection = mirroredView(frame, ground);
+    const Frame mirror{frame.fragment,   frame.scene,       frame.meshes, projection,
+                       frame.target,     frame.area,        into,         into,
+                       frame.statistics, frame.environment, frame.light};
+    frame.scene.instances.update(frame.scene.list, projection);
+    mirror.drawIntoPicture();
+    m_mirror.begin();
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glFrontFace(GL_CW);
+    m_bodies.drawFaces(mirror);
+    glFrontFace(GL_CCW);
+    frame.scene.instances.update(frame.scene.list, frame.projection);
+    return true;
+}
+
+void GroundPainter::setMirror(const Frame& frame, const Ground& ground)
+{
+    const Vs::Scene::Projection projection = mirroredView(frame, ground);
+    const Area into = grown(frame.part, mirrorMargin(frame));
+    const Area& area = frame.area;
+    glActiveTexture(GL_TEXTURE3);
+    glBindTexture(GL_TEXTURE_2D, m_mirror.texture());
+    glActiveTexture(GL_TEXTURE4);
+    glBindTexture(GL_TEXTURE_2D, m_mirror.depths());
+    glActiveTexture(GL_TEXTURE0);
+    glUniform1i(m_program.uniform("mirror"), 3);
+    glUniform1i(m_program.uniform("mirrorDepths"), 4);
+    const float perX = 1.0f / float(into.width), perY = 1.0f / float(into.height);
+    glUniform4f(m_program.uniform("mirrorPlace"), perX, perY, float(frame.tile.x - into.x) * perX,
+                float(frame.tile.y - into.y) * perY);
+    const double halfWidth = projection.halfWidth(), halfHeight = projection.halfHeight();
+    glUniform4f(m_program.uniform("window"), float((2.0 * (into.x - area.x) / area.width - 1) * halfWidth),
+                float((2.0 * (into.y - area.y) / area.height - 1) * halfHeight),
+                float(2 * halfWidth * into.width / area.width),
+                float(2 * halfHeight * into.height / area.height));
+    glUniform2f(m_program.uniform("range"), float(projection.clipNear()), float(projection.clipFar()));
+    glUniform1f(m_program.uniform("height"), float(std::max(ground.height(), 1e-3 * ground.size())));
+    glUniform1f(m_program.uniform("margin"), float(mirrorMargin(frame)));
+}
+
+void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, const Look& look)
 {
     const GkMatrix3d view = placement(frame, ground);
-    const double steep = steepness(frame.projection, view);
-    if (steep == 0)
-        return;
-    const double farthest = kFarthest * ground.size() / 2;
+    const GkVector3d up = view * GkVector3d(0, 0, 1);
     frame.drawIntoPicture();
     m_program.use();
     m_program.setMatrix("view", view.entry);
     double clip[4][4];
     frame.clipMatrix(frame.part, clip);
     m_program.setMatrix("projection", clip);
-    glUniform1f(m_program.uniform("farthest"), float(farthest));
-    glUniform3fv(m_program.uniform("colour"), 1, kColour);
+    glUniform1f(m_program.uniform("farthest"), float(kFarthest * ground.size() / 2));
+    glUniform3f(m_program.uniform("up"), float(up.x), float(up.y), float(up.z));
+    setColour(m_program, frame.environment);
     // What is seen at a flat angle goes away softly when the eye passes the ground.
-    glUniform1f(m_program.uniform("strength"), float(std::min(1.0, steep / 0.05)));
+    glUniform1f(m_program.uniform("strength"),
+                float(std::min(1.0, steepness(frame.projection, view) / 0.05)));
     glUniform1i(m_program.uniform("plain"), !frame.target.transparentBackground);
-    glUniform1i(m_program.uniform("shadowed"), shadowed);
-    glActiveTexture(GL_TEXTURE0);
-    if (shadowed) {
+    glUniform1i(m_program.uniform("perspective"), frame.projection.perspective());
+    glUniform1i(m_program.uniform("darkened"), look.shadowed);
+    glUniform1i(m_program.uniform("lit"), look.lit);
+    glUniform1i(m_program.uniform("mirrored"), look.mirrored);
+    // Samplers of different kinds may not share a unit, whether they are used or not.
+    glUniform1i(m_program.uniform("shadows"), 2);
+    if (look.lit)
+        ObjectShadow::set(m_program, frame);
+    if (look.mirrored)
+        setMirror(frame, ground);
+    if (look.shadowed) {
         const ContactShadow::Kept& kept = frame.scene.contact;
+        glActiveTexture(GL_TEXTURE0);
         glBindTexture(GL_TEXTURE_2D, kept.darkness.texture());
         glUniform1i(m_program.uniform("darkness"), 0);
         glUniform4f(m_program.uniform("darknessPlace"), float(1 / kept.width), float(1 / kept.depth),

@@ -1,25 +1,44 @@
 #pragma once
 
+#include "Server/Scene/Rendra/BodyPainter.h"
 #include "Server/Scene/Rendra/ContactShadow.h"
 #include "Server/Scene/Rendra/Frame.h"
 
 namespace Rendra {
 
-/// Draws the ground below the bodies, with their shadow, fading away into the distance. It comes before the
-/// bodies: who looks from above sees them all before it, and who looks from below sees no ground.
+/// Draws the ground below the bodies, with their shadow and reflection, fading away into the distance. It
+/// comes before the bodies: who looks from above sees them all before it, and who looks from below sees no
+/// ground.
 class GroundPainter : public Pass
 {
 public:
+    /// The painter of the bodies draws their mirror images; it must outlive this.
+    explicit GroundPainter(BodyPainter& bodies) : m_bodies(bodies) {}
+
     bool make(Vs::Status& status) override;
     void draw(const Frame& frame) override;
     void release() override;
 
 private:
-    void drawPlane(const Frame& frame, const Ground& ground, bool shadowed);
+    /// What is seen on the ground.
+    struct Look
+    {
+        bool shadowed = false; ///< By the sky,
+        bool lit = false;      ///< and by a lamp.
+        bool mirrored = false;
+    };
 
+    bool makeProgram();
+    bool drawMirror(const Frame& frame, const Ground& ground);
+    void drawPlane(const Frame& frame, const Ground& ground, const Look& look);
+    void setMirror(const Frame& frame, const Ground& ground);
+
+    BodyPainter& m_bodies;
     Program m_program;
     ContactShadow m_contact;
+    Layer m_mirror;
     GLuint m_noArray = 0;
+    bool m_tried = false;
 };
 
 } // namespace Rendra

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 namespace Rendra {
 
@@ -107,8 +108,17 @@ void setColour(const Program& program, const Vs::Colour& colour)
 
 } // namespace
 
-bool LayoutGrid::make(Vs::Status& status)
+// Most sessions never show the grid, so its programs are made at the first need.
+bool LayoutGrid::make(Vs::Status&)
 {
+    return true;
+}
+
+bool LayoutGrid::makePrograms()
+{
+    if (std::exchange(m_tried, true))
+        return m_lines && m_numbers;
+    Vs::Status ignored;
     glGenVertexArrays(1, &m_noArray);
     glGenVertexArrays(1, &m_array);
     glGenBuffers(1, &m_buffer);
@@ -120,8 +130,8 @@ bool LayoutGrid::make(Vs::Status& status)
     glVertexAttribPointer(1, 1, GL_FLOAT, GL_FALSE, sizeof(Vertex),
                           reinterpret_cast<const void*>(offsetof(Vertex, opacity)));
     glBindVertexArray(0);
-    return m_lines.make("grid", kLinesVertex, kLinesFragment, status) &&
-           m_numbers.make("grid numbers", kNumbersVertex, kNumbersFragment, status);
+    return m_lines.make("grid", kLinesVertex, kLinesFragment, ignored) &&
+           m_numbers.make("grid numbers", kNumbersVertex, kNumbersFragment, ignored);
 }
 
 void LayoutGrid::release()
@@ -137,7 +147,7 @@ void LayoutGrid::draw(const Frame& frame)
 {
     // A fragment that only draws over the model has no ground.
     if (!frame.target.grid || !frame.fragment.data()->supportSelectBackground() ||
-        frame.params().visualStyle() == Vs::Scene::kHelpersOnly)
+        frame.params().visualStyle() == Vs::Scene::kHelpersOnly || !makePrograms())
         return;
     Plane plane;
     plane.up = frame.params().groundPlaneOrientation();

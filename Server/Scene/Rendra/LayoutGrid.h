@@ -31,11 +31,13 @@ private:
         float opacity;
     };
 
+    bool makePrograms();
     void drawLines(const Frame& frame, const Plane& plane);
     void drawNumbers(const Frame& frame, const Plane& plane, const GridScale& scale);
 
     Program m_lines, m_numbers;
     GLuint m_noArray = 0, m_array = 0, m_buffer = 0;
+    bool m_tried = false;
     std::vector<Vertex> m_vertices;
 };
 

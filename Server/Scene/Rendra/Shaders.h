@@ -116,7 +116,7 @@ float metalOf(vec3 colour)
     return (1.0 - smoothstep(0.10, 0.30, saturation)) * smoothstep(0.10, 0.25, most) * (1.0 - smoothstep(0.80, 0.88, most));
 }
 
-vec3 shaded(vec3 n, vec3 toViewer, float open)
+vec3 shaded(vec3 n, vec3 toViewer, float open, float reaching)
 {
     float metal = metalOf(base.rgb);
     float roughness = mix(0.34, 0.50, metal);
@@ -135,7 +135,7 @@ vec3 shaded(vec3 n, vec3 toViewer, float open)
         float facets = a * a / (kPi * spread * spread);
         float shadowing = 0.5 / max(mix(2.0 * lit * facing, lit + facing, a), 1e-4);
         vec3 fresnel = mirror + (1.0 - mirror) * pow(1.0 - max(dot(halfway, toViewer), 0.0), 5.0);
-        float reach = mix(1.0, open, 0.7);
+        float reach = mix(1.0, open, 0.7) * (i == 0 ? reaching : 1.0);
         sum += (diffuse * (1.0 - fresnel) + fresnel * (facets * shadowing * kPi)) * lampColours[i] * (lit * reach);
     }
 
@@ -153,16 +153,18 @@ vec3 shaded(vec3 n, vec3 toViewer, float open)
 const vec3 kKeyDirection = vec3(-0.4082, 0.6532, 0.6379);
 const vec3 kFillDirection = vec3(0.8222, -0.0514, 0.5669);
 
-vec3 shaded(vec3 n, vec3 toViewer, float open)
+vec3 shaded(vec3 n, vec3 toViewer, float open, float reaching)
 {
     vec3 around = toEnvironment * n;
     vec3 light = (lightFromAround(around) * 0.56 + least) * open;
-    light += lampColours[0] * (0.8 * max(dot(n, kKeyDirection), 0.0) * mix(1.0, open, 0.7));
+    // A light that throws shadows belongs to the model as they do.
+    vec3 key = shadowed ? toLamp : kKeyDirection;
+    light += lampColours[0] * (0.8 * max(dot(n, key), 0.0) * mix(1.0, open, 0.7) * reaching);
     light += lampColours[1] * (0.5 * max(dot(n, kFillDirection), 0.0));
     float facing = max(dot(n, toViewer), 0.0);
     light += 0.10 * facing;
-    vec3 halfway = normalize(kKeyDirection + toViewer);
-    float gloss = pow(max(dot(n, halfway), 0.0), 48.0) * 0.16;
+    vec3 halfway = normalize(key + toViewer);
+    float gloss = pow(max(dot(n, halfway), 0.0), 48.0) * 0.16 * reaching;
     float rim = pow(1.0 - facing, 4.0) * 0.10;
     return base.rgb * light + vec3(gloss + rim * (around.z * 0.5 + 0.5));
 }
@@ -180,10 +182,14 @@ void main()
         n = -n;
 
     float open = occluded ? texture(occlusion, gl_FragCoord.xy * occlusionPlace.xy + occlusionPlace.zw).r : 1.0;
+    flatNormal = normalize(flatNormal);
+    float reaching = lampReaches(viewPosition, flatNormal);
+    // A lamp lights its surroundings too, so that its shadow is a little darker than without it.
+    open *= 1.0 - 0.32 * (1.0 - reaching) * smoothstep(0.0, 0.35, dot(flatNormal, toLamp));
 #ifdef REALISTIC
-    vec3 shade = shaded(toEnvironment * n, toEnvironment * toViewer, open);
+    vec3 shade = shaded(toEnvironment * n, toEnvironment * toViewer, open, reaching);
 #else
-    vec3 shade = shaded(n, toViewer, open);
+    vec3 shade = shaded(n, toViewer, open, reaching);
 #endif
     if (glow != vec3(0.0))
         shade = mix(shade, glow * (0.45 + 0.55 * max(dot(n, toViewer), 0.0)), 0.68);

@@ -1,0 +1,154 @@
+#include "Server/Scene/Rendra/ObjectShadow.h"
+
+#include "Server/Scene/Rendra/Frame.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Rendra {
+
+namespace {
+
+constexpr int kNone = 0, kSharp = 1, kSoft = 2;
+
+/// The softer a shadow, the fewer pixels it needs.
+int resolutionOf(int type)
+{
+    return type == kSharp ? 2048 : type == kSoft ? 1024 : 640;
+}
+
+/// A shadow's edge is the mean of so many pixels each way.
+int widthOf(int type)
+{
+    return type == kSharp ? 1 : type == kSoft ? 4 : 7;
+}
+
+} // namespace
+
+// Each pixel is compared with the depth that the plane of the face has there, so that a face never shades
+// itself however flat the light falls.
+const char* const ObjectShadow::kLookUp = R"(
+const bool shadowed = true;
+uniform vec3 toLamp;
+uniform sampler2DShadow shadows;
+uniform mat4 toShadows; // from the camera's coordinates to 0 .. 1
+uniform float shadowTexel; // in millimetres
+uniform int shadowWidth;
+
+float lampReaches(vec3 place, vec3 normal)
+{
+    float facing = dot(normal, toLamp);
+    if (facing <= 0.0)
+        return 0.0;
+    vec3 at = (toShadows * vec4(place + normal * shadowTexel * (1.2 - 0.8 * facing), 1.0)).xyz;
+    vec3 lying = mat3(toShadows) * normal;
+    // Lengths along the three axes differ; a plane's slope follows from its normal with them taken out.
+    vec3 units = vec3(length(vec3(toShadows[0][0], toShadows[1][0], toShadows[2][0])),
+                      length(vec3(toShadows[0][1], toShadows[1][1], toShadows[2][1])),
+                      length(vec3(toShadows[0][2], toShadows[1][2], toShadows[2][2])));
+    vec3 n = lying / units;
+    vec2 slope = clamp(-n.xy / min(n.z, -0.05), vec2(-6.0), vec2(6.0)) * units.z / units.xy;
+    vec2 step = 1.0 / vec2(textureSize(shadows, 0));
+    float bias = 0.6 * shadowTexel * units.z;
+    float sum = 0.0;
+    for (int y = 0; y < shadowWidth; ++y)
+        for (int x = 0; x < shadowWidth; ++x) {
+            vec2 off = (vec2(x, y) - float(shadowWidth - 1) * 0.5) * step;
+            sum += texture(shadows, vec3(at.xy + off, min(at.z + dot(slope, off) - bias, 1.0)));
+        }
+    return sum / float(shadowWidth * shadowWidth);
+}
+)";
+
+const char* const ObjectShadow::kNoLookUp = R"(
+const bool shadowed = false;
+const vec3 toLamp = vec3(0.0, 0.0, 1.0);
+
+float lampReaches(vec3 place, vec3 normal)
+{
+    return 1.0;
+}
+)";
+
+bool ObjectShadow::find(const Frame& frame)
+{
+    const int type = std::clamp(frame.params().objectShadowType(), 0, 3);
+    if (type == kNone || !frame.target.effects || frame.scene.list.instances() == 0)
+        return false;
+    Kept& kept = frame.scene.lit;
+    const GkVector3d toLamp =
+        EnvironmentLight::orientation(frame.params().groundPlaneOrientation()).inverse() *
+        frame.environment.lamps[0].direction;
+    const DrawList& list = frame.scene.list;
+    if (kept.shapes == list.shapeRevision() && kept.type == type && kept.toLamp.isEqualTo(toLamp) &&
+        kept.origin.isEqualTo(list.origin()))
+        return true;
+    kept.shapes = 0;
+    if (!std::exchange(m_tried, true)) {
+        Vs::Status ignored;
+        m_depthOnly.make("shadows", kDepthVertex, kDepthFragment, ignored);
+    }
+    const BBox bounds = frame.fragment.viewFragmentNode()->boundingBox();
+    const double radius = bounds.diagonal() / 2;
+    const int resolution = resolutionOf(type);
+    if (!m_depthOnly || !(radius > 0) || !kept.depths.make(Layer::Kind::Depth, resolution, resolution))
+        return false;
+
+    const GkVector3d right = toLamp.perpVector(), up = toLamp.crossProduct(right);
+    const GkVector3d middle = bounds.centre().asVector() - list.origin();
+    // A little room, so that the edge of the picture is never a shadow.
+    const double reach = radius * 1.02 * resolution / (resolution - 2 * widthOf(type));
+    for (const auto& [row, direction] : {std::pair(0, right), {1, up}, {2, -toLamp}}) {
+        double(&entry)[4] = kept.place.entry[row];
+        entry[0] = direction.x / reach;
+        entry[1] = direction.y / reach;
+        entry[2] = direction.z / reach;
+        entry[3] = -direction.dotProduct(middle) / reach;
+    }
+    kept.texel = 2 * reach / resolution;
+
+    frame.scene.instances.showAll(list);
+    m_depthOnly.use();
+    m_depthOnly.setMatrix("view", GkMatrix3d().entry);
+    m_depthOnly.setMatrix("projection", kept.place.entry);
+    kept.depths.begin();
+    glClear(GL_DEPTH_BUFFER_BIT);
+    frame.drawFaces(false);
+    frame.scene.instances.update(list, frame.projection);
+
+    glBindTexture(GL_TEXTURE_2D, kept.depths.texture());
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_MODE, GL_COMPARE_REF_TO_TEXTURE);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_FUNC, GL_LEQUAL);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glBindTexture(GL_TEXTURE_2D, 0);
+    kept.shapes = list.shapeRevision();
+    kept.type = type;
+    kept.toLamp = toLamp;
+    kept.origin = list.origin();
+    return true;
+}
+
+void ObjectShadow::set(const Program& program, const Frame& frame)
+{
+    glUniform1i(program.uniform("shadows"), 2);
+    const Kept& kept = frame.scene.lit;
+    GkMatrix3d toUnit = GkMatrix3d::translation({0.5, 0.5, 0.5}) * GkMatrix3d::scaling(0.5);
+    const GkMatrix3d view = frame.projection.view() * GkMatrix3d::translation(kept.origin);
+    program.setMatrix("toShadows", (toUnit * kept.place * view.inverse()).entry);
+    const GkVector3d toLamp = frame.projection.view() * kept.toLamp;
+    glUniform3f(program.uniform("toLamp"), float(toLamp.x), float(toLamp.y), float(toLamp.z));
+    glUniform1f(program.uniform("shadowTexel"), float(kept.texel));
+    glUniform1i(program.uniform("shadowWidth"), widthOf(kept.type));
+    glActiveTexture(GL_TEXTURE2);
+    glBindTexture(GL_TEXTURE_2D, kept.depths.texture());
+    glActiveTexture(GL_TEXTURE0);
+}
+
+void ObjectShadow::release()
+{
+    m_depthOnly.release();
+    *this = ObjectShadow();
+}
+
+} // namespace Rendra
