@@ -1,10 +1,12 @@
 #include "UI/Base/AssetGraphicsView.h"
 
 #include "Server/DataModel/Asset.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/AutoCamViewFragment.h"
 
 namespace Vu {
 namespace {
@@ -41,8 +43,15 @@ Rendra::Graphics::GroupNode* AssetGraphicsView::createScene()
     m_node = Vs::Scene::makeViewNode(this);
     auto model = Vs::Scene::ViewFragment::make(adapter->transientSegment());
     model->showAsset(adapter);
+    // The projection that the user chose last.
+    const int projection = Vs::Scene::GraphicsOptionGroup::get()->cameraProjection();
+    if (projection != model->camera()->projection())
+        model->camera()->toggleProjection(static_cast<Vs::Scene::EProjection>(projection));
     Vs::Scene::NodeChange(m_node.get()).add(model->viewFragmentNode());
     addFragment(std::move(model));
+    auto orbicon = AutoCamViewFragment::make(this, m_session->asset());
+    mouseOverlay(orbicon.get());
+    addFragment(std::move(orbicon));
     fit();
     return m_node.get();
 }

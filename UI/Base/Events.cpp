@@ -1,6 +1,7 @@
 #include "UI/Base/InteractionEvents.h"
 #include "UI/Base/Notifications.h"
 #include "UI/Base/SessionEvents.h"
+#include "UI/Base/SnapEvents.h"
 #include "UI/Base/SplitViewEvents.h"
 #include "UI/Base/WorkspaceEvents.h"
 
@@ -29,6 +30,12 @@ SplitViewEventSource* SplitViewEventSource::get()
 InteractionEventSource* InteractionEventSource::get()
 {
     static auto* const source = new InteractionEventSource;
+    return source;
+}
+
+Inference::SnapEventSource* Inference::SnapEventSource::get()
+{
+    static auto* const source = new SnapEventSource;
     return source;
 }
 

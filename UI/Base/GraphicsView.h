@@ -21,6 +21,7 @@ class ViewFragment;
 namespace Vu {
 
 class GraphicsCanvas;
+class MouseOverlay;
 
 /// What a canvas shows: a scene, seen through one or more view fragments, each with a camera of its own.
 class GraphicsView : public Vs::Implements<GraphicsView, View, Vs::Scene::INodeSource>
@@ -50,6 +51,9 @@ public:
     /// Whether content is still on its way.
     bool waitsForContent() const;
 
+    /// What lies over the scene and has the mouse first; null for nothing.
+    MouseOverlay* mouseOverlay() const { return m_overlay; }
+
     /// The canvas that shows this view; null if none does.
     GraphicsCanvas* canvas() const { return m_canvas; }
 
@@ -63,6 +67,10 @@ public:
     bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status);
     bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
 
+protected:
+    /// Not owned; must stay as long as the view, or until null is given.
+    void mouseOverlay(MouseOverlay* overlay) { m_overlay = overlay; }
+
 private:
     friend class GraphicsCanvas;
 
@@ -72,6 +80,7 @@ private:
     std::vector<Vs::StrongRef<Vs::Scene::ViewFragment>> m_owned;
     std::vector<Vs::Scene::ViewFragment*> m_fragments;
     GraphicsCanvas* m_canvas = nullptr;
+    MouseOverlay* m_overlay = nullptr;
     std::vector<uint64_t> m_seen; ///< Of each fragment, what update() saw last.
     uint64_t m_fitRevision = 0;   ///< Of the camera, after the last fit.
     bool m_fitPending = false;

@@ -1,5 +1,8 @@
 #include "UI/Base/MouseEvents.h"
 
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/MouseOverlay.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/TransitionMgr.h"
 
@@ -25,8 +28,37 @@ GraphicsCanvas* MouseEventSource::canvas() const
 
 void MouseEventSource::forget(const GraphicsCanvas* canvas)
 {
+    for (const GraphicsCanvas** kept : {&m_hovered, &m_pressed})
+        if (*kept == canvas)
+            *kept = nullptr;
     if (m_canvas == canvas)
         m_canvas = nullptr;
+}
+
+MouseOverlay* MouseEventSource::overlayOf(const GraphicsCanvas* canvas)
+{
+    const GraphicsView* view = canvas ? canvas->view() : nullptr;
+    return view ? view->mouseOverlay() : nullptr;
+}
+
+// A drag that began elsewhere goes on over the overlay.
+bool MouseEventSource::overlayTakes(MouseEvent* event)
+{
+    MouseOverlay* overlay = m_button == kNoMouseButton ? overlayOf(event->canvas()) : nullptr;
+    const bool takes = overlay && overlay->takesMouse(event);
+    if (!takes || m_hovered != event->canvas())
+        mouseLeft(m_hovered);
+    m_hovered = takes ? event->canvas() : nullptr;
+    return takes;
+}
+
+void MouseEventSource::mouseLeft(const GraphicsCanvas* canvas)
+{
+    if (!canvas || canvas != m_hovered)
+        return;
+    m_hovered = nullptr;
+    if (MouseOverlay* overlay = overlayOf(canvas))
+        overlay->hoverEnd();
 }
 
 void MouseEventSource::deliver(Handler handler, MouseEvent* event)
@@ -37,21 +69,43 @@ void MouseEventSource::deliver(Handler handler, MouseEvent* event)
     m_canvas = outer;
 }
 
+/// A button goes down: the hand takes over where a glide would have ended.
+void MouseEventSource::begin(MouseEvent* event)
+{
+    TransitionMgr::get()->finish();
+    if (event->canvas())
+        SplitViewMgr::get()->activeCanvas(event->canvas());
+}
+
 void MouseEventSource::fireMouseDown(MouseEvent* event)
 {
-    // The hand takes over where a glide would have ended.
-    TransitionMgr::get()->finish();
+    if (m_pressed)
+        return; // another button, while the overlay has the mouse
+    begin(event);
+    if (overlayTakes(event)) {
+        m_pressed = event->canvas();
+        m_pressedButton = event->button();
+        overlayOf(m_pressed)->mousePress(event);
+        return;
+    }
     m_button = event->button();
     m_dragging = false;
     m_downX = event->x();
     m_downY = event->y();
-    if (event->canvas())
-        SplitViewMgr::get()->activeCanvas(event->canvas());
     deliver(&MouseEventSite::mouseDown, event);
 }
 
 void MouseEventSource::fireMouseMove(MouseEvent* event)
 {
+    if (m_pressed) {
+        if (MouseOverlay* overlay = overlayOf(m_pressed))
+            overlay->mouseDrag(event);
+        return;
+    }
+    if (overlayTakes(event)) {
+        overlayOf(event->canvas())->hover(event);
+        return;
+    }
     deliver(&MouseEventSite::mouseMoveGlobal, event);
     if (m_button != kNoMouseButton && !m_dragging &&
         std::hypot(event->x() - m_downX, event->y() - m_downY) >= kDragDistance) {
@@ -65,6 +119,13 @@ void MouseEventSource::fireMouseMove(MouseEvent* event)
 
 void MouseEventSource::fireMouseUp(MouseEvent* event)
 {
+    if (m_pressed) {
+        if (event->button() != m_pressedButton)
+            return;
+        if (MouseOverlay* overlay = overlayOf(std::exchange(m_pressed, nullptr)))
+            overlay->mouseRelease(event);
+        return;
+    }
     if (std::exchange(m_dragging, false))
         deliver(&MouseEventSite::mouseDragEnd, event);
     deliver(&MouseEventSite::mouseUp, event);
@@ -73,11 +134,18 @@ void MouseEventSource::fireMouseUp(MouseEvent* event)
 
 void MouseEventSource::fireMouseDoubleClick(MouseEvent* event)
 {
+    // Two quick clicks on an overlay are two clicks.
+    if (m_pressed || (m_button == kNoMouseButton && overlayTakes(event))) {
+        fireMouseDown(event);
+        return;
+    }
     deliver(&MouseEventSite::mouseDoubleClick, event);
 }
 
 void MouseEventSource::fireMouseScroll(MouseEvent* event)
 {
+    if (m_pressed || overlayTakes(event))
+        return;
     TransitionMgr::get()->finish();
     deliver(&MouseEventSite::mouseScroll, event);
 }

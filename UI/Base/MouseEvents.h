@@ -8,6 +8,7 @@
 namespace Vu {
 
 class GraphicsCanvas;
+class MouseOverlay;
 
 /// The mouse buttons by value.
 enum MouseButton { kNoMouseButton = 0, kLeftButton = 1, kRightButton = 2, kMiddleButton = 4 };
@@ -69,6 +70,9 @@ public:
 
 /// Hands the events of all canvases to the sites, in the order of their subscription. A move with a button
 /// down is a drag as soon as it has gone a few pixels; its beginning is told with the place of the press.
+///
+/// What lies over a view (GraphicsView::mouseOverlay) comes first: an event over it, and the whole of a drag
+/// that begins there, is told to nobody else.
 class MouseEventSource : public Vs::EventSource<MouseEventSite>
 {
 public:
@@ -79,6 +83,8 @@ public:
     void fireMouseUp(MouseEvent* event);
     void fireMouseDoubleClick(MouseEvent* event);
     void fireMouseScroll(MouseEvent* event);
+    /// The mouse has left the canvas.
+    void mouseLeft(const GraphicsCanvas* canvas);
 
     /// The canvas whose event is being delivered; at any other time the one that has the user's attention.
     GraphicsCanvas* canvas() const;
@@ -88,9 +94,15 @@ public:
 private:
     using Handler = void (MouseEventSite::*)(MouseEvent*);
     void deliver(Handler handler, MouseEvent* event);
+    static MouseOverlay* overlayOf(const GraphicsCanvas* canvas);
+    bool overlayTakes(MouseEvent* event);
+    void begin(MouseEvent* event);
 
     int m_button = kNoMouseButton;
-    GraphicsCanvas* m_canvas = nullptr; ///< Of the event being delivered.
+    int m_pressedButton = kNoMouseButton;      ///< The one that the overlay has.
+    GraphicsCanvas* m_canvas = nullptr;        ///< Of the event being delivered.
+    const GraphicsCanvas* m_hovered = nullptr; ///< Whose overlay the mouse is over, or was when last told.
+    const GraphicsCanvas* m_pressed = nullptr; ///< Whose overlay has a button held down.
     bool m_dragging = false;
     double m_downX = 0, m_downY = 0;
 };

@@ -21,8 +21,8 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     if (const auto* seen = Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId())))
         view->copyCamera(*seen);
     view->update();
-    const auto& fragments = view->viewFragments();
-    if (fragments.empty() || fragments.front()->bounds().isEmpty())
+    Vs::Scene::ViewFragment* model = view->modelFragment();
+    if (!model || model->bounds().isEmpty())
         return {};
     view->fit();
 
@@ -32,7 +32,7 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     options.grid = false;
     Vs::Scene::Image image;
     Vs::Status ignored; // Without a picture the file is as good.
-    if (!Vs::Scene::OffscreenRenderer::get()->render(fragments, side, side, options, image, ignored))
+    if (!Vs::Scene::OffscreenRenderer::get()->render({model}, side, side, options, image, ignored))
         return {};
     return Display::get()->pngOf(image);
 }

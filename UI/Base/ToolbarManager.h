@@ -13,11 +13,12 @@ class InputControl;
 /// One entry of a toolbar or a HUD.
 struct ToolbarItem
 {
-    std::wstring command; ///< A command's key; empty for a separator or a menu.
-    std::wstring title;   ///< Of a menu.
+    std::wstring command; ///< A command's key; of a menu, the one that gives it title and picture.
+    std::wstring title;   ///< Of a menu without a command.
     std::vector<ToolbarItem> menu;
 
     bool separator() const { return command.empty() && title.empty(); }
+    bool isMenu() const { return !menu.empty() || (command.empty() && !title.empty()); }
 };
 
 /// A toolbar as it was described; the window draws it.

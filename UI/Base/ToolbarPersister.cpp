@@ -38,10 +38,12 @@ std::vector<ToolbarItem> readItems(XmlFile& xml, const std::wstring& domain, int
             xml.skip();
         } else if (xml.name() == QLatin1String("menu") && depth < kDeepest) {
             item.title = localizedTitle(xml, domain);
-            if (item.title.empty())
-                xml.problem(L"A menu needs the attribute \"title\".");
+            item.command = xml.attribute("command");
+            const bool named = !item.title.empty() || !item.command.empty();
+            if (!named)
+                xml.problem(L"A menu needs the attribute \"title\" or \"command\".");
             item.menu = readItems(xml, domain, depth + 1);
-            if (!item.title.empty())
+            if (named)
                 items.push_back(std::move(item));
         } else {
             xml.problem(elementName(xml) + L" cannot stand here.");

@@ -16,9 +16,12 @@
 #include "UI/Commands/ActiveCommandCmds.h"
 #include "UI/Commands/Camera/FitCmd.h"
 #include "UI/Commands/Camera/LookAtCmd.h"
+#include "UI/Commands/Camera/OrbiconCmds.h"
 #include "UI/Commands/Camera/OrbitCmdDef.h"
 #include "UI/Commands/Camera/PanCmd.h"
 #include "UI/Commands/Camera/PassiveCameraCmdAgent.h"
+#include "UI/Commands/Camera/ViewCmdDefs.h"
+#include "UI/Commands/Camera/ViewMenus.h"
 #include "UI/Commands/Camera/ZoomCmd.h"
 #include "UI/Commands/CommandsAddInIdentifier.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
@@ -108,10 +111,31 @@ private:
     PanCmdDef m_panCmdDef;
     ZoomCmdDef m_zoomCmdDef;
     FitCmdDef m_fitCmdDef;
+    ViewWidgetCmdDef m_viewWidgetCmdDef;
+    ShowOrbiconCmdDef m_showOrbiconCmdDef;
+    HideOrbiconCmdDef m_hideOrbiconCmdDef;
     ActivateEnvironmentCmdDef m_activateEnvironmentCmdDef;
     ReturnToEnvironmentCmdDef m_returnToEnvironmentCmdDef;
     CycleWorkspacesForwardCmdDef m_cycleWorkspacesForwardCmdDef;
     CycleWorkspacesBackwardCmdDef m_cycleWorkspacesBackwardCmdDef;
+    ViewDisplayCmdDef m_viewDisplayCmdDef;
+    ViewEffectCmdDef m_viewEffectCmdDef;
+    ViewDomeCmdDef m_viewDomeCmdDef;
+    ViewGroundPlaneCmdDef m_viewGroundPlaneCmdDef;
+    ViewGroundShadowCmdDef m_viewGroundShadowCmdDef;
+    ViewGroundReflectionCmdDef m_viewGroundReflectionCmdDef;
+    ViewAmbientOcclusionCmdDef m_viewAmbientOcclusionCmdDef;
+    ViewNPREffectCmdDef m_viewNPREffectCmdDef;
+    ViewEnvironmentCmdDef m_viewEnvironmentCmdDef;
+    ViewMSAACmdDef m_viewMSAACmdDef;
+    ViewSelectionEffectCmdDef m_viewSelectionEffectCmdDef;
+    ViewVisualStyleCmdDef m_viewVisualStyleCmdDef;
+    ViewCameraCmdDef m_viewCameraCmdDef;
+    ViewObjectShadowCmdDef m_viewObjectShadowCmdDef;
+    ViewColorCyclingCmdDef m_viewColorCyclingCmdDef;
+    ViewLayoutGridOnCmdDef m_viewLayoutGridOnCmdDef;
+    ViewGridRefNumbersCmdDef m_viewGridRefNumbersCmdDef;
+    ViewLayoutGridCmdDef m_viewLayoutGridCmdDef;
 };
 
 const boost::filesystem::path& resourceDirectory()

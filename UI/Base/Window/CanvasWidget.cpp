@@ -10,6 +10,7 @@
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/MouseEvents.h"
+#include "UI/Base/MouseOverlay.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/Window/QtDisplay.h"
@@ -17,6 +18,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QOpenGLContext>
+#include <QOpenGLFramebufferObject>
 #include <QOpenGLWidget>
 #include <QPainter>
 #include <QPointer>
@@ -75,6 +77,8 @@ public:
         GraphicsView* view = m_canvas->view();
         if (!view)
             return {};
+        if (MouseOverlay* overlay = view->mouseOverlay())
+            overlay->layOut(m_widget->width(), m_widget->height());
         view->update();
         if (view->waitsForContent())
             m_content.start();
@@ -85,6 +89,8 @@ public:
 
     bool handle(QEvent* event)
     {
+        if (event->type() == QEvent::Leave)
+            MouseEventSource::get()->mouseLeft(m_canvas);
         // While a command works the window is kept alive, but nothing may change under the command.
         const bool input = event->type() == QEvent::MouseButtonPress ||
                            event->type() == QEvent::MouseButtonRelease ||
@@ -169,15 +175,7 @@ private:
 class GlCanvas : public QOpenGLWidget
 {
 public:
-    GlCanvas(GraphicsCanvas* canvas, QWidget* parent) : QOpenGLWidget(parent), m_link(canvas, this)
-    {
-        int level = 1, quality = 0;
-        if (Vs::Scene::GraphicsOptionGroup::get()->MSAA())
-            Vs::Scene::GetMSAASettings(level, quality);
-        QSurfaceFormat format = QSurfaceFormat::defaultFormat();
-        format.setSamples(level > 1 ? level : 0);
-        setFormat(format);
-    }
+    GlCanvas(GraphicsCanvas* canvas, QWidget* parent) : QOpenGLWidget(parent), m_link(canvas, this) {}
     ~GlCanvas() override { drop(); }
 
 protected:
@@ -201,26 +199,53 @@ protected:
             return;
         const double ratio = devicePixelRatioF();
         Rendra::RenderTarget target = Rendra::RenderTarget::current();
-        target.framebuffer = defaultFramebufferObject();
         target.width = static_cast<int>(width() * ratio);
         target.height = static_cast<int>(height() * ratio);
-        target.samples = std::max(1, format().samples());
+        prepareSmooth({target.width, target.height});
+        target.framebuffer = m_smooth ? m_smooth->handle() : defaultFramebufferObject();
+        target.samples = m_smooth ? m_smooth->format().samples() : 1;
         target.lineWidth = static_cast<float>(ratio);
         target.effects = !m_renderer->drawsInSoftware();
         m_renderer->render(m_link.fragments(), target);
+        if (m_smooth)
+            QOpenGLFramebufferObject::blitFramebuffer(nullptr, m_smooth.get());
     }
 
 private:
+    /// The widget's own framebuffer keeps the samples that it had when it was made; the user's option holds
+    /// from the next picture on.
+    void prepareSmooth(const QSize& size)
+    {
+        int samples = 1, quality = 0;
+        if (Vs::Scene::GraphicsOptionGroup::get()->MSAA())
+            Vs::Scene::GetMSAASettings(samples, quality);
+        if (m_smooth && (samples != m_samples || m_smooth->size() != size))
+            m_smooth.reset();
+        m_samples = samples;
+        if (m_smooth || samples <= 1 || size.isEmpty())
+            return;
+        QOpenGLFramebufferObjectFormat format;
+        format.setSamples(samples);
+        format.setAttachment(QOpenGLFramebufferObject::Depth);
+        m_smooth = std::make_unique<QOpenGLFramebufferObject>(size, format);
+        // A driver that has no room draws without.
+        if (!m_smooth->isValid() || m_smooth->format().samples() <= 1)
+            m_smooth.reset();
+    }
+
     void drop()
     {
         if (!m_renderer)
             return;
         makeCurrent();
+        m_smooth.reset();
         m_renderer.reset();
         doneCurrent();
     }
 
     std::unique_ptr<Rendra::Renderer> m_renderer;
+    std::unique_ptr<QOpenGLFramebufferObject> m_smooth; ///< Null where edges are not smoothed.
+    int m_samples = 1;
     CanvasLink m_link;
 };
 
@@ -238,7 +263,6 @@ protected:
         const std::vector<Vs::Scene::ViewFragment*> fragments = m_link.fragments();
         Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
         options.fine = false;
-        options.antiAliasing = true;
         options.transparentBackground = false;
         Vs::Scene::Image image;
         Vs::Status status;

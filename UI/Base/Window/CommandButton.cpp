@@ -16,6 +16,8 @@
 #include <QMenu>
 #include <QPainter>
 
+#include <utility>
+
 namespace Vu {
 namespace {
 
@@ -72,22 +74,101 @@ QFrame* separator(QWidget* parent)
     return line;
 }
 
+QAction* addEntry(QMenu* menu, const Info& info)
+{
+    return menu->addAction(iconOf(info.icon()), QString::fromStdWString(info.name()));
+}
+
+void addItems(QMenu* menu, ListControl* list)
+{
+    for (Info* item : list->items()) {
+        if (item->key() == ListControl::kSeparator) {
+            menu->addSeparator();
+            continue;
+        }
+        QAction* action = addEntry(menu, *item);
+        action->setCheckable(item == list->selectedItem());
+        action->setChecked(item == list->selectedItem());
+        QObject::connect(action, &QAction::triggered, menu, [list, item] { list->selectedItem(item, true); });
+    }
+}
+
+void addItems(QMenu* menu, MenuControl* control)
+{
+    for (MenuItem* item : control->items()) {
+        if (item->separator()) {
+            menu->addSeparator();
+            continue;
+        }
+        // Without a picture, which would hide the check mark.
+        QAction* action = menu->addAction(QString::fromStdWString(item->info()->name()));
+        action->setCheckable(true);
+        action->setChecked(item->checked());
+        action->setEnabled(item->enabled());
+        QObject::connect(action, &QAction::triggered, menu,
+                         [control, item](bool on) { control->selectItem(item, on, true); });
+    }
+}
+
+/// The items of the command's list or menu as they are now.
+void fillMenu(QMenu* menu, CommandDefinition* definition)
+{
+    menu->clear();
+    CommandContext context = CommandContext::activeContext();
+    InputControl* control = definition->inputControl();
+    definition->updateInputControl(&context);
+    if (auto* list = Vs::cast<ListControl>(control))
+        addItems(menu, list);
+    else if (auto* items = Vs::cast<MenuControl>(control))
+        addItems(menu, items);
+}
+
+bool opensMenu(const InputControl* control)
+{
+    return Vs::cast<ListControl>(control) || Vs::cast<MenuControl>(control);
+}
+
+void addCommand(QMenu* menu, CommandDefinition* definition)
+{
+    QAction* action = nullptr;
+    if (opensMenu(definition->inputControl())) {
+        const Info& info = *definition->info();
+        QMenu* items = menu->addMenu(iconOf(info.icon()), QString::fromStdWString(info.name()));
+        QObject::connect(items, &QMenu::aboutToShow, items,
+                         [items, definition] { fillMenu(items, definition); });
+        action = items->menuAction();
+    } else {
+        action = addEntry(menu, *definition->info());
+        QObject::connect(action, &QAction::triggered, menu, [definition] { definition->onClicked(); });
+    }
+    QObject::connect(menu, &QMenu::aboutToShow, action, [definition, action] {
+        CommandContext context = CommandContext::activeContext();
+        action->setEnabled(definition->isAvailable(&context));
+    });
+}
+
+/// Title and picture of a menu that was described.
+std::pair<QString, QIcon> headOf(const ToolbarItem& item)
+{
+    const CommandDefinition* definition =
+        CommandDefinitionMgr::get()->findCommandDefinitionById(item.command);
+    if (!definition)
+        return {QString::fromStdWString(item.title), QIcon()};
+    const Info& info = *definition->info();
+    return {QString::fromStdWString(info.name()), iconOf(info.icon())};
+}
+
 void fillMenu(QMenu* menu, const std::vector<ToolbarItem>& items)
 {
     for (const ToolbarItem& item : items) {
         if (item.separator()) {
             menu->addSeparator();
-        } else if (item.command.empty()) {
-            fillMenu(menu->addMenu(QString::fromStdWString(item.title)), item.menu);
+        } else if (item.isMenu()) {
+            const auto [title, icon] = headOf(item);
+            fillMenu(menu->addMenu(icon, title), item.menu);
         } else if (CommandDefinition* definition =
                        CommandDefinitionMgr::get()->findCommandDefinitionById(item.command)) {
-            const Info* info = definition->info();
-            QAction* action = menu->addAction(iconOf(info->icon()), QString::fromStdWString(info->name()));
-            QObject::connect(action, &QAction::triggered, menu, [definition] { definition->onClicked(); });
-            QObject::connect(menu, &QMenu::aboutToShow, action, [definition, action] {
-                CommandContext context = CommandContext::activeContext();
-                action->setEnabled(definition->isAvailable(&context));
-            });
+            addCommand(menu, definition);
         }
     }
 }
@@ -101,12 +182,12 @@ CommandButton::CommandButton(CommandDefinition* definition, QWidget* parent)
     setObjectName(QString::fromStdWString(definition->id()));
     if (m_control)
         m_control->subscribe(this);
-    if (Vs::cast<ListControl>(m_control) || Vs::cast<MenuControl>(m_control)) {
+    if (opensMenu(m_control)) {
         m_menu = new QMenu(this);
         setMenu(m_menu);
         leaveWith(m_menu, this);
         setPopupMode(QToolButton::InstantPopup);
-        connect(m_menu, &QMenu::aboutToShow, this, [this] { fillMenu(); });
+        connect(m_menu, &QMenu::aboutToShow, this, [this] { fillMenu(m_menu, m_definition); });
     } else {
         connect(this, &QToolButton::clicked, this, [this] {
             if (auto* button = Vs::cast<ButtonControl>(m_control))
@@ -203,37 +284,6 @@ QString CommandButton::title() const
     return QString::fromStdWString(shown->name()) + QString::fromUtf16(kListSign);
 }
 
-void CommandButton::fillMenu()
-{
-    m_menu->clear();
-    if (auto* list = Vs::cast<ListControl>(m_control)) {
-        for (Info* item : list->items()) {
-            if (item->key() == ListControl::kSeparator) {
-                m_menu->addSeparator();
-                continue;
-            }
-            QAction* action = m_menu->addAction(iconOf(item->icon()), QString::fromStdWString(item->name()));
-            action->setCheckable(item == list->selectedItem());
-            action->setChecked(item == list->selectedItem());
-            connect(action, &QAction::triggered, this, [list, item] { list->selectedItem(item, true); });
-        }
-    } else if (auto* menu = Vs::cast<MenuControl>(m_control)) {
-        for (MenuItem* item : menu->items()) {
-            if (item->separator()) {
-                m_menu->addSeparator();
-                continue;
-            }
-            QAction* action = m_menu->addAction(iconOf(item->info()->icon()),
-                                                QString::fromStdWString(item->info()->name()));
-            action->setCheckable(true);
-            action->setChecked(item->checked());
-            action->setEnabled(item->enabled());
-            connect(action, &QAction::triggered, this,
-                    [menu, item](bool on) { menu->selectItem(item, on, true); });
-        }
-    }
-}
-
 void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,
                      std::vector<CommandButton*>& buttons)
 {
@@ -249,10 +299,13 @@ void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,
     for (const ToolbarItem& item : items) {
         if (item.separator()) {
             wantsLine = true;
-        } else if (item.command.empty()) {
+        } else if (item.isMenu()) {
             auto* button = new QToolButton(bar);
             makeFlat(button);
-            button->setText(QString::fromStdWString(item.title) + QString::fromUtf16(kListSign));
+            const auto [title, icon] = headOf(item);
+            button->setText(title + QString::fromUtf16(kListSign));
+            button->setIcon(icon);
+            button->setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonTextBesideIcon);
             button->setPopupMode(QToolButton::InstantPopup);
             auto* menu = new QMenu(button);
             fillMenu(menu, item.menu);

@@ -31,7 +31,6 @@ private:
     void inputControlDestroyed(InputControl* control) override;
     void draw();
     QString title() const;
-    void fillMenu();
 
     CommandDefinition* m_definition;
     InputControl* m_control;

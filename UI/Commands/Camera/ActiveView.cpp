@@ -26,6 +26,15 @@ Vs::Scene::ViewFragment* firstFragment(GraphicsView* view)
     return view && !view->viewFragments().empty() ? view->viewFragments().front() : nullptr;
 }
 
+Vs::Scene::ViewFragment* fragmentNamed(GraphicsView* view, const std::string& name)
+{
+    if (view)
+        for (Vs::Scene::ViewFragment* fragment : view->viewFragments())
+            if (fragment->name() == name)
+                return fragment;
+    return nullptr;
+}
+
 Vs::Scene::Camera* activeCamera()
 {
     Vs::Scene::ViewFragment* fragment =

@@ -2,6 +2,8 @@
 
 #include "Server/Base/StrongRef.h"
 
+#include <string>
+
 namespace Vs::Scene {
 class Camera;
 class ViewFragment;
@@ -26,6 +28,9 @@ GraphicsView* graphicsViewOf(const Rendra::Graphics::GroupNode* viewNode);
 
 /// The view's first fragment, which is the one that commands work on; null if it shows nothing.
 Vs::Scene::ViewFragment* firstFragment(GraphicsView* view);
+
+/// The view's fragment of that name; null if there is none, or no view.
+Vs::Scene::ViewFragment* fragmentNamed(GraphicsView* view, const std::string& name);
 
 /// The camera of the active session's view; null if there is none.
 Vs::Scene::Camera* activeCamera();

@@ -5,6 +5,8 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Commands/ActiveCommandCmds.h"
+#include "UI/Commands/Camera/OrbiconCmds.h"
+#include "UI/Commands/Camera/ViewCmdDefs.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/ExportCmd.h"
 #include "UI/Commands/Documents/NewDocumentCmd.h"
@@ -112,6 +114,12 @@ void assetSessionName(const Parameters& parameters, CommandContext& context)
         context.addArgument(ActiveViewAssetCmdDef::assetSessionNameArgumentName(), parameters[0]);
 }
 
+void cmdId(const Parameters& parameters, CommandContext& context)
+{
+    if (parameters.parameters() > 0)
+        context.addArgument(Vs::UniqueString::find("CmdId", true), parameters[0]);
+}
+
 constexpr bool kGlobal = true;
 constexpr bool kFlush = true;
 constexpr const wchar_t* kArea = L"VuCommands";
@@ -144,6 +152,23 @@ constexpr WrapperRow kActivateEnvironment      = {kArea, L"ActivateEnvironmentCm
 constexpr WrapperRow kCycleWorkspacesForward   = {kArea, L"CycleWorkspacesForwardCmd",   L"<asset_type> Cycle Workspaces Forward.", "%s%s", &CycleWorkspacesForwardCmdDef::info};
 constexpr WrapperRow kCycleWorkspacesBackward  = {kArea, L"CycleWorkspacesBackwardCmd",  L"<asset_type> Cycle Workspaces Backward.", "%s%s", &CycleWorkspacesBackwardCmdDef::info};
 constexpr WrapperRow kReturnToEnvironment      = {kArea, L"ReturnToEnvironmentCmd",      L"Return environment", "", &ReturnToEnvironmentCmdDef::info};
+constexpr WrapperRow kViewDome             = {kArea, L"ViewDomeCmd", L"View ground dome.", "", &ViewDomeCmdDef::info, cmdId};
+constexpr WrapperRow kViewGroundPlane      = {kArea, L"ViewGroundPlaneCmd", L"View ground plane.", "", &ViewGroundPlaneCmdDef::info, cmdId};
+constexpr WrapperRow kViewGroundShadow     = {kArea, L"ViewGroundShadowCmd", L"View ground shadow.", "", &ViewGroundShadowCmdDef::info, cmdId};
+constexpr WrapperRow kViewAmbientOcclusion = {kArea, L"ViewAmbientOcclusionCmd", L"View ambient occlusion.", "", &ViewAmbientOcclusionCmdDef::info, cmdId};
+constexpr WrapperRow kViewGroundReflection = {kArea, L"ViewGroundReflectionCmd", L"View ground reflection.", "", &ViewGroundReflectionCmdDef::info, cmdId};
+constexpr WrapperRow kViewNPREffect        = {kArea, L"ViewNPREffectCmd", L"View NPR effect.", "", &ViewNPREffectCmdDef::info, cmdId};
+constexpr WrapperRow kViewEnvironment      = {kArea, L"ViewEnvironmentCmd", L"View environment.", "", &ViewEnvironmentCmdDef::info, cmdId};
+constexpr WrapperRow kViewMSAA             = {kArea, L"ViewMSAACmd", L"View MSAA.", "", &ViewMSAACmdDef::info, cmdId};
+constexpr WrapperRow kViewSelectionEffect  = {kArea, L"ViewSelectionEffectCmd", L"View selection effect", "", &ViewSelectionEffectCmdDef::info, cmdId};
+constexpr WrapperRow kViewVisualStyle      = {kArea, L"ViewVisualStyleCmd", L"View visual style.", "", &ViewVisualStyleCmdDef::info, cmdId};
+constexpr WrapperRow kViewCamera           = {kArea, L"ViewCameraCmd", L"View camera.", "", &ViewCameraCmdDef::info, cmdId};
+constexpr WrapperRow kViewObjectShadow     = {kArea, L"ViewObjectShadowCmd", L"View object shadow.", "", &ViewObjectShadowCmdDef::info, cmdId};
+constexpr WrapperRow kViewColorCycling     = {kArea, L"ViewColorCyclingCmd", L"View color cycling.", "", &ViewColorCyclingCmdDef::info, cmdId};
+constexpr WrapperRow kViewLayoutGridOn     = {kArea, L"ViewLayoutGridOnCmd", L"View layout grid.", "", &ViewLayoutGridOnCmdDef::info, cmdId};
+constexpr WrapperRow kShowOrbicon          = {kArea, L"ShowOrbiconCmd", L"Show Orbicon.", "", &ShowOrbiconCmdDef::info};
+constexpr WrapperRow kHideOrbicon          = {kArea, L"HideOrbiconCmd", L"Hide Orbicon.", "", &HideOrbiconCmdDef::info};
+constexpr WrapperRow kViewWidget           = {kArea, L"ViewWidgetCmd",  L"View menu item.", "", &ViewWidgetCmdDef::info};
 // clang-format on
 
 Wrapper<kExitApplication> TextCmdVuCommandsExitApplicationCmd;
@@ -173,6 +198,23 @@ Wrapper<kActivateEnvironment> TextCmdVuCommandsActivateEnvironmentCmd;
 Wrapper<kCycleWorkspacesForward> TextCmdVuCommandsCycleWorkspacesForwardCmd;
 Wrapper<kCycleWorkspacesBackward> TextCmdVuCommandsCycleWorkspacesBackwardCmd;
 Wrapper<kReturnToEnvironment> TextCmdVuCommandsReturnToEnvironmentCmd;
+Wrapper<kViewDome> TextCmdVuCommandsViewDomeCmd;
+Wrapper<kViewGroundPlane> TextCmdVuCommandsViewGroundPlaneCmd;
+Wrapper<kViewGroundShadow> TextCmdVuCommandsViewGroundShadowCmd;
+Wrapper<kViewAmbientOcclusion> TextCmdVuCommandsViewAmbientOcclusionCmd;
+Wrapper<kViewGroundReflection> TextCmdVuCommandsViewGroundReflectionCmd;
+Wrapper<kViewNPREffect> TextCmdVuCommandsViewNPREffectCmd;
+Wrapper<kViewEnvironment> TextCmdVuCommandsViewEnvironmentCmd;
+Wrapper<kViewMSAA> TextCmdVuCommandsViewMSAACmd;
+Wrapper<kViewSelectionEffect> TextCmdVuCommandsViewSelectionEffectCmd;
+Wrapper<kViewVisualStyle> TextCmdVuCommandsViewVisualStyleCmd;
+Wrapper<kViewCamera> TextCmdVuCommandsViewCameraCmd;
+Wrapper<kViewObjectShadow> TextCmdVuCommandsViewObjectShadowCmd;
+Wrapper<kViewColorCycling> TextCmdVuCommandsViewColorCyclingCmd;
+Wrapper<kViewLayoutGridOn> TextCmdVuCommandsViewLayoutGridOnCmd;
+Wrapper<kShowOrbicon> TextCmdVuCommandsShowOrbiconCmd;
+Wrapper<kHideOrbicon> TextCmdVuCommandsHideOrbiconCmd;
+Wrapper<kViewWidget> TextCmdVuCommandsViewWidgetCmd;
 
 } // namespace
 } // namespace Vu::Commands

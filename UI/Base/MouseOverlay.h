@@ -1,0 +1,29 @@
+#pragma once
+
+namespace Vu {
+
+class MouseEvent;
+
+/// What lies over a view's scene and has the mouse to itself where it lies: nobody else hears of a move or a
+/// press over it, nor of the drag that begins with such a press.
+class MouseOverlay
+{
+public:
+    virtual ~MouseOverlay() = default;
+
+    /// The view's canvas has this size, in logical pixels. Called before the view is drawn.
+    virtual void layOut(double width, double height) = 0;
+
+    /// Whether the overlay has what lies under the mouse. Asked before each event without a button held.
+    virtual bool takesMouse(MouseEvent* event) = 0;
+    /// The mouse, with no button held, is at a place that the overlay takes.
+    virtual void hover(MouseEvent* event) = 0;
+    /// It is no longer.
+    virtual void hoverEnd() = 0;
+    virtual void mousePress(MouseEvent* event) = 0;
+    /// The mouse moves after a press, anywhere.
+    virtual void mouseDrag(MouseEvent* event) = 0;
+    virtual void mouseRelease(MouseEvent* event) = 0;
+};
+
+} // namespace Vu

@@ -1,0 +1,212 @@
+#include "UI/Commands/Camera/ViewCmdDefs.h"
+
+#include "Server/CommonData/CommonDataAssetSettings.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/EnvironmentManager.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/RenderParams.h"
+#include "UI/Commands/Resources.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace Vu::Commands {
+namespace {
+
+constexpr std::array<CommandRow::Group, 3> kGroups = {&CommandGroup::VisualizationGroup,
+                                                      &CommandGroup::BaseGroup};
+
+Vs::Scene::GraphicsOptionGroup& options()
+{
+    return *Vs::Scene::GraphicsOptionGroup::get();
+}
+
+/// In a list whose first item is on and whose second is off.
+int onOrOff(bool on)
+{
+    return on ? 0 : 1;
+}
+
+// clang-format off
+
+constexpr CommandRow kDomeItems[] = {
+    {.key = L"ViewDomeOnCommand",  .title = "Dome On"},
+    {.key = L"ViewDomeOffCommand", .title = "Dome Off"},
+};
+
+constexpr CommandRow kGroundPlaneItems[] = {
+    {.key = L"ViewGroundPlaneOnCommand",  .title = "Ground Plane On"},
+    {.key = L"ViewGroundPlaneOffCommand", .title = "Ground Plane Off"},
+};
+
+constexpr CommandRow kGroundShadowItems[] = {
+    {.key = L"ViewGroundReflectionOnCommand",  .title = "Ground Shadow On",  .titleKey = "ViewGroundShadowOnCommand",  .icon = &Resources::ViewGroundShadowOn},
+    {.key = L"ViewGroundReflectionOffCommand", .title = "Ground Shadow Off", .titleKey = "ViewGroundShadowOffCommand", .icon = &Resources::ViewGroundShadowOff},
+};
+
+constexpr CommandRow kGroundReflectionItems[] = {
+    {.key = L"ViewGroundReflectionOnCommand",  .title = "Ground Reflection On",  .icon = &Resources::ViewGroundReflectionOn},
+    {.key = L"ViewGroundReflectionOffCommand", .title = "Ground Reflection Off", .icon = &Resources::ViewGroundReflectionOff},
+};
+
+constexpr CommandRow kAmbientOcclusionItems[] = {
+    {.key = L"ViewAmbientOcclusionOnCommand",  .title = "Ambient Occlusion On",  .icon = &Resources::ViewAmbientOcclusionOn},
+    {.key = L"ViewAmbientOcclusionOffCommand", .title = "Ambient Occlusion Off", .icon = &Resources::ViewAmbientOcclusionOff},
+};
+
+constexpr CommandRow kNPREffectItems[] = {
+    {.key = L"ViewNPROffCommand",      .title = "NPR Off"},
+    {.key = L"ViewNPRPastelCommand",   .title = "NPR Pastel"},
+    {.key = L"ViewNPRGraphiteCommand", .title = "NPR Graphite"},
+};
+
+constexpr CommandRow kEnvironmentItems[] = {
+    {.key = L"ViewEnvDarkSkyCommand",         .title = "Dark Sky"},
+    {.key = L"ViewEnvGreyRoomCommand",        .title = "Grey Room"},
+    {.key = L"ViewEnvPhotoBoothCommand",      .title = "Photo Booth"},
+    {.key = L"ViewEnvTranquilityBlueCommand", .title = "Tranquility Blue"},
+    {.key = L"ViewEnvInfinityPoolCommand",    .title = "Infinity Pool", .titleKey = "ViewEnvInfinityPool"},
+    {.key = L"ViewSkyRoomCommand",            .title = "Sky Room",      .titleKey = "ViewSkyRoomPool"},
+};
+
+constexpr CommandRow kMSAAItems[] = {
+    {.key = L"ViewMSAAOnCommand",  .title = "Anti Aliasing On"},
+    {.key = L"ViewMSAAOffCommand", .title = "Anti Aliasing Off"},
+};
+
+constexpr CommandRow kSelectionEffectItems[] = {
+    {.key = L"ViewSelectionEffectNormalCommand",     .title = "Normal Selection Effect"},
+    {.key = L"ViewSelectionEffectFastCommand",       .title = "Fast Selection Effect"},
+    {.key = L"ViewSelectionEffectSimplifiedCommand", .title = "Simplified Selection Effect"},
+    {.key = L"ViewSelectionEffectNoCommand",         .title = "No Selection Effect"},
+};
+
+constexpr CommandRow kVisualStyleItems[] = {
+    {.key = L"ViewVisualStyleShaded",             .title = "Shaded",                            .titleKey = "ViewShadedCommand",             .icon = &Resources::ViewShaded},
+    {.key = L"ViewVisualStyleShadedWithEdgesHL",  .title = "Shaded with Hidden Edges",          .titleKey = "ViewShadedHLCommand",           .icon = &Resources::ViewShadedHL},
+    {.key = L"ViewVisualStyleShadedWithEdgesHLR", .title = "Shaded with Visible Edges Only",    .titleKey = "ViewShadedWithEdgesHLRCommand", .icon = &Resources::ViewShadedWithEdges},
+    {.key = L"ViewVisualStyleWireframe",          .title = "Wireframe",                         .titleKey = "ViewWireframeCommand",          .icon = &Resources::ViewWireframe},
+    {.key = L"ViewVisualStyleWireframeHL",        .title = "Wireframe with Hidden Edges",       .titleKey = "ViewWireframeHLCommand",        .icon = &Resources::ViewWireframeHL},
+    {.key = L"ViewVisualStyleWireframeHLR",       .title = "Wireframe with Visible Edges Only", .titleKey = "ViewWireframeHLRCommand",       .icon = &Resources::ViewWireframeHLR},
+    {.key = L"ViewVisualStyleRealistic",          .title = "Realistic",                         .titleKey = "ViewRealisticCommand",          .icon = &Resources::ViewRealistic},
+};
+
+constexpr CommandRow kCameraItems[] = {
+    {.key = L"ViewCameraOrthoCommand",               .title = "Orthographic", .icon = &Resources::ViewCameraOrtho},
+    {.key = L"ViewCameraPerspCommand",               .title = "Perspective",  .icon = &Resources::ViewCameraPersp},
+    {.key = L"ViewCameraPerspWithOrthoFacesCommand", .title = "Perspective with Ortho Faces"},
+};
+
+constexpr CommandRow kObjectShadowItems[] = {
+    {.key = L"ViewObjectShadowSoft2Command", .title = "Object Shadow On",  .icon = &Resources::ViewObjectShadowOn},
+    {.key = L"ViewObjectShadowNoneCommand",  .title = "Object Shadow Off", .icon = &Resources::ViewObjectShadowOff},
+};
+
+constexpr CommandRow kColorCyclingItems[] = {
+    {.key = L"ViewColorCyclingOnCommand",  .title = "Component Color Cycling On",  .icon = &Resources::ViewColorCyclingOn},
+    {.key = L"ViewColorCyclingOffCommand", .title = "Component Color Cycling Off", .icon = &Resources::ViewColorCyclingOff},
+};
+
+constexpr CommandRow kLayoutGridItems[] = {
+    {.key = L"ViewLayoutGridOnCommand",  .title = "Grid On"},
+    {.key = L"ViewLayoutGridOffCommand", .title = "Grid Off"},
+};
+
+constexpr CommandRow kGridRefNumbersItems[] = {
+    {.key = L"ViewGridNumeralsOnCommand",  .title = "Grid Numbers On",  .titleKey = "ViewGridNumbersOnCommand"},
+    {.key = L"ViewGridNumeralsOffCommand", .title = "Grid Numbers Off", .titleKey = "ViewGridNumbersOffCommand"},
+};
+
+} // namespace
+
+constinit const CommandRow ViewDisplayCmdDef::kRow          = {.key = L"ViewDisplayCommand", .title = "View Display", .icon = &Resources::ViewDisplay, .groups = kGroups};
+constinit const CommandRow ViewDomeCmdDef::kRow             = {.key = L"ViewDomeCommand", .title = "Environment Dome", .groups = kGroups};
+constinit const CommandRow ViewGroundPlaneCmdDef::kRow      = {.key = L"ViewGroundPlaneCommand", .title = "Ground Plane", .groups = kGroups};
+constinit const CommandRow ViewGroundShadowCmdDef::kRow     = {.key = L"ViewGroundShadowCommand", .title = "Ground Shadow", .icon = &Resources::ViewGroundShadowOn, .groups = kGroups};
+constinit const CommandRow ViewGroundReflectionCmdDef::kRow = {.key = L"ViewGroundReflectionCommand", .title = "Ground Reflection", .icon = &Resources::ViewGroundReflectionOn, .groups = kGroups};
+constinit const CommandRow ViewAmbientOcclusionCmdDef::kRow = {.key = L"ViewAmbientOcclusionCommand", .title = "Ambient Occlusion", .icon = &Resources::ViewAmbientOcclusionOn, .groups = kGroups};
+constinit const CommandRow ViewNPREffectCmdDef::kRow        = {.key = L"ViewNPREffectCommand", .title = "NPR Effect", .icon = &Resources::ViewNPREffect, .groups = kGroups};
+constinit const CommandRow ViewEnvironmentCmdDef::kRow      = {.key = L"ViewEnvCommand", .title = "Environment", .icon = &Resources::ViewEnvironment, .groups = kGroups};
+constinit const CommandRow ViewMSAACmdDef::kRow             = {.key = L"ViewMSAACommand", .title = "Anti-Aliasing", .icon = &Resources::ViewMSAA, .groups = kGroups};
+constinit const CommandRow ViewSelectionEffectCmdDef::kRow  = {.key = L"ViewSelectionEffectCommand", .title = "Selection Effect", .icon = &Resources::ViewSelectionEffect, .groups = kGroups};
+constinit const CommandRow ViewVisualStyleCmdDef::kRow      = {.key = L"ViewVisualStyleCommand", .title = "Visual Style", .icon = &Resources::ViewShadedWithEdges, .groups = kGroups};
+constinit const CommandRow ViewCameraCmdDef::kRow           = {.key = L"ViewCameraCommand", .title = "Camera", .icon = &Resources::ViewCameraPersp, .groups = kGroups};
+constinit const CommandRow ViewObjectShadowCmdDef::kRow     = {.key = L"ViewObjectShadowCommand", .title = "Object Shadow", .icon = &Resources::ViewObjectShadowOn, .groups = kGroups};
+constinit const CommandRow ViewColorCyclingCmdDef::kRow     = {.key = L"ViewColorCyclingCommand", .title = "Component Color Cycling", .icon = &Resources::ViewColorCyclingOn, .groups = kGroups};
+constinit const CommandRow ViewLayoutGridOnCmdDef::kRow     = {.key = L"ViewLayoutGridOnCommand", .title = "Layout Grid", .titleKey = "ViewLayoutGridCommand", .icon = &Resources::Grid, .groups = kGroups};
+constinit const CommandRow ViewGridRefNumbersCmdDef::kRow   = {.key = L"ViewGridRefNumeralsCommand", .title = "Grid Reference Numbers", .groups = kGroups};
+
+constinit const std::span<const CommandRow> ViewDomeCmdDef::kItems = kDomeItems;
+constinit const std::span<const CommandRow> ViewGroundPlaneCmdDef::kItems = kGroundPlaneItems;
+constinit const std::span<const CommandRow> ViewGroundShadowCmdDef::kItems = kGroundShadowItems;
+constinit const std::span<const CommandRow> ViewGroundReflectionCmdDef::kItems = kGroundReflectionItems;
+constinit const std::span<const CommandRow> ViewAmbientOcclusionCmdDef::kItems = kAmbientOcclusionItems;
+constinit const std::span<const CommandRow> ViewNPREffectCmdDef::kItems = kNPREffectItems;
+constinit const std::span<const CommandRow> ViewEnvironmentCmdDef::kItems = kEnvironmentItems;
+constinit const std::span<const CommandRow> ViewMSAACmdDef::kItems = kMSAAItems;
+constinit const std::span<const CommandRow> ViewSelectionEffectCmdDef::kItems = kSelectionEffectItems;
+constinit const std::span<const CommandRow> ViewVisualStyleCmdDef::kItems = kVisualStyleItems;
+constinit const std::span<const CommandRow> ViewCameraCmdDef::kItems = kCameraItems;
+constinit const std::span<const CommandRow> ViewObjectShadowCmdDef::kItems = kObjectShadowItems;
+constinit const std::span<const CommandRow> ViewColorCyclingCmdDef::kItems = kColorCyclingItems;
+constinit const std::span<const CommandRow> ViewLayoutGridOnCmdDef::kItems = kLayoutGridItems;
+constinit const std::span<const CommandRow> ViewGridRefNumbersCmdDef::kItems = kGridRefNumbersItems;
+
+int ViewDomeCmdDef::current(const ViewState&)                   { return onOrOff(options().displayDome()); }
+int ViewGroundPlaneCmdDef::current(const ViewState& state)      { return onOrOff(state.render->groundPlaneEnabled()); }
+int ViewGroundShadowCmdDef::current(const ViewState& state)     { return onOrOff(state.render->groundShadowEnabled()); }
+int ViewGroundReflectionCmdDef::current(const ViewState& state) { return onOrOff(state.render->groundReflectionEnabled()); }
+int ViewAmbientOcclusionCmdDef::current(const ViewState&)       { return onOrOff(options().ambientOccludedEnabled()); }
+int ViewMSAACmdDef::current(const ViewState&)                   { return onOrOff(options().MSAA()); }
+int ViewSelectionEffectCmdDef::current(const ViewState&)        { return options().selectionEffectOption() - 1; }
+int ViewVisualStyleCmdDef::current(const ViewState& state)      { return state.render->visualStyle(); }
+int ViewColorCyclingCmdDef::current(const ViewState& state)     { return onOrOff(state.render->colorCyclingEnabled()); }
+int ViewLayoutGridOnCmdDef::current(const ViewState&)           { return onOrOff(options().showLayoutGrid()); }
+int ViewGridRefNumbersCmdDef::current(const ViewState&)         { return onOrOff(options().showGridRefNumbers()); }
+// clang-format on
+
+namespace {
+
+/// The number of `value` in a list; the length of the list if it isn't there, which is no item.
+template <class Values, class Value>
+int placeOf(const Value& value, const Values& values)
+{
+    return int(std::ranges::find(values, value) - std::begin(values));
+}
+
+} // namespace
+
+int ViewNPREffectCmdDef::current(const ViewState& state)
+{
+    constexpr int kEffects[] = {0, 1, 3};
+    return placeOf(state.render->nprEffect(), kEffects);
+}
+
+int ViewEnvironmentCmdDef::current(const ViewState&)
+{
+    constexpr const wchar_t* kIds[] = {L"DarkSky",         L"GreyRoom",     L"PhotoBooth",
+                                       L"TranquilityBlue", L"InfinityPool", L"SkyRoom"};
+    return placeOf(Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironmentID(), kIds);
+}
+
+int ViewCameraCmdDef::current(const ViewState& state)
+{
+    if (!state.settings)
+        return -1;
+    if (state.settings->perspWithOrthoFaces())
+        return 2;
+    const int projection = options().cameraProjection();
+    if (projection == Vs::Scene::kParallelProjection)
+        return 0;
+    return projection == Vs::Scene::kPerspectiveProjection ? 1 : -1;
+}
+
+int ViewObjectShadowCmdDef::current(const ViewState& state)
+{
+    const int type = state.render->objectShadowType();
+    if (type == 0)
+        return 1;
+    return type >= 1 && type <= 3 ? 0 : -1;
+}
+
+} // namespace Vu::Commands

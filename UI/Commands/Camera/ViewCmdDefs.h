@@ -1,0 +1,143 @@
+#pragma once
+
+#include "UI/Commands/Camera/ViewCmdDefBase.h"
+
+namespace Vu::Commands {
+
+/// The parent of the view's settings in a menu; a list without items.
+class ViewDisplayCmdDef : public RowDefinition<ViewDisplayCmdDef, ViewCmdDefBase>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    void onSetupListItems(std::vector<Info*>&) override {}
+    Info* onSelectedItem(const std::vector<Info*>&, const ViewState&) override { return nullptr; }
+};
+
+// The settings. Each has its own row, the rows of its items, and the number of the item that is current.
+
+class ViewDomeCmdDef : public ViewListCmdDef<ViewDomeCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewGroundPlaneCmdDef : public ViewListCmdDef<ViewGroundPlaneCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+/// Its items are those of the ground reflection under other titles: a choice in this list sets the
+/// reflection. The shadow itself is switched in the menu of effects.
+class ViewGroundShadowCmdDef : public ViewListCmdDef<ViewGroundShadowCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewGroundReflectionCmdDef : public ViewListCmdDef<ViewGroundReflectionCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewAmbientOcclusionCmdDef : public ViewListCmdDef<ViewAmbientOcclusionCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewNPREffectCmdDef : public ViewListCmdDef<ViewNPREffectCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+/// The sky room shows as no item once it is chosen: it is set under another name than the list looks for.
+class ViewEnvironmentCmdDef : public ViewListCmdDef<ViewEnvironmentCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewMSAACmdDef : public ViewListCmdDef<ViewMSAACmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewSelectionEffectCmdDef : public ViewListCmdDef<ViewSelectionEffectCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewVisualStyleCmdDef : public ViewListCmdDef<ViewVisualStyleCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewCameraCmdDef : public ViewListCmdDef<ViewCameraCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewObjectShadowCmdDef : public ViewListCmdDef<ViewObjectShadowCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewColorCyclingCmdDef : public ViewListCmdDef<ViewColorCyclingCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewLayoutGridOnCmdDef : public ViewListCmdDef<ViewLayoutGridOnCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+class ViewGridRefNumbersCmdDef : public ViewListCmdDef<ViewGridRefNumbersCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const std::span<const CommandRow> kItems;
+    static int current(const ViewState& state);
+};
+
+} // namespace Vu::Commands
