@@ -25,7 +25,7 @@ struct ImageOptions
 {
     bool antiAliasing = true;
     bool transparentBackground = false;
-    bool dome = true; ///< As RenderTarget::dome.
+    bool dome = true;                       ///< As RenderTarget::dome.
     bool grid = false, gridNumbers = false; ///< As in RenderTarget.
     /// Many more samples for each pixel where `antiAliasing` is on: for pictures that are kept, not for a
     /// canvas that moves.

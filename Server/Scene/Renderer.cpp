@@ -9,6 +9,7 @@
 #include "Server/Scene/Rendra/HelperPainter.h"
 #include "Server/Scene/Rendra/HighlightPainter.h"
 #include "Server/Scene/Rendra/LayoutGrid.h"
+#include "Server/Scene/Rendra/Sketch.h"
 
 #include <algorithm>
 #include <array>
@@ -32,11 +33,12 @@ struct Renderer::Data
     Background background;
     BodyPainter bodies;
     GroundPainter ground{bodies};
+    Sketch sketch;
     LayoutGrid grid;
     HighlightPainter highlights;
     HelperPainter helpers;
     /// What is drawn of each fragment, in this order.
-    const std::array<Pass*, 5> passes{&ground, &bodies, &grid, &highlights, &helpers};
+    const std::array<Pass*, 6> passes{&ground, &bodies, &sketch, &grid, &highlights, &helpers};
     EnvironmentLight light;
     const Vs::Scene::Environment* environment = nullptr;
     MeshStore meshes;

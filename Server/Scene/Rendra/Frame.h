@@ -64,6 +64,12 @@ struct Frame
     const EnvironmentLight& light; ///< Of the environment.
 
     const Vs::Scene::RenderParams& params() const { return *fragment.renderParams(); }
+    /// Whether the fragment shows a model, with what stands around it, and not only helps over another.
+    bool showsModel() const
+    {
+        return fragment.data()->supportSelectBackground() &&
+               params().visualStyle() != Vs::Scene::kHelpersOnly;
+    }
 
     /// Directs what follows into the picture, with the state that every pass begins with: depths are tested
     /// and written, nothing is blended or left out.

@@ -197,7 +197,7 @@ void GroundPainter::release()
 void GroundPainter::draw(const Frame& frame)
 {
     const Vs::Scene::RenderParams& params = frame.params();
-    if (!params.groundPlaneEnabled() || params.visualStyle() == Vs::Scene::kHelpersOnly)
+    if (!params.groundPlaneEnabled() || !frame.showsModel())
         return;
     const Ground* ground = frame.scene.ground.find(frame.scene.list, params.groundPlaneOrientation());
     if (!ground || !(ground->size() > 0) || !makeProgram())

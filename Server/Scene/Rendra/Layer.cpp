@@ -40,7 +40,7 @@ bool Layer::make(Kind kind, int width, int height)
         glReadBuffer(GL_NONE);
     } else {
         glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, m_texture, 0);
-        if (kind != Kind::Value) {
+        if (kind == Kind::Colour) {
             m_depths = makeTexture(Kind::Depth, width, height);
             glFramebufferTexture2D(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_TEXTURE_2D, m_depths, 0);
         }

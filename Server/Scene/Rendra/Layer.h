@@ -10,10 +10,10 @@ class Layer
 {
 public:
     enum class Kind {
-        Colour, ///< RGBA, with depths of its own beside it.
-        Value,  ///< One number from 0 to 1, in 256 steps.
+        Colour,  ///< RGBA, with depths of its own beside it.
+        Picture, ///< RGBA alone.
+        Value,   ///< One number from 0 to 1, in 256 steps.
         Depth,
-        Normal, ///< A direction as a colour, with depths of its own beside it.
     };
 
     /// Makes storage of `width` by `height` pixels if there is none of that size. Returns false if the driver

@@ -145,9 +145,7 @@ void LayoutGrid::release()
 
 void LayoutGrid::draw(const Frame& frame)
 {
-    // A fragment that only draws over the model has no ground.
-    if (!frame.target.grid || !frame.fragment.data()->supportSelectBackground() ||
-        frame.params().visualStyle() == Vs::Scene::kHelpersOnly || !makePrograms())
+    if (!frame.target.grid || !frame.showsModel() || !makePrograms())
         return;
     Plane plane;
     plane.up = frame.params().groundPlaneOrientation();
