@@ -60,7 +60,7 @@ void EarlyMeshing::work()
         lock.unlock();
         bool meshed = true;
         try {
-            Kernel::meshShape(shape, {}, {}, false);
+            Kernel::meshShape(shape, {});
         } catch (const Standard_Failure&) {
             meshed = false;
         } catch (const std::bad_alloc&) {

@@ -87,7 +87,6 @@ Reading readIges(const std::string& path, Reporter& reporter)
     const Handle(KernelProgress) progress = new KernelProgress(reporter);
     if (!reader->Transfer(document, progress->Start()))
         throw Unreadable("holds no shapes that can be read");
-    reading.keep = reader;
     return reading;
 }
 

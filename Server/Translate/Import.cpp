@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <atomic>
 #include <functional>
+#include <malloc.h>
 #include <mutex>
 #include <numeric>
 #include <sstream>
@@ -58,9 +59,6 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
     std::iota(order.begin(), order.end(), 0);
     std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return faces[a] > faces[b]; });
     const double total = std::max(1, std::accumulate(faces.begin(), faces.end(), 0));
-    // Shapes side by side keep the processors as busy as faces do, with half of the memory; only a shape that
-    // is more than one processor's share of the whole leaves others idle.
-    const double share = total / std::max(1u, std::thread::hardware_concurrency());
     std::atomic<double> done = 0;
     std::mutex mutex;
     forEachInParallel(order.size(), [&](size_t i) {
@@ -74,7 +72,7 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
                     reporter.progress((done.fetch_add(added) + added) / total);
                 });
                 if (!early || !early->hasMeshed(shape))
-                    Kernel::meshShape(shape, {}, progress->Start(), faces[body] > share);
+                    Kernel::meshShape(shape, {}, progress->Start());
                 meshes[body] =
                     std::make_shared<const BodyMesh>(Kernel::extractMesh(shape, tree.colours[body]));
             }
@@ -108,6 +106,11 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
 
     std::vector<std::shared_ptr<const BodyMesh>> meshes = std::move(reading.meshes);
     if (meshes.empty()) {
+        // The reader has let go of the file's content. Left to this thread's heap, that memory would be of no
+        // use to the threads that mesh, and they need as much again.
+        constexpr size_t kWorthIt = 16 << 20;
+        if (mallinfo2().fordblks > kWorthIt)
+            malloc_trim(0);
         std::vector<std::string> meshWarnings;
         if (reading.later) {
             // A crash in here is told by this step's name, and tried again without annotations.

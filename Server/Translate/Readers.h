@@ -31,8 +31,6 @@ struct Reading
     std::function<void()> later;
     /// What has begun to mesh the shapes while the reader was still at work; may be null.
     std::unique_ptr<EarlyMeshing> early;
-    /// The reader, which must live as long as `later`.
-    std::shared_ptr<void> keep;
     /// Meshes that came with the file, in the order of the tree's bodies; empty where they are to be made.
     std::vector<std::shared_ptr<const BodyMesh>> meshes;
     /// What the model writes, if that is known already.

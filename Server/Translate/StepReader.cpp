@@ -114,7 +114,6 @@ Reading readStep(const std::string& path, bool annotations, Reporter& reporter)
                                    failure.GetMessageString());
             }
         };
-    reading.keep = reader;
     return reading;
 }
 

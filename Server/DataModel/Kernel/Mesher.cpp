@@ -261,7 +261,7 @@ void addEdges(BodyMesh& mesh, const TopoDS_Shape& shape)
 } // namespace
 
 void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
-               const Message_ProgressRange& progress, bool facesInParallel)
+               const Message_ProgressRange& progress)
 {
     Bnd_Box box;
     BRepBndLib::AddClose(shape, box);
@@ -271,7 +271,7 @@ void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement
     parameters.Deflection =
         std::max(std::sqrt(box.SquareExtent()) * refinement.surfaceDeviation, kSmallestDeflection);
     parameters.Angle = refinement.normalDeviation * std::numbers::pi / 180.0;
-    parameters.InParallel = facesInParallel;
+    parameters.InParallel = true;
     BRepMesh_IncrementalMesh(shape, parameters, progress);
 }
 

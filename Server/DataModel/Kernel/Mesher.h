@@ -9,10 +9,9 @@ namespace Vs::Kernel {
 
 /// Makes the triangles of a shape's faces and keeps them in the shape. Faces that have some already are left
 /// alone if those are fine enough. The deflection is a fraction of the shape's own diagonal, so that big and
-/// small parts look alike and none explodes. Faces side by side take about twice the memory, and help only
-/// where no other shape keeps the processors busy. Throws Standard_Failure.
+/// small parts look alike and none explodes. Throws Standard_Failure.
 void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
-               const Message_ProgressRange& progress = {}, bool facesInParallel = true);
+               const Message_ProgressRange& progress = {});
 
 /// Copies a meshed shape's triangles and edge lines out of it.
 BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours);
