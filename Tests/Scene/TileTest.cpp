@@ -101,4 +101,30 @@ TEST_F(Tiles, FitTogetherWithEverythingThatStandsAroundTheBodies)
     expectNoSeams("graphite");
 }
 
+TEST_F(Tiles, ShadowsAndOcclusionAreFoundAgainOnlyIfABodyMoves)
+{
+    Vs::Scene::RenderParams& params = *fragment->renderParams();
+    params.groundPlaneEnabled(true);
+    params.groundShadowEnabled(true);
+    params.objectShadowType(2);
+    params.ambientOcclusionEnabled(true);
+    const auto drawCalls = [&] {
+        drawIn(kWhole, kHigh);
+        return renderer.statistics().drawCalls;
+    };
+    const uint64_t first = drawCalls(), again = drawCalls();
+    EXPECT_LT(again, first / 2);
+    Vs::Scene::NodeChange(box)
+        .highlight(Rendra::Graphics::Highlight::Pointed)
+        .bodyColour({0.1f, 0.6f, 0.1f, 1});
+    EXPECT_LE(drawCalls(), again + 2) << "a colour throws no shadow; what is pointed at has an outline";
+    Vs::Scene::NodeChange(box).highlight(Rendra::Graphics::Highlight::None);
+    fragment->camera()->orbit(10, 0);
+    const uint64_t turned = drawCalls();
+    EXPECT_GT(turned, again) << "occlusion depends on the view,";
+    EXPECT_LT(turned, first) << "but shadows do not";
+    Vs::Scene::NodeChange(box).transform(GkMatrix3d::translation({-20, -30, 0}));
+    EXPECT_EQ(drawCalls(), first);
+}
+
 } // namespace

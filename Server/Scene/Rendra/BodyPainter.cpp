@@ -61,6 +61,28 @@ Area occlusionArea(const Area& part, int pixelScale)
     return {part.x - margin, part.y - margin, length(part.width), length(part.height)};
 }
 
+Occlusion::Source sourceOf(const Frame& frame, const Area& depths, double radius)
+{
+    const Vs::Scene::Projection& projection = frame.projection;
+    Occlusion::Source source;
+    source.scene = frame.scene.root;
+    source.shapes = frame.scene.list.shapeRevision();
+    for (size_t row = 0; row < 3; ++row)
+        for (size_t column = 0; column < 4; ++column)
+            source.view[row * 4 + column] = projection.view().entry[row][column];
+    source.lens = {double(projection.perspective()),
+                   projection.halfWidth(),
+                   projection.halfHeight(),
+                   projection.clipNear(),
+                   projection.clipFar(),
+                   double(depths.x - frame.area.x),
+                   double(depths.y - frame.area.y),
+                   double(frame.area.width),
+                   double(frame.area.height),
+                   radius};
+    return source;
+}
+
 } // namespace
 
 bool BodyPainter::make(Vs::Status& status)
@@ -169,6 +191,8 @@ bool BodyPainter::findOcclusion(const Frame& frame, double radius)
 {
     const int scale = frame.target.pixelScale;
     const Area depths = occlusionArea(frame.part, scale);
+    if (m_occlusion.isOf(sourceOf(frame, depths, radius)))
+        return true;
     if (!m_occlusion.begin(depths.width, depths.height))
         return false;
     const Area reach{depths.x, depths.y, depths.width * scale, depths.height * scale};

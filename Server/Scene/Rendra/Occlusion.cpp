@@ -6,33 +6,6 @@ namespace Rendra {
 
 namespace {
 
-constexpr const char* kDepthVertex = R"(#version 330 core
-layout(location = 0) in vec3 position;
-layout(location = 3) in vec4 row0;
-layout(location = 4) in vec4 row1;
-layout(location = 5) in vec4 row2;
-
-uniform mat4 view;
-uniform mat4 projection;
-
-void main()
-{
-    vec4 p = vec4(position, 1.0);
-    gl_Position = projection * (view * vec4(dot(row0, p), dot(row1, p), dot(row2, p), 1.0));
-}
-)";
-
-constexpr const char* kDepthFragment = R"(#version 330 core
-void main() {}
-)";
-
-constexpr const char* kWholeVertex = R"(#version 330 core
-void main()
-{
-    gl_Position = vec4((gl_VertexID & 1) * 4 - 1, (gl_VertexID >> 1) * 4 - 1, 0.0, 1.0);
-}
-)";
-
 /// Sixteen places around each pixel are looked at, turned by one of sixteen angles that repeat every four
 /// pixels both ways: the mean of four by four neighbours has no pattern any more.
 constexpr const char* kFindFragment = R"(#version 330 core
@@ -86,7 +59,7 @@ void main()
         float length = reach * sqrt((float(i) + 0.5) / 16.0);
         vec3 other = place(pixel + ivec2(round(vec2(cos(angle), sin(angle)) * length))) - here;
         float far2 = dot(other, other);
-        float rise = dot(other, normal) * inversesqrt(max(far2, 1e-12));
+        float rise = dot(other, normal) * inversesqrt(max(far2, 1e-30));
         hidden += max(rise - 0.08, 0.0) * max(1.0 - far2 / (within * within), 0.0);
     }
     result = clamp(1.0 - hidden / 16.0 * 3.6, 0.0, 1.0);
@@ -117,33 +90,13 @@ void main()
 
 } // namespace
 
-void Occlusion::Layer::make(GLenum format, GLenum attachment, int width, int height)
+bool Occlusion::isOf(const Source& source)
 {
-    release();
-    const bool isDepth = attachment == GL_DEPTH_ATTACHMENT;
-    glGenTextures(1, &texture);
-    glBindTexture(GL_TEXTURE_2D, texture);
-    glTexImage2D(GL_TEXTURE_2D, 0, GLint(format), width, height, 0, isDepth ? GL_DEPTH_COMPONENT : GL_RED,
-                 isDepth ? GL_FLOAT : GL_UNSIGNED_BYTE, nullptr);
-    const GLint filter = isDepth ? GL_NEAREST : GL_LINEAR;
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
-    glGenFramebuffers(1, &framebuffer);
-    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
-    glFramebufferTexture2D(GL_FRAMEBUFFER, attachment, GL_TEXTURE_2D, texture, 0);
-    if (isDepth) {
-        glDrawBuffer(GL_NONE);
-        glReadBuffer(GL_NONE);
-    }
-}
-
-void Occlusion::Layer::release()
-{
-    glDeleteFramebuffers(1, &framebuffer);
-    glDeleteTextures(1, &texture);
-    *this = Layer();
+    if (m_found && source == m_source)
+        return true;
+    m_found = false;
+    m_source = source;
+    return false;
 }
 
 // A picture without shaded corners is better than none, so what fails here is not reported.
@@ -164,17 +117,10 @@ bool Occlusion::begin(int width, int height)
 {
     if (!makePrograms())
         return false;
-    if (width != m_width || height != m_height) {
-        m_width = width;
-        m_height = height;
-        m_depth.make(GL_DEPTH_COMPONENT32F, GL_DEPTH_ATTACHMENT, width, height);
-        m_raw.make(GL_R8, GL_COLOR_ATTACHMENT0, width, height);
-        m_smooth.make(GL_R8, GL_COLOR_ATTACHMENT0, width, height);
-    }
-    glBindFramebuffer(GL_FRAMEBUFFER, m_depth.framebuffer);
-    if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
+    if (!m_raw.make(Layer::Kind::Value, width, height) || !m_smooth.make(Layer::Kind::Value, width, height) ||
+        !m_depth.make(Layer::Kind::Depth, width, height))
         return false;
-    glViewport(0, 0, width, height);
+    m_depth.begin();
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     glClear(GL_DEPTH_BUFFER_BIT);
@@ -187,11 +133,11 @@ void Occlusion::finish(const Vs::Scene::Projection& projection, double x0, doubl
     glDisable(GL_DEPTH_TEST);
     glBindVertexArray(m_noArray);
     glActiveTexture(GL_TEXTURE1);
-    glBindTexture(GL_TEXTURE_2D, m_raw.texture);
+    glBindTexture(GL_TEXTURE_2D, m_raw.texture());
     glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, m_depth.texture);
+    glBindTexture(GL_TEXTURE_2D, m_depth.texture());
 
-    glBindFramebuffer(GL_FRAMEBUFFER, m_raw.framebuffer);
+    m_raw.begin();
     m_find.use();
     glUniform1i(m_find.uniform("depths"), 0);
     glUniform4f(m_find.uniform("window"), float((2 * x0 - 1) * projection.halfWidth()),
@@ -203,7 +149,7 @@ void Occlusion::finish(const Vs::Scene::Projection& projection, double x0, doubl
     glUniform1f(m_find.uniform("mostPixels"), float(kMargin - 2));
     glDrawArrays(GL_TRIANGLES, 0, 3);
 
-    glBindFramebuffer(GL_FRAMEBUFFER, m_smooth.framebuffer);
+    m_smooth.begin();
     m_blur.use();
     glUniform1i(m_blur.uniform("depths"), 0);
     glUniform1i(m_blur.uniform("raw"), 1);
@@ -211,6 +157,7 @@ void Occlusion::finish(const Vs::Scene::Projection& projection, double x0, doubl
     glDrawArrays(GL_TRIANGLES, 0, 3);
     glBindTexture(GL_TEXTURE_2D, 0);
     glEnable(GL_DEPTH_TEST);
+    m_found = true;
 }
 
 void Occlusion::release()

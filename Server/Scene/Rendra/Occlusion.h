@@ -1,9 +1,12 @@
 #pragma once
 
 #include "Server/Base/Status.h"
+#include "Server/Geometry/GkMatrix3d.h"
+#include "Server/Scene/Rendra/Layer.h"
 #include "Server/Scene/Rendra/Program.h"
 
-#include <epoxy/gl.h>
+#include <array>
+#include <cstdint>
 
 namespace Vs::Scene {
 class Projection;
@@ -20,6 +23,17 @@ public:
     /// tiles do not show.
     static constexpr int kMargin = 40;
 
+    /// What the occlusion follows from: as long as all of this is the same, it need not be found again.
+    struct Source
+    {
+        uint64_t scene = 0, shapes = 0;
+        std::array<double, 12> view{}; ///< The rows of the view matrix.
+        std::array<double, 10> lens{}; ///< The projection, the part of the picture, the reach.
+        friend bool operator==(const Source&, const Source&) = default;
+    };
+    /// Whether the texture is that of the source already; if not, the next `finish` makes it so.
+    bool isOf(const Source& source);
+
     /// Prepares for depths of `width` by `height` pixels, margins included, and binds what they are drawn
     /// into. False, with nothing bound, if the driver cannot do it.
     bool begin(int width, int height);
@@ -30,24 +44,18 @@ public:
     void finish(const Vs::Scene::Projection& projection, double x0, double y0, double x1, double y1,
                 double radius);
     /// One channel, from 0 (all is hidden) to 1, of the size given to `begin`.
-    GLuint texture() const { return m_smooth.texture; }
+    GLuint texture() const { return m_smooth.texture(); }
 
     void release();
 
 private:
-    struct Layer
-    {
-        GLuint texture = 0, framebuffer = 0;
-        void make(GLenum format, GLenum attachment, int width, int height);
-        void release();
-    };
     bool makePrograms();
 
     Program m_depthOnly, m_find, m_blur;
     Layer m_depth, m_raw, m_smooth;
     GLuint m_noArray = 0;
-    int m_width = 0, m_height = 0;
-    bool m_tried = false, m_works = false;
+    Source m_source;
+    bool m_tried = false, m_works = false, m_found = false;
 };
 
 } // namespace Rendra
