@@ -1,10 +1,17 @@
 #include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/ViewFragment.h"
 #include "Tests/Commands/CommandsProgram.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SceneUtilities.h"
 #include "UI/Commands/Documents/ImageOptions.h"
 
 #include <QImage>
 
 #include <boost/filesystem/operations.hpp>
+
+#include <csignal>
+#include <set>
+#include <sys/resource.h>
 
 using namespace Vu::Commands;
 
@@ -110,6 +117,74 @@ TEST_F(ImageTest, GraphicsOptionsAreAsBeforeAfterwards)
     EXPECT_TRUE(options->MSAA());
     EXPECT_FALSE(options->transparentBackground());
     options->displayGroundPlane(false);
+}
+
+TEST_F(ImageTest, TheGroundAndTheGridAreLeftOutAndStayOnTheScreen)
+{
+    Vs::Scene::GraphicsOptionGroup* options = Vs::Scene::GraphicsOptionGroup::get();
+    answer(L"Design.Sample");
+    answer(L"VuCommands.ViewGroundPlaneCmd ViewGroundPlaneOffCommand");
+    const std::wstring plain = scratch(L"plain.png"), onGround = scratch(L"on-ground.png");
+    answer(capture(plain, L"Width=320 Height=240"));
+    answer(L"VuCommands.ViewGroundPlaneCmd ViewGroundPlaneOnCommand");
+    answer(L"VuCommands.ViewLayoutGridOnCmd ViewLayoutGridOnCommand");
+    answer(capture(onGround, L"Width=320 Height=240"));
+    EXPECT_EQ(image(onGround), image(plain));
+    EXPECT_TRUE(Vu::SceneUtilities::getActiveAssetGraphicView()
+                    ->modelFragment()
+                    ->renderParams()
+                    ->groundPlaneEnabled());
+    EXPECT_TRUE(options->showLayoutGrid());
+    options->reset();
+}
+
+TEST_F(ImageTest, AboveTheLimitEdgesAreNotSmoothedWhateverIsWished)
+{
+    answer(L"Design.Sample");
+    answer(L"VuCommands.ViewVisualStyleCmd ViewVisualStyleWireframe");
+    const auto opacities = [](const std::wstring& name, const std::wstring& size) {
+        const std::wstring path = scratch(name);
+        answer(capture(path, size + L" Height=96 Transparent=1 AntiAliasing=1"));
+        const QImage picture = image(path);
+        std::set<int> found;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                found.insert(qAlpha(picture.pixel(x, y)));
+        return found.size();
+    };
+    const size_t smooth = opacities(L"smooth.png", L"Width=4096");
+    EXPECT_GT(smooth, 2 * opacities(L"rough.png", L"Width=4097"));
+    Vs::Scene::GraphicsOptionGroup::get()->reset();
+}
+
+TEST_F(ImageTest, APictureForWhichThereIsNoRoomOnTheDiskLeavesTheOldOne)
+{
+    answer(L"Design.Sample");
+    const std::wstring path = scratch(L"full.png");
+    answer(capture(path, L"Width=64 Height=48"));
+    // The system refuses to let files grow, as a full disk does.
+    struct NoRoom
+    {
+        rlimit before;
+        NoRoom()
+        {
+            std::signal(SIGXFSZ, SIG_IGN);
+            getrlimit(RLIMIT_FSIZE, &before);
+            const rlimit none{2048, before.rlim_max};
+            setrlimit(RLIMIT_FSIZE, &none);
+        }
+        ~NoRoom()
+        {
+            setrlimit(RLIMIT_FSIZE, &before);
+            std::signal(SIGXFSZ, SIG_DFL);
+        }
+    };
+    for (const wchar_t* name : {L"full.png", L"full.jpg", L"full.tif"}) {
+        const NoRoom noRoom;
+        EXPECT_NE(failure(capture(scratch(name), L"Width=640 Height=480")).find(name), std::wstring::npos);
+    }
+    EXPECT_EQ(image(path).size(), QSize(64, 48));
+    EXPECT_FALSE(boost::filesystem::exists(scratch(L"full.tif")));
 }
 
 TEST_F(ImageTest, WhatCannotBeDrawnIsSaid)

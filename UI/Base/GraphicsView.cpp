@@ -1,6 +1,7 @@
 #include "UI/Base/GraphicsView.h"
 
 #include "Server/Base/ResourceMgr.h"
+#include "Server/Base/Strings.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/SceneAssetAdapter.h"
@@ -11,8 +12,12 @@
 #include "UI/Base/TransitionMgr.h"
 
 #include <boost/algorithm/string/case_conv.hpp>
+#include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
+#include <unistd.h>
 
 namespace Vu {
 namespace {
@@ -25,6 +30,18 @@ std::string imageFormat(const std::wstring& path)
     if (suffix == L"tif" || suffix == L"tiff")
         return "tiff";
     return "png";
+}
+
+/// Tells at once what would only show once a large picture is drawn.
+bool folderTakesFiles(const std::wstring& path, Vs::Status& status)
+{
+    const boost::filesystem::path folder =
+        boost::filesystem::absolute(boost::filesystem::path(path)).parent_path();
+    if (::access(folder.c_str(), W_OK | X_OK) == 0)
+        return true;
+    status.addError(L"The picture " + path + L" cannot be written: " +
+                    Vs::Strings::widen(std::generic_category().message(errno)));
+    return false;
 }
 
 } // namespace
@@ -127,8 +144,8 @@ bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_
     const std::wstring path = image->localPath();
     const Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
     Vs::Scene::Image pixels;
-    if (!Vs::Scene::OffscreenRenderer::get()->render(modelFragments(), width, height, options, pixels,
-                                                     status))
+    if (!folderTakesFiles(path, status) || !Vs::Scene::OffscreenRenderer::get()->render(
+                                               modelFragments(), width, height, options, pixels, status))
         return false;
     const std::string format = imageFormat(path);
     return Display::get()->writePicture(pixels, path, format,

@@ -24,8 +24,8 @@ constexpr double kLabelWidth = 1.24, kLabelHeight = 0.4;
 constexpr double kLabelLift = 0.012;
 
 // Light enough for dark letters, dark enough to stand before a light background.
-constexpr Vs::Colour kFaceColour{0.66f, 0.70f, 0.75f, 1};
-constexpr Vs::Colour kBevelColour{0.50f, 0.55f, 0.62f, 1};
+constexpr Vs::Colour kFaceColour{0.80f, 0.83f, 0.87f, 1};
+constexpr Vs::Colour kBevelColour{0.60f, 0.65f, 0.72f, 1};
 constexpr Vs::Colour kPointedColour{0.13f, 0.47f, 0.90f, 1};
 constexpr Vs::Colour kLabelColour{0.015f, 0.02f, 0.035f, 1};
 

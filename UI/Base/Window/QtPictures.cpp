@@ -2,6 +2,7 @@
 
 #include "Server/Base/Status.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/Window/QtDisplay.h"
 
 #include <QBuffer>
@@ -12,12 +13,35 @@
 namespace Vu {
 namespace {
 
-/// Uses the pixels of `image`, which must outlive it.
-QImage qtImage(const Vs::Scene::Image& image)
+/// Uses the pixels of `image`, which must outlive it. Without transparency the fourth byte of a pixel is
+/// skipped as the rows are written: a large picture is never there twice.
+QImage qtImage(const Vs::Scene::Image& image, bool transparent = true)
 {
     return QImage(image.pixels.data(), static_cast<int>(image.width), static_cast<int>(image.height),
-                  static_cast<qsizetype>(image.width) * 4, QImage::Format_RGBA8888);
+                  static_cast<qsizetype>(image.width) * 4,
+                  transparent ? QImage::Format_RGBA8888 : QImage::Format_RGBX8888);
 }
+
+/// A file that notes what it could not take. Some formats' writers send their last bytes where they cannot
+/// answer any more, and call a picture written that isn't.
+class CheckedFile : public QSaveFile
+{
+public:
+    using QSaveFile::QSaveFile;
+
+    bool complete() const { return m_complete; }
+
+protected:
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        const qint64 taken = QSaveFile::writeData(data, size);
+        m_complete = m_complete && taken == size;
+        return taken;
+    }
+
+private:
+    bool m_complete = true;
+};
 
 } // namespace
 
@@ -38,11 +62,9 @@ bool QtDisplay::readPicture(const std::wstring& path, Vs::Scene::Image& image)
 bool QtDisplay::writePicture(const Vs::Scene::Image& image, const std::wstring& path,
                              const std::string& format, bool keepsTransparency, Vs::Status& status)
 {
-    QImage picture = qtImage(image);
-    if (!keepsTransparency)
-        picture = picture.convertToFormat(QImage::Format_RGB888);
+    const QImage picture = qtImage(image, keepsTransparency);
     // Written beside the old picture and put in its place whole.
-    QSaveFile file(QString::fromStdWString(path));
+    CheckedFile file(QString::fromStdWString(path));
     QString reason;
     if (!file.open(QIODevice::WriteOnly)) {
         reason = file.errorString();
@@ -53,6 +75,9 @@ bool QtDisplay::writePicture(const Vs::Scene::Image& image, const std::wstring& 
             writer.setQuality(kJpegQuality);
         if (!writer.write(picture))
             reason = writer.errorString();
+        else if (!file.flush() || !file.complete())
+            reason =
+                QString::fromStdWString(localized("PictureIncomplete", "the disk took only a part of it"));
         else if (!file.commit())
             reason = file.errorString();
     }

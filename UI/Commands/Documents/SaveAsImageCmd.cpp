@@ -2,6 +2,7 @@
 
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/FileDialog.h"
 #include "UI/Base/GraphicsCanvas.h"
@@ -24,12 +25,15 @@ namespace {
 constexpr uint32_t kDefaultWidth = 1920;
 constexpr uint32_t kDefaultHeight = 1080;
 
-/// Keeps the six graphics options that an image changes, and puts them back.
+/// Keeps the six graphics options that an image changes, and the ground plane of the view that was made with
+/// one of them, and puts them back.
 class GraphicsOptionsGuard
 {
 public:
-    GraphicsOptionsGuard()
+    explicit GraphicsOptionsGuard(const GraphicsView& view)
         : m_group(Vs::Scene::GraphicsOptionGroup::get()),
+          m_model(view.modelFragment()),
+          m_drawnPlane(m_model && m_model->renderParams()->groundPlaneEnabled()),
           m_msaa(m_group->MSAA()),
           m_transparent(m_group->transparentBackground()),
           m_plane(m_group->displayGroundPlane()),
@@ -46,6 +50,8 @@ public:
         m_group->displayDome(m_dome);
         m_group->showLayoutGrid(m_grid);
         m_group->showGridRefNumbers(m_numbers);
+        if (m_model)
+            m_model->renderParams()->groundPlaneEnabled(m_drawnPlane);
     }
     GraphicsOptionsGuard(const GraphicsOptionsGuard&) = delete;
     GraphicsOptionsGuard& operator=(const GraphicsOptionsGuard&) = delete;
@@ -58,10 +64,14 @@ public:
         m_group->displayDome(false);
         m_group->showLayoutGrid(false);
         m_group->showGridRefNumbers(false);
+        if (m_model)
+            m_model->renderParams()->groundPlaneEnabled(false);
     }
 
 private:
     Vs::Scene::GraphicsOptionGroup* m_group;
+    Vs::Scene::ViewFragment* m_model; ///< Null in a view without a model.
+    bool m_drawnPlane;
     bool m_msaa, m_transparent, m_plane, m_dome, m_grid, m_numbers;
 };
 
@@ -171,7 +181,7 @@ void SaveAsImageCmd::onExecute(Vs::Status& status)
         return;
     }
 
-    GraphicsOptionsGuard graphics;
+    GraphicsOptionsGuard graphics(*view);
     graphics.setFor(options);
     Vs::ImageResource image(withImageSuffix(name));
     view->renderImage(&image, options.width, options.height, status);
