@@ -1,6 +1,8 @@
 #include "Benchmarks/Scene/Parts.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace BenchScene {
 namespace {
@@ -145,28 +147,35 @@ std::shared_ptr<const Vs::BodyMesh> ball(double radius, int segments, int rings)
 
 } // namespace
 
-std::vector<std::shared_ptr<const Vs::BodyMesh>> meshes()
+Scene sceneOf(const std::string& name)
 {
-    return {plate(8, 8, 2), pin(2, 8, 24), ball(3, 24, 21)};
-}
-
-std::vector<Part> parts(int count)
-{
+    if (name == "million")
+        return {{ball(50, 1000, 501)}, {{0, GkMatrix3d(), {0.10f, 0.30f, 0.62f, 1}}}};
+    const int count = std::atoi(name.c_str());
+    Scene scene;
+    if (count <= 0)
+        return scene;
+    constexpr int kUnique = 100;
+    for (int i = 0; i < kUnique; ++i) {
+        const double more = 1 + 0.004 * i;
+        scene.meshes.push_back(i % 3 == 0   ? plate(8 * more, 8, 2)
+                               : i % 3 == 1 ? pin(2 * more, 8, 24 + i % 5)
+                                            : ball(3 * more, 24 + i % 5, 21));
+    }
     static const Vs::Colour colours[] = {{0.72f, 0.73f, 0.75f, 1},
                                          {0.10f, 0.30f, 0.62f, 1},
                                          {0.75f, 0.28f, 0.05f, 1},
                                          {0.12f, 0.42f, 0.16f, 1},
                                          {0.80f, 0.66f, 0.20f, 1}};
     const int side = std::max(1, static_cast<int>(std::ceil(std::cbrt(count))));
-    std::vector<Part> parts;
-    parts.reserve(count);
+    scene.parts.reserve(size_t(count));
     for (int i = 0; i < count; ++i) {
         const GkVector3d place(i % side * 10.0, i / side % side * 10.0, i / (side * side) * 10.0);
-        parts.push_back({i % 3,
-                         GkMatrix3d::translation(place) * GkMatrix3d::rotation(0.1 * (i % 7), {1, 2, 3}),
-                         colours[i % 5]});
+        scene.parts.push_back(
+            {i % kUnique, GkMatrix3d::translation(place) * GkMatrix3d::rotation(0.1 * (i % 7), {1, 2, 3}),
+             colours[i % kUnique % 5]});
     }
-    return parts;
+    return scene;
 }
 
 } // namespace BenchScene

@@ -4,6 +4,7 @@
 #include "Server/Geometry/GkMatrix3d.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 /// The scene that both sides of the comparison draw: plates, pins and balls in a cube-like grid, as an
@@ -17,10 +18,15 @@ struct Part
     Vs::Colour colour;
 };
 
-/// The three unique parts: 12, 96 and 960 triangles.
-std::vector<std::shared_ptr<const Vs::BodyMesh>> meshes();
+struct Scene
+{
+    std::vector<std::shared_ptr<const Vs::BodyMesh>> meshes;
+    std::vector<Part> parts;
+};
 
-std::vector<Part> parts(int count);
+/// For a number, so many occurrences of a hundred parts of 12 to 1200 triangles; for "million", one ball of a
+/// million triangles. Else nothing.
+Scene sceneOf(const std::string& name);
 
 /// Number of frames that take a whole turn about the scene.
 constexpr int kFramesPerTurn = 120;

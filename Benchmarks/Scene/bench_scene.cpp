@@ -1,22 +1,27 @@
-// Frames a second of a scene of many parts that turns once, drawn here and by the kernel's own viewer, in the
-// same run on the same machine. Usage: bench_scene [PARTS [PICTURE.ppm]].
+// Frames a second of scenes that turn, drawn here and by the kernel's own viewer, in the same run on the same
+// machine. Usage: bench_scene [SCENE]..., each a number of parts, or "million" for one body of a million
+// triangles; without any, "10000 million".
 
 #include "Benchmarks/Scene/Parts.h"
 #include "Server/Base/Strings.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/Picker.h"
+#include "Server/Scene/Projection.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
+#include <vector>
 
 namespace {
 
 using Rendra::Graphics::BodyNode;
 using Vs::Scene::Image;
+using Vs::Scene::ImageOptions;
 using Vs::Scene::NodeChange;
 using Vs::Scene::ViewFragment;
 
@@ -26,34 +31,26 @@ double seconds()
     return duration<double>(steady_clock::now().time_since_epoch()).count();
 }
 
-Vs::StrongRef<ViewFragment> makeScene(int count)
+Vs::StrongRef<ViewFragment> makeScene(const BenchScene::Scene& scene)
 {
     Vs::StrongRef<ViewFragment> fragment = ViewFragment::make(nullptr);
-    const auto meshes = BenchScene::meshes();
     NodeChange root(fragment->viewFragmentNode());
-    for (const BenchScene::Part& part : BenchScene::parts(count)) {
-        const Vs::StrongRef<BodyNode> node = BodyNode::make(meshes[part.mesh], part.colour);
+    for (const BenchScene::Part& part : scene.parts) {
+        const Vs::StrongRef<BodyNode> node = BodyNode::make(scene.meshes[size_t(part.mesh)], part.colour);
         NodeChange(node.get()).transform(part.placement);
         root.add(node);
     }
     Vs::Scene::Camera* camera = fragment->camera();
     camera->projection(Vs::Scene::kParallelProjection);
     camera->fit(fragment->bounds());
+    fragment->renderParams()->groundPlaneEnabled(false);
     return fragment;
 }
 
-void savePicture(const Image& image, const char* path)
-{
-    std::ofstream file(path, std::ios::binary);
-    file << "P6\n" << image.width << ' ' << image.height << "\n255\n";
-    for (size_t i = 0; i < image.pixels.size(); i += 4)
-        file.write(reinterpret_cast<const char*>(&image.pixels[i]), 3);
-}
-
 /// Turns the scene for some seconds. Returns frames a second, or 0 if there is no way to draw.
-double framesPerSecond(ViewFragment& fragment, bool antiAliasing, double limit, const char* picturePath)
+double framesPerSecond(ViewFragment& fragment, bool antiAliasing, bool moving, double limit, double& first)
 {
-    const Vs::Scene::ImageOptions options{.antiAliasing = antiAliasing, .fine = false};
+    const ImageOptions options{.antiAliasing = antiAliasing, .fine = false, .moving = moving};
     const GkVector3d up = fragment.renderParams()->groundPlaneOrientation();
     Image image;
     Vs::Status status;
@@ -62,12 +59,14 @@ double framesPerSecond(ViewFragment& fragment, bool antiAliasing, double limit, 
                                                            BenchScene::kHeight, options, image, status);
     };
     // The first picture makes the context and hands the meshes over; a person waits for it once.
+    double start = seconds();
     if (!draw()) {
         std::fprintf(stderr, "bench_scene: %s\n", Vs::Strings::narrow(status.toString()).c_str());
         return 0;
     }
+    first = seconds() - start;
     int frames = 0;
-    const double start = seconds();
+    start = seconds();
     do {
         Vs::Scene::Camera& camera = *fragment.camera();
         GkPoint3d position = camera.position();
@@ -77,19 +76,35 @@ double framesPerSecond(ViewFragment& fragment, bool antiAliasing, double limit, 
             return 0;
         ++frames;
     } while (frames < 3 || seconds() - start < limit);
-    const double spent = seconds() - start;
-    if (picturePath)
-        savePicture(image, picturePath);
-    return frames / spent;
+    return frames / (seconds() - start);
+}
+
+/// Microseconds to find what lies under a pixel, the median of many.
+double pickTime(const ViewFragment& fragment)
+{
+    const Vs::Scene::Projection view(*fragment.camera(), BenchScene::kWidth, BenchScene::kHeight,
+                                     fragment.bounds());
+    std::vector<double> times;
+    size_t hits = 0;
+    for (int i = 0; i < 400; ++i) {
+        const double x = BenchScene::kWidth * (0.3 + 0.4 * (i % 20) / 20);
+        const double y = BenchScene::kHeight * (0.3 + 0.4 * (i / 20) / 20);
+        const double start = seconds();
+        hits += Vs::Scene::pick(*fragment.viewFragmentNode(), view.rayStart(x, y), view.rayDirection(x, y))
+                    .has_value();
+        times.push_back((seconds() - start) * 1e6);
+    }
+    std::nth_element(times.begin(), times.begin() + 200, times.end());
+    return hits > 0 ? times[200] : 0;
 }
 
 /// Runs the kernel's viewer, under a display of its own if there is none. Returns 0 if that cannot be had.
-double kernelFramesPerSecond(int count, double limit)
+double kernelFramesPerSecond(const std::string& scene, double limit)
 {
     const std::string program =
         (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "kernel_viewer").string();
-    const std::string command = (std::getenv("DISPLAY") ? "'" : "xvfb-run -a '") + program + "' " +
-                                std::to_string(count) + ' ' + std::to_string(limit);
+    const std::string command = (std::getenv("DISPLAY") ? "'" : "xvfb-run -a '") + program + "' '" + scene +
+                                "' " + std::to_string(limit);
     std::FILE* pipe = popen(command.c_str(), "r");
     if (!pipe)
         return 0;
@@ -101,33 +116,47 @@ double kernelFramesPerSecond(int count, double limit)
     return result;
 }
 
+bool measure(const std::string& name)
+{
+    constexpr double kLimit = 3;
+    const BenchScene::Scene scene = BenchScene::sceneOf(name);
+    if (scene.parts.empty()) {
+        std::fprintf(stderr, "bench_scene: \"%s\" is no number of parts, nor \"million\"\n", name.c_str());
+        return false;
+    }
+    size_t triangles = 0;
+    for (const BenchScene::Part& part : scene.parts)
+        triangles += scene.meshes[size_t(part.mesh)]->triangles.size() / 3;
+    const Vs::StrongRef<ViewFragment> fragment = makeScene(scene);
+    std::printf("%s: %zu parts, %zu triangles, %d x %d pixels\n", name.c_str(), scene.parts.size(), triangles,
+                BenchScene::kWidth, BenchScene::kHeight);
+    double first = 0, unused = 0;
+    const double whole = framesPerSecond(*fragment, false, false, kLimit, first);
+    if (whole == 0)
+        return false;
+    const double moving = framesPerSecond(*fragment, false, true, kLimit, unused);
+    std::printf("first picture      %8.1f ms\n", first * 1000);
+    std::printf("quillet, orbiting  %8.2f frames/s\n", moving);
+    std::printf("quillet, whole     %8.2f frames/s\n", whole);
+    std::printf("hover              %8.1f us\n", pickTime(*fragment));
+    const double kernel = kernelFramesPerSecond(name, kLimit);
+    if (kernel == 0)
+        std::printf("NOTICE: the kernel's viewer could not be run (it needs a display, or xvfb-run)\n");
+    else
+        std::printf("the kernel's own   %8.2f frames/s\nratio              %8.1f orbiting, %.1f whole\n",
+                    kernel, moving / kernel, whole / kernel);
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const int count = argc > 1 ? std::atoi(argv[1]) : 10000;
-    const char* const picturePath = argc > 2 ? argv[2] : nullptr;
-    if (count <= 0) {
-        std::fprintf(stderr, "usage: bench_scene [PARTS [PICTURE.ppm]]\n");
-        return 2;
-    }
-    constexpr double kLimit = 5;
-
-    double start = seconds();
-    const Vs::StrongRef<ViewFragment> fragment = makeScene(count);
-    std::printf("%d parts, %d x %d pixels; scene made in %.1f ms\n", count, BenchScene::kWidth,
-                BenchScene::kHeight, (seconds() - start) * 1000);
-    start = seconds();
-    const double plain = framesPerSecond(*fragment, false, kLimit, nullptr);
-    if (plain == 0)
-        return 1;
-    std::printf("quillet            %8.2f frames/s\n", plain);
-    std::printf("quillet, smooth    %8.2f frames/s\n", framesPerSecond(*fragment, true, kLimit, picturePath));
-    const double kernel = kernelFramesPerSecond(count, kLimit);
-    if (kernel == 0) {
-        std::printf("NOTICE: the kernel's viewer could not be run (it needs a display, or xvfb-run)\n");
-        return 0;
-    }
-    std::printf("the kernel's own   %8.2f frames/s\nratio              %8.1f\n", kernel, plain / kernel);
-    return 0;
+    std::vector<std::string> scenes(argv + 1, argv + argc);
+    if (scenes.empty())
+        scenes = {"10000", "million"};
+    bool all = true;
+    for (const std::string& scene : scenes)
+        all = measure(scene) && all;
+    return all ? 0 : 1;
 }

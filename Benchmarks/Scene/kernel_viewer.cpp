@@ -119,7 +119,7 @@ void savePicture(const Image_PixMap& picture, const char* path)
 
 int main(int argc, char** argv)
 {
-    const int count = argc > 1 ? std::atoi(argv[1]) : 10000;
+    const BenchScene::Scene scene = BenchScene::sceneOf(argc > 1 ? argv[1] : "10000");
     const double limit = argc > 2 ? std::atof(argv[2]) : 5;
     Message::DefaultMessenger()->ChangePrinters().Clear();
     try {
@@ -140,9 +140,9 @@ int main(int argc, char** argv)
 
         // A connected object shares its original's presentation, colour and all: one original for each mesh
         // and colour.
-        const auto meshes = BenchScene::meshes();
+        const auto& meshes = scene.meshes;
         std::vector<std::pair<std::pair<int, Vs::Colour>, Handle(MeshObject)>> originals;
-        for (const BenchScene::Part& part : BenchScene::parts(count)) {
+        for (const BenchScene::Part& part : scene.parts) {
             const std::pair key(part.mesh, part.colour);
             auto found = std::find_if(originals.begin(), originals.end(),
                                       [&](const auto& entry) { return entry.first == key; });
@@ -175,7 +175,8 @@ int main(int argc, char** argv)
         const double spent = seconds() - start;
         if (argc > 3)
             savePicture(picture, argv[3]);
-        std::printf("{\"parts\": %d, \"frames\": %d, \"fps\": %.3f}\n", count, frames, frames / spent);
+        std::printf("{\"parts\": %d, \"frames\": %d, \"fps\": %.3f}\n", int(scene.parts.size()), frames,
+                    frames / spent);
     } catch (const Standard_Failure& failure) {
         std::fprintf(stderr, "kernel_viewer: %s\n", failure.GetMessageString());
         return 1;

@@ -30,6 +30,7 @@ struct ImageOptions
     /// Many more samples for each pixel where `antiAliasing` is on: for pictures that are kept, not for a
     /// canvas that moves.
     bool fine = true;
+    bool moving = false; ///< As RenderTarget::moving.
 
     /// Those of the GraphicsOptionGroup.
     static ImageOptions current();

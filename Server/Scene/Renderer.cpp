@@ -25,6 +25,10 @@ namespace {
 
 /// Scenes that were drawn last are kept; more than so many at a time are hardly ever on the screen.
 constexpr size_t kKeptScenes = 12;
+/// Bodies that are fewer pixels across are left out.
+constexpr float kSmallest = 0.6f, kSmallestMoving = 2.0f;
+/// Scenes of no more triangles are drawn whole even when they move.
+constexpr uint64_t kQuick = 6000000, kQuickInSoftware = 150000;
 
 } // namespace
 
@@ -224,11 +228,13 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
     statistics.instances += scene.list.instances();
     if (part.width == 0 || part.height == 0)
         return;
-    statistics.uploadedInstances += scene.instances.update(scene.list, projection);
+    const bool coarse = target.moving && scene.list.triangles() > (software ? kQuickInSoftware : kQuick);
+    const float smallest = coarse ? kSmallestMoving : kSmallest;
+    statistics.uploadedInstances += scene.instances.update(scene.list, projection, smallest);
     for (const InstanceStore::Range& range : scene.instances.ranges())
         statistics.drawnInstances += uint64_t(range.count);
-    const Frame frame{fragment, scene, meshes,     projection,   target, area,
-                      part,     tile,  statistics, *environment, light};
+    const Frame frame{fragment, scene,      meshes,       projection, target, area,    part,
+                      tile,     statistics, *environment, light,      coarse, smallest};
     for (Pass* pass : passes) {
         frame.drawIntoPicture();
         pass->draw(frame);

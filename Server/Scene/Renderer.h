@@ -43,6 +43,9 @@ struct RenderTarget
     /// Whether what costs much is drawn, if the fragment asks for it: shaded corners. For still pictures, and
     /// for canvases where a graphics unit draws.
     bool effects = false;
+    /// The camera is on its way, and another picture follows when it stands still: of scenes that take long,
+    /// this one is drawn with coarser meshes, and without edges and the smallest bodies.
+    bool moving = false;
     /// The part of the picture that the framebuffer takes, from its lower left corner; 0 by 0 for all of it.
     int tileX = 0, tileY = 0, tileWidth = 0, tileHeight = 0;
 

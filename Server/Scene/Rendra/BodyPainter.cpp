@@ -145,7 +145,7 @@ void BodyPainter::draw(const Frame& frame)
         for (int i = 0; i < 3; ++i)
             look.colour[i] = std::pow(channels[i], 1 / 2.2f);
     }
-    if (style.hiddenEdges) {
+    if (style.hiddenEdges && !frame.coarse) {
         LineLook hidden = look;
         hidden.colour[3] = kHiddenOpacity;
         hidden.dashPixels = kDashPixels;
@@ -153,8 +153,8 @@ void BodyPainter::draw(const Frame& frame)
         drawLines(frame, hidden, style.outlines);
         glDepthFunc(GL_LEQUAL);
     }
-    if (style.edges)
-        drawLines(frame, look, style.outlines);
+    if (style.edges && !(frame.coarse && style.faces))
+        drawLines(frame, look, style.outlines && !frame.coarse);
     if (style.faces) {
         faces.use();
         frame.drawFaces(true);

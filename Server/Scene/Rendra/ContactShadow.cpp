@@ -194,7 +194,7 @@ bool ContactShadow::drawColumns(const Frame& frame, const Ground& ground, const 
     frame.drawFaces(false);
     glDepthFunc(GL_LEQUAL);
     glDisable(GL_DEPTH_CLAMP);
-    frame.scene.instances.update(frame.scene.list, frame.projection);
+    frame.scene.instances.update(frame.scene.list, frame.projection, frame.smallest);
     return true;
 }
 

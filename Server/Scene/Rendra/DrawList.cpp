@@ -18,8 +18,6 @@ using Graphics::Node;
 
 namespace {
 
-/// Bodies that cover less than this many pixels across are left out.
-constexpr double kSmallestPixels = 0.6;
 /// The origin follows the scene's middle when that is farther away than so many times the scene's size.
 constexpr double kOriginSlack = 4;
 
@@ -308,10 +306,19 @@ void DrawList::dropEmptyBatches()
         ++m_layoutRevision;
 }
 
-bool DrawList::cull(const Batch& batch, const Vs::Scene::Projection& projection,
-                    std::vector<uint32_t>& visible) const
+uint64_t DrawList::triangles() const
+{
+    uint64_t sum = 0;
+    for (const auto& batch : m_batches)
+        sum += batch->mesh->triangles.size() / 3 * batch->instances.size();
+    return sum;
+}
+
+bool DrawList::cull(const Batch& batch, const Vs::Scene::Projection& projection, float smallest,
+                    std::vector<uint32_t>& visible, float& largest) const
 {
     visible.clear();
+    largest = 0;
     const GkMatrix3d view = projection.view() * GkMatrix3d::translation(m_origin);
     float rows[3][4];
     for (int i = 0; i < 3; ++i)
@@ -322,7 +329,7 @@ bool DrawList::cull(const Batch& batch, const Vs::Scene::Projection& projection,
     const float growX = projection.perspective() ? std::sqrt(1 + tanX * tanX) : 1;
     const float growY = projection.perspective() ? std::sqrt(1 + tanY * tanY) : 1;
     const float nearest = float(projection.clipNear()), farthest = float(projection.clipFar());
-    const float pixel = float(projection.pixelSize(1) * kSmallestPixels);
+    const float pixel = float(projection.pixelSize(1));
 
     for (size_t i = 0; i < batch.boxes.size(); ++i) {
         const Batch::Box& box = batch.boxes[i];
@@ -338,8 +345,10 @@ bool DrawList::cull(const Batch& batch, const Vs::Scene::Projection& projection,
         const float scale = projection.perspective() ? ahead : 1;
         if (std::abs(p[0]) > tanX * scale + radius * growX || std::abs(p[1]) > tanY * scale + radius * growY)
             continue;
-        if (2 * radius < pixel * std::max(scale - (projection.perspective() ? radius : 0), 0.0f))
+        const float unit = pixel * std::max(scale - (projection.perspective() ? radius : 0), 0.0f);
+        if (2 * radius < unit * smallest)
             continue;
+        largest = std::max(largest, 2 * radius / std::max(unit, 1e-30f));
         visible.push_back(uint32_t(i));
     }
     if (visible.size() != batch.boxes.size())

@@ -81,6 +81,8 @@ public:
     /// Batches may be empty. In no particular order, but always the same one.
     const std::vector<std::unique_ptr<Batch>>& batches() const { return m_batches; }
     size_t instances() const { return m_instances; }
+    /// Of all instances together.
+    uint64_t triangles() const;
     /// Those of the lowest depth priority first.
     const std::vector<Helper>& helpers() const { return m_helpers; }
     /// What the positions of instances are relative to: near the middle of the scene, so that single
@@ -91,10 +93,10 @@ public:
     /// Grows whenever a body comes, goes, moves or gets another mesh; not with colours and highlights.
     uint64_t shapeRevision() const { return m_shapeRevision; }
 
-    /// Which instances of a batch are inside the view and large enough to see. Returns true if that is all of
-    /// them, with `visible` empty.
-    bool cull(const Batch& batch, const Vs::Scene::Projection& projection,
-              std::vector<uint32_t>& visible) const;
+    /// Which instances of a batch are inside the view and at least `smallest` pixels across. Returns true if
+    /// that is all of them, with `visible` empty. `largest` becomes the size in pixels of the largest one.
+    bool cull(const Batch& batch, const Vs::Scene::Projection& projection, float smallest,
+              std::vector<uint32_t>& visible, float& largest) const;
 
 private:
     struct Record;

@@ -127,6 +127,8 @@ void EglOffscreenRenderer::release()
 bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, uint32_t width,
                                   uint32_t height, const ImageOptions& options, Image& image, Status& status)
 {
+    // The memory of the picture before is used again: a canvas asks for one after the other.
+    std::vector<uint8_t> pixels = std::move(image.pixels);
     image = Image();
     if (width == 0 || height == 0 || width > kLargestSide || height > kLargestSide) {
         status.addError(L"A picture of " + std::to_wstring(width) + L" x " + std::to_wstring(height) +
@@ -143,6 +145,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
     bool drawn = false;
     m_worker->run([&] {
         try {
+            image.pixels = std::move(pixels);
             image.pixels.resize(size_t(width) * height * 4);
             image.width = width;
             image.height = height;
@@ -209,6 +212,7 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments, con
     picture.lineWidth = kLineWidth * float(scale);
     picture.pixelScale = scale;
     picture.effects = options.fine;
+    picture.moving = options.moving;
     for (int y = 0; y < height; y += tileHeight)
         for (int x = 0; x < width; x += tileWidth) {
             const int partWidth = std::min(tileWidth, width - x),

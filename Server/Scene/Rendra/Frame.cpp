@@ -73,6 +73,23 @@ float Frame::lineWidth(float wanted) const
     return std::clamp(wanted, widths[0], widths[1]);
 }
 
+const GlMesh& Frame::meshOf(const Batch& batch, const InstanceStore::Range& range) const
+{
+    constexpr double kCellPixels = 4;
+    constexpr int kFewestCells = 4, kMostCells = 512;
+    if (!coarse)
+        return meshes.get(batch.mesh, statistics.uploadedMeshes);
+    const GkVector3d size = batch.mesh->bounds.high() - batch.mesh->bounds.low();
+    const double pixels = range.pixels * std::max({size.x, size.y, size.z}) / std::max(size.length(), 1e-30);
+    int cells = kFewestCells;
+    while (cells * kCellPixels * 1.4 < pixels && cells <= kMostCells)
+        cells *= 2;
+    // A surface has hardly more triangles than that in so many cells: a mesh of fewer is coarse already.
+    if (cells <= kMostCells && batch.mesh->triangles.size() / 3 > size_t(cells) * size_t(cells) * 5)
+        return meshes.coarse(batch.mesh, cells, statistics.uploadedMeshes);
+    return meshes.get(batch.mesh, statistics.uploadedMeshes);
+}
+
 void Frame::drawFaces(bool transparent) const
 {
     for (size_t i = 0; i < scene.list.batches().size(); ++i) {
@@ -80,7 +97,7 @@ void Frame::drawFaces(bool transparent) const
         const InstanceStore::Range& range = scene.instances.ranges()[i];
         if (batch.transparent != transparent || range.count == 0)
             continue;
-        const GlMesh& mesh = meshes.get(batch.mesh, statistics.uploadedMeshes);
+        const GlMesh& mesh = meshOf(batch, range);
         // Half of the triangles of a solid face away; leaving them out early is what saves most in software.
         const bool outsideOnly = mesh.closed && batch.mirrored == 0 && !transparent;
         outsideOnly ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);

@@ -62,6 +62,10 @@ struct Frame
     RenderStatistics& statistics;
     const Vs::Scene::Environment& environment;
     const EnvironmentLight& light; ///< Of the environment.
+    /// The view moves, and there is more in it than can be drawn quickly: what a moving picture doesn't show
+    /// may be left out.
+    bool coarse = false;
+    float smallest = 0; ///< Bodies that are fewer pixels across are left out.
 
     const Vs::Scene::RenderParams& params() const { return *fragment.renderParams(); }
     /// Whether the fragment shows a model, with what stands around it, and not only helps over another.
@@ -93,6 +97,9 @@ struct Frame
 
     /// The width of lines nearest to `wanted` that the driver draws.
     float lineWidth(float wanted) const;
+
+    /// The mesh of a batch in the form that suits the picture.
+    const GlMesh& meshOf(const Batch& batch, const InstanceStore::Range& range) const;
 
     /// Draws the faces of the scene with the program that is current, which takes the attributes of
     /// Attribute: those of the batches that have transparent parts, or those of the others.

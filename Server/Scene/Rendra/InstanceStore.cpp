@@ -6,7 +6,7 @@
 
 namespace Rendra {
 
-uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection& projection)
+uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection& projection, float smallest)
 {
     const uint64_t changed = uploadChanges(list);
     m_ranges.assign(list.batches().size(), {});
@@ -19,11 +19,12 @@ uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection
                 m_lit.push_back({&batch, i, index});
                 --left;
             }
-        if (list.cull(batch, projection, m_indices)) {
-            m_ranges[i] = {m_all, m_offsets[i], GLsizei(batch.instances.size())};
+        float pixels = 0;
+        if (list.cull(batch, projection, smallest, m_indices, pixels)) {
+            m_ranges[i] = {m_all, m_offsets[i], GLsizei(batch.instances.size()), pixels};
             continue;
         }
-        m_ranges[i] = {m_visible, m_gathered.size() * sizeof(Instance), GLsizei(m_indices.size())};
+        m_ranges[i] = {m_visible, m_gathered.size() * sizeof(Instance), GLsizei(m_indices.size()), pixels};
         for (uint32_t index : m_indices)
             m_gathered.push_back(batch.instances[index]);
     }

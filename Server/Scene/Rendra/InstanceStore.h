@@ -19,6 +19,7 @@ public:
         GLuint buffer = 0;
         size_t offset = 0; ///< In bytes.
         GLsizei count = 0;
+        float pixels = 1e30f; ///< Across the largest of them.
     };
 
     /// One instance that stands out.
@@ -28,9 +29,9 @@ public:
         size_t batchIndex, index;
     };
 
-    /// Sends what changed, and finds what is to be drawn. Returns the number of instances that were sent
-    /// because they changed.
-    uint64_t update(const DrawList& list, const Vs::Scene::Projection& projection);
+    /// Sends what changed, and finds what is to be drawn: nothing of less than `smallest` pixels. Returns the
+    /// number of instances that were sent because they changed.
+    uint64_t update(const DrawList& list, const Vs::Scene::Projection& projection, float smallest);
 
     /// Makes `ranges` be all instances, wherever they are, until the next `update`: for what is not drawn as
     /// the viewer sees it.

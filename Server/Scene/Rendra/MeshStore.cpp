@@ -1,8 +1,10 @@
 #include "Server/Scene/Rendra/MeshStore.h"
 
+#include "Server/Scene/Rendra/CoarseMesh.h"
 #include "Server/Scene/Rendra/MeshShape.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -14,6 +16,11 @@
 namespace Rendra {
 
 namespace {
+
+/// Meshes of no more triangles are made coarser while a picture waits; that takes less than the picture.
+constexpr size_t kCoarsenedAtOnce = 4000;
+/// How many others are made coarser at a time.
+constexpr int kMostComing = 2;
 
 struct Vertex
 {
@@ -184,15 +191,47 @@ void enableInstanceAttributes()
 
 const GlMesh& MeshStore::get(const std::shared_ptr<const Vs::BodyMesh>& mesh, uint64_t& uploads)
 {
-    GlMesh& entry = m_meshes[mesh.get()];
-    if (entry.faceArray && !entry.source.expired())
-        return entry;
+    Entry& entry = m_meshes[mesh.get()];
+    if (entry.gl.faceArray && !entry.gl.source.expired())
+        return entry.gl;
     // A new mesh may stand where a freed one stood.
     free(entry);
-    upload(entry, *mesh);
-    entry.source = mesh;
+    upload(entry.gl, *mesh);
+    entry.gl.source = mesh;
     ++uploads;
-    return entry;
+    return entry.gl;
+}
+
+const GlMesh& MeshStore::coarse(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, uint64_t& uploads)
+{
+    const GlMesh& whole = get(mesh, uploads);
+    Entry& entry = m_meshes[mesh.get()];
+    const auto [found, isNew] = entry.levels.try_emplace(cells);
+    CoarseLevel& level = found->second;
+    if (isNew) {
+        if (mesh->triangles.size() / 3 <= kCoarsenedAtOnce) {
+            level.mesh = coarseMesh(*mesh, cells);
+        } else if (m_coming < kMostComing) {
+            ++m_coming;
+            level.coming = std::async(std::launch::async, [mesh, cells] { return coarseMesh(*mesh, cells); });
+        } else {
+            entry.levels.erase(found); // asked again with the next picture
+            return whole;
+        }
+    }
+    if (level.coming.valid()) {
+        if (level.coming.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+            return whole;
+        level.mesh = level.coming.get();
+        --m_coming;
+    }
+    if (!level.mesh)
+        return whole;
+    if (!level.gl.faceArray) {
+        upload(level.gl, *level.mesh);
+        ++uploads;
+    }
+    return level.gl;
 }
 
 void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
@@ -237,10 +276,20 @@ void MeshStore::free(GlMesh& mesh)
     mesh = GlMesh();
 }
 
+void MeshStore::free(Entry& entry)
+{
+    free(entry.gl);
+    for (auto& [cells, level] : entry.levels) {
+        free(level.gl);
+        m_coming -= level.coming.valid(); // whose end its destructor waits for
+    }
+    entry.levels.clear();
+}
+
 void MeshStore::collect()
 {
     for (auto entry = m_meshes.begin(); entry != m_meshes.end();) {
-        if (entry->second.source.expired()) {
+        if (entry->second.gl.source.expired()) {
             free(entry->second);
             entry = m_meshes.erase(entry);
         } else {

@@ -3,6 +3,8 @@
 #include "Server/Body/BodyMesh.h"
 
 #include <epoxy/gl.h>
+#include <future>
+#include <map>
 #include <memory>
 #include <unordered_map>
 
@@ -33,12 +35,23 @@ struct GlMesh
     std::weak_ptr<const Vs::BodyMesh> source;
 };
 
+/// A mesh of fewer triangles for pictures of a moving view.
+struct CoarseLevel
+{
+    std::future<std::shared_ptr<const Vs::BodyMesh>> coming; ///< While it is being made.
+    std::shared_ptr<const Vs::BodyMesh> mesh;                ///< Null if none is worth having.
+    GlMesh gl;
+};
+
 /// Meshes that were sent to the graphics unit, each one once.
 class MeshStore
 {
 public:
     /// Sends the mesh at the first call; counts in `uploads`.
     const GlMesh& get(const std::shared_ptr<const Vs::BodyMesh>& mesh, uint64_t& uploads);
+    /// A coarser form of the mesh, of so many cells along its longest side (see coarseMesh; a power of two),
+    /// or the mesh itself as long as there is none: those of large meshes are made beside the drawing.
+    const GlMesh& coarse(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, uint64_t& uploads);
     /// Frees what belongs to meshes that are gone.
     void collect();
     void release();
@@ -48,7 +61,15 @@ private:
     void upload(GlMesh& target, const Vs::BodyMesh& mesh);
     static void free(GlMesh& mesh);
 
-    std::unordered_map<const Vs::BodyMesh*, GlMesh> m_meshes;
+    struct Entry
+    {
+        GlMesh gl;
+        std::map<int, CoarseLevel> levels; ///< By their cells.
+    };
+    void free(Entry& entry);
+
+    std::unordered_map<const Vs::BodyMesh*, Entry> m_meshes;
+    int m_coming = 0; ///< How many levels are being made.
 };
 
 } // namespace Rendra

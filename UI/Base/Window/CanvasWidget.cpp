@@ -32,6 +32,8 @@ namespace {
 
 /// What parts arrive meanwhile is shown this often.
 constexpr int kContentInterval = 60;
+/// A camera that has not moved for so long stands still.
+constexpr int kStillInterval = 180;
 
 int buttonOf(Qt::MouseButton button)
 {
@@ -60,6 +62,9 @@ public:
         widget->setContextMenuPolicy(Qt::PreventContextMenu);
         m_content.setInterval(kContentInterval);
         QObject::connect(&m_content, &QTimer::timeout, widget, [this] { contentTick(); });
+        m_still.setSingleShot(true);
+        m_still.setInterval(kStillInterval);
+        QObject::connect(&m_still, &QTimer::timeout, widget, [widget] { widget->update(); });
         Vs::Scene::CameraEventSource::get()->subscribe(this);
         Vs::AssetEventSource::get()->subscribe(this);
         Vs::Scene::GraphicsOptionGroup::get()->subscribe(this);
@@ -86,6 +91,9 @@ public:
             m_content.stop();
         return view->viewFragments();
     }
+
+    /// Whether the camera is on its way; a last picture is asked for when it stands still.
+    bool moving() const { return m_still.isActive(); }
 
     bool handle(QEvent* event)
     {
@@ -157,6 +165,7 @@ private:
         if (!view || view->viewFragments().empty() ||
             view->viewFragments().front()->camera() != event->camera())
             return;
+        m_still.start();
         m_widget->update();
         SplitViewMgr* split = SplitViewMgr::get();
         if (split->sharesCamera() && split->activeCanvas() == m_canvas)
@@ -168,7 +177,7 @@ private:
 
     GraphicsCanvas* m_canvas;
     QWidget* m_widget;
-    QTimer m_content;
+    QTimer m_content, m_still;
     int m_held = kNoMouseButton;
 };
 
@@ -205,6 +214,7 @@ protected:
         target.framebuffer = m_smooth ? m_smooth->handle() : defaultFramebufferObject();
         target.samples = m_smooth ? m_smooth->format().samples() : 1;
         target.lineWidth = static_cast<float>(ratio);
+        target.moving = m_link.moving();
         target.effects = !m_renderer->drawsInSoftware();
         m_renderer->render(m_link.fragments(), target);
         if (m_smooth)
@@ -263,6 +273,7 @@ protected:
         const std::vector<Vs::Scene::ViewFragment*> fragments = m_link.fragments();
         Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
         options.fine = false;
+        options.moving = m_link.moving();
         options.transparentBackground = false;
         Vs::Scene::Image image;
         Vs::Status status;
