@@ -221,14 +221,14 @@ bool GroundPainter::drawMirror(const Frame& frame, const Ground& ground)
     const Frame mirror{frame.fragment,   frame.scene,       frame.meshes, projection,
                        frame.target,     frame.area,        into,         into,
                        frame.statistics, frame.environment, frame.light};
-    frame.scene.instances.update(frame.scene.list, projection);
+    frame.scene.instances.update(frame.scene.list, projection, frame.smallest);
     mirror.drawIntoPicture();
     m_mirror.begin();
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glFrontFace(GL_CW);
     m_bodies.drawFaces(mirror);
     glFrontFace(GL_CCW);
-    frame.scene.instances.update(frame.scene.list, frame.projection);
+    frame.scene.instances.update(frame.scene.list, frame.projection, frame.smallest);
     return true;
 }
 

@@ -114,7 +114,7 @@ bool ObjectShadow::find(const Frame& frame)
     kept.depths.begin();
     glClear(GL_DEPTH_BUFFER_BIT);
     frame.drawFaces(false);
-    frame.scene.instances.update(list, frame.projection);
+    frame.scene.instances.update(list, frame.projection, frame.smallest);
 
     glBindTexture(GL_TEXTURE_2D, kept.depths.texture());
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_MODE, GL_COMPARE_REF_TO_TEXTURE);
