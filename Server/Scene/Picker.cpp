@@ -1,5 +1,7 @@
 #include "Server/Scene/Picker.h"
 
+#include "Server/Scene/MeshTree.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -63,7 +65,7 @@ public:
             for (const auto& child : group->children())
                 visit(*child, ray);
         } else if (const auto* body = cast<BodyNode>(&node)) {
-            visitMesh(*body->mesh(), ray);
+            visitMesh(body->mesh(), ray);
         }
         m_path.pop_back();
     }
@@ -88,37 +90,31 @@ public:
     }
 
 private:
-    void visitMesh(const BodyMesh& mesh, const Ray& ray)
+    void visitMesh(const std::shared_ptr<const BodyMesh>& mesh, const Ray& ray)
     {
-        const auto point = [&](uint32_t index) {
-            const float* p = &mesh.positions[size_t(index) * 3];
+        MeshTree::Hit hit{};
+        bool nearer = false;
+        if (const MeshTree* tree = MeshTree::of(mesh)) {
+            nearer = tree->meet(*mesh, ray.start, ray.direction, m_limit, hit);
+        } else {
+            hit.along = m_limit;
+            for (uint32_t i = 0; i < mesh->triangles.size() / 3; ++i) {
+                const double along = meetTriangle(*mesh, i, ray.start, ray.direction);
+                if (along < 0 || along >= hit.along)
+                    continue;
+                hit = {along, i};
+                nearer = true;
+            }
+        }
+        if (!nearer)
+            return;
+        m_limit = hit.along;
+        const auto corner = [&](size_t index) {
+            const float* p = &mesh->positions[size_t(mesh->triangles[size_t(hit.triangle) * 3 + index]) * 3];
             return GkPoint3d(p[0], p[1], p[2]);
         };
-        bool nearer = false;
-        for (size_t i = 0; i + 2 < mesh.triangles.size(); i += 3) {
-            const GkPoint3d a = point(mesh.triangles[i]);
-            const GkVector3d ab = point(mesh.triangles[i + 1]) - a, ac = point(mesh.triangles[i + 2]) - a;
-            const GkVector3d across = ray.direction.crossProduct(ac);
-            const double det = ab.dotProduct(across);
-            if (det == 0)
-                continue;
-            const GkVector3d from = ray.start - a;
-            const double u = from.dotProduct(across) / det;
-            if (u < 0 || u > 1)
-                continue;
-            const GkVector3d turned = from.crossProduct(ab);
-            const double v = ray.direction.dotProduct(turned) / det;
-            if (v < 0 || u + v > 1)
-                continue;
-            const double along = ac.dotProduct(turned) / det;
-            if (along < 0 || along >= m_limit)
-                continue;
-            m_limit = along;
-            m_normal = ab.crossProduct(ac);
-            nearer = true;
-        }
-        if (nearer)
-            m_found = m_path;
+        m_normal = (corner(1) - corner(0)).crossProduct(corner(2) - corner(0));
+        m_found = m_path;
     }
 
     Ray m_ray;
