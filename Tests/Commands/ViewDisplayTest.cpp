@@ -14,10 +14,16 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
+#include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/SnapEvents.h"
 
+#include <QApplication>
+#include <QWidget>
+#include <QtTest/QTest>
+
 #include <algorithm>
+#include <utility>
 
 using namespace Vu;
 using Vs::Scene::GraphicsOptionGroup;
@@ -362,6 +368,50 @@ TEST_F(ViewDisplayTest, APerspectiveWithOrthoFacesIsParallelStraightBeforeASide)
     set(L"ViewCameraPerspWithOrthoFacesCommand");
     EXPECT_EQ(camera()->projection(), Vs::Scene::kParallelProjection);
     EXPECT_EQ(current(L"ViewCameraCommand"), L"ViewCameraPerspWithOrthoFacesCommand");
+}
+
+TEST_F(ViewDisplayTest, TheWindowIsDrawnAnewAtEachChangeAndNeverOtherwise)
+{
+    class Paints : public QObject
+    {
+    public:
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            count += event->type() == QEvent::Paint;
+            return false;
+        }
+        int taken()
+        {
+            QApplication::processEvents();
+            return std::exchange(count, 0);
+        }
+        int count = 0;
+    } paints;
+    Application::get()->needGui();
+    QWidget window;
+    QWidget* widget = canvas()->widget(&window);
+    window.resize(400, 300);
+    widget->setGeometry(0, 0, 400, 300);
+    widget->installEventFilter(&paints);
+    window.show();
+    EXPECT_GT(paints.taken(), 0);
+    for (const wchar_t* id :
+         {L"ViewDomeOffCommand", L"ViewGroundPlaneOnCommand", L"ViewNPRPastelCommand", L"ViewMSAAOffCommand",
+          L"ViewEnvDarkSkyCommand", L"ViewVisualStyleWireframe", L"ViewCameraOrthoCommand",
+          L"ViewColorCyclingOnCommand", L"ViewLayoutGridOnCommand"}) {
+        SCOPED_TRACE(std::string(id, id + std::wcslen(id)));
+        set(id);
+        EXPECT_GT(paints.taken(), 0);
+    }
+    answer(L"VuCommands.HideOrbiconCmd");
+    EXPECT_GT(paints.taken(), 0);
+    answer(L"VuCommands.ShowOrbiconCmd");
+    EXPECT_GT(paints.taken(), 0);
+    answer(L"VuCommands.ViewDomeCmd Nonsense");
+    QTest::mouseMove(widget, {10, 10});
+    QTest::mouseMove(widget, {200, 150});
+    EXPECT_EQ(paints.taken(), 0);
+    delete widget;
 }
 
 TEST_F(ViewDisplayTest, AViewThatIsOpenedLaterHasWhatWasChosenLast)
