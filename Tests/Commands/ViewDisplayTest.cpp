@@ -13,6 +13,7 @@
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
@@ -412,6 +413,24 @@ TEST_F(ViewDisplayTest, TheWindowIsDrawnAnewAtEachChangeAndNeverOtherwise)
     QTest::mouseMove(widget, {200, 150});
     EXPECT_EQ(paints.taken(), 0);
     delete widget;
+}
+
+TEST_F(ViewDisplayTest, WhoDrawsTheListsHearsOfEachChange)
+{
+    class Site : public CommandEventSite
+    {
+    public:
+        Site() { CommandEventSource::get()->subscribe(this); }
+        ~Site() override { CommandEventSource::get()->unsubscribe(this); }
+        void commandAvailabilitiesChanged(Vs::Event*) override { ++told; }
+        int told = 0;
+    } site;
+    set(L"ViewVisualStyleWireframe");
+    EXPECT_EQ(std::exchange(site.told, 0), 1);
+    answer(L"VuCommands.HideOrbiconCmd");
+    EXPECT_EQ(std::exchange(site.told, 0), 1);
+    answer(L"VuCommands.ShowOrbiconCmd");
+    EXPECT_EQ(site.told, 1);
 }
 
 TEST_F(ViewDisplayTest, AViewThatIsOpenedLaterHasWhatWasChosenLast)

@@ -16,9 +16,11 @@
 #include "UI/Base/Window/QtDisplay.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
+#include <QOpenGLFunctions>
 #include <QOpenGLWidget>
 #include <QPainter>
 #include <QPointer>
@@ -34,6 +36,9 @@ namespace {
 constexpr int kContentInterval = 60;
 /// A camera that has not moved for so long stands still.
 constexpr int kStillInterval = 180;
+
+/// A picture that takes no longer, in milliseconds, can be drawn with everything while the camera moves.
+constexpr qint64 kFluentTime = 30;
 
 int buttonOf(Qt::MouseButton button)
 {
@@ -210,15 +215,27 @@ protected:
         Rendra::RenderTarget target = Rendra::RenderTarget::current();
         target.width = static_cast<int>(width() * ratio);
         target.height = static_cast<int>(height() * ratio);
-        prepareSmooth({target.width, target.height});
-        target.framebuffer = m_smooth ? m_smooth->handle() : defaultFramebufferObject();
-        target.samples = m_smooth ? m_smooth->format().samples() : 1;
+        // Where the processor draws, a camera on its way must not wait for what costs much; the picture that
+        // follows when it stands still has it all.
+        const bool software = m_renderer->drawsInSoftware();
+        const bool rich = !software || !m_link.moving() || m_richTime <= kFluentTime;
+        if (rich)
+            prepareSmooth({target.width, target.height});
+        QOpenGLFramebufferObject* smooth = rich ? m_smooth.get() : nullptr;
+        target.framebuffer = smooth ? smooth->handle() : defaultFramebufferObject();
+        target.samples = smooth ? smooth->format().samples() : 1;
         target.lineWidth = static_cast<float>(ratio);
         target.moving = m_link.moving();
-        target.effects = !m_renderer->drawsInSoftware();
+        target.effects = rich;
+        QElapsedTimer clock;
+        clock.start();
         m_renderer->render(m_link.fragments(), target);
-        if (m_smooth)
-            QOpenGLFramebufferObject::blitFramebuffer(nullptr, m_smooth.get());
+        if (smooth)
+            QOpenGLFramebufferObject::blitFramebuffer(nullptr, smooth);
+        if (software && rich) {
+            context()->functions()->glFinish();
+            m_richTime = clock.elapsed();
+        }
     }
 
 private:
@@ -256,6 +273,7 @@ private:
     std::unique_ptr<Rendra::Renderer> m_renderer;
     std::unique_ptr<QOpenGLFramebufferObject> m_smooth; ///< Null where edges are not smoothed.
     int m_samples = 1;
+    qint64 m_richTime = kFluentTime; ///< Milliseconds of the last picture with everything.
     CanvasLink m_link;
 };
 

@@ -1,6 +1,7 @@
 #include "UI/Commands/Camera/OrbiconCmds.h"
 
 #include "UI/Base/AutoCamViewFragment.h"
+#include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/LayoutStrategy.h"
 #include "UI/Base/SessionMgr.h"
@@ -37,6 +38,7 @@ void showOrbicon(bool show)
             orbicon->enable(show);
     }
     UIBaseOptionGroup::get()->wantToShowOrbicon(show);
+    CommandEventSource::get()->fireCommandAvailabilitiesChanged();
 }
 
 } // namespace

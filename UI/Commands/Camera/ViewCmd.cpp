@@ -5,6 +5,7 @@
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/AutoCamViewFragment.h"
+#include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/SnapEvents.h"
 #include "UI/Base/WorkspaceWindow.h"
@@ -179,6 +180,8 @@ void ViewCmd::onExecute(Vs::Status&)
         return;
     row->apply({*commandContext(), view, *GraphicsOptionGroup::get(), row->value, row->text});
     WorkspaceWindow::invalidate(kInvalidateAll);
+    // The lists show another item, and some items can be chosen or not.
+    CommandEventSource::get()->fireCommandAvailabilitiesChanged();
 }
 
 } // namespace Vu::Commands
