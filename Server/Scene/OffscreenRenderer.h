@@ -30,7 +30,8 @@ struct ImageOptions
     /// Many more samples for each pixel where `antiAliasing` is on: for pictures that are kept, not for a
     /// canvas that moves.
     bool fine = true;
-    bool moving = false; ///< As RenderTarget::moving.
+    bool moving = false;  ///< As RenderTarget::moving.
+    bool effects = false; ///< As RenderTarget::effects; a fine picture has them always.
 
     /// Those of the GraphicsOptionGroup.
     static ImageOptions current();

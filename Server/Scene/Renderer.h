@@ -40,8 +40,8 @@ struct RenderTarget
     float lineWidth = 1.0f;
     /// How many pixels of the framebuffer make one of the picture, each way; above 1 for supersampling.
     int pixelScale = 1;
-    /// Whether what costs much is drawn, if the fragment asks for it: shaded corners. For still pictures, and
-    /// for canvases where a graphics unit draws.
+    /// Whether what costs much is drawn, if the fragment asks for it: shaded corners, shadows, mirror images,
+    /// drawings. For still pictures, and for canvases that stand still or where a graphics unit draws.
     bool effects = false;
     /// The camera is on its way, and another picture follows when it stands still: of scenes that take long,
     /// this one is drawn with coarser meshes, and without edges and the smallest bodies.

@@ -211,7 +211,7 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments, con
     picture.gridNumbers = options.gridNumbers;
     picture.lineWidth = kLineWidth * float(scale);
     picture.pixelScale = scale;
-    picture.effects = options.fine;
+    picture.effects = options.fine || options.effects;
     picture.moving = options.moving;
     for (int y = 0; y < height; y += tileHeight)
         for (int x = 0; x < width; x += tileWidth) {

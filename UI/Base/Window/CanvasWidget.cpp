@@ -292,6 +292,7 @@ protected:
         Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
         options.fine = false;
         options.moving = m_link.moving();
+        options.effects = !options.moving;
         options.transparentBackground = false;
         Vs::Scene::Image image;
         Vs::Status status;
