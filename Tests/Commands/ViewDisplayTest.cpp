@@ -267,6 +267,21 @@ TEST_F(ViewDisplayTest, AnIdentifierThatNobodyKnowsChangesNothing)
     EXPECT_EQ(render().revision(), before);
 }
 
+TEST_F(ViewDisplayTest, EachLineOfTheFamilyTakesTheIdentifierAsItsFirstParameter)
+{
+    int style = 0;
+    for (const wchar_t* name :
+         {L"Dome", L"GroundPlane", L"GroundShadow", L"AmbientOcclusion", L"GroundReflection", L"NPREffect",
+          L"Environment", L"MSAA", L"SelectionEffect", L"VisualStyle", L"Camera", L"ObjectShadow",
+          L"ColorCycling", L"LayoutGridOn"}) {
+        style = style == 3 ? 0 : 3;
+        answer(L"VuCommands.View" + std::wstring(name) + L"Cmd " +
+               (style == 3 ? L"ViewVisualStyleWireframe" : L"ViewVisualStyleShaded") + L" Ignored");
+        EXPECT_EQ(render().visualStyle(), style) << std::string(name, name + std::wcslen(name));
+    }
+    answer(L"VuCommands.ViewWidgetCmd");
+}
+
 TEST_F(ViewDisplayTest, AViewCommandLeavesTheToolThatIsAtWork)
 {
     start(L"PanCommand");

@@ -42,6 +42,20 @@ TEST_F(ToolbarTest, ToolbarsHoldItemsLinesAndMenus)
     EXPECT_FALSE(toolbar->visible);
 }
 
+TEST_F(ToolbarTest, AMenuMayHaveTheTitleAndPictureOfACommand)
+{
+    EXPECT_TRUE(load(R"(<toolbars><toolbar id="T"><menu command="Head"><item command="B"/></menu>
+                        <menu title="Empty"/></toolbar></toolbars>)"));
+    const std::vector<ToolbarItem>& items = ToolbarManager::get()->toolbarById(L"T")->items;
+    ASSERT_EQ(items.size(), 2u);
+    EXPECT_EQ(items[0].command, L"Head");
+    EXPECT_TRUE(items[0].isMenu() && items[1].isMenu());
+    EXPECT_FALSE(items[0].menu.at(0).isMenu());
+    const std::vector<std::wstring> unknown = ToolbarManager::get()->unknownCommands();
+    EXPECT_NE(std::find(unknown.begin(), unknown.end(), L"Head"), unknown.end());
+    EXPECT_FALSE(load(R"(<toolbars><toolbar id="T"><menu><item command="B"/></menu></toolbar></toolbars>)"));
+}
+
 TEST_F(ToolbarTest, AToolbarStandsInTheEnvironmentsThatItNamesOrInAll)
 {
     ASSERT_TRUE(load(R"(<toolbars><toolbar id="Some" environments=" A  B " align="end"/>

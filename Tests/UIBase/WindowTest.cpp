@@ -217,6 +217,54 @@ TEST_F(WindowTest, AButtonIsNoLongerLitWhenItsMenuClosesAndThePointerIsElsewhere
     WorkspaceMgr::get()->closeAll();
 }
 
+TEST_F(WindowTest, ListsAndMenusInsideAMenuAreSubmenusThatShowWhatIsCurrent)
+{
+    class Lists : private InfoHolder, public CommandDefinition, public IListControlHandler
+    {
+    public:
+        Lists() : InfoHolder{Info(L"ListsTest", L"Lists", nullptr)}, CommandDefinition(&record)
+        {
+            list.items({&one, &two});
+        }
+        const Vs::UniqueString* getInterfaceId() const override
+        {
+            return CommandDefinition::getInterfaceId();
+        }
+        void* queryInterface(const Vs::UniqueString* key) const override
+        {
+            return CommandDefinition::queryInterface(key);
+        }
+        void onListSelectionChanged(Info* item) override { chosen.push_back(item); }
+        CommandBase* onCreateCommand(CommandContext*) override { return nullptr; }
+        InputControl* onInputControl() override { return &list; }
+        Info one{L"One", L"One", nullptr}, two{L"Two", L"Two", nullptr};
+        ListControl list{&record, this};
+        std::vector<Info*> chosen;
+    } lists;
+    ToolbarManager::get()->add({L"SubMenuTest",
+                                L"",
+                                "SubMenuTestBar",
+                                {{L"", L"Outer", {{L"ListsTest", L"", {}}}}, {L"ListsTest", L"", {}}}});
+    MainWindow* window = windowWith({"SubMenuTestBar"})->mainWindow();
+    QMenu* outer = nullptr;
+    for (QToolButton* each : window->findChildren<QToolButton*>())
+        if (each->text().startsWith(QStringLiteral("Outer")))
+            outer = each->menu();
+    ASSERT_NE(outer, nullptr);
+    ASSERT_EQ(outer->actions().size(), 1);
+    QMenu* inner = outer->actions().front()->menu();
+    ASSERT_NE(inner, nullptr);
+    lists.list.selectedItem(&lists.two, false);
+    Q_EMIT inner->aboutToShow();
+    ASSERT_EQ(inner->actions().size(), 2);
+    EXPECT_TRUE(inner->actions()[1]->isChecked() && !inner->actions()[0]->isChecked());
+    inner->actions()[0]->trigger();
+    EXPECT_EQ(lists.chosen, std::vector<Info*>{&lists.one});
+    Q_EMIT inner->aboutToShow();
+    EXPECT_TRUE(inner->actions()[0]->isChecked() && !inner->actions()[1]->isChecked());
+    WorkspaceMgr::get()->closeAll();
+}
+
 TEST_F(WindowTest, HiddenAreasTakeNoRoomAndComeBack)
 {
     WorkspaceWindow* window = windowWith({"GraphicsCanvas", "TextCommands", "NothingDrawsThis"});

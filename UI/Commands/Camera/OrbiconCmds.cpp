@@ -16,7 +16,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow ShowOrbiconCmdDef::kRow = {.key = L"ShowOrbiconCommand", .title = "Show Orbicon", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow HideOrbiconCmdDef::kRow = {.key = L"HideOrbiconCommand", .title = "Hide Orbicon", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
-constinit const CommandRow ViewWidgetCmdDef::kRow  = {.key = L"ViewWidgetCommand", .title = "View", .icon = &Resources::ViewVisibility, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow ViewWidgetCmdDef::kRow  = {.key = L"ViewWidgetCommand", .title = "View", .icon = &Resources::ViewVisibility};
 // clang-format on
 
 namespace {
