@@ -71,19 +71,23 @@ void Asset::name(const std::wstring& name)
 
 std::wstring Asset::setting(const std::string& key) const
 {
-    const auto found = m_settings.find(key);
-    return found == m_settings.end() ? std::wstring() : found->second;
+    const auto found = settings().find(key);
+    return found == settings().end() ? std::wstring() : found->second;
 }
 
 void Asset::setting(const std::string& key, const std::wstring& value)
 {
-    if (value == setting(key))
+    if (!m_data->history().set(key, value))
         return;
-    if (value.empty())
-        m_settings.erase(key);
-    else
-        m_settings[key] = value;
-    markSmudge();
+    AssetEvent event(this);
+    AssetEventSource::get()->fireAssetSettingsChanged(&event);
+    if (!m_data->history().isOpen())
+        markSmudge();
+}
+
+const std::map<std::string, std::wstring>& Asset::settings() const
+{
+    return m_data->settings();
 }
 
 std::wstring Asset::assetTypeName() const

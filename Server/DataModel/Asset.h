@@ -56,11 +56,12 @@ public:
     void markClean();
 
     /// Small values that belong to the asset and are saved with it, under keys of the caller's own. Empty
-    /// text where there is none; setting empty text removes it. A change smudges the asset; where it is the
-    /// user's own work, the caller marks the asset dirty.
+    /// text where there is none; setting empty text removes it. A change within a Transaction is a part of
+    /// its step, and undone with it; any other change smudges the asset. Each tells the sites
+    /// (AssetEventSite::assetSettingsChanged).
     std::wstring setting(const std::string& key) const;
     void setting(const std::string& key, const std::wstring& value);
-    const std::map<std::string, std::wstring>& settings() const { return m_settings; }
+    const std::map<std::string, std::wstring>& settings() const;
 
     bool isVisible() const { return m_visible; }
     /// The asset that a hidden one belongs to; null for visible ones.
@@ -101,7 +102,6 @@ private:
     bool m_smudged = false;
     bool m_fullyInitialized = false;
     std::vector<Asset*> m_referenced;
-    std::map<std::string, std::wstring> m_settings;
     std::unique_ptr<ModelData> m_data;
     mutable std::unique_ptr<AssetAdapter> m_adapter;
     mutable bool m_adapterAsked = false;

@@ -66,6 +66,8 @@ public:
     /// Became dirty, smudged or clean.
     virtual void assetDirtyChanged(AssetEvent*) {}
     virtual void assetComponentsChanged(ComponentsEvent*) {}
+    /// A value of Asset::setting became another, or an undo or redo brought some back.
+    virtual void assetSettingsChanged(AssetEvent*) {}
     /// The asset is about to go; everything of it is still there.
     virtual void assetClosed(AssetEvent*) {}
 };
@@ -87,6 +89,7 @@ public:
     {
         fire(&AssetEventSite::assetComponentsChanged, event);
     }
+    void fireAssetSettingsChanged(AssetEvent* event) { fire(&AssetEventSite::assetSettingsChanged, event); }
     void fireAssetClosed(AssetEvent* event) { fire(&AssetEventSite::assetClosed, event); }
 };
 

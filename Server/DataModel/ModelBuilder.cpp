@@ -84,7 +84,7 @@ const Component* add(Asset* asset, const Kind& kind, std::span<const Size> sizes
     const std::wstring name = look.name.empty() ? numbered(*asset, kind.name) : look.name;
     try {
         Transaction transaction(asset, kind.name);
-        const std::string id = asset->data().source().withKernel([&](ModelKernel& kernel) {
+        const std::string id = asset->data().history().changeModel([&](ModelKernel& kernel) {
             return kernel.addPrimitive(kind.primitive, values, look.placement, name, look.colour);
         });
         transaction.commit();

@@ -22,6 +22,8 @@ public:
     /// Opens a transaction, runs `onExecute`, and commits if that left the status without an error. An
     /// exception becomes an error of the status. Returns whether the change was made.
     bool execute(Asset* asset, Status& status);
+    /// Ends a request that was made on the heap for one use.
+    void destroy() { delete this; }
 
 protected:
     /// Makes the change through the operations of ModelBuilder and its like.

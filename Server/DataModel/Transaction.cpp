@@ -10,7 +10,7 @@ namespace Vs {
 
 namespace {
 
-void tellChanges(Asset* asset)
+void tellComponents(Asset* asset)
 {
     ComponentsEvent::Changes changes = asset->data().refresh();
     if (changes.added.empty() && changes.changed.empty() && changes.removed.empty())
@@ -19,25 +19,33 @@ void tellChanges(Asset* asset)
     AssetEventSource::get()->fireAssetComponentsChanged(&event);
 }
 
-// A model whose kernel was never needed has no steps, and asking must not load the kernel.
-template <class Result>
-Result ask(const Asset* asset, Result (ModelKernel::*question)() const)
+/// Tells of values that were put back; of new ones Asset::setting has told.
+void tellBack(Asset* asset, ChangeHistory::Extent extent)
 {
-    ModelSource& source = asset->data().source();
-    return source.kernelLoaded()
-               ? source.withKernel([&](ModelKernel& kernel) { return (kernel.*question)(); })
-               : Result();
+    if (extent.model)
+        tellComponents(asset);
+    if (!extent.settings)
+        return;
+    AssetEvent event(asset);
+    AssetEventSource::get()->fireAssetSettingsChanged(&event);
 }
 
-bool step(Asset* asset, bool (ModelKernel::*direction)())
+void markChanged(Asset* asset, ChangeHistory::Extent extent)
 {
-    ModelSource& source = asset->data().source();
-    if (!source.kernelLoaded() || asset->data().transactionOpen || !asset->document()->mayBeEdited() ||
-        !source.withKernel([&](ModelKernel& kernel) { return (kernel.*direction)(); }))
-        return false;
-    asset->data().markChanged();
+    if (extent.model)
+        asset->data().markChanged();
     asset->markDirty();
-    tellChanges(asset);
+}
+
+bool step(Asset* asset, ChangeHistory::Extent (ChangeHistory::*direction)())
+{
+    if (!asset->document()->mayBeEdited())
+        return false;
+    const ChangeHistory::Extent extent = (asset->data().history().*direction)();
+    if (extent.nothing())
+        return false;
+    markChanged(asset, extent);
+    tellBack(asset, extent);
     return true;
 }
 
@@ -46,15 +54,13 @@ bool step(Asset* asset, bool (ModelKernel::*direction)())
 Transaction::Transaction(Asset* asset, const std::wstring& name) : m_asset(asset)
 {
     ModelData& data = asset->data();
-    m_outermost = !data.transactionOpen;
+    m_outermost = !data.history().isOpen();
     if (!m_outermost)
         return;
     if (!asset->document()->mayBeEdited())
         throw std::runtime_error("its document is read-only");
-    data.source().withKernel([](ModelKernel& kernel) { kernel.begin(); });
-    data.transactionOpen = true;
+    data.history().begin(name);
     data.transactionBroken = false;
-    data.transactionName = name;
 }
 
 Transaction::~Transaction()
@@ -73,16 +79,16 @@ void Transaction::commit()
         return;
     }
     m_open = false;
+    ChangeHistory::Extent extent = data.history().openExtent();
     if (m_outermost) {
-        data.transactionOpen = false;
-        if (!data.source().withKernel(
-                [&](ModelKernel& kernel) { return kernel.commit(data.transactionName); }))
+        extent = data.history().commit();
+        if (extent.nothing())
             return;
-        data.markChanged();
-        m_asset->markDirty();
+        markChanged(m_asset, extent);
     }
     // An inner transaction shows what it did, so that the outer one can go on with it.
-    tellChanges(m_asset);
+    if (extent.model)
+        tellComponents(m_asset);
 }
 
 void Transaction::abort()
@@ -91,43 +97,40 @@ void Transaction::abort()
         return;
     m_open = false;
     ModelData& data = m_asset->data();
-    if (!m_outermost) {
+    if (m_outermost)
+        tellBack(m_asset, data.history().abort());
+    else
         data.transactionBroken = true;
-        return;
-    }
-    data.transactionOpen = false;
-    data.source().withKernel([](ModelKernel& kernel) { kernel.abort(); });
-    tellChanges(m_asset);
 }
 
 unsigned Transaction::undoSteps(const Asset* asset)
 {
-    return ask(asset, &ModelKernel::undoSteps);
+    return asset->data().history().undoSteps();
 }
 
 unsigned Transaction::redoSteps(const Asset* asset)
 {
-    return ask(asset, &ModelKernel::redoSteps);
+    return asset->data().history().redoSteps();
 }
 
 std::wstring Transaction::undoName(const Asset* asset)
 {
-    return ask(asset, &ModelKernel::undoName);
+    return asset->data().history().undoName();
 }
 
 std::wstring Transaction::redoName(const Asset* asset)
 {
-    return ask(asset, &ModelKernel::redoName);
+    return asset->data().history().redoName();
 }
 
 bool Transaction::undo(Asset* asset)
 {
-    return step(asset, &ModelKernel::undo);
+    return step(asset, &ChangeHistory::undo);
 }
 
 bool Transaction::redo(Asset* asset)
 {
-    return step(asset, &ModelKernel::redo);
+    return step(asset, &ChangeHistory::redo);
 }
 
 } // namespace Vs

@@ -8,9 +8,9 @@ namespace Vs {
 
 class Asset;
 
-/// One undoable change of an asset. Opened by its constructor; aborted by its destructor unless it was
-/// committed. A transaction inside another one of the same asset joins it: its abort undoes the outer one as
-/// well.
+/// One undoable change of an asset: of its model and of its settings. Opened by its constructor; aborted by
+/// its destructor unless it was committed. A transaction inside another one of the same asset joins it: its
+/// abort undoes the outer one as well.
 class Transaction
 {
 public:

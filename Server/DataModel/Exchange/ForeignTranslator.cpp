@@ -58,7 +58,7 @@ bool insertInto(Asset& asset, const ModelFile& model, const std::wstring& path, 
     try {
         const std::unique_ptr<ModelKernel> parts = ModelKernel::read(model.kernelData());
         Transaction transaction(&asset, L"Import " + fileName(path));
-        asset.data().source().withKernel([&](ModelKernel& kernel) { kernel.insert(*parts); });
+        asset.data().history().changeModel([&](ModelKernel& kernel) { kernel.insert(*parts); });
         transaction.commit();
         return true;
     } catch (const std::runtime_error& error) {

@@ -34,8 +34,6 @@ namespace Vs::Kernel {
 
 namespace {
 
-constexpr int kUndoSteps = 100;
-
 const Handle(XCAFApp_Application) & application()
 {
     static const Handle(XCAFApp_Application) instance = [] {
@@ -233,15 +231,9 @@ void XdeModel::begin()
     m_document->NewCommand();
 }
 
-bool XdeModel::commit(const std::wstring& name)
+bool XdeModel::commit()
 {
-    if (!m_document->CommitCommand())
-        return false;
-    m_redoNames.clear();
-    m_undoNames.push_back(name);
-    while (m_undoNames.size() > static_cast<size_t>(m_document->GetAvailableUndos()))
-        m_undoNames.pop_front();
-    return true;
+    return m_document->CommitCommand();
 }
 
 void XdeModel::abort()
@@ -251,40 +243,12 @@ void XdeModel::abort()
 
 bool XdeModel::undo()
 {
-    if (m_undoNames.empty() || !m_document->Undo())
-        return false;
-    m_redoNames.push_back(std::move(m_undoNames.back()));
-    m_undoNames.pop_back();
-    return true;
+    return m_document->Undo();
 }
 
 bool XdeModel::redo()
 {
-    if (m_redoNames.empty() || !m_document->Redo())
-        return false;
-    m_undoNames.push_back(std::move(m_redoNames.back()));
-    m_redoNames.pop_back();
-    return true;
-}
-
-unsigned XdeModel::undoSteps() const
-{
-    return static_cast<unsigned>(m_undoNames.size());
-}
-
-unsigned XdeModel::redoSteps() const
-{
-    return static_cast<unsigned>(m_redoNames.size());
-}
-
-std::wstring XdeModel::undoName() const
-{
-    return m_undoNames.empty() ? std::wstring() : m_undoNames.back();
-}
-
-std::wstring XdeModel::redoName() const
-{
-    return m_redoNames.empty() ? std::wstring() : m_redoNames.back();
+    return m_document->Redo();
 }
 
 } // namespace Vs::Kernel

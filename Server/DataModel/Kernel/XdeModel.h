@@ -5,7 +5,6 @@
 #include <TDocStd_Document.hxx>
 #include <TopoDS_Shape.hxx>
 
-#include <deque>
 #include <string_view>
 
 namespace Vs::Kernel {
@@ -30,19 +29,13 @@ public:
                              const std::wstring& name, const std::optional<Colour>& colour) override;
     void insert(ModelKernel& other) override;
     void begin() override;
-    bool commit(const std::wstring& name) override;
+    bool commit() override;
     void abort() override;
     bool undo() override;
     bool redo() override;
-    unsigned undoSteps() const override;
-    unsigned redoSteps() const override;
-    std::wstring undoName() const override;
-    std::wstring redoName() const override;
 
 private:
     Handle(TDocStd_Document) m_document;
-    std::deque<std::wstring> m_undoNames; ///< The last is the next to be undone.
-    std::deque<std::wstring> m_redoNames; ///< The last is the next to be redone.
 };
 
 /// The properties of a shape, at a relative error of 1e-6.

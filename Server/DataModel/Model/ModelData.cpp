@@ -9,27 +9,10 @@
 
 namespace Vs {
 
-namespace {
-
-std::unique_ptr<ModelKernel> readKernel(const ModelFile& file)
-{
-    const std::string_view data = file.kernelData();
-    auto kernel = ModelKernel::read(data);
-    file.file()->unneeded(data);
-    return kernel;
-}
-
-} // namespace
-
-ModelKernel& ModelSource::kernel()
-{
-    if (!m_kernel)
-        m_kernel = file ? readKernel(*file) : ModelKernel::create();
-    return *m_kernel;
-}
-
 ModelData::ModelData(const std::wstring& name)
-    : m_source(std::make_shared<ModelSource>()), m_root(std::make_unique<Component>())
+    : m_source(std::make_shared<ModelSource>()),
+      m_root(std::make_unique<Component>()),
+      m_history(*m_source, m_settings)
 {
     m_root->name = name;
 }

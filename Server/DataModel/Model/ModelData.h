@@ -2,14 +2,13 @@
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/AssetEvents.h"
-#include "Server/DataModel/Model/ModelFile.h"
-#include "Server/DataModel/Model/ModelKernel.h"
+#include "Server/DataModel/Model/ChangeHistory.h"
+#include "Server/DataModel/Model/ModelSource.h"
 #include "Server/DataModel/Model/StoredPart.h"
 
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -17,30 +16,6 @@
 namespace Vs {
 
 class ModelBody;
-
-/// Where the bodies of one asset come from. Outlives the asset as long as anybody holds a body of it.
-class ModelSource
-{
-public:
-    /// The file that the asset was read from; null for one that was made here.
-    std::shared_ptr<const ModelFile> file;
-
-    /// Runs `work(ModelKernel&)` with the kernel's model, which is read at the first call. Any thread, one at
-    /// a time.
-    template <class Work>
-    auto withKernel(Work&& work)
-    {
-        const std::lock_guard lock(m_mutex);
-        return work(kernel());
-    }
-    bool kernelLoaded() const { return m_kernel != nullptr; }
-
-private:
-    ModelKernel& kernel();
-
-    std::mutex m_mutex;
-    std::unique_ptr<ModelKernel> m_kernel;
-};
 
 /// The model behind an asset: the component tree that everybody sees, and the data that it is made from.
 class ModelData
@@ -73,10 +48,11 @@ public:
     /// Writes the model as it is now, and gives its hash (ModelFile::hash). Throws std::runtime_error.
     uint64_t write(ModelSink& sink, const Watch& watch);
 
-    bool transactionOpen = false;
+    /// Small values that belong to the model. Changed through the history alone, but for a file's own.
+    ChangeHistory::Settings& settings() { return m_settings; }
+    ChangeHistory& history() { return m_history; }
     /// Set when an inner transaction was aborted: the outer one can't be committed any more.
     bool transactionBroken = false;
-    std::wstring transactionName;
 
 private:
     struct Merge;
@@ -89,6 +65,8 @@ private:
     std::unordered_map<std::string, Component*> m_components;
     std::map<std::string, StrongRef<ModelBody>> m_bodies;
     std::optional<StoredPart> m_stored;
+    ChangeHistory::Settings m_settings;
+    ChangeHistory m_history;
 };
 
 } // namespace Vs

@@ -42,16 +42,16 @@ public:
     /// Adds everything at the top of another model's tree to this one's, within a transaction.
     virtual void insert(ModelKernel& other) = 0;
 
+    /// How many steps can be taken back.
+    static constexpr unsigned kUndoSteps = 100;
+
     virtual void begin() = 0;
-    /// False if nothing was changed; there is no undo step then.
-    virtual bool commit(const std::wstring& name) = 0;
+    /// False if nothing was changed; there is no step then. A step forgets those that could be redone.
+    virtual bool commit() = 0;
     virtual void abort() = 0;
+    /// False if there is no step.
     virtual bool undo() = 0;
     virtual bool redo() = 0;
-    virtual unsigned undoSteps() const = 0;
-    virtual unsigned redoSteps() const = 0;
-    virtual std::wstring undoName() const = 0;
-    virtual std::wstring redoName() const = 0;
 };
 
 } // namespace Vs

@@ -88,7 +88,7 @@ Document* DocumentStore::build(Native::NativeLoad load, const std::wstring& path
         Asset* asset = made->adopt(
             std::unique_ptr<Asset>(new Asset(made.get(), entry.name, type, parent, entry.visible)));
         asset->m_guid = own(entry.guid);
-        asset->m_settings = entry.settings;
+        asset->m_data->settings() = entry.settings;
         if (load.models[i].model)
             asset->m_data->load(std::move(load.models[i].model));
         asset->m_data->stored(std::move(load.models[i].part));

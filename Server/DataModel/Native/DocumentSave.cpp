@@ -46,7 +46,7 @@ public:
     void check(const std::vector<const Document*>& others)
     {
         for (const Asset* asset : m_assets)
-            if (asset->data().transactionOpen)
+            if (asset->data().history().isOpen())
                 fail(L"a change of \"" + asset->name() + L"\" is under way");
         for (const Document* other : others)
             if (sameFile(*other))

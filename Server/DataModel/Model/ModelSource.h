@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Server/DataModel/Model/ModelFile.h"
+#include "Server/DataModel/Model/ModelKernel.h"
+
+#include <memory>
+#include <mutex>
+
+namespace Vs {
+
+/// Where the bodies of one asset come from. Outlives the asset as long as anybody holds a body of it.
+class ModelSource
+{
+public:
+    /// The file that the asset was read from; null for one that was made here.
+    std::shared_ptr<const ModelFile> file;
+
+    /// Runs `work(ModelKernel&)` with the kernel's model, which is read at the first call. Any thread, one at
+    /// a time.
+    template <class Work>
+    auto withKernel(Work&& work)
+    {
+        const std::lock_guard lock(m_mutex);
+        return work(kernel());
+    }
+    bool kernelLoaded() const { return m_kernel != nullptr; }
+
+private:
+    ModelKernel& kernel();
+
+    std::mutex m_mutex;
+    std::unique_ptr<ModelKernel> m_kernel;
+};
+
+} // namespace Vs
