@@ -1,6 +1,7 @@
 #include "Server/CommonData/CommonDataAssetSettings.h"
 
 #include "Server/Base/Warning.h"
+#include "Server/CommonData/NamedViews.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Types/PointText.h"
 
@@ -29,6 +30,13 @@ std::optional<GkVector3d> frontBeside(const GkVector3d& up, const GkVector3d& fr
 }
 
 } // namespace
+
+CommonDataAssetSettings::CommonDataAssetSettings(Asset* asset)
+    : Implements(asset), m_namedViews(std::make_unique<NameView::NamedViews>(*this))
+{
+}
+
+CommonDataAssetSettings::~CommonDataAssetSettings() = default;
 
 const CommonDataAssetSettings::Orientation& CommonDataAssetSettings::orientation() const
 {

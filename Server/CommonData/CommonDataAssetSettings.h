@@ -3,7 +3,12 @@
 #include "Server/DataModel/AssetSettings.h"
 #include "Server/Geometry/GkVector3d.h"
 
+#include <memory>
 #include <string>
+
+namespace Vs::NameView {
+class NamedViews;
+}
 
 namespace Vs::CommonData {
 
@@ -13,7 +18,8 @@ namespace Vs::CommonData {
 class CommonDataAssetSettings : public Implements<CommonDataAssetSettings, AssetSettings>
 {
 public:
-    using Implements::Implements;
+    explicit CommonDataAssetSettings(Asset* asset);
+    ~CommonDataAssetSettings() override;
 
     /// What is up in the model, length one; Z until it is set.
     GkVector3d sceneUp() const;
@@ -28,6 +34,9 @@ public:
     bool perspWithOrthoFaces() const;
     void perspWithOrthoFaces(bool on);
 
+    /// Never null.
+    NameView::NamedViews* namedViews() { return m_namedViews.get(); }
+
 private:
     struct Orientation
     {
@@ -38,6 +47,7 @@ private:
     mutable std::wstring m_upText, m_frontText; ///< What `m_orientation` was read from.
     mutable Orientation m_orientation{{0, 0, 1}, {0, -1, 0}};
     mutable std::wstring m_unreadable; ///< The last value that was warned of.
+    std::unique_ptr<NameView::NamedViews> m_namedViews;
 };
 
 } // namespace Vs::CommonData

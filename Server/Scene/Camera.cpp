@@ -18,9 +18,10 @@ constexpr double kLargestExtent = 1e12;
 constexpr double kThinnestPart = 1e-3;
 constexpr double kDefaultExtent = 200.0;
 
+/// A number that the camera can compute with: its square and a few of them added up are still finite.
 bool isFinite(double value)
 {
-    return std::isfinite(value);
+    return std::abs(value) <= 1e100;
 }
 
 bool isFinite(const GkVector3d& v)

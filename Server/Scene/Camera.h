@@ -48,8 +48,8 @@ public:
 ///
 /// Every accessor returns what was set last, to the last bit, so that a camera can be written down and set
 /// again. What makes no sense (an up along the direction, clip planes that cut the model away) is mended when
-/// the matrices are made, not where it is set. Values that are no finite numbers are ignored.
-/// Main thread only.
+/// the matrices are made, not where it is set. Values that are no finite numbers, or beyond 1e100, are
+/// ignored. Main thread only.
 class Camera : public Implements<Camera, SharedObject>
 {
 public:
