@@ -113,7 +113,7 @@ TEST_F(WindowTest, TheBrowserListsTheTreeAndFollowsItsChanges)
     Application::get()->needGui();
     BrowserModel model(nullptr);
     model.asset(asset);
-    const QModelIndex root = model.index(0, 0);
+    const QModelIndex root = model.rootIndex();
     EXPECT_EQ(model.data(root, Qt::DisplayRole).toString().toStdWString(), asset->name());
     ASSERT_EQ(model.rowCount(root), 3);
     const QModelIndex last = model.index(2, 0, root);
@@ -123,9 +123,9 @@ TEST_F(WindowTest, TheBrowserListsTheTreeAndFollowsItsChanges)
     EXPECT_FALSE(model.indexOf("no such id").isValid());
 
     addBoxes(asset, 1);
-    EXPECT_EQ(model.rowCount(model.index(0, 0)), 4);
+    EXPECT_EQ(model.rowCount(model.rootIndex()), 4);
     Vs::Transaction::undo(asset);
-    EXPECT_EQ(model.rowCount(model.index(0, 0)), 3);
+    EXPECT_EQ(model.rowCount(model.rootIndex()), 3);
 }
 
 TEST_F(WindowTest, ACheckMarkInTheBrowserShowsAndHidesInTheViews)
@@ -135,7 +135,7 @@ TEST_F(WindowTest, ACheckMarkInTheBrowserShowsAndHidesInTheViews)
     Application::get()->needGui();
     BrowserModel model(nullptr);
     model.asset(asset);
-    const QModelIndex box = model.index(1, 0, model.index(0, 0));
+    const QModelIndex box = model.index(1, 0, model.rootIndex());
     ASSERT_TRUE(model.setData(box, Qt::Unchecked, Qt::CheckStateRole));
     auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(asset->adapter());
     EXPECT_FALSE(scene->node(model.component(box)->id)->visible());

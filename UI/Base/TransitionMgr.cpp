@@ -1,17 +1,14 @@
 #include "UI/Base/TransitionMgr.h"
 
+#include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/CameraTransition.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 
-#include <algorithm>
 #include <chrono>
 
 namespace Vu {
 namespace {
-
-/// Long enough to be followed by the eye, short enough not to be waited for.
-constexpr double kSeconds = 0.28;
 
 double now()
 {
@@ -21,7 +18,7 @@ double now()
 bool somebodyLooks()
 {
     return Application::get()->mainWidget() && !Application::headless() && !Application::testing() &&
-           UIBaseOptionGroup::get()->animateCamera();
+           !Vs::TranscriptMgr::get()->replaying() && UIBaseOptionGroup::get()->animateCamera();
 }
 
 /// Starts and arrives gently.
@@ -77,8 +74,9 @@ bool TransitionMgr::step()
 {
     if (!m_playing)
         return false;
-    const double fraction = std::min(1.0, (now() - m_started) / kSeconds);
-    if (fraction >= 1.0) {
+    const double seconds = m_playing->period() / 1000.0;
+    const double fraction = (now() - m_started) / seconds;
+    if (!(fraction < 1.0)) {
         finish();
         return false;
     }

@@ -7,6 +7,21 @@
 
 namespace Vu {
 
+/// Something that is played over a certain time.
+class AnimatedTask : public Vs::Implements<AnimatedTask>
+{
+public:
+    /// Long enough to be followed by the eye, short enough not to be waited for.
+    static constexpr unsigned kPeriod = 280;
+
+    /// How long it takes, in milliseconds; kPeriod until it is set.
+    unsigned period() const { return m_period; }
+    void period(unsigned milliseconds) { m_period = milliseconds; }
+
+private:
+    unsigned m_period = kPeriod;
+};
+
 /// One thing that changes over time during a transition.
 class TransitionItem : public Vs::Implements<TransitionItem>
 {
@@ -16,7 +31,7 @@ public:
 };
 
 /// A group of changes that are played together.
-class Transition : public Vs::Implements<Transition>
+class Transition : public Vs::Implements<Transition, AnimatedTask>
 {
 public:
     /// Takes the item over.
@@ -29,7 +44,8 @@ private:
 };
 
 /// Plays transitions in the window. What is changed is at its end state as soon as `endTransition` returns
-/// wherever nobody looks: headless, in test runs, or with animations switched off.
+/// wherever nobody looks: headless, while a transcript is replayed, in test runs, or with animations switched
+/// off.
 class TransitionMgr : public Vs::Implements<TransitionMgr>
 {
 public:
@@ -38,6 +54,8 @@ public:
     /// Starts collecting. A transition that still plays is brought to its end first. Null while one is being
     /// collected.
     Transition* beginTransition();
+    /// The one that is being collected, or else the one that plays; null if there is none.
+    Transition* currentTransition() const { return m_collecting ? m_collecting.get() : m_playing.get(); }
     /// Plays what was collected.
     void endTransition();
     /// Brings what plays to its end at once.

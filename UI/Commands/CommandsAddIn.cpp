@@ -16,6 +16,7 @@
 #include "UI/Commands/ActiveCommandCmds.h"
 #include "UI/Commands/Camera/FitCmd.h"
 #include "UI/Commands/Camera/LookAtCmd.h"
+#include "UI/Commands/Camera/NamedViewCmds.h"
 #include "UI/Commands/Camera/OrbiconCmds.h"
 #include "UI/Commands/Camera/OrbitCmdDef.h"
 #include "UI/Commands/Camera/PanCmd.h"
@@ -136,6 +137,11 @@ private:
     ViewLayoutGridOnCmdDef m_viewLayoutGridOnCmdDef;
     ViewGridRefNumbersCmdDef m_viewGridRefNumbersCmdDef;
     ViewLayoutGridCmdDef m_viewLayoutGridCmdDef;
+    AddNamedViewCmdDef m_addNamedViewCmdDef;
+    RemoveNamedViewCmdDef m_removeNamedViewCmdDef;
+    UpdateNamedViewCameraCmdDef m_updateNamedViewCameraCmdDef;
+    UpdateNamedViewNameCmdDef m_updateNamedViewNameCmdDef;
+    RestoreCameraCmdDef m_restoreCameraCmdDef;
 };
 
 const boost::filesystem::path& resourceDirectory()

@@ -1,5 +1,6 @@
 #include "UI/Base/Window/BrowserModel.h"
 
+#include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Scene/NodeChange.h"
@@ -10,6 +11,8 @@
 #include <QApplication>
 #include <QPainter>
 #include <QPixmap>
+
+#include <algorithm>
 
 namespace Vu {
 namespace {
@@ -46,10 +49,41 @@ QPixmap drawBox(int boxes)
     return picture;
 }
 
+/// A little camera, in the tones of the boxes.
+QPixmap drawCamera()
+{
+    QPixmap picture(kIconSize, kIconSize);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(0x5b, 0x6b, 0x7c), 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(QColor(0x6f, 0xa8, 0xdc));
+    painter.drawRoundedRect(QRectF(2.5, 10, 18.5, 14), 2.5, 2.5);
+    painter.setBrush(QColor(0xb9, 0xd6, 0xf2));
+    painter.drawPolygon(QPolygonF({{21, 15}, {29.5, 10}, {29.5, 24}, {21, 19}}));
+    return picture;
+}
+
+// What an index points at if it is no component: the folder, or one of the views, which the row tells.
+const char kFolder = 0, kView = 0;
+
+bool pointsAt(const QModelIndex& index, const char& mark)
+{
+    return index.isValid() && index.constInternalPointer() == &mark;
+}
+
+Vs::NameView::NamedViews* namedViewsOf(const Vs::Asset* asset)
+{
+    Vs::AssetAdapter* adapter = asset ? asset->adapter() : nullptr;
+    auto* settings =
+        Vs::cast<Vs::CommonData::CommonDataAssetSettings>(adapter ? adapter->assetSettings() : nullptr);
+    return settings ? settings->namedViews() : nullptr;
+}
+
 } // namespace
 
 BrowserModel::BrowserModel(QObject* parent)
-    : QAbstractItemModel(parent), m_assemblyIcon(drawBox(3)), m_partIcon(drawBox(1))
+    : QAbstractItemModel(parent), m_assemblyIcon(drawBox(3)), m_partIcon(drawBox(1)), m_viewIcon(drawCamera())
 {
     Vs::AssetEventSource::get()->subscribe(this);
 }
@@ -65,13 +99,37 @@ void BrowserModel::asset(Vs::Asset* asset)
         return;
     beginResetModel();
     m_asset = asset;
+    m_namedViews = namedViewsOf(asset);
+    m_views = m_namedViews ? m_namedViews->views() : Vs::NameView::NamedViews::Views();
     m_places.clear();
     endResetModel();
 }
 
 const Vs::Component* BrowserModel::component(const QModelIndex& index) const
 {
-    return index.isValid() ? static_cast<const Vs::Component*>(index.constInternalPointer()) : nullptr;
+    if (!index.isValid() || pointsAt(index, kFolder) || pointsAt(index, kView))
+        return nullptr;
+    return static_cast<const Vs::Component*>(index.constInternalPointer());
+}
+
+Vs::StrongRef<Vs::NameView::NamedView> BrowserModel::namedView(const QModelIndex& index) const
+{
+    return pointsAt(index, kView) ? m_views.at(static_cast<size_t>(index.row())) : nullptr;
+}
+
+Vs::NameView::NamedViews* BrowserModel::namedViews(const QModelIndex& index) const
+{
+    return pointsAt(index, kFolder) ? m_namedViews : nullptr;
+}
+
+QModelIndex BrowserModel::rootIndex() const
+{
+    return m_asset ? createIndex(m_namedViews ? 1 : 0, 0, m_asset->components()) : QModelIndex();
+}
+
+QModelIndex BrowserModel::namedViewsIndex() const
+{
+    return m_namedViews ? createIndex(0, 0, &kFolder) : QModelIndex();
 }
 
 Rendra::Graphics::Node* BrowserModel::node(const Vs::Component* component) const
@@ -96,23 +154,27 @@ QModelIndex BrowserModel::index(int row, int column, const QModelIndex& parent) 
 {
     if (!m_asset || column != 0 || row < 0)
         return {};
-    if (!parent.isValid())
-        return row == 0 ? createIndex(0, 0, m_asset->components()) : QModelIndex();
-    const Vs::Component* above = component(parent);
-    if (row >= static_cast<int>(above->children.size()))
+    if (row >= rowCount(parent))
         return {};
+    if (!parent.isValid())
+        return row == rootIndex().row() ? rootIndex() : namedViewsIndex();
+    if (pointsAt(parent, kFolder))
+        return createIndex(row, 0, &kView);
+    const Vs::Component* above = component(parent);
     learn(above);
     return createIndex(row, 0, above->children[static_cast<size_t>(row)].get());
 }
 
 QModelIndex BrowserModel::parent(const QModelIndex& index) const
 {
+    if (pointsAt(index, kView))
+        return namedViewsIndex();
     const auto place = m_places.find(component(index));
     if (!m_asset || place == m_places.end())
         return {};
     const Vs::Component* above = place->second.parent;
     const auto placeAbove = m_places.find(above);
-    return createIndex(placeAbove == m_places.end() ? 0 : placeAbove->second.row, 0, above);
+    return placeAbove == m_places.end() ? rootIndex() : createIndex(placeAbove->second.row, 0, above);
 }
 
 int BrowserModel::rowCount(const QModelIndex& parent) const
@@ -120,8 +182,11 @@ int BrowserModel::rowCount(const QModelIndex& parent) const
     if (!m_asset)
         return 0;
     if (!parent.isValid())
-        return 1;
-    return static_cast<int>(component(parent)->children.size());
+        return m_namedViews ? 2 : 1;
+    if (pointsAt(parent, kFolder))
+        return static_cast<int>(m_views.size());
+    const Vs::Component* above = component(parent);
+    return above ? static_cast<int>(above->children.size()) : 0;
 }
 
 int BrowserModel::columnCount(const QModelIndex&) const
@@ -142,7 +207,7 @@ QModelIndex BrowserModel::indexOf(const std::string& componentId)
     if (!wanted)
         return {};
     if (wanted == m_asset->components())
-        return index(0, 0);
+        return rootIndex();
     if (!m_places.count(wanted)) {
         // Learns one branch after the other until the component turns up.
         std::vector<const Vs::Component*> open{m_asset->components()};
@@ -159,8 +224,32 @@ QModelIndex BrowserModel::indexOf(const std::string& componentId)
     return place == m_places.end() ? QModelIndex() : createIndex(place->second.row, 0, wanted);
 }
 
+QVariant BrowserModel::viewData(const Vs::NameView::NamedView& view, int role) const
+{
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return QString::fromStdWString(view.name());
+    case Qt::ToolTipRole:
+        return QString::fromStdWString(
+            view.isFixed() ? localized("BrowserStandardView", "Standard view; double-click to look from here")
+                           : localized("BrowserNamedView", "Double-click to look from here"));
+    case Qt::DecorationRole:
+        return m_viewIcon;
+    default:
+        return {};
+    }
+}
+
 QVariant BrowserModel::data(const QModelIndex& index, int role) const
 {
+    if (const Vs::StrongRef<Vs::NameView::NamedView> view = namedView(index))
+        return viewData(*view, role);
+    if (namedViews(index)) {
+        if (role == Qt::DisplayRole)
+            return QString::fromStdWString(localized("BrowserNamedViews", "Named Views"));
+        return role == Qt::DecorationRole ? QVariant(m_viewIcon) : QVariant();
+    }
     const Vs::Component* shown = component(index);
     if (!shown)
         return {};
@@ -195,6 +284,12 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
 
 bool BrowserModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
+    if (const Vs::StrongRef<Vs::NameView::NamedView> view = namedView(index); view && role == Qt::EditRole) {
+        const std::wstring newName = value.toString().toStdWString();
+        if (m_renamer && newName != view->name())
+            m_renamer(view->name(), newName);
+        return true;
+    }
     const Vs::Component* changed = component(index);
     if (!changed || role != Qt::CheckStateRole)
         return false;
@@ -211,7 +306,11 @@ Qt::ItemFlags BrowserModel::flags(const QModelIndex& index) const
 {
     if (!index.isValid())
         return Qt::NoItemFlags;
-    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
+    if (component(index))
+        return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
+    const Vs::StrongRef<Vs::NameView::NamedView> view = namedView(index);
+    const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    return view && view->enableModify() ? flags | Qt::ItemIsEditable : flags;
 }
 
 void BrowserModel::assetComponentsChanged(Vs::ComponentsEvent* event)
@@ -238,7 +337,42 @@ void BrowserModel::assetComponentsChanged(Vs::ComponentsEvent* event)
 void BrowserModel::assetRenamed(Vs::AssetEvent* event)
 {
     if (event->asset() == m_asset)
-        emit dataChanged(index(0, 0), index(0, 0));
+        emit dataChanged(rootIndex(), rootIndex());
+}
+
+// One view is added, removed or changed at a time, and undo may bring any of these; what is before and behind
+// it stays as it is, with its selection.
+void BrowserModel::assetSettingsChanged(Vs::AssetEvent* event)
+{
+    if (event->asset() != m_asset || !m_namedViews)
+        return;
+    const auto sameName = [](const auto& a, const auto& b) { return a->name() == b->name(); };
+    Vs::NameView::NamedViews::Views views = m_namedViews->views();
+    const auto differs = std::mismatch(m_views.begin(), m_views.end(), views.begin(), views.end(), sameName);
+    const auto first = differs.first - m_views.begin();
+    const auto tail = std::mismatch(m_views.rbegin(), std::make_reverse_iterator(differs.first),
+                                    views.rbegin(), std::make_reverse_iterator(differs.second), sameName);
+    const auto oldRows = m_views.rend() - tail.first - first, newRows = views.rend() - tail.second - first;
+    const QModelIndex folder = namedViewsIndex();
+    const int row = static_cast<int>(first);
+    if (oldRows == newRows) {
+        m_views = std::move(views);
+        if (newRows > 0)
+            emit dataChanged(index(row, 0, folder), index(row + static_cast<int>(newRows) - 1, 0, folder));
+        return;
+    }
+    if (oldRows > 0) {
+        beginRemoveRows(folder, row, row + static_cast<int>(oldRows) - 1);
+        m_views.erase(m_views.begin() + first, m_views.begin() + first + oldRows);
+        endRemoveRows();
+    }
+    if (newRows > 0) {
+        beginInsertRows(folder, row, row + static_cast<int>(newRows) - 1);
+        m_views = std::move(views);
+        endInsertRows();
+    } else {
+        m_views = std::move(views);
+    }
 }
 
 void BrowserModel::assetClosed(Vs::AssetEvent* event)

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Server/CommonData/NamedViews.h"
 #include "Server/DataModel/AssetEvents.h"
 
 #include <QAbstractItemModel>
 #include <QIcon>
 
+#include <functional>
 #include <unordered_map>
 
 namespace Rendra::Graphics {
@@ -16,8 +18,9 @@ class Component;
 
 namespace Vu {
 
-/// The component tree of one asset as Qt's views want it. Knows only of those branches that were looked at,
-/// so that a large assembly costs nothing until it is opened. The check mark is the visibility in the views.
+/// The component tree of one asset as Qt's views want it, and above it the folder of its named views. Knows
+/// only of those branches that were looked at, so that a large assembly costs nothing until it is opened. The
+/// check mark of a component is the visibility in the views.
 class BrowserModel : public QAbstractItemModel, private Vs::AssetEventSite
 {
 public:
@@ -30,7 +33,17 @@ public:
     void asset(Vs::Asset* asset);
     Vs::Asset* asset() const { return m_asset; }
 
+    /// Null for what is no component.
     const Vs::Component* component(const QModelIndex& index) const;
+    /// Null for what is no named view.
+    Vs::StrongRef<Vs::NameView::NamedView> namedView(const QModelIndex& index) const;
+    /// Of the asset, if the index is their folder; else null.
+    Vs::NameView::NamedViews* namedViews(const QModelIndex& index) const;
+
+    /// Of the topmost component, and of the folder of the named views; invalid without an asset, or one that
+    /// has none.
+    QModelIndex rootIndex() const;
+    QModelIndex namedViewsIndex() const;
     /// The index of a component; builds the branch above it. Invalid if there is none of that id.
     QModelIndex indexOf(const std::string& componentId);
 
@@ -43,6 +56,11 @@ public:
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
+    /// Who is told that the user has typed another name for a named view; the model shows it when the asset
+    /// has it.
+    using Renamer = std::function<void(const std::wstring& name, const std::wstring& newName)>;
+    void renamer(Renamer renamer) { m_renamer = std::move(renamer); }
+
 private:
     /// Where a component stands below its parent, of those branches that were looked at.
     struct Place
@@ -53,13 +71,18 @@ private:
 
     void assetComponentsChanged(Vs::ComponentsEvent* event) override;
     void assetRenamed(Vs::AssetEvent* event) override;
+    void assetSettingsChanged(Vs::AssetEvent* event) override;
     void assetClosed(Vs::AssetEvent* event) override;
+    QVariant viewData(const Vs::NameView::NamedView& view, int role) const;
     void learn(const Vs::Component* parent) const;
     Rendra::Graphics::Node* node(const Vs::Component* component) const;
 
     Vs::Asset* m_asset = nullptr;
+    Vs::NameView::NamedViews* m_namedViews = nullptr;
+    Vs::NameView::NamedViews::Views m_views; ///< As they are shown.
     mutable std::unordered_map<const Vs::Component*, Place> m_places;
-    QIcon m_assemblyIcon, m_partIcon;
+    Renamer m_renamer;
+    QIcon m_assemblyIcon, m_partIcon, m_viewIcon;
 };
 
 } // namespace Vu

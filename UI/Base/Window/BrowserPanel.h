@@ -14,7 +14,9 @@ namespace Vu {
 
 class BrowserModel;
 
-/// The tree of the current session's components. What is selected in it is highlighted in the views.
+/// The tree of the current session's components and named views. Components that are selected in it are
+/// highlighted in the views; named views are what the session has selected, for the commands of the context
+/// menu. A double click looks from where a named view does.
 class BrowserPanel : public QWidget, private SessionEventSite
 {
 public:
@@ -30,6 +32,8 @@ private:
     void show(AssetSession* session);
     void reopen();
     void highlightSelection();
+    void selectNamedViews();
+    void showMenu(const QPoint& place);
     void highlight(const std::vector<std::string>& ids, bool on);
 
     QTreeView* m_tree;
