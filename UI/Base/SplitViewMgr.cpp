@@ -1,5 +1,6 @@
 #include "UI/Base/SplitViewMgr.h"
 
+#include "Server/Scene/ViewFragment.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/ShellMgr.h"
@@ -68,21 +69,43 @@ void SplitViewMgr::updateViewsSize()
 
 void SplitViewMgr::copyCamera()
 {
-    GraphicsView* from = m_canvas ? m_canvas->view() : m_view;
-    if (!from)
-        return;
+    if (const GraphicsView* from = m_canvas ? m_canvas->view() : m_view)
+        copyFrom(*from);
+}
+
+void SplitViewMgr::copyFrom(const GraphicsView& from)
+{
+    m_copying = true;
     for (GraphicsCanvas* canvas : shownCanvases())
-        if (canvas->view() != from) {
-            canvas->view()->copyCamera(*from);
+        if (canvas->view() != &from) {
+            canvas->view()->copyCamera(from);
             canvas->invalidate();
         }
+    m_copying = false;
 }
 
 void SplitViewMgr::shareCamera()
 {
     m_shares = !m_shares;
-    if (m_shares)
+    if (m_shares) {
+        Vs::Scene::CameraEventSource::get()->subscribe(this);
         copyCamera();
+    } else {
+        Vs::Scene::CameraEventSource::get()->unsubscribe(this);
+    }
+}
+
+void SplitViewMgr::cameraChanged(Vs::Scene::CameraEvent* event)
+{
+    if (m_copying)
+        return;
+    for (const GraphicsCanvas* canvas : shownCanvases()) {
+        const GraphicsView& view = *canvas->view();
+        if (!view.viewFragments().empty() && view.viewFragments().front()->camera() == event->camera()) {
+            copyFrom(view);
+            return;
+        }
+    }
 }
 
 void SplitViewMgr::updateArrangement(const std::wstring& filter)

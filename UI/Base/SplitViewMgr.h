@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Scene/Camera.h"
 
 #include <string>
 
@@ -11,7 +12,7 @@ class GraphicsView;
 
 /// The canvases of the active window as a split view: which one has the user's attention, and what they
 /// share.
-class SplitViewMgr : public Vs::Implements<SplitViewMgr>
+class SplitViewMgr : public Vs::Implements<SplitViewMgr>, private Vs::Scene::CameraEventSite
 {
 public:
     static SplitViewMgr* get();
@@ -32,7 +33,8 @@ public:
 
     /// Gives all other visible views the active view's camera, once.
     void copyCamera();
-    /// Switches sharing on or off: while it is on, every change of the active view's camera is copied.
+    /// Switches sharing on or off. While it is on, all visible views see the same: at first what the active
+    /// one does, then every change of one's camera is made in the others.
     void shareCamera();
     bool sharesCamera() const { return m_shares; }
 
@@ -48,9 +50,13 @@ public:
     void forget(const GraphicsView* view);
 
 private:
+    void cameraChanged(Vs::Scene::CameraEvent* event) override;
+    void copyFrom(const GraphicsView& from);
+
     GraphicsCanvas* m_canvas = nullptr;
     GraphicsView* m_view = nullptr;
     bool m_shares = false;
+    bool m_copying = false; ///< What changes now is a copy.
     bool m_validToShowBrowser = true;
 };
 

@@ -28,6 +28,11 @@ std::vector<Built> at(EPlacement placement, const std::vector<Built>& all)
     return found;
 }
 
+bool isSplitView(const Area& area)
+{
+    return area.contents() && area.contents()->text() == "SplitView";
+}
+
 } // namespace
 
 QWidget* AreaBuilder::build(Area& area, QWidget* parent) const
@@ -49,15 +54,28 @@ QWidget* AreaBuilder::build(Area& area, QWidget* parent) const
     auto* column = new QVBoxLayout(frame);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
+    QSplitter* rows = isSplitView(area) ? new QSplitter(Qt::Vertical, frame) : nullptr;
+    if (rows) {
+        rows->setChildrenCollapsible(false);
+        column->addWidget(rows, 1);
+    }
+    const auto add = [&](QWidget* widget, int stretch) {
+        if (rows) {
+            rows->addWidget(widget);
+            rows->setStretchFactor(rows->count() - 1, 1);
+        } else {
+            column->addWidget(widget, stretch);
+        }
+    };
     for (const Built& top : at(EPlacement::Top, children))
-        column->addWidget(top.widget);
+        add(top.widget, 0);
 
     std::vector<Built> row = at(EPlacement::Left, children);
     for (const EPlacement placement : {EPlacement::Fill, EPlacement::Floating, EPlacement::Right})
         for (const Built& one : at(placement, children))
             row.push_back(one);
     if (row.size() == 1) {
-        column->addWidget(row.front().widget, 1);
+        add(row.front().widget, 1);
     } else if (row.size() > 1) {
         auto* splitter = new QSplitter(Qt::Horizontal, frame);
         splitter->setChildrenCollapsible(false);
@@ -87,12 +105,18 @@ QWidget* AreaBuilder::build(Area& area, QWidget* parent) const
                 if (row[static_cast<size_t>(i)].area->placement() != EPlacement::Fill)
                     this_.resized(*row[static_cast<size_t>(i)].area, now[i]);
         });
-        column->addWidget(splitter, 1);
-    } else {
+        add(splitter, 1);
+    } else if (!rows) {
         column->addStretch(1);
     }
     for (const Built& bottom : at(EPlacement::Bottom, children))
-        column->addWidget(bottom.widget);
+        add(bottom.widget, 0);
+    if (rows) {
+        // What is scaled to the height that there is must not be nothing.
+        QList<int> sizes;
+        sizes.insert(0, rows->count(), kUsualExtent);
+        rows->setSizes(sizes);
+    }
     return enclose(area, frame);
 }
 

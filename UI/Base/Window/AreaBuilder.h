@@ -15,7 +15,8 @@ class Area;
 /// it into another one.
 ///
 /// Children that are placed at the top and bottom take the whole width; those at the left and right stand
-/// beside those that fill, with splitters between. A moved splitter is told by `resized(area, extent)`.
+/// beside those that fill, with splitters between. A moved splitter is told by `resized(area, extent)`. In an
+/// area of the contents "SplitView" those at the top and bottom share the height evenly with the others.
 struct AreaBuilder
 {
     std::function<QWidget*(Area&, QWidget*)> contents;

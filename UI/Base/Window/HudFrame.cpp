@@ -1,26 +1,66 @@
 #include "UI/Base/Window/HudFrame.h"
 
+#include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/HUDPersister.h"
+#include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/Window/CommandButton.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QBoxLayout>
 #include <QEvent>
 #include <QFrame>
+#include <QPainter>
 
 namespace Vu {
 namespace {
 /// Between a display and the canvas's edge.
 constexpr int kDistance = 12;
+/// The width of the frame around one of several canvases.
+constexpr int kFrame = 2;
 } // namespace
 
-HudFrame::HudFrame(QWidget* parent) : QWidget(parent) {}
-
-void HudFrame::canvas(QWidget* widget)
+HudFrame::HudFrame(QWidget* parent) : QWidget(parent)
 {
-    m_canvas = widget;
-    m_canvas->setGeometry(rect());
-    m_canvas->show();
+    SplitViewEventSource::get()->subscribe(this);
+}
+
+HudFrame::~HudFrame()
+{
+    SplitViewEventSource::get()->unsubscribe(this);
+}
+
+void HudFrame::canvas(GraphicsCanvas* canvas)
+{
+    m_canvas = canvas;
+    m_widget = canvas->widget(this);
+    std::vector<GraphicsCanvas*> canvases;
+    GraphicsCanvas::allCanvases(canvases);
+    m_border = canvases.size() > 1 ? kFrame : 0;
+    m_widget->setGeometry(rect().adjusted(m_border, m_border, -m_border, -m_border));
+    m_widget->show();
+}
+
+bool HudFrame::isActive() const
+{
+    return m_border == 0 || SplitViewMgr::get()->activeCanvas() == m_canvas;
+}
+
+void HudFrame::splitViewActivate(SplitViewEvent*)
+{
+    place();
+    update();
+}
+
+void HudFrame::splitViewDeactivate(SplitViewEvent*)
+{
+    place();
+    update();
+}
+
+void HudFrame::paintEvent(QPaintEvent*)
+{
+    if (m_border > 0)
+        QPainter(this).fillRect(rect(), isActive() ? palette().highlight() : palette().mid());
 }
 
 void HudFrame::addHuds(std::vector<CommandButton*>& buttons)
@@ -46,8 +86,8 @@ void HudFrame::addHuds(std::vector<CommandButton*>& buttons)
 
 void HudFrame::resizeEvent(QResizeEvent*)
 {
-    if (m_canvas)
-        m_canvas->setGeometry(rect());
+    if (m_widget)
+        m_widget->setGeometry(rect().adjusted(m_border, m_border, -m_border, -m_border));
     place();
 }
 
@@ -62,6 +102,7 @@ bool HudFrame::event(QEvent* event)
 void HudFrame::place()
 {
     for (const Hud& hud : m_huds) {
+        hud.bar->setVisible(isActive());
         const QSize size = hud.bar->sizeHint();
         int x = (width() - size.width()) / 2;
         int y = (height() - size.height()) / 2;

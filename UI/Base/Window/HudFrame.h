@@ -1,5 +1,7 @@
 #pragma once
 
+#include "UI/Base/SplitViewEvents.h"
+
 #include <QWidget>
 
 #include <string>
@@ -8,23 +10,30 @@
 namespace Vu {
 
 class CommandButton;
+class GraphicsCanvas;
 
-/// A canvas with the heads-up displays that lie over it.
-class HudFrame : public QWidget
+/// A canvas with the heads-up displays that lie over it. Of several canvases the active one has a frame in
+/// the colour of what is selected, and it alone shows the displays, which work on it.
+class HudFrame : public QWidget, private SplitViewEventSite
 {
 public:
     explicit HudFrame(QWidget* parent);
+    ~HudFrame() override;
 
     /// Fills the frame with the canvas's widget, which stays its own.
-    void canvas(QWidget* widget);
+    void canvas(GraphicsCanvas* canvas);
     /// Makes the displays; their buttons are appended.
     void addHuds(std::vector<CommandButton*>& buttons);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
 
 private:
+    void splitViewActivate(SplitViewEvent* event) override;
+    void splitViewDeactivate(SplitViewEvent* event) override;
+    bool isActive() const;
     struct Hud
     {
         QWidget* bar;
@@ -32,7 +41,9 @@ private:
     };
     void place();
 
-    QWidget* m_canvas = nullptr;
+    GraphicsCanvas* m_canvas = nullptr;
+    QWidget* m_widget = nullptr; ///< The canvas's.
+    int m_border = 0;            ///< Around the canvas, for the frame.
     std::vector<Hud> m_huds;
 };
 

@@ -203,7 +203,7 @@ QWidget* MainWindow::strip(const std::string& contents, QWidget* parent)
 QWidget* MainWindow::canvasFrame(Area& area, QWidget* parent)
 {
     auto* frame = new HudFrame(parent);
-    frame->canvas(area.canvas()->widget(frame));
+    frame->canvas(area.canvas());
     frame->addHuds(m_buttons);
     return frame;
 }
