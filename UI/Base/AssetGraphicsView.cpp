@@ -1,5 +1,6 @@
 #include "UI/Base/AssetGraphicsView.h"
 
+#include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/NodeChange.h"
@@ -14,6 +15,15 @@ namespace {
 Vs::Scene::SceneAssetAdapter* sceneOf(const AssetSession* session)
 {
     return Vs::cast<Vs::Scene::SceneAssetAdapter>(session->asset()->adapter());
+}
+
+/// The ground and the first look at a model are those of its own up and front.
+void standUpright(Vs::Scene::ViewFragment& model, Vs::Scene::SceneAssetAdapter& adapter)
+{
+    auto* settings = Vs::cast<Vs::CommonData::CommonDataAssetSettings>(adapter.assetSettings());
+    const GkVector3d up = settings->sceneUp(), front = settings->sceneFront();
+    model.data()->renderParams(0)->groundPlaneOrientation(up);
+    model.camera()->look(-(up.crossProduct(front) + front + up), up);
 }
 
 } // namespace
@@ -43,6 +53,7 @@ Rendra::Graphics::GroupNode* AssetGraphicsView::createScene()
     m_node = Vs::Scene::makeViewNode(this);
     auto model = Vs::Scene::ViewFragment::make(adapter->transientSegment());
     model->showAsset(adapter);
+    standUpright(*model, *adapter);
     // The projection that the user chose last.
     const int projection = Vs::Scene::GraphicsOptionGroup::get()->cameraProjection();
     if (projection != model->camera()->projection())

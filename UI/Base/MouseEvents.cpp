@@ -89,6 +89,7 @@ void MouseEventSource::fireMouseDown(MouseEvent* event)
         return;
     }
     m_button = event->button();
+    m_held |= m_button;
     m_dragging = false;
     m_downX = event->x();
     m_downY = event->y();
@@ -119,6 +120,7 @@ void MouseEventSource::fireMouseMove(MouseEvent* event)
 
 void MouseEventSource::fireMouseUp(MouseEvent* event)
 {
+    m_held &= ~event->button();
     if (m_pressed) {
         if (event->button() != m_pressedButton)
             return;

@@ -88,6 +88,8 @@ public:
 
     /// The canvas whose event is being delivered; at any other time the one that has the user's attention.
     GraphicsCanvas* canvas() const;
+    /// Whether the button went down and has not come up yet.
+    bool isHeld(int button) const { return (m_held & button) != 0; }
     /// For GraphicsCanvas: forgets what is about to go.
     void forget(const GraphicsCanvas* canvas);
 
@@ -98,7 +100,8 @@ private:
     bool overlayTakes(MouseEvent* event);
     void begin(MouseEvent* event);
 
-    int m_button = kNoMouseButton;
+    int m_button = kNoMouseButton;             ///< The one that went down last.
+    int m_held = kNoMouseButton;               ///< All that are down.
     int m_pressedButton = kNoMouseButton;      ///< The one that the overlay has.
     GraphicsCanvas* m_canvas = nullptr;        ///< Of the event being delivered.
     const GraphicsCanvas* m_hovered = nullptr; ///< Whose overlay the mouse is over, or was when last told.

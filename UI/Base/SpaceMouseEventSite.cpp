@@ -1,9 +1,7 @@
 #include "UI/Base/SpaceMouseEventSite.h"
 
-#include "Server/Scene/Camera.h"
-#include "Server/Scene/ViewFragment.h"
-#include "UI/Base/GraphicsView.h"
 #include "UI/Base/SceneUtilities.h"
+#include "UI/Base/TouchNavigation.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -22,9 +20,6 @@ constexpr const char* kSocket = "/var/run/spnav.sock";
 /// An event is eight numbers: its kind, three shifts, three turns, a period.
 constexpr size_t kNumbers = 8;
 constexpr int32_t kMotion = 0;
-/// At full deflection a device gives about 350.
-constexpr double kPixelsPerUnit = 1.0 / 60.0;
-constexpr double kZoomPerUnit = 1.0 / 20000.0;
 
 } // namespace
 
@@ -69,16 +64,14 @@ bool SpaceMouseEventSite::read()
     const ssize_t size = ::recv(m_socket, event, sizeof(event), MSG_DONTWAIT);
     if (size == 0)
         return false; // The daemon has gone.
-    GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
-    if (size != static_cast<ssize_t>(sizeof(event)) || event[0] != kMotion || !view ||
-        view->viewFragments().empty())
-        return true;
-    Vs::Scene::Camera* camera = view->viewFragments().front()->camera();
-    const double pixel = camera->extentsWidth() / 1000.0;
-    camera->dolly(camera->right() * (-event[1] * kPixelsPerUnit * pixel) +
-                  camera->screenUp() * (-event[2] * kPixelsPerUnit * pixel));
-    camera->zoom(1.0 + event[3] * kZoomPerUnit);
-    camera->orbit(event[5] * kPixelsPerUnit, event[4] * kPixelsPerUnit);
+    if (size == static_cast<ssize_t>(sizeof(event)) && event[0] == kMotion)
+        TouchNavigation(SceneUtilities::getActiveAssetGraphicView())
+            .move({.right = event[1],
+                   .up = event[2],
+                   .near = event[3],
+                   .turnRight = event[4],
+                   .turnUp = event[5],
+                   .turnNear = event[6]});
     return true;
 }
 

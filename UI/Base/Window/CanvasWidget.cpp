@@ -12,12 +12,13 @@
 #include "UI/Base/MouseEvents.h"
 #include "UI/Base/MouseOverlay.h"
 #include "UI/Base/ProgressBar.h"
-#include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/TouchNavigation.h"
 #include "UI/Base/Window/QtDisplay.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
@@ -36,6 +37,7 @@ namespace {
 constexpr int kContentInterval = 60;
 /// A camera that has not moved for so long stands still.
 constexpr int kStillInterval = 180;
+constexpr double kRadiansPerDegree = 0.017453292519943295;
 
 /// A picture that takes no longer, in milliseconds, can be drawn with everything while the camera moves.
 constexpr qint64 kFluentTime = 30;
@@ -105,17 +107,21 @@ public:
         if (event->type() == QEvent::Leave)
             MouseEventSource::get()->mouseLeft(m_canvas);
         // While a command works the window is kept alive, but nothing may change under the command.
-        const bool input = event->type() == QEvent::MouseButtonPress ||
-                           event->type() == QEvent::MouseButtonRelease ||
-                           event->type() == QEvent::MouseButtonDblClick ||
-                           event->type() == QEvent::MouseMove || event->type() == QEvent::Wheel;
+        const bool input =
+            event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease ||
+            event->type() == QEvent::MouseButtonDblClick || event->type() == QEvent::MouseMove ||
+            event->type() == QEvent::Wheel || event->type() == QEvent::NativeGesture;
         if (!input)
             return false;
         if (ProgressBar::get()->busy())
             return true;
         MouseEventSource* source = MouseEventSource::get();
+        if (event->type() == QEvent::NativeGesture)
+            return gesture(*static_cast<QNativeGestureEvent*>(event));
         if (event->type() == QEvent::Wheel) {
             auto* wheel = static_cast<QWheelEvent*>(event);
+            if (fingers(*wheel))
+                return true;
             MouseEvent::Data data{kNoMouseButton, modifiers(wheel->modifiers()), wheel->position().x(),
                                   wheel->position().y(), wheel->angleDelta().y()};
             MouseEvent made(m_canvas, data);
@@ -155,6 +161,35 @@ private:
         return static_cast<unsigned>(modifiers) & kKnown;
     }
 
+    /// Two fingers that move on a trackpad move the model; with Control they zoom, as a wheel does.
+    bool fingers(QWheelEvent& wheel)
+    {
+        const bool trackpad = wheel.pointingDevice()->type() == QInputDevice::DeviceType::TouchPad;
+        if (!trackpad || wheel.modifiers() != Qt::NoModifier)
+            return false;
+        // Where the driver tells no pixels, a notch of a wheel is that many of them.
+        constexpr double kPixelsOfOneNotch = 40.0;
+        const QPointF moved = wheel.hasPixelDelta() ? QPointF(wheel.pixelDelta())
+                                                    : QPointF(wheel.angleDelta()) / 120.0 * kPixelsOfOneNotch;
+        TouchNavigation(m_canvas->view()).pan(moved.x(), moved.y());
+        wheel.accept();
+        return true;
+    }
+
+    bool gesture(QNativeGestureEvent& gesture)
+    {
+        TouchNavigation touch(m_canvas->view());
+        const QPoint place = gesture.position().toPoint();
+        if (gesture.gestureType() == Qt::ZoomNativeGesture)
+            touch.zoom({place.x(), place.y()}, 1.0 + gesture.value());
+        else if (gesture.gestureType() == Qt::RotateNativeGesture)
+            touch.roll(gesture.value() * kRadiansPerDegree);
+        else
+            return false;
+        gesture.accept();
+        return true;
+    }
+
     void contentTick()
     {
         GraphicsView* view = m_canvas->view();
@@ -172,9 +207,6 @@ private:
             return;
         m_still.start();
         m_widget->update();
-        SplitViewMgr* split = SplitViewMgr::get();
-        if (split->sharesCamera() && split->activeCanvas() == m_canvas)
-            split->copyCamera();
     }
 
     void assetComponentsChanged(Vs::ComponentsEvent*) override { m_widget->update(); }

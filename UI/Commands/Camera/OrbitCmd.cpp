@@ -64,6 +64,9 @@ void OrbitCmd::onActivate()
     if (!m_subscribed)
         MouseEventSource::get()->subscribe(this);
     m_subscribed = true;
+    // A drag that another button broke off ends with its own release, which may have come meanwhile.
+    if (!MouseEventSource::get()->isHeld(kLeftButton))
+        m_dragging = false;
     if (!m_passive)
         showReticleForCmd();
     OrbitCmdDef::activeInputControl(true);
@@ -72,6 +75,8 @@ void OrbitCmd::onActivate()
 void OrbitCmd::onDeactivate()
 {
     m_reticle.hide();
+    if (std::exchange(m_interacting, false))
+        endCameraInteraction(assetSession());
     if (UIBaseOptionGroup::get()->cameraPivotEnabled()) {
         if (m_passive)
             showCameraPivot(false);
@@ -142,6 +147,7 @@ void OrbitCmd::mouseDragBegin(MouseEvent* event)
         if (const Camera* camera = cameraOf(m_viewFragmentNode.get())) {
             m_lastPosition = event->position();
             startCameraInteraction(assetSession());
+            m_interacting = true;
             if (m_mode) {
                 m_mode->axis(computeUpForConstrainedOrbit(*camera));
                 m_mode->center(m_centerPoint);
@@ -192,6 +198,7 @@ void OrbitCmd::mouseDragEnd(MouseEvent* event)
         return;
     cameraDragMade(camera);
     endCameraInteraction(assetSession());
+    m_interacting = false;
     if (m_mode)
         m_mode->end();
 }

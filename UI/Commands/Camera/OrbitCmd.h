@@ -57,6 +57,7 @@ private:
     std::map<int, std::unique_ptr<OrbitMode>> m_modes;
     OrbitMode* m_mode = nullptr; ///< Of the present zone.
     bool m_dragging = false;     ///< From the start of a drag to the release behind it.
+    bool m_interacting = false;  ///< The start of an interaction was told, and its end wasn't.
     GkPoint3d m_centerPoint;     ///< The middle of what is turned, or the last place that was clicked.
     Vs::Size2 m_lastCanvasSize;
     int m_zone = kInCircle;

@@ -9,6 +9,8 @@
 #include "UI/Commands/Camera/ToolMouse.h"
 #include "UI/Commands/Resources.h"
 
+#include <utility>
+
 namespace Vu::Commands {
 
 using Vs::Scene::RawHitInfo;
@@ -40,6 +42,9 @@ void PanCmd::onActivate()
     if (!m_subscribed)
         MouseEventSource::get()->subscribe(this);
     m_subscribed = true;
+    // The release of a drag that another button broke off may have come meanwhile.
+    if (!MouseEventSource::get()->isHeld(kLeftButton))
+        m_pendingClicks = 0;
 }
 
 void PanCmd::onDeactivate()
@@ -47,6 +52,10 @@ void PanCmd::onDeactivate()
     if (m_subscribed)
         MouseEventSource::get()->unsubscribe(this);
     m_subscribed = false;
+    if (std::exchange(m_grabSelection, nullptr)) {
+        endCameraInteraction(assetSession());
+        m_pendingClicks = 1;
+    }
     Implements::onDeactivate();
 }
 

@@ -13,6 +13,7 @@
 #include <string>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
 
 namespace Vu::Commands {
 namespace {
@@ -78,6 +79,46 @@ constexpr DirectTextRow kZoomIn  = {kArea, L"ZoomIn",  L"Zoom in camera with a <
 constexpr DirectTextRow kZoomOut = {kArea, L"ZoomOut", L"Zoom Out camera with a <factor> or default factor like one mouse wheel event", "", false};
 // clang-format on
 
+bool same(const GkPoint3d& a, const GkPoint3d& b)
+{
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+}
+
+/// What of a camera makes no sense; each is mended when a picture is made, and told so that a script finds
+/// its mistake.
+std::wstring faultsOf(const Vs::Scene::Camera& camera)
+{
+    const GkVector3d along = camera.target() - camera.position();
+    const std::pair<bool, const wchar_t*> faults[] = {
+        {along.isZeroLength({0, 0}), L"The position is at the target."},
+        {camera.up().isZeroLength({0, 0}), L"The up vector has no length."},
+        {!along.isZeroLength({0, 0}) && !camera.up().isZeroLength({0, 0}) && along.isParallelTo(camera.up()),
+         L"The up vector lies along the view direction."},
+        {!(camera.clipNear() < camera.clipFar()), L"The near distance is not below the far one."},
+        {!(camera.extentsWidth() > 0) || !(camera.extentsHeight() > 0), L"The extents are not above zero."},
+    };
+    std::wstring text;
+    for (const auto& [present, message] : faults)
+        if (present)
+            text += (text.empty() ? L"" : L" ") + std::wstring(message);
+    return text;
+}
+
+/// Empty if the camera is as it was told to be and can be. It is never left without a picture, so what is
+/// told here is for the script to be mended.
+TextCommandResult answerFor(const Vs::Scene::Camera* camera, const TextCommandParameters& parameters)
+{
+    if (!camera)
+        return {0, {}};
+    std::wstring faults = faultsOf(*camera);
+    const auto add = [&](const std::wstring& fault) { faults += (faults.empty() ? L"" : L" ") + fault; };
+    if (!same(camera->position(), point(parameters[0])) || !same(camera->target(), point(parameters[1])))
+        add(L"The position or the target is too far away for a camera and was left as it was.");
+    if (const int projection = number<int>(parameters[7]); projection != camera->projection())
+        add(L"There is no projection " + std::to_wstring(projection) + L"; 1 is parallel, 2 perspective.");
+    return {faults.empty() ? 0u : 1u, faults};
+}
+
 class TextCmdCameraSet : public DirectTextCommand<kSet>
 {
 public:
@@ -85,7 +126,8 @@ public:
     {
         if (parameters.parameters() != 8)
             return {1, L"Not enough parameters specified on command line."};
-        if (Vs::Scene::Camera* camera = activeCamera()) {
+        Vs::Scene::Camera* camera = activeCamera();
+        if (camera) {
             camera->position(point(parameters[0]));
             camera->target(point(parameters[1]));
             camera->up(vector(parameters[2]));
@@ -96,7 +138,7 @@ public:
             camera->projection(number<int>(parameters[7]));
         }
         WorkspaceWindow::invalidate(kInvalidateAll);
-        return {0, {}};
+        return answerFor(camera, parameters);
     }
 };
 
@@ -121,9 +163,16 @@ TextCommandResult zoom(const TextCommandParameters& parameters, double factor, c
 {
     if (parameters.parameters() > 0)
         factor = number<double>(parameters[0]);
-    if (Vs::Scene::Camera* camera = activeCamera())
+    if (Vs::Scene::Camera* camera = activeCamera()) {
+        const double width = camera->extentsWidth();
         camera->zoom(factor);
-    WorkspaceWindow::invalidate(kInvalidateAll);
+        WorkspaceWindow::invalidate(kInvalidateAll);
+        if (!(factor > 0))
+            return {1, L"The factor " + text(factor) + L" is not above zero; the camera stays as it was."};
+        if (factor != 1 && camera->extentsWidth() == width)
+            return {1, L"The view can't be scaled by " + text(factor) +
+                           L" any more; the camera stays as it was."};
+    }
     return {0, answer};
 }
 

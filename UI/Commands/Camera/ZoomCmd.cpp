@@ -12,6 +12,8 @@
 #include "UI/Commands/Camera/ToolMouse.h"
 #include "UI/Commands/Resources.h"
 
+#include <utility>
+
 namespace Vu::Commands {
 
 using Vs::Scene::Camera;
@@ -57,11 +59,18 @@ void ZoomCmd::onActivate()
 {
     Implements::onActivate();
     MouseEventSource::get()->subscribe(this);
+    // The release of a drag that another button broke off may have come meanwhile.
+    if (!MouseEventSource::get()->isHeld(kLeftButton))
+        m_pendingClicks = 0;
 }
 
 void ZoomCmd::onDeactivate()
 {
     MouseEventSource::get()->unsubscribe(this);
+    if (std::exchange(m_viewFragmentNode, nullptr)) {
+        endCameraInteraction(assetSession());
+        m_pendingClicks = 1;
+    }
     Implements::onDeactivate();
 }
 
