@@ -170,6 +170,7 @@ TEST_F(NamedViewCommands, TellWhatCannotBeDone)
     answer(L"NamedView.RestoreCamera Nowhere");
     EXPECT_EQ(stand(*camera()), before);
     EXPECT_EQ(ownNames(), (Names{L"NamedView"}));
+    answerBoxes(1);
     run(L"Document.CloseAll");
     EXPECT_FALSE(namedViewsOfAsset());
     EXPECT_EQ(AddNamedViewCmdDef::generateNamedViewName(), L"");
@@ -224,15 +225,24 @@ class NamedViewsInTheBrowser : public NamedViewCommands
 protected:
     void SetUp() override
     {
+        m_before = WorkspaceMgr::activeWorkspace();
+        m_workspace = WorkspaceMgr::get()->create();
+        WorkspaceWindow* window = m_workspace->window();
+        window->show();
         NamedViewCommands::SetUp();
         answer(L"NamedView.AddNamedView");
-        WorkspaceWindow* window = WorkspaceMgr::activeWorkspace()->window();
-        window->show();
+        QApplication::processEvents();
         tree = window->widget()->findChild<QTreeView*>();
         ASSERT_TRUE(tree);
         folder = tree->model()->index(0, 0);
         tree->expand(folder);
         QApplication::processEvents();
+    }
+    void TearDown() override
+    {
+        NamedViewCommands::TearDown();
+        WorkspaceMgr::get()->close(m_workspace);
+        WorkspaceMgr::activeWorkspace(m_before);
     }
 
     QModelIndex item(const std::wstring& name) const
@@ -270,6 +280,10 @@ protected:
 
     QTreeView* tree = nullptr;
     QModelIndex folder;
+
+private:
+    Workspace* m_workspace = nullptr;
+    Workspace* m_before = nullptr;
 };
 
 TEST_F(NamedViewsInTheBrowser, AreListedAndFollowEveryChange)
@@ -297,6 +311,7 @@ TEST_F(NamedViewsInTheBrowser, ADoubleClickLooksFromThere)
 {
     const std::string kept = stand(*camera());
     const auto doubleClick = [&](const std::wstring& name) {
+        click(item(name));
         QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, tree->visualRect(item(name)).center());
         Application::get()->flushDeferredTasks();
     };
@@ -347,6 +362,7 @@ TEST_F(NamedViewsInTheBrowser, AreRenamedInPlace)
         ASSERT_TRUE(editor);
         editor->setText(newName);
         QTest::keyClick(editor, Qt::Key_Return);
+        QApplication::processEvents();
         Application::get()->flushDeferredTasks();
         QApplication::processEvents();
     };

@@ -283,6 +283,41 @@ TEST_F(OrbitTest, TheStartAndTheEndOfAnInteractionGoTogether)
     EXPECT_EQ(count.ends, 3);
     click(kRightButton, 0, 0);
     EXPECT_EQ(count.starts, 3);
+    // Another button, or the end of the tool, breaks the drag off.
+    start(L"FreeOrbitCommand");
+    press(kLeftButton, 0, 0);
+    move(50, 50);
+    press(kMiddleButton, 50, 50);
+    EXPECT_EQ(count.ends, count.starts);
+    release(kMiddleButton, 50, 50);
+    release(kLeftButton, 50, 50);
+    press(kLeftButton, 0, 0);
+    move(50, 50);
+    answer(L"VuCommands.CancelCmd");
+    EXPECT_EQ(count.starts, 5);
+    EXPECT_EQ(count.ends, 5);
+    release(kLeftButton, 50, 50);
+}
+
+TEST_F(OrbitTest, ADragThatAnotherButtonBreaksOffSwallowsNoClick)
+{
+    for (const bool leftComesUpFirst : {true, false}) {
+        start(L"FreeOrbitCommand");
+        press(kLeftButton, 0, 0);
+        move(20, 0);
+        press(kMiddleButton, 20, 0);
+        move(30, 10);
+        release(leftComesUpFirst ? kLeftButton : kMiddleButton, 30, 10);
+        const std::string before = stand(*camera());
+        release(leftComesUpFirst ? kMiddleButton : kLeftButton, 30, 10);
+        // The release is no click that brings the place to the middle.
+        EXPECT_EQ(stand(*camera()), before) << leftComesUpFirst;
+        ASSERT_TRUE(orbit());
+        EXPECT_TRUE(reticleShows());
+        move(pixels(1.9), 0);
+        click(kLeftButton, pixels(1.9), 0);
+        EXPECT_FALSE(orbit()) << leftComesUpFirst;
+    }
 }
 
 TEST_F(OrbitTest, InASplitViewToolsWorkInTheViewThatTheUserIsIn)

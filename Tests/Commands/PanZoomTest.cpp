@@ -126,6 +126,24 @@ TEST_F(PanZoomTest, AClickEndsAToolAndTheReleaseOfADragDoesNot)
     }
 }
 
+TEST_F(PanZoomTest, ADragThatAnotherButtonBreaksOffLeavesTheToolAsItWas)
+{
+    for (const wchar_t* key : {L"PanCommand", L"ZoomCommand"})
+        for (const bool leftComesUpFirst : {true, false}) {
+            start(key);
+            press(kLeftButton, 0, 0);
+            move(30, 30);
+            press(kRightButton, 30, 30);
+            EXPECT_NE(activeKey(), key);
+            move(60, 30);
+            release(leftComesUpFirst ? kLeftButton : kRightButton, 60, 30);
+            release(leftComesUpFirst ? kRightButton : kLeftButton, 60, 30);
+            EXPECT_EQ(activeKey(), key) << leftComesUpFirst;
+            click(kLeftButton, 0, 0);
+            EXPECT_EQ(activeKey(), L"") << leftComesUpFirst;
+        }
+}
+
 TEST_F(PanZoomTest, AToolWantsItsOwnButtonAndPanNoShift)
 {
     start(L"PanCommand");

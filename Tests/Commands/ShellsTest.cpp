@@ -3,7 +3,8 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/DocumentType.h"
 #include "Server/Scene/Camera.h"
-#include "Tests/Commands/CommandsProgram.h"
+#include "Server/Scene/ViewFragment.h"
+#include "Tests/Commands/Navigation.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandContext.h"
@@ -17,11 +18,20 @@
 #include "UI/Base/ViewMgr.h"
 #include "UI/Base/Workspace.h"
 #include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/FindShell.h"
 #include "UI/Commands/Shells/ManagementShell.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QTest>
+#include <QWidget>
+
+#include <cmath>
+#include <cwchar>
 
 using namespace Vu;
 using namespace Vu::Commands;
@@ -204,6 +214,92 @@ TEST_F(ShellsTest, TheLinesOfSplitViewsLayOutCountAndGoAround)
     EXPECT_EQ(answer(L"SplitView.ViewCount"), L"The number of visible views is 1\n");
 }
 
+TEST_F(ShellsTest, TwoThreeOrFourCanvasesSeeTheSameIfTheyShareACamera)
+{
+    answer(L"Design.Sample");
+    const std::pair<const wchar_t*, size_t> layouts[] = {{L"SideBySide", 2}, {L"Triple", 3}, {L"Quad", 4}};
+    for (const auto& [layout, count] : layouts) {
+        answer(std::wstring(L"SplitView.ResetLayout ") + layout);
+        std::vector<GraphicsCanvas*> canvases;
+        GraphicsCanvas::allCanvases(canvases);
+        ASSERT_EQ(canvases.size(), count);
+        const auto camera = [&](size_t index) { return canvases[index]->view()->modelFragment()->camera(); };
+        const auto same = [&](size_t a, size_t b) {
+            return CommandsTests::stand(*camera(a)) == CommandsTests::stand(*camera(b));
+        };
+        const size_t last = count - 1;
+        camera(0)->orbit(30, 10);
+        EXPECT_FALSE(same(0, last));
+        answer(L"SplitView.CopyCamera");
+        EXPECT_TRUE(same(0, last));
+        camera(0)->zoom(2);
+        EXPECT_FALSE(same(0, last));
+        answer(L"SplitView.ShareCamera");
+        EXPECT_TRUE(same(0, last));
+        // Whichever is moved takes the others along.
+        camera(0)->orbit(5, 5);
+        EXPECT_TRUE(same(0, last));
+        camera(last)->zoom(0.7);
+        for (size_t i = 0; i < last; ++i)
+            EXPECT_TRUE(same(i, last));
+        answer(L"SplitView.ShareCamera");
+        camera(last)->zoom(0.7);
+        EXPECT_FALSE(same(0, last));
+    }
+    answer(L"SplitView.DefaultLayout");
+    EXPECT_EQ(answer(L"SplitView.ViewCount"), L"The number of visible views is 1\n");
+}
+
+TEST_F(ShellsTest, OfSeveralCanvasesTheActiveOneHasAFrame)
+{
+    Workspace* const before = WorkspaceMgr::activeWorkspace();
+    Workspace* const workspace = WorkspaceMgr::get()->create();
+    WorkspaceWindow* const window = workspace->window();
+    window->show();
+    answer(L"Design.Sample");
+    answer(L"SplitView.ResetLayout Quad");
+    // The window follows a new layout behind the events that are there already.
+    const auto visible = [&](size_t count) {
+        std::vector<GraphicsCanvas*> canvases;
+        for (int i = 0; i < 1000 && canvases.size() != count; ++i) {
+            QTest::qWait(5);
+            canvases.clear();
+            GraphicsCanvas::allCanvases(canvases);
+            std::erase_if(canvases, [&](const GraphicsCanvas* canvas) {
+                return !canvas->existingWidget() || !canvas->existingWidget()->isVisible();
+            });
+        }
+        return canvases;
+    };
+    const auto frame = [](const GraphicsCanvas* canvas) {
+        QWidget* around = canvas->existingWidget()->parentWidget();
+        QImage picture(1, 1, QImage::Format_RGB32);
+        around->render(&picture, {}, QRegion(0, 0, 1, 1), QWidget::DrawWindowBackground);
+        return picture.pixelColor(0, 0);
+    };
+    const QColor highlight = QApplication::palette().color(QPalette::Highlight);
+    const std::vector<GraphicsCanvas*> four = visible(4);
+    EXPECT_EQ(four.size(), 4u);
+    for (GraphicsCanvas* active : four) {
+        SplitViewMgr::get()->activeCanvas(active);
+        for (const GraphicsCanvas* canvas : four)
+            EXPECT_EQ(frame(canvas) == highlight, canvas == active);
+    }
+    // Rows and columns share the room.
+    for (const GraphicsCanvas* canvas : four) {
+        EXPECT_NEAR(canvas->height(), four[0]->height(), 10);
+        EXPECT_NEAR(canvas->width(), four[0]->width(), 10);
+    }
+    answer(L"SplitView.DefaultLayout");
+    const std::vector<GraphicsCanvas*> one = visible(1);
+    EXPECT_EQ(one.size(), 1u);
+    for (const GraphicsCanvas* canvas : one)
+        EXPECT_NE(frame(canvas), highlight);
+    run(L"Document.CloseAll");
+    WorkspaceMgr::get()->close(workspace);
+    WorkspaceMgr::activeWorkspace(before);
+}
+
 TEST_F(ShellsTest, TheWelcomeComesAtEachActivationButNotInTestRuns)
 {
     Vs::Tasks* idle = Application::get()->idleTasks();
@@ -257,6 +353,72 @@ TEST_F(CameraTest, ZoomingWithoutAViewOnlySaysSo)
     EXPECT_EQ(answer(L"Camera.ZoomIn"), L"Zoom in.");
     EXPECT_EQ(answer(L"Camera.ZoomOut"), L"Zoom Out.");
     EXPECT_NE(failure(L"Camera.ZoomIn fast").find(L"\"fast\" is no number."), std::wstring::npos);
+}
+
+TEST_F(CameraTest, NonsenseIsToldAndLeavesACameraThatWorks)
+{
+    answer(L"Design.Sample");
+    const std::pair<const wchar_t*, const wchar_t*> nonsense[] = {
+        {L"5,5,5 5,5,5 0,0,1 1 100 50 50 2", L"The position is at the target."},
+        {L"100,0,0 0,0,0 0,0,0 1 100 50 50 2", L"The up vector has no length."},
+        {L"100,0,0 0,0,0 -7,0,0 1 100 50 50 2", L"The up vector lies along the view direction."},
+        {L"100,0,0 0,0,0 0,0,1 100 100 50 50 2", L"The near distance is not below the far one."},
+        {L"100,0,0 0,0,0 0,0,1 1 -100 50 50 1", L"The near distance is not below the far one."},
+        {L"100,0,0 0,0,0 0,0,1 1 100 0 50 1", L"The extents are not above zero."},
+        {L"100,0,0 0,0,0 0,0,1 1 100 50 -50 2", L"The extents are not above zero."},
+        {L"1e200,0,0 0,0,0 0,0,1 1 100 50 50 2", L"The position or the target is too far away"},
+        {L"100,0,0 0,0,0 0,0,1 1 100 50 50 7", L"There is no projection 7"},
+        {L"5,5,5 5,5,5 0,0,0 9 1 -1 0 2", L"The position is at the target. The up vector has no length. The "
+                                          L"near distance is not below the far "
+                                          L"one. The extents are not above zero."}};
+    for (const auto& [line, message] : nonsense) {
+        SCOPED_TRACE(testing::PrintToString(line));
+        const std::wstring told = failure(std::wstring(L"Camera.Set ") + line);
+        EXPECT_EQ(told.substr(0, std::wcslen(message)), message);
+        Vs::Scene::Camera* camera = activeCamera();
+        const auto usable = [&] {
+            const GkPoint3d seen = graphicsViewOf(activeSession())->windowToWorld({10, 20});
+            for (const double number : {camera->position().x, camera->target().y, camera->up().z, seen.x,
+                                        seen.y, seen.z, camera->right().x, camera->screenUp().y})
+                if (!std::isfinite(number))
+                    return false;
+            return camera->right().length() > 0.99 && camera->screenUp().length() > 0.99 &&
+                   std::abs(camera->right().dotProduct(camera->direction())) < 1e-9;
+        };
+        EXPECT_TRUE(usable());
+        camera->orbit(20, 10);
+        camera->constrainedOrbit(15, false, {0, 0, 1}, camera->target());
+        camera->zoom(1.5);
+        camera->roll(0.1);
+        camera->dolly({1, 2, 3});
+        EXPECT_TRUE(usable());
+        // The way back is the usual one.
+        answer(L"Camera.Set 300,-300,300 0,0,0 0,0,1 1 1000 200 200 2");
+        answer(L"Commands.Start FitCommand");
+        EXPECT_TRUE(usable());
+        EXPECT_GT(activeCamera()->extentsWidth(), 100.0);
+    }
+    for (const wchar_t* word : {L"nan", L"inf", L"-inf", L"1e999"}) {
+        failure(std::wstring(L"Camera.Set ") + word + L",0,0 0,0,0 0,0,1 1 100 50 50 2");
+        failure(std::wstring(L"Camera.Set 1,0,0 0,0,0 0,0,1 1 100 ") + word + L" 50 2");
+    }
+}
+
+TEST_F(CameraTest, FactorsThatCannotScaleAreTold)
+{
+    answer(L"Design.Sample");
+    const std::wstring dump = answer(L"Camera.Dump");
+    for (const wchar_t* factor : {L"0", L"-1", L"-1e300"}) {
+        EXPECT_NE(failure(std::wstring(L"Camera.ZoomIn ") + factor).find(L"not above zero"),
+                  std::wstring::npos);
+        EXPECT_NE(failure(std::wstring(L"Camera.ZoomOut ") + factor).find(L"not above zero"),
+                  std::wstring::npos);
+    }
+    for (const wchar_t* factor : {L"1e30", L"1e-30", L"1e308"})
+        EXPECT_NE(failure(std::wstring(L"Camera.ZoomIn ") + factor).find(L"any more"), std::wstring::npos);
+    EXPECT_EQ(answer(L"Camera.Dump"), dump);
+    EXPECT_EQ(answer(L"Camera.ZoomIn 1"), L"Zoom in.");
+    EXPECT_EQ(answer(L"Camera.ZoomIn 1e-2"), L"Zoom in.");
 }
 
 TEST_F(CameraTest, FitBringsAStrayCameraBackToTheModel)

@@ -74,6 +74,9 @@ TEST(Camera, IgnoresWhatIsNoFiniteNumberAndNoProjection)
     const uint64_t revision = camera.revision();
     camera.position({kNotANumber, 0, 0});
     camera.target({0, HUGE_VAL, 0});
+    camera.position({1e200, 0, 0});
+    camera.target({0, 0, -1e101});
+    camera.extentsHeight(-1e300);
     camera.up({0, 0, kNotANumber});
     camera.clipNear(kNotANumber);
     camera.extentsWidth(HUGE_VAL);

@@ -13,9 +13,16 @@
 #include "UI/Base/SceneEvaluator.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/TouchNavigation.h"
 #include "UI/Base/ViewMgr.h"
 
+#include <QApplication>
+#include <QNativeGestureEvent>
+#include <QPointingDevice>
+#include <QWheelEvent>
 #include <QWidget>
+
+#include <cmath>
 
 using namespace Vu;
 
@@ -179,4 +186,86 @@ TEST_F(MouseTest, ASecondViewStartsWithTheCameraOfTheFirstAndMayShareIt)
     EXPECT_NE(copy->extentsWidth(), camera()->extentsWidth());
     SplitViewMgr::get()->copyCamera();
     EXPECT_EQ(copy->extentsWidth(), camera()->extentsWidth());
+}
+
+TEST_F(MouseTest, FingersMoveWhatLiesUnderThem)
+{
+    const auto same = [](const GkPoint3d& a, const GkPoint3d& b) { return a.isEqualTo(b, {1e-6, 1e-9}); };
+    for (const auto projection : {Vs::Scene::kPerspectiveProjection, Vs::Scene::kParallelProjection}) {
+        camera()->toggleProjection(projection);
+        GkPoint3d seen = view->windowToWorld({400, 300});
+        TouchNavigation(view).pan(37, -52);
+        EXPECT_TRUE(same(view->windowToWorld({437, 248}), seen));
+        seen = view->windowToWorld({200, 600});
+        const double width = camera()->extentsWidth();
+        TouchNavigation(view).zoom({200, 600}, 1.25);
+        EXPECT_TRUE(same(view->windowToWorld({200, 600}), seen));
+        EXPECT_NEAR(camera()->extentsWidth(), width / 1.25, width * 1e-12);
+        // Nonsense of a driver changes nothing.
+        const GkPoint3d before = camera()->position();
+        TouchNavigation(view).zoom({200, 600}, 0);
+        TouchNavigation(view).zoom({200, 600}, -3);
+        TouchNavigation(view).pan(std::nan(""), 0);
+        EXPECT_TRUE(same(camera()->position(), before));
+    }
+    TouchNavigation(nullptr).pan(1, 1);
+}
+
+TEST_F(MouseTest, AControllerTurnsAndMovesByTheCamerasOwnOperations)
+{
+    const double distance = camera()->distance(), width = camera()->extentsWidth();
+    const GkPoint3d target = camera()->target();
+    const GkVector3d right = camera()->right(), along = camera()->direction();
+    TouchNavigation(view).move({.turnRight = 200, .turnUp = -350});
+    EXPECT_NEAR(camera()->distance(), distance, distance * 1e-12);
+    EXPECT_TRUE(camera()->target().isEqualTo(target));
+    EXPECT_GT(camera()->direction().angleTo(along), 0.01);
+    camera()->look(along, {0, 0, 1});
+    TouchNavigation(view).move({.turnNear = 300});
+    EXPECT_GT(camera()->right().angleTo(right), 0.01);
+    EXPECT_NEAR(camera()->direction().angleTo(along), 0, 1e-7);
+    camera()->look(along, {0, 0, 1});
+    TouchNavigation(view).move({.right = 350});
+    const GkVector3d moved = camera()->target() - target;
+    EXPECT_NEAR(moved.dotProduct(right), -moved.length(), moved.length() * 1e-9);
+    EXPECT_GT(moved.length(), 0);
+    TouchNavigation(view).move({.near = 350});
+    EXPECT_LT(camera()->extentsWidth(), width);
+    EXPECT_NEAR(camera()->extentsWidth() / camera()->distance(), width / distance, 1e-9);
+}
+
+TEST_F(MouseTest, GesturesOfATrackpadArriveThroughTheCanvas)
+{
+    Application::get()->needGui();
+    QWidget window;
+    QWidget* widget = canvas.widget(&window);
+    widget->resize(400, 300);
+    const QPointingDevice trackpad(QStringLiteral("fingers"), 7, QInputDevice::DeviceType::TouchPad,
+                                   QPointingDevice::PointerType::Finger,
+                                   QInputDevice::Capability::PixelScroll, 2, 0);
+    const QPointF place(100, 80);
+    const auto gesture = [&](Qt::NativeGestureType type, double value) {
+        QNativeGestureEvent event(type, &trackpad, 2, place, place, place, value, {});
+        QApplication::sendEvent(widget, &event);
+    };
+    const auto scroll = [&](QPoint pixels, QPoint angle, Qt::KeyboardModifiers modifiers) {
+        QWheelEvent event(place, place, pixels, angle, Qt::NoButton, modifiers, Qt::ScrollUpdate, false,
+                          Qt::MouseEventNotSynthesized, &trackpad);
+        QApplication::sendEvent(widget, &event);
+    };
+    const double width = camera()->extentsWidth();
+    gesture(Qt::ZoomNativeGesture, 0.5);
+    EXPECT_NEAR(camera()->extentsWidth(), width / 1.5, width * 1e-9);
+    const GkVector3d right = camera()->right();
+    gesture(Qt::RotateNativeGesture, 10);
+    EXPECT_NEAR(camera()->right().angleTo(right), 0.17453, 1e-4);
+    GkPoint3d seen = view->windowToWorld({100, 80});
+    scroll({12, -7}, {}, Qt::NoModifier);
+    EXPECT_TRUE(view->windowToWorld({112, 73}).isEqualTo(seen, {1e-6, 1e-9}));
+    seen = view->windowToWorld({100, 80});
+    scroll({}, {0, 120}, Qt::NoModifier);
+    EXPECT_TRUE(view->windowToWorld({100, 120}).isEqualTo(seen, {1e-6, 1e-9}));
+    canvas.view(nullptr, false, false);
+    scroll({12, -7}, {}, Qt::NoModifier);
+    gesture(Qt::ZoomNativeGesture, 0.5);
 }

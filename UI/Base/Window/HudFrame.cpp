@@ -17,10 +17,12 @@ namespace {
 constexpr int kDistance = 12;
 /// The width of the frame around one of several canvases.
 constexpr int kFrame = 2;
+const QString kName = QStringLiteral("canvasFrame");
 } // namespace
 
 HudFrame::HudFrame(QWidget* parent) : QWidget(parent)
 {
+    setObjectName(kName);
     SplitViewEventSource::get()->subscribe(this);
 }
 
@@ -33,16 +35,18 @@ void HudFrame::canvas(GraphicsCanvas* canvas)
 {
     m_canvas = canvas;
     m_widget = canvas->widget(this);
-    std::vector<GraphicsCanvas*> canvases;
-    GraphicsCanvas::allCanvases(canvases);
-    m_border = canvases.size() > 1 ? kFrame : 0;
-    m_widget->setGeometry(rect().adjusted(m_border, m_border, -m_border, -m_border));
+    place();
     m_widget->show();
+}
+
+bool HudFrame::isOneOfSeveral() const
+{
+    return window()->findChildren<QWidget*>(kName).size() > 1;
 }
 
 bool HudFrame::isActive() const
 {
-    return m_border == 0 || SplitViewMgr::get()->activeCanvas() == m_canvas;
+    return !isOneOfSeveral() || SplitViewMgr::get()->activeCanvas() == m_canvas;
 }
 
 void HudFrame::splitViewActivate(SplitViewEvent*)
@@ -57,9 +61,15 @@ void HudFrame::splitViewDeactivate(SplitViewEvent*)
     update();
 }
 
+void HudFrame::showEvent(QShowEvent*)
+{
+    // Now the others are there as well.
+    place();
+}
+
 void HudFrame::paintEvent(QPaintEvent*)
 {
-    if (m_border > 0)
+    if (isOneOfSeveral())
         QPainter(this).fillRect(rect(), isActive() ? palette().highlight() : palette().mid());
 }
 
@@ -86,8 +96,6 @@ void HudFrame::addHuds(std::vector<CommandButton*>& buttons)
 
 void HudFrame::resizeEvent(QResizeEvent*)
 {
-    if (m_widget)
-        m_widget->setGeometry(rect().adjusted(m_border, m_border, -m_border, -m_border));
     place();
 }
 
@@ -101,6 +109,9 @@ bool HudFrame::event(QEvent* event)
 
 void HudFrame::place()
 {
+    const int border = isOneOfSeveral() ? kFrame : 0;
+    if (m_widget && m_widget->parentWidget() == this)
+        m_widget->setGeometry(rect().adjusted(border, border, -border, -border));
     for (const Hud& hud : m_huds) {
         hud.bar->setVisible(isActive());
         const QSize size = hud.bar->sizeHint();

@@ -2,6 +2,7 @@
 
 #include "UI/Base/SplitViewEvents.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <string>
@@ -27,12 +28,14 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
 
 private:
     void splitViewActivate(SplitViewEvent* event) override;
     void splitViewDeactivate(SplitViewEvent* event) override;
+    bool isOneOfSeveral() const;
     bool isActive() const;
     struct Hud
     {
@@ -42,8 +45,7 @@ private:
     void place();
 
     GraphicsCanvas* m_canvas = nullptr;
-    QWidget* m_widget = nullptr; ///< The canvas's.
-    int m_border = 0;            ///< Around the canvas, for the frame.
+    QPointer<QWidget> m_widget; ///< The canvas's own, which may go, or move to another frame, before this.
     std::vector<Hud> m_huds;
 };
 
