@@ -79,7 +79,8 @@ Occlusion::Source sourceOf(const Frame& frame, const Area& depths, double radius
                    double(depths.y - frame.area.y),
                    double(frame.area.width),
                    double(frame.area.height),
-                   radius};
+                   radius,
+                   frame.coarse ? 1e9 : double(frame.smallest)};
     return source;
 }
 

@@ -109,7 +109,8 @@ bool ContactShadow::find(const Frame& frame, const Ground& ground)
     const uint64_t shapes = frame.scene.list.shapeRevision();
     if (kept.shapes == shapes && kept.up.isEqualTo(ground.up))
         return true;
-    if (!frame.target.effects || !makePrograms())
+    // What is kept is never made of coarse meshes.
+    if (!frame.target.effects || frame.coarse || !makePrograms())
         return false;
     kept.shapes = 0;
     const double reach = ground.height() * kReachOfHeight + ground.size() * kReachOfSize;

@@ -73,14 +73,17 @@ bool GridNumbers::place(const GkVector3d& axis, double along, double major, cons
         return false;
     const GkPoint3d next = onScreen(along + major * 1e-3);
     const double width = StrokeFont::width(text) * kHeight * m_pixel, height = kHeight * m_pixel;
-    const double offset = kOffset * m_pixel;
-    // Below an axis that runs across the screen, beside one that runs up.
-    const bool level = std::abs(next.x - at.x) > std::abs(next.y - at.y);
+    // Beside the axis, on its lower side, so far off that the axis runs past the number.
+    GkVector3d off(at.y - next.y, next.x - at.x, 0);
+    if (off.lengthSqrd() == 0)
+        return false;
+    off = off.normal() * (off.y > 0 ? -1.0 : 1.0);
+    const double away = kOffset * m_pixel + std::abs(off.x) * width / 2 + std::abs(off.y) * height / 2;
     Label label{text, {}, at.z, opacity};
-    label.box.left = level ? at.x - width / 2 : at.x + offset;
-    label.box.top = level ? at.y - offset : at.y + height / 2;
+    label.box.left = at.x + off.x * away - width / 2;
+    label.box.bottom = at.y + off.y * away - height / 2;
     label.box.right = label.box.left + width;
-    label.box.bottom = label.box.top - height;
+    label.box.top = label.box.bottom + height;
     if (!(label.box.right > 0 && label.box.left < m_projection.width() && label.box.top > 0 &&
           label.box.bottom < m_projection.height()))
         return false;

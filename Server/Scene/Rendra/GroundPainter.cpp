@@ -194,6 +194,11 @@ void GroundPainter::release()
     glDeleteVertexArrays(1, &m_noArray);
 }
 
+void GroundPainter::collect()
+{
+    m_mirror.releaseIfLarge();
+}
+
 void GroundPainter::draw(const Frame& frame)
 {
     const Vs::Scene::RenderParams& params = frame.params();

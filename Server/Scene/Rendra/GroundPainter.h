@@ -18,6 +18,7 @@ public:
     bool make(Vs::Status& status) override;
     void draw(const Frame& frame) override;
     void release() override;
+    void collect() override;
 
 private:
     /// What is seen on the ground.

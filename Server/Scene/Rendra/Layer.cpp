@@ -2,6 +2,13 @@
 
 namespace Rendra {
 
+namespace {
+
+/// More pixels than a canvas has on most screens.
+constexpr int kLargePixels = 3 << 20;
+
+} // namespace
+
 GLuint Layer::makeTexture(Kind kind, int width, int height)
 {
     GLuint texture = 0;
@@ -65,6 +72,12 @@ void Layer::release()
     const GLuint textures[] = {m_texture, m_depths};
     glDeleteTextures(2, textures);
     *this = Layer();
+}
+
+void Layer::releaseIfLarge()
+{
+    if (m_width > 0 && m_height > kLargePixels / m_width)
+        release();
 }
 
 } // namespace Rendra

@@ -22,6 +22,8 @@ public:
     /// Directs what follows into the whole of the layer.
     void begin() const;
     void release();
+    /// Releases what only large pictures need, which are not drawn again and again as those of a canvas are.
+    void releaseIfLarge();
 
     GLuint texture() const { return m_texture; }
     /// The depths of a layer that has some beside its colours.

@@ -73,9 +73,11 @@ float lampReaches(vec3 place, vec3 normal)
 bool ObjectShadow::find(const Frame& frame)
 {
     const int type = std::clamp(frame.params().objectShadowType(), 0, 3);
+    Kept& kept = frame.scene.lit;
+    if (type == kNone && std::exchange(kept.shapes, 0) != 0)
+        kept.depths.release();
     if (type == kNone || !frame.target.effects || frame.scene.list.instances() == 0)
         return false;
-    Kept& kept = frame.scene.lit;
     const GkVector3d toLamp =
         EnvironmentLight::orientation(frame.params().groundPlaneOrientation()).inverse() *
         frame.environment.lamps[0].direction;
@@ -83,6 +85,9 @@ bool ObjectShadow::find(const Frame& frame)
     if (kept.shapes == list.shapeRevision() && kept.type == type && kept.toLamp.isEqualTo(toLamp) &&
         kept.origin.isEqualTo(list.origin()))
         return true;
+    // What is kept is never made of coarse meshes.
+    if (frame.coarse)
+        return false;
     kept.shapes = 0;
     if (!std::exchange(m_tried, true)) {
         Vs::Status ignored;

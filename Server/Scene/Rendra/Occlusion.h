@@ -28,7 +28,8 @@ public:
     {
         uint64_t scene = 0, shapes = 0;
         std::array<double, 12> view{}; ///< The rows of the view matrix.
-        std::array<double, 10> lens{}; ///< The projection, the part of the picture, the reach.
+        std::array<double, 11>
+            lens{}; ///< The projection, the part of the picture, the reach, what is left out.
         friend bool operator==(const Source&, const Source&) = default;
     };
     /// Whether the texture is that of the source already; if not, the next `finish` makes it so.

@@ -211,6 +211,12 @@ void Sketch::release()
     glDeleteVertexArrays(1, &m_noArray);
 }
 
+void Sketch::collect()
+{
+    m_shapes.releaseIfLarge();
+    m_picture.releaseIfLarge();
+}
+
 void Sketch::draw(const Frame& frame)
 {
     const int effect = frame.params().nprEffect();

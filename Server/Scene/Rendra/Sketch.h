@@ -13,6 +13,7 @@ public:
     bool make(Vs::Status&) override { return true; }
     void draw(const Frame& frame) override;
     void release() override;
+    void collect() override;
 
 private:
     bool makePrograms();
