@@ -121,6 +121,47 @@ TEST_F(SketchPicture, AStillViewIsStillAndATransparentPictureStaysSo)
     }
 }
 
+TEST_F(SketchPicture, OnlyTheFragmentThatAsksForItIsDrawnAndOnlyInItsPlace)
+{
+    // The model on the left, and over all of the picture what only helps: a green mark on the right.
+    fragment->data()->viewport()->placement(0, 0, 0.5, 1);
+    fragment->renderParams()->groundPlaneEnabled(true);
+    fragment->renderParams()->groundShadowEnabled(true);
+    fragment->renderParams()->groundReflectionEnabled(true);
+    const auto overlay = Vs::Scene::ViewFragment::make(nullptr, "Overlay");
+    overlay->data()->supportSelectBackground(false);
+    overlay->renderParams()->visualStyle(Vs::Scene::kShaded);
+    overlay->renderParams()->groundPlaneEnabled(true);
+    overlay->renderParams()->nprEffect(kGraphite);
+    const auto mark = Rendra::Graphics::BodyNode::make(Shapes::box(20, 20, 20), {0.02f, 0.7f, 0.02f, 1});
+    NodeChange(mark.get()).transform(GkMatrix3d::translation({50, 0, 0}));
+    NodeChange(overlay->viewFragmentNode()).add(mark);
+    Vs::Scene::Camera& camera = *overlay->camera();
+    camera.projection(Vs::Scene::kParallelProjection);
+    camera.position({0, -1000, 10});
+    camera.target({0, 0, 10});
+    camera.extentsWidth(kWidth);
+    camera.extentsHeight(kHeight);
+    options.grid = true;
+    const auto drawBoth = [&](int effect) {
+        fragment->renderParams()->nprEffect(effect);
+        Image image;
+        Vs::Status status;
+        EXPECT_TRUE(Vs::Scene::OffscreenRenderer::get()->render({fragment.get(), overlay.get()}, kWidth,
+                                                                kHeight, options, image, status));
+        return image;
+    };
+    const Image plain = drawBoth(kNothing), drawn = drawBoth(kGraphite);
+    const uint8_t* marked = drawn.pixel(kWidth / 2 + 60, kHeight / 2);
+    EXPECT_GT(marked[1], marked[0] + 60) << "the mark is as it was";
+    size_t left = 0, right = 0;
+    for (uint32_t y = 0; y < kHeight; ++y)
+        for (uint32_t x = 0; x < kWidth; ++x)
+            (x < kWidth / 2 ? left : right) += std::abs(plain.pixel(x, y)[2] - drawn.pixel(x, y)[2]) > 1;
+    EXPECT_GT(left, size_t(kWidth) * kHeight / 3);
+    EXPECT_EQ(right, 0u);
+}
+
 TEST_F(SketchPicture, AnEmptySceneAndOneFarFromTheOriginAreDrawnAsWell)
 {
     const Image usual = draw(kGraphite);

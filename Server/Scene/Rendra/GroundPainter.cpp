@@ -223,9 +223,9 @@ bool GroundPainter::drawMirror(const Frame& frame, const Ground& ground)
     if (!m_mirror.make(Layer::Kind::Colour, into.width, into.height))
         return false;
     const Vs::Scene::Projection projection = mirroredView(frame, ground);
-    const Frame mirror{frame.fragment,   frame.scene,       frame.meshes, projection,
-                       frame.target,     frame.area,        into,         into,
-                       frame.statistics, frame.environment, frame.light};
+    const Frame mirror{frame.fragment, frame.scene,  frame.meshes,  projection,       frame.target,
+                       frame.area,     into,         into,          frame.statistics, frame.environment,
+                       frame.light,    frame.coarse, frame.smallest};
     frame.scene.instances.update(frame.scene.list, projection, frame.smallest);
     mirror.drawIntoPicture();
     m_mirror.begin();
