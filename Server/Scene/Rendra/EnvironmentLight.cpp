@@ -65,11 +65,11 @@ void EnvironmentLight::prepare(const Environment& environment)
     for (int i = 0; i < 9; ++i)
         for (int channel = 0; channel < 3; ++channel)
             m_irradiance[i][channel] = float(sum[i][channel] * lobe[i]);
-    // A white face that looks up is to be white; a night stays dark.
+    // A white face that looks up is to be light grey: what shines needs room above it. A night stays dark.
     const Environment::Lamp& key = environment.lamps[0];
     const double fromAbove = m_irradiance[0][1] * 0.282095 + m_irradiance[2][1] * 0.488603 +
                              m_irradiance[6][1] * 0.315392 * 2 + key.colour.g * key.direction.z;
-    m_exposure = float(std::min(1.1, 1 / fromAbove));
+    m_exposure = float(std::min(0.85, 0.76 / fromAbove));
     const Colour &second = environment.lamps[1].colour, &third = environment.lamps[2].colour;
     m_least[0] = 0.08f * second.r + 0.16f * third.r;
     m_least[1] = 0.08f * second.g + 0.16f * third.g;
