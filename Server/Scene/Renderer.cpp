@@ -9,6 +9,7 @@
 #include "Server/Scene/Rendra/HelperPainter.h"
 #include "Server/Scene/Rendra/HighlightPainter.h"
 #include "Server/Scene/Rendra/LayoutGrid.h"
+#include "Server/Scene/Rendra/PictureTarget.h"
 #include "Server/Scene/Rendra/Sketch.h"
 
 #include <algorithm>
@@ -25,6 +26,8 @@ namespace {
 
 /// Scenes that were drawn last are kept; more than so many at a time are hardly ever on the screen.
 constexpr size_t kKeptScenes = 12;
+/// More samples to a pixel are not worth their time.
+constexpr int kSoftwareSamples = 4, kHardwareSamples = 8;
 /// Bodies that are fewer pixels across are left out.
 constexpr float kSmallest = 0.6f, kSmallestMoving = 2.0f;
 /// Scenes of no more triangles are drawn whole even when they move.
@@ -96,6 +99,8 @@ bool Renderer::initialize(Vs::Status& status)
     const std::string_view driver(name ? reinterpret_cast<const char*>(name) : "");
     for (const char* known : {"llvmpipe", "softpipe", "swrast", "SwiftShader"})
         m_data->software = m_data->software || driver.find(known) != std::string_view::npos;
+    Vs::Scene::OfferMSAA(
+        PictureTarget::samplesOffered(m_data->software ? kSoftwareSamples : kHardwareSamples));
     return true;
 }
 

@@ -1,4 +1,5 @@
 #include "Server/Base/Strings.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
@@ -201,6 +202,15 @@ TEST_F(PictureDetail, NothingIsDrawnForEmptyBodiesAndFragments)
     EXPECT_TRUE(isEmpty());
 }
 
+TEST_F(PictureDetail, SmoothEdgesAreOfferedWhereTheDriverHasSamples)
+{
+    int level = 1, quality = 7;
+    GetMSAASettings(level, quality);
+    EXPECT_GT(level, 1);
+    EXPECT_LE(level, 8);
+    EXPECT_EQ(quality, 0);
+}
+
 // In a process of its own: drivers are looked for once only.
 TEST(PictureDeathTest, WithoutAnyDriverThereIsAMessageInPlaceOfAPicture)
 {
@@ -211,7 +221,9 @@ TEST(PictureDeathTest, WithoutAnyDriverThereIsAMessageInPlaceOfAPicture)
         Status status;
         const bool drawn = OffscreenRenderer::get()->render({}, 8, 8, {}, image, status);
         std::fputs(Strings::narrow(status.toString()).c_str(), stderr);
-        std::_Exit(drawn || !image.pixels.empty() ? 1 : 0);
+        int level = 1, quality = 0;
+        GetMSAASettings(level, quality);
+        std::_Exit(level > 1 || drawn || !image.pixels.empty() ? 1 : 0);
     };
     EXPECT_EXIT(draw(), testing::ExitedWithCode(0), "Pictures cannot be drawn");
 }

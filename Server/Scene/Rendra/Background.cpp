@@ -4,8 +4,17 @@
 #include "Server/Scene/Rendra/Shaders.h"
 
 #include <algorithm>
+#include <cmath>
+#include <vector>
 
 namespace Rendra {
+
+namespace {
+
+/// Of the table; twice as many where it matters most, about the horizon.
+constexpr int kElevations = 1024;
+
+} // namespace
 
 bool Background::make(Vs::Status& status)
 {
@@ -20,6 +29,32 @@ void Background::release()
 {
     m_program.release();
     glDeleteVertexArrays(1, &m_noArray);
+    glDeleteTextures(1, &m_table);
+}
+
+// As a function of the elevation's root, so that the horizon is as sharp as it should be.
+void Background::prepareTable(const Vs::Scene::Environment& environment)
+{
+    if (!m_table)
+        glGenTextures(1, &m_table);
+    glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, m_table);
+    if (m_inTable == &environment)
+        return;
+    m_inTable = &environment;
+    std::vector<float> colours;
+    for (int i = 0; i < kElevations; ++i) {
+        const double root = (i + 0.5) / kElevations * 2 - 1;
+        const double height = root * std::abs(root);
+        const Vs::Colour seen = environment.seen({std::sqrt(1 - height * height), 0, height});
+        colours.insert(colours.end(), {seen.r, seen.g, seen.b});
+    }
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB32F, kElevations, 1, 0, GL_RGB, GL_FLOAT, colours.data());
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
 }
 
 void Background::draw(const RenderTarget& target, const Area& tile, const Vs::Scene::Projection& projection,
@@ -28,7 +63,9 @@ void Background::draw(const RenderTarget& target, const Area& tile, const Vs::Sc
 {
     glDisable(GL_DEPTH_TEST);
     glDepthMask(GL_FALSE);
+    prepareTable(environment);
     m_program.use();
+    glUniform1i(m_program.uniform("table"), 0);
     light.set(m_program, EnvironmentLight::orientation(up) * projection.view().inverse());
     glUniform1i(m_program.uniform("dome"), target.dome);
     glUniform3f(m_program.uniform("plain"), environment.plain.r, environment.plain.g, environment.plain.b);

@@ -17,7 +17,12 @@ public:
     void release();
 
 private:
+    void prepareTable(const Vs::Scene::Environment& environment);
+
     Program m_program;
+    /// What is seen in each elevation, without the glow: a look-up takes a fraction of working it out.
+    GLuint m_table = 0;
+    const Vs::Scene::Environment* m_inTable = nullptr;
     GLuint m_noArray = 0; ///< A vertex array without attributes.
 };
 

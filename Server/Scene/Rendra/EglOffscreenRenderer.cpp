@@ -98,6 +98,7 @@ class EglOffscreenRenderer final : public OffscreenRenderer
 public:
     bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
                 const ImageOptions& options, Image& image, Status& status) override;
+    bool prepare(Status& status) override;
     void release() override;
     std::wstring description() const override { return m_description; }
 
@@ -115,6 +116,15 @@ private:
     Rendra::PictureTarget m_target;
     std::wstring m_description;
 };
+
+bool EglOffscreenRenderer::prepare(Status& status)
+{
+    if (!m_worker)
+        m_worker = std::make_unique<Worker>();
+    bool ready = false;
+    m_worker->run([&] { ready = start(status); });
+    return ready;
+}
 
 void EglOffscreenRenderer::release()
 {

@@ -358,6 +358,7 @@ in vec2 ray;
 uniform bool dome;
 uniform vec3 plain;
 uniform float stars;
+uniform sampler2D table; // of what is seen, by the elevation's root
 out vec4 result;
 
 // One star in some of the small cubes that a direction runs through, where it is in the middle of one.
@@ -377,8 +378,8 @@ void main()
     vec3 seen = plain;
     if (dome) {
         vec3 d = toEnvironment * normalize(vec3(ray, -1.0));
-        seen = surroundings(d, 0.0);
-        if (d.z > 0.0) {
+        seen = texture(table, vec2(sign(d.z) * sqrt(abs(d.z)) * 0.5 + 0.5, 0.5)).rgb;
+        if (d.z > 0.0 && falls.w > 0.0) {
             float towards = max(dot(d, lampDirections[0]), 0.0);
             seen += lampColours[0] * (falls.w * (0.35 * pow(towards, 24.0) + pow(towards, 900.0)));
             if (stars > 0.0)
