@@ -1,6 +1,7 @@
 // Frames a second of scenes that turn, drawn here and by the kernel's own viewer, in the same run on the same
-// machine. Usage: bench_scene [SCENE]..., each a number of parts, or "million" for one body of a million
-// triangles; without any, "10000 million".
+// machine, and the processor time of each, which other programs on the machine change least. Usage:
+// bench_scene [SCENE]..., each a number of parts, or "million" for one body of a million triangles; without
+// any, "10000 million".
 
 #include "Benchmarks/Scene/Parts.h"
 #include "Server/Base/Strings.h"
@@ -13,6 +14,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -47,10 +49,16 @@ Vs::StrongRef<ViewFragment> makeScene(const BenchScene::Scene& scene)
     return fragment;
 }
 
-/// Turns the scene for some seconds. Returns frames a second, or 0 if there is no way to draw.
-double framesPerSecond(ViewFragment& fragment, bool antiAliasing, bool moving, double limit, double& first)
+struct Speed
 {
-    const ImageOptions options{.antiAliasing = antiAliasing, .fine = false, .moving = moving};
+    double frames = 0; ///< A second; 0 if there is no way to draw.
+    double work = 0;   ///< Milliseconds of all processors for a frame.
+};
+
+/// Turns the scene for some seconds.
+Speed turn(ViewFragment& fragment, bool moving, double limit, double& first)
+{
+    const ImageOptions options{.antiAliasing = false, .fine = false, .moving = moving};
     const GkVector3d up = fragment.renderParams()->groundPlaneOrientation();
     Image image;
     Vs::Status status;
@@ -62,21 +70,22 @@ double framesPerSecond(ViewFragment& fragment, bool antiAliasing, bool moving, d
     double start = seconds();
     if (!draw()) {
         std::fprintf(stderr, "bench_scene: %s\n", Vs::Strings::narrow(status.toString()).c_str());
-        return 0;
+        return {};
     }
     first = seconds() - start;
     int frames = 0;
     start = seconds();
+    const std::clock_t cpu = std::clock();
     do {
         Vs::Scene::Camera& camera = *fragment.camera();
         GkPoint3d position = camera.position();
         position.rotateBy(6.283185307179586 / BenchScene::kFramesPerTurn, up, camera.target());
         camera.position(position);
         if (!draw())
-            return 0;
+            return {};
         ++frames;
     } while (frames < 3 || seconds() - start < limit);
-    return frames / (seconds() - start);
+    return {frames / (seconds() - start), 1e3 * double(std::clock() - cpu) / CLOCKS_PER_SEC / frames};
 }
 
 /// Microseconds to find what lies under a pixel, the median of many.
@@ -98,8 +107,8 @@ double pickTime(const ViewFragment& fragment)
     return hits > 0 ? times[200] : 0;
 }
 
-/// Runs the kernel's viewer, under a display of its own if there is none. Returns 0 if that cannot be had.
-double kernelFramesPerSecond(const std::string& scene, double limit)
+/// Runs the kernel's viewer, under a display of its own if there is none.
+Speed kernelSpeed(const std::string& scene, double limit)
 {
     const std::string program =
         (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "kernel_viewer").string();
@@ -107,11 +116,12 @@ double kernelFramesPerSecond(const std::string& scene, double limit)
                                 "' " + std::to_string(limit);
     std::FILE* pipe = popen(command.c_str(), "r");
     if (!pipe)
-        return 0;
-    double result = 0;
+        return {};
+    Speed result;
     int parts = 0, frames = 0;
-    if (std::fscanf(pipe, "{\"parts\": %d, \"frames\": %d, \"fps\": %lf}", &parts, &frames, &result) != 3)
-        result = 0;
+    if (std::fscanf(pipe, "{\"parts\": %d, \"frames\": %d, \"fps\": %lf, \"work\": %lf}", &parts, &frames,
+                    &result.frames, &result.work) != 4)
+        result = {};
     pclose(pipe);
     return result;
 }
@@ -131,20 +141,23 @@ bool measure(const std::string& name)
     std::printf("%s: %zu parts, %zu triangles, %d x %d pixels\n", name.c_str(), scene.parts.size(), triangles,
                 BenchScene::kWidth, BenchScene::kHeight);
     double first = 0, unused = 0;
-    const double whole = framesPerSecond(*fragment, false, false, kLimit, first);
-    if (whole == 0)
+    const Speed whole = turn(*fragment, false, kLimit, first);
+    if (whole.frames == 0)
         return false;
-    const double moving = framesPerSecond(*fragment, false, true, kLimit, unused);
+    const Speed moving = turn(*fragment, true, kLimit, unused);
     std::printf("first picture      %8.1f ms\n", first * 1000);
-    std::printf("quillet, orbiting  %8.2f frames/s\n", moving);
-    std::printf("quillet, whole     %8.2f frames/s\n", whole);
+    std::printf("quillet, orbiting  %8.2f frames/s %8.1f ms of processors\n", moving.frames, moving.work);
+    std::printf("quillet, whole     %8.2f frames/s %8.1f ms\n", whole.frames, whole.work);
     std::printf("hover              %8.1f us\n", pickTime(*fragment));
-    const double kernel = kernelFramesPerSecond(name, kLimit);
-    if (kernel == 0)
+    const Speed kernel = kernelSpeed(name, kLimit);
+    if (kernel.frames == 0) {
         std::printf("NOTICE: the kernel's viewer could not be run (it needs a display, or xvfb-run)\n");
-    else
-        std::printf("the kernel's own   %8.2f frames/s\nratio              %8.1f orbiting, %.1f whole\n",
-                    kernel, moving / kernel, whole / kernel);
+        return true;
+    }
+    std::printf("the kernel's own   %8.2f frames/s %8.1f ms\n", kernel.frames, kernel.work);
+    std::printf("ratios             %8.1f orbiting, %.1f whole; by processors %.1f, %.1f\n",
+                moving.frames / kernel.frames, whole.frames / kernel.frames, kernel.work / moving.work,
+                kernel.work / whole.work);
     return true;
 }
 

@@ -24,6 +24,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 
 namespace {
 
@@ -166,6 +167,7 @@ int main(int argc, char** argv)
 
         // Into memory, as the other side draws: what the X server does with a picture isn't measured.
         int frames = 0;
+        const std::clock_t cpu = std::clock();
         const double start = seconds();
         do {
             camera->Transform(step);
@@ -173,10 +175,11 @@ int main(int argc, char** argv)
             ++frames;
         } while (frames < 3 || seconds() - start < limit);
         const double spent = seconds() - start;
+        const double work = 1e3 * double(std::clock() - cpu) / CLOCKS_PER_SEC / frames;
         if (argc > 3)
             savePicture(picture, argv[3]);
-        std::printf("{\"parts\": %d, \"frames\": %d, \"fps\": %.3f}\n", int(scene.parts.size()), frames,
-                    frames / spent);
+        std::printf("{\"parts\": %d, \"frames\": %d, \"fps\": %.3f, \"work\": %.3f}\n",
+                    int(scene.parts.size()), frames, frames / spent, work);
     } catch (const Standard_Failure& failure) {
         std::fprintf(stderr, "kernel_viewer: %s\n", failure.GetMessageString());
         return 1;

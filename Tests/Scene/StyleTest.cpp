@@ -119,6 +119,33 @@ TEST_F(StylePicture, NoTwoStylesDrawTheSamePicture)
     }
 }
 
+TEST_F(StylePicture, EveryStyleDrawsTheSmallestAndTheFarthestBodiesAsItDrawsOthers)
+{
+    options.transparentBackground = true;
+    const auto covered = [&](double size, const GkVector3d& place, int style, int projection) {
+        const auto node = BodyNode::make(Shapes::cylinder(size / 2, size), {0.5f, 0.5f, 0.5f, 1});
+        NodeChange(node.get()).transform(GkMatrix3d::translation(place));
+        NodeChange(fragment->viewFragmentNode()).add(node);
+        fragment->camera()->projection(projection);
+        fragment->camera()->fit(fragment->bounds());
+        draw(style);
+        NodeChange(fragment->viewFragmentNode()).remove(node.get());
+        double count = 0;
+        for (size_t i = 3; i < image.pixels.size(); i += 4)
+            count += image.pixels[i] > 60;
+        return count;
+    };
+    for (const int projection : {kParallelProjection, kPerspectiveProjection})
+        for (int style = kShaded; style <= kRealistic; ++style) {
+            const double usual = covered(100, {}, style, projection);
+            EXPECT_GT(usual, 400) << style;
+            EXPECT_NEAR(covered(1e-3, {}, style, projection), usual, usual / 4) << style << ", small";
+            EXPECT_NEAR(covered(1e9, {}, style, projection), usual, usual / 4) << style << ", large";
+            EXPECT_NEAR(covered(100, {1e9, -1e9, 1e9}, style, projection), usual, usual / 4)
+                << style << ", far away";
+        }
+}
+
 TEST_F(StylePicture, HiddenEdgesAreFainterThanSeenOnesAndDashed)
 {
     show(Shapes::box(100, 100, 100), {-50, -50, -50}, {0.6f, 0.6f, 0.6f, 1});

@@ -19,7 +19,7 @@ public:
 private:
     void prepareTable(const Vs::Scene::Environment& environment);
 
-    Program m_program;
+    Program m_program, m_glowing;
     /// What is seen in each elevation, without the glow: a look-up takes a fraction of working it out.
     GLuint m_table = 0;
     const Vs::Scene::Environment* m_inTable = nullptr;

@@ -353,10 +353,9 @@ void main()
 }
 )";
 
+/// With GLOW, light about the first lamp and the stars are added, which most skies do without.
 inline constexpr const char* kBackgroundFragment = R"(
 in vec2 ray;
-uniform bool dome;
-uniform vec3 plain;
 uniform float stars;
 uniform sampler2D table; // of what is seen, by the elevation's root
 out vec4 result;
@@ -375,20 +374,20 @@ float star(vec3 d)
 
 void main()
 {
-    vec3 seen = plain;
-    if (dome) {
-        vec3 d = toEnvironment * normalize(vec3(ray, -1.0));
-        seen = texture(table, vec2(sign(d.z) * sqrt(abs(d.z)) * 0.5 + 0.5, 0.5)).rgb;
-        if (d.z > 0.0 && falls.w > 0.0) {
-            float towards = max(dot(d, lampDirections[0]), 0.0);
-            seen += lampColours[0] * (falls.w * (0.35 * pow(towards, 24.0) + pow(towards, 900.0)));
-            if (stars > 0.0)
-                seen += stars * star(d) * smoothstep(0.0, 0.25, d.z);
-        }
+    vec3 d = toEnvironment * normalize(vec3(ray, -1.0));
+    vec3 seen = texture(table, vec2(sign(d.z) * sqrt(abs(d.z)) * 0.5 + 0.5, 0.5)).rgb;
+#ifdef GLOW
+    if (d.z > 0.0) {
+        float towards = max(dot(d, lampDirections[0]), 0.0);
+        vec3 more = lampColours[0] * (falls.w * (0.35 * pow(towards, 24.0) + pow(towards, 900.0)));
+        if (stars > 0.0)
+            more += stars * star(d) * smoothstep(0.0, 0.25, d.z);
+        seen = pow(min(pow(seen, vec3(2.2)) + more, vec3(1.0)), vec3(1.0 / 2.2));
     }
+#endif
     // A grain finer than one step of the colours hides their bands.
-    float grain = fract(sin(dot(gl_FragCoord.xy, vec2(12.9898, 78.233))) * 43758.5453) - 0.5;
-    result = vec4(pow(min(seen, vec3(1.0)), vec3(1.0 / 2.2)) + (dome ? grain / 255.0 : 0.0), 1.0);
+    float grain = fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.06711056, 0.00583715)))) - 0.5;
+    result = vec4(seen + grain / 255.0, 1.0);
 }
 )";
 
