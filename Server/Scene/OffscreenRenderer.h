@@ -56,8 +56,8 @@ public:
     virtual bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
                         const ImageOptions& options, Image& image, Status& status) = 0;
 
-    /// Makes the context, unless there is one. Returns false with the error in the status if there is no way to
-    /// draw on this machine.
+    /// Makes the context, unless there is one. Returns false with the error in the status if there is no way
+    /// to draw on this machine.
     virtual bool prepare(Status& status) = 0;
 
     /// Frees the context and all that it holds; the next picture makes a new one.
