@@ -65,6 +65,28 @@ TEST(ProgramTest, KeepGoingRunsTheRestAndStillFails)
     EXPECT_EQ(result.output, "Zoom in.\n");
 }
 
+TEST(ProgramTest, WithoutAGraphicsDriverEverythingButPicturesWorks)
+{
+    const ScratchFolder folder;
+    const std::string model =
+        folder
+            .write("one.stl", "solid one\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 9 0 0\n"
+                              "vertex 0 9 0\nendloop\nendfacet\nendsolid one\n")
+            .string();
+    const boost::filesystem::path copy = folder.path() / "copy.stl", picture = folder.path() / "none.png";
+    setenv("__EGL_VENDOR_LIBRARY_FILENAMES", "/nonexistent", 1);
+    const ProcessResult result =
+        runQuillet({"--headless", "--keep-going", "--command", "Document.Open " + model, "--command",
+                    "Commands.Start SaveAsImageCommand Path=" + picture.string() + " Width=64 Height=64",
+                    "--command", "Camera.ZoomIn 2", "--command", "Asset.Export " + copy.string()});
+    unsetenv("__EGL_VENDOR_LIBRARY_FILENAMES");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors.rfind("--command:2: Pictures cannot be drawn", 0), 0u) << result.errors;
+    EXPECT_NE(result.output.find("Zoom in."), std::string::npos);
+    EXPECT_TRUE(boost::filesystem::exists(copy));
+    EXPECT_FALSE(boost::filesystem::exists(picture));
+}
+
 TEST(ProgramTest, AFailedLineOfATranscriptIsNamedWithFileAndNumber)
 {
     const ScratchFolder folder;
