@@ -174,6 +174,17 @@ TEST_F(OrbiconTest, WhatHappensOverItReachesNobodyElse)
     EXPECT_EQ(listener.events, 2);
 }
 
+TEST_F(OrbiconTest, AReleaseThatIsLostDoesNotKeepTheMouseForEver)
+{
+    const Pixel front = pixelOf({0, -1, 0});
+    press(kLeftButton, front.x, front.y);
+    const Listener listener;
+    press(kRightButton, 0, 0);
+    EXPECT_EQ(listener.events, 0);
+    click(kLeftButton, 0, 0);
+    EXPECT_EQ(listener.events, 2);
+}
+
 TEST_F(OrbiconTest, ADragThatBeganElsewhereGoesOnOverIt)
 {
     const Pixel front = pixelOf({0, -1, 0});

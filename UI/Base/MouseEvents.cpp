@@ -79,8 +79,9 @@ void MouseEventSource::begin(MouseEvent* event)
 
 void MouseEventSource::fireMouseDown(MouseEvent* event)
 {
-    if (m_pressed)
-        return; // another button, while the overlay has the mouse
+    if (m_pressed && event->button() != m_pressedButton)
+        return;          // another button, while the overlay has the mouse
+    m_pressed = nullptr; // or a second press of the same one: the release was lost on its way
     begin(event);
     if (overlayTakes(event)) {
         m_pressed = event->canvas();

@@ -58,22 +58,28 @@ private:
     bool m_updating = false;             ///< The selection is being set by the program, not by the user.
 };
 
-/// A list whose items are the rows of the table `Self::kItems`; `Self::current(state)` tells the number of
-/// the one that is current, or any other number for none.
+/// The items of a list, and what tells the number of the one that is current, or any other number for none.
+struct ViewChoices
+{
+    std::span<const CommandRow> items;
+    int (*current)(const ViewState& state);
+};
+
+/// A list of the choices `Self::kChoices`.
 template <class Self>
 class ViewListCmdDef : public RowDefinition<Self, ViewCmdDefBase>
 {
 protected:
     void onSetupListItems(std::vector<Info*>& items) override
     {
-        m_items.reserve(Self::kItems.size());
-        for (const CommandRow& row : Self::kItems)
+        m_items.reserve(Self::kChoices.items.size());
+        for (const CommandRow& row : Self::kChoices.items)
             items.push_back(&m_items.emplace_back(makeInfo(row)));
     }
 
     Info* onSelectedItem(const std::vector<Info*>& items, const ViewState& state) override
     {
-        const int current = Self::current(state);
+        const int current = Self::kChoices.current(state);
         return current >= 0 && size_t(current) < items.size() ? items[size_t(current)] : nullptr;
     }
 

@@ -27,6 +27,46 @@ int onOrOff(bool on)
     return on ? 0 : 1;
 }
 
+/// The number of `value` in a list; the length of the list if it isn't there, which is no item.
+template <class Values, class Value>
+int placeOf(const Value& value, const Values& values)
+{
+    return int(std::ranges::find(values, value) - std::begin(values));
+}
+
+int nprEffect(const ViewState& state)
+{
+    constexpr int kEffects[] = {0, 1, 3};
+    return placeOf(state.render->nprEffect(), kEffects);
+}
+
+int environment(const ViewState&)
+{
+    constexpr const wchar_t* kIds[] = {L"DarkSky",         L"GreyRoom",     L"PhotoBooth",
+                                       L"TranquilityBlue", L"InfinityPool", L"SkyRoom"};
+    return placeOf(Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironmentID(), kIds);
+}
+
+int camera(const ViewState& state)
+{
+    if (!state.settings)
+        return -1;
+    if (state.settings->perspWithOrthoFaces())
+        return 2;
+    const int projection = options().cameraProjection();
+    if (projection == Vs::Scene::kParallelProjection)
+        return 0;
+    return projection == Vs::Scene::kPerspectiveProjection ? 1 : -1;
+}
+
+int objectShadow(const ViewState& state)
+{
+    const int type = state.render->objectShadowType();
+    if (type == 0)
+        return 1;
+    return type >= 1 && type <= 3 ? 0 : -1;
+}
+
 // clang-format off
 
 constexpr CommandRow kDomeItems[] = {
@@ -136,77 +176,21 @@ constinit const CommandRow ViewColorCyclingCmdDef::kRow     = {.key = L"ViewColo
 constinit const CommandRow ViewLayoutGridOnCmdDef::kRow     = {.key = L"ViewLayoutGridOnCommand", .title = "Layout Grid", .titleKey = "ViewLayoutGridCommand", .icon = &Resources::Grid, .groups = kGroups};
 constinit const CommandRow ViewGridRefNumbersCmdDef::kRow   = {.key = L"ViewGridRefNumeralsCommand", .title = "Grid Reference Numbers", .groups = kGroups};
 
-constinit const std::span<const CommandRow> ViewDomeCmdDef::kItems = kDomeItems;
-constinit const std::span<const CommandRow> ViewGroundPlaneCmdDef::kItems = kGroundPlaneItems;
-constinit const std::span<const CommandRow> ViewGroundShadowCmdDef::kItems = kGroundShadowItems;
-constinit const std::span<const CommandRow> ViewGroundReflectionCmdDef::kItems = kGroundReflectionItems;
-constinit const std::span<const CommandRow> ViewAmbientOcclusionCmdDef::kItems = kAmbientOcclusionItems;
-constinit const std::span<const CommandRow> ViewNPREffectCmdDef::kItems = kNPREffectItems;
-constinit const std::span<const CommandRow> ViewEnvironmentCmdDef::kItems = kEnvironmentItems;
-constinit const std::span<const CommandRow> ViewMSAACmdDef::kItems = kMSAAItems;
-constinit const std::span<const CommandRow> ViewSelectionEffectCmdDef::kItems = kSelectionEffectItems;
-constinit const std::span<const CommandRow> ViewVisualStyleCmdDef::kItems = kVisualStyleItems;
-constinit const std::span<const CommandRow> ViewCameraCmdDef::kItems = kCameraItems;
-constinit const std::span<const CommandRow> ViewObjectShadowCmdDef::kItems = kObjectShadowItems;
-constinit const std::span<const CommandRow> ViewColorCyclingCmdDef::kItems = kColorCyclingItems;
-constinit const std::span<const CommandRow> ViewLayoutGridOnCmdDef::kItems = kLayoutGridItems;
-constinit const std::span<const CommandRow> ViewGridRefNumbersCmdDef::kItems = kGridRefNumbersItems;
-
-int ViewDomeCmdDef::current(const ViewState&)                   { return onOrOff(options().displayDome()); }
-int ViewGroundPlaneCmdDef::current(const ViewState& state)      { return onOrOff(state.render->groundPlaneEnabled()); }
-int ViewGroundShadowCmdDef::current(const ViewState& state)     { return onOrOff(state.render->groundShadowEnabled()); }
-int ViewGroundReflectionCmdDef::current(const ViewState& state) { return onOrOff(state.render->groundReflectionEnabled()); }
-int ViewAmbientOcclusionCmdDef::current(const ViewState&)       { return onOrOff(options().ambientOccludedEnabled()); }
-int ViewMSAACmdDef::current(const ViewState&)                   { return onOrOff(options().MSAA()); }
-int ViewSelectionEffectCmdDef::current(const ViewState&)        { return options().selectionEffectOption() - 1; }
-int ViewVisualStyleCmdDef::current(const ViewState& state)      { return state.render->visualStyle(); }
-int ViewColorCyclingCmdDef::current(const ViewState& state)     { return onOrOff(state.render->colorCyclingEnabled()); }
-int ViewLayoutGridOnCmdDef::current(const ViewState&)           { return onOrOff(options().showLayoutGrid()); }
-int ViewGridRefNumbersCmdDef::current(const ViewState&)         { return onOrOff(options().showGridRefNumbers()); }
+constinit const ViewChoices ViewDomeCmdDef::kChoices               = {kDomeItems, [](const ViewState&) { return onOrOff(options().displayDome()); }};
+constinit const ViewChoices ViewGroundPlaneCmdDef::kChoices        = {kGroundPlaneItems, [](const ViewState& s) { return onOrOff(s.render->groundPlaneEnabled()); }};
+constinit const ViewChoices ViewGroundShadowCmdDef::kChoices       = {kGroundShadowItems, [](const ViewState& s) { return onOrOff(s.render->groundShadowEnabled()); }};
+constinit const ViewChoices ViewGroundReflectionCmdDef::kChoices   = {kGroundReflectionItems, [](const ViewState& s) { return onOrOff(s.render->groundReflectionEnabled()); }};
+constinit const ViewChoices ViewAmbientOcclusionCmdDef::kChoices   = {kAmbientOcclusionItems, [](const ViewState&) { return onOrOff(options().ambientOccludedEnabled()); }};
+constinit const ViewChoices ViewNPREffectCmdDef::kChoices          = {kNPREffectItems, nprEffect};
+constinit const ViewChoices ViewEnvironmentCmdDef::kChoices        = {kEnvironmentItems, environment};
+constinit const ViewChoices ViewMSAACmdDef::kChoices               = {kMSAAItems, [](const ViewState&) { return onOrOff(options().MSAA()); }};
+constinit const ViewChoices ViewSelectionEffectCmdDef::kChoices    = {kSelectionEffectItems, [](const ViewState&) { return options().selectionEffectOption() - 1; }};
+constinit const ViewChoices ViewVisualStyleCmdDef::kChoices        = {kVisualStyleItems, [](const ViewState& s) { return s.render->visualStyle(); }};
+constinit const ViewChoices ViewCameraCmdDef::kChoices             = {kCameraItems, camera};
+constinit const ViewChoices ViewObjectShadowCmdDef::kChoices       = {kObjectShadowItems, objectShadow};
+constinit const ViewChoices ViewColorCyclingCmdDef::kChoices       = {kColorCyclingItems, [](const ViewState& s) { return onOrOff(s.render->colorCyclingEnabled()); }};
+constinit const ViewChoices ViewLayoutGridOnCmdDef::kChoices       = {kLayoutGridItems, [](const ViewState&) { return onOrOff(options().showLayoutGrid()); }};
+constinit const ViewChoices ViewGridRefNumbersCmdDef::kChoices     = {kGridRefNumbersItems, [](const ViewState&) { return onOrOff(options().showGridRefNumbers()); }};
 // clang-format on
-
-namespace {
-
-/// The number of `value` in a list; the length of the list if it isn't there, which is no item.
-template <class Values, class Value>
-int placeOf(const Value& value, const Values& values)
-{
-    return int(std::ranges::find(values, value) - std::begin(values));
-}
-
-} // namespace
-
-int ViewNPREffectCmdDef::current(const ViewState& state)
-{
-    constexpr int kEffects[] = {0, 1, 3};
-    return placeOf(state.render->nprEffect(), kEffects);
-}
-
-int ViewEnvironmentCmdDef::current(const ViewState&)
-{
-    constexpr const wchar_t* kIds[] = {L"DarkSky",         L"GreyRoom",     L"PhotoBooth",
-                                       L"TranquilityBlue", L"InfinityPool", L"SkyRoom"};
-    return placeOf(Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironmentID(), kIds);
-}
-
-int ViewCameraCmdDef::current(const ViewState& state)
-{
-    if (!state.settings)
-        return -1;
-    if (state.settings->perspWithOrthoFaces())
-        return 2;
-    const int projection = options().cameraProjection();
-    if (projection == Vs::Scene::kParallelProjection)
-        return 0;
-    return projection == Vs::Scene::kPerspectiveProjection ? 1 : -1;
-}
-
-int ViewObjectShadowCmdDef::current(const ViewState& state)
-{
-    const int type = state.render->objectShadowType();
-    if (type == 0)
-        return 1;
-    return type >= 1 && type <= 3 ? 0 : -1;
-}
 
 } // namespace Vu::Commands
