@@ -81,10 +81,9 @@ CommandBase* ViewMenuCmdDef::onCreateCommand(CommandContext* context)
 
 InputControl* ViewMenuCmdDef::onInputControl()
 {
-    if (!m_menu) {
+    // Filled by its first update: what this machine's graphics offer costs a start too much to be asked.
+    if (!m_menu)
         m_menu.reset(MenuControl::make(CommandDefinition::info(), this));
-        reCreateMenuControl();
-    }
     return m_menu.get();
 }
 
