@@ -12,10 +12,12 @@
 #include "UI/Base/MouseEvents.h"
 #include "UI/Base/SceneEvaluator.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Base/SpaceMouseEventSite.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/TouchNavigation.h"
 #include "UI/Base/ViewMgr.h"
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
@@ -23,6 +25,10 @@
 #include <QWidget>
 
 #include <cmath>
+#include <cstdlib>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace Vu;
 
@@ -232,6 +238,43 @@ TEST_F(MouseTest, AControllerTurnsAndMovesByTheCamerasOwnOperations)
     TouchNavigation(view).move({.near = 350});
     EXPECT_LT(camera()->extentsWidth(), width);
     EXPECT_NEAR(camera()->extentsWidth() / camera()->distance(), width / distance, 1e-9);
+}
+
+// The controller's library asks the daemon at this socket; what stands in for it sends what a real one does.
+TEST_F(MouseTest, AControllerIsHeardThroughItsDaemonUntilThatIsGone)
+{
+    const std::string path = (folder.path() / "spnav.sock").string();
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), sizeof(address.sun_path));
+    path.copy(address.sun_path, path.size());
+    const int daemon = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(bind(daemon, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    ASSERT_EQ(listen(daemon, 1), 0);
+    setenv("SPNAV_SOCKET", path.c_str(), 1);
+    Application::get()->needGui();
+    if (!SpaceMouseEventSite::get()->connected())
+        GTEST_SKIP() << "NOTICE: the library of six-axis controllers isn't installed";
+    const int line = accept(daemon, nullptr, nullptr);
+    ASSERT_GE(line, 0);
+
+    SessionMgr::get()->currentAssetSession(session);
+    SessionMgr::get()->activate();
+    const GkPoint3d before = camera()->position();
+    // A kind (0 is a motion), three shifts, three turns, a period.
+    const int32_t motion[8] = {0, 0, 0, 0, 300, 0, 0, 16};
+    ASSERT_EQ(::write(line, motion, sizeof(motion)), ssize_t(sizeof(motion)));
+    for (int i = 0; i < 100 && camera()->position().isEqualTo(before); ++i)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    EXPECT_FALSE(camera()->position().isEqualTo(before));
+
+    close(line);
+    close(daemon);
+    // A line that is closed stays readable: it must not keep the program busy.
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents));
+    SessionMgr::get()->deactivate();
 }
 
 TEST_F(MouseTest, GesturesOfATrackpadArriveThroughTheCanvas)

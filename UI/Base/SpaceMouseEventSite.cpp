@@ -6,22 +6,59 @@
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
-#include <cstdint>
-#include <cstring>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
+#include <dlfcn.h>
+#include <spnav.h>
 
 namespace Vu {
-namespace {
 
-/// Where the daemon of such devices listens on this system.
-constexpr const char* kSocket = "/var/run/spnav.sock";
-/// An event is eight numbers: its kind, three shifts, three turns, a period.
-constexpr size_t kNumbers = 8;
-constexpr int32_t kMotion = 0;
+// The library of such devices, which few machines have: opened only where it is there.
+class SpaceMouseEventSite::Driver
+{
+public:
+    /// Null if the library isn't there, or no daemon answers it.
+    static std::unique_ptr<Driver> open()
+    {
+        std::unique_ptr<Driver> driver(new Driver);
+        if (!driver->m_library || !driver->find() || driver->m_open() != 0)
+            return nullptr;
+        driver->m_isOpen = true;
+        return driver;
+    }
+    ~Driver()
+    {
+        if (m_isOpen)
+            m_close();
+        if (m_library)
+            dlclose(m_library);
+    }
 
-} // namespace
+    /// What becomes readable when an event comes.
+    int fd() const { return m_fd(); }
+    /// False if there is none.
+    bool next(spnav_event& event) const { return m_poll(&event) != 0; }
+
+private:
+    Driver() : m_library(dlopen("libspnav.so.0", RTLD_NOW | RTLD_LOCAL)) {}
+
+    bool find()
+    {
+        return find(m_open, "spnav_open") && find(m_close, "spnav_close") && find(m_fd, "spnav_fd") &&
+               find(m_poll, "spnav_poll_event");
+    }
+    template <class Function>
+    bool find(Function& function, const char* name)
+    {
+        function = reinterpret_cast<Function>(dlsym(m_library, name));
+        return function != nullptr;
+    }
+
+    void* m_library;
+    bool m_isOpen = false;
+    decltype(&spnav_open) m_open = nullptr;
+    decltype(&spnav_close) m_close = nullptr;
+    decltype(&spnav_fd) m_fd = nullptr;
+    decltype(&spnav_poll_event) m_poll = nullptr;
+};
 
 SpaceMouseEventSite* SpaceMouseEventSite::get()
 {
@@ -34,45 +71,32 @@ SpaceMouseEventSite::SpaceMouseEventSite()
     // A program without a loop turns no camera by hand.
     if (!QCoreApplication::instance())
         return;
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (socket < 0)
+    m_driver = Driver::open();
+    if (!m_driver)
         return;
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, kSocket, sizeof(address.sun_path) - 1);
-    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
-        ::close(socket);
-        return;
-    }
-    m_socket = socket;
-    auto* notifier = new QSocketNotifier(socket, QSocketNotifier::Read, QCoreApplication::instance());
+    auto* notifier = new QSocketNotifier(m_driver->fd(), QSocketNotifier::Read, QCoreApplication::instance());
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [this, notifier] {
+        // Readable without an event: the daemon has gone.
         if (!read())
             notifier->setEnabled(false);
     });
 }
 
-SpaceMouseEventSite::~SpaceMouseEventSite()
-{
-    if (m_socket >= 0)
-        ::close(m_socket);
-}
+SpaceMouseEventSite::~SpaceMouseEventSite() = default;
 
 bool SpaceMouseEventSite::read()
 {
-    int32_t event[kNumbers];
-    const ssize_t size = ::recv(m_socket, event, sizeof(event), MSG_DONTWAIT);
-    if (size == 0)
-        return false; // The daemon has gone.
-    if (size == static_cast<ssize_t>(sizeof(event)) && event[0] == kMotion)
-        TouchNavigation(SceneUtilities::getActiveAssetGraphicView())
-            .move({.right = event[1],
-                   .up = event[2],
-                   .near = event[3],
-                   .turnRight = event[4],
-                   .turnUp = event[5],
-                   .turnNear = event[6]});
-    return true;
+    bool any = false;
+    for (spnav_event event; m_driver->next(event); any = true)
+        if (event.type == SPNAV_EVENT_MOTION)
+            TouchNavigation(SceneUtilities::getActiveAssetGraphicView())
+                .move({.right = event.motion.x,
+                       .up = event.motion.y,
+                       .near = event.motion.z,
+                       .turnRight = event.motion.rx,
+                       .turnUp = event.motion.ry,
+                       .turnNear = event.motion.rz});
+    return any;
 }
 
 } // namespace Vu

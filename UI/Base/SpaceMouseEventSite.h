@@ -2,11 +2,12 @@
 
 #include "Server/Base/Event.h"
 
+#include <memory>
+
 namespace Vu {
 
 /// Turns and moves the camera of the active view by a six-axis controller. Starts listening at the first
-/// touch: on this system events come through the socket of the controller's daemon; without one the site
-/// stays silent.
+/// touch, through libspnav; without that library, or without a daemon that answers it, the site stays silent.
 class SpaceMouseEventSite : public Vs::EventSite
 {
 public:
@@ -14,13 +15,15 @@ public:
     ~SpaceMouseEventSite() override;
 
     /// Whether a controller answers.
-    bool connected() const { return m_socket >= 0; }
+    bool connected() const { return m_driver != nullptr; }
 
 private:
+    class Driver;
+
     SpaceMouseEventSite();
     bool read();
 
-    int m_socket = -1;
+    std::unique_ptr<Driver> m_driver;
 };
 
 } // namespace Vu
