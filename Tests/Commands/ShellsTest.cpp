@@ -199,6 +199,9 @@ TEST_F(ShellsTest, TheLinesOfSplitViewsLayOutCountAndGoAround)
     answer(L"SplitView.ResetLayout Quad");
     EXPECT_EQ(shell()->arrangementFilter(), L"Quad");
     EXPECT_EQ(answer(L"SplitView.ViewCount"), L"The number of visible views is 4\n");
+    answer(L"SplitView.ResetLayout NoSuchLayout");
+    EXPECT_EQ(shell()->arrangementFilter(), L"Quad");
+    EXPECT_EQ(answer(L"SplitView.ViewCount"), L"The number of visible views is 4\n");
     answer(L"SplitView.NewDoc SimulationAssetType");
     AssetSession* second = activeSession();
     ASSERT_NE(second, first);

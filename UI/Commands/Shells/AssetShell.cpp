@@ -21,6 +21,7 @@
 #include "UI/Base/Workspace.h"
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
+#include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/ArrangementSwap.h"
 #include "UI/Commands/Shells/DeferredSessionReleaseTask.h"
@@ -189,10 +190,17 @@ void AssetShell::updateArrangement(const std::wstring& filter)
     if (filter == m_filter)
         return;
     ArrangementMgr* arrangements = workspaceWindow()->arrangementManager();
-    Layout* layout = Layout::load(Resources::AssetShellLayout()->localPath(), filter);
+    std::unique_ptr<Layout> layout(Layout::load(Resources::AssetShellLayout()->localPath(), filter));
+    std::vector<Area*> canvases;
+    layout->childrenByContents(Area::graphicsCanvas(), canvases);
+    if (canvases.empty() && m_arrangement) {
+        Application::get()->inform(localizedFormat(
+            "NoSuchLayout", "There is no layout \"%1%\"; the views stay as they are.", filter));
+        return;
+    }
     m_filter = filter;
     Arrangement* old = m_arrangement;
-    m_arrangement = Arrangement::make(arrangements, layout);
+    m_arrangement = Arrangement::make(arrangements, layout.release());
     if (old) {
         arrangements->remove(old);
         carryOver(*old, *m_arrangement);
