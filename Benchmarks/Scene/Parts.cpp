@@ -1,8 +1,11 @@
 #include "Benchmarks/Scene/Parts.h"
 
+#include "Server/DataModel/Model/ModelFile.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 
 namespace BenchScene {
 namespace {
@@ -145,10 +148,31 @@ std::shared_ptr<const Vs::BodyMesh> ball(double radius, int segments, int rings)
     return builder.take();
 }
 
+void addParts(const Vs::PartTree::Node& node, const GkMatrix3d& above, const Vs::PartTree& tree, Scene& scene)
+{
+    const GkMatrix3d placement = above * node.placement;
+    if (node.body >= 0 && scene.meshes[size_t(node.body)])
+        scene.parts.push_back({node.body, placement, tree.bodies[size_t(node.body)].colour});
+    for (const Vs::PartTree::Node& child : node.children)
+        addParts(child, placement, tree, scene);
+}
+
+Scene sceneOfModel(const Vs::ModelFile& model)
+{
+    Scene scene;
+    for (size_t body = 0; body < model.tree().bodies.size(); ++body)
+        scene.meshes.push_back(model.mesh(body));
+    for (const Vs::PartTree::Node& root : model.tree().roots)
+        addParts(root, GkMatrix3d(), model.tree(), scene);
+    return scene;
+}
+
 } // namespace
 
 Scene sceneOf(const std::string& name)
 {
+    if (std::filesystem::is_regular_file(name))
+        return sceneOfModel(*Vs::ModelFile::open(name));
     if (name == "million")
         return {{ball(50, 1000, 501)}, {{0, GkMatrix3d(), {0.10f, 0.30f, 0.62f, 1}}}};
     const int count = std::atoi(name.c_str());

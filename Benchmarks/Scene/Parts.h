@@ -8,7 +8,7 @@
 #include <vector>
 
 /// The scene that both sides of the comparison draw: plates, pins and balls in a cube-like grid, as an
-/// assembly of many small parts. The same meshes, placements and colours on both sides.
+/// assembly of many small parts, or what a file holds. The same meshes, placements and colours on both sides.
 namespace BenchScene {
 
 struct Part
@@ -25,7 +25,7 @@ struct Scene
 };
 
 /// For a number, so many occurrences of a hundred parts of 12 to 1200 triangles; for "million", one ball of a
-/// million triangles. Else nothing.
+/// million triangles; for a model file, as a worker writes it, what that shows. Else nothing.
 Scene sceneOf(const std::string& name);
 
 /// Number of frames that take a whole turn about the scene.

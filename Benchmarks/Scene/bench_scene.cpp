@@ -1,7 +1,7 @@
 // Frames a second of scenes that turn, drawn here and by the kernel's own viewer, in the same run on the same
 // machine, and the processor time of each, which other programs on the machine change least. Usage:
-// bench_scene [SCENE]..., each a number of parts, or "million" for one body of a million triangles; without
-// any, "10000 million".
+// bench_scene [SCENE]..., each a number of parts, "million" for one body of a million triangles, or a STEP
+// file; without any, "10000 million".
 
 #include "Benchmarks/Scene/Parts.h"
 #include "Server/Base/Strings.h"
@@ -17,6 +17,7 @@
 #include <ctime>
 #include <filesystem>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -126,12 +127,28 @@ Speed kernelSpeed(const std::string& scene, double limit)
     return result;
 }
 
+/// Has a worker read a STEP file. Returns the path of the model file that it wrote, or an empty one.
+std::string modelOf(const std::string& stepFile)
+{
+    const std::filesystem::path worker =
+        std::filesystem::read_symlink("/proc/self/exe").parent_path() / "quillet-translate-step";
+    const std::string model =
+        (std::filesystem::temp_directory_path() / ("bench_scene." + std::to_string(getpid()))).string();
+    // What the worker tells of its progress goes to the third descriptor.
+    const std::string command =
+        "'" + worker.string() + "' import step '" + stepFile + "' '" + model + "' --memory=0 3>/dev/null";
+    return std::system(command.c_str()) == 0 ? model : std::string();
+}
+
 bool measure(const std::string& name)
 {
     constexpr double kLimit = 3;
-    const BenchScene::Scene scene = BenchScene::sceneOf(name);
+    const bool isFile = std::filesystem::is_regular_file(name);
+    const std::string source = isFile ? modelOf(name) : name;
+    const BenchScene::Scene scene = BenchScene::sceneOf(source);
     if (scene.parts.empty()) {
-        std::fprintf(stderr, "bench_scene: \"%s\" is no number of parts, nor \"million\"\n", name.c_str());
+        std::fprintf(stderr, "bench_scene: \"%s\" is no number of parts, nor \"million\", nor a STEP file\n",
+                     name.c_str());
         return false;
     }
     size_t triangles = 0;
@@ -149,7 +166,9 @@ bool measure(const std::string& name)
     std::printf("quillet, orbiting  %8.2f frames/s %8.1f ms of processors\n", moving.frames, moving.work);
     std::printf("quillet, whole     %8.2f frames/s %8.1f ms\n", whole.frames, whole.work);
     std::printf("hover              %8.1f us\n", pickTime(*fragment));
-    const Speed kernel = kernelSpeed(name, kLimit);
+    const Speed kernel = kernelSpeed(source, kLimit);
+    if (isFile)
+        std::filesystem::remove(source);
     if (kernel.frames == 0) {
         std::printf("NOTICE: the kernel's viewer could not be run (it needs a display, or xvfb-run)\n");
         return true;
