@@ -8,6 +8,7 @@
 
 #include <dlfcn.h>
 #include <spnav.h>
+#include <sys/socket.h>
 
 namespace Vu {
 
@@ -34,6 +35,12 @@ public:
 
     /// What becomes readable when an event comes.
     int fd() const { return m_fd(); }
+    /// Whether the daemon has closed the line, which then stays readable.
+    bool gone() const
+    {
+        char byte;
+        return m_fd() < 0 || ::recv(m_fd(), &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+    }
     /// False if there is none.
     bool next(spnav_event& event) const { return m_poll(&event) != 0; }
 
@@ -76,18 +83,17 @@ SpaceMouseEventSite::SpaceMouseEventSite()
         return;
     auto* notifier = new QSocketNotifier(m_driver->fd(), QSocketNotifier::Read, QCoreApplication::instance());
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [this, notifier] {
-        // Readable without an event: the daemon has gone.
-        if (!read())
+        read();
+        if (m_driver->gone())
             notifier->setEnabled(false);
     });
 }
 
 SpaceMouseEventSite::~SpaceMouseEventSite() = default;
 
-bool SpaceMouseEventSite::read()
+void SpaceMouseEventSite::read()
 {
-    bool any = false;
-    for (spnav_event event; m_driver->next(event); any = true)
+    for (spnav_event event; m_driver->next(event);)
         if (event.type == SPNAV_EVENT_MOTION)
             TouchNavigation(SceneUtilities::getActiveAssetGraphicView())
                 .move({.right = event.motion.x,
@@ -96,7 +102,6 @@ bool SpaceMouseEventSite::read()
                        .turnRight = event.motion.rx,
                        .turnUp = event.motion.ry,
                        .turnNear = event.motion.rz});
-    return any;
 }
 
 } // namespace Vu

@@ -21,7 +21,7 @@ private:
     class Driver;
 
     SpaceMouseEventSite();
-    bool read();
+    void read();
 
     std::unique_ptr<Driver> m_driver;
 };
