@@ -192,7 +192,8 @@ void Renderer::Data::drawBackground(const std::vector<ViewFragment*>& fragments,
         first == fragments.end() ? Vs::Scene::Camera::make() : nullptr;
     const Vs::Scene::Camera& camera = none ? *none : *(*first)->camera();
     const GkVector3d up = none ? GkVector3d::kZAxis : (*first)->renderParams()->groundPlaneOrientation();
-    background.draw(target, tile, Projection(camera, target.width, target.height), up, *environment, light);
+    background.draw(target, tile, Projection(camera, target.width, target.height), up, *environment, light,
+                    target.moving && software);
 }
 
 KeptScene& Renderer::Data::sceneOf(const Graphics::Node& root)
@@ -238,8 +239,20 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
     statistics.uploadedInstances += scene.instances.update(scene.list, projection, smallest);
     for (const InstanceStore::Range& range : scene.instances.ranges())
         statistics.drawnInstances += uint64_t(range.count);
-    const Frame frame{fragment, scene,      meshes,       projection, target, area,    part,
-                      tile,     statistics, *environment, light,      coarse, smallest};
+    const Frame frame{.fragment = fragment,
+                      .scene = scene,
+                      .meshes = meshes,
+                      .projection = projection,
+                      .target = target,
+                      .area = area,
+                      .part = part,
+                      .tile = tile,
+                      .statistics = statistics,
+                      .environment = *environment,
+                      .light = light,
+                      .coarse = coarse,
+                      .quick = target.moving && software,
+                      .smallest = smallest};
     for (Pass* pass : passes) {
         frame.drawIntoPicture();
         pass->draw(frame);

@@ -1,7 +1,7 @@
 #include "Server/Scene/Rendra/Background.h"
 
 #include "Server/Scene/Camera.h"
-#include "Server/Scene/Rendra/Shaders.h"
+#include "Server/Scene/Rendra/CommonShaders.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,17 +11,74 @@ namespace Rendra {
 
 namespace {
 
-/// Of the table; twice as many where it matters most, about the horizon.
-constexpr int kElevations = 1024;
+/// Of the table, by the height on the unit sphere. In pictures of usual size a pixel is more than one step,
+/// so that lookups need not go between two: in software, that costs more than all else of the background.
+constexpr int kElevations = 4096, kUsualHeight = 2160;
+
+/// One triangle over the whole tile.
+constexpr const char* kBackgroundVertex = R"(
+uniform vec4 rays; // of the lower left and the upper right corner, at distance 1 from the camera
+out vec2 ray;
+
+void main()
+{
+    vec2 corner = vec2((gl_VertexID & 1) * 4 - 1, (gl_VertexID >> 1) * 4 - 1);
+    ray = mix(rays.xy, rays.zw, corner * 0.5 + 0.5);
+    gl_Position = vec4(corner, 1.0, 1.0);
+}
+)";
+
+/// With GLOW, light about the first lamp and the stars are added, which most skies do without. With QUICK,
+/// bands may be seen where the colour changes slowly.
+constexpr const char* kBackgroundFragment = R"(
+in vec2 ray;
+uniform float stars;
+uniform sampler2D table; // of what is seen, by the height on the unit sphere
+out vec4 result;
+
+// One star in some of the small cubes that a direction runs through, where it is in the middle of one.
+float star(vec3 d)
+{
+    vec3 place = d * 90.0, cell = floor(place);
+    vec3 dice = fract(sin(vec3(dot(cell, vec3(127.1, 311.7, 74.7)), dot(cell, vec3(269.5, 183.3, 246.1)),
+                               dot(cell, vec3(113.5, 271.9, 124.6)))) * 43758.5453);
+    if (dice.x < 0.94)
+        return 0.0;
+    float away = distance(place - cell, 0.3 + 0.4 * dice.zyx);
+    return (0.25 + 0.75 * dice.y) * smoothstep(0.16, 0.04, away);
+}
+
+void main()
+{
+    vec3 d = toEnvironment * normalize(vec3(ray, -1.0));
+    vec3 seen = texture(table, vec2(d.z * 0.5 + 0.5, 0.5)).rgb;
+#ifdef GLOW
+    if (d.z > 0.0) {
+        float towards = max(dot(d, lampDirections[0]), 0.0);
+        vec3 more = lampColours[0] * (falls.w * (0.35 * pow(towards, 24.0) + pow(towards, 900.0)));
+        if (stars > 0.0)
+            more += stars * star(d) * smoothstep(0.0, 0.25, d.z);
+        seen = pow(min(pow(seen, vec3(2.2)) + more, vec3(1.0)), vec3(1.0 / 2.2));
+    }
+#endif
+#ifndef QUICK
+    // A grain finer than one step of the colours hides their bands.
+    float grain = fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.06711056, 0.00583715)))) - 0.5;
+    seen += grain / 255.0;
+#endif
+    result = vec4(seen, 1.0);
+}
+)";
 
 } // namespace
 
 bool Background::make(Vs::Status& status)
 {
-    if (!m_program.make("background", Shaders::kBackgroundVertex, Shaders::kBackgroundFragment, status,
-                        {Shaders::kSurroundings}) ||
-        !m_glowing.make("glowing background", Shaders::kBackgroundVertex, Shaders::kBackgroundFragment,
-                        status, {"#define GLOW\n", Shaders::kSurroundings}))
+    const auto make = [&](Program& program, const char* name, const char* kind) {
+        return program.make(name, {kBackgroundVertex}, {kind, kSurroundings, kBackgroundFragment}, status);
+    };
+    if (!make(m_program, "background", "") || !make(m_quick, "quick background", "#define QUICK\n") ||
+        !make(m_glowing, "glowing background", "#define GLOW\n"))
         return false;
     glGenVertexArrays(1, &m_noArray);
     return true;
@@ -29,13 +86,12 @@ bool Background::make(Vs::Status& status)
 
 void Background::release()
 {
-    m_program.release();
-    m_glowing.release();
+    for (Program* program : {&m_program, &m_quick, &m_glowing})
+        program->release();
     glDeleteVertexArrays(1, &m_noArray);
     glDeleteTextures(1, &m_table);
 }
 
-// As a function of the elevation's root, so that the horizon is as sharp as it should be.
 void Background::prepareTable(const Vs::Scene::Environment& environment)
 {
     if (!m_table)
@@ -47,23 +103,20 @@ void Background::prepareTable(const Vs::Scene::Environment& environment)
     m_inTable = &environment;
     std::vector<float> colours;
     for (int i = 0; i < kElevations; ++i) {
-        const double root = (i + 0.5) / kElevations * 2 - 1;
-        const double height = root * std::abs(root);
+        const double height = (i + 0.5) / kElevations * 2 - 1;
         const Vs::Colour seen = environment.seen({std::sqrt(1 - height * height), 0, height});
         for (const float channel : {seen.r, seen.g, seen.b, 1.0f})
             colours.push_back(std::pow(channel, 1 / 2.2f));
     }
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA32F, kElevations, 1, 0, GL_RGBA, GL_FLOAT, colours.data());
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
 }
 
 void Background::draw(const RenderTarget& target, const Area& tile, const Vs::Scene::Projection& projection,
                       const GkVector3d& up, const Vs::Scene::Environment& environment,
-                      const EnvironmentLight& light)
+                      const EnvironmentLight& light, bool quick)
 {
     const auto onScreen = [](float linear) { return std::pow(linear, 1 / 2.2f); };
     if (!target.dome) {
@@ -75,7 +128,11 @@ void Background::draw(const RenderTarget& target, const Area& tile, const Vs::Sc
     glDisable(GL_DEPTH_TEST);
     glDepthMask(GL_FALSE);
     prepareTable(environment);
-    const Program& program = environment.glow > 0 || environment.stars > 0 ? m_glowing : m_program;
+    const GLint filter = target.height > kUsualHeight ? GL_LINEAR : GL_NEAREST;
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
+    const bool glowing = environment.glow > 0 || environment.stars > 0;
+    const Program& program = glowing ? m_glowing : quick ? m_quick : m_program;
     program.use();
     glUniform1i(program.uniform("table"), 0);
     light.set(program, EnvironmentLight::orientation(up) * projection.view().inverse());

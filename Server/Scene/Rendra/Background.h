@@ -11,15 +11,16 @@ public:
     bool make(Vs::Status& status);
     /// Fills the tile, whatever was there. A parallel projection sees the environment through a lens as
     /// wide as that of a new perspective: it has no place from which rays spread, but a sky of one colour
-    /// would not tell up from down.
+    /// would not tell up from down. `quick` is as in Frame.
     void draw(const RenderTarget& target, const Area& tile, const Vs::Scene::Projection& projection,
-              const GkVector3d& up, const Vs::Scene::Environment& environment, const EnvironmentLight& light);
+              const GkVector3d& up, const Vs::Scene::Environment& environment, const EnvironmentLight& light,
+              bool quick);
     void release();
 
 private:
     void prepareTable(const Vs::Scene::Environment& environment);
 
-    Program m_program, m_glowing;
+    Program m_program, m_quick, m_glowing;
     /// What is seen in each elevation, without the glow: a look-up takes a fraction of working it out.
     GLuint m_table = 0;
     const Vs::Scene::Environment* m_inTable = nullptr;

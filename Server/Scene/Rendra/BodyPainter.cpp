@@ -1,6 +1,8 @@
 #include "Server/Scene/Rendra/BodyPainter.h"
 
-#include "Server/Scene/Rendra/Shaders.h"
+#include "Server/Scene/Rendra/CommonShaders.h"
+#include "Server/Scene/Rendra/EdgeShaders.h"
+#include "Server/Scene/Rendra/FaceShaders.h"
 
 #include <algorithm>
 #include <cmath>
@@ -88,23 +90,33 @@ Occlusion::Source sourceOf(const Frame& frame, const Area& depths, double radius
 
 bool BodyPainter::make(Vs::Status& status)
 {
-    return makeFaces(false, false, status) &&
-           m_edges.make("edges", Shaders::kEdgeVertex, Shaders::kEdgeFragment, status);
+    return makeFaces(kPlainFaces, status) &&
+           m_edges.make("edges", {kInstance, Shaders::kLineOfBody, Shaders::kEdgeVertex},
+                        {Shaders::kEdgeFragment}, status);
 }
 
-bool BodyPainter::makeFaces(bool realistic, bool shadowed, Vs::Status& status)
+bool BodyPainter::makeFaces(unsigned kind, Vs::Status& status)
 {
-    m_triedFaces[realistic][shadowed] = true;
-    return m_faces[realistic][shadowed].make("faces", Shaders::kFaceVertex, Shaders::kFaceFragment, status,
-                                             {realistic ? "#define REALISTIC\n" : "", Shaders::kSurroundings,
-                                              shadowed ? ObjectShadow::kLookUp : ObjectShadow::kNoLookUp});
+    using namespace Shaders;
+    m_triedFaces[kind] = true;
+    if (kind == kQuickFaces)
+        return m_faces[kind].make("quick faces",
+                                  {kInstance, kFaceColours, kSurroundings, ObjectShadow::kNoLookUp,
+                                   kPlainLight, kFaceFinish, kQuickFaceVertex},
+                                  {kQuickFaceFragment}, status);
+    const bool realistic = kind & kRealisticFaces;
+    return m_faces[kind].make("faces", {kInstance, kFaceColours, kFaceVertex},
+                              {realistic ? "#define REALISTIC\n" : "",
+                               kind & kOccludedFaces ? "#define OCCLUDED\n" : "", kSurroundings,
+                               kind & kShadowedFaces ? ObjectShadow::kLookUp : ObjectShadow::kNoLookUp,
+                               realistic ? kRealisticLight : kPlainLight, kFaceFinish, kFaceFragment},
+                              status);
 }
 
 void BodyPainter::release()
 {
-    for (auto& kinds : m_faces)
-        for (Program& program : kinds)
-            program.release();
+    for (Program& program : m_faces)
+        program.release();
     m_edges.release();
     m_outlines.release();
     m_occlusion.release();
@@ -119,10 +131,8 @@ void BodyPainter::draw(const Frame& frame)
     const double size = frame.fragment.viewFragmentNode()->boundingBox().diagonal();
     const bool occluded = frame.target.effects && style.faces && frame.params().ambientOcclusionEnabled() &&
                           findOcclusion(frame, size * kOcclusionReach);
-    const bool shadowed = style.faces && findShadows(frame);
+    const Program& faces = useFaces(frame, occluded);
     frame.drawIntoPicture();
-    const Program& faces = faceProgram(frame, shadowed);
-    setLight(faces, frame, occluded, shadowed);
     if (style.faces || style.depthOnly) {
         // Faces give way to the edges that lie in them.
         glEnable(GL_POLYGON_OFFSET_FILL);
@@ -168,8 +178,7 @@ void BodyPainter::drawFaces(const Frame& frame)
 {
     if (!styleOf(frame.params().visualStyle()).faces)
         return;
-    const bool shadowed = findShadows(frame);
-    setLight(faceProgram(frame, shadowed), frame, false, shadowed);
+    useFaces(frame, false);
     frame.drawFaces(false);
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
@@ -179,13 +188,12 @@ void BodyPainter::drawFaces(const Frame& frame)
 }
 
 // A driver that refuses the program still shades, only less well: that is better than no picture.
-const Program& BodyPainter::faceProgram(const Frame& frame, bool shadowed)
+const Program& BodyPainter::faceProgram(unsigned kind)
 {
-    const bool realistic = frame.params().visualStyle() == Vs::Scene::kRealistic;
     Vs::Status ignored;
-    if (!m_triedFaces[realistic][shadowed])
-        makeFaces(realistic, shadowed, ignored);
-    return m_faces[realistic][shadowed] ? m_faces[realistic][shadowed] : m_faces[false][false];
+    if (!m_triedFaces[kind])
+        makeFaces(kind, ignored);
+    return m_faces[kind] ? m_faces[kind] : m_faces[kPlainFaces];
 }
 
 bool BodyPainter::findOcclusion(const Frame& frame, double radius)
@@ -208,17 +216,23 @@ bool BodyPainter::findOcclusion(const Frame& frame, double radius)
     return true;
 }
 
-void BodyPainter::setLight(const Program& program, const Frame& frame, bool occluded, bool shadowed)
+const Program& BodyPainter::useFaces(const Frame& frame, bool occluded)
 {
+    const bool realistic = frame.params().visualStyle() == Vs::Scene::kRealistic;
+    const bool shadowed = styleOf(frame.params().visualStyle()).faces && findShadows(frame);
+    unsigned kind = kPlainFaces;
+    kind |= realistic ? kRealisticFaces : kPlainFaces;
+    kind |= shadowed ? kShadowedFaces : kPlainFaces;
+    kind |= occluded ? kOccludedFaces : kPlainFaces;
+    const Program& program = faceProgram(kind == kPlainFaces && frame.quick ? kQuickFaces : kind);
     frame.setView(program);
     frame.setLight(program);
     frame.setHighlights(program);
     glUniform1i(program.uniform("cycling"), frame.params().colorCyclingEnabled());
     if (shadowed)
         ObjectShadow::set(program, frame);
-    glUniform1i(program.uniform("occluded"), occluded);
     if (!occluded)
-        return;
+        return program;
     const int scale = frame.target.pixelScale;
     const Area depths = occlusionArea(frame.part, scale);
     const float perX = 1.0f / float(depths.width * scale);
@@ -228,6 +242,7 @@ void BodyPainter::setLight(const Program& program, const Frame& frame, bool occl
     glUniform1i(program.uniform("occlusion"), 0);
     glUniform4f(program.uniform("occlusionPlace"), perX, perY, float(frame.tile.x - depths.x) * perX,
                 float(frame.tile.y - depths.y) * perY);
+    return program;
 }
 
 void BodyPainter::drawLines(const Frame& frame, const LineLook& look, bool withOutlines)
@@ -279,8 +294,8 @@ void BodyPainter::drawOutlines(const Frame& frame, const LineLook& look)
 {
     if (!std::exchange(m_triedOutlines, true)) {
         Vs::Status ignored;
-        m_outlines.make("outlines", Shaders::kOutlineVertex, Shaders::kEdgeFragment, ignored, {},
-                        Shaders::kOutlineGeometry);
+        m_outlines.make("outlines", {kInstance, Shaders::kLineOfBody, Shaders::kOutlineVertex},
+                        {Shaders::kEdgeFragment}, ignored, {Shaders::kOutlineGeometry});
     }
     if (!m_outlines)
         return;

@@ -27,19 +27,28 @@ private:
         float dashPixels; ///< Of the picture; 0 for a line without gaps.
     };
 
-    bool makeFaces(bool realistic, bool shadowed, Vs::Status& status);
-    const Program& faceProgram(const Frame& frame, bool shadowed);
+    bool makeFaces(unsigned kind, Vs::Status& status);
+    const Program& faceProgram(unsigned kind);
     bool findOcclusion(const Frame& frame, double radius);
-    void setLight(const Program& program, const Frame& frame, bool occluded, bool shadowed);
+    const Program& useFaces(const Frame& frame, bool occluded);
     void drawLines(const Frame& frame, const LineLook& look, bool withOutlines);
     void drawEdges(const Frame& frame, const LineLook& look);
     void drawOutlines(const Frame& frame, const LineLook& look);
 
-    /// By whether they are realistic, and whether there are shadows. All but the first, and the outlines, are
-    /// made at the first need; most sessions never show them.
-    Program m_faces[2][2];
+    /// What a program of faces can do; all together are the kinds of programs. All but the plain one, and the
+    /// outlines, are made at the first need; most sessions never show them.
+    enum FaceKind : unsigned {
+        kPlainFaces = 0,
+        kRealisticFaces = 1,
+        kShadowedFaces = 2,
+        kOccludedFaces = 4,
+        kQuickFaces = 8, ///< Lit at their corners alone. Goes with none of the others.
+        kFaceKinds = 9,
+    };
+
+    Program m_faces[kFaceKinds];
     Program m_edges, m_outlines;
-    bool m_triedFaces[2][2] = {}, m_triedOutlines = false;
+    bool m_triedFaces[kFaceKinds] = {}, m_triedOutlines = false;
     Occlusion m_occlusion;
     ObjectShadow m_shadows;
 };

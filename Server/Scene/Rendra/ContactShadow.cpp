@@ -1,5 +1,6 @@
 #include "Server/Scene/Rendra/ContactShadow.h"
 
+#include "Server/Scene/Rendra/CommonShaders.h"
 #include "Server/Scene/Rendra/Frame.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ constexpr double kReachOfHeight = 0.7, kReachOfSize = 0.06;
 /// from each place the columns cover pieces of the sky between horizon and zenith; the sky is divided into 32
 /// pieces of equal weight, a bit for each, so that what stands behind each other counts once. The directions
 /// are turned by one of sixteen angles that repeat every four pixels both ways.
-constexpr const char* kFindFragment = R"(#version 330 core
+constexpr const char* kFindFragment = R"(
 uniform sampler2D lowest;
 uniform sampler2D highest;
 uniform float height;   // of the bodies, in pixels
@@ -72,7 +73,7 @@ void main()
 }
 )";
 
-constexpr const char* kBlurFragment = R"(#version 330 core
+constexpr const char* kBlurFragment = R"(
 uniform sampler2D raw;
 out float result;
 
@@ -95,9 +96,9 @@ bool ContactShadow::makePrograms()
     if (!m_tried) {
         m_tried = true;
         Vs::Status ignored;
-        m_works = m_depthOnly.make("depth", kDepthVertex, kDepthFragment, ignored) &&
-                  m_find.make("ground shadow", kWholeVertex, kFindFragment, ignored) &&
-                  m_blur.make("ground shadow blur", kWholeVertex, kBlurFragment, ignored);
+        m_works = m_depthOnly.make("depth", {kInstance, kDepthVertex}, {kDepthFragment}, ignored) &&
+                  m_find.make("ground shadow", {kWholeVertex}, {kFindFragment}, ignored) &&
+                  m_blur.make("ground shadow blur", {kWholeVertex}, {kBlurFragment}, ignored);
         glGenVertexArrays(1, &m_noArray);
     }
     return m_works;

@@ -15,7 +15,7 @@ public:
     /// Works out what belongs to the environment, unless it is the same as before.
     void prepare(const Vs::Scene::Environment& environment);
 
-    /// Sets the uniforms of Shaders::kSurroundings, and of the light, of the program that is current; those
+    /// Sets the uniforms of kSurroundings, and of the light, of the program that is current; those
     /// that it doesn't have are left out. `toEnvironment` turns directions of the camera's coordinates.
     void set(const Program& program, const GkMatrix3d& toEnvironment) const;
 

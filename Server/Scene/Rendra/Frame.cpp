@@ -75,7 +75,7 @@ float Frame::lineWidth(float wanted) const
 
 const GlMesh& Frame::meshOf(const Batch& batch, const InstanceStore::Range& range) const
 {
-    constexpr double kCellPixels = 4;
+    constexpr double kCellPixels = 5;
     constexpr int kFewestCells = 4, kMostCells = 512;
     if (!coarse)
         return meshes.get(batch.mesh, statistics.uploadedMeshes);

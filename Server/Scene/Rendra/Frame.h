@@ -65,6 +65,8 @@ struct Frame
     /// The view moves, and there is more in it than can be drawn quickly: what a moving picture doesn't show
     /// may be left out.
     bool coarse = false;
+    /// The view moves, and there is no graphics unit: fine shading is left for when it stands still.
+    bool quick = false;
     float smallest = 0; ///< Bodies that are fewer pixels across are left out.
 
     const Vs::Scene::RenderParams& params() const { return *fragment.renderParams(); }

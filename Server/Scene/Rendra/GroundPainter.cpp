@@ -14,7 +14,7 @@ constexpr double kFarthest = 9;
 /// picture: what is far from the ground is mirrored with blurred edges.
 constexpr int kMirrorMargin = 10;
 
-constexpr const char* kVertex = R"(#version 330 core
+constexpr const char* kVertex = R"(
 uniform mat4 view;       // from places on the ground to the camera
 uniform mat4 projection;
 uniform float farthest;
@@ -180,7 +180,7 @@ bool GroundPainter::makeProgram()
 {
     if (!std::exchange(m_tried, true)) {
         Vs::Status ignored;
-        m_program.make("ground", kVertex, kFragment, ignored, {ObjectShadow::kLookUp});
+        m_program.make("ground", {kVertex}, {ObjectShadow::kLookUp, kFragment}, ignored);
         glGenVertexArrays(1, &m_noArray);
     }
     return bool(m_program);
@@ -223,9 +223,9 @@ bool GroundPainter::drawMirror(const Frame& frame, const Ground& ground)
     if (!m_mirror.make(Layer::Kind::Colour, into.width, into.height))
         return false;
     const Vs::Scene::Projection projection = mirroredView(frame, ground);
-    const Frame mirror{frame.fragment, frame.scene,  frame.meshes,  projection,       frame.target,
-                       frame.area,     into,         into,          frame.statistics, frame.environment,
-                       frame.light,    frame.coarse, frame.smallest};
+    const Frame mirror{frame.fragment, frame.scene,  frame.meshes, projection,       frame.target,
+                       frame.area,     into,         into,         frame.statistics, frame.environment,
+                       frame.light,    frame.coarse, frame.quick,  frame.smallest};
     frame.scene.instances.update(frame.scene.list, projection, frame.smallest);
     mirror.drawIntoPicture();
     m_mirror.begin();

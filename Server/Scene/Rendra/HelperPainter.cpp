@@ -1,7 +1,5 @@
 #include "Server/Scene/Rendra/HelperPainter.h"
 
-#include "Server/Scene/Rendra/Shaders.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -10,9 +8,43 @@ namespace Rendra {
 
 using Graphics::Texture;
 
+namespace {
+
+/// Lines and pictures that are no bodies; the points come in camera coordinates.
+constexpr const char* kHelperVertex = R"(
+layout(location = 0) in vec3 position;
+layout(location = 1) in vec2 place;
+uniform mat4 projection;
+out vec2 inPicture;
+
+void main()
+{
+    inPicture = place;
+    gl_Position = projection * vec4(position, 1.0);
+}
+)";
+
+constexpr const char* kHelperFragment = R"(
+in vec2 inPicture;
+uniform bool textured;
+uniform sampler2D picture; // premultiplied
+uniform vec4 colour;
+out vec4 result;
+
+void main()
+{
+    vec4 seen = textured ? texture(picture, inPicture) : vec4(1.0);
+    if (seen.a < 0.004)
+        discard;
+    result = vec4(seen.rgb / seen.a, seen.a) * colour;
+}
+)";
+
+} // namespace
+
 bool HelperPainter::make(Vs::Status& status)
 {
-    if (!m_program.make("helpers", Shaders::kHelperVertex, Shaders::kHelperFragment, status))
+    if (!m_program.make("helpers", {kHelperVertex}, {kHelperFragment}, status))
         return false;
     glGenVertexArrays(1, &m_array);
     glGenBuffers(1, &m_buffer);

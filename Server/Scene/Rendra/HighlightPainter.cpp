@@ -1,5 +1,7 @@
 #include "Server/Scene/Rendra/HighlightPainter.h"
 
+#include "Server/Scene/Rendra/CommonShaders.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -14,26 +16,18 @@ constexpr float kGlowPixels = 5;
 /// More lines than this help nobody to see what is selected.
 constexpr size_t kMostVertices = 400000;
 
-constexpr const char* kMaskVertex = R"(#version 330 core
-layout(location = 0) in vec3 position;
-layout(location = 3) in vec4 row0;
-layout(location = 4) in vec4 row1;
-layout(location = 5) in vec4 row2;
+constexpr const char* kMaskVertex = R"(
 layout(location = 7) in uint flags;
-
-uniform mat4 view;
-uniform mat4 projection;
 flat out float strength;
 
 void main()
 {
-    vec4 p = vec4(position, 1.0);
-    gl_Position = projection * (view * vec4(dot(row0, p), dot(row1, p), dot(row2, p), 1.0));
+    gl_Position = projection * placed(position);
     strength = (flags & 2u) != 0u ? 1.0 : 0.5;
 }
 )";
 
-constexpr const char* kMaskFragment = R"(#version 330 core
+constexpr const char* kMaskFragment = R"(
 flat in float strength;
 out float result;
 void main()
@@ -43,7 +37,7 @@ void main()
 )";
 
 /// Outside of what is highlighted, how near it is decides; rings of places around the pixel are asked.
-constexpr const char* kOutlineFragment = R"(#version 330 core
+constexpr const char* kOutlineFragment = R"(
 uniform sampler2D mask;
 uniform ivec2 shift; // from pixels of the framebuffer to those of the mask
 uniform float reach; // in pixels
@@ -78,7 +72,7 @@ void main()
 }
 )";
 
-constexpr const char* kLineVertex = R"(#version 330 core
+constexpr const char* kLineVertex = R"(
 layout(location = 0) in vec3 position;
 layout(location = 1) in vec4 colour;
 uniform mat4 view;
@@ -92,7 +86,7 @@ void main()
 }
 )";
 
-constexpr const char* kLineFragment = R"(#version 330 core
+constexpr const char* kLineFragment = R"(
 flat in vec4 line;
 uniform float opacity;
 out vec4 result;
@@ -146,8 +140,8 @@ bool HighlightPainter::makeOutline()
 {
     if (!std::exchange(m_triedOutline, true)) {
         Vs::Status ignored; // the tint is left
-        if (m_mask.make("mask", kMaskVertex, kMaskFragment, ignored))
-            m_outline.make("outline", kWholeVertex, kOutlineFragment, ignored);
+        if (m_mask.make("mask", {kInstance, kMaskVertex}, {kMaskFragment}, ignored))
+            m_outline.make("outline", {kWholeVertex}, {kOutlineFragment}, ignored);
         glGenVertexArrays(1, &m_noArray);
     }
     return bool(m_outline);
@@ -217,7 +211,7 @@ bool HighlightPainter::makeLines()
     if (std::exchange(m_triedLines, true))
         return bool(m_lines);
     Vs::Status ignored;
-    if (!m_lines.make("highlight lines", kLineVertex, kLineFragment, ignored))
+    if (!m_lines.make("highlight lines", {kLineVertex}, {kLineFragment}, ignored))
         return false;
     glGenVertexArrays(1, &m_array);
     glGenBuffers(1, &m_buffer);

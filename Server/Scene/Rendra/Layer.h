@@ -38,33 +38,4 @@ private:
     int m_width = 0, m_height = 0;
 };
 
-/// The vertex shader of what covers the whole of a layer or picture: one triangle, without attributes.
-inline constexpr const char* kWholeVertex = R"(#version 330 core
-void main()
-{
-    gl_Position = vec4((gl_VertexID & 1) * 4 - 1, (gl_VertexID >> 1) * 4 - 1, 0.0, 1.0);
-}
-)";
-
-/// Shaders of what only depths are wanted of; they take the attributes of Attribute.
-inline constexpr const char* kDepthVertex = R"(#version 330 core
-layout(location = 0) in vec3 position;
-layout(location = 3) in vec4 row0;
-layout(location = 4) in vec4 row1;
-layout(location = 5) in vec4 row2;
-
-uniform mat4 view;
-uniform mat4 projection;
-
-void main()
-{
-    vec4 p = vec4(position, 1.0);
-    gl_Position = projection * (view * vec4(dot(row0, p), dot(row1, p), dot(row2, p), 1.0));
-}
-)";
-
-inline constexpr const char* kDepthFragment = R"(#version 330 core
-void main() {}
-)";
-
 } // namespace Rendra

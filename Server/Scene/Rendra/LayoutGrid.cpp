@@ -18,7 +18,7 @@ constexpr double kLeastPixels = 14;
 constexpr double kReach = 10;
 constexpr float kAxisColours[2][3] = {{0.80f, 0.24f, 0.22f}, {0.30f, 0.62f, 0.28f}};
 
-constexpr const char* kLinesVertex = R"(#version 330 core
+constexpr const char* kLinesVertex = R"(
 uniform mat4 view;       // from steps of the grid to the camera
 uniform mat4 projection;
 uniform vec3 disc;       // middle and radius, in steps
@@ -33,7 +33,7 @@ void main()
 
 /// Lines are as wide as they should be in pixels whatever the angle, and vanish before they come so close
 /// that they would blur into patterns.
-constexpr const char* kLinesFragment = R"(#version 330 core
+constexpr const char* kLinesFragment = R"(
 in vec2 place;
 uniform vec3 disc;
 uniform float perMajor; // steps from one major line to the next
@@ -71,7 +71,7 @@ void main()
 }
 )";
 
-constexpr const char* kNumbersVertex = R"(#version 330 core
+constexpr const char* kNumbersVertex = R"(
 layout(location = 0) in vec3 position;
 layout(location = 1) in float opacity;
 uniform mat4 projection;
@@ -84,7 +84,7 @@ void main()
 }
 )";
 
-constexpr const char* kNumbersFragment = R"(#version 330 core
+constexpr const char* kNumbersFragment = R"(
 in float strength;
 uniform vec3 colour;
 out vec4 result;
@@ -130,8 +130,8 @@ bool LayoutGrid::makePrograms()
     glVertexAttribPointer(1, 1, GL_FLOAT, GL_FALSE, sizeof(Vertex),
                           reinterpret_cast<const void*>(offsetof(Vertex, opacity)));
     glBindVertexArray(0);
-    return m_lines.make("grid", kLinesVertex, kLinesFragment, ignored) &&
-           m_numbers.make("grid numbers", kNumbersVertex, kNumbersFragment, ignored);
+    return m_lines.make("grid", {kLinesVertex}, {kLinesFragment}, ignored) &&
+           m_numbers.make("grid numbers", {kNumbersVertex}, {kNumbersFragment}, ignored);
 }
 
 void LayoutGrid::release()

@@ -1,5 +1,6 @@
 #include "Server/Scene/Rendra/ObjectShadow.h"
 
+#include "Server/Scene/Rendra/CommonShaders.h"
 #include "Server/Scene/Rendra/Frame.h"
 
 #include <algorithm>
@@ -92,7 +93,7 @@ bool ObjectShadow::find(const Frame& frame)
     kept.shapes = 0;
     if (!std::exchange(m_tried, true)) {
         Vs::Status ignored;
-        m_depthOnly.make("shadows", kDepthVertex, kDepthFragment, ignored);
+        m_depthOnly.make("shadows", {kInstance, kDepthVertex}, {kDepthFragment}, ignored);
     }
     const BBox bounds = frame.fragment.viewFragmentNode()->boundingBox();
     const double radius = bounds.diagonal() / 2;

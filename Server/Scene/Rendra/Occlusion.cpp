@@ -1,6 +1,7 @@
 #include "Server/Scene/Rendra/Occlusion.h"
 
 #include "Server/Scene/Projection.h"
+#include "Server/Scene/Rendra/CommonShaders.h"
 
 namespace Rendra {
 
@@ -8,7 +9,7 @@ namespace {
 
 /// Sixteen places around each pixel are looked at, turned by one of sixteen angles that repeat every four
 /// pixels both ways: the mean of four by four neighbours has no pattern any more.
-constexpr const char* kFindFragment = R"(#version 330 core
+constexpr const char* kFindFragment = R"(
 uniform sampler2D depths;
 uniform vec4 window; // lower left corner and size of the view at distance 1, or everywhere in a parallel one
 uniform vec2 range;  // near and far
@@ -66,7 +67,7 @@ void main()
 }
 )";
 
-constexpr const char* kBlurFragment = R"(#version 330 core
+constexpr const char* kBlurFragment = R"(
 uniform sampler2D raw;
 uniform sampler2D depths;
 uniform float slack; // depths that differ by more belong to different faces
@@ -105,9 +106,9 @@ bool Occlusion::makePrograms()
     if (!m_tried) {
         m_tried = true;
         Vs::Status ignored;
-        m_works = m_depthOnly.make("depth", kDepthVertex, kDepthFragment, ignored) &&
-                  m_find.make("occlusion", kWholeVertex, kFindFragment, ignored) &&
-                  m_blur.make("blur", kWholeVertex, kBlurFragment, ignored);
+        m_works = m_depthOnly.make("depth", {kInstance, kDepthVertex}, {kDepthFragment}, ignored) &&
+                  m_find.make("occlusion", {kWholeVertex}, {kFindFragment}, ignored) &&
+                  m_blur.make("blur", {kWholeVertex}, {kBlurFragment}, ignored);
         glGenVertexArrays(1, &m_noArray);
     }
     return m_works;

@@ -24,7 +24,7 @@ bool PictureTarget::Surface::make(int width, int height, int samples, bool withD
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     colour = storage(GL_RGBA8, GL_COLOR_ATTACHMENT0);
     if (withDepth)
-        depth = storage(GL_DEPTH_COMPONENT32F, GL_DEPTH_ATTACHMENT);
+        depth = storage(GL_DEPTH_COMPONENT24, GL_DEPTH_ATTACHMENT);
     return glGetError() == GL_NO_ERROR && glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
 }
 

@@ -9,10 +9,12 @@ namespace Rendra {
 
 namespace {
 
-GLuint compile(GLenum kind, const std::vector<const char*>& pieces, std::string& message)
+GLuint compile(GLenum kind, Pieces pieces, std::string& message)
 {
+    std::vector<const char*> text{"#version 330 core\n"};
+    text.insert(text.end(), pieces);
     const GLuint shader = glCreateShader(kind);
-    glShaderSource(shader, GLsizei(pieces.size()), pieces.data(), nullptr);
+    glShaderSource(shader, GLsizei(text.size()), text.data(), nullptr);
     glCompileShader(shader);
     GLint works = GL_FALSE;
     glGetShaderiv(shader, GL_COMPILE_STATUS, &works);
@@ -27,19 +29,15 @@ GLuint compile(GLenum kind, const std::vector<const char*>& pieces, std::string&
 
 } // namespace
 
-bool Program::make(const char* name, const char* vertex, const char* fragment, Vs::Status& status,
-                   std::initializer_list<const char*> pieces, const char* geometry)
+bool Program::make(const char* name, Pieces vertex, Pieces fragment, Vs::Status& status, Pieces geometry)
 {
-    std::vector<const char*> fragmentPieces(pieces);
-    if (!fragmentPieces.empty())
-        fragmentPieces.insert(fragmentPieces.begin(), "#version 330 core\n");
-    fragmentPieces.push_back(fragment);
     std::string message;
-    const GLuint vertexShader = compile(GL_VERTEX_SHADER, {vertex}, message);
+    const bool hasGeometry = geometry.size() > 0;
+    const GLuint vertexShader = compile(GL_VERTEX_SHADER, vertex, message);
     const GLuint geometryShader =
-        vertexShader && geometry ? compile(GL_GEOMETRY_SHADER, {geometry}, message) : 0;
-    const bool complete = vertexShader && (geometryShader || !geometry);
-    const GLuint fragmentShader = complete ? compile(GL_FRAGMENT_SHADER, fragmentPieces, message) : 0;
+        vertexShader && hasGeometry ? compile(GL_GEOMETRY_SHADER, geometry, message) : 0;
+    const bool complete = vertexShader && (geometryShader || !hasGeometry);
+    const GLuint fragmentShader = complete ? compile(GL_FRAGMENT_SHADER, fragment, message) : 0;
     if (fragmentShader) {
         m_program = glCreateProgram();
         glAttachShader(m_program, vertexShader);

@@ -7,14 +7,15 @@
 
 namespace Rendra {
 
+/// The text of a shader in GLSL 3.30, without the line of its version: the pieces one after the other.
+using Pieces = std::initializer_list<const char*>;
+
 /// A linked pair of shaders. Freed by `release`, with the context current.
 class Program
 {
 public:
-    /// False, with the compiler's message in the status, if it cannot be made. A fragment program that comes
-    /// with `pieces` has no line of its version: it is preceded by that and by the pieces in their order.
-    bool make(const char* name, const char* vertex, const char* fragment, Vs::Status& status,
-              std::initializer_list<const char*> pieces = {}, const char* geometry = nullptr);
+    /// False, with the compiler's message in the status, if it cannot be made. Most have no geometry shader.
+    bool make(const char* name, Pieces vertex, Pieces fragment, Vs::Status& status, Pieces geometry = {});
     void release();
     void abandon() { m_program = 0; }
 

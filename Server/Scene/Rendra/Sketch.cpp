@@ -1,5 +1,7 @@
 #include "Server/Scene/Rendra/Sketch.h"
 
+#include "Server/Scene/Rendra/CommonShaders.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -14,30 +16,21 @@ constexpr int kPastel = 1, kGraphite = 3;
 constexpr int kMargin = 5;
 
 /// What the outlines are found from: which way faces look, and how far they are.
-constexpr const char* kShapeVertex = R"(#version 330 core
-layout(location = 0) in vec3 position;
+constexpr const char* kShapeVertex = R"(
 layout(location = 1) in vec4 normal;
-layout(location = 3) in vec4 row0;
-layout(location = 4) in vec4 row1;
-layout(location = 5) in vec4 row2;
-
-uniform mat4 view;
-uniform mat4 projection;
 out vec3 viewPosition;
 out vec3 viewNormal;
 
 void main()
 {
-    vec4 p = vec4(position, 1.0);
-    vec4 seen = view * vec4(dot(row0, p), dot(row1, p), dot(row2, p), 1.0);
+    vec4 seen = placed(position);
     viewPosition = seen.xyz;
-    vec3 x = vec3(row0.x, row1.x, row2.x), y = vec3(row0.y, row1.y, row2.y), z = vec3(row0.z, row1.z, row2.z);
-    viewNormal = mat3(view) * normalize(cross(y, z) * normal.x + cross(z, x) * normal.y + cross(x, y) * normal.z);
+    viewNormal = normalize(turned(normal.xyz));
     gl_Position = projection * seen;
 }
 )";
 
-constexpr const char* kShapeFragment = R"(#version 330 core
+constexpr const char* kShapeFragment = R"(
 in vec3 viewPosition;
 in vec3 viewNormal;
 uniform bool perspective;
@@ -194,9 +187,9 @@ bool Sketch::makePrograms()
 {
     if (!std::exchange(m_tried, true)) {
         Vs::Status ignored;
-        m_shape.make("shapes", kShapeVertex, kShapeFragment, ignored);
-        m_pastel.make("pastel", kWholeVertex, kPastelFragment, ignored, {kTools});
-        m_graphite.make("graphite", kWholeVertex, kGraphiteFragment, ignored, {kTools});
+        m_shape.make("shapes", {kInstance, kShapeVertex}, {kShapeFragment}, ignored);
+        m_pastel.make("pastel", {kWholeVertex}, {kTools, kPastelFragment}, ignored);
+        m_graphite.make("graphite", {kWholeVertex}, {kTools, kGraphiteFragment}, ignored);
         glGenVertexArrays(1, &m_noArray);
     }
     return m_shape && m_pastel && m_graphite;

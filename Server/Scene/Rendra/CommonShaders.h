@@ -1,0 +1,87 @@
+#pragma once
+
+/// Pieces of programs that several passes share (see Program::make). Colours come and go as they look on the
+/// screen; light is reckoned with linear values in between.
+namespace Rendra {
+
+/// The vertex shader of what covers the whole of a layer or picture: one triangle, without attributes.
+inline constexpr const char* kWholeVertex = R"(
+void main()
+{
+    gl_Position = vec4((gl_VertexID & 1) * 4 - 1, (gl_VertexID >> 1) * 4 - 1, 0.0, 1.0);
+}
+)";
+
+/// What vertex shaders of bodies begin with: the place of the vertex in its mesh, and that of the occurrence
+/// in the scene (see Attribute).
+inline constexpr const char* kInstance = R"(
+layout(location = 0) in vec3 position;
+layout(location = 3) in vec4 row0;
+layout(location = 4) in vec4 row1;
+layout(location = 5) in vec4 row2;
+
+uniform mat4 view;
+uniform mat4 projection;
+
+// A place of the mesh, in the camera's coordinates.
+vec4 placed(vec3 place)
+{
+    vec4 p = vec4(place, 1.0);
+    return view * vec4(dot(row0, p), dot(row1, p), dot(row2, p), 1.0);
+}
+
+// A normal of the mesh, in the camera's coordinates and of any length. The cofactors keep it right under
+// scaling, without an inverse.
+vec3 turned(vec3 normal)
+{
+    vec3 x = vec3(row0.x, row1.x, row2.x), y = vec3(row0.y, row1.y, row2.y), z = vec3(row0.z, row1.z, row2.z);
+    return mat3(view) * (cross(y, z) * normal.x + cross(z, x) * normal.y + cross(x, y) * normal.z);
+}
+)";
+
+/// What surrounds the scene, in the environment's own coordinates; the same as Environment::seen.
+inline constexpr const char* kSurroundings = R"(
+uniform mat3 toEnvironment; // from the camera's coordinates
+uniform vec3 zenith;
+uniform vec3 horizon;
+uniform vec3 ground;
+uniform vec3 nadir;
+uniform vec4 falls; // of sky and ground, the haze, the glow
+uniform vec3 irradiance[9];
+uniform vec3 least;
+uniform float exposure;
+uniform vec3 lampDirections[3];
+uniform vec3 lampColours[3];
+uniform float lampSizes[3];
+
+vec3 surroundings(vec3 d, float blur)
+{
+    vec3 above = mix(horizon, zenith, pow(max(d.z, 0.0), falls.x));
+    vec3 below = mix(ground, nadir, pow(max(-d.z, 0.0), falls.y));
+    float haze = falls.z + blur;
+    return mix(below, above, smoothstep(-haze, haze, d.z));
+}
+
+vec3 lightFromAround(vec3 n)
+{
+    vec3 sum = irradiance[0] * 0.282095;
+    sum += 0.488603 * (irradiance[1] * n.y + irradiance[2] * n.z + irradiance[3] * n.x);
+    sum += 1.092548 * (irradiance[4] * n.x * n.y + irradiance[5] * n.y * n.z + irradiance[7] * n.x * n.z);
+    sum += irradiance[6] * (0.315392 * (3.0 * n.z * n.z - 1.0)) + irradiance[8] * (0.546274 * (n.x * n.x - n.y * n.y));
+    return max(sum, vec3(0.0));
+}
+)";
+
+/// Shaders of what only depths are wanted of.
+inline constexpr const char* kDepthVertex = R"(
+void main()
+{
+    gl_Position = projection * placed(position);
+}
+)";
+
+inline constexpr const char* kDepthFragment = R"(
+void main() {}
+)";
+
+} // namespace Rendra

@@ -1,0 +1,218 @@
+#pragma once
+
+/// The programs that draw the lit faces of bodies.
+namespace Rendra::Shaders {
+
+/// The colours of a vertex, with its normal.
+inline constexpr const char* kFaceColours = R"(
+layout(location = 1) in vec4 normal;
+layout(location = 2) in vec4 faceColour;
+layout(location = 6) in vec4 colour;
+layout(location = 7) in uint flags;
+
+uniform bool tinted;
+uniform bool cycling;
+
+// A colour of its own for each number. Hues go on by the golden section, which keeps any few neighbours
+// apart; brightness changes as well, since hues alone are hard to tell for some.
+vec3 cycled(uint number)
+{
+    float turn = fract(float(number) * 0.61803399);
+    vec3 hue = clamp(abs(fract(turn + vec3(0.0, 2.0 / 3.0, 1.0 / 3.0)) * 6.0 - 3.0) - 1.0, 0.0, 1.0);
+    float value = 0.94 - 0.12 * float(number % 3u), saturation = 0.48 + 0.12 * float(number % 2u);
+    return value * mix(vec3(1.0), hue, saturation);
+}
+
+vec4 baseOfVertex()
+{
+    vec4 own = cycling ? vec4(cycled(flags >> 8), colour.a)
+               : faceColour.a > 0.0 ? vec4(faceColour.rgb, faceColour.a * colour.a) : colour;
+    return vec4(pow(own.rgb, vec3(2.2)), own.a);
+}
+
+vec3 glowOfVertex()
+{
+    return !tinted ? vec3(0.0)
+           : (flags & 2u) != 0u ? vec3(0.01, 0.20, 0.80) : (flags & 1u) != 0u ? vec3(0.10, 0.45, 0.90) : vec3(0.0);
+}
+)";
+
+inline constexpr const char* kFaceVertex = R"(
+out vec3 viewPosition;
+out vec3 viewNormal;
+flat out vec4 base;
+flat out vec3 glow;
+
+void main()
+{
+    vec4 seen = placed(position);
+    viewPosition = seen.xyz;
+    viewNormal = normalize(turned(normal.xyz));
+    base = baseOfVertex();
+    glow = glowOfVertex();
+    gl_Position = projection * seen;
+}
+)";
+
+/// The lamps stand still relative to the viewer, so that a turning model shows all its sides well lit; only
+/// the light from around belongs to the model.
+inline constexpr const char* kPlainLight = R"(
+const vec3 kKeyDirection = vec3(-0.4082, 0.6532, 0.6379);
+const vec3 kFillDirection = vec3(0.8222, -0.0514, 0.5669);
+
+// What is seen of a face in the camera's coordinates; `open` is how much of the sky it sees, and `reaching` how
+// much of the first lamp.
+vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
+{
+    vec3 around = toEnvironment * n;
+    vec3 light = (lightFromAround(around) * 0.56 + least) * open;
+    // A light that throws shadows belongs to the model as they do.
+    vec3 key = shadowed ? toLamp : kKeyDirection;
+    light += lampColours[0] * (0.8 * max(dot(n, key), 0.0) * mix(1.0, open, 0.7) * reaching);
+    light += lampColours[1] * (0.5 * max(dot(n, kFillDirection), 0.0));
+    float facing = max(dot(n, toViewer), 0.0);
+    light += 0.10 * facing;
+    float along = max(dot(n, normalize(key + toViewer)), 0.0), along2 = along * along, along4 = along2 * along2;
+    float along16 = along4 * along4 * along4 * along4;
+    float gloss = along16 * along16 * along16 * 0.16 * reaching;
+    float away2 = (1.0 - facing) * (1.0 - facing);
+    return colour * light + vec3(gloss + away2 * away2 * 0.10 * (around.z * 0.5 + 0.5));
+}
+)";
+
+/// All light belongs to the model, and faces are shaded by their physics: the microfacets of Trowbridge and
+/// Reitz (GGX) with Smith's shadowing in the form of Hammon, Schlick's Fresnel term, and for the light from
+/// around the fit of Karis (2014). Takes the place of kPlainLight.
+inline constexpr const char* kRealisticLight = R"(
+const float kPi = 3.14159265;
+
+// No model says what its bodies are made of, but mostly its colour does: greys are metals, white, black and
+// what is coloured are plastics and paints.
+float metalOf(vec3 colour)
+{
+    float most = max(colour.r, max(colour.g, colour.b)), least = min(colour.r, min(colour.g, colour.b));
+    float saturation = (most - least) / max(most, 1e-3);
+    return (1.0 - smoothstep(0.10, 0.30, saturation)) * smoothstep(0.10, 0.25, most) * (1.0 - smoothstep(0.80, 0.88, most));
+}
+
+vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
+{
+    n = toEnvironment * n;
+    toViewer = toEnvironment * toViewer;
+    float metal = metalOf(colour);
+    float roughness = mix(0.34, 0.50, metal);
+    vec3 diffuse = colour * (1.0 - metal);
+    vec3 mirror = mix(vec3(0.04), colour, metal);
+    float facing = max(dot(n, toViewer), 1e-3);
+
+    vec3 sum = diffuse * (lightFromAround(n) + least) * open;
+    for (int i = 0; i < 3; ++i) {
+        vec3 to = lampDirections[i];
+        float lit = max(dot(n, to), 0.0);
+        vec3 halfway = normalize(to + toViewer);
+        float a = min(roughness * roughness + lampSizes[i] * 0.5, 1.0);
+        float nh = max(dot(n, halfway), 0.0);
+        float spread = nh * nh * (a * a - 1.0) + 1.0;
+        float facets = a * a / (kPi * spread * spread);
+        float shadowing = 0.5 / max(mix(2.0 * lit * facing, lit + facing, a), 1e-4);
+        vec3 fresnel = mirror + (1.0 - mirror) * pow(1.0 - max(dot(halfway, toViewer), 0.0), 5.0);
+        float reach = mix(1.0, open, 0.7) * (i == 0 ? reaching : 1.0);
+        sum += (diffuse * (1.0 - fresnel) + fresnel * (facets * shadowing * kPi)) * lampColours[i] * (lit * reach);
+    }
+
+    vec3 bounced = reflect(-toViewer, n);
+    vec3 around = mix(surroundings(bounced, roughness * 0.5), lightFromAround(bounced) + least, roughness * roughness);
+    vec4 fit = roughness * vec4(-1.0, -0.0275, -0.572, 0.022) + vec4(1.0, 0.0425, 1.04, -0.04);
+    float bend = min(fit.x * fit.x, exp2(-9.28 * facing)) * fit.x + fit.y;
+    vec2 share = vec2(-1.04, 1.04) * bend + fit.zw;
+    // What is hidden from the sky mirrors what hides it.
+    sum = exposure * (sum + around * (mirror * share.x + share.y) * mix(0.25, 1.0, open));
+    // Highlights approach white without reaching it, as on film.
+    return mix(sum, 0.6 + 0.4 * (1.0 - exp((0.6 - sum) / 0.4)), greaterThan(sum, vec3(0.6)));
+}
+)";
+
+/// From light to what is seen on the screen.
+inline constexpr const char* kFaceFinish = R"(
+vec3 finished(vec3 shade, vec3 glow, float facing)
+{
+    if (glow != vec3(0.0))
+        shade = mix(shade, glow * (0.45 + 0.55 * max(facing, 0.0)), 0.68);
+#ifndef REALISTIC
+    // Bright parts bend over softly in place of being cut off.
+    shade = shade / (1.0 + max(shade - 0.75, vec3(0.0)) * 0.55);
+#endif
+    return pow(clamp(shade, 0.0, 1.0), vec3(1.0 / 2.2));
+}
+)";
+
+inline constexpr const char* kFaceFragment = R"(
+in vec3 viewPosition;
+in vec3 viewNormal;
+flat in vec4 base;
+flat in vec3 glow;
+
+uniform bool perspective;
+#ifdef OCCLUDED
+uniform sampler2D occlusion;
+uniform vec4 occlusionPlace; // from pixels of the framebuffer: factors and offsets
+#endif
+out vec4 result;
+
+void main()
+{
+    vec3 toViewer = perspective ? normalize(-viewPosition) : vec3(0.0, 0.0, 1.0);
+    // Both sides of a face are lit: which one is seen follows from the triangle, not from its winding.
+    vec3 flatNormal = cross(dFdx(viewPosition), dFdy(viewPosition));
+    if (dot(flatNormal, toViewer) < 0.0)
+        flatNormal = -flatNormal;
+    vec3 n = normalize(viewNormal);
+    if (dot(n, flatNormal) < 0.0)
+        n = -n;
+
+#ifdef OCCLUDED
+    float open = texture(occlusion, gl_FragCoord.xy * occlusionPlace.xy + occlusionPlace.zw).r;
+#else
+    float open = 1.0;
+#endif
+    float reaching = 1.0;
+    if (shadowed) {
+        flatNormal = normalize(flatNormal);
+        reaching = lampReaches(viewPosition, flatNormal);
+        // A lamp lights its surroundings too, so that its shadow is a little darker than without it.
+        open *= 1.0 - 0.32 * (1.0 - reaching) * smoothstep(0.0, 0.35, dot(flatNormal, toLamp));
+    }
+    vec3 shade = shaded(base.rgb, n, toViewer, open, reaching);
+    result = vec4(finished(shade, glow, dot(n, toViewer)), base.a);
+}
+)";
+
+/// For moving pictures without a graphics unit: light is reckoned at the corners of triangles alone.
+inline constexpr const char* kQuickFaceVertex = R"(
+uniform bool perspective;
+out vec4 shade;
+
+void main()
+{
+    vec4 seen = placed(position);
+    vec3 toViewer = perspective ? normalize(-seen.xyz) : vec3(0.0, 0.0, 1.0);
+    vec3 n = normalize(turned(normal.xyz));
+    if (dot(n, toViewer) < 0.0)
+        n = -n;
+    vec4 base = baseOfVertex();
+    shade = vec4(finished(shaded(base.rgb, n, toViewer, 1.0, 1.0), glowOfVertex(), dot(n, toViewer)), base.a);
+    gl_Position = projection * seen;
+}
+)";
+
+inline constexpr const char* kQuickFaceFragment = R"(
+in vec4 shade;
+out vec4 result;
+
+void main()
+{
+    result = shade;
+}
+)";
+
+} // namespace Rendra::Shaders
