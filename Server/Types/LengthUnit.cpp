@@ -1,21 +1,15 @@
 #include "Server/Types/LengthUnit.h"
 
-#include "Server/Base/OptionGroup.h"
 #include "Server/Base/Strings.h"
+#include "Server/Types/UnitsOptionGroup.h"
 
 namespace Vs {
 
-namespace {
-
-constexpr const char* kOption = "lengthUnit";
-
-OptionGroup& options()
+UnitsOptionGroup* UnitsOptionGroup::get()
 {
-    static auto* const group = new OptionGroup("Units");
-    return *group;
+    static auto* const group = new UnitsOptionGroup;
+    return group;
 }
-
-} // namespace
 
 const std::vector<LengthUnit>& LengthUnit::all()
 {
@@ -36,13 +30,13 @@ const LengthUnit* LengthUnit::find(std::string_view key)
 
 const LengthUnit& LengthUnit::display()
 {
-    const LengthUnit* chosen = find(Strings::narrow(options().value(kOption, std::wstring(L"mm"))));
+    const LengthUnit* chosen = find(Strings::narrow(UnitsOptionGroup::get()->lengthUnit()));
     return chosen ? *chosen : all().front();
 }
 
 void LengthUnit::display(const LengthUnit& unit)
 {
-    options().setValue(kOption, Strings::widen(unit.key));
+    UnitsOptionGroup::get()->lengthUnit(Strings::widen(unit.key));
 }
 
 } // namespace Vs

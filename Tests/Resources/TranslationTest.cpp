@@ -47,7 +47,9 @@ std::vector<std::string> matchesOf(const std::string& text, const char* pattern)
 
 const std::string kDataModel =
     QUILLET_SOURCES "/Server/DataModel/Configuration/Translations/de/VsDataModel.po";
-const std::string kGerman[] = {kDataModel, QUILLET_SOURCES "/UI/Base/Configuration/Translations/de/VuBase.po",
+const std::string kGerman[] = {kDataModel,
+                               QUILLET_SOURCES "/Server/Types/Configuration/Translations/de/VsTypes.po",
+                               QUILLET_SOURCES "/UI/Base/Configuration/Translations/de/VuBase.po",
                                QUILLET_SOURCES "/UI/Commands/Configuration/Translations/de/VuCommands.po",
                                QUILLET_SOURCES "/UI/Design/Configuration/Translations/de/VuDesign.po"};
 
