@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Server/Types/Units/Unit.h"
+
 namespace Vs {
 class Asset;
 class AssetSettings;
@@ -16,6 +18,10 @@ GraphicsView* graphicsView();
 Vs::Asset* asset();
 /// The settings of that asset; null if there is none, or it has none.
 Vs::AssetSettings* assetSettings();
+/// The unit in which the user sees the lengths of the active asset.
+Vs::Units::Unit makeLengthUnit();
+/// The unit in which lengths are kept with the document, whatever the user sees: the base unit. Never null.
+const Vs::Units::Unit* findSimpleLengthUnit();
 } // namespace ActiveAssetUtils
 
 } // namespace Vu

@@ -82,4 +82,15 @@ Vs::AssetSettings* ActiveAssetUtils::assetSettings()
     return adapter ? adapter->assetSettings() : nullptr;
 }
 
+Vs::Units::Unit ActiveAssetUtils::makeLengthUnit()
+{
+    return Vs::Units::Unit::display(Vs::Units::Quantity::Length);
+}
+
+const Vs::Units::Unit* ActiveAssetUtils::findSimpleLengthUnit()
+{
+    static const Vs::Units::Unit unit = Vs::Units::Unit::base(Vs::Units::Quantity::Length);
+    return &unit;
+}
+
 } // namespace Vu

@@ -8,7 +8,9 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
+#include "UI/Base/Localized.h"
 #include "UI/Base/SceneEvaluator.h"
+#include "UI/Base/SelectionInputEvents.h"
 
 #include <sstream>
 #include <utility>
@@ -37,9 +39,13 @@ void SelectionCommandInput::requiredQuantity(bool exactly, size_t quantity)
     m_quantity = quantity;
 }
 
-bool SelectionCommandInput::onIsValid() const
+std::wstring SelectionCommandInput::onWhyInvalid() const
 {
-    return m_exactly ? m_selections.size() == m_quantity : m_selections.size() >= m_quantity;
+    const size_t count = m_selections.size();
+    if (m_exactly ? count == m_quantity : count >= m_quantity)
+        return {};
+    return localizedFormat("InputNeedsSelection",
+                           "Something must be selected in the view: %1% of %2% so far.", count, m_quantity);
 }
 
 Vs::SelectionMgr* SelectionCommandInput::pickingManager() const
@@ -49,11 +55,15 @@ Vs::SelectionMgr* SelectionCommandInput::pickingManager() const
     return enabled() && selection && !selection->suspended() ? selection : nullptr;
 }
 
-bool SelectionCommandInput::accepts(const Vs::StrongRef<Vs::Selection>& selection) const
+bool SelectionCommandInput::accepts(const Vs::StrongRef<Vs::Selection>& selection)
 {
     auto* command = Vs::cast<InteractiveCommandBase>(commandInputSet()->command());
-    return selection && (!m_filter || m_filter->accepts(*selection)) &&
-           (!command || command->onFilterSelection(selection, nullptr));
+    if (!selection || (m_filter && !m_filter->accepts(*selection)) ||
+        (command && !command->onFilterSelection(selection, nullptr)))
+        return false;
+    SelectionInputQuerySelectPermittedEvent event(this, selection.get());
+    commandInputSet()->fire(&event);
+    return event.permitted();
 }
 
 // The component is that of the deepest node that stands for one.
@@ -80,10 +90,21 @@ bool SelectionCommandInput::add(Vs::StrongRef<Vs::Selection> selection)
     if (m_exactly && m_quantity > 0 && m_selections.size() >= m_quantity)
         m_selections.remove(*Vs::StrongRef<Vs::Selection>(m_selections.selections().front()));
     m_selections.add(std::move(selection));
-    CommandInUse inUse(commandInputSet()->command());
     valueChanged();
-    executeIfValid();
     return true;
+}
+
+void SelectionCommandInput::clear()
+{
+    if (m_selections.clear())
+        valueChanged();
+}
+
+std::wstring SelectionCommandInput::displayText() const
+{
+    if (m_selections.empty())
+        return localized("InputSelectInView", "Select in the view");
+    return localizedFormat("InputSelected", "%1% selected", m_selections.size());
 }
 
 std::wstring SelectionCommandInput::valueAsString() const
@@ -121,12 +142,21 @@ void SelectionCommandInput::mouseMove(MouseEvent* event)
     if (!selection)
         return;
     const Vs::StrongRef<Vs::Selection> pointed = under(*event);
+    CommandInUse inUse(commandInputSet()->command());
     if (!accepts(pointed)) {
-        selection->highlightSet().clear();
+        if (selection->highlightSet().clear())
+            preselect(nullptr);
     } else if (!selection->highlightSet().contains(*pointed)) {
         selection->highlightSet().clear();
         selection->highlightSet().add(pointed);
+        preselect(pointed);
     }
+}
+
+void SelectionCommandInput::preselect(const Vs::StrongRef<Vs::Selection>& selection)
+{
+    SelectionInputPreselectionEvent event(this, selection.get());
+    commandInputSet()->fire(&event);
 }
 
 void SelectionCommandInput::mouseDragBegin(MouseEvent*)

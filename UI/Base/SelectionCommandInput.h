@@ -27,12 +27,16 @@ public:
     void requiredFilter(const Vs::SelectionFilter* filter) { m_filter = filter; }
 
     const Vs::SelectionSet& selectionSet() const { return m_selections; }
-    /// Adds a selection as a click does. Returns false if a filter, or the command, refuses it.
+    /// Adds a selection as a click does. Returns false if a filter, the command, or a site of the event
+    /// SelectionInputQuerySelectPermittedEvent refuses it.
     bool add(Vs::StrongRef<Vs::Selection> selection);
+    /// Takes everything out.
+    void clear();
 
     /// The components' identifiers, with blanks between them.
     std::wstring valueAsString() const override;
     bool valueFromString(const std::wstring& text) override;
+    std::wstring displayText() const override;
 
     void mouseMove(MouseEvent* event) override;
     void mouseDragBegin(MouseEvent* event) override;
@@ -40,12 +44,13 @@ public:
 
 protected:
     SelectionCommandInput(CommandInputSet* set, int number, Info* info);
-    bool onIsValid() const override;
+    std::wstring onWhyInvalid() const override;
 
 private:
     /// Null while nothing may be picked.
     Vs::SelectionMgr* pickingManager() const;
-    bool accepts(const Vs::StrongRef<Vs::Selection>& selection) const;
+    bool accepts(const Vs::StrongRef<Vs::Selection>& selection);
+    void preselect(const Vs::StrongRef<Vs::Selection>& selection);
     Vs::StrongRef<Vs::Selection> under(const MouseEvent& event) const;
 
     Vs::SelectionSet m_selections;

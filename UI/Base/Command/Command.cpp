@@ -50,7 +50,7 @@ void Command::commandInputChanged(CommandInputEvent* event)
 {
     if (!isRunning())
         return;
-    if (event->kind() == CommandInputEvent::EKind::Value)
+    if (Vs::cast<CommandInputValueChangeEvent>(event) || Vs::cast<CommandInputStateChangeEvent>(event))
         validateInputs(false);
     onCommandInputEventSink(event);
 }

@@ -1,69 +1,116 @@
 #include "UI/Base/Command/CommandInput.h"
 
 #include "Server/Base/Strings.h"
+#include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/GroupCommandInput.h"
+#include "UI/Base/Localized.h"
 
 #include <charconv>
-#include <cmath>
+#include <utility>
 
 namespace Vu {
 
-namespace {
-
-template <class Number>
-bool readNumber(const std::wstring& text, Number& number)
-{
-    const std::string narrow = Vs::Strings::narrow(text);
-    const char* last = narrow.data() + narrow.size();
-    const auto [end, error] = std::from_chars(narrow.data(), last, number);
-    return error == std::errc() && end == last;
-}
-
-template <class Number>
-std::wstring writeNumber(Number number)
-{
-    char buffer[64];
-    return {buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr};
-}
-
-} // namespace
-
 CommandInputBase::CommandInputBase(CommandInputSet* set, int number, Info* info)
-    : m_set(set), m_number(number), m_info(info)
+    : m_set(set), m_group(set->m_openGroup), m_number(number), m_info(info)
 {
     set->m_inputs.emplace_back(this);
 }
 
 void CommandInputBase::enabled(bool value)
 {
-    if (m_enabled == value)
-        return;
-    m_enabled = value;
-    stateChanged();
+    if (std::exchange(m_enabled, value) != value)
+        stateChanged();
 }
 
 void CommandInputBase::visible(bool value)
 {
-    if (m_visible == value)
-        return;
-    m_visible = value;
-    stateChanged();
+    if (std::exchange(m_visible, value) != value)
+        stateChanged();
 }
 
-void CommandInputBase::executeIfValid()
+void CommandInputBase::hiddenWhileDisabled(bool value)
 {
-    if (m_requiresExecution && m_set->valid())
-        m_set->fireExecute(this);
+    if (std::exchange(m_hiddenWhileDisabled, value) != value)
+        stateChanged();
+}
+
+void CommandInputBase::readOnly(bool value)
+{
+    if (std::exchange(m_readOnly, value) != value)
+        stateChanged();
+}
+
+bool CommandInputBase::isUsable() const
+{
+    return m_enabled && (!m_group || m_group->isUsable());
+}
+
+bool CommandInputBase::isShown() const
+{
+    return m_visible && (m_enabled || !m_hiddenWhileDisabled) && (!m_group || m_group->isShown());
+}
+
+std::wstring CommandInputBase::whyInvalid() const
+{
+    if (!isUsable() || !isShown())
+        return {};
+    return m_refusal.empty() ? onWhyInvalid() : m_refusal;
+}
+
+std::wstring CommandInputBase::whyRefused(const std::wstring& text) const
+{
+    return localizedFormat("InputNoValue", "\"%1%\" is no value of \"%2%\".", text, m_info->name());
+}
+
+std::wstring CommandInputBase::take(const std::wstring& text)
+{
+    return valueFromString(text) ? std::wstring() : whyRefused(text);
+}
+
+void CommandInputBase::typed(const std::wstring& text, EKind kind)
+{
+    const CommandInUse inUse(m_set->command());
+    struct Restored
+    {
+        EKind& kind;
+        ~Restored() { kind = EKind::Entered; }
+    } const restored{m_kind};
+    m_kind = kind;
+    const std::wstring refusal = take(text);
+    if (!refusal.empty() && std::exchange(m_refusal, refusal) != refusal)
+        stateChanged();
+}
+
+void CommandInputBase::hover(bool entering)
+{
+    CommandInputHoverEvent event(this, entering);
+    m_set->fire(&event);
 }
 
 void CommandInputBase::valueChanged()
 {
-    m_set->fire(this, CommandInputEvent::EKind::Value);
+    const CommandInUse inUse(m_set->command());
+    m_refusal.clear();
+    m_typing = m_kind == EKind::Typing;
+    CommandInputValueChangeEvent event(this, m_kind);
+    m_set->fire(&event);
+    if (m_requiresExecution && m_set->command()->isRunning() && m_set->valid())
+        m_set->fireExecute(&event);
+}
+
+void CommandInputBase::valueConfirmed()
+{
+    if (m_typing && m_kind == EKind::Entered)
+        valueChanged();
+    else if (!std::exchange(m_refusal, {}).empty())
+        stateChanged();
 }
 
 void CommandInputBase::stateChanged()
 {
-    m_set->fire(this, CommandInputEvent::EKind::State);
+    CommandInputStateChangeEvent event(this);
+    m_set->fire(&event);
 }
 
 BoolValueCommandInput* BoolValueCommandInput::make(CommandInputSet* set, int number, Info* info)
@@ -92,47 +139,16 @@ IntegerValueCommandInput* IntegerValueCommandInput::make(CommandInputSet* set, i
 
 std::wstring IntegerValueCommandInput::valueAsString() const
 {
-    return writeNumber(value());
+    return std::to_wstring(value());
 }
 
 bool IntegerValueCommandInput::valueFromString(const std::wstring& text)
 {
+    const std::string narrow = Vs::Strings::narrow(text);
+    const char* last = narrow.data() + narrow.size();
     int number = 0;
-    if (!readNumber(text, number))
-        return false;
-    value(number);
-    return true;
-}
-
-RealValueCommandInput* RealValueCommandInput::make(CommandInputSet* set, int number, Info* info,
-                                                   std::wstring unit)
-{
-    auto* input = new RealValueCommandInput(set, number, info);
-    input->m_unit = std::move(unit);
-    return input;
-}
-
-void RealValueCommandInput::range(double minimum, double maximum)
-{
-    m_minimum = minimum;
-    m_maximum = maximum;
-    m_ranged = true;
-}
-
-bool RealValueCommandInput::onIsValid() const
-{
-    return std::isfinite(value()) && (!m_ranged || (value() >= m_minimum && value() <= m_maximum));
-}
-
-std::wstring RealValueCommandInput::valueAsString() const
-{
-    return writeNumber(value());
-}
-
-bool RealValueCommandInput::valueFromString(const std::wstring& text)
-{
-    double number = 0.0;
-    if (!readNumber(text, number))
+    const auto [end, error] = std::from_chars(narrow.data(), last, number);
+    if (error != std::errc() || end != last)
         return false;
     value(number);
     return true;
@@ -147,6 +163,13 @@ bool StringValueCommandInput::valueFromString(const std::wstring& text)
 {
     value(text);
     return true;
+}
+
+std::wstring StringValueCommandInput::onWhyInvalid() const
+{
+    if (!m_required || !value().empty())
+        return {};
+    return localized("InputNeedsText", "A text is missing.");
 }
 
 } // namespace Vu

@@ -1,14 +1,15 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "UI/Base/Command/CommandInputEvents.h"
 #include "UI/Base/Command/Info.h"
 
-#include <functional>
 #include <string>
 
 namespace Vu {
 
 class CommandInputSet;
+class GroupCommandInput;
 
 /// One input of a command: a number, a record, a state. Made into a set, which owns it. Main thread only.
 class CommandInputBase : public Vs::Implements<CommandInputBase>
@@ -18,11 +19,26 @@ public:
     int number() const { return m_number; }
     Info* info() const { return m_info; }
     CommandInputSet* commandInputSet() const { return m_set; }
+    /// The innermost group that the input stands in; null outside of any.
+    GroupCommandInput* group() const { return m_group; }
 
     bool enabled() const { return m_enabled; }
     void enabled(bool value);
+    void enable() { enabled(true); }
+    void disable() { enabled(false); }
     bool visible() const { return m_visible; }
     void visible(bool value);
+    /// Whether it doesn't show as long as it is disabled. Default false.
+    bool hiddenWhileDisabled() const { return m_hiddenWhileDisabled; }
+    void hiddenWhileDisabled(bool value);
+    /// Whether a person can only look at the value. Default false.
+    bool readOnly() const { return m_readOnly; }
+    void readOnly(bool value);
+
+    /// Whether it takes part: it and the groups around it are enabled, or visible.
+    bool isUsable() const;
+    bool isShown() const;
+
     /// Whether a change of the input is recorded in a transcript. Default true.
     bool enableTranscript() const { return m_transcript; }
     void enableTranscript(bool value) { m_transcript = value; }
@@ -31,28 +47,54 @@ public:
     void requiresExecution(bool value) { m_requiresExecution = value; }
 
     /// An input that is hidden or disabled is always valid.
-    bool valid() const { return !m_enabled || !m_visible || onIsValid(); }
+    bool valid() const { return whyInvalid().empty(); }
+    /// A sentence for the user; empty if the input is valid.
+    std::wstring whyInvalid() const;
 
-    /// The value as text, and from it: how panels show it and transcripts keep it. False if the text is no
-    /// value.
+    /// The value as text that gives exactly the same value again: how transcripts keep it.
     virtual std::wstring valueAsString() const = 0;
+    /// False if the text is no value.
     virtual bool valueFromString(const std::wstring& text) = 0;
+    /// Takes a value as text; returns why the text is none, as a sentence for the user, or an empty text.
+    std::wstring take(const std::wstring& text);
+    /// The value as a panel shows it.
+    virtual std::wstring displayText() const { return valueAsString(); }
+
+    /// Takes what a person types into the input's field. If it is no value, the old one stays, but the input
+    /// isn't valid, until it gets a value. `kind` tells whether the person is done.
+    void typed(const std::wstring& text, CommandInputValueChangeEvent::EKind kind);
+
+    /// Told by whoever draws the input.
+    void hover(bool entering);
 
 protected:
+    using EKind = CommandInputValueChangeEvent::EKind;
+
     /// Enters the input with the set.
     CommandInputBase(CommandInputSet* set, int number, Info* info);
-    virtual bool onIsValid() const { return true; }
+    /// Why the value isn't valid; empty if it is.
+    virtual std::wstring onWhyInvalid() const { return {}; }
+    /// Why a text is no value.
+    virtual std::wstring whyRefused(const std::wstring& text) const;
+    /// Tells that the value is new and, if the input requires it and all inputs are valid, has the command
+    /// executed.
     void valueChanged();
-    /// Asks for the command to be executed, if this input requires that and every input of the set is valid.
-    void executeIfValid();
     void stateChanged();
+    /// The value was set to what it is already.
+    void valueConfirmed();
 
 private:
     CommandInputSet* m_set;
+    GroupCommandInput* m_group;
     int m_number;
     Info* m_info;
+    std::wstring m_refusal; ///< Why the text in the field is no value.
+    EKind m_kind = EKind::Entered;
+    bool m_typing = false; ///< The last value was of the kind Typing.
     bool m_enabled = true;
     bool m_visible = true;
+    bool m_hiddenWhileDisabled = false;
+    bool m_readOnly = false;
     bool m_transcript = true;
     bool m_requiresExecution = true;
 };
@@ -66,8 +108,10 @@ public:
     /// Sets the value; a value that is new is told to the set's sites.
     void value(const T& value)
     {
-        if (m_value == value)
+        if (m_value == value) {
+            this->valueConfirmed();
             return;
+        }
         m_value = value;
         this->valueChanged();
     }
@@ -87,7 +131,7 @@ public:
     std::wstring valueAsString() const override;
     bool valueFromString(const std::wstring& text) override;
 
-private:
+protected:
     using Implements::Implements;
 };
 
@@ -102,39 +146,18 @@ private:
     using Implements::Implements;
 };
 
-class RealValueCommandInput : public Vs::Implements<RealValueCommandInput, CommandInput<double>>
-{
-public:
-    /// `unit` is the unit in which the value is held and written, such as "cm"; empty for a plain number.
-    static RealValueCommandInput* make(CommandInputSet* set, int number, Info* info, std::wstring unit = {});
-    const std::wstring& unit() const { return m_unit; }
-    /// The least and greatest value that is valid; without it every finite value is.
-    void range(double minimum, double maximum);
-    std::wstring valueAsString() const override;
-    bool valueFromString(const std::wstring& text) override;
-
-private:
-    using Implements::Implements;
-    bool onIsValid() const override;
-
-    std::wstring m_unit;
-    double m_minimum = 0.0;
-    double m_maximum = 0.0;
-    bool m_ranged = false;
-};
-
 class StringValueCommandInput : public Vs::Implements<StringValueCommandInput, CommandInput<std::wstring>>
 {
 public:
     static StringValueCommandInput* make(CommandInputSet* set, int number, Info* info);
-    /// Whether the empty text is a valid value. Default true.
+    /// Whether the empty text is no valid value. Default false.
     void required(bool value) { m_required = value; }
     std::wstring valueAsString() const override { return value(); }
     bool valueFromString(const std::wstring& text) override;
 
 private:
     using Implements::Implements;
-    bool onIsValid() const override { return !m_required || !value().empty(); }
+    std::wstring onWhyInvalid() const override;
 
     bool m_required = false;
 };

@@ -31,20 +31,18 @@ CommandInputBase* CommandInputSet::findInput(std::wstring_view key) const
     return nullptr;
 }
 
-void CommandInputSet::fire(CommandInputBase* input, CommandInputEvent::EKind kind)
+void CommandInputSet::fire(CommandInputEvent* event)
 {
     // The sites may end the command, and the set with it.
     CommandInUse inUse(m_command);
-    CommandInputEvent event(input, kind);
-    m_source.fire(&CommandInputSetEventSite::commandInputChanged, &event);
-    CommandInputEventSource::get()->fire(&event);
+    m_source.fire(&CommandInputSetEventSite::commandInputChanged, event);
+    CommandInputEventSource::get()->fire(event);
 }
 
-void CommandInputSet::fireExecute(CommandInputBase* input)
+void CommandInputSet::fireExecute(CommandInputEvent* event)
 {
     CommandInUse inUse(m_command);
-    CommandInputEvent event(input, CommandInputEvent::EKind::Value);
-    m_source.fire(&CommandInputSetEventSite::commandInputSetExecute, &event);
+    m_source.fire(&CommandInputSetEventSite::commandInputSetExecute, event);
 }
 
 CommandInputEventSource* CommandInputEventSource::get()

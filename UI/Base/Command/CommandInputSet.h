@@ -10,23 +10,7 @@
 namespace Vu {
 
 class CommandBase;
-
-class CommandInputEvent : public Vs::Implements<CommandInputEvent, Vs::Event>
-{
-public:
-    enum class EKind {
-        Value = 0, ///< The value is new.
-        State = 1, ///< Enabled or visible changed.
-    };
-
-    CommandInputEvent(CommandInputBase* input, EKind kind) : m_input(input), m_kind(kind) {}
-    CommandInputBase* commandInput() const { return m_input; }
-    EKind kind() const { return m_kind; }
-
-private:
-    CommandInputBase* m_input;
-    EKind m_kind;
-};
+class GroupCommandInput;
 
 /// Listens to one input.
 class CommandInputEventSite : public Vs::EventSite
@@ -61,13 +45,16 @@ public:
     /// The input whose record has this key, or null.
     CommandInputBase* findInput(std::wstring_view key) const;
 
+    /// Tells the event to the sites of the set and of the input; for the inputs.
+    void fire(CommandInputEvent* event);
+
 private:
     friend class CommandInputBase;
+    friend class GroupCommandInput;
     friend class CommandInputEventSource;
     friend class CommandInputSetEventSource;
     explicit CommandInputSet(CommandBase* command) : m_command(command) {}
-    void fire(CommandInputBase* input, CommandInputEvent::EKind kind);
-    void fireExecute(CommandInputBase* input);
+    void fireExecute(CommandInputEvent* event);
 
     class Source : public Vs::EventSource<CommandInputSetEventSite>
     {
@@ -77,6 +64,7 @@ private:
 
     CommandBase* m_command;
     std::vector<std::unique_ptr<CommandInputBase>> m_inputs;
+    GroupCommandInput* m_openGroup = nullptr; ///< That the next input belongs to.
     Source m_source;
 };
 

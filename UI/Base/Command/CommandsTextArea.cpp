@@ -130,8 +130,8 @@ private:
             if (alert.blocking)
                 return alert.text;
         for (const auto& input : command.commandInputSet()->inputs())
-            if (!input->valid())
-                return L"the value of \"" + input->info()->name() + L"\" is not valid.";
+            if (const std::wstring why = input->whyInvalid(); !why.empty())
+                return input->info()->name() + L": " + why;
         return L"its inputs are not valid.";
     }
 };

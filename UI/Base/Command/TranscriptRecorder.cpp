@@ -8,6 +8,7 @@
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandInputSet.h"
 
 namespace Vu {
 namespace {
@@ -30,6 +31,22 @@ void TranscriptRecorder::after(const CommandRun& run)
         run.reason != ETerminationReason::Commit)
         return;
     transcripts->write(Vs::escapeParameters(lineOf(run)));
+    for (const std::wstring& line : inputLinesOf(*run.command))
+        transcripts->write(Vs::escapeParameters(line));
+}
+
+std::vector<std::wstring> TranscriptRecorder::inputLinesOf(const CommandBase& command)
+{
+    std::vector<std::wstring> lines;
+    if (!command.commandInputSet())
+        return lines;
+    for (const auto& input : command.commandInputSet()->inputs())
+        if (input->enableTranscript() && input->isUsable() && input->isShown() && !input->readOnly())
+            lines.push_back(L"Commands.SetInput " + Vs::Strings::quote(input->info()->key()) + L" " +
+                            Vs::Strings::quote(input->valueAsString()));
+    if (!lines.empty())
+        lines.push_back(L"Commands.Commit");
+    return lines;
 }
 
 std::wstring TranscriptRecorder::lineOf(const CommandRun& run)
