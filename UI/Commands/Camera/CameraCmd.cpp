@@ -7,25 +7,25 @@
 
 #include <utility>
 
-namespace Vu::Commands {
-
-/// Ends a camera command.
+/// Ends a camera command. Known to the queue by its bare name.
 class TerminateCmdTask : public Vs::Implements<TerminateCmdTask, Vs::Task>
 {
 public:
-    explicit TerminateCmdTask(CameraCmd* command) : m_command(command) {}
+    explicit TerminateCmdTask(Vu::Commands::CameraCmd* command) : m_command(command) {}
 
     bool run() override
     {
         // The command goes now, and has nothing to take back any more.
         m_command->m_terminator = nullptr;
-        m_command->destroy(ETerminationReason::Commit);
+        m_command->destroy(Vu::ETerminationReason::Commit);
         return true;
     }
 
 private:
-    CameraCmd* m_command;
+    Vu::Commands::CameraCmd* m_command;
 };
+
+namespace Vu::Commands {
 
 const Vs::UniqueString* CameraCmdDef::passiveArgumentName()
 {

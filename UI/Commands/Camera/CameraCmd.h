@@ -3,9 +3,9 @@
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Commands/CommandRow.h"
 
-namespace Vu::Commands {
-
 class TerminateCmdTask;
+
+namespace Vu::Commands {
 
 /// What all definitions of camera commands share: where they may run, and how they are started in passing, by
 /// a mouse button over whatever command is active.
@@ -46,7 +46,7 @@ protected:
     void terminateCommand();
 
 private:
-    friend class TerminateCmdTask;
+    friend class ::TerminateCmdTask;
     bool m_terminating = false;
     TerminateCmdTask* m_terminator = nullptr; ///< Waiting in the queue, which owns it.
 };

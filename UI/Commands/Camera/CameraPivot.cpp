@@ -4,19 +4,20 @@
 #include "Server/Base/Timer.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/NodeChange.h"
-#include "Server/Scene/ViewFragment.h"
-#include "UI/Base/ActiveAssetUtils.h"
 #include "UI/Base/Application.h"
-#include "UI/Base/GraphicsView.h"
 #include "UI/Base/SceneUtilities.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Base/WorkspaceWindow.h"
+#include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Resources.h"
 
 #include <memory>
 #include <utility>
 
 namespace Vu::Commands {
+
+class HideCameraPivotTask;
+
 namespace {
 
 using Rendra::Graphics::GroupNode;
@@ -27,17 +28,7 @@ constexpr double kSecondsShown = 1.0;
 constexpr float kPictureScale = 0.5f;
 constexpr const wchar_t* kPicture = L"Pivot";
 
-/// Of the view that has the user's attention. Null if it shows nothing.
-Vs::StrongRef<Vs::Scene::Camera> activeCamera()
-{
-    if (const GraphicsView* view = ActiveAssetUtils::graphicsView())
-        for (const Vs::Scene::ViewFragment* fragment : view->viewFragments())
-            if (fragment)
-                return fragment->camera();
-    return nullptr;
-}
-
-bool hasPivot(const Vs::StrongRef<Vs::Scene::Camera>& camera)
+bool hasPivot(const Vs::Scene::Camera* camera)
 {
     return camera && camera->pivotEnabled() && UIBaseOptionGroup::get()->cameraPivotEnabled();
 }
@@ -81,8 +72,6 @@ private:
     Vs::StrongRef<GroupNode> m_home; ///< Where it is shown.
 };
 
-class HideCameraPivotTask;
-
 // Made at the first need, never freed: the scene that the marker stands in may go after the add-in's statics.
 CameraPivotMarker* theMarker = nullptr;
 bool pivotMarkerShown = false;
@@ -93,13 +82,15 @@ void redraw()
     WorkspaceWindow::invalidate(kInvalidateOverlay);
 }
 
+} // namespace
+
 /// Waits in the idle queue until the marker has been seen for long enough.
 class HideCameraPivotTask : public Vs::Implements<HideCameraPivotTask, Vs::Task>
 {
 public:
     HideCameraPivotTask()
     {
-        if (const auto camera = activeCamera())
+        if (const Vs::Scene::Camera* camera = activeCamera())
             m_lastPivot = camera->pivot();
     }
 
@@ -121,7 +112,7 @@ public:
     {
         if (m_timer)
             m_timer->restart();
-        const auto camera = activeCamera();
+        const Vs::Scene::Camera* camera = activeCamera();
         if (!camera || camera->pivot().isEqualTo(m_lastPivot))
             return;
         m_lastPivot = camera->pivot();
@@ -134,13 +125,11 @@ private:
     GkPoint3d m_lastPivot; ///< Where the marker was drawn last.
 };
 
-} // namespace
-
 bool showCameraPivot(bool cancelPendingHide)
 {
     if (cancelPendingHide && pendingHide)
         Application::get()->idleTasks()->remove(std::exchange(pendingHide, nullptr));
-    const auto camera = activeCamera();
+    const Vs::Scene::Camera* camera = activeCamera();
     GroupNode* const node = SceneUtilities::getActiveEditNode();
     if (pivotMarkerShown && (!node || !hasPivot(camera)))
         return true;

@@ -23,16 +23,16 @@ namespace Vu::Commands {
 using Vs::Scene::Camera;
 using Vs::Scene::RawHitInfo;
 
-namespace {
-
-constexpr int kPickCursor = 1;
-
 /// The hook to which rules are attached; it has none of its own.
 class LookAtSelectionFilter : public Vs::Implements<LookAtSelectionFilter, Vs::CompositeSelectionFilter>
 {
 public:
     LookAtSelectionFilter() : Implements(ELogic::All) {}
 };
+
+namespace {
+
+constexpr int kPickCursor = 1;
 
 Info* facesInputInfo()
 {

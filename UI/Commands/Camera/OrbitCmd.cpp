@@ -50,7 +50,7 @@ OrbitCmd::OrbitCmd(FreeOrbitCmdDef* definition, CommandContext* context, bool co
 {
     showToolCursor(*this, Resources::FreeOrbitCursor());
     m_modes = makeOrbitModes(this, &m_reticle, constrained);
-    m_mode = m_modes[m_zone].get();
+    m_curMode = m_modes[m_curZone].get();
 }
 
 OrbitCmd::~OrbitCmd()
@@ -108,13 +108,13 @@ void OrbitCmd::mouseMove(MouseEvent* event)
 {
     if (m_passive || !m_reticle.shown() || m_dragging)
         return;
-    m_zone = m_reticle.zone(event->position());
-    m_mode = m_modes[m_zone].get();
-    if (!m_mode)
+    m_curZone = m_reticle.zone(event->position());
+    m_curMode = m_modes[m_curZone].get();
+    if (!m_curMode)
         return;
     if (GraphicsCanvas* canvas = SceneUtilities::getActiveGraphicsCanvas())
         canvas->activateWindow();
-    showToolCursor(*this, m_mode->cursor());
+    showToolCursor(*this, m_curMode->cursor());
 }
 
 void OrbitCmd::mouseMoveGlobal(MouseEvent*)
@@ -129,11 +129,11 @@ void OrbitCmd::mouseMoveGlobal(MouseEvent*)
     showReticleForCmd();
 }
 
-void OrbitCmd::viewFragmentNode(Rendra::Graphics::GroupNode* node)
+void OrbitCmd::setCurViewFragmentNode(Rendra::Graphics::GroupNode* node)
 {
-    if (node && m_viewFragmentNode != node)
+    if (node && m_curViewFragmentNode != node)
         m_centerPoint = node->boundingBox().centre();
-    m_viewFragmentNode = node;
+    m_curViewFragmentNode = node;
 }
 
 void OrbitCmd::mouseDragBegin(MouseEvent* event)
@@ -143,15 +143,15 @@ void OrbitCmd::mouseDragBegin(MouseEvent* event)
     if (m_passive && UIBaseOptionGroup::get()->cameraPivotEnabled())
         showCameraPivot(true);
     if (SceneEvaluator* evaluator = SceneEvaluator::get(event->position())) {
-        viewFragmentNode(evaluator->viewFragmentNode());
-        if (const Camera* camera = cameraOf(m_viewFragmentNode.get())) {
+        setCurViewFragmentNode(evaluator->viewFragmentNode());
+        if (const Camera* camera = cameraOf(m_curViewFragmentNode.get())) {
             m_lastPosition = event->position();
             startCameraInteraction(assetSession());
             m_interacting = true;
-            if (m_mode) {
-                m_mode->axis(computeUpForConstrainedOrbit(*camera));
-                m_mode->center(m_centerPoint);
-                m_mode->begin();
+            if (m_curMode) {
+                m_curMode->axis(computeUpForConstrainedOrbit(*camera));
+                m_curMode->center(m_centerPoint);
+                m_curMode->begin();
             }
             WorkspaceWindow::invalidate(kInvalidateAll);
         }
@@ -161,12 +161,12 @@ void OrbitCmd::mouseDragBegin(MouseEvent* event)
 
 void OrbitCmd::mouseDrag(MouseEvent* event)
 {
-    if (Camera* camera = cameraOf(m_viewFragmentNode.get())) {
+    if (Camera* camera = cameraOf(m_curViewFragmentNode.get())) {
         const Vs::Point2 position = event->position();
         const Vs::Size2 delta = position - m_lastPosition;
         // The screen's y grows downwards.
-        if (m_mode)
-            m_mode->orbit(camera, delta.cx, -double(delta.cy), computeDeltaZ(position));
+        if (m_curMode)
+            m_curMode->orbit(camera, delta.cx, -double(delta.cy), computeDeltaZ(position));
         m_lastPosition = position;
         cameraStepMade(camera);
     }
@@ -193,14 +193,14 @@ void OrbitCmd::mouseDragEnd(MouseEvent* event)
 {
     if (m_passive && event->modifierMask() != kShiftModifier && event->button() != kRightButton)
         return;
-    Camera* camera = cameraOf(m_viewFragmentNode.get());
+    Camera* camera = cameraOf(m_curViewFragmentNode.get());
     if (!camera)
         return;
     cameraDragMade(camera);
     endCameraInteraction(assetSession());
     m_interacting = false;
-    if (m_mode)
-        m_mode->end();
+    if (m_curMode)
+        m_curMode->end();
 }
 
 void OrbitCmd::mouseUp(MouseEvent* event)
@@ -211,7 +211,7 @@ void OrbitCmd::mouseUp(MouseEvent* event)
                               UIBaseOptionGroup::get()->cameraPivotEnabled();
     if (event->button() != kLeftButton && !passiveClick)
         return;
-    if (m_zone == kOutside) {
+    if (m_curZone == kOutside) {
         terminateCommand();
         WorkspaceWindow::invalidate(kInvalidateAll);
         return;
@@ -221,15 +221,15 @@ void OrbitCmd::mouseUp(MouseEvent* event)
         evaluator ? evaluator->sceneSelection(true) : nullptr;
     if (!selection)
         return;
-    viewFragmentNode(evaluator->viewFragmentNode());
-    if (m_viewFragmentNode && selection->hitInfo())
+    setCurViewFragmentNode(evaluator->viewFragmentNode());
+    if (m_curViewFragmentNode && selection->hitInfo())
         bringToMiddle(*selection, *selection->hitInfo());
 }
 
 // The camera is at its end state at once; the transition only plays the way there.
 void OrbitCmd::bringToMiddle(const Vs::Scene::SceneSelection& selection, const RawHitInfo& hit)
 {
-    Camera* camera = cameraOf(m_viewFragmentNode.get());
+    Camera* camera = cameraOf(m_curViewFragmentNode.get());
     GkPoint3d point;
     if (!selection.scenePath().empty())
         point = hit.localToWorldTransform() * hit.localHitPoint();

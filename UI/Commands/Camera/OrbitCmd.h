@@ -46,21 +46,21 @@ protected:
 
 private:
     bool showReticleForCmd();
-    void viewFragmentNode(Rendra::Graphics::GroupNode* node);
+    void setCurViewFragmentNode(Rendra::Graphics::GroupNode* node);
     double computeDeltaZ(const Vs::Point2& position) const;
     void bringToMiddle(const Vs::Scene::SceneSelection& selection, const Vs::Scene::RawHitInfo& hit);
 
     Vs::Point2 m_lastPosition;
-    Vs::StrongRef<Rendra::Graphics::GroupNode> m_viewFragmentNode; ///< What is turned.
+    Vs::StrongRef<Rendra::Graphics::GroupNode> m_curViewFragmentNode; ///< What is turned.
     bool m_subscribed = false;
     OrbitReticle m_reticle;
     std::map<int, std::unique_ptr<OrbitMode>> m_modes;
-    OrbitMode* m_mode = nullptr; ///< Of the present zone.
-    bool m_dragging = false;     ///< From the start of a drag to the release behind it.
-    bool m_interacting = false;  ///< The start of an interaction was told, and its end wasn't.
-    GkPoint3d m_centerPoint;     ///< The middle of what is turned, or the last place that was clicked.
+    OrbitMode* m_curMode = nullptr; ///< Of the present zone.
+    bool m_dragging = false;        ///< From the start of a drag to the release behind it.
+    bool m_interacting = false;     ///< The start of an interaction was told, and its end wasn't.
+    GkPoint3d m_centerPoint;        ///< The middle of what is turned, or the last place that was clicked.
     Vs::Size2 m_lastCanvasSize;
-    int m_zone = kInCircle;
+    int m_curZone = kInCircle;
     bool m_passive;
 };
 
