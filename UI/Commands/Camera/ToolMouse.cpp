@@ -36,10 +36,15 @@ void endCameraInteraction(AssetSession* session)
     InteractionEventSource::get()->fireEndInteraction(&event);
 }
 
-void cameraStepMade(Vs::Scene::Camera* camera)
+void recordCameraStep(Vs::Scene::Camera* camera)
 {
     if (Vs::TranscriptMgr::get()->recordSmoothCameraChange())
         const TranscriptCameraTrigger trigger(camera);
+}
+
+void cameraStepMade(Vs::Scene::Camera* camera)
+{
+    recordCameraStep(camera);
     WorkspaceWindow::invalidate(kInvalidateAll);
 }
 

@@ -26,7 +26,9 @@ void activateCanvasUnderPointer();
 void startCameraInteraction(AssetSession* session);
 void endCameraInteraction(AssetSession* session);
 
-/// One step of a drag was made: it is drawn, and recorded where single steps are.
+/// Records where the camera is, where single steps are recorded.
+void recordCameraStep(Vs::Scene::Camera* camera);
+/// One step of a drag was made: it is recorded like that, and drawn.
 void cameraStepMade(Vs::Scene::Camera* camera);
 /// The drag is over: where the camera came to is recorded.
 void cameraDragMade(Vs::Scene::Camera* camera);

@@ -67,7 +67,7 @@ void ZoomCmd::onActivate()
 void ZoomCmd::onDeactivate()
 {
     MouseEventSource::get()->unsubscribe(this);
-    if (std::exchange(m_viewFragmentNode, nullptr)) {
+    if (std::exchange(m_curViewFragmentNode, nullptr)) {
         endCameraInteraction(assetSession());
         m_pendingClicks = 1;
     }
@@ -85,8 +85,8 @@ void ZoomCmd::mouseDragBegin(MouseEvent* event)
     if (event->button() != kLeftButton)
         return;
     SceneEvaluator* evaluator = SceneEvaluator::get(event->position());
-    m_viewFragmentNode = evaluator ? evaluator->viewFragmentNode() : nullptr;
-    if (!m_viewFragmentNode)
+    m_curViewFragmentNode = evaluator ? evaluator->viewFragmentNode() : nullptr;
+    if (!m_curViewFragmentNode)
         return;
     m_lastPosition = event->position();
     startCameraInteraction(assetSession());
@@ -95,7 +95,7 @@ void ZoomCmd::mouseDragBegin(MouseEvent* event)
 
 void ZoomCmd::mouseDrag(MouseEvent* event)
 {
-    Camera* camera = cameraOf(m_viewFragmentNode.get());
+    Camera* camera = cameraOf(m_curViewFragmentNode.get());
     if (!camera)
         return;
     const int dy = event->position().y - m_lastPosition.y;
@@ -106,12 +106,12 @@ void ZoomCmd::mouseDrag(MouseEvent* event)
 
 void ZoomCmd::mouseDragEnd(MouseEvent* event)
 {
-    if (m_viewFragmentNode)
-        cameraDragMade(cameraOf(m_viewFragmentNode.get()));
+    if (m_curViewFragmentNode)
+        cameraDragMade(cameraOf(m_curViewFragmentNode.get()));
     if (event->button() == kLeftButton) {
-        if (m_viewFragmentNode)
+        if (m_curViewFragmentNode)
             endCameraInteraction(assetSession());
-        m_viewFragmentNode = nullptr;
+        m_curViewFragmentNode = nullptr;
     }
     m_pendingClicks = 1;
 }
@@ -138,6 +138,8 @@ void ZoomCmd::zoomByScroll(MouseEvent* event)
     const bool reverse = UIBaseOptionGroup::get()->reverseZoomDirection();
     const double delta = reverse ? -event->delta() : event->delta();
     camera->zoom(1.0 - delta / kDeltaOfOneNotch * kZoomOfOneNotch);
+    // The zoom alone: a replay has no pointer under which a place is to be held.
+    recordCameraStep(camera);
 
     GkVector3d correction;
     if (camera->projection() == Vs::Scene::kParallelProjection) {
@@ -150,7 +152,7 @@ void ZoomCmd::zoomByScroll(MouseEvent* event)
     camera->dolly(correction);
     if (SceneEvaluator* stale = SceneEvaluator::get(place))
         stale->invalidate();
-    cameraStepMade(camera);
+    WorkspaceWindow::invalidate(kInvalidateAll);
 }
 
 } // namespace Vu::Commands

@@ -43,8 +43,8 @@ protected:
 private:
     Vs::Point2 m_lastPosition;
     Vs::StrongRef<Rendra::Graphics::GroupNode>
-        m_viewFragmentNode;  ///< What is zoomed; null outside of a drag.
-    int m_pendingClicks = 0; ///< Releases that are no clicks, because they end a drag.
+        m_curViewFragmentNode; ///< What is zoomed; null outside of a drag.
+    int m_pendingClicks = 0;   ///< Releases that are no clicks, because they end a drag.
     bool m_passive;
 };
 
