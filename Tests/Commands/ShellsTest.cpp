@@ -193,7 +193,7 @@ TEST_F(ShellsTest, TheLinesOfSplitViewsLayOutCountAndGoAround)
 {
     EXPECT_EQ(failure(L"SplitView.NewDoc"), L"Invalid Asset Type");
     EXPECT_EQ(failure(L"SplitView.NewDoc NoSuchAssetType"), L"Invalid Asset Type");
-    failure(L"SplitView.NextAsset");
+    EXPECT_EQ(failure(L"SplitView.NextAsset"), L"SplitView.NextAsset: invalid vector<T> subscript");
     answer(L"Design.Sample");
     AssetSession* first = activeSession();
     answer(L"SplitView.ResetLayout Quad");
@@ -308,15 +308,18 @@ TEST_F(ShellsTest, TheWelcomeComesAtEachActivationButNotInTestRuns)
     Vs::Tasks* idle = Application::get()->idleTasks();
     answer(L"Design.Sample");
     idle->flush();
+    // The marker of an earlier orbit may still wait to be hidden.
+    size_t others = idle->size();
     answer(L"VuCommands.ManagementShellCmd");
-    EXPECT_TRUE(idle->empty());
+    EXPECT_EQ(idle->size(), others);
     for (int i = 0; i < 2; ++i) {
         answer(L"VuCommands.AssetShellCmd " + shell()->currentAssetSession()->serialize());
         idle->flush();
+        others = idle->size();
         Application::testing(false);
         answer(L"VuCommands.ManagementShellCmd");
         Application::testing(true);
-        EXPECT_FALSE(idle->empty());
+        EXPECT_GT(idle->size(), others);
         idle->flush();
     }
 }
@@ -370,6 +373,10 @@ TEST_F(CameraTest, NonsenseIsToldAndLeavesACameraThatWorks)
         {L"100,0,0 0,0,0 0,0,1 1 100 0 50 1", L"The extents are not above zero."},
         {L"100,0,0 0,0,0 0,0,1 1 100 50 -50 2", L"The extents are not above zero."},
         {L"1e200,0,0 0,0,0 0,0,1 1 100 50 50 2", L"The position or the target is too far away"},
+        {L"100,0,0 0,0,0 0,1e200,0 1 100 50 50 2", L"The up vector is too long"},
+        {L"100,0,0 0,0,0 0,0,1 1 1e200 50 50 2", L"The near or the far distance is too large"},
+        {L"100,0,0 0,0,0 0,0,1 1 100 1e200 50 2", L"The width or the height is too large"},
+        {L"100,0,0 0,0,0 0,0,1 -1 100 50 50 2", L"The near distance is not above zero."},
         {L"100,0,0 0,0,0 0,0,1 1 100 50 50 7", L"There is no projection 7"},
         {L"5,5,5 5,5,5 0,0,0 9 1 -1 0 2", L"The position is at the target. The up vector has no length. The "
                                           L"near distance is not below the far "

@@ -14,6 +14,7 @@
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
+#include <vector>
 
 namespace Vu::Commands {
 namespace {
@@ -79,44 +80,63 @@ constexpr DirectTextRow kZoomIn  = {kArea, L"ZoomIn",  L"Zoom in camera with a <
 constexpr DirectTextRow kZoomOut = {kArea, L"ZoomOut", L"Zoom Out camera with a <factor> or default factor like one mouse wheel event", "", false};
 // clang-format on
 
-bool same(const GkPoint3d& a, const GkPoint3d& b)
+bool same(const GkVector3d& a, const GkVector3d& b)
 {
     return a.x == b.x && a.y == b.y && a.z == b.z;
 }
 
+/// What there is to tell, each with its sentence.
+using Faults = std::vector<std::pair<bool, std::wstring>>;
+
 /// What of a camera makes no sense; each is mended when a picture is made, and told so that a script finds
 /// its mistake.
-std::wstring faultsOf(const Vs::Scene::Camera& camera)
+Faults faultsOf(const Vs::Scene::Camera& camera)
 {
     const GkVector3d along = camera.target() - camera.position();
-    const std::pair<bool, const wchar_t*> faults[] = {
-        {along.isZeroLength({0, 0}), L"The position is at the target."},
-        {camera.up().isZeroLength({0, 0}), L"The up vector has no length."},
-        {!along.isZeroLength({0, 0}) && !camera.up().isZeroLength({0, 0}) && along.isParallelTo(camera.up()),
-         L"The up vector lies along the view direction."},
+    const bool there = along.isZeroLength({0, 0}), flat = camera.up().isZeroLength({0, 0});
+    const bool perspective = camera.projection() == Vs::Scene::kPerspectiveProjection;
+    return {
+        {there, L"The position is at the target."},
+        {flat, L"The up vector has no length."},
+        {!there && !flat && along.isParallelTo(camera.up()), L"The up vector lies along the view direction."},
+        {perspective && !(camera.clipNear() > 0), L"The near distance is not above zero."},
         {!(camera.clipNear() < camera.clipFar()), L"The near distance is not below the far one."},
-        {!(camera.extentsWidth() > 0) || !(camera.extentsHeight() > 0), L"The extents are not above zero."},
+        {!(camera.extentsWidth() > 0 && camera.extentsHeight() > 0), L"The extents are not above zero."},
     };
-    std::wstring text;
-    for (const auto& [present, message] : faults)
-        if (present)
-            text += (text.empty() ? L"" : L" ") + std::wstring(message);
-    return text;
+}
+
+/// What the camera did not take of what it was told.
+Faults refusalsOf(const Vs::Scene::Camera& camera, const TextCommandParameters& parameters)
+{
+    const auto isPoint = [&](size_t at, const GkPoint3d& taken) {
+        return same(point(parameters[at]).asVector(), taken.asVector());
+    };
+    const auto isNumber = [&](size_t at, double taken) { return number<double>(parameters[at]) == taken; };
+    const int projection = number<int>(parameters[7]);
+    return {
+        {!isPoint(0, camera.position()) || !isPoint(1, camera.target()),
+         L"The position or the target is too far away for a camera and was left as it was."},
+        {!same(vector(parameters[2]), camera.up()),
+         L"The up vector is too long for a camera and was left as it was."},
+        {!isNumber(3, camera.clipNear()) || !isNumber(4, camera.clipFar()),
+         L"The near or the far distance is too large for a camera and was left as it was."},
+        {!isNumber(5, camera.extentsWidth()) || !isNumber(6, camera.extentsHeight()),
+         L"The width or the height is too large for a camera and was left as it was."},
+        {projection != camera.projection(),
+         L"There is no projection " + std::to_wstring(projection) + L"; 1 is parallel, 2 perspective."},
+    };
 }
 
 /// Empty if the camera is as it was told to be and can be. It is never left without a picture, so what is
 /// told here is for the script to be mended.
-TextCommandResult answerFor(const Vs::Scene::Camera* camera, const TextCommandParameters& parameters)
+TextCommandResult answerFor(const Vs::Scene::Camera& camera, const TextCommandParameters& parameters)
 {
-    if (!camera)
-        return {0, {}};
-    std::wstring faults = faultsOf(*camera);
-    const auto add = [&](const std::wstring& fault) { faults += (faults.empty() ? L"" : L" ") + fault; };
-    if (!same(camera->position(), point(parameters[0])) || !same(camera->target(), point(parameters[1])))
-        add(L"The position or the target is too far away for a camera and was left as it was.");
-    if (const int projection = number<int>(parameters[7]); projection != camera->projection())
-        add(L"There is no projection " + std::to_wstring(projection) + L"; 1 is parallel, 2 perspective.");
-    return {faults.empty() ? 0u : 1u, faults};
+    std::wstring text;
+    for (const Faults& faults : {faultsOf(camera), refusalsOf(camera, parameters)})
+        for (const auto& [present, sentence] : faults)
+            if (present)
+                text += (text.empty() ? L"" : L" ") + sentence;
+    return {text.empty() ? 0u : 1u, text};
 }
 
 class TextCmdCameraSet : public DirectTextCommand<kSet>
@@ -138,7 +158,7 @@ public:
             camera->projection(number<int>(parameters[7]));
         }
         WorkspaceWindow::invalidate(kInvalidateAll);
-        return answerFor(camera, parameters);
+        return camera ? answerFor(*camera, parameters) : TextCommandResult{0, {}};
     }
 };
 

@@ -71,7 +71,7 @@ public:
             return {0, {}};
         AssetSession* session = shell->nextAssetSession();
         if (!session && shell->assetSessions().empty())
-            throw std::out_of_range("invalid vector<T> subscript");
+            throw std::runtime_error("invalid vector<T> subscript");
         shell->currentAssetSession(session ? session : shell->assetSessions().front(), false, false);
         return {0, {}};
     }
