@@ -17,13 +17,10 @@
 namespace Vu::Commands {
 namespace {
 
-constexpr const char* kCustomSize = "Custom...";
 constexpr const char* kSizes[] = {
     "1920 x 1080 (16:9)", "1280 x 720 (16:9)", "1280 x 1024 (4:3)", "1024 x 768 (4:3)", "800 x 600 (4:3)",
     "640 x 480 (4:3)",    "1024 x 1024 (1:1)", "512 x 512 (1:1)",   "256 x 256 (1:1)",
 };
-constexpr const char* kPixels = "Pixels";
-constexpr const char* kInches = "Inches";
 constexpr int kLargestResolution = 2400;
 
 QString text(const char* key, const char* english)
@@ -34,6 +31,16 @@ QString text(const char* key, const char* english)
 QString currentWindowSize()
 {
     return text("CurrentDocumentWindowSize", "Current Document Window Size");
+}
+
+QString customSize()
+{
+    return text("CustomSize", "Custom...");
+}
+
+QString inches()
+{
+    return text("Inches", "Inches");
 }
 
 template <class Widget, class... Arguments>
@@ -89,10 +96,10 @@ void QTSaveAsImageOptionsDlg::build()
     buttonBox = named<QDialogButtonBox>("buttonBox", QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
 
     comboBoxSize->addItem(currentWindowSize());
-    comboBoxSize->addItem(QLatin1String(kCustomSize));
+    comboBoxSize->addItem(customSize());
     for (const char* size : kSizes)
         comboBoxSize->addItem(QLatin1String(size));
-    comboBoxWidthUnit->addItems({QLatin1String(kPixels), QLatin1String(kInches)});
+    comboBoxWidthUnit->addItems({text("Pixels", "Pixels"), inches()});
     labelHeightUnit->setText(comboBoxWidthUnit->currentText());
     for (QLineEdit* edit : {lineEditWidth, lineEditHeight})
         edit->setValidator(new QIntValidator(1, int(kLargestImage), edit));
@@ -177,9 +184,9 @@ void QTSaveAsImageOptionsDlg::sizeIndexChanged(const QString& entry)
 
 void QTSaveAsImageOptionsDlg::unitIndexChanged(const QString& entry)
 {
-    const bool inches = entry == QLatin1String(kInches);
-    m_model.unit(inches ? ImageSizeModel::Unit::Inches : ImageSizeModel::Unit::Pixels);
-    lineEditReso->setEnabled(inches);
+    const bool inInches = entry == inches();
+    m_model.unit(inInches ? ImageSizeModel::Unit::Inches : ImageSizeModel::Unit::Pixels);
+    lineEditReso->setEnabled(inInches);
     labelHeightUnit->setText(entry);
     showNumbers(nullptr);
 }
@@ -207,7 +214,7 @@ void QTSaveAsImageOptionsDlg::resoEdited(const QString& text)
 void QTSaveAsImageOptionsDlg::showCustomSize()
 {
     const QSignalBlocker quiet(comboBoxSize);
-    comboBoxSize->setCurrentText(QLatin1String(kCustomSize));
+    comboBoxSize->setCurrentText(customSize());
 }
 
 // The field that the user is typing in is left alone.
