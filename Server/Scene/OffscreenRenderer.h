@@ -32,6 +32,8 @@ struct ImageOptions
     bool fine = true;
     bool moving = false;  ///< As RenderTarget::moving.
     bool effects = false; ///< As RenderTarget::effects; a fine picture has them always.
+    /// Pixels of the picture for each logical one: for a dense screen, on which lines have as many more.
+    float pixelRatio = 1;
 
     /// Those of the GraphicsOptionGroup.
     static ImageOptions current();

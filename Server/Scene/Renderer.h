@@ -36,8 +36,10 @@ struct RenderTarget
     bool grid = false;                   ///< The layout grid, in fragments that show a model,
     bool gridNumbers = false;            ///< and with it its numbers.
     int selectionEffect = kNormalEffect; ///< Any other number than an ESelectionEffect is as kFastEffect.
+    /// Of edges, in logical pixels: a line of just one is lost where it lies between two rows.
+    static constexpr float kLineWidth = 1.15f;
     /// Width of edges in pixels of the framebuffer.
-    float lineWidth = 1.0f;
+    float lineWidth = kLineWidth;
     /// How many pixels of the framebuffer make one of the picture, each way; above 1 for supersampling.
     int pixelScale = 1;
     /// Whether what costs much is drawn, if the fragment asks for it: shaded corners, shadows, mirror images,

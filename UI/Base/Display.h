@@ -39,6 +39,8 @@ public:
     /// In logical pixels; 0 while empty.
     virtual int width() const = 0;
     virtual int height() const = 0;
+    /// Pixels of the screen for each logical one; 1 while empty.
+    virtual double pixelRatio() const = 0;
     virtual void update() = 0;
     virtual void repaint() = 0;
     /// Null for the usual pointer.

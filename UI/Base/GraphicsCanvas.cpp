@@ -7,6 +7,7 @@
 #include "UI/Base/SplitViewMgr.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace Vu {
 namespace {
@@ -19,6 +20,11 @@ std::vector<GraphicsCanvas*>& canvasList()
 {
     static auto* const list = new std::vector<GraphicsCanvas*>;
     return *list;
+}
+
+int inPixels(int length, const CanvasSurface* surface)
+{
+    return surface ? static_cast<int>(std::lround(length * surface->pixelRatio())) : length;
 }
 
 } // namespace
@@ -70,6 +76,16 @@ int GraphicsCanvas::width() const
 int GraphicsCanvas::height() const
 {
     return existingWidget() ? m_surface->height() : kNewHeight;
+}
+
+int GraphicsCanvas::pixelWidth() const
+{
+    return inPixels(width(), m_surface.get());
+}
+
+int GraphicsCanvas::pixelHeight() const
+{
+    return inPixels(height(), m_surface.get());
 }
 
 void GraphicsCanvas::invalidate()

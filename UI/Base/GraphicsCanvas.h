@@ -32,6 +32,9 @@ public:
     /// In logical pixels. A canvas without a widget has the size that a new window would give it.
     int width() const;
     int height() const;
+    /// In pixels of the screen, of which a dense one has several for each logical pixel.
+    int pixelWidth() const;
+    int pixelHeight() const;
 
     /// Draws anew at the end of the event.
     void invalidate();

@@ -19,8 +19,6 @@ constexpr int kSamples = 4;
 /// samples, of which a fine picture has 16.
 constexpr int64_t kTilePixels = int64_t(1) << 21;
 constexpr int64_t kFineTilePixels = int64_t(1) << 20;
-/// Width of edges in pixels of the picture.
-constexpr float kLineWidth = 1.15f;
 
 /// Runs one piece of work after the other in a thread of its own; the caller waits for each.
 class Worker
@@ -219,7 +217,7 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments, con
     picture.dome = options.dome;
     picture.grid = options.grid;
     picture.gridNumbers = options.gridNumbers;
-    picture.lineWidth = kLineWidth * float(scale);
+    picture.lineWidth = Rendra::RenderTarget::kLineWidth * options.pixelRatio * float(scale);
     picture.pixelScale = scale;
     picture.effects = options.fine || options.effects;
     picture.moving = options.moving;

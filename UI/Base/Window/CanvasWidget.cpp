@@ -83,6 +83,8 @@ public:
         Vs::Scene::GraphicsOptionGroup::get()->unsubscribe(this);
     }
 
+    const GraphicsCanvas& canvas() const { return *m_canvas; }
+
     /// What is to be drawn now; none without a view.
     std::vector<Vs::Scene::ViewFragment*> fragments()
     {
@@ -243,10 +245,9 @@ protected:
     {
         if (!m_renderer)
             return;
-        const double ratio = devicePixelRatioF();
         Rendra::RenderTarget target = Rendra::RenderTarget::current();
-        target.width = static_cast<int>(width() * ratio);
-        target.height = static_cast<int>(height() * ratio);
+        target.width = m_link.canvas().pixelWidth();
+        target.height = m_link.canvas().pixelHeight();
         // Where the processor draws, a camera on its way must not wait for what costs much; the picture that
         // follows when it stands still has it all.
         const bool software = m_renderer->drawsInSoftware();
@@ -256,7 +257,7 @@ protected:
         QOpenGLFramebufferObject* smooth = rich ? m_smooth.get() : nullptr;
         target.framebuffer = smooth ? smooth->handle() : defaultFramebufferObject();
         target.samples = smooth ? smooth->format().samples() : 1;
-        target.lineWidth = static_cast<float>(ratio);
+        target.lineWidth = Rendra::RenderTarget::kLineWidth * static_cast<float>(devicePixelRatioF());
         target.moving = m_link.moving();
         target.effects = rich;
         QElapsedTimer clock;
@@ -326,12 +327,13 @@ protected:
         options.moving = m_link.moving();
         options.effects = !options.moving;
         options.transparentBackground = false;
+        options.pixelRatio = static_cast<float>(devicePixelRatioF());
         Vs::Scene::Image image;
         Vs::Status status;
-        const double ratio = devicePixelRatioF();
+        const GraphicsCanvas& canvas = m_link.canvas();
         if (fragments.empty() || !Vs::Scene::OffscreenRenderer::get()->render(
-                                     fragments, static_cast<uint32_t>(width() * ratio),
-                                     static_cast<uint32_t>(height() * ratio), options, image, status)) {
+                                     fragments, static_cast<uint32_t>(canvas.pixelWidth()),
+                                     static_cast<uint32_t>(canvas.pixelHeight()), options, image, status)) {
             painter.fillRect(rect(), palette().window());
             painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap,
                              QString::fromStdWString(status.toString()));
@@ -385,6 +387,7 @@ public:
 
     int width() const override { return m_widget ? m_widget->width() : 0; }
     int height() const override { return m_widget ? m_widget->height() : 0; }
+    double pixelRatio() const override { return m_widget ? m_widget->devicePixelRatioF() : 1; }
     void update() override
     {
         if (m_widget)

@@ -48,6 +48,8 @@ std::unique_ptr<QCoreApplication> QtDisplay::makeApplication(int& count, char** 
     QSurfaceFormat format;
     format.setVersion(3, 3);
     format.setProfile(QSurfaceFormat::CoreProfile);
+    // Without it Qt asks for a context in which lines are one pixel wide, whatever is wanted.
+    format.setOption(QSurfaceFormat::DeprecatedFunctions);
     format.setDepthBufferSize(24);
     QSurfaceFormat::setDefaultFormat(format);
     QApplication::setApplicationName(QStringLiteral("Quillet"));

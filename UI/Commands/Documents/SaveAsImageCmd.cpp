@@ -78,8 +78,8 @@ private:
 void takeWindowSize(const GraphicsView& view, ImageOptions& options)
 {
     const GraphicsCanvas* canvas = Application::headless() ? nullptr : view.canvas();
-    options.width = canvas ? static_cast<uint32_t>(canvas->width()) : kDefaultWidth;
-    options.height = canvas ? static_cast<uint32_t>(canvas->height()) : kDefaultHeight;
+    options.width = canvas ? static_cast<uint32_t>(canvas->pixelWidth()) : kDefaultWidth;
+    options.height = canvas ? static_cast<uint32_t>(canvas->pixelHeight()) : kDefaultHeight;
 }
 
 /// Takes what the context says. Returns false if it says nothing about the size, so that the user is to be

@@ -1,0 +1,229 @@
+// What a person sees in the window on a real display, beside what a run without one draws.
+
+#include "Server/AddInMgr/AddInMgr.h"
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/ViewFragment.h"
+#include "Tests/Support/Process.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/AutoCamViewFragment.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SceneUtilities.h"
+#include "UI/Base/Workspace.h"
+#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QOpenGLWidget>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+
+#include <cmath>
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+using namespace Vu;
+
+namespace {
+
+/// Longer than a camera takes to count as standing still, after which the picture has everything.
+constexpr int kStillMilliseconds = 400;
+
+class WindowPicture : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!canvas())
+            GTEST_SKIP() << "NOTICE: no display with OpenGL to show a window on";
+    }
+
+    static void run(const std::wstring& line)
+    {
+        const Vs::TextCommandResult result = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
+        EXPECT_EQ(result.first, 0u) << Vs::Strings::narrow(line + L": " + result.second);
+        Application::get()->flushDeferredTasks();
+    }
+    static GraphicsCanvas* canvas() { return SceneUtilities::getActiveGraphicsCanvas(); }
+    static GraphicsView* view() { return SceneUtilities::getActiveAssetGraphicView(); }
+    static QOpenGLWidget* widget() { return qobject_cast<QOpenGLWidget*>(canvas()->existingWidget()); }
+
+    static AutoCamViewFragment* orbicon()
+    {
+        for (Vs::Scene::ViewFragment* fragment : view()->viewFragments())
+            if (auto* found = Vs::cast<AutoCamViewFragment>(fragment))
+                return found;
+        return nullptr;
+    }
+    /// As the display sends it: through the window, which finds the widget. Places are logical pixels of the
+    /// canvas.
+    using Mouse = void (*)(QWindow*, Qt::MouseButton, Qt::KeyboardModifiers, QPoint, int);
+    static void mouse(Mouse send, Qt::MouseButton button, const QPoint& place)
+    {
+        send(window(), button, {}, widget()->mapTo(widget()->window(), place), -1);
+        QTest::qWait(20);
+    }
+    static void move(const QPoint& place)
+    {
+        QTest::mouseMove(window(), widget()->mapTo(widget()->window(), place));
+        QTest::qWait(20);
+    }
+    static QWindow* window() { return widget()->window()->windowHandle(); }
+
+    static QImage inWindow()
+    {
+        QTest::qWait(kStillMilliseconds);
+        return widget()->grabFramebuffer().convertToFormat(QImage::Format_RGBA8888);
+    }
+    static QImage withoutWindow(int width, int height)
+    {
+        Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
+        options.fine = false;
+        options.effects = true;
+        options.pixelRatio = float(widget()->devicePixelRatioF());
+        Vs::Scene::Image image;
+        Vs::Status status;
+        EXPECT_TRUE(Vs::Scene::OffscreenRenderer::get()->render(view()->viewFragments(), uint32_t(width),
+                                                                uint32_t(height), options, image, status));
+        return QImage(image.pixels.data(), width, height, width * 4, QImage::Format_RGBA8888).copy();
+    }
+};
+
+/// How two pictures of one size differ.
+struct Difference
+{
+    double mean = 0;    ///< Of all channels, in steps of 255.
+    double visible = 0; ///< Part of the pixels that differ by more than 32 steps in a channel.
+};
+
+Difference difference(const QImage& a, const QImage& b)
+{
+    Difference result;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x) {
+            const uchar *p = a.constScanLine(y) + 4 * x, *q = b.constScanLine(y) + 4 * x;
+            int most = 0;
+            for (int channel = 0; channel < 3; ++channel) {
+                most = std::max(most, std::abs(p[channel] - q[channel]));
+                result.mean += std::abs(p[channel] - q[channel]) / 3.0;
+            }
+            result.visible += most > 32;
+        }
+    const double pixels = double(a.width()) * a.height();
+    return {result.mean / pixels, result.visible / pixels};
+}
+
+TEST_F(WindowPicture, ShowsWhatARunWithoutAWindowDraws)
+{
+    const wchar_t* const settings[] = {
+        L"VisualStyleCmd ViewVisualStyleShadedWithEdgesHL",
+        L"VisualStyleCmd ViewVisualStyleWireframeHL",
+        L"VisualStyleCmd ViewVisualStyleRealistic",
+        L"GroundPlaneCmd ViewGroundPlaneOnCommand",
+        L"ObjectShadowCmd ViewObjectShadowSoft2Command",
+        L"LayoutGridOnCmd ViewLayoutGridOnCommand",
+        L"NPREffectCmd ViewNPRPastelCommand",
+        L"MSAACmd ViewMSAAOffCommand",
+    };
+    for (const wchar_t* setting : settings) {
+        SCOPED_TRACE(Vs::Strings::narrow(setting));
+        run(std::wstring(L"VuCommands.View") + setting);
+        const QImage shown = inWindow();
+        ASSERT_EQ(shown.size(), QSize(canvas()->pixelWidth(), canvas()->pixelHeight()));
+        const Difference differs = difference(shown, withoutWindow(shown.width(), shown.height()));
+        // A large picture is put together from tiles, whose matrices are rounded each for itself.
+        EXPECT_LT(differs.mean, 0.4);
+        EXPECT_LT(differs.visible, 0.001);
+    }
+    Vs::Scene::GraphicsOptionGroup::get()->reset();
+}
+
+TEST_F(WindowPicture, IsAsSharpAsTheScreenAndTheMouseIsWhereThePictureIs)
+{
+    const double ratio = widget()->devicePixelRatioF();
+    EXPECT_EQ(canvas()->pixelWidth(), std::lround(canvas()->width() * ratio));
+    EXPECT_EQ(canvas()->pixelHeight(), std::lround(canvas()->height() * ratio));
+
+    // What is grabbed stays under the pointer.
+    const QPoint from(canvas()->width() / 2, canvas()->height() / 2), to = from + QPoint(90, -40);
+    const GkPoint3d grabbed = view()->windowToWorld({from.x(), from.y()});
+    mouse(&QTest::mousePress, Qt::MiddleButton, from);
+    move(from + QPoint(40, -20));
+    move(to);
+    mouse(&QTest::mouseRelease, Qt::MiddleButton, to);
+    EXPECT_LT(view()->windowToWorld({to.x(), to.y()}).distanceTo(grabbed), 0.5);
+
+    // The cube's middle, seen straight from the front, is its front.
+    const AutoCamViewFragment* cube = orbicon();
+    const AutoCamViewFragment::Place place = cube->place();
+    const QPoint middle(int(place.left + place.size / 2), int(place.top + place.size / 2));
+    Vs::Scene::Camera& camera = *view()->modelFragment()->camera();
+    camera.look({0.1, 1, -0.1}, {0, 0, 1});
+    mouse(&QTest::mouseClick, Qt::LeftButton, middle);
+    EXPECT_GT(camera.direction().y, 1 - 1e-9);
+}
+
+TEST_F(WindowPicture, ACapturedImageHasThePixelsOfTheWindow)
+{
+    const TestSupport::ScratchFolder folder;
+    const QString path = QString::fromStdString((folder.path() / "shot.png").string());
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [] {
+        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+            dialog->accept();
+    });
+    answer.start(50);
+    run(L"Commands.Start SaveAsImageCommand Path=" + path.toStdWString());
+    EXPECT_EQ(QImage(path).size(), QSize(canvas()->pixelWidth(), canvas()->pixelHeight()));
+}
+
+class Program : public testing::Environment
+{
+public:
+    Program(int count, char** arguments) : m_count(count), m_arguments(arguments) {}
+
+    void SetUp() override
+    {
+        if (!std::getenv("DISPLAY"))
+            return;
+        Vs::PathInfo::profileDirectory(m_folder.path() / "profile");
+        Application::initialize(m_count, m_arguments, false);
+        Application::testing(true);
+        Vs::Status status;
+        Vs::AddInMgr::get()->loadAddIns(status);
+        ASSERT_TRUE(status.isOk()) << status.matchingError("");
+        WorkspaceMgr::get()->create()->window()->show();
+        Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Design.Sample");
+        QTest::qWait(kStillMilliseconds);
+    }
+    void TearDown() override
+    {
+        if (!std::getenv("DISPLAY"))
+            return;
+        Application::get()->exit(true);
+        Application::get()->shutDown();
+        Vs::AddInMgr::get()->unloadAddIns();
+    }
+
+private:
+    TestSupport::ScratchFolder m_folder;
+    int m_count;
+    char** m_arguments;
+};
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    testing::InitGoogleTest(&count, arguments);
+    testing::AddGlobalTestEnvironment(new Program(count, arguments));
+    return RUN_ALL_TESTS();
+}
