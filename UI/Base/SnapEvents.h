@@ -8,7 +8,7 @@ class Asset;
 
 namespace Vu::Inference {
 
-/// Something about snapping to the grid changed in an asset's views.
+/// Something about snapping to the grid changed.
 class SnapEvent : public Vs::Implements<SnapEvent, Vs::Event>
 {
 public:
@@ -27,6 +27,8 @@ class SnapEventSite : public Vs::EventSite
 public:
     /// The numbers along the grid's axes were shown or hidden.
     virtual void gridNumbersToggled(SnapEvent*) {}
+    /// One of the settings of the SnapManager changed.
+    virtual void snapSettingsChanged(SnapEvent*) {}
 };
 
 /// Main thread only.
@@ -36,6 +38,7 @@ public:
     static SnapEventSource* get();
 
     void fireGridNumbersToggled(SnapEvent* event) { fire(&SnapEventSite::gridNumbersToggled, event); }
+    void fireSnapSettingsChanged(SnapEvent* event) { fire(&SnapEventSite::snapSettingsChanged, event); }
 };
 
 } // namespace Vu::Inference

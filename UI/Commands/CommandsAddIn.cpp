@@ -38,6 +38,7 @@
 #include "UI/Commands/Help/AboutBoxCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
+#include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
 #include "UI/Commands/Shells/AssetCmds.h"
 #include "UI/Commands/Shells/DefaultShellFactory.h"
@@ -105,6 +106,9 @@ private:
     AboutBoxCmdDef m_aboutBoxCmdDef;
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;
+    EnableAdaptiveSnapCmdDef m_enableAdaptiveSnapCmdDef;
+    DisableAdaptiveSnapCmdDef m_disableAdaptiveSnapCmdDef;
+    SetSnapValueCmdDef m_setSnapValueCmdDef;
     OrbitCmdDef m_orbitCmdDef;
     FreeOrbitCmdDef m_freeOrbitCmdDef;
     ConstrainedOrbitCmdDef m_constrainedOrbitCmdDef;

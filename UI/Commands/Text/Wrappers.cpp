@@ -15,6 +15,7 @@
 #include "UI/Commands/Documents/RecentDocumentsCmd.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
 #include "UI/Commands/ExitApplicationCmd.h"
+#include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
 #include "UI/Commands/Shells/AssetCmds.h"
 #include "UI/Commands/Shells/EnvironmentCmds.h"
@@ -169,6 +170,9 @@ constexpr WrapperRow kViewLayoutGridOn     = {kArea, L"ViewLayoutGridOnCmd", L"V
 constexpr WrapperRow kShowOrbicon          = {kArea, L"ShowOrbiconCmd", L"Show Orbicon.", "", &ShowOrbiconCmdDef::info};
 constexpr WrapperRow kHideOrbicon          = {kArea, L"HideOrbiconCmd", L"Hide Orbicon.", "", &HideOrbiconCmdDef::info};
 constexpr WrapperRow kViewWidget           = {kArea, L"ViewWidgetCmd",  L"View menu item.", "", &ViewWidgetCmdDef::info};
+constexpr WrapperRow kSetSnapValue        = {kArea, L"SetSnapValueCmd",        L"Set snap value.", "", &SetSnapValueCmdDef::info};
+constexpr WrapperRow kEnableAdaptiveSnap  = {kArea, L"EnableAdaptiveSnapCmd",  L"Enable snap.", "", &EnableAdaptiveSnapCmdDef::info};
+constexpr WrapperRow kDisableAdaptiveSnap = {kArea, L"DisableAdaptiveSnapCmd", L"Disable snap.", "", &DisableAdaptiveSnapCmdDef::info};
 // clang-format on
 
 Wrapper<kExitApplication> TextCmdVuCommandsExitApplicationCmd;
@@ -215,6 +219,9 @@ Wrapper<kViewLayoutGridOn> TextCmdVuCommandsViewLayoutGridOnCmd;
 Wrapper<kShowOrbicon> TextCmdVuCommandsShowOrbiconCmd;
 Wrapper<kHideOrbicon> TextCmdVuCommandsHideOrbiconCmd;
 Wrapper<kViewWidget> TextCmdVuCommandsViewWidgetCmd;
+Wrapper<kSetSnapValue> TextCmdVuCommandsSetSnapValueCmd;
+Wrapper<kEnableAdaptiveSnap> TextCmdVuCommandsEnableAdaptiveSnapCmd;
+Wrapper<kDisableAdaptiveSnap> TextCmdVuCommandsDisableAdaptiveSnapCmd;
 
 } // namespace
 } // namespace Vu::Commands
