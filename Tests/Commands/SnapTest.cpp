@@ -1,5 +1,6 @@
 #include "Server/Types/LengthUnit.h"
 #include "Tests/Commands/CommandsProgram.h"
+#include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -8,6 +9,13 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/SnapEvents.h"
 #include "UI/Base/SnapManager.h"
+#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QtTest/QTest>
 
 using namespace Vu;
 using Inference::SnapManager;
@@ -120,6 +128,43 @@ TEST_F(SnapTest, AStepOfNothingCannotBeCommitted)
     for (const double nonsense : {0.0, -1.0, 1.0 / 0.0})
         SnapManager::get()->snapIncrement(nonsense);
     EXPECT_EQ(SnapManager::get()->snapIncrement(), 3);
+}
+
+TEST_F(SnapTest, ThePanelIsFilledInByKeysAndTheMouse)
+{
+    Workspace* const before = WorkspaceMgr::activeWorkspace();
+    Workspace* const workspace = WorkspaceMgr::get()->create();
+    workspace->window()->show();
+    WorkspaceMgr::activeWorkspace(workspace);
+    CommandDefinitionMgr::get()->findCommandDefinitionById(L"SetSnapValueCmd")->onClicked();
+    const auto settle = [] {
+        Application::get()->processEvents();
+        QApplication::processEvents();
+    };
+    settle();
+    const auto* frame = workspace->window()->widget()->findChild<QWidget*>(QStringLiteral("commandPanel"));
+    ASSERT_TRUE(frame && frame->isVisible());
+    auto* fixed = frame->findChild<QWidget*>(QStringLiteral("SnapFixedInput"))->findChild<QCheckBox*>();
+    auto* value = frame->findChild<QWidget*>(QStringLiteral("SnapValueInput"))->findChild<QLineEdit*>();
+    EXPECT_FALSE(value->isEnabled());
+    QTest::mouseClick(fixed, Qt::LeftButton, {}, QPoint(8, fixed->height() / 2));
+    settle();
+    EXPECT_TRUE(value->isEnabled());
+    value->setFocus();
+    value->selectAll();
+    QTest::keyClicks(value, QStringLiteral("0"));
+    QTest::keyClick(value, Qt::Key_Return);
+    settle();
+    EXPECT_TRUE(frame->isVisible()) << "nothing is no step";
+    value->selectAll();
+    QTest::keyClicks(value, QStringLiteral("2.5"));
+    QTest::keyClick(value, Qt::Key_Return);
+    settle();
+    EXPECT_FALSE(frame->isVisible());
+    EXPECT_EQ(SnapManager::get()->snapIncrement(), 2.5);
+    EXPECT_FALSE(SnapManager::get()->adaptiveSnap());
+    WorkspaceMgr::get()->close(workspace);
+    WorkspaceMgr::activeWorkspace(before);
 }
 
 TEST_F(SnapTest, TheStepIsKeptInTheUnitOfTheDocumentWhateverTheUserSees)

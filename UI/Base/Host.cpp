@@ -3,6 +3,7 @@
 #include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandDialog.h"
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -92,11 +93,17 @@ public:
     }
     Vs::SelectionMgr* selectionManager(AssetSession* session) override { return session->selectionManager(); }
     CursorController* cursorController(CommandBase* command) override { return m_cursors.of(command); }
-    void commandGone(const CommandBase* command) override { m_cursors.forget(command); }
+    CommandDialog* commandDialog(CommandBase* command) override { return &m_dialogs[command]; }
+    void commandGone(const CommandBase* command) override
+    {
+        m_cursors.forget(command);
+        m_dialogs.erase(command);
+    }
     Vs::Tasks* deferredTasks() override { return Application::get()->deferredTasks(); }
 
 private:
     CommandCursors m_cursors;
+    std::map<const CommandBase*, CommandDialog> m_dialogs;
 };
 
 } // namespace

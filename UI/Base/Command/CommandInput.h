@@ -64,6 +64,9 @@ public:
     /// isn't valid, until it gets a value. `kind` tells whether the person is done.
     void typed(const std::wstring& text, CommandInputValueChangeEvent::EKind kind);
 
+    /// Whether the field holds a text that is no value.
+    bool refused() const { return !m_refusal.empty(); }
+
     /// Told by whoever draws the input.
     void hover(bool entering);
 

@@ -25,6 +25,7 @@
 #include "UI/Base/Window/BrowserPanel.h"
 #include "UI/Base/Window/CommandBox.h"
 #include "UI/Base/Window/CommandButton.h"
+#include "UI/Base/Window/CommandPanel.h"
 #include "UI/Base/Window/DroppedFiles.h"
 #include "UI/Base/Window/HudFrame.h"
 #include "UI/Base/Window/ProgressPanel.h"
@@ -95,7 +96,8 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
       m_attic(new QWidget(this)),
       m_progress(new ProgressPanel(this)),
       m_message(new QLabel(this)),
-      m_alerts(new AlertButton(this))
+      m_alerts(new AlertButton(this)),
+      m_panel(new CommandPanel(owner->workspace(), this))
 {
     m_attic->hide();
     setAcceptDrops(true);
@@ -262,6 +264,7 @@ void MainWindow::rebuild()
     if (lineHadFocus)
         m_commandBox->setFocus();
     tellUnknownCommands();
+    m_panel->refresh();
     refresh();
 }
 
@@ -411,7 +414,10 @@ void MainWindow::dropEvent(QDropEvent* event)
 // What comes here, none of the widgets had a use for.
 void MainWindow::keyPressEvent(QKeyEvent* event)
 {
-    if (tellActiveCommand(&IKeyEventHandler::keyPress, *event))
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && m_panel->command())
+        m_panel->commit();
+    else if (tellActiveCommand(&IKeyEventHandler::keyPress, *event))
         m_keysDown.insert(event->key());
     else
         QMainWindow::keyPressEvent(event);

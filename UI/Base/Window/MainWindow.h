@@ -24,6 +24,7 @@ class Area;
 class BrowserPanel;
 class CommandBox;
 class CommandButton;
+class CommandPanel;
 class CommandDefinition;
 class ProgressPanel;
 class WorkspaceWindow;
@@ -52,6 +53,7 @@ public:
     BrowserPanel* browser();
     CommandBox* commandBox();
     ProgressPanel* progressPanel() const { return m_progress; }
+    CommandPanel* commandPanel() const { return m_panel; }
     const std::vector<CommandButton*>& buttons() const { return m_buttons; }
 
 protected:
@@ -94,6 +96,7 @@ private:
     ProgressPanel* m_progress;
     QLabel* m_message;
     AlertButton* m_alerts;
+    CommandPanel* m_panel;
     std::vector<CommandButton*> m_buttons;
     std::wstring m_environment; ///< Whose toolbars show.
     QTimer m_rebuildTimer, m_refreshTimer;

@@ -62,6 +62,15 @@ QToolButton#alerts:hover { border-color: palette(mid); }
 QToolButton#alerts::menu-indicator { image: none; }
 QFrame#strip { border: none; border-bottom: 1px solid palette(mid); }
 QFrame#commandBox { border: none; border-top: 1px solid palette(mid); }
+QFrame#commandPanel { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
+QFrame#panelHead { border: none; border-bottom: 1px solid palette(mid); }
+QToolButton#inputGroup { border: none; border-radius: 4px; padding: 3px 0; text-align: left; font-weight: bold; }
+QToolButton#inputGroup:hover, QToolButton#inputGroup:focus { background: palette(midlight); }
+QLineEdit#inputLine { padding: 2px 4px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); }
+QLineEdit#inputLine:focus { border-color: palette(highlight); }
+QLineEdit#inputLine:disabled, QLineEdit#inputLine[readOnly="true"] { background: palette(window); }
+QLineEdit#inputLine[failed="true"] { border-color: #d3493d; }
+QLabel#inputMark { color: #ffffff; background: #d3493d; border-radius: 7px; min-width: 14px; max-width: 14px; min-height: 14px; max-height: 14px; font-weight: bold; }
 QFrame#hud { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
 QLineEdit#commandLine { padding: 4px 6px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); }
 QLineEdit#commandLine:focus { border-color: palette(highlight); }

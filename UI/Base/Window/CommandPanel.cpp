@@ -1,0 +1,363 @@
+#include "UI/Base/Window/CommandPanel.h"
+
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDialog.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/Icon.h"
+#include "UI/Base/Localized.h"
+#include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/Window/InputField.h"
+#include "UI/Base/Window/InputForm.h"
+#include "UI/Base/Window/Theme.h"
+#include "UI/Base/WorkspaceMgr.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QScrollArea>
+
+#include <algorithm>
+
+namespace Vu {
+namespace {
+
+constexpr int kWidth = 300;
+/// From the canvas's edges.
+constexpr int kDistance = 12;
+/// The head and foot of the panel stay free of the window's edge by this, however it is dragged.
+constexpr int kGrip = 40;
+
+bool startedByHand(const CommandBase& command)
+{
+    switch (command.commandContext()->commandAccessPoint()) {
+    case ECommandAccessPoint::TextLine:
+    case ECommandAccessPoint::Transcript:
+    case ECommandAccessPoint::Script:
+        return false;
+    default:
+        return true;
+    }
+}
+
+/// What stops the command, as a line for the user.
+QString problemOf(const CommandBase& command)
+{
+    for (const auto& input : command.commandInputSet()->inputs())
+        if (const std::wstring why = input->whyInvalid(); !why.empty())
+            return QString::fromStdWString(
+                localizedFormat("InputProblem", "%1%: %2%", input->info()->name(), why));
+    for (const Alert& alert : command.commandManager()->GetAlertController()->alerts())
+        if (alert.blocking)
+            return QString::fromStdWString(alert.text);
+    return {};
+}
+
+} // namespace
+
+CommandPanel::CommandPanel(const Workspace* workspace, QWidget* parent)
+    : QFrame(parent),
+      m_workspace(workspace),
+      m_head(makeHead()),
+      m_scroll(new QScrollArea(this)),
+      m_message(new QLabel(this)),
+      m_ok(nullptr)
+{
+    setObjectName(QStringLiteral("commandPanel"));
+    setAutoFillBackground(true);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(1, 1, 1, 1);
+    column->setSpacing(0);
+    column->addWidget(m_head);
+    column->addWidget(m_scroll, 1);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_message->setObjectName(QStringLiteral("inputMessage"));
+    m_message->setTextFormat(Qt::PlainText);
+    m_message->setWordWrap(true);
+    m_message->setContentsMargins(2 * kMargin, kMargin, 2 * kMargin, 0);
+    column->addWidget(m_message);
+    column->addWidget(makeButtons());
+    m_soon.setSingleShot(true);
+    connect(&m_soon, &QTimer::timeout, this, [this] { refresh(); });
+    parent->installEventFilter(this);
+    CommandEventSource::get()->subscribe(this);
+    SessionEventSource::get()->subscribe(this);
+    hide();
+}
+
+CommandPanel::~CommandPanel()
+{
+    close();
+    SessionEventSource::get()->unsubscribe(this);
+    CommandEventSource::get()->unsubscribe(this);
+}
+
+QWidget* CommandPanel::makeHead()
+{
+    auto* head = new QFrame(this);
+    head->setObjectName(QStringLiteral("panelHead"));
+    head->setCursor(Qt::SizeAllCursor);
+    head->installEventFilter(this);
+    auto* row = new QHBoxLayout(head);
+    row->setContentsMargins(2 * kMargin, kMargin, kMargin, kMargin);
+    m_icon = new QLabel(head);
+    m_title = new QLabel(head);
+    m_title->setTextFormat(Qt::PlainText);
+    QFont bold = m_title->font();
+    bold.setBold(true);
+    m_title->setFont(bold);
+    row->addWidget(m_icon);
+    row->addWidget(m_title, 1);
+    return head;
+}
+
+QWidget* CommandPanel::makeButtons()
+{
+    auto* foot = new QWidget(this);
+    auto* row = new QHBoxLayout(foot);
+    row->setContentsMargins(2 * kMargin, 2 * kMargin, 2 * kMargin, 2 * kMargin);
+    row->addStretch(1);
+    m_ok = new QPushButton(QString::fromStdWString(localized("PanelOk", "OK")), foot);
+    m_ok->setObjectName(QStringLiteral("panelOk"));
+    m_ok->setDefault(true);
+    auto* cancelButton = new QPushButton(QString::fromStdWString(localized("PanelCancel", "Cancel")), foot);
+    cancelButton->setObjectName(QStringLiteral("panelCancel"));
+    row->addWidget(m_ok);
+    row->addWidget(cancelButton);
+    connect(m_ok, &QPushButton::clicked, this, [this] { commit(); });
+    connect(cancelButton, &QPushButton::clicked, this, [this] { cancel(); });
+    return foot;
+}
+
+/// The topmost command that has a panel: a view that is turned meanwhile doesn't take it away.
+CommandBase* CommandPanel::wanted() const
+{
+    const CommandMgr* manager = CommandMgr::getActiveCommandManager();
+    if (!manager || WorkspaceMgr::activeWorkspace() != m_workspace)
+        return nullptr;
+    const std::vector<CommandBase*>& stack = manager->commandStack();
+    const auto top = std::find_if(stack.rbegin(), stack.rend(), [](const CommandBase* command) {
+        return command->usesCommandDialog() && command->commandInputSet() &&
+               (command->isActive() || command->isSuspended());
+    });
+    if (top == stack.rend())
+        return nullptr;
+    const CommandDialog* dialog = (*top)->commandDialog();
+    return dialog && !dialog->shown() ? nullptr : *top;
+}
+
+void CommandPanel::commandsChanged()
+{
+    // What ended is let go at once, before it is deleted; what began is shown at the end of the event.
+    CommandBase* const command = wanted();
+    if (m_command && command != m_command)
+        close();
+    m_soon.start(0);
+}
+
+void CommandPanel::commandInputChanged(CommandInputEvent* event)
+{
+    if (!Vs::cast<CommandInputHoverEvent>(event) && !Vs::cast<CommandInputQueryMRUCommandEvent>(event))
+        m_soon.start(0);
+}
+
+void CommandPanel::refresh()
+{
+    m_soon.stop();
+    CommandBase* const command = wanted();
+    if (m_command && command != m_command)
+        close();
+    if (command && !m_command)
+        open(command);
+    if (m_command)
+        showState();
+}
+
+void CommandPanel::open(CommandBase* command)
+{
+    m_command = command;
+    m_manager = command->commandManager();
+    CommandInputSetEventSource::get()->subscribe(this, command->commandInputSet());
+    const Info& info = *command->commandDefinition()->info();
+    m_title->setText(QString::fromStdWString(info.name()));
+    m_icon->setPixmap(iconOf(info.icon()).pixmap(kIconSize, kIconSize));
+    m_icon->setVisible(info.icon() != nullptr);
+    m_form = new InputForm(*command->commandInputSet(), m_scroll);
+    m_scroll->setWidget(m_form);
+    m_dragged = {};
+    showState();
+    show();
+    place();
+    if (InputField* first = m_form->firstField(false); first && startedByHand(*command))
+        first->setFocus(Qt::TabFocusReason);
+}
+
+void CommandPanel::close()
+{
+    if (!m_command)
+        return;
+    const QWidget* focus = QApplication::focusWidget();
+    const bool hadFocus = focus && isAncestorOf(focus);
+    m_form->forget();
+    // A command that has ended may be gone already, and its inputs with it.
+    const std::vector<CommandBase*>& running = m_manager->commandStack();
+    if (std::find(running.begin(), running.end(), m_command) != running.end())
+        CommandInputSetEventSource::get()->unsubscribe(this, m_command->commandInputSet());
+    m_command = nullptr;
+    // One of the widgets may be telling of the very click that ended the command.
+    m_scroll->takeWidget()->deleteLater();
+    m_form.clear();
+    hide();
+    const GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
+    if (QWidget* widget = canvas ? canvas->existingWidget() : nullptr; hadFocus && widget)
+        widget->setFocus();
+}
+
+void CommandPanel::showState()
+{
+    m_form->refresh();
+    const QString problem = problemOf(*m_command);
+    m_message->setText(problem);
+    m_message->setVisible(!problem.isEmpty());
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, errorColour());
+    m_message->setPalette(colours);
+    m_ok->setEnabled(problem.isEmpty() ||
+                     m_command->getPossibleMidCommandUndoContext() == EMidCommandUndoRedoContext::Step);
+    place();
+}
+
+void CommandPanel::place()
+{
+    if (!m_command)
+        return;
+    QWidget* const window = parentWidget();
+    QPoint corner(kDistance, kDistance);
+    int room = window->height() - 2 * kDistance;
+    const GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
+    const QWidget* widget = canvas ? canvas->existingWidget() : nullptr;
+    if (widget && widget->window() == window) {
+        corner += widget->mapTo(window, QPoint(0, 0));
+        room = widget->height() - 2 * kDistance;
+    }
+    corner += m_dragged;
+    const int whole =
+        layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(kWidth) : sizeHint().height();
+    const int fixed = whole - m_scroll->sizeHint().height();
+    const int wished = fixed + m_form->sizeHint().height();
+    resize(kWidth, std::min(wished, std::max(room, fixed + kGrip)));
+    corner.setX(std::clamp(corner.x(), kGrip - kWidth, std::max(0, window->width() - kGrip)));
+    corner.setY(std::clamp(corner.y(), 0, std::max(0, window->height() - kGrip)));
+    move(corner);
+    raise();
+}
+
+void CommandPanel::commit()
+{
+    if (!m_command)
+        return;
+    const CommandInUse inUse(m_command);
+    m_form->enter();
+    if (!m_command)
+        return;
+    if (!m_command->areInputsValidForCommit() &&
+        m_command->getPossibleMidCommandUndoContext() != EMidCommandUndoRedoContext::Step) {
+        showState();
+        if (InputField* wrong = m_form->firstField(true))
+            wrong->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    m_command->destroy(ETerminationReason::Commit);
+}
+
+void CommandPanel::cancel()
+{
+    if (m_command)
+        m_command->destroy(ETerminationReason::Cancel);
+}
+
+void CommandPanel::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        // On a button the key presses that.
+        if (auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+            button && isAncestorOf(button) && !button->isCheckable())
+            button->click();
+        else
+            commit();
+        break;
+    case Qt::Key_Escape:
+        cancel();
+        break;
+    default:
+        QFrame::keyPressEvent(event);
+    }
+}
+
+bool CommandPanel::focusNextPrevChild(bool next)
+{
+    std::vector<QWidget*> stops;
+    for (QWidget* child : findChildren<QWidget*>())
+        if ((child->focusPolicy() & Qt::TabFocus) && !child->focusProxy() && child->isVisible() &&
+            child->isEnabled())
+            stops.push_back(child);
+    if (stops.empty())
+        return false;
+    const auto now = std::find(stops.begin(), stops.end(), QApplication::focusWidget());
+    const size_t count = stops.size();
+    size_t index = next ? 0 : count - 1;
+    if (now != stops.end())
+        index = (static_cast<size_t>(now - stops.begin()) + (next ? 1 : count - 1)) % count;
+    stops[index]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    m_scroll->ensureWidgetVisible(stops[index]);
+    return true;
+}
+
+bool CommandPanel::eventFilter(QObject* object, QEvent* event)
+{
+    if (object == parentWidget() && event->type() == QEvent::Resize)
+        place();
+    if (object != m_head)
+        return QFrame::eventFilter(object, event);
+    if (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseMove)
+        return false;
+    const QPoint pointer = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
+    if (event->type() == QEvent::MouseMove) {
+        m_dragged += pointer - m_grabbed;
+        place();
+    }
+    m_grabbed = pointer;
+    return true;
+}
+
+// The canvas beneath gets neither the clicks nor the scrolling that the panel has no use for.
+bool CommandPanel::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+        event->accept();
+        return true;
+    case QEvent::LayoutRequest:
+        place();
+        break;
+    default:
+        break;
+    }
+    return QFrame::event(event);
+}
+
+} // namespace Vu

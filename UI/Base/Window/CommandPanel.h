@@ -1,0 +1,82 @@
+#pragma once
+
+#include "UI/Base/Command/CommandEvents.h"
+#include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/SessionEvents.h"
+
+#include <QFrame>
+#include <QPoint>
+#include <QPointer>
+#include <QTimer>
+
+class QLabel;
+class QPushButton;
+class QScrollArea;
+
+namespace Vu {
+
+class CommandMgr;
+class InputForm;
+class Workspace;
+
+/// The panel of the running command: title, inputs, what is wrong with them, OK and Cancel. It lies over the
+/// active canvas and can be dragged by its title. Enter commits the command, Escape cancels it, Tab goes
+/// round within the panel.
+class CommandPanel : public QFrame,
+                     private CommandEventSite,
+                     private SessionEventSite,
+                     private CommandInputSetEventSite
+{
+public:
+    /// Shows the commands of this workspace alone, which outlives the panel.
+    CommandPanel(const Workspace* workspace, QWidget* parent);
+    ~CommandPanel() override;
+
+    /// The command that is shown; null for none.
+    CommandBase* command() const { return m_command; }
+    /// Shows what is to be shown, now.
+    void refresh();
+    /// Takes the place over the active canvas; for when the window has changed.
+    void place();
+
+    /// Ends the command with what is in the fields, if they make sense.
+    void commit();
+    void cancel();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    void commandAvailabilitiesChanged(Vs::Event*) override { commandsChanged(); }
+    void currentSessionChanged(SessionEvent*) override { commandsChanged(); }
+    void sessionPostActivateForAsset(SessionEvent*) override { commandsChanged(); }
+    void sessionDeactivated(SessionEvent*) override { commandsChanged(); }
+    void commandInputChanged(CommandInputEvent* event) override;
+
+    CommandBase* wanted() const;
+    void commandsChanged();
+    void open(CommandBase* command);
+    void close();
+    void showState();
+    QWidget* makeHead();
+    QWidget* makeButtons();
+
+    const Workspace* m_workspace;
+    CommandBase* m_command = nullptr; ///< Never one that has ended: each end is told (CommandEventSite).
+    CommandMgr* m_manager = nullptr;  ///< Of the command; it lasts as long as that.
+    QPointer<InputForm> m_form;       ///< Null exactly if there is no command.
+    QWidget* m_head;
+    QLabel* m_icon;
+    QLabel* m_title;
+    QScrollArea* m_scroll;
+    QLabel* m_message;
+    QPushButton* m_ok;
+    QTimer m_soon;
+    QPoint m_dragged; ///< How far from its usual place the panel was dragged.
+    QPoint m_grabbed; ///< Where in the window the pointer was last, while it drags.
+};
+
+} // namespace Vu
