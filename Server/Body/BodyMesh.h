@@ -18,7 +18,7 @@ struct Colour
 /// each unique shape and shared by all of its occurrences; never changed after that.
 struct BodyMesh
 {
-    /// A run of triangles that come from one face of the body.
+    /// A run of triangles that come from one face of the body; of none if the face couldn't be meshed.
     struct Face
     {
         uint32_t firstTriangle;
@@ -30,9 +30,11 @@ struct BodyMesh
     std::vector<float> normals;      ///< x, y, z of each vertex, length one.
     std::vector<uint32_t> triangles; ///< Three vertex indices each, counter-clockwise seen from outside.
     std::vector<Face> faces;
-    std::vector<Colour> colours;      ///< The colours that single faces have of their own.
-    std::vector<float> edgePoints;    ///< x, y, z of each point of the edges' polylines.
-    std::vector<uint32_t> edgeStarts; ///< First point of each polyline; one more entry ends the last.
+    std::vector<Colour> colours;   ///< The colours that single faces have of their own.
+    std::vector<float> edgePoints; ///< x, y, z of each point of the edges' polylines.
+    /// First point of each edge's polyline; one more entry ends the last. An edge that couldn't be drawn has
+    /// no points.
+    std::vector<uint32_t> edgeStarts;
     BBox bounds;
 };
 

@@ -18,8 +18,9 @@ class Body;
 class Component
 {
 public:
-    std::string
-        id; ///< Names this component within its asset for as long as it exists, through undo and redo.
+    /// Names this component within its asset for as long as it exists, through undo, redo and saving: its
+    /// parent's id, a slash and a name of its own.
+    std::string id;
     std::wstring name;
     GkMatrix3d placement;         ///< In the parent's coordinates.
     StrongRef<Body> body;         ///< Null for a pure assembly.

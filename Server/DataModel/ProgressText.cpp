@@ -1,23 +1,14 @@
 #include "Server/DataModel/ProgressText.h"
 
-#include "Server/Base/StringTable.h"
+#include "Server/DataModel/Texts.h"
 
 #include <boost/filesystem/path.hpp>
-#include <boost/format.hpp>
 
 namespace Vs::ProgressText {
 
+using DataModel::localizedFormat;
+
 namespace {
-
-constexpr const wchar_t* kDomain = L"VsDataModel";
-
-std::wstring localizedFormat(const char* key, const char* english, const std::wstring& value)
-{
-    boost::wformat format(StringTable::getLocalizedString(kDomain, key, english));
-    // A translation that lacks the placeholder still gives a text.
-    format.exceptions(boost::io::no_error_bits);
-    return (format % value).str();
-}
 
 std::wstring nameOf(const std::wstring& path)
 {
@@ -51,7 +42,7 @@ std::wstring step(const std::string& english)
     // The catalogue's header stands under the empty text.
     if (english.empty())
         return {};
-    return StringTable::getLocalizedString(kDomain, english.c_str(), english.c_str());
+    return DataModel::localized(english.c_str(), english.c_str());
 }
 
 } // namespace Vs::ProgressText

@@ -1,5 +1,7 @@
 #include "Server/DataModel/Kernel/Mesher.h"
 
+#include "Server/DataModel/Kernel/SubShapes.h"
+
 #include <BRepAdaptor_Curve.hxx>
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepBndLib.hxx>
@@ -12,13 +14,9 @@
 #include <Poly_PolygonOnTriangulation.hxx>
 #include <Poly_Triangulation.hxx>
 #include <Standard_Failure.hxx>
-#include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopTools_DataMapOfShapeInteger.hxx>
-#include <TopTools_IndexedDataMapOfShapeListOfShape.hxx>
-#include <TopTools_ListOfShape.hxx>
 #include <TopoDS.hxx>
-#include <TopoDS_Edge.hxx>
 #include <TopoDS_Face.hxx>
 
 #include <algorithm>
@@ -56,7 +54,11 @@ public:
     {
         TopLoc_Location location;
         const Handle(Poly_Triangulation)& triangulation = BRep_Tool::Triangulation(face, location);
-        if (triangulation.IsNull() || triangulation->NbTriangles() == 0)
+        const uint32_t first = static_cast<uint32_t>(m_mesh.triangles.size() / 3);
+        const int* colour = m_colourOfFace.Seek(face);
+        const int triangles = triangulation.IsNull() ? 0 : triangulation->NbTriangles();
+        m_mesh.faces.push_back({first, static_cast<uint32_t>(triangles), colour ? *colour : -1});
+        if (triangles == 0)
             return;
         const gp_Trsf& motion = location.Transformation();
         const bool moved = !location.IsIdentity();
@@ -69,10 +71,9 @@ public:
             addVector(m_mesh.positions, point.XYZ());
             m_mesh.bounds.add({point.X(), point.Y(), point.Z()});
         }
-        const uint32_t first = static_cast<uint32_t>(m_mesh.triangles.size() / 3);
         // A mirrored placement turns the triangles over a second time.
         const bool flip = reversed != (moved && motion.IsNegative());
-        for (int i = 1; i <= triangulation->NbTriangles(); ++i) {
+        for (int i = 1; i <= triangles; ++i) {
             int a, b, c;
             triangulation->Triangle(i).Get(a, b, c);
             if (flip)
@@ -80,9 +81,6 @@ public:
             for (const int node : {a, b, c})
                 m_mesh.triangles.push_back(base + static_cast<uint32_t>(node - 1));
         }
-        const int* colour = m_colourOfFace.Seek(face);
-        m_mesh.faces.push_back(
-            {first, static_cast<uint32_t>(triangulation->NbTriangles()), colour ? *colour : -1});
         addNormals(face, triangulation, moved ? &motion : nullptr, reversed, base, first);
     }
 
@@ -233,27 +231,17 @@ bool addFreeEdge(BodyMesh& mesh, const TopoDS_Edge& edge)
     return points.NbPoints() >= 2;
 }
 
+// Each edge gets its place among the lines, also one that can't be drawn: a place tells which edge it is.
 void addEdges(BodyMesh& mesh, const TopoDS_Shape& shape)
 {
-    TopTools_IndexedDataMapOfShapeListOfShape facesOfEdge;
-    TopExp::MapShapesAndAncestors(shape, TopAbs_EDGE, TopAbs_FACE, facesOfEdge);
-    for (int i = 1; i <= facesOfEdge.Extent(); ++i) {
-        const TopoDS_Edge& edge = TopoDS::Edge(facesOfEdge.FindKey(i));
-        if (BRep_Tool::Degenerated(edge))
-            continue;
+    for (const VisibleEdge& each : visibleEdges(shape)) {
         const uint32_t start = static_cast<uint32_t>(mesh.edgePoints.size() / 3);
-        const TopTools_ListOfShape& faces = facesOfEdge(i);
-        bool added = false;
-        if (faces.IsEmpty())
-            added = addFreeEdge(mesh, edge);
-        // The seam of a closed face is no edge that anybody would see.
-        else if (!BRep_Tool::IsClosed(edge, TopoDS::Face(faces.First())))
-            for (auto face = faces.begin(); face != faces.end() && !added; ++face)
-                added = addEdgeOnFace(mesh, edge, TopoDS::Face(*face));
-        if (added)
-            mesh.edgeStarts.push_back(start);
-        else
+        bool added = each.faces.IsEmpty() && addFreeEdge(mesh, each.edge);
+        for (auto face = each.faces.begin(); face != each.faces.end() && !added; ++face)
+            added = addEdgeOnFace(mesh, each.edge, TopoDS::Face(*face));
+        if (!added)
             mesh.edgePoints.resize(size_t(start) * 3);
+        mesh.edgeStarts.push_back(start);
     }
     mesh.edgeStarts.push_back(static_cast<uint32_t>(mesh.edgePoints.size() / 3));
 }

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Object.h"
 #include "Server/Base/StrongRef.h"
+#include "Server/DataModel/Selection/ObjectPath.h"
 
 #include <string>
 #include <utility>
@@ -19,30 +20,36 @@ public:
     virtual bool isEqualTo(const Selection& other) const { return this == &other; }
 };
 
-/// A component of a model, as a place of the scene selected it.
+/// An object of a model, as a place of the scene or a text named it.
 class LogicalSelection : public Implements<LogicalSelection, Selection>
 {
 public:
     /// `picked` is what the scene knows of the place; null for what was not picked in a canvas.
+    LogicalSelection(Asset* asset, ObjectPath path, StrongRef<Selection> picked)
+        : m_asset(asset), m_path(std::move(path)), m_picked(std::move(picked))
+    {
+    }
+    /// A component.
     LogicalSelection(Asset* asset, std::string componentId, StrongRef<Selection> picked)
-        : m_asset(asset), m_componentId(std::move(componentId)), m_picked(std::move(picked))
+        : LogicalSelection(asset, ObjectPath{.component = std::move(componentId)}, std::move(picked))
     {
     }
 
     /// Not owned; only to be compared, as it may be closed by now.
     const Asset* asset() const { return m_asset; }
-    const std::string& componentId() const { return m_componentId; }
+    const ObjectPath& path() const { return m_path; }
+    const std::string& componentId() const { return m_path.component; }
     Selection* picked() const { return m_picked.get(); }
 
     bool isEqualTo(const Selection& other) const override
     {
         const auto* logical = cast<LogicalSelection>(&other);
-        return logical && logical->m_asset == m_asset && logical->m_componentId == m_componentId;
+        return logical && logical->m_asset == m_asset && logical->m_path == m_path;
     }
 
 private:
     Asset* m_asset;
-    std::string m_componentId;
+    ObjectPath m_path;
     StrongRef<Selection> m_picked;
 };
 

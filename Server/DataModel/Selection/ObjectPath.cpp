@@ -1,0 +1,255 @@
+#include "Server/DataModel/Selection/ObjectPath.h"
+
+#include "Server/Base/Status.h"
+#include "Server/Base/Strings.h"
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Texts.h"
+
+#include <boost/algorithm/string/replace.hpp>
+#include <boost/tokenizer.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <vector>
+
+namespace Vs {
+
+using DataModel::localizedFormat;
+
+namespace {
+
+using Leaf = ObjectPath::Leaf;
+using Siblings = std::vector<std::unique_ptr<Component>>;
+
+struct LeafName
+{
+    Leaf leaf;
+    const wchar_t* word;
+};
+constexpr LeafName kLeafNames[] = {
+    {Leaf::Body, L"Body"}, {Leaf::Face, L"Face"}, {Leaf::Edge, L"Edge"}, {Leaf::Vertex, L"Vertex"}};
+
+const wchar_t* wordOf(Leaf leaf)
+{
+    return std::find_if(std::begin(kLeafNames), std::end(kLeafNames),
+                        [&](const LeafName& name) { return name.leaf == leaf; })
+        ->word;
+}
+
+/// A number from 1 that is written with digits alone; 0 for anything else.
+uint32_t readCount(std::wstring_view text)
+{
+    const std::string narrow = Strings::narrow(text);
+    uint32_t number = 0;
+    const auto [end, error] = std::from_chars(narrow.data(), narrow.data() + narrow.size(), number);
+    return error == std::errc() && end == narrow.data() + narrow.size() ? number : 0;
+}
+
+using Splitter =
+    boost::tokenizer<boost::escaped_list_separator<wchar_t>, std::wstring_view::const_iterator, std::wstring>;
+
+std::optional<std::vector<std::wstring>> splitSteps(std::wstring_view text, Status& status)
+{
+    // The splitter finds no step at all in an empty text.
+    if (text.empty())
+        return std::vector<std::wstring>{L""};
+    try {
+        const boost::escaped_list_separator<wchar_t> slashes(L'\\', L'/', L'"');
+        const Splitter steps(text.begin(), text.end(), slashes);
+        return std::vector<std::wstring>(steps.begin(), steps.end());
+    } catch (const boost::escaped_list_error&) {
+        status.addError(localizedFormat(
+            "PathEscapeWrong",
+            "\"%1%\" is no path: a backslash stands only before a slash, a quote or another backslash.",
+            std::wstring(text)));
+        return std::nullopt;
+    }
+}
+
+/// One step of a path, quoted where its name needs it.
+std::wstring stepText(const std::wstring& name, size_t number)
+{
+    std::wstring text = name;
+    if (text.find_first_of(L"/\"\\\n") != std::wstring::npos) {
+        boost::replace_all(text, L"\\", L"\\\\");
+        boost::replace_all(text, L"\"", L"\\\"");
+        boost::replace_all(text, L"\n", L"\\n");
+        text = L'"' + text + L'"';
+    }
+    return text + L':' + std::to_wstring(number);
+}
+
+/// The components from below the root to the one of this id, whose beginnings are the ids of those above it
+/// (see Component::id); empty if one isn't there.
+std::vector<const Component*> chainTo(const Asset& asset, const std::string& id)
+{
+    std::vector<const Component*> chain;
+    for (size_t end = 0; end != std::string::npos;) {
+        end = id.find('/', end + 1);
+        chain.push_back(asset.findComponent(id.substr(0, end)));
+        if (!chain.back())
+            return {};
+    }
+    return chain;
+}
+
+size_t countNamed(const Siblings& siblings, std::wstring_view name)
+{
+    return std::count_if(siblings.begin(), siblings.end(),
+                         [&](const auto& component) { return component->name == name; });
+}
+
+const Component* numbered(const Siblings& siblings, std::wstring_view name, uint32_t number)
+{
+    for (const auto& component : siblings)
+        if (component->name == name && --number == 0)
+            return component.get();
+    return nullptr;
+}
+
+/// Walks from the root along the steps of a text.
+class Walk
+{
+public:
+    Walk(const Asset& asset, std::wstring_view text, Status& status)
+        : m_at(asset.components()), m_text(text), m_status(status)
+    {
+    }
+
+    bool step(const std::wstring& step)
+    {
+        if (m_path.leaf == Leaf::Component && stepToComponent(step))
+            return true;
+        return m_status.isOk() && (stepToLeaf(step) || unknown(step));
+    }
+
+    ObjectPath path() const { return m_path; }
+
+private:
+    bool stepToComponent(const std::wstring& step)
+    {
+        const size_t colon = step.rfind(L':');
+        const uint32_t number = colon == std::wstring::npos ? 0 : readCount(step.substr(colon + 1));
+        const Component* next = number ? numbered(m_at->children, step.substr(0, colon), number) : nullptr;
+        if (!next) {
+            // The colon may belong to the name.
+            const size_t count = countNamed(m_at->children, step);
+            if (count > 1) {
+                m_status.addError(localizedFormat(
+                    "PathAmbiguous",
+                    "\"%1%\": \"%2%\" is ambiguous, there are %3% of that name; write %2%:1 to %2%:%3%.",
+                    m_text, step, count));
+                return false;
+            }
+            next = count == 1 ? numbered(m_at->children, step, 1) : nullptr;
+        }
+        if (!next)
+            return false;
+        m_at = next;
+        m_path.component = next->id;
+        return true;
+    }
+
+    bool stepToLeaf(const std::wstring& step)
+    {
+        if (!m_at->body || m_path.isPartOfBody())
+            return false;
+        for (const LeafName& name : kLeafNames) {
+            const std::wstring_view word = name.word;
+            const uint32_t number = step.starts_with(word) ? readCount(step.substr(word.size())) : 0;
+            // There is one body in a component.
+            if (number == 0 || (name.leaf == Leaf::Body && (number > 1 || m_path.leaf == Leaf::Body)))
+                continue;
+            m_path.leaf = name.leaf;
+            m_path.index = number - 1;
+            return true;
+        }
+        return false;
+    }
+
+    bool unknown(const std::wstring& step)
+    {
+        const std::wstring where = m_path.component.empty() ? DataModel::localized("PathTop", "the model")
+                                                            : L'"' + m_at->name + L'"';
+        m_status.addError(
+            localizedFormat("PathUnknown", "\"%1%\": there is no \"%2%\" in %3%.", m_text, step, where));
+        return false;
+    }
+
+    const Component* m_at;
+    std::wstring m_text;
+    Status& m_status;
+    ObjectPath m_path;
+};
+
+/// How many of them the body's mesh has, which doesn't need the exact shape.
+size_t countOf(Leaf leaf, const BodyMesh& mesh)
+{
+    return leaf == Leaf::Face ? mesh.faces.size() : mesh.edgeStarts.empty() ? 0 : mesh.edgeStarts.size() - 1;
+}
+
+} // namespace
+
+std::optional<ObjectPath> ObjectPath::find(const Asset& asset, std::wstring_view text, Status& status)
+{
+    Status own;
+    const auto steps = splitSteps(text, own);
+    Walk walk(asset, text, own);
+    const bool found = steps && std::all_of(steps->begin(), steps->end(),
+                                            [&](const std::wstring& step) { return walk.step(step); });
+    status.merge(own);
+    if (!found || !walk.path().resolve(asset, status))
+        return std::nullopt;
+    return walk.path();
+}
+
+std::wstring ObjectPath::toText(const Asset& asset) const
+{
+    std::wstring text;
+    const Component* parent = asset.components();
+    for (const Component* component : chainTo(asset, component)) {
+        size_t number = 0;
+        for (const auto& sibling : parent->children) {
+            number += sibling->name == component->name ? 1 : 0;
+            if (sibling.get() == component)
+                break;
+        }
+        text += (text.empty() ? L"" : L"/") + stepText(component->name, number);
+        parent = component;
+    }
+    if (text.empty() || leaf == Leaf::Component)
+        return text;
+    text += std::wstring(L"/") + wordOf(Leaf::Body) + L'1';
+    return isPartOfBody() ? text + L'/' + wordOf(leaf) + std::to_wstring(index + 1) : text;
+}
+
+const Component* ObjectPath::resolve(const Asset& asset, Status& status) const
+{
+    const Component* found = asset.findComponent(component);
+    if (!found || (leaf != Leaf::Component && !found->body)) {
+        status.addError(
+            localizedFormat("PathStale", "What was named isn't in \"%1%\" any more.", asset.name()));
+        return nullptr;
+    }
+    if (leaf != Leaf::Face && leaf != Leaf::Edge)
+        return found;
+    const size_t count = countOf(leaf, *found->body->mesh());
+    if (index < count)
+        return found;
+    status.addError(localizedFormat("PathNoSuchPart", "\"%1%\" has no %2%: the last is number %3%.",
+                                    found->name, wordOf(leaf) + std::to_wstring(index + 1), count));
+    return nullptr;
+}
+
+std::optional<GkMatrix3d> ObjectPath::placement(const Asset& asset) const
+{
+    GkMatrix3d result;
+    const auto chain = chainTo(asset, component);
+    for (const Component* component : chain)
+        result = result * component->placement;
+    return chain.empty() ? std::nullopt : std::optional(result);
+}
+
+} // namespace Vs

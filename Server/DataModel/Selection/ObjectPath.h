@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Server/Geometry/GkMatrix3d.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Vs {
+
+class Asset;
+class Component;
+class Status;
+
+/// Names one object of an asset, from the root of the component tree to the leaf: an occurrence of a
+/// component, its body, or a face, edge or vertex of that body. A small value that holds nothing alive: it
+/// stays right through undo, saving and changes elsewhere, and is found to be stale when its object is gone.
+///
+/// As text it is the steps from the root with slashes between: `Plate:1/Bolt:2/Body1/Face3`. The number
+/// behind a component's name counts the siblings of that name; it can be left out where there is but one. So
+/// can `Body1` before a face, edge or vertex. A name that holds a slash, a quote or a backslash stands in
+/// double quotes, with a backslash before each quote and backslash in it.
+struct ObjectPath
+{
+    enum class Leaf { Component, Body, Face, Edge, Vertex };
+
+    std::string component; ///< Component::id of the occurrence.
+    Leaf leaf = Leaf::Component;
+    /// Which face, edge or vertex of the body, from 0; texts count from 1. Faces and edges are in the order
+    /// of BodyMesh::faces and BodyMesh::edgeStarts, vertices in that of the exact shape.
+    uint32_t index = 0;
+
+    friend bool operator==(const ObjectPath&, const ObjectPath&) = default;
+
+    bool isPartOfBody() const { return leaf > Leaf::Body; }
+
+    /// The object that a person's text names. Nothing, with an error that tells the step, if one is unknown
+    /// or ambiguous. Main thread.
+    static std::optional<ObjectPath> find(const Asset& asset, std::wstring_view text, Status& status);
+
+    /// The text that `find` reads back as this path; empty if the component isn't in the asset.
+    std::wstring toText(const Asset& asset) const;
+
+    /// The component, if the object is still there; else null with an error. Whether there are as many
+    /// vertices is known only to the exact shape and told where that is used.
+    const Component* resolve(const Asset& asset, Status& status) const;
+
+    /// Where the component's own coordinates lie in the asset's; nothing if it isn't in the asset.
+    std::optional<GkMatrix3d> placement(const Asset& asset) const;
+};
+
+} // namespace Vs
