@@ -9,6 +9,9 @@
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Picker.h"
 #include "Server/Scene/Projection.h"
+#include "Server/Scene/Renderer.h"
+#include "Server/Scene/Rendra/EglContext.h"
+#include "Server/Scene/Rendra/PictureTarget.h"
 
 #include <algorithm>
 #include <chrono>
@@ -89,6 +92,22 @@ Speed turn(ViewFragment& fragment, bool moving, double limit, double& first)
     return {frames / (seconds() - start), 1e3 * double(std::clock() - cpu) / CLOCKS_PER_SEC / frames};
 }
 
+/// What the graphics unit keeps for the meshes of a scene, in bytes; 0 if there is none.
+uint64_t meshBytes(ViewFragment& fragment)
+{
+    Vs::Status status;
+    const auto context = Rendra::EglContext::make(status);
+    Rendra::Renderer renderer;
+    Rendra::PictureTarget target;
+    if (!context || !renderer.initialize(status) ||
+        !target.prepare(BenchScene::kWidth, BenchScene::kHeight, 1, 1))
+        return 0;
+    renderer.render(&fragment, BenchScene::kWidth, BenchScene::kHeight, target.framebuffer());
+    const uint64_t bytes = renderer.meshBytes();
+    target.release();
+    return bytes;
+}
+
 /// Microseconds to find what lies under a pixel, the median of many.
 double pickTime(const ViewFragment& fragment)
 {
@@ -165,6 +184,11 @@ bool measure(const std::string& name)
     std::printf("first picture      %8.1f ms\n", first * 1000);
     std::printf("quillet, orbiting  %8.2f frames/s %8.1f ms of processors\n", moving.frames, moving.work);
     std::printf("quillet, whole     %8.2f frames/s %8.1f ms\n", whole.frames, whole.work);
+    size_t unique = 0;
+    for (const auto& mesh : scene.meshes)
+        unique += mesh ? mesh->triangles.size() / 3 : 0;
+    std::printf("memory of meshes   %8.1f bytes for each of %zu triangles that are sent\n",
+                double(meshBytes(*fragment)) / double(std::max<size_t>(unique, 1)), unique);
     std::printf("hover              %8.1f us\n", pickTime(*fragment));
     const Speed kernel = kernelSpeed(source, kLimit);
     if (isFile)

@@ -109,6 +109,11 @@ bool Renderer::drawsInSoftware() const
     return m_data->software;
 }
 
+uint64_t Renderer::meshBytes() const
+{
+    return m_data->meshes.bytes();
+}
+
 const RenderStatistics& Renderer::statistics() const
 {
     return m_data->statistics;

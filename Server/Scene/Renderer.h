@@ -98,6 +98,8 @@ public:
     void abandon();
 
     const RenderStatistics& statistics() const;
+    /// How many bytes the graphics unit keeps for meshes, as its driver tells. Needs the context.
+    uint64_t meshBytes() const;
 
 private:
     struct Data;

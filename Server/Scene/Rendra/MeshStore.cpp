@@ -128,23 +128,22 @@ std::vector<uint32_t> edgeSegments(const Vs::BodyMesh& mesh)
 }
 
 template <class T>
-GLuint buffer(GLenum target, const std::vector<T>& content, size_t& bytes)
+GLuint buffer(GLenum target, const std::vector<T>& content)
 {
     GLuint name = 0;
     glGenBuffers(1, &name);
     glBindBuffer(target, name);
     glBufferData(target, GLsizeiptr(content.size() * sizeof(T)), content.data(), GL_STATIC_DRAW);
-    bytes += content.size() * sizeof(T);
     return name;
 }
 
 /// Sends indices below `vertices` in the shortest form that holds them.
-GLuint indexBuffer(const std::vector<uint32_t>& indices, size_t vertices, GLenum& type, size_t& bytes)
+GLuint indexBuffer(const std::vector<uint32_t>& indices, size_t vertices, GLenum& type)
 {
     type = vertices <= 0x10000 ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
     if (type == GL_UNSIGNED_INT)
-        return buffer(GL_ELEMENT_ARRAY_BUFFER, indices, bytes);
-    return buffer(GL_ELEMENT_ARRAY_BUFFER, std::vector<uint16_t>(indices.begin(), indices.end()), bytes);
+        return buffer(GL_ELEMENT_ARRAY_BUFFER, indices);
+    return buffer(GL_ELEMENT_ARRAY_BUFFER, std::vector<uint16_t>(indices.begin(), indices.end()));
 }
 
 const void* offsetIn(size_t bytes)
@@ -154,12 +153,12 @@ const void* offsetIn(size_t bytes)
 
 /// Sends the vertices; those of a body whose faces have no colours of their own do without, and have the
 /// value that stands for none instead (see Renderer::render).
-GLuint vertexBuffer(const std::vector<Vertex>& vertices, bool coloured, size_t& bytes)
+GLuint vertexBuffer(const std::vector<Vertex>& vertices, bool coloured)
 {
     GLuint name = 0;
     GLsizei stride = sizeof(Vertex);
     if (coloured) {
-        name = buffer(GL_ARRAY_BUFFER, vertices, bytes);
+        name = buffer(GL_ARRAY_BUFFER, vertices);
         glVertexAttribPointer(kFaceColour, 4, GL_UNSIGNED_BYTE, GL_TRUE, stride,
                               offsetIn(offsetof(Vertex, colour)));
         glEnableVertexAttribArray(kFaceColour);
@@ -169,7 +168,7 @@ GLuint vertexBuffer(const std::vector<Vertex>& vertices, bool coloured, size_t& 
         std::vector<uint32_t> plain(vertices.size() * 4);
         for (size_t i = 0; i < vertices.size(); ++i)
             std::memcpy(&plain[4 * i], &vertices[i], offsetof(Vertex, colour));
-        name = buffer(GL_ARRAY_BUFFER, plain, bytes);
+        name = buffer(GL_ARRAY_BUFFER, plain);
     }
     glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, stride, offsetIn(offsetof(Vertex, position)));
     glVertexAttribPointer(kNormal, 4, GL_INT_2_10_10_10_REV, GL_TRUE, stride,
@@ -187,7 +186,32 @@ void enableInstanceAttributes()
     }
 }
 
+uint64_t bytesOf(const GlMesh& mesh)
+{
+    uint64_t sum = 0;
+    for (const GLuint name : {mesh.vertices, mesh.indices, mesh.edgeVertices, mesh.edgeIndices}) {
+        GLint64 size = 0;
+        glBindBuffer(GL_COPY_READ_BUFFER, name);
+        if (name)
+            glGetBufferParameteri64v(GL_COPY_READ_BUFFER, GL_BUFFER_SIZE, &size);
+        sum += uint64_t(size);
+    }
+    glBindBuffer(GL_COPY_READ_BUFFER, 0);
+    return sum;
+}
+
 } // namespace
+
+uint64_t MeshStore::bytes() const
+{
+    uint64_t sum = 0;
+    for (const auto& [mesh, entry] : m_meshes) {
+        sum += bytesOf(entry.gl);
+        for (const auto& [cells, level] : entry.levels)
+            sum += bytesOf(level.gl);
+    }
+    return sum;
+}
 
 const GlMesh& MeshStore::get(const std::shared_ptr<const Vs::BodyMesh>& mesh, uint64_t& uploads)
 {
@@ -242,9 +266,9 @@ void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
         colourFaces(mesh, vertices, triangles);
     glGenVertexArrays(1, &target.faceArray);
     glBindVertexArray(target.faceArray);
-    target.vertices = vertexBuffer(vertices, !mesh.colours.empty(), target.bytes);
+    target.vertices = vertexBuffer(vertices, !mesh.colours.empty());
     enableInstanceAttributes();
-    target.indices = indexBuffer(triangles, vertices.size(), target.indexType, target.bytes);
+    target.indices = indexBuffer(triangles, vertices.size(), target.indexType);
     target.indexCount = GLsizei(triangles.size());
     target.closed = isClosedAndOutward(mesh);
 
@@ -254,14 +278,13 @@ void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
         return;
     glGenVertexArrays(1, &target.edgeArray);
     glBindVertexArray(target.edgeArray);
-    target.edgeVertices = buffer(GL_ARRAY_BUFFER, edgeVertices(mesh), target.bytes);
+    target.edgeVertices = buffer(GL_ARRAY_BUFFER, edgeVertices(mesh));
     glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, 4 * sizeof(float), nullptr);
     glVertexAttribPointer(kEdgeLength, 1, GL_FLOAT, GL_FALSE, 4 * sizeof(float), offsetIn(3 * sizeof(float)));
     glEnableVertexAttribArray(kPosition);
     glEnableVertexAttribArray(kEdgeLength);
     enableInstanceAttributes();
-    target.edgeIndices =
-        indexBuffer(segments, mesh.edgePoints.size() / 3, target.edgeIndexType, target.bytes);
+    target.edgeIndices = indexBuffer(segments, mesh.edgePoints.size() / 3, target.edgeIndexType);
 }
 
 void MeshStore::free(GlMesh& mesh)

@@ -30,7 +30,6 @@ struct GlMesh
     GLuint vertices = 0, edgeVertices = 0, indices = 0, edgeIndices = 0;
     GLsizei indexCount = 0, edgeIndexCount = 0;
     GLenum indexType = GL_UNSIGNED_INT, edgeIndexType = GL_UNSIGNED_INT; ///< Short ones where they suffice.
-    size_t bytes = 0;    ///< What the graphics unit keeps for it.
     bool closed = false; ///< Its back sides are never seen; see isClosedAndOutward.
     std::weak_ptr<const Vs::BodyMesh> source;
 };
@@ -56,6 +55,8 @@ public:
     void collect();
     void release();
     void abandon() { m_meshes.clear(); }
+    /// What all meshes take, coarse ones with them, as the driver tells it.
+    uint64_t bytes() const;
 
 private:
     void upload(GlMesh& target, const Vs::BodyMesh& mesh);
