@@ -12,7 +12,7 @@ constexpr double kRadiansPerPixel = 0.0087266462599716477;
 /// What fit leaves free around the box, as a part of its size.
 constexpr double kFitMargin = 0.06;
 /// Beyond these sizes single-precision positions cannot be told apart on the screen.
-constexpr double kSmallestExtent = 1e-6;
+constexpr double kSmallestExtent = 1e-9;
 constexpr double kLargestExtent = 1e12;
 /// A box that has no width in one direction still gets a rectangle.
 constexpr double kThinnestPart = 1e-3;

@@ -12,6 +12,9 @@ namespace {
 /// Nearer parts of a perspective are cut away, as a part of the far distance: the depth buffer has no more
 /// steps than that.
 constexpr double kNearestPart = 1.0 / 4000;
+/// Whatever the camera says, what is seen is not narrower or less deep, in mm: a thousandth of the smallest
+/// models.
+constexpr double kSmallestSeen = 1e-9;
 
 } // namespace
 
@@ -24,8 +27,8 @@ Projection::Projection(const Camera& camera, double width, double height, const 
       m_far(camera.clipFar()),
       m_perspective(camera.projection() == kPerspectiveProjection && camera.distance() > 0)
 {
-    const double extentsWidth = std::max(std::abs(camera.extentsWidth()), 1e-9);
-    const double extentsHeight = std::max(std::abs(camera.extentsHeight()), 1e-9);
+    const double extentsWidth = std::max(std::abs(camera.extentsWidth()), kSmallestSeen);
+    const double extentsHeight = std::max(std::abs(camera.extentsHeight()), kSmallestSeen);
     const double pixels = std::min(m_width / extentsWidth, m_height / extentsHeight);
     const double away = m_perspective ? camera.distance() : 1.0;
     m_halfWidth = m_width / pixels / 2 / away;
@@ -38,12 +41,12 @@ void Projection::setRange(const BBox& bounds)
     if (!bounds.isEmpty()) {
         // A little more than the box, which is exact where a face lies in it.
         const BBox seen = bounds.transformed(m_view);
-        const double slack = std::max(bounds.diagonal() * 1e-3, 1e-6);
+        const double slack = std::max(bounds.diagonal() * 1e-3, kSmallestSeen);
         m_near = -seen.high().z - slack;
         m_far = -seen.low().z + slack;
     }
     if (m_perspective) {
-        m_far = std::max(m_far, 1e-6);
+        m_far = std::max(m_far, kSmallestSeen);
         m_near = std::clamp(m_near, m_far * kNearestPart, m_far * 0.999);
     }
     if (!(m_near < m_far))

@@ -1,3 +1,5 @@
+#include "Server/Base/Strings.h"
+#include "Server/Scene/Camera.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Commands/CommandsProgram.h"
@@ -9,7 +11,9 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <cmath>
 #include <csignal>
+#include <fstream>
 #include <set>
 #include <sys/resource.h>
 
@@ -96,6 +100,52 @@ TEST_F(ImageTest, APictureHasTheSizeAskedForAndShowsTheModel)
     ASSERT_EQ(picture.size(), QSize(320, 240));
     EXPECT_EQ(qAlpha(picture.pixel(1, 1)), 0);
     EXPECT_EQ(qAlpha(picture.pixel(160, 120)), 255);
+}
+
+TEST_F(ImageTest, ModelsOfEverySizeAreFramedAlikeAndAPointLeavesACameraThatWorks)
+{
+    // A tetrahedron; its picture is that of any other of the same shape.
+    const auto picture = [](double size, int projection) {
+        const std::wstring model = scratch(L"model.stl"), path = scratch(L"model.png");
+        std::ofstream stream(Vs::Strings::narrow(model));
+        stream << "solid model\n";
+        for (const char* corners : {"021", "013", "123", "032"}) {
+            stream << "facet normal 0 0 0\nouter loop\n";
+            for (const char* corner = corners; *corner; ++corner)
+                stream << "vertex " << (*corner == '1') * size << ' ' << (*corner == '2') * size << ' '
+                       << (*corner == '3') * size << '\n';
+            stream << "endloop\nendfacet\n";
+        }
+        stream << "endsolid model\n";
+        stream.close();
+        answer(L"Document.Open " + model);
+        Vs::Scene::Camera* camera =
+            Vu::SceneUtilities::getActiveAssetGraphicView()->modelFragment()->camera();
+        camera->projection(projection);
+        answer(L"Commands.Start FitCommand");
+        answer(L"Camera.ZoomIn 2");
+        answer(L"Camera.ZoomOut 0.5");
+        answer(capture(path, L"Width=160 Height=120 Transparent=1"));
+        for (const double number : {camera->position().x, camera->target().y, camera->up().z,
+                                    camera->clipNear(), camera->clipFar(), camera->extentsWidth()})
+            EXPECT_TRUE(std::isfinite(number));
+        answer(L"Document.CloseAll");
+        return image(path);
+    };
+    const auto covered = [](const QImage& image) {
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                count += qAlpha(image.pixel(x, y)) > 127;
+        return count;
+    };
+    for (const int projection : {Vs::Scene::kParallelProjection, Vs::Scene::kPerspectiveProjection}) {
+        const int usual = covered(picture(100, projection));
+        EXPECT_GT(usual, 160 * 120 / 10);
+        for (const double size : {1e-6, 1e-3, 1e9})
+            EXPECT_NEAR(covered(picture(size, projection)), usual, usual / 50) << size;
+        EXPECT_EQ(covered(picture(0, projection)), 0);
+    }
 }
 
 TEST_F(ImageTest, WithoutASizeTheDefaultsAreTakenAndNobodyIsAsked)
