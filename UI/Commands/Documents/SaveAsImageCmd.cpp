@@ -1,6 +1,7 @@
 #include "UI/Commands/Documents/SaveAsImageCmd.h"
 
 #include "Server/Base/ResourceMgr.h"
+#include "Server/Base/Strings.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Application.h"
@@ -82,24 +83,54 @@ void takeWindowSize(const GraphicsView& view, ImageOptions& options)
     options.height = canvas ? static_cast<uint32_t>(canvas->pixelHeight()) : kDefaultHeight;
 }
 
+/// Reads integers of the context; one that is none is told.
+class ArgumentReader
+{
+public:
+    ArgumentReader(const CommandContext& context, Vs::Status& status) : m_context(context), m_status(status)
+    {
+    }
+
+    /// Leaves `value` alone if the context says nothing.
+    bool read(const Vs::UniqueString* name, int& value)
+    {
+        if (m_context.argument(name, CommandContext::EArgType::Int, &value))
+            return true;
+        if (const std::wstring text = m_context.argumentAsString(name); !text.empty())
+            m_status.addError(localizedFormat("ImageArgumentNoNumber",
+                                              "%1% must be a whole number, and \"%2%\" is none.",
+                                              Vs::Strings::widen(name->text()), text));
+        return false;
+    }
+    bool readSide(const Vs::UniqueString* name, uint32_t& side)
+    {
+        int value = 0;
+        const bool said = read(name, value);
+        if (said)
+            side = static_cast<uint32_t>(std::max(0, value));
+        return said;
+    }
+    void readFlag(const Vs::UniqueString* name, bool& flag)
+    {
+        int value = flag;
+        read(name, value);
+        flag = value != 0;
+    }
+
+private:
+    const CommandContext& m_context;
+    Vs::Status& m_status;
+};
+
 /// Takes what the context says. Returns false if it says nothing about the size, so that the user is to be
 /// asked.
-bool takeArguments(const CommandContext& context, ImageOptions& options)
+bool takeArguments(const CommandContext& context, ImageOptions& options, Vs::Status& status)
 {
-    int flag = 0;
-    if (context.argument(SaveAsImageCmdDef::transparentArgumentName(), CommandContext::EArgType::Int, &flag))
-        options.transparentBackground = flag != 0;
-    if (context.argument(SaveAsImageCmdDef::antiAliasingArgumentName(), CommandContext::EArgType::Int, &flag))
-        options.antiAliasing = flag != 0;
-    int width = 0, height = 0;
-    const bool hasWidth =
-        context.argument(SaveAsImageCmdDef::widthArgumentName(), CommandContext::EArgType::Int, &width);
-    const bool hasHeight =
-        context.argument(SaveAsImageCmdDef::heightArgumentName(), CommandContext::EArgType::Int, &height);
-    if (hasWidth)
-        options.width = static_cast<uint32_t>(std::max(0, width));
-    if (hasHeight)
-        options.height = static_cast<uint32_t>(std::max(0, height));
+    ArgumentReader arguments(context, status);
+    arguments.readFlag(SaveAsImageCmdDef::transparentArgumentName(), options.transparentBackground);
+    arguments.readFlag(SaveAsImageCmdDef::antiAliasingArgumentName(), options.antiAliasing);
+    const bool hasWidth = arguments.readSide(SaveAsImageCmdDef::widthArgumentName(), options.width);
+    const bool hasHeight = arguments.readSide(SaveAsImageCmdDef::heightArgumentName(), options.height);
     return hasWidth || hasHeight;
 }
 
@@ -169,7 +200,8 @@ void SaveAsImageCmd::onExecute(Vs::Status& status)
     ImageOptions options;
     options.transparencyLocked = locksTransparency(name);
     takeWindowSize(*view, options);
-    if (!takeArguments(*commandContext(), options) && !Application::headless() && !askImageOptions(options))
+    const bool sizeSaid = takeArguments(*commandContext(), options, status);
+    if (status.isError() || (!sizeSaid && !Application::headless() && !askImageOptions(options)))
         return;
     if (options.transparencyLocked)
         options.transparentBackground = false;
