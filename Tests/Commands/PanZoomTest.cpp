@@ -5,6 +5,7 @@
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Commands/Navigation.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/CameraTransition.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
@@ -239,6 +240,29 @@ TEST_F(PanZoomTest, TheWheelRestsWhileAPanIsHeldUnlessAModifierIsDown)
     scroll(120, 0, 0);
     EXPECT_GT(camera()->extentsWidth(), held);
     release(kRightButton, 0, 0);
+}
+
+TEST_F(PanZoomTest, ARecordingHasTheEndOfADragAndEachStepOnlyIfItIsToBeSmooth)
+{
+    static std::vector<GkPoint3d> targets;
+    TranscriptCameraTrigger::recorder([](Vs::Scene::Camera* camera) { targets.push_back(camera->target()); });
+    for (const bool smooth : {false, true}) {
+        Vs::TranscriptMgr::get()->recordSmoothCameraChange(smooth);
+        targets.clear();
+        drag(kMiddleButton, 0, 0, 60, 30);
+        EXPECT_EQ(targets.size() > 1, smooth);
+        ASSERT_FALSE(targets.empty());
+        EXPECT_TRUE(targets.back().isEqualTo(camera()->target()));
+        // A turn of the wheel is recorded as the zoom that it is, before the place under the pointer is held.
+        targets.clear();
+        const GkPoint3d before = camera()->target();
+        scroll(120, 200, 100);
+        EXPECT_EQ(targets.size(), smooth ? 1u : 0u);
+        EXPECT_TRUE(targets.empty() || targets.front().isEqualTo(before));
+        EXPECT_FALSE(camera()->target().isEqualTo(before));
+    }
+    Vs::TranscriptMgr::get()->recordSmoothCameraChange(false);
+    TranscriptCameraTrigger::recorder(nullptr);
 }
 
 TEST_F(PanZoomTest, ADoubleClickOfTheMiddleButtonOrWithAltFits)
