@@ -6,9 +6,7 @@
 #include "Server/Types/Uuid.h"
 #include "Tests/Commands/CommandsProgram.h"
 #include "UI/Base/AssetSession.h"
-#include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/SessionMgr.h"
@@ -26,10 +24,6 @@ namespace {
 class AssetsTest : public CommandsTests::WithProgram
 {
 protected:
-    static CommandDefinition* definition(const wchar_t* id)
-    {
-        return CommandDefinitionMgr::get()->findCommandDefinitionById(id);
-    }
     static Vs::Document* document(unsigned index = 0) { return Vs::DocumentMgr::get()->document(index); }
     static Vs::Asset* current() { return activeSession() ? activeSession()->asset() : nullptr; }
     static size_t listed() { return SharedWorkflows::activeAssetShell()->assetSessions().size(); }

@@ -7,8 +7,15 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/Support/Process.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/DocumentSession.h"
+#include "UI/Base/FileDialog.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
+
+#include <boost/filesystem/operations.hpp>
 
 namespace CommandsTests {
 namespace {
@@ -61,6 +68,7 @@ void WithProgram::SetUp()
 
 void WithProgram::TearDown()
 {
+    Vu::FileDialog::responder(nullptr);
     Vu::MessageBox::responder(nullptr);
     // The sessions leave the shell as a user would have it, so that no shell remembers a session that is
     // gone.
@@ -97,9 +105,26 @@ unsigned WithProgram::documents()
     return Vs::DocumentMgr::get()->documents();
 }
 
+Vs::Document* WithProgram::activeDocument()
+{
+    Vu::DocumentSession* session = Vu::SessionMgr::get()->activeDocumentSession();
+    return session ? session->document() : nullptr;
+}
+
 Vu::AssetSession* WithProgram::activeSession()
 {
     return Vu::SessionMgr::get()->activeAssetSession();
+}
+
+Vu::CommandDefinition* WithProgram::definition(const std::wstring& id)
+{
+    return Vu::CommandDefinitionMgr::get()->findCommandDefinitionById(id);
+}
+
+bool WithProgram::applicable(const std::wstring& id)
+{
+    Vu::CommandContext context = Vu::CommandContext::activeContext();
+    return definition(id)->isApplicable(&context);
 }
 
 void WithProgram::answerBoxes(int button)
@@ -113,6 +138,12 @@ void WithProgram::answerBoxes(int button)
 std::wstring WithProgram::scratch(const std::wstring& name)
 {
     return (scratchFolder().path() / name).wstring();
+}
+
+void WithProgram::emptyScratch(const std::wstring& name)
+{
+    boost::filesystem::remove_all(scratch(name));
+    boost::filesystem::create_directories(scratch(name));
 }
 
 } // namespace CommandsTests

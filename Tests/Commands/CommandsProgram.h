@@ -7,14 +7,18 @@
 #include <string>
 #include <vector>
 
+namespace Vs {
+class Document;
+}
 namespace Vu {
 class AssetSession;
-}
+class CommandDefinition;
+} // namespace Vu
 
 namespace CommandsTests {
 
 /// Every test begins and ends with the add-ins loaded, a workspace, no document, and nobody to answer a
-/// message box.
+/// message box or a file dialog.
 class WithProgram : public ::testing::Test
 {
 protected:
@@ -29,7 +33,13 @@ protected:
     static std::wstring failure(const std::wstring& line);
 
     static unsigned documents();
+    /// Null if none is open.
+    static Vs::Document* activeDocument();
     static Vu::AssetSession* activeSession();
+
+    static Vu::CommandDefinition* definition(const std::wstring& id);
+    /// Whether the command could run now.
+    static bool applicable(const std::wstring& id);
 
     /// Answers every message box with this button and remembers the texts.
     void answerBoxes(int button);
@@ -37,6 +47,8 @@ protected:
 
     /// A folder for this test's files.
     static std::wstring scratch(const std::wstring& name);
+    /// Makes a folder within that one which holds nothing of an earlier test.
+    static void emptyScratch(const std::wstring& name);
 
 private:
     std::vector<std::wstring> m_boxes;

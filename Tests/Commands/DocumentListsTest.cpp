@@ -4,7 +4,6 @@
 #include "Tests/Commands/CommandsProgram.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/RecentDocumentMgr.h"
@@ -29,10 +28,6 @@ protected:
         boost::filesystem::create_directories(scratch(L"lists"));
     }
 
-    static CommandDefinition* definition(const wchar_t* id)
-    {
-        return CommandDefinitionMgr::get()->findCommandDefinitionById(id);
-    }
     static ListControl* list(const wchar_t* id)
     {
         return Vs::cast<ListControl>(definition(id)->inputControl());
@@ -59,11 +54,6 @@ protected:
     {
         const DocumentSession* session = SessionMgr::get()->activeDocumentSession();
         return session ? session->document()->displayName() : std::wstring();
-    }
-    static bool applicable(const wchar_t* id)
-    {
-        CommandContext context = CommandContext::activeContext();
-        return definition(id)->isApplicable(&context);
     }
     static bool visible(const wchar_t* id)
     {

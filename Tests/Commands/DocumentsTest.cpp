@@ -10,8 +10,6 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/DocumentSession.h"
-#include "UI/Base/SessionMgr.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
@@ -28,11 +26,6 @@ class DocumentsTest : public CommandsTests::WithProgram
 {
 protected:
     static Vs::Document* document(unsigned index) { return Vs::DocumentMgr::get()->document(index); }
-    static Vs::Document* activeDocument()
-    {
-        DocumentSession* session = SessionMgr::get()->activeDocumentSession();
-        return session ? session->document() : nullptr;
-    }
 };
 
 TEST_F(DocumentsTest, AListNamesEveryAssetOfEveryDocument)

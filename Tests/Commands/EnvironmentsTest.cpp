@@ -1,8 +1,6 @@
 #include "Tests/Commands/CommandsProgram.h"
 #include "UI/Base/AssetSession.h"
-#include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Environment.h"
 #include "UI/Base/SessionEvents.h"
@@ -32,15 +30,6 @@ public:
 class EnvironmentsTest : public CommandsTests::WithProgram
 {
 protected:
-    static CommandDefinition* definition(const wchar_t* id)
-    {
-        return CommandDefinitionMgr::get()->findCommandDefinitionById(id);
-    }
-    static bool applicable(const wchar_t* id)
-    {
-        CommandContext context = CommandContext::activeContext();
-        return definition(id)->isApplicable(&context);
-    }
     static ListControl* list()
     {
         return Vs::cast<ListControl>(definition(L"ActivateEnvironmentCommand")->inputControl());

@@ -174,9 +174,8 @@ TEST_F(NamedViewCommands, TellWhatCannotBeDone)
     run(L"Document.CloseAll");
     EXPECT_FALSE(namedViewsOfAsset());
     EXPECT_EQ(AddNamedViewCmdDef::generateNamedViewName(), L"");
-    CommandContext context = CommandContext::activeContext();
     for (const wchar_t* key : {L"AddNamedViewCommand", L"RemoveNamedViewCommand", L"RestoreCameraCommand"})
-        EXPECT_FALSE(CommandDefinitionMgr::get()->findCommandDefinitionById(key)->isApplicable(&context));
+        EXPECT_FALSE(applicable(key));
 }
 
 TEST_F(NamedViewCommands, EachIsOneStepOfUndoAndRestoringIsNone)

@@ -10,7 +10,6 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/SessionMgr.h"
@@ -33,25 +32,11 @@ constexpr const wchar_t* kSingle = L"NewSingleDocumentCommand";
 class NewDocumentTest : public CommandsTests::WithProgram
 {
 protected:
-    static CommandDefinition* definition(const wchar_t* id)
-    {
-        return CommandDefinitionMgr::get()->findCommandDefinitionById(id);
-    }
-    static bool applicable(const wchar_t* id)
-    {
-        CommandContext context = CommandContext::activeContext();
-        return definition(id)->isApplicable(&context);
-    }
     static ListControl* list() { return Vs::cast<ListControl>(definition(kList)->inputControl()); }
     static bool listed(const wchar_t* key)
     {
         return std::any_of(list()->items().begin(), list()->items().end(),
                            [&](const Info* item) { return item->key() == key; });
-    }
-    static Vs::Document* current()
-    {
-        DocumentSession* session = SessionMgr::get()->activeDocumentSession();
-        return session ? session->document() : nullptr;
     }
 };
 
@@ -126,12 +111,12 @@ TEST_F(NewDocumentTest, ChoosingFromTheListReplacesTheCurrentDocumentWithoutAQue
     list()->selectedItem(list()->items().front(), true);
     run(L"");
     ASSERT_EQ(documents(), 1u);
-    const std::wstring first = current()->displayName();
+    const std::wstring first = activeDocument()->displayName();
     answer(L"Asset.MarkDirty");
     answer(L"VuCommands.NewDocumentCmd SimulationAssetType");
     ASSERT_EQ(documents(), 1u);
-    EXPECT_NE(current()->displayName(), first);
-    EXPECT_EQ(current()->documentType()->identifier(), "SimulationDocType");
+    EXPECT_NE(activeDocument()->displayName(), first);
+    EXPECT_EQ(activeDocument()->documentType()->identifier(), "SimulationDocType");
     EXPECT_TRUE(boxes().empty());
 }
 
@@ -140,7 +125,7 @@ TEST_F(NewDocumentTest, TheSingleCommandKeepsTheDocumentsThatAreOpen)
     answer(L"VuCommands.NewSingleDocumentCmd");
     answer(L"VuCommands.NewSingleDocumentCmd DocumentationAssetType");
     ASSERT_EQ(documents(), 2u);
-    EXPECT_EQ(current()->documentType()->identifier(), "VeloraDocType") << "always the first type";
+    EXPECT_EQ(activeDocument()->documentType()->identifier(), "VeloraDocType") << "always the first type";
     const AssetTypeCount one(1);
     CommandContext context = CommandContext::activeContext();
     definition(kSingle)->updateInputControl(&context);
@@ -157,13 +142,13 @@ TEST_F(NewDocumentTest, WithoutATypeOrWithAnUnknownOneNothingIsMadeAndNothingIsS
 TEST_F(NewDocumentTest, ATypeWithoutADocumentTypeLeavesThePreviousDocumentAndSaysWhy)
 {
     answer(L"VuCommands.NewDocumentCmd VeloraAssetType");
-    const Vs::Document* before = current();
+    const Vs::Document* before = activeDocument();
     Vs::AssetType homeless("HomelessType", L"Homeless", "NoDocType");
     Vs::AssetTypeMgr::get()->registerType(&homeless);
     EXPECT_NE(failure(L"VuCommands.NewDocumentCmd HomelessType").find(L"NoDocType"), std::wstring::npos);
     Vs::AssetTypeMgr::get()->unregisterType(&homeless);
     EXPECT_EQ(documents(), 1u);
-    EXPECT_EQ(current(), before);
+    EXPECT_EQ(activeDocument(), before);
 }
 
 TEST_F(NewDocumentTest, WithLocalWorkSwitchedOffNeitherCommandMakesADocument)
@@ -183,7 +168,7 @@ TEST_F(NewDocumentTest, AFileThatIsNewHasItsPathBeforeItIsShown)
     Vs::Document* document = NewDocumentCmd::NewFile(scratch(L"new.vlra"), status, "VeloraAssetType");
     ASSERT_NE(document, nullptr);
     EXPECT_EQ(document->path(), scratch(L"new.vlra"));
-    EXPECT_EQ(current(), document);
+    EXPECT_EQ(activeDocument(), document);
 }
 
 TEST_F(NewDocumentTest, ARecordedSessionIsPlayedAgainThoughItsDocumentsHaveOtherIdentifiers)
@@ -192,11 +177,12 @@ TEST_F(NewDocumentTest, ARecordedSessionIsPlayedAgainThoughItsDocumentsHaveOther
     Vs::Status status;
     ASSERT_TRUE(transcripts->startRecording(scratch(L"session.txt"), status));
     answer(L"VuCommands.NewSingleDocumentCmd");
-    const std::wstring first = Vs::fromUuid(current()->identifier());
+    const std::wstring first = Vs::fromUuid(activeDocument()->identifier());
     answer(L"VuCommands.NewSingleDocumentCmd");
-    const std::wstring second = Vs::fromUuid(current()->identifier());
+    const std::wstring second = Vs::fromUuid(activeDocument()->identifier());
     answer(L"VuCommands.AssetShellCmd \"" + SessionMgr::get()->assetSessions().front()->serialize() + L"\"");
-    answer(L"VuCommands.CloseDocumentCmd " + SessionMgr::get()->documentSession(current())->serialize());
+    answer(L"VuCommands.CloseDocumentCmd " +
+           SessionMgr::get()->documentSession(activeDocument())->serialize());
     failure(L"Commands.Cancel_is_no_command");
     transcripts->endRecording();
     ASSERT_EQ(documents(), 1u);

@@ -11,10 +11,10 @@
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "Tests/Commands/CommandsProgram.h"
+#include "Tests/Support/Files.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/FileDialog.h"
 #include "UI/Base/RecentDocumentMgr.h"
@@ -23,7 +23,6 @@
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"
 
-#include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 using namespace Vu;
@@ -32,6 +31,8 @@ using namespace Vu::Commands;
 namespace {
 
 namespace fs = boost::filesystem;
+using TestSupport::contentOf;
+using TestSupport::overwrite;
 
 class OpenDocumentTest : public CommandsTests::WithProgram
 {
@@ -39,13 +40,11 @@ protected:
     void SetUp() override
     {
         WithProgram::SetUp();
-        fs::remove_all(scratch(L"open"));
-        fs::create_directories(scratch(L"open"));
+        emptyScratch(L"open");
         RecentDocumentMgr::get()->clearRecent();
     }
     void TearDown() override
     {
-        FileDialog::responder(nullptr);
         Application::testing(true);
         Vs::MultiThreadOptionGroup* options = Vs::MultiThreadOptionGroup::get();
         options->openMultipleFiles(false);
@@ -54,11 +53,6 @@ protected:
     }
 
     static std::wstring file(const std::wstring& name) { return scratch(L"open/" + name); }
-    static Vs::Document* current()
-    {
-        DocumentSession* session = SessionMgr::get()->activeDocumentSession();
-        return session ? session->document() : nullptr;
-    }
     static std::vector<std::wstring> recent()
     {
         std::vector<std::wstring> names;
@@ -76,15 +70,6 @@ protected:
             answer(L"Document.CloseAll");
         }
         RecentDocumentMgr::get()->clearRecent();
-    }
-    static std::string read(const std::wstring& path)
-    {
-        fs::ifstream stream(fs::path(path), std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-    static void write(const std::wstring& path, const std::string& content)
-    {
-        fs::ofstream(fs::path(path), std::ios::binary) << content;
     }
     /// Lets the open dialog take several files, with a person who chooses these.
     void chooseFiles(std::vector<std::wstring> names)
@@ -104,10 +89,7 @@ protected:
         CommandContext context = CommandContext::activeContext();
         context.addArgument(argument, path);
         context.executeImmediately(true);
-        const bool well = CommandDefinitionMgr::get()
-                              ->findCommandDefinitionById(OpenDocumentCmdDef::info()->key())
-                              ->executeCommand(context)
-                              .isOk();
+        const bool well = definition(OpenDocumentCmdDef::info()->key())->executeCommand(context).isOk();
         Application::get()->flushDeferredTasks();
         return well;
     }
@@ -150,8 +132,8 @@ TEST_F(OpenDocumentTest, OfSeveralFilesTheForeignComeFirstThenTheNativeAndTheLas
         EXPECT_EQ(opened.front(), L"part");
         EXPECT_EQ((std::vector(opened.begin() + 1, opened.begin() + 4)),
                   (std::vector<std::wstring>{L"a", L"b", L"c"}));
-        ASSERT_NE(current(), nullptr);
-        EXPECT_EQ(current()->path(), file(L"c.vlra"));
+        ASSERT_NE(activeDocument(), nullptr);
+        EXPECT_EQ(activeDocument()->path(), file(L"c.vlra"));
         EXPECT_EQ(documents(), 1u) << "each took the place of the one before";
         EXPECT_EQ(recent(), (std::vector<std::wstring>{L"c.vlra", L"a.vlra", L"b.vlra"}));
         EXPECT_TRUE(boxes().empty());
@@ -164,8 +146,8 @@ TEST_F(OpenDocumentTest, OfSeveralFilesTheForeignComeFirstThenTheNativeAndTheLas
 TEST_F(OpenDocumentTest, OfSeveralFilesThoseThatFailAreToldOnceAndTheOthersOpen)
 {
     makeFiles({L"sound.vlra"});
-    write(file(L"bad.vlra"), "noise");
-    write(file(L"bad.stp"), "noise");
+    overwrite(file(L"bad.vlra"), "noise");
+    overwrite(file(L"bad.stp"), "noise");
     for (const bool sideBySide : {false, true}) {
         SCOPED_TRACE(sideBySide);
         Vs::MultiThreadOptionGroup::get()->multiThreadLoad(sideBySide);
@@ -185,8 +167,8 @@ TEST_F(OpenDocumentTest, OfSeveralFilesThoseThatFailAreToldOnceAndTheOthersOpen)
         EXPECT_NE(told.find(L"bad.stp"), std::wstring::npos);
         EXPECT_EQ(result.first, 1u);
         EXPECT_EQ(documents(), 1u);
-        ASSERT_NE(current(), nullptr);
-        EXPECT_EQ(current()->path(), file(L"sound.vlra"));
+        ASSERT_NE(activeDocument(), nullptr);
+        EXPECT_EQ(activeDocument()->path(), file(L"sound.vlra"));
         Application::testing(true);
         answer(L"Document.CloseAll");
     }
@@ -201,14 +183,14 @@ TEST_F(OpenDocumentTest, WhatIsOpenAlreadyIsBroughtUpAndTheCurrentDocumentStaysA
     answer(L"Document.Open " + file(L"b.vlra"));
     ASSERT_EQ(documents(), 2u);
     RecentDocumentMgr::get()->clearRecent();
-    const Vs::Document* second = current();
+    const Vs::Document* second = activeDocument();
     answer(L"VuCommands.OpenDocumentCmd " + file(L"b.vlra"));
-    EXPECT_EQ(current(), second);
+    EXPECT_EQ(activeDocument(), second);
     EXPECT_TRUE(recent().empty());
     answer(L"Asset.MarkDirty");
     answerBoxes(2);
     answer(L"VuCommands.OpenDocumentCmd " + file(L"a.vlra"));
-    EXPECT_EQ(current()->path(), file(L"a.vlra"));
+    EXPECT_EQ(activeDocument()->path(), file(L"a.vlra"));
     EXPECT_EQ(documents(), 1u) << "the dirty one went without a question";
     EXPECT_TRUE(boxes().empty());
     EXPECT_EQ(recent(), std::vector<std::wstring>{L"a.vlra"});
@@ -217,7 +199,7 @@ TEST_F(OpenDocumentTest, WhatIsOpenAlreadyIsBroughtUpAndTheCurrentDocumentStaysA
 TEST_F(OpenDocumentTest, ANativeFileThatCannotBeReadIsOneMessageAndChangesNothing)
 {
     makeFiles({L"sound.vlra"});
-    const std::string whole = read(file(L"sound.vlra"));
+    const std::string whole = contentOf(file(L"sound.vlra"));
     std::string wrongByte = whole;
     wrongByte[wrongByte.find("\"format\"") + 2] = 'x';
     std::vector<std::string> contents = {"", "noise", wrongByte};
@@ -227,11 +209,11 @@ TEST_F(OpenDocumentTest, ANativeFileThatCannotBeReadIsOneMessageAndChangesNothin
     answer(L"Design.New");
     answer(L"Document.Rename Mine");
     answer(L"Asset.MarkDirty");
-    const Vs::Document* before = current();
+    const Vs::Document* before = activeDocument();
     const auto sessions = SharedWorkflows::activeAssetShell()->assetSessions();
     answerBoxes(0);
     for (const std::string& content : contents) {
-        write(file(L"bad.vlra"), content);
+        overwrite(file(L"bad.vlra"), content);
         const size_t told = boxes().size();
         const std::wstring reason = failure(L"VuCommands.OpenDocumentCmd " + file(L"bad.vlra"));
         ASSERT_EQ(boxes().size(), told + 1) << content.size();
@@ -243,7 +225,7 @@ TEST_F(OpenDocumentTest, ANativeFileThatCannotBeReadIsOneMessageAndChangesNothin
         ASSERT_EQ(boxes().size(), told + 1);
         ASSERT_EQ(documents(), 1u) << content.size();
     }
-    EXPECT_EQ(current(), before);
+    EXPECT_EQ(activeDocument(), before);
     EXPECT_TRUE(before->isDirty(false));
     EXPECT_EQ(SharedWorkflows::activeAssetShell()->assetSessions(), sessions);
     EXPECT_EQ(SessionMgr::get()->documentSessions().size(), 1u);
@@ -257,19 +239,19 @@ TEST_F(OpenDocumentTest, AFileThatIsDeletedOrChangedWhileItIsOpenCostsNothing)
     answer(L"Design.Box 1 2 3");
     fs::remove(file(L"mine.vlra"));
     answer(L"Document.Save");
-    EXPECT_TRUE(read(file(L"mine.vlra")).starts_with("PK"));
-    EXPECT_FALSE(current()->isDirty(false));
+    EXPECT_TRUE(contentOf(file(L"mine.vlra")).starts_with("PK"));
+    EXPECT_FALSE(activeDocument()->isDirty(false));
 
     answer(L"Design.Box 1 2 3");
-    write(file(L"mine.vlra"), "somebody else's");
+    overwrite(file(L"mine.vlra"), "somebody else's");
     EXPECT_NE(failure(L"Document.Save").find(L"another program has changed"), std::wstring::npos);
-    EXPECT_EQ(read(file(L"mine.vlra")), "somebody else's");
-    EXPECT_TRUE(current()->isDirty(false));
+    EXPECT_EQ(contentOf(file(L"mine.vlra")), "somebody else's");
+    EXPECT_TRUE(activeDocument()->isDirty(false));
     answer(L"Document.SaveAs " + file(L"rescued.vlra"));
-    EXPECT_FALSE(current()->isDirty(false));
+    EXPECT_FALSE(activeDocument()->isDirty(false));
     answer(L"Document.CloseAll");
     answer(L"Document.Open " + file(L"rescued.vlra"));
-    EXPECT_EQ(current()->activeAsset()->components()->children.size(), 3u);
+    EXPECT_EQ(activeDocument()->activeAsset()->components()->children.size(), 3u);
     // One that vanished altogether is told of by name, and what is open stays.
     EXPECT_EQ(failure(L"Document.Open " + file(L"gone.vlra")), L"Filename not found");
     answerBoxes(0);
@@ -294,8 +276,8 @@ TEST_F(OpenDocumentTest, AFileOfTheCloudDriveIsRefusedUnlessItIsDropped)
     Vs::MultiThreadOptionGroup::get()->openMultipleFiles(false);
     EXPECT_EQ(documents(), 0u);
     EXPECT_TRUE(openedWith(Vs::UniqueString::find("DragAndDrop", true), path));
-    ASSERT_NE(current(), nullptr);
-    EXPECT_EQ(current()->path(), path);
+    ASSERT_NE(activeDocument(), nullptr);
+    EXPECT_EQ(activeDocument()->path(), path);
     EXPECT_EQ(metric->count(), measured) << "none of these is measured";
     answer(L"Document.SaveAs " + file(L"copy.vlra"));
     answer(L"VuCommands.OpenDocumentCmd " + file(L"copy.vlra"));
@@ -310,7 +292,7 @@ TEST_F(OpenDocumentTest, WithTheManyFilesDialogALineStillOpensItsFileUnderTest)
     EXPECT_EQ(answer(L"VuCommands.OpenDocumentCmd"), L"") << "an empty path ends quietly";
     EXPECT_EQ(documents(), 0u);
     answer(L"VuCommands.OpenDocumentCmd " + file(L"a.vlra"));
-    EXPECT_EQ(current()->path(), file(L"a.vlra"));
+    EXPECT_EQ(activeDocument()->path(), file(L"a.vlra"));
 }
 
 TEST_F(OpenDocumentTest, ADocumentThatThePlatformOpensIsShownAndTakesAnEmptyCloudName)
@@ -322,12 +304,12 @@ TEST_F(OpenDocumentTest, ADocumentThatThePlatformOpensIsShownAndTakesAnEmptyClou
     ASSERT_NE(document, nullptr);
     document->setCloudId("cloud-1");
     for (const Vs::Timing timing : {Vs::Timing::Before, Vs::Timing::After}) {
-        EXPECT_NE(current(), document);
+        EXPECT_NE(activeDocument(), document);
         Vs::DocumentEvent event(document, timing);
         Vs::DocumentEventSource::get()->fireDocumentOpenedInBackground(&event);
     }
     run(L"");
-    EXPECT_EQ(current(), document);
+    EXPECT_EQ(activeDocument(), document);
     EXPECT_FALSE(document->isCloud());
     EXPECT_EQ(documents(), 1u);
     EXPECT_EQ(recent(), std::vector<std::wstring>{L"behind.vlra"});
@@ -387,9 +369,9 @@ private:
 TEST_F(OpenDocumentTest, WhatATranslatorMissesIsToldWithWhereItIsHad)
 {
     RivetcadTranslator translator;
-    write(file(L"plan.rivet"), "plan");
+    overwrite(file(L"plan.rivet"), "plan");
     answer(L"Design.New");
-    const Vs::Document* before = current();
+    const Vs::Document* before = activeDocument();
     answerBoxes(0);
     translator.missing = L"X11_MISSING: no display library";
     EXPECT_EQ(answer(L"VuCommands.OpenDocumentCmd " + file(L"plan.rivet")), L"");
@@ -399,7 +381,7 @@ TEST_F(OpenDocumentTest, WhatATranslatorMissesIsToldWithWhereItIsHad)
     translator.missing = L"Another cause.";
     EXPECT_EQ(failure(L"VuCommands.OpenDocumentCmd " + file(L"plan.rivet")), L"Another cause.");
     EXPECT_EQ(boxes().size(), 1u);
-    EXPECT_EQ(current(), before);
+    EXPECT_EQ(activeDocument(), before);
 }
 
 } // namespace

@@ -11,7 +11,6 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/AutoCamViewFragment.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/UIBaseOptionGroup.h"
@@ -235,10 +234,6 @@ TEST_F(OrbiconTest, AClickWithAShakingHandIsAClickAndOneThatSlidesOffIsNone)
 TEST_F(OrbiconTest, CommandsShowAndHideItInAllViewsAndAHiddenOneTakesNothing)
 {
     GraphicsView* const second = activeSession()->createView();
-    const auto applicable = [](const wchar_t* key) {
-        CommandContext context = CommandContext::activeContext();
-        return CommandDefinitionMgr::get()->findCommandDefinitionById(key)->isApplicable(&context);
-    };
     EXPECT_TRUE(orbicon()->enabled());
     EXPECT_FALSE(applicable(L"ShowOrbiconCommand"));
     answer(L"VuCommands.HideOrbiconCmd");

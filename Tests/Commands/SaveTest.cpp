@@ -5,12 +5,12 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/Commands/CommandsProgram.h"
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/UsageEvents.h"
 #include "UI/Base/DocumentSession.h"
@@ -19,7 +19,6 @@
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 
-#include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <deque>
@@ -29,6 +28,8 @@ using namespace Vu;
 namespace {
 
 namespace fs = boost::filesystem;
+using TestSupport::contentOf;
+using TestSupport::overwrite;
 
 class SaveTest : public CommandsTests::WithProgram
 {
@@ -36,33 +37,14 @@ protected:
     void SetUp() override
     {
         WithProgram::SetUp();
-        fs::remove_all(scratch(L"save"));
-        fs::create_directories(scratch(L"save/last"));
+        emptyScratch(L"save");
+        emptyScratch(L"save/last");
         UIBaseOptionGroup::get()->lastDirectory(scratch(L"save/last"));
         RecentDocumentMgr::get()->clearRecent();
     }
-    void TearDown() override
-    {
-        FileDialog::responder(nullptr);
-        WithProgram::TearDown();
-    }
 
     static std::wstring file(const std::wstring& name) { return scratch(L"save/" + name); }
-    static Vs::Document* current()
-    {
-        DocumentSession* session = SessionMgr::get()->activeDocumentSession();
-        return session ? session->document() : nullptr;
-    }
-    static void write(const std::wstring& path, const std::string& content)
-    {
-        fs::ofstream(fs::path(path)) << content;
-    }
-    static std::string read(const std::wstring& path)
-    {
-        fs::ifstream stream(fs::path(path), std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-    static bool isPackage(const std::wstring& path) { return read(path).starts_with("PK"); }
+    static bool isPackage(const std::wstring& path) { return contentOf(path).starts_with("PK"); }
     static size_t filesIn(const std::wstring& folder)
     {
         return static_cast<size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
@@ -77,7 +59,7 @@ protected:
     static bool available(const wchar_t* id)
     {
         CommandContext context = CommandContext::activeContext();
-        return CommandDefinitionMgr::get()->findCommandDefinitionById(id)->isAvailable(&context);
+        return definition(id)->isAvailable(&context);
     }
     /// Answers each file dialog with the next name; with none left, as cancelled.
     void answerDialogs(std::deque<std::wstring> names)
@@ -115,31 +97,31 @@ TEST_F(SaveTest, ANewDocumentTakesItsNameFromTheLineAndIsThenSavedWithoutOne)
     answer(L"Asset.MarkDirty");
     answer(L"Document.Save " + file(L"bracket"));
     EXPECT_TRUE(isPackage(file(L"bracket.vlra")));
-    EXPECT_EQ(current()->path(), file(L"bracket.vlra"));
-    EXPECT_EQ(current()->displayName(), L"bracket");
-    EXPECT_FALSE(current()->isDirty(false));
+    EXPECT_EQ(activeDocument()->path(), file(L"bracket.vlra"));
+    EXPECT_EQ(activeDocument()->displayName(), L"bracket");
+    EXPECT_FALSE(activeDocument()->isDirty(false));
     EXPECT_EQ(recent(), std::vector<std::wstring>{file(L"bracket.vlra")});
     answer(L"Design.Box 10 20 30");
-    EXPECT_TRUE(current()->isDirty(false));
+    EXPECT_TRUE(activeDocument()->isDirty(false));
     answer(L"Document.Save");
-    EXPECT_FALSE(current()->isDirty(false));
+    EXPECT_FALSE(activeDocument()->isDirty(false));
 }
 
 TEST_F(SaveTest, ABareNameIsSavedInTheLastFolderWhichFollowsTheNamesThatHaveOne)
 {
     answer(L"Design.New");
     answer(L"Document.Save part");
-    EXPECT_EQ(current()->path(), file(L"last/part.vlra"));
+    EXPECT_EQ(activeDocument()->path(), file(L"last/part.vlra"));
     answer(L"Document.SaveAs " + file(L"other.vlra"));
     EXPECT_EQ(UIBaseOptionGroup::get()->lastDirectory(), scratch(L"save"));
     answer(L"Document.SaveAs third.");
-    EXPECT_EQ(current()->path(), file(L"third.vlra"));
+    EXPECT_EQ(activeDocument()->path(), file(L"third.vlra"));
 }
 
 TEST_F(SaveTest, ASaveOverAnExistingFileReplacesItAndLeavesNothingBeside)
 {
     for (const fs::perms rights : {fs::owner_read | fs::owner_write | fs::group_read, fs::owner_read}) {
-        write(file(L"last/old.vlra"), "old");
+        overwrite(file(L"last/old.vlra"), "old");
         fs::permissions(file(L"last/old.vlra"), rights);
         answer(L"Design.New");
         answer(L"Document.Save old.vlra");
@@ -152,7 +134,7 @@ TEST_F(SaveTest, ASaveOverAnExistingFileReplacesItAndLeavesNothingBeside)
 
 TEST_F(SaveTest, AFailedSaveIsToldLeavesTheOldFileAndCanBeTriedUnderAnotherName)
 {
-    write(file(L"last/old.vlra"), "old");
+    overwrite(file(L"last/old.vlra"), "old");
     fs::permissions(file(L"last"), fs::owner_read | fs::owner_exe);
     answer(L"Design.New");
     answer(L"Asset.MarkDirty");
@@ -164,33 +146,33 @@ TEST_F(SaveTest, AFailedSaveIsToldLeavesTheOldFileAndCanBeTriedUnderAnotherName)
     answer(L"VuCommands.SaveDocumentCmd " + gone);
     ASSERT_EQ(boxes().size(), 1u);
     EXPECT_NE(boxes().front().find(L"part.vlra"), std::wstring::npos);
-    EXPECT_TRUE(current()->isDirty(false));
-    EXPECT_FALSE(current()->isOnDisk());
+    EXPECT_TRUE(activeDocument()->isDirty(false));
+    EXPECT_FALSE(activeDocument()->isOnDisk());
     EXPECT_TRUE(recent().empty());
     fs::permissions(file(L"last"), fs::owner_all);
-    EXPECT_EQ(read(file(L"last/old.vlra")), "old");
+    EXPECT_EQ(contentOf(file(L"last/old.vlra")), "old");
     answer(L"Document.Save " + file(L"part.vlra"));
-    EXPECT_FALSE(current()->isDirty(false));
+    EXPECT_FALSE(activeDocument()->isDirty(false));
 }
 
 TEST_F(SaveTest, AFileThatWasSetAsideComesBackWhenTheSaveFails)
 {
     answer(L"Design.New");
     answer(L"Document.Rename Earlier");
-    Vs::Asset* earlier = current()->activeAsset();
+    Vs::Asset* earlier = activeDocument()->activeAsset();
     answer(L"Design.New");
     answer(L"Document.Save " + file(L"mine.vlra"));
     fs::permissions(file(L"mine.vlra"), fs::owner_read);
     answer(L"Design.New");
     // The name belongs to a document that is open, so that the save is refused.
-    const std::string before = read(file(L"mine.vlra"));
+    const std::string before = contentOf(file(L"mine.vlra"));
     failure(L"Document.Save " + file(L"mine.vlra"));
-    EXPECT_EQ(read(file(L"mine.vlra")), before);
+    EXPECT_EQ(contentOf(file(L"mine.vlra")), before);
     answer(L"Asset.Activate " + earlier->name() + L" Earlier");
-    ASSERT_EQ(current(), earlier->document());
+    ASSERT_EQ(activeDocument(), earlier->document());
     failure(L"Document.Save " + file(L"mine.vlra"));
-    EXPECT_EQ(current()->displayName(), L"Earlier") << "as it was";
-    EXPECT_EQ(read(file(L"mine.vlra")), before);
+    EXPECT_EQ(activeDocument()->displayName(), L"Earlier") << "as it was";
+    EXPECT_EQ(contentOf(file(L"mine.vlra")), before);
     EXPECT_EQ(filesIn(scratch(L"save")), 2u);
 }
 
@@ -199,16 +181,16 @@ TEST_F(SaveTest, ADocumentWithAFileIsSavedThereWhateverTheLineNames)
     answer(L"Design.New");
     answer(L"Document.Save " + file(L"own.vlra"));
     fs::permissions(file(L"own.vlra"), fs::owner_read | fs::owner_write | fs::group_read);
-    write(file(L"other.vlra"), "other");
+    overwrite(file(L"other.vlra"), "other");
     for (const wchar_t* name : {L"own.vlra", L"other.vlra", L"fresh.vlra"}) {
         answer(L"Asset.MarkDirty");
         answer(L"Document.Save " + file(name));
-        EXPECT_FALSE(current()->isDirty(false));
-        EXPECT_EQ(current()->path(), file(L"own.vlra"));
+        EXPECT_FALSE(activeDocument()->isDirty(false));
+        EXPECT_EQ(activeDocument()->path(), file(L"own.vlra"));
     }
     // As the file was not out of the way, the new content has its rights.
     EXPECT_EQ(fs::status(file(L"own.vlra")).permissions(), fs::owner_read | fs::owner_write | fs::group_read);
-    EXPECT_EQ(read(file(L"other.vlra")), "other");
+    EXPECT_EQ(contentOf(file(L"other.vlra")), "other");
     EXPECT_FALSE(fs::exists(file(L"fresh.vlra")));
 }
 
@@ -219,7 +201,7 @@ TEST_F(SaveTest, SavingByButtonAsksForTheFirstNameOnceAndCancellingSavesNothing)
     answerDialogs({});
     answer(L"Commands.Start SaveDocumentCommand");
     EXPECT_EQ(m_requests.size(), 1u);
-    EXPECT_FALSE(current()->isOnDisk());
+    EXPECT_FALSE(activeDocument()->isOnDisk());
     answerDialogs({file(L"named.vlra")});
     answer(L"Commands.Start SaveDocumentCommand");
     EXPECT_EQ(m_requests.size(), 2u);
@@ -244,12 +226,12 @@ TEST_F(SaveTest, AnyOtherCountOfParametersNamesNothing)
     answer(L"Design.New");
     answerBoxes(0);
     answer(L"VuCommands.SaveDocumentCmd a b c");
-    EXPECT_FALSE(current()->isOnDisk());
-    const Vs::Document* first = current();
+    EXPECT_FALSE(activeDocument()->isOnDisk());
+    const Vs::Document* first = activeDocument();
     answer(L"Design.New");
     answer(L"VuCommands.SaveDocumentCmd " + first->displayName() + L" " + file(L"first.vlra"));
     EXPECT_EQ(first->path(), file(L"first.vlra"));
-    EXPECT_FALSE(current()->isOnDisk());
+    EXPECT_FALSE(activeDocument()->isOnDisk());
 }
 
 TEST_F(SaveTest, SaveAsWritesEveryAssetAndTellsOfIt)
@@ -262,10 +244,10 @@ TEST_F(SaveTest, SaveAsWritesEveryAssetAndTellsOfIt)
     answer(L"Document.SaveAs " + file(L"second.vlra"));
     EXPECT_EQ(events.timings, std::vector<Vs::Timing>{Vs::Timing::Notification});
     EXPECT_EQ(recent(), (std::vector<std::wstring>{file(L"second.vlra"), file(L"first.vlra")}));
-    EXPECT_FALSE(current()->isDirty(false));
+    EXPECT_FALSE(activeDocument()->isDirty(false));
     answer(L"Document.CloseAll");
     answer(L"Document.Open " + file(L"second.vlra"));
-    EXPECT_EQ(current()->assets(), 2u);
+    EXPECT_EQ(activeDocument()->assets(), 2u);
     answer(L"Document.CloseAll");
     EXPECT_EQ(failure(L"Document.SaveAs x"), L"There is no active document to save");
 }
@@ -279,7 +261,7 @@ TEST_F(SaveTest, AFailedSaveAsLeavesTheDocumentUnderItsOldName)
               std::wstring::npos);
     EXPECT_TRUE(events.timings.empty());
     EXPECT_EQ(recent(), std::vector<std::wstring>{file(L"first.vlra")});
-    EXPECT_EQ(current()->path(), file(L"first.vlra"));
+    EXPECT_EQ(activeDocument()->path(), file(L"first.vlra"));
 }
 
 TEST_F(SaveTest, AFailedSaveAsByButtonIsOneAlertWithNameAndCause)
@@ -292,7 +274,7 @@ TEST_F(SaveTest, AFailedSaveAsByButtonIsOneAlertWithNameAndCause)
     answerDialogs({file(L"nowhere/part.vlra")});
     CommandContext context = CommandContext::activeContext();
     context.executeImmediately(false);
-    CommandDefinitionMgr::get()->findCommandDefinitionById(L"SaveDocumentAsCommand")->executeCommand(context);
+    definition(L"SaveDocumentAsCommand")->executeCommand(context);
     run(L"");
     ASSERT_EQ(alerts->alerts().size(), 1u);
     const Alert& alert = alerts->alerts().front();
@@ -300,8 +282,8 @@ TEST_F(SaveTest, AFailedSaveAsByButtonIsOneAlertWithNameAndCause)
     EXPECT_EQ(alert.text, L"\"" + file(L"nowhere/part.vlra") + L"\" can't be saved: the folder " +
                               file(L"nowhere") + L" doesn't exist.");
     EXPECT_TRUE(boxes().empty());
-    EXPECT_TRUE(current()->isDirty(false));
-    EXPECT_FALSE(current()->isOnDisk());
+    EXPECT_TRUE(activeDocument()->isDirty(false));
+    EXPECT_FALSE(activeDocument()->isOnDisk());
     alerts->clearAllAlerts();
 }
 
@@ -337,13 +319,13 @@ TEST_F(NameLoopTest, ANameWithADotAnywhereIsTakenAsTheDialogGaveIt)
 
 TEST_F(NameLoopTest, NoAsksForAnotherNameAndYesReplaces)
 {
-    write(file(L"last/taken.vlra"), "old");
+    overwrite(file(L"last/taken.vlra"), "old");
     answerBoxes(1);
     answerDialogs({L"taken", L"free"});
     answer(L"VuCommands.SaveDocumentAsCmd");
     EXPECT_EQ(boxes(), std::vector<std::wstring>{L"taken.vlra already exists.\nDo you want to replace it?"});
     EXPECT_TRUE(isPackage(file(L"last/free.vlra")));
-    EXPECT_EQ(read(file(L"last/taken.vlra")), "old");
+    EXPECT_EQ(contentOf(file(L"last/taken.vlra")), "old");
     answerBoxes(0);
     answerDialogs({L"taken"});
     answer(L"VuCommands.SaveDocumentAsCmd");
@@ -353,22 +335,22 @@ TEST_F(NameLoopTest, NoAsksForAnotherNameAndYesReplaces)
 TEST_F(NameLoopTest, TheFifthNoOverwritesTheFileOfTheFifthNameAndACancelBeforeWritesNothing)
 {
     for (const wchar_t* name : {L"a", L"b", L"c", L"d", L"e"})
-        write(file(L"last/" + std::wstring(name) + L".vlra"), "old");
+        overwrite(file(L"last/" + std::wstring(name) + L".vlra"), "old");
     answerBoxes(1);
     answerDialogs({L"a", L"b", L"c", L"d"});
     answer(L"VuCommands.SaveDocumentAsCmd");
-    EXPECT_FALSE(current()->isOnDisk());
+    EXPECT_FALSE(activeDocument()->isOnDisk());
     answerDialogs({L"a", L"b", L"c", L"d", L"e"});
     answer(L"VuCommands.SaveDocumentAsCmd");
     EXPECT_TRUE(isPackage(file(L"last/e.vlra")));
-    EXPECT_EQ(read(file(L"last/d.vlra")), "old");
+    EXPECT_EQ(contentOf(file(L"last/d.vlra")), "old");
 }
 
 TEST_F(NameLoopTest, AGivenNameThatExistsIsNotOverwrittenWhereNobodyCanAgree)
 {
-    write(file(L"last/taken.vlra"), "old");
+    overwrite(file(L"last/taken.vlra"), "old");
     failure(L"VuCommands.SaveDocumentAsCmd taken");
-    EXPECT_EQ(read(file(L"last/taken.vlra")), "old");
+    EXPECT_EQ(contentOf(file(L"last/taken.vlra")), "old");
 }
 
 TEST_F(SaveTest, TheClosePromptSavesAndThenCloses)
@@ -381,8 +363,8 @@ TEST_F(SaveTest, TheClosePromptSavesAndThenCloses)
     EXPECT_EQ(boxes(), std::vector<std::wstring>{L"Save changes to prompt?"});
     EXPECT_EQ(documents(), 0u);
     answer(L"Document.Open " + file(L"prompt.vlra"));
-    EXPECT_FALSE(current()->isDirty(false));
-    EXPECT_NE(current()->activeAsset()->components(), nullptr);
+    EXPECT_FALSE(activeDocument()->isDirty(false));
+    EXPECT_NE(activeDocument()->activeAsset()->components(), nullptr);
 }
 
 TEST_F(SaveTest, ACloudDocumentIsSavedAsALocalOneOnly)
@@ -390,7 +372,7 @@ TEST_F(SaveTest, ACloudDocumentIsSavedAsALocalOneOnly)
     answer(L"Design.New");
     EXPECT_TRUE(available(L"SaveDocumentCommand"));
     EXPECT_TRUE(available(L"SaveDocumentAsCommand"));
-    current()->setCloudId("cloud-1");
+    activeDocument()->setCloudId("cloud-1");
     EXPECT_FALSE(available(L"SaveDocumentCommand"));
     EXPECT_TRUE(available(L"SaveDocumentAsCommand"));
     UIBaseOptionGroup::get()->offlineWorkflowsDisabled(true);
@@ -413,11 +395,11 @@ TEST_F(SaveTest, APathOfTheCloudDriveIsRefusedWithTheCommandThatSavesThere)
               std::vector<std::wstring>{L"The document on drive.vlra has been saved to the cloud.  You must "
                                         L"use the Save to Skyvault command for this operation"});
     EXPECT_FALSE(fs::exists(cloud / "on drive.vlra"));
-    EXPECT_TRUE(current()->isDirty(false));
-    EXPECT_FALSE(current()->isOnDisk());
-    EXPECT_EQ(current()->displayName(), L"Mine");
+    EXPECT_TRUE(activeDocument()->isDirty(false));
+    EXPECT_FALSE(activeDocument()->isOnDisk());
+    EXPECT_EQ(activeDocument()->displayName(), L"Mine");
     answer(L"Document.Save " + file(L"mine.vlra"));
-    EXPECT_FALSE(current()->isDirty(false));
+    EXPECT_FALSE(activeDocument()->isDirty(false));
 }
 
 TEST_F(SaveTest, ARecordedSaveCarriesItsNameAndAnAgreedUserIsCounted)
@@ -437,8 +419,8 @@ TEST_F(SaveTest, ARecordedSaveCarriesItsNameAndAnAgreedUserIsCounted)
     Vs::TranscriptMgr::get()->endRecording();
     EXPECT_EQ(keys, (std::vector<std::string>{"Quillet.SaveDocumentCmd", "Quillet.SaveDocumentAsCmd"}));
     const std::string save = "VuCommands.SaveDocumentCmd " + TestSupport::quoted(file(L"recorded.vlra"));
-    EXPECT_EQ(read(file(L"saved.txt")), save + "\n" + save + "\nVuCommands.SaveDocumentAsCmd " +
-                                            TestSupport::quoted(file(L"again.vlra")) + "\n");
+    EXPECT_EQ(contentOf(file(L"saved.txt")), save + "\n" + save + "\nVuCommands.SaveDocumentAsCmd " +
+                                                 TestSupport::quoted(file(L"again.vlra")) + "\n");
 }
 
 } // namespace

@@ -7,9 +7,7 @@
 #include "Tests/Commands/Navigation.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
-#include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/SessionMgr.h"
@@ -43,11 +41,6 @@ class ShellsTest : public CommandsTests::WithProgram
 protected:
     static ShellMgr* shells() { return WorkspaceMgr::activeWorkspace()->shellManager(); }
     static AssetShell* shell() { return SharedWorkflows::activeAssetShell(); }
-    static bool applicable(const wchar_t* id)
-    {
-        CommandContext context = CommandContext::activeContext();
-        return CommandDefinitionMgr::get()->findCommandDefinitionById(id)->isApplicable(&context);
-    }
 };
 
 class SessionChanges : public SessionEventSite

@@ -10,6 +10,7 @@
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 
 #include <algorithm>
+#include <numbers>
 #include <sstream>
 
 namespace {
@@ -66,6 +67,17 @@ Vs::Asset* DataModelTest::newAsset()
 {
     Vs::Document* document = Vs::DocumentMgr::get()->create(&assetType(), status);
     return document ? document->activeAsset() : nullptr;
+}
+
+Vs::Asset* DataModelTest::boxAndCylinder()
+{
+    Vs::Asset* asset = newAsset();
+    Vs::ModelBuilder builder(asset);
+    builder.box(10, 20, 30, {{}, L"Red box", Vs::Colour{1, 0, 0, 1}}, status);
+    const GkMatrix3d placement =
+        GkMatrix3d::translation({50, 0, 0}) * GkMatrix3d::rotation(std::numbers::pi / 2, {1, 0, 0});
+    builder.cylinder(5, 20, {placement, L"Turned cylinder", Vs::Colour{0, 0.6f, 0, 1}}, status);
+    return asset;
 }
 
 Vs::Document* DataModelTest::open(const std::wstring& path)
@@ -125,6 +137,14 @@ std::vector<const Vs::Component*> componentsOf(const Vs::Asset& asset)
     std::vector<const Vs::Component*> list;
     add(*asset.components(), list);
     return list;
+}
+
+const Vs::Component* partNamed(const Vs::Asset& asset, const std::wstring& name)
+{
+    for (const Vs::Component* component : componentsOf(asset))
+        if (component->name == name && component->body)
+            return component;
+    return nullptr;
 }
 
 double volumeOf(const Vs::Asset& asset)

@@ -5,6 +5,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/Translator.h"
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 
 #include <functional>
@@ -20,6 +21,9 @@ protected:
     ~DataModelTest() override;
 
     Vs::Asset* newAsset();
+    /// A red box of 10 by 20 by 30 mm in the corner, and a turned green cylinder, 10 mm thick and 20 mm long,
+    /// beside it.
+    Vs::Asset* boxAndCylinder();
     /// Opens a foreign file; null on failure.
     Vs::Document* open(const std::wstring& path);
     /// Opens a file that can't be: one message with the file and the cause, and nothing half open.
@@ -33,8 +37,13 @@ protected:
     TestSupport::ScratchFolder folder;
 };
 
+using TestSupport::contentOf;
+using TestSupport::overwrite;
+
 /// All components below the root, parents first.
 std::vector<const Vs::Component*> componentsOf(const Vs::Asset& asset);
+/// The part of this name that has a body; null if there is none.
+const Vs::Component* partNamed(const Vs::Asset& asset, const std::wstring& name);
 /// The sum over all occurrences, in mm³; fails the test if one can't be measured.
 double volumeOf(const Vs::Asset& asset);
 double areaOf(const Vs::Asset& asset);

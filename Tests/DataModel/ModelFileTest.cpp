@@ -1,10 +1,9 @@
 #include "Server/DataModel/Model/ModelFile.h"
 
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 
 using namespace Vs;
 
@@ -48,12 +47,6 @@ std::string writeModel(const TestSupport::ScratchFolder& folder, const std::stri
     return path;
 }
 
-std::string contentOf(const std::string& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 } // namespace
 
 TEST(ModelFile, ReadsBackWhatWasWritten)
@@ -85,7 +78,7 @@ TEST(ModelFile, AFlippedByteAnywhereIsNoticed)
 {
     const TestSupport::ScratchFolder folder;
     const std::string path = writeModel(folder, std::string(100, 'x'));
-    const std::string good = contentOf(path);
+    const std::string good = TestSupport::contentOf(path);
     // The header byte by byte, the rest in steps.
     for (size_t at = 0; at < good.size(); at += at < 80 ? 1 : 7) {
         std::string bad = good;
@@ -103,7 +96,7 @@ TEST(ModelFile, AFlippedByteAnywhereIsNoticed)
 TEST(ModelFile, ACutOrForeignFileIsNoModel)
 {
     const TestSupport::ScratchFolder folder;
-    const std::string good = contentOf(writeModel(folder, "exact"));
+    const std::string good = TestSupport::contentOf(writeModel(folder, "exact"));
     for (size_t size = 0; size < good.size(); size += 7)
         EXPECT_THROW(ModelFile::open(folder.write("cut.model", good.substr(0, size)).string()),
                      std::runtime_error)

@@ -3,7 +3,6 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/DocumentMgr.h"
 
-#include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
@@ -76,17 +75,6 @@ size_t NativeTest::filesInFolder() const
 {
     using boost::filesystem::directory_iterator;
     return static_cast<size_t>(std::distance(directory_iterator(folder.path()), directory_iterator()));
-}
-
-std::string contentOf(const std::wstring& path)
-{
-    boost::filesystem::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void overwrite(const std::wstring& path, const std::string& content)
-{
-    boost::filesystem::ofstream(path, std::ios::binary) << content;
 }
 
 void writePackage(const std::wstring& path, const std::vector<Entry>& entries)

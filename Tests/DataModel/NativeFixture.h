@@ -51,9 +51,6 @@ private:
     }
 };
 
-std::string contentOf(const std::wstring& path);
-void overwrite(const std::wstring& path, const std::string& content);
-
 /// An entry of a package that a test writes with a library's writer, or reads with its reader.
 struct Entry
 {

@@ -8,8 +8,6 @@
 #include "Tests/Support/RealData.h"
 
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
@@ -17,12 +15,6 @@
 using namespace Vs;
 
 namespace {
-
-std::string contentOf(const std::wstring& path)
-{
-    std::ifstream stream(Strings::narrow(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 /// How often each name occurs among the parts.
 std::map<std::wstring, int> partNames(const Asset& asset)

@@ -1,11 +1,11 @@
 // Everything that a file can be except what its name says: the program lives, gives one message that names
 // the file and the cause, answers with exit code 1 and keeps what was open.
 
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 #include "Tests/Support/RealData.h"
 
 #include <boost/algorithm/string.hpp>
-#include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
@@ -45,12 +45,6 @@ void expectRefusedByName(const fs::path& file)
     const ProcessResult run = runQuillet({"--headless", "--command", "Document.Open " + quoted(file)});
     EXPECT_NE(run.errors.find(file.filename().string()), std::string::npos)
         << "no file name in: " << run.errors;
-}
-
-std::string content(const fs::path& file)
-{
-    fs::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 std::string garbage(size_t size)
@@ -109,12 +103,12 @@ TEST(BadInput, TruncatedFilesAreRefusedOrSaySo)
     SKIP_WITHOUT_REAL_DATA();
     const ScratchFolder scratch;
     for (const char* name : {"as1-tu-203.stp", "example_45_faces.iges", "Torus_1.brep"}) {
-        const std::string whole = content(realDataFolder() / name);
+        const std::string whole = contentOf(realDataFolder() / name);
         for (const double part : {0.1, 0.5, 0.9})
             expectRefusedByName(scratch.write(std::to_string(static_cast<int>(part * 100)) + name,
                                               whole.substr(0, static_cast<size_t>(part * whole.size()))));
     }
-    const std::string mesh = content(realDataFolder() / "head.stl");
+    const std::string mesh = contentOf(realDataFolder() / "head.stl");
     expectRefusedByName(scratch.write("half.stl", mesh.substr(0, mesh.size() / 2)));
 }
 

@@ -1,6 +1,7 @@
 #include "Tests/Support/Process.h"
 
-#include <boost/filesystem/fstream.hpp>
+#include "Tests/Support/Files.h"
+
 #include <boost/filesystem/operations.hpp>
 
 #include <chrono>
@@ -33,7 +34,7 @@ ScratchFolder::~ScratchFolder()
 fs::path ScratchFolder::write(const std::string& name, const std::string& content) const
 {
     const fs::path file = m_path / name;
-    fs::ofstream(file, std::ios::binary) << content;
+    overwrite(file, content);
     return file;
 }
 
