@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 
 namespace Rendra {
 
@@ -46,24 +45,14 @@ bool HelperPainter::make(Vs::Status& status)
 {
     if (!m_program.make("helpers", {kHelperVertex}, {kHelperFragment}, status))
         return false;
-    glGenVertexArrays(1, &m_array);
-    glGenBuffers(1, &m_buffer);
-    glBindVertexArray(m_array);
-    glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
-    glEnableVertexAttribArray(0);
-    glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex), nullptr);
-    glEnableVertexAttribArray(1);
-    glVertexAttribPointer(1, 2, GL_FLOAT, GL_FALSE, sizeof(Vertex),
-                          reinterpret_cast<const void*>(offsetof(Vertex, place)));
-    glBindVertexArray(0);
+    m_stream.make({3, 2});
     return true;
 }
 
 void HelperPainter::release()
 {
     m_program.release();
-    glDeleteVertexArrays(1, &m_array);
-    glDeleteBuffers(1, &m_buffer);
+    m_stream.release();
     for (const auto& [source, texture] : m_textures)
         glDeleteTextures(1, &texture.name);
     m_textures.clear();
@@ -116,8 +105,6 @@ void HelperPainter::draw(const Frame& frame)
     m_program.setMatrix("projection", clip);
     glUniform1i(m_program.uniform("picture"), 0);
     glActiveTexture(GL_TEXTURE0);
-    glBindVertexArray(m_array);
-    glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
     // A marker may stand beyond all bodies, and they alone decide where the clip planes are.
@@ -180,8 +167,7 @@ void HelperPainter::drawPicture(const Helper& helper, const Vs::Scene::Projectio
 // What something hides comes first, in its own look, then what is seen.
 void HelperPainter::drawTwice(const Helper& helper, float occludedOpacity, GLenum kind)
 {
-    glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(m_vertices.size() * sizeof(Vertex)), m_vertices.data(),
-                 GL_STREAM_DRAW);
+    m_stream.fill(m_vertices);
     Vs::Colour colour = helper.colour;
     if (helper.occluded) {
         const Vs::Colour& effect = helper.occluded->colour;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Scene/Rendra/Frame.h"
+#include "Server/Scene/Rendra/VertexStream.h"
 
 #include <cstdint>
 #include <unordered_map>
@@ -39,7 +40,7 @@ private:
     GLuint textureOf(const std::shared_ptr<const Graphics::Texture>& texture);
 
     Program m_program;
-    GLuint m_array = 0, m_buffer = 0;
+    VertexStream m_stream;
     std::unordered_map<const Graphics::Texture*, GlTexture> m_textures;
     std::vector<Vertex> m_vertices;
 };

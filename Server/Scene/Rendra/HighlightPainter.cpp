@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <utility>
 
 namespace Rendra {
@@ -213,15 +212,7 @@ bool HighlightPainter::makeLines()
     Vs::Status ignored;
     if (!m_lines.make("highlight lines", {kLineVertex}, {kLineFragment}, ignored))
         return false;
-    glGenVertexArrays(1, &m_array);
-    glGenBuffers(1, &m_buffer);
-    glBindVertexArray(m_array);
-    glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
-    glEnableVertexAttribArray(0);
-    glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex), nullptr);
-    glEnableVertexAttribArray(1);
-    glVertexAttribPointer(1, 4, GL_FLOAT, GL_FALSE, sizeof(Vertex),
-                          reinterpret_cast<const void*>(offsetof(Vertex, colour)));
+    m_stream.make({3, 4});
     return true;
 }
 
@@ -242,10 +233,7 @@ void HighlightPainter::drawLines(const Frame& frame)
             break;
     }
     frame.setView(m_lines);
-    glBindVertexArray(m_array);
-    glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
-    glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(m_vertices.size() * sizeof(Vertex)), m_vertices.data(),
-                 GL_STREAM_DRAW);
+    m_stream.fill(m_vertices);
     glLineWidth(frame.lineWidth(2 * frame.target.lineWidth));
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
@@ -311,9 +299,8 @@ void HighlightPainter::release()
         program->release();
     glDeleteTextures(1, &m_texture);
     glDeleteFramebuffers(1, &m_framebuffer);
-    const GLuint arrays[] = {m_noArray, m_array};
-    glDeleteVertexArrays(2, arrays);
-    glDeleteBuffers(1, &m_buffer);
+    glDeleteVertexArrays(1, &m_noArray);
+    m_stream.release();
 }
 
 } // namespace Rendra

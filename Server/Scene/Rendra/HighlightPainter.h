@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Scene/Rendra/Frame.h"
+#include "Server/Scene/Rendra/VertexStream.h"
 
 #include <vector>
 
@@ -34,7 +35,7 @@ private:
     bool m_triedOutline = false, m_triedLines = false;
     GLuint m_texture = 0, m_framebuffer = 0, m_noArray = 0;
     int m_width = 0, m_height = 0;
-    GLuint m_array = 0, m_buffer = 0;
+    VertexStream m_stream;
     std::vector<Vertex> m_vertices;
 };
 

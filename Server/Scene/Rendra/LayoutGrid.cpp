@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <utility>
 
 namespace Rendra {
@@ -120,16 +119,7 @@ bool LayoutGrid::makePrograms()
         return m_lines && m_numbers;
     Vs::Status ignored;
     glGenVertexArrays(1, &m_noArray);
-    glGenVertexArrays(1, &m_array);
-    glGenBuffers(1, &m_buffer);
-    glBindVertexArray(m_array);
-    glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
-    glEnableVertexAttribArray(0);
-    glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, sizeof(Vertex), nullptr);
-    glEnableVertexAttribArray(1);
-    glVertexAttribPointer(1, 1, GL_FLOAT, GL_FALSE, sizeof(Vertex),
-                          reinterpret_cast<const void*>(offsetof(Vertex, opacity)));
-    glBindVertexArray(0);
+    m_stream.make({3, 1});
     return m_lines.make("grid", {kLinesVertex}, {kLinesFragment}, ignored) &&
            m_numbers.make("grid numbers", {kNumbersVertex}, {kNumbersFragment}, ignored);
 }
@@ -138,9 +128,8 @@ void LayoutGrid::release()
 {
     m_lines.release();
     m_numbers.release();
-    const GLuint arrays[] = {m_noArray, m_array};
-    glDeleteVertexArrays(2, arrays);
-    glDeleteBuffers(1, &m_buffer);
+    glDeleteVertexArrays(1, &m_noArray);
+    m_stream.release();
 }
 
 void LayoutGrid::draw(const Frame& frame)
@@ -243,10 +232,7 @@ void LayoutGrid::drawNumbers(const Frame& frame, const Plane& plane, const GridS
     frame.clipMatrix(frame.part, clip);
     m_numbers.setMatrix("projection", clip);
     setColour(m_numbers, frame.environment.gridColor());
-    glBindVertexArray(m_array);
-    glBindBuffer(GL_ARRAY_BUFFER, m_buffer);
-    glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(m_vertices.size() * sizeof(Vertex)), m_vertices.data(),
-                 GL_STREAM_DRAW);
+    m_stream.fill(m_vertices);
     glDepthMask(GL_FALSE);
     glEnable(GL_DEPTH_CLAMP);
     glEnable(GL_BLEND);

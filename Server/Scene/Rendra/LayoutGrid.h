@@ -2,6 +2,7 @@
 
 #include "Server/Scene/Rendra/Frame.h"
 #include "Server/Scene/Rendra/GridScale.h"
+#include "Server/Scene/Rendra/VertexStream.h"
 
 #include <vector>
 
@@ -36,7 +37,8 @@ private:
     void drawNumbers(const Frame& frame, const Plane& plane, const GridScale& scale);
 
     Program m_lines, m_numbers;
-    GLuint m_noArray = 0, m_array = 0, m_buffer = 0;
+    GLuint m_noArray = 0;
+    VertexStream m_stream;
     bool m_tried = false;
     std::vector<Vertex> m_vertices;
 };
