@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Status.h"
+#include "Server/Geometry/GkPoint3d.h"
 
 #include <optional>
 
@@ -14,6 +15,8 @@ struct BodyProperties
     double volume = 0;   ///< mm³, summed over the solids alone: a free face beside a solid adds nothing.
     double area = 0;     ///< mm², of the solids' faces; of all faces if there is no solid.
     double freeArea = 0; ///< mm², of the faces that belong to no solid of a body that has some.
+    GkPoint3d volumeCentre, areaCentre; ///< Centres of mass of the two; the origin where there is none.
+    bool closed = false; ///< Whether it encloses a space, so that its volume is one. Of several solids: all.
     int solids = 0;
     int faces = 0;
 };

@@ -11,7 +11,10 @@
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <xxhash.h>
 
 namespace Vs::Kernel {
 
@@ -25,26 +28,94 @@ bool onlyTriangles(const TopoDS_Face& face)
     return BRep_Tool::Surface(face).IsNull();
 }
 
-double areaOf(const TopoDS_Shape& shape)
+// Adds up the places of parts, each with its own size, to the place of the whole.
+void addTo(double& sum, GkPoint3d& centre, double size, const gp_Pnt& place)
+{
+    sum += size;
+    if (sum > 0)
+        centre = centre + (GkPoint3d(place.X(), place.Y(), place.Z()) - centre) * (size / sum);
+}
+
+void addArea(double& sum, GkPoint3d& centre, const TopoDS_Shape& shape)
 {
     GProp_GProps properties;
     BRepGProp::SurfaceProperties(shape, properties, kPrecision);
-    return std::abs(properties.Mass());
+    addTo(sum, centre, std::abs(properties.Mass()), properties.CentreOfMass());
 }
 
-void addTriangles(const TopoDS_Face& face, BodyProperties& result)
+bool isClosed(const TopoDS_Shape& solid)
 {
-    TopLoc_Location location;
-    const Handle(Poly_Triangulation)& mesh = BRep_Tool::Triangulation(face, location);
-    if (mesh.IsNull())
-        return;
-    for (int i = 1; i <= mesh->NbTriangles(); ++i) {
-        int a, b, c;
-        mesh->Triangle(i).Get(a, b, c);
-        const gp_XYZ p = mesh->Node(a).XYZ(), q = mesh->Node(b).XYZ(), r = mesh->Node(c).XYZ();
-        result.area += ((q - p) ^ (r - p)).Modulus() / 2;
-        result.volume += p * (q ^ r) / 6;
+    for (TopExp_Explorer shells(solid, TopAbs_SHELL); shells.More(); shells.Next())
+        if (!BRep_Tool::IsClosed(shells.Current()))
+            return false;
+    return true;
+}
+
+/// Sums over triangles; right for a closed surface whose triangles all look outside, or all inside.
+class TriangleSums
+{
+public:
+    void add(const TopoDS_Face& face)
+    {
+        TopLoc_Location location;
+        const Handle(Poly_Triangulation)& mesh = BRep_Tool::Triangulation(face, location);
+        if (mesh.IsNull())
+            return;
+        for (int i = 1; i <= mesh->NbTriangles(); ++i) {
+            int a, b, c;
+            mesh->Triangle(i).Get(a, b, c);
+            add(mesh->Node(a).XYZ(), mesh->Node(b).XYZ(), mesh->Node(c).XYZ());
+        }
     }
+
+    void addTo(BodyProperties& result) const
+    {
+        if (!(m_area > 0))
+            return;
+        Kernel::addTo(result.area, result.areaCentre, m_area, m_areaMoment / m_area);
+        // What the triangles of an open surface sum up to depends on where its origin lies.
+        if (m_sides == 0 && m_volume != 0)
+            Kernel::addTo(result.volume, result.volumeCentre, std::abs(m_volume), m_volumeMoment / m_volume);
+        else
+            result.closed = false;
+    }
+
+private:
+    void add(const gp_XYZ& p, const gp_XYZ& q, const gp_XYZ& r)
+    {
+        const double area = ((q - p) ^ (r - p)).Modulus() / 2, volume = p * (q ^ r) / 6;
+        m_area += area;
+        m_areaMoment += (p + q + r) * (area / 3);
+        m_volume += volume;
+        m_volumeMoment += (p + q + r) * (volume / 4);
+        addSide(p, q);
+        addSide(q, r);
+        addSide(r, p);
+    }
+
+    // The two triangles of a side pass it in opposite senses. So a sum of hashes with signs becomes zero if
+    // each side has its two, and practically never else; no table of millions of sides is needed.
+    void addSide(const gp_XYZ& from, const gp_XYZ& to)
+    {
+        const std::array<double, 3> a = {from.X(), from.Y(), from.Z()}, b = {to.X(), to.Y(), to.Z()};
+        const std::array ends = {std::min(a, b), std::max(a, b)};
+        const uint64_t hash = XXH3_64bits(ends.data(), sizeof ends);
+        m_sides += a < b ? hash : a > b ? ~hash + 1 : 0;
+    }
+
+    double m_area = 0, m_volume = 0;
+    gp_XYZ m_areaMoment{0, 0, 0}, m_volumeMoment{0, 0, 0};
+    uint64_t m_sides = 0;
+};
+
+void addSolid(const TopoDS_Shape& solid, BodyProperties& result)
+{
+    GProp_GProps properties;
+    BRepGProp::VolumeProperties(solid, properties, kPrecision);
+    // A solid that was written inside out has a negative volume, and still takes that room.
+    addTo(result.volume, result.volumeCentre, std::abs(properties.Mass()), properties.CentreOfMass());
+    addArea(result.area, result.areaCentre, solid);
+    result.closed &= isClosed(solid);
 }
 
 } // namespace
@@ -58,27 +129,27 @@ BodyProperties measureShape(const TopoDS_Shape& shape)
     for (TopExp_Explorer each(shape, TopAbs_SOLID); each.More(); each.Next())
         solids.Add(each.Current());
     result.solids = solids.Extent();
+    result.closed = true;
 
     for (int i = 1; i <= solids.Extent(); ++i) {
-        GProp_GProps properties;
-        BRepGProp::VolumeProperties(solids(i), properties, kPrecision);
-        // A solid that was written inside out has a negative volume, and still takes that room.
-        result.volume += std::abs(properties.Mass());
-        result.area += areaOf(solids(i));
+        addSolid(solids(i), result);
         TopExp::MapShapes(solids(i), TopAbs_FACE, solidFaces);
     }
-    BodyProperties triangles;
+    TriangleSums triangles;
+    GkPoint3d freeCentre;
     for (int i = 1; i <= faces.Extent(); ++i) {
         const TopoDS_Face& face = TopoDS::Face(faces(i));
         if (solidFaces.Contains(face))
             continue;
         if (onlyTriangles(face))
-            addTriangles(face, triangles);
+            triangles.add(face);
+        else if (result.solids > 0)
+            addArea(result.freeArea, freeCentre, face);
         else
-            (result.solids > 0 ? result.freeArea : result.area) += areaOf(face);
+            addArea(result.area, result.areaCentre, face);
     }
-    result.area += triangles.area;
-    result.volume += std::abs(triangles.volume);
+    triangles.addTo(result);
+    result.closed &= result.volume > 0;
     return result;
 }
 

@@ -1,9 +1,12 @@
 #include "Server/DataModel/Kernel/SubShapes.h"
 
+#include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
 #include <TopExp.hxx>
+#include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedDataMapOfShapeListOfShape.hxx>
 #include <TopoDS.hxx>
+#include <TopoDS_Wire.hxx>
 
 namespace Vs::Kernel {
 
@@ -21,6 +24,38 @@ std::vector<VisibleEdge> visibleEdges(const TopoDS_Shape& shape)
         result.push_back({edge, faces});
     }
     return result;
+}
+
+SubShapes::SubShapes(const TopoDS_Shape& shape) : m_shape(shape)
+{
+    // A face that two solids share is met twice, as in the mesh.
+    for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next())
+        m_faces.push_back(faces.Current());
+    for (const VisibleEdge& visible : visibleEdges(shape))
+        m_edges.Add(visible.edge);
+    TopExp::MapShapes(shape, TopAbs_VERTEX, m_vertices);
+}
+
+TopoDS_Shape SubShapes::part(ObjectPath::Leaf leaf, uint32_t index) const
+{
+    if (leaf == ObjectPath::Leaf::Body)
+        return m_shape;
+    if (leaf == ObjectPath::Leaf::Face)
+        return index < m_faces.size() ? m_faces[index] : TopoDS_Shape();
+    const TopTools_IndexedMapOfShape& map = leaf == ObjectPath::Leaf::Edge ? m_edges : m_vertices;
+    return int64_t(index) < map.Extent() ? map(int(index) + 1) : TopoDS_Shape();
+}
+
+std::vector<uint32_t> SubShapes::loop(const TopoDS_Face& face) const
+{
+    std::vector<uint32_t> numbers;
+    const TopoDS_Wire wire = BRepTools::OuterWire(face);
+    if (wire.IsNull())
+        return numbers;
+    for (TopExp_Explorer edges(wire, TopAbs_EDGE); edges.More(); edges.Next())
+        if (const int number = m_edges.FindIndex(edges.Current()); number > 0)
+            numbers.push_back(uint32_t(number - 1));
+    return numbers;
 }
 
 } // namespace Vs::Kernel

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "Server/DataModel/Selection/ObjectPath.h"
+
+#include <TopTools_IndexedMapOfShape.hxx>
 #include <TopTools_ListOfShape.hxx>
 #include <TopoDS_Edge.hxx>
+#include <TopoDS_Face.hxx>
 #include <TopoDS_Shape.hxx>
 
 #include <vector>
@@ -18,5 +22,24 @@ struct VisibleEdge
 /// The edges of a shape in the order in which they are counted everywhere. A seam, where a face meets
 /// itself, and an edge that is but a point are none that anybody would see.
 std::vector<VisibleEdge> visibleEdges(const TopoDS_Shape& shape);
+
+/// The faces, edges and vertices of a shape by their numbers (ObjectPath::index). Made once and kept, as
+/// finding the numbers takes longer than most measuring.
+class SubShapes
+{
+public:
+    explicit SubShapes(const TopoDS_Shape& shape);
+
+    const TopoDS_Shape& shape() const { return m_shape; }
+    /// Null if there is none of that number.
+    TopoDS_Shape part(ObjectPath::Leaf leaf, uint32_t index) const;
+    /// The edges around the outside of a face, by their numbers.
+    std::vector<uint32_t> loop(const TopoDS_Face& face) const;
+
+private:
+    TopoDS_Shape m_shape;
+    std::vector<TopoDS_Shape> m_faces;
+    TopTools_IndexedMapOfShape m_edges, m_vertices;
+};
 
 } // namespace Vs::Kernel

@@ -1,7 +1,9 @@
 #include "Server/DataModel/Kernel/XdeModel.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/Mesher.h"
+#include "Server/DataModel/Kernel/SubShapes.h"
 #include "Server/DataModel/Kernel/TriangleLimits.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
@@ -11,6 +13,7 @@
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
+#include <BRep_Builder.hxx>
 #include <BinDrivers_DocumentStorageDriver.hxx>
 #include <BinXCAFDrivers.hxx>
 #include <Message.hxx>
@@ -19,6 +22,9 @@
 #include <TCollection_ExtendedString.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDataStd_Name.hxx>
+#include <TopLoc_Location.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Compound.hxx>
 #include <XCAFApp_Application.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
@@ -190,6 +196,78 @@ std::shared_ptr<const BodyMesh> XdeModel::mesh(const std::string& entry,
 BodyProperties XdeModel::properties(const std::string& entry)
 {
     return guarded([&] { return measureShape(bodyShape(bodyLabel(m_document, entry))); });
+}
+
+const SubShapes& XdeModel::subShapes(const std::string& entry)
+{
+    const TopoDS_Shape shape = bodyShape(bodyLabel(m_document, entry));
+    std::unique_ptr<SubShapes>& known = m_subShapes[entry];
+    if (!known || !known->shape().IsEqual(shape))
+        known = std::make_unique<SubShapes>(shape);
+    return *known;
+}
+
+ShapeAnswer XdeModel::measurePart(const MeasuredShape& part, EMeasureType type)
+{
+    return guarded([&] {
+        const SubShapes& shapes = subShapes(part.entry);
+        const TopoDS_Shape shape = shapes.part(part.leaf, part.index);
+        return shape.IsNull() ? ShapeAnswer{NoAnswer::Missing, {}, false, {}}
+                              : Kernel::measurePart(shapes, shape, type);
+    });
+}
+
+TopoDS_Shape XdeModel::placed(const std::vector<MeasuredShape>& shapes)
+{
+    TopoDS_Compound all;
+    BRep_Builder builder;
+    if (shapes.size() > 1)
+        builder.MakeCompound(all);
+    for (const MeasuredShape& each : shapes) {
+        const TopoDS_Shape shape = subShapes(each.entry).part(each.leaf, each.index);
+        if (shape.IsNull())
+            return {};
+        // Places that aren't rigid come with some files; measuring takes them as they are.
+        const TopoDS_Shape moved = shape.Moved(TopLoc_Location(toMotion(each.placement)), false);
+        if (shapes.size() == 1)
+            return moved;
+        builder.Add(all, moved);
+    }
+    return all;
+}
+
+ShapeAnswer XdeModel::measurePair(const std::vector<MeasuredShape>& first,
+                                  const std::vector<MeasuredShape>& second, EMeasureType type)
+{
+    return guarded([&]() -> ShapeAnswer {
+        const TopoDS_Shape shapes[] = {placed(first), placed(second)};
+        for (const bool isSecond : {false, true})
+            if (shapes[isSecond].IsNull())
+                return {NoAnswer::Missing, {}, isSecond, {}};
+        if (type != EMeasureType::Angle)
+            return measureDistance(shapes[0], shapes[1]);
+        GkPoint3d middles[2];
+        for (const bool isSecond : {false, true}) {
+            const MeasuredShape& shape = (isSecond ? second : first).front();
+            if (shape.leaf <= ObjectPath::Leaf::Body)
+                return {NoAnswer::WrongKind, ShapeKind::Body, isSecond, {}};
+            ShapeAnswer middle = measurePart(shape, EMeasureType::PositionX);
+            middle.second = isSecond;
+            if (middle.why != NoAnswer::None)
+                return middle;
+            middles[isSecond] = shape.placement * middle.result.point1;
+        }
+        return measureAngle(shapes[0], shapes[1], middles[0], middles[1]);
+    });
+}
+
+std::vector<uint32_t> XdeModel::loop(const MeasuredShape& face)
+{
+    return guarded([&] {
+        const SubShapes& shapes = subShapes(face.entry);
+        const TopoDS_Shape shape = shapes.part(ObjectPath::Leaf::Face, face.index);
+        return shape.IsNull() ? std::vector<uint32_t>() : shapes.loop(TopoDS::Face(shape));
+    });
 }
 
 std::string XdeModel::addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,

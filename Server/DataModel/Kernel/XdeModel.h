@@ -5,9 +5,13 @@
 #include <TDocStd_Document.hxx>
 #include <TopoDS_Shape.hxx>
 
+#include <map>
+#include <memory>
 #include <string_view>
 
 namespace Vs::Kernel {
+
+class SubShapes;
 
 /// An asset's model as an XDE document: labels of shapes with names, colours and places, and the kernel's own
 /// transactions with deltas.
@@ -25,6 +29,10 @@ public:
     std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                          const TranslatorRefinement& refinement) override;
     BodyProperties properties(const std::string& entry) override;
+    ShapeAnswer measurePart(const MeasuredShape& part, EMeasureType type) override;
+    ShapeAnswer measurePair(const std::vector<MeasuredShape>& first, const std::vector<MeasuredShape>& second,
+                            EMeasureType type) override;
+    std::vector<uint32_t> loop(const MeasuredShape& face) override;
     std::string addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,
                              const std::wstring& name, const std::optional<Colour>& colour) override;
     void insert(ModelKernel& other) override;
@@ -35,7 +43,12 @@ public:
     bool redo() override;
 
 private:
+    const SubShapes& subShapes(const std::string& entry);
+    /// Null if one isn't there.
+    TopoDS_Shape placed(const std::vector<MeasuredShape>& shapes);
+
     Handle(TDocStd_Document) m_document;
+    std::map<std::string, std::unique_ptr<SubShapes>> m_subShapes; ///< Of bodies that were measured.
 };
 
 /// The properties of a shape, at a relative error of 1e-6.

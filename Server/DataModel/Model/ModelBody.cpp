@@ -48,6 +48,20 @@ std::optional<BodyProperties> ModelBody::properties(Status& status) const
     return m_properties;
 }
 
+ShapeAnswer ModelBody::measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto key = std::tuple(leaf, index, type);
+    auto known = m_answers.find(key);
+    if (known == m_answers.end()) {
+        const MeasuredShape part{m_part.entry, leaf, index, {}};
+        const ShapeAnswer answer =
+            m_source->withKernel([&](ModelKernel& kernel) { return kernel.measurePart(part, type); });
+        known = m_answers.emplace(key, answer).first;
+    }
+    return known->second;
+}
+
 std::optional<BodyProperties> bodyProperties(const Body& body, Status& status)
 {
     if (const auto* modelBody = cast<ModelBody>(&body))

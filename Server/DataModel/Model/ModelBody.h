@@ -4,8 +4,10 @@
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Model/ModelData.h"
 
+#include <map>
 #include <mutex>
 #include <optional>
+#include <tuple>
 
 namespace Vs {
 
@@ -31,6 +33,9 @@ public:
     bool update(const PartTree::Body& part);
 
     std::optional<BodyProperties> properties(Status& status) const;
+    /// Measures a face, edge or vertex in the body's own coordinates, once. Throws std::runtime_error.
+    ShapeAnswer measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const;
+    const std::shared_ptr<ModelSource>& source() const { return m_source; }
     /// A mesh of another fineness, made for the caller alone. Throws std::runtime_error.
     std::shared_ptr<const BodyMesh> meshFor(const TranslatorRefinement& refinement) const;
 
@@ -42,6 +47,7 @@ private:
     mutable bool m_meshAsked = false;
     mutable std::shared_ptr<const BodyMesh> m_mesh;
     mutable std::optional<BodyProperties> m_properties;
+    mutable std::map<std::tuple<ObjectPath::Leaf, uint32_t, EMeasureType>, ShapeAnswer> m_answers;
 };
 
 } // namespace Vs

@@ -2,6 +2,7 @@
 
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Model/PartTree.h"
+#include "Server/DataModel/Model/ShapeMeasure.h"
 #include "Server/DataModel/Translator.h"
 
 #include <iosfwd>
@@ -34,6 +35,14 @@ public:
     virtual std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                                  const TranslatorRefinement& refinement) = 0;
     virtual BodyProperties properties(const std::string& entry) = 0;
+    /// Measures a face, an edge or a vertex in the body's own coordinates. Each of the positions gives all of
+    /// the place.
+    virtual ShapeAnswer measurePart(const MeasuredShape& part, EMeasureType type) = 0;
+    /// The distance or the angle of two things, each one shape or, for a distance, several.
+    virtual ShapeAnswer measurePair(const std::vector<MeasuredShape>& first,
+                                    const std::vector<MeasuredShape>& second, EMeasureType type) = 0;
+    /// The edges around the outside of a face (ObjectPath::index).
+    virtual std::vector<uint32_t> loop(const MeasuredShape& face) = 0;
 
     /// Adds a part at the top of the tree, within a transaction. Sizes: dx, dy, dz; radius, height; radius.
     /// Returns the new component's id.

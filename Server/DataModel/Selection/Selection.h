@@ -36,7 +36,7 @@ public:
     }
 
     /// Not owned; only to be compared, as it may be closed by now.
-    const Asset* asset() const { return m_asset; }
+    Asset* asset() const { return m_asset; }
     const ObjectPath& path() const { return m_path; }
     const std::string& componentId() const { return m_path.component; }
     Selection* picked() const { return m_picked.get(); }

@@ -1,0 +1,159 @@
+#include "Server/DataModel/Kernel/MeasureParts.h"
+
+#include "Server/DataModel/Kernel/ShapeForm.h"
+#include "Server/DataModel/Kernel/SubShapes.h"
+#include "Server/DataModel/Kernel/XdeModel.h"
+
+#include <BRepAdaptor_Curve.hxx>
+#include <BRepAdaptor_Surface.hxx>
+#include <BRepExtrema_DistShapeShape.hxx>
+#include <BRepGProp.hxx>
+#include <BRep_Tool.hxx>
+#include <GCPnts_AbscissaPoint.hxx>
+#include <GProp_GProps.hxx>
+#include <Precision.hxx>
+#include <TopoDS.hxx>
+
+#include <cmath>
+
+namespace Vs::Kernel {
+
+namespace {
+
+constexpr double kPrecision = 1e-6;
+
+ShapeAnswer refuse(NoAnswer why, ShapeKind kind)
+{
+    return {why, kind, false, {}};
+}
+
+ShapeAnswer answer(double value, double smallest, ShapeKind kind)
+{
+    if (!std::isfinite(value) || value < smallest)
+        return refuse(NoAnswer::Degenerate, kind);
+    ShapeAnswer result{NoAnswer::None, kind, false, {}};
+    result.result.value = value;
+    return result;
+}
+
+double lengthOf(const TopoDS_Shape& edge)
+{
+    // Its own precision is that of the whole, but halved for the sum over a spline's pieces.
+    return GCPnts_AbscissaPoint::Length(BRepAdaptor_Curve(TopoDS::Edge(edge)), kPrecision / 10);
+}
+
+std::optional<double> radiusOf(const TopoDS_Shape& part)
+{
+    if (part.ShapeType() == TopAbs_EDGE) {
+        const BRepAdaptor_Curve curve(TopoDS::Edge(part));
+        return curve.GetType() == GeomAbs_Circle ? std::optional(curve.Circle().Radius()) : std::nullopt;
+    }
+    if (part.ShapeType() != TopAbs_FACE)
+        return std::nullopt;
+    const BRepAdaptor_Surface surface(TopoDS::Face(part), false);
+    switch (surface.GetType()) {
+    case GeomAbs_Cylinder:
+        return surface.Cylinder().Radius();
+    case GeomAbs_Sphere:
+        return surface.Sphere().Radius();
+    case GeomAbs_Torus:
+        // What a fillet along a round edge has for its radius.
+        return surface.Torus().MinorRadius();
+    default:
+        return std::nullopt;
+    }
+}
+
+gp_Pnt middleOfFace(const TopoDS_Shape& face)
+{
+    const BRepAdaptor_Surface surface(TopoDS::Face(face), false);
+    if (surface.GetType() == GeomAbs_Sphere)
+        return surface.Sphere().Location();
+    GProp_GProps properties;
+    BRepGProp::SurfaceProperties(face, properties, kPrecision);
+    return properties.CentreOfMass();
+}
+
+gp_Pnt middleOf(const TopoDS_Shape& part)
+{
+    if (part.ShapeType() == TopAbs_VERTEX)
+        return BRep_Tool::Pnt(TopoDS::Vertex(part));
+    if (part.ShapeType() == TopAbs_FACE)
+        return middleOfFace(part);
+    const BRepAdaptor_Curve curve(TopoDS::Edge(part));
+    if (curve.GetType() == GeomAbs_Circle)
+        return curve.Circle().Location();
+    const GCPnts_AbscissaPoint half(kPrecision, curve, lengthOf(part) / 2, curve.FirstParameter());
+    return curve.Value(half.IsDone() ? half.Parameter()
+                                     : (curve.FirstParameter() + curve.LastParameter()) / 2);
+}
+
+ShapeAnswer measureLoop(const SubShapes& shapes, const TopoDS_Shape& face, ShapeKind kind)
+{
+    const std::vector<uint32_t> loop = shapes.loop(TopoDS::Face(face));
+    if (loop.empty())
+        return refuse(NoAnswer::WrongKind, kind);
+    double sum = 0;
+    for (const uint32_t edge : loop)
+        sum += lengthOf(shapes.part(ObjectPath::Leaf::Edge, edge));
+    return answer(sum, Precision::Confusion(), kind);
+}
+
+ShapeAnswer measureValue(const SubShapes& shapes, const TopoDS_Shape& part, EMeasureType type, ShapeKind kind)
+{
+    const bool face = part.ShapeType() == TopAbs_FACE;
+    switch (type) {
+    case EMeasureType::Length:
+        return part.ShapeType() == TopAbs_EDGE ? answer(lengthOf(part), Precision::Confusion(), kind)
+                                               : refuse(NoAnswer::WrongKind, kind);
+    case EMeasureType::Radius:
+        if (const auto radius = radiusOf(part))
+            return answer(*radius, Precision::Confusion(), kind);
+        return refuse(NoAnswer::WrongKind, kind);
+    case EMeasureType::Area:
+        return face ? answer(measureShape(part).area, Precision::SquareConfusion(), kind)
+                    : refuse(NoAnswer::WrongKind, kind);
+    case EMeasureType::LoopLength:
+        return face ? measureLoop(shapes, part, kind) : refuse(NoAnswer::WrongKind, kind);
+    case EMeasureType::PositionX:
+    case EMeasureType::PositionY:
+    case EMeasureType::PositionZ:
+        return {NoAnswer::None, kind, false, {}};
+    default:
+        return refuse(NoAnswer::WrongKind, kind);
+    }
+}
+
+} // namespace
+
+ShapeAnswer measurePart(const SubShapes& shapes, const TopoDS_Shape& part, EMeasureType type)
+{
+    const ShapeKind kind = kindOf(part);
+    const NoAnswer why = fault(part);
+    // Triangles have an area, though nothing else.
+    const bool flatArea = why == NoAnswer::Triangles && type == EMeasureType::Area;
+    if (why != NoAnswer::None && !flatArea)
+        return refuse(why, kind);
+    ShapeAnswer result = measureValue(shapes, part, type, kind);
+    if (result.why == NoAnswer::None && !flatArea) {
+        const GkPoint3d place = toPoint(middleOf(part));
+        result.result.point1 = result.result.point2 = result.result.point3 = place;
+    }
+    return result;
+}
+
+ShapeAnswer measureDistance(const TopoDS_Shape& first, const TopoDS_Shape& second)
+{
+    for (const TopoDS_Shape* shape : {&first, &second})
+        if (const NoAnswer why = fault(*shape); why != NoAnswer::None)
+            return {why, kindOf(*shape), shape == &second, {}};
+    const BRepExtrema_DistShapeShape extrema(first, second);
+    if (!extrema.IsDone() || extrema.NbSolution() < 1)
+        return refuse(NoAnswer::Degenerate, kindOf(first));
+    ShapeAnswer result{NoAnswer::None, kindOf(first), false, {}};
+    result.result = {extrema.Value(), toPoint(extrema.PointOnShape1(1)), toPoint(extrema.PointOnShape2(1)),
+                     toPoint(extrema.PointOnShape2(1))};
+    return result;
+}
+
+} // namespace Vs::Kernel

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Server/DataModel/Model/ShapeMeasure.h"
+
+#include <TopoDS_Shape.hxx>
+#include <gp_Lin.hxx>
+#include <gp_Pln.hxx>
+
+#include <optional>
+
+namespace Vs::Kernel {
+
+/// What a vertex, an edge, a face or anything larger is.
+ShapeKind kindOf(const TopoDS_Shape& shape);
+
+/// Whether the kernel can measure the shape at all; it crashes or throws on some. Gives the reason if not.
+NoAnswer fault(const TopoDS_Shape& shape);
+
+/// The line that an edge lies on, or the axis of a cylinder or cone; nothing for other shapes.
+std::optional<gp_Lin> lineOf(const TopoDS_Shape& shape);
+/// The plane of a flat face, its normal to the outside, or of a circle; nothing for other shapes.
+std::optional<gp_Pln> planeOf(const TopoDS_Shape& shape);
+
+inline GkPoint3d toPoint(const gp_Pnt& point)
+{
+    return {point.X(), point.Y(), point.Z()};
+}
+
+} // namespace Vs::Kernel

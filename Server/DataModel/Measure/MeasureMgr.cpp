@@ -1,0 +1,166 @@
+#include "Server/DataModel/Measure/MeasureMgr.h"
+
+#include "Server/Base/Status.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Measure/MeasureTexts.h"
+#include "Server/DataModel/Measure/MeasuredObject.h"
+#include "Server/DataModel/Selection/SelectionFilter.h"
+
+namespace Vs {
+
+namespace {
+
+constexpr std::pair<ESelectionType, ObjectPath::Leaf> kSelectionTypes[] = {
+    {ESelectionType::Vertex, ObjectPath::Leaf::Vertex},       {ESelectionType::Edge, ObjectPath::Leaf::Edge},
+    {ESelectionType::Component, ObjectPath::Leaf::Component}, {ESelectionType::Face, ObjectPath::Leaf::Face},
+    {ESelectionType::Body, ObjectPath::Leaf::Body},
+};
+
+/// Accepts the objects whose paths end in one kind of leaf.
+class LeafFilter : public Implements<LeafFilter, SelectionFilter>
+{
+public:
+    explicit LeafFilter(ObjectPath::Leaf leaf) : m_leaf(leaf) {}
+
+    bool accepts(const Selection& selection) const override
+    {
+        const auto* logical = cast<LogicalSelection>(&selection);
+        return logical && logical->path().leaf == m_leaf;
+    }
+
+private:
+    ObjectPath::Leaf m_leaf;
+};
+
+bool isOpen(const Asset* asset)
+{
+    const DocumentMgr* manager = DocumentMgr::get();
+    for (unsigned i = 0; i < manager->documents(); ++i) {
+        const Document& document = *manager->document(i);
+        for (unsigned k = 0; k < document.assets(); ++k)
+            if (document.asset(k) == asset)
+                return true;
+        for (unsigned k = 0; k < document.hiddenAssets(); ++k)
+            if (document.hiddenAsset(k) == asset)
+                return true;
+    }
+    return false;
+}
+
+MeasuredObject objectOf(const StrongRef<LogicalSelection>& selection)
+{
+    if (!selection)
+        throw MeasureError(MeasureTexts::nothingSelected());
+    // A selection may outlive its model.
+    if (!isOpen(selection->asset()))
+        throw MeasureError(MeasureTexts::closedModel());
+    return MeasuredObject(*selection);
+}
+
+/// Runs `work`, which gives the result or throws what the status is told.
+template <class Work>
+bool answered(MeasureResult& result, Status* status, Work&& work)
+{
+    try {
+        result = work();
+        return true;
+    } catch (const MeasureError& error) {
+        if (status)
+            status->addError(error.message());
+        return false;
+    }
+}
+
+void require(bool right, EMeasureType type)
+{
+    if (!right)
+        throw MeasureError(MeasureTexts::wrongCount(type));
+}
+
+} // namespace
+
+MeasureMgr* MeasureMgr::get()
+{
+    static auto* const manager = new MeasureMgr;
+    return manager;
+}
+
+void MeasureMgr::initialize()
+{
+    if (m_filters.empty())
+        for (const auto& [type, leaf] : kSelectionTypes)
+            m_filters.emplace_back(type, std::make_unique<LeafFilter>(leaf));
+}
+
+std::vector<const SelectionFilter*> MeasureMgr::filters(ESelectionType type) const
+{
+    std::vector<const SelectionFilter*> found;
+    for (const auto& [own, filter] : m_filters)
+        if (own == type)
+            found.push_back(filter.get());
+    return found;
+}
+
+bool MeasureMgr::measure(const StrongRef<LogicalSelection>& selection, EMeasureType type,
+                         MeasureResult& result, Status* status) const
+{
+    return answered(result, status, [&] {
+        require(type <= EMeasureType::LoopLength ||
+                    (type >= EMeasureType::PositionX && type <= EMeasureType::PositionZ),
+                type);
+        return objectOf(selection).measure(type);
+    });
+}
+
+bool MeasureMgr::measure(const StrongRef<LogicalSelection>& first, const StrongRef<LogicalSelection>& second,
+                         EMeasureType type, MeasureResult& result, Status* status) const
+{
+    return answered(result, status, [&] {
+        require(type == EMeasureType::Distance || type == EMeasureType::Angle || type >= EMeasureType::DeltaX,
+                type);
+        MeasureResult found = objectOf(first).measureWith(objectOf(second), type);
+        const GkVector3d delta = found.point2 - found.point1;
+        if (type >= EMeasureType::DeltaX)
+            found.value = type == EMeasureType::DeltaX   ? delta.x
+                          : type == EMeasureType::DeltaY ? delta.y
+                                                         : delta.z;
+        return found;
+    });
+}
+
+bool MeasureMgr::measure(const StrongRef<LogicalSelection>& first, const StrongRef<LogicalSelection>& second,
+                         const StrongRef<LogicalSelection>& third, EMeasureType type, MeasureResult& result,
+                         Status* status) const
+{
+    return answered(result, status, [&]() -> MeasureResult {
+        require(type == EMeasureType::Angle, type);
+        const MeasuredObject from = objectOf(first), apex = objectOf(second), to = objectOf(third);
+        for (const MeasuredObject* leg : {&from, &to})
+            if (&leg->asset() != &apex.asset())
+                throw MeasureError(MeasureTexts::otherModel(leg->name()));
+        const GkPoint3d middle = apex.position();
+        const GkPoint3d ends[] = {from.position(), to.position()};
+        for (const bool isSecond : {false, true})
+            if (ends[isSecond].isEqualTo(middle))
+                throw MeasureError(MeasureTexts::samePlaces((isSecond ? to : from).name()));
+        return {(ends[0] - middle).angleTo(ends[1] - middle), ends[0], middle, ends[1]};
+    });
+}
+
+std::vector<StrongRef<LogicalSelection>>
+MeasureMgr::getLoopSelections(const StrongRef<LogicalSelection>& selection) const
+{
+    std::vector<StrongRef<LogicalSelection>> edges;
+    try {
+        const MeasuredObject face = objectOf(selection);
+        for (const uint32_t edge : face.loop())
+            edges.emplace_back(new LogicalSelection(
+                selection->asset(), {selection->path().component, ObjectPath::Leaf::Edge, edge}, nullptr));
+    } catch (const MeasureError&) {
+        edges.clear();
+    }
+    return edges;
+}
+
+} // namespace Vs

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Server/DataModel/Model/ShapeMeasure.h"
+
+#include <string>
+
+/// What the user is told when there is nothing to tell of a measure.
+namespace Vs::MeasureTexts {
+
+/// One sentence; `name` is the object's path.
+std::wstring reason(const std::wstring& name, NoAnswer why, ShapeKind kind, EMeasureType type);
+std::wstring kernelFailed(const std::wstring& name, const std::string& message);
+std::wstring noExactShape(const std::wstring& name);
+std::wstring otherModel(const std::wstring& name);
+std::wstring samePlaces(const std::wstring& name);
+std::wstring wrongCount(EMeasureType type);
+std::wstring nothingSelected();
+std::wstring closedModel();
+
+} // namespace Vs::MeasureTexts
