@@ -219,6 +219,25 @@ private:
     char** m_arguments;
 };
 
+TEST_F(WindowPicture, ALineThatSetsTheCameraIsNotUndoneByAGlideThatStillPlays)
+{
+    using namespace Vs::Scene;
+    const auto camera = [] { return view()->viewFragments().front()->camera(); };
+    run(L"VuCommands.ViewCameraCmd ViewCameraPerspCommand");
+    run(L"Camera.ZoomIn 3");
+    for (const auto& [line, wanted] :
+         {std::pair(L"VuCommands.ViewCameraCmd ViewCameraOrthoCommand", kParallelProjection),
+          std::pair(L"Camera.Set 900,0,0 0,0,0 0,0,1 1 2000 400 300 2", kPerspectiveProjection)}) {
+        run(L"Commands.Start FitCommand");
+        run(line);
+        const GkPoint3d position = camera()->position();
+        EXPECT_EQ(camera()->projection(), wanted);
+        QTest::qWait(kStillMilliseconds);
+        EXPECT_EQ(camera()->projection(), wanted);
+        EXPECT_TRUE(camera()->position().isEqualTo(position));
+    }
+}
+
 } // namespace
 
 int main(int count, char** arguments)

@@ -4,6 +4,7 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Base/TransitionMgr.h"
 #include "UI/Base/ViewMgr.h"
 
 namespace Vu::Commands {
@@ -40,6 +41,12 @@ Vs::Scene::Camera* activeCamera()
     Vs::Scene::ViewFragment* fragment =
         firstFragment(graphicsViewOf(SessionMgr::get()->activeAssetSession()));
     return fragment ? fragment->camera() : nullptr;
+}
+
+Vs::Scene::Camera* settledCamera()
+{
+    TransitionMgr::get()->finish();
+    return activeCamera();
 }
 
 } // namespace Vu::Commands

@@ -139,7 +139,7 @@ bool AddNamedViewCmdDef::onAddToContextMenu()
 void AddNamedViewCmd::onExecute(Vs::Status& status)
 {
     Vs::Asset* asset = ActiveAssetUtils::asset();
-    Camera* camera = activeCamera();
+    Camera* camera = settledCamera();
     if (asset && camera && namedViewsOfAsset())
         runAndDestroy(NewNamedViewRequest::make(asset, camera), status);
 }
@@ -170,7 +170,7 @@ CommandBase* RestoreCameraCmdDef::onCreateCommand(CommandContext* context)
 void RestoreCameraCmd::onExecute(Vs::Status&)
 {
     NamedViews* views = namedViewsOfAsset();
-    Camera* camera = activeCamera();
+    Camera* camera = settledCamera();
     const Vs::StrongRef<NamedView> view = views && camera ? views->find(viewName()) : nullptr;
     TransitionMgr* transitions = TransitionMgr::get();
     Transition* transition = view && transitions ? transitions->beginTransition() : nullptr;
@@ -199,7 +199,7 @@ bool UpdateNamedViewCameraCmdDef::onAddToContextMenu()
 void UpdateNamedViewCameraCmd::onExecute(Vs::Status& status)
 {
     NamedViews* views = namedViewsOfAsset();
-    const Camera* camera = activeCamera();
+    const Camera* camera = settledCamera();
     const std::wstring name = viewName();
     if (views && camera && !name.empty())
         views->updateNamedViewCamera(name, camera, status);

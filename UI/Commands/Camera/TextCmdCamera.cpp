@@ -146,7 +146,7 @@ public:
     {
         if (parameters.parameters() != 8)
             return {1, L"Not enough parameters specified on command line."};
-        Vs::Scene::Camera* camera = activeCamera();
+        Vs::Scene::Camera* camera = settledCamera();
         if (camera) {
             camera->position(point(parameters[0]));
             camera->target(point(parameters[1]));
@@ -167,7 +167,7 @@ class TextCmdCameraDump : public DirectTextCommand<kDump>
 public:
     TextCommandResult execute(const TextCommandParameters&) override
     {
-        const Vs::Scene::Camera* camera = activeCamera();
+        const Vs::Scene::Camera* camera = settledCamera();
         if (!camera)
             return {0, {}};
         boost::wformat format(L"Camera: E%1% P%2% U%3% Near%4% Far%5% Width%6% Height%7% %8%");
@@ -183,7 +183,7 @@ TextCommandResult zoom(const TextCommandParameters& parameters, double factor, c
 {
     if (parameters.parameters() > 0)
         factor = number<double>(parameters[0]);
-    if (Vs::Scene::Camera* camera = activeCamera()) {
+    if (Vs::Scene::Camera* camera = settledCamera()) {
         const double width = camera->extentsWidth();
         camera->zoom(factor);
         WorkspaceWindow::invalidate(kInvalidateAll);

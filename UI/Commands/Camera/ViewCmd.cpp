@@ -8,6 +8,7 @@
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/SnapEvents.h"
+#include "UI/Base/TransitionMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Camera/ViewCmdDefBase.h"
@@ -49,6 +50,7 @@ struct Setting
 /// `value` 0: without parallel faces, 1: with them.
 void setCamera(const Setting& s, Vs::Scene::EProjection projection)
 {
+    TransitionMgr::get()->finish(); // or else the rest of a glide would bring the old projection back
     if (s.view.camera)
         s.view.camera->toggleProjection(projection);
     s.options.cameraProjection(projection);
