@@ -9,6 +9,9 @@ namespace Vs {
 
 class Body;
 
+/// What is integrated over a body; each takes its time.
+enum class BodyMeasure { Volume, Area };
+
 /// What a body measures, in its own coordinates.
 struct BodyProperties
 {

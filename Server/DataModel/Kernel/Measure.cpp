@@ -68,11 +68,14 @@ public:
         }
     }
 
-    void addTo(BodyProperties& result) const
+    void addTo(BodyProperties& result, BodyMeasure what) const
     {
         if (!(m_area > 0))
             return;
-        Kernel::addTo(result.area, result.areaCentre, m_area, m_areaMoment / m_area);
+        if (what == BodyMeasure::Area) {
+            Kernel::addTo(result.area, result.areaCentre, m_area, m_areaMoment / m_area);
+            return;
+        }
         // What the triangles of an open surface sum up to depends on where its origin lies.
         if (m_sides == 0 && m_volume != 0)
             Kernel::addTo(result.volume, result.volumeCentre, std::abs(m_volume), m_volumeMoment / m_volume);
@@ -108,19 +111,18 @@ private:
     uint64_t m_sides = 0;
 };
 
-void addSolid(const TopoDS_Shape& solid, BodyProperties& result)
+void addVolume(const TopoDS_Shape& solid, BodyProperties& result)
 {
     GProp_GProps properties;
     BRepGProp::VolumeProperties(solid, properties, kPrecision);
     // A solid that was written inside out has a negative volume, and still takes that room.
     addTo(result.volume, result.volumeCentre, std::abs(properties.Mass()), properties.CentreOfMass());
-    addArea(result.area, result.areaCentre, solid);
     result.closed &= isClosed(solid);
 }
 
 } // namespace
 
-BodyProperties measureShape(const TopoDS_Shape& shape)
+BodyProperties measureShape(const TopoDS_Shape& shape, BodyMeasure what)
 {
     BodyProperties result;
     TopTools_IndexedMapOfShape faces, solidFaces, solids;
@@ -132,7 +134,10 @@ BodyProperties measureShape(const TopoDS_Shape& shape)
     result.closed = true;
 
     for (int i = 1; i <= solids.Extent(); ++i) {
-        addSolid(solids(i), result);
+        if (what == BodyMeasure::Volume)
+            addVolume(solids(i), result);
+        else
+            addArea(result.area, result.areaCentre, solids(i));
         TopExp::MapShapes(solids(i), TopAbs_FACE, solidFaces);
     }
     TriangleSums triangles;
@@ -143,12 +148,14 @@ BodyProperties measureShape(const TopoDS_Shape& shape)
             continue;
         if (onlyTriangles(face))
             triangles.add(face);
+        else if (what == BodyMeasure::Volume)
+            continue;
         else if (result.solids > 0)
             addArea(result.freeArea, freeCentre, face);
         else
             addArea(result.area, result.areaCentre, face);
     }
-    triangles.addTo(result);
+    triangles.addTo(result, what);
     result.closed &= result.volume > 0;
     return result;
 }

@@ -111,7 +111,7 @@ ShapeAnswer measureValue(const SubShapes& shapes, const TopoDS_Shape& part, EMea
             return answer(*radius, Precision::Confusion(), kind);
         return refuse(NoAnswer::WrongKind, kind);
     case EMeasureType::Area:
-        return face ? answer(measureShape(part).area, Precision::SquareConfusion(), kind)
+        return face ? answer(measureShape(part, BodyMeasure::Area).area, Precision::SquareConfusion(), kind)
                     : refuse(NoAnswer::WrongKind, kind);
     case EMeasureType::LoopLength:
         return face ? measureLoop(shapes, part, kind) : refuse(NoAnswer::WrongKind, kind);

@@ -193,9 +193,9 @@ std::shared_ptr<const BodyMesh> XdeModel::mesh(const std::string& entry,
     });
 }
 
-BodyProperties XdeModel::properties(const std::string& entry)
+BodyProperties XdeModel::properties(const std::string& entry, BodyMeasure what)
 {
-    return guarded([&] { return measureShape(bodyShape(bodyLabel(m_document, entry))); });
+    return guarded([&] { return measureShape(bodyShape(bodyLabel(m_document, entry)), what); });
 }
 
 const SubShapes& XdeModel::subShapes(const std::string& entry)

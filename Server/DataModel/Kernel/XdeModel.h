@@ -28,7 +28,7 @@ public:
     PartTree tree() override;
     std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                          const TranslatorRefinement& refinement) override;
-    BodyProperties properties(const std::string& entry) override;
+    BodyProperties properties(const std::string& entry, BodyMeasure what) override;
     ShapeAnswer measurePart(const MeasuredShape& part, EMeasureType type) override;
     ShapeAnswer measurePair(const std::vector<MeasuredShape>& first, const std::vector<MeasuredShape>& second,
                             EMeasureType type) override;
@@ -51,7 +51,7 @@ private:
     std::map<std::string, std::unique_ptr<SubShapes>> m_subShapes; ///< Of bodies that were measured.
 };
 
-/// The properties of a shape, at a relative error of 1e-6.
-BodyProperties measureShape(const TopoDS_Shape& shape);
+/// The properties of a shape that belong to `what`, at a relative error of 1e-6.
+BodyProperties measureShape(const TopoDS_Shape& shape, BodyMeasure what);
 
 } // namespace Vs::Kernel

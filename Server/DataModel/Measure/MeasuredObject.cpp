@@ -9,12 +9,13 @@
 
 namespace Vs {
 
-/// Of all bodies of an object.
+/// Of all bodies of an object: the volume or the area.
 struct MeasuredObject::Sums
 {
-    double area = 0, volume = 0;
-    GkPoint3d areaCentre, volumeCentre;
-    bool closed = false; ///< Whether there is a volume. Surfaces beside solids add none and do no harm.
+    double size = 0;
+    GkPoint3d centre;
+    /// Of volumes: whether there is one. Surfaces beside solids add none and do no harm.
+    bool closed = false;
 };
 
 MeasureError::MeasureError(const std::wstring& message) : std::runtime_error(Strings::narrow(message)) {}
@@ -54,22 +55,22 @@ ShapeKind MeasuredObject::wholeKind() const
     return m_path.leaf == ObjectPath::Leaf::Component ? ShapeKind::Component : ShapeKind::Body;
 }
 
-MeasuredObject::Sums MeasuredObject::sums() const
+MeasuredObject::Sums MeasuredObject::sums(BodyMeasure what) const
 {
     Sums sums;
-    const auto add = [](double& sum, GkPoint3d& centre, double size, const GkPoint3d& place) {
-        sum += size;
-        if (sum > 0)
-            centre = centre + (place - centre) * (size / sum);
-    };
     bool openSolid = false;
     for (const Occurrence& each : m_occurrences) {
         Status status;
-        const auto properties = each.body->properties(status);
+        const auto properties = each.body->properties(what, status);
         if (!properties)
             throw MeasureError(status.toString());
-        add(sums.area, sums.areaCentre, properties->area, each.placement * properties->areaCentre);
-        add(sums.volume, sums.volumeCentre, properties->volume, each.placement * properties->volumeCentre);
+        const bool volume = what == BodyMeasure::Volume;
+        const double size = volume ? properties->volume : properties->area;
+        const GkPoint3d centre =
+            each.placement * (volume ? properties->volumeCentre : properties->areaCentre);
+        sums.size += size;
+        if (sums.size > 0)
+            sums.centre = sums.centre + (centre - sums.centre) * (size / sums.size);
         sums.closed |= properties->closed;
         openSolid |= properties->solids > 0 && !properties->closed;
     }
@@ -82,14 +83,15 @@ MeasureResult MeasuredObject::measureBodies(EMeasureType type) const
     const bool position = type >= EMeasureType::PositionX && type <= EMeasureType::PositionZ;
     if (type != EMeasureType::Area && type != EMeasureType::Volume && !position)
         refuse(NoAnswer::WrongKind, wholeKind(), type);
-    const Sums sums = this->sums();
-    if (!(sums.area > 0))
-        refuse(NoAnswer::Degenerate, wholeKind(), type);
+    Sums sums = this->sums(type == EMeasureType::Area ? BodyMeasure::Area : BodyMeasure::Volume);
     if (type == EMeasureType::Volume && !sums.closed)
         refuse(NoAnswer::Open, wholeKind(), type);
     // A surface has its middle, too.
-    const GkPoint3d centre = sums.closed ? sums.volumeCentre : sums.areaCentre;
-    return {type == EMeasureType::Volume ? sums.volume : sums.area, centre, centre, centre};
+    if (position && !sums.closed)
+        sums = this->sums(BodyMeasure::Area);
+    if (!(sums.size > 0))
+        refuse(NoAnswer::Degenerate, wholeKind(), type);
+    return {sums.size, sums.centre, sums.centre, sums.centre};
 }
 
 template <class Work>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Model/ShapeMeasure.h"
 #include "Server/DataModel/Selection/Selection.h"
 
@@ -47,7 +48,7 @@ private:
     struct Sums;
 
     void collect(const Component& component, const GkMatrix3d& placement);
-    Sums sums() const;
+    Sums sums(BodyMeasure what) const;
     MeasureResult measureBodies(EMeasureType type) const;
     MeasureResult measurePart(EMeasureType type) const;
     std::vector<MeasuredShape> shapes() const;

@@ -34,18 +34,21 @@ std::shared_ptr<const BodyMesh> ModelBody::meshFor(const TranslatorRefinement& r
     return m_source->withKernel([&](ModelKernel& kernel) { return kernel.mesh(m_part.entry, refinement); });
 }
 
-std::optional<BodyProperties> ModelBody::properties(Status& status) const
+std::optional<BodyProperties> ModelBody::properties(BodyMeasure what, Status& status) const
 {
     const std::lock_guard lock(m_mutex);
-    if (!m_properties) {
+    auto known = m_properties.find(what);
+    if (known == m_properties.end()) {
         try {
-            m_properties =
-                m_source->withKernel([&](ModelKernel& kernel) { return kernel.properties(m_part.entry); });
+            const BodyProperties measured = m_source->withKernel(
+                [&](ModelKernel& kernel) { return kernel.properties(m_part.entry, what); });
+            known = m_properties.emplace(what, measured).first;
         } catch (const std::runtime_error& error) {
             status.addError(L"\"" + m_part.name + L"\" can't be measured: " + Strings::widen(error.what()));
+            return std::nullopt;
         }
     }
-    return m_properties;
+    return known->second;
 }
 
 ShapeAnswer ModelBody::measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const
@@ -64,8 +67,16 @@ ShapeAnswer ModelBody::measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasu
 
 std::optional<BodyProperties> bodyProperties(const Body& body, Status& status)
 {
-    if (const auto* modelBody = cast<ModelBody>(&body))
-        return modelBody->properties(status);
+    if (const auto* modelBody = cast<ModelBody>(&body)) {
+        auto all = modelBody->properties(BodyMeasure::Volume, status);
+        const auto area = all ? modelBody->properties(BodyMeasure::Area, status) : std::nullopt;
+        if (!area)
+            return std::nullopt;
+        all->area = area->area;
+        all->freeArea = area->freeArea;
+        all->areaCentre = area->areaCentre;
+        return all;
+    }
     status.addError(L"\"" + body.name() + L"\" has no exact geometry to be measured.");
     return std::nullopt;
 }

@@ -32,7 +32,8 @@ public:
     /// Takes over name and colour; true if anything is new.
     bool update(const PartTree::Body& part);
 
-    std::optional<BodyProperties> properties(Status& status) const;
+    /// Those of the properties that belong to `what`, and the counts; measured at the first call.
+    std::optional<BodyProperties> properties(BodyMeasure what, Status& status) const;
     /// Measures a face, edge or vertex in the body's own coordinates, once. Throws std::runtime_error.
     ShapeAnswer measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const;
     const std::shared_ptr<ModelSource>& source() const { return m_source; }
@@ -46,7 +47,7 @@ private:
     mutable std::mutex m_mutex;
     mutable bool m_meshAsked = false;
     mutable std::shared_ptr<const BodyMesh> m_mesh;
-    mutable std::optional<BodyProperties> m_properties;
+    mutable std::map<BodyMeasure, BodyProperties> m_properties;
     mutable std::map<std::tuple<ObjectPath::Leaf, uint32_t, EMeasureType>, ShapeAnswer> m_answers;
 };
 

@@ -34,7 +34,8 @@ public:
     /// The mesh of a body, made if it isn't there yet.
     virtual std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                                  const TranslatorRefinement& refinement) = 0;
-    virtual BodyProperties properties(const std::string& entry) = 0;
+    /// Those of the properties that belong to `what`, and the counts.
+    virtual BodyProperties properties(const std::string& entry, BodyMeasure what) = 0;
     /// Measures a face, an edge or a vertex in the body's own coordinates. Each of the positions gives all of
     /// the place.
     virtual ShapeAnswer measurePart(const MeasuredShape& part, EMeasureType type) = 0;
