@@ -1,6 +1,6 @@
 #pragma once
 
-#include <boost/format.hpp>
+#include "Server/Base/FilledText.h"
 
 #include <string>
 
@@ -12,14 +12,11 @@ inline constexpr const wchar_t* kDomain = L"VuCommands";
 /// The user's text for `key`, or `english` where there is none.
 std::wstring localized(const char* key, const char* english);
 
-/// The same with %1%, %2%... filled in. A translation that lacks a placeholder still gives a text.
+/// The same with %1%, %2%... filled in.
 template <class... Values>
 std::wstring localizedFormat(const char* key, const char* english, const Values&... values)
 {
-    boost::wformat format(localized(key, english));
-    format.exceptions(boost::io::no_error_bits);
-    (format % ... % values);
-    return format.str();
+    return Vs::filledText(localized(key, english), values...);
 }
 
 } // namespace Vu::Commands

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "Server/Base/FilledText.h"
 #include "Server/Base/StringTable.h"
-
-#include <boost/format.hpp>
 
 namespace Vu::Design {
 
@@ -15,14 +14,11 @@ inline std::wstring localized(const char* key, const char* english)
     return Vs::StringTable::getLocalizedString(kDomain, key, english);
 }
 
-/// The same with %1%, %2%... filled in. A translation that lacks a placeholder still gives a text.
+/// The same with %1%, %2%... filled in.
 template <class... Values>
 std::wstring localizedFormat(const char* key, const char* english, const Values&... values)
 {
-    boost::wformat format(localized(key, english));
-    format.exceptions(boost::io::no_error_bits);
-    (format % ... % values);
-    return format.str();
+    return Vs::filledText(localized(key, english), values...);
 }
 
 } // namespace Vu::Design
