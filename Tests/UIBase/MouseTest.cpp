@@ -6,11 +6,15 @@
 #include "UI/Base/Application.h"
 #include "UI/Base/AssetGraphicsView.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/Command.h"
+#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/CursorController.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/MouseEvents.h"
 #include "UI/Base/SceneEvaluator.h"
+#include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/SelectionInputEvents.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/SpaceMouseEventSite.h"
 #include "UI/Base/SplitViewMgr.h"
@@ -311,4 +315,96 @@ TEST_F(MouseTest, GesturesOfATrackpadArriveThroughTheCanvas)
     canvas.view(nullptr, false, false);
     scroll({12, -7}, {}, Qt::NoModifier);
     gesture(Qt::ZoomNativeGesture, 0.5);
+}
+
+namespace {
+
+/// Wants two bodies, each in an input of its own.
+class PairCommand : public Vs::Implements<PairCommand, Command>
+{
+public:
+    PairCommand(CommandDefinition* definition, CommandContext* context) : Implements(definition, context) {}
+    CommandInputSet* onCreateCommandInputs() override
+    {
+        static Info firstInfo(L"First", L"First", nullptr), secondInfo(L"Second", L"Second", nullptr);
+        CommandInputSet* inputs = CommandInputSet::make(this);
+        first = SelectionCommandInput::make(inputs, 0, &firstInfo);
+        second = SelectionCommandInput::make(inputs, 1, &secondInfo);
+        for (SelectionCommandInput* input : {first, second})
+            input->requiredQuantity(true, 1);
+        return inputs;
+    }
+    void onCommandInputEventSink(CommandInputEvent* event) override
+    {
+        if (auto* query = Vs::cast<SelectionInputQuerySelectPermittedEvent>(event))
+            query->permitted(permits);
+        else if (const auto* preselection = Vs::cast<SelectionInputPreselectionEvent>(event))
+            pointed = preselection->selection() != nullptr;
+    }
+    void onValidateInputs(CommandInputStatus&, bool) override {}
+    void onClearCommandRequests(bool) override {}
+
+    SelectionCommandInput* first = nullptr;
+    SelectionCommandInput* second = nullptr;
+    bool permits = true;
+    bool pointed = false;
+};
+
+class PairCommandDef : private InfoHolder, public CommandDefinition
+{
+public:
+    PairCommandDef() : InfoHolder{Info(L"PairTestCommand", L"Pair", nullptr)}, CommandDefinition(&record) {}
+
+private:
+    CommandBase* onCreateCommand(CommandContext* context) override { return new PairCommand(this, context); }
+};
+
+} // namespace
+
+TEST_F(MouseTest, OneSelectionInputAtATimeTakesTheClicks)
+{
+    up(kLeftButton, 2, 2); // Another test may have left it down.
+    PairCommandDef definition;
+    session->commandManager()->executeCommand(&definition, CommandContext());
+    auto* pair = Vs::cast<PairCommand>(session->commandManager()->activeCommand());
+    ASSERT_TRUE(pair);
+    const double x = canvas.width() / 2.0, y = canvas.height() / 2.0;
+    const auto click = [&] {
+        down(kLeftButton, x, y);
+        up(kLeftButton, x, y);
+    };
+    const auto filled = [&] {
+        return std::to_string(pair->first->selectionSet().size()) +
+               std::to_string(pair->second->selectionSet().size());
+    };
+    move(x, y);
+    EXPECT_TRUE(pair->pointed);
+    move(2, 2);
+    EXPECT_FALSE(pair->pointed);
+    pair->permits = false;
+    move(x, y);
+    click();
+    EXPECT_FALSE(pair->pointed);
+    EXPECT_EQ(filled(), "00") << "whoever listens can refuse a pick";
+    pair->permits = true;
+    click();
+    EXPECT_EQ(filled(), "10");
+    EXPECT_TRUE(pair->second->isCurrent());
+    click();
+    EXPECT_EQ(filled(), "11");
+    EXPECT_TRUE(pair->commandInputSet()->valid());
+
+    pair->first->clear();
+    pair->second->clear();
+    pair->second->makeCurrent();
+    click();
+    EXPECT_EQ(filled(), "01");
+    EXPECT_TRUE(pair->first->isCurrent()) << "what was made current goes back when it is complete";
+    pair->first->state(SelectionCommandInput::EState::Idle);
+    click();
+    EXPECT_EQ(filled(), "01");
+    EXPECT_EQ(pair->first->whyInvalid(), L"Something must be selected in the view: 0 of 1 so far.");
+    pair->first->disable();
+    EXPECT_TRUE(pair->commandInputSet()->valid());
+    session->commandManager()->terminateAll(ETerminationReason::Cancel);
 }

@@ -39,20 +39,57 @@ void SelectionCommandInput::requiredQuantity(bool exactly, size_t quantity)
     m_quantity = quantity;
 }
 
-std::wstring SelectionCommandInput::onWhyInvalid() const
+bool SelectionCommandInput::isComplete() const
 {
     const size_t count = m_selections.size();
-    if (m_exactly ? count == m_quantity : count >= m_quantity)
+    return m_exactly ? count == m_quantity : count >= m_quantity;
+}
+
+void SelectionCommandInput::state(EState value)
+{
+    if (std::exchange(m_state, value) != value)
+        stateChanged();
+}
+
+bool SelectionCommandInput::isCurrent() const
+{
+    const SelectionCommandInput* first = nullptr;
+    const SelectionCommandInput* last = nullptr;
+    for (const auto& input : commandInputSet()->inputs()) {
+        const auto* candidate = Vs::cast<SelectionCommandInput>(input.get());
+        if (!candidate || candidate->m_state == EState::Idle || !candidate->isUsable())
+            continue;
+        if (candidate->m_preferred)
+            return candidate == this;
+        if (!first && !candidate->isComplete())
+            first = candidate;
+        last = candidate;
+    }
+    return (first ? first : last) == this;
+}
+
+void SelectionCommandInput::makeCurrent()
+{
+    for (const auto& input : commandInputSet()->inputs())
+        if (auto* other = Vs::cast<SelectionCommandInput>(input.get()))
+            other->m_preferred = other == this;
+    stateChanged();
+}
+
+std::wstring SelectionCommandInput::onWhyInvalid() const
+{
+    if (isComplete())
         return {};
     return localizedFormat("InputNeedsSelection",
-                           "Something must be selected in the view: %1% of %2% so far.", count, m_quantity);
+                           "Something must be selected in the view: %1% of %2% so far.", m_selections.size(),
+                           m_quantity);
 }
 
 Vs::SelectionMgr* SelectionCommandInput::pickingManager() const
 {
     const CommandBase* command = commandInputSet()->command();
     Vs::SelectionMgr* selection = command->isActive() ? command->selectionManager() : nullptr;
-    return enabled() && selection && !selection->suspended() ? selection : nullptr;
+    return selection && !selection->suspended() && isCurrent() ? selection : nullptr;
 }
 
 bool SelectionCommandInput::accepts(const Vs::StrongRef<Vs::Selection>& selection)
@@ -90,6 +127,7 @@ bool SelectionCommandInput::add(Vs::StrongRef<Vs::Selection> selection)
     if (m_exactly && m_quantity > 0 && m_selections.size() >= m_quantity)
         m_selections.remove(*Vs::StrongRef<Vs::Selection>(m_selections.selections().front()));
     m_selections.add(std::move(selection));
+    m_preferred = m_preferred && !isComplete();
     valueChanged();
     return true;
 }
@@ -164,9 +202,17 @@ void SelectionCommandInput::mouseDragBegin(MouseEvent*)
     m_dragged = true;
 }
 
+void SelectionCommandInput::mouseDown(MouseEvent* event)
+{
+    m_pressed = event->button() == kLeftButton && pickingManager();
+}
+
+// The click is that of the input that was current when the button went down: the one that takes it makes
+// another one current.
 void SelectionCommandInput::mouseUp(MouseEvent* event)
 {
-    if (std::exchange(m_dragged, false) || event->button() != kLeftButton || !pickingManager())
+    const bool dragged = std::exchange(m_dragged, false);
+    if (event->button() != kLeftButton || !std::exchange(m_pressed, false) || dragged || !pickingManager())
         return;
     add(under(*event));
 }

@@ -12,11 +12,19 @@ class SelectionMgr;
 namespace Vu {
 
 /// An input that the user fills by clicking on bodies in the canvas, while its command is active and its
-/// session's selection isn't suspended. What a click would take is highlighted.
+/// session's selection isn't suspended. What a click would take is highlighted. Of several inputs of a set
+/// one at a time takes the clicks: the one that was made current, else the first that isn't complete, else
+/// the last.
 class SelectionCommandInput : public Vs::Implements<SelectionCommandInput, CommandInputBase>,
                               public MouseEventSite
 {
 public:
+    /// Whether the input takes part in the picking at all.
+    enum class EState {
+        Idle = 1,       ///< It keeps what it has.
+        Collecting = 8, ///< The default.
+    };
+
     static SelectionCommandInput* make(CommandInputSet* set, int number, Info* info);
     ~SelectionCommandInput() override;
 
@@ -25,6 +33,13 @@ public:
     void requiredQuantity(bool exactly, size_t quantity);
     /// What may be selected; not owned. Null, the default, accepts everything.
     void requiredFilter(const Vs::SelectionFilter* filter) { m_filter = filter; }
+
+    EState state() const { return m_state; }
+    void state(EState value);
+    /// Whether it is the input that takes the clicks.
+    bool isCurrent() const;
+    /// Has it take the clicks until it is complete, or another one is made current.
+    void makeCurrent();
 
     const Vs::SelectionSet& selectionSet() const { return m_selections; }
     /// Adds a selection as a click does. Returns false if a filter, the command, or a site of the event
@@ -39,6 +54,7 @@ public:
     std::wstring displayText() const override;
 
     void mouseMove(MouseEvent* event) override;
+    void mouseDown(MouseEvent* event) override;
     void mouseDragBegin(MouseEvent* event) override;
     void mouseUp(MouseEvent* event) override;
 
@@ -53,11 +69,16 @@ private:
     void preselect(const Vs::StrongRef<Vs::Selection>& selection);
     Vs::StrongRef<Vs::Selection> under(const MouseEvent& event) const;
 
+    bool isComplete() const;
+
     Vs::SelectionSet m_selections;
     const Vs::SelectionFilter* m_filter = nullptr;
     size_t m_quantity = 1;
+    EState m_state = EState::Collecting;
     bool m_exactly = false;
-    bool m_dragged = false; ///< The button that is down has dragged, so that its release is no click.
+    bool m_preferred = false; ///< Was made current.
+    bool m_pressed = false;   ///< The button went down while the input was current.
+    bool m_dragged = false;   ///< The button that is down has dragged, so that its release is no click.
 };
 
 } // namespace Vu

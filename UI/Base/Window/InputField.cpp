@@ -226,19 +226,30 @@ private:
     QPushButton* m_button;
 };
 
-/// Tells how much is selected; its button gives the selection up.
+/// Tells how much is selected and whether clicks in the view go here, which pressing it brings about; the
+/// small button beside it takes the selection back.
 class SelectionField : public InputField
 {
 public:
     SelectionField(SelectionCommandInput* input, QWidget* parent)
-        : InputField(input, parent), m_button(new QPushButton(this))
+        : InputField(input, parent), m_button(new QPushButton(this)), m_clear(new QToolButton(this))
     {
+        m_button->setObjectName(QStringLiteral("inputSelection"));
         m_button->setAutoDefault(false);
-        const QString tip = QString::fromStdWString(
-            localized("InputClearSelection", "Click here to take the selection back."));
-        m_button->setToolTip(tip);
         add(m_button);
         connect(m_button, &QPushButton::clicked, this, [this] {
+            if (auto* selection = Vs::cast<SelectionCommandInput>(this->input()))
+                selection->makeCurrent();
+        });
+        const QString tip =
+            QString::fromStdWString(localized("InputClearSelection", "Take the selection back"));
+        m_clear->setProperty("flat", true);
+        m_clear->setText(QString(QChar(u'\u00d7')));
+        m_clear->setToolTip(tip);
+        m_clear->setAccessibleName(tip);
+        m_clear->setFocusPolicy(Qt::StrongFocus);
+        add(m_clear);
+        connect(m_clear, &QToolButton::clicked, this, [this] {
             if (auto* selection = Vs::cast<SelectionCommandInput>(this->input()))
                 selection->clear();
         });
@@ -247,11 +258,16 @@ public:
 protected:
     void show(const CommandInputBase& input, bool) override
     {
+        const auto& selection = *Vs::cast<SelectionCommandInput>(&input);
         m_button->setText(QString::fromStdWString(input.displayText()));
+        m_button->setCheckable(selection.isCurrent());
+        m_button->setChecked(selection.isCurrent());
+        m_clear->setEnabled(!selection.selectionSet().empty());
     }
 
 private:
     QPushButton* m_button;
+    QToolButton* m_clear;
 };
 
 } // namespace

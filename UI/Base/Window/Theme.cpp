@@ -70,6 +70,10 @@ QLineEdit#inputLine { padding: 2px 4px; border: 1px solid palette(mid); border-r
 QLineEdit#inputLine:focus { border-color: palette(highlight); }
 QLineEdit#inputLine:disabled, QLineEdit#inputLine[readOnly="true"] { background: palette(window); }
 QLineEdit#inputLine[failed="true"] { border-color: #d3493d; }
+QPushButton#inputSelection { padding: 3px 6px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); text-align: left; }
+QPushButton#inputSelection:checked { border-color: palette(highlight); }
+QPushButton#inputSelection:focus { border: 2px solid palette(highlight); padding: 2px 5px; }
+QPushButton#inputSelection:disabled { background: palette(window); }
 QLabel#inputMark { color: #ffffff; background: #d3493d; border-radius: 7px; min-width: 14px; max-width: 14px; min-height: 14px; max-height: 14px; font-weight: bold; }
 QFrame#hud { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
 QLineEdit#commandLine { padding: 4px 6px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); }
