@@ -95,11 +95,16 @@ private:
     std::string& m_log;
 };
 
-class BoreCommandDef : private InfoHolder, public CommandDefinition
+/// Stands before the definition among the bases, because that ends its commands while it is destroyed.
+struct LogHolder
+{
+    std::string log;
+};
+
+class BoreCommandDef : private InfoHolder, public LogHolder, public CommandDefinition
 {
 public:
     BoreCommandDef() : InfoHolder{Info(L"BoreTestCommand", L"Bore", nullptr)}, CommandDefinition(&record) {}
-    std::string log;
 
 private:
     CommandBase* onCreateCommand(CommandContext* context) override
