@@ -1,3 +1,4 @@
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -45,7 +46,9 @@ TEST_F(MeasureLines, TellWhatIsWrong)
 {
     EXPECT_NE(failure(L"Measure.Volume").find(L"Usage: Measure.Volume <path>"), std::wstring::npos);
     EXPECT_NE(failure(L"Measure.Distance \"Box1\"").find(L"Usage"), std::wstring::npos);
-    EXPECT_NE(failure(L"Measure.Volume Nothing").find(L"there is no \"Nothing\""), std::wstring::npos);
+    const std::wstring unknown = failure(L"Measure.Volume Nothing");
+    EXPECT_NE(unknown.find(L"there is no \"Nothing\" in the model. There are: Box1:1, "), std::wstring::npos)
+        << Vs::Strings::narrow(unknown);
     EXPECT_NE(failure(L"Measure.Length \"Box1/Face1\"").find(L"a plane has no length"), std::wstring::npos);
     Vs::DocumentMgr::get()->document(0u)->activeAsset()->markClean();
     answer(L"VuCommands.CloseAllDocumentsCmd");

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
 #include <vector>
 
 namespace Vs {
@@ -173,9 +174,27 @@ private:
     {
         const std::wstring where = m_path.component.empty() ? DataModel::localized("PathTop", "the model")
                                                             : L'"' + m_at->name + L'"';
-        m_status.addError(
-            localizedFormat("PathUnknown", "\"%1%\": there is no \"%2%\" in %3%.", m_text, step, where));
+        std::wstring message =
+            localizedFormat("PathUnknown", "\"%1%\": there is no \"%2%\" in %3%.", m_text, step, where);
+        if (const std::wstring names = namesBelow(); !names.empty() && !m_path.isPartOfBody())
+            message += L' ' + localizedFormat("PathOffers", "There are: %1%.", names);
+        m_status.addError(message);
         return false;
+    }
+
+    /// The steps that could follow, for who mistyped one; of many the first.
+    std::wstring namesBelow() const
+    {
+        constexpr size_t kMost = 8;
+        std::wstring names;
+        size_t count = 0;
+        std::map<std::wstring_view, size_t> numbers;
+        for (const auto& child : m_at->children) {
+            if (++count > kMost)
+                return names + L", \u2026";
+            names += (names.empty() ? L"" : L", ") + stepText(child->name, ++numbers[child->name]);
+        }
+        return names;
     }
 
     const Component* m_at;
