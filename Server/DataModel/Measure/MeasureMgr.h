@@ -22,9 +22,8 @@ enum class ESelectionType : unsigned { Vertex = 1, Edge = 2, Component = 4, Face
 /// - Length: an edge. Radius: a circle, a cylinder, a sphere, the tube of a torus. Area: a face, a body, a
 ///   component. Volume: a body or a component that is closed, summed over its solids. Loop length: the edges
 ///   around the outside of a face.
-/// - Position: a vertex; the centre of a circle or a sphere; the middle of another edge; the centre of mass
-/// of
-///   another face, a body or a component.
+/// - Position: a vertex; the centre of a circle or a sphere; the middle of another edge; the centre of
+///   mass of another face, a body or a component.
 /// - Distance: any two, the shortest. The deltas are its parts along the axes, from the first to the second.
 /// - Angle of two: straight edges, flat faces, circles by their planes, cylinders and cones by their axes.
 ///   Edges with a common end and faces with a common edge up to 180°, all others up to 90°, and parallel ones
