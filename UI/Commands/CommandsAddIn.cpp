@@ -38,6 +38,7 @@
 #include "UI/Commands/Help/AboutBoxCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
+#include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
 #include "UI/Commands/Shells/AssetCmds.h"
@@ -90,6 +91,7 @@ private:
     SaveAsImageCmdDef m_saveAsImageCmdDef;
     NewDocumentCmdDef m_newDocumentCmdDef;
     NewSingleDocumentCmdDef m_newSingleDocumentCmdDef;
+    RenameCommandDef m_renameCommandDef;
     OpenDocumentCmdDef m_openDocumentCmdDef;
     SaveDocumentCmdDef m_saveDocumentCmdDef;
     CloseDocumentCmdDef m_closeDocumentCmdDef;

@@ -1,10 +1,10 @@
 #include "Server/DataModel/Kernel/XdeModel.h"
 
-#include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
 #include "Server/DataModel/Kernel/TriangleLimits.h"
+#include "Server/DataModel/Kernel/XdeEdit.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include <Quantity_ColorRGBA.hxx>
@@ -19,9 +19,7 @@
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
 #include <Standard_Failure.hxx>
-#include <TCollection_ExtendedString.hxx>
 #include <TDF_LabelSequence.hxx>
-#include <TDataStd_Name.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
@@ -96,11 +94,6 @@ auto guarded(Work&& work)
         throw std::runtime_error("the geometry kernel failed: " +
                                  std::string(text && *text ? text : failure.DynamicType()->Name()));
     }
-}
-
-TCollection_ExtendedString extended(const std::wstring& text)
-{
-    return TCollection_ExtendedString(Strings::narrow(text).c_str(), true);
 }
 
 TDF_Label bodyLabel(const Handle(TDocStd_Document) & document, const std::string& entry)
@@ -276,7 +269,7 @@ std::string XdeModel::addPrimitive(Primitive kind, const double (&sizes)[3], con
     return guarded([&] {
         const Handle(XCAFDoc_ShapeTool) tool = XCAFDoc_DocumentTool::ShapeTool(m_document->Main());
         const TDF_Label part = tool->AddShape(primitive(kind, sizes), false, false);
-        TDataStd_Name::Set(part, extended(name));
+        setName(part, name);
         if (colour)
             XCAFDoc_DocumentTool::ColorTool(m_document->Main())
                 ->SetColor(part, Quantity_ColorRGBA(colour->r, colour->g, colour->b, colour->a),
@@ -286,7 +279,7 @@ std::string XdeModel::addPrimitive(Primitive kind, const double (&sizes)[3], con
             return entryOf(part);
         // A placed part is a reference to the part, as it is in an assembly.
         const TDF_Label placed = tool->AddShape(bodyShape(part).Located(location), false, false);
-        TDataStd_Name::Set(placed, extended(name));
+        setName(placed, name);
         return entryOf(placed);
     });
 }
@@ -302,6 +295,11 @@ void XdeModel::insert(ModelKernel& other)
         if (!XCAFDoc_Editor::Extract(roots, XCAFDoc_DocumentTool::ShapesLabel(m_document->Main())))
             throw std::runtime_error("the parts can't be taken over");
     });
+}
+
+void XdeModel::rename(const std::string& component, const std::wstring& name)
+{
+    guarded([&] { renameOccurrence(occurrenceLabel(m_document, component), name); });
 }
 
 void XdeModel::begin()

@@ -36,6 +36,7 @@ public:
     std::string addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,
                              const std::wstring& name, const std::optional<Colour>& colour) override;
     void insert(ModelKernel& other) override;
+    void rename(const std::string& component, const std::wstring& name) override;
     void begin() override;
     bool commit() override;
     void abort() override;

@@ -6,6 +6,7 @@
 
 #include <BRep_TFace.hxx>
 #include <TCollection_AsciiString.hxx>
+#include <TCollection_ExtendedString.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDF_Tool.hxx>
 #include <TDataStd_Name.hxx>
@@ -22,22 +23,6 @@
 namespace Vs::Kernel {
 
 namespace {
-
-std::wstring nameOf(const TDF_Label& label)
-{
-    Handle(TDataStd_Name) name;
-    if (!label.FindAttribute(TDataStd_Name::GetID(), name))
-        return {};
-    const TCollection_AsciiString utf8(name->Get());
-    return Strings::widen({utf8.ToCString(), static_cast<size_t>(utf8.Length())});
-}
-
-// Names that writers of exchange files make up where the designer gave none.
-bool isMadeUp(const std::wstring& name)
-{
-    return name.starts_with(L"NAUO") || name.starts_with(L"=>[") ||
-           name.find_first_not_of(L"0123456789 ") == std::wstring::npos;
-}
 
 std::optional<Colour> colourOf(const TDF_Label& label)
 {
@@ -71,7 +56,7 @@ public:
             node.colour = colourOf(label);
             XCAFDoc_ShapeTool::GetReferredShape(label, what);
         }
-        if (isMadeUp(node.name))
+        if (isMadeUp(node.name) && !label.IsAttribute(namedByUser()))
             node.name = nameOf(what);
         // An assembly that contains itself is no tree; it ends here.
         if (XCAFDoc_ShapeTool::IsAssembly(what) && depth < kDeepestTree) {
@@ -126,6 +111,32 @@ XdeTree readXdeTree(const Handle(TDocStd_Document) & document)
     for (const TDF_Label& root : roots)
         result.tree.roots.push_back(reader.visit(root, {}, 0));
     return result;
+}
+
+std::wstring nameOf(const TDF_Label& label)
+{
+    Handle(TDataStd_Name) name;
+    if (!label.FindAttribute(TDataStd_Name::GetID(), name))
+        return {};
+    const TCollection_AsciiString utf8(name->Get());
+    return Strings::widen({utf8.ToCString(), static_cast<size_t>(utf8.Length())});
+}
+
+void setName(const TDF_Label& label, const std::wstring& name)
+{
+    TDataStd_Name::Set(label, TCollection_ExtendedString(Strings::narrow(name).c_str(), true));
+}
+
+bool isMadeUp(const std::wstring& name)
+{
+    return name.starts_with(L"NAUO") || name.starts_with(L"=>[") ||
+           name.find_first_not_of(L"0123456789 ") == std::wstring::npos;
+}
+
+const Standard_GUID& namedByUser()
+{
+    static const Standard_GUID mark("6f0a4c4e-3d0b-4f57-9b43-0f7f5f1f8a21");
+    return mark;
 }
 
 TopoDS_Shape bodyShape(const TDF_Label& label)

@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Model/PartTree.h"
 
+#include <Standard_GUID.hxx>
 #include <TDF_Label.hxx>
 #include <TDocStd_Document.hxx>
 #include <TopoDS_Shape.hxx>
@@ -32,6 +33,14 @@ struct XdeTree
 };
 
 XdeTree readXdeTree(const Handle(TDocStd_Document) & document);
+
+/// The name that stands on a label; empty if there is none.
+std::wstring nameOf(const TDF_Label& label);
+void setName(const TDF_Label& label, const std::wstring& name);
+/// Whether the name is one that writers of exchange files make up where the designer gave none.
+bool isMadeUp(const std::wstring& name);
+/// Marks a label whose name a user has given, which counts even if it looks made up.
+const Standard_GUID& namedByUser();
 
 /// The shape of one body, without a location of its own, and its colours.
 TopoDS_Shape bodyShape(const TDF_Label& label);

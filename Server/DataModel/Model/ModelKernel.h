@@ -52,6 +52,10 @@ public:
     /// Adds everything at the top of another model's tree to this one's, within a transaction.
     virtual void insert(ModelKernel& other) = 0;
 
+    /// Gives a component (Component::id) another name, within a transaction; so it has that name wherever the
+    /// assembly that holds it occurs.
+    virtual void rename(const std::string& component, const std::wstring& name) = 0;
+
     /// How many steps can be taken back.
     static constexpr unsigned kUndoSteps = 100;
 

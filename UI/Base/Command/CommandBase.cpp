@@ -11,6 +11,7 @@
 #include "UI/Base/Command/CommandStack.h"
 
 #include <algorithm>
+#include <exception>
 
 namespace Vu {
 
@@ -134,6 +135,22 @@ EMidCommandUndoRedoContext CommandBase::getPossibleMidCommandRedoContext() const
     return canRedoStep() ? EMidCommandUndoRedoContext::Step : EMidCommandUndoRedoContext::None;
 }
 
+namespace {
+
+/// Null, with the reason, if the asset may not be changed.
+std::unique_ptr<Vs::Transaction> openTransaction(Vs::Asset* asset, const std::wstring& name,
+                                                 Vs::Status& status)
+{
+    try {
+        return std::make_unique<Vs::Transaction>(asset, name);
+    } catch (const std::exception& error) {
+        status.addError(name + L": " + Vs::Strings::widen(error.what()));
+        return nullptr;
+    }
+}
+
+} // namespace
+
 bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOptions options,
                                  Vs::Status& status)
 {
@@ -149,18 +166,18 @@ bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOp
 
     if (options.asStep && !preview)
         beginStep(true, true);
-    auto transaction = std::make_unique<Vs::Transaction>(asset, request->name());
     Vs::Status outcome;
+    std::unique_ptr<Vs::Transaction> transaction = openTransaction(asset, request->name(), outcome);
     for (Vs::Request* each : requests)
-        if (!each->execute(asset, outcome))
+        if (!transaction || !each->execute(asset, outcome))
             break;
-    const bool made = outcome.isOk() || !onAbortTransactionOnFailure(outcome);
+    const bool made = transaction && (outcome.isOk() || !onAbortTransactionOnFailure(outcome));
     if (made && preview)
         m_preview = std::move(transaction);
     else if (made)
         transaction->commit();
     else
-        transaction->abort();
+        transaction.reset();
     if (options.asStep && !preview)
         endStep(made ? ETerminationReason::Commit : ETerminationReason::Cancel);
     status.merge(outcome);

@@ -15,6 +15,7 @@
 #include "UI/Commands/Documents/RecentDocumentsCmd.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
 #include "UI/Commands/ExitApplicationCmd.h"
+#include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
 #include "UI/Commands/Shells/AssetCmds.h"
@@ -121,6 +122,12 @@ void cmdId(const Parameters& parameters, CommandContext& context)
         context.addArgument(Vs::UniqueString::find("CmdId", true), parameters[0]);
 }
 
+void newName(const Parameters& parameters, CommandContext& context)
+{
+    if (parameters.parameters() == 1)
+        context.addArgument(RenameCommandDef::newNameArgument(), parameters[0]);
+}
+
 constexpr bool kGlobal = true;
 constexpr bool kFlush = true;
 constexpr const wchar_t* kArea = L"VuCommands";
@@ -170,6 +177,7 @@ constexpr WrapperRow kViewLayoutGridOn     = {kArea, L"ViewLayoutGridOnCmd", L"V
 constexpr WrapperRow kShowOrbicon          = {kArea, L"ShowOrbiconCmd", L"Show Orbicon.", "", &ShowOrbiconCmdDef::info};
 constexpr WrapperRow kHideOrbicon          = {kArea, L"HideOrbiconCmd", L"Hide Orbicon.", "", &HideOrbiconCmdDef::info};
 constexpr WrapperRow kViewWidget           = {kArea, L"ViewWidgetCmd",  L"View menu item.", "", &ViewWidgetCmdDef::info};
+constexpr WrapperRow kRename              = {kArea, L"RenameCommand",          L"<NewName> Rename the selected node.", "", &RenameCommandDef::info, newName};
 constexpr WrapperRow kSetSnapValue        = {kArea, L"SetSnapValueCmd",        L"Set snap value.", "", &SetSnapValueCmdDef::info};
 constexpr WrapperRow kEnableAdaptiveSnap  = {kArea, L"EnableAdaptiveSnapCmd",  L"Enable snap.", "", &EnableAdaptiveSnapCmdDef::info};
 constexpr WrapperRow kDisableAdaptiveSnap = {kArea, L"DisableAdaptiveSnapCmd", L"Disable snap.", "", &DisableAdaptiveSnapCmdDef::info};
@@ -219,6 +227,7 @@ Wrapper<kViewLayoutGridOn> TextCmdVuCommandsViewLayoutGridOnCmd;
 Wrapper<kShowOrbicon> TextCmdVuCommandsShowOrbiconCmd;
 Wrapper<kHideOrbicon> TextCmdVuCommandsHideOrbiconCmd;
 Wrapper<kViewWidget> TextCmdVuCommandsViewWidgetCmd;
+Wrapper<kRename> TextCmdVuCommandsRenameCommand;
 Wrapper<kSetSnapValue> TextCmdVuCommandsSetSnapValueCmd;
 Wrapper<kEnableAdaptiveSnap> TextCmdVuCommandsEnableAdaptiveSnapCmd;
 Wrapper<kDisableAdaptiveSnap> TextCmdVuCommandsDisableAdaptiveSnapCmd;

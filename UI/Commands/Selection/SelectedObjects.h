@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Server/DataModel/Selection/Selection.h"
+
+#include <vector>
+
+namespace Vs {
+class SelectionMgr;
+}
+
+namespace Vu::Commands {
+
+/// Those of the selections that name an object of the model, in their order. Null gives none.
+std::vector<Vs::StrongRef<Vs::LogicalSelection>> selectedObjects(Vs::SelectionMgr* manager);
+
+} // namespace Vu::Commands
