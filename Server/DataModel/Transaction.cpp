@@ -3,6 +3,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/TransactionMgr.h"
 
 #include <stdexcept>
 
@@ -49,6 +50,11 @@ bool step(Asset* asset, ChangeHistory::Extent (ChangeHistory::*direction)())
     return true;
 }
 
+std::wstring nameOf(const TransactionNode* step)
+{
+    return step ? step->userName() : std::wstring();
+}
+
 } // namespace
 
 Transaction::Transaction(Asset* asset, const std::wstring& name) : m_asset(asset)
@@ -59,7 +65,7 @@ Transaction::Transaction(Asset* asset, const std::wstring& name) : m_asset(asset
         return;
     if (!asset->document()->mayBeEdited())
         throw std::runtime_error("its document is read-only");
-    data.history().begin(name);
+    data.history().begin(name, TransactionMgr::cmdKeyNow(asset));
     data.transactionBroken = false;
 }
 
@@ -105,22 +111,22 @@ void Transaction::abort()
 
 unsigned Transaction::undoSteps(const Asset* asset)
 {
-    return asset->data().history().undoSteps();
+    return static_cast<unsigned>(asset->data().history().session().doneChanges().size());
 }
 
 unsigned Transaction::redoSteps(const Asset* asset)
 {
-    return asset->data().history().redoSteps();
+    return static_cast<unsigned>(asset->data().history().session().undoneChanges().size());
 }
 
 std::wstring Transaction::undoName(const Asset* asset)
 {
-    return asset->data().history().undoName();
+    return nameOf(asset->data().history().session().transactionToUndo());
 }
 
 std::wstring Transaction::redoName(const Asset* asset)
 {
-    return asset->data().history().redoName();
+    return nameOf(asset->data().history().session().transactionToRedo());
 }
 
 bool Transaction::undo(Asset* asset)

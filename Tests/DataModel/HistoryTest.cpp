@@ -1,6 +1,7 @@
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Transaction.h"
+#include "Server/DataModel/TransactionMgr.h"
 #include "Tests/DataModel/Fixture.h"
 
 #include <random>
@@ -160,4 +161,36 @@ TEST_F(HistoryTest, TheOldestStepsAreForgottenTogether)
         ASSERT_EQ(stateOf(*asset), states[130 - i]);
     }
     EXPECT_FALSE(Transaction::undo(asset));
+}
+
+TEST_F(HistoryTest, AStepStaysWhatItIsWhileItIsUndoneAndRedone)
+{
+    Asset* asset = newAsset();
+    for (unsigned number = 1; number <= 4; ++number)
+        step(asset, 3, number);
+    const std::string last = stateOf(*asset);
+    TransactionMgr transactions(asset);
+    const TransactionNode* session = transactions.sessionTransaction();
+    EXPECT_EQ(transactions.currentTransaction(), session);
+    const TransactionNode* second = session->doneChanges()[1].get();
+    EXPECT_EQ(second->userName(), L"Step 2");
+    EXPECT_EQ(second->parent(), session);
+    EXPECT_FALSE(transactions.canRedo(second));
+    ASSERT_TRUE(transactions.undo(second));
+    EXPECT_EQ(asset->setting("a"), L"1");
+    EXPECT_EQ(session->undoneChanges().size(), 3u);
+    EXPECT_EQ(session->transactionToRedo(), second);
+    EXPECT_FALSE(transactions.undo(second));
+    ASSERT_TRUE(transactions.redo(session->undoneChanges().back().get()));
+    EXPECT_EQ(stateOf(*asset), last);
+
+    const Transaction open(asset, L"Open");
+    EXPECT_EQ(transactions.currentTransaction()->userName(), L"Open");
+    EXPECT_FALSE(transactions.currentTransaction()->isChanged());
+    asset->setting("a", L"open");
+    EXPECT_TRUE(transactions.currentTransaction()->isChanged());
+    EXPECT_FALSE(transactions.currentTransaction()->isCommitted());
+    EXPECT_FALSE(transactions.canUndo(nullptr));
+    EXPECT_FALSE(transactions.undo(second));
+    EXPECT_EQ(asset->setting("a"), L"open");
 }

@@ -1,8 +1,10 @@
 #include "UI/Base/Host.h"
 
+#include "Server/DataModel/TransactionMgr.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDialog.h"
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandHost.h"
@@ -106,12 +108,31 @@ private:
     std::map<const CommandBase*, CommandDialog> m_dialogs;
 };
 
+CommandDefinition* definitionOf(const CommandBase* command)
+{
+    return command ? command->commandDefinition() : nullptr;
+}
+
+/// The key of the command that changes the asset now; "TextCommand" where a line does it without one.
+std::wstring cmdKeyOf(const Vs::Asset* asset)
+{
+    const AssetSession* session = SessionMgr::get()->getOpenAssetSession(asset);
+    const CommandMgr* own = session ? session->commandManager() : nullptr;
+    for (const CommandMgr* manager : {own, const_cast<const CommandMgr*>(CommandMgr::get())})
+        if (const CommandDefinition* executing =
+                manager ? definitionOf(manager->executingCommand()) : nullptr)
+            return executing->id();
+    const CommandDefinition* tool = own ? definitionOf(own->activeCommand()) : nullptr;
+    return tool && !tool->readonly() ? tool->id() : L"TextCommand";
+}
+
 } // namespace
 
 void installHost()
 {
     static auto* const host = new ApplicationCommandHost;
     CommandHost::install(host);
+    Vs::TransactionMgr::cmdKeySource(&cmdKeyOf);
     static auto* const recorder = new TranscriptRecorder;
     CommandMgr::addObserver(recorder);
     static auto* const saving = new SavingHandler;

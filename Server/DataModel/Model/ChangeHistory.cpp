@@ -4,18 +4,17 @@
 
 namespace Vs {
 
-void ChangeHistory::begin(const std::wstring& name)
+void ChangeHistory::begin(const std::wstring& name, const std::wstring& cmdKey)
 {
-    m_open = {.name = name};
-    m_isOpen = true;
+    m_open = std::make_unique<Step>(&m_session, name, cmdKey);
 }
 
 void ChangeHistory::enter(ModelKernel& kernel)
 {
-    if (!m_isOpen || m_open.model)
+    if (!m_open || m_open->m_model)
         return;
     kernel.begin();
-    m_open.model = true;
+    m_open->m_model = true;
 }
 
 void ChangeHistory::put(const std::string& key, const std::wstring& value)
@@ -26,9 +25,9 @@ void ChangeHistory::put(const std::string& key, const std::wstring& value)
         m_settings[key] = value;
 }
 
-void ChangeHistory::putAll(const Step& step, std::wstring Difference::*side)
+void ChangeHistory::putAll(const Step& step, std::wstring Step::Difference::*side)
 {
-    for (const auto& [key, difference] : step.settings)
+    for (const auto& [key, difference] : step.m_settings)
         put(key, difference.*side);
 }
 
@@ -39,58 +38,59 @@ bool ChangeHistory::set(const std::string& key, const std::wstring& value)
     if (value == before)
         return false;
     put(key, value);
-    if (m_isOpen)
-        m_open.settings.try_emplace(key, Difference{before, value}).first->second.after = value;
+    if (m_open)
+        m_open->m_settings.try_emplace(key, Step::Difference{before, value}).first->second.after = value;
     return true;
 }
 
 ChangeHistory::Extent ChangeHistory::commit()
 {
-    Step step = std::exchange(m_open, {});
-    m_isOpen = false;
-    std::erase_if(step.settings, [](const auto& each) { return each.second.before == each.second.after; });
-    step.model = step.model && m_source.withKernel([](ModelKernel& kernel) { return kernel.commit(); });
-    const Extent extent = step.extent();
+    std::unique_ptr<Step> step = std::move(m_open);
+    std::erase_if(step->m_settings, [](const auto& each) { return each.second.before == each.second.after; });
+    step->m_model = step->m_model && m_source.withKernel([](ModelKernel& kernel) { return kernel.commit(); });
+    const Extent extent = extentOf(*step);
     if (extent.nothing())
         return extent;
-    m_redo.clear();
-    m_undo.push_back(std::move(step));
+    step->m_committed = true;
+    m_session.m_undone.clear();
+    m_session.m_done.push_back(std::move(step));
     // The kernel keeps as many of its own, so that those are still there that stand in this list.
-    if (m_undo.size() > ModelKernel::kUndoSteps)
-        m_undo.pop_front();
+    if (m_session.m_done.size() > ModelKernel::kUndoSteps)
+        m_session.m_done.pop_front();
     return extent;
 }
 
 ChangeHistory::Extent ChangeHistory::abort()
 {
-    const Step step = std::exchange(m_open, {});
-    m_isOpen = false;
-    if (step.model)
+    const std::unique_ptr<Step> step = std::move(m_open);
+    if (step->m_model)
         m_source.withKernel([](ModelKernel& kernel) { kernel.abort(); });
-    putAll(step, &Difference::before);
-    return step.extent();
+    putAll(*step, &Step::Difference::before);
+    return extentOf(*step);
 }
 
 ChangeHistory::Extent ChangeHistory::undo()
 {
-    if (m_isOpen || m_undo.empty() ||
-        (m_undo.back().model && !m_source.withKernel([](ModelKernel& kernel) { return kernel.undo(); })))
+    Step::Changes& done = m_session.m_done;
+    if (m_open || done.empty() ||
+        (done.back()->m_model && !m_source.withKernel([](ModelKernel& kernel) { return kernel.undo(); })))
         return {};
-    m_redo.push_back(std::move(m_undo.back()));
-    m_undo.pop_back();
-    putAll(m_redo.back(), &Difference::before);
-    return m_redo.back().extent();
+    Step& step = *m_session.m_undone.emplace_front(std::move(done.back()));
+    done.pop_back();
+    putAll(step, &Step::Difference::before);
+    return extentOf(step);
 }
 
 ChangeHistory::Extent ChangeHistory::redo()
 {
-    if (m_isOpen || m_redo.empty() ||
-        (m_redo.back().model && !m_source.withKernel([](ModelKernel& kernel) { return kernel.redo(); })))
+    Step::Changes& undone = m_session.m_undone;
+    if (m_open || undone.empty() ||
+        (undone.front()->m_model && !m_source.withKernel([](ModelKernel& kernel) { return kernel.redo(); })))
         return {};
-    m_undo.push_back(std::move(m_redo.back()));
-    m_redo.pop_back();
-    putAll(m_undo.back(), &Difference::after);
-    return m_undo.back().extent();
+    Step& step = *m_session.m_done.emplace_back(std::move(undone.front()));
+    undone.pop_front();
+    putAll(step, &Step::Difference::after);
+    return extentOf(step);
 }
 
 } // namespace Vs

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "Server/DataModel/Model/ModelSource.h"
+#include "Server/DataModel/TransactionNode.h"
 
-#include <deque>
 #include <map>
+#include <memory>
 #include <string>
 
 namespace Vs {
@@ -27,10 +28,13 @@ public:
     /// Both must outlive the history.
     ChangeHistory(ModelSource& source, Settings& settings) : m_source(source), m_settings(settings) {}
 
-    void begin(const std::wstring& name);
-    bool isOpen() const { return m_isOpen; }
+    void begin(const std::wstring& name, const std::wstring& cmdKey);
+    bool isOpen() const { return m_open != nullptr; }
     /// What the open change has touched so far.
-    Extent openExtent() const { return m_open.extent(); }
+    Extent openExtent() const { return m_open ? extentOf(*m_open) : Extent(); }
+    /// The root of all steps, and the change that is open; null if there is none.
+    const TransactionNode& session() const { return m_session; }
+    const TransactionNode* open() const { return m_open.get(); }
 
     /// Runs `work(ModelKernel&)` as a part of the open change.
     template <class Work>
@@ -53,34 +57,19 @@ public:
     /// Takes one step, if there is one and no change is open; says what it touched.
     Extent undo();
     Extent redo();
-    unsigned undoSteps() const { return static_cast<unsigned>(m_undo.size()); }
-    unsigned redoSteps() const { return static_cast<unsigned>(m_redo.size()); }
-    /// Of the next step; empty if there is none.
-    std::wstring undoName() const { return m_undo.empty() ? std::wstring() : m_undo.back().name; }
-    std::wstring redoName() const { return m_redo.empty() ? std::wstring() : m_redo.back().name; }
 
 private:
-    struct Difference
-    {
-        std::wstring before, after;
-    };
-    struct Step
-    {
-        std::wstring name;
-        bool model = false;
-        std::map<std::string, Difference> settings;
-        Extent extent() const { return {model, !settings.empty()}; }
-    };
+    using Step = TransactionNode;
+    static Extent extentOf(const Step& step) { return {step.m_model, !step.m_settings.empty()}; }
 
     void enter(ModelKernel& kernel);
     void put(const std::string& key, const std::wstring& value);
-    void putAll(const Step& step, std::wstring Difference::*side);
+    void putAll(const Step& step, std::wstring Step::Difference::*side);
 
     ModelSource& m_source;
     Settings& m_settings;
-    bool m_isOpen = false;
-    Step m_open;
-    std::deque<Step> m_undo, m_redo; ///< The last is the next.
+    Step m_session;
+    std::unique_ptr<Step> m_open;
 };
 
 } // namespace Vs

@@ -22,6 +22,8 @@ public:
         m_highlighted.clear();
     }
     void resumeSelection() { --m_suspensions; }
+    /// The model is about to change under the pointer: what was found there is given up.
+    void invalidate() { m_highlighted.clear(); }
     bool suspended() const { return m_suspensions > 0; }
 
 private:

@@ -85,6 +85,9 @@ public:
     void endStep(ETerminationReason reason);
     bool canUndoStep() const { return m_stepsDone > 0; }
     bool canRedoStep() const { return m_stepsUndone > 0; }
+    /// How many steps can be taken back, and done again.
+    int stepsDone() const { return m_stepsDone; }
+    int stepsUndone() const { return m_stepsUndone; }
     /// Take back, or do again, one step; nothing happens if there is none.
     void undoStep();
     void redoStep();

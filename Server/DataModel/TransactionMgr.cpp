@@ -1,0 +1,80 @@
+#include "Server/DataModel/TransactionMgr.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Transaction.h"
+
+#include <algorithm>
+
+namespace Vs {
+namespace {
+
+TransactionMgr::CmdKeySource theSource = nullptr;
+
+bool holds(const TransactionNode::Changes& changes, const TransactionNode* step)
+{
+    if (!step)
+        return !changes.empty();
+    return std::any_of(changes.begin(), changes.end(), [&](const auto& each) { return each.get() == step; });
+}
+
+} // namespace
+
+const TransactionNode* TransactionMgr::sessionTransaction() const
+{
+    return &m_asset->data().history().session();
+}
+
+const TransactionNode* TransactionMgr::currentTransaction() const
+{
+    const TransactionNode* open = m_asset->data().history().open();
+    return open ? open : sessionTransaction();
+}
+
+bool TransactionMgr::canUndo(const TransactionNode* step) const
+{
+    return !m_asset->data().history().isOpen() && holds(sessionTransaction()->doneChanges(), step);
+}
+
+bool TransactionMgr::canRedo(const TransactionNode* step) const
+{
+    return !m_asset->data().history().isOpen() && holds(sessionTransaction()->undoneChanges(), step);
+}
+
+bool TransactionMgr::undo(const TransactionNode* step)
+{
+    if (!canUndo(step))
+        return false;
+    const TransactionNode* next = nullptr;
+    do {
+        next = sessionTransaction()->transactionToUndo();
+        if (!Transaction::undo(m_asset))
+            return false;
+    } while (step && next != step);
+    return true;
+}
+
+bool TransactionMgr::redo(const TransactionNode* step)
+{
+    if (!canRedo(step))
+        return false;
+    const TransactionNode* next = nullptr;
+    do {
+        next = sessionTransaction()->transactionToRedo();
+        if (!Transaction::redo(m_asset))
+            return false;
+    } while (step && next != step);
+    return true;
+}
+
+void TransactionMgr::cmdKeySource(CmdKeySource source)
+{
+    theSource = source;
+}
+
+std::wstring TransactionMgr::cmdKeyNow(const Asset* asset)
+{
+    return theSource ? theSource(asset) : std::wstring();
+}
+
+} // namespace Vs

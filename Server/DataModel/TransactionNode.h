@@ -1,0 +1,66 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace Vs {
+
+/// A node of the tree of an asset's transactions. The root is the session's, which lasts as long as the asset
+/// is open; the steps that can be taken back or done again are its changes. Owned by the asset's history:
+/// a pointer to a step holds until the step is forgotten, whether it is done or undone meanwhile.
+class TransactionNode
+{
+public:
+    using Changes = std::deque<std::unique_ptr<TransactionNode>>;
+
+    TransactionNode() = default;
+    TransactionNode(const TransactionNode* parent, std::wstring userName, std::wstring cmdKey)
+        : m_parent(parent), m_userName(std::move(userName)), m_cmdKey(std::move(cmdKey))
+    {
+    }
+    TransactionNode(const TransactionNode&) = delete;
+    TransactionNode& operator=(const TransactionNode&) = delete;
+
+    /// Null for the session's.
+    const TransactionNode* parent() const { return m_parent; }
+    /// What the user reads in the undo list.
+    const std::wstring& userName() const { return m_userName; }
+    /// The key of the command that made the change; see TransactionMgr::cmdKeySource.
+    const std::wstring& cmdKey() const { return m_cmdKey; }
+    /// Whether it touched anything, of the model or of the settings.
+    bool isChanged() const { return m_model || !m_settings.empty(); }
+    /// False for the one that is still open.
+    bool isCommitted() const { return m_committed; }
+
+    /// The oldest first: the last is the next to be undone.
+    const Changes& doneChanges() const { return m_done; }
+    /// The first is the next to be redone.
+    const Changes& undoneChanges() const { return m_undone; }
+    /// The next step of each list; null if it is empty.
+    const TransactionNode* transactionToUndo() const
+    {
+        return m_done.empty() ? nullptr : m_done.back().get();
+    }
+    const TransactionNode* transactionToRedo() const
+    {
+        return m_undone.empty() ? nullptr : m_undone.front().get();
+    }
+
+private:
+    friend class ChangeHistory;
+    struct Difference
+    {
+        std::wstring before, after;
+    };
+
+    const TransactionNode* m_parent = nullptr;
+    std::wstring m_userName, m_cmdKey;
+    bool m_model = false; ///< The kernel has a difference for it.
+    bool m_committed = false;
+    std::map<std::string, Difference> m_settings;
+    Changes m_done, m_undone;
+};
+
+} // namespace Vs
