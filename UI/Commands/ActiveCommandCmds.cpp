@@ -1,11 +1,10 @@
 #include "UI/Commands/ActiveCommandCmds.h"
 
-#include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/DocumentSession.h"
+#include "UI/Commands/ActiveCommand.h"
 #include "UI/Commands/Resources.h"
 
 namespace Vu::Commands {
@@ -19,16 +18,6 @@ constinit const CommandRow CommitCmdDef::kRow = {
     .key = L"CommitCommand", .title = "OK", .icon = &Resources::Commit,
     .groups = {&CommandGroup::BaseGroup}, .reportable = false};
 // clang-format on
-
-namespace {
-
-CommandBase* activeCommandOf(AssetSession* session)
-{
-    CommandMgr* manager = session ? session->commandManager() : nullptr;
-    return manager ? manager->activeCommand() : nullptr;
-}
-
-} // namespace
 
 bool CancelCmdDef::onIsApplicable(CommandContext* context) const
 {
@@ -63,11 +52,7 @@ void CancelCmd::onExecute(Vs::Status&)
     if (CommandBase* command = activeCommandOf(session))
         command->destroy(ETerminationReason::Cancel);
     // Whatever shows the document refreshes after the abort, even if there was nothing to abort.
-    if (DocumentSession* documentSession = session->documentSession())
-        if (Vs::Document* document = documentSession->document()) {
-            Vs::DocumentEvent event(document, Vs::Timing::Notification);
-            Vs::DocumentEventSource::get()->fireDocumentUpdated(&event);
-        }
+    tellDocumentUpdated(*session);
 }
 
 bool CommitCmdDef::onIsApplicable(CommandContext* context) const

@@ -40,6 +40,8 @@
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/SnapCmds.h"
+#include "UI/Commands/Selection/UndoCmds.h"
+#include "UI/Commands/Selection/UndoRedoDropDown.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
 #include "UI/Commands/Shells/AssetCmds.h"
 #include "UI/Commands/Shells/DefaultShellFactory.h"
@@ -66,7 +68,11 @@ namespace {
 class CommandsAddIn : public Vs::IUIAddIn, public CommandEventSite
 {
 public:
-    CommandsAddIn() : Vs::IUIAddIn(L"Commands") { ActiveViewAssetCmdDef::createCommandDef(); }
+    CommandsAddIn() : Vs::IUIAddIn(L"Commands")
+    {
+        ActiveViewAssetCmdDef::createCommandDef();
+        UndoRedoDropDownCommandDef::createCommandDefs();
+    }
 
     void load() override;
     void unload(bool last) override;
@@ -108,6 +114,8 @@ private:
     AboutBoxCmdDef m_aboutBoxCmdDef;
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;
+    UndoCmdDef m_undoCmdDef;
+    RedoCmdDef m_redoCmdDef;
     EnableAdaptiveSnapCmdDef m_enableAdaptiveSnapCmdDef;
     DisableAdaptiveSnapCmdDef m_disableAdaptiveSnapCmdDef;
     SetSnapValueCmdDef m_setSnapValueCmdDef;

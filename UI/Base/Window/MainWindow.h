@@ -66,6 +66,8 @@ protected:
 
 private:
     void assetDirtyChanged(Vs::AssetEvent*) override { refreshSoon(); }
+    void assetComponentsChanged(Vs::ComponentsEvent*) override { refreshSoon(); }
+    void assetSettingsChanged(Vs::AssetEvent*) override { refreshSoon(); }
     void documentUpdated(Vs::DocumentEvent*) override { refreshSoon(); }
     void documentSaved(Vs::DocumentEvent*) override { refreshSoon(); }
     void documentClosed(Vs::DocumentEvent*) override { refreshSoon(); }

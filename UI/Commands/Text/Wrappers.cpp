@@ -17,6 +17,8 @@
 #include "UI/Commands/ExitApplicationCmd.h"
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/SnapCmds.h"
+#include "UI/Commands/Selection/UndoCmds.h"
+#include "UI/Commands/Selection/UndoRedoDropDown.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
 #include "UI/Commands/Shells/AssetCmds.h"
 #include "UI/Commands/Shells/EnvironmentCmds.h"
@@ -128,6 +130,13 @@ void newName(const Parameters& parameters, CommandContext& context)
         context.addArgument(RenameCommandDef::newNameArgument(), parameters[0]);
 }
 
+void oneTxnIndex(const Parameters& parameters, CommandContext& context)
+{
+    if (parameters.parameters() == 1)
+        context.addArgument(UndoRedoDropDownCommandDef::txnIndexArgumentName(),
+                            boost::lexical_cast<int>(parameters[0]));
+}
+
 constexpr bool kGlobal = true;
 constexpr bool kFlush = true;
 constexpr const wchar_t* kArea = L"VuCommands";
@@ -178,6 +187,10 @@ constexpr WrapperRow kShowOrbicon          = {kArea, L"ShowOrbiconCmd", L"Show O
 constexpr WrapperRow kHideOrbicon          = {kArea, L"HideOrbiconCmd", L"Hide Orbicon.", "", &HideOrbiconCmdDef::info};
 constexpr WrapperRow kViewWidget           = {kArea, L"ViewWidgetCmd",  L"View menu item.", "", &ViewWidgetCmdDef::info};
 constexpr WrapperRow kRename              = {kArea, L"RenameCommand",          L"<NewName> Rename the selected node.", "", &RenameCommandDef::info, newName};
+constexpr WrapperRow kUndo         = {kArea, L"UndoCmd", L"Undo command.", "", &UndoCmdDef::info};
+constexpr WrapperRow kRedo         = {kArea, L"RedoCmd", L"Redo command.", "", &RedoCmdDef::info};
+constexpr WrapperRow kUndoDropDown = {kArea, L"UndoDropDown", L"<TxnIndex> Undo the selected command from the undo dropdown list.", "", &UndoRedoDropDownCommandDef::UndoDropDownInfo, oneTxnIndex};
+constexpr WrapperRow kRedoDropDown = {kArea, L"RedoDropDown", L"<TxnIndex> Redo the selected command from the redo dropdown list.", "", &UndoRedoDropDownCommandDef::RedoDropDownInfo, oneTxnIndex};
 constexpr WrapperRow kSetSnapValue        = {kArea, L"SetSnapValueCmd",        L"Set snap value.", "", &SetSnapValueCmdDef::info};
 constexpr WrapperRow kEnableAdaptiveSnap  = {kArea, L"EnableAdaptiveSnapCmd",  L"Enable snap.", "", &EnableAdaptiveSnapCmdDef::info};
 constexpr WrapperRow kDisableAdaptiveSnap = {kArea, L"DisableAdaptiveSnapCmd", L"Disable snap.", "", &DisableAdaptiveSnapCmdDef::info};
@@ -228,6 +241,10 @@ Wrapper<kShowOrbicon> TextCmdVuCommandsShowOrbiconCmd;
 Wrapper<kHideOrbicon> TextCmdVuCommandsHideOrbiconCmd;
 Wrapper<kViewWidget> TextCmdVuCommandsViewWidgetCmd;
 Wrapper<kRename> TextCmdVuCommandsRenameCommand;
+Wrapper<kUndo> TextCmdVuCommandsUndoCmd;
+Wrapper<kRedo> TextCmdVuCommandsRedoCmd;
+Wrapper<kUndoDropDown> TextCmdVuCommandsUndoDropDown;
+Wrapper<kRedoDropDown> TextCmdVuCommandsRedoDropDown;
 Wrapper<kSetSnapValue> TextCmdVuCommandsSetSnapValueCmd;
 Wrapper<kEnableAdaptiveSnap> TextCmdVuCommandsEnableAdaptiveSnapCmd;
 Wrapper<kDisableAdaptiveSnap> TextCmdVuCommandsDisableAdaptiveSnapCmd;

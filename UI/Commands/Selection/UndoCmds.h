@@ -1,0 +1,73 @@
+#pragma once
+
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+
+namespace Vu::Commands {
+
+/// Takes back the last step: of the running tool if that can, else of the asset.
+class UndoCmdDef : public RowDefinition<UndoCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+    void onUpdateTooltip(ToolTipInfo& tooltip) override;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    bool onIsVisible(CommandContext*) const override { return true; }
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+/// Does the step again that was taken back last.
+class RedoCmdDef : public RowDefinition<RedoCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+    void onUpdateTooltip(ToolTipInfo& tooltip) override;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    bool onIsVisible(CommandContext*) const override { return true; }
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+/// What undo and redo have alike. The argument "TxnIndex" asks for several steps at once: all those to the
+/// one of that place in the list, of which 0 is the nearest.
+class UndoRedoCmd : public Vs::Implements<UndoRedoCmd, SimpleCommand>
+{
+protected:
+    UndoRedoCmd(CommandDefinition* definition, CommandContext* context, bool undo);
+
+    void onExecute(Vs::Status& status) override;
+    void onEnd(ETerminationReason reason) override;
+    /// Nested exactly if the active command can take the step itself: otherwise that makes room.
+    ECommandType onCommandType() const override;
+
+private:
+    void step(CommandBase& command);
+    bool runningToolTakesIt();
+
+    bool m_undo;
+};
+
+class UndoCmd : public Vs::Implements<UndoCmd, UndoRedoCmd>
+{
+protected:
+    friend class UndoCmdDef;
+    friend class UndoRedoDropDownCommandDef;
+    UndoCmd(CommandDefinition* definition, CommandContext* context) : Implements(definition, context, true) {}
+};
+
+class RedoCmd : public Vs::Implements<RedoCmd, UndoRedoCmd>
+{
+protected:
+    friend class RedoCmdDef;
+    friend class UndoRedoDropDownCommandDef;
+    RedoCmd(CommandDefinition* definition, CommandContext* context) : Implements(definition, context, false)
+    {
+    }
+};
+
+} // namespace Vu::Commands

@@ -1,0 +1,236 @@
+#include "UI/Commands/Selection/UndoRedoDropDown.h"
+
+#include "Server/DataModel/TransactionMgr.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Commands/ActiveCommand.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Resources.h"
+#include "UI/Commands/Selection/UndoCmds.h"
+
+#include <algorithm>
+
+namespace Vu::Commands {
+namespace {
+
+constexpr CommandRow kUndoRow = {.key = L"UndoDropDown", .title = "Undo Multiple", .icon = &Resources::Undo};
+constexpr CommandRow kRedoRow = {.key = L"RedoDropDown", .title = "Redo Multiple", .icon = &Resources::Redo};
+constexpr const wchar_t* kTextCommandKey = L"TextCommand";
+/// What stands behind the command's name in the name of a step that is a part of another.
+constexpr const wchar_t* kInnerStep = L" Inner Step";
+
+bool canStep(const CommandBase& command, bool undo)
+{
+    return undo ? command.canUndoStep() : command.canRedoStep();
+}
+
+const Vs::TransactionNode::Changes& changesOf(const Vs::TransactionNode& session, bool undo)
+{
+    return undo ? session.doneChanges() : session.undoneChanges();
+}
+
+/// The one at that place from the present state; the index must be one of the list's.
+const Vs::TransactionNode& nearest(const Vs::TransactionNode& session, size_t index, bool undo)
+{
+    const Vs::TransactionNode::Changes& changes = changesOf(session, undo);
+    return *changes[undo ? changes.size() - index - 1 : index];
+}
+
+/// By the key of the step, else by its name; null if no command is known by either.
+CommandDefinition* definitionOf(const Vs::TransactionNode& step)
+{
+    CommandDefinitionMgr* definitions = CommandDefinitionMgr::get();
+    if (CommandDefinition* found = definitions->findCommandDefinitionById(step.cmdKey()))
+        return found;
+    const std::wstring name = step.userName().substr(0, step.userName().rfind(kInnerStep));
+    for (CommandDefinition* each : definitions->commandDefinitions())
+        if (each->info()->name() == name)
+            return each;
+    return nullptr;
+}
+
+std::wstring nameOfStep(const CommandBase& command, int number)
+{
+    return command.commandDefinition()->info()->name() +
+           localizedFormat("lclzTxnStep", " - Step %1%", number);
+}
+
+bool sameNames(const OwnedList::Items& some, const OwnedList::Items& others)
+{
+    return std::equal(some.begin(), some.end(), others.begin(), others.end(),
+                      [](const auto& a, const auto& b) { return a->name() == b->name(); });
+}
+
+} // namespace
+
+Info* UndoRedoDropDownCommandDef::UndoDropDownInfo()
+{
+    static Info record = makeInfo(kUndoRow);
+    return &record;
+}
+
+Info* UndoRedoDropDownCommandDef::RedoDropDownInfo()
+{
+    static Info record = makeInfo(kRedoRow);
+    return &record;
+}
+
+void UndoRedoDropDownCommandDef::createCommandDefs()
+{
+    static UndoRedoDropDownCommandDef undo(true);
+    static UndoRedoDropDownCommandDef redo(false);
+}
+
+UndoRedoDropDownCommandDef::UndoRedoDropDownCommandDef(bool isUndo)
+    : Implements(isUndo ? UndoDropDownInfo() : RedoDropDownInfo()), m_isUndo(isUndo)
+{
+    joinCommandGroup(CommandGroup::BaseGroup());
+}
+
+const Vs::UniqueString* UndoRedoDropDownCommandDef::txnIndexArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("TxnIndex", true);
+    return name;
+}
+
+bool UndoRedoDropDownCommandDef::canMidCmdUndoRedo(AssetSession* session, bool undo)
+{
+    const CommandBase* command = activeCommandOf(session);
+    return command && canStep(*command, undo);
+}
+
+EMidCommandUndoRedoContext UndoRedoDropDownCommandDef::getMidCmdUndoRedoContext(bool undo)
+{
+    const CommandBase* command = CommandBase::getActiveCommand();
+    if (!command)
+        return EMidCommandUndoRedoContext::None;
+    return undo ? command->getPossibleMidCommandUndoContext() : command->getPossibleMidCommandRedoContext();
+}
+
+bool UndoRedoDropDownCommandDef::canUndoRedo(AssetSession* session, bool undo)
+{
+    if (!session)
+        return false;
+    if (getMidCmdUndoRedoContext(undo) != EMidCommandUndoRedoContext::None)
+        return true;
+    const CommandBase* active = activeCommandOf(session);
+    const CommandDefinition* tool = active ? active->commandDefinition() : nullptr;
+    if (tool && !tool->readonly())
+        return false;
+    return !changesOf(*Vs::TransactionMgr(session->asset()).sessionTransaction(), undo).empty();
+}
+
+const Vs::TransactionNode* UndoRedoDropDownCommandDef::getTxnFromIndex(AssetSession* session, int index,
+                                                                       bool undo)
+{
+    const Vs::TransactionNode* all = Vs::TransactionMgr(session->asset()).sessionTransaction();
+    if (index < 0 || static_cast<size_t>(index) >= changesOf(*all, undo).size())
+        return nullptr;
+    return &nearest(*all, static_cast<size_t>(index), undo);
+}
+
+bool UndoRedoDropDownCommandDef::onIsApplicable(CommandContext* context) const
+{
+    return canUndoRedo(context->assetSession(), m_isUndo);
+}
+
+CommandBase* UndoRedoDropDownCommandDef::onCreateCommand(CommandContext* context)
+{
+    if (m_isUndo)
+        return new UndoCmd(this, context);
+    return new RedoCmd(this, context);
+}
+
+void UndoRedoDropDownCommandDef::onUpdateTooltip(ToolTipInfo& tooltip)
+{
+    tooltip.description(txnTooltip(m_isUndo));
+}
+
+std::wstring UndoRedoDropDownCommandDef::undoRedoName(const std::wstring& step) const
+{
+    return m_isUndo ? localizedFormat("UndoStepName", "Undo %1%", step)
+                    : localizedFormat("RedoStepName", "Redo %1%", step);
+}
+
+OwnedList::Items UndoRedoDropDownCommandDef::populateListItems(const Vs::TransactionNode& session) const
+{
+    OwnedList::Items items;
+    for (size_t i = 0; i < changesOf(session, m_isUndo).size(); ++i) {
+        const Vs::TransactionNode& step = nearest(session, i, m_isUndo);
+        const std::wstring name = undoRedoName(step.userName());
+        if (const CommandDefinition* definition = definitionOf(step))
+            items.push_back(std::make_unique<Info>(definition->id(), name, definition->info()->icon(),
+                                                   definition->info()->tooltip()));
+        else if (step.cmdKey() == kTextCommandKey)
+            items.push_back(std::make_unique<Info>(kTextCommandKey, name, Resources::TextCommand()));
+    }
+    return items;
+}
+
+OwnedList::Items UndoRedoDropDownCommandDef::stepsOfTool(const CommandBase& tool) const
+{
+    OwnedList::Items items;
+    const int count = m_isUndo ? tool.stepsDone() : tool.stepsUndone();
+    for (int i = 0; i < count; ++i) {
+        const int number = m_isUndo ? tool.stepsDone() - i : tool.stepsDone() + i + 1;
+        items.push_back(std::make_unique<Info>(tool.commandDefinition()->id(),
+                                               undoRedoName(nameOfStep(tool, number)),
+                                               tool.commandDefinition()->info()->icon()));
+    }
+    return items;
+}
+
+InputControl* UndoRedoDropDownCommandDef::onInputControl()
+{
+    if (!m_list.control())
+        m_list.make(m_isUndo ? UndoCmdDef::info() : RedoCmdDef::info(), this);
+    AssetSession* session = SessionMgr::get()->activeAssetSession();
+    if (!session)
+        return m_list.control();
+    const CommandBase* tool = activeCommandOf(session);
+    OwnedList::Items items =
+        tool && tool->commandDefinition() && canStep(*tool, m_isUndo)
+            ? stepsOfTool(*tool)
+            : populateListItems(*Vs::TransactionMgr(session->asset()).sessionTransaction());
+    // A menu may be open on the items: they stay as long as they say the same.
+    if (!sameNames(items, m_list.items()))
+        m_list.items(std::move(items));
+    return m_list.control();
+}
+
+int UndoRedoDropDownCommandDef::getTxnIndex(const Info* item) const
+{
+    const std::vector<Info*>& items = m_list.control()->items();
+    const auto found = std::find(items.begin(), items.end(), item);
+    return found == items.end() ? -1 : static_cast<int>(found - items.begin());
+}
+
+void UndoRedoDropDownCommandDef::onListSelectionChanged(Info* item)
+{
+    const int index = getTxnIndex(item);
+    if (index < 0 || !SessionMgr::get()->activeAssetSession())
+        return;
+    CommandContext context = CommandContext::activeContext();
+    context.executeImmediately(false);
+    context.addArgument(txnIndexArgumentName(), index);
+    executeCommand(context);
+}
+
+std::wstring txnTooltip(bool undo)
+{
+    AssetSession* session = SessionMgr::get()->activeAssetSession();
+    if (!session)
+        return {};
+    const CommandBase* tool = activeCommandOf(session);
+    if (tool && tool->commandDefinition() && canStep(*tool, undo))
+        return nameOfStep(*tool, undo ? tool->stepsDone() : tool->stepsDone() + 1);
+    const Vs::TransactionNode* step = Vs::TransactionMgr(session->asset()).currentTransaction();
+    // A change that is still open is the one that undo would take back.
+    if (!undo || !step->parent())
+        step = undo ? step->transactionToUndo() : step->transactionToRedo();
+    return step ? step->userName() : std::wstring();
+}
+
+} // namespace Vu::Commands
