@@ -46,7 +46,9 @@ public:
         return &record;
     }
 
-    RowDefinition() : Vs::Implements<Self, Base, Others...>(info())
+    RowDefinition() : RowDefinition(info()) {}
+    /// With an identity of its own, and all else from the row.
+    explicit RowDefinition(Info* identity) : Vs::Implements<Self, Base, Others...>(identity)
     {
         for (CommandRow::Group group : Self::kRow.groups)
             if (group)

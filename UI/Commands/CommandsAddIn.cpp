@@ -38,6 +38,7 @@
 #include "UI/Commands/Help/AboutBoxCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
+#include "UI/Commands/Selection/DeleteCmd.h"
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Selection/UndoCmds.h"
@@ -114,6 +115,7 @@ private:
     AboutBoxCmdDef m_aboutBoxCmdDef;
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;
+    DeleteCmdDef m_deleteCmdDef;
     UndoCmdDef m_undoCmdDef;
     RedoCmdDef m_redoCmdDef;
     EnableAdaptiveSnapCmdDef m_enableAdaptiveSnapCmdDef;

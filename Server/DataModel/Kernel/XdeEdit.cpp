@@ -2,16 +2,54 @@
 
 #include "Server/DataModel/Kernel/XdeTree.h"
 
+#include <TDF_LabelSequence.hxx>
 #include <TDataStd_UAttribute.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
 
+#include <algorithm>
+#include <sstream>
 #include <stdexcept>
 
 namespace Vs::Kernel {
 
+namespace {
+
+bool isThere(const TDF_Label& label)
+{
+    return !label.IsNull() && XCAFDoc_ShapeTool::IsShape(label);
+}
+
+/// Whether all labels are still there from the root to the component.
+bool isWhole(const Handle(TDocStd_Document) & document, const std::string& component)
+{
+    std::istringstream entries(component);
+    for (std::string entry; std::getline(entries, entry, '/');)
+        if (!isThere(labelOf(document, entry)))
+            return false;
+    return true;
+}
+
+void removeOccurrence(const TDF_Label& label)
+{
+    TDF_Label part;
+    TDF_LabelSequence inside;
+    if (!XCAFDoc_ShapeTool::GetReferredShape(label, part))
+        XCAFDoc_ShapeTool::GetComponents(label, inside);
+    for (const TDF_Label& each : inside)
+        removeOccurrence(each);
+    label.ForgetAllAttributes(true);
+    // A part that nothing refers to any more would be shown by itself.
+    if (!part.IsNull() && XCAFDoc_ShapeTool::IsFree(part))
+        removeOccurrence(part);
+}
+
+} // namespace
+
 TDF_Label occurrenceLabel(const Handle(TDocStd_Document) & document, const std::string& component)
 {
     const TDF_Label label = labelOf(document, component.substr(component.rfind('/') + 1));
-    if (label.IsNull() || bodyShape(label).IsNull())
+    if (!isThere(label))
         throw std::runtime_error("the component isn't in the model any more");
     return label;
 }
@@ -21,6 +59,18 @@ void renameOccurrence(const TDF_Label& label, const std::wstring& name)
     setName(label, name);
     if (isMadeUp(name))
         TDataStd_UAttribute::Set(label, namedByUser());
+}
+
+// Assemblies go before what is in them: that is passed over then, though it may stand in others as well.
+void removeOccurrences(const Handle(TDocStd_Document) & document, std::vector<std::string> components)
+{
+    const auto depth = [](const std::string& id) { return std::count(id.begin(), id.end(), '/'); };
+    std::stable_sort(components.begin(), components.end(),
+                     [&](const auto& a, const auto& b) { return depth(a) < depth(b); });
+    for (const std::string& component : components)
+        if (isWhole(document, component))
+            removeOccurrence(occurrenceLabel(document, component));
+    XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
 }
 
 } // namespace Vs::Kernel

@@ -4,6 +4,7 @@
 #include <TDocStd_Document.hxx>
 
 #include <string>
+#include <vector>
 
 namespace Vs::Kernel {
 
@@ -12,5 +13,9 @@ TDF_Label occurrenceLabel(const Handle(TDocStd_Document) & document, const std::
 
 /// Gives what stands on the label a name by which it is shown.
 void renameOccurrence(const TDF_Label& label, const std::wstring& name);
+
+/// Removes components (Component::id), and the shapes that nothing refers to any more. Those that are gone,
+/// or go with another one, are passed over.
+void removeOccurrences(const Handle(TDocStd_Document) & document, std::vector<std::string> components);
 
 } // namespace Vs::Kernel

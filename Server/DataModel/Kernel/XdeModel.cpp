@@ -302,6 +302,11 @@ void XdeModel::rename(const std::string& component, const std::wstring& name)
     guarded([&] { renameOccurrence(occurrenceLabel(m_document, component), name); });
 }
 
+void XdeModel::remove(const std::vector<std::string>& components)
+{
+    guarded([&] { removeOccurrences(m_document, components); });
+}
+
 void XdeModel::begin()
 {
     m_document->NewCommand();

@@ -37,6 +37,7 @@ public:
                              const std::wstring& name, const std::optional<Colour>& colour) override;
     void insert(ModelKernel& other) override;
     void rename(const std::string& component, const std::wstring& name) override;
+    void remove(const std::vector<std::string>& components) override;
     void begin() override;
     bool commit() override;
     void abort() override;

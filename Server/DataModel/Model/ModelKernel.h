@@ -55,6 +55,9 @@ public:
     /// Gives a component (Component::id) another name, within a transaction; so it has that name wherever the
     /// assembly that holds it occurs.
     virtual void rename(const std::string& component, const std::wstring& name) = 0;
+    /// Removes components with all that is in them, and the shapes that nothing shows any more, within a
+    /// transaction. Those that are gone, or go with another one, are passed over.
+    virtual void remove(const std::vector<std::string>& components) = 0;
 
     /// How many steps can be taken back.
     static constexpr unsigned kUndoSteps = 100;

@@ -41,6 +41,10 @@ public:
     const std::string& componentId() const { return m_path.component; }
     Selection* picked() const { return m_picked.get(); }
 
+    /// The object itself, to be asked for what can be done with it (DataModel::IDeletable), and good as long
+    /// as the asset is open. Null if it is gone, belongs to another asset, or is a part of a component.
+    virtual StrongRef<SharedObject> leaf(Asset& asset) const;
+
     bool isEqualTo(const Selection& other) const override
     {
         const auto* logical = cast<LogicalSelection>(&other);

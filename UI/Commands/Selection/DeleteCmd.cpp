@@ -1,0 +1,129 @@
+#include "UI/Commands/Selection/DeleteCmd.h"
+
+#include "Server/DataModel/Request.h"
+#include "Server/DataModel/Selection/IDeletable.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Selection/SelectedObjects.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace Vu::Commands {
+
+using Vs::DataModel::IDeletable;
+
+constinit const CommandRow DeleteCmdDef::kRow = {
+    .key = L"DeleteCommand", .title = "Delete", .groups = {&CommandGroup::BaseGroup}};
+
+namespace {
+
+/// What `what(IDeletable&)` says of the selection's object; the default value if that can't be deleted at
+/// all.
+template <class What>
+auto askDeletable(const Vs::LogicalSelection& selection, Vs::Asset& asset, What&& what)
+{
+    const Vs::StrongRef<Vs::SharedObject> leaf = selection.leaf(asset);
+    auto* deletable = Vs::cast<IDeletable>(leaf.get());
+    return deletable ? what(*deletable) : decltype(what(*deletable)){};
+}
+
+bool canBeDeleted(const Vs::LogicalSelection& selection, Vs::Asset& asset)
+{
+    return askDeletable(selection, asset,
+                        [&](const IDeletable& object) { return object.canDelete(selection.path()); });
+}
+
+} // namespace
+
+bool DeleteCmdDef::onIsApplicable(CommandContext* context) const
+{
+    if (!hasAssetSession(context))
+        return false;
+    const auto objects = selectedObjects(context->assetSession()->selectionManager());
+    return std::any_of(objects.begin(), objects.end(),
+                       [&](const auto& object) { return canBeDeleted(*object, *context->asset()); });
+}
+
+CommandBase* DeleteCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new DeleteCmd(this, context);
+}
+
+void DeleteCmd::onExecute(Vs::Status& status)
+{
+    Selections selections = selectedObjects(selectionManager());
+    if (!selections.empty())
+        deleteSelections(selections, status);
+}
+
+void DeleteCmd::deleteSelections(Selections& selections, Vs::Status& status)
+{
+    Vs::Asset& asset = *commandContext()->asset();
+    try {
+        Selections single, multi;
+        for (const auto& selection : selections)
+            if (canBeDeleted(*selection, asset)) {
+                const bool together = askDeletable(*selection, asset, [&](const IDeletable& object) {
+                    return object.requiresMultiDelete(selection->path());
+                });
+                (together ? multi : single).push_back(selection);
+            }
+        // Before anything is deleted, so that no selection points at what is gone.
+        selectionManager()->selectionSet().clear();
+        selectionManager()->highlightSet().clear();
+        deleteEach(single, asset, status);
+        deleteTogether(std::move(multi), asset, status);
+    } catch (...) {
+        status.addError(
+            localized("DeleteCommandGenericError", "Delete command failed:  objects not deleted"));
+    }
+}
+
+void DeleteCmd::run(Vs::Request* request, Vs::Status& status)
+{
+    const std::unique_ptr<Vs::Request, void (*)(Vs::Request*)> owned(
+        request, [](Vs::Request* each) { each->destroy(); });
+    executeRequest(request, false, {.asStep = true}, status);
+}
+
+void DeleteCmd::deleteEach(const Selections& selections, Vs::Asset& asset, Vs::Status& status)
+{
+    for (const auto& selection : selections) {
+        // One that is gone with another has no object any more.
+        Vs::Request* request = askDeletable(*selection, asset, [&](IDeletable& object) {
+            return object.provideDeleteRequest(selection->path());
+        });
+        if (!request)
+            continue;
+        run(request, status);
+        beginStep(false, false);
+    }
+}
+
+// The objects say which of them one request takes; a request that takes none would go on forever.
+void DeleteCmd::deleteTogether(Selections selections, Vs::Asset& asset, Vs::Status& status)
+{
+    while (!selections.empty()) {
+        std::vector<Vs::ObjectPath> paths, handled;
+        for (const auto& selection : selections)
+            paths.push_back(selection->path());
+        Vs::Request* request = askDeletable(*selections.front(), asset, [&](IDeletable& object) {
+            return object.provideMultiDeleteRequest(paths, handled);
+        });
+        if (!request)
+            return;
+        const size_t taken = std::erase_if(selections, [&](const auto& selection) {
+            return std::find(handled.begin(), handled.end(), selection->path()) != handled.end();
+        });
+        run(request, status);
+        if (status.isError())
+            return;
+        beginStep(false, false);
+        if (taken == 0)
+            return;
+    }
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Server/DataModel/Selection/Selection.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+
+#include <vector>
+
+namespace Vu::Commands {
+
+/// Deletes what is selected, as far as it can be deleted.
+class DeleteCmdDef : public RowDefinition<DeleteCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+    DeleteCmdDef() = default;
+    /// The same behaviour under another identity, which outlives the definition.
+    explicit DeleteCmdDef(Info* identity) : RowDefinition(identity) {}
+
+protected:
+    /// Something is selected that can be deleted.
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class DeleteCmd : public Vs::Implements<DeleteCmd, SimpleCommand>
+{
+protected:
+    friend class DeleteCmdDef;
+    using Implements::Implements;
+
+    void onExecute(Vs::Status& status) override;
+    /// Deletes those that can be deleted, of which one may take others along, and selects nothing any more.
+    /// What was deleted before an error stays deleted.
+    void deleteSelections(std::vector<Vs::StrongRef<Vs::LogicalSelection>>& selections, Vs::Status& status);
+
+private:
+    using Selections = std::vector<Vs::StrongRef<Vs::LogicalSelection>>;
+
+    void deleteEach(const Selections& selections, Vs::Asset& asset, Vs::Status& status);
+    void deleteTogether(Selections selections, Vs::Asset& asset, Vs::Status& status);
+    void run(Vs::Request* request, Vs::Status& status);
+};
+
+} // namespace Vu::Commands
