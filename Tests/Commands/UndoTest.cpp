@@ -32,10 +32,14 @@ Info* sketchInfo()
 }
 
 /// A tool with steps of its own: it draws lines, and can take them back.
-class Sketch : public Vs::Implements<Sketch, InteractiveCommandBase>
+class Sketch : public Vs::Implements<Sketch, Command>
 {
 public:
     Sketch(CommandDefinition* definition, CommandContext* context) : Implements(definition, context) {}
+    CommandInputSet* onCreateCommandInputs() override { return nullptr; }
+    void onCommandInputEventSink(CommandInputEvent*) override {}
+    void onValidateInputs(CommandInputStatus&, bool) override {}
+    void onClearCommandRequests(bool) override {}
     void draw()
     {
         beginStep(true, true);
@@ -53,8 +57,10 @@ class SketchDef : public Vs::Implements<SketchDef, CommandDefinition>
 public:
     SketchDef() : Implements(sketchInfo()) {}
     using CommandDefinition::readonly;
+    bool offered = true;
 
 protected:
+    bool onIsApplicable(CommandContext*) const override { return offered; }
     CommandBase* onCreateCommand(CommandContext* context) override { return new Sketch(this, context); }
 };
 
@@ -246,6 +252,39 @@ TEST_F(UndoTest, TheTooltipNamesWhatWouldHappen)
     EXPECT_EQ(tip(L"RedoDropDown"), L"Sphere");
 }
 
+TEST_F(UndoTest, RepeatRunsTheLastCommandAndBearsItsName)
+{
+    const auto look = [] {
+        CommandContext context = CommandContext::activeContext();
+        definition(L"RepeatCommand")->updateInputControl(&context);
+        return definition(L"RepeatCommand")->inputControl()->info();
+    };
+    const auto repeat = [] {
+        answer(L"Commands.Start RepeatCommand");
+        return parts().size();
+    };
+    EXPECT_FALSE(applicable(L"RepeatCommand"));
+    EXPECT_EQ(look()->name(), L"Repeat...");
+    EXPECT_EQ(repeat(), 0u);
+    answer(L"Commands.Start BoxCommand");
+    EXPECT_EQ(look()->name(), L"Repeat Box");
+    EXPECT_EQ(look()->icon(), definition(L"BoxCommand")->info()->icon());
+    EXPECT_EQ(repeat(), 2u);
+    // What isn't offered for repetition isn't remembered.
+    answer(L"VuCommands.UndoCmd");
+    answer(L"VuCommands.CancelCmd");
+    EXPECT_EQ(repeat(), 2u);
+    EXPECT_EQ(repeat(), 3u);
+
+    sketch();
+    EXPECT_EQ(look()->name(), L"Repeat Sketch");
+    sketchDef.offered = false;
+    EXPECT_FALSE(applicable(L"RepeatCommand"));
+    EXPECT_EQ(look()->name(), L"Repeat...");
+    EXPECT_FALSE(look()->icon());
+    EXPECT_EQ(look()->key(), L"RepeatCommand");
+}
+
 TEST_F(UndoTest, KeysAndButtonsDoTheSame)
 {
     Workspace* const before = WorkspaceMgr::activeWorkspace();
@@ -283,6 +322,21 @@ TEST_F(UndoTest, KeysAndButtonsDoTheSame)
     answer(L"Design.Box 1 1 1");
     settle();
     EXPECT_FALSE(enabled("RedoCommand")) << "a new step ends what could be redone";
+    // A tool may keep the keys to itself while it guards what is selected; a button is another matter.
+    Sketch* tool = sketch();
+    tool->draw();
+    tool->draw();
+    tool->selectionChangeAllowMode(1);
+    QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(tool->lines, 2);
+    definition(L"UndoCommand")->onClicked();
+    settle();
+    EXPECT_EQ(tool->lines, 1);
+    tool->selectionChangeAllowMode(0);
+    QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(tool->lines, 0);
     WorkspaceMgr::get()->close(workspace);
     WorkspaceMgr::activeWorkspace(before);
 }

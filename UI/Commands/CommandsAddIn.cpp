@@ -40,6 +40,7 @@
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Selection/DeleteCmd.h"
 #include "UI/Commands/Selection/RenameCommand.h"
+#include "UI/Commands/Selection/RepeatCmd.h"
 #include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Selection/UndoCmds.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
@@ -118,6 +119,7 @@ private:
     DeleteCmdDef m_deleteCmdDef;
     UndoCmdDef m_undoCmdDef;
     RedoCmdDef m_redoCmdDef;
+    RepeatCmdDef m_repeatCmdDef;
     EnableAdaptiveSnapCmdDef m_enableAdaptiveSnapCmdDef;
     DisableAdaptiveSnapCmdDef m_disableAdaptiveSnapCmdDef;
     SetSnapValueCmdDef m_setSnapValueCmdDef;

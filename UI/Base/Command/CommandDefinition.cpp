@@ -87,10 +87,10 @@ const std::wstring& CommandDefinition::selectCommandId()
     return id;
 }
 
-void CommandDefinition::onClicked()
+void CommandDefinition::runByHand(ECommandAccessPoint point)
 {
     CommandContext context = CommandContext::activeContext();
-    context.accessPoint(ECommandAccessPoint::Toolbar);
+    context.accessPoint(point);
     if (!isAvailable(&context))
         return;
     // The command may take the toolbar away that is still busy with the click.

@@ -64,9 +64,10 @@ public:
     /// The identifier of the resting command, the one that is active when no other tool is: "SelectCommand".
     static const std::wstring& selectCommandId();
 
-    /// The click on the command's button: runs the command in the active context, deferred, if it is
-    /// available.
-    void onClicked() override;
+    /// Runs the command in the active context, deferred, if it is available.
+    void runByHand(ECommandAccessPoint point);
+    /// The click on the command's button.
+    void onClicked() override { runByHand(ECommandAccessPoint::Toolbar); }
 
 protected:
     /// The record is not owned and must outlive the definition. A null record, an empty key and a key that is

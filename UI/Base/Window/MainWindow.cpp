@@ -327,7 +327,7 @@ void MainWindow::bindHotKeys()
 void MainWindow::runHotKey(CommandDefinition* definition)
 {
     if (!Vs::cast<ListControl>(definition->inputControl())) {
-        definition->onClicked();
+        definition->runByHand(ECommandAccessPoint::HotKey);
         return;
     }
     for (CommandButton* button : m_buttons)

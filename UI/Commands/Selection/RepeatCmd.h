@@ -1,0 +1,32 @@
+#pragma once
+
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+
+namespace Vu::Commands {
+
+/// Runs the session's last command again, with what is active now. Its button bears that command's name and
+/// picture.
+class RepeatCmdDef : public RowDefinition<RepeatCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    bool onIsVisible(CommandContext* context) const override { return hasAssetSession(context); }
+    CommandBase* onCreateCommand(CommandContext* context) override;
+    void onUpdateInputControl(CommandContext* context) override;
+};
+
+class RepeatCmd : public Vs::Implements<RepeatCmd, SimpleCommand>
+{
+protected:
+    friend class RepeatCmdDef;
+    RepeatCmd(RepeatCmdDef* definition, CommandContext* context);
+
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override { return ECommandType::Nested; }
+};
+
+} // namespace Vu::Commands
