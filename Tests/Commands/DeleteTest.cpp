@@ -16,70 +16,70 @@ using Vs::ObjectPath;
 
 TEST_F(DeleteComponents, TakeAllThatIsSelectedAsOneStep)
 {
-    const Texts before = tree();
+    const Texts before = paths();
     const unsigned steps = this->steps();
     EXPECT_FALSE(applicable(L"DeleteCommand"));
     select({L"Box2", L"Box3"});
     ASSERT_TRUE(applicable(L"DeleteCommand"));
     answer(L"Commands.Start DeleteCommand");
-    EXPECT_EQ(tree(), (Texts{L"Box1:1"}));
+    EXPECT_EQ(paths(), (Texts{L"Box1:1"}));
     EXPECT_EQ(this->steps(), steps + 1);
     EXPECT_TRUE(selected().empty());
     EXPECT_FALSE(applicable(L"DeleteCommand"));
     ASSERT_TRUE(Vs::Transaction::undo(asset()));
-    EXPECT_EQ(tree(), before);
+    EXPECT_EQ(paths(), before);
     ASSERT_TRUE(Vs::Transaction::redo(asset()));
     // What comes afterwards takes no name or place of what is gone.
     answer(L"Design.Box 4 4 4 0,10,0");
     saveAndReopen(L"deleted.vlra");
-    EXPECT_EQ(tree(), (Texts{L"Box1:1", L"Box2:1"}));
+    EXPECT_EQ(paths(), (Texts{L"Box1:1", L"Box2:1"}));
     select({L"Box1", L"Box2"});
     answer(L"Commands.Start DeleteCommand");
-    EXPECT_EQ(tree(), Texts());
+    EXPECT_EQ(paths(), Texts());
     saveAndReopen(L"emptied.vlra");
-    EXPECT_EQ(tree(), Texts());
+    EXPECT_EQ(paths(), Texts());
 }
 
 TEST_F(DeleteComponents, LeaveWhatIsNoComponentOrIsGone)
 {
-    const Texts before = tree();
+    const Texts before = paths();
     select({L"Box1/Body1/Face1", L"Box2/Body1"});
     EXPECT_FALSE(applicable(L"DeleteCommand"));
     select({L"Box3"});
     ASSERT_TRUE(Vs::Transaction::undo(asset()));
     EXPECT_FALSE(applicable(L"DeleteCommand"));
     ASSERT_TRUE(Vs::Transaction::redo(asset()));
-    EXPECT_EQ(tree(), before);
+    EXPECT_EQ(paths(), before);
 }
 
 TEST_F(DeleteComponents, InAnAssemblyGoFromWhereverTheyOccur)
 {
     SKIP_WITHOUT_REAL_DATA();
     openAssembly();
-    const Texts before = tree();
+    const Texts before = paths();
     ASSERT_EQ(before.size(), 28u);
     // The parent comes first and takes the child along, which stays in the other bracket.
     select({L"as1/l-bracket-assembly_1", L"as1/l-bracket-assembly_1/l-bracket_1", L"as1/plate_1"});
     answer(L"Commands.Start DeleteCommand");
-    EXPECT_EQ(tree().size(), 28u - 11u - 1u);
+    EXPECT_EQ(paths().size(), 28u - 11u - 1u);
     path(L"as1/l-bracket-assembly_2/l-bracket_1");
     ASSERT_TRUE(Vs::Transaction::undo(asset()));
-    EXPECT_EQ(tree(), before);
+    EXPECT_EQ(paths(), before);
 
     select({L"as1/l-bracket-assembly_1/nut-bolt-assembly_1/bolt_1"});
     answer(L"Commands.Start DeleteCommand");
-    EXPECT_EQ(tree().size(), 28u - 6u);
-    const Texts without = tree();
+    EXPECT_EQ(paths().size(), 28u - 6u);
+    const Texts without = paths();
     saveAndReopen(L"bolts.vlra");
-    EXPECT_EQ(tree(), without);
+    EXPECT_EQ(paths(), without);
     // An assembly that lost all its parts is still there.
     select({L"as1/rod-assembly_1/nut_1", L"as1/rod-assembly_1/nut_2", L"as1/rod-assembly_1/rod_1"});
     answer(L"Commands.Start DeleteCommand");
-    EXPECT_EQ(tree().size(), without.size() - 3);
+    EXPECT_EQ(paths().size(), without.size() - 3);
     path(L"as1/rod-assembly_1");
     select({L"as1"});
     answer(L"Commands.Start DeleteCommand");
-    EXPECT_EQ(tree(), Texts());
+    EXPECT_EQ(paths(), Texts());
 }
 
 /// Objects of another kind, which exist beside the model: a name, and what goes with it.

@@ -42,7 +42,7 @@ protected:
                 new Vs::LogicalSelection(asset(), path(text), Vs::StrongRef<Vs::Selection>())));
     }
     /// The paths of all components, each behind the one that holds it.
-    static Texts tree() { return below(*asset()->components()); }
+    static Texts paths() { return below(*asset()->components()); }
     static unsigned steps() { return Vs::Transaction::undoSteps(asset()); }
     /// Saves, closes and opens again; the tree is that of the file then.
     static void saveAndReopen(const std::wstring& file)

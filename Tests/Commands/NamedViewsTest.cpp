@@ -5,6 +5,7 @@
 #include "Server/DataModel/Transaction.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
+#include "Tests/Commands/InBrowser.h"
 #include "Tests/Commands/Navigation.h"
 #include "Tests/Geometry/Near.h"
 #include "UI/Base/ActiveAssetUtils.h"
@@ -218,71 +219,22 @@ TEST_F(NamedViewCommands, ThePassiveToolsOfTheMouseGoOnBeneath)
     EXPECT_EQ(activeKey(), L"PanCommand");
 }
 
-/// The browser in a window, through Qt's events.
-class NamedViewsInTheBrowser : public NamedViewCommands
+class NamedViewsInTheBrowser : public CommandsTests::InBrowser<NamedViewCommands>
 {
 protected:
     void SetUp() override
     {
-        m_before = WorkspaceMgr::activeWorkspace();
-        m_workspace = WorkspaceMgr::get()->create();
-        WorkspaceWindow* window = m_workspace->window();
-        window->show();
-        NamedViewCommands::SetUp();
+        InBrowser::SetUp();
         answer(L"NamedView.AddNamedView");
         QApplication::processEvents();
-        tree = window->widget()->findChild<QTreeView*>();
-        ASSERT_TRUE(tree);
         folder = tree->model()->index(0, 0);
         tree->expand(folder);
         QApplication::processEvents();
     }
-    void TearDown() override
-    {
-        NamedViewCommands::TearDown();
-        WorkspaceMgr::get()->close(m_workspace);
-        WorkspaceMgr::activeWorkspace(m_before);
-    }
 
-    QModelIndex item(const std::wstring& name) const
-    {
-        for (int row = 0; row < tree->model()->rowCount(folder); ++row)
-            if (const QModelIndex index = tree->model()->index(row, 0, folder);
-                index.data().toString().toStdWString() == name)
-                return index;
-        return {};
-    }
-    void click(const QModelIndex& index, Qt::MouseButton button = Qt::LeftButton)
-    {
-        QTest::mouseClick(tree->viewport(), button, {}, tree->visualRect(index).center());
-        Application::get()->flushDeferredTasks();
-    }
-    /// Opens the menu on the item, and runs the entry of that title; gives all titles.
-    QStringList menu(const QModelIndex& index, const QString& wanted)
-    {
-        click(index);
-        const QPoint place = tree->visualRect(index).center();
-        QContextMenuEvent event(QContextMenuEvent::Mouse, place, tree->viewport()->mapToGlobal(place));
-        QApplication::sendEvent(tree->viewport(), &event);
-        QStringList titles;
-        auto* shown = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        for (QAction* action : shown ? shown->actions() : QList<QAction*>()) {
-            titles << action->text();
-            if (action->text() == wanted)
-                action->trigger();
-        }
-        if (shown)
-            shown->close();
-        Application::get()->flushDeferredTasks();
-        return titles;
-    }
+    QModelIndex item(const std::wstring& name) const { return below(folder, name); }
 
-    QTreeView* tree = nullptr;
     QModelIndex folder;
-
-private:
-    Workspace* m_workspace = nullptr;
-    Workspace* m_before = nullptr;
 };
 
 TEST_F(NamedViewsInTheBrowser, AreListedAndFollowEveryChange)

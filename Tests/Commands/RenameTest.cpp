@@ -13,19 +13,19 @@ using RenameComponents = CommandsTests::EditComponents;
 
 TEST_F(RenameComponents, GiveTheSelectedOnesTheNameAsOneStep)
 {
-    const Texts before = tree();
+    const Texts before = paths();
     ASSERT_EQ(before, (Texts{L"Box1:1", L"Box2:1", L"Box3:1"}));
     const unsigned steps = this->steps();
     select({L"Box1", L"Box3"});
     answer(L"VuCommands.RenameCommand \"Deck plate\"");
-    EXPECT_EQ(tree(), (Texts{L"Deck plate:1", L"Box2:1", L"Deck plate:2"}));
+    EXPECT_EQ(paths(), (Texts{L"Deck plate:1", L"Box2:1", L"Deck plate:2"}));
     EXPECT_EQ(this->steps(), steps + 1);
     EXPECT_EQ(Vs::Transaction::undoName(asset()), L"Rename");
     ASSERT_TRUE(Vs::Transaction::undo(asset()));
-    EXPECT_EQ(tree(), before);
+    EXPECT_EQ(paths(), before);
     ASSERT_TRUE(Vs::Transaction::redo(asset()));
     saveAndReopen(L"renamed.vlra");
-    EXPECT_EQ(tree(), (Texts{L"Deck plate:1", L"Box2:1", L"Deck plate:2"}));
+    EXPECT_EQ(paths(), (Texts{L"Deck plate:1", L"Box2:1", L"Deck plate:2"}));
 }
 
 // Names of this kind are hidden where a file brings them, but not where the user wants them.
@@ -34,15 +34,15 @@ TEST_F(RenameComponents, TakeNamesThatLookMadeUp)
     select({L"Box3"});
     for (const wchar_t* name : {L"42", L"NAUO7"}) {
         answer(std::wstring(L"VuCommands.RenameCommand ") + name);
-        EXPECT_EQ(tree().back(), std::wstring(name) + L":1");
+        EXPECT_EQ(paths().back(), std::wstring(name) + L":1");
     }
     saveAndReopen(L"numbered.vlra");
-    EXPECT_EQ(tree().back(), L"NAUO7:1");
+    EXPECT_EQ(paths().back(), L"NAUO7:1");
 }
 
 TEST_F(RenameComponents, ChangeNothingQuietlyWhereItCannotBeDone)
 {
-    const Texts before = tree();
+    const Texts before = paths();
     const unsigned steps = this->steps();
     answer(L"VuCommands.RenameCommand Nobody");
     select({L"Box1"});
@@ -57,7 +57,7 @@ TEST_F(RenameComponents, ChangeNothingQuietlyWhereItCannotBeDone)
     ASSERT_TRUE(Vs::Transaction::undo(asset()));
     answer(L"VuCommands.RenameCommand Plate");
     ASSERT_TRUE(Vs::Transaction::redo(asset()));
-    EXPECT_EQ(tree(), before);
+    EXPECT_EQ(paths(), before);
     EXPECT_EQ(this->steps(), steps);
     answerBoxes(1);
     answer(L"Document.CloseAll");
@@ -92,10 +92,10 @@ TEST_F(RenameComponents, LeaveAGuardedDocumentAlone)
     const boost::filesystem::path file(scratch(L"guarded.vlra"));
     permissions(file, boost::filesystem::owner_read);
     const Guard guard;
-    const Texts before = tree();
+    const Texts before = paths();
     select({L"Box1"});
     answer(L"VuCommands.RenameCommand Plate");
-    EXPECT_EQ(tree(), before);
+    EXPECT_EQ(paths(), before);
     EXPECT_FALSE(asset()->isDirty(true));
     permissions(file, boost::filesystem::owner_read | boost::filesystem::owner_write);
 }
@@ -107,7 +107,7 @@ TEST_F(RenameComponents, InAnAssemblyTheNameShowsWhereverItOccurs)
     select({L"as1/l-bracket-assembly_2/nut-bolt-assembly_1/bolt_1"});
     answer(L"VuCommands.RenameCommand Screw");
     saveAndReopen(L"assembly.vlra");
-    const Texts renamed = tree();
+    const Texts renamed = paths();
     EXPECT_EQ(std::count_if(renamed.begin(), renamed.end(),
                             [](const std::wstring& text) { return text.ends_with(L"/Screw:1"); }),
               6);

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Selection/SelectionSet.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Vs {
 namespace {
@@ -40,6 +41,17 @@ bool SelectionSet::remove(const Selection& selection)
         return false;
     m_selections.erase(found);
     return changed();
+}
+
+bool SelectionSet::replace(const std::vector<StrongRef<Selection>>& selections)
+{
+    const auto before = std::exchange(m_selections, {});
+    for (const auto& selection : selections)
+        if (selection && !contains(*selection))
+            m_selections.push_back(selection);
+    const bool same = std::equal(before.begin(), before.end(), m_selections.begin(), m_selections.end(),
+                                 [](const auto& a, const auto& b) { return a->isEqualTo(*b); });
+    return !same && changed();
 }
 
 bool SelectionSet::clear()

@@ -19,6 +19,8 @@ public:
     bool add(StrongRef<Selection> selection);
     bool remove(const Selection& selection);
     bool clear();
+    /// Takes these in place of all there is, as one change.
+    bool replace(const std::vector<StrongRef<Selection>>& selections);
 
     /// Called after each change; null for nobody.
     void observer(std::function<void()> observer) { m_observer = std::move(observer); }

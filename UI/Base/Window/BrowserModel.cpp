@@ -260,6 +260,8 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
             return QString::fromStdWString(m_asset->name());
         return shown->name.empty() ? QString::fromStdWString(localized("ComponentUnnamed", "(unnamed)"))
                                    : QString::fromStdWString(shown->name);
+    case Qt::EditRole:
+        return QString::fromStdWString(shown->name);
     case Qt::ToolTipRole:
         return shown->children.empty()
                    ? QString::fromStdWString(shown->name)
@@ -284,11 +286,10 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
 
 bool BrowserModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
-    if (const Vs::StrongRef<Vs::NameView::NamedView> view = namedView(index); view && role == Qt::EditRole) {
-        const std::wstring newName = value.toString().toStdWString();
-        if (m_renamer && newName != view->name())
-            m_renamer(view->name(), newName);
-        return true;
+    if (role == Qt::EditRole) {
+        if (m_renamer && isRenameable(index) && value != data(index, Qt::EditRole))
+            m_renamer(index, value.toString().toStdWString());
+        return isRenameable(index);
     }
     const Vs::Component* changed = component(index);
     if (!changed || role != Qt::CheckStateRole)
@@ -302,15 +303,23 @@ bool BrowserModel::setData(const QModelIndex& index, const QVariant& value, int 
     return true;
 }
 
+// The root's name is that of the asset.
+bool BrowserModel::isRenameable(const QModelIndex& index) const
+{
+    if (const Vs::StrongRef<Vs::NameView::NamedView> view = namedView(index))
+        return view->enableModify();
+    const Vs::Component* shown = component(index);
+    return shown && shown != m_asset->components();
+}
+
 Qt::ItemFlags BrowserModel::flags(const QModelIndex& index) const
 {
     if (!index.isValid())
         return Qt::NoItemFlags;
-    if (component(index))
-        return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
-    const Vs::StrongRef<Vs::NameView::NamedView> view = namedView(index);
-    const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    return view && view->enableModify() ? flags | Qt::ItemIsEditable : flags;
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    flags.setFlag(Qt::ItemIsUserCheckable, component(index) != nullptr);
+    flags.setFlag(Qt::ItemIsEditable, isRenameable(index));
+    return flags;
 }
 
 void BrowserModel::assetComponentsChanged(Vs::ComponentsEvent* event)

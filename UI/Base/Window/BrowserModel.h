@@ -56,9 +56,9 @@ public:
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
-    /// Who is told that the user has typed another name for a named view; the model shows it when the asset
-    /// has it.
-    using Renamer = std::function<void(const std::wstring& name, const std::wstring& newName)>;
+    /// Who is told that the user has typed another name for a named view or a component; the model shows it
+    /// when the asset has it.
+    using Renamer = std::function<void(const QModelIndex& index, const std::wstring& newName)>;
     void renamer(Renamer renamer) { m_renamer = std::move(renamer); }
 
 private:
@@ -74,6 +74,7 @@ private:
     void assetSettingsChanged(Vs::AssetEvent* event) override;
     void assetClosed(Vs::AssetEvent* event) override;
     QVariant viewData(const Vs::NameView::NamedView& view, int role) const;
+    bool isRenameable(const QModelIndex& index) const;
     void learn(const Vs::Component* parent) const;
     Rendra::Graphics::Node* node(const Vs::Component* component) const;
 

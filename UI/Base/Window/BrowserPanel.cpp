@@ -4,8 +4,6 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
-#include "Server/Scene/NodeChange.h"
-#include "Server/Scene/SceneAssetAdapter.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -16,13 +14,14 @@
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/WorkspaceWindow.h"
 
+#include <QKeyEvent>
 #include <QMenu>
-#include <QShortcut>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 #include <map>
 #include <string_view>
+#include <vector>
 
 namespace Vu {
 namespace {
@@ -35,9 +34,12 @@ constexpr int kIndentation = 16;
 
 constexpr std::wstring_view kRestoreCommand = L"RestoreCameraCommand";
 constexpr std::wstring_view kRemoveCommand = L"RemoveNamedViewCommand";
-constexpr std::wstring_view kRenameCommand = L"UpdateNamedViewNameCommand";
+constexpr std::wstring_view kRenameViewCommand = L"UpdateNamedViewNameCommand";
+constexpr std::wstring_view kRenameCommand = L"RenameCommand";
+constexpr std::wstring_view kDeleteCommand = L"DeleteCommand";
 constexpr const char* kNameArgument = "NamedViewName";
-constexpr const char* kNewNameArgument = "NewNamedViewName";
+constexpr const char* kNewViewNameArgument = "NewNamedViewName";
+constexpr const char* kNewNameArgument = "NewName";
 
 /// Behind the event, which may belong to an item that the command takes away.
 void run(std::wstring_view key, const std::map<const char*, std::wstring>& arguments)
@@ -83,22 +85,15 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     connect(m_tree, &QTreeView::collapsed, this,
             [this, idOf](const QModelIndex& index) { m_open.erase(idOf(index)); });
     connect(m_model, &QAbstractItemModel::modelReset, this, [this] { reopen(); });
-    connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            [this] { highlightSelection(); });
-    m_model->renamer([](const std::wstring& name, const std::wstring& newName) {
-        run(kRenameCommand, {{kNameArgument, name}, {kNewNameArgument, newName}});
-    });
+    connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { select(); });
+    m_model->renamer(
+        [this](const QModelIndex& index, const std::wstring& newName) { rename(index, newName); });
     connect(m_tree, &QTreeView::customContextMenuRequested, this, &BrowserPanel::showMenu);
     connect(m_tree, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
         if (const Vs::StrongRef<NamedView> view = m_model->namedView(index))
             run(kRestoreCommand, {{kNameArgument, view->name()}});
     });
-    const auto* remove = new QShortcut(QKeySequence::Delete, m_tree, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(remove, &QShortcut::activated, this, [this] {
-        const Vs::StrongRef<NamedView> view = m_model->namedView(m_tree->currentIndex());
-        if (view && view->enableModify())
-            run(kRemoveCommand, {{kNameArgument, view->name()}});
-    });
+    m_tree->installEventFilter(this);
 
     SessionEventSource::get()->subscribe(this);
     show(SessionMgr::get()->currentAssetSession());
@@ -124,8 +119,6 @@ void BrowserPanel::show(AssetSession* session)
     Vs::Asset* asset = session ? session->asset() : nullptr;
     if (asset == m_model->asset())
         return;
-    highlight(m_highlighted, false);
-    m_highlighted.clear();
     m_open.clear();
     m_model->asset(asset);
 }
@@ -141,48 +134,75 @@ void BrowserPanel::reopen()
             m_open.erase(id);
     }
     m_tree->expand(m_model->rootIndex());
+    showSelection();
 }
 
-void BrowserPanel::highlight(const std::vector<std::string>& ids, bool on)
-{
-    const Vs::Asset* asset = m_model->asset();
-    auto* scene = asset ? Vs::cast<Vs::Scene::SceneAssetAdapter>(asset->adapter()) : nullptr;
-    if (!scene)
-        return;
-    for (const std::string& id : ids)
-        if (Rendra::Graphics::Node* node = scene->node(id))
-            Vs::Scene::NodeChange(node).highlight(on ? Rendra::Graphics::Highlight::Selected
-                                                     : Rendra::Graphics::Highlight::None);
-}
-
-void BrowserPanel::highlightSelection()
-{
-    highlight(m_highlighted, false);
-    m_highlighted.clear();
-    for (const QModelIndex& index : m_tree->selectionModel()->selectedIndexes())
-        if (const Vs::Component* component = m_model->component(index))
-            m_highlighted.push_back(component->id);
-    highlight(m_highlighted, true);
-    selectNamedViews();
-    WorkspaceWindow::invalidate(kInvalidateAll);
-}
-
-// What else the session has selected stays; of the named views it has those that are selected here.
-void BrowserPanel::selectNamedViews()
+// A reset has taken the marks away; what is still there gets them back.
+void BrowserPanel::showSelection()
 {
     const AssetSession* session = SessionMgr::get()->getOpenAssetSession(m_model->asset());
     if (!session)
         return;
+    QItemSelection marks;
+    for (const auto& selection : session->selectionManager()->selectionSet().selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
+            if (const QModelIndex index = m_model->indexOf(logical->componentId()); index.isValid())
+                marks.select(index, index);
+    if (!marks.isEmpty())
+        m_tree->selectionModel()->select(marks, QItemSelectionModel::ClearAndSelect);
+}
+
+// Things of other kinds that the session has selected stay.
+void BrowserPanel::select()
+{
+    const AssetSession* session = SessionMgr::get()->getOpenAssetSession(m_model->asset());
+    if (!session)
+        return;
+    std::vector<Vs::StrongRef<Vs::Selection>> selections;
     Vs::SelectionSet& set = session->selectionManager()->selectionSet();
-    const std::vector<Vs::StrongRef<Vs::Selection>> before = set.selections();
-    for (const auto& selection : before)
-        if (Vs::cast<NamedViewSelection>(selection.get()) || Vs::cast<NamedViewsSelection>(selection.get()))
-            set.remove(*selection);
+    for (const auto& selection : set.selections())
+        if (!Vs::cast<NamedViewSelection>(selection.get()) &&
+            !Vs::cast<NamedViewsSelection>(selection.get()) &&
+            !Vs::cast<Vs::LogicalSelection>(selection.get()))
+            selections.push_back(selection);
     for (const QModelIndex& index : m_tree->selectionModel()->selectedIndexes())
         if (const Vs::StrongRef<NamedView> view = m_model->namedView(index))
-            set.add(Vs::StrongRef<Vs::Selection>(new NamedViewSelection(session->asset(), view)));
+            selections.emplace_back(new NamedViewSelection(session->asset(), view));
         else if (Vs::NameView::NamedViews* views = m_model->namedViews(index))
-            set.add(Vs::StrongRef<Vs::Selection>(new NamedViewsSelection(views)));
+            selections.emplace_back(new NamedViewsSelection(views));
+        else if (const Vs::Component* component = m_model->component(index);
+                 component && index != m_model->rootIndex())
+            selections.emplace_back(new Vs::LogicalSelection(session->asset(), component->id, nullptr));
+    set.replace(selections);
+    WorkspaceWindow::invalidate(kInvalidateAll);
+}
+
+void BrowserPanel::rename(const QModelIndex& index, const std::wstring& newName)
+{
+    if (const Vs::StrongRef<NamedView> view = m_model->namedView(index)) {
+        run(kRenameViewCommand, {{kNameArgument, view->name()}, {kNewViewNameArgument, newName}});
+        return;
+    }
+    // The command renames all that is selected; here only one was meant.
+    m_tree->selectionModel()->select(index, QItemSelectionModel::ClearAndSelect);
+    run(kRenameCommand, {{kNewNameArgument, newName}});
+}
+
+bool BrowserPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress || !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Delete))
+        return QWidget::eventFilter(watched, event);
+    removeSelected();
+    return true;
+}
+
+void BrowserPanel::removeSelected()
+{
+    const Vs::StrongRef<NamedView> view = m_model->namedView(m_tree->currentIndex());
+    if (!view)
+        run(kDeleteCommand, {});
+    else if (view->enableModify())
+        run(kRemoveCommand, {{kNameArgument, view->name()}});
 }
 
 void BrowserPanel::showMenu(const QPoint& place)
@@ -203,7 +223,10 @@ void BrowserPanel::showMenu(const QPoint& place)
     for (CommandDefinition* definition : definitions->commandDefinitions())
         if (definition->addToContextMenu() && definition->isAvailable(&context))
             add(definition);
-    if (view && view->enableModify()) {
+    CommandDefinition* remove = definitions->findCommandDefinitionById(kDeleteCommand);
+    if (remove && m_model->component(index) && remove->isAvailable(&context))
+        add(remove);
+    if (m_model->flags(index).testFlag(Qt::ItemIsEditable)) {
         const QAction* rename =
             menu->addAction(QString::fromStdWString(localized("BrowserRename", "Rename")));
         connect(rename, &QAction::triggered, this,

@@ -6,7 +6,6 @@
 
 #include <set>
 #include <string>
-#include <vector>
 
 class QTreeView;
 
@@ -14,9 +13,9 @@ namespace Vu {
 
 class BrowserModel;
 
-/// The tree of the current session's components and named views. Components that are selected in it are
-/// highlighted in the views; named views are what the session has selected, for the commands of the context
-/// menu. A double click looks from where a named view does.
+/// The tree of the current session's components and named views. What is selected in it is what the session
+/// has selected, for the commands of the context menu, and lit up in the views. A double click looks from
+/// where a named view does.
 class BrowserPanel : public QWidget, private SessionEventSite
 {
 public:
@@ -31,15 +30,17 @@ private:
     void sessionPostActivateForAsset(SessionEvent* event) override;
     void show(AssetSession* session);
     void reopen();
-    void highlightSelection();
-    void selectNamedViews();
+    void showSelection();
+    void select();
+    void rename(const QModelIndex& index, const std::wstring& newName);
+    void removeSelected();
+    /// The Delete key of the tree.
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void showMenu(const QPoint& place);
-    void highlight(const std::vector<std::string>& ids, bool on);
 
     QTreeView* m_tree;
     BrowserModel* m_model;
     std::set<std::string> m_open; ///< Ids of the open branches, for after a reset.
-    std::vector<std::string> m_highlighted;
 };
 
 } // namespace Vu

@@ -1,0 +1,71 @@
+#include "Tests/Commands/EditComponents.h"
+#include "Tests/Commands/InBrowser.h"
+
+#include <QLineEdit>
+
+namespace {
+
+using CommandsTests::Texts;
+
+class ComponentsInTheBrowser : public CommandsTests::InBrowser<CommandsTests::EditComponents>
+{
+protected:
+    QModelIndex item(const std::wstring& name) const { return below(tree->model()->index(1, 0), name); }
+    /// The paths of what the session has selected.
+    static Texts selectedPaths()
+    {
+        Texts texts;
+        for (const auto& selection : selected().selections())
+            texts.push_back(Vs::cast<Vs::LogicalSelection>(selection.get())->path().toText(*asset()));
+        return texts;
+    }
+    /// Types a name into the item's field.
+    void type(const QModelIndex& index, const char* name)
+    {
+        tree->setCurrentIndex(index);
+        tree->edit(index);
+        auto* field = tree->findChild<QLineEdit*>();
+        ASSERT_TRUE(field);
+        field->setText(name);
+        QTest::keyClick(field, Qt::Key_Return);
+        Vu::Application::get()->flushDeferredTasks();
+        QApplication::processEvents();
+    }
+};
+
+TEST_F(ComponentsInTheBrowser, AreSelectedInTheSessionAndStayMarkedThroughChanges)
+{
+    click(item(L"Box3"));
+    click(item(L"Box1"), Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_EQ(selectedPaths(), (Texts{L"Box3:1", L"Box1:1"}));
+    answer(L"Design.Box 1 1 1");
+    EXPECT_EQ(selectedPaths().size(), 2u);
+    EXPECT_TRUE(tree->selectionModel()->isSelected(item(L"Box1")));
+    EXPECT_FALSE(tree->selectionModel()->isSelected(item(L"Box4")));
+    click(tree->model()->index(1, 0));
+    EXPECT_TRUE(selected().empty());
+}
+
+TEST_F(ComponentsInTheBrowser, ANameThatIsTypedIsThatOfTheOneItem)
+{
+    tree->selectAll();
+    type(item(L"Box2"), "Lid");
+    EXPECT_EQ(paths(), (Texts{L"Box1:1", L"Lid:1", L"Box3:1"}));
+    EXPECT_TRUE(item(L"Lid").isValid());
+    type(item(L"Lid"), " ");
+    EXPECT_TRUE(item(L"Lid").isValid());
+    EXPECT_FALSE(tree->model()->flags(tree->model()->index(1, 0)) & Qt::ItemIsEditable);
+}
+
+TEST_F(ComponentsInTheBrowser, TheKeyAndTheMenuDelete)
+{
+    click(item(L"Box1"));
+    QTest::keyClick(tree, Qt::Key_Delete);
+    Vu::Application::get()->flushDeferredTasks();
+    EXPECT_EQ(paths(), (Texts{L"Box2:1", L"Box3:1"}));
+    EXPECT_EQ(menu(item(L"Box2"), "Delete"), QStringList({"Delete", "Rename"}));
+    EXPECT_EQ(paths(), (Texts{L"Box3:1"}));
+    EXPECT_EQ(menu(tree->model()->index(1, 0), ""), QStringList());
+}
+
+} // namespace

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "UI/Base/Application.h"
+#include "UI/Base/Workspace.h"
+#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QTest>
+#include <QTreeView>
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace CommandsTests {
+
+/// A fixture with the browser in a window, through Qt's events.
+template <class Fixture>
+class InBrowser : public Fixture
+{
+protected:
+    void SetUp() override
+    {
+        m_before = Vu::WorkspaceMgr::activeWorkspace();
+        m_workspace = Vu::WorkspaceMgr::get()->create();
+        Vu::WorkspaceWindow* window = m_workspace->window();
+        window->show();
+        Fixture::SetUp();
+        QApplication::processEvents();
+        tree = window->widget()->template findChild<QTreeView*>();
+        ASSERT_TRUE(tree);
+    }
+    void TearDown() override
+    {
+        Fixture::TearDown();
+        Vu::WorkspaceMgr::get()->close(m_workspace);
+        Vu::WorkspaceMgr::activeWorkspace(m_before);
+    }
+
+    /// The item of that text; invalid if there is none.
+    QModelIndex below(const QModelIndex& parent, const std::wstring& text) const
+    {
+        for (int row = 0; row < tree->model()->rowCount(parent); ++row)
+            if (const QModelIndex index = tree->model()->index(row, 0, parent);
+                index.data().toString().toStdWString() == text)
+                return index;
+        return {};
+    }
+    void click(const QModelIndex& index, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers modifiers = {})
+    {
+        tree->scrollTo(index);
+        QTest::mouseClick(tree->viewport(), button, modifiers, tree->visualRect(index).center());
+        Vu::Application::get()->flushDeferredTasks();
+        QApplication::processEvents();
+    }
+    /// Opens the menu on the item, and runs the entry of that title; gives all titles.
+    QStringList menu(const QModelIndex& index, const QString& wanted)
+    {
+        click(index);
+        const QPoint place = tree->visualRect(index).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, tree->viewport()->mapToGlobal(place));
+        QApplication::sendEvent(tree->viewport(), &event);
+        QStringList titles;
+        auto* shown = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        for (QAction* action : shown ? shown->actions() : QList<QAction*>()) {
+            titles << action->text();
+            if (action->text() == wanted)
+                action->trigger();
+        }
+        if (shown)
+            shown->close();
+        Vu::Application::get()->flushDeferredTasks();
+        return titles;
+    }
+
+    QTreeView* tree = nullptr;
+
+private:
+    Vu::Workspace* m_workspace = nullptr;
+    Vu::Workspace* m_before = nullptr;
+};
+
+} // namespace CommandsTests
