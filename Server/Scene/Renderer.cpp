@@ -75,11 +75,6 @@ Renderer::~Renderer()
         pass->release();
 }
 
-void Renderer::abandon()
-{
-    m_data = std::make_unique<Data>();
-}
-
 bool Renderer::initialize(Vs::Status& status)
 {
     if (m_data->ready)

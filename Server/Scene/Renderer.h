@@ -76,7 +76,7 @@ class Renderer
 {
 public:
     Renderer();
-    /// Must come with the context current, unless `abandon` was called.
+    /// Must come with the context current.
     ~Renderer();
     Renderer(const Renderer&) = delete;
     Renderer& operator=(const Renderer&) = delete;
@@ -93,9 +93,6 @@ public:
     void render(const std::vector<Vs::Scene::ViewFragment*>& fragments, const RenderTarget& target);
     /// The common case: into the whole of a framebuffer.
     void render(Vs::Scene::ViewFragment* fragment, int width, int height, uint32_t framebuffer);
-
-    /// Forgets all objects of the context without freeing them: the context is gone already.
-    void abandon();
 
     const RenderStatistics& statistics() const;
     /// How many bytes the graphics unit keeps for meshes, as its driver tells. Needs the context.

@@ -117,8 +117,8 @@ CommandDefinition* definitionOf(const CommandBase* command)
 std::wstring cmdKeyOf(const Vs::Asset* asset)
 {
     const AssetSession* session = SessionMgr::get()->getOpenAssetSession(asset);
-    const CommandMgr* own = session ? session->commandManager() : nullptr;
-    for (const CommandMgr* manager : {own, const_cast<const CommandMgr*>(CommandMgr::get())})
+    CommandMgr* own = session ? session->commandManager() : nullptr;
+    for (const CommandMgr* manager : {own, CommandMgr::get()})
         if (const CommandDefinition* executing =
                 manager ? definitionOf(manager->executingCommand()) : nullptr)
             return executing->id();

@@ -4,6 +4,7 @@
 #include "Server/Base/StrongRef.h"
 #include "Server/DataModel/Selection/ObjectPath.h"
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,6 +19,8 @@ class Selection : public Implements<Selection, SharedObject>
 public:
     /// Whether both select the same thing, wherever it was picked.
     virtual bool isEqualTo(const Selection& other) const { return this == &other; }
+    /// The same for all that are equal; so sets of thousands find soon what they don't hold.
+    virtual size_t hash() const { return 0; }
 };
 
 /// An object of a model, as a place of the scene or a text named it.
@@ -50,6 +53,7 @@ public:
         const auto* logical = cast<LogicalSelection>(&other);
         return logical && logical->m_asset == m_asset && logical->m_path == m_path;
     }
+    size_t hash() const override { return std::hash<std::string>()(m_path.component) + m_path.index; }
 
 private:
     Asset* m_asset;

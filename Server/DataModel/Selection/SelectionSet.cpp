@@ -1,6 +1,7 @@
 #include "Server/DataModel/Selection/SelectionSet.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace Vs {
@@ -46,8 +47,9 @@ bool SelectionSet::remove(const Selection& selection)
 bool SelectionSet::replace(const std::vector<StrongRef<Selection>>& selections)
 {
     const auto before = std::exchange(m_selections, {});
+    std::unordered_set<size_t> hashes;
     for (const auto& selection : selections)
-        if (selection && !contains(*selection))
+        if (selection && (hashes.insert(selection->hash()).second || !contains(*selection)))
             m_selections.push_back(selection);
     const bool same = std::equal(before.begin(), before.end(), m_selections.begin(), m_selections.end(),
                                  [](const auto& a, const auto& b) { return a->isEqualTo(*b); });

@@ -54,7 +54,6 @@ public:
     /// Frees what belongs to meshes that are gone.
     void collect();
     void release();
-    void abandon() { m_meshes.clear(); }
     /// What all meshes take, coarse ones with them, as the driver tells it.
     uint64_t bytes() const;
 

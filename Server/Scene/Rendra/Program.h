@@ -17,7 +17,6 @@ public:
     /// False, with the compiler's message in the status, if it cannot be made. Most have no geometry shader.
     bool make(const char* name, Pieces vertex, Pieces fragment, Vs::Status& status, Pieces geometry = {});
     void release();
-    void abandon() { m_program = 0; }
 
     explicit operator bool() const { return m_program != 0; }
     void use() const { glUseProgram(m_program); }
