@@ -25,11 +25,13 @@ SelectionCommandInput* SelectionCommandInput::make(CommandInputSet* set, int num
 SelectionCommandInput::SelectionCommandInput(CommandInputSet* set, int number, Info* info)
     : Implements(set, number, info)
 {
+    m_own.subscribe(this);
     MouseEventSource::get()->subscribe(this);
 }
 
 SelectionCommandInput::~SelectionCommandInput()
 {
+    leaveSession();
     MouseEventSource::get()->unsubscribe(this);
 }
 
@@ -41,7 +43,7 @@ void SelectionCommandInput::requiredQuantity(bool exactly, size_t quantity)
 
 bool SelectionCommandInput::isComplete() const
 {
-    const size_t count = m_selections.size();
+    const size_t count = selectionSet().size();
     return m_exactly ? count == m_quantity : count >= m_quantity;
 }
 
@@ -81,8 +83,8 @@ std::wstring SelectionCommandInput::onWhyInvalid() const
     if (isComplete())
         return {};
     return localizedFormat("InputNeedsSelection",
-                           "Something must be selected in the view: %1% of %2% so far.", m_selections.size(),
-                           m_quantity);
+                           "Something must be selected in the view: %1% of %2% so far.",
+                           selectionSet().size(), m_quantity);
 }
 
 Vs::SelectionMgr* SelectionCommandInput::pickingManager() const
@@ -124,31 +126,80 @@ bool SelectionCommandInput::add(Vs::StrongRef<Vs::Selection> selection)
 {
     if (!accepts(selection))
         return false;
-    if (m_exactly && m_quantity > 0 && m_selections.size() >= m_quantity)
-        m_selections.remove(*Vs::StrongRef<Vs::Selection>(m_selections.selections().front()));
-    m_selections.add(std::move(selection));
-    m_preferred = m_preferred && !isComplete();
-    valueChanged();
+    auto all = selectionSet().selections();
+    if (m_exactly && m_quantity > 0 && all.size() >= m_quantity)
+        all.erase(all.begin());
+    all.push_back(std::move(selection));
+    // The same thing at another place is news as well.
+    if (!selections().replace(all))
+        selectionSetChanged();
     return true;
 }
 
 void SelectionCommandInput::clear()
 {
-    if (m_selections.clear())
-        valueChanged();
+    selections().clear();
+}
+
+void SelectionCommandInput::replacesCurrentSelection(bool value)
+{
+    Vs::SelectionMgr* manager = value ? commandInputSet()->command()->selectionManager() : nullptr;
+    leaveSession();
+    if (!manager)
+        return;
+    m_current = &manager->selectionSet();
+    m_current->subscribe(this);
+}
+
+void SelectionCommandInput::leaveSession()
+{
+    if (Vs::SelectionSet* left = std::exchange(m_current, nullptr))
+        left->unsubscribe(this);
+}
+
+// A command that closed its session has no manager any more, and the selection went with the session.
+void SelectionCommandInput::commandEnded()
+{
+    if (!commandInputSet()->command()->commandManager())
+        m_current = nullptr;
+    Vs::SelectionSet* current = m_current;
+    leaveSession();
+    if (current && m_clearAtEnd)
+        current->clear();
+}
+
+void SelectionCommandInput::selectionSetChanged()
+{
+    m_preferred = m_preferred && !isComplete();
+    valueChanged();
+}
+
+void SelectionCommandInput::click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers)
+{
+    const bool adds = modifiers & (kShiftModifier | kControlModifier);
+    if (!m_current) {
+        add(selection);
+    } else if (!accepts(selection)) {
+        if (!adds)
+            clear();
+    } else if (!adds) {
+        selections().replace({selection});
+    } else if (!selections().remove(*selection)) {
+        add(selection);
+    }
 }
 
 std::wstring SelectionCommandInput::displayText() const
 {
-    if (m_selections.empty())
+    if (selectionSet().empty())
         return localized("InputSelectInView", "Select in the view");
-    return localizedFormat("InputSelected", "%1% selected", m_selections.size());
+    return localizedFormat("InputSelected", "%1% selected", selectionSet().size());
 }
 
 std::wstring SelectionCommandInput::valueAsString() const
 {
     std::wstring text;
-    for (const auto& selection : m_selections.selections())
+    for (const auto& selection : selectionSet().selections())
         if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
             text += (text.empty() ? L"" : L" ") + Vs::Strings::widen(logical->componentId());
     return text;
@@ -167,10 +218,8 @@ bool SelectionCommandInput::valueFromString(const std::wstring& text)
             return false;
         named.emplace_back(new Vs::LogicalSelection(session->asset(), id, nullptr));
     }
-    m_selections.clear();
-    for (const auto& selection : named)
-        m_selections.add(selection);
-    valueChanged();
+    if (!selections().replace(named))
+        valueConfirmed();
     return true;
 }
 
@@ -214,7 +263,8 @@ void SelectionCommandInput::mouseUp(MouseEvent* event)
     const bool dragged = std::exchange(m_dragged, false);
     if (event->button() != kLeftButton || !std::exchange(m_pressed, false) || dragged || !pickingManager())
         return;
-    add(under(*event));
+    CommandInUse inUse(commandInputSet()->command());
+    click(under(*event), event->modifierMask());
 }
 
 } // namespace Vu

@@ -16,7 +16,8 @@ namespace Vu {
 /// one at a time takes the clicks: the one that was made current, else the first that isn't complete, else
 /// the last.
 class SelectionCommandInput : public Vs::Implements<SelectionCommandInput, CommandInputBase>,
-                              public MouseEventSite
+                              public MouseEventSite,
+                              private Vs::SelectionSetSite
 {
 public:
     /// Whether the input takes part in the picking at all.
@@ -34,6 +35,17 @@ public:
     /// What may be selected; not owned. Null, the default, accepts everything.
     void requiredFilter(const Vs::SelectionFilter* filter) { m_filter = filter; }
 
+    /// Whether the input's selection is the session's own (SelectionMgr::selectionSet), which the browser
+    /// shows and the commands on selected objects use, whoever changes it. A click then selects in place of
+    /// what was selected, one beside everything selects nothing, and with Ctrl or Shift a click adds a thing
+    /// or takes it out again. Default false: the input collects for its command alone, and each click adds.
+    bool replacesCurrentSelection() const { return m_current; }
+    void replacesCurrentSelection(bool value);
+    /// Whether the session's selection is cleared as the command ends. Only for an input that replaces it.
+    /// Default true.
+    bool clearSelectionOnCommandEnd() const { return m_clearAtEnd; }
+    void clearSelectionOnCommandEnd(bool value) { m_clearAtEnd = value; }
+
     EState state() const { return m_state; }
     void state(EState value);
     /// Whether it is the input that takes the clicks.
@@ -41,7 +53,7 @@ public:
     /// Has it take the clicks until it is complete, or another one is made current.
     void makeCurrent();
 
-    const Vs::SelectionSet& selectionSet() const { return m_selections; }
+    const Vs::SelectionSet& selectionSet() const { return m_current ? *m_current : m_own; }
     /// Adds a selection as a click does. Returns false if a filter, the command, or a site of the event
     /// SelectionInputQuerySelectPermittedEvent refuses it.
     bool add(Vs::StrongRef<Vs::Selection> selection);
@@ -57,12 +69,17 @@ public:
     void mouseDown(MouseEvent* event) override;
     void mouseDragBegin(MouseEvent* event) override;
     void mouseUp(MouseEvent* event) override;
+    void commandEnded() override;
 
 protected:
     SelectionCommandInput(CommandInputSet* set, int number, Info* info);
     std::wstring onWhyInvalid() const override;
 
 private:
+    Vs::SelectionSet& selections() { return m_current ? *m_current : m_own; }
+    void selectionSetChanged() override;
+    void leaveSession();
+    void click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers);
     /// Null while nothing may be picked.
     Vs::SelectionMgr* pickingManager() const;
     bool accepts(const Vs::StrongRef<Vs::Selection>& selection);
@@ -71,11 +88,13 @@ private:
 
     bool isComplete() const;
 
-    Vs::SelectionSet m_selections;
+    Vs::SelectionSet m_own;
+    Vs::SelectionSet* m_current = nullptr; ///< The session's; null if the input has its own.
     const Vs::SelectionFilter* m_filter = nullptr;
     size_t m_quantity = 1;
     EState m_state = EState::Collecting;
     bool m_exactly = false;
+    bool m_clearAtEnd = true;
     bool m_preferred = false; ///< Was made current.
     bool m_pressed = false;   ///< The button went down while the input was current.
     bool m_dragged = false;   ///< The button that is down has dragged, so that its release is no click.

@@ -13,14 +13,14 @@ using Rendra::Graphics::Highlight;
 SelectionDisplay::SelectionDisplay(Vs::Asset* asset, Vs::SelectionMgr* selection)
     : m_asset(asset), m_selection(selection)
 {
-    selection->selectionSet().observer([this] { show(); });
-    selection->highlightSet().observer([this] { show(); });
+    selection->selectionSet().subscribe(this);
+    selection->highlightSet().subscribe(this);
 }
 
 SelectionDisplay::~SelectionDisplay()
 {
-    m_selection->selectionSet().observer(nullptr);
-    m_selection->highlightSet().observer(nullptr);
+    m_selection->selectionSet().unsubscribe(this);
+    m_selection->highlightSet().unsubscribe(this);
 }
 
 void SelectionDisplay::show()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/Scene/Node.h"
 
 #include <vector>
@@ -7,22 +8,22 @@
 namespace Vs {
 class Asset;
 class SelectionMgr;
-class SelectionSet;
 } // namespace Vs
 
 namespace Vu {
 
 /// Lights up in the scene what is selected, and what is about to be. Made by AssetSession.
-class SelectionDisplay
+class SelectionDisplay : private Vs::SelectionSetSite
 {
 public:
     /// Neither is owned; both outlive the display.
     SelectionDisplay(Vs::Asset* asset, Vs::SelectionMgr* selection);
-    ~SelectionDisplay();
+    ~SelectionDisplay() override;
     SelectionDisplay(const SelectionDisplay&) = delete;
     SelectionDisplay& operator=(const SelectionDisplay&) = delete;
 
 private:
+    void selectionSetChanged() override { show(); }
     void show();
     void light(const Vs::SelectionSet& set, Rendra::Graphics::Highlight highlight);
 

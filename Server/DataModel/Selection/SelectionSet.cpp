@@ -22,8 +22,7 @@ bool SelectionSet::contains(const Selection& selection) const
 
 bool SelectionSet::changed()
 {
-    if (m_observer)
-        m_observer();
+    forEach([](SelectionSetSite* site) { site->selectionSetChanged(); });
     return true;
 }
 

@@ -1,13 +1,20 @@
 #pragma once
 
+#include "Server/Base/Event.h"
 #include "Server/DataModel/Selection/Selection.h"
-
-#include <functional>
 
 namespace Vs {
 
+/// Listens to a set.
+class SelectionSetSite : public EventSite
+{
+public:
+    /// Called after each change, which may be of many things at once.
+    virtual void selectionSetChanged() = 0;
+};
+
 /// What is selected, each thing once, in the order in which it came. Main thread only.
-class SelectionSet
+class SelectionSet : public EventSource<SelectionSetSite>
 {
 public:
     const std::vector<StrongRef<Selection>>& selections() const { return m_selections; }
@@ -22,14 +29,10 @@ public:
     /// Takes these in place of all there is, as one change.
     bool replace(const std::vector<StrongRef<Selection>>& selections);
 
-    /// Called after each change; null for nobody.
-    void observer(std::function<void()> observer) { m_observer = std::move(observer); }
-
 private:
     bool changed();
 
     std::vector<StrongRef<Selection>> m_selections;
-    std::function<void()> m_observer;
 };
 
 } // namespace Vs

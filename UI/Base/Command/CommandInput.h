@@ -70,6 +70,9 @@ public:
     /// Told by whoever draws the input.
     void hover(bool entering);
 
+    /// The command has ended; its session is still there. For the input set.
+    virtual void commandEnded() {}
+
 protected:
     using EKind = CommandInputValueChangeEvent::EKind;
 

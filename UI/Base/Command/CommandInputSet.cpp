@@ -18,6 +18,12 @@ CommandInputSet::~CommandInputSet()
         CommandInputEventSource::get()->forget(input.get());
 }
 
+void CommandInputSet::commandEnded()
+{
+    for (const auto& input : m_inputs)
+        input->commandEnded();
+}
+
 bool CommandInputSet::valid() const
 {
     return std::all_of(m_inputs.begin(), m_inputs.end(), [](const auto& input) { return input->valid(); });

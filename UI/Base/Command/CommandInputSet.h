@@ -47,6 +47,8 @@ public:
 
     /// Tells the event to the sites of the set and of the input; for the inputs.
     void fire(CommandInputEvent* event);
+    /// Told by whoever runs the command, once.
+    void commandEnded();
 
 private:
     friend class CommandInputBase;

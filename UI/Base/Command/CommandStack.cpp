@@ -346,6 +346,8 @@ void CommandStack::leave(CommandBase* command, ETerminationReason reason, Vs::St
         tell(&ICommandObserver::after, record);
     }
     guarded(status, [&] { command->onPreDelete(); });
+    if (CommandInputSet* inputs = command->commandInputSet())
+        guarded(status, [&] { inputs->commandEnded(); });
     command->m_manager = nullptr;
     command->m_deleteWhenUnused = true;
 }
