@@ -3,6 +3,7 @@
 #include "Server/Base/Status.h"
 
 #include <string>
+#include <vector>
 
 namespace Vs {
 
@@ -16,7 +17,8 @@ class PythonBackend
 public:
     virtual ~PythonBackend() = default;
 
-    virtual std::wstring runFile(const std::string& path, Status& status) = 0;
+    virtual std::wstring runFile(const std::string& path, const std::vector<std::wstring>& arguments,
+                                 Status& status) = 0;
     virtual std::wstring runString(const std::string& code, Status& status) = 0;
     virtual void* callCommand(TextCommand& command, void* arguments, void* keywords) = 0;
     virtual void* makeModule(TextCommandSubjectArea& area) = 0;

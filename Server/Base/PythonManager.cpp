@@ -4,7 +4,9 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/PythonBackend.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
 
+#include <cstdio>
 #include <dlfcn.h>
 #include <memory>
 #include <utility>
@@ -25,6 +27,14 @@ PythonBackend* load()
     if (!entry)
         throw Exception(std::string("Python cannot be started: ") + dlerror() + '.');
     return reinterpret_cast<PythonBackendEntry>(entry)();
+}
+
+void tell(const std::wstring& error)
+{
+    if (TextOutput* output = TextCommandMgr::get()->output())
+        output->error(error);
+    else
+        std::fprintf(stderr, "%s\n", Strings::narrow(error).c_str());
 }
 
 template <class Run>
@@ -65,10 +75,18 @@ PythonManager* PythonManager::get()
     return &manager;
 }
 
-std::wstring PythonManager::runScriptFile(const std::wstring& path, Status& status)
+std::wstring PythonManager::runScriptFile(const std::wstring& path, Status& status,
+                                          const std::vector<std::wstring>& arguments)
 {
-    return guarded(status,
-                   [&](PythonBackend& backend) { return backend.runFile(Strings::narrow(path), status); });
+    Status own;
+    std::wstring result = guarded(
+        own, [&](PythonBackend& backend) { return backend.runFile(Strings::narrow(path), arguments, own); });
+    if (own.isError()) {
+        tell(own.toString());
+        own.reported(true);
+    }
+    status.merge(own);
+    return result;
 }
 
 std::wstring PythonManager::runString(const std::wstring& code, Status& status)

@@ -4,6 +4,7 @@
 #include "Server/Base/Status.h"
 
 #include <string>
+#include <vector>
 
 namespace Vs {
 
@@ -17,7 +18,7 @@ class TextCommandSubjectArea;
 /// keywords: `Asset.Create(kind, Hidden=True)` gives `/Hidden`. It returns the message, and raises
 /// `quillet.CommandError`, a RuntimeError, with the reason when the command fails.
 ///
-/// Main thread only.
+/// Main thread only; a script's other threads cannot call text commands.
 class PythonManager
 {
 public:
@@ -25,15 +26,15 @@ public:
 
     /// Runs the file as `__main__`, its own folder first on the search path. What it prints goes to the
     /// output of TextCommandMgr, line by line. An exception that leaves the script becomes one error,
-    /// `FILE:LINE: message`; a file that cannot be read and a SyntaxError likewise. Returns the text of the
-    /// script's global `result`, empty if it sets none. Progress::requestCancel interrupts it.
-    std::wstring runScriptFile(const std::wstring& path, Status& status);
+    /// `FILE:LINE: message`; a file that cannot be read and a SyntaxError likewise. It is told on that output
+    /// as well, below the traceback, and the status marked as reported: callers may drop it. Returns the text
+    /// of the script's global `result`, empty if it sets none. Progress::requestCancel interrupts it.
+    /// `sys.argv` is the path and the arguments.
+    std::wstring runScriptFile(const std::wstring& path, Status& status,
+                               const std::vector<std::wstring>& arguments = {});
     /// The same for a piece of code; its name in messages is `<string>`. Names that it defines stay for the
     /// next call.
     std::wstring runString(const std::wstring& code, Status& status);
-    /// runScriptFile without its result.
-    void runScript(const std::wstring& path, Status& status) { runScriptFile(path, status); }
-
     /// Whether the interpreter runs already.
     bool started() const;
     /// Ends the interpreter, if it runs. Called once, before the add-ins go.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <deque>
+#include <iterator>
+#include <list>
 #include <mutex>
 
 namespace Vs {
@@ -22,17 +24,22 @@ private:
     std::function<void()> m_work;
 };
 
+/// Tasks that are run once each, one after the other.
+struct Round
+{
+    std::deque<std::unique_ptr<Task>> left; ///< What has still to be done.
+    Task* running = nullptr;
+    bool runningRemoved = false;
+};
+
 } // namespace
 
 struct Tasks::Data
 {
     mutable std::mutex mutex;
     std::deque<std::unique_ptr<Task>> waiting; ///< For the next round.
-    std::deque<std::unique_ptr<Task>> round;   ///< What the round that runs now has still to do.
+    std::list<Round> rounds;                   ///< Those that run now; each but the first is inside a task.
     std::function<void()> wakeUp;
-    Task* running = nullptr;
-    bool runningRemoved = false;
-    bool inRound = false;
 
     void insert(std::unique_ptr<Task> task)
     {
@@ -51,6 +58,12 @@ struct Tasks::Data
         queue.erase(found);
         return taken;
     }
+    bool anyWaiting() const
+    {
+        std::lock_guard lock(mutex);
+        return !waiting.empty();
+    }
+    void runRound(Tasks& tasks);
 };
 
 Tasks::Tasks() : m_data(std::make_unique<Data>()) {}
@@ -80,71 +93,77 @@ bool Tasks::remove(Task* task)
 {
     std::unique_ptr<Task> removed; // Its destructor may call this queue, so it runs without the lock.
     std::lock_guard lock(m_data->mutex);
-    if (task && task == m_data->running) {
-        m_data->runningRemoved = true;
-        return true;
-    }
     removed = m_data->take(m_data->waiting, task);
-    if (!removed)
-        removed = m_data->take(m_data->round, task);
+    for (Round& round : m_data->rounds) {
+        if (task && task == round.running) {
+            round.runningRemoved = true;
+            return true;
+        }
+        if (!removed)
+            removed = m_data->take(round.left, task);
+    }
     return removed != nullptr;
 }
 
 void Tasks::runOnce()
 {
-    if (m_data->inRound)
-        return;
-    {
-        std::lock_guard lock(m_data->mutex);
-        m_data->round.swap(m_data->waiting);
-    }
+    if (m_data->rounds.empty())
+        m_data->runRound(*this);
+}
 
+void Tasks::Data::runRound(Tasks& tasks)
+{
     // Whatever happens in a task, those behind it go back into the queue and the round is over.
-    struct Round
+    struct Guard
     {
         Tasks& tasks;
+        Data& data;
         std::vector<std::unique_ptr<Task>> again;
 
-        explicit Round(Tasks& queue) : tasks(queue) { tasks.m_data->inRound = true; }
-        ~Round()
+        ~Guard()
         {
-            std::deque<std::unique_ptr<Task>> left;
+            std::list<Round> ended;
             {
-                std::lock_guard lock(tasks.m_data->mutex);
-                left.swap(tasks.m_data->round);
-                tasks.m_data->running = nullptr;
-                tasks.m_data->inRound = false;
+                std::lock_guard lock(data.mutex);
+                ended.splice(ended.end(), data.rounds, std::prev(data.rounds.end()));
             }
-            for (auto& task : left)
+            for (auto& task : ended.front().left)
                 tasks.add(std::move(task));
             for (auto& task : again)
                 tasks.add(std::move(task));
         }
-    } guard(*this);
+    };
+    Round* round;
+    {
+        std::lock_guard lock(mutex);
+        round = &rounds.emplace_back();
+        round->left.swap(waiting);
+    }
+    Guard guard{tasks, *this, {}};
 
     while (true) {
         std::unique_ptr<Task> task;
         {
-            std::lock_guard lock(m_data->mutex);
-            if (m_data->round.empty())
+            std::lock_guard lock(mutex);
+            if (round->left.empty())
                 break;
-            task = std::move(m_data->round.front());
-            m_data->round.pop_front();
-            m_data->running = task.get();
-            m_data->runningRemoved = false;
+            task = std::move(round->left.front());
+            round->left.pop_front();
+            round->running = task.get();
+            round->runningRemoved = false;
         }
         const bool done = task->run();
-        std::lock_guard lock(m_data->mutex);
-        m_data->running = nullptr;
-        if (!done && !m_data->runningRemoved)
+        std::lock_guard lock(mutex);
+        round->running = nullptr;
+        if (!done && !round->runningRemoved)
             guard.again.push_back(std::move(task));
     }
 }
 
 void Tasks::flush(int maximumRounds)
 {
-    for (int round = 0; round < maximumRounds && !empty() && !m_data->inRound; ++round)
-        runOnce();
+    for (int round = 0; round < maximumRounds && m_data->anyWaiting(); ++round)
+        m_data->runRound(*this);
 }
 
 bool Tasks::empty() const
@@ -155,7 +174,10 @@ bool Tasks::empty() const
 size_t Tasks::size() const
 {
     std::lock_guard lock(m_data->mutex);
-    return m_data->waiting.size() + m_data->round.size();
+    size_t count = m_data->waiting.size();
+    for (const Round& round : m_data->rounds)
+        count += round.left.size();
+    return count;
 }
 
 void Tasks::wakeUp(std::function<void()> callback)

@@ -48,7 +48,7 @@ public:
     /// Does nothing when called from inside a task of the same queue.
     void runOnce();
 
-    /// Rounds until nothing waits, or `maximumRounds` have passed (a task may ask to run again for ever).
+    /// Rounds until nothing waits, or `maximumRounds` have passed. A task may so run what it queued itself.
     void flush(int maximumRounds = 1000);
 
     bool empty() const;

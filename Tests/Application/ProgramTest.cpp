@@ -136,6 +136,35 @@ TEST(ProgramTest, ScriptsRunInTheirPlace)
     EXPECT_NE(result.errors.find("bad.py:2"), std::string::npos);
 }
 
+TEST(ProgramTest, WhatFollowsTwoDashesAreTheArgumentsOfScripts)
+{
+    const ScratchFolder folder;
+    const std::string script = folder.write("args.py", "import sys\nprint(sys.argv[1:])\n").string();
+    const ProcessResult result =
+        runQuillet({"--headless", "--script", script, "--", "größe 1", "--headless", "-"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, "['größe 1', '--headless', '-']\n");
+    const ProcessResult file = runQuillet({"--headless", "--", "--none.stp"});
+    EXPECT_NE(file.errors.find("--none.stp"), std::string::npos) << file.errors;
+}
+
+TEST(ProgramTest, ThreadsThatAScriptLeavesEndWithTheProgram)
+{
+    const ScratchFolder folder;
+    const std::string script =
+        folder
+            .write("threads.py", "import threading, time\n"
+                                 "def loop():\n"
+                                 "  while True: time.sleep(0.001)\n"
+                                 "threading.Thread(target=loop, name='mine').start()\n"
+                                 "threading.Thread(target=loop, daemon=True).start()\n")
+            .string();
+    const ProcessResult result = runQuillet({"--headless", "--script", script, "--command", "Camera.ZoomIn"});
+    EXPECT_EQ(result.exitCode, 0) << "signal " << result.signal;
+    EXPECT_EQ(result.output, "Zoom in.\n");
+    EXPECT_NE(result.errors.find("end with the program: mine."), std::string::npos) << result.errors;
+}
+
 TEST(ProgramTest, AFileThatCannotBeOpenedIsOneMessageWithItsName)
 {
     const ScratchFolder folder;

@@ -97,6 +97,44 @@ TEST_F(PythonTest, NamesTheLineOfTheScriptThatFailed)
     EXPECT_NE(runFile(folder.path()).find(L"is a folder"), std::wstring::npos);
 }
 
+TEST_F(PythonTest, TellsATracebackAndTheErrorWhateverBecomesOfTheStatus)
+{
+    folder.write("inner.py", "def helped():\n    return 1 / 0\n");
+    const auto script = folder.write("outer.py", "import inner\ninner.helped()\n");
+    Vs::Status status;
+    Vs::PythonManager::get()->runScriptFile(script.wstring(), status);
+    EXPECT_TRUE(status.reported());
+    const std::wstring at = folder.path().wstring() + L'/';
+    EXPECT_TRUE(output.text.starts_with(L"error: Traceback (most recent call last):\nerror:   File \"" + at +
+                                        L"outer.py\", line 2, in <module>\n"))
+        << Vs::Strings::narrow(output.text);
+    EXPECT_NE(output.text.find(at + L"inner.py\", line 2, in helped\n"), std::wstring::npos);
+    EXPECT_TRUE(
+        output.text.ends_with(L"error: " + at + L"outer.py:2: ZeroDivisionError: division by zero\n"));
+    output.text.clear();
+    runFile(folder.write("broken.py", "x = (\n"));
+    EXPECT_NE(output.text.find(L"broken.py:1: SyntaxError: '(' was never closed"), std::wstring::npos);
+    output.text.clear();
+    runFile(folder.write("leaves.py", "import sys\nsys.exit(0)\n"));
+    EXPECT_EQ(output.text, L"");
+    runFile(at + L"none.py");
+    EXPECT_EQ(output.text,
+              L"error: " + at + L"none.py: The script cannot be read: No such file or directory.\n");
+}
+
+TEST_F(PythonTest, RefusesTextCommandsOnOtherThreads)
+{
+    EXPECT_EQ(run("import threading\n"
+                  "told = []\n"
+                  "def work():\n"
+                  "  for call in (Python.Call, Python.Own, lambda: quillet.run('Python.Call')):\n"
+                  "    try: call()\n"
+                  "    except RuntimeError as e: told.append('main thread' in str(e))\n"
+                  "t = threading.Thread(target=work); t.start(); t.join()\n"
+                  "result = told"),
+              L"[True, True, True]");
+}
+
 TEST_F(PythonTest, GivesEachScriptAFreshMainAndItsFolder)
 {
     const auto script =

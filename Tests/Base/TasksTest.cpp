@@ -67,6 +67,26 @@ TEST_F(TasksTest, AddedFromATaskWaitForTheNextRound)
     EXPECT_EQ(log, "ab");
 }
 
+TEST_F(TasksTest, MayFlushWhatTheyQueuedThemselves)
+{
+    NotingTask* behind = nullptr;
+    add('a', 1, [&] {
+        add('b', 0);
+        add('c', 0);
+        tasks.flush();
+        EXPECT_EQ(log, "abc"); // Neither what runs nor what waits behind it.
+        EXPECT_EQ(tasks.size(), 2u);
+        add('d', 0, [&] { return tasks.remove(behind); });
+        tasks.flush();
+        return true;
+    });
+    behind = add('e', 1);
+    add('f', 1);
+    tasks.runOnce();
+    EXPECT_EQ(log, "abcdf");
+    EXPECT_TRUE(tasks.empty());
+}
+
 TEST_F(TasksTest, ThatAreNotDoneRunAgainUntilTheyAre)
 {
     int left = 3;

@@ -2,6 +2,8 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
+
 namespace Quillet {
 namespace {
 
@@ -9,6 +11,7 @@ constexpr const char* kDescription =
     "A desktop 3D design application. FILEs are opened first, then --command, --replay, --script and "
     "--console\n"
     "run in the order in which they are given; the first line that fails ends the run.\n"
+    "With --script, what follows -- are the arguments of the scripts (sys.argv).\n"
     "Exit code: 0 all well, 1 a line failed or a file could not be opened, 2 wrong usage or no start.";
 
 struct OptionRow
@@ -65,8 +68,9 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     QCommandLineParser parser;
     addOptions(parser);
     QStringList list{QStringLiteral("quillet")};
-    for (const std::string& argument : arguments)
-        list << QString::fromStdString(argument);
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    for (auto argument = arguments.begin(); argument != end; ++argument)
+        list << QString::fromStdString(*argument);
     if (!parser.parse(list)) {
         result.error = parser.errorText().toStdString();
         return result;
@@ -92,6 +96,10 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     }
     for (const QString& file : parser.positionalArguments())
         result.files.push_back(file.toStdString());
+    if (end != arguments.end()) {
+        auto& target = parser.isSet(QStringLiteral("script")) ? result.scriptArguments : result.files;
+        target.insert(target.end(), end + 1, arguments.end());
+    }
     result.profileDirectory = parser.value(QStringLiteral("profile-dir")).toStdString();
     if (parser.isSet(QStringLiteral("profile-dir")) && result.profileDirectory.empty())
         result.error = "--profile-dir needs the name of a directory.";

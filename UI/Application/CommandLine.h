@@ -24,6 +24,7 @@ struct CommandLine
 {
     std::vector<std::string> files; ///< Opened before the steps.
     std::vector<Step> steps;
+    std::vector<std::string> scriptArguments;      ///< What follows `--`, if a script is run.
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for in transcripts.
     std::string profileDirectory;                  ///< Empty: the user's own directories.
     bool headless = false;

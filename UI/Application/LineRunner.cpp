@@ -133,18 +133,18 @@ bool LineRunner::replay(const std::string& path)
     return result.failures == 0 || m_options.keepGoing;
 }
 
-bool LineRunner::runScript(const std::string& path)
+bool LineRunner::runScript(const std::string& path, const std::vector<std::wstring>& arguments)
 {
     if (m_options.echo)
         message(L"> " + Vs::Strings::widen(path));
     const LineScope scope(m_lineRuns);
     Vs::Status status;
-    Vs::PythonManager::get()->runScript(Vs::Strings::widen(path), status);
+    Vs::PythonManager::get()->runScriptFile(Vs::Strings::widen(path), status, arguments);
     settle();
-    if (status.isError())
-        return fail(Vs::Strings::narrow(status.toString()));
     tellWarnings();
-    return true;
+    // The interpreter has told the error already.
+    m_failed = m_failed || status.isError();
+    return status.isOk() || m_options.keepGoing;
 }
 
 bool LineRunner::fail(const std::string& message)

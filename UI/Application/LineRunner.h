@@ -31,7 +31,7 @@ public:
     bool openFile(const std::string& path);
     bool runLine(const std::wstring& line, const std::string& where, std::wstring* failure = nullptr);
     bool replay(const std::string& path);
-    bool runScript(const std::string& path);
+    bool runScript(const std::string& path, const std::vector<std::wstring>& arguments);
 
     /// A failure that has no line: a file of the command line, say.
     bool fail(const std::string& message);

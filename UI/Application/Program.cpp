@@ -108,6 +108,9 @@ void runSteps(const CommandLine& line, LineRunner& runner)
         if (!runner.openFile(file))
             return;
     int commands = 0;
+    std::vector<std::wstring> scriptArguments;
+    for (const std::string& argument : line.scriptArguments)
+        scriptArguments.push_back(Vs::Strings::widen(argument));
     for (const Step& step : line.steps) {
         if (application->exiting())
             return;
@@ -120,7 +123,7 @@ void runSteps(const CommandLine& line, LineRunner& runner)
             goOn = runner.replay(step.text);
             break;
         case Step::Kind::Script:
-            goOn = runner.runScript(step.text);
+            goOn = runner.runScript(step.text, scriptArguments);
             break;
         case Step::Kind::Console:
             goOn = runConsole(runner, historyFile());

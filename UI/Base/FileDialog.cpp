@@ -35,7 +35,11 @@ bool askUser(const FileDialog::Request& request, std::vector<std::wstring>& name
     return !names.empty();
 }
 
-bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names)
+/// The option that keeps the folder of the last answer.
+constexpr const char* kLastDirectory = "lastDirectory";
+
+bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names,
+         const char* folderOption = kLastDirectory)
 {
     names.clear();
     bool answered = false;
@@ -47,15 +51,16 @@ bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names)
         answered = askUser(request, names);
     }
     if (answered)
-        UIBaseOptionGroup::get()->lastDirectory(
-            QFileInfo(QString::fromStdWString(names.front())).absolutePath().toStdWString());
+        UIBaseOptionGroup::get()->setValue(
+            folderOption, QFileInfo(QString::fromStdWString(names.front())).absolutePath().toStdWString());
     return answered;
 }
 
-bool askForOne(const FileDialog::Request& request, std::wstring& name)
+bool askForOne(const FileDialog::Request& request, std::wstring& name,
+               const char* folderOption = kLastDirectory)
 {
     std::vector<std::wstring> names;
-    if (!ask(request, names))
+    if (!ask(request, names, folderOption))
         return false;
     name = names.front();
     return true;
@@ -63,7 +68,8 @@ bool askForOne(const FileDialog::Request& request, std::wstring& name)
 
 /// Takes the name that the caller of a command gave; otherwise asks, and leaves the answer in the context,
 /// from which a recording takes it.
-bool transcriptable(const FileDialog::Request& request, std::wstring& name, CommandContext* context)
+bool transcriptable(const FileDialog::Request& request, std::wstring& name, CommandContext* context,
+                    const char* folderOption = kLastDirectory)
 {
     if (context) {
         const std::wstring given = context->argumentAsString(CommandContext::pathArgumentName());
@@ -72,7 +78,7 @@ bool transcriptable(const FileDialog::Request& request, std::wstring& name, Comm
             return true;
         }
     }
-    if (!askForOne(request, name))
+    if (!askForOne(request, name, folderOption))
         return false;
     if (context)
         context->addArgument(CommandContext::pathArgumentName(), name);
@@ -107,6 +113,15 @@ bool FileDialog::getTranscriptableFilenameForSaveAs(const std::wstring& filter, 
                                                     std::wstring& name, CommandContext* context)
 {
     return transcriptable({filter, caption, name, false, false}, name, context);
+}
+
+bool FileDialog::getSpecialFilenameForOpen(const std::wstring& filter, std::wstring& name,
+                                           CommandContext* context, const std::wstring& folder,
+                                           const std::string& key, const std::wstring& caption)
+{
+    const std::string option = kLastDirectory + key;
+    const std::wstring start = UIBaseOptionGroup::get()->value(option.c_str(), folder);
+    return transcriptable({filter, caption, start, true, false}, name, context, option.c_str());
 }
 
 bool FileDialog::getFilenameForExport(const std::wstring& filter, const std::wstring& caption,

@@ -34,6 +34,12 @@ public:
     /// A name without a suffix gets that of the chosen filter. `name` may hold a proposal.
     static bool getTranscriptableFilenameForSaveAs(const std::wstring& filter, const std::wstring& caption,
                                                    std::wstring& name, CommandContext* context);
+    /// For files that have a folder of their own, such as scripts: the dialog begins in `folder` until the
+    /// person has chosen a file elsewhere, which is remembered under `key`, apart from the other dialogs.
+    /// Transcriptable.
+    static bool getSpecialFilenameForOpen(const std::wstring& filter, std::wstring& name,
+                                          CommandContext* context, const std::wstring& folder,
+                                          const std::string& key, const std::wstring& caption);
     static bool getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
                                      std::wstring& name, const std::wstring& initialPath);
 

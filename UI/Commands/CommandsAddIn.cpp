@@ -50,6 +50,7 @@
 #include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/InsertAssetCmd.h"
 #include "UI/Commands/Shells/ShellCmds.h"
+#include "UI/Commands/Transcripts/RunScriptCmd.h"
 
 #include <boost/filesystem/operations.hpp>
 
@@ -123,6 +124,7 @@ private:
     EnableAdaptiveSnapCmdDef m_enableAdaptiveSnapCmdDef;
     DisableAdaptiveSnapCmdDef m_disableAdaptiveSnapCmdDef;
     SetSnapValueCmdDef m_setSnapValueCmdDef;
+    RunScriptCmdDef m_runScriptCmdDef;
     OrbitCmdDef m_orbitCmdDef;
     FreeOrbitCmdDef m_freeOrbitCmdDef;
     ConstrainedOrbitCmdDef m_constrainedOrbitCmdDef;

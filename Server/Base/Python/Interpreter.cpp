@@ -7,6 +7,7 @@
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/Warning.h"
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
@@ -43,6 +44,32 @@ sys.stderr = sys.__stderr__ = _Stream(_write_error)
 sys.stdin = sys.__stdin__ = io.StringIO()
 signal.signal(signal.SIGINT, signal.default_int_handler)
 )";
+
+/// Threads that are meant to outlive their script get a moment to come to an end of their own.
+constexpr const char* kWaitForThreads = R"(
+import sys, time
+
+def others():
+    threading = sys.modules.get('threading')
+    return [t for t in threading.enumerate() if t is not threading.main_thread()] if threading else []
+
+latest = time.monotonic() + 5
+for thread in others():
+    if not thread.daemon:
+        thread.join(max(0, latest - time.monotonic()))
+left = others()
+waited_for = ', '.join(t.name for t in left if not t.daemon)
+)";
+
+/// Runs code of our own; its names stay in `names`.
+void execute(const char* code, py::dict& names)
+{
+    names["__builtins__"] = py::module_::import("builtins");
+    const auto ran =
+        py::reinterpret_steal<py::object>(PyRun_String(code, Py_file_input, names.ptr(), names.ptr()));
+    if (!ran)
+        throw py::error_already_set();
+}
 
 class Lock
 {
@@ -135,8 +162,13 @@ Interpreter::Interpreter()
 Interpreter::~Interpreter()
 {
     PyEval_RestoreThread(m_resting);
-    m_held = nullptr;
-    Py_FinalizeEx();
+    if (threadsEnded()) {
+        m_held = nullptr;
+        Py_FinalizeEx();
+    } else {
+        // The interpreter's lock is never given back: the threads stand still until the process ends.
+        static_cast<void>(m_held.release());
+    }
     m_streams.flush();
 }
 
@@ -151,17 +183,13 @@ void Interpreter::prepare()
         return py::cpp_function(
             [this, kind](const py::str& text) { m_streams.write(kind, Strings::narrow(wideText(text))); });
     };
-    names["__builtins__"] = py::module_::import("builtins");
     names["_write_output"] = writer(ScriptStreams::Kind::Output);
     names["_write_error"] = writer(ScriptStreams::Kind::Error);
     // Python must know the signal to raise KeyboardInterrupt, but the handler stays the program's.
     struct sigaction before;
     sigaction(SIGINT, nullptr, &before);
-    const auto ran =
-        py::reinterpret_steal<py::object>(PyRun_String(kStreams, Py_file_input, names.ptr(), names.ptr()));
+    execute(kStreams, names);
     sigaction(SIGINT, &before, nullptr);
-    if (!ran)
-        throw py::error_already_set();
     m_held->console["__builtins__"] = names["__builtins__"];
     m_held->console["__name__"] = "__console__";
 }
@@ -176,16 +204,7 @@ void Interpreter::makeQuilletModule()
     module.attr("CommandError") = m_held->commandError;
     module.attr("version") = SoftwareVersion::currentSoftwareVersion();
     module.def(
-        "run",
-        [this](const py::str& line) {
-            const TextCommandResult result =
-                TextCommandMgr::get()->executeCommandWithoutOutput(wideText(line));
-            if (result.first != 0) {
-                PyErr_SetObject(m_held->commandError.ptr(), pythonText(result.second).ptr());
-                throw py::error_already_set();
-            }
-            return pythonText(result.second);
-        },
+        "run", [this](const py::str& line) { return runLine(line); },
         "Runs a line of text and returns its message.");
     module.def(
         "onClosingDown",
@@ -194,7 +213,28 @@ void Interpreter::makeQuilletModule()
     py::module_::import("sys").attr("modules")["quillet"] = module;
 }
 
-std::wstring Interpreter::runFile(const std::string& path, Status& status)
+py::str Interpreter::runLine(const py::str& line)
+{
+    requireMainThread();
+    const TextCommandResult result = TextCommandMgr::get()->executeCommandWithoutOutput(wideText(line));
+    if (result.first != 0) {
+        PyErr_SetObject(m_held->commandError.ptr(), pythonText(result.second).ptr());
+        throw py::error_already_set();
+    }
+    return pythonText(result.second);
+}
+
+void Interpreter::requireMainThread() const
+{
+    if (std::this_thread::get_id() == m_mainThread)
+        return;
+    PyErr_SetString(PyExc_RuntimeError, "text commands run on the main thread only: let the thread hand its "
+                                        "results over, and call them there");
+    throw py::error_already_set();
+}
+
+std::wstring Interpreter::runFile(const std::string& path, const std::vector<std::wstring>& arguments,
+                                  Status& status)
 {
     const std::string code = readScript(path);
     const Lock lock;
@@ -210,11 +250,13 @@ std::wstring Interpreter::runFile(const std::string& path, Status& status)
     const py::object mainBefore = sys.attr("modules").attr("get")("__main__");
     const py::object argumentsBefore = py::getattr(sys, "argv", py::list());
     sys.attr("modules")["__main__"] = main;
-    py::list arguments;
-    arguments.append(path);
-    sys.attr("argv") = arguments;
+    py::list argv;
+    argv.append(path);
+    for (const std::wstring& argument : arguments)
+        argv.append(pythonText(argument));
+    sys.attr("argv") = argv;
     searched.insert(0, folder);
-    std::wstring result = run(code, path, globals, status);
+    std::wstring result = run(code, path, globals, Traceback::Printed, status);
     sys.attr("modules")["__main__"] = mainBefore;
     sys.attr("argv") = argumentsBefore;
     if (searched.contains(folder))
@@ -227,11 +269,11 @@ std::wstring Interpreter::runString(const std::string& code, Status& status)
     const Lock lock;
     if (m_held->console.contains("result"))
         PyDict_DelItemString(m_held->console.ptr(), "result");
-    return run(code, "<string>", m_held->console, status);
+    return run(code, "<string>", m_held->console, Traceback::Silent, status);
 }
 
 std::wstring Interpreter::run(const std::string& code, const std::string& name, const py::dict& globals,
-                              Status& status)
+                              Traceback traceback, Status& status)
 {
     std::wstring result;
     try {
@@ -250,6 +292,8 @@ std::wstring Interpreter::run(const std::string& code, const std::string& name, 
     } catch (py::error_already_set& error) {
         const ScriptEnd end = scriptEnd(error, name);
         m_streams.flush();
+        if (traceback == Traceback::Printed)
+            m_streams.write(ScriptStreams::Kind::Error, end.traceback);
         if (end.failed)
             status.addError(end.message);
     }
@@ -260,6 +304,7 @@ std::wstring Interpreter::run(const std::string& code, const std::string& name, 
 void* Interpreter::callCommand(TextCommand& command, void* arguments, void* keywords)
 {
     try {
+        requireMainThread();
         const auto positional = py::reinterpret_borrow<py::tuple>(static_cast<PyObject*>(arguments));
         const py::dict named =
             keywords ? py::reinterpret_borrow<py::dict>(static_cast<PyObject*>(keywords)) : py::dict();
@@ -282,6 +327,21 @@ void* Interpreter::makeModule(TextCommandSubjectArea& area)
         error.restore();
     }
     return nullptr;
+}
+
+bool Interpreter::threadsEnded()
+{
+    try {
+        py::dict names;
+        execute(kWaitForThreads, names);
+        const py::list left = names["left"];
+        const std::wstring waitedFor = wideText(names["waited_for"]);
+        if (!waitedFor.empty())
+            warn(L"Scripts have left threads running, which end with the program: " + waitedFor + L'.');
+        return left.empty();
+    } catch (py::error_already_set&) {
+        return false;
+    }
 }
 
 bool Interpreter::closingDown(Status& status)

@@ -7,6 +7,8 @@
 #include <memory>
 #include <pybind11/pybind11.h>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace Vs::Python {
 
@@ -19,7 +21,8 @@ public:
     Interpreter();
     ~Interpreter() override;
 
-    std::wstring runFile(const std::string& path, Status& status) override;
+    std::wstring runFile(const std::string& path, const std::vector<std::wstring>& arguments,
+                         Status& status) override;
     std::wstring runString(const std::string& code, Status& status) override;
     void* callCommand(TextCommand& command, void* arguments, void* keywords) override;
     void* makeModule(TextCommandSubjectArea& area) override;
@@ -28,8 +31,14 @@ public:
 private:
     void prepare();
     void makeQuilletModule();
+    enum class Traceback { Silent, Printed };
     std::wstring run(const std::string& code, const std::string& name, const pybind11::dict& globals,
-                     Status& status);
+                     Traceback traceback, Status& status);
+    pybind11::str runLine(const pybind11::str& line);
+    /// Throws pybind11::error_already_set on any thread but the application's main one.
+    void requireMainThread() const;
+    /// Waits a little for the threads that scripts have left. Returns whether all have ended.
+    bool threadsEnded();
 
     /// Every Python object that is held here, so that all go before the interpreter does.
     struct Held
@@ -43,6 +52,7 @@ private:
     ScriptStreams m_streams;
     std::unique_ptr<Held> m_held;
     PyThreadState* m_resting = nullptr;
+    std::thread::id m_mainThread = std::this_thread::get_id();
 };
 
 } // namespace Vs::Python

@@ -33,6 +33,18 @@ Place placeOf(const py::error_already_set& error, const std::wstring& script)
     return inScript.line > 0 ? inScript : innermost;
 }
 
+std::string tracebackWithoutLastLine(const py::error_already_set& error)
+{
+    // A syntax error has passed through no code.
+    const py::object trace = error.trace() ? py::object(error.trace()) : py::none();
+    const py::list parts =
+        py::module_::import("traceback").attr("format_exception")(error.type(), error.value(), trace);
+    std::wstring text;
+    for (size_t i = 0; i + 1 < parts.size(); ++i)
+        text += wideText(parts[i]);
+    return Strings::narrow(text);
+}
+
 std::wstring lastLineOfTraceback(const py::error_already_set& error)
 {
     const py::list lines =
@@ -55,16 +67,18 @@ ScriptEnd scriptEnd(py::error_already_set& error, const std::string& file)
         if (error.matches(PyExc_SystemExit)) {
             const py::object code = error.value().attr("code");
             if (code.is_none() || (PyLong_Check(code.ptr()) && code.equal(py::int_(0))))
-                return {false, {}};
-            return {true, where + (PyLong_Check(code.ptr()) ? L"The script ended with code " : L"") +
-                              wideText(code)};
+                return {false, {}, {}};
+            return {true,
+                    where + (PyLong_Check(code.ptr()) ? L"The script ended with code " : L"") +
+                        wideText(code),
+                    {}};
         }
         if (error.matches(PyExc_KeyboardInterrupt))
-            return {true, where + L"The script was cancelled."};
-        return {true, where + lastLineOfTraceback(error)};
+            return {true, where + L"The script was cancelled.", {}};
+        return {true, where + lastLineOfTraceback(error), tracebackWithoutLastLine(error)};
     } catch (const std::exception& failure) {
         // An exception whose own text cannot be made.
-        return {true, script + L": " + Strings::widen(failure.what())};
+        return {true, script + L": " + Strings::widen(failure.what()), {}};
     }
 }
 

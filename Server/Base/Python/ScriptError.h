@@ -8,8 +8,9 @@ namespace Vs::Python {
 /// Why a script ended.
 struct ScriptEnd
 {
-    bool failed = true;   ///< False for sys.exit() and sys.exit(0).
-    std::wstring message; ///< `FILE:LINE: last line of the traceback`.
+    bool failed = true;    ///< False for sys.exit() and sys.exit(0).
+    std::wstring message;  ///< `FILE:LINE: last line of the traceback`.
+    std::string traceback; ///< As Python prints it, without its last line; empty where it would tell nothing.
 };
 
 /// Reads the exception that left the script `file`. The line is the innermost one in the script itself, where

@@ -24,6 +24,7 @@
 #include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/InsertAssetCmd.h"
 #include "UI/Commands/Shells/ShellCmds.h"
+#include "UI/Commands/Transcripts/RunScriptCmd.h"
 
 #include <boost/lexical_cast.hpp>
 
@@ -163,6 +164,7 @@ constexpr WrapperRow kOpenDocument      = {kArea, L"OpenDocumentCmd",      L"<fi
 constexpr WrapperRow kRecentDocuments   = {kArea, L"RecentDocumentsCmd",   L"<asset_type> Recent Documents", "%s%s", &RecentDocumentsCmdDef::info};
 constexpr WrapperRow kSaveDocumentAs    = {kArea, L"SaveDocumentAsCmd",    L"Save the active document as a new one.", "", &SaveDocumentAsCmdDef::info, sessionAndPath};
 constexpr WrapperRow kSaveDocument      = {kArea, L"SaveDocumentCmd",      L"Save the active document.", "", &SaveDocumentCmdDef::info, sessionAndPath};
+constexpr WrapperRow kRunScript         = {kArea, L"RunScriptCmd",         L"<filename> Runs the specified python script.", "%s", &RunScriptCmdDef::info, firstPath, kGlobal};
 constexpr WrapperRow kAssetShell        = {kArea, L"AssetShellCmd",        L"<AssetSession> Activate asset shell.", "", &AssetShellCmdDef::info, assetSession};
 constexpr WrapperRow kManagementShell   = {kArea, L"ManagementShellCmd",   L"Activate management shell.", "", &ManagementShellCmdDef::info};
 constexpr WrapperRow kActivateEnvironment      = {kArea, L"ActivateEnvironmentCmd",      L"<EnvironmentType> Activate environment.", "", &ActivateEnvironmentCmdDef::info, environmentType};
@@ -217,6 +219,7 @@ Wrapper<kOpenDocument> TextCmdVuCommandsOpenDocumentCmd;
 Wrapper<kRecentDocuments> TextCmdVuCommandsRecentDocumentsCmd;
 Wrapper<kSaveDocumentAs> TextCmdVuCommandsSaveDocumentAsCmd;
 Wrapper<kSaveDocument> TextCmdVuCommandsSaveDocumentCmd;
+Wrapper<kRunScript> TextCmdVuCommandsRunScriptCmd;
 Wrapper<kAssetShell> TextCmdVuCommandsAssetShellCmd;
 Wrapper<kManagementShell> TextCmdVuCommandsManagementShellCmd;
 Wrapper<kActivateEnvironment> TextCmdVuCommandsActivateEnvironmentCmd;
