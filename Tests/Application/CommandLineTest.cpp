@@ -34,6 +34,20 @@ TEST(CommandLineTest, FilesAndSettingsAreToldApartFromOptions)
     EXPECT_FALSE(line.keepGoing);
 }
 
+TEST(CommandLineTest, ATestRunHasItsOptions)
+{
+    const TestRun run = parseCommandLine({"--test", "models", "--jobs", "3", "--shard", "2/5", "--timeout",
+                                          "1.5", "--junit", "r.xml", "--set", "a=b"})
+                            .test;
+    EXPECT_EQ(run.directory, "models");
+    EXPECT_EQ(run.jobs, 3);
+    EXPECT_EQ(run.shard, 2);
+    EXPECT_EQ(run.shards, 5);
+    EXPECT_EQ(run.secondsLimit, 1.5);
+    EXPECT_EQ(run.junitFile, "r.xml");
+    EXPECT_EQ(run.parameters.at("a"), "b");
+}
+
 TEST(CommandLineTest, WrongUsageIsNamed)
 {
     EXPECT_NE(parseCommandLine({"--nonsense"}).error.find("nonsense"), std::string::npos);
@@ -41,6 +55,16 @@ TEST(CommandLineTest, WrongUsageIsNamed)
     EXPECT_NE(parseCommandLine({"--set", "novalue"}).error.find("novalue"), std::string::npos);
     EXPECT_NE(parseCommandLine({"--set", "=value"}).error, "");
     EXPECT_NE(parseCommandLine({"--profile-dir", ""}).error, "");
+    for (const std::vector<std::string>& wrong : {std::vector<std::string>{"--junit=x"},
+                                                  {"--test="},
+                                                  {"--test=d", "--jobs=0"},
+                                                  {"--test=d", "--jobs=two"},
+                                                  {"--test=d", "--shard=3/2"},
+                                                  {"--test=d", "--shard=0/2"},
+                                                  {"--test=d", "--shard=1"},
+                                                  {"--test=d", "--shard=1/2/3"},
+                                                  {"--test=d", "--timeout=-1"}})
+        EXPECT_NE(parseCommandLine(wrong).error, "") << wrong.back();
 }
 
 } // namespace

@@ -31,6 +31,11 @@ constexpr OptionRow kOptions[] = {
     {"echo", nullptr, "Print each line before its answer."},
     {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts."},
     {"profile-dir", "DIR", "Keep all settings, caches and recovery files in DIR."},
+    {"test", "DIR", "Run all transcripts and scripts in a folder, each in a process of its own."},
+    {"jobs", "N", "With --test: how many run side by side (default: as many as there are processors)."},
+    {"timeout", "SECONDS", "With --test: how long each may take (default: 300)."},
+    {"junit", "FILE", "With --test: write the results as JUnit XML."},
+    {"shard", "I/N", "With --test: run only the I-th of N parts."},
     {"list-commands", nullptr, "Print every text command, one JSON object a line."},
     {"list-definitions", nullptr, "Print every command definition, one JSON object a line."},
     {"version", nullptr, "Print the version."},
@@ -58,6 +63,40 @@ bool stepKind(const QString& option, Step::Kind& kind)
     else
         return false;
     return true;
+}
+
+/// A whole number from 1, or 0.
+int positive(const QString& text)
+{
+    bool well = false;
+    const int number = text.toInt(&well);
+    return well && number > 0 ? number : 0;
+}
+
+/// Returns what is wrong in one sentence, or nothing.
+std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
+{
+    const auto given = [&](const char* option) { return parser.isSet(QLatin1String(option)); };
+    const auto value = [&](const char* option) { return parser.value(QLatin1String(option)); };
+    run.directory = value("test").toStdString();
+    if (given("test") && run.directory.empty())
+        return "--test needs the name of a folder.";
+    for (const char* option : {"jobs", "timeout", "junit", "shard"})
+        if (given(option) && run.directory.empty())
+            return std::string("--") + option + " goes with --test.";
+    run.junitFile = value("junit").toStdString();
+    if (given("jobs") && (run.jobs = positive(value("jobs"))) == 0)
+        return "--jobs needs a whole number from 1, and \"" + value("jobs").toStdString() + "\" is none.";
+    if (given("timeout") && !((run.secondsLimit = value("timeout").toDouble()) > 0))
+        return "--timeout needs a number of seconds, and \"" + value("timeout").toStdString() + "\" is none.";
+    if (given("shard")) {
+        const QString shard = value("shard");
+        run.shard = positive(shard.section(u'/', 0, 0));
+        run.shards = positive(shard.section(u'/', 1));
+        if (run.shard == 0 || run.shard > run.shards)
+            return "--shard needs I/N with I from 1 to N, and \"" + shard.toStdString() + "\" is none.";
+    }
+    return {};
 }
 
 } // namespace
@@ -103,6 +142,9 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     result.profileDirectory = parser.value(QStringLiteral("profile-dir")).toStdString();
     if (parser.isSet(QStringLiteral("profile-dir")) && result.profileDirectory.empty())
         result.error = "--profile-dir needs the name of a directory.";
+    if (const std::string wrong = readTestRun(parser, result.test); !wrong.empty())
+        result.error = wrong;
+    result.test.parameters = result.parameters;
     result.headless = parser.isSet(QStringLiteral("headless"));
     result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
     result.echo = parser.isSet(QStringLiteral("echo"));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "UI/Application/Testing/TestRun.h"
+
 #include <map>
 #include <string>
 #include <vector>
@@ -27,6 +29,7 @@ struct CommandLine
     std::vector<std::string> scriptArguments;      ///< What follows `--`, if a script is run.
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for in transcripts.
     std::string profileDirectory;                  ///< Empty: the user's own directories.
+    TestRun test;                                  ///< With a folder, the run is this and nothing else.
     bool headless = false;
     bool keepGoing = false;
     bool echo = false;

@@ -162,6 +162,9 @@ int runProgram(CommandLine line, int& count, char** arguments)
         line.headless = true;
     }
     line.headless = line.headless || lists;
+    // Who watches the lines sees which one runs, even if it is the last one ever.
+    if (line.echo)
+        std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     if (!takeProfile(line.profileDirectory))
         return kExitUsage;
     // A window with unsaved work must outlive the terminal that it was started from. Without one the run ends

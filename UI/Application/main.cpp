@@ -35,6 +35,8 @@ int run(int count, char** arguments)
         std::printf("Quillet %s\n", Vs::SoftwareVersion::currentSoftwareVersion().c_str());
         return kExitOk;
     }
+    if (!line.test.directory.empty())
+        return runTests(line.test);
     return runProgram(line, count, arguments);
 }
 

@@ -1,0 +1,161 @@
+#include "Tests/Support/Files.h"
+#include "Tests/Support/Process.h"
+
+#include <QXmlStreamReader>
+
+#include <boost/filesystem/operations.hpp>
+
+#include <gtest/gtest.h>
+#include <map>
+#include <set>
+
+using TestSupport::ProcessResult;
+using TestSupport::runQuillet;
+using TestSupport::ScratchFolder;
+
+namespace {
+
+struct Case
+{
+    std::string kind = "passed", type, message, output, errors;
+    double seconds = 0;
+};
+
+/// The test cases of a JUnit file by name; its counts are in the case without a name.
+std::map<std::string, Case> readJUnit(const boost::filesystem::path& file)
+{
+    std::map<std::string, Case> cases;
+    Case* current = nullptr;
+    QXmlStreamReader xml(QByteArray::fromStdString(TestSupport::contentOf(file)));
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        const auto attribute = [&](const char* name) {
+            return xml.attributes().value(QLatin1String(name)).toString().toStdString();
+        };
+        const std::string element = xml.name().toString().toStdString();
+        if (element == "testsuite") {
+            cases[""].message = attribute("tests") + ' ' + attribute("failures") + ' ' + attribute("errors");
+        } else if (element == "testcase") {
+            current = &cases[attribute("name")];
+            current->seconds = std::stod(attribute("time"));
+        } else if (element == "failure" || element == "error") {
+            current->kind = element;
+            current->type = attribute("type");
+            current->message = attribute("message");
+        } else if (element == "system-out") {
+            current->output = xml.readElementText().toStdString();
+        } else if (element == "system-err") {
+            current->errors = xml.readElementText().toStdString();
+        }
+    }
+    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+    return cases;
+}
+
+class TestRunTest : public testing::Test
+{
+protected:
+    ProcessResult run(const std::vector<std::string>& options)
+    {
+        std::vector<std::string> all{"--test", models.string()};
+        all.insert(all.end(), options.begin(), options.end());
+        return runQuillet(all);
+    }
+    void write(const std::string& name, const std::string& content)
+    {
+        boost::filesystem::create_directories((models / name).parent_path());
+        TestSupport::overwrite(models / name, content);
+    }
+
+    ScratchFolder folder;
+    boost::filesystem::path models = boost::filesystem::canonical(folder.path()) / "models";
+    boost::filesystem::path junit = folder.path() / "report.xml";
+};
+
+TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
+{
+    write("good.txt", "Design.New\nDocument.Save ${out}/${name}.vlra\n");
+    write("good.py", "import Camera, sys\nprint('größe', len(sys.argv), Camera.ZoomIn())\n");
+    write("a/b/bad.txt", "Design.New\nNo.Such \"<&>\"\nDesign.New\n");
+    write("a/bad.PY", "import os, signal\ndef f():\n  raise ValueError('a ]]> b')\nf()\n");
+    write("crash.py", "import os\nprint('before')\nos.abort()\n");
+    write("endless.txt", "Camera.ZoomIn\nSleeper.Sleep 3600000\n");
+    write("loop.py", "while True: pass\n");
+    write("_helper.py", "1 / 0\n");
+    write("notes.md", "no transcript");
+    const ProcessResult result = run({"--timeout", "3", "--junit", junit.string(), "--set", "name=x"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.output.find("7 transcripts in "), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find(": 2 passed, 2 failed, 3 ended by crash or time limit."), std::string::npos);
+
+    std::map<std::string, Case> cases = readJUnit(junit);
+    EXPECT_EQ(cases.size(), 8u);
+    EXPECT_EQ(cases[""].message, "7 2 3");
+    EXPECT_EQ(cases["good.txt"].kind, "passed");
+    EXPECT_GT(cases["good.txt"].seconds, 0);
+    EXPECT_NE(cases["good.txt"].output.find("/x.vlra"), std::string::npos);
+    EXPECT_EQ(cases["good.py"].kind, "passed") << cases["good.py"].errors;
+    EXPECT_NE(cases["good.py"].output.find("größe 1 Zoom in."), std::string::npos);
+    const std::string at = models.string() + '/';
+    EXPECT_EQ(cases["a/b/bad.txt"].kind, "failure");
+    EXPECT_EQ(cases["a/b/bad.txt"].message.rfind(at + "a/b/bad.txt:2: ", 0), 0u)
+        << cases["a/b/bad.txt"].message;
+    EXPECT_EQ(cases["a/bad.PY"].message, at + "a/bad.PY:3: ValueError: a ]]> b");
+    EXPECT_EQ(cases["crash.py"].kind, "error");
+    EXPECT_EQ(cases["crash.py"].message, at + "crash.py: The program was ended by SIGABRT (Aborted).");
+    EXPECT_EQ(cases["endless.txt"].type, "timeout");
+    EXPECT_EQ(cases["endless.txt"].message,
+              at + "endless.txt: It did not end within 3 s, in the line: Sleeper.Sleep 3600000");
+    EXPECT_EQ(cases["loop.py"].type, "timeout");
+    EXPECT_NE(cases["loop.py"].errors.find("loop.py:1: The script was cancelled."), std::string::npos);
+}
+
+TEST_F(TestRunTest, ThePartsOfAJobArrayAreTheWhole)
+{
+    for (int i = 0; i < 7; ++i)
+        write("t" + std::to_string(i) + ".txt", "Camera.ZoomIn\n");
+    std::set<std::string> names;
+    size_t sum = 0;
+    for (const char* shard : {"1/3", "2/3", "3/3"}) {
+        EXPECT_EQ(run({"--shard", shard, "--jobs", "2", "--junit", junit.string()}).exitCode, 0);
+        for (const auto& [name, test] : readJUnit(junit))
+            if (!name.empty() && ++sum > 0)
+                names.insert(name);
+    }
+    EXPECT_EQ(sum, 7u);
+    EXPECT_EQ(names.size(), 7u);
+    // More parts than transcripts: the last has nothing to do, and does it well.
+    EXPECT_EQ(run({"--shard", "9/9"}).exitCode, 0);
+}
+
+TEST_F(TestRunTest, WhatCannotBeRunOrWrittenIsSaid)
+{
+    const ProcessResult missing = run({});
+    EXPECT_EQ(missing.exitCode, 2);
+    EXPECT_NE(missing.errors.find(models.string() + ": No such file or directory."), std::string::npos);
+    write("readme.md", "");
+    EXPECT_NE(run({}).errors.find("There is no transcript"), std::string::npos);
+    write("good.txt", "Camera.ZoomIn\n");
+    const ProcessResult unwritten = run({"--junit", (folder.path() / "none/report.xml").string()});
+    EXPECT_EQ(unwritten.exitCode, 2);
+    EXPECT_NE(unwritten.errors.find("none/report.xml: The report cannot be written: "), std::string::npos)
+        << unwritten.errors;
+}
+
+TEST_F(TestRunTest, AnInterruptedRunTakesItsProcessesWithIt)
+{
+    const std::string pidFile = (folder.path() / "pid").string();
+    write("endless.py",
+          "import os, time\nopen('" + pidFile + "', 'w').write(str(os.getpid()))\ntime.sleep(3600)\n");
+    const ProcessResult result =
+        runQuillet({"--test", models.string(), "--junit", junit.string()}, {.interruptAfterSeconds = 3});
+    EXPECT_EQ(result.exitCode, 1) << "signal " << result.signal;
+    EXPECT_NE(result.output.find("interrupted"), std::string::npos);
+    EXPECT_EQ(readJUnit(junit)[""].message, "0 0 0");
+    const std::string pid = TestSupport::contentOf(pidFile);
+    ASSERT_NE(pid, "");
+    EXPECT_FALSE(boost::filesystem::exists("/proc/" + pid));
+}
+
+} // namespace

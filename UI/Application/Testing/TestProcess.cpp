@@ -1,0 +1,226 @@
+#include "UI/Application/Testing/TestProcess.h"
+
+#include <boost/algorithm/string/case_conv.hpp>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sstream>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace Quillet {
+namespace {
+
+/// A transcript that prints without end must not take all memory.
+constexpr size_t kLongestText = 1 << 18;
+/// From the polite request to the kill.
+constexpr double kSecondsToStop = 5;
+
+[[noreturn]] void fail(int error, const std::string& what)
+{
+    throw std::system_error(error, std::generic_category(), what);
+}
+
+std::string signalName(int signal)
+{
+    const char* name = sigabbrev_np(signal);
+    const char* meaning = sigdescr_np(signal);
+    return name && meaning ? std::string("SIG") + name + " (" + meaning + ')'
+                           : "signal " + std::to_string(signal);
+}
+
+/// The first line that begins with `beginning`, or else the last one that isn't empty.
+std::string tellingLine(const std::string& text, const std::string& beginning)
+{
+    std::istringstream lines(text);
+    std::string last;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(beginning))
+            return line;
+        if (!line.empty())
+            last = line;
+    }
+    return last;
+}
+
+/// The last line that was echoed, which is the one that ran at the end.
+std::string lastEcho(const std::string& output)
+{
+    const size_t found = output.rfind("\n> ");
+    const size_t start = found != std::string::npos ? found + 3
+                         : output.starts_with("> ") ? 2
+                                                    : output.size();
+    return output.substr(start, output.find('\n', start) - start);
+}
+
+} // namespace
+
+TestProcess::Stream::~Stream()
+{
+    if (m_descriptor >= 0)
+        close(m_descriptor);
+}
+
+int TestProcess::Stream::open()
+{
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0)
+        fail(errno, "A pipe cannot be made");
+    m_descriptor = ends[0];
+    fcntl(m_descriptor, F_SETFL, O_NONBLOCK);
+    return ends[1];
+}
+
+void TestProcess::Stream::read()
+{
+    char buffer[1 << 16];
+    ssize_t count = 0;
+    while (m_descriptor >= 0 && (count = ::read(m_descriptor, buffer, sizeof buffer)) > 0) {
+        m_text.append(buffer, static_cast<size_t>(count));
+        if (m_text.size() > 2 * kLongestText)
+            m_text.erase(0, m_text.size() - kLongestText);
+    }
+    if (m_descriptor >= 0 && count == 0) {
+        close(m_descriptor);
+        m_descriptor = -1;
+    }
+}
+
+TestProcess::TestProcess(const boost::filesystem::path& transcript, const boost::filesystem::path& folder,
+                         const std::vector<std::string>& settings)
+    : m_transcript(transcript)
+{
+    std::vector<std::string> words = {"quillet",
+                                      "--headless",
+                                      "--echo",
+                                      "--profile-dir",
+                                      (folder / "profile").string(),
+                                      "--set",
+                                      "out=" + folder.string()};
+    for (const std::string& setting : settings)
+        words.insert(words.end(), {"--set", setting});
+    const bool python = boost::algorithm::to_lower_copy(transcript.extension().string()) == ".py";
+    words.insert(words.end(), {python ? "--script" : "--replay", transcript.string()});
+    start(words);
+}
+
+void TestProcess::start(const std::vector<std::string>& words)
+{
+    std::vector<char*> arguments;
+    for (const std::string& word : words)
+        arguments.push_back(const_cast<char*>(word.c_str()));
+    arguments.push_back(nullptr);
+    const int output = m_output.open();
+    const int errors = m_errors.open();
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, output, 1);
+    posix_spawn_file_actions_adddup2(&actions, errors, 2);
+    posix_spawn_file_actions_addchdir_np(&actions, m_transcript.parent_path().c_str());
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+    const int error =
+        posix_spawn(&m_process, "/proc/self/exe", &actions, &attributes, arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    close(output);
+    close(errors);
+    if (error != 0) {
+        m_process = -1;
+        fail(error, "The process cannot be started");
+    }
+    // Debian's header of its wrapper cannot be used from C++.
+    m_descriptor = static_cast<int>(syscall(SYS_pidfd_open, m_process, 0));
+}
+
+TestProcess::~TestProcess()
+{
+    if (m_process >= 0) {
+        kill(-m_process, SIGKILL);
+        while (waitpid(m_process, nullptr, 0) < 0 && errno == EINTR)
+            ;
+    }
+    if (m_descriptor >= 0)
+        close(m_descriptor);
+}
+
+void TestProcess::addDescriptors(std::vector<pollfd>& waiting) const
+{
+    for (const int descriptor : {m_output.descriptor(), m_errors.descriptor(), m_descriptor})
+        if (descriptor >= 0)
+            waiting.push_back({descriptor, POLLIN, 0});
+}
+
+bool TestProcess::proceed()
+{
+    const bool ended = waitpid(m_process, &m_state, WNOHANG) == m_process;
+    m_output.read();
+    m_errors.read();
+    if (ended) {
+        m_seconds = seconds();
+        // What it has left behind goes with it.
+        kill(-m_process, SIGKILL);
+        m_process = -1;
+    }
+    return ended;
+}
+
+double TestProcess::seconds() const
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
+}
+
+void TestProcess::stop(double secondsLimit)
+{
+    if (m_stopAsked == 0) {
+        m_stopAsked = seconds();
+        m_secondsLimit = secondsLimit;
+        kill(m_process, SIGINT);
+    } else if (seconds() > m_stopAsked + kSecondsToStop) {
+        kill(-m_process, SIGKILL);
+    }
+}
+
+std::string TestProcess::failure() const
+{
+    std::string line = tellingLine(m_errors.text(), m_transcript.string() + ':');
+    return line.empty() ? "It failed without a message." : line;
+}
+
+TestResult TestProcess::result() const
+{
+    TestResult result{TestResult::Kind::Passed, {}, m_seconds, m_output.text(), m_errors.text()};
+    const std::string at = lastEcho(m_output.text());
+    // Of a script there is one line, which says no more than its name.
+    const std::string during = at.empty() || at == m_transcript.string() ? "." : ", in the line: " + at;
+    if (m_stopAsked > 0) {
+        std::ostringstream limit;
+        limit << m_secondsLimit;
+        result.kind = TestResult::Kind::TimedOut;
+        result.message = m_transcript.string() + ": It did not end within " + limit.str() + " s" + during;
+    } else if (WIFSIGNALED(m_state)) {
+        result.kind = TestResult::Kind::Crashed;
+        result.message =
+            m_transcript.string() + ": The program was ended by " + signalName(WTERMSIG(m_state)) + during;
+    } else if (WEXITSTATUS(m_state) == 1) {
+        result.kind = TestResult::Kind::Failed;
+        result.message = failure();
+    } else if (WEXITSTATUS(m_state) != 0) {
+        result.kind = TestResult::Kind::Crashed;
+        result.message = failure();
+    }
+    return result;
+}
+
+} // namespace Quillet

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "UI/Application/Testing/TestProcess.h"
+
+#include <string>
+#include <vector>
+
+namespace Quillet {
+
+struct TestCase
+{
+    std::string name; ///< The path below the folder that is tested.
+    TestResult result;
+};
+
+/// How many ended in each way.
+struct TestCounts
+{
+    explicit TestCounts(const std::vector<TestCase>& cases);
+
+    int passed = 0;
+    int failed = 0;
+    int errors = 0; ///< Crashed or timed out.
+};
+
+/// Writes the cases as JUnit XML. A failed line is a failure, a crash and a time limit are errors. Throws
+/// Vs::Exception if the file cannot be written.
+void writeJUnit(const std::string& file, const std::string& suite, double seconds,
+                const std::vector<TestCase>& cases);
+
+} // namespace Quillet
