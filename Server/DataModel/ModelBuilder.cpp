@@ -2,6 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Edit/Motion.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Transaction.h"
 
@@ -15,7 +16,6 @@ namespace {
 
 constexpr double kSmallestSize = 1e-4; // mm
 constexpr double kLargestSize = 1e7;   // mm
-constexpr double kFarthestPlace = 1e9; // mm
 
 struct Size
 {
@@ -38,21 +38,9 @@ bool checkSize(const Kind& kind, const Size& size, Status& status)
     return false;
 }
 
-// The kernel takes only motions: a scaled or sheared placement would change the shape itself.
-bool checkPlacement(const Kind& kind, const GkMatrix3d& m, Status& status)
+bool checkPlacement(const Kind& kind, const GkMatrix3d& placement, Status& status)
 {
-    constexpr double kTolerance = 1e-9;
-    bool rigid = true;
-    for (int i = 0; i < 3; ++i)
-        for (int k = 0; k < 3; ++k) {
-            double dot = 0;
-            for (int row = 0; row < 3; ++row)
-                dot += m.entry[row][i] * m.entry[row][k];
-            rigid &= std::abs(dot - (i == k)) < kTolerance;
-        }
-    for (int row = 0; row < 3; ++row)
-        rigid &= std::abs(m.entry[row][3]) < kFarthestPlace;
-    if (rigid && m.det() > 0)
+    if (isMotion(placement) && isNear(placement))
         return true;
     status.addError(std::wstring(kind.name) + L": the placement must be a motion, without scale or mirror.");
     return false;

@@ -178,7 +178,7 @@ std::string digestOf(const Vs::Asset& asset)
         text << component->id << ' ' << Vs::Strings::narrow(component->name);
         for (const auto& row : component->placement.entry)
             for (const double value : row)
-                text << ' ' << value;
+                text << ' ' << value + 0.0; // no zero with a sign
         if (component->body) {
             const Vs::Colour colour = component->body->colour();
             text << " | " << colour.r << ' ' << colour.g << ' ' << colour.b << ' ' << colour.a << " | "

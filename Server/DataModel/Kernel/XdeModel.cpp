@@ -1,5 +1,6 @@
 #include "Server/DataModel/Kernel/XdeModel.h"
 
+#include "Server/DataModel/Kernel/Edits.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
@@ -305,6 +306,11 @@ void XdeModel::rename(const std::string& component, const std::wstring& name)
 void XdeModel::remove(const std::vector<std::string>& components)
 {
     guarded([&] { removeOccurrences(m_document, components); });
+}
+
+std::vector<std::string> XdeModel::edit(const ModelEdit& edit)
+{
+    return guarded([&] { return std::visit([&](const auto& each) { return apply(m_document, each); }, edit); });
 }
 
 void XdeModel::begin()

@@ -38,6 +38,7 @@ public:
     void insert(ModelKernel& other) override;
     void rename(const std::string& component, const std::wstring& name) override;
     void remove(const std::vector<std::string>& components) override;
+    std::vector<std::string> edit(const ModelEdit& edit) override;
     void begin() override;
     bool commit() override;
     void abort() override;

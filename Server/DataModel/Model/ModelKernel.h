@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Body/BodyProperties.h"
+#include "Server/DataModel/Model/ModelEdit.h"
 #include "Server/DataModel/Model/PartTree.h"
 #include "Server/DataModel/Model/ShapeMeasure.h"
 #include "Server/DataModel/Translator.h"
@@ -58,6 +59,10 @@ public:
     /// Removes components with all that is in them, and the shapes that nothing shows any more, within a
     /// transaction. Those that are gone, or go with another one, are passed over.
     virtual void remove(const std::vector<std::string>& components) = 0;
+
+    /// Makes a change of the exact model, within a transaction, and returns the ids of the components that it
+    /// added. A change that fails may have been made in part: the transaction is to be aborted.
+    virtual std::vector<std::string> edit(const ModelEdit& edit) = 0;
 
     /// How many steps can be taken back.
     static constexpr unsigned kUndoSteps = 100;

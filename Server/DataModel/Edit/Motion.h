@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Server/Geometry/GkMatrix3d.h"
+
+namespace Vs {
+
+/// Whether the matrix only moves and turns: the kernel takes no others, as a scale or a mirror would change
+/// the shape itself.
+bool isMotion(const GkMatrix3d& matrix);
+
+/// Whether it moves less far than the kernel counts exactly enough: a thousand kilometres.
+bool isNear(const GkMatrix3d& matrix);
+
+} // namespace Vs

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Server/DataModel/Model/ModelEdit.h"
+
+#include <TDocStd_Document.hxx>
+
+namespace Vs::Kernel {
+
+// The kinds of ModelEdit. Each returns the ids of the components that it added, and throws
+// std::runtime_error or Standard_Failure.
+
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const MoveEdit& edit);
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CopyEdit& edit);
+
+} // namespace Vs::Kernel

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <TDF_Label.hxx>
+#include <TDocStd_Document.hxx>
+#include <TopLoc_Location.hxx>
+#include <gp_Trsf.hxx>
+
+#include <string>
+#include <vector>
+
+namespace Vs::Kernel {
+
+/// A component (Component::id) as it stands in an XDE document. Throws std::runtime_error if it is gone.
+class Occurrence
+{
+public:
+    Occurrence(const Handle(TDocStd_Document) & document, const std::string& id);
+
+    const std::string& id() const { return m_id; }
+    const TDF_Label& label() const { return m_label; }
+    /// The part or assembly that it shows; its own label where it stands for itself at the top of the tree.
+    TDF_Label shown() const;
+    /// The assembly that holds it; null at the top.
+    const TDF_Label& parent() const { return m_parent; }
+    /// Where the coordinates of the parent lie in the model's.
+    const gp_Trsf& parentPlace() const { return m_parentPlace; }
+    /// Where its own lie, those of a body without the shape's location.
+    gp_Trsf place() const;
+    /// The location in the parent that is that motion, of the model's coordinates, away from its own.
+    TopLoc_Location moved(const gp_Trsf& motion) const;
+
+    /// An assembly at the top that nothing refers to: it has no location.
+    bool isRootAssembly() const;
+
+private:
+    TDF_Label m_label, m_parent;
+    std::string m_id;
+    gp_Trsf m_parentPlace;
+};
+
+/// Those of the components that don't stand in another one of them, each label once.
+std::vector<Occurrence> topmostOccurrences(const Handle(TDocStd_Document) & document,
+                                           const std::vector<std::string>& components);
+
+/// Makes a label that has no shape yet an occurrence of a part or assembly.
+void makeReference(const TDF_Label& label, const TDF_Label& shown, const TopLoc_Location& place);
+
+/// A new label at the top of the tree, without anything on it.
+TDF_Label newRootLabel(const Handle(TDocStd_Document) & document);
+
+/// Makes a part that stands for itself at the top of the tree an occurrence of a part on another label, so
+/// that it can have a place and others beside it. The component keeps its id. Occurrences stay as they are.
+void detachPart(const Handle(TDocStd_Document) & document, const TDF_Label& label);
+
+/// A part of its own, on a new label, that is like that one.
+TDF_Label clonePart(const Handle(TDocStd_Document) & document, const TDF_Label& part);
+
+} // namespace Vs::Kernel
