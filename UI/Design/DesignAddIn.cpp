@@ -2,6 +2,7 @@
 #include "Server/Base/Warning.h"
 #include "UI/Base/ToolbarPersister.h"
 #include "UI/Design/DocumentKinds.h"
+#include "UI/Design/Edit/PlaceCmds.h"
 #include "UI/Design/Environments.h"
 #include "UI/Design/ExportDesignCmd.h"
 #include "UI/Design/Localized.h"
@@ -37,6 +38,10 @@ private:
     BoxCmdDef m_boxCmdDef;
     CylinderCmdDef m_cylinderCmdDef;
     SphereCmdDef m_sphereCmdDef;
+
+    EditCmdDef<MoveCmd> m_moveCmdDef;
+    EditCmdDef<RotateCmd> m_rotateCmdDef;
+    EditCmdDef<CopyCmd> m_copyCmdDef;
 };
 
 } // namespace

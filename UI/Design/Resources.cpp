@@ -50,6 +50,66 @@ Vs::ImageSetResource* Resources::Documentation()
     return get()->imageSet(L"Documentation");
 }
 
+Vs::ImageSetResource* Resources::Move()
+{
+    return get()->imageSet(L"Edit/Move");
+}
+
+Vs::ImageSetResource* Resources::Copy()
+{
+    return get()->imageSet(L"Edit/Copy");
+}
+
+Vs::ImageSetResource* Resources::Rotate()
+{
+    return get()->imageSet(L"Edit/Rotate");
+}
+
+Vs::ImageSetResource* Resources::Join()
+{
+    return get()->imageSet(L"Edit/Join");
+}
+
+Vs::ImageSetResource* Resources::Cut()
+{
+    return get()->imageSet(L"Edit/Cut");
+}
+
+Vs::ImageSetResource* Resources::Intersect()
+{
+    return get()->imageSet(L"Edit/Intersect");
+}
+
+Vs::ImageSetResource* Resources::Fillet()
+{
+    return get()->imageSet(L"Edit/Fillet");
+}
+
+Vs::ImageSetResource* Resources::Chamfer()
+{
+    return get()->imageSet(L"Edit/Chamfer");
+}
+
+Vs::ImageSetResource* Resources::Mirror()
+{
+    return get()->imageSet(L"Edit/Mirror");
+}
+
+Vs::ImageSetResource* Resources::LinearPattern()
+{
+    return get()->imageSet(L"Edit/LinearPattern");
+}
+
+Vs::ImageSetResource* Resources::CircularPattern()
+{
+    return get()->imageSet(L"Edit/CircularPattern");
+}
+
+Vs::ImageSetResource* Resources::Colour()
+{
+    return get()->imageSet(L"Edit/Colour");
+}
+
 Vs::Resource* Resources::ToolbarXml()
 {
     return get()->resource(L"Toolbar/Toolbars.xml");

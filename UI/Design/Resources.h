@@ -16,6 +16,18 @@ public:
     static Vs::ImageSetResource* Design();
     static Vs::ImageSetResource* Simulation();
     static Vs::ImageSetResource* Documentation();
+    static Vs::ImageSetResource* Move();
+    static Vs::ImageSetResource* Copy();
+    static Vs::ImageSetResource* Rotate();
+    static Vs::ImageSetResource* Join();
+    static Vs::ImageSetResource* Cut();
+    static Vs::ImageSetResource* Intersect();
+    static Vs::ImageSetResource* Fillet();
+    static Vs::ImageSetResource* Chamfer();
+    static Vs::ImageSetResource* Mirror();
+    static Vs::ImageSetResource* LinearPattern();
+    static Vs::ImageSetResource* CircularPattern();
+    static Vs::ImageSetResource* Colour();
     static Vs::Resource* ToolbarXml();
 
 private:

@@ -28,7 +28,8 @@ std::vector<std::string> namedBy(const CopyEdit& edit)
 std::wstring whyWrong(const GkMatrix3d& motion)
 {
     if (!isMotion(motion))
-        return localized("EditNoMotion", "things are moved and turned, but not scaled or mirrored, by a motion.");
+        return localized("EditNoMotion",
+                         "things are moved and turned, but not scaled or mirrored, by a motion.");
     if (!isNear(motion))
         return localized("EditTooFar", "that is farther than a thousand kilometres.");
     return {};

@@ -65,8 +65,8 @@ std::vector<std::string> apply(const Document& document, const MoveEdit& edit)
     for (const Occurrence& occurrence : topmostOccurrences(document, edit.components)) {
         if (occurrence.isRootAssembly()) {
             for (const TDF_Label& component : componentsOf(occurrence.label()))
-                XCAFDoc_Location::Set(component, TopLoc_Location(motion) *
-                                                     XCAFDoc_ShapeTool::GetLocation(component));
+                XCAFDoc_Location::Set(component,
+                                      TopLoc_Location(motion) * XCAFDoc_ShapeTool::GetLocation(component));
             continue;
         }
         detachPart(document, occurrence.label());
@@ -85,10 +85,10 @@ std::vector<std::string> apply(const Document& document, const CopyEdit& edit)
             detachPart(document, occurrence.label());
         for (const GkMatrix3d& each : edit.motions) {
             const gp_Trsf motion = toMotion(each);
-            const TDF_Label copy =
-                isRootAssembly ? copyRootAssembly(document, occurrence.label(), motion)
-                               : addOccurrence(document, occurrence.parent(), occurrence.label(),
-                                               occurrence.shown(), occurrence.moved(motion));
+            const TDF_Label copy = isRootAssembly
+                                       ? copyRootAssembly(document, occurrence.label(), motion)
+                                       : addOccurrence(document, occurrence.parent(), occurrence.label(),
+                                                       occurrence.shown(), occurrence.moved(motion));
             const std::string& id = occurrence.id();
             const size_t slash = id.rfind('/');
             added.push_back((slash == std::string::npos ? "" : id.substr(0, slash + 1)) + entryOf(copy));

@@ -310,7 +310,8 @@ void XdeModel::remove(const std::vector<std::string>& components)
 
 std::vector<std::string> XdeModel::edit(const ModelEdit& edit)
 {
-    return guarded([&] { return std::visit([&](const auto& each) { return apply(m_document, each); }, edit); });
+    return guarded(
+        [&] { return std::visit([&](const auto& each) { return apply(m_document, each); }, edit); });
 }
 
 void XdeModel::begin()

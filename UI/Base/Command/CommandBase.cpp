@@ -184,6 +184,11 @@ bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOp
     return outcome.isOk();
 }
 
+void CommandBase::releasePreview()
+{
+    m_preview.reset();
+}
+
 bool CommandBase::canCommandRunAsNested(const CommandBase*) const
 {
     return true;

@@ -113,6 +113,8 @@ protected:
 
     void repeatable(bool value) { m_repeatable = value; }
     void usesCommandDialog(bool value) { m_usesDialog = value; }
+    /// Takes back what the last request shows, if that was a preview.
+    void releasePreview();
     /// Gives the command its inputs, and their ownership.
     void commandInputSet(CommandInputSet* inputs);
 

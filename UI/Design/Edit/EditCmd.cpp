@@ -1,0 +1,192 @@
+#include "UI/Design/Edit/EditCmd.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Edit/EditRequest.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Command/CommandGroup.h"
+#include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/Info.h"
+#include "UI/Design/Environments.h"
+#include "UI/Design/Localized.h"
+
+#include <memory>
+#include <stdexcept>
+
+namespace Vu::Design {
+
+EditCmdDefBase::EditCmdDefBase(Info* info) : Implements(info)
+{
+    joinCommandGroup(CommandGroup::VeloraSolidGroup());
+}
+
+Info EditCmdDefBase::makeInfo(const EditRow& row)
+{
+    const std::string key = Vs::Strings::narrow(row.key);
+    return Info(row.key, localized(key.c_str(), row.title), row.icon(),
+                ToolTipInfo(localized((key + "Desc").c_str(), row.tooltip)));
+}
+
+bool EditCmdDefBase::onIsApplicable(CommandContext* context) const
+{
+    return context->assetSession() != nullptr;
+}
+
+std::wstring EditCmdDefBase::onPreferredEnvironment()
+{
+    return ModellingEnvironment::kId;
+}
+
+const Vs::UniqueString* EditCmd::commitArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Commit", true);
+    return name;
+}
+
+CommandInputSet* EditCmd::onCreateCommandInputs()
+{
+    CommandInputSet* set = CommandInputSet::make(this);
+    EditInputs inputs(set);
+    onMakeInputs(inputs);
+    return set;
+}
+
+void EditCmd::onBegin()
+{
+    Vs::Asset* asset = commandContext()->asset();
+    if (!asset)
+        throw std::runtime_error(Vs::Strings::narrow(
+            localized("NoDesignToEdit",
+                      "There is no active design to change: make one with Design.New, or open a file.")));
+    Vs::Status status;
+    takeArguments(*asset, status);
+    const bool atOnce = commandContext()->hasArgument(commitArgumentName());
+    if (atOnce && status.isOk())
+        commitAtOnce(status);
+    if (status.isError())
+        throw std::runtime_error(Vs::Strings::narrow(status.toString()));
+    if (atOnce)
+        return;
+    takeSelection();
+    onInputChanged();
+    m_waiting = true;
+    if (commandInputSet()->valid())
+        preview();
+}
+
+void EditCmd::takeArguments(Vs::Asset& asset, Vs::Status& status)
+{
+    for (const auto& input : commandInputSet()->inputs()) {
+        const Vs::UniqueString* key = Vs::UniqueString::find(Vs::Strings::narrow(input->info()->key()), true);
+        if (!commandContext()->hasArgument(key))
+            continue;
+        const std::wstring text = commandContext()->argumentAsString(key);
+        if (auto* things = Vs::cast<SelectionCommandInput>(input.get())) {
+            if (!takePaths(*things, asset, text, status))
+                return;
+        } else if (const std::wstring why = input->take(text); !why.empty()) {
+            status.addError(input->info()->name() + L": " + why);
+            return;
+        }
+        onInputChanged();
+    }
+}
+
+// What one input doesn't take may be for the next: an edge beside the component that is chosen.
+void EditCmd::takeSelection()
+{
+    Vs::SelectionMgr* manager = selectionManager();
+    if (!manager)
+        return;
+    for (const auto& input : commandInputSet()->inputs()) {
+        auto* things = Vs::cast<SelectionCommandInput>(input.get());
+        if (!things || !things->selectionSet().empty())
+            continue;
+        for (const auto& selection : manager->selectionSet().selections())
+            things->add(selection);
+        return;
+    }
+}
+
+std::wstring EditCmd::whyIncomplete()
+{
+    for (const auto& input : commandInputSet()->inputs())
+        if (const std::wstring why = input->whyInvalid(); !why.empty())
+            return input->info()->name() + L": " + why;
+    return onWhyInvalid();
+}
+
+void EditCmd::commitAtOnce(Vs::Status& status)
+{
+    if (const std::wstring why = whyIncomplete(); !why.empty())
+        status.addError(commandDefinition()->info()->name() + L": " + why);
+    else if (execute(false, status))
+        destroy(ETerminationReason::Commit);
+}
+
+bool EditCmd::execute(bool preview, Vs::Status& status)
+{
+    releasePreview();
+    Vs::Asset* asset = commandContext()->asset();
+    if (!asset)
+        return false;
+    struct Destroy
+    {
+        void operator()(Vs::Request* request) const { request->destroy(); }
+    };
+    const std::unique_ptr<Vs::Request, Destroy> request(
+        Vs::EditRequest::make(asset, commandDefinition()->info()->name(), onMakeEdit(*asset)));
+    return executeRequest(request.get(), preview, {}, status);
+}
+
+void EditCmd::preview()
+{
+    Vs::Status status;
+    m_problem = onWhyInvalid();
+    if (!m_problem.empty())
+        releasePreview();
+    else if (!execute(true, status))
+        m_problem = status.toString();
+    validateInputs(false);
+}
+
+void EditCmd::commandInputSetExecute(CommandInputEvent*)
+{
+    if (m_waiting)
+        preview();
+}
+
+void EditCmd::onCommandInputEventSink(CommandInputEvent* event)
+{
+    if (!m_waiting || !Vs::cast<CommandInputValueChangeEvent>(event))
+        return;
+    onInputChanged();
+    if (!commandInputSet()->valid()) {
+        m_problem.clear();
+        releasePreview();
+    }
+}
+
+void EditCmd::onValidateInputs(CommandInputStatus& status, bool)
+{
+    if (!m_problem.empty())
+        status.invalid(m_problem);
+}
+
+void EditCmd::releaseCommandPreview()
+{
+    releasePreview();
+}
+
+void EditCmd::onEnd(ETerminationReason reason)
+{
+    Vs::Status status;
+    if (m_waiting && reason == ETerminationReason::Commit && !execute(false, status))
+        commandManager()->GetAlertController()->addAlerts(status);
+}
+
+} // namespace Vu::Design

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "Server/DataModel/Model/ModelEdit.h"
+#include "UI/Base/Command/Command.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Design/Edit/EditInputs.h"
+
+namespace Vs {
+class EditRequest;
+}
+
+namespace Vu::Design {
+
+/// One row per editing command: everything that is data.
+struct EditRow
+{
+    const wchar_t* key; ///< Also of the title; with "Desc" behind it, of the tooltip.
+    const char* title;
+    const char* tooltip;
+    Vs::ImageSetResource* (*icon)();
+};
+
+/// What the definitions of the editing commands share.
+class EditCmdDefBase : public Vs::Implements<EditCmdDefBase, CommandDefinition>
+{
+protected:
+    explicit EditCmdDefBase(Info* info);
+    static Info makeInfo(const EditRow& row);
+
+    bool onIsApplicable(CommandContext* context) const override;
+    /// Whoever edits by hand or by line wants to go on modelling.
+    std::wstring onPreferredEnvironment() override;
+};
+
+template <class Cmd>
+class EditCmdDef : public Vs::Implements<EditCmdDef<Cmd>, EditCmdDefBase>
+{
+public:
+    static Info* info()
+    {
+        static Info record = EditCmdDefBase::makeInfo(Cmd::kRow);
+        return &record;
+    }
+    EditCmdDef() : Vs::Implements<EditCmdDef<Cmd>, EditCmdDefBase>(info()) {}
+
+protected:
+    CommandBase* onCreateCommand(CommandContext* context) override { return new Cmd(this, context); }
+};
+
+/// A command that changes the exact model as its inputs say. The change is shown as soon as they are
+/// complete, taken back and made anew with each new value, and kept as one step by the commit.
+///
+/// The context's arguments fill the inputs of the same keys; what is selected at the start fills the first
+/// selection. With the argument "Commit" the command doesn't wait for a person: it ends with the change
+/// made, or with the error that says why not.
+class EditCmd : public Vs::Implements<EditCmd, Command>
+{
+public:
+    EditCmd(CommandDefinition* definition, CommandContext* context) : Implements(definition, context) {}
+
+    static const Vs::UniqueString* commitArgumentName();
+
+    void onBegin() override;
+    void onEnd(ETerminationReason reason) override;
+    void commandInputSetExecute(CommandInputEvent* event) override;
+    CommandInputSet* onCreateCommandInputs() final;
+    void onCommandInputEventSink(CommandInputEvent* event) override;
+    void onValidateInputs(CommandInputStatus& status, bool forCommit) override;
+    void onClearCommandRequests(bool) override {}
+    void releaseCommandPreview() override;
+
+protected:
+    virtual void onMakeInputs(EditInputs& inputs) = 0;
+    /// The change that the inputs ask for; called while the model is as it was at the start. The inputs are
+    /// valid, each for itself.
+    virtual Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) = 0;
+    /// Why the inputs don't go together; empty if they do.
+    virtual std::wstring onWhyInvalid() const { return {}; }
+    /// An input has a new value.
+    virtual void onInputChanged() {}
+
+private:
+    void takeArguments(Vs::Asset& asset, Vs::Status& status);
+    void takeSelection();
+    std::wstring whyIncomplete();
+    bool execute(bool preview, Vs::Status& status);
+    void preview();
+    void commitAtOnce(Vs::Status& status);
+
+    bool m_waiting = false; ///< For a person, who sees a preview.
+    std::wstring m_problem; ///< Why the last preview couldn't be made.
+};
+
+} // namespace Vu::Design

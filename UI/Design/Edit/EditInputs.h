@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Server/DataModel/Measure/MeasureMgr.h"
+#include "UI/Base/Command/CommandInput.h"
+#include "UI/Base/Command/ControlCommandInputs.h"
+#include "UI/Base/Command/RealValueCommandInput.h"
+#include "UI/Base/SelectionCommandInput.h"
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+namespace Vu::Design {
+
+/// Makes the inputs of an editing command, in the order in which a person fills them. Each has a key, by
+/// which lines and arguments of a context name it, and a title in the user's language.
+class EditInputs
+{
+public:
+    explicit EditInputs(CommandInputSet* set) : m_set(set) {}
+
+    /// Takes things of that kind; exactly one, or as many as there are.
+    SelectionCommandInput* things(const wchar_t* key, const std::wstring& title, Vs::ESelectionType kind,
+                                  bool one = false);
+    /// In mm; shown in the user's unit.
+    RealValueCommandInput* length(const wchar_t* key, const std::wstring& title, double value);
+    /// In radians; shown in degrees.
+    RealValueCommandInput* angle(const wchar_t* key, const std::wstring& title, double value);
+    IntegerValueCommandInput* count(const wchar_t* key, const std::wstring& title, int value);
+    BoolValueCommandInput* choice(const wchar_t* key, const std::wstring& title, bool value);
+
+    struct Item
+    {
+        const wchar_t* key;
+        std::wstring title;
+    };
+    /// The first item is chosen.
+    ListCommandInput* list(const wchar_t* key, const std::wstring& title, std::initializer_list<Item> items);
+
+private:
+    CommandInputSet* m_set;
+    int m_number = 0;
+};
+
+/// The objects that the input holds, in the order in which they came.
+std::vector<Vs::ObjectPath> pathsOf(const SelectionCommandInput& input);
+/// The components of these.
+std::vector<std::string> componentsOf(const SelectionCommandInput& input);
+
+/// Fills the input with the objects of a text: paths (Vs::ObjectPath) with blanks between them, in quotes
+/// where they hold blanks themselves. False with an error, and the input as it was, if one names nothing
+/// that the input takes.
+bool takePaths(SelectionCommandInput& input, Vs::Asset& asset, const std::wstring& text, Vs::Status& status);
+
+} // namespace Vu::Design
