@@ -13,6 +13,8 @@ class TextCommandSubjectArea;
 
 /// The embedded interpreter. It is started by the first script; a run without one pays nothing for it.
 ///
+/// `import quillet` gives the model as objects; it is a package beside this library, made of text lines.
+///
 /// In a script every subject area is a module (`import Camera`), and every text command a function of it. A
 /// function takes the parameters of the line as str, int or float (None is left out), and the flags as
 /// keywords: `Asset.Create(kind, Hidden=True)` gives `/Hidden`. It returns the message, and raises
@@ -57,7 +59,7 @@ class PythonAutorunScripts : public EventSource<PythonAutorunEventSite>
 public:
     static PythonAutorunScripts* get();
 
-    /// Asks all sites and calls each function that a script registered with `quillet.onClosingDown(f)`; one
+    /// Asks all sites and calls each function that a script registered with `quillet.on_closing_down(f)`; one
     /// that returns False keeps the application running. Returns whether it may close.
     bool fireClosingDown(Status& status);
 

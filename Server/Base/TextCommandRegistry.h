@@ -4,6 +4,7 @@
 #include "Server/Base/TextFormat.h"
 
 #include <optional>
+#include <set>
 #include <unordered_map>
 
 namespace Vs {
@@ -46,6 +47,9 @@ std::wstring nearestName(std::wstring_view wrong, const std::vector<std::wstring
 
 /// The answer to `help`, `help <area>` and `help <area>.<name>`; `subject` is what stands behind `help`.
 TextCommandResult helpOn(TextCommandRegistry& registry, std::wstring_view subject);
+
+/// The flags that a help text names, with their slashes, as in "[/on][/off]".
+std::set<std::wstring> flagsOf(const std::wstring& help);
 
 /// The answer to a line that begins with the name of no command.
 std::wstring unknownCommandMessage(TextCommandRegistry& registry, std::wstring_view word);

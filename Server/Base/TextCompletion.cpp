@@ -1,6 +1,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TextCommandRegistry.h"
 #include "Server/Base/TextLine.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -36,21 +37,6 @@ std::vector<std::wstring> commandNames(const TextCommandMgr& manager, std::wstri
     for (const auto& [late, name] : found)
         names.push_back(name);
     return names;
-}
-
-/// The flags that a help text names, as in "[/on][/off]".
-std::set<std::wstring> flagsOf(const std::wstring& help)
-{
-    std::set<std::wstring> flags;
-    for (size_t at = help.find(L'/'); at != std::wstring::npos; at = help.find(L'/', at + 1)) {
-        const bool begins = at == 0 || help[at - 1] == L'[' || TextLine::isBlank(help[at - 1]);
-        const size_t end = help.find_first_not_of(
-            L"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_", at + 1);
-        const std::wstring flag = help.substr(at, end - at);
-        if (begins && flag.size() > 1)
-            flags.insert(flag);
-    }
-    return flags;
 }
 
 std::vector<std::wstring> fileNames(const std::wstring& prefix)
@@ -117,6 +103,20 @@ LastWord lastWord(std::wstring_view line)
 }
 
 } // namespace
+
+std::set<std::wstring> flagsOf(const std::wstring& help)
+{
+    std::set<std::wstring> flags;
+    for (size_t at = help.find(L'/'); at != std::wstring::npos; at = help.find(L'/', at + 1)) {
+        const bool begins = at == 0 || help[at - 1] == L'[' || TextLine::isBlank(help[at - 1]);
+        const size_t end = help.find_first_not_of(
+            L"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_", at + 1);
+        const std::wstring flag = help.substr(at, end - at);
+        if (begins && flag.size() > 1)
+            flags.insert(flag);
+    }
+    return flags;
+}
 
 std::vector<std::wstring> TextCommandMgr::complete(std::wstring_view line, size_t cursor) const
 {

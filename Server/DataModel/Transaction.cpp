@@ -75,6 +75,11 @@ Transaction::~Transaction()
         abort();
 }
 
+bool Transaction::isBroken() const
+{
+    return m_open && m_asset->data().transactionBroken;
+}
+
 void Transaction::commit()
 {
     if (!m_open)

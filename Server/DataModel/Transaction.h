@@ -22,6 +22,8 @@ public:
     Transaction& operator=(const Transaction&) = delete;
 
     bool isOpen() const { return m_open; }
+    /// Whether one inside it was aborted, so that `commit` takes everything back.
+    bool isBroken() const;
     /// Keeps the change as one undo step, brings the component tree up to date and tells the asset event
     /// sites. A transaction that changed nothing leaves no step.
     void commit();

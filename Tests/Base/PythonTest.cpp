@@ -215,7 +215,7 @@ TEST_F(PythonTest, AsksScriptsAndSitesBeforeTheApplicationCloses)
     scripts->subscribe(&site);
     Vs::Status status;
     EXPECT_TRUE(scripts->fireClosingDown(status));
-    run("stay = False\nquillet.onClosingDown(lambda: not stay)\nquillet.onClosingDown(lambda: None)");
+    run("stay = False\nquillet.on_closing_down(lambda: not stay)\nquillet.on_closing_down(lambda: None)");
     EXPECT_TRUE(scripts->fireClosingDown(status));
     run("stay = True");
     EXPECT_FALSE(scripts->fireClosingDown(status));
@@ -224,7 +224,7 @@ TEST_F(PythonTest, AsksScriptsAndSitesBeforeTheApplicationCloses)
     EXPECT_FALSE(scripts->fireClosingDown(status));
     scripts->unsubscribe(&site);
     EXPECT_TRUE(status.isOk());
-    run("quillet.onClosingDown(lambda: 1 / 0)");
+    run("quillet.on_closing_down(lambda: 1 / 0)");
     EXPECT_TRUE(scripts->fireClosingDown(status));
     EXPECT_TRUE(status.matchingError("ZeroDivisionError"));
 }

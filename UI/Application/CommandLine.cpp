@@ -38,6 +38,7 @@ constexpr OptionRow kOptions[] = {
     {"shard", "I/N", "With --test: run only the I-th of N parts."},
     {"list-commands", nullptr, "Print every text command, one JSON object a line."},
     {"list-definitions", nullptr, "Print every command definition, one JSON object a line."},
+    {"write-stubs", "DIR", "Write a type stub (.pyi) for each module that scripts import."},
     {"version", nullptr, "Print the version."},
     {"help", nullptr, "Print this help."},
 };
@@ -145,6 +146,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     if (const std::string wrong = readTestRun(parser, result.test); !wrong.empty())
         result.error = wrong;
     result.test.parameters = result.parameters;
+    result.stubsDirectory = parser.value(QStringLiteral("write-stubs")).toStdString();
     result.headless = parser.isSet(QStringLiteral("headless"));
     result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
     result.echo = parser.isSet(QStringLiteral("echo"));

@@ -29,6 +29,7 @@ struct CommandLine
     std::vector<std::string> scriptArguments;      ///< What follows `--`, if a script is run.
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for in transcripts.
     std::string profileDirectory;                  ///< Empty: the user's own directories.
+    std::string stubsDirectory;                    ///< Where type stubs are written to; empty for nowhere.
     TestRun test;                                  ///< With a folder, the run is this and nothing else.
     bool headless = false;
     bool keepGoing = false;

@@ -10,6 +10,7 @@
 #include "UI/Application/Console.h"
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Lists.h"
+#include "UI/Application/Stubs.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
@@ -156,7 +157,7 @@ int runWorkspace(const CommandLine& line)
 
 int runProgram(CommandLine line, int& count, char** arguments)
 {
-    const bool lists = line.listCommands || line.listDefinitions;
+    const bool lists = line.listCommands || line.listDefinitions || !line.stubsDirectory.empty();
     if (!line.headless && !lists && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
         complain("there is no display (DISPLAY and WAYLAND_DISPLAY are not set), so this run is headless.");
         line.headless = true;
@@ -185,6 +186,8 @@ int runProgram(CommandLine line, int& count, char** arguments)
             listCommands();
         if (line.listDefinitions)
             listDefinitions();
+        if (!line.stubsDirectory.empty())
+            writeStubs(line.stubsDirectory);
     } else {
         std::signal(SIGINT, onInterrupt);
         code = runWorkspace(line);

@@ -1,6 +1,7 @@
 #include "Server/Base/Python/Interpreter.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/Python/Arguments.h"
 #include "Server/Base/Python/ScriptError.h"
@@ -196,21 +197,23 @@ void Interpreter::prepare()
 
 void Interpreter::makeQuilletModule()
 {
-    auto module = py::reinterpret_steal<py::module_>(PyModule_New("quillet"));
+    auto module = py::reinterpret_steal<py::module_>(PyModule_New("_quillet"));
     m_held->commandError = py::reinterpret_steal<py::object>(
         PyErr_NewExceptionWithDoc("quillet.CommandError", "A text command failed; the text is its reason.",
                                   PyExc_RuntimeError, nullptr));
-    module.attr("__doc__") = "The application that this interpreter runs in.";
+    module.attr("__doc__") = "What the package quillet stands on.";
     module.attr("CommandError") = m_held->commandError;
     module.attr("version") = SoftwareVersion::currentSoftwareVersion();
     module.def(
         "run", [this](const py::str& line) { return runLine(line); },
         "Runs a line of text and returns its message.");
     module.def(
-        "onClosingDown",
+        "on_closing_down",
         [this](const py::function& function) { m_held->closingDownFunctions.append(function); },
         "Has a function called before the application closes; if it returns False, the application stays.");
-    py::module_::import("sys").attr("modules")["quillet"] = module;
+    const py::module_ sys = py::module_::import("sys");
+    sys.attr("modules")["_quillet"] = module;
+    sys.attr("path").attr("append")(py::str((PathInfo::rootDirectory() / "lib" / "python").string()));
 }
 
 py::str Interpreter::runLine(const py::str& line)
@@ -354,7 +357,7 @@ bool Interpreter::closingDown(Status& status)
             if (function().ptr() == Py_False)
                 mayClose = false;
         } catch (py::error_already_set& error) {
-            status.addError(scriptEnd(error, "quillet.onClosingDown").message);
+            status.addError(scriptEnd(error, "quillet.on_closing_down").message);
         }
     }
     m_streams.flush();

@@ -5,6 +5,7 @@
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/ChildPaths.h"
 #include "Server/DataModel/Texts.h"
 
 #include <boost/algorithm/string/replace.hpp>
@@ -242,6 +243,15 @@ std::wstring ObjectPath::toText(const Asset& asset) const
         return text;
     text += std::wstring(L"/") + wordOf(Leaf::Body) + L'1';
     return isPartOfBody() ? text + L'/' + wordOf(leaf) + std::to_wstring(index + 1) : text;
+}
+
+std::vector<std::wstring> childPaths(const Component& component, const std::wstring& path)
+{
+    std::vector<std::wstring> paths;
+    std::map<std::wstring_view, size_t> numbers;
+    for (const auto& child : component.children)
+        paths.push_back((path.empty() ? L"" : path + L'/') + stepText(child->name, ++numbers[child->name]));
+    return paths;
 }
 
 const Component* ObjectPath::resolve(const Asset& asset, Status& status) const

@@ -7,6 +7,8 @@
 #include "UI/Base/ActiveAssetUtils.h"
 #include "UI/Base/Localized.h"
 
+#include <charconv>
+
 namespace Vu {
 
 namespace {
@@ -31,15 +33,15 @@ struct MeasureRow
     int parts;
 };
 
-constexpr MeasureRow kLength     = {L"Length",     L"<path> [/Exact] Tells the length of an edge. A path is like Plate:1/Bolt:2/Body1/Edge3; /Exact shows all decimals", "%s", EMeasureType::Length, Quantity::Length, 1, 1, 1};
-constexpr MeasureRow kRadius     = {L"Radius",     L"<path> [/Exact] Tells the radius of a round edge or face", "%s", EMeasureType::Radius, Quantity::Length, 1, 1, 1};
-constexpr MeasureRow kSurface     = {L"Area",       L"<path> [/Exact] Tells the area of a face, a body or a component", "%s", EMeasureType::Area, Quantity::Area, 1, 1, 1};
-constexpr MeasureRow kVolume     = {L"Volume",     L"<path> [/Exact] Tells the volume of a body or a component", "%s", EMeasureType::Volume, Quantity::Volume, 1, 1, 1};
-constexpr MeasureRow kLoopLength = {L"LoopLength", L"<path> [/Exact] Tells the length of the edges around the outside of a face", "%s", EMeasureType::LoopLength, Quantity::Length, 1, 1, 1};
-constexpr MeasureRow kPosition   = {L"Position",   L"<path> [/Exact] Tells the place of an object: x, y, z", "%s", EMeasureType::PositionX, Quantity::Length, 1, 1, 3};
-constexpr MeasureRow kDistance   = {L"Distance",   L"<path> <path> [/Exact] Tells the shortest distance of two objects", "%s%s", EMeasureType::Distance, Quantity::Length, 2, 2, 1};
-constexpr MeasureRow kAngle      = {L"Angle",      L"<path> <path> [<path>] [/Exact] Tells the angle of two objects, or at the second of three", "%s%s%s", EMeasureType::Angle, Quantity::Angle, 2, 3, 1};
-constexpr MeasureRow kDelta      = {L"Delta",      L"<path> <path> [/Exact] Tells the shortest way from one object to another: x, y, z", "%s%s", EMeasureType::DeltaX, Quantity::Length, 2, 2, 3};
+constexpr MeasureRow kLength     = {L"Length",     L"<path> [/Exact] [/Plain] Tells the length of an edge. A path is like Plate:1/Bolt:2/Body1/Edge3; /Exact shows all decimals, /Plain the number alone, in mm or radians", "%s", EMeasureType::Length, Quantity::Length, 1, 1, 1};
+constexpr MeasureRow kRadius     = {L"Radius",     L"<path> [/Exact] [/Plain] Tells the radius of a round edge or face", "%s", EMeasureType::Radius, Quantity::Length, 1, 1, 1};
+constexpr MeasureRow kSurface     = {L"Area",       L"<path> [/Exact] [/Plain] Tells the area of a face, a body or a component", "%s", EMeasureType::Area, Quantity::Area, 1, 1, 1};
+constexpr MeasureRow kVolume     = {L"Volume",     L"<path> [/Exact] [/Plain] Tells the volume of a body or a component", "%s", EMeasureType::Volume, Quantity::Volume, 1, 1, 1};
+constexpr MeasureRow kLoopLength = {L"LoopLength", L"<path> [/Exact] [/Plain] Tells the length of the edges around the outside of a face", "%s", EMeasureType::LoopLength, Quantity::Length, 1, 1, 1};
+constexpr MeasureRow kPosition   = {L"Position",   L"<path> [/Exact] [/Plain] Tells the place of an object: x, y, z", "%s", EMeasureType::PositionX, Quantity::Length, 1, 1, 3};
+constexpr MeasureRow kDistance   = {L"Distance",   L"<path> <path> [/Exact] [/Plain] Tells the shortest distance of two objects", "%s%s", EMeasureType::Distance, Quantity::Length, 2, 2, 1};
+constexpr MeasureRow kAngle      = {L"Angle",      L"<path> <path> [<path>] [/Exact] [/Plain] Tells the angle of two objects, or at the second of three", "%s%s%s", EMeasureType::Angle, Quantity::Angle, 2, 3, 1};
+constexpr MeasureRow kDelta      = {L"Delta",      L"<path> <path> [/Exact] [/Plain] Tells the shortest way from one object to another: x, y, z", "%s%s", EMeasureType::DeltaX, Quantity::Length, 2, 2, 3};
 // clang-format on
 
 class AreaMeasure : public Vs::PythonEntry<AreaMeasure, Vs::TextCommandSubjectArea>
@@ -79,8 +81,13 @@ bool find(const TextCommandParameters& parameters, Selections& objects, Vs::Stat
     return true;
 }
 
-std::wstring textOf(double value, Quantity quantity, bool exact)
+std::wstring textOf(double value, Quantity quantity, const TextCommandParameters& parameters)
 {
+    if (parameters.hasFlag(L"Plain")) {
+        char text[32];
+        return std::wstring(text, std::to_chars(text, text + sizeof text, value).ptr);
+    }
+    const bool exact = parameters.hasFlag(L"Exact");
     const Vs::Units::Unit unit = Vs::Units::Unit::display(quantity);
     return exact ? Vs::Units::toExactText(value, unit)
                  : Vs::Units::toText(value, unit, Vs::Units::UnitDisplaySettings::get());
@@ -109,8 +116,7 @@ public:
             Vs::MeasureResult result;
             if (!measure(objects, EMeasureType(int(kRow.type) + part), result, status))
                 return {1, status.toString()};
-            text +=
-                (part > 0 ? L", " : L"") + textOf(result.value, kRow.quantity, parameters.hasFlag(L"Exact"));
+            text += (part > 0 ? L", " : L"") + textOf(result.value, kRow.quantity, parameters);
         }
         return {0, text};
     }

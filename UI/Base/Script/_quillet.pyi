@@ -1,0 +1,14 @@
+"""What the package quillet stands on."""
+
+from typing import Callable
+
+version: str
+
+class CommandError(RuntimeError):
+    """A text command failed; the text is its reason."""
+
+def run(line: str) -> str:
+    """Runs a line of text and returns its message."""
+
+def on_closing_down(function: Callable[[], object]) -> None:
+    """Has a function called before the application closes; if it returns False, the application stays."""

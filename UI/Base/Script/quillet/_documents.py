@@ -1,0 +1,105 @@
+import os
+from dataclasses import dataclass
+from typing import List, Optional, Tuple, Union
+
+from _quillet import CommandError
+
+from ._ask import ask
+
+Path = Union[str, "os.PathLike[str]"]
+
+
+@dataclass(frozen=True)
+class Document:
+    """An open document, as it was when it was asked for."""
+
+    session: str  #: How lines such as VuCommands.AssetShellCmd name its active model.
+    name: str
+    path: str  #: Empty for one that was never saved.
+    changed: bool  #: Since it was saved.
+    active: bool
+    assets: Tuple[str, ...]  #: The names of its visible models.
+
+    def activate(self) -> None:
+        import Script
+        import VuCommands
+
+        current = active_document()
+        if current is None or not self._is(current):
+            VuCommands.AssetShellCmd(self.session)
+            Script.Settle()
+            current = active_document()
+        if current is None or not self._is(current):
+            raise CommandError(f'"{self.name}" is not open any more.')
+
+    def save(self) -> None:
+        """Saves it where it lies. One that was never saved needs save_as."""
+        import Document as lines
+
+        self.activate()
+        lines.Save()
+
+    def save_as(self, path: Path) -> "Document":
+        """Saves it under another name; returns it with that name."""
+        import Document as lines
+
+        self.activate()
+        lines.SaveAs(path)
+        return _active()
+
+    def export(self, path: Path) -> None:
+        """Writes its active model in the format that the suffix says."""
+        import Asset
+
+        self.activate()
+        Asset.Export(path)
+
+    def close(self, discard: bool = False) -> None:
+        """Closes it. What isn't saved is asked about, and without anybody to ask a CommandError;
+        with `discard` it is lost."""
+        import Document as lines
+        import Script
+
+        self.activate()
+        if discard:
+            Script.DiscardChanges()
+        lines.Close()
+        Script.Settle()
+        if any(self._is(one) for one in documents()):
+            raise CommandError(f'"{self.name}" has changes that are not saved, and was not closed.')
+
+    def _is(self, other: "Document") -> bool:
+        return (self.name, self.path) == (other.name, other.path)
+
+
+def documents() -> List[Document]:
+    """The open documents."""
+    return [Document(**{**one, "assets": tuple(one["assets"])}) for one in ask("Documents")]
+
+
+def active_document() -> Optional[Document]:
+    """The document that commands work on, or None."""
+    return next((one for one in documents() if one.active), None)
+
+
+def open_document(path: Path) -> Document:
+    """Opens a document, or a file of any format that is read."""
+    import Document as lines
+
+    lines.Open(path)
+    return _active()
+
+
+def new_document() -> Document:
+    """Makes a document with an empty design."""
+    import Design
+
+    Design.New()
+    return _active()
+
+
+def _active() -> Document:
+    active = active_document()
+    if active is None:
+        raise CommandError("There is no active document.")
+    return active
