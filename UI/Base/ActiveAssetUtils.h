@@ -5,15 +5,24 @@
 namespace Vs {
 class Asset;
 class AssetSettings;
+class SelectionMgr;
+class SelectionSet;
 } // namespace Vs
 
 namespace Vu {
 
+class AssetSession;
 class GraphicsView;
 
 namespace ActiveAssetUtils {
 /// The view of the active asset session that has the user's attention; null if there is none.
 GraphicsView* graphicsView();
+/// The active session; null if there is none.
+AssetSession* assetSession();
+/// What is selected and lit up in the active session, and each of the two; null if none is active.
+Vs::SelectionMgr* selectionManager();
+Vs::SelectionSet* selectionSet();
+Vs::SelectionSet* highlightSet();
 /// The asset of the active session; null if there is none.
 Vs::Asset* asset();
 /// The settings of that asset; null if there is none, or it has none.

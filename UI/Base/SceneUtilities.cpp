@@ -3,6 +3,7 @@
 #include "Server/Base/ResourceMgr.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetAdapter.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/ViewFragment.h"
@@ -69,9 +70,32 @@ GraphicsView* ActiveAssetUtils::graphicsView()
     return SceneUtilities::getActiveAssetGraphicView();
 }
 
+AssetSession* ActiveAssetUtils::assetSession()
+{
+    return SessionMgr::get()->activeAssetSession();
+}
+
+Vs::SelectionMgr* ActiveAssetUtils::selectionManager()
+{
+    const AssetSession* session = assetSession();
+    return session ? session->selectionManager() : nullptr;
+}
+
+Vs::SelectionSet* ActiveAssetUtils::selectionSet()
+{
+    Vs::SelectionMgr* manager = selectionManager();
+    return manager ? &manager->selectionSet() : nullptr;
+}
+
+Vs::SelectionSet* ActiveAssetUtils::highlightSet()
+{
+    Vs::SelectionMgr* manager = selectionManager();
+    return manager ? &manager->highlightSet() : nullptr;
+}
+
 Vs::Asset* ActiveAssetUtils::asset()
 {
-    const AssetSession* session = SessionMgr::get()->activeAssetSession();
+    const AssetSession* session = assetSession();
     return session ? session->asset() : nullptr;
 }
 

@@ -1,6 +1,6 @@
 #include "UI/Base/SelectionCommandInput.h"
 
-#include "Server/Base/Strings.h"
+#include "Server/Base/Status.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
@@ -12,10 +12,47 @@
 #include "UI/Base/SceneEvaluator.h"
 #include "UI/Base/SelectionInputEvents.h"
 
-#include <sstream>
+#include <boost/algorithm/string/replace.hpp>
+#include <boost/tokenizer.hpp>
+
+#include <algorithm>
 #include <utility>
 
 namespace Vu {
+
+namespace {
+
+Vs::Asset* assetOf(const CommandInputBase& input)
+{
+    const AssetSession* session = input.commandInputSet()->command()->assetSession();
+    return session ? session->asset() : nullptr;
+}
+
+/// A path as one of several with bars between them.
+std::wstring asField(std::wstring path)
+{
+    if (path.find_first_of(L"|\"\\") == std::wstring::npos)
+        return path;
+    boost::replace_all(path, L"\\", L"\\\\");
+    boost::replace_all(path, L"\"", L"\\\"");
+    return L'"' + path + L'"';
+}
+
+/// The fields of a text; none if it is no list of such.
+std::vector<std::wstring> fieldsOf(const std::wstring& text)
+{
+    try {
+        const boost::escaped_list_separator<wchar_t> bars(L'\\', L'|', L'"');
+        const boost::tokenizer<boost::escaped_list_separator<wchar_t>, std::wstring::const_iterator,
+                               std::wstring>
+            fields(text.begin(), text.end(), bars);
+        return {fields.begin(), fields.end()};
+    } catch (const boost::escaped_list_error&) {
+        return {};
+    }
+}
+
+} // namespace
 
 SelectionCommandInput* SelectionCommandInput::make(CommandInputSet* set, int number, Info* info)
 {
@@ -80,7 +117,7 @@ void SelectionCommandInput::makeCurrent()
 
 std::wstring SelectionCommandInput::onWhyInvalid() const
 {
-    if (isComplete())
+    if (isComplete() || !m_required)
         return {};
     return localizedFormat("InputNeedsSelection",
                            "Something must be selected in the view: %1% of %2% so far.",
@@ -94,13 +131,13 @@ Vs::SelectionMgr* SelectionCommandInput::pickingManager() const
     return selection && !selection->suspended() && isCurrent() ? selection : nullptr;
 }
 
-bool SelectionCommandInput::accepts(const Vs::StrongRef<Vs::Selection>& selection)
+bool SelectionCommandInput::accepts(const Vs::StrongRef<Vs::Selection>& selection) const
 {
     auto* command = Vs::cast<InteractiveCommandBase>(commandInputSet()->command());
     if (!selection || (m_filter && !m_filter->accepts(*selection)) ||
         (command && !command->onFilterSelection(selection, nullptr)))
         return false;
-    SelectionInputQuerySelectPermittedEvent event(this, selection.get());
+    SelectionInputQuerySelectPermittedEvent event(const_cast<SelectionCommandInput*>(this), selection.get());
     commandInputSet()->fire(&event);
     return event.permitted();
 }
@@ -139,6 +176,11 @@ bool SelectionCommandInput::add(Vs::StrongRef<Vs::Selection> selection)
 void SelectionCommandInput::clear()
 {
     selections().clear();
+}
+
+void SelectionCommandInput::replace(const std::vector<Vs::StrongRef<Vs::Selection>>& selections)
+{
+    this->selections().replace(selections);
 }
 
 void SelectionCommandInput::replacesCurrentSelection(bool value)
@@ -198,29 +240,66 @@ std::wstring SelectionCommandInput::displayText() const
 
 std::wstring SelectionCommandInput::valueAsString() const
 {
-    std::wstring text;
+    std::vector<std::wstring> paths;
+    const Vs::Asset* asset = assetOf(*this);
     for (const auto& selection : selectionSet().selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            text += (text.empty() ? L"" : L" ") + Vs::Strings::widen(logical->componentId());
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+            logical && logical->asset() == asset)
+            paths.push_back(logical->path().toText(*asset));
+    std::erase(paths, std::wstring());
+    if (paths.size() == 1)
+        return paths.front();
+    std::wstring text;
+    for (const std::wstring& path : paths)
+        text += (text.empty() ? L"" : L"|") + asField(path);
     return text;
+}
+
+std::optional<SelectionCommandInput::Selections> SelectionCommandInput::named(const std::wstring& text,
+                                                                              Vs::Status& status) const
+{
+    Vs::Asset* asset = assetOf(*this);
+    if (text.empty() || !asset)
+        return text.empty() ? std::optional(Selections()) : std::nullopt;
+    Selections found;
+    const auto find = [&](const std::wstring& path, Vs::Status& why) {
+        const auto object = Vs::ObjectPath::find(*asset, path, why);
+        if (object)
+            found.emplace_back(new Vs::LogicalSelection(asset, *object, nullptr));
+        return object.has_value();
+    };
+    // A name may hold a bar, so that the text is taken as one path first.
+    if (find(text, status))
+        return found;
+    const std::vector<std::wstring> fields = fieldsOf(text);
+    if (fields.size() < 2)
+        return std::nullopt;
+    status.clear();
+    if (!std::all_of(fields.begin(), fields.end(),
+                     [&](const std::wstring& field) { return find(field, status); }))
+        return std::nullopt;
+    return found;
 }
 
 bool SelectionCommandInput::valueFromString(const std::wstring& text)
 {
-    const AssetSession* session = commandInputSet()->command()->assetSession();
-    const auto* scene =
-        session ? Vs::cast<Vs::Scene::SceneAssetAdapter>(session->asset()->adapter()) : nullptr;
-    std::vector<Vs::StrongRef<Vs::Selection>> named;
-    std::wistringstream words(text);
-    for (std::wstring word; words >> word;) {
-        const std::string id = Vs::Strings::narrow(word);
-        if (!scene || !scene->node(id))
-            return false;
-        named.emplace_back(new Vs::LogicalSelection(session->asset(), id, nullptr));
-    }
-    if (!selections().replace(named))
+    Vs::Status status;
+    const std::optional<Selections> found = named(text, status);
+    if (!found || !std::all_of(found->begin(), found->end(),
+                               [this](const auto& selection) { return accepts(selection); }))
+        return false;
+    if (!selections().replace(*found))
         valueConfirmed();
     return true;
+}
+
+std::wstring SelectionCommandInput::whyRefused(const std::wstring& text) const
+{
+    Vs::Status status;
+    if (named(text, status))
+        return localizedFormat("InputRefusesSelection", "\"%1%\" can't be selected for \"%2%\".", text,
+                               info()->name());
+    return status.isError() ? status.toString() : CommandInputBase::whyRefused(text);
 }
 
 void SelectionCommandInput::mouseMove(MouseEvent* event)

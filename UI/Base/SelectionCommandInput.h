@@ -4,9 +4,12 @@
 #include "UI/Base/Command/CommandInput.h"
 #include "UI/Base/MouseEvents.h"
 
+#include <optional>
+
 namespace Vs {
 class SelectionFilter;
 class SelectionMgr;
+class Status;
 } // namespace Vs
 
 namespace Vu {
@@ -59,9 +62,16 @@ public:
     bool add(Vs::StrongRef<Vs::Selection> selection);
     /// Takes everything out.
     void clear();
+    /// Takes these in place of what it has, whatever filters say.
+    void replace(const std::vector<Vs::StrongRef<Vs::Selection>>& selections);
 
-    /// The components' identifiers, with blanks between them.
+    /// Whether the command needs the input filled. Default true; else it is valid as it is.
+    void required(bool value) { m_required = value; }
+
+    /// The paths of the objects (ObjectPath::toText). Several have bars between them, and those that hold a
+    /// bar, a quote or a backslash stand in quotes.
     std::wstring valueAsString() const override;
+    /// Takes one path as it stands, or several. Objects that a click wouldn't take are no value.
     bool valueFromString(const std::wstring& text) override;
     std::wstring displayText() const override;
 
@@ -74,15 +84,19 @@ public:
 protected:
     SelectionCommandInput(CommandInputSet* set, int number, Info* info);
     std::wstring onWhyInvalid() const override;
+    std::wstring whyRefused(const std::wstring& text) const override;
 
 private:
+    using Selections = std::vector<Vs::StrongRef<Vs::Selection>>;
+    /// Nothing, with errors, if a path is unknown.
+    std::optional<Selections> named(const std::wstring& text, Vs::Status& status) const;
     Vs::SelectionSet& selections() { return m_current ? *m_current : m_own; }
     void selectionSetChanged() override;
     void leaveSession();
     void click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers);
     /// Null while nothing may be picked.
     Vs::SelectionMgr* pickingManager() const;
-    bool accepts(const Vs::StrongRef<Vs::Selection>& selection);
+    bool accepts(const Vs::StrongRef<Vs::Selection>& selection) const;
     void preselect(const Vs::StrongRef<Vs::Selection>& selection);
     Vs::StrongRef<Vs::Selection> under(const MouseEvent& event) const;
 
@@ -95,6 +109,7 @@ private:
     EState m_state = EState::Collecting;
     bool m_exactly = false;
     bool m_clearAtEnd = true;
+    bool m_required = true;
     bool m_preferred = false; ///< Was made current.
     bool m_pressed = false;   ///< The button went down while the input was current.
     bool m_dragged = false;   ///< The button that is down has dragged, so that its release is no click.
