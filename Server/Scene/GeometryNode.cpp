@@ -10,6 +10,8 @@ Vs::StrongRef<GeometryNode> GeometryNode::make()
 BBox GeometryNode::ownBounds() const
 {
     BBox box;
+    if (!m_countsInBounds)
+        return box;
     for (const Polyline& line : m_polylines)
         for (const GkPoint3d& point : line)
             box.add(point);

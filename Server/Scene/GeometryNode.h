@@ -48,6 +48,8 @@ public:
     /// Nodes of a higher priority are drawn later, and so over the others; a picture stands so many of its
     /// half sizes before its place.
     int depthPriority() const { return m_depthPriority; }
+    /// Whether its lines count in the bounds of the scene. Default true.
+    bool countsInBounds() const { return m_countsInBounds; }
     /// Identifies what was drawn to whoever asks later; means nothing to the scene.
     int clientType() const { return m_clientType; }
 
@@ -62,6 +64,7 @@ private:
     Billboard m_billboard;
     int m_depthPriority = 0;
     int m_clientType = 0;
+    bool m_countsInBounds = true;
 };
 
 /// How the geometry below a node looks where something hides it.
@@ -69,7 +72,14 @@ struct OccludedEffect
 {
     std::string name;
     Vs::Colour colour{1, 1, 1, 1}; ///< Multiplies the geometry's own.
-    float opacity = -1;            ///< Below 0, the geometry's own.
+    float opacity = -1;            ///< Below 0, the geometry's own; lines have all of theirs.
+};
+
+/// How the lines below a node are drawn.
+struct LineStyle
+{
+    float weight = 1; ///< Times the usual width.
+    Vs::Colour colour{1, 1, 1, 1};
 };
 
 /// A place at which geometry is shown: moving the marker is moving its instance.
@@ -80,6 +90,8 @@ public:
 
     /// Holds for all geometry below that no deeper effect claims.
     const std::optional<OccludedEffect>& occludedEffect() const { return m_occludedEffect; }
+    /// The same; in place of the colours below.
+    const std::optional<LineStyle>& lineStyle() const { return m_lineStyle; }
 
 protected:
     InstanceNode() = default;
@@ -87,6 +99,7 @@ protected:
 private:
     friend class Vs::Scene::NodeChange;
     std::optional<OccludedEffect> m_occludedEffect;
+    std::optional<LineStyle> m_lineStyle;
 };
 
 } // namespace Rendra::Graphics

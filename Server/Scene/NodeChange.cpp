@@ -1,6 +1,7 @@
 #include "Server/Scene/NodeChange.h"
 
 #include "Server/Scene/SceneNodes.h"
+#include "Server/Scene/SimpleMesh.h"
 
 #include <algorithm>
 #include <cmath>
@@ -49,6 +50,11 @@ StrongRef<InstanceNode> NodeChange::createInstanceNode(GroupNode* parent, bool)
     if (parent)
         NodeChange(parent).add(node);
     return node;
+}
+
+StrongRef<InstanceNode> NodeChange::createGroupNode(GroupNode* parent, int, bool, bool transient)
+{
+    return createInstanceNode(parent, transient);
 }
 
 NodeChange& NodeChange::name(const std::string& name)
@@ -175,6 +181,25 @@ NodeChange& NodeChange::depthPriority(int priority)
     return *this;
 }
 
+NodeChange& NodeChange::countsInBounds(bool counts)
+{
+    auto* geometry = cast<GeometryNode>(m_node);
+    if (geometry && geometry->m_countsInBounds != counts) {
+        geometry->m_countsInBounds = counts;
+        geometry->touch();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::lineStyle(float weight, const Colour& colour)
+{
+    if (auto* instance = cast<InstanceNode>(m_node)) {
+        instance->m_lineStyle = {weight, colour};
+        instance->touch();
+    }
+    return *this;
+}
+
 NodeChange& NodeChange::occludedEffect(const std::string& name, const Colour& colour, float opacity)
 {
     if (auto* instance = cast<InstanceNode>(m_node)) {
@@ -234,6 +259,13 @@ NodeChange& NodeChange::clearSource()
     if (ViewNodeData* data = viewNodeData(cast<GroupNode>(m_node)))
         data->m_source = nullptr;
     return *this;
+}
+
+StrongRef<GeometryNode> BuildSimpleMesh(std::vector<GkPoint3d> line)
+{
+    StrongRef<GeometryNode> node = GeometryNode::make();
+    NodeChange(node.get()).countsInBounds(false).polyline(std::move(line));
+    return node;
 }
 
 } // namespace Vs::Scene

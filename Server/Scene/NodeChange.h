@@ -17,6 +17,11 @@ public:
     static StrongRef<Rendra::Graphics::InstanceNode> createInstanceNode(Rendra::Graphics::GroupNode* parent,
                                                                         bool transient);
 
+    /// A group that can have effects and a style of its lines. What hangs below is drawn in one pass, the
+    /// first; `pickable` ones, as none of today, can be picked.
+    static StrongRef<Rendra::Graphics::InstanceNode> createGroupNode(Rendra::Graphics::GroupNode* parent,
+                                                                     int pass, bool pickable, bool transient);
+
     /// `node` must not be null, and stays alive as long as the change.
     explicit NodeChange(Rendra::Graphics::Node* node) : m_node(node) {}
 
@@ -42,9 +47,11 @@ public:
     NodeChange& billBoard(const GkPoint3d& origin, const GkVector3d& normal,
                           Rendra::Graphics::EBillboard kind);
     NodeChange& depthPriority(int priority);
+    NodeChange& countsInBounds(bool counts);
     /// Of any node: the colour of all geometry and bodies below.
     NodeChange& colorEffect(const Colour& colour) { return this->colour(colour); }
-    /// Of an InstanceNode; does nothing to others.
+    /// Of an InstanceNode; do nothing to others.
+    NodeChange& lineStyle(float weight, const Colour& colour);
     NodeChange& occludedEffect(const std::string& name, const Colour& colour, float opacity);
 
     /// Of a GroupNode; do nothing to others. A node that is in the group already, or that the group itself

@@ -52,6 +52,7 @@ struct DrawList::State
     const Vs::Colour* colour = nullptr;
     Highlight highlight = Highlight::None;
     const InstanceNode* effect = nullptr;
+    const InstanceNode* style = nullptr;
     uint64_t firstId = 0; ///< Of the group right below the root: the asset's.
     bool below = false;   ///< Below the root.
 };
@@ -122,6 +123,8 @@ void DrawList::visit(const Node& node, Record& record, const State& above, bool 
         const auto* instance = Vs::cast<InstanceNode>(group);
         if (instance && instance->occludedEffect())
             state.effect = instance;
+        if (instance && instance->lineStyle())
+            state.style = instance;
         visitGroup(*group, record, state, force || node.revision() > record.seen);
     } else if (const auto* body = Vs::cast<BodyNode>(&node))
         visitBody(*body, record, state);
@@ -203,8 +206,16 @@ void DrawList::visitBody(const BodyNode& node, Record& record, const State& stat
 void DrawList::visitGeometry(const GeometryNode& node, Record& record, const State& state)
 {
     takeHelper(record);
-    Helper helper{Vs::StrongRef<const GeometryNode>(&node), state.matrix,
-                  state.colour ? *state.colour : Vs::Colour{1, 1, 1, 1}, std::nullopt, &record};
+    Helper helper{Vs::StrongRef<const GeometryNode>(&node),
+                  state.matrix,
+                  state.colour ? *state.colour : Vs::Colour{1, 1, 1, 1},
+                  std::nullopt,
+                  1,
+                  &record};
+    if (state.style) {
+        helper.colour = state.style->lineStyle()->colour;
+        helper.lineWeight = state.style->lineStyle()->weight;
+    }
     if (state.effect)
         helper.occluded = state.effect->occludedEffect();
     const auto later = std::find_if(m_helpers.begin(), m_helpers.end(), [&](const Helper& other) {

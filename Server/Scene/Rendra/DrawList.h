@@ -64,6 +64,7 @@ struct Helper
     GkMatrix3d matrix; ///< Geometry to scene coordinates.
     Vs::Colour colour;
     std::optional<Graphics::OccludedEffect> occluded;
+    float lineWeight;   ///< Times the usual width.
     const void* record; ///< Whose it is, in the list.
 };
 

@@ -109,8 +109,8 @@ void HelperPainter::draw(const Frame& frame)
     glDepthMask(GL_FALSE);
     // A marker may stand beyond all bodies, and they alone decide where the clip planes are.
     glEnable(GL_DEPTH_CLAMP);
-    glLineWidth(frame.lineWidth(1.5f * pixel));
     for (const Helper& helper : frame.scene.list.helpers()) {
+        glLineWidth(frame.lineWidth(1.5f * pixel * helper.lineWeight));
         const GkMatrix3d view = projection.view() * helper.matrix;
         drawLines(helper, view);
         if (const Texture* texture = helper.node->texture().get();
@@ -133,7 +133,7 @@ void HelperPainter::drawLines(const Helper& helper, const GkMatrix3d& view)
     if (m_vertices.empty())
         return;
     glUniform1i(m_program.uniform("textured"), 0);
-    drawTwice(helper, 0, GL_LINES);
+    drawTwice(helper, helper.occluded ? 1 : 0, GL_LINES);
 }
 
 void HelperPainter::drawPicture(const Helper& helper, const Vs::Scene::Projection& projection,

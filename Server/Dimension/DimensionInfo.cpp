@@ -1,0 +1,54 @@
+#include "Server/Dimension/DimensionInfo.h"
+
+#include "Server/Dimension/DimensionDrawing.h"
+#include "Server/Scene/NodeChange.h"
+
+#include <cmath>
+
+namespace Vs::Dimension {
+
+void DimensionInfo::buildDimensionGraphics(Scene::NodeChange& change, bool reference) const
+{
+    DimensionDrawing drawing(m_viewer);
+    draw(drawing, reference && !m_text.empty() ? L"(" + m_text + L")" : m_text);
+    const auto geometry = Scene::NodeChange::createLODGeometryNode(nullptr, true);
+    Scene::NodeChange lines(geometry.get());
+    lines.colorEffect(m_colour).countsInBounds(false);
+    for (DimensionDrawing::Line& line : drawing.takeLines())
+        lines.polyline(std::move(line));
+    change.add(geometry);
+}
+
+void LinearDimensionInfo::draw(DimensionDrawing& drawing, const std::wstring& text) const
+{
+    const GkVector3d along = m_point2 - m_point1;
+    drawing.line({m_point1, m_point2});
+    drawing.arrow(m_point1, -along, along.length());
+    drawing.arrow(m_point2, along, along.length());
+    drawing.text(text, m_point1 + along * 0.5, drawing.beside(along));
+}
+
+void AngularDimensionInfo::draw(DimensionDrawing& drawing, const std::wstring& text) const
+{
+    const GkVector3d normal = m_leg1.crossProduct(m_leg2).normal();
+    if (normal.isZeroLength())
+        return;
+    const double angle = m_leg1.angleTo(m_leg2);
+    const auto spoke = [&](double radians) {
+        GkVector3d direction = m_leg1.normal();
+        return direction.rotateBy(radians, normal) * m_radius;
+    };
+    constexpr double kStep = 0.05;
+    const int steps = std::max(2, int(std::ceil(angle / kStep)));
+    DimensionDrawing::Line arc;
+    for (int i = 0; i <= steps; ++i)
+        arc.push_back(m_apex + spoke(angle * i / steps));
+    const double length = angle * m_radius;
+    // Along the arc where the arrow's middle is, so that it doesn't stand off.
+    drawing.arrow(arc.front(), normal.crossProduct(spoke(0)) * -1, length);
+    drawing.arrow(arc.back(), normal.crossProduct(spoke(angle)), length);
+    drawing.line(std::move(arc));
+    drawing.text(text, m_apex + spoke(angle / 2), spoke(angle / 2));
+}
+
+} // namespace Vs::Dimension
