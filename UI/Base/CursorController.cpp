@@ -2,6 +2,7 @@
 
 #include "UI/Base/Display.h"
 #include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/HUDManager.h"
 
 #include <QCoreApplication>
 
@@ -39,6 +40,22 @@ void CursorController::cursor(Vs::CursorResource* cursor)
         update();
 }
 
+void CursorController::hint(const std::wstring& text, const Vs::Point2& place)
+{
+    m_hint = text;
+    m_hintPlace = place;
+    if (m_enabled && m_canvases)
+        updateHint();
+}
+
+void CursorController::updateHint()
+{
+    const std::vector<CursorController*>& controllers = enabledControllers(true);
+    const CursorController* shown = controllers.empty() ? nullptr : controllers.back();
+    HUDManager::get()->hint(shown ? shown->m_hint : std::wstring(),
+                            shown ? shown->m_hintPlace : Vs::Point2());
+}
+
 void CursorController::enabled(bool value)
 {
     if (value == m_enabled)
@@ -63,6 +80,8 @@ void CursorController::destroy()
 
 void CursorController::update() const
 {
+    if (m_canvases)
+        updateHint();
     // Without a display there is no pointer to change.
     if (!QCoreApplication::instance())
         return;

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "Server/Base/Point2.h"
+
+#include <string>
+
 namespace Vs {
 class CursorResource;
 }
@@ -23,14 +27,20 @@ public:
     void cursor(Vs::CursorResource* cursor);
     void enabled(bool value);
     bool enabled() const { return m_enabled; }
+    /// Shows a text beside a place of the active canvas, as long as this is the controller that counts there;
+    /// empty for none.
+    void hint(const std::wstring& text, const Vs::Point2& place = {});
     void destroy();
 
 private:
     CursorController(int priority, bool canvases) : m_priority(priority), m_canvases(canvases) {}
     ~CursorController();
     void update() const;
+    static void updateHint();
 
     Vs::CursorResource* m_cursor = nullptr;
+    std::wstring m_hint;
+    Vs::Point2 m_hintPlace;
     int m_priority;
     bool m_canvases;
     bool m_enabled = false;

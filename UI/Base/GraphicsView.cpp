@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <system_error>
 #include <unistd.h>
 
@@ -163,11 +164,35 @@ GkPoint3d GraphicsView::windowToWorld(const Vs::Point2& place) const
     const Vs::Scene::ViewFragment* fragment = modelFragment();
     if (!fragment)
         return {};
-    const double width = m_canvas ? m_canvas->width() : 1;
-    const double height = m_canvas ? m_canvas->height() : 1;
     const Vs::Scene::Camera& camera = *fragment->camera();
-    const Vs::Scene::Projection projection(camera, width, height);
-    return projection.screenToWorld({double(place.x), height - place.y, camera.distance()});
+    const Vs::Scene::Projection projection(camera, canvasWidth(), canvasHeight());
+    return projection.screenToWorld({double(place.x), canvasHeight() - place.y, camera.distance()});
+}
+
+std::optional<Vs::Point2> GraphicsView::worldToWindow(const GkPoint3d& point) const
+{
+    const Vs::Scene::ViewFragment* fragment = modelFragment();
+    if (!fragment)
+        return std::nullopt;
+    const Vs::Scene::Projection projection(*fragment->camera(), canvasWidth(), canvasHeight());
+    const GkPoint3d seen = projection.worldToScreen(point);
+    if ((projection.perspective() && seen.z <= 0) || !std::isfinite(seen.x) || !std::isfinite(seen.y))
+        return std::nullopt;
+    static constexpr double kFarthest = 1e6;
+    const auto pixel = [](double value) {
+        return static_cast<int>(std::lround(std::clamp(value, -kFarthest, kFarthest)));
+    };
+    return Vs::Point2{pixel(seen.x), pixel(canvasHeight() - seen.y)};
+}
+
+double GraphicsView::canvasWidth() const
+{
+    return m_canvas ? m_canvas->width() : 1;
+}
+
+double GraphicsView::canvasHeight() const
+{
+    return m_canvas ? m_canvas->height() : 1;
 }
 
 } // namespace Vu

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Vs {
@@ -42,6 +43,8 @@ public:
     /// Where a place of the canvas, in logical pixels from its upper left corner, lies in the plane of the
     /// camera's target.
     GkPoint3d windowToWorld(const Vs::Point2& place) const;
+    /// The place of the canvas at which a point of the model is seen; nothing if it lies behind the viewer.
+    std::optional<Vs::Point2> worldToWindow(const GkPoint3d& point) const;
     /// Frames the content of each fragment that shows a model. With nothing to frame yet, it happens when the
     /// first content comes.
     void fit();
@@ -56,6 +59,10 @@ public:
 
     /// The canvas that shows this view; null if none does.
     GraphicsCanvas* canvas() const { return m_canvas; }
+
+    /// Of the canvas that shows it, in logical pixels; 1 without one.
+    double canvasWidth() const;
+    double canvasHeight() const;
 
     /// Takes over position, target, up and extents of the other view's first camera. Does nothing if either
     /// view has none.

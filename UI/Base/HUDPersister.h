@@ -12,8 +12,11 @@ namespace Vu {
 struct HUD
 {
     std::wstring id;
-    std::wstring placement; ///< "top", "bottom", "left" or "right".
+    /// "top", "bottom", "left" or "right"; "point" for one that a command fills and places (HUDManager).
+    std::wstring placement;
     std::vector<ToolbarItem> items;
+
+    bool isPlaced() const { return placement == L"point"; }
 };
 
 /// Reads heads-up displays from XML:

@@ -76,6 +76,8 @@ void HudFrame::paintEvent(QPaintEvent*)
 void HudFrame::addHuds(std::vector<CommandButton*>& buttons)
 {
     for (const HUD& hud : HUDPersister::get()->huds()) {
+        if (hud.isPlaced())
+            continue;
         auto* bar = new QFrame(this);
         bar->setObjectName(QStringLiteral("hud"));
         const bool upright = hud.placement == L"left" || hud.placement == L"right";
