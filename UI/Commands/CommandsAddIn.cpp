@@ -37,6 +37,7 @@
 #include "UI/Commands/ExitApplicationCmd.h"
 #include "UI/Commands/Help/AboutBoxCmd.h"
 #include "UI/Commands/Localized.h"
+#include "UI/Commands/Measure/MeasureCmdDef.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Selection/DeleteCmd.h"
 #include "UI/Commands/Selection/RenameCommand.h"
@@ -124,6 +125,7 @@ private:
     EnableAdaptiveSnapCmdDef m_enableAdaptiveSnapCmdDef;
     DisableAdaptiveSnapCmdDef m_disableAdaptiveSnapCmdDef;
     SetSnapValueCmdDef m_setSnapValueCmdDef;
+    MeasureCmdDef m_measureCmdDef;
     RunScriptCmdDef m_runScriptCmdDef;
     OrbitCmdDef m_orbitCmdDef;
     FreeOrbitCmdDef m_freeOrbitCmdDef;

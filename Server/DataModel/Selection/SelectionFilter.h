@@ -31,6 +31,8 @@ public:
             m_filters.push_back(filter);
     }
 
+    void clear() { m_filters.clear(); }
+
     bool accepts(const Selection& selection) const override
     {
         const auto accepts = [&](const SelectionFilter* filter) { return filter->accepts(selection); };

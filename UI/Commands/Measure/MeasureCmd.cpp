@@ -1,0 +1,461 @@
+#include "UI/Commands/Measure/MeasureCmd.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Measure/MeasureMgr.h"
+#include "Server/Scene/ViewFragment.h"
+#include "Server/Types/UnitsOptionGroup.h"
+#include "UI/Base/ActiveAssetUtils.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/ControlCommandInputs.h"
+#include "UI/Base/Command/RealValueCommandInput.h"
+#include "UI/Base/CursorController.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SceneUtilities.h"
+#include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/SelectionInputEvents.h"
+#include "UI/Base/UIInternalOptionGroup.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Measure/EndMeasureTask.h"
+#include "UI/Commands/Measure/MeasureCmdDef.h"
+#include "UI/Commands/Resources.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Vu::Commands {
+
+namespace {
+
+constexpr const char* kMeasureTypesOption = "MeasureCmd_measureTypes";
+constexpr const char* kSelectionTypesOption = "MeasureCmd_selectionTypes";
+/// What is measured, and what can be selected, where no option says.
+constexpr unsigned kUsualMeasureTypes = kMeasureDistance | kMeasureAngle | kMeasureArea | kMeasureVolume;
+constexpr unsigned kAllSelectionTypes = 31;
+
+/// The option's value; it is kept as `fallBack` where there is none yet.
+unsigned optionOf(const char* name, unsigned fallBack)
+{
+    UIInternalOptionGroup* options = UIInternalOptionGroup::get();
+    constexpr int kMissing = -1;
+    int value = options->value(name, kMissing);
+    if (value == kMissing)
+        options->setValue(name, value = static_cast<int>(fallBack));
+    return static_cast<unsigned>(value);
+}
+
+std::wstring hintWord(Vs::EMeasureType type)
+{
+    switch (type) {
+    case Vs::EMeasureType::Length:
+        return localized("PreviewLength", "length");
+    case Vs::EMeasureType::Radius:
+        return localized("PreviewRadius", "radius");
+    case Vs::EMeasureType::Distance:
+        return localized("PreviewDistance", "distance");
+    default:
+        return localized("PreviewAngle", "angle");
+    }
+}
+
+Vs::StrongRef<Vs::LogicalSelection> firstObject(const Vs::SelectionSet& set)
+{
+    for (const auto& selection : set.selections())
+        if (auto* object = Vs::cast<Vs::LogicalSelection>(selection.get()))
+            return Vs::StrongRef<Vs::LogicalSelection>(object);
+    return nullptr;
+}
+
+} // namespace
+
+MeasureCmd::MeasureCmd(MeasureCmdDef* definition, CommandContext* context) : Implements(definition, context)
+{
+    readArguments();
+    auto* manager = Vs::MeasureMgr::get();
+    const unsigned stored = optionOf(kSelectionTypesOption, 0);
+    manager->selectionTypes(stored ? stored : kAllSelectionTypes);
+    manager->initialize();
+    fillFilters();
+    commandInputSet(CommandInputSet::make(this));
+    m_inputs = std::make_unique<MeasureInputs>(commandInputSet());
+    for (size_t i = 0; i < m_inputs->selections.size(); ++i)
+        m_inputs->selections[i]->requiredFilter(i < 2 ? &m_filter12 : &m_filter3);
+    m_inputs->chooseSelectionTypes(manager->selectionTypes());
+    m_inputs->checkMeasureTypes(m_measureTypes);
+    m_inputs->selectionTypes->enableTranscript(false);
+    enableSelections();
+}
+
+void MeasureCmd::readArguments()
+{
+    const CommandContext& context = *commandContext();
+    int value = 0;
+    if (context.argument(MeasureCmdDef::measureTypesArgName(), CommandContext::EArgType::Int, &value)) {
+        m_measureTypes = static_cast<unsigned>(value);
+        optionOf(kMeasureTypesOption, m_measureTypes);
+    } else {
+        m_measureTypes = optionOf(kMeasureTypesOption, 0);
+    }
+    if (m_measureTypes == 0)
+        m_measureTypes = kUsualMeasureTypes;
+    value = 0;
+    context.argument(MeasureCmdDef::passiveArgName(), CommandContext::EArgType::Int, &value);
+    m_passive = value >= 1;
+    if (!m_passive)
+        return;
+    usesCommandDialog(false);
+    repeatable(false);
+    if (CursorController* cursor = cursorController())
+        cursor->cursor(Resources::MeasureCursor());
+}
+
+MeasureCmd::~MeasureCmd()
+{
+    if (EndMeasureTask* waiting = std::exchange(m_endTask, nullptr))
+        Application::get()->idleTasks()->remove(waiting);
+    if (!m_passive)
+        keepOptions();
+}
+
+void MeasureCmd::keepOptions() const
+{
+    UIInternalOptionGroup* options = UIInternalOptionGroup::get();
+    options->setValue(kSelectionTypesOption, static_cast<int>(Vs::MeasureMgr::get()->selectionTypes()));
+    options->setValue(kMeasureTypesOption, static_cast<int>(m_measureTypes));
+}
+
+EStackingBehavior MeasureCmd::onStackingBehavior() const
+{
+    return m_passive ? EStackingBehavior::OverCategory : EStackingBehavior::ByType;
+}
+
+// Bodies are no places, so that the third selection, which only an angle at the second needs, takes none.
+void MeasureCmd::fillFilters()
+{
+    const Vs::MeasureMgr& manager = *Vs::MeasureMgr::get();
+    const auto addTo = [&](Vs::CompositeSelectionFilter& filter, unsigned bit) {
+        for (const Vs::SelectionFilter* each : manager.filters(static_cast<Vs::ESelectionType>(bit)))
+            filter.add(each);
+    };
+    const unsigned mask = manager.selectionTypes();
+    m_filter12.clear();
+    for (unsigned bit = 1; bit <= mask; bit *= 2)
+        if (mask & bit)
+            addTo(m_filter12, bit);
+    m_filter3.clear();
+    const auto vertex = static_cast<unsigned>(Vs::ESelectionType::Vertex);
+    if (mask & vertex)
+        addTo(m_filter3, vertex);
+}
+
+// One after the other; the third only where there is something that it can take.
+void MeasureCmd::enableSelections()
+{
+    const bool any[] = {!m_inputs->selections[0]->selectionSet().empty(),
+                        !m_inputs->selections[1]->selectionSet().empty(),
+                        !m_inputs->selections[2]->selectionSet().empty()};
+    const bool points =
+        Vs::MeasureMgr::get()->selectionTypes() & static_cast<unsigned>(Vs::ESelectionType::Vertex);
+    m_inputs->selections[1]->enabled(any[0] || any[1]);
+    m_inputs->selections[2]->enabled(points && (any[1] || any[2]));
+}
+
+void MeasureCmd::onActivate()
+{
+    Implements::onActivate();
+    Vs::Scene::CameraEventSource::get()->subscribe(this);
+    for (const auto& input : commandInputSet()->inputs())
+        CommandInputEventSource::get()->subscribe(this, input.get());
+    Vs::AssetEventSource::get()->subscribe(this);
+    m_selected = m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
+    if (m_selected)
+        m_selected->subscribe(this);
+    m_huds.place();
+}
+
+void MeasureCmd::onDeactivate()
+{
+    if (Vs::SelectionSet* left = std::exchange(m_selected, nullptr))
+        left->unsubscribe(this);
+    Vs::AssetEventSource::get()->unsubscribe(this);
+    Implements::onDeactivate();
+    for (const auto& input : commandInputSet()->inputs())
+        CommandInputEventSource::get()->unsubscribe(this, input.get());
+    Vs::Scene::CameraEventSource::get()->unsubscribe(this);
+    m_huds.hide();
+    clearHint();
+}
+
+void MeasureCmd::onEnd(ETerminationReason reason)
+{
+    if (auto* definition = Vs::cast<MeasureCmdDef>(commandDefinition()); definition && m_passive)
+        definition->measureEnded(this);
+    Implements::onEnd(reason);
+}
+
+void MeasureCmd::onCommandInputEvent(CommandInputEvent* event)
+{
+    const CommandInputBase* input = event->commandInput();
+    if (Vs::cast<CommandInputValueChangeEvent>(event)) {
+        valueChanged(input);
+    } else if (auto* query = Vs::cast<SelectionInputQuerySelectPermittedEvent>(event)) {
+        query->permitted(query->permitted() && permits(input, *query->selection()));
+    } else if (const auto* pointed = Vs::cast<SelectionInputPreselectionEvent>(event)) {
+        preselected(pointed->selection());
+    } else if (const auto* hover = Vs::cast<CommandInputHoverEvent>(event)) {
+        hovered(input, hover->entering());
+    }
+}
+
+void MeasureCmd::valueChanged(const CommandInputBase* input)
+{
+    for (int i = 0; i < 3; ++i)
+        if (input == m_inputs->selections[i] && !m_changing)
+            selectionChanged(i + 1);
+    if (input == m_inputs->selectionTypes) {
+        selectionTypesChanged();
+    } else if (input == m_inputs->measureTypes) {
+        m_measureTypes = m_inputs->checkedMeasureTypes(m_measureTypes);
+        measureAnew();
+    } else if (input == m_inputs->restart) {
+        clearSelections();
+    } else if (input == m_inputs->precision) {
+        precisionChanged();
+    }
+}
+
+void MeasureCmd::selectionTypesChanged()
+{
+    // What was chosen here belongs into a recording; what was kept from another day doesn't.
+    m_inputs->selectionTypes->enableTranscript(true);
+    Vs::MeasureMgr::get()->selectionTypes(m_inputs->chosenSelectionTypes());
+    fillFilters();
+    enableSelections();
+}
+
+void MeasureCmd::precisionChanged()
+{
+    Vs::Units::UnitDisplaySettings::userEditableSettings().generalPrecision(m_inputs->chosenPrecision());
+    for (RealValueCommandInput* result : m_inputs->results())
+        result->unitDisplaySettings(Vs::Units::UnitDisplaySettings::get());
+    m_distancePreview.text(m_inputs->pair.distance->displayText());
+    m_anglePreview.text(m_inputs->pair.angle->displayText());
+    m_huds.place();
+}
+
+void MeasureCmd::clearSelections()
+{
+    m_changing = true;
+    for (SelectionCommandInput* input : m_inputs->selections)
+        input->clear();
+    if (Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet())
+        selected->clear();
+    m_changing = false;
+    for (int number = 1; number <= 3; ++number)
+        takeSelection(number);
+    measureAnew();
+    enableSelections();
+}
+
+bool MeasureCmd::permits(const CommandInputBase* input, const Vs::Selection& selection) const
+{
+    const SelectionCommandInput* other = m_inputs->selections[input == m_inputs->selections[0] ? 1 : 0];
+    return !other->selectionSet().contains(selection);
+}
+
+void MeasureCmd::takeSelection(int number)
+{
+    SelectionCommandInput* input = m_inputs->selections[number - 1];
+    m_state.selection(number) = firstObject(input->selectionSet());
+    // The first is what counts; others stay only as part of what the user has selected.
+    std::vector<Vs::StrongRef<Vs::Selection>> kept;
+    const Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet();
+    for (const auto& each : input->selectionSet().selections())
+        if (each.get() == m_state.selection(number).get() || (selected && selected->contains(*each)))
+            kept.push_back(each);
+    if (kept.size() == input->selectionSet().size())
+        return;
+    m_changing = true;
+    input->replace(kept);
+    m_changing = false;
+}
+
+void MeasureCmd::selectionChanged(int number)
+{
+    takeSelection(number);
+    enableSelections();
+    measureAnew();
+}
+
+void MeasureCmd::clearSide(int number)
+{
+    if (number <= 2)
+        for (RealValueCommandInput* result : m_inputs->sides[number - 1].all())
+            result->disable();
+    m_huds.remove(number);
+}
+
+void MeasureCmd::clearResults()
+{
+    for (RealValueCommandInput* result : m_inputs->pair.all())
+        result->disable();
+    for (int number = 1; number <= 3; ++number)
+        clearSide(number);
+    clearPreviews();
+}
+
+void MeasureCmd::measureAnew()
+{
+    clearResults();
+    m_state.requests.clear();
+    m_state.requestAll();
+    m_state.runRequests();
+}
+
+void MeasureCmd::showHud(int selectionNumber)
+{
+    std::vector<const CommandInputBase*> shown{m_inputs->pair.angle};
+    if (selectionNumber <= 2) {
+        const auto results = m_inputs->sides[selectionNumber - 1].all();
+        shown.assign(results.begin(), results.end());
+    }
+    m_huds.show(selectionNumber, m_state.selection(selectionNumber), shown);
+}
+
+void MeasureCmd::showPreview(const Vs::MeasureResult& result, bool isDistance)
+{
+    const RealValueCommandInput* input = isDistance ? m_inputs->pair.distance : m_inputs->pair.angle;
+    const std::wstring text =
+        Vs::Units::toText(result.value, input->inputUnits(), input->unitDisplaySettings());
+    (isDistance ? m_distancePreview : m_anglePreview).show(result, text);
+}
+
+void MeasureCmd::clearPreview(bool isDistance)
+{
+    (isDistance ? m_distancePreview : m_anglePreview).clear();
+}
+
+void MeasureCmd::clearPreviews()
+{
+    clearPreview(true);
+    clearPreview(false);
+}
+
+void MeasureCmd::cameraChanged(Vs::Scene::CameraEvent* event)
+{
+    const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
+    const Vs::Scene::ViewFragment* fragment = view ? view->modelFragment() : nullptr;
+    if (fragment && fragment->camera() == event->camera())
+        m_huds.place();
+}
+
+void MeasureCmd::hovered(const CommandInputBase* input, bool entering)
+{
+    if (input == m_inputs->pair.distance)
+        m_distancePreview.highlight(entering);
+    else if (input == m_inputs->pair.angle)
+        m_anglePreview.highlight(entering);
+    const MeasureSide* side = m_inputs->sideOf(input);
+    Vs::SelectionSet* lit = ActiveAssetUtils::highlightSet();
+    if (!side || !lit)
+        return;
+    lit->clear();
+    const auto& object = side == &m_inputs->sides[0] ? m_state.selection1 : m_state.selection2;
+    if (!entering || !object)
+        return;
+    if (input != side->loopLength) {
+        lit->add(object);
+        return;
+    }
+    std::vector<Vs::StrongRef<Vs::Selection>> loop;
+    for (const auto& edge : Vs::MeasureMgr::get()->getLoopSelections(object))
+        loop.push_back(edge);
+    lit->replace(loop);
+}
+
+// What a click would give, with what is picked already.
+void MeasureCmd::preselected(const Vs::Selection* selection)
+{
+    clearHint();
+    auto* object = Vs::cast<Vs::LogicalSelection>(const_cast<Vs::Selection*>(selection));
+    if (!m_passive || !object)
+        return;
+    MeasureState asked(this);
+    for (int number = 1; number <= 3; ++number)
+        asked.selection(number) = m_state.selection(number);
+    const int next = !asked.selection1 ? 1 : !asked.selection2 ? 2 : 3;
+    asked.selection(next) = Vs::StrongRef<Vs::LogicalSelection>(object);
+    asked.requestAll();
+    Vs::MeasureResult result;
+    if (const MeasureRequest* answered = asked.firstAnswered(result))
+        showHint(*answered, result);
+}
+
+void MeasureCmd::clearHint()
+{
+    if (m_passive)
+        cursorController()->hint({});
+}
+
+void MeasureCmd::showHint(const MeasureRequest& request, const Vs::MeasureResult& result)
+{
+    const RealValueCommandInput* input = request.input;
+    const std::wstring value =
+        Vs::Units::toText(result.value, input->inputUnits(), input->unitDisplaySettings());
+    const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
+    Vs::Point2 middle;
+    int count = 0;
+    for (const auto& object : request.objects()) {
+        const auto place = placeOf(object);
+        const auto seen = view && place ? view->worldToWindow(*place) : std::nullopt;
+        if (!seen)
+            continue;
+        middle = {middle.x + seen->x, middle.y + seen->y};
+        ++count;
+    }
+    if (count == 0)
+        return;
+    cursorController()->hint(hintWord(static_cast<Vs::EMeasureType>(request.type)) + L' ' + value,
+                             {middle.x / count, middle.y / count});
+}
+
+bool MeasureCmd::deliver(const MeasureRequest& request, const Vs::MeasureResult& result)
+{
+    const Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet();
+    const auto objects = request.objects();
+    if (selected && std::all_of(objects.begin(), objects.end(),
+                                [&](const auto& object) { return selected->contains(*object); }))
+        return false;
+    if (!m_endTask) {
+        m_endTask = new EndMeasureTask(result.value, this);
+        Application::get()->idleTasks()->add(m_endTask);
+    }
+    return true;
+}
+
+void MeasureCmd::selectionSetChanged()
+{
+    measureAnew();
+}
+
+// What is gone is given up, and what has changed is measured again.
+void MeasureCmd::assetComponentsChanged(Vs::ComponentsEvent* event)
+{
+    const AssetSession* session = assetSession();
+    if (!session || event->asset() != session->asset())
+        return;
+    m_changing = true;
+    for (SelectionCommandInput* input : m_inputs->selections) {
+        Vs::Status gone;
+        const auto object = firstObject(input->selectionSet());
+        if (object && !object->path().resolve(*session->asset(), gone))
+            input->clear();
+    }
+    m_changing = false;
+    for (int number = 1; number <= 3; ++number)
+        takeSelection(number);
+    enableSelections();
+    measureAnew();
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Server/DataModel/Measure/MeasureTypes.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/GeometryNode.h"
+
+#include <string>
+
+namespace Vu::Commands {
+
+/// The dimension of a measured distance or angle in the active view. It follows the camera, so that arrows
+/// and lettering keep their size, without measuring anew.
+class MeasurePreview : private Vs::Scene::CameraEventSite
+{
+public:
+    explicit MeasurePreview(bool isDistance) : m_isDistance(isDistance) {}
+    ~MeasurePreview() override;
+    MeasurePreview(const MeasurePreview&) = delete;
+    MeasurePreview& operator=(const MeasurePreview&) = delete;
+
+    /// Shows the result, or nothing if it has no extent: equal places, and angles without an arc.
+    void show(const Vs::MeasureResult& result, const std::wstring& text);
+    /// Another text for the same result; does nothing while nothing is shown.
+    void text(const std::wstring& text);
+    void clear();
+    bool shown() const { return m_parent.get() != nullptr; }
+    /// Lights it up, or no longer.
+    void highlight(bool on);
+
+private:
+    void cameraChanged(Vs::Scene::CameraEvent* event) override;
+    bool hasExtent() const;
+    void draw();
+    void drawDistance();
+    void drawAngle();
+
+    bool m_isDistance;
+    Vs::MeasureResult m_result;
+    std::wstring m_text;
+    Vs::StrongRef<Rendra::Graphics::InstanceNode> m_node;
+    /// What it hangs under; null while nothing is shown.
+    Vs::StrongRef<Rendra::Graphics::GroupNode> m_parent;
+};
+
+} // namespace Vu::Commands
