@@ -179,10 +179,15 @@ std::string digestOf(const Vs::Asset& asset)
         for (const auto& row : component->placement.entry)
             for (const double value : row)
                 text << ' ' << value + 0.0; // no zero with a sign
+        if (component->colour)
+            text << " * " << component->colour->r << ' ' << component->colour->g << ' '
+                 << component->colour->b;
         if (component->body) {
             const Vs::Colour colour = component->body->colour();
             text << " | " << colour.r << ' ' << colour.g << ' ' << colour.b << ' ' << colour.a << " | "
                  << measured(*component).volume << ' ' << component->body->mesh()->triangles.size();
+            for (const Vs::BodyMesh::Face& face : component->body->mesh()->faces)
+                text << ' ' << face.colour;
         }
         text << '\n';
     }

@@ -1,10 +1,14 @@
 #include "Server/DataModel/Edit/EditRequest.h"
 
+#include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Edit/Motion.h"
+#include "Server/DataModel/Model/ModelBody.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Selection/ObjectPath.h"
 #include "Server/DataModel/Texts.h"
+
+#include <cmath>
 
 namespace Vs {
 
@@ -14,15 +18,44 @@ using DataModel::localizedFormat;
 namespace {
 
 constexpr size_t kMostCopies = 100000;
+constexpr double kSmallestBlend = 1e-4; // mm
+constexpr double kLargestBlend = 1e7;   // mm
 
-std::vector<std::string> namedBy(const MoveEdit& edit)
+using Paths = std::vector<ObjectPath>;
+
+Paths toPaths(const std::vector<std::string>& components)
 {
-    return edit.components;
+    Paths paths;
+    for (const std::string& component : components)
+        paths.push_back({.component = component});
+    return paths;
 }
 
-std::vector<std::string> namedBy(const CopyEdit& edit)
+template <class Edit>
+Paths namedBy(const Edit& edit) requires requires
 {
-    return edit.components;
+    edit.components;
+}
+{
+    return toPaths(edit.components);
+}
+
+Paths namedBy(const CombineEdit& edit)
+{
+    Paths paths = toPaths(edit.tools);
+    if (!paths.empty())
+        paths.push_back({.component = edit.target});
+    return paths;
+}
+
+Paths namedBy(const BlendEdit& edit)
+{
+    return edit.edges;
+}
+
+Paths namedBy(const ColourEdit& edit)
+{
+    return edit.objects;
 }
 
 std::wstring whyWrong(const GkMatrix3d& motion)
@@ -50,6 +83,91 @@ std::wstring whyWrong(const CopyEdit& edit)
     return {};
 }
 
+std::wstring whyWrong(const MirrorEdit& edit)
+{
+    const double length = edit.normal.length();
+    if (!(length > 1e-12 && std::isfinite(length)))
+        return localized("EditNoMirror", "a mirror needs a direction that it faces.");
+    return whyWrong(GkMatrix3d::translation(edit.point - GkPoint3d()));
+}
+
+std::wstring whyWrong(const CombineEdit&)
+{
+    return {};
+}
+
+std::wstring whyWrong(const BlendEdit& edit)
+{
+    return edit.size >= kSmallestBlend && edit.size <= kLargestBlend
+               ? std::wstring()
+               : localized("EditWrongSize", "the size must be a length from 0.0001 to 10000000 mm.");
+}
+
+std::wstring whyWrong(const ColourEdit& edit)
+{
+    const auto isShare = [](float value) { return value >= 0 && value <= 1; };
+    const Colour colour = edit.colour.value_or(Colour());
+    return isShare(colour.r) && isShare(colour.g) && isShare(colour.b) && isShare(colour.a)
+               ? std::wstring()
+               : localized("EditWrongColour", "the shares of a colour are numbers from 0 to 1.");
+}
+
+std::wstring textOf(const EditError& error)
+{
+    switch (error.fault()) {
+    case EditFault::NoBody:
+        return localizedFormat("EditNoBody", "\"%1%\" is an assembly; one of its bodies is needed.",
+                               error.subject());
+    case EditFault::NoSolid:
+        return localizedFormat("EditNoSolid", "\"%1%\" is no solid: it has faces that don't enclose a space.",
+                               error.subject());
+    case EditFault::Triangles:
+        return localizedFormat("EditTriangles", "\"%1%\" is made of triangles alone and has no exact shape.",
+                               error.subject());
+    case EditFault::OwnTool:
+        return localizedFormat("EditOwnTool", "\"%1%\" can't be combined with itself.", error.subject());
+    case EditFault::NothingLeft:
+        return localizedFormat("EditNothingLeft", "nothing would be left of \"%1%\".", error.subject());
+    case EditFault::Apart:
+        return localizedFormat("EditApart", "\"%1%\" and the other bodies have no space in common.",
+                               error.subject());
+    case EditFault::NoSuchPart:
+        return localizedFormat("EditNoSuchPart", "\"%1%\" has no such edge or face.", error.subject());
+    case EditFault::FreeEdge:
+        return localizedFormat("EditFreeEdge", "an edge of \"%1%\" doesn't lie between two faces.",
+                               error.subject());
+    case EditFault::TooLarge:
+        return localizedFormat("EditTooLarge",
+                               "there is no room for that size at the edges of \"%1%\", or they can't be "
+                               "worked on together; try a smaller one, or fewer edges.",
+                               error.subject());
+    case EditFault::Invalid:
+        return localizedFormat("EditInvalid",
+                               "the geometry kernel can't combine \"%1%\" with these bodies: what came of it "
+                               "is no sound body.",
+                               error.subject());
+    case EditFault::Crashed:
+        return localizedFormat("EditCrashed",
+                               "the geometry kernel broke down at \"%1%\". The model is as it was.",
+                               error.subject());
+    case EditFault::TooLong:
+        return localizedFormat("EditTooLong", "the geometry kernel came to no end with \"%1%\".",
+                               error.subject());
+    case EditFault::Refused:
+        break;
+    }
+    return localizedFormat("EditRefused", "the geometry kernel refuses to change \"%1%\".", error.subject());
+}
+
+// A body that came from a file is told which shape it stands for before that becomes another one.
+void meetShapes(const Component& component, ModelKernel& kernel)
+{
+    if (auto* body = cast<ModelBody>(component.body.get()); body && body->revision() == 0)
+        body->revision(kernel.revision(body->entry()));
+    for (const auto& child : component.children)
+        meetShapes(*child, kernel);
+}
+
 } // namespace
 
 EditRequest* EditRequest::make(const Asset* asset, const std::wstring& name, ModelEdit edit)
@@ -65,7 +183,7 @@ EditRequest::EditRequest(const Asset* asset, const std::wstring& name, ModelEdit
 void EditRequest::onExecute(Asset& asset, Status& status)
 {
     m_added.clear();
-    const std::vector<std::string> named = std::visit([](const auto& edit) { return namedBy(edit); }, m_edit);
+    const Paths named = std::visit([](const auto& edit) { return namedBy(edit); }, m_edit);
     std::wstring why = std::visit([](const auto& edit) { return whyWrong(edit); }, m_edit);
     if (named.empty() || &asset != m_asset)
         why = localized("EditNothing", "nothing of this model is named that could be changed.");
@@ -73,10 +191,18 @@ void EditRequest::onExecute(Asset& asset, Status& status)
         status.addError(name() + L": " + why);
         return;
     }
-    for (const std::string& component : named)
-        if (!ObjectPath{.component = component}.resolve(asset, status))
+    for (const ObjectPath& path : named)
+        if (!path.resolve(asset, status))
             return;
-    m_added = asset.data().history().changeModel([&](ModelKernel& kernel) { return kernel.edit(m_edit); });
+    try {
+        m_added = asset.data().history().changeModel([&](ModelKernel& kernel) {
+            for (const ObjectPath& path : named)
+                meetShapes(*asset.findComponent(path.component), kernel);
+            return kernel.edit(m_edit);
+        });
+    } catch (const EditError& error) {
+        status.addError(name() + L": " + textOf(error));
+    }
 }
 
 } // namespace Vs

@@ -1,13 +1,17 @@
 #include "Server/DataModel/Kernel/Edits.h"
 #include "Server/DataModel/Kernel/Occurrence.h"
+#include "Server/DataModel/Kernel/PartShape.h"
 #include "Server/DataModel/Kernel/XdeEdit.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
+#include <BRepBuilderAPI_Transform.hxx>
+#include <TDF_LabelDataMap.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_Editor.hxx>
 #include <XCAFDoc_Location.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
+#include <gp_Ax2.hxx>
 
 namespace Vs::Kernel {
 
@@ -57,7 +61,87 @@ TDF_Label copyRootAssembly(const Document& document, const TDF_Label& assembly, 
     return added;
 }
 
+/// The id of a component that was put beside another one.
+std::string idBeside(const std::string& id, const TDF_Label& added)
+{
+    const size_t slash = id.rfind('/');
+    return (slash == std::string::npos ? "" : id.substr(0, slash + 1)) + entryOf(added);
+}
+
+/// Makes mirror images of parts and assemblies. What is mirrored is a shape in its own coordinates, at their
+/// plane of Y and Z, so that all occurrences of a part share one image.
+class Mirror
+{
+public:
+    explicit Mirror(const Document& document) : m_document(document)
+    {
+        m_own.SetMirror(gp_Ax2(gp::Origin(), gp::DX()));
+    }
+
+    TDF_Label imageOf(const TDF_Label& shown)
+    {
+        if (!m_images.IsBound(shown)) {
+            const TDF_Label image =
+                XCAFDoc_ShapeTool::IsAssembly(shown) ? imageOfAssembly(shown) : imageOfPart(shown);
+            m_images.Bind(shown, image);
+        }
+        return m_images(shown);
+    }
+
+    /// Where the image stands of what stands at a place, after a motion that mirrors.
+    gp_Trsf placeOf(const gp_Trsf& motion, const gp_Trsf& place) const { return motion * place * m_own; }
+
+private:
+    TDF_Label imageOfPart(const TDF_Label& part)
+    {
+        BRepBuilderAPI_Transform image(bodyShape(part), m_own, true);
+        return clonePart(m_document, part, image.Shape(), [&](const TopoDS_Shape& each) {
+            return std::vector<TopoDS_Shape>{image.ModifiedShape(each)};
+        });
+    }
+
+    TDF_Label imageOfAssembly(const TDF_Label& assembly)
+    {
+        const TDF_Label image = XCAFDoc_DocumentTool::ShapeTool(m_document->Main())->NewShape();
+        for (const TDF_Label& component : componentsOf(assembly)) {
+            TDF_Label shown;
+            XCAFDoc_ShapeTool::GetReferredShape(component, shown);
+            gp_Trsf place = XCAFDoc_ShapeTool::GetLocation(component).Transformation();
+            if (!XCAFDoc_ShapeTool::IsAssembly(shown))
+                place.Multiply(XCAFDoc_ShapeTool::GetShape(shown).Location().Transformation());
+            addOccurrence(m_document, image, component, imageOf(shown),
+                          TopLoc_Location(placeOf(m_own, place)));
+        }
+        copyLook(assembly, image);
+        return image;
+    }
+
+    Document m_document;
+    gp_Trsf m_own;
+    TDF_LabelDataMap m_images;
+};
+
 } // namespace
+
+std::vector<std::string> apply(const Document& document, const MirrorEdit& edit)
+{
+    gp_Trsf motion;
+    motion.SetMirror(gp_Ax2(gp_Pnt(edit.point.x, edit.point.y, edit.point.z),
+                            gp_Dir(edit.normal.x, edit.normal.y, edit.normal.z)));
+    Mirror mirror(document);
+    std::vector<std::string> added;
+    for (const Occurrence& occurrence : topmostOccurrences(document, edit.components)) {
+        const gp_Trsf parent = occurrence.parentPlace();
+        const TopLoc_Location place(parent.Inverted() * mirror.placeOf(motion, occurrence.place()));
+        added.push_back(
+            idBeside(occurrence.id(), addOccurrence(document, occurrence.parent(), occurrence.label(),
+                                                    mirror.imageOf(occurrence.shown()), place)));
+    }
+    if (!edit.keep)
+        removeOccurrences(document, edit.components);
+    XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
+    return added;
+}
 
 std::vector<std::string> apply(const Document& document, const MoveEdit& edit)
 {
@@ -89,9 +173,7 @@ std::vector<std::string> apply(const Document& document, const CopyEdit& edit)
                                        ? copyRootAssembly(document, occurrence.label(), motion)
                                        : addOccurrence(document, occurrence.parent(), occurrence.label(),
                                                        occurrence.shown(), occurrence.moved(motion));
-            const std::string& id = occurrence.id();
-            const size_t slash = id.rfind('/');
-            added.push_back((slash == std::string::npos ? "" : id.substr(0, slash + 1)) + entryOf(copy));
+            added.push_back(idBeside(occurrence.id(), copy));
         }
     }
     XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();

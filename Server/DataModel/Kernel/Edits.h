@@ -11,5 +11,9 @@ namespace Vs::Kernel {
 
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const MoveEdit& edit);
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CopyEdit& edit);
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const MirrorEdit& edit);
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CombineEdit& edit);
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const BlendEdit& edit);
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const ColourEdit& edit);
 
 } // namespace Vs::Kernel

@@ -1,13 +1,13 @@
-#include "Server/DataModel/Kernel/XdeModel.h"
+#include "Server/DataModel/Kernel/EditableModel.h"
 
 // What the data model finds when it opens this library.
 
 extern "C" Vs::ModelKernel* quilletMakeModel()
 {
-    return new Vs::Kernel::XdeModel;
+    return new Vs::Kernel::EditableModel;
 }
 
 extern "C" Vs::ModelKernel* quilletReadModel(const char* bytes, size_t size)
 {
-    return new Vs::Kernel::XdeModel(std::string_view(bytes, size));
+    return new Vs::Kernel::EditableModel(std::string_view(bytes, size));
 }

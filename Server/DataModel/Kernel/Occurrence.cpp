@@ -1,14 +1,13 @@
 #include "Server/DataModel/Kernel/Occurrence.h"
 
+#include "Server/DataModel/Kernel/PartShape.h"
 #include "Server/DataModel/Kernel/XdeEdit.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
-#include <TDF_LabelSequence.hxx>
 #include <TDF_TagSource.hxx>
 #include <TDataStd_TreeNode.hxx>
 #include <XCAFDoc.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
-#include <XCAFDoc_Editor.hxx>
 #include <XCAFDoc_Location.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
@@ -103,30 +102,13 @@ void detachPart(const Handle(TDocStd_Document) & document, const TDF_Label& labe
 {
     if (XCAFDoc_ShapeTool::IsReference(label))
         return;
-    const TDF_Label part = clonePart(document, label);
+    const TDF_Label part = clonePart(document, label, bodyShape(label),
+                                     [](const TopoDS_Shape& same) { return std::vector{same}; });
     const std::wstring name = nameOf(label);
     const TopLoc_Location place = XCAFDoc_ShapeTool::GetShape(label).Location();
     label.ForgetAllAttributes(true);
     makeReference(label, part, place);
     renameOccurrence(label, name);
-}
-
-TDF_Label clonePart(const Handle(TDocStd_Document) & document, const TDF_Label& part)
-{
-    const Handle(XCAFDoc_ShapeTool) tool = XCAFDoc_DocumentTool::ShapeTool(document->Main());
-    const TDF_Label clone = newRootLabel(document);
-    tool->SetShape(clone, bodyShape(part));
-    XCAFDoc_Editor::CloneMetaData(part, clone, nullptr);
-    setName(clone, nameOf(part));
-    const TopLoc_Location own = XCAFDoc_ShapeTool::GetShape(part).Location();
-    TDF_LabelSequence inside;
-    XCAFDoc_ShapeTool::GetSubShapes(part, inside);
-    for (const TDF_Label& each : inside) {
-        TDF_Label added;
-        if (tool->AddSubShape(clone, XCAFDoc_ShapeTool::GetShape(each).Moved(own.Inverted()), added))
-            XCAFDoc_Editor::CloneMetaData(each, added, nullptr);
-    }
-    return clone;
 }
 
 } // namespace Vs::Kernel

@@ -52,7 +52,4 @@ TDF_Label newRootLabel(const Handle(TDocStd_Document) & document);
 /// that it can have a place and others beside it. The component keeps its id. Occurrences stay as they are.
 void detachPart(const Handle(TDocStd_Document) & document, const TDF_Label& label);
 
-/// A part of its own, on a new label, that is like that one.
-TDF_Label clonePart(const Handle(TDocStd_Document) & document, const TDF_Label& part);
-
 } // namespace Vs::Kernel

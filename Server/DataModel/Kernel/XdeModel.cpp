@@ -1,6 +1,6 @@
 #include "Server/DataModel/Kernel/XdeModel.h"
 
-#include "Server/DataModel/Kernel/Edits.h"
+#include "Server/DataModel/Kernel/Guarded.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
@@ -84,19 +84,6 @@ private:
     }
 };
 
-// The kernel's exceptions, as the ones that the rest of the program knows.
-template <class Work>
-auto guarded(Work&& work)
-{
-    try {
-        return work();
-    } catch (const Standard_Failure& failure) {
-        const char* text = failure.GetMessageString();
-        throw std::runtime_error("the geometry kernel failed: " +
-                                 std::string(text && *text ? text : failure.DynamicType()->Name()));
-    }
-}
-
 TDF_Label bodyLabel(const Handle(TDocStd_Document) & document, const std::string& entry)
 {
     const TDF_Label label = labelOf(document, entry);
@@ -167,6 +154,11 @@ void XdeModel::write(std::ostream& stream)
 PartTree XdeModel::tree()
 {
     return guarded([&] { return readXdeTree(m_document).tree; });
+}
+
+uint64_t XdeModel::revision(const std::string& entry)
+{
+    return guarded([&] { return revisionOf(bodyShape(bodyLabel(m_document, entry))); });
 }
 
 std::shared_ptr<const BodyMesh> XdeModel::mesh(const std::string& entry,
@@ -308,10 +300,9 @@ void XdeModel::remove(const std::vector<std::string>& components)
     guarded([&] { removeOccurrences(m_document, components); });
 }
 
-std::vector<std::string> XdeModel::edit(const ModelEdit& edit)
+std::vector<std::string> XdeModel::edit(const ModelEdit&)
 {
-    return guarded(
-        [&] { return std::visit([&](const auto& each) { return apply(m_document, each); }, edit); });
+    throw std::logic_error("this program reads and writes models but can't edit them");
 }
 
 void XdeModel::begin()

@@ -26,6 +26,7 @@ public:
 
     void write(std::ostream& stream) override;
     PartTree tree() override;
+    uint64_t revision(const std::string& entry) override;
     std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                          const TranslatorRefinement& refinement) override;
     BodyProperties properties(const std::string& entry, BodyMeasure what) override;

@@ -89,7 +89,7 @@ private:
             body.name = nameOf(label);
             body.colour = colourOf(label).value_or(Colour{});
             m_result.shapes.push_back(bodyShape(label));
-            body.revision = reinterpret_cast<uintptr_t>(m_result.shapes.back().TShape().get());
+            body.revision = revisionOf(m_result.shapes.back());
             m_result.tree.bodies.push_back(std::move(body));
             m_result.colours.push_back(bodyColours(label));
         }
@@ -143,6 +143,11 @@ TopoDS_Shape bodyShape(const TDF_Label& label)
 {
     const TopoDS_Shape shape = XCAFDoc_ShapeTool::GetShape(label);
     return shape.IsNull() ? shape : shape.Located(TopLoc_Location());
+}
+
+uint64_t revisionOf(const TopoDS_Shape& body)
+{
+    return reinterpret_cast<uintptr_t>(body.TShape().get());
 }
 
 ShapeColours bodyColours(const TDF_Label& label)

@@ -45,6 +45,8 @@ const Standard_GUID& namedByUser();
 /// The shape of one body, without a location of its own, and its colours.
 TopoDS_Shape bodyShape(const TDF_Label& label);
 ShapeColours bodyColours(const TDF_Label& label);
+/// PartTree::Body::revision.
+uint64_t revisionOf(const TopoDS_Shape& body);
 
 std::string entryOf(const TDF_Label& label);
 TDF_Label labelOf(const Handle(TDocStd_Document) & document, const std::string& entry);

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "Server/Body/BodyMesh.h"
+#include "Server/DataModel/Selection/ObjectPath.h"
 #include "Server/Geometry/GkMatrix3d.h"
 
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <variant>
 #include <vector>
@@ -9,7 +13,8 @@
 namespace Vs {
 
 // The changes of an exact model that ModelKernel::edit makes. Components are named by Component::id. A
-// component that stands in an assembly which occurs several times is changed in all of these.
+// component that stands in an assembly which occurs several times is changed in all of these, and a body in
+// all of its occurrences.
 
 /// Moves components. What is inside another one of them moves with that alone.
 struct MoveEdit
@@ -26,6 +31,76 @@ struct CopyEdit
     std::vector<GkMatrix3d> motions; ///< From the component to each copy; otherwise as MoveEdit's.
 };
 
-using ModelEdit = std::variant<MoveEdit, CopyEdit>;
+/// Puts the mirror image of each component beside it, as a part of its own. Parts that occur several times
+/// have one image.
+struct MirrorEdit
+{
+    std::vector<std::string> components;
+    GkPoint3d point; ///< On the mirror.
+    GkVector3d normal;
+    bool keep = true; ///< The components that are mirrored; else their images take their places.
+};
+
+/// Joins bodies to another one, takes them away from it, or leaves of it what it has in common with them all.
+struct CombineEdit
+{
+    enum class Kind { Join, Subtract, Intersect };
+    Kind kind = Kind::Join;
+    std::string target;             ///< Keeps its id, name and colour.
+    std::vector<std::string> tools; ///< Assemblies count with all that is in them.
+    bool keepTools = false;         ///< Else they are removed.
+};
+
+/// Rounds edges, or cuts them off at an angle of 45 degrees to flat faces.
+struct BlendEdit
+{
+    enum class Kind { Fillet, Chamfer };
+    Kind kind = Kind::Fillet;
+    std::vector<ObjectPath> edges;
+    double size = 0; ///< In mm: the radius, or the distance from the edge.
+};
+
+/// Gives components, bodies and faces a colour of their own, or takes it from them.
+struct ColourEdit
+{
+    std::vector<ObjectPath> objects;
+    std::optional<Colour> colour;
+};
+
+using ModelEdit = std::variant<MoveEdit, CopyEdit, MirrorEdit, CombineEdit, BlendEdit, ColourEdit>;
+
+/// Why a change can't be made.
+enum class EditFault {
+    NoBody,      ///< The component is an assembly, where a body is needed.
+    NoSolid,     ///< The body doesn't enclose a space.
+    Triangles,   ///< The body is made of triangles alone.
+    OwnTool,     ///< A body was to be combined with itself.
+    NothingLeft, ///< The tools take all of it away.
+    Apart,       ///< The bodies have nothing in common.
+    NoSuchPart,  ///< The body has no such face or edge.
+    FreeEdge,    ///< The edge doesn't lie between two faces.
+    TooLarge,    ///< There is no room for so large a radius or distance.
+    Invalid,     ///< What the kernel made is no sound body.
+    Refused,     ///< The kernel gave up.
+    Crashed,     ///< The kernel broke down.
+    TooLong,     ///< The kernel didn't come to an end.
+};
+
+/// Thrown by ModelKernel::edit.
+class EditError : public std::runtime_error
+{
+public:
+    /// `subject` is the name of the component that it is about.
+    EditError(EditFault fault, std::wstring subject)
+        : std::runtime_error("the change can't be made"), m_fault(fault), m_subject(std::move(subject))
+    {
+    }
+    EditFault fault() const { return m_fault; }
+    const std::wstring& subject() const { return m_subject; }
+
+private:
+    EditFault m_fault;
+    std::wstring m_subject;
+};
 
 } // namespace Vs

@@ -32,6 +32,8 @@ public:
     virtual void write(std::ostream& stream) = 0;
 
     virtual PartTree tree() = 0;
+    /// PartTree::Body::revision of a body.
+    virtual uint64_t revision(const std::string& entry) = 0;
     /// The mesh of a body, made if it isn't there yet.
     virtual std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                                  const TranslatorRefinement& refinement) = 0;

@@ -1,0 +1,91 @@
+#include "Server/DataModel/Kernel/CrashGuard.h"
+#include "Server/DataModel/Kernel/SolidTools.h"
+
+#include <BRepCheck_Analyzer.hxx>
+#include <BRepFilletAPI_MakeChamfer.hxx>
+#include <BRepFilletAPI_MakeFillet.hxx>
+#include <Standard_Failure.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
+
+#include <cmath>
+#include <memory>
+
+namespace Vs::Kernel {
+
+namespace {
+
+std::shared_ptr<BRepFilletAPI_LocalOperation> makeOperation(BlendEdit::Kind kind, const TopoDS_Shape& body,
+                                                            const std::vector<TopoDS_Shape>& edges,
+                                                            double size)
+{
+    if (kind == BlendEdit::Kind::Fillet) {
+        auto fillet = std::make_shared<BRepFilletAPI_MakeFillet>(body);
+        for (const TopoDS_Shape& edge : edges)
+            fillet->Add(size, TopoDS::Edge(edge));
+        return fillet;
+    }
+    auto chamfer = std::make_shared<BRepFilletAPI_MakeChamfer>(body);
+    for (const TopoDS_Shape& edge : edges)
+        chamfer->Add(size, TopoDS::Edge(edge));
+    return chamfer;
+}
+
+int solidCount(const TopoDS_Shape& shape)
+{
+    int count = 0;
+    for (TopExp_Explorer solids(shape, TopAbs_SOLID); solids.More(); solids.Next())
+        ++count;
+    return count;
+}
+
+/// Neither turned inside out nor fallen to pieces.
+bool isSound(const TopoDS_Shape& result, const TopoDS_Shape& before)
+{
+    if (result.IsNull() || solidCount(result) != solidCount(before))
+        return false;
+    const double volume = roughVolume(result), old = roughVolume(before);
+    return BRepCheck_Analyzer(result).IsValid() && volume >= 0 && volume < 2 * std::abs(old) + 1e-9;
+}
+
+Successors successorsIn(const std::shared_ptr<BRepFilletAPI_LocalOperation>& operation)
+{
+    return [operation](const TopoDS_Shape& part) {
+        std::vector<TopoDS_Shape> found;
+        if (operation->IsDeleted(part))
+            return found;
+        for (const TopoDS_Shape& each : operation->Modified(part))
+            found.push_back(each);
+        return found.empty() ? std::vector{part} : found;
+    };
+}
+
+} // namespace
+
+MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vector<TopoDS_Shape>& edges,
+                  double size, const std::wstring& name)
+{
+    std::shared_ptr<BRepFilletAPI_LocalOperation> operation;
+    TopoDS_Shape result;
+    bool sound = false;
+    const bool alive = survives([&] {
+        try {
+            operation = makeOperation(kind, body, edges, size);
+            operation->Build();
+            if (!operation->IsDone())
+                return;
+            // The kernel wraps a single solid up.
+            result = body.ShapeType() == TopAbs_SOLID ? solidsOf(operation->Shape()) : operation->Shape();
+            sound = isSound(result, body);
+        } catch (const Standard_Failure&) {
+            // It throws, as a rule, where there is no room.
+        }
+    });
+    if (!alive)
+        throw EditError(EditFault::Crashed, name);
+    if (!sound)
+        throw EditError(EditFault::TooLarge, name);
+    return {result, successorsIn(operation)};
+}
+
+} // namespace Vs::Kernel

@@ -1,0 +1,202 @@
+#include "Server/DataModel/Kernel/CrashGuard.h"
+#include "Server/DataModel/Kernel/SolidTools.h"
+
+#include <BRepAlgoAPI_Common.hxx>
+#include <BRepAlgoAPI_Cut.hxx>
+#include <BRepAlgoAPI_Fuse.hxx>
+#include <BRepCheck_Analyzer.hxx>
+#include <BRepGProp.hxx>
+#include <BRep_Builder.hxx>
+#include <GProp_GProps.hxx>
+#include <Message_ProgressIndicator.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopTools_ListOfShape.hxx>
+#include <TopoDS_Compound.hxx>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <memory>
+
+namespace Vs::Kernel {
+
+namespace {
+
+using Kind = CombineEdit::Kind;
+
+/// Has the kernel stop where it doesn't come to an end.
+class Patience : public Message_ProgressIndicator
+{
+public:
+    bool isOver() const { return std::chrono::steady_clock::now() > m_end; }
+
+private:
+    Standard_Boolean UserBreak() override { return isOver(); }
+    void Show(const Message_ProgressScope&, const Standard_Boolean) override {}
+
+    std::chrono::steady_clock::time_point m_end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
+};
+
+std::shared_ptr<BRepAlgoAPI_BooleanOperation> makeOperation(Kind kind)
+{
+    switch (kind) {
+    case Kind::Join:
+        return std::make_shared<BRepAlgoAPI_Fuse>();
+    case Kind::Subtract:
+        return std::make_shared<BRepAlgoAPI_Cut>();
+    case Kind::Intersect:
+        break;
+    }
+    return std::make_shared<BRepAlgoAPI_Common>();
+}
+
+/// Whether a result of that volume can come of these, given that volumes are rough.
+bool isPossible(Kind kind, double volume, double target, const std::vector<double>& tools)
+{
+    double sum = target, largest = target, least = target;
+    for (const double tool : tools) {
+        sum += tool;
+        largest = std::max(largest, tool);
+        least = std::min(least, tool);
+    }
+    const double slack = 0.01 * sum;
+    switch (kind) {
+    case Kind::Join:
+        return volume > largest - slack && volume < sum + slack;
+    case Kind::Subtract:
+        return volume > 0 && volume < target + slack;
+    case Kind::Intersect:
+        break;
+    }
+    return volume > 0 && volume < least + slack;
+}
+
+int faceCount(const TopoDS_Shape& shape)
+{
+    int count = 0;
+    for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next())
+        ++count;
+    return count;
+}
+
+/// Whether nothing was taken away.
+bool isWhole(const TopoDS_Shape& shape, const TopoDS_Shape& before)
+{
+    const double volume = roughVolume(before);
+    return faceCount(shape) == faceCount(before) && std::abs(roughVolume(shape) - volume) < 1e-9 * volume;
+}
+
+class Combination
+{
+public:
+    Combination(Kind kind, const TopoDS_Shape& target, const std::vector<TopoDS_Shape>& tools)
+        : m_kind(kind), m_target(target), m_tools(tools)
+    {
+    }
+
+    /// Tries it at that tolerance on top of the shapes' own; false if there is no sound result.
+    bool run(double tolerance)
+    {
+        m_operation = makeOperation(m_kind);
+        TopTools_ListOfShape arguments, tools;
+        arguments.Append(m_target);
+        for (const TopoDS_Shape& tool : m_tools)
+            tools.Append(tool);
+        m_operation->SetArguments(arguments);
+        m_operation->SetTools(tools);
+        m_operation->SetFuzzyValue(tolerance);
+        m_operation->SetNonDestructive(true); // an undo brings the very same shapes back
+        m_operation->Build(m_patience->Start());
+        if (!m_operation->IsDone() || m_operation->HasErrors())
+            return false;
+        // Where bodies lay flush, their faces are one now.
+        if (m_kind == Kind::Join)
+            m_operation->SimplifyResult();
+        m_result = solidsOf(m_operation->Shape());
+        return m_result.IsNull() || isSound();
+    }
+
+    bool isOver() const { return m_patience->isOver(); }
+    const TopoDS_Shape& result() const { return m_result; }
+    Successors successors() const
+    {
+        return [operation = m_operation](const TopoDS_Shape& part) {
+            std::vector<TopoDS_Shape> found;
+            if (operation->IsDeleted(part))
+                return found;
+            for (const TopoDS_Shape& each : operation->Modified(part))
+                found.push_back(each);
+            return found.empty() ? std::vector{part} : found;
+        };
+    }
+
+private:
+    bool isSound() const
+    {
+        std::vector<double> volumes;
+        for (const TopoDS_Shape& tool : m_tools)
+            volumes.push_back(roughVolume(tool));
+        return BRepCheck_Analyzer(m_result).IsValid() &&
+               isPossible(m_kind, roughVolume(m_result), roughVolume(m_target), volumes);
+    }
+
+    Kind m_kind;
+    const TopoDS_Shape& m_target;
+    const std::vector<TopoDS_Shape>& m_tools;
+    Handle(Patience) m_patience = new Patience;
+    std::shared_ptr<BRepAlgoAPI_BooleanOperation> m_operation;
+    TopoDS_Shape m_result;
+};
+
+} // namespace
+
+double roughVolume(const TopoDS_Shape& shape)
+{
+    double volume = 0;
+    for (TopExp_Explorer solids(shape, TopAbs_SOLID); solids.More(); solids.Next()) {
+        GProp_GProps properties;
+        BRepGProp::VolumeProperties(solids.Current(), properties);
+        volume += properties.Mass();
+    }
+    return volume;
+}
+
+TopoDS_Shape solidsOf(const TopoDS_Shape& shape)
+{
+    TopoDS_Compound all;
+    BRep_Builder builder;
+    builder.MakeCompound(all);
+    TopoDS_Shape first;
+    int count = 0;
+    for (TopExp_Explorer solids(shape, TopAbs_SOLID); solids.More(); solids.Next(), ++count) {
+        builder.Add(all, solids.Current());
+        if (first.IsNull())
+            first = solids.Current();
+    }
+    return count > 1 ? all : first;
+}
+
+MadeShape combined(Kind kind, const TopoDS_Shape& target, const std::vector<TopoDS_Shape>& tools,
+                   const std::wstring& name)
+{
+    const auto combination = std::make_shared<Combination>(kind, target, tools);
+    bool sound = false;
+    const bool alive = survives([&] {
+        // Surfaces that should lie on each other, and don't quite, meet at a tolerance.
+        for (const double tolerance : {0.0, 1e-5, 1e-3})
+            if (!sound && !combination->isOver())
+                sound = combination->run(tolerance);
+    });
+    if (!alive)
+        throw EditError(EditFault::Crashed, name);
+    if (!sound)
+        throw EditError(combination->isOver() ? EditFault::TooLong : EditFault::Invalid, name);
+    const TopoDS_Shape& result = combination->result();
+    if (result.IsNull())
+        throw EditError(kind == Kind::Subtract ? EditFault::NothingLeft : EditFault::Apart, name);
+    if (kind == Kind::Subtract && isWhole(result, target))
+        throw EditError(EditFault::Apart, name);
+    return {result, combination->successors()};
+}
+
+} // namespace Vs::Kernel

@@ -1,0 +1,70 @@
+#include "Server/DataModel/Kernel/Edits.h"
+#include "Server/DataModel/Kernel/Occurrence.h"
+#include "Server/DataModel/Kernel/PartShape.h"
+#include "Server/DataModel/Kernel/SubShapes.h"
+#include "Server/DataModel/Kernel/XdeTree.h"
+
+#include <Quantity_ColorRGBA.hxx>
+
+#include <XCAFDoc_ColorTool.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+
+namespace Vs::Kernel {
+
+namespace {
+
+using Document = Handle(TDocStd_Document);
+
+void paint(const Document& document, const TDF_Label& label, const std::optional<Colour>& colour)
+{
+    const Handle(XCAFDoc_ColorTool) tool = XCAFDoc_DocumentTool::ColorTool(document->Main());
+    for (const XCAFDoc_ColorType type : {XCAFDoc_ColorSurf, XCAFDoc_ColorGen})
+        tool->UnSetColor(label, type);
+    if (colour)
+        tool->SetColor(label, Quantity_ColorRGBA(colour->r, colour->g, colour->b, colour->a),
+                       XCAFDoc_ColorSurf);
+}
+
+void paintFace(const Document& document, const TDF_Label& part, uint32_t index, const ColourEdit& edit)
+{
+    const Handle(XCAFDoc_ShapeTool) tool = XCAFDoc_DocumentTool::ShapeTool(document->Main());
+    const TopoDS_Shape body = bodyShape(part);
+    const TopoDS_Shape face = SubShapes(body).part(ObjectPath::Leaf::Face, index);
+    if (face.IsNull())
+        throw EditError(EditFault::NoSuchPart, nameOf(part));
+    if (face.IsSame(body)) {
+        paint(document, part, edit.colour);
+        return;
+    }
+    // The colours of faces are a part of the mesh, which is made anew for a shape that has changed.
+    replaceShape(document, part, renewed(body), [](const TopoDS_Shape& same) { return std::vector{same}; });
+    const TopoDS_Shape placed = face.Moved(XCAFDoc_ShapeTool::GetShape(part).Location());
+    TDF_Label label;
+    if (!tool->FindSubShape(part, placed, label))
+        tool->AddSubShape(part, placed, label);
+    if (label.IsNull())
+        throw EditError(EditFault::Refused, nameOf(part));
+    paint(document, label, edit.colour);
+}
+
+} // namespace
+
+std::vector<std::string> apply(const Document& document, const ColourEdit& edit)
+{
+    for (const ObjectPath& object : edit.objects) {
+        const Occurrence occurrence(document, object.component);
+        if (object.leaf == ObjectPath::Leaf::Component)
+            paint(document, occurrence.label(), edit.colour);
+        else if (object.leaf == ObjectPath::Leaf::Body)
+            paint(document, occurrence.shown(), edit.colour);
+        else if (object.leaf == ObjectPath::Leaf::Face)
+            paintFace(document, occurrence.shown(), object.index, edit);
+        else
+            throw EditError(EditFault::NoSuchPart, nameOf(occurrence.label()));
+    }
+    XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
+    return {};
+}
+
+} // namespace Vs::Kernel

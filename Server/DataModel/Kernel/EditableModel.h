@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Server/DataModel/Kernel/XdeModel.h"
+
+namespace Vs::Kernel {
+
+/// A model that can be edited. Workers, which only make and write models, are linked without it: it brings
+/// the kernel's libraries for booleans and blends.
+class EditableModel : public XdeModel
+{
+public:
+    using XdeModel::XdeModel;
+    std::vector<std::string> edit(const ModelEdit& edit) override;
+};
+
+} // namespace Vs::Kernel
