@@ -35,6 +35,8 @@ struct BodyMesh
     /// First point of each edge's polyline; one more entry ends the last. An edge that couldn't be drawn has
     /// no points.
     std::vector<uint32_t> edgeStarts;
+    /// x, y, z of each vertex of the exact shape, in its order. A body of triangles alone has none.
+    std::vector<float> vertexPoints;
     BBox bounds;
 };
 

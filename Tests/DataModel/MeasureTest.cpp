@@ -1,6 +1,8 @@
 // Solids whose measures are known in closed form, measured through the manager.
 
 #include "Server/Base/Strings.h"
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
@@ -222,5 +224,20 @@ TEST_F(MeasureTest, FiltersAcceptTheObjectsOfTheirType)
         ASSERT_EQ(filters.size(), 1u);
         for (const auto& [other, otherPath] : types)
             EXPECT_EQ(filters[0]->accepts(*object(otherPath)), type == other);
+    }
+}
+
+TEST_F(MeasureTest, MeshesHaveTheVerticesOfTheExactShapesInTheirOrder)
+{
+    for (const std::wstring name : {L"Turned", L"Post"}) {
+        const auto path = ObjectPath::find(*asset, name, status);
+        ASSERT_TRUE(path);
+        const std::vector<float> points = asset->findComponent(path->component)->body->mesh()->vertexPoints;
+        EXPECT_EQ(points.size(), 3 * (name == L"Post" ? 2u : 8u));
+        for (size_t i = 0; i < points.size() / 3; ++i) {
+            const GkPoint3d own(points[3 * i], points[3 * i + 1], points[3 * i + 2]);
+            const GkPoint3d exact = position(name + L"/Vertex" + std::to_wstring(i + 1));
+            EXPECT_TRUE((*path->placement(*asset) * own).isEqualTo(exact, {1e-5, 1e-6})) << i;
+        }
     }
 }

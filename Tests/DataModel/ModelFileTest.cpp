@@ -19,6 +19,7 @@ BodyMesh triangle()
     mesh.colours = {{0.25f, 0.5f, 0.75f, 1}};
     mesh.edgePoints = {0, 0, 0, 1, 0, 0};
     mesh.edgeStarts = {0, 2};
+    mesh.vertexPoints = {0, 0, 0, 1, 0, 0};
     mesh.bounds = BBox({0, 0, 0}, {1, 1, 0});
     return mesh;
 }
@@ -70,6 +71,7 @@ TEST(ModelFile, ReadsBackWhatWasWritten)
     EXPECT_EQ(mesh->faces.at(0).colour, 0);
     EXPECT_EQ(mesh->colours, triangle().colours);
     EXPECT_EQ(mesh->edgeStarts, triangle().edgeStarts);
+    EXPECT_EQ(mesh->vertexPoints, triangle().vertexPoints);
     EXPECT_EQ(mesh->bounds.high().y, 1);
     EXPECT_EQ(file->mesh(1), nullptr);
 }

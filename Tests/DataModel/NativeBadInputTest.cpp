@@ -2,6 +2,8 @@
 
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/NativeFile.h"
@@ -19,6 +21,16 @@ protected:
         EXPECT_EQ(open(path), nullptr) << cause;
         EXPECT_TRUE(oneMessage(path, cause));
         EXPECT_EQ(DocumentMgr::get()->documents(), 0u);
+    }
+    /// A package of the first layout with one asset.
+    void writeFirstLayout(const std::string& name, const std::string& guid, const std::string& model)
+    {
+        const std::string manifest =
+            "{\"format\": 1, \"software\": \"0.0.9\", \"documentType\": \"TestDocType\","
+            " \"document\": \"6ba7b810-9dad-11d1-80b4-00c04fd430c8\","
+            " \"models\": [{\"guid\": \"" +
+            guid + "\", \"name\": \"Old\", \"type\": \"TestAssetType\", \"file\": \"old.model\"}]}";
+        writePackage(scratch(name), {{"manifest.json", manifest}, {"old.model", model}});
     }
     /// The package of a sound file, model first and manifest last, with its manifest changed.
     std::vector<Entry> changed(const std::string& from, const std::string& to)
@@ -41,12 +53,7 @@ TEST_F(NativeBadInputTest, AFileOfTheFirstLayoutOpensAndIsSavedInTheCurrentOne)
 {
     const std::vector<Entry> current = readPackage(savedFile("current.tdsn"));
     const std::string guid = "0f5e2b34-8a6c-4d1e-9b7f-123456789abc";
-    const std::string manifest =
-        "{\"format\": 1, \"software\": \"0.0.9\", \"documentType\": \"TestDocType\","
-        " \"document\": \"6ba7b810-9dad-11d1-80b4-00c04fd430c8\","
-        " \"models\": [{\"guid\": \"" +
-        guid + "\", \"name\": \"Old\", \"type\": \"TestAssetType\", \"file\": \"old.model\"}]}";
-    writePackage(scratch("old.tdsn"), {{"manifest.json", manifest}, {"old.model", current[0].content}});
+    writeFirstLayout("old.tdsn", guid, current[0].content);
     const std::string expected = digestOf(*open(scratch("current.tdsn"))->activeAsset());
     DocumentMgr::get()->close(DocumentMgr::get()->document(0u));
 
@@ -66,6 +73,22 @@ TEST_F(NativeBadInputTest, AFileOfTheFirstLayoutOpensAndIsSavedInTheCurrentOne)
     EXPECT_EQ(handler.asked, (std::vector<std::string>{"migrated", "migrated"}));
     EXPECT_EQ(NativeFile::summary(document->path(), status)->formatVersion, 2);
     EXPECT_EQ(digestOf(*reopen(document)->activeAsset()), expected);
+}
+
+// Models of the first layout, such as this cylinder, have meshes without vertices.
+TEST_F(NativeBadInputTest, AModelOfTheFirstLayoutGetsItsVerticesFromTheExactShape)
+{
+    const std::string model = TestSupport::contentOf(QUILLET_TEST_FILES "/first-layout.model");
+    ASSERT_FALSE(model.empty());
+    writeFirstLayout("old.tdsn", "0f5e2b34-8a6c-4d1e-9b7f-123456789abc", model);
+    Document* document = open(scratch("old.tdsn"));
+    ASSERT_NE(document, nullptr) << message();
+    const auto mesh = document->activeAsset()->components()->children.at(0)->body->mesh();
+    EXPECT_EQ(mesh->edgeStarts.size(), 3u);
+    const float expected[] = {5, 0, 30, 5, 0, 0};
+    ASSERT_EQ(mesh->vertexPoints.size(), std::size(expected));
+    for (size_t i = 0; i < std::size(expected); ++i)
+        EXPECT_NEAR(mesh->vertexPoints[i], expected[i], 1e-6) << i;
 }
 
 TEST_F(NativeBadInputTest, AFileOfALaterProgramIsRefusedByItsVersion)

@@ -14,8 +14,10 @@
 #include <Poly_PolygonOnTriangulation.hxx>
 #include <Poly_Triangulation.hxx>
 #include <Standard_Failure.hxx>
+#include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopTools_DataMapOfShapeInteger.hxx>
+#include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Face.hxx>
 
@@ -246,6 +248,15 @@ void addEdges(BodyMesh& mesh, const TopoDS_Shape& shape)
     mesh.edgeStarts.push_back(static_cast<uint32_t>(mesh.edgePoints.size() / 3));
 }
 
+// In the order in which SubShapes counts them.
+void addVertices(BodyMesh& mesh, const TopoDS_Shape& shape)
+{
+    TopTools_IndexedMapOfShape vertices;
+    TopExp::MapShapes(shape, TopAbs_VERTEX, vertices);
+    for (int i = 1; i <= vertices.Extent(); ++i)
+        addVector(mesh.vertexPoints, BRep_Tool::Pnt(TopoDS::Vertex(vertices(i))).XYZ());
+}
+
 } // namespace
 
 void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
@@ -270,6 +281,7 @@ BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours)
     for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next())
         collector.add(TopoDS::Face(faces.Current()));
     addEdges(mesh, shape);
+    addVertices(mesh, shape);
     return mesh;
 }
 

@@ -12,7 +12,7 @@ std::shared_ptr<const BodyMesh> ModelBody::mesh() const
     if (!m_meshAsked) {
         m_meshAsked = true;
         try {
-            m_mesh = m_fileIndex >= 0 ? m_source->file->mesh(m_fileIndex) : meshFor({});
+            m_mesh = m_fileIndex >= 0 ? meshOfFile() : meshFor({});
         } catch (const std::runtime_error&) {
             // A shape that the kernel can't mesh is shown as nothing.
         }
@@ -20,6 +20,20 @@ std::shared_ptr<const BodyMesh> ModelBody::mesh() const
             m_mesh = std::make_shared<BodyMesh>();
     }
     return m_mesh;
+}
+
+// A file of the first layout knows no vertices; only the exact shape can tell their order.
+std::shared_ptr<const BodyMesh> ModelBody::meshOfFile() const
+{
+    std::shared_ptr<BodyMesh> mesh = m_source->file->mesh(m_fileIndex);
+    if (!mesh || m_source->file->hasVertexPoints())
+        return mesh;
+    try {
+        mesh->vertexPoints = meshFor({})->vertexPoints;
+    } catch (const std::runtime_error&) {
+        // Vertices can't be picked then.
+    }
+    return mesh;
 }
 
 bool ModelBody::update(const PartTree::Body& part)

@@ -41,6 +41,8 @@ public:
     std::shared_ptr<const BodyMesh> meshFor(const TranslatorRefinement& refinement) const;
 
 private:
+    std::shared_ptr<const BodyMesh> meshOfFile() const;
+
     std::shared_ptr<ModelSource> m_source;
     PartTree::Body m_part;
     int m_fileIndex;

@@ -14,7 +14,8 @@ namespace Vs {
 struct ModelFile::Header
 {
     static constexpr char kMagic[8] = {'Q', 'L', 'T', 'M', 'O', 'D', 'E', 'L'};
-    static constexpr uint32_t kVersion = 1;
+    /// The layout that is written; the first, without the vertices of exact shapes, is read as well.
+    static constexpr uint32_t kVersion = 2;
 
     char magic[8];
     uint32_t version;
@@ -226,8 +227,8 @@ uint64_t ModelFile::hash() const
 void ModelFile::readIndex()
 {
     const Header header = this->header();
-    if (std::memcmp(header.magic, Header::kMagic, sizeof header.magic) != 0 ||
-        header.version != Header::kVersion || header.headerSize != sizeof(Header))
+    if (std::memcmp(header.magic, Header::kMagic, sizeof header.magic) != 0 || header.version == 0 ||
+        header.version > Header::kVersion || header.headerSize != sizeof(Header))
         throw std::runtime_error("it isn't a model of this version");
     if (header.headerHash != XXH3_64bits(&header, offsetof(Header, headerHash)) ||
         header.fileSize != m_size || header.indexPlace < sizeof(Header) ||
@@ -257,7 +258,12 @@ void ModelFile::readIndex()
         m_warnings.push_back(reader.wideText());
 }
 
-std::shared_ptr<const BodyMesh> ModelFile::mesh(size_t body) const
+bool ModelFile::hasVertexPoints() const
+{
+    return header().version > 1;
+}
+
+std::shared_ptr<BodyMesh> ModelFile::mesh(size_t body) const
 {
     const auto [place, size] = m_meshes.at(body);
     if (size == 0)
@@ -274,6 +280,8 @@ std::shared_ptr<const BodyMesh> ModelFile::mesh(size_t body) const
     reader.run(mesh->colours);
     reader.run(mesh->edgePoints);
     reader.run(mesh->edgeStarts);
+    if (hasVertexPoints())
+        reader.run(mesh->vertexPoints);
     m_file->unneeded({m_data + place, size});
     return mesh;
 }
@@ -341,6 +349,7 @@ void ModelFileWriter::addMesh(const BodyMesh* mesh)
     run(mesh->colours);
     run(mesh->edgePoints);
     run(mesh->edgeStarts);
+    run(mesh->vertexPoints);
     m_meshes.emplace_back(place, m_position - place);
 }
 

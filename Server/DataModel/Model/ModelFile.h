@@ -40,7 +40,9 @@ public:
     uint64_t place() const { return m_data - m_file->bytes().data(); }
     uint64_t size() const { return m_size; }
     /// Copies the mesh of a body out of the file; null if it has none. Safe from any thread.
-    std::shared_ptr<const BodyMesh> mesh(size_t body) const;
+    std::shared_ptr<BodyMesh> mesh(size_t body) const;
+    /// Whether the meshes have the vertices of the exact shapes, which the first layout left out.
+    bool hasVertexPoints() const;
     /// The exact data, after checking their hash; throws std::runtime_error if they are damaged. Valid as
     /// long as this object lives.
     std::string_view kernelData() const;
