@@ -22,7 +22,8 @@ public:
     Option<bool> ambientOccludedEnabled{*this, "ambientOccludedEnabled", true}; ///< Darker corners.
     Option<bool> showLayoutGrid{*this, "showLayoutGrid", false};
     Option<bool> showGridRefNumbers{*this, "showGridRefNumbers", false};
-    Option<bool> selectClosestItemOnly{*this, "selectClosestItemOnly", false};
+    /// A pick in a view takes only what is seen there; else also what lies behind.
+    Option<bool> selectClosestItemOnly{*this, "selectClosestItemOnly", true};
     Option<int> NPREffect{*this, "NPREffect", 0};
     Option<int> selectionEffectOption{*this, "selectionEffectOption", 1};
     Option<int> visualStyle{*this, "visualStyle", 2};           ///< An EVisualStyle.

@@ -26,7 +26,7 @@ bool ViewFragmentTransformer::modelToScreen(const GkPoint3d& model, GkPoint3d& r
 
 bool ViewFragmentTransformer::cameraToScreen(const GkPoint3d& camera, GkPoint3d& result) const
 {
-    return take(m_projection.worldToScreen(m_projection.view().inverse() * camera), result);
+    return take(m_projection.cameraToScreen(camera), result);
 }
 
 bool ViewFragmentTransformer::screenToWorld(const GkPoint3d& screen, GkPoint3d& result) const
@@ -34,8 +34,9 @@ bool ViewFragmentTransformer::screenToWorld(const GkPoint3d& screen, GkPoint3d& 
     return take(m_projection.screenToWorld(screen), result);
 }
 
-StrongRef<SceneSelection> SceneSelection::find(GroupNode* viewNode, GroupNode* fragmentNode, double width,
-                                               double height, double x, double y, bool background)
+// Null without a camera.
+StrongRef<RawHitInfo> SceneSelection::makeHit(GroupNode* viewNode, GroupNode* fragmentNode, double width,
+                                              double height)
 {
     const ViewFragmentNodeData* data = viewFragmentNodeData(fragmentNode);
     const Camera* camera = data ? data->camera() : nullptr;
@@ -45,26 +46,58 @@ StrongRef<SceneSelection> SceneSelection::find(GroupNode* viewNode, GroupNode* f
     hit->m_viewNode = viewNode;
     hit->m_fragmentNode = fragmentNode;
     hit->m_transformer = makeStrong<ViewFragmentTransformer>(*camera, width, height);
-    const Projection& projection = hit->m_transformer->projection();
-    const double up = projection.height() - y;
-    const double away = camera->distance();
-    // A parallel view has no position that bodies would have to stand before.
-    const double back = projection.perspective() ? 0 : away + fragmentNode->boundingBox().diagonal();
-    const GkVector3d along = projection.rayDirection(x, up);
-    const GkPoint3d start = projection.rayStart(x, up) - along * back;
+    return hit;
+}
 
+StrongRef<SceneSelection> SceneSelection::of(const PickedPoint& picked, StrongRef<RawHitInfo> hit)
+{
+    hit->m_rayPoint = hit->m_hitPoint = picked.localPoint;
+    hit->m_normal = picked.localNormal;
+    hit->m_localToWorld = picked.localToWorld;
     StrongRef<SceneSelection> selection(new SceneSelection);
-    if (const auto picked = pick(*fragmentNode, start, along)) {
-        selection->m_path = picked->path;
-        hit->m_rayPoint = hit->m_hitPoint = picked->localPoint;
-        hit->m_normal = picked->localNormal;
-        hit->m_localToWorld = picked->localToWorld;
-    } else if (!background || !data->supportSelectBackground() ||
-               !hit->m_transformer->screenToWorld({x, up, away}, hit->m_rayPoint)) {
-        return nullptr;
-    }
+    selection->m_path = picked.path;
+    selection->m_part = picked.part;
     selection->m_hit = std::move(hit);
     return selection;
+}
+
+StrongRef<SceneSelection> SceneSelection::find(GroupNode* viewNode, GroupNode* fragmentNode, double width,
+                                               double height, double x, double y, bool background)
+{
+    StrongRef<RawHitInfo> hit = makeHit(viewNode, fragmentNode, width, height);
+    if (!hit)
+        return nullptr;
+    const Projection& projection = hit->m_transformer->projection();
+    if (const auto picked = pickAt(*fragmentNode, projection, x, projection.height() - y, {});
+        !picked.empty())
+        return of(picked.front(), std::move(hit));
+    const ViewFragmentNodeData* data = viewFragmentNodeData(fragmentNode);
+    const GkPoint3d place(x, projection.height() - y, data->camera()->distance());
+    if (!background || !data->supportSelectBackground() ||
+        !hit->m_transformer->screenToWorld(place, hit->m_rayPoint))
+        return nullptr;
+    StrongRef<SceneSelection> selection(new SceneSelection);
+    selection->m_hit = std::move(hit);
+    return selection;
+}
+
+std::vector<StrongRef<SceneSelection>> SceneSelection::findAll(GroupNode* viewNode, GroupNode* fragmentNode,
+                                                               double width, double height, double x,
+                                                               double y, const PickWish& wish)
+{
+    std::vector<StrongRef<SceneSelection>> found;
+    const StrongRef<RawHitInfo> seen = makeHit(viewNode, fragmentNode, width, height);
+    if (!seen)
+        return found;
+    const Projection& projection = seen->m_transformer->projection();
+    for (const PickedPoint& picked : pickAt(*fragmentNode, projection, x, projection.height() - y, wish)) {
+        auto hit = makeStrong<RawHitInfo>();
+        hit->m_viewNode = seen->m_viewNode;
+        hit->m_fragmentNode = seen->m_fragmentNode;
+        hit->m_transformer = seen->m_transformer;
+        found.push_back(of(picked, std::move(hit)));
+    }
+    return found;
 }
 
 bool SceneSelection::isEqualTo(const Selection& other) const

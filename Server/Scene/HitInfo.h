@@ -40,7 +40,7 @@ public:
     /// where the ray passes the plane of the target.
     const GkPoint3d& localRayPoint() const { return m_rayPoint; }
     const GkPoint3d& localHitPoint() const { return m_hitPoint; }
-    /// Length one, towards the viewer; zero on the background.
+    /// Length one, towards the viewer; zero on the background, on an edge and at a vertex.
     const GkVector3d& localNormal() const { return m_normal; }
     const GkMatrix3d& localToWorldTransform() const { return m_localToWorld; }
     const ViewFragmentTransformer& viewFragmentTransformer() const { return *m_transformer; }
@@ -64,17 +64,31 @@ public:
                                           Rendra::Graphics::GroupNode* fragmentNode, double width,
                                           double height, double x, double y, bool background);
 
+    /// All that the wish asks for at that place, as pickAt orders it, and no background.
+    static std::vector<StrongRef<SceneSelection>> findAll(Rendra::Graphics::GroupNode* viewNode,
+                                                          Rendra::Graphics::GroupNode* fragmentNode,
+                                                          double width, double height, double x, double y,
+                                                          const PickWish& wish);
+
     /// The nodes from below the fragment down to the body; empty for the background.
     const std::vector<StrongRef<Rendra::Graphics::Node>>& scenePath() const { return m_path; }
     const RawHitInfo* hitInfo() const { return m_hit.get(); }
+    /// The face, edge or vertex of that body; nothing on the background.
+    const std::optional<PickedPart>& part() const { return m_part; }
 
     /// Equal if they end at the same node.
     bool isEqualTo(const Selection& other) const override;
 
 private:
     SceneSelection() = default;
+    static StrongRef<RawHitInfo> makeHit(Rendra::Graphics::GroupNode* viewNode,
+                                         Rendra::Graphics::GroupNode* fragmentNode, double width,
+                                         double height);
+    static StrongRef<SceneSelection> of(const PickedPoint& picked, StrongRef<RawHitInfo> hit);
+
     std::vector<StrongRef<Rendra::Graphics::Node>> m_path;
     StrongRef<RawHitInfo> m_hit;
+    std::optional<PickedPart> m_part;
 };
 
 } // namespace Vs::Scene

@@ -1,32 +1,26 @@
 #include "Server/Scene/MeshTree.h"
 
+#include "Server/Scene/Probe.h"
+
 #include <algorithm>
-#include <bit>
 #include <chrono>
-#include <cmath>
 #include <future>
-#include <limits>
 #include <unordered_map>
 
 namespace Vs::Scene {
 
 namespace {
 
-constexpr size_t kTrianglesOfLeaf = 8;
-/// Meshes of fewer triangles are asked one by one as quickly as their tree could be.
-constexpr size_t kFewTriangles = 64;
-/// Trees of no more triangles are made at once; that takes some milliseconds.
+/// Meshes of fewer triangles, pieces of edges and vertices are asked as quickly as their tree could be.
+constexpr size_t kSmall = 96;
+/// Trees of no more are made at once; that takes some milliseconds.
 constexpr size_t kMadeAtOnce = 30000;
 /// After so many new trees it is looked which ones are of meshes that are gone.
 constexpr size_t kCollectAfter = 256;
 
-/// The lowest ten bits with two zeros between each.
-uint32_t spread(uint32_t bits)
+size_t sizeOf(const BodyMesh& mesh)
 {
-    bits = (bits | bits << 16) & 0x030000FF;
-    bits = (bits | bits << 8) & 0x0300F00F;
-    bits = (bits | bits << 4) & 0x030C30C3;
-    return (bits | bits << 2) & 0x09249249;
+    return (mesh.triangles.size() + mesh.edgePoints.size() + mesh.vertexPoints.size()) / 3;
 }
 
 struct Entry
@@ -62,117 +56,86 @@ double meetTriangle(const BodyMesh& mesh, uint32_t triangle, const GkPoint3d& st
     return ac.dotProduct(turned) / det;
 }
 
-// Triangles are sorted along a curve that fills the space (Morton, 1966); the tree above has one shape for
-// each count and needs no links.
-MeshTree::MeshTree(const BodyMesh& mesh)
-{
-    const size_t count = mesh.triangles.size() / 3;
-    const double low[3] = {mesh.bounds.low().x, mesh.bounds.low().y, mesh.bounds.low().z};
-    const GkVector3d size = mesh.bounds.high() - mesh.bounds.low();
-    const double scale[3] = {1023 / std::max(size.x, 1e-300), 1023 / std::max(size.y, 1e-300),
-                             1023 / std::max(size.z, 1e-300)};
-    std::vector<uint64_t> keys(count);
-    for (size_t i = 0; i < count; ++i) {
-        uint32_t key = 0;
-        for (size_t axis = 0; axis < 3; ++axis) {
-            double sum = 0;
-            for (size_t corner = 0; corner < 3; ++corner)
-                sum += mesh.positions[size_t(mesh.triangles[3 * i + corner]) * 3 + axis];
-            const double at = (sum / 3 - low[axis]) * scale[axis];
-            key |= spread(uint32_t(std::clamp(at, 0.0, 1023.0))) << axis;
-        }
-        keys[i] = uint64_t(key) << 32 | i;
-    }
-    std::sort(keys.begin(), keys.end());
-    m_order.resize(count);
-    for (size_t i = 0; i < count; ++i)
-        m_order[i] = uint32_t(keys[i]);
+namespace {
 
-    m_leaves = std::bit_ceil(std::max<size_t>(1, (count + kTrianglesOfLeaf - 1) / kTrianglesOfLeaf));
-    constexpr float kMost = std::numeric_limits<float>::max();
-    m_boxes.assign(2 * m_leaves - 1, {{kMost, kMost, kMost}, {-kMost, -kMost, -kMost}});
-    for (size_t i = 0; i < count; ++i) {
-        Box& box = m_boxes[m_leaves - 1 + i / kTrianglesOfLeaf];
-        for (size_t corner = 0; corner < 3; ++corner) {
-            const float* p = &mesh.positions[size_t(mesh.triangles[size_t(m_order[i]) * 3 + corner]) * 3];
-            for (int axis = 0; axis < 3; ++axis) {
-                box.low[axis] = std::min(box.low[axis], p[axis]);
-                box.high[axis] = std::max(box.high[axis], p[axis]);
-            }
+using Box = BoxTree::Box;
+
+std::vector<Box> triangleBoxes(const BodyMesh& mesh)
+{
+    std::vector<Box> boxes(mesh.triangles.size() / 3, Box::nothing());
+    for (size_t i = 0; i < boxes.size(); ++i)
+        for (size_t corner = 0; corner < 3; ++corner)
+            boxes[i].add(&mesh.positions[size_t(mesh.triangles[3 * i + corner]) * 3]);
+    return boxes;
+}
+
+std::vector<Box> segmentBoxes(const BodyMesh& mesh)
+{
+    std::vector<Box> boxes(mesh.edgePoints.size() / 3, Box::nothing());
+    for (size_t edge = 0; edge + 1 < mesh.edgeStarts.size(); ++edge)
+        for (size_t point = mesh.edgeStarts[edge]; point + 1 < mesh.edgeStarts[edge + 1]; ++point) {
+            boxes[point].add(&mesh.edgePoints[3 * point]);
+            boxes[point].add(&mesh.edgePoints[3 * point + 3]);
         }
-    }
-    for (size_t i = m_leaves - 1; i-- > 0;)
-        for (int axis = 0; axis < 3; ++axis) {
-            const Box &left = m_boxes[2 * i + 1], &right = m_boxes[2 * i + 2];
-            m_boxes[i].low[axis] = std::min(left.low[axis], right.low[axis]);
-            m_boxes[i].high[axis] = std::max(left.high[axis], right.high[axis]);
-        }
+    return boxes;
+}
+
+std::vector<Box> vertexBoxes(const BodyMesh& mesh)
+{
+    std::vector<Box> boxes(mesh.vertexPoints.size() / 3, Box::nothing());
+    for (size_t i = 0; i < boxes.size(); ++i)
+        boxes[i].add(&mesh.vertexPoints[3 * i]);
+    return boxes;
+}
+
+} // namespace
+
+MeshTree::MeshTree(const BodyMesh& mesh)
+    : m_triangles(triangleBoxes(mesh)), m_segments(segmentBoxes(mesh)), m_vertices(vertexBoxes(mesh))
+{
 }
 
 bool MeshTree::meet(const BodyMesh& mesh, const GkPoint3d& start, const GkVector3d& direction, double limit,
                     Hit& hit) const
 {
-    const double from[3] = {start.x, start.y, start.z}, along[3] = {direction.x, direction.y, direction.z};
-    // Where the ray enters the box; infinity if it doesn't before the nearest hit so far.
-    const auto entry = [&](const Box& box) {
-        double first = 0, last = limit;
-        for (int axis = 0; axis < 3; ++axis) {
-            if (along[axis] == 0) {
-                if (from[axis] < box.low[axis] || from[axis] > box.high[axis])
-                    return std::numeric_limits<double>::infinity();
-                continue;
-            }
-            const double a = (box.low[axis] - from[axis]) / along[axis];
-            const double b = (box.high[axis] - from[axis]) / along[axis];
-            first = std::max(first, std::min(a, b));
-            last = std::min(last, std::max(a, b));
-        }
-        // A flat box has no depth, and rounding may turn what is left around.
-        return first <= last * (1 + 1e-12) + 1e-12 ? first : std::numeric_limits<double>::infinity();
-    };
-    struct Open
-    {
-        size_t node;
-        double entry;
-    };
-    Open open[80];
-    size_t count = 0;
+    const Probe ray{start, direction};
     bool found = false;
-    if (const double at = entry(m_boxes[0]); std::isfinite(at))
-        open[count++] = {0, at};
-    while (count > 0) {
-        const Open top = open[--count];
-        if (top.entry > limit)
-            continue;
-        if (top.node + 1 >= m_leaves) {
-            const size_t first = (top.node + 1 - m_leaves) * kTrianglesOfLeaf;
-            const size_t end = std::min(first + kTrianglesOfLeaf, m_order.size());
-            for (size_t i = first; i < end; ++i) {
-                const double at = meetTriangle(mesh, m_order[i], start, direction);
-                if (at < 0 || at >= limit)
-                    continue;
-                limit = at;
-                hit = {at, m_order[i]};
-                found = true;
-            }
-            continue;
-        }
-        Open near{2 * top.node + 1, entry(m_boxes[2 * top.node + 1])};
-        Open far{2 * top.node + 2, entry(m_boxes[2 * top.node + 2])};
-        if (far.entry < near.entry)
-            std::swap(near, far);
-        if (std::isfinite(far.entry))
-            open[count++] = far;
-        if (std::isfinite(near.entry))
-            open[count++] = near;
-    }
+    m_triangles.search(
+        limit, [&](const Box& box) { return ray.enter(box); },
+        [&](uint32_t triangle) {
+            const double at = meetTriangle(mesh, triangle, start, direction);
+            if (at < 0 || at >= limit)
+                return;
+            limit = at;
+            hit = {at, triangle};
+            found = true;
+        });
     return found;
+}
+
+int64_t edgeOfSegment(const BodyMesh& mesh, uint32_t point)
+{
+    const auto next = std::upper_bound(mesh.edgeStarts.begin(), mesh.edgeStarts.end(), point);
+    const bool within = next != mesh.edgeStarts.begin() && next != mesh.edgeStarts.end() && point + 1 < *next;
+    return within ? next - mesh.edgeStarts.begin() - 1 : -1;
+}
+
+uint32_t faceOfTriangle(const BodyMesh& mesh, uint32_t triangle)
+{
+    const auto next =
+        std::upper_bound(mesh.faces.begin(), mesh.faces.end(), triangle,
+                         [](uint32_t t, const BodyMesh::Face& face) { return t < face.firstTriangle; });
+    return next == mesh.faces.begin() ? 0 : uint32_t(next - mesh.faces.begin() - 1);
+}
+
+bool MeshTree::isSmall(const BodyMesh& mesh)
+{
+    return sizeOf(mesh) < kSmall;
 }
 
 const MeshTree* MeshTree::of(const std::shared_ptr<const BodyMesh>& mesh)
 {
-    const size_t triangles = mesh->triangles.size() / 3;
-    if (triangles < kFewTriangles)
+    if (isSmall(*mesh))
         return nullptr;
     static std::unordered_map<const BodyMesh*, Entry> entries;
     static size_t added = 0;
@@ -181,7 +144,7 @@ const MeshTree* MeshTree::of(const std::shared_ptr<const BodyMesh>& mesh)
     if (entry.source.expired()) { // new, or another mesh stood there before
         entry = Entry();
         entry.source = mesh;
-        if (triangles <= kMadeAtOnce)
+        if (sizeOf(*mesh) <= kMadeAtOnce)
             entry.tree = std::make_unique<const MeshTree>(*mesh);
         else
             entry.coming =

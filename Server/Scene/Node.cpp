@@ -20,12 +20,20 @@ uint64_t nextId()
 
 } // namespace
 
-Node::Node() : m_id(nextId()), m_revision(nextRevision()), m_subtreeRevision(m_revision) {}
+Node::Node()
+    : m_id(nextId()), m_revision(nextRevision()), m_subtreeRevision(m_revision), m_placesRevision(m_revision)
+{
+}
 
 void Node::touch()
 {
-    m_revision = nextRevision();
-    m_subtreeRevision = m_revision;
+    m_placesRevision = m_subtreeRevision = m_revision = nextRevision();
+    touchParents();
+}
+
+void Node::touchLook()
+{
+    m_subtreeRevision = m_revision = nextRevision();
     touchParents();
 }
 
@@ -33,15 +41,17 @@ void Node::touchParents()
 {
     for (GroupNode* parent : m_parents) {
         parent->m_subtreeRevision = m_subtreeRevision;
+        if (m_placesRevision == m_subtreeRevision)
+            parent->m_placesRevision = m_placesRevision;
         parent->touchParents();
     }
 }
 
 const BBox& Node::boundingBox() const
 {
-    if (m_boundsRevision != m_subtreeRevision) {
+    if (m_boundsRevision != m_placesRevision) {
         m_bounds = m_visible ? ownBounds().transformed(m_transform) : BBox();
-        m_boundsRevision = m_subtreeRevision;
+        m_boundsRevision = m_placesRevision;
     }
     return m_bounds;
 }
@@ -61,7 +71,7 @@ GroupNode::~GroupNode()
 
 void GroupNode::touchChildren()
 {
-    m_childrenRevision = m_subtreeRevision = nextRevision();
+    m_childrenRevision = m_placesRevision = m_subtreeRevision = nextRevision();
     touchParents();
 }
 

@@ -27,6 +27,18 @@ class NodeData : public Vs::Implements<NodeData>
 {
 };
 
+/// What a body consists of, as its mesh counts it.
+enum class Part : uint8_t { Face, Edge, Vertex };
+
+/// A part of a body that stands out by itself.
+struct LitPart
+{
+    Part part;
+    uint32_t index; ///< In BodyMesh::faces, edgeStarts or vertexPoints.
+    Highlight highlight;
+    friend bool operator==(const LitPart&, const LitPart&) = default;
+};
+
 /// A node of the scene. A node may hang under several groups (one model in two views); it is shared by
 /// StrongRefs and is changed by a NodeChange only. Main thread only.
 class Node : public Vs::Implements<Node, Vs::SharedObject>
@@ -55,6 +67,8 @@ public:
     uint64_t revision() const { return m_revision; }
     /// The number of the last change of this node or of any below.
     uint64_t subtreeRevision() const { return m_subtreeRevision; }
+    /// The number of the last change here or below of what is where: not of colours and highlights.
+    uint64_t placesRevision() const { return m_placesRevision; }
 
 protected:
     Node();
@@ -65,11 +79,14 @@ private:
     friend class GroupNode;
     friend class Vs::Scene::NodeChange;
     void touch();
+    /// Only the looks have changed.
+    void touchLook();
     void touchParents();
 
     uint64_t m_id;
     uint64_t m_revision;
     uint64_t m_subtreeRevision;
+    uint64_t m_placesRevision;
     mutable uint64_t m_boundsRevision = 0;
     mutable BBox m_bounds;
     GkMatrix3d m_transform;
@@ -119,6 +136,8 @@ public:
     const std::shared_ptr<const Vs::BodyMesh>& mesh() const { return m_mesh; }
     /// Where neither a face nor a node above has a colour of its own.
     const Vs::Colour& bodyColour() const { return m_bodyColour; }
+    /// In no particular order.
+    const std::vector<LitPart>& litParts() const { return m_litParts; }
 
 protected:
     BodyNode() = default;
@@ -128,6 +147,7 @@ private:
     friend class Vs::Scene::NodeChange;
     std::shared_ptr<const Vs::BodyMesh> m_mesh;
     Vs::Colour m_bodyColour;
+    std::vector<LitPart> m_litParts;
 };
 
 } // namespace Rendra::Graphics

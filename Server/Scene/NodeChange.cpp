@@ -91,7 +91,7 @@ NodeChange& NodeChange::colour(const std::optional<Colour>& colour)
 {
     if (m_node->m_colour != colour) {
         m_node->m_colour = colour;
-        m_node->touch();
+        m_node->touchLook();
     }
     return *this;
 }
@@ -100,7 +100,7 @@ NodeChange& NodeChange::highlight(Rendra::Graphics::Highlight highlight)
 {
     if (m_node->m_highlight != highlight) {
         m_node->m_highlight = highlight;
-        m_node->touch();
+        m_node->touchLook();
     }
     return *this;
 }
@@ -120,7 +120,17 @@ NodeChange& NodeChange::bodyColour(const Colour& colour)
     auto* body = cast<BodyNode>(m_node);
     if (body && body->m_bodyColour != colour) {
         body->m_bodyColour = colour;
-        body->touch();
+        body->touchLook();
+    }
+    return *this;
+}
+
+NodeChange& NodeChange::litParts(std::vector<Rendra::Graphics::LitPart> parts)
+{
+    auto* body = cast<BodyNode>(m_node);
+    if (body && body->m_litParts != parts) {
+        body->m_litParts = std::move(parts);
+        body->touchLook();
     }
     return *this;
 }

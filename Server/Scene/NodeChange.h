@@ -36,6 +36,7 @@ public:
     /// Of a BodyNode; does nothing to others.
     NodeChange& mesh(std::shared_ptr<const BodyMesh> mesh);
     NodeChange& bodyColour(const Colour& colour);
+    NodeChange& litParts(std::vector<Rendra::Graphics::LitPart> parts);
 
     /// Of a GeometryNode; do nothing to others.
     NodeChange& polyline(std::vector<GkPoint3d> points);

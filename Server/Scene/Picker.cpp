@@ -1,138 +1,128 @@
 #include "Server/Scene/Picker.h"
 
 #include "Server/Scene/MeshTree.h"
+#include "Server/Scene/PickSearch.h"
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <utility>
 
 namespace Vs::Scene {
 
 using Rendra::Graphics::BodyNode;
-using Rendra::Graphics::GroupNode;
 using Rendra::Graphics::Node;
+using Rendra::Graphics::Part;
 
 namespace {
 
-/// In the coordinates of the group that the searched node hangs under. The direction keeps its length through
-/// all transformations, so that places along the ray can be compared wherever they were found.
-struct Ray
+bool isRay(const GkPoint3d& start, const GkVector3d& direction)
 {
-    GkPoint3d start;
-    GkVector3d direction;
-
-    Ray transformed(const GkMatrix3d& matrix) const { return {matrix * start, matrix * direction}; }
-};
-
-bool isFinite(const GkVector3d& v)
-{
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+    const auto finite = [](double x, double y, double z) {
+        return std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
+    };
+    return finite(start.x, start.y, start.z) && finite(direction.x, direction.y, direction.z) &&
+           direction.lengthSqrd() > 0;
 }
 
-/// Whether the ray meets the box before `limit`.
-bool meets(const Ray& ray, const BBox& box, double limit)
+/// Calls `take(triangle, along)` for the triangles that the ray meets before `limit`.
+template <class Take>
+void meetTriangles(const BodyNode& body, const Probe& ray, const double& limit, Take&& take)
 {
-    double from = 0, to = limit;
-    const double start[3] = {ray.start.x, ray.start.y, ray.start.z};
-    const double direction[3] = {ray.direction.x, ray.direction.y, ray.direction.z};
-    const double low[3] = {box.low().x, box.low().y, box.low().z};
-    const double high[3] = {box.high().x, box.high().y, box.high().z};
-    for (int i = 0; i < 3; ++i) {
-        if (direction[i] == 0) {
-            if (start[i] < low[i] || start[i] > high[i])
-                return false;
-            continue;
-        }
-        const double a = (low[i] - start[i]) / direction[i], b = (high[i] - start[i]) / direction[i];
-        from = std::max(from, std::min(a, b));
-        to = std::min(to, std::max(a, b));
-    }
-    // A flat box has no depth, and rounding may turn what is left around.
-    return from <= to * (1 + 1e-12) + 1e-12;
+    const BodyMesh& mesh = *body.mesh();
+    const auto ask = [&](uint32_t triangle) {
+        const double along = meetTriangle(mesh, triangle, ray.start, ray.direction);
+        if (along >= 0 && along < limit)
+            take(triangle, along);
+    };
+    if (const MeshTree* tree = MeshTree::of(body.mesh()))
+        tree->triangles().search(
+            limit, [&](const BoxTree::Box& box) { return ray.enter(box); }, ask);
+    else
+        for (uint32_t i = 0; i < mesh.triangles.size() / 3; ++i)
+            ask(i);
 }
-
-class Search
-{
-public:
-    explicit Search(const Ray& ray) : m_ray(ray) {}
-
-    void visit(const Node& node, const Ray& above)
-    {
-        if (!node.visible() || node.boundingBox().isEmpty() || !meets(above, node.boundingBox(), m_limit))
-            return;
-        const Ray ray = above.transformed(node.transform().inverse());
-        m_path.push_back(&node);
-        if (const auto* group = cast<GroupNode>(&node)) {
-            for (const auto& child : group->children())
-                visit(*child, ray);
-        } else if (const auto* body = cast<BodyNode>(&node)) {
-            visitMesh(body->mesh(), ray);
-        }
-        m_path.pop_back();
-    }
-
-    std::optional<PickedPoint> result() const
-    {
-        if (m_found.empty())
-            return std::nullopt;
-        PickedPoint picked;
-        for (const Node* node : m_found) {
-            picked.localToWorld = picked.localToWorld * node->transform();
-            picked.path.emplace_back(const_cast<Node*>(node));
-        }
-        picked.path.erase(picked.path.begin());
-        const Ray local = m_ray.transformed(picked.localToWorld.inverse());
-        picked.along = m_limit;
-        picked.localPoint = local.start + local.direction * m_limit;
-        picked.localNormal = m_normal.normal();
-        if (picked.localNormal.dotProduct(local.direction) > 0)
-            picked.localNormal = -picked.localNormal;
-        return picked;
-    }
-
-private:
-    void visitMesh(const std::shared_ptr<const BodyMesh>& mesh, const Ray& ray)
-    {
-        MeshTree::Hit hit{};
-        bool nearer = false;
-        if (const MeshTree* tree = MeshTree::of(mesh)) {
-            nearer = tree->meet(*mesh, ray.start, ray.direction, m_limit, hit);
-        } else {
-            hit.along = m_limit;
-            for (uint32_t i = 0; i < mesh->triangles.size() / 3; ++i) {
-                const double along = meetTriangle(*mesh, i, ray.start, ray.direction);
-                if (along < 0 || along >= hit.along)
-                    continue;
-                hit = {along, i};
-                nearer = true;
-            }
-        }
-        if (!nearer)
-            return;
-        m_limit = hit.along;
-        const auto corner = [&](size_t index) {
-            const float* p = &mesh->positions[size_t(mesh->triangles[size_t(hit.triangle) * 3 + index]) * 3];
-            return GkPoint3d(p[0], p[1], p[2]);
-        };
-        m_normal = (corner(1) - corner(0)).crossProduct(corner(2) - corner(0));
-        m_found = m_path;
-    }
-
-    Ray m_ray;
-    double m_limit = 1e300;
-    GkVector3d m_normal;
-    std::vector<const Node*> m_path, m_found;
-};
 
 } // namespace
 
+PickedPoint pointOf(const std::vector<const Node*>& path)
+{
+    PickedPoint picked;
+    for (const Node* node : path) {
+        picked.localToWorld = picked.localToWorld * node->transform();
+        picked.path.emplace_back(const_cast<Node*>(node));
+    }
+    picked.path.erase(picked.path.begin());
+    return picked;
+}
+
+PickedPoint SurfaceHit::point(const Probe& ray) const
+{
+    PickedPoint picked = pointOf(path);
+    const BodyMesh& mesh = *cast<BodyNode>(path.back())->mesh();
+    const Probe local = ray.transformed(picked.localToWorld.inverse());
+    picked.along = along;
+    picked.localPoint = local.start + local.direction * along;
+    const auto corner = [&](size_t index) {
+        const float* p = &mesh.positions[size_t(mesh.triangles[size_t(triangle) * 3 + index]) * 3];
+        return GkPoint3d(p[0], p[1], p[2]);
+    };
+    picked.localNormal = (corner(1) - corner(0)).crossProduct(corner(2) - corner(0)).normal();
+    if (picked.localNormal.dotProduct(local.direction) > 0)
+        picked.localNormal = -picked.localNormal;
+    if (!mesh.faces.empty())
+        picked.part = PickedPart{Part::Face, faceOfTriangle(mesh, triangle)};
+    return picked;
+}
+
+std::optional<SurfaceHit> nearestHit(const Node& root, const Probe& ray, double limit)
+{
+    SurfaceHit hit;
+    BodySearch search(limit,
+                      [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
+                          const double before = limit;
+                          meetTriangles(body, local, limit, [&](uint32_t triangle, double along) {
+                              limit = hit.along = along;
+                              hit.triangle = triangle;
+                          });
+                          if (limit < before)
+                              hit.path = path;
+                      });
+    search.search(root, ray);
+    return hit.path.empty() ? std::nullopt : std::optional(std::move(hit));
+}
+
 std::optional<PickedPoint> pick(const Node& root, const GkPoint3d& start, const GkVector3d& direction)
 {
-    if (!isFinite(start.asVector()) || !isFinite(direction) || direction.lengthSqrd() == 0)
+    if (!isRay(start, direction))
         return std::nullopt;
-    const Ray ray{start, direction};
-    Search search(ray);
-    search.visit(root, ray);
-    return search.result();
+    const Probe ray{start, direction};
+    const auto hit = nearestHit(root, ray, BoxTree::kNever);
+    return hit ? std::optional(hit->point(ray)) : std::nullopt;
+}
+
+std::vector<PickedPoint> pickAll(const Node& root, const GkPoint3d& start, const GkVector3d& direction)
+{
+    std::vector<PickedPoint> all;
+    if (!isRay(start, direction))
+        return all;
+    const Probe ray{start, direction};
+    const double limit = BoxTree::kNever;
+    BodySearch search(
+        limit, [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
+            std::map<uint32_t, SurfaceHit> nearest;
+            meetTriangles(body, local, limit, [&](uint32_t triangle, double along) {
+                const auto [found, isNew] = nearest.try_emplace(faceOfTriangle(*body.mesh(), triangle));
+                if (isNew || along < found->second.along)
+                    found->second = {path, triangle, along};
+            });
+            for (const auto& [face, hit] : nearest)
+                all.push_back(hit.point(ray));
+        });
+    search.search(root, ray);
+    std::stable_sort(all.begin(), all.end(),
+                     [](const PickedPoint& a, const PickedPoint& b) { return a.along < b.along; });
+    return all;
 }
 
 } // namespace Vs::Scene

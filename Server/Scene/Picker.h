@@ -1,21 +1,34 @@
 #pragma once
 
 #include "Server/Scene/Node.h"
+#include "Server/Scene/Projection.h"
 
 #include <optional>
 #include <vector>
 
 namespace Vs::Scene {
 
-/// The place where a ray meets a body first.
+/// A part of a body, by its number in the mesh.
+struct PickedPart
+{
+    Rendra::Graphics::Part part;
+    uint32_t index;
+    friend bool operator==(const PickedPart&, const PickedPart&) = default;
+};
+
+/// A place on a body that was picked.
 struct PickedPoint
 {
     /// From the node below the one that was searched down to the body's own.
     std::vector<StrongRef<Rendra::Graphics::Node>> path;
     GkMatrix3d localToWorld; ///< From the body's coordinates.
     GkPoint3d localPoint;
-    GkVector3d localNormal; ///< Of the surface there, length one, towards the start of the ray.
-    double along = 0;       ///< The place on the ray, in lengths of its direction.
+    /// Of the surface there, length one, towards the start of the ray; zero on an edge and at a vertex.
+    GkVector3d localNormal;
+    /// The place on the ray, in lengths of its direction.
+    double along = 0;
+    /// Nothing only for a mesh that doesn't tell its faces.
+    std::optional<PickedPart> part;
 };
 
 /// The nearest visible body that a ray meets, its triangles taken from both sides; nothing if it meets none,
@@ -23,5 +36,25 @@ struct PickedPoint
 /// transformation.
 std::optional<PickedPoint> pick(const Rendra::Graphics::Node& root, const GkPoint3d& start,
                                 const GkVector3d& direction);
+
+/// Every face of a visible body that a ray meets, once, where it is met first; the nearest first.
+std::vector<PickedPoint> pickAll(const Rendra::Graphics::Node& root, const GkPoint3d& start,
+                                 const GkVector3d& direction);
+
+/// What is looked for at a place of the screen, beside faces.
+struct PickWish
+{
+    bool vertices = false, edges = false;
+    /// What nothing hides counts alone; else all that lies under the place, however deep.
+    bool visibleOnly = true;
+    double tolerance = 5; ///< How far from the place edges and vertices may be, in pixels.
+    friend bool operator==(const PickWish&, const PickWish&) = default;
+};
+
+/// What lies at a place of the screen, in pixels of the projection: vertices that are near enough, then such
+/// edges, then faces; of each kind what is nearest to the place and to the viewer first. Edges and vertices
+/// of a body that is hardly larger than the tolerance are left out: nobody can mean them.
+std::vector<PickedPoint> pickAt(const Rendra::Graphics::Node& root, const Projection& projection, double x,
+                                double y, const PickWish& wish);
 
 } // namespace Vs::Scene

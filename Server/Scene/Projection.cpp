@@ -62,9 +62,8 @@ Projection Projection::mirrored(const GkMatrix3d& reflection, const BBox& bounds
     return mirror;
 }
 
-GkPoint3d Projection::worldToScreen(const GkPoint3d& world) const
+GkPoint3d Projection::cameraToScreen(const GkPoint3d& p) const
 {
-    const GkPoint3d p = m_view * world;
     const double ahead = -p.z;
     const double scale = m_perspective ? std::max(ahead, 1e-12) : 1.0;
     return {(p.x / scale / m_halfWidth + 1) / 2 * m_width, (p.y / scale / m_halfHeight + 1) / 2 * m_height,

@@ -15,7 +15,8 @@ public:
     /// Near and far are moved to where `bounds` needs them; an empty box leaves the camera's own.
     Projection(const Camera& camera, double width, double height, const BBox& bounds = {});
 
-    GkPoint3d worldToScreen(const GkPoint3d& world) const;
+    GkPoint3d worldToScreen(const GkPoint3d& world) const { return cameraToScreen(m_view * world); }
+    GkPoint3d cameraToScreen(const GkPoint3d& camera) const;
     GkPoint3d screenToWorld(const GkPoint3d& screen) const;
     /// The direction, of length one, in which the ray through a place of the screen runs, and where it
     /// starts: in a perspective the position, else a place in the plane of the position.

@@ -9,6 +9,7 @@
 #include "Server/Scene/Rendra/HelperPainter.h"
 #include "Server/Scene/Rendra/HighlightPainter.h"
 #include "Server/Scene/Rendra/LayoutGrid.h"
+#include "Server/Scene/Rendra/PartPainter.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
 #include "Server/Scene/Rendra/Sketch.h"
 
@@ -43,9 +44,10 @@ struct Renderer::Data
     Sketch sketch;
     LayoutGrid grid;
     HighlightPainter highlights;
+    PartPainter parts;
     HelperPainter helpers;
     /// What is drawn of each fragment, in this order.
-    const std::array<Pass*, 6> passes{&ground, &bodies, &sketch, &grid, &highlights, &helpers};
+    const std::array<Pass*, 7> passes{&ground, &bodies, &sketch, &grid, &highlights, &parts, &helpers};
     EnvironmentLight light;
     const Vs::Scene::Environment* environment = nullptr;
     MeshStore meshes;

@@ -72,6 +72,12 @@ Node* SceneAssetAdapter::node(const std::string& componentId) const
     return found == m_entries.end() ? nullptr : found->second.node.get();
 }
 
+BodyNode* SceneAssetAdapter::bodyNode(const std::string& componentId) const
+{
+    const auto found = m_entries.find(componentId);
+    return found == m_entries.end() ? nullptr : found->second.body.get();
+}
+
 const std::string& SceneAssetAdapter::componentId(const Node* node) const
 {
     static const std::string none;

@@ -34,6 +34,8 @@ public:
     Rendra::Graphics::GroupNode* rootNode() const { return m_root.get(); }
     /// The node of a component, or null if there is none of that id.
     Rendra::Graphics::Node* node(const std::string& componentId) const;
+    /// The node of its body, which may be the same one; null if it has none.
+    Rendra::Graphics::BodyNode* bodyNode(const std::string& componentId) const;
     /// The id of the component that a node stands for; empty for other nodes.
     const std::string& componentId(const Rendra::Graphics::Node* node) const;
 

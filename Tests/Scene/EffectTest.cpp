@@ -102,6 +102,58 @@ TEST_F(EffectPicture, SelectedBodiesStandOutAsTheOptionSays)
     }
 }
 
+TEST_F(EffectPicture, SinglePartsOfABodyStandOutAlsoAmongOthersOfTheSameMesh)
+{
+    using Rendra::Graphics::LitPart;
+    using Rendra::Graphics::Part;
+    const auto mesh = Shapes::box(60, 60, 60);
+    std::vector<Vs::StrongRef<BodyNode>> bodies;
+    for (const double x : {-80.0, 10.0}) {
+        bodies.push_back(BodyNode::make(mesh, {0.6f, 0.6f, 0.6f, 1}));
+        NodeChange(bodies.back().get()).transform(GkMatrix3d::translation({x, 0, -30}));
+        NodeChange(fragment->viewFragmentNode()).add(bodies.back());
+    }
+    const auto lightWith = [&](std::vector<LitPart> parts, int effect) {
+        NodeChange(bodies[1].get()).litParts(std::move(parts));
+        return drawWith(effect);
+    };
+    const Image plain = lightWith({}, Rendra::kNormalEffect);
+    for (const int effect : {Rendra::kNormalEffect, Rendra::kFastEffect, Rendra::kSimplifiedEffect}) {
+        lightWith({{Part::Face, 2, Highlight::Selected}}, effect);
+        EXPECT_TRUE(isBlue(40, 0));
+        EXPECT_FALSE(isBlue(-50, 0)) << "the other body's";
+        lightWith({{Part::Face, 3, Highlight::Selected}}, effect);
+        EXPECT_FALSE(isBlue(40, 0)) << "the face that looks away";
+
+        lightWith({{Part::Edge, 1, Highlight::Pointed}}, effect);
+        EXPECT_TRUE(isBlue(40, 29.5) || isBlue(40, 30.5));
+        EXPECT_FALSE(isBlue(40, 0));
+        EXPECT_FALSE(isBlue(40, -29.5) || isBlue(40, -30.5));
+
+        lightWith({{Part::Vertex, 5, Highlight::Selected}}, effect);
+        EXPECT_TRUE(isBlue(68.5, 28.5));
+        EXPECT_TRUE(isBlue(71.5, 31.5));
+        EXPECT_FALSE(isBlue(40, 29.5));
+    }
+    lightWith({{Part::Face, 2, Highlight::Selected}, {Part::Edge, 1, Highlight::Selected}},
+              Rendra::kNoEffect);
+    EXPECT_EQ(image.pixels, plain.pixels);
+
+    // What is hidden, moves or goes takes its parts with it.
+    lightWith({{Part::Face, 2, Highlight::Selected}}, Rendra::kNormalEffect);
+    NodeChange(bodies[1].get()).transform(GkMatrix3d::translation({10, 0, -110}));
+    draw();
+    EXPECT_FALSE(isBlue(40, 0));
+    EXPECT_TRUE(isBlue(40, -80));
+    NodeChange(bodies[1].get()).visible(false);
+    draw();
+    EXPECT_FALSE(isBlue(40, -80));
+    NodeChange(bodies[1].get()).visible(true);
+    NodeChange(fragment->viewFragmentNode()).remove(bodies[0].get());
+    draw();
+    EXPECT_TRUE(isBlue(40, -80));
+}
+
 TEST_F(EffectPicture, AnOutlineIsSeenThroughWhatHidesTheBody)
 {
     const auto body = show(40, {0, 50, 0});

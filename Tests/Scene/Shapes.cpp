@@ -46,6 +46,11 @@ public:
             for (double value : {p.x, p.y, p.z})
                 m_mesh->edgePoints.push_back(float(value));
     }
+    void corner(const GkPoint3d& p)
+    {
+        for (double value : {p.x, p.y, p.z})
+            m_mesh->vertexPoints.push_back(float(value));
+    }
     int colour(const Vs::Colour& colour)
     {
         m_mesh->colours.push_back(colour);
@@ -86,6 +91,9 @@ MeshPtr box(double x, double y, double z, const Vs::Colour* topColour)
                       origin + shift});
     for (const GkVector3d& shift : {GkVector3d(), ex, ex + ey, ey})
         builder.edge({origin + shift, origin + shift + ez});
+    for (const GkVector3d& up : {GkVector3d(), ez})
+        for (const GkVector3d& shift : {GkVector3d(), ex, ex + ey, ey})
+            builder.corner(origin + shift + up);
     return builder.take();
 }
 

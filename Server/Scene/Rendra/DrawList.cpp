@@ -42,6 +42,7 @@ struct DrawList::Record
     uint64_t seen = 0;  ///< The subtree revision of the last visit; 0 for none.
     Batch::Slot slot;   ///< Of a body.
     bool helps = false; ///< Has a helper.
+    bool partlyLit = false;
     std::vector<std::unique_ptr<Record>> children;
 };
 
@@ -172,8 +173,10 @@ void DrawList::visitBody(const BodyNode& node, Record& record, const State& stat
 {
     if (!node.mesh() || node.mesh()->bounds.isEmpty()) {
         take(record.slot);
+        lightParts({}, record);
         return;
     }
+    lightParts(node.litParts(), record);
     const Vs::Colour& colour = state.colour ? *state.colour : node.bodyColour();
     Instance instance{};
     for (int i = 0; i < 3; ++i)
@@ -225,6 +228,14 @@ void DrawList::visitGeometry(const GeometryNode& node, Record& record, const Sta
     record.helps = true;
 }
 
+void DrawList::lightParts(const std::vector<Graphics::LitPart>& parts, Record& record)
+{
+    if (std::exchange(record.partlyLit, !parts.empty()))
+        std::erase_if(m_partlyLit, [&](const PartlyLit& lit) { return lit.record == &record; });
+    if (record.partlyLit)
+        m_partlyLit.push_back({&record.slot, parts, &record});
+}
+
 void DrawList::takeHelper(Record& record)
 {
     if (std::exchange(record.helps, false))
@@ -235,6 +246,7 @@ void DrawList::clear(Record& record)
 {
     take(record.slot);
     takeHelper(record);
+    lightParts({}, record);
     for (const auto& child : record.children)
         clear(*child);
     record.children.clear();

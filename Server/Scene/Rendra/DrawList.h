@@ -57,6 +57,14 @@ struct Batch::Slot
     size_t index = 0;
 };
 
+/// A body of which parts are pointed at or selected.
+struct PartlyLit
+{
+    const Batch::Slot* slot;
+    std::vector<Graphics::LitPart> parts;
+    const void* record; ///< Whose it is, in the list.
+};
+
 /// One occurrence of geometry that is no body.
 struct Helper
 {
@@ -86,6 +94,7 @@ public:
     uint64_t triangles() const;
     /// Those of the lowest depth priority first.
     const std::vector<Helper>& helpers() const { return m_helpers; }
+    const std::vector<PartlyLit>& partlyLit() const { return m_partlyLit; }
     /// What the positions of instances are relative to: near the middle of the scene, so that single
     /// precision suffices for a scene far from the origin.
     const GkVector3d& origin() const { return m_origin; }
@@ -112,6 +121,7 @@ private:
     void put(Batch::Slot& slot, Batch* batch, const Instance& instance, const Batch::Box& box);
     void take(Batch::Slot& slot);
     void takeHelper(Record& record);
+    void lightParts(const std::vector<Graphics::LitPart>& parts, Record& record);
     Batch* batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool transparent);
     void dropEmptyBatches();
 
@@ -119,6 +129,7 @@ private:
     std::vector<std::unique_ptr<Batch>> m_batches;
     std::map<std::pair<const Vs::BodyMesh*, bool>, Batch*> m_batchOf;
     std::vector<Helper> m_helpers;
+    std::vector<PartlyLit> m_partlyLit;
     GkVector3d m_origin;
     size_t m_instances = 0;
     uint64_t m_layoutRevision = 0, m_shapeRevision = 1;

@@ -1,0 +1,246 @@
+#include "Server/Scene/AreaPicker.h"
+
+#include "Server/Scene/PickSearch.h"
+#include "Server/Scene/ViewRay.h"
+#include "Server/Scene/ViewRegion.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <set>
+#include <utility>
+
+namespace Vs::Scene {
+
+using Rendra::Graphics::BodyNode;
+using Rendra::Graphics::GroupNode;
+using Rendra::Graphics::Node;
+using Rendra::Graphics::Part;
+
+namespace {
+
+/// Along each side of the rectangle so many rays tell what is seen in it; what they miss is asked at so many
+/// places of its own.
+constexpr int kRays = 48;
+constexpr size_t kPlacesAsked = 6;
+
+GkPoint3d pointAt(const std::vector<float>& points, size_t index)
+{
+    return {points[3 * index], points[3 * index + 1], points[3 * index + 2]};
+}
+
+/// The points of a body or part, and whether they are within a region.
+class Outline
+{
+public:
+    Outline(const BodyMesh& mesh, const std::optional<PickedPart>& part) : m_mesh(mesh)
+    {
+        const auto all = [](size_t count) { return std::pair<size_t, size_t>(0, count); };
+        if (!part) {
+            m_triangles = all(mesh.triangles.size() / 3);
+            m_points = all(mesh.edgePoints.size() / 3);
+        } else if (part->part == Part::Face) {
+            const BodyMesh::Face& face = mesh.faces[part->index];
+            m_triangles = {face.firstTriangle, face.firstTriangle + face.triangleCount};
+        } else if (part->part == Part::Edge) {
+            m_points = {mesh.edgeStarts[part->index], mesh.edgeStarts[part->index + 1]};
+        } else {
+            m_vertex = part->index;
+        }
+    }
+
+    size_t size() const
+    {
+        return 3 * (m_triangles.second - m_triangles.first) + m_points.second - m_points.first +
+               m_vertex.has_value();
+    }
+
+    /// Whether `ask` says yes of one of about so many places: the middle of a triangle with two of its
+    /// corners, or a point three times.
+    template <class Ask>
+    bool anyPlace(size_t places, Ask&& ask) const
+    {
+        using Place = std::array<GkPoint3d, 3>;
+        const auto stepOf = [&](const auto& range) {
+            return std::max<size_t>(1, (range.second - range.first) / places);
+        };
+        for (size_t i = m_triangles.first; i < m_triangles.second; i += stepOf(m_triangles)) {
+            const GkPoint3d a = corner(3 * i), b = corner(3 * i + 1), c = corner(3 * i + 2);
+            if (ask(Place{a + ((b - a) + (c - a)) * (1.0 / 3), b, c}))
+                return true;
+        }
+        for (size_t i = m_points.first; i < m_points.second; i += stepOf(m_points)) {
+            const GkPoint3d p = pointAt(m_mesh.edgePoints, i);
+            if (ask(Place{p, p, p}))
+                return true;
+        }
+        if (!m_vertex)
+            return false;
+        const GkPoint3d p = pointAt(m_mesh.vertexPoints, *m_vertex);
+        return ask(Place{p, p, p});
+    }
+
+    bool isWithin(const ViewRegion& region) const
+    {
+        for (size_t i = 3 * m_triangles.first; i < 3 * m_triangles.second; ++i)
+            if (!region.contains(corner(i)))
+                return false;
+        for (size_t i = m_points.first; i < m_points.second; ++i)
+            if (!region.contains(pointAt(m_mesh.edgePoints, i)))
+                return false;
+        return size() > 0 && (!m_vertex || region.contains(pointAt(m_mesh.vertexPoints, *m_vertex)));
+    }
+    bool crosses(const ViewRegion& region) const
+    {
+        for (size_t i = 3 * m_triangles.first; i < 3 * m_triangles.second; i += 3)
+            if (region.meetsTriangle(corner(i), corner(i + 1), corner(i + 2)))
+                return true;
+        for (size_t i = m_points.first; i + 1 < m_points.second; ++i)
+            if (region.meetsLine(pointAt(m_mesh.edgePoints, i), pointAt(m_mesh.edgePoints, i + 1)))
+                return true;
+        return m_vertex && region.contains(pointAt(m_mesh.vertexPoints, *m_vertex));
+    }
+
+private:
+    GkPoint3d corner(size_t index) const { return pointAt(m_mesh.positions, m_mesh.triangles[index]); }
+
+    const BodyMesh& m_mesh;
+    std::pair<size_t, size_t> m_triangles{0, 0}, m_points{0, 0}; ///< First and end.
+    std::optional<uint32_t> m_vertex;
+};
+
+class AreaSearch
+{
+public:
+    AreaSearch(const Node& root, const Projection& projection, const AreaWish& wish)
+        : m_root(root), m_rays(root, projection), m_wish(wish)
+    {
+    }
+
+    std::vector<PickedPoint> find()
+    {
+        const ViewRegion region(m_rays.projection(), m_wish.left, m_wish.bottom, m_wish.right, m_wish.top);
+        visit(m_root, region);
+        if (m_wish.visibleOnly && !m_found.empty()) {
+            shootRays();
+            std::erase_if(m_found, [&](const PickedPoint& found) { return !isSeen(found, region); });
+        }
+        return std::move(m_found);
+    }
+
+private:
+    void visit(const Node& node, const ViewRegion& above)
+    {
+        if (!node.visible() || above.holds(node.boundingBox()) < 0)
+            return;
+        const ViewRegion region = above.within(node.transform());
+        m_path.push_back(&node);
+        if (const auto* group = cast<GroupNode>(&node))
+            for (const auto& child : group->children())
+                visit(*child, region);
+        else if (const auto* body = cast<BodyNode>(&node); body && body->mesh())
+            visitBody(*body->mesh(), region);
+        m_path.pop_back();
+    }
+
+    void visitBody(const BodyMesh& mesh, const ViewRegion& region)
+    {
+        const int held = region.holds(mesh.bounds);
+        if (held < 0)
+            return;
+        const auto ask = [&](const std::optional<PickedPart>& part) {
+            const Outline outline(mesh, part);
+            const bool in = held > 0          ? outline.size() > 0
+                            : m_wish.crossing ? outline.crosses(region)
+                                              : outline.isWithin(region);
+            if (!in)
+                return;
+            m_found.push_back(pointOf(m_path));
+            m_found.back().part = part;
+        };
+        if (m_wish.bodies)
+            ask(std::nullopt);
+        const std::pair<Part, size_t> counts[] = {
+            {Part::Face, mesh.faces.size()},
+            {Part::Edge, mesh.edgeStarts.empty() ? 0 : mesh.edgeStarts.size() - 1},
+            {Part::Vertex, mesh.vertexPoints.size() / 3}};
+        for (const auto& [part, count] : counts)
+            for (uint32_t i = 0; (m_wish.parts & 1u << unsigned(part)) && i < count; ++i)
+                ask(PickedPart{part, i});
+    }
+
+    static const BodyNode& bodyOf(const PickedPoint& found)
+    {
+        return *cast<BodyNode>(found.path.back().get());
+    }
+
+    void shootRays()
+    {
+        for (int i = 0; i < kRays * kRays; ++i) {
+            const double x = (i % kRays + 0.5) / kRays, y = (i / kRays + 0.5) / kRays;
+            const Probe ray = m_rays.at(m_wish.left + (m_wish.right - m_wish.left) * x,
+                                        m_wish.bottom + (m_wish.top - m_wish.bottom) * y);
+            const auto hit = nearestHit(m_root, ray, BoxTree::kNever);
+            if (!hit)
+                continue;
+            const PickedPoint point = hit->point(ray);
+            m_seen.insert({path(point), -1});
+            if (point.part)
+                m_seen.insert({path(point), point.part->index});
+        }
+    }
+
+    using Path = std::vector<const Node*>;
+    static Path path(const PickedPoint& point)
+    {
+        Path nodes;
+        for (const auto& node : point.path)
+            nodes.push_back(node.get());
+        return nodes;
+    }
+
+    bool isSeen(const PickedPoint& found, const ViewRegion& region) const
+    {
+        if (!found.part || found.part->part == Part::Face) {
+            const int64_t face = found.part ? int64_t(found.part->index) : -1;
+            if (m_seen.contains({path(found), face}))
+                return true;
+        }
+        const ViewRegion within = region.within(found.localToWorld);
+        return Outline(*bodyOf(found).mesh(), found.part).anyPlace(kPlacesAsked, [&](const auto& local) {
+            return within.contains(local[0]) && !isEdgeOn(found.localToWorld, local) &&
+                   !m_rays.isHidden(m_root, m_rays.projection().worldToScreen(found.localToWorld * local[0]));
+        });
+    }
+
+    /// Whether only the edge of a surface is seen at a place, which has a place and two directions in it.
+    bool isEdgeOn(const GkMatrix3d& toWorld, const std::array<GkPoint3d, 3>& local) const
+    {
+        constexpr double kAngle = 1e-3;
+        const GkPoint3d place = toWorld * local[0];
+        const GkVector3d normal =
+            (toWorld * (local[1] - local[0])).crossProduct(toWorld * (local[2] - local[0]));
+        const GkPoint3d screen = m_rays.projection().worldToScreen(place);
+        const double length = normal.length();
+        return length > 0 &&
+               std::abs(normal.dotProduct(m_rays.at(screen.x, screen.y).direction)) < kAngle * length;
+    }
+
+    const Node& m_root;
+    ViewRay m_rays;
+    const AreaWish& m_wish;
+    Path m_path;
+    std::vector<PickedPoint> m_found;
+    std::set<std::pair<Path, int64_t>> m_seen; ///< Bodies, and faces of them, that rays met; -1 for the body.
+};
+
+} // namespace
+
+std::vector<PickedPoint> pickArea(const Node& root, const Projection& projection, const AreaWish& wish)
+{
+    if (!(wish.left < wish.right) || !(wish.bottom < wish.top))
+        return {};
+    return AreaSearch(root, projection, wish).find();
+}
+
+} // namespace Vs::Scene

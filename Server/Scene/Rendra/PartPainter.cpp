@@ -1,0 +1,197 @@
+#include "Server/Scene/Rendra/PartPainter.h"
+
+#include "Server/Scene/Rendra/CommonShaders.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Rendra {
+
+using Graphics::Highlight;
+using Graphics::LitPart;
+using Graphics::Part;
+
+namespace {
+
+/// How much of a lit face's own colour is covered, and how much of an edge or vertex shows through what hides
+/// it.
+constexpr float kFaceOpacity = 0.65f, kHiddenOpacity = 0.35f;
+/// In logical pixels.
+constexpr float kEdgeWidth = 3, kVertexSize = 9;
+
+constexpr const char* kFaceVertex = R"(
+void main()
+{
+    gl_Position = projection * placed(position);
+}
+)";
+
+constexpr const char* kFaceFragment = R"(
+uniform vec4 tint;
+out vec4 result;
+void main()
+{
+    result = tint;
+}
+)";
+
+constexpr const char* kMarkVertex = R"(
+layout(location = 0) in vec3 position;
+layout(location = 1) in vec3 colour;
+uniform mat4 view;
+uniform mat4 projection;
+uniform float nearer; // marks come this part of the depth to the viewer, so that they stand before their faces
+flat out vec3 mark;
+
+void main()
+{
+    gl_Position = projection * (view * vec4(position, 1.0));
+    gl_Position.z -= nearer * abs(gl_Position.w);
+    mark = colour;
+}
+)";
+
+constexpr const char* kMarkFragment = R"(
+flat in vec3 mark;
+uniform float opacity;
+uniform bool isPoint;
+out vec4 result;
+
+void main()
+{
+    float cover = 1.0;
+    if (isPoint)
+        cover = 1.0 - smoothstep(0.8, 1.0, 2.0 * length(gl_PointCoord - 0.5));
+    result = vec4(mark, opacity * cover);
+}
+)";
+
+const float* colourOf(const HighlightColours& colours, Highlight highlight)
+{
+    return highlight == Highlight::Selected ? colours.selected : colours.pointed;
+}
+
+const Vs::BodyMesh& meshOf(const PartlyLit& lit)
+{
+    return *lit.slot->batch->mesh;
+}
+
+} // namespace
+
+void PartPainter::draw(const Frame& frame)
+{
+    const auto& lit = frame.scene.list.partlyLit();
+    if (lit.empty() || frame.target.selectionEffect == kNoEffect ||
+        frame.params().visualStyle() == Vs::Scene::kHelpersOnly || !makePrograms())
+        return;
+    drawFaces(frame);
+    const HighlightColours colours(frame.environment);
+    for (const Part part : {Part::Edge, Part::Vertex}) {
+        m_vertices.clear();
+        for (const PartlyLit& each : lit)
+            if (each.slot->batch)
+                gather(each, part, colours);
+        if (!m_vertices.empty())
+            drawGathered(frame, part == Part::Edge ? GL_LINES : GL_POINTS);
+    }
+}
+
+bool PartPainter::makePrograms()
+{
+    if (std::exchange(m_tried, true))
+        return bool(m_marks);
+    Vs::Status ignored;
+    if (!m_faces.make("lit faces", {kInstance, kFaceVertex}, {kFaceFragment}, ignored) ||
+        !m_marks.make("lit parts", {kMarkVertex}, {kMarkFragment}, ignored))
+        return false;
+    m_stream.make({3, 3});
+    return true;
+}
+
+void PartPainter::drawFaces(const Frame& frame)
+{
+    frame.setView(m_faces);
+    const HighlightColours colours(frame.environment);
+    glEnable(GL_BLEND);
+    glDepthMask(GL_FALSE);
+    const auto& batches = frame.scene.list.batches();
+    for (const PartlyLit& lit : frame.scene.list.partlyLit()) {
+        const auto batch = std::find_if(batches.begin(), batches.end(),
+                                        [&](const auto& each) { return each.get() == lit.slot->batch; });
+        if (batch == batches.end())
+            continue;
+        const Vs::BodyMesh& body = meshOf(lit);
+        const GlMesh& mesh = frame.meshes.get((*batch)->mesh, frame.statistics.uploadedMeshes);
+        const size_t indexSize = mesh.indexType == GL_UNSIGNED_SHORT ? sizeof(uint16_t) : sizeof(uint32_t);
+        glBindVertexArray(mesh.faceArray);
+        InstanceStore::bind(
+            frame.scene.instances.rangeOf({batch->get(), size_t(batch - batches.begin()), lit.slot->index}));
+        for (const LitPart& part : lit.parts) {
+            if (part.part != Part::Face || part.index >= body.faces.size())
+                continue;
+            const Vs::BodyMesh::Face& face = body.faces[part.index];
+            const float* colour = colourOf(colours, part.highlight);
+            glUniform4f(m_faces.uniform("tint"), colour[0], colour[1], colour[2], kFaceOpacity);
+            glDrawElementsInstanced(GL_TRIANGLES, GLsizei(face.triangleCount * 3), mesh.indexType,
+                                    reinterpret_cast<const void*>(face.firstTriangle * 3 * indexSize), 1);
+            ++frame.statistics.drawCalls;
+        }
+    }
+    frame.drawIntoPicture();
+}
+
+void PartPainter::gather(const PartlyLit& lit, Part wanted, const HighlightColours& colours)
+{
+    const Vs::BodyMesh& mesh = meshOf(lit);
+    const Instance& instance = lit.slot->batch->instances[lit.slot->index];
+    const auto put = [&](const float* p, const float* colour) {
+        Vertex vertex{};
+        for (int row = 0; row < 3; ++row)
+            vertex.position[row] = instance.rows[row][0] * p[0] + instance.rows[row][1] * p[1] +
+                                   instance.rows[row][2] * p[2] + instance.rows[row][3];
+        std::copy(colour, colour + 3, vertex.colour);
+        m_vertices.push_back(vertex);
+    };
+    for (const LitPart& part : lit.parts) {
+        const float* colour = colourOf(colours, part.highlight);
+        if (part.part != wanted)
+            continue;
+        if (wanted == Part::Vertex && size_t(part.index) * 3 < mesh.vertexPoints.size())
+            put(&mesh.vertexPoints[3 * size_t(part.index)], colour);
+        if (wanted == Part::Edge && size_t(part.index) + 1 < mesh.edgeStarts.size())
+            for (size_t i = mesh.edgeStarts[part.index]; i + 1 < mesh.edgeStarts[part.index + 1]; ++i) {
+                put(&mesh.edgePoints[3 * i], colour);
+                put(&mesh.edgePoints[3 * i + 3], colour);
+            }
+    }
+}
+
+void PartPainter::drawGathered(const Frame& frame, GLenum kind)
+{
+    frame.setView(m_marks);
+    m_stream.fill(m_vertices);
+    const float logical = std::max(1.0f, frame.target.lineWidth);
+    glLineWidth(frame.lineWidth(kEdgeWidth * logical));
+    glPointSize(kVertexSize * logical);
+    glUniform1i(m_marks.uniform("isPoint"), kind == GL_POINTS);
+    glUniform1f(m_marks.uniform("nearer"), 1e-5f);
+    glEnable(GL_BLEND);
+    glDepthMask(GL_FALSE);
+    for (const auto& [function, opacity] :
+         {std::pair(GL_GREATER, kHiddenOpacity), std::pair(GL_LEQUAL, 1.0f)}) {
+        glDepthFunc(GLenum(function));
+        glUniform1f(m_marks.uniform("opacity"), opacity);
+        glDrawArrays(kind, 0, GLsizei(m_vertices.size()));
+        ++frame.statistics.drawCalls;
+    }
+    frame.drawIntoPicture();
+}
+
+void PartPainter::release()
+{
+    m_faces.release();
+    m_marks.release();
+    m_stream.release();
+}
+
+} // namespace Rendra

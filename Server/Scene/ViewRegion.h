@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Server/Scene/Projection.h"
+
+#include <array>
+
+namespace Vs::Scene {
+
+/// What of space is seen in a rectangle of the screen: within four planes and, in a perspective, before the
+/// viewer.
+class ViewRegion
+{
+public:
+    /// In world coordinates; the rectangle in pixels.
+    ViewRegion(const Projection& projection, double left, double bottom, double right, double top);
+    /// The same region in coordinates that the matrix leads out of.
+    ViewRegion within(const GkMatrix3d& toOuter) const;
+
+    bool contains(const GkPoint3d& p) const;
+    /// Of a box: 1 if all of it is within, -1 if none is, 0 if that can't be told so quickly.
+    int holds(const BBox& box) const;
+    /// Whether a part of the triangle or of the line between the points is within.
+    bool meetsTriangle(const GkPoint3d& a, const GkPoint3d& b, const GkPoint3d& c) const;
+    bool meetsLine(const GkPoint3d& a, const GkPoint3d& b) const;
+
+private:
+    /// Within where the sum is not below zero.
+    struct Plane
+    {
+        double x, y, z, w;
+        double at(const GkPoint3d& p) const { return x * p.x + y * p.y + z * p.z + w; }
+    };
+    ViewRegion() = default;
+
+    std::array<Plane, 5> m_planes{};
+};
+
+} // namespace Vs::Scene
