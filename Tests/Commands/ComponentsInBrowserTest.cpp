@@ -46,6 +46,28 @@ TEST_F(ComponentsInTheBrowser, AreSelectedInTheSessionAndStayMarkedThroughChange
     EXPECT_TRUE(selected().empty());
 }
 
+TEST_F(ComponentsInTheBrowser, AreMarkedAsSoonAsTheyAreSelectedAnywhere)
+{
+    const auto object = [](const std::wstring& text) {
+        Vs::Status status;
+        return Vs::StrongRef<Vs::Selection>(
+            new Vs::LogicalSelection(asset(), *Vs::ObjectPath::find(*asset(), text, status), nullptr));
+    };
+    const auto isMarked = [&](const std::wstring& name) {
+        return tree->selectionModel()->isSelected(item(name));
+    };
+    selected().replace({object(L"Box2"), object(L"Box3")});
+    EXPECT_TRUE(isMarked(L"Box2") && isMarked(L"Box3") && !isMarked(L"Box1"));
+    EXPECT_EQ(selectedPaths(), (Texts{L"Box2:1", L"Box3:1"}));
+    selected().replace({object(L"Box1/Face2")});
+    EXPECT_FALSE(isMarked(L"Box1") || isMarked(L"Box2"));
+    EXPECT_EQ(selectedPaths(), (Texts{L"Box1:1/Body1/Face2"}));
+    click(item(L"Box3"));
+    EXPECT_EQ(selectedPaths(), (Texts{L"Box3:1"}));
+    selected().clear();
+    EXPECT_FALSE(tree->selectionModel()->hasSelection());
+}
+
 TEST_F(ComponentsInTheBrowser, ANameThatIsTypedIsThatOfTheOneItem)
 {
     tree->selectAll();

@@ -10,6 +10,7 @@
 #include "UI/Base/Icon.h"
 #include "UI/Base/Localized.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Base/Window/BrowserMarks.h"
 #include "UI/Base/Window/BrowserModel.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/WorkspaceWindow.h"
@@ -94,6 +95,7 @@ BrowserPanel::BrowserPanel(QWidget* parent)
             run(kRestoreCommand, {{kNameArgument, view->name()}});
     });
     m_tree->installEventFilter(this);
+    m_marks = std::make_unique<BrowserMarks>(m_tree, m_model);
 
     SessionEventSource::get()->subscribe(this);
     show(SessionMgr::get()->currentAssetSession());
@@ -117,10 +119,13 @@ void BrowserPanel::sessionPostActivateForAsset(SessionEvent* event)
 void BrowserPanel::show(AssetSession* session)
 {
     Vs::Asset* asset = session ? session->asset() : nullptr;
-    if (asset == m_model->asset())
-        return;
-    m_open.clear();
-    m_model->asset(asset);
+    if (asset != m_model->asset()) {
+        m_open.clear();
+        m_marks->follow(nullptr);
+        m_model->asset(asset);
+    }
+    if (session != m_marks->session())
+        m_marks->follow(session);
 }
 
 void BrowserPanel::reopen()
@@ -134,33 +139,18 @@ void BrowserPanel::reopen()
             m_open.erase(id);
     }
     m_tree->expand(m_model->rootIndex());
-    showSelection();
-}
-
-// A reset has taken the marks away; what is still there gets them back.
-void BrowserPanel::showSelection()
-{
-    const AssetSession* session = SessionMgr::get()->getOpenAssetSession(m_model->asset());
-    if (!session)
-        return;
-    QItemSelection marks;
-    for (const auto& selection : session->selectionManager()->selectionSet().selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            if (const QModelIndex index = m_model->indexOf(logical->componentId()); index.isValid())
-                marks.select(index, index);
-    if (!marks.isEmpty())
-        m_tree->selectionModel()->select(marks, QItemSelectionModel::ClearAndSelect);
+    // A reset has taken the marks away; what is still there gets them back.
+    m_marks->mark();
 }
 
 // Things of other kinds that the session has selected stay.
 void BrowserPanel::select()
 {
-    const AssetSession* session = SessionMgr::get()->getOpenAssetSession(m_model->asset());
-    if (!session)
+    const AssetSession* session = m_marks->session();
+    if (!session || m_marks->isMarking())
         return;
     std::vector<Vs::StrongRef<Vs::Selection>> selections;
-    Vs::SelectionSet& set = session->selectionManager()->selectionSet();
-    for (const auto& selection : set.selections())
+    for (const auto& selection : session->selectionManager()->selectionSet().selections())
         if (!Vs::cast<NamedViewSelection>(selection.get()) &&
             !Vs::cast<NamedViewsSelection>(selection.get()) &&
             !Vs::cast<Vs::LogicalSelection>(selection.get()))
@@ -173,7 +163,7 @@ void BrowserPanel::select()
         else if (const Vs::Component* component = m_model->component(index);
                  component && index != m_model->rootIndex())
             selections.emplace_back(new Vs::LogicalSelection(session->asset(), component->id, nullptr));
-    set.replace(selections);
+    m_marks->select(selections);
     WorkspaceWindow::invalidate(kInvalidateAll);
 }
 

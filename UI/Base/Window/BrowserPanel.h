@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+#include <memory>
 #include <set>
 #include <string>
 
@@ -11,6 +12,7 @@ class QTreeView;
 
 namespace Vu {
 
+class BrowserMarks;
 class BrowserModel;
 
 /// The tree of the current session's components and named views. What is selected in it is what the session
@@ -30,7 +32,6 @@ private:
     void sessionPostActivateForAsset(SessionEvent* event) override;
     void show(AssetSession* session);
     void reopen();
-    void showSelection();
     void select();
     void rename(const QModelIndex& index, const std::wstring& newName);
     void removeSelected();
@@ -40,6 +41,7 @@ private:
 
     QTreeView* m_tree;
     BrowserModel* m_model;
+    std::unique_ptr<BrowserMarks> m_marks;
     std::set<std::string> m_open; ///< Ids of the open branches, for after a reset.
 };
 

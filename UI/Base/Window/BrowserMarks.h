@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Server/DataModel/Selection/SelectionSet.h"
+#include "UI/Base/SessionEvents.h"
+
+#include <vector>
+
+class QTreeView;
+
+namespace Vu {
+
+class AssetSession;
+class BrowserModel;
+
+/// Keeps the marked rows of the browser and what its session has selected the same, whoever changes it. A
+/// face, an edge or a vertex has no row, and leaves none marked.
+class BrowserMarks : private Vs::SelectionSetSite, private SessionEventSite
+{
+public:
+    /// Neither is owned; both outlive the marks.
+    BrowserMarks(QTreeView* tree, BrowserModel* model);
+    ~BrowserMarks() override;
+
+    /// The session of the model's asset; null for none.
+    void follow(AssetSession* session);
+    AssetSession* session() const { return m_session; }
+    /// Marks what the session has selected, after rows have come or gone.
+    void mark();
+    /// Whether marks are changing because the selection has, and not by a person's hand.
+    bool isMarking() const { return m_busy; }
+    /// Selects what a person has marked.
+    void select(const std::vector<Vs::StrongRef<Vs::Selection>>& selections);
+
+private:
+    void selectionSetChanged() override;
+    void sessionClosed(SessionEvent* event) override;
+
+    QTreeView* m_tree;
+    BrowserModel* m_model;
+    AssetSession* m_session = nullptr;
+    bool m_busy = false;
+};
+
+} // namespace Vu
