@@ -55,7 +55,7 @@ TEST_F(RenameComponents, ChangeNothingQuietlyWhereItCannotBeDone)
     answer(L"VuCommands.RenameCommand Plate");
     select({L"Box1", L"Box3"});
     ASSERT_TRUE(Vs::Transaction::undo(asset()));
-    answer(L"VuCommands.RenameCommand Plate");
+    EXPECT_EQ(selected().size(), 1u) << "what is gone is no longer selected";
     ASSERT_TRUE(Vs::Transaction::redo(asset()));
     EXPECT_EQ(paths(), before);
     EXPECT_EQ(this->steps(), steps);

@@ -1,6 +1,5 @@
 #include "Server/Base/ResourceMgr.h"
 #include "Server/DataModel/ModelBuilder.h"
-#include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/UIBase/Fixture.h"
@@ -78,9 +77,9 @@ protected:
         MouseEvent event(&canvas, {kNoMouseButton, 0, x, y, 0});
         MouseEventSource::get()->fireMouseMove(&event);
     }
-    void up(int button, double x, double y, unsigned modifiers = 0)
+    void up(int button, double x, double y)
     {
-        MouseEvent event(&canvas, {button, modifiers, x, y, 0});
+        MouseEvent event(&canvas, {button, 0, x, y, 0});
         MouseEventSource::get()->fireMouseUp(&event);
     }
 
@@ -408,70 +407,4 @@ TEST_F(MouseTest, OneSelectionInputAtATimeTakesTheClicks)
     pair->first->disable();
     EXPECT_TRUE(pair->commandInputSet()->valid());
     session->commandManager()->terminateAll(ETerminationReason::Cancel);
-}
-
-namespace {
-
-/// Selects for the session, as the command that rests does.
-class RestCommand : public Vs::Implements<RestCommand, InteractiveCommandBase>
-{
-public:
-    RestCommand(CommandDefinition* definition, CommandContext* context) : Implements(definition, context)
-    {
-        static Info info(L"Selected", L"Selected", nullptr);
-        CommandInputSet* inputs = CommandInputSet::make(this);
-        input = SelectionCommandInput::make(inputs, 0, &info);
-        input->replacesCurrentSelection(true);
-        commandInputSet(inputs);
-    }
-    SelectionCommandInput* input = nullptr;
-};
-
-class RestCommandDef : private InfoHolder, public CommandDefinition
-{
-public:
-    RestCommandDef() : InfoHolder{Info(L"RestTestCommand", L"Rest", nullptr)}, CommandDefinition(&record) {}
-
-private:
-    CommandBase* onCreateCommand(CommandContext* context) override { return new RestCommand(this, context); }
-};
-
-} // namespace
-
-TEST_F(MouseTest, AnInputThatReplacesTheCurrentSelectionIsTheSessionsOwn)
-{
-    up(kLeftButton, 2, 2); // Another test may have left it down.
-    RestCommandDef definition;
-    const auto start = [&] {
-        session->commandManager()->executeCommand(&definition, CommandContext());
-        return Vs::cast<RestCommand>(session->commandManager()->activeCommand())->input;
-    };
-    const auto click = [&](double x, double y, unsigned modifiers = kNoModifier) {
-        down(kLeftButton, x, y, modifiers);
-        up(kLeftButton, x, y, modifiers);
-    };
-    Vs::SelectionSet& selected = session->selectionManager()->selectionSet();
-    selected.add(Vs::StrongRef<Vs::Selection>(new Vs::GroupSelection({})));
-    SelectionCommandInput* input = start();
-    EXPECT_EQ(&input->selectionSet(), &selected);
-    const double x = canvas.width() / 2.0, y = canvas.height() / 2.0;
-    click(x, y, kControlModifier);
-    EXPECT_EQ(selected.size(), 2u);
-    click(2, 2, kShiftModifier);
-    EXPECT_EQ(selected.size(), 2u) << "who adds and misses loses nothing";
-    click(x, y, kShiftModifier);
-    EXPECT_EQ(selected.size(), 1u);
-    click(x, y);
-    ASSERT_EQ(selected.size(), 1u);
-    EXPECT_TRUE(Vs::cast<Vs::LogicalSelection>(selected.selections().front().get()));
-    click(2, 2);
-    EXPECT_TRUE(selected.empty());
-
-    click(x, y);
-    input->clearSelectionOnCommandEnd(false);
-    session->commandManager()->terminateAll(ETerminationReason::Cancel);
-    EXPECT_EQ(selected.size(), 1u);
-    EXPECT_EQ(start()->selectionSet().size(), 1u);
-    session->commandManager()->terminateAll(ETerminationReason::Cancel);
-    EXPECT_TRUE(selected.empty());
 }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "UI/Base/CanvasBand.h"
 #include "UI/Base/FileDialog.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,6 +49,8 @@ public:
     virtual void pointer(const Vs::CursorResource* pointer) = 0;
     virtual bool underPointer() const = 0;
     virtual void activateWindow() = 0;
+    /// Shows a band over the picture, which is not drawn anew for it; nothing for none.
+    virtual void band(const std::optional<CanvasBand>& band) = 0;
 };
 
 /// Where a window shows the progress of work.

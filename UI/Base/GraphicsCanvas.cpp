@@ -100,6 +100,13 @@ void GraphicsCanvas::repaintNow()
         m_surface->repaint();
 }
 
+void GraphicsCanvas::band(const std::optional<CanvasBand>& band)
+{
+    m_band = band;
+    if (m_surface)
+        m_surface->band(band);
+}
+
 bool GraphicsCanvas::underPointer() const
 {
     return m_surface && m_surface->underPointer();

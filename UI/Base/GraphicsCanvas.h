@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "UI/Base/CanvasBand.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QWidget;
@@ -40,6 +42,10 @@ public:
     void invalidate();
     void repaintNow();
 
+    /// A band over the view; nothing for none.
+    const std::optional<CanvasBand>& band() const { return m_band; }
+    void band(const std::optional<CanvasBand>& band);
+
     /// Whether the mouse pointer is over the canvas, and no other window's widget covers it there.
     bool underPointer() const;
     /// Brings the canvas's window to the front, if there is one and it isn't there yet.
@@ -54,6 +60,7 @@ public:
 
 private:
     GraphicsView* m_view = nullptr;
+    std::optional<CanvasBand> m_band;
     std::unique_ptr<CanvasSurface> m_surface;
 };
 

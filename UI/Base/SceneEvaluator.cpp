@@ -34,7 +34,7 @@ SceneEvaluator::SceneEvaluator(GraphicsCanvas* canvas, GraphicsView* view, Group
       m_view(view),
       m_fragment(fragment),
       m_position(position),
-      m_sceneRevision(fragment->subtreeRevision()),
+      m_sceneRevision(fragment->placesRevision()),
       m_cameraRevision(camera()->revision())
 {
 }
@@ -43,7 +43,7 @@ bool SceneEvaluator::isStillGood(const GraphicsCanvas* canvas, const GraphicsVie
                                  const GroupNode* fragment, const Vs::Point2& position) const
 {
     return m_canvas == canvas && m_view == view && m_fragment == fragment && m_position == position &&
-           m_sceneRevision == fragment->subtreeRevision() && m_cameraRevision == camera()->revision();
+           m_sceneRevision == fragment->placesRevision() && m_cameraRevision == camera()->revision();
 }
 
 Vs::Scene::Camera* SceneEvaluator::camera() const
@@ -64,11 +64,23 @@ SceneSelection* SceneEvaluator::sceneSelection(bool background)
     return isBackground && !background ? nullptr : m_found.get();
 }
 
+const std::vector<Vs::StrongRef<SceneSelection>>&
+SceneEvaluator::sceneSelections(const Vs::Scene::PickWish& wish)
+{
+    if (m_wish != wish) {
+        m_all = SceneSelection::findAll(m_view->viewNode(), m_fragment.get(), m_canvas->width(),
+                                        m_canvas->height(), m_position.x, m_position.y, wish);
+        m_wish = wish;
+    }
+    return m_all;
+}
+
 void SceneEvaluator::invalidate()
 {
     m_found.reset();
     m_searched = m_searchedBackground = false;
-    m_sceneRevision = m_fragment->subtreeRevision();
+    m_wish.reset();
+    m_sceneRevision = m_fragment->placesRevision();
     m_cameraRevision = camera()->revision();
 }
 

@@ -25,6 +25,9 @@ public:
     /// The nearest body, or, with `background`, what stands for the place beside all bodies; null if there is
     /// neither. Found once for one place of an unchanged view.
     Vs::Scene::SceneSelection* sceneSelection(bool background);
+    /// What a wish finds here. Found once for one place of an unchanged view and the same wish.
+    const std::vector<Vs::StrongRef<Vs::Scene::SceneSelection>>&
+    sceneSelections(const Vs::Scene::PickWish& wish);
     /// Forgets what was found: the camera or the scene has changed.
     void invalidate();
 
@@ -40,6 +43,8 @@ private:
     Vs::Point2 m_position;
     uint64_t m_sceneRevision, m_cameraRevision;
     Vs::StrongRef<Vs::Scene::SceneSelection> m_found;
+    std::optional<Vs::Scene::PickWish> m_wish; ///< Of what m_all was found for.
+    std::vector<Vs::StrongRef<Vs::Scene::SceneSelection>> m_all;
     bool m_searched = false, m_searchedBackground = false;
 };
 

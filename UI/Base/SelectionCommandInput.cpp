@@ -1,15 +1,17 @@
 #include "UI/Base/SelectionCommandInput.h"
 
 #include "Server/Base/Status.h"
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
-#include "Server/Scene/SceneAssetAdapter.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/CanvasPicker.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
+#include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/Localized.h"
-#include "UI/Base/SceneEvaluator.h"
+#include "UI/Base/RubberBand.h"
 #include "UI/Base/SelectionInputEvents.h"
 
 #include <boost/algorithm/string/replace.hpp>
@@ -142,20 +144,14 @@ bool SelectionCommandInput::accepts(const Vs::StrongRef<Vs::Selection>& selectio
     return event.permitted();
 }
 
-// The component is that of the deepest node that stands for one.
-Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& event) const
+Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& event)
 {
-    SceneEvaluator* evaluator = SceneEvaluator::get(event.position());
-    Vs::Scene::SceneSelection* picked = evaluator ? evaluator->sceneSelection(false) : nullptr;
     const AssetSession* session = commandInputSet()->command()->assetSession();
-    const auto* scene =
-        session ? Vs::cast<Vs::Scene::SceneAssetAdapter>(session->asset()->adapter()) : nullptr;
-    if (!picked || !scene)
+    if (!session)
         return nullptr;
-    const auto& path = picked->scenePath();
-    for (auto node = path.rbegin(); node != path.rend(); ++node)
-        if (const std::string& id = scene->componentId(node->get()); !id.empty())
-            return Vs::StrongRef<Vs::Selection>(new Vs::LogicalSelection(session->asset(), id, picked));
+    for (const auto& object : objectsUnder(event, *session, m_filter))
+        if (accepts(object))
+            return object;
     return nullptr;
 }
 
@@ -202,8 +198,11 @@ void SelectionCommandInput::leaveSession()
 // A command that closed its session has no manager any more, and the selection went with the session.
 void SelectionCommandInput::commandEnded()
 {
-    if (!commandInputSet()->command()->commandManager())
+    const CommandBase* command = commandInputSet()->command();
+    if (!command->commandManager())
         m_current = nullptr;
+    else if (Vs::SelectionMgr* manager = command->selectionManager())
+        manager->collect(this, {});
     Vs::SelectionSet* current = m_current;
     leaveSession();
     if (current && m_clearAtEnd)
@@ -213,6 +212,9 @@ void SelectionCommandInput::commandEnded()
 void SelectionCommandInput::selectionSetChanged()
 {
     m_preferred = m_preferred && !isComplete();
+    Vs::SelectionMgr* manager = m_current ? nullptr : commandInputSet()->command()->selectionManager();
+    if (manager && commandInputSet()->command()->isRunning())
+        manager->collect(this, m_own.selections());
     valueChanged();
 }
 
@@ -221,7 +223,7 @@ void SelectionCommandInput::click(const Vs::StrongRef<Vs::Selection>& selection,
     const bool adds = modifiers & (kShiftModifier | kControlModifier);
     if (!m_current) {
         add(selection);
-    } else if (!accepts(selection)) {
+    } else if (!selection) {
         if (!adds)
             clear();
     } else if (!adds) {
@@ -263,7 +265,12 @@ std::optional<SelectionCommandInput::Selections> SelectionCommandInput::named(co
         return text.empty() ? std::optional(Selections()) : std::nullopt;
     Selections found;
     const auto find = [&](const std::wstring& path, Vs::Status& why) {
-        const auto object = Vs::ObjectPath::find(*asset, path, why);
+        auto object = Vs::ObjectPath::find(*asset, path, why);
+        const std::string id = Vs::Strings::narrow(path);
+        if (!object && asset->findComponent(id)) {
+            object = Vs::ObjectPath{.component = id};
+            why.clear();
+        }
         if (object)
             found.emplace_back(new Vs::LogicalSelection(asset, *object, nullptr));
         return object.has_value();
@@ -307,9 +314,9 @@ void SelectionCommandInput::mouseMove(MouseEvent* event)
     Vs::SelectionMgr* selection = pickingManager();
     if (!selection)
         return;
-    const Vs::StrongRef<Vs::Selection> pointed = under(*event);
     CommandInUse inUse(commandInputSet()->command());
-    if (!accepts(pointed)) {
+    const Vs::StrongRef<Vs::Selection> pointed = under(*event);
+    if (!pointed) {
         if (selection->highlightSet().clear())
             preselect(nullptr);
     } else if (!selection->highlightSet().contains(*pointed)) {
@@ -325,14 +332,65 @@ void SelectionCommandInput::preselect(const Vs::StrongRef<Vs::Selection>& select
     commandInputSet()->fire(&event);
 }
 
-void SelectionCommandInput::mouseDragBegin(MouseEvent*)
+void SelectionCommandInput::mouseDragBegin(MouseEvent* event)
 {
     m_dragged = true;
+    Vs::SelectionMgr* selection = m_pressed && !m_exactly ? pickingManager() : nullptr;
+    if (!selection || event->button() != kLeftButton || !event->canvas())
+        return;
+    m_band = std::make_unique<RubberBand>(*event);
+    if (selection->highlightSet().clear())
+        preselect(nullptr);
+}
+
+void SelectionCommandInput::mouseDrag(MouseEvent* event)
+{
+    if (m_band)
+        m_band->pullTo(*event);
+}
+
+void SelectionCommandInput::mouseDragEnd(MouseEvent* event)
+{
+    const std::unique_ptr<RubberBand> band = std::move(m_band);
+    const AssetSession* session = commandInputSet()->command()->assetSession();
+    if (!band || !session || !pickingManager())
+        return;
+    CommandInUse inUse(commandInputSet()->command());
+    band->pullTo(*event);
+    std::vector<Vs::StrongRef<Vs::Selection>> accepted;
+    for (const auto& object : objectsIn(*event->canvas(), band->band(), *session, m_filter))
+        if (accepts(object))
+            accepted.push_back(object);
+    take(accepted, event->modifierMask());
+}
+
+bool SelectionCommandInput::giveUpBand()
+{
+    return std::exchange(m_band, nullptr) != nullptr;
+}
+
+// As a click does, but for Shift, which only adds: nobody sees in a crowd what would go.
+void SelectionCommandInput::take(const std::vector<Vs::StrongRef<Vs::Selection>>& banded, unsigned modifiers)
+{
+    const bool toggles = modifiers & kControlModifier;
+    const bool adds = toggles || (modifiers & kShiftModifier) || !m_current;
+    std::vector<Vs::StrongRef<Vs::Selection>> all;
+    const Vs::SelectionIndex before(selectionSet().selections()), now(banded);
+    if (adds)
+        for (const auto& selection : selectionSet().selections())
+            if (!toggles || !now.contains(*selection))
+                all.push_back(selection);
+    for (const auto& selection : banded)
+        if (!adds || !before.contains(*selection))
+            all.push_back(selection);
+    selections().replace(all);
 }
 
 void SelectionCommandInput::mouseDown(MouseEvent* event)
 {
-    m_pressed = event->button() == kLeftButton && pickingManager();
+    const AssetSession* session = commandInputSet()->command()->assetSession();
+    m_pressed =
+        event->button() == kLeftButton && pickingManager() && session && shows(event->canvas(), *session);
 }
 
 // The click is that of the input that was current when the button went down: the one that takes it makes

@@ -4,6 +4,7 @@
 #include "UI/Base/Command/CommandInput.h"
 #include "UI/Base/MouseEvents.h"
 
+#include <memory>
 #include <optional>
 
 namespace Vs {
@@ -14,10 +15,12 @@ class Status;
 
 namespace Vu {
 
-/// An input that the user fills by clicking on bodies in the canvas, while its command is active and its
+class RubberBand;
+
+/// An input that the user fills by clicking on what the canvas shows, while its command is active and its
 /// session's selection isn't suspended. What a click would take is highlighted. Of several inputs of a set
 /// one at a time takes the clicks: the one that was made current, else the first that isn't complete, else
-/// the last.
+/// the last. One that takes any number also takes what lies in a rectangle that is pulled open.
 class SelectionCommandInput : public Vs::Implements<SelectionCommandInput, CommandInputBase>,
                               public MouseEventSite,
                               private Vs::SelectionSetSite
@@ -35,7 +38,8 @@ public:
     /// How many selections are wanted; if `exactly` holds, one more takes the place of the oldest. Default:
     /// at least one.
     void requiredQuantity(bool exactly, size_t quantity);
-    /// What may be selected; not owned. Null, the default, accepts everything.
+    /// What may be selected; not owned. Only the kinds of objects that it may accept are picked in the
+    /// canvas. Null, the default, accepts everything, but components alone are picked.
     void requiredFilter(const Vs::SelectionFilter* filter) { m_filter = filter; }
 
     /// Whether the input's selection is the session's own (SelectionMgr::selectionSet), which the browser
@@ -71,13 +75,18 @@ public:
     /// The paths of the objects (ObjectPath::toText). Several have bars between them, and those that hold a
     /// bar, a quote or a backslash stand in quotes.
     std::wstring valueAsString() const override;
-    /// Takes one path as it stands, or several. Objects that a click wouldn't take are no value.
+    /// Takes one path as it stands, or several; a component's identifier stands for it, too. Objects that a
+    /// click wouldn't take are no value.
     bool valueFromString(const std::wstring& text) override;
     std::wstring displayText() const override;
 
     void mouseMove(MouseEvent* event) override;
     void mouseDown(MouseEvent* event) override;
     void mouseDragBegin(MouseEvent* event) override;
+    void mouseDrag(MouseEvent* event) override;
+    void mouseDragEnd(MouseEvent* event) override;
+    /// Gives up the rectangle that is being pulled open; false if there is none.
+    bool giveUpBand();
     void mouseUp(MouseEvent* event) override;
     void commandEnded() override;
 
@@ -94,11 +103,13 @@ private:
     void selectionSetChanged() override;
     void leaveSession();
     void click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers);
+    void take(const std::vector<Vs::StrongRef<Vs::Selection>>& banded, unsigned modifiers);
     /// Null while nothing may be picked.
     Vs::SelectionMgr* pickingManager() const;
     bool accepts(const Vs::StrongRef<Vs::Selection>& selection) const;
     void preselect(const Vs::StrongRef<Vs::Selection>& selection);
-    Vs::StrongRef<Vs::Selection> under(const MouseEvent& event) const;
+    /// What a click there would take; null for nothing.
+    Vs::StrongRef<Vs::Selection> under(const MouseEvent& event);
 
     bool isComplete() const;
 
@@ -107,6 +118,7 @@ private:
     const Vs::SelectionFilter* m_filter = nullptr;
     size_t m_quantity = 1;
     EState m_state = EState::Collecting;
+    std::unique_ptr<RubberBand> m_band;
     bool m_exactly = false;
     bool m_clearAtEnd = true;
     bool m_required = true;

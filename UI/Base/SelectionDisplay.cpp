@@ -1,49 +1,132 @@
 #include "UI/Base/SelectionDisplay.h"
 
+#include "Server/Base/Status.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "UI/Base/WorkspaceWindow.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace Vu {
 
-using Rendra::Graphics::Highlight;
+using Rendra::Graphics::LitPart;
+using Rendra::Graphics::Node;
+using Rendra::Graphics::Part;
+using Leaf = Vs::ObjectPath::Leaf;
 
 SelectionDisplay::SelectionDisplay(Vs::Asset* asset, Vs::SelectionMgr* selection)
-    : m_asset(asset), m_selection(selection)
+    : m_asset(asset),
+      m_selection(selection),
+      m_selected(*this, selection->selectionSet()),
+      m_collected(*this, selection->collectedSet()),
+      m_pointed(*this, selection->highlightSet())
 {
-    selection->selectionSet().subscribe(this);
-    selection->highlightSet().subscribe(this);
+    Vs::AssetEventSource::get()->subscribe(this);
 }
 
 SelectionDisplay::~SelectionDisplay()
 {
-    m_selection->selectionSet().unsubscribe(this);
-    m_selection->highlightSet().unsubscribe(this);
+    Vs::AssetEventSource::get()->unsubscribe(this);
 }
 
-void SelectionDisplay::show()
+Vs::Scene::SceneAssetAdapter* SelectionDisplay::scene() const
 {
-    for (const auto& node : m_lit)
-        Vs::Scene::NodeChange(node.get()).highlight(Highlight::None);
-    m_lit.clear();
-    light(m_selection->highlightSet(), Highlight::Pointed);
-    light(m_selection->selectionSet(), Highlight::Selected);
-    WorkspaceWindow::invalidate(kInvalidateScene);
+    return Vs::cast<Vs::Scene::SceneAssetAdapter>(m_asset->adapter());
 }
 
-void SelectionDisplay::light(const Vs::SelectionSet& set, Highlight highlight)
+void SelectionDisplay::assetComponentsChanged(Vs::ComponentsEvent* event)
 {
-    const auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(m_asset->adapter());
-    for (const auto& selection : set.selections()) {
+    if (event->asset() != m_asset)
+        return;
+    dropStale(m_selection->selectionSet());
+    dropStale(m_selection->highlightSet());
+    // The nodes of what stays may be others now.
+    m_selected.light();
+    m_collected.light();
+    m_pointed.light();
+}
+
+void SelectionDisplay::dropStale(Vs::SelectionSet& set)
+{
+    const auto isStale = [this](const Vs::StrongRef<Vs::Selection>& selection) {
         const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
-        Rendra::Graphics::Node* node = logical && scene ? scene->node(logical->componentId()) : nullptr;
+        Vs::Status ignored;
+        return logical && logical->asset() == m_asset && !logical->path().resolve(*m_asset, ignored);
+    };
+    auto left = set.selections();
+    if (std::erase_if(left, isStale) > 0)
+        set.replace(left);
+}
+
+void SelectionDisplay::show(Node* node) const
+{
+    Highlight whole = Highlight::None;
+    std::vector<LitPart> parts;
+    const auto take = [&](const Layer& layer, Highlight highlight) {
+        const auto found = layer.nodes().find(node);
+        if (found == layer.nodes().end())
+            return;
+        if (found->second.whole)
+            whole = std::max(whole, highlight);
+        for (const auto& [part, index] : found->second.parts)
+            parts.push_back({part, index, highlight});
+    };
+    take(m_selected, Highlight::Selected);
+    take(m_collected, Highlight::Selected);
+    take(m_pointed, Highlight::Pointed);
+    Vs::Scene::NodeChange(node).highlight(whole).litParts(std::move(parts));
+}
+
+SelectionDisplay::Layer::Layer(SelectionDisplay& display, Vs::SelectionSet& set)
+    : m_display(display), m_set(set)
+{
+    set.subscribe(this);
+}
+
+SelectionDisplay::Layer::~Layer()
+{
+    m_set.unsubscribe(this);
+}
+
+void SelectionDisplay::Layer::selectionSetChanged()
+{
+    light();
+}
+
+// What was lit before keeps its node until it is dark again.
+void SelectionDisplay::Layer::light()
+{
+    const Nodes before = std::exchange(m_nodes, {});
+    const auto keptBefore = std::exchange(m_kept, {});
+    const Vs::Scene::SceneAssetAdapter* scene = m_display.scene();
+    for (const auto& selection : m_set.selections()) {
+        const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+        if (!logical || !scene)
+            continue;
+        const Vs::ObjectPath& path = logical->path();
+        Node* node = path.leaf == Leaf::Component ? scene->node(path.component)
+                                                  : static_cast<Node*>(scene->bodyNode(path.component));
         if (!node)
             continue;
-        Vs::Scene::NodeChange(node).highlight(highlight);
-        m_lit.emplace_back(node);
+        const auto [found, isNew] = m_nodes.try_emplace(node);
+        if (isNew)
+            m_kept.emplace_back(node);
+        if (!path.isPartOfBody())
+            found->second.whole = true;
+        else
+            found->second.parts.emplace_back(path.leaf == Leaf::Face   ? Part::Face
+                                             : path.leaf == Leaf::Edge ? Part::Edge
+                                                                       : Part::Vertex,
+                                             path.index);
     }
+    for (const auto& [node, lit] : before)
+        m_display.show(node);
+    for (const auto& [node, lit] : m_nodes)
+        m_display.show(node);
+    WorkspaceWindow::invalidate(kInvalidateScene);
 }
 
 } // namespace Vu

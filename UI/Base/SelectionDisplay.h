@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/Scene/Node.h"
 
+#include <unordered_map>
 #include <vector>
 
 namespace Vs {
@@ -10,10 +12,15 @@ class Asset;
 class SelectionMgr;
 } // namespace Vs
 
+namespace Vs::Scene {
+class SceneAssetAdapter;
+}
+
 namespace Vu {
 
-/// Lights up in the scene what is selected, and what is about to be. Made by AssetSession.
-class SelectionDisplay : private Vs::SelectionSetSite
+/// Lights up in the scene what is selected, and what is about to be, and has what is gone from the model no
+/// longer be selected. Made by AssetSession.
+class SelectionDisplay : private Vs::AssetEventSite
 {
 public:
     /// Neither is owned; both outlive the display.
@@ -23,13 +30,40 @@ public:
     SelectionDisplay& operator=(const SelectionDisplay&) = delete;
 
 private:
-    void selectionSetChanged() override { show(); }
-    void show();
-    void light(const Vs::SelectionSet& set, Rendra::Graphics::Highlight highlight);
+    using Highlight = Rendra::Graphics::Highlight;
+
+    /// How one set is shown.
+    class Layer : public Vs::SelectionSetSite
+    {
+    public:
+        Layer(SelectionDisplay& display, Vs::SelectionSet& set);
+        ~Layer() override;
+        void selectionSetChanged() override;
+        void light();
+
+        struct Lit
+        {
+            bool whole = false;
+            std::vector<std::pair<Rendra::Graphics::Part, uint32_t>> parts;
+        };
+        using Nodes = std::unordered_map<Rendra::Graphics::Node*, Lit>;
+        const Nodes& nodes() const { return m_nodes; }
+
+    private:
+        SelectionDisplay& m_display;
+        Vs::SelectionSet& m_set;
+        Nodes m_nodes;
+        std::vector<Vs::StrongRef<Rendra::Graphics::Node>> m_kept; ///< Keeps them alive.
+    };
+
+    void assetComponentsChanged(Vs::ComponentsEvent* event) override;
+    Vs::Scene::SceneAssetAdapter* scene() const;
+    void dropStale(Vs::SelectionSet& set);
+    void show(Rendra::Graphics::Node* node) const;
 
     Vs::Asset* m_asset;
     Vs::SelectionMgr* m_selection;
-    std::vector<Vs::StrongRef<Rendra::Graphics::Node>> m_lit;
+    Layer m_selected, m_collected, m_pointed;
 };
 
 } // namespace Vu

@@ -11,6 +11,13 @@ class SelectionFilter : public Implements<SelectionFilter>
 {
 public:
     virtual bool accepts(const Selection& selection) const = 0;
+    /// Whether it may accept objects of this kind, so that others need not be looked for in a view. The
+    /// default asks `accepts` for an object that isn't there: to be overridden where more than the kind
+    /// matters.
+    virtual bool mayAccept(ObjectPath::Leaf leaf) const
+    {
+        return accepts(LogicalSelection(nullptr, ObjectPath{.component = {}, .leaf = leaf}, nullptr));
+    }
 };
 
 /// Several filters as one. Without any it accepts everything.
@@ -35,13 +42,22 @@ public:
 
     bool accepts(const Selection& selection) const override
     {
-        const auto accepts = [&](const SelectionFilter* filter) { return filter->accepts(selection); };
-        return m_filters.empty() ||
-               (m_logic == ELogic::All ? std::all_of(m_filters.begin(), m_filters.end(), accepts)
-                                       : std::any_of(m_filters.begin(), m_filters.end(), accepts));
+        return ask([&](const SelectionFilter* filter) { return filter->accepts(selection); });
+    }
+    bool mayAccept(ObjectPath::Leaf leaf) const override
+    {
+        return ask([&](const SelectionFilter* filter) { return filter->mayAccept(leaf); });
     }
 
 private:
+    template <class Answer>
+    bool ask(Answer answer) const
+    {
+        return m_filters.empty() ||
+               (m_logic == ELogic::All ? std::all_of(m_filters.begin(), m_filters.end(), answer)
+                                       : std::any_of(m_filters.begin(), m_filters.end(), answer));
+    }
+
     ELogic m_logic;
     std::vector<const SelectionFilter*> m_filters;
 };

@@ -2,6 +2,8 @@
 
 #include "Server/DataModel/Selection/SelectionSet.h"
 
+#include <map>
+
 namespace Vs {
 
 /// What is selected in one session, and whether anything may be selected now. Main thread only.
@@ -12,6 +14,21 @@ public:
     SelectionSet& selectionSet() { return m_selected; }
     /// What lies under the pointer and would be selected by a click.
     SelectionSet& highlightSet() { return m_highlighted; }
+
+    /// What the inputs of running commands hold for themselves; lit as what the user has selected.
+    SelectionSet& collectedSet() { return m_collected; }
+    /// All that one input holds; nothing once its command has ended. The owner is only told from others.
+    void collect(const void* owner, const std::vector<StrongRef<Selection>>& selections)
+    {
+        if (selections.empty())
+            m_byOwner.erase(owner);
+        else
+            m_byOwner[owner] = selections;
+        std::vector<StrongRef<Selection>> all;
+        for (const auto& [input, held] : m_byOwner)
+            all.insert(all.end(), held.begin(), held.end());
+        m_collected.replace(all);
+    }
 
     /// Suspending and resuming are counted: selection is possible again when each suspension was resumed. The
     /// count may fall below zero, which a later suspension makes good.
@@ -27,7 +44,8 @@ public:
     bool suspended() const { return m_suspensions > 0; }
 
 private:
-    SelectionSet m_selected, m_highlighted;
+    SelectionSet m_selected, m_highlighted, m_collected;
+    std::map<const void*, std::vector<StrongRef<Selection>>> m_byOwner;
     int m_suspensions = 0;
 };
 

@@ -15,6 +15,18 @@ auto find(const std::vector<StrongRef<Selection>>& selections, const Selection& 
 
 } // namespace
 
+SelectionIndex::SelectionIndex(const std::vector<StrongRef<Selection>>& selections)
+{
+    for (const auto& selection : selections)
+        m_byHash.emplace(selection->hash(), selection.get());
+}
+
+bool SelectionIndex::contains(const Selection& selection) const
+{
+    const auto [first, last] = m_byHash.equal_range(selection.hash());
+    return std::any_of(first, last, [&](const auto& each) { return each.second->isEqualTo(selection); });
+}
+
 bool SelectionSet::contains(const Selection& selection) const
 {
     return find(m_selections, selection) != m_selections.end();

@@ -3,6 +3,8 @@
 #include "Server/Base/Event.h"
 #include "Server/DataModel/Selection/Selection.h"
 
+#include <unordered_map>
+
 namespace Vs {
 
 /// Listens to a set.
@@ -11,6 +13,17 @@ class SelectionSetSite : public EventSite
 public:
     /// Called after each change, which may be of many things at once.
     virtual void selectionSetChanged() = 0;
+};
+
+/// Tells quickly which of thousands of selections there are; good as long as they are.
+class SelectionIndex
+{
+public:
+    explicit SelectionIndex(const std::vector<StrongRef<Selection>>& selections);
+    bool contains(const Selection& selection) const;
+
+private:
+    std::unordered_multimap<size_t, const Selection*> m_byHash;
 };
 
 /// What is selected, each thing once, in the order in which it came. Main thread only.

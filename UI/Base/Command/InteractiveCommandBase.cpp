@@ -1,7 +1,9 @@
 #include "UI/Base/Command/InteractiveCommandBase.h"
 
 #include "UI/Base/Command/CommandHost.h"
+#include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/KeyEvents.h"
+#include "UI/Base/SelectionCommandInput.h"
 
 namespace Vu {
 
@@ -29,9 +31,15 @@ void InteractiveCommandBase::onKeyPress(KeyEvent* event)
         destroy(ETerminationReason::Cancel);
 }
 
+// Escape gives up what the hand is doing before it gives up the command.
 void InteractiveCommandBase::keyPress(KeyEvent* event)
 {
     CommandInUse inUse(this);
+    if (event->keyCode() == kEscapeKey && commandInputSet())
+        for (const auto& input : commandInputSet()->inputs())
+            if (auto* selection = Vs::cast<SelectionCommandInput>(input.get());
+                selection && selection->giveUpBand())
+                return;
     onKeyPress(event);
 }
 

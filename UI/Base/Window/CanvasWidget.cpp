@@ -13,6 +13,7 @@
 #include "UI/Base/MouseOverlay.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/TouchNavigation.h"
+#include "UI/Base/Window/BandWidget.h"
 #include "UI/Base/Window/QtDisplay.h"
 
 #include <QApplication>
@@ -414,10 +415,20 @@ public:
         if (m_widget && !m_widget->isActiveWindow())
             m_widget->activateWindow();
     }
+    void band(const std::optional<CanvasBand>& band) override
+    {
+        if (m_widget && band && !m_band)
+            m_band = new BandWidget(m_widget);
+        if (m_band && band)
+            m_band->showBand(*band);
+        else if (m_band)
+            m_band->hide();
+    }
 
 private:
     GraphicsCanvas* m_canvas;
     QPointer<QWidget> m_widget;
+    QPointer<BandWidget> m_band;
 };
 
 } // namespace

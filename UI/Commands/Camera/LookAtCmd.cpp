@@ -28,6 +28,7 @@ class LookAtSelectionFilter : public Vs::Implements<LookAtSelectionFilter, Vs::C
 {
 public:
     LookAtSelectionFilter() : Implements(ELogic::All) {}
+    bool mayAccept(Vs::ObjectPath::Leaf leaf) const override { return leaf == Vs::ObjectPath::Leaf::Face; }
 };
 
 namespace {

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "UI/Base/CanvasBand.h"
+
+#include <QWidget>
+
+namespace Vu {
+
+/// Draws a band over a canvas, and lets the mouse through.
+class BandWidget : public QWidget
+{
+public:
+    explicit BandWidget(QWidget* canvas);
+    void showBand(const CanvasBand& band);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool m_dashed = false;
+};
+
+} // namespace Vu
