@@ -3,6 +3,7 @@
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/StringTable.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptReplay.h"
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
@@ -64,10 +65,10 @@ void replay()
     for (int i = 0; i < kLines; ++i)
         stream << "Area3.Command7 \"some text\" 12.5 /Flag\n";
     stream.close();
-    Vs::TextCommandMgr::get()->replay(file); // Fills what stays filled.
+    Vs::TranscriptMgr::get()->replay(file.wstring(), Vs::kTextTranscript, {}); // Fills what stays filled.
     const double before = residentMegabytes();
     const auto start = std::chrono::steady_clock::now();
-    const Vs::ReplayResult result = Vs::TextCommandMgr::get()->replay(file);
+    const Vs::ReplayResult result = Vs::TranscriptMgr::get()->replay(file.wstring(), Vs::kTextTranscript, {});
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     std::printf("%zu lines of a transcript: %.0f ns each, memory %+.2f MiB\n", result.lines,
                 seconds / kLines * 1e9, residentMegabytes() - before);

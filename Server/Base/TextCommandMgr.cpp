@@ -1,11 +1,9 @@
 #include "Server/Base/TextCommandMgr.h"
 
 #include "Server/Base/Exception.h"
-#include "Server/Base/Progress.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandRegistry.h"
 #include "Server/Base/TextLine.h"
-#include "Server/Base/TranscriptMgr.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 
@@ -30,10 +28,23 @@ struct TextCommandMgr::Data
 {
     TextCommandRegistry registry;
     TextOutput* output = nullptr;
+    TextCommandObserver* observer = nullptr;
     int depth = 0;
 
     TextCommandResult execute(TextCommand& command, const TextFormat* format,
                               const TextCommandParameters& parameters)
+    {
+        TextCommandObserver* const told = depth == 0 ? observer : nullptr;
+        if (!told)
+            return executeChecked(command, format, parameters);
+        told->before(command);
+        TextCommandResult result = executeChecked(command, format, parameters);
+        told->after(command, parameters, result);
+        return result;
+    }
+
+    TextCommandResult executeChecked(TextCommand& command, const TextFormat* format,
+                                     const TextCommandParameters& parameters)
     {
         if (format) {
             const int wrong = format->firstWrong(parameters.m_parameters);
@@ -154,59 +165,6 @@ TextCommandResult TextCommandMgr::run(std::wstring_view line, bool viaUI)
     return m_data->execute(*entry->command, entry->format ? &*entry->format : nullptr, parameters);
 }
 
-ReplayResult TextCommandMgr::replay(const boost::filesystem::path& path, const ReplayOptions& options)
-{
-    const Progress::CancelScope scope;
-    const TranscriptMgr::Replay replaying;
-    ReplayResult result;
-    const auto failed = [&](size_t line, const std::wstring& message) {
-        ++result.failures;
-        if (!m_data->output)
-            return;
-        const std::wstring place = line > 0 ? path.wstring() + L':' + std::to_wstring(line) + L": " : L"";
-        m_data->output->error(place + message);
-    };
-
-    std::unique_ptr<TranscriptFile> file;
-    try {
-        file = std::make_unique<TranscriptFile>(path);
-    } catch (const Exception& error) {
-        failed(0, error.message());
-        return result;
-    }
-    std::wstring line;
-    while (options.keepGoing || result.failures == 0) {
-        try {
-            if (!file->next(line))
-                break;
-        } catch (const Exception& error) {
-            ++result.lines;
-            failed(file->line(), error.message());
-            continue;
-        }
-        if (line.find(L'$') != std::wstring::npos)
-            line = substituteParameters(line, options.parameters);
-        TextLine words(line);
-        if (!words.skipBlanks() || line[words.position()] == L'#')
-            continue;
-        ++result.lines;
-        if (options.beforeLine)
-            options.beforeLine(line);
-        const TextCommandResult answer = run(line, false);
-        if (answer.first != 0)
-            failed(file->line(), answer.second);
-        else if (m_data->output && !answer.second.empty())
-            m_data->output->message(answer.second);
-        if (options.afterLine)
-            options.afterLine(answer.first);
-        if (Progress::cancelled()) {
-            result.cancelled = true;
-            break;
-        }
-    }
-    return result;
-}
-
 void TextCommandMgr::output(TextOutput* output)
 {
     m_data->output = output;
@@ -215,6 +173,11 @@ void TextCommandMgr::output(TextOutput* output)
 TextOutput* TextCommandMgr::output() const
 {
     return m_data->output;
+}
+
+void TextCommandMgr::observer(TextCommandObserver* observer)
+{
+    m_data->observer = observer;
 }
 
 void TextCommandMgr::validate() const

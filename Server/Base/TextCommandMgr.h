@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Server/Base/TextCommand.h"
-#include "Server/Base/TranscriptFile.h"
 
 #include <memory>
 
@@ -14,6 +13,16 @@ public:
     virtual ~TextOutput() = default;
     virtual void message(const std::wstring& text) = 0;
     virtual void error(const std::wstring& text) = 0;
+};
+
+/// Sees each text command that is called by itself, and not by another one.
+class TextCommandObserver
+{
+public:
+    virtual ~TextCommandObserver() = default;
+    virtual void before(const TextCommand& command) = 0;
+    virtual void after(const TextCommand& command, const TextCommandParameters& parameters,
+                       const TextCommandResult& result) = 0;
 };
 
 /// Splits lines of text, checks them and runs them.
@@ -47,14 +56,11 @@ public:
     /// line.
     TextCommandResult execute(TextCommand& command, const TextCommandParameters& parameters);
 
-    /// Runs a transcript of text lines. A line that fails goes to the output as `FILE:LINE: message`, with
-    /// the path as it was given; without `keepGoing` it is the last. Progress::requestCancel ends the replay
-    /// after the line that runs.
-    ReplayResult replay(const boost::filesystem::path& path, const ReplayOptions& options = {});
-
     /// Not owned; null for none.
     void output(TextOutput* output);
     TextOutput* output() const;
+    /// Not owned; null for none.
+    void observer(TextCommandObserver* observer);
 
     /// Throws Vs::Exception that names the first duplicate or nameless area or command, command without a
     /// help text or with an unknown area. Called once all add-ins are loaded.

@@ -8,12 +8,16 @@
 
 #include <cerrno>
 #include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Vs {
 
 namespace {
 
 constexpr size_t kBufferSize = 1 << 16;
+/// A character has at most four bytes; whatever is longer than that is counted but not kept.
+constexpr size_t kLongest = TextCommandMgr::kLongestLine * 4;
 
 /// The name in `${NAME}` at the front of the text, or nothing.
 std::wstring_view parameterName(std::wstring_view text)
@@ -48,29 +52,84 @@ TranscriptFile::TranscriptFile(boost::filesystem::path path) : m_path(std::move(
     if (!m_file)
         throw Exception("The transcript " + m_path.string() + " cannot be read: " + std::strerror(errno) +
                         '.');
-    std::setvbuf(m_file.get(), nullptr, _IOFBF, kBufferSize);
+    m_opened = state();
+}
+
+TranscriptFile::State TranscriptFile::state() const
+{
+    struct stat now = {};
+    if (fstat(fileno(m_file.get()), &now) != 0)
+        return {};
+    return {now.st_size, now.st_mtim.tv_sec, now.st_mtim.tv_nsec, S_ISREG(now.st_mode)};
+}
+
+double TranscriptFile::fraction() const
+{
+    const long long behind = static_cast<long long>(m_chunk.size() - m_at);
+    return m_opened.size > 0 ? static_cast<double>(m_read - behind) / static_cast<double>(m_opened.size)
+                             : 0.0;
+}
+
+void TranscriptFile::giveUp(const std::string& why)
+{
+    m_givenUp = true;
+    m_chunk.clear();
+    m_at = 0;
+    ++m_line;
+    throw Exception("The transcript cannot be read further: " + why + '.');
+}
+
+/// Has something to take a line from, unless the file is at its end.
+bool TranscriptFile::fill()
+{
+    if (m_at < m_chunk.size())
+        return true;
+    if (m_givenUp)
+        return false;
+    m_at = 0;
+    m_chunk.resize(kBufferSize);
+    ssize_t got = -1;
+    do // A pipe gives what it has.
+        got = read(fileno(m_file.get()), m_chunk.data(), kBufferSize);
+    while (got < 0 && errno == EINTR);
+    if (got < 0)
+        giveUp(std::strerror(errno));
+    m_chunk.resize(static_cast<size_t>(got));
+    m_read += got;
+    if (m_opened.regular && !(state() == m_opened))
+        giveUp("it was changed while it was read");
+    return !m_chunk.empty();
+}
+
+bool TranscriptFile::atEnd()
+{
+    return !fill();
+}
+
+/// Takes the bytes up to the end of the line into the buffer, as many as a line may have; returns how many
+/// there were.
+size_t TranscriptFile::readRaw()
+{
+    m_buffer.clear();
+    size_t length = 0;
+    while (fill()) {
+        const size_t end = m_chunk.find('\n', m_at);
+        const size_t stop = end == std::string::npos ? m_chunk.size() : end;
+        if (length + (stop - m_at) <= kLongest)
+            m_buffer.append(m_chunk, m_at, stop - m_at);
+        length += stop - m_at;
+        m_at = end == std::string::npos ? stop : stop + 1;
+        if (end != std::string::npos)
+            break;
+    }
+    return length;
 }
 
 bool TranscriptFile::next(std::wstring& text)
 {
-    // A character has at most four bytes; whatever is longer than that is counted but not kept.
-    constexpr size_t kLongest = TextCommandMgr::kLongestLine * 4;
-    m_buffer.clear();
-    size_t length = 0;
-    int character = EOF;
-    while ((character = getc_unlocked(m_file.get())) != EOF && character != '\n')
-        if (++length <= kLongest)
-            m_buffer.push_back(static_cast<char>(character));
-    if (character == EOF && std::ferror(m_file.get())) {
-        // The medium will not get better: what follows is the end.
-        const std::string cause = std::strerror(errno);
-        std::clearerr(m_file.get());
-        std::fseek(m_file.get(), 0, SEEK_END);
-        ++m_line;
-        throw Exception("The transcript cannot be read further: " + cause + '.');
-    }
-    if (character == EOF && length == 0)
+    if (!fill())
         return false;
+    const size_t length = readRaw();
     ++m_line;
     if (length > kLongest) {
         m_buffer = {};

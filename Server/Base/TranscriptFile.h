@@ -3,7 +3,6 @@
 #include <boost/filesystem/path.hpp>
 
 #include <cstdio>
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -15,7 +14,8 @@ namespace Vs {
 using TranscriptParameters = std::map<std::string, std::string>;
 
 /// Reads a text transcript line by line, however long the file is. UTF-8, lines end in LF or CR LF, a byte
-/// order mark at the start is passed over.
+/// order mark at the start is passed over. A file that is deleted meanwhile is read to its end; one that is
+/// written to is given up, since what is read then never stood in any file.
 class TranscriptFile
 {
 public:
@@ -27,17 +27,38 @@ public:
     size_t line() const { return m_line; }
 
     /// The next line without its end. Returns false at the end of the file. Throws Vs::Exception when the
-    /// medium fails or a line is longer than TextCommandMgr takes; the line is counted and passed over then.
+    /// medium fails, the file was changed, or a line is longer than TextCommandMgr takes; the line is counted
+    /// and passed over then.
     bool next(std::wstring& text);
+    /// Whether there is no further line.
+    bool atEnd();
+    /// How much of the file has been read, from 0 to 1.
+    double fraction() const;
 
 private:
     struct Close
     {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
+    /// What changes when somebody writes to the file.
+    struct State
+    {
+        long long size = 0, seconds = 0, nanoseconds = 0;
+        bool regular = false;
+        friend bool operator==(const State&, const State&) = default;
+    };
+    State state() const;
+    bool fill();
+    size_t readRaw();
+    [[noreturn]] void giveUp(const std::string& why);
 
     boost::filesystem::path m_path;
     std::unique_ptr<std::FILE, Close> m_file;
+    State m_opened;
+    std::string m_chunk; ///< What was read from the file last,
+    size_t m_at = 0;     ///< and where in it the next line begins.
+    long long m_read = 0;
+    bool m_givenUp = false;
     std::string m_buffer;
     size_t m_line = 0;
 };
@@ -48,24 +69,5 @@ private:
 std::wstring substituteParameters(std::wstring_view line, const TranscriptParameters& parameters);
 /// The line as a recording must write it, so that substituteParameters gives it back.
 std::wstring escapeParameters(std::wstring_view line);
-
-struct ReplayOptions
-{
-    TranscriptParameters parameters;
-    bool keepGoing = false; ///< Go on after a line that failed.
-    /// Called with each line before it runs, after substitution and without comments and empty lines.
-    std::function<void(const std::wstring& line)> beforeLine;
-    /// Called after each line that ran, with its status: the chance to run what it left in the queues.
-    std::function<void(unsigned status)> afterLine;
-};
-
-struct ReplayResult
-{
-    size_t lines = 0;    ///< Lines that ran, comments and empty lines not counted.
-    size_t failures = 0; ///< Lines that answered another status than 0, and an unreadable file.
-    bool cancelled = false;
-
-    bool ok() const { return failures == 0 && !cancelled; }
-};
 
 } // namespace Vs

@@ -1,57 +1,136 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/ScriptDebugInfo.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Vs {
 
 class Status;
+class TranscriptTrigger;
+struct ReplayOptions;
+struct ReplayResult;
 
-/// Knows whether a transcript is being written or played, and holds the file of the one that is written. What
-/// a line of it says is the business of whoever runs the commands. Main thread only.
+enum ETranscriptType { kTextTranscript = 0, kPythonTranscript = 1 };
+
+/// What the program around the transcripts does for them.
+class TranscriptHost
+{
+public:
+    virtual ~TranscriptHost() = default;
+    /// A recording has begun.
+    virtual void recordingStarted() {}
+    /// Between two lines: finishes what the first left in the queues, so that the second finds it done.
+    virtual void settle() = 0;
+    /// Tells the user what went wrong; the message names the file, and the line if there is one.
+    virtual void failed(const std::wstring& message) = 0;
+};
+
+/// Writes and plays transcripts: files of text lines or of Python that do again what was done in a session.
+///
+/// A recording takes what the triggers hand it (TranscriptTrigger), each line on its way to the disk before
+/// the next command runs. A replay reads a file line by line and runs each as if it were typed. Where a
+/// relative path in it leads, `locate` tells. Main thread only.
 class TranscriptMgr : public Implements<TranscriptMgr>
 {
 public:
     static TranscriptMgr* get();
 
-    /// Begins a text transcript, in place of a file that is there and of a recording that runs. Returns
-    /// false, with the reason, if the file cannot be made.
-    bool startRecording(const std::wstring& path, Status& status);
+    /// By the file's name alone: Python where the suffix is `.py`, in capitals as well; else text.
+    static ETranscriptType typeOf(const std::wstring& path);
+
+    /// Begins a transcript, in place of a file that is there and of a recording that runs. Returns false,
+    /// with the reason, if the file cannot be made or is just being replayed.
+    bool startRecording(const std::wstring& path, ETranscriptType type, Status& status);
+    /// The same; the reason goes to the host.
+    bool startRecording(const std::wstring& path, ETranscriptType type);
     void endRecording();
     bool recording() const { return m_file != nullptr; }
+    /// The file that is being written; empty if none.
+    std::wstring recordingFile() const;
+    ETranscriptType recordingType() const;
 
-    /// Adds a line, which is on the disk before the next command runs. Nothing happens without a recording; a
-    /// medium that fails ends the recording with a warning.
-    void write(const std::wstring& line);
+    /// Plays a transcript to its end, or to the first line that fails: the status then says so as
+    /// `FILE:LINE: message`, and so does the host. The text transcript that the debugger has loaded is
+    /// played from where execution stands, to the next break point; from the start if it stood at the end.
+    void replay(const std::wstring& path, Status& status, ETranscriptType type);
+    ReplayResult replay(const std::wstring& path, ETranscriptType type, const ReplayOptions& options);
+    /// Runs the one line at which execution stands; of a Python transcript all.
+    void stepReplay(const std::wstring& path, Status& status, ETranscriptType type);
+    bool replaying() const { return !m_replays.empty(); }
+    /// The innermost transcript that is being played; empty if none.
+    std::wstring replayingScriptFile() const;
+    /// What a path in a line stands for: while a transcript is played a relative one is looked up beside it,
+    /// unless only the working folder has such a file, or the folder for it.
+    std::wstring locate(const std::wstring& path) const;
 
-    bool replaying() const { return m_replays > 0; }
+    /// How a recording writes a path that `locate` shall find again: within the transcript's own folder the
+    /// way from there, so that both can go to another place together; else as it is.
+    std::wstring portable(const std::wstring& path) const;
 
-    /// Held for as long as lines of a transcript run; a transcript may replay another.
+    ScriptDebugInfo* scriptDebugInfo() { return &m_debugInfo; }
+
+    /// Not owned; null for none.
+    void host(TranscriptHost* host) { m_host = host; }
+    TranscriptHost* host() const { return m_host; }
+    /// For whoever runs text commands out of a Python transcript: what the host does between lines.
+    void settleAfterCall();
+
+    /// Held for as long as a transcript is played; one may replay another, but not itself.
     class Replay
     {
     public:
-        Replay() { ++get()->m_replays; }
-        ~Replay() { --get()->m_replays; }
+        /// Lines of no file.
+        Replay();
+        /// Throws Vs::Exception if the file is being played already.
+        Replay(const std::wstring& path, ETranscriptType type);
+        ~Replay() { get()->m_replays.pop_back(); }
         Replay(const Replay&) = delete;
         Replay& operator=(const Replay&) = delete;
     };
+
+    /// While it lives nothing is recorded: what runs is part of something that is recorded as a whole.
+    class Unrecorded
+    {
+    public:
+        Unrecorded() { ++get()->m_unrecorded; }
+        ~Unrecorded() { --get()->m_unrecorded; }
+        Unrecorded(const Unrecorded&) = delete;
+        Unrecorded& operator=(const Unrecorded&) = delete;
+    };
+    bool takesEntries() const { return recording() && m_unrecorded == 0; }
 
     /// Whether a recording takes each step of a drag of the camera, not only where it ends. Default false.
     bool recordSmoothCameraChange() const { return m_recordSmooth; }
     void recordSmoothCameraChange(bool value) { m_recordSmooth = value; }
 
 private:
+    friend class TranscriptTrigger;
+
     TranscriptMgr() = default;
+    /// A medium that fails ends the recording, and the host is told.
+    void write(const std::wstring& entry);
+    void tell(const std::wstring& message) const;
 
     struct File;
     struct Close
     {
         void operator()(File* file) const;
     };
+    struct Playing
+    {
+        std::wstring path; ///< As it was given.
+        std::wstring file; ///< The file that it leads to; empty for lines of no file.
+        ETranscriptType type;
+    };
     std::unique_ptr<File, Close> m_file;
-    int m_replays = 0;
+    std::vector<Playing> m_replays;
+    ScriptDebugInfo m_debugInfo;
+    TranscriptHost* m_host = nullptr;
+    int m_unrecorded = 0;
     bool m_recordSmooth = false;
 };
 

@@ -1,4 +1,5 @@
 #include "Server/Base/Progress.h"
+#include "Server/Base/TranscriptReplay.h"
 #include "Tests/Base/ProbeCommand.h"
 
 #include <boost/filesystem/fstream.hpp>
@@ -18,7 +19,7 @@ protected:
     Vs::ReplayResult replay(const std::string& content, const Vs::ReplayOptions& options = {})
     {
         path = folder.write("lines.txt", content);
-        return Vs::TextCommandMgr::get()->replay(path, options);
+        return Vs::TranscriptMgr::get()->replay(path.wstring(), Vs::kTextTranscript, options);
     }
     std::wstring place(int line) const { return L"error: " + path.wstring() + L':' + std::to_wstring(line); }
 
@@ -102,9 +103,9 @@ TEST_F(TranscriptsTest, GiveBackWhatWasRecordedWithDollars)
 
 TEST_F(TranscriptsTest, ThatCannotBeReadAreOneFailure)
 {
-    auto* manager = Vs::TextCommandMgr::get();
-    EXPECT_EQ(manager->replay(folder.path() / "missing.txt").failures, 1u);
-    EXPECT_EQ(manager->replay(folder.path()).failures, 1u);
+    auto* manager = Vs::TranscriptMgr::get();
+    for (const auto& wrong : {folder.path() / "missing.txt", folder.path()})
+        EXPECT_EQ(manager->replay(wrong.wstring(), Vs::kTextTranscript, {}).failures, 1u);
     EXPECT_NE(output.text.find(L"missing.txt cannot be read: No such file"), std::wstring::npos);
     EXPECT_NE(output.text.find(L"is a folder"), std::wstring::npos);
 }
@@ -138,7 +139,9 @@ TEST_F(TranscriptsTest, OfManyLinesNeedNoMoreMemoryThanShortOnes)
         content += "Probe.Call some text /Flag\n";
     path = folder.write("long.txt", content);
     content = {};
-    const auto run = [&] { return Vs::TextCommandMgr::get()->replay(path).lines; };
+    const auto run = [&] {
+        return Vs::TranscriptMgr::get()->replay(path.wstring(), Vs::kTextTranscript, {}).lines;
+    };
     EXPECT_EQ(run(), 200000u);
     const size_t before = residentPages();
     EXPECT_EQ(run(), 200000u);

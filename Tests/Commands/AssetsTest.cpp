@@ -1,5 +1,5 @@
 #include "Server/Base/TextCommandMgr.h"
-#include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/TranscriptReplay.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -121,7 +121,7 @@ TEST_F(AssetsTest, ARecordedInsertIsPlayedAgainWithTheHiddenOnesHidden)
 {
     Vs::TranscriptMgr* transcripts = Vs::TranscriptMgr::get();
     Vs::Status status;
-    ASSERT_TRUE(transcripts->startRecording(scratch(L"insert.txt"), status));
+    ASSERT_TRUE(transcripts->startRecording(scratch(L"insert.txt"), Vs::kTextTranscript, status));
     answer(L"VuCommands.NewSingleDocumentCmd");
     answer(L"Asset.Create SimulationAssetType");
     const std::wstring guid = Vs::fromUuid(current()->guid());
@@ -131,7 +131,7 @@ TEST_F(AssetsTest, ARecordedInsertIsPlayedAgainWithTheHiddenOnesHidden)
     transcripts->endRecording();
     answerBoxes(1);
     answer(L"Document.CloseAll");
-    ASSERT_TRUE(Vs::TextCommandMgr::get()->replay(scratch(L"insert.txt")).ok());
+    ASSERT_TRUE(transcripts->replay(scratch(L"insert.txt"), Vs::kTextTranscript, {}).ok());
     run(L"");
     ASSERT_EQ(documents(), 1u);
     EXPECT_EQ(document()->assets(), 2u);

@@ -1,6 +1,6 @@
 #include "Server/Base/SerializableObject.h"
 #include "Server/Base/TextCommandMgr.h"
-#include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/TranscriptReplay.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
@@ -175,7 +175,7 @@ TEST_F(NewDocumentTest, ARecordedSessionIsPlayedAgainThoughItsDocumentsHaveOther
 {
     Vs::TranscriptMgr* transcripts = Vs::TranscriptMgr::get();
     Vs::Status status;
-    ASSERT_TRUE(transcripts->startRecording(scratch(L"session.txt"), status));
+    ASSERT_TRUE(transcripts->startRecording(scratch(L"session.txt"), Vs::kTextTranscript, status));
     answer(L"VuCommands.NewSingleDocumentCmd");
     const std::wstring first = Vs::fromUuid(activeDocument()->identifier());
     answer(L"VuCommands.NewSingleDocumentCmd");
@@ -196,7 +196,7 @@ TEST_F(NewDocumentTest, ARecordedSessionIsPlayedAgainThoughItsDocumentsHaveOther
     EXPECT_EQ(lines[0],
               "VuCommands.NewSingleDocumentCmd VeloraAssetType " + std::string(first.begin(), first.end()));
 
-    const Vs::ReplayResult result = Vs::TextCommandMgr::get()->replay(scratch(L"session.txt"));
+    const Vs::ReplayResult result = transcripts->replay(scratch(L"session.txt"), Vs::kTextTranscript, {});
     EXPECT_TRUE(result.ok());
     EXPECT_FALSE(transcripts->replaying());
     ASSERT_EQ(documents(), 1u);

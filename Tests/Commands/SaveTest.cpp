@@ -409,7 +409,7 @@ TEST_F(SaveTest, ARecordedSaveCarriesItsNameAndAnAgreedUserIsCounted)
         vuGA::gaCommandEvent.connect([&](const std::string& key) { keys.push_back(key); });
     answer(L"Design.New");
     Vs::Status status;
-    ASSERT_TRUE(Vs::TranscriptMgr::get()->startRecording(file(L"saved.txt"), status));
+    ASSERT_TRUE(Vs::TranscriptMgr::get()->startRecording(file(L"saved.txt"), Vs::kTextTranscript, status));
     answer(L"VuCommands.SaveDocumentCmd " + file(L"recorded.vlra"));
     EXPECT_TRUE(keys.empty());
     UIBaseOptionGroup::get()->analytics(true);
@@ -418,9 +418,9 @@ TEST_F(SaveTest, ARecordedSaveCarriesItsNameAndAnAgreedUserIsCounted)
     UIBaseOptionGroup::get()->analytics(false);
     Vs::TranscriptMgr::get()->endRecording();
     EXPECT_EQ(keys, (std::vector<std::string>{"Quillet.SaveDocumentCmd", "Quillet.SaveDocumentAsCmd"}));
-    const std::string save = "VuCommands.SaveDocumentCmd " + TestSupport::quoted(file(L"recorded.vlra"));
-    EXPECT_EQ(contentOf(file(L"saved.txt")), save + "\n" + save + "\nVuCommands.SaveDocumentAsCmd " +
-                                                 TestSupport::quoted(file(L"again.vlra")) + "\n");
+    // What lies beside the transcript can go to another place with it.
+    const std::string save = "VuCommands.SaveDocumentCmd recorded.vlra\n";
+    EXPECT_EQ(contentOf(file(L"saved.txt")), save + save + "VuCommands.SaveDocumentAsCmd again.vlra\n");
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Task.h"
-#include "Server/Base/TranscriptFile.h"
+#include "Server/Base/TranscriptReplay.h"
 #include "Server/Base/Warning.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Command/AlertController.h"
@@ -114,7 +114,6 @@ bool LineRunner::replay(const std::string& path)
     options.parameters = m_options.parameters;
     options.keepGoing = m_options.keepGoing;
     options.afterLine = [this](unsigned) {
-        settle();
         tellWarnings();
         // A line that ended the program is the last one.
         if (Vu::Application::get()->exiting())
@@ -123,10 +122,12 @@ bool LineRunner::replay(const std::string& path)
     if (m_options.echo)
         options.beforeLine = [this](const std::wstring& line) { echo(line); };
     const LineScope scope(m_lineRuns);
-    const Vs::ReplayResult result = Vs::TextCommandMgr::get()->replay(path, options);
+    const std::wstring file = Vs::Strings::widen(path);
+    const Vs::ReplayResult result =
+        Vs::TranscriptMgr::get()->replay(file, Vs::TranscriptMgr::typeOf(file), options);
     if (result.cancelled && !Vu::Application::get()->exiting()) {
         m_failed = true;
-        error(Vs::Strings::widen(path) + L": cancelled");
+        error(file + L": cancelled");
         return false;
     }
     m_failed = m_failed || result.failures > 0;

@@ -139,7 +139,8 @@ int runWorkspace(const CommandLine& line)
 {
     // Transcripts put their results where the user is, unless told otherwise.
     std::map<std::string, std::string> parameters = line.parameters;
-    parameters.emplace("out", ".");
+    boost::system::error_code gone;
+    parameters.emplace("out", boost::filesystem::current_path(gone).string());
     LineRunner runner({line.keepGoing, line.echo, std::move(parameters)});
     Vu::Application* application = Vu::Application::get();
     Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();

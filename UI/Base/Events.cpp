@@ -1,6 +1,7 @@
 #include "UI/Base/InteractionEvents.h"
 #include "UI/Base/Notifications.h"
 #include "UI/Base/SessionEvents.h"
+#include "UI/Base/ShellEvents.h"
 #include "UI/Base/SnapEvents.h"
 #include "UI/Base/SplitViewEvents.h"
 #include "UI/Base/WorkspaceEvents.h"
@@ -18,6 +19,12 @@ SessionEventSource* SessionEventSource::get()
 WorkspaceEventSource* WorkspaceEventSource::get()
 {
     static auto* const source = new WorkspaceEventSource;
+    return source;
+}
+
+ShellEventSource* ShellEventSource::get()
+{
+    static auto* const source = new ShellEventSource;
     return source;
 }
 

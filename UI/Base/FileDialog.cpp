@@ -1,6 +1,8 @@
 #include "UI/Base/FileDialog.h"
 
 #include "Server/Base/Status.h"
+#include "Server/Base/TranscriptMgr.h"
+#include "UI/Base/Answers.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Display.h"
@@ -43,6 +45,11 @@ bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names,
 {
     names.clear();
     bool answered = false;
+    if (Answers::take(Answers::Kind::Files, names)) {
+        for (std::wstring& name : names)
+            name = Vs::TranscriptMgr::get()->locate(name);
+        return !names.empty();
+    }
     if (installedResponder()) {
         answered = installedResponder()(request, names) && !names.empty();
     } else if (!FileDialog::canAsk()) {
@@ -56,11 +63,21 @@ bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names,
     return answered;
 }
 
-bool askForOne(const FileDialog::Request& request, std::wstring& name,
-               const char* folderOption = kLastDirectory)
+/// Asks for what no argument of the command will say.
+bool askAndNote(const FileDialog::Request& request, std::vector<std::wstring>& names)
+{
+    const bool answered = ask(request, names);
+    std::vector<std::wstring> noted = names;
+    for (std::wstring& name : noted)
+        name = Vs::TranscriptMgr::get()->portable(name);
+    Answers::given(Answers::Kind::Files, std::move(noted));
+    return answered;
+}
+
+bool askForOne(const FileDialog::Request& request, std::wstring& name)
 {
     std::vector<std::wstring> names;
-    if (!ask(request, names, folderOption))
+    if (!askAndNote(request, names))
         return false;
     name = names.front();
     return true;
@@ -78,8 +95,10 @@ bool transcriptable(const FileDialog::Request& request, std::wstring& name, Comm
             return true;
         }
     }
-    if (!askForOne(request, name, folderOption))
+    std::vector<std::wstring> names;
+    if (!(context ? ask(request, names, folderOption) : askAndNote(request, names)))
         return false;
+    name = names.front();
     if (context)
         context->addArgument(CommandContext::pathArgumentName(), name);
     return true;
@@ -90,13 +109,18 @@ bool transcriptable(const FileDialog::Request& request, std::wstring& name, Comm
 bool FileDialog::getFilenamesForOpen(const std::wstring& filter, std::vector<std::wstring>& names,
                                      const std::wstring& initialPath)
 {
-    return ask({filter, localized("FileDialogOpen", "Open"), initialPath, true, true}, names);
+    return askAndNote({filter, localized("FileDialogOpen", "Open"), initialPath, true, true}, names);
 }
 
 bool FileDialog::getFilenameForOpen(const std::wstring& filter, std::wstring& name,
                                     const std::wstring& initialPath)
 {
     return askForOne({filter, localized("FileDialogOpen", "Open"), initialPath, true, false}, name);
+}
+
+bool FileDialog::getFilenameForSave(const std::wstring& filter, std::wstring& name)
+{
+    return askForOne({filter, localized("FileDialogSaveAs", "Save As"), {}, false, false}, name);
 }
 
 bool FileDialog::getTranscriptableFilename(const std::wstring& filter, std::wstring& name,

@@ -27,6 +27,7 @@ public:
                                     const std::wstring& initialPath);
     static bool getFilenameForOpen(const std::wstring& filter, std::wstring& name,
                                    const std::wstring& initialPath);
+    static bool getFilenameForSave(const std::wstring& filter, std::wstring& name);
     /// With `forOpen` false the file need not exist.
     static bool getTranscriptableFilename(const std::wstring& filter, std::wstring& name,
                                           CommandContext* context, bool forOpen,

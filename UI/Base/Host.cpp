@@ -9,7 +9,6 @@
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/Command/TranscriptRecorder.h"
 #include "UI/Base/CursorController.h"
 #include "UI/Base/Environment.h"
 #include "UI/Base/GraphicsView.h"
@@ -17,6 +16,7 @@
 #include "UI/Base/SessionEvents.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ShellMgr.h"
+#include "UI/Base/Transcripts.h"
 #include "UI/Base/ViewMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
 
@@ -133,8 +133,7 @@ void installHost()
     static auto* const host = new ApplicationCommandHost;
     CommandHost::install(host);
     Vs::TransactionMgr::cmdKeySource(&cmdKeyOf);
-    static auto* const recorder = new TranscriptRecorder;
-    CommandMgr::addObserver(recorder);
+    installTranscripts();
     static auto* const saving = new SavingHandler;
     static_cast<void>(saving);
 }

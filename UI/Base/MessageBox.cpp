@@ -1,5 +1,7 @@
 #include "UI/Base/MessageBox.h"
 
+#include "Server/Base/Strings.h"
+#include "UI/Base/Answers.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Display.h"
 #include "UI/Base/Localized.h"
@@ -19,14 +21,15 @@ struct StandardButton
 {
     const char* key;
     const char* text;
+    const char* name; ///< In transcripts, whatever the language.
 };
 
 /// In the order of EStandardButton.
 constexpr StandardButton kStandardButtons[] = {
-    {"ButtonOk", "OK"},
-    {"ButtonCancel", "Cancel"},
-    {"ButtonYes", "Yes"},
-    {"ButtonNo", "No"},
+    {"ButtonOk", "OK", "Ok"},
+    {"ButtonCancel", "Cancel", "Cancel"},
+    {"ButtonYes", "Yes", "Yes"},
+    {"ButtonNo", "No", "No"},
 };
 
 void inform(const std::wstring& text, int icon)
@@ -70,11 +73,20 @@ int MessageBox::show()
 {
     if (m_buttons.empty())
         addButton(kOkButton, true);
+    const bool asks = m_buttons.size() > 1;
+    if (asks)
+        if (const int brought = broughtAnswer(); brought >= 0)
+            return brought;
+    const auto noted = [&](int answer) {
+        if (asks && answer >= 0 && answer < static_cast<int>(m_buttons.size()))
+            Answers::given(Answers::Kind::Button, {nameOf(static_cast<size_t>(answer))});
+        return answer;
+    };
     if (installedResponder())
-        return installedResponder()(*this);
+        return noted(installedResponder()(*this));
     Application* application = Application::get();
     if (application->mainWidget() && !Application::headless() && !Application::testing())
-        return ask();
+        return noted(ask());
     if (m_buttons.size() == 1) {
         application->inform(m_text);
         return 0;
@@ -84,6 +96,25 @@ int MessageBox::show()
                         localizedFormat("NobodyAnswers", "(Nobody is there to answer; taken as \"%1%\".)",
                                         m_buttons[static_cast<size_t>(answer)].text));
     return answer;
+}
+
+std::wstring MessageBox::nameOf(size_t button) const
+{
+    const int standard = m_buttons[button].standard;
+    return standard == kNotStandard ? std::to_wstring(button)
+                                    : Vs::Strings::widen(kStandardButtons[standard].name);
+}
+
+/// What the transcript that is replayed answers; -1 if nothing that fits.
+int MessageBox::broughtAnswer() const
+{
+    std::vector<std::wstring> answer;
+    if (!Answers::take(Answers::Kind::Button, answer) || answer.empty())
+        return -1;
+    for (size_t i = 0; i < m_buttons.size(); ++i)
+        if (nameOf(i) == answer.front())
+            return static_cast<int>(i);
+    return -1;
 }
 
 int MessageBox::ask() const

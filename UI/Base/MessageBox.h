@@ -14,7 +14,8 @@ enum EMessageIcon { kNoIcon = 0, kQuestionIcon = 1, kInformationIcon = 2, kWarni
 
 /// A message that a person reads, and answers if it has more than one button.
 ///
-/// Where nobody can answer (headless and test runs) nothing is shown: a box that only informs goes to
+/// While a transcript is recorded the answer is recorded with the command that asked, and a replay answers so
+/// again. Where nobody can answer (headless and test runs) nothing is shown: a box that only informs goes to
 /// Application::inform, one that asks counts as cancelled, with a message. Tests set a responder.
 class MessageBox
 {
@@ -50,6 +51,8 @@ private:
         bool isDefault;
     };
     int cancelIndex() const;
+    std::wstring nameOf(size_t button) const;
+    int broughtAnswer() const;
     int ask() const;
 
     std::wstring m_text;

@@ -1,5 +1,6 @@
 #include "UI/Base/ShellMgr.h"
 
+#include "UI/Base/ShellEvents.h"
 #include "UI/Base/Workspace.h"
 #include "UI/Base/WorkspaceWindow.h"
 
@@ -7,6 +8,17 @@
 #include <utility>
 
 namespace Vu {
+namespace {
+
+void tellShell(Shell* shell, void (ShellEventSource::*fire)(ShellEvent*), Vs::Timing timing)
+{
+    if (!shell)
+        return;
+    ShellEvent event(shell, timing);
+    (ShellEventSource::get()->*fire)(&event);
+}
+
+} // namespace
 
 WorkspaceWindow* Shell::workspaceWindow() const
 {
@@ -63,7 +75,10 @@ void ShellMgr::activeShell(Shell* next)
     m_active = next;
     if (previous)
         previous->onPostDeactivate();
+    tellShell(previous, &ShellEventSource::fireShellDeactivated, Vs::Timing::After);
     next->onPostActivate();
+    tellShell(next, &ShellEventSource::fireShellActivated, Vs::Timing::After);
+    tellShell(next, &ShellEventSource::fireShellActivated, Vs::Timing::Notification);
     WorkspaceShellEvent event(m_workspace, m_active);
     WorkspaceEventSource::get()->fireWorkspaceShellActivated(&event);
 }
@@ -75,6 +90,7 @@ void ShellMgr::pop()
     m_active->onPreDeactivate(nullptr);
     Shell* left = std::exchange(m_active, nullptr);
     left->onPostDeactivate();
+    tellShell(left, &ShellEventSource::fireShellDeactivated, Vs::Timing::After);
 }
 
 void ShellMgr::activateDefaultShell()

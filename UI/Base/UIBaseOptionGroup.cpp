@@ -16,4 +16,10 @@ UIInternalOptionGroup* UIInternalOptionGroup::get()
     return group;
 }
 
+void UIBaseOptionGroup::debugDialogPos(const Vs::Point2& corner)
+{
+    m_debugDialogX(corner.x);
+    m_debugDialogY(corner.y);
+}
+
 } // namespace Vu

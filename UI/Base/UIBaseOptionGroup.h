@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/OptionGroup.h"
+#include "Server/Base/Point2.h"
 
 namespace Vu {
 
@@ -12,6 +13,9 @@ public:
 
     Vs::Option<bool> analytics{*this, "analytics", false}; ///< Usage keys are sent.
     Vs::Option<bool> offlineWorkflowsDisabled{*this, "offlineWorkflowsDisabled", false}; ///< No local files.
+    /// The upper left corner, in pixels of the whole desktop.
+    Vs::Point2 debugDialogPos() const { return {m_debugDialogX(), m_debugDialogY()}; }
+    void debugDialogPos(const Vs::Point2& corner);
     Vs::Option<bool> showDebugDialog{*this, "showDebugDialog", false};
     Vs::Option<bool> showDebugScriptWidget{*this, "showDebugScriptWidget", false};
     Vs::Option<bool> showValidationDialog{*this, "showValidationDialog", false};
@@ -33,6 +37,9 @@ public:
 
 private:
     UIBaseOptionGroup() : Implements("UIBase") {}
+
+    Vs::Option<int> m_debugDialogX{*this, "debugDialogX", 400};
+    Vs::Option<int> m_debugDialogY{*this, "debugDialogY", 300};
 };
 
 } // namespace Vu

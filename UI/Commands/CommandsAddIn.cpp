@@ -51,7 +51,9 @@
 #include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/InsertAssetCmd.h"
 #include "UI/Commands/Shells/ShellCmds.h"
+#include "UI/Commands/Transcripts/DebugDialogCmds.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
+#include "UI/Commands/Transcripts/TranscriptingCmds.h"
 
 #include <boost/filesystem/operations.hpp>
 
@@ -141,6 +143,14 @@ private:
     ReturnToEnvironmentCmdDef m_returnToEnvironmentCmdDef;
     CycleWorkspacesForwardCmdDef m_cycleWorkspacesForwardCmdDef;
     CycleWorkspacesBackwardCmdDef m_cycleWorkspacesBackwardCmdDef;
+    StartTranscriptingCmdDef m_startTranscriptingCmdDef;
+    StartPerfTranscriptingCmdDef m_startPerfTranscriptingCmdDef;
+    StopTranscriptingCmdDef m_stopTranscriptingCmdDef;
+    ReplayTranscriptCmdDef m_replayTranscriptCmdDef;
+    ClearAllAlertsCmdDef m_clearAllAlertsCmdDef;
+    ShowDebugDialogCmdDef m_showDebugDialogCmdDef;
+    HideDebugDialogCmdDef m_hideDebugDialogCmdDef;
+    DestroyDebugDialogCmdDef m_destroyDebugDialogCmdDef;
     ViewDisplayCmdDef m_viewDisplayCmdDef;
     ViewEffectCmdDef m_viewEffectCmdDef;
     ViewDomeCmdDef m_viewDomeCmdDef;

@@ -1,6 +1,8 @@
 #include "Server/Base/TextCommand.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/ForwardedRun.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Design/OpenCmds.h"
 #include "UI/Design/PrimitiveCmds.h"
@@ -109,7 +111,9 @@ public:
             return answerOf(status);
         }
         CommandContext context = CommandContext::emptyContext();
-        context.addArgument(CommandContext::pathArgumentName(), parameters[0]);
+        context.addArgument(CommandContext::pathArgumentName(),
+                            Vs::TranscriptMgr::get()->locate(parameters[0]));
+        const ForwardedRun forwarded;
         return answerOf(CommandMgr::get()->executeCommand(VeloraOpenDocumentCmdDef::info()->key(), context));
     }
 };

@@ -1,5 +1,6 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/Types/LengthUnit.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
@@ -37,7 +38,8 @@ public:
 protected:
     void fillContext(const TextCommandParameters& parameters, CommandContext& context) override
     {
-        context.addArgument(CommandContext::pathArgumentName(), parameters[0]);
+        context.addArgument(CommandContext::pathArgumentName(),
+                            Vs::TranscriptMgr::get()->locate(parameters[0]));
         if (parameters.parameters() > 1)
             context.addArgument(VeloraExportCmdDef::refinementArgumentName(), parameters[1]);
         if (parameters.hasFlag(L"Combine"))

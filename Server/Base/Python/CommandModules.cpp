@@ -4,6 +4,7 @@
 #include "Server/Base/PythonBackend.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptMgr.h"
 
 namespace Vs::Python {
 
@@ -82,6 +83,7 @@ py::str CommandModules::call(TextCommand& command, const py::tuple& arguments, c
 {
     const TextCommandResult result =
         TextCommandMgr::get()->execute(command, textParameters(arguments, keywords));
+    TranscriptMgr::get()->settleAfterCall();
     if (result.first != 0) {
         PyErr_SetObject(m_commandError.ptr(), pythonText(result.second).ptr());
         throw py::error_already_set();

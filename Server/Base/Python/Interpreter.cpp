@@ -8,6 +8,7 @@
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/Warning.h"
 
 #include <boost/filesystem/fstream.hpp>
@@ -220,6 +221,7 @@ py::str Interpreter::runLine(const py::str& line)
 {
     requireMainThread();
     const TextCommandResult result = TextCommandMgr::get()->executeCommandWithoutOutput(wideText(line));
+    TranscriptMgr::get()->settleAfterCall();
     if (result.first != 0) {
         PyErr_SetObject(m_held->commandError.ptr(), pythonText(result.second).ptr());
         throw py::error_already_set();

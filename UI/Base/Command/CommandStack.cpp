@@ -395,6 +395,14 @@ CommandBase* CommandStack::activeCommand() const
     return nullptr;
 }
 
+CommandBase* CommandStack::executingAnywhere()
+{
+    for (const CommandStack* stack : allStacks())
+        if (CommandBase* command = stack->executingCommand())
+            return command;
+    return nullptr;
+}
+
 bool CommandStack::defer(CommandDefinition* definition, const CommandContext& context)
 {
     return DeferredRuns::add(m_manager, definition, context);

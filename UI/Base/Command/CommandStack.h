@@ -40,6 +40,8 @@ public:
 
     CommandBase* activeCommand() const;
     const std::vector<CommandBase*>& commands() const { return m_commands; }
+    /// The simple command that is doing its work right now, of any manager; null if none.
+    static CommandBase* executingAnywhere();
     CommandBase* executingCommand() const { return m_executing.empty() ? nullptr : m_executing.back(); }
     AssetSession* session() const { return m_session; }
     CommandDefinition* lastDefinition() const { return m_lastDefinition; }

@@ -3,6 +3,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -95,7 +96,10 @@ public:
                                L" is not of the form <argument>=<value>: " + parameter};
             const Vs::UniqueString* key =
                 Vs::UniqueString::find(Vs::Strings::narrow(parameter.substr(0, sign)));
-            addGuessed(context, key, parameter.substr(sign + 1));
+            if (key == CommandContext::pathArgumentName())
+                context.addArgument(key, Vs::TranscriptMgr::get()->locate(parameter.substr(sign + 1)));
+            else
+                addGuessed(context, key, parameter.substr(sign + 1));
         }
         if (CommandDefinition* definition =
                 CommandDefinitionMgr::get()->findCommandDefinitionById(parameters[0]))

@@ -14,6 +14,8 @@ namespace {
 
 class RunTask;
 
+unsigned long s_added = 0;
+
 std::vector<RunTask*>& waiting()
 {
     static std::vector<RunTask*>* const tasks = new std::vector<RunTask*>;
@@ -56,11 +58,17 @@ private:
 
 } // namespace
 
+unsigned long DeferredRuns::added()
+{
+    return s_added;
+}
+
 bool DeferredRuns::add(CommandMgr* manager, CommandDefinition* definition, const CommandContext& context)
 {
     Vs::Tasks* tasks = CommandHost::get()->deferredTasks();
     if (!tasks)
         return false;
+    ++s_added;
     tasks->add(std::make_unique<RunTask>(manager, definition, context));
     return true;
 }

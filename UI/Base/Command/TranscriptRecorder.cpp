@@ -1,67 +1,193 @@
 #include "UI/Base/Command/TranscriptRecorder.h"
 
 #include "Server/Base/Strings.h"
-#include "Server/Base/TextCommandMgr.h"
-#include "Server/Base/TranscriptFile.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/TranscriptTrigger.h"
 #include "Server/Base/UniqueString.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/CommandStack.h"
+#include "UI/Base/Command/DeferredRuns.h"
+#include "UI/Base/Command/ForwardedRun.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/Command/TranscriptedCommandTextCommand.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace Vu {
 namespace {
 
-const Vs::TextCommand* wrapperOf(const std::wstring& definitionKey)
+// Who ends a running command is part of it: its lines say how it ended.
+constexpr const wchar_t* kEnding[] = {L"CommitCommand", L"CancelCommand"};
+// Its lines are about commands, which record themselves.
+constexpr const wchar_t* kDispatching = L"Commands";
+// Inside a command with inputs these take back what its inputs had; only the last values are written.
+constexpr const wchar_t* kStepping[] = {L"UndoCommand", L"RedoCommand"};
+
+template <size_t kCount>
+bool isOneOf(const CommandDefinition* definition, const wchar_t* const (&keys)[kCount])
 {
-    for (const Vs::TextCommand* command : Vs::TextCommandMgr::get()->commands())
-        if (command->definitionKey() == definitionKey)
-            return command;
-    return nullptr;
+    return std::find(std::begin(keys), std::end(keys), definition->id()) != std::end(keys);
+}
+
+/// Whether the run is part of another command's.
+bool isInside(const CommandRun& run)
+{
+    if (run.depth > 0)
+        return true;
+    const CommandBase* outer = CommandStack::executingAnywhere();
+    return outer && outer != run.command && !isOneOf(outer->commandDefinition(), kEnding);
+}
+
+bool isInteractive(const CommandRun& run)
+{
+    return run.command && !Vs::cast<SimpleCommand>(run.command);
+}
+
+/// Whether a mouse button held the command: what it has done is recorded by itself.
+bool isHeld(const CommandRun& run)
+{
+    return isInteractive(run) && !run.command->commandInputSet() &&
+           run.context->commandAccessPoint() == ECommandAccessPoint::Canvas;
+}
+
+bool takesEntries()
+{
+    return Vs::TranscriptMgr::get()->takesEntries();
+}
+
+/// Objects have a text that only the wrapper can read.
+bool hasObjects(const CommandContext& context)
+{
+    for (size_t i = 0; i < context.arguments(); ++i)
+        if (context.argumentType(i) == CommandContext::EArgType::Object)
+            return true;
+    return false;
 }
 
 } // namespace
 
+int& ForwardedRun::depth()
+{
+    static int depth = 0;
+    return depth;
+}
+
+bool TranscriptRecorder::isPart(const CommandRun& run) const
+{
+    return isInside(run) || (m_ownLine && !ForwardedRun::any());
+}
+
+bool TranscriptRecorder::isRecorded(const CommandRun& run) const
+{
+    return run.command && run.reason == ETerminationReason::Commit && run.definition->scriptable() &&
+           !isPart(run) && !isHeld(run) && !isOneOf(run.definition, kEnding);
+}
+
+void TranscriptRecorder::write(const std::wstring& line)
+{
+    if (m_around.entry)
+        m_around.entry();
+    Vs::writeTranscriptLine(line);
+}
+
+void TranscriptRecorder::before(const CommandRun& run)
+{
+    if (!takesEntries() || isPart(run))
+        return;
+    if (m_around.before)
+        m_around.before();
+    // The command may change what an object is called by, or take it away.
+    m_objects.clear();
+    const CommandContext& context = *run.context;
+    for (size_t i = 0; i < context.arguments(); ++i)
+        if (context.argumentType(i) == CommandContext::EArgType::Object)
+            m_objects[context.argumentName(i)] = context.argumentAsString(context.argumentName(i));
+}
+
 void TranscriptRecorder::after(const CommandRun& run)
 {
-    Vs::TranscriptMgr* transcripts = Vs::TranscriptMgr::get();
-    // What a command calls inside itself is called again when the command is.
-    if (!transcripts->recording() || run.depth > 0 || !run.command || !run.definition->scriptable() ||
-        run.reason != ETerminationReason::Commit)
+    if (!takesEntries() || isPart(run) || isHeld(run))
         return;
-    transcripts->write(Vs::escapeParameters(lineOf(run)));
-    for (const std::wstring& line : inputLinesOf(*run.command))
-        transcripts->write(Vs::escapeParameters(line));
+    std::wstring line;
+    const CommandBase* tool = run.manager ? run.manager->activeCommand() : nullptr;
+    const bool steps = isOneOf(run.definition, kStepping) && tool && tool->commandInputSet();
+    if (isRecorded(run) && !steps) {
+        line = lineOf(run, m_objects);
+        write(line);
+        for (const std::wstring& input : inputLinesOf(*run.command))
+            Vs::writeTranscriptLine(input);
+        m_forwarded = true;
+    }
+    if (m_around.after)
+        m_around.after(line);
+}
+
+void TranscriptRecorder::before(const Vs::TextCommand& command)
+{
+    m_ownLine = takesEntries() && !CommandStack::executingAnywhere() && command.definitionKey().empty() &&
+                command.area() != kDispatching;
+    if (m_ownLine && m_around.before)
+        m_around.before();
+    m_forwarded = false;
+    m_deferredBefore = DeferredRuns::added();
+}
+
+void TranscriptRecorder::after(const Vs::TextCommand& command, const Vs::TextCommandParameters& parameters,
+                               const Vs::TextCommandResult& result)
+{
+    if (!std::exchange(m_ownLine, false) || !takesEntries())
+        return;
+    std::wstring line;
+    // What runs later by itself will be recorded by itself.
+    if (result.first == 0 && !m_forwarded && DeferredRuns::added() == m_deferredBefore) {
+        line = command.area() + L'.' + command.name();
+        for (unsigned i = 0; i < parameters.parameters(); ++i)
+            line += L' ' + Vs::Strings::quote(parameters[i]);
+        for (const std::wstring& flag : parameters.flags())
+            line += L" /" + flag;
+        write(line);
+    }
+    if (m_around.after)
+        m_around.after(line);
 }
 
 std::vector<std::wstring> TranscriptRecorder::inputLinesOf(const CommandBase& command)
 {
     std::vector<std::wstring> lines;
-    if (!command.commandInputSet())
+    if (Vs::cast<SimpleCommand>(&command))
         return lines;
-    for (const auto& input : command.commandInputSet()->inputs())
-        if (input->enableTranscript() && input->isUsable() && input->isShown() && !input->readOnly())
-            lines.push_back(L"Commands.SetInput " + Vs::Strings::quote(input->info()->key()) + L" " +
-                            Vs::Strings::quote(input->valueAsString()));
-    if (!lines.empty())
-        lines.push_back(L"Commands.Commit");
+    if (const CommandInputSet* inputs = command.commandInputSet())
+        for (const auto& input : inputs->inputs())
+            if (input->enableTranscript() && input->isUsable() && input->isShown() && !input->readOnly())
+                lines.push_back(L"Commands.SetInput " + Vs::Strings::quote(input->info()->key()) + L" " +
+                                Vs::Strings::quote(input->valueAsString()));
+    lines.push_back(L"Commands.Commit");
     return lines;
 }
 
-std::wstring TranscriptRecorder::lineOf(const CommandRun& run)
+std::wstring TranscriptRecorder::lineOf(const CommandRun& run, const Texts& objects)
 {
     const CommandContext& context = *run.context;
-    if (const Vs::TextCommand* wrapper = wrapperOf(run.definition->id())) {
-        std::wstring line = wrapper->area() + L"." + wrapper->name();
-        for (size_t i = 0; i < context.arguments(); ++i)
-            line += L" " + Vs::Strings::quote(context.argumentAsString(context.argumentName(i)));
-        return line;
+    std::vector<std::wstring> words;
+    for (size_t i = 0; i < context.arguments(); ++i) {
+        const auto object = objects.find(context.argumentName(i));
+        words.push_back(object == objects.end() ? context.argumentAsString(context.argumentName(i))
+                                                : object->second);
     }
-    std::wstring line = L"Commands.Start " + run.definition->id();
+    const auto* wrapper = TranscriptedCommandTextCommand::of(run.definition->id());
+    const bool named = !wrapper || !(hasObjects(context) || wrapper->repeats(words, context));
+    std::wstring line =
+        named ? L"Commands.Start " + run.definition->id() : wrapper->area() + L"." + wrapper->name();
     for (size_t i = 0; i < context.arguments(); ++i) {
         const Vs::UniqueString* name = context.argumentName(i);
-        line += L" " + Vs::Strings::quote(name->wideText() + L"=" + context.argumentAsString(name));
+        if (name == CommandContext::pathArgumentName())
+            words[i] = Vs::TranscriptMgr::get()->portable(words[i]);
+        line += L' ' + Vs::Strings::quote(named ? name->wideText() + L'=' + words[i] : words[i]);
     }
     return line;
 }

@@ -7,9 +7,22 @@
 #include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandMgr.h"
 
+#include <unordered_map>
 #include <utility>
 
 namespace Vu {
+namespace {
+
+using Wrappers = std::unordered_map<std::wstring, const TranscriptedCommandTextCommand*>;
+
+Wrappers& wrappers()
+{
+    // Never destroyed: the wrappers are statics of many libraries, and each takes itself out when it goes.
+    static auto* const all = new Wrappers;
+    return *all;
+}
+
+} // namespace
 
 TranscriptedCommandTextCommand::TranscriptedCommandTextCommand(std::wstring area, std::wstring name,
                                                                std::wstring help, std::string format,
@@ -17,6 +30,40 @@ TranscriptedCommandTextCommand::TranscriptedCommandTextCommand(std::wstring area
     : TextCommand(std::move(area), std::move(name), std::move(help), std::move(format), flag, true),
       m_definitionKey(std::move(definitionKey))
 {
+    wrappers().emplace(m_definitionKey, this);
+}
+
+TranscriptedCommandTextCommand::~TranscriptedCommandTextCommand()
+{
+    const auto found = wrappers().find(m_definitionKey);
+    if (found != wrappers().end() && found->second == this)
+        wrappers().erase(found);
+}
+
+const TranscriptedCommandTextCommand* TranscriptedCommandTextCommand::of(const std::wstring& definitionKey)
+{
+    const auto found = wrappers().find(definitionKey);
+    return found == wrappers().end() ? nullptr : found->second;
+}
+
+bool TranscriptedCommandTextCommand::repeats(const std::vector<std::wstring>& parameters,
+                                             const CommandContext& context) const
+{
+    if (parameters.empty())
+        return true;
+    CommandContext made = CommandContext::emptyContext();
+    try {
+        // It fills the context that it is given; what it says of the run beside that is asked anew each time.
+        const_cast<TranscriptedCommandTextCommand*>(this)->fillContext({parameters, {}}, made);
+    } catch (const std::exception&) {
+        return false;
+    }
+    bool same = made.arguments() == context.arguments();
+    for (size_t i = 0; same && i < made.arguments(); ++i) {
+        const Vs::UniqueString* name = made.argumentName(i);
+        same = context.hasArgument(name) && made.argumentAsString(name) == context.argumentAsString(name);
+    }
+    return same;
 }
 
 CommandDefinition* TranscriptedCommandTextCommand::definition() const

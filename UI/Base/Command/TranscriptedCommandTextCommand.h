@@ -23,6 +23,13 @@ public:
     TranscriptedCommandTextCommand(std::wstring area, std::wstring name, std::wstring help,
                                    std::string format, bool flag, std::wstring definitionKey);
 
+    ~TranscriptedCommandTextCommand() override;
+
+    /// The wrapper of a definition, the first if there are several; null if it has none.
+    static const TranscriptedCommandTextCommand* of(const std::wstring& definitionKey);
+    /// Whether a line with these parameters calls the definition with the arguments of the context.
+    bool repeats(const std::vector<std::wstring>& parameters, const CommandContext& context) const;
+
     std::wstring definitionKey() const override { return m_definitionKey; }
     /// The definition, or null if no add-in that is loaded has it.
     CommandDefinition* definition() const;

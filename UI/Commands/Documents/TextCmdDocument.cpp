@@ -3,6 +3,7 @@
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -60,10 +61,10 @@ public:
     {
         if (parameters.parameters() == 0)
             return {1, L"No filename specific as parameter"};
-        fs::path path(parameters[0]);
+        fs::path path(Vs::TranscriptMgr::get()->locate(parameters[0]));
         UIBaseOptionGroup* options = UIBaseOptionGroup::get();
         if (!isFile(path)) {
-            const fs::path other = fs::path(options->lastDirectory()) / path;
+            const fs::path other = fs::path(options->lastDirectory()) / parameters[0];
             if (!isFile(other))
                 return {1, L"Filename not found"};
             path = other;

@@ -1,5 +1,6 @@
 // The lines Document.Save and Document.SaveAs.
 
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentType.h"
 #include "UI/Base/Application.h"
@@ -38,6 +39,7 @@ fs::path fileOf(const std::wstring& name, const Vs::DocumentType& type)
     fs::path path(name);
     if (path.extension().empty() || path.extension() == ".")
         path.replace_extension(type.extension());
+    path = Vs::TranscriptMgr::get()->locate(path.wstring());
     UIBaseOptionGroup* options = UIBaseOptionGroup::get();
     boost::system::error_code error;
     if (!path.has_parent_path() && fs::is_directory(options->lastDirectory(), error))

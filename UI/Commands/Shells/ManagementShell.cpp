@@ -8,6 +8,7 @@
 #include "UI/Base/WorkspaceWindow.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/ManagementGraphicsView.h"
+#include "UI/Commands/Transcripts/DebugDialog.h"
 
 namespace Vu::Commands {
 
@@ -33,6 +34,8 @@ void ManagementShell::onPostActivate()
             arrangements, Layout::load(Resources::ManagementShellLayout()->localPath(), std::wstring()));
     arrangements->arrangement(m_arrangement);
     bindView(true, true);
+    if (DebugDialog::savedShowState())
+        DebugDialog::get(); // It hears that the shell has been activated.
     Shell::onPostActivate();
     if (!Application::testing())
         Application::get()->idleTasks()->add(new ShowWelcomeScreenTask);

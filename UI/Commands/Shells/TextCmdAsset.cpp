@@ -1,4 +1,5 @@
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
@@ -143,7 +144,8 @@ public:
         if (!activeAsset())
             return {1, L"There is no active asset to export"};
         CommandContext context = CommandContext::emptyContext();
-        context.addArgument(CommandContext::pathArgumentName(), parameters[0]);
+        context.addArgument(CommandContext::pathArgumentName(),
+                            Vs::TranscriptMgr::get()->locate(parameters[0]));
         return runDefinition(ExportCmdDef::info()->key(), context, parameters);
     }
 };

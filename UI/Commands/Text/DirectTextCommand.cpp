@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/ForwardedRun.h"
 
 namespace Vu::Commands {
 
@@ -20,6 +21,7 @@ Vs::TextCommandResult runDefinition(std::wstring_view id, CommandContext context
     CommandMgr* manager = CommandMgr::getActiveCommandManager();
     if (!manager)
         manager = CommandMgr::get();
+    const ForwardedRun forwarded;
     return answerOf(manager->executeCommand(definition, context));
 }
 

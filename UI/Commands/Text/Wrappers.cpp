@@ -1,6 +1,7 @@
 #include "UI/Commands/Text/Wrappers.h"
 
 #include "Server/Base/SerializableObject.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/AssetType.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/DocumentSession.h"
@@ -42,16 +43,21 @@ namespace {
 
 using Parameters = Vs::TextCommandParameters;
 
+void addPath(CommandContext& context, const std::wstring& path)
+{
+    context.addArgument(CommandContext::pathArgumentName(), Vs::TranscriptMgr::get()->locate(path));
+}
+
 void onePath(const Parameters& parameters, CommandContext& context)
 {
     if (parameters.parameters() == 1)
-        context.addArgument(CommandContext::pathArgumentName(), parameters[0]);
+        addPath(context, parameters[0]);
 }
 
 void firstPath(const Parameters& parameters, CommandContext& context)
 {
     if (parameters.parameters() != 0)
-        context.addArgument(CommandContext::pathArgumentName(), parameters[0]);
+        addPath(context, parameters[0]);
 }
 
 void documentSession(const Parameters& parameters, CommandContext& context)
@@ -86,7 +92,7 @@ void sessionAndPath(const Parameters& parameters, CommandContext& context)
         addObject(context, CloseDocumentCmdDef::documentSessionArgumentName(),
                   DocumentSessionSerializableObjectFactory::kName, parameters[0]);
     if (parameters.parameters() == 1 || parameters.parameters() == 2)
-        context.addArgument(CommandContext::pathArgumentName(), parameters[parameters.parameters() - 1]);
+        addPath(context, parameters[parameters.parameters() - 1]);
 }
 
 void assetTypeName(const Parameters& parameters, CommandContext& context)

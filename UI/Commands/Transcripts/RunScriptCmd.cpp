@@ -2,6 +2,7 @@
 
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/PythonManager.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/FileDialog.h"
 #include "UI/Commands/Localized.h"
@@ -62,6 +63,8 @@ void RunScriptCmd::onExecute(Vs::Status& status)
 
 bool RunPythonTask::run()
 {
+    // The command that put it here is recorded, and runs it again.
+    const Vs::TranscriptMgr::Unrecorded unrecorded;
     Vs::Status status;
     if (!m_path.empty())
         Vs::PythonManager::get()->runScriptFile(m_path, status);

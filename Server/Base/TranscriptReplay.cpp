@@ -1,0 +1,201 @@
+#include "Server/Base/TranscriptReplay.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/Base/Progress.h"
+#include "Server/Base/PythonManager.h"
+#include "Server/Base/Status.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TextLine.h"
+
+#include <optional>
+
+namespace Vs {
+
+namespace {
+
+/// A file of garbage fails at each of its million lines.
+constexpr size_t kMostErrors = 100;
+
+std::wstring titleOf(const std::wstring& path)
+{
+    return L"Replay: " + boost::filesystem::path(path).filename().wstring();
+}
+
+void tell(const ReplayOptions& options, const std::wstring& failure)
+{
+    if (options.quiet)
+        return;
+    if (TranscriptHost* host = TranscriptMgr::get()->host())
+        host->failed(failure);
+    else if (TextOutput* output = TextCommandMgr::get()->output())
+        output->error(failure);
+}
+
+class TextReplay
+{
+public:
+    TextReplay(const std::wstring& path, const ReplayOptions& options)
+        : m_path(path), m_options(options), m_debug(debugInfoFor(path)), m_progress(titleOf(path))
+    {
+    }
+
+    ReplayResult run()
+    {
+        try {
+            const TranscriptMgr::Replay replaying(m_path, kTextTranscript);
+            open();
+            while (m_options.keepGoing || m_result.failures == 0)
+                if (!step())
+                    break;
+        } catch (const Exception& error) {
+            failed(0, error.message());
+        }
+        return m_result;
+    }
+
+private:
+    /// A failure of the line, or of the file as a whole if that is 0.
+    void failed(size_t line, const std::wstring& message)
+    {
+        ++m_result.failures;
+        const std::wstring text =
+            line > 0 ? m_path + L':' + std::to_wstring(line) + L": " + message : message;
+        if (m_options.status && m_result.failures <= kMostErrors)
+            m_options.status->addError(text);
+        tell(m_options, text);
+    }
+
+    /// The debugger follows the transcript that it has loaded, unless another one replays that.
+    static ScriptDebugInfo* debugInfoFor(const std::wstring& path)
+    {
+        TranscriptMgr* transcripts = TranscriptMgr::get();
+        ScriptDebugInfo* debug = transcripts->scriptDebugInfo();
+        return !transcripts->replaying() && debug->scriptPath() == path ? debug : nullptr;
+    }
+
+    void open()
+    {
+        m_file.emplace(m_path);
+        if (!m_debug || passOver(m_debug->stepLine()))
+            return;
+        // It had come to its end: this is a new pass.
+        m_file.emplace(m_path);
+        m_debug->stepLine(0);
+        m_debug->resetBreakPoints();
+    }
+
+    /// Returns whether there is anything left behind so many lines.
+    bool passOver(int lines)
+    {
+        std::wstring line;
+        while (m_file->line() < static_cast<size_t>(lines))
+            if (!readLine(line))
+                return false;
+        return lines == 0 || !m_file->atEnd();
+    }
+
+    bool readLine(std::wstring& line)
+    {
+        try {
+            return m_file->next(line);
+        } catch (const Exception&) {
+            return true; // It was told when the line's turn came.
+        }
+    }
+
+    /// Runs the next line. Returns whether there may be another.
+    bool step()
+    {
+        std::optional<std::wstring> unreadable;
+        try {
+            if (!m_file->next(m_line))
+                return false;
+        } catch (const Exception& error) {
+            unreadable = error.message();
+        }
+        const size_t number = m_file->line();
+        if (m_debug && stopsBefore(static_cast<int>(number)))
+            return false;
+        if (unreadable) {
+            ++m_result.lines;
+            failed(number, *unreadable);
+        } else {
+            runLine(number);
+        }
+        if (m_debug && (m_options.keepGoing || m_result.failures == 0))
+            m_debug->stepLine(static_cast<int>(number));
+        m_result.cancelled = !m_progress.update(m_file->fraction()) || Progress::cancelled();
+        m_first = false;
+        return !m_result.cancelled && !m_options.oneLine;
+    }
+
+    /// Where a person has stopped or stepped, execution goes on from there.
+    bool stopsBefore(int line)
+    {
+        const bool stops = m_debug->stopsAt(line);
+        return stops && !m_options.oneLine && !(m_first && line > 1);
+    }
+
+    void runLine(size_t number)
+    {
+        if (m_line.find(L'$') != std::wstring::npos)
+            m_line = substituteParameters(m_line, m_options.parameters);
+        TextLine words(m_line);
+        if (!words.skipBlanks() || m_line[words.position()] == L'#')
+            return;
+        ++m_result.lines;
+        if (m_options.beforeLine)
+            m_options.beforeLine(m_line);
+        TextCommandMgr* commands = TextCommandMgr::get();
+        const TextCommandResult answer = commands->executeCommandWithoutOutput(m_line);
+        if (TranscriptHost* host = TranscriptMgr::get()->host())
+            host->settle();
+        if (answer.first != 0)
+            failed(number, answer.second);
+        else if (commands->output() && !answer.second.empty())
+            commands->output()->message(answer.second);
+        if (m_options.afterLine)
+            m_options.afterLine(answer.first);
+    }
+
+    const std::wstring& m_path;
+    const ReplayOptions& m_options;
+    ScriptDebugInfo* m_debug;
+    ProgressScope m_progress;
+    std::optional<TranscriptFile> m_file;
+    std::wstring m_line;
+    ReplayResult m_result;
+    bool m_first = true;
+};
+
+ReplayResult playPython(const std::wstring& path, const ReplayOptions& options)
+{
+    const ProgressScope progress(titleOf(path));
+    ReplayResult result;
+    Status status;
+    try {
+        const TranscriptMgr::Replay replaying(path, kPythonTranscript);
+        PythonManager::get()->runScriptFile(path, status);
+    } catch (const Exception& error) {
+        status.addError(error.message());
+    }
+    result.cancelled = Progress::cancelled();
+    if (status.isError() && !result.cancelled) {
+        result.failures = 1;
+        tell(options, status.toString());
+    }
+    if (options.status)
+        options.status->merge(status);
+    if (options.afterLine)
+        options.afterLine(result.ok() ? 0 : 1);
+    return result;
+}
+
+} // namespace
+
+ReplayResult playTranscript(const std::wstring& path, ETranscriptType type, const ReplayOptions& options)
+{
+    return type == kPythonTranscript ? playPython(path, options) : TextReplay(path, options).run();
+}
+
+} // namespace Vs

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Server/Base/TranscriptFile.h"
+#include "Server/Base/TranscriptMgr.h"
+
+namespace Vs {
+
+struct ReplayOptions
+{
+    TranscriptParameters parameters; ///< For text transcripts.
+    bool keepGoing = false;          ///< Go on after a line that failed.
+    bool oneLine = false;            ///< Only the line at which the debugger stands.
+    bool quiet = false;              ///< The host is not told of failures; the status has them.
+    /// Takes what failed, each as `FILE:LINE: message`; the first hundred, of a file of many. Null for
+    /// nobody.
+    Status* status = nullptr;
+    /// Called with each line of a text transcript before it runs, after substitution and without comments and
+    /// empty lines.
+    std::function<void(const std::wstring& line)> beforeLine;
+    /// Called after each line that ran, with its status, and with the host's work between lines done.
+    std::function<void(unsigned status)> afterLine;
+};
+
+struct ReplayResult
+{
+    size_t lines = 0;    ///< Lines that ran, comments and empty lines not counted; of Python not known.
+    size_t failures = 0; ///< Lines that answered another status than 0, and an unreadable file.
+    bool cancelled = false;
+
+    bool ok() const { return failures == 0 && !cancelled; }
+};
+
+/// For TranscriptMgr. Progress shows how far it is, and Progress::requestCancel ends it after the line that
+/// runs, or inside a Python script.
+ReplayResult playTranscript(const std::wstring& path, ETranscriptType type, const ReplayOptions& options);
+
+} // namespace Vs

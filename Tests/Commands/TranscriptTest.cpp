@@ -1,0 +1,263 @@
+// Sessions that are recorded and played again.
+
+#include "Server/Base/PythonManager.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptReplay.h"
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "Server/Types/Uuid.h"
+#include "Tests/Commands/Navigation.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/FileDialog.h"
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+
+#include <random>
+
+namespace Vu::Commands {
+namespace {
+
+namespace fs = boost::filesystem;
+using Vs::TranscriptMgr;
+
+void describe(const Vs::Component& component, std::wostringstream& text)
+{
+    text << component.name << L' ' << component.visible;
+    for (const auto& row : component.placement.entry)
+        for (const double value : row)
+            text << L' ' << value;
+    if (component.body)
+        text << L" | " << component.body->mesh()->triangles.size() << L' '
+             << component.body->mesh()->positions.size();
+    text << L'\n';
+    for (const auto& child : component.children)
+        describe(*child, text);
+}
+
+class TranscriptTest : public CommandsTests::Navigation
+{
+protected:
+    // Python knows the commands, and must go before they do.
+    static void TearDownTestSuite() { Vs::PythonManager::get()->shutdown(); }
+    void SetUp() override
+    {
+        WithProgram::SetUp();
+        emptyScratch(L"transcripts");
+    }
+    void TearDown() override
+    {
+        TranscriptMgr::get()->endRecording();
+        Navigation::TearDown();
+    }
+
+    static std::wstring file(const std::wstring& name) { return scratch(L"transcripts/" + name); }
+    static std::vector<std::string> linesOf(const std::wstring& name)
+    {
+        fs::ifstream stream{fs::path(file(name))};
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(stream, line);)
+            lines.push_back(line);
+        return lines;
+    }
+    static void record(const std::wstring& name) { answer(L"Transcripting.Start \"" + file(name) + L'"'); }
+    static void stop() { answer(L"Transcripting.Stop"); }
+    static void closeAll()
+    {
+        MessageBox::responder([](const MessageBox&) { return 1; });
+        if (documents() > 0)
+            run(L"Document.CloseAll");
+        MessageBox::responder(nullptr);
+    }
+
+    /// Model, selection and camera of the active session.
+    static std::wstring state()
+    {
+        if (!activeSession())
+            return L"nothing";
+        std::wostringstream text;
+        describe(*activeSession()->asset()->components(), text);
+        return text.str() + answer(L"Selection.List") + L'\n' + answer(L"Camera.Dump");
+    }
+    static std::string narrowed(const std::wstring& text) { return Vs::Strings::narrow(text); }
+    /// What the file brings about in an empty program.
+    static std::wstring stateAfter(const std::wstring& name)
+    {
+        closeAll();
+        Vs::Status status;
+        TranscriptMgr::get()->replay(file(name), status, TranscriptMgr::typeOf(name));
+        run(L"");
+        EXPECT_TRUE(status.isOk()) << status.matchingError("");
+        return (status.isOk() ? L"" : status.toString() + L'\n') + state();
+    }
+};
+
+TEST_F(TranscriptTest, ASessionComesBackWithItsModelItsSelectionAndItsCamera)
+{
+    for (const wchar_t* name : {L"session.txt", L"session.py"}) {
+        closeAll();
+        record(name);
+        answer(L"Design.New");
+        answer(L"Design.Box 20 30 40");
+        answer(L"Design.Cylinder 5 10");
+        answer(L"Selection.Select Cylinder1");
+        answer(L"VuCommands.RenameCommand \"A \\\"new\\\" name\"");
+        drag(kMiddleButton, 0, 0, 40, 10);
+        answer(L"Design.Sphere 3");
+        answer(L"VuCommands.UndoCmd");
+        failure(L"Design.Box none");
+        answer(L"Selection.Add Box1");
+        const std::wstring before = state();
+        stop();
+        EXPECT_EQ(stateAfter(name), before);
+    }
+}
+
+/// Does something at random that leaves the session open.
+class Anything
+{
+public:
+    explicit Anything(unsigned seed) : m_random(seed) {}
+    int upTo(int most) { return std::uniform_int_distribution(0, most)(m_random); }
+
+    /// A line, or nothing for something with the mouse.
+    std::wstring line()
+    {
+        const auto size = [&] { return L' ' + std::to_wstring(1 + upTo(50)); };
+        const auto part = [&] { return L" Box" + std::to_wstring(1 + upTo(3)); };
+        switch (upTo(13)) {
+        case 0:
+        case 1:
+            return L"Design.Box" + size() + size() + size();
+        case 2:
+            return L"Design.Cylinder" + size() + size() + L" 1,2,3.5";
+        case 3:
+            return L"Selection.Select" + part();
+        case 4:
+            return L"Selection.Add" + part() + part();
+        case 5:
+            return L"Selection.Clear";
+        case 6:
+            return L"VuCommands.RenameCommand \"new name " + std::to_wstring(upTo(99)) + L'"';
+        case 7:
+            return L"VuCommands.UndoCmd";
+        case 8:
+            return L"VuCommands.RedoCmd";
+        case 9:
+            return L"Commands.Start DeleteCommand";
+        case 10:
+            return L"Camera.ZoomIn 1." + std::to_wstring(1 + upTo(8));
+        case 11:
+            return L"Commands.Start FitCommand";
+        default:
+            return {};
+        }
+    }
+
+private:
+    std::mt19937 m_random;
+};
+
+TEST_F(TranscriptTest, RandomSessionsComeBack)
+{
+    const unsigned first = std::random_device()();
+    for (unsigned seed = first; seed < first + 12; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        const std::wstring name = seed % 2 == 0 ? L"random.txt" : L"random.py";
+        closeAll();
+        Anything anything(seed);
+        record(name);
+        answer(L"Design.New");
+        for (int i = 0; i < 40; ++i) {
+            if (const std::wstring line = anything.line(); !line.empty())
+                run(line); // Some fail, as some of a person's do.
+            else if (anything.upTo(1) == 0)
+                drag(kMiddleButton, anything.upTo(30), 0, anything.upTo(60), anything.upTo(60));
+            else
+                scroll(anything.upTo(1) == 0 ? 120 : -120, anything.upTo(60), anything.upTo(60));
+        }
+        const std::wstring before = state();
+        stop();
+        ASSERT_EQ(stateAfter(name), before);
+    }
+}
+
+TEST_F(TranscriptTest, LinesAreWhatWasDoneAndNotHow)
+{
+    record(L"lines.txt");
+    answer(L"Design.New");
+    const std::string identifier = narrowed(Vs::fromUuid(activeDocument()->identifier()));
+    const std::string guid = narrowed(Vs::fromUuid(activeSession()->asset()->guid()));
+    answer(L"Design.Box 1 2 3 4,5,6");
+    answer(L"Commands.Start BoxCommand Dx=1 Dy=2 Dz=3");
+    answer(L"Document.SaveAs \"" + file(L"saved.vlra") + L'"');
+    answer(L"Asset.List");
+    answer(L"Selection.Select Box1 Box2");
+    answer(L"Camera.ZoomIn");
+    answer(L"Transcripting.Stop");
+    const std::vector<std::string> expected = {
+        "Design.New",
+        "Transcripting.Document " + identifier + ' ' + guid,
+        "Design.Box 1 2 3 4,5,6",
+        "Design.Box 1 2 3",
+        "VuCommands.SaveDocumentAsCmd " + identifier + " saved.vlra",
+        "Asset.List",
+        "Selection.Select Box1 Box2",
+        "Camera.ZoomIn",
+    };
+    EXPECT_EQ(linesOf(L"lines.txt"), expected);
+}
+
+TEST_F(TranscriptTest, ATranscriptMayReplayAnotherAndIsThenOneLineOfARecording)
+{
+    fs::ofstream(fs::path(file(L"inner.txt"))) << "Design.Box 1 2 3\nDesign.Nothing\n";
+    fs::ofstream(fs::path(file(L"outer.txt")))
+        << "Design.New\nTranscripting.Replay inner.txt\nDesign.Sphere 1\n";
+    Vs::Status status;
+    record(L"recorded.txt");
+    TranscriptMgr::get()->replay(file(L"outer.txt"), status, Vs::kTextTranscript);
+    EXPECT_TRUE(status.matchingError("outer.txt:2: ")) << status.matchingError("");
+    EXPECT_TRUE(status.matchingError("inner.txt:2: There is no text command"));
+    fs::ofstream(fs::path(file(L"inner.txt"))) << "Design.Box 1 2 3\n";
+    answer(L"Transcripting.Replay \"" + file(L"inner.txt") + L'"');
+    stop();
+    const std::vector<std::string> lines = linesOf(L"recorded.txt");
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0], "Design.New");
+    EXPECT_EQ(lines[2], narrowed(L"Transcripting.Replay " + Vs::Strings::quote(file(L"inner.txt"))));
+
+    fs::ofstream(fs::path(file(L"self.txt"))) << "# a snake\nTranscripting.Replay self.txt\n";
+    EXPECT_NE(failure(L"Transcripting.Replay \"" + file(L"self.txt") + L'"').find(L"it cannot replay itself"),
+              std::wstring::npos);
+}
+
+TEST_F(TranscriptTest, AnswersToQuestionsAreRecordedAndGivenAgain)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 1 1 1");
+    record(L"close.txt");
+    answerBoxes(1);
+    answer(L"Document.Close");
+    MessageBox::responder(nullptr);
+    stop();
+    ASSERT_EQ(documents(), 0u);
+    const std::vector<std::string> lines = linesOf(L"close.txt");
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_TRUE(lines[0].starts_with("Transcripting.Answer ")) << lines[0];
+
+    answer(L"Design.New");
+    answer(L"Design.Box 1 1 1");
+    Vs::Status status;
+    TranscriptMgr::get()->replay(file(L"close.txt"), status, Vs::kTextTranscript);
+    EXPECT_EQ(documents(), 0u) << "nobody was there to be asked";
+    // An answer that no question of its line wanted is forgotten.
+    fs::ofstream(fs::path(file(L"stale.txt"))) << "Transcripting.Answer 1\nDesign.New\nDesign.Box 1 1 1\n"
+                                                  "Document.Close\n";
+    TranscriptMgr::get()->replay(file(L"stale.txt"), status, Vs::kTextTranscript);
+    EXPECT_EQ(documents(), 1u);
+}
+
+} // namespace
+} // namespace Vu::Commands

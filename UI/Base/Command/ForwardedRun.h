@@ -1,0 +1,22 @@
+#pragma once
+
+namespace Vu {
+
+/// Held by a text command while it runs the one command that does all that the line asks for: a recording
+/// then takes down that command, which knows its arguments best. What a line runs without it is part of the
+/// line. Main thread only.
+class ForwardedRun
+{
+public:
+    ForwardedRun() { ++depth(); }
+    ~ForwardedRun() { --depth(); }
+    ForwardedRun(const ForwardedRun&) = delete;
+    ForwardedRun& operator=(const ForwardedRun&) = delete;
+
+    static bool any() { return depth() > 0; }
+
+private:
+    static int& depth();
+};
+
+} // namespace Vu

@@ -1,0 +1,81 @@
+#include "UI/Base/Transcripts.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/Warning.h"
+#include "UI/Base/Answers.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/CameraTransition.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/TranscriptRecorder.h"
+#include "UI/Base/StateRecorder.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+namespace Vu {
+namespace {
+
+class ApplicationTranscriptHost : public Vs::TranscriptHost
+{
+public:
+    explicit ApplicationTranscriptHost(StateRecorder* state) : m_state(state) {}
+
+    void recordingStarted() override { m_state->begin(); }
+
+    void settle() override
+    {
+        try {
+            Application::get()->deferredTasks()->flush();
+        } catch (const std::exception& fault) {
+            Vs::warn(Vs::Strings::widen(fault.what()));
+        }
+        Answers::lineRan();
+    }
+
+    void failed(const std::wstring& message) override
+    {
+        if (Vs::TextOutput* output = Vs::TextCommandMgr::get()->output())
+            output->error(message);
+        // Who started the replay in the window sees no terminal.
+        const WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
+        if (window && window->shown())
+            CommandMgr::get()->GetAlertController()->addAlert(EAlertSeverity::Error, message);
+    }
+
+private:
+    StateRecorder* m_state;
+};
+
+/// Lives as long as the process: commands may still end while it goes down.
+StateRecorder* stateRecorder()
+{
+    static auto* const recorder = new StateRecorder;
+    return recorder;
+}
+
+} // namespace
+
+void installTranscripts()
+{
+    StateRecorder* const state = stateRecorder();
+    static ApplicationTranscriptHost host(state);
+    Vs::TranscriptMgr::get()->host(&host);
+    TranscriptCameraTrigger::recorder(
+        [](Vs::Scene::Camera* camera) { stateRecorder()->cameraMoved(camera); });
+    static auto* const recorder = new TranscriptRecorder({.before =
+                                                              [state] {
+                                                                  Answers::forgetGiven();
+                                                                  state->write();
+                                                              },
+                                                          .entry = &Answers::writeGiven,
+                                                          .after =
+                                                              [state](const std::wstring& line) {
+                                                                  state->writeDocuments(line);
+                                                                  state->accept();
+                                                              }});
+    CommandMgr::addObserver(recorder);
+    Vs::TextCommandMgr::get()->observer(recorder);
+}
+
+} // namespace Vu

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "UI/Commands/Localized.h"
+
+#include <QGroupBox>
+#include <QVBoxLayout>
+
+namespace Vu::Commands {
+
+inline QString panelText(const char* key, const char* english)
+{
+    return QString::fromStdWString(localized(key, english));
+}
+
+/// Puts the contents into a frame with a title, which fills the whole of the panel.
+inline void putInGroup(QWidget* panel, const QString& title, QLayout* contents)
+{
+    auto* group = new QGroupBox(title);
+    group->setLayout(contents);
+    auto* outer = new QVBoxLayout(panel);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(group);
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,39 @@
+#include "UI/Commands/Transcripts/TranscriptLines.h"
+
+#include "Server/Base/TranscriptTrigger.h"
+
+#include <boost/algorithm/string/trim.hpp>
+
+#include <algorithm>
+
+namespace Vu::Commands {
+namespace {
+
+/// Writes its line by going out of scope.
+class TranscriptInsertScriptTrigger : public Vs::TranscriptTrigger
+{
+public:
+    explicit TranscriptInsertScriptTrigger(std::wstring line) : m_line(std::move(line)) {}
+    ~TranscriptInsertScriptTrigger() override { writeTranscriptEntry(); }
+
+    std::wstring onCreateTranscriptEntry() override { return m_line; }
+
+private:
+    std::wstring m_line;
+};
+
+} // namespace
+
+void insertTranscriptLine(const std::wstring& line)
+{
+    const TranscriptInsertScriptTrigger trigger(line);
+}
+
+std::wstring normalizedDescription(std::wstring text)
+{
+    boost::algorithm::trim(text);
+    std::replace(text.begin(), text.end(), L' ', L'_');
+    return text;
+}
+
+} // namespace Vu::Commands
