@@ -2,35 +2,20 @@
 // stack and the command's whole life, and back with the answer. Prints the time of one line of several kinds,
 // and by how much the memory of the process grew over them.
 
+#include "Benchmarks/Command/EmptyCommand.h"
 #include "Server/Base/TextCommandMgr.h"
-#include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandHost.h"
-#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
-#include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
-#include <unistd.h>
 
 namespace {
 
 using namespace Vu;
-
-long executions = 0;
-
-class EmptyCmd : public SimpleCommand
-{
-public:
-    EmptyCmd(CommandDefinition* definition, CommandContext* context) : SimpleCommand(definition, context) {}
-    void onExecute(Vs::Status&) override { ++executions; }
-    ECommandType onCommandType() const override { return ECommandType::Nested; }
-};
+using namespace Benchmarks;
 
 class ToolCmd : public InteractiveCommandBase
 {
@@ -41,30 +26,7 @@ public:
     }
 };
 
-Info emptyInfo(L"EmptyCommand", L"Empty", nullptr);
 Info toolInfo(L"ToolCommand", L"Tool", nullptr);
-
-template <class Cmd>
-class Definition : public CommandDefinition
-{
-public:
-    explicit Definition(Info* info) : CommandDefinition(info) {}
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override { return new Cmd(this, context); }
-};
-
-class Area : public Vs::PythonEntry<Area, Vs::TextCommandSubjectArea>
-{
-public:
-    Area() : PythonEntry(L"Bench", L"Lines of the benchmark", true) {}
-};
-
-class TextCmdEmpty : public Vs::PythonEntry<TextCmdEmpty, TranscriptedCommandTextCommand>
-{
-public:
-    TextCmdEmpty() : PythonEntry(L"Bench", L"EmptyCmd", L"Does nothing.", "", false, L"EmptyCommand") {}
-};
 
 class TextCmdPath : public Vs::PythonEntry<TextCmdPath, TranscriptedCommandTextCommand>
 {
@@ -80,22 +42,6 @@ protected:
         context.addArgument(CommandContext::pathArgumentName(), parameters[0]);
     }
 };
-
-/// One session that is always active, as in the running program.
-class Host : public CommandHost
-{
-public:
-    AssetSession* activeAssetSession() override { return reinterpret_cast<AssetSession*>(this); }
-    CommandMgr* commandManager(AssetSession*) override { return manager; }
-    CommandMgr* manager = nullptr;
-};
-
-long residentKilobytes()
-{
-    long pages = 0, resident = 0;
-    std::ifstream("/proc/self/statm") >> pages >> resident;
-    return resident * (sysconf(_SC_PAGESIZE) / 1024);
-}
 
 void measure(const char* what, const std::wstring& line, long count)
 {
