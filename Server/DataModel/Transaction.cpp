@@ -3,7 +3,9 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/SteppedTransaction.h"
 #include "Server/DataModel/TransactionMgr.h"
+#include "Server/DataModel/TransactionStepUserCache.h"
 
 #include <stdexcept>
 
@@ -13,6 +15,7 @@ namespace {
 
 void tellComponents(Asset* asset)
 {
+    asset->data().history().settle();
     ComponentsEvent::Changes changes = asset->data().refresh();
     if (changes.added.empty() && changes.changed.empty() && changes.removed.empty())
         return;
@@ -31,6 +34,14 @@ void tellBack(Asset* asset, ChangeHistory::Extent extent)
     AssetEventSource::get()->fireAssetSettingsChanged(&event);
 }
 
+void begin(Asset* asset, const std::wstring& name,
+           void (ChangeHistory::*start)(const std::wstring&, const std::wstring&))
+{
+    if (!asset->document()->mayBeEdited())
+        throw std::runtime_error("its document is read-only");
+    (asset->data().history().*start)(name, TransactionMgr::cmdKeyNow(asset));
+}
+
 void markChanged(Asset* asset, ChangeHistory::Extent extent)
 {
     if (extent.model)
@@ -40,14 +51,19 @@ void markChanged(Asset* asset, ChangeHistory::Extent extent)
 
 bool step(Asset* asset, ChangeHistory::Extent (ChangeHistory::*direction)())
 {
-    if (!asset->document()->mayBeEdited())
-        return false;
     const ChangeHistory::Extent extent = (asset->data().history().*direction)();
     if (extent.nothing())
         return false;
     markChanged(asset, extent);
     tellBack(asset, extent);
     return true;
+}
+
+/// Whether the session's steps can be walked now.
+bool isFree(Asset* asset)
+{
+    const ChangeHistory& history = asset->data().history();
+    return !history.isOpen() && !history.group() && asset->document()->mayBeEdited();
 }
 
 std::wstring nameOf(const TransactionNode* step)
@@ -63,9 +79,7 @@ Transaction::Transaction(Asset* asset, const std::wstring& name) : m_asset(asset
     m_outermost = !data.history().isOpen();
     if (!m_outermost)
         return;
-    if (!asset->document()->mayBeEdited())
-        throw std::runtime_error("its document is read-only");
-    data.history().begin(name, TransactionMgr::cmdKeyNow(asset));
+    begin(asset, name, &ChangeHistory::begin);
     data.transactionBroken = false;
 }
 
@@ -80,7 +94,12 @@ bool Transaction::isBroken() const
     return m_open && m_asset->data().transactionBroken;
 }
 
-void Transaction::commit()
+bool Transaction::isChanged() const
+{
+    return m_open && !m_asset->data().history().openExtent().nothing();
+}
+
+void Transaction::commit(std::shared_ptr<TransactionStepUserCache> cache)
 {
     if (!m_open)
         return;
@@ -92,7 +111,7 @@ void Transaction::commit()
     m_open = false;
     ChangeHistory::Extent extent = data.history().openExtent();
     if (m_outermost) {
-        extent = data.history().commit();
+        extent = data.history().commit(std::move(cache));
         if (extent.nothing())
             return;
         markChanged(m_asset, extent);
@@ -136,12 +155,75 @@ std::wstring Transaction::redoName(const Asset* asset)
 
 bool Transaction::undo(Asset* asset)
 {
-    return step(asset, &ChangeHistory::undo);
+    return isFree(asset) && step(asset, &ChangeHistory::undo);
 }
 
 bool Transaction::redo(Asset* asset)
 {
-    return step(asset, &ChangeHistory::redo);
+    return isFree(asset) && step(asset, &ChangeHistory::redo);
+}
+
+SteppedTransaction::SteppedTransaction(Asset* asset, const std::wstring& name) : m_asset(asset)
+{
+    if (isOpen(asset) || asset->data().history().isOpen())
+        throw std::runtime_error("another change of it isn't finished");
+    begin(asset, name, &ChangeHistory::beginGroup);
+}
+
+SteppedTransaction::~SteppedTransaction()
+{
+    if (m_open)
+        abort();
+}
+
+bool SteppedTransaction::isOpen(const Asset* asset)
+{
+    return asset->data().history().group() != nullptr;
+}
+
+const TransactionNode& SteppedTransaction::node() const
+{
+    return *m_asset->data().history().group();
+}
+
+void SteppedTransaction::commit()
+{
+    m_open = false;
+    m_asset->data().history().commitGroup();
+}
+
+void SteppedTransaction::abort()
+{
+    m_open = false;
+    const ChangeHistory::Extent extent = m_asset->data().history().abortGroup();
+    if (extent.nothing())
+        return;
+    markChanged(m_asset, extent);
+    tellBack(m_asset, extent);
+}
+
+// What others changed after a step goes with it.
+bool SteppedTransaction::undoStep()
+{
+    if (m_asset->data().history().isOpen())
+        return false;
+    while (const TransactionNode* next = node().transactionToUndo()) {
+        const bool own = next->userCache();
+        step(m_asset, &ChangeHistory::undo);
+        if (own)
+            return true;
+    }
+    return false;
+}
+
+bool SteppedTransaction::redoStep()
+{
+    if (m_asset->data().history().isOpen() || !node().transactionToRedo())
+        return false;
+    do
+        step(m_asset, &ChangeHistory::redo);
+    while (node().transactionToRedo() && !node().transactionToRedo()->userCache());
+    return true;
 }
 
 } // namespace Vs

@@ -2,11 +2,13 @@
 
 #include "Server/Base/Status.h"
 
+#include <memory>
 #include <string>
 
 namespace Vs {
 
 class Asset;
+class TransactionStepUserCache;
 
 /// One undoable change of an asset: of its model and of its settings. Opened by its constructor; aborted by
 /// its destructor unless it was committed. A transaction inside another one of the same asset joins it: its
@@ -24,9 +26,12 @@ public:
     bool isOpen() const { return m_open; }
     /// Whether one inside it was aborted, so that `commit` takes everything back.
     bool isBroken() const;
+    /// Whether the change has touched anything yet.
+    bool isChanged() const;
     /// Keeps the change as one undo step, brings the component tree up to date and tells the asset event
-    /// sites. A transaction that changed nothing leaves no step.
-    void commit();
+    /// sites. A transaction that changed nothing leaves no step, except inside of a SteppedTransaction. The
+    /// cache, if there is one, goes with the step.
+    void commit(std::shared_ptr<TransactionStepUserCache> cache = nullptr);
     /// Takes everything back.
     void abort();
 
@@ -35,7 +40,7 @@ public:
     /// Name of the step that `undo` would take back; empty if there is none.
     static std::wstring undoName(const Asset* asset);
     static std::wstring redoName(const Asset* asset);
-    /// False if there is nothing to undo or a transaction is open.
+    /// False if there is nothing to undo or a transaction is open, or a SteppedTransaction.
     static bool undo(Asset* asset);
     static bool redo(Asset* asset);
 

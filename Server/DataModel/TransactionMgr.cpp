@@ -11,6 +11,12 @@ namespace {
 
 TransactionMgr::CmdKeySource theSource = nullptr;
 
+/// Whether the session's steps can be walked now.
+bool isFree(const ChangeHistory& history)
+{
+    return !history.isOpen() && !history.group();
+}
+
 bool holds(const TransactionNode::Changes& changes, const TransactionNode* step)
 {
     if (!step)
@@ -27,18 +33,20 @@ const TransactionNode* TransactionMgr::sessionTransaction() const
 
 const TransactionNode* TransactionMgr::currentTransaction() const
 {
-    const TransactionNode* open = m_asset->data().history().open();
-    return open ? open : sessionTransaction();
+    const ChangeHistory& history = m_asset->data().history();
+    if (history.open())
+        return history.open();
+    return history.group() ? history.group() : sessionTransaction();
 }
 
 bool TransactionMgr::canUndo(const TransactionNode* step) const
 {
-    return !m_asset->data().history().isOpen() && holds(sessionTransaction()->doneChanges(), step);
+    return isFree(m_asset->data().history()) && holds(sessionTransaction()->doneChanges(), step);
 }
 
 bool TransactionMgr::canRedo(const TransactionNode* step) const
 {
-    return !m_asset->data().history().isOpen() && holds(sessionTransaction()->undoneChanges(), step);
+    return isFree(m_asset->data().history()) && holds(sessionTransaction()->undoneChanges(), step);
 }
 
 bool TransactionMgr::undo(const TransactionNode* step)

@@ -18,11 +18,11 @@ public:
 
     /// The root of the tree.
     const TransactionNode* sessionTransaction() const;
-    /// The one that is open, or the session's.
+    /// The innermost that is open: a change, else one that is made in steps, else the session's.
     const TransactionNode* currentTransaction() const;
 
     /// Whether the steps back to that one, itself included, could be taken back now; without one, the last
-    /// step. False while a transaction is open.
+    /// step. False while a transaction is open, in steps or not.
     bool canUndo(const TransactionNode* step) const;
     bool canRedo(const TransactionNode* step) const;
     /// Takes back all steps to that one, itself included; without one, the last. Stops at a step that can't

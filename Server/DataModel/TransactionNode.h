@@ -4,12 +4,17 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Vs {
 
+class ModelChange;
+class TransactionStepUserCache;
+
 /// A node of the tree of an asset's transactions. The root is the session's, which lasts as long as the asset
-/// is open; the steps that can be taken back or done again are its changes. Owned by the asset's history:
-/// a pointer to a step holds until the step is forgotten, whether it is done or undone meanwhile.
+/// is open; the steps that can be taken back or done again are its changes. So are a running command's own
+/// steps below the one of that command (SteppedTransaction). Owned by the asset's history: a pointer to a
+/// step holds until the step is forgotten, whether it is done or undone meanwhile.
 class TransactionNode
 {
 public:
@@ -30,7 +35,7 @@ public:
     /// The key of the command that made the change; see TransactionMgr::cmdKeySource.
     const std::wstring& cmdKey() const { return m_cmdKey; }
     /// Whether it touched anything, of the model or of the settings.
-    bool isChanged() const { return m_model || !m_settings.empty(); }
+    bool isChanged() const { return m_touchesModel || !m_settings.empty(); }
     /// False for the one that is still open.
     bool isCommitted() const { return m_committed; }
 
@@ -48,6 +53,17 @@ public:
         return m_undone.empty() ? nullptr : m_undone.front().get();
     }
 
+    /// Whether a step below it can be taken back, or done again, while it is open itself.
+    bool canDoMidStep(bool undo) const
+    {
+        return m_parent && !m_committed && !(undo ? m_done : m_undone).empty();
+    }
+    /// What the maker of this step keeps with it; null if it keeps nothing.
+    TransactionStepUserCache* userCache() const { return m_userCache.get(); }
+    /// Those of the steps below it that can be taken back, or done again: the nearest to the present state
+    /// first.
+    std::vector<TransactionStepUserCache*> stepUserCaches(bool undo) const;
+
 private:
     friend class ChangeHistory;
     struct Difference
@@ -57,9 +73,11 @@ private:
 
     const TransactionNode* m_parent = nullptr;
     std::wstring m_userName, m_cmdKey;
-    bool m_model = false; ///< The kernel has a difference for it.
+    bool m_touchesModel = false;
     bool m_committed = false;
+    std::vector<std::shared_ptr<ModelChange>> m_model; ///< In the order in which they were made.
     std::map<std::string, Difference> m_settings;
+    std::shared_ptr<TransactionStepUserCache> m_userCache;
     Changes m_done, m_undone;
 };
 

@@ -4,6 +4,7 @@
 
 #include <TDF_LabelSequence.hxx>
 #include <TDataStd_UAttribute.hxx>
+#include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
@@ -61,6 +62,16 @@ void renameOccurrence(const TDF_Label& label, const std::wstring& name)
         TDataStd_UAttribute::Set(label, namedByUser());
 }
 
+void showOccurrence(const TDF_Label& label, bool visible)
+{
+    const Handle(XCAFDoc_ColorTool) colours = XCAFDoc_DocumentTool::ColorTool(label);
+    colours->SetVisibility(label, visible);
+    // A file may have hidden the part itself.
+    TDF_Label part;
+    if (visible && XCAFDoc_ShapeTool::GetReferredShape(label, part) && !isShown(part))
+        colours->SetVisibility(part, true);
+}
+
 // Assemblies go before what is in them: that is passed over then, though it may stand in others as well.
 void removeOccurrences(const Handle(TDocStd_Document) & document, std::vector<std::string> components)
 {
@@ -70,7 +81,6 @@ void removeOccurrences(const Handle(TDocStd_Document) & document, std::vector<st
     for (const std::string& component : components)
         if (isWhole(document, component))
             removeOccurrence(occurrenceLabel(document, component));
-    XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
 }
 
 } // namespace Vs::Kernel

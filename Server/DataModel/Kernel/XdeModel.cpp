@@ -20,6 +20,8 @@
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
 #include <Standard_Failure.hxx>
+#include <TDF_Data.hxx>
+#include <TDF_Delta.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
@@ -34,6 +36,7 @@
 #include <mutex>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 namespace Vs::Kernel {
 
@@ -84,6 +87,16 @@ private:
     }
 };
 
+class XdeChange : public ModelChange
+{
+public:
+    explicit XdeChange(Handle(TDF_Delta) delta) : m_delta(std::move(delta)) {}
+    const Handle(TDF_Delta) & delta() const { return m_delta; }
+
+private:
+    Handle(TDF_Delta) m_delta;
+};
+
 TDF_Label bodyLabel(const Handle(TDocStd_Document) & document, const std::string& entry)
 {
     const TDF_Label label = labelOf(document, entry);
@@ -111,7 +124,7 @@ XdeModel::XdeModel()
 {
     const std::lock_guard lock(applicationMutex());
     application()->NewDocument("BinXCAF", m_document);
-    m_document->SetUndoLimit(kUndoSteps);
+    m_open.Initialize(m_document->GetData());
 }
 
 XdeModel::XdeModel(std::string_view bytes)
@@ -124,7 +137,7 @@ XdeModel::XdeModel(std::string_view bytes)
         if (status != PCDM_RS_OK || m_document.IsNull())
             throw std::runtime_error("the model's data can't be read (reason " + std::to_string(status) +
                                      ")");
-        m_document->SetUndoLimit(kUndoSteps);
+        m_open.Initialize(m_document->GetData());
     });
 }
 
@@ -138,6 +151,8 @@ XdeModel::~XdeModel()
 void XdeModel::write(std::ostream& stream)
 {
     guarded([&] {
+        if (std::exchange(m_assembliesStale, false))
+            XCAFDoc_DocumentTool::ShapeTool(m_document->Main())->UpdateAssemblies();
         const std::lock_guard lock(applicationMutex());
         // Normals that came with triangles can't be had again from anywhere else.
         const auto driver =
@@ -153,7 +168,20 @@ void XdeModel::write(std::ostream& stream)
 
 PartTree XdeModel::tree()
 {
-    return guarded([&] { return readXdeTree(m_document).tree; });
+    return guarded([&] {
+        m_touched.clear();
+        return readXdeTree(m_document).tree;
+    });
+}
+
+std::vector<TouchedPlace> XdeModel::takeTouched()
+{
+    return m_touched.take();
+}
+
+PartTree XdeModel::branch(const std::string& entry, bool deep)
+{
+    return guarded([&] { return readXdeBranch(labelOf(m_document, entry), deep).tree; });
 }
 
 uint64_t XdeModel::revision(const std::string& entry)
@@ -297,7 +325,18 @@ void XdeModel::rename(const std::string& component, const std::wstring& name)
 
 void XdeModel::remove(const std::vector<std::string>& components)
 {
-    guarded([&] { removeOccurrences(m_document, components); });
+    guarded([&] {
+        removeOccurrences(m_document, components);
+        m_assembliesStale = true;
+    });
+}
+
+void XdeModel::setVisible(const std::vector<std::string>& components, bool visible)
+{
+    guarded([&] {
+        for (const std::string& component : components)
+            showOccurrence(occurrenceLabel(m_document, component), visible);
+    });
 }
 
 std::vector<std::string> XdeModel::edit(const ModelEdit&)
@@ -307,27 +346,41 @@ std::vector<std::string> XdeModel::edit(const ModelEdit&)
 
 void XdeModel::begin()
 {
-    m_document->NewCommand();
+    m_open.Open();
 }
 
-bool XdeModel::commit()
+std::unique_ptr<ModelChange> XdeModel::commit()
 {
-    return m_document->CommitCommand();
+    return guarded([&]() -> std::unique_ptr<ModelChange> {
+        const Handle(TDF_Delta) delta = m_open.Commit(true);
+        if (delta.IsNull())
+            return nullptr;
+        m_touched.add(delta);
+        if (!delta->IsEmpty())
+            return std::make_unique<XdeChange>(delta);
+        // What was touched and is as before has moved the kernel's clock, by which older changes are known.
+        m_document->GetData()->Undo(delta, false);
+        return nullptr;
+    });
 }
 
 void XdeModel::abort()
 {
-    m_document->AbortCommand();
+    m_open.Abort();
 }
 
-bool XdeModel::undo()
+std::unique_ptr<ModelChange> XdeModel::revert(const ModelChange& change)
 {
-    return m_document->Undo();
-}
-
-bool XdeModel::redo()
-{
-    return m_document->Redo();
+    return guarded([&] {
+        const Handle(TDF_Delta)& delta = static_cast<const XdeChange&>(change).delta();
+        const Handle(TDF_Data) data = m_document->GetData();
+        if (!delta->IsApplicable(data->Time()))
+            throw std::runtime_error("the model was changed since in a way that can't be taken back");
+        m_assembliesStale = true;
+        auto opposite = std::make_unique<XdeChange>(data->Undo(delta, true));
+        m_touched.add(delta);
+        return opposite;
+    });
 }
 
 } // namespace Vs::Kernel

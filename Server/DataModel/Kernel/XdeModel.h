@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Server/DataModel/Kernel/TouchedLabels.h"
 #include "Server/DataModel/Model/ModelKernel.h"
 
+#include <TDF_Transaction.hxx>
 #include <TDocStd_Document.hxx>
 #include <TopoDS_Shape.hxx>
 
@@ -27,6 +29,8 @@ public:
     void write(std::ostream& stream) override;
     PartTree tree() override;
     uint64_t revision(const std::string& entry) override;
+    std::vector<TouchedPlace> takeTouched() override;
+    PartTree branch(const std::string& entry, bool deep) override;
     std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                          const TranslatorRefinement& refinement) override;
     BodyProperties properties(const std::string& entry, BodyMeasure what) override;
@@ -40,11 +44,11 @@ public:
     void rename(const std::string& component, const std::wstring& name) override;
     void remove(const std::vector<std::string>& components) override;
     std::vector<std::string> edit(const ModelEdit& edit) override;
+    void setVisible(const std::vector<std::string>& components, bool visible) override;
     void begin() override;
-    bool commit() override;
+    std::unique_ptr<ModelChange> commit() override;
     void abort() override;
-    bool undo() override;
-    bool redo() override;
+    std::unique_ptr<ModelChange> revert(const ModelChange& change) override;
 
 private:
     const SubShapes& subShapes(const std::string& entry);
@@ -52,6 +56,9 @@ private:
     TopoDS_Shape placed(const std::vector<MeasuredShape>& shapes);
 
     Handle(TDocStd_Document) m_document;
+    TDF_Transaction m_open;
+    TouchedLabels m_touched;
+    bool m_assembliesStale = false; ///< Their shapes are made anew when somebody needs them.
     std::map<std::string, std::unique_ptr<SubShapes>> m_subShapes; ///< Of bodies that were measured.
 };
 

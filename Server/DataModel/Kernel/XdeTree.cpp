@@ -11,6 +11,7 @@
 #include <TDF_Tool.hxx>
 #include <TDataStd_Name.hxx>
 #include <TopLoc_Location.hxx>
+#include <XCAFDoc.hxx>
 #include <XCAFDoc_Color.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
@@ -43,19 +44,22 @@ std::optional<Colour> colourOf(const TDF_Label& label)
 class TreeReader
 {
 public:
-    explicit TreeReader(XdeTree& result) : m_result(result) {}
+    explicit TreeReader(XdeTree& result, bool deep = true) : m_result(result), m_deep(deep) {}
 
     PartTree::Node visit(const TDF_Label& label, const std::string& prefix, int depth)
     {
         PartTree::Node node;
         node.id = prefix + entryOf(label);
         node.name = nameOf(label);
+        node.visible = isShown(label);
         TDF_Label what = label;
         if (XCAFDoc_ShapeTool::IsReference(label)) {
             node.placement = toMatrix(XCAFDoc_ShapeTool::GetLocation(label).Transformation());
             node.colour = colourOf(label);
             XCAFDoc_ShapeTool::GetReferredShape(label, what);
+            node.visible = node.visible && isShown(what);
         }
+        node.part = entryOf(what);
         if (isMadeUp(node.name) && !label.IsAttribute(namedByUser()))
             node.name = nameOf(what);
         // An assembly that contains itself is no tree; it ends here.
@@ -63,7 +67,8 @@ public:
             if (!node.colour)
                 node.colour = colourOf(what);
             TDF_LabelSequence components;
-            XCAFDoc_ShapeTool::GetComponents(what, components);
+            if (m_deep)
+                XCAFDoc_ShapeTool::GetComponents(what, components);
             for (const TDF_Label& component : components)
                 node.children.push_back(visit(component, node.id + "/", depth + 1));
         } else {
@@ -97,6 +102,7 @@ private:
     }
 
     XdeTree& m_result;
+    bool m_deep;
     std::unordered_map<std::string, int> m_bodies;
 };
 
@@ -110,6 +116,19 @@ XdeTree readXdeTree(const Handle(TDocStd_Document) & document)
     XCAFDoc_DocumentTool::ShapeTool(document->Main())->GetFreeShapes(roots);
     for (const TDF_Label& root : roots)
         result.tree.roots.push_back(reader.visit(root, {}, 0));
+    return result;
+}
+
+XdeTree readXdeBranch(const TDF_Label& label, bool deep)
+{
+    XdeTree result;
+    if (label.IsNull())
+        return result;
+    const bool isRoot = XCAFDoc_ShapeTool::IsShape(label) &&
+                        XCAFDoc_DocumentTool::ShapeTool(label)->IsTopLevel(label) &&
+                        XCAFDoc_ShapeTool::IsFree(label);
+    if (isRoot || XCAFDoc_ShapeTool::IsComponent(label))
+        result.tree.roots.push_back(TreeReader(result, deep).visit(label, {}, 0));
     return result;
 }
 
@@ -170,6 +189,11 @@ ShapeColours bodyColours(const TDF_Label& label)
     std::stable_sort(colours.entries.begin(), colours.entries.end(),
                      [](const auto& a, const auto& b) { return a.part.ShapeType() < b.part.ShapeType(); });
     return colours;
+}
+
+bool isShown(const TDF_Label& label)
+{
+    return !label.IsAttribute(XCAFDoc::InvisibleGUID());
 }
 
 std::string entryOf(const TDF_Label& label)

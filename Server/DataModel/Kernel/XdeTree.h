@@ -33,6 +33,8 @@ struct XdeTree
 };
 
 XdeTree readXdeTree(const Handle(TDocStd_Document) & document);
+/// The same for what stands on one label; empty if that is no part of the tree.
+XdeTree readXdeBranch(const TDF_Label& label, bool deep);
 
 /// The name that stands on a label; empty if there is none.
 std::wstring nameOf(const TDF_Label& label);
@@ -47,6 +49,9 @@ TopoDS_Shape bodyShape(const TDF_Label& label);
 ShapeColours bodyColours(const TDF_Label& label);
 /// PartTree::Body::revision.
 uint64_t revisionOf(const TopoDS_Shape& body);
+
+/// Whether what stands on the label isn't hidden by itself.
+bool isShown(const TDF_Label& label);
 
 std::string entryOf(const TDF_Label& label);
 TDF_Label labelOf(const Handle(TDocStd_Document) & document, const std::string& entry);

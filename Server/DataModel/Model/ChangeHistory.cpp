@@ -1,20 +1,57 @@
 #include "Server/DataModel/Model/ChangeHistory.h"
 
+#include "Server/DataModel/TransactionStepUserCache.h"
+
+#include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace Vs {
 
+namespace {
+
+void addCaches(auto&& steps, std::vector<TransactionStepUserCache*>& caches)
+{
+    for (const std::unique_ptr<TransactionNode>& step : steps)
+        if (step->userCache())
+            caches.push_back(step->userCache());
+}
+
+} // namespace
+
+std::vector<TransactionStepUserCache*> TransactionNode::stepUserCaches(bool undo) const
+{
+    std::vector<TransactionStepUserCache*> caches;
+    if (undo)
+        addCaches(m_done | std::views::reverse, caches);
+    else
+        addCaches(m_undone, caches);
+    return caches;
+}
+
 void ChangeHistory::begin(const std::wstring& name, const std::wstring& cmdKey)
 {
-    m_open = std::make_unique<Step>(&m_session, name, cmdKey);
+    m_open = std::make_unique<Step>(&top(), name, cmdKey);
 }
 
 void ChangeHistory::enter(ModelKernel& kernel)
 {
-    if (!m_open || m_open->m_model)
+    if (!m_open || m_kernelOpen)
         return;
     kernel.begin();
-    m_open->m_model = true;
+    m_kernelOpen = true;
+    m_open->m_touchesModel = true;
+}
+
+void ChangeHistory::settle()
+{
+    if (!std::exchange(m_kernelOpen, false))
+        return;
+    std::shared_ptr<ModelChange> change =
+        m_source.withKernel([](ModelKernel& kernel) { return kernel.commit(); });
+    if (change)
+        m_open->m_model.push_back(std::move(change));
+    m_open->m_touchesModel = !m_open->m_model.empty();
 }
 
 void ChangeHistory::put(const std::string& key, const std::wstring& value)
@@ -43,39 +80,56 @@ bool ChangeHistory::set(const std::string& key, const std::wstring& value)
     return true;
 }
 
-ChangeHistory::Extent ChangeHistory::commit()
+ChangeHistory::Extent ChangeHistory::keep(std::unique_ptr<Step> step)
 {
-    std::unique_ptr<Step> step = std::move(m_open);
     std::erase_if(step->m_settings, [](const auto& each) { return each.second.before == each.second.after; });
-    step->m_model = step->m_model && m_source.withKernel([](ModelKernel& kernel) { return kernel.commit(); });
     const Extent extent = extentOf(*step);
-    if (extent.nothing())
+    if (extent.nothing() && !m_group)
         return extent;
     step->m_committed = true;
-    m_session.m_undone.clear();
-    m_session.m_done.push_back(std::move(step));
-    // The kernel keeps as many of its own, so that those are still there that stand in this list.
-    if (m_session.m_done.size() > ModelKernel::kUndoSteps)
+    Step& parent = top();
+    parent.m_undone.clear();
+    parent.m_done.push_back(std::move(step));
+    if (!m_group && m_session.m_done.size() > kUndoSteps)
         m_session.m_done.pop_front();
     return extent;
 }
 
+ChangeHistory::Extent ChangeHistory::commit(std::shared_ptr<TransactionStepUserCache> cache)
+{
+    settle();
+    m_open->m_userCache = std::move(cache);
+    return keep(std::move(m_open));
+}
+
 ChangeHistory::Extent ChangeHistory::abort()
 {
-    const std::unique_ptr<Step> step = std::move(m_open);
-    if (step->m_model)
+    if (std::exchange(m_kernelOpen, false))
         m_source.withKernel([](ModelKernel& kernel) { kernel.abort(); });
+    const std::unique_ptr<Step> step = std::move(m_open);
+    revertModel(*step);
     putAll(*step, &Step::Difference::before);
     return extentOf(*step);
 }
 
+void ChangeHistory::revertModel(Step& step)
+{
+    if (step.m_model.empty())
+        return;
+    m_source.withKernel([&](ModelKernel& kernel) {
+        std::reverse(step.m_model.begin(), step.m_model.end());
+        for (std::shared_ptr<ModelChange>& change : step.m_model)
+            change = kernel.revert(*change);
+    });
+}
+
 ChangeHistory::Extent ChangeHistory::undo()
 {
-    Step::Changes& done = m_session.m_done;
-    if (m_open || done.empty() ||
-        (done.back()->m_model && !m_source.withKernel([](ModelKernel& kernel) { return kernel.undo(); })))
+    Step::Changes& done = top().m_done;
+    if (m_open || done.empty())
         return {};
-    Step& step = *m_session.m_undone.emplace_front(std::move(done.back()));
+    revertModel(*done.back());
+    Step& step = *top().m_undone.emplace_front(std::move(done.back()));
     done.pop_back();
     putAll(step, &Step::Difference::before);
     return extentOf(step);
@@ -83,14 +137,41 @@ ChangeHistory::Extent ChangeHistory::undo()
 
 ChangeHistory::Extent ChangeHistory::redo()
 {
-    Step::Changes& undone = m_session.m_undone;
-    if (m_open || undone.empty() ||
-        (undone.front()->m_model && !m_source.withKernel([](ModelKernel& kernel) { return kernel.redo(); })))
+    Step::Changes& undone = top().m_undone;
+    if (m_open || undone.empty())
         return {};
-    Step& step = *m_session.m_done.emplace_back(std::move(undone.front()));
+    revertModel(*undone.front());
+    Step& step = *top().m_done.emplace_back(std::move(undone.front()));
     undone.pop_front();
     putAll(step, &Step::Difference::after);
     return extentOf(step);
+}
+
+void ChangeHistory::beginGroup(const std::wstring& name, const std::wstring& cmdKey)
+{
+    m_group = std::make_unique<Step>(&m_session, name, cmdKey);
+}
+
+ChangeHistory::Extent ChangeHistory::commitGroup()
+{
+    const std::unique_ptr<Step> group = std::move(m_group);
+    auto whole = std::make_unique<Step>(&m_session, group->m_userName, group->m_cmdKey);
+    for (const std::unique_ptr<Step>& step : group->m_done) {
+        std::move(step->m_model.begin(), step->m_model.end(), std::back_inserter(whole->m_model));
+        for (const auto& [key, difference] : step->m_settings)
+            whole->m_settings.try_emplace(key, difference).first->second.after = difference.after;
+    }
+    whole->m_touchesModel = !whole->m_model.empty();
+    return keep(std::move(whole));
+}
+
+ChangeHistory::Extent ChangeHistory::abortGroup()
+{
+    Extent extent;
+    while (!m_group->m_done.empty())
+        extent.add(undo());
+    m_group.reset();
+    return extent;
 }
 
 } // namespace Vs

@@ -9,13 +9,17 @@
 
 namespace Vs {
 
-/// The changes of one asset that can be taken back: of its model, whose differences the kernel keeps, and of
-/// its settings, whose differences are kept here. The kernel is loaded by a change of the model alone. One
-/// change at a time; Transaction is what others use.
+/// The changes of one asset that can be taken back: of its model, whose differences the kernel makes, and of
+/// its settings. The kernel is loaded by a change of the model alone. One change at a time; those that are
+/// made while a group is open are steps of the group, which becomes one step in the end. Transaction and
+/// SteppedTransaction are what others use.
 class ChangeHistory
 {
 public:
     using Settings = std::map<std::string, std::wstring>;
+
+    /// How many steps of the session are kept.
+    static constexpr size_t kUndoSteps = 100;
 
     /// What a step touched.
     struct Extent
@@ -23,6 +27,11 @@ public:
         bool model = false;
         bool settings = false;
         bool nothing() const { return !model && !settings; }
+        void add(Extent other)
+        {
+            model |= other.model;
+            settings |= other.settings;
+        }
     };
 
     /// Both must outlive the history.
@@ -32,8 +41,9 @@ public:
     bool isOpen() const { return m_open != nullptr; }
     /// What the open change has touched so far.
     Extent openExtent() const { return m_open ? extentOf(*m_open) : Extent(); }
-    /// The root of all steps, and the change that is open; null if there is none.
+    /// The root of all steps; the group and the change that are open, each null if there is none.
     const TransactionNode& session() const { return m_session; }
+    const TransactionNode* group() const { return m_group.get(); }
     const TransactionNode* open() const { return m_open.get(); }
 
     /// Runs `work(ModelKernel&)` as a part of the open change.
@@ -49,27 +59,44 @@ public:
     /// was another before.
     bool set(const std::string& key, const std::wstring& value);
 
-    /// Ends the open change as one step, unless nothing was changed, and forgets what could be redone.
-    Extent commit();
+    /// Makes the kernel say what was touched so far, though the change stays open.
+    void settle();
+    /// Ends the open change as one step, and forgets what could be redone. One that changed nothing is no
+    /// step of the session; in a group it is one. `cache` may be null.
+    Extent commit(std::shared_ptr<TransactionStepUserCache> cache);
     /// Takes the open change back.
     Extent abort();
 
-    /// Takes one step, if there is one and no change is open; says what it touched.
+    /// Takes the nearest step of the group, or without one of the session, if there is one and no change is
+    /// open; says what it touched.
     Extent undo();
     Extent redo();
 
+    /// Only while nothing is open.
+    void beginGroup(const std::wstring& name, const std::wstring& cmdKey);
+    /// The steps that are done become one of the session. Those that are undone are forgotten.
+    Extent commitGroup();
+    /// Takes back all steps. What could be redone before the group can be again.
+    Extent abortGroup();
+
 private:
     using Step = TransactionNode;
-    static Extent extentOf(const Step& step) { return {step.m_model, !step.m_settings.empty()}; }
+    static Extent extentOf(const Step& step) { return {step.m_touchesModel, !step.m_settings.empty()}; }
 
+    Step& top() { return m_group ? *m_group : m_session; }
     void enter(ModelKernel& kernel);
+    /// Takes the step's changes of the model back; afterwards it holds those that make them again.
+    void revertModel(Step& step);
     void put(const std::string& key, const std::wstring& value);
     void putAll(const Step& step, std::wstring Step::Difference::*side);
+    Extent keep(std::unique_ptr<Step> step);
 
     ModelSource& m_source;
     Settings& m_settings;
     Step m_session;
+    std::unique_ptr<Step> m_group;
     std::unique_ptr<Step> m_open;
+    bool m_kernelOpen = false; ///< A change of the kernel's is open.
 };
 
 } // namespace Vs

@@ -1,21 +1,16 @@
 #pragma once
 
-#include "Server/Component/Component.h"
-#include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Model/ChangeHistory.h"
+#include "Server/DataModel/Model/ComponentTree.h"
 #include "Server/DataModel/Model/ModelSource.h"
 #include "Server/DataModel/Model/StoredPart.h"
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 
 namespace Vs {
-
-class ModelBody;
 
 /// The model behind an asset: the component tree that everybody sees, and the data that it is made from.
 class ModelData
@@ -24,16 +19,15 @@ public:
     explicit ModelData(const std::wstring& name);
     ~ModelData();
 
-    Component& root() { return *m_root; }
-    const Component* find(const std::string& id) const;
+    Component& root() { return m_tree.root(); }
+    const Component* find(const std::string& id) const { return m_tree.find(id); }
     ModelSource& source() { return *m_source; }
 
     /// Takes the tree of a file that was read. Only for a model that is still empty.
     void load(std::shared_ptr<const ModelFile> file);
 
-    /// Brings the component tree up to date with the kernel's data: components and bodies that are still
-    /// there stay the same objects. Gives what changed.
-    ComponentsEvent::Changes refresh();
+    /// Brings the component tree up to date with the kernel's data. Gives what changed.
+    ComponentsEvent::Changes refresh() { return m_tree.refresh(); }
 
     /// Whether there is nothing in it, and never was.
     bool isEmpty() const { return !m_source->file && !m_source->kernelLoaded(); }
@@ -55,15 +49,8 @@ public:
     bool transactionBroken = false;
 
 private:
-    struct Merge;
-    StrongRef<ModelBody> bodyOf(const PartTree& tree, size_t index);
-    void mergeChildren(Merge& merge, Component& parent, const std::vector<PartTree::Node>& nodes);
-    void forget(const Component& component);
-
     std::shared_ptr<ModelSource> m_source;
-    std::unique_ptr<Component> m_root;
-    std::unordered_map<std::string, Component*> m_components;
-    std::map<std::string, StrongRef<ModelBody>> m_bodies;
+    ComponentTree m_tree;
     std::optional<StoredPart> m_stored;
     ChangeHistory::Settings m_settings;
     ChangeHistory m_history;

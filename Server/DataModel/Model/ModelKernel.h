@@ -13,6 +13,13 @@
 
 namespace Vs {
 
+/// What one change did to a model: to be taken back. Its content is the kernel's own.
+class ModelChange
+{
+public:
+    virtual ~ModelChange() = default;
+};
+
 /// The exact data of one asset, with its transactions. The geometry kernel behind it is a library of its own
 /// that is loaded when the first of these is made: a run that only shows and exports what it read before
 /// never needs it. Operations throw std::runtime_error with a message that can be shown. One thread at a
@@ -34,6 +41,11 @@ public:
     virtual PartTree tree() = 0;
     /// PartTree::Body::revision of a body.
     virtual uint64_t revision(const std::string& entry) = 0;
+    /// What was touched by changes that are committed, or reverted, since the last call of this or of `tree`.
+    virtual std::vector<TouchedPlace> takeTouched() = 0;
+    /// The part of the tree that stands at a place, as if it were the whole; an empty tree if nothing stands
+    /// there. `deep` tells whether what is below is wanted as well.
+    virtual PartTree branch(const std::string& entry, bool deep) = 0;
     /// The mesh of a body, made if it isn't there yet.
     virtual std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                                  const TranslatorRefinement& refinement) = 0;
@@ -65,17 +77,17 @@ public:
     /// Makes a change of the exact model, within a transaction, and returns the ids of the components that it
     /// added. A change that fails may have been made in part: the transaction is to be aborted.
     virtual std::vector<std::string> edit(const ModelEdit& edit) = 0;
-
-    /// How many steps can be taken back.
-    static constexpr unsigned kUndoSteps = 100;
+    /// Shows or hides components, each wherever the assembly that holds it occurs, within a transaction.
+    /// Other occurrences of the same part stay as they are.
+    virtual void setVisible(const std::vector<std::string>& components, bool visible) = 0;
 
     virtual void begin() = 0;
-    /// False if nothing was changed; there is no step then. A step forgets those that could be redone.
-    virtual bool commit() = 0;
+    /// Ends what was begun. Null if nothing was changed.
+    virtual std::unique_ptr<ModelChange> commit() = 0;
     virtual void abort() = 0;
-    /// False if there is no step.
-    virtual bool undo() = 0;
-    virtual bool redo() = 0;
+    /// Takes a change back, and gives the one that makes it again. Only the last change that isn't taken back
+    /// yet can be, while nothing is begun.
+    virtual std::unique_ptr<ModelChange> revert(const ModelChange& change) = 0;
 };
 
 } // namespace Vs

@@ -29,10 +29,18 @@ struct PartTree
         int32_t body = -1; ///< Index into `bodies`, or -1 for an assembly.
         bool visible = true;
         std::vector<Node> children;
+        std::string part; ///< Where that stands of which this is an occurrence; empty in a file.
     };
 
     std::vector<Node> roots;
     std::vector<Body> bodies;
+};
+
+/// A place in a model that a change touched: the last step of a Component::id, or PartTree::Node::part.
+struct TouchedPlace
+{
+    std::string entry;
+    bool content; ///< What stands there may look otherwise; else only whether it stands there may be new.
 };
 
 } // namespace Vs

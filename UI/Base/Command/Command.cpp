@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/CommandSteps.h"
 
 namespace Vu {
 
@@ -48,11 +49,17 @@ bool Command::onAreInputsValidForCommit()
 
 void Command::commandInputChanged(CommandInputEvent* event)
 {
-    if (!isRunning())
+    if (!isRunning() || CommandSteps::areInputsRestored(this))
         return;
     if (Vs::cast<CommandInputValueChangeEvent>(event) || Vs::cast<CommandInputStateChangeEvent>(event))
         validateInputs(false);
+    const int steps = stepsDone();
     onCommandInputEventSink(event);
+    const auto* change = Vs::cast<CommandInputValueChangeEvent>(event);
+    CommandSteps* own = CommandSteps::find(this);
+    if (own && change && change->kind() == CommandInputValueChangeEvent::EKind::Entered &&
+        stepsDone() == steps)
+        own->inputSettled(change->commandInput());
 }
 
 } // namespace Vu

@@ -9,6 +9,7 @@
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/CommandStack.h"
+#include "UI/Base/Command/CommandSteps.h"
 
 #include <algorithm>
 #include <exception>
@@ -26,6 +27,7 @@ CommandBase::CommandBase(CommandDefinition* definition, CommandContext* context)
 
 CommandBase::~CommandBase()
 {
+    CommandSteps::end(this, false);
     if (m_usesHost)
         CommandHost::get()->commandGone(this);
 }
@@ -78,11 +80,23 @@ void CommandBase::commandInputSet(CommandInputSet* inputs)
     m_inputs.reset(inputs);
 }
 
+namespace {
+
+/// Null for a command of no session.
+Vs::Asset* assetOf(const CommandBase& command)
+{
+    AssetSession* session = command.assetSession();
+    return session ? CommandHost::get()->asset(session) : nullptr;
+}
+
+} // namespace
+
 void CommandBase::beginStep(bool undoable, bool keepOpenStep)
 {
     endStep(keepOpenStep ? ETerminationReason::Commit : ETerminationReason::Cancel);
+    m_preview.reset();
+    m_openStepUndoable = CommandSteps::of(*this).begin(assetOf(*this)) && undoable;
     m_stepOpen = true;
-    m_openStepUndoable = undoable;
     onStepBegin();
 }
 
@@ -91,13 +105,17 @@ void CommandBase::endStep(ETerminationReason reason)
     if (!m_stepOpen)
         return;
     m_stepOpen = false;
+    CommandSteps& steps = CommandSteps::of(*this);
+    m_preview.reset();
     if (reason == ETerminationReason::Commit) {
         onPreStepEnd();
+        steps.keep(m_openStepUndoable);
         m_stepsUndone = 0;
         // What can't be taken back bars the way to the steps before it.
         m_stepsDone = m_openStepUndoable ? m_stepsDone + 1 : 0;
     } else {
         onPreStepAbort();
+        steps.abandon();
     }
     onStepEnd(reason);
 }
@@ -106,6 +124,14 @@ void CommandBase::undoStep()
 {
     if (!canUndoStep())
         return;
+    const CommandInUse inUse(this);
+    CommandSteps& steps = CommandSteps::of(*this);
+    m_preview.reset();
+    // What the open step has changed becomes a step, so that it can be done again.
+    endStep(steps.isOpenOneChanged() ? ETerminationReason::Commit : ETerminationReason::Cancel);
+    if (!canUndoStep())
+        return;
+    steps.undo();
     --m_stepsDone;
     ++m_stepsUndone;
     onStepUndo();
@@ -115,6 +141,10 @@ void CommandBase::redoStep()
 {
     if (!canRedoStep())
         return;
+    const CommandInUse inUse(this);
+    m_preview.reset();
+    endStep(ETerminationReason::Cancel);
+    CommandSteps::of(*this).redo();
     --m_stepsUndone;
     ++m_stepsDone;
     onStepRedo();
@@ -125,14 +155,26 @@ void CommandBase::applyStep()
     endStep(ETerminationReason::Commit);
 }
 
+namespace {
+
+/// Of a command that has steps to walk: between them, its own transaction is the current one.
+EMidCommandUndoRedoContext contextOf(const CommandBase& command, bool stepOpen)
+{
+    const CommandSteps* steps = CommandSteps::find(&command);
+    return steps && steps->isStepped() && !stepOpen ? EMidCommandUndoRedoContext::ControllingStep
+                                                    : EMidCommandUndoRedoContext::Step;
+}
+
+} // namespace
+
 EMidCommandUndoRedoContext CommandBase::getPossibleMidCommandUndoContext() const
 {
-    return canUndoStep() ? EMidCommandUndoRedoContext::Step : EMidCommandUndoRedoContext::None;
+    return canUndoStep() ? contextOf(*this, m_stepOpen) : EMidCommandUndoRedoContext::None;
 }
 
 EMidCommandUndoRedoContext CommandBase::getPossibleMidCommandRedoContext() const
 {
-    return canRedoStep() ? EMidCommandUndoRedoContext::Step : EMidCommandUndoRedoContext::None;
+    return canRedoStep() ? contextOf(*this, m_stepOpen) : EMidCommandUndoRedoContext::None;
 }
 
 namespace {
@@ -149,13 +191,23 @@ std::unique_ptr<Vs::Transaction> openTransaction(Vs::Asset* asset, const std::ws
     }
 }
 
+bool beginStepFor(CommandBase& command, bool keepOpenStep, const std::wstring& name, Vs::Status& status)
+{
+    try {
+        command.beginStep(true, keepOpenStep);
+        return true;
+    } catch (const std::exception& error) {
+        status.addError(name + L": " + Vs::Strings::widen(error.what()));
+        return false;
+    }
+}
+
 } // namespace
 
 bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOptions options,
                                  Vs::Status& status)
 {
-    AssetSession* session = assetSession();
-    Vs::Asset* asset = session ? CommandHost::get()->asset(session) : nullptr;
+    Vs::Asset* asset = assetOf(*this);
     if (!asset || !request) {
         status.addError(L"There is no asset to change.");
         return false;
@@ -164,9 +216,14 @@ bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOp
     std::vector<Vs::Request*> requests{request};
     onPreExecuteRequest(requests, preview);
 
-    if (options.asStep && !preview)
-        beginStep(true, true);
+    CommandSteps* const steps = CommandSteps::find(this);
+    // Once there are steps everything is one, so that none is undone beneath another.
+    const bool asStep = !preview && (options.asStep || (steps && steps->isStepped() && !m_stepOpen));
     Vs::Status outcome;
+    if (asStep && !beginStepFor(*this, steps && steps->isOpenOneChanged(), request->name(), outcome)) {
+        status.merge(outcome);
+        return false;
+    }
     std::unique_ptr<Vs::Transaction> transaction = openTransaction(asset, request->name(), outcome);
     for (Vs::Request* each : requests)
         if (!transaction || !each->execute(asset, outcome))
@@ -178,7 +235,7 @@ bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOp
         transaction->commit();
     else
         transaction.reset();
-    if (options.asStep && !preview)
+    if (asStep)
         endStep(made ? ETerminationReason::Commit : ETerminationReason::Cancel);
     status.merge(outcome);
     return outcome.isOk();

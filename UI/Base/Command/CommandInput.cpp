@@ -3,6 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/CommandSteps.h"
 #include "UI/Base/Command/GroupCommandInput.h"
 #include "UI/Base/Localized.h"
 
@@ -95,7 +96,9 @@ void CommandInputBase::valueChanged()
     m_typing = m_kind == EKind::Typing;
     CommandInputValueChangeEvent event(this, m_kind);
     m_set->fire(&event);
-    if (m_requiresExecution && m_set->command()->isRunning() && m_set->valid())
+    CommandBase* command = m_set->command();
+    if (m_requiresExecution && command->isRunning() && !CommandSteps::areInputsRestored(command) &&
+        m_set->valid())
         m_set->fireExecute(&event);
 }
 

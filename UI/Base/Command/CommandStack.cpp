@@ -8,6 +8,7 @@
 #include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/CommandObserver.h"
+#include "UI/Base/Command/CommandSteps.h"
 #include "UI/Base/Command/DeferredRuns.h"
 #include "UI/Base/Command/Guarded.h"
 #include "UI/Base/Command/SimpleCommand.h"
@@ -228,8 +229,12 @@ void CommandStack::execute(SimpleCommand* command, Vs::Status& status)
     if (came && command->m_endAsked)
         reason = command->m_askedReason;
     command->m_state = CommandBase::State::Ending;
+    // Some keep what they did before they failed.
+    const bool keep = reason == ETerminationReason::Commit || !command->onAbortTransactionOnFailure(status);
     guarded(status, [&] { command->onPreCommandEnd(); });
+    guarded(status, [&] { command->endStep(reason); });
     guarded(status, [&] { command->onEnd(reason); });
+    guarded(status, [&] { CommandSteps::end(command, keep); });
     std::erase(m_executing, static_cast<CommandBase*>(command));
     leave(command, reason, status);
 }
@@ -243,6 +248,8 @@ void CommandStack::begin(CommandBase* command, Vs::Status& status)
         if (Command* withInputs = Vs::cast<Command>(command))
             withInputs->createCommandInputs();
         command->onBegin();
+        if (command->commandInputSet())
+            CommandSteps::of(*command);
     });
     if (!came)
         end(command, ETerminationReason::Cancel, status);
@@ -326,6 +333,7 @@ void CommandStack::end(CommandBase* command, ETerminationReason reason, Vs::Stat
         if (wasActive)
             guarded(status, [&] { command->onDeactivate(); });
         guarded(status, [&] { command->onEnd(reason); });
+        guarded(status, [&] { CommandSteps::end(command, reason == ETerminationReason::Commit); });
         std::erase(m_commands, command);
         m_emptied = m_emptied || m_commands.empty();
         m_alerts.clearBlockingAlerts();

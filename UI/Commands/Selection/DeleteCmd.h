@@ -31,8 +31,9 @@ protected:
     using Implements::Implements;
 
     void onExecute(Vs::Status& status) override;
-    /// Deletes those that can be deleted, of which one may take others along, and selects nothing any more.
     /// What was deleted before an error stays deleted.
+    bool onAbortTransactionOnFailure(const Vs::Status&) const override { return false; }
+    /// Deletes those that can be deleted, of which one may take others along, and selects nothing any more.
     void deleteSelections(std::vector<Vs::StrongRef<Vs::LogicalSelection>>& selections, Vs::Status& status);
 
 private:

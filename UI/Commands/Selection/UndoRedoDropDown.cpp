@@ -1,6 +1,7 @@
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
 
 #include "Server/DataModel/TransactionMgr.h"
+#include "Server/DataModel/TransactionStepUserCache.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -15,6 +16,8 @@
 namespace Vu::Commands {
 namespace {
 
+using DropDown = UndoRedoDropDownCommandDef;
+
 constexpr CommandRow kUndoRow = {.key = L"UndoDropDown", .title = "Undo Multiple", .icon = &Resources::Undo};
 constexpr CommandRow kRedoRow = {.key = L"RedoDropDown", .title = "Redo Multiple", .icon = &Resources::Redo};
 constexpr const wchar_t* kTextCommandKey = L"TextCommand";
@@ -26,15 +29,15 @@ bool canStep(const CommandBase& command, bool undo)
     return undo ? command.canUndoStep() : command.canRedoStep();
 }
 
-const Vs::TransactionNode::Changes& changesOf(const Vs::TransactionNode& session, bool undo)
+const Vs::TransactionNode::Changes& changesOf(const Vs::TransactionNode& txn, bool undo)
 {
-    return undo ? session.doneChanges() : session.undoneChanges();
+    return undo ? txn.doneChanges() : txn.undoneChanges();
 }
 
 /// The one at that place from the present state; the index must be one of the list's.
-const Vs::TransactionNode& nearest(const Vs::TransactionNode& session, size_t index, bool undo)
+const Vs::TransactionNode& nearest(const Vs::TransactionNode& txn, size_t index, bool undo)
 {
-    const Vs::TransactionNode::Changes& changes = changesOf(session, undo);
+    const Vs::TransactionNode::Changes& changes = changesOf(txn, undo);
     return *changes[undo ? changes.size() - index - 1 : index];
 }
 
@@ -51,10 +54,15 @@ CommandDefinition* definitionOf(const Vs::TransactionNode& step)
     return nullptr;
 }
 
-std::wstring nameOfStep(const CommandBase& command, int number)
+/// The one that would be taken. A change that is still open is the one that undo would take back.
+const Vs::TransactionNode* nextStep(const Vs::TransactionNode& current, bool undo)
 {
-    return command.commandDefinition()->info()->name() +
-           localizedFormat("lclzTxnStep", " - Step %1%", number);
+    if (!undo)
+        return current.transactionToRedo();
+    const Vs::TransactionNode* parent = current.parent();
+    if (!parent)
+        return current.transactionToUndo();
+    return parent->parent() ? parent->parent()->transactionToUndo() : &current;
 }
 
 bool sameNames(const OwnedList::Items& some, const OwnedList::Items& others)
@@ -154,11 +162,14 @@ std::wstring UndoRedoDropDownCommandDef::undoRedoName(const std::wstring& step) 
                     : localizedFormat("RedoStepName", "Redo %1%", step);
 }
 
-OwnedList::Items UndoRedoDropDownCommandDef::populateListItems(const Vs::TransactionNode& session) const
+OwnedList::Items UndoRedoDropDownCommandDef::populateListItems(const Vs::TransactionNode& txn) const
 {
     OwnedList::Items items;
-    for (size_t i = 0; i < changesOf(session, m_isUndo).size(); ++i) {
-        const Vs::TransactionNode& step = nearest(session, i, m_isUndo);
+    for (size_t i = 0; i < changesOf(txn, m_isUndo).size(); ++i) {
+        const Vs::TransactionNode& step = nearest(txn, i, m_isUndo);
+        // A part of another step isn't undone by itself.
+        if (txn.parent() && !step.userCache())
+            continue;
         const std::wstring name = undoRedoName(step.userName());
         if (const CommandDefinition* definition = definitionOf(step))
             items.push_back(std::make_unique<Info>(definition->id(), name, definition->info()->icon(),
@@ -169,17 +180,39 @@ OwnedList::Items UndoRedoDropDownCommandDef::populateListItems(const Vs::Transac
     return items;
 }
 
-OwnedList::Items UndoRedoDropDownCommandDef::stepsOfTool(const CommandBase& tool) const
+OwnedList::Items UndoRedoDropDownCommandDef::stepsOfTool(const Vs::TransactionNode& txn,
+                                                         const CommandBase& tool) const
 {
     OwnedList::Items items;
-    const int count = m_isUndo ? tool.stepsDone() : tool.stepsUndone();
-    for (int i = 0; i < count; ++i) {
-        const int number = m_isUndo ? tool.stepsDone() - i : tool.stepsDone() + i + 1;
-        items.push_back(std::make_unique<Info>(tool.commandDefinition()->id(),
-                                               undoRedoName(nameOfStep(tool, number)),
-                                               tool.commandDefinition()->info()->icon()));
-    }
+    const CommandDefinition* definition = tool.commandDefinition();
+    for (const Vs::TransactionStepUserCache* cache : txn.stepUserCaches(m_isUndo))
+        items.push_back(std::make_unique<Info>(definition->id(), undoRedoName(cache->getCacheName()),
+                                               definition->info()->icon()));
     return items;
+}
+
+const Vs::TransactionNode* UndoRedoDropDownCommandDef::getControllingTxn(AssetSession* session,
+                                                                         EMidCommandUndoRedoContext context)
+{
+    const Vs::TransactionMgr transactions(session->asset());
+    switch (context) {
+    case EMidCommandUndoRedoContext::None:
+        return transactions.sessionTransaction();
+    case EMidCommandUndoRedoContext::ControllingStep:
+    case EMidCommandUndoRedoContext::ControllingCurrent:
+        return transactions.currentTransaction();
+    default:
+        return transactions.currentTransaction()->parent();
+    }
+}
+
+const Vs::TransactionNode* UndoRedoDropDownCommandDef::getControllingTxn(AssetSession* session, bool mid)
+{
+    const Vs::TransactionMgr transactions(session->asset());
+    if (!mid)
+        return transactions.sessionTransaction();
+    const Vs::TransactionNode* current = transactions.currentTransaction();
+    return current->canDoMidStep(true) || current->canDoMidStep(false) ? current : current->parent();
 }
 
 InputControl* UndoRedoDropDownCommandDef::onInputControl()
@@ -189,11 +222,12 @@ InputControl* UndoRedoDropDownCommandDef::onInputControl()
     AssetSession* session = SessionMgr::get()->activeAssetSession();
     if (!session)
         return m_list.control();
-    const CommandBase* tool = activeCommandOf(session);
-    OwnedList::Items items =
-        tool && tool->commandDefinition() && canStep(*tool, m_isUndo)
-            ? stepsOfTool(*tool)
-            : populateListItems(*Vs::TransactionMgr(session->asset()).sessionTransaction());
+    const EMidCommandUndoRedoContext context = getMidCmdUndoRedoContext(m_isUndo);
+    const bool named = context == EMidCommandUndoRedoContext::ControllingStep ||
+                       context == EMidCommandUndoRedoContext::ControllingCurrent;
+    OwnedList::Items items;
+    if (const Vs::TransactionNode* txn = getControllingTxn(session, context))
+        items = named ? stepsOfTool(*txn, *activeCommandOf(session)) : populateListItems(*txn);
     // A menu may be open on the items: they stay as long as they say the same.
     if (!sameNames(items, m_list.items()))
         m_list.items(std::move(items));
@@ -223,14 +257,20 @@ std::wstring txnTooltip(bool undo)
     AssetSession* session = SessionMgr::get()->activeAssetSession();
     if (!session)
         return {};
+    const Vs::TransactionNode* current = Vs::TransactionMgr(session->asset()).currentTransaction();
     const CommandBase* tool = activeCommandOf(session);
-    if (tool && tool->commandDefinition() && canStep(*tool, undo))
-        return nameOfStep(*tool, undo ? tool->stepsDone() : tool->stepsDone() + 1);
-    const Vs::TransactionNode* step = Vs::TransactionMgr(session->asset()).currentTransaction();
-    // A change that is still open is the one that undo would take back.
-    if (!undo || !step->parent())
-        step = undo ? step->transactionToUndo() : step->transactionToRedo();
-    return step ? step->userName() : std::wstring();
+    const Vs::TransactionNode* steps = DropDown::getControllingTxn(session, true);
+    if (tool && tool->commandDefinition() && canStep(*tool, undo) && steps) {
+        size_t number = steps->stepUserCaches(true).size();
+        // One that is still open becomes a step before it is taken back.
+        if (!undo || (current->isChanged() && !current->isCommitted() && current != steps))
+            ++number;
+        return tool->commandDefinition()->info()->name() +
+               localizedFormat("lclzTxnStep", " - Step %1%", number);
+    }
+    const Vs::TransactionNode* step = nextStep(*current, undo);
+    const bool ofSession = step && step->parent() && !step->parent()->parent();
+    return ofSession ? step->userName() : std::wstring();
 }
 
 } // namespace Vu::Commands

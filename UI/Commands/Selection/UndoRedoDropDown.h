@@ -31,6 +31,12 @@ public:
     /// The step of the asset at that place; null if there is none.
     static const Vs::TransactionNode* getTxnFromIndex(AssetSession* session, int index, bool undo);
 
+    /// Of whose steps the lists and tooltips speak: the session's or, if a tool takes its own steps, the one
+    /// that holds these. Null only for a tool that changes no asset.
+    static const Vs::TransactionNode* getControllingTxn(AssetSession* session,
+                                                        EMidCommandUndoRedoContext context);
+    static const Vs::TransactionNode* getControllingTxn(AssetSession* session, bool mid);
+
     void onListSelectionChanged(Info* item) override;
     void onUpdateTooltip(ToolTipInfo& tooltip) override;
 
@@ -43,8 +49,9 @@ protected:
 private:
     std::wstring undoRedoName(const std::wstring& step) const;
     /// Those steps that a user can tell by a command, the nearest first.
-    OwnedList::Items populateListItems(const Vs::TransactionNode& session) const;
-    OwnedList::Items stepsOfTool(const CommandBase& tool) const;
+    OwnedList::Items populateListItems(const Vs::TransactionNode& txn) const;
+    /// The steps of the active tool, by the names that it gave them.
+    OwnedList::Items stepsOfTool(const Vs::TransactionNode& txn, const CommandBase& tool) const;
     int getTxnIndex(const Info* item) const;
 
     bool m_isUndo;

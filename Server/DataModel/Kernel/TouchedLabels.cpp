@@ -1,0 +1,68 @@
+#include "Server/DataModel/Kernel/TouchedLabels.h"
+
+#include "Server/DataModel/Kernel/XdeTree.h"
+
+#include <TDF_AttributeDelta.hxx>
+#include <TDF_TagSource.hxx>
+#include <TNaming_NamedShape.hxx>
+#include <XCAFDoc.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+
+namespace Vs::Kernel {
+
+namespace {
+
+// Root, main label, section of shapes, part, occurrence in an assembly or piece of a part.
+constexpr int kSection = 2, kPart = 3, kOccurrence = 4;
+
+TDF_Label ancestor(TDF_Label label, int depth)
+{
+    for (int above = label.Depth() - depth; above > 0; --above)
+        label = label.Father();
+    return label;
+}
+
+} // namespace
+
+void TouchedLabels::add(const Handle(TDF_Delta) & delta)
+{
+    for (const Handle(TDF_AttributeDelta) & each : delta->AttributeDeltas())
+        add(each->Label(), each->ID());
+}
+
+void TouchedLabels::add(const TDF_Label& label, const Standard_GUID& attribute)
+{
+    if (label.Depth() < kPart || attribute == TDF_TagSource::GetID())
+        return;
+    const TDF_Label section = ancestor(label, kSection);
+    if (!section.IsEqual(XCAFDoc_DocumentTool::ShapesLabel(label)))
+        return;
+    const TDF_Label part = ancestor(label, kPart);
+    // The shape of an assembly follows from what is in it.
+    if (attribute == TNaming_NamedShape::GetID() && XCAFDoc_ShapeTool::IsAssembly(part) &&
+        label.Depth() == kPart)
+        return;
+    // All occurrences of a part hang together: the neighbours of one that comes or goes don't change.
+    const bool content = attribute != XCAFDoc::ShapeRefGUID();
+    const auto note = [&](const TDF_Label& place) { m_places[entryOf(place)] |= content; };
+    if (label.Depth() == kPart) {
+        note(label);
+        return;
+    }
+    const TDF_Label occurrence = ancestor(label, kOccurrence);
+    note(occurrence);
+    if (!XCAFDoc_ShapeTool::IsComponent(occurrence))
+        note(part);
+}
+
+std::vector<TouchedPlace> TouchedLabels::take()
+{
+    std::vector<TouchedPlace> touched;
+    for (auto& [entry, content] : m_places)
+        touched.push_back({entry, content});
+    m_places.clear();
+    return touched;
+}
+
+} // namespace Vs::Kernel

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Server/Component/Component.h"
+#include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/Model/ModelSource.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace Vs {
+
+class ModelBody;
+
+/// The components and bodies of an asset, as everybody sees them, kept in step with the kernel's data: after
+/// a change only what it touched is read again. The components of one parent stand in the order of their
+/// places in these data.
+class ComponentTree
+{
+public:
+    ComponentTree(std::shared_ptr<ModelSource> source, const std::wstring& name);
+    ~ComponentTree();
+
+    Component& root() { return *m_root; }
+    const Component* find(const std::string& id) const;
+    /// Takes the tree of a file that was read. Only for a tree that is still empty.
+    void load(const PartTree& tree);
+
+    /// Brings everything up to date; components and bodies that are still there stay the same objects. Gives
+    /// what changed.
+    ComponentsEvent::Changes refresh();
+    /// The body at that place of the tree's list, made if it isn't known.
+    StrongRef<ModelBody> bodyOf(const PartTree& tree, size_t index);
+
+private:
+    struct Refresh;
+    using Components = std::vector<Component*>;
+
+    void refreshAll(Refresh& refresh);
+    void refreshStanding(Refresh& refresh, const std::string& entry);
+    void refreshContent(Refresh& refresh, const std::string& entry);
+    void merge(Refresh& refresh, const PartTree& tree, Component& parent,
+               const std::vector<PartTree::Node>& nodes);
+    bool take(Refresh& refresh, const PartTree& tree, Component& component, const PartTree::Node& node);
+    void add(Refresh& refresh, const PartTree& branch, Component& parent);
+    void remove(Refresh& refresh, Component& parent, const Component& child);
+    std::unique_ptr<Component> make(const std::string& id, const PartTree::Node& node);
+    void relate(Component& component, const std::string& part);
+    void unrelate(Component& component);
+    void forget(Component& component);
+
+    std::shared_ptr<ModelSource> m_source;
+    std::unique_ptr<Component> m_root;
+    std::unordered_map<std::string, Component*> m_components;
+    std::map<std::string, StrongRef<ModelBody>> m_bodies;
+    // Filled with the first refresh, for the places that later ones are told.
+    bool m_related = false;
+    std::unordered_map<const Component*, std::string> m_parts; ///< Of which part each is an occurrence.
+    std::unordered_map<std::string, Components> m_byPart, m_byPlace;
+};
+
+} // namespace Vs

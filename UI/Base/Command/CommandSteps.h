@@ -1,0 +1,72 @@
+#pragma once
+
+#include "UI/Base/Command/CommandTypes.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs {
+class Asset;
+class SteppedTransaction;
+class Transaction;
+} // namespace Vs
+
+namespace Vu {
+
+class CommandBase;
+class CommandInputBase;
+class CommandInputSet;
+
+/// What belongs to the steps of one running command: their transactions, and the values that its inputs had
+/// after each. Made with the command's inputs, or with its first step; goes at its end. Main thread only.
+class CommandSteps
+{
+public:
+    /// Null for a command that has none.
+    static CommandSteps* find(const CommandBase* command);
+    /// Made if it isn't there.
+    static CommandSteps& of(CommandBase& command);
+    /// Makes all steps of the command one step of its asset, or takes them back, and forgets them.
+    static void end(const CommandBase* command, bool keep);
+    /// Whether the inputs are just being set to what they were: that is no new value for the command.
+    static bool areInputsRestored(const CommandBase* command);
+
+    explicit CommandSteps(CommandBase& command);
+    ~CommandSteps();
+    CommandSteps(const CommandSteps&) = delete;
+    CommandSteps& operator=(const CommandSteps&) = delete;
+
+    /// Whether any was begun, and the asset is changed in steps.
+    bool isStepped() const { return m_whole != nullptr; }
+    /// Whether the open step has changed the asset.
+    bool isOpenOneChanged() const;
+    /// An input has a new value of which no step was made: that stays when steps are taken back.
+    void inputSettled(const CommandInputBase* input);
+
+    /// `asset` may be null: for a command that changes no asset. Throws std::runtime_error if that can't be
+    /// changed. Returns false if the step can't be taken back by itself, since it is a part of another
+    /// command's, which this one runs in.
+    bool begin(Vs::Asset* asset);
+    /// Ends the open step. One that is not undoable is the first that counts, from now on.
+    void keep(bool undoable);
+    void abandon();
+    /// Take back, or do again, the nearest step and the inputs' values. There must be one.
+    void undo();
+    void redo();
+
+private:
+    using Values = std::vector<std::wstring>;
+
+    Values inputValues() const;
+    void restoreInputs();
+
+    CommandBase& m_command;
+    std::unique_ptr<Vs::SteppedTransaction> m_whole;
+    std::unique_ptr<Vs::Transaction> m_open;
+    std::vector<Values> m_values; ///< Before the first step that counts, and after each.
+    size_t m_done = 0;            ///< How many steps count and are done.
+    bool m_restoring = false;
+};
+
+} // namespace Vu
