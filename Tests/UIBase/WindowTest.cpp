@@ -5,6 +5,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/ModelBuilder.h"
+#include "Server/DataModel/Selection/VisibilityRequest.h"
 #include "Server/DataModel/Transaction.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Tests/UIBase/Fixture.h"
@@ -128,7 +129,7 @@ TEST_F(WindowTest, TheBrowserListsTheTreeAndFollowsItsChanges)
     EXPECT_EQ(model.rowCount(model.rootIndex()), 3);
 }
 
-TEST_F(WindowTest, ACheckMarkInTheBrowserShowsAndHidesInTheViews)
+TEST_F(WindowTest, ACheckMarkInTheBrowserAsksToHideAndTellsWhatIsHidden)
 {
     Vs::Asset* asset = newAsset();
     addBoxes(asset, 2);
@@ -136,10 +137,22 @@ TEST_F(WindowTest, ACheckMarkInTheBrowserShowsAndHidesInTheViews)
     BrowserModel model(nullptr);
     model.asset(asset);
     const QModelIndex box = model.index(1, 0, model.rootIndex());
-    ASSERT_TRUE(model.setData(box, Qt::Unchecked, Qt::CheckStateRole));
+    model.shower([&](const QModelIndex& index, bool visible) {
+        Vs::Status status;
+        Vs::Request* request = Vs::VisibilityRequest::make({{model.component(index)->id}}, visible);
+        request->execute(asset, status);
+        request->destroy();
+    });
+    const auto state = [&] { return model.data(box, Qt::CheckStateRole).toInt(); };
     auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(asset->adapter());
+    ASSERT_TRUE(model.setData(box, Qt::Unchecked, Qt::CheckStateRole));
+    EXPECT_EQ(state(), int(Qt::Unchecked));
+    EXPECT_TRUE(model.data(box, Qt::ForegroundRole).isValid()) << "grey";
     EXPECT_FALSE(scene->node(model.component(box)->id)->visible());
-    EXPECT_EQ(model.data(box, Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+    Vs::Transaction::undo(asset);
+    EXPECT_EQ(state(), int(Qt::Checked));
+    EXPECT_TRUE(scene->node(model.component(box)->id)->visible());
+    EXPECT_FALSE(model.flags(model.rootIndex()).testFlag(Qt::ItemIsUserCheckable));
 }
 
 TEST_F(WindowTest, AClosedAssetLeavesAnEmptyBrowser)

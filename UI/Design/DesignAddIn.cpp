@@ -9,6 +9,7 @@
 #include "UI/Design/OpenCmds.h"
 #include "UI/Design/PrimitiveCmds.h"
 #include "UI/Design/Resources.h"
+#include "UI/Design/VisibilityCmds.h"
 
 namespace Vu::Design {
 namespace {
@@ -42,6 +43,10 @@ private:
     EditCmdDef<MoveCmd> m_moveCmdDef;
     EditCmdDef<RotateCmd> m_rotateCmdDef;
     EditCmdDef<CopyCmd> m_copyCmdDef;
+    HideCmdDef m_hideCmdDef;
+    ShowCmdDef m_showCmdDef;
+    ShowAllCmdDef m_showAllCmdDef;
+    ToggleVisibilityCmdDef m_toggleVisibilityCmdDef;
 };
 
 } // namespace

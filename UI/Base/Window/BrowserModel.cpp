@@ -3,10 +3,7 @@
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
-#include "Server/Scene/NodeChange.h"
-#include "Server/Scene/SceneAssetAdapter.h"
 #include "UI/Base/Localized.h"
-#include "UI/Base/WorkspaceWindow.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -130,14 +127,6 @@ QModelIndex BrowserModel::rootIndex() const
 QModelIndex BrowserModel::namedViewsIndex() const
 {
     return m_namedViews ? createIndex(0, 0, &kFolder) : QModelIndex();
-}
-
-Rendra::Graphics::Node* BrowserModel::node(const Vs::Component* component) const
-{
-    auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(m_asset->adapter());
-    if (!scene)
-        return nullptr;
-    return component == m_asset->components() ? scene->rootNode() : scene->node(component->id);
 }
 
 void BrowserModel::learn(const Vs::Component* parent) const
@@ -269,14 +258,10 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
                                                              shown->name, shown->children.size()));
     case Qt::DecorationRole:
         return shown->children.empty() && shown->body ? m_partIcon : m_assemblyIcon;
-    case Qt::CheckStateRole: {
-        const Rendra::Graphics::Node* scene = node(shown);
-        return !scene || scene->visible() ? Qt::Checked : Qt::Unchecked;
-    }
-    case Qt::ForegroundRole: {
-        const Rendra::Graphics::Node* scene = node(shown);
-        return scene && !scene->visible() ? QVariant(QApplication::palette().placeholderText()) : QVariant();
-    }
+    case Qt::CheckStateRole:
+        return root ? QVariant() : QVariant(shown->visible ? Qt::Checked : Qt::Unchecked);
+    case Qt::ForegroundRole:
+        return isHidden(index) ? QVariant(QApplication::palette().placeholderText()) : QVariant();
     case ComponentIdRole:
         return QString::fromStdString(shown->id);
     default:
@@ -291,16 +276,22 @@ bool BrowserModel::setData(const QModelIndex& index, const QVariant& value, int 
             m_renamer(index, value.toString().toStdWString());
         return isRenameable(index);
     }
-    const Vs::Component* changed = component(index);
-    if (!changed || role != Qt::CheckStateRole)
+    if (role != Qt::CheckStateRole || !m_shower || !isCheckable(index))
         return false;
-    Rendra::Graphics::Node* scene = node(changed);
-    if (!scene)
-        return false;
-    Vs::Scene::NodeChange(scene).visible(value.toInt() == Qt::Checked);
-    emit dataChanged(index, index, {Qt::CheckStateRole, Qt::ForegroundRole});
-    WorkspaceWindow::invalidate(kInvalidateAll);
+    m_shower(index, value.toInt() == Qt::Checked);
     return true;
+}
+
+bool BrowserModel::isCheckable(const QModelIndex& index) const
+{
+    const Vs::Component* shown = component(index);
+    return shown && shown != m_asset->components();
+}
+
+bool BrowserModel::isHidden(const QModelIndex& index) const
+{
+    const Vs::Component* shown = component(index);
+    return shown && (!shown->visible || isHidden(index.parent()));
 }
 
 // The root's name is that of the asset.
@@ -317,7 +308,7 @@ Qt::ItemFlags BrowserModel::flags(const QModelIndex& index) const
     if (!index.isValid())
         return Qt::NoItemFlags;
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    flags.setFlag(Qt::ItemIsUserCheckable, component(index) != nullptr);
+    flags.setFlag(Qt::ItemIsUserCheckable, isCheckable(index));
     flags.setFlag(Qt::ItemIsEditable, isRenameable(index));
     return flags;
 }

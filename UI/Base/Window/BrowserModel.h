@@ -9,9 +9,6 @@
 #include <functional>
 #include <unordered_map>
 
-namespace Rendra::Graphics {
-class Node;
-}
 namespace Vs {
 class Component;
 }
@@ -20,7 +17,7 @@ namespace Vu {
 
 /// The component tree of one asset as Qt's views want it, and above it the folder of its named views. Knows
 /// only of those branches that were looked at, so that a large assembly costs nothing until it is opened. The
-/// check mark of a component is the visibility in the views.
+/// check mark of a component tells whether it is shown; what is hidden, or in something hidden, is grey.
 class BrowserModel : public QAbstractItemModel, private Vs::AssetEventSite
 {
 public:
@@ -60,6 +57,9 @@ public:
     /// when the asset has it.
     using Renamer = std::function<void(const QModelIndex& index, const std::wstring& newName)>;
     void renamer(Renamer renamer) { m_renamer = std::move(renamer); }
+    /// Who is told that the user wants to show or hide a component.
+    using Shower = std::function<void(const QModelIndex& index, bool visible)>;
+    void shower(Shower shower) { m_shower = std::move(shower); }
 
 private:
     /// Where a component stands below its parent, of those branches that were looked at.
@@ -75,14 +75,16 @@ private:
     void assetClosed(Vs::AssetEvent* event) override;
     QVariant viewData(const Vs::NameView::NamedView& view, int role) const;
     bool isRenameable(const QModelIndex& index) const;
+    bool isCheckable(const QModelIndex& index) const;
+    bool isHidden(const QModelIndex& index) const;
     void learn(const Vs::Component* parent) const;
-    Rendra::Graphics::Node* node(const Vs::Component* component) const;
 
     Vs::Asset* m_asset = nullptr;
     Vs::NameView::NamedViews* m_namedViews = nullptr;
     Vs::NameView::NamedViews::Views m_views; ///< As they are shown.
     mutable std::unordered_map<const Vs::Component*, Place> m_places;
     Renamer m_renamer;
+    Shower m_shower;
     QIcon m_assemblyIcon, m_partIcon, m_viewIcon;
 };
 

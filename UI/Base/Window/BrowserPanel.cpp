@@ -38,6 +38,9 @@ constexpr std::wstring_view kRemoveCommand = L"RemoveNamedViewCommand";
 constexpr std::wstring_view kRenameViewCommand = L"UpdateNamedViewNameCommand";
 constexpr std::wstring_view kRenameCommand = L"RenameCommand";
 constexpr std::wstring_view kDeleteCommand = L"DeleteCommand";
+constexpr std::wstring_view kHideCommand = L"HideCommand";
+constexpr std::wstring_view kShowCommand = L"ShowCommand";
+constexpr const char* kObjectsArgument = "Objects";
 constexpr const char* kNameArgument = "NamedViewName";
 constexpr const char* kNewViewNameArgument = "NewNamedViewName";
 constexpr const char* kNewNameArgument = "NewName";
@@ -89,11 +92,18 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { select(); });
     m_model->renamer(
         [this](const QModelIndex& index, const std::wstring& newName) { rename(index, newName); });
+    m_model->shower([this](const QModelIndex& index, bool visible) {
+        const std::string id = m_model->component(index)->id;
+        run(visible ? kShowCommand : kHideCommand,
+            {{kObjectsArgument, Vs::ObjectPath{id}.toText(*m_model->asset())}});
+    });
     connect(m_tree, &QTreeView::customContextMenuRequested, this, &BrowserPanel::showMenu);
     connect(m_tree, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
         if (const Vs::StrongRef<NamedView> view = m_model->namedView(index))
             run(kRestoreCommand, {{kNameArgument, view->name()}});
     });
+    // What a hidden component holds changes its look with it.
+    connect(m_model, &QAbstractItemModel::dataChanged, m_tree->viewport(), qOverload<>(&QWidget::update));
     m_tree->installEventFilter(this);
     m_marks = std::make_unique<BrowserMarks>(m_tree, m_model);
 

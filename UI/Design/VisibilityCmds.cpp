@@ -1,0 +1,204 @@
+#include "UI/Design/VisibilityCmds.h"
+
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/DataModel/Selection/VisibilityRequest.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/Command/CommandGroup.h"
+#include "UI/Base/Command/Info.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Design/Localized.h"
+
+#include <algorithm>
+#include <memory>
+#include <sstream>
+
+namespace Vu::Design {
+namespace {
+
+using Kind = VisibilityCmdDef::Kind;
+using Paths = std::vector<Vs::ObjectPath>;
+
+// clang-format off
+/// Key, title, tooltip, and the key that runs it.
+struct VisibilityRow
+{
+    const wchar_t* key;
+    const char* title;
+    const char* tooltip;
+    const char* hotkey;
+};
+
+constexpr VisibilityRow kHide    = {L"HideCommand",             "Hide",        "Hide what is selected", ""};
+constexpr VisibilityRow kShow    = {L"ShowCommand",             "Show",        "Show what is selected and hidden", ""};
+constexpr VisibilityRow kShowAll = {L"ShowAllCommand",          "Show All",    "Show everything that is hidden", "Shift+V"};
+constexpr VisibilityRow kToggle  = {L"ToggleVisibilityCommand", "Show or Hide", "Hide what is selected, or show it if it is hidden", "V"};
+// clang-format on
+
+Info makeInfo(const VisibilityRow& row)
+{
+    const std::string key(row.key, row.key + std::char_traits<wchar_t>::length(row.key));
+    return Info(row.key, localized(key.c_str(), row.title), nullptr,
+                ToolTipInfo(localized((key + "Desc").c_str(), row.tooltip), L"", nullptr), row.hotkey,
+                HotKeyBinding::EHotKeyMode::Standard);
+}
+
+Paths selectedPaths(AssetSession& session)
+{
+    Paths paths;
+    for (const auto& selection : session.selectionManager()->selectionSet().selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+            logical && session.asset()->findComponent(logical->componentId()))
+            paths.push_back(logical->path());
+    return paths;
+}
+
+void addHidden(const Vs::Component& parent, Paths& paths)
+{
+    for (const auto& child : parent.children) {
+        if (!child->visible)
+            paths.push_back({child->id});
+        addHidden(*child, paths);
+    }
+}
+
+bool isShown(const Vs::Asset& asset, const Vs::ObjectPath& path)
+{
+    const Vs::Component* component = asset.findComponent(path.component);
+    return component && component->visible;
+}
+
+/// Whether anything would become another than it is.
+bool hasWork(Kind kind, const Vs::Asset& asset, const Paths& paths)
+{
+    const auto shown = [&](const Vs::ObjectPath& path) { return isShown(asset, path); };
+    switch (kind) {
+    case Kind::Hide:
+        return std::any_of(paths.begin(), paths.end(), shown);
+    case Kind::Show:
+        return !std::all_of(paths.begin(), paths.end(), shown);
+    default:
+        return !paths.empty();
+    }
+}
+
+class VisibilityCmd : public Vs::Implements<VisibilityCmd, SimpleCommand>
+{
+public:
+    VisibilityCmd(CommandDefinition* definition, CommandContext* context, Kind kind)
+        : Implements(definition, context), m_kind(kind)
+    {
+    }
+
+protected:
+    void onExecute(Vs::Status& status) override
+    {
+        Vs::Asset* asset = commandContext()->asset();
+        if (!asset || !assetSession()) {
+            status.addError(
+                localized("NoDesignToShow", "There is no active design to show or hide parts of."));
+            return;
+        }
+        Paths paths = readPaths(*asset, status);
+        if (status.isError())
+            return;
+        const bool visible =
+            m_kind == Kind::Toggle ? !hasWork(Kind::Hide, *asset, paths) : m_kind != Kind::Hide;
+        if (m_kind == Kind::ShowAll && paths.empty())
+            return;
+        const std::unique_ptr<Vs::Request, void (*)(Vs::Request*)> request(
+            Vs::VisibilityRequest::make(std::move(paths), visible),
+            [](Vs::Request* each) { each->destroy(); });
+        executeRequest(request.get(), false, {}, status);
+    }
+
+private:
+    Paths readPaths(const Vs::Asset& asset, Vs::Status& status) const
+    {
+        Paths paths;
+        if (m_kind == Kind::ShowAll) {
+            addHidden(*asset.components(), paths);
+            return paths;
+        }
+        const std::wstring named =
+            commandContext()->argumentAsString(VisibilityCmdDef::objectsArgumentName());
+        if (named.empty())
+            return selectedPaths(*assetSession());
+        std::wistringstream lines(named);
+        for (std::wstring line; std::getline(lines, line);)
+            if (const auto path = Vs::ObjectPath::find(asset, line, status))
+                paths.push_back(*path);
+        return paths;
+    }
+
+    Kind m_kind;
+};
+
+} // namespace
+
+VisibilityCmdDef::VisibilityCmdDef(Info* info, Kind kind) : Implements(info), m_kind(kind)
+{
+    joinCommandGroup(CommandGroup::VisualizationGroup());
+}
+
+const Vs::UniqueString* VisibilityCmdDef::objectsArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Objects", true);
+    return name;
+}
+
+bool VisibilityCmdDef::onIsApplicable(CommandContext* context) const
+{
+    AssetSession* session = context->assetSession();
+    if (!session || m_kind == Kind::ShowAll)
+        return session != nullptr;
+    return !context->argumentAsString(objectsArgumentName()).empty() ||
+           hasWork(m_kind, *session->asset(), selectedPaths(*session));
+}
+
+CommandBase* VisibilityCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new VisibilityCmd(this, context, m_kind);
+}
+
+bool VisibilityCmdDef::onAddToContextMenu()
+{
+    CommandContext context = CommandContext::activeContext();
+    return m_kind != Kind::Toggle && isApplicable(&context);
+}
+
+Info* HideCmdDef::info()
+{
+    static Info info = makeInfo(kHide);
+    return &info;
+}
+
+HideCmdDef::HideCmdDef() : Implements(info(), Kind::Hide) {}
+
+Info* ShowCmdDef::info()
+{
+    static Info info = makeInfo(kShow);
+    return &info;
+}
+
+ShowCmdDef::ShowCmdDef() : Implements(info(), Kind::Show) {}
+
+Info* ShowAllCmdDef::info()
+{
+    static Info info = makeInfo(kShowAll);
+    return &info;
+}
+
+ShowAllCmdDef::ShowAllCmdDef() : Implements(info(), Kind::ShowAll) {}
+
+Info* ToggleVisibilityCmdDef::info()
+{
+    static Info info = makeInfo(kToggle);
+    return &info;
+}
+
+ToggleVisibilityCmdDef::ToggleVisibilityCmdDef() : Implements(info(), Kind::Toggle) {}
+
+} // namespace Vu::Design
