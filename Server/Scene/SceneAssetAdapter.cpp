@@ -1,12 +1,10 @@
 #include "Server/Scene/SceneAssetAdapter.h"
 
 #include "Server/Body/Body.h"
-#include "Server/Component/Component.h"
+#include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneNodes.h"
-
-#include <algorithm>
 
 namespace Vs::Scene {
 
@@ -132,30 +130,19 @@ void SceneAssetAdapter::rebuild()
     fill(entry, *root, inserted->first);
 }
 
-// A component does not know the one above it, so one walk over the tree finds the parents of all new ones.
 void SceneAssetAdapter::addChanged(const std::vector<const Component*>& added)
 {
-    std::vector<const Component*> wanted = added;
-    std::sort(wanted.begin(), wanted.end());
-    std::vector<const Component*> open{asset()->components()};
-    while (!open.empty()) {
-        const Component* parent = open.back();
-        open.pop_back();
-        for (const auto& child : parent->children) {
-            if (!std::binary_search(wanted.begin(), wanted.end(), child.get())) {
-                open.push_back(child.get());
-                continue;
-            }
-            removeBranch(child->id);
-            const auto found = m_entries.find(parent->id);
-            if (found == m_entries.end())
-                continue;
-            // A part that gets its first child becomes a group, with all that it has.
-            if (cast<GroupNode>(found->second.node.get()))
-                addBranch(*child, found->second);
-            else
-                change(*parent);
-        }
+    for (const Component* component : added) {
+        removeBranch(component->id);
+        const std::string above = parentId(component->id);
+        const auto found = m_entries.find(above);
+        if (found == m_entries.end())
+            continue;
+        // A part that gets its first child becomes a group, with all that it has.
+        if (cast<GroupNode>(found->second.node.get()))
+            addBranch(*component, found->second);
+        else if (const Component* parent = asset()->findComponent(above))
+            change(*parent);
     }
 }
 

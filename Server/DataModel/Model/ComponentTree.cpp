@@ -1,9 +1,9 @@
 #include "Server/DataModel/Model/ComponentTree.h"
 
+#include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Model/ModelBody.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 namespace Vs {
@@ -16,14 +16,6 @@ std::string placeOf(const Component& component)
     return component.id.substr(component.id.rfind('/') + 1);
 }
 
-/// The last number of the place: siblings stand in the order of these.
-int tagOf(const std::string& id)
-{
-    int tag = 0;
-    std::from_chars(id.data() + id.rfind(':') + 1, id.data() + id.size(), tag);
-    return tag;
-}
-
 std::string idBelow(const Component& parent, const std::string& place)
 {
     return parent.id.empty() ? place : parent.id + '/' + place;
@@ -31,8 +23,7 @@ std::string idBelow(const Component& parent, const std::string& place)
 
 auto positionOf(Component& parent, const std::string& id)
 {
-    return std::partition_point(parent.children.begin(), parent.children.end(),
-                                [tag = tagOf(id)](const auto& child) { return tagOf(child->id) < tag; });
+    return parent.children.begin() + static_cast<std::ptrdiff_t>(rowOf(parent, id));
 }
 
 /// Leaves out what lies in a branch that is named itself.
@@ -40,10 +31,10 @@ void keepTopmost(std::vector<std::string>& ids)
 {
     const std::unordered_set<std::string> all(ids.begin(), ids.end());
     std::erase_if(ids, [&](const std::string& id) {
-        for (size_t end = id.rfind('/'); end != std::string::npos; end = id.rfind('/', end - 1))
-            if (all.contains(id.substr(0, end)))
-                return true;
-        return false;
+        std::string above = parentId(id);
+        while (!above.empty() && !all.contains(above))
+            above = parentId(above);
+        return !above.empty();
     });
 }
 

@@ -1,0 +1,220 @@
+// What a change of one part costs among 10,000, beside the same among 10: renaming, hiding, deleting, undoing
+// and redoing. First as commands of the whole program, by lines, then as requests to the model with its scene
+// alone. Then the memory of a thousand undos and redos.
+//
+//     bench_edit
+
+#include "Benchmarks/Measure.h"
+#include "Server/AddInMgr/AddInMgr.h"
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/ModelBuilder.h"
+#include "Server/DataModel/Selection/DeleteRequest.h"
+#include "Server/DataModel/Selection/RenameRequest.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/DataModel/Selection/VisibilityRequest.h"
+#include "Server/DataModel/Transaction.h"
+#include "UI/Base/Application.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Base/WorkspaceMgr.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+using namespace Vs;
+using Benchmarks::milliseconds;
+
+namespace {
+
+constexpr size_t kFew = 10, kMany = 10000;
+constexpr int kRounds = 200;
+constexpr std::array kKinds = {"rename", "hide", "delete", "undo", "redo"};
+using Times = std::array<std::vector<double>, kKinds.size()>;
+
+void check(bool well, const Status& status)
+{
+    if (well)
+        return;
+    std::fprintf(stderr, "bench_edit: %s\n", Strings::narrow(status.toString()).c_str());
+    std::exit(1);
+}
+
+/// As a user would: something is selected, a line runs, and what it put off is done as well.
+void runLine(const wchar_t* line)
+{
+    Status status;
+    const TextCommandResult answer = TextCommandMgr::get()->executeCommandWithoutOutput(line);
+    if (answer.first != 0)
+        status.addError(answer.second);
+    check(status.isOk(), status);
+    Vu::Application::get()->flushDeferredTasks();
+}
+
+void fill(Asset* asset, size_t parts)
+{
+    Status status;
+    Transaction transaction(asset, L"Boxes");
+    ModelBuilder builder(asset);
+    for (size_t i = 0; i < parts; ++i)
+        check(builder.box(1, 1, 1, {GkMatrix3d::translation({2.0 * double(i), 0, 0}), L"Box", {}}, status),
+              status);
+    transaction.commit();
+}
+
+/// In a document of its own, which is shown.
+Vu::AssetSession& makeModel(size_t parts)
+{
+    runLine(L"Design.New");
+    Vu::AssetSession* session = Vu::SessionMgr::get()->currentAssetSession();
+    fill(session->asset(), parts);
+    return *session;
+}
+
+std::string middle(const Asset& asset)
+{
+    const auto& parts = asset.components()->children;
+    return parts[parts.size() / 2]->id;
+}
+
+template <class Work>
+void add(std::vector<double>& times, Work&& work)
+{
+    const double start = milliseconds();
+    work();
+    times.push_back(milliseconds() - start);
+}
+
+void run(Request* request, Asset* asset)
+{
+    Status status;
+    check(request->execute(asset, status), status);
+    request->destroy();
+}
+
+void roundOfLines(Vu::AssetSession& session, int number, Times& times)
+{
+    const std::wstring rename = L"VuCommands.RenameCommand \"Name " + std::to_wstring(number) + L'"';
+    const wchar_t* const lines[] = {rename.c_str(), L"Design.Hide", L"Commands.Start DeleteCommand"};
+    SelectionSet& selected = session.selectionManager()->selectionSet();
+    for (size_t i = 0; i < std::size(lines); ++i) {
+        selected.clear();
+        selected.add(
+            StrongRef<Selection>(new LogicalSelection(session.asset(), middle(*session.asset()), nullptr)));
+        add(times[i], [&] { runLine(lines[i]); });
+        add(times[3], [] { runLine(L"VuCommands.UndoCmd"); });
+        add(times[4], [] { runLine(L"VuCommands.RedoCmd"); });
+        add(times[3], [] { runLine(L"VuCommands.UndoCmd"); });
+    }
+}
+
+/// Each change, and the way back; the model is as before then.
+void round(Asset* asset, int number, Times& times)
+{
+    const std::vector<ObjectPath> paths{{middle(*asset)}};
+    const auto back = [&] {
+        add(times[3], [&] { Transaction::undo(asset); });
+        add(times[4], [&] { Transaction::redo(asset); });
+        add(times[3], [&] { Transaction::undo(asset); });
+    };
+    add(times[0], [&] { run(RenameRequest::make(asset, paths, L"Name " + std::to_wstring(number)), asset); });
+    back();
+    add(times[1], [&] { run(VisibilityRequest::make(paths, false), asset); });
+    back();
+    add(times[2], [&] { run(DeleteRequest::make(asset, paths), asset); });
+    back();
+}
+
+double median(std::vector<double> times)
+{
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+long residentKiB()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmRSS:"))
+            return std::stol(line.substr(6));
+    return 0;
+}
+
+void printMemory(Asset* asset)
+{
+    constexpr int kSteps = 50, kWalks = 20;
+    const std::string id = middle(*asset);
+    const auto walk = [&] {
+        for (int i = 0; i < kSteps; ++i)
+            Transaction::undo(asset);
+        for (int i = 0; i < kSteps; ++i)
+            Transaction::redo(asset);
+    };
+    for (int i = 0; i < kSteps; ++i)
+        run(RenameRequest::make(asset, {{id}}, L"Step " + std::to_wstring(i)), asset);
+    walk();
+    const long before = residentKiB();
+    for (int i = 0; i < kWalks; ++i)
+        walk();
+    std::printf("memory: %+ld KiB in %d undos and redos\n", residentKiB() - before, kSteps * kWalks);
+}
+
+template <class Round>
+Times measured(Round&& round)
+{
+    Times times;
+    for (int i = 0; i < 3; ++i) // the first do what is done once
+        round(i, times);
+    times = {};
+    for (int i = 3; i < kRounds; ++i)
+        round(i, times);
+    return times;
+}
+
+void print(const char* what, const Times& few, const Times& many)
+{
+    std::printf("%s\n", what);
+    for (size_t kind = 0; kind < kKinds.size(); ++kind) {
+        const double a = median(few[kind]), b = median(many[kind]);
+        std::printf("  %-7s %8.1f us among %zu, %8.1f us among %zu: %.2f\n", kKinds[kind], a * 1000, kFew,
+                    b * 1000, kMany, b / a);
+    }
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    const boost::filesystem::path profile =
+        boost::filesystem::temp_directory_path() / boost::filesystem::unique_path();
+    PathInfo::profileDirectory(profile);
+    Vu::Application::initialize(count, arguments, true);
+    Status status;
+    AddInMgr::get()->loadAddIns(status);
+    check(status.isOk(), status);
+    Vu::WorkspaceMgr::get()->create();
+
+    Times lines[2], requests[2];
+    Asset* asset = nullptr;
+    for (const bool large : {false, true}) {
+        Vu::AssetSession& session = makeModel(large ? kMany : kFew);
+        asset = session.asset();
+        lines[large] = measured([&](int i, Times& times) { roundOfLines(session, i, times); });
+        requests[large] = measured([&](int i, Times& times) { round(asset, i, times); });
+    }
+    print("By lines of the program", lines[0], lines[1]);
+    print("The model and its scene", requests[0], requests[1]);
+    printMemory(asset);
+    boost::filesystem::remove_all(profile);
+    std::fflush(stdout);
+    std::_Exit(0); // without asking whether to save
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Server/Component/Component.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace Vs {
+
+/// The id of the component that holds the one of this id; the root's is empty.
+inline std::string parentId(const std::string& id)
+{
+    const size_t end = id.rfind('/');
+    return end == std::string::npos ? std::string() : id.substr(0, end);
+}
+
+/// Where the child of this id stands among those of its parent, or would stand: they are in the order of the
+/// last numbers of their ids.
+inline size_t rowOf(const Component& parent, const std::string& id)
+{
+    const auto number = [](const std::string& text) {
+        int last = 0;
+        std::from_chars(text.data() + text.rfind(':') + 1, text.data() + text.size(), last);
+        return last;
+    };
+    const auto& children = parent.children;
+    const auto found =
+        std::partition_point(children.begin(), children.end(),
+                             [&, own = number(id)](const auto& child) { return number(child->id) < own; });
+    return static_cast<size_t>(found - children.begin());
+}
+
+} // namespace Vs
