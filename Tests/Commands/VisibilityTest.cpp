@@ -82,9 +82,9 @@ TEST_F(VisibilityTest, OneOccurrenceOfAPartIsHiddenAlone)
     EXPECT_FALSE(shown(L"as1/rod-assembly_1/nut_1"));
     EXPECT_TRUE(shown(L"as1/rod-assembly_1/nut_2"));
     // An assembly takes along what is in it, wherever it lies.
-    const double all = bounds().high().x - bounds().low().x;
+    const double all = bounds().diagonal();
     answer(L"Design.Hide as1/plate_1 as1/l-bracket-assembly_1");
-    EXPECT_LT(bounds().high().x - bounds().low().x, all);
+    EXPECT_LT(bounds().diagonal(), all);
     const uint64_t before = Vs::modelDigest(*asset());
     saveAndReopen(L"hidden-assembly.vlra");
     EXPECT_EQ(Vs::modelDigest(*asset()), before);

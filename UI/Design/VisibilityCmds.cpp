@@ -64,6 +64,12 @@ void addHidden(const Vs::Component& parent, Paths& paths)
     }
 }
 
+bool hidesSomething(const Vs::Component& parent)
+{
+    return std::any_of(parent.children.begin(), parent.children.end(),
+                       [](const auto& child) { return !child->visible || hidesSomething(*child); });
+}
+
 bool isShown(const Vs::Asset& asset, const Vs::ObjectPath& path)
 {
     const Vs::Component* component = asset.findComponent(path.component);
@@ -166,6 +172,8 @@ CommandBase* VisibilityCmdDef::onCreateCommand(CommandContext* context)
 bool VisibilityCmdDef::onAddToContextMenu()
 {
     CommandContext context = CommandContext::activeContext();
+    if (m_kind == Kind::ShowAll)
+        return context.asset() && hidesSomething(*context.asset()->components());
     return m_kind != Kind::Toggle && isApplicable(&context);
 }
 

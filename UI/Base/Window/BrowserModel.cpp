@@ -3,6 +3,7 @@
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetAdapter.h"
 #include "UI/Base/Localized.h"
 
 #include <QApplication>
