@@ -61,7 +61,8 @@ Rendra::Graphics::GroupNode* AssetGraphicsView::createScene()
     Vs::Scene::NodeChange(m_node.get()).add(model->viewFragmentNode());
     addFragment(std::move(model));
     auto orbicon = AutoCamViewFragment::make(this, m_session->asset());
-    mouseOverlay(orbicon.get());
+    m_overlays.add(orbicon.get());
+    mouseOverlay(&m_overlays);
     addFragment(std::move(orbicon));
     fit();
     return m_node.get();

@@ -2,6 +2,7 @@
 
 #include "Server/Scene/Node.h"
 #include "UI/Base/GraphicsView.h"
+#include "UI/Base/OverlayStack.h"
 
 namespace Vu {
 
@@ -16,6 +17,8 @@ public:
     ~AssetGraphicsView() override;
 
     AssetSession* assetSession() const { return m_session; }
+    /// What lies over the scene; the cube is the lowest.
+    OverlayStack& overlays() { return m_overlays; }
 
     Rendra::Graphics::GroupNode* sceneNode() const override;
     Rendra::Graphics::GroupNode* createScene() override;
@@ -25,6 +28,7 @@ private:
     explicit AssetGraphicsView(AssetSession* session) : m_session(session) {}
 
     AssetSession* m_session;
+    OverlayStack m_overlays;
     Vs::StrongRef<Rendra::Graphics::GroupNode> m_node;
 };
 
