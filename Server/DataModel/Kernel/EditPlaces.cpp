@@ -156,7 +156,6 @@ std::vector<std::string> apply(const Document& document, const MoveEdit& edit)
         detachPart(document, occurrence.label());
         XCAFDoc_Location::Set(occurrence.label(), occurrence.moved(motion));
     }
-    XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
     return {};
 }
 
@@ -176,7 +175,6 @@ std::vector<std::string> apply(const Document& document, const CopyEdit& edit)
             added.push_back(idBeside(occurrence.id(), copy));
         }
     }
-    XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
     return added;
 }
 
