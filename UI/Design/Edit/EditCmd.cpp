@@ -152,6 +152,27 @@ void EditCmd::preview()
     else if (!execute(true, status))
         m_problem = status.toString();
     validateInputs(false);
+    onShown();
+}
+
+void EditCmd::showInputs()
+{
+    onInputChanged();
+    m_problem.clear();
+    if (commandInputSet()->valid())
+        preview();
+    else
+        releasePreview();
+}
+
+/// What can't be changed says so when it is shown.
+void EditCmd::keepStep()
+{
+    try {
+        beginStep(true, true);
+        endStep(ETerminationReason::Commit);
+    } catch (const std::runtime_error&) {
+    }
 }
 
 void EditCmd::commandInputSetExecute(CommandInputEvent*)
@@ -162,12 +183,16 @@ void EditCmd::commandInputSetExecute(CommandInputEvent*)
 
 void EditCmd::onCommandInputEventSink(CommandInputEvent* event)
 {
-    if (!m_waiting || !Vs::cast<CommandInputValueChangeEvent>(event))
+    const auto* change = Vs::cast<CommandInputValueChangeEvent>(event);
+    if (!m_waiting || !change)
         return;
     onInputChanged();
     if (!commandInputSet()->valid()) {
         m_problem.clear();
         releasePreview();
+    } else if (change->kind() == CommandInputValueChangeEvent::EKind::Entered &&
+               !Vs::cast<SelectionCommandInput>(change->commandInput())) {
+        keepStep();
     }
 }
 

@@ -51,8 +51,9 @@ protected:
 /// complete, taken back and made anew with each new value, and kept as one step by the commit.
 ///
 /// The context's arguments fill the inputs of the same keys; what is selected at the start fills the first
-/// selection. With the argument "Commit" the command doesn't wait for a person: it ends with the change
-/// made, or with the error that says why not.
+/// selection. Each value that is entered is a step that undo takes back while the command runs; the step
+/// holds the inputs, of which the change is made anew. With the argument "Commit" the command doesn't wait
+/// for a person: it ends with the change made, or with the error that says why not.
 class EditCmd : public Vs::Implements<EditCmd, Command>
 {
 public:
@@ -68,6 +69,8 @@ public:
     void onValidateInputs(CommandInputStatus& status, bool forCommit) override;
     void onClearCommandRequests(bool) override {}
     void releaseCommandPreview() override;
+    void onStepUndo() override { showInputs(); }
+    void onStepRedo() override { showInputs(); }
 
 protected:
     virtual void onMakeInputs(EditInputs& inputs) = 0;
@@ -78,6 +81,8 @@ protected:
     virtual std::wstring onWhyInvalid() const { return {}; }
     /// An input has a new value.
     virtual void onInputChanged() {}
+    /// The change is shown, or none is since the inputs ask for none.
+    virtual void onShown() {}
 
 private:
     void takeArguments(Vs::Asset& asset, Vs::Status& status);
@@ -85,6 +90,8 @@ private:
     std::wstring whyIncomplete();
     bool execute(bool preview, Vs::Status& status);
     void preview();
+    void showInputs();
+    void keepStep();
     void commitAtOnce(Vs::Status& status);
 
     bool m_waiting = false; ///< For a person, who sees a preview.

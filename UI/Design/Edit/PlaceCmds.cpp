@@ -6,6 +6,16 @@
 #include "UI/Design/Resources.h"
 
 namespace Vu::Design {
+namespace {
+
+/// Of the box around them; nothing if they show nothing.
+std::optional<GkPoint3d> middleOf(const Vs::Asset& asset, const SelectionCommandInput& components)
+{
+    const BBox bounds = boundsOf(asset, componentsOf(components));
+    return bounds.isEmpty() ? std::nullopt : std::optional(bounds.centre());
+}
+
+} // namespace
 
 // clang-format off
 constinit const EditRow MoveCmd::kRow = {
@@ -18,27 +28,65 @@ constinit const EditRow RotateCmd::kRow = {
     .key = L"RotateCommand", .title = "Rotate", .tooltip = "Turn components about an axis", .icon = &Resources::Rotate};
 // clang-format on
 
+using Kind = ManipulatorHandle::Kind;
+
+MoveCmd::MoveCmd(CommandDefinition* definition, CommandContext* context)
+    : Implements(definition, context),
+      m_handles(Manipulator::handlesOf({Kind::Along, Kind::Plane}),
+                [this](const Manipulator::Drag& each) { drag(each); })
+{
+}
+
 void MoveCmd::onMakeInputs(EditInputs& inputs)
 {
     m_components = componentsInput(inputs);
-    m_dx = inputs.length(L"Dx", localized("EditDx", "Along X"), 0);
-    m_dy = inputs.length(L"Dy", localized("EditDy", "Along Y"), 0);
-    m_dz = inputs.length(L"Dz", localized("EditDz", "Along Z"), 0);
+    m_shift[0] = inputs.length(L"Dx", localized("EditDx", "Along X"), 0);
+    m_shift[1] = inputs.length(L"Dy", localized("EditDy", "Along Y"), 0);
+    m_shift[2] = inputs.length(L"Dz", localized("EditDz", "Along Z"), 0);
 }
 
 GkMatrix3d MoveCmd::motion() const
 {
-    return GkMatrix3d::translation({m_dx->value(), m_dy->value(), m_dz->value()});
+    return GkMatrix3d::translation({m_shift[0]->value(), m_shift[1]->value(), m_shift[2]->value()});
 }
 
-Vs::ModelEdit MoveCmd::onMakeEdit(const Vs::Asset&)
+Vs::ModelEdit MoveCmd::onMakeEdit(const Vs::Asset& asset)
 {
+    m_middle = middleOf(asset, *m_components);
     return Vs::MoveEdit{componentsOf(*m_components), motion()};
 }
 
-Vs::ModelEdit CopyCmd::onMakeEdit(const Vs::Asset&)
+void MoveCmd::onShown()
 {
+    const bool any = m_middle && !m_components->selectionSet().empty();
+    m_handles.show(graphicsView(), any ? std::optional(motion() * *m_middle) : std::nullopt);
+}
+
+void MoveCmd::drag(const Manipulator::Drag& drag)
+{
+    const double shift[] = {drag.shift.x, drag.shift.y, drag.shift.z};
+    const bool plane = drag.handle.kind == Kind::Plane;
+    for (int axis = 0; axis < 3 && !m_dragging; ++axis)
+        m_from[axis] = m_shift[axis]->value();
+    m_dragging = !drag.done;
+    // The drag is entered with the last of the values that it changes.
+    const int last = plane && drag.handle.axis == 2 ? 1 : plane ? 2 : drag.handle.axis;
+    const CommandInUse inUse(this);
+    for (int axis = 0; axis < 3; ++axis)
+        if ((axis == drag.handle.axis) != plane)
+            PlaceHandles::drive(*m_shift[axis], m_from[axis] + shift[axis], drag.done && axis == last);
+}
+
+Vs::ModelEdit CopyCmd::onMakeEdit(const Vs::Asset& asset)
+{
+    MoveCmd::onMakeEdit(asset);
     return Vs::CopyEdit{componentsOf(*m_components), {motion()}};
+}
+
+RotateCmd::RotateCmd(CommandDefinition* definition, CommandContext* context)
+    : Implements(definition, context),
+      m_handles(Manipulator::handlesOf({Kind::Turn}), [this](const Manipulator::Drag& each) { drag(each); })
+{
 }
 
 void RotateCmd::onMakeInputs(EditInputs& inputs)
@@ -69,7 +117,7 @@ GkPoint3d RotateCmd::centre(const Vs::Asset& asset) const
 {
     const std::wstring about = m_about->valueAsString();
     if (about == L"Middle")
-        return boundsOf(asset, componentsOf(*m_components)).centre();
+        return middleOf(asset, *m_components).value_or(GkPoint3d());
     if (about == L"Point")
         return {m_point[0]->value(), m_point[1]->value(), m_point[2]->value()};
     return {};
@@ -77,8 +125,28 @@ GkPoint3d RotateCmd::centre(const Vs::Asset& asset) const
 
 Vs::ModelEdit RotateCmd::onMakeEdit(const Vs::Asset& asset)
 {
+    m_centre = centre(asset);
     return Vs::MoveEdit{componentsOf(*m_components),
-                        GkMatrix3d::rotation(m_angle->value(), axisOf(*m_axis), centre(asset))};
+                        GkMatrix3d::rotation(m_angle->value(), axisOf(*m_axis), *m_centre)};
+}
+
+void RotateCmd::onShown()
+{
+    m_handles.show(graphicsView(), m_components->selectionSet().empty() ? std::nullopt : m_centre);
+}
+
+void RotateCmd::drag(const Manipulator::Drag& drag)
+{
+    static constexpr const wchar_t* kAxes[] = {L"X", L"Y", L"Z"};
+    const std::wstring axis = kAxes[drag.handle.axis];
+    const CommandInUse inUse(this);
+    if (!m_dragging) {
+        m_from = m_axis->valueAsString() == axis ? m_angle->value() : 0;
+        if (m_axis->valueAsString() != axis)
+            m_axis->typed(axis, CommandInputValueChangeEvent::EKind::Typing);
+    }
+    m_dragging = !drag.done;
+    PlaceHandles::drive(*m_angle, m_from + drag.angle, drag.done);
 }
 
 } // namespace Vu::Design

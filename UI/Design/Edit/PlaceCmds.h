@@ -1,6 +1,7 @@
 #pragma once
 
 #include "UI/Design/Edit/EditCmd.h"
+#include "UI/Design/Edit/PlaceHandles.h"
 
 namespace Vu::Design {
 
@@ -9,19 +10,27 @@ class MoveCmd : public Vs::Implements<MoveCmd, EditCmd>
 {
 public:
     static const EditRow kRow;
-    using Implements::Implements;
+    MoveCmd(CommandDefinition* definition, CommandContext* context);
+
+    void onPostActivate() override { onShown(); }
+    void onDeactivate() override { m_handles.hide(); }
 
 protected:
     void onMakeInputs(EditInputs& inputs) override;
     Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) override;
+    void onShown() override;
 
     GkMatrix3d motion() const;
     SelectionCommandInput* m_components = nullptr;
 
 private:
-    RealValueCommandInput* m_dx = nullptr;
-    RealValueCommandInput* m_dy = nullptr;
-    RealValueCommandInput* m_dz = nullptr;
+    void drag(const Manipulator::Drag& drag);
+
+    RealValueCommandInput* m_shift[3] = {}; ///< Along x, y and z.
+    PlaceHandles m_handles;
+    std::optional<GkPoint3d> m_middle; ///< Of the components where they stood at the start.
+    double m_from[3] = {};             ///< The values when a drag began.
+    bool m_dragging = false;
 };
 
 /// Puts one more of each component as far away from it as the inputs say.
@@ -41,15 +50,25 @@ class RotateCmd : public Vs::Implements<RotateCmd, EditCmd>
 {
 public:
     static const EditRow kRow;
-    using Implements::Implements;
+    RotateCmd(CommandDefinition* definition, CommandContext* context);
+
+    void onPostActivate() override { onShown(); }
+    void onDeactivate() override { m_handles.hide(); }
 
 protected:
     void onMakeInputs(EditInputs& inputs) override;
     Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) override;
     void onInputChanged() override;
+    void onShown() override;
 
 private:
     GkPoint3d centre(const Vs::Asset& asset) const;
+    void drag(const Manipulator::Drag& drag);
+
+    PlaceHandles m_handles;
+    std::optional<GkPoint3d> m_centre; ///< Of the change that is shown.
+    double m_from = 0;                 ///< The angle when a drag began.
+    bool m_dragging = false;
 
     SelectionCommandInput* m_components = nullptr;
     ListCommandInput* m_axis = nullptr;

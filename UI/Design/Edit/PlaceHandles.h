@@ -1,0 +1,40 @@
+#pragma once
+
+#include "UI/Base/Command/RealValueCommandInput.h"
+#include "UI/Base/Manipulator.h"
+
+#include <functional>
+#include <optional>
+
+namespace Vu {
+class GraphicsView;
+}
+
+namespace Vu::Design {
+
+/// The handles with which a person drags the values of an editing command. They are there while the command
+/// is active and knows where they belong.
+class PlaceHandles
+{
+public:
+    using Listener = Manipulator::Listener;
+
+    PlaceHandles(std::vector<ManipulatorHandle> handles, Listener listener)
+        : m_handles(std::move(handles)), m_listener(std::move(listener))
+    {
+    }
+
+    /// Shows them at the point, along the model's axes; takes them away without one, or without a view.
+    void show(GraphicsView* view, const std::optional<GkPoint3d>& point);
+    void hide() { m_manipulator.reset(); }
+
+    /// Gives an input a value as if it were typed; with `done`, as if it were entered.
+    static void drive(RealValueCommandInput& input, double value, bool done);
+
+private:
+    std::vector<ManipulatorHandle> m_handles;
+    Listener m_listener;
+    std::optional<Manipulator> m_manipulator;
+};
+
+} // namespace Vu::Design
