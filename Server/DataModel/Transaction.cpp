@@ -73,13 +73,14 @@ std::wstring nameOf(const TransactionNode* step)
 
 } // namespace
 
-Transaction::Transaction(Asset* asset, const std::wstring& name) : m_asset(asset)
+Transaction::Transaction(Asset* asset, const std::wstring& name, Purpose purpose) : m_asset(asset)
 {
     ModelData& data = asset->data();
     m_outermost = !data.history().isOpen();
     if (!m_outermost)
         return;
     begin(asset, name, &ChangeHistory::begin);
+    data.history().openIsPreview(purpose == Purpose::Preview);
     data.transactionBroken = false;
 }
 

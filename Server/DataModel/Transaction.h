@@ -16,9 +16,12 @@ class TransactionStepUserCache;
 class Transaction
 {
 public:
+    /// Whether the change is made to be kept, or only to be looked at until it is aborted.
+    enum class Purpose { Step, Preview };
+
     /// `name` is what the undo list shows. Throws std::runtime_error if the document is read-only and a
     /// handler keeps it from being changed.
-    Transaction(Asset* asset, const std::wstring& name);
+    Transaction(Asset* asset, const std::wstring& name, Purpose purpose = Purpose::Step);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;

@@ -34,7 +34,7 @@ const TransactionNode* TransactionMgr::sessionTransaction() const
 const TransactionNode* TransactionMgr::currentTransaction() const
 {
     const ChangeHistory& history = m_asset->data().history();
-    if (history.open())
+    if (history.open() && !history.open()->isPreview())
         return history.open();
     return history.group() ? history.group() : sessionTransaction();
 }

@@ -18,7 +18,8 @@ public:
 
     /// The root of the tree.
     const TransactionNode* sessionTransaction() const;
-    /// The innermost that is open: a change, else one that is made in steps, else the session's.
+    /// The innermost that is open and not only a preview: a change, else one that is made in steps, else the
+    /// session's.
     const TransactionNode* currentTransaction() const;
 
     /// Whether the steps back to that one, itself included, could be taken back now; without one, the last

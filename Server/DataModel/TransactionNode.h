@@ -38,6 +38,8 @@ public:
     bool isChanged() const { return m_touchesModel || !m_settings.empty(); }
     /// False for the one that is still open.
     bool isCommitted() const { return m_committed; }
+    /// Whether it is open only to be looked at.
+    bool isPreview() const { return m_preview; }
 
     /// The oldest first: the last is the next to be undone.
     const Changes& doneChanges() const { return m_done; }
@@ -75,6 +77,7 @@ private:
     std::wstring m_userName, m_cmdKey;
     bool m_touchesModel = false;
     bool m_committed = false;
+    bool m_preview = false;
     std::vector<std::shared_ptr<ModelChange>> m_model; ///< In the order in which they were made.
     std::map<std::string, Difference> m_settings;
     std::shared_ptr<TransactionStepUserCache> m_userCache;

@@ -39,6 +39,8 @@ public:
 
     void begin(const std::wstring& name, const std::wstring& cmdKey);
     bool isOpen() const { return m_open != nullptr; }
+    /// Says so of the open change.
+    void openIsPreview(bool preview) { m_open->m_preview = preview; }
     /// What the open change has touched so far.
     Extent openExtent() const { return m_open ? extentOf(*m_open) : Extent(); }
     /// The root of all steps; the group and the change that are open, each null if there is none.

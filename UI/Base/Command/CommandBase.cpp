@@ -180,11 +180,12 @@ EMidCommandUndoRedoContext CommandBase::getPossibleMidCommandRedoContext() const
 namespace {
 
 /// Null, with the reason, if the asset may not be changed.
-std::unique_ptr<Vs::Transaction> openTransaction(Vs::Asset* asset, const std::wstring& name,
+std::unique_ptr<Vs::Transaction> openTransaction(Vs::Asset* asset, const std::wstring& name, bool preview,
                                                  Vs::Status& status)
 {
+    using Purpose = Vs::Transaction::Purpose;
     try {
-        return std::make_unique<Vs::Transaction>(asset, name);
+        return std::make_unique<Vs::Transaction>(asset, name, preview ? Purpose::Preview : Purpose::Step);
     } catch (const std::exception& error) {
         status.addError(name + L": " + Vs::Strings::widen(error.what()));
         return nullptr;
@@ -224,7 +225,7 @@ bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOp
         status.merge(outcome);
         return false;
     }
-    std::unique_ptr<Vs::Transaction> transaction = openTransaction(asset, request->name(), outcome);
+    std::unique_ptr<Vs::Transaction> transaction = openTransaction(asset, request->name(), preview, outcome);
     for (Vs::Request* each : requests)
         if (!transaction || !each->execute(asset, outcome))
             break;
