@@ -63,7 +63,6 @@ std::vector<std::string> apply(const Document& document, const ColourEdit& edit)
         else
             throw EditError(EditFault::NoSuchPart, nameOf(occurrence.label()));
     }
-    XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
     return {};
 }
 

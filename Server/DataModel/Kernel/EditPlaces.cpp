@@ -139,7 +139,6 @@ std::vector<std::string> apply(const Document& document, const MirrorEdit& edit)
     }
     if (!edit.keep)
         removeOccurrences(document, edit.components);
-    XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
     return added;
 }
 

@@ -130,8 +130,6 @@ std::vector<std::string> apply(const Document& document, const CombineEdit& edit
     takeFaceColours(document, target.shown(), tools, places, made);
     if (!edit.keepTools)
         removeOccurrences(document, edit.tools);
-    else
-        XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
     return {};
 }
 
@@ -163,7 +161,6 @@ std::vector<std::string> apply(const Document& document, const BlendEdit& edit)
                                        {chosen.edges.cbegin(), chosen.edges.cend()}, edit.size, chosen.name);
         replaceShape(document, part, made.shape, made.successors);
     }
-    XCAFDoc_DocumentTool::ShapeTool(document->Main())->UpdateAssemblies();
     return {};
 }
 

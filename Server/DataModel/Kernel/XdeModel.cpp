@@ -325,10 +325,7 @@ void XdeModel::rename(const std::string& component, const std::wstring& name)
 
 void XdeModel::remove(const std::vector<std::string>& components)
 {
-    guarded([&] {
-        removeOccurrences(m_document, components);
-        m_assembliesStale = true;
-    });
+    guarded([&] { removeOccurrences(m_document, components); });
 }
 
 void XdeModel::setVisible(const std::vector<std::string>& components, bool visible)
@@ -356,6 +353,7 @@ std::unique_ptr<ModelChange> XdeModel::commit()
         if (delta.IsNull())
             return nullptr;
         m_touched.add(delta);
+        m_assembliesStale = true;
         if (!delta->IsEmpty())
             return std::make_unique<XdeChange>(delta);
         // What was touched and is as before has moved the kernel's clock, by which older changes are known.
