@@ -35,7 +35,7 @@ void InteractiveCommandBase::onKeyPress(KeyEvent* event)
 void InteractiveCommandBase::keyPress(KeyEvent* event)
 {
     CommandInUse inUse(this);
-    if (event->keyCode() == kEscapeKey && commandInputSet())
+    if (commandInputSet() && event->keyCode() == kEscapeKey)
         for (const auto& input : commandInputSet()->inputs())
             if (auto* selection = Vs::cast<SelectionCommandInput>(input.get());
                 selection && selection->giveUpBand())
