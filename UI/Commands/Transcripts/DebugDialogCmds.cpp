@@ -22,17 +22,6 @@ bool ShowDebugDialogCmdDef::onIsApplicable(CommandContext*) const
     return !UIBaseOptionGroup::get()->showDebugDialog();
 }
 
-CommandBase* ShowDebugDialogCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ShowDebugDialogCmd(this, context);
-}
-
-ShowDebugDialogCmd::ShowDebugDialogCmd(ShowDebugDialogCmdDef* definition, CommandContext* context)
-    : Implements(definition, context)
-{
-    repeatable(false);
-}
-
 void ShowDebugDialogCmd::onExecute(Vs::Status&)
 {
     DebugDialog::get()->show();
@@ -44,32 +33,10 @@ bool HideDebugDialogCmdDef::onIsApplicable(CommandContext*) const
     return UIBaseOptionGroup::get()->showDebugDialog();
 }
 
-CommandBase* HideDebugDialogCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new HideDebugDialogCmd(this, context);
-}
-
-HideDebugDialogCmd::HideDebugDialogCmd(HideDebugDialogCmdDef* definition, CommandContext* context)
-    : Implements(definition, context)
-{
-    repeatable(false);
-}
-
 void HideDebugDialogCmd::onExecute(Vs::Status&)
 {
     DebugDialog::get()->hide();
     DebugDialog::saveShowState(false);
-}
-
-CommandBase* DestroyDebugDialogCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new DestroyDebugDialogCmd(this, context);
-}
-
-DestroyDebugDialogCmd::DestroyDebugDialogCmd(DestroyDebugDialogCmdDef* definition, CommandContext* context)
-    : Implements(definition, context)
-{
-    repeatable(false);
 }
 
 void DestroyDebugDialogCmd::onExecute(Vs::Status&)

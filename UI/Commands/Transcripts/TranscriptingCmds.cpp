@@ -52,16 +52,6 @@ void StartTranscriptingCmdDef::onUpdateInputControl(CommandContext*)
     enableControl(*this, !recording());
 }
 
-CommandBase* StartTranscriptingCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new StartTranscriptingCmd(this, context);
-}
-
-StartTranscriptingCmd::StartTranscriptingCmd(StartTranscriptingCmdDef* definition, CommandContext* context)
-    : Implements(definition, context)
-{
-}
-
 void StartTranscriptingCmd::onExecute(Vs::Status&)
 {
     if (startRecording())
@@ -71,17 +61,6 @@ void StartTranscriptingCmd::onExecute(Vs::Status&)
 void StartPerfTranscriptingCmdDef::onUpdateInputControl(CommandContext*)
 {
     enableControl(*this, !recording());
-}
-
-CommandBase* StartPerfTranscriptingCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new StartPerfTranscriptingCmd(this, context);
-}
-
-StartPerfTranscriptingCmd::StartPerfTranscriptingCmd(StartPerfTranscriptingCmdDef* definition,
-                                                     CommandContext* context)
-    : Implements(definition, context)
-{
 }
 
 void StartPerfTranscriptingCmd::onExecute(Vs::Status&)
@@ -95,30 +74,10 @@ void StopTranscriptingCmdDef::onUpdateInputControl(CommandContext*)
     enableControl(*this, recording());
 }
 
-CommandBase* StopTranscriptingCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new StopTranscriptingCmd(this, context);
-}
-
-StopTranscriptingCmd::StopTranscriptingCmd(StopTranscriptingCmdDef* definition, CommandContext* context)
-    : Implements(definition, context)
-{
-}
-
 void StopTranscriptingCmd::onExecute(Vs::Status&)
 {
     ValidationDialog::get()->endValidation();
     Vs::TranscriptMgr::get()->endRecording();
-}
-
-CommandBase* ReplayTranscriptCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ReplayTranscriptCmd(this, context);
-}
-
-ReplayTranscriptCmd::ReplayTranscriptCmd(ReplayTranscriptCmdDef* definition, CommandContext* context)
-    : Implements(definition, context)
-{
 }
 
 void ReplayTranscriptCmd::onExecute(Vs::Status&)
@@ -131,17 +90,10 @@ void ReplayTranscriptCmd::onExecute(Vs::Status&)
         Application::get()->deferredTasks()->add(new ReplayTranscriptTask(path));
 }
 
-CommandBase* ClearAllAlertsCmdDef::onCreateCommand(CommandContext* context)
+ClearAllAlertsCmd::ClearAllAlertsCmd(CommandDefinition* definition, CommandContext* context)
+    : UnrepeatedDebugTool(definition, context)
 {
-    auto* command = new ClearAllAlertsCmd(this, context);
-    command->usesCommandDialog(false);
-    return command;
-}
-
-ClearAllAlertsCmd::ClearAllAlertsCmd(ClearAllAlertsCmdDef* definition, CommandContext* context)
-    : Implements(definition, context)
-{
-    repeatable(false);
+    usesCommandDialog(false);
 }
 
 void ClearAllAlertsCmd::onExecute(Vs::Status&)

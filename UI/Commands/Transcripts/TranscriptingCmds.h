@@ -1,117 +1,101 @@
 #pragma once
 
-#include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Commands/CommandRow.h"
+#include "UI/Commands/Transcripts/DebugTool.h"
 
 namespace Vu::Commands {
 
-/// Asks for a file and begins to record into it.
-class StartTranscriptingCmdDef : public RowDefinition<StartTranscriptingCmdDef>
+class StartTranscriptingCmd : public DebugTool<StartTranscriptingCmd>
 {
 public:
-    static const CommandRow kRow;
+    using DebugTool::DebugTool;
 
 protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
-    bool onIsApplicable(CommandContext*) const override { return true; }
-    void onUpdateInputControl(CommandContext* context) override;
-};
-
-/// The same, with the lines that measure while it is replayed.
-class StartPerfTranscriptingCmdDef : public RowDefinition<StartPerfTranscriptingCmdDef>
-{
-public:
-    static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
-    bool onIsApplicable(CommandContext*) const override { return true; }
-    void onUpdateInputControl(CommandContext* context) override;
-};
-
-class StopTranscriptingCmdDef : public RowDefinition<StopTranscriptingCmdDef>
-{
-public:
-    static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
-    bool onIsApplicable(CommandContext*) const override { return true; }
-    void onUpdateInputControl(CommandContext* context) override;
-};
-
-/// Asks for a transcript and replays it once the command has ended.
-class ReplayTranscriptCmdDef : public RowDefinition<ReplayTranscriptCmdDef>
-{
-public:
-    static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
-    bool onIsApplicable(CommandContext*) const override { return true; }
-    void onUpdateInputControl(CommandContext*) override {}
-};
-
-/// Takes away the messages that stand beside the running command.
-class ClearAllAlertsCmdDef : public RowDefinition<ClearAllAlertsCmdDef>
-{
-public:
-    static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
-    bool onIsApplicable(CommandContext*) const override { return true; }
-};
-
-class StartTranscriptingCmd : public Vs::Implements<StartTranscriptingCmd, SimpleCommand>
-{
-protected:
-    friend class StartTranscriptingCmdDef;
-    StartTranscriptingCmd(StartTranscriptingCmdDef* definition, CommandContext* context);
-
-    ECommandType onCommandType() const override { return ECommandType::Nested; }
     void onExecute(Vs::Status& status) override;
 };
 
-class StartPerfTranscriptingCmd : public Vs::Implements<StartPerfTranscriptingCmd, SimpleCommand>
+class StartPerfTranscriptingCmd : public DebugTool<StartPerfTranscriptingCmd>
 {
-protected:
-    friend class StartPerfTranscriptingCmdDef;
-    StartPerfTranscriptingCmd(StartPerfTranscriptingCmdDef* definition, CommandContext* context);
+public:
+    using DebugTool::DebugTool;
 
-    ECommandType onCommandType() const override { return ECommandType::Nested; }
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
-class StopTranscriptingCmd : public Vs::Implements<StopTranscriptingCmd, SimpleCommand>
+class StopTranscriptingCmd : public DebugTool<StopTranscriptingCmd>
 {
-protected:
-    friend class StopTranscriptingCmdDef;
-    StopTranscriptingCmd(StopTranscriptingCmdDef* definition, CommandContext* context);
+public:
+    using DebugTool::DebugTool;
 
-    ECommandType onCommandType() const override { return ECommandType::Nested; }
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
-class ReplayTranscriptCmd : public Vs::Implements<ReplayTranscriptCmd, SimpleCommand>
+class ReplayTranscriptCmd : public DebugTool<ReplayTranscriptCmd>
 {
-protected:
-    friend class ReplayTranscriptCmdDef;
-    ReplayTranscriptCmd(ReplayTranscriptCmdDef* definition, CommandContext* context);
+public:
+    using DebugTool::DebugTool;
 
+protected:
     ECommandType onCommandType() const override { return ECommandType::Exclusive; }
     EStackingBehavior onStackingBehavior() const override { return EStackingBehavior::OverNothing; }
     void onExecute(Vs::Status& status) override;
 };
 
-class ClearAllAlertsCmd : public Vs::Implements<ClearAllAlertsCmd, SimpleCommand>
+class ClearAllAlertsCmd : public UnrepeatedDebugTool<ClearAllAlertsCmd>
 {
-protected:
-    friend class ClearAllAlertsCmdDef;
-    ClearAllAlertsCmd(ClearAllAlertsCmdDef* definition, CommandContext* context);
+public:
+    ClearAllAlertsCmd(CommandDefinition* definition, CommandContext* context);
 
-    ECommandType onCommandType() const override { return ECommandType::Nested; }
+protected:
     void onExecute(Vs::Status& status) override;
+};
+
+/// Asks for a file and begins to record into it.
+class StartTranscriptingCmdDef : public DebugToolDefinition<StartTranscriptingCmdDef, StartTranscriptingCmd>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    void onUpdateInputControl(CommandContext* context) override;
+};
+
+/// The same, with the lines that measure while it is replayed.
+class StartPerfTranscriptingCmdDef
+    : public DebugToolDefinition<StartPerfTranscriptingCmdDef, StartPerfTranscriptingCmd>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    void onUpdateInputControl(CommandContext* context) override;
+};
+
+class StopTranscriptingCmdDef : public DebugToolDefinition<StopTranscriptingCmdDef, StopTranscriptingCmd>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    void onUpdateInputControl(CommandContext* context) override;
+};
+
+/// Asks for a transcript and replays it once the command has ended.
+class ReplayTranscriptCmdDef : public DebugToolDefinition<ReplayTranscriptCmdDef, ReplayTranscriptCmd>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    void onUpdateInputControl(CommandContext*) override {}
+};
+
+/// Takes away the messages that stand beside the running command.
+class ClearAllAlertsCmdDef : public DebugToolDefinition<ClearAllAlertsCmdDef, ClearAllAlertsCmd>
+{
+public:
+    static const CommandRow kRow;
 };
 
 } // namespace Vu::Commands
