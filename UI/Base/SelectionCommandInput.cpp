@@ -249,6 +249,11 @@ std::wstring SelectionCommandInput::valueAsString() const
             logical && logical->asset() == asset)
             paths.push_back(logical->path().toText(*asset));
     std::erase(paths, std::wstring());
+    return valueOf(paths);
+}
+
+std::wstring SelectionCommandInput::valueOf(const std::vector<std::wstring>& paths)
+{
     if (paths.size() == 1)
         return paths.front();
     std::wstring text;

@@ -75,6 +75,8 @@ public:
     /// The paths of the objects (ObjectPath::toText). Several have bars between them, and those that hold a
     /// bar, a quote or a backslash stand in quotes.
     std::wstring valueAsString() const override;
+    /// The text of a value that holds these paths.
+    static std::wstring valueOf(const std::vector<std::wstring>& paths);
     /// Takes one path as it stands, or several; a component's identifier stands for it, too. Objects that a
     /// click wouldn't take are no value.
     bool valueFromString(const std::wstring& text) override;

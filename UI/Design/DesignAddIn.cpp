@@ -2,7 +2,10 @@
 #include "Server/Base/Warning.h"
 #include "UI/Base/ToolbarPersister.h"
 #include "UI/Design/DocumentKinds.h"
+#include "UI/Design/Edit/ColourCmd.h"
+#include "UI/Design/Edit/PatternCmds.h"
 #include "UI/Design/Edit/PlaceCmds.h"
+#include "UI/Design/Edit/SolidCmds.h"
 #include "UI/Design/Environments.h"
 #include "UI/Design/ExportDesignCmd.h"
 #include "UI/Design/Localized.h"
@@ -47,6 +50,15 @@ private:
     ShowCmdDef m_showCmdDef;
     ShowAllCmdDef m_showAllCmdDef;
     ToggleVisibilityCmdDef m_toggleVisibilityCmdDef;
+    EditCmdDef<JoinCmd> m_joinCmdDef;
+    EditCmdDef<SubtractCmd> m_subtractCmdDef;
+    EditCmdDef<IntersectCmd> m_intersectCmdDef;
+    EditCmdDef<FilletCmd> m_filletCmdDef;
+    EditCmdDef<ChamferCmd> m_chamferCmdDef;
+    EditCmdDef<MirrorCmd> m_mirrorCmdDef;
+    EditCmdDef<LinearPatternCmd> m_linearPatternCmdDef;
+    EditCmdDef<CircularPatternCmd> m_circularPatternCmdDef;
+    EditCmdDef<ColourCmd> m_colourCmdDef;
 };
 
 } // namespace

@@ -81,8 +81,10 @@ MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vec
             // It throws, as a rule, where there is no room.
         }
     });
-    if (!alive)
+    if (!alive) {
+        new std::shared_ptr(operation); // in any state, so that nobody may take it apart
         throw EditError(EditFault::Crashed, name);
+    }
     if (!sound)
         throw EditError(EditFault::TooLarge, name);
     return {result, successorsIn(operation)};

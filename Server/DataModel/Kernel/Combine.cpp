@@ -176,8 +176,10 @@ TopoDS_Shape solidsOf(const TopoDS_Shape& shape)
     return count > 1 ? all : first;
 }
 
-MadeShape combined(Kind kind, const TopoDS_Shape& target, const std::vector<TopoDS_Shape>& tools,
-                   const std::wstring& name)
+namespace {
+
+MadeShape combinedAtOnce(Kind kind, const TopoDS_Shape& target, const std::vector<TopoDS_Shape>& tools,
+                         const std::wstring& name)
 {
     const auto combination = std::make_shared<Combination>(kind, target, tools);
     bool sound = false;
@@ -187,8 +189,11 @@ MadeShape combined(Kind kind, const TopoDS_Shape& target, const std::vector<Topo
             if (!sound && !combination->isOver())
                 sound = combination->run(tolerance);
     });
-    if (!alive)
+    if (!alive) {
+        // Its parts may be in any state, so that nobody may take it apart.
+        new std::shared_ptr(combination);
         throw EditError(EditFault::Crashed, name);
+    }
     if (!sound)
         throw EditError(combination->isOver() ? EditFault::TooLong : EditFault::Invalid, name);
     const TopoDS_Shape& result = combination->result();
@@ -197,6 +202,33 @@ MadeShape combined(Kind kind, const TopoDS_Shape& target, const std::vector<Topo
     if (kind == Kind::Subtract && isWhole(result, target))
         throw EditError(EditFault::Apart, name);
     return {result, combination->successors()};
+}
+
+Successors followed(const Successors& first, const Successors& second)
+{
+    return [first, second](const TopoDS_Shape& part) {
+        std::vector<TopoDS_Shape> found;
+        for (const TopoDS_Shape& each : first(part))
+            for (const TopoDS_Shape& later : second(each))
+                found.push_back(later);
+        return found;
+    };
+}
+
+} // namespace
+
+MadeShape combined(Kind kind, const TopoDS_Shape& target, const std::vector<TopoDS_Shape>& tools,
+                   const std::wstring& name)
+{
+    if (kind != Kind::Intersect)
+        return combinedAtOnce(kind, target, tools, name);
+    // The kernel takes what is in any of the tools for common, so they come one by one.
+    MadeShape made{target, [](const TopoDS_Shape& same) { return std::vector{same}; }};
+    for (const TopoDS_Shape& tool : tools) {
+        const MadeShape next = combinedAtOnce(kind, made.shape, {tool}, name);
+        made = {next.shape, followed(made.successors, next.successors)};
+    }
+    return made;
 }
 
 } // namespace Vs::Kernel

@@ -11,6 +11,7 @@
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Info.h"
+#include "UI/Base/SelectionInputEvents.h"
 #include "UI/Design/Environments.h"
 #include "UI/Design/Localized.h"
 
@@ -57,13 +58,12 @@ CommandInputSet* EditCmd::onCreateCommandInputs()
 
 void EditCmd::onBegin()
 {
-    Vs::Asset* asset = commandContext()->asset();
-    if (!asset)
+    if (!commandContext()->asset())
         throw std::runtime_error(Vs::Strings::narrow(
             localized("NoDesignToEdit",
                       "There is no active design to change: make one with Design.New, or open a file.")));
     Vs::Status status;
-    takeArguments(*asset, status);
+    takeArguments(status);
     const bool atOnce = commandContext()->hasArgument(commitArgumentName());
     if (atOnce && status.isOk())
         commitAtOnce(status);
@@ -78,17 +78,13 @@ void EditCmd::onBegin()
         preview();
 }
 
-void EditCmd::takeArguments(Vs::Asset& asset, Vs::Status& status)
+void EditCmd::takeArguments(Vs::Status& status)
 {
     for (const auto& input : commandInputSet()->inputs()) {
         const Vs::UniqueString* key = Vs::UniqueString::find(Vs::Strings::narrow(input->info()->key()), true);
         if (!commandContext()->hasArgument(key))
             continue;
-        const std::wstring text = commandContext()->argumentAsString(key);
-        if (auto* things = Vs::cast<SelectionCommandInput>(input.get())) {
-            if (!takePaths(*things, asset, text, status))
-                return;
-        } else if (const std::wstring why = input->take(text); !why.empty()) {
+        if (const std::wstring why = input->take(commandContext()->argumentAsString(key)); !why.empty()) {
             status.addError(input->info()->name() + L": " + why);
             return;
         }
@@ -96,19 +92,23 @@ void EditCmd::takeArguments(Vs::Asset& asset, Vs::Status& status)
     }
 }
 
-// What one input doesn't take may be for the next: an edge beside the component that is chosen.
+// An input that has what it needs leaves the rest to the next: of several bodies the first is the target.
 void EditCmd::takeSelection()
 {
     Vs::SelectionMgr* manager = selectionManager();
     if (!manager)
         return;
-    for (const auto& input : commandInputSet()->inputs()) {
-        auto* things = Vs::cast<SelectionCommandInput>(input.get());
-        if (!things || !things->selectionSet().empty())
-            continue;
-        for (const auto& selection : manager->selectionSet().selections())
-            things->add(selection);
-        return;
+    std::vector<SelectionCommandInput*> open;
+    for (const auto& input : commandInputSet()->inputs())
+        if (auto* things = Vs::cast<SelectionCommandInput>(input.get());
+            things && things->selectionSet().empty())
+            open.push_back(things);
+    size_t next = 0;
+    for (const auto& selection : manager->selectionSet().selections()) {
+        while (next + 1 < open.size() && open[next]->valid())
+            ++next;
+        if (next < open.size())
+            open[next]->add(selection);
     }
 }
 
@@ -151,8 +151,31 @@ void EditCmd::preview()
         releasePreview();
     else if (!execute(true, status))
         m_problem = status.toString();
+    lightParts(!m_problem.empty());
     validateInputs(false);
     onShown();
+}
+
+// The paths of the parts that were chosen are those of the bodies as they were.
+void EditCmd::lightParts(bool lit)
+{
+    Vs::SelectionMgr* manager = selectionManager();
+    if (!manager || !onPicksInsideBodies())
+        return;
+    for (const auto& input : commandInputSet()->inputs())
+        if (const auto* things = Vs::cast<SelectionCommandInput>(input.get()))
+            manager->collect(things, lit ? things->selectionSet().selections()
+                                         : std::vector<Vs::StrongRef<Vs::Selection>>());
+}
+
+void EditCmd::point(bool atPart)
+{
+    if (atPart) {
+        releasePreview();
+        lightParts(true);
+    } else if (commandInputSet()->valid()) {
+        preview();
+    }
 }
 
 void EditCmd::showInputs()
@@ -183,8 +206,13 @@ void EditCmd::commandInputSetExecute(CommandInputEvent*)
 
 void EditCmd::onCommandInputEventSink(CommandInputEvent* event)
 {
+    if (!m_waiting)
+        return;
+    if (const auto* pointing = Vs::cast<SelectionInputPreselectionEvent>(event);
+        pointing && onPicksInsideBodies())
+        point(pointing->selection() != nullptr);
     const auto* change = Vs::cast<CommandInputValueChangeEvent>(event);
-    if (!m_waiting || !change)
+    if (!change)
         return;
     onInputChanged();
     if (!commandInputSet()->valid()) {

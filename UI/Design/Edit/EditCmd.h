@@ -79,17 +79,22 @@ protected:
     virtual Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) = 0;
     /// Why the inputs don't go together; empty if they do.
     virtual std::wstring onWhyInvalid() const { return {}; }
+    /// Whether parts of bodies are chosen that the change makes others of. They are picked on the bodies as
+    /// they were, so that the preview goes out while the pointer is at one. Default false.
+    virtual bool onPicksInsideBodies() const { return false; }
     /// An input has a new value.
     virtual void onInputChanged() {}
     /// The change is shown, or none is since the inputs ask for none.
     virtual void onShown() {}
 
 private:
-    void takeArguments(Vs::Asset& asset, Vs::Status& status);
+    void takeArguments(Vs::Status& status);
     void takeSelection();
     std::wstring whyIncomplete();
     bool execute(bool preview, Vs::Status& status);
     void preview();
+    void lightParts(bool lit);
+    void point(bool atPart);
     void showInputs();
     void keepStep();
     void commitAtOnce(Vs::Status& status);

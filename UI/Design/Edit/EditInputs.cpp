@@ -1,10 +1,7 @@
 #include "UI/Design/Edit/EditInputs.h"
 
-#include "Server/Base/Status.h"
-#include "Server/Base/TextLine.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "UI/Base/Command/Info.h"
-#include "UI/Design/Localized.h"
 
 #include <map>
 
@@ -18,21 +15,30 @@ Info* infoOf(const std::wstring& key, const std::wstring& title)
     return &infos->try_emplace({key, title}, key, title, nullptr).first->second;
 }
 
-const Vs::SelectionFilter* filterOf(Vs::ESelectionType kind)
+const Vs::SelectionFilter* filterOf(std::initializer_list<Vs::ESelectionType> kinds)
 {
-    Vs::MeasureMgr* manager = Vs::MeasureMgr::get();
-    manager->initialize();
-    const auto filters = manager->filters(kind);
-    return filters.empty() ? nullptr : filters.front();
+    using Filter = Vs::CompositeSelectionFilter;
+    static auto* const known = new std::map<unsigned, Filter>;
+    unsigned mask = 0;
+    for (const Vs::ESelectionType kind : kinds)
+        mask |= static_cast<unsigned>(kind);
+    const auto [found, fresh] = known->try_emplace(mask, Filter::ELogic::Any);
+    if (fresh) {
+        Vs::MeasureMgr::get()->initialize();
+        for (const Vs::ESelectionType kind : kinds)
+            for (const Vs::SelectionFilter* filter : Vs::MeasureMgr::get()->filters(kind))
+                found->second.add(filter);
+    }
+    return &found->second;
 }
 
 } // namespace
 
 SelectionCommandInput* EditInputs::things(const wchar_t* key, const std::wstring& title,
-                                          Vs::ESelectionType kind, bool one)
+                                          std::initializer_list<Vs::ESelectionType> kinds, bool one)
 {
     auto* input = SelectionCommandInput::make(m_set, m_number++, infoOf(key, title));
-    input->requiredFilter(filterOf(kind));
+    input->requiredFilter(filterOf(kinds));
     input->requiredQuantity(one, 1);
     return input;
 }
@@ -56,6 +62,14 @@ RealValueCommandInput* EditInputs::angle(const wchar_t* key, const std::wstring&
 IntegerValueCommandInput* EditInputs::count(const wchar_t* key, const std::wstring& title, int value)
 {
     auto* input = IntegerValueCommandInput::make(m_set, m_number++, infoOf(key, title));
+    input->value(value);
+    return input;
+}
+
+StringValueCommandInput* EditInputs::text(const wchar_t* key, const std::wstring& title,
+                                          const std::wstring& value)
+{
+    auto* input = StringValueCommandInput::make(m_set, m_number++, infoOf(key, title));
     input->value(value);
     return input;
 }
@@ -94,27 +108,6 @@ std::vector<std::string> componentsOf(const SelectionCommandInput& input)
     for (const Vs::ObjectPath& path : pathsOf(input))
         components.push_back(path.component);
     return components;
-}
-
-bool takePaths(SelectionCommandInput& input, Vs::Asset& asset, const std::wstring& text, Vs::Status& status)
-{
-    std::vector<Vs::StrongRef<Vs::Selection>> named;
-    Vs::TextLine words(text);
-    for (std::wstring word; words.skipBlanks();) {
-        words.next(word);
-        const auto path = Vs::ObjectPath::find(asset, word, status);
-        if (!path)
-            return false;
-        named.emplace_back(new Vs::LogicalSelection(&asset, *path, nullptr));
-    }
-    input.clear();
-    for (size_t i = 0; i < named.size(); ++i)
-        if (!input.add(named[i])) {
-            status.addError(localizedFormat("EditWrongKind", "\"%1%\" is not what \"%2%\" takes.", text,
-                                            input.info()->name()));
-            return false;
-        }
-    return true;
 }
 
 } // namespace Vu::Design

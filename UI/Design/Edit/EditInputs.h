@@ -19,14 +19,15 @@ class EditInputs
 public:
     explicit EditInputs(CommandInputSet* set) : m_set(set) {}
 
-    /// Takes things of that kind; exactly one, or as many as there are.
-    SelectionCommandInput* things(const wchar_t* key, const std::wstring& title, Vs::ESelectionType kind,
-                                  bool one = false);
+    /// Takes things of any of these kinds; exactly one, or as many as there are.
+    SelectionCommandInput* things(const wchar_t* key, const std::wstring& title,
+                                  std::initializer_list<Vs::ESelectionType> kinds, bool one = false);
     /// In mm; shown in the user's unit.
     RealValueCommandInput* length(const wchar_t* key, const std::wstring& title, double value);
     /// In radians; shown in degrees.
     RealValueCommandInput* angle(const wchar_t* key, const std::wstring& title, double value);
     IntegerValueCommandInput* count(const wchar_t* key, const std::wstring& title, int value);
+    StringValueCommandInput* text(const wchar_t* key, const std::wstring& title, const std::wstring& value);
     BoolValueCommandInput* choice(const wchar_t* key, const std::wstring& title, bool value);
 
     struct Item
@@ -46,10 +47,5 @@ private:
 std::vector<Vs::ObjectPath> pathsOf(const SelectionCommandInput& input);
 /// The components of these.
 std::vector<std::string> componentsOf(const SelectionCommandInput& input);
-
-/// Fills the input with the objects of a text: paths (Vs::ObjectPath) with blanks between them, in quotes
-/// where they hold blanks themselves. False with an error, and the input as it was, if one names nothing
-/// that the input takes.
-bool takePaths(SelectionCommandInput& input, Vs::Asset& asset, const std::wstring& text, Vs::Status& status);
 
 } // namespace Vu::Design

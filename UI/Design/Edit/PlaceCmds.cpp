@@ -1,7 +1,5 @@
 #include "UI/Design/Edit/PlaceCmds.h"
 
-#include "UI/Base/Command/Info.h"
-#include "UI/Design/Edit/EditGeometry.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/Resources.h"
 
@@ -94,40 +92,14 @@ void RotateCmd::onMakeInputs(EditInputs& inputs)
     m_components = componentsInput(inputs);
     m_axis = axisInput(inputs);
     m_angle = inputs.angle(L"Angle", localized("EditAngle", "Angle"), 0);
-    m_about = inputs.list(L"About", localized("EditAbout", "About"),
-                          {{L"Middle", localized("EditAboutMiddle", "Middle of selection")},
-                           {L"Origin", localized("EditAboutOrigin", "Origin")},
-                           {L"Point", localized("EditAboutPoint", "Point")}});
-    m_point[0] = inputs.length(L"X", localized("EditPointX", "X"), 0);
-    m_point[1] = inputs.length(L"Y", localized("EditPointY", "Y"), 0);
-    m_point[2] = inputs.length(L"Z", localized("EditPointZ", "Z"), 0);
-    for (RealValueCommandInput* coordinate : m_point) {
-        coordinate->hiddenWhileDisabled(true);
-        coordinate->disable();
-    }
-}
-
-void RotateCmd::onInputChanged()
-{
-    for (RealValueCommandInput* coordinate : m_point)
-        coordinate->enabled(m_about->valueAsString() == L"Point");
-}
-
-GkPoint3d RotateCmd::centre(const Vs::Asset& asset) const
-{
-    const std::wstring about = m_about->valueAsString();
-    if (about == L"Middle")
-        return middleOf(asset, *m_components).value_or(GkPoint3d());
-    if (about == L"Point")
-        return {m_point[0]->value(), m_point[1]->value(), m_point[2]->value()};
-    return {};
+    m_about.make(inputs, CentreInputs::First::Middle);
 }
 
 Vs::ModelEdit RotateCmd::onMakeEdit(const Vs::Asset& asset)
 {
-    m_centre = centre(asset);
-    return Vs::MoveEdit{componentsOf(*m_components),
-                        GkMatrix3d::rotation(m_angle->value(), axisOf(*m_axis), *m_centre)};
+    const std::vector<std::string> components = componentsOf(*m_components);
+    m_centre = m_about.centre(asset, components);
+    return Vs::MoveEdit{components, GkMatrix3d::rotation(m_angle->value(), axisOf(*m_axis), *m_centre)};
 }
 
 void RotateCmd::onShown()

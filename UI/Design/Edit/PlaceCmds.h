@@ -1,6 +1,7 @@
 #pragma once
 
 #include "UI/Design/Edit/EditCmd.h"
+#include "UI/Design/Edit/EditGeometry.h"
 #include "UI/Design/Edit/PlaceHandles.h"
 
 namespace Vu::Design {
@@ -58,11 +59,10 @@ public:
 protected:
     void onMakeInputs(EditInputs& inputs) override;
     Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) override;
-    void onInputChanged() override;
+    void onInputChanged() override { m_about.refresh(); }
     void onShown() override;
 
 private:
-    GkPoint3d centre(const Vs::Asset& asset) const;
     void drag(const Manipulator::Drag& drag);
 
     PlaceHandles m_handles;
@@ -73,8 +73,7 @@ private:
     SelectionCommandInput* m_components = nullptr;
     ListCommandInput* m_axis = nullptr;
     RealValueCommandInput* m_angle = nullptr;
-    ListCommandInput* m_about = nullptr;
-    RealValueCommandInput* m_point[3] = {};
+    CentreInputs m_about;
 };
 
 } // namespace Vu::Design

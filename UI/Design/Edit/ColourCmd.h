@@ -1,0 +1,30 @@
+#pragma once
+
+#include "UI/Design/Edit/EditCmd.h"
+
+namespace Vu {
+class StringValueCommandInput;
+}
+
+namespace Vu::Design {
+
+/// Gives components, bodies and faces a colour of their own, or takes it from them.
+class ColourCmd : public Vs::Implements<ColourCmd, EditCmd>
+{
+public:
+    static const EditRow kRow;
+    using Implements::Implements;
+
+protected:
+    void onMakeInputs(EditInputs& inputs) override;
+    Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) override;
+    std::wstring onWhyInvalid() const override;
+    void onInputChanged() override;
+
+private:
+    SelectionCommandInput* m_objects = nullptr;
+    ListCommandInput* m_colour = nullptr;
+    StringValueCommandInput* m_code = nullptr;
+};
+
+} // namespace Vu::Design
