@@ -162,6 +162,8 @@ void EditCmd::lightParts(bool lit)
     Vs::SelectionMgr* manager = selectionManager();
     if (!manager || !onPicksInsideBodies())
         return;
+    if (!lit)
+        manager->invalidate();
     for (const auto& input : commandInputSet()->inputs())
         if (const auto* things = Vs::cast<SelectionCommandInput>(input.get()))
             manager->collect(things, lit ? things->selectionSet().selections()
