@@ -174,6 +174,24 @@ TEST_F(EditSolidsTest, SizesWithoutRoomAndEdgesThatArentThereAreRefused)
     }
 }
 
+TEST_F(EditSolidsTest, EdgesAtWhichFacesGoOverIntoEachOtherAreRefused)
+{
+    const std::string id = box(20, 20, 20, {}, L"Cube");
+    edit(*asset, Vs::BlendEdit{Blend::Fillet, edges(id, {0}), 3});
+    int smooth = 0;
+    for (uint32_t edge = 0; edge < asset->findComponent(id)->body->mesh()->edgeStarts.size() - 1; ++edge) {
+        Vs::Status own;
+        Vs::EditRequest* request =
+            Vs::EditRequest::make(asset, L"Edit", Vs::BlendEdit{Blend::Fillet, edges(id, {edge}), 0.1});
+        if (request->execute(asset, own))
+            EXPECT_TRUE(Vs::Transaction::undo(asset));
+        else
+            smooth += own.toString().find(L"smoothly") != std::wstring::npos;
+        request->destroy();
+    }
+    EXPECT_EQ(smooth, 2);
+}
+
 TEST_F(EditSolidsTest, ABodyChangesWhereverItOccursUnlessItIsItsOwnTool)
 {
     const std::string original = box(20, 20, 20, {}, L"Cube");

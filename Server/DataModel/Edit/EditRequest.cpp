@@ -136,6 +136,12 @@ std::wstring textOf(const EditError& error)
     case EditFault::FreeEdge:
         return localizedFormat("EditFreeEdge", "an edge of \"%1%\" doesn't lie between two faces.",
                                error.subject());
+    case EditFault::SmoothEdge:
+        return localizedFormat(
+            "EditSmoothEdge",
+            "at an edge of \"%1%\" the faces go over into each other smoothly, so that there is "
+            "nothing to be rounded or cut off.",
+            error.subject());
     case EditFault::TooLarge:
         return localizedFormat("EditTooLarge",
                                "there is no room for that size at the edges of \"%1%\", or they can't be "

@@ -15,20 +15,25 @@ namespace Vs::Kernel {
 
 namespace {
 
+// Edges at which the faces go over into each other are passed over by the kernel without a word.
 std::shared_ptr<BRepFilletAPI_LocalOperation> makeOperation(BlendEdit::Kind kind, const TopoDS_Shape& body,
                                                             const std::vector<TopoDS_Shape>& edges,
-                                                            double size)
+                                                            double size, const std::wstring& name)
 {
-    if (kind == BlendEdit::Kind::Fillet) {
-        auto fillet = std::make_shared<BRepFilletAPI_MakeFillet>(body);
+    std::shared_ptr<BRepFilletAPI_LocalOperation> operation;
+    const auto add = [&](auto made) {
         for (const TopoDS_Shape& edge : edges)
-            fillet->Add(size, TopoDS::Edge(edge));
-        return fillet;
-    }
-    auto chamfer = std::make_shared<BRepFilletAPI_MakeChamfer>(body);
+            made->Add(size, TopoDS::Edge(edge));
+        operation = made;
+    };
+    if (kind == BlendEdit::Kind::Fillet)
+        add(std::make_shared<BRepFilletAPI_MakeFillet>(body));
+    else
+        add(std::make_shared<BRepFilletAPI_MakeChamfer>(body));
     for (const TopoDS_Shape& edge : edges)
-        chamfer->Add(size, TopoDS::Edge(edge));
-    return chamfer;
+        if (operation->Contour(TopoDS::Edge(edge)) == 0)
+            throw EditError(EditFault::SmoothEdge, name);
+    return operation;
 }
 
 int solidCount(const TopoDS_Shape& shape)
@@ -70,7 +75,7 @@ MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vec
     bool sound = false;
     const bool alive = survives([&] {
         try {
-            operation = makeOperation(kind, body, edges, size);
+            operation = makeOperation(kind, body, edges, size, name);
             operation->Build();
             if (!operation->IsDone())
                 return;

@@ -79,6 +79,7 @@ enum class EditFault {
     Apart,       ///< The bodies have nothing in common.
     NoSuchPart,  ///< The body has no such face or edge.
     FreeEdge,    ///< The edge doesn't lie between two faces.
+    SmoothEdge,  ///< The faces at the edge go over into each other.
     TooLarge,    ///< There is no room for so large a radius or distance.
     Invalid,     ///< What the kernel made is no sound body.
     Refused,     ///< The kernel gave up.
