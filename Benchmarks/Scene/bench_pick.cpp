@@ -5,6 +5,7 @@
 
 #include "Benchmarks/Measure.h"
 #include "Benchmarks/Scene/KernelPicks.h"
+#include "Server/Scene/AreaPicker.h"
 #include "Server/Scene/MeshTree.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/Picker.h"
@@ -88,6 +89,11 @@ bool measure(const std::string& name)
     for (const auto& [who, times] : rows)
         std::printf("%-18s %8.4f ms in the middle, %8.4f of 99 %%, %8.4f at most; %zu found\n", who,
                     times->at(0.5), times->at(0.99), times->at(1), times->found);
+    const double start = milliseconds();
+    const size_t held = pickArea(*fragment->viewFragmentNode(), view,
+                                 {.right = view.width(), .top = view.height(), .crossing = true})
+                            .size();
+    std::printf("a band over all    %8.1f ms; %zu bodies that are seen\n", milliseconds() - start, held);
     std::printf("ratio              %8.1f in the middle, %.1f of 99 %%\n", kernels.at(0.5) / own.at(0.5),
                 kernels.at(0.99) / own.at(0.99));
     return true;

@@ -1,3 +1,4 @@
+#include "Server/Base/Strings.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/ModelBuilder.h"
@@ -302,6 +303,41 @@ TEST_F(SelectingTest, TheBandIsSeenWhileItIsPulledAndEscapeGivesItUp)
     input->requiredQuantity(true, 1);
     pull(at(-2, 12), at(52, -2));
     EXPECT_EQ(chosen(), "0") << "who wants one thing doesn't want a crowd";
+}
+
+TEST_F(SelectingTest, AnInputOfItsOwnCollectsAndLightsWhatItHoldsUntilItsCommandEnds)
+{
+    input->replacesCurrentSelection(false);
+    const auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(asset->adapter());
+    const auto lit = [&](size_t box) { return scene->node(boxes[box])->highlight(); };
+    using Rendra::Graphics::Highlight;
+    click(at(5, 5));
+    click(at(25, 5));
+    click(kBeside);
+    EXPECT_EQ(input->selectionSet().size(), 2u);
+    EXPECT_TRUE(selected().empty());
+    EXPECT_EQ(lit(0), Highlight::Selected);
+    click(at(5, 5), Qt::ControlModifier);
+    EXPECT_EQ(input->selectionSet().size(), 1u);
+    EXPECT_EQ(lit(0), Highlight::None);
+    pull(at(-2, 12), at(52, -2));
+    EXPECT_EQ(input->selectionSet().size(), 3u);
+    session->commandManager()->terminateAll(ETerminationReason::Cancel);
+    EXPECT_EQ(lit(1), Highlight::None);
+}
+
+TEST_F(SelectingTest, FacesEdgesAndVerticesAreTextsAsComponentsAre)
+{
+    for (const wchar_t* text :
+         {L"Box2:1/Body1/Face3", L"Box1:1/Body1/Edge12|Box3:1/Body1/Vertex8", L"Box2:1/Body1", L""}) {
+        ASSERT_TRUE(input->valueFromString(text)) << Vs::Strings::narrow(text);
+        EXPECT_EQ(input->valueAsString(), text);
+    }
+    EXPECT_TRUE(input->valueFromString(Vs::Strings::widen(boxes[1])));
+    EXPECT_EQ(chosen(), "1") << "identifiers are read as well";
+    for (const wchar_t* text : {L"Box2:1/Body1/Face7", L"Box9:1", L"Box1:1|Box9:1"})
+        EXPECT_FALSE(input->valueFromString(text)) << Vs::Strings::narrow(text);
+    EXPECT_EQ(chosen(), "1");
 }
 
 TEST_F(SelectingTest, AClickIntoTheViewOfAnotherModelIsNotThisSessions)

@@ -221,14 +221,12 @@ void SelectionCommandInput::selectionSetChanged()
 void SelectionCommandInput::click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers)
 {
     const bool adds = modifiers & (kShiftModifier | kControlModifier);
-    if (!m_current) {
-        add(selection);
-    } else if (!selection) {
-        if (!adds)
+    if (!selection) {
+        if (m_current && !adds)
             clear();
-    } else if (!adds) {
+    } else if (m_current && !adds) {
         selections().replace({selection});
-    } else if (!selections().remove(*selection)) {
+    } else if (!adds || m_exactly || !selections().remove(*selection)) {
         add(selection);
     }
 }

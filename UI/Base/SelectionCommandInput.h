@@ -44,8 +44,9 @@ public:
 
     /// Whether the input's selection is the session's own (SelectionMgr::selectionSet), which the browser
     /// shows and the commands on selected objects use, whoever changes it. A click then selects in place of
-    /// what was selected, one beside everything selects nothing, and with Ctrl or Shift a click adds a thing
-    /// or takes it out again. Default false: the input collects for its command alone, and each click adds.
+    /// what was selected, and one beside everything selects nothing. Default false: the input collects for
+    /// its command alone, and each click adds. Either way a click with Ctrl or Shift adds a thing or takes it
+    /// out again.
     bool replacesCurrentSelection() const { return m_current; }
     void replacesCurrentSelection(bool value);
     /// Whether the session's selection is cleared as the command ends. Only for an input that replaces it.
