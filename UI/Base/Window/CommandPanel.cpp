@@ -27,7 +27,7 @@
 namespace Vu {
 namespace {
 
-constexpr int kWidth = 300;
+constexpr int kWidth = 330;
 /// From the canvas's edges.
 constexpr int kDistance = 12;
 /// The head and foot of the panel stay free of the window's edge by this, however it is dragged.
@@ -284,6 +284,16 @@ void CommandPanel::cancel()
         m_command->destroy(ETerminationReason::Cancel);
 }
 
+// What runs over the command, a measurement for one of its fields, say, goes first.
+void CommandPanel::cancelTopmost()
+{
+    CommandBase* over = m_command ? m_command->commandManager()->activeCommand() : nullptr;
+    if (over && over != m_command)
+        over->destroy(ETerminationReason::Cancel);
+    else
+        cancel();
+}
+
 void CommandPanel::keyPressEvent(QKeyEvent* event)
 {
     switch (event->key()) {
@@ -297,7 +307,7 @@ void CommandPanel::keyPressEvent(QKeyEvent* event)
             commit();
         break;
     case Qt::Key_Escape:
-        cancel();
+        cancelTopmost();
         break;
     default:
         QFrame::keyPressEvent(event);

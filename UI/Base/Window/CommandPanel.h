@@ -61,6 +61,7 @@ private:
     void open(CommandBase* command);
     void close();
     void showState();
+    void cancelTopmost();
     QWidget* makeHead();
     QWidget* makeButtons();
 

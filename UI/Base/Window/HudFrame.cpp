@@ -114,6 +114,7 @@ void HudFrame::place()
     const int border = isOneOfSeveral() ? kFrame : 0;
     if (m_widget && m_widget->parentWidget() == this)
         m_widget->setGeometry(rect().adjusted(border, border, -border, -border));
+    m_placed.canvas(isActive(), {border, border});
     for (const Hud& hud : m_huds) {
         hud.bar->setVisible(isActive());
         const QSize size = hud.bar->sizeHint();

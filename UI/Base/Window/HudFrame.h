@@ -1,6 +1,7 @@
 #pragma once
 
 #include "UI/Base/SplitViewEvents.h"
+#include "UI/Base/Window/PlacedHuds.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -47,6 +48,7 @@ private:
     GraphicsCanvas* m_canvas = nullptr;
     QPointer<QWidget> m_widget; ///< The canvas's own, which may go, or move to another frame, before this.
     std::vector<Hud> m_huds;
+    PlacedHuds m_placed{this};
 };
 
 } // namespace Vu

@@ -26,6 +26,17 @@ QString titleOf(const Info& info)
     return QString::fromStdWString(info.name());
 }
 
+/// What the record's tooltip says; its title if it has none.
+QString tipOf(const Info& info)
+{
+    const ToolTipInfo& tooltip = info.tooltip();
+    if (tooltip.description().empty())
+        return titleOf(info);
+    const QString extended = QString::fromStdWString(tooltip.extended());
+    return QString::fromStdWString(tooltip.description()) +
+           (extended.isEmpty() ? QString() : QLatin1Char('\n') + extended);
+}
+
 class CheckField : public InputField
 {
 public:
@@ -84,6 +95,10 @@ public:
     ListField(ListCommandInput* input, QWidget* parent)
         : ControlField(input, parent), m_box(new QComboBox(this))
     {
+        // A long item widens the list that opens, not the panel.
+        constexpr int kLeastLetters = 6;
+        m_box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        m_box->setMinimumContentsLength(kLeastLetters);
         add(m_box);
         connect(m_box, &QComboBox::activated, this, [this](int index) {
             if (control())
@@ -166,7 +181,7 @@ private:
         button->setCheckable(true);
         button->setIcon(iconOf(info.icon()));
         button->setText(titleOf(info));
-        button->setToolTip(titleOf(info));
+        button->setToolTip(tipOf(info));
         button->setAccessibleName(titleOf(info));
         if (info.icon())
             button->setIconSize(QSize(kIconSize, kIconSize));
