@@ -1,5 +1,5 @@
-// Files that nobody of this project made, measured against what others state. Skipped, with a notice, where
-// the folder of real data isn't there.
+// Files that nobody of this project made, each part measured. Skipped, with a notice, where the folder of
+// real data isn't there.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -10,65 +10,11 @@
 using namespace Vs;
 using Type = EMeasureType;
 
-namespace {
-
-constexpr double kInch = 25.4;
-
-struct Stated
-{
-    const char* file;
-    double volume; // mm³
-    double tolerance;
-};
-
-const Stated kStated[] = {
-    {"sg1-c5-214.stp", 355877.882829, 1e-7},
-    {"io1-pe-203.step", 78179.57908327, 1e-6},
-    {"as1-tu-203.stp", 764518.031066584, 1e-6},
-    {"dm1-id-214_inch.stp", 6.661344319766239 * kInch* kInch* kInch, 1e-6},
-    {"nist_ctc_01_asme1_ap242-e1.stp", 14644822.6361138, 2e-7},
-    {"nist_ctc_02_asme1_ap242-e2.stp", 47106788.0321802, 2e-6},
-    {"nist_ftc_07_asme1_ap242-e2.stp", 105.34209 * kInch* kInch* kInch, 5e-6},
-    {"cube_1m_unit_in.step", 1e9, 1e-9},
-    {"Torus_1.brep", 59217626.4, 1e-7},
-    {"Cylinder_1.brep", 9424777.96, 1e-7},
-    {"Cone_1.brep", 3141592.65, 1e-7},
-};
-
-} // namespace
-
 class MeasureRealTest : public MeasuresTest
 {
 protected:
-    bool openReal(const std::string& name)
-    {
-        Document* document = open((TestSupport::realDataFolder() / name).wstring());
-        EXPECT_NE(document, nullptr) << Strings::narrow(status.toString());
-        asset = document ? document->activeAsset() : nullptr;
-        return asset;
-    }
     void close() { DocumentMgr::get()->close(asset->document()); }
 };
-
-TEST_F(MeasureRealTest, VolumesAreThoseThatOthersState)
-{
-    SKIP_WITHOUT_REAL_DATA();
-    for (const Stated& stated : kStated) {
-        ASSERT_TRUE(openReal(stated.file));
-        double sum = 0;
-        for (const auto& top : asset->components()->children) {
-            MeasureResult result;
-            if (measure({ObjectPath{top->id}.toText(*asset)}, Type::Volume, result))
-                sum += result.value;
-            else
-                EXPECT_NE(why.find("is open"), std::string::npos) << stated.file << ": " << why;
-        }
-        SCOPED_TRACE(stated.file);
-        expectNear(sum, stated.volume, stated.tolerance);
-        RecordProperty(stated.file, std::to_string(sum / stated.volume - 1));
-        close();
-    }
-}
 
 TEST_F(MeasureRealTest, EveryPartOfEveryBodyHasAnAnswerOrAReason)
 {

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+/// Shapes that the program itself doesn't make, written as BREP files by the kernel alone.
+namespace KernelShapes {
+
+/// A cone of radius 6 at its base and 2 at its top, 10 high, about an axis through (1, 2, 3) along (0, 3, 4).
+void writeCone(const std::string& path);
+/// A torus of radius 10 and tube 4, hollowed by one of tube 3.
+void writeHollowTorus(const std::string& path);
+/// Two flat faces of 20 by 20 mm, at z = 0 and z = 10.
+void writePlanes(const std::string& path);
+/// Edges from the origin: lines along X and Y, then straight splines along X and (1, 1, 0).
+void writeEdges(const std::string& path);
+/// A box of 10 mm without its top: a solid that is open.
+void writeOpenSolid(const std::string& path);
+/// A square of 10 mm beside an edge of 1e-8 mm.
+void writeDegenerate(const std::string& path);
+
+} // namespace KernelShapes
