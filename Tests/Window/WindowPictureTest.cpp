@@ -15,6 +15,7 @@
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/SceneUtilities.h"
+#include "UI/Base/TransitionMgr.h"
 #include "UI/Base/Workspace.h"
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
@@ -26,6 +27,7 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -236,6 +238,53 @@ TEST_F(WindowPicture, ALineThatSetsTheCameraIsNotUndoneByAGlideThatStillPlays)
         EXPECT_EQ(camera()->projection(), wanted);
         EXPECT_TRUE(camera()->position().isEqualTo(position));
     }
+}
+
+/// Writes down what is shown of it.
+class Shown : public Vs::Implements<Shown, TransitionItem>
+{
+public:
+    Shown(std::vector<std::pair<int, double>>& log, int number) : m_log(log), m_number(number) {}
+    void apply(double fraction) override { m_log.emplace_back(m_number, fraction); }
+
+private:
+    std::vector<std::pair<int, double>>& m_log;
+    int m_number;
+};
+
+TEST_F(WindowPicture, TransitionsOfOneEventPlayOneAfterTheOtherAndOneOfALaterEventEndsThem)
+{
+    using Log = std::vector<std::pair<int, double>>;
+    Log log;
+    TransitionMgr* transitions = TransitionMgr::get();
+    const auto play = [&](int number) {
+        Transition* transition = transitions->beginTransition();
+        ASSERT_TRUE(transition);
+        transition->add(new Shown(log, number));
+        transitions->endTransition();
+    };
+    const bool testing = Application::testing();
+    Application::testing(false);
+    play(1);
+    play(2);
+    EXPECT_EQ(log, (Log{{1, 0}, {1, 1}, {1, 0}})) << "the second one begins where the first one ends";
+    log.clear();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !transitions->playing(); }));
+    EXPECT_TRUE(std::is_sorted(log.begin(), log.end()));
+    EXPECT_EQ(log.front().first, 1);
+    EXPECT_NE(std::find(log.begin(), log.end(), std::pair(1, 1.0)), log.end());
+    EXPECT_EQ(log.back(), std::pair(2, 1.0));
+
+    play(3);
+    play(4);
+    log.clear();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !log.empty(); }));
+    log.clear();
+    play(5);
+    EXPECT_EQ(log, (Log{{3, 1}, {4, 1}, {5, 0}}));
+    transitions->finish();
+    EXPECT_EQ(log.back(), std::pair(5, 1.0));
+    Application::testing(testing);
 }
 
 } // namespace

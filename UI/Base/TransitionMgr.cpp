@@ -6,6 +6,7 @@
 #include "UI/Base/UIBaseOptionGroup.h"
 
 #include <chrono>
+#include <utility>
 
 namespace Vu {
 namespace {
@@ -31,12 +32,18 @@ TranscriptCameraTrigger::Recorder installedRecorder = nullptr;
 
 } // namespace
 
-/// Plays the manager's transition from the idle queue, a step a round.
+/// Plays the manager's transitions from the idle queue, a step a round.
 class PlayTransitionTask : public Vs::Implements<PlayTransitionTask, Vs::Task>
 {
 public:
     bool run() override { return !TransitionMgr::get()->step(); }
 };
+
+void Transition::apply(double fraction) const
+{
+    for (const auto& item : m_items)
+        item->apply(fraction);
+}
 
 TransitionMgr* TransitionMgr::get()
 {
@@ -44,11 +51,21 @@ TransitionMgr* TransitionMgr::get()
     return manager;
 }
 
+Transition* TransitionMgr::currentTransition() const
+{
+    if (m_collecting || m_queue.empty())
+        return m_collecting.get();
+    return m_queue.front().get();
+}
+
 Transition* TransitionMgr::beginTransition()
 {
     if (m_collecting)
         return nullptr;
-    finish();
+    if (m_seen)
+        finish();
+    for (const auto& transition : m_queue)
+        transition->apply(1.0);
     m_collecting = std::make_unique<Transition>();
     return m_collecting.get();
 }
@@ -56,41 +73,51 @@ Transition* TransitionMgr::beginTransition()
 void TransitionMgr::endTransition()
 {
     std::unique_ptr<Transition> collected = std::move(m_collecting);
-    if (!collected || collected->empty())
+    if (collected && !collected->empty())
+        m_queue.push_back(std::move(collected));
+    if (m_queue.empty())
         return;
-    m_playing = std::move(collected);
     if (!somebodyLooks()) {
         finish();
         return;
     }
+    start();
+    if (!std::exchange(m_tasked, true))
+        Application::get()->idleTasks()->add(new PlayTransitionTask);
+}
+
+void TransitionMgr::start()
+{
     m_started = now();
-    for (const auto& item : m_playing->m_items)
-        item->apply(0.0);
-    Application::get()->idleTasks()->add(new PlayTransitionTask);
+    m_queue.front()->apply(0.0);
 }
 
 /// Returns whether there is more to play.
 bool TransitionMgr::step()
 {
-    if (!m_playing)
-        return false;
-    const double seconds = m_playing->period() / 1000.0;
-    const double fraction = (now() - m_started) / seconds;
-    if (!(fraction < 1.0)) {
-        finish();
-        return false;
+    m_seen = true;
+    if (!m_queue.empty()) {
+        const double fraction = (now() - m_started) * 1000.0 / m_queue.front()->period();
+        if (fraction < 1.0) {
+            m_queue.front()->apply(eased(fraction));
+            return true;
+        }
+        const std::unique_ptr<Transition> ending = std::move(m_queue.front());
+        m_queue.pop_front();
+        ending->apply(1.0);
     }
-    for (const auto& item : m_playing->m_items)
-        item->apply(eased(fraction));
-    return true;
+    m_seen = m_tasked = !m_queue.empty();
+    if (m_tasked)
+        start();
+    return m_tasked;
 }
 
 void TransitionMgr::finish()
 {
-    const std::unique_ptr<Transition> ending = std::move(m_playing);
-    if (ending)
-        for (const auto& item : ending->m_items)
-            item->apply(1.0);
+    m_seen = false;
+    const auto ending = std::exchange(m_queue, {});
+    for (const auto& transition : ending)
+        transition->apply(1.0);
 }
 
 CameraTransition* CameraTransition::make(Transition*, const Vs::Scene::CameraParameters& before,

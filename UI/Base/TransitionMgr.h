@@ -2,6 +2,7 @@
 
 #include "Server/Base/Object.h"
 
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -40,36 +41,42 @@ public:
 
 private:
     friend class TransitionMgr;
+    void apply(double fraction) const;
+
     std::vector<std::unique_ptr<TransitionItem>> m_items;
 };
 
-/// Plays transitions in the window. What is changed is at its end state as soon as `endTransition` returns
-/// wherever nobody looks: headless, while a transcript is replayed, in test runs, or with animations switched
-/// off.
+/// Plays transitions in the window. Those that are ended within one event play one after the other; one that
+/// is begun later doesn't wait for them but brings them to their end. What is changed is at its end state as
+/// soon as `endTransition` returns wherever nobody looks: headless, while a transcript is replayed, in test
+/// runs, or with animations switched off.
 class TransitionMgr : public Vs::Implements<TransitionMgr>
 {
 public:
     static TransitionMgr* get();
 
-    /// Starts collecting. A transition that still plays is brought to its end first. Null while one is being
-    /// collected.
+    /// Starts collecting. What is changed stands at the end of all transitions before, until `endTransition`
+    /// shows their beginning. Null while one is being collected.
     Transition* beginTransition();
     /// The one that is being collected, or else the one that plays; null if there is none.
-    Transition* currentTransition() const { return m_collecting ? m_collecting.get() : m_playing.get(); }
-    /// Plays what was collected.
+    Transition* currentTransition() const;
+    /// Plays what was collected, behind what is to be played already.
     void endTransition();
-    /// Brings what plays to its end at once.
+    /// Brings all that plays, or is to be played, to its end at once.
     void finish();
-    bool playing() const { return m_playing != nullptr; }
+    bool playing() const { return !m_queue.empty(); }
 
 private:
     friend class PlayTransitionTask;
     TransitionMgr() = default;
     bool step();
+    void start();
 
     std::unique_ptr<Transition> m_collecting;
-    std::unique_ptr<Transition> m_playing;
+    std::deque<std::unique_ptr<Transition>> m_queue; ///< The first one plays.
     double m_started = 0;
+    bool m_seen = false;   ///< The event is over in which the queue was begun.
+    bool m_tasked = false; ///< A task plays the queue.
 };
 
 } // namespace Vu
