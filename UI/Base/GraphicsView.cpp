@@ -6,8 +6,10 @@
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
+#include "UI/Base/Application.h"
 #include "UI/Base/Display.h"
 #include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/MouseEvents.h"
 #include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/TransitionMgr.h"
 
@@ -132,6 +134,13 @@ bool GraphicsView::update()
     if (pending && changed && !TransitionMgr::get()->playing())
         fit();
     return changed;
+}
+
+void GraphicsView::restartHighlighting() const
+{
+    if (m_canvas)
+        Application::get()->deferredTasks()->post(
+            [canvas = m_canvas] { MouseEventSource::get()->repeatMove(canvas); });
 }
 
 void GraphicsView::copyCamera(const GraphicsView& from)

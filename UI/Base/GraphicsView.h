@@ -51,6 +51,9 @@ public:
     /// Takes in what arrived since the last call (meshes that were still being made). True if the picture
     /// changed; the canvas calls it before it draws.
     bool update();
+    /// What lies under the mouse is looked for and lit up anew at the end of the event, without waiting for a
+    /// move: who is told of it now may want other things.
+    void restartHighlighting() const;
     /// Whether content is still on its way.
     bool waitsForContent() const;
 

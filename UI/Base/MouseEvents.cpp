@@ -33,6 +33,8 @@ void MouseEventSource::forget(const GraphicsCanvas* canvas)
             *kept = nullptr;
     if (m_canvas == canvas)
         m_canvas = nullptr;
+    if (m_lastCanvas == canvas)
+        m_lastMove.reset();
 }
 
 MouseOverlay* MouseEventSource::overlayOf(const GraphicsCanvas* canvas)
@@ -54,6 +56,8 @@ bool MouseEventSource::overlayTakes(MouseEvent* event)
 
 void MouseEventSource::mouseLeft(const GraphicsCanvas* canvas)
 {
+    if (m_lastCanvas == canvas)
+        m_lastMove.reset();
     if (!canvas || canvas != m_hovered)
         return;
     m_hovered = nullptr;
@@ -79,6 +83,7 @@ void MouseEventSource::begin(MouseEvent* event)
 
 void MouseEventSource::fireMouseDown(MouseEvent* event)
 {
+    record(&MouseEventSource::fireMouseDown, *event);
     if (m_pressed && event->button() != m_pressedButton)
         return;          // another button, while the overlay has the mouse
     m_pressed = nullptr; // or a second press of the same one: the release was lost on its way
@@ -99,6 +104,7 @@ void MouseEventSource::fireMouseDown(MouseEvent* event)
 
 void MouseEventSource::fireMouseMove(MouseEvent* event)
 {
+    record(&MouseEventSource::fireMouseMove, *event);
     if (m_pressed) {
         if (MouseOverlay* overlay = overlayOf(m_pressed))
             overlay->mouseDrag(event);
@@ -106,8 +112,11 @@ void MouseEventSource::fireMouseMove(MouseEvent* event)
     }
     if (overlayTakes(event)) {
         overlayOf(event->canvas())->hover(event);
+        m_lastMove.reset();
         return;
     }
+    m_lastMove = {kNoMouseButton, event->modifierMask(), event->x(), event->y(), 0};
+    m_lastCanvas = event->canvas();
     deliver(&MouseEventSite::mouseMoveGlobal, event);
     if (m_button != kNoMouseButton && !m_dragging &&
         std::hypot(event->x() - m_downX, event->y() - m_downY) >= kDragDistance) {
@@ -119,8 +128,17 @@ void MouseEventSource::fireMouseMove(MouseEvent* event)
     deliver(m_dragging ? &MouseEventSite::mouseDrag : &MouseEventSite::mouseMove, event);
 }
 
+void MouseEventSource::repeatMove(const GraphicsCanvas* canvas)
+{
+    if (!m_lastMove || m_lastCanvas != canvas || m_held != kNoMouseButton)
+        return;
+    MouseEvent again(m_lastCanvas, *m_lastMove);
+    deliver(&MouseEventSite::mouseMove, &again);
+}
+
 void MouseEventSource::fireMouseUp(MouseEvent* event)
 {
+    record(&MouseEventSource::fireMouseUp, *event);
     m_held &= ~event->button();
     if (m_pressed) {
         if (event->button() != m_pressedButton)

@@ -4,6 +4,8 @@
 #include "Server/Base/Point2.h"
 
 #include <cmath>
+#include <optional>
+#include <vector>
 
 namespace Vu {
 
@@ -77,6 +79,7 @@ class MouseEventSource : public Vs::EventSource<MouseEventSite>
 {
 public:
     static MouseEventSource* get();
+    using Operation = void (MouseEventSource::*)(MouseEvent*);
 
     void fireMouseMove(MouseEvent* event);
     void fireMouseDown(MouseEvent* event);
@@ -85,6 +88,19 @@ public:
     void fireMouseScroll(MouseEvent* event);
     /// The mouse has left the canvas.
     void mouseLeft(const GraphicsCanvas* canvas);
+
+    /// Tells the sites once more that the mouse is where it was last, if that was over the canvas and no
+    /// button is down: what lies there may be something else now.
+    void repeatMove(const GraphicsCanvas* canvas);
+
+    /// Has each event that comes to the operation (fireMouseDown, fireMouseUp, fireMouseMove) written into
+    /// the transcript that is being recorded, as a line of the area "Mouse", until it is unsubscribed or the
+    /// recording ends. The release of a button whose press was written is written in any case. Another
+    /// operation, one that is subscribed already, and one that isn't, change nothing.
+    void transcriptSubscribe(Operation operation);
+    void transcriptUnsubscribe(Operation operation);
+    /// Whether a transcript is being recorded now.
+    bool revalidateTranscriptRecordStatus() const;
 
     /// The canvas whose event is being delivered; at any other time the one that has the user's attention.
     GraphicsCanvas* canvas() const;
@@ -99,13 +115,18 @@ private:
     static MouseOverlay* overlayOf(const GraphicsCanvas* canvas);
     bool overlayTakes(MouseEvent* event);
     void begin(MouseEvent* event);
+    void record(Operation operation, const MouseEvent& event);
 
-    int m_button = kNoMouseButton;             ///< The one that went down last.
-    int m_held = kNoMouseButton;               ///< All that are down.
-    int m_pressedButton = kNoMouseButton;      ///< The one that the overlay has.
-    GraphicsCanvas* m_canvas = nullptr;        ///< Of the event being delivered.
-    const GraphicsCanvas* m_hovered = nullptr; ///< Whose overlay the mouse is over, or was when last told.
-    const GraphicsCanvas* m_pressed = nullptr; ///< Whose overlay has a button held down.
+    int m_button = kNoMouseButton;              ///< The one that went down last.
+    int m_held = kNoMouseButton;                ///< All that are down.
+    int m_pressedButton = kNoMouseButton;       ///< The one that the overlay has.
+    GraphicsCanvas* m_canvas = nullptr;         ///< Of the event being delivered.
+    const GraphicsCanvas* m_hovered = nullptr;  ///< Whose overlay the mouse is over, or was when last told.
+    const GraphicsCanvas* m_pressed = nullptr;  ///< Whose overlay has a button held down.
+    std::optional<MouseEvent::Data> m_lastMove; ///< Nothing once the mouse has left that canvas.
+    GraphicsCanvas* m_lastCanvas = nullptr;     ///< Where it moved.
+    std::vector<Operation> m_recorded;
+    int m_recordedButtons = kNoMouseButton; ///< Those whose press was written, and no release yet.
     bool m_dragging = false;
     double m_downX = 0, m_downY = 0;
 };
