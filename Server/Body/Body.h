@@ -2,6 +2,7 @@
 
 #include "Server/Base/Object.h"
 #include "Server/Body/BodyMesh.h"
+#include "Server/Geometry/GkMatrix3d.h"
 
 #include <memory>
 #include <string>
@@ -17,6 +18,16 @@ public:
     virtual Colour colour() const = 0;
     /// The mesh, or null as long as it is still being made.
     virtual std::shared_ptr<const BodyMesh> mesh() const = 0;
+
+    /// Whether the body is smart: a solid that is nothing but a box, a cylinder or a sphere, by its exact
+    /// shape. If so, what isn't null is filled with its kind ("Box", "Cylinder", "Sphere"), its placement
+    /// within the component (a box stands on its corner, a cylinder on the middle of its base, a sphere is
+    /// around its middle) and its sizes in mm: dx, dy, dz; radius, height; radius.
+    virtual bool smart(std::wstring* /*kind*/, GkMatrix3d* /*placement*/, double* /*size1*/,
+                       double* /*size2*/, double* /*size3*/) const
+    {
+        return false;
+    }
 };
 
 } // namespace Vs

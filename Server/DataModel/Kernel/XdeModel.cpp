@@ -3,6 +3,7 @@
 #include "Server/DataModel/Kernel/Guarded.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/Mesher.h"
+#include "Server/DataModel/Kernel/Recognise.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
 #include "Server/DataModel/Kernel/TriangleLimits.h"
 #include "Server/DataModel/Kernel/XdeEdit.h"
@@ -282,6 +283,11 @@ std::vector<uint32_t> XdeModel::loop(const MeasuredShape& face)
         const TopoDS_Shape shape = shapes.part(ObjectPath::Leaf::Face, face.index);
         return shape.IsNull() ? std::vector<uint32_t>() : shapes.loop(TopoDS::Face(shape));
     });
+}
+
+std::optional<ModelKernel::Recognised> XdeModel::recognise(const std::string& entry)
+{
+    return guarded([&] { return Kernel::recognise(bodyShape(bodyLabel(m_document, entry))); });
 }
 
 std::string XdeModel::addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,

@@ -36,6 +36,29 @@ std::shared_ptr<const BodyMesh> ModelBody::meshOfFile() const
     return mesh;
 }
 
+bool ModelBody::smart(std::wstring* kind, GkMatrix3d* placement, double* size1, double* size2,
+                      double* size3) const
+{
+    std::optional<ModelKernel::Recognised> found;
+    try {
+        found = m_source->withKernel([&](ModelKernel& kernel) { return kernel.recognise(m_part.entry); });
+    } catch (const std::runtime_error&) {
+        // A shape that the kernel can't look at is none of the simple ones.
+    }
+    if (!found)
+        return false;
+    constexpr const wchar_t* kKinds[] = {L"Box", L"Cylinder", L"Sphere"};
+    if (kind)
+        *kind = kKinds[static_cast<int>(found->kind)];
+    if (placement)
+        *placement = found->placement;
+    double* const sizes[] = {size1, size2, size3};
+    for (int i = 0; i < 3; ++i)
+        if (sizes[i])
+            *sizes[i] = found->sizes[i];
+    return true;
+}
+
 bool ModelBody::update(const PartTree::Body& part)
 {
     const bool changed = part.name != m_part.name || part.colour != m_part.colour;

@@ -26,6 +26,9 @@ public:
     Colour colour() const override { return m_part.colour; }
     std::shared_ptr<const BodyMesh> mesh() const override;
 
+    bool smart(std::wstring* kind, GkMatrix3d* placement, double* size1, double* size2,
+               double* size3) const override;
+
     const std::string& entry() const { return m_part.entry; }
     uint64_t revision() const { return m_part.revision; }
     void revision(uint64_t revision) { m_part.revision = revision; }

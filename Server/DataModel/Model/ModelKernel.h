@@ -60,6 +60,16 @@ public:
     /// The edges around the outside of a face (ObjectPath::index).
     virtual std::vector<uint32_t> loop(const MeasuredShape& face) = 0;
 
+    /// A solid that is nothing but a primitive, placed and sized as addPrimitive takes it.
+    struct Recognised
+    {
+        Primitive kind;
+        GkMatrix3d placement;
+        double sizes[3];
+    };
+    /// Of a body by its exact shape, whatever made it; nothing if it is no primitive.
+    virtual std::optional<Recognised> recognise(const std::string& entry) = 0;
+
     /// Adds a part at the top of the tree, within a transaction. Sizes: dx, dy, dz; radius, height; radius.
     /// Returns the new component's id.
     virtual std::string addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,
