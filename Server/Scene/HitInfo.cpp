@@ -100,6 +100,15 @@ std::vector<StrongRef<SceneSelection>> SceneSelection::findAll(GroupNode* viewNo
     return found;
 }
 
+StrongRef<SceneSelection> SceneSelection::at(NodePath path)
+{
+    if (path.empty())
+        return nullptr;
+    StrongRef<SceneSelection> selection(new SceneSelection);
+    selection->m_path = std::move(path);
+    return selection;
+}
+
 bool SceneSelection::isEqualTo(const Selection& other) const
 {
     const auto* scene = cast<SceneSelection>(&other);

@@ -54,6 +54,9 @@ private:
     GkMatrix3d m_localToWorld;
 };
 
+/// Nodes from below a fragment downwards.
+using NodePath = std::vector<StrongRef<Rendra::Graphics::Node>>;
+
 /// What a place of a canvas selects.
 class SceneSelection : public Implements<SceneSelection, Selection>
 {
@@ -69,9 +72,12 @@ public:
                                                           Rendra::Graphics::GroupNode* fragmentNode,
                                                           double width, double height, double x, double y,
                                                           const PickWish& wish);
+    /// What stands at the end of the path, found without a place of a canvas. Null for an empty path.
+    static StrongRef<SceneSelection> at(NodePath path);
 
     /// The nodes from below the fragment down to the body; empty for the background.
-    const std::vector<StrongRef<Rendra::Graphics::Node>>& scenePath() const { return m_path; }
+    const NodePath& scenePath() const { return m_path; }
+    /// Null for what was not picked.
     const RawHitInfo* hitInfo() const { return m_hit.get(); }
     /// The face, edge or vertex of that body; nothing on the background.
     const std::optional<PickedPart>& part() const { return m_part; }
@@ -86,7 +92,7 @@ private:
                                          double height);
     static StrongRef<SceneSelection> of(const PickedPoint& picked, StrongRef<RawHitInfo> hit);
 
-    std::vector<StrongRef<Rendra::Graphics::Node>> m_path;
+    NodePath m_path;
     StrongRef<RawHitInfo> m_hit;
     std::optional<PickedPart> m_part;
 };

@@ -85,7 +85,8 @@ TEST_F(ComponentsInTheBrowser, TheKeyAndTheMenuDelete)
     QTest::keyClick(tree, Qt::Key_Delete);
     Vu::Application::get()->flushDeferredTasks();
     EXPECT_EQ(paths(), (Texts{L"Box2:1", L"Box3:1"}));
-    EXPECT_EQ(menu(item(L"Box2"), "Delete"), QStringList({"Hide", "Delete", "Rename"}));
+    EXPECT_EQ(menu(item(L"Box2"), "Delete"),
+              QStringList({"Find in Canvas", "Hide", "Delete", "Rename"}));
     EXPECT_EQ(paths(), (Texts{L"Box3:1"}));
     EXPECT_EQ(menu(tree->model()->index(1, 0), ""), QStringList());
 }

@@ -40,6 +40,7 @@
 #include "UI/Commands/Measure/MeasureCmdDef.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Selection/DeleteCmd.h"
+#include "UI/Commands/Selection/FindCmds.h"
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/RepeatCmd.h"
 #include "UI/Commands/Selection/SnapCmds.h"
@@ -139,6 +140,8 @@ private:
     ViewWidgetCmdDef m_viewWidgetCmdDef;
     ShowOrbiconCmdDef m_showOrbiconCmdDef;
     HideOrbiconCmdDef m_hideOrbiconCmdDef;
+    FindInCanvasCmdDef m_findInCanvasCmdDef;
+    FindInBrowserCmdDef m_findInBrowserCmdDef;
     ActivateEnvironmentCmdDef m_activateEnvironmentCmdDef;
     ReturnToEnvironmentCmdDef m_returnToEnvironmentCmdDef;
     CycleWorkspacesForwardCmdDef m_cycleWorkspacesForwardCmdDef;

@@ -34,6 +34,9 @@ struct ObjectPath
     friend bool operator==(const ObjectPath&, const ObjectPath&) = default;
 
     bool isPartOfBody() const { return leaf > Leaf::Body; }
+    /// Whether it names a place within the component tree, so that there is something above it; the root, and
+    /// a path that names nothing, have none.
+    bool isQualifiedAndPoppable() const { return !component.empty(); }
 
     /// The object that a person's text names. Nothing, with an error that tells the step, if one is unknown
     /// or ambiguous. Main thread.

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+class BBox;
+
 namespace Vs {
 
 class Asset;
@@ -47,6 +49,11 @@ public:
     /// The object itself, to be asked for what can be done with it (DataModel::IDeletable), and good as long
     /// as the asset is open. Null if it is gone, belongs to another asset, or is a part of a component.
     virtual StrongRef<SharedObject> leaf(Asset& asset) const;
+
+    /// The box around the object, hidden or not, in the asset's coordinates. False, with `box` as it was, if
+    /// the object is gone, belongs to another asset, or has no box that is known without the exact shape, as
+    /// a vertex.
+    virtual bool calculateBounds(const Asset& asset, BBox& box) const;
 
     bool isEqualTo(const Selection& other) const override
     {

@@ -4,14 +4,17 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/Area.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/Icon.h"
+#include "UI/Base/LayoutStrategy.h"
 #include "UI/Base/Localized.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/Window/BrowserMarks.h"
 #include "UI/Base/Window/BrowserModel.h"
+#include "UI/Base/Window/ContextMenu.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/WorkspaceWindow.h"
 
@@ -20,7 +23,6 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
-#include <map>
 #include <string_view>
 #include <vector>
 
@@ -33,6 +35,7 @@ using Vs::NameView::NamedViewsSelection;
 constexpr int kTreeIcon = 18;
 constexpr int kIndentation = 16;
 
+constexpr const wchar_t* kArea = L"Browser";
 constexpr std::wstring_view kRestoreCommand = L"RestoreCameraCommand";
 constexpr std::wstring_view kRemoveCommand = L"RemoveNamedViewCommand";
 constexpr std::wstring_view kRenameViewCommand = L"UpdateNamedViewNameCommand";
@@ -44,20 +47,6 @@ constexpr const char* kObjectsArgument = "Objects";
 constexpr const char* kNameArgument = "NamedViewName";
 constexpr const char* kNewViewNameArgument = "NewNamedViewName";
 constexpr const char* kNewNameArgument = "NewName";
-
-/// Behind the event, which may belong to an item that the command takes away.
-void run(std::wstring_view key, const std::map<const char*, std::wstring>& arguments)
-{
-    CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(key);
-    CommandContext context = CommandContext::activeContext();
-    context.accessPoint(ECommandAccessPoint::ContextMenu);
-    if (!definition || !definition->isAvailable(&context))
-        return;
-    for (const auto& [name, value] : arguments)
-        context.addArgument(Vs::UniqueString::find(name, true), value);
-    context.executeImmediately(false);
-    definition->executeCommand(context);
-}
 
 } // namespace
 
@@ -100,7 +89,7 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     connect(m_tree, &QTreeView::customContextMenuRequested, this, &BrowserPanel::showMenu);
     connect(m_tree, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
         if (const Vs::StrongRef<NamedView> view = m_model->namedView(index))
-            run(kRestoreCommand, {{kNameArgument, view->name()}});
+            runFromContextMenu(kRestoreCommand, {{kNameArgument, view->name()}});
     });
     // What a hidden component holds changes its look with it.
     connect(m_model, &QAbstractItemModel::dataChanged, m_tree->viewport(), qOverload<>(&QWidget::update));
@@ -156,8 +145,8 @@ void BrowserPanel::reopen()
 // Things of other kinds that the session has selected stay.
 void BrowserPanel::select()
 {
-    const AssetSession* session = m_marks->session();
-    if (!session || m_marks->isMarking())
+    const AssetSession* session = assetSession();
+    if (!session || m_displaying || m_marks->isMarking())
         return;
     std::vector<Vs::StrongRef<Vs::Selection>> selections;
     for (const auto& selection : session->selectionManager()->selectionSet().selections())
@@ -177,15 +166,39 @@ void BrowserPanel::select()
     WorkspaceWindow::invalidate(kInvalidateAll);
 }
 
+const AssetSession* BrowserPanel::assetSession() const
+{
+    return SessionMgr::get()->getOpenAssetSession(m_model->asset());
+}
+
+void BrowserPanel::createAndDisplay(const Vs::StrongRef<Vs::LogicalSelection>& selection)
+{
+    const QModelIndex index =
+        selection->asset() == m_model->asset() ? m_model->indexOf(selection->componentId()) : QModelIndex();
+    if (!index.isValid())
+        return;
+    const WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
+    Area* area = window ? window->area(kArea) : nullptr;
+    if (area && !area->visible() && SplitViewMgr::get()->validToShowBrowser())
+        LayoutStrategy::activeStrategy()->show(area);
+    for (QModelIndex above = index.parent(); above.isValid(); above = above.parent())
+        m_tree->expand(above);
+    m_displaying = true;
+    m_tree->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    m_displaying = false;
+    m_tree->scrollTo(index, QAbstractItemView::PositionAtCenter);
+}
+
 void BrowserPanel::rename(const QModelIndex& index, const std::wstring& newName)
 {
     if (const Vs::StrongRef<NamedView> view = m_model->namedView(index)) {
-        run(kRenameViewCommand, {{kNameArgument, view->name()}, {kNewViewNameArgument, newName}});
+        runFromContextMenu(kRenameViewCommand,
+                           {{kNameArgument, view->name()}, {kNewViewNameArgument, newName}});
         return;
     }
     // The command renames all that is selected; here only one was meant.
     m_tree->selectionModel()->select(index, QItemSelectionModel::ClearAndSelect);
-    run(kRenameCommand, {{kNewNameArgument, newName}});
+    runFromContextMenu(kRenameCommand, {{kNewNameArgument, newName}});
 }
 
 bool BrowserPanel::eventFilter(QObject* watched, QEvent* event)
@@ -200,9 +213,9 @@ void BrowserPanel::removeSelected()
 {
     const Vs::StrongRef<NamedView> view = m_model->namedView(m_tree->currentIndex());
     if (!view)
-        run(kDeleteCommand, {});
+        runFromContextMenu(kDeleteCommand);
     else if (view->enableModify())
-        run(kRemoveCommand, {{kNameArgument, view->name()}});
+        runFromContextMenu(kRemoveCommand, {{kNameArgument, view->name()}});
 }
 
 void BrowserPanel::showMenu(const QPoint& place)
@@ -210,22 +223,11 @@ void BrowserPanel::showMenu(const QPoint& place)
     const QModelIndex index = m_tree->indexAt(place);
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto add = [&](CommandDefinition* definition) {
-        const Info* info = definition->info();
-        const QAction* action = menu->addAction(iconOf(info->icon()), QString::fromStdWString(info->name()));
-        connect(action, &QAction::triggered, menu, [key = definition->id()] { run(key, {}); });
-    };
-    const CommandDefinitionMgr* definitions = CommandDefinitionMgr::get();
-    const Vs::StrongRef<NamedView> view = m_model->namedView(index);
-    if (CommandDefinition* restore = view ? definitions->findCommandDefinitionById(kRestoreCommand) : nullptr)
-        add(restore);
-    CommandContext context = CommandContext::activeContext();
-    for (CommandDefinition* definition : definitions->commandDefinitions())
-        if (definition->addToContextMenu() && definition->isAvailable(&context))
-            add(definition);
-    CommandDefinition* remove = definitions->findCommandDefinitionById(kDeleteCommand);
-    if (remove && m_model->component(index) && remove->isAvailable(&context))
-        add(remove);
+    if (m_model->namedView(index))
+        if (const CommandDefinition* restore =
+                CommandDefinitionMgr::get()->findCommandDefinitionById(kRestoreCommand))
+            addContextCommand(*menu, *restore);
+    addContextCommands(*menu, MarkingMenuEventSource::ESource::Browser);
     if (m_model->flags(index).testFlag(Qt::ItemIsEditable)) {
         const QAction* rename =
             menu->addAction(QString::fromStdWString(localized("BrowserRename", "Rename")));

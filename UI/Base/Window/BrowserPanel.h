@@ -1,5 +1,6 @@
 #pragma once
 
+#include "UI/Base/BrowserManager.h"
 #include "UI/Base/SessionEvents.h"
 
 #include <QWidget>
@@ -18,7 +19,7 @@ class BrowserModel;
 /// The tree of the current session's components and named views. What is selected in it is what the session
 /// has selected, for the commands of the context menu, and lit up in the views. A double click looks from
 /// where a named view does.
-class BrowserPanel : public QWidget, private SessionEventSite
+class BrowserPanel : public QWidget, public Browser, private SessionEventSite
 {
 public:
     explicit BrowserPanel(QWidget* parent);
@@ -26,6 +27,9 @@ public:
 
     QTreeView* tree() const { return m_tree; }
     BrowserModel* model() const { return m_model; }
+
+    const AssetSession* assetSession() const override;
+    void createAndDisplay(const Vs::StrongRef<Vs::LogicalSelection>& selection) override;
 
 private:
     void currentSessionChanged(SessionEvent* event) override;
@@ -42,6 +46,7 @@ private:
     QTreeView* m_tree;
     BrowserModel* m_model;
     std::unique_ptr<BrowserMarks> m_marks;
+    bool m_displaying = false;    ///< The mark that is set selects nothing.
     std::set<std::string> m_open; ///< Ids of the open branches, for after a reset.
 };
 

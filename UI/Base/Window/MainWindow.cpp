@@ -23,12 +23,14 @@
 #include "UI/Base/Window/AlertButton.h"
 #include "UI/Base/Window/AreaBuilder.h"
 #include "UI/Base/Window/BrowserPanel.h"
+#include "UI/Base/Window/CanvasMenu.h"
 #include "UI/Base/Window/CommandBox.h"
 #include "UI/Base/Window/CommandButton.h"
 #include "UI/Base/Window/CommandPanel.h"
 #include "UI/Base/Window/DroppedFiles.h"
 #include "UI/Base/Window/HudFrame.h"
 #include "UI/Base/Window/ProgressPanel.h"
+#include "UI/Base/Window/RestingCommand.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
@@ -58,6 +60,7 @@ namespace {
 constexpr int kFirstWidth = 1280;
 constexpr int kFirstHeight = 800;
 constexpr int kMessageTime = 15000;
+constexpr const wchar_t* kDeleteCommand = L"DeleteCommand";
 constexpr const wchar_t* kExitCommand = L"ExitApplicationCommand";
 
 /// The identifier of the environment that the user works in; empty outside of any.
@@ -117,6 +120,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     connect(&m_rebuildTimer, &QTimer::timeout, this, [this] { rebuild(); });
     connect(&m_refreshTimer, &QTimer::timeout, this, [this] { refresh(); });
     bindHotKeys();
+    new CanvasMenu(this);
 
     Vs::AssetEventSource::get()->subscribe(this);
     Vs::DocumentEventSource::get()->subscribe(this);
@@ -411,12 +415,21 @@ void MainWindow::dropEvent(QDropEvent* event)
     openDroppedFiles(droppedFiles(event->mimeData()));
 }
 
+void MainWindow::deleteSelected()
+{
+    if (CommandDefinition* definition =
+            CommandDefinitionMgr::get()->findCommandDefinitionById(kDeleteCommand))
+        definition->runByHand(ECommandAccessPoint::HotKey);
+}
+
 // What comes here, none of the widgets had a use for.
 void MainWindow::keyPressEvent(QKeyEvent* event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && m_panel->command())
         m_panel->commit();
+    else if (event->matches(QKeySequence::Delete) && commandRests())
+        deleteSelected();
     else if (tellActiveCommand(&IKeyEventHandler::keyPress, *event))
         m_keysDown.insert(event->key());
     else

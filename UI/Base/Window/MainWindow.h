@@ -89,6 +89,7 @@ private:
     void refresh();
     void bindHotKeys();
     void runHotKey(CommandDefinition* definition);
+    void deleteSelected();
     void tellUnknownCommands();
 
     WorkspaceWindow* m_owner;

@@ -1,0 +1,77 @@
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/Selection.h"
+
+namespace Vs {
+namespace {
+
+GkPoint3d pointAt(const std::vector<float>& coordinates, size_t index)
+{
+    return {coordinates[3 * index], coordinates[3 * index + 1], coordinates[3 * index + 2]};
+}
+
+BBox faceBox(const BodyMesh& mesh, uint32_t index)
+{
+    BBox box;
+    const BodyMesh::Face& face = mesh.faces[index];
+    const size_t first = size_t(face.firstTriangle) * 3, count = size_t(face.triangleCount) * 3;
+    for (size_t i = first; i < first + count; ++i)
+        box.add(pointAt(mesh.positions, mesh.triangles[i]));
+    return box;
+}
+
+BBox edgeBox(const BodyMesh& mesh, uint32_t index)
+{
+    BBox box;
+    for (size_t i = mesh.edgeStarts[index]; i < mesh.edgeStarts[index + 1]; ++i)
+        box.add(pointAt(mesh.edgePoints, i));
+    return box;
+}
+
+/// In the coordinates above the component.
+BBox componentBox(const Component& component)
+{
+    BBox box;
+    if (component.body)
+        box.add(component.body->mesh()->bounds);
+    for (const auto& inner : component.children)
+        box.add(componentBox(*inner));
+    return box.transformed(component.placement);
+}
+
+/// In the component's own coordinates.
+BBox partBox(const Component& component, const ObjectPath& path)
+{
+    const std::shared_ptr<const BodyMesh> mesh = component.body->mesh();
+    switch (path.leaf) {
+    case ObjectPath::Leaf::Body:
+        return mesh->bounds;
+    case ObjectPath::Leaf::Face:
+        return faceBox(*mesh, path.index);
+    case ObjectPath::Leaf::Edge:
+        return edgeBox(*mesh, path.index);
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+bool LogicalSelection::calculateBounds(const Asset& asset, BBox& box) const
+{
+    Status ignored;
+    const Component* component = &asset == m_asset ? m_path.resolve(asset, ignored) : nullptr;
+    if (!component)
+        return false;
+    const GkMatrix3d placement = m_path.placement(asset).value_or(GkMatrix3d());
+    const BBox found = m_path.leaf == ObjectPath::Leaf::Component
+                           ? componentBox(*component).transformed(placement * component->placement.inverse())
+                           : partBox(*component, m_path).transformed(placement);
+    if (found.isEmpty())
+        return false;
+    box = found;
+    return true;
+}
+
+} // namespace Vs

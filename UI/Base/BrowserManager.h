@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Server/DataModel/Selection/Selection.h"
+
+#include <vector>
+
+namespace Vu {
+
+class AssetSession;
+
+/// What shows the objects of a session as a tree. Registers itself with BrowserManager.
+class Browser : public Vs::Implements<Browser>
+{
+public:
+    Browser();
+    ~Browser() override;
+
+    /// The session whose objects it shows; null while there is none.
+    virtual const AssetSession* assetSession() const = 0;
+    /// Makes the object's entry, or that of the component to which it belongs, with all that holds it, and
+    /// brings it into sight, marked as the one that is looked at. The browser shows from then on, if the
+    /// window's layout has room for it. What is selected stays selected. Nothing happens if it has no such
+    /// object.
+    virtual void createAndDisplay(const Vs::StrongRef<Vs::LogicalSelection>& selection) = 0;
+};
+
+/// All browsers. Main thread only.
+class BrowserManager : public Vs::Implements<BrowserManager>
+{
+public:
+    static BrowserManager* get();
+
+    /// The browser that shows the session; null if none does.
+    Browser* browserToAssetSession(const AssetSession* session) const;
+
+private:
+    friend class Browser;
+    std::vector<Browser*> m_browsers;
+};
+
+} // namespace Vu

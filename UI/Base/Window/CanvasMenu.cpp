@@ -1,0 +1,79 @@
+#include "UI/Base/Window/CanvasMenu.h"
+
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/ActiveAssetUtils.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/Window/ContextMenu.h"
+#include "UI/Base/Window/RestingCommand.h"
+
+#include <QMenu>
+#include <QTimer>
+
+#include <algorithm>
+#include <utility>
+
+namespace Vu {
+namespace {
+
+bool isThere(const GraphicsCanvas* canvas)
+{
+    std::vector<GraphicsCanvas*> all;
+    GraphicsCanvas::allCanvases(all);
+    return std::find(all.begin(), all.end(), canvas) != all.end();
+}
+
+/// Of several things that are selected, each has the menu of them all.
+void selectPointed(Vs::SelectionMgr& manager)
+{
+    const auto pointed = manager.highlightSet().selections();
+    Vs::SelectionSet& selected = manager.selectionSet();
+    if (std::any_of(pointed.begin(), pointed.end(),
+                    [&](const auto& each) { return !selected.contains(*each); }))
+        selected.replace(pointed);
+}
+
+} // namespace
+
+CanvasMenu::CanvasMenu(QWidget* window) : QObject(window), m_window(window)
+{
+    MouseEventSource::get()->subscribe(this);
+}
+
+CanvasMenu::~CanvasMenu()
+{
+    MouseEventSource::get()->unsubscribe(this);
+}
+
+void CanvasMenu::mouseDown(MouseEvent* event)
+{
+    const QWidget* widget = event->canvas() ? event->canvas()->existingWidget() : nullptr;
+    m_pressed = event->button() == kRightButton && widget && widget->window() == m_window;
+}
+
+// Behind the event, which also ends the camera's command that the press has started.
+void CanvasMenu::mouseUp(MouseEvent* event)
+{
+    if (event->button() == kRightButton && std::exchange(m_pressed, false))
+        QTimer::singleShot(
+            0, this, [this, canvas = event->canvas(), place = event->position()] { open(canvas, place); });
+}
+
+void CanvasMenu::open(GraphicsCanvas* canvas, const Vs::Point2& place)
+{
+    Vs::SelectionMgr* manager = ActiveAssetUtils::selectionManager();
+    if (!manager || !isThere(canvas) || !canvas->existingWidget() || !commandRests())
+        return;
+    // What lies there lights up again, which the camera's command has put out.
+    MouseEvent move(canvas, {kNoMouseButton, kNoModifier, double(place.x), double(place.y), 0});
+    MouseEventSource::get()->fireMouseMove(&move);
+    selectPointed(*manager);
+    auto* menu = new QMenu(m_window);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    addContextCommands(*menu, MarkingMenuEventSource::ESource::Canvas);
+    if (menu->isEmpty())
+        delete menu;
+    else
+        menu->popup(canvas->existingWidget()->mapToGlobal(QPoint(place.x, place.y)));
+}
+
+} // namespace Vu

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Server/Base/Point2.h"
+#include "UI/Base/MouseEvents.h"
+
+#include <QWidget>
+
+namespace Vu {
+
+/// Opens the context menu of the canvases in one window: at a click of the right button (a drag of it moves
+/// the camera) while the user has no tool. What is clicked is selected first, unless it is already.
+class CanvasMenu : public QObject, private MouseEventSite
+{
+public:
+    /// Belongs to the window.
+    explicit CanvasMenu(QWidget* window);
+    ~CanvasMenu() override;
+
+private:
+    void mouseDown(MouseEvent* event) override;
+    void mouseDragBegin(MouseEvent*) override { m_pressed = false; }
+    void mouseUp(MouseEvent* event) override;
+    void open(GraphicsCanvas* canvas, const Vs::Point2& place);
+
+    QWidget* m_window;
+    bool m_pressed = false;
+};
+
+} // namespace Vu

@@ -1,0 +1,52 @@
+#include "UI/Base/Window/ContextMenu.h"
+
+#include "Server/Base/UniqueString.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Icon.h"
+
+#include <QAction>
+#include <QMenu>
+
+namespace Vu {
+namespace {
+
+constexpr std::wstring_view kDeleteCommand = L"DeleteCommand";
+
+} // namespace
+
+void runFromContextMenu(std::wstring_view key, const std::map<const char*, std::wstring>& arguments)
+{
+    CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(key);
+    CommandContext context = CommandContext::activeContext();
+    context.accessPoint(ECommandAccessPoint::ContextMenu);
+    if (!definition || !definition->isAvailable(&context))
+        return;
+    for (const auto& [name, value] : arguments)
+        context.addArgument(Vs::UniqueString::find(name, true), value);
+    context.executeImmediately(false);
+    definition->executeCommand(context);
+}
+
+void addContextCommand(QMenu& menu, const CommandDefinition& definition)
+{
+    const Info& info = *definition.info();
+    const QAction* action = menu.addAction(iconOf(info.icon()), QString::fromStdWString(info.name()));
+    QObject::connect(action, &QAction::triggered, &menu,
+                     [key = definition.id()] { runFromContextMenu(key); });
+}
+
+void addContextCommands(QMenu& menu, MarkingMenuEventSource::ESource source)
+{
+    const MarkingMenuEventSource::Opening opening(source);
+    const CommandDefinitionMgr* definitions = CommandDefinitionMgr::get();
+    CommandContext context = CommandContext::activeContext();
+    for (CommandDefinition* definition : definitions->commandDefinitions())
+        if (definition->addToContextMenu() && definition->isAvailable(&context))
+            addContextCommand(menu, *definition);
+    const CommandDefinition* remove = definitions->findCommandDefinitionById(kDeleteCommand);
+    if (remove && remove->isAvailable(&context))
+        addContextCommand(menu, *remove);
+}
+
+} // namespace Vu
