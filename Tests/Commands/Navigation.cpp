@@ -62,7 +62,8 @@ CommandBase* Navigation::activeCommand()
 std::wstring Navigation::activeKey()
 {
     const CommandBase* active = activeCommand();
-    return active ? active->commandDefinition()->id() : std::wstring();
+    const std::wstring key = active ? active->commandDefinition()->id() : std::wstring();
+    return key == CommandDefinition::selectCommandId() ? std::wstring() : key;
 }
 
 void Navigation::send(Send send, int button, unsigned modifiers, int x, int y, int delta)

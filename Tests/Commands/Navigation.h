@@ -28,7 +28,7 @@ protected:
     static Vu::GraphicsCanvas* canvas();
     static Vs::Scene::Camera* camera();
     static Vu::CommandBase* activeCommand();
-    /// The key of the active command's definition; empty if nothing is active.
+    /// The key of the definition of the tool that is active; empty if there is none.
     static std::wstring activeKey();
 
     /// Places are logical pixels from the middle of the canvas.

@@ -230,7 +230,7 @@ TEST_F(OrbitTest, ChoosingAFlavourStartsItAndMakesItTheOneOfTheMouse)
     answer(L"VuCommands.CancelCmd");
     // Without a flavour there is nothing to start.
     start(L"OrbitCommand");
-    EXPECT_EQ(activeCommand(), nullptr);
+    EXPECT_EQ(activeKey(), L"");
 }
 
 TEST_F(OrbitTest, TheWrongButtonTurnsNothing)

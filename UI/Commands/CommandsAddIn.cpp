@@ -43,6 +43,7 @@
 #include "UI/Commands/Selection/FindCmds.h"
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/RepeatCmd.h"
+#include "UI/Commands/Selection/SelectCmd.h"
 #include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Selection/UndoCmds.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
@@ -137,6 +138,7 @@ private:
     PanCmdDef m_panCmdDef;
     ZoomCmdDef m_zoomCmdDef;
     FitCmdDef m_fitCmdDef;
+    SelectCmdDef m_selectCmdDef;
     ViewWidgetCmdDef m_viewWidgetCmdDef;
     ShowOrbiconCmdDef m_showOrbiconCmdDef;
     HideOrbiconCmdDef m_hideOrbiconCmdDef;

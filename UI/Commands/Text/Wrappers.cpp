@@ -17,6 +17,7 @@
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
 #include "UI/Commands/ExitApplicationCmd.h"
 #include "UI/Commands/Selection/RenameCommand.h"
+#include "UI/Commands/Selection/SelectCmd.h"
 #include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Selection/UndoCmds.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
@@ -195,6 +196,7 @@ constexpr WrapperRow kShowOrbicon          = {kArea, L"ShowOrbiconCmd", L"Show O
 constexpr WrapperRow kHideOrbicon          = {kArea, L"HideOrbiconCmd", L"Hide Orbicon.", "", &HideOrbiconCmdDef::info};
 constexpr WrapperRow kViewWidget           = {kArea, L"ViewWidgetCmd",  L"View menu item.", "", &ViewWidgetCmdDef::info};
 constexpr WrapperRow kRename              = {kArea, L"RenameCommand",          L"<NewName> Rename the selected node.", "", &RenameCommandDef::info, newName};
+constexpr WrapperRow kSelect              = {kArea, L"SelectCmd",              L"Select.", "", &SelectCmdDef::info};
 constexpr WrapperRow kUndo         = {kArea, L"UndoCmd", L"Undo command.", "", &UndoCmdDef::info};
 constexpr WrapperRow kRedo         = {kArea, L"RedoCmd", L"Redo command.", "", &RedoCmdDef::info};
 constexpr WrapperRow kUndoDropDown = {kArea, L"UndoDropDown", L"<TxnIndex> Undo the selected command from the undo dropdown list.", "", &UndoRedoDropDownCommandDef::UndoDropDownInfo, oneTxnIndex};
@@ -250,6 +252,7 @@ Wrapper<kShowOrbicon> TextCmdVuCommandsShowOrbiconCmd;
 Wrapper<kHideOrbicon> TextCmdVuCommandsHideOrbiconCmd;
 Wrapper<kViewWidget> TextCmdVuCommandsViewWidgetCmd;
 Wrapper<kRename> TextCmdVuCommandsRenameCommand;
+Wrapper<kSelect> TextCmdVuCommandsSelectCmd;
 Wrapper<kUndo> TextCmdVuCommandsUndoCmd;
 Wrapper<kRedo> TextCmdVuCommandsRedoCmd;
 Wrapper<kUndoDropDown> TextCmdVuCommandsUndoDropDown;
