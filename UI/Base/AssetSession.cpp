@@ -6,9 +6,12 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Types/Uuid.h"
 #include "UI/Base/AssetGraphicsView.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/Environment.h"
+#include "UI/Base/SelectionCommandInput.h"
 #include "UI/Base/SelectionDisplay.h"
 #include "UI/Base/SessionEvents.h"
 #include "UI/Base/SessionMgr.h"
@@ -44,9 +47,24 @@ AssetSession::AssetSession(Vs::Asset* asset, DocumentSession* documentSession)
       m_selectionDisplay(std::make_unique<SelectionDisplay>(asset, m_selection.get())),
       m_views(std::make_unique<ViewMgr>())
 {
+    m_selection->selectionState()->source(
+        [this](std::vector<const Vs::SelectionFilter*>& filters) { pickFilters(filters); });
 }
 
 AssetSession::~AssetSession() = default;
+
+/// Those of the input that takes the clicks.
+void AssetSession::pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const
+{
+    const CommandBase* active = m_commands ? m_commands->activeCommand() : nullptr;
+    const CommandInputSet* inputs = active ? active->commandInputSet() : nullptr;
+    if (!inputs)
+        return;
+    for (const auto& input : inputs->inputs())
+        if (const auto* picking = Vs::cast<SelectionCommandInput>(input.get());
+            picking && picking->isCurrent())
+            picking->pickFilters(filters);
+}
 
 ViewMgr* AssetSession::viewManager()
 {

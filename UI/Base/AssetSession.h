@@ -3,9 +3,11 @@
 #include "Server/Base/SerializableObject.h"
 
 #include <memory>
+#include <vector>
 
 namespace Vs {
 class Asset;
+class SelectionFilter;
 class SelectionMgr;
 } // namespace Vs
 
@@ -54,6 +56,7 @@ public:
 
 private:
     friend class SessionMgr;
+    void pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const;
 
     Vs::Asset* m_asset;
     DocumentSession* m_documentSession;

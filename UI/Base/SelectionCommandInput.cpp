@@ -7,6 +7,7 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/CanvasPicker.h"
+#include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/GraphicsCanvas.h"
@@ -21,8 +22,24 @@
 #include <utility>
 
 namespace Vu {
-
 namespace {
+
+bool rests(const CommandBase& command)
+{
+    const CommandDefinition* definition = command.commandDefinition();
+    return definition && definition->id() == CommandDefinition::selectCommandId();
+}
+
+/// What a command picks that requires nothing.
+class ComponentFilter : public Vs::Implements<ComponentFilter, Vs::SelectionFilter>
+{
+public:
+    bool accepts(const Vs::Selection& selection) const override
+    {
+        const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
+        return object && object->path().leaf == Vs::ObjectPath::Leaf::Component;
+    }
+};
 
 Vs::Asset* assetOf(const CommandInputBase& input)
 {
@@ -56,13 +73,30 @@ std::vector<std::wstring> fieldsOf(const std::wstring& text)
 
 } // namespace
 
+/// All pick filters of an input as one.
+class SelectionCommandInput::PickFilter
+{
+public:
+    explicit PickFilter(const SelectionCommandInput& input)
+    {
+        std::vector<const Vs::SelectionFilter*> filters;
+        input.pickFilters(filters);
+        for (const Vs::SelectionFilter* filter : filters)
+            m_filter.add(filter);
+    }
+    const Vs::SelectionFilter* filter() const { return &m_filter; }
+
+private:
+    Vs::CompositeSelectionFilter m_filter{Vs::CompositeSelectionFilter::ELogic::All};
+};
+
 SelectionCommandInput* SelectionCommandInput::make(CommandInputSet* set, int number, Info* info)
 {
     return new SelectionCommandInput(set, number, info);
 }
 
 SelectionCommandInput::SelectionCommandInput(CommandInputSet* set, int number, Info* info)
-    : Implements(set, number, info)
+    : Implements(set, number, info), m_kinds(rests(*set->command()))
 {
     m_own.subscribe(this);
     MouseEventSource::get()->subscribe(this);
@@ -78,6 +112,16 @@ void SelectionCommandInput::requiredQuantity(bool exactly, size_t quantity)
 {
     m_exactly = exactly;
     m_quantity = quantity;
+}
+
+void SelectionCommandInput::pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const
+{
+    static const ComponentFilter components;
+    if (m_filter)
+        filters.push_back(m_filter);
+    else if (!rests(*commandInputSet()->command()))
+        filters.push_back(&components);
+    filters.push_back(&m_kinds);
 }
 
 bool SelectionCommandInput::isComplete() const
@@ -149,10 +193,35 @@ Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& even
     const AssetSession* session = commandInputSet()->command()->assetSession();
     if (!session)
         return nullptr;
-    for (const auto& object : objectsUnder(event, *session, m_filter))
-        if (accepts(object))
-            return object;
-    return nullptr;
+    const PickFilter wanted(*this);
+    Selections objects = objectsUnder(event, *session, wanted.filter());
+    std::erase_if(objects, [this](const auto& object) { return !accepts(object); });
+    if (objects.empty())
+        return nullptr;
+    const bool adds = event.modifierMask() & (kShiftModifier | kControlModifier);
+    return m_current ? componentOrPart(objects, adds) : objects.front();
+}
+
+// A click takes the component, and one more on it the part. Who adds goes on with what is selected already.
+Vs::StrongRef<Vs::Selection> SelectionCommandInput::componentOrPart(const Selections& objects,
+                                                                    bool adds) const
+{
+    using Object = Vs::LogicalSelection;
+    constexpr auto kComponent = Vs::ObjectPath::Leaf::Component;
+    const auto* first = Vs::cast<Object>(objects.front().get());
+    const auto component = std::find_if(objects.begin(), objects.end(), [&](const auto& each) {
+        const auto* object = Vs::cast<Object>(each.get());
+        return first && object && object->path() == Vs::ObjectPath{first->componentId(), kComponent};
+    });
+    if (component == objects.end())
+        return objects.front();
+    const auto& selected = selectionSet().selections();
+    const bool wantsPart = std::any_of(selected.begin(), selected.end(), [&](const auto& each) {
+        const auto* object = Vs::cast<Object>(each.get());
+        return object &&
+               (adds ? object->path().leaf != kComponent : object->componentId() == first->componentId());
+    });
+    return wantsPart ? objects.front() : *component;
 }
 
 bool SelectionCommandInput::add(Vs::StrongRef<Vs::Selection> selection)
@@ -361,7 +430,8 @@ void SelectionCommandInput::mouseDragEnd(MouseEvent* event)
     CommandInUse inUse(commandInputSet()->command());
     band->pullTo(*event);
     std::vector<Vs::StrongRef<Vs::Selection>> accepted;
-    for (const auto& object : objectsIn(*event->canvas(), band->band(), *session, m_filter))
+    const PickFilter wanted(*this);
+    for (const auto& object : objectsIn(*event->canvas(), band->band(), *session, wanted.filter()))
         if (accepts(object))
             accepted.push_back(object);
     take(accepted, event->modifierMask());

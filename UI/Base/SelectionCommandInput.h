@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Selection/SelectionCategory.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "UI/Base/Command/CommandInput.h"
 #include "UI/Base/MouseEvents.h"
@@ -42,11 +43,15 @@ public:
     /// canvas. Null, the default, accepts everything, but components alone are picked.
     void requiredFilter(const Vs::SelectionFilter* filter) { m_filter = filter; }
 
+    /// Adds the filters by which it is decided what is picked: the required one, and the kinds of objects
+    /// that the user wants, all at first; of the resting command those that the user has chosen for it.
+    void pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const;
+
     /// Whether the input's selection is the session's own (SelectionMgr::selectionSet), which the browser
     /// shows and the commands on selected objects use, whoever changes it. A click then selects in place of
-    /// what was selected, and one beside everything selects nothing. Default false: the input collects for
-    /// its command alone, and each click adds. Either way a click with Ctrl or Shift adds a thing or takes it
-    /// out again.
+    /// what was selected, and one beside everything selects nothing. Of what lies at a place, the component is
+    /// taken first, and its part once that is selected. Default false: the input collects for its command
+    /// alone, and each click adds. Either way a click with Ctrl or Shift adds a thing or takes it out again.
     bool replacesCurrentSelection() const { return m_current; }
     void replacesCurrentSelection(bool value);
     /// Whether the session's selection is cleared as the command ends. Only for an input that replaces it.
@@ -100,6 +105,7 @@ protected:
 
 private:
     using Selections = std::vector<Vs::StrongRef<Vs::Selection>>;
+    class PickFilter;
     /// Nothing, with errors, if a path is unknown.
     std::optional<Selections> named(const std::wstring& text, Vs::Status& status) const;
     Vs::SelectionSet& selections() { return m_current ? *m_current : m_own; }
@@ -113,12 +119,14 @@ private:
     void preselect(const Vs::StrongRef<Vs::Selection>& selection);
     /// What a click there would take; null for nothing.
     Vs::StrongRef<Vs::Selection> under(const MouseEvent& event);
+    Vs::StrongRef<Vs::Selection> componentOrPart(const Selections& objects, bool adds) const;
 
     bool isComplete() const;
 
     Vs::SelectionSet m_own;
     Vs::SelectionSet* m_current = nullptr; ///< The session's; null if the input has its own.
     const Vs::SelectionFilter* m_filter = nullptr;
+    Vs::ObjectKindFilter m_kinds; ///< What the user wants to pick.
     size_t m_quantity = 1;
     EState m_state = EState::Collecting;
     std::unique_ptr<RubberBand> m_band;

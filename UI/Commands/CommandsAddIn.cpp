@@ -44,6 +44,7 @@
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/RepeatCmd.h"
 #include "UI/Commands/Selection/SelectCmd.h"
+#include "UI/Commands/Selection/SelectionFilterCmd.h"
 #include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Selection/UndoCmds.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
@@ -139,6 +140,7 @@ private:
     ZoomCmdDef m_zoomCmdDef;
     FitCmdDef m_fitCmdDef;
     SelectCmdDef m_selectCmdDef;
+    SelectionFilterCmdDef m_selectionFilterCmdDef;
     ViewWidgetCmdDef m_viewWidgetCmdDef;
     ShowOrbiconCmdDef m_showOrbiconCmdDef;
     HideOrbiconCmdDef m_hideOrbiconCmdDef;

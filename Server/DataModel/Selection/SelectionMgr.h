@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Selection/SelectionCategory.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 
 #include <map>
@@ -30,6 +31,9 @@ public:
         m_collected.replace(all);
     }
 
+    /// What may be picked now. Never null.
+    SelectionState* selectionState() { return &m_state; }
+
     /// Suspending and resuming are counted: selection is possible again when each suspension was resumed. The
     /// count may fall below zero, which a later suspension makes good.
     /// What is highlighted goes out with a suspension.
@@ -46,6 +50,7 @@ public:
 private:
     SelectionSet m_selected, m_highlighted, m_collected;
     std::map<const void*, std::vector<StrongRef<Selection>>> m_byOwner;
+    SelectionState m_state;
     int m_suspensions = 0;
 };
 

@@ -18,6 +18,7 @@
 #include "UI/Commands/ExitApplicationCmd.h"
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/SelectCmd.h"
+#include "UI/Commands/Selection/SelectionFilterCmd.h"
 #include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Selection/UndoCmds.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
@@ -138,6 +139,13 @@ void newName(const Parameters& parameters, CommandContext& context)
         context.addArgument(RenameCommandDef::newNameArgument(), parameters[0]);
 }
 
+// A recording has what a person chose in the menu.
+void markedFilters(const Parameters& parameters, CommandContext& context)
+{
+    if (parameters.parameters() == 1)
+        context.addArgument(SelectionFilterCmdDef::markedArgumentName(), parameters[0]);
+}
+
 void oneTxnIndex(const Parameters& parameters, CommandContext& context)
 {
     if (parameters.parameters() == 1)
@@ -197,6 +205,7 @@ constexpr WrapperRow kHideOrbicon          = {kArea, L"HideOrbiconCmd", L"Hide O
 constexpr WrapperRow kViewWidget           = {kArea, L"ViewWidgetCmd",  L"View menu item.", "", &ViewWidgetCmdDef::info};
 constexpr WrapperRow kRename              = {kArea, L"RenameCommand",          L"<NewName> Rename the selected node.", "", &RenameCommandDef::info, newName};
 constexpr WrapperRow kSelect              = {kArea, L"SelectCmd",              L"Select.", "", &SelectCmdDef::info};
+constexpr WrapperRow kSelectionFilter     = {kArea, L"SelectionFilterCmd",     L"Activate Selection filters command", "", &SelectionFilterCmdDef::info, markedFilters};
 constexpr WrapperRow kUndo         = {kArea, L"UndoCmd", L"Undo command.", "", &UndoCmdDef::info};
 constexpr WrapperRow kRedo         = {kArea, L"RedoCmd", L"Redo command.", "", &RedoCmdDef::info};
 constexpr WrapperRow kUndoDropDown = {kArea, L"UndoDropDown", L"<TxnIndex> Undo the selected command from the undo dropdown list.", "", &UndoRedoDropDownCommandDef::UndoDropDownInfo, oneTxnIndex};
@@ -253,6 +262,7 @@ Wrapper<kHideOrbicon> TextCmdVuCommandsHideOrbiconCmd;
 Wrapper<kViewWidget> TextCmdVuCommandsViewWidgetCmd;
 Wrapper<kRename> TextCmdVuCommandsRenameCommand;
 Wrapper<kSelect> TextCmdVuCommandsSelectCmd;
+Wrapper<kSelectionFilter> TextCmdVuCommandsSelectionFilterCmd;
 Wrapper<kUndo> TextCmdVuCommandsUndoCmd;
 Wrapper<kRedo> TextCmdVuCommandsRedoCmd;
 Wrapper<kUndoDropDown> TextCmdVuCommandsUndoDropDown;
