@@ -4,6 +4,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/Clipboard.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/DocumentSession.h"
 #include "UI/Base/Environment.h"
@@ -20,7 +21,7 @@ SessionMgr* SessionMgr::get()
     return manager;
 }
 
-SessionMgr::SessionMgr()
+SessionMgr::SessionMgr() : m_clipboard(std::make_unique<Clipboard>())
 {
     Vs::DocumentEventSource::get()->subscribe(this);
     Vs::AssetEventSource::get()->subscribe(this);

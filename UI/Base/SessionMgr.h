@@ -16,6 +16,7 @@ class Document;
 namespace Vu {
 
 class AssetSession;
+class Clipboard;
 class DocumentSession;
 
 /// All sessions: what the user interface keeps about open documents and assets. A session is made when it is
@@ -50,6 +51,9 @@ public:
     AssetSession* activeAssetSession() const { return m_active ? m_current : nullptr; }
     DocumentSession* activeDocumentSession() const;
 
+    /// What can be pasted in any session. Never null.
+    Clipboard* globalClipboard() const { return m_clipboard.get(); }
+
     /// The steps of bringing the current session up, in the order in which a shell calls them.
     void preActivate();
     void activate();
@@ -65,6 +69,7 @@ private:
 
     std::vector<std::unique_ptr<DocumentSession>> m_documents;
     std::vector<std::unique_ptr<AssetSession>> m_assets;
+    std::unique_ptr<Clipboard> m_clipboard;
     AssetSession* m_current = nullptr;
     bool m_active = false;
 };

@@ -39,6 +39,7 @@
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Measure/MeasureCmdDef.h"
 #include "UI/Commands/Resources.h"
+#include "UI/Commands/Selection/ClipboardCmds.h"
 #include "UI/Commands/Selection/DeleteCmd.h"
 #include "UI/Commands/Selection/FindCmds.h"
 #include "UI/Commands/Selection/RenameCommand.h"
@@ -123,6 +124,7 @@ private:
     AboutBoxCmdDef m_aboutBoxCmdDef;
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;
+    CutCmdDef m_cutCmdDef;
     DeleteCmdDef m_deleteCmdDef;
     UndoCmdDef m_undoCmdDef;
     RedoCmdDef m_redoCmdDef;
@@ -181,6 +183,8 @@ private:
     UpdateNamedViewCameraCmdDef m_updateNamedViewCameraCmdDef;
     UpdateNamedViewNameCmdDef m_updateNamedViewNameCmdDef;
     RestoreCameraCmdDef m_restoreCameraCmdDef;
+    CopyToClipboardCmdDef m_copyToClipboardCmdDef;
+    PasteCmdDef m_pasteCmdDef;
 };
 
 const boost::filesystem::path& resourceDirectory()

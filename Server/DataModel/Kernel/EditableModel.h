@@ -11,6 +11,7 @@ class EditableModel : public XdeModel
 public:
     using XdeModel::XdeModel;
     std::vector<std::string> edit(const ModelEdit& edit) override;
+    std::vector<std::string> paste(ModelKernel& source, const std::vector<std::string>& components) override;
 };
 
 } // namespace Vs::Kernel

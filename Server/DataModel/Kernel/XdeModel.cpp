@@ -324,6 +324,11 @@ void XdeModel::insert(ModelKernel& other)
     });
 }
 
+std::vector<std::string> XdeModel::paste(ModelKernel&, const std::vector<std::string>&)
+{
+    throw std::runtime_error("nothing can be pasted into this model");
+}
+
 void XdeModel::rename(const std::string& component, const std::wstring& name)
 {
     guarded([&] { renameOccurrence(occurrenceLabel(m_document, component), name); });

@@ -42,6 +42,7 @@ public:
     std::string addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,
                              const std::wstring& name, const std::optional<Colour>& colour) override;
     void insert(ModelKernel& other) override;
+    std::vector<std::string> paste(ModelKernel& source, const std::vector<std::string>& components) override;
     void rename(const std::string& component, const std::wstring& name) override;
     void remove(const std::vector<std::string>& components) override;
     std::vector<std::string> edit(const ModelEdit& edit) override;

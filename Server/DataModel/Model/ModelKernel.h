@@ -76,6 +76,11 @@ public:
                                      const std::wstring& name, const std::optional<Colour>& colour) = 0;
     /// Adds everything at the top of another model's tree to this one's, within a transaction.
     virtual void insert(ModelKernel& other) = 0;
+    /// Puts copies of components of another model, or of this one, at the top of this one's tree, where they
+    /// lie in the other's coordinates, within a transaction. Within a model the copies show the same bodies.
+    /// What is inside another one of the components goes with that alone. Returns the copies' ids.
+    virtual std::vector<std::string> paste(ModelKernel& source,
+                                           const std::vector<std::string>& components) = 0;
 
     /// Gives a component (Component::id) another name, within a transaction; so it has that name wherever the
     /// assembly that holds it occurs.

@@ -1,5 +1,6 @@
 #include "Server/DataModel/Selection/ComponentObject.h"
 
+#include "Server/DataModel/Selection/ComponentPasteRequest.h"
 #include "Server/DataModel/Selection/DeleteRequest.h"
 #include "Server/DataModel/Selection/Selection.h"
 
@@ -27,16 +28,32 @@ Request* ComponentObject::provideDeleteRequest(const ObjectPath& path)
     return canDelete(path) ? DeleteRequest::make(m_asset, {path}) : nullptr;
 }
 
-Request* ComponentObject::provideMultiDeleteRequest(const std::vector<ObjectPath>& paths,
-                                                    std::vector<ObjectPath>& handled)
+std::vector<ObjectPath> ComponentObject::own(const std::vector<ObjectPath>& paths) const
 {
     std::vector<ObjectPath> own;
     std::copy_if(paths.begin(), paths.end(), std::back_inserter(own),
                  [this](const ObjectPath& path) { return canDelete(path); });
-    if (own.empty())
+    return own;
+}
+
+Request* ComponentObject::provideMultiDeleteRequest(const std::vector<ObjectPath>& paths,
+                                                    std::vector<ObjectPath>& handled)
+{
+    std::vector<ObjectPath> taken = own(paths);
+    if (taken.empty())
         return nullptr;
-    handled.insert(handled.end(), own.begin(), own.end());
-    return DeleteRequest::make(m_asset, std::move(own));
+    handled.insert(handled.end(), taken.begin(), taken.end());
+    return DeleteRequest::make(m_asset, std::move(taken));
+}
+
+PasteRequest* ComponentObject::providePasteRequest(const std::vector<ObjectPath>& paths, bool cut,
+                                                   std::vector<ObjectPath>& handled)
+{
+    std::vector<ObjectPath> taken = own(paths);
+    if (taken.empty())
+        return nullptr;
+    handled.insert(handled.end(), taken.begin(), taken.end());
+    return ComponentPasteRequest::make(m_asset, std::move(taken), cut);
 }
 
 } // namespace Vs

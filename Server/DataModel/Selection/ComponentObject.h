@@ -1,12 +1,14 @@
 #pragma once
 
 #include "Server/DataModel/Selection/IDeletable.h"
+#include "Server/DataModel/Selection/IPasteSource.h"
 
 namespace Vs {
 
 /// A component as the commands that edit any kind of object see it. Components that are selected together
-/// are deleted by one request.
-class ComponentObject : public Implements<ComponentObject, SharedObject, DataModel::IDeletable>
+/// are deleted, or pasted, by one request.
+class ComponentObject
+    : public Implements<ComponentObject, SharedObject, DataModel::IDeletable, DataModel::IPasteSource>
 {
 public:
     /// The asset must outlive the object.
@@ -18,7 +20,15 @@ public:
     Request* provideMultiDeleteRequest(const std::vector<ObjectPath>& paths,
                                        std::vector<ObjectPath>& handled) override;
 
+    bool canCut() const override { return true; }
+    bool canReorder() const override { return true; }
+    PasteRequest* providePasteRequest(const std::vector<ObjectPath>& paths, bool cut,
+                                      std::vector<ObjectPath>& handled) override;
+
 private:
+    /// Those of the paths that are components of the asset.
+    std::vector<ObjectPath> own(const std::vector<ObjectPath>& paths) const;
+
     Asset* m_asset;
 };
 

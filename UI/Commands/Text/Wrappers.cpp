@@ -16,6 +16,7 @@
 #include "UI/Commands/Documents/RecentDocumentsCmd.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
 #include "UI/Commands/ExitApplicationCmd.h"
+#include "UI/Commands/Selection/ClipboardCmds.h"
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/SelectCmd.h"
 #include "UI/Commands/Selection/SelectionFilterCmd.h"
@@ -206,6 +207,9 @@ constexpr WrapperRow kViewWidget           = {kArea, L"ViewWidgetCmd",  L"View m
 constexpr WrapperRow kRename              = {kArea, L"RenameCommand",          L"<NewName> Rename the selected node.", "", &RenameCommandDef::info, newName};
 constexpr WrapperRow kSelect              = {kArea, L"SelectCmd",              L"Select.", "", &SelectCmdDef::info};
 constexpr WrapperRow kSelectionFilter     = {kArea, L"SelectionFilterCmd",     L"Activate Selection filters command", "", &SelectionFilterCmdDef::info, markedFilters};
+constexpr WrapperRow kCut                 = {kArea, L"CutCmd",                 L"Cut the selected component.", "", &CutCmdDef::info};
+constexpr WrapperRow kCopyToClipboard     = {kArea, L"CopyToClipboardCmd",     L"Copy the selected component, to be pasted.", "", &CopyToClipboardCmdDef::info};
+constexpr WrapperRow kPaste               = {kArea, L"PasteCmd",               L"Paste what was cut or copied.", "", &PasteCmdDef::info};
 constexpr WrapperRow kUndo         = {kArea, L"UndoCmd", L"Undo command.", "", &UndoCmdDef::info};
 constexpr WrapperRow kRedo         = {kArea, L"RedoCmd", L"Redo command.", "", &RedoCmdDef::info};
 constexpr WrapperRow kUndoDropDown = {kArea, L"UndoDropDown", L"<TxnIndex> Undo the selected command from the undo dropdown list.", "", &UndoRedoDropDownCommandDef::UndoDropDownInfo, oneTxnIndex};
@@ -263,6 +267,9 @@ Wrapper<kViewWidget> TextCmdVuCommandsViewWidgetCmd;
 Wrapper<kRename> TextCmdVuCommandsRenameCommand;
 Wrapper<kSelect> TextCmdVuCommandsSelectCmd;
 Wrapper<kSelectionFilter> TextCmdVuCommandsSelectionFilterCmd;
+Wrapper<kCut> TextCmdVuCommandsCutCmd;
+Wrapper<kCopyToClipboard> TextCmdVuCommandsCopyToClipboardCmd;
+Wrapper<kPaste> TextCmdVuCommandsPasteCmd;
 Wrapper<kUndo> TextCmdVuCommandsUndoCmd;
 Wrapper<kRedo> TextCmdVuCommandsRedoCmd;
 Wrapper<kUndoDropDown> TextCmdVuCommandsUndoDropDown;

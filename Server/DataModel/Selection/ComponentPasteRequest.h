@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Server/DataModel/Selection/IPasteSource.h"
+
+namespace Vs {
+
+/// Puts copies of components at the top of an asset's tree, where they lie in the source's coordinates. In
+/// the same asset they show the same bodies; another one gets bodies of its own. The source must be open
+/// when the request is executed; it is an error if a component isn't there any more.
+class ComponentPasteRequest : public Implements<ComponentPasteRequest, PasteRequest>
+{
+public:
+    static ComponentPasteRequest* make(Asset* source, std::vector<ObjectPath> paths, bool cut);
+
+protected:
+    ComponentPasteRequest(Asset* source, std::vector<ObjectPath> paths, bool cut);
+    void onExecute(Asset& asset, Status& status) override;
+
+private:
+    Asset* m_source;
+    std::vector<ObjectPath> m_paths;
+    bool m_cut;
+};
+
+} // namespace Vs

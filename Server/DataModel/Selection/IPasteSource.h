@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Server/Base/Object.h"
+#include "Server/DataModel/Request.h"
+#include "Server/DataModel/Selection/ObjectPath.h"
+
+#include <vector>
+
+namespace Vs {
+
+/// Puts copies of objects into the asset on which it is executed, as one undo step. Ended by
+/// Request::destroy.
+class PasteRequest : public Implements<PasteRequest, Request>
+{
+public:
+    using Implements::Implements;
+    /// What the last execution has put there.
+    const std::vector<ObjectPath>& pasted() const { return m_pasted; }
+
+protected:
+    std::vector<ObjectPath> m_pasted;
+};
+
+} // namespace Vs
+
+namespace Vs::DataModel {
+
+/// An object of a model that can be put somewhere else, as LogicalSelection::leaf gives it. Main thread only.
+class IPasteSource
+{
+public:
+    static const UniqueString* interfaceId()
+    {
+        static const UniqueString* const id = Vs::Detail::classInterfaceId(typeid(IPasteSource));
+        return id;
+    }
+    virtual ~IPasteSource() = default;
+
+    /// Whether it can be taken out of where it stands, and whether it can be given another place among those
+    /// beside it.
+    virtual bool canCut() const = 0;
+    virtual bool canReorder() const = 0;
+    /// The request that pastes as many of the objects at these paths as one request takes; they are added to
+    /// `handled`. With `cut`, one that is executed on the objects' own asset takes them away from where they
+    /// were; on another asset it leaves them to whoever deletes them there. Null if there is none.
+    virtual PasteRequest* providePasteRequest(const std::vector<ObjectPath>& paths, bool cut,
+                                              std::vector<ObjectPath>& handled) = 0;
+};
+
+} // namespace Vs::DataModel

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "Server/DataModel/Selection/Selection.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+
+#include <vector>
+
+namespace Vu::Commands {
+
+/// Puts what is selected on the clipboard, to be taken away from where it is when it is pasted.
+class CutCmdDef : public RowDefinition<CutCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    /// All that is selected can be cut.
+    bool onAddToContextMenu() override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class CutCmd : public Vs::Implements<CutCmd, SimpleCommand>
+{
+protected:
+    friend class CutCmdDef;
+    using Implements::Implements;
+    ECommandType onCommandType() const override { return ECommandType::Nested; }
+    void onExecute(Vs::Status& status) override;
+};
+
+/// Puts what is selected on the clipboard.
+class CopyToClipboardCmdDef : public RowDefinition<CopyToClipboardCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    bool onAddToContextMenu() override { return true; }
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class CopyToClipboardCmd : public Vs::Implements<CopyToClipboardCmd, SimpleCommand>
+{
+protected:
+    friend class CopyToClipboardCmdDef;
+    using Implements::Implements;
+    ECommandType onCommandType() const override { return ECommandType::Nested; }
+    void onExecute(Vs::Status& status) override;
+};
+
+/// Puts what is on the clipboard into the active asset and selects it. What was cut goes from where it was,
+/// in a step of its own if that is another asset, and can be pasted once.
+class PasteCmdDef : public RowDefinition<PasteCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    bool onAddToContextMenu() override { return true; }
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class PasteCmd : public Vs::Implements<PasteCmd, SimpleCommand>
+{
+protected:
+    friend class PasteCmdDef;
+    using Implements::Implements;
+    void onExecute(Vs::Status& status) override;
+
+private:
+    using Objects = std::vector<Vs::StrongRef<Vs::LogicalSelection>>;
+
+    std::vector<Vs::StrongRef<Vs::Selection>> paste(Objects objects, bool cut, Vs::Status& status);
+    void deleteFrom(Objects objects, Vs::Status& status);
+};
+
+} // namespace Vu::Commands
