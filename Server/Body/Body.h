@@ -20,9 +20,10 @@ public:
     virtual std::shared_ptr<const BodyMesh> mesh() const = 0;
 
     /// Whether the body is smart: a solid that is nothing but a box, a cylinder or a sphere, by its exact
-    /// shape. If so, what isn't null is filled with its kind ("Box", "Cylinder", "Sphere"), its placement
-    /// within the component (a box stands on its corner, a cylinder on the middle of its base, a sphere is
-    /// around its middle) and its sizes in mm: dx, dy, dz; radius, height; radius.
+    /// shape; surfaces that are written as splines don't count. If so, what isn't null is filled with its
+    /// kind ("Box", "Cylinder", "Sphere"), its placement within the component (a box stands on its corner, a
+    /// cylinder on the middle of its base, a sphere is around its middle) and its sizes in mm: dx, dy, dz;
+    /// radius, height; radius.
     virtual bool smart(std::wstring* /*kind*/, GkMatrix3d* /*placement*/, double* /*size1*/,
                        double* /*size2*/, double* /*size3*/) const
     {

@@ -25,7 +25,7 @@ protected:
     {
         Vs::TranscriptMgr::get()->endRecording();
         // The menu keeps its marks as long as the kinds stay the same.
-        answer(L"VuCommands.SelectionFilterCmd Vertices,Edges,Faces,Bodies,Components");
+        answer(L"VuCommands.SelectionFilterCmd selectVisible,Vertices,Edges,Faces,Bodies,Components");
         Vs::SelectionOptionGroup::get()->reset();
         InCanvas::TearDown();
     }
@@ -104,19 +104,42 @@ TEST_F(SelectionFilters, WhatIsUncheckedIsNotPickedUntilItIsCheckedAgain)
     EXPECT_TRUE(marks()[L"Components"]);
     choose("Components");
     EXPECT_EQ(clicked(L"Box3"), L"");
+    choose("Faces");
+    EXPECT_TRUE(clicked(L"Box3").starts_with(L"Box3:1/Body1/Face"));
+    choose("Faces");
     choose("Components");
     EXPECT_EQ(clicked(L"Box3"), L"Box3:1");
     EXPECT_FALSE(marks()[L"Select All"]) << "a kind that is checked again leaves the mark of all off";
 
     choose("Select Visible");
-    EXPECT_TRUE(Vs::Scene::GraphicsOptionGroup::get()->selectClosestItemOnly());
+    EXPECT_FALSE(Vs::Scene::GraphicsOptionGroup::get()->selectClosestItemOnly());
     EXPECT_FALSE(enabled(L"Faces"));
     choose("Select All");
     for (const wchar_t* kind : {L"Vertices", L"Edges", L"Faces", L"Bodies", L"Components"})
         EXPECT_TRUE(enabled(kind));
-    EXPECT_TRUE(marks()[L"Select Visible"]) << "all kinds, but still only what shows";
+    EXPECT_FALSE(marks()[L"Select Visible"]) << "all kinds, and still also what is hidden";
     choose("Select Visible");
-    EXPECT_FALSE(Vs::Scene::GraphicsOptionGroup::get()->selectClosestItemOnly());
+    EXPECT_TRUE(Vs::Scene::GraphicsOptionGroup::get()->selectClosestItemOnly());
+}
+
+TEST_F(SelectionFilters, OfAllKindsAClickTakesTheComponentAndOneMoreItsPart)
+{
+    EXPECT_EQ(clicked(L"Box3"), L"Box3:1");
+    clickAt(placeOf(L"Box3") + QPoint(8, 0));
+    ASSERT_EQ(selected().size(), 1u);
+    const auto* part = Vs::cast<Vs::LogicalSelection>(selected().selections().front().get());
+    EXPECT_EQ(part->path().leaf, Vs::ObjectPath::Leaf::Face);
+    // Who adds goes on with parts; elsewhere a click begins with the component again.
+    clickAt(placeOf(L"Box2"), Qt::LeftButton, Qt::ControlModifier);
+    ASSERT_EQ(selected().size(), 2u);
+    EXPECT_EQ(Vs::cast<Vs::LogicalSelection>(selected().selections().back().get())->path().leaf,
+              Vs::ObjectPath::Leaf::Face);
+    EXPECT_EQ(clicked(L"Box3"), L"Box3:1");
+    clickAt(placeOf(L"Box3") + QPoint(8, 0), Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_TRUE(selected().empty()) << "with Ctrl the component is taken out again";
+    clickAt(placeOf(L"Box3"));
+    QTest::keyClick(canvas, Qt::Key_Escape);
+    EXPECT_TRUE(selected().empty());
 }
 
 TEST_F(SelectionFilters, AreKeptForTheRestingCommandAndForgottenWithATool)
@@ -141,14 +164,15 @@ TEST_F(SelectionFilters, AreKeptForTheRestingCommandAndForgottenWithATool)
 TEST_F(SelectionFilters, ARecordingHoldsWhatWasChosen)
 {
     Vs::Status status;
-    ASSERT_TRUE(Vs::TranscriptMgr::get()->startRecording(scratch(L"filters.txt"), status));
+    ASSERT_TRUE(
+        Vs::TranscriptMgr::get()->startRecording(scratch(L"filters.txt"), Vs::kTextTranscript, status));
     choose("Faces");
     Vs::TranscriptMgr::get()->endRecording();
     const std::string line = TestSupport::contentOf(scratch(L"filters.txt"));
-    EXPECT_NE(line.find("VuCommands.SelectionFilterCmd Vertices,Edges,Bodies,Components"), std::string::npos)
+    EXPECT_NE(line.find("VuCommands.SelectionFilterCmd selectVisible,Vertices,Edges,Bodies,Components"),
+              std::string::npos)
         << line;
     choose("Select All");
-    choose("Select Visible");
     answer(L"VuCommands.SelectionFilterCmd Vertices,Edges,Bodies,Components");
     EXPECT_FALSE(enabled(L"Faces"));
     EXPECT_FALSE(Vs::Scene::GraphicsOptionGroup::get()->selectClosestItemOnly());

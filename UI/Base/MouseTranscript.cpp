@@ -5,6 +5,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/TranscriptTrigger.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
@@ -206,7 +207,7 @@ void MouseEventSource::record(Operation operation, const MouseEvent& event)
         m_recordedButtons &= ~event.button();
     for (const OperationName& each : kOperations)
         if (each.operation == operation)
-            Vs::TranscriptMgr::get()->write(lineOf(each.name, event));
+            Vs::writeTranscriptLine(lineOf(each.name, event));
 }
 
 } // namespace Vu

@@ -83,8 +83,8 @@ BrowserPanel::BrowserPanel(QWidget* parent)
         [this](const QModelIndex& index, const std::wstring& newName) { rename(index, newName); });
     m_model->shower([this](const QModelIndex& index, bool visible) {
         const std::string id = m_model->component(index)->id;
-        run(visible ? kShowCommand : kHideCommand,
-            {{kObjectsArgument, Vs::ObjectPath{id}.toText(*m_model->asset())}});
+        runFromContextMenu(visible ? kShowCommand : kHideCommand,
+                           {{kObjectsArgument, Vs::ObjectPath{id}.toText(*m_model->asset())}});
     });
     connect(m_tree, &QTreeView::customContextMenuRequested, this, &BrowserPanel::showMenu);
     connect(m_tree, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {

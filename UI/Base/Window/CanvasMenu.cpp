@@ -22,14 +22,27 @@ bool isThere(const GraphicsCanvas* canvas)
     return std::find(all.begin(), all.end(), canvas) != all.end();
 }
 
-/// Of several things that are selected, each has the menu of them all.
+/// Whether the one is a component that has the other in it.
+bool holds(const Vs::Selection& whole, const Vs::Selection& part)
+{
+    const auto* component = Vs::cast<Vs::LogicalSelection>(&whole);
+    const auto* object = Vs::cast<Vs::LogicalSelection>(&part);
+    return component && object && component->path().leaf == Vs::ObjectPath::Leaf::Component &&
+           (object->componentId() + '/').starts_with(component->componentId() + '/');
+}
+
+/// Of several things that are selected, each has the menu of them all, and so has what is in them.
 void selectPointed(Vs::SelectionMgr& manager)
 {
     const auto pointed = manager.highlightSet().selections();
-    Vs::SelectionSet& selected = manager.selectionSet();
-    if (std::any_of(pointed.begin(), pointed.end(),
-                    [&](const auto& each) { return !selected.contains(*each); }))
-        selected.replace(pointed);
+    const auto& selected = manager.selectionSet().selections();
+    const auto isSelected = [&](const auto& each) {
+        return std::any_of(selected.begin(), selected.end(), [&](const auto& other) {
+            return other->isEqualTo(*each) || holds(*other, *each);
+        });
+    };
+    if (!std::all_of(pointed.begin(), pointed.end(), isSelected))
+        manager.selectionSet().replace(pointed);
 }
 
 } // namespace

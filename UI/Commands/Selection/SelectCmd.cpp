@@ -101,6 +101,15 @@ void SelectCmd::onDeactivate()
     InteractiveCommandBase::onDeactivate();
 }
 
+// There is no tool to leave.
+void SelectCmd::onKeyPress(KeyEvent* event)
+{
+    if (event->keyCode() == kEscapeKey)
+        m_selectionInput->clear();
+    else
+        InteractiveCommandBase::onKeyPress(event);
+}
+
 // Whatever other keys are held.
 void SelectCmd::onKeyRelease(KeyEvent* event)
 {

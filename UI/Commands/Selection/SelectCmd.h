@@ -32,8 +32,8 @@ private:
     bool m_recordMouseEvent = false;
 };
 
-/// Takes what is clicked as the session's selection, which outlives the command. The S key lights up all
-/// smart bodies (Vs::Body::smart).
+/// Takes what is clicked as the session's selection, which outlives the command. The Escape key selects
+/// nothing, and the S key lights up all smart bodies (Vs::Body::smart).
 class SelectCmd : public Vs::Implements<SelectCmd, InteractiveCommandBase>, public MouseEventSite
 {
 public:
@@ -46,6 +46,7 @@ protected:
 
     void onActivate() override;
     void onDeactivate() override;
+    void onKeyPress(KeyEvent* event) override;
     void onKeyRelease(KeyEvent* event) override;
 
 private:
