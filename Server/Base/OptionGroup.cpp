@@ -1,19 +1,16 @@
 #include "Server/Base/OptionGroup.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/JsonFile.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/Warning.h"
 
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 #include <boost/filesystem/operations.hpp>
 
-#include <algorithm>
 #include <set>
 
 namespace Vs {
@@ -30,49 +27,6 @@ std::set<const OptionGroup*>& groups()
 {
     static auto& all = *new std::set<const OptionGroup*>;
     return all;
-}
-
-[[noreturn]] void failed(const fs::path& file, const char* what, const QFileDevice& device)
-{
-    throw Exception("The settings in " + file.string() + " cannot be " + what + ": " +
-                    device.errorString().toStdString() + '.');
-}
-
-/// The options in a file; none if there is no such file. Throws Vs::Exception that names file and cause.
-QJsonObject readOptions(const fs::path& file)
-{
-    QFile device(QString::fromStdString(file.string()));
-    if (!device.open(QIODevice::ReadOnly)) {
-        boost::system::error_code error;
-        if (fs::status(file, error).type() == fs::file_not_found)
-            return {};
-        failed(file, "read", device);
-    }
-    const QByteArray content = device.readAll();
-    if (device.error() != QFileDevice::NoError)
-        failed(file, "read", device);
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(content, &error);
-    if (error.error != QJsonParseError::NoError) {
-        const auto line = 1 + std::count(content.begin(), content.begin() + error.offset, '\n');
-        throw Exception(file.string() + ':' + std::to_string(line) + ": " +
-                        error.errorString().toStdString() + " (at byte " + std::to_string(error.offset) +
-                        "); the defaults are used.");
-    }
-    if (!document.isObject())
-        throw Exception(file.string() + ": this is no JSON object; the defaults are used.");
-    return document.object();
-}
-
-/// Replaces the file as a whole, or leaves the old one. Throws Vs::Exception.
-void writeOptions(const fs::path& file, const QJsonObject& options)
-{
-    QSaveFile device(QString::fromStdString(file.string()));
-    // What a person typed and where they work is nobody else's business.
-    if (!device.open(QIODevice::WriteOnly) ||
-        !device.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
-        device.write(QJsonDocument(options).toJson()) < 0 || !device.commit())
-        failed(file, "written", device);
 }
 
 } // namespace
@@ -117,10 +71,10 @@ struct OptionGroup::Data
             return; // Told once there is something to keep.
         }
         try {
-            values = readOptions(path);
+            values = JsonFile::read(path).value_or(QJsonObject());
         } catch (const Exception& error) {
             broken = true;
-            warn(error.message());
+            warn(error.message() + L"; the defaults are used.");
         }
     }
 
@@ -133,9 +87,10 @@ struct OptionGroup::Data
             boost::system::error_code ignored;
             if (std::exchange(broken, false))
                 fs::rename(file(), file().string() + ".broken", ignored);
-            writeOptions(file(), values);
+            // What a person typed and where they work is nobody else's business.
+            JsonFile::write(file(), values, JsonFile::Readers::OwnerOnly);
         } catch (const Exception& error) {
-            warn(error.message());
+            warn(L"The settings are not kept: " + error.message() + L'.');
         }
     }
 
