@@ -1,3 +1,4 @@
+#include "UI/Base/FrameEvents.h"
 #include "UI/Base/InteractionEvents.h"
 #include "UI/Base/Notifications.h"
 #include "UI/Base/SessionEvents.h"
@@ -31,6 +32,12 @@ ShellEventSource* ShellEventSource::get()
 SplitViewEventSource* SplitViewEventSource::get()
 {
     static auto* const source = new SplitViewEventSource;
+    return source;
+}
+
+FrameEventSource* FrameEventSource::get()
+{
+    static auto* const source = new FrameEventSource;
     return source;
 }
 

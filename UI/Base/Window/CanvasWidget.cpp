@@ -7,6 +7,8 @@
 #include "Server/Scene/Renderer.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/CanvasPicture.h"
+#include "UI/Base/FrameEvents.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/MouseEvents.h"
@@ -266,10 +268,13 @@ protected:
         m_renderer->render(m_link.fragments(), target);
         if (smooth)
             QOpenGLFramebufferObject::blitFramebuffer(nullptr, smooth);
-        if (software && rich) {
+        FrameEventSource* frames = FrameEventSource::get();
+        if ((software && rich) || frames->wanted())
             context()->functions()->glFinish();
+        if (software && rich)
             m_richTime = clock.elapsed();
-        }
+        FrameEvent event(&m_link.canvas(), static_cast<double>(clock.nsecsElapsed()) * 1e-9);
+        frames->fireFrameDrawn(&event);
     }
 
 private:
@@ -323,18 +328,10 @@ protected:
     {
         QPainter painter(this);
         const std::vector<Vs::Scene::ViewFragment*> fragments = m_link.fragments();
-        Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
-        options.fine = false;
-        options.moving = m_link.moving();
-        options.effects = !options.moving;
-        options.transparentBackground = false;
-        options.pixelRatio = static_cast<float>(devicePixelRatioF());
         Vs::Scene::Image image;
         Vs::Status status;
-        const GraphicsCanvas& canvas = m_link.canvas();
-        if (fragments.empty() || !Vs::Scene::OffscreenRenderer::get()->render(
-                                     fragments, static_cast<uint32_t>(canvas.pixelWidth()),
-                                     static_cast<uint32_t>(canvas.pixelHeight()), options, image, status)) {
+        if (fragments.empty() || !drawCanvas(m_link.canvas(), fragments, m_link.moving(),
+                                             static_cast<float>(devicePixelRatioF()), image, status)) {
             painter.fillRect(rect(), palette().window());
             painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap,
                              QString::fromStdWString(status.toString()));

@@ -1,0 +1,185 @@
+#include "UI/Base/Validation/MetricProbe.h"
+
+#include "Server/Base/Timer.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/SceneNodes.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandEvents.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/CommandObserver.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/FrameEvents.h"
+#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/MouseEvents.h"
+#include "UI/Base/Validation/WindowlessFrames.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace Vu {
+namespace {
+
+using Vs::Utility::timer;
+
+class ElapsedTimeProbe : public MetricProbe
+{
+public:
+    std::vector<double> seconds() const override { return {m_clock.elapsed()}; }
+
+private:
+    timer m_clock;
+};
+
+class FramesProbe : public MetricProbe, private FrameEventSite, private Vs::Scene::CameraEventSite
+{
+public:
+    FramesProbe() { Vs::Scene::CameraEventSource::get()->subscribe(this); }
+    ~FramesProbe() override { Vs::Scene::CameraEventSource::get()->unsubscribe(this); }
+
+    bool windowless() const override { return m_windowless.drew(); }
+
+private:
+    void frameDrawn(FrameEvent* event) override { add(event->seconds()); }
+    void cameraChanged(Vs::Scene::CameraEvent*) override { m_windowless.drawSoon(true); }
+
+    WindowlessFrames m_windowless;
+    FrameEventSource::Wanted m_wanted{this};
+};
+
+/// A one-shot command is done when it has ended, any other when it waits for the user.
+class CommandsProbe : public MetricProbe, private ICommandObserver, private CommandEventSite
+{
+public:
+    CommandsProbe()
+    {
+        CommandMgr::addObserver(this);
+        CommandEventSource::get()->subscribe(this);
+    }
+    ~CommandsProbe() override
+    {
+        CommandEventSource::get()->unsubscribe(this);
+        CommandMgr::removeObserver(this);
+    }
+
+private:
+    void before(const CommandRun& run) override
+    {
+        // A run of another manager can be inside this one.
+        if (run.depth > 0 || (m_command && Vs::cast<SimpleCommand>(m_command)))
+            return;
+        m_manager = run.manager;
+        m_command = nullptr;
+        m_clock.emplace();
+    }
+    void commandCreated(CommandCreatedEvent* event) override
+    {
+        if (m_clock && !m_command)
+            m_command = event->command();
+    }
+    void commandAvailabilitiesChanged(Vs::Event*) override
+    {
+        if (!m_clock || !m_command)
+            return;
+        const std::vector<CommandBase*>& begun = m_manager->commandStack();
+        if (std::find(begun.begin(), begun.end(), m_command) != begun.end())
+            done();
+    }
+    void after(const CommandRun& run) override
+    {
+        if (!m_clock || run.command != m_command)
+            return;
+        if (run.refused)
+            m_clock.reset();
+        else
+            done();
+    }
+    void done()
+    {
+        add(m_clock->elapsed());
+        m_clock.reset();
+        m_command = nullptr;
+    }
+
+    std::optional<timer> m_clock; ///< Of the command that is on its way.
+    const CommandMgr* m_manager = nullptr;
+    const CommandBase* m_command = nullptr; ///< Null until it is made.
+};
+
+/// The sites that find and mark what lies under the mouse have subscribed before, so that each move comes
+/// here when they are done with it.
+class PrehighlightProbe : public MetricProbe, private MouseEventSite, private FrameEventSite
+{
+public:
+    explicit PrehighlightProbe(bool untilSeen) : m_untilSeen(untilSeen)
+    {
+        MouseEventSource::get()->subscribe(this);
+    }
+    ~PrehighlightProbe() override { MouseEventSource::get()->unsubscribe(this); }
+
+    bool windowless() const override { return m_windowless.drew(); }
+
+private:
+    static uint64_t sceneOf(const MouseEvent& event)
+    {
+        const GraphicsView* view = event.canvas() ? event.canvas()->view() : nullptr;
+        return view && view->viewNode() ? view->viewNode()->subtreeRevision() : 0;
+    }
+
+    void mouseMoveGlobal(MouseEvent* event) override
+    {
+        m_move.emplace();
+        m_scene = sceneOf(*event);
+    }
+    void mouseDrag(MouseEvent*) override { m_move.reset(); }
+    void mouseMove(MouseEvent* event) override
+    {
+        if (!m_move)
+            return;
+        if (!m_untilSeen) {
+            add(m_move->elapsed());
+        } else if (!m_unseen && m_scene != sceneOf(*event)) {
+            m_unseen = m_move;
+            m_canvas = event->canvas();
+            if (WindowlessFrames::serves(m_canvas))
+                m_windowless.drawSoon(false);
+        }
+        m_move.reset();
+    }
+    void frameDrawn(FrameEvent* event) override
+    {
+        if (!m_unseen || event->canvas() != m_canvas)
+            return;
+        add(m_unseen->elapsed());
+        m_unseen.reset();
+    }
+
+    const bool m_untilSeen;
+    std::optional<timer> m_move;   ///< Of the move that is being delivered.
+    std::optional<timer> m_unseen; ///< Of the first move whose mark isn't seen yet.
+    uint64_t m_scene = 0;          ///< The scene's revision when that move came.
+    const GraphicsCanvas* m_canvas = nullptr;
+    WindowlessFrames m_windowless;
+    FrameEventSource::Wanted m_wanted{this};
+};
+
+} // namespace
+
+std::unique_ptr<MetricProbe> MetricProbe::make(EMetricType type)
+{
+    switch (type) {
+    case EMetricType::FramesRate:
+        return std::make_unique<FramesProbe>();
+    case EMetricType::CommandInteractivity:
+        return std::make_unique<CommandsProbe>();
+    case EMetricType::PrehighlightSelect:
+        return std::make_unique<PrehighlightProbe>(false);
+    case EMetricType::PrehighlightInteractivity:
+        return std::make_unique<PrehighlightProbe>(true);
+    case EMetricType::ElapsedTime:
+        break;
+    }
+    return std::make_unique<ElapsedTimeProbe>();
+}
+
+} // namespace Vu

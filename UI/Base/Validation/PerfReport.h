@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vu {
+
+/// What a performance test found. Times in seconds, memory in bytes.
+struct PerfReport
+{
+    enum class Outcome { Kept, Passed, Failed };
+
+    struct Result
+    {
+        std::wstring metric; ///< "ElapsedTime", "PhysicalMemory".
+        std::wstring description;
+        bool isMemory = false;
+        double value = 0; ///< The middle one of all that were measured.
+        double worst = 0;
+        size_t count = 1; ///< How many were measured.
+        /// The reference and the largest value that passes, both as this machine would have them now.
+        std::optional<double> reference, limit;
+        Outcome outcome = Outcome::Passed;
+    };
+
+    std::wstring test;
+    double calibration = 0; ///< calibrationSeconds() at the start.
+    std::vector<Result> results;
+
+    /// A line for the test and one for each result.
+    std::wstring text() const;
+    /// The same as a JSON object; UTF-8.
+    std::string json() const;
+};
+
+/// "0.25 s", "1.5 ms", "12 MB".
+std::wstring perfText(double value, bool isMemory);
+
+} // namespace Vu
