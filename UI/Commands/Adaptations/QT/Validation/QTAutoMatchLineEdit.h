@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QLineEdit>
+
+#include <boost/filesystem/path.hpp>
+
+#include <string>
+#include <vector>
+
+namespace Vu::Commands {
+
+/// A field that offers what was entered in it before, also in earlier sessions. Its history is a text file of
+/// its name in the folder for files that nobody misses; where that fails there is just none.
+class QTAutoMatchLineEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit QTAutoMatchLineEdit(const std::wstring& name, QWidget* parent = nullptr);
+    /// Writes the history.
+    ~QTAutoMatchLineEdit() override;
+
+    /// Takes the present text into the history, unless it is there.
+    void rememberText();
+
+private:
+    boost::filesystem::path file() const;
+    void rebuildCompleter();
+
+    std::wstring m_name;
+    std::vector<std::wstring> m_history;
+};
+
+} // namespace Vu::Commands

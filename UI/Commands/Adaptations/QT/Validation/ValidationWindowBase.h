@@ -1,0 +1,55 @@
+#pragma once
+
+#include "UI/Commands/Transcripts/ValidationDialog.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QWidget>
+
+namespace Vu::Commands {
+
+/// What both validation windows are: small, over all others, and there for as long as the program runs. They
+/// have no button to close them, since they come and go with the recording.
+class ValidationWindowBase : public QWidget, public ValidationWindow
+{
+public:
+    void setShown(bool shown) override { setVisible(shown); }
+
+protected:
+    ValidationWindowBase()
+        : QWidget(nullptr, Qt::WindowTitleHint | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint |
+                               Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint)
+    {
+        // The program ends with its own windows, whether this one is open or not.
+        setAttribute(Qt::WA_QuitOnClose, false);
+    }
+
+    /// Has ValidationDialog make the window of a class when it needs one. Nothing is made while the program
+    /// ends.
+    template <class Window>
+    static bool serve(ValidationDialog::Kind kind)
+    {
+        ValidationDialog::get()->maker(kind, []() -> ValidationWindow* {
+            return QCoreApplication::instance() ? Window::get() : nullptr;
+        });
+        return true;
+    }
+
+    /// The one window of a class, made at the first call. It goes before Qt's application object does.
+    template <class Window>
+    static Window* theOne(bool* isNew = nullptr)
+    {
+        static QPointer<Window> window;
+        const bool made = !window;
+        if (made) {
+            window = new Window;
+            QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, window.data(),
+                             [] { delete window; });
+        }
+        if (isNew)
+            *isNew = made;
+        return window;
+    }
+};
+
+} // namespace Vu::Commands

@@ -1,0 +1,50 @@
+#include "UI/Commands/Transcripts/ValidationChecks.h"
+
+#include "UI/Commands/Transcripts/NormalValidationWidget.h"
+
+#include <utility>
+#include <vector>
+
+namespace Vu {
+namespace Commands {
+namespace {
+
+struct Checks
+{
+    std::vector<ValidationCheck> waiting;
+    ValidationCheckTaker taker;
+};
+
+/// Never destroyed: add-ins register while libraries are loaded, in whatever order.
+Checks& checks()
+{
+    static auto& all = *new Checks;
+    return all;
+}
+
+} // namespace
+
+void addValidationCheck(ValidationCheck check)
+{
+    if (checks().taker)
+        checks().taker(check);
+    else
+        checks().waiting.push_back(std::move(check));
+}
+
+void takeValidationChecks(ValidationCheckTaker taker)
+{
+    checks().taker = std::move(taker);
+    for (const ValidationCheck& check : std::exchange(checks().waiting, {}))
+        checks().taker(check);
+}
+
+} // namespace Commands
+
+NormalValidationWidget::NormalValidationWidget(const std::wstring& subjectArea, const std::wstring& command,
+                                               const std::wstring& options)
+{
+    Commands::addValidationCheck({subjectArea, command, options});
+}
+
+} // namespace Vu

@@ -1,0 +1,144 @@
+#include "UI/Design/CheckedObjects.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Measure/MeasureMgr.h"
+#include "UI/Design/Localized.h"
+
+#include <set>
+
+namespace Vu::Design {
+namespace {
+
+/// Another version of the kernel, or a way through a file, may change the last digits.
+constexpr double kTolerance = 1e-4;
+/// What measuring is sure of (MeasureMgr), of both values.
+constexpr double kExactTolerance = 2e-6;
+/// Boxes are those of meshes, whose facets lie off round surfaces by a little of the size.
+constexpr double kBoundsTolerance = 1e-3;
+constexpr double kExactBoundsTolerance = 1e-6;
+
+BBox boxOf(const CheckedObjects::Occurrence& occurrence)
+{
+    BBox box;
+    const std::shared_ptr<const Vs::BodyMesh> mesh = occurrence.component->body->mesh();
+    if (!mesh)
+        return box;
+    const std::vector<float>& at = mesh->positions;
+    for (size_t i = 0; i + 2 < at.size(); i += 3)
+        box.add(occurrence.placement * GkPoint3d(at[i], at[i + 1], at[i + 2]));
+    return box;
+}
+
+} // namespace
+
+CheckedObjects::CheckedObjects(Vs::Asset& asset, std::wstring_view path, const Choice& choice)
+    : m_asset(asset), m_choice(choice)
+{
+    if (path.empty()) {
+        collect(*asset.components(), GkMatrix3d(), true);
+        return;
+    }
+    Vs::Status status;
+    const auto found = Vs::ObjectPath::find(asset, path, status);
+    const Vs::Component* component = found ? found->resolve(asset, status) : nullptr;
+    if (!component)
+        throw Vs::Exception(status.toString());
+    const GkMatrix3d placement = found->placement(asset).value_or(GkMatrix3d());
+    m_components.push_back({component, placement});
+    collect(*component, placement, true);
+}
+
+void CheckedObjects::collect(const Vs::Component& component, const GkMatrix3d& placement, bool isTop)
+{
+    if (!isTop) {
+        if (m_choice.visibleOnly && !component.visible)
+            return;
+        m_components.push_back({&component, placement});
+    }
+    if (component.body)
+        m_bodies.push_back({&component, placement});
+    for (const auto& child : component.children)
+        collect(*child, placement * child->placement, false);
+}
+
+std::wstring CheckedObjects::nameOf(const wchar_t* value, const Occurrence& occurrence) const
+{
+    return value + (L" of " + Vs::ObjectPath{.component = occurrence.component->id}.toText(m_asset));
+}
+
+std::vector<CheckedValue> CheckedObjects::measures(int type, const wchar_t* name, const wchar_t* unit) const
+{
+    const double tolerance = m_choice.exact ? kExactTolerance : kTolerance;
+    std::vector<CheckedValue> values;
+    double sum = 0;
+    Vs::Status status;
+    bool any = false;
+    for (const Occurrence& each : m_bodies) {
+        const Vs::StrongRef<Vs::LogicalSelection> selection(
+            new Vs::LogicalSelection(&m_asset, each.component->id, nullptr));
+        Vs::MeasureResult result;
+        // A surface among solids has no volume, and adds none.
+        if (!Vs::MeasureMgr::get()->measure(selection, Vs::EMeasureType(type), result, &status))
+            continue;
+        any = true;
+        sum += result.value;
+        if (m_choice.eachBody)
+            values.push_back({nameOf(name, each), result.value, tolerance, 0, unit});
+    }
+    if (!any)
+        throw Vs::Exception(m_bodies.empty() ? localized("CheckNoBody", "There is no body to check.")
+                                             : status.toString());
+    if (!m_choice.eachBody)
+        values.push_back({name, sum, tolerance, 0, unit});
+    return values;
+}
+
+std::vector<CheckedValue> CheckedObjects::volumes() const
+{
+    return measures(int(Vs::EMeasureType::Volume), L"volume", L"mm³");
+}
+
+std::vector<CheckedValue> CheckedObjects::areas() const
+{
+    return measures(int(Vs::EMeasureType::Area), L"area", L"mm²");
+}
+
+std::vector<CheckedValue> CheckedObjects::bounds() const
+{
+    std::vector<CheckedValue> values;
+    const auto add = [&](const BBox& box, const std::wstring& behind) {
+        const double tolerance = (m_choice.exact ? kExactBoundsTolerance : kBoundsTolerance) * box.diagonal();
+        const double numbers[] = {box.low().x,  box.low().y,  box.low().z,
+                                  box.high().x, box.high().y, box.high().z};
+        constexpr const wchar_t* kNames[] = {L"low x", L"low y", L"low z", L"high x", L"high y", L"high z"};
+        for (size_t i = 0; i < std::size(kNames); ++i)
+            values.push_back({kNames[i] + behind, numbers[i], 0, tolerance, L"mm"});
+    };
+    BBox all;
+    for (const Occurrence& each : m_bodies) {
+        const BBox box = boxOf(each);
+        all.add(box);
+        if (m_choice.eachBody && !box.isEmpty())
+            add(box, nameOf(L"", each));
+    }
+    if (all.isEmpty())
+        throw Vs::Exception(localized("CheckNothingSeen", "There is nothing with bounds to check."));
+    if (!m_choice.eachBody)
+        add(all, {});
+    return values;
+}
+
+std::vector<CheckedValue> CheckedObjects::counts() const
+{
+    std::set<const Vs::Body*> shapes;
+    for (const Occurrence& each : m_bodies)
+        shapes.insert(each.component->body.get());
+    return {{L"components", double(m_components.size())},
+            {L"bodies", double(m_bodies.size())},
+            {L"different bodies", double(shapes.size())}};
+}
+
+} // namespace Vu::Design

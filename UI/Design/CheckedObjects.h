@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Server/DataModel/Selection/ObjectPath.h"
+#include "UI/Base/Validation/ReferenceCheck.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Vs {
+class Asset;
+class Component;
+class Status;
+} // namespace Vs
+
+namespace Vu::Design {
+
+/// What a check looks at: the components at and below one of a model, in the order of the tree.
+class CheckedObjects
+{
+public:
+    struct Occurrence
+    {
+        const Vs::Component* component;
+        GkMatrix3d placement; ///< In the asset's coordinates.
+    };
+
+    struct Choice
+    {
+        bool visibleOnly = false; ///< Without what is hidden, or stands below something hidden.
+        bool eachBody = false;    ///< Values for each body by itself, not for all together.
+        bool exact = false;       ///< The tolerance is what measuring itself is sure of.
+    };
+
+    /// Empty text for the whole model. The components must stay as they are while this lives. Throws
+    /// Vs::Exception if there is no such component.
+    CheckedObjects(Vs::Asset& asset, std::wstring_view path, const Choice& choice);
+
+    /// Each throws Vs::Exception, with the reason, where there is nothing to check.
+    std::vector<CheckedValue> volumes() const;
+    std::vector<CheckedValue> areas() const;
+    std::vector<CheckedValue> bounds() const;
+    std::vector<CheckedValue> counts() const;
+
+private:
+    void collect(const Vs::Component& component, const GkMatrix3d& placement, bool isTop);
+    std::vector<CheckedValue> measures(int type, const wchar_t* name, const wchar_t* unit) const;
+    std::wstring nameOf(const wchar_t* value, const Occurrence& occurrence) const;
+
+    Vs::Asset& m_asset;
+    const Choice m_choice;
+    std::vector<Occurrence> m_components; ///< Without the root.
+    std::vector<Occurrence> m_bodies;     ///< Those of them that show one.
+};
+
+} // namespace Vu::Design

@@ -1,0 +1,191 @@
+// The checks of a transcript: lines that compare the active model with what it was when the transcript was
+// made.
+
+#include "Server/Base/Exception.h"
+#include "Server/Base/TextCommand.h"
+#include "Server/DataModel/ModelDigest.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/ActiveAssetUtils.h"
+#include "UI/Base/AssetSession.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SessionMgr.h"
+#include "UI/Commands/Transcripts/NormalValidationWidget.h"
+#include "UI/Design/CheckedObjects.h"
+#include "UI/Design/Localized.h"
+
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/join.hpp>
+#include <boost/algorithm/string/split.hpp>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Vu::Design {
+namespace {
+
+using Vs::TextCommandParameters;
+using Vs::TextCommandResult;
+using Values = std::vector<CheckedValue>;
+
+constexpr const wchar_t* kExact = L"Exact";
+
+std::wstring parameterIn(const TextCommandParameters& parameters, unsigned index)
+{
+    return index < parameters.parameters() ? parameters[index] : std::wstring();
+}
+
+template <Values (CheckedObjects::*measure)() const>
+Values valuesOf(Vs::Asset& asset, const TextCommandParameters& parameters)
+{
+    const CheckedObjects::Choice choice = {.visibleOnly = parameters.hasFlag(L"VisibleOnly"),
+                                           .eachBody = parameters.hasFlag(L"EachBody"),
+                                           .exact = parameters.hasFlag(kExact)};
+    return (CheckedObjects(asset, parameterIn(parameters, 1), choice).*measure)();
+}
+
+std::wstring selectionText(const Vs::Asset& asset)
+{
+    const AssetSession* session = SessionMgr::get()->activeAssetSession();
+    std::vector<std::wstring> paths;
+    for (const auto& selection : session->selectionManager()->selectionSet().selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
+            paths.push_back(logical->path().toText(asset));
+    // The order is that of the clicks, which doesn't count.
+    std::sort(paths.begin(), paths.end());
+    return boost::algorithm::join(paths, L" ");
+}
+
+std::wstring cameraText()
+{
+    GraphicsView* view = ActiveAssetUtils::graphicsView();
+    const Vs::Scene::ViewFragment* fragment = view ? view->modelFragment() : nullptr;
+    if (!fragment)
+        throw Vs::Exception(localized("CheckNoCamera", "There is no view whose camera could be checked."));
+    const Vs::Scene::Camera& camera = *fragment->camera();
+    std::wstring text = camera.projection() == Vs::Scene::kParallelProjection ? L"parallel" : L"perspective";
+    const GkPoint3d& position = camera.position();
+    const GkPoint3d& target = camera.target();
+    const GkVector3d up = camera.screenUp();
+    // As many digits as a camera that came another way to the same place agrees in.
+    for (const double number : {position.x, position.y, position.z, target.x, target.y, target.z, up.x, up.y,
+                                up.z, camera.extentsWidth(), camera.extentsHeight()})
+        text += (boost::wformat(L" %.5g") % (std::abs(number) < 1e-6 ? 0.0 : number)).str();
+    return text;
+}
+
+Values digest(Vs::Asset& asset, const TextCommandParameters& parameters)
+{
+    Values values{{L"model", (boost::wformat(L"%016x") % Vs::modelDigest(asset)).str()}};
+    if (parameters.hasFlag(L"Selection"))
+        values.push_back({L"selection", selectionText(asset)});
+    if (parameters.hasFlag(L"Camera"))
+        values.push_back({L"camera", cameraText()});
+    return values;
+}
+
+/// One row for each check: its line, and the options that the window offers.
+struct CheckRow
+{
+    const wchar_t* area;
+    const wchar_t* name;
+    const wchar_t* help;
+    const wchar_t* options;
+    Values (*values)(Vs::Asset&, const TextCommandParameters&);
+    unsigned most; ///< Parameters.
+};
+
+// clang-format off
+constexpr CheckRow kVolume = {L"Body",      L"CheckVolume", L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the volume of the solids with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::volumes>, 2};
+constexpr CheckRow kSkin   = {L"Body",      L"CheckArea",   L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the area of the faces with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::areas>, 2};
+constexpr CheckRow kBounds = {L"Body",      L"CheckBounds", L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the box around the bodies with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::bounds>, 2};
+constexpr CheckRow kCount  = {L"Component", L"CheckCount",  L"<description> [<path>] [/VisibleOnly] Compares how many components and bodies there are with the reference of this description", L"VisibleOnly", valuesOf<&CheckedObjects::counts>, 2};
+constexpr CheckRow kDigest = {L"Model",     L"CheckDigest", L"<description> [/Selection] [/Camera] Compares names, places, colours, visibility, shapes and settings with the reference of this description", L"Selection/Camera", digest, 1};
+// clang-format on
+
+std::vector<std::wstring> optionsOf(const CheckRow& row)
+{
+    std::vector<std::wstring> options;
+    return boost::algorithm::split(options, row.options, boost::algorithm::is_any_of(L"/"));
+}
+
+/// Empty if the line can be run.
+std::wstring complaintOf(const CheckRow& row, const TextCommandParameters& parameters)
+{
+    if (parameters.parameters() > row.most)
+        return std::wstring(L"Usage: ") + row.area + L"." + row.name + L" " + row.help;
+    const std::vector<std::wstring> options = optionsOf(row);
+    for (const std::wstring& flag : parameters.flags())
+        if (std::find(options.begin(), options.end(), flag) == options.end())
+            return localizedFormat("CheckNoOption", "%1%.%2% has no option /%3%. There are: /%4%", row.area,
+                                   row.name, flag, boost::algorithm::join(options, L", /"));
+    return {};
+}
+
+/// The name of the reference: all of the line that decides what is found, whatever the order of its options.
+std::wstring referenceName(const CheckRow& row, const TextCommandParameters& parameters)
+{
+    std::wstring name = row.area + std::wstring(L".") + row.name;
+    for (unsigned i = 0; i < parameters.parameters(); ++i)
+        name += L' ' + parameters[i];
+    for (const std::wstring& option : optionsOf(row))
+        if (option != kExact && parameters.hasFlag(option))
+            name += L" /" + option;
+    return name;
+}
+
+template <const CheckRow& kRow>
+class TextCmdCheck : public Vs::PythonEntry<TextCmdCheck<kRow>, Vs::TextCommand>
+{
+public:
+    TextCmdCheck()
+        : Vs::PythonEntry<TextCmdCheck<kRow>, Vs::TextCommand>(kRow.area, kRow.name, kRow.help, "%s%s", true,
+                                                               true),
+          m_controls(kRow.area, kRow.name, kRow.options)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        if (std::wstring complaint = complaintOf(kRow, parameters); !complaint.empty())
+            return {1, std::move(complaint)};
+        const std::wstring name = referenceName(kRow, parameters);
+        Vs::Asset* asset = ActiveAssetUtils::asset();
+        if (!asset)
+            return {1, localizedFormat("CheckNoModel", "%1%: there is no active model to check.", name)};
+        try {
+            return checkAgainstReference(name, kRow.values(*asset, parameters));
+        } catch (const Vs::Exception& error) {
+            return {1, localizedFormat("CheckImpossible", "%1%: %2%", name, error.message())};
+        }
+    }
+
+private:
+    NormalValidationWidget m_controls;
+};
+
+class AreaBody : public Vs::PythonEntry<AreaBody, Vs::TextCommandSubjectArea>
+{
+public:
+    AreaBody() : PythonEntry(L"Body", L"Commands about the bodies of the active model", false) {}
+};
+
+class AreaComponent : public Vs::PythonEntry<AreaComponent, Vs::TextCommandSubjectArea>
+{
+public:
+    AreaComponent() : PythonEntry(L"Component", L"Commands about the components of the active model", false)
+    {
+    }
+};
+
+AreaBody theBodyArea;
+AreaComponent theComponentArea;
+TextCmdCheck<kVolume> theVolume;
+TextCmdCheck<kSkin> theSkin;
+TextCmdCheck<kBounds> theBounds;
+TextCmdCheck<kCount> theCount;
+TextCmdCheck<kDigest> theDigest;
+
+} // namespace
+} // namespace Vu::Design
