@@ -73,7 +73,8 @@ void writeEdges(const std::string& path)
 {
     write(together({BRepBuilderAPI_MakeEdge(gp::Origin(), gp_Pnt(5, 0, 0)).Edge(),
                     BRepBuilderAPI_MakeEdge(gp::Origin(), gp_Pnt(0, 5, 0)).Edge(), straightSpline(gp::DX()),
-                    straightSpline(gp_Dir(1, 1, 0))}),
+                    straightSpline(gp_Dir(1, 1, 0)),
+                    BRepBuilderAPI_MakeFace(gp_Pln(gp_Pnt(0, 0, -10), gp::DZ()), 0, 5, 0, 5).Face()}),
           path);
 }
 

@@ -11,7 +11,8 @@ void writeCone(const std::string& path);
 void writeHollowTorus(const std::string& path);
 /// Two flat faces of 20 by 20 mm, at z = 0 and z = 10.
 void writePlanes(const std::string& path);
-/// Edges from the origin: lines along X and Y, then straight splines along X and (1, 1, 0).
+/// Edges from the origin: lines along X and Y, then straight splines along X and (1, 1, 0); beside them,
+/// since edges alone are no model, a face.
 void writeEdges(const std::string& path);
 /// A box of 10 mm without its top: a solid that is open.
 void writeOpenSolid(const std::string& path);
