@@ -49,8 +49,8 @@ public:
 
     /// Whether the input's selection is the session's own (SelectionMgr::selectionSet), which the browser
     /// shows and the commands on selected objects use, whoever changes it. A click then selects in place of
-    /// what was selected, and one beside everything selects nothing. Of what lies at a place, the component is
-    /// taken first, and its part once that is selected. Default false: the input collects for its command
+    /// what was selected, and one beside everything selects nothing. Of what lies at a place, the component
+    /// is taken first, and its part once that is selected. Default false: the input collects for its command
     /// alone, and each click adds. Either way a click with Ctrl or Shift adds a thing or takes it out again.
     bool replacesCurrentSelection() const { return m_current; }
     void replacesCurrentSelection(bool value);
