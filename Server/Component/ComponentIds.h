@@ -14,6 +14,13 @@ inline std::string parentId(const std::string& id)
     return end == std::string::npos ? std::string() : id.substr(0, end);
 }
 
+/// The last step of the id: where the component stands in the model's data, wherever the assembly that holds
+/// it occurs.
+inline std::string placeOf(const std::string& id)
+{
+    return id.substr(id.rfind('/') + 1);
+}
+
 /// Where the child of this id stands among those of its parent, or would stand: they are in the order of the
 /// last numbers of their ids.
 inline size_t rowOf(const Component& parent, const std::string& id)

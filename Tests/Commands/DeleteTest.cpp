@@ -72,6 +72,14 @@ TEST_F(DeleteComponents, InAnAssemblyGoFromWhereverTheyOccur)
     const Texts without = paths();
     saveAndReopen(L"bolts.vlra");
     EXPECT_EQ(paths(), without);
+    // A pattern in an assembly that occurs several times goes from all of them.
+    answer(L"Design.Pattern as1/rod-assembly_1/nut_2 X 50 3");
+    answer(L"Design.Pattern as1/l-bracket-assembly_1/nut-bolt-assembly_2/nut_3 X 50 3");
+    EXPECT_EQ(paths().size(), without.size() + 2 + 2 * 6);
+    select({L"as1/l-bracket-assembly_1/nut-bolt-assembly_1/nut_3:2",
+            L"as1/l-bracket-assembly_2/nut-bolt-assembly_3/nut_3:2", L"as1/rod-assembly_1/nut_2:3"});
+    answer(L"Commands.Start DeleteCommand");
+    EXPECT_EQ(paths(), without);
     // An assembly that lost all its parts is still there.
     select({L"as1/rod-assembly_1/nut_1", L"as1/rod-assembly_1/nut_2", L"as1/rod-assembly_1/rod_1"});
     answer(L"Commands.Start DeleteCommand");
@@ -80,6 +88,34 @@ TEST_F(DeleteComponents, InAnAssemblyGoFromWhereverTheyOccur)
     select({L"as1"});
     answer(L"Commands.Start DeleteCommand");
     EXPECT_EQ(paths(), Texts());
+}
+
+TEST_F(DeleteComponents, OfAPatternGoWithAllOfItsCopiesButTheOriginalGoesByItself)
+{
+    answer(L"Design.Pattern Box1 X 5 3");
+    answer(L"Design.CircularPattern Box3 Z 360 4");
+    answer(L"Design.Mirror Box2 X -1");
+    saveAndReopen(L"patterns.vlra");
+    const Texts before = paths();
+    ASSERT_EQ(before.size(), 3u + 2u + 3u + 1u);
+    select({L"Box1:2", L"Box2:1", L"Box3:3", L"Box1:3"});
+    answer(L"Commands.Start DeleteCommand");
+    EXPECT_EQ(paths(), (Texts{L"Box1:1", L"Box3:1", L"Box2:1"}));
+    EXPECT_EQ(steps(), 1u);
+    ASSERT_TRUE(Vs::Transaction::undo(asset()));
+    EXPECT_EQ(paths(), before);
+    select({L"Box1:1"});
+    answer(L"Commands.Start DeleteCommand");
+    EXPECT_EQ(paths().size(), before.size() - 1);
+    select({L"Box1:1"});
+    answer(L"Commands.Start DeleteCommand");
+    EXPECT_EQ(paths().size(), before.size() - 3);
+    while (Vs::Transaction::undo(asset()))
+        ;
+    EXPECT_EQ(paths(), before);
+    select({L"Box3:4"});
+    answer(L"Commands.Start DeleteCommand");
+    EXPECT_EQ(paths().size(), before.size() - 3);
 }
 
 /// Objects of another kind, which exist beside the model: a name, and what goes with it.

@@ -2,6 +2,7 @@
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Edit/ComponentGroups.h"
 #include "Server/DataModel/Edit/Motion.h"
 #include "Server/DataModel/Model/ModelBody.h"
 #include "Server/DataModel/Model/ModelData.h"
@@ -206,6 +207,8 @@ void EditRequest::onExecute(Asset& asset, Status& status)
                 meetShapes(*asset.findComponent(path.component), kernel);
             return kernel.edit(m_edit);
         });
+        if (m_groupAdded)
+            ComponentGroups(asset).add(m_added);
     } catch (const EditError& error) {
         status.addError(name() + L": " + textOf(error));
     }

@@ -16,6 +16,8 @@ public:
     /// `name` is what the undo list shows, and stands before each error.
     static EditRequest* make(const Asset* asset, const std::wstring& name, ModelEdit edit);
 
+    /// What the change adds becomes a group, of which all are deleted with one (ComponentGroups).
+    void groupAdded(bool group) { m_groupAdded = group; }
     /// The components that the last execution added, by Component::id.
     const std::vector<std::string>& added() const { return m_added; }
 
@@ -26,6 +28,7 @@ protected:
 private:
     const Asset* m_asset; ///< Only to be compared.
     ModelEdit m_edit;
+    bool m_groupAdded = false;
     std::vector<std::string> m_added;
 };
 

@@ -10,12 +10,6 @@ namespace Vs {
 
 namespace {
 
-/// The last step of the id: where the component stands in the model's data.
-std::string placeOf(const Component& component)
-{
-    return component.id.substr(component.id.rfind('/') + 1);
-}
-
 std::string idBelow(const Component& parent, const std::string& place)
 {
     return parent.id.empty() ? place : parent.id + '/' + place;
@@ -114,7 +108,7 @@ void ComponentTree::relate(Component& component, const std::string& part)
 {
     m_parts[&component] = part;
     m_byPart[part].push_back(&component);
-    m_byPlace[placeOf(component)].push_back(&component);
+    m_byPlace[placeOf(component.id)].push_back(&component);
 }
 
 void ComponentTree::unrelate(Component& component)
@@ -134,7 +128,7 @@ void ComponentTree::unrelate(Component& component)
         return;
     if (erase(m_byPart, part.mapped()))
         m_bodies.erase(part.mapped());
-    erase(m_byPlace, placeOf(component));
+    erase(m_byPlace, placeOf(component.id));
 }
 
 void ComponentTree::forget(Component& component)
@@ -228,7 +222,7 @@ void ComponentTree::refreshContent(Refresh& refresh, const std::string& entry)
         if (const auto found = map->find(entry); found != map->end())
             touched.insert(found->second.begin(), found->second.end());
     for (Component* component : touched) {
-        const std::string place = placeOf(*component);
+        const std::string place = placeOf(component->id);
         PartTree branch = refresh.kernel.branch(place, false);
         if (branch.roots.empty() || refresh.told.contains(component))
             continue;

@@ -1,13 +1,39 @@
 #include "Server/DataModel/Selection/ComponentObject.h"
 
+#include "Server/Component/ComponentIds.h"
+#include "Server/DataModel/Edit/ComponentGroups.h"
 #include "Server/DataModel/Selection/ComponentPasteRequest.h"
 #include "Server/DataModel/Selection/DeleteRequest.h"
 #include "Server/DataModel/Selection/Selection.h"
 
 #include <algorithm>
 #include <iterator>
+#include <sstream>
+#include <unordered_set>
 
 namespace Vs {
+
+namespace {
+
+/// Whether the component goes when what stands at these places goes: it is one of these, or lies in one.
+bool goesWith(const std::string& component, const std::unordered_set<std::string>& places)
+{
+    std::istringstream steps(component);
+    for (std::string step; std::getline(steps, step, '/');)
+        if (places.contains(step))
+            return true;
+    return false;
+}
+
+std::vector<ObjectPath> toPaths(const std::vector<std::string>& components)
+{
+    std::vector<ObjectPath> paths;
+    for (const std::string& component : components)
+        paths.push_back({.component = component});
+    return paths;
+}
+
+} // namespace
 
 StrongRef<SharedObject> LogicalSelection::leaf(Asset& asset) const
 {
@@ -25,7 +51,8 @@ bool ComponentObject::canDelete(const ObjectPath& path) const
 
 Request* ComponentObject::provideDeleteRequest(const ObjectPath& path)
 {
-    return canDelete(path) ? DeleteRequest::make(m_asset, {path}) : nullptr;
+    std::vector<ObjectPath> handled;
+    return provideMultiDeleteRequest({path}, handled);
 }
 
 std::vector<ObjectPath> ComponentObject::own(const std::vector<ObjectPath>& paths) const
@@ -39,11 +66,20 @@ std::vector<ObjectPath> ComponentObject::own(const std::vector<ObjectPath>& path
 Request* ComponentObject::provideMultiDeleteRequest(const std::vector<ObjectPath>& paths,
                                                     std::vector<ObjectPath>& handled)
 {
-    std::vector<ObjectPath> taken = own(paths);
-    if (taken.empty())
+    const std::vector<ObjectPath> named = own(paths);
+    if (named.empty())
         return nullptr;
-    handled.insert(handled.end(), taken.begin(), taken.end());
-    return DeleteRequest::make(m_asset, std::move(taken));
+    const ComponentGroups groups(*m_asset);
+    std::vector<ObjectPath> going = toPaths(groups.groupOf(named.front().component));
+    if (going.empty())
+        std::copy_if(named.begin(), named.end(), std::back_inserter(going),
+                     [&](const ObjectPath& path) { return !groups.isGrouped(path.component); });
+    std::unordered_set<std::string> places;
+    for (const ObjectPath& path : going)
+        places.insert(placeOf(path.component));
+    std::copy_if(named.begin(), named.end(), std::back_inserter(handled),
+                 [&](const ObjectPath& path) { return goesWith(path.component, places); });
+    return DeleteRequest::make(m_asset, std::move(going));
 }
 
 PasteRequest* ComponentObject::providePasteRequest(const std::vector<ObjectPath>& paths, bool cut,

@@ -6,7 +6,8 @@
 namespace Vs {
 
 /// A component as the commands that edit any kind of object see it. Components that are selected together
-/// are deleted, or pasted, by one request.
+/// are deleted, or pasted, by one request; those of a group (ComponentGroups) go by one of their own, which
+/// takes the others of the group as well.
 class ComponentObject
     : public Implements<ComponentObject, SharedObject, DataModel::IDeletable, DataModel::IPasteSource>
 {

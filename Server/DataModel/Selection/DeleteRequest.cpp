@@ -1,6 +1,7 @@
 #include "Server/DataModel/Selection/DeleteRequest.h"
 
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Edit/ComponentGroups.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Texts.h"
 
@@ -34,6 +35,7 @@ void DeleteRequest::onExecute(Asset& asset, Status& status)
         components.push_back(path.component);
     }
     asset.data().history().changeModel([&](ModelKernel& kernel) { kernel.remove(components); });
+    ComponentGroups(asset).remove(components);
 }
 
 } // namespace Vs

@@ -138,8 +138,9 @@ bool EditCmd::execute(bool preview, Vs::Status& status)
     {
         void operator()(Vs::Request* request) const { request->destroy(); }
     };
-    const std::unique_ptr<Vs::Request, Destroy> request(
+    const std::unique_ptr<Vs::EditRequest, Destroy> request(
         Vs::EditRequest::make(asset, commandDefinition()->info()->name(), onMakeEdit(*asset)));
+    request->groupAdded(onMakesGroup());
     return executeRequest(request.get(), preview, {}, status);
 }
 

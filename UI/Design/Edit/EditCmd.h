@@ -82,6 +82,8 @@ protected:
     /// Whether parts of bodies are chosen that the change makes others of. They are picked on the bodies as
     /// they were, so that the preview goes out while the pointer is at one. Default false.
     virtual bool onPicksInsideBodies() const { return false; }
+    /// Whether what the change adds is a group, of which all are deleted with one. Default false.
+    virtual bool onMakesGroup() const { return false; }
     /// An input has a new value.
     virtual void onInputChanged() {}
     /// The change is shown, or none is since the inputs ask for none.

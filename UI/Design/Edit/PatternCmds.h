@@ -15,6 +15,7 @@ public:
 protected:
     void onMakeInputs(EditInputs& inputs) override;
     Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) override;
+    bool onMakesGroup() const override { return true; }
 
 private:
     SelectionCommandInput* m_components = nullptr;
@@ -33,6 +34,7 @@ public:
 protected:
     void onMakeInputs(EditInputs& inputs) override;
     Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) override;
+    bool onMakesGroup() const override { return true; }
     std::wstring onWhyInvalid() const override;
     void onInputChanged() override;
 
@@ -55,6 +57,7 @@ public:
 protected:
     void onMakeInputs(EditInputs& inputs) override;
     Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) override;
+    bool onMakesGroup() const override { return true; }
     std::wstring onWhyInvalid() const override;
     void onInputChanged() override { m_centre.refresh(); }
 
