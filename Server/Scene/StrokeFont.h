@@ -23,8 +23,9 @@ public:
         std::vector<Polyline> lines;
     };
 
-    /// Has A to Z and a to z, the German letters, digits, blank and  - + . , : / ( ) '  "; a small box stands
-    /// for whatever else is asked for.
+    /// Has A to Z and a to z, the German letters, digits, blank, - + . , : / ( ) ' " and what units are
+    /// written with (the signs of degree, micro, square and cube); a small box stands for whatever else is
+    /// asked for.
     static const Glyph& glyph(wchar_t letter);
 
     /// How long the text is, from the left end of its first letter to the right end of its last.

@@ -15,7 +15,7 @@ namespace {
 const std::wstring kCapitals = L"ABCDEFGHIJKLMNOPQRSTUVWXYZ\u00C4\u00D6\u00DC";
 const std::wstring kSmallLetters = L"abcdefghijklmnopqrstuvwxyz\u00E4\u00F6\u00FC\u00DF";
 const std::wstring kDigits = L"0123456789";
-const std::wstring kSigns = L"-+.,:/()'\"";
+const std::wstring kSigns = L"-+.,:/()'\"\u00B0\u00B2\u00B3\u00B5";
 
 /// The cells of a coarse raster that a letter's lines run through.
 std::set<std::pair<int, int>> cellsOf(const StrokeFont::Glyph& glyph)
