@@ -10,12 +10,16 @@
 class EditTest : public DataModelTest
 {
 protected:
-    /// Makes the change, takes it back, and makes it again; gives the ids of what was added.
+    /// Makes the change, as if it were a preview first, takes it back, and does it again; gives the ids of
+    /// what was added.
     std::vector<std::string> edit(Vs::Asset& asset, const Vs::ModelEdit& change)
     {
         const std::string before = digestOf(asset);
-        const std::vector<std::string> added = make(asset, change);
+        make(asset, change);
         const std::string after = digestOf(asset);
+        EXPECT_TRUE(Vs::Transaction::undo(&asset));
+        const std::vector<std::string> added = make(asset, change);
+        EXPECT_EQ(digestOf(asset), after);
         EXPECT_TRUE(Vs::Transaction::undo(&asset));
         EXPECT_EQ(digestOf(asset), before);
         EXPECT_TRUE(Vs::Transaction::redo(&asset));

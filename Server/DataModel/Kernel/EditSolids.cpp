@@ -71,16 +71,29 @@ PlacedBody bodyOf(const Occurrence& occurrence)
     return body;
 }
 
+/// MadeShapes::Question::operation.
+int operationOf(const CombineEdit& edit)
+{
+    return static_cast<int>(edit.kind);
+}
+
+int operationOf(const BlendEdit& edit)
+{
+    constexpr int kBehindCombinations = 16;
+    return kBehindCombinations + static_cast<int>(edit.kind);
+}
+
 /// The faces of tools bring their colours along, but not that of the body they were of.
 void takeFaceColours(const Document& document, const TDF_Label& part, const std::vector<PlacedBody>& tools,
-                     const std::vector<TopLoc_Location>& places, const MadeShape& made)
+                     const MadeShapes::Answer& answer)
 {
     const Handle(XCAFDoc_ShapeTool) shapes = XCAFDoc_DocumentTool::ShapeTool(document->Main());
     const Handle(XCAFDoc_ColorTool) colours = XCAFDoc_DocumentTool::ColorTool(document->Main());
     const TopLoc_Location own = XCAFDoc_ShapeTool::GetShape(part).Location();
     for (size_t i = 0; i < tools.size(); ++i)
         for (const ShapeColours::Entry& entry : bodyColours(tools[i].part).entries) {
-            for (const TopoDS_Shape& each : made.successors(entry.part.Moved(places[i]))) {
+            for (const TopoDS_Shape& each :
+                 answer.made.successors(entry.part.Moved(answer.question.places[i]))) {
                 TDF_Label label;
                 if (each.ShapeType() == TopAbs_FACE && shapes->AddSubShape(part, each.Moved(own), label))
                     colours->SetColor(
@@ -106,7 +119,7 @@ void separate(const Document& document, const Occurrence& target, const std::vec
 
 } // namespace
 
-std::vector<std::string> apply(const Document& document, const CombineEdit& edit)
+std::vector<std::string> apply(const Document& document, const CombineEdit& edit, MadeShapes& known)
 {
     const Occurrence target(document, edit.target);
     PlacedBody body = bodyOf(target);
@@ -117,23 +130,27 @@ std::vector<std::string> apply(const Document& document, const CombineEdit& edit
         collectBodies(tool.label(), tool.parentPlace(), tools);
     }
     const gp_Trsf toTarget = body.place.Inverted();
-    // Kept, as the kernel takes shapes for the same only where their locations are the same objects.
-    std::vector<TopLoc_Location> places;
-    std::vector<TopoDS_Shape> shapes;
+    // The kernel takes shapes for the same only where their locations are the same objects: the answer's.
+    MadeShapes::Question question{operationOf(edit), 0, {solidShape(body)}, {}};
     for (const PlacedBody& tool : tools) {
-        places.emplace_back(toTarget * tool.place);
-        shapes.push_back(solidShape(tool).Moved(places.back()));
+        question.shapes.push_back(solidShape(tool));
+        question.places.emplace_back(toTarget * tool.place);
     }
-    const MadeShape made = combined(edit.kind, solidShape(body), shapes, body.name);
+    const MadeShapes::Answer& answer = known.make(question, [&](const MadeShapes::Question& asked) {
+        std::vector<TopoDS_Shape> placed;
+        for (size_t i = 0; i < asked.places.size(); ++i)
+            placed.push_back(asked.shapes[i + 1].Moved(asked.places[i]));
+        return combined(edit.kind, asked.shapes.front(), placed, body.name);
+    });
     separate(document, target, tools);
-    replaceShape(document, target.shown(), made.shape, made.successors);
-    takeFaceColours(document, target.shown(), tools, places, made);
+    replaceShape(document, target.shown(), answer.made.shape, answer.made.successors);
+    takeFaceColours(document, target.shown(), tools, answer);
     if (!edit.keepTools)
         removeOccurrences(document, edit.tools);
     return {};
 }
 
-std::vector<std::string> apply(const Document& document, const BlendEdit& edit)
+std::vector<std::string> apply(const Document& document, const BlendEdit& edit, MadeShapes& known)
 {
     struct Edges
     {
@@ -157,8 +174,14 @@ std::vector<std::string> apply(const Document& document, const BlendEdit& edit)
     }
     for (const auto& [entry, chosen] : parts) {
         const TDF_Label part = labelOf(document, entry);
-        const MadeShape made = blended(edit.kind, bodyShape(part),
-                                       {chosen.edges.cbegin(), chosen.edges.cend()}, edit.size, chosen.name);
+        const TopoDS_Shape body = bodyShape(part);
+        const std::vector<TopoDS_Shape> edges(chosen.edges.cbegin(), chosen.edges.cend());
+        MadeShapes::Question question{operationOf(edit), edit.size, edges, {}};
+        question.shapes.push_back(body);
+        const auto make = [&](const MadeShapes::Question&) {
+            return blended(edit.kind, body, edges, edit.size, chosen.name);
+        };
+        const MadeShape& made = known.make(question, make).made;
         replaceShape(document, part, made.shape, made.successors);
     }
     return {};

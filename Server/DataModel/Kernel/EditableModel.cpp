@@ -10,8 +10,16 @@ namespace Vs::Kernel {
 
 std::vector<std::string> EditableModel::edit(const ModelEdit& edit)
 {
-    return guarded(
-        [&] { return std::visit([&](const auto& each) { return apply(document(), each); }, edit); });
+    return guarded([&] {
+        return std::visit(
+            [&](const auto& each) {
+                if constexpr (requires { apply(document(), each, m_made); })
+                    return apply(document(), each, m_made);
+                else
+                    return apply(document(), each);
+            },
+            edit);
+    });
 }
 
 std::vector<std::string> EditableModel::paste(ModelKernel& source, const std::vector<std::string>& components)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Kernel/MadeShapes.h"
 #include "Server/DataModel/Kernel/XdeModel.h"
 
 namespace Vs::Kernel {
@@ -12,6 +13,9 @@ public:
     using XdeModel::XdeModel;
     std::vector<std::string> edit(const ModelEdit& edit) override;
     std::vector<std::string> paste(ModelKernel& source, const std::vector<std::string>& components) override;
+
+private:
+    MadeShapes m_made;
 };
 
 } // namespace Vs::Kernel

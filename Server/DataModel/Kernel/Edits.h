@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Kernel/MadeShapes.h"
 #include "Server/DataModel/Model/ModelEdit.h"
 
 #include <TDocStd_Document.hxx>
@@ -7,13 +8,15 @@
 namespace Vs::Kernel {
 
 // The kinds of ModelEdit. Each returns the ids of the components that it added, and throws
-// std::runtime_error or Standard_Failure.
+// std::runtime_error or Standard_Failure. `known` is what was made of this document's shapes lately.
 
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const MoveEdit& edit);
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CopyEdit& edit);
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const MirrorEdit& edit);
-std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CombineEdit& edit);
-std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const BlendEdit& edit);
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CombineEdit& edit,
+                               MadeShapes& known);
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const BlendEdit& edit,
+                               MadeShapes& known);
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const ColourEdit& edit);
 
 } // namespace Vs::Kernel

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Server/DataModel/Kernel/SolidTools.h"
+
+#include <TopLoc_Location.hxx>
+
+#include <functional>
+#include <list>
+#include <vector>
+
+namespace Vs::Kernel {
+
+/// What the kernel made of shapes lately. A preview that is kept, or shown again, asks for the same once
+/// more, which costs nothing then.
+class MadeShapes
+{
+public:
+    /// Everything that what is made depends on. The places are compared by where they are; what is made knows
+    /// the shapes at those that it was made with.
+    struct Question
+    {
+        int operation = 0; ///< Tells what is asked for from everything else that is.
+        double size = 0;
+        std::vector<TopoDS_Shape> shapes;
+        std::vector<TopLoc_Location> places;
+    };
+    struct Answer
+    {
+        Question question;
+        MadeShape made;
+    };
+
+    /// The known answer, or a new one. What `make` throws comes through, and is no answer.
+    const Answer& make(const Question& question, const std::function<MadeShape(const Question&)>& make);
+
+private:
+    static constexpr size_t kMost = 4;
+
+    std::list<Answer> m_answers; ///< The last one first.
+};
+
+} // namespace Vs::Kernel
