@@ -1,19 +1,14 @@
 // Sessions that are recorded and played again.
 
-#include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptReplay.h"
-#include "Server/Body/Body.h"
-#include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/Types/Uuid.h"
-#include "Tests/Commands/Navigation.h"
+#include "Tests/Commands/Recorded.h"
 #include "UI/Base/AssetSession.h"
-#include "UI/Base/FileDialog.h"
 
 #include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
 
 #include <random>
 
@@ -23,75 +18,10 @@ namespace {
 namespace fs = boost::filesystem;
 using Vs::TranscriptMgr;
 
-void describe(const Vs::Component& component, std::wostringstream& text)
-{
-    text << component.name << L' ' << component.visible;
-    for (const auto& row : component.placement.entry)
-        for (const double value : row)
-            text << L' ' << value;
-    if (component.body)
-        text << L" | " << component.body->mesh()->triangles.size() << L' '
-             << component.body->mesh()->positions.size();
-    text << L'\n';
-    for (const auto& child : component.children)
-        describe(*child, text);
-}
-
-class TranscriptTest : public CommandsTests::Navigation
+class TranscriptTest : public CommandsTests::Recorded
 {
 protected:
-    // Python knows the commands, and must go before they do.
-    static void TearDownTestSuite() { Vs::PythonManager::get()->shutdown(); }
-    void SetUp() override
-    {
-        WithProgram::SetUp();
-        emptyScratch(L"transcripts");
-    }
-    void TearDown() override
-    {
-        TranscriptMgr::get()->endRecording();
-        Navigation::TearDown();
-    }
-
-    static std::wstring file(const std::wstring& name) { return scratch(L"transcripts/" + name); }
-    static std::vector<std::string> linesOf(const std::wstring& name)
-    {
-        fs::ifstream stream{fs::path(file(name))};
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(stream, line);)
-            lines.push_back(line);
-        return lines;
-    }
-    static void record(const std::wstring& name) { answer(L"Transcripting.Start \"" + file(name) + L'"'); }
-    static void stop() { answer(L"Transcripting.Stop"); }
-    static void closeAll()
-    {
-        MessageBox::responder([](const MessageBox&) { return 1; });
-        if (documents() > 0)
-            run(L"Document.CloseAll");
-        MessageBox::responder(nullptr);
-    }
-
-    /// Model, selection and camera of the active session.
-    static std::wstring state()
-    {
-        if (!activeSession())
-            return L"nothing";
-        std::wostringstream text;
-        describe(*activeSession()->asset()->components(), text);
-        return text.str() + answer(L"Selection.List") + L'\n' + answer(L"Camera.Dump");
-    }
     static std::string narrowed(const std::wstring& text) { return Vs::Strings::narrow(text); }
-    /// What the file brings about in an empty program.
-    static std::wstring stateAfter(const std::wstring& name)
-    {
-        closeAll();
-        Vs::Status status;
-        TranscriptMgr::get()->replay(file(name), status, TranscriptMgr::typeOf(name));
-        run(L"");
-        EXPECT_TRUE(status.isOk()) << status.matchingError("");
-        return (status.isOk() ? L"" : status.toString() + L'\n') + state();
-    }
 };
 
 TEST_F(TranscriptTest, ASessionComesBackWithItsModelItsSelectionAndItsCamera)

@@ -314,9 +314,26 @@ std::wstring SelectionCommandInput::valueAsString() const
     for (const auto& selection : selectionSet().selections())
         if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
             logical && logical->asset() == asset)
-            paths.push_back(logical->path().toText(*asset));
+            paths.push_back(textOf(logical->path(), *asset));
     std::erase(paths, std::wstring());
     return valueOf(paths);
+}
+
+void SelectionCommandInput::modelWillChange()
+{
+    m_texts.clear();
+    const Vs::Asset* asset = assetOf(*this);
+    for (const auto& selection : selectionSet().selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+            logical && logical->asset() == asset)
+            m_texts.emplace_back(logical->path(), logical->path().toText(*asset));
+}
+
+std::wstring SelectionCommandInput::textOf(const Vs::ObjectPath& path, const Vs::Asset& asset) const
+{
+    const auto kept =
+        std::find_if(m_texts.begin(), m_texts.end(), [&](const auto& each) { return each.first == path; });
+    return kept == m_texts.end() ? path.toText(asset) : kept->second;
 }
 
 std::wstring SelectionCommandInput::valueOf(const std::vector<std::wstring>& paths)

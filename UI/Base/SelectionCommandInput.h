@@ -97,6 +97,8 @@ public:
     bool giveUpBand();
     void mouseUp(MouseEvent* event) override;
     void commandEnded() override;
+    /// Keeps the paths of the objects, which may be called otherwise or be gone afterwards.
+    void modelWillChange() override;
 
 protected:
     SelectionCommandInput(CommandInputSet* set, int number, Info* info);
@@ -123,7 +125,10 @@ private:
 
     bool isComplete() const;
 
+    std::wstring textOf(const Vs::ObjectPath& path, const Vs::Asset& asset) const;
+
     Vs::SelectionSet m_own;
+    std::vector<std::pair<Vs::ObjectPath, std::wstring>> m_texts; ///< From before the last change.
     Vs::SelectionSet* m_current = nullptr; ///< The session's; null if the input has its own.
     const Vs::SelectionFilter* m_filter = nullptr;
     Vs::ObjectKindFilter m_kinds; ///< What the user wants to pick.

@@ -217,6 +217,12 @@ void StateRecorder::currentSessionChanged(SessionEvent*)
     follow(SessionMgr::get()->activeAssetSession());
 }
 
+// The first one of a window becomes the current one before it is active.
+void StateRecorder::sessionPostActivateForAsset(SessionEvent*)
+{
+    follow(SessionMgr::get()->activeAssetSession());
+}
+
 void StateRecorder::sessionClosed(SessionEvent* event)
 {
     if (event->assetSession() == m_session)

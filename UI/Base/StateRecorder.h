@@ -43,6 +43,7 @@ private:
     static CameraState stateOf(const Vs::Scene::Camera& camera);
 
     void currentSessionChanged(SessionEvent* event) override;
+    void sessionPostActivateForAsset(SessionEvent* event) override;
     void sessionClosed(SessionEvent* event) override;
     void selectionSetChanged() override;
     void follow(AssetSession* session);

@@ -214,6 +214,9 @@ bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOp
         return false;
     }
     m_preview.reset();
+    if (const CommandInputSet* inputs = commandInputSet())
+        for (const auto& input : inputs->inputs())
+            input->modelWillChange();
     std::vector<Vs::Request*> requests{request};
     onPreExecuteRequest(requests, preview);
 

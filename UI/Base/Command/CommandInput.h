@@ -72,6 +72,8 @@ public:
 
     /// The command has ended; its session is still there. For the input set.
     virtual void commandEnded() {}
+    /// The command is about to change the model, in which nothing of its preview is left.
+    virtual void modelWillChange() {}
 
 protected:
     using EKind = CommandInputValueChangeEvent::EKind;

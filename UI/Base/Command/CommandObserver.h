@@ -27,6 +27,8 @@ struct CommandRun
     ETerminationReason reason = ETerminationReason::Commit;
     /// The definition didn't make the command.
     bool refused = false;
+    /// The command ended itself while it began: nobody could give its inputs a value.
+    bool endedAtOnce = false;
     /// How many runs of the same manager this one is inside; 0 for what the user, a line or a script called.
     int depth = 0;
 };

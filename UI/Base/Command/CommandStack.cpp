@@ -323,6 +323,7 @@ void CommandStack::end(CommandBase* command, ETerminationReason reason, Vs::Stat
     const bool wasActive = command->m_state == CommandState::Active;
     if (!wasActive && command->m_state != CommandState::Begun && command->m_state != CommandState::Suspended)
         return;
+    const bool atOnce = command->m_state == CommandState::Begun;
     UnderWay underWay(*this);
     {
         CommandInUse inUse(command);
@@ -337,19 +338,20 @@ void CommandStack::end(CommandBase* command, ETerminationReason reason, Vs::Stat
         std::erase(m_commands, command);
         m_emptied = m_emptied || m_commands.empty();
         m_alerts.clearBlockingAlerts();
-        leave(command, reason, status);
+        leave(command, reason, status, atOnce);
     }
     resumeTop();
     CommandEventSource::get()->fireCommandAvailabilitiesChanged();
 }
 
-void CommandStack::leave(CommandBase* command, ETerminationReason reason, Vs::Status& status)
+void CommandStack::leave(CommandBase* command, ETerminationReason reason, Vs::Status& status, bool atOnce)
 {
     command->m_state = CommandBase::State::Ended;
     guarded(status, [&] { command->onTerminate(reason); });
     guarded(status, [&] { command->onDestroy(reason); });
     if (command->m_observed) {
         CommandRun record{m_manager, command->m_definition, &command->m_context, command, &status, reason};
+        record.endedAtOnce = atOnce;
         record.depth = command->m_runDepth;
         tell(&ICommandObserver::after, record);
     }

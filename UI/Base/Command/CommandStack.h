@@ -69,7 +69,7 @@ private:
     void suspend(CommandBase* command);
     void resumeTop();
     void end(CommandBase* command, ETerminationReason reason, Vs::Status& status);
-    void leave(CommandBase* command, ETerminationReason reason, Vs::Status& status);
+    void leave(CommandBase* command, ETerminationReason reason, Vs::Status& status, bool atOnce = false);
     void tell(void (ICommandObserver::*what)(const CommandRun&), const CommandRun& run);
     void settle();
 

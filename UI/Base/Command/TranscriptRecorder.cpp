@@ -7,6 +7,7 @@
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/CommandStack.h"
@@ -48,11 +49,14 @@ bool isInteractive(const CommandRun& run)
     return run.command && !Vs::cast<SimpleCommand>(run.command);
 }
 
-/// Whether a mouse button held the command: what it has done is recorded by itself.
-bool isHeld(const CommandRun& run)
+/// Whether a person's mouse did all that the command did: what has become of the view is recorded by itself.
+bool isLedByMouse(const CommandRun& run)
 {
-    return isInteractive(run) && !run.command->commandInputSet() &&
-           run.context->commandAccessPoint() == ECommandAccessPoint::Canvas;
+    if (!isInteractive(run))
+        return false;
+    const bool held =
+        !run.command->commandInputSet() && run.context->commandAccessPoint() == ECommandAccessPoint::Canvas;
+    return held || run.command->onStackingCategory() == StackingCategory::cameraStackingCategory();
 }
 
 bool takesEntries()
@@ -82,10 +86,16 @@ bool TranscriptRecorder::isPart(const CommandRun& run) const
     return isInside(run) || (m_ownLine && !ForwardedRun::any());
 }
 
+// What runs later by itself will be recorded by itself.
+bool TranscriptRecorder::isHandedOn(const CommandRun& run) const
+{
+    return !isInteractive(run) && DeferredRuns::added() != m_deferredBeforeCommand;
+}
+
 bool TranscriptRecorder::isRecorded(const CommandRun& run) const
 {
     return run.command && run.reason == ETerminationReason::Commit && run.definition->scriptable() &&
-           !isPart(run) && !isHeld(run) && !isOneOf(run.definition, kEnding);
+           !isPart(run) && !isLedByMouse(run) && !isOneOf(run.definition, kEnding) && !isHandedOn(run);
 }
 
 void TranscriptRecorder::write(const std::wstring& line)
@@ -101,6 +111,7 @@ void TranscriptRecorder::before(const CommandRun& run)
         return;
     if (m_around.before)
         m_around.before();
+    m_deferredBeforeCommand = DeferredRuns::added();
     // The command may change what an object is called by, or take it away.
     m_objects.clear();
     const CommandContext& context = *run.context;
@@ -111,7 +122,7 @@ void TranscriptRecorder::before(const CommandRun& run)
 
 void TranscriptRecorder::after(const CommandRun& run)
 {
-    if (!takesEntries() || isPart(run) || isHeld(run))
+    if (!takesEntries() || isPart(run) || isLedByMouse(run))
         return;
     std::wstring line;
     const CommandBase* tool = run.manager ? run.manager->activeCommand() : nullptr;
@@ -119,8 +130,9 @@ void TranscriptRecorder::after(const CommandRun& run)
     if (isRecorded(run) && !steps) {
         line = lineOf(run, m_objects);
         write(line);
-        for (const std::wstring& input : inputLinesOf(*run.command))
-            Vs::writeTranscriptLine(input);
+        if (!run.endedAtOnce)
+            for (const std::wstring& input : inputLinesOf(*run.command))
+                Vs::writeTranscriptLine(input);
         m_forwarded = true;
     }
     if (m_around.after)
@@ -143,7 +155,6 @@ void TranscriptRecorder::after(const Vs::TextCommand& command, const Vs::TextCom
     if (!std::exchange(m_ownLine, false) || !takesEntries())
         return;
     std::wstring line;
-    // What runs later by itself will be recorded by itself.
     if (result.first == 0 && !m_forwarded && DeferredRuns::added() == m_deferredBefore) {
         line = command.area() + L'.' + command.name();
         for (unsigned i = 0; i < parameters.parameters(); ++i)

@@ -50,13 +50,16 @@ private:
     /// Whether what runs is part of something that is written as a whole.
     bool isPart(const CommandRun& run) const;
     bool isRecorded(const CommandRun& run) const;
+    /// Whether the command did nothing but queue another one.
+    bool isHandedOn(const CommandRun& run) const;
     void write(const std::wstring& line);
 
     Around m_around;
-    Texts m_objects;                    ///< As they were called before the command.
-    bool m_ownLine = false;             ///< A text command runs that is written as it was called.
-    bool m_forwarded = false;           ///< A command of it was written.
-    unsigned long m_deferredBefore = 0; ///< Before that text command.
+    Texts m_objects;                           ///< As they were called before the command.
+    bool m_ownLine = false;                    ///< A text command runs that is written as it was called.
+    bool m_forwarded = false;                  ///< A command of it was written.
+    unsigned long m_deferredBefore = 0;        ///< Before that text command.
+    unsigned long m_deferredBeforeCommand = 0; ///< Before the command that isn't part of another one.
 };
 
 } // namespace Vu

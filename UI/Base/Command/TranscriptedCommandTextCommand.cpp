@@ -49,8 +49,6 @@ const TranscriptedCommandTextCommand* TranscriptedCommandTextCommand::of(const s
 bool TranscriptedCommandTextCommand::repeats(const std::vector<std::wstring>& parameters,
                                              const CommandContext& context) const
 {
-    if (parameters.empty())
-        return true;
     CommandContext made = CommandContext::emptyContext();
     try {
         // It fills the context that it is given; what it says of the run beside that is asked anew each time.

@@ -1,6 +1,7 @@
 // The lines of the subject area "Design" that change what is there: each runs an editing command with its
 // parameters as arguments, and to its end.
 
+#include "Server/Base/Exception.h"
 #include "Server/Base/TextCommand.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
@@ -16,7 +17,6 @@ namespace Vu::Design {
 namespace {
 
 using Vs::TextCommandParameters;
-using Vs::TextCommandResult;
 
 constexpr const wchar_t* kArea = L"Design";
 
@@ -86,17 +86,12 @@ public:
     {
     }
 
-    TextCommandResult execute(const TextCommandParameters& parameters) override
-    {
-        if (parameters.parameters() < kLine.least ||
-            (!kLine.rest && parameters.parameters() > kLine.places.size()))
-            return {1, std::wstring(L"Usage: ") + kArea + L"." + kLine.name + L" " + kLine.help};
-        return TranscriptedCommandTextCommand::execute(parameters);
-    }
-
 protected:
     void fillContext(const TextCommandParameters& parameters, CommandContext& context) override
     {
+        if (parameters.parameters() < kLine.least ||
+            (!kLine.rest && parameters.parameters() > kLine.places.size()))
+            throw Vs::Exception(std::wstring(L"Usage: ") + kArea + L"." + kLine.name + L" " + kLine.help);
         std::vector<std::wstring> rest;
         for (unsigned i = 0; i < parameters.parameters(); ++i)
             if (kLine.rest && i + 1 >= kLine.places.size())
