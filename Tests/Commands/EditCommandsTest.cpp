@@ -1,7 +1,8 @@
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyProperties.h"
-#include "Tests/Commands/EditComponents.h"
+#include "Tests/Commands/InCanvas.h"
 
+#include <cmath>
 #include <numbers>
 
 namespace {
@@ -206,6 +207,51 @@ TEST_F(EditCommandsTest, APreviewOfARoundingIsMadeOfTheBodyAsItWas)
     EXPECT_NEAR(volume(L"Box3"), 27 - (1 - std::numbers::pi / 4) * 3, 1e-4);
     answer(L"VuCommands.UndoCmd");
     EXPECT_DOUBLE_EQ(volume(L"Box3"), 27);
+}
+
+class EditInTheCanvas : public CommandsTests::InCanvas
+{
+protected:
+    /// What is lit when the pointer comes to that place of the model from nowhere.
+    std::wstring lit(const GkPoint3d& place)
+    {
+        QTest::mouseMove(canvas, nowhere());
+        settle();
+        const Vs::Scene::Projection projection(*camera(), canvas->width(), canvas->height());
+        const GkPoint3d shown = projection.worldToScreen(place);
+        QTest::mouseMove(canvas, {int(std::lround(shown.x)), int(std::lround(canvas->height() - shown.y))});
+        settle();
+        return lit();
+    }
+    /// What is lit, if it is one thing.
+    static std::wstring lit()
+    {
+        const auto& pointed = activeSession()->selectionManager()->highlightSet().selections();
+        const auto* logical =
+            pointed.size() == 1 ? Vs::cast<Vs::LogicalSelection>(pointed.front().get()) : nullptr;
+        return logical ? logical->path().toText(*asset()) : std::wstring();
+    }
+    static size_t faces() { return path(L"Box3").resolve(*asset(), s_ignored)->body->mesh()->faces.size(); }
+
+    static inline Vs::Status s_ignored;
+};
+
+TEST_F(EditInTheCanvas, AnEdgeThatIsPointedAtIsThatOfTheBodyAsItWasAndIsForgottenWithTheBody)
+{
+    answer(L"Commands.Start FilletCommand");
+    const GkPoint3d left{10, 0, 1.5}, right{13, 0, 1.5};
+    const std::wstring first = lit(left), second = lit(right);
+    ASSERT_NE(first, L"");
+    ASSERT_NE(second, L"");
+    answer(L"Commands.SetInput Edges " + first);
+    QTest::mouseMove(canvas, nowhere());
+    settle();
+    EXPECT_EQ(faces(), 7u);
+    EXPECT_EQ(lit(right), second);
+    EXPECT_EQ(faces(), 6u); // as long as the pointer is there
+    answer(L"Commands.Commit");
+    EXPECT_EQ(faces(), 7u);
+    EXPECT_NE(lit(), second);
 }
 
 } // namespace

@@ -400,36 +400,35 @@ std::wstring SelectionCommandInput::whyRefused(const std::wstring& text) const
 
 void SelectionCommandInput::mouseMove(MouseEvent* event)
 {
-    Vs::SelectionMgr* selection = pickingManager();
-    if (!selection)
+    if (!pickingManager())
         return;
     CommandInUse inUse(commandInputSet()->command());
-    const Vs::StrongRef<Vs::Selection> pointed = under(*event);
-    if (!pointed) {
-        if (selection->highlightSet().clear())
-            preselect(nullptr);
-    } else if (!selection->highlightSet().contains(*pointed)) {
-        selection->highlightSet().clear();
-        selection->highlightSet().add(pointed);
-        preselect(pointed);
-    }
+    // A command may take its preview back when it hears of it, and then something else is there.
+    if (pointAt(under(*event)) && pickingManager())
+        pointAt(under(*event));
 }
 
-void SelectionCommandInput::preselect(const Vs::StrongRef<Vs::Selection>& selection)
+bool SelectionCommandInput::pointAt(const Vs::StrongRef<Vs::Selection>& selection)
 {
+    Vs::SelectionSet& lit = pickingManager()->highlightSet();
+    if (selection ? lit.contains(*selection) : lit.empty() && !m_pointing)
+        return false;
+    lit.clear();
+    if (selection)
+        lit.add(selection);
+    m_pointing = selection != nullptr;
     SelectionInputPreselectionEvent event(this, selection.get());
     commandInputSet()->fire(&event);
+    return true;
 }
 
 void SelectionCommandInput::mouseDragBegin(MouseEvent* event)
 {
     m_dragged = true;
-    Vs::SelectionMgr* selection = m_pressed && !m_exactly ? pickingManager() : nullptr;
-    if (!selection || event->button() != kLeftButton || !event->canvas())
+    if (!m_pressed || m_exactly || !pickingManager() || event->button() != kLeftButton || !event->canvas())
         return;
     m_band = std::make_unique<RubberBand>(*event);
-    if (selection->highlightSet().clear())
-        preselect(nullptr);
+    pointAt(nullptr);
 }
 
 void SelectionCommandInput::mouseDrag(MouseEvent* event)

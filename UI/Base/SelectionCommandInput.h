@@ -118,7 +118,8 @@ private:
     /// Null while nothing may be picked.
     Vs::SelectionMgr* pickingManager() const;
     bool accepts(const Vs::StrongRef<Vs::Selection>& selection) const;
-    void preselect(const Vs::StrongRef<Vs::Selection>& selection);
+    /// Lights what the pointer is at, null for nothing, and tells of it; false if that is lit already.
+    bool pointAt(const Vs::StrongRef<Vs::Selection>& selection);
     /// What a click there would take; null for nothing.
     Vs::StrongRef<Vs::Selection> under(const MouseEvent& event);
     Vs::StrongRef<Vs::Selection> componentOrPart(const Selections& objects, bool adds) const;
@@ -139,6 +140,7 @@ private:
     bool m_clearAtEnd = true;
     bool m_required = true;
     bool m_preferred = false; ///< Was made current.
+    bool m_pointing = false;  ///< Was told that the pointer is at something.
     bool m_pressed = false;   ///< The button went down while the input was current.
     bool m_dragged = false;   ///< The button that is down has dragged, so that its release is no click.
 };

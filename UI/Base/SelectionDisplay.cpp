@@ -1,6 +1,7 @@
 #include "UI/Base/SelectionDisplay.h"
 
 #include "Server/Base/Status.h"
+#include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/NodeChange.h"
@@ -43,6 +44,7 @@ void SelectionDisplay::assetComponentsChanged(Vs::ComponentsEvent* event)
         return;
     dropStale(m_selection->selectionSet());
     dropStale(m_selection->highlightSet());
+    dropPointed(event->changes());
     // The nodes of what stays may be others now.
     m_selected.light();
     m_collected.light();
@@ -59,6 +61,22 @@ void SelectionDisplay::dropStale(Vs::SelectionSet& set)
     auto left = set.selections();
     if (std::erase_if(left, isStale) > 0)
         set.replace(left);
+}
+
+// Parts are told by their numbers, and the same number may mean another part of a body that has changed.
+void SelectionDisplay::dropPointed(const Vs::ComponentsEvent::Changes& changes)
+{
+    const auto isOfChanged = [&](const Vs::StrongRef<Vs::Selection>& selection) {
+        const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+        return logical && logical->path().isPartOfBody() &&
+               std::any_of(changes.changed.begin(), changes.changed.end(),
+                           [&](const Vs::Component* component) {
+                               return component->id == logical->path().component;
+                           });
+    };
+    auto left = m_selection->highlightSet().selections();
+    if (std::erase_if(left, isOfChanged) > 0)
+        m_selection->highlightSet().replace(left);
 }
 
 void SelectionDisplay::show(Node* node) const

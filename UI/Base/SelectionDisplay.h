@@ -59,6 +59,7 @@ private:
     void assetComponentsChanged(Vs::ComponentsEvent* event) override;
     Vs::Scene::SceneAssetAdapter* scene() const;
     void dropStale(Vs::SelectionSet& set);
+    void dropPointed(const Vs::ComponentsEvent::Changes& changes);
     void show(Rendra::Graphics::Node* node) const;
 
     Vs::Asset* m_asset;
