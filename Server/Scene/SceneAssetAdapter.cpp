@@ -153,7 +153,7 @@ void SceneAssetAdapter::addBranch(const Component& component, Entry& parent)
         return;
     Entry& entry = inserted->second;
     entry.parent = &parent;
-    parent.children.push_back(&inserted->first);
+    parent.children.insert(&inserted->first);
     if (component.body && component.children.empty())
         entry.node = BodyNode::make(nullptr, component.body->colour());
     else
@@ -223,7 +223,7 @@ void SceneAssetAdapter::removeBranch(const std::string& id)
         return;
     Entry& parent = *found->second.parent;
     NodeChange(parent.node.get()).remove(found->second.node.get());
-    std::erase(parent.children, &found->first);
+    parent.children.erase(&found->first);
     forget(id);
 }
 
@@ -232,7 +232,7 @@ void SceneAssetAdapter::forget(const std::string& id)
     const auto found = m_entries.find(id);
     if (found == m_entries.end())
         return;
-    const std::vector<const std::string*> children = std::move(found->second.children);
+    const std::unordered_set<const std::string*> children = std::move(found->second.children);
     for (const std::string* child : children)
         forget(*child);
     m_ids.erase(found->second.node.get());

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Vs {
@@ -50,10 +51,10 @@ public:
 private:
     struct Entry
     {
-        StrongRef<Rendra::Graphics::Node> node;     ///< A BodyNode for a part, else a GroupNode.
-        StrongRef<Rendra::Graphics::BodyNode> body; ///< `node` itself, or below it; null without a body.
-        Entry* parent = nullptr;                    ///< Null for the root.
-        std::vector<const std::string*> children;   ///< Their ids, as in the keys of m_entries.
+        StrongRef<Rendra::Graphics::Node> node;          ///< A BodyNode for a part, else a GroupNode.
+        StrongRef<Rendra::Graphics::BodyNode> body;      ///< `node` itself, or below it; null without a body.
+        Entry* parent = nullptr;                         ///< Null for the root.
+        std::unordered_set<const std::string*> children; ///< Their ids, as in the keys of m_entries.
     };
 
     void assetComponentsChanged(ComponentsEvent* event) override;

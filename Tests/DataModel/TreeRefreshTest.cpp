@@ -62,6 +62,33 @@ void expectUpToDate(const Asset& asset)
         ASSERT_EQ(asset.findComponent(component->id), component);
 }
 
+size_t count(const std::vector<PartTree::Node>& nodes)
+{
+    size_t all = nodes.size();
+    for (const PartTree::Node& node : nodes)
+        all += count(node.children);
+    return all;
+}
+
+/// What a save writes, and what another model is given, is what is seen, though steps that were undone or can
+/// be are still known.
+void expectWrittenAsSeen(const Asset& asset)
+{
+    std::ostringstream stream;
+    std::vector<std::string> roots;
+    for (const auto& child : asset.components()->children)
+        roots.push_back(child->id);
+    const auto other = ModelKernel::create();
+    asset.data().source().withKernel([&](ModelKernel& kernel) {
+        kernel.write(stream);
+        other->paste(kernel, roots);
+    });
+    const PartTree tree = ModelKernel::read(stream.str())->tree();
+    ASSERT_EQ(asText(*asset.components()), asText(tree, tree.roots));
+    ASSERT_EQ(count(other->tree().roots), count(tree.roots));
+    ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset));
+}
+
 class TreeRefreshTest : public EditTest
 {
 protected:
@@ -115,6 +142,9 @@ TEST_F(TreeRefreshTest, AfterAnyChangeTheTreeIsThatOfTheData)
             ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "undo after " << number;
         while (random() % 3 == 0 && Transaction::redo(&asset))
             ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "redo after " << number;
+        if (random() % 8 == 0) {
+            ASSERT_NO_FATAL_FAILURE(expectWrittenAsSeen(asset)) << "written after " << number;
+        }
     }
 }
 

@@ -142,6 +142,22 @@ std::vector<std::string> apply(const Document& document, const MirrorEdit& edit)
     return added;
 }
 
+std::optional<std::vector<TDF_Label>> movedAlone(const Document& document, const MoveEdit& edit)
+{
+    std::vector<TDF_Label> labels;
+    for (const Occurrence& occurrence : topmostOccurrences(document, edit.components)) {
+        if (occurrence.isRootAssembly()) {
+            const TDF_LabelSequence components = componentsOf(occurrence.label());
+            labels.insert(labels.end(), components.begin(), components.end());
+        } else if (XCAFDoc_ShapeTool::IsReference(occurrence.label())) {
+            labels.push_back(occurrence.label());
+        } else {
+            return std::nullopt;
+        }
+    }
+    return labels;
+}
+
 std::vector<std::string> apply(const Document& document, const MoveEdit& edit)
 {
     const gp_Trsf motion = toMotion(edit.motion);

@@ -4,6 +4,7 @@
 #include "Server/DataModel/Kernel/Guarded.h"
 #include "Server/DataModel/Kernel/XdePaste.h"
 
+#include <optional>
 #include <stdexcept>
 
 namespace Vs::Kernel {
@@ -11,6 +12,7 @@ namespace Vs::Kernel {
 std::vector<std::string> EditableModel::edit(const ModelEdit& edit)
 {
     return guarded([&] {
+        prepare(edit);
         return std::visit(
             [&](const auto& each) {
                 if constexpr (requires { apply(document(), each, m_made); })
@@ -22,12 +24,32 @@ std::vector<std::string> EditableModel::edit(const ModelEdit& edit)
     });
 }
 
+void EditableModel::prepare(const ModelEdit& edit)
+{
+    const auto* move = std::get_if<MoveEdit>(&edit);
+    const auto labels = move ? movedAlone(document(), *move) : std::nullopt;
+    if (!labels)
+        transaction().beginKernel();
+    else
+        for (const TDF_Label& label : *labels)
+            transaction().note(label);
+}
+
 std::vector<std::string> EditableModel::paste(ModelKernel& source, const std::vector<std::string>& components)
 {
-    const auto* other = dynamic_cast<const XdeModel*>(&source);
+    auto* other = dynamic_cast<EditableModel*>(&source);
     if (!other)
         throw std::runtime_error("the other model is of another kernel");
-    return guarded([&] { return pasteOccurrences(document(), other->document(), components); });
+    return guarded([&] {
+        transaction().beginKernel();
+        std::vector<std::string> added;
+        const auto work = [&] { added = pasteOccurrences(document(), other->document(), components); };
+        if (other == this)
+            work();
+        else
+            other->transaction().withoutRemoved(work);
+        return added;
+    });
 }
 
 } // namespace Vs::Kernel

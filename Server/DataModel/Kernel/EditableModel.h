@@ -15,6 +15,8 @@ public:
     std::vector<std::string> paste(ModelKernel& source, const std::vector<std::string>& components) override;
 
 private:
+    void prepare(const ModelEdit& edit);
+
     MadeShapes m_made;
 };
 

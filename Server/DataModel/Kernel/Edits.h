@@ -3,7 +3,11 @@
 #include "Server/DataModel/Kernel/MadeShapes.h"
 #include "Server/DataModel/Model/ModelEdit.h"
 
+#include <TDF_Label.hxx>
 #include <TDocStd_Document.hxx>
+
+#include <optional>
+#include <vector>
 
 namespace Vs::Kernel {
 
@@ -18,5 +22,9 @@ std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const 
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const BlendEdit& edit,
                                MadeShapes& known);
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const ColourEdit& edit);
+
+/// The labels of which a move changes nothing but the place; nothing if it changes more.
+std::optional<std::vector<TDF_Label>> movedAlone(const Handle(TDocStd_Document) & document,
+                                                 const MoveEdit& edit);
 
 } // namespace Vs::Kernel

@@ -45,15 +45,19 @@ void TouchedLabels::add(const TDF_Label& label, const Standard_GUID& attribute)
         return;
     // All occurrences of a part hang together: the neighbours of one that comes or goes don't change.
     const bool content = attribute != XCAFDoc::ShapeRefGUID();
-    const auto note = [&](const TDF_Label& place) { m_places[entryOf(place)] |= content; };
     if (label.Depth() == kPart) {
-        note(label);
+        add(label, content);
         return;
     }
     const TDF_Label occurrence = ancestor(label, kOccurrence);
-    note(occurrence);
+    add(occurrence, content);
     if (!XCAFDoc_ShapeTool::IsComponent(occurrence))
-        note(part);
+        add(part, content);
+}
+
+void TouchedLabels::add(const TDF_Label& label, bool content)
+{
+    m_places[entryOf(label)] |= content;
 }
 
 std::vector<TouchedPlace> TouchedLabels::take()

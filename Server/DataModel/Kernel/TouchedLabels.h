@@ -13,6 +13,8 @@ class TouchedLabels
 {
 public:
     void add(const Handle(TDF_Delta) & delta);
+    /// A part or an occurrence. `content`: TouchedPlace::content.
+    void add(const TDF_Label& label, bool content);
     std::vector<TouchedPlace> take();
     void clear() { m_places.clear(); }
 

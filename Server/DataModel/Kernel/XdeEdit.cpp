@@ -1,5 +1,6 @@
 #include "Server/DataModel/Kernel/XdeEdit.h"
 
+#include "Server/DataModel/Kernel/LabelState.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include <TDF_LabelSequence.hxx>
@@ -18,7 +19,7 @@ namespace {
 
 bool isThere(const TDF_Label& label)
 {
-    return !label.IsNull() && XCAFDoc_ShapeTool::IsShape(label);
+    return !label.IsNull() && XCAFDoc_ShapeTool::IsShape(label) && !isRemoved(label);
 }
 
 /// Whether all labels are still there from the root to the component.
@@ -29,20 +30,6 @@ bool isWhole(const Handle(TDocStd_Document) & document, const std::string& compo
         if (!isThere(labelOf(document, entry)))
             return false;
     return true;
-}
-
-void removeOccurrence(const TDF_Label& label)
-{
-    TDF_Label part;
-    TDF_LabelSequence inside;
-    if (!XCAFDoc_ShapeTool::GetReferredShape(label, part))
-        XCAFDoc_ShapeTool::GetComponents(label, inside);
-    for (const TDF_Label& each : inside)
-        removeOccurrence(each);
-    label.ForgetAllAttributes(true);
-    // A part that nothing refers to any more would be shown by itself.
-    if (!part.IsNull() && XCAFDoc_ShapeTool::IsFree(part))
-        removeOccurrence(part);
 }
 
 } // namespace
@@ -72,15 +59,35 @@ void showOccurrence(const TDF_Label& label, bool visible)
         colours->SetVisibility(part, true);
 }
 
+void removeOccurrence(const TDF_Label& label)
+{
+    TDF_Label part;
+    TDF_LabelSequence inside;
+    if (!XCAFDoc_ShapeTool::GetReferredShape(label, part))
+        XCAFDoc_ShapeTool::GetComponents(label, inside);
+    for (const TDF_Label& each : inside)
+        removeOccurrence(each);
+    label.ForgetAllAttributes(true);
+    // A part that nothing refers to any more would be shown by itself.
+    if (!part.IsNull() && XCAFDoc_ShapeTool::IsFree(part))
+        removeOccurrence(part);
+}
+
 // Assemblies go before what is in them: that is passed over then, though it may stand in others as well.
-void removeOccurrences(const Handle(TDocStd_Document) & document, std::vector<std::string> components)
+void eachToRemove(const Handle(TDocStd_Document) & document, std::vector<std::string> components,
+                  const std::function<void(const TDF_Label&)>& remove)
 {
     const auto depth = [](const std::string& id) { return std::count(id.begin(), id.end(), '/'); };
     std::stable_sort(components.begin(), components.end(),
                      [&](const auto& a, const auto& b) { return depth(a) < depth(b); });
     for (const std::string& component : components)
         if (isWhole(document, component))
-            removeOccurrence(occurrenceLabel(document, component));
+            remove(occurrenceLabel(document, component));
+}
+
+void removeOccurrences(const Handle(TDocStd_Document) & document, const std::vector<std::string>& components)
+{
+    eachToRemove(document, components, removeOccurrence);
 }
 
 } // namespace Vs::Kernel

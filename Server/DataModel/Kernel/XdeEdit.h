@@ -3,6 +3,7 @@
 #include <TDF_Label.hxx>
 #include <TDocStd_Document.hxx>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,16 @@ void renameOccurrence(const TDF_Label& label, const std::wstring& name);
 /// Shows or hides what stands on the label.
 void showOccurrence(const TDF_Label& label, bool visible);
 
-/// Removes components (Component::id), and the shapes that nothing refers to any more. Those that are gone,
-/// or go with another one, are passed over. The shapes of the assemblies that held them are left stale.
-void removeOccurrences(const Handle(TDocStd_Document) & document, std::vector<std::string> components);
+/// Removes what stands on the label, and the shapes that nothing refers to any more. The shapes of the
+/// assemblies that held it are left stale.
+void removeOccurrence(const TDF_Label& label);
+
+/// Gives the labels of components (Component::id) one after the other, to be removed at once. Those that are
+/// gone, or have gone with another one, are passed over.
+void eachToRemove(const Handle(TDocStd_Document) & document, std::vector<std::string> components,
+                  const std::function<void(const TDF_Label&)>& remove);
+
+/// Removes components that way.
+void removeOccurrences(const Handle(TDocStd_Document) & document, const std::vector<std::string>& components);
 
 } // namespace Vs::Kernel

@@ -21,8 +21,6 @@
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
 #include <Standard_Failure.hxx>
-#include <TDF_Data.hxx>
-#include <TDF_Delta.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
@@ -37,7 +35,6 @@
 #include <mutex>
 #include <ostream>
 #include <stdexcept>
-#include <utility>
 
 namespace Vs::Kernel {
 
@@ -88,16 +85,6 @@ private:
     }
 };
 
-class XdeChange : public ModelChange
-{
-public:
-    explicit XdeChange(Handle(TDF_Delta) delta) : m_delta(std::move(delta)) {}
-    const Handle(TDF_Delta) & delta() const { return m_delta; }
-
-private:
-    Handle(TDF_Delta) m_delta;
-};
-
 TDF_Label bodyLabel(const Handle(TDocStd_Document) & document, const std::string& entry)
 {
     const TDF_Label label = labelOf(document, entry);
@@ -125,7 +112,7 @@ XdeModel::XdeModel()
 {
     const std::lock_guard lock(applicationMutex());
     application()->NewDocument("BinXCAF", m_document);
-    m_open.Initialize(m_document->GetData());
+    m_transaction.document(m_document);
 }
 
 XdeModel::XdeModel(std::string_view bytes)
@@ -138,7 +125,7 @@ XdeModel::XdeModel(std::string_view bytes)
         if (status != PCDM_RS_OK || m_document.IsNull())
             throw std::runtime_error("the model's data can't be read (reason " + std::to_string(status) +
                                      ")");
-        m_open.Initialize(m_document->GetData());
+        m_transaction.document(m_document);
     });
 }
 
@@ -151,33 +138,34 @@ XdeModel::~XdeModel()
 
 void XdeModel::write(std::ostream& stream)
 {
-    guarded([&] {
-        if (std::exchange(m_assembliesStale, false))
-            XCAFDoc_DocumentTool::ShapeTool(m_document->Main())->UpdateAssemblies();
-        const std::lock_guard lock(applicationMutex());
-        // Normals that came with triangles can't be had again from anywhere else.
-        const auto driver =
-            Handle(BinDrivers_DocumentStorageDriver)::DownCast(application()->WriterFromFormat("BinXCAF"));
-        if (!driver.IsNull())
-            driver->SetWithNormals(application()->MessageDriver(), true);
-        const PCDM_StoreStatus status = application()->SaveAs(m_document, stream);
-        if (status != PCDM_SS_OK || !stream)
-            throw std::runtime_error("the model's data can't be written (reason " + std::to_string(status) +
-                                     ")");
-    });
+    guarded([&] { m_transaction.withoutRemoved([&] { writeDocument(stream); }); });
+}
+
+void XdeModel::writeDocument(std::ostream& stream)
+{
+    m_transaction.updateAssemblies();
+    const std::lock_guard lock(applicationMutex());
+    // Normals that came with triangles can't be had again from anywhere else.
+    const auto driver =
+        Handle(BinDrivers_DocumentStorageDriver)::DownCast(application()->WriterFromFormat("BinXCAF"));
+    if (!driver.IsNull())
+        driver->SetWithNormals(application()->MessageDriver(), true);
+    const PCDM_StoreStatus status = application()->SaveAs(m_document, stream);
+    if (status != PCDM_SS_OK || !stream)
+        throw std::runtime_error("the model's data can't be written (reason " + std::to_string(status) + ")");
 }
 
 PartTree XdeModel::tree()
 {
     return guarded([&] {
-        m_touched.clear();
+        m_transaction.touched().clear();
         return readXdeTree(m_document).tree;
     });
 }
 
 std::vector<TouchedPlace> XdeModel::takeTouched()
 {
-    return m_touched.take();
+    return m_transaction.touched().take();
 }
 
 PartTree XdeModel::branch(const std::string& entry, bool deep)
@@ -294,6 +282,7 @@ std::string XdeModel::addPrimitive(Primitive kind, const double (&sizes)[3], con
                                    const std::wstring& name, const std::optional<Colour>& colour)
 {
     return guarded([&] {
+        m_transaction.beginKernel();
         const Handle(XCAFDoc_ShapeTool) tool = XCAFDoc_DocumentTool::ShapeTool(m_document->Main());
         const TDF_Label part = tool->AddShape(primitive(kind, sizes), false, false);
         setName(part, name);
@@ -317,6 +306,7 @@ void XdeModel::insert(ModelKernel& other)
     if (!source)
         throw std::runtime_error("the other model is of another kernel");
     guarded([&] {
+        m_transaction.beginKernel();
         TDF_LabelSequence roots;
         XCAFDoc_DocumentTool::ShapeTool(source->m_document->Main())->GetFreeShapes(roots);
         if (!XCAFDoc_Editor::Extract(roots, XCAFDoc_DocumentTool::ShapesLabel(m_document->Main())))
@@ -331,19 +321,29 @@ std::vector<std::string> XdeModel::paste(ModelKernel&, const std::vector<std::st
 
 void XdeModel::rename(const std::string& component, const std::wstring& name)
 {
-    guarded([&] { renameOccurrence(occurrenceLabel(m_document, component), name); });
+    guarded([&] {
+        const TDF_Label label = occurrenceLabel(m_document, component);
+        m_transaction.note(label);
+        renameOccurrence(label, name);
+    });
 }
 
 void XdeModel::remove(const std::vector<std::string>& components)
 {
-    guarded([&] { removeOccurrences(m_document, components); });
+    guarded([&] { m_transaction.remove(components); });
 }
 
 void XdeModel::setVisible(const std::vector<std::string>& components, bool visible)
 {
     guarded([&] {
-        for (const std::string& component : components)
-            showOccurrence(occurrenceLabel(m_document, component), visible);
+        for (const std::string& component : components) {
+            const TDF_Label label = occurrenceLabel(m_document, component);
+            TDF_Label part;
+            m_transaction.note(label);
+            if (XCAFDoc_ShapeTool::GetReferredShape(label, part))
+                m_transaction.note(part);
+            showOccurrence(label, visible);
+        }
     });
 }
 
@@ -354,42 +354,22 @@ std::vector<std::string> XdeModel::edit(const ModelEdit&)
 
 void XdeModel::begin()
 {
-    m_open.Open();
+    m_transaction.begin();
 }
 
 std::unique_ptr<ModelChange> XdeModel::commit()
 {
-    return guarded([&]() -> std::unique_ptr<ModelChange> {
-        const Handle(TDF_Delta) delta = m_open.Commit(true);
-        if (delta.IsNull())
-            return nullptr;
-        m_touched.add(delta);
-        m_assembliesStale = true;
-        if (!delta->IsEmpty())
-            return std::make_unique<XdeChange>(delta);
-        // What was touched and is as before has moved the kernel's clock, by which older changes are known.
-        m_document->GetData()->Undo(delta, false);
-        return nullptr;
-    });
+    return guarded([&] { return m_transaction.commit(); });
 }
 
 void XdeModel::abort()
 {
-    m_open.Abort();
+    m_transaction.abort();
 }
 
 std::unique_ptr<ModelChange> XdeModel::revert(const ModelChange& change)
 {
-    return guarded([&] {
-        const Handle(TDF_Delta)& delta = static_cast<const XdeChange&>(change).delta();
-        const Handle(TDF_Data) data = m_document->GetData();
-        if (!delta->IsApplicable(data->Time()))
-            throw std::runtime_error("the model was changed since in a way that can't be taken back");
-        m_assembliesStale = true;
-        auto opposite = std::make_unique<XdeChange>(data->Undo(delta, true));
-        m_touched.add(delta);
-        return opposite;
-    });
+    return guarded([&] { return m_transaction.revert(change); });
 }
 
 } // namespace Vs::Kernel

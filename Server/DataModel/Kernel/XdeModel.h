@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Server/DataModel/Kernel/TouchedLabels.h"
+#include "Server/DataModel/Kernel/XdeTransaction.h"
 #include "Server/DataModel/Model/ModelKernel.h"
 
-#include <TDF_Transaction.hxx>
 #include <TDocStd_Document.hxx>
 #include <TopoDS_Shape.hxx>
 
@@ -15,8 +14,7 @@ namespace Vs::Kernel {
 
 class SubShapes;
 
-/// An asset's model as an XDE document: labels of shapes with names, colours and places, and the kernel's own
-/// transactions with deltas.
+/// An asset's model as an XDE document: labels of shapes with names, colours and places.
 class XdeModel : public ModelKernel
 {
 public:
@@ -52,15 +50,17 @@ public:
     void abort() override;
     std::unique_ptr<ModelChange> revert(const ModelChange& change) override;
 
+protected:
+    XdeTransaction& transaction() { return m_transaction; }
+
 private:
+    void writeDocument(std::ostream& stream);
     const SubShapes& subShapes(const std::string& entry);
     /// Null if one isn't there.
     TopoDS_Shape placed(const std::vector<MeasuredShape>& shapes);
 
     Handle(TDocStd_Document) m_document;
-    TDF_Transaction m_open;
-    TouchedLabels m_touched;
-    bool m_assembliesStale = false; ///< Their shapes are made anew when somebody needs them.
+    XdeTransaction m_transaction;
     std::map<std::string, std::unique_ptr<SubShapes>> m_subShapes; ///< Of bodies that were measured.
 };
 

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Kernel/LabelState.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
@@ -70,7 +71,8 @@ public:
             if (m_deep)
                 XCAFDoc_ShapeTool::GetComponents(what, components);
             for (const TDF_Label& component : components)
-                node.children.push_back(visit(component, node.id + "/", depth + 1));
+                if (!isRemoved(component))
+                    node.children.push_back(visit(component, node.id + "/", depth + 1));
         } else {
             node.body = body(what);
             const TopLoc_Location own = XCAFDoc_ShapeTool::GetShape(what).Location();
@@ -115,14 +117,15 @@ XdeTree readXdeTree(const Handle(TDocStd_Document) & document)
     TDF_LabelSequence roots;
     XCAFDoc_DocumentTool::ShapeTool(document->Main())->GetFreeShapes(roots);
     for (const TDF_Label& root : roots)
-        result.tree.roots.push_back(reader.visit(root, {}, 0));
+        if (!isRemoved(root))
+            result.tree.roots.push_back(reader.visit(root, {}, 0));
     return result;
 }
 
 XdeTree readXdeBranch(const TDF_Label& label, bool deep)
 {
     XdeTree result;
-    if (label.IsNull())
+    if (label.IsNull() || isRemoved(label))
         return result;
     const bool isRoot = XCAFDoc_ShapeTool::IsShape(label) &&
                         XCAFDoc_DocumentTool::ShapeTool(label)->IsTopLevel(label) &&
@@ -206,7 +209,7 @@ std::string entryOf(const TDF_Label& label)
 TDF_Label labelOf(const Handle(TDocStd_Document) & document, const std::string& entry)
 {
     TDF_Label label;
-    TDF_Tool::Label(document->GetData(), entry.c_str(), label, false);
+    TDF_Tool::Label(document->GetData(), TCollection_AsciiString(entry.c_str()), label, false);
     return label;
 }
 

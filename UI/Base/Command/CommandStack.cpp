@@ -248,7 +248,8 @@ void CommandStack::begin(CommandBase* command, Vs::Status& status)
         if (Command* withInputs = Vs::cast<Command>(command))
             withInputs->createCommandInputs();
         command->onBegin();
-        if (command->commandInputSet())
+        // What changes nothing has no steps: all that is selected would be written down for them.
+        if (command->commandInputSet() && !command->commandDefinition()->readonly())
             CommandSteps::of(*command);
     });
     if (!came)

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <TCollection_ExtendedString.hxx>
+#include <TDF_LabelMap.hxx>
+#include <TopLoc_Location.hxx>
+
+#include <optional>
+#include <vector>
+
+namespace Vs::Kernel {
+
+/// What a part or an occurrence has on its own label in small attributes: how it is called, whether it is
+/// shown, where it lies, and whether it was removed.
+struct LabelState
+{
+    std::optional<TCollection_ExtendedString> name;
+    bool namedByUser = false;
+    bool hidden = false;
+    bool removed = false;
+    std::optional<TopLoc_Location> place;
+
+    static LabelState of(const TDF_Label& label);
+    /// Gives a label these attributes, and takes those from it that aren't among them.
+    void putOn(const TDF_Label& label) const;
+    bool operator==(const LabelState& other) const;
+};
+
+/// What a change did to one label.
+struct LabelDifference
+{
+    TDF_Label label;
+    LabelState before, after;
+};
+
+/// Watches the labels that a change is going to touch.
+class LabelLog
+{
+public:
+    /// Before the label's state is changed; the first call counts.
+    void note(const TDF_Label& label);
+    /// What has become another since, and forgets the rest.
+    std::vector<LabelDifference> take();
+
+private:
+    TDF_LabelMap m_known;
+    std::vector<LabelDifference> m_noted;
+};
+
+/// Whether what stands on the label was removed, though it still is in the document to be brought back.
+bool isRemoved(const TDF_Label& label);
+void markRemoved(const TDF_Label& label);
+
+} // namespace Vs::Kernel

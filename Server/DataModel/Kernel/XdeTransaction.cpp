@@ -1,0 +1,178 @@
+#include "Server/DataModel/Kernel/XdeTransaction.h"
+
+#include "Server/DataModel/Kernel/XdeEdit.h"
+
+#include <TDF_AttributeDelta.hxx>
+#include <TDF_Data.hxx>
+#include <TDF_Delta.hxx>
+#include <TDF_MapIteratorOfLabelMap.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+
+#include <ranges>
+#include <stdexcept>
+#include <utility>
+#include <variant>
+
+namespace Vs::Kernel {
+
+namespace {
+
+using Small = std::vector<LabelDifference>;
+using Part = std::variant<Small, Handle(TDF_Delta)>;
+
+class XdeChange : public ModelChange
+{
+public:
+    explicit XdeChange(std::vector<Part> parts) : m_parts(std::move(parts)) {}
+    /// In the order in which they were made.
+    const std::vector<Part>& parts() const { return m_parts; }
+
+private:
+    std::vector<Part> m_parts;
+};
+
+} // namespace
+
+void XdeTransaction::document(const Handle(TDocStd_Document) & document)
+{
+    m_document = document;
+    m_kernel.Initialize(document->GetData());
+}
+
+void XdeTransaction::begin()
+{
+    // Otherwise the way to a label leads along all of its neighbours.
+    if (!m_document->GetData()->IsAccessByEntries())
+        m_document->GetData()->SetAccessByEntries(true);
+    m_begun = true;
+}
+
+void XdeTransaction::beginKernel()
+{
+    if (!isSmall())
+        return;
+    m_kernel.Open();
+    takeOutRemoved();
+}
+
+void XdeTransaction::note(const TDF_Label& label)
+{
+    if (isSmall())
+        m_small.note(label);
+}
+
+void XdeTransaction::remove(const std::vector<std::string>& components)
+{
+    eachToRemove(m_document, components, [&](const TDF_Label& label) {
+        if (!isSmall()) {
+            removeOccurrence(label);
+            return;
+        }
+        note(label);
+        markRemoved(label);
+    });
+}
+
+void XdeTransaction::takeOutRemoved()
+{
+    // One that lies in another goes with it.
+    for (TDF_MapIteratorOfLabelMap each(m_removed); each.More(); each.Next())
+        if (isRemoved(each.Key()))
+            removeOccurrence(each.Key());
+}
+
+void XdeTransaction::updateAssemblies()
+{
+    // With what is removed only meanwhile, the shapes without it go as well.
+    if (std::exchange(m_assembliesStale, !m_removed.IsEmpty()))
+        XCAFDoc_DocumentTool::ShapeTool(m_document->Main())->UpdateAssemblies();
+}
+
+void XdeTransaction::followRemoved(const TDF_Label& label)
+{
+    if (isRemoved(label))
+        m_removed.Add(label);
+    else
+        m_removed.Remove(label);
+}
+
+void XdeTransaction::follow(const LabelDifference& difference)
+{
+    const auto& [label, before, after] = difference;
+    m_touched.add(label, before.name != after.name || before.hidden != after.hidden ||
+                             before.namedByUser != after.namedByUser || before.place != after.place);
+    m_assembliesStale |= before.removed != after.removed || before.place != after.place;
+    followRemoved(label);
+}
+
+void XdeTransaction::follow(const Handle(TDF_Delta) & delta)
+{
+    m_touched.add(delta);
+    m_assembliesStale = true;
+    for (const Handle(TDF_AttributeDelta) & each : delta->AttributeDeltas())
+        followRemoved(each->Label());
+}
+
+std::unique_ptr<ModelChange> XdeTransaction::commit()
+{
+    m_begun = false;
+    std::vector<Part> parts;
+    if (Small small = m_small.take(); !small.empty()) {
+        for (const LabelDifference& each : small)
+            follow(each);
+        parts.emplace_back(std::move(small));
+    }
+    if (m_kernel.IsOpen()) {
+        const Handle(TDF_Delta) delta = m_kernel.Commit(true);
+        follow(delta);
+        // What was touched and is as before has moved the kernel's clock, by which older changes are known.
+        if (delta->IsEmpty())
+            m_document->GetData()->Undo(delta, false);
+        else
+            parts.emplace_back(delta);
+    }
+    return parts.empty() ? nullptr : std::make_unique<XdeChange>(std::move(parts));
+}
+
+void XdeTransaction::abort()
+{
+    m_begun = false;
+    if (m_kernel.IsOpen())
+        m_kernel.Abort();
+    for (const LabelDifference& each : m_small.take())
+        each.before.putOn(each.label);
+}
+
+std::vector<LabelDifference> XdeTransaction::takeBack(const std::vector<LabelDifference>& differences)
+{
+    std::vector<LabelDifference> opposite;
+    for (const auto& [label, before, after] : differences) {
+        before.putOn(label);
+        follow(opposite.emplace_back(LabelDifference{label, after, before}));
+    }
+    return opposite;
+}
+
+std::unique_ptr<ModelChange> XdeTransaction::revert(const ModelChange& change)
+{
+    const std::vector<Part>& parts = static_cast<const XdeChange&>(change).parts();
+    const Handle(TDF_Data) data = m_document->GetData();
+    for (const Part& part : parts)
+        if (const auto* delta = std::get_if<Handle(TDF_Delta)>(&part);
+            delta && !(*delta)->IsApplicable(data->Time()))
+            throw std::runtime_error("the model was changed since in a way that can't be taken back");
+    std::vector<Part> opposite;
+    for (const Part& part : parts | std::views::reverse) {
+        if (const auto* small = std::get_if<Small>(&part)) {
+            opposite.emplace_back(takeBack(*small));
+            continue;
+        }
+        const auto& delta = std::get<Handle(TDF_Delta)>(part);
+        opposite.emplace_back(data->Undo(delta, true));
+        follow(delta);
+    }
+    return std::make_unique<XdeChange>(std::move(opposite));
+}
+
+} // namespace Vs::Kernel
