@@ -125,6 +125,8 @@ private:
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;
     CutCmdDef m_cutCmdDef;
+    CopyToClipboardCmdDef m_copyToClipboardCmdDef;
+    PasteCmdDef m_pasteCmdDef;
     DeleteCmdDef m_deleteCmdDef;
     UndoCmdDef m_undoCmdDef;
     RedoCmdDef m_redoCmdDef;
@@ -183,8 +185,6 @@ private:
     UpdateNamedViewCameraCmdDef m_updateNamedViewCameraCmdDef;
     UpdateNamedViewNameCmdDef m_updateNamedViewNameCmdDef;
     RestoreCameraCmdDef m_restoreCameraCmdDef;
-    CopyToClipboardCmdDef m_copyToClipboardCmdDef;
-    PasteCmdDef m_pasteCmdDef;
 };
 
 const boost::filesystem::path& resourceDirectory()
