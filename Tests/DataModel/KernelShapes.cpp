@@ -3,8 +3,10 @@
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
+#include <BRepBuilderAPI_MakePolygon.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
+#include <BRepPrimAPI_MakePrism.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
@@ -19,8 +21,10 @@
 #include <TopoDS_Solid.hxx>
 #include <gp_Pln.hxx>
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <initializer_list>
+#include <numbers>
 
 namespace KernelShapes {
 
@@ -53,6 +57,17 @@ TopoDS_Shape straightSpline(const gp_Dir& direction)
 void writeCone(const std::string& path)
 {
     write(BRepPrimAPI_MakeCone(gp_Ax2(gp_Pnt(1, 2, 3), gp_Dir(0, 3, 4)), 6, 2, 10).Solid(), path);
+}
+
+void writeHexagon(const std::string& path)
+{
+    BRepBuilderAPI_MakePolygon outline;
+    for (int i = 0; i < 6; ++i)
+        outline.Add(
+            gp_Pnt(10 * std::cos(i * std::numbers::pi / 3), 10 * std::sin(i * std::numbers::pi / 3), 0));
+    outline.Close();
+    write(BRepPrimAPI_MakePrism(BRepBuilderAPI_MakeFace(outline.Wire()).Face(), gp_Vec(0, 0, 5)).Shape(),
+          path);
 }
 
 void writeHollowTorus(const std::string& path)

@@ -7,6 +7,8 @@ namespace KernelShapes {
 
 /// A cone of radius 6 at its base and 2 at its top, 10 high, about an axis through (1, 2, 3) along (0, 3, 4).
 void writeCone(const std::string& path);
+/// An upright prism of 5 mm over a hexagon with sides of 10 mm.
+void writeHexagon(const std::string& path);
 /// A torus of radius 10 and tube 4, hollowed by one of tube 3.
 void writeHollowTorus(const std::string& path);
 /// Two flat faces of 20 by 20 mm, at z = 0 and z = 10.

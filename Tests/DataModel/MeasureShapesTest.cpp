@@ -5,6 +5,7 @@
 #include "Tests/DataModel/Measures.h"
 
 #include <cmath>
+#include <map>
 #include <numbers>
 
 using namespace Vs;
@@ -26,7 +27,35 @@ protected:
         asset = document->activeAsset();
         return ObjectPath{asset->components()->children[0]->id}.toText(*asset);
     }
+
+    /// How many pairs of so many parts have each angle, in degrees; -1 stands for none. Each angle's
+    /// dimension stands at the side where the parts are, unless that is the other angle of the two.
+    std::map<int, int> anglesOf(const std::wstring& part, int count)
+    {
+        std::map<int, int> angles;
+        MeasureResult result;
+        for (int i = 1; i <= count; ++i)
+            for (int k = 1; k < i; ++k) {
+                const std::wstring one = part + std::to_wstring(i), other = part + std::to_wstring(k);
+                const bool has = measure({one, other}, Type::Angle, result);
+                ++angles[has ? static_cast<int>(std::lround(result.value * 180 / pi)) : -1];
+                const GkVector3d leg = result.point1 - result.point2;
+                EXPECT_TRUE(!has || leg.dotProduct(position(one) - result.point2) > -1e-9);
+            }
+        return angles;
+    }
 };
+
+TEST_F(MeasureShapesTest, WhatMeetsHasTheAngleWithinItsBodyAndAllElseTheAcuteOne)
+{
+    const std::wstring hexagon = openShape(&KernelShapes::writeHexagon);
+    ASSERT_FALSE(hexagon.empty());
+    // Neighbours, those one further, and each with both of the ends; opposite faces are parallel.
+    EXPECT_EQ(anglesOf(hexagon + L"/Face", 8), (std::map<int, int>{{-1, 4}, {60, 6}, {90, 12}, {120, 6}}));
+    // At each end; upright ones are parallel, and so are those above and across from each other.
+    EXPECT_EQ(anglesOf(hexagon + L"/Edge", 18),
+              (std::map<int, int>{{-1, 33}, {60, 36}, {90, 72}, {120, 12}}));
+}
 
 TEST_F(MeasureShapesTest, AConeHasItsClosedFormsAndTheAngleOfItsAxis)
 {

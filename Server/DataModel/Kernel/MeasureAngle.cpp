@@ -32,10 +32,20 @@ struct Form
     gp_Pnt middle;
 };
 
-// Two directions without a sense of their own enclose an acute angle.
-void makeAcute(Legs& legs)
+/// Each leg runs to the side where its shape is.
+void turnToShapes(Legs& legs, const Form& first, const Form& second)
 {
-    if (legs.first.Dot(legs.second) < 0)
+    if (gp_Vec(legs.apex, first.middle).Dot(gp_Vec(legs.first)) < 0)
+        legs.first.Reverse();
+    if (gp_Vec(legs.apex, second.middle).Dot(gp_Vec(legs.second)) < 0)
+        legs.second.Reverse();
+}
+
+// Two directions without a sense of their own enclose an acute angle. A right one is what it is.
+void makeAcute(Legs& legs, const Form& first, const Form& second)
+{
+    turnToShapes(legs, first, second);
+    if (legs.first.Dot(legs.second) < -Precision::Angular())
         legs.second.Reverse();
 }
 
@@ -69,7 +79,7 @@ gp_Pnt meet(const gp_Pnt& from, const gp_Dir& direction, const gp_Pln& plane)
 Legs ofLines(const Form& first, const Form& second)
 {
     Legs legs{first.line->Direction(), second.line->Direction(), nearest(*first.line, *second.line)};
-    makeAcute(legs);
+    makeAcute(legs, first, second);
     return legs;
 }
 
@@ -83,7 +93,7 @@ Legs ofPlanes(const Form& first, const Form& second)
     const gp_Dir common = n1.Crossed(n2);
     Legs legs{common.Crossed(n1), common.Crossed(n2), {}};
     legs.apex = meet(first.middle, legs.first, *second.plane);
-    makeAcute(legs);
+    makeAcute(legs, first, second);
     return legs;
 }
 
@@ -131,10 +141,10 @@ bool leaveEdge(Legs& legs, const TopoDS_Shape& first, const TopoDS_Shape& second
         return false;
     const double wanted =
         std::numbers::pi - form1.plane->Axis().Direction().Angle(form2.plane->Axis().Direction());
-    const auto apart = [&] { return std::abs(legs.first.Angle(legs.second) - wanted); };
-    const double before = apart();
-    legs.second.Reverse();
-    if (apart() > before)
+    turnToShapes(legs, form1, form2);
+    const double angle = legs.first.Angle(legs.second);
+    // A face may have its middle on the other side.
+    if (std::abs(std::numbers::pi - angle - wanted) + Precision::Angular() < std::abs(angle - wanted))
         legs.second.Reverse();
     return true;
 }

@@ -220,7 +220,27 @@ ShapeAnswer XdeModel::measurePart(const MeasuredShape& part, EMeasureType type)
     });
 }
 
-TopoDS_Shape XdeModel::placed(const std::vector<MeasuredShape>& shapes)
+/// The location of a part that is placed. One that is made anew differs from the one before, even of the same
+/// place, and parts that meet would share nothing; so the one before is kept.
+class PlacedAt
+{
+public:
+    const TopLoc_Location& operator()(const GkMatrix3d& placement)
+    {
+        if (!m_placement || !m_placement->isEqualTo(placement, {0, 0})) {
+            // Places that aren't rigid come with some files; measuring takes them as they are.
+            m_location = TopLoc_Location(toMotion(placement));
+            m_placement = placement;
+        }
+        return m_location;
+    }
+
+private:
+    std::optional<GkMatrix3d> m_placement;
+    TopLoc_Location m_location;
+};
+
+TopoDS_Shape XdeModel::placed(const std::vector<MeasuredShape>& shapes, PlacedAt& at)
 {
     TopoDS_Compound all;
     BRep_Builder builder;
@@ -230,8 +250,7 @@ TopoDS_Shape XdeModel::placed(const std::vector<MeasuredShape>& shapes)
         const TopoDS_Shape shape = subShapes(each.entry).part(each.leaf, each.index);
         if (shape.IsNull())
             return {};
-        // Places that aren't rigid come with some files; measuring takes them as they are.
-        const TopoDS_Shape moved = shape.Moved(TopLoc_Location(toMotion(each.placement)), false);
+        const TopoDS_Shape moved = shape.Moved(at(each.placement), false);
         if (shapes.size() == 1)
             return moved;
         builder.Add(all, moved);
@@ -243,7 +262,8 @@ ShapeAnswer XdeModel::measurePair(const std::vector<MeasuredShape>& first,
                                   const std::vector<MeasuredShape>& second, EMeasureType type)
 {
     return guarded([&]() -> ShapeAnswer {
-        const TopoDS_Shape shapes[] = {placed(first), placed(second)};
+        PlacedAt at;
+        const TopoDS_Shape shapes[] = {placed(first, at), placed(second, at)};
         for (const bool isSecond : {false, true})
             if (shapes[isSecond].IsNull())
                 return {NoAnswer::Missing, {}, isSecond, {}};

@@ -12,6 +12,7 @@
 
 namespace Vs::Kernel {
 
+class PlacedAt;
 class SubShapes;
 
 /// An asset's model as an XDE document: labels of shapes with names, colours and places.
@@ -57,7 +58,7 @@ private:
     void writeDocument(std::ostream& stream);
     const SubShapes& subShapes(const std::string& entry);
     /// Null if one isn't there.
-    TopoDS_Shape placed(const std::vector<MeasuredShape>& shapes);
+    TopoDS_Shape placed(const std::vector<MeasuredShape>& shapes, PlacedAt& at);
 
     Handle(TDocStd_Document) m_document;
     XdeTransaction m_transaction;
