@@ -13,12 +13,15 @@
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
+#include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/HUDManager.h"
 #include "UI/Base/SelectionCommandInput.h"
 #include "UI/Base/UIInternalOptionGroup.h"
 
-#include <algorithm>
+#include <QWidget>
+
+#include <vector>
 
 using Vu::RealValueCommandInput;
 using Vu::SelectionCommandInput;
@@ -70,13 +73,15 @@ protected:
                 keys += (keys.empty() ? L"" : L" ") + each->info()->key();
         return keys;
     }
-    static size_t previews()
+    static std::vector<const Rendra::Graphics::InstanceNode*> previewNodes()
     {
-        const auto& below = view()->modelFragment()->viewFragmentNode()->children();
-        return size_t(std::count_if(below.begin(), below.end(), [](const auto& node) {
-            return Vs::cast<Rendra::Graphics::InstanceNode>(node.get()) != nullptr;
-        }));
+        std::vector<const Rendra::Graphics::InstanceNode*> nodes;
+        for (const auto& node : view()->modelFragment()->viewFragmentNode()->children())
+            if (const auto* preview = Vs::cast<Rendra::Graphics::InstanceNode>(node.get()))
+                nodes.push_back(preview);
+        return nodes;
     }
+    static size_t previews() { return previewNodes().size(); }
     static bool hudShown(const wchar_t* which)
     {
         return Vu::HUDManager::get()->hudById(std::wstring(L"MeasureCmd") + which + L"Selection")->shown();
@@ -264,6 +269,16 @@ TEST_F(MeasurePanel, FollowsTheCameraWithoutMeasuring)
     release(Vu::kMiddleButton, 0, 0);
     EXPECT_EQ(activeKey(), L"MeasureCommand");
     EXPECT_TRUE(hudShown(L"First"));
+    // In a canvas of another size a pixel covers something else.
+    const Vs::Point2 inOldCanvas = placeOf();
+    const auto drawn = previewNodes().front()->children();
+    Vu::Application::get()->needGui();
+    QWidget window;
+    QWidget* widget = canvas()->widget(&window);
+    window.show();
+    widget->resize(200, 700);
+    EXPECT_NE(placeOf(), inOldCanvas);
+    EXPECT_NE(previewNodes().front()->children().front().get(), drawn.front().get());
 }
 
 TEST_F(MeasurePanel, LightsUpWhatAResultBelongsTo)

@@ -1,3 +1,4 @@
+#include "UI/Base/CanvasEvents.h"
 #include "UI/Base/FrameEvents.h"
 #include "UI/Base/InteractionEvents.h"
 #include "UI/Base/Notifications.h"
@@ -32,6 +33,12 @@ ShellEventSource* ShellEventSource::get()
 SplitViewEventSource* SplitViewEventSource::get()
 {
     static auto* const source = new SplitViewEventSource;
+    return source;
+}
+
+CanvasEventSource* CanvasEventSource::get()
+{
+    static auto* const source = new CanvasEventSource;
     return source;
 }
 

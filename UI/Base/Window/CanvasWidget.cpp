@@ -7,6 +7,7 @@
 #include "Server/Scene/Renderer.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/CanvasEvents.h"
 #include "UI/Base/CanvasPicture.h"
 #include "UI/Base/FrameEvents.h"
 #include "UI/Base/GraphicsCanvas.h"
@@ -111,6 +112,10 @@ public:
     {
         if (event->type() == QEvent::Leave)
             MouseEventSource::get()->mouseLeft(m_canvas);
+        if (event->type() == QEvent::Resize) {
+            CanvasEvent resized(m_canvas);
+            CanvasEventSource::get()->fireCanvasResized(&resized);
+        }
         // While a command works the window is kept alive, but nothing may change under the command.
         const bool input =
             event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease ||

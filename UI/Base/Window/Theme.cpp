@@ -75,7 +75,7 @@ QPushButton#inputSelection:checked { border-color: palette(highlight); }
 QPushButton#inputSelection:focus { border: 2px solid palette(highlight); padding: 2px 5px; }
 QPushButton#inputSelection:disabled { background: palette(window); }
 QLabel#inputMark { color: #ffffff; background: #d3493d; border-radius: 7px; min-width: 14px; max-width: 14px; min-height: 14px; max-height: 14px; font-weight: bold; }
-QFrame#hud { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
+QFrame#hud, QLabel#canvasHint { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
 QLineEdit#commandLine { padding: 4px 6px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); }
 QLineEdit#commandLine:focus { border-color: palette(highlight); }
 QLineEdit#commandLine[failed="true"] { border-color: #d3493d; }

@@ -70,6 +70,7 @@ Vs::StrongRef<Vs::LogicalSelection> firstObject(const Vs::SelectionSet& set)
 
 MeasureCmd::MeasureCmd(MeasureCmdDef* definition, CommandContext* context) : Implements(definition, context)
 {
+    repeatable(false);
     readArguments();
     auto* manager = Vs::MeasureMgr::get();
     const unsigned stored = optionOf(kSelectionTypesOption, 0);
@@ -104,7 +105,6 @@ void MeasureCmd::readArguments()
     if (!m_passive)
         return;
     usesCommandDialog(false);
-    repeatable(false);
     if (CursorController* cursor = cursorController())
         cursor->cursor(Resources::MeasureCursor());
 }
@@ -166,6 +166,7 @@ void MeasureCmd::onActivate()
     Vs::Scene::CameraEventSource::get()->subscribe(this);
     for (const auto& input : commandInputSet()->inputs())
         CommandInputEventSource::get()->subscribe(this, input.get());
+    CanvasEventSource::get()->subscribe(this);
     Vs::AssetEventSource::get()->subscribe(this);
     m_selected = m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
     if (m_selected)
@@ -178,6 +179,7 @@ void MeasureCmd::onDeactivate()
     if (Vs::SelectionSet* left = std::exchange(m_selected, nullptr))
         left->unsubscribe(this);
     Vs::AssetEventSource::get()->unsubscribe(this);
+    CanvasEventSource::get()->unsubscribe(this);
     Implements::onDeactivate();
     for (const auto& input : commandInputSet()->inputs())
         CommandInputEventSource::get()->unsubscribe(this, input.get());
@@ -346,6 +348,12 @@ void MeasureCmd::cameraChanged(Vs::Scene::CameraEvent* event)
     const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
     const Vs::Scene::ViewFragment* fragment = view ? view->modelFragment() : nullptr;
     if (fragment && fragment->camera() == event->camera())
+        m_huds.place();
+}
+
+void MeasureCmd::canvasResized(CanvasEvent* event)
+{
+    if (event->canvas() == SceneUtilities::getActiveGraphicsCanvas())
         m_huds.place();
 }
 

@@ -4,6 +4,7 @@
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/Scene/Camera.h"
+#include "UI/Base/CanvasEvents.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Commands/Measure/MeasureHuds.h"
 #include "UI/Commands/Measure/MeasureInputs.h"
@@ -21,6 +22,7 @@ class MeasureCmdDef;
 /// and ends with the first value.
 class MeasureCmd : public Vs::Implements<MeasureCmd, InteractiveCommandBase, CommandInputEventSite,
                                          Vs::Scene::CameraEventSite>,
+                   private CanvasEventSite,
                    private Vs::AssetEventSite,
                    private Vs::SelectionSetSite
 {
@@ -80,6 +82,7 @@ private:
     void clearResults();
     void measureAnew();
 
+    void canvasResized(CanvasEvent* event) override;
     void assetComponentsChanged(Vs::ComponentsEvent* event) override;
     void selectionSetChanged() override;
 

@@ -70,6 +70,7 @@ void MeasurePreview::show(const Vs::MeasureResult& result, const std::wstring& t
     draw();
     NodeChange(parent).add(m_node);
     Vs::Scene::CameraEventSource::get()->subscribe(this);
+    CanvasEventSource::get()->subscribe(this);
     WorkspaceWindow::invalidate(kInvalidateScene);
 }
 
@@ -86,6 +87,7 @@ void MeasurePreview::clear()
     if (!shown())
         return;
     Vs::Scene::CameraEventSource::get()->unsubscribe(this);
+    CanvasEventSource::get()->unsubscribe(this);
     NodeChange(m_parent.get()).remove(m_node.get());
     m_parent.reset();
     m_node.reset();
@@ -106,6 +108,12 @@ void MeasurePreview::cameraChanged(Vs::Scene::CameraEvent* event)
 {
     const Vs::Scene::ViewFragmentNodeData* data = Vs::Scene::viewFragmentNodeData(m_parent.get());
     if (data && event->camera() == data->camera())
+        draw();
+}
+
+void MeasurePreview::canvasResized(CanvasEvent* event)
+{
+    if (event->canvas() == SceneUtilities::getActiveGraphicsCanvas())
         draw();
 }
 

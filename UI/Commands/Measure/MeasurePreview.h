@@ -3,6 +3,7 @@
 #include "Server/DataModel/Measure/MeasureTypes.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/GeometryNode.h"
+#include "UI/Base/CanvasEvents.h"
 
 #include <string>
 
@@ -10,7 +11,7 @@ namespace Vu::Commands {
 
 /// The dimension of a measured distance or angle in the active view. It follows the camera, so that arrows
 /// and lettering keep their size, without measuring anew.
-class MeasurePreview : private Vs::Scene::CameraEventSite
+class MeasurePreview : private Vs::Scene::CameraEventSite, private CanvasEventSite
 {
 public:
     explicit MeasurePreview(bool isDistance) : m_isDistance(isDistance) {}
@@ -29,6 +30,7 @@ public:
 
 private:
     void cameraChanged(Vs::Scene::CameraEvent* event) override;
+    void canvasResized(CanvasEvent* event) override;
     bool hasExtent() const;
     void draw();
     void drawDistance();

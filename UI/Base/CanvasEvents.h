@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Server/Base/Event.h"
+
+namespace Vu {
+
+class GraphicsCanvas;
+
+/// A canvas has another size than before.
+class CanvasEvent : public Vs::Implements<CanvasEvent, Vs::Event>
+{
+public:
+    explicit CanvasEvent(const GraphicsCanvas* canvas) : m_canvas(canvas) {}
+
+    const GraphicsCanvas* canvas() const { return m_canvas; }
+
+private:
+    const GraphicsCanvas* m_canvas;
+};
+
+class CanvasEventSite : public Vs::EventSite
+{
+public:
+    virtual void canvasResized(CanvasEvent* event) = 0;
+};
+
+/// For what is as large as so many pixels, or stands at a place of the screen. Main thread only.
+class CanvasEventSource : public Vs::EventSource<CanvasEventSite>
+{
+public:
+    static CanvasEventSource* get();
+
+    void fireCanvasResized(CanvasEvent* event) { fire(&CanvasEventSite::canvasResized, event); }
+};
+
+} // namespace Vu
