@@ -208,6 +208,9 @@ TEST_F(UndoTest, AToolTakesItsOwnStepsAndThenBarsTheWay)
     sketchDef.readonly(true);
     EXPECT_TRUE(applicable(L"UndoCommand"));
     sketchDef.readonly(false);
+    answer(L"Commands.Start PanCommand");
+    EXPECT_FALSE(applicable(L"UndoCommand")) << "it would end the tool below as well";
+    answer(L"Commands.Cancel");
 
     for (int i = 0; i < 4; ++i)
         tool->draw();

@@ -5,6 +5,7 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Commands/ActiveCommand.h"
 #include "UI/Commands/Localized.h"
@@ -27,6 +28,16 @@ constexpr const wchar_t* kInnerStep = L" Inner Step";
 bool canStep(const CommandBase& command, bool undo)
 {
     return undo ? command.canUndoStep() : command.canRedoStep();
+}
+
+/// Whether a tool that changes the model runs, be it under one that doesn't: the step would end both.
+bool changesModel(const CommandMgr& manager)
+{
+    const std::vector<CommandBase*>& running = manager.commandStack();
+    return std::any_of(running.begin(), running.end(), [](const CommandBase* command) {
+        const CommandDefinition* definition = command->commandDefinition();
+        return definition && !definition->readonly();
+    });
 }
 
 const Vs::TransactionNode::Changes& changesOf(const Vs::TransactionNode& txn, bool undo)
@@ -123,9 +134,7 @@ bool UndoRedoDropDownCommandDef::canUndoRedo(AssetSession* session, bool undo)
         return false;
     if (getMidCmdUndoRedoContext(undo) != EMidCommandUndoRedoContext::None)
         return true;
-    const CommandBase* active = activeCommandOf(session);
-    const CommandDefinition* tool = active ? active->commandDefinition() : nullptr;
-    if (tool && !tool->readonly())
+    if (changesModel(*session->commandManager()))
         return false;
     return !changesOf(*Vs::TransactionMgr(session->asset()).sessionTransaction(), undo).empty();
 }
