@@ -109,6 +109,13 @@ TEST_F(ClipboardCommands, ForgetAModelThatIsClosedAndPassOverWhatIsGone)
     answer(L"Commands.Start DeleteCommand");
     answer(L"VuCommands.PasteCmd");
     EXPECT_EQ(paths(), (Texts{L"Box2:1", L"Box3:1", L"Box2:2"}));
+    select({L"Box3"});
+    answer(L"VuCommands.CutCmd");
+    answer(L"Commands.Start DeleteCommand");
+    EXPECT_EQ(run(L"VuCommands.PasteCmd").first, 1);
+    EXPECT_TRUE(clipboard().empty());
+    select({L"Box2:1"});
+    answer(L"VuCommands.CopyToClipboardCmd");
     answerBoxes(1);
     answer(L"Document.CloseAll");
     EXPECT_TRUE(clipboard().empty());

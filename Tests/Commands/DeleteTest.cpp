@@ -182,7 +182,7 @@ public:
             handled.push_back(paths[i]);
             names.push_back(paths[i].component);
         }
-        return new ToyRequest(m_toys, names);
+        return names == std::vector<std::string>{"none"} ? nullptr : new ToyRequest(m_toys, names);
     }
 
 private:
@@ -249,6 +249,10 @@ TEST_F(DeleteObjects, TogetherGoGroupByGroupUntilOneFailsOrTakesNothing)
     toys.broken = "c";
     EXPECT_EQ(remove({"a", "b", "c", "d", "e"}).first, 1);
     EXPECT_EQ(toys.calls, (Calls{"ab", "cd"}));
+    toys.calls.clear();
+    toys.takes = [](size_t) { return 1; };
+    remove({"a", "none", "b"});
+    EXPECT_EQ(toys.calls, (Calls{"a", "b"}));
     toys.calls.clear();
     toys.takes = [](size_t) { return 0; };
     remove({"a", "b"});

@@ -8,6 +8,7 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Clipboard.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Commands/Localized.h"
 #include "UI/Commands/Selection/SelectedObjects.h"
 
 #include <algorithm>
@@ -158,6 +159,10 @@ void PasteCmd::onExecute(Vs::Status& status)
             return;
         if (cut && !objects.empty())
             clipboard->clear();
+    }
+    if (pasted.empty()) {
+        status.addError(localized("PasteNothing", "Paste: what was on the clipboard isn't there any more."));
+        return;
     }
     selectionManager()->highlightSet().clear();
     selectionManager()->selectionSet().replace(pasted);

@@ -109,18 +109,23 @@ void DeleteCmd::deleteTogether(Selections selections, Vs::Asset& asset, Vs::Stat
         std::vector<Vs::ObjectPath> paths, handled;
         for (const auto& selection : selections)
             paths.push_back(selection->path());
-        Vs::Request* request = askDeletable(*selections.front(), asset, [&](IDeletable& object) {
-            return object.provideMultiDeleteRequest(paths, handled);
+        Vs::Request* request = nullptr;
+        const bool isThere = askDeletable(*selections.front(), asset, [&](IDeletable& object) {
+            request = object.provideMultiDeleteRequest(paths, handled);
+            return true;
         });
-        if (!request)
+        if (!isThere)
             return;
         const size_t taken = std::erase_if(selections, [&](const auto& selection) {
             return std::find(handled.begin(), handled.end(), selection->path()) != handled.end();
         });
-        run(request, status);
-        if (status.isError())
-            return;
-        beginStep(false, false);
+        // Those that give none are passed over.
+        if (request) {
+            run(request, status);
+            if (status.isError())
+                return;
+            beginStep(false, false);
+        }
         if (taken == 0)
             return;
     }
