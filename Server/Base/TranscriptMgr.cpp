@@ -112,7 +112,16 @@ bool TranscriptMgr::startRecording(const std::wstring& path, ETranscriptType typ
 
 void TranscriptMgr::endRecording()
 {
+    if (!m_file)
+        return;
+    tellListener();
     m_file.reset();
+}
+
+void TranscriptMgr::tellListener() const
+{
+    if (m_recordingEnds)
+        m_recordingEnds();
 }
 
 std::wstring TranscriptMgr::recordingFile() const
@@ -133,14 +142,16 @@ void TranscriptMgr::write(const std::wstring& entry)
         return;
     const std::wstring cause = Strings::widen(std::strerror(errno));
     const std::wstring path = recordingFile();
-    endRecording();
+    m_recordingLost = true;
+    m_file.reset();
+    tellListener();
     tell(L"The transcript \"" + path + L"\" ends here, since it cannot be written: " + cause + L".");
 }
 
 void TranscriptMgr::tell(const std::wstring& message) const
 {
     if (m_host)
-        m_host->failed(message);
+        m_host->failed(message, false);
     else
         warn(message);
 }

@@ -3,6 +3,7 @@
 #include "Server/Base/Object.h"
 #include "Server/Base/ScriptDebugInfo.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,8 +26,9 @@ public:
     virtual void recordingStarted() {}
     /// Between two lines: finishes what the first left in the queues, so that the second finds it done.
     virtual void settle() = 0;
-    /// Tells the user what went wrong; the message names the file, and the line if there is one.
-    virtual void failed(const std::wstring& message) = 0;
+    /// Tells the user what went wrong; the message names the file, and the line if there is one. `printed`
+    /// says that the output of text lines has it already.
+    virtual void failed(const std::wstring& message, bool printed) = 0;
 };
 
 /// Writes and plays transcripts: files of text lines or of Python that do again what was done in a session.
@@ -49,6 +51,11 @@ public:
     bool startRecording(const std::wstring& path, ETranscriptType type);
     void endRecording();
     bool recording() const { return m_file != nullptr; }
+    /// Whether the medium of a recording has failed since the program started, so that its end is missing.
+    bool recordingLost() const { return m_recordingLost; }
+    /// Called whenever a recording ends, by whatever means, when it still takes its last lines; if its medium
+    /// has failed, when nothing is recorded any more. One listener; empty for none.
+    void whenRecordingEnds(std::function<void()> listener) { m_recordingEnds = std::move(listener); }
     /// The file that is being written; empty if none.
     std::wstring recordingFile() const;
     ETranscriptType recordingType() const;
@@ -114,6 +121,7 @@ private:
     /// A medium that fails ends the recording, and the host is told.
     void write(const std::wstring& entry);
     void tell(const std::wstring& message) const;
+    void tellListener() const;
 
     struct File;
     struct Close
@@ -130,6 +138,8 @@ private:
     std::vector<Playing> m_replays;
     ScriptDebugInfo m_debugInfo;
     TranscriptHost* m_host = nullptr;
+    std::function<void()> m_recordingEnds;
+    bool m_recordingLost = false;
     int m_unrecorded = 0;
     bool m_recordSmooth = false;
 };

@@ -21,13 +21,14 @@ std::wstring titleOf(const std::wstring& path)
     return L"Replay: " + boost::filesystem::path(path).filename().wstring();
 }
 
-void tell(const ReplayOptions& options, const std::wstring& failure)
+void tell(const ReplayOptions& options, const std::wstring& failure, bool printed = false)
 {
     if (options.quiet)
         return;
+    TextOutput* output = TextCommandMgr::get()->output();
     if (TranscriptHost* host = TranscriptMgr::get()->host())
-        host->failed(failure);
-    else if (TextOutput* output = TextCommandMgr::get()->output())
+        host->failed(failure, printed);
+    else if (output && !printed)
         output->error(failure);
 }
 
@@ -155,7 +156,7 @@ private:
         else if (commands->output() && !answer.second.empty())
             commands->output()->message(answer.second);
         if (m_options.afterLine)
-            m_options.afterLine(answer.first);
+            m_options.afterLine(number, answer.first);
     }
 
     const std::wstring& m_path;
@@ -182,12 +183,12 @@ ReplayResult playPython(const std::wstring& path, const ReplayOptions& options)
     result.cancelled = Progress::cancelled();
     if (status.isError() && !result.cancelled) {
         result.failures = 1;
-        tell(options, status.toString());
+        tell(options, status.toString(), status.reported());
     }
     if (options.status)
         options.status->merge(status);
     if (options.afterLine)
-        options.afterLine(result.ok() ? 0 : 1);
+        options.afterLine(0, result.ok() ? 0 : 1);
     return result;
 }
 

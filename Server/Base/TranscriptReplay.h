@@ -17,8 +17,9 @@ struct ReplayOptions
     /// Called with each line of a text transcript before it runs, after substitution and without comments and
     /// empty lines.
     std::function<void(const std::wstring& line)> beforeLine;
-    /// Called after each line that ran, with its status, and with the host's work between lines done.
-    std::function<void(unsigned status)> afterLine;
+    /// Called after each line that ran, with its number and its status, and with the host's work between
+    /// lines done. Of Python once at the end, with the number 0.
+    std::function<void(size_t line, unsigned status)> afterLine;
 };
 
 struct ReplayResult

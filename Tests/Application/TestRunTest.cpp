@@ -82,16 +82,21 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
     write("crash.py", "import os\nprint('before')\nos.abort()\n");
     write("endless.txt", "Camera.ZoomIn\nSleeper.Sleep 3600000\n");
     write("loop.py", "while True: pass\n");
+    write("slow.txt", "Performance.StartPerformanceValidation\nPerformance.StartMetric ElapsedTime\n"
+                      "Performance.Validate ElapsedTime none\nPerformance.EndPerformanceValidation\n");
+    write("slow.performance.json", R"({"format": 1, "references": {"ElapsedTime none":
+          {"value": 1, "calibration": 1, "ratio": 0}}})");
+    write("lost.txt", "Transcripting.Start /dev/full\nDesign.New\n");
     write("_helper.py", "1 / 0\n");
     write("notes.md", "no transcript");
     const ProcessResult result = run({"--timeout", "3", "--junit", junit.string(), "--set", "name=x"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_NE(result.output.find("7 transcripts in "), std::string::npos) << result.output;
-    EXPECT_NE(result.output.find(": 2 passed, 2 failed, 3 ended by crash or time limit."), std::string::npos);
+    EXPECT_NE(result.output.find("9 transcripts in "), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find(": 2 passed, 4 failed, 3 ended by crash or time limit."), std::string::npos);
 
     std::map<std::string, Case> cases = readJUnit(junit);
-    EXPECT_EQ(cases.size(), 8u);
-    EXPECT_EQ(cases[""].message, "7 2 3");
+    EXPECT_EQ(cases.size(), 10u);
+    EXPECT_EQ(cases[""].message, "9 4 3");
     EXPECT_EQ(cases["good.txt"].kind, "passed");
     EXPECT_GT(cases["good.txt"].seconds, 0);
     EXPECT_NE(cases["good.txt"].output.find("/x.vlra"), std::string::npos);
@@ -102,6 +107,12 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
     EXPECT_EQ(cases["a/b/bad.txt"].message.rfind(at + "a/b/bad.txt:2: ", 0), 0u)
         << cases["a/b/bad.txt"].message;
     EXPECT_EQ(cases["a/bad.PY"].message, at + "a/bad.PY:3: ValueError: a ]]> b");
+    EXPECT_EQ(cases["slow.txt"].message.rfind(at + "slow.txt:3: ElapsedTime \"none\" is ", 0), 0u)
+        << cases["slow.txt"].message;
+    EXPECT_NE(cases["slow.txt"].output.find("Fail to validate ElapsedTime metric\nElapsedTime"),
+              std::string::npos)
+        << cases["slow.txt"].output;
+    EXPECT_NE(cases["lost.txt"].message.find("No space left"), std::string::npos);
     EXPECT_EQ(cases["crash.py"].kind, "error");
     EXPECT_EQ(cases["crash.py"].message, at + "crash.py: The program was ended by SIGABRT (Aborted).");
     EXPECT_EQ(cases["endless.txt"].type, "timeout");

@@ -20,7 +20,7 @@ public:
     Host() { TranscriptMgr::get()->host(this); }
     ~Host() override { TranscriptMgr::get()->host(nullptr); }
     void settle() override { ++settled; }
-    void failed(const std::wstring& message) override { told += message + L'\n'; }
+    void failed(const std::wstring& message, bool) override { told += message + L'\n'; }
 
     int settled = 0;
     std::wstring told;

@@ -54,7 +54,7 @@ TEST_F(TranscriptsTest, GoOnAfterFailuresWhenToldSo)
     Vs::ReplayOptions options;
     options.keepGoing = true;
     std::string statuses;
-    options.afterLine = [&](unsigned status) { statuses += std::to_string(status); };
+    options.afterLine = [&](size_t, unsigned status) { statuses += std::to_string(status); };
     const std::string garbage("Probe.Call \0\x01\xff\xfe \"\n", 18);
     const Vs::ReplayResult result =
         replay("Probe.Nothing\n" + garbage + std::string(5 << 20, 'x') + "\nProbe.Call b\n", options);

@@ -230,11 +230,38 @@ TEST_F(PerformanceWindow, EndsStartedMetricsBeforeTheRecording)
     QTest::keyClicks(field(2), "end");
     click(button());
     start(L"StopTranscriptingCommand");
-    EXPECT_EQ(recorded(), "Performance.StartPerformanceValidation\n"
-                          "Performance.ValidateMemory /virtual end\n"
-                          "Performance.EndPerformanceValidation\n");
+    const std::string expected = "Performance.StartPerformanceValidation\n"
+                                 "Performance.ValidateMemory /virtual end\n"
+                                 "Performance.EndPerformanceValidation\n";
+    EXPECT_EQ(recorded(), expected);
     EXPECT_EQ(button()->text(), "Start Metrics");
     EXPECT_TRUE(box(2)->isEnabled());
+
+    ValidationDialog::get()->needToShow(true);
+    start(L"StartPerfTranscriptingCommand");
+    click(button());
+    answer(L"Transcripting.Stop");
+    EXPECT_EQ(recorded(), expected) << "it may end by a line";
+    EXPECT_EQ(button()->text(), "Start Metrics");
+    EXPECT_FALSE(window()->isVisible());
+}
+
+TEST_F(PerformanceWindow, GoesWhenTheDiskIsFull)
+{
+    ValidationDialog::get()->needToShow(true);
+    Vs::TranscriptMgr::get()->startRecording(L"/dev/full", Vs::kTextTranscript);
+    ValidationDialog::get()->startPerformanceValidation();
+    EXPECT_FALSE(Vs::TranscriptMgr::get()->recording());
+    EXPECT_FALSE(window()->isVisible());
+    start(L"StartPerfTranscriptingCommand");
+    EXPECT_TRUE(window()->isVisible());
+    click(box(2));
+    QTest::keyClicks(field(2), "lost");
+    click(button());
+    Vs::TranscriptMgr::get()->startRecording(L"/dev/full", Vs::kTextTranscript);
+    EXPECT_EQ(button()->text(), "Start Metrics") << "another recording ends this one";
+    EXPECT_NE(recorded().find("ValidateMemory /virtual lost\nPerformance.End"), std::string::npos)
+        << recorded();
 }
 
 TEST_F(ValidationWindows, FieldsRememberWhatWasEnteredInOrderAndOnce)

@@ -9,6 +9,7 @@
 #include "UI/Base/Application.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Validation/PerfTestingContext.h"
 #include "UI/Base/WorkspaceWindow.h"
 
 #include <cstdio>
@@ -16,6 +17,11 @@
 
 namespace Quillet {
 namespace {
+
+bool isLineEnd(const std::string& text, size_t at)
+{
+    return text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
+}
 
 /// Whether the byte belongs to a control character other than tab and line feed. Those above U+0080 are two
 /// bytes, of which the second decides.
@@ -36,6 +42,8 @@ std::string withoutControls(const std::string& text)
             result += text[i];
             continue;
         }
+        if (isLineEnd(text, i))
+            continue;
         result += "\xef\xbf\xbd"; // The sign that stands for characters that cannot be shown.
         i += static_cast<unsigned char>(text[i]) == 0xc2;
     }
@@ -71,12 +79,17 @@ LineRunner::LineRunner(Options options) : m_options(std::move(options))
 {
     Vs::TextCommandMgr::get()->output(this);
     Vs::warningHandler([this](const std::wstring& text) { warn(text); });
+    Vu::PerfTestingContext::failureHandler([this](const std::wstring& text) {
+        if (m_lineRuns)
+            m_missedBounds.push_back(text);
+    });
 }
 
 LineRunner::~LineRunner()
 {
     tellWarnings();
     flush();
+    Vu::PerfTestingContext::failureHandler(nullptr);
     Vs::warningHandler(nullptr);
     Vs::TextCommandMgr::get()->output(nullptr);
 }
@@ -105,6 +118,7 @@ bool LineRunner::runLine(const std::wstring& line, const std::string& where, std
         return fail(where + ": " + Vs::Strings::narrow(text));
     message(text);
     tellWarnings();
+    tellMissedBounds(where);
     return true;
 }
 
@@ -113,8 +127,9 @@ bool LineRunner::replay(const std::string& path)
     Vs::ReplayOptions options;
     options.parameters = m_options.parameters;
     options.keepGoing = m_options.keepGoing;
-    options.afterLine = [this](unsigned) {
+    options.afterLine = [&](size_t line, unsigned) {
         tellWarnings();
+        tellMissedBounds(line > 0 ? path + ':' + std::to_string(line) : path);
         // A line that ended the program is the last one.
         if (Vu::Application::get()->exiting())
             Vs::Progress::requestCancel();
@@ -143,6 +158,7 @@ bool LineRunner::runScript(const std::string& path, const std::vector<std::wstri
     Vs::PythonManager::get()->runScriptFile(Vs::Strings::widen(path), status, arguments);
     settle();
     tellWarnings();
+    tellMissedBounds(path);
     // The interpreter has told the error already.
     m_failed = m_failed || status.isError();
     return status.isOk() || m_options.keepGoing;
@@ -201,6 +217,14 @@ void LineRunner::tellWarnings(const std::wstring& failure)
     for (const std::wstring& warning : warnings)
         if (failure.find(warning) == std::wstring::npos)
             write(stderr, Vs::Strings::narrow(warning));
+}
+
+void LineRunner::tellMissedBounds(const std::string& where)
+{
+    for (const std::wstring& missed : std::exchange(m_missedBounds, {})) {
+        m_failed = true;
+        error(Vs::Strings::widen(where) + L": " + missed);
+    }
 }
 
 /// Finishes what a line left in the queues, so that the next line finds it done.

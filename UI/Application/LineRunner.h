@@ -50,11 +50,14 @@ private:
     /// Warnings wait for the end of the line that runs: what its own failure says anyway isn't told twice.
     void warn(const std::wstring& text);
     void tellWarnings(const std::wstring& failure = {});
+    /// What was worse than its reference allows, behind the place of the line; the run has failed then.
+    void tellMissedBounds(const std::string& where);
     static void settle();
 
     Options m_options;
     std::mutex m_warningsMutex; ///< Warnings come from any thread.
     std::vector<std::wstring> m_warnings;
+    std::vector<std::wstring> m_missedBounds;
     std::atomic<bool> m_lineRuns = false;
     bool m_failed = false;
 };

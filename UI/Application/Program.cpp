@@ -5,6 +5,7 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/DocumentOpener.h"
 #include "UI/Application/Console.h"
@@ -151,7 +152,7 @@ int runWorkspace(const CommandLine& line)
     if (!line.headless && !application->exiting())
         code = application->run();
     application->flushDeferredTasks();
-    return runner.failed() ? kExitLineFailed : code;
+    return runner.failed() || Vs::TranscriptMgr::get()->recordingLost() ? kExitLineFailed : code;
 }
 
 } // namespace

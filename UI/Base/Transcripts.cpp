@@ -33,9 +33,10 @@ public:
         Answers::lineRan();
     }
 
-    void failed(const std::wstring& message) override
+    void failed(const std::wstring& message, bool printed) override
     {
-        if (Vs::TextOutput* output = Vs::TextCommandMgr::get()->output())
+        Vs::TextOutput* output = Vs::TextCommandMgr::get()->output();
+        if (output && !printed)
             output->error(message);
         // Who started the replay in the window sees no terminal.
         const WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();

@@ -30,6 +30,7 @@ constexpr const wchar_t* kRatio = L"ratio";
 
 PerfReport lastReport;
 std::wstring lastError;
+std::function<void(const std::wstring&)> onFailure;
 
 double memoryBytes(bool physical)
 {
@@ -75,6 +76,8 @@ Result resultOf(std::vector<double> seconds, const std::wstring& metric, const s
 bool fail(const std::wstring& message)
 {
     lastError = message;
+    if (onFailure)
+        onFailure(message);
     return false;
 }
 
@@ -173,6 +176,11 @@ bool PerfTestingContext::compare(Result result, const std::wstring& kind)
 std::wstring PerfTestingContext::errorMessage()
 {
     return lastError;
+}
+
+void PerfTestingContext::failureHandler(std::function<void(const std::wstring&)> handler)
+{
+    onFailure = std::move(handler);
 }
 
 const PerfReport& PerfTestingContext::report()

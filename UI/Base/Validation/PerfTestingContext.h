@@ -3,6 +3,7 @@
 #include "UI/Base/Validation/MetricProbe.h"
 #include "UI/Base/Validation/PerfReport.h"
 
+#include <functional>
 #include <map>
 #include <string>
 
@@ -35,6 +36,9 @@ public:
 
     /// Why the last validation failed; empty if it didn't.
     static std::wstring errorMessage();
+    /// Who is told of each validation that fails, with its errorMessage: a run whose values are too large
+    /// must not pass, though no line ends with status 1 for it. An empty function for nobody.
+    static void failureHandler(std::function<void(const std::wstring&)> handler);
     /// What the present context has found, or the last one did.
     static const PerfReport& report();
 

@@ -4,6 +4,8 @@
 #include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Commands/Transcripts/TranscriptLines.h"
 
+#include <utility>
+
 namespace Vu {
 
 using Commands::insertTranscriptLine;
@@ -14,7 +16,10 @@ ValidationDialog* ValidationDialog::get()
     return dialog;
 }
 
-ValidationDialog::ValidationDialog() : m_needToShow(UIBaseOptionGroup::get()->showValidationDialog()) {}
+ValidationDialog::ValidationDialog() : m_needToShow(UIBaseOptionGroup::get()->showValidationDialog())
+{
+    Vs::TranscriptMgr::get()->whenRecordingEnds([this] { recordingEnds(); });
+}
 
 ValidationWindow* ValidationDialog::target() const
 {
@@ -26,8 +31,22 @@ void ValidationDialog::show(bool visible)
 {
     if (!Vs::TranscriptMgr::get()->recording())
         return;
-    if (ValidationWindow* window = target())
+    if (ValidationWindow* window = target()) {
         window->setShown(visible);
+        m_shown = visible;
+    }
+}
+
+/// The window has no button to close it, so it must not outlive what it belongs to.
+void ValidationDialog::recordingEnds()
+{
+    if (m_started)
+        endValidation();
+    Vs::TranscriptMgr::get()->recordSmoothCameraChange(false);
+    if (!std::exchange(m_shown, false))
+        return;
+    if (ValidationWindow* window = target())
+        window->setShown(false);
 }
 
 void ValidationDialog::needToShow(bool value)
@@ -40,18 +59,24 @@ void ValidationDialog::needToShow(bool value)
 void ValidationDialog::startNormalValidation()
 {
     m_kind = kNormal;
+    m_started = Vs::TranscriptMgr::get()->recording();
+    Vs::TranscriptMgr::get()->recordSmoothCameraChange(false);
     show(m_needToShow);
 }
 
 void ValidationDialog::startPerformanceValidation()
 {
     m_kind = kPerformance;
+    m_started = Vs::TranscriptMgr::get()->recording();
+    // A drag must bring as many pictures when it is replayed as it did.
+    Vs::TranscriptMgr::get()->recordSmoothCameraChange(m_started);
     insertTranscriptLine(L"Performance.StartPerformanceValidation");
     show(m_needToShow);
 }
 
 void ValidationDialog::endValidation()
 {
+    m_started = false;
     show(false);
     if (m_kind != kPerformance)
         return;

@@ -14,8 +14,9 @@ public:
     virtual void finishStartedMetrics() {}
 };
 
-/// The switch between the two validation windows: which of them the recording has, and whether it shows. A
-/// run without a window has neither, and writes the same lines. Main thread only.
+/// The switch between the two validation windows: which of them the recording has, and whether it shows. It
+/// goes with the recording, also where that ends by a line or since the disk is full. A run without a window
+/// has neither, and writes the same lines. Main thread only.
 class ValidationDialog
 {
 public:
@@ -29,7 +30,8 @@ public:
     void needToShow(bool value);
 
     void startNormalValidation();
-    /// Also writes the line that begins measuring, so the recording must run already.
+    /// Also writes the line that begins measuring, so the recording must run already. It takes each step of a
+    /// drag of the camera from now on.
     void startPerformanceValidation();
     /// Before the recording ends: hides the window, and ends measuring.
     void endValidation();
@@ -43,10 +45,13 @@ public:
 private:
     ValidationDialog();
     ValidationWindow* target() const;
+    void recordingEnds();
     void endLastPerformanceStartedMetrics();
 
     int m_kind = kNormal;
     bool m_needToShow;
+    bool m_started = false; ///< For a recording that hasn't ended yet.
+    bool m_shown = false;
     std::array<Maker, 2> m_makers = {};
 };
 

@@ -12,6 +12,12 @@ inline QString panelText(const char* key, const char* english)
     return QString::fromStdWString(localized(key, english));
 }
 
+/// What a field of a validation window shows while it is empty.
+inline QString descriptionText()
+{
+    return panelText("ValidationDescription", "Description");
+}
+
 /// Puts the contents into a frame with a title, which fills the whole of the panel.
 inline void putInGroup(QWidget* panel, const QString& title, QLayout* contents)
 {

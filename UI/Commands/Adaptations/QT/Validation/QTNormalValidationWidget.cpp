@@ -60,6 +60,7 @@ QLayout* QTNormalValidationWidget::makeDescriptionRow()
     m_validate->setEnabled(false);
     m_description = new QLineEdit;
     m_description->setMaximumWidth(kDescriptionWidth);
+    m_description->setPlaceholderText(descriptionText());
     auto* row = new QHBoxLayout;
     row->addWidget(m_validate);
     row->addWidget(m_description);

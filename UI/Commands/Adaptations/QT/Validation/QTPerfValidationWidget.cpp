@@ -52,6 +52,7 @@ QTPerfValidationWidget::QTPerfValidationWidget(QWidget* parent) : QWidget(parent
         Row& row = m_rows[i];
         row.box = new QCheckBox(QString::fromStdWString(localized(kMetrics[i].key, kMetrics[i].label)));
         row.description = new QTAutoMatchLineEdit(kMetrics[i].name);
+        row.description->setPlaceholderText(descriptionText());
         grid->addWidget(row.box, static_cast<int>(i), 0);
         grid->addWidget(row.description, static_cast<int>(i), 1);
         connect(row.box, &QCheckBox::clicked, this, &QTPerfValidationWidget::onUpdateMetricButtonState);
