@@ -265,7 +265,6 @@ void MainWindow::rebuild()
                               }};
     QWidget* central = arrangement ? builder.build(*arrangement->layout(), this) : nullptr;
     setCentralWidget(central ? central : new QWidget(this));
-    // Lines that run before the next event see canvases of the size that they will have.
     if (lineHadFocus)
         m_commandBox->setFocus();
     tellUnknownCommands();
