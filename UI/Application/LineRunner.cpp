@@ -61,6 +61,14 @@ void write(std::FILE* stream, const std::string& text)
     std::fputc('\n', stream);
 }
 
+/// Who started the program by a click on a file, or a replay by a click on a button, sees no terminal.
+void tellInWindow(const std::wstring& failure)
+{
+    const Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow();
+    if (window && window->shown())
+        Vu::CommandMgr::get()->GetAlertController()->addAlert(Vu::EAlertSeverity::Error, failure);
+}
+
 class LineScope
 {
 public:
@@ -82,6 +90,8 @@ LineRunner::LineRunner(Options options) : m_options(std::move(options))
     Vu::PerfTestingContext::failureHandler([this](const std::wstring& text) {
         if (m_lineRuns)
             m_missedBounds.push_back(text);
+        else if (Vs::TranscriptMgr::get()->replaying())
+            tellInWindow(text);
     });
 }
 
@@ -99,10 +109,8 @@ bool LineRunner::openFile(const std::string& path)
     std::wstring failure;
     const bool goesOn =
         runLine(L"Document.Open " + Vs::Strings::quote(Vs::Strings::widen(path)), path, &failure);
-    // Who started the program by a click on the file sees no terminal.
-    const Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow();
-    if (!failure.empty() && window && window->shown())
-        Vu::CommandMgr::get()->GetAlertController()->addAlert(Vu::EAlertSeverity::Error, failure);
+    if (!failure.empty())
+        tellInWindow(failure);
     return goesOn;
 }
 

@@ -12,7 +12,7 @@
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/MouseEvents.h"
-#include "UI/Base/Validation/WindowlessFrames.h"
+#include "UI/Base/Validation/MetricFrames.h"
 
 #include <algorithm>
 #include <optional>
@@ -37,13 +37,13 @@ public:
     FramesProbe() { Vs::Scene::CameraEventSource::get()->subscribe(this); }
     ~FramesProbe() override { Vs::Scene::CameraEventSource::get()->unsubscribe(this); }
 
-    bool windowless() const override { return m_windowless.drew(); }
+    bool windowless() const override { return m_frames.drewWindowless(); }
 
 private:
     void frameDrawn(FrameEvent* event) override { add(event->seconds()); }
-    void cameraChanged(Vs::Scene::CameraEvent*) override { m_windowless.drawSoon(true); }
+    void cameraChanged(Vs::Scene::CameraEvent*) override { m_frames.drawSoon(true); }
 
-    WindowlessFrames m_windowless;
+    MetricFrames m_frames;
     FrameEventSource::Wanted m_wanted{this};
 };
 
@@ -117,7 +117,7 @@ public:
     }
     ~PrehighlightProbe() override { MouseEventSource::get()->unsubscribe(this); }
 
-    bool windowless() const override { return m_windowless.drew(); }
+    bool windowless() const override { return m_frames.drewWindowless(); }
 
 private:
     static uint64_t sceneOf(const MouseEvent& event)
@@ -141,8 +141,8 @@ private:
         } else if (!m_unseen && m_scene != sceneOf(*event)) {
             m_unseen = m_move;
             m_canvas = event->canvas();
-            if (WindowlessFrames::serves(m_canvas))
-                m_windowless.drawSoon(false);
+            if (MetricFrames::serves(m_canvas))
+                m_frames.drawSoon(false);
         }
         m_move.reset();
     }
@@ -159,7 +159,7 @@ private:
     std::optional<timer> m_unseen; ///< Of the first move whose mark isn't seen yet.
     uint64_t m_scene = 0;          ///< The scene's revision when that move came.
     const GraphicsCanvas* m_canvas = nullptr;
-    WindowlessFrames m_windowless;
+    MetricFrames m_frames;
     FrameEventSource::Wanted m_wanted{this};
 };
 

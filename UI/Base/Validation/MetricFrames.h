@@ -6,24 +6,24 @@ namespace Vu {
 
 class GraphicsCanvas;
 
-/// Draws the canvases that have no widget, which nobody else does, so that a run without a window can tell
-/// how long pictures take. Main thread only.
-class WindowlessFrames
+/// Draws what nobody else draws in time for a metric to see it: canvases without a widget, and during a
+/// replay those that have one, since its lines leave windows no time to paint. Main thread only.
+class MetricFrames
 {
 public:
-    /// Whether the canvas shows something and has no widget.
+    /// Whether the canvas shows something and is to be drawn here.
     static bool serves(const GraphicsCanvas* canvas);
 
     /// At the end of the event, once for all calls. `moving` as for drawCanvas.
     void drawSoon(bool moving);
-    /// Whether anything was drawn here.
-    bool drew() const { return m_state->drew; }
+    /// Whether a canvas without a widget was drawn here.
+    bool drewWindowless() const { return m_state->drewWindowless; }
 
 private:
     struct State
     {
         bool queued = false;
-        bool drew = false;
+        bool drewWindowless = false;
     };
     static void draw(State& state, bool moving);
 
