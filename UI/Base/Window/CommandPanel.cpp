@@ -27,7 +27,8 @@
 namespace Vu {
 namespace {
 
-constexpr int kWidth = 330;
+/// So that usual texts of lists and of selections are seen whole.
+constexpr int kWidth = 370;
 /// From the canvas's edges.
 constexpr int kDistance = 12;
 /// The head and foot of the panel stay free of the window's edge by this, however it is dragged.

@@ -237,6 +237,7 @@ void MeasureCmd::selectionTypesChanged()
 
 void MeasureCmd::precisionChanged()
 {
+    m_inputs->precision->enableTranscript(true);
     Vs::Units::UnitDisplaySettings::userEditableSettings().generalPrecision(m_inputs->chosenPrecision());
     for (RealValueCommandInput* result : m_inputs->results())
         result->unitDisplaySettings(Vs::Units::UnitDisplaySettings::get());
