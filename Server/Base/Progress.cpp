@@ -18,6 +18,7 @@ static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<Hook>::is_al
 ProgressSink* s_sink = nullptr;
 ProgressSink* s_shownBy = nullptr; // The sink that the outermost progress scope began with.
 int s_progressScopes = 0;
+double s_fraction = 0; // What was shown last.
 
 void enter()
 {
@@ -58,6 +59,12 @@ bool Progress::active() noexcept
     return s_scopes.load() > 0;
 }
 
+void Progress::keepAlive()
+{
+    if (s_shownBy && !s_shownBy->update(s_fraction, {}))
+        requestCancel();
+}
+
 void Progress::cancelHook(void (*hook)())
 {
     s_hook.store(hook);
@@ -78,6 +85,7 @@ ProgressScope::ProgressScope(const std::wstring& title)
     enter();
     if (s_progressScopes++ == 0 && s_sink) {
         s_shownBy = s_sink;
+        s_fraction = 0;
         s_shownBy->begin(title);
     }
 }
@@ -95,8 +103,8 @@ ProgressScope::~ProgressScope()
 bool ProgressScope::update(double fraction, const std::wstring& step)
 {
     // A fraction that is no number counts as the start.
-    const double shown = fraction > 0 ? std::min(fraction, 1.0) : 0.0;
-    if (s_shownBy && !s_shownBy->update(shown, step))
+    s_fraction = fraction > 0 ? std::min(fraction, 1.0) : 0.0;
+    if (s_shownBy && !s_shownBy->update(s_fraction, step))
         s_cancelled.store(true);
     return !s_cancelled.load();
 }

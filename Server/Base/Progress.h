@@ -27,6 +27,10 @@ bool cancelled() noexcept;
 /// Whether long work is running that a cancel would reach. Any thread.
 bool active() noexcept;
 
+/// For long work that doesn't know how far it is: the chance to keep a window alive and to take its cancel.
+/// Main thread.
+void keepAlive();
+
 /// Called from requestCancel, in its context, so it must be async-signal-safe; null for none.
 void cancelHook(void (*hook)());
 

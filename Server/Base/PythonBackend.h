@@ -1,9 +1,6 @@
 #pragma once
 
-#include "Server/Base/Status.h"
-
-#include <string>
-#include <vector>
+#include "Server/Base/PythonManager.h"
 
 namespace Vs {
 
@@ -19,6 +16,7 @@ public:
 
     virtual std::wstring runFile(const std::string& path, const std::vector<std::wstring>& arguments,
                                  Status& status) = 0;
+    virtual void runStatements(const std::string& path, const ScriptSteps& steps, Status& status) = 0;
     virtual std::wstring runString(const std::string& code, Status& status) = 0;
     virtual void* callCommand(TextCommand& command, void* arguments, void* keywords) = 0;
     virtual void* makeModule(TextCommandSubjectArea& area) = 0;

@@ -6,6 +6,9 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
 #include <cstdio>
 #include <dlfcn.h>
 #include <memory>
@@ -35,6 +38,25 @@ void tell(const std::wstring& error)
         output->error(error);
     else
         std::fprintf(stderr, "%s\n", Strings::narrow(error).c_str());
+    if (TextOutput* display = PythonManager::get()->display())
+        display->error(error);
+}
+
+constexpr const char* kFolder = "autorun";
+
+/// In the order of their names.
+std::vector<std::wstring> scriptsOf(const boost::filesystem::path& folder)
+{
+    std::vector<std::wstring> scripts;
+    boost::system::error_code error;
+    for (boost::filesystem::directory_iterator each(folder, error), end; !error && each != end;
+         each.increment(error)) {
+        const boost::filesystem::path& path = each->path();
+        if (path.extension() == ".py" && !path.filename().string().starts_with("_"))
+            scripts.push_back(path.wstring());
+    }
+    std::sort(scripts.begin(), scripts.end());
+    return scripts;
 }
 
 template <class Run>
@@ -95,6 +117,17 @@ std::wstring PythonManager::runString(const std::wstring& code, Status& status)
                    [&](PythonBackend& backend) { return backend.runString(Strings::narrow(code), status); });
 }
 
+void PythonManager::runTranscript(const std::wstring& path, const ScriptSteps* steps, Status& status)
+{
+    const std::string file = Strings::narrow(path);
+    guarded(status, [&](PythonBackend& backend) {
+        if (!steps)
+            return backend.runFile(file, {}, status);
+        backend.runStatements(file, *steps, status);
+        return std::wstring();
+    });
+}
+
 bool PythonManager::started() const
 {
     return PythonBackend::running() != nullptr;
@@ -109,6 +142,18 @@ PythonAutorunScripts* PythonAutorunScripts::get()
 {
     static PythonAutorunScripts scripts;
     return &scripts;
+}
+
+std::vector<boost::filesystem::path> PythonAutorunScripts::folders()
+{
+    return {PathInfo::rootDirectory() / kFolder, PathInfo::scriptsDirectory(false) / kFolder};
+}
+
+void PythonAutorunScripts::run(Status& status)
+{
+    for (const auto& folder : folders())
+        for (const std::wstring& script : scriptsOf(folder))
+            PythonManager::get()->runScriptFile(script, status);
 }
 
 bool PythonAutorunScripts::fireClosingDown(Status& status)

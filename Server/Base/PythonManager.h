@@ -3,6 +3,9 @@
 #include "Server/Base/Event.h"
 #include "Server/Base/Status.h"
 
+#include <boost/filesystem/path.hpp>
+
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,6 +13,15 @@ namespace Vs {
 
 class TextCommand;
 class TextCommandSubjectArea;
+class TextOutput;
+
+/// Who follows a script statement by statement. Either may be missing.
+struct ScriptSteps
+{
+    std::function<void(const std::wstring& source)> before;
+    /// With what went wrong in the statement. Returns whether the next one is to run.
+    std::function<bool(const Status& failure)> after;
+};
 
 /// The embedded interpreter. It is started by the first script; a run without one pays nothing for it.
 ///
@@ -37,6 +49,13 @@ public:
     /// The same for a piece of code; its name in messages is `<string>`. Names that it defines stay for the
     /// next call.
     std::wstring runString(const std::wstring& code, Status& status);
+    /// The same for a file that is played as a transcript, but that its errors are left to the caller to
+    /// tell. With `steps`, which may be null, its statements are run one by one, and each may fail by itself.
+    void runTranscript(const std::wstring& path, const ScriptSteps* steps, Status& status);
+    /// Shows what scripts print, and their errors, beside the output of TextCommandMgr: a part of a window,
+    /// which is not owned; null for none.
+    void display(TextOutput* display) { m_display = display; }
+    TextOutput* display() const { return m_display; }
     /// Whether the interpreter runs already.
     bool started() const;
     /// Ends the interpreter, if it runs. Called once, before the add-ins go.
@@ -44,6 +63,7 @@ public:
 
 private:
     PythonManager() = default;
+    TextOutput* m_display = nullptr;
 };
 
 /// Scripts and parts that want a word before the application closes.
@@ -58,6 +78,13 @@ class PythonAutorunScripts : public EventSource<PythonAutorunEventSite>
 {
 public:
     static PythonAutorunScripts* get();
+
+    /// Runs the scripts (`.py`) of the folders of `folders`, in the order of their names; those that begin
+    /// with `_` are helpers of others. One that fails is told like any script, and the others run all the
+    /// same; the status has what went wrong.
+    void run(Status& status);
+    /// The program's folder and the user's. Either may be missing.
+    static std::vector<boost::filesystem::path> folders();
 
     /// Asks all sites and calls each function that a script registered with `quillet.on_closing_down(f)`; one
     /// that returns False keeps the application running. Returns whether it may close.

@@ -92,7 +92,7 @@ bool TranscriptMgr::startRecording(const std::wstring& path, ETranscriptType typ
     errno = 0;
     file->stream.open(fs::path(path), std::ios::binary | std::ios::trunc);
     if (file->stream && type == kPythonTranscript)
-        file->stream << "import quillet\n" << std::flush;
+        file->stream << kPythonTranscriptHead << "\nimport quillet\n" << std::flush;
     if (!file->stream)
         return refuse(Strings::widen(std::strerror(errno)));
     m_file = std::move(file);
@@ -151,7 +151,7 @@ void TranscriptMgr::write(const std::wstring& entry)
 void TranscriptMgr::tell(const std::wstring& message) const
 {
     if (m_host)
-        m_host->failed(message, false);
+        m_host->failed(message);
     else
         warn(message);
 }

@@ -26,9 +26,8 @@ public:
     virtual void recordingStarted() {}
     /// Between two lines: finishes what the first left in the queues, so that the second finds it done.
     virtual void settle() = 0;
-    /// Tells the user what went wrong; the message names the file, and the line if there is one. `printed`
-    /// says that the output of text lines has it already.
-    virtual void failed(const std::wstring& message, bool printed) = 0;
+    /// Tells the user what went wrong; the message names the file, and the line if there is one.
+    virtual void failed(const std::wstring& message) = 0;
 };
 
 /// Writes and plays transcripts: files of text lines or of Python that do again what was done in a session.

@@ -7,7 +7,10 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TextLine.h"
 
+#include <boost/filesystem/fstream.hpp>
+
 #include <optional>
+#include <string>
 
 namespace Vs {
 
@@ -21,14 +24,14 @@ std::wstring titleOf(const std::wstring& path)
     return L"Replay: " + boost::filesystem::path(path).filename().wstring();
 }
 
-void tell(const ReplayOptions& options, const std::wstring& failure, bool printed = false)
+void tell(const ReplayOptions& options, const std::wstring& failure)
 {
     if (options.quiet)
         return;
     TextOutput* output = TextCommandMgr::get()->output();
     if (TranscriptHost* host = TranscriptMgr::get()->host())
-        host->failed(failure, printed);
-    else if (output && !printed)
+        host->failed(failure);
+    else if (output)
         output->error(failure);
 }
 
@@ -169,34 +172,71 @@ private:
     bool m_first = true;
 };
 
-ReplayResult playPython(const std::wstring& path, const ReplayOptions& options)
+/// Plays a Python transcript. Whole, it is as fast as Python reads it; statement by statement only where
+/// somebody needs that.
+class PythonReplay
 {
-    const ProgressScope progress(titleOf(path));
-    ReplayResult result;
-    Status status;
-    try {
-        const TranscriptMgr::Replay replaying(path, kPythonTranscript);
-        PythonManager::get()->runScriptFile(path, status);
-    } catch (const Exception& error) {
-        status.addError(error.message());
+public:
+    PythonReplay(const std::wstring& path, const ReplayOptions& options)
+        : m_path(path), m_options(options), m_progress(titleOf(path))
+    {
     }
-    result.cancelled = Progress::cancelled();
-    if (status.isError() && !result.cancelled) {
-        result.failures = 1;
-        tell(options, status.toString(), status.reported());
+
+    ReplayResult run()
+    {
+        Status status;
+        const bool inSteps = m_options.keepGoing || m_options.beforeLine;
+        const ScriptSteps steps{m_options.beforeLine,
+                                [this](const Status& failure) { return after(failure); }};
+        try {
+            const TranscriptMgr::Replay replaying(m_path, kPythonTranscript);
+            PythonManager::get()->runTranscript(m_path, inSteps ? &steps : nullptr, status);
+        } catch (const Exception& error) {
+            status.addError(error.message());
+        }
+        if (m_result.lines == 0)
+            after(status);
+        if (m_options.status)
+            m_options.status->merge(status);
+        return m_result;
     }
-    if (options.status)
-        options.status->merge(status);
-    if (options.afterLine)
-        options.afterLine(0, result.ok() ? 0 : 1);
-    return result;
-}
+
+private:
+    /// Returns whether the next statement is to run.
+    bool after(const Status& failure)
+    {
+        ++m_result.lines;
+        m_result.cancelled = Progress::cancelled();
+        if (failure.isError() && !m_result.cancelled) {
+            ++m_result.failures;
+            tell(m_options, failure.toString());
+        }
+        if (m_options.afterLine)
+            m_options.afterLine(0, failure.isError() ? 1 : 0);
+        m_result.cancelled = m_result.cancelled || Progress::cancelled();
+        return !m_result.cancelled && (m_options.keepGoing || failure.isOk());
+    }
+
+    const std::wstring& m_path;
+    const ReplayOptions& m_options;
+    const ProgressScope m_progress;
+    ReplayResult m_result;
+};
 
 } // namespace
 
+bool isTranscript(const std::wstring& path)
+{
+    if (TranscriptMgr::typeOf(path) == kTextTranscript)
+        return true;
+    boost::filesystem::ifstream stream{boost::filesystem::path(path)};
+    std::string line;
+    return std::getline(stream, line) && line == kPythonTranscriptHead;
+}
+
 ReplayResult playTranscript(const std::wstring& path, ETranscriptType type, const ReplayOptions& options)
 {
-    return type == kPythonTranscript ? playPython(path, options) : TextReplay(path, options).run();
+    return type == kPythonTranscript ? PythonReplay(path, options).run() : TextReplay(path, options).run();
 }
 
 } // namespace Vs

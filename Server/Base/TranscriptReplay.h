@@ -15,7 +15,7 @@ struct ReplayOptions
     /// nobody.
     Status* status = nullptr;
     /// Called with each line of a text transcript before it runs, after substitution and without comments and
-    /// empty lines.
+    /// empty lines, and with each statement of a Python one.
     std::function<void(const std::wstring& line)> beforeLine;
     /// Called after each line that ran, with its number and its status, and with the host's work between
     /// lines done. Of Python once at the end, with the number 0.
@@ -24,12 +24,18 @@ struct ReplayOptions
 
 struct ReplayResult
 {
-    size_t lines = 0;    ///< Lines that ran, comments and empty lines not counted; of Python not known.
+    /// Lines that ran, comments and empty lines not counted; of Python statements, or 1 for all.
+    size_t lines = 0;
     size_t failures = 0; ///< Lines that answered another status than 0, and an unreadable file.
     bool cancelled = false;
 
     bool ok() const { return failures == 0 && !cancelled; }
 };
+
+/// The first line of a Python transcript, by which it is told from other scripts.
+constexpr const char* kPythonTranscriptHead = "# Transcript";
+/// Whether the file is a transcript: all but those Python files that don't begin with that line.
+bool isTranscript(const std::wstring& path);
 
 /// For TranscriptMgr. Progress shows how far it is, and Progress::requestCancel ends it after the line that
 /// runs, or inside a Python script.

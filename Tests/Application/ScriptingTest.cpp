@@ -216,4 +216,55 @@ assert [a.arg for a in box.args.posonlyargs] == ['dx', 'dy', 'dz', 'x_y_z'] and 
     EXPECT_EQ(runQuillet({"--write-stubs", folder.write("file", "").string()}).exitCode, 1);
 }
 
+TEST_F(ScriptingTest, APythonTranscriptGoesOnAfterAStatementThatFailedIfThatIsWanted)
+{
+    const std::string path = folder
+                                 .write("bad.py", "# Transcript\nimport Design, Camera\nDesign.Box('a')\n"
+                                                  "for i in range(2):\n    print(i)\nCamera.Nothing()\n")
+                                 .string();
+    const ProcessResult stopped = runQuillet({"--headless", "--replay", path});
+    EXPECT_EQ(stopped.exitCode, 1);
+    EXPECT_EQ(stopped.output, "");
+    const ProcessResult result = runQuillet({"--headless", "--keep-going", "--echo", "--replay", path});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output,
+              "> import Design, Camera\n> Design.Box('a')\n> for i in range(2):\n    print(i)\n"
+              "0\n1\n> Camera.Nothing()\n");
+    for (const char* line : {":3: quillet.CommandError: ", ":6: AttributeError: "}) {
+        const size_t found = result.errors.find(path + line);
+        EXPECT_NE(found, std::string::npos) << result.errors;
+        EXPECT_EQ(result.errors.find(path + line, found + 1), std::string::npos) << "told twice";
+    }
+    const ProcessResult left =
+        runQuillet({"--headless", "--keep-going", "--replay",
+                    folder.write("left.py", "import sys\nprint(1)\nsys.exit(3)\nprint(2)\n").string()});
+    EXPECT_EQ(left.exitCode, 1);
+    EXPECT_EQ(left.output, "1\n");
+}
+
+TEST_F(ScriptingTest, ScriptsOfTheUserRunAtEachStartAndMayKeepTheProgramOpen)
+{
+    boost::filesystem::create_directories(folder.path() / "profile/scripts/autorun");
+    folder.write(
+        "profile/scripts/autorun/b.py",
+        "import quillet\nprint('b')\ndef stay():\n    return False\nquillet.on_closing_down(stay)\n");
+    folder.write("profile/scripts/autorun/a.py", "print('a')\n1 / 0\n");
+    folder.write("profile/scripts/autorun/_helper.py", "print('helper')\n");
+    folder.write("profile/scripts/autorun/notes.txt", "print('notes')\n");
+    const std::string profile = (folder.path() / "profile").string();
+    const auto run = [&](std::vector<std::string> options) {
+        for (const char* line : {"VuCommands.ExitApplicationCmd", "Camera.ZoomIn"})
+            options.insert(options.end(), {"--command", line});
+        options.insert(options.end(), {"--headless", "--profile-dir", profile});
+        return runQuillet(options);
+    };
+    const ProcessResult result = run({});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output,
+              "a\nb\n" + profile +
+                  "/scripts/autorun/b.py:3: This function keeps the program open.\nZoom in.\n");
+    EXPECT_NE(result.errors.find("autorun/a.py:2: ZeroDivisionError"), std::string::npos) << result.errors;
+    EXPECT_EQ(run({"--no-autorun"}).output, "");
+}
+
 } // namespace

@@ -88,15 +88,22 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
           {"value": 1, "calibration": 1, "ratio": 0}}})");
     write("lost.txt", "Transcripting.Start /dev/full\nDesign.New\n");
     write("_helper.py", "1 / 0\n");
+    // What waits for the end of a line is done between the statements of a transcript alone.
+    const std::string switches =
+        "import Asset, Design, Document, VuCommands\nDesign.New()\n"
+        "Document.Rename('First')\nDesign.New()\nVuCommands.CycleOpenDocumentsCmd()\n"
+        "assert ('First' in Asset.Path()) == ";
+    write("recorded.py", "# Transcript\nimport quillet\n" + switches + "True\n");
+    write("script.py", switches + "False\n");
     write("notes.md", "no transcript");
     const ProcessResult result = run({"--timeout", "3", "--junit", junit.string(), "--set", "name=x"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_NE(result.output.find("9 transcripts in "), std::string::npos) << result.output;
-    EXPECT_NE(result.output.find(": 2 passed, 4 failed, 3 ended by crash or time limit."), std::string::npos);
+    EXPECT_NE(result.output.find("11 transcripts in "), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find(": 4 passed, 4 failed, 3 ended by crash or time limit."), std::string::npos);
 
     std::map<std::string, Case> cases = readJUnit(junit);
-    EXPECT_EQ(cases.size(), 10u);
-    EXPECT_EQ(cases[""].message, "9 4 3");
+    EXPECT_EQ(cases.size(), 12u);
+    EXPECT_EQ(cases[""].message, "11 4 3");
     EXPECT_EQ(cases["good.txt"].kind, "passed");
     EXPECT_GT(cases["good.txt"].seconds, 0);
     EXPECT_NE(cases["good.txt"].output.find("/x.vlra"), std::string::npos);

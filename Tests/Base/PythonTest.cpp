@@ -219,6 +219,8 @@ TEST_F(PythonTest, AsksScriptsAndSitesBeforeTheApplicationCloses)
     EXPECT_TRUE(scripts->fireClosingDown(status));
     run("stay = True");
     EXPECT_FALSE(scripts->fireClosingDown(status));
+    ASSERT_EQ(status.warnings().size(), 1u);
+    EXPECT_EQ(status.warnings().front(), L"<string>:2: This function keeps the program open.");
     run("stay = False");
     site.answer = false;
     EXPECT_FALSE(scripts->fireClosingDown(status));

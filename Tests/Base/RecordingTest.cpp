@@ -20,7 +20,7 @@ public:
     Host() { TranscriptMgr::get()->host(this); }
     ~Host() override { TranscriptMgr::get()->host(nullptr); }
     void settle() override { ++settled; }
-    void failed(const std::wstring& message, bool) override { told += message + L'\n'; }
+    void failed(const std::wstring& message) override { told += message + L'\n'; }
 
     int settled = 0;
     std::wstring told;
@@ -84,7 +84,7 @@ TEST_F(RecordingTest, WritesEachLineAtOnceInTheFormThatTheFileNameAsksFor)
               "Probe.Call \"a b\" /Flag\n# seen \nProbe.Call $${x} \"two lines\"\n");
     EXPECT_EQ(recorded("a.PY", {L"Probe.Call \"a b\" 1 /Flag /Flag", L"# seen ", L"Probe.Call \"\\\"\\\\\" ö",
                                 L"Probe.class 1", L"Probe.Call /2", L"Probe.Call \"open", L"help Probe"}),
-              "import quillet\nimport Probe\nProbe.Call(\"a b\", \"1\", Flag=True)\n# seen \n"
+              "# Transcript\nimport quillet\nimport Probe\nProbe.Call(\"a b\", \"1\", Flag=True)\n# seen \n"
               "Probe.Call(\"\\\"\\\\\", \"\xC3\xB6\")\nquillet.run(\"Probe.class 1\")\n"
               "quillet.run(\"Probe.Call /2\")\nquillet.run(\"Probe.Call \\\"open\")\n"
               "quillet.run(\"help Probe\")\n");

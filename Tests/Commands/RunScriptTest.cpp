@@ -4,7 +4,13 @@
 #include "Tests/Commands/CommandsProgram.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/FileDialog.h"
+#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
+
+#include <QPlainTextEdit>
+#include <QTimer>
+#include <QtTest/QTest>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
@@ -120,6 +126,33 @@ TEST_F(RunScriptTest, TheTaskIsKnownByItsName)
     EXPECT_EQ(Vs::cast<RunPythonTask>(&task), &task);
     EXPECT_NE(Vs::cast<Vs::Task>(&task), nullptr);
     EXPECT_EQ(task.priority(), 1);
+}
+
+TEST_F(RunScriptTest, InAWindowAnEndlessScriptShowsWhatItPrintsAndEscapeEndsIt)
+{
+    Workspace* const before = WorkspaceMgr::activeWorkspace();
+    Workspace* const workspace = WorkspaceMgr::get()->create();
+    WorkspaceMgr::activeWorkspace(workspace);
+    workspace->window()->show();
+    QWidget* const window = workspace->window()->widget();
+    const auto* const output = window->findChild<QPlainTextEdit*>(QStringLiteral("commandOutput"));
+    ASSERT_NE(output, nullptr);
+    QTimer escape;
+    QObject::connect(&escape, &QTimer::timeout, [&] {
+        if (output->toPlainText().contains(QStringLiteral("turn 3")))
+            QTest::keyClick(window, Qt::Key_Escape);
+    });
+    escape.start(10);
+    for (const char* rest : {"pass", "time.sleep(0 if n < 5 else 3600)"}) {
+        answer(L"VuCommands.RunScriptCmd " +
+               script(std::string("import time\nn = 0\nwhile True:\n    n += 1\n"
+                                  "    if n < 9: print('turn', n)\n    ") +
+                      rest + '\n'));
+        EXPECT_TRUE(m_printed.text.ends_with(L": The script was cancelled.\n")) << rest;
+        EXPECT_TRUE(output->toPlainText().endsWith(QStringLiteral(": The script was cancelled."))) << rest;
+    }
+    WorkspaceMgr::get()->close(workspace);
+    WorkspaceMgr::activeWorkspace(before);
 }
 
 } // namespace

@@ -31,6 +31,7 @@ constexpr OptionRow kOptions[] = {
     {"echo", nullptr, "Print each line before its answer."},
     {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts."},
     {"profile-dir", "DIR", "Keep all settings, caches and recovery files in DIR."},
+    {"no-autorun", nullptr, "Don't run the scripts that otherwise run at each start."},
     {"test", "DIR", "Run all transcripts and scripts in a folder, each in a process of its own."},
     {"jobs", "N", "With --test: how many run side by side (default: as many as there are processors)."},
     {"timeout", "SECONDS", "With --test: how long each may take (default: 300)."},
@@ -148,6 +149,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     result.test.parameters = result.parameters;
     result.stubsDirectory = parser.value(QStringLiteral("write-stubs")).toStdString();
     result.headless = parser.isSet(QStringLiteral("headless"));
+    result.autorun = !parser.isSet(QStringLiteral("no-autorun"));
     result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
     result.echo = parser.isSet(QStringLiteral("echo"));
     result.listCommands = parser.isSet(QStringLiteral("list-commands"));

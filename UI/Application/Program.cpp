@@ -13,7 +13,9 @@
 #include "UI/Application/Lists.h"
 #include "UI/Application/Stubs.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
 
@@ -136,6 +138,17 @@ void runSteps(const CommandLine& line, LineRunner& runner)
     }
 }
 
+/// What goes wrong in them is told, and is no failure of this run.
+void runAutorunScripts()
+{
+    Vs::Status status;
+    Vs::PythonAutorunScripts::get()->run(status);
+    Vu::Application::get()->flushDeferredTasks();
+    const Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow();
+    if (status.isError() && window && window->shown())
+        Vu::CommandMgr::get()->GetAlertController()->addAlert(Vu::EAlertSeverity::Error, status.toString());
+}
+
 int runWorkspace(const CommandLine& line)
 {
     // Transcripts put their results where the user is, unless told otherwise.
@@ -147,6 +160,8 @@ int runWorkspace(const CommandLine& line)
     Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();
     if (!line.headless)
         workspace->window()->show();
+    if (line.autorun)
+        runAutorunScripts();
     runSteps(line, runner);
     int code = kExitOk;
     if (!line.headless && !application->exiting())

@@ -33,10 +33,9 @@ public:
         Answers::lineRan();
     }
 
-    void failed(const std::wstring& message, bool printed) override
+    void failed(const std::wstring& message) override
     {
-        Vs::TextOutput* output = Vs::TextCommandMgr::get()->output();
-        if (output && !printed)
+        if (Vs::TextOutput* output = Vs::TextCommandMgr::get()->output())
             output->error(message);
         // Who started the replay in the window sees no terminal.
         const WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();

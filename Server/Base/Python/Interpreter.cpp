@@ -2,8 +2,9 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
-#include "Server/Base/Progress.h"
 #include "Server/Base/Python/Arguments.h"
+#include "Server/Base/Python/Interruptible.h"
+#include "Server/Base/Python/MainModule.h"
 #include "Server/Base/Python/ScriptError.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
@@ -27,9 +28,12 @@ namespace {
 
 constexpr const char* kInterpreter = "/usr/bin/python3"; ///< The system's own, whatever is first on the PATH.
 
+constexpr const char* kClosingDown = "quillet.on_closing_down";
+
 /// What replaces the standard streams: a script's output is the program's, and nobody answers its questions.
+/// A script that sleeps on the main thread looks up now and then, so that it can be cancelled.
 constexpr const char* kStreams = R"(
-import io, signal, sys
+import io, signal, sys, threading, time
 
 class _Stream(io.TextIOBase):
     encoding = 'utf-8'
@@ -41,6 +45,14 @@ class _Stream(io.TextIOBase):
         self._write(text)
         return len(text)
 
+def _sleep(seconds, sleep=time.sleep, now=time.monotonic):
+    if seconds < 0 or threading.current_thread() is not threading.main_thread():
+        return sleep(seconds)
+    end = now() + seconds
+    while (left := end - now()) > 0:
+        sleep(min(left, 0.03))
+
+time.sleep = _sleep
 sys.stdout = sys.__stdout__ = _Stream(_write_output)
 sys.stderr = sys.__stderr__ = _Stream(_write_error)
 sys.stdin = sys.__stdin__ = io.StringIO()
@@ -63,6 +75,17 @@ left = others()
 waited_for = ', '.join(t.name for t in left if not t.daemon)
 )";
 
+/// The statements of a script, each with its source.
+constexpr const char* kStatements = R"(
+import ast
+
+def statements(code, name):
+    lines = code.decode('utf-8-sig', 'replace').splitlines()
+    for node in ast.parse(code, name).body:
+        source = '\n'.join(lines[node.lineno - 1:node.end_lineno])
+        yield source, compile(ast.Module([node], []), name, 'exec')
+)";
+
 /// Runs code of our own; its names stay in `names`.
 void execute(const char* code, py::dict& names)
 {
@@ -73,44 +96,22 @@ void execute(const char* code, py::dict& names)
         throw py::error_already_set();
 }
 
-class Lock
+/// Where the function is written, as far as it says so.
+std::wstring placeOf(const py::handle& function)
 {
-public:
-    Lock() : m_state(PyGILState_Ensure()) {}
-    ~Lock() { PyGILState_Release(m_state); }
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
+    const py::object code = py::getattr(function, "__code__", py::none());
+    return code.is_none()
+               ? wideText(py::repr(function))
+               : wideText(code.attr("co_filename")) + L':' + wideText(py::str(code.attr("co_firstlineno")));
+}
 
-private:
-    PyGILState_STATE m_state;
-};
-
-/// Lets a cancel request interrupt the script that runs in this scope.
-class Interruptible
+void evaluate(const py::object& compiled, const py::dict& names)
 {
-public:
-    Interruptible()
-    {
-        ++s_depth;
-        Progress::cancelHook([] { PyErr_SetInterruptEx(SIGINT); });
-    }
-    ~Interruptible()
-    {
-        // Scripts run scripts; the outer one goes on.
-        if (--s_depth > 0)
-            return;
-        Progress::cancelHook(nullptr);
-        // A request that came too late for this script must not hit the next one.
-        if (PyErr_CheckSignals() != 0)
-            PyErr_Clear();
-    }
-    Interruptible(const Interruptible&) = delete;
-    Interruptible& operator=(const Interruptible&) = delete;
-
-private:
-    static inline int s_depth = 0;
-    Progress::CancelScope m_scope;
-};
+    const auto ran =
+        py::reinterpret_steal<py::object>(PyEval_EvalCode(compiled.ptr(), names.ptr(), names.ptr()));
+    if (!ran)
+        throw py::error_already_set();
+}
 
 void startPython()
 {
@@ -243,30 +244,45 @@ std::wstring Interpreter::runFile(const std::string& path, const std::vector<std
 {
     const std::string code = readScript(path);
     const Lock lock;
-    py::module_ sys = py::module_::import("sys");
-    py::list searched = sys.attr("path");
-    const py::str folder(boost::filesystem::absolute(path).parent_path().string());
-    auto main = py::reinterpret_steal<py::module_>(PyModule_New("__main__"));
-    py::dict globals = main.attr("__dict__");
-    globals["__builtins__"] = py::module_::import("builtins");
-    globals["__file__"] = py::str(path);
+    const MainModule main(path, arguments);
+    return run(code, path, main.names(), Traceback::Printed, status);
+}
 
-    // Scripts may run scripts: whatever this one changes of the interpreter is put back.
-    const py::object mainBefore = sys.attr("modules").attr("get")("__main__");
-    const py::object argumentsBefore = py::getattr(sys, "argv", py::list());
-    sys.attr("modules")["__main__"] = main;
-    py::list argv;
-    argv.append(path);
-    for (const std::wstring& argument : arguments)
-        argv.append(pythonText(argument));
-    sys.attr("argv") = argv;
-    searched.insert(0, folder);
-    std::wstring result = run(code, path, globals, Traceback::Printed, status);
-    sys.attr("modules")["__main__"] = mainBefore;
-    sys.attr("argv") = argumentsBefore;
-    if (searched.contains(folder))
-        searched.attr("remove")(folder);
-    return result;
+void Interpreter::runStatements(const std::string& path, const ScriptSteps& steps, Status& status)
+{
+    const std::string code = readScript(path);
+    const Lock lock;
+    const MainModule main(path, {});
+    const Interruptible scope(path);
+    try {
+        m_held->modules->update();
+        py::dict own;
+        execute(kStatements, own);
+        for (const py::handle each : own["statements"](py::bytes(code), path)) {
+            const auto [source, compiled] = each.cast<std::pair<py::str, py::object>>();
+            if (steps.before)
+                steps.before(wideText(source));
+            Status failure;
+            bool goesOn = true;
+            try {
+                evaluate(compiled, main.names());
+            } catch (py::error_already_set& error) {
+                goesOn = tell(error, path, Traceback::Printed, failure);
+            }
+            m_streams.flush();
+            goesOn = (!steps.after || steps.after(failure)) && goesOn;
+            status.merge(failure);
+            if (!goesOn)
+                break;
+        }
+    } catch (py::error_already_set& error) {
+        // It cannot be read as Python.
+        Status failure;
+        tell(error, path, Traceback::Silent, failure);
+        if (steps.after)
+            steps.after(failure);
+        status.merge(failure);
+    }
 }
 
 std::wstring Interpreter::runString(const std::string& code, Status& status)
@@ -282,28 +298,32 @@ std::wstring Interpreter::run(const std::string& code, const std::string& name, 
 {
     std::wstring result;
     try {
-        const Interruptible scope;
+        const Interruptible scope(name);
         m_held->modules->update();
         const auto compiled =
             py::reinterpret_steal<py::object>(Py_CompileString(code.c_str(), name.c_str(), Py_file_input));
         if (!compiled)
             throw py::error_already_set();
-        const auto ran =
-            py::reinterpret_steal<py::object>(PyEval_EvalCode(compiled.ptr(), globals.ptr(), globals.ptr()));
-        if (!ran)
-            throw py::error_already_set();
+        evaluate(compiled, globals);
         if (globals.contains("result"))
             result = wideText(py::object(globals["result"]));
     } catch (py::error_already_set& error) {
-        const ScriptEnd end = scriptEnd(error, name);
-        m_streams.flush();
-        if (traceback == Traceback::Printed)
-            m_streams.write(ScriptStreams::Kind::Error, end.traceback);
-        if (end.failed)
-            status.addError(end.message);
+        tell(error, name, traceback, status);
     }
     m_streams.flush();
     return result;
+}
+
+bool Interpreter::tell(py::error_already_set& error, const std::string& name, Traceback traceback,
+                       Status& status)
+{
+    const ScriptEnd end = scriptEnd(error, name);
+    m_streams.flush();
+    if (traceback == Traceback::Printed)
+        m_streams.write(ScriptStreams::Kind::Error, end.traceback);
+    if (end.failed)
+        status.addError(end.message);
+    return !error.matches(PyExc_SystemExit) && !error.matches(PyExc_KeyboardInterrupt);
 }
 
 void* Interpreter::callCommand(TextCommand& command, void* arguments, void* keywords)
@@ -355,11 +375,13 @@ bool Interpreter::closingDown(Status& status)
     bool mayClose = true;
     for (const py::handle function : py::list(m_held->closingDownFunctions)) {
         try {
-            const Interruptible scope;
-            if (function().ptr() == Py_False)
-                mayClose = false;
+            const Interruptible scope(kClosingDown);
+            if (function().ptr() != Py_False)
+                continue;
+            mayClose = false;
+            status.addWarning(placeOf(function) + L": This function keeps the program open.");
         } catch (py::error_already_set& error) {
-            status.addError(scriptEnd(error, "quillet.on_closing_down").message);
+            status.addError(scriptEnd(error, kClosingDown).message);
         }
     }
     m_streams.flush();

@@ -23,6 +23,7 @@ public:
 
     std::wstring runFile(const std::string& path, const std::vector<std::wstring>& arguments,
                          Status& status) override;
+    void runStatements(const std::string& path, const ScriptSteps& steps, Status& status) override;
     std::wstring runString(const std::string& code, Status& status) override;
     void* callCommand(TextCommand& command, void* arguments, void* keywords) override;
     void* makeModule(TextCommandSubjectArea& area) override;
@@ -34,6 +35,9 @@ private:
     enum class Traceback { Silent, Printed };
     std::wstring run(const std::string& code, const std::string& name, const pybind11::dict& globals,
                      Traceback traceback, Status& status);
+    /// Returns whether the error came from within a statement, so that the next one may run.
+    bool tell(pybind11::error_already_set& error, const std::string& name, Traceback traceback,
+              Status& status);
     pybind11::str runLine(const pybind11::str& line);
     /// Throws pybind11::error_already_set on any thread but the application's main one.
     void requireMainThread() const;

@@ -1,5 +1,6 @@
 #include "Server/Base/Python/ScriptStreams.h"
 
+#include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 
@@ -47,10 +48,12 @@ void ScriptStreams::show()
     for (const Line& line : lines) {
         if (!output)
             std::fprintf(line.kind == Kind::Output ? stdout : stderr, "%s\n", line.text.c_str());
-        else if (line.kind == Kind::Output)
-            output->message(Strings::widen(line.text));
-        else
-            output->error(Strings::widen(line.text));
+        for (TextOutput* each : {output, PythonManager::get()->display()}) {
+            if (each && line.kind == Kind::Output)
+                each->message(Strings::widen(line.text));
+            else if (each)
+                each->error(Strings::widen(line.text));
+        }
     }
 }
 

@@ -1,6 +1,6 @@
 #include "UI/Application/Testing/TestProcess.h"
 
-#include <boost/algorithm/string/case_conv.hpp>
+#include "Server/Base/TranscriptReplay.h"
 
 #include <cerrno>
 #include <csignal>
@@ -98,17 +98,14 @@ TestProcess::TestProcess(const boost::filesystem::path& transcript, const boost:
                          const std::vector<std::string>& settings)
     : m_transcript(transcript)
 {
-    std::vector<std::string> words = {"quillet",
-                                      "--headless",
-                                      "--echo",
-                                      "--profile-dir",
-                                      (folder / "profile").string(),
-                                      "--set",
-                                      "out=" + folder.string()};
+    std::vector<std::string> words = {"quillet",       "--headless",
+                                      "--no-autorun",  "--echo",
+                                      "--profile-dir", (folder / "profile").string(),
+                                      "--set",         "out=" + folder.string()};
     for (const std::string& setting : settings)
         words.insert(words.end(), {"--set", setting});
-    const bool python = boost::algorithm::to_lower_copy(transcript.extension().string()) == ".py";
-    words.insert(words.end(), {python ? "--script" : "--replay", transcript.string()});
+    words.insert(words.end(),
+                 {Vs::isTranscript(transcript.wstring()) ? "--replay" : "--script", transcript.string()});
     start(words);
 }
 

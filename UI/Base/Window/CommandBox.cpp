@@ -1,6 +1,6 @@
 #include "UI/Base/Window/CommandBox.h"
 
-#include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/PythonManager.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Localized.h"
 #include "UI/Base/ProgressBar.h"
@@ -13,7 +13,10 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QStyle>
+#include <QTextCharFormat>
+#include <QTextCursor>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -24,6 +27,8 @@ namespace {
 constexpr qsizetype kLongestHistory = 200;
 constexpr int kVisibleCandidates = 10;
 constexpr int kOutputHeight = 140;
+/// A script that prints without end must not take all memory.
+constexpr int kMostLines = 10000;
 
 QString commonStart(const QStringList& texts)
 {
@@ -72,6 +77,7 @@ CommandBox::CommandBox(QWidget* parent)
     m_output->setReadOnly(true);
     m_output->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_output->setFixedHeight(kOutputHeight);
+    m_output->setMaximumBlockCount(kMostLines);
     m_output->hide();
 
     // A window of its own that never takes the focus: typing goes on in the line.
@@ -94,9 +100,14 @@ CommandBox::CommandBox(QWidget* parent)
     for (const std::wstring& line : UIBaseOptionGroup::get()->commandHistory())
         m_history << QString::fromStdWString(line);
     m_place = m_history.size();
+    Vs::PythonManager::get()->display(this);
 }
 
-CommandBox::~CommandBox() = default;
+CommandBox::~CommandBox()
+{
+    if (Vs::PythonManager::get()->display() == this)
+        Vs::PythonManager::get()->display(nullptr);
+}
 
 bool CommandBox::eventFilter(QObject* object, QEvent* event)
 {
@@ -284,6 +295,7 @@ void CommandBox::run()
     if (line.isEmpty() || ProgressBar::get()->busy())
         return;
     remember(line);
+    m_printed = false;
     const Vs::TextCommandResult result =
         Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line.toStdWString(), true);
     const bool failed = result.first != 0;
@@ -312,13 +324,45 @@ void CommandBox::showAnswer(const QString& text, bool failed)
     m_answer->setPalette(colours);
     m_answer->setText(longText ? QString() : text);
     m_answer->setVisible(!longText && !text.isEmpty());
-    m_output->setPlainText(longText ? text : QString());
-    if (longText) {
-        const int lines = static_cast<int>(text.count(QLatin1Char('\n'))) + 2;
-        m_output->setFixedHeight(
-            std::min(kOutputHeight, lines * m_output->fontMetrics().lineSpacing() + kMargin));
+    if (m_printed) {
+        if (longText)
+            message(text.toStdWString());
+        return;
     }
+    m_output->setPlainText(longText ? text : QString());
+    fitOutput();
     m_output->setVisible(longText);
+}
+
+void CommandBox::fitOutput()
+{
+    const int lines = m_output->blockCount() + 1;
+    m_output->setFixedHeight(
+        std::min(kOutputHeight, lines * m_output->fontMetrics().lineSpacing() + kMargin));
+}
+
+void CommandBox::message(const std::wstring& text)
+{
+    print(text, palette().color(QPalette::Text));
+}
+
+void CommandBox::error(const std::wstring& text)
+{
+    print(text, errorColour());
+}
+
+void CommandBox::print(const std::wstring& text, const QColor& colour)
+{
+    m_printed = true;
+    QTextCharFormat format;
+    format.setForeground(colour);
+    const bool first = m_output->document()->isEmpty();
+    QTextCursor end(m_output->document());
+    end.movePosition(QTextCursor::End);
+    end.insertText((first ? QString() : QStringLiteral("\n")) + QString::fromStdWString(text), format);
+    fitOutput();
+    m_output->show();
+    m_output->verticalScrollBar()->setValue(m_output->verticalScrollBar()->maximum());
 }
 
 } // namespace Vu

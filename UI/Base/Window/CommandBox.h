@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Server/Base/TextCommandMgr.h"
+
 #include <QFrame>
 #include <QStringList>
 
@@ -13,7 +15,9 @@ namespace Vu {
 /// The line in which text commands are typed. Tab completes, Up and Down go through the lines that were run
 /// before, Return runs the line. A line that fails stays, in red, with the reason below it; the answer of one
 /// that succeeds is shown in its place.
-class CommandBox : public QFrame
+///
+/// What scripts print, and where they fail, comes into the output below what is there, as they run.
+class CommandBox : public QFrame, private Vs::TextOutput
 {
 public:
     explicit CommandBox(QWidget* parent);
@@ -48,6 +52,10 @@ private:
     void remember(const QString& line);
     void showFailed(bool failed);
     void showAnswer(const QString& text, bool failed);
+    void message(const std::wstring& text) override;
+    void error(const std::wstring& text) override;
+    void print(const std::wstring& text, const QColor& colour);
+    void fitOutput();
 
     QLineEdit* m_edit;
     QLabel* m_answer;
@@ -57,6 +65,7 @@ private:
     QString m_unfinished; ///< What was typed before Up was pressed first.
     qsizetype m_place = 0;
     bool m_failed = false;
+    bool m_printed = false; ///< The line that runs has run a script that printed.
 };
 
 } // namespace Vu

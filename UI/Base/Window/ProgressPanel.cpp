@@ -92,6 +92,9 @@ BusyFilter::~BusyFilter()
 
 bool BusyFilter::eventFilter(QObject* object, QEvent* event)
 {
+    // A question that the work asks has to be answered.
+    if (QApplication::activeModalWidget())
+        return false;
     switch (event->type()) {
     case QEvent::KeyPress:
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
