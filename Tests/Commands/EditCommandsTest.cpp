@@ -62,6 +62,10 @@ TEST_F(EditCommandsTest, LinesThatMakeNoSenseSayWhyAndLeaveNoStep)
     EXPECT_NE(failure(L"Design.Move Box1 1 2 1e12").find(L"Move: "), std::wstring::npos);
     EXPECT_NE(failure(L"Design.Move Box1/Face1 1 2 3").find(L"Components"), std::wstring::npos);
     EXPECT_NE(failure(L"Design.Rotate Box1 W 1").find(L"Axis"), std::wstring::npos);
+    // What changes nothing leaves none either.
+    answer(L"Design.Move Box1 0 0 0");
+    answer(L"Design.Rotate Box1 Z 0");
+    EXPECT_EQ(steps(), before);
     answer(L"Design.Copy Box1 0 0 1");
     EXPECT_NE(failure(L"Design.Move Box1 1 2 3").find(L"Box1:1"), std::wstring::npos);
     EXPECT_EQ(steps(), before + 1);

@@ -160,6 +160,9 @@ std::optional<std::vector<TDF_Label>> movedAlone(const Document& document, const
 
 std::vector<std::string> apply(const Document& document, const MoveEdit& edit)
 {
+    // A location that is set anew would be a change to be undone.
+    if (edit.motion.isEqualTo({}, {0, 0}))
+        return {};
     const gp_Trsf motion = toMotion(edit.motion);
     for (const Occurrence& occurrence : topmostOccurrences(document, edit.components)) {
         if (occurrence.isRootAssembly()) {
