@@ -147,6 +147,15 @@ TEST_F(DialogTest, ANameWithQuotesIsSavedUnderAsItStands)
     QTest::keyClick(line, Qt::Key_Return);
     EXPECT_EQ(dialog.name().toStdString(), (folder.path() / "Plan C.vlra").string());
 
+    NamingDialog typed(nullptr, QStringLiteral("Save"), given, QStringLiteral("Python (*.py)"),
+                       NamingDialog::Suffix::AsTyped);
+    typed.setOption(QFileDialog::DontUseNativeDialog);
+    typed.show();
+    auto* typedLine = typed.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    typedLine->setText(QStringLiteral("session"));
+    QTest::keyClick(typedLine, Qt::Key_Return);
+    EXPECT_EQ(typed.name().toStdString(), (folder.path() / "session").string());
+
     // One that is there already is replaced only if the user says so.
     write("\"B\".vlra", "old");
     dialog.show();

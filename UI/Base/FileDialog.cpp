@@ -120,7 +120,7 @@ bool FileDialog::getFilenameForOpen(const std::wstring& filter, std::wstring& na
 
 bool FileDialog::getFilenameForSave(const std::wstring& filter, std::wstring& name)
 {
-    return askForOne({filter, localized("FileDialogSaveAs", "Save As"), {}, false, false}, name);
+    return askForOne({filter, localized("FileDialogSaveAs", "Save As"), {}, false, false, true}, name);
 }
 
 bool FileDialog::getTranscriptableFilename(const std::wstring& filter, std::wstring& name,

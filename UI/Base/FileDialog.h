@@ -27,6 +27,7 @@ public:
                                     const std::wstring& initialPath);
     static bool getFilenameForOpen(const std::wstring& filter, std::wstring& name,
                                    const std::wstring& initialPath);
+    /// The name as it was typed, whichever filter was chosen.
     static bool getFilenameForSave(const std::wstring& filter, std::wstring& name);
     /// With `forOpen` false the file need not exist.
     static bool getTranscriptableFilename(const std::wstring& filter, std::wstring& name,
@@ -58,6 +59,7 @@ public:
         std::wstring initialPath; ///< Folder or proposed file.
         bool forOpen = true;
         bool several = false;
+        bool asTyped = false; ///< A name to save under gets no suffix of the filter.
     };
     /// Answers in place of a person; returns false for cancelled. Null takes it away.
     using Responder = std::function<bool(const Request&, std::vector<std::wstring>& names)>;

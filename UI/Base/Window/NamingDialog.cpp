@@ -10,16 +10,18 @@
 namespace Vu {
 
 NamingDialog::NamingDialog(QWidget* parent, const QString& caption, const QString& start,
-                           const QString& filter)
+                           const QString& filter, Suffix suffix)
     : QFileDialog(parent, caption, start, filter)
 {
     setAcceptMode(AcceptSave);
     setFileMode(AnyFile);
     selectFile(start);
+    if (suffix == Suffix::AsTyped)
+        return;
     // The dialog must know the suffix before it asks whether a file may be replaced.
     const auto useSuffix = [this](const QString& entry) {
-        const std::wstring suffix = FileDialogRules::withSuffix(L"x", entry.toStdWString()).substr(1);
-        setDefaultSuffix(QString::fromStdWString(suffix));
+        const std::wstring added = FileDialogRules::withSuffix(L"x", entry.toStdWString()).substr(1);
+        setDefaultSuffix(QString::fromStdWString(added));
     };
     useSuffix(selectedNameFilter());
     connect(this, &QFileDialog::filterSelected, this, useSuffix);

@@ -9,7 +9,11 @@ namespace Vu {
 class NamingDialog : public QFileDialog
 {
 public:
-    NamingDialog(QWidget* parent, const QString& caption, const QString& start, const QString& filter);
+    /// What becomes of a name that is typed without a suffix.
+    enum class Suffix { OfFilter, AsTyped };
+
+    NamingDialog(QWidget* parent, const QString& caption, const QString& start, const QString& filter,
+                 Suffix suffix = Suffix::OfFilter);
 
     /// What the user chose; empty as long as nothing is.
     QString name() const;

@@ -111,7 +111,8 @@ std::vector<std::wstring> QtDisplay::askFileNames(const FileDialog::Request& req
     } else if (request.forOpen) {
         chosen << QFileDialog::getOpenFileName(parent, caption, from, filter);
     } else {
-        NamingDialog dialog(parent, caption, from, filter);
+        NamingDialog dialog(parent, caption, from, filter,
+                            request.asTyped ? NamingDialog::Suffix::AsTyped : NamingDialog::Suffix::OfFilter);
         dialog.exec();
         chosen << dialog.name();
     }
