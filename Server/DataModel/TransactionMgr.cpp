@@ -75,6 +75,11 @@ bool TransactionMgr::redo(const TransactionNode* step)
     return true;
 }
 
+void TransactionMgr::keepWithLast(std::shared_ptr<TransactionStepUserCache> cache)
+{
+    m_asset->data().history().keepWithLast(std::move(cache));
+}
+
 void TransactionMgr::cmdKeySource(CmdKeySource source)
 {
     theSource = source;

@@ -2,11 +2,13 @@
 
 #include "Server/DataModel/TransactionNode.h"
 
+#include <memory>
 #include <string>
 
 namespace Vs {
 
 class Asset;
+class TransactionStepUserCache;
 
 /// The way to an asset's history for whoever shows it or walks in it: cheap to make, and as short-lived as
 /// the call that needs it. Main thread only.
@@ -30,6 +32,9 @@ public:
     /// be. Returns whether all were.
     bool undo(const TransactionNode* step);
     bool redo(const TransactionNode* step);
+
+    /// Has the session's last step keep this, as TransactionNode::userCache. There must be one.
+    void keepWithLast(std::shared_ptr<TransactionStepUserCache> cache);
 
     /// Tells the key of the command that is changing an asset just now. Installed by the library that knows
     /// the commands; without one, steps have no key.

@@ -176,6 +176,7 @@ const Session kSessions[] = {
     {L"Selection.Add",                 kBoth + L"Selection.Add Sphere1"},
     {L"Selection.Remove",              kBoth + L"Selection.Remove Box1"},
     {L"Selection.Clear",               kBoth + L"Selection.Clear"},
+    {L"Selection.Undo",                kBoth + L"Selection.Undo on;Commands.Start DeleteCommand;VuCommands.UndoCmd;Selection.Undo off"},
     {L"Camera.Set",                    kModel + L"Camera.Set 100.125,-200,300 1,2,3 0,0.6,0.8 0.1 54321.75 33.3 44.4 1"},
     {L"Camera.ZoomIn",                 kModel + L"Camera.ZoomIn 1.7"},
     {L"Camera.ZoomOut",                kModel + L"Camera.ZoomOut"},

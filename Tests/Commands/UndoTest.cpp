@@ -149,6 +149,49 @@ TEST_F(UndoTest, GoesBackAndForthThroughTheModelAndWhatBelongsToIt)
     answer(L"VuCommands.UndoCmd");
 }
 
+TEST_F(UndoTest, BringsSelectionAndCameraBackIfTheUserWantsIt)
+{
+    const auto selected = [] { return answer(L"Selection.List"); };
+    const auto camera = [] { return answer(L"Camera.Dump"); };
+    const std::wstring first = L"Camera.Set 9,0,0 0,0,0 0,0,1 1 100 10 10 1",
+                       second = L"Camera.Set 0,9,0 0,0,0 0,0,1 1 100 10 10 1";
+    const auto deleteBox = [&] {
+        answer(first);
+        answer(L"Selection.Select Box1:1");
+        answer(L"Commands.Start DeleteCommand");
+        answer(second);
+        answer(L"Selection.Select Sphere1:1");
+    };
+    answer(L"Design.Box 1 2 3");
+    answer(L"Design.Sphere 4");
+    EXPECT_EQ(answer(L"Selection.Undo"), L"off");
+    deleteBox();
+    const std::wstring away = camera();
+    answer(L"VuCommands.UndoCmd");
+    EXPECT_EQ(selected(), L"Sphere1:1");
+    EXPECT_EQ(camera(), away);
+
+    EXPECT_EQ(answer(L"Selection.Undo on"), L"on");
+    answer(first);
+    const std::wstring near = camera();
+    deleteBox();
+    answer(L"VuCommands.UndoCmd");
+    EXPECT_EQ(selected(), L"Box1:1");
+    EXPECT_EQ(camera(), near);
+    answer(second);
+    answer(L"VuCommands.RedoCmd");
+    EXPECT_EQ(selected(), L"");
+    EXPECT_EQ(camera(), near);
+    // A step from before knows nothing, and what isn't there any more can't be selected.
+    answer(L"VuCommands.UndoDropDown 2");
+    EXPECT_EQ(selected(), L"");
+    answer(L"VuCommands.RedoDropDown 2");
+    answer(L"VuCommands.UndoCmd");
+    EXPECT_EQ(selected(), L"Box1:1");
+    failure(L"Selection.Undo perhaps");
+    answer(L"Selection.Undo off");
+}
+
 TEST_F(UndoTest, EachStepKnowsTheCommandThatMadeIt)
 {
     answer(L"Commands.Start BoxCommand");

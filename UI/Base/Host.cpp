@@ -16,6 +16,7 @@
 #include "UI/Base/SessionEvents.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ShellMgr.h"
+#include "UI/Base/StepSurroundings.h"
 #include "UI/Base/Transcripts.h"
 #include "UI/Base/ViewMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
@@ -134,6 +135,7 @@ void installHost()
     CommandHost::install(host);
     Vs::TransactionMgr::cmdKeySource(&cmdKeyOf);
     installTranscripts();
+    StepSurroundings::install();
     static auto* const saving = new SavingHandler;
     static_cast<void>(saving);
 }

@@ -7,6 +7,7 @@
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Localized.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Base/UIBaseOptionGroup.h"
 
 namespace Vu {
 namespace {
@@ -113,12 +114,37 @@ public:
     }
 };
 
+/// Whether undo and redo bring the selection and the camera back, which are no part of the model.
+class TextCmdSelectionUndo : public Vs::PythonEntry<TextCmdSelectionUndo, Vs::TextCommand>
+{
+public:
+    TextCmdSelectionUndo()
+        : PythonEntry(kArea, L"Undo",
+                      L"[on|off] Tells whether undo and redo also bring back what was selected and where the "
+                      L"camera was, or has them do so from now on or not",
+                      "", true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        auto& option = UIBaseOptionGroup::get()->undoSelectionAndCamera;
+        const bool on = parameters.parameters() == 1 && parameters[0] == L"on";
+        if (parameters.parameters() > 1 || (parameters.parameters() == 1 && !on && parameters[0] != L"off"))
+            return {1, std::wstring(L"Usage: ") + kArea + L"." + name() + L" " + help()};
+        if (parameters.parameters() == 1)
+            option(on);
+        return {0, option() ? L"on" : L"off"};
+    }
+};
+
 const SelectionArea kSelectionArea;
 TextCmdSelection<kSelect> theSelect;
 TextCmdSelection<kAdd> theAdd;
 TextCmdSelection<kRemove> theRemove;
 TextCmdSelection<kClear> theClear;
 TextCmdSelection<kList> theList;
+TextCmdSelectionUndo theUndo;
 
 } // namespace
 } // namespace Vu

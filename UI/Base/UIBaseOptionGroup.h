@@ -29,6 +29,8 @@ public:
     Vs::Option<bool> wantToShowNavigationToolbar{*this, "wantToShowNavigationToolbar", true};
     Vs::Option<bool> wantToShowOrbicon{*this, "wantToShowOrbicon", true};
     Vs::Option<bool> animateCamera{*this, "animateCamera", true}; ///< Camera changes glide.
+    /// Undo and redo bring back what was selected, and where the camera was.
+    Vs::Option<bool> undoSelectionAndCamera{*this, "undoSelectionAndCamera", false};
     Vs::Option<std::wstring> lastDirectory{*this, "lastDirectory", L""};
     Vs::Option<std::wstring> theme{*this, "theme", L"system"}; ///< "light", "dark" or "system".
     /// Place and size of the window when it was last closed, as the toolkit writes them.

@@ -66,6 +66,11 @@ public:
     /// Ends the open change as one step, and forgets what could be redone. One that changed nothing is no
     /// step of the session; in a group it is one. `cache` may be null.
     Extent commit(std::shared_ptr<TransactionStepUserCache> cache);
+    /// TransactionNode::userCache of the session's last step, of which there must be one.
+    void keepWithLast(std::shared_ptr<TransactionStepUserCache> cache)
+    {
+        m_session.m_done.back()->m_userCache = std::move(cache);
+    }
     /// Takes the open change back.
     Extent abort();
 

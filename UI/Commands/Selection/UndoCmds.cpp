@@ -4,6 +4,7 @@
 #include "Server/DataModel/TransactionMgr.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/Command.h"
+#include "UI/Base/StepSurroundings.h"
 #include "UI/Commands/ActiveCommand.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
@@ -115,6 +116,7 @@ void UndoRedoCmd::onExecute(Vs::Status&)
         transactions.undo(txn);
     else
         transactions.redo(txn);
+    StepSurroundings::bringBack(*session, m_undo);
 }
 
 void UndoRedoCmd::onEnd(ETerminationReason reason)
