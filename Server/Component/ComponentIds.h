@@ -21,19 +21,23 @@ inline std::string placeOf(const std::string& id)
     return id.substr(id.rfind('/') + 1);
 }
 
+/// By which the children of one parent are in their order.
+inline int lastNumber(const std::string& id)
+{
+    int last = 0;
+    std::from_chars(id.data() + id.rfind(':') + 1, id.data() + id.size(), last);
+    return last;
+}
+
 /// Where the child of this id stands among those of its parent, or would stand: they are in the order of the
 /// last numbers of their ids.
 inline size_t rowOf(const Component& parent, const std::string& id)
 {
-    const auto number = [](const std::string& text) {
-        int last = 0;
-        std::from_chars(text.data() + text.rfind(':') + 1, text.data() + text.size(), last);
-        return last;
-    };
     const auto& children = parent.children;
     const auto found =
-        std::partition_point(children.begin(), children.end(),
-                             [&, own = number(id)](const auto& child) { return number(child->id) < own; });
+        std::partition_point(children.begin(), children.end(), [own = lastNumber(id)](const auto& child) {
+            return lastNumber(child->id) < own;
+        });
     return static_cast<size_t>(found - children.begin());
 }
 

@@ -32,7 +32,7 @@ void BrowserMarks::follow(AssetSession* session)
     if (!m_session)
         return;
     m_session->selectionManager()->selectionSet().subscribe(this);
-    mark();
+    mark(true);
 }
 
 void BrowserMarks::sessionClosed(SessionEvent* event)
@@ -44,7 +44,7 @@ void BrowserMarks::sessionClosed(SessionEvent* event)
 void BrowserMarks::selectionSetChanged()
 {
     if (!m_busy)
-        mark();
+        mark(true);
 }
 
 void BrowserMarks::select(const std::vector<Vs::StrongRef<Vs::Selection>>& selections)
@@ -53,7 +53,7 @@ void BrowserMarks::select(const std::vector<Vs::StrongRef<Vs::Selection>>& selec
     m_session->selectionManager()->selectionSet().replace(selections);
 }
 
-void BrowserMarks::mark()
+void BrowserMarks::mark(bool reveal)
 {
     if (!m_session)
         return;
@@ -75,7 +75,7 @@ void BrowserMarks::mark()
     m_tree->selectionModel()->select(marks, QItemSelectionModel::ClearAndSelect);
     const QModelIndexList rows = marks.indexes();
     // A row in a branch that is closed stays there.
-    if (rows.size() == 1 && m_tree->visualRect(rows.front()).isValid())
+    if (reveal && rows.size() == 1 && m_tree->visualRect(rows.front()).isValid())
         m_tree->scrollTo(rows.front());
 }
 

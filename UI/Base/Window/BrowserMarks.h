@@ -24,8 +24,8 @@ public:
     /// The session of the model's asset; null for none.
     void follow(AssetSession* session);
     AssetSession* session() const { return m_session; }
-    /// Marks what the session has selected, after rows have come or gone.
-    void mark();
+    /// Marks what the session has selected. `reveal` tells whether a single row is scrolled to.
+    void mark(bool reveal);
     /// Whether marks are changing because the selection has, and not by a person's hand.
     bool isMarking() const { return m_busy; }
     /// Selects what a person has marked.

@@ -2,6 +2,7 @@
 
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/Component/Component.h"
+#include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetAdapter.h"
 #include "UI/Base/Localized.h"
@@ -11,6 +12,7 @@
 #include <QPixmap>
 
 #include <algorithm>
+#include <map>
 
 namespace Vu {
 namespace {
@@ -99,15 +101,26 @@ void BrowserModel::asset(Vs::Asset* asset)
     m_asset = asset;
     m_namedViews = namedViewsOf(asset);
     m_views = m_namedViews ? m_namedViews->views() : Vs::NameView::NamedViews::Views();
-    m_places.clear();
+    m_rows.asset(asset);
     endResetModel();
+}
+
+BrowserRows::Row* BrowserModel::rowOf(const QModelIndex& index) const
+{
+    if (!index.isValid() || pointsAt(index, kFolder) || pointsAt(index, kView))
+        return nullptr;
+    return static_cast<BrowserRows::Row*>(index.internalPointer());
+}
+
+QModelIndex BrowserModel::indexOf(const BrowserRows::Row& row) const
+{
+    return row.parent ? createIndex(static_cast<int>(m_rows.position(row)), 0, &row) : rootIndex();
 }
 
 const Vs::Component* BrowserModel::component(const QModelIndex& index) const
 {
-    if (!index.isValid() || pointsAt(index, kFolder) || pointsAt(index, kView))
-        return nullptr;
-    return static_cast<const Vs::Component*>(index.constInternalPointer());
+    const BrowserRows::Row* row = rowOf(index);
+    return row ? m_rows.component(*row) : nullptr;
 }
 
 Vs::StrongRef<Vs::NameView::NamedView> BrowserModel::namedView(const QModelIndex& index) const
@@ -122,22 +135,12 @@ Vs::NameView::NamedViews* BrowserModel::namedViews(const QModelIndex& index) con
 
 QModelIndex BrowserModel::rootIndex() const
 {
-    return m_asset ? createIndex(m_namedViews ? 1 : 0, 0, m_asset->components()) : QModelIndex();
+    return m_asset ? createIndex(m_namedViews ? 1 : 0, 0, &m_rows.root()) : QModelIndex();
 }
 
 QModelIndex BrowserModel::namedViewsIndex() const
 {
     return m_namedViews ? createIndex(0, 0, &kFolder) : QModelIndex();
-}
-
-void BrowserModel::learn(const Vs::Component* parent) const
-{
-    if (parent->children.empty() || m_places.count(parent->children.front().get()))
-        return;
-    m_places.reserve(m_places.size() + parent->children.size());
-    int row = 0;
-    for (const auto& child : parent->children)
-        m_places[child.get()] = {parent, row++};
 }
 
 QModelIndex BrowserModel::index(int row, int column, const QModelIndex& parent) const
@@ -150,21 +153,15 @@ QModelIndex BrowserModel::index(int row, int column, const QModelIndex& parent) 
         return row == rootIndex().row() ? rootIndex() : namedViewsIndex();
     if (pointsAt(parent, kFolder))
         return createIndex(row, 0, &kView);
-    const Vs::Component* above = component(parent);
-    learn(above);
-    return createIndex(row, 0, above->children[static_cast<size_t>(row)].get());
+    return createIndex(row, 0, rowOf(parent)->children[static_cast<size_t>(row)].get());
 }
 
 QModelIndex BrowserModel::parent(const QModelIndex& index) const
 {
     if (pointsAt(index, kView))
         return namedViewsIndex();
-    const auto place = m_places.find(component(index));
-    if (!m_asset || place == m_places.end())
-        return {};
-    const Vs::Component* above = place->second.parent;
-    const auto placeAbove = m_places.find(above);
-    return placeAbove == m_places.end() ? rootIndex() : createIndex(placeAbove->second.row, 0, above);
+    const BrowserRows::Row* row = rowOf(index);
+    return row && row->parent ? indexOf(*row->parent) : QModelIndex();
 }
 
 int BrowserModel::rowCount(const QModelIndex& parent) const
@@ -175,8 +172,8 @@ int BrowserModel::rowCount(const QModelIndex& parent) const
         return m_namedViews ? 2 : 1;
     if (pointsAt(parent, kFolder))
         return static_cast<int>(m_views.size());
-    const Vs::Component* above = component(parent);
-    return above ? static_cast<int>(above->children.size()) : 0;
+    BrowserRows::Row* above = rowOf(parent);
+    return above ? static_cast<int>(m_rows.count(*above)) : 0;
 }
 
 int BrowserModel::columnCount(const QModelIndex&) const
@@ -186,32 +183,14 @@ int BrowserModel::columnCount(const QModelIndex&) const
 
 bool BrowserModel::hasChildren(const QModelIndex& parent) const
 {
-    return rowCount(parent) > 0;
+    const BrowserRows::Row* row = rowOf(parent);
+    return row ? m_rows.hasChildren(*row) : rowCount(parent) > 0;
 }
 
 QModelIndex BrowserModel::indexOf(const std::string& componentId)
 {
-    if (!m_asset)
-        return {};
-    const Vs::Component* wanted = m_asset->findComponent(componentId);
-    if (!wanted)
-        return {};
-    if (wanted == m_asset->components())
-        return rootIndex();
-    if (!m_places.count(wanted)) {
-        // Learns one branch after the other until the component turns up.
-        std::vector<const Vs::Component*> open{m_asset->components()};
-        while (!open.empty() && !m_places.count(wanted)) {
-            const Vs::Component* branch = open.back();
-            open.pop_back();
-            learn(branch);
-            for (const auto& child : branch->children)
-                if (!child->children.empty())
-                    open.push_back(child.get());
-        }
-    }
-    const auto place = m_places.find(wanted);
-    return place == m_places.end() ? QModelIndex() : createIndex(place->second.row, 0, wanted);
+    const BrowserRows::Row* row = m_rows.reveal(componentId);
+    return row ? indexOf(*row) : QModelIndex();
 }
 
 QVariant BrowserModel::viewData(const Vs::NameView::NamedView& view, int role) const
@@ -319,19 +298,62 @@ void BrowserModel::assetComponentsChanged(Vs::ComponentsEvent* event)
     if (event->asset() != m_asset)
         return;
     const Vs::ComponentsEvent::Changes& changes = event->changes();
-    if (changes.all || !changes.added.empty() || !changes.removed.empty()) {
+    if (changes.all) {
         // The view opens again what was open, by the components' ids.
         beginResetModel();
-        m_places.clear();
+        m_rows.asset(m_asset);
         endResetModel();
         return;
     }
-    for (const Vs::Component* changed : changes.changed) {
-        const auto place = m_places.find(changed);
-        if (place != m_places.end()) {
-            const QModelIndex index = createIndex(place->second.row, 0, changed);
-            emit dataChanged(index, index);
+    removeRowsOf(changes.removed);
+    insertRowsOf(changes.added);
+    for (const Vs::Component* changed : changes.changed)
+        if (const BrowserRows::Row* row = m_rows.find(changed->id))
+            emit dataChanged(indexOf(*row), indexOf(*row));
+}
+
+namespace {
+
+/// By the ids of their parents.
+using Children = std::map<std::string, std::vector<std::string>>;
+
+} // namespace
+
+void BrowserModel::removeRowsOf(const std::vector<std::string>& components)
+{
+    Children gone;
+    for (const std::string& id : components)
+        gone[Vs::parentId(id)].push_back(id);
+    for (const auto& [parent, ids] : gone) {
+        BrowserRows::Row* above = m_rows.find(parent);
+        if (!above)
+            continue;
+        for (const BrowserRows::Run& run : m_rows.gone(*above, ids)) {
+            beginRemoveRows(indexOf(*above), static_cast<int>(run.first),
+                            static_cast<int>(run.first + run.ids.size()) - 1);
+            m_rows.erase(*above, run);
+            endRemoveRows();
         }
+        emit dataChanged(indexOf(*above), indexOf(*above));
+    }
+}
+
+void BrowserModel::insertRowsOf(const std::vector<const Vs::Component*>& components)
+{
+    Children come;
+    for (const Vs::Component* component : components)
+        come[Vs::parentId(component->id)].push_back(component->id);
+    for (const auto& [parent, ids] : come) {
+        BrowserRows::Row* above = m_rows.find(parent);
+        if (!above)
+            continue;
+        for (const BrowserRows::Run& run : m_rows.come(*above, ids)) {
+            beginInsertRows(indexOf(*above), static_cast<int>(run.first),
+                            static_cast<int>(run.first + run.ids.size()) - 1);
+            m_rows.insert(*above, run);
+            endInsertRows();
+        }
+        emit dataChanged(indexOf(*above), indexOf(*above));
     }
 }
 

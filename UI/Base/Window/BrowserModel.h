@@ -2,12 +2,12 @@
 
 #include "Server/CommonData/NamedViews.h"
 #include "Server/DataModel/AssetEvents.h"
+#include "UI/Base/Window/BrowserRows.h"
 
 #include <QAbstractItemModel>
 #include <QIcon>
 
 #include <functional>
-#include <unordered_map>
 
 namespace Vs {
 class Component;
@@ -62,13 +62,6 @@ public:
     void shower(Shower shower) { m_shower = std::move(shower); }
 
 private:
-    /// Where a component stands below its parent, of those branches that were looked at.
-    struct Place
-    {
-        const Vs::Component* parent;
-        int row;
-    };
-
     void assetComponentsChanged(Vs::ComponentsEvent* event) override;
     void assetRenamed(Vs::AssetEvent* event) override;
     void assetSettingsChanged(Vs::AssetEvent* event) override;
@@ -77,12 +70,15 @@ private:
     bool isRenameable(const QModelIndex& index) const;
     bool isCheckable(const QModelIndex& index) const;
     bool isHidden(const QModelIndex& index) const;
-    void learn(const Vs::Component* parent) const;
+    BrowserRows::Row* rowOf(const QModelIndex& index) const;
+    QModelIndex indexOf(const BrowserRows::Row& row) const;
+    void removeRowsOf(const std::vector<std::string>& components);
+    void insertRowsOf(const std::vector<const Vs::Component*>& components);
 
     Vs::Asset* m_asset = nullptr;
     Vs::NameView::NamedViews* m_namedViews = nullptr;
     Vs::NameView::NamedViews::Views m_views; ///< As they are shown.
-    mutable std::unordered_map<const Vs::Component*, Place> m_places;
+    mutable BrowserRows m_rows;
     Renamer m_renamer;
     Shower m_shower;
     QIcon m_assemblyIcon, m_partIcon, m_viewIcon;

@@ -78,6 +78,7 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     connect(m_tree, &QTreeView::collapsed, this,
             [this, idOf](const QModelIndex& index) { m_open.erase(idOf(index)); });
     connect(m_model, &QAbstractItemModel::modelReset, this, [this] { reopen(); });
+    connect(m_model, &QAbstractItemModel::rowsInserted, this, &BrowserPanel::reopenBelow);
     connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { select(); });
     m_model->renamer(
         [this](const QModelIndex& index, const std::wstring& newName) { rename(index, newName); });
@@ -139,7 +140,23 @@ void BrowserPanel::reopen()
     }
     m_tree->expand(m_model->rootIndex());
     // A reset has taken the marks away; what is still there gets them back.
-    m_marks->mark();
+    m_marks->mark(true);
+}
+
+// What was open, or is selected, when it went away and has come back.
+void BrowserPanel::reopenBelow(const QModelIndex& parent, int first, int last)
+{
+    for (int row = first; row <= last; ++row) {
+        const Vs::Component* component = m_model->component(m_model->index(row, 0, parent));
+        if (!component)
+            continue;
+        const std::string below = component->id + '/';
+        if (m_open.contains(component->id))
+            m_tree->expand(m_model->indexOf(component->id));
+        for (auto open = m_open.lower_bound(below); open != m_open.end() && open->starts_with(below); ++open)
+            m_tree->expand(m_model->indexOf(*open));
+    }
+    m_marks->mark(false);
 }
 
 // Things of other kinds that the session has selected stay.

@@ -36,6 +36,7 @@ private:
     void sessionPostActivateForAsset(SessionEvent* event) override;
     void show(AssetSession* session);
     void reopen();
+    void reopenBelow(const QModelIndex& parent, int first, int last);
     void select();
     void rename(const QModelIndex& index, const std::wstring& newName);
     void removeSelected();
@@ -47,7 +48,7 @@ private:
     BrowserModel* m_model;
     std::unique_ptr<BrowserMarks> m_marks;
     bool m_displaying = false;    ///< The mark that is set selects nothing.
-    std::set<std::string> m_open; ///< Ids of the open branches, for after a reset.
+    std::set<std::string> m_open; ///< Ids of the open branches, for when they come back.
 };
 
 } // namespace Vu
