@@ -2,6 +2,8 @@
 
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SceneUtilities.h"
 #include "UI/Base/SelectionCommandInput.h"
 #include "UI/Commands/Measure/EndMeasureTask.h"
 #include "UI/Commands/Measure/MeasureCmd.h"
@@ -102,6 +104,9 @@ void MeasureCmdDef::enableHostSelectionInput(bool enable)
                                 : SelectionCommandInput::EState::Idle);
         selection->enabled(enable);
     }
+    // What lies under the pointer is lit for another command now.
+    if (const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView())
+        view->restartHighlighting();
 }
 
 void MeasureCmdDef::endMeasure(double value, CommandBase* command)
