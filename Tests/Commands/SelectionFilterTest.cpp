@@ -93,6 +93,9 @@ TEST_F(SelectionFilters, OffersTheKindsBehindTheTwoGeneralEntries)
                             L"Bodies", L"Components"}));
     const MenuItem* edges = item(L"Edges");
     EXPECT_EQ(item(L"Edges"), edges) << "the menu of an unchanged list is not made anew";
+    answer(L"Script.DiscardChanges");
+    answer(L"Document.CloseAll");
+    EXPECT_TRUE(marks().empty()) << "there is nothing to be picked";
 }
 
 TEST_F(SelectionFilters, WhatIsUncheckedIsNotPickedUntilItIsCheckedAgain)

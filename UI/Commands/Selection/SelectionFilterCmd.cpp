@@ -6,6 +6,7 @@
 #include "UI/Base/ActiveAssetUtils.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/InputControl.h"
+#include "UI/Base/SessionMgr.h"
 #include "UI/Commands/ActiveCommand.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
@@ -123,6 +124,10 @@ bool SelectionFilterCmdDef::menuNeedsUpdating()
 
 void SelectionFilterCmdDef::updateMenuControl()
 {
+    if (m_menuControl && SessionMgr::get()->assetSessions().empty()) {
+        m_menuControl->items({});
+        m_entries.clear();
+    }
     if (!m_menuControl || !menuNeedsUpdating())
         return;
     const auto before = std::exchange(m_entries, {});
