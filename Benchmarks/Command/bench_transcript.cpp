@@ -1,10 +1,12 @@
-// What transcripts cost: an empty command with and without a recording, in both forms, and a line of a replay
-// beside the same line called directly; and the memory over a million lines of a replay.
+// What transcripts cost: an empty command with and without a recording, in both forms, and while commands are
+// measured; a line of a replay beside the same line called directly; and the memory over a million lines of a
+// replay.
 
 #include "Benchmarks/Command/EmptyCommand.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "UI/Base/Command/TranscriptRecorder.h"
+#include "UI/Base/Validation/MetricProbe.h"
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
@@ -73,6 +75,10 @@ int main()
         transcripts->startRecording(path, Vs::TranscriptMgr::typeOf(path));
         tell(name, bestNanoseconds(kLines / 10, callDirectly), direct);
         transcripts->endRecording();
+    }
+    {
+        const auto probe = MetricProbe::make(EMetricType::CommandInteractivity);
+        tell("measured", bestNanoseconds(kLines / 10, callDirectly), direct);
     }
 
     const std::wstring path = (folder / "long.txt").wstring();
