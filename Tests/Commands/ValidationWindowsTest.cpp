@@ -105,6 +105,10 @@ TEST_F(ValidationWindows, CommentsAndChecksAreWrittenAsTheyStandInTheWindow)
     click(validate);
     EXPECT_EQ(recorded(), "# \n#   as typed  \nBody.CheckVolume two_words /Exact \n"
                           "Body.CheckVolume  /VisibleOnly \n");
+    description->setText("/5\" pipe");
+    click(validate);
+    EXPECT_NE(recorded().find("\nBody.CheckVolume \"/5\\\"_pipe\" /VisibleOnly \n"), std::string::npos)
+        << recorded();
     click(visible);
 }
 

@@ -1,5 +1,6 @@
 #include "UI/Commands/Transcripts/TranscriptLines.h"
 
+#include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptTrigger.h"
 
 #include <boost/algorithm/string/trim.hpp>
@@ -33,7 +34,8 @@ std::wstring normalizedDescription(std::wstring text)
 {
     boost::algorithm::trim(text);
     std::replace(text.begin(), text.end(), L' ', L'_');
-    return text;
+    const bool isOneWord = text.find_first_of(L"\"\t") == std::wstring::npos && !text.starts_with(L'/');
+    return isOneWord ? text : Vs::Strings::quote(text);
 }
 
 } // namespace Vu::Commands

@@ -8,8 +8,8 @@ namespace Vu::Commands {
 /// happens, so callers need not ask for one.
 void insertTranscriptLine(const std::wstring& line);
 
-/// What a person typed as a parameter that cannot hold a blank: without white space at its ends, and with `_`
-/// for each blank inside.
+/// What a person typed as one parameter of a line: without white space at its ends, and with `_` for each
+/// blank inside; in quotes if it still would not be one word, since it holds a quote, say. Empty if it is.
 std::wstring normalizedDescription(std::wstring text);
 
 } // namespace Vu::Commands
