@@ -11,6 +11,9 @@
 #include "UI/Base/SelectionCommandInput.h"
 #include "UI/Commands/Selection/SelectCmd.h"
 
+#include <QLineEdit>
+#include <QPushButton>
+
 #include <boost/algorithm/string/split.hpp>
 
 using namespace Vu;
@@ -204,6 +207,26 @@ TEST_F(SelectInTheCanvas, TheDeleteKeyDeletesWhatIsSelectedUnlessAToolRuns)
     QTest::keyClick(canvas, Qt::Key_Delete);
     settle();
     EXPECT_EQ(paths(), (Texts{L"Box1:1", L"Box2:1"}));
+}
+
+TEST_F(SelectInTheCanvas, TheDeleteKeyInAPanelTakesBackWhatIsChosenThere)
+{
+    select({L"Box3"});
+    answer(L"Commands.Start MoveCommand");
+    settle();
+    auto* chosen = canvas->window()->findChild<QPushButton*>(QStringLiteral("inputSelection"));
+    ASSERT_TRUE(chosen);
+    EXPECT_EQ(chosen->text(), QStringLiteral("1 selected"));
+    chosen->setFocus();
+    QTest::keyClick(chosen, Qt::Key_Tab);
+    EXPECT_TRUE(qobject_cast<QLineEdit*>(QApplication::focusWidget())) << "the next stop is the next field";
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    EXPECT_EQ(QApplication::focusWidget(), chosen);
+    QTest::keyClick(chosen, Qt::Key_Delete);
+    settle();
+    EXPECT_EQ(chosen->text(), QStringLiteral("Select in the view"));
+    EXPECT_EQ(paths().size(), 3u) << "the component itself stays";
+    answer(L"Commands.Cancel");
 }
 
 TEST_F(SelectInTheCanvas, TheMenuIsAboutWhatIsClickedOrAboutAllThatIsSelected)

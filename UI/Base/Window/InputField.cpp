@@ -13,6 +13,7 @@
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
@@ -242,7 +243,7 @@ private:
 };
 
 /// Tells how much is selected and whether clicks in the view go here, which pressing it brings about; the
-/// small button beside it takes the selection back.
+/// small button beside it takes the selection back, as the keys Del and Backspace do.
 class SelectionField : public InputField
 {
 public:
@@ -262,15 +263,26 @@ public:
         m_clear->setText(QString(QChar(u'\u00d7')));
         m_clear->setToolTip(tip);
         m_clear->setAccessibleName(tip);
-        m_clear->setFocusPolicy(Qt::StrongFocus);
+        // It has its keys, so that it is no stop on the way through the panel.
+        m_clear->setFocusPolicy(Qt::NoFocus);
         add(m_clear);
-        connect(m_clear, &QToolButton::clicked, this, [this] {
-            if (auto* selection = Vs::cast<SelectionCommandInput>(this->input()))
-                selection->clear();
-        });
+        connect(m_clear, &QToolButton::clicked, this, &SelectionField::clear);
+        m_button->installEventFilter(this);
     }
 
 protected:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        // A key that isn't claimed first could be a command's.
+        const bool claims = event->type() == QEvent::ShortcutOverride;
+        if (claims || event->type() == QEvent::KeyPress)
+            if (const int key = static_cast<QKeyEvent*>(event)->key();
+                key == Qt::Key_Delete || key == Qt::Key_Backspace) {
+                claims ? event->accept() : clear();
+                return true;
+            }
+        return InputField::eventFilter(object, event);
+    }
     void show(const CommandInputBase& input, bool) override
     {
         const auto& selection = *Vs::cast<SelectionCommandInput>(&input);
@@ -281,6 +293,12 @@ protected:
     }
 
 private:
+    void clear()
+    {
+        if (auto* selection = Vs::cast<SelectionCommandInput>(input()))
+            selection->clear();
+    }
+
     QPushButton* m_button;
     QToolButton* m_clear;
 };
