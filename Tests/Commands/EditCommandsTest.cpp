@@ -62,6 +62,8 @@ TEST_F(EditCommandsTest, LinesThatMakeNoSenseSayWhyAndLeaveNoStep)
     EXPECT_NE(failure(L"Design.Move Box1 1 2 1e12").find(L"Move: "), std::wstring::npos);
     EXPECT_NE(failure(L"Design.Move Box1/Face1 1 2 3").find(L"Components"), std::wstring::npos);
     EXPECT_NE(failure(L"Design.Rotate Box1 W 1").find(L"Axis"), std::wstring::npos);
+    EXPECT_NE(failure(L"Design.Rotate Box1 Z 1 Point 1 2").find(L"Usage"), std::wstring::npos);
+    EXPECT_NE(failure(L"Design.Pattern Box1 X 20 3 Y").find(L"Usage"), std::wstring::npos);
     // What changes nothing leaves none either.
     answer(L"Design.Move Box1 0 0 0");
     answer(L"Design.Rotate Box1 Z 0");

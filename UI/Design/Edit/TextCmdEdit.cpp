@@ -34,7 +34,13 @@ struct EditLine
     Info* (*info)();
     size_t least; ///< How many parameters there must be.
     std::span<const Place> places;
-    bool rest = false; ///< The last place takes all paths that follow.
+    bool rest = false;   ///< The last place takes all paths that follow.
+    size_t together = 0; ///< So many of the last places are filled all or not at all.
+
+    bool takes(size_t count) const
+    {
+        return count >= least && (rest || count + together <= places.size() || count == places.size());
+    }
 };
 
 constexpr Place kMovePlaces[] = {{"Components"}, {"Dx"}, {"Dy"}, {"Dz"}};
@@ -52,7 +58,7 @@ constexpr Place kRotatePlaces[] = {{"Components"}, {"Axis"}, {"Angle"}, {"About"
 // clang-format off
 constexpr EditLine kMove   = {L"Move",   L"<path> <dx> <dy> <dz> Moves the component along the axes; lengths as \"12.5 mm\" or \"1/2 in\"", &EditCmdDef<MoveCmd>::info, 4, kMovePlaces};
 constexpr EditLine kCopy   = {L"Copy",   L"<path> <dx> <dy> <dz> Puts one more of the component that far from it", &EditCmdDef<CopyCmd>::info, 4, kMovePlaces};
-constexpr EditLine kRotate = {L"Rotate", L"<path> <axis> <angle> [Middle|Origin|Point <x> <y> <z>] Turns the component about X, Y or Z through its middle, the origin or a point", &EditCmdDef<RotateCmd>::info, 3, kRotatePlaces};
+constexpr EditLine kRotate = {L"Rotate", L"<path> <axis> <angle> [Middle|Origin|Point <x> <y> <z>] Turns the component about X, Y or Z through its middle, the origin or a point", &EditCmdDef<RotateCmd>::info, 3, kRotatePlaces, false, 3};
 
 constexpr EditLine kJoin      = {L"Join",      L"<target> <tool> ... [/Keep] Makes one body of the target and the others, which are used up unless they are to be kept", &EditCmdDef<JoinCmd>::info, 2, kCombinePlaces, true};
 constexpr EditLine kSubtract  = {L"Subtract",  L"<target> <tool> ... [/Keep] Takes the others away from the target", &EditCmdDef<SubtractCmd>::info, 2, kCombinePlaces, true};
@@ -60,8 +66,8 @@ constexpr EditLine kIntersect = {L"Intersect", L"<target> <tool> ... [/Keep] Lea
 constexpr EditLine kFillet    = {L"Fillet",    L"<radius> <edge> ... Rounds the edges, such as Box1/Edge4", &EditCmdDef<FilletCmd>::info, 2, kFilletPlaces, true};
 constexpr EditLine kChamfer   = {L"Chamfer",   L"<distance> <edge> ... Cuts the edges off, at the distance on both sides", &EditCmdDef<ChamferCmd>::info, 2, kChamferPlaces, true};
 constexpr EditLine kMirror    = {L"Mirror",    L"<path> X|Y|Z [<at>] Puts the component's mirror image on the other side of the plane across the axis", &EditCmdDef<MirrorCmd>::info, 2, kMirrorPlaces};
-constexpr EditLine kLinear    = {L"Pattern",   L"<path> <axis> <spacing> <count> [<axis> <spacing> <count>] Repeats the component along X, Y or Z, or along two of them as a grid", &EditCmdDef<LinearPatternCmd>::info, 4, kLinearPlaces};
-constexpr EditLine kCircular  = {L"CircularPattern", L"<path> <axis> <angle> <count> [Origin|Point <x> <y> <z>] Repeats the component around X, Y or Z, evenly over the angle", &EditCmdDef<CircularPatternCmd>::info, 4, kCircularPlaces};
+constexpr EditLine kLinear    = {L"Pattern",   L"<path> <axis> <spacing> <count> [<axis> <spacing> <count>] Repeats the component along X, Y or Z, or along two of them as a grid", &EditCmdDef<LinearPatternCmd>::info, 4, kLinearPlaces, false, 3};
+constexpr EditLine kCircular  = {L"CircularPattern", L"<path> <axis> <angle> <count> [Origin|Point <x> <y> <z>] Repeats the component around X, Y or Z, evenly over the angle", &EditCmdDef<CircularPatternCmd>::info, 4, kCircularPlaces, false, 3};
 constexpr EditLine kColour    = {L"Colour",    L"<colour> <path> ... Colours components, bodies or faces: Red, Orange, Yellow, Green, Teal, Blue, Violet, White, Grey, Black, #rrggbb, or None of their own", &EditCmdDef<ColourCmd>::info, 2, kColourPlaces, true};
 // clang-format on
 
@@ -89,8 +95,7 @@ public:
 protected:
     void fillContext(const TextCommandParameters& parameters, CommandContext& context) override
     {
-        if (parameters.parameters() < kLine.least ||
-            (!kLine.rest && parameters.parameters() > kLine.places.size()))
+        if (!kLine.takes(parameters.parameters()))
             throw Vs::Exception(std::wstring(L"Usage: ") + kArea + L"." + kLine.name + L" " + kLine.help);
         std::vector<std::wstring> rest;
         for (unsigned i = 0; i < parameters.parameters(); ++i)
