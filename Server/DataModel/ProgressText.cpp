@@ -37,6 +37,11 @@ std::wstring writing(const std::wstring& path)
     return localizedFormat("ProgressWriting", "Writing %1%", nameOf(path));
 }
 
+std::wstring changing(const std::wstring& name)
+{
+    return localizedFormat("ProgressChanging", "Changing \"%1%\"", name);
+}
+
 std::wstring step(const std::string& english)
 {
     // The catalogue's header stands under the empty text.

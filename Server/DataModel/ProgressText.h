@@ -11,6 +11,8 @@ std::wstring openingFiles(size_t count);
 std::wstring saving(const std::wstring& path);
 /// A foreign one.
 std::wstring writing(const std::wstring& path);
+/// A component whose shape is being changed.
+std::wstring changing(const std::wstring& name);
 
 /// The step that a worker tells of, which it knows in English only.
 std::wstring step(const std::string& english);

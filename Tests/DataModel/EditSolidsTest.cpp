@@ -1,11 +1,14 @@
+#include "Server/Base/Progress.h"
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyProperties.h"
 #include "Tests/DataModel/EditFixture.h"
 #include "Tests/Support/RealData.h"
 
+#include <atomic>
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <thread>
 
 namespace {
 
@@ -172,6 +175,38 @@ TEST_F(EditSolidsTest, SizesWithoutRoomAndEdgesThatArentThereAreRefused)
         expectRefused(Vs::BlendEdit{kind, {{id, Leaf::Face, 0}}, 1}, "no such edge");
         expectRefused(Vs::BlendEdit{kind, {}, 1}, "nothing");
     }
+}
+
+TEST_F(EditSolidsTest, WhatTakesLongIsCancelledAndCanBeDoneAfterwards)
+{
+    const std::string plate = box(200, 200, 2, {0, 0, 0}, L"Plate");
+    constexpr int kRows = 9;
+    std::vector<std::string> pins;
+    for (int i = 0; i < kRows * kRows; ++i)
+        pins.push_back(cylinder(3, 10, {10.0 + 15 * (i % kRows), 10.0 + 15 * (i / kRows), -5}));
+    /// Asks to stop as soon as somebody listens, as Ctrl-C does.
+    const auto cancelled = [&](const Vs::ModelEdit& change) {
+        std::atomic<bool> over = false;
+        std::thread impatient([&] {
+            while (!over)
+                if (Vs::Progress::active() && !Vs::Progress::cancelled())
+                    Vs::Progress::requestCancel();
+        });
+        expectRefused(change, "cancelled");
+        over = true;
+        impatient.join();
+    };
+    const Vs::CombineEdit drill{Kind::Subtract, plate, pins};
+    cancelled(drill);
+    edit(*asset, drill);
+    ASSERT_EQ(facesOf(plate), 6u + pins.size());
+    // Nothing but leaving it stops the kernel at this.
+    Vs::BlendEdit round{Blend::Fillet, {}, 0.1};
+    const auto& lines = asset->findComponent(plate)->body->mesh()->edgeStarts;
+    for (uint32_t i = 0; i + 1 < lines.size(); ++i)
+        round.edges.push_back({plate, Leaf::Edge, i});
+    cancelled(round);
+    EXPECT_NEAR(volumeOf(plate), 2 * (200 * 200 - double(pins.size()) * 9 * pi), 1e-2);
 }
 
 TEST_F(EditSolidsTest, EdgesAtWhichFacesGoOverIntoEachOtherAreRefused)

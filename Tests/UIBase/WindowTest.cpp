@@ -404,13 +404,20 @@ TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
 {
     MainWindow* window = windowWith({"TextCommands"})->mainWindow();
     bool ranInside = false;
+    QLineEdit field(window);
+    field.show();
+    QApplication::setActiveWindow(window);
     {
         Vs::ProgressScope work(L"Loading");
         EXPECT_TRUE(window->progressPanel()->isVisible());
         EXPECT_TRUE(ProgressBar::get()->busy());
         Application::get()->deferredTasks()->post([&] { ranInside = true; });
         QTest::keyClicks(window, QStringLiteral("x"));
+        field.setFocus();
+        for (const char key : {'2', '.', '5'})
+            QTest::keyClick(window->windowHandle(), key);
         QTest::qWait(40);
+        EXPECT_EQ(field.text(), QString());
         EXPECT_TRUE(work.update(0.4, L"Reading"));
         EXPECT_EQ(window->progressPanel()->findChild<QLabel*>()->text().toStdString(), "Loading: Reading");
         EXPECT_FALSE(ranInside);
@@ -420,6 +427,7 @@ TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
     EXPECT_FALSE(window->progressPanel()->isVisible());
     QTest::qWait(20);
     EXPECT_TRUE(ranInside);
+    EXPECT_EQ(field.text().toStdString(), "2.5") << "what is typed into a field waits for the end";
 
     const int width = window->width();
     const Vs::ProgressScope wide(L"Loading " + std::wstring(255, L'W'));

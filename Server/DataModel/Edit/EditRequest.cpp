@@ -160,6 +160,9 @@ std::wstring textOf(const EditError& error)
     case EditFault::TooLong:
         return localizedFormat("EditTooLong", "the geometry kernel came to no end with \"%1%\".",
                                error.subject());
+    case EditFault::Cancelled:
+        return localizedFormat(
+            "EditCancelled", "the change of \"%1%\" was cancelled. The model is as it was.", error.subject());
     case EditFault::Refused:
         break;
     }

@@ -1,4 +1,4 @@
-#include "Server/DataModel/Kernel/CrashGuard.h"
+#include "Server/DataModel/Kernel/LongWork.h"
 #include "Server/DataModel/Kernel/SolidTools.h"
 
 #include <BRepCheck_Analyzer.hxx>
@@ -73,7 +73,7 @@ MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vec
     std::shared_ptr<BRepFilletAPI_LocalOperation> operation;
     TopoDS_Shape result;
     bool sound = false;
-    const bool alive = survives([&] {
+    const LongWorkEnd end = runLongWork(name, [&](const Handle(Message_ProgressIndicator)&) {
         try {
             operation = makeOperation(kind, body, edges, size, name);
             operation->Build();
@@ -86,10 +86,10 @@ MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vec
             // It throws, as a rule, where there is no room.
         }
     });
-    if (!alive) {
-        new std::shared_ptr(operation); // in any state, so that nobody may take it apart
-        throw EditError(EditFault::Crashed, name);
-    }
+    if (end.abandoned)
+        new std::shared_ptr(operation);
+    if (end.fault)
+        throw EditError(*end.fault, name);
     if (!sound)
         throw EditError(EditFault::TooLarge, name);
     return {result, successorsIn(operation)};

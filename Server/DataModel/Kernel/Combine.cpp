@@ -1,4 +1,4 @@
-#include "Server/DataModel/Kernel/CrashGuard.h"
+#include "Server/DataModel/Kernel/LongWork.h"
 #include "Server/DataModel/Kernel/SolidTools.h"
 
 #include <BRepAlgoAPI_Common.hxx>
@@ -14,7 +14,6 @@
 #include <TopoDS_Compound.hxx>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <memory>
 
@@ -23,19 +22,6 @@ namespace Vs::Kernel {
 namespace {
 
 using Kind = CombineEdit::Kind;
-
-/// Has the kernel stop where it doesn't come to an end.
-class Patience : public Message_ProgressIndicator
-{
-public:
-    bool isOver() const { return std::chrono::steady_clock::now() > m_end; }
-
-private:
-    Standard_Boolean UserBreak() override { return isOver(); }
-    void Show(const Message_ProgressScope&, const Standard_Boolean) override {}
-
-    std::chrono::steady_clock::time_point m_end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
-};
 
 std::shared_ptr<BRepAlgoAPI_BooleanOperation> makeOperation(Kind kind)
 {
@@ -95,7 +81,7 @@ public:
     }
 
     /// Tries it at that tolerance on top of the shapes' own; false if there is no sound result.
-    bool run(double tolerance)
+    bool run(double tolerance, const Handle(Message_ProgressIndicator) & progress)
     {
         m_operation = makeOperation(m_kind);
         TopTools_ListOfShape arguments, tools;
@@ -106,7 +92,7 @@ public:
         m_operation->SetTools(tools);
         m_operation->SetFuzzyValue(tolerance);
         m_operation->SetNonDestructive(true); // an undo brings the very same shapes back
-        m_operation->Build(m_patience->Start());
+        m_operation->Build(progress->Start());
         if (!m_operation->IsDone() || m_operation->HasErrors())
             return false;
         // Where bodies lay flush, their faces are one now.
@@ -116,7 +102,6 @@ public:
         return m_result.IsNull() || isSound();
     }
 
-    bool isOver() const { return m_patience->isOver(); }
     const TopoDS_Shape& result() const { return m_result; }
     Successors successors() const
     {
@@ -143,7 +128,6 @@ private:
     Kind m_kind;
     const TopoDS_Shape& m_target;
     const std::vector<TopoDS_Shape>& m_tools;
-    Handle(Patience) m_patience = new Patience;
     std::shared_ptr<BRepAlgoAPI_BooleanOperation> m_operation;
     TopoDS_Shape m_result;
 };
@@ -183,19 +167,17 @@ MadeShape combinedAtOnce(Kind kind, const TopoDS_Shape& target, const std::vecto
 {
     const auto combination = std::make_shared<Combination>(kind, target, tools);
     bool sound = false;
-    const bool alive = survives([&] {
+    const LongWorkEnd end = runLongWork(name, [&](const Handle(Message_ProgressIndicator) & progress) {
         // Surfaces that should lie on each other, and don't quite, meet at a tolerance.
         for (const double tolerance : {0.0, 1e-5, 1e-3})
-            if (!sound && !combination->isOver())
-                sound = combination->run(tolerance);
+            sound = sound || combination->run(tolerance, progress);
     });
-    if (!alive) {
-        // Its parts may be in any state, so that nobody may take it apart.
+    if (end.abandoned)
         new std::shared_ptr(combination);
-        throw EditError(EditFault::Crashed, name);
-    }
+    if (end.fault)
+        throw EditError(*end.fault, name);
     if (!sound)
-        throw EditError(combination->isOver() ? EditFault::TooLong : EditFault::Invalid, name);
+        throw EditError(EditFault::Invalid, name);
     const TopoDS_Shape& result = combination->result();
     if (result.IsNull())
         throw EditError(kind == Kind::Subtract ? EditFault::NothingLeft : EditFault::Apart, name);

@@ -1,12 +1,40 @@
 #pragma once
 
-#include <functional>
+#include <memory>
+#include <pthread.h>
 
 namespace Vs::Kernel {
 
-/// Runs work in which the kernel may break down: false if it did so by a signal, such as that of an address
-/// that isn't there. What the work held then is lost, memory included; so it holds nothing that others use.
-/// Exceptions pass. One thread at a time, and the work makes no threads of its own.
-bool survives(const std::function<void()>& work);
+/// Keeps the program alive when the kernel breaks down in a thread by a signal, such as that of an address
+/// that isn't there, and stops a kernel that doesn't come to an end: the thread stands still for good then,
+/// with all that it holds. It isn't unwound, since the kernel has lists of what stands on the stacks of
+/// threads. One guard at a time; the guarded thread makes no threads of its own.
+class CrashGuard
+{
+public:
+    CrashGuard();
+    ~CrashGuard();
+    CrashGuard(const CrashGuard&) = delete;
+    CrashGuard& operator=(const CrashGuard&) = delete;
+
+    /// Guards the calling thread for as long as it lives: a guard of its own makes room for handlers.
+    class Guarded
+    {
+    public:
+        Guarded();
+        ~Guarded();
+        Guarded(const Guarded&) = delete;
+        Guarded& operator=(const Guarded&) = delete;
+
+    private:
+        std::unique_ptr<char[]> m_stack;
+    };
+
+    /// Has the guarded thread stand still, if it is in the kernel's algorithms just now: elsewhere, as in the
+    /// allocator, it could hold a lock that all others need. Whoever wants it asks again until it stands.
+    void stop(pthread_t thread);
+    /// Whether it broke down, or was stopped. Such a thread is never to be joined.
+    bool stands() const;
+};
 
 } // namespace Vs::Kernel

@@ -85,6 +85,7 @@ enum class EditFault {
     Refused,     ///< The kernel gave up.
     Crashed,     ///< The kernel broke down.
     TooLong,     ///< The kernel didn't come to an end.
+    Cancelled,   ///< The user didn't want to wait for the end.
 };
 
 /// Thrown by ModelKernel::edit.

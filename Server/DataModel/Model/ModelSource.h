@@ -16,7 +16,7 @@ public:
     std::shared_ptr<const ModelFile> file;
 
     /// Runs `work(ModelKernel&)` with the kernel's model, which is read at the first call. Any thread, one at
-    /// a time.
+    /// a time; while that waits in long work (Progress), what is shown meanwhile may ask the kernel as well.
     template <class Work>
     auto withKernel(Work&& work)
     {
@@ -28,7 +28,7 @@ public:
 private:
     ModelKernel& kernel();
 
-    std::mutex m_mutex;
+    std::recursive_mutex m_mutex;
     std::unique_ptr<ModelKernel> m_kernel;
 };
 

@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QToolButton>
 
@@ -86,8 +87,19 @@ BusyFilter::BusyFilter(ProgressPanel* panel) : m_panel(panel)
 
 BusyFilter::~BusyFilter()
 {
-    if (qApp)
-        qApp->removeEventFilter(this);
+    if (!qApp)
+        return;
+    qApp->removeEventFilter(this);
+    for (auto& [object, event] : m_typed)
+        if (object)
+            QCoreApplication::postEvent(object, event.release());
+}
+
+// Events come to the native window first, which hands them on to whatever has the focus.
+void BusyFilter::keep(QObject* object, const QEvent& event)
+{
+    if (object->isWindowType() && qobject_cast<QLineEdit*>(QApplication::focusWidget()))
+        m_typed.emplace_back(object, event.clone());
 }
 
 bool BusyFilter::eventFilter(QObject* object, QEvent* event)
@@ -99,6 +111,8 @@ bool BusyFilter::eventFilter(QObject* object, QEvent* event)
     case QEvent::KeyPress:
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
             m_panel->cancel();
+        else
+            keep(object, *event);
         return true;
     case QEvent::KeyRelease:
     case QEvent::Shortcut:

@@ -1,7 +1,13 @@
 #pragma once
 
+#include <QEvent>
 #include <QObject>
+#include <QPointer>
 #include <QWidget>
+
+#include <memory>
+#include <utility>
+#include <vector>
 
 class QLabel;
 class QProgressBar;
@@ -34,7 +40,8 @@ private:
 };
 
 /// Keeps the person's events away from everything but the cancel button for as long as it lives; Escape
-/// cancels.
+/// cancels. What is typed into a field meanwhile comes there afterwards: a preview that takes long must not
+/// eat the rest of a number.
 class BusyFilter : public QObject
 {
 public:
@@ -45,7 +52,10 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    void keep(QObject* object, const QEvent& event);
+
     ProgressPanel* m_panel;
+    std::vector<std::pair<QPointer<QObject>, std::unique_ptr<QEvent>>> m_typed;
 };
 
 } // namespace Vu

@@ -1,0 +1,130 @@
+#include "Server/DataModel/Kernel/LongWork.h"
+
+#include "Server/Base/Progress.h"
+#include "Server/DataModel/Kernel/CrashGuard.h"
+#include "Server/DataModel/ProgressText.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
+
+namespace Vs::Kernel {
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+/// Most changes are done before anybody would have read that they go on.
+constexpr auto kQuiet = 400ms;
+constexpr auto kBetweenLooks = 40ms;
+constexpr auto kLongest = 2min;
+/// How long the kernel has to stop by itself.
+constexpr auto kGrace = 500ms;
+
+class StopSign : public Message_ProgressIndicator
+{
+public:
+    void stop() { m_stopped = true; }
+    double done() const { return m_done; }
+
+private:
+    Standard_Boolean UserBreak() override { return m_stopped; }
+    void Show(const Message_ProgressScope&, const Standard_Boolean) override { m_done = GetPosition(); }
+
+    std::atomic<bool> m_stopped = false;
+    std::atomic<double> m_done = 0;
+};
+
+/// The work on its thread.
+class Worker
+{
+public:
+    explicit Worker(const std::function<void()>& work)
+        : m_thread([this, &work] {
+              const CrashGuard::Guarded guarded;
+              try {
+                  work();
+              } catch (...) {
+                  m_thrown = std::current_exception();
+              }
+              const std::lock_guard lock(m_mutex);
+              m_done = true;
+              m_ended.notify_all();
+          })
+    {
+    }
+    ~Worker()
+    {
+        if (stands())
+            m_thread.detach();
+        else
+            m_thread.join();
+    }
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    bool isOverWithin(Clock::duration time)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_ended.wait_for(lock, time, [this] { return m_done; }) || stands();
+    }
+    void stop() { m_guard.stop(m_thread.native_handle()); }
+    bool stands() const { return m_guard.stands(); }
+    /// After the end.
+    const std::exception_ptr& thrown() const { return m_thrown; }
+
+private:
+    CrashGuard m_guard;
+    std::mutex m_mutex;
+    std::condition_variable m_ended;
+    bool m_done = false;
+    std::exception_ptr m_thrown;
+    std::thread m_thread; ///< Last, as it uses the others.
+};
+
+/// Whether the work is over by itself; else why it is to be stopped.
+std::optional<EditFault> watch(Worker& worker, const StopSign& sign, const std::wstring& name)
+{
+    const auto begin = Clock::now();
+    const Progress::CancelScope cancellable;
+    std::optional<ProgressScope> progress;
+    while (!worker.isOverWithin(kBetweenLooks)) {
+        const auto passed = Clock::now() - begin;
+        if (passed > kQuiet && !progress)
+            progress.emplace(ProgressText::changing(name));
+        if (progress ? !progress->update(sign.done()) : Progress::cancelled())
+            return EditFault::Cancelled;
+        if (passed > kLongest)
+            return EditFault::TooLong;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+LongWorkEnd runLongWork(const std::wstring& name,
+                        const std::function<void(const Handle(Message_ProgressIndicator) &)>& work)
+{
+    const Handle(StopSign) sign = new StopSign;
+    const std::function<void()> own = [&] { work(sign); };
+    Worker worker(own);
+    LongWorkEnd end;
+    end.fault = watch(worker, *sign, name);
+    if (end.fault) {
+        sign->stop();
+        for (auto wait = Clock::duration(kGrace); !worker.isOverWithin(wait); wait = kBetweenLooks)
+            worker.stop();
+    }
+    end.abandoned = worker.stands();
+    if (end.abandoned && !end.fault)
+        end.fault = EditFault::Crashed;
+    if (!end.fault && worker.thrown())
+        std::rethrow_exception(worker.thrown());
+    return end;
+}
+
+} // namespace Vs::Kernel

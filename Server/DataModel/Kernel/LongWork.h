@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Server/DataModel/Model/ModelEdit.h"
+
+#include <Message_ProgressIndicator.hxx>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace Vs::Kernel {
+
+/// How work of the kernel ended otherwise than by itself.
+struct LongWorkEnd
+{
+    std::optional<EditFault> fault; ///< Crashed, Cancelled or TooLong.
+    /// The work was left where it stood, so that nobody may touch or take apart what it held.
+    bool abandoned = false;
+};
+
+/// Runs work that may break down (CrashGuard), take long or come to no end on a thread of its own. Where it
+/// isn't done at once, the caller's thread shows that something called `name` is being changed, and a cancel
+/// (Progress) or two minutes stop it: by the indicator, where the kernel looks at that, else by leaving the
+/// work where it stands. Exceptions pass. Main thread.
+LongWorkEnd runLongWork(const std::wstring& name,
+                        const std::function<void(const Handle(Message_ProgressIndicator) &)>& work);
+
+} // namespace Vs::Kernel
