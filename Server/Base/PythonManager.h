@@ -19,8 +19,9 @@ class TextOutput;
 struct ScriptSteps
 {
     std::function<void(const std::wstring& source)> before;
-    /// With what went wrong in the statement. Returns whether the next one is to run.
-    std::function<bool(const Status& failure)> after;
+    /// With the line at which the statement begins, 0 if the file is no Python, and with what went wrong.
+    /// Returns whether the next one is to run.
+    std::function<bool(size_t line, const Status& failure)> after;
 };
 
 /// The embedded interpreter. It is started by the first script; a run without one pays nothing for it.

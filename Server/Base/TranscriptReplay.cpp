@@ -18,6 +18,7 @@ namespace {
 
 /// A file of garbage fails at each of its million lines.
 constexpr size_t kMostErrors = 100;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::wstring titleOf(const std::wstring& path)
 {
@@ -187,7 +188,7 @@ public:
         Status status;
         const bool inSteps = m_options.keepGoing || m_options.beforeLine;
         const ScriptSteps steps{m_options.beforeLine,
-                                [this](const Status& failure) { return after(failure); }};
+                                [this](size_t line, const Status& failure) { return after(line, failure); }};
         try {
             const TranscriptMgr::Replay replaying(m_path, kPythonTranscript);
             PythonManager::get()->runTranscript(m_path, inSteps ? &steps : nullptr, status);
@@ -195,7 +196,7 @@ public:
             status.addError(error.message());
         }
         if (m_result.lines == 0)
-            after(status);
+            after(0, status);
         if (m_options.status)
             m_options.status->merge(status);
         return m_result;
@@ -203,7 +204,7 @@ public:
 
 private:
     /// Returns whether the next statement is to run.
-    bool after(const Status& failure)
+    bool after(size_t line, const Status& failure)
     {
         ++m_result.lines;
         m_result.cancelled = Progress::cancelled();
@@ -212,7 +213,7 @@ private:
             tell(m_options, failure.toString());
         }
         if (m_options.afterLine)
-            m_options.afterLine(0, failure.isError() ? 1 : 0);
+            m_options.afterLine(line, failure.isError() ? 1 : 0);
         m_result.cancelled = m_result.cancelled || Progress::cancelled();
         return !m_result.cancelled && (m_options.keepGoing || failure.isOk());
     }
@@ -231,7 +232,13 @@ bool isTranscript(const std::wstring& path)
         return true;
     boost::filesystem::ifstream stream{boost::filesystem::path(path)};
     std::string line;
-    return std::getline(stream, line) && line == kPythonTranscriptHead;
+    std::getline(stream, line);
+    // An editor may have left its marks.
+    if (line.starts_with(kByteOrderMark))
+        line.erase(0, kByteOrderMark.size());
+    if (line.ends_with('\r'))
+        line.pop_back();
+    return line == kPythonTranscriptHead;
 }
 
 ReplayResult playTranscript(const std::wstring& path, ETranscriptType type, const ReplayOptions& options)

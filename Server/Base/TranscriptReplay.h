@@ -18,7 +18,7 @@ struct ReplayOptions
     /// empty lines, and with each statement of a Python one.
     std::function<void(const std::wstring& line)> beforeLine;
     /// Called after each line that ran, with its number and its status, and with the host's work between
-    /// lines done. Of Python once at the end, with the number 0.
+    /// lines done. Of Python that isn't run in steps once at the end, with the number 0.
     std::function<void(size_t line, unsigned status)> afterLine;
 };
 

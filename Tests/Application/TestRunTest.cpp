@@ -86,6 +86,9 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
                       "Performance.Validate ElapsedTime none\nPerformance.EndPerformanceValidation\n");
     write("slow.performance.json", R"({"format": 1, "references": {"ElapsedTime none":
           {"value": 1, "calibration": 1, "ratio": 0}}})");
+    write("slow.py",
+          "\xEF\xBB\xBF# Transcript\r\nimport Performance\nPerformance.StartPerformanceValidation()\n"
+          "Performance.Validate('ElapsedTime', 'none')\n");
     write("lost.txt", "Transcripting.Start /dev/full\nDesign.New\n");
     write("_helper.py", "1 / 0\n");
     // What waits for the end of a line is done between the statements of a transcript alone.
@@ -98,12 +101,12 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
     write("notes.md", "no transcript");
     const ProcessResult result = run({"--timeout", "3", "--junit", junit.string(), "--set", "name=x"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_NE(result.output.find("11 transcripts in "), std::string::npos) << result.output;
-    EXPECT_NE(result.output.find(": 4 passed, 4 failed, 3 ended by crash or time limit."), std::string::npos);
+    EXPECT_NE(result.output.find("12 transcripts in "), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find(": 4 passed, 5 failed, 3 ended by crash or time limit."), std::string::npos);
 
     std::map<std::string, Case> cases = readJUnit(junit);
-    EXPECT_EQ(cases.size(), 12u);
-    EXPECT_EQ(cases[""].message, "11 4 3");
+    EXPECT_EQ(cases.size(), 13u);
+    EXPECT_EQ(cases[""].message, "12 5 3");
     EXPECT_EQ(cases["good.txt"].kind, "passed");
     EXPECT_GT(cases["good.txt"].seconds, 0);
     EXPECT_NE(cases["good.txt"].output.find("/x.vlra"), std::string::npos);
@@ -119,6 +122,7 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
     EXPECT_NE(cases["slow.txt"].output.find("Fail to validate ElapsedTime metric\nElapsedTime"),
               std::string::npos)
         << cases["slow.txt"].output;
+    EXPECT_EQ(cases["slow.py"].message, at + "slow.py:4: The metric ElapsedTime was not started.");
     EXPECT_NE(cases["lost.txt"].message.find("No space left"), std::string::npos);
     EXPECT_EQ(cases["crash.py"].kind, "error");
     EXPECT_EQ(cases["crash.py"].message, at + "crash.py: The program was ended by SIGABRT (Aborted).");

@@ -19,6 +19,7 @@
 #include <csignal>
 #include <cstring>
 #include <iterator>
+#include <tuple>
 
 namespace Vs::Python {
 
@@ -75,7 +76,7 @@ left = others()
 waited_for = ', '.join(t.name for t in left if not t.daemon)
 )";
 
-/// The statements of a script, each with its source.
+/// The statements of a script, each with its line and its source.
 constexpr const char* kStatements = R"(
 import ast
 
@@ -83,7 +84,7 @@ def statements(code, name):
     lines = code.decode('utf-8-sig', 'replace').splitlines()
     for node in ast.parse(code, name).body:
         source = '\n'.join(lines[node.lineno - 1:node.end_lineno])
-        yield source, compile(ast.Module([node], []), name, 'exec')
+        yield node.lineno, source, compile(ast.Module([node], []), name, 'exec')
 )";
 
 /// Runs code of our own; its names stay in `names`.
@@ -259,7 +260,7 @@ void Interpreter::runStatements(const std::string& path, const ScriptSteps& step
         py::dict own;
         execute(kStatements, own);
         for (const py::handle each : own["statements"](py::bytes(code), path)) {
-            const auto [source, compiled] = each.cast<std::pair<py::str, py::object>>();
+            const auto [line, source, compiled] = each.cast<std::tuple<size_t, py::str, py::object>>();
             if (steps.before)
                 steps.before(wideText(source));
             Status failure;
@@ -270,7 +271,7 @@ void Interpreter::runStatements(const std::string& path, const ScriptSteps& step
                 goesOn = tell(error, path, Traceback::Printed, failure);
             }
             m_streams.flush();
-            goesOn = (!steps.after || steps.after(failure)) && goesOn;
+            goesOn = (!steps.after || steps.after(line, failure)) && goesOn;
             status.merge(failure);
             if (!goesOn)
                 break;
@@ -280,7 +281,7 @@ void Interpreter::runStatements(const std::string& path, const ScriptSteps& step
         Status failure;
         tell(error, path, Traceback::Silent, failure);
         if (steps.after)
-            steps.after(failure);
+            steps.after(0, failure);
         status.merge(failure);
     }
 }
