@@ -11,6 +11,7 @@
 #include "Server/Types/UnitsOptionGroup.h"
 #include "Server/Types/Uuid.h"
 #include "Tests/Commands/Recorded.h"
+#include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -22,6 +23,8 @@
 #include "UI/Base/UIInternalOptionGroup.h"
 #include "UI/Base/WorkspaceMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
+
+#include <QWidget>
 
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/split.hpp>
@@ -369,30 +372,28 @@ protected:
                 answered(line.substr(1));
             else
                 answer(line);
+            Vu::Application::get()->processEvents();
         }
         Vu::FileDialog::responder(nullptr);
     }
 
-    void eachComesBack()
+    void comesBack(const Session& session, const std::wstring& name)
     {
-        for (const wchar_t* name : {L"every.txt", L"every.py"})
-            for (const Session& session : kSessions) {
-                SCOPED_TRACE(Vs::Strings::narrow(std::wstring(session.command) + L" in " + name));
-                beginAnew();
-                record(name);
-                play(session);
-                stop();
-                const std::wstring before = whole();
-                EXPECT_TRUE(isWritten(session, linesOf(name)));
-                beginAnew();
-                stateAfter(name);
-                EXPECT_EQ(whole(), before) << boost::algorithm::join(linesOf(name), "\n");
-            }
+        SCOPED_TRACE(Vs::Strings::narrow(std::wstring(session.command) + L" in " + name));
+        beginAnew();
+        record(name);
+        play(session);
+        stop();
+        const std::wstring before = whole();
+        EXPECT_TRUE(isWritten(session, linesOf(name)));
+        beginAnew();
+        stateAfter(name);
+        EXPECT_EQ(whole(), before) << boost::algorithm::join(linesOf(name), "\n");
     }
 
     static std::wstring whole()
     {
-        run(L"");
+        Vu::Application::get()->processEvents();
         std::wstring text = state() + run(L"SplitView.ViewCount").second + options();
         for (const fs::path& path : fs::directory_iterator(made()))
             text += L"file " + path.filename().wstring() + L'\n';
@@ -430,5 +431,22 @@ TEST_F(ReplayOfEveryCommandTest, EveryCommandHasASession)
 
 TEST_F(ReplayOfEveryCommandTest, EachComesBackAsTextAndAsPython)
 {
-    eachComesBack();
+    for (const Session& session : kSessions)
+        for (const wchar_t* name : {L"every.txt", L"every.py"})
+            comesBack(session, name);
+}
+
+TEST_F(ReplayOfEveryCommandTest, EachComesBackInAWindow)
+{
+    Vu::Workspace* const before = Vu::WorkspaceMgr::activeWorkspace();
+    Vu::Workspace* const workspace = Vu::WorkspaceMgr::get()->create();
+    Vu::WorkspaceMgr::activeWorkspace(workspace);
+    workspace->window()->show();
+    workspace->window()->widget()->resize(400, 300); // Pictures take most of the time.
+    bool python = false;
+    for (const Session& session : kSessions)
+        comesBack(session, (python = !python) ? L"every.py" : L"every.txt");
+    beginAnew();
+    Vu::WorkspaceMgr::get()->close(workspace);
+    Vu::WorkspaceMgr::activeWorkspace(before);
 }

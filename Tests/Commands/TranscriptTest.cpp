@@ -57,7 +57,7 @@ public:
     {
         const auto size = [&] { return L' ' + std::to_wstring(1 + upTo(50)); };
         const auto part = [&] { return L" Box" + std::to_wstring(1 + upTo(3)); };
-        switch (upTo(13)) {
+        switch (upTo(18)) {
         case 0:
         case 1:
             return L"Design.Box" + size() + size() + size();
@@ -81,6 +81,16 @@ public:
             return L"Camera.ZoomIn 1." + std::to_wstring(1 + upTo(8));
         case 11:
             return L"Commands.Start FitCommand";
+        case 12:
+            return L"Design.Move" + part() + size() + size() + L" 0";
+        case 13:
+            return L"Design.Join" + part() + part();
+        case 14:
+            return L"Commands.Start MoveCommand";
+        case 15:
+            return L"Commands.SetInput Dx" + size();
+        case 16:
+            return L"Commands.Commit";
         default:
             return {};
         }
@@ -103,11 +113,16 @@ TEST_F(TranscriptTest, RandomSessionsComeBack)
         for (int i = 0; i < 40; ++i) {
             if (const std::wstring line = anything.line(); !line.empty())
                 run(line); // Some fail, as some of a person's do.
+            else if (anything.upTo(2) == 0)
+                click(kLeftButton, anything.upTo(60), anything.upTo(60));
             else if (anything.upTo(1) == 0)
                 drag(kMiddleButton, anything.upTo(30), 0, anything.upTo(60), anything.upTo(60));
             else
                 scroll(anything.upTo(1) == 0 ? 120 : -120, anything.upTo(60), anything.upTo(60));
         }
+        // Of a tool nothing is recorded before it is committed.
+        if (!activeKey().empty())
+            answer(L"Commands.Cancel");
         const std::wstring before = state();
         stop();
         ASSERT_EQ(stateAfter(name), before);

@@ -122,6 +122,19 @@ void GraphicsView::fit()
         m_fitRevision = fragment->camera()->revision();
 }
 
+void GraphicsView::settleFit()
+{
+    const Vs::Scene::ViewFragment* model = m_fitPending ? modelFragment() : nullptr;
+    if (!model || model->camera()->revision() != m_fitRevision || TransitionMgr::get()->playing())
+        return;
+    // The next picture has yet to see what is new.
+    for (Vs::Scene::ViewFragment* fragment : m_fragments) {
+        uint64_t seen = 0;
+        fragment->update(seen);
+    }
+    fit();
+}
+
 bool GraphicsView::update()
 {
     // A camera that was moved since is where the user wants it.

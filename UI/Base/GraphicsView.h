@@ -56,6 +56,9 @@ public:
     void restartHighlighting() const;
     /// Whether content is still on its way.
     bool waitsForContent() const;
+    /// Fits the camera now if it waits for the next picture to be fitted, so that it doesn't depend on when
+    /// that comes.
+    void settleFit();
 
     /// What lies over the scene and has the mouse first; null for nothing.
     MouseOverlay* mouseOverlay() const { return m_overlay; }

@@ -34,8 +34,9 @@ const Camera* activeCamera()
 {
     AssetSession* session = SessionMgr::get()->activeAssetSession();
     ViewMgr* views = session ? session->viewManager() : nullptr;
-    const GraphicsView* view =
-        views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr;
+    GraphicsView* view = views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr;
+    if (view)
+        view->settleFit();
     return view && !view->viewFragments().empty() ? view->viewFragments().front()->camera() : nullptr;
 }
 

@@ -6,11 +6,15 @@
 #include "Server/Base/Warning.h"
 #include "UI/Base/Answers.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/AssetSession.h"
 #include "UI/Base/CameraTransition.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/TranscriptRecorder.h"
+#include "UI/Base/GraphicsView.h"
+#include "UI/Base/SessionMgr.h"
 #include "UI/Base/StateRecorder.h"
+#include "UI/Base/ViewMgr.h"
 #include "UI/Base/WorkspaceWindow.h"
 
 namespace Vu {
@@ -30,6 +34,7 @@ public:
         } catch (const std::exception& fault) {
             Vs::warn(Vs::Strings::widen(fault.what()));
         }
+        settleFit();
         Answers::lineRan();
     }
 
@@ -44,6 +49,16 @@ public:
     }
 
 private:
+    // The next line finds the camera where it is in a window, and there no picture may come between.
+    static void settleFit()
+    {
+        AssetSession* session = SessionMgr::get()->activeAssetSession();
+        ViewMgr* views = session ? session->viewManager() : nullptr;
+        if (GraphicsView* view =
+                views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr)
+            view->settleFit();
+    }
+
     StateRecorder* m_state;
 };
 

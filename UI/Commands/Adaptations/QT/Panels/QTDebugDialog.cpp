@@ -2,6 +2,7 @@
 
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Application.h"
+#include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
 #include "UI/Commands/Adaptations/QT/Panels/PanelLayout.h"
 #include "UI/Commands/Adaptations/QT/Panels/QTDebuggingWidget.h"
 #include "UI/Commands/Home/Icons.h"
@@ -113,6 +114,7 @@ QTDebugDialog::QTDebugDialog()
     column->addWidget(new QTTranscriptingWidget);
     column->addWidget(new QTDebuggingWidget);
     adjustSize();
+    new OverMainWindow(this);
 }
 
 void QTDebugDialog::closeEvent(QCloseEvent*)

@@ -4,6 +4,7 @@
 #include "UI/Base/Application.h"
 #include "UI/Base/FileDialog.h"
 #include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
 #include "UI/Commands/Adaptations/QT/Panels/PanelLayout.h"
 #include "UI/Commands/Adaptations/QT/Panels/QTDebugScriptTextEdit.h"
 #include "UI/Commands/Transcripts/ReplayTasks.h"
@@ -32,6 +33,7 @@ QTShowScriptWidget::QTShowScriptWidget() : QWidget(nullptr, Qt::WindowStaysOnTop
     row->addWidget(new QTDebugScriptTextEdit);
     putInGroup(this, panelText("DebugScript", "Script"), row);
     resize(kScriptSize);
+    new OverMainWindow(this);
 }
 
 QTDebuggingWidget::QTDebuggingWidget(QWidget* parent) : QWidget(parent)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
 #include "UI/Commands/Transcripts/ValidationDialog.h"
 
 #include <QCoreApplication>
@@ -22,6 +23,7 @@ protected:
     {
         // The program ends with its own windows, whether this one is open or not.
         setAttribute(Qt::WA_QuitOnClose, false);
+        new OverMainWindow(this);
     }
 
     /// Has ValidationDialog make the window of a class when it needs one. Nothing is made while the program

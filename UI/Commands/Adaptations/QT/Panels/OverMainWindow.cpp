@@ -1,0 +1,46 @@
+#include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
+
+#include "UI/Base/Application.h"
+
+#include <QEvent>
+#include <QTimer>
+#include <QWindow>
+
+namespace Vu::Commands {
+
+OverMainWindow::OverMainWindow(QWidget* window) : QObject(window), m_window(window)
+{
+    window->installEventFilter(this);
+}
+
+bool OverMainWindow::eventFilter(QObject* object, QEvent* event)
+{
+    const QEvent::Type type = event->type();
+    if (object == m_window && type == QEvent::Show)
+        attach();
+    // The first picture that needs OpenGL has the main window made anew.
+    const bool covers = type == QEvent::Show || type == QEvent::WinIdChange || type == QEvent::ZOrderChange ||
+                        type == QEvent::WindowActivate;
+    // What the main window is about to do comes first.
+    if (object == m_main && covers && m_window->isVisible())
+        QTimer::singleShot(0, m_window, [this] {
+            attach();
+            m_window->raise();
+        });
+    return false;
+}
+
+void OverMainWindow::attach()
+{
+    QWidget* const widget = Application::get()->mainWidget();
+    QWidget* const main = widget ? widget->window() : nullptr;
+    if (main != m_main && m_main)
+        m_main->removeEventFilter(this);
+    if (main && main != m_main)
+        main->installEventFilter(this);
+    m_main = main;
+    if (main && main->windowHandle() && m_window->windowHandle())
+        m_window->windowHandle()->setTransientParent(main->windowHandle());
+}
+
+} // namespace Vu::Commands
