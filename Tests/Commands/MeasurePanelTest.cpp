@@ -17,10 +17,13 @@
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/HUDManager.h"
 #include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/SnapManager.h"
 #include "UI/Base/UIInternalOptionGroup.h"
 
 #include <QWidget>
 
+#include <fstream>
+#include <iterator>
 #include <vector>
 
 using Vu::RealValueCommandInput;
@@ -40,6 +43,7 @@ protected:
     }
     void TearDown() override
     {
+        Vu::Inference::SnapManager::get()->reset();
         Vs::UnitsOptionGroup::get()->reset();
         Vu::UIInternalOptionGroup::get()->reset();
         Navigation::TearDown();
@@ -301,6 +305,8 @@ TEST_F(MeasurePanel, LightsUpWhatAResultBelongsTo)
 
 TEST_F(MeasurePanel, FillsTheFieldOfAnotherCommand)
 {
+    const std::wstring recording = scratch(L"measured.txt");
+    answer(L"Transcripting.Start \"" + recording + L"\"");
     answer(L"VuCommands.SetSnapValueCmd");
     answer(L"Commands.SetInput SnapFixedInput 1");
     auto* value = input<RealValueCommandInput>(L"SnapValueInput");
@@ -319,6 +325,12 @@ TEST_F(MeasurePanel, FillsTheFieldOfAnotherCommand)
     Vu::Application::get()->idleTasks()->flush();
     EXPECT_EQ(activeKey(), L"SetSnapValueCmd");
     EXPECT_EQ(value->displayText(), L"95 mm");
+    answer(L"Commands.Commit");
+    answer(L"Transcripting.Stop");
+    std::ifstream file(Vs::Strings::narrow(recording));
+    const std::string lines{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_NE(lines.find("SnapValueInput \"95 mm\""), std::string::npos) << lines;
+    EXPECT_EQ(lines.find("Measure"), std::string::npos) << "the value says it all: " << lines;
     EXPECT_EQ(Vu::UIInternalOptionGroup::get()->value("MeasureCmd_measureTypes", -1), 2);
 }
 

@@ -59,6 +59,12 @@ bool isLedByMouse(const CommandRun& run)
     return held || run.command->onStackingCategory() == StackingCategory::cameraStackingCategory();
 }
 
+/// Whether another command called it to have a value: what comes of it stands among the inputs of that one.
+bool isHelper(const CommandRun& run)
+{
+    return isInteractive(run) && run.context->commandAccessPoint() == ECommandAccessPoint::Command;
+}
+
 bool takesEntries()
 {
     return Vs::TranscriptMgr::get()->takesEntries();
@@ -95,7 +101,8 @@ bool TranscriptRecorder::isHandedOn(const CommandRun& run) const
 bool TranscriptRecorder::isRecorded(const CommandRun& run) const
 {
     return run.command && run.reason == ETerminationReason::Commit && run.definition->scriptable() &&
-           !isPart(run) && !isLedByMouse(run) && !isOneOf(run.definition, kEnding) && !isHandedOn(run);
+           !isPart(run) && !isLedByMouse(run) && !isHelper(run) && !isOneOf(run.definition, kEnding) &&
+           !isHandedOn(run);
 }
 
 void TranscriptRecorder::write(const std::wstring& line)
