@@ -1,5 +1,6 @@
 #include "UI/Commands/Adaptations/QT/Panels/QTDebugScriptTextEdit.h"
 
+#include <QFontDatabase>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -35,6 +36,7 @@ QTDebugScriptTextEdit::QTDebugScriptTextEdit(QWidget* parent)
 {
     setReadOnly(true);
     setLineWrapMode(QPlainTextEdit::NoWrap);
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     connect(this, &QPlainTextEdit::blockCountChanged, this,
             &QTDebugScriptTextEdit::updateLineNumberAreaWidth);
     connect(this, &QPlainTextEdit::updateRequest, this, &QTDebugScriptTextEdit::updateLineNumberArea);
@@ -109,6 +111,7 @@ void QTDebugScriptTextEdit::resizeEvent(QResizeEvent* event)
 void QTDebugScriptTextEdit::paintLineNumbers(QPaintEvent* event)
 {
     QPainter painter(m_area);
+    painter.setFont(font());
     painter.fillRect(event->rect(), Qt::lightGray);
     const Vs::ScriptDebugInfo* info = scriptDebugInfo();
     const int lines = info ? info->scriptLines() : 0;
