@@ -140,6 +140,9 @@ TEST_F(TranscriptTest, LinesAreWhatWasDoneAndNotHow)
     answer(L"Document.SaveAs \"" + file(L"saved.vlra") + L'"');
     answer(L"Asset.List");
     answer(L"Selection.Select Box1 Box2");
+    answer(L"Design.Move Box2 1 \"1/2 in\" 3");
+    answer(L"Design.Fillet 0.5 Box1/Edge1 Box1/Edge2");
+    answer(L"Design.Colour #102030 Box1");
     answer(L"Camera.ZoomIn");
     answer(L"Transcripting.Stop");
     const std::vector<std::string> expected = {
@@ -150,6 +153,9 @@ TEST_F(TranscriptTest, LinesAreWhatWasDoneAndNotHow)
         "VuCommands.SaveDocumentAsCmd " + identifier + " saved.vlra",
         "Asset.List",
         "Selection.Select Box1 Box2",
+        "Design.Move Box2 1 \"1/2 in\" 3",
+        "Design.Fillet 0.5 Box1/Edge1|Box1/Edge2",
+        "Commands.Start ColourCommand Colour=Code \"Code=#102030\" Objects=Box1 Commit=1",
         "Camera.ZoomIn",
     };
     EXPECT_EQ(linesOf(L"lines.txt"), expected);

@@ -34,6 +34,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QDialog>
 #include <QDropEvent>
 #include <QImage>
 #include <QLabel>
@@ -421,6 +422,11 @@ TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
         EXPECT_TRUE(work.update(0.4, L"Reading"));
         EXPECT_EQ(window->progressPanel()->findChild<QLabel*>()->text().toStdString(), "Loading: Reading");
         EXPECT_FALSE(ranInside);
+        QDialog question(window);
+        question.open();
+        QTest::keyClick(question.windowHandle(), Qt::Key_Escape);
+        EXPECT_FALSE(question.isVisible()) << "what the work asks cannot be answered";
+        EXPECT_FALSE(Vs::Progress::cancelled());
         window->progressPanel()->cancelButton()->click();
         EXPECT_FALSE(work.update(0.5));
     }

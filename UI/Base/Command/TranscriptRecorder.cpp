@@ -198,15 +198,19 @@ std::wstring TranscriptRecorder::lineOf(const CommandRun& run, const Texts& obje
                                                 : object->second);
     }
     const auto* wrapper = TranscriptedCommandTextCommand::of(run.definition->id());
-    const bool named = !wrapper || !(hasObjects(context) || wrapper->repeats(words, context));
-    std::wstring line =
-        named ? L"Commands.Start " + run.definition->id() : wrapper->area() + L"." + wrapper->name();
+    const bool named = !wrapper || !(hasObjects(context) ||
+                                     wrapper->repeats(wrapper->parametersFor(context, words), context));
     for (size_t i = 0; i < context.arguments(); ++i) {
         const Vs::UniqueString* name = context.argumentName(i);
         if (name == CommandContext::pathArgumentName())
             words[i] = Vs::TranscriptMgr::get()->portable(words[i]);
-        line += L' ' + Vs::Strings::quote(named ? name->wideText() + L'=' + words[i] : words[i]);
+        if (named)
+            words[i] = name->wideText() + L'=' + words[i];
     }
+    std::wstring line =
+        named ? L"Commands.Start " + run.definition->id() : wrapper->area() + L"." + wrapper->name();
+    for (const std::wstring& word : named ? words : wrapper->parametersFor(context, words))
+        line += L' ' + Vs::Strings::quote(word);
     return line;
 }
 

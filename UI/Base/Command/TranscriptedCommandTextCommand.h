@@ -27,6 +27,13 @@ public:
 
     /// The wrapper of a definition, the first if there are several; null if it has none.
     static const TranscriptedCommandTextCommand* of(const std::wstring& definitionKey);
+    /// The parameters of a line for a recording, made of the texts of the context's arguments in their order;
+    /// the default takes all as they are. `repeats` tells whether they will do.
+    virtual std::vector<std::wstring> parametersFor(const CommandContext&,
+                                                    std::vector<std::wstring> texts) const
+    {
+        return texts;
+    }
     /// Whether a line with these parameters calls the definition with the arguments of the context.
     bool repeats(const std::vector<std::wstring>& parameters, const CommandContext& context) const;
 

@@ -92,6 +92,18 @@ public:
     {
     }
 
+    // That it runs to its end is what the line is.
+    std::vector<std::wstring> parametersFor(const CommandContext& context,
+                                            std::vector<std::wstring> texts) const override
+    {
+        for (size_t i = 0; i < context.arguments() && i < texts.size(); ++i)
+            if (context.argumentName(i) == EditCmd::commitArgumentName()) {
+                texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(i));
+                break;
+            }
+        return texts;
+    }
+
 protected:
     void fillContext(const TextCommandParameters& parameters, CommandContext& context) override
     {
