@@ -250,6 +250,9 @@ TEST_F(EditInTheCanvas, AnEdgeThatIsPointedAtIsThatOfTheBodyAsItWasAndIsForgotte
     ASSERT_NE(first, L"");
     ASSERT_NE(second, L"");
     answer(L"Commands.SetInput Edges " + first);
+    canvas->setFocus();
+    QTest::keyClick(canvas, Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget()->parentWidget()->objectName(), "Radius");
     QTest::mouseMove(canvas, nowhere());
     settle();
     EXPECT_EQ(faces(), 7u);

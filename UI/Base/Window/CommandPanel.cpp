@@ -315,7 +315,7 @@ void CommandPanel::keyPressEvent(QKeyEvent* event)
     }
 }
 
-bool CommandPanel::focusNextPrevChild(bool next)
+bool CommandPanel::walk(bool next)
 {
     std::vector<QWidget*> stops;
     for (QWidget* child : findChildren<QWidget*>())
@@ -324,7 +324,9 @@ bool CommandPanel::focusNextPrevChild(bool next)
             stops.push_back(child);
     if (stops.empty())
         return false;
-    const auto now = std::find(stops.begin(), stops.end(), QApplication::focusWidget());
+    auto now = std::find(stops.begin(), stops.end(), QApplication::focusWidget());
+    if (const InputField* picking = m_form ? m_form->pickingField() : nullptr; picking && now == stops.end())
+        now = std::find(stops.begin(), stops.end(), picking->focusProxy());
     const size_t count = stops.size();
     size_t index = next ? 0 : count - 1;
     if (now != stops.end())

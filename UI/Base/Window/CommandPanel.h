@@ -21,7 +21,7 @@ class Workspace;
 
 /// The panel of the running command: title, inputs, what is wrong with them, OK and Cancel. It lies over the
 /// active canvas and can be dragged by its title. Enter commits the command, Escape cancels it, Tab goes
-/// round within the panel.
+/// round within the panel and leads into it from the canvas.
 class CommandPanel : public QFrame,
                      private CommandEventSite,
                      private SessionEventSite,
@@ -42,10 +42,13 @@ public:
     /// Ends the command with what is in the fields, if they make sense.
     void commit();
     void cancel();
+    /// Gives the focus to the field before or behind the one that has it; from outside, behind the one that
+    /// takes the clicks into the view. False if there is none.
+    bool walk(bool next);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    bool focusNextPrevChild(bool next) override;
+    bool focusNextPrevChild(bool next) override { return walk(next); }
     bool eventFilter(QObject* object, QEvent* event) override;
     bool event(QEvent* event) override;
 

@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/GroupCommandInput.h"
+#include "UI/Base/SelectionCommandInput.h"
 #include "UI/Base/Window/InputField.h"
 #include "UI/Base/Window/Theme.h"
 
@@ -130,6 +131,15 @@ InputField* InputForm::firstField(bool invalid) const
         if (input && row.field->isVisibleTo(this) && row.field->isEnabled() && !(invalid && input->valid()))
             return row.field;
     }
+    return nullptr;
+}
+
+InputField* InputForm::pickingField() const
+{
+    for (const Row& row : m_rows)
+        if (const auto* things = Vs::cast<SelectionCommandInput>(row.field->input());
+            things && things->isCurrent())
+            return row.field;
     return nullptr;
 }
 

@@ -29,6 +29,8 @@ public:
     void enter();
     /// Null for none.
     InputField* firstField(bool invalid) const;
+    /// That of the input which takes the clicks into the view; null for none.
+    InputField* pickingField() const;
 
 private:
     struct Row

@@ -19,6 +19,7 @@
 #include "UI/Base/MouseEvents.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/SessionMgr.h"
+#include "UI/Base/SplitViewMgr.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Base/Window/AlertButton.h"
 #include "UI/Base/Window/AreaBuilder.h"
@@ -36,6 +37,7 @@
 #include "UI/Base/WorkspaceWindow.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QDropEvent>
@@ -434,6 +436,16 @@ void MainWindow::keyPressEvent(QKeyEvent* event)
         m_keysDown.insert(event->key());
     else
         QMainWindow::keyPressEvent(event);
+}
+
+// Who has picked something in the view goes on with the values.
+bool MainWindow::focusNextPrevChild(bool next)
+{
+    const GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
+    const QWidget* focus = QApplication::focusWidget();
+    if (m_panel->command() && canvas && focus && canvas->existingWidget() == focus)
+        return m_panel->walk(next);
+    return QMainWindow::focusNextPrevChild(next);
 }
 
 void MainWindow::keyReleaseEvent(QKeyEvent* event)
