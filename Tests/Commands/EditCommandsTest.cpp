@@ -2,6 +2,9 @@
 #include "Server/Body/BodyProperties.h"
 #include "Tests/Commands/InCanvas.h"
 
+#include <QScrollArea>
+#include <QScrollBar>
+
 #include <cmath>
 #include <numbers>
 
@@ -261,6 +264,18 @@ TEST_F(EditInTheCanvas, AnEdgeThatIsPointedAtIsThatOfTheBodyAsItWasAndIsForgotte
     answer(L"Commands.Commit");
     EXPECT_EQ(faces(), 7u);
     EXPECT_NE(lit(), second);
+}
+
+TEST_F(EditInTheCanvas, ThePanelOfEachToolShowsAllOfItsFields)
+{
+    for (const wchar_t* tool : {L"FilletCommand", L"MoveCommand", L"JoinCommand", L"LinearPatternCommand"}) {
+        answer(std::wstring(L"Commands.Start ") + tool);
+        settle();
+        const auto* panel = canvas->window()->findChild<QWidget*>(QStringLiteral("commandPanel"));
+        ASSERT_TRUE(panel && panel->isVisible());
+        EXPECT_EQ(panel->findChild<QScrollArea*>()->verticalScrollBar()->maximum(), 0) << tool;
+        answer(L"Commands.Cancel");
+    }
 }
 
 } // namespace

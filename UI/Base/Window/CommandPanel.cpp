@@ -67,7 +67,8 @@ CommandPanel::CommandPanel(const Workspace* workspace, QWidget* parent)
       m_head(makeHead()),
       m_scroll(new QScrollArea(this)),
       m_message(new QLabel(this)),
-      m_ok(nullptr)
+      m_foot(new QWidget(this)),
+      m_ok(new QPushButton(QString::fromStdWString(localized("PanelOk", "OK")), m_foot))
 {
     setObjectName(QStringLiteral("commandPanel"));
     setAutoFillBackground(true);
@@ -85,7 +86,8 @@ CommandPanel::CommandPanel(const Workspace* workspace, QWidget* parent)
     m_message->setWordWrap(true);
     m_message->setContentsMargins(2 * kMargin, kMargin, 2 * kMargin, 0);
     column->addWidget(m_message);
-    column->addWidget(makeButtons());
+    fillFoot();
+    column->addWidget(m_foot);
     m_soon.setSingleShot(true);
     connect(&m_soon, &QTimer::timeout, this, [this] { refresh(); });
     parent->installEventFilter(this);
@@ -120,22 +122,19 @@ QWidget* CommandPanel::makeHead()
     return head;
 }
 
-QWidget* CommandPanel::makeButtons()
+void CommandPanel::fillFoot()
 {
-    auto* foot = new QWidget(this);
-    auto* row = new QHBoxLayout(foot);
+    auto* row = new QHBoxLayout(m_foot);
     row->setContentsMargins(2 * kMargin, 2 * kMargin, 2 * kMargin, 2 * kMargin);
     row->addStretch(1);
-    m_ok = new QPushButton(QString::fromStdWString(localized("PanelOk", "OK")), foot);
     m_ok->setObjectName(QStringLiteral("panelOk"));
     m_ok->setDefault(true);
-    auto* cancelButton = new QPushButton(QString::fromStdWString(localized("PanelCancel", "Cancel")), foot);
+    auto* cancelButton = new QPushButton(QString::fromStdWString(localized("PanelCancel", "Cancel")), m_foot);
     cancelButton->setObjectName(QStringLiteral("panelCancel"));
     row->addWidget(m_ok);
     row->addWidget(cancelButton);
     connect(m_ok, &QPushButton::clicked, this, [this] { commit(); });
     connect(cancelButton, &QPushButton::clicked, this, [this] { cancel(); });
-    return foot;
 }
 
 /// The topmost command that has a panel: a view that is turned meanwhile doesn't take it away.
@@ -250,9 +249,12 @@ void CommandPanel::place()
         room = widget->height() - 2 * kDistance;
     }
     corner += m_dragged;
-    const int whole =
-        layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(kWidth) : sizeHint().height();
-    const int fixed = whole - m_scroll->sizeHint().height();
+    // Not asked of the layout, which still has the size of what was scrolled before.
+    const QMargins margins = layout()->contentsMargins();
+    const int inner = kWidth - margins.left() - margins.right();
+    const int fixed = margins.top() + margins.bottom() + m_head->sizeHint().height() +
+                      m_foot->sizeHint().height() +
+                      (m_message->isHidden() ? 0 : m_message->heightForWidth(inner));
     const int wished = fixed + m_form->sizeHint().height();
     resize(kWidth, std::min(wished, std::max(room, fixed + kGrip)));
     corner.setX(std::clamp(corner.x(), kGrip - kWidth, std::max(0, window->width() - kGrip)));

@@ -66,7 +66,7 @@ private:
     void showState();
     void cancelTopmost();
     QWidget* makeHead();
-    QWidget* makeButtons();
+    void fillFoot();
 
     const Workspace* m_workspace;
     CommandBase* m_command = nullptr; ///< Never one that has ended: each end is told (CommandEventSite).
@@ -77,6 +77,7 @@ private:
     QLabel* m_title;
     QScrollArea* m_scroll;
     QLabel* m_message;
+    QWidget* m_foot; ///< With the buttons.
     QPushButton* m_ok;
     QTimer m_soon;
     QPoint m_dragged; ///< How far from its usual place the panel was dragged.
