@@ -266,16 +266,26 @@ TEST_F(EditInTheCanvas, AnEdgeThatIsPointedAtIsThatOfTheBodyAsItWasAndIsForgotte
     EXPECT_NE(lit(), second);
 }
 
-TEST_F(EditInTheCanvas, ThePanelOfEachToolShowsAllOfItsFields)
+TEST_F(EditInTheCanvas, ThePanelOfEachToolShowsAllOfItsFieldsAndEnterCommitsInEach)
 {
+    const auto* panel = canvas->window()->findChild<QWidget*>(QStringLiteral("commandPanel"));
     for (const wchar_t* tool : {L"FilletCommand", L"MoveCommand", L"JoinCommand", L"LinearPatternCommand"}) {
         answer(std::wstring(L"Commands.Start ") + tool);
         settle();
-        const auto* panel = canvas->window()->findChild<QWidget*>(QStringLiteral("commandPanel"));
         ASSERT_TRUE(panel && panel->isVisible());
         EXPECT_EQ(panel->findChild<QScrollArea*>()->verticalScrollBar()->maximum(), 0) << tool;
         answer(L"Commands.Cancel");
     }
+    select({L"Box1", L"Box2"});
+    answer(L"Commands.Start JoinCommand");
+    settle();
+    for (auto* field : panel->findChildren<QWidget*>(QStringLiteral("inputSelection"))) {
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Space);
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(panel->isVisible());
+    EXPECT_EQ(paths().size(), 2u);
 }
 
 } // namespace

@@ -192,6 +192,7 @@ void CommandPanel::open(CommandBase* command)
     m_icon->setVisible(info.icon() != nullptr);
     m_form = new InputForm(*command->commandInputSet(), m_scroll);
     m_scroll->setWidget(m_form);
+    m_form->installEventFilter(this);
     m_dragged = {};
     showState();
     show();
@@ -250,7 +251,7 @@ void CommandPanel::place()
     }
     corner += m_dragged;
     // Not asked of the layout, which still has the size of what was scrolled before.
-    const QMargins margins = layout()->contentsMargins();
+    const QMargins margins = contentsMargins() + layout()->contentsMargins();
     const int inner = kWidth - margins.left() - margins.right();
     const int fixed = margins.top() + margins.bottom() + m_head->sizeHint().height() +
                       m_foot->sizeHint().height() +
@@ -340,7 +341,8 @@ bool CommandPanel::walk(bool next)
 
 bool CommandPanel::eventFilter(QObject* object, QEvent* event)
 {
-    if (object == parentWidget() && event->type() == QEvent::Resize)
+    const bool isRoomNew = object == parentWidget() && event->type() == QEvent::Resize;
+    if (isRoomNew || (object == m_form && event->type() == QEvent::LayoutRequest))
         place();
     if (object != m_head)
         return QFrame::eventFilter(object, event);

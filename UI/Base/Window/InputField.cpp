@@ -252,10 +252,13 @@ public:
     {
         m_button->setObjectName(QStringLiteral("inputSelection"));
         m_button->setAutoDefault(false);
+        m_button->setCheckable(true);
         add(m_button);
         connect(m_button, &QPushButton::clicked, this, [this] {
-            if (auto* selection = Vs::cast<SelectionCommandInput>(this->input()))
+            if (auto* selection = Vs::cast<SelectionCommandInput>(this->input())) {
                 selection->makeCurrent();
+                m_button->setChecked(selection->isCurrent());
+            }
         });
         const QString tip =
             QString::fromStdWString(localized("InputClearSelection", "Take the selection back"));
@@ -287,7 +290,6 @@ protected:
     {
         const auto& selection = *Vs::cast<SelectionCommandInput>(&input);
         m_button->setText(QString::fromStdWString(input.displayText()));
-        m_button->setCheckable(selection.isCurrent());
         m_button->setChecked(selection.isCurrent());
         m_clear->setEnabled(!selection.selectionSet().empty());
     }
