@@ -153,7 +153,9 @@ void EditCmd::preview()
     else if (!execute(true, status))
         m_problem = status.toString();
     lightParts(!m_problem.empty());
-    validateInputs(false);
+    // Whoever shows the inputs may have looked while the kernel was still at work.
+    CommandInputStateChangeEvent event(commandInputSet()->inputs().front().get());
+    commandInputSet()->fire(&event);
     onShown();
 }
 
@@ -176,7 +178,7 @@ void EditCmd::point(bool atPart)
     if (atPart) {
         releasePreview();
         lightParts(true);
-    } else if (commandInputSet()->valid()) {
+    } else if (m_problem.empty() && commandInputSet()->valid()) {
         preview();
     }
 }
