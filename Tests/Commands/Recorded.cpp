@@ -12,6 +12,9 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/ShellMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
+
+#include <QWidget>
 
 #include <boost/filesystem/fstream.hpp>
 
@@ -95,6 +98,20 @@ std::wstring Recorded::stateAfter(const std::wstring& name)
     run(L"");
     EXPECT_TRUE(status.isOk()) << Vs::Strings::narrow(status.toString());
     return (status.isOk() ? L"" : status.toString() + L'\n') + state();
+}
+
+SmallWindow::SmallWindow()
+    : m_before(Vu::WorkspaceMgr::activeWorkspace()), m_workspace(Vu::WorkspaceMgr::get()->create())
+{
+    Vu::WorkspaceMgr::activeWorkspace(m_workspace);
+    m_workspace->window()->show();
+    m_workspace->window()->widget()->resize(400, 300);
+}
+
+SmallWindow::~SmallWindow()
+{
+    Vu::WorkspaceMgr::get()->close(m_workspace);
+    Vu::WorkspaceMgr::activeWorkspace(m_before);
 }
 
 } // namespace CommandsTests

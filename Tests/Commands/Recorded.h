@@ -2,6 +2,10 @@
 
 #include "Tests/Commands/Navigation.h"
 
+namespace Vu {
+class Workspace;
+}
+
 namespace CommandsTests {
 
 /// Sessions that are recorded in an empty program, and played again in one.
@@ -25,6 +29,21 @@ protected:
     static std::wstring state();
     /// What the file brings about in an empty program, with the failures of its lines before it.
     static std::wstring stateAfter(const std::wstring& name);
+};
+
+/// A workspace with a window, which is small since pictures take most of the time. Documents must be closed
+/// before it goes.
+class SmallWindow
+{
+public:
+    SmallWindow();
+    ~SmallWindow();
+    SmallWindow(const SmallWindow&) = delete;
+    SmallWindow& operator=(const SmallWindow&) = delete;
+
+private:
+    Vu::Workspace* m_before;
+    Vu::Workspace* m_workspace;
 };
 
 } // namespace CommandsTests

@@ -21,10 +21,6 @@
 #include "UI/Base/SnapManager.h"
 #include "UI/Base/UIBaseOptionGroup.h"
 #include "UI/Base/UIInternalOptionGroup.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
-
-#include <QWidget>
 
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/split.hpp>
@@ -438,15 +434,9 @@ TEST_F(ReplayOfEveryCommandTest, EachComesBackAsTextAndAsPython)
 
 TEST_F(ReplayOfEveryCommandTest, EachComesBackInAWindow)
 {
-    Vu::Workspace* const before = Vu::WorkspaceMgr::activeWorkspace();
-    Vu::Workspace* const workspace = Vu::WorkspaceMgr::get()->create();
-    Vu::WorkspaceMgr::activeWorkspace(workspace);
-    workspace->window()->show();
-    workspace->window()->widget()->resize(400, 300); // Pictures take most of the time.
+    const CommandsTests::SmallWindow window;
     bool python = false;
     for (const Session& session : kSessions)
         comesBack(session, (python = !python) ? L"every.py" : L"every.txt");
     beginAnew();
-    Vu::WorkspaceMgr::get()->close(workspace);
-    Vu::WorkspaceMgr::activeWorkspace(before);
 }

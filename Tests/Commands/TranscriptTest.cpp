@@ -6,6 +6,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/Types/Uuid.h"
 #include "Tests/Commands/Recorded.h"
+#include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 
 #include <boost/filesystem/fstream.hpp>
@@ -100,33 +101,60 @@ private:
     std::mt19937 m_random;
 };
 
-TEST_F(TranscriptTest, RandomSessionsComeBack)
+/// Records a session made by chance, and plays it again.
+class RandomSessionTest : public TranscriptTest
 {
-    const unsigned first = std::random_device()();
-    for (unsigned seed = first; seed < first + 12; ++seed) {
+protected:
+    void comesBack(unsigned seed)
+    {
         SCOPED_TRACE("seed " + std::to_string(seed));
         const std::wstring name = seed % 2 == 0 ? L"random.txt" : L"random.py";
         closeAll();
         Anything anything(seed);
         record(name);
         answer(L"Design.New");
-        for (int i = 0; i < 40; ++i) {
-            if (const std::wstring line = anything.line(); !line.empty())
-                run(line); // Some fail, as some of a person's do.
-            else if (anything.upTo(2) == 0)
-                click(kLeftButton, anything.upTo(60), anything.upTo(60));
-            else if (anything.upTo(1) == 0)
-                drag(kMiddleButton, anything.upTo(30), 0, anything.upTo(60), anything.upTo(60));
-            else
-                scroll(anything.upTo(1) == 0 ? 120 : -120, anything.upTo(60), anything.upTo(60));
-        }
+        for (int i = 0; i < 40; ++i)
+            step(anything);
         // Of a tool nothing is recorded before it is committed.
         if (!activeKey().empty())
             answer(L"Commands.Cancel");
-        const std::wstring before = state();
         stop();
+        const std::wstring before = state();
         ASSERT_EQ(stateAfter(name), before);
     }
+
+private:
+    static constexpr int kRange = 60; ///< Of the mouse, in pixels from the middle.
+
+    void step(Anything& anything)
+    {
+        const int x = anything.upTo(kRange), y = anything.upTo(kRange);
+        if (const std::wstring line = anything.line(); !line.empty())
+            run(line); // Some fail, as some of a person's do.
+        else if (anything.upTo(2) == 0)
+            click(kLeftButton, x, y);
+        else if (anything.upTo(1) == 0)
+            drag(kMiddleButton, anything.upTo(30), 0, x, y);
+        else
+            scroll(anything.upTo(1) == 0 ? 120 : -120, x, y);
+        Application::get()->processEvents();
+    }
+};
+
+TEST_F(RandomSessionTest, ComesBack)
+{
+    const unsigned first = std::random_device()();
+    for (unsigned seed = first; seed < first + 12; ++seed)
+        comesBack(seed);
+}
+
+TEST_F(RandomSessionTest, ComesBackInAWindow)
+{
+    const CommandsTests::SmallWindow window;
+    const unsigned first = std::random_device()();
+    for (unsigned seed = first; seed < first + 4; ++seed)
+        comesBack(seed);
+    closeAll();
 }
 
 TEST_F(TranscriptTest, LinesAreWhatWasDoneAndNotHow)
