@@ -87,7 +87,7 @@ MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vec
         }
     });
     if (end.abandoned)
-        new std::shared_ptr(operation);
+        keepForever(operation);
     if (end.fault)
         throw EditError(*end.fault, name);
     if (!sound)

@@ -173,7 +173,7 @@ MadeShape combinedAtOnce(Kind kind, const TopoDS_Shape& target, const std::vecto
             sound = sound || combination->run(tolerance, progress);
     });
     if (end.abandoned)
-        new std::shared_ptr(combination);
+        keepForever(combination);
     if (end.fault)
         throw EditError(*end.fault, name);
     if (!sound)

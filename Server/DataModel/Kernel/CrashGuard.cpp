@@ -139,16 +139,14 @@ CrashGuard::Guarded::Guarded() : m_stack(std::make_unique<char[]>(kStackSize))
     stack_t stack = {};
     stack.ss_sp = m_stack.get();
     stack.ss_size = kStackSize;
-    sigaltstack(&stack, nullptr);
+    sigaltstack(&stack, &m_before);
     guarded = true;
 }
 
 CrashGuard::Guarded::~Guarded()
 {
     guarded = false;
-    stack_t none = {};
-    none.ss_flags = SS_DISABLE;
-    sigaltstack(&none, nullptr);
+    sigaltstack(&m_before, nullptr);
 }
 
 } // namespace Vs::Kernel

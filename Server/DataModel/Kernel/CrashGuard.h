@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <memory>
 #include <pthread.h>
 
@@ -28,6 +29,7 @@ public:
 
     private:
         std::unique_ptr<char[]> m_stack;
+        stack_t m_before = {};
     };
 
     /// Has the guarded thread stand still, if it is in the kernel's algorithms just now: elsewhere, as in the

@@ -10,6 +10,8 @@
 #include <exception>
 #include <mutex>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace Vs::Kernel {
 
@@ -105,6 +107,12 @@ std::optional<EditFault> watch(Worker& worker, const StopSign& sign, const std::
 }
 
 } // namespace
+
+void keepForever(std::shared_ptr<void> thing)
+{
+    static auto* const kept = new std::vector<std::shared_ptr<void>>;
+    kept->push_back(std::move(thing));
+}
 
 LongWorkEnd runLongWork(const std::wstring& name,
                         const std::function<void(const Handle(Message_ProgressIndicator) &)>& work)

@@ -5,6 +5,7 @@
 #include <Message_ProgressIndicator.hxx>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -14,9 +15,12 @@ namespace Vs::Kernel {
 struct LongWorkEnd
 {
     std::optional<EditFault> fault; ///< Crashed, Cancelled or TooLong.
-    /// The work was left where it stood, so that nobody may touch or take apart what it held.
+    /// The work was left where it stood, so that nobody may touch or take apart what it held (keepForever).
     bool abandoned = false;
 };
+
+/// Keeps a thing from ever being taken apart.
+void keepForever(std::shared_ptr<void> thing);
 
 /// Runs work that may break down (CrashGuard), take long or come to no end on a thread of its own. Where it
 /// isn't done at once, the caller's thread shows that something called `name` is being changed, and a cancel
