@@ -220,7 +220,7 @@ TEST_F(PythonTest, AsksScriptsAndSitesBeforeTheApplicationCloses)
     run("stay = True");
     EXPECT_FALSE(scripts->fireClosingDown(status));
     ASSERT_EQ(status.warnings().size(), 1u);
-    EXPECT_EQ(status.warnings().front(), L"<string>:2: This function keeps the program open.");
+    EXPECT_EQ(status.warnings().front(), L"<string>:3: This function keeps the program open.");
     run("stay = False");
     site.answer = false;
     EXPECT_FALSE(scripts->fireClosingDown(status));
