@@ -40,7 +40,9 @@ public:
     {
         if (size > static_cast<size_t>(m_end - m_at))
             throw std::runtime_error("it ends too early");
-        std::memcpy(target, m_at, size);
+        // No numbers are in no array.
+        if (size > 0)
+            std::memcpy(target, m_at, size);
         m_at += size;
     }
     template <class T>
