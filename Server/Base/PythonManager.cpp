@@ -117,13 +117,11 @@ std::wstring PythonManager::runString(const std::wstring& code, Status& status)
                    [&](PythonBackend& backend) { return backend.runString(Strings::narrow(code), status); });
 }
 
-void PythonManager::runTranscript(const std::wstring& path, const ScriptSteps* steps, Status& status)
+void PythonManager::runTranscript(const std::wstring& path, const ScriptSteps& steps, Status& status)
 {
     const std::string file = Strings::narrow(path);
     guarded(status, [&](PythonBackend& backend) {
-        if (!steps)
-            return backend.runFile(file, {}, status);
-        backend.runStatements(file, *steps, status);
+        backend.runStatements(file, steps, status);
         return std::wstring();
     });
 }

@@ -19,7 +19,7 @@ class TextOutput;
 struct ScriptSteps
 {
     std::function<void(const std::wstring& source)> before;
-    /// With the line at which the statement begins, 0 if the file is no Python, and with what went wrong.
+    /// With the line at which the statement begins and with what went wrong.
     /// Returns whether the next one is to run.
     std::function<bool(size_t line, const Status& failure)> after;
 };
@@ -50,9 +50,9 @@ public:
     /// The same for a piece of code; its name in messages is `<string>`. Names that it defines stay for the
     /// next call.
     std::wstring runString(const std::wstring& code, Status& status);
-    /// The same for a file that is played as a transcript, but that its errors are left to the caller to
-    /// tell. With `steps`, which may be null, its statements are run one by one, and each may fail by itself.
-    void runTranscript(const std::wstring& path, const ScriptSteps* steps, Status& status);
+    /// The same for a file that is played as a transcript: its statements are run one by one, each may fail
+    /// by itself, and its errors are left to the caller to tell.
+    void runTranscript(const std::wstring& path, const ScriptSteps& steps, Status& status);
     /// Shows what scripts print, and their errors, beside the output of TextCommandMgr: a part of a window,
     /// which is not owned; null for none.
     void display(TextOutput* display) { m_display = display; }

@@ -173,8 +173,7 @@ private:
     bool m_first = true;
 };
 
-/// Plays a Python transcript. Whole, it is as fast as Python reads it; statement by statement only where
-/// somebody needs that.
+/// Plays a Python transcript, statement by statement.
 class PythonReplay
 {
 public:
@@ -186,12 +185,11 @@ public:
     ReplayResult run()
     {
         Status status;
-        const bool inSteps = m_options.keepGoing || m_options.beforeLine;
         const ScriptSteps steps{m_options.beforeLine,
                                 [this](size_t line, const Status& failure) { return after(line, failure); }};
         try {
             const TranscriptMgr::Replay replaying(m_path, kPythonTranscript);
-            PythonManager::get()->runTranscript(m_path, inSteps ? &steps : nullptr, status);
+            PythonManager::get()->runTranscript(m_path, steps, status);
         } catch (const Exception& error) {
             status.addError(error.message());
         }

@@ -24,7 +24,7 @@ struct ReplayOptions
 
 struct ReplayResult
 {
-    /// Lines that ran, comments and empty lines not counted; of Python statements, or 1 for all.
+    /// Lines that ran, comments and empty lines not counted; of Python, statements.
     size_t lines = 0;
     size_t failures = 0; ///< Lines that answered another status than 0, and an unreadable file.
     bool cancelled = false;

@@ -218,19 +218,20 @@ assert [a.arg for a in box.args.posonlyargs] == ['dx', 'dy', 'dz', 'x_y_z'] and 
 
 TEST_F(ScriptingTest, APythonTranscriptGoesOnAfterAStatementThatFailedIfThatIsWanted)
 {
-    const std::string path = folder
-                                 .write("bad.py", "# Transcript\nimport Design, Camera\nDesign.Box('a')\n"
-                                                  "for i in range(2):\n    print(i)\nCamera.Nothing()\n")
-                                 .string();
+    const std::string path =
+        folder
+            .write("bad.py", "# Transcript\nimport Design, Camera\nDesign.Box('a')\n1 +* 2\n"
+                             "for i in range(2):\n    print(i)\nCamera.Nothing()\n")
+            .string();
     const ProcessResult stopped = runQuillet({"--headless", "--replay", path});
     EXPECT_EQ(stopped.exitCode, 1);
     EXPECT_EQ(stopped.output, "");
     const ProcessResult result = runQuillet({"--headless", "--keep-going", "--echo", "--replay", path});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.output,
-              "> import Design, Camera\n> Design.Box('a')\n> for i in range(2):\n    print(i)\n"
+              "> import Design, Camera\n> Design.Box('a')\n> 1 +* 2\n> for i in range(2):\n    print(i)\n"
               "0\n1\n> Camera.Nothing()\n");
-    for (const char* line : {":3: quillet.CommandError: ", ":6: AttributeError: "}) {
+    for (const char* line : {":3: quillet.CommandError: ", ":4: SyntaxError: ", ":7: AttributeError: "}) {
         const size_t found = result.errors.find(path + line);
         EXPECT_NE(found, std::string::npos) << result.errors;
         EXPECT_EQ(result.errors.find(path + line, found + 1), std::string::npos) << "told twice";

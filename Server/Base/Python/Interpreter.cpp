@@ -6,6 +6,7 @@
 #include "Server/Base/Python/Interruptible.h"
 #include "Server/Base/Python/MainModule.h"
 #include "Server/Base/Python/ScriptError.h"
+#include "Server/Base/Python/Statements.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
@@ -74,17 +75,6 @@ for thread in others():
         thread.join(max(0, latest - time.monotonic()))
 left = others()
 waited_for = ', '.join(t.name for t in left if not t.daemon)
-)";
-
-/// The statements of a script, each with its line and its source.
-constexpr const char* kStatements = R"(
-import ast
-
-def statements(code, name):
-    lines = code.decode('utf-8-sig', 'replace').splitlines()
-    for node in ast.parse(code, name).body:
-        source = '\n'.join(lines[node.lineno - 1:node.end_lineno])
-        yield node.lineno, source, compile(ast.Module([node], []), name, 'exec')
 )";
 
 /// Runs code of our own; its names stay in `names`.
@@ -255,34 +245,27 @@ void Interpreter::runStatements(const std::string& path, const ScriptSteps& step
     const Lock lock;
     const MainModule main(path, {});
     const Interruptible scope(path);
-    try {
-        m_held->modules->update();
-        py::dict own;
-        execute(kStatements, own);
-        for (const py::handle each : own["statements"](py::bytes(code), path)) {
-            const auto [line, source, compiled] = each.cast<std::tuple<size_t, py::str, py::object>>();
-            if (steps.before)
-                steps.before(wideText(source));
-            Status failure;
-            bool goesOn = true;
-            try {
-                evaluate(compiled, main.names());
-            } catch (py::error_already_set& error) {
-                goesOn = tell(error, path, Traceback::Printed, failure);
-            }
-            m_streams.flush();
-            goesOn = (!steps.after || steps.after(line, failure)) && goesOn;
-            status.merge(failure);
-            if (!goesOn)
-                break;
-        }
-    } catch (py::error_already_set& error) {
-        // It cannot be read as Python.
+    m_held->modules->update();
+    py::dict own;
+    execute(kStatements, own);
+    for (const py::handle each : own["statements"](py::bytes(code), path)) {
+        const auto [line, source, compiled] = each.cast<std::tuple<size_t, py::str, py::object>>();
+        if (steps.before)
+            steps.before(wideText(source));
         Status failure;
-        tell(error, path, Traceback::Silent, failure);
-        if (steps.after)
-            steps.after(0, failure);
+        bool goesOn = true;
+        try {
+            // Compiling it once more tells what is wrong with it.
+            evaluate(compiled.is_none() ? own["compiled"](source, line, path) : compiled, main.names());
+        } catch (py::error_already_set& error) {
+            // Of what isn't Python there is no traceback but our own.
+            goesOn = tell(error, path, compiled.is_none() ? Traceback::Silent : Traceback::Printed, failure);
+        }
+        m_streams.flush();
+        goesOn = (!steps.after || steps.after(line, failure)) && goesOn;
         status.merge(failure);
+        if (!goesOn)
+            break;
     }
 }
 
