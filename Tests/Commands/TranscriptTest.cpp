@@ -9,6 +9,7 @@
 #include "UI/Base/Application.h"
 #include "UI/Base/AssetSession.h"
 
+#include <boost/algorithm/string/join.hpp>
 #include <boost/filesystem/fstream.hpp>
 
 #include <random>
@@ -120,7 +121,7 @@ protected:
             answer(L"Commands.Cancel");
         stop();
         const std::wstring before = state();
-        ASSERT_EQ(stateAfter(name), before);
+        ASSERT_EQ(stateAfter(name), before) << boost::algorithm::join(linesOf(name), "\n");
     }
 
 private:
@@ -143,6 +144,9 @@ private:
 
 TEST_F(RandomSessionTest, ComesBack)
 {
+    // Cameras that moved while a tool ran that was cancelled, and one that was fitted to its preview.
+    for (const unsigned seed : {1652181046u, 2424000702u})
+        comesBack(seed);
     const unsigned first = std::random_device()();
     for (unsigned seed = first; seed < first + 12; ++seed)
         comesBack(seed);

@@ -170,6 +170,8 @@ void StateRecorder::cameraMoved(const Camera* camera)
 
 void StateRecorder::writeCamera()
 {
+    if (!recording())
+        return;
     const Camera* camera = activeCamera();
     if (!camera || TransitionMgr::get()->playing())
         return;

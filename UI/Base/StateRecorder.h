@@ -29,6 +29,8 @@ public:
     void begin();
     /// Writes what is different.
     void write();
+    /// Writes where the camera is, if that is different.
+    void writeCamera();
     /// Writes under which identifiers the document that has come is known to the lines that follow, unless
     /// `line` tells already.
     void writeDocuments(const std::wstring& line);
@@ -48,7 +50,6 @@ private:
     void selectionSetChanged() override;
     void follow(AssetSession* session);
     void writeSelection();
-    void writeCamera();
 
     AssetSession* m_session = nullptr;           ///< Whose selection is listened to.
     std::vector<boost::uuids::uuid> m_documents; ///< Those that were there before.

@@ -83,6 +83,7 @@ void installTranscripts()
                                                                   Answers::forgetGiven();
                                                                   state->write();
                                                               },
+                                                          .camera = [state] { state->writeCamera(); },
                                                           .entry = &Answers::writeGiven,
                                                           .after =
                                                               [state](const std::wstring& line) {

@@ -131,6 +131,8 @@ void TranscriptRecorder::after(const CommandRun& run)
 {
     if (!takesEntries() || isPart(run) || isLedByMouse(run))
         return;
+    if (isInteractive(run) && m_around.camera)
+        m_around.camera();
     std::wstring line;
     const CommandBase* tool = run.manager ? run.manager->activeCommand() : nullptr;
     const bool steps = isOneOf(run.definition, kStepping) && tool && tool->commandInputSet();
@@ -142,6 +144,9 @@ void TranscriptRecorder::after(const CommandRun& run)
                 Vs::writeTranscriptLine(input);
         m_forwarded = true;
     }
+    // What it has shown of the running tool's preview isn't there when the line is played.
+    if (tool && tool->commandDefinition()->id() != CommandDefinition::selectCommandId() && m_around.camera)
+        m_around.camera();
     if (m_around.after)
         m_around.after(line);
 }

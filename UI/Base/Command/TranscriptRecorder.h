@@ -26,6 +26,9 @@ public:
     struct Around
     {
         std::function<void()> before;
+        /// Before the lines of a command that stayed active, and behind those of one that ran meanwhile:
+        /// where the camera is.
+        std::function<void()> camera;
         std::function<void()> entry; ///< Right before the lines of a command: what it has asked.
         /// With the line that was written for it, if one was.
         std::function<void(const std::wstring& line)> after;
