@@ -29,11 +29,6 @@ bool CancelCmdDef::onIsVisible(CommandContext* context) const
     return hasAssetSession(context);
 }
 
-CommandBase* CancelCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new CancelCmd(this, context);
-}
-
 CancelCmd::CancelCmd(CancelCmdDef* definition, CommandContext* context) : Implements(definition, context)
 {
     repeatable(false);
@@ -75,11 +70,6 @@ bool CommitCmdDef::onIsApplicable(CommandContext* context) const
 bool CommitCmdDef::onIsVisible(CommandContext* context) const
 {
     return hasAssetSession(context);
-}
-
-CommandBase* CommitCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new CommitCmd(this, context);
 }
 
 CommitCmd::CommitCmd(CommitCmdDef* definition, CommandContext* context) : Implements(definition, context)

@@ -5,8 +5,10 @@
 
 namespace Vu::Commands {
 
+class CancelCmd;
+
 /// Gives up the session's active command.
-class CancelCmdDef : public RowDefinition<CancelCmdDef>
+class CancelCmdDef : public CommandRowDefinition<CancelCmdDef, CancelCmd>
 {
 public:
     static const CommandRow kRow;
@@ -14,21 +16,22 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class CancelCmd : public Vs::Implements<CancelCmd, SimpleCommand>
 {
-protected:
-    friend class CancelCmdDef;
+public:
     CancelCmd(CancelCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };
 
+class CommitCmd;
+
 /// Ends the session's active command with its result.
-class CommitCmdDef : public RowDefinition<CommitCmdDef>
+class CommitCmdDef : public CommandRowDefinition<CommitCmdDef, CommitCmd>
 {
 public:
     static const CommandRow kRow;
@@ -36,15 +39,14 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class CommitCmd : public Vs::Implements<CommitCmd, SimpleCommand>
 {
-protected:
-    friend class CommitCmdDef;
+public:
     CommitCmd(CommitCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };

@@ -59,6 +59,20 @@ public:
     }
 };
 
+/// The same of a command that is made anew for each run.
+template <class Self, class Cmd, class Base = CommandDefinition, class... Others>
+class CommandRowDefinition : public RowDefinition<Self, Base, Others...>
+{
+public:
+    using RowDefinition<Self, Base, Others...>::RowDefinition;
+
+protected:
+    CommandBase* onCreateCommand(CommandContext* context) override
+    {
+        return new Cmd(static_cast<Self*>(this), context);
+    }
+};
+
 /// Shared answer of definitions that need an asset session.
 bool hasAssetSession(const CommandContext* context);
 

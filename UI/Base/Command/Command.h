@@ -31,6 +31,7 @@ public:
         std::wstring m_message;
     };
 
+    using Implements::Implements;
     ~Command() override;
 
     /// Whether a change of the selection by undo is let through while the command runs: 0 yes, 1 no.
@@ -56,9 +57,6 @@ public:
     bool onAreInputsValid() override;
     bool onAreInputsValidForCommit() override;
     void commandInputChanged(CommandInputEvent* event) override;
-
-protected:
-    using Implements::Implements;
 
 private:
     int m_selectionChangeAllowMode = 0;

@@ -44,6 +44,8 @@ struct ExecutionOptions
 class CommandBase : public Vs::Implements<CommandBase>
 {
 public:
+    /// Called by the definition's factory, with what the factory was given.
+    CommandBase(CommandDefinition* definition, CommandContext* context);
     ~CommandBase() override;
 
     /// The session the command works on; may be null. A context that names none is given that of the manager
@@ -108,9 +110,6 @@ public:
     std::wstring toDetailedString() { return onToDetailedString(); }
 
 protected:
-    /// Called by the definition's factory, with what the factory was given.
-    CommandBase(CommandDefinition* definition, CommandContext* context);
-
     void repeatable(bool value) { m_repeatable = value; }
     void usesCommandDialog(bool value) { m_usesDialog = value; }
     /// Takes back what the last request shows, if that was a preview.

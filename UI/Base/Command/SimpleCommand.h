@@ -10,12 +10,11 @@ namespace Vu {
 class SimpleCommand : public Vs::Implements<SimpleCommand, CommandBase>
 {
 public:
+    using Implements::Implements;
+
     void onBegin() override;
     void onEnd(ETerminationReason reason) override;
     virtual void onExecute(Vs::Status& status) = 0;
-
-protected:
-    using Implements::Implements;
 };
 
 } // namespace Vu

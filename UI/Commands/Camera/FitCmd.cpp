@@ -13,11 +13,6 @@ namespace Vu::Commands {
 
 constinit const CommandRow FitCmdDef::kRow = {.key = L"FitCommand", .title = "Fit", .icon = &Resources::Fit};
 
-CommandBase* FitCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new FitCmd(this, context);
-}
-
 ECommandType FitCmd::onCommandType() const
 {
     return ECommandType::Nested;

@@ -5,22 +5,21 @@
 
 namespace Vu::Commands {
 
+class FitCmd;
+
 /// Frames everything that the view shows.
-class FitCmdDef : public RowDefinition<FitCmdDef, CameraCmdDef>
+class FitCmdDef : public CommandRowDefinition<FitCmdDef, FitCmd, CameraCmdDef>
 {
 public:
     static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class FitCmd : public Vs::Implements<FitCmd, SimpleCommand>
 {
-protected:
-    friend class FitCmdDef;
+public:
     FitCmd(FitCmdDef* definition, CommandContext* context) : Implements(definition, context) {}
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };

@@ -84,11 +84,6 @@ void face(const RawHitInfo& hit, const GkVector3d& groundUp, Camera& camera)
 constinit const CommandRow LookAtCmdDef::kRow = {
     .key = L"LookAtCommand", .title = "Look At", .icon = &Resources::LookAt};
 
-CommandBase* LookAtCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new LookAtCmd(this, context);
-}
-
 Vs::CompositeSelectionFilter* lookAtFilter()
 {
     static auto* const filter = new LookAtSelectionFilter;

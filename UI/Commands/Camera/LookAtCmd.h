@@ -18,14 +18,13 @@ class SelectionCommandInput;
 
 namespace Vu::Commands {
 
+class LookAtCmd;
+
 /// Turns the camera to face a picked place straight on.
-class LookAtCmdDef : public RowDefinition<LookAtCmdDef, CameraCmdDef>
+class LookAtCmdDef : public CommandRowDefinition<LookAtCmdDef, LookAtCmd, CameraCmdDef>
 {
 public:
     static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 /// What Look At accepts; add-ins may add rules to it. Lives as long as the process.
@@ -35,15 +34,12 @@ Vs::CompositeSelectionFilter* lookAtFilter();
 class LookAtCmd : public Vs::Implements<LookAtCmd, CameraCmd>, public CommandInputSetEventSite
 {
 public:
+    LookAtCmd(LookAtCmdDef* definition, CommandContext* context);
     ~LookAtCmd() override;
 
     void onActivate() override;
     void onDeactivate() override;
     void commandInputSetExecute(CommandInputEvent* event) override;
-
-protected:
-    friend class LookAtCmdDef;
-    LookAtCmd(LookAtCmdDef* definition, CommandContext* context);
 
 private:
     void onExecute();

@@ -125,11 +125,6 @@ std::wstring AddNamedViewCmdDef::generateNamedViewName()
     return views ? views->generateNamedViewName(kBaseName) : std::wstring();
 }
 
-CommandBase* AddNamedViewCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new AddNamedViewCmd(this, context);
-}
-
 bool AddNamedViewCmdDef::onAddToContextMenu()
 {
     const auto* folder = Vs::cast<Vs::NameView::NamedViewsSelection>(onlySelection());
@@ -144,11 +139,6 @@ void AddNamedViewCmd::onExecute(Vs::Status& status)
         runAndDestroy(NewNamedViewRequest::make(asset, camera), status);
 }
 
-CommandBase* RemoveNamedViewCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new RemoveNamedViewCmd(this, context);
-}
-
 bool RemoveNamedViewCmdDef::onAddToContextMenu()
 {
     return modifiableViewSelected();
@@ -159,11 +149,6 @@ void RemoveNamedViewCmd::onExecute(Vs::Status& status)
     const std::wstring name = viewName();
     if (!name.empty())
         runAndDestroy(DeleteNamedViewRequest::make(ActiveAssetUtils::asset(), name), status);
-}
-
-CommandBase* RestoreCameraCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new RestoreCameraCmd(this, context);
 }
 
 // The camera is at its end state at once; the transition only plays the way there.
@@ -186,11 +171,6 @@ void RestoreCameraCmd::onExecute(Vs::Status&)
     WorkspaceWindow::invalidate(kInvalidateAll);
 }
 
-CommandBase* UpdateNamedViewCameraCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new UpdateNamedViewCameraCmd(this, context);
-}
-
 bool UpdateNamedViewCameraCmdDef::onAddToContextMenu()
 {
     return modifiableViewSelected();
@@ -209,11 +189,6 @@ const Vs::UniqueString* UpdateNamedViewNameCmdDef::newNamedViewNameArgumentName(
 {
     static const Vs::UniqueString* const name = Vs::UniqueString::find("NewNamedViewName", true);
     return name;
-}
-
-CommandBase* UpdateNamedViewNameCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new UpdateNamedViewNameCmd(this, context);
 }
 
 // Nothing falls back on the selection: a script that forgot a name renames nothing.

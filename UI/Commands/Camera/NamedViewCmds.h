@@ -37,18 +37,20 @@ protected:
 class NamedViewCmd : public Vs::Implements<NamedViewCmd, SimpleCommand>
 {
 public:
+    using Implements::Implements;
+
     ECommandType onCommandType() const override;
 
 protected:
-    NamedViewCmd(NamedViewCmdDef* definition, CommandContext* context) : Implements(definition, context) {}
-
     /// The argument, or else the selected view's name; empty if there is neither.
     std::wstring viewName() const;
     void runAndDestroy(Vs::Request* request, Vs::Status& status);
 };
 
+class AddNamedViewCmd;
+
 /// Keeps what the active view shows under a generated name.
-class AddNamedViewCmdDef : public RowDefinition<AddNamedViewCmdDef, NamedViewCmdDef>
+class AddNamedViewCmdDef : public CommandRowDefinition<AddNamedViewCmdDef, AddNamedViewCmd, NamedViewCmdDef>
 {
 public:
     static const CommandRow kRow;
@@ -56,91 +58,99 @@ public:
     static std::wstring generateNamedViewName();
 
 protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
     /// On the folder of the named views.
     bool onAddToContextMenu() override;
 };
 
 class AddNamedViewCmd : public Vs::Implements<AddNamedViewCmd, NamedViewCmd>
 {
-protected:
-    friend class AddNamedViewCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class RemoveNamedViewCmd;
+
 /// Deletes a named view.
-class RemoveNamedViewCmdDef : public RowDefinition<RemoveNamedViewCmdDef, NamedViewCmdDef>
+class RemoveNamedViewCmdDef
+    : public CommandRowDefinition<RemoveNamedViewCmdDef, RemoveNamedViewCmd, NamedViewCmdDef>
 {
 public:
     static const CommandRow kRow;
 
 protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
     bool onAddToContextMenu() override;
 };
 
 class RemoveNamedViewCmd : public Vs::Implements<RemoveNamedViewCmd, NamedViewCmd>
 {
-protected:
-    friend class RemoveNamedViewCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class RestoreCameraCmd;
+
 /// Glides to the camera of a named view.
-class RestoreCameraCmdDef : public RowDefinition<RestoreCameraCmdDef, NamedViewCmdDef>
+class RestoreCameraCmdDef
+    : public CommandRowDefinition<RestoreCameraCmdDef, RestoreCameraCmd, NamedViewCmdDef>
 {
 public:
     static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class RestoreCameraCmd : public Vs::Implements<RestoreCameraCmd, NamedViewCmd>
 {
-protected:
-    friend class RestoreCameraCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class UpdateNamedViewCameraCmd;
+
 /// Keeps what the active view shows under a name that there is.
-class UpdateNamedViewCameraCmdDef : public RowDefinition<UpdateNamedViewCameraCmdDef, NamedViewCmdDef>
+class UpdateNamedViewCameraCmdDef
+    : public CommandRowDefinition<UpdateNamedViewCameraCmdDef, UpdateNamedViewCameraCmd, NamedViewCmdDef>
 {
 public:
     static const CommandRow kRow;
 
 protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
     bool onAddToContextMenu() override;
 };
 
 class UpdateNamedViewCameraCmd : public Vs::Implements<UpdateNamedViewCameraCmd, NamedViewCmd>
 {
-protected:
-    friend class UpdateNamedViewCameraCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class UpdateNamedViewNameCmd;
+
 /// Gives a named view another name.
-class UpdateNamedViewNameCmdDef : public RowDefinition<UpdateNamedViewNameCmdDef, NamedViewCmdDef>
+class UpdateNamedViewNameCmdDef
+    : public CommandRowDefinition<UpdateNamedViewNameCmdDef, UpdateNamedViewNameCmd, NamedViewCmdDef>
 {
 public:
     static const CommandRow kRow;
     static const Vs::UniqueString* newNamedViewNameArgumentName();
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class UpdateNamedViewNameCmd : public Vs::Implements<UpdateNamedViewNameCmd, NamedViewCmd>
 {
-protected:
-    friend class UpdateNamedViewNameCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     void onExecute(Vs::Status& status) override;
 };
 

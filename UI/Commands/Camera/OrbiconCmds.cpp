@@ -48,11 +48,6 @@ bool ShowOrbiconCmdDef::onIsApplicable(CommandContext*) const
     return !UIBaseOptionGroup::get()->wantToShowOrbicon();
 }
 
-CommandBase* ShowOrbiconCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ShowOrbiconCmd(this, context);
-}
-
 ShowOrbiconCmd::ShowOrbiconCmd(ShowOrbiconCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {
@@ -74,11 +69,6 @@ bool HideOrbiconCmdDef::onIsApplicable(CommandContext*) const
     return UIBaseOptionGroup::get()->wantToShowOrbicon();
 }
 
-CommandBase* HideOrbiconCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new HideOrbiconCmd(this, context);
-}
-
 HideOrbiconCmd::HideOrbiconCmd(HideOrbiconCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {
@@ -93,11 +83,6 @@ ECommandType HideOrbiconCmd::onCommandType() const
 void HideOrbiconCmd::onExecute(Vs::Status&)
 {
     showOrbicon(false);
-}
-
-CommandBase* ViewWidgetCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ViewWidgetCmd(this, context);
 }
 
 ViewWidgetCmd::ViewWidgetCmd(ViewWidgetCmdDef* definition, CommandContext* context)

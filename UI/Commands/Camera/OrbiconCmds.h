@@ -5,64 +5,65 @@
 
 namespace Vu::Commands {
 
+class ShowOrbiconCmd;
+
 /// Shows the orbicon, the cube that tells how the model is turned.
-class ShowOrbiconCmdDef : public RowDefinition<ShowOrbiconCmdDef>
+class ShowOrbiconCmdDef : public CommandRowDefinition<ShowOrbiconCmdDef, ShowOrbiconCmd>
 {
 public:
     static const CommandRow kRow;
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
+class HideOrbiconCmd;
+
 /// Hides it.
-class HideOrbiconCmdDef : public RowDefinition<HideOrbiconCmdDef>
+class HideOrbiconCmdDef : public CommandRowDefinition<HideOrbiconCmdDef, HideOrbiconCmd>
 {
 public:
     static const CommandRow kRow;
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class ShowOrbiconCmd : public Vs::Implements<ShowOrbiconCmd, SimpleCommand>
 {
-protected:
-    friend class ShowOrbiconCmdDef;
+public:
     ShowOrbiconCmd(ShowOrbiconCmdDef* definition, CommandContext* context);
 
+protected:
     ECommandType onCommandType() const override;
     void onExecute(Vs::Status& status) override;
 };
 
 class HideOrbiconCmd : public Vs::Implements<HideOrbiconCmd, SimpleCommand>
 {
-protected:
-    friend class HideOrbiconCmdDef;
+public:
     HideOrbiconCmd(HideOrbiconCmdDef* definition, CommandContext* context);
 
+protected:
     ECommandType onCommandType() const override;
     void onExecute(Vs::Status& status) override;
 };
 
+class ViewWidgetCmd;
+
 /// The head of the view menu: gives the menu its title and picture, and does nothing by itself.
-class ViewWidgetCmdDef : public RowDefinition<ViewWidgetCmdDef>
+class ViewWidgetCmdDef : public CommandRowDefinition<ViewWidgetCmdDef, ViewWidgetCmd>
 {
 public:
     static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class ViewWidgetCmd : public Vs::Implements<ViewWidgetCmd, SimpleCommand>
 {
-protected:
-    friend class ViewWidgetCmdDef;
+public:
     ViewWidgetCmd(ViewWidgetCmdDef* definition, CommandContext* context);
 
+protected:
     ECommandType onCommandType() const override;
     void onExecute(Vs::Status&) override {}
 };

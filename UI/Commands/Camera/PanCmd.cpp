@@ -18,11 +18,6 @@ using Vs::Scene::ViewFragmentTransformer;
 
 constinit const CommandRow PanCmdDef::kRow = {.key = L"PanCommand", .title = "Pan", .icon = &Resources::Pan};
 
-CommandBase* PanCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new PanCmd(this, context);
-}
-
 PanCmd::PanCmd(PanCmdDef* definition, CommandContext* context)
     : Implements(definition, context), m_passive(CameraCmdDef::passive(context))
 {

@@ -10,20 +10,20 @@ class SceneSelection;
 
 namespace Vu::Commands {
 
+class PanCmd;
+
 /// Moves the view with the mouse.
-class PanCmdDef : public RowDefinition<PanCmdDef, CameraCmdDef>
+class PanCmdDef : public CommandRowDefinition<PanCmdDef, PanCmd, CameraCmdDef>
 {
 public:
     static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 /// Keeps the point that was grabbed under the pointer. A click without a drag ends the tool.
 class PanCmd : public Vs::Implements<PanCmd, CameraCmd>, public MouseEventSite
 {
 public:
+    PanCmd(PanCmdDef* definition, CommandContext* context);
     ~PanCmd() override;
 
     void mouseMove(MouseEvent* event) override;
@@ -34,10 +34,6 @@ public:
 
     void onActivate() override;
     void onDeactivate() override;
-
-protected:
-    friend class PanCmdDef;
-    PanCmd(PanCmdDef* definition, CommandContext* context);
 
 private:
     int expectedButton() const;

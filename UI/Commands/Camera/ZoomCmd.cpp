@@ -37,11 +37,6 @@ GkPoint3d inTargetPlane(const GkPlane& plane, const GkPoint3d& eye, const GkPoin
 constinit const CommandRow ZoomCmdDef::kRow = {
     .key = L"ZoomCommand", .title = "Zoom", .icon = &Resources::Zoom};
 
-CommandBase* ZoomCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ZoomCmd(this, context);
-}
-
 ZoomCmd::ZoomCmd(ZoomCmdDef* definition, CommandContext* context)
     : Implements(definition, context), m_passive(CameraCmdDef::passive(context))
 {

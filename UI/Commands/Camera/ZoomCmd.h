@@ -7,20 +7,20 @@
 
 namespace Vu::Commands {
 
+class ZoomCmd;
+
 /// Changes the scale of the view with the mouse.
-class ZoomCmdDef : public RowDefinition<ZoomCmdDef, CameraCmdDef>
+class ZoomCmdDef : public CommandRowDefinition<ZoomCmdDef, ZoomCmd, CameraCmdDef>
 {
 public:
     static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 /// Zooms as the mouse goes up and down. A click without a drag ends the tool.
 class ZoomCmd : public Vs::Implements<ZoomCmd, CameraCmd>, public MouseEventSite
 {
 public:
+    ZoomCmd(ZoomCmdDef* definition, CommandContext* context);
     ~ZoomCmd() override;
 
     /// Zooms by a turn of the wheel about what lies under the pointer, whatever command is active. Null is
@@ -35,10 +35,6 @@ public:
 
     void onActivate() override;
     void onDeactivate() override;
-
-protected:
-    friend class ZoomCmdDef;
-    ZoomCmd(ZoomCmdDef* definition, CommandContext* context);
 
 private:
     Vs::Point2 m_lastPosition;

@@ -121,11 +121,6 @@ bool ExportCmdDef::onIsVisible(CommandContext* context) const
     return canExport(context);
 }
 
-CommandBase* ExportCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ExportCmd(this, context);
-}
-
 ExportCmd::ExportCmd(ExportCmdDef* definition, CommandContext* context) : Implements(definition, context)
 {
     repeatable(false);
@@ -184,11 +179,6 @@ bool ExportAsCmdDef::onIsApplicable(CommandContext* context) const
 bool ExportAsCmdDef::onIsVisible(CommandContext* context) const
 {
     return canExport(context);
-}
-
-CommandBase* ExportAsCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ExportAsCmd(this, context);
 }
 
 ExportAsCmd::ExportAsCmd(ExportAsCmdDef* definition, CommandContext* context)

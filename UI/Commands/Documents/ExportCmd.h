@@ -5,8 +5,10 @@
 
 namespace Vu::Commands {
 
+class ExportCmd;
+
 /// Writes the active asset as STL.
-class ExportCmdDef : public RowDefinition<ExportCmdDef>
+class ExportCmdDef : public CommandRowDefinition<ExportCmdDef, ExportCmd>
 {
 public:
     static const CommandRow kRow;
@@ -19,15 +21,14 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class ExportCmd : public Vs::Implements<ExportCmd, SimpleCommand>
 {
-protected:
-    friend class ExportCmdDef;
+public:
     ExportCmd(ExportCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     void onEnd(ETerminationReason reason) override;
 
@@ -35,8 +36,10 @@ private:
     bool m_refused = false; ///< The user was told in a box, after which the command ends like any other.
 };
 
+class ExportAsCmd;
+
 /// Writes the active asset in an exchange format of the user's choice.
-class ExportAsCmdDef : public RowDefinition<ExportAsCmdDef>
+class ExportAsCmdDef : public CommandRowDefinition<ExportAsCmdDef, ExportAsCmd>
 {
 public:
     static const CommandRow kRow;
@@ -44,15 +47,14 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class ExportAsCmd : public Vs::Implements<ExportAsCmd, SimpleCommand>
 {
-protected:
-    friend class ExportAsCmdDef;
+public:
     ExportAsCmd(ExportAsCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     void onEnd(ETerminationReason reason) override;
 

@@ -91,11 +91,6 @@ bool NewDocumentCmdDef::onIsApplicable(CommandContext*) const
     return canMakeDocuments() && !offersTheSingleType();
 }
 
-CommandBase* NewDocumentCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new NewDocumentCmd(this, context);
-}
-
 InputControl* NewDocumentCmdDef::onInputControl()
 {
     return m_types.control(info(), this);

@@ -13,10 +13,12 @@ class Document;
 
 namespace Vu::Commands {
 
+class NewDocumentCmd;
+
 /// The list of asset types; choosing one makes a document of it. In place of NewSingleDocumentCmdDef where
 /// there is a choice.
-class NewDocumentCmdDef
-    : public RowDefinition<NewDocumentCmdDef, CommandDefinition, IListControlHandler, Vs::AssetEventSite>
+class NewDocumentCmdDef : public CommandRowDefinition<NewDocumentCmdDef, NewDocumentCmd, CommandDefinition,
+                                                      IListControlHandler, Vs::AssetEventSite>
 {
 public:
     static const CommandRow kRow;
@@ -35,7 +37,6 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
     InputControl* onInputControl() override;
 
 private:
@@ -47,6 +48,7 @@ private:
 class NewDocumentCmd : public Vs::Implements<NewDocumentCmd, SimpleCommand>
 {
 public:
+    NewDocumentCmd(NewDocumentCmdDef* definition, CommandContext* context);
     /// Null without an error if there is no such type; null with the reasons if the document can't be made.
     static Vs::Document* CreateNewDocument(Vs::Status& status, const std::string& assetTypeId);
     /// Shows a new document in place of the one that is current.
@@ -56,9 +58,6 @@ public:
                                  const std::string& assetTypeId);
 
 protected:
-    friend class NewDocumentCmdDef;
-    NewDocumentCmd(NewDocumentCmdDef* definition, CommandContext* context);
-
     void onExecute(Vs::Status& status) override;
 };
 

@@ -79,11 +79,6 @@ bool OpenDocumentCmdDef::onIsApplicable(CommandContext*) const
     return !UIBaseOptionGroup::get()->offlineWorkflowsDisabled() && LayoutUtil::displayQAT();
 }
 
-CommandBase* OpenDocumentCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new OpenDocumentCmd(this, context);
-}
-
 void OpenDocumentCmdDef::documentOpenedInBackground(Vs::DocumentEvent* event)
 {
     Vs::Status status;

@@ -15,8 +15,11 @@ class TranslatorFileRecognizer;
 
 namespace Vu::Commands {
 
+class OpenDocumentCmd;
+
 /// Opens files, native or foreign. Also shows the documents that the platform opens by itself.
-class OpenDocumentCmdDef : public RowDefinition<OpenDocumentCmdDef, CommandDefinition, Vs::DocumentEventSite>
+class OpenDocumentCmdDef : public CommandRowDefinition<OpenDocumentCmdDef, OpenDocumentCmd, CommandDefinition,
+                                                       Vs::DocumentEventSite>
 {
 public:
     static const CommandRow kRow;
@@ -28,7 +31,6 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 /// The one place in which a file becomes a document that the user sees. A successful open replaces the
@@ -36,6 +38,7 @@ protected:
 class OpenDocumentCmd : public Vs::Implements<OpenDocumentCmd, SimpleCommand>
 {
 public:
+    OpenDocumentCmd(OpenDocumentCmdDef* definition, CommandContext* context);
     /// The file dialog's filter: all supported files, then the native types, then the foreign formats.
     static std::wstring getFilterValues(Vs::DocumentMgr* manager, Vs::TranslatorFileRecognizer* recognizer);
 
@@ -54,9 +57,6 @@ public:
                               const std::string& cloudId);
 
 protected:
-    friend class OpenDocumentCmdDef;
-    OpenDocumentCmd(OpenDocumentCmdDef* definition, CommandContext* context);
-
     void onExecute(Vs::Status& status) override;
     void onEnd(ETerminationReason reason) override;
 

@@ -220,11 +220,6 @@ bool CycleOpenDocumentsCmdDef::onIsApplicable(CommandContext*) const
     return true;
 }
 
-CommandBase* CycleOpenDocumentsCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new CycleOpenDocumentsCmd(this, context);
-}
-
 CycleOpenDocumentsCmd::CycleOpenDocumentsCmd(CycleOpenDocumentsCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {

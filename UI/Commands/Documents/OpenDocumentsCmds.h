@@ -74,23 +74,24 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class CycleOpenDocumentsCmd;
+
 /// Moves on to the next open document, from the last one to the first.
-class CycleOpenDocumentsCmdDef : public RowDefinition<CycleOpenDocumentsCmdDef>
+class CycleOpenDocumentsCmdDef : public CommandRowDefinition<CycleOpenDocumentsCmdDef, CycleOpenDocumentsCmd>
 {
 public:
     static const CommandRow kRow;
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class CycleOpenDocumentsCmd : public Vs::Implements<CycleOpenDocumentsCmd, SimpleCommand>
 {
-protected:
-    friend class CycleOpenDocumentsCmdDef;
+public:
     CycleOpenDocumentsCmd(CycleOpenDocumentsCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
 };
 

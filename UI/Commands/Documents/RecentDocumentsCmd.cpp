@@ -61,11 +61,6 @@ bool RecentDocumentsCmdDef::onIsApplicable(CommandContext*) const
     return true;
 }
 
-CommandBase* RecentDocumentsCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new RecentDocumentsCmd(this, context);
-}
-
 InputControl* RecentDocumentsCmdDef::onInputControl()
 {
     if (!m_list.control()) {

@@ -10,11 +10,14 @@
 
 namespace Vu::Commands {
 
+class RecentDocumentsCmd;
+
 /// The list of the documents that were used last, the newest on top, and an entry that clears it. Choosing a
 /// document opens it.
-class RecentDocumentsCmdDef : public RowDefinition<RecentDocumentsCmdDef, CommandDefinition,
-                                                   IListControlHandler, Vs::DocumentEventSite>,
-                              private RecentDocumentEventSite
+class RecentDocumentsCmdDef
+    : public CommandRowDefinition<RecentDocumentsCmdDef, RecentDocumentsCmd, CommandDefinition,
+                                  IListControlHandler, Vs::DocumentEventSite>,
+      private RecentDocumentEventSite
 {
 public:
     static const CommandRow kRow;
@@ -27,7 +30,6 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
     InputControl* onInputControl() override;
 
 private:
@@ -42,10 +44,10 @@ private:
 /// Does nothing: the list is the command.
 class RecentDocumentsCmd : public Vs::Implements<RecentDocumentsCmd, SimpleCommand>
 {
-protected:
-    friend class RecentDocumentsCmdDef;
+public:
     RecentDocumentsCmd(RecentDocumentsCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status&) override {}
 };
 

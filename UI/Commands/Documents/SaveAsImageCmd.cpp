@@ -171,11 +171,6 @@ bool SaveAsImageCmdDef::onIsApplicable(CommandContext* context) const
     return hasAssetSession(context);
 }
 
-CommandBase* SaveAsImageCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new SaveAsImageCmd(this, context);
-}
-
 SaveAsImageCmd::SaveAsImageCmd(SaveAsImageCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {

@@ -5,8 +5,10 @@
 
 namespace Vu::Commands {
 
+class SaveAsImageCmd;
+
 /// Renders the active view to a PNG, JPEG or TIFF file.
-class SaveAsImageCmdDef : public RowDefinition<SaveAsImageCmdDef>
+class SaveAsImageCmdDef : public CommandRowDefinition<SaveAsImageCmdDef, SaveAsImageCmd>
 {
 public:
     static const CommandRow kRow;
@@ -21,15 +23,14 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class SaveAsImageCmd : public Vs::Implements<SaveAsImageCmd, SimpleCommand>
 {
-protected:
-    friend class SaveAsImageCmdDef;
+public:
     SaveAsImageCmd(SaveAsImageCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
 };
 

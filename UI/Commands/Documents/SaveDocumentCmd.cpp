@@ -115,11 +115,6 @@ bool SaveDocumentCmdDef::onIsVisible(CommandContext* context) const
     return hasLocalDocument(context);
 }
 
-CommandBase* SaveDocumentCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new SaveDocumentCmd(this, context);
-}
-
 SaveDocumentCmd::SaveDocumentCmd(SaveDocumentCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {
@@ -180,11 +175,6 @@ bool SaveDocumentAsCmdDef::onIsApplicable(CommandContext* context) const
 bool SaveDocumentAsCmdDef::onIsVisible(CommandContext* context) const
 {
     return hasAssetSession(context);
-}
-
-CommandBase* SaveDocumentAsCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new SaveDocumentAsCmd(this, context);
 }
 
 SaveDocumentAsCmd::SaveDocumentAsCmd(SaveDocumentAsCmdDef* definition, CommandContext* context)

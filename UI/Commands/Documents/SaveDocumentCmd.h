@@ -8,9 +8,11 @@
 
 namespace Vu::Commands {
 
+class SaveDocumentCmd;
+
 /// Writes a local document to its own path. Both definitions here take the arguments "DocumentSession" (by
 /// default the context's document) and CommandContext::pathArgumentName().
-class SaveDocumentCmdDef : public RowDefinition<SaveDocumentCmdDef>
+class SaveDocumentCmdDef : public CommandRowDefinition<SaveDocumentCmdDef, SaveDocumentCmd>
 {
 public:
     static const CommandRow kRow;
@@ -18,7 +20,6 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 /// The path argument names a document that has no path yet; one that has keeps its own. The command ends
@@ -26,16 +27,18 @@ protected:
 /// dirty.
 class SaveDocumentCmd : public Vs::Implements<SaveDocumentCmd, SimpleCommand>
 {
-protected:
-    friend class SaveDocumentCmdDef;
+public:
     SaveDocumentCmd(SaveDocumentCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     void onEnd(ETerminationReason reason) override;
 };
 
+class SaveDocumentAsCmd;
+
 /// Writes a document, local or not, to a new local path, which the path argument or the user names.
-class SaveDocumentAsCmdDef : public RowDefinition<SaveDocumentAsCmdDef>
+class SaveDocumentAsCmdDef : public CommandRowDefinition<SaveDocumentAsCmdDef, SaveDocumentAsCmd>
 {
 public:
     static const CommandRow kRow;
@@ -43,15 +46,14 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class SaveDocumentAsCmd : public Vs::Implements<SaveDocumentAsCmd, SimpleCommand>
 {
-protected:
-    friend class SaveDocumentAsCmdDef;
+public:
     SaveDocumentAsCmd(SaveDocumentAsCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     void onEnd(ETerminationReason reason) override;
 };

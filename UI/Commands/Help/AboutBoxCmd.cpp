@@ -20,11 +20,6 @@ bool AboutBoxCmdDef::onIsVisible(CommandContext*) const
     return true;
 }
 
-CommandBase* AboutBoxCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new AboutBoxCmd(this, context);
-}
-
 AboutBoxCmd::AboutBoxCmd(AboutBoxCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {

@@ -5,8 +5,10 @@
 
 namespace Vu::Commands {
 
+class AboutBoxCmd;
+
 /// Shows name, version and licence of the application.
-class AboutBoxCmdDef : public RowDefinition<AboutBoxCmdDef>
+class AboutBoxCmdDef : public CommandRowDefinition<AboutBoxCmdDef, AboutBoxCmd>
 {
 public:
     static const CommandRow kRow;
@@ -14,15 +16,14 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class AboutBoxCmd : public Vs::Implements<AboutBoxCmd, SimpleCommand>
 {
-protected:
-    friend class AboutBoxCmdDef;
+public:
     AboutBoxCmd(AboutBoxCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };

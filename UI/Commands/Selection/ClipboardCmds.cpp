@@ -99,11 +99,6 @@ bool CutCmdDef::onAddToContextMenu()
            });
 }
 
-CommandBase* CutCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new CutCmd(this, context);
-}
-
 // What can only be given another place is taken too: the paste gives it one.
 void CutCmd::onExecute(Vs::Status&)
 {
@@ -121,11 +116,6 @@ bool CopyToClipboardCmdDef::onIsApplicable(CommandContext* context) const
                        [](const auto& object) { return isPasteSource(*object, any); });
 }
 
-CommandBase* CopyToClipboardCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new CopyToClipboardCmd(this, context);
-}
-
 void CopyToClipboardCmd::onExecute(Vs::Status&)
 {
     if (selectionManager())
@@ -135,11 +125,6 @@ void CopyToClipboardCmd::onExecute(Vs::Status&)
 bool PasteCmdDef::onIsApplicable(CommandContext* context) const
 {
     return hasAssetSession(context) && !SessionMgr::get()->globalClipboard()->empty();
-}
-
-CommandBase* PasteCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new PasteCmd(this, context);
 }
 
 void PasteCmd::onExecute(Vs::Status& status)

@@ -8,8 +8,10 @@
 
 namespace Vu::Commands {
 
+class CutCmd;
+
 /// Puts what is selected on the clipboard, to be taken away from where it is when it is pasted.
-class CutCmdDef : public RowDefinition<CutCmdDef>
+class CutCmdDef : public CommandRowDefinition<CutCmdDef, CutCmd>
 {
 public:
     static const CommandRow kRow;
@@ -18,20 +20,22 @@ protected:
     bool onIsApplicable(CommandContext* context) const override;
     /// All that is selected can be cut.
     bool onAddToContextMenu() override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class CutCmd : public Vs::Implements<CutCmd, SimpleCommand>
 {
-protected:
-    friend class CutCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     ECommandType onCommandType() const override { return ECommandType::Nested; }
     void onExecute(Vs::Status& status) override;
 };
 
+class CopyToClipboardCmd;
+
 /// Puts what is selected on the clipboard.
-class CopyToClipboardCmdDef : public RowDefinition<CopyToClipboardCmdDef>
+class CopyToClipboardCmdDef : public CommandRowDefinition<CopyToClipboardCmdDef, CopyToClipboardCmd>
 {
 public:
     static const CommandRow kRow;
@@ -39,21 +43,23 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onAddToContextMenu() override { return true; }
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class CopyToClipboardCmd : public Vs::Implements<CopyToClipboardCmd, SimpleCommand>
 {
-protected:
-    friend class CopyToClipboardCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     ECommandType onCommandType() const override { return ECommandType::Nested; }
     void onExecute(Vs::Status& status) override;
 };
 
+class PasteCmd;
+
 /// Puts what is on the clipboard into the active asset and selects it. What was cut goes from where it was,
 /// in a step of its own if that is another asset, and can be pasted once.
-class PasteCmdDef : public RowDefinition<PasteCmdDef>
+class PasteCmdDef : public CommandRowDefinition<PasteCmdDef, PasteCmd>
 {
 public:
     static const CommandRow kRow;
@@ -61,14 +67,14 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onAddToContextMenu() override { return true; }
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class PasteCmd : public Vs::Implements<PasteCmd, SimpleCommand>
 {
-protected:
-    friend class PasteCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     void onExecute(Vs::Status& status) override;
 
 private:

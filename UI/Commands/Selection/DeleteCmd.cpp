@@ -46,11 +46,6 @@ bool DeleteCmdDef::onIsApplicable(CommandContext* context) const
                        [&](const auto& object) { return canBeDeleted(*object, *context->asset()); });
 }
 
-CommandBase* DeleteCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new DeleteCmd(this, context);
-}
-
 void DeleteCmd::onExecute(Vs::Status& status)
 {
     Selections selections = selectedObjects(selectionManager());

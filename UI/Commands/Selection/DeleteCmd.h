@@ -8,28 +8,29 @@
 
 namespace Vu::Commands {
 
+class DeleteCmd;
+
 /// Deletes what is selected, as far as it can be deleted.
-class DeleteCmdDef : public RowDefinition<DeleteCmdDef>
+class DeleteCmdDef : public CommandRowDefinition<DeleteCmdDef, DeleteCmd>
 {
 public:
     static const CommandRow kRow;
 
     DeleteCmdDef() = default;
     /// The same behaviour under another identity, which outlives the definition.
-    explicit DeleteCmdDef(Info* identity) : RowDefinition(identity) {}
+    explicit DeleteCmdDef(Info* identity) : CommandRowDefinition(identity) {}
 
 protected:
     /// Something is selected that can be deleted.
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class DeleteCmd : public Vs::Implements<DeleteCmd, SimpleCommand>
 {
-protected:
-    friend class DeleteCmdDef;
+public:
     using Implements::Implements;
 
+protected:
     void onExecute(Vs::Status& status) override;
     /// What was deleted before an error stays deleted.
     bool onAbortTransactionOnFailure(const Vs::Status&) const override { return false; }

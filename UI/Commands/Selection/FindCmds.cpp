@@ -81,11 +81,6 @@ bool FindInBrowserCmdDef::onAddToContextMenu()
            MarkingMenuEventSource::get()->currentEventSource() != MarkingMenuEventSource::ESource::Browser;
 }
 
-CommandBase* FindInBrowserCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new FindInBrowserCmd(this, context);
-}
-
 void FindInBrowserCmd::onExecute(Vs::Status&)
 {
     const Vs::StrongRef<Vs::LogicalSelection> object(Vs::cast<Vs::LogicalSelection>(onlySelection()));
@@ -99,11 +94,6 @@ bool FindInCanvasCmdDef::onAddToContextMenu()
     Vs::Selection* selection = onlySelection();
     return selection &&
            LogicalToSceneSelectionFilter::hasEquivalentResult(selection, *ActiveAssetUtils::asset());
-}
-
-CommandBase* FindInCanvasCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new FindInCanvasCmd(this, context);
 }
 
 void FindInCanvasCmd::onExecute(Vs::Status&)

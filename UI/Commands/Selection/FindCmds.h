@@ -5,8 +5,10 @@
 
 namespace Vu::Commands {
 
+class FindInBrowserCmd;
+
 /// Shows the one selected object in the browser.
-class FindInBrowserCmdDef : public RowDefinition<FindInBrowserCmdDef>
+class FindInBrowserCmdDef : public CommandRowDefinition<FindInBrowserCmdDef, FindInBrowserCmd>
 {
 public:
     static const CommandRow kRow;
@@ -14,20 +16,22 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onAddToContextMenu() override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class FindInBrowserCmd : public Vs::Implements<FindInBrowserCmd, SimpleCommand>
 {
-protected:
-    friend class FindInBrowserCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class FindInCanvasCmd;
+
 /// Brings the one selected object into the middle of the view: the camera first shows the whole scene and
 /// then moves in on the object.
-class FindInCanvasCmdDef : public RowDefinition<FindInCanvasCmdDef>
+class FindInCanvasCmdDef : public CommandRowDefinition<FindInCanvasCmdDef, FindInCanvasCmd>
 {
 public:
     static const CommandRow kRow;
@@ -35,14 +39,14 @@ public:
 protected:
     bool onIsApplicable(CommandContext*) const override { return true; }
     bool onAddToContextMenu() override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class FindInCanvasCmd : public Vs::Implements<FindInCanvasCmd, SimpleCommand>
 {
-protected:
-    friend class FindInCanvasCmdDef;
+public:
     using Implements::Implements;
+
+protected:
     void onExecute(Vs::Status& status) override;
 };
 

@@ -13,11 +13,6 @@ const Vs::UniqueString* RenameCommandDef::newNameArgument()
     return name;
 }
 
-CommandBase* RenameCommandDef::onCreateCommand(CommandContext* context)
-{
-    return new RenameCommand(this, context);
-}
-
 void RenameCommand::onExecute(Vs::Status&)
 {
     const std::wstring name = commandContext()->argumentAsString(RenameCommandDef::newNameArgument());

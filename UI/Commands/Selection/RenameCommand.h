@@ -5,24 +5,24 @@
 
 namespace Vu::Commands {
 
+class RenameCommand;
+
 /// Gives the selected components another name.
-class RenameCommandDef : public RowDefinition<RenameCommandDef>
+class RenameCommandDef : public CommandRowDefinition<RenameCommandDef, RenameCommand>
 {
 public:
     static const CommandRow kRow;
     /// "NewName".
     static const Vs::UniqueString* newNameArgument();
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 /// What can't be renamed keeps its name, and nothing is said.
 class RenameCommand : public Vs::Implements<RenameCommand, SimpleCommand>
 {
-protected:
-    friend class RenameCommandDef;
+public:
     using Implements::Implements;
+
+protected:
     void onExecute(Vs::Status& status) override;
 };
 

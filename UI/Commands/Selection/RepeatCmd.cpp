@@ -26,11 +26,6 @@ bool RepeatCmdDef::onIsApplicable(CommandContext* context) const
     return last && last->isApplicable(context);
 }
 
-CommandBase* RepeatCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new RepeatCmd(this, context);
-}
-
 void RepeatCmdDef::onUpdateInputControl(CommandContext* context)
 {
     RowDefinition::onUpdateInputControl(context);

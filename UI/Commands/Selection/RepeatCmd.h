@@ -5,9 +5,11 @@
 
 namespace Vu::Commands {
 
+class RepeatCmd;
+
 /// Runs the session's last command again, with what is active now. Its button bears that command's name and
 /// picture.
-class RepeatCmdDef : public RowDefinition<RepeatCmdDef>
+class RepeatCmdDef : public CommandRowDefinition<RepeatCmdDef, RepeatCmd>
 {
 public:
     static const CommandRow kRow;
@@ -15,16 +17,15 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override { return hasAssetSession(context); }
-    CommandBase* onCreateCommand(CommandContext* context) override;
     void onUpdateInputControl(CommandContext* context) override;
 };
 
 class RepeatCmd : public Vs::Implements<RepeatCmd, SimpleCommand>
 {
-protected:
-    friend class RepeatCmdDef;
+public:
     RepeatCmd(RepeatCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override { return ECommandType::Nested; }
 };

@@ -51,11 +51,6 @@ bool SetSnapValueCmdDef::onIsApplicable(CommandContext* context) const
     return hasAssetSession(context);
 }
 
-CommandBase* SetSnapValueCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new SetSnapValueCmd(this, context);
-}
-
 CommandInputSet* SetSnapValueCmd::onCreateCommandInputs()
 {
     const SnapManager* snap = SnapManager::get();
@@ -107,11 +102,6 @@ bool EnableAdaptiveSnapCmdDef::onIsApplicable(CommandContext* context) const
     return hasAssetSession(context) && !SnapManager::get()->enableDistanceSnapping();
 }
 
-CommandBase* EnableAdaptiveSnapCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new EnableAdaptiveSnapCmd(this, context);
-}
-
 EnableAdaptiveSnapCmd::EnableAdaptiveSnapCmd(EnableAdaptiveSnapCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {
@@ -126,11 +116,6 @@ void EnableAdaptiveSnapCmd::onExecute(Vs::Status&)
 bool DisableAdaptiveSnapCmdDef::onIsApplicable(CommandContext* context) const
 {
     return hasAssetSession(context) && SnapManager::get()->enableDistanceSnapping();
-}
-
-CommandBase* DisableAdaptiveSnapCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new DisableAdaptiveSnapCmd(this, context);
 }
 
 DisableAdaptiveSnapCmd::DisableAdaptiveSnapCmd(DisableAdaptiveSnapCmdDef* definition, CommandContext* context)

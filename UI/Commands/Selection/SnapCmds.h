@@ -11,24 +11,25 @@ class RealValueCommandInput;
 
 namespace Vu::Commands {
 
+class SetSnapValueCmd;
+
 /// The panel for the step of the grid that values snap to, and whether it follows the zoom.
-class SetSnapValueCmdDef : public RowDefinition<SetSnapValueCmdDef>
+class SetSnapValueCmdDef : public CommandRowDefinition<SetSnapValueCmdDef, SetSnapValueCmd>
 {
 public:
     static const CommandRow kRow;
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 /// The settings change with the commit alone.
 class SetSnapValueCmd : public Vs::Implements<SetSnapValueCmd, Command>
 {
-protected:
-    friend class SetSnapValueCmdDef;
+public:
     using Implements::Implements;
 
+protected:
     CommandInputSet* onCreateCommandInputs() override;
     void onCommandInputEventSink(CommandInputEvent* event) override;
     void onValidateInputs(CommandInputStatus& status, bool forCommit) override;
@@ -41,8 +42,10 @@ private:
     BoolValueCommandInput* m_fixedInput = nullptr; ///< On exactly if the adaptive one is off.
 };
 
+class EnableAdaptiveSnapCmd;
+
 /// Lets distances snap. Offered only while they don't.
-class EnableAdaptiveSnapCmdDef : public RowDefinition<EnableAdaptiveSnapCmdDef>
+class EnableAdaptiveSnapCmdDef : public CommandRowDefinition<EnableAdaptiveSnapCmdDef, EnableAdaptiveSnapCmd>
 {
 public:
     static const CommandRow kRow;
@@ -50,20 +53,22 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override { return onIsApplicable(context); }
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class EnableAdaptiveSnapCmd : public Vs::Implements<EnableAdaptiveSnapCmd, SimpleCommand>
 {
-protected:
-    friend class EnableAdaptiveSnapCmdDef;
+public:
     EnableAdaptiveSnapCmd(EnableAdaptiveSnapCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class DisableAdaptiveSnapCmd;
+
 /// Lets distances be as they are dragged. Offered only while they snap.
-class DisableAdaptiveSnapCmdDef : public RowDefinition<DisableAdaptiveSnapCmdDef>
+class DisableAdaptiveSnapCmdDef
+    : public CommandRowDefinition<DisableAdaptiveSnapCmdDef, DisableAdaptiveSnapCmd>
 {
 public:
     static const CommandRow kRow;
@@ -71,15 +76,14 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override { return onIsApplicable(context); }
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class DisableAdaptiveSnapCmd : public Vs::Implements<DisableAdaptiveSnapCmd, SimpleCommand>
 {
-protected:
-    friend class DisableAdaptiveSnapCmdDef;
+public:
     DisableAdaptiveSnapCmd(DisableAdaptiveSnapCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
 };
 

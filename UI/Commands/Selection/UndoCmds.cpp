@@ -30,11 +30,6 @@ bool UndoCmdDef::onIsApplicable(CommandContext* context) const
     return DropDown::canUndoRedo(context->assetSession(), true);
 }
 
-CommandBase* UndoCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new UndoCmd(this, context);
-}
-
 void UndoCmdDef::onUpdateTooltip(ToolTipInfo& tooltip)
 {
     tooltip.description(txnTooltip(true));
@@ -43,11 +38,6 @@ void UndoCmdDef::onUpdateTooltip(ToolTipInfo& tooltip)
 bool RedoCmdDef::onIsApplicable(CommandContext* context) const
 {
     return DropDown::canUndoRedo(context->assetSession(), false);
-}
-
-CommandBase* RedoCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new RedoCmd(this, context);
 }
 
 void RedoCmdDef::onUpdateTooltip(ToolTipInfo& tooltip)

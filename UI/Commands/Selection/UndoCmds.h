@@ -5,8 +5,10 @@
 
 namespace Vu::Commands {
 
+class UndoCmd;
+
 /// Takes back the last step: of the running tool if that can, else of the asset.
-class UndoCmdDef : public RowDefinition<UndoCmdDef>
+class UndoCmdDef : public CommandRowDefinition<UndoCmdDef, UndoCmd>
 {
 public:
     static const CommandRow kRow;
@@ -16,11 +18,12 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext*) const override { return true; }
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
+class RedoCmd;
+
 /// Does the step again that was taken back last.
-class RedoCmdDef : public RowDefinition<RedoCmdDef>
+class RedoCmdDef : public CommandRowDefinition<RedoCmdDef, RedoCmd>
 {
 public:
     static const CommandRow kRow;
@@ -30,7 +33,6 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext*) const override { return true; }
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 /// What undo and redo have alike. The argument "TxnIndex" asks for several steps at once: all those to the
@@ -54,17 +56,13 @@ private:
 
 class UndoCmd : public Vs::Implements<UndoCmd, UndoRedoCmd>
 {
-protected:
-    friend class UndoCmdDef;
-    friend class UndoRedoDropDownCommandDef;
+public:
     UndoCmd(CommandDefinition* definition, CommandContext* context) : Implements(definition, context, true) {}
 };
 
 class RedoCmd : public Vs::Implements<RedoCmd, UndoRedoCmd>
 {
-protected:
-    friend class RedoCmdDef;
-    friend class UndoRedoDropDownCommandDef;
+public:
     RedoCmd(CommandDefinition* definition, CommandContext* context) : Implements(definition, context, false)
     {
     }

@@ -61,11 +61,6 @@ bool ActiveViewAssetCmdDef::onIsApplicable(CommandContext*) const
     return SceneUtilities::getActiveGraphicsCanvas() != nullptr;
 }
 
-CommandBase* ActiveViewAssetCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ActiveViewAssetCmd(this, context);
-}
-
 InputControl* ActiveViewAssetCmdDef::onInputControl()
 {
     ++m_making;

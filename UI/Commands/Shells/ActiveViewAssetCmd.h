@@ -12,10 +12,13 @@ class AssetType;
 
 namespace Vu::Commands {
 
+class ActiveViewAssetCmd;
+
 /// The list of the asset sessions of the active workspace, on the toolbar of the active view; it shows the
 /// one that is current, and choosing another brings that one up.
-class ActiveViewAssetCmdDef : public RowDefinition<ActiveViewAssetCmdDef, CommandDefinition,
-                                                   IListControlHandler, SplitViewEventSite, SessionEventSite>
+class ActiveViewAssetCmdDef
+    : public CommandRowDefinition<ActiveViewAssetCmdDef, ActiveViewAssetCmd, CommandDefinition,
+                                  IListControlHandler, SplitViewEventSite, SessionEventSite>
 {
 public:
     static const CommandRow kRow;
@@ -37,7 +40,6 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
     InputControl* onInputControl() override;
 
     /// Whether sessions on assets of that type are listed.
@@ -57,10 +59,10 @@ private:
 
 class ActiveViewAssetCmd : public Vs::Implements<ActiveViewAssetCmd, SimpleCommand>
 {
-protected:
-    friend class ActiveViewAssetCmdDef;
+public:
     ActiveViewAssetCmd(ActiveViewAssetCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };

@@ -49,11 +49,6 @@ bool NextAssetCmdDef::onIsVisible(CommandContext*) const
     return true;
 }
 
-CommandBase* NextAssetCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new NextAssetCmd(this, context);
-}
-
 NextAssetCmd::NextAssetCmd(NextAssetCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {
@@ -82,11 +77,6 @@ bool PreviousAssetCmdDef::onIsVisible(CommandContext*) const
     return true;
 }
 
-CommandBase* PreviousAssetCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new PreviousAssetCmd(this, context);
-}
-
 PreviousAssetCmd::PreviousAssetCmd(PreviousAssetCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {
@@ -113,11 +103,6 @@ const Vs::UniqueString* SwitchAssetCmdDef::assetSessionArgumentName()
 bool SwitchAssetCmdDef::onIsApplicable(CommandContext* context) const
 {
     return context->arguments() > 0;
-}
-
-CommandBase* SwitchAssetCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new SwitchAssetCmd(this, context);
 }
 
 SwitchAssetCmd::SwitchAssetCmd(SwitchAssetCmdDef* definition, CommandContext* context)

@@ -5,8 +5,10 @@
 
 namespace Vu::Commands {
 
+class NextAssetCmd;
+
 /// Goes to the next asset session of the shell. The list doesn't wrap.
-class NextAssetCmdDef : public RowDefinition<NextAssetCmdDef>
+class NextAssetCmdDef : public CommandRowDefinition<NextAssetCmdDef, NextAssetCmd>
 {
 public:
     static const CommandRow kRow;
@@ -14,21 +16,22 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class NextAssetCmd : public Vs::Implements<NextAssetCmd, SimpleCommand>
 {
-protected:
-    friend class NextAssetCmdDef;
+public:
     NextAssetCmd(NextAssetCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };
 
+class PreviousAssetCmd;
+
 /// Goes to the previous asset session of the shell.
-class PreviousAssetCmdDef : public RowDefinition<PreviousAssetCmdDef>
+class PreviousAssetCmdDef : public CommandRowDefinition<PreviousAssetCmdDef, PreviousAssetCmd>
 {
 public:
     static const CommandRow kRow;
@@ -36,21 +39,22 @@ public:
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onIsVisible(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class PreviousAssetCmd : public Vs::Implements<PreviousAssetCmd, SimpleCommand>
 {
-protected:
-    friend class PreviousAssetCmdDef;
+public:
     PreviousAssetCmd(PreviousAssetCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };
 
+class SwitchAssetCmd;
+
 /// Goes to the asset session that the context names; for scripts.
-class SwitchAssetCmdDef : public RowDefinition<SwitchAssetCmdDef>
+class SwitchAssetCmdDef : public CommandRowDefinition<SwitchAssetCmdDef, SwitchAssetCmd>
 {
 public:
     static const CommandRow kRow;
@@ -59,15 +63,14 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class SwitchAssetCmd : public Vs::Implements<SwitchAssetCmd, SimpleCommand>
 {
-protected:
-    friend class SwitchAssetCmdDef;
+public:
     SwitchAssetCmd(SwitchAssetCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };

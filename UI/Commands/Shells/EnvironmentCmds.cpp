@@ -84,11 +84,6 @@ bool ActivateEnvironmentCmdDef::onIsApplicable(CommandContext*) const
     return true;
 }
 
-CommandBase* ActivateEnvironmentCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ActivateEnvironmentCmd(this, context);
-}
-
 InputControl* ActivateEnvironmentCmdDef::onInputControl()
 {
     if (!m_control) {
@@ -174,11 +169,6 @@ void ActivateEnvironmentCmd::onExecute(Vs::Status&)
         session->activateEnvironment(environment, false);
 }
 
-CommandBase* CycleWorkspacesForwardCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new CycleWorkspacesForwardCmd(this, context);
-}
-
 CycleWorkspacesForwardCmd::CycleWorkspacesForwardCmd(CycleWorkspacesForwardCmdDef* definition,
                                                      CommandContext* context)
     : Implements(definition, context)
@@ -189,11 +179,6 @@ CycleWorkspacesForwardCmd::CycleWorkspacesForwardCmd(CycleWorkspacesForwardCmdDe
 void CycleWorkspacesForwardCmd::onExecute(Vs::Status&)
 {
     cycle(1);
-}
-
-CommandBase* CycleWorkspacesBackwardCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new CycleWorkspacesBackwardCmd(this, context);
 }
 
 CycleWorkspacesBackwardCmd::CycleWorkspacesBackwardCmd(CycleWorkspacesBackwardCmdDef* definition,
@@ -213,11 +198,6 @@ bool ReturnToEnvironmentCmdDef::onIsApplicable(CommandContext* context) const
     const AssetSession* session = context->assetSession();
     const EnvironmentState* state = session ? session->activeEnvironmentState() : nullptr;
     return state && state->returnState();
-}
-
-CommandBase* ReturnToEnvironmentCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ReturnToEnvironmentCmd(this, context);
 }
 
 ReturnToEnvironmentCmd::ReturnToEnvironmentCmd(ReturnToEnvironmentCmdDef* definition, CommandContext* context)

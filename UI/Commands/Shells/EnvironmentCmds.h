@@ -13,10 +13,13 @@ class ListControl;
 
 namespace Vu::Commands {
 
+class ActivateEnvironmentCmd;
+
 /// Enters an environment, which the user calls a workspace. Its control lists those that the current session
 /// can be in, with the one it is in selected.
-class ActivateEnvironmentCmdDef : public RowDefinition<ActivateEnvironmentCmdDef, CommandDefinition,
-                                                       IListControlHandler, SessionEventSite>
+class ActivateEnvironmentCmdDef
+    : public CommandRowDefinition<ActivateEnvironmentCmdDef, ActivateEnvironmentCmd, CommandDefinition,
+                                  IListControlHandler, SessionEventSite>
 {
 public:
     static const CommandRow kRow;
@@ -34,7 +37,6 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
     InputControl* onInputControl() override;
 
 private:
@@ -49,68 +51,70 @@ private:
 
 class ActivateEnvironmentCmd : public Vs::Implements<ActivateEnvironmentCmd, SimpleCommand>
 {
-protected:
-    friend class ActivateEnvironmentCmdDef;
+public:
     ActivateEnvironmentCmd(ActivateEnvironmentCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class CycleWorkspacesForwardCmd;
+
 /// Enters the next environment that the current session can be in; behind the last one comes the first.
-class CycleWorkspacesForwardCmdDef : public RowDefinition<CycleWorkspacesForwardCmdDef>
+class CycleWorkspacesForwardCmdDef
+    : public CommandRowDefinition<CycleWorkspacesForwardCmdDef, CycleWorkspacesForwardCmd>
 {
 public:
     static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class CycleWorkspacesForwardCmd : public Vs::Implements<CycleWorkspacesForwardCmd, SimpleCommand>
 {
-protected:
-    friend class CycleWorkspacesForwardCmdDef;
+public:
     CycleWorkspacesForwardCmd(CycleWorkspacesForwardCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class CycleWorkspacesBackwardCmd;
+
 /// The same backwards.
-class CycleWorkspacesBackwardCmdDef : public RowDefinition<CycleWorkspacesBackwardCmdDef>
+class CycleWorkspacesBackwardCmdDef
+    : public CommandRowDefinition<CycleWorkspacesBackwardCmdDef, CycleWorkspacesBackwardCmd>
 {
 public:
     static const CommandRow kRow;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class CycleWorkspacesBackwardCmd : public Vs::Implements<CycleWorkspacesBackwardCmd, SimpleCommand>
 {
-protected:
-    friend class CycleWorkspacesBackwardCmdDef;
+public:
     CycleWorkspacesBackwardCmd(CycleWorkspacesBackwardCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class ReturnToEnvironmentCmd;
+
 /// Leaves an environment that was entered on top of another one.
-class ReturnToEnvironmentCmdDef : public RowDefinition<ReturnToEnvironmentCmdDef>
+class ReturnToEnvironmentCmdDef
+    : public CommandRowDefinition<ReturnToEnvironmentCmdDef, ReturnToEnvironmentCmd>
 {
 public:
     static const CommandRow kRow;
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class ReturnToEnvironmentCmd : public Vs::Implements<ReturnToEnvironmentCmd, SimpleCommand>
 {
-protected:
-    friend class ReturnToEnvironmentCmdDef;
+public:
     ReturnToEnvironmentCmd(ReturnToEnvironmentCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
 };
 

@@ -95,11 +95,6 @@ bool InsertAssetCmdDef::onIsApplicable(CommandContext* context) const
     return hasAssetSession(context);
 }
 
-CommandBase* InsertAssetCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new InsertAssetCmd(this, context);
-}
-
 InputControl* InsertAssetCmdDef::onInputControl()
 {
     return m_types.control(info(), this);

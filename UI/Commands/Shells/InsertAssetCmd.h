@@ -7,9 +7,11 @@
 
 namespace Vu::Commands {
 
+class InsertAssetCmd;
+
 /// The list of asset types; choosing one adds an asset of it to the active document.
-class InsertAssetCmdDef
-    : public RowDefinition<InsertAssetCmdDef, CommandDefinition, IListControlHandler, Vs::AssetEventSite>
+class InsertAssetCmdDef : public CommandRowDefinition<InsertAssetCmdDef, InsertAssetCmd, CommandDefinition,
+                                                      IListControlHandler, Vs::AssetEventSite>
 {
 public:
     static const CommandRow kRow;
@@ -32,7 +34,6 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
     InputControl* onInputControl() override;
 
 private:
@@ -41,10 +42,10 @@ private:
 
 class InsertAssetCmd : public Vs::Implements<InsertAssetCmd, SimpleCommand>
 {
-protected:
-    friend class InsertAssetCmdDef;
+public:
     InsertAssetCmd(InsertAssetCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };

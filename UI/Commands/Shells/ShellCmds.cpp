@@ -27,11 +27,6 @@ bool ManagementShellCmdDef::onIsApplicable(CommandContext*) const
     return true;
 }
 
-CommandBase* ManagementShellCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new ManagementShellCmd(this, context);
-}
-
 ManagementShellCmd::ManagementShellCmd(ManagementShellCmdDef* definition, CommandContext* context)
     : Implements(definition, context)
 {
@@ -61,11 +56,6 @@ bool AssetShellCmdDef::onIsApplicable(CommandContext* context) const
     Workspace* workspace = context->workspace();
     AssetShell* shell = workspace ? findShell<AssetShell>(workspace->shellManager()) : nullptr;
     return shell && workspace->shellManager()->activeShell() != shell && !shell->assetSessions().empty();
-}
-
-CommandBase* AssetShellCmdDef::onCreateCommand(CommandContext* context)
-{
-    return new AssetShellCmd(this, context);
 }
 
 AssetShellCmd::AssetShellCmd(AssetShellCmdDef* definition, CommandContext* context)

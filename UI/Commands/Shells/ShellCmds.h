@@ -5,29 +5,32 @@
 
 namespace Vu::Commands {
 
+class ManagementShellCmd;
+
 /// Shows the home screen.
-class ManagementShellCmdDef : public RowDefinition<ManagementShellCmdDef>
+class ManagementShellCmdDef : public CommandRowDefinition<ManagementShellCmdDef, ManagementShellCmd>
 {
 public:
     static const CommandRow kRow;
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class ManagementShellCmd : public Vs::Implements<ManagementShellCmd, SimpleCommand>
 {
-protected:
-    friend class ManagementShellCmdDef;
+public:
     ManagementShellCmd(ManagementShellCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };
 
+class AssetShellCmd;
+
 /// Brings an asset session up in the asset shell.
-class AssetShellCmdDef : public RowDefinition<AssetShellCmdDef>
+class AssetShellCmdDef : public CommandRowDefinition<AssetShellCmdDef, AssetShellCmd>
 {
 public:
     static const CommandRow kRow;
@@ -36,15 +39,14 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 class AssetShellCmd : public Vs::Implements<AssetShellCmd, SimpleCommand>
 {
-protected:
-    friend class AssetShellCmdDef;
+public:
     AssetShellCmd(AssetShellCmdDef* definition, CommandContext* context);
 
+protected:
     void onExecute(Vs::Status& status) override;
     ECommandType onCommandType() const override;
 };

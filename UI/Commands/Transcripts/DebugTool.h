@@ -33,11 +33,10 @@ public:
 
 /// The definition of a `Tool`, which can be run at any time unless `Self` says otherwise.
 template <class Self, class Tool>
-class DebugToolDefinition : public RowDefinition<Self>
+class DebugToolDefinition : public CommandRowDefinition<Self, Tool>
 {
 protected:
     bool onIsApplicable(CommandContext*) const override { return true; }
-    CommandBase* onCreateCommand(CommandContext* context) override { return new Tool(this, context); }
 };
 
 } // namespace Vu::Commands
