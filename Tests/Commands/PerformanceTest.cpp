@@ -289,14 +289,15 @@ TEST_F(WindowPictures, AreCountedAsTheyAreDrawn)
     EXPECT_GT(results[0].value, 0);
     EXPECT_EQ(TestSupport::contentOf("window.performance.json").find("windowless"), std::string::npos);
 
-    // The lines of a replay leave the window no time of its own.
+    // The lines of a replay leave the window no time of its own. One more picture comes if the camera has
+    // stood still for long enough meanwhile.
     TestSupport::overwrite("turn.txt", "Performance.StartPerformanceValidation\n"
                                        "Performance.StartMetric FramesRate\n"
                                        "Camera.ZoomIn 1.1\nCamera.ZoomIn 1.1\nCamera.ZoomIn 1.1\n"
                                        "Performance.Validate FramesRate turning\n");
     answer(L"Transcripting.Replay turn.txt");
     ASSERT_EQ(Vu::PerfTestingContext::report().results.size(), 1u);
-    EXPECT_EQ(Vu::PerfTestingContext::report().results[0].count, 3u);
+    EXPECT_GE(Vu::PerfTestingContext::report().results[0].count, 3u);
     EXPECT_EQ(TestSupport::contentOf("turn.performance.json").find("windowless"), std::string::npos);
     answer(L"Performance.EndPerformanceValidation");
 }

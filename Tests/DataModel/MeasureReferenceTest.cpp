@@ -197,6 +197,12 @@ TEST_F(MeasureReferenceTest, CombinedBodiesMeasureWhatOthersFound)
     close();
 
     asset = newAsset();
+    const std::string cube = box(1, 1, 1, {0, 0, 0});
+    combine(CombineEdit::Kind::Join, cube, {box(0.5, 0.5, 0.5, {-0.5, -0.5, -0.5})});
+    expectReference("R15", "area of boxes that touch in a corner", 0, whole(Type::Area), 1e-9);
+    close();
+
+    asset = newAsset();
     const std::string bar = box(40, 10, 10, {0, 0, 0});
     combine(CombineEdit::Kind::Join, bar,
             {box(40, 10, 10, {0, 30, 0}), box(10, 40, 10, {0, 0, 0}), box(10, 40, 10, {30, 0, 0})});
@@ -262,6 +268,7 @@ TEST_F(MeasureReferenceTest, DistancesAndAnglesAreThoseThatOthersFound)
     ASSERT_NO_FATAL_FAILURE(openShape(&KernelShapes::writeEdges));
     // The face's four edges come first.
     const std::wstring edges = ObjectPath{asset->components()->children[0]->id}.toText(*asset) + L"/Edge";
+    EXPECT_FALSE(measure({edges + L"1", edges + L"3"}, Type::Angle, result)) << "R30, parallel lines";
     expectReference("R29", "angle of lines", 0, value({edges + L"5", edges + L"6"}, Type::Angle), 1e-12,
                     pi / 180);
     expectValue("R29", "angle of straight splines", pi / 4, value({edges + L"7", edges + L"8"}, Type::Angle),
