@@ -11,6 +11,7 @@
 #include "UI/Base/SelectionCommandInput.h"
 #include "UI/Commands/Selection/SelectCmd.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -225,6 +226,8 @@ TEST_F(SelectInTheCanvas, TheDeleteKeyInAPanelTakesBackWhatIsChosenThere)
     QTest::keyClick(chosen, Qt::Key_Delete);
     settle();
     EXPECT_EQ(chosen->text(), QStringLiteral("Select in the view"));
+    EXPECT_FALSE(chosen->parentWidget()->findChild<QLabel*>(QStringLiteral("inputMark"))->isVisible())
+        << "nothing is wrong yet";
     EXPECT_EQ(paths().size(), 3u) << "the component itself stays";
     answer(L"Commands.Cancel");
 }

@@ -99,6 +99,8 @@ public:
     void commandEnded() override;
     /// Keeps the paths of the objects, which may be called otherwise or be gone afterwards.
     void modelWillChange() override;
+    /// What is missing is chosen next; a text that names nothing is a mistake.
+    bool isAwaiting() const override { return !refused(); }
 
 protected:
     SelectionCommandInput(CommandInputSet* set, int number, Info* info);

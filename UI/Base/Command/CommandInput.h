@@ -50,6 +50,8 @@ public:
     bool valid() const { return whyInvalid().empty(); }
     /// A sentence for the user; empty if the input is valid.
     std::wstring whyInvalid() const;
+    /// Whether an invalid input holds nothing wrong, but waits for what the user does next.
+    virtual bool isAwaiting() const { return false; }
 
     /// The value as text that gives exactly the same value again: how transcripts keep it.
     virtual std::wstring valueAsString() const = 0;

@@ -47,15 +47,31 @@ bool startedByHand(const CommandBase& command)
 }
 
 /// What stops the command, as a line for the user.
-QString problemOf(const CommandBase& command)
+struct Problem
 {
-    for (const auto& input : command.commandInputSet()->inputs())
-        if (const std::wstring why = input->whyInvalid(); !why.empty())
-            return QString::fromStdWString(
-                localizedFormat("InputProblem", "%1%: %2%", input->info()->name(), why));
+    QString text; ///< Empty if nothing does.
+    bool isError = true;
+};
+
+/// What is wrong comes before what is only missing yet.
+Problem problemOf(const CommandBase& command)
+{
+    Problem missing;
+    for (const auto& input : command.commandInputSet()->inputs()) {
+        const std::wstring why = input->whyInvalid();
+        if (why.empty() || (input->isAwaiting() && !missing.text.isEmpty()))
+            continue;
+        const QString text =
+            QString::fromStdWString(localizedFormat("InputProblem", "%1%: %2%", input->info()->name(), why));
+        if (!input->isAwaiting())
+            return {text};
+        missing = {text, false};
+    }
+    if (!missing.text.isEmpty())
+        return missing;
     for (const Alert& alert : command.commandManager()->GetAlertController()->alerts())
         if (alert.blocking)
-            return QString::fromStdWString(alert.text);
+            return {QString::fromStdWString(alert.text)};
     return {};
 }
 
@@ -225,13 +241,14 @@ void CommandPanel::close()
 void CommandPanel::showState()
 {
     m_form->refresh();
-    const QString problem = problemOf(*m_command);
-    m_message->setText(problem);
-    m_message->setVisible(!problem.isEmpty());
+    const Problem problem = problemOf(*m_command);
+    m_message->setText(problem.text);
+    m_message->setVisible(!problem.text.isEmpty());
     QPalette colours = palette();
-    colours.setColor(QPalette::WindowText, errorColour());
+    if (problem.isError)
+        colours.setColor(QPalette::WindowText, errorColour());
     m_message->setPalette(colours);
-    m_ok->setEnabled(problem.isEmpty() ||
+    m_ok->setEnabled(problem.text.isEmpty() ||
                      m_command->getPossibleMidCommandUndoContext() == EMidCommandUndoRedoContext::Step);
     place();
 }

@@ -355,7 +355,7 @@ void InputField::refresh()
     if (!m_input)
         return;
     const QString why = QString::fromStdWString(m_input->whyInvalid());
-    m_mark->setVisible(!why.isEmpty());
+    m_mark->setVisible(!why.isEmpty() && !m_input->isAwaiting());
     m_mark->setToolTip(why);
     setEnabled(m_input->isUsable());
     show(*m_input, !why.isEmpty());
