@@ -202,4 +202,15 @@ Scene sceneOf(const std::string& name)
     return scene;
 }
 
+int measureAll(int argc, char** argv, bool (*measure)(const std::string& scene))
+{
+    std::vector<std::string> scenes(argv + 1, argv + argc);
+    if (scenes.empty())
+        scenes = {"10000", "million"};
+    bool all = true;
+    for (const std::string& scene : scenes)
+        all = measure(scene) && all;
+    return all ? 0 : 1;
+}
+
 } // namespace BenchScene

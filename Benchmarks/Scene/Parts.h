@@ -28,6 +28,10 @@ struct Scene
 /// million triangles; for a model file, as a worker writes it, what that shows. Else nothing.
 Scene sceneOf(const std::string& name);
 
+/// Runs `measure` on each scene that a program's arguments name; on the two large ones if they name none.
+/// Returns the program's exit code: 0 if all succeeded.
+int measureAll(int argc, char** argv, bool (*measure)(const std::string& scene));
+
 /// Number of frames that take a whole turn about the scene.
 constexpr int kFramesPerTurn = 120;
 constexpr int kWidth = 1280;

@@ -208,11 +208,5 @@ bool measure(const std::string& name)
 
 int main(int argc, char** argv)
 {
-    std::vector<std::string> scenes(argv + 1, argv + argc);
-    if (scenes.empty())
-        scenes = {"10000", "million"};
-    bool all = true;
-    for (const std::string& scene : scenes)
-        all = measure(scene) && all;
-    return all ? 0 : 1;
+    return BenchScene::measureAll(argc, argv, measure);
 }

@@ -63,6 +63,12 @@ protected:
         const QPoint place = tree->visualRect(index).center();
         QContextMenuEvent event(QContextMenuEvent::Mouse, place, tree->viewport()->mapToGlobal(place));
         QApplication::sendEvent(tree->viewport(), &event);
+        return runFromPopup(wanted);
+    }
+    /// Runs the entry of that title in the menu that is open, if there is one, and closes it; gives all
+    /// titles.
+    static QStringList runFromPopup(const QString& wanted)
+    {
         QStringList titles;
         auto* shown = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         for (QAction* action : shown ? shown->actions() : QList<QAction*>()) {

@@ -70,15 +70,7 @@ protected:
     QStringList menuAt(const QPoint& place, const QString& wanted = {})
     {
         clickAt(place, Qt::RightButton);
-        QStringList titles;
-        auto* shown = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        for (QAction* action : shown ? shown->actions() : QList<QAction*>()) {
-            titles << action->text();
-            if (action->text() == wanted)
-                action->trigger();
-        }
-        if (shown)
-            shown->close();
+        const QStringList titles = runFromPopup(wanted);
         settle();
         return titles;
     }
