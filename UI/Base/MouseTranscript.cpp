@@ -2,7 +2,7 @@
 // place is told from the middle of the view to the right and downwards, in parts of what its camera is to
 // show, so that a line finds the same place of the model in a canvas of another size.
 
-#include "Server/Base/Strings.h"
+#include "Server/Base/NumberText.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptTrigger.h"
@@ -13,7 +13,6 @@
 #include "UI/Base/MouseEvents.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace Vu {
 namespace {
@@ -67,21 +66,6 @@ std::vector<GraphicsCanvas*> canvases()
     return all;
 }
 
-std::wstring text(double value)
-{
-    char buffer[32];
-    return std::wstring(buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr);
-}
-
-/// What isn't wholly a number leaves `value` as it was.
-template <class Number>
-bool read(const std::wstring& text, Number& value)
-{
-    const std::string narrow = Vs::Strings::narrow(text);
-    const auto [end, error] = std::from_chars(narrow.data(), narrow.data() + narrow.size(), value);
-    return error == std::errc() && end == narrow.data() + narrow.size();
-}
-
 std::wstring lineOf(const wchar_t* name, const MouseEvent& event)
 {
     const GraphicsCanvas& canvas = *event.canvas();
@@ -91,8 +75,8 @@ std::wstring lineOf(const wchar_t* name, const MouseEvent& event)
                                      [&](const ButtonName& each) { return each.button == event.button(); });
     const double unit = unitOf(canvas);
     std::wstring line = std::wstring(kArea) + L'.' + name;
-    line += L' ' + text((event.x() - canvas.width() / 2.0) / unit);
-    line += L' ' + text((event.y() - canvas.height() / 2.0) / unit);
+    line += L' ' + Vs::numberText((event.x() - canvas.width() / 2.0) / unit);
+    line += L' ' + Vs::numberText((event.y() - canvas.height() / 2.0) / unit);
     line += L' ' + std::wstring(button == std::end(kButtons) ? kButtons->name : button->name);
     line += L' ' + std::to_wstring(number);
     for (const ModifierName& each : kModifiers)
@@ -124,7 +108,10 @@ public:
     TextCommandResult execute(const TextCommandParameters& parameters) override
     {
         MouseEvent::Data data;
-        if (parameters.parameters() < 2 || !read(parameters[0], data.x) || !read(parameters[1], data.y))
+        const bool hasPlace = parameters.parameters() >= 2;
+        const auto x = hasPlace ? Vs::readNumber<double>(parameters[0]) : std::nullopt;
+        const auto y = hasPlace ? Vs::readNumber<double>(parameters[1]) : std::nullopt;
+        if (!x || !y)
             return {1, localized("MouseNeedsPlace", "A place in the view is missing: two numbers.")};
         if (parameters.parameters() > 2 && !readButton(parameters[2], data.button))
             return {1, localizedFormat("MouseNoButton",
@@ -139,8 +126,8 @@ public:
         for (const ModifierName& each : kModifiers)
             data.modifiers |= parameters.hasFlag(each.name) ? each.modifier : 0;
         const double unit = unitOf(*canvas);
-        data.x = canvas->width() / 2.0 + data.x * unit;
-        data.y = canvas->height() / 2.0 + data.y * unit;
+        data.x = canvas->width() / 2.0 + *x * unit;
+        data.y = canvas->height() / 2.0 + *y * unit;
         MouseEvent event(canvas, data);
         (MouseEventSource::get()->*kOperation.operation)(&event);
         return {0, {}};
@@ -159,8 +146,8 @@ private:
     static GraphicsCanvas* canvasOfNumber(const std::wstring& text)
     {
         const std::vector<GraphicsCanvas*> all = canvases();
-        size_t number = 0;
-        return read(text, number) && number >= 1 && number <= all.size() ? all[number - 1] : nullptr;
+        const size_t number = Vs::readNumber<size_t>(text).value_or(0);
+        return number >= 1 && number <= all.size() ? all[number - 1] : nullptr;
     }
 };
 

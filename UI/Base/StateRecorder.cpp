@@ -1,5 +1,6 @@
 #include "UI/Base/StateRecorder.h"
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptTrigger.h"
@@ -18,8 +19,6 @@
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ViewMgr.h"
-
-#include <charconv>
 
 namespace Vu {
 namespace {
@@ -40,13 +39,6 @@ const Camera* activeCamera()
     return view && !view->viewFragments().empty() ? view->viewFragments().front()->camera() : nullptr;
 }
 
-/// As few digits as read back to exactly the same number.
-std::wstring text(double value)
-{
-    char buffer[32];
-    return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
-}
-
 /// Writes the line by which the camera is there again.
 class CameraTrigger : public Vs::TranscriptTrigger
 {
@@ -60,7 +52,7 @@ public:
                             Vs::Types::Vector3dToString(m_camera.up());
         for (const double value :
              {m_camera.clipNear(), m_camera.clipFar(), m_camera.extentsWidth(), m_camera.extentsHeight()})
-            line += L' ' + text(value);
+            line += L' ' + Vs::numberText(value);
         return line + L' ' + std::to_wstring(int(m_camera.projection()));
     }
 

@@ -1,7 +1,7 @@
 #include "Server/DataModel/Selection/ObjectPath.h"
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Status.h"
-#include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
@@ -12,7 +12,6 @@
 #include <boost/tokenizer.hpp>
 
 #include <algorithm>
-#include <charconv>
 #include <map>
 #include <vector>
 
@@ -43,10 +42,7 @@ const wchar_t* wordOf(Leaf leaf)
 /// A number from 1 that is written with digits alone; 0 for anything else.
 uint32_t readCount(std::wstring_view text)
 {
-    const std::string narrow = Strings::narrow(text);
-    uint32_t number = 0;
-    const auto [end, error] = std::from_chars(narrow.data(), narrow.data() + narrow.size(), number);
-    return error == std::errc() && end == narrow.data() + narrow.size() ? number : 0;
+    return readNumber<uint32_t>(text).value_or(0);
 }
 
 using Splitter =

@@ -1,12 +1,11 @@
 #include "UI/Base/Command/CommandContext.h"
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/SerializableObject.h"
-#include "Server/Base/Strings.h"
 #include "Server/Base/StrongRef.h"
 #include "UI/Base/Command/CommandHost.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -18,28 +17,11 @@ namespace Vu {
 
 namespace {
 
-/// The whole of `text` as a number; from_chars, because what a file says must not depend on the locale.
+/// The whole of `text` as a number, for which people may write a plus sign.
 template <class Number>
-std::optional<Number> numberFrom(const std::wstring& text)
+std::optional<Number> numberFrom(std::wstring_view text)
 {
-    const std::string narrow = Vs::Strings::narrow(text);
-    const char* first = narrow.data();
-    const char* last = first + narrow.size();
-    if (first != last && *first == '+')
-        ++first;
-    Number number{};
-    const auto [end, error] = std::from_chars(first, last, number);
-    if (error != std::errc() || end != last)
-        return std::nullopt;
-    return number;
-}
-
-template <class Number>
-std::wstring textOf(Number number)
-{
-    char buffer[64];
-    const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, number);
-    return error == std::errc() ? std::wstring(buffer, end) : std::wstring();
+    return Vs::readNumber<Number>(text.substr(text.starts_with(L'+') ? 1 : 0));
 }
 
 std::optional<int> exactInt(double value)
@@ -173,8 +155,8 @@ bool CommandContext::argument(const Vs::UniqueString* key, EArgType type, void* 
                               : std::nullopt);
     case EArgType::String:
         return give(text      ? std::optional<std::wstring>(*text)
-                    : integer ? std::optional<std::wstring>(textOf(*integer))
-                    : real    ? std::optional<std::wstring>(textOf(*real))
+                    : integer ? std::optional(Vs::numberText(*integer))
+                    : real    ? std::optional(Vs::numberText(*real))
                               : std::nullopt);
     }
     return false;

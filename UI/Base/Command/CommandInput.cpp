@@ -1,13 +1,12 @@
 #include "UI/Base/Command/CommandInput.h"
 
-#include "Server/Base/Strings.h"
+#include "Server/Base/NumberText.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandSteps.h"
 #include "UI/Base/Command/GroupCommandInput.h"
 #include "UI/Base/Localized.h"
 
-#include <charconv>
 #include <utility>
 
 namespace Vu {
@@ -147,14 +146,10 @@ std::wstring IntegerValueCommandInput::valueAsString() const
 
 bool IntegerValueCommandInput::valueFromString(const std::wstring& text)
 {
-    const std::string narrow = Vs::Strings::narrow(text);
-    const char* last = narrow.data() + narrow.size();
-    int number = 0;
-    const auto [end, error] = std::from_chars(narrow.data(), last, number);
-    if (error != std::errc() || end != last)
-        return false;
-    value(number);
-    return true;
+    const auto number = Vs::readNumber<int>(text);
+    if (number)
+        value(*number);
+    return number.has_value();
 }
 
 StringValueCommandInput* StringValueCommandInput::make(CommandInputSet* set, int number, Info* info)

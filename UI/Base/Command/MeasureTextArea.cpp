@@ -1,13 +1,12 @@
 // The subject area "Measure": what MeasureMgr measures, for scripts and for people who type.
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/Types/Units/UnitDisplaySettings.h"
 #include "UI/Base/ActiveAssetUtils.h"
 #include "UI/Base/Localized.h"
-
-#include <charconv>
 
 namespace Vu {
 
@@ -83,10 +82,8 @@ bool find(const TextCommandParameters& parameters, Selections& objects, Vs::Stat
 
 std::wstring textOf(double value, Quantity quantity, const TextCommandParameters& parameters)
 {
-    if (parameters.hasFlag(L"Plain")) {
-        char text[32];
-        return std::wstring(text, std::to_chars(text, text + sizeof text, value).ptr);
-    }
+    if (parameters.hasFlag(L"Plain"))
+        return Vs::numberText(value);
     const bool exact = parameters.hasFlag(L"Exact");
     const Vs::Units::Unit unit = Vs::Units::Unit::display(quantity);
     return exact ? Vs::Units::toExactText(value, unit)

@@ -1,3 +1,4 @@
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Strings.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Types/PointText.h"
@@ -7,7 +8,6 @@
 
 #include <boost/format.hpp>
 
-#include <charconv>
 #include <locale>
 #include <sstream>
 #include <string>
@@ -46,14 +46,6 @@ Number number(const std::wstring& text)
     if (!(stream >> value) || !stream.eof())
         throw BadParameter(text, std::is_integral_v<Number> ? "whole number" : "number");
     return value;
-}
-
-/// As few digits as read back to exactly the same number.
-std::wstring text(double value)
-{
-    char buffer[32];
-    const std::to_chars_result end = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return std::wstring(buffer, end.ptr);
 }
 
 GkPoint3d point(const std::wstring& text)
@@ -173,8 +165,9 @@ public:
         boost::wformat format(L"Camera: E%1% P%2% U%3% Near%4% Far%5% Width%6% Height%7% %8%");
         format % Vs::Types::Point3dToString(camera->position()) %
             Vs::Types::Point3dToString(camera->target()) % Vs::Types::Vector3dToString(camera->up()) %
-            text(camera->clipNear()) % text(camera->clipFar()) % text(camera->extentsWidth()) %
-            text(camera->extentsHeight()) % int(camera->projection());
+            Vs::numberText(camera->clipNear()) % Vs::numberText(camera->clipFar()) %
+            Vs::numberText(camera->extentsWidth()) % Vs::numberText(camera->extentsHeight()) %
+            int(camera->projection());
         return {0, format.str()};
     }
 };
@@ -188,9 +181,10 @@ TextCommandResult zoom(const TextCommandParameters& parameters, double factor, c
         camera->zoom(factor);
         WorkspaceWindow::invalidate(kInvalidateAll);
         if (!(factor > 0))
-            return {1, L"The factor " + text(factor) + L" is not above zero; the camera stays as it was."};
+            return {1, L"The factor " + Vs::numberText(factor) +
+                           L" is not above zero; the camera stays as it was."};
         if (factor != 1 && camera->extentsWidth() == width)
-            return {1, L"The view can't be scaled by " + text(factor) +
+            return {1, L"The view can't be scaled by " + Vs::numberText(factor) +
                            L" any more; the camera stays as it was."};
     }
     return {0, answer};
