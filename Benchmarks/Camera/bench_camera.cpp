@@ -6,6 +6,7 @@
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Host.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/SimpleCommand.h"
@@ -92,6 +93,7 @@ double measureDrag(int button, long count)
 int main(int argc, char** argv)
 {
     const long count = argc > 1 ? std::max(5L, std::atol(argv[1])) : 20000;
+    installHost();
     Application::initialize(argc, argv, true);
     Vs::Status status;
     Vs::AddInMgr::get()->loadAddIns(status);

@@ -9,6 +9,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Host.h"
 #include "UI/Base/WorkspaceMgr.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -57,6 +58,7 @@ int main(int count, char** arguments)
     const boost::filesystem::path profile =
         boost::filesystem::temp_directory_path() / boost::filesystem::unique_path();
     Vs::PathInfo::profileDirectory(profile);
+    Vu::installHost();
     Vu::Application::initialize(count, arguments, true);
     Vs::Status status;
     Vs::AddInMgr::get()->loadAddIns(status);

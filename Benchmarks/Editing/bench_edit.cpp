@@ -19,6 +19,7 @@
 #include "Server/DataModel/Selection/VisibilityRequest.h"
 #include "Server/DataModel/Transaction.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Host.h"
 #include "UI/Base/AssetSession.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
@@ -216,6 +217,7 @@ int main(int count, char** arguments)
     const boost::filesystem::path profile =
         boost::filesystem::temp_directory_path() / boost::filesystem::unique_path();
     PathInfo::profileDirectory(profile);
+    Vu::installHost();
     Vu::Application::initialize(count, arguments, true);
     Status status;
     AddInMgr::get()->loadAddIns(status);

@@ -7,6 +7,7 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/Support/Process.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Host.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -35,6 +36,7 @@ public:
         static char name[] = "test_commands";
         static char* arguments[] = {name, nullptr};
         Vs::PathInfo::profileDirectory(scratchFolder().path() / "profile");
+        Vu::installHost();
         Vu::Application::initialize(count, arguments, true);
         Vu::Application::testing(true);
         Vs::Status status;

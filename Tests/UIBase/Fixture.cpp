@@ -6,6 +6,7 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/FileDialog.h"
+#include "UI/Base/Host.h"
 #include "UI/Base/MessageBox.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
@@ -31,6 +32,7 @@ UiTest::UiTest()
     static const TestSupport::ScratchFolder profile;
     static const bool set = (Vs::PathInfo::profileDirectory(profile.path()), true);
     static_cast<void>(set);
+    Vu::installHost();
     Vu::Application::testing(true);
     Vu::SessionMgr::get();
     Vs::DocumentMgr::get()->registerDocumentType(&documentType());

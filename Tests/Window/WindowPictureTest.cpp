@@ -11,6 +11,7 @@
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Support/Process.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Host.h"
 #include "UI/Base/AutoCamViewFragment.h"
 #include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
@@ -197,6 +198,7 @@ public:
         if (!std::getenv("DISPLAY"))
             return;
         Vs::PathInfo::profileDirectory(m_folder.path() / "profile");
+        installHost();
         Application::initialize(m_count, m_arguments, false);
         Application::testing(true);
         Vs::Status status;

@@ -13,6 +13,7 @@
 #include "UI/Application/Lists.h"
 #include "UI/Application/Stubs.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/Host.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -192,6 +193,7 @@ int runProgram(CommandLine line, int& count, char** arguments)
     // Reading the first file takes longest, and needs nothing of what starts now.
     if (!lists && !line.files.empty())
         Vs::DocumentOpener::expect(line.files.front());
+    Vu::installHost();
     Vu::Application::initialize(count, arguments, line.headless);
     bool whole = true;
     if (!loadAddIns(whole))

@@ -6,18 +6,14 @@
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "Server/DataModel/ThumbnailSource.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/ApplicationHost.h"
 #include "UI/Base/Display.h"
-#include "UI/Base/Host.h"
 #include "UI/Base/Localized.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/SuddenEnd.h"
-#include "UI/Base/Thumbnail.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -29,8 +25,6 @@ namespace {
 
 /// How often an idle task that asks to run again comes.
 constexpr int kIdleInterval = 16;
-/// Of the pictures in documents that are saved.
-constexpr uint32_t kThumbnailSide = 256;
 
 struct Start
 {
@@ -68,9 +62,6 @@ Application* Application::get()
 
 Application::Application() : m_data(std::make_unique<Data>())
 {
-    installHost();
-    Vs::ThumbnailSource::install(
-        [](const Vs::Document& document) { return thumbnailOf(document.activeAsset(), kThumbnailSide); });
     m_data->deferred.wakeUp([this] { wakeUp(); });
     m_data->idle.wakeUp([this] { wakeUp(); });
 }
@@ -226,7 +217,7 @@ void Application::shutDown()
     SuddenEnd::over();
     guarded([this] { m_data->deferred.flush(); });
     // Shells hold locks on what they show, so they go before the documents.
-    WorkspaceMgr::get()->closeAll();
+    ApplicationHost::get()->closeWindows();
     Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
     while (m_data->closesDocuments && documents->documents() > 0)
         documents->close(documents->document(documents->documents() - 1));
@@ -252,17 +243,13 @@ void Application::showAboutBox(bool extended)
 
 QWidget* Application::mainWidget() const
 {
-    const WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
-    return window ? window->widget() : nullptr;
+    return ApplicationHost::get()->mainWidget();
 }
 
 void Application::inform(const std::wstring& message)
 {
     CommandMgr::get()->GetAlertController()->addAlert(EAlertSeverity::Information, message);
-    WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
-    if (window && window->shown())
-        window->statusMessage(message);
-    else
+    if (!ApplicationHost::get()->showMessage(message))
         Vs::warn(message);
 }
 

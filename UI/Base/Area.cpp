@@ -1,6 +1,6 @@
 #include "UI/Base/Area.h"
 
-#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/CanvasHost.h"
 
 #include <algorithm>
 #include <utility>
@@ -23,7 +23,7 @@ Area::Area(std::wstring name, const Vs::UniqueString* contents)
     : m_name(std::move(name)), m_contents(contents)
 {
     if (m_contents == graphicsCanvas())
-        m_canvas = std::make_unique<GraphicsCanvas>();
+        m_canvas = CanvasHost::get()->make();
 }
 
 Area::~Area() = default;

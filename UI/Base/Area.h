@@ -80,7 +80,7 @@ private:
     const Vs::UniqueString* m_contents;
     Area* m_parent = nullptr;
     std::vector<std::unique_ptr<Area>> m_children;
-    std::unique_ptr<GraphicsCanvas> m_canvas;
+    std::shared_ptr<GraphicsCanvas> m_canvas; ///< Shared only in that its type is known where it is made.
     bool m_visible = true;
     bool m_collapsed = false;
     bool m_ignoreOverlayable = false;

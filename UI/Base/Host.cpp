@@ -1,8 +1,12 @@
 #include "UI/Base/Host.h"
 
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/ThumbnailSource.h"
 #include "Server/DataModel/TransactionMgr.h"
 #include "UI/Base/Application.h"
+#include "UI/Base/ApplicationHost.h"
 #include "UI/Base/AssetSession.h"
+#include "UI/Base/CanvasHost.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDialog.h"
@@ -11,20 +15,27 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/CursorController.h"
 #include "UI/Base/Environment.h"
+#include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/GraphicsView.h"
 #include "UI/Base/SavingHandler.h"
 #include "UI/Base/SessionEvents.h"
 #include "UI/Base/SessionMgr.h"
 #include "UI/Base/ShellMgr.h"
 #include "UI/Base/StepSurroundings.h"
+#include "UI/Base/Thumbnail.h"
 #include "UI/Base/Transcripts.h"
 #include "UI/Base/ViewMgr.h"
 #include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/WorkspaceWindow.h"
 
 #include <map>
+#include <utility>
 
 namespace Vu {
 namespace {
+
+/// Of the pictures in documents that are saved.
+constexpr uint32_t kThumbnailSide = 256;
 
 /// The pointers that commands show over the canvases, each while its command is active in the active session.
 class CommandCursors : public CommandEventSite, public SessionEventSite
@@ -109,6 +120,59 @@ private:
     std::map<const CommandBase*, CommandDialog> m_dialogs;
 };
 
+WorkspaceWindow* shownWindow()
+{
+    WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
+    return window && window->shown() ? window : nullptr;
+}
+
+class WindowsOfApplication : public ApplicationHost
+{
+public:
+    QWidget* mainWidget() const override
+    {
+        const WorkspaceWindow* window = shownWindow();
+        return window ? window->widget() : nullptr;
+    }
+    std::shared_ptr<ProgressDisplay> progress() const override
+    {
+        const WorkspaceWindow* window = shownWindow();
+        return window ? window->progress() : nullptr;
+    }
+    bool showMessage(const std::wstring& text) override
+    {
+        WorkspaceWindow* window = shownWindow();
+        if (window)
+            window->statusMessage(text);
+        return window != nullptr;
+    }
+    void closeWindows() override { WorkspaceMgr::get()->closeAll(); }
+};
+
+class CanvasesOfWindows : public CanvasHost
+{
+public:
+    std::shared_ptr<GraphicsCanvas> make() override { return std::make_shared<GraphicsCanvas>(); }
+    void invalidateAll() override
+    {
+        for (GraphicsCanvas* canvas : all())
+            canvas->invalidate();
+    }
+    void repaintAll() override
+    {
+        for (GraphicsCanvas* canvas : all())
+            canvas->repaintNow();
+    }
+
+private:
+    static std::vector<GraphicsCanvas*> all()
+    {
+        std::vector<GraphicsCanvas*> canvases;
+        GraphicsCanvas::allCanvases(canvases);
+        return canvases;
+    }
+};
+
 CommandDefinition* definitionOf(const CommandBase* command)
 {
     return command ? command->commandDefinition() : nullptr;
@@ -131,9 +195,16 @@ std::wstring cmdKeyOf(const Vs::Asset* asset)
 
 void installHost()
 {
-    static auto* const host = new ApplicationCommandHost;
-    CommandHost::install(host);
+    static bool installed = false;
+    if (std::exchange(installed, true))
+        return;
+    // They live to the end of the process: add-ins may still ask while they are destroyed.
+    CommandHost::install(new ApplicationCommandHost);
+    ApplicationHost::install(new WindowsOfApplication);
+    CanvasHost::install(new CanvasesOfWindows);
     Vs::TransactionMgr::cmdKeySource(&cmdKeyOf);
+    Vs::ThumbnailSource::install(
+        [](const Vs::Document& document) { return thumbnailOf(document.activeAsset(), kThumbnailSide); });
     installTranscripts();
     StepSurroundings::install();
     static auto* const saving = new SavingHandler;

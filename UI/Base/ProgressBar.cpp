@@ -1,8 +1,8 @@
 #include "UI/Base/ProgressBar.h"
 
 #include "UI/Base/Application.h"
+#include "UI/Base/ApplicationHost.h"
 #include "UI/Base/Display.h"
-#include "UI/Base/WorkspaceWindow.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -37,10 +37,9 @@ ProgressBar::~ProgressBar() = default;
 void ProgressBar::begin(const std::wstring& title)
 {
     ++m_depth;
-    WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
-    if (!m_enabled || !window || !window->shown())
+    const std::shared_ptr<ProgressDisplay> display = ApplicationHost::get()->progress();
+    if (!m_enabled || !display)
         return;
-    const std::shared_ptr<ProgressDisplay> display = window->progress();
     m_data->display = display;
     display->begin(title);
     m_data->sinceEvents.start();

@@ -453,7 +453,7 @@ void SelectionCommandInput::mouseDragEnd(MouseEvent* event)
     take(accepted, event->modifierMask());
 }
 
-bool SelectionCommandInput::giveUpBand()
+bool SelectionCommandInput::giveUp()
 {
     return std::exchange(m_band, nullptr) != nullptr;
 }

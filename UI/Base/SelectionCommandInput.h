@@ -94,7 +94,7 @@ public:
     void mouseDrag(MouseEvent* event) override;
     void mouseDragEnd(MouseEvent* event) override;
     /// Gives up the rectangle that is being pulled open; false if there is none.
-    bool giveUpBand();
+    bool giveUp() override;
     void mouseUp(MouseEvent* event) override;
     void commandEnded() override;
     /// Keeps the paths of the objects, which may be called otherwise or be gone afterwards.

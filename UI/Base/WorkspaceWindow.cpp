@@ -3,8 +3,8 @@
 #include "Server/Base/Warning.h"
 #include "UI/Base/Application.h"
 #include "UI/Base/Arrangement.h"
+#include "UI/Base/CanvasHost.h"
 #include "UI/Base/Display.h"
-#include "UI/Base/GraphicsCanvas.h"
 #include "UI/Base/Layout.h"
 #include "UI/Base/ProgressBar.h"
 #include "UI/Base/WorkspaceMgr.h"
@@ -14,13 +14,6 @@ namespace {
 
 /// The window states by value.
 enum WindowState { kNormal = 0, kMinimized = 1, kZoomed = 2 };
-
-std::vector<GraphicsCanvas*> canvases()
-{
-    std::vector<GraphicsCanvas*> all;
-    GraphicsCanvas::allCanvases(all);
-    return all;
-}
 
 } // namespace
 
@@ -52,16 +45,13 @@ WorkspaceWindow* WorkspaceWindow::activeWorkspaceWindow()
 
 void WorkspaceWindow::invalidate(int what)
 {
-    if (what == 0)
-        return;
-    for (GraphicsCanvas* canvas : canvases())
-        canvas->invalidate();
+    if (what != 0)
+        CanvasHost::get()->invalidateAll();
 }
 
 void WorkspaceWindow::forceImmediateRepaint()
 {
-    for (GraphicsCanvas* canvas : canvases())
-        canvas->repaintNow();
+    CanvasHost::get()->repaintAll();
 }
 
 Arrangement* WorkspaceWindow::activeArrangement() const

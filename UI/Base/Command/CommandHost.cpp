@@ -1,33 +1,26 @@
 #include "UI/Base/Command/CommandHost.h"
 
-namespace Vu {
+#include "Server/Base/HostSlot.h"
 
+namespace Vu {
 namespace {
 
-CommandHost* emptyHost()
+Vs::HostSlot<CommandHost>& slot()
 {
-    static CommandHost host;
-    return &host;
-}
-
-CommandHost*& installed()
-{
-    static CommandHost* host = emptyHost();
-    return host;
+    static Vs::HostSlot<CommandHost> slot;
+    return slot;
 }
 
 } // namespace
 
 CommandHost* CommandHost::get()
 {
-    return installed();
+    return slot().get();
 }
 
 CommandHost* CommandHost::install(CommandHost* host)
 {
-    CommandHost* before = installed();
-    installed() = host ? host : emptyHost();
-    return before;
+    return slot().install(host);
 }
 
 } // namespace Vu

@@ -72,6 +72,10 @@ public:
     /// Told by whoever draws the input.
     void hover(bool entering);
 
+    /// Gives up what the hand is doing in the canvas for this input, as Escape asks. False if there is
+    /// nothing to give up.
+    virtual bool giveUp() { return false; }
+
     /// The command has ended; its session is still there. For the input set.
     virtual void commandEnded() {}
     /// The command is about to change the model, in which nothing of its preview is left.

@@ -3,7 +3,6 @@
 #include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/KeyEvents.h"
-#include "UI/Base/SelectionCommandInput.h"
 
 namespace Vu {
 
@@ -37,8 +36,7 @@ void InteractiveCommandBase::keyPress(KeyEvent* event)
     CommandInUse inUse(this);
     if (commandInputSet() && event->keyCode() == kEscapeKey)
         for (const auto& input : commandInputSet()->inputs())
-            if (auto* selection = Vs::cast<SelectionCommandInput>(input.get());
-                selection && selection->giveUpBand())
+            if (input->giveUp())
                 return;
     onKeyPress(event);
 }
