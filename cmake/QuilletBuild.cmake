@@ -82,6 +82,12 @@ function(quillet_library name kind)
     endif()
 endfunction()
 
+# quillet_sources(TARGET files...): adds this folder's files to a library whose list stands in a folder above.
+function(quillet_sources target)
+    list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    target_sources(${target} PRIVATE ${ARGN})
+endfunction()
+
 # quillet_stage(files...): copies files of this folder into the running tree, under the same relative path.
 function(quillet_stage)
     file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})

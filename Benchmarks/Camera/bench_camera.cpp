@@ -5,16 +5,16 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/Host.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/MouseEvents.h"
-#include "UI/Base/SceneUtilities.h"
-#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/Host.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
 
 #include <algorithm>
 #include <chrono>

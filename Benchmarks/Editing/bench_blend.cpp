@@ -8,9 +8,9 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
-#include "UI/Base/Application.h"
 #include "UI/Base/Host.h"
-#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
 
 #include <boost/filesystem/operations.hpp>
 

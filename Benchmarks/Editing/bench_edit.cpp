@@ -18,11 +18,11 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Selection/VisibilityRequest.h"
 #include "Server/DataModel/Transaction.h"
-#include "UI/Base/Application.h"
 #include "UI/Base/Host.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
 
 #include <boost/filesystem/operations.hpp>
 

@@ -1,11 +1,11 @@
-#include "UI/Base/Clipboard.h"
+#include "UI/Base/Session/Clipboard.h"
 
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Selection/IPasteSource.h"
 #include "Tests/Commands/EditComponents.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/SessionMgr.h"
 
 namespace {
 

@@ -10,9 +10,9 @@
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InputControl.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/MouseOverlay.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/MouseOverlay.h"
 
 using namespace Vu;
 

@@ -6,15 +6,15 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/Support/Process.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/Host.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/DocumentSession.h"
-#include "UI/Base/FileDialog.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/Host.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
 
 #include <boost/filesystem/operations.hpp>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/Base/TextCommand.h"
-#include "UI/Base/MessageBox.h"
+#include "UI/Base/Program/MessageBox.h"
 
 #include <gtest/gtest.h>
 #include <string>

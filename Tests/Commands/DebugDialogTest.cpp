@@ -2,11 +2,11 @@
 
 #include "Server/Base/TranscriptMgr.h"
 #include "Tests/Commands/CommandsProgram.h"
-#include "UI/Base/FileDialog.h"
-#include "UI/Base/ShellMgr.h"
-#include "UI/Base/UIBaseOptionGroup.h"
-#include "UI/Base/Workspace.h"
-#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Workspace/ShellMgr.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Commands/Transcripts/ReplayTasks.h"
 
 #include <QApplication>

@@ -2,7 +2,7 @@
 #include "Server/DataModel/Selection/IDeletable.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Tests/Commands/EditComponents.h"
-#include "UI/Base/AssetSession.h"
+#include "UI/Base/Session/AssetSession.h"
 
 #include <functional>
 #include <map>

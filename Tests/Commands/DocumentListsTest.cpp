@@ -5,10 +5,10 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/InputControl.h"
-#include "UI/Base/DocumentSession.h"
-#include "UI/Base/RecentDocumentMgr.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Resources.h"
 
 #include <boost/filesystem/operations.hpp>

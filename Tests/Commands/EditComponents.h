@@ -6,7 +6,7 @@
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Commands/CommandsProgram.h"
 #include "Tests/Support/RealData.h"
-#include "UI/Base/AssetSession.h"
+#include "UI/Base/Session/AssetSession.h"
 
 namespace CommandsTests {
 

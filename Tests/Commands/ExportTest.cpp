@@ -2,7 +2,7 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/Commands/CommandsProgram.h"
 #include "UI/Base/Command/UsageEvents.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 
 #include <boost/filesystem/operations.hpp>
 

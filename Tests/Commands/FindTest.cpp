@@ -1,11 +1,11 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Tests/Commands/InCanvas.h"
-#include "UI/Base/Area.h"
-#include "UI/Base/BrowserManager.h"
-#include "UI/Base/CameraTransition.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/MarkingMenuEvents.h"
+#include "UI/Base/Session/BrowserManager.h"
+#include "UI/Base/View/CameraTransition.h"
+#include "UI/Base/Workspace/Area.h"
+#include "UI/Base/Workspace/MarkingMenuEvents.h"
 
 using namespace Vu;
 using CommandsTests::Texts;

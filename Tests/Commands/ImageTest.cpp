@@ -3,8 +3,8 @@
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Commands/CommandsProgram.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/SceneUtilities.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/View/GraphicsView.h"
 #include "UI/Commands/Documents/ImageOptions.h"
 
 #include <QImage>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "UI/Base/Application.h"
-#include "UI/Base/Workspace.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>

@@ -4,9 +4,9 @@
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Commands/EditComponents.h"
 #include "Tests/Commands/InBrowser.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/SplitViewMgr.h"
 
 namespace CommandsTests {
 

@@ -2,15 +2,15 @@
 
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/Application.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/SceneUtilities.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
 
 #include <iomanip>
 #include <sstream>

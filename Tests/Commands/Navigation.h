@@ -2,7 +2,7 @@
 
 #include "Server/Geometry/GkPoint3d.h"
 #include "Tests/Commands/CommandsProgram.h"
-#include "UI/Base/MouseEvents.h"
+#include "UI/Base/View/MouseEvents.h"
 
 namespace Vs::Scene {
 class Camera;

@@ -7,13 +7,13 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/Types/Uuid.h"
 #include "Tests/Commands/CommandsProgram.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/InputControl.h"
-#include "UI/Base/DocumentSession.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Documents/NewDocumentCmd.h"
 
 #include <boost/filesystem/fstream.hpp>

@@ -7,13 +7,13 @@
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
 #include "Tests/Commands/Navigation.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/AutoCamViewFragment.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/View/AutoCamViewFragment.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
 
 #include <QApplication>
 #include <QImage>

@@ -4,12 +4,12 @@
 #include "Server/Scene/HitInfo.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Commands/Navigation.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/CameraTransition.h"
 #include "UI/Base/Command/CommandBase.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/View/CameraTransition.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
 
 #include <cmath>
 #include <limits>

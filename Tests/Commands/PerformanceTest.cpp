@@ -4,12 +4,12 @@
 #include "Tests/Commands/Navigation.h"
 #include "Tests/Commands/Transcribed.h"
 #include "Tests/Support/Files.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
 #include "UI/Base/Validation/PerfTestingContext.h"
-#include "UI/Base/Workspace.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -7,8 +7,8 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Commands/CommandsProgram.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"
 

@@ -7,12 +7,12 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/ModelDigest.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/ShellMgr.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Workspace/ShellMgr.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QWidget>
 

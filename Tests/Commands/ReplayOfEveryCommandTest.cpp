@@ -11,16 +11,16 @@
 #include "Server/Types/UnitsOptionGroup.h"
 #include "Server/Types/Uuid.h"
 #include "Tests/Commands/Recorded.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
-#include "UI/Base/FileDialog.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/SnapManager.h"
-#include "UI/Base/UIBaseOptionGroup.h"
-#include "UI/Base/UIInternalOptionGroup.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIInternalOptionGroup.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Session/SnapManager.h"
 
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/split.hpp>

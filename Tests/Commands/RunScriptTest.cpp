@@ -2,10 +2,10 @@
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/Commands/CommandsProgram.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/FileDialog.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
 
 #include <QPlainTextEdit>

@@ -7,17 +7,17 @@
 #include "Tests/Commands/CommandsProgram.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/UsageEvents.h"
-#include "UI/Base/DocumentSession.h"
-#include "UI/Base/FileDialog.h"
-#include "UI/Base/RecentDocumentMgr.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Base/Session/SessionMgr.h"
 
 #include <boost/filesystem/operations.hpp>
 

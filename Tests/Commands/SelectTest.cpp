@@ -7,8 +7,8 @@
 #include "Tests/Support/Files.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/KeyEvents.h"
-#include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/Command/KeyEvents.h"
+#include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Commands/Selection/SelectCmd.h"
 
 #include <QLabel>

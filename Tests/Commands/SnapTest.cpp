@@ -1,16 +1,16 @@
 #include "Server/Types/LengthUnit.h"
 #include "Tests/Commands/CommandsProgram.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/SnapEvents.h"
-#include "UI/Base/SnapManager.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SnapManager.h"
+#include "UI/Base/View/SnapEvents.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,11 +1,11 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/Commands/CommandsProgram.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
+#include "UI/Base/Session/AssetSession.h"
 
 #include <boost/filesystem/operations.hpp>
 

@@ -6,8 +6,8 @@
 #include "Server/DataModel/Document.h"
 #include "Server/Types/Uuid.h"
 #include "Tests/Commands/Recorded.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/AssetSession.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/AssetSession.h"
 
 #include <boost/algorithm/string/join.hpp>
 #include <boost/filesystem/fstream.hpp>

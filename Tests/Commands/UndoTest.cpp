@@ -4,16 +4,16 @@
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/TransactionMgr.h"
 #include "Tests/Commands/CommandsProgram.h"
-#include "UI/Base/ActiveAssetUtils.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/Command.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InputControl.h"
-#include "UI/Base/Workspace.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/ActiveAssetUtils.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QApplication>
 #include <QToolButton>

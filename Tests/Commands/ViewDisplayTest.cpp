@@ -8,16 +8,16 @@
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Commands/Navigation.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/InputControl.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/SnapEvents.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/SnapEvents.h"
 
 #include <QApplication>
 #include <QWidget>

@@ -7,7 +7,7 @@
 #include "Server/Types/PointText.h"
 #include "Tests/Commands/CommandsProgram.h"
 #include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Base/GraphicsView.h"
+#include "UI/Base/View/GraphicsView.h"
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Camera/CameraCmd.h"
 #include "UI/Commands/Localized.h"

@@ -2,8 +2,8 @@
 
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/UIBase/Fixture.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 
 #include <QLabel>
 #include <QLineEdit>

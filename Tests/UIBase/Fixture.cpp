@@ -4,12 +4,12 @@
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/FileDialog.h"
 #include "UI/Base/Host.h"
-#include "UI/Base/MessageBox.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/MessageBox.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
 
 namespace {
 

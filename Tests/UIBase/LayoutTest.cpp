@@ -1,9 +1,9 @@
-#include "UI/Base/Layout.h"
+#include "UI/Base/Workspace/Layout.h"
 
 #include "Server/Base/Strings.h"
 #include "Tests/UIBase/Fixture.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/LayoutStrategy.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/Workspace/LayoutStrategy.h"
 
 #include <fstream>
 #include <memory>

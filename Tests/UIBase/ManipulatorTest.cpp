@@ -1,15 +1,15 @@
-#include "UI/Base/Manipulator.h"
+#include "UI/Base/Session/Manipulator.h"
 
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/Scene/Camera.h"
 #include "Tests/UIBase/Fixture.h"
-#include "UI/Base/AssetGraphicsView.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/MouseEvents.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/SnapManager.h"
-#include "UI/Base/ViewMgr.h"
+#include "UI/Base/Session/AssetGraphicsView.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Session/SnapManager.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/View/ViewMgr.h"
 
 #include <cmath>
 #include <numbers>

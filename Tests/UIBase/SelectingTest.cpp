@@ -12,16 +12,16 @@
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/UIBase/Fixture.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/KeyEvents.h"
-#include "UI/Base/SelectionCommandInput.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/ViewMgr.h"
+#include "UI/Base/Command/KeyEvents.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SelectionCommandInput.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/ViewMgr.h"
 
 #include <QApplication>
 #include <QMouseEvent>

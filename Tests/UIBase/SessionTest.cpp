@@ -3,11 +3,11 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/Types/Uuid.h"
 #include "Tests/UIBase/Fixture.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/DocumentSession.h"
-#include "UI/Base/Environment.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/Environment.h"
+#include "UI/Base/Session/SessionMgr.h"
 
 using namespace Vu;
 

@@ -1,10 +1,10 @@
 #include "Tests/UIBase/Fixture.h"
-#include "UI/Base/Arrangement.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/Layout.h"
-#include "UI/Base/ShellMgr.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/Workspace/Arrangement.h"
+#include "UI/Base/Workspace/Layout.h"
+#include "UI/Base/Workspace/ShellMgr.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 using namespace Vu;
 

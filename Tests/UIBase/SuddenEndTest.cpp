@@ -1,4 +1,4 @@
-#include "UI/Base/SuddenEnd.h"
+#include "UI/Base/Program/SuddenEnd.h"
 
 #include "Server/Base/UnfinishedFile.h"
 #include "Tests/Support/Process.h"

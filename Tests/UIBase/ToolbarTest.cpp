@@ -1,7 +1,7 @@
 #include "Server/Base/Strings.h"
 #include "Tests/UIBase/Fixture.h"
-#include "UI/Base/HUDPersister.h"
-#include "UI/Base/ToolbarPersister.h"
+#include "UI/Base/Workspace/HUDPersister.h"
+#include "UI/Base/Workspace/ToolbarPersister.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Terminal.h"
-#include "UI/Base/Application.h"
+#include "UI/Base/Program/Application.h"
 
 #include <QEventLoop>
 #include <QSocketNotifier>

@@ -6,11 +6,11 @@
 #include "Server/Base/Task.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Server/Base/Warning.h"
-#include "UI/Base/Application.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Validation/PerfTestingContext.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <cstdio>
 #include <utility>

@@ -12,13 +12,13 @@
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Lists.h"
 #include "UI/Application/Stubs.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/Host.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/WorkspaceMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Host.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/filesystem/operations.hpp>

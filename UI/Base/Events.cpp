@@ -1,12 +1,12 @@
-#include "UI/Base/CanvasEvents.h"
-#include "UI/Base/FrameEvents.h"
-#include "UI/Base/InteractionEvents.h"
-#include "UI/Base/Notifications.h"
-#include "UI/Base/SessionEvents.h"
-#include "UI/Base/ShellEvents.h"
-#include "UI/Base/SnapEvents.h"
-#include "UI/Base/SplitViewEvents.h"
-#include "UI/Base/WorkspaceEvents.h"
+#include "UI/Base/Program/Notifications.h"
+#include "UI/Base/Session/SessionEvents.h"
+#include "UI/Base/View/CanvasEvents.h"
+#include "UI/Base/View/FrameEvents.h"
+#include "UI/Base/View/InteractionEvents.h"
+#include "UI/Base/View/SnapEvents.h"
+#include "UI/Base/View/SplitViewEvents.h"
+#include "UI/Base/Workspace/ShellEvents.h"
+#include "UI/Base/Workspace/WorkspaceEvents.h"
 
 // The sources outlive whatever listens to them: add-ins unsubscribe while the process goes down.
 

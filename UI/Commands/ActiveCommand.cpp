@@ -1,9 +1,9 @@
 #include "UI/Commands/ActiveCommand.h"
 
 #include "Server/DataModel/DocumentEvents.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/DocumentSession.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DocumentSession.h"
 
 namespace Vu::Commands {
 

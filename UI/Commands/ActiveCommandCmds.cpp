@@ -1,9 +1,9 @@
 #include "UI/Commands/ActiveCommandCmds.h"
 
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Session/AssetSession.h"
 #include "UI/Commands/ActiveCommand.h"
 #include "UI/Commands/Resources.h"
 

@@ -1,8 +1,8 @@
 #include "UI/Commands/ExitApplicationCmd.h"
 
 #include "Server/Base/PythonManager.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/ProgressBar.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/ProgressBar.h"
 #include "UI/Commands/Documents/DocumentSets.h"
 #include "UI/Commands/Resources.h"
 

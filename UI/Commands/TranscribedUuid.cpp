@@ -3,7 +3,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Types/Uuid.h"
 #include "UI/Base/Command/CommandContext.h"
-#include "UI/Base/SessionTranscriptingHelper.h"
+#include "UI/Base/Session/SessionTranscriptingHelper.h"
 
 namespace Vu::Commands {
 

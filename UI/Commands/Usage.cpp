@@ -1,6 +1,6 @@
 #include "UI/Commands/Usage.h"
 
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 
 namespace Vu::Commands {
 

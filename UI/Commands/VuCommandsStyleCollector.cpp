@@ -1,4 +1,4 @@
-#include "UI/Base/IStyleCollector.h"
+#include "UI/Base/Program/IStyleCollector.h"
 #include "UI/Commands/Resources.h"
 
 namespace Vu::Commands {

@@ -1,7 +1,7 @@
 #include "UI/Commands/WaitCursor.h"
 
 #include "Server/Base/ResourceMgr.h"
-#include "UI/Base/CursorController.h"
+#include "UI/Base/View/CursorController.h"
 
 namespace Vu::Commands {
 namespace {

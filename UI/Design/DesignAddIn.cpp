@@ -1,6 +1,6 @@
 #include "Server/AddInMgr/IUIAddIn.h"
 #include "Server/Base/Warning.h"
-#include "UI/Base/ToolbarPersister.h"
+#include "UI/Base/Workspace/ToolbarPersister.h"
 #include "UI/Design/DocumentKinds.h"
 #include "UI/Design/Edit/ColourCmd.h"
 #include "UI/Design/Edit/PatternCmds.h"

@@ -1,6 +1,6 @@
 #include "UI/Design/Environments.h"
 
-#include "UI/Base/AssetSession.h"
+#include "UI/Base/Session/AssetSession.h"
 #include "UI/Design/Localized.h"
 
 namespace Vu::Design {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "UI/Base/Environment.h"
-#include "UI/Base/SessionEvents.h"
+#include "UI/Base/Session/Environment.h"
+#include "UI/Base/Session/SessionEvents.h"
 
 namespace Vu::Design {
 

@@ -3,10 +3,10 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/Info.h"
-#include "UI/Base/FileDialog.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Session/AssetSession.h"
 #include "UI/Design/Localized.h"
 
 #include <boost/algorithm/string/split.hpp>

@@ -4,11 +4,11 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Selection/VisibilityRequest.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Design/Localized.h"
 
 #include <algorithm>

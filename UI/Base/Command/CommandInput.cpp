@@ -5,7 +5,7 @@
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandSteps.h"
 #include "UI/Base/Command/GroupCommandInput.h"
-#include "UI/Base/Localized.h"
+#include "UI/Base/Command/Localized.h"
 
 #include <utility>
 

@@ -6,7 +6,7 @@
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandInputSet.h"
-#include "UI/Base/Localized.h"
+#include "UI/Base/Command/Localized.h"
 
 #include <algorithm>
 #include <unordered_map>

@@ -2,7 +2,7 @@
 
 #include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandInputSet.h"
-#include "UI/Base/KeyEvents.h"
+#include "UI/Base/Command/KeyEvents.h"
 
 namespace Vu {
 

@@ -4,8 +4,8 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Transaction.h"
-#include "UI/Base/ActiveAssetUtils.h"
-#include "UI/Base/Localized.h"
+#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Session/ActiveAssetUtils.h"
 
 #include <memory>
 #include <vector>

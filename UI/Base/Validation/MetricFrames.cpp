@@ -3,10 +3,10 @@
 #include "Server/Base/Status.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Scene/OffscreenRenderer.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/CanvasPicture.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/View/CanvasPicture.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,7 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/Strings.h"
-#include "UI/Base/Localized.h"
+#include "UI/Base/Command/Localized.h"
 #include "UI/Base/Validation/Calibration.h"
 #include "UI/Base/Validation/References.h"
 

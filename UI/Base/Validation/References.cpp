@@ -4,9 +4,9 @@
 #include "Server/Base/JsonFile.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
-#include "UI/Base/DocumentSession.h"
-#include "UI/Base/Localized.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/SessionMgr.h"
 
 #include <QJsonObject>
 

@@ -1,6 +1,6 @@
 #include "UI/Base/Window/AreaBuilder.h"
 
-#include "UI/Base/Area.h"
+#include "UI/Base/Workspace/Area.h"
 
 #include <QSplitter>
 #include <QVBoxLayout>

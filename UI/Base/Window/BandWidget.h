@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/CanvasBand.h"
+#include "UI/Base/Program/CanvasBand.h"
 
 #include <QWidget>
 

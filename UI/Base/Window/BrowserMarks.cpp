@@ -2,7 +2,7 @@
 
 #include "Server/CommonData/NamedViews.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
-#include "UI/Base/AssetSession.h"
+#include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Window/BrowserModel.h"
 
 #include <QItemSelectionModel>

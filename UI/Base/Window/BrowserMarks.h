@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/Selection/SelectionSet.h"
-#include "UI/Base/SessionEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "UI/Base/BrowserManager.h"
-#include "UI/Base/SessionEvents.h"
+#include "UI/Base/Session/BrowserManager.h"
+#include "UI/Base/Session/SessionEvents.h"
 
 #include <QWidget>
 

@@ -1,8 +1,8 @@
 #include "UI/Base/Window/CanvasMenu.h"
 
 #include "Server/DataModel/Selection/SelectionMgr.h"
-#include "UI/Base/ActiveAssetUtils.h"
-#include "UI/Base/GraphicsCanvas.h"
+#include "UI/Base/Session/ActiveAssetUtils.h"
+#include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/Window/ContextMenu.h"
 #include "UI/Base/Window/RestingCommand.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/Base/Point2.h"
-#include "UI/Base/MouseEvents.h"
+#include "UI/Base/View/MouseEvents.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/Display.h"
+#include "UI/Base/Program/Display.h"
 
 namespace Vu {
 

@@ -1,10 +1,10 @@
 #include "UI/Base/Window/CommandBox.h"
 
 #include "Server/Base/PythonManager.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/Localized.h"
-#include "UI/Base/ProgressBar.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/ProgressBar.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QFontDatabase>

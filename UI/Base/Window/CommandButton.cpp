@@ -2,10 +2,10 @@
 
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/ExtendedInfoLoader.h"
-#include "UI/Base/Icon.h"
-#include "UI/Base/ToolbarManager.h"
+#include "UI/Base/Program/ExtendedInfoLoader.h"
+#include "UI/Base/Program/Icon.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Workspace/ToolbarManager.h"
 
 #include <QApplication>
 #include <QBoxLayout>

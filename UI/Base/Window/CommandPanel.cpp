@@ -5,14 +5,14 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDialog.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/Icon.h"
-#include "UI/Base/Localized.h"
-#include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Program/Icon.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/InputField.h"
 #include "UI/Base/Window/InputForm.h"
 #include "UI/Base/Window/Theme.h"
-#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
 
 #include <QApplication>
 #include <QBoxLayout>

@@ -2,7 +2,7 @@
 
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandInputSet.h"
-#include "UI/Base/SessionEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
 
 #include <QFrame>
 #include <QPoint>

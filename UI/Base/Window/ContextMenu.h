@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/MarkingMenuEvents.h"
+#include "UI/Base/Workspace/MarkingMenuEvents.h"
 
 #include <map>
 #include <string>

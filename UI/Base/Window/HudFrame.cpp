@@ -1,10 +1,10 @@
 #include "UI/Base/Window/HudFrame.h"
 
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/HUDPersister.h"
-#include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/CommandButton.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Workspace/HUDPersister.h"
 
 #include <QBoxLayout>
 #include <QEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/SplitViewEvents.h"
+#include "UI/Base/View/SplitViewEvents.h"
 #include "UI/Base/Window/PlacedHuds.h"
 
 #include <QPointer>

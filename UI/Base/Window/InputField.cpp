@@ -2,10 +2,10 @@
 
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/ControlCommandInputs.h"
+#include "UI/Base/Command/Localized.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
-#include "UI/Base/Icon.h"
-#include "UI/Base/Localized.h"
-#include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/Program/Icon.h"
+#include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Window/TextField.h"
 #include "UI/Base/Window/Theme.h"
 

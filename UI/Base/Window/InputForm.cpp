@@ -2,7 +2,7 @@
 
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/GroupCommandInput.h"
-#include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Window/InputField.h"
 #include "UI/Base/Window/Theme.h"
 

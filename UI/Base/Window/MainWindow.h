@@ -4,9 +4,9 @@
 #include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandEvents.h"
-#include "UI/Base/SessionEvents.h"
-#include "UI/Base/ToolbarManager.h"
-#include "UI/Base/WorkspaceEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
+#include "UI/Base/Workspace/ToolbarManager.h"
+#include "UI/Base/Workspace/WorkspaceEvents.h"
 
 #include <QMainWindow>
 #include <QPointer>

@@ -1,6 +1,6 @@
 #include "UI/Base/Window/NamingDialog.h"
 
-#include "UI/Base/FileDialog.h"
+#include "UI/Base/Program/FileDialog.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/HUDManager.h"
+#include "UI/Base/Workspace/HUDManager.h"
 
 #include <QPoint>
 #include <QTimer>

@@ -1,6 +1,6 @@
 // Questions to a person: messages and file names.
 
-#include "UI/Base/MessageBox.h"
+#include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Window/NamingDialog.h"
 #include "UI/Base/Window/QtDisplay.h"
 

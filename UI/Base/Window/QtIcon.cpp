@@ -1,5 +1,5 @@
 #include "Server/Base/ResourceMgr.h"
-#include "UI/Base/Icon.h"
+#include "UI/Base/Program/Icon.h"
 
 #include <QBuffer>
 #include <QFile>

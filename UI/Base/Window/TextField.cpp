@@ -2,10 +2,10 @@
 
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/Localized.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
 #include "UI/Base/Command/RecentValues.h"
-#include "UI/Base/Icon.h"
-#include "UI/Base/Localized.h"
+#include "UI/Base/Program/Icon.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>

@@ -1,9 +1,9 @@
 #include "UI/Base/Window/Theme.h"
 
 #include "Server/Base/ResourceMgr.h"
-#include "UI/Base/IStyleCollector.h"
-#include "UI/Base/Icon.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/IStyleCollector.h"
+#include "UI/Base/Program/Icon.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,11 +1,11 @@
 #include "UI/Commands/Camera/ActiveView.h"
 
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/TransitionMgr.h"
-#include "UI/Base/ViewMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/TransitionMgr.h"
+#include "UI/Base/View/ViewMgr.h"
 
 namespace Vu::Commands {
 

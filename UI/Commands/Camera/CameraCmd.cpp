@@ -2,7 +2,7 @@
 
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
-#include "UI/Base/Application.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Commands/Camera/ActiveView.h"
 
 #include <utility>

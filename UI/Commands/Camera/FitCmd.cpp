@@ -3,9 +3,9 @@
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/CameraParameters.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/CameraTransition.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/TransitionMgr.h"
+#include "UI/Base/View/CameraTransition.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/TransitionMgr.h"
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Resources.h"
 

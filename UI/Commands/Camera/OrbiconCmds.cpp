@@ -1,11 +1,11 @@
 #include "UI/Commands/Camera/OrbiconCmds.h"
 
-#include "UI/Base/AutoCamViewFragment.h"
 #include "UI/Base/Command/CommandEvents.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/LayoutStrategy.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/AutoCamViewFragment.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/Workspace/LayoutStrategy.h"
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Resources.h"
 

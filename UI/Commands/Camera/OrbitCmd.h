@@ -2,7 +2,7 @@
 
 #include "Server/Base/Point2.h"
 #include "Server/Scene/Node.h"
-#include "UI/Base/MouseEvents.h"
+#include "UI/Base/View/MouseEvents.h"
 #include "UI/Commands/Camera/OrbitCmdDef.h"
 #include "UI/Commands/Camera/OrbitMode.h"
 #include "UI/Commands/Camera/OrbitReticle.h"

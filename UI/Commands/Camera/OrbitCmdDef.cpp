@@ -1,7 +1,7 @@
 #include "UI/Commands/Camera/OrbitCmdDef.h"
 
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Commands/Camera/OrbitCmd.h"
 #include "UI/Commands/Resources.h"
 

@@ -2,8 +2,8 @@
 
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/Scene/Camera.h"
-#include "UI/Base/ActiveAssetUtils.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Commands/Camera/OrbitCmd.h"
 #include "UI/Commands/Camera/OrbitReticle.h"
 #include "UI/Commands/Resources.h"

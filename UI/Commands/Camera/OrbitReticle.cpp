@@ -5,11 +5,11 @@
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/SceneUtilities.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
 #include "UI/Commands/Camera/ActiveView.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/Geometry/GkPoint3d.h"
-#include "UI/Base/MouseEvents.h"
+#include "UI/Base/View/MouseEvents.h"
 #include "UI/Commands/Camera/CameraCmd.h"
 
 namespace Vs::Scene {

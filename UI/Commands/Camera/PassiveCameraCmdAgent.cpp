@@ -1,10 +1,10 @@
 #include "UI/Commands/Camera/PassiveCameraCmdAgent.h"
 
 #include "Server/DataModel/Selection/SelectionMgr.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Camera/FitCmd.h"
 #include "UI/Commands/Camera/OrbitCmd.h"
 #include "UI/Commands/Camera/PanCmd.h"

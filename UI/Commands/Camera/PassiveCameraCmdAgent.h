@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/MouseEvents.h"
+#include "UI/Base/View/MouseEvents.h"
 
 namespace Vu {
 class CommandBase;

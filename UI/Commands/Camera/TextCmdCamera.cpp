@@ -2,7 +2,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Types/PointText.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
 

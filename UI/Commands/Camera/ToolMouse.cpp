@@ -1,13 +1,13 @@
 #include "UI/Commands/Camera/ToolMouse.h"
 
 #include "Server/Base/TranscriptMgr.h"
-#include "UI/Base/CameraTransition.h"
 #include "UI/Base/Command/CommandBase.h"
-#include "UI/Base/CursorController.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/InteractionEvents.h"
-#include "UI/Base/SceneUtilities.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/View/CameraTransition.h"
+#include "UI/Base/View/CursorController.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/InteractionEvents.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 namespace Vu::Commands {
 

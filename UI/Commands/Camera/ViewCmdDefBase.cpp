@@ -4,8 +4,8 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Camera/ViewCmd.h"
 

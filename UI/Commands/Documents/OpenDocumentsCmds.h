@@ -2,7 +2,7 @@
 
 #include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Base/SessionEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
 #include "UI/Commands/CommandRow.h"
 #include "UI/Commands/OwnedList.h"
 

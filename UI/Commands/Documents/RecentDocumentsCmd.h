@@ -2,7 +2,7 @@
 
 #include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Base/RecentDocumentMgr.h"
+#include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Commands/CommandRow.h"
 #include "UI/Commands/OwnedList.h"
 

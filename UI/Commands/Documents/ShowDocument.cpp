@@ -1,10 +1,10 @@
 #include "UI/Commands/Documents/ShowDocument.h"
 
 #include "Server/DataModel/Document.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/SessionMgr.h"
-#include "UI/Base/ShellMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Workspace/ShellMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"
 

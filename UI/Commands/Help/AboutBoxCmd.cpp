@@ -1,6 +1,6 @@
 #include "UI/Commands/Help/AboutBoxCmd.h"
 
-#include "UI/Base/Application.h"
+#include "UI/Base/Program/Application.h"
 
 namespace Vu::Commands {
 

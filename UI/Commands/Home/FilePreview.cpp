@@ -1,7 +1,7 @@
 #include "UI/Commands/Home/FilePreview.h"
 
 #include "Server/DataModel/NativeFile.h"
-#include "UI/Base/Icon.h"
+#include "UI/Base/Program/Icon.h"
 #include "UI/Commands/Localized.h"
 
 #include <QCoreApplication>

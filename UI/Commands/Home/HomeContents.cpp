@@ -1,6 +1,6 @@
 // What the layout of the home screen names: each kind of contents is made here.
 
-#include "UI/Base/AreaContents.h"
+#include "UI/Base/Program/AreaContents.h"
 #include "UI/Commands/Home/OpenSection.h"
 #include "UI/Commands/Home/RecentSection.h"
 #include "UI/Commands/Home/ShellButton.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/Icon.h"
+#include "UI/Base/Program/Icon.h"
 
 #include <string>
 

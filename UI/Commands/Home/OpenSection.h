@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/DocumentEvents.h"
-#include "UI/Base/SessionEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
 #include "UI/Commands/Home/TileSection.h"
 
 namespace Vu {

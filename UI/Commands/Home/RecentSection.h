@@ -1,7 +1,7 @@
 #pragma once
 
-#include "UI/Base/RecentDocumentMgr.h"
-#include "UI/Base/WorkspaceEvents.h"
+#include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Base/Workspace/WorkspaceEvents.h"
 #include "UI/Commands/Home/TileSection.h"
 
 namespace Vu::Commands {

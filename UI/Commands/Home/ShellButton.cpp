@@ -2,7 +2,7 @@
 
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/ToolbarManager.h"
+#include "UI/Base/Workspace/ToolbarManager.h"
 #include "UI/Commands/Home/Icons.h"
 
 #include <QHBoxLayout>

@@ -2,9 +2,9 @@
 
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/SceneUtilities.h"
-#include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/Session/SelectionCommandInput.h"
+#include "UI/Base/View/GraphicsView.h"
 #include "UI/Commands/Measure/EndMeasureTask.h"
 #include "UI/Commands/Measure/MeasureCmd.h"
 #include "UI/Commands/Resources.h"

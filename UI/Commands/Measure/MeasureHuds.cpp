@@ -2,9 +2,9 @@
 
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/Scene/LogicalToSceneSelectionFilter.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/HUDManager.h"
-#include "UI/Base/SceneUtilities.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/Workspace/HUDManager.h"
 
 namespace Vu::Commands {
 

@@ -3,7 +3,7 @@
 #include "UI/Base/Command/ControlCommandInputs.h"
 #include "UI/Base/Command/GroupCommandInput.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
-#include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Commands/CommandRow.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"

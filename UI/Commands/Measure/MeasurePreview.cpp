@@ -4,10 +4,10 @@
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneNodes.h"
 #include "Server/Scene/SimpleMesh.h"
-#include "UI/Base/Adorner.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/SceneUtilities.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Session/Adorner.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <algorithm>
 #include <cmath>

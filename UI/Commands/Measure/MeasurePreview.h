@@ -3,7 +3,7 @@
 #include "Server/DataModel/Measure/MeasureTypes.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/GeometryNode.h"
-#include "UI/Base/CanvasEvents.h"
+#include "UI/Base/View/CanvasEvents.h"
 
 #include <string>
 

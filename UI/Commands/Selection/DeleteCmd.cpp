@@ -3,7 +3,7 @@
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Selection/IDeletable.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
-#include "UI/Base/AssetSession.h"
+#include "UI/Base/Session/AssetSession.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Selection/SelectedObjects.h"
 

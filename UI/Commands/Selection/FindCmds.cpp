@@ -5,11 +5,11 @@
 #include "Server/Scene/CameraParameters.h"
 #include "Server/Scene/LogicalToSceneSelectionFilter.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/ActiveAssetUtils.h"
-#include "UI/Base/BrowserManager.h"
-#include "UI/Base/CameraTransition.h"
-#include "UI/Base/GraphicsView.h"
-#include "UI/Base/MarkingMenuEvents.h"
+#include "UI/Base/Session/ActiveAssetUtils.h"
+#include "UI/Base/Session/BrowserManager.h"
+#include "UI/Base/View/CameraTransition.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/Workspace/MarkingMenuEvents.h"
 #include "UI/Commands/Camera/ActiveView.h"
 
 namespace Vu::Commands {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "UI/Base/Command/InteractiveCommandBase.h"
-#include "UI/Base/MouseEvents.h"
+#include "UI/Base/View/MouseEvents.h"
 #include "UI/Commands/CommandRow.h"
 
 namespace Vu {

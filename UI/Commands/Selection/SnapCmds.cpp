@@ -1,8 +1,8 @@
 #include "UI/Commands/Selection/SnapCmds.h"
 
-#include "UI/Base/ActiveAssetUtils.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
-#include "UI/Base/SnapManager.h"
+#include "UI/Base/Session/ActiveAssetUtils.h"
+#include "UI/Base/Session/SnapManager.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 

@@ -2,9 +2,9 @@
 
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/TransactionMgr.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/Command.h"
-#include "UI/Base/StepSurroundings.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/StepSurroundings.h"
 #include "UI/Commands/ActiveCommand.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"

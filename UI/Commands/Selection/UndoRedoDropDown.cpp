@@ -2,11 +2,11 @@
 
 #include "Server/DataModel/TransactionMgr.h"
 #include "Server/DataModel/TransactionStepUserCache.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/ActiveCommand.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Base/SessionEvents.h"
-#include "UI/Base/SplitViewEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
+#include "UI/Base/View/SplitViewEvents.h"
 #include "UI/Commands/CommandRow.h"
 #include "UI/Commands/OwnedList.h"
 

@@ -1,10 +1,10 @@
 #include "UI/Commands/Shells/ArrangementSwap.h"
 
 #include "Server/Base/UniqueString.h"
-#include "UI/Base/Arrangement.h"
-#include "UI/Base/Layout.h"
-#include "UI/Base/LayoutStrategy.h"
-#include "UI/Base/SplitViewMgr.h"
+#include "UI/Base/View/SplitViewMgr.h"
+#include "UI/Base/Workspace/Arrangement.h"
+#include "UI/Base/Workspace/Layout.h"
+#include "UI/Base/Workspace/LayoutStrategy.h"
 
 #include <algorithm>
 

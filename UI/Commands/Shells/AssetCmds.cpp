@@ -2,9 +2,9 @@
 
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/DocumentSession.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Documents/DocumentSets.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/AssetShell.h"

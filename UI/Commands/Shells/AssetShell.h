@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/Base/LockBase.h"
-#include "UI/Base/SplitViewEvents.h"
+#include "UI/Base/View/SplitViewEvents.h"
 #include "UI/Commands/Shells/SceneBasedShell.h"
 
 #include <map>

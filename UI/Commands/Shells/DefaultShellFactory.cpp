@@ -1,6 +1,6 @@
 #include "UI/Commands/Shells/DefaultShellFactory.h"
 
-#include "UI/Base/Workspace.h"
+#include "UI/Base/Workspace/Workspace.h"
 #include "UI/Commands/Shells/FindShell.h"
 #include "UI/Commands/Shells/ManagementShell.h"
 

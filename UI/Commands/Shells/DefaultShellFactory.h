@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/WorkspaceEvents.h"
+#include "UI/Base/Workspace/WorkspaceEvents.h"
 
 namespace Vu::Commands {
 

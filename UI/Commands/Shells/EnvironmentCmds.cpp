@@ -1,10 +1,10 @@
 #include "UI/Commands/Shells/EnvironmentCmds.h"
 
 #include "Server/DataModel/DocumentMgr.h"
-#include "UI/Base/AssetSession.h"
 #include "UI/Base/Command/InputControl.h"
-#include "UI/Base/Environment.h"
-#include "UI/Base/SessionMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/Environment.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"

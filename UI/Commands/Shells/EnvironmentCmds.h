@@ -1,7 +1,7 @@
 #pragma once
 
 #include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Base/SessionEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
 #include "UI/Commands/CommandRow.h"
 
 #include <memory>

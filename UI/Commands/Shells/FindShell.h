@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/ShellMgr.h"
+#include "UI/Base/Workspace/ShellMgr.h"
 
 namespace Vu::Commands {
 

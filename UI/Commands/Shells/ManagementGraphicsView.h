@@ -2,7 +2,7 @@
 
 #include "Server/Base/StrongRef.h"
 #include "Server/Scene/SceneNodes.h"
-#include "UI/Base/GraphicsView.h"
+#include "UI/Base/View/GraphicsView.h"
 
 namespace Vu::Commands {
 

@@ -1,11 +1,11 @@
 #include "UI/Commands/Shells/SceneBasedShell.h"
 
-#include "UI/Base/AssetGraphicsView.h"
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/GraphicsCanvas.h"
-#include "UI/Base/SplitViewEvents.h"
-#include "UI/Base/SplitViewMgr.h"
-#include "UI/Base/WorkspaceWindow.h"
+#include "UI/Base/Session/AssetGraphicsView.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/SplitViewEvents.h"
+#include "UI/Base/View/SplitViewMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 namespace Vu::Commands {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/Shell.h"
+#include "UI/Base/Workspace/Shell.h"
 
 namespace Vu::Commands {
 

@@ -1,7 +1,7 @@
 #include "UI/Commands/Shells/SharedWorkflows.h"
 
-#include "UI/Base/Workspace.h"
-#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/FindShell.h"
 

@@ -1,8 +1,8 @@
 #include "UI/Commands/Shells/ShellCmds.h"
 
-#include "UI/Base/AssetSession.h"
-#include "UI/Base/Workspace.h"
-#include "UI/Base/WorkspaceMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/FindShell.h"

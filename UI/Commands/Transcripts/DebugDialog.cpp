@@ -1,7 +1,7 @@
 #include "UI/Commands/Transcripts/DebugDialog.h"
 
-#include "UI/Base/Application.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 
 namespace Vu {
 namespace {

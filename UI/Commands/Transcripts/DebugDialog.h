@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/Base/Point2.h"
-#include "UI/Base/ShellEvents.h"
+#include "UI/Base/Workspace/ShellEvents.h"
 
 #include <QRect>
 

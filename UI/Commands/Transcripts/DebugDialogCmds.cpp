@@ -3,7 +3,7 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/ForwardedRun.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
 #include "UI/Commands/Transcripts/DebugDialog.h"

@@ -3,8 +3,8 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/TranscriptMgr.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/FileDialog.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/FileDialog.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 

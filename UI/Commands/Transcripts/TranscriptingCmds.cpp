@@ -1,11 +1,11 @@
 #include "UI/Commands/Transcripts/TranscriptingCmds.h"
 
 #include "Server/Base/TranscriptMgr.h"
-#include "UI/Base/Application.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InputControl.h"
-#include "UI/Base/FileDialog.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/FileDialog.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Transcripts/ReplayTasks.h"
 #include "UI/Commands/Transcripts/ValidationDialog.h"

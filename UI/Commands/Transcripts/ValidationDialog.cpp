@@ -1,7 +1,7 @@
 #include "UI/Commands/Transcripts/ValidationDialog.h"
 
 #include "Server/Base/TranscriptMgr.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Commands/Transcripts/TranscriptLines.h"
 
 #include <utility>

@@ -4,7 +4,7 @@
 #include "UI/Base/Command/CommandInput.h"
 #include "UI/Base/Command/ControlCommandInputs.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
-#include "UI/Base/SelectionCommandInput.h"
+#include "UI/Base/Session/SelectionCommandInput.h"
 
 #include <initializer_list>
 #include <string>

@@ -1,6 +1,6 @@
 #include "UI/Design/Edit/PlaceHandles.h"
 
-#include "UI/Base/AssetGraphicsView.h"
+#include "UI/Base/Session/AssetGraphicsView.h"
 
 namespace Vu::Design {
 

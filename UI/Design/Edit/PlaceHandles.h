@@ -1,7 +1,7 @@
 #pragma once
 
 #include "UI/Base/Command/RealValueCommandInput.h"
-#include "UI/Base/Manipulator.h"
+#include "UI/Base/Session/Manipulator.h"
 
 #include <functional>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "UI/Commands/Adaptations/QT/Options/QTSaveAsImageOptionsDlg.h"
 
-#include "UI/Base/Application.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Commands/Localized.h"
 
 #include <QCheckBox>

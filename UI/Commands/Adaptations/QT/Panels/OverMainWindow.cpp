@@ -1,6 +1,6 @@
 #include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
 
-#include "UI/Base/Application.h"
+#include "UI/Base/Program/Application.h"
 
 #include <QEvent>
 #include <QTimer>

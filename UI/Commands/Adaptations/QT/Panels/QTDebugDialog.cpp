@@ -1,7 +1,7 @@
 #include "UI/Commands/Adaptations/QT/Panels/QTDebugDialog.h"
 
 #include "Server/Base/TranscriptMgr.h"
-#include "UI/Base/Application.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
 #include "UI/Commands/Adaptations/QT/Panels/PanelLayout.h"
 #include "UI/Commands/Adaptations/QT/Panels/QTDebuggingWidget.h"

@@ -1,9 +1,9 @@
 #include "UI/Commands/Adaptations/QT/Panels/QTDebuggingWidget.h"
 
 #include "Server/Base/TranscriptMgr.h"
-#include "UI/Base/Application.h"
-#include "UI/Base/FileDialog.h"
-#include "UI/Base/UIBaseOptionGroup.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
 #include "UI/Commands/Adaptations/QT/Panels/PanelLayout.h"
 #include "UI/Commands/Adaptations/QT/Panels/QTDebugScriptTextEdit.h"

@@ -1,0 +1,241 @@
+#include "UI/Base/Lines/StateRecorder.h"
+
+#include "Server/Base/NumberText.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/TranscriptTrigger.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/ViewFragment.h"
+#include "Server/Types/PointText.h"
+#include "Server/Types/Uuid.h"
+#include "UI/Base/Command/CommandStack.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/CameraTransition.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/ViewMgr.h"
+
+namespace Vu {
+namespace {
+
+using Vs::Scene::Camera;
+
+/// A line holds so many paths; more selected objects take several.
+constexpr size_t kPathsOfLine = 500;
+
+/// The camera that the lines of the area Camera set.
+const Camera* activeCamera()
+{
+    AssetSession* session = SessionMgr::get()->activeAssetSession();
+    ViewMgr* views = session ? session->viewManager() : nullptr;
+    GraphicsView* view = views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr;
+    if (view)
+        view->settleFit();
+    return view && !view->viewFragments().empty() ? view->viewFragments().front()->camera() : nullptr;
+}
+
+/// Writes the line by which the camera is there again.
+class CameraTrigger : public Vs::TranscriptTrigger
+{
+public:
+    explicit CameraTrigger(const Camera& camera) : m_camera(camera) {}
+
+    std::wstring onCreateTranscriptEntry() override
+    {
+        std::wstring line = L"Camera.Set " + Vs::Types::Point3dToString(m_camera.position()) + L' ' +
+                            Vs::Types::Point3dToString(m_camera.target()) + L' ' +
+                            Vs::Types::Vector3dToString(m_camera.up());
+        for (const double value :
+             {m_camera.clipNear(), m_camera.clipFar(), m_camera.extentsWidth(), m_camera.extentsHeight()})
+            line += L' ' + Vs::numberText(value);
+        return line + L' ' + std::to_wstring(int(m_camera.projection()));
+    }
+
+private:
+    const Camera& m_camera;
+};
+
+/// Of the open documents, in their order.
+std::vector<boost::uuids::uuid> identifiers()
+{
+    std::vector<boost::uuids::uuid> all;
+    const Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
+    for (unsigned i = 0; i < manager->documents(); ++i)
+        all.push_back(manager->document(i)->identifier());
+    return all;
+}
+
+bool recording()
+{
+    return Vs::TranscriptMgr::get()->takesEntries();
+}
+
+} // namespace
+
+StateRecorder::StateRecorder()
+{
+    SessionEventSource::get()->subscribe(this);
+}
+
+StateRecorder::~StateRecorder()
+{
+    SessionEventSource::get()->unsubscribe(this);
+    follow(nullptr);
+}
+
+StateRecorder::CameraState StateRecorder::stateOf(const Camera& camera)
+{
+    const GkPoint3d position = camera.position(), target = camera.target();
+    const GkVector3d up = camera.up();
+    return {position.x,
+            position.y,
+            position.z,
+            target.x,
+            target.y,
+            target.z,
+            up.x,
+            up.y,
+            up.z,
+            camera.clipNear(),
+            camera.clipFar(),
+            camera.extentsWidth(),
+            camera.extentsHeight(),
+            double(camera.projection())};
+}
+
+void StateRecorder::begin()
+{
+    m_documents = identifiers();
+    accept();
+}
+
+void StateRecorder::writeDocuments(const std::wstring& line)
+{
+    std::vector<boost::uuids::uuid> now = identifiers();
+    if (now == m_documents)
+        return;
+    // Of files that were opened together each is known by its name.
+    const bool oneCame = now.size() == m_documents.size() + 1;
+    m_documents = std::move(now);
+    const std::wstring identifier =
+        Vs::fromUuid(m_documents.empty() ? boost::uuids::uuid() : m_documents.back());
+    if (!oneCame || line.find(identifier) != std::wstring::npos)
+        return;
+    const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
+    const Vs::Document* newest = documents->document(documents->documents() - 1);
+    std::wstring entry = L"Transcripting.Document " + identifier;
+    for (unsigned i = 0; i < newest->assets(); ++i)
+        entry += L' ' + Vs::fromUuid(newest->asset(i)->guid());
+    Vs::writeTranscriptLine(entry);
+}
+
+void StateRecorder::write()
+{
+    if (!recording())
+        return;
+    writeCamera();
+    writeSelection();
+}
+
+void StateRecorder::accept()
+{
+    m_selectionDiffers = false;
+    m_camera.reset();
+    const Camera* camera = activeCamera();
+    // Where it glides to is known only when it is there.
+    if (camera && !TransitionMgr::get()->playing())
+        m_camera = stateOf(*camera);
+}
+
+void StateRecorder::cameraMoved(const Camera* camera)
+{
+    if (!recording() || camera != activeCamera() || CommandStack::executingAnywhere())
+        return;
+    CameraTrigger(*camera).writeTranscriptEntry();
+    m_camera = stateOf(*camera);
+}
+
+void StateRecorder::writeCamera()
+{
+    if (!recording())
+        return;
+    const Camera* camera = activeCamera();
+    if (!camera || TransitionMgr::get()->playing())
+        return;
+    const CameraState now = stateOf(*camera);
+    if (m_camera && *m_camera != now)
+        CameraTrigger(*camera).writeTranscriptEntry();
+    m_camera = now;
+}
+
+void StateRecorder::writeSelection()
+{
+    if (!m_selectionDiffers || !m_session)
+        return;
+    m_selectionDiffers = false;
+    const Vs::SelectionSet& selected = m_session->selectionManager()->selectionSet();
+    std::vector<std::wstring> paths;
+    for (const auto& selection : selected.selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
+            paths.push_back(Vs::Strings::quote(logical->path().toText(*m_session->asset())));
+    if (paths.empty())
+        Vs::writeTranscriptLine(L"Selection.Clear");
+    for (size_t i = 0; i < paths.size(); i += kPathsOfLine) {
+        std::wstring line = i == 0 ? L"Selection.Select" : L"Selection.Add";
+        for (size_t k = i; k < std::min(i + kPathsOfLine, paths.size()); ++k)
+            line += L' ' + paths[k];
+        Vs::writeTranscriptLine(line);
+    }
+}
+
+void StateRecorder::follow(AssetSession* session)
+{
+    if (session == m_session)
+        return;
+    if (m_session)
+        m_session->selectionManager()->selectionSet().unsubscribe(this);
+    m_session = session;
+    if (m_session)
+        m_session->selectionManager()->selectionSet().subscribe(this);
+    // Another session has a selection and a camera of its own, which nobody has changed yet.
+    m_selectionDiffers = false;
+    m_camera.reset();
+}
+
+void StateRecorder::currentSessionChanged(SessionEvent*)
+{
+    follow(SessionMgr::get()->activeAssetSession());
+}
+
+// The first one of a window becomes the current one before it is active.
+void StateRecorder::sessionPostActivateForAsset(SessionEvent*)
+{
+    follow(SessionMgr::get()->activeAssetSession());
+}
+
+void StateRecorder::sessionClosed(SessionEvent* event)
+{
+    if (event->assetSession() == m_session)
+        follow(nullptr);
+}
+
+void StateRecorder::selectionSetChanged()
+{
+    if (!recording())
+        return;
+    m_selectionDiffers = true;
+    if (m_writeLater || CommandStack::executingAnywhere())
+        return;
+    m_writeLater = true;
+    Application::get()->deferredTasks()->post([this] {
+        m_writeLater = false;
+        write();
+    });
+}
+
+} // namespace Vu

@@ -1,0 +1,97 @@
+#include "UI/Base/Lines/Transcripts.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/Warning.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/TranscriptRecorder.h"
+#include "UI/Base/Lines/StateRecorder.h"
+#include "UI/Base/Program/Answers.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/CameraTransition.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/ViewMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
+
+namespace Vu {
+namespace {
+
+class ApplicationTranscriptHost : public Vs::TranscriptHost
+{
+public:
+    explicit ApplicationTranscriptHost(StateRecorder* state) : m_state(state) {}
+
+    void recordingStarted() override { m_state->begin(); }
+
+    void settle() override
+    {
+        try {
+            Application::get()->deferredTasks()->flush();
+        } catch (const std::exception& fault) {
+            Vs::warn(Vs::Strings::widen(fault.what()));
+        }
+        settleFit();
+        Answers::lineRan();
+    }
+
+    void failed(const std::wstring& message) override
+    {
+        if (Vs::TextOutput* output = Vs::TextCommandMgr::get()->output())
+            output->error(message);
+        // Who started the replay in the window sees no terminal.
+        const WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
+        if (window && window->shown())
+            CommandMgr::get()->GetAlertController()->addAlert(EAlertSeverity::Error, message);
+    }
+
+private:
+    // The next line finds the camera where it is in a window, and there no picture may come between.
+    static void settleFit()
+    {
+        AssetSession* session = SessionMgr::get()->activeAssetSession();
+        ViewMgr* views = session ? session->viewManager() : nullptr;
+        if (GraphicsView* view =
+                views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr)
+            view->settleFit();
+    }
+
+    StateRecorder* m_state;
+};
+
+/// Lives as long as the process: commands may still end while it goes down.
+StateRecorder* stateRecorder()
+{
+    static auto* const recorder = new StateRecorder;
+    return recorder;
+}
+
+} // namespace
+
+void installTranscripts()
+{
+    StateRecorder* const state = stateRecorder();
+    static ApplicationTranscriptHost host(state);
+    Vs::TranscriptMgr::get()->host(&host);
+    TranscriptCameraTrigger::recorder(
+        [](Vs::Scene::Camera* camera) { stateRecorder()->cameraMoved(camera); });
+    static auto* const recorder = new TranscriptRecorder({.before =
+                                                              [state] {
+                                                                  Answers::forgetGiven();
+                                                                  state->write();
+                                                              },
+                                                          .camera = [state] { state->writeCamera(); },
+                                                          .entry = &Answers::writeGiven,
+                                                          .after =
+                                                              [state](const std::wstring& line) {
+                                                                  state->writeDocuments(line);
+                                                                  state->accept();
+                                                              }});
+    CommandMgr::addObserver(recorder);
+    Vs::TextCommandMgr::get()->observer(recorder);
+}
+
+} // namespace Vu

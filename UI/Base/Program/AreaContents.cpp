@@ -1,0 +1,34 @@
+#include "UI/Base/Program/AreaContents.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace Vu {
+namespace {
+
+std::vector<AreaContents*>& registered()
+{
+    static auto* const all = new std::vector<AreaContents*>;
+    return *all;
+}
+
+} // namespace
+
+AreaContents::AreaContents(std::string key, Make make) : m_key(std::move(key)), m_make(std::move(make))
+{
+    registered().push_back(this);
+}
+
+AreaContents::~AreaContents()
+{
+    std::erase(registered(), this);
+}
+
+QWidget* AreaContents::make(const std::string& key, QWidget* parent)
+{
+    const auto found = std::find_if(registered().rbegin(), registered().rend(),
+                                    [&](const AreaContents* contents) { return contents->m_key == key; });
+    return found == registered().rend() ? nullptr : (*found)->m_make(parent);
+}
+
+} // namespace Vu

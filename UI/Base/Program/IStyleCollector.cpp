@@ -1,0 +1,29 @@
+#include "UI/Base/Program/IStyleCollector.h"
+
+namespace Vu {
+namespace {
+
+std::vector<IStyleCollector*>& registered()
+{
+    static auto* const collectors = new std::vector<IStyleCollector*>;
+    return *collectors;
+}
+
+} // namespace
+
+IStyleCollector::IStyleCollector()
+{
+    registered().push_back(this);
+}
+
+IStyleCollector::~IStyleCollector()
+{
+    std::erase(registered(), this);
+}
+
+const std::vector<IStyleCollector*>& IStyleCollector::collectors()
+{
+    return registered();
+}
+
+} // namespace Vu

@@ -1,0 +1,25 @@
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+
+#include "UI/Base/Program/UIInternalOptionGroup.h"
+
+namespace Vu {
+
+UIBaseOptionGroup* UIBaseOptionGroup::get()
+{
+    static auto* const group = new UIBaseOptionGroup;
+    return group;
+}
+
+UIInternalOptionGroup* UIInternalOptionGroup::get()
+{
+    static auto* const group = new UIInternalOptionGroup;
+    return group;
+}
+
+void UIBaseOptionGroup::debugDialogPos(const Vs::Point2& corner)
+{
+    m_debugDialogX(corner.x);
+    m_debugDialogY(corner.y);
+}
+
+} // namespace Vu

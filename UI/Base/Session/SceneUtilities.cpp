@@ -1,0 +1,120 @@
+#include "UI/Base/Session/SceneUtilities.h"
+
+#include "Server/Base/ResourceMgr.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetAdapter.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/Scene/NodeChange.h"
+#include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/Program/Display.h"
+#include "UI/Base/Session/ActiveAssetUtils.h"
+#include "UI/Base/Session/AssetGraphicsView.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/SplitViewMgr.h"
+#include "UI/Base/View/ViewMgr.h"
+
+#include <algorithm>
+
+namespace Vu {
+
+GraphicsView* SceneUtilities::getActiveAssetGraphicView()
+{
+    AssetSession* session = SessionMgr::get()->activeAssetSession();
+    if (!session)
+        return nullptr;
+    auto* attended = Vs::cast<AssetGraphicsView>(SplitViewMgr::get()->activeView());
+    if (attended && attended->assetSession() == session)
+        return attended;
+    return Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId()));
+}
+
+GraphicsCanvas* SceneUtilities::getActiveGraphicsCanvas()
+{
+    if (const GraphicsView* view = getActiveAssetGraphicView())
+        if (GraphicsCanvas* canvas = view->canvas())
+            return canvas;
+    return SplitViewMgr::get()->activeCanvas();
+}
+
+Rendra::Graphics::GroupNode* SceneUtilities::getActiveEditNode()
+{
+    const GraphicsView* view = getActiveAssetGraphicView();
+    const Vs::Scene::ViewFragment* fragment = view ? view->modelFragment() : nullptr;
+    return fragment ? fragment->viewFragmentNode() : nullptr;
+}
+
+bool SceneUtilities::createTexture2(Rendra::Graphics::GeometryNode* node, const Vs::ImageSetResource* images,
+                                    const wchar_t* name, const GkPoint2d& anchor, float scale,
+                                    float occludedOpacity)
+{
+    const std::wstring path = images->localPath() + L"/" + name + L".png";
+    Vs::Scene::Image image;
+    if (!Display::get()->readPicture(path, image))
+        return false;
+    auto texture = std::make_shared<Rendra::Graphics::Texture>();
+    texture->width = static_cast<int>(image.width);
+    texture->height = static_cast<int>(image.height);
+    texture->pixels = std::move(image.pixels);
+    texture->anchor = anchor;
+    texture->scale = scale;
+    texture->occludedOpacity = std::clamp(occludedOpacity, 0.0f, 1.0f);
+    Vs::Scene::NodeChange(node).texture(std::move(texture));
+    return true;
+}
+
+GraphicsView* ActiveAssetUtils::graphicsView()
+{
+    return SceneUtilities::getActiveAssetGraphicView();
+}
+
+AssetSession* ActiveAssetUtils::assetSession()
+{
+    return SessionMgr::get()->activeAssetSession();
+}
+
+Vs::SelectionMgr* ActiveAssetUtils::selectionManager()
+{
+    const AssetSession* session = assetSession();
+    return session ? session->selectionManager() : nullptr;
+}
+
+Vs::SelectionSet* ActiveAssetUtils::selectionSet()
+{
+    Vs::SelectionMgr* manager = selectionManager();
+    return manager ? &manager->selectionSet() : nullptr;
+}
+
+Vs::SelectionSet* ActiveAssetUtils::highlightSet()
+{
+    Vs::SelectionMgr* manager = selectionManager();
+    return manager ? &manager->highlightSet() : nullptr;
+}
+
+Vs::Asset* ActiveAssetUtils::asset()
+{
+    const AssetSession* session = assetSession();
+    return session ? session->asset() : nullptr;
+}
+
+Vs::AssetSettings* ActiveAssetUtils::assetSettings()
+{
+    const Vs::Asset* active = asset();
+    Vs::AssetAdapter* adapter = active ? active->adapter() : nullptr;
+    return adapter ? adapter->assetSettings() : nullptr;
+}
+
+Vs::Units::Unit ActiveAssetUtils::makeLengthUnit()
+{
+    return Vs::Units::Unit::display(Vs::Units::Quantity::Length);
+}
+
+const Vs::Units::Unit* ActiveAssetUtils::findSimpleLengthUnit()
+{
+    static const Vs::Units::Unit unit = Vs::Units::Unit::base(Vs::Units::Quantity::Length);
+    return &unit;
+}
+
+} // namespace Vu

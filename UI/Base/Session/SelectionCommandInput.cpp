@@ -1,0 +1,496 @@
+#include "UI/Base/Session/SelectionCommandInput.h"
+
+#include "Server/Base/Status.h"
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/SelectionFilter.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/InteractiveCommandBase.h"
+#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/CanvasPicker.h"
+#include "UI/Base/Session/RubberBand.h"
+#include "UI/Base/Session/SelectionInputEvents.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+
+#include <boost/algorithm/string/replace.hpp>
+#include <boost/tokenizer.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace Vu {
+namespace {
+
+bool rests(const CommandBase& command)
+{
+    const CommandDefinition* definition = command.commandDefinition();
+    return definition && definition->id() == CommandDefinition::selectCommandId();
+}
+
+/// What a command picks that requires nothing.
+class ComponentFilter : public Vs::Implements<ComponentFilter, Vs::SelectionFilter>
+{
+public:
+    bool accepts(const Vs::Selection& selection) const override
+    {
+        const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
+        return object && object->path().leaf == Vs::ObjectPath::Leaf::Component;
+    }
+};
+
+Vs::Asset* assetOf(const CommandInputBase& input)
+{
+    const AssetSession* session = input.commandInputSet()->command()->assetSession();
+    return session ? session->asset() : nullptr;
+}
+
+/// A path as one of several with bars between them.
+std::wstring asField(std::wstring path)
+{
+    if (path.find_first_of(L"|\"\\") == std::wstring::npos)
+        return path;
+    boost::replace_all(path, L"\\", L"\\\\");
+    boost::replace_all(path, L"\"", L"\\\"");
+    return L'"' + path + L'"';
+}
+
+/// The fields of a text; none if it is no list of such.
+std::vector<std::wstring> fieldsOf(const std::wstring& text)
+{
+    try {
+        const boost::escaped_list_separator<wchar_t> bars(L'\\', L'|', L'"');
+        const boost::tokenizer<boost::escaped_list_separator<wchar_t>, std::wstring::const_iterator,
+                               std::wstring>
+            fields(text.begin(), text.end(), bars);
+        return {fields.begin(), fields.end()};
+    } catch (const boost::escaped_list_error&) {
+        return {};
+    }
+}
+
+} // namespace
+
+/// All pick filters of an input as one.
+class SelectionCommandInput::PickFilter
+{
+public:
+    explicit PickFilter(const SelectionCommandInput& input)
+    {
+        std::vector<const Vs::SelectionFilter*> filters;
+        input.pickFilters(filters);
+        for (const Vs::SelectionFilter* filter : filters)
+            m_filter.add(filter);
+    }
+    const Vs::SelectionFilter* filter() const { return &m_filter; }
+
+private:
+    Vs::CompositeSelectionFilter m_filter{Vs::CompositeSelectionFilter::ELogic::All};
+};
+
+SelectionCommandInput* SelectionCommandInput::make(CommandInputSet* set, int number, Info* info)
+{
+    return new SelectionCommandInput(set, number, info);
+}
+
+SelectionCommandInput::SelectionCommandInput(CommandInputSet* set, int number, Info* info)
+    : Implements(set, number, info), m_kinds(rests(*set->command()))
+{
+    m_own.subscribe(this);
+    MouseEventSource::get()->subscribe(this);
+}
+
+SelectionCommandInput::~SelectionCommandInput()
+{
+    leaveSession();
+    MouseEventSource::get()->unsubscribe(this);
+}
+
+void SelectionCommandInput::requiredQuantity(bool exactly, size_t quantity)
+{
+    m_exactly = exactly;
+    m_quantity = quantity;
+}
+
+void SelectionCommandInput::pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const
+{
+    static const ComponentFilter components;
+    if (m_filter)
+        filters.push_back(m_filter);
+    else if (!rests(*commandInputSet()->command()))
+        filters.push_back(&components);
+    filters.push_back(&m_kinds);
+}
+
+bool SelectionCommandInput::isComplete() const
+{
+    const size_t count = selectionSet().size();
+    return m_exactly ? count == m_quantity : count >= m_quantity;
+}
+
+void SelectionCommandInput::state(EState value)
+{
+    if (std::exchange(m_state, value) != value)
+        stateChanged();
+}
+
+bool SelectionCommandInput::isCurrent() const
+{
+    const SelectionCommandInput* first = nullptr;
+    const SelectionCommandInput* last = nullptr;
+    for (const auto& input : commandInputSet()->inputs()) {
+        const auto* candidate = Vs::cast<SelectionCommandInput>(input.get());
+        if (!candidate || candidate->m_state == EState::Idle || !candidate->isUsable())
+            continue;
+        if (candidate->m_preferred)
+            return candidate == this;
+        if (!first && !candidate->isComplete())
+            first = candidate;
+        last = candidate;
+    }
+    return (first ? first : last) == this;
+}
+
+void SelectionCommandInput::makeCurrent()
+{
+    for (const auto& input : commandInputSet()->inputs())
+        if (auto* other = Vs::cast<SelectionCommandInput>(input.get()))
+            other->m_preferred = other == this;
+    stateChanged();
+}
+
+std::wstring SelectionCommandInput::onWhyInvalid() const
+{
+    if (isComplete() || !m_required)
+        return {};
+    return localizedFormat("InputNeedsSelection",
+                           "Something must be selected in the view: %1% of %2% so far.",
+                           selectionSet().size(), m_quantity);
+}
+
+Vs::SelectionMgr* SelectionCommandInput::pickingManager() const
+{
+    const CommandBase* command = commandInputSet()->command();
+    Vs::SelectionMgr* selection = command->isActive() ? command->selectionManager() : nullptr;
+    return selection && !selection->suspended() && isCurrent() ? selection : nullptr;
+}
+
+bool SelectionCommandInput::accepts(const Vs::StrongRef<Vs::Selection>& selection) const
+{
+    auto* command = Vs::cast<InteractiveCommandBase>(commandInputSet()->command());
+    if (!selection || (m_filter && !m_filter->accepts(*selection)) ||
+        (command && !command->onFilterSelection(selection, nullptr)))
+        return false;
+    SelectionInputQuerySelectPermittedEvent event(const_cast<SelectionCommandInput*>(this), selection.get());
+    commandInputSet()->fire(&event);
+    return event.permitted();
+}
+
+Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& event)
+{
+    const AssetSession* session = commandInputSet()->command()->assetSession();
+    if (!session)
+        return nullptr;
+    const PickFilter wanted(*this);
+    Selections objects = objectsUnder(event, *session, wanted.filter());
+    std::erase_if(objects, [this](const auto& object) { return !accepts(object); });
+    if (objects.empty())
+        return nullptr;
+    const bool adds = event.modifierMask() & (kShiftModifier | kControlModifier);
+    return m_current ? componentOrPart(objects, adds) : objects.front();
+}
+
+// A click takes the component, and one more on it the part. Who adds goes on with what is selected already.
+Vs::StrongRef<Vs::Selection> SelectionCommandInput::componentOrPart(const Selections& objects,
+                                                                    bool adds) const
+{
+    using Object = Vs::LogicalSelection;
+    constexpr auto kComponent = Vs::ObjectPath::Leaf::Component;
+    const auto* first = Vs::cast<Object>(objects.front().get());
+    const auto component = std::find_if(objects.begin(), objects.end(), [&](const auto& each) {
+        const auto* object = Vs::cast<Object>(each.get());
+        return first && object && object->path() == Vs::ObjectPath{first->componentId(), kComponent};
+    });
+    if (component == objects.end())
+        return objects.front();
+    const auto& selected = selectionSet().selections();
+    const bool wantsPart = std::any_of(selected.begin(), selected.end(), [&](const auto& each) {
+        const auto* object = Vs::cast<Object>(each.get());
+        return object &&
+               (adds ? object->path().leaf != kComponent : object->componentId() == first->componentId());
+    });
+    return wantsPart ? objects.front() : *component;
+}
+
+bool SelectionCommandInput::add(Vs::StrongRef<Vs::Selection> selection)
+{
+    if (!accepts(selection))
+        return false;
+    auto all = selectionSet().selections();
+    if (m_exactly && m_quantity > 0 && all.size() >= m_quantity)
+        all.erase(all.begin());
+    all.push_back(std::move(selection));
+    // The same thing at another place is news as well.
+    if (!selections().replace(all))
+        selectionSetChanged();
+    return true;
+}
+
+void SelectionCommandInput::clear()
+{
+    selections().clear();
+}
+
+void SelectionCommandInput::replace(const std::vector<Vs::StrongRef<Vs::Selection>>& selections)
+{
+    this->selections().replace(selections);
+}
+
+void SelectionCommandInput::replacesCurrentSelection(bool value)
+{
+    Vs::SelectionMgr* manager = value ? commandInputSet()->command()->selectionManager() : nullptr;
+    leaveSession();
+    if (!manager)
+        return;
+    m_current = &manager->selectionSet();
+    m_current->subscribe(this);
+}
+
+void SelectionCommandInput::leaveSession()
+{
+    if (Vs::SelectionSet* left = std::exchange(m_current, nullptr))
+        left->unsubscribe(this);
+}
+
+// A command that closed its session has no manager any more, and the selection went with the session.
+void SelectionCommandInput::commandEnded()
+{
+    const CommandBase* command = commandInputSet()->command();
+    if (!command->commandManager())
+        m_current = nullptr;
+    else if (Vs::SelectionMgr* manager = command->selectionManager())
+        manager->collect(this, {});
+    Vs::SelectionSet* current = m_current;
+    leaveSession();
+    if (current && m_clearAtEnd)
+        current->clear();
+}
+
+void SelectionCommandInput::selectionSetChanged()
+{
+    m_preferred = m_preferred && !isComplete();
+    Vs::SelectionMgr* manager = m_current ? nullptr : commandInputSet()->command()->selectionManager();
+    if (manager && commandInputSet()->command()->isRunning())
+        manager->collect(this, m_own.selections());
+    valueChanged();
+}
+
+void SelectionCommandInput::click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers)
+{
+    const bool adds = modifiers & (kShiftModifier | kControlModifier);
+    if (!selection) {
+        if (m_current && !adds)
+            clear();
+    } else if (m_current && !adds) {
+        selections().replace({selection});
+    } else if (!adds || m_exactly || !selections().remove(*selection)) {
+        add(selection);
+    }
+}
+
+std::wstring SelectionCommandInput::displayText() const
+{
+    if (selectionSet().empty())
+        return localized("InputSelectInView", "Select in the view");
+    return localizedFormat("InputSelected", "%1% selected", selectionSet().size());
+}
+
+std::wstring SelectionCommandInput::valueAsString() const
+{
+    std::vector<std::wstring> paths;
+    const Vs::Asset* asset = assetOf(*this);
+    for (const auto& selection : selectionSet().selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+            logical && logical->asset() == asset)
+            paths.push_back(textOf(logical->path(), *asset));
+    std::erase(paths, std::wstring());
+    return valueOf(paths);
+}
+
+void SelectionCommandInput::modelWillChange()
+{
+    m_texts.clear();
+    const Vs::Asset* asset = assetOf(*this);
+    for (const auto& selection : selectionSet().selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+            logical && logical->asset() == asset)
+            m_texts.emplace_back(logical->path(), logical->path().toText(*asset));
+}
+
+std::wstring SelectionCommandInput::textOf(const Vs::ObjectPath& path, const Vs::Asset& asset) const
+{
+    const auto kept =
+        std::find_if(m_texts.begin(), m_texts.end(), [&](const auto& each) { return each.first == path; });
+    return kept == m_texts.end() ? path.toText(asset) : kept->second;
+}
+
+std::wstring SelectionCommandInput::valueOf(const std::vector<std::wstring>& paths)
+{
+    if (paths.size() == 1)
+        return paths.front();
+    std::wstring text;
+    for (const std::wstring& path : paths)
+        text += (text.empty() ? L"" : L"|") + asField(path);
+    return text;
+}
+
+std::optional<SelectionCommandInput::Selections> SelectionCommandInput::named(const std::wstring& text,
+                                                                              Vs::Status& status) const
+{
+    Vs::Asset* asset = assetOf(*this);
+    if (text.empty() || !asset)
+        return text.empty() ? std::optional(Selections()) : std::nullopt;
+    Selections found;
+    const auto find = [&](const std::wstring& path, Vs::Status& why) {
+        auto object = Vs::ObjectPath::find(*asset, path, why);
+        const std::string id = Vs::Strings::narrow(path);
+        if (!object && asset->findComponent(id)) {
+            object = Vs::ObjectPath{.component = id};
+            why.clear();
+        }
+        if (object)
+            found.emplace_back(new Vs::LogicalSelection(asset, *object, nullptr));
+        return object.has_value();
+    };
+    // A name may hold a bar, so that the text is taken as one path first.
+    if (find(text, status))
+        return found;
+    const std::vector<std::wstring> fields = fieldsOf(text);
+    if (fields.size() < 2)
+        return std::nullopt;
+    status.clear();
+    if (!std::all_of(fields.begin(), fields.end(),
+                     [&](const std::wstring& field) { return find(field, status); }))
+        return std::nullopt;
+    return found;
+}
+
+bool SelectionCommandInput::valueFromString(const std::wstring& text)
+{
+    Vs::Status status;
+    const std::optional<Selections> found = named(text, status);
+    if (!found || !std::all_of(found->begin(), found->end(),
+                               [this](const auto& selection) { return accepts(selection); }))
+        return false;
+    if (!selections().replace(*found))
+        valueConfirmed();
+    return true;
+}
+
+std::wstring SelectionCommandInput::whyRefused(const std::wstring& text) const
+{
+    Vs::Status status;
+    if (named(text, status))
+        return localizedFormat("InputRefusesSelection", "\"%1%\" can't be selected for \"%2%\".", text,
+                               info()->name());
+    return status.isError() ? status.toString() : CommandInputBase::whyRefused(text);
+}
+
+void SelectionCommandInput::mouseMove(MouseEvent* event)
+{
+    if (!pickingManager())
+        return;
+    CommandInUse inUse(commandInputSet()->command());
+    // A command may take its preview back when it hears of it, and then something else is there.
+    if (pointAt(under(*event)) && pickingManager())
+        pointAt(under(*event));
+}
+
+bool SelectionCommandInput::pointAt(const Vs::StrongRef<Vs::Selection>& selection)
+{
+    Vs::SelectionSet& lit = pickingManager()->highlightSet();
+    if (selection ? lit.contains(*selection) : lit.empty() && !m_pointing)
+        return false;
+    lit.clear();
+    if (selection)
+        lit.add(selection);
+    m_pointing = selection != nullptr;
+    SelectionInputPreselectionEvent event(this, selection.get());
+    commandInputSet()->fire(&event);
+    return true;
+}
+
+void SelectionCommandInput::mouseDragBegin(MouseEvent* event)
+{
+    m_dragged = true;
+    if (!m_pressed || m_exactly || !pickingManager() || event->button() != kLeftButton || !event->canvas())
+        return;
+    m_band = std::make_unique<RubberBand>(*event);
+    pointAt(nullptr);
+}
+
+void SelectionCommandInput::mouseDrag(MouseEvent* event)
+{
+    if (m_band)
+        m_band->pullTo(*event);
+}
+
+void SelectionCommandInput::mouseDragEnd(MouseEvent* event)
+{
+    const std::unique_ptr<RubberBand> band = std::move(m_band);
+    const AssetSession* session = commandInputSet()->command()->assetSession();
+    if (!band || !session || !pickingManager())
+        return;
+    CommandInUse inUse(commandInputSet()->command());
+    band->pullTo(*event);
+    std::vector<Vs::StrongRef<Vs::Selection>> accepted;
+    const PickFilter wanted(*this);
+    for (const auto& object : objectsIn(*event->canvas(), band->band(), *session, wanted.filter()))
+        if (accepts(object))
+            accepted.push_back(object);
+    take(accepted, event->modifierMask());
+}
+
+bool SelectionCommandInput::giveUp()
+{
+    return std::exchange(m_band, nullptr) != nullptr;
+}
+
+// As a click does, but for Shift, which only adds: nobody sees in a crowd what would go.
+void SelectionCommandInput::take(const std::vector<Vs::StrongRef<Vs::Selection>>& banded, unsigned modifiers)
+{
+    const bool toggles = modifiers & kControlModifier;
+    const bool adds = toggles || (modifiers & kShiftModifier) || !m_current;
+    std::vector<Vs::StrongRef<Vs::Selection>> all;
+    const Vs::SelectionIndex before(selectionSet().selections()), now(banded);
+    if (adds)
+        for (const auto& selection : selectionSet().selections())
+            if (!toggles || !now.contains(*selection))
+                all.push_back(selection);
+    for (const auto& selection : banded)
+        if (!adds || !before.contains(*selection))
+            all.push_back(selection);
+    selections().replace(all);
+}
+
+void SelectionCommandInput::mouseDown(MouseEvent* event)
+{
+    const AssetSession* session = commandInputSet()->command()->assetSession();
+    m_pressed =
+        event->button() == kLeftButton && pickingManager() && session && shows(event->canvas(), *session);
+}
+
+// The click is that of the input that was current when the button went down: the one that takes it makes
+// another one current.
+void SelectionCommandInput::mouseUp(MouseEvent* event)
+{
+    const bool dragged = std::exchange(m_dragged, false);
+    if (event->button() != kLeftButton || !std::exchange(m_pressed, false) || dragged || !pickingManager())
+        return;
+    CommandInUse inUse(commandInputSet()->command());
+    click(under(*event), event->modifierMask());
+}
+
+} // namespace Vu

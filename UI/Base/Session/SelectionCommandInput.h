@@ -1,0 +1,150 @@
+#pragma once
+
+#include "Server/DataModel/Selection/SelectionCategory.h"
+#include "Server/DataModel/Selection/SelectionSet.h"
+#include "UI/Base/Command/CommandInput.h"
+#include "UI/Base/View/MouseEvents.h"
+
+#include <memory>
+#include <optional>
+
+namespace Vs {
+class SelectionFilter;
+class SelectionMgr;
+class Status;
+} // namespace Vs
+
+namespace Vu {
+
+class RubberBand;
+
+/// An input that the user fills by clicking on what the canvas shows, while its command is active and its
+/// session's selection isn't suspended. What a click would take is highlighted. Of several inputs of a set
+/// one at a time takes the clicks: the one that was made current, else the first that isn't complete, else
+/// the last. One that takes any number also takes what lies in a rectangle that is pulled open.
+class SelectionCommandInput : public Vs::Implements<SelectionCommandInput, CommandInputBase>,
+                              public MouseEventSite,
+                              private Vs::SelectionSetSite
+{
+public:
+    /// Whether the input takes part in the picking at all.
+    enum class EState {
+        Idle = 1,       ///< It keeps what it has.
+        Collecting = 8, ///< The default.
+    };
+
+    static SelectionCommandInput* make(CommandInputSet* set, int number, Info* info);
+    ~SelectionCommandInput() override;
+
+    /// How many selections are wanted; if `exactly` holds, one more takes the place of the oldest. Default:
+    /// at least one.
+    void requiredQuantity(bool exactly, size_t quantity);
+    /// What may be selected; not owned. Only the kinds of objects that it may accept are picked in the
+    /// canvas. Null, the default, accepts everything, but components alone are picked.
+    void requiredFilter(const Vs::SelectionFilter* filter) { m_filter = filter; }
+
+    /// Adds the filters by which it is decided what is picked: the required one, and the kinds of objects
+    /// that the user wants, all at first; of the resting command those that the user has chosen for it.
+    void pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const;
+
+    /// Whether the input's selection is the session's own (SelectionMgr::selectionSet), which the browser
+    /// shows and the commands on selected objects use, whoever changes it. A click then selects in place of
+    /// what was selected, and one beside everything selects nothing. Of what lies at a place, the component
+    /// is taken first, and its part once that is selected. Default false: the input collects for its command
+    /// alone, and each click adds. Either way a click with Ctrl or Shift adds a thing or takes it out again.
+    bool replacesCurrentSelection() const { return m_current; }
+    void replacesCurrentSelection(bool value);
+    /// Whether the session's selection is cleared as the command ends. Only for an input that replaces it.
+    /// Default true.
+    bool clearSelectionOnCommandEnd() const { return m_clearAtEnd; }
+    void clearSelectionOnCommandEnd(bool value) { m_clearAtEnd = value; }
+
+    EState state() const { return m_state; }
+    void state(EState value);
+    /// Whether it is the input that takes the clicks.
+    bool isCurrent() const;
+    /// Has it take the clicks until it is complete, or another one is made current.
+    void makeCurrent();
+
+    const Vs::SelectionSet& selectionSet() const { return m_current ? *m_current : m_own; }
+    /// Adds a selection as a click does. Returns false if a filter, the command, or a site of the event
+    /// SelectionInputQuerySelectPermittedEvent refuses it.
+    bool add(Vs::StrongRef<Vs::Selection> selection);
+    /// Takes everything out.
+    void clear();
+    /// Takes these in place of what it has, whatever filters say.
+    void replace(const std::vector<Vs::StrongRef<Vs::Selection>>& selections);
+
+    /// Whether the command needs the input filled. Default true; else it is valid as it is.
+    void required(bool value) { m_required = value; }
+
+    /// The paths of the objects (ObjectPath::toText). Several have bars between them, and those that hold a
+    /// bar, a quote or a backslash stand in quotes.
+    std::wstring valueAsString() const override;
+    /// The text of a value that holds these paths.
+    static std::wstring valueOf(const std::vector<std::wstring>& paths);
+    /// Takes one path as it stands, or several; a component's identifier stands for it, too. Objects that a
+    /// click wouldn't take are no value.
+    bool valueFromString(const std::wstring& text) override;
+    std::wstring displayText() const override;
+
+    void mouseMove(MouseEvent* event) override;
+    void mouseDown(MouseEvent* event) override;
+    void mouseDragBegin(MouseEvent* event) override;
+    void mouseDrag(MouseEvent* event) override;
+    void mouseDragEnd(MouseEvent* event) override;
+    /// Gives up the rectangle that is being pulled open; false if there is none.
+    bool giveUp() override;
+    void mouseUp(MouseEvent* event) override;
+    void commandEnded() override;
+    /// Keeps the paths of the objects, which may be called otherwise or be gone afterwards.
+    void modelWillChange() override;
+    /// What is missing is chosen next; a text that names nothing is a mistake.
+    bool isAwaiting() const override { return !refused(); }
+
+protected:
+    SelectionCommandInput(CommandInputSet* set, int number, Info* info);
+    std::wstring onWhyInvalid() const override;
+    std::wstring whyRefused(const std::wstring& text) const override;
+
+private:
+    using Selections = std::vector<Vs::StrongRef<Vs::Selection>>;
+    class PickFilter;
+    /// Nothing, with errors, if a path is unknown.
+    std::optional<Selections> named(const std::wstring& text, Vs::Status& status) const;
+    Vs::SelectionSet& selections() { return m_current ? *m_current : m_own; }
+    void selectionSetChanged() override;
+    void leaveSession();
+    void click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers);
+    void take(const std::vector<Vs::StrongRef<Vs::Selection>>& banded, unsigned modifiers);
+    /// Null while nothing may be picked.
+    Vs::SelectionMgr* pickingManager() const;
+    bool accepts(const Vs::StrongRef<Vs::Selection>& selection) const;
+    /// Lights what the pointer is at, null for nothing, and tells of it; false if that is lit already.
+    bool pointAt(const Vs::StrongRef<Vs::Selection>& selection);
+    /// What a click there would take; null for nothing.
+    Vs::StrongRef<Vs::Selection> under(const MouseEvent& event);
+    Vs::StrongRef<Vs::Selection> componentOrPart(const Selections& objects, bool adds) const;
+
+    bool isComplete() const;
+
+    std::wstring textOf(const Vs::ObjectPath& path, const Vs::Asset& asset) const;
+
+    Vs::SelectionSet m_own;
+    std::vector<std::pair<Vs::ObjectPath, std::wstring>> m_texts; ///< From before the last change.
+    Vs::SelectionSet* m_current = nullptr; ///< The session's; null if the input has its own.
+    const Vs::SelectionFilter* m_filter = nullptr;
+    Vs::ObjectKindFilter m_kinds; ///< What the user wants to pick.
+    size_t m_quantity = 1;
+    EState m_state = EState::Collecting;
+    std::unique_ptr<RubberBand> m_band;
+    bool m_exactly = false;
+    bool m_clearAtEnd = true;
+    bool m_required = true;
+    bool m_preferred = false; ///< Was made current.
+    bool m_pointing = false;  ///< Was told that the pointer is at something.
+    bool m_pressed = false;   ///< The button went down while the input was current.
+    bool m_dragged = false;   ///< The button that is down has dragged, so that its release is no click.
+};
+
+} // namespace Vu

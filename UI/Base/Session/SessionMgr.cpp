@@ -1,0 +1,172 @@
+#include "UI/Base/Session/SessionMgr.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/Clipboard.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/Environment.h"
+#include "UI/Base/View/ViewMgr.h"
+
+#include <algorithm>
+
+namespace Vu {
+
+SessionMgr* SessionMgr::get()
+{
+    // Never destroyed: documents that are still open when the process ends may tell it that they close.
+    static auto* const manager = new SessionMgr;
+    return manager;
+}
+
+SessionMgr::SessionMgr() : m_clipboard(std::make_unique<Clipboard>())
+{
+    Vs::DocumentEventSource::get()->subscribe(this);
+    Vs::AssetEventSource::get()->subscribe(this);
+}
+
+SessionMgr::~SessionMgr()
+{
+    Vs::DocumentEventSource::get()->unsubscribe(this);
+    Vs::AssetEventSource::get()->unsubscribe(this);
+}
+
+AssetSession* SessionMgr::getOpenAssetSession(const Vs::Asset* asset) const
+{
+    const auto found = std::find_if(m_assets.begin(), m_assets.end(),
+                                    [&](const auto& session) { return session->asset() == asset; });
+    return found == m_assets.end() ? nullptr : found->get();
+}
+
+AssetSession* SessionMgr::assetSession(Vs::Asset* asset)
+{
+    if (AssetSession* open = getOpenAssetSession(asset))
+        return open;
+    if (!asset || !asset->isVisible() || !asset->fullyInitialized())
+        return nullptr;
+    AssetSession* made =
+        m_assets.emplace_back(std::make_unique<AssetSession>(asset, documentSession(asset->document())))
+            .get();
+    // Whoever is told of the new command manager finds the session in its place.
+    made->m_commands = std::make_unique<CommandMgr>(made);
+    SessionEvent event(made);
+    SessionEventSource::get()->fireSessionCreated(&event);
+    return made;
+}
+
+std::vector<AssetSession*> SessionMgr::assetSessions() const
+{
+    std::vector<AssetSession*> sessions;
+    for (const auto& session : m_assets)
+        sessions.push_back(session.get());
+    return sessions;
+}
+
+DocumentSession* SessionMgr::documentSession(Vs::Document* document)
+{
+    if (!document)
+        return nullptr;
+    for (const auto& session : m_documents)
+        if (session->document() == document)
+            return session.get();
+    DocumentSession* made = m_documents.emplace_back(std::make_unique<DocumentSession>(document)).get();
+    made->firstSave(!document->isOnDisk());
+    return made;
+}
+
+DocumentSession* SessionMgr::documentSession(const std::wstring& pathOrName)
+{
+    return documentSession(Vs::DocumentMgr::get()->bestDocument(pathOrName));
+}
+
+std::vector<DocumentSession*> SessionMgr::documentSessions() const
+{
+    std::vector<DocumentSession*> sessions;
+    for (const auto& session : m_documents)
+        sessions.push_back(session.get());
+    return sessions;
+}
+
+DocumentSession* SessionMgr::currentDocumentSession() const
+{
+    return m_current ? m_current->documentSession() : nullptr;
+}
+
+DocumentSession* SessionMgr::activeDocumentSession() const
+{
+    AssetSession* active = activeAssetSession();
+    return active ? active->documentSession() : nullptr;
+}
+
+void SessionMgr::currentAssetSession(AssetSession* session)
+{
+    if (session == m_current)
+        return;
+    m_current = session;
+    Vs::DocumentMgr::get()->activeAsset(activeAssetSession() ? m_current->asset() : nullptr);
+    SessionEvent event(session);
+    SessionEventSource::get()->fireCurrentSessionChanged(&event);
+}
+
+void SessionMgr::preActivate()
+{
+    if (m_current)
+        m_current->viewManager();
+}
+
+void SessionMgr::activate()
+{
+    m_active = true;
+    Vs::DocumentMgr::get()->activeAsset(m_current ? m_current->asset() : nullptr);
+}
+
+void SessionMgr::postActivate()
+{
+    if (!m_active)
+        return;
+    SessionEvent event(m_current);
+    SessionEventSource::get()->fireSessionPostActivateForAsset(&event);
+    if (m_current && m_current->commandManager()->commandStack().empty())
+        m_current->commandManager()->startDefaultCommand();
+}
+
+void SessionMgr::deactivate()
+{
+    if (!m_active)
+        return;
+    SessionEvent event(m_current);
+    SessionEventSource::get()->fireSessionDeactivated(&event);
+    m_active = false;
+    Vs::DocumentMgr::get()->activeAsset(nullptr);
+}
+
+void SessionMgr::close(AssetSession* session)
+{
+    SessionEvent event(session, Vs::Timing::Before);
+    SessionEventSource::get()->fireSessionClosed(&event);
+    if (session == m_current)
+        currentAssetSession(nullptr);
+    std::erase_if(m_assets, [&](const auto& owned) { return owned.get() == session; });
+}
+
+void SessionMgr::assetClosed(Vs::AssetEvent* event)
+{
+    if (AssetSession* session = getOpenAssetSession(event->asset()))
+        close(session);
+}
+
+void SessionMgr::documentClosed(Vs::DocumentEvent* event)
+{
+    // At the second event the document's assets are about to go; the sessions went with the first.
+    if (event->timing() != Vs::Timing::Before)
+        return;
+    const Vs::Document* document = event->document();
+    for (unsigned i = 0; i < document->assets(); ++i)
+        if (AssetSession* session = getOpenAssetSession(document->asset(i)))
+            close(session);
+    std::erase_if(m_documents, [&](const auto& session) { return session->document() == document; });
+}
+
+} // namespace Vu

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/DocumentEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs {
+class Asset;
+class Document;
+} // namespace Vs
+
+namespace Vu {
+
+class AssetSession;
+class Clipboard;
+class DocumentSession;
+
+/// All sessions: what the user interface keeps about open documents and assets. A session is made when it is
+/// first asked for and goes with its document or asset. Main thread only.
+///
+/// The current asset session is the one that the asset shell works on; it is the active one as well between
+/// `activate` and `deactivate`, that is, while that shell is on top.
+class SessionMgr : public Vs::Implements<SessionMgr, Vs::Object>,
+                   private Vs::DocumentEventSite,
+                   private Vs::AssetEventSite
+{
+public:
+    static SessionMgr* get();
+
+    /// Made on demand; null for null, for hidden assets and for those whose content isn't complete yet.
+    AssetSession* assetSession(Vs::Asset* asset);
+    /// Only a session that exists already.
+    AssetSession* getOpenAssetSession(const Vs::Asset* asset) const;
+    /// In the order in which they were made.
+    std::vector<AssetSession*> assetSessions() const;
+
+    /// Made on demand; null for null.
+    DocumentSession* documentSession(Vs::Document* document);
+    /// Of the open document with that path or display name; null if there is none.
+    DocumentSession* documentSession(const std::wstring& pathOrName);
+    std::vector<DocumentSession*> documentSessions() const;
+
+    AssetSession* currentAssetSession() const { return m_current; }
+    void currentAssetSession(AssetSession* session);
+    DocumentSession* currentDocumentSession() const;
+
+    AssetSession* activeAssetSession() const { return m_active ? m_current : nullptr; }
+    DocumentSession* activeDocumentSession() const;
+
+    /// What can be pasted in any session. Never null.
+    Clipboard* globalClipboard() const { return m_clipboard.get(); }
+
+    /// The steps of bringing the current session up, in the order in which a shell calls them.
+    void preActivate();
+    void activate();
+    void postActivate();
+    void deactivate();
+
+private:
+    SessionMgr();
+    ~SessionMgr() override;
+    void documentClosed(Vs::DocumentEvent* event) override;
+    void assetClosed(Vs::AssetEvent* event) override;
+    void close(AssetSession* session);
+
+    std::vector<std::unique_ptr<DocumentSession>> m_documents;
+    std::vector<std::unique_ptr<AssetSession>> m_assets;
+    std::unique_ptr<Clipboard> m_clipboard;
+    AssetSession* m_current = nullptr;
+    bool m_active = false;
+};
+
+} // namespace Vu

@@ -1,0 +1,135 @@
+#include "UI/Base/View/GraphicsCanvas.h"
+
+#include "UI/Base/Program/Display.h"
+#include "UI/Base/View/CursorController.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/View/SplitViewMgr.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Vu {
+namespace {
+
+/// What a new window gives its canvas on a usual screen.
+constexpr int kNewWidth = 1280;
+constexpr int kNewHeight = 800;
+
+std::vector<GraphicsCanvas*>& canvasList()
+{
+    static auto* const list = new std::vector<GraphicsCanvas*>;
+    return *list;
+}
+
+int inPixels(int length, const CanvasSurface* surface)
+{
+    return surface ? static_cast<int>(std::lround(length * surface->pixelRatio())) : length;
+}
+
+} // namespace
+
+GraphicsCanvas::GraphicsCanvas()
+{
+    canvasList().push_back(this);
+}
+
+GraphicsCanvas::~GraphicsCanvas()
+{
+    view(nullptr, false, false);
+    std::erase(canvasList(), this);
+    SplitViewMgr::get()->forget(this);
+    MouseEventSource::get()->forget(this);
+}
+
+void GraphicsCanvas::allCanvases(std::vector<GraphicsCanvas*>& canvases)
+{
+    canvases.insert(canvases.end(), canvasList().begin(), canvasList().end());
+}
+
+void GraphicsCanvas::view(GraphicsView* view, bool fit, bool repaint)
+{
+    if (view != m_view) {
+        if (m_view)
+            m_view->m_canvas = nullptr;
+        if (view && view->m_canvas)
+            view->m_canvas->view(nullptr, false, false);
+        m_view = view;
+        if (view) {
+            view->m_canvas = this;
+            if (fit && !view->m_shownBefore)
+                view->fit();
+            view->m_shownBefore = true;
+        }
+    }
+    if (repaint)
+        repaintNow();
+    else
+        invalidate();
+}
+
+int GraphicsCanvas::width() const
+{
+    return existingWidget() ? m_surface->width() : kNewWidth;
+}
+
+int GraphicsCanvas::height() const
+{
+    return existingWidget() ? m_surface->height() : kNewHeight;
+}
+
+int GraphicsCanvas::pixelWidth() const
+{
+    return inPixels(width(), m_surface.get());
+}
+
+int GraphicsCanvas::pixelHeight() const
+{
+    return inPixels(height(), m_surface.get());
+}
+
+void GraphicsCanvas::invalidate()
+{
+    if (m_surface)
+        m_surface->update();
+}
+
+void GraphicsCanvas::repaintNow()
+{
+    if (m_surface)
+        m_surface->repaint();
+}
+
+void GraphicsCanvas::band(const std::optional<CanvasBand>& band)
+{
+    m_band = band;
+    if (m_surface)
+        m_surface->band(band);
+}
+
+bool GraphicsCanvas::underPointer() const
+{
+    return m_surface && m_surface->underPointer();
+}
+
+void GraphicsCanvas::activateWindow()
+{
+    if (m_surface)
+        m_surface->activateWindow();
+}
+
+QWidget* GraphicsCanvas::widget(QWidget* parent)
+{
+    if (!m_surface)
+        m_surface = Display::get()->makeSurface(this);
+    if (m_surface->put(parent))
+        CursorController::updateCanvases();
+    return m_surface->widget();
+}
+
+QWidget* GraphicsCanvas::existingWidget() const
+{
+    return m_surface ? m_surface->widget() : nullptr;
+}
+
+} // namespace Vu

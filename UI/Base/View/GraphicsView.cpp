@@ -1,0 +1,220 @@
+#include "UI/Base/View/GraphicsView.h"
+
+#include "Server/Base/ResourceMgr.h"
+#include "Server/Base/Strings.h"
+#include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/Projection.h"
+#include "Server/Scene/SceneAssetAdapter.h"
+#include "Server/Scene/ViewFragment.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Display.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/View/SplitViewMgr.h"
+#include "UI/Base/View/TransitionMgr.h"
+
+#include <boost/algorithm/string/case_conv.hpp>
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <system_error>
+#include <unistd.h>
+
+namespace Vu {
+namespace {
+
+std::string imageFormat(const std::wstring& path)
+{
+    const std::wstring suffix = boost::algorithm::to_lower_copy(path.substr(path.rfind(L'.') + 1));
+    if (suffix == L"jpg" || suffix == L"jpeg")
+        return "jpg";
+    if (suffix == L"tif" || suffix == L"tiff")
+        return "tiff";
+    return "png";
+}
+
+/// Tells at once what would only show once a large picture is drawn.
+bool folderTakesFiles(const std::wstring& path, Vs::Status& status)
+{
+    const boost::filesystem::path folder =
+        boost::filesystem::absolute(boost::filesystem::path(path)).parent_path();
+    if (::access(folder.c_str(), W_OK | X_OK) == 0)
+        return true;
+    status.addError(L"The picture " + path + L" cannot be written: " +
+                    Vs::Strings::widen(std::generic_category().message(errno)));
+    return false;
+}
+
+} // namespace
+
+GraphicsView::GraphicsView() = default;
+
+GraphicsView::~GraphicsView()
+{
+    if (m_canvas)
+        m_canvas->view(nullptr, false, false);
+    SplitViewMgr::get()->forget(this);
+}
+
+void GraphicsView::addFragment(Vs::StrongRef<Vs::Scene::ViewFragment> fragment)
+{
+    m_fragments.push_back(fragment.get());
+    m_owned.push_back(std::move(fragment));
+    m_seen.push_back(0);
+    contentChanged();
+}
+
+void GraphicsView::removeFragment(const Vs::Scene::ViewFragment* fragment)
+{
+    const auto found = std::find(m_fragments.begin(), m_fragments.end(), fragment);
+    if (found == m_fragments.end())
+        return;
+    const auto index = found - m_fragments.begin();
+    m_fragments.erase(found);
+    m_seen.erase(m_seen.begin() + index);
+    m_owned.erase(m_owned.begin() + index);
+    contentChanged();
+}
+
+void GraphicsView::contentChanged()
+{
+    if (m_canvas)
+        m_canvas->invalidate();
+}
+
+Vs::Scene::ViewFragment* GraphicsView::modelFragment() const
+{
+    const std::vector<Vs::Scene::ViewFragment*> fragments = modelFragments();
+    return fragments.empty() ? nullptr : fragments.front();
+}
+
+std::vector<Vs::Scene::ViewFragment*> GraphicsView::modelFragments() const
+{
+    std::vector<Vs::Scene::ViewFragment*> fragments;
+    for (Vs::Scene::ViewFragment* fragment : m_fragments)
+        if (fragment->data()->supportSelectBackground())
+            fragments.push_back(fragment);
+    return fragments;
+}
+
+bool GraphicsView::waitsForContent() const
+{
+    return std::any_of(m_fragments.begin(), m_fragments.end(), [](const Vs::Scene::ViewFragment* fragment) {
+        const Vs::Scene::SceneAssetAdapter* adapter = fragment->data()->sceneAssetAdapter();
+        return adapter && adapter->waitsForMeshes();
+    });
+}
+
+void GraphicsView::fit()
+{
+    // The first parts are framed at once, and all of them when the last one is there.
+    m_fitPending = waitsForContent();
+    for (Vs::Scene::ViewFragment* fragment : modelFragments()) {
+        const BBox bounds = fragment->bounds();
+        if (bounds.isEmpty())
+            m_fitPending = true;
+        else
+            fragment->camera()->fit(bounds);
+    }
+    if (const Vs::Scene::ViewFragment* fragment = modelFragment())
+        m_fitRevision = fragment->camera()->revision();
+}
+
+void GraphicsView::settleFit()
+{
+    const Vs::Scene::ViewFragment* model = m_fitPending ? modelFragment() : nullptr;
+    if (!model || model->camera()->revision() != m_fitRevision || TransitionMgr::get()->playing())
+        return;
+    // The next picture has yet to see what is new.
+    for (Vs::Scene::ViewFragment* fragment : m_fragments) {
+        uint64_t seen = 0;
+        fragment->update(seen);
+    }
+    fit();
+}
+
+bool GraphicsView::update()
+{
+    // A camera that was moved since is where the user wants it.
+    const Vs::Scene::ViewFragment* model = modelFragment();
+    const bool pending = m_fitPending && model && model->camera()->revision() == m_fitRevision;
+    m_fitPending = pending;
+    bool changed = false;
+    for (size_t i = 0; i < m_fragments.size(); ++i)
+        changed = m_fragments[i]->update(m_seen[i]) || changed;
+    if (pending && changed && !TransitionMgr::get()->playing())
+        fit();
+    return changed;
+}
+
+void GraphicsView::restartHighlighting() const
+{
+    if (m_canvas)
+        Application::get()->deferredTasks()->post(
+            [canvas = m_canvas] { MouseEventSource::get()->repeatMove(canvas); });
+}
+
+void GraphicsView::copyCamera(const GraphicsView& from)
+{
+    if (&from != this && !m_fragments.empty() && !from.m_fragments.empty())
+        m_fragments.front()->camera()->copyFrom(*from.m_fragments.front()->camera());
+}
+
+bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status)
+{
+    const std::wstring path = image->localPath();
+    const Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
+    Vs::Scene::Image pixels;
+    if (!folderTakesFiles(path, status) || !Vs::Scene::OffscreenRenderer::get()->render(
+                                               modelFragments(), width, height, options, pixels, status))
+        return false;
+    const std::string format = imageFormat(path);
+    return Display::get()->writePicture(pixels, path, format,
+                                        options.transparentBackground && format != "jpg", status);
+}
+
+bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height)
+{
+    Vs::Status status;
+    return renderImage(image, width, height, status);
+}
+
+GkPoint3d GraphicsView::windowToWorld(const Vs::Point2& place) const
+{
+    const Vs::Scene::ViewFragment* fragment = modelFragment();
+    if (!fragment)
+        return {};
+    const Vs::Scene::Camera& camera = *fragment->camera();
+    const Vs::Scene::Projection projection(camera, canvasWidth(), canvasHeight());
+    return projection.screenToWorld({double(place.x), canvasHeight() - place.y, camera.distance()});
+}
+
+std::optional<Vs::Point2> GraphicsView::worldToWindow(const GkPoint3d& point) const
+{
+    const Vs::Scene::ViewFragment* fragment = modelFragment();
+    if (!fragment)
+        return std::nullopt;
+    const Vs::Scene::Projection projection(*fragment->camera(), canvasWidth(), canvasHeight());
+    const GkPoint3d seen = projection.worldToScreen(point);
+    if ((projection.perspective() && seen.z <= 0) || !std::isfinite(seen.x) || !std::isfinite(seen.y))
+        return std::nullopt;
+    static constexpr double kFarthest = 1e6;
+    const auto pixel = [](double value) {
+        return static_cast<int>(std::lround(std::clamp(value, -kFarthest, kFarthest)));
+    };
+    return Vs::Point2{pixel(seen.x), pixel(canvasHeight() - seen.y)};
+}
+
+double GraphicsView::canvasWidth() const
+{
+    return m_canvas ? m_canvas->width() : 1;
+}
+
+double GraphicsView::canvasHeight() const
+{
+    return m_canvas ? m_canvas->height() : 1;
+}
+
+} // namespace Vu

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "Server/Base/Point2.h"
+#include "Server/Base/Status.h"
+#include "Server/Base/StrongRef.h"
+#include "Server/Geometry/GkPoint3d.h"
+#include "Server/Scene/INodeSource.h"
+#include "UI/Base/View/View.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace Vs {
+class ImageResource;
+namespace Scene {
+class ViewFragment;
+}
+} // namespace Vs
+
+namespace Vu {
+
+class GraphicsCanvas;
+class MouseOverlay;
+
+/// What a canvas shows: a scene, seen through one or more view fragments, each with a camera of its own.
+class GraphicsView : public Vs::Implements<GraphicsView, View, Vs::Scene::INodeSource>
+{
+public:
+    GraphicsView();
+    ~GraphicsView() override;
+
+    /// The node under which this view's fragments stand; null before `createScene`.
+    Rendra::Graphics::GroupNode* viewNode() const { return sceneNode(); }
+
+    const std::vector<Vs::Scene::ViewFragment*>& viewFragments() const { return m_fragments; }
+    void addFragment(Vs::StrongRef<Vs::Scene::ViewFragment> fragment);
+    /// Does nothing if it isn't here.
+    void removeFragment(const Vs::Scene::ViewFragment* fragment);
+    /// The first fragment that shows a model; null if there is none.
+    Vs::Scene::ViewFragment* modelFragment() const;
+    /// Where a place of the canvas, in logical pixels from its upper left corner, lies in the plane of the
+    /// camera's target.
+    GkPoint3d windowToWorld(const Vs::Point2& place) const;
+    /// The place of the canvas at which a point of the model is seen; nothing if it lies behind the viewer.
+    std::optional<Vs::Point2> worldToWindow(const GkPoint3d& point) const;
+    /// Frames the content of each fragment that shows a model. With nothing to frame yet, it happens when the
+    /// first content comes.
+    void fit();
+    /// Takes in what arrived since the last call (meshes that were still being made). True if the picture
+    /// changed; the canvas calls it before it draws.
+    bool update();
+    /// What lies under the mouse is looked for and lit up anew at the end of the event, without waiting for a
+    /// move: who is told of it now may want other things.
+    void restartHighlighting() const;
+    /// Whether content is still on its way.
+    bool waitsForContent() const;
+    /// Fits the camera now if it waits for the next picture to be fitted, so that it doesn't depend on when
+    /// that comes.
+    void settleFit();
+
+    /// What lies over the scene and has the mouse first; null for nothing.
+    MouseOverlay* mouseOverlay() const { return m_overlay; }
+
+    /// The canvas that shows this view; null if none does.
+    GraphicsCanvas* canvas() const { return m_canvas; }
+
+    /// Of the canvas that shows it, in logical pixels; 1 without one.
+    double canvasWidth() const;
+    double canvasHeight() const;
+
+    /// Takes over position, target, up and extents of the other view's first camera. Does nothing if either
+    /// view has none.
+    void copyCamera(const GraphicsView& from);
+
+    /// Draws the view without any window and writes the picture, PNG, JPEG or TIFF by the file's suffix.
+    /// Sizes in pixels. False, with the reason, if nothing was written; a picture of that name is then as it
+    /// was.
+    bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status);
+    bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
+
+protected:
+    /// Not owned; must stay as long as the view, or until null is given.
+    void mouseOverlay(MouseOverlay* overlay) { m_overlay = overlay; }
+
+private:
+    friend class GraphicsCanvas;
+
+    std::vector<Vs::Scene::ViewFragment*> modelFragments() const;
+    void contentChanged();
+
+    std::vector<Vs::StrongRef<Vs::Scene::ViewFragment>> m_owned;
+    std::vector<Vs::Scene::ViewFragment*> m_fragments;
+    GraphicsCanvas* m_canvas = nullptr;
+    MouseOverlay* m_overlay = nullptr;
+    std::vector<uint64_t> m_seen; ///< Of each fragment, what update() saw last.
+    uint64_t m_fitRevision = 0;   ///< Of the camera, after the last fit.
+    bool m_fitPending = false;
+    bool m_shownBefore = false;
+};
+
+} // namespace Vu

@@ -1,0 +1,174 @@
+#include "UI/Base/View/MouseEvents.h"
+
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/MouseOverlay.h"
+#include "UI/Base/View/SplitViewMgr.h"
+#include "UI/Base/View/TransitionMgr.h"
+
+#include <cmath>
+#include <utility>
+
+namespace Vu {
+namespace {
+/// A hand that presses a button shakes by this many pixels.
+constexpr double kDragDistance = 3.0;
+} // namespace
+
+MouseEventSource* MouseEventSource::get()
+{
+    static auto* const source = new MouseEventSource;
+    return source;
+}
+
+GraphicsCanvas* MouseEventSource::canvas() const
+{
+    return m_canvas ? m_canvas : SplitViewMgr::get()->activeCanvas();
+}
+
+void MouseEventSource::forget(const GraphicsCanvas* canvas)
+{
+    for (const GraphicsCanvas** kept : {&m_hovered, &m_pressed})
+        if (*kept == canvas)
+            *kept = nullptr;
+    if (m_canvas == canvas)
+        m_canvas = nullptr;
+    if (m_lastCanvas == canvas)
+        m_lastMove.reset();
+}
+
+MouseOverlay* MouseEventSource::overlayOf(const GraphicsCanvas* canvas)
+{
+    const GraphicsView* view = canvas ? canvas->view() : nullptr;
+    return view ? view->mouseOverlay() : nullptr;
+}
+
+// A drag that began elsewhere goes on over the overlay.
+bool MouseEventSource::overlayTakes(MouseEvent* event)
+{
+    MouseOverlay* overlay = m_button == kNoMouseButton ? overlayOf(event->canvas()) : nullptr;
+    const bool takes = overlay && overlay->takesMouse(event);
+    if (!takes || m_hovered != event->canvas())
+        mouseLeft(m_hovered);
+    m_hovered = takes ? event->canvas() : nullptr;
+    return takes;
+}
+
+void MouseEventSource::mouseLeft(const GraphicsCanvas* canvas)
+{
+    if (m_lastCanvas == canvas)
+        m_lastMove.reset();
+    if (!canvas || canvas != m_hovered)
+        return;
+    m_hovered = nullptr;
+    if (MouseOverlay* overlay = overlayOf(canvas))
+        overlay->hoverEnd();
+}
+
+void MouseEventSource::deliver(Handler handler, MouseEvent* event)
+{
+    // A site may send an event of its own.
+    GraphicsCanvas* const outer = std::exchange(m_canvas, event->canvas());
+    forEach([&](MouseEventSite* site) { (site->*handler)(event); });
+    m_canvas = outer;
+}
+
+/// A button goes down: the hand takes over where a glide would have ended.
+void MouseEventSource::begin(MouseEvent* event)
+{
+    TransitionMgr::get()->finish();
+    if (event->canvas())
+        SplitViewMgr::get()->activeCanvas(event->canvas());
+}
+
+void MouseEventSource::fireMouseDown(MouseEvent* event)
+{
+    record(&MouseEventSource::fireMouseDown, *event);
+    if (m_pressed && event->button() != m_pressedButton)
+        return;          // another button, while the overlay has the mouse
+    m_pressed = nullptr; // or a second press of the same one: the release was lost on its way
+    begin(event);
+    if (overlayTakes(event)) {
+        m_pressed = event->canvas();
+        m_pressedButton = event->button();
+        overlayOf(m_pressed)->mousePress(event);
+        return;
+    }
+    m_button = event->button();
+    m_held |= m_button;
+    m_dragging = false;
+    m_downX = event->x();
+    m_downY = event->y();
+    deliver(&MouseEventSite::mouseDown, event);
+}
+
+void MouseEventSource::fireMouseMove(MouseEvent* event)
+{
+    record(&MouseEventSource::fireMouseMove, *event);
+    if (m_pressed) {
+        if (MouseOverlay* overlay = overlayOf(m_pressed))
+            overlay->mouseDrag(event);
+        return;
+    }
+    if (overlayTakes(event)) {
+        overlayOf(event->canvas())->hover(event);
+        m_lastMove.reset();
+        return;
+    }
+    m_lastMove = {kNoMouseButton, event->modifierMask(), event->x(), event->y(), 0};
+    m_lastCanvas = event->canvas();
+    deliver(&MouseEventSite::mouseMoveGlobal, event);
+    if (m_button != kNoMouseButton && !m_dragging &&
+        std::hypot(event->x() - m_downX, event->y() - m_downY) >= kDragDistance) {
+        m_dragging = true;
+        // A drag begins where the button went down, however fast the hand was.
+        MouseEvent begin(event->canvas(), {event->button(), event->modifierMask(), m_downX, m_downY, 0});
+        deliver(&MouseEventSite::mouseDragBegin, &begin);
+    }
+    deliver(m_dragging ? &MouseEventSite::mouseDrag : &MouseEventSite::mouseMove, event);
+}
+
+void MouseEventSource::repeatMove(const GraphicsCanvas* canvas)
+{
+    if (!m_lastMove || m_lastCanvas != canvas || m_held != kNoMouseButton)
+        return;
+    MouseEvent again(m_lastCanvas, *m_lastMove);
+    deliver(&MouseEventSite::mouseMove, &again);
+}
+
+void MouseEventSource::fireMouseUp(MouseEvent* event)
+{
+    record(&MouseEventSource::fireMouseUp, *event);
+    m_held &= ~event->button();
+    if (m_pressed) {
+        if (event->button() != m_pressedButton)
+            return;
+        if (MouseOverlay* overlay = overlayOf(std::exchange(m_pressed, nullptr)))
+            overlay->mouseRelease(event);
+        return;
+    }
+    if (std::exchange(m_dragging, false))
+        deliver(&MouseEventSite::mouseDragEnd, event);
+    deliver(&MouseEventSite::mouseUp, event);
+    m_button = kNoMouseButton;
+}
+
+void MouseEventSource::fireMouseDoubleClick(MouseEvent* event)
+{
+    // Two quick clicks on an overlay are two clicks.
+    if (m_pressed || (m_button == kNoMouseButton && overlayTakes(event))) {
+        fireMouseDown(event);
+        return;
+    }
+    deliver(&MouseEventSite::mouseDoubleClick, event);
+}
+
+void MouseEventSource::fireMouseScroll(MouseEvent* event)
+{
+    if (m_pressed || overlayTakes(event))
+        return;
+    TransitionMgr::get()->finish();
+    deliver(&MouseEventSite::mouseScroll, event);
+}
+
+} // namespace Vu

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "UI/Base/View/MouseOverlay.h"
+
+#include <vector>
+
+namespace Vu {
+
+/// Several overlays of one view, of which the one that was added last has the mouse first.
+class OverlayStack : public MouseOverlay
+{
+public:
+    /// Not owned; must stay until it is removed.
+    void add(MouseOverlay* overlay);
+    void remove(MouseOverlay* overlay);
+
+    void layOut(double width, double height) override;
+    bool takesMouse(MouseEvent* event) override;
+    void hover(MouseEvent* event) override;
+    void hoverEnd() override;
+    void mousePress(MouseEvent* event) override;
+    void mouseDrag(MouseEvent* event) override;
+    void mouseRelease(MouseEvent* event) override;
+
+private:
+    /// The topmost that takes the mouse there; null for none.
+    MouseOverlay* at(MouseEvent* event) const;
+
+    std::vector<MouseOverlay*> m_overlays;
+    MouseOverlay* m_hovered = nullptr;
+    MouseOverlay* m_pressed = nullptr;
+};
+
+} // namespace Vu

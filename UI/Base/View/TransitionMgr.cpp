@@ -1,0 +1,148 @@
+#include "UI/Base/View/TransitionMgr.h"
+
+#include "Server/Base/TranscriptMgr.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/View/CameraTransition.h"
+
+#include <chrono>
+#include <utility>
+
+namespace Vu {
+namespace {
+
+double now()
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+bool somebodyLooks()
+{
+    return Application::get()->mainWidget() && !Application::headless() && !Application::testing() &&
+           !Vs::TranscriptMgr::get()->replaying() && UIBaseOptionGroup::get()->animateCamera();
+}
+
+/// Starts and arrives gently.
+double eased(double fraction)
+{
+    return fraction * fraction * (3.0 - 2.0 * fraction);
+}
+
+TranscriptCameraTrigger::Recorder installedRecorder = nullptr;
+
+} // namespace
+
+/// Plays the manager's transitions from the idle queue, a step a round.
+class PlayTransitionTask : public Vs::Implements<PlayTransitionTask, Vs::Task>
+{
+public:
+    bool run() override { return !TransitionMgr::get()->step(); }
+};
+
+void Transition::apply(double fraction) const
+{
+    for (const auto& item : m_items)
+        item->apply(fraction);
+}
+
+TransitionMgr* TransitionMgr::get()
+{
+    static auto* const manager = new TransitionMgr;
+    return manager;
+}
+
+Transition* TransitionMgr::currentTransition() const
+{
+    if (m_collecting || m_queue.empty())
+        return m_collecting.get();
+    return m_queue.front().get();
+}
+
+Transition* TransitionMgr::beginTransition()
+{
+    if (m_collecting)
+        return nullptr;
+    if (m_seen)
+        finish();
+    for (const auto& transition : m_queue)
+        transition->apply(1.0);
+    m_collecting = std::make_unique<Transition>();
+    return m_collecting.get();
+}
+
+void TransitionMgr::endTransition()
+{
+    std::unique_ptr<Transition> collected = std::move(m_collecting);
+    if (collected && !collected->empty())
+        m_queue.push_back(std::move(collected));
+    if (m_queue.empty())
+        return;
+    if (!somebodyLooks()) {
+        finish();
+        return;
+    }
+    start();
+    if (!std::exchange(m_tasked, true))
+        Application::get()->idleTasks()->add(new PlayTransitionTask);
+}
+
+void TransitionMgr::start()
+{
+    m_started = now();
+    m_queue.front()->apply(0.0);
+}
+
+/// Returns whether there is more to play.
+bool TransitionMgr::step()
+{
+    m_seen = true;
+    if (!m_queue.empty()) {
+        const double fraction = (now() - m_started) * 1000.0 / m_queue.front()->period();
+        if (fraction < 1.0) {
+            m_queue.front()->apply(eased(fraction));
+            return true;
+        }
+        const std::unique_ptr<Transition> ending = std::move(m_queue.front());
+        m_queue.pop_front();
+        ending->apply(1.0);
+    }
+    m_seen = m_tasked = !m_queue.empty();
+    if (m_tasked)
+        start();
+    return m_tasked;
+}
+
+void TransitionMgr::finish()
+{
+    m_seen = false;
+    const auto ending = std::exchange(m_queue, {});
+    for (const auto& transition : ending)
+        transition->apply(1.0);
+}
+
+CameraTransition* CameraTransition::make(Transition*, const Vs::Scene::CameraParameters& before,
+                                         const Vs::Scene::CameraParameters& after, Vs::Scene::Camera* camera)
+{
+    return new CameraTransition(before, after, camera);
+}
+
+void CameraTransition::apply(double fraction)
+{
+    if (fraction >= 1.0)
+        m_after.applyTo(*m_camera);
+    else
+        m_before.towards(m_after, fraction).applyTo(*m_camera);
+}
+
+TranscriptCameraTrigger::TranscriptCameraTrigger(Vs::Scene::Camera* camera)
+{
+    if (installedRecorder && camera)
+        installedRecorder(camera);
+}
+
+void TranscriptCameraTrigger::recorder(Recorder recorder)
+{
+    installedRecorder = recorder;
+}
+
+} // namespace Vu

@@ -1,0 +1,64 @@
+#include "UI/Base/Workspace/Arrangement.h"
+
+#include "UI/Base/Workspace/Layout.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
+
+#include <algorithm>
+
+namespace Vu {
+
+Arrangement* Arrangement::make(ArrangementMgr* manager, Layout* layout)
+{
+    Arrangement* made =
+        manager->m_owned.emplace_back(std::unique_ptr<Arrangement>(new Arrangement(manager, layout))).get();
+    return made;
+}
+
+Arrangement::Arrangement(ArrangementMgr* manager, Layout* layout) : m_manager(manager), m_layout(layout)
+{
+    m_layout->onChange([this] {
+        if (m_manager->arrangement() == this)
+            m_manager->changed();
+    });
+}
+
+Arrangement::~Arrangement()
+{
+    m_layout->onChange(nullptr);
+}
+
+void Arrangement::destroy()
+{
+    m_manager->remove(this);
+    std::erase_if(m_manager->m_owned, [this](const auto& owned) { return owned.get() == this; });
+}
+
+ArrangementMgr::ArrangementMgr(WorkspaceWindow* window) : m_window(window) {}
+
+ArrangementMgr::~ArrangementMgr()
+{
+    m_active = nullptr;
+}
+
+void ArrangementMgr::arrangement(Arrangement* arrangement)
+{
+    if (arrangement == m_active)
+        return;
+    m_active = arrangement;
+    changed();
+}
+
+void ArrangementMgr::remove(Arrangement* arrangement)
+{
+    if (arrangement && arrangement == m_active) {
+        m_active = nullptr;
+        changed();
+    }
+}
+
+void ArrangementMgr::changed()
+{
+    m_window->arrangementChanged();
+}
+
+} // namespace Vu

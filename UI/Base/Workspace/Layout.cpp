@@ -1,0 +1,235 @@
+#include "UI/Base/Workspace/Layout.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Exchange/NewFile.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Xml.h"
+
+#include <QFile>
+#include <QXmlStreamWriter>
+
+#include <array>
+#include <optional>
+#include <stdexcept>
+
+namespace Vu {
+namespace {
+
+struct PlacementName
+{
+    EPlacement placement;
+    const char* name;
+};
+
+constexpr std::array<PlacementName, 6> kPlacements = {{
+    {EPlacement::Fill, "fill"},
+    {EPlacement::Left, "left"},
+    {EPlacement::Right, "right"},
+    {EPlacement::Top, "top"},
+    {EPlacement::Bottom, "bottom"},
+    {EPlacement::Floating, "floating"},
+}};
+constexpr int kLargestExtent = 4000;
+/// Deeper nesting is no layout that anybody can look at; a bound keeps a hostile file from using up the
+/// stack.
+constexpr int kDeepest = 32;
+
+QLatin1String nameOf(EPlacement placement)
+{
+    for (const PlacementName& row : kPlacements)
+        if (row.placement == placement)
+            return QLatin1String(row.name);
+    return QLatin1String("fill");
+}
+
+class LayoutReader
+{
+public:
+    LayoutReader(const std::wstring& filter, XmlFile& xml) : m_filter(filter), m_xml(xml) {}
+
+    void readChildren(Area& parent, int depth)
+    {
+        while (m_xml.nextElement()) {
+            if (m_xml.name() != QLatin1String("area")) {
+                m_xml.problem(L"A layout has no element <" + m_xml.name().toString().toStdWString() + L">.");
+                m_xml.skip();
+            } else if (depth >= kDeepest) {
+                m_xml.problem(L"The areas are nested too deeply.");
+                m_xml.skip();
+            } else {
+                readArea(parent, depth);
+            }
+        }
+    }
+
+private:
+    void readArea(Area& parent, int depth)
+    {
+        const std::optional<std::wstring> form = m_xml.optionalAttribute("filter");
+        if (form && *form != m_filter) {
+            m_xml.skip();
+            return;
+        }
+        const std::wstring contents = m_xml.attribute("contents");
+        auto area = std::make_unique<Area>(
+            m_xml.attribute("name"),
+            contents.empty() ? nullptr
+                             : Vs::UniqueString::find(QString::fromStdWString(contents).toStdString()));
+        area->placement(placement("placement", EPlacement::Fill));
+        area->collapsedPlacement(placement("collapsedPlacement", EPlacement::Left));
+        area->visible(flag("visible", true));
+        area->collapsed(flag("collapsed", false));
+        area->ignoreOverlayable(flag("ignoreOverlayable", false));
+        area->extent(extent());
+        readChildren(*area, depth + 1);
+        parent.addChild(std::move(area));
+    }
+
+    EPlacement placement(const char* attribute, EPlacement fallBack)
+    {
+        const std::wstring text = m_xml.attribute(attribute);
+        if (text.empty())
+            return fallBack;
+        for (const PlacementName& row : kPlacements)
+            if (QString::fromStdWString(text) == QLatin1String(row.name))
+                return row.placement;
+        m_xml.problem(L"\"" + text + L"\" is no placement.");
+        return fallBack;
+    }
+
+    bool flag(const char* attribute, bool fallBack)
+    {
+        const std::wstring text = m_xml.attribute(attribute);
+        if (!text.empty() && text != L"true" && text != L"false")
+            m_xml.problem(L"\"" + text + L"\" is neither true nor false.");
+        return text.empty() ? fallBack : text == L"true";
+    }
+
+    int extent()
+    {
+        const std::wstring text = m_xml.attribute("extent");
+        if (text.empty())
+            return 0;
+        bool ok = false;
+        const int value = QString::fromStdWString(text).toInt(&ok);
+        if (ok && value >= 0 && value <= kLargestExtent)
+            return value;
+        m_xml.problem(L"\"" + text + L"\" is no extent in pixels.");
+        return 0;
+    }
+
+    const std::wstring& m_filter;
+    XmlFile& m_xml;
+};
+
+void write(QXmlStreamWriter& xml, const Area& area)
+{
+    xml.writeStartElement(QStringLiteral("area"));
+    const auto attribute = [&](const char* name, const QString& value) {
+        xml.writeAttribute(QLatin1String(name), value);
+    };
+    if (!area.name().empty())
+        attribute("name", QString::fromStdWString(area.name()));
+    if (area.contents())
+        attribute("contents", QString::fromStdString(area.contents()->text()));
+    if (area.placement() != EPlacement::Fill)
+        attribute("placement", nameOf(area.placement()));
+    if (area.collapsedPlacement() != EPlacement::Left)
+        attribute("collapsedPlacement", nameOf(area.collapsedPlacement()));
+    if (!area.visible())
+        attribute("visible", QStringLiteral("false"));
+    if (area.collapsed())
+        attribute("collapsed", QStringLiteral("true"));
+    if (area.ignoreOverlayable())
+        attribute("ignoreOverlayable", QStringLiteral("true"));
+    if (area.extent() > 0)
+        attribute("extent", QString::number(area.extent()));
+    for (const auto& child : area.children())
+        write(xml, *child);
+    xml.writeEndElement();
+}
+
+/// Takes the first canvas below a split view out of it.
+std::unique_ptr<Area> takeFirstCanvas(Area& split)
+{
+    std::vector<Area*> canvases;
+    split.childrenByContents(Area::graphicsCanvas(), canvases);
+    return canvases.empty() ? nullptr : canvases.front()->parent()->removeChild(canvases.front());
+}
+
+} // namespace
+
+Layout* Layout::load(const std::wstring& path, const std::wstring& filter, Vs::Status& status)
+{
+    auto layout = std::make_unique<Layout>();
+    XmlFile xml(path, "layout", status);
+    if (xml.open())
+        LayoutReader(filter, xml).readChildren(*layout, 0);
+    if (xml.broken()) {
+        // What was read before the fault is not the layout that its author meant.
+        layout = std::make_unique<Layout>();
+        layout->addChild(std::make_unique<Area>(L"Canvas", Area::graphicsCanvas()));
+    } else if (layout->children().empty()) {
+        status.addError(path + L": the layout has no areas in the form \"" + filter + L"\".");
+        layout->addChild(std::make_unique<Area>(L"Canvas", Area::graphicsCanvas()));
+    }
+    return layout.release();
+}
+
+Layout* Layout::load(const std::wstring& path, const std::wstring& filter)
+{
+    Vs::Status status;
+    Layout* layout = load(path, filter, status);
+    if (status.isError())
+        Application::get()->inform(status.toString());
+    return layout;
+}
+
+void Layout::persist(const std::wstring& path, Area* root)
+{
+    if (!root)
+        return;
+    QByteArray content;
+    QXmlStreamWriter xml(&content);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("layout"));
+    for (const auto& child : root->children())
+        write(xml, *child);
+    xml.writeEndElement();
+    xml.writeEndDocument();
+
+    // Shells persist it whenever they go; mostly it is as it was.
+    QFile old(QString::fromStdWString(path));
+    if (old.open(QIODevice::ReadOnly) && old.readAll() == content)
+        return;
+    try {
+        Vs::Exchange::NewFile kept(path);
+        QFile file(QString::fromStdString(kept.scratch()));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
+            throw std::runtime_error(file.errorString().toStdString());
+        kept.commit();
+    } catch (const std::runtime_error& error) {
+        Application::get()->inform(L"The layout cannot be kept in " + path + L": " +
+                                   Vs::Strings::widen(error.what()));
+    }
+}
+
+void Layout::removeSplitViews(Area* root)
+{
+    std::vector<Area*> splits;
+    root->childrenByContents(Area::splitView(), splits);
+    // From the innermost outwards, so that a split inside a split has gone when its turn comes.
+    for (auto split = splits.rbegin(); split != splits.rend(); ++split) {
+        Area* parent = (*split)->parent();
+        const EPlacement placement = (*split)->placement();
+        std::unique_ptr<Area> canvas = takeFirstCanvas(**split);
+        const std::unique_ptr<Area> gone = parent->removeChild(*split);
+        if (!canvas)
+            continue;
+        canvas->placement(placement);
+        parent->addChild(std::move(canvas));
+    }
+}
+
+} // namespace Vu

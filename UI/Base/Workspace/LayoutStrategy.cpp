@@ -1,0 +1,43 @@
+#include "UI/Base/Workspace/LayoutStrategy.h"
+
+#include "UI/Base/Workspace/LayoutUtil.h"
+
+namespace Vu {
+namespace {
+LayoutStrategy* installed = nullptr;
+}
+
+LayoutStrategy* LayoutStrategy::activeStrategy()
+{
+    static auto* const plain = new LayoutStrategy;
+    return installed ? installed : plain;
+}
+
+void LayoutStrategy::activeStrategy(LayoutStrategy* strategy)
+{
+    installed = strategy;
+}
+
+void LayoutStrategy::show(Area* area)
+{
+    area->visible(true);
+}
+
+void LayoutStrategy::hide(Area* area)
+{
+    area->visible(false);
+}
+
+void LayoutStrategy::dock(Area* area, EPlacement placement)
+{
+    area->collapsed(false);
+    area->placement(placement);
+}
+
+bool LayoutUtil::displayQAT()
+{
+    // The desktop layout always has the bar; an edition for a tablet would not.
+    return true;
+}
+
+} // namespace Vu
