@@ -1,8 +1,8 @@
 #pragma once
 
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/Private/CommandHost.h"
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 

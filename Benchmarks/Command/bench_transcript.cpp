@@ -5,7 +5,7 @@
 #include "Benchmarks/Command/EmptyCommand.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptReplay.h"
-#include "UI/Base/Command/TranscriptRecorder.h"
+#include "UI/Base/Command/Private/TranscriptRecorder.h"
 #include "UI/Base/Validation/MetricProbe.h"
 
 #include <boost/filesystem/fstream.hpp>

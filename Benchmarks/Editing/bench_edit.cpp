@@ -13,7 +13,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/DataModel/ModelBuilder.h"
-#include "Server/DataModel/Selection/DeleteRequest.h"
+#include "Server/DataModel/Selection/Private/DeleteRequest.h"
 #include "Server/DataModel/Selection/RenameRequest.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Selection/VisibilityRequest.h"

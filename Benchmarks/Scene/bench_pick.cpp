@@ -6,9 +6,9 @@
 #include "Benchmarks/Measure.h"
 #include "Benchmarks/Scene/KernelPicks.h"
 #include "Server/Scene/AreaPicker.h"
-#include "Server/Scene/MeshTree.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/Picker.h"
+#include "Server/Scene/Private/MeshTree.h"
 #include "Server/Scene/ViewFragment.h"
 
 #include <algorithm>

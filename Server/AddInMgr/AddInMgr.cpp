@@ -1,6 +1,6 @@
 #include "Server/AddInMgr/AddInMgr.h"
 
-#include "Server/AddInMgr/ManifestReader.h"
+#include "Server/AddInMgr/Private/ManifestReader.h"
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/SiblingLibrary.h"

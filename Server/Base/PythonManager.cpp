@@ -2,7 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
-#include "Server/Base/PythonBackend.h"
+#include "Server/Base/Private/PythonBackend.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 

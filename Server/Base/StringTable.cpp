@@ -1,7 +1,7 @@
 #include "Server/Base/StringTable.h"
 
-#include "Server/Base/Catalogue.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Private/Catalogue.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Strings.h"
 

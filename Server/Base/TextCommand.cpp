@@ -1,6 +1,6 @@
 #include "Server/Base/TextCommand.h"
 
-#include "Server/Base/PythonBackend.h"
+#include "Server/Base/Private/PythonBackend.h"
 #include "Server/Base/TextCommandMgr.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "Server/Base/TextCommandMgr.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/Private/TextLine.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandRegistry.h"
-#include "Server/Base/TextLine.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 

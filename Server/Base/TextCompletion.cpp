@@ -1,8 +1,8 @@
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Private/TextLine.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TextCommandRegistry.h"
-#include "Server/Base/TextLine.h"
 
 #include <boost/filesystem/operations.hpp>
 

@@ -1,7 +1,7 @@
 #include "Server/Base/TextFormat.h"
 
 #include "Server/Base/Exception.h"
-#include "Server/Base/TextLine.h"
+#include "Server/Base/Private/TextLine.h"
 
 #include <algorithm>
 #include <charconv>

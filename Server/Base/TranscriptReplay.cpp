@@ -1,11 +1,11 @@
 #include "Server/Base/TranscriptReplay.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/Private/TextLine.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/TextCommandMgr.h"
-#include "Server/Base/TextLine.h"
 
 #include <boost/filesystem/fstream.hpp>
 

@@ -1,7 +1,7 @@
 #include "Server/Base/TranscriptTrigger.h"
 
 #include "Server/Base/Exception.h"
-#include "Server/Base/TextLine.h"
+#include "Server/Base/Private/TextLine.h"
 #include "Server/Base/TranscriptFile.h"
 #include "Server/Base/TranscriptMgr.h"
 

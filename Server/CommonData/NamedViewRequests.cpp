@@ -2,7 +2,7 @@
 
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/CommonData/NamedViews.h"
-#include "Server/CommonData/Texts.h"
+#include "Server/CommonData/Private/Texts.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetAdapter.h"
 

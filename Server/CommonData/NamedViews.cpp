@@ -4,7 +4,7 @@
 #include "Server/Base/Warning.h"
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/CommonData/NamedViewRequests.h"
-#include "Server/CommonData/Texts.h"
+#include "Server/CommonData/Private/Texts.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Types/PointText.h"
 

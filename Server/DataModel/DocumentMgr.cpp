@@ -9,7 +9,7 @@
 #include "Server/DataModel/Native/DocumentStore.h"
 #include "Server/DataModel/Native/Paths.h"
 #include "Server/DataModel/NativeFile.h"
-#include "Server/DataModel/ProgressText.h"
+#include "Server/DataModel/Private/ProgressText.h"
 
 #include <boost/algorithm/string/predicate.hpp>
 #include <boost/filesystem/operations.hpp>

@@ -7,7 +7,7 @@
 #include "Server/DataModel/Exchange/ForeignTranslator.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Native/DocumentStore.h"
-#include "Server/DataModel/ProgressText.h"
+#include "Server/DataModel/Private/ProgressText.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 
 #include <boost/filesystem/operations.hpp>

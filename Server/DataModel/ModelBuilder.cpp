@@ -2,7 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
-#include "Server/DataModel/Edit/Motion.h"
+#include "Server/DataModel/Edit/Private/Motion.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Transaction.h"
 

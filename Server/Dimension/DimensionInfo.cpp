@@ -1,6 +1,6 @@
 #include "Server/Dimension/DimensionInfo.h"
 
-#include "Server/Dimension/DimensionDrawing.h"
+#include "Server/Dimension/Private/DimensionDrawing.h"
 #include "Server/Scene/NodeChange.h"
 
 #include <cmath>

@@ -1,8 +1,8 @@
 #include "Server/Scene/AreaPicker.h"
 
-#include "Server/Scene/PickSearch.h"
-#include "Server/Scene/ViewRay.h"
-#include "Server/Scene/ViewRegion.h"
+#include "Server/Scene/Private/PickSearch.h"
+#include "Server/Scene/Private/ViewRay.h"
+#include "Server/Scene/Private/ViewRegion.h"
 
 #include <algorithm>
 #include <array>

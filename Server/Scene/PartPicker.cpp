@@ -1,6 +1,6 @@
-#include "Server/Scene/MeshTree.h"
-#include "Server/Scene/PickSearch.h"
-#include "Server/Scene/ViewRay.h"
+#include "Server/Scene/Private/MeshTree.h"
+#include "Server/Scene/Private/PickSearch.h"
+#include "Server/Scene/Private/ViewRay.h"
 
 #include <algorithm>
 #include <array>

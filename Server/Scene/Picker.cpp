@@ -1,7 +1,7 @@
 #include "Server/Scene/Picker.h"
 
-#include "Server/Scene/MeshTree.h"
-#include "Server/Scene/PickSearch.h"
+#include "Server/Scene/Private/MeshTree.h"
+#include "Server/Scene/Private/PickSearch.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "Server/Base/Python/CommandModules.h"
 
+#include "Server/Base/Private/PythonBackend.h"
 #include "Server/Base/Python/Arguments.h"
-#include "Server/Base/PythonBackend.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Server/Base/Private/PythonBackend.h"
 #include "Server/Base/Python/CommandModules.h"
 #include "Server/Base/Python/ScriptStreams.h"
-#include "Server/Base/PythonBackend.h"
 
 #include <memory>
 #include <pybind11/pybind11.h>

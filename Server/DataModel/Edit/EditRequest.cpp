@@ -2,12 +2,12 @@
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
-#include "Server/DataModel/Edit/ComponentGroups.h"
-#include "Server/DataModel/Edit/Motion.h"
+#include "Server/DataModel/Edit/Private/ComponentGroups.h"
+#include "Server/DataModel/Edit/Private/Motion.h"
 #include "Server/DataModel/Model/ModelBody.h"
 #include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Private/Texts.h"
 #include "Server/DataModel/Selection/ObjectPath.h"
-#include "Server/DataModel/Texts.h"
 
 #include <cmath>
 

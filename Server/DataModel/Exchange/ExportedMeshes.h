@@ -2,7 +2,7 @@
 
 #include "Server/Body/BodyMesh.h"
 #include "Server/DataModel/Exchange/MeshExport.h"
-#include "Server/DataModel/Exchange/NewFile.h"
+#include "Server/DataModel/NewFile.h"
 #include "Server/Geometry/GkMatrix3d.h"
 
 #include <cstdio>

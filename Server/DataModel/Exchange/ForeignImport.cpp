@@ -3,7 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Model/ModelFile.h"
-#include "Server/DataModel/ProgressText.h"
+#include "Server/DataModel/Private/ProgressText.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -11,9 +11,9 @@
 #include "Server/DataModel/Exchange/ForeignImport.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Exchange/MeshExport.h"
-#include "Server/DataModel/Exchange/NewFile.h"
 #include "Server/DataModel/Model/ModelData.h"
-#include "Server/DataModel/ProgressText.h"
+#include "Server/DataModel/NewFile.h"
+#include "Server/DataModel/Private/ProgressText.h"
 #include "Server/DataModel/Transaction.h"
 #include "Server/Types/LengthUnit.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Server/DataModel/Edit/ModelEdit.h"
 #include "Server/DataModel/Kernel/MadeShapes.h"
-#include "Server/DataModel/Model/ModelEdit.h"
 
 #include <TDF_Label.hxx>
 #include <TDocStd_Document.hxx>

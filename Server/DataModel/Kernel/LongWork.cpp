@@ -2,7 +2,7 @@
 
 #include "Server/Base/Progress.h"
 #include "Server/DataModel/Kernel/CrashGuard.h"
-#include "Server/DataModel/ProgressText.h"
+#include "Server/DataModel/Private/ProgressText.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/DataModel/Model/ModelEdit.h"
+#include "Server/DataModel/Edit/ModelEdit.h"
 
 #include <Message_ProgressIndicator.hxx>
 

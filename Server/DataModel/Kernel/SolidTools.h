@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Server/DataModel/Edit/ModelEdit.h"
 #include "Server/DataModel/Kernel/PartShape.h"
-#include "Server/DataModel/Model/ModelEdit.h"
 
 #include <vector>
 

@@ -3,8 +3,8 @@
 #include "Server/Base/Status.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "Server/DataModel/Measure/MeasureTexts.h"
-#include "Server/DataModel/Measure/MeasuredObject.h"
+#include "Server/DataModel/Measure/Private/MeasureTexts.h"
+#include "Server/DataModel/Measure/Private/MeasuredObject.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 
 namespace Vs {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/Body/BodyProperties.h"
-#include "Server/DataModel/Model/ModelEdit.h"
+#include "Server/DataModel/Edit/ModelEdit.h"
 #include "Server/DataModel/Model/PartTree.h"
 #include "Server/DataModel/Model/ShapeMeasure.h"
 #include "Server/DataModel/Translator.h"

@@ -12,7 +12,7 @@
 #include "Server/DataModel/Native/Package.h"
 #include "Server/DataModel/Native/PackageWriter.h"
 #include "Server/DataModel/Native/Paths.h"
-#include "Server/DataModel/ProgressText.h"
+#include "Server/DataModel/Private/ProgressText.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/Types/Uuid.h"
 

@@ -5,8 +5,8 @@
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Private/Texts.h"
 #include "Server/DataModel/Selection/ChildPaths.h"
-#include "Server/DataModel/Texts.h"
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/tokenizer.hpp>

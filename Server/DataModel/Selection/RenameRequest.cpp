@@ -3,7 +3,7 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Model/ModelData.h"
-#include "Server/DataModel/Texts.h"
+#include "Server/DataModel/Private/Texts.h"
 
 #include <algorithm>
 #include <cwctype>

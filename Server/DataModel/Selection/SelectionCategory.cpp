@@ -1,7 +1,7 @@
 #include "Server/DataModel/Selection/SelectionCategory.h"
 
-#include "Server/DataModel/Selection/SelectionOptionGroup.h"
-#include "Server/DataModel/Texts.h"
+#include "Server/DataModel/Private/Texts.h"
+#include "Server/DataModel/Selection/Private/SelectionOptionGroup.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "Server/Types/Units/Expression.h"
 
-#include "Server/Types/Texts.h"
-#include "Server/Types/Units/Grammar.h"
+#include "Server/Types/Private/Texts.h"
+#include "Server/Types/Units/Private/Grammar.h"
 
 #include <algorithm>
 

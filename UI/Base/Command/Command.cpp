@@ -2,7 +2,7 @@
 
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/Command/CommandSteps.h"
+#include "UI/Base/Command/Private/CommandSteps.h"
 
 namespace Vu {
 

@@ -5,11 +5,11 @@
 #include "Server/DataModel/Transaction.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandGroup.h"
-#include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/Command/CommandStack.h"
-#include "UI/Base/Command/CommandSteps.h"
+#include "UI/Base/Command/Private/CommandHost.h"
+#include "UI/Base/Command/Private/CommandStack.h"
+#include "UI/Base/Command/Private/CommandSteps.h"
 
 #include <algorithm>
 #include <exception>

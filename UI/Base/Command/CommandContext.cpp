@@ -3,7 +3,7 @@
 #include "Server/Base/NumberText.h"
 #include "Server/Base/SerializableObject.h"
 #include "Server/Base/StrongRef.h"
-#include "UI/Base/Command/CommandHost.h"
+#include "UI/Base/Command/Private/CommandHost.h"
 
 #include <algorithm>
 #include <cmath>

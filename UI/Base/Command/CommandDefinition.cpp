@@ -4,8 +4,8 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/Command/CommandStack.h"
 #include "UI/Base/Command/InputControl.h"
+#include "UI/Base/Command/Private/CommandStack.h"
 
 #include <algorithm>
 #include <exception>

@@ -3,9 +3,9 @@
 #include "Server/Base/NumberText.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
-#include "UI/Base/Command/CommandSteps.h"
 #include "UI/Base/Command/GroupCommandInput.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/CommandSteps.h"
+#include "UI/Base/Command/Private/Localized.h"
 
 #include <utility>
 

@@ -2,8 +2,8 @@
 
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandEvents.h"
-#include "UI/Base/Command/CommandHost.h"
-#include "UI/Base/Command/CommandStack.h"
+#include "UI/Base/Command/Private/CommandHost.h"
+#include "UI/Base/Command/Private/CommandStack.h"
 
 namespace Vu {
 

@@ -1,8 +1,8 @@
 // The observers of all runs: the part of CommandStack that tells them.
 
 #include "UI/Base/Command/CommandObserver.h"
-#include "UI/Base/Command/CommandStack.h"
-#include "UI/Base/Command/Guarded.h"
+#include "UI/Base/Command/Private/CommandStack.h"
+#include "UI/Base/Command/Private/Guarded.h"
 
 #include <algorithm>
 

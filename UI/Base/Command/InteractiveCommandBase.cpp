@@ -1,8 +1,8 @@
 #include "UI/Base/Command/InteractiveCommandBase.h"
 
-#include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/KeyEvents.h"
+#include "UI/Base/Command/Private/CommandHost.h"
 
 namespace Vu {
 

@@ -3,7 +3,7 @@
 #include "Server/Types/Units/Expression.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 
 #include <cmath>
 #include <utility>

@@ -4,8 +4,8 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/Command/CommandHost.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/Private/CommandHost.h"
 
 #include <unordered_map>
 #include <utility>

@@ -6,7 +6,7 @@
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 
 namespace Vu {
 

@@ -5,7 +5,7 @@
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/Types/Units/UnitDisplaySettings.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 
 namespace Vu {

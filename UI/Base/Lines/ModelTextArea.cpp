@@ -2,7 +2,7 @@
 
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/ModelDigest.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 
 #include <boost/format.hpp>

@@ -7,7 +7,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptTrigger.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/MouseEvents.h"

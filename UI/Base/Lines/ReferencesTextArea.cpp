@@ -1,7 +1,7 @@
 // The subject area "References": what happens to the values that checks and metrics compare with.
 
 #include "Server/Base/TextCommand.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Validation/References.h"
 
 #include <array>

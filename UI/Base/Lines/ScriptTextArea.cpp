@@ -14,7 +14,7 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/AssetSession.h"

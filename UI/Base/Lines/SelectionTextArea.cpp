@@ -4,7 +4,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"

@@ -12,7 +12,7 @@
 #include "Server/Scene/ViewFragment.h"
 #include "Server/Types/PointText.h"
 #include "Server/Types/Uuid.h"
-#include "UI/Base/Command/CommandStack.h"
+#include "UI/Base/Command/Private/CommandStack.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"

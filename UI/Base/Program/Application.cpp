@@ -9,11 +9,11 @@
 #include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/Command/Localized.h"
-#include "UI/Base/Program/ApplicationHost.h"
-#include "UI/Base/Program/Display.h"
+#include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/Private/ApplicationHost.h"
+#include "UI/Base/Program/Private/Display.h"
+#include "UI/Base/Program/Private/SuddenEnd.h"
 #include "UI/Base/Program/ProgressBar.h"
-#include "UI/Base/Program/SuddenEnd.h"
 
 #include <QCoreApplication>
 #include <QTimer>

@@ -3,7 +3,7 @@
 #include "Server/Base/StringTable.h"
 #include "Server/Base/Strings.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/Xml.h"
+#include "UI/Base/Program/Private/Xml.h"
 
 #include <boost/filesystem/operations.hpp>
 

@@ -3,10 +3,10 @@
 #include "Server/Base/Status.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/CommandContext.h"
-#include "UI/Base/Command/Localized.h"
-#include "UI/Base/Program/Answers.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/Display.h"
+#include "UI/Base/Program/Private/Answers.h"
+#include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 
 #include <QFileInfo>

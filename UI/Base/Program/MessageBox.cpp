@@ -1,10 +1,10 @@
 #include "UI/Base/Program/MessageBox.h"
 
 #include "Server/Base/Strings.h"
-#include "UI/Base/Command/Localized.h"
-#include "UI/Base/Program/Answers.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/Display.h"
+#include "UI/Base/Program/Private/Answers.h"
+#include "UI/Base/Program/Private/Display.h"
 
 namespace Vu {
 namespace {

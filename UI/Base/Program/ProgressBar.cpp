@@ -1,8 +1,8 @@
 #include "UI/Base/Program/ProgressBar.h"
 
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/ApplicationHost.h"
-#include "UI/Base/Program/Display.h"
+#include "UI/Base/Program/Private/ApplicationHost.h"
+#include "UI/Base/Program/Private/Display.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -4,7 +4,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Transaction.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 
 #include <memory>

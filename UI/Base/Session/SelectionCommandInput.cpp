@@ -8,10 +8,10 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/AssetSession.h"
-#include "UI/Base/Session/CanvasPicker.h"
-#include "UI/Base/Session/RubberBand.h"
+#include "UI/Base/Session/Private/CanvasPicker.h"
+#include "UI/Base/Session/Private/RubberBand.h"
 #include "UI/Base/Session/SelectionInputEvents.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 

@@ -1,7 +1,7 @@
 #include "UI/Base/Session/SpaceMouseEventSite.h"
 
 #include "UI/Base/Session/SceneUtilities.h"
-#include "UI/Base/View/TouchNavigation.h"
+#include "UI/Base/View/Private/TouchNavigation.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>

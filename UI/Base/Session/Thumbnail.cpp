@@ -2,7 +2,7 @@
 
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/Program/Display.h"
+#include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Session/AssetGraphicsView.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"

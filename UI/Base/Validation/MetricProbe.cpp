@@ -8,11 +8,11 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/CommandObserver.h"
 #include "UI/Base/Command/SimpleCommand.h"
-#include "UI/Base/Validation/MetricFrames.h"
-#include "UI/Base/View/FrameEvents.h"
+#include "UI/Base/Validation/Private/MetricFrames.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/View/Private/FrameEvents.h"
 
 #include <algorithm>
 #include <optional>

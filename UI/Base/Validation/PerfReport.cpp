@@ -1,6 +1,6 @@
 #include "UI/Base/Validation/PerfReport.h"
 
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Validation/MetricProbe.h"
 
 #include <QJsonArray>

@@ -2,8 +2,8 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/Strings.h"
-#include "UI/Base/Command/Localized.h"
-#include "UI/Base/Validation/Calibration.h"
+#include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Validation/Private/Calibration.h"
 #include "UI/Base/Validation/References.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "UI/Base/Validation/ReferenceCheck.h"
 
 #include "Server/Base/Exception.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 
 #include <algorithm>
 #include <cmath>

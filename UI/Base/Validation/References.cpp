@@ -4,7 +4,7 @@
 #include "Server/Base/JsonFile.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 

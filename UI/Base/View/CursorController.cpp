@@ -1,6 +1,6 @@
 #include "UI/Base/View/CursorController.h"
 
-#include "UI/Base/Program/Display.h"
+#include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/Workspace/HUDManager.h"
 

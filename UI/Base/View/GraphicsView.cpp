@@ -7,7 +7,7 @@
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/Display.h"
+#include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/MouseEvents.h"
 #include "UI/Base/View/SplitViewMgr.h"

@@ -3,7 +3,7 @@
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/Picker.h"
 #include "Server/Scene/StrokeFont.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 
 #include <algorithm>
 #include <array>

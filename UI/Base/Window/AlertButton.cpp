@@ -1,7 +1,7 @@
 #include "UI/Base/Window/AlertButton.h"
 
 #include "UI/Base/Command/AlertController.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QMenu>

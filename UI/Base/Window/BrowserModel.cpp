@@ -5,7 +5,7 @@
 #include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetAdapter.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #include "UI/Base/Window/CommandBox.h"
 
 #include "Server/Base/PythonManager.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"

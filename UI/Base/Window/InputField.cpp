@@ -2,7 +2,7 @@
 
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/ControlCommandInputs.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
 #include "UI/Base/Program/Icon.h"
 #include "UI/Base/Session/SelectionCommandInput.h"

@@ -7,7 +7,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/Command/KeyEvents.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Program/ProgressBar.h"

@@ -1,7 +1,7 @@
 #include "UI/Base/Window/ProgressPanel.h"
 
 #include "Server/Base/Progress.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/Program/Display.h"
+#include "UI/Base/Program/Private/Display.h"
 
 #include <QCursor>
 

@@ -2,7 +2,7 @@
 
 #include "Server/Base/Status.h"
 #include "Server/Scene/OffscreenRenderer.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Window/QtDisplay.h"
 
 #include <QBuffer>

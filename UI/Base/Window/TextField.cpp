@@ -2,9 +2,9 @@
 
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
-#include "UI/Base/Command/Localized.h"
+#include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Command/Private/RecentValues.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
-#include "UI/Base/Command/RecentValues.h"
 #include "UI/Base/Program/Icon.h"
 
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
 #include "UI/Base/Workspace/Area.h"
 
-#include "UI/Base/Workspace/CanvasHost.h"
+#include "UI/Base/Workspace/Private/CanvasHost.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,9 @@
 #include "UI/Base/Workspace/Layout.h"
 
 #include "Server/Base/Strings.h"
-#include "Server/DataModel/Exchange/NewFile.h"
+#include "Server/DataModel/NewFile.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/Xml.h"
+#include "UI/Base/Program/Private/Xml.h"
 
 #include <QFile>
 #include <QXmlStreamWriter>

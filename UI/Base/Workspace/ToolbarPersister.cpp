@@ -3,7 +3,7 @@
 #include "Server/Base/StringTable.h"
 #include "Server/Base/Strings.h"
 #include "UI/Base/Workspace/HUDPersister.h"
-#include "UI/Base/Workspace/ToolbarItems.h"
+#include "UI/Base/Workspace/Private/ToolbarItems.h"
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>

@@ -2,11 +2,11 @@
 
 #include "Server/Base/Warning.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/Display.h"
+#include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Workspace/Arrangement.h"
-#include "UI/Base/Workspace/CanvasHost.h"
 #include "UI/Base/Workspace/Layout.h"
+#include "UI/Base/Workspace/Private/CanvasHost.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 
 namespace Vu {

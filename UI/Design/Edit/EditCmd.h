@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/DataModel/Model/ModelEdit.h"
+#include "Server/DataModel/Edit/ModelEdit.h"
 #include "UI/Base/Command/Command.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Design/Edit/EditInputs.h"

@@ -5,7 +5,7 @@
 #include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
 #include "UI/Commands/Adaptations/QT/Panels/PanelLayout.h"
 #include "UI/Commands/Adaptations/QT/Panels/QTDebuggingWidget.h"
-#include "UI/Commands/Home/Icons.h"
+#include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Transcripts/DebugDialog.h"
 #include "UI/Commands/Transcripts/DebugDialogCmds.h"

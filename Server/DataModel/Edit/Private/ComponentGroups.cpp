@@ -1,0 +1,82 @@
+#include "Server/DataModel/Edit/Private/ComponentGroups.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/Component/ComponentIds.h"
+#include "Server/DataModel/Asset.h"
+
+#include <iterator>
+#include <sstream>
+#include <utility>
+
+namespace Vs {
+
+namespace {
+
+constexpr const char* kPrefix = "ComponentGroup.";
+
+/// What the member is called beside a component of its group: in the same occurrence of an assembly.
+std::string beside(const std::string& component, const std::string& member)
+{
+    const std::string parent = parentId(component);
+    return parent.empty() ? placeOf(member) : parent + '/' + placeOf(member);
+}
+
+} // namespace
+
+ComponentGroups::ComponentGroups(Asset& asset) : m_asset(asset)
+{
+    const auto& settings = asset.settings();
+    for (auto each = settings.lower_bound(kPrefix);
+         each != settings.end() && each->first.starts_with(kPrefix); ++each) {
+        std::istringstream members(Strings::narrow(each->second));
+        take(each->first, {std::istream_iterator<std::string>(members), {}});
+    }
+}
+
+void ComponentGroups::take(const std::string& key, std::vector<std::string> members)
+{
+    for (const std::string& member : members)
+        m_keys[placeOf(member)] = key;
+    m_members[key] = std::move(members);
+}
+
+const std::string* ComponentGroups::keyOf(const std::string& component) const
+{
+    const auto found = m_keys.find(placeOf(component));
+    return found == m_keys.end() ? nullptr : &found->second;
+}
+
+void ComponentGroups::add(const std::vector<std::string>& components)
+{
+    if (components.size() < 2)
+        return;
+    // No place is ever taken again by another component, so the key is the group's alone.
+    const std::string key = kPrefix + placeOf(components.front());
+    std::string members;
+    for (const std::string& component : components)
+        members += (members.empty() ? "" : " ") + component;
+    m_asset.setting(key, Strings::widen(members));
+    take(key, components);
+}
+
+std::vector<std::string> ComponentGroups::groupOf(const std::string& component) const
+{
+    std::vector<std::string> there;
+    if (const std::string* key = keyOf(component))
+        for (const std::string& member : m_members.at(*key)) {
+            const std::string sibling = beside(component, member);
+            const std::string& id = m_asset.findComponent(sibling) ? sibling : member;
+            if (m_asset.findComponent(id))
+                there.push_back(id);
+        }
+    return there;
+}
+
+void ComponentGroups::remove(const std::vector<std::string>& components)
+{
+    for (const std::string& component : components)
+        if (const std::string* key = keyOf(component); key && m_members.erase(*key) != 0)
+            m_asset.setting(*key, {});
+}
+
+} // namespace Vs

@@ -1,0 +1,72 @@
+#include "Server/DataModel/NewFile.h"
+
+#include "Server/Base/Strings.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Vs::Exchange {
+
+namespace {
+
+[[noreturn]] void fail()
+{
+    throw std::runtime_error(std::strerror(errno));
+}
+
+} // namespace
+
+NewFile::NewFile(const std::wstring& path) : m_path(Strings::narrow(path))
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(m_path, error))
+        throw std::runtime_error("there is a folder of that name");
+    // A link stays a link: what it points to is replaced.
+    const auto target = std::filesystem::weakly_canonical(m_path, error);
+    if (!error)
+        m_path = target.string();
+    // Short enough for any folder, however long the file's own name is.
+    m_scratch = (std::filesystem::path(m_path).parent_path() / ".quillet-XXXXXX").string();
+    const int descriptor = mkostemp(m_scratch.data(), O_CLOEXEC);
+    if (descriptor < 0)
+        fail();
+    m_unfinished.emplace(m_scratch);
+    // The rights of a file that is replaced stay; a new one gets the usual ones.
+    struct stat old;
+    const mode_t mask = umask(0);
+    umask(mask);
+    fchmod(descriptor, stat(m_path.c_str(), &old) == 0 ? old.st_mode & 07777 : 0666 & ~mask);
+    close(descriptor);
+}
+
+NewFile::~NewFile()
+{
+    if (!m_scratch.empty())
+        unlink(m_scratch.c_str());
+}
+
+void NewFile::commit()
+{
+    // The rename may reach the disk before the content does. Where an old file would be lost by that, the
+    // content goes first; a new file has nothing to lose, and needn't wait for the disk.
+    if (access(m_path.c_str(), F_OK) == 0) {
+        const int descriptor = open(m_scratch.c_str(), O_RDONLY | O_CLOEXEC);
+        const bool flushed = descriptor >= 0 && fsync(descriptor) == 0;
+        if (descriptor >= 0)
+            close(descriptor);
+        if (!flushed)
+            fail();
+    }
+    if (rename(m_scratch.c_str(), m_path.c_str()) != 0)
+        fail();
+    m_unfinished.reset();
+    m_scratch.clear();
+}
+
+} // namespace Vs::Exchange

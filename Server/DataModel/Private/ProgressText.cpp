@@ -1,0 +1,53 @@
+#include "Server/DataModel/Private/ProgressText.h"
+
+#include "Server/DataModel/Private/Texts.h"
+
+#include <boost/filesystem/path.hpp>
+
+namespace Vs::ProgressText {
+
+using DataModel::localizedFormat;
+
+namespace {
+
+std::wstring nameOf(const std::wstring& path)
+{
+    return boost::filesystem::path(path).filename().wstring();
+}
+
+} // namespace
+
+std::wstring opening(const std::wstring& path)
+{
+    return localizedFormat("ProgressOpening", "Opening %1%", nameOf(path));
+}
+
+std::wstring openingFiles(size_t count)
+{
+    return localizedFormat("ProgressOpeningFiles", "Opening %1% files", std::to_wstring(count));
+}
+
+std::wstring saving(const std::wstring& path)
+{
+    return localizedFormat("ProgressSaving", "Saving %1%", nameOf(path));
+}
+
+std::wstring writing(const std::wstring& path)
+{
+    return localizedFormat("ProgressWriting", "Writing %1%", nameOf(path));
+}
+
+std::wstring changing(const std::wstring& name)
+{
+    return localizedFormat("ProgressChanging", "Changing \"%1%\"", name);
+}
+
+std::wstring step(const std::string& english)
+{
+    // The catalogue's header stands under the empty text.
+    if (english.empty())
+        return {};
+    return DataModel::localized(english.c_str(), english.c_str());
+}
+
+} // namespace Vs::ProgressText

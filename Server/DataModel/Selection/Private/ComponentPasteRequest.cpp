@@ -1,0 +1,47 @@
+#include "Server/DataModel/Selection/Private/ComponentPasteRequest.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Private/Texts.h"
+
+#include <utility>
+
+namespace Vs {
+
+ComponentPasteRequest* ComponentPasteRequest::make(Asset* source, std::vector<ObjectPath> paths, bool cut)
+{
+    return new ComponentPasteRequest(source, std::move(paths), cut);
+}
+
+ComponentPasteRequest::ComponentPasteRequest(Asset* source, std::vector<ObjectPath> paths, bool cut)
+    : Implements(DataModel::localized("PasteComponents", "Paste")),
+      m_source(source),
+      m_paths(std::move(paths)),
+      m_cut(cut)
+{
+}
+
+void ComponentPasteRequest::onExecute(Asset& asset, Status& status)
+{
+    std::vector<std::string> components;
+    for (const ObjectPath& path : m_paths) {
+        if (!path.resolve(*m_source, status))
+            return;
+        components.push_back(path.component);
+    }
+    const std::vector<std::string> added = asset.data().history().changeModel([&](ModelKernel& kernel) {
+        if (&asset == m_source) {
+            const std::vector<std::string> copies = kernel.paste(kernel, components);
+            if (m_cut)
+                kernel.remove(components);
+            return copies;
+        }
+        return m_source->data().source().withKernel(
+            [&](ModelKernel& source) { return kernel.paste(source, components); });
+    });
+    m_pasted.clear();
+    for (const std::string& id : added)
+        m_pasted.push_back({.component = id});
+}
+
+} // namespace Vs

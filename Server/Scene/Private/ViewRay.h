@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Server/Scene/Private/PickSearch.h"
+#include "Server/Scene/Projection.h"
+
+namespace Vs::Scene {
+
+/// The rays through places of a screen, and how deep what they meet lies. Depths are those of Projection.
+class ViewRay
+{
+public:
+    /// `root` is what the rays are to meet: they begin before all of it. The projection must outlive this.
+    ViewRay(const Rendra::Graphics::Node& root, const Projection& projection);
+
+    const Projection& projection() const { return m_projection; }
+    /// Through a place in pixels; the direction has the length one.
+    Probe at(double x, double y) const;
+    double depthOf(const Probe& ray, double along) const;
+    double alongOf(const Probe& ray, double depth) const;
+
+    /// By so much an edge may lie behind the surfaces that it bounds: they are flat between points.
+    double slackAt(double depth) const;
+    /// Whether a surface below `root` lies before a place, in screen coordinates.
+    bool isHidden(const Rendra::Graphics::Node& root, const GkPoint3d& screen) const;
+
+private:
+    const Projection& m_projection;
+    double m_back = 0; ///< How far before the position rays start.
+};
+
+} // namespace Vs::Scene

@@ -1,0 +1,246 @@
+#include "Server/Base/Exception.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Tests/Server/Base/ProbeCommand.h"
+
+#include <boost/lexical_cast.hpp>
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace {
+
+using Vs::TextCommandMgr;
+using Vs::TextCommandResult;
+
+Vs::TextCommandResult run(const std::wstring& line)
+{
+    return TextCommandMgr::get()->executeCommandWithoutOutput(line);
+}
+
+/// The command `Probe.Call`, which answers with its parameters and flags as it got them.
+class TextLinesTest : public testing::Test
+{
+protected:
+    ProbeArea area{L"Probe", false};
+    ProbeCommand call{L"Probe", L"Call", L"<text> [<number>] [/Loud] Answers with what it got."};
+    ProbeCommand typed{L"Probe", L"Typed", L"Checks its parameters.", "%s%d%f%v%p3"};
+};
+
+TEST_F(TextLinesTest, HandOverParametersAndFlagsAsWritten)
+{
+    struct Row
+    {
+        const wchar_t* line;
+        const wchar_t* answer;
+    };
+    const Row rows[] = {
+        {L"Probe.Call", L""},
+        {L"  Probe.Call\ta  b ", L"[a][b]"},
+        {L"Probe.Call \"a b\" \"\" c", L"[a b][][c]"},
+        {L"Probe.Call \"say \\\"hi\\\"\" \"back\\\\slash\" \"C:\\new\"",
+         L"[say \"hi\"][back\\slash][C:\\new]"},
+        {L"Probe.Call Path=\"a b\"/c back\\slash", L"[Path=a b/c][back\\slash]"},
+        {L"Probe.Call /Loud x /on", L"[x]/Loud/on"},
+        {L"Probe.Call /tmp/a.step /a.step / /größe \"/Loud\"", L"[/tmp/a.step][/a.step][/][/größe][/Loud]"},
+        {L"Probe.Call # no comment", L"[#][no][comment]"},
+        {L"Probe.Call \"line\nbreak\" ünï", L"[line\nbreak][ünï]"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(run(row.line), TextCommandResult(0, row.answer)) << Vs::Strings::narrow(row.line);
+}
+
+TEST_F(TextLinesTest, ThatAreEmptyOrCommentsAnswerNothing)
+{
+    for (const wchar_t* line : {L"", L"   ", L"\t\r\n", L"# Probe.Call x", L"   #"})
+        EXPECT_EQ(run(line), TextCommandResult(0, L""));
+    EXPECT_EQ(call.calls, 0);
+}
+
+TEST_F(TextLinesTest, ReadBackWhateverWasQuoted)
+{
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    const std::wstring alphabet = L"ab /\\\"#\t${}=ä\U0001F600.";
+    for (int round = 0; round < 2000; ++round) {
+        std::wstring text(random() % 8, L' ');
+        for (wchar_t& character : text)
+            character = alphabet[random() % alphabet.size()];
+        const TextCommandResult result = run(L"Probe.Call " + Vs::Strings::quote(text));
+        ASSERT_EQ(result, TextCommandResult(0, L"[" + text + L"]")) << Vs::Strings::narrow(text);
+    }
+}
+
+TEST_F(TextLinesTest, TellWhereAQuoteWasLeftOpen)
+{
+    const TextCommandResult result = run(L"Probe.Call ok \"never closed");
+    EXPECT_EQ(result.first, 1u);
+    EXPECT_NE(result.second.find(L"column 15"), std::wstring::npos);
+    EXPECT_EQ(run(L"Probe.Call \"ends in a backslash\\\"").first, 1u);
+    EXPECT_EQ(call.calls, 0);
+}
+
+TEST_F(TextLinesTest, SuggestTheNameThatWasMeant)
+{
+    EXPECT_NE(run(L"Prob.Call").second.find(L"Did you mean \"Probe\"?"), std::wstring::npos);
+    EXPECT_NE(run(L"probe.Call").second.find(L"Did you mean \"Probe\"?"), std::wstring::npos);
+    EXPECT_NE(run(L"Probe.Cal 1").second.find(L"Did you mean \"Probe.Call\"?"), std::wstring::npos);
+    EXPECT_EQ(run(L"Probe.SomethingElse").second, L"There is no text command \"Probe.SomethingElse\".");
+    for (const wchar_t* line :
+         {L"Probe", L"Probe.", L".Call", L"..", L"nonsense", L"\"Probe.Call\"", L"Probe.Call.x"})
+        EXPECT_EQ(run(line).first, 1u) << Vs::Strings::narrow(line);
+}
+
+TEST_F(TextLinesTest, ArePassedToTheCommandOnlyIfTheirFormatFits)
+{
+    EXPECT_EQ(run(L"Probe.Typed a -3 1e-3 0,0,1 \"( 1, 2.5 ,-3 )\" more").first, 0u);
+    EXPECT_EQ(run(L"Probe.Typed a").first, 0u);
+    const int before = typed.calls;
+    struct Row
+    {
+        const wchar_t* parameters;
+        const wchar_t* expected;
+    };
+    const Row rows[] = {
+        {L"a 1.5", L"parameter 2 must be a whole number"},
+        {L"a 99999999999999999999", L"parameter 2 must be a whole number"},
+        {L"a 1 nan", L"parameter 3 must be a number"},
+        {L"a 1 1e999", L"parameter 3 must be a number"},
+        {L"a 1 +-2", L"parameter 3 must be a number"},
+        {L"a 1 \"\"", L"parameter 3 must be a number"},
+        {L"a 1 1 0,0", L"parameter 4 must be a vector"},
+        {L"a 1 1 0,0,1 1,2,3,4", L"parameter 5 must be a point"},
+        {L"a 1 1 0,0,1 1,2,", L"parameter 5 must be a point"},
+        {L"a 1 1 0,0,1 (1,2,3", L"parameter 5 must be a point"},
+    };
+    for (const Row& row : rows) {
+        const TextCommandResult result = run(std::wstring(L"Probe.Typed ") + row.parameters);
+        EXPECT_EQ(result.first, 1u);
+        EXPECT_NE(result.second.find(row.expected), std::wstring::npos) << Vs::Strings::narrow(result.second);
+    }
+    EXPECT_EQ(typed.calls, before);
+}
+
+TEST_F(TextLinesTest, AnswerWhateverACommandThrowsWithItsName)
+{
+    const auto answer = [&](std::function<void()> raise) {
+        call.action = std::move(raise);
+        return run(L"Probe.Call");
+    };
+    for (const TextCommandResult& result :
+         {answer([] { (void)boost::lexical_cast<int>("x"); }), answer([] { throw Vs::Exception("no luck"); }),
+          answer([] { throw std::bad_alloc(); }), answer([] { throw 42; }),
+          answer([] { (void)std::vector<int>().at(1); })}) {
+        EXPECT_EQ(result.first, 1u);
+        EXPECT_TRUE(result.second.starts_with(L"Probe.Call: "));
+    }
+    EXPECT_EQ(answer([] { throw Vs::Exception("no luck"); }).second, L"Probe.Call: no luck");
+}
+
+TEST_F(TextLinesTest, MayRunOthersButNotWithoutEnd)
+{
+    TextCommandResult inner;
+    call.action = [&] { inner = run(L"Probe.Call"); };
+    EXPECT_EQ(run(L"Probe.Call").first, 0u);
+    EXPECT_GT(call.calls, 10);
+    call.action = [&] { EXPECT_EQ(run(L"Probe.Typed a").first, 0u); };
+    EXPECT_EQ(run(L"Probe.Call").first, 0u);
+}
+
+TEST_F(TextLinesTest, OfAMegabyteAreAnsweredAndLongerOnesRefused)
+{
+    const std::wstring text(TextCommandMgr::kLongestLine - 20, L'x');
+    EXPECT_EQ(run(L"Probe.Call " + text).second.size(), text.size() + 2);
+    const TextCommandResult unknown = run(text);
+    EXPECT_EQ(unknown.first, 1u);
+    EXPECT_LT(unknown.second.size(), 300u);
+    EXPECT_LT(run(L"Probe.Typed a " + text).second.size(), 300u);
+    EXPECT_EQ(run(text + text).first, 1u);
+}
+
+TEST_F(TextLinesTest, HelpListsAreasCommandsAndTheirTexts)
+{
+    EXPECT_NE(run(L"help").second.find(L"\n  Probe  "), std::wstring::npos);
+    EXPECT_NE(run(L"? Probe").second.find(L"\n  Probe.Call  <text>"), std::wstring::npos);
+    EXPECT_EQ(run(L"help Probe.Call").second, L"Probe.Call  " + call.help());
+    EXPECT_EQ(run(L"help Nothing").first, 1u);
+    EXPECT_EQ(TextCommandMgr::placeholders(call), L"<text> [<number>] [/Loud]");
+    ProbeCommand usage{L"Probe", L"Usage", L"Does it.\nUsage: Probe.Usage <a> <b>"};
+    EXPECT_EQ(TextCommandMgr::placeholders(usage), L"<a> <b>");
+    EXPECT_EQ(TextCommandMgr::placeholders(typed), L"");
+}
+
+TEST_F(TextLinesTest, CompleteAreasCommandsFlagsAndFiles)
+{
+    const auto complete = [](const std::wstring& line) {
+        return TextCommandMgr::get()->complete(line, line.size());
+    };
+    using Texts = std::vector<std::wstring>;
+    ProbeArea late(L"Process", true), early(L"Prone", false);
+    EXPECT_EQ(complete(L"Pro"), (Texts{L"Probe.", L"Prone.", L"Process."}));
+    EXPECT_EQ(complete(L"Probe."), (Texts{L"Probe.Call", L"Probe.Typed"}));
+    EXPECT_EQ(complete(L"help Probe.C"), Texts{L"Probe.Call"});
+    EXPECT_EQ(complete(L"Probe.Call x /L"), Texts{L"/Loud"});
+    EXPECT_EQ(complete(L"Nothing.At all"), Texts{});
+    EXPECT_EQ(TextCommandMgr::get()->complete(L"Pro xyz", 3), complete(L"Pro"));
+
+    const TestSupport::ScratchFolder folder;
+    folder.write("a b.step", "");
+    folder.write("abc.step", "");
+    const std::wstring path = folder.path().wstring();
+    EXPECT_EQ(complete(L"Probe.Call " + path + L"/ab"), Texts{Vs::Strings::quote(path + L"/abc.step")});
+    const std::wstring line = L"Probe.Call \"" + path + L"/a b";
+    EXPECT_EQ(complete(line), Texts{Vs::Strings::quote(path + L"/a b.step")});
+    EXPECT_EQ(TextCommandMgr::wordStart(line, line.size()), 11u);
+}
+
+TEST_F(TextLinesTest, ReportWhatIsWronglyRegisteredByName)
+{
+    const auto complaint = [] {
+        try {
+            TextCommandMgr::get()->validate();
+        } catch (const Vs::Exception& error) {
+            return std::string(error.what());
+        }
+        return std::string();
+    };
+    EXPECT_EQ(complaint(), "");
+    {
+        ProbeCommand twin{L"Probe", L"Call", L"Again."};
+        EXPECT_NE(complaint().find("two text commands called \"Probe.Call\""), std::string::npos);
+        EXPECT_EQ(TextCommandMgr::get()->find(L"Probe", L"Call"), &call);
+    }
+    {
+        ProbeCommand silent{L"Probe", L"Silent", L""};
+        EXPECT_NE(complaint().find("\"Probe.Silent\" has no help"), std::string::npos);
+    }
+    {
+        ProbeCommand nameless{L"Probe", L"", L"Help."};
+        EXPECT_NE(complaint().find("\"Probe.\""), std::string::npos);
+    }
+    {
+        ProbeCommand lost{L"Nowhere", L"Lost", L"Help."};
+        EXPECT_NE(complaint().find("\"Nowhere.Lost\""), std::string::npos);
+    }
+    {
+        ProbeCommand odd{L"Probe", L"Odd", L"Help.", "%q"};
+        EXPECT_NE(complaint().find("\"Probe.Odd\""), std::string::npos);
+    }
+    EXPECT_EQ(complaint(), "");
+}
+
+TEST_F(TextLinesTest, GoToTheOutputWithTheirAnswers)
+{
+    RecordingOutput output;
+    TextCommandMgr* manager = TextCommandMgr::get();
+    manager->output(&output);
+    manager->executeCommand(L"Probe.Call x");
+    manager->executeCommand(L"Probe.Call");
+    manager->executeCommand(L"Probe.Nothing");
+    manager->executeCommandWithoutOutput(L"Probe.Call y");
+    manager->output(nullptr);
+    EXPECT_EQ(output.text, L"[x]\nerror: There is no text command \"Probe.Nothing\".\n");
+}
+
+} // namespace

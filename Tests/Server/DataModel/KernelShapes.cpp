@@ -1,0 +1,121 @@
+#include "Tests/Server/DataModel/KernelShapes.h"
+
+#include <BRepAlgoAPI_Cut.hxx>
+#include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepBuilderAPI_MakeFace.hxx>
+#include <BRepBuilderAPI_MakePolygon.hxx>
+#include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepPrimAPI_MakeCone.hxx>
+#include <BRepPrimAPI_MakePrism.hxx>
+#include <BRepPrimAPI_MakeTorus.hxx>
+#include <BRepTools.hxx>
+#include <BRep_Builder.hxx>
+#include <GeomConvert.hxx>
+#include <Geom_BSplineCurve.hxx>
+#include <Geom_Line.hxx>
+#include <Geom_TrimmedCurve.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Compound.hxx>
+#include <TopoDS_Shell.hxx>
+#include <TopoDS_Solid.hxx>
+#include <gp_Pln.hxx>
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <initializer_list>
+#include <numbers>
+
+namespace KernelShapes {
+
+namespace {
+
+void write(const TopoDS_Shape& shape, const std::string& path)
+{
+    ASSERT_TRUE(BRepTools::Write(shape, path.c_str()));
+}
+
+TopoDS_Shape together(std::initializer_list<TopoDS_Shape> shapes)
+{
+    TopoDS_Compound compound;
+    const BRep_Builder builder;
+    builder.MakeCompound(compound);
+    for (const TopoDS_Shape& shape : shapes)
+        builder.Add(compound, shape);
+    return compound;
+}
+
+TopoDS_Shape straightSpline(const gp_Dir& direction)
+{
+    const Handle(Geom_TrimmedCurve) line =
+        new Geom_TrimmedCurve(new Geom_Line(gp::Origin(), direction), 0, 8);
+    return BRepBuilderAPI_MakeEdge(GeomConvert::CurveToBSplineCurve(line)).Edge();
+}
+
+} // namespace
+
+void writeCone(const std::string& path)
+{
+    write(BRepPrimAPI_MakeCone(gp_Ax2(gp_Pnt(1, 2, 3), gp_Dir(0, 3, 4)), 6, 2, 10).Solid(), path);
+}
+
+void writeHexagon(const std::string& path)
+{
+    BRepBuilderAPI_MakePolygon outline;
+    for (int i = 0; i < 6; ++i)
+        outline.Add(
+            gp_Pnt(10 * std::cos(i * std::numbers::pi / 3), 10 * std::sin(i * std::numbers::pi / 3), 0));
+    outline.Close();
+    write(BRepPrimAPI_MakePrism(BRepBuilderAPI_MakeFace(outline.Wire()).Face(), gp_Vec(0, 0, 5)).Shape(),
+          path);
+}
+
+void writeHollowTorus(const std::string& path)
+{
+    write(BRepAlgoAPI_Cut(BRepPrimAPI_MakeTorus(10, 4).Solid(), BRepPrimAPI_MakeTorus(10, 3).Solid()).Shape(),
+          path);
+}
+
+void writePlanes(const std::string& path)
+{
+    const auto plane = [](double z) {
+        return BRepBuilderAPI_MakeFace(gp_Pln(gp_Pnt(0, 0, z), gp::DZ()), -10, 10, -10, 10).Face();
+    };
+    write(together({plane(0), plane(10)}), path);
+}
+
+void writeEdges(const std::string& path)
+{
+    write(together({BRepBuilderAPI_MakeEdge(gp::Origin(), gp_Pnt(5, 0, 0)).Edge(),
+                    BRepBuilderAPI_MakeEdge(gp::Origin(), gp_Pnt(0, 5, 0)).Edge(), straightSpline(gp::DX()),
+                    straightSpline(gp_Dir(1, 1, 0)),
+                    BRepBuilderAPI_MakeFace(gp_Pln(gp_Pnt(0, 0, -10), gp::DZ()), 0, 5, 0, 5).Face()}),
+          path);
+}
+
+void writeOpenSolid(const std::string& path)
+{
+    const TopoDS_Shape box = BRepPrimAPI_MakeBox(10, 10, 10).Solid();
+    TopoDS_Shell shell;
+    TopoDS_Solid solid;
+    const BRep_Builder builder;
+    builder.MakeShell(shell);
+    int faces = 0;
+    for (TopExp_Explorer each(box, TopAbs_FACE); each.More(); each.Next())
+        if (++faces < 6)
+            builder.Add(shell, each.Current());
+    builder.MakeSolid(solid);
+    builder.Add(solid, shell);
+    write(solid, path);
+}
+
+void writeDegenerate(const std::string& path)
+{
+    TopoDS_Edge edge;
+    const BRep_Builder builder;
+    builder.MakeEdge(edge, new Geom_Line(gp::Origin(), gp::DX()), 1e-7);
+    builder.Range(edge, 0, 1e-8);
+    write(together({BRepBuilderAPI_MakeFace(gp_Pln(gp::XOY()), 0, 10, 0, 10).Face(), edge}), path);
+}
+
+} // namespace KernelShapes

@@ -1,0 +1,126 @@
+// Shapes that the program itself doesn't make: cones, open solids, what has shrunk to nothing.
+
+#include "Server/Base/Strings.h"
+#include "Tests/Server/DataModel/KernelShapes.h"
+#include "Tests/Server/DataModel/Measure/Measures.h"
+
+#include <cmath>
+#include <map>
+#include <numbers>
+
+using namespace Vs;
+using std::numbers::pi;
+
+using Type = EMeasureType;
+
+class MeasureShapesTest : public MeasuresTest
+{
+protected:
+    /// Opens what `write` makes; the path of the part.
+    std::wstring openShape(void (*write)(const std::string&))
+    {
+        write(Strings::narrow(scratch("shape.brep")));
+        const Document* document = open(scratch("shape.brep"));
+        EXPECT_NE(document, nullptr) << Strings::narrow(status.toString());
+        if (!document)
+            return {};
+        asset = document->activeAsset();
+        return ObjectPath{asset->components()->children[0]->id}.toText(*asset);
+    }
+
+    /// How many pairs of so many parts have each angle, in degrees; -1 stands for none. Each angle's
+    /// dimension stands at the side where the parts are, unless that is the other angle of the two.
+    std::map<int, int> anglesOf(const std::wstring& part, int count)
+    {
+        std::map<int, int> angles;
+        MeasureResult result;
+        for (int i = 1; i <= count; ++i)
+            for (int k = 1; k < i; ++k) {
+                const std::wstring one = part + std::to_wstring(i), other = part + std::to_wstring(k);
+                const bool has = measure({one, other}, Type::Angle, result);
+                ++angles[has ? static_cast<int>(std::lround(result.value * 180 / pi)) : -1];
+                const GkVector3d leg = result.point1 - result.point2;
+                EXPECT_TRUE(!has || leg.dotProduct(position(one) - result.point2) > -1e-9);
+            }
+        return angles;
+    }
+};
+
+TEST_F(MeasureShapesTest, WhatMeetsHasTheAngleWithinItsBodyAndAllElseTheAcuteOne)
+{
+    const std::wstring hexagon = openShape(&KernelShapes::writeHexagon);
+    ASSERT_FALSE(hexagon.empty());
+    // Neighbours, those one further, and each with both of the ends; opposite faces are parallel.
+    EXPECT_EQ(anglesOf(hexagon + L"/Face", 8), (std::map<int, int>{{-1, 4}, {60, 6}, {90, 12}, {120, 6}}));
+    // At each end; upright ones are parallel, and so are those above and across from each other.
+    EXPECT_EQ(anglesOf(hexagon + L"/Edge", 18),
+              (std::map<int, int>{{-1, 33}, {60, 36}, {90, 72}, {120, 12}}));
+}
+
+TEST_F(MeasureShapesTest, AConeHasItsClosedFormsAndTheAngleOfItsAxis)
+{
+    const std::wstring cone = openShape(&KernelShapes::writeCone);
+    ASSERT_FALSE(cone.empty());
+    const double slant = std::sqrt(100 + 16.0);
+    expectNear(value({cone}, Type::Volume), pi * 10 * (36 + 12 + 4) / 3);
+    expectNear(value({cone}, Type::Area), pi * (36 + 4 + 8 * slant));
+    std::wstring mantle, base;
+    for (int i = 1; i <= 3; ++i) {
+        const std::wstring face = cone + L"/Face" + std::to_wstring(i);
+        const double area = value({face}, Type::Area);
+        if (area > 200)
+            mantle = face;
+        else if (area > 100)
+            base = face;
+    }
+    ASSERT_FALSE(mantle.empty() || base.empty());
+    expectNear(value({mantle}, Type::Area), pi * 8 * slant);
+    expectNear(value({mantle}, Type::LoopLength), 2 * pi * 8);
+    // By its axis, which stands upright on its base.
+    expectNear(value({mantle, base}, Type::Angle), pi / 2);
+    MeasureResult result;
+    EXPECT_FALSE(measure({mantle}, Type::Radius, result));
+    EXPECT_NE(why.find("a cone has no radius"), std::string::npos) << why;
+
+    ASSERT_NE(ModelBuilder(asset).box(5, 5, 5, {{}, L"Box", {}}, status), nullptr);
+    // Of the faces of a box along the axes one pair each has 90, 36.87 and 53.13 degrees to (0, 3, 4).
+    double steepest = 0, flattest = pi;
+    for (int i = 1; i <= 6; ++i) {
+        const double angle =
+            measure({mantle, L"Box/Face" + std::to_wstring(i)}, Type::Angle, result) ? result.value : 0;
+        steepest = std::max(steepest, angle);
+        flattest = angle > 1e-9 ? std::min(flattest, angle) : flattest;
+    }
+    expectNear(steepest, std::atan2(4, 3));
+    expectNear(flattest, std::atan2(3, 4));
+}
+
+TEST_F(MeasureShapesTest, AnOpenSolidHasAnAreaButNoVolume)
+{
+    const std::wstring solid = openShape(&KernelShapes::writeOpenSolid);
+    ASSERT_FALSE(solid.empty());
+    expectNear(value({solid}, Type::Area), 500);
+    MeasureResult result;
+    EXPECT_FALSE(measure({solid}, Type::Volume, result));
+    EXPECT_NE(why.find("is open and has no volume"), std::string::npos) << why;
+    expectNear(value({solid + L"/Edge1"}, Type::Length), 10);
+}
+
+TEST_F(MeasureShapesTest, WhatHasShrunkToNothingSaysSo)
+{
+    const std::wstring part = openShape(&KernelShapes::writeDegenerate);
+    ASSERT_FALSE(part.empty());
+    expectNear(value({part}, Type::Area), 100);
+    int degenerate = 0;
+    for (int i = 1; i <= 5; ++i) {
+        MeasureResult result;
+        const std::wstring edge = part + L"/Edge" + std::to_wstring(i);
+        if (measure({edge}, Type::Length, result)) {
+            expectNear(result.value, 10);
+            continue;
+        }
+        ++degenerate;
+        EXPECT_NE(why.find("is degenerate and has no length"), std::string::npos) << why;
+    }
+    EXPECT_EQ(degenerate, 1);
+}

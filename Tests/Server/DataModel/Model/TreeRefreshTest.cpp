@@ -1,0 +1,164 @@
+// The component tree reads again what a change touched: it must be the tree that all of the data would give.
+
+#include "Server/Base/Strings.h"
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/ModelBuilder.h"
+#include "Server/DataModel/Selection/Private/DeleteRequest.h"
+#include "Server/DataModel/Selection/RenameRequest.h"
+#include "Server/DataModel/Selection/VisibilityRequest.h"
+#include "Tests/Server/DataModel/Edit/EditFixture.h"
+#include "Tests/Support/RealData.h"
+
+#include <random>
+#include <sstream>
+
+using namespace Vs;
+
+namespace {
+
+/// Each line is a component.
+std::string asText(const PartTree& tree, const std::vector<PartTree::Node>& nodes)
+{
+    std::ostringstream text;
+    for (const PartTree::Node& node : nodes) {
+        text << node.id << ' ' << Strings::narrow(node.name) << ' ' << node.visible << ' '
+             << node.colour.has_value();
+        for (const auto& row : node.placement.entry)
+            for (const double value : row)
+                text << ' ' << value;
+        if (node.body >= 0) {
+            const PartTree::Body& body = tree.bodies[static_cast<size_t>(node.body)];
+            text << ' ' << Strings::narrow(body.name) << ' ' << body.colour.r;
+        }
+        text << '\n' << asText(tree, node.children);
+    }
+    return text.str();
+}
+
+std::string asText(const Component& parent)
+{
+    std::ostringstream text;
+    for (const auto& child : parent.children) {
+        text << child->id << ' ' << Strings::narrow(child->name) << ' ' << child->visible << ' '
+             << child->colour.has_value();
+        for (const auto& row : child->placement.entry)
+            for (const double value : row)
+                text << ' ' << value;
+        if (child->body)
+            text << ' ' << Strings::narrow(child->body->name()) << ' ' << child->body->colour().r;
+        text << '\n' << asText(*child);
+    }
+    return text.str();
+}
+
+/// The tree as everybody sees it, and what the data give.
+void expectUpToDate(const Asset& asset)
+{
+    const PartTree tree = asset.data().source().withKernel([](ModelKernel& kernel) { return kernel.tree(); });
+    ASSERT_EQ(asText(*asset.components()), asText(tree, tree.roots));
+    for (const Component* component : componentsOf(asset))
+        ASSERT_EQ(asset.findComponent(component->id), component);
+}
+
+size_t count(const std::vector<PartTree::Node>& nodes)
+{
+    size_t all = nodes.size();
+    for (const PartTree::Node& node : nodes)
+        all += count(node.children);
+    return all;
+}
+
+/// What a save writes, and what another model is given, is what is seen, though steps that were undone or can
+/// be are still known.
+void expectWrittenAsSeen(const Asset& asset)
+{
+    std::ostringstream stream;
+    std::vector<std::string> roots;
+    for (const auto& child : asset.components()->children)
+        roots.push_back(child->id);
+    const auto other = ModelKernel::create();
+    asset.data().source().withKernel([&](ModelKernel& kernel) {
+        kernel.write(stream);
+        other->paste(kernel, roots);
+    });
+    const PartTree tree = ModelKernel::read(stream.str())->tree();
+    ASSERT_EQ(asText(*asset.components()), asText(tree, tree.roots));
+    ASSERT_EQ(count(other->tree().roots), count(tree.roots));
+    ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset));
+}
+
+class TreeRefreshTest : public EditTest
+{
+protected:
+    void run(Asset& asset, Request* request)
+    {
+        Status own;
+        EXPECT_TRUE(request->execute(&asset, own)) << Strings::narrow(own.toString());
+        request->destroy();
+    }
+
+    void change(Asset& asset, unsigned number)
+    {
+        const auto all = componentsOf(asset);
+        if (all.empty() || random() % 6 == 0) {
+            ASSERT_TRUE(ModelBuilder(&asset).box(1, 2, 3 + number, {}, status));
+            return;
+        }
+        const std::string id = all[random() % all.size()]->id;
+        const GkMatrix3d aside = GkMatrix3d::translation({double(number), 0, 1});
+        switch (random() % 5) {
+        case 0:
+            return run(asset, DeleteRequest::make(&asset, {{id}}));
+        case 1:
+            return run(asset, RenameRequest::make(&asset, {{id}}, L"Name " + std::to_wstring(number)));
+        case 2:
+            return run(asset, VisibilityRequest::make({{id}}, !asset.findComponent(id)->visible));
+        case 3:
+            return run(asset, EditRequest::make(&asset, L"Move", MoveEdit{{id}, aside}));
+        default:
+            return run(asset, EditRequest::make(&asset, L"Copy", CopyEdit{{id}, {aside}}));
+        }
+    }
+
+    const unsigned seed = std::random_device()();
+    std::mt19937 random{seed};
+};
+
+} // namespace
+
+TEST_F(TreeRefreshTest, AfterAnyChangeTheTreeIsThatOfTheData)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    Document* document = open((TestSupport::realDataFolder() / "as1-oc-214.stp").wstring());
+    ASSERT_TRUE(document);
+    Asset& asset = *document->activeAsset();
+    for (unsigned number = 0; number < 80; ++number) {
+        change(asset, number);
+        ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "change " << number;
+        while (random() % 3 == 0 && Transaction::undo(&asset))
+            ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "undo after " << number;
+        while (random() % 3 == 0 && Transaction::redo(&asset))
+            ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "redo after " << number;
+        if (random() % 8 == 0) {
+            ASSERT_NO_FATAL_FAILURE(expectWrittenAsSeen(asset)) << "written after " << number;
+        }
+    }
+}
+
+TEST_F(TreeRefreshTest, WhatIsShownAmidATransactionIsRightAsWell)
+{
+    Asset& asset = *boxAndCylinder();
+    const std::string before = digestOf(asset);
+    {
+        Transaction transaction(&asset, L"Whole");
+        for (unsigned number = 0; number < 20; ++number) {
+            change(asset, number);
+            ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "seed " << seed;
+        }
+    }
+    EXPECT_EQ(digestOf(asset), before) << "seed " << seed;
+    ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset));
+}

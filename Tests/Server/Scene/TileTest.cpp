@@ -1,0 +1,130 @@
+// A picture that is put together from tiles is the one that is drawn whole, whatever is shown around the
+// bodies.
+
+#include "Server/Scene/Renderer.h"
+#include "Server/Scene/Rendra/EglContext.h"
+#include "Server/Scene/Rendra/PictureTarget.h"
+#include "Tests/Server/Scene/Studio.h"
+
+using Vs::Scene::Image;
+
+namespace {
+
+class Tiles : public SceneTest::Studio
+{
+protected:
+    static constexpr int kWhole = 300, kHigh = 220;
+
+    void SetUp() override
+    {
+        Studio::SetUp();
+        if (IsSkipped())
+            return;
+        Vs::Status status;
+        context = Rendra::EglContext::make(status);
+        ASSERT_TRUE(context) << testing::PrintToString(status.toString());
+        ASSERT_TRUE(renderer.initialize(status)) << testing::PrintToString(status.toString());
+        look({-1, 2, -0.9});
+        target.dome = false;
+        target.effects = true;
+    }
+    void TearDown() override
+    {
+        if (context)
+            surface.release();
+    }
+
+    /// In tiles that are no larger than this; scaled down by the picture's own `pixelScale`.
+    Image drawIn(int width, int height)
+    {
+        Image image;
+        image.width = kWhole;
+        image.height = kHigh;
+        image.pixels.resize(size_t(kWhole) * kHigh * 4);
+        const int scale = target.pixelScale;
+        EXPECT_TRUE(surface.prepare(width, height, scale, 1));
+        target.framebuffer = surface.framebuffer();
+        target.width = kWhole * scale;
+        target.height = kHigh * scale;
+        for (int y = 0; y < kHigh; y += height)
+            for (int x = 0; x < kWhole; x += width) {
+                const int partWidth = std::min(width, kWhole - x), partHeight = std::min(height, kHigh - y);
+                target.tileX = x * scale;
+                target.tileY = y * scale;
+                target.tileWidth = partWidth * scale;
+                target.tileHeight = partHeight * scale;
+                renderer.render({fragment.get()}, target);
+                surface.read(partWidth, partHeight, &image.pixels[(size_t(y) * kWhole + size_t(x)) * 4],
+                             kWhole);
+            }
+        return image;
+    }
+
+    void expectNoSeams(const char* what)
+    {
+        SCOPED_TRACE(what);
+        for (const int scale : {1, 2})
+            for (const bool transparent : {false, true}) {
+                target.pixelScale = scale;
+                target.lineWidth = float(scale);
+                target.transparentBackground = transparent;
+                const Image whole = drawIn(kWhole, kHigh), tiled = drawIn(130, 90);
+                // Where an edge runs exactly between two pixels, rounding may decide otherwise.
+                EXPECT_LT(changed(whole, tiled, 3), 0.002)
+                    << "scale " << scale << (transparent ? ", transparent" : "");
+            }
+    }
+
+    std::unique_ptr<Rendra::EglContext> context;
+    Rendra::Renderer renderer;
+    Rendra::PictureTarget surface;
+    Rendra::RenderTarget target;
+};
+
+TEST_F(Tiles, FitTogetherWithEverythingThatStandsAroundTheBodies)
+{
+    Vs::Scene::RenderParams& params = *fragment->renderParams();
+    expectNoSeams("bodies alone");
+    params.groundPlaneEnabled(true);
+    params.groundShadowEnabled(true);
+    params.groundReflectionEnabled(true);
+    expectNoSeams("ground");
+    params.objectShadowType(3);
+    expectNoSeams("shadows");
+    params.ambientOcclusionEnabled(true);
+    expectNoSeams("occlusion");
+    target.grid = target.gridNumbers = true;
+    expectNoSeams("grid");
+    params.nprEffect(1);
+    expectNoSeams("pastel");
+    params.nprEffect(3);
+    expectNoSeams("graphite");
+}
+
+TEST_F(Tiles, ShadowsAndOcclusionAreFoundAgainOnlyIfABodyMoves)
+{
+    Vs::Scene::RenderParams& params = *fragment->renderParams();
+    params.groundPlaneEnabled(true);
+    params.groundShadowEnabled(true);
+    params.objectShadowType(2);
+    params.ambientOcclusionEnabled(true);
+    const auto drawCalls = [&] {
+        drawIn(kWhole, kHigh);
+        return renderer.statistics().drawCalls;
+    };
+    const uint64_t first = drawCalls(), again = drawCalls();
+    EXPECT_LT(again, first / 2);
+    Vs::Scene::NodeChange(box)
+        .highlight(Rendra::Graphics::Highlight::Pointed)
+        .bodyColour({0.1f, 0.6f, 0.1f, 1});
+    EXPECT_LE(drawCalls(), again + 2) << "a colour throws no shadow; what is pointed at has an outline";
+    Vs::Scene::NodeChange(box).highlight(Rendra::Graphics::Highlight::None);
+    fragment->camera()->orbit(10, 0);
+    const uint64_t turned = drawCalls();
+    EXPECT_GT(turned, again) << "occlusion depends on the view,";
+    EXPECT_LT(turned, first) << "but shadows do not";
+    Vs::Scene::NodeChange(box).transform(GkMatrix3d::translation({-20, -30, 0}));
+    EXPECT_EQ(drawCalls(), first);
+}
+
+} // namespace

@@ -1,0 +1,149 @@
+#include "UI/Base/Window/CommandBox.h"
+
+#include "Server/Base/TextCommandMgr.h"
+#include "Tests/UI/Base/Fixture.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QtTest/QTest>
+
+using namespace Vu;
+
+namespace {
+
+class BoxArea : public Vs::TextCommandSubjectArea
+{
+public:
+    BoxArea() : TextCommandSubjectArea(L"BoxTest", L"Commands for the tests of the command box", false) {}
+    Vs::PythonModuleInit pythonEntry() override { return nullptr; }
+};
+
+class BoxCommand : public Vs::TextCommand
+{
+public:
+    BoxCommand(const wchar_t* name, unsigned status, std::wstring answer)
+        : TextCommand(L"BoxTest", name, L"For a test", "%s", false, true),
+          m_status(status),
+          m_answer(std::move(answer))
+    {
+    }
+    Vs::TextCommandResult execute(const Vs::TextCommandParameters&) override { return {m_status, m_answer}; }
+    Vs::PythonFunction pythonEntry() override { return nullptr; }
+
+private:
+    unsigned m_status;
+    std::wstring m_answer;
+};
+
+class CommandBoxTest : public UiTest
+{
+protected:
+    CommandBoxTest()
+    {
+        UIBaseOptionGroup::get()->commandHistory({});
+        Application::get()->needGui();
+        box = std::make_unique<CommandBox>(nullptr);
+        box->show();
+    }
+    void type(const char* text) { QTest::keyClicks(box->edit(), QString::fromUtf8(text)); }
+    void press(Qt::Key key) { QTest::keyClick(box->edit(), key); }
+    std::string line() const { return box->edit()->text().toStdString(); }
+    std::string answer() const { return box->answer()->text().toStdString(); }
+
+    BoxArea area;
+    BoxCommand say{L"SayHello", 0, L"Hello."};
+    BoxCommand many{L"SayMore", 0, L"One\nTwo"};
+    BoxCommand fail{L"Fail", 1, L"It went wrong."};
+    std::unique_ptr<CommandBox> box;
+};
+
+} // namespace
+
+TEST_F(CommandBoxTest, TabCompletesAsFarAsTheCandidatesAgreeAndThenStepsThroughThem)
+{
+    type("BoxTest.Sa");
+    EXPECT_TRUE(box->popup()->isVisible());
+    EXPECT_EQ(box->popup()->count(), 2);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(line(), "BoxTest.Say");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(box->popup()->currentRow(), 0);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(line(), "BoxTest.SayMore ");
+    EXPECT_FALSE(box->popup()->isVisible());
+}
+
+TEST_F(CommandBoxTest, ASingleCandidateIsTakenWholeAndTabOnNothingKeepsTheLine)
+{
+    type("BoxTest.F");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(line(), "BoxTest.Fail ");
+    box->edit()->clear();
+    press(Qt::Key_Tab);
+    EXPECT_EQ(line(), "");
+    type("NoSuchArea.X");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(line(), "NoSuchArea.X");
+}
+
+TEST_F(CommandBoxTest, ALineThatFailsStaysWithTheReasonUntilItIsChanged)
+{
+    type("BoxTest.Fail");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(box->failed());
+    EXPECT_EQ(line(), "BoxTest.Fail");
+    EXPECT_EQ(answer(), "It went wrong.");
+    EXPECT_TRUE(box->answer()->isVisible());
+    type("x");
+    EXPECT_FALSE(box->failed());
+    EXPECT_FALSE(box->answer()->isVisible());
+}
+
+TEST_F(CommandBoxTest, AnAnswerTakesThePlaceOfTheLineAndALongOneGetsRoom)
+{
+    box->edit()->setText("BoxTest.SayHello");
+    box->run();
+    EXPECT_EQ(line(), "");
+    EXPECT_EQ(answer(), "Hello.");
+    box->edit()->setText("BoxTest.SayMore");
+    box->run();
+    EXPECT_EQ(box->output()->toPlainText().toStdString(), "One\nTwo");
+    EXPECT_TRUE(box->output()->isVisible());
+    EXPECT_FALSE(box->answer()->isVisible());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(box->output()->isVisible());
+}
+
+TEST_F(CommandBoxTest, UpAndDownGoThroughTheHistoryAndBackToWhatWasTyped)
+{
+    for (const char* text : {"BoxTest.SayHello one", "BoxTest.SayHello two", "BoxTest.SayHello one"}) {
+        box->edit()->setText(text);
+        box->run();
+    }
+    box->edit()->setText("unfinished");
+    press(Qt::Key_Up);
+    EXPECT_EQ(line(), "BoxTest.SayHello one");
+    press(Qt::Key_Up);
+    EXPECT_EQ(line(), "BoxTest.SayHello two");
+    press(Qt::Key_Up);
+    EXPECT_EQ(line(), "BoxTest.SayHello two") << "a line run twice is kept once";
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_EQ(line(), "unfinished");
+    press(Qt::Key_Down);
+    EXPECT_EQ(line(), "unfinished");
+}
+
+TEST_F(CommandBoxTest, TheHistoryOutlivesTheBox)
+{
+    box->edit()->setText("BoxTest.SayHello kept");
+    box->run();
+    box = std::make_unique<CommandBox>(nullptr);
+    press(Qt::Key_Up);
+    EXPECT_EQ(line(), "BoxTest.SayHello kept");
+}

@@ -1,0 +1,195 @@
+#include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Workspace/ShellMgr.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
+#include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
+#include "UI/Commands/Adaptations/QT/Shell/Tile.h"
+#include "UI/Commands/Adaptations/QT/Shell/TileSection.h"
+#include "UI/Commands/Shells/AssetShell.h"
+#include "UI/Commands/Shells/FindShell.h"
+#include "UI/Commands/Shells/ManagementShell.h"
+
+#include <QLabel>
+#include <QToolButton>
+#include <QtTest/QTest>
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+
+#include <chrono>
+
+using namespace Vu;
+using namespace Vu::Commands;
+
+namespace {
+
+/// A workspace of its own, with a window on the home screen.
+class HomeTest : public CommandsTests::WithProgram
+{
+protected:
+    void SetUp() override
+    {
+        WithProgram::SetUp();
+        RecentDocumentMgr::get()->clearRecent();
+        m_before = WorkspaceMgr::activeWorkspace();
+        m_workspace = WorkspaceMgr::get()->create();
+        m_workspace->window()->show();
+    }
+    void TearDown() override
+    {
+        WithProgram::TearDown();
+        WorkspaceMgr::get()->close(m_workspace);
+        WorkspaceMgr::activeWorkspace(m_before);
+        RecentDocumentMgr::get()->clearRecent();
+    }
+
+    TileSection* section(const char* name) const
+    {
+        return static_cast<TileSection*>(m_workspace->window()->widget()->findChild<QWidget*>(name));
+    }
+    const std::vector<Tile*>& recent() const { return section("recentDocuments")->tiles(); }
+    const std::vector<Tile*>& open() const { return section("openDocuments")->tiles(); }
+    /// Lets events come until it is so; false if it never is.
+    template <class Condition>
+    static bool becomes(Condition condition)
+    {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!condition() && std::chrono::steady_clock::now() < end) {
+            Application::get()->processEvents();
+            QTest::qWait(5);
+        }
+        return condition();
+    }
+    static std::wstring file(const std::wstring& name)
+    {
+        boost::filesystem::ofstream(scratch(name)) << "nothing that could be opened";
+        return scratch(name);
+    }
+    ShellMgr* shells() const { return m_workspace->shellManager(); }
+
+    Workspace* m_workspace = nullptr;
+    Workspace* m_before = nullptr;
+};
+
+TEST_F(HomeTest, RecentDocumentsStandAsTilesNewestFirstAndFollowTheList)
+{
+    EXPECT_TRUE(recent().empty());
+    auto* hint = section("recentDocuments")->findChild<QLabel*>("homeHint");
+    ASSERT_NE(hint, nullptr);
+    RecentDocumentMgr::get()->add(file(L"First.vlra"), false);
+    RecentDocumentMgr::get()->add(file(L"Second with a dot.2.vlsim"), false);
+    ASSERT_EQ(recent().size(), 2u);
+    EXPECT_EQ(recent()[0]->text().toStdString(), "Second with a dot.2");
+    EXPECT_TRUE(becomes([&] { return recent()[1]->note().startsWith(QStringLiteral("Today, ")); }));
+    EXPECT_FALSE(recent()[1]->missing());
+    EXPECT_TRUE(
+        becomes([&] { return section("recentDocuments")->findChild<QLabel*>("homeHint") == nullptr; }));
+    RecentDocumentMgr::get()->add(scratch(L"First.vlra"), false);
+    EXPECT_EQ(recent()[0]->text().toStdString(), "First");
+}
+
+TEST_F(HomeTest, TheTileOfAFileThatIsGoneIsFaintAndCanBeTakenAwayByButtonAndByKey)
+{
+    file(L"Third.vlra");
+    for (const wchar_t* name : {L"Gone.vlra", L"Lost.vlra", L"Third.vlra"})
+        RecentDocumentMgr::get()->add(scratch(name), false);
+    ASSERT_TRUE(becomes([&] { return recent()[1]->missing() && !recent()[0]->note().isEmpty(); }));
+    EXPECT_FALSE(recent()[0]->missing());
+    auto* remove = recent()[1]->findChild<QToolButton*>("removeTile");
+    EXPECT_TRUE(remove->isVisibleTo(recent()[1]));
+    QTest::mouseClick(remove, Qt::LeftButton);
+    ASSERT_EQ(recent().size(), 2u);
+    QTest::keyClick(recent()[1], Qt::Key_Delete);
+    ASSERT_EQ(recent().size(), 1u);
+    EXPECT_EQ(recent()[0]->text().toStdString(), "Third");
+    std::vector<RecentDocument*> left;
+    RecentDocumentMgr::get()->recentDocuments(left, 9);
+    EXPECT_EQ(left.size(), 1u);
+    EXPECT_TRUE(boost::filesystem::exists(scratch(L"Third.vlra")));
+}
+
+TEST_F(HomeTest, ArrowKeysGoAlongAndAcrossTheRows)
+{
+    QWidget* window = m_workspace->window()->widget();
+    // Room for two tiles in a row.
+    window->resize(2 * Tile::kWidth + 160, 900);
+    for (const wchar_t* name : {L"e", L"d", L"c", L"b", L"a"})
+        RecentDocumentMgr::get()->add(scratch(std::wstring(name) + L".vlra"), false);
+    ASSERT_TRUE(becomes([&] { return recent()[2]->y() > recent()[1]->y() && recent()[1]->x() > 0; }));
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    recent()[0]->setFocus();
+    const auto press = [&](Qt::Key key) {
+        QTest::keyClick(window->focusWidget(), key);
+        return static_cast<Tile*>(window->focusWidget())->text().toStdString();
+    };
+    EXPECT_EQ(press(Qt::Key_Left), "a");
+    EXPECT_EQ(press(Qt::Key_Right), "b");
+    EXPECT_EQ(press(Qt::Key_Down), "d");
+    EXPECT_EQ(press(Qt::Key_Down), "e") << "the last row is short";
+    EXPECT_EQ(press(Qt::Key_Up), "c");
+    EXPECT_EQ(press(Qt::Key_Delete), "d") << "the next one takes its place";
+}
+
+TEST_F(HomeTest, OpenAssetsStandAboveAndAPressGoesBackToThem)
+{
+    EXPECT_TRUE(section("openDocuments")->isHidden());
+    answer(L"Design.Sample");
+    AssetSession* first = activeSession();
+    answer(L"Design.New");
+    answer(L"Design.Box 1 2 3");
+    answer(L"VuCommands.ManagementShellCmd");
+    ASSERT_TRUE(becomes([&] { return section("openDocuments") && open().size() == 2; }));
+    EXPECT_EQ(open()[0]->text().toStdString(), "Sample");
+    EXPECT_EQ(open()[0]->note().toStdString(), "");
+    EXPECT_EQ(open()[1]->note().toStdString(), "Changed");
+    QTest::keyClick(open()[0], Qt::Key_Return);
+    EXPECT_NE(shells()->activeShell(), findShell<AssetShell>(shells())) << "the command runs behind the key";
+    EXPECT_TRUE(becomes([&] { return shells()->activeShell() == findShell<AssetShell>(shells()); }));
+    EXPECT_EQ(activeSession(), first);
+}
+
+TEST_F(HomeTest, ClosingFromATileAsksForWhatWasChanged)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 1 2 3");
+    answer(L"VuCommands.ManagementShellCmd");
+    ASSERT_TRUE(becomes([&] { return section("openDocuments") && open().size() == 1; }));
+    answerBoxes(2);
+    open()[0]->findChild<QToolButton*>("removeTile")->click();
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(boxes().size(), 1u);
+    EXPECT_EQ(documents(), 1u);
+}
+
+TEST(FilePreviewTest, DaysAreToldAsAPersonWould)
+{
+    const QDateTime now(QDate(2024, 3, 1), QTime(0, 5));
+    EXPECT_EQ(dayText(now.addSecs(-240), now).toStdString(), "Today, 00:01");
+    EXPECT_EQ(dayText(QDateTime(QDate(2024, 2, 29), QTime(23, 59)), now).toStdString(), "Yesterday, 23:59");
+    EXPECT_EQ(dayText(QDateTime(QDate(2024, 2, 29), QTime(0, 0)), now).toStdString(), "Yesterday, 00:00");
+    EXPECT_EQ(dayText(QDateTime(QDate(2024, 2, 28), QTime(23, 59)), now).toStdString().find("esterday"),
+              std::string::npos);
+    EXPECT_EQ(dayText(now.addDays(1), now).toStdString().find("Today"), std::string::npos);
+}
+
+TEST(FilePreviewTest, AFolderIsNoFileAndNobodyIsToldWhoIsGone)
+{
+    const boost::filesystem::path folder = boost::filesystem::temp_directory_path();
+    EXPECT_FALSE(lookAt(folder.wstring()).exists);
+    EXPECT_FALSE(lookAt(L"").exists);
+    Application::get()->needGui();
+    bool told = false;
+    {
+        QObject receiver;
+        lookAtLater(folder.wstring(), &receiver, [&](const FilePreview&) { told = true; });
+    }
+    QTest::qWait(50);
+    EXPECT_FALSE(told);
+}
+
+} // namespace

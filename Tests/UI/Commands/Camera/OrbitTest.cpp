@@ -1,0 +1,471 @@
+#include "Server/Base/Task.h"
+#include "Server/Base/Timer.h"
+#include "Server/CommonData/CommonDataAssetSettings.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/GeometryNode.h"
+#include "Server/Scene/Projection.h"
+#include "Server/Scene/ViewFragment.h"
+#include "Tests/Server/Geometry/Near.h"
+#include "Tests/UI/Commands/Navigation.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/InputControl.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/ActiveAssetUtils.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/InteractionEvents.h"
+#include "UI/Base/View/SplitViewMgr.h"
+#include "UI/Commands/Camera/OrbitCmd.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+using namespace Vu;
+using namespace Vu::Commands;
+using CommandsTests::stand;
+using Vs::Scene::Camera;
+
+namespace {
+
+class OrbitTest : public CommandsTests::Navigation
+{
+protected:
+    static ListControl* entry()
+    {
+        return Vs::cast<ListControl>(
+            CommandDefinitionMgr::get()->findCommandDefinitionById(L"OrbitCommand")->inputControl());
+    }
+    static OrbitCmd* orbit() { return Vs::cast<OrbitCmd>(activeCommand()); }
+    /// The distance from the middle of a part of half the smaller side of the canvas.
+    static int pixels(double part) { return int(std::lround(part * canvas()->height() / 2)); }
+    /// Over the model and the orbicon.
+    static bool reticleShows(const GraphicsView* over = view()) { return over->viewFragments().size() > 2; }
+    static bool markerShows()
+    {
+        const auto& nodes = view()->modelFragment()->viewFragmentNode()->children();
+        return std::any_of(nodes.begin(), nodes.end(), [](const auto& node) {
+            return Vs::cast<Rendra::Graphics::InstanceNode>(node.get()) != nullptr;
+        });
+    }
+    static void choose(const std::wstring& key)
+    {
+        for (Info* item : entry()->items())
+            if (item->key() == key)
+                entry()->selectedItem(item, true);
+        Application::get()->flushDeferredTasks();
+    }
+};
+
+TEST_F(OrbitTest, TheZonesOfTheReticle)
+{
+    start(L"FreeOrbitCommand");
+    ASSERT_TRUE(orbit());
+    const OrbitReticle& reticle = orbit()->reticle();
+    ASSERT_TRUE(reticle.shown());
+    const auto zone = [&](double x, double y) {
+        return reticle.zone({canvas()->width() / 2 + pixels(x), canvas()->height() / 2 + pixels(y)});
+    };
+    EXPECT_EQ(zone(0, 0), kInCircle);
+    EXPECT_EQ(zone(0.4, -0.4), kInCircle);
+    EXPECT_EQ(zone(0, 0.75), kOnVerticalTick);
+    EXPECT_EQ(zone(0, -0.75), kOnVerticalTick);
+    EXPECT_EQ(zone(0.75, 0.02), kOnHorizontalTick);
+    EXPECT_EQ(zone(-0.75, 0), kOnHorizontalTick);
+    EXPECT_EQ(zone(0.75, 0.1), kInRing);
+    EXPECT_EQ(zone(0, 0.9), kInRing);
+    EXPECT_EQ(zone(0.6, 0.6), kInRing);
+    EXPECT_EQ(zone(1.05, 0), kOutside);
+    EXPECT_EQ(zone(0.8, 0.8), kOutside);
+}
+
+TEST_F(OrbitTest, WhereADragBeginsDecidesAboutWhatTheViewTurns)
+{
+    start(L"FreeOrbitCommand");
+    const GkVector3d right = camera()->right(), up = camera()->screenUp(), along = camera()->direction();
+    const auto from = [&](int x, int y) {
+        move(x, y);
+        drag(kLeftButton, x, y, x + 23, y + 17);
+    };
+    from(0, pixels(0.75)); // The upright tick: about the screen's horizontal axis.
+    EXPECT_TRUE(camera()->right().isEqualTo(right, {1e-6, 1e-9}));
+    EXPECT_FALSE(camera()->direction().isEqualTo(along));
+    answer(L"VuCommands.CancelCmd");
+
+    start(L"FreeOrbitCommand");
+    camera()->look(along, up);
+    from(pixels(0.75), 0);
+    EXPECT_TRUE(camera()->screenUp().isEqualTo(up, {1e-6, 1e-9}));
+    EXPECT_FALSE(camera()->direction().isEqualTo(along));
+    answer(L"VuCommands.CancelCmd");
+
+    start(L"FreeOrbitCommand");
+    camera()->look(along, up);
+    from(pixels(0.6), pixels(0.6)); // The ring: about the line of sight.
+    EXPECT_TRUE(camera()->direction().isEqualTo(along, {1e-6, 1e-9}));
+    EXPECT_FALSE(camera()->screenUp().isEqualTo(up));
+    answer(L"VuCommands.CancelCmd");
+
+    start(L"FreeOrbitCommand");
+    camera()->look(along, up);
+    from(0, 0);
+    EXPECT_FALSE(camera()->direction().isEqualTo(along));
+    EXPECT_TRUE(reticleShows());
+}
+
+TEST_F(OrbitTest, ADragFromOutsideTurnsNothingAndLeavesTheTool)
+{
+    start(L"ConstrainedOrbitCommand");
+    EXPECT_TRUE(reticleShows());
+    const std::string before = stand(*camera());
+    const int outside = canvas()->width() / 2 - 5;
+    move(outside, 0);
+    press(kLeftButton, outside, 0);
+    move(outside - 60, 40);
+    EXPECT_FALSE(reticleShows());
+    release(kLeftButton, outside - 60, 40);
+    EXPECT_EQ(stand(*camera()), before);
+    EXPECT_EQ(activeKey(), L"");
+    EXPECT_FALSE(reticleShows());
+
+    start(L"ConstrainedOrbitCommand");
+    move(outside, 0);
+    click(kLeftButton, outside, 0);
+    EXPECT_EQ(activeKey(), L"");
+    EXPECT_FALSE(reticleShows());
+}
+
+TEST_F(OrbitTest, AClickBringsThePlaceToTheMiddleOnTheModelAndBesideIt)
+{
+    start(L"FreeOrbitCommand");
+    const GkVector3d along = camera()->direction();
+    click(kLeftButton, pixels(0.3), pixels(0.2));
+    EXPECT_EQ(activeKey(), L"FreeOrbitCommand");
+    // On the face of the box that is turned to the camera.
+    EXPECT_NEAR(camera()->target().y, 0, 1e-4);
+    EXPECT_TRUE(camera()->direction().isEqualTo(along));
+
+    camera()->zoom(0.2);
+    const double depth = camera()->target().y;
+    const GkPoint3d place = under(pixels(0.5), pixels(-0.3));
+    click(kLeftButton, pixels(0.5), pixels(-0.3));
+    EXPECT_TRUE(camera()->target().isEqualTo(place, {1e-4, 1e-9}));
+    EXPECT_NEAR(camera()->target().y, depth, 1e-4);
+}
+
+TEST_F(OrbitTest, AConstrainedOrbitKeepsTheModelUpright)
+{
+    camera()->look({1, 1, -1}, {0, 0, 1});
+    camera()->fit(view()->modelFragment()->bounds());
+    drag(kRightButton, 0, 0, 130, 45);
+    EXPECT_NEAR(camera()->right().z, 0, 1e-9);
+    const double distance = camera()->distance();
+    UIBaseOptionGroup::get()->useContrainedOrbit(false);
+    drag(kRightButton, 0, 0, 130, 45);
+    drag(kRightButton, 0, 0, 130, -45);
+    EXPECT_GT(std::abs(camera()->right().z), 1e-3);
+    EXPECT_NEAR(camera()->distance(), distance, distance * 1e-9);
+}
+
+TEST_F(OrbitTest, TheAxisIsTheOneThatTheViewerTakesForUp)
+{
+    Camera someView;
+    someView.look({0, 1, 0}, {0, 0, 1});
+    EXPECT_TRUE(computeUpForConstrainedOrbit(someView).isEqualTo({0, 0, 1}));
+    // Upside down.
+    someView.look({0, 1, 0}, {0, 0, -1});
+    EXPECT_TRUE(computeUpForConstrainedOrbit(someView).isEqualTo({0, 0, -1}));
+    // From above at a steep angle Y is nearer to the camera's up, but only Z stands upright in the picture;
+    // that wins within 60 degrees.
+    const GkVector3d steep(0.3, 0.2, -0.5);
+    someView.look(steep, {0, 0, 1});
+    someView.up(someView.screenUp());
+    EXPECT_TRUE(computeUpForConstrainedOrbit(someView).isEqualTo({0, 0, 1}));
+    // Rolled: no axis is upright, and the nearest is taken.
+    someView.roll(1.2);
+    const GkVector3d up = someView.up().normal();
+    const GkVector3d axis = computeUpForConstrainedOrbit(someView);
+    for (const GkVector3d& other : {GkVector3d::kXAxis, GkVector3d::kYAxis, GkVector3d::kZAxis})
+        EXPECT_GE(up.dotProduct(axis), std::abs(up.dotProduct(other)) - 1e-12);
+}
+
+TEST_F(OrbitTest, TheAxesAreThoseOfTheModel)
+{
+    auto* settings = Vs::cast<Vs::CommonData::CommonDataAssetSettings>(ActiveAssetUtils::assetSettings());
+    ASSERT_TRUE(settings);
+    const GkVector3d up = GkVector3d(0, -1, 1).normal();
+    ASSERT_TRUE(settings->sceneOrientation(up, {1, 0, 0}));
+    Camera someView;
+    someView.look({1, 0, 0}, {0, 0, 1});
+    EXPECT_TRUE(isNear(computeUpForConstrainedOrbit(someView), up));
+    someView.look({-1, 0, 0}, -up);
+    EXPECT_TRUE(isNear(computeUpForConstrainedOrbit(someView), -up));
+
+    // What a drag keeps upright is the model's own axis.
+    camera()->look(GkVector3d(1, 0.3, -0.2), up);
+    drag(kRightButton, 0, 0, 130, 45);
+    EXPECT_NEAR(camera()->right().dotProduct(up), 0, 1e-9);
+    EXPECT_GT(std::abs(camera()->right().z), 1e-3);
+}
+
+TEST_F(OrbitTest, ChoosingAFlavourStartsItAndMakesItTheOneOfTheMouse)
+{
+    ASSERT_TRUE(entry());
+    EXPECT_EQ(entry()->items().size(), 2u);
+    choose(L"FreeOrbitCommand");
+    ASSERT_TRUE(orbit());
+    EXPECT_FALSE(UIBaseOptionGroup::get()->useContrainedOrbit());
+    EXPECT_TRUE(entry()->active());
+    answer(L"VuCommands.CancelCmd");
+    EXPECT_FALSE(entry()->active());
+    press(kRightButton, 0, 0);
+    EXPECT_EQ(activeKey(), L"FreeOrbitCommand");
+    EXPECT_FALSE(reticleShows());
+    release(kRightButton, 0, 0);
+    choose(L"ConstrainedOrbitCommand");
+    EXPECT_TRUE(UIBaseOptionGroup::get()->useContrainedOrbit());
+    answer(L"VuCommands.CancelCmd");
+    // Without a flavour there is nothing to start.
+    start(L"OrbitCommand");
+    EXPECT_EQ(activeKey(), L"");
+}
+
+TEST_F(OrbitTest, TheWrongButtonTurnsNothing)
+{
+    start(L"FreeOrbitCommand");
+    const std::string before = stand(*camera());
+    // An event of the right button with a press that the agent doesn't see.
+    OrbitCmd* tool = orbit();
+    MouseEvent right(canvas(), {kRightButton, 0, 100, 100, 0});
+    tool->mouseDragBegin(&right);
+    tool->mouseDrag(&right);
+    EXPECT_EQ(stand(*camera()), before);
+}
+
+TEST_F(OrbitTest, APassiveOrbitTurnsAboutThePivotIfThereIsOne)
+{
+    const GkPoint3d corner(20, 20, 20);
+    camera()->look({1, 1, -1}, {0, 0, 1});
+    camera()->fit(view()->modelFragment()->bounds());
+    camera()->pivot(corner);
+    camera()->pivotEnabled(true);
+    const auto onScreen = [&] {
+        return Vs::Scene::Projection(*camera(), canvas()->width(), canvas()->height()).worldToScreen(corner);
+    };
+    const GkPoint3d before = onScreen();
+    drag(kRightButton, 0, 0, 90, 30);
+    EXPECT_TRUE(onScreen().isEqualTo(before, {1e-6, 1e-9}));
+    UIBaseOptionGroup::get()->cameraPivotEnabled(false);
+    drag(kRightButton, 0, 0, 90, 30);
+    EXPECT_FALSE(onScreen().isEqualTo(before, {1, 1e-9}));
+}
+
+TEST_F(OrbitTest, TheStartAndTheEndOfAnInteractionGoTogether)
+{
+    class Count : public InteractionEventSite
+    {
+    public:
+        Count() { InteractionEventSource::get()->subscribe(this); }
+        ~Count() override { InteractionEventSource::get()->unsubscribe(this); }
+        void startInteraction(InteractionEvent*) override { ++starts; }
+        void endInteraction(InteractionEvent*) override { ++ends; }
+        int starts = 0, ends = 0;
+    } count;
+    drag(kRightButton, 0, 0, 50, 50);
+    drag(kMiddleButton, 0, 0, 50, 50);
+    start(L"FreeOrbitCommand");
+    drag(kLeftButton, 0, 0, 50, 50);
+    answer(L"VuCommands.CancelCmd");
+    EXPECT_EQ(count.starts, 3);
+    EXPECT_EQ(count.ends, 3);
+    click(kRightButton, 0, 0);
+    EXPECT_EQ(count.starts, 3);
+    // Another button, or the end of the tool, breaks the drag off.
+    start(L"FreeOrbitCommand");
+    press(kLeftButton, 0, 0);
+    move(50, 50);
+    press(kMiddleButton, 50, 50);
+    EXPECT_EQ(count.ends, count.starts);
+    release(kMiddleButton, 50, 50);
+    release(kLeftButton, 50, 50);
+    press(kLeftButton, 0, 0);
+    move(50, 50);
+    answer(L"VuCommands.CancelCmd");
+    EXPECT_EQ(count.starts, 5);
+    EXPECT_EQ(count.ends, 5);
+    release(kLeftButton, 50, 50);
+}
+
+TEST_F(OrbitTest, ADragThatAnotherButtonBreaksOffSwallowsNoClick)
+{
+    for (const bool leftComesUpFirst : {true, false}) {
+        start(L"FreeOrbitCommand");
+        press(kLeftButton, 0, 0);
+        move(20, 0);
+        press(kMiddleButton, 20, 0);
+        move(30, 10);
+        release(leftComesUpFirst ? kLeftButton : kMiddleButton, 30, 10);
+        const std::string before = stand(*camera());
+        release(leftComesUpFirst ? kMiddleButton : kLeftButton, 30, 10);
+        // The release is no click that brings the place to the middle.
+        EXPECT_EQ(stand(*camera()), before) << leftComesUpFirst;
+        ASSERT_TRUE(orbit());
+        EXPECT_TRUE(reticleShows());
+        move(pixels(1.9), 0);
+        click(kLeftButton, pixels(1.9), 0);
+        EXPECT_FALSE(orbit()) << leftComesUpFirst;
+    }
+}
+
+TEST_F(OrbitTest, InASplitViewToolsWorkInTheViewThatTheUserIsIn)
+{
+    GraphicsView* const first = view();
+    GraphicsView* const second = activeSession()->createView();
+    GraphicsCanvas beside;
+    beside.view(second, false, false);
+    start(L"FreeOrbitCommand");
+    EXPECT_TRUE(reticleShows(first));
+    SplitViewMgr::get()->activeCanvas(&beside);
+    ASSERT_EQ(view(), second);
+    const std::string before = stand(*first->modelFragment()->camera());
+    move(0, 0);
+    EXPECT_FALSE(reticleShows(first));
+    EXPECT_TRUE(reticleShows(second));
+    const std::string start = stand(*camera());
+    drag(kLeftButton, 0, 0, 60, 30);
+    EXPECT_NE(stand(*camera()), start);
+    camera()->zoom(5);
+    doubleClick(kMiddleButton, 0, 0);
+    scroll(-120, 50, 50);
+    EXPECT_EQ(stand(*first->modelFragment()->camera()), before);
+    answer(L"VuCommands.CancelCmd");
+    beside.view(nullptr, false, false);
+    SplitViewMgr::get()->activeCanvas(first->canvas());
+}
+
+TEST_F(OrbitTest, ClosingTheDocumentUnderTheToolLeavesNothingBehind)
+{
+    start(L"FreeOrbitCommand");
+    answerBoxes(1);
+    answer(L"Document.CloseAll");
+    EXPECT_EQ(activeCommand(), nullptr);
+    answer(L"Design.New");
+    EXPECT_FALSE(reticleShows());
+}
+
+/// With a clock that the test winds.
+class PivotMarkerTest : public OrbitTest
+{
+protected:
+    void SetUp() override
+    {
+        OrbitTest::SetUp();
+        seconds = 100;
+        Vs::Utility::timer::clock([] { return seconds; });
+        camera()->pivot({5, 5, 5});
+        camera()->pivotEnabled(true);
+    }
+    void TearDown() override
+    {
+        idle(2);
+        idle(2);
+        Vs::Utility::timer::clock(nullptr);
+        OrbitTest::TearDown();
+    }
+    static void idle(double passed)
+    {
+        seconds += passed;
+        Application::get()->idleTasks()->runOnce();
+    }
+
+    static double seconds;
+};
+
+double PivotMarkerTest::seconds = 0;
+
+TEST_F(PivotMarkerTest, TheMarkerStaysForASecondBehindAnOrbit)
+{
+    press(kRightButton, 0, 0);
+    EXPECT_FALSE(markerShows());
+    move(40, 40);
+    EXPECT_TRUE(markerShows());
+    idle(5);
+    EXPECT_TRUE(markerShows());
+    release(kRightButton, 40, 40);
+    // The time counts from the first turn of the queue.
+    idle(5);
+    EXPECT_TRUE(markerShows());
+    idle(0.9);
+    EXPECT_TRUE(markerShows());
+    idle(0.2);
+    EXPECT_FALSE(markerShows());
+    EXPECT_TRUE(Application::get()->idleTasks()->empty());
+}
+
+TEST_F(PivotMarkerTest, ANewOrbitWithinTheSecondKeepsTheMarker)
+{
+    drag(kRightButton, 0, 0, 40, 40);
+    idle(0);
+    idle(0.6);
+    press(kRightButton, 0, 0);
+    move(40, 40);
+    idle(3);
+    EXPECT_TRUE(markerShows());
+    release(kRightButton, 40, 40);
+    idle(0);
+    idle(0.9);
+    EXPECT_TRUE(markerShows());
+    idle(0.2);
+    EXPECT_FALSE(markerShows());
+}
+
+TEST_F(PivotMarkerTest, NoMarkerWithoutAPivotOrAgainstTheUsersOption)
+{
+    camera()->pivotEnabled(false);
+    drag(kRightButton, 0, 0, 40, 40);
+    EXPECT_FALSE(markerShows());
+    camera()->pivotEnabled(true);
+    UIBaseOptionGroup::get()->cameraPivotEnabled(false);
+    drag(kRightButton, 0, 0, 40, 40);
+    EXPECT_FALSE(markerShows());
+}
+
+TEST_F(PivotMarkerTest, LookAtMovesThePivotToThePickedPlaceAndShowsIt)
+{
+    camera()->look({1, 1, -1}, {0, 0, 1});
+    camera()->fit(view()->modelFragment()->bounds());
+    const double distance = camera()->distance();
+    start(L"LookAtCommand");
+    EXPECT_EQ(activeKey(), L"LookAtCommand");
+    move(0, -120);
+    click(kLeftButton, 0, -120); // On the top of the box.
+    EXPECT_EQ(activeKey(), L"");
+    EXPECT_TRUE(camera()->direction().isEqualTo({0, 0, -1}, {1e-6, 1e-6}));
+    EXPECT_NEAR(camera()->distance(), distance, distance * 1e-9);
+    EXPECT_NEAR(camera()->target().z, 20, 1e-4);
+    EXPECT_TRUE(camera()->pivot().isEqualTo(camera()->target()));
+    EXPECT_TRUE(camera()->pivotEnabled());
+    EXPECT_TRUE(markerShows());
+    // The normal is that of the ground, so that up must be something else.
+    EXPECT_NEAR(camera()->up().dotProduct(camera()->direction()), 0, 1e-6);
+}
+
+TEST_F(PivotMarkerTest, LookAtWaitsForABodyAndIgnoresDragsAndTheBackground)
+{
+    start(L"LookAtCommand");
+    const std::string before = stand(*camera());
+    click(kLeftButton, canvas()->width() / 2 - 3, 0);
+    drag(kLeftButton, 0, 0, 30, 30);
+    EXPECT_EQ(stand(*camera()), before);
+    EXPECT_EQ(activeKey(), L"LookAtCommand");
+    // A side of the box: its normal lies in the ground, and the model stands upright.
+    click(kLeftButton, 0, 0);
+    EXPECT_EQ(activeKey(), L"");
+    EXPECT_TRUE(camera()->direction().isEqualTo({0, 1, 0}, {1e-6, 1e-6}));
+    EXPECT_TRUE(camera()->up().isEqualTo({0, 0, 1}));
+}
+
+} // namespace

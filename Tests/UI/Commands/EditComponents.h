@@ -1,0 +1,74 @@
+#pragma once
+
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/DataModel/Transaction.h"
+#include "Tests/Support/RealData.h"
+#include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Base/Session/AssetSession.h"
+
+namespace CommandsTests {
+
+using Texts = std::vector<std::wstring>;
+
+/// A design of three boxes, of which the last is placed.
+class EditComponents : public WithProgram
+{
+protected:
+    void SetUp() override
+    {
+        WithProgram::SetUp();
+        answer(L"Design.New");
+        answer(L"Design.Box 1 1 1");
+        answer(L"Design.Box 2 2 2");
+        answer(L"Design.Box 3 3 3 10,0,0");
+    }
+
+    static Vs::Asset* asset() { return activeSession()->asset(); }
+    static Vs::SelectionSet& selected() { return activeSession()->selectionManager()->selectionSet(); }
+    static Vs::ObjectPath path(const std::wstring& text)
+    {
+        Vs::Status status;
+        const auto found = Vs::ObjectPath::find(*asset(), text, status);
+        EXPECT_TRUE(found) << status.matchingError("");
+        return found.value_or(Vs::ObjectPath());
+    }
+    static void select(const Texts& texts)
+    {
+        selected().clear();
+        for (const std::wstring& text : texts)
+            selected().add(Vs::StrongRef<Vs::Selection>(
+                new Vs::LogicalSelection(asset(), path(text), Vs::StrongRef<Vs::Selection>())));
+    }
+    /// The paths of all components, each behind the one that holds it.
+    static Texts paths() { return below(*asset()->components()); }
+    static unsigned steps() { return Vs::Transaction::undoSteps(asset()); }
+    /// Saves, closes and opens again; the tree is that of the file then.
+    static void saveAndReopen(const std::wstring& file)
+    {
+        answer(L"Document.SaveAs \"" + scratch(file) + L'"');
+        answer(L"Document.CloseAll");
+        answer(L"Document.Open \"" + scratch(file) + L'"');
+    }
+
+    /// An assembly of 28 components, in which brackets and bolts occur several times.
+    static void openAssembly()
+    {
+        answer(L"Document.Open \"" + (TestSupport::realDataFolder() / "as1-oc-214.stp").wstring() + L'"');
+    }
+
+private:
+    static Texts below(const Vs::Component& parent)
+    {
+        Texts texts;
+        for (const auto& child : parent.children) {
+            texts.push_back(Vs::ObjectPath{child->id}.toText(*asset()));
+            const Texts inner = below(*child);
+            texts.insert(texts.end(), inner.begin(), inner.end());
+        }
+        return texts;
+    }
+};
+
+} // namespace CommandsTests

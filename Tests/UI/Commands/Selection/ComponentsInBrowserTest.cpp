@@ -1,0 +1,203 @@
+#include "Tests/UI/Commands/EditComponents.h"
+#include "Tests/UI/Commands/InBrowser.h"
+
+#include <QAbstractItemModelTester>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QSignalSpy>
+
+#include <optional>
+#include <random>
+
+namespace {
+
+using CommandsTests::Texts;
+
+class ComponentsInTheBrowser : public CommandsTests::InBrowser<CommandsTests::EditComponents>
+{
+protected:
+    QModelIndex item(const std::wstring& name) const { return below(tree->model()->index(1, 0), name); }
+    /// The paths of what the session has selected.
+    static Texts selectedPaths()
+    {
+        Texts texts;
+        for (const auto& selection : selected().selections())
+            texts.push_back(Vs::cast<Vs::LogicalSelection>(selection.get())->path().toText(*asset()));
+        return texts;
+    }
+    /// Types a name into the item's field.
+    void type(const QModelIndex& index, const char* name)
+    {
+        tree->setCurrentIndex(index);
+        tree->edit(index);
+        auto* field = tree->findChild<QLineEdit*>();
+        ASSERT_TRUE(field);
+        field->setText(name);
+        QTest::keyClick(field, Qt::Key_Return);
+        Vu::Application::get()->flushDeferredTasks();
+        QApplication::processEvents();
+    }
+};
+
+TEST_F(ComponentsInTheBrowser, AreSelectedInTheSessionAndStayMarkedThroughChanges)
+{
+    click(item(L"Box3"));
+    click(item(L"Box1"), Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_EQ(selectedPaths(), (Texts{L"Box3:1", L"Box1:1"}));
+    answer(L"Design.Box 1 1 1");
+    EXPECT_EQ(selectedPaths().size(), 2u);
+    EXPECT_TRUE(tree->selectionModel()->isSelected(item(L"Box1")));
+    EXPECT_FALSE(tree->selectionModel()->isSelected(item(L"Box4")));
+    click(tree->model()->index(1, 0));
+    EXPECT_TRUE(selected().empty());
+}
+
+TEST_F(ComponentsInTheBrowser, AreMarkedAsSoonAsTheyAreSelectedAnywhere)
+{
+    const auto object = [](const std::wstring& text) {
+        Vs::Status status;
+        return Vs::StrongRef<Vs::Selection>(
+            new Vs::LogicalSelection(asset(), *Vs::ObjectPath::find(*asset(), text, status), nullptr));
+    };
+    const auto isMarked = [&](const std::wstring& name) {
+        return tree->selectionModel()->isSelected(item(name));
+    };
+    selected().replace({object(L"Box2"), object(L"Box3")});
+    EXPECT_TRUE(isMarked(L"Box2") && isMarked(L"Box3") && !isMarked(L"Box1"));
+    EXPECT_EQ(selectedPaths(), (Texts{L"Box2:1", L"Box3:1"}));
+    selected().replace({object(L"Box1/Face2")});
+    EXPECT_FALSE(isMarked(L"Box1") || isMarked(L"Box2"));
+    EXPECT_EQ(selectedPaths(), (Texts{L"Box1:1/Body1/Face2"}));
+    click(item(L"Box3"));
+    EXPECT_EQ(selectedPaths(), (Texts{L"Box3:1"}));
+    selected().clear();
+    EXPECT_FALSE(tree->selectionModel()->hasSelection());
+}
+
+TEST_F(ComponentsInTheBrowser, ANameThatIsTypedIsThatOfTheOneItem)
+{
+    tree->selectAll();
+    type(item(L"Box2"), "Lid");
+    EXPECT_EQ(paths(), (Texts{L"Box1:1", L"Lid:1", L"Box3:1"}));
+    EXPECT_TRUE(item(L"Lid").isValid());
+    type(item(L"Lid"), " ");
+    EXPECT_TRUE(item(L"Lid").isValid());
+    EXPECT_FALSE(tree->model()->flags(tree->model()->index(1, 0)) & Qt::ItemIsEditable);
+}
+
+TEST_F(ComponentsInTheBrowser, TheKeyAndTheMenuDelete)
+{
+    click(item(L"Box1"));
+    QTest::keyClick(tree, Qt::Key_Delete);
+    Vu::Application::get()->flushDeferredTasks();
+    EXPECT_EQ(paths(), (Texts{L"Box2:1", L"Box3:1"}));
+    EXPECT_EQ(menu(item(L"Box2"), "Delete"),
+              QStringList({"Cut", "Copy", "Find in Canvas", "Hide", "Delete", "Rename"}));
+    EXPECT_EQ(paths(), (Texts{L"Box3:1"}));
+    EXPECT_EQ(menu(tree->model()->index(1, 0), ""), QStringList());
+}
+
+/// Changes the model by chance and looks whether the rows follow, those that were looked into.
+class RowsOfTheBrowser : public ComponentsInTheBrowser
+{
+protected:
+    void change()
+    {
+        const Texts all = paths();
+        const unsigned kind = random() % 6;
+        if (kind > 3 || all.empty()) {
+            answer(kind == 4 ? L"VuCommands.RedoCmd" : L"VuCommands.UndoCmd");
+            return;
+        }
+        const std::wstring part = all[random() % all.size()];
+        select({part});
+        if (kind == 0)
+            answer(L"Design.Copy \"" + part + L"\" 1 0 0");
+        else if (kind == 1)
+            answer(L"Commands.Start ToggleVisibilityCommand");
+        else
+            answer(L"Commands.Start DeleteCommand");
+    }
+    void expectRows(const QModelIndex& parent, const Vs::Component& component, bool all)
+    {
+        ASSERT_EQ(tree->model()->hasChildren(parent), !component.children.empty()) << component.id;
+        if (!all && !tree->isExpanded(parent))
+            return;
+        ASSERT_EQ(tree->model()->rowCount(parent), int(component.children.size())) << component.id;
+        for (int row = 0; row < tree->model()->rowCount(parent); ++row) {
+            const QModelIndex index = tree->model()->index(row, 0, parent);
+            const Vs::Component& child = *component.children[static_cast<size_t>(row)];
+            ASSERT_EQ(index.data(Qt::EditRole).toString().toStdWString(), child.name);
+            ASSERT_EQ(index.parent(), parent);
+            const bool isSelected = selected().contains(Vs::LogicalSelection(asset(), child.id, nullptr));
+            ASSERT_EQ(tree->selectionModel()->isSelected(index), isSelected) << child.id;
+            ASSERT_NO_FATAL_FAILURE(expectRows(index, child, all));
+        }
+    }
+    QModelIndex root() const { return tree->model()->index(1, 0); }
+
+    const unsigned seed = std::random_device()();
+    std::mt19937 random{seed};
+};
+
+TEST_F(RowsOfTheBrowser, ComeAndGoWithTheComponentsAndLeaveTheOthersAsTheyAre)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    openAssembly();
+    QApplication::processEvents();
+    // Who checks the model looks into all of it.
+    std::optional<QAbstractItemModelTester> tester;
+    if (random() % 2)
+        tester.emplace(tree->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const QSignalSpy resets(tree->model(), &QAbstractItemModel::modelReset);
+    for (int number = 0; number < 80; ++number) {
+        if (number % 8 == 0)
+            for (QModelIndex index = root(); index.isValid(); index = tree->indexBelow(index))
+                if (random() % 2)
+                    tree->expand(index);
+        change();
+        ASSERT_NO_FATAL_FAILURE(expectRows(root(), *asset()->components(), false)) << "change " << number;
+    }
+    EXPECT_EQ(resets.count(), 0);
+    ASSERT_NO_FATAL_FAILURE(expectRows(root(), *asset()->components(), true));
+}
+
+TEST_F(RowsOfTheBrowser, StayOpenAndWhereTheyAreScrolledTo)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    openAssembly();
+    QApplication::processEvents();
+    tree->expandAll();
+    tree->resize(tree->width(), 100);
+    QApplication::processEvents();
+    const auto last = [&] {
+        QModelIndex index = root();
+        while (tree->indexBelow(index).isValid())
+            index = tree->indexBelow(index);
+        return index;
+    };
+    const std::wstring lastPath = paths().back(), first = paths().front();
+    tree->verticalScrollBar()->setValue(3);
+    select({lastPath});
+    tree->verticalScrollBar()->setValue(3);
+    answer(L"Commands.Start DeleteCommand");
+    answer(L"VuCommands.UndoCmd");
+    QApplication::processEvents();
+    EXPECT_EQ(tree->verticalScrollBar()->value(), 3);
+    EXPECT_EQ(last().data().toString().toStdWString() + L":",
+              lastPath.substr(lastPath.rfind(L'/') + 1, lastPath.rfind(L':') - lastPath.rfind(L'/')));
+
+    // A branch that comes back is open as it was.
+    int rows = 0;
+    for (QModelIndex index = root(); index.isValid(); index = tree->indexBelow(index))
+        ++rows;
+    select({first});
+    answer(L"Commands.Start DeleteCommand");
+    answer(L"VuCommands.UndoCmd");
+    for (QModelIndex index = root(); index.isValid(); index = tree->indexBelow(index))
+        --rows;
+    EXPECT_EQ(rows, 0);
+}
+
+} // namespace

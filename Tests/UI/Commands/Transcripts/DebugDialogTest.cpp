@@ -1,0 +1,260 @@
+#include "UI/Commands/Transcripts/DebugDialog.h"
+
+#include "Server/Base/TranscriptMgr.h"
+#include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Workspace/ShellMgr.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Commands/Transcripts/ReplayTasks.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTextBlock>
+#include <QtTest/QTest>
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+
+namespace Vu::Commands {
+namespace {
+
+namespace fs = boost::filesystem;
+
+class DebugDialogTest : public CommandsTests::WithProgram
+{
+protected:
+    void SetUp() override
+    {
+        WithProgram::SetUp();
+        emptyScratch(L"debugging");
+    }
+    void TearDown() override
+    {
+        answer(L"Debug.ShowDebugDialog /off");
+        UIBaseOptionGroup* options = UIBaseOptionGroup::get();
+        options->showDebugScriptWidget(false);
+        options->debugDialogPos({400, 300});
+        Vs::TranscriptMgr::get()->endRecording();
+        debug().scriptPath({});
+        debug().removeAllBreakPoints();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        WithProgram::TearDown();
+    }
+
+    static Vs::ScriptDebugInfo& debug() { return *Vs::TranscriptMgr::get()->scriptDebugInfo(); }
+    static std::wstring file(const std::wstring& name) { return scratch(L"debugging/" + name); }
+    static std::wstring script(const std::wstring& name, const std::string& content)
+    {
+        fs::ofstream(fs::path(file(name))) << content;
+        return file(name);
+    }
+    static void fileDialogAnswers(const std::wstring& path)
+    {
+        FileDialog::responder([path](const FileDialog::Request&, std::vector<std::wstring>& names) {
+            names = {path};
+            return !path.empty();
+        });
+    }
+
+    static QWidget* window(const QString& title)
+    {
+        for (QWidget* widget : QApplication::topLevelWidgets())
+            if (widget->isVisible() && widget->windowTitle() == title)
+                return widget;
+        return nullptr;
+    }
+    static QWidget* dialog() { return window(QStringLiteral("Debug Dialog")); }
+    static QPushButton* button(const char* name)
+    {
+        return dialog()->findChild<QPushButton*>(QLatin1String(name));
+    }
+    static void click(const char* name)
+    {
+        QTest::mouseClick(button(name), Qt::LeftButton);
+        run(L"");
+    }
+    /// The script's text; shows its window.
+    static QPlainTextEdit* scriptText()
+    {
+        auto* check = dialog()->findChild<QCheckBox*>(QStringLiteral("DebugScript"));
+        if (!check->isChecked())
+            QTest::mouseClick(check, Qt::LeftButton, Qt::NoModifier, QPoint(8, check->height() / 2));
+        QWidget* shown = window(QStringLiteral("Script"));
+        return shown ? shown->findChild<QPlainTextEdit*>() : nullptr;
+    }
+    static QWidget* numbers(QPlainTextEdit* text)
+    {
+        return text->findChild<QWidget*>(QStringLiteral("LineNumbers"));
+    }
+    static QImage pictureOf(QWidget* widget) { return widget->grab().toImage(); }
+    /// The colour in the middle of where the marks of a line stand.
+    static QColor markOf(QPlainTextEdit* text, int line)
+    {
+        const int height = text->fontMetrics().height();
+        const int top = static_cast<int>(text->document()->documentMargin()) +
+                        (line - 1) * text->fontMetrics().lineSpacing();
+        return pictureOf(numbers(text)).pixelColor(3, top + height / 2);
+    }
+};
+
+TEST_F(DebugDialogTest, LinesShowAndHideItAndItsPlaceIsKept)
+{
+    EXPECT_EQ(dialog(), nullptr);
+    answer(L"Debug.ShowDebugDialog /on");
+    ASSERT_NE(dialog(), nullptr);
+    EXPECT_FALSE(applicable(L"ShowDebugDialogCommand"));
+    EXPECT_TRUE(applicable(L"HideDebugDialogCommand"));
+    EXPECT_EQ(dialog()->geometry().topLeft(), QPoint(400, 300));
+    EXPECT_TRUE(dialog()->windowFlags().testFlags(Qt::WindowFlags(0x0A041000)));
+    dialog()->move(120, 60);
+    const QPoint moved = dialog()->geometry().topLeft();
+    answer(L"Debug.ShowDebugDialog"); // A second window in place of the first, which was never hidden.
+    EXPECT_EQ(dialog()->geometry().topLeft(), QPoint(400, 300));
+    dialog()->move(120, 60);
+    answer(L"Debug.ShowDebugDialog /off");
+    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_TRUE(applicable(L"ShowDebugDialogCommand"));
+    EXPECT_EQ(DebugDialog::savedPos(), (Vs::Point2{moved.x(), moved.y()}));
+    DebugDialog::savePos({-2000, 0});
+    EXPECT_EQ(DebugDialog::savedPos(), (Vs::Point2{400, 300}));
+}
+
+TEST_F(DebugDialogTest, ItsCloseButtonHidesItForGoodAndDestroyingItOnlyUntilAShellComes)
+{
+    answer(L"Debug.ShowDebugDialog");
+    dialog()->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_FALSE(DebugDialog::savedShowState());
+
+    answer(L"Debug.ShowDebugDialog");
+    answer(L"Commands.Start DestroyDebugDialogCommand");
+    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_TRUE(DebugDialog::savedShowState());
+    ShellMgr* shells = WorkspaceMgr::activeWorkspace()->shellManager();
+    Shell* home = shells->activeShell();
+    shells->pop();
+    shells->activeShell(home);
+    EXPECT_NE(dialog(), nullptr);
+    shells->pop();
+    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_TRUE(DebugDialog::savedShowState());
+    shells->activeShell(home);
+}
+
+TEST_F(DebugDialogTest, ItsButtonsRecordAndReplay)
+{
+    answer(L"Debug.ShowDebugDialog");
+    EXPECT_FALSE(button("TranscriptStop")->isEnabled());
+    fileDialogAnswers({});
+    click("TranscriptNormal");
+    EXPECT_TRUE(button("TranscriptNormal")->isEnabled()) << "the file dialog was cancelled";
+    fileDialogAnswers(file(L"a.txt"));
+    click("TranscriptPerformance");
+    EXPECT_TRUE(Vs::TranscriptMgr::get()->recording());
+    EXPECT_FALSE(button("TranscriptNormal")->isEnabled());
+    EXPECT_FALSE(button("TranscriptPerformance")->isEnabled());
+    EXPECT_FALSE(button("TranscriptReplay")->isEnabled());
+    answer(L"Design.New");
+    click("TranscriptStop");
+    EXPECT_FALSE(Vs::TranscriptMgr::get()->recording());
+    EXPECT_TRUE(button("TranscriptReplay")->isEnabled());
+    fs::ifstream stream{fs::path(file(L"a.txt"))};
+    std::string first, last, line;
+    std::getline(stream, first);
+    while (std::getline(stream, line))
+        last = line;
+    EXPECT_EQ(first, "Performance.StartPerformanceValidation");
+    EXPECT_EQ(last, "Performance.EndPerformanceValidation");
+
+    fileDialogAnswers(script(L"b.txt", "Design.New\n"));
+    const unsigned before = documents();
+    click("TranscriptReplay");
+    EXPECT_EQ(documents(), before + 1);
+    fileDialogAnswers(file(L"none.txt"));
+    click("TranscriptReplay");
+    EXPECT_EQ(documents(), before + 1);
+}
+
+TEST_F(DebugDialogTest, TheScriptHasANumberForEachLineAndRoomForThem)
+{
+    answer(L"Debug.ShowDebugDialog");
+    fileDialogAnswers(script(L"nine.txt", "#1\n#2\n#3\n#4\n#5\n#6\n#7\n#8\n"));
+    click("DebugLoad");
+    QPlainTextEdit* text = scriptText();
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(debug().scriptLines(), 8);
+    EXPECT_EQ(text->blockCount(), 9);
+    const int digit = text->fontMetrics().horizontalAdvance(QLatin1Char('8'));
+    ASSERT_NE(numbers(text), nullptr);
+    EXPECT_EQ(numbers(text)->sizeHint(), QSize(digit + 15, 0));
+    fileDialogAnswers(script(L"ten.txt", "#1\r\n#2\n#3\n#4\n#5\n#6\n#7\n#8\n#9\n#10"));
+    click("DebugLoad");
+    EXPECT_EQ(debug().scriptLines(), 10);
+    EXPECT_EQ(numbers(text)->sizeHint(), QSize(2 * digit + 15, 0));
+    fileDialogAnswers(file(L"none.txt"));
+    click("DebugLoad");
+    EXPECT_EQ(debug().scriptPath(), file(L"ten.txt"));
+}
+
+TEST_F(DebugDialogTest, ItStepsContinuesAndRestartsAndShowsWhereItStands)
+{
+    answer(L"Debug.ShowDebugDialog");
+    click("DebugRestart"); // Without a script nothing happens.
+    fileDialogAnswers(script(L"steps.txt", "Design.New\n# nothing\nDesign.New\nDesign.New\n"));
+    click("DebugLoad");
+    QPlainTextEdit* text = scriptText();
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(markOf(text, 1), QColor(Qt::green));
+    EXPECT_EQ(markOf(text, 2), QColor(Qt::lightGray));
+    click("DebugStep");
+    EXPECT_EQ(documents(), 1u);
+    EXPECT_EQ(markOf(text, 1), QColor(Qt::lightGray));
+    EXPECT_EQ(markOf(text, 2), QColor(Qt::green));
+
+    const int fourth =
+        static_cast<int>(text->document()->documentMargin()) + text->fontMetrics().lineSpacing() * 7 / 2;
+    QTest::mouseClick(numbers(text), Qt::LeftButton, Qt::NoModifier, QPoint(5, fourth));
+    EXPECT_TRUE(debug().isBreakPoints(4));
+    EXPECT_EQ(markOf(text, 4), QColor(Qt::red));
+    click("DebugContinue");
+    EXPECT_EQ(documents(), 2u);
+    EXPECT_TRUE(debug().isStepLine(4));
+    click("DebugContinue");
+    EXPECT_EQ(documents(), 3u);
+    click("DebugRestart");
+    EXPECT_EQ(documents(), 5u) << "break points stay";
+    QTest::mouseClick(numbers(text), Qt::LeftButton, Qt::NoModifier, QPoint(5, fourth));
+    EXPECT_FALSE(debug().isBreakPoints(4));
+}
+
+TEST_F(DebugDialogTest, TheScriptGoesAndComesWithTheDialog)
+{
+    answer(L"Debug.ShowDebugDialog");
+    ASSERT_NE(scriptText(), nullptr);
+    EXPECT_TRUE(UIBaseOptionGroup::get()->showDebugScriptWidget());
+    answer(L"Debug.ShowDebugDialog /off");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(window(QStringLiteral("Script")), nullptr);
+    answer(L"Debug.ShowDebugDialog");
+    EXPECT_NE(window(QStringLiteral("Script")), nullptr);
+}
+
+TEST_F(DebugDialogTest, TheTasksAreKnownByTheirNames)
+{
+    const ReplayTranscriptTask replay(L"");
+    const StepReplayTextTranscriptTask step;
+    const auto* name = Vs::UniqueString::find("ReplayTranscriptTask");
+    EXPECT_EQ(replay.getInterfaceId(), name);
+    EXPECT_EQ(replay.queryInterface(name), &replay);
+    EXPECT_EQ(step.queryInterface(name), nullptr);
+    EXPECT_NE(step.queryInterface(Vs::Task::interfaceId()), nullptr);
+    EXPECT_EQ(replay.priority(), 1);
+}
+
+} // namespace
+} // namespace Vu::Commands

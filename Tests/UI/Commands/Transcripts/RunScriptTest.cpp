@@ -1,0 +1,159 @@
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/PythonManager.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
+#include "UI/Commands/Transcripts/RunScriptCmd.h"
+
+#include <QPlainTextEdit>
+#include <QTimer>
+#include <QtTest/QTest>
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+
+namespace Vu::Commands {
+namespace {
+
+class Printed : public Vs::TextOutput
+{
+public:
+    Printed() { Vs::TextCommandMgr::get()->output(this); }
+    ~Printed() override { Vs::TextCommandMgr::get()->output(nullptr); }
+    void message(const std::wstring& text) override { this->text += text + L'\n'; }
+    void error(const std::wstring& text) override { this->text += L"error: " + text + L'\n'; }
+
+    std::wstring text;
+};
+
+class RunScriptTest : public CommandsTests::WithProgram
+{
+protected:
+    // Python knows the commands, and must go before they do.
+    static void TearDownTestSuite() { Vs::PythonManager::get()->shutdown(); }
+    void TearDown() override
+    {
+        Application::testing(true);
+        WithProgram::TearDown();
+    }
+
+    /// A script of this content; returns its path.
+    static std::wstring script(const std::string& code)
+    {
+        const boost::filesystem::path path(scratch(L"script.py"));
+        boost::filesystem::ofstream(path) << code;
+        return path.wstring();
+    }
+    /// Has the file dialog answered with this name, or cancelled if it is empty.
+    void answerDialog(const std::wstring& name)
+    {
+        Application::testing(false);
+        FileDialog::responder(
+            [this, name](const FileDialog::Request& request, std::vector<std::wstring>& names) {
+                m_requests.push_back(request);
+                names = {name};
+                return !name.empty();
+            });
+    }
+
+    std::vector<FileDialog::Request> m_requests;
+    Printed m_printed;
+};
+
+TEST_F(RunScriptTest, AScriptThatIsNamedRunsWithoutADialogAfterEverythingThatWaits)
+{
+    answerDialog(L"");
+    const std::wstring path = script("import Design\nDesign.New()\nprint('ran')\n");
+    Application::get()->deferredTasks()->post([this] { m_printed.text += L"before\n"; });
+    // A line by itself leaves the queue to whoever runs lines.
+    EXPECT_EQ(
+        Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"VuCommands.RunScriptCmd " + path).first, 0u);
+    EXPECT_EQ(m_printed.text, L"");
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(m_printed.text, L"before\nran\n");
+    EXPECT_EQ(documents(), 1u);
+    EXPECT_TRUE(m_requests.empty());
+}
+
+TEST_F(RunScriptTest, WithoutANameAPersonIsAskedInTheFolderOfScripts)
+{
+    answerDialog(L"");
+    answer(L"VuCommands.RunScriptCmd");
+    EXPECT_EQ(m_printed.text, L"");
+    ASSERT_EQ(m_requests.size(), 1u);
+    EXPECT_EQ(m_requests[0].filter, L"Python files (*.py)");
+    EXPECT_EQ(m_requests[0].caption, L"Open a script file to run");
+    EXPECT_EQ(m_requests[0].initialPath, Vs::PathInfo::scriptsDirectory(false).wstring());
+    EXPECT_TRUE(boost::filesystem::is_directory(m_requests[0].initialPath));
+
+    const std::wstring path = script("print('chosen')\n");
+    answerDialog(path);
+    answer(L"VuCommands.RunScriptCmd");
+    EXPECT_EQ(m_printed.text, L"chosen\n");
+    answer(L"VuCommands.RunScriptCmd");
+    // The next dialog begins where the last script was, and only that of scripts.
+    EXPECT_EQ(m_requests.back().initialPath, boost::filesystem::path(path).parent_path().wstring());
+    FileDialog::responder(nullptr);
+    EXPECT_NE(failure(L"VuCommands.RunScriptCmd").find(L"no file name"), std::wstring::npos);
+}
+
+TEST_F(RunScriptTest, AnErrorOfTheScriptIsPrintedAndNotTheCommands)
+{
+    const std::wstring path = script("1 / 0\n");
+    answer(L"VuCommands.RunScriptCmd " + path);
+    EXPECT_NE(m_printed.text.find(path + L":1: ZeroDivisionError"), std::wstring::npos);
+    RunScriptCmd::runsDirectly(true);
+    EXPECT_NE(failure(L"VuCommands.RunScriptCmd " + path).find(L"ZeroDivisionError"), std::wstring::npos);
+    RunScriptCmd::runsDirectly(false);
+}
+
+TEST_F(RunScriptTest, LinesOfAScriptFindTheWorkOfTheOnesBeforeDone)
+{
+    answer(L"Design.New");
+    answer(L"VuCommands.RunScriptCmd " +
+           script("import VuCommands, Asset\nVuCommands.CloseDocumentCmd()\nAsset.List()\n"));
+    EXPECT_NE(m_printed.text.find(L"script.py:3: quillet.CommandError: There is no asset in memory."),
+              std::wstring::npos);
+}
+
+TEST_F(RunScriptTest, TheTaskIsKnownByItsName)
+{
+    const RunPythonTask task(L"");
+    EXPECT_EQ(task.getInterfaceId()->text(), "RunPythonTask");
+    EXPECT_EQ(Vs::cast<RunPythonTask>(&task), &task);
+    EXPECT_NE(Vs::cast<Vs::Task>(&task), nullptr);
+    EXPECT_EQ(task.priority(), 1);
+}
+
+TEST_F(RunScriptTest, InAWindowAnEndlessScriptShowsWhatItPrintsAndEscapeEndsIt)
+{
+    Workspace* const before = WorkspaceMgr::activeWorkspace();
+    Workspace* const workspace = WorkspaceMgr::get()->create();
+    WorkspaceMgr::activeWorkspace(workspace);
+    workspace->window()->show();
+    QWidget* const window = workspace->window()->widget();
+    const auto* const output = window->findChild<QPlainTextEdit*>(QStringLiteral("commandOutput"));
+    ASSERT_NE(output, nullptr);
+    QTimer escape;
+    QObject::connect(&escape, &QTimer::timeout, [&] {
+        if (output->toPlainText().contains(QStringLiteral("turn 3")))
+            QTest::keyClick(window, Qt::Key_Escape);
+    });
+    escape.start(10);
+    for (const char* rest : {"pass", "time.sleep(0 if n < 5 else 3600)"}) {
+        answer(L"VuCommands.RunScriptCmd " +
+               script(std::string("import time\nn = 0\nwhile True:\n    n += 1\n"
+                                  "    if n < 9: print('turn', n)\n    ") +
+                      rest + '\n'));
+        EXPECT_TRUE(m_printed.text.ends_with(L": The script was cancelled.\n")) << rest;
+        EXPECT_TRUE(output->toPlainText().endsWith(QStringLiteral(": The script was cancelled."))) << rest;
+    }
+    WorkspaceMgr::get()->close(workspace);
+    WorkspaceMgr::activeWorkspace(before);
+}
+
+} // namespace
+} // namespace Vu::Commands

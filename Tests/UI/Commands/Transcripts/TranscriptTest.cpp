@@ -1,0 +1,246 @@
+// Sessions that are recorded and played again.
+
+#include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptReplay.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "Server/Types/Uuid.h"
+#include "Tests/UI/Commands/Recorded.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/AssetSession.h"
+
+#include <boost/algorithm/string/join.hpp>
+#include <boost/filesystem/fstream.hpp>
+
+#include <random>
+
+namespace Vu::Commands {
+namespace {
+
+namespace fs = boost::filesystem;
+using Vs::TranscriptMgr;
+
+class TranscriptTest : public CommandsTests::Recorded
+{
+protected:
+    static std::string narrowed(const std::wstring& text) { return Vs::Strings::narrow(text); }
+};
+
+TEST_F(TranscriptTest, ASessionComesBackWithItsModelItsSelectionAndItsCamera)
+{
+    for (const wchar_t* name : {L"session.txt", L"session.py"}) {
+        closeAll();
+        record(name);
+        answer(L"Design.New");
+        answer(L"Design.Box 20 30 40");
+        answer(L"Design.Cylinder 5 10");
+        answer(L"Selection.Select Cylinder1");
+        answer(L"VuCommands.RenameCommand \"A \\\"new\\\" name\"");
+        drag(kMiddleButton, 0, 0, 40, 10);
+        answer(L"Design.Sphere 3");
+        answer(L"VuCommands.UndoCmd");
+        failure(L"Design.Box none");
+        answer(L"Selection.Add Box1");
+        const std::wstring before = state();
+        stop();
+        EXPECT_EQ(stateAfter(name), before);
+    }
+}
+
+/// Does something at random that leaves the session open.
+class Anything
+{
+public:
+    explicit Anything(unsigned seed) : m_random(seed) {}
+    int upTo(int most) { return std::uniform_int_distribution(0, most)(m_random); }
+
+    /// A line, or nothing for something with the mouse.
+    std::wstring line()
+    {
+        const auto size = [&] { return L' ' + std::to_wstring(1 + upTo(50)); };
+        const auto part = [&] { return L" Box" + std::to_wstring(1 + upTo(3)); };
+        switch (upTo(18)) {
+        case 0:
+        case 1:
+            return L"Design.Box" + size() + size() + size();
+        case 2:
+            return L"Design.Cylinder" + size() + size() + L" 1,2,3.5";
+        case 3:
+            return L"Selection.Select" + part();
+        case 4:
+            return L"Selection.Add" + part() + part();
+        case 5:
+            return L"Selection.Clear";
+        case 6:
+            return L"VuCommands.RenameCommand \"new name " + std::to_wstring(upTo(99)) + L'"';
+        case 7:
+            return L"VuCommands.UndoCmd";
+        case 8:
+            return L"VuCommands.RedoCmd";
+        case 9:
+            return L"Commands.Start DeleteCommand";
+        case 10:
+            return L"Camera.ZoomIn 1." + std::to_wstring(1 + upTo(8));
+        case 11:
+            return L"Commands.Start FitCommand";
+        case 12:
+            return L"Design.Move" + part() + size() + size() + L" 0";
+        case 13:
+            return L"Design.Join" + part() + part();
+        case 14:
+            return L"Commands.Start MoveCommand";
+        case 15:
+            return L"Commands.SetInput Dx" + size();
+        case 16:
+            return L"Commands.Commit";
+        default:
+            return {};
+        }
+    }
+
+private:
+    std::mt19937 m_random;
+};
+
+/// Records a session made by chance, and plays it again.
+class RandomSessionTest : public TranscriptTest
+{
+protected:
+    void comesBack(unsigned seed)
+    {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        const std::wstring name = seed % 2 == 0 ? L"random.txt" : L"random.py";
+        closeAll();
+        Anything anything(seed);
+        record(name);
+        answer(L"Design.New");
+        for (int i = 0; i < 40; ++i)
+            step(anything);
+        // Of a tool nothing is recorded before it is committed.
+        if (!activeKey().empty())
+            answer(L"Commands.Cancel");
+        stop();
+        const std::wstring before = state();
+        ASSERT_EQ(stateAfter(name), before) << boost::algorithm::join(linesOf(name), "\n");
+    }
+
+private:
+    static constexpr int kRange = 60; ///< Of the mouse, in pixels from the middle.
+
+    void step(Anything& anything)
+    {
+        const int x = anything.upTo(kRange), y = anything.upTo(kRange);
+        if (const std::wstring line = anything.line(); !line.empty())
+            run(line); // Some fail, as some of a person's do.
+        else if (anything.upTo(2) == 0)
+            click(kLeftButton, x, y);
+        else if (anything.upTo(1) == 0)
+            drag(kMiddleButton, anything.upTo(30), 0, x, y);
+        else
+            scroll(anything.upTo(1) == 0 ? 120 : -120, x, y);
+        Application::get()->processEvents();
+    }
+};
+
+TEST_F(RandomSessionTest, ComesBack)
+{
+    // Cameras that moved while a tool ran that was cancelled, and one that was fitted to its preview.
+    for (const unsigned seed : {1652181046u, 2424000702u})
+        comesBack(seed);
+    const unsigned first = std::random_device()();
+    for (unsigned seed = first; seed < first + 12; ++seed)
+        comesBack(seed);
+}
+
+TEST_F(RandomSessionTest, ComesBackInAWindow)
+{
+    const CommandsTests::SmallWindow window;
+    const unsigned first = std::random_device()();
+    for (unsigned seed = first; seed < first + 4; ++seed)
+        comesBack(seed);
+    closeAll();
+}
+
+TEST_F(TranscriptTest, LinesAreWhatWasDoneAndNotHow)
+{
+    record(L"lines.txt");
+    answer(L"Design.New");
+    const std::string identifier = narrowed(Vs::fromUuid(activeDocument()->identifier()));
+    const std::string guid = narrowed(Vs::fromUuid(activeSession()->asset()->guid()));
+    answer(L"Design.Box 1 2 3 4,5,6");
+    answer(L"Commands.Start BoxCommand Dx=1 Dy=2 Dz=3");
+    answer(L"Document.SaveAs \"" + file(L"saved.vlra") + L'"');
+    answer(L"Asset.List");
+    answer(L"Selection.Select Box1 Box2");
+    answer(L"Design.Move Box2 1 \"1/2 in\" 3");
+    answer(L"Design.Fillet 0.5 Box1/Edge1 Box1/Edge2");
+    answer(L"Design.Colour #102030 Box1");
+    answer(L"Camera.ZoomIn");
+    answer(L"Transcripting.Stop");
+    const std::vector<std::string> expected = {
+        "Design.New",
+        "Transcripting.Document " + identifier + ' ' + guid,
+        "Design.Box 1 2 3 4,5,6",
+        "Design.Box 1 2 3",
+        "VuCommands.SaveDocumentAsCmd " + identifier + " saved.vlra",
+        "Asset.List",
+        "Selection.Select Box1 Box2",
+        "Design.Move Box2 1 \"1/2 in\" 3",
+        "Design.Fillet 0.5 Box1/Edge1|Box1/Edge2",
+        "Commands.Start ColourCommand Colour=Code \"Code=#102030\" Objects=Box1 Commit=1",
+        "Camera.ZoomIn",
+    };
+    EXPECT_EQ(linesOf(L"lines.txt"), expected);
+}
+
+TEST_F(TranscriptTest, ATranscriptMayReplayAnotherAndIsThenOneLineOfARecording)
+{
+    fs::ofstream(fs::path(file(L"inner.txt"))) << "Design.Box 1 2 3\nDesign.Nothing\n";
+    fs::ofstream(fs::path(file(L"outer.txt")))
+        << "Design.New\nTranscripting.Replay inner.txt\nDesign.Sphere 1\n";
+    Vs::Status status;
+    record(L"recorded.txt");
+    TranscriptMgr::get()->replay(file(L"outer.txt"), status, Vs::kTextTranscript);
+    EXPECT_TRUE(status.matchingError("outer.txt:2: ")) << status.matchingError("");
+    EXPECT_TRUE(status.matchingError("inner.txt:2: There is no text command"));
+    fs::ofstream(fs::path(file(L"inner.txt"))) << "Design.Box 1 2 3\n";
+    answer(L"Transcripting.Replay \"" + file(L"inner.txt") + L'"');
+    stop();
+    const std::vector<std::string> lines = linesOf(L"recorded.txt");
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0], "Design.New");
+    EXPECT_EQ(lines[2], narrowed(L"Transcripting.Replay " + Vs::Strings::quote(file(L"inner.txt"))));
+
+    fs::ofstream(fs::path(file(L"self.txt"))) << "# a snake\nTranscripting.Replay self.txt\n";
+    EXPECT_NE(failure(L"Transcripting.Replay \"" + file(L"self.txt") + L'"').find(L"it cannot replay itself"),
+              std::wstring::npos);
+}
+
+TEST_F(TranscriptTest, AnswersToQuestionsAreRecordedAndGivenAgain)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 1 1 1");
+    record(L"close.txt");
+    answerBoxes(1);
+    answer(L"Document.Close");
+    MessageBox::responder(nullptr);
+    stop();
+    ASSERT_EQ(documents(), 0u);
+    const std::vector<std::string> lines = linesOf(L"close.txt");
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_TRUE(lines[0].starts_with("Transcripting.Answer ")) << lines[0];
+
+    answer(L"Design.New");
+    answer(L"Design.Box 1 1 1");
+    Vs::Status status;
+    TranscriptMgr::get()->replay(file(L"close.txt"), status, Vs::kTextTranscript);
+    EXPECT_EQ(documents(), 0u) << "nobody was there to be asked";
+    // An answer that no question of its line wanted is forgotten.
+    fs::ofstream(fs::path(file(L"stale.txt"))) << "Transcripting.Answer 1\nDesign.New\nDesign.Box 1 1 1\n"
+                                                  "Document.Close\n";
+    TranscriptMgr::get()->replay(file(L"stale.txt"), status, Vs::kTextTranscript);
+    EXPECT_EQ(documents(), 1u);
+}
+
+} // namespace
+} // namespace Vu::Commands

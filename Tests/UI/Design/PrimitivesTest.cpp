@@ -1,0 +1,100 @@
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Transaction.h"
+#include "Tests/UI/Commands/CommandsProgram.h"
+
+#include <array>
+#include <set>
+
+namespace {
+
+class PrimitivesTest : public CommandsTests::WithProgram
+{
+protected:
+    static Vs::Asset* asset() { return Vs::DocumentMgr::get()->document(0)->activeAsset(); }
+    static size_t parts() { return asset()->components()->children.size(); }
+};
+
+TEST_F(PrimitivesTest, LinesAddPartsAtTheirPoints)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 10 20 30");
+    answer(L"Design.Cylinder 5 40 100,0,0");
+    answer(L"Design.Sphere 7.5 (0,0,50)");
+    ASSERT_EQ(parts(), 3u);
+    const GkPoint3d moved = asset()->components()->children[1]->placement * GkPoint3d(0, 0, 0);
+    EXPECT_DOUBLE_EQ(moved.x, 100.0);
+    EXPECT_TRUE(asset()->isDirty(false));
+}
+
+TEST_F(PrimitivesTest, EachPartIsOneStepToUndo)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 1 1 1");
+    answer(L"Design.Sphere 1");
+    EXPECT_EQ(Vs::Transaction::undoSteps(asset()), 2u);
+    ASSERT_TRUE(Vs::Transaction::undo(asset()));
+    EXPECT_EQ(parts(), 1u);
+    ASSERT_TRUE(Vs::Transaction::redo(asset()));
+    EXPECT_EQ(parts(), 2u);
+}
+
+TEST_F(PrimitivesTest, WrongSizesAreRefusedAndAddNothing)
+{
+    answer(L"Design.New");
+    for (const wchar_t* line :
+         {L"Design.Box", L"Design.Box 1 2", L"Design.Box 0 1 1", L"Design.Box -1 1 1", L"Design.Box 1 1 nan",
+          L"Design.Box 1e99 1 1", L"Design.Cylinder 5", L"Design.Cylinder 5 inf", L"Design.Sphere 0",
+          L"Design.Sphere five", L"Design.Sphere 5 nowhere", L"Design.Sphere 5 1,2",
+          L"Design.Sphere 1 0,0,0 2"})
+        EXPECT_FALSE(failure(line).empty());
+    EXPECT_EQ(parts(), 0u);
+    EXPECT_EQ(Vs::Transaction::undoSteps(asset()), 0u);
+}
+
+TEST_F(PrimitivesTest, ADefinitionRunWithoutSizesTakesOrdinaryOnesButNotSomeOfThem)
+{
+    answer(L"Design.New");
+    answer(L"Commands.Start BoxCommand");
+    EXPECT_EQ(parts(), 1u);
+    EXPECT_EQ(failure(L"Commands.Start CylinderCommand Radius=5"),
+              L"Cylinder: the size Height is missing or no number.");
+    answer(L"Commands.Start CylinderCommand Radius=5 Height=2.5 Origin=1,2,3");
+    EXPECT_EQ(parts(), 2u);
+}
+
+TEST_F(PrimitivesTest, WithoutADesignThereIsNothingToAddTo)
+{
+    EXPECT_EQ(failure(L"Design.Box 1 1 1"),
+              L"There is no active design to add to: make one with Design.New, or open a file.");
+}
+
+TEST_F(PrimitivesTest, TheSampleIsCleanAndColoured)
+{
+    answer(L"Design.Sample");
+    EXPECT_GT(parts(), 5u);
+    EXPECT_FALSE(asset()->isDirty(false));
+    std::set<std::array<float, 3>> colours;
+    for (const auto& part : asset()->components()->children) {
+        const Vs::Colour colour = part->colour.value_or(part->body->colour());
+        colours.insert({colour.r, colour.g, colour.b});
+    }
+    EXPECT_GE(colours.size(), 4u);
+}
+
+TEST_F(PrimitivesTest, ImportAddsTheFilesPartsToTheActiveDesign)
+{
+    answer(L"Design.Sample");
+    answer(L"Asset.Export " + scratch(L"import.step"));
+    answer(L"Document.CloseAll");
+    answer(L"Design.New");
+    answer(L"Commands.Start VeloraImportCommand Path=" + scratch(L"import.step"));
+    EXPECT_EQ(documents(), 1u);
+    EXPECT_GE(parts(), 1u);
+    failure(L"Commands.Start VeloraImportCommand Path=" + scratch(L"no-such.step"));
+}
+
+} // namespace

@@ -1,0 +1,88 @@
+// Random commands on a model, and the way back and forth through all of them.
+
+#include "Server/DataModel/ModelDigest.h"
+#include "Tests/UI/Commands/EditComponents.h"
+
+#include <random>
+
+namespace {
+
+class RandomEditsTest : public CommandsTests::EditComponents
+{
+protected:
+    std::wstring anyPart()
+    {
+        const auto all = paths();
+        return all.empty() ? std::wstring() : all[random() % all.size()];
+    }
+
+    void edit(int number)
+    {
+        const std::wstring name = std::to_wstring(number), part = anyPart();
+        if (part.empty() || random() % kKinds == 0) {
+            answer(L"Design.Cylinder 1 2 " + name + L",0,0");
+            return;
+        }
+        select({part});
+        switch (random() % (kKinds - 1)) {
+        case 0:
+            answer(L"VuCommands.RenameCommand \"Part " + name + L'"');
+            break;
+        case 1:
+            answer(L"Commands.Start DeleteCommand");
+            break;
+        case 2:
+            answer(L"Commands.Start ToggleVisibilityCommand");
+            break;
+        case 3:
+            answer(L"Design.ShowAll");
+            break;
+        default:
+            answer(L"NamedView.AddNamedView");
+        }
+    }
+
+    static uint64_t digest() { return Vs::modelDigest(*asset()); }
+
+    static constexpr unsigned kKinds = 6;
+    const unsigned seed = std::random_device()();
+    std::mt19937 random{seed};
+};
+
+} // namespace
+
+TEST_F(RandomEditsTest, EveryUndoAndRedoRestoresTheWholeModel)
+{
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::vector<uint64_t> digests{digest()};
+    const unsigned first = steps();
+    const auto walk = [&](const wchar_t* line, unsigned to) {
+        answer(line);
+        ASSERT_EQ(steps(), first + to);
+        ASSERT_EQ(digest(), digests[to]) << "after " << to << " steps";
+    };
+    for (int number = 0; number < 60; ++number) {
+        // Now and then some of the way back, and a part of it forth again.
+        const auto done = static_cast<unsigned>(digests.size() - 1);
+        if (done > 0 && random() % 5 == 0) {
+            const unsigned back = 1 + random() % done, forth = random() % (back + 1);
+            for (unsigned i = 1; i <= back; ++i)
+                walk(L"VuCommands.UndoCmd", done - i);
+            for (unsigned i = 1; i <= forth; ++i)
+                walk(L"VuCommands.RedoCmd", done - back + i);
+            digests.resize(done - back + forth + 1);
+        }
+        edit(number);
+        if (steps() > first + digests.size() - 1)
+            digests.push_back(digest());
+        ASSERT_EQ(steps(), first + digests.size() - 1);
+        ASSERT_EQ(digest(), digests.back());
+    }
+    const auto all = static_cast<unsigned>(digests.size() - 1);
+    for (unsigned i = all; i-- > 0;)
+        walk(L"VuCommands.UndoCmd", i);
+    for (unsigned i = 1; i <= all; ++i)
+        walk(L"VuCommands.RedoCmd", i);
+    saveAndReopen(L"edited.vlra");
+    EXPECT_EQ(digest(), digests.back());
+}

@@ -1,0 +1,63 @@
+// What the layout of the home screen names: each kind of contents is made here.
+
+#include "UI/Base/Program/AreaContents.h"
+#include "UI/Commands/Adaptations/QT/Shell/OpenSection.h"
+#include "UI/Commands/Adaptations/QT/Shell/RecentSection.h"
+#include "UI/Commands/Adaptations/QT/Shell/ShellButton.h"
+#include "UI/Commands/Localized.h"
+
+#include <QApplication>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+
+namespace Vu::Commands {
+namespace {
+
+constexpr int kSideMargin = 40;
+constexpr int kLogoSize = 48;
+
+QWidget* makeTitle(QWidget* parent)
+{
+    auto* row = new QWidget(parent);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(kSideMargin, kSideMargin - 4, kSideMargin, kSideMargin / 2);
+    layout->setSpacing(kSideMargin / 3);
+    const QPixmap picture = QApplication::windowIcon().pixmap(kLogoSize, kLogoSize);
+    if (!picture.isNull()) {
+        auto* logo = new QLabel(row);
+        logo->setPixmap(picture);
+        layout->addWidget(logo);
+    }
+    auto* name = new QLabel(QStringLiteral("Quillet"), row);
+    QFont font = name->font();
+    font.setPointSizeF(font.pointSizeF() * 2.6);
+    font.setBold(true);
+    name->setFont(font);
+    layout->addWidget(name);
+    layout->addStretch(1);
+    return row;
+}
+
+QWidget* makeSeparator(QWidget* parent)
+{
+    auto* holder = new QWidget(parent);
+    auto* layout = new QHBoxLayout(holder);
+    layout->setContentsMargins(kSideMargin, 0, kSideMargin, 0);
+    auto* line = new QFrame(holder);
+    line->setObjectName(QStringLiteral("homeSeparator"));
+    line->setFixedHeight(1);
+    layout->addWidget(line);
+    return holder;
+}
+
+const AreaContents kTitle("HomeTitle", makeTitle);
+const AreaContents kButtons("HomeButtons", makeShellButtons);
+const AreaContents kSeparator("HomeSeparator", makeSeparator);
+const AreaContents kOpenDocuments("HomeOpenDocuments",
+                                  [](QWidget* parent) { return new OpenSection(parent); });
+const AreaContents kRecentDocuments("HomeRecentDocuments",
+                                    [](QWidget* parent) { return new RecentSection(parent); });
+
+} // namespace
+} // namespace Vu::Commands

@@ -1,0 +1,101 @@
+#include "UI/Commands/Adaptations/QT/Shell/ShellButton.h"
+
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Workspace/ToolbarManager.h"
+#include "UI/Commands/Adaptations/QT/Shell/Icons.h"
+
+#include <QHBoxLayout>
+#include <QMenu>
+
+namespace Vu::Commands {
+namespace {
+constexpr int kIconSize = 32;
+constexpr int kSideMargin = 40;
+constexpr int kSpacing = 12;
+} // namespace
+
+ShellButton::ShellButton(CommandDefinition* definition, QWidget* parent)
+    : QToolButton(parent), m_definition(definition), m_control(definition->inputControl())
+{
+    setObjectName(QStringLiteral("shellButton"));
+    setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    setIconSize(QSize(kIconSize, kIconSize));
+    setFocusPolicy(Qt::StrongFocus);
+    if (m_control)
+        m_control->subscribe(this);
+    if (Vs::cast<ListControl>(m_control)) {
+        auto* menu = new QMenu(this);
+        setMenu(menu);
+        setPopupMode(QToolButton::InstantPopup);
+        connect(menu, &QMenu::aboutToShow, this, [this] { fillMenu(); });
+    } else {
+        connect(this, &QToolButton::clicked, this, [this] { m_definition->onClicked(); });
+    }
+    CommandContext context = CommandContext::activeContext();
+    m_definition->updateInputControl(&context);
+    draw();
+}
+
+ShellButton::~ShellButton()
+{
+    if (m_control)
+        m_control->unsubscribe(this);
+}
+
+void ShellButton::inputControlDestroyed(InputControl*)
+{
+    m_control = nullptr;
+    setEnabled(false);
+}
+
+void ShellButton::draw()
+{
+    if (!m_control)
+        return;
+    const Info* info = m_control->info();
+    setText(QLatin1Char(' ') + QString::fromStdWString(info->name()));
+    setIcon(iconOf(info->icon()));
+    setEnabled(m_control->enabled());
+    // Of two commands that share one purpose, only the one that can be used shows.
+    setVisible(m_control->visible() && m_control->enabled());
+}
+
+void ShellButton::fillMenu()
+{
+    menu()->clear();
+    auto* list = Vs::cast<ListControl>(m_control);
+    if (!list)
+        return;
+    for (Info* item : list->items()) {
+        if (item->key() == ListControl::kSeparator) {
+            menu()->addSeparator();
+            continue;
+        }
+        const QAction* action =
+            menu()->addAction(iconOf(item->icon()), QString::fromStdWString(item->name()));
+        connect(action, &QAction::triggered, this, [list, item] { list->selectedItem(item, true); });
+    }
+}
+
+QWidget* makeShellButtons(QWidget* parent)
+{
+    auto* row = new QWidget(parent);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(kSideMargin, 0, kSideMargin, kSpacing);
+    layout->setSpacing(kSpacing);
+    const auto addAll = [&](bool atEnd) {
+        for (const Toolbar& toolbar : ToolbarManager::get()->toolbars())
+            if (toolbar.contents == "HomeButtons" && toolbar.atEnd == atEnd && toolbar.standsIn({}))
+                for (const ToolbarItem& item : toolbar.items)
+                    if (CommandDefinition* definition =
+                            CommandDefinitionMgr::get()->findCommandDefinitionById(item.command))
+                        layout->addWidget(new ShellButton(definition, row));
+    };
+    addAll(false);
+    layout->addStretch(1);
+    addAll(true);
+    return row;
+}
+
+} // namespace Vu::Commands
