@@ -41,7 +41,15 @@ add_link_options(-Wl,--as-needed)
 # A library's calls of its own functions need no look-up by name, which is most of what a start consists of.
 add_link_options(-Wl,-Bsymbolic-functions)
 
-add_compile_options(-Wall -Wextra -Werror -Wno-missing-field-initializers -fno-plt)
+option(QUILLET_WERROR "A warning is an error; the presets set it" OFF)
+add_compile_options(-Wall -Wextra -Wno-missing-field-initializers -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wnull-dereference
+    -fno-plt)
+# The standard library checks its own preconditions, too.
+add_compile_definitions(_GLIBCXX_ASSERTIONS)
+if(QUILLET_WERROR)
+    add_compile_options(-Werror)
+endif()
 if(QUILLET_CCACHE)
     add_compile_options(-fpch-preprocess)
 endif()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/Require.h"
 
 #include <algorithm>
 #include <vector>
@@ -45,11 +46,14 @@ public:
     /// A second subscription of the same site changes nothing.
     void subscribe(Site* site)
     {
+        assertMainThread();
+        require(site != nullptr, "a site that subscribes is there");
         if (!subscribed(site))
             m_sites.push_back(site);
     }
     void unsubscribe(Site* site)
     {
+        assertMainThread();
         const auto found = std::find(m_sites.begin(), m_sites.end(), site);
         if (found == m_sites.end())
             return;
@@ -73,6 +77,7 @@ protected:
     template <class Action>
     void forEach(Action&& action)
     {
+        assertMainThread();
         // A site that throws ends this notification, and leaves the source in order.
         struct Round
         {

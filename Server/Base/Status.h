@@ -15,7 +15,7 @@ public:
 };
 
 /// Accumulates what went wrong while a command ran. Warnings tell the user something but leave the status ok.
-class Status
+class [[nodiscard]] Status
 {
 public:
     bool isOk() const { return m_errors.empty(); }

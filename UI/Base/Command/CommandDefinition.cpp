@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <tuple>
 
 namespace Vu {
 
@@ -66,6 +67,12 @@ Vs::Status CommandDefinition::executeCommand(const CommandContext& context)
     return manager->executeCommand(this, context);
 }
 
+void CommandDefinition::executeLater(CommandContext context)
+{
+    context.executeImmediately(false);
+    std::ignore = executeCommand(context);
+}
+
 InputControl* CommandDefinition::inputControl()
 {
     return onInputControl();
@@ -94,8 +101,7 @@ void CommandDefinition::runByHand(ECommandAccessPoint point)
     if (!isAvailable(&context))
         return;
     // The command may take the toolbar away that is still busy with the click.
-    context.executeImmediately(false);
-    executeCommand(context);
+    executeLater(context);
 }
 
 void CommandDefinition::joinCommandGroup(const Vs::UniqueString* group)

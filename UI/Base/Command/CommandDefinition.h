@@ -42,6 +42,8 @@ public:
     /// Runs the command in the manager of the context's asset session; without one in the active session's,
     /// and with none active in the global one. Doesn't ask whether it is applicable.
     Vs::Status executeCommand(const CommandContext& context);
+    /// The same as a deferred task after the current event; errors become alerts.
+    void executeLater(CommandContext context);
 
     /// What toolbars and menus draw for this command; owned by the definition.
     InputControl* inputControl();

@@ -5,6 +5,8 @@
 #include "UI/Base/Command/Private/CommandHost.h"
 #include "UI/Base/Command/Private/CommandStack.h"
 
+#include <tuple>
+
 namespace Vu {
 
 CommandMgr::CommandMgr(AssetSession* session) : m_stack(new CommandStack(this, session))
@@ -63,9 +65,23 @@ Vs::Status CommandMgr::executeCommand(std::wstring_view id, const CommandContext
     return status;
 }
 
+void CommandMgr::executeLater(CommandDefinition* definition, CommandContext context)
+{
+    context.executeImmediately(false);
+    std::ignore = executeCommand(definition, context); // The errors of the run become alerts.
+}
+
+void CommandMgr::executeLater(std::wstring_view id, CommandContext context)
+{
+    if (CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(id))
+        executeLater(definition, std::move(context));
+    else
+        m_stack->alerts().addAlerts(executeCommand(id, context));
+}
+
 void CommandMgr::executeDeferred(CommandDefinition* definition, const CommandContext& context)
 {
-    m_stack->run(definition, context, CommandStack::Mode::Deferred);
+    std::ignore = m_stack->run(definition, context, CommandStack::Mode::Deferred); // Errors are alerts.
 }
 
 CommandBase* CommandMgr::activeCommand() const

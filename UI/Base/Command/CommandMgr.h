@@ -42,6 +42,9 @@ public:
     /// ones.
     Vs::Status executeCommand(CommandDefinition* definition, const CommandContext& context);
     Vs::Status executeCommand(std::wstring_view id, const CommandContext& context);
+    /// Runs a command as a deferred task after the current event; its errors become alerts.
+    void executeLater(CommandDefinition* definition, CommandContext context);
+    void executeLater(std::wstring_view id, CommandContext context);
 
     /// The topmost interactive command, the one that takes the user's events; null if none runs. A one-shot
     /// command that is being executed is not it.

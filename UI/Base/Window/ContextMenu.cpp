@@ -24,8 +24,7 @@ void runFromContextMenu(std::wstring_view key, const std::map<const char*, std::
         return;
     for (const auto& [name, value] : arguments)
         context.addArgument(Vs::UniqueString::find(name, true), value);
-    context.executeImmediately(false);
-    definition->executeCommand(context);
+    definition->executeLater(context);
 }
 
 void addContextCommand(QMenu& menu, const CommandDefinition& definition)

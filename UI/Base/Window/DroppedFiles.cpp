@@ -17,8 +17,7 @@ void run(CommandDefinition* definition, const std::wstring& path)
     CommandContext context = CommandContext::activeContext();
     if (!path.empty())
         context.addArgument(Vs::UniqueString::find("DragAndDrop", true), path);
-    context.executeImmediately(false);
-    CommandMgr::get()->executeCommand(definition, context);
+    CommandMgr::get()->executeLater(definition, context);
 }
 
 } // namespace

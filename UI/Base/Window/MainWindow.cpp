@@ -391,8 +391,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
         return;
     if (CommandDefinition* exit = CommandDefinitionMgr::get()->findCommandDefinitionById(kExitCommand)) {
         CommandContext context = CommandContext::activeContext();
-        context.executeImmediately(false);
-        CommandMgr::get()->executeCommand(exit, context);
+        CommandMgr::get()->executeLater(exit, context);
     } else {
         Application::get()->exit(true);
     }

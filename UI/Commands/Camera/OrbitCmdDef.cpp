@@ -86,9 +86,8 @@ void OrbitCmdDef::onListSelectionChanged(Info* item)
     if (!item)
         return;
     CommandContext context = CommandContext::activeContext();
-    context.executeImmediately(false);
     context.addArgument(orbitType(), item->key());
-    executeCommand(context);
+    executeLater(context);
 }
 
 } // namespace Vu::Commands

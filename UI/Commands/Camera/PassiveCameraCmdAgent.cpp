@@ -10,6 +10,8 @@
 #include "UI/Commands/Camera/PanCmd.h"
 #include "UI/Commands/Camera/ZoomCmd.h"
 
+#include <tuple>
+
 namespace Vu::Commands {
 namespace {
 
@@ -46,7 +48,7 @@ void PassiveCameraCmdAgent::start(CommandDefinition* definition)
         return;
     if (AssetSession* session = SessionMgr::get()->activeAssetSession())
         session->selectionManager()->highlightSet().clear();
-    manager->executeCommand(definition, canvasContext());
+    std::ignore = manager->executeCommand(definition, canvasContext());
     m_passiveCommand = manager->activeCommand();
 }
 
@@ -69,7 +71,7 @@ void PassiveCameraCmdAgent::mouseDoubleClick(MouseEvent* event)
     if (event->button() != kMiddleButton && event->modifierMask() != kAltModifier)
         return;
     if (CommandMgr* manager = CommandMgr::getActiveCommandManager())
-        manager->executeCommand(FitCmdDef::info()->key(), canvasContext());
+        std::ignore = manager->executeCommand(FitCmdDef::info()->key(), canvasContext());
 }
 
 void PassiveCameraCmdAgent::mouseUp(MouseEvent* event)

@@ -10,6 +10,7 @@
 #include "UI/Commands/Camera/ViewCmd.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace Vu::Commands {
 
@@ -80,7 +81,7 @@ void ViewCmdDefBase::onListSelectionChanged(Info* item)
     if (!isAvailable(&context))
         return;
     context.addArgument(cmdIdArgumentName(), item->key());
-    executeCommand(context);
+    std::ignore = executeCommand(context);
 }
 
 } // namespace Vu::Commands

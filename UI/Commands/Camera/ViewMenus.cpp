@@ -7,6 +7,7 @@
 #include "UI/Commands/Resources.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace Vu::Commands {
 
@@ -151,7 +152,8 @@ void ViewMenuCmdDef::onMenuSelectionChanged(MenuItem* item)
     context.executeImmediately(true);
     context.accessPoint(ECommandAccessPoint::Menu);
     context.addArgument(ViewCmdDefBase::cmdIdArgumentName(), item->checked() ? entry->on : entry->off);
-    definition->executeCommand(context);
+    // Errors of a menu's commands are alerts.
+    std::ignore = definition->executeCommand(context);
     onItemRun(item);
     m_updatingMenu = false;
 }

@@ -13,6 +13,8 @@
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"
 
+#include <tuple>
+
 namespace Vu::Commands {
 namespace {
 
@@ -62,7 +64,8 @@ void save(Vs::Document* document)
     context.addArgument(CloseDocumentCmdDef::documentSessionArgumentName(),
                         SessionMgr::get()->documentSession(document));
     context.accessPoint(kClosingAccessPoint);
-    definition->executeCommand(context);
+    // What fails has been shown, and the document is still dirty.
+    std::ignore = definition->executeCommand(context);
 }
 
 } // namespace

@@ -113,8 +113,7 @@ void NewDocumentCmdDef::onListSelectionChanged(Info* item)
     CommandContext context = CommandContext::emptyContext();
     context.addArgument(assetTypeArgumentName(), Vs::UniqueStringObject::get(Vs::UniqueString::find(
                                                      Vs::Strings::narrow(item->key()), true)));
-    context.executeImmediately(false);
-    executeCommand(context);
+    executeLater(context);
 }
 
 NewDocumentCmd::NewDocumentCmd(NewDocumentCmdDef* definition, CommandContext* context)

@@ -51,10 +51,9 @@ bool addSession(Vs::Document* document, CommandContext& context)
 void switchTo(Vs::Document* document)
 {
     CommandContext context = CommandContext::activeContext();
-    context.executeImmediately(false);
     CommandDefinition* definition = assetShellDefinition();
     if (definition && addSession(document, context))
-        definition->executeCommand(context);
+        definition->executeLater(context);
 }
 
 std::wstring keyOf(const Vs::Document& document)

@@ -114,12 +114,11 @@ void RecentDocumentsCmdDef::onListSelectionChanged(Info* item)
     const std::wstring path = item->key();
     CommandContext context = CommandContext::activeContext();
     context.addArgument(CommandContext::pathArgumentName(), path);
-    context.executeImmediately(false);
     context.accessPoint(kListAccessPoint);
     CommandDefinition* open = CommandDefinitionMgr::get()->findCommandDefinitionById(
         Vs::PathInfo::isPathInCloudCache(path) ? kCloudOpenCommand : OpenDocumentCmdDef::info()->key());
     if (open)
-        open->executeCommand(context);
+        open->executeLater(context);
 }
 
 void RecentDocumentsCmdDef::documentClosed(Vs::DocumentEvent* event)

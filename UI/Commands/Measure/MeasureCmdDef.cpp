@@ -10,6 +10,7 @@
 #include "UI/Commands/Resources.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 bool EndMeasureTask::run()
@@ -89,7 +90,7 @@ void MeasureCmdDef::measureFor(RealValueCommandInput* input)
     context.addArgument(passiveArgName(), 1);
     context.accessPoint(ECommandAccessPoint::Command);
     enableHostSelectionInput(false);
-    executeCommand(context);
+    std::ignore = executeCommand(context);
     if (!m_measuring)
         measureEnded(nullptr);
 }

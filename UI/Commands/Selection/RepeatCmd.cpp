@@ -50,9 +50,8 @@ void RepeatCmd::onExecute(Vs::Status&)
     if (!last)
         return;
     CommandContext context = *commandContext();
-    context.executeImmediately(false);
     context.accessPoint(ECommandAccessPoint::Repeat);
-    commandManager()->executeCommand(last, context);
+    commandManager()->executeLater(last, context);
 }
 
 } // namespace Vu::Commands

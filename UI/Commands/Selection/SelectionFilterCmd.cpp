@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <set>
+#include <tuple>
 
 namespace Vu::Commands {
 
@@ -177,7 +178,7 @@ void SelectionFilterCmdDef::onMenuSelectionChanged(MenuItem* item)
             if (isSelectAll(*each))
                 m_menuControl->selectItem(each, false, true);
     }
-    executeCommand(CommandContext::activeContext());
+    std::ignore = executeCommand(CommandContext::activeContext());
     m_updating = false;
 }
 

@@ -256,9 +256,8 @@ void UndoRedoDropDownCommandDef::onListSelectionChanged(Info* item)
     if (index < 0 || !SessionMgr::get()->activeAssetSession())
         return;
     CommandContext context = CommandContext::activeContext();
-    context.executeImmediately(false);
     context.addArgument(txnIndexArgumentName(), index);
-    executeCommand(context);
+    executeLater(context);
 }
 
 std::wstring txnTooltip(bool undo)

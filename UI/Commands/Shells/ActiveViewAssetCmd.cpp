@@ -142,8 +142,7 @@ void ActiveViewAssetCmdDef::onListSelectionChanged(Info* item)
         return;
     CommandContext context = CommandContext::activeContext();
     context.addArgument(assetSessionNameArgumentName(), item->key());
-    context.executeImmediately(false);
-    executeCommand(context);
+    executeLater(context);
 }
 
 ActiveViewAssetCmd::ActiveViewAssetCmd(ActiveViewAssetCmdDef* definition, CommandContext* context)

@@ -99,8 +99,7 @@ void ActivateEnvironmentCmdDef::onListSelectionChanged(Info* item)
         return;
     CommandContext context = CommandContext::activeContext();
     context.addArgument(environmentTypeArgumentName(), item->key());
-    context.executeImmediately(false);
-    executeCommand(context);
+    executeLater(context);
 }
 
 void ActivateEnvironmentCmdDef::currentSessionChanged(SessionEvent* event)

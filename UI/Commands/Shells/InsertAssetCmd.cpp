@@ -117,8 +117,7 @@ void InsertAssetCmdDef::onListSelectionChanged(Info* item)
     CommandContext context = CommandContext::activeContext();
     context.addArgument(assetTypeArgumentName(),
                         Vs::AssetTypeMgr::get()->assetType(Vs::Strings::narrow(item->key())));
-    context.executeImmediately(false);
-    executeCommand(context);
+    executeLater(context);
 }
 
 InsertAssetCmd::InsertAssetCmd(InsertAssetCmdDef* definition, CommandContext* context)

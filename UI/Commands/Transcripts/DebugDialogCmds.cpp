@@ -9,6 +9,8 @@
 #include "UI/Commands/Transcripts/DebugDialog.h"
 #include "UI/Commands/Transcripts/TranscriptingCmds.h"
 
+#include <tuple>
+
 namespace Vu::Commands {
 
 // clang-format off
@@ -51,7 +53,7 @@ void runFromDialog(const Info* info)
     CommandContext context = CommandContext::activeContext();
     context.accessPoint(ECommandAccessPoint::Command);
     if (definition)
-        definition->executeCommand(context);
+        std::ignore = definition->executeCommand(context);
 }
 
 namespace {
@@ -66,7 +68,7 @@ Vs::TextCommandResult runNow(const Info* info, bool executeImmediately)
     context.executeImmediately(executeImmediately);
     const ForwardedRun forwarded;
     if (CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(info->key()))
-        definition->executeCommand(context);
+        std::ignore = definition->executeCommand(context);
     return {0, {}};
 }
 

@@ -37,8 +37,7 @@ void run(const std::wstring& command, const Vs::UniqueString* argument, Vs::Seri
 {
     CommandContext context = CommandContext::activeContext();
     context.addArgument(argument, object);
-    context.executeImmediately(false);
-    CommandMgr::get()->executeCommand(command, context);
+    CommandMgr::get()->executeLater(command, context);
 }
 
 QString nameOf(const Vs::Asset& asset)

@@ -26,8 +26,7 @@ void open(const std::wstring& path)
     CommandContext context = CommandContext::activeContext();
     context.addArgument(CommandContext::pathArgumentName(), path);
     // Behind the click: the tile goes when the document comes.
-    context.executeImmediately(false);
-    CommandMgr::get()->executeCommand(OpenDocumentCmdDef::info()->key(), context);
+    CommandMgr::get()->executeLater(OpenDocumentCmdDef::info()->key(), context);
 }
 
 /// The folder as its owner would write it.
