@@ -22,6 +22,7 @@
 #include <cstdlib>
 #include <functional>
 #include <string>
+#include <tuple>
 
 using namespace Vu;
 
@@ -107,7 +108,8 @@ int main(int argc, char** argv)
         EmptyCmdDef definition;
         CommandMgr* manager = CommandMgr::getActiveCommandManager();
         const CommandContext context = CommandContext::activeContext();
-        const double empty = measure(count, [&](long) { manager->executeCommand(&definition, context); });
+        const double empty =
+            measure(count, [&](long) { std::ignore = manager->executeCommand(&definition, context); });
         std::printf("%ld executions\n", executions);
         const auto print = [&](const char* what, double took) {
             std::printf("%-28s %8.0f ns, %6.2f empty commands\n", what, took, took / empty);

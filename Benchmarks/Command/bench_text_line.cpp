@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -84,7 +85,7 @@ int main(int argc, char** argv)
     measure("empty command", L"Bench.EmptyCmd", count);
     measure("command with a path", L"Bench.PathCmd \"/home/someone/parts/left bracket.step\"", count);
     measure("Commands.Start with two arguments", L"Commands.Start EmptyCommand Width=1920 Name=front", count);
-    session.executeCommand(&tool, CommandContext());
+    std::ignore = session.executeCommand(&tool, CommandContext());
     measure("empty command, inside a tool", L"Bench.EmptyCmd", count);
     measure("a tool in the place of another", L"Commands.Start ToolCommand", count);
     std::printf("%ld executions\n", executions);

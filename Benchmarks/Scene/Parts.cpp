@@ -97,7 +97,7 @@ std::shared_ptr<const Vs::BodyMesh> pin(double radius, double height, int segmen
     MeshBuilder builder;
     const std::vector<GkPoint3d> low = ring(radius, -height / 2, segments);
     const std::vector<GkPoint3d> high = ring(radius, height / 2, segments);
-    for (int i = 0; i <= segments; ++i) {
+    for (size_t i = 0; i < low.size(); ++i) {
         const GkVector3d normal = GkVector3d(low[i].x, low[i].y, 0).normal();
         const uint32_t a = builder.vertex(low[i], normal);
         const uint32_t b = builder.vertex(high[i], normal);
@@ -111,7 +111,7 @@ std::shared_ptr<const Vs::BodyMesh> pin(double radius, double height, int segmen
         const bool top = circle == &high;
         const GkVector3d normal(0, 0, top ? 1 : -1);
         const uint32_t centre = builder.vertex({0, 0, (*circle)[0].z}, normal);
-        for (int i = 0; i <= segments; ++i) {
+        for (size_t i = 0; i < circle->size(); ++i) {
             const uint32_t at = builder.vertex((*circle)[i], normal);
             if (i > 0)
                 top ? builder.triangle(centre, at - 1, at) : builder.triangle(centre, at, at - 1);
@@ -137,7 +137,7 @@ std::shared_ptr<const Vs::BodyMesh> ball(double radius, int segments, int rings)
             at = builder.vertex(GkPoint3d() + normal * radius, normal);
             if (i == 0 || j == 0)
                 continue;
-            const uint32_t below = at - (segments + 1);
+            const uint32_t below = at - static_cast<uint32_t>(segments + 1);
             if (j > 1)
                 builder.triangle(below - 1, below, at);
             if (j < rings)

@@ -58,7 +58,7 @@ private:
         const int vertices = static_cast<int>(mesh.positions.size() / 3);
         Handle(Graphic3d_ArrayOfTriangles) faces = new Graphic3d_ArrayOfTriangles(
             vertices, static_cast<int>(mesh.triangles.size()), Graphic3d_ArrayFlags_VertexNormal);
-        for (int i = 0; i < vertices; ++i) {
+        for (size_t i = 0; i < mesh.positions.size() / 3; ++i) {
             const float* p = &mesh.positions[i * 3];
             const float* n = &mesh.normals[i * 3];
             faces->AddVertex(p[0], p[1], p[2], n[0], n[1], n[2]);
@@ -72,12 +72,12 @@ private:
             Aspect_IS_SOLID, m_colour, Quantity_NOC_BLACK, Aspect_TOL_SOLID, 1, material, material));
         group->AddPrimitiveArray(faces);
 
-        const int polylines = static_cast<int>(mesh.edgeStarts.size()) - 1;
-        if (polylines <= 0)
+        if (mesh.edgeStarts.size() < 2)
             return;
-        Handle(Graphic3d_ArrayOfPolylines) edges =
-            new Graphic3d_ArrayOfPolylines(static_cast<int>(mesh.edgePoints.size() / 3), polylines);
-        for (int line = 0; line < polylines; ++line) {
+        const size_t polylines = mesh.edgeStarts.size() - 1;
+        Handle(Graphic3d_ArrayOfPolylines) edges = new Graphic3d_ArrayOfPolylines(
+            static_cast<int>(mesh.edgePoints.size() / 3), static_cast<int>(polylines));
+        for (size_t line = 0; line < polylines; ++line) {
             edges->AddBound(static_cast<int>(mesh.edgeStarts[line + 1] - mesh.edgeStarts[line]));
             for (uint32_t i = mesh.edgeStarts[line]; i < mesh.edgeStarts[line + 1]; ++i)
                 edges->AddVertex(mesh.edgePoints[i * 3], mesh.edgePoints[i * 3 + 1],
@@ -148,7 +148,8 @@ int main(int argc, char** argv)
             auto found = std::find_if(originals.begin(), originals.end(),
                                       [&](const auto& entry) { return entry.first == key; });
             if (found == originals.end()) {
-                originals.emplace_back(key, new MeshObject(meshes[part.mesh], part.colour));
+                originals.emplace_back(key,
+                                       new MeshObject(meshes[static_cast<size_t>(part.mesh)], part.colour));
                 found = originals.end() - 1;
             }
             Handle(AIS_ConnectedInteractive) object = new AIS_ConnectedInteractive();

@@ -1,5 +1,10 @@
 #include "Server/Base/Strings.h"
 
+#include <algorithm>
+#include <cwctype>
+#include <numeric>
+#include <vector>
+
 namespace Vs::Strings {
 
 namespace {
@@ -18,11 +23,11 @@ char32_t decode(std::string_view text, size_t& at)
     const unsigned char lead = byte(at++);
     if (lead < 0x80)
         return lead;
-    const int extra = lead >= 0xF0 && lead < 0xF5 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC2 ? 1 : 0;
+    const size_t extra = lead >= 0xF0 && lead < 0xF5 ? 3u : lead >= 0xE0 ? 2u : lead >= 0xC2 ? 1u : 0u;
     if (extra == 0 || lead >= 0xF5 || at + extra > text.size())
         return kReplacement;
-    char32_t value = lead & (0x3F >> extra);
-    for (int i = 0; i < extra; ++i) {
+    char32_t value = lead & (0x3Fu >> extra);
+    for (size_t i = 0; i < extra; ++i) {
         if ((byte(at + i) & 0xC0) != 0x80)
             return kReplacement;
         value = (value << 6) | (byte(at + i) & 0x3F);
@@ -85,6 +90,23 @@ std::wstring quote(std::wstring_view text)
     }
     quoted.push_back(L'"');
     return quoted;
+}
+
+size_t editDistance(std::wstring_view a, std::wstring_view b)
+{
+    const auto lowered = [](wchar_t letter) { return std::towlower(static_cast<wint_t>(letter)); };
+    std::vector<size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), size_t{0});
+    for (size_t i = 0; i < a.size(); ++i) {
+        size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (size_t j = 0; j < b.size(); ++j) {
+            const size_t change = diagonal + (lowered(a[i]) != lowered(b[j]) ? 1 : 0);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({change, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
 }
 
 } // namespace Vs::Strings

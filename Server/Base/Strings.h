@@ -16,4 +16,8 @@ std::string narrow(std::wstring_view wide);
 /// TextCommandMgr reads the result back as exactly `text`.
 std::wstring quote(std::wstring_view text);
 
+/// How many letters must be typed, taken out or changed to make one text of the other, whatever their case
+/// (Levenshtein's distance).
+size_t editDistance(std::wstring_view a, std::wstring_view b);
+
 } // namespace Vs::Strings

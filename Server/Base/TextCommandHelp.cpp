@@ -1,7 +1,7 @@
+#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandRegistry.h"
 
 #include <algorithm>
-#include <cwctype>
 #include <map>
 
 namespace Vs {
@@ -12,25 +12,6 @@ std::wstring shown(std::wstring_view word)
 {
     constexpr size_t kShown = 60;
     return word.size() > kShown ? std::wstring(word.substr(0, kShown)) + L"..." : std::wstring(word);
-}
-
-/// How many letters must be typed, taken out or changed to make one name of the other, whatever their case.
-size_t distance(std::wstring_view a, std::wstring_view b)
-{
-    std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j)
-        row[j] = j;
-    for (size_t i = 1; i <= a.size(); ++i) {
-        size_t diagonal = row[0];
-        row[0] = i;
-        for (size_t j = 1; j <= b.size(); ++j) {
-            const size_t above = row[j];
-            const bool same = std::towlower(a[i - 1]) == std::towlower(b[j - 1]);
-            row[j] = std::min({above + 1, row[j - 1] + 1, diagonal + (same ? 0 : 1)});
-            diagonal = above;
-        }
-    }
-    return row[b.size()];
 }
 
 std::vector<std::wstring> areaNames(const TextCommandRegistry& registry)
@@ -79,7 +60,7 @@ std::wstring nearestName(std::wstring_view wrong, const std::vector<std::wstring
     const std::wstring* nearest = nullptr;
     size_t least = std::max<size_t>(1, wrong.size() / 3) + 1;
     for (const std::wstring& name : names) {
-        const size_t away = distance(wrong, name);
+        const size_t away = Strings::editDistance(wrong, name);
         if (away < least) {
             least = away;
             nearest = &name;

@@ -49,7 +49,8 @@ struct TextCommandMgr::Data
         if (format) {
             const int wrong = format->firstWrong(parameters.m_parameters);
             if (wrong >= 0)
-                return failure(wrongParameter(command, *format, wrong, parameters.parameter(wrong)));
+                return failure(wrongParameter(command, *format, wrong,
+                                              parameters.parameter(static_cast<unsigned>(wrong))));
         }
         if (depth >= kDeepestNesting)
             return failure(command.area() + L'.' + command.name() +

@@ -21,7 +21,10 @@ bool endsWith(const std::wstring& path, const std::wstring& extension)
 {
     return path.size() > extension.size() &&
            std::equal(extension.begin(), extension.end(), path.end() - static_cast<long>(extension.size()),
-                      [](wchar_t a, wchar_t b) { return std::towlower(a) == std::towlower(b); });
+                      [](wchar_t a, wchar_t b) {
+                          return std::towlower(static_cast<wint_t>(a)) ==
+                                 std::towlower(static_cast<wint_t>(b));
+                      });
 }
 
 bool isNative(const std::wstring& path)

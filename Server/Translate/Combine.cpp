@@ -32,13 +32,14 @@ public:
         const std::optional<Colour> colour = node.colour ? node.colour : inherited;
         for (const PartTree::Node& child : node.children)
             add(child, placement, colour);
-        if (node.body < 0 || m_tree.shapes[node.body].IsNull())
+        const auto body = static_cast<size_t>(node.body);
+        if (node.body < 0 || m_tree.shapes[body].IsNull())
             return;
         const TopLoc_Location location(Kernel::toMotion(placement));
-        const TopoDS_Shape shape = m_tree.shapes[node.body].Moved(location);
+        const TopoDS_Shape shape = m_tree.shapes[body].Moved(location);
         m_builder.Add(m_all, shape);
-        m_colours.push_back({shape, colour.value_or(m_tree.tree.bodies[node.body].colour)});
-        for (const Kernel::ShapeColours::Entry& entry : m_tree.colours[node.body].entries)
+        m_colours.push_back({shape, colour.value_or(m_tree.tree.bodies[body].colour)});
+        for (const Kernel::ShapeColours::Entry& entry : m_tree.colours[body].entries)
             m_colours.push_back({entry.part.Moved(location), entry.colour});
     }
 

@@ -55,14 +55,14 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
     if (early)
         early->finish();
     std::vector<std::shared_ptr<const BodyMesh>> meshes(tree.shapes.size());
-    std::vector<int> order(tree.shapes.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return faces[a] > faces[b]; });
+    std::vector<size_t> order(tree.shapes.size());
+    std::iota(order.begin(), order.end(), size_t{0});
+    std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) { return faces[a] > faces[b]; });
     const double total = std::max(1, std::accumulate(faces.begin(), faces.end(), 0));
     std::atomic<double> done = 0;
     std::mutex mutex;
     forEachInParallel(order.size(), [&](size_t i) {
-        const int body = order[i];
+        const size_t body = order[i];
         const TopoDS_Shape& shape = tree.shapes[body];
         std::string fault;
         try {

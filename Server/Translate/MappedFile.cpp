@@ -24,14 +24,14 @@ MappedFile::MappedFile(const std::string& path)
     struct stat info;
     void* data = MAP_FAILED;
     if (descriptor >= 0 && fstat(descriptor, &info) == 0 && info.st_size > 0)
-        data = mmap(nullptr, info.st_size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+        data = mmap(nullptr, static_cast<size_t>(info.st_size), PROT_READ, MAP_PRIVATE, descriptor, 0);
     const int error = errno;
     if (descriptor >= 0)
         close(descriptor);
     if (data == MAP_FAILED)
         throw Unreadable(std::string("can't be read: ") + std::strerror(error));
     m_data = static_cast<const char*>(data);
-    m_size = info.st_size;
+    m_size = static_cast<size_t>(info.st_size);
 }
 
 MappedFile::~MappedFile()

@@ -46,7 +46,7 @@ void Reporter::send(const Exchange::WorkerMessage& message)
     for (size_t sent = 0; sent < frame.size();) {
         const ssize_t count = write(Exchange::kWorkerPipe, frame.data() + sent, frame.size() - sent);
         if (count > 0)
-            sent += count;
+            sent += static_cast<size_t>(count);
         else if (errno != EINTR)
             std::_Exit(3); // Nobody listens any more.
     }

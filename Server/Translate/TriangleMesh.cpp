@@ -113,8 +113,8 @@ void addVertices(const JoinedTriangles& joined, BodyMesh& mesh)
     std::vector<uint32_t> corners(joined.triangles.size() * 3);
     std::vector<uint32_t> fill(firstCorner.begin(), firstCorner.end() - 1);
     for (uint32_t t = 0; t < joined.triangles.size(); ++t)
-        for (int k = 0; k < 3; ++k)
-            corners[fill[joined.triangles[t][k]]++] = t * 3 + k;
+        for (size_t k = 0; k < 3; ++k)
+            corners[fill[joined.triangles[t][k]]++] = t * 3 + uint32_t(k);
 
     mesh.triangles.resize(corners.size());
     // A node of very many triangles is a fan; comparing each with each would take for ever.
@@ -130,7 +130,7 @@ void addVertices(const JoinedTriangles& joined, BodyMesh& mesh)
             for (uint32_t k = from; k < to; ++k) {
                 const Normal& other = joined.areas[corners[k] / 3];
                 if (dot(own, unit(other)) >= kSmoothCosine)
-                    for (int axis = 0; axis < 3; ++axis)
+                    for (size_t axis = 0; axis < 3; ++axis)
                         sum[axis] += other[axis];
             }
             const Normal normal = unit(sum);
@@ -158,7 +158,7 @@ void addEdgeLines(const JoinedTriangles& joined, BodyMesh& mesh)
     };
     const auto eachSide = [&](auto&& take) {
         for (uint32_t t = 0; t < joined.triangles.size(); ++t)
-            for (int k = 0; k < 3; ++k) {
+            for (size_t k = 0; k < 3; ++k) {
                 const auto [low, high] =
                     std::minmax(joined.triangles[t][k], joined.triangles[t][(k + 1) % 3]);
                 if (low != high)

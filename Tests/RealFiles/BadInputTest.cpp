@@ -105,8 +105,9 @@ TEST(BadInput, TruncatedFilesAreRefusedOrSaySo)
     for (const char* name : {"as1-tu-203.stp", "example_45_faces.iges", "Torus_1.brep"}) {
         const std::string whole = contentOf(realDataFolder() / name);
         for (const double part : {0.1, 0.5, 0.9})
-            expectRefusedByName(scratch.write(std::to_string(static_cast<int>(part * 100)) + name,
-                                              whole.substr(0, static_cast<size_t>(part * whole.size()))));
+            expectRefusedByName(
+                scratch.write(std::to_string(static_cast<int>(part * 100)) + name,
+                              whole.substr(0, static_cast<size_t>(part * double(whole.size())))));
     }
     const std::string mesh = contentOf(realDataFolder() / "head.stl");
     expectRefusedByName(scratch.write("half.stl", mesh.substr(0, mesh.size() / 2)));

@@ -151,14 +151,14 @@ ProcessResult runProcess(const std::string& program, const std::vector<std::stri
                 continue;
             const ssize_t count = read(source.ends[0], buffer, sizeof buffer);
             if (count > 0)
-                (i == 0 ? result.output : result.errors).append(buffer, count);
+                (i == 0 ? result.output : result.errors).append(buffer, size_t(count));
             else
                 source.close(0);
         }
         if (input.ends[1] >= 0 && (waiting[2].revents & (POLLOUT | POLLERR))) {
             const ssize_t count =
                 write(input.ends[1], options.input.data() + written, options.input.size() - written);
-            written += count > 0 ? count : 0;
+            written += count > 0 ? size_t(count) : 0;
             if (count < 0 || written == options.input.size())
                 input.close(1);
         }

@@ -49,13 +49,16 @@ std::optional<std::string> ImportCache::keyOf(const std::string& path, const cha
         return std::nullopt;
     struct stat info;
     void* data = MAP_FAILED;
-    if (fstat(descriptor, &info) == 0 && info.st_size > 0)
-        data = mmap(nullptr, info.st_size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, descriptor, 0);
+    size_t size = 0;
+    if (fstat(descriptor, &info) == 0 && info.st_size > 0) {
+        size = static_cast<size_t>(info.st_size);
+        data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, descriptor, 0);
+    }
     close(descriptor);
     if (data == MAP_FAILED)
         return std::nullopt;
-    const XXH128_hash_t hash = XXH3_128bits(data, info.st_size);
-    munmap(data, info.st_size);
+    const XXH128_hash_t hash = XXH3_128bits(data, size);
+    munmap(data, size);
     return hexOf(hash) + "-" + format + "-" + kReader;
 }
 

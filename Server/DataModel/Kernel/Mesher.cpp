@@ -161,14 +161,14 @@ private:
 
     void averageNormals(uint32_t base, uint32_t first, int nodes)
     {
-        std::vector<gp_XYZ> sums(nodes, gp_XYZ(0, 0, 0));
+        std::vector<gp_XYZ> sums(size_t(nodes), gp_XYZ(0, 0, 0));
         for (size_t i = first * 3; i < m_mesh.triangles.size(); i += 3) {
             const gp_XYZ area = areaVector(i);
-            for (int k = 0; k < 3; ++k)
+            for (size_t k = 0; k < 3; ++k)
                 sums[m_mesh.triangles[i + k] - base] += area;
         }
         m_mesh.normals.resize(m_mesh.positions.size());
-        for (int i = 0; i < nodes; ++i)
+        for (uint32_t i = 0; i < sums.size(); ++i)
             setNormal(base + i, sums[i]);
     }
 

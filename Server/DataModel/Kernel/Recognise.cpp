@@ -162,7 +162,7 @@ std::optional<Recognised> boxOf(const Surfaces& surfaces)
         return std::nullopt;
     gp_XYZ corner;
     double sizes[3];
-    for (int i = 0; i < 3; ++i) {
+    for (size_t i = 0; i < 3; ++i) {
         if (planes[i].places.size() != 2 ||
             !planes[i].normal.IsNormal(planes[(i + 1) % 3].normal, kTolerance))
             return std::nullopt;

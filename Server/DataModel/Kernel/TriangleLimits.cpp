@@ -66,10 +66,10 @@ public:
     Vector area(uint32_t a, uint32_t b, uint32_t c) const { return cross(from(a, b), from(a, c)); }
 
     /// The side that begins with this corner is the longest.
-    int longest(const Triangle& t) const
+    size_t longest(const Triangle& t) const
     {
         const float sides[] = {side(t[0], t[1]), side(t[1], t[2]), side(t[2], t[0])};
-        return int(std::max_element(sides, sides + 3) - sides);
+        return size_t(std::max_element(sides, sides + 3) - sides);
     }
 
     BodyMesh& mesh;
@@ -93,9 +93,9 @@ public:
             for (size_t i = 0; i < m_all.count(); ++i) {
                 const Triangle t = m_all.triangle(i);
                 bool any = false;
-                for (int k = 0; k < 3; ++k)
+                for (size_t k = 0; k < 3; ++k)
                     any |= m_marked.contains(placesOf(t[k], t[(k + 1) % 3]));
-                const int most = m_all.longest(t);
+                const size_t most = m_all.longest(t);
                 if (any)
                     grown |= m_marked.insert(placesOf(t[most], t[(most + 1) % 3])).second;
             }
@@ -132,7 +132,7 @@ private:
     Places placesOf(uint32_t a, uint32_t b) const
     {
         Vector p, q;
-        for (int axis = 0; axis < 3; ++axis) {
+        for (size_t axis = 0; axis < 3; ++axis) {
             // Adding zero turns -0 into 0, which is the same place.
             p[axis] = m_mesh.positions[size_t(a) * 3 + axis] + 0.0f;
             q[axis] = m_mesh.positions[size_t(b) * 3 + axis] + 0.0f;
@@ -151,12 +151,12 @@ private:
         // From the lower place to the higher, so that both faces of a side get the very same number.
         const Places places = placesOf(a, b);
         Vector normal;
-        for (int axis = 0; axis < 3; ++axis) {
+        for (size_t axis = 0; axis < 3; ++axis) {
             m_mesh.positions.push_back((places[axis] + places[3 + axis]) / 2);
             normal[axis] = m_mesh.normals[size_t(a) * 3 + axis] + m_mesh.normals[size_t(b) * 3 + axis];
         }
         const float size = length(normal);
-        for (int axis = 0; axis < 3; ++axis)
+        for (size_t axis = 0; axis < 3; ++axis)
             m_mesh.normals.push_back(size > 0 ? normal[axis] / size : m_mesh.normals[size_t(a) * 3 + axis]);
         return entry->second;
     }
@@ -164,15 +164,16 @@ private:
     // Through the longest of the marked sides first.
     void cut(const Triangle& t)
     {
-        int most = -1;
+        constexpr size_t kNone = 3;
+        size_t most = kNone;
         float size = -1;
-        for (int k = 0; k < 3; ++k)
+        for (size_t k = 0; k < 3; ++k)
             if (const float own = m_all.side(t[k], t[(k + 1) % 3]);
                 own > size && m_marked.contains(placesOf(t[k], t[(k + 1) % 3]))) {
                 most = k;
                 size = own;
             }
-        if (most < 0) {
+        if (most == kNone) {
             m_made.insert(m_made.end(), t.begin(), t.end());
             return;
         }
@@ -197,7 +198,7 @@ public:
     {
         for (uint32_t i = face.firstTriangle; i < face.firstTriangle + face.triangleCount; ++i) {
             const Triangle t = m_all.triangle(i);
-            for (int k = 0; k < 3; ++k) {
+            for (size_t k = 0; k < 3; ++k) {
                 Neighbours& pair = m_sides[key(t[k], t[(k + 1) % 3])];
                 pair.first = pair.count == 0 ? i : pair.first;
                 pair.second = i;
@@ -236,7 +237,7 @@ public:
             const uint64_t side = waiting.back();
             waiting.pop_back();
             if (const auto corners = flip(side))
-                for (int k = 0; k < 4; ++k)
+                for (size_t k = 0; k < 4; ++k)
                     waiting.push_back(key((*corners)[k], (*corners)[(k + 1) % 4]));
         }
     }
@@ -312,7 +313,7 @@ void limitLength(BodyMesh& mesh, float most)
     for (int pass = 0; pass < kMostPasses && all.count() < kMostTriangles; ++pass) {
         for (size_t i = 0; i < all.count(); ++i) {
             const Triangle t = all.triangle(i);
-            for (int k = 0; k < 3; ++k)
+            for (size_t k = 0; k < 3; ++k)
                 if (all.side(t[k], t[(k + 1) % 3]) > most)
                     splitter.mark(t[k], t[(k + 1) % 3]);
         }
@@ -326,7 +327,7 @@ void limitLength(BodyMesh& mesh, float most)
 bool isTooThin(const Triangles& all, const Triangle& t, float ratio)
 {
     constexpr float kNoArea = 1e-5f; // three corners on a line
-    const int most = all.longest(t);
+    const size_t most = all.longest(t);
     const float longest = all.side(t[most], t[(most + 1) % 3]);
     const float height = length(all.area(t[0], t[1], t[2])) / longest;
     return longest > ratio * height && height > kNoArea * longest;
@@ -340,23 +341,23 @@ std::array<uint32_t, 2> sideToSplit(const Triangles& all, const FaceSides& sides
     constexpr float kNearly = 0.9f;
     constexpr int kFarthest = 100;
     const Triangle first = all.triangle(thin);
-    const int most = all.longest(first);
+    const size_t most = all.longest(first);
     const float longest = all.side(first[most], first[(most + 1) % 3]);
     // A point on a side that is fixed is of use on both of its faces, and no diagonal will do in its place.
-    for (int k = 0; k < 3; ++k)
+    for (size_t k = 0; k < 3; ++k)
         if (const uint32_t a = first[k], b = first[(k + 1) % 3];
             all.side(a, b) > kNearly * longest && !sides.isFlat(a, b))
             return {a, b};
     uint32_t at = thin;
     for (int step = 0; step < kFarthest; ++step) {
         const Triangle t = all.triangle(at);
-        const int own = all.longest(t);
+        const size_t own = all.longest(t);
         const uint32_t a = t[own], b = t[(own + 1) % 3];
         const std::optional<uint32_t> next = sides.beyond(at, a, b);
         if (!next)
             return {a, b};
         const Triangle n = all.triangle(*next);
-        const int other = all.longest(n);
+        const size_t other = all.longest(n);
         if (all.side(n[other], n[(other + 1) % 3]) <= all.side(a, b))
             return {a, b};
         at = *next;

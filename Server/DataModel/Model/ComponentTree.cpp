@@ -83,7 +83,7 @@ void ComponentTree::load(const PartTree& tree)
             component->colour = node.colour;
             component->visible = node.visible;
             if (node.body >= 0)
-                component->body = bodies[node.body];
+                component->body = bodies[static_cast<size_t>(node.body)];
             self(self, *component, node.children);
             parent.children.push_back(std::move(component));
         }

@@ -83,11 +83,12 @@ std::shared_ptr<const FileMapping> FileMapping::map(int descriptor, std::string 
     mapping->m_identity = identityOf(info);
     if (info.st_size == 0)
         return mapping;
-    void* data = mmap(nullptr, info.st_size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    const auto size = static_cast<size_t>(info.st_size);
+    void* data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
     if (data == MAP_FAILED)
         throw systemError();
     mapping->m_data = static_cast<const char*>(data);
-    mapping->m_size = info.st_size;
+    mapping->m_size = size;
     if (guarded)
         mapping->m_guard = std::make_unique<MappingGuard>(descriptor, mapping->m_data, mapping->m_size);
     return mapping;

@@ -98,7 +98,7 @@ int namelessCopy(int source, size_t size)
             continue;
         off_t from = 0;
         while (from < static_cast<off_t>(size)) {
-            ssize_t done = copy_file_range(source, &from, copy, nullptr, size - from, 0);
+            ssize_t done = copy_file_range(source, &from, copy, nullptr, size - static_cast<size_t>(from), 0);
             if (done < 0 && errno != EINTR && from == 0) {
                 char piece[1 << 16];
                 while ((done = pread(source, piece, sizeof piece, from)) > 0 &&

@@ -25,7 +25,7 @@ std::shared_ptr<const BodyMesh> ModelBody::mesh() const
 // A file of the first layout knows no vertices; only the exact shape can tell their order.
 std::shared_ptr<const BodyMesh> ModelBody::meshOfFile() const
 {
-    std::shared_ptr<BodyMesh> mesh = m_source->file->mesh(m_fileIndex);
+    std::shared_ptr<BodyMesh> mesh = m_source->file->mesh(static_cast<size_t>(m_fileIndex));
     if (!mesh || m_source->file->hasVertexPoints())
         return mesh;
     try {

@@ -37,7 +37,7 @@ public:
     uint64_t hash() const;
     /// Where it lies.
     const std::shared_ptr<const FileMapping>& file() const { return m_file; }
-    uint64_t place() const { return m_data - m_file->bytes().data(); }
+    uint64_t place() const { return static_cast<uint64_t>(m_data - m_file->bytes().data()); }
     uint64_t size() const { return m_size; }
     /// Copies the mesh of a body out of the file; null if it has none. Safe from any thread.
     std::shared_ptr<BodyMesh> mesh(size_t body) const;

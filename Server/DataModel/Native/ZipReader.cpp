@@ -85,7 +85,7 @@ private:
         const zip_int64_t entries = zip_get_num_entries(m_zip, 0);
         if (entries > kMostEntries)
             throw std::runtime_error("its package holds an impossible number of entries");
-        for (zip_int64_t i = 0; i < entries; ++i) {
+        for (zip_uint64_t i = 0; i < static_cast<zip_uint64_t>(entries); ++i) {
             const char* name = zip_get_name(m_zip, i, 0);
             if (!name || !isSafeName(name))
                 throw std::runtime_error("its package holds an entry of the forbidden name \"" +
@@ -104,7 +104,7 @@ LibzipReader::Found LibzipReader::find(const std::string& name) const
     if (index < 0)
         throw std::runtime_error("\"" + name + "\" is missing in its package");
     zip_stat_t info;
-    if (zip_stat_index(m_zip, index, 0, &info) != 0 || !(info.valid & ZIP_STAT_SIZE) ||
+    if (zip_stat_index(m_zip, static_cast<zip_uint64_t>(index), 0, &info) != 0 || !(info.valid & ZIP_STAT_SIZE) ||
         !(info.valid & ZIP_STAT_COMP_SIZE))
         throw std::runtime_error("\"" + name + "\" has no size in its package");
     if ((info.valid & ZIP_STAT_ENCRYPTION_METHOD) && info.encryption_method != ZIP_EM_NONE)

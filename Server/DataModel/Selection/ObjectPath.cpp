@@ -95,8 +95,8 @@ std::vector<const Component*> chainTo(const Asset& asset, const std::string& id)
 
 size_t countNamed(const Siblings& siblings, std::wstring_view name)
 {
-    return std::count_if(siblings.begin(), siblings.end(),
-                         [&](const auto& component) { return component->name == name; });
+    return static_cast<size_t>(std::count_if(siblings.begin(), siblings.end(),
+                                             [&](const auto& component) { return component->name == name; }));
 }
 
 const Component* numbered(const Siblings& siblings, std::wstring_view name, uint32_t number)
@@ -228,7 +228,7 @@ std::wstring ObjectPath::toText(const Asset& asset) const
     for (const Component* component : chainTo(asset, component)) {
         size_t number = 0;
         for (const auto& sibling : parent->children) {
-            number += sibling->name == component->name ? 1 : 0;
+            number += sibling->name == component->name ? 1u : 0u;
             if (sibling.get() == component)
                 break;
         }

@@ -30,7 +30,8 @@ RenameRequest::RenameRequest(const Asset* asset, std::vector<ObjectPath> paths, 
 
 bool RenameRequest::isPossible(const Asset& asset, Status& status) const
 {
-    if (std::all_of(m_newName.begin(), m_newName.end(), [](wchar_t c) { return !std::iswgraph(c); })) {
+    if (std::all_of(m_newName.begin(), m_newName.end(),
+                    [](wchar_t c) { return !std::iswgraph(static_cast<wint_t>(c)); })) {
         status.addError(
             localized("RenameNoName", "Rename: a name needs at least one letter or digit that shows."));
         return false;

@@ -60,7 +60,8 @@ SelectionCategory& ObjectKindFilter::categoryOf(ObjectPath::Leaf kind) const
 {
     using Leaf = ObjectPath::Leaf;
     constexpr Leaf kKinds[] = {Leaf::Vertex, Leaf::Edge, Leaf::Face, Leaf::Body, Leaf::Component};
-    return *m_categories[std::find(std::begin(kKinds), std::end(kKinds), kind) - std::begin(kKinds)];
+    return *m_categories[static_cast<size_t>(std::find(std::begin(kKinds), std::end(kKinds), kind) -
+                                             std::begin(kKinds))];
 }
 
 bool ObjectKindFilter::accepts(const Selection& selection) const

@@ -223,7 +223,7 @@ void Sketch::draw(const Frame& frame)
     glUniform1i(program.uniform("normals"), 1);
     glUniform1i(program.uniform("depths"), 2);
     const GLuint textures[] = {m_picture.texture(), m_shapes.texture(), m_shapes.depths()};
-    for (GLenum unit : {2, 1, 0}) {
+    for (const GLenum unit : {2u, 1u, 0u}) {
         glActiveTexture(GL_TEXTURE0 + unit);
         glBindTexture(GL_TEXTURE_2D, textures[unit]);
     }

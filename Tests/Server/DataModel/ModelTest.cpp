@@ -158,7 +158,7 @@ TEST_F(ModelTest, UndoAndRedoBringBackTheWholeModelStepByStep)
     ModelBuilder builder(asset);
     std::vector<std::string> states{digestOf(*asset)};
     const auto addSomething = [&] {
-        const double size = 1 + random() % 50;
+        const double size = 1 + double(random() % 50);
         ModelBuilder::Look look;
         if (random() % 2)
             look.placement = GkMatrix3d::translation({size, -size, 1}) * GkMatrix3d::rotation(0.3, {0, 0, 1});

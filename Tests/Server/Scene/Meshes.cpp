@@ -21,7 +21,7 @@ Vs::BodyMesh box(double x, double y, double z)
                 put(mesh.normals, middle.normal());
             }
             mesh.faces.push_back({static_cast<uint32_t>(mesh.triangles.size() / 3), 2, -1});
-            for (const uint32_t index : {0, 1, 2, 0, 2, 3})
+            for (const uint32_t index : {0u, 1u, 2u, 0u, 2u, 3u})
                 mesh.triangles.push_back(first + index);
         }
     for (int axis = 0; axis < 3; ++axis)

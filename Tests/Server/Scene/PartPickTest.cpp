@@ -188,9 +188,10 @@ TEST_P(PartPick, ManyChildrenAreSearchedAsFewAreAlsoAfterChanges)
         EXPECT_GT(edges, 5u);
     };
     compare();
-    for (int i = 0; i < 300; i += 7)
+    for (size_t i = 0; i < 300; i += 7)
         for (const auto& bodies : {flat, other}) {
-            NodeChange(bodies[i].get()).transform(GkMatrix3d::translation({i * 0.7, 200.0 - i * 0.5, 30}));
+            NodeChange(bodies[i].get())
+                .transform(GkMatrix3d::translation({double(i) * 0.7, 200.0 - double(i) * 0.5, 30}));
             NodeChange(bodies[i / 2].get()).visible(false);
         }
     compare();

@@ -140,7 +140,7 @@ TEST(Expressions, NoiseIsReadOrRefusedButNeverFatal)
                                    L"-", L"*",   L"/", L"^",  L"0",  L"sin(", L"pi", L",", L"1/2"};
     for (int i = 0; i < 3000; ++i) {
         std::wstring text;
-        for (unsigned k = random() % 12; k > 0; --k)
+        for (auto k = random() % 12; k > 0; --k)
             text += pieces[random() % std::size(pieces)];
         const double value = read(text, kLength);
         EXPECT_TRUE(std::isfinite(value) || !refusal(text, kLength).empty())

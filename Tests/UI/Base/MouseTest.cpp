@@ -365,7 +365,7 @@ TEST_F(MouseTest, OneSelectionInputAtATimeTakesTheClicks)
 {
     up(kLeftButton, 2, 2); // Another test may have left it down.
     PairCommandDef definition;
-    session->commandManager()->executeCommand(&definition, CommandContext());
+    std::ignore = session->commandManager()->executeCommand(&definition, CommandContext());
     auto* pair = Vs::cast<PairCommand>(session->commandManager()->activeCommand());
     ASSERT_TRUE(pair);
     const double x = canvas.width() / 2.0, y = canvas.height() / 2.0;

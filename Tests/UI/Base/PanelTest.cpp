@@ -136,7 +136,7 @@ protected:
     {
         CommandContext context = CommandContext::activeContext();
         context.accessPoint(ECommandAccessPoint::Toolbar);
-        manager().executeCommand(&definition, context);
+        std::ignore = manager().executeCommand(&definition, context);
         settle();
     }
     static CommandMgr& manager() { return *SessionMgr::get()->activeAssetSession()->commandManager(); }

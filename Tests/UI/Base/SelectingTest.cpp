@@ -76,7 +76,7 @@ protected:
         fragment->camera()->look({0, 0, -1}, {0, 1, 0});
         fragment->camera()->fit(fragment->bounds());
         Vs::MeasureMgr::get()->initialize();
-        session->commandManager()->executeCommand(&definition, CommandContext());
+        std::ignore = session->commandManager()->executeCommand(&definition, CommandContext());
         input = Vs::cast<RestCommand>(session->commandManager()->activeCommand())->input;
     }
     ~SelectingTest() override
@@ -185,7 +185,7 @@ TEST_F(SelectingTest, AnInputThatReplacesTheCurrentSelectionIsTheSessionsOwn)
     input->clearSelectionOnCommandEnd(false);
     session->commandManager()->terminateAll(ETerminationReason::Cancel);
     EXPECT_EQ(chosen(), "0");
-    session->commandManager()->executeCommand(&definition, CommandContext());
+    std::ignore = session->commandManager()->executeCommand(&definition, CommandContext());
     session->commandManager()->terminateAll(ETerminationReason::Cancel);
     EXPECT_TRUE(selected().empty());
 }

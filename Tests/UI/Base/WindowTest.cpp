@@ -193,7 +193,7 @@ TEST_F(WindowTest, TheActiveCommandGetsTheKeysThatNothingElseTakesAndEndsAtEscap
     SessionMgr::get()->currentAssetSession(session);
     SessionMgr::get()->activate();
     KeyCommandDef definition;
-    session->commandManager()->executeCommand(&definition, CommandContext());
+    std::ignore = session->commandManager()->executeCommand(&definition, CommandContext());
     ASSERT_NE(session->commandManager()->activeCommand(), nullptr);
     QTest::keyClick(window, Qt::Key_S);
     EXPECT_EQ(definition.keys, "+83-83");

@@ -119,7 +119,7 @@ void Navigation::scroll(int delta, int x, int y, unsigned modifiers)
 
 void Navigation::start(const std::wstring& key)
 {
-    CommandMgr::getActiveCommandManager()->executeCommand(key, CommandContext::activeContext());
+    std::ignore = CommandMgr::getActiveCommandManager()->executeCommand(key, CommandContext::activeContext());
     Application::get()->flushDeferredTasks();
 }
 

@@ -65,7 +65,8 @@ TEST_F(RandomEditsTest, EveryUndoAndRedoRestoresTheWholeModel)
         // Now and then some of the way back, and a part of it forth again.
         const auto done = static_cast<unsigned>(digests.size() - 1);
         if (done > 0 && random() % 5 == 0) {
-            const unsigned back = 1 + random() % done, forth = random() % (back + 1);
+            const auto back = static_cast<unsigned>(1 + random() % done);
+            const auto forth = static_cast<unsigned>(random() % (back + 1));
             for (unsigned i = 1; i <= back; ++i)
                 walk(L"VuCommands.UndoCmd", done - i);
             for (unsigned i = 1; i <= forth; ++i)

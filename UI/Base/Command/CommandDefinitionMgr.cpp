@@ -5,31 +5,12 @@
 #include "UI/Base/Command/CommandDefinition.h"
 
 #include <algorithm>
-#include <cwctype>
 #include <stdexcept>
 #include <unordered_map>
 
 namespace Vu {
 
 namespace {
-
-/// How many letters have to change, with case set aside.
-size_t distance(std::wstring_view a, std::wstring_view b)
-{
-    std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j)
-        row[j] = j;
-    for (size_t i = 0; i < a.size(); ++i) {
-        size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (size_t j = 0; j < b.size(); ++j) {
-            const size_t change = diagonal + (std::towlower(a[i]) != std::towlower(b[j]));
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({change, row[j] + 1, row[j + 1] + 1});
-        }
-    }
-    return row.back();
-}
 
 } // namespace
 
@@ -79,11 +60,12 @@ std::vector<std::wstring> CommandDefinitionMgr::similarIds(std::wstring_view id,
     for (const auto& [key, definition] : index().byId) {
         if (id.empty() || id.size() > kLongestId)
             break;
-        size_t away = distance(id, key);
+        size_t away = Vs::Strings::editDistance(id, key);
         // "Fit" is short of "FitCommand" by a word that everybody leaves out.
         constexpr std::wstring_view kEnding = L"Command";
         if (key.ends_with(kEnding))
-            away = std::min(away, distance(id, key.substr(0, key.size() - kEnding.size())) + 1);
+            away =
+                std::min(away, Vs::Strings::editDistance(id, key.substr(0, key.size() - kEnding.size())) + 1);
         if (away <= std::max<size_t>(2, id.size() / 3))
             ranked.emplace_back(away, key);
     }

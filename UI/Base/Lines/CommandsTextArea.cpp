@@ -41,7 +41,8 @@ bool reads(const std::string& text, Number& number)
     if (error != std::errc() || end != last)
         return false;
     char again[64];
-    return text == std::string_view(again, std::to_chars(again, again + sizeof again, number).ptr - again);
+    const char* const written = std::to_chars(again, again + sizeof again, number).ptr;
+    return text == std::string_view(again, written);
 }
 
 void addGuessed(CommandContext& context, const Vs::UniqueString* key, const std::wstring& value)

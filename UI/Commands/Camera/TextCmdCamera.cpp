@@ -100,10 +100,10 @@ Faults faultsOf(const Vs::Scene::Camera& camera)
 /// What the camera did not take of what it was told.
 Faults refusalsOf(const Vs::Scene::Camera& camera, const TextCommandParameters& parameters)
 {
-    const auto isPoint = [&](size_t at, const GkPoint3d& taken) {
+    const auto isPoint = [&](unsigned at, const GkPoint3d& taken) {
         return same(point(parameters[at]).asVector(), taken.asVector());
     };
-    const auto isNumber = [&](size_t at, double taken) { return number<double>(parameters[at]) == taken; };
+    const auto isNumber = [&](unsigned at, double taken) { return number<double>(parameters[at]) == taken; };
     const int projection = number<int>(parameters[7]);
     return {
         {!isPoint(0, camera.position()) || !isPoint(1, camera.target()),

@@ -211,9 +211,9 @@ void MeasureCmd::onCommandInputEvent(CommandInputEvent* event)
 
 void MeasureCmd::valueChanged(const CommandInputBase* input)
 {
-    for (int i = 0; i < 3; ++i)
-        if (input == m_inputs->selections[i] && !m_changing)
-            selectionChanged(i + 1);
+    for (int number = 1; number <= 3; ++number)
+        if (input == m_inputs->selections[size_t(number) - 1] && !m_changing)
+            selectionChanged(number);
     if (input == m_inputs->selectionTypes) {
         selectionTypesChanged();
     } else if (input == m_inputs->measureTypes) {
@@ -268,7 +268,7 @@ bool MeasureCmd::permits(const CommandInputBase* input, const Vs::Selection& sel
 
 void MeasureCmd::takeSelection(int number)
 {
-    SelectionCommandInput* input = m_inputs->selections[number - 1];
+    SelectionCommandInput* input = m_inputs->selections[size_t(number) - 1];
     m_state.selection(number) = firstObject(input->selectionSet());
     // The first is what counts; others stay only as part of what the user has selected.
     std::vector<Vs::StrongRef<Vs::Selection>> kept;
@@ -293,7 +293,7 @@ void MeasureCmd::selectionChanged(int number)
 void MeasureCmd::clearSide(int number)
 {
     if (number <= 2)
-        for (RealValueCommandInput* result : m_inputs->sides[number - 1].all())
+        for (RealValueCommandInput* result : m_inputs->sides[size_t(number) - 1].all())
             result->disable();
     m_huds.remove(number);
 }
@@ -319,7 +319,7 @@ void MeasureCmd::showHud(int selectionNumber)
 {
     std::vector<const CommandInputBase*> shown{m_inputs->pair.angle};
     if (selectionNumber <= 2) {
-        const auto results = m_inputs->sides[selectionNumber - 1].all();
+        const auto results = m_inputs->sides[size_t(selectionNumber) - 1].all();
         shown.assign(results.begin(), results.end());
     }
     m_huds.show(selectionNumber, m_state.selection(selectionNumber), shown);

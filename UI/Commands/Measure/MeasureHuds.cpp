@@ -45,13 +45,13 @@ void MeasureHuds::show(int number, const Vs::StrongRef<Vs::LogicalSelection>& ob
     hud->group()->destroyChildren();
     for (const CommandInputBase* input : inputs)
         hud->group()->add(input);
-    m_places[number - 1] = placeOf(object);
+    m_places[size_t(number) - 1] = placeOf(object);
     place();
 }
 
 void MeasureHuds::remove(int number)
 {
-    m_places[number - 1].reset();
+    m_places[size_t(number) - 1].reset();
     HUDManager::get()->hideHUD(kHuds[number - 1]);
 }
 

@@ -173,8 +173,8 @@ void MeasureInputs::makeSelectionGroup(CommandInputSet* set)
     for (const ItemRow& row : kSelectionTypeItems)
         items.push_back(infoOf(row));
     selectionTypes->control()->items(std::move(items));
-    for (int i = 0; i < 3; ++i) {
-        selections[i] = SelectionCommandInput::make(set, i, infoOf(kSelections[i]));
+    for (size_t i = 0; i < selections.size(); ++i) {
+        selections[i] = SelectionCommandInput::make(set, static_cast<int>(i), infoOf(kSelections[i]));
         selections[i]->requiredQuantity(true, 1);
         selections[i]->required(false);
     }

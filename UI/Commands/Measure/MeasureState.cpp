@@ -46,7 +46,7 @@ void MeasureState::requestSingle(int selectionNumber)
     const Vs::StrongRef<Vs::LogicalSelection>& object = selection(selectionNumber);
     if (!object)
         return;
-    const MeasureSide& side = owner->inputs().sides[selectionNumber - 1];
+    const MeasureSide& side = owner->inputs().sides[size_t(selectionNumber) - 1];
     for (RealValueCommandInput* input : side.all())
         input->disable();
     const unsigned types = owner->measureTypes();

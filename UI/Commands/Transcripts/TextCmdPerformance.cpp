@@ -86,18 +86,18 @@ public:
             return {1, L"The metric type is not a valid one"};
         if (!context())
             return notStarted();
-        return execute(*context(), *type, parameters);
+        return executeMetric(*context(), *type, parameters);
     }
 
 protected:
-    virtual TextCommandResult execute(PerfTestingContext& context, EMetricType type,
-                                      const TextCommandParameters& parameters) = 0;
+    virtual TextCommandResult executeMetric(PerfTestingContext& context, EMetricType type,
+                                            const TextCommandParameters& parameters) = 0;
 };
 
 class TextCmdPerformanceStartMetric : public MetricTextCommand<kStartMetric>
 {
-    TextCommandResult execute(PerfTestingContext& context, EMetricType type,
-                              const TextCommandParameters& parameters) override
+    TextCommandResult executeMetric(PerfTestingContext& context, EMetricType type,
+                                    const TextCommandParameters& parameters) override
     {
         context.startMetric(type);
         return {0, L"Start " + parameters[0] + L" metric"};
@@ -107,8 +107,8 @@ class TextCmdPerformanceStartMetric : public MetricTextCommand<kStartMetric>
 /// A value that is worse than its reference is told by the message alone: the test goes on to its end.
 class TextCmdPerformanceValidate : public MetricTextCommand<kValidate>
 {
-    TextCommandResult execute(PerfTestingContext& context, EMetricType type,
-                              const TextCommandParameters& parameters) override
+    TextCommandResult executeMetric(PerfTestingContext& context, EMetricType type,
+                                    const TextCommandParameters& parameters) override
     {
         if (!context.validate(type, descriptionIn(parameters, 1)))
             return {0, L"Fail to validate " + parameters[0] + L" metric\r\n" +

@@ -247,7 +247,7 @@ TEST_F(EditSolidsTest, ColoursAreOfComponentsBodiesAndFacesAndOutliveOtherChange
     const auto painted = [&](const Vs::Colour& colour) {
         const auto mesh = asset->findComponent(id)->body->mesh();
         return std::count_if(mesh->faces.begin(), mesh->faces.end(), [&](const Vs::BodyMesh::Face& face) {
-            return face.colour >= 0 && mesh->colours[face.colour] == colour;
+            return face.colour >= 0 && mesh->colours[size_t(face.colour)] == colour;
         });
     };
     edit(*asset, Vs::ColourEdit{{{copy}}, green});

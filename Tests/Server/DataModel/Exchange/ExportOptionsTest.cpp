@@ -81,7 +81,7 @@ bool isClosed(const std::vector<Facet>& facets)
 {
     std::map<std::pair<Corner, Corner>, int> sides;
     for (const Facet& f : facets)
-        for (int k = 0; k < 3; ++k)
+        for (size_t k = 0; k < 3; ++k)
             if (f[k] != f[(k + 1) % 3])
                 ++sides[{f[k], f[(k + 1) % 3]}];
     return std::all_of(sides.begin(), sides.end(), [&](const auto& side) {

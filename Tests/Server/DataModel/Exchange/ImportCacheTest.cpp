@@ -27,7 +27,7 @@ std::string newModel(ImportCache& cache)
 
 size_t filesIn(const boost::filesystem::path& folder)
 {
-    return std::distance(std::filesystem::directory_iterator(folder.string()), {});
+    return size_t(std::distance(std::filesystem::directory_iterator(folder.string()), {}));
 }
 
 void makeOld(const boost::filesystem::path& path, int hours)

@@ -47,7 +47,7 @@ std::set<std::array<int, 3>> coloursOf(const Asset& asset)
             continue;
         const auto mesh = component->body->mesh();
         for (const BodyMesh::Face& face : mesh->faces)
-            add(face.colour >= 0    ? mesh->colours[face.colour]
+            add(face.colour >= 0    ? mesh->colours[size_t(face.colour)]
                 : component->colour ? *component->colour
                                     : component->body->colour());
     }
@@ -131,7 +131,7 @@ TEST_F(MeshFormatsTest, WhatIsWrittenComesBackWithItsPlacesNamesAndColours)
         const Component* glass = partNamed(read, kHardName);
         ASSERT_TRUE(glass);
         const auto mesh = glass->body->mesh();
-        EXPECT_NEAR(mesh->faces.front().colour >= 0 ? mesh->colours[mesh->faces.front().colour].a
+        EXPECT_NEAR(mesh->faces.front().colour >= 0 ? mesh->colours[size_t(mesh->faces.front().colour)].a
                                                     : glass->body->colour().a,
                     0.5, 1e-6);
         EXPECT_EQ(trianglesOf(read), trianglesOf(*original));

@@ -129,7 +129,7 @@ TEST_F(RealFilesTest, AnAssemblyKeepsItsStructureAndSharesItsBodies)
     ASSERT_NE(again, nullptr);
     size_t sameOccurrences = 0;
     for (const Component* component : componentsOf(*again->activeAsset()))
-        sameOccurrences += component->body ? 1 : 0;
+        sameOccurrences += component->body ? 1u : 0u;
     EXPECT_EQ(sameOccurrences, 18u);
     EXPECT_NEAR(volumeOf(*again->activeAsset()) / volumeOf(*document->activeAsset()), 1, 1e-6);
 }

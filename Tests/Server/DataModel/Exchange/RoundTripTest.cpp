@@ -56,8 +56,8 @@ std::map<std::array<int, 4>, size_t> colours(const Asset& asset)
         if (component.body) {
             const auto mesh = component.body->mesh();
             for (const BodyMesh::Face& face : mesh->faces) {
-                const Colour c =
-                    face.colour >= 0 ? mesh->colours[face.colour] : own.value_or(component.body->colour());
+                const Colour c = face.colour >= 0 ? mesh->colours[size_t(face.colour)]
+                                                  : own.value_or(component.body->colour());
                 found[{int(std::lround(c.r * 100)), int(std::lround(c.g * 100)), int(std::lround(c.b * 100)),
                        int(std::lround(c.a * 100))}] += face.triangleCount;
             }

@@ -30,7 +30,7 @@ std::string manyTriangles(int count)
 
 size_t openDescriptors()
 {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    return size_t(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
 }
 
 class WorkerTest : public testing::Test

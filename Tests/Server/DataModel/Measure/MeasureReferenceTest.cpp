@@ -164,7 +164,7 @@ TEST_F(MeasureReferenceTest, FilesMeasureWhatTheirAuthorsState)
     for (const auto& [file, index] :
          {std::pair{"Torus_1.brep", 0}, {"Cylinder_1.brep", 1}, {"Cone_1.brep", 2}}) {
         ASSERT_NO_FATAL_FAILURE(openReal(file));
-        expectReference("R36", file, index, whole(Type::Volume), 1e-7);
+        expectReference("R36", file, size_t(index), whole(Type::Volume), 1e-7);
         close();
     }
 }

@@ -129,7 +129,7 @@ TEST_F(HistoryTest, ModelAndSettingsGoThroughTheSameStates)
             states.pop_back();
             ASSERT_EQ(stateOf(*asset), states.back());
         }
-        step(asset, 1 + random() % 7, number);
+        step(asset, 1 + unsigned(random() % 7), number);
         states.push_back(stateOf(*asset));
         ASSERT_EQ(Transaction::redoSteps(asset), 0u);
         ASSERT_EQ(Transaction::undoSteps(asset), states.size() - 1);

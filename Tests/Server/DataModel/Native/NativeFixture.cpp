@@ -87,7 +87,7 @@ void writePackage(const std::wstring& path, const std::vector<Entry>& entries)
         zip_source_t* source = zip_source_buffer(zip, entry.content.data(), entry.content.size(), 0);
         const zip_int64_t index = zip_file_add(zip, entry.name.c_str(), source, ZIP_FL_ENC_UTF_8);
         ASSERT_GE(index, 0) << zip_strerror(zip);
-        zip_set_file_compression(zip, index, entry.packed ? ZIP_CM_DEFLATE : ZIP_CM_STORE, 0);
+        zip_set_file_compression(zip, zip_uint64_t(index), entry.packed ? ZIP_CM_DEFLATE : ZIP_CM_STORE, 0);
     }
     ASSERT_EQ(zip_close(zip), 0) << zip_strerror(zip);
 }
@@ -98,7 +98,8 @@ std::vector<Entry> readPackage(const std::wstring& path)
     int error = 0;
     zip_t* zip = zip_open(Strings::narrow(path).c_str(), ZIP_RDONLY | ZIP_CHECKCONS, &error);
     EXPECT_NE(zip, nullptr) << error;
-    for (zip_int64_t i = 0; zip && i < zip_get_num_entries(zip, 0); ++i) {
+    const zip_uint64_t count = zip ? zip_uint64_t(zip_get_num_entries(zip, 0)) : 0;
+    for (zip_uint64_t i = 0; i < count; ++i) {
         zip_stat_t info;
         EXPECT_EQ(zip_stat_index(zip, i, 0, &info), 0);
         Entry entry{info.name, std::string(info.size, '\0'), info.comp_method != ZIP_CM_STORE};

@@ -158,18 +158,18 @@ TEST_F(Definitions, RunInTheManagerOfTheirContextElseOfTheActiveSessionElseOfThe
     CommandMgr one(CommandTest::Host::session(1)), two(CommandTest::Host::session(2));
     host.managers = {{one.assetSession(), &one}, {two.assetSession(), &two}};
 
-    measure.executeCommand(context);
+    std::ignore = measure.executeCommand(context);
     EXPECT_EQ(CommandMgr::get()->activeCommand(), measure.latest);
     CommandMgr::get()->terminateAll(ETerminationReason::Cancel);
 
     host.active = two.assetSession();
-    measure.executeCommand(context);
+    std::ignore = measure.executeCommand(context);
     ASSERT_EQ(two.activeCommand(), measure.latest);
     EXPECT_EQ(measure.latest->assetSession(), two.assetSession()) << "the manager's session stands in";
     EXPECT_EQ(CommandBase::getActiveCommand(), measure.latest);
 
     context.assetSession(one.assetSession());
-    measure.executeCommand(context);
+    std::ignore = measure.executeCommand(context);
     EXPECT_EQ(one.activeCommand(), measure.latest);
     one.terminateAll(ETerminationReason::Cancel);
     two.terminateAll(ETerminationReason::Cancel);

@@ -85,7 +85,7 @@ class Inputs : public testing::Test
 protected:
     void SetUp() override
     {
-        manager.executeCommand(&definition, CommandContext());
+        std::ignore = manager.executeCommand(&definition, CommandContext());
         ASSERT_EQ(manager.activeCommand(), definition.latest);
     }
     HoleCommand& hole() { return *definition.latest; }
@@ -318,7 +318,7 @@ TEST_F(Inputs, LinesFillTheInputsOfTheRunningCommand)
     using Answer = Vs::TextCommandResult;
     EXPECT_EQ(line(L"Commands.SetInput RadiusInput 5"),
               (Answer{1, L"No command that has inputs is running."}));
-    CommandMgr::get()->executeCommand(&definition, CommandContext());
+    std::ignore = CommandMgr::get()->executeCommand(&definition, CommandContext());
     EXPECT_EQ(line(L"Commands.SetInput RadiusInput \"1/2 in\"").first, 0u);
     EXPECT_EQ(hole().radius->value(), 12.7);
     EXPECT_EQ(line(L"Commands.SetInput RadiusInput \"1/0 in\""),

@@ -13,11 +13,17 @@ namespace {
 class Lifecycle : public testing::Test
 {
 protected:
-    Vs::Status run(Definition& definition) { return manager.executeCommand(&definition, CommandContext()); }
+    const Vs::Status& run(Definition& definition)
+    {
+        return m_answer = manager.executeCommand(&definition, CommandContext());
+    }
 
     CommandTest::Log log;
     CommandTest::Host host;
     CommandMgr manager;
+
+private:
+    Vs::Status m_answer;
 };
 
 const char* const kEndOf =
@@ -247,8 +253,8 @@ TEST_F(Lifecycle, AManagerThatGoesCancelsItsCommandsTheTopmostFirst)
     orbit.stacking(EStackingBehavior::OverCategory, StackingCategory::cameraStackingCategory());
     {
         CommandMgr session(CommandTest::Host::session(1));
-        session.executeCommand(&measure, CommandContext());
-        session.executeCommand(&orbit, CommandContext());
+        std::ignore = session.executeCommand(&measure, CommandContext());
+        std::ignore = session.executeCommand(&orbit, CommandContext());
         log.take();
     }
     EXPECT_EQ(log.take(), endOf("Orbit", 1) +
@@ -262,7 +268,7 @@ TEST_F(Lifecycle, ACommandMayCloseTheSessionOfTheManagerThatRunsIt)
     Definition close(log, "Close", false), measure(log, "Measure", true);
     close.stacking(EStackingBehavior::ByType).type(ECommandType::Nested);
     auto session = std::make_unique<CommandMgr>(CommandTest::Host::session(1));
-    session->executeCommand(&measure, CommandContext());
+    std::ignore = session->executeCommand(&measure, CommandContext());
     close.during["onExecute"] = [&](CommandBase& command, Vs::Status& status) {
         session.reset();
         EXPECT_EQ(measure.alive, 0);
@@ -305,7 +311,7 @@ TEST_F(Lifecycle, ADefinitionThatGoesTakesItsRunningCommandsAlong)
     measure.type(ECommandType::Nested);
     {
         LeavingDefinition leaving(log);
-        manager.executeCommand(&leaving, CommandContext());
+        std::ignore = manager.executeCommand(&leaving, CommandContext());
         run(measure);
         EXPECT_EQ(manager.commandStack().size(), 2u);
         log.take();
@@ -317,7 +323,7 @@ TEST_F(Lifecycle, ADefinitionThatGoesTakesItsRunningCommandsAlong)
     EXPECT_EQ(measure.alive, 0);
     {
         LeavingDefinition leaving(log);
-        manager.executeCommand(&leaving, CommandContext());
+        std::ignore = manager.executeCommand(&leaving, CommandContext());
         EXPECT_EQ(manager.lastCommandDef(), &leaving);
     }
     EXPECT_EQ(manager.lastCommandDef(), nullptr);

@@ -31,7 +31,7 @@ private:
     static std::string name(const CommandRun& run)
     {
         const std::wstring& id = run.definition->id();
-        return std::string(run.depth, '>') + std::string(id.begin(), id.end());
+        return std::string(static_cast<size_t>(run.depth), '>') + std::string(id.begin(), id.end());
     }
     CommandTest::Log& m_log;
 };
@@ -59,11 +59,17 @@ private:
 class Manager : public testing::Test
 {
 protected:
-    Vs::Status run(Definition& definition) { return manager.executeCommand(&definition, CommandContext()); }
+    const Vs::Status& run(Definition& definition)
+    {
+        return m_answer = manager.executeCommand(&definition, CommandContext());
+    }
 
     CommandTest::Log log;
     CommandTest::Host host;
     CommandMgr manager;
+
+private:
+    Vs::Status m_answer;
 };
 
 } // namespace
@@ -88,7 +94,7 @@ TEST_F(Manager, RemembersTheLastCommandThatMayBeRepeated)
         CommandContext context = *command.commandContext();
         context.executeImmediately(false);
         context.accessPoint(12);
-        manager.executeCommand(manager.lastCommandDef(), context);
+        std::ignore = manager.executeCommand(manager.lastCommandDef(), context);
     };
     log.take();
     run(repeat);
@@ -174,14 +180,14 @@ TEST_F(Manager, TurnsErrorsIntoAlertsWhereNobodyWaitsForTheStatus)
 
     CommandContext byKey;
     byKey.accessPoint(ECommandAccessPoint::HotKey);
-    manager.executeCommand(&save, byKey);
+    std::ignore = manager.executeCommand(&save, byKey);
     EXPECT_EQ(alerts->alerts().size(), 2u);
 
     save.during["onExecute"] = [](CommandBase&, Vs::Status& status) {
         status.addError(L"Shown in a box already.");
         status.reported(true);
     };
-    manager.executeCommand(&save, byKey);
+    std::ignore = manager.executeCommand(&save, byKey);
     EXPECT_EQ(alerts->alerts().size(), 2u);
     alerts->clearAllAlerts();
     alerts->enabled(false);
@@ -198,16 +204,16 @@ TEST_F(Manager, DropsADeferredRunWhenWhatItNeedsHasGone)
     context.executeImmediately(false);
     {
         Definition shortLived(log, "ShortLived", false);
-        manager.executeCommand(&shortLived, context);
+        std::ignore = manager.executeCommand(&shortLived, context);
     }
     Definition save(log, "Save", false);
     {
         CommandMgr session(CommandTest::Host::session(1));
-        session.executeCommand(&save, context);
+        std::ignore = session.executeCommand(&save, context);
         // By the manager that stays, but about the session that goes.
         CommandContext aboutSession = context;
         aboutSession.assetSession(session.assetSession());
-        manager.executeCommand(&save, aboutSession);
+        std::ignore = manager.executeCommand(&save, aboutSession);
     }
     host.tasks.flush();
     EXPECT_EQ(log.take(), "");
@@ -229,11 +235,11 @@ TEST_F(Manager, OfASessionRestsInTheDefaultCommand)
     session.startDefaultCommand();
     EXPECT_EQ(log.take(), "");
 
-    session.executeCommand(&sketch, CommandContext());
+    std::ignore = session.executeCommand(&sketch, CommandContext());
     EXPECT_EQ(select.alive, 0);
     session.activeCommand()->destroy(0);
     EXPECT_EQ(session.activeCommand(), select.latest);
-    session.executeCommand(&save, CommandContext());
+    std::ignore = session.executeCommand(&save, CommandContext());
     EXPECT_EQ(session.activeCommand(), select.latest);
 
     // One that doesn't stay isn't tried for ever.

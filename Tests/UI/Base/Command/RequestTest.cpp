@@ -13,7 +13,7 @@ protected:
     void SetUp() override
     {
         WithAsset::SetUp();
-        session.executeCommand(&sketch, CommandContext());
+        std::ignore = session.executeCommand(&sketch, CommandContext());
         ASSERT_NE(session.activeCommand(), nullptr);
     }
 

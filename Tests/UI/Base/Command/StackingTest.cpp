@@ -13,7 +13,10 @@ namespace {
 class Stacking : public testing::Test
 {
 protected:
-    Vs::Status run(Definition& definition) { return manager.executeCommand(&definition, CommandContext()); }
+    const Vs::Status& run(Definition& definition)
+    {
+        return m_answer = manager.executeCommand(&definition, CommandContext());
+    }
 
     /// The names of the running commands, bottom to top, those that are suspended in brackets.
     std::string stack() const
@@ -30,6 +33,9 @@ protected:
     CommandTest::Log log;
     CommandTest::Host host;
     CommandMgr manager;
+
+private:
+    Vs::Status m_answer;
 };
 
 } // namespace
@@ -120,13 +126,13 @@ TEST_F(Stacking, AToolComesBackWhenTheOneThatAMouseButtonHeldGoes)
     CommandContext inCanvas;
     inCanvas.accessPoint(ECommandAccessPoint::Canvas);
     run(orbit);
-    manager.executeCommand(&pan, inCanvas);
+    std::ignore = manager.executeCommand(&pan, inCanvas);
     EXPECT_EQ(stack(), "[Orbit] Pan");
-    manager.executeCommand(&turn, inCanvas);
+    std::ignore = manager.executeCommand(&turn, inCanvas);
     EXPECT_EQ(stack(), "[Orbit] Turn") << "a second button takes the place of the first";
     manager.activeCommand()->destroy(0);
     EXPECT_EQ(stack(), "Orbit");
-    manager.executeCommand(&pan, inCanvas);
+    std::ignore = manager.executeCommand(&pan, inCanvas);
     run(turn);
     EXPECT_EQ(stack(), "Turn") << "a tool that is chosen takes the place of both";
 }
@@ -206,7 +212,7 @@ TEST_F(Stacking, TwoManagersKnowNothingOfEachOther)
     CommandMgr other(CommandTest::Host::session(1));
     Definition sketch(log, "Sketch", true), save(log, "Save", false);
     run(sketch);
-    other.executeCommand(&save, CommandContext());
+    std::ignore = other.executeCommand(&save, CommandContext());
     EXPECT_EQ(stack(), "Sketch");
     EXPECT_EQ(other.activeCommand(), nullptr);
 }

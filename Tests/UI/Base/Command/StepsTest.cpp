@@ -78,7 +78,7 @@ protected:
             AddBox(1).execute(asset, status);
         Vs::Transaction::undo(asset);
         before = Vs::modelDigest(*asset);
-        session.executeCommand(&definition, CommandContext());
+        std::ignore = session.executeCommand(&definition, CommandContext());
         pile = definition.latest;
     }
 
@@ -144,7 +144,7 @@ TEST_F(Steps, AreNothingIfTheCommandIsCancelled)
     EXPECT_TRUE(Vs::Transaction::redo(asset)) << "what could be redone before can be again";
     EXPECT_EQ(boxes(), 2u);
 
-    session.executeCommand(&definition, CommandContext());
+    std::ignore = session.executeCommand(&definition, CommandContext());
     definition.latest->edge->value(10);
     while (definition.latest->canUndoStep())
         definition.latest->undoStep();

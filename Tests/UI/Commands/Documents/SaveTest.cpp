@@ -273,8 +273,7 @@ TEST_F(SaveTest, AFailedSaveAsByButtonIsOneAlertWithNameAndCause)
     answerBoxes(0);
     answerDialogs({file(L"nowhere/part.vlra")});
     CommandContext context = CommandContext::activeContext();
-    context.executeImmediately(false);
-    definition(L"SaveDocumentAsCommand")->executeCommand(context);
+    definition(L"SaveDocumentAsCommand")->executeLater(context);
     run(L"");
     ASSERT_EQ(alerts->alerts().size(), 1u);
     const Alert& alert = alerts->alerts().front();

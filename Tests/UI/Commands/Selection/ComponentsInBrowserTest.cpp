@@ -104,7 +104,7 @@ protected:
     void change()
     {
         const Texts all = paths();
-        const unsigned kind = random() % 6;
+        const auto kind = random() % 6;
         if (kind > 3 || all.empty()) {
             answer(kind == 4 ? L"VuCommands.RedoCmd" : L"VuCommands.UndoCmd");
             return;

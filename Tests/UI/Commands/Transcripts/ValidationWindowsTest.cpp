@@ -51,7 +51,7 @@ protected:
     static std::string recorded() { return TestSupport::contentOf(boost::filesystem::path(path())); }
     static void start(const std::wstring& command)
     {
-        CommandMgr::get()->executeCommand(command, CommandContext::emptyContext());
+        std::ignore = CommandMgr::get()->executeCommand(command, CommandContext::emptyContext());
         Application::get()->flushDeferredTasks();
     }
 

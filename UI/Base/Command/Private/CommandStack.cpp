@@ -14,6 +14,7 @@
 #include "UI/Base/Command/SimpleCommand.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace Vu {
@@ -393,7 +394,7 @@ void CommandStack::startDefaultCommand()
     CommandContext context = CommandContext::activeContext();
     context.assetSession(m_session);
     m_startingDefault = true;
-    run(event.commandDefinition(), context, Mode::Resting);
+    std::ignore = run(event.commandDefinition(), context, Mode::Resting); // Errors are alerts.
     m_startingDefault = false;
     m_emptied = false;
 }
