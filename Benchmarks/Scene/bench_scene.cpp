@@ -9,9 +9,9 @@
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Picker.h"
 #include "Server/Scene/Projection.h"
-#include "Server/Scene/Renderer.h"
 #include "Server/Scene/Rendra/EglContext.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
+#include "Server/Scene/Rendra/Renderer.h"
 
 #include <algorithm>
 #include <chrono>

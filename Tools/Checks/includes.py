@@ -65,6 +65,11 @@ CLOSED = [
     "UI/Design",
 ]
 
+# The public face of a closed room.
+PUBLIC = {
+    "Server/Scene/Rendra/Renderer.h",
+}
+
 # What shares private headers, where that is more than the first two folders of a path.
 PARTS = {
     "Server/Body": "Server/DataModel",
@@ -99,7 +104,7 @@ def part_of(path):
 
 
 def is_private(path):
-    return "/Private/" in path or any(path.startswith(folder + "/") for folder in CLOSED)
+    return "/Private/" in path or path not in PUBLIC and any(path.startswith(folder + "/") for folder in CLOSED)
 
 
 def files():

@@ -1,7 +1,7 @@
 #include "Server/Scene/OffscreenRenderer.h"
-#include "Server/Scene/Renderer.h"
 #include "Server/Scene/Rendra/EglContext.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
+#include "Server/Scene/Rendra/Renderer.h"
 
 #include <algorithm>
 #include <condition_variable>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/Scene/Projection.h"
-#include "Server/Scene/Renderer.h"
+#include "Server/Scene/RenderTarget.h"
 #include "Server/Scene/Rendra/ContactShadow.h"
 #include "Server/Scene/Rendra/DrawList.h"
 #include "Server/Scene/Rendra/EnvironmentLight.h"
@@ -10,6 +10,7 @@
 #include "Server/Scene/Rendra/MeshStore.h"
 #include "Server/Scene/Rendra/ObjectShadow.h"
 #include "Server/Scene/Rendra/Program.h"
+#include "Server/Scene/ViewFragment.h"
 
 namespace Rendra {
 

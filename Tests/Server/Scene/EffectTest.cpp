@@ -1,7 +1,7 @@
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
-#include "Server/Scene/Renderer.h"
+#include "Server/Scene/Rendra/Renderer.h"
 #include "Tests/Server/Scene/Shapes.h"
 
 #include <algorithm>

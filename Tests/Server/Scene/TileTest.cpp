@@ -1,9 +1,9 @@
 // A picture that is put together from tiles is the one that is drawn whole, whatever is shown around the
 // bodies.
 
-#include "Server/Scene/Renderer.h"
 #include "Server/Scene/Rendra/EglContext.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
+#include "Server/Scene/Rendra/Renderer.h"
 #include "Tests/Server/Scene/Studio.h"
 
 using Vs::Scene::Image;

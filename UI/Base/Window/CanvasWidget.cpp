@@ -4,7 +4,7 @@
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/OffscreenRenderer.h"
-#include "Server/Scene/Renderer.h"
+#include "Server/Scene/Rendra/Renderer.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"

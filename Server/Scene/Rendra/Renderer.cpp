@@ -1,4 +1,4 @@
-#include "Server/Scene/Renderer.h"
+#include "Server/Scene/Rendra/Renderer.h"
 
 #include "Server/Scene/EnvironmentManager.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
@@ -171,18 +171,6 @@ void Renderer::render(const std::vector<ViewFragment*>& fragments, const RenderT
     data.meshes.collect();
     for (Pass* pass : data.passes)
         pass->collect();
-}
-
-RenderTarget RenderTarget::current()
-{
-    RenderTarget target;
-    const Vs::Scene::GraphicsOptionGroup& options = *Vs::Scene::GraphicsOptionGroup::get();
-    target.dome = options.displayDome();
-    target.grid = options.showLayoutGrid();
-    target.gridNumbers = options.showGridRefNumbers();
-    target.environment = &Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironment();
-    target.selectionEffect = options.selectionEffectOption();
-    return target;
 }
 
 // The first fragment is the one that shows the model; its camera sees the sky.

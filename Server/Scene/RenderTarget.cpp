@@ -1,0 +1,20 @@
+#include "Server/Scene/RenderTarget.h"
+
+#include "Server/Scene/EnvironmentManager.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
+
+namespace Rendra {
+
+RenderTarget RenderTarget::current()
+{
+    RenderTarget target;
+    const Vs::Scene::GraphicsOptionGroup& options = *Vs::Scene::GraphicsOptionGroup::get();
+    target.dome = options.displayDome();
+    target.grid = options.showLayoutGrid();
+    target.gridNumbers = options.showGridRefNumbers();
+    target.environment = &Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironment();
+    target.selectionEffect = options.selectionEffectOption();
+    return target;
+}
+
+} // namespace Rendra
