@@ -15,7 +15,11 @@ class INodeSource
 public:
     virtual ~INodeSource() = default;
 
-    static const UniqueString* interfaceId();
+    static const UniqueString* interfaceId()
+    {
+        static const UniqueString* const id = UniqueString::find("Vs::Scene::INodeSource");
+        return id;
+    }
     virtual const UniqueString* getInterfaceId() const = 0;
     virtual void* queryInterface(const UniqueString* key) const = 0;
 

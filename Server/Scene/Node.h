@@ -25,6 +25,9 @@ enum class Highlight : uint8_t { None, Pointed, Selected };
 /// What a node of the scene belongs to above: the data of a view, of a fragment.
 class NodeData : public Vs::Implements<NodeData>
 {
+public:
+    /// Of the data that knows a source (Scene::INodeSource): the source is going.
+    virtual void clearSource() {}
 };
 
 /// What a body consists of, as its mesh counts it.

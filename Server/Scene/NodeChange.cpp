@@ -1,8 +1,5 @@
 #include "Server/Scene/NodeChange.h"
 
-#include "Server/Scene/SceneNodes.h"
-#include "Server/Scene/SimpleMesh.h"
-
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -266,16 +263,10 @@ NodeChange& NodeChange::data(std::unique_ptr<Rendra::Graphics::NodeData> data)
 
 NodeChange& NodeChange::clearSource()
 {
-    if (ViewNodeData* data = viewNodeData(cast<GroupNode>(m_node)))
-        data->m_source = nullptr;
+    auto* group = cast<GroupNode>(m_node);
+    if (group && group->data())
+        group->data()->clearSource();
     return *this;
-}
-
-StrongRef<GeometryNode> BuildSimpleMesh(std::vector<GkPoint3d> line)
-{
-    StrongRef<GeometryNode> node = GeometryNode::make();
-    NodeChange(node.get()).countsInBounds(false).polyline(std::move(line));
-    return node;
 }
 
 } // namespace Vs::Scene

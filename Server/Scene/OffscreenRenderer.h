@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Server/Base/Status.h"
-#include "Server/Scene/ViewFragment.h"
 
 #include <cstdint>
 #include <memory>
@@ -9,6 +8,8 @@
 #include <vector>
 
 namespace Vs::Scene {
+
+class ViewFragment;
 
 /// A picture in memory: RGBA, eight bits each, not premultiplied, the top row first, without gaps.
 struct Image

@@ -4,7 +4,6 @@
 #include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Scene/NodeChange.h"
-#include "Server/Scene/SceneNodes.h"
 
 namespace Vs::Scene {
 
@@ -35,17 +34,6 @@ void place(Node* node, const Component& component)
 
 } // namespace
 
-SceneAssetAdapter* ViewFragmentNodeData::sceneAssetAdapter() const
-{
-    auto* data = m_assetNode ? cast<AssetNodeData>(m_assetNode->data()) : nullptr;
-    return data ? data->adapter() : nullptr;
-}
-
-void ViewFragmentNodeData::sceneAssetAdapter(SceneAssetAdapter* adapter)
-{
-    m_assetNode = adapter ? adapter->rootNode() : nullptr;
-}
-
 SceneAssetAdapter::SceneAssetAdapter(Asset* asset)
     : Implements(asset),
       m_settings(asset),
@@ -55,6 +43,12 @@ SceneAssetAdapter::SceneAssetAdapter(Asset* asset)
     NodeChange(m_root.get()).data(std::make_unique<AssetNodeData>(this));
     rebuild();
     AssetEventSource::get()->subscribe(this);
+}
+
+SceneAssetAdapter* SceneAssetAdapter::ofRootNode(const GroupNode* node)
+{
+    auto* data = node ? cast<AssetNodeData>(node->data()) : nullptr;
+    return data ? data->adapter() : nullptr;
 }
 
 SceneAssetAdapter::~SceneAssetAdapter()

@@ -33,6 +33,8 @@ public:
 
     /// The node of the root component. Never null; stays the same as long as the asset.
     Rendra::Graphics::GroupNode* rootNode() const { return m_root.get(); }
+    /// The adapter whose root node this is; null if there is none, if it is gone, or for a null.
+    static SceneAssetAdapter* ofRootNode(const Rendra::Graphics::GroupNode* node);
     /// The node of a component, or null if there is none of that id.
     Rendra::Graphics::Node* node(const std::string& componentId) const;
     /// The node of its body, which may be the same one; null if it has none.

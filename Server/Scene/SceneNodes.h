@@ -19,9 +19,9 @@ public:
     explicit ViewNodeData(INodeSource* source) : m_source(source) {}
     /// The view; null once it is gone.
     INodeSource* source() const { return m_source; }
+    void clearSource() override { m_source = nullptr; }
 
 private:
-    friend class NodeChange;
     INodeSource* m_source;
 };
 

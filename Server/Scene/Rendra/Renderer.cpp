@@ -2,6 +2,7 @@
 
 #include "Server/Scene/EnvironmentManager.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/MSAASettings.h"
 #include "Server/Scene/Rendra/Background.h"
 #include "Server/Scene/Rendra/BodyPainter.h"
 #include "Server/Scene/Rendra/Frame.h"

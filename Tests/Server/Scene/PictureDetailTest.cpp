@@ -1,5 +1,6 @@
 #include "Server/Base/Strings.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/MSAASettings.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"

@@ -3,6 +3,7 @@
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/MSAASettings.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Rendra/Renderer.h"
 #include "Server/Scene/ViewFragment.h"

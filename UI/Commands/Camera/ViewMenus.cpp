@@ -1,6 +1,7 @@
 #include "UI/Commands/Camera/ViewMenus.h"
 
 #include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/MSAASettings.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Commands/Camera/ViewCmd.h"
 #include "UI/Commands/Camera/ViewCmdDefs.h"
