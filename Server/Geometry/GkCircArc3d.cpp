@@ -1,25 +1,4 @@
 #include "Server/Geometry/GkCircArc3d.h"
-#include "Server/Geometry/GkLine3d.h"
-#include "Server/Geometry/GkPlane.h"
-
-GkPoint3d GkLinearEnt3d::closestPointTo(const GkPoint3d& p) const
-{
-    return m_point + m_direction * (p - m_point).dotProduct(m_direction);
-}
-
-GkPlane::GkPlane(const GkPoint3d& point, const GkVector3d& normal)
-    : m_point(point), m_normal(normal.isZeroLength() ? GkVector3d(0, 0, 1) : normal.normal())
-{
-}
-
-bool GkPlane::intersectWith(const GkLinearEnt3d& line, GkPoint3d& where, const GkTol& tol) const
-{
-    const double slope = line.direction().dotProduct(m_normal);
-    if (std::abs(slope) <= tol.equalVector)
-        return false;
-    where = line.pointOnLine() - line.direction() * (signedDistanceTo(line.pointOnLine()) / slope);
-    return true;
-}
 
 GkCircArc3d::GkCircArc3d(const GkPoint3d& centre, const GkVector3d& normal, double radius)
     : GkCircArc3d(centre, normal, normal.perpVector(), radius, 0, kFullTurn)

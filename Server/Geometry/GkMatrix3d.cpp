@@ -1,60 +1,7 @@
-#include "Server/Geometry/BBox.h"
+#include "Server/Geometry/GkMatrix3d.h"
 
 #include <algorithm>
-
-constinit const GkVector3d GkVector3d::kXAxis{1, 0, 0};
-constinit const GkVector3d GkVector3d::kYAxis{0, 1, 0};
-constinit const GkVector3d GkVector3d::kZAxis{0, 0, 1};
-constinit const GkPoint3d GkPoint3d::kOrigin{};
-
-GkVector3d GkVector3d::normal() const
-{
-    const double size = length();
-    return size > 0 ? *this / size : *this;
-}
-
-GkVector3d GkVector3d::perpVector() const
-{
-    // The axis that this vector follows least gives the best conditioned product.
-    const double ax = std::abs(x), ay = std::abs(y), az = std::abs(z);
-    const GkVector3d& axis = ax <= ay && ax <= az ? kXAxis : ay <= az ? kYAxis : kZAxis;
-    return crossProduct(axis).normal();
-}
-
-bool GkVector3d::isParallelTo(const GkVector3d& v, const GkTol& tol) const
-{
-    return normal().crossProduct(v.normal()).length() <= tol.equalVector;
-}
-
-bool GkVector3d::isEqualTo(const GkVector3d& v, const GkTol& tol) const
-{
-    return (*this - v).length() <= tol.equalVector;
-}
-
-double GkVector3d::angleTo(const GkVector3d& v) const
-{
-    return std::atan2(crossProduct(v).length(), dotProduct(v));
-}
-
-GkVector3d& GkVector3d::rotateBy(double radians, const GkVector3d& axis)
-{
-    return transformBy(GkMatrix3d::rotation(radians, axis));
-}
-
-GkVector3d& GkVector3d::transformBy(const GkMatrix3d& matrix)
-{
-    return *this = matrix * *this;
-}
-
-GkPoint3d& GkPoint3d::transformBy(const GkMatrix3d& matrix)
-{
-    return *this = matrix * *this;
-}
-
-GkPoint3d& GkPoint3d::rotateBy(double radians, const GkVector3d& axis, const GkPoint3d& centre)
-{
-    return transformBy(GkMatrix3d::rotation(radians, axis, centre));
-}
+#include <cmath>
 
 GkMatrix3d GkMatrix3d::translation(const GkVector3d& v)
 {
@@ -146,33 +93,4 @@ bool GkMatrix3d::isEqualTo(const GkMatrix3d& other, const GkTol& tol) const
             if (std::abs(entry[i][j] - other.entry[i][j]) > (j == 3 ? tol.equalPoint : tol.equalVector))
                 return false;
     return true;
-}
-
-void BBox::add(const GkPoint3d& p)
-{
-    if (m_empty) {
-        *this = BBox(p, p);
-        return;
-    }
-    m_low = {std::min(m_low.x, p.x), std::min(m_low.y, p.y), std::min(m_low.z, p.z)};
-    m_high = {std::max(m_high.x, p.x), std::max(m_high.y, p.y), std::max(m_high.z, p.z)};
-}
-
-void BBox::add(const BBox& other)
-{
-    if (other.m_empty)
-        return;
-    add(other.m_low);
-    add(other.m_high);
-}
-
-BBox BBox::transformed(const GkMatrix3d& matrix) const
-{
-    BBox box;
-    if (m_empty)
-        return box;
-    for (int corner = 0; corner < 8; ++corner)
-        box.add(matrix * GkPoint3d(corner & 1 ? m_high.x : m_low.x, corner & 2 ? m_high.y : m_low.y,
-                                   corner & 4 ? m_high.z : m_low.z));
-    return box;
 }
