@@ -35,6 +35,9 @@ public:
 /// Tells its sites of events, in the order of their subscription. A site may subscribe or unsubscribe anyone
 /// from inside a notification: one that left is not told any more, one that came is told from the next event
 /// on. Main thread only.
+///
+/// A source is one object of the process, made at the first call of its `get()` and never destroyed: add-ins
+/// unsubscribe while the process goes down.
 template <class Site>
 class EventSource
 {

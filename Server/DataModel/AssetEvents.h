@@ -75,7 +75,11 @@ public:
 class AssetEventSource : public EventSource<AssetEventSite>
 {
 public:
-    static AssetEventSource* get();
+    static AssetEventSource* get()
+    {
+        static auto* const source = new AssetEventSource;
+        return source;
+    }
 
     void fireAssetTypeRegistered(AssetTypeEvent* event) { fire(&AssetEventSite::assetTypeRegistered, event); }
     void fireAssetTypeUnregistered(AssetTypeEvent* event)

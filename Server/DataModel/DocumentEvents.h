@@ -57,7 +57,11 @@ public:
 class DocumentEventSource : public EventSource<DocumentEventSite>
 {
 public:
-    static DocumentEventSource* get();
+    static DocumentEventSource* get()
+    {
+        static auto* const source = new DocumentEventSource;
+        return source;
+    }
 
     void fireDocumentCreated(DocumentEvent* event) { fire(&DocumentEventSite::documentCreated, event); }
     void fireDocumentOpened(DocumentEvent* event) { fire(&DocumentEventSite::documentOpened, event); }

@@ -18,8 +18,15 @@ public:
 class NotificationsEventSource : public EventSource<NotificationsEventSite>
 {
 public:
-    static NotificationsEventSource* get();
-    void fireNotified(const std::wstring& message);
+    static NotificationsEventSource* get()
+    {
+        static auto* const source = new NotificationsEventSource;
+        return source;
+    }
+    void fireNotified(const std::wstring& message)
+    {
+        forEach([&](NotificationsEventSite* site) { site->notified(message); });
+    }
 };
 
 } // namespace Vs

@@ -53,7 +53,11 @@ public:
 class SessionEventSource : public Vs::EventSource<SessionEventSite>
 {
 public:
-    static SessionEventSource* get();
+    static SessionEventSource* get()
+    {
+        static auto* const source = new SessionEventSource;
+        return source;
+    }
 
     void fireSessionCreated(SessionEvent* event) { fire(&SessionEventSite::sessionCreated, event); }
     void fireCurrentSessionChanged(SessionEvent* event)

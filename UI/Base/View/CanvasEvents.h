@@ -28,7 +28,11 @@ public:
 class CanvasEventSource : public Vs::EventSource<CanvasEventSite>
 {
 public:
-    static CanvasEventSource* get();
+    static CanvasEventSource* get()
+    {
+        static auto* const source = new CanvasEventSource;
+        return source;
+    }
 
     void fireCanvasResized(CanvasEvent* event) { fire(&CanvasEventSite::canvasResized, event); }
 };

@@ -35,7 +35,11 @@ public:
 class InteractionEventSource : public Vs::EventSource<InteractionEventSite>
 {
 public:
-    static InteractionEventSource* get();
+    static InteractionEventSource* get()
+    {
+        static auto* const source = new InteractionEventSource;
+        return source;
+    }
 
     void fireStartInteraction(InteractionEvent* event)
     {

@@ -35,7 +35,11 @@ public:
 class SnapEventSource : public Vs::EventSource<SnapEventSite>
 {
 public:
-    static SnapEventSource* get();
+    static SnapEventSource* get()
+    {
+        static auto* const source = new SnapEventSource;
+        return source;
+    }
 
     void fireGridNumbersToggled(SnapEvent* event) { fire(&SnapEventSite::gridNumbersToggled, event); }
     void fireSnapSettingsChanged(SnapEvent* event) { fire(&SnapEventSite::snapSettingsChanged, event); }

@@ -31,7 +31,11 @@ public:
 class SplitViewEventSource : public Vs::EventSource<SplitViewEventSite>
 {
 public:
-    static SplitViewEventSource* get();
+    static SplitViewEventSource* get()
+    {
+        static auto* const source = new SplitViewEventSource;
+        return source;
+    }
 
     void fireSplitViewActivate(SplitViewEvent* event) { fire(&SplitViewEventSite::splitViewActivate, event); }
     void fireSplitViewDeactivate(SplitViewEvent* event)
@@ -50,7 +54,11 @@ class ISplitViewArrangement
 {
 public:
     virtual ~ISplitViewArrangement() = default;
-    static const Vs::UniqueString* interfaceId();
+    static const Vs::UniqueString* interfaceId()
+    {
+        static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::ISplitViewArrangement");
+        return id;
+    }
 
     virtual void updateArrangement(const std::wstring& filter) = 0;
     virtual std::wstring arrangementFilter() const = 0;

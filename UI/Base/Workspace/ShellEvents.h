@@ -29,7 +29,11 @@ public:
 class ShellEventSource : public Vs::EventSource<ShellEventSite>
 {
 public:
-    static ShellEventSource* get();
+    static ShellEventSource* get()
+    {
+        static auto* const source = new ShellEventSource;
+        return source;
+    }
 
     void fireShellActivated(ShellEvent* event) { fire(&ShellEventSite::shellActivated, event); }
     void fireShellDeactivated(ShellEvent* event) { fire(&ShellEventSite::shellDeactivated, event); }

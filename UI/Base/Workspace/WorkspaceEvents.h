@@ -49,7 +49,11 @@ public:
 class WorkspaceEventSource : public Vs::EventSource<WorkspaceEventSite>
 {
 public:
-    static WorkspaceEventSource* get();
+    static WorkspaceEventSource* get()
+    {
+        static auto* const source = new WorkspaceEventSource;
+        return source;
+    }
 
     void fireWorkspaceCreated(WorkspaceEvent* event) { fire(&WorkspaceEventSite::workspaceCreated, event); }
     void fireWorkspaceClosed(WorkspaceEvent* event) { fire(&WorkspaceEventSite::workspaceClosed, event); }

@@ -31,7 +31,11 @@ public:
 class FrameEventSource : public Vs::EventSource<FrameEventSite>
 {
 public:
-    static FrameEventSource* get();
+    static FrameEventSource* get()
+    {
+        static auto* const source = new FrameEventSource;
+        return source;
+    }
 
     /// Whether anybody wants to know; a canvas then waits for the graphics unit, which it doesn't otherwise.
     bool wanted() const { return m_wanted > 0; }
