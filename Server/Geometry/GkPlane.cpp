@@ -1,5 +1,7 @@
 #include "Server/Geometry/GkPlane.h"
 
+#include "Server/Geometry/GkLine3d.h"
+
 GkPlane::GkPlane(const GkPoint3d& point, const GkVector3d& normal)
     : m_point(point), m_normal(normal.isZeroLength() ? GkVector3d(0, 0, 1) : normal.normal())
 {
