@@ -10,27 +10,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <dlfcn.h>
-#include <memory>
-#include <utility>
 
 namespace Vs {
 
 namespace {
-
-// Never destroyed: shutdown() ends it at its proper time, and a script's objects must not outlive Python.
-PythonBackend* s_backend = nullptr;
-
-PythonBackend* load()
-{
-    const auto library = PathInfo::rootDirectory() / "lib" / "libVsPython10.so";
-    // Python's own extension modules find its symbols only when they are global.
-    void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_GLOBAL);
-    void* entry = handle ? dlsym(handle, kPythonBackendEntry) : nullptr;
-    if (!entry)
-        throw Exception(std::string("Python cannot be started: ") + dlerror() + '.');
-    return reinterpret_cast<PythonBackendEntry>(entry)();
-}
 
 void tell(const std::wstring& error)
 {
@@ -73,23 +56,6 @@ std::wstring guarded(Status& status, Run run)
 }
 
 } // namespace
-
-PythonBackend& PythonBackend::get()
-{
-    if (!s_backend)
-        s_backend = load();
-    return *s_backend;
-}
-
-PythonBackend* PythonBackend::running()
-{
-    return s_backend;
-}
-
-void PythonBackend::shutdown()
-{
-    delete std::exchange(s_backend, nullptr);
-}
 
 PythonManager* PythonManager::get()
 {

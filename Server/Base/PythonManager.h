@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Server/Base/Event.h"
+#include "Server/Base/ScriptSteps.h"
 #include "Server/Base/Status.h"
 
 #include <boost/filesystem/path.hpp>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,15 +14,6 @@ namespace Vs {
 class TextCommand;
 class TextCommandSubjectArea;
 class TextOutput;
-
-/// Who follows a script statement by statement. Either may be missing.
-struct ScriptSteps
-{
-    std::function<void(const std::wstring& source)> before;
-    /// With the line at which the statement begins and with what went wrong.
-    /// Returns whether the next one is to run.
-    std::function<bool(size_t line, const Status& failure)> after;
-};
 
 /// The embedded interpreter. It is started by the first script; a run without one pays nothing for it.
 ///

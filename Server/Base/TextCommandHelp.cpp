@@ -1,3 +1,5 @@
+#include "Server/Base/TextCommandHelp.h"
+
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandRegistry.h"
 
@@ -50,8 +52,7 @@ std::wstring helpOnArea(const TextCommandRegistry& registry, const TextCommandSu
     return text;
 }
 
-} // namespace
-
+/// The name among `names` that `wrong` was meant to be, or an empty text if none is near.
 std::wstring nearestName(std::wstring_view wrong, const std::vector<std::wstring>& names)
 {
     // A megabyte of nonsense is near to nothing, and need not be measured.
@@ -68,6 +69,8 @@ std::wstring nearestName(std::wstring_view wrong, const std::vector<std::wstring
     }
     return nearest ? *nearest : std::wstring();
 }
+
+} // namespace
 
 TextCommandResult helpOn(TextCommandRegistry& registry, std::wstring_view subject)
 {

@@ -3,6 +3,7 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/Private/TextLine.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandHelp.h"
 #include "Server/Base/TextCommandRegistry.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>

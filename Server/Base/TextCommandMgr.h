@@ -74,15 +74,6 @@ public:
     /// Null if there is none.
     TextCommand* find(std::wstring_view area, std::wstring_view name) const;
 
-    /// What could stand in place of the word that ends at `cursor`: whole `area.name` texts (before the dot
-    /// only `area.`), flags that the command's help names, or files. Sorted; areas for transcripts come last.
-    std::vector<std::wstring> complete(std::wstring_view line, size_t cursor) const;
-    /// Where that word begins, for whoever replaces it.
-    static size_t wordStart(std::wstring_view line, size_t cursor);
-    /// What a command's help says of its parameters, as in "<asset name> [<document path>]"; empty if
-    /// nothing.
-    static std::wstring placeholders(const TextCommand& command);
-
 private:
     friend class TextCommand;
     friend class TextCommandSubjectArea;

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TextCommand.h"
 #include "Server/Base/TextFormat.h"
 
 #include <optional>
-#include <set>
 #include <unordered_map>
 
 namespace Vs {
@@ -41,17 +40,5 @@ private:
     std::unordered_map<std::wstring_view, Names> m_areas;
     bool m_indexed = false;
 };
-
-/// The name among `names` that `wrong` was meant to be, or an empty text if none is near.
-std::wstring nearestName(std::wstring_view wrong, const std::vector<std::wstring>& names);
-
-/// The answer to `help`, `help <area>` and `help <area>.<name>`; `subject` is what stands behind `help`.
-TextCommandResult helpOn(TextCommandRegistry& registry, std::wstring_view subject);
-
-/// The flags that a help text names, with their slashes, as in "[/on][/off]".
-std::set<std::wstring> flagsOf(const std::wstring& help);
-
-/// The answer to a line that begins with the name of no command.
-std::wstring unknownCommandMessage(TextCommandRegistry& registry, std::wstring_view word);
 
 } // namespace Vs

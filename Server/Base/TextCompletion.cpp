@@ -1,13 +1,13 @@
+#include "Server/Base/TextCompletion.h"
+
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/TextLine.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
-#include "Server/Base/TextCommandRegistry.h"
 
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
-#include <set>
 
 namespace Vs {
 
@@ -104,7 +104,7 @@ LastWord lastWord(std::wstring_view line)
 
 } // namespace
 
-std::set<std::wstring> flagsOf(const std::wstring& help)
+std::set<std::wstring> TextCompletion::flagsOf(const std::wstring& help)
 {
     std::set<std::wstring> flags;
     for (size_t at = help.find(L'/'); at != std::wstring::npos; at = help.find(L'/', at + 1)) {
@@ -118,21 +118,22 @@ std::set<std::wstring> flagsOf(const std::wstring& help)
     return flags;
 }
 
-std::vector<std::wstring> TextCommandMgr::complete(std::wstring_view line, size_t cursor) const
+std::vector<std::wstring> TextCompletion::complete(std::wstring_view line, size_t cursor)
 {
+    const TextCommandMgr& manager = *TextCommandMgr::get();
     line = line.substr(0, std::min(cursor, line.size()));
     const LastWord word = lastWord(line);
     if (word.before == 0)
-        return commandNames(*this, word.text);
+        return commandNames(manager, word.text);
 
     TextLine words(line);
     words.skipBlanks();
     const std::wstring_view name = words.plainWord();
     if (name == L"help" || name == L"?")
-        return word.before == 1 ? commandNames(*this, word.text) : std::vector<std::wstring>();
+        return word.before == 1 ? commandNames(manager, word.text) : std::vector<std::wstring>();
     const size_t dot = name.find(L'.');
     const TextCommand* command =
-        dot == std::wstring_view::npos ? nullptr : find(name.substr(0, dot), name.substr(dot + 1));
+        dot == std::wstring_view::npos ? nullptr : manager.find(name.substr(0, dot), name.substr(dot + 1));
     if (!command)
         return {};
     std::vector<std::wstring> candidates;
@@ -146,13 +147,13 @@ std::vector<std::wstring> TextCommandMgr::complete(std::wstring_view line, size_
     return candidates;
 }
 
-size_t TextCommandMgr::wordStart(std::wstring_view line, size_t cursor)
+size_t TextCompletion::wordStart(std::wstring_view line, size_t cursor)
 {
     line = line.substr(0, std::min(cursor, line.size()));
     return line.size() - lastWord(line).raw.size();
 }
 
-std::wstring TextCommandMgr::placeholders(const TextCommand& command)
+std::wstring TextCompletion::placeholders(const TextCommand& command)
 {
     // Some texts tell it at the end, as "Usage: Area.Name <filename>".
     std::wstring_view help = command.help();

@@ -3,8 +3,8 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptPython.h"
 #include "Server/Base/TranscriptReplay.h"
-#include "Server/Base/TranscriptTrigger.h"
 #include "Server/Base/Warning.h"
 
 #include <boost/filesystem/fstream.hpp>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace Vs {
 
@@ -26,15 +25,5 @@ public:
 
 /// Writes a line that is known already.
 void writeTranscriptLine(const std::wstring& line);
-
-namespace TranscriptPython {
-
-/// The statement that does what the line does: a call of the command's function in the module of its area, a
-/// comment for a comment, and `quillet.run` for what cannot be said so.
-std::wstring statement(std::wstring_view line);
-/// The module whose function the statement calls; empty if it needs none but `quillet`.
-std::wstring moduleOf(std::wstring_view statement);
-
-} // namespace TranscriptPython
 
 } // namespace Vs

@@ -3,6 +3,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TextCompletion.h"
 #include "Server/Base/TranscriptFile.h"
 #include "Tests/Fuzz/Fuzz.h"
 
@@ -77,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     tryLine(L"A.Typed " + text);
     tryLine(Vs::substituteParameters(text, {{"name", Vs::Strings::narrow(text)}, {"x", "\" \\"}}));
     const size_t cursor = size > 0 ? data[0] % (text.size() + 1) : 0;
-    Vs::TextCommandMgr::get()->complete(text, cursor);
-    require(Vs::TextCommandMgr::wordStart(text, cursor) <= cursor, "a word begins behind its end");
+    Vs::TextCompletion::complete(text, cursor);
+    require(Vs::TextCompletion::wordStart(text, cursor) <= cursor, "a word begins behind its end");
     return 0;
 }

@@ -3,6 +3,7 @@
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TextCompletion.h"
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Terminal.h"
 #include "UI/Base/Program/Application.h"
@@ -58,7 +59,7 @@ void runTerminal(LineRunner& runner, const std::string& historyFile)
                                 const std::wstring wide = Vs::Strings::widen(beginning);
                                 std::vector<std::string> candidates;
                                 for (const std::wstring& one :
-                                     Vs::TextCommandMgr::get()->complete(wide, wide.size()))
+                                     Vs::TextCompletion::complete(wide, wide.size()))
                                     candidates.push_back(Vs::Strings::narrow(one));
                                 return candidates;
                             }};

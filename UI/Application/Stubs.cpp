@@ -3,7 +3,7 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
-#include "Server/Base/TextCommandRegistry.h"
+#include "Server/Base/TextCompletion.h"
 #include "Server/Base/TextFormat.h"
 
 #include <boost/algorithm/string/replace.hpp>
@@ -70,7 +70,7 @@ struct Placeholder
 
 std::vector<Placeholder> placeholders(const Vs::TextCommand& command)
 {
-    const std::string text = Vs::Strings::narrow(Vs::TextCommandMgr::placeholders(command));
+    const std::string text = Vs::Strings::narrow(Vs::TextCompletion::placeholders(command));
     std::vector<Placeholder> found;
     for (size_t start = text.find('<'); start != std::string::npos; start = text.find('<', start + 1))
         found.push_back(
@@ -114,7 +114,7 @@ std::string parameters(const Vs::TextCommand& command)
 
 std::string function(const Vs::TextCommand& command)
 {
-    const std::set<std::wstring> named = Vs::flagsOf(command.help());
+    const std::set<std::wstring> named = Vs::TextCompletion::flagsOf(command.help());
     std::string signature = parameters(command);
     if (!named.empty() && !command.format().empty())
         signature += ", *";

@@ -1,9 +1,13 @@
 #pragma once
 
-#include "Server/Base/PythonManager.h"
+#include "Server/Base/ScriptSteps.h"
+
+#include <string>
+#include <vector>
 
 namespace Vs {
 
+class Status;
 class TextCommand;
 class TextCommandSubjectArea;
 

@@ -8,6 +8,7 @@
 #include "Server/Base/Python/ScriptError.h"
 #include "Server/Base/Python/Statements.h"
 #include "Server/Base/SoftwareVersion.h"
+#include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"

@@ -1,6 +1,7 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TextCompletion.h"
 #include "Tests/Server/Base/ProbeCommand.h"
 
 #include <boost/lexical_cast.hpp>
@@ -12,6 +13,7 @@ namespace {
 
 using Vs::TextCommandMgr;
 using Vs::TextCommandResult;
+namespace TextCompletion = Vs::TextCompletion;
 
 Vs::TextCommandResult run(const std::wstring& line)
 {
@@ -165,16 +167,16 @@ TEST_F(TextLinesTest, HelpListsAreasCommandsAndTheirTexts)
     EXPECT_NE(run(L"? Probe").second.find(L"\n  Probe.Call  <text>"), std::wstring::npos);
     EXPECT_EQ(run(L"help Probe.Call").second, L"Probe.Call  " + call.help());
     EXPECT_EQ(run(L"help Nothing").first, 1u);
-    EXPECT_EQ(TextCommandMgr::placeholders(call), L"<text> [<number>] [/Loud]");
+    EXPECT_EQ(TextCompletion::placeholders(call), L"<text> [<number>] [/Loud]");
     ProbeCommand usage{L"Probe", L"Usage", L"Does it.\nUsage: Probe.Usage <a> <b>"};
-    EXPECT_EQ(TextCommandMgr::placeholders(usage), L"<a> <b>");
-    EXPECT_EQ(TextCommandMgr::placeholders(typed), L"");
+    EXPECT_EQ(TextCompletion::placeholders(usage), L"<a> <b>");
+    EXPECT_EQ(TextCompletion::placeholders(typed), L"");
 }
 
 TEST_F(TextLinesTest, CompleteAreasCommandsFlagsAndFiles)
 {
     const auto complete = [](const std::wstring& line) {
-        return TextCommandMgr::get()->complete(line, line.size());
+        return TextCompletion::complete(line, line.size());
     };
     using Texts = std::vector<std::wstring>;
     ProbeArea late(L"Process", true), early(L"Prone", false);
@@ -183,7 +185,7 @@ TEST_F(TextLinesTest, CompleteAreasCommandsFlagsAndFiles)
     EXPECT_EQ(complete(L"help Probe.C"), Texts{L"Probe.Call"});
     EXPECT_EQ(complete(L"Probe.Call x /L"), Texts{L"/Loud"});
     EXPECT_EQ(complete(L"Nothing.At all"), Texts{});
-    EXPECT_EQ(TextCommandMgr::get()->complete(L"Pro xyz", 3), complete(L"Pro"));
+    EXPECT_EQ(TextCompletion::complete(L"Pro xyz", 3), complete(L"Pro"));
 
     const TestSupport::ScratchFolder folder;
     folder.write("a b.step", "");
@@ -192,7 +194,7 @@ TEST_F(TextLinesTest, CompleteAreasCommandsFlagsAndFiles)
     EXPECT_EQ(complete(L"Probe.Call " + path + L"/ab"), Texts{Vs::Strings::quote(path + L"/abc.step")});
     const std::wstring line = L"Probe.Call \"" + path + L"/a b";
     EXPECT_EQ(complete(line), Texts{Vs::Strings::quote(path + L"/a b.step")});
-    EXPECT_EQ(TextCommandMgr::wordStart(line, line.size()), 11u);
+    EXPECT_EQ(TextCompletion::wordStart(line, line.size()), 11u);
 }
 
 TEST_F(TextLinesTest, ReportWhatIsWronglyRegisteredByName)

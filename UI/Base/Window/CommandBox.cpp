@@ -1,6 +1,7 @@
 #include "UI/Base/Window/CommandBox.h"
 
 #include "Server/Base/PythonManager.h"
+#include "Server/Base/TextCompletion.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"
@@ -147,7 +148,7 @@ QString CommandBox::word() const
 {
     const QString line = m_edit->text();
     const int cursor = m_edit->cursorPosition();
-    const size_t start = Vs::TextCommandMgr::wordStart(line.toStdWString(), static_cast<size_t>(cursor));
+    const size_t start = Vs::TextCompletion::wordStart(line.toStdWString(), static_cast<size_t>(cursor));
     return line.mid(static_cast<qsizetype>(start), cursor - static_cast<qsizetype>(start));
 }
 
@@ -163,8 +164,8 @@ void CommandBox::offer()
     const QString line = m_edit->text();
     QStringList candidates;
     if (!line.trimmed().isEmpty())
-        for (const std::wstring& candidate : Vs::TextCommandMgr::get()->complete(
-                 line.toStdWString(), static_cast<size_t>(m_edit->cursorPosition())))
+        for (const std::wstring& candidate :
+             Vs::TextCompletion::complete(line.toStdWString(), static_cast<size_t>(m_edit->cursorPosition())))
             candidates << QString::fromStdWString(candidate);
     candidates.removeAll(word());
     m_popup->clear();

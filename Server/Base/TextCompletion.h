@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Vs {
+class TextCommand;
+}
+
+/// Helps a person to type a line of text. Main thread only.
+namespace Vs::TextCompletion {
+
+/// What could stand in place of the word that ends at `cursor`: whole `area.name` texts (before the dot
+/// only `area.`), flags that the command's help names, or files. Sorted; areas for transcripts come last.
+std::vector<std::wstring> complete(std::wstring_view line, size_t cursor);
+/// Where that word begins, for whoever replaces it.
+size_t wordStart(std::wstring_view line, size_t cursor);
+/// What a command's help says of its parameters, as in "<asset name> [<document path>]"; empty if
+/// nothing.
+std::wstring placeholders(const TextCommand& command);
+
+/// The flags that a help text names, with their slashes, as in "[/on][/off]".
+std::set<std::wstring> flagsOf(const std::wstring& help);
+
+} // namespace Vs::TextCompletion
