@@ -1,5 +1,6 @@
+#include "Server/Translate/BrepReader.h"
+
 #include "Server/Translate/MappedFile.h"
-#include "Server/Translate/Readers.h"
 
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>

@@ -1,4 +1,6 @@
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/BrepWriter.h"
+
+#include "Server/Translate/Reading.h"
 
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>

@@ -1,5 +1,7 @@
+#include "Server/Translate/Combine.h"
+
 #include "Server/DataModel/Kernel/XdeTree.h"
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/Reading.h"
 
 #include <Quantity_ColorRGBA.hxx>
 

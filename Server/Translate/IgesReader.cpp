@@ -1,5 +1,6 @@
+#include "Server/Translate/IgesReader.h"
+
 #include "Server/Translate/MappedFile.h"
-#include "Server/Translate/Readers.h"
 
 #include <IGESCAFControl_Reader.hxx>
 

@@ -1,6 +1,9 @@
 // The worker for IGES files.
 
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/Family.h"
+#include "Server/Translate/IgesReader.h"
+#include "Server/Translate/IgesWriter.h"
+#include "Server/Translate/RefuseMeshes.h"
 
 namespace Vs::Translate {
 

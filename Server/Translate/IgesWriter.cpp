@@ -1,4 +1,6 @@
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/IgesWriter.h"
+
+#include "Server/Translate/Reading.h"
 
 #include <IGESCAFControl_Writer.hxx>
 #include <IGESControl_Controller.hxx>

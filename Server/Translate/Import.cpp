@@ -4,6 +4,7 @@
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 #include "Server/DataModel/Model/ModelFile.h"
+#include "Server/Translate/Family.h"
 #include "Server/Translate/Parallel.h"
 
 #include <Standard_Failure.hxx>

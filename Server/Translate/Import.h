@@ -1,6 +1,9 @@
 #pragma once
 
-#include "Server/Translate/Readers.h"
+#include "Server/DataModel/Exchange/Format.h"
+#include "Server/Translate/Reporter.h"
+
+#include <string>
 
 namespace Vs::Translate {
 

@@ -1,6 +1,6 @@
 #include "Server/Translate/MappedFile.h"
 
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/Reading.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/Reading.h"
 
 namespace Vs::Translate {
 

@@ -1,3 +1,5 @@
+#include "Server/Translate/MeshReaders.h"
+
 #include "Server/Translate/KernelMessages.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"

@@ -1,6 +1,7 @@
 // The worker for the formats that hold triangles with names, colours and structure: OBJ and glTF.
 
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/Family.h"
+#include "Server/Translate/MeshReaders.h"
 
 namespace Vs::Translate {
 

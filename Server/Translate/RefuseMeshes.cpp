@@ -1,6 +1,8 @@
+#include "Server/Translate/RefuseMeshes.h"
+
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/Reading.h"
 
 #include <BRep_Tool.hxx>
 #include <Geom_Surface.hxx>

@@ -1,6 +1,10 @@
 // The worker for files of plain shapes and of triangles: BREP and STL.
 
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/BrepReader.h"
+#include "Server/Translate/BrepWriter.h"
+#include "Server/Translate/Family.h"
+#include "Server/Translate/RefuseMeshes.h"
+#include "Server/Translate/StlReader.h"
 
 namespace Vs::Translate {
 

@@ -1,5 +1,6 @@
+#include "Server/Translate/StepReader.h"
+
 #include "Server/Translate/MappedFile.h"
-#include "Server/Translate/Readers.h"
 
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_Reader.hxx>

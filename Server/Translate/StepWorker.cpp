@@ -1,6 +1,9 @@
 // The worker for STEP files.
 
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/Family.h"
+#include "Server/Translate/RefuseMeshes.h"
+#include "Server/Translate/StepReader.h"
+#include "Server/Translate/StepWriter.h"
 
 namespace Vs::Translate {
 

@@ -1,4 +1,6 @@
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/StepWriter.h"
+
+#include "Server/Translate/Reading.h"
 
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_Controller.hxx>

@@ -1,6 +1,6 @@
 #include "Server/Translate/StlMesh.h"
 
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/Reading.h"
 #include "Server/Translate/TriangleMesh.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
+#include "Server/Translate/StlReader.h"
+
 #include "Server/Translate/MappedFile.h"
-#include "Server/Translate/Readers.h"
 #include "Server/Translate/StlMesh.h"
 
 #include <BRep_Builder.hxx>

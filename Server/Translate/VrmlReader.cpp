@@ -1,3 +1,5 @@
+#include "Server/Translate/VrmlReader.h"
+
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
 

@@ -1,6 +1,7 @@
 // The worker for VRML files.
 
-#include "Server/Translate/Readers.h"
+#include "Server/Translate/Family.h"
+#include "Server/Translate/VrmlReader.h"
 
 namespace Vs::Translate {
 

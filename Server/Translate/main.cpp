@@ -4,13 +4,13 @@
 //     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--memory=BYTES]
 //     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [--memory=BYTES]
 
+#include "Server/Translate/Combine.h"
+#include "Server/Translate/Family.h"
 #include "Server/Translate/Import.h"
 #include "Server/Translate/MappedFile.h"
 
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
-
-#include <boost/algorithm/string/case_conv.hpp>
 
 #include <algorithm>
 #include <csignal>
@@ -26,16 +26,6 @@
 #include <vector>
 
 namespace Vs::Translate {
-
-std::string stemOf(const std::string& path)
-{
-    return std::filesystem::path(path).stem().string();
-}
-
-std::string unitWord(const Writing& writing)
-{
-    return writing.unit == "in" ? "INCH" : boost::to_upper_copy(writing.unit);
-}
 
 namespace {
 

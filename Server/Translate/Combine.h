@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Server/DataModel/Kernel/XdeModel.h"
+
+namespace Vs::Translate {
+
+/// Puts one part that has all others' shapes and colours, in their places, in place of the model's tree.
+void combineParts(Kernel::XdeModel& model, const std::string& name);
+
+} // namespace Vs::Translate

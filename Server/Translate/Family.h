@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Server/DataModel/Exchange/Format.h"
+#include "Server/Translate/Reading.h"
+#include "Server/Translate/Writing.h"
+
+namespace Vs::Translate {
+
+// `readFile` and `writeFile` are what a worker program does: each defines them for its own formats, so that
+// it links, and loads at its start, nothing of the others.
+
+/// Reads the shapes with their names, colours and structure, in millimetres. Throws Unreadable.
+Reading readFile(Exchange::Format format, const std::string& path, bool annotations, Reporter& reporter);
+
+/// Writes the model to a file. Throws Unreadable with the cause.
+void writeFile(Exchange::Format format, Kernel::XdeModel& model, const Writing& writing,
+               const std::string& path, Reporter& reporter);
+
+} // namespace Vs::Translate

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Server/DataModel/Kernel/XdeModel.h"
+#include "Server/Translate/EarlyMeshing.h"
+#include "Server/Translate/Reporter.h"
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace Vs::Translate {
+
+/// Why a file can't be read, as a clause that goes after its name: "holds no surfaces or solids".
+class Unreadable : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A file that was read: its model, and what is still to be done.
+struct Reading
+{
+    std::unique_ptr<Kernel::XdeModel> model;
+    std::vector<std::string> warnings;
+    /// What to say if there turns out to be nothing that can be shown.
+    std::string ifEmpty = "holds no surfaces or solids that can be read";
+    /// What can go on beside the meshing, such as the annotations; may be empty. It may add warnings.
+    std::function<void()> later;
+    /// What has begun to mesh the shapes while the reader was still at work; may be null.
+    std::unique_ptr<EarlyMeshing> early;
+    /// Meshes that came with the file, in the order of the tree's bodies; empty where they are to be made.
+    std::vector<std::shared_ptr<const BodyMesh>> meshes;
+    /// What the model writes, if that is known already.
+    std::string stored;
+};
+
+/// The file's name without folder and suffix: the name of what has none.
+std::string stemOf(const std::string& path);
+
+} // namespace Vs::Translate
