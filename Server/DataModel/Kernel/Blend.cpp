@@ -1,3 +1,5 @@
+#include "Server/DataModel/Kernel/Blend.h"
+
 #include "Server/DataModel/Kernel/LongWork.h"
 #include "Server/DataModel/Kernel/SolidTools.h"
 

@@ -1,3 +1,5 @@
+#include "Server/DataModel/Kernel/Combine.h"
+
 #include "Server/DataModel/Kernel/LongWork.h"
 #include "Server/DataModel/Kernel/SolidTools.h"
 
@@ -5,13 +7,9 @@
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepAlgoAPI_Fuse.hxx>
 #include <BRepCheck_Analyzer.hxx>
-#include <BRepGProp.hxx>
-#include <BRep_Builder.hxx>
-#include <GProp_GProps.hxx>
 #include <Message_ProgressIndicator.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopTools_ListOfShape.hxx>
-#include <TopoDS_Compound.hxx>
 
 #include <algorithm>
 #include <cmath>
@@ -131,36 +129,6 @@ private:
     std::shared_ptr<BRepAlgoAPI_BooleanOperation> m_operation;
     TopoDS_Shape m_result;
 };
-
-} // namespace
-
-double roughVolume(const TopoDS_Shape& shape)
-{
-    double volume = 0;
-    for (TopExp_Explorer solids(shape, TopAbs_SOLID); solids.More(); solids.Next()) {
-        GProp_GProps properties;
-        BRepGProp::VolumeProperties(solids.Current(), properties);
-        volume += properties.Mass();
-    }
-    return volume;
-}
-
-TopoDS_Shape solidsOf(const TopoDS_Shape& shape)
-{
-    TopoDS_Compound all;
-    BRep_Builder builder;
-    builder.MakeCompound(all);
-    TopoDS_Shape first;
-    int count = 0;
-    for (TopExp_Explorer solids(shape, TopAbs_SOLID); solids.More(); solids.Next(), ++count) {
-        builder.Add(all, solids.Current());
-        if (first.IsNull())
-            first = solids.Current();
-    }
-    return count > 1 ? all : first;
-}
-
-namespace {
 
 MadeShape combinedAtOnce(Kind kind, const TopoDS_Shape& target, const std::vector<TopoDS_Shape>& tools,
                          const std::wstring& name)

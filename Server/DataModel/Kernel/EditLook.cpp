@@ -1,4 +1,5 @@
-#include "Server/DataModel/Kernel/Edits.h"
+#include "Server/DataModel/Kernel/EditLook.h"
+
 #include "Server/DataModel/Kernel/Occurrence.h"
 #include "Server/DataModel/Kernel/PartShape.h"
 #include "Server/DataModel/Kernel/SubShapes.h"

@@ -1,4 +1,7 @@
-#include "Server/DataModel/Kernel/Edits.h"
+#include "Server/DataModel/Kernel/EditSolids.h"
+
+#include "Server/DataModel/Kernel/Blend.h"
+#include "Server/DataModel/Kernel/Combine.h"
 #include "Server/DataModel/Kernel/Occurrence.h"
 #include "Server/DataModel/Kernel/ShapeForm.h"
 #include "Server/DataModel/Kernel/SolidTools.h"

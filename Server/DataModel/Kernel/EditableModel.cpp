@@ -1,6 +1,8 @@
 #include "Server/DataModel/Kernel/EditableModel.h"
 
-#include "Server/DataModel/Kernel/Edits.h"
+#include "Server/DataModel/Kernel/EditLook.h"
+#include "Server/DataModel/Kernel/EditPlaces.h"
+#include "Server/DataModel/Kernel/EditSolids.h"
 #include "Server/DataModel/Kernel/Guarded.h"
 #include "Server/DataModel/Kernel/XdePaste.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/DataModel/Kernel/SolidTools.h"
+#include "Server/DataModel/Kernel/MadeShape.h"
 
 #include <TopLoc_Location.hxx>
 

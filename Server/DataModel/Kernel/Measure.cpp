@@ -1,4 +1,4 @@
-#include "Server/DataModel/Kernel/XdeModel.h"
+#include "Server/DataModel/Kernel/Measure.h"
 
 #include <BRepGProp.hxx>
 #include <BRep_Builder.hxx>

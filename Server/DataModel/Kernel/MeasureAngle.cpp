@@ -1,4 +1,5 @@
-#include "Server/DataModel/Kernel/MeasureParts.h"
+#include "Server/DataModel/Kernel/MeasureAngle.h"
+
 #include "Server/DataModel/Kernel/ShapeForm.h"
 
 #include <BRep_Tool.hxx>

@@ -1,8 +1,8 @@
 #include "Server/DataModel/Kernel/MeasureParts.h"
 
+#include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/ShapeForm.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
-#include "Server/DataModel/Kernel/XdeModel.h"
 
 #include <BRepAdaptor_Curve.hxx>
 #include <BRepAdaptor_Surface.hxx>

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/Recognise.h"
 
 #include "Server/DataModel/Kernel/XdeTree.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 
 #include <BRepAdaptor_Surface.hxx>
 #include <BRep_Tool.hxx>

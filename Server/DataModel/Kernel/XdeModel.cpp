@@ -1,6 +1,8 @@
 #include "Server/DataModel/Kernel/XdeModel.h"
 
 #include "Server/DataModel/Kernel/Guarded.h"
+#include "Server/DataModel/Kernel/Measure.h"
+#include "Server/DataModel/Kernel/MeasureAngle.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/Recognise.h"

@@ -65,7 +65,4 @@ private:
     std::map<std::string, std::unique_ptr<SubShapes>> m_subShapes; ///< Of bodies that were measured.
 };
 
-/// The properties of a shape that belong to `what`, at a relative error of 1e-6.
-BodyProperties measureShape(const TopoDS_Shape& shape, BodyMeasure what);
-
 } // namespace Vs::Kernel

@@ -1,6 +1,6 @@
 #include "Server/DataModel/Kernel/XdePaste.h"
 
-#include "Server/DataModel/Kernel/Edits.h"
+#include "Server/DataModel/Kernel/EditPlaces.h"
 #include "Server/DataModel/Kernel/Occurrence.h"
 #include "Server/DataModel/Kernel/XdeEdit.h"
 #include "Server/DataModel/Kernel/XdeTree.h"

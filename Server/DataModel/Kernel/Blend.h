@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Server/DataModel/Edit/ModelEdit.h"
+#include "Server/DataModel/Kernel/MadeShape.h"
+
+#include <string>
+#include <vector>
+
+namespace Vs::Kernel {
+
+/// Rounds edges of a body or cuts them off. Throws EditError about `name`.
+MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vector<TopoDS_Shape>& edges,
+                  double size, const std::wstring& name);
+
+} // namespace Vs::Kernel
