@@ -12,6 +12,7 @@
 #include "Server/Scene/Rendra/EglContext.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
 #include "Server/Scene/Rendra/Renderer.h"
+#include "Server/Scene/ViewFragment.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,11 +1,23 @@
 #include "Server/Dimension/DimensionInfo.h"
 
 #include "Server/Dimension/Private/DimensionDrawing.h"
+#include "Server/Scene/Camera.h"
 #include "Server/Scene/NodeChange.h"
+#include "Server/Scene/Projection.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Vs::Dimension {
+
+Viewer Viewer::of(const Scene::Camera& camera, double width, double height, const GkPoint3d& place)
+{
+    const Scene::Projection projection(camera, width, height);
+    const double ahead = (place - camera.position()).dotProduct(camera.direction());
+    // What stands behind the viewer isn't seen.
+    const double nearest = camera.distance() * 1e-3;
+    return {camera.right(), camera.screenUp(), projection.pixelSize(std::max(ahead, nearest))};
+}
 
 void DimensionInfo::buildDimensionGraphics(Scene::NodeChange& change, bool reference) const
 {

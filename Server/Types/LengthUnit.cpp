@@ -5,12 +5,6 @@
 
 namespace Vs {
 
-UnitsOptionGroup* UnitsOptionGroup::get()
-{
-    static auto* const group = new UnitsOptionGroup;
-    return group;
-}
-
 const std::vector<LengthUnit>& LengthUnit::all()
 {
     static const std::vector<LengthUnit> units = {

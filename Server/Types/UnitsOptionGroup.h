@@ -8,7 +8,11 @@ namespace Vs {
 class UnitsOptionGroup : public Implements<UnitsOptionGroup, OptionGroup>
 {
 public:
-    static UnitsOptionGroup* get();
+    static UnitsOptionGroup* get()
+    {
+        static auto* const group = new UnitsOptionGroup;
+        return group;
+    }
 
     Option<std::wstring> lengthUnit{*this, "lengthUnit", L"mm"}; ///< The key of a LengthUnit.
     /// How many decimals are shown at most; see Units::UnitDisplaySettings.

@@ -1,7 +1,5 @@
 #include "Server/Dimension/Private/DimensionDrawing.h"
 
-#include "Server/Scene/Camera.h"
-#include "Server/Scene/Projection.h"
 #include "Server/Scene/StrokeFont.h"
 
 #include <algorithm>
@@ -20,15 +18,6 @@ constexpr double kArrowShare = 0.4;
 constexpr int kArrowStrokes = 4;
 
 } // namespace
-
-Viewer Viewer::of(const Scene::Camera& camera, double width, double height, const GkPoint3d& place)
-{
-    const Scene::Projection projection(camera, width, height);
-    const double ahead = (place - camera.position()).dotProduct(camera.direction());
-    // What stands behind the viewer isn't seen.
-    const double nearest = camera.distance() * 1e-3;
-    return {camera.right(), camera.screenUp(), projection.pixelSize(std::max(ahead, nearest))};
-}
 
 void DimensionDrawing::arrow(const GkPoint3d& tip, const GkVector3d& towards, double length)
 {

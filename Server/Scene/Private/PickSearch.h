@@ -3,6 +3,7 @@
 // What the searches of Picker.h share; not for others.
 
 #include "Server/Scene/Picker.h"
+#include "Server/Scene/Private/MeshTree.h"
 #include "Server/Scene/Private/NodeTree.h"
 
 namespace Vs::Scene {
@@ -17,6 +18,24 @@ struct SurfaceHit
     /// `ray` is the one that met it, in the coordinates above the searched node.
     PickedPoint point(const Probe& ray) const;
 };
+
+/// Calls `take(triangle, along)` for the triangles that the ray meets before `limit`.
+template <class Take>
+void meetTriangles(const Rendra::Graphics::BodyNode& body, const Probe& ray, const double& limit, Take&& take)
+{
+    const BodyMesh& mesh = *body.mesh();
+    const auto ask = [&](uint32_t triangle) {
+        const double along = meetTriangle(mesh, triangle, ray.start, ray.direction);
+        if (along >= 0 && along < limit)
+            take(triangle, along);
+    };
+    if (const MeshTree* tree = MeshTree::of(body.mesh()))
+        tree->triangles().search(
+            limit, [&](const BoxTree::Box& box) { return ray.enter(box); }, ask);
+    else
+        for (uint32_t i = 0; i < mesh.triangles.size() / 3; ++i)
+            ask(i);
+}
 
 /// The nearest before `limit`.
 std::optional<SurfaceHit> nearestHit(const Rendra::Graphics::Node& root, const Probe& ray, double limit);

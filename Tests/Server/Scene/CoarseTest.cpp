@@ -2,6 +2,7 @@
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Rendra/CoarseMesh.h"
 #include "Server/Scene/Rendra/MeshShape.h"
+#include "Server/Scene/ViewFragment.h"
 #include "Tests/Server/Scene/Shapes.h"
 
 #include <cmath>

@@ -4,6 +4,7 @@
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
+#include "Server/Scene/ViewFragment.h"
 #include "Tests/Server/Scene/Shapes.h"
 
 #include <algorithm>

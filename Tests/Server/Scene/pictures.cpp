@@ -5,6 +5,7 @@
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/ViewFragment.h"
 #include "Tests/Server/Scene/Shapes.h"
 
 #include <QImage>

@@ -6,6 +6,7 @@
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
+#include "Server/Scene/ViewFragment.h"
 #include "Tests/UI/Commands/Navigation.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Program/Application.h"
