@@ -65,9 +65,10 @@ CLOSED = [
     "UI/Design",
 ]
 
-# The public face of a closed room.
+# The public faces of closed rooms.
 PUBLIC = {
     "Server/Scene/Rendra/Renderer.h",
+    "UI/Base/Window/QtIcon.h",
 }
 
 # What shares private headers, where that is more than the first two folders of a path.

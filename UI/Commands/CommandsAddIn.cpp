@@ -61,15 +61,6 @@
 
 #include <boost/filesystem/operations.hpp>
 
-namespace Vu {
-
-std::string CommandsAddInIdentifier()
-{
-    return "Commands";
-}
-
-} // namespace Vu
-
 namespace Vu::Commands {
 namespace {
 

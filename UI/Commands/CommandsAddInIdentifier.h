@@ -5,6 +5,9 @@
 namespace Vu {
 
 /// The identifier of the commands add-in: "Commands".
-std::string CommandsAddInIdentifier();
+inline std::string CommandsAddInIdentifier()
+{
+    return "Commands";
+}
 
 } // namespace Vu

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/Selection/ObjectPath.h"
+#include "Server/Geometry/GkMatrix3d.h"
 #include "UI/Base/Validation/ReferenceCheck.h"
 
 #include <string>

@@ -3,6 +3,7 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/Private/CommandHost.h"
+#include "UI/Base/Command/Private/CommandObservers.h"
 #include "UI/Base/Command/Private/CommandStack.h"
 
 #include <tuple>
@@ -131,12 +132,12 @@ void CommandMgr::startDefaultCommand()
 
 void CommandMgr::addObserver(ICommandObserver* observer)
 {
-    CommandStack::addObserver(observer);
+    CommandObservers::add(observer);
 }
 
 void CommandMgr::removeObserver(ICommandObserver* observer)
 {
-    CommandStack::removeObserver(observer);
+    CommandObservers::remove(observer);
 }
 
 } // namespace Vu

@@ -8,15 +8,15 @@ namespace Vu {
 class ForwardedRun
 {
 public:
-    ForwardedRun() { ++depth(); }
-    ~ForwardedRun() { --depth(); }
+    ForwardedRun() { ++s_depth; }
+    ~ForwardedRun() { --s_depth; }
     ForwardedRun(const ForwardedRun&) = delete;
     ForwardedRun& operator=(const ForwardedRun&) = delete;
 
-    static bool any() { return depth() > 0; }
+    static bool any() { return s_depth > 0; }
 
 private:
-    static int& depth();
+    static inline int s_depth = 0;
 };
 
 } // namespace Vu

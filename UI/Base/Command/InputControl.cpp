@@ -6,30 +6,6 @@
 
 namespace Vu {
 
-const Vs::UniqueString* IInputControlHandler::interfaceId()
-{
-    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IInputControlHandler");
-    return id;
-}
-
-const Vs::UniqueString* IButtonControlHandler::interfaceId()
-{
-    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IButtonControlHandler");
-    return id;
-}
-
-const Vs::UniqueString* IListControlHandler::interfaceId()
-{
-    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IListControlHandler");
-    return id;
-}
-
-const Vs::UniqueString* IMenuControlHandler::interfaceId()
-{
-    static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IMenuControlHandler");
-    return id;
-}
-
 InputControl::InputControl(Info* info, IInputControlHandler* handler) : m_info(info), m_handler(handler) {}
 
 InputControl::~InputControl()

@@ -1,8 +1,6 @@
 #pragma once
 
-namespace Vs {
-class UniqueString;
-}
+#include "Server/Base/UniqueString.h"
 
 namespace Vu {
 
@@ -15,7 +13,11 @@ class IInputControlHandler
 {
 public:
     virtual ~IInputControlHandler() = default;
-    static const Vs::UniqueString* interfaceId();
+    static const Vs::UniqueString* interfaceId()
+    {
+        static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IInputControlHandler");
+        return id;
+    }
 
     /// What stands behind the handler, asked as any Vs::Interface is; a class that is a Vs::Object as well
     /// answers both with one function.
@@ -32,7 +34,11 @@ public:
 class IButtonControlHandler : public IInputControlHandler
 {
 public:
-    static const Vs::UniqueString* interfaceId();
+    static const Vs::UniqueString* interfaceId()
+    {
+        static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IButtonControlHandler");
+        return id;
+    }
 
     virtual void onClicked() = 0;
 };
@@ -40,7 +46,11 @@ public:
 class IListControlHandler : public IInputControlHandler
 {
 public:
-    static const Vs::UniqueString* interfaceId();
+    static const Vs::UniqueString* interfaceId()
+    {
+        static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IListControlHandler");
+        return id;
+    }
 
     /// `item` is the item that is selected now; null if none is.
     virtual void onListSelectionChanged(Info* item) = 0;
@@ -49,7 +59,11 @@ public:
 class IMenuControlHandler : public IInputControlHandler
 {
 public:
-    static const Vs::UniqueString* interfaceId();
+    static const Vs::UniqueString* interfaceId()
+    {
+        static const Vs::UniqueString* const id = Vs::UniqueString::find("Vu::IMenuControlHandler");
+        return id;
+    }
 
     /// `item` is the item whose mark changed; null tells that several may have.
     virtual void onMenuSelectionChanged(MenuItem* item) = 0;

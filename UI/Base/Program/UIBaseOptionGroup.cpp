@@ -1,18 +1,10 @@
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 
-#include "UI/Base/Program/UIInternalOptionGroup.h"
-
 namespace Vu {
 
 UIBaseOptionGroup* UIBaseOptionGroup::get()
 {
     static auto* const group = new UIBaseOptionGroup;
-    return group;
-}
-
-UIInternalOptionGroup* UIInternalOptionGroup::get()
-{
-    static auto* const group = new UIInternalOptionGroup;
     return group;
 }
 

@@ -9,7 +9,11 @@ namespace Vu {
 class UIInternalOptionGroup : public Vs::Implements<UIInternalOptionGroup, Vs::OptionGroup>
 {
 public:
-    static UIInternalOptionGroup* get();
+    static UIInternalOptionGroup* get()
+    {
+        static auto* const group = new UIInternalOptionGroup;
+        return group;
+    }
 
 private:
     UIInternalOptionGroup() : Implements("UIInternal") {}

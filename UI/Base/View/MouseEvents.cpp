@@ -1,11 +1,15 @@
 #include "UI/Base/View/MouseEvents.h"
 
+#include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/TranscriptTrigger.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/MouseOverlay.h"
+#include "UI/Base/View/Private/MouseLine.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/View/TransitionMgr.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -169,6 +173,45 @@ void MouseEventSource::fireMouseScroll(MouseEvent* event)
         return;
     TransitionMgr::get()->finish();
     deliver(&MouseEventSite::mouseScroll, event);
+}
+
+void MouseEventSource::transcriptSubscribe(Operation operation)
+{
+    transcriptUnsubscribe(operation);
+    m_recorded.push_back(operation);
+}
+
+void MouseEventSource::transcriptUnsubscribe(Operation operation)
+{
+    std::erase(m_recorded, operation);
+}
+
+bool MouseEventSource::revalidateTranscriptRecordStatus() const
+{
+    return Vs::TranscriptMgr::get()->recording();
+}
+
+// Before the sites are told, so that the line stands above those of the commands that the event runs.
+void MouseEventSource::record(Operation operation, const MouseEvent& event)
+{
+    if (!revalidateTranscriptRecordStatus()) {
+        m_recorded.clear();
+        m_recordedButtons = kNoMouseButton;
+        return;
+    }
+    const bool up = operation == &MouseEventSource::fireMouseUp;
+    // A press begins a command that takes the release; without it, a replay would hold the button for ever.
+    const bool wanted = std::find(m_recorded.begin(), m_recorded.end(), operation) != m_recorded.end() ||
+                        (up && (m_recordedButtons & event.button()));
+    if (!event.canvas() || !wanted)
+        return;
+    if (operation == &MouseEventSource::fireMouseDown)
+        m_recordedButtons |= event.button();
+    else if (up)
+        m_recordedButtons &= ~event.button();
+    for (const MouseLine::OperationName& each : MouseLine::kOperations)
+        if (each.operation == operation)
+            Vs::writeTranscriptLine(MouseLine::lineOf(each.name, event));
 }
 
 } // namespace Vu

@@ -3,7 +3,6 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
-#include "UI/Base/View/CameraTransition.h"
 
 #include <chrono>
 #include <utility>
@@ -27,8 +26,6 @@ double eased(double fraction)
 {
     return fraction * fraction * (3.0 - 2.0 * fraction);
 }
-
-TranscriptCameraTrigger::Recorder installedRecorder = nullptr;
 
 } // namespace
 
@@ -118,31 +115,6 @@ void TransitionMgr::finish()
     const auto ending = std::exchange(m_queue, {});
     for (const auto& transition : ending)
         transition->apply(1.0);
-}
-
-CameraTransition* CameraTransition::make(Transition*, const Vs::Scene::CameraParameters& before,
-                                         const Vs::Scene::CameraParameters& after, Vs::Scene::Camera* camera)
-{
-    return new CameraTransition(before, after, camera);
-}
-
-void CameraTransition::apply(double fraction)
-{
-    if (fraction >= 1.0)
-        m_after.applyTo(*m_camera);
-    else
-        m_before.towards(m_after, fraction).applyTo(*m_camera);
-}
-
-TranscriptCameraTrigger::TranscriptCameraTrigger(Vs::Scene::Camera* camera)
-{
-    if (installedRecorder && camera)
-        installedRecorder(camera);
-}
-
-void TranscriptCameraTrigger::recorder(Recorder recorder)
-{
-    installedRecorder = recorder;
 }
 
 } // namespace Vu

@@ -3,7 +3,7 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/ExtendedInfoLoader.h"
-#include "UI/Base/Program/Icon.h"
+#include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
 

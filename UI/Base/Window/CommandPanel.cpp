@@ -6,11 +6,11 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Private/CommandDialog.h"
 #include "UI/Base/Command/Private/Localized.h"
-#include "UI/Base/Program/Icon.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/InputField.h"
 #include "UI/Base/Window/InputForm.h"
+#include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 

@@ -3,7 +3,7 @@
 #include "Server/Base/UniqueString.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/Program/Icon.h"
+#include "UI/Base/Window/QtIcon.h"
 
 #include <QAction>
 #include <QMenu>

@@ -4,8 +4,8 @@
 #include "UI/Base/Command/ControlCommandInputs.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
-#include "UI/Base/Program/Icon.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
+#include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/TextField.h"
 #include "UI/Base/Window/Theme.h"
 

@@ -1,8 +1,7 @@
-// Questions to a person: messages and file names.
+#include "UI/Base/Window/QtDialogs.h"
 
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Window/NamingDialog.h"
-#include "UI/Base/Window/QtDisplay.h"
 
 #include <QFileDialog>
 #include <QLabel>
@@ -69,8 +68,8 @@ QPixmap pictureOf(int icon, double scale)
 
 } // namespace
 
-int QtDisplay::askMessage(const std::wstring& title, const std::wstring& text, int icon,
-                          const std::vector<Button>& buttons, int cancel, QWidget* parent)
+int QtDialogs::askMessage(const std::wstring& title, const std::wstring& text, int icon,
+                          const std::vector<Display::Button>& buttons, int cancel, QWidget* parent)
 {
     QMessageBox box(QMessageBox::NoIcon,
                     title.empty() ? QStringLiteral("Quillet") : QString::fromStdWString(title),
@@ -85,7 +84,7 @@ int QtDisplay::askMessage(const std::wstring& title, const std::wstring& text, i
     constexpr int kBorder = 16;
     box.layout()->setContentsMargins(kBorder, kBorder, kBorder, kBorder);
     std::vector<QAbstractButton*> added;
-    for (const Button& button : buttons) {
+    for (const Display::Button& button : buttons) {
         QPushButton* push = box.addButton(QString::fromStdWString(button.text), roleOf(button));
         if (button.isDefault)
             box.setDefaultButton(push);
@@ -99,7 +98,7 @@ int QtDisplay::askMessage(const std::wstring& title, const std::wstring& text, i
     return cancel;
 }
 
-std::vector<std::wstring> QtDisplay::askFileNames(const FileDialog::Request& request,
+std::vector<std::wstring> QtDialogs::askFileNames(const FileDialog::Request& request,
                                                   const std::wstring& start, QWidget* parent)
 {
     const QString caption = QString::fromStdWString(request.caption);

@@ -3,8 +3,8 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/StringTable.h"
-#include "UI/Base/Program/Icon.h"
 #include "UI/Base/Window/CanvasWidget.h"
+#include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/QtWindow.h"
 #include "UI/Base/Window/Theme.h"
 

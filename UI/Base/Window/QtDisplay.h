@@ -1,6 +1,8 @@
 #pragma once
 
 #include "UI/Base/Program/Private/Display.h"
+#include "UI/Base/Window/QtDialogs.h"
+#include "UI/Base/Window/QtPictures.h"
 
 #include <QCursor>
 
@@ -17,15 +19,27 @@ public:
     void pointer(const Vs::CursorResource* pointer) override;
 
     int askMessage(const std::wstring& title, const std::wstring& text, int icon,
-                   const std::vector<Button>& buttons, int cancel, QWidget* parent) override;
+                   const std::vector<Button>& buttons, int cancel, QWidget* parent) override
+    {
+        return QtDialogs::askMessage(title, text, icon, buttons, cancel, parent);
+    }
     std::vector<std::wstring> askFileNames(const FileDialog::Request& request, const std::wstring& start,
-                                           QWidget* parent) override;
+                                           QWidget* parent) override
+    {
+        return QtDialogs::askFileNames(request, start, parent);
+    }
     void showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent) override;
 
-    bool readPicture(const std::wstring& path, Vs::Scene::Image& image) override;
+    bool readPicture(const std::wstring& path, Vs::Scene::Image& image) override
+    {
+        return QtPictures::readPicture(path, image);
+    }
     bool writePicture(const Vs::Scene::Image& image, const std::wstring& path, const std::string& format,
-                      bool keepsTransparency, Vs::Status& status) override;
-    std::string pngOf(const Vs::Scene::Image& image) override;
+                      bool keepsTransparency, Vs::Status& status) override
+    {
+        return QtPictures::writePicture(image, path, format, keepsTransparency, status);
+    }
+    std::string pngOf(const Vs::Scene::Image& image) override { return QtPictures::pngOf(image); }
 };
 
 QCursor cursorOf(const Vs::CursorResource& resource);

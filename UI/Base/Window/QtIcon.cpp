@@ -1,5 +1,6 @@
+#include "UI/Base/Window/QtIcon.h"
+
 #include "Server/Base/ResourceMgr.h"
-#include "UI/Base/Program/Icon.h"
 
 #include <QBuffer>
 #include <QFile>

@@ -1,9 +1,8 @@
-// Picture files.
+#include "UI/Base/Window/QtPictures.h"
 
 #include "Server/Base/Status.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/Private/Localized.h"
-#include "UI/Base/Window/QtDisplay.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -45,7 +44,7 @@ private:
 
 } // namespace
 
-bool QtDisplay::readPicture(const std::wstring& path, Vs::Scene::Image& image)
+bool QtPictures::readPicture(const std::wstring& path, Vs::Scene::Image& image)
 {
     const QImage picture = QImage(QString::fromStdWString(path)).convertToFormat(QImage::Format_RGBA8888);
     if (picture.isNull())
@@ -59,8 +58,8 @@ bool QtDisplay::readPicture(const std::wstring& path, Vs::Scene::Image& image)
     return true;
 }
 
-bool QtDisplay::writePicture(const Vs::Scene::Image& image, const std::wstring& path,
-                             const std::string& format, bool keepsTransparency, Vs::Status& status)
+bool QtPictures::writePicture(const Vs::Scene::Image& image, const std::wstring& path,
+                              const std::string& format, bool keepsTransparency, Vs::Status& status)
 {
     const QImage picture = qtImage(image, keepsTransparency);
     // Written beside the old picture and put in its place whole.
@@ -87,7 +86,7 @@ bool QtDisplay::writePicture(const Vs::Scene::Image& image, const std::wstring& 
     return false;
 }
 
-std::string QtDisplay::pngOf(const Vs::Scene::Image& image)
+std::string QtPictures::pngOf(const Vs::Scene::Image& image)
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);

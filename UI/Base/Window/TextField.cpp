@@ -5,7 +5,7 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Command/Private/RecentValues.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
-#include "UI/Base/Program/Icon.h"
+#include "UI/Base/Window/QtIcon.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>

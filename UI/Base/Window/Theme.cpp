@@ -2,8 +2,8 @@
 
 #include "Server/Base/ResourceMgr.h"
 #include "UI/Base/Program/IStyleCollector.h"
-#include "UI/Base/Program/Icon.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Window/QtIcon.h"
 
 #include <QApplication>
 #include <QFile>

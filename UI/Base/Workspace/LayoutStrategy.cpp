@@ -1,7 +1,5 @@
 #include "UI/Base/Workspace/LayoutStrategy.h"
 
-#include "UI/Base/Workspace/LayoutUtil.h"
-
 namespace Vu {
 namespace {
 LayoutStrategy* installed = nullptr;
@@ -32,12 +30,6 @@ void LayoutStrategy::dock(Area* area, EPlacement placement)
 {
     area->collapsed(false);
     area->placement(placement);
-}
-
-bool LayoutUtil::displayQAT()
-{
-    // The desktop layout always has the bar; an edition for a tablet would not.
-    return true;
 }
 
 } // namespace Vu

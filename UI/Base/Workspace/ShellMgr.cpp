@@ -20,17 +20,6 @@ void tellShell(Shell* shell, void (ShellEventSource::*fire)(ShellEvent*), Vs::Ti
 
 } // namespace
 
-WorkspaceWindow* Shell::workspaceWindow() const
-{
-    Workspace* workspace = m_manager ? m_manager->workspace() : nullptr;
-    return workspace ? workspace->window() : nullptr;
-}
-
-bool Shell::isActiveShell() const
-{
-    return m_manager && m_manager->activeShell() == this;
-}
-
 ShellMgr::~ShellMgr()
 {
     pop();

@@ -7,13 +7,6 @@
 
 namespace Vu {
 
-Workspace::Workspace()
-    : m_window(std::make_unique<WorkspaceWindow>(this)), m_shells(std::make_unique<ShellMgr>(this))
-{
-}
-
-Workspace::~Workspace() = default;
-
 WorkspaceMgr* WorkspaceMgr::get()
 {
     static auto* const manager = new WorkspaceMgr;

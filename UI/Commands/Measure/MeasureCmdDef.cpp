@@ -13,15 +13,6 @@
 #include <tuple>
 #include <utility>
 
-bool EndMeasureTask::run()
-{
-    if (auto* definition = Vs::cast<Vu::Commands::MeasureCmdDef>(m_command->commandDefinition())) {
-        Vs::cast<Vu::Commands::MeasureCmd>(m_command)->endTaskRuns();
-        definition->endMeasure(m_value, m_command);
-    }
-    return true;
-}
-
 namespace Vu::Commands {
 
 // clang-format off

@@ -1,12 +1,9 @@
 #include "UI/Commands/Transcripts/ValidationChecks.h"
 
-#include "UI/Commands/Transcripts/NormalValidationWidget.h"
-
 #include <utility>
 #include <vector>
 
-namespace Vu {
-namespace Commands {
+namespace Vu::Commands {
 namespace {
 
 struct Checks
@@ -39,12 +36,4 @@ void takeValidationChecks(ValidationCheckTaker taker)
         checks().taker(check);
 }
 
-} // namespace Commands
-
-NormalValidationWidget::NormalValidationWidget(const std::wstring& subjectArea, const std::wstring& command,
-                                               const std::wstring& options)
-{
-    Commands::addValidationCheck({subjectArea, command, options});
-}
-
-} // namespace Vu
+} // namespace Vu::Commands

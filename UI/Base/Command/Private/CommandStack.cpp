@@ -8,6 +8,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/CommandObserver.h"
 #include "UI/Base/Command/Private/CommandHost.h"
+#include "UI/Base/Command/Private/CommandObservers.h"
 #include "UI/Base/Command/Private/CommandSteps.h"
 #include "UI/Base/Command/Private/DeferredRuns.h"
 #include "UI/Base/Command/Private/Guarded.h"
@@ -114,14 +115,14 @@ Vs::Status CommandStack::run(CommandDefinition* definition, const CommandContext
     record.depth = m_underWay - 1;
     record.status = &status;
     if (observed)
-        tell(&ICommandObserver::before, record);
+        m_alerts.addAlerts(CommandObservers::tell(&ICommandObserver::before, record));
 
     CommandBase* command = create(definition, context, status);
     if (!command) {
         record.refused = status.isOk();
         record.reason = ETerminationReason::Cancel;
         if (observed)
-            tell(&ICommandObserver::after, record);
+            m_alerts.addAlerts(CommandObservers::tell(&ICommandObserver::after, record));
         return status;
     }
     CommandInUse inUse(command);
@@ -355,7 +356,7 @@ void CommandStack::leave(CommandBase* command, ETerminationReason reason, Vs::St
         CommandRun record{m_manager, command->m_definition, &command->m_context, command, &status, reason};
         record.endedAtOnce = atOnce;
         record.depth = command->m_runDepth;
-        tell(&ICommandObserver::after, record);
+        m_alerts.addAlerts(CommandObservers::tell(&ICommandObserver::after, record));
     }
     guarded(status, [&] { command->onPreDelete(); });
     if (CommandInputSet* inputs = command->commandInputSet())

@@ -12,9 +12,7 @@ namespace Vu {
 
 class CommandBase;
 class CommandDefinition;
-class ICommandObserver;
 class SimpleCommand;
-struct CommandRun;
 
 /// The workings of a command manager: runs the commands, and is the one place that every run passes. Private
 /// to the command model; see CommandMgr for what it does and CommandBase for the order of calls.
@@ -51,8 +49,6 @@ public:
     static CommandMgr* creatingManager();
     static void definitionGone(CommandDefinition* definition);
     static void terminateAllStacks(ETerminationReason reason);
-    static void addObserver(ICommandObserver* observer);
-    static void removeObserver(ICommandObserver* observer);
 
 private:
     class UnderWay;
@@ -70,7 +66,6 @@ private:
     void resumeTop();
     void end(CommandBase* command, ETerminationReason reason, Vs::Status& status);
     void leave(CommandBase* command, ETerminationReason reason, Vs::Status& status, bool atOnce = false);
-    void tell(void (ICommandObserver::*what)(const CommandRun&), const CommandRun& run);
     void settle();
 
     CommandMgr* m_manager;

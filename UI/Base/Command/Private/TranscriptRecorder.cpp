@@ -81,12 +81,6 @@ bool hasObjects(const CommandContext& context)
 
 } // namespace
 
-int& ForwardedRun::depth()
-{
-    static int depth = 0;
-    return depth;
-}
-
 bool TranscriptRecorder::isPart(const CommandRun& run) const
 {
     return isInside(run) || (m_ownLine && !ForwardedRun::any());

@@ -1,7 +1,7 @@
 #include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
 
 #include "Server/DataModel/NativeFile.h"
-#include "UI/Base/Program/Icon.h"
+#include "UI/Base/Window/QtIcon.h"
 #include "UI/Commands/Localized.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UI/Base/Program/Icon.h"
+#include "UI/Base/Window/QtIcon.h"
 
 #include <string>
 

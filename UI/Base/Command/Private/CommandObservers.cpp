@@ -1,7 +1,5 @@
-// The observers of all runs: the part of CommandStack that tells them.
+#include "UI/Base/Command/Private/CommandObservers.h"
 
-#include "UI/Base/Command/CommandObserver.h"
-#include "UI/Base/Command/Private/CommandStack.h"
 #include "UI/Base/Command/Private/Guarded.h"
 
 #include <algorithm>
@@ -25,14 +23,14 @@ Observers& observers()
 
 } // namespace
 
-void CommandStack::addObserver(ICommandObserver* observer)
+void CommandObservers::add(ICommandObserver* observer)
 {
     auto& list = observers().list;
     if (std::find(list.begin(), list.end(), observer) == list.end())
         list.push_back(observer);
 }
 
-void CommandStack::removeObserver(ICommandObserver* observer)
+void CommandObservers::remove(ICommandObserver* observer)
 {
     std::replace(observers().list.begin(), observers().list.end(), observer,
                  static_cast<ICommandObserver*>(nullptr));
@@ -40,19 +38,19 @@ void CommandStack::removeObserver(ICommandObserver* observer)
         std::erase(observers().list, nullptr);
 }
 
-void CommandStack::tell(void (ICommandObserver::*what)(const CommandRun&), const CommandRun& run)
+Vs::Status CommandObservers::tell(void (ICommandObserver::*what)(const CommandRun&), const CommandRun& run)
 {
+    Vs::Status problems;
     Observers& all = observers();
     if (all.list.empty())
-        return;
+        return problems;
     ++all.depth;
-    Vs::Status problems;
     for (size_t i = 0, count = all.list.size(); i < count; ++i)
         if (ICommandObserver* observer = all.list[i])
             guarded(problems, [&] { (observer->*what)(run); });
     if (--all.depth == 0)
         std::erase(all.list, nullptr);
-    m_alerts.addAlerts(problems);
+    return problems;
 }
 
 } // namespace Vu

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+namespace Vs {
+class Status;
+namespace Scene {
+struct Image;
+}
+} // namespace Vs
+
+/// Picture files, as Display reads and writes them.
+namespace Vu::QtPictures {
+
+bool readPicture(const std::wstring& path, Vs::Scene::Image& image);
+bool writePicture(const Vs::Scene::Image& image, const std::wstring& path, const std::string& format,
+                  bool keepsTransparency, Vs::Status& status);
+std::string pngOf(const Vs::Scene::Image& image);
+
+} // namespace Vu::QtPictures
