@@ -5,6 +5,7 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "UI/Design/Localized.h"
 
 #include <set>
@@ -42,11 +43,11 @@ CheckedObjects::CheckedObjects(Vs::Asset& asset, std::wstring_view path, const C
         return;
     }
     Vs::Status status;
-    const auto found = Vs::ObjectPath::find(asset, path, status);
-    const Vs::Component* component = found ? found->resolve(asset, status) : nullptr;
+    const auto found = Vs::findPath(asset, path, status);
+    const Vs::Component* component = found ? Vs::resolvePath(*found, asset, status) : nullptr;
     if (!component)
         throw Vs::Exception(status.toString());
-    const GkMatrix3d placement = found->placement(asset).value_or(GkMatrix3d());
+    const GkMatrix3d placement = Vs::placementOf(*found, asset).value_or(GkMatrix3d());
     m_components.push_back({component, placement});
     collect(*component, placement, true);
 }
@@ -66,7 +67,7 @@ void CheckedObjects::collect(const Vs::Component& component, const GkMatrix3d& p
 
 std::wstring CheckedObjects::nameOf(const wchar_t* value, const Occurrence& occurrence) const
 {
-    return value + (L" of " + Vs::ObjectPath{.component = occurrence.component->id}.toText(m_asset));
+    return value + (L" of " + Vs::pathText(Vs::ObjectPath{.component = occurrence.component->id}, m_asset));
 }
 
 std::vector<CheckedValue> CheckedObjects::measures(int type, const wchar_t* name, const wchar_t* unit) const

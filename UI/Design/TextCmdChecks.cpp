@@ -4,6 +4,7 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/ModelDigest.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
@@ -51,7 +52,7 @@ std::wstring selectionText(const Vs::Asset& asset)
     std::vector<std::wstring> paths;
     for (const auto& selection : session->selectionManager()->selectionSet().selections())
         if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            paths.push_back(logical->path().toText(asset));
+            paths.push_back(Vs::pathText(logical->path(), asset));
     // The order is that of the clicks, which doesn't count.
     std::sort(paths.begin(), paths.end());
     return boost::algorithm::join(paths, L" ");

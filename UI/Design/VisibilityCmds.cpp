@@ -2,6 +2,7 @@
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Selection/VisibilityRequest.h"
 #include "UI/Base/Command/CommandGroup.h"
@@ -134,7 +135,7 @@ private:
             return selectedPaths(*assetSession());
         std::wistringstream lines(named);
         for (std::wstring line; std::getline(lines, line);)
-            if (const auto path = Vs::ObjectPath::find(asset, line, status))
+            if (const auto path = Vs::findPath(asset, line, status))
                 paths.push_back(*path);
         return paths;
     }

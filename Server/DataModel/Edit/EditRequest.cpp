@@ -8,6 +8,7 @@
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/Texts.h"
 #include "Server/DataModel/Selection/ObjectPath.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 
 #include <cmath>
 
@@ -202,7 +203,7 @@ void EditRequest::onExecute(Asset& asset, Status& status)
         return;
     }
     for (const ObjectPath& path : named)
-        if (!path.resolve(asset, status))
+        if (!resolvePath(path, asset, status))
             return;
     try {
         m_added = asset.data().history().changeModel([&](ModelKernel& kernel) {

@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Measure/MeasureTypes.h"
 #include "Server/DataModel/Selection/ObjectPath.h"
+#include "Server/Geometry/GkMatrix3d.h"
 
 #include <cstdint>
 #include <string>

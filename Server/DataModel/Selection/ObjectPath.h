@@ -1,17 +1,9 @@
 #pragma once
 
-#include "Server/Geometry/GkMatrix3d.h"
-
 #include <cstdint>
-#include <optional>
 #include <string>
-#include <string_view>
 
 namespace Vs {
-
-class Asset;
-class Component;
-class Status;
 
 /// Names one object of an asset, from the root of the component tree to the leaf: an occurrence of a
 /// component, its body, or a face, edge or vertex of that body. A small value that holds nothing alive: it
@@ -37,20 +29,6 @@ struct ObjectPath
     /// Whether it names a place within the component tree, so that there is something above it; the root, and
     /// a path that names nothing, have none.
     bool isQualifiedAndPoppable() const { return !component.empty(); }
-
-    /// The object that a person's text names. Nothing, with an error that tells the step, if one is unknown
-    /// or ambiguous. Main thread.
-    static std::optional<ObjectPath> find(const Asset& asset, std::wstring_view text, Status& status);
-
-    /// The text that `find` reads back as this path; empty if the component isn't in the asset.
-    std::wstring toText(const Asset& asset) const;
-
-    /// The component, if the object is still there; else null with an error. Whether there are as many
-    /// vertices is known only to the exact shape and told where that is used.
-    const Component* resolve(const Asset& asset, Status& status) const;
-
-    /// Where the component's own coordinates lie in the asset's; nothing if it isn't in the asset.
-    std::optional<GkMatrix3d> placement(const Asset& asset) const;
 };
 
 } // namespace Vs

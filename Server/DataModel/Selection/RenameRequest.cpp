@@ -4,6 +4,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/Texts.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 
 #include <algorithm>
 #include <cwctype>
@@ -41,13 +42,13 @@ bool RenameRequest::isPossible(const Asset& asset, Status& status) const
         return false;
     }
     return std::all_of(m_paths.begin(), m_paths.end(), [&](const ObjectPath& path) {
-        if (!path.resolve(asset, status))
+        if (!resolvePath(path, asset, status))
             return false;
         if (path.leaf == ObjectPath::Leaf::Component)
             return true;
         status.addError(localizedFormat(
             "RenameNoComponent", "Rename: only components have names of their own, and \"%1%\" is none.",
-            path.toText(asset)));
+            pathText(path, asset)));
         return false;
     });
 }

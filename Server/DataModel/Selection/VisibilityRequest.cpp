@@ -4,6 +4,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/Texts.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 
 #include <utility>
 
@@ -27,7 +28,7 @@ void VisibilityRequest::onExecute(Asset& asset, Status& status)
 {
     std::vector<std::string> components;
     for (const ObjectPath& path : m_paths) {
-        const Component* component = path.resolve(asset, status);
+        const Component* component = resolvePath(path, asset, status);
         if (!component)
             return;
         if (component->visible != m_visible)

@@ -2,6 +2,7 @@
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Support/RealData.h"
@@ -30,7 +31,7 @@ protected:
     static Vs::ObjectPath path(const std::wstring& text)
     {
         Vs::Status status;
-        const auto found = Vs::ObjectPath::find(*asset(), text, status);
+        const auto found = Vs::findPath(*asset(), text, status);
         EXPECT_TRUE(found) << status.matchingError("");
         return found.value_or(Vs::ObjectPath());
     }
@@ -63,7 +64,7 @@ private:
     {
         Texts texts;
         for (const auto& child : parent.children) {
-            texts.push_back(Vs::ObjectPath{child->id}.toText(*asset()));
+            texts.push_back(Vs::pathText(Vs::ObjectPath{child->id}, *asset()));
             const Texts inner = below(*child);
             texts.insert(texts.end(), inner.begin(), inner.end());
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/UI/Commands/EditComponents.h"
@@ -61,9 +62,8 @@ protected:
     {
         Texts texts;
         for (const auto& selection : selected().selections())
-            texts.push_back(
-                Vs::ObjectPath{Vs::cast<Vs::LogicalSelection>(selection.get())->componentId()}.toText(
-                    *asset()));
+            texts.push_back(Vs::pathText(
+                Vs::ObjectPath{Vs::cast<Vs::LogicalSelection>(selection.get())->componentId()}, *asset()));
         return texts;
     }
     /// Opens the menu at the place, and runs the entry of that title; gives all titles.

@@ -1,5 +1,6 @@
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyProperties.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/UI/Commands/InCanvas.h"
 
 #include <QScrollArea>
@@ -16,12 +17,12 @@ class EditCommandsTest : public CommandsTests::EditComponents
 protected:
     static GkPoint3d placeOf(const std::wstring& text)
     {
-        const auto place = path(text).placement(*asset());
+        const auto place = Vs::placementOf(path(text), *asset());
         return place.value_or(GkMatrix3d()) * GkPoint3d();
     }
     double volume(const std::wstring& text)
     {
-        const Vs::Component* component = path(text).resolve(*asset(), m_status);
+        const Vs::Component* component = Vs::resolvePath(path(text), *asset(), m_status);
         const auto measured = component && component->body ? Vs::bodyProperties(*component->body, m_status)
                                                            : std::optional<Vs::BodyProperties>();
         EXPECT_TRUE(measured) << m_status.toString();
@@ -181,10 +182,11 @@ TEST_F(EditCommandsTest, LinesColourAndTakeColoursAway)
 {
     answer(L"Design.Colour #ff0000 Box1 Box2/Body1 Box3/Face2");
     const Vs::Colour red{1, 0, 0, 1};
-    EXPECT_EQ(path(L"Box2").resolve(*asset(), m_status)->body->colour(), red);
-    EXPECT_EQ(path(L"Box3").resolve(*asset(), m_status)->body->mesh()->colours, std::vector<Vs::Colour>{red});
+    EXPECT_EQ(Vs::resolvePath(path(L"Box2"), *asset(), m_status)->body->colour(), red);
+    EXPECT_EQ(Vs::resolvePath(path(L"Box3"), *asset(), m_status)->body->mesh()->colours,
+              std::vector<Vs::Colour>{red});
     answer(L"Design.Colour None Box3/Face2");
-    EXPECT_TRUE(path(L"Box3").resolve(*asset(), m_status)->body->mesh()->colours.empty());
+    EXPECT_TRUE(Vs::resolvePath(path(L"Box3"), *asset(), m_status)->body->mesh()->colours.empty());
     EXPECT_NE(failure(L"Design.Colour #12345g Box1").find(L"#12345g"), std::wstring::npos);
     EXPECT_NE(failure(L"Design.Colour Mauve Box1").find(L"Mauve"), std::wstring::npos);
 }
@@ -238,9 +240,12 @@ protected:
         const auto& pointed = activeSession()->selectionManager()->highlightSet().selections();
         const auto* logical =
             pointed.size() == 1 ? Vs::cast<Vs::LogicalSelection>(pointed.front().get()) : nullptr;
-        return logical ? logical->path().toText(*asset()) : std::wstring();
+        return logical ? Vs::pathText(logical->path(), *asset()) : std::wstring();
     }
-    static size_t faces() { return path(L"Box3").resolve(*asset(), s_ignored)->body->mesh()->faces.size(); }
+    static size_t faces()
+    {
+        return Vs::resolvePath(path(L"Box3"), *asset(), s_ignored)->body->mesh()->faces.size();
+    }
 
     static inline Vs::Status s_ignored;
 };

@@ -4,6 +4,7 @@
 #include "Server/Base/Status.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/Types/Units/UnitDisplaySettings.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
@@ -72,7 +73,7 @@ bool find(const TextCommandParameters& parameters, Selections& objects, Vs::Stat
         return false;
     }
     for (unsigned i = 0; i < parameters.parameters(); ++i) {
-        const auto path = Vs::ObjectPath::find(*asset, parameters[i], status);
+        const auto path = Vs::findPath(*asset, parameters[i], status);
         if (!path)
             return false;
         objects.emplace_back(new Vs::LogicalSelection(asset, *path, nullptr));

@@ -10,7 +10,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "Server/DataModel/Selection/ChildPaths.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
@@ -77,12 +77,12 @@ Place placeOf(const Vs::Asset& asset, const TextCommandParameters& parameters)
     if (parameters.parameters() == 0 || parameters[0].empty())
         return {asset.components(), {}, {}};
     Vs::Status status;
-    const auto path = Vs::ObjectPath::find(asset, parameters[0], status);
+    const auto path = Vs::findPath(asset, parameters[0], status);
     if (!path)
         throw Vs::Exception(status.toString());
     const Vs::ObjectPath component{.component = path->component};
-    return {asset.findComponent(path->component), component.toText(asset),
-            component.placement(asset).value_or(GkMatrix3d())};
+    return {asset.findComponent(path->component), Vs::pathText(component, asset),
+            Vs::placementOf(component, asset).value_or(GkMatrix3d())};
 }
 
 TextCommandResult documents(const TextCommandParameters&)
@@ -184,7 +184,7 @@ TextCommandResult selection(const TextCommandParameters&)
     QJsonArray paths;
     for (const auto& selected : selectionSet().selections())
         if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selected.get()))
-            paths.append(json(logical->path().toText(asset)));
+            paths.append(json(Vs::pathText(logical->path(), asset)));
     return answer(QJsonDocument(paths));
 }
 
@@ -194,7 +194,7 @@ TextCommandResult select(const TextCommandParameters& parameters)
     std::vector<Vs::StrongRef<Vs::Selection>> chosen;
     for (unsigned i = 0; i < parameters.parameters(); ++i) {
         Vs::Status status;
-        const auto path = Vs::ObjectPath::find(asset, parameters[i], status);
+        const auto path = Vs::findPath(asset, parameters[i], status);
         if (!path)
             return {1, status.toString()};
         chosen.emplace_back(new Vs::LogicalSelection(&asset, *path, nullptr));

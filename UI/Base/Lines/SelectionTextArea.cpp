@@ -3,6 +3,7 @@
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
@@ -78,7 +79,7 @@ std::wstring listOf(const Vs::Asset& asset, const Vs::SelectionSet& selected)
     std::wstring paths;
     for (const auto& selection : selected.selections())
         if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            paths += (paths.empty() ? L"" : L"\n") + logical->path().toText(asset);
+            paths += (paths.empty() ? L"" : L"\n") + Vs::pathText(logical->path(), asset);
     return paths;
 }
 
@@ -103,8 +104,8 @@ public:
         Vs::Status status;
         Selections named;
         for (unsigned i = 0; i < parameters.parameters(); ++i) {
-            const auto path = Vs::ObjectPath::find(*session->asset(), parameters[i], status);
-            if (!path || !path->resolve(*session->asset(), status))
+            const auto path = Vs::findPath(*session->asset(), parameters[i], status);
+            if (!path || !Vs::resolvePath(*path, *session->asset(), status))
                 return {1, status.toString()};
             named.emplace_back(new Vs::LogicalSelection(session->asset(), *path, nullptr));
         }

@@ -7,6 +7,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
@@ -182,7 +183,7 @@ void StateRecorder::writeSelection()
     std::vector<std::wstring> paths;
     for (const auto& selection : selected.selections())
         if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            paths.push_back(Vs::Strings::quote(logical->path().toText(*m_session->asset())));
+            paths.push_back(Vs::Strings::quote(Vs::pathText(logical->path(), *m_session->asset())));
     if (paths.empty())
         Vs::writeTranscriptLine(L"Selection.Clear");
     for (size_t i = 0; i < paths.size(); i += kPathsOfLine) {

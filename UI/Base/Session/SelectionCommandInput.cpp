@@ -3,6 +3,7 @@
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -326,14 +327,14 @@ void SelectionCommandInput::modelWillChange()
     for (const auto& selection : selectionSet().selections())
         if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
             logical && logical->asset() == asset)
-            m_texts.emplace_back(logical->path(), logical->path().toText(*asset));
+            m_texts.emplace_back(logical->path(), Vs::pathText(logical->path(), *asset));
 }
 
 std::wstring SelectionCommandInput::textOf(const Vs::ObjectPath& path, const Vs::Asset& asset) const
 {
     const auto kept =
         std::find_if(m_texts.begin(), m_texts.end(), [&](const auto& each) { return each.first == path; });
-    return kept == m_texts.end() ? path.toText(asset) : kept->second;
+    return kept == m_texts.end() ? Vs::pathText(path, asset) : kept->second;
 }
 
 std::wstring SelectionCommandInput::valueOf(const std::vector<std::wstring>& paths)
@@ -354,7 +355,7 @@ std::optional<SelectionCommandInput::Selections> SelectionCommandInput::named(co
         return text.empty() ? std::optional(Selections()) : std::nullopt;
     Selections found;
     const auto find = [&](const std::wstring& path, Vs::Status& why) {
-        auto object = Vs::ObjectPath::find(*asset, path, why);
+        auto object = Vs::findPath(*asset, path, why);
         const std::string id = Vs::Strings::narrow(path);
         if (!object && asset->findComponent(id)) {
             object = Vs::ObjectPath{.component = id};

@@ -78,7 +78,7 @@ public:
     /// Whether the command needs the input filled. Default true; else it is valid as it is.
     void required(bool value) { m_required = value; }
 
-    /// The paths of the objects (ObjectPath::toText). Several have bars between them, and those that hold a
+    /// The paths of the objects (pathText). Several have bars between them, and those that hold a
     /// bar, a quote or a backslash stand in quotes.
     std::wstring valueAsString() const override;
     /// The text of a value that holds these paths.

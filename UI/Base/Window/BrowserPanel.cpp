@@ -3,6 +3,7 @@
 #include "Server/CommonData/NamedViewSelection.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -85,7 +86,7 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     m_model->shower([this](const QModelIndex& index, bool visible) {
         const std::string id = m_model->component(index)->id;
         runFromContextMenu(visible ? kShowCommand : kHideCommand,
-                           {{kObjectsArgument, Vs::ObjectPath{id}.toText(*m_model->asset())}});
+                           {{kObjectsArgument, Vs::pathText(Vs::ObjectPath{id}, *m_model->asset())}});
     });
     connect(m_tree, &QTreeView::customContextMenuRequested, this, &BrowserPanel::showMenu);
     connect(m_tree, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {

@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Server/Types/UnitsOptionGroup.h"
 #include "UI/Base/Command/ControlCommandInputs.h"
@@ -457,7 +458,7 @@ void MeasureCmd::assetComponentsChanged(Vs::ComponentsEvent* event)
     for (SelectionCommandInput* input : m_inputs->selections) {
         Vs::Status gone;
         const auto object = firstObject(input->selectionSet());
-        if (object && !object->path().resolve(*session->asset(), gone))
+        if (object && !Vs::resolvePath(object->path(), *session->asset(), gone))
             input->clear();
     }
     m_changing = false;

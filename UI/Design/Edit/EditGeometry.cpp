@@ -3,6 +3,7 @@
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "UI/Design/Localized.h"
 
 namespace Vu::Design {
@@ -73,7 +74,7 @@ BBox boundsOf(const Vs::Asset& asset, const std::vector<std::string>& components
     BBox bounds;
     for (const std::string& id : components) {
         const Vs::Component* component = asset.findComponent(id);
-        const auto place = Vs::ObjectPath{.component = id}.placement(asset);
+        const auto place = Vs::placementOf(Vs::ObjectPath{.component = id}, asset);
         if (component && place)
             addBounds(*component, *place, bounds);
     }

@@ -6,6 +6,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/Private/MeasureTexts.h"
 #include "Server/DataModel/Model/ModelBody.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 
 namespace Vs {
 
@@ -29,10 +30,10 @@ MeasuredObject::MeasuredObject(const LogicalSelection& selection)
     : m_asset(*selection.asset()), m_path(selection.path())
 {
     Status status;
-    const Component* component = m_path.resolve(m_asset, status);
+    const Component* component = resolvePath(m_path, m_asset, status);
     if (!component)
         throw MeasureError(status.toString());
-    collect(*component, m_path.placement(m_asset).value_or(GkMatrix3d()));
+    collect(*component, placementOf(m_path, m_asset).value_or(GkMatrix3d()));
     if (m_occurrences.empty())
         throw MeasureError(MeasureTexts::noExactShape(name()));
 }

@@ -2,6 +2,7 @@
 
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Model/ShapeMeasure.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/Selection.h"
 
 #include <stdexcept>
@@ -28,7 +29,7 @@ public:
     explicit MeasuredObject(const LogicalSelection& selection);
 
     const Asset& asset() const { return m_asset; }
-    std::wstring name() const { return m_path.toText(m_asset); }
+    std::wstring name() const { return pathText(m_path, m_asset); }
 
     /// A value of one object, in the asset's coordinates.
     MeasureResult measure(EMeasureType type) const;

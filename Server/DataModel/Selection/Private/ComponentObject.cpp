@@ -2,6 +2,7 @@
 
 #include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Edit/Private/ComponentGroups.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/Private/ComponentPasteRequest.h"
 #include "Server/DataModel/Selection/Private/DeleteRequest.h"
 #include "Server/DataModel/Selection/Selection.h"
@@ -35,18 +36,10 @@ std::vector<ObjectPath> toPaths(const std::vector<std::string>& components)
 
 } // namespace
 
-StrongRef<SharedObject> LogicalSelection::leaf(Asset& asset) const
-{
-    Status ignored;
-    if (&asset != m_asset || m_path.leaf != ObjectPath::Leaf::Component || !m_path.resolve(asset, ignored))
-        return nullptr;
-    return StrongRef<SharedObject>(new ComponentObject(&asset));
-}
-
 bool ComponentObject::canDelete(const ObjectPath& path) const
 {
     Status ignored;
-    return path.leaf == ObjectPath::Leaf::Component && path.resolve(*m_asset, ignored);
+    return path.leaf == ObjectPath::Leaf::Component && resolvePath(path, *m_asset, ignored);
 }
 
 Request* ComponentObject::provideDeleteRequest(const ObjectPath& path)

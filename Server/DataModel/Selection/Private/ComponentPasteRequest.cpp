@@ -3,6 +3,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/Texts.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 
 #include <utility>
 
@@ -25,7 +26,7 @@ void ComponentPasteRequest::onExecute(Asset& asset, Status& status)
 {
     std::vector<std::string> components;
     for (const ObjectPath& path : m_paths) {
-        if (!path.resolve(*m_source, status))
+        if (!resolvePath(path, *m_source, status))
             return;
         components.push_back(path.component);
     }

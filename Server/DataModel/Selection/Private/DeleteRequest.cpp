@@ -4,6 +4,7 @@
 #include "Server/DataModel/Edit/Private/ComponentGroups.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/Texts.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 
 #include <utility>
 
@@ -30,7 +31,7 @@ void DeleteRequest::onExecute(Asset& asset, Status& status)
     }
     std::vector<std::string> components;
     for (const ObjectPath& path : m_paths) {
-        if (!path.resolve(asset, status))
+        if (!resolvePath(path, asset, status))
             return;
         components.push_back(path.component);
     }

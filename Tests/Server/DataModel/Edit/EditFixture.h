@@ -3,6 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/DataModel/Selection/ObjectPath.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Server/DataModel/Fixture.h"
 
@@ -45,7 +46,7 @@ protected:
 
     static GkPoint3d originOf(const Vs::Asset& asset, const std::string& id)
     {
-        const auto place = Vs::ObjectPath{.component = id}.placement(asset);
+        const auto place = Vs::placementOf(Vs::ObjectPath{.component = id}, asset);
         EXPECT_TRUE(place) << id;
         return place.value_or(GkMatrix3d()) * GkPoint3d();
     }

@@ -4,6 +4,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/Server/DataModel/Measure/Measures.h"
 #include "Tests/Support/RealData.h"
 
@@ -35,7 +36,7 @@ TEST_F(MeasureRealTest, EveryPartOfEveryBodyHasAnAnswerOrAReason)
                 for (uint32_t i = 0; i < count; ++i)
                     for (const Type type : types) {
                         MeasureResult result;
-                        if (!measure({ObjectPath{component->id, leaf, i}.toText(*asset)}, type, result))
+                        if (!measure({pathText(ObjectPath{component->id, leaf, i}, *asset)}, type, result))
                             continue;
                         ++answers;
                         area += type == Type::Area ? result.value : 0;
@@ -46,7 +47,7 @@ TEST_F(MeasureRealTest, EveryPartOfEveryBodyHasAnAnswerOrAReason)
             ask(ObjectPath::Leaf::Edge, mesh->edgeStarts.size() - 1,
                 {Type::Length, Type::Radius, Type::PositionX});
             MeasureResult whole;
-            if (measure({ObjectPath{component->id, ObjectPath::Leaf::Body}.toText(*asset)}, Type::Area,
+            if (measure({pathText(ObjectPath{component->id, ObjectPath::Leaf::Body}, *asset)}, Type::Area,
                         whole) &&
                 std::string(file) != "nist_ctc_02_asme1_ap242-e2.stp") {
                 SCOPED_TRACE(file);
@@ -73,7 +74,7 @@ TEST_F(MeasureRealTest, TrianglesHaveAnAreaButNoVolumeWhereTheyLeaveAHole)
         Document* document = open(write("s" + std::to_string(count) + ".stl", text + "endsolid s\n"));
         ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
         asset = document->activeAsset();
-        const std::wstring path = ObjectPath{asset->components()->children[0]->id}.toText(*asset);
+        const std::wstring path = pathText(ObjectPath{asset->components()->children[0]->id}, *asset);
         MeasureResult result;
         EXPECT_GT(value({path}, Type::Area), 1.49);
         ASSERT_EQ(measure({path}, Type::Volume, result), count == 4);

@@ -5,6 +5,7 @@
 #include "Server/Body/Body.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Edit/EditRequest.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/Server/DataModel/KernelShapes.h"
 #include "Tests/Server/DataModel/Measure/Measures.h"
 #include "Tests/Support/RealData.h"
@@ -96,7 +97,7 @@ protected:
         double sum = 0;
         for (const auto& top : asset->components()->children) {
             MeasureResult result;
-            if (measure({ObjectPath{top->id}.toText(*asset)}, type, result))
+            if (measure({pathText(ObjectPath{top->id}, *asset)}, type, result))
                 sum += result.value;
             else
                 EXPECT_NE(why.find("is open"), std::string::npos) << why;
@@ -176,7 +177,7 @@ TEST_F(MeasureReferenceTest, FacesBesideASolidAreMeasuredAlone)
     for (const Component* component : componentsOf(*asset))
         for (uint32_t i = 0; component->body && i < component->body->mesh()->faces.size(); ++i)
             areas.push_back(
-                value({ObjectPath{component->id, ObjectPath::Leaf::Face, i}.toText(*asset)}, Type::Area));
+                value({pathText(ObjectPath{component->id, ObjectPath::Leaf::Face, i}, *asset)}, Type::Area));
     for (const double stated : {5674.50173054656, 4417.86466911065}) {
         const auto nearest = std::min_element(areas.begin(), areas.end(), [&](double a, double b) {
             return std::abs(a - stated) < std::abs(b - stated);
@@ -229,7 +230,7 @@ TEST_F(MeasureReferenceTest, RoundedEdgesMeasureWhatOthersFound)
     BlendEdit rounded{BlendEdit::Kind::Fillet, {}, 10};
     for (uint32_t i = 0; i < 12; ++i) {
         const ObjectPath edge{cube, ObjectPath::Leaf::Edge, i};
-        const GkPoint3d middle = position(edge.toText(*asset));
+        const GkPoint3d middle = position(pathText(edge, *asset));
         // Those that meet in the origin.
         if (middle.x + middle.y + middle.z < 60)
             rounded.edges.push_back(edge);
@@ -260,14 +261,14 @@ TEST_F(MeasureReferenceTest, DistancesAndAnglesAreThoseThatOthersFound)
     close();
 
     ASSERT_NO_FATAL_FAILURE(openShape(&KernelShapes::writePlanes));
-    const std::wstring part = ObjectPath{asset->components()->children[0]->id}.toText(*asset);
+    const std::wstring part = pathText(ObjectPath{asset->components()->children[0]->id}, *asset);
     expectReference("R25", "distance", 0, value({part + L"/Face1", part + L"/Face2"}, Type::Distance), 1e-7);
     EXPECT_FALSE(measure({part + L"/Face1", part + L"/Face2"}, Type::Angle, result));
     close();
 
     ASSERT_NO_FATAL_FAILURE(openShape(&KernelShapes::writeEdges));
     // The face's four edges come first.
-    const std::wstring edges = ObjectPath{asset->components()->children[0]->id}.toText(*asset) + L"/Edge";
+    const std::wstring edges = pathText(ObjectPath{asset->components()->children[0]->id}, *asset) + L"/Edge";
     EXPECT_FALSE(measure({edges + L"1", edges + L"3"}, Type::Angle, result)) << "R30, parallel lines";
     expectReference("R29", "angle of lines", 0, value({edges + L"5", edges + L"6"}, Type::Angle), 1e-12,
                     pi / 180);

@@ -1,6 +1,7 @@
 // Shapes that the program itself doesn't make: cones, open solids, what has shrunk to nothing.
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/Server/DataModel/KernelShapes.h"
 #include "Tests/Server/DataModel/Measure/Measures.h"
 
@@ -25,7 +26,7 @@ protected:
         if (!document)
             return {};
         asset = document->activeAsset();
-        return ObjectPath{asset->components()->children[0]->id}.toText(*asset);
+        return pathText(ObjectPath{asset->components()->children[0]->id}, *asset);
     }
 
     /// How many pairs of so many parts have each angle, in degrees; -1 stands for none. Each angle's

@@ -5,6 +5,7 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Server/DataModel/Measure/Measures.h"
@@ -230,14 +231,14 @@ TEST_F(MeasureTest, FiltersAcceptTheObjectsOfTheirType)
 TEST_F(MeasureTest, MeshesHaveTheVerticesOfTheExactShapesInTheirOrder)
 {
     for (const std::wstring name : {L"Turned", L"Post"}) {
-        const auto path = ObjectPath::find(*asset, name, status);
+        const auto path = findPath(*asset, name, status);
         ASSERT_TRUE(path);
         const std::vector<float> points = asset->findComponent(path->component)->body->mesh()->vertexPoints;
         EXPECT_EQ(points.size(), 3 * (name == L"Post" ? 2u : 8u));
         for (size_t i = 0; i < points.size() / 3; ++i) {
             const GkPoint3d own(points[3 * i], points[3 * i + 1], points[3 * i + 2]);
             const GkPoint3d exact = position(name + L"/Vertex" + std::to_wstring(i + 1));
-            EXPECT_TRUE((*path->placement(*asset) * own).isEqualTo(exact, {1e-5, 1e-6})) << i;
+            EXPECT_TRUE((*placementOf(*path, *asset) * own).isEqualTo(exact, {1e-5, 1e-6})) << i;
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/Server/DataModel/Fixture.h"
 
 /// Measures objects of `asset` by their texts.
@@ -11,7 +12,7 @@ protected:
     Vs::StrongRef<Vs::LogicalSelection> object(const std::wstring& text)
     {
         Vs::Status own;
-        const auto path = Vs::ObjectPath::find(*asset, text, own);
+        const auto path = Vs::findPath(*asset, text, own);
         EXPECT_TRUE(path) << Vs::Strings::narrow(own.toString());
         return Vs::StrongRef<Vs::LogicalSelection>(
             new Vs::LogicalSelection(asset, path.value_or(Vs::ObjectPath{}), nullptr));

@@ -1,6 +1,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/Selection.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Server/DataModel/Fixture.h"
@@ -23,7 +24,7 @@ protected:
     int found(const Asset& asset, const wchar_t* text)
     {
         status.clear();
-        const auto path = ObjectPath::find(asset, text, status);
+        const auto path = findPath(asset, text, status);
         why = Strings::narrow(status.toString());
         EXPECT_EQ(path.has_value(), why.empty()) << why;
         const auto& all = asset.components()->children;
@@ -46,12 +47,12 @@ TEST_F(ObjectPathTest, TextsNameWhatTheyWereMadeFromWhateverTheNamesAre)
                                     {component->id, ObjectPath::Leaf::Edge, 11},
                                     {component->id, ObjectPath::Leaf::Vertex, 7}};
         for (const ObjectPath& path : paths) {
-            const std::wstring text = path.toText(*asset);
-            EXPECT_EQ(ObjectPath::find(*asset, text, status), path) << Strings::narrow(text);
+            const std::wstring text = pathText(path, *asset);
+            EXPECT_EQ(findPath(*asset, text, status), path) << Strings::narrow(text);
         }
     }
     EXPECT_TRUE(status.isOk()) << Strings::narrow(status.toString());
-    EXPECT_EQ((ObjectPath{asset->components()->children[1]->id, ObjectPath::Leaf::Face, 2}.toText(*asset)),
+    EXPECT_EQ((pathText(ObjectPath{asset->components()->children[1]->id, ObjectPath::Leaf::Face, 2}, *asset)),
               L"Bolt:2/Body1/Face3");
 }
 
@@ -93,17 +94,17 @@ TEST_F(ObjectPathTest, EachWrongPathHasItsOwnReason)
 TEST_F(ObjectPathTest, APathIsStaleWhileItsObjectIsGoneAndRightWhenItIsBack)
 {
     Asset* asset = assetWith({L"Plate", L"Bolt"});
-    const auto path = ObjectPath::find(*asset, L"Bolt/Edge3", status);
+    const auto path = findPath(*asset, L"Bolt/Edge3", status);
     ASSERT_TRUE(path);
     ASSERT_TRUE(Transaction::undo(asset));
-    EXPECT_EQ(path->resolve(*asset, status), nullptr);
+    EXPECT_EQ(resolvePath(*path, *asset, status), nullptr);
     EXPECT_TRUE(status.matchingError("isn't in"));
-    EXPECT_EQ(path->toText(*asset), L"");
-    EXPECT_FALSE(path->placement(*asset));
+    EXPECT_EQ(pathText(*path, *asset), L"");
+    EXPECT_FALSE(placementOf(*path, *asset));
     ASSERT_TRUE(Transaction::redo(asset));
     status.clear();
-    EXPECT_NE(path->resolve(*asset, status), nullptr);
-    EXPECT_EQ(path->toText(*asset), L"Bolt:1/Body1/Edge3");
+    EXPECT_NE(resolvePath(*path, *asset, status), nullptr);
+    EXPECT_EQ(pathText(*path, *asset), L"Bolt:1/Body1/Edge3");
     const LogicalSelection one(asset, *path, nullptr), same(asset, *path, nullptr),
         other(asset, path->component, nullptr);
     EXPECT_TRUE(one.isEqualTo(same));
@@ -119,9 +120,9 @@ TEST_F(ObjectPathTest, OccurrencesOfARealAssemblyAreToldApart)
     std::vector<GkPoint3d> places;
     for (const Component* component : componentsOf(asset)) {
         const ObjectPath path{component->id};
-        EXPECT_EQ(ObjectPath::find(asset, path.toText(asset), status), path);
+        EXPECT_EQ(findPath(asset, pathText(path, asset), status), path);
         if (component->name == L"bolt" || (component->body && component->body->name() == L"bolt")) {
-            places.push_back(*path.placement(asset) * GkPoint3d());
+            places.push_back(*placementOf(path, asset) * GkPoint3d());
             for (size_t i = 0; i + 1 < places.size(); ++i)
                 EXPECT_GT(places[i].distanceTo(places.back()), 1.0);
         }

@@ -1,6 +1,7 @@
 // The measure command, driven by lines as its panel and the canvas drive it.
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/DataModel/Transaction.h"
 #include "Server/Scene/GeometryNode.h"
@@ -341,7 +342,7 @@ TEST_F(MeasurePanel, WaitsWhileWhatItMeasuresIsSelected)
     auto* value = input<RealValueCommandInput>(L"SnapValueInput");
     value->triggerMruCommand(L"MeasureCommand");
     Vs::Status status;
-    const auto path = Vs::ObjectPath::find(*activeSession()->asset(), L"Box2/Edge1", status);
+    const auto path = Vs::findPath(*activeSession()->asset(), L"Box2/Edge1", status);
     Vs::SelectionSet* selected = Vu::ActiveAssetUtils::selectionSet();
     selected->add(
         Vs::StrongRef<Vs::Selection>(new Vs::LogicalSelection(activeSession()->asset(), *path, nullptr)));

@@ -3,6 +3,7 @@
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Selection/IPasteSource.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/UI/Commands/EditComponents.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -19,13 +20,13 @@ protected:
     {
         Texts texts;
         for (const auto& selection : selected().selections())
-            texts.push_back(Vs::cast<Vs::LogicalSelection>(selection.get())->path().toText(*asset()));
+            texts.push_back(Vs::pathText(Vs::cast<Vs::LogicalSelection>(selection.get())->path(), *asset()));
         return texts;
     }
     /// Where the component lies, as the place of its own origin.
     static GkPoint3d placeOf(const std::wstring& component)
     {
-        return path(component).placement(*asset()).value() * GkPoint3d();
+        return Vs::placementOf(path(component), *asset()).value() * GkPoint3d();
     }
     static std::wstring volumeOf(const std::wstring& object)
     {
@@ -141,7 +142,7 @@ TEST_F(ClipboardCommands, KeepWhatAnAssemblyHasInItAndSharesWithOthers)
     EXPECT_EQ(volumeOf(L"plate_1"), plate);
     Vs::Status status;
     const auto bodyOf = [&](const std::wstring& text) {
-        return path(text).resolve(*asset(), status)->body.get();
+        return Vs::resolvePath(path(text), *asset(), status)->body.get();
     };
     EXPECT_EQ(bodyOf(L"l-bracket-assembly_1/nut-bolt-assembly_1/bolt_1"),
               bodyOf(L"l-bracket-assembly_1/nut-bolt-assembly_2/bolt_1"))

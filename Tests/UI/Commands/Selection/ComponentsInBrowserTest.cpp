@@ -1,3 +1,4 @@
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/UI/Commands/EditComponents.h"
 #include "Tests/UI/Commands/InBrowser.h"
 
@@ -22,7 +23,7 @@ protected:
     {
         Texts texts;
         for (const auto& selection : selected().selections())
-            texts.push_back(Vs::cast<Vs::LogicalSelection>(selection.get())->path().toText(*asset()));
+            texts.push_back(Vs::pathText(Vs::cast<Vs::LogicalSelection>(selection.get())->path(), *asset()));
         return texts;
     }
     /// Types a name into the item's field.
@@ -57,7 +58,7 @@ TEST_F(ComponentsInTheBrowser, AreMarkedAsSoonAsTheyAreSelectedAnywhere)
     const auto object = [](const std::wstring& text) {
         Vs::Status status;
         return Vs::StrongRef<Vs::Selection>(
-            new Vs::LogicalSelection(asset(), *Vs::ObjectPath::find(*asset(), text, status), nullptr));
+            new Vs::LogicalSelection(asset(), *Vs::findPath(*asset(), text, status), nullptr));
     };
     const auto isMarked = [&](const std::wstring& name) {
         return tree->selectionModel()->isSelected(item(name));

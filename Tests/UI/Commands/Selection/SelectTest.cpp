@@ -1,5 +1,6 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Body/Body.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Tests/Support/Files.h"
@@ -37,8 +38,8 @@ protected:
     {
         Texts texts;
         for (const auto& selection : lit().selections())
-            texts.push_back(
-                Vs::cast<Vs::LogicalSelection>(selection.get())->path().toText(*activeSession()->asset()));
+            texts.push_back(Vs::pathText(Vs::cast<Vs::LogicalSelection>(selection.get())->path(),
+                                         *activeSession()->asset()));
         return texts;
     }
 };

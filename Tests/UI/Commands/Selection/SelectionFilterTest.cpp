@@ -1,4 +1,5 @@
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/Private/SelectionOptionGroup.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Tests/Support/Files.h"
@@ -77,10 +78,11 @@ protected:
     {
         selected().clear();
         clickAt(placeOf(component));
-        return selected().empty() ? L""
-                                  : Vs::cast<Vs::LogicalSelection>(selected().selections().front().get())
-                                        ->path()
-                                        .toText(*asset());
+        return selected().empty()
+                   ? L""
+                   : Vs::pathText(
+                         Vs::cast<Vs::LogicalSelection>(selected().selections().front().get())->path(),
+                         *asset());
     }
 };
 

@@ -3,6 +3,7 @@
 #include "Server/Base/Status.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneAssetAdapter.h"
@@ -56,7 +57,7 @@ void SelectionDisplay::dropStale(Vs::SelectionSet& set)
     const auto isStale = [this](const Vs::StrongRef<Vs::Selection>& selection) {
         const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
         Vs::Status ignored;
-        return logical && logical->asset() == m_asset && !logical->path().resolve(*m_asset, ignored);
+        return logical && logical->asset() == m_asset && !Vs::resolvePath(logical->path(), *m_asset, ignored);
     };
     auto left = set.selections();
     if (std::erase_if(left, isStale) > 0)

@@ -1,4 +1,4 @@
-#include "Server/DataModel/Selection/ObjectPath.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 
 #include "Server/Base/NumberText.h"
 #include "Server/Base/Status.h"
@@ -6,7 +6,6 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Private/Texts.h"
-#include "Server/DataModel/Selection/ChildPaths.h"
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/tokenizer.hpp>
@@ -208,7 +207,7 @@ size_t countOf(Leaf leaf, const BodyMesh& mesh)
 
 } // namespace
 
-std::optional<ObjectPath> ObjectPath::find(const Asset& asset, std::wstring_view text, Status& status)
+std::optional<ObjectPath> findPath(const Asset& asset, std::wstring_view text, Status& status)
 {
     Status own;
     const auto steps = splitSteps(text, own);
@@ -216,16 +215,16 @@ std::optional<ObjectPath> ObjectPath::find(const Asset& asset, std::wstring_view
     const bool found = steps && std::all_of(steps->begin(), steps->end(),
                                             [&](const std::wstring& step) { return walk.step(step); });
     status.merge(own);
-    if (!found || !walk.path().resolve(asset, status))
+    if (!found || !resolvePath(walk.path(), asset, status))
         return std::nullopt;
     return walk.path();
 }
 
-std::wstring ObjectPath::toText(const Asset& asset) const
+std::wstring pathText(const ObjectPath& path, const Asset& asset)
 {
     std::wstring text;
     const Component* parent = asset.components();
-    for (const Component* component : chainTo(asset, component)) {
+    for (const Component* component : chainTo(asset, path.component)) {
         size_t number = 0;
         for (const auto& sibling : parent->children) {
             number += sibling->name == component->name ? 1u : 0u;
@@ -235,10 +234,10 @@ std::wstring ObjectPath::toText(const Asset& asset) const
         text += (text.empty() ? L"" : L"/") + stepText(component->name, number);
         parent = component;
     }
-    if (text.empty() || leaf == Leaf::Component)
+    if (text.empty() || path.leaf == Leaf::Component)
         return text;
     text += std::wstring(L"/") + wordOf(Leaf::Body) + L'1';
-    return isPartOfBody() ? text + L'/' + wordOf(leaf) + std::to_wstring(index + 1) : text;
+    return path.isPartOfBody() ? text + L'/' + wordOf(path.leaf) + std::to_wstring(path.index + 1) : text;
 }
 
 std::vector<std::wstring> childPaths(const Component& component, const std::wstring& path)
@@ -250,28 +249,28 @@ std::vector<std::wstring> childPaths(const Component& component, const std::wstr
     return paths;
 }
 
-const Component* ObjectPath::resolve(const Asset& asset, Status& status) const
+const Component* resolvePath(const ObjectPath& path, const Asset& asset, Status& status)
 {
-    const Component* found = asset.findComponent(component);
-    if (!found || (leaf != Leaf::Component && !found->body)) {
+    const Component* found = asset.findComponent(path.component);
+    if (!found || (path.leaf != Leaf::Component && !found->body)) {
         status.addError(
             localizedFormat("PathStale", "What was named isn't in \"%1%\" any more.", asset.name()));
         return nullptr;
     }
-    if (leaf != Leaf::Face && leaf != Leaf::Edge)
+    if (path.leaf != Leaf::Face && path.leaf != Leaf::Edge)
         return found;
-    const size_t count = countOf(leaf, *found->body->mesh());
-    if (index < count)
+    const size_t count = countOf(path.leaf, *found->body->mesh());
+    if (path.index < count)
         return found;
     status.addError(localizedFormat("PathNoSuchPart", "\"%1%\" has no %2%: the last is number %3%.",
-                                    found->name, wordOf(leaf) + std::to_wstring(index + 1), count));
+                                    found->name, wordOf(path.leaf) + std::to_wstring(path.index + 1), count));
     return nullptr;
 }
 
-std::optional<GkMatrix3d> ObjectPath::placement(const Asset& asset) const
+std::optional<GkMatrix3d> placementOf(const ObjectPath& path, const Asset& asset)
 {
     GkMatrix3d result;
-    const auto chain = chainTo(asset, component);
+    const auto chain = chainTo(asset, path.component);
     for (const Component* component : chain)
         result = result * component->placement;
     return chain.empty() ? std::nullopt : std::optional(result);

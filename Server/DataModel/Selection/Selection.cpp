@@ -1,7 +1,10 @@
+#include "Server/DataModel/Selection/Selection.h"
+
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
-#include "Server/DataModel/Selection/Selection.h"
+#include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/Private/ComponentObject.h"
 
 namespace Vs {
 namespace {
@@ -58,13 +61,22 @@ BBox partBox(const Component& component, const ObjectPath& path)
 
 } // namespace
 
+StrongRef<SharedObject> LogicalSelection::leaf(Asset& asset) const
+{
+    Status ignored;
+    if (&asset != m_asset || m_path.leaf != ObjectPath::Leaf::Component ||
+        !resolvePath(m_path, asset, ignored))
+        return nullptr;
+    return StrongRef<SharedObject>(new ComponentObject(&asset));
+}
+
 bool LogicalSelection::calculateBounds(const Asset& asset, BBox& box) const
 {
     Status ignored;
-    const Component* component = &asset == m_asset ? m_path.resolve(asset, ignored) : nullptr;
+    const Component* component = &asset == m_asset ? resolvePath(m_path, asset, ignored) : nullptr;
     if (!component)
         return false;
-    const GkMatrix3d placement = m_path.placement(asset).value_or(GkMatrix3d());
+    const GkMatrix3d placement = placementOf(m_path, asset).value_or(GkMatrix3d());
     const BBox found = m_path.leaf == ObjectPath::Leaf::Component
                            ? componentBox(*component).transformed(placement * component->placement.inverse())
                            : partBox(*component, m_path).transformed(placement);
