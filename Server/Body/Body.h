@@ -2,9 +2,11 @@
 
 #include "Server/Base/Object.h"
 #include "Server/Body/BodyMesh.h"
+#include "Server/Body/BodyProperties.h"
 #include "Server/Geometry/GkMatrix3d.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace Vs {
@@ -18,6 +20,9 @@ public:
     virtual Colour colour() const = 0;
     /// The mesh, or null as long as it is still being made.
     virtual std::shared_ptr<const BodyMesh> mesh() const = 0;
+
+    /// Those of the properties that belong to `what`, and the counts; see bodyProperties.
+    virtual std::optional<BodyProperties> properties(BodyMeasure what, Status& status) const = 0;
 
     /// Whether the body is smart: a solid that is nothing but a box, a cylinder or a sphere, by its exact
     /// shape; surfaces that are written as splines don't count. If so, what isn't null is filled with its

@@ -89,7 +89,8 @@ public:
 
 private:
     friend class Document;
-    friend class DocumentStore;
+    friend class DocumentBuild;
+    friend class DocumentSave;
     Asset(Document* document, const std::wstring& name, AssetType* type, Asset* parent, bool visible);
 
     Document* m_document;

@@ -6,7 +6,8 @@
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
-#include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/Native/DocumentFile.h"
+#include "Server/DataModel/Native/DocumentSave.h"
 #include "Server/DataModel/Native/Paths.h"
 #include "Server/Types/Uuid.h"
 
@@ -84,7 +85,7 @@ bool Document::save(Status& status)
         return false;
     if (m_path.empty())
         own.addError(L"\"" + m_displayName + L"\" has no file name yet. Give it one with Save As.");
-    const bool saved = own.isOk() && DocumentStore::save(*this, m_path, own);
+    const bool saved = own.isOk() && DocumentSave::save(*this, m_path, own);
     status.merge(own);
     if (!saved) {
         tellFailure(own);
@@ -102,7 +103,7 @@ bool Document::saveAs(const std::wstring& path, Status& status)
     if (path.empty())
         own.addError(L"\"" + m_displayName + L"\" needs a file name to be saved under.");
     const std::wstring absolute = path.empty() ? path : boost::filesystem::absolute(path).wstring();
-    const bool saved = own.isOk() && DocumentStore::save(*this, absolute, own);
+    const bool saved = own.isOk() && DocumentSave::save(*this, absolute, own);
     status.merge(own);
     if (!saved) {
         tellFailure(own);

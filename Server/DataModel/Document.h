@@ -97,7 +97,8 @@ public:
 private:
     friend class Asset;
     friend class DocumentMgr;
-    friend class DocumentStore;
+    friend class DocumentBuild;
+    friend class DocumentSave;
     Document(DocumentType* type, const std::wstring& displayName);
     Asset* adopt(std::unique_ptr<Asset> asset);
     void takePath(const std::wstring& path);

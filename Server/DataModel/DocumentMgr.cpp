@@ -6,7 +6,8 @@
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentEvents.h"
-#include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/Native/DocumentBuild.h"
+#include "Server/DataModel/Native/DocumentFile.h"
 #include "Server/DataModel/Native/Paths.h"
 #include "Server/DataModel/NativeFile.h"
 #include "Server/DataModel/Private/ProgressText.h"
@@ -158,9 +159,9 @@ bool DocumentMgr::isNative(const std::wstring& path) const
 Document* DocumentMgr::openNative(const std::wstring& path, Status& status)
 {
     ProgressScope progress(ProgressText::opening(path));
-    auto load = DocumentStore::read(
+    auto load = DocumentBuild::read(
         path, [&](double fraction) { return progress.update(fraction); }, status);
-    return load ? DocumentStore::build(std::move(*load), path, status) : nullptr;
+    return load ? DocumentBuild::build(std::move(*load), path, status) : nullptr;
 }
 
 void DocumentMgr::close(Document* document)

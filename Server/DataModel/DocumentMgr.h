@@ -62,7 +62,8 @@ public:
 
 private:
     friend class Document;
-    friend class DocumentStore;
+    friend class DocumentBuild;
+    friend class DocumentSave;
     DocumentMgr() = default;
     Document* openNative(const std::wstring& path, Status& status);
     Document* add(AssetType* type, const std::wstring& displayName, Status& status);

@@ -6,7 +6,7 @@
 #include "Server/DataModel/Exchange/ForeignImport.h"
 #include "Server/DataModel/Exchange/ForeignTranslator.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
-#include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/Native/DocumentBuild.h"
 #include "Server/DataModel/Private/ProgressText.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 
@@ -59,7 +59,7 @@ void readAll(std::vector<NativeJob>& jobs)
     for (size_t i = 0; i < std::min(most, jobs.size()); ++i)
         threads.emplace_back([&] {
             for (size_t k = next++; k < jobs.size(); k = next++) {
-                jobs[k].load = DocumentStore::read(
+                jobs[k].load = DocumentBuild::read(
                     jobs[k].path, [&](double) { return goOn.load(); }, jobs[k].status);
                 done.release();
             }
@@ -79,7 +79,7 @@ Document* take(NativeJob& job, Status& status)
     // The same file may be named twice.
     if (Document* open = DocumentMgr::get()->document(job.path))
         return open;
-    return job.load ? DocumentStore::build(std::move(*job.load), job.path, status) : nullptr;
+    return job.load ? DocumentBuild::build(std::move(*job.load), job.path, status) : nullptr;
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Model/ModelData.h"
-#include "Server/DataModel/SteppedTransaction.h"
+#include "Server/DataModel/Private/ChangeSteps.h"
 #include "Server/DataModel/TransactionMgr.h"
 #include "Server/DataModel/TransactionStepUserCache.h"
 
@@ -11,53 +11,9 @@
 
 namespace Vs {
 
+using namespace ChangeSteps;
+
 namespace {
-
-void tellComponents(Asset* asset)
-{
-    asset->data().history().settle();
-    ComponentsEvent::Changes changes = asset->data().refresh();
-    if (changes.added.empty() && changes.changed.empty() && changes.removed.empty())
-        return;
-    ComponentsEvent event(asset, std::move(changes));
-    AssetEventSource::get()->fireAssetComponentsChanged(&event);
-}
-
-/// Tells of values that were put back; of new ones Asset::setting has told.
-void tellBack(Asset* asset, ChangeHistory::Extent extent)
-{
-    if (extent.model)
-        tellComponents(asset);
-    if (!extent.settings)
-        return;
-    AssetEvent event(asset);
-    AssetEventSource::get()->fireAssetSettingsChanged(&event);
-}
-
-void begin(Asset* asset, const std::wstring& name,
-           void (ChangeHistory::*start)(const std::wstring&, const std::wstring&))
-{
-    if (!asset->document()->mayBeEdited())
-        throw std::runtime_error("its document is read-only");
-    (asset->data().history().*start)(name, TransactionMgr::cmdKeyNow(asset));
-}
-
-void markChanged(Asset* asset, ChangeHistory::Extent extent)
-{
-    if (extent.model)
-        asset->data().markChanged();
-    asset->markDirty();
-}
-
-bool step(Asset* asset, ChangeHistory::Extent (ChangeHistory::*direction)())
-{
-    const ChangeHistory::Extent extent = (asset->data().history().*direction)();
-    if (extent.nothing())
-        return false;
-    markChanged(asset, extent);
-    tellBack(asset, extent);
-    return true;
-}
 
 /// Whether the session's steps can be walked now.
 bool isFree(Asset* asset)
@@ -162,69 +118,6 @@ bool Transaction::undo(Asset* asset)
 bool Transaction::redo(Asset* asset)
 {
     return isFree(asset) && step(asset, &ChangeHistory::redo);
-}
-
-SteppedTransaction::SteppedTransaction(Asset* asset, const std::wstring& name) : m_asset(asset)
-{
-    if (isOpen(asset) || asset->data().history().isOpen())
-        throw std::runtime_error("another change of it isn't finished");
-    begin(asset, name, &ChangeHistory::beginGroup);
-}
-
-SteppedTransaction::~SteppedTransaction()
-{
-    if (m_open)
-        abort();
-}
-
-bool SteppedTransaction::isOpen(const Asset* asset)
-{
-    return asset->data().history().group() != nullptr;
-}
-
-const TransactionNode& SteppedTransaction::node() const
-{
-    return *m_asset->data().history().group();
-}
-
-void SteppedTransaction::commit()
-{
-    m_open = false;
-    m_asset->data().history().commitGroup();
-}
-
-void SteppedTransaction::abort()
-{
-    m_open = false;
-    const ChangeHistory::Extent extent = m_asset->data().history().abortGroup();
-    if (extent.nothing())
-        return;
-    markChanged(m_asset, extent);
-    tellBack(m_asset, extent);
-}
-
-// What others changed after a step goes with it.
-bool SteppedTransaction::undoStep()
-{
-    if (m_asset->data().history().isOpen())
-        return false;
-    while (const TransactionNode* next = node().transactionToUndo()) {
-        const bool own = next->userCache();
-        step(m_asset, &ChangeHistory::undo);
-        if (own)
-            return true;
-    }
-    return false;
-}
-
-bool SteppedTransaction::redoStep()
-{
-    if (m_asset->data().history().isOpen() || !node().transactionToRedo())
-        return false;
-    do
-        step(m_asset, &ChangeHistory::redo);
-    while (node().transactionToRedo() && !node().transactionToRedo()->userCache());
-    return true;
 }
 
 } // namespace Vs

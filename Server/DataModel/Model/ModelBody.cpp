@@ -102,20 +102,4 @@ ShapeAnswer ModelBody::measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasu
     return known->second;
 }
 
-std::optional<BodyProperties> bodyProperties(const Body& body, Status& status)
-{
-    if (const auto* modelBody = cast<ModelBody>(&body)) {
-        auto all = modelBody->properties(BodyMeasure::Volume, status);
-        const auto area = all ? modelBody->properties(BodyMeasure::Area, status) : std::nullopt;
-        if (!area)
-            return std::nullopt;
-        all->area = area->area;
-        all->freeArea = area->freeArea;
-        all->areaCentre = area->areaCentre;
-        return all;
-    }
-    status.addError(L"\"" + body.name() + L"\" has no exact geometry to be measured.");
-    return std::nullopt;
-}
-
 } // namespace Vs

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Server/Body/Body.h"
-#include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Model/ModelData.h"
 
 #include <map>
@@ -26,6 +25,8 @@ public:
     Colour colour() const override { return m_part.colour; }
     std::shared_ptr<const BodyMesh> mesh() const override;
 
+    /// Measured at the first call.
+    std::optional<BodyProperties> properties(BodyMeasure what, Status& status) const override;
     bool smart(std::wstring* kind, GkMatrix3d* placement, double* size1, double* size2,
                double* size3) const override;
 
@@ -35,8 +36,6 @@ public:
     /// Takes over name and colour; true if anything is new.
     bool update(const PartTree::Body& part);
 
-    /// Those of the properties that belong to `what`, and the counts; measured at the first call.
-    std::optional<BodyProperties> properties(BodyMeasure what, Status& status) const;
     /// Measures a face, edge or vertex in the body's own coordinates, once. Throws std::runtime_error.
     ShapeAnswer measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const;
     const std::shared_ptr<ModelSource>& source() const { return m_source; }

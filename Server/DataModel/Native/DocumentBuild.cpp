@@ -1,3 +1,5 @@
+#include "Server/DataModel/Native/DocumentBuild.h"
+
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetEvents.h"
@@ -6,7 +8,7 @@
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Model/ModelData.h"
-#include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/Native/DocumentFile.h"
 #include "Server/Types/Uuid.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -39,7 +41,7 @@ std::set<uuid> takenIdentifiers()
 
 } // namespace
 
-std::optional<Native::NativeLoad> DocumentStore::read(const std::wstring& path,
+std::optional<Native::NativeLoad> DocumentBuild::read(const std::wstring& path,
                                                       const Native::NativeLoad::Watch& watch, Status& status)
 {
     try {
@@ -52,7 +54,7 @@ std::optional<Native::NativeLoad> DocumentStore::read(const std::wstring& path,
     return std::nullopt;
 }
 
-Document* DocumentStore::build(Native::NativeLoad load, const std::wstring& path, Status& status)
+Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path, Status& status)
 {
     DocumentMgr* manager = DocumentMgr::get();
     const Native::Manifest& manifest = load.manifest;

@@ -1,3 +1,5 @@
+#include "Server/DataModel/Native/DocumentSave.h"
+
 #include "Server/Base/Progress.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
@@ -8,7 +10,7 @@
 #include "Server/DataModel/DocumentType.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
 #include "Server/DataModel/Model/ModelData.h"
-#include "Server/DataModel/Native/DocumentStore.h"
+#include "Server/DataModel/Native/DocumentFile.h"
 #include "Server/DataModel/Native/Package.h"
 #include "Server/DataModel/Native/PackageWriter.h"
 #include "Server/DataModel/Native/Paths.h"
@@ -231,7 +233,7 @@ private:
 
 } // namespace
 
-std::vector<const Document*> DocumentStore::othersOf(const Document& document, const std::wstring& path)
+std::vector<const Document*> DocumentSave::othersOf(const Document& document, const std::wstring& path)
 {
     std::vector<const Document*> others;
     const std::string wanted = Native::comparablePath(path).string();
@@ -241,7 +243,7 @@ std::vector<const Document*> DocumentStore::othersOf(const Document& document, c
     return others;
 }
 
-bool DocumentStore::save(Document& document, const std::wstring& path, Status& status)
+bool DocumentSave::save(Document& document, const std::wstring& path, Status& status)
 {
     try {
         Save save(document, *document.m_file, path);

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Server/DataModel/Native/NativeLoad.h"
+
+#include <memory>
+
+namespace Vs {
+
+/// How a document hangs together with its native file.
+struct DocumentFile
+{
+    FileIdentity identity;       ///< As it was when it was read or written; zero if it is unknown.
+    bool migrated = false;       ///< It is of an older layout than the one that is written.
+    bool editingAllowed = false; ///< A change of a document that can't be written was agreed to.
+    std::shared_ptr<const FileMapping> file; ///< Where its old picture is.
+};
+
+} // namespace Vs

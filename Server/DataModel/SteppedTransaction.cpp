@@ -1,0 +1,76 @@
+#include "Server/DataModel/SteppedTransaction.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Private/ChangeSteps.h"
+
+#include <stdexcept>
+
+namespace Vs {
+
+using namespace ChangeSteps;
+
+SteppedTransaction::SteppedTransaction(Asset* asset, const std::wstring& name) : m_asset(asset)
+{
+    if (isOpen(asset) || asset->data().history().isOpen())
+        throw std::runtime_error("another change of it isn't finished");
+    begin(asset, name, &ChangeHistory::beginGroup);
+}
+
+SteppedTransaction::~SteppedTransaction()
+{
+    if (m_open)
+        abort();
+}
+
+bool SteppedTransaction::isOpen(const Asset* asset)
+{
+    return asset->data().history().group() != nullptr;
+}
+
+const TransactionNode& SteppedTransaction::node() const
+{
+    return *m_asset->data().history().group();
+}
+
+void SteppedTransaction::commit()
+{
+    m_open = false;
+    m_asset->data().history().commitGroup();
+}
+
+void SteppedTransaction::abort()
+{
+    m_open = false;
+    const ChangeHistory::Extent extent = m_asset->data().history().abortGroup();
+    if (extent.nothing())
+        return;
+    markChanged(m_asset, extent);
+    tellBack(m_asset, extent);
+}
+
+// What others changed after a step goes with it.
+bool SteppedTransaction::undoStep()
+{
+    if (m_asset->data().history().isOpen())
+        return false;
+    while (const TransactionNode* next = node().transactionToUndo()) {
+        const bool own = next->userCache();
+        step(m_asset, &ChangeHistory::undo);
+        if (own)
+            return true;
+    }
+    return false;
+}
+
+bool SteppedTransaction::redoStep()
+{
+    if (m_asset->data().history().isOpen() || !node().transactionToRedo())
+        return false;
+    do
+        step(m_asset, &ChangeHistory::redo);
+    while (node().transactionToRedo() && !node().transactionToRedo()->userCache());
+    return true;
+}
+
+} // namespace Vs
