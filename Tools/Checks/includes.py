@@ -1,7 +1,9 @@
 #!/usr/bin/python3
-"""Holds the order of the house: who may include whom.
+"""Holds the order of the house: who may include whom, and where things stand.
 
-    includes.py           fails at an include that runs upwards between rooms, or into another part's private headers
+    includes.py           fails at an include that runs upwards between rooms, or into another part's private headers; at a
+                          circle of includes that has grown too large; and at members of a class that are defined
+                          elsewhere than in the .cpp beside its header
     includes.py --circles prints the circles of includes within the rooms, the largest first
 
 Rooms are folders; a folder that isn't named belongs to the nearest one above it. They stand below from the bottom upwards,
@@ -86,7 +88,14 @@ ALLOWED = {
 }
 
 FREE = ("Tests/", "Benchmarks/")
+# Pairs of header and source. The largest that there is, the command model, whose classes make and hold each other.
+LARGEST_CIRCLE = 13
+
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"')
+NO_CODE = re.compile(r"""//.*|/\*[\s\S]*?\*/|'(?:\\.|[^'\\])'|"(?:\\.|[^"\\\n])*["]""")
+CLASS = re.compile(r"^[ ]*(?:class|struct)\s+(?:\[\[\w+\]\]\s*)?(\w+)(?:\s+final)?\s*(?::[^;{}]*)?\{", re.MULTILINE)
+MEMBER = re.compile(r"^(?!\s|class |struct |enum |using |namespace |return )(?:[\w:<>,&*\[\] ]+[ &*>\]])?((?:\w+::)+)"
+                    r"(?:~?\w+|operator\S+?)\s*[({=]", re.MULTILINE)
 
 
 def room_of(path):
@@ -173,6 +182,33 @@ def circles():
     return sorted(found, key=len, reverse=True)
 
 
+def large_circles():
+    for circle in circles():
+        if len(circle) > LARGEST_CIRCLE:
+            yield f'{circle[0]}.h:1: {len(circle)} files include each other in a circle: {" ".join(circle)}'
+
+
+def strays():
+    """Members of a header's classes that another .cpp defines than the one beside the header. A .cpp knows the header that
+    declares a class, or has its own header know it."""
+    known = {path for path in files() if not path.startswith(FREE)}
+    defined = collections.defaultdict(dict)
+    for path in sorted(known):
+        if path.endswith(".cpp"):
+            code = NO_CODE.sub("", (ROOT / path).read_text())
+            for found in MEMBER.finditer(code):
+                line = code.count("\n", 0, found.start()) + 1
+                for name in found.group(1).split("::")[:-1]:
+                    defined[name].setdefault(path, line)
+    included = {path: {header for _, header in includes(path)} for path in known}
+    for header in sorted(path for path in known if path.endswith(".h")):
+        beside = header[:-2] + ".cpp"
+        for found in CLASS.finditer(NO_CODE.sub("", (ROOT / header).read_text())):
+            for path, line in defined.get(found.group(1), {}).items():
+                if path != beside and (header in included[path] or header in included.get(path[:-4] + ".h", ())):
+                    yield f'{path}:{line}: defines members of {found.group(1)}, whose header is "{header}"'
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--circles", action="store_true")
@@ -180,7 +216,7 @@ def main():
         for circle in circles():
             print(len(circle), " ".join(circle))
         return 0
-    found = list(faults())
+    found = [*faults(), *large_circles(), *strays()]
     print("\n".join(found), end="\n" if found else "", file=sys.stderr)
     return 1 if found else 0
 
