@@ -1,6 +1,7 @@
 #include "Server/Scene/Camera.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 
 namespace Vs::Scene {
@@ -35,6 +36,14 @@ GkPoint3d corner(const BBox& box, int index)
             index & 4 ? box.high().z : box.low().z};
 }
 
+/// Tells every state of a camera from any other, of whichever camera. A renderer makes cameras on its own
+/// thread.
+uint64_t newRevision()
+{
+    static std::atomic<uint64_t> last = 0;
+    return ++last;
+}
+
 } // namespace
 
 CameraEventSource* CameraEventSource::get()
@@ -49,7 +58,7 @@ Camera::Camera() : m_extentsWidth(kDefaultExtent), m_extentsHeight(kDefaultExten
     m_position = GkPoint3d() + GkVector3d(1, -1, 1).normal() * distance;
     m_clipNear = distance / 100;
     m_clipFar = distance * 10;
-    changed();
+    m_revision = newRevision(); // Nobody can have waited for an event of it.
 }
 
 StrongRef<Camera> Camera::make()
@@ -59,8 +68,7 @@ StrongRef<Camera> Camera::make()
 
 void Camera::changed()
 {
-    static uint64_t last = 0;
-    m_revision = ++last;
+    m_revision = newRevision();
     CameraEvent event(this);
     CameraEventSource::get()->fireCameraChanged(&event);
 }
