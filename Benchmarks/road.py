@@ -8,7 +8,6 @@ before), one after the other, so that all see the same machine; the smallest tim
 """
 
 import argparse
-import json
 import os
 import pathlib
 import shutil

@@ -73,8 +73,6 @@ pkg_check_modules(EPOXY REQUIRED IMPORTED_TARGET epoxy)
 set(Python3_EXECUTABLE /usr/bin/python3)
 find_package(Python3 3.11 REQUIRED COMPONENTS Interpreter Development.Embed)
 find_package(Gettext REQUIRED)
-find_package(GTest REQUIRED)
-find_package(benchmark REQUIRED)
 
 # quillet_library(NAME SHARED|MODULE SOURCES... [PUBLIC libs...] [PRIVATE libs...] [PCH headers...] [MOC])
 function(quillet_library name kind)

@@ -26,6 +26,7 @@ function(quillet_draw target jobs drawings)
         COMMENT "Drawing the pictures of ${target}"
         VERBATIM)
     add_custom_target(${target} ALL DEPENDS ${stamp})
+    add_dependencies(quillet-app ${target})
 endfunction()
 
 # quillet_pictures(TARGET LIST): makes the PNG files that LIST names, from the SVG files that stand beside LIST, with
