@@ -1,20 +1,37 @@
 #pragma once
 
-#include <boost/format.hpp>
-
+#include <concepts>
+#include <initializer_list>
 #include <string>
+#include <utility>
 
 namespace Vs {
 
-/// A text of the string table with %1%, %2%... filled in. A translation that lacks a placeholder still gives
-/// a text.
+/// What is filled into a text: text, a character, or a whole number as plain digits. Other numbers are made
+/// into text by whoever knows their unit and their digits.
+class FilledValue
+{
+public:
+    FilledValue(std::wstring text) : m_text(std::move(text)) {}
+    FilledValue(const wchar_t* text) : m_text(text) {}
+    FilledValue(wchar_t character) : m_text(1, character) {}
+    FilledValue(std::integral auto number) : m_text(std::to_wstring(number)) {}
+
+    const std::wstring& text() const { return m_text; }
+
+private:
+    std::wstring m_text;
+};
+
+/// A text with `%1%`, `%2%`... replaced by the values in their order; `%%` is a percent sign. A translation
+/// that lacks a placeholder, or has one too many, still gives a text.
+std::wstring fillText(const std::wstring& text, std::initializer_list<FilledValue> values);
+
+/// The same with the values one by one.
 template <class... Values>
 std::wstring filledText(const std::wstring& text, const Values&... values)
 {
-    boost::wformat format(text);
-    format.exceptions(boost::io::no_error_bits);
-    (format % ... % values);
-    return format.str();
+    return fillText(text, {FilledValue(values)...});
 }
 
 } // namespace Vs

@@ -1,8 +1,19 @@
 #include "Server/Base/SoftwareVersion.h"
 
 #include <charconv>
+#include <utility>
 
 namespace Vs::SoftwareVersion {
+
+namespace {
+
+std::string& revision()
+{
+    static std::string& text = *new std::string("unknown");
+    return text;
+}
+
+} // namespace
 
 std::string versionString(unsigned version)
 {
@@ -18,6 +29,16 @@ std::string currentSoftwareVersion()
 unsigned currentVersionNumber()
 {
     return versionInfo(currentSoftwareVersion());
+}
+
+std::string describeCurrent()
+{
+    return currentSoftwareVersion() + " (" + revision() + ')';
+}
+
+void currentRevision(std::string text)
+{
+    revision() = std::move(text);
 }
 
 unsigned versionInfo(const std::string& version)

@@ -13,6 +13,12 @@ std::string currentSoftwareVersion();
 /// The running program's version as a number; what a saved document keeps.
 unsigned currentVersionNumber();
 
+/// The running program's version for people, with the commit that it was built from: "0.1.0 (abcdef123456)".
+std::string describeCurrent();
+/// Says which commit that is, or what there is to say instead. The program's main does it once, before
+/// anybody asks: it alone is linked again for every commit.
+void currentRevision(std::string revision);
+
 /// The number of a version's text; 0 if the text is no version.
 unsigned versionInfo(const std::string& version);
 

@@ -33,6 +33,7 @@ function(quillet_no_viewer list)
                     OUTPUT_NAME ${library}
                     SOVERSION ${version}
                     LIBRARY_OUTPUT_DIRECTORY ${QUILLET_ROOT}/lib/no-viewer)
+                quillet_install_library(${target} no-viewer)
                 list(APPEND targets ${target})
             endif()
         endforeach()

@@ -6,10 +6,10 @@
                           elsewhere than in the .cpp beside its header
     includes.py --circles prints the circles of includes within the rooms, the largest first
 
-Rooms are folders, and single files; a folder that isn't named belongs to the nearest one above it. They stand below from the
-bottom upwards, and a file includes only its own room and those before it. Rooms in one line are one room for this purpose: they
-know each other. A header below a folder Private/, or in a closed room, may be included only from its own part of the house: the
-library or add-in that the first folders of its path name. Tests and benchmarks may include everything.
+Rooms are folders; a folder that isn't named belongs to the nearest one above it. They stand below from the bottom upwards,
+and a file includes only its own room and those before it. Rooms in one line are one room for this purpose: they know each
+other. A header below a folder Private/, or in a closed room, may be included only from its own part of the house: the library or
+add-in that the first folders of its path name. Tests and benchmarks may include everything.
 """
 
 import argparse
@@ -33,8 +33,7 @@ ROOMS = [
     ["Server/DataModel/Kernel"],
     ["Server/Translate"],
     ["Server/Scene", "Server/CommonData"],
-    # The source stands beside its public header and is a part of the library that draws.
-    ["Server/Scene/Rendra", "Server/Scene/Renderer.cpp"],
+    ["Server/Scene/Rendra"],
     ["Server/Dimension"],
     ["Tools"],
     ["UI/Base/Command"],
@@ -102,10 +101,10 @@ MEMBER = re.compile(r"^(?!\s|class |struct |enum |using |namespace |return )(?:[
 def room_of(path):
     """The number of the innermost room that a file stands in."""
     best, length = None, -1
-    for number, places in enumerate(ROOMS):
-        for place in places:
-            if (path == place or path.startswith(place + "/")) and len(place) > length:
-                best, length = number, len(place)
+    for number, folders in enumerate(ROOMS):
+        for folder in folders:
+            if path.startswith(folder + "/") and len(folder) > length:
+                best, length = number, len(folder)
     return best
 
 

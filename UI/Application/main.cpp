@@ -1,5 +1,6 @@
 #include "Server/Base/SoftwareVersion.h"
 #include "UI/Application/Program.h"
+#include "UI/Application/Revision.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -32,7 +33,7 @@ int run(int count, char** arguments)
         return kExitOk;
     }
     if (line.version) {
-        std::printf("Quillet %s\n", Vs::SoftwareVersion::currentSoftwareVersion().c_str());
+        std::printf("Quillet %s\n", Vs::SoftwareVersion::describeCurrent().c_str());
         return kExitOk;
     }
     if (!line.test.directory.empty())
@@ -45,6 +46,7 @@ int run(int count, char** arguments)
 int main(int count, char** arguments)
 {
     openStandardStreams();
+    Vs::SoftwareVersion::currentRevision(kRevision);
     int code = kExitLineFailed;
     try {
         code = run(count, arguments);

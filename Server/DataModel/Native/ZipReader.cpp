@@ -104,8 +104,8 @@ LibzipReader::Found LibzipReader::find(const std::string& name) const
     if (index < 0)
         throw std::runtime_error("\"" + name + "\" is missing in its package");
     zip_stat_t info;
-    if (zip_stat_index(m_zip, static_cast<zip_uint64_t>(index), 0, &info) != 0 || !(info.valid & ZIP_STAT_SIZE) ||
-        !(info.valid & ZIP_STAT_COMP_SIZE))
+    if (zip_stat_index(m_zip, static_cast<zip_uint64_t>(index), 0, &info) != 0 ||
+        !(info.valid & ZIP_STAT_SIZE) || !(info.valid & ZIP_STAT_COMP_SIZE))
         throw std::runtime_error("\"" + name + "\" has no size in its package");
     if ((info.valid & ZIP_STAT_ENCRYPTION_METHOD) && info.encryption_method != ZIP_EM_NONE)
         throw std::runtime_error("\"" + name + "\" is encrypted in its package");

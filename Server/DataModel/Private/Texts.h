@@ -1,8 +1,7 @@
 #pragma once
 
+#include "Server/Base/FilledText.h"
 #include "Server/Base/StringTable.h"
-
-#include <boost/format.hpp>
 
 namespace Vs::DataModel {
 
@@ -16,10 +15,7 @@ inline std::wstring localized(const char* key, const char* english)
 template <class... Values>
 std::wstring localizedFormat(const char* key, const char* english, const Values&... values)
 {
-    boost::wformat format(localized(key, english));
-    format.exceptions(boost::io::no_error_bits);
-    (format % ... % values);
-    return format.str();
+    return filledText(localized(key, english), values...);
 }
 
 } // namespace Vs::DataModel

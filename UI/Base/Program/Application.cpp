@@ -227,8 +227,8 @@ void Application::shutDown()
 
 void Application::showAboutBox(bool extended)
 {
-    std::wstring text = L"Quillet " + Vs::Strings::widen(Vs::SoftwareVersion::currentSoftwareVersion()) +
-                        L'\n' + localized("AboutText", "Desktop 3D design. Apache License 2.0.");
+    std::wstring text = L"Quillet " + Vs::Strings::widen(Vs::SoftwareVersion::describeCurrent()) + L'\n' +
+                        localized("AboutText", "Desktop 3D design. Apache License 2.0.");
     if (extended) {
         text += L"\n\nQt " + Vs::Strings::widen(qVersion());
         const std::wstring graphics = Vs::Scene::OffscreenRenderer::get()->description();

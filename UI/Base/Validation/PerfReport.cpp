@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <boost/format.hpp>
+
 #include <cmath>
 
 namespace Vu {

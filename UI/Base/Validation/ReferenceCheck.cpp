@@ -3,6 +3,8 @@
 #include "Server/Base/Exception.h"
 #include "UI/Base/Command/Private/Localized.h"
 
+#include <boost/format.hpp>
+
 #include <algorithm>
 #include <cmath>
 

@@ -1,0 +1,104 @@
+#!/usr/bin/python3
+"""Installs what is built into places of its own, and tries the installation.
+
+    installation.py BUILD [UNITTEST ARGUMENTS...]
+
+BUILD is the folder of a build whose default targets are up to date.
+"""
+
+import filecmp
+import os
+import pathlib
+import re
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
+
+
+def install(prefix, destination=""):
+    subprocess.run(["cmake", "--install", BUILD, "--prefix", prefix], check=True, stdout=subprocess.DEVNULL,
+                   env={**os.environ, "DESTDIR": str(destination)})
+
+
+def without_build(command):
+    """The command, in a view of the file system in which the build's folder is empty."""
+    unshare = ["unshare", "--mount"] + ([] if os.geteuid() == 0 else ["--map-root-user"])
+    if subprocess.run([*unshare, "true"], stderr=subprocess.DEVNULL).returncode != 0:
+        print("NOTICE: this system lets nobody hide a folder; the build stays in view.", file=sys.stderr)
+        return command
+    return [*unshare, "sh", "-c", 'mount -t tmpfs none "$0" && exec "$@"', BUILD, *command]
+
+
+class Installation(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = pathlib.Path(tempfile.mkdtemp(prefix="quillet-installed-"))
+        cls.addClassCleanup(shutil.rmtree, cls.folder)
+        cls.prefix = cls.folder / "a prefix"
+        install(cls.prefix)
+        cls.tree = (cls.prefix / "bin/quillet").resolve().parents[1]
+
+    def quillet(self, *arguments, program=None):
+        environment = {name: value for name, value in os.environ.items()
+                       if name not in ("QUILLET_ROOT", "LD_LIBRARY_PATH") and not name.startswith("XDG_")}
+        ran = subprocess.run(without_build([program or self.prefix / "bin/quillet", *arguments]), cwd=self.folder,
+                             env={**environment, "HOME": str(self.folder)}, capture_output=True, text=True, timeout=240)
+        self.assertEqual(ran.returncode, 0, ran.stdout + ran.stderr)
+        return ran.stdout
+
+    def test_does_the_main_job_though_the_build_is_gone(self):
+        model = self.folder / "bracket.step"
+        self.quillet("--headless", "--command", "Design.Sample", "--command", f"Asset.Export {model}")
+        examples = self.prefix / "share/doc/quillet/Examples"
+        self.quillet("--headless", "--replay", examples / "first-look.txt", "--set", f"model={model}", "--set",
+                     f"out={self.folder}")
+        picture = (self.folder / "first-look.png").read_bytes()
+        self.assertEqual(struct.unpack(">II", picture[16:24]), (1920, 1080))
+        stl = (self.folder / "first-look.stl").read_bytes()
+        triangles, = struct.unpack("<I", stl[80:84])
+        self.assertGreater(triangles, 12)
+        self.assertEqual(len(stl), 84 + 50 * triangles)
+
+    def test_runs_scripts_and_speaks_german(self):
+        script = self.folder / "script.py"
+        script.write_text("import quillet\nprint('by', quillet.__name__)\n")
+        self.assertIn("by quillet", self.quillet("--headless", "--echo", "--replay", script))
+
+    def test_is_the_same_as_what_was_built(self):
+        for part in ("Localization", "Server", "UI", "lib/python", "share"):
+            for built in (BUILD / "root" / part).rglob("*"):
+                if built.is_file() and built.suffix != ".pyc":
+                    path = built.relative_to(BUILD / "root")
+                    installed = (self.prefix if part == "share" else self.tree) / path
+                    self.assertTrue(installed.is_file(), f"{path} is not installed, or is left from an earlier build")
+                    self.assertTrue(filecmp.cmp(built, installed, shallow=False), path)
+        for installed in [*self.tree.glob("bin/*"), *self.tree.rglob("lib*.so*")]:
+            built = BUILD / "root" / installed.relative_to(self.tree)
+            self.assertTrue(filecmp.cmp(built, installed, shallow=False), installed)
+
+    def test_names_no_folder_of_the_build(self):
+        listed = subprocess.run(["readelf", "--dynamic", *self.tree.glob("bin/*"), *self.tree.rglob("lib*.so*")],
+                                check=True, capture_output=True, text=True).stdout
+        searched = re.findall(r"\((?:RPATH|RUNPATH)\).*\[(.*)\]", listed)
+        self.assertTrue(searched)
+        for folder in (folder for folders in searched for folder in folders.split(":")):
+            self.assertTrue(folder.startswith("$ORIGIN"), folder)
+        for link in (path for path in self.prefix.rglob("*") if path.is_symlink()):
+            self.assertTrue(link.exists() and not os.readlink(link).startswith("/"), link)
+
+    def test_can_be_staged_for_a_package(self):
+        staged = self.folder / "staged"
+        install("/usr", staged)
+        self.assertEqual(sorted(path.name for path in staged.iterdir()), ["usr"])
+        self.assertRegex(self.quillet("--version", program=staged / "usr/bin/quillet"), "^Quillet ")
+        self.assertTrue((staged / "usr/share/applications/quillet.desktop").is_file())
+        self.assertTrue((staged / "usr/share/icons/hicolor/48x48/apps/quillet.png").is_file())
+
+
+if __name__ == "__main__":
+    unittest.main()
