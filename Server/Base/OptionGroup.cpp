@@ -3,6 +3,7 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/JsonFile.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Private/OptionGroups.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/Warning.h"
 
@@ -11,8 +12,6 @@
 
 #include <boost/filesystem/operations.hpp>
 
-#include <set>
-
 namespace Vs {
 
 namespace fs = boost::filesystem;
@@ -20,16 +19,14 @@ namespace fs = boost::filesystem;
 namespace {
 
 Tasks* s_saveLater = nullptr;
+} // namespace
 
-/// The groups that exist, so that a queued write can tell whether its group is still there. Never destroyed:
-/// groups are statics that go in any order.
-std::set<const OptionGroup*>& groups()
+// Never destroyed: groups are statics that go in any order.
+std::set<OptionGroup*>& optionGroups()
 {
-    static auto& all = *new std::set<const OptionGroup*>;
+    static auto& all = *new std::set<OptionGroup*>;
     return all;
 }
-
-} // namespace
 
 struct OptionGroup::Data
 {
@@ -94,14 +91,14 @@ struct OptionGroup::Data
         }
     }
 
-    void saveSoon(const OptionGroup* group)
+    void saveSoon(OptionGroup* group)
     {
         changed = true;
         if (!s_saveLater) {
             save();
         } else if (!std::exchange(queued, true)) {
             s_saveLater->post([this, group] {
-                if (!groups().contains(group))
+                if (!optionGroups().contains(group))
                     return;
                 queued = false;
                 save();
@@ -113,12 +110,12 @@ struct OptionGroup::Data
 OptionGroup::OptionGroup(std::string name) : m_data(std::make_unique<Data>())
 {
     m_data->name = std::move(name);
-    groups().insert(this);
+    optionGroups().insert(this);
 }
 
 OptionGroup::~OptionGroup()
 {
-    groups().erase(this);
+    optionGroups().erase(this);
     m_data->save();
 }
 
@@ -212,7 +209,7 @@ void OptionGroup::saveLater(Tasks* tasks)
 {
     s_saveLater = tasks;
     if (!tasks)
-        for (const OptionGroup* group : groups()) {
+        for (const OptionGroup* group : optionGroups()) {
             group->m_data->queued = false;
             group->m_data->save();
         }

@@ -3,12 +3,13 @@
 //
 //   fuzz_... FOLDER RUNS [SEED]
 //
-// The seed is printed; the same seed makes the same inputs.
+// The seed is printed; the same seed, as SEED or in the variable QUILLET_SEED, makes the same inputs.
 
 #include "Tests/Fuzz/Fuzz.h"
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -97,7 +98,8 @@ int main(int count, char** arguments)
         return 2;
     }
     const long runs = std::atol(arguments[2]);
-    const uint64_t seed = count > 3 ? std::strtoull(arguments[3], nullptr, 10) : std::random_device()();
+    const char* given = count > 3 ? arguments[3] : std::getenv("QUILLET_SEED");
+    const uint64_t seed = given ? std::strtoull(given, nullptr, 10) : std::random_device()();
     std::printf("Seed %llu\n", static_cast<unsigned long long>(seed));
     std::fflush(stdout);
     for (const int signal : {SIGSEGV, SIGABRT, SIGFPE, SIGBUS, SIGILL})

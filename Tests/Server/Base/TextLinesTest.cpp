@@ -3,6 +3,7 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TextCompletion.h"
 #include "Tests/Server/Base/ProbeCommand.h"
+#include "Tests/Support/Seed.h"
 
 #include <boost/lexical_cast.hpp>
 
@@ -61,9 +62,7 @@ TEST_F(TextLinesTest, ThatAreEmptyOrCommentsAnswerNothing)
 
 TEST_F(TextLinesTest, ReadBackWhateverWasQuoted)
 {
-    const unsigned seed = std::random_device()();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 random(seed);
+    std::mt19937 random(TestSupport::seed());
     const std::wstring alphabet = L"ab /\\\"#\t${}=ä\U0001F600.";
     for (int round = 0; round < 2000; ++round) {
         std::wstring text(random() % 8, L' ');

@@ -5,6 +5,7 @@
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Server/DataModel/Fixture.h"
+#include "Tests/Support/Seed.h"
 
 #include <cmath>
 #include <limits>
@@ -151,9 +152,7 @@ TEST_F(ModelTest, ImpossibleSizesAndPlacesAreRefusedAndLeaveNothing)
 
 TEST_F(ModelTest, UndoAndRedoBringBackTheWholeModelStepByStep)
 {
-    const unsigned seed = std::random_device()();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 random(seed);
+    std::mt19937 random(TestSupport::seed());
     Asset* asset = newAsset();
     ModelBuilder builder(asset);
     std::vector<std::string> states{digestOf(*asset)};

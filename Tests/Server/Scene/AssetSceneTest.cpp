@@ -7,6 +7,7 @@
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Server/Geometry/Near.h"
 #include "Tests/Server/Scene/OneAsset.h"
+#include "Tests/Support/Seed.h"
 
 #include <chrono>
 #include <random>
@@ -110,9 +111,7 @@ TEST_F(AssetScene, AChangeLeavesTheNodesOfAllOtherPartsAlone)
 TEST_F(AssetScene, AnyOrderOfPartsUndosAndRedosLeavesTheTreeOfTheComponents)
 {
     ASSERT_TRUE(scene);
-    const unsigned seed = std::random_device()();
-    SCOPED_TRACE(testing::Message() << "seed " << seed);
-    std::mt19937 random(seed);
+    std::mt19937 random(TestSupport::seed());
     for (int step = 0; step < 60; ++step) {
         switch (random() % 3) {
         case 0:

@@ -2,6 +2,7 @@
 #include "Server/Scene/SceneNodes.h"
 #include "Tests/Server/Geometry/Near.h"
 #include "Tests/Server/Scene/Meshes.h"
+#include "Tests/Support/Seed.h"
 
 #include <random>
 
@@ -114,9 +115,7 @@ TEST(Node, ChangesOfTheWrongKindOfNodeDoNothing)
 
 TEST(Node, RandomTreesGiveTheSameBoundsAsTreesThatAreBuiltAnew)
 {
-    const unsigned seed = std::random_device()();
-    SCOPED_TRACE(testing::Message() << "seed " << seed);
-    std::mt19937 random(seed);
+    std::mt19937 random(TestSupport::seed());
     std::uniform_real_distribution<double> number(-100, 100);
     const auto pick = [&](size_t count) { return random() % count; };
 

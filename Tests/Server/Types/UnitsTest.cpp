@@ -3,6 +3,7 @@
 #include "Server/Types/Units/Expression.h"
 #include "Server/Types/Units/UnitDisplaySettings.h"
 #include "Server/Types/UnitsOptionGroup.h"
+#include "Tests/Support/Seed.h"
 
 #include <cmath>
 #include <cstring>
@@ -134,8 +135,7 @@ TEST(Expressions, WhatMakesNoSenseIsRefusedWithItsPlace)
 
 TEST(Expressions, NoiseIsReadOrRefusedButNeverFatal)
 {
-    const unsigned seed = std::random_device()();
-    std::mt19937 random(seed);
+    std::mt19937 random(TestSupport::seed());
     const std::wstring pieces[] = {L"1", L"2.5", L" ", L"mm", L"in", L"deg",  L"(",  L")", L"+",
                                    L"-", L"*",   L"/", L"^",  L"0",  L"sin(", L"pi", L",", L"1/2"};
     for (int i = 0; i < 3000; ++i) {
@@ -143,8 +143,7 @@ TEST(Expressions, NoiseIsReadOrRefusedButNeverFatal)
         for (auto k = random() % 12; k > 0; --k)
             text += pieces[random() % std::size(pieces)];
         const double value = read(text, kLength);
-        EXPECT_TRUE(std::isfinite(value) || !refusal(text, kLength).empty())
-            << Strings::narrow(text) << ", seed " << seed;
+        EXPECT_TRUE(std::isfinite(value) || !refusal(text, kLength).empty()) << Strings::narrow(text);
     }
 }
 
@@ -173,8 +172,7 @@ TEST(UnitTexts, ValuesAreShownWithAsManyDecimalsAsTheUserWants)
 
 TEST(UnitTexts, TheExactTextReadsBackAsExactlyTheSameValue)
 {
-    const unsigned seed = std::random_device()();
-    std::mt19937_64 random(seed);
+    std::mt19937_64 random(TestSupport::seed());
     const Unit units[] = {Unit(), kLength, kInches, kAngle, Unit(Quantity::Area, L"in\u00b2", 25.4 * 25.4)};
     for (int i = 0; i < 2000; ++i) {
         double value = 0;
@@ -184,8 +182,7 @@ TEST(UnitTexts, TheExactTextReadsBackAsExactlyTheSameValue)
             std::memcpy(&value, &bits, sizeof bits);
         } while (!std::isfinite(value));
         for (const Unit& unit : units)
-            ASSERT_EQ(read(toExactText(value, unit), unit), value)
-                << Strings::narrow(toExactText(value, unit)) << ", seed " << seed;
+            ASSERT_EQ(read(toExactText(value, unit), unit), value) << Strings::narrow(toExactText(value, unit));
     }
     EXPECT_EQ(toExactText(25.4, kInches), L"1 in");
 }

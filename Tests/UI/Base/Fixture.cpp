@@ -4,6 +4,7 @@
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Tests/UI/Restore.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
@@ -49,6 +50,7 @@ UiTest::~UiTest()
     Vu::WorkspaceMgr::get()->closeAll();
     while (Vs::DocumentMgr::get()->documents() > 0)
         Vs::DocumentMgr::get()->close(Vs::DocumentMgr::get()->document(0u));
+    UiTests::restore();
     Vs::AssetTypeMgr::get()->unregisterType(&assetType());
     Vs::DocumentMgr::get()->unregisterDocumentType(&documentType());
 }

@@ -16,6 +16,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/Command/KeyEvents.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -62,6 +63,7 @@ class SelectingTest : public UiTest
 protected:
     SelectingTest() : asset(newAsset()), session(SessionMgr::get()->assetSession(asset))
     {
+        Application::get()->needGui();
         Vs::Status status;
         for (const double x : {0.0, 20.0, 40.0})
             boxes.push_back(Vs::ModelBuilder(asset)

@@ -6,6 +6,7 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/Support/Process.h"
+#include "Tests/UI/Restore.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -27,6 +28,11 @@ TestSupport::ScratchFolder& scratchFolder()
     return folder;
 }
 
+boost::filesystem::path profile()
+{
+    return scratchFolder().path() / "profile";
+}
+
 class Program : public ::testing::Environment
 {
 public:
@@ -35,7 +41,7 @@ public:
         static int count = 1;
         static char name[] = "test_commands";
         static char* arguments[] = {name, nullptr};
-        Vs::PathInfo::profileDirectory(scratchFolder().path() / "profile");
+        Vs::PathInfo::profileDirectory(profile());
         Vu::installHost();
         Vu::Application::initialize(count, arguments, true);
         Vu::Application::testing(true);
@@ -79,6 +85,11 @@ void WithProgram::TearDown()
         run(L"Document.CloseAll");
     Vu::MessageBox::responder(nullptr);
     closeEverything();
+    UiTests::restore();
+    for (const boost::filesystem::directory_entry& entry :
+         boost::filesystem::directory_iterator(scratchFolder().path()))
+        if (entry.path() != profile())
+            boost::filesystem::remove_all(entry.path());
 }
 
 Vs::TextCommandResult WithProgram::run(const std::wstring& line)

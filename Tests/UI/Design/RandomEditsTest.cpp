@@ -1,6 +1,7 @@
 // Random commands on a model, and the way back and forth through all of them.
 
 #include "Server/DataModel/ModelDigest.h"
+#include "Tests/Support/Seed.h"
 #include "Tests/UI/Commands/EditComponents.h"
 
 #include <random>
@@ -45,15 +46,13 @@ protected:
     static uint64_t digest() { return Vs::modelDigest(*asset()); }
 
     static constexpr unsigned kKinds = 6;
-    const unsigned seed = std::random_device()();
-    std::mt19937 random{seed};
+    std::mt19937 random{TestSupport::seed()};
 };
 
 } // namespace
 
 TEST_F(RandomEditsTest, EveryUndoAndRedoRestoresTheWholeModel)
 {
-    SCOPED_TRACE("seed " + std::to_string(seed));
     std::vector<uint64_t> digests{digest()};
     const unsigned first = steps();
     const auto walk = [&](const wchar_t* line, unsigned to) {

@@ -39,6 +39,10 @@ void MouseEventSource::forget(const GraphicsCanvas* canvas)
         m_canvas = nullptr;
     if (m_lastCanvas == canvas)
         m_lastMove.reset();
+    if (m_holder == canvas) {
+        m_button = m_held = kNoMouseButton;
+        m_dragging = false;
+    }
 }
 
 MouseOverlay* MouseEventSource::overlayOf(const GraphicsCanvas* canvas)
@@ -100,6 +104,7 @@ void MouseEventSource::fireMouseDown(MouseEvent* event)
     }
     m_button = event->button();
     m_held |= m_button;
+    m_holder = event->canvas();
     m_dragging = false;
     m_downX = event->x();
     m_downY = event->y();

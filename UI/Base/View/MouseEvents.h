@@ -106,7 +106,7 @@ public:
     GraphicsCanvas* canvas() const;
     /// Whether the button went down and has not come up yet.
     bool isHeld(int button) const { return (m_held & button) != 0; }
-    /// For GraphicsCanvas: forgets what is about to go.
+    /// For GraphicsCanvas: forgets what is about to go, and the buttons that it would be told the release of.
     void forget(const GraphicsCanvas* canvas);
 
 private:
@@ -119,6 +119,7 @@ private:
 
     int m_button = kNoMouseButton;              ///< The one that went down last.
     int m_held = kNoMouseButton;                ///< All that are down.
+    const GraphicsCanvas* m_holder = nullptr;   ///< Where the last of them went down.
     int m_pressedButton = kNoMouseButton;       ///< The one that the overlay has.
     GraphicsCanvas* m_canvas = nullptr;         ///< Of the event being delivered.
     const GraphicsCanvas* m_hovered = nullptr;  ///< Whose overlay the mouse is over, or was when last told.

@@ -3,6 +3,7 @@
 #include "Server/DataModel/Transaction.h"
 #include "Server/DataModel/TransactionMgr.h"
 #include "Tests/Server/DataModel/Fixture.h"
+#include "Tests/Support/Seed.h"
 
 #include <random>
 
@@ -118,9 +119,7 @@ TEST_F(HistoryTest, AnInnerTransactionsSettingsGoWithTheOuterOne)
 
 TEST_F(HistoryTest, ModelAndSettingsGoThroughTheSameStates)
 {
-    const unsigned seed = std::random_device()();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 random(seed);
+    std::mt19937 random(TestSupport::seed());
     Asset* asset = newAsset();
     std::vector<std::string> states{stateOf(*asset)};
     for (unsigned number = 1; number <= 40; ++number) {

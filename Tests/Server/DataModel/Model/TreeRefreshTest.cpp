@@ -10,6 +10,7 @@
 #include "Server/DataModel/Selection/VisibilityRequest.h"
 #include "Tests/Server/DataModel/Edit/EditFixture.h"
 #include "Tests/Support/RealData.h"
+#include "Tests/Support/Seed.h"
 
 #include <random>
 #include <sstream>
@@ -122,8 +123,7 @@ protected:
         }
     }
 
-    const unsigned seed = std::random_device()();
-    std::mt19937 random{seed};
+    std::mt19937 random{TestSupport::seed()};
 };
 
 } // namespace
@@ -131,7 +131,6 @@ protected:
 TEST_F(TreeRefreshTest, AfterAnyChangeTheTreeIsThatOfTheData)
 {
     SKIP_WITHOUT_REAL_DATA();
-    SCOPED_TRACE("seed " + std::to_string(seed));
     Document* document = open((TestSupport::realDataFolder() / "as1-oc-214.stp").wstring());
     ASSERT_TRUE(document);
     Asset& asset = *document->activeAsset();
@@ -156,9 +155,9 @@ TEST_F(TreeRefreshTest, WhatIsShownAmidATransactionIsRightAsWell)
         Transaction transaction(&asset, L"Whole");
         for (unsigned number = 0; number < 20; ++number) {
             change(asset, number);
-            ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "seed " << seed;
+            ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset));
         }
     }
-    EXPECT_EQ(digestOf(asset), before) << "seed " << seed;
+    EXPECT_EQ(digestOf(asset), before);
     ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset));
 }

@@ -1,3 +1,4 @@
+#include "Tests/Support/Seed.h"
 #include "Tests/UI/Base/Command/Recorder.h"
 #include "UI/Base/Command/CommandGroup.h"
 
@@ -221,9 +222,7 @@ TEST_F(Stacking, TwoManagersKnowNothingOfEachOther)
 // active, it is the topmost, no category occurs twice, and no command is left over or lost.
 TEST_F(Stacking, HoldsItsRulesUnderARandomSequence)
 {
-    const unsigned seed = std::random_device()();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 random(seed);
+    std::mt19937 random(TestSupport::seed());
     const auto upTo = [&](size_t n) { return std::uniform_int_distribution<size_t>(0, n - 1)(random); };
 
     const Vs::UniqueString* categories[] = {StackingCategory::cameraStackingCategory(),

@@ -32,6 +32,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <optional>
 
 using namespace Vu;
 
@@ -191,15 +192,17 @@ TEST_F(WindowPicture, ACapturedImageHasThePixelsOfTheWindow)
 class Program : public testing::Environment
 {
 public:
-    Program(int count, char** arguments) : m_count(count), m_arguments(arguments) {}
-
     void SetUp() override
     {
         if (!std::getenv("DISPLAY"))
             return;
-        Vs::PathInfo::profileDirectory(m_folder.path() / "profile");
+        m_folder.emplace();
+        Vs::PathInfo::profileDirectory(m_folder->path() / "profile");
         installHost();
-        Application::initialize(m_count, m_arguments, false);
+        static int count = 1;
+        static char name[] = "test_window";
+        static char* arguments[] = {name, nullptr};
+        Application::initialize(count, arguments, false);
         Application::testing(true);
         Vs::Status status;
         Vs::AddInMgr::get()->loadAddIns(status);
@@ -218,10 +221,10 @@ public:
     }
 
 private:
-    TestSupport::ScratchFolder m_folder;
-    int m_count;
-    char** m_arguments;
+    std::optional<TestSupport::ScratchFolder> m_folder; ///< Made in the process that runs the tests.
 };
+
+const auto* const theProgram = testing::AddGlobalTestEnvironment(new Program);
 
 TEST_F(WindowPicture, ALineThatSetsTheCameraIsNotUndoneByAGlideThatStillPlays)
 {
@@ -290,10 +293,3 @@ TEST_F(WindowPicture, TransitionsOfOneEventPlayOneAfterTheOtherAndOneOfALaterEve
 }
 
 } // namespace
-
-int main(int count, char** arguments)
-{
-    testing::InitGoogleTest(&count, arguments);
-    testing::AddGlobalTestEnvironment(new Program(count, arguments));
-    return RUN_ALL_TESTS();
-}

@@ -1,11 +1,12 @@
 // Random sequences of document and asset lines, checked after each line against a plain model of what should
-// be open, listed, current and dirty. The seed is printed; QUILLET_SEED repeats a run.
+// be open, listed, current and dirty.
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Transaction.h"
+#include "Tests/Support/Seed.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -16,8 +17,6 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
-#include <cstdlib>
-#include <iostream>
 #include <map>
 #include <optional>
 #include <random>
@@ -132,9 +131,6 @@ public:
     void SetUp() override
     {
         WithProgram::SetUp();
-        const char* given = std::getenv("QUILLET_SEED");
-        m_seed = given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device()();
-        m_random.seed(m_seed);
         boost::filesystem::remove_all(scratch(L"random"));
         boost::filesystem::create_directories(scratch(L"random"));
     }
@@ -476,14 +472,12 @@ public:
     }
 
     Model m_model;
-    unsigned m_seed = 0;
-    std::mt19937 m_random;
+    std::mt19937 m_random{TestSupport::seed()};
     int m_files = 0;
 };
 
 TEST_F(RandomDocumentsTest, WhatIsOpenCurrentAndDirtyIsWhatAPlainModelSays)
 {
-    std::cout << "QUILLET_SEED=" << m_seed << std::endl;
     using Operation = void (RandomDocumentsTest::*)();
     struct Row
     {
@@ -506,8 +500,7 @@ TEST_F(RandomDocumentsTest, WhatIsOpenCurrentAndDirtyIsWhatAPlainModelSays)
     for (int i = 0; i < kSteps && !HasFatalFailure(); ++i) {
         const Row& operation = kOperations[below(std::size(kOperations))];
         trail += std::string(operation.name) + ' ';
-        SCOPED_TRACE("seed " + std::to_string(m_seed) +
-                     ", last of: " + trail.substr(trail.size() > 300 ? trail.size() - 300 : 0));
+        SCOPED_TRACE("last of: " + trail.substr(trail.size() > 300 ? trail.size() - 300 : 0));
         (this->*operation.run)();
         check();
     }

@@ -1,4 +1,5 @@
 #include "Server/DataModel/Selection/PathQueries.h"
+#include "Tests/Support/Seed.h"
 #include "Tests/UI/Commands/EditComponents.h"
 #include "Tests/UI/Commands/InBrowser.h"
 
@@ -137,14 +138,12 @@ protected:
     }
     QModelIndex root() const { return tree->model()->index(1, 0); }
 
-    const unsigned seed = std::random_device()();
-    std::mt19937 random{seed};
+    std::mt19937 random{TestSupport::seed()};
 };
 
 TEST_F(RowsOfTheBrowser, ComeAndGoWithTheComponentsAndLeaveTheOthersAsTheyAre)
 {
     SKIP_WITHOUT_REAL_DATA();
-    SCOPED_TRACE("seed " + std::to_string(seed));
     openAssembly();
     QApplication::processEvents();
     // Who checks the model looks into all of it.

@@ -1,0 +1,17 @@
+#include "Tests/UI/Restore.h"
+
+#include "Server/Base/OptionGroup.h"
+#include "Server/Base/Private/OptionGroups.h"
+#include "UI/Base/Session/RecentDocumentMgr.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+
+void UiTests::restore()
+{
+    Vu::RecentDocumentMgr::get()->clearRecent();
+    for (Vs::OptionGroup* group : Vs::optionGroups())
+        group->reset();
+    if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+        QCursor::setPos(-1000, -1000);
+}
