@@ -3,6 +3,7 @@
 #include "Server/AddInMgr/Private/ManifestReader.h"
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
@@ -79,6 +80,7 @@ void AddInMgr::loadAddIns(Status& status)
 
 void AddInMgr::loadAddIns(const fs::path& root, Status& status)
 {
+    assertMainThread();
     const std::vector<fs::path> files = manifestFiles(root, status);
     if (files.empty() && status.isOk())
         status.addError(L"There are no add-ins: no manifest lies in UI/*/Configuration under " +
@@ -136,6 +138,7 @@ bool AddInMgr::loadAddIn(const fs::path& root, const AddInManifest& manifest, St
 
 void AddInMgr::unloadAddIns()
 {
+    assertMainThread();
     // Taken out first, so that an add-in which asks from inside its unload finds no half-dead ones.
     const std::vector<AddIn> leaving = std::exchange(m_addIns, {});
     for (const bool last : {false, true})

@@ -49,8 +49,8 @@ public:
 
     /// Reads one manifest, checked against the schema of the same tree. Null, with one error in the status,
     /// if it is missing, malformed or invalid.
-    static std::unique_ptr<AddInManifest> readManifest(const boost::filesystem::path& root,
-                                                       const boost::filesystem::path& file, Status& status);
+    [[nodiscard]] static std::unique_ptr<AddInManifest>
+    readManifest(const boost::filesystem::path& root, const boost::filesystem::path& file, Status& status);
 
 private:
     AddInMgr() = default;

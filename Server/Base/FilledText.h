@@ -29,7 +29,7 @@ std::wstring fillText(const std::wstring& text, std::initializer_list<FilledValu
 
 /// The same with the values one by one.
 template <class... Values>
-std::wstring filledText(const std::wstring& text, const Values&... values)
+[[nodiscard]] std::wstring filledText(const std::wstring& text, const Values&... values)
 {
     return fillText(text, {FilledValue(values)...});
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Server/Base/Require.h"
+
 #include <utility>
 
 namespace Vs {
@@ -12,9 +14,13 @@ class HostSlot
 {
 public:
     /// Never null.
-    Host* get() const { return m_host; }
+    [[nodiscard]] Host* get() const { return m_host; }
     /// Returns the one before. The host is not owned; null brings the empty one back.
-    Host* install(Host* host) { return std::exchange(m_host, host ? host : &m_empty); }
+    Host* install(Host* host)
+    {
+        assertMainThread();
+        return std::exchange(m_host, host ? host : &m_empty);
+    }
 
 private:
     Host m_empty;

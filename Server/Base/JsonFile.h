@@ -11,7 +11,7 @@ namespace Vs::JsonFile {
 
 /// What the file holds; nothing if there is no such file. Throws Vs::Exception that names the file, the line
 /// where there is one, and the cause, without a full stop at its end.
-std::optional<QJsonObject> read(const boost::filesystem::path& file);
+[[nodiscard]] std::optional<QJsonObject> read(const boost::filesystem::path& file);
 
 enum class Readers { Everybody, OwnerOnly };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "Server/Base/UniqueString.h"
 
 #include <utility>
@@ -17,11 +18,12 @@ public:
 
 /// Holds one named lock on a target for as long as it lives. Giving it a new target takes the new lock after
 /// the old one is released.
-class LockBase
+class [[nodiscard]] LockBase
 {
 public:
     explicit LockBase(const UniqueString* source, Lockable* target = nullptr) : m_source(source)
     {
+        require(source != nullptr, "a lock has a name");
         this->target(target);
     }
     LockBase(const LockBase& other) : LockBase(other.m_source, other.m_target) {}

@@ -1,5 +1,7 @@
 #include "Server/Base/Metrics.h"
 
+#include "Server/Base/Require.h"
+
 #include <algorithm>
 #include <memory>
 #include <mutex>
@@ -34,6 +36,8 @@ Sums& sums()
 
 Metrics::TimeMetric* Metrics::TimeMetric::make(const UniqueString* name, const std::wstring& title)
 {
+    assertMainThread();
+    require(name != nullptr, "a metric has a name");
     for (const TimeMetric* metric : metrics())
         if (metric->name() == name)
             return const_cast<TimeMetric*>(metric);

@@ -16,7 +16,7 @@ class TimeMetric
 {
 public:
     /// The one metric of that name; `title` is what people read, of the first call.
-    static TimeMetric* make(const UniqueString* name, const std::wstring& title);
+    [[nodiscard]] static TimeMetric* make(const UniqueString* name, const std::wstring& title);
     /// All metrics, in the order in which they were made.
     static std::vector<const TimeMetric*> all();
 
@@ -48,7 +48,7 @@ private:
 } // namespace Metrics
 
 /// Measures the scope it lives in, under a name; the sums are kept per name for the whole process.
-class Clock
+class [[nodiscard]] Clock
 {
 public:
     struct Sum
@@ -63,7 +63,7 @@ public:
     Clock& operator=(const Clock&) = delete;
 
     /// What the scopes of that name took so far. Any thread.
-    static Sum sum(const UniqueString* name);
+    [[nodiscard]] static Sum sum(const UniqueString* name);
 
 private:
     const UniqueString* m_name;

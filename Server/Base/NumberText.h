@@ -13,7 +13,7 @@ namespace Vs {
 
 /// As few digits as read back to exactly the same number.
 template <class Number>
-std::wstring numberText(Number number)
+[[nodiscard]] std::wstring numberText(Number number)
 {
     char buffer[64];
     return {buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr};
@@ -21,7 +21,7 @@ std::wstring numberText(Number number)
 
 /// Nothing if the text isn't wholly a number, or one that is too large.
 template <class Number>
-std::optional<Number> readNumber(std::wstring_view text)
+[[nodiscard]] std::optional<Number> readNumber(std::wstring_view text)
 {
     const std::string narrow = Strings::narrow(text);
     const char* const last = narrow.data() + narrow.size();

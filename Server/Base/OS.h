@@ -7,7 +7,7 @@ namespace Vs::OS {
 /// Opens a file or a web address with the program that the desktop has for it. The text is handed over as it
 /// is, never through a shell. Returns false if it is empty, looks like an option, or cannot be handed over;
 /// returns before the other program is there.
-bool platformShellOpen(const std::wstring& target);
+[[nodiscard]] bool platformShellOpen(const std::wstring& target);
 
 /// Replaces what platformShellOpen runs, "xdg-open"; for desktops that have another, and for tests.
 void shellOpenProgram(const std::string& program);

@@ -83,7 +83,7 @@ private:
 
 /// `object` seen as a T, or null if it is none (or is null itself).
 template <class T>
-T* cast(const Interface* object)
+[[nodiscard]] T* cast(const Interface* object)
 {
     return object ? static_cast<T*>(object->queryInterface(T::interfaceId())) : nullptr;
 }

@@ -4,6 +4,7 @@
 #include "Server/Base/JsonFile.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/OptionGroups.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/Warning.h"
 
@@ -42,6 +43,7 @@ struct OptionGroup::Data
     /// Undefined for an option that was never set.
     QJsonValue find(const char* option)
     {
+        assertMainThread();
         load();
         return values.value(QLatin1String(option));
     }
@@ -109,6 +111,8 @@ struct OptionGroup::Data
 
 OptionGroup::OptionGroup(std::string name) : m_data(std::make_unique<Data>())
 {
+    assertMainThread();
+    require(!name.empty(), "a group of options has a name, which is that of its file");
     m_data->name = std::move(name);
     optionGroups().insert(this);
 }
@@ -189,6 +193,7 @@ void OptionGroup::setValue(const char* option, const std::vector<std::wstring>& 
 
 void OptionGroup::reset()
 {
+    assertMainThread();
     m_data->load();
     const QJsonObject before = std::exchange(m_data->values, {});
     if (before.isEmpty())
@@ -207,6 +212,7 @@ void OptionGroup::save()
 
 void OptionGroup::saveLater(Tasks* tasks)
 {
+    assertMainThread();
     s_saveLater = tasks;
     if (!tasks)
         for (const OptionGroup* group : optionGroups()) {

@@ -46,11 +46,12 @@ public:
 
     const std::string& name() const;
 
-    bool value(const char* option, bool fallBack) const;
-    int value(const char* option, int fallBack) const;
-    double value(const char* option, double fallBack) const;
-    std::wstring value(const char* option, const std::wstring& fallBack) const;
-    std::vector<std::wstring> value(const char* option, const std::vector<std::wstring>& fallBack) const;
+    [[nodiscard]] bool value(const char* option, bool fallBack) const;
+    [[nodiscard]] int value(const char* option, int fallBack) const;
+    [[nodiscard]] double value(const char* option, double fallBack) const;
+    [[nodiscard]] std::wstring value(const char* option, const std::wstring& fallBack) const;
+    [[nodiscard]] std::vector<std::wstring> value(const char* option,
+                                                  const std::vector<std::wstring>& fallBack) const;
 
     /// Keeps the value and tells the sites, unless the option was set to the same before.
     void setValue(const char* option, bool value);

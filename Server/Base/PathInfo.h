@@ -8,31 +8,31 @@ using Path = boost::filesystem::path;
 
 /// The folder of the running tree, which holds `bin`, `lib`, `UI`, `Server` and `Localization`: QUILLET_ROOT
 /// if that is set, otherwise found from where this library lies.
-Path rootDirectory();
+[[nodiscard]] Path rootDirectory();
 
 /// The folder of the current language. With `fallBack`, that of English when the language has none.
-Path localizationDirectory(bool fallBack);
+[[nodiscard]] Path localizationDirectory(bool fallBack);
 /// The folder of English, which holds every resource.
-Path defaultLocalizationDirectory();
+[[nodiscard]] Path defaultLocalizationDirectory();
 
 /// Puts options, caches and recovery files under one folder, so that runs do not disturb each other. Must be
 /// called before any of the following is asked for.
 void profileDirectory(const Path& folder);
 
 /// Where the user's options lie; made if it isn't there.
-Path optionsDirectory();
+[[nodiscard]] Path optionsDirectory();
 /// Where things lie that can be made anew; made if it isn't there.
-Path cacheDirectory();
+[[nodiscard]] Path cacheDirectory();
 /// Where recovery files lie; made if it isn't there.
-Path recoveryDirectory();
+[[nodiscard]] Path recoveryDirectory();
 /// Where the cloud drive keeps its local copies.
-Path cloudCacheDirectory();
+[[nodiscard]] Path cloudCacheDirectory();
 
 /// Where the user keeps Python scripts. With `create`, made if it isn't there.
-Path scriptsDirectory(bool create);
+[[nodiscard]] Path scriptsDirectory(bool create);
 /// A folder of this user's for files that nobody misses. With `create`, made if it isn't there.
-Path temporaryDirectory(bool create);
+[[nodiscard]] Path temporaryDirectory(bool create);
 
-bool isPathInCloudCache(const Path& path);
+[[nodiscard]] bool isPathInCloudCache(const Path& path);
 
 } // namespace Vs::PathInfo

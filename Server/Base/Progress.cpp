@@ -1,5 +1,7 @@
 #include "Server/Base/Progress.h"
 
+#include "Server/Base/Require.h"
+
 #include <algorithm>
 #include <atomic>
 
@@ -36,6 +38,7 @@ void leave()
 
 void Progress::sink(ProgressSink* sink)
 {
+    assertMainThread();
     s_sink = sink;
     // Whoever leaves while it shows something is not called any more.
     if (s_shownBy && s_shownBy != sink)
@@ -61,6 +64,7 @@ bool Progress::active() noexcept
 
 void Progress::keepAlive()
 {
+    assertMainThread();
     if (s_shownBy && !s_shownBy->update(s_fraction, {}))
         requestCancel();
 }
@@ -72,6 +76,7 @@ void Progress::cancelHook(void (*hook)())
 
 Progress::CancelScope::CancelScope()
 {
+    assertMainThread();
     enter();
 }
 
@@ -82,6 +87,7 @@ Progress::CancelScope::~CancelScope()
 
 ProgressScope::ProgressScope(const std::wstring& title)
 {
+    assertMainThread();
     enter();
     if (s_progressScopes++ == 0 && s_sink) {
         s_shownBy = s_sink;
@@ -102,6 +108,7 @@ ProgressScope::~ProgressScope()
 
 bool ProgressScope::update(double fraction, const std::wstring& step)
 {
+    assertMainThread();
     // A fraction that is no number counts as the start.
     s_fraction = fraction > 0 ? std::min(fraction, 1.0) : 0.0;
     if (s_shownBy && !s_shownBy->update(s_fraction, step))

@@ -23,9 +23,9 @@ void sink(ProgressSink* sink);
 /// Asks the running work to stop. May be called from a signal handler or any thread.
 void requestCancel() noexcept;
 /// Whether somebody asked since the outermost scope began. Any thread.
-bool cancelled() noexcept;
+[[nodiscard]] bool cancelled() noexcept;
 /// Whether long work is running that a cancel would reach. Any thread.
-bool active() noexcept;
+[[nodiscard]] bool active() noexcept;
 
 /// For long work that doesn't know how far it is: the chance to keep a window alive and to take its cancel.
 /// Main thread.
@@ -36,7 +36,7 @@ void cancelHook(void (*hook)());
 
 /// Work that can be cancelled but shows nothing itself: a replay, a script. Progress scopes inside it share
 /// its cancellation. Main thread.
-class CancelScope
+class [[nodiscard]] CancelScope
 {
 public:
     CancelScope();
@@ -49,7 +49,7 @@ public:
 
 /// Long work between construction and destruction. Scopes nest: inner ones share the outer one's display.
 /// Main thread.
-class ProgressScope
+class [[nodiscard]] ProgressScope
 {
 public:
     explicit ProgressScope(const std::wstring& title);

@@ -3,6 +3,7 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/PythonBackend.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 
@@ -66,6 +67,7 @@ PythonManager* PythonManager::get()
 std::wstring PythonManager::runScriptFile(const std::wstring& path, Status& status,
                                           const std::vector<std::wstring>& arguments)
 {
+    assertMainThread();
     Status own;
     std::wstring result = guarded(
         own, [&](PythonBackend& backend) { return backend.runFile(Strings::narrow(path), arguments, own); });
@@ -79,12 +81,14 @@ std::wstring PythonManager::runScriptFile(const std::wstring& path, Status& stat
 
 std::wstring PythonManager::runString(const std::wstring& code, Status& status)
 {
+    assertMainThread();
     return guarded(status,
                    [&](PythonBackend& backend) { return backend.runString(Strings::narrow(code), status); });
 }
 
 void PythonManager::runTranscript(const std::wstring& path, const ScriptSteps& steps, Status& status)
 {
+    assertMainThread();
     const std::string file = Strings::narrow(path);
     guarded(status, [&](PythonBackend& backend) {
         backend.runStatements(file, steps, status);
@@ -99,6 +103,7 @@ bool PythonManager::started() const
 
 void PythonManager::shutdown()
 {
+    assertMainThread();
     PythonBackend::shutdown();
 }
 

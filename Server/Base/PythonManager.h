@@ -49,7 +49,7 @@ public:
     void display(TextOutput* display) { m_display = display; }
     TextOutput* display() const { return m_display; }
     /// Whether the interpreter runs already.
-    bool started() const;
+    [[nodiscard]] bool started() const;
     /// Ends the interpreter, if it runs. Called once, before the add-ins go.
     void shutdown();
 
@@ -63,7 +63,7 @@ class PythonAutorunEventSite : public EventSite
 {
 public:
     /// Returns false, with the reason in the status, to keep the application running.
-    virtual bool closingDown(Status& status) = 0;
+    [[nodiscard]] virtual bool closingDown(Status& status) = 0;
 };
 
 class PythonAutorunScripts : public EventSource<PythonAutorunEventSite>
@@ -80,7 +80,7 @@ public:
 
     /// Asks all sites and calls each function that a script registered with `quillet.on_closing_down(f)`; one
     /// that returns False keeps the application running. Returns whether it may close.
-    bool fireClosingDown(Status& status);
+    [[nodiscard]] bool fireClosingDown(Status& status);
 
 private:
     PythonAutorunScripts() = default;

@@ -1,6 +1,7 @@
 #include "Server/Base/ResourceMgr.h"
 
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/StringTable.h"
 #include "Server/Base/Strings.h"
 
@@ -53,6 +54,7 @@ std::wstring ImageSetResource::fileForSize(int pixels) const
 
 CursorResource* CursorResource::defaultCursor(int shape)
 {
+    assertMainThread();
     static std::map<int, std::unique_ptr<CursorResource>> cursors;
     std::unique_ptr<CursorResource>& cursor = cursors[shape];
     if (!cursor) {
@@ -75,6 +77,8 @@ struct ResourceMgr::Data
     Kind* serve(std::unordered_map<std::wstring, std::unique_ptr<Kind>>& all, const std::wstring& path,
                 Arguments... arguments)
     {
+        assertMainThread();
+        require(!path.empty(), "a resource has a path below its manager's folder");
         std::unique_ptr<Kind>& resource = all[path];
         if (!resource)
             resource = std::make_unique<Kind>((folder / path).wstring(), arguments...);

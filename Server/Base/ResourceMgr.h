@@ -19,7 +19,7 @@ public:
     /// The file system path. Of a file in a language's folder (see PathInfo::localizationDirectory) the
     /// current language's own, or English's where the language has none. Says nothing of whether the file
     /// exists.
-    virtual std::wstring localPath() const;
+    [[nodiscard]] virtual std::wstring localPath() const;
 
 protected:
     const std::wstring& path() const { return m_path; }
@@ -38,7 +38,7 @@ public:
     /// The sizes in pixels that every set has, rising.
     static const std::vector<int>& sizes();
     /// The file of the smallest size that is not below `pixels`, or the largest.
-    std::wstring fileForSize(int pixels) const;
+    [[nodiscard]] std::wstring fileForSize(int pixels) const;
 };
 
 class ImageResource : public Implements<ImageResource, Resource>
@@ -71,7 +71,8 @@ private:
     int m_shape = -1;
 };
 
-/// Serves the files under one folder. For one path there is one resource, owned by the manager.
+/// Serves the files under one folder. For one path there is one resource, owned by the manager. Main thread
+/// only.
 class ResourceMgr : public Implements<ResourceMgr>
 {
 public:

@@ -1,5 +1,6 @@
 #include "Server/Base/ScriptDebugInfo.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/TranscriptMgr.h"
 
 #include <algorithm>
@@ -26,6 +27,7 @@ void ScriptDebugInfo::stepLine(int line)
 
 void ScriptDebugInfo::addBreakPoint(int line)
 {
+    require(line >= 1, "lines are counted from 1");
     m_breakPoints.emplace(line, false);
     changed();
 }
@@ -65,6 +67,7 @@ void ScriptDebugInfo::needToReload(bool value)
 
 void ScriptDebugInfo::changed()
 {
+    assertMainThread();
     // One that is told may make or unmake others.
     for (IScriptDebugInfoObserver* observer : std::vector(m_observers))
         if (std::find(m_observers.begin(), m_observers.end(), observer) != m_observers.end())

@@ -35,7 +35,7 @@ public:
     void resetBreakPoints();
     void removeAllBreakPoints();
     /// For the interpreter: whether it has to stop before this line; each break point says so once a pass.
-    bool stopsAt(int line);
+    [[nodiscard]] bool stopsAt(int line);
 
     /// Up while observers are told that the file's text is another one.
     bool needToReload() const { return m_needToReload; }

@@ -1,5 +1,6 @@
 #include "Server/Base/SerializableObject.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 
 #include <algorithm>
@@ -99,6 +100,8 @@ struct OwnFactories
 
 SerializableObjectFactory::SerializableObjectFactory(std::string name) : m_name(std::move(name))
 {
+    assertMainThread();
+    require(!m_name.empty(), "a factory has a name, by which it is found");
     factories().push_back(this);
 }
 
@@ -118,6 +121,7 @@ SerializableObjectFactory* SerializableObjectFactory::findFactory(std::string_vi
 
 UniqueStringObject* UniqueStringObject::get(const UniqueString* value)
 {
+    assertMainThread();
     static auto& all = *new std::unordered_map<const UniqueString*, std::unique_ptr<UniqueStringObject>>;
     if (!value)
         return nullptr;

@@ -13,7 +13,7 @@ class SerializableObject : public Implements<SerializableObject>
 {
 public:
     /// The text from which its factory makes it again.
-    virtual std::wstring serialize() const = 0;
+    [[nodiscard]] virtual std::wstring serialize() const = 0;
     /// The name of that factory.
     virtual std::string factoryName() const = 0;
 };
@@ -31,12 +31,12 @@ public:
     const std::string& name() const { return m_name; }
 
     /// The factory of that name, or null.
-    static SerializableObjectFactory* findFactory(std::string_view name);
+    [[nodiscard]] static SerializableObjectFactory* findFactory(std::string_view name);
 
     /// The object that `text` stands for, or null. With `create` false only an object that exists already.
     /// What is returned is owned by whoever serves it (an asset type, a session) or lives as long as the
     /// process (an identifier): the caller never deletes it.
-    virtual SerializableObject* deserialize(const std::wstring& text, bool create) = 0;
+    [[nodiscard]] virtual SerializableObject* deserialize(const std::wstring& text, bool create) = 0;
 
 private:
     std::string m_name;
@@ -48,7 +48,7 @@ class UniqueStringObject : public Implements<UniqueStringObject, SerializableObj
 public:
     static UniqueStringObject* get(const UniqueString* value);
     const UniqueString* value() const { return m_value; }
-    std::wstring serialize() const override;
+    [[nodiscard]] std::wstring serialize() const override;
     std::string factoryName() const override;
 
 private:
@@ -62,7 +62,7 @@ class UniqueStringSerializableObjectFactory : public SerializableObjectFactory
 public:
     static constexpr const char* kName = "UniqueStringSerializableObjectFactory";
     UniqueStringSerializableObjectFactory() : SerializableObjectFactory(kName) {}
-    SerializableObject* deserialize(const std::wstring& text, bool create) override;
+    [[nodiscard]] SerializableObject* deserialize(const std::wstring& text, bool create) override;
 };
 
 /// A plain value as an argument, with a factory of the same name so that a transcript can write it: text as
@@ -73,7 +73,7 @@ class ValueObject : public Implements<ValueObject<T>, SerializableObject>
 public:
     explicit ValueObject(T value) : m_value(std::move(value)) {}
     const T& value() const { return m_value; }
-    std::wstring serialize() const override;
+    [[nodiscard]] std::wstring serialize() const override;
     std::string factoryName() const override;
 
 private:

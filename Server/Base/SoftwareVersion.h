@@ -6,12 +6,12 @@
 namespace Vs::SoftwareVersion {
 
 /// "major.minor.patch" of a number.
-std::string versionString(unsigned version);
+[[nodiscard]] std::string versionString(unsigned version);
 
 /// The running program's version as text.
-std::string currentSoftwareVersion();
+[[nodiscard]] std::string currentSoftwareVersion();
 /// The running program's version as a number; what a saved document keeps.
-unsigned currentVersionNumber();
+[[nodiscard]] unsigned currentVersionNumber();
 
 /// The running program's version for people, with the commit that it was built from: "0.1.0 (abcdef123456)".
 std::string describeCurrent();
@@ -20,6 +20,6 @@ std::string describeCurrent();
 void currentRevision(std::string revision);
 
 /// The number of a version's text; 0 if the text is no version.
-unsigned versionInfo(const std::string& version);
+[[nodiscard]] unsigned versionInfo(const std::string& version);
 
 } // namespace Vs::SoftwareVersion

@@ -18,8 +18,8 @@ public:
 class [[nodiscard]] Status
 {
 public:
-    bool isOk() const { return m_errors.empty(); }
-    bool isError() const { return !m_errors.empty(); }
+    [[nodiscard]] bool isOk() const { return m_errors.empty(); }
+    [[nodiscard]] bool isError() const { return !m_errors.empty(); }
 
     /// Adds an error. The callback is not owned and may be null.
     void addError(std::wstring message, StatusCodeCallback* callback = nullptr);
@@ -30,7 +30,7 @@ public:
     const std::vector<std::wstring>& warnings() const { return m_warnings; }
 
     /// Whether an error's text holds `text` (UTF-8).
-    bool matchingError(std::string_view text) const;
+    [[nodiscard]] bool matchingError(std::string_view text) const;
 
     /// Forgets everything: errors, warnings and the reported mark.
     void clear();

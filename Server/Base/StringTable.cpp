@@ -2,6 +2,7 @@
 
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/Catalogue.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Strings.h"
 
@@ -97,6 +98,8 @@ Table& table()
 
 std::wstring getLocalizedString(std::wstring_view domain, const char* key, const char* defaultText)
 {
+    assertMainThread();
+    require(key != nullptr && defaultText != nullptr, "a text has a key and a default");
     Table& all = table();
     // English needs no catalogue: its texts stand in the code.
     if (all.language != kEnglish)
@@ -107,6 +110,7 @@ std::wstring getLocalizedString(std::wstring_view domain, const char* key, const
 
 void language(std::string_view code)
 {
+    assertMainThread();
     const std::string known = knownLanguage(code);
     table().language = known.empty() ? kEnglish : known;
     table().catalogues.clear();

@@ -6,18 +6,18 @@
 namespace Vs::Strings {
 
 /// UTF-8 to wide text. A byte that is no valid UTF-8 becomes U+FFFD; never fails.
-std::wstring widen(std::string_view narrow);
+[[nodiscard]] std::wstring widen(std::string_view narrow);
 
 /// Wide text to UTF-8. A value that is no code point becomes U+FFFD; never fails.
-std::string narrow(std::wstring_view wide);
+[[nodiscard]] std::string narrow(std::wstring_view wide);
 
 /// The text as one parameter of a text line: in double quotes, with `"` and `\` escaped by a backslash, if it
 /// is empty or holds blanks, quotes, backslashes or starts with the flag sign; as it stands otherwise.
 /// TextCommandMgr reads the result back as exactly `text`.
-std::wstring quote(std::wstring_view text);
+[[nodiscard]] std::wstring quote(std::wstring_view text);
 
 /// How many letters must be typed, taken out or changed to make one text of the other, whatever their case
 /// (Levenshtein's distance).
-size_t editDistance(std::wstring_view a, std::wstring_view b);
+[[nodiscard]] size_t editDistance(std::wstring_view a, std::wstring_view b);
 
 } // namespace Vs::Strings

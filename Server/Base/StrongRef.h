@@ -7,7 +7,7 @@ namespace Vs {
 
 /// Shares ownership of an object that counts its references itself (see SharedObject).
 template <class T>
-class StrongRef
+class [[nodiscard]] StrongRef
 {
 public:
     StrongRef() = default;

@@ -1,5 +1,7 @@
 #include "Server/Base/Task.h"
 
+#include "Server/Base/Require.h"
+
 #include <algorithm>
 #include <deque>
 #include <iterator>
@@ -48,6 +50,18 @@ struct Tasks::Data
             [](int priority, const std::unique_ptr<Task>& other) { return priority < other->priority(); });
         waiting.insert(place, std::move(task));
     }
+    void queue(std::unique_ptr<Task> task)
+    {
+        std::function<void()> wake;
+        {
+            std::lock_guard lock(mutex);
+            if (waiting.empty())
+                wake = wakeUp;
+            insert(std::move(task));
+        }
+        if (wake)
+            wake();
+    }
     std::unique_ptr<Task> take(std::deque<std::unique_ptr<Task>>& queue, const Task* task)
     {
         const auto found =
@@ -71,26 +85,20 @@ Tasks::~Tasks() = default;
 
 void Tasks::add(std::unique_ptr<Task> task)
 {
-    if (!task)
-        return;
-    std::function<void()> wakeUp;
-    {
-        std::lock_guard lock(m_data->mutex);
-        if (m_data->waiting.empty())
-            wakeUp = m_data->wakeUp;
-        m_data->insert(std::move(task));
-    }
-    if (wakeUp)
-        wakeUp();
+    assertMainThread();
+    require(task != nullptr, "a task that is queued is there");
+    m_data->queue(std::move(task));
 }
 
 void Tasks::post(std::function<void()> work)
 {
-    add(std::make_unique<FunctionTask>(std::move(work)));
+    require(work != nullptr, "a function that is queued is there");
+    m_data->queue(std::make_unique<FunctionTask>(std::move(work)));
 }
 
 bool Tasks::remove(Task* task)
 {
+    assertMainThread();
     std::unique_ptr<Task> removed; // Its destructor may call this queue, so it runs without the lock.
     std::lock_guard lock(m_data->mutex);
     removed = m_data->take(m_data->waiting, task);
@@ -113,6 +121,7 @@ void Tasks::runOnce()
 
 void Tasks::Data::runRound(Tasks& tasks)
 {
+    assertMainThread();
     // Whatever happens in a task, those behind it go back into the queue and the round is over.
     struct Guard
     {

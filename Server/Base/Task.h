@@ -18,7 +18,7 @@ public:
     int priority() const { return m_priority; }
 
     /// Does the work. Returns true when finished, false to be run again in the next round.
-    virtual bool run() = 0;
+    [[nodiscard]] virtual bool run() = 0;
 
 private:
     int m_priority;
@@ -51,8 +51,8 @@ public:
     /// Rounds until nothing waits, or `maximumRounds` have passed. A task may so run what it queued itself.
     void flush(int maximumRounds = 1000);
 
-    bool empty() const;
-    size_t size() const;
+    [[nodiscard]] bool empty() const;
+    [[nodiscard]] size_t size() const;
 
     /// Called, from the thread that adds, when something was added to an empty queue: the main loop's chance
     /// to wake up.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/Require.h"
 
 #include <string>
 #include <string_view>
@@ -29,7 +30,7 @@ public:
     const std::wstring& parameter(unsigned i) const { return m_parameters.at(i); }
     const std::wstring& operator[](unsigned i) const { return parameter(i); }
     /// Whether `/Name` stood in the line; `name` without the slash, in the same case.
-    bool hasFlag(std::wstring_view name) const;
+    [[nodiscard]] bool hasFlag(std::wstring_view name) const;
     const std::vector<std::wstring>& flags() const { return m_flags; }
     /// Whether the line was typed by a person into the command box, and not run by a script.
     bool viaUI() const { return m_viaUI; }
@@ -126,8 +127,10 @@ public:
     template <class... Arguments>
     explicit PythonEntry(Arguments&&... arguments) : Base(std::forward<Arguments>(arguments)...)
     {
+        require(!s_instance, "a class of text commands has one object, which Python calls");
         s_instance = this;
     }
+    ~PythonEntry() override { s_instance = nullptr; }
 
     decltype(std::declval<Base&>().pythonEntry()) pythonEntry() override
     {

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/Private/TextLine.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandHelp.h"
 #include "Server/Base/TextCommandRegistry.h"
@@ -126,6 +127,7 @@ TextCommandResult TextCommandMgr::executeCommandWithoutOutput(std::wstring_view 
 
 TextCommandResult TextCommandMgr::execute(TextCommand& command, const TextCommandParameters& parameters)
 {
+    assertMainThread();
     const auto* entry = m_data->registry.find(command);
     const bool known = entry && entry->command == &command;
     return m_data->execute(command, known && entry->format ? &*entry->format : nullptr, parameters);
@@ -133,6 +135,7 @@ TextCommandResult TextCommandMgr::execute(TextCommand& command, const TextComman
 
 TextCommandResult TextCommandMgr::run(std::wstring_view line, bool viaUI)
 {
+    assertMainThread();
     if (line.size() > kLongestLine)
         return failure(L"The line has " + std::to_wstring(line.size()) + L" characters; " +
                        std::to_wstring(kLongestLine) + L" are allowed.");
@@ -214,23 +217,27 @@ TextCommand* TextCommandMgr::find(std::wstring_view area, std::wstring_view name
 
 void TextCommandMgr::add(TextCommand* command)
 {
+    assertMainThread();
     m_data->registry.commands.push_back(command);
     m_data->registry.changed();
 }
 
 void TextCommandMgr::add(TextCommandSubjectArea* area)
 {
+    assertMainThread();
     m_data->registry.areas.push_back(area);
 }
 
 void TextCommandMgr::remove(TextCommand* command)
 {
+    assertMainThread();
     std::erase(m_data->registry.commands, command);
     m_data->registry.changed();
 }
 
 void TextCommandMgr::remove(TextCommandSubjectArea* area)
 {
+    assertMainThread();
     std::erase(m_data->registry.areas, area);
 }
 

@@ -51,10 +51,10 @@ public:
     /// Runs a line and hands its answer to the output, if one is set.
     TextCommandResult executeCommand(std::wstring_view line, bool viaUI = false);
     /// Runs a line; the answer is returned only.
-    TextCommandResult executeCommandWithoutOutput(std::wstring_view line, bool viaUI = false);
+    [[nodiscard]] TextCommandResult executeCommandWithoutOutput(std::wstring_view line, bool viaUI = false);
     /// Runs one command with parameters that are split already, with the checks and the error handling of a
     /// line.
-    TextCommandResult execute(TextCommand& command, const TextCommandParameters& parameters);
+    [[nodiscard]] TextCommandResult execute(TextCommand& command, const TextCommandParameters& parameters);
 
     /// Not owned; null for none.
     void output(TextOutput* output);
@@ -67,12 +67,12 @@ public:
     void validate() const;
 
     /// In order of registration.
-    std::vector<TextCommandSubjectArea*> areas() const;
-    std::vector<TextCommand*> commands() const;
+    [[nodiscard]] std::vector<TextCommandSubjectArea*> areas() const;
+    [[nodiscard]] std::vector<TextCommand*> commands() const;
     /// The commands of one area, in order of registration.
-    std::vector<TextCommand*> commands(std::wstring_view area) const;
+    [[nodiscard]] std::vector<TextCommand*> commands(std::wstring_view area) const;
     /// Null if there is none.
-    TextCommand* find(std::wstring_view area, std::wstring_view name) const;
+    [[nodiscard]] TextCommand* find(std::wstring_view area, std::wstring_view name) const;
 
 private:
     friend class TextCommand;

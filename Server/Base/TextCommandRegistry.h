@@ -26,9 +26,12 @@ public:
     void changed() { m_indexed = false; }
 
     /// Null if there is none; of several with one name the first registered.
-    const Entry* find(std::wstring_view area, std::wstring_view name);
-    const Entry* find(const TextCommand& command) { return find(command.area(), command.name()); }
-    TextCommandSubjectArea* findArea(std::wstring_view name) const;
+    [[nodiscard]] const Entry* find(std::wstring_view area, std::wstring_view name);
+    [[nodiscard]] const Entry* find(const TextCommand& command)
+    {
+        return find(command.area(), command.name());
+    }
+    [[nodiscard]] TextCommandSubjectArea* findArea(std::wstring_view name) const;
 
     void validate() const;
 

@@ -19,7 +19,7 @@ public:
 
     /// The index of the first parameter that has another form than the format says, or -1. Parameters beyond
     /// the format, and missing ones, pass.
-    int firstWrong(const std::vector<std::wstring>& parameters) const;
+    [[nodiscard]] int firstWrong(const std::vector<std::wstring>& parameters) const;
 
     /// What a parameter of that type must be, as in "a whole number".
     static const char* expectation(Type type);

@@ -29,9 +29,9 @@ public:
     /// The next line without its end. Returns false at the end of the file. Throws Vs::Exception when the
     /// medium fails, the file was changed, or a line is longer than TextCommandMgr takes; the line is counted
     /// and passed over then.
-    bool next(std::wstring& text);
+    [[nodiscard]] bool next(std::wstring& text);
     /// Whether there is no further line.
-    bool atEnd();
+    [[nodiscard]] bool atEnd();
     /// How much of the file has been read, from 0 to 1.
     double fraction() const;
 
@@ -66,8 +66,9 @@ private:
 /// The line with each `${NAME}` replaced by its value; a name without one is replaced by nothing. The value
 /// keeps its blanks and quotes: where it needs quotes to stay inside its word, it gets them. What doesn't
 /// look like `${NAME}` (letters, digits, `_`) stays as it is, and `$${` stands for `${`.
-std::wstring substituteParameters(std::wstring_view line, const TranscriptParameters& parameters);
+[[nodiscard]] std::wstring substituteParameters(std::wstring_view line,
+                                                const TranscriptParameters& parameters);
 /// The line as a recording must write it, so that substituteParameters gives it back.
-std::wstring escapeParameters(std::wstring_view line);
+[[nodiscard]] std::wstring escapeParameters(std::wstring_view line);
 
 } // namespace Vs

@@ -1,6 +1,7 @@
 #include "Server/Base/TranscriptMgr.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptPython.h"
@@ -15,6 +16,7 @@
 #include <cstring>
 #include <locale>
 #include <set>
+#include <tuple>
 
 namespace Vs {
 
@@ -79,6 +81,7 @@ ETranscriptType TranscriptMgr::typeOf(const std::wstring& path)
 
 bool TranscriptMgr::startRecording(const std::wstring& path, ETranscriptType type, Status& status)
 {
+    assertMainThread();
     endRecording();
     const auto refuse = [&](const std::wstring& why) {
         status.addError(L"The transcript \"" + path + L"\" cannot be written: " + why + L".");
@@ -112,6 +115,7 @@ bool TranscriptMgr::startRecording(const std::wstring& path, ETranscriptType typ
 
 void TranscriptMgr::endRecording()
 {
+    assertMainThread();
     if (!m_file)
         return;
     tellListener();
@@ -136,6 +140,7 @@ ETranscriptType TranscriptMgr::recordingType() const
 
 void TranscriptMgr::write(const std::wstring& entry)
 {
+    require(m_file != nullptr, "an entry is written only while a transcript is recorded");
     errno = 0;
     m_file->put(entry);
     if (m_file->stream)
@@ -160,12 +165,13 @@ void TranscriptMgr::replay(const std::wstring& path, Status& status, ETranscript
 {
     ReplayOptions options;
     options.status = &status;
-    replay(path, type, options);
+    std::ignore = replay(path, type, options); // What failed is in the status.
 }
 
 ReplayResult TranscriptMgr::replay(const std::wstring& path, ETranscriptType type,
                                    const ReplayOptions& options)
 {
+    assertMainThread();
     return playTranscript(path, type, options);
 }
 
@@ -174,7 +180,7 @@ void TranscriptMgr::stepReplay(const std::wstring& path, Status& status, ETransc
     ReplayOptions options;
     options.status = &status;
     options.oneLine = true;
-    replay(path, type, options);
+    std::ignore = replay(path, type, options); // What failed is in the status.
 }
 
 std::wstring TranscriptMgr::replayingScriptFile() const

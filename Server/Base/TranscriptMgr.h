@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/ScriptDebugInfo.h"
 
 #include <functional>
@@ -41,11 +42,11 @@ public:
     static TranscriptMgr* get();
 
     /// By the file's name alone: Python where the suffix is `.py`, in capitals as well; else text.
-    static ETranscriptType typeOf(const std::wstring& path);
+    [[nodiscard]] static ETranscriptType typeOf(const std::wstring& path);
 
     /// Begins a transcript, in place of a file that is there and of a recording that runs. Returns false,
     /// with the reason, if the file cannot be made or is just being replayed.
-    bool startRecording(const std::wstring& path, ETranscriptType type, Status& status);
+    [[nodiscard]] bool startRecording(const std::wstring& path, ETranscriptType type, Status& status);
     /// The same; the reason goes to the host.
     bool startRecording(const std::wstring& path, ETranscriptType type);
     void endRecording();
@@ -54,7 +55,11 @@ public:
     bool recordingLost() const { return m_recordingLost; }
     /// Called whenever a recording ends, by whatever means, when it still takes its last lines; if its medium
     /// has failed, when nothing is recorded any more. One listener; empty for none.
-    void whenRecordingEnds(std::function<void()> listener) { m_recordingEnds = std::move(listener); }
+    void whenRecordingEnds(std::function<void()> listener)
+    {
+        require(!listener || !m_recordingEnds, "one listener is told of the end of recordings");
+        m_recordingEnds = std::move(listener);
+    }
     /// The file that is being written; empty if none.
     std::wstring recordingFile() const;
     ETranscriptType recordingType() const;
@@ -71,11 +76,11 @@ public:
     std::wstring replayingScriptFile() const;
     /// What a path in a line stands for: while a transcript is played a relative one is looked up beside it,
     /// unless only the working folder has such a file, or the folder for it.
-    std::wstring locate(const std::wstring& path) const;
+    [[nodiscard]] std::wstring locate(const std::wstring& path) const;
 
     /// How a recording writes a path that `locate` shall find again: within the transcript's own folder the
     /// way from there, so that both can go to another place together; else as it is.
-    std::wstring portable(const std::wstring& path) const;
+    [[nodiscard]] std::wstring portable(const std::wstring& path) const;
 
     ScriptDebugInfo* scriptDebugInfo() { return &m_debugInfo; }
 
@@ -86,7 +91,7 @@ public:
     void settleAfterCall();
 
     /// Held for as long as a transcript is played; one may replay another, but not itself.
-    class Replay
+    class [[nodiscard]] Replay
     {
     public:
         /// Lines of no file.
@@ -99,7 +104,7 @@ public:
     };
 
     /// While it lives nothing is recorded: what runs is part of something that is recorded as a whole.
-    class Unrecorded
+    class [[nodiscard]] Unrecorded
     {
     public:
         Unrecorded() { ++get()->m_unrecorded; }

@@ -22,7 +22,7 @@ struct ReplayOptions
     std::function<void(size_t line, unsigned status)> afterLine;
 };
 
-struct ReplayResult
+struct [[nodiscard]] ReplayResult
 {
     /// Lines that ran, comments and empty lines not counted; of Python, statements.
     size_t lines = 0;
@@ -35,7 +35,7 @@ struct ReplayResult
 /// The first line of a Python transcript, by which it is told from other scripts.
 constexpr const char* kPythonTranscriptHead = "# Transcript";
 /// Whether the file is a transcript: all but those Python files that don't begin with that line.
-bool isTranscript(const std::wstring& path);
+[[nodiscard]] bool isTranscript(const std::wstring& path);
 
 /// For TranscriptMgr. Progress shows how far it is, and Progress::requestCancel ends it after the line that
 /// runs, or inside a Python script.

@@ -1,5 +1,6 @@
 #include "Server/Base/TranscriptTrigger.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/TranscriptFile.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptPython.h"
@@ -38,6 +39,7 @@ void TranscriptTrigger::onCreatePythonTranscriptEntry(std::wstring& entry)
 
 void TranscriptTrigger::writeTranscriptEntry()
 {
+    assertMainThread();
     TranscriptMgr* transcripts = TranscriptMgr::get();
     if (!transcripts->takesEntries())
         return;

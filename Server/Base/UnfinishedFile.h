@@ -6,7 +6,7 @@ namespace Vs {
 
 /// Stands for a file that is on the disk only until it is complete. Whoever writes it removes it if that
 /// fails; where the process ends from within the writing, nobody comes to do so but `removeAll`. Any thread.
-class UnfinishedFile
+class [[nodiscard]] UnfinishedFile
 {
 public:
     explicit UnfinishedFile(std::string path);

@@ -17,7 +17,7 @@ public:
 
     /// The one UniqueString of `text` (UTF-8). With `create` false, null if nobody has interned it yet.
     /// Safe to call from any thread.
-    static const UniqueString* find(std::string_view text, bool create = true);
+    [[nodiscard]] static const UniqueString* find(std::string_view text, bool create = true);
 
     const std::string& text() const { return m_text; }
     const std::wstring& wideText() const { return m_wideText; }

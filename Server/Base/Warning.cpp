@@ -1,5 +1,6 @@
 #include "Server/Base/Warning.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 
 #include <cstdio>
@@ -39,6 +40,7 @@ void warn(const std::wstring& message)
 
 void warningHandler(std::function<void(const std::wstring&)> function)
 {
+    assertMainThread();
     std::lock_guard lock(handler().mutex);
     handler().function = std::move(function);
 }

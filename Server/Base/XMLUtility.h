@@ -20,9 +20,11 @@ struct Error
 
 /// Checks an XML file against a schema. Returns what is wrong, in the order of the lines; empty if the file
 /// is valid. Nothing outside the two files is read: no network, no external entities, no expansion.
-std::vector<Error> validate(const boost::filesystem::path& file, const boost::filesystem::path& schema);
+[[nodiscard]] std::vector<Error> validate(const boost::filesystem::path& file,
+                                          const boost::filesystem::path& schema);
 
 /// Whether `file` is valid.
-bool schemaValidator(const boost::filesystem::path& file, const boost::filesystem::path& schema);
+[[nodiscard]] bool schemaValidator(const boost::filesystem::path& file,
+                                   const boost::filesystem::path& schema);
 
 } // namespace Vs::XMLUtility

@@ -28,6 +28,6 @@ struct BodyProperties
 /// body stands for all of its occurrences, a part that occurs a thousand times is measured once. Nothing,
 /// with an error in the status, if the body has no exact geometry (a mesh read from STL is measured by its
 /// triangles) or the kernel fails on it. Safe to call from any thread.
-std::optional<BodyProperties> bodyProperties(const Body& body, Status& status);
+[[nodiscard]] std::optional<BodyProperties> bodyProperties(const Body& body, Status& status);
 
 } // namespace Vs

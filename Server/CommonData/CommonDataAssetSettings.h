@@ -22,12 +22,12 @@ public:
     ~CommonDataAssetSettings() override;
 
     /// What is up in the model, length one; Z until it is set.
-    GkVector3d sceneUp() const;
+    [[nodiscard]] GkVector3d sceneUp() const;
     /// Where the model's front faces, length one and at right angles to `sceneUp`; -Y until it is set.
-    GkVector3d sceneFront() const;
+    [[nodiscard]] GkVector3d sceneFront() const;
     /// Sets both. Of `front` the part at right angles to `up` counts. Returns false and changes nothing if
     /// one of them isn't a direction, or they are parallel.
-    bool sceneOrientation(const GkVector3d& up, const GkVector3d& front);
+    [[nodiscard]] bool sceneOrientation(const GkVector3d& up, const GkVector3d& front);
 
     /// Whether a perspective becomes parallel while it looks straight at one side of the model. Default
     /// false.

@@ -1,5 +1,6 @@
 #include "Server/CommonData/NamedViewRequests.h"
 
+#include "Server/Base/Require.h"
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/CommonData/NamedViews.h"
 #include "Server/CommonData/Private/Texts.h"
@@ -32,6 +33,7 @@ void NamedViewRequest::onExecute(Asset& asset, Status& status)
 NewNamedViewRequest::NewNamedViewRequest(const Asset* asset, StrongRef<Scene::Camera> camera)
     : Implements(asset, localized("NewNamedView", "New Named View")), m_camera(std::move(camera))
 {
+    require(m_camera.get() != nullptr, "a named view has a camera");
 }
 
 NewNamedViewRequest* NewNamedViewRequest::make(Asset* asset, StrongRef<Scene::Camera> camera)
@@ -82,6 +84,7 @@ UpdateNamedViewCameraRequest::UpdateNamedViewCameraRequest(const Asset* asset, c
       m_name(name),
       m_camera(std::move(camera))
 {
+    require(m_camera.get() != nullptr, "a named view has a camera");
 }
 
 UpdateNamedViewCameraRequest* UpdateNamedViewCameraRequest::make(Asset* asset, const std::wstring& name,

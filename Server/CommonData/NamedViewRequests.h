@@ -25,7 +25,7 @@ private:
 class NewNamedViewRequest : public Implements<NewNamedViewRequest, NamedViewRequest>
 {
 public:
-    static NewNamedViewRequest* make(Asset* asset, StrongRef<Scene::Camera> camera);
+    [[nodiscard]] static NewNamedViewRequest* make(Asset* asset, StrongRef<Scene::Camera> camera);
 
 protected:
     NewNamedViewRequest(const Asset* asset, StrongRef<Scene::Camera> camera);
@@ -38,7 +38,7 @@ private:
 class DeleteNamedViewRequest : public Implements<DeleteNamedViewRequest, NamedViewRequest>
 {
 public:
-    static DeleteNamedViewRequest* make(Asset* asset, const std::wstring& name);
+    [[nodiscard]] static DeleteNamedViewRequest* make(Asset* asset, const std::wstring& name);
 
 protected:
     DeleteNamedViewRequest(const Asset* asset, const std::wstring& name);
@@ -51,8 +51,8 @@ private:
 class UpdateNamedViewNameRequest : public Implements<UpdateNamedViewNameRequest, NamedViewRequest>
 {
 public:
-    static UpdateNamedViewNameRequest* make(Asset* asset, const std::wstring& name,
-                                            const std::wstring& newName);
+    [[nodiscard]] static UpdateNamedViewNameRequest* make(Asset* asset, const std::wstring& name,
+                                                          const std::wstring& newName);
 
 protected:
     UpdateNamedViewNameRequest(const Asset* asset, const std::wstring& name, const std::wstring& newName);
@@ -66,8 +66,8 @@ private:
 class UpdateNamedViewCameraRequest : public Implements<UpdateNamedViewCameraRequest, NamedViewRequest>
 {
 public:
-    static UpdateNamedViewCameraRequest* make(Asset* asset, const std::wstring& name,
-                                              StrongRef<Scene::Camera> camera);
+    [[nodiscard]] static UpdateNamedViewCameraRequest* make(Asset* asset, const std::wstring& name,
+                                                            StrongRef<Scene::Camera> camera);
 
 protected:
     UpdateNamedViewCameraRequest(const Asset* asset, const std::wstring& name,

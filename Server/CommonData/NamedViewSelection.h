@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "Server/CommonData/NamedViews.h"
 #include "Server/DataModel/Selection/Selection.h"
 
@@ -12,6 +13,7 @@ public:
     NamedViewSelection(const Asset* asset, StrongRef<NamedView> view)
         : m_asset(asset), m_view(std::move(view))
     {
+        require(m_view.get() != nullptr, "a named view that is selected is there");
     }
 
     const StrongRef<NamedView>& namedView() const { return m_view; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/StrongRef.h"
 #include "Server/Scene/Camera.h"
@@ -25,6 +26,7 @@ public:
     NamedView(std::wstring name, bool fixed, StrongRef<Scene::Camera> camera)
         : m_name(std::move(name)), m_fixed(fixed), m_camera(std::move(camera))
     {
+        require(m_camera.get() != nullptr, "a named view has a camera");
     }
 
     const std::wstring& name() const { return m_name; }
@@ -57,13 +59,14 @@ public:
     const Views& views() const;
     /// By its exact name. Standard views are found by their English names as well, whatever the language, so
     /// that scripts are understood everywhere. Null if there is none.
-    StrongRef<NamedView> find(const std::wstring& name) const;
+    [[nodiscard]] StrongRef<NamedView> find(const std::wstring& name) const;
     /// `base`, or the first of `base`1, `base`2, ... that no view has yet.
-    std::wstring generateNamedViewName(const std::wstring& base) const;
+    [[nodiscard]] std::wstring generateNamedViewName(const std::wstring& base) const;
 
     /// Keeps the camera's state under the name of a view that there is, as one undo step. False, with the
     /// reason, if there is none, it is fixed, or the asset can't be changed.
-    bool updateNamedViewCamera(const std::wstring& name, const Scene::Camera* camera, Status& status);
+    [[nodiscard]] bool updateNamedViewCamera(const std::wstring& name, const Scene::Camera* camera,
+                                             Status& status);
 
     /// What the requests are made of; each returns the reason in the status and changes nothing if it can't
     /// be. A new name is used without the blanks at its ends; it must hold something, and differ from all

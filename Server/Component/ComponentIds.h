@@ -8,7 +8,7 @@
 namespace Vs {
 
 /// The id of the component that holds the one of this id; the root's is empty.
-inline std::string parentId(const std::string& id)
+[[nodiscard]] inline std::string parentId(const std::string& id)
 {
     const size_t end = id.rfind('/');
     return end == std::string::npos ? std::string() : id.substr(0, end);
@@ -16,13 +16,13 @@ inline std::string parentId(const std::string& id)
 
 /// The last step of the id: where the component stands in the model's data, wherever the assembly that holds
 /// it occurs.
-inline std::string placeOf(const std::string& id)
+[[nodiscard]] inline std::string placeOf(const std::string& id)
 {
     return id.substr(id.rfind('/') + 1);
 }
 
 /// By which the children of one parent are in their order.
-inline int lastNumber(const std::string& id)
+[[nodiscard]] inline int lastNumber(const std::string& id)
 {
     int last = 0;
     std::from_chars(id.data() + id.rfind(':') + 1, id.data() + id.size(), last);
@@ -31,7 +31,7 @@ inline int lastNumber(const std::string& id)
 
 /// Where the child of this id stands among those of its parent, or would stand: they are in the order of the
 /// last numbers of their ids.
-inline size_t rowOf(const Component& parent, const std::string& id)
+[[nodiscard]] inline size_t rowOf(const Component& parent, const std::string& id)
 {
     const auto& children = parent.children;
     const auto found =

@@ -1,5 +1,6 @@
 #include "Server/DataModel/Asset.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/AssetAdapter.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/AssetType.h"
@@ -33,8 +34,8 @@ Asset* Asset::create(Document* document, const std::wstring& name, AssetType* ty
 Asset* Asset::createFromModel(Document* document, const std::wstring& name, AssetType* type,
                               std::shared_ptr<const ModelFile> model)
 {
-    if (!document)
-        return nullptr;
+    assertMainThread();
+    require(document != nullptr, "an asset is made for a document");
     Asset* asset = document->adopt(std::unique_ptr<Asset>(new Asset(document, name, type, nullptr, true)));
     if (model)
         asset->m_data->load(std::move(model));
@@ -48,7 +49,9 @@ Asset* Asset::createFromModel(Document* document, const std::wstring& name, Asse
 
 Asset* Asset::createHidden(Document* document, Asset* parent, const std::wstring& name, AssetType* type)
 {
-    if (!document || !parent || parent->document() != document)
+    assertMainThread();
+    require(document != nullptr, "an asset is made for a document");
+    if (!parent || parent->document() != document)
         return nullptr;
     Asset* asset = document->adopt(std::unique_ptr<Asset>(new Asset(document, name, type, parent, false)));
     parent->m_referenced.push_back(asset);
@@ -77,6 +80,7 @@ std::wstring Asset::setting(const std::string& key) const
 
 void Asset::setting(const std::string& key, const std::wstring& value)
 {
+    assertMainThread();
     if (!m_data->history().set(key, value))
         return;
     AssetEvent event(this);

@@ -31,7 +31,8 @@ public:
     static Asset* createFromModel(Document* document, const std::wstring& name, AssetType* type,
                                   std::shared_ptr<const ModelFile> model);
     /// The same for an asset that isn't shown by itself. Null without a parent of the same document.
-    static Asset* createHidden(Document* document, Asset* parent, const std::wstring& name, AssetType* type);
+    [[nodiscard]] static Asset* createHidden(Document* document, Asset* parent, const std::wstring& name,
+                                             AssetType* type);
     ~Asset() override;
 
     const std::wstring& name() const { return m_name; }
@@ -45,7 +46,7 @@ public:
     Document* document() const { return m_document; }
 
     /// Changed since the last save. With `includeReferenced`, also true if a referred asset is.
-    bool isDirty(bool includeReferenced) const;
+    [[nodiscard]] bool isDirty(bool includeReferenced) const;
     /// Marks the asset as changed and asks the handlers at the first change
     /// (IDocMgmtHandler::onAssetDirtyFirstTime).
     void markDirty();
@@ -59,7 +60,7 @@ public:
     /// text where there is none; setting empty text removes it. A change within a Transaction is a part of
     /// its step, and undone with it; any other change smudges the asset. Each tells the sites
     /// (AssetEventSite::assetSettingsChanged).
-    std::wstring setting(const std::string& key) const;
+    [[nodiscard]] std::wstring setting(const std::string& key) const;
     void setting(const std::string& key, const std::wstring& value);
     const std::map<std::string, std::wstring>& settings() const;
 
@@ -75,7 +76,7 @@ public:
     /// The components stay where they are in memory until an event says that they were removed.
     const Component* components() const;
     /// The component of that id (Component::id), or null.
-    const Component* findComponent(const std::string& id) const;
+    [[nodiscard]] const Component* findComponent(const std::string& id) const;
 
     /// What the libraries above hang on this asset, made at the first call; null if nobody offers one.
     AssetAdapter* adapter() const;

@@ -1,5 +1,7 @@
 #include "Server/DataModel/AssetAdapter.h"
 
+#include "Server/Base/Require.h"
+
 #include <utility>
 #include <vector>
 
@@ -17,6 +19,8 @@ std::vector<std::pair<int, AssetAdapter::Factory>>& factories()
 
 int AssetAdapter::addFactory(Factory factory)
 {
+    assertMainThread();
+    require(factory != nullptr, "a factory of adapters is there");
     static int last = 0;
     factories().emplace_back(++last, std::move(factory));
     return last;
@@ -24,6 +28,7 @@ int AssetAdapter::addFactory(Factory factory)
 
 void AssetAdapter::removeFactory(int number)
 {
+    assertMainThread();
     std::erase_if(factories(), [&](const auto& entry) { return entry.first == number; });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/Require.h"
 
 #include <functional>
 #include <memory>
@@ -15,7 +16,10 @@ class AssetSettings;
 class AssetAdapter : public Implements<AssetAdapter>
 {
 public:
-    explicit AssetAdapter(Asset* asset) : m_asset(asset) {}
+    explicit AssetAdapter(Asset* asset) : m_asset(asset)
+    {
+        require(asset != nullptr, "an adapter is hung on an asset");
+    }
     Asset* asset() const { return m_asset; }
 
     /// The asset's settings as values with a meaning; null if this adapter knows none.
@@ -25,7 +29,7 @@ public:
     /// Installs what makes the adapter of an asset, at the first call of Asset::adapter(). The last one
     /// installed that gives an adapter wins; null means that it has none for this asset. Returns a number for
     /// `removeFactory`.
-    static int addFactory(Factory factory);
+    [[nodiscard]] static int addFactory(Factory factory);
     static void removeFactory(int number);
 
 private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/Require.h"
 
 namespace Vs {
 
@@ -11,7 +12,10 @@ class Asset;
 class AssetSettings : public Implements<AssetSettings>
 {
 public:
-    explicit AssetSettings(Asset* asset) : m_asset(asset) {}
+    explicit AssetSettings(Asset* asset) : m_asset(asset)
+    {
+        require(asset != nullptr, "settings belong to an asset");
+    }
     Asset* asset() const { return m_asset; }
 
 private:

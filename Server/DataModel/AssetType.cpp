@@ -1,9 +1,11 @@
 #include "Server/DataModel/AssetType.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/AssetEvents.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace Vs {
 
@@ -12,6 +14,12 @@ namespace {
 const AssetTypeSerializableObjectFactory assetTypeFactory;
 
 } // namespace
+
+AssetType::~AssetType()
+{
+    require(AssetTypeMgr::get()->assetType(m_identifier) != this,
+            "an asset type is unregistered before it goes");
+}
 
 std::wstring AssetType::serialize() const
 {
@@ -30,8 +38,10 @@ SerializableObject* AssetTypeSerializableObjectFactory::deserialize(const std::w
 
 AssetTypeMgr* AssetTypeMgr::get()
 {
-    static AssetTypeMgr manager;
-    return &manager;
+    // Never destroyed: types are statics of many libraries, and each is asked whether it is registered as it
+    // goes.
+    static auto* const manager = new AssetTypeMgr;
+    return manager;
 }
 
 AssetType* AssetTypeMgr::assetType(unsigned index) const
@@ -48,11 +58,13 @@ AssetType* AssetTypeMgr::assetType(const std::string& identifier) const
 
 bool AssetTypeMgr::registerType(AssetType* type)
 {
-    if (!type || type->identifier().empty() || assetType(type->identifier()))
+    assertMainThread();
+    require(type != nullptr && !type->identifier().empty(), "a type that is registered has an identifier");
+    if (assetType(type->identifier()))
         return false;
     m_types.push_back(type);
     // A line names a type by an identifier that must be known already, so that no line makes new ones.
-    UniqueString::find(type->identifier());
+    std::ignore = UniqueString::find(type->identifier());
     AssetTypeEvent event(type);
     AssetEventSource::get()->fireAssetTypeRegistered(&event);
     return true;
@@ -60,6 +72,7 @@ bool AssetTypeMgr::registerType(AssetType* type)
 
 void AssetTypeMgr::unregisterType(AssetType* type)
 {
+    assertMainThread();
     if (std::erase(m_types, type) == 0)
         return;
     AssetTypeEvent event(type);

@@ -30,6 +30,8 @@ public:
     {
     }
 
+    ~AssetType() override;
+
     const std::string& identifier() const { return m_identifier; }
     const std::wstring& name() const { return m_name; }
     const std::string& defaultDocType() const { return m_defaultDocType; }
@@ -61,7 +63,7 @@ public:
 
     /// The type isn't owned and must be unregistered before it goes. A second type of the same identifier
     /// isn't taken: returns false. Tells the asset event sites.
-    bool registerType(AssetType* type);
+    [[nodiscard]] bool registerType(AssetType* type);
     void unregisterType(AssetType* type);
 
 private:

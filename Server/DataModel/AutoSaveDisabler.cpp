@@ -1,5 +1,7 @@
 #include "Server/DataModel/AutoSaveDisabler.h"
 
+#include "Server/Base/Require.h"
+
 #include <map>
 
 namespace Vs {
@@ -17,6 +19,7 @@ std::map<const Document*, unsigned>& counts()
 
 AutoSaveDisabler::AutoSaveDisabler(Document* document) : m_document(document)
 {
+    assertMainThread();
     ++counts()[document];
 }
 

@@ -6,7 +6,7 @@ class Document;
 
 /// Keeps auto-save from writing a document, or any document if that is null, for as long as it lives. May be
 /// nested.
-class AutoSaveDisabler
+class [[nodiscard]] AutoSaveDisabler
 {
 public:
     explicit AutoSaveDisabler(Document* document);
@@ -15,7 +15,7 @@ public:
     AutoSaveDisabler& operator=(const AutoSaveDisabler&) = delete;
 
     /// Whether auto-save must leave this document alone now.
-    static bool disabled(const Document* document);
+    [[nodiscard]] static bool disabled(const Document* document);
 
 private:
     Document* m_document;

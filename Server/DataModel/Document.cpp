@@ -1,5 +1,6 @@
 #include "Server/DataModel/Document.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetEvents.h"
@@ -24,10 +25,12 @@ Document::Document(DocumentType* type, const std::wstring& displayName)
       m_displayName(displayName),
       m_file(std::make_unique<DocumentFile>())
 {
+    require(type != nullptr, "a document is of a type");
 }
 
 Document::~Document()
 {
+    assertMainThread();
     // Hidden assets go before the ones that they belong to.
     for (auto* list : {&m_hiddenAssets, &m_assets})
         while (!list->empty()) {
@@ -161,11 +164,14 @@ bool Document::isDirty(bool includeReferenced) const
 
 void Document::addLock(const UniqueString* source)
 {
+    assertMainThread();
+    require(source != nullptr, "a lock has a name");
     ++m_locks[source];
 }
 
 void Document::releaseLock(const UniqueString* source)
 {
+    assertMainThread();
     const auto lock = m_locks.find(source);
     if (lock == m_locks.end())
         return;

@@ -45,7 +45,7 @@ public:
     void clearPath();
     bool isOnDisk() const { return !m_path.empty(); }
     /// `path()` if there is one, else the file that the document was translated from, else the display name.
-    std::wstring bestPath() const;
+    [[nodiscard]] std::wstring bestPath() const;
     /// The foreign file that the document was translated from; empty if it wasn't.
     const std::wstring& importedFrom() const { return m_importedFrom; }
     void importedFrom(const std::wstring& path) { m_importedFrom = path; }
@@ -54,7 +54,7 @@ public:
     void displayName(const std::wstring& name);
 
     /// Whether any asset, visible or hidden, is dirty. See Asset::isDirty.
-    bool isDirty(bool includeReferenced) const;
+    [[nodiscard]] bool isDirty(bool includeReferenced) const;
 
     /// Writes the document to its path. The file there is replaced as a whole or stays as it was, byte by
     /// byte; a symbolic link stays one. On success every asset is clean, and the sites hear documentSaved and
@@ -66,15 +66,15 @@ public:
     ///
     /// A document without a path gets one from a handler (IDocMgmtHandler::onSavingUnnamed); if that stops,
     /// nothing is saved and nothing is told.
-    bool save(Status& status);
+    [[nodiscard]] bool save(Status& status);
     /// The same to another path, which is the document's own from then on. The sites hear documentUpdated;
     /// documentSaved is for the caller to tell.
-    bool saveAs(const std::wstring& path, Status& status);
+    [[nodiscard]] bool saveAs(const std::wstring& path, Status& status);
     /// Whether the file on the disk is write-protected.
-    bool isReadOnly() const;
+    [[nodiscard]] bool isReadOnly() const;
     /// Asks the handlers, once, whether a document that is read-only may be changed
     /// (IDocMgmtHandler::onEditingReadOnlyDocuments). True for every other document.
-    bool mayBeEdited();
+    [[nodiscard]] bool mayBeEdited();
 
     /// The identifier on the cloud drive; empty for a document that isn't from there.
     const std::string& cloudId() const { return m_cloudId; }
@@ -89,10 +89,10 @@ public:
     unsigned locks() const;
 
     /// `name`, with a number behind it if an asset of this document has that name already.
-    std::wstring uniqueAssetName(const std::wstring& name) const;
+    [[nodiscard]] std::wstring uniqueAssetName(const std::wstring& name) const;
     /// The asset of that name, of that guid's text, or the only one whose name begins with the text; else
     /// null.
-    Asset* bestAsset(const std::wstring& name) const;
+    [[nodiscard]] Asset* bestAsset(const std::wstring& name) const;
 
 private:
     friend class Asset;

@@ -1,6 +1,7 @@
 #include "Server/DataModel/DocumentMgr.h"
 
 #include "Server/Base/Progress.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
@@ -90,6 +91,7 @@ Document* DocumentMgr::add(AssetType* type, const std::wstring& displayName, Sta
 
 Document* DocumentMgr::create(AssetType* type, Status& status)
 {
+    assertMainThread();
     if (!type) {
         status.addError(L"A new document needs an asset type.");
         return nullptr;
@@ -107,6 +109,8 @@ Document* DocumentMgr::create(AssetType* type, Status& status)
 Document* DocumentMgr::createFromModel(const std::wstring& source, std::shared_ptr<const ModelFile> model,
                                        Status& status)
 {
+    assertMainThread();
+    require(model != nullptr, "what was read from a file has a model");
     const AssetTypeMgr* types = AssetTypeMgr::get();
     AssetType* type = nullptr;
     for (unsigned i = 0; i < types->assetTypes() && !type; ++i)
@@ -129,6 +133,7 @@ Document* DocumentMgr::createFromModel(const std::wstring& source, std::shared_p
 
 Document* DocumentMgr::open(const std::wstring& path, Status& status)
 {
+    assertMainThread();
     // Absolute, so that a mere name means the file here and not any open one of that name.
     if (Document* open = document(fs::absolute(path).wstring()))
         return open;
@@ -166,6 +171,7 @@ Document* DocumentMgr::openNative(const std::wstring& path, Status& status)
 
 void DocumentMgr::close(Document* document)
 {
+    assertMainThread();
     const auto found = std::find_if(m_documents.begin(), m_documents.end(),
                                     [&](const auto& candidate) { return candidate.get() == document; });
     if (found == m_documents.end() || document->m_closing)
@@ -195,7 +201,9 @@ DocumentType* DocumentMgr::documentType(const std::string& identifier) const
 
 bool DocumentMgr::registerDocumentType(DocumentType* type)
 {
-    if (!type || type->identifier().empty() || documentType(type->identifier()))
+    assertMainThread();
+    require(type != nullptr && !type->identifier().empty(), "a type that is registered has an identifier");
+    if (documentType(type->identifier()))
         return false;
     m_types.push_back(type);
     return true;
@@ -203,6 +211,7 @@ bool DocumentMgr::registerDocumentType(DocumentType* type)
 
 void DocumentMgr::unregisterDocumentType(DocumentType* type)
 {
+    assertMainThread();
     std::erase(m_types, type);
 }
 

@@ -29,7 +29,7 @@ public:
     /// it; null.
     Document* document(const std::wstring& path) const;
     /// Like `document(path)`, and also by display name or by the foreign file that it was translated from.
-    Document* bestDocument(const std::wstring& text) const;
+    [[nodiscard]] Document* bestDocument(const std::wstring& text) const;
 
     /// A new document with one active asset of the type. Null, with the reason, if the type's document type
     /// is unknown.
@@ -37,7 +37,7 @@ public:
     /// Opens a native file, or gives the open document of that path. Null, with the reasons, on failure.
     Document* open(const std::wstring& path, Status& status);
     /// Whether the file is a native one, by its name or by its content.
-    bool isNative(const std::wstring& path) const;
+    [[nodiscard]] bool isNative(const std::wstring& path) const;
     /// A new document that shows a model which was read from a foreign file; for translators. It isn't dirty:
     /// the file can be read again. Its asset is of the first type that is offered for creation.
     Document* createFromModel(const std::wstring& source, std::shared_ptr<const ModelFile> model,
@@ -49,7 +49,7 @@ public:
     DocumentType* documentType(unsigned index) const { return m_types.at(index); }
     DocumentType* documentType(const std::string& identifier) const;
     /// Not owned; must be unregistered before it goes. False if the identifier is taken.
-    bool registerDocumentType(DocumentType* type);
+    [[nodiscard]] bool registerDocumentType(DocumentType* type);
     void unregisterDocumentType(DocumentType* type);
 
     /// Adds the assets that no other asset and no document's list refers to.

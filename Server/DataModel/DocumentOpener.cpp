@@ -1,6 +1,7 @@
 #include "Server/DataModel/DocumentOpener.h"
 
 #include "Server/Base/Progress.h"
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Exchange/ForeignImport.h"
@@ -91,6 +92,7 @@ void DocumentOpener::expect(const boost::filesystem::path& path)
 
 void DocumentOpener::open(Status& status, int option)
 {
+    assertMainThread();
     constexpr int kStopAtFirstError = 0;
     TranslatorFileRecognizer recognizer("", false);
     recognizer.recognize();

@@ -6,7 +6,8 @@
 
 namespace Vs {
 
-/// A kind of native document. Registered with DocumentMgr by the add-in that brings it.
+/// A kind of native document. Registered with DocumentMgr by the add-in that brings it, and unregistered
+/// before it goes.
 class DocumentType : public Implements<DocumentType>
 {
 public:
@@ -15,6 +16,8 @@ public:
         : m_identifier(std::move(identifier)), m_name(std::move(name)), m_extension(std::move(extension))
     {
     }
+
+    ~DocumentType() override;
 
     const std::string& identifier() const { return m_identifier; }
     const std::wstring& name() const { return m_name; }

@@ -1,5 +1,6 @@
 #include "Server/DataModel/IDocMgmtHandler.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Document.h"
 
 #include <vector>
@@ -36,6 +37,7 @@ EDocMgmtOpCode ask(EDocMgmtOpCode (IDocMgmtHandler::*question)(Argument), Argume
 
 IDocMgmtHandler::IDocMgmtHandler()
 {
+    assertMainThread();
     handlers().push_back(this);
 }
 

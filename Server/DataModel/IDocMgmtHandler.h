@@ -40,16 +40,16 @@ public:
     /// Documents that are to be saved and have no path; a handler may give them one (Document::path).
     virtual EDocMgmtOpCode onSavingUnnamed(const Documents&) { return eDocMgmtNoOpinion; }
 
-    static EDocMgmtOpCode notifyPreClosingDocuments(const Documents& documents);
-    static EDocMgmtOpCode notifySavingMigratedFiles(const Documents& documents);
+    [[nodiscard]] static EDocMgmtOpCode notifyPreClosingDocuments(const Documents& documents);
+    [[nodiscard]] static EDocMgmtOpCode notifySavingMigratedFiles(const Documents& documents);
     /// Hands on only the documents that are dirty; goes on without asking if none is.
-    static EDocMgmtOpCode notifyClosingDirtyDocuments(const Documents& documents);
-    static EDocMgmtOpCode notifySavingFirstTime(const Documents& documents);
+    [[nodiscard]] static EDocMgmtOpCode notifyClosingDirtyDocuments(const Documents& documents);
+    [[nodiscard]] static EDocMgmtOpCode notifySavingFirstTime(const Documents& documents);
     /// Go on only if a handler says so: no opinion, where nobody has one, means that the file stays as it is.
-    static EDocMgmtOpCode notifySavingReadOnlyFiles(const Documents& documents);
-    static EDocMgmtOpCode notifySavingChangedFiles(const Documents& documents);
-    static EDocMgmtOpCode notifySavingUnnamed(const Documents& documents);
-    static EDocMgmtOpCode notifyEditingReadOnlyDocuments(const Documents& documents);
+    [[nodiscard]] static EDocMgmtOpCode notifySavingReadOnlyFiles(const Documents& documents);
+    [[nodiscard]] static EDocMgmtOpCode notifySavingChangedFiles(const Documents& documents);
+    [[nodiscard]] static EDocMgmtOpCode notifySavingUnnamed(const Documents& documents);
+    [[nodiscard]] static EDocMgmtOpCode notifyEditingReadOnlyDocuments(const Documents& documents);
     static EDocMgmtOpCode notifyAssetDirtyFirstTime(Asset* asset);
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
 #include "Server/Body/BodyMesh.h"
 #include "Server/Geometry/GkMatrix3d.h"
@@ -25,7 +26,10 @@ public:
         std::optional<Colour> colour;
     };
 
-    explicit ModelBuilder(Asset* asset) : m_asset(asset) {}
+    explicit ModelBuilder(Asset* asset) : m_asset(asset)
+    {
+        require(asset != nullptr, "parts are added to an asset");
+    }
 
     /// A box from the placement's origin to (dx, dy, dz), in mm.
     const Component* box(double dx, double dy, double dz, const Look& look, Status& status);

@@ -1,5 +1,6 @@
 #include "Server/DataModel/ModelDigest.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
@@ -102,6 +103,7 @@ private:
 
 uint64_t modelDigest(const Asset& asset)
 {
+    assertMainThread();
     Digest digest;
     TreeDigest(digest).addChildren(*asset.components());
     for (const auto& [key, value] : asset.settings()) {

@@ -11,6 +11,6 @@ class Asset;
 /// a millimetre. The asset's own name doesn't count, nor how the model came to be: after a save and a
 /// reopening, or after a step was undone and done again, it is the same number. Makes the meshes that aren't
 /// there yet. Main thread.
-uint64_t modelDigest(const Asset& asset);
+[[nodiscard]] uint64_t modelDigest(const Asset& asset);
 
 } // namespace Vs

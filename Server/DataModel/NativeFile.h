@@ -30,12 +30,12 @@ struct Summary
 
 /// Reads only the file's table of contents. Nothing, with one error that names the file and the cause, if it
 /// can't be read.
-std::optional<Summary> summary(const std::wstring& path, Status& status);
+[[nodiscard]] std::optional<Summary> summary(const std::wstring& path, Status& status);
 
 /// The bytes of the PNG picture that was saved with the file; empty if it has none or can't be read.
-std::string thumbnail(const std::wstring& path);
+[[nodiscard]] std::string thumbnail(const std::wstring& path);
 
 /// Whether the file's content is that of a native file, whatever its name is.
-bool isNative(const std::wstring& path);
+[[nodiscard]] bool isNative(const std::wstring& path);
 
 } // namespace Vs::NativeFile

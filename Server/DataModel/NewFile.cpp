@@ -1,5 +1,6 @@
 #include "Server/DataModel/NewFile.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 
 #include <cerrno>
@@ -53,6 +54,7 @@ NewFile::~NewFile()
 
 void NewFile::commit()
 {
+    require(!m_scratch.empty(), "a file is put in its place once");
     // The rename may reach the disk before the content does. Where an old file would be lost by that, the
     // content goes first; a new file has nothing to lose, and needn't wait for the disk.
     if (access(m_path.c_str(), F_OK) == 0) {

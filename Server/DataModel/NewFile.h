@@ -9,7 +9,7 @@ namespace Vs::Exchange {
 
 /// A file that is written beside its final place and takes it only when it is complete: whatever fails, an
 /// old file of that name stays as it was.
-class NewFile
+class [[nodiscard]] NewFile
 {
 public:
     /// Throws std::runtime_error with the cause if nothing can be written there.

@@ -1,5 +1,6 @@
 #include "Server/DataModel/SegmentFinder.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/AssetEvents.h"
 
 namespace Vs {
@@ -29,6 +30,7 @@ Choice& choice()
 
 void SegmentFinder::useExistingAsset(Asset* asset)
 {
+    assertMainThread();
     choice().asset = asset;
 }
 

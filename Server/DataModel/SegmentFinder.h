@@ -12,7 +12,7 @@ public:
     /// From now on this one, until it closes; null for none.
     static void useExistingAsset(Asset* asset);
     /// Null if the commands are to make their own.
-    static Asset* existingAsset();
+    [[nodiscard]] static Asset* existingAsset();
 };
 
 } // namespace Vs

@@ -1,5 +1,6 @@
 #include "Server/DataModel/SteppedTransaction.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/ChangeSteps.h"
@@ -12,6 +13,8 @@ using namespace ChangeSteps;
 
 SteppedTransaction::SteppedTransaction(Asset* asset, const std::wstring& name) : m_asset(asset)
 {
+    assertMainThread();
+    require(asset != nullptr, "a transaction changes an asset");
     if (isOpen(asset) || asset->data().history().isOpen())
         throw std::runtime_error("another change of it isn't finished");
     begin(asset, name, &ChangeHistory::beginGroup);
@@ -30,17 +33,20 @@ bool SteppedTransaction::isOpen(const Asset* asset)
 
 const TransactionNode& SteppedTransaction::node() const
 {
+    require(m_open, "a change in steps has a node while it is open");
     return *m_asset->data().history().group();
 }
 
 void SteppedTransaction::commit()
 {
+    require(m_open, "a change in steps is ended once");
     m_open = false;
     m_asset->data().history().commitGroup();
 }
 
 void SteppedTransaction::abort()
 {
+    require(m_open, "a change in steps is ended once");
     m_open = false;
     const ChangeHistory::Extent extent = m_asset->data().history().abortGroup();
     if (extent.nothing())

@@ -11,7 +11,7 @@ class Asset;
 /// A change of an asset that is made in steps, of which the last ones can be taken back and done again while
 /// the whole is open. Each Transaction in between is a step, or if it has no TransactionStepUserCache a part
 /// of the one before it. Aborted by its destructor unless it was committed.
-class SteppedTransaction
+class [[nodiscard]] SteppedTransaction
 {
 public:
     /// `name` is what the undo list shows of the whole. Throws std::runtime_error if another change of the
@@ -22,7 +22,7 @@ public:
     SteppedTransaction& operator=(const SteppedTransaction&) = delete;
 
     /// Whether there is one of that asset.
-    static bool isOpen(const Asset* asset);
+    [[nodiscard]] static bool isOpen(const Asset* asset);
 
     /// Its place in the tree of transactions, with the steps as its changes; only while it is open.
     const TransactionNode& node() const;

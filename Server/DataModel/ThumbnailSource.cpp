@@ -1,5 +1,6 @@
 #include "Server/DataModel/ThumbnailSource.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Native/Package.h"
 
 #include <exception>
@@ -18,6 +19,7 @@ ThumbnailSource::Picture& installed()
 
 void ThumbnailSource::install(Picture picture)
 {
+    assertMainThread();
     installed() = std::move(picture);
 }
 

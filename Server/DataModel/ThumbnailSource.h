@@ -20,7 +20,7 @@ public:
     static void install(Picture picture);
 
     /// The picture, or nothing if there is none or it isn't a PNG of reasonable size.
-    static std::string png(const Document& document);
+    [[nodiscard]] static std::string png(const Document& document);
 };
 
 } // namespace Vs

@@ -1,5 +1,6 @@
 #include "Server/DataModel/Transaction.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Model/ModelData.h"
@@ -31,6 +32,8 @@ std::wstring nameOf(const TransactionNode* step)
 
 Transaction::Transaction(Asset* asset, const std::wstring& name, Purpose purpose) : m_asset(asset)
 {
+    assertMainThread();
+    require(asset != nullptr, "a transaction changes an asset");
     ModelData& data = asset->data();
     m_outermost = !data.history().isOpen();
     if (!m_outermost)

@@ -13,7 +13,7 @@ class TransactionStepUserCache;
 /// One undoable change of an asset: of its model and of its settings. Opened by its constructor; aborted by
 /// its destructor unless it was committed. A transaction inside another one of the same asset joins it: its
 /// abort undoes the outer one as well.
-class Transaction
+class [[nodiscard]] Transaction
 {
 public:
     /// Whether the change is made to be kept, or only to be looked at until it is aborted.
@@ -38,11 +38,11 @@ public:
     /// Takes everything back.
     void abort();
 
-    static unsigned undoSteps(const Asset* asset);
-    static unsigned redoSteps(const Asset* asset);
+    [[nodiscard]] static unsigned undoSteps(const Asset* asset);
+    [[nodiscard]] static unsigned redoSteps(const Asset* asset);
     /// Name of the step that `undo` would take back; empty if there is none.
-    static std::wstring undoName(const Asset* asset);
-    static std::wstring redoName(const Asset* asset);
+    [[nodiscard]] static std::wstring undoName(const Asset* asset);
+    [[nodiscard]] static std::wstring redoName(const Asset* asset);
     /// False if there is nothing to undo or a transaction is open, or a SteppedTransaction.
     static bool undo(Asset* asset);
     static bool redo(Asset* asset);

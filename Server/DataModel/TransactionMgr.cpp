@@ -1,5 +1,6 @@
 #include "Server/DataModel/TransactionMgr.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Transaction.h"
@@ -82,6 +83,7 @@ void TransactionMgr::keepWithLast(std::shared_ptr<TransactionStepUserCache> cach
 
 void TransactionMgr::cmdKeySource(CmdKeySource source)
 {
+    assertMainThread();
     theSource = source;
 }
 

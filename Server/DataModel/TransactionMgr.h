@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/TransactionNode.h"
 
 #include <memory>
@@ -16,7 +17,10 @@ class TransactionMgr
 {
 public:
     /// The asset must be there as long as this object.
-    explicit TransactionMgr(Asset* asset) : m_asset(asset) {}
+    explicit TransactionMgr(Asset* asset) : m_asset(asset)
+    {
+        require(asset != nullptr, "a history is that of an asset");
+    }
 
     /// The root of the tree.
     const TransactionNode* sessionTransaction() const;
@@ -26,8 +30,8 @@ public:
 
     /// Whether the steps back to that one, itself included, could be taken back now; without one, the last
     /// step. False while a transaction is open, in steps or not.
-    bool canUndo(const TransactionNode* step) const;
-    bool canRedo(const TransactionNode* step) const;
+    [[nodiscard]] bool canUndo(const TransactionNode* step) const;
+    [[nodiscard]] bool canRedo(const TransactionNode* step) const;
     /// Takes back all steps to that one, itself included; without one, the last. Stops at a step that can't
     /// be. Returns whether all were.
     bool undo(const TransactionNode* step);
@@ -40,7 +44,7 @@ public:
     /// the commands; without one, steps have no key.
     using CmdKeySource = std::wstring (*)(const Asset*);
     static void cmdKeySource(CmdKeySource source);
-    static std::wstring cmdKeyNow(const Asset* asset);
+    [[nodiscard]] static std::wstring cmdKeyNow(const Asset* asset);
 
 private:
     Asset* m_asset;

@@ -64,7 +64,7 @@ public:
     const std::string& identifier() const { return m_identifier; }
     void identifier(const std::string& id) { m_identifier = id; }
     /// True: the file becomes a document of its own. False: its parts are inserted into `asset()`.
-    bool open() const { return m_open; }
+    [[nodiscard]] bool open() const { return m_open; }
     void open(bool open) { m_open = open; }
     /// The asset to save or to insert into; the active one (DocumentMgr::activeAsset) if null.
     Asset* asset() const { return m_asset; }
@@ -89,19 +89,21 @@ public:
     virtual const std::wstring& name() const = 0;
     /// With their dots, in lower case, the preferred one first.
     virtual const std::vector<std::wstring>& extensions() const = 0;
-    virtual bool canOpen() const = 0;
+    [[nodiscard]] virtual bool canOpen() const = 0;
     /// Whether assets of that type can be written; an empty identifier asks for any.
-    virtual bool canSave(const std::string& assetTypeId) const = 0;
+    [[nodiscard]] virtual bool canSave(const std::string& assetTypeId) const = 0;
 
-    virtual std::unique_ptr<TranslatorOpenOptions> createOpenOptions() const;
-    virtual std::unique_ptr<TranslatorSaveOptions> createSaveOptions() const;
+    [[nodiscard]] virtual std::unique_ptr<TranslatorOpenOptions> createOpenOptions() const;
+    [[nodiscard]] virtual std::unique_ptr<TranslatorSaveOptions> createSaveOptions() const;
 
     /// Reads the file. Shows progress and can be cancelled through Progress. Returns false with one error
     /// that names the file and the cause, or without any error if it was cancelled; nothing has changed then.
     /// What could be read only in part comes with warnings.
-    virtual bool open(TranslatorOpenOptions& options, TranslatorContext& context, Status& status) = 0;
+    [[nodiscard]] virtual bool open(TranslatorOpenOptions& options, TranslatorContext& context,
+                                    Status& status) = 0;
     /// Writes the asset to a new file and puts that in place of an old one only when it is complete.
-    virtual bool save(TranslatorSaveOptions& options, TranslatorContext& context, Status& status) = 0;
+    [[nodiscard]] virtual bool save(TranslatorSaveOptions& options, TranslatorContext& context,
+                                    Status& status) = 0;
 };
 
 } // namespace Vs

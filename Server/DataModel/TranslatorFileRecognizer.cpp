@@ -1,5 +1,6 @@
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Exchange/FileKind.h"
 #include "Server/DataModel/Exchange/ForeignTranslator.h"
@@ -92,6 +93,7 @@ Translator* TranslatorFileRecognizer::translator(const std::wstring& path) const
 
 void TranslatorFileRecognizer::registerTranslator(Translator* translator)
 {
+    assertMainThread();
     auto& all = registered();
     if (translator && std::find(all.begin(), all.end(), translator) == all.end())
         all.push_back(translator);
@@ -99,6 +101,7 @@ void TranslatorFileRecognizer::registerTranslator(Translator* translator)
 
 void TranslatorFileRecognizer::unregisterTranslator(Translator* translator)
 {
+    assertMainThread();
     std::erase(registered(), translator);
 }
 

@@ -19,13 +19,13 @@ public:
     bool hasAvailableTranslator() const { return !m_translators.empty(); }
 
     /// As a file dialog lists them: L"*.stp;*.step;*.igs".
-    std::wstring fileExtensions() const;
+    [[nodiscard]] std::wstring fileExtensions() const;
     /// As a file dialog filters by them: L"STEP Files (*.stp *.step);;IGES Files (*.igs *.iges)".
-    std::wstring fileFilter() const;
+    [[nodiscard]] std::wstring fileFilter() const;
 
     /// By the name's suffix in any case; if that is nobody's, native types included, by what the file holds.
     /// Null when the native loader is to be used. Translators live as long as the program.
-    Translator* translator(const std::wstring& path) const;
+    [[nodiscard]] Translator* translator(const std::wstring& path) const;
 
     /// Adds a translator to those that every recogniser finds. Not owned.
     static void registerTranslator(Translator* translator);

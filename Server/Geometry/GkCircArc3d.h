@@ -22,7 +22,7 @@ public:
     double startAng() const { return m_start; }
     double endAng() const { return m_end; }
 
-    GkPoint3d pointAt(double angle) const;
+    [[nodiscard]] GkPoint3d pointAt(double angle) const;
     GkPoint3d startPoint() const { return pointAt(m_start); }
     GkPoint3d endPoint() const { return pointAt(m_end); }
     double length() const { return m_radius * std::abs(m_end - m_start); }

@@ -13,13 +13,13 @@ public:
     const GkVector3d& direction() const { return m_direction; }
 
     /// The place on the line nearest to `p`.
-    GkPoint3d closestPointTo(const GkPoint3d& p) const;
-    double distanceTo(const GkPoint3d& p) const { return closestPointTo(p).distanceTo(p); }
-    bool isOn(const GkPoint3d& p, const GkTol& tol = GkContext::gTol) const
+    [[nodiscard]] GkPoint3d closestPointTo(const GkPoint3d& p) const;
+    [[nodiscard]] double distanceTo(const GkPoint3d& p) const { return closestPointTo(p).distanceTo(p); }
+    [[nodiscard]] bool isOn(const GkPoint3d& p, const GkTol& tol = GkContext::gTol) const
     {
         return distanceTo(p) <= tol.equalPoint;
     }
-    bool isParallelTo(const GkLinearEnt3d& other, const GkTol& tol = GkContext::gTol) const
+    [[nodiscard]] bool isParallelTo(const GkLinearEnt3d& other, const GkTol& tol = GkContext::gTol) const
     {
         return m_direction.isParallelTo(other.m_direction, tol);
     }

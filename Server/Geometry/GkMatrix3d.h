@@ -11,16 +11,17 @@ public:
 
     double entry[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
 
-    static GkMatrix3d translation(const GkVector3d& v);
-    static GkMatrix3d rotation(double radians, const GkVector3d& axis, const GkPoint3d& centre = {});
-    static GkMatrix3d scaling(double factor, const GkPoint3d& centre = {});
+    [[nodiscard]] static GkMatrix3d translation(const GkVector3d& v);
+    [[nodiscard]] static GkMatrix3d rotation(double radians, const GkVector3d& axis,
+                                             const GkPoint3d& centre = {});
+    [[nodiscard]] static GkMatrix3d scaling(double factor, const GkPoint3d& centre = {});
 
     GkMatrix3d operator*(const GkMatrix3d& right) const;
     GkPoint3d operator*(const GkPoint3d& p) const;
     GkVector3d operator*(const GkVector3d& v) const;
 
-    double det() const;
+    [[nodiscard]] double det() const;
     /// The inverse; the identity if the matrix is singular.
-    GkMatrix3d inverse() const;
-    bool isEqualTo(const GkMatrix3d& other, const GkTol& tol = GkContext::gTol) const;
+    [[nodiscard]] GkMatrix3d inverse() const;
+    [[nodiscard]] bool isEqualTo(const GkMatrix3d& other, const GkTol& tol = GkContext::gTol) const;
 };

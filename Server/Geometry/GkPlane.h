@@ -18,14 +18,21 @@ public:
     const GkVector3d& normal() const { return m_normal; }
 
     /// Positive on the side that the normal points to.
-    double signedDistanceTo(const GkPoint3d& p) const { return (p - m_point).dotProduct(m_normal); }
-    GkPoint3d closestPointTo(const GkPoint3d& p) const { return p - m_normal * signedDistanceTo(p); }
-    bool isOn(const GkPoint3d& p, const GkTol& tol = GkContext::gTol) const
+    [[nodiscard]] double signedDistanceTo(const GkPoint3d& p) const
+    {
+        return (p - m_point).dotProduct(m_normal);
+    }
+    [[nodiscard]] GkPoint3d closestPointTo(const GkPoint3d& p) const
+    {
+        return p - m_normal * signedDistanceTo(p);
+    }
+    [[nodiscard]] bool isOn(const GkPoint3d& p, const GkTol& tol = GkContext::gTol) const
     {
         return std::abs(signedDistanceTo(p)) <= tol.equalPoint;
     }
     /// Where the line passes through. False, with `where` as it was, if the line is parallel to the plane.
-    bool intersectWith(const GkLinearEnt3d& line, GkPoint3d& where, const GkTol& tol = GkContext::gTol) const;
+    [[nodiscard]] bool intersectWith(const GkLinearEnt3d& line, GkPoint3d& where,
+                                     const GkTol& tol = GkContext::gTol) const;
 
 private:
     GkPoint3d m_point;

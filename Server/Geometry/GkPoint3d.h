@@ -13,9 +13,9 @@ public:
 
     static const GkPoint3d kOrigin;
 
-    constexpr GkVector3d asVector() const { return {x, y, z}; }
-    double distanceTo(const GkPoint3d& p) const { return (*this - p).length(); }
-    bool isEqualTo(const GkPoint3d& p, const GkTol& tol = GkContext::gTol) const
+    [[nodiscard]] constexpr GkVector3d asVector() const { return {x, y, z}; }
+    [[nodiscard]] double distanceTo(const GkPoint3d& p) const { return (*this - p).length(); }
+    [[nodiscard]] bool isEqualTo(const GkPoint3d& p, const GkTol& tol = GkContext::gTol) const
     {
         return distanceTo(p) <= tol.equalPoint;
     }

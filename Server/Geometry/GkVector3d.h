@@ -26,25 +26,31 @@ public:
 
     static const GkVector3d kXAxis, kYAxis, kZAxis;
 
-    constexpr double dotProduct(const GkVector3d& v) const { return x * v.x + y * v.y + z * v.z; }
-    constexpr GkVector3d crossProduct(const GkVector3d& v) const
+    [[nodiscard]] constexpr double dotProduct(const GkVector3d& v) const
+    {
+        return x * v.x + y * v.y + z * v.z;
+    }
+    [[nodiscard]] constexpr GkVector3d crossProduct(const GkVector3d& v) const
     {
         return {y * v.z - z * v.y, z * v.x - x * v.z, x * v.y - y * v.x};
     }
-    double length() const { return std::sqrt(lengthSqrd()); }
+    [[nodiscard]] double length() const { return std::sqrt(lengthSqrd()); }
     constexpr double lengthSqrd() const { return dotProduct(*this); }
-    bool isZeroLength(const GkTol& tol = GkContext::gTol) const { return length() <= tol.equalVector; }
+    [[nodiscard]] bool isZeroLength(const GkTol& tol = GkContext::gTol) const
+    {
+        return length() <= tol.equalVector;
+    }
 
     /// The vector of length one; a zero vector stays zero.
-    GkVector3d normal() const;
+    [[nodiscard]] GkVector3d normal() const;
     GkVector3d& normalize() { return *this = normal(); }
     /// Some vector of length one at right angles to this one.
-    GkVector3d perpVector() const;
+    [[nodiscard]] GkVector3d perpVector() const;
     /// Parallel or opposite, by the sine of the angle between.
-    bool isParallelTo(const GkVector3d& v, const GkTol& tol = GkContext::gTol) const;
-    bool isEqualTo(const GkVector3d& v, const GkTol& tol = GkContext::gTol) const;
+    [[nodiscard]] bool isParallelTo(const GkVector3d& v, const GkTol& tol = GkContext::gTol) const;
+    [[nodiscard]] bool isEqualTo(const GkVector3d& v, const GkTol& tol = GkContext::gTol) const;
     /// Angle in radians, from 0 to pi.
-    double angleTo(const GkVector3d& v) const;
+    [[nodiscard]] double angleTo(const GkVector3d& v) const;
     GkVector3d& rotateBy(double radians, const GkVector3d& axis);
     GkVector3d& transformBy(const GkMatrix3d& matrix);
 

@@ -19,7 +19,7 @@ struct AreaWish
 
 /// The bodies and parts in a rectangle, in the order of the nodes. Those of bodies have no part. Only path,
 /// transformation and part are told of each.
-std::vector<PickedPoint> pickArea(const Rendra::Graphics::Node& root, const Projection& projection,
-                                  const AreaWish& wish);
+[[nodiscard]] std::vector<PickedPoint> pickArea(const Rendra::Graphics::Node& root,
+                                                const Projection& projection, const AreaWish& wish);
 
 } // namespace Vs::Scene

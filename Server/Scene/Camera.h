@@ -83,12 +83,12 @@ public:
     void toggleProjection(EProjection projection);
 
     /// Length one, from position to target.
-    GkVector3d direction() const;
+    [[nodiscard]] GkVector3d direction() const;
     /// Length one, to the right on the screen.
-    GkVector3d right() const;
+    [[nodiscard]] GkVector3d right() const;
     /// Length one, upwards on the screen: the part of `up` at right angles to the direction.
-    GkVector3d screenUp() const;
-    double distance() const { return m_position.distanceTo(m_target); }
+    [[nodiscard]] GkVector3d screenUp() const;
+    [[nodiscard]] double distance() const { return m_position.distanceTo(m_target); }
     /// The angle in radians under which the larger of the extents is seen; 0 in a parallel projection.
     double perspectiveAngle() const;
     /// Changes the angle by moving the position, so that what stands at the target keeps its size.
@@ -124,7 +124,7 @@ public:
     void look(const GkVector3d& direction, const GkVector3d& up);
 
     /// World to camera coordinates: x to the right, y up, z towards the viewer.
-    GkMatrix3d viewMatrix() const;
+    [[nodiscard]] GkMatrix3d viewMatrix() const;
     /// Everything of another camera but the pivot.
     void copyFrom(const Camera& other);
 

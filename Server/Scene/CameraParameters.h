@@ -26,9 +26,9 @@ struct CameraParameters
     /// The state at `part` of the way, from 0 (this one) to 1 (the other). The view turns about the target
     /// evenly and in one piece, sizes change by even factors, and both ends are exactly the given states. The
     /// projection is the other one's from the first step on.
-    CameraParameters towards(const CameraParameters& other, double part) const;
+    [[nodiscard]] CameraParameters towards(const CameraParameters& other, double part) const;
 
-    bool isEqualTo(const CameraParameters& other) const;
+    [[nodiscard]] bool isEqualTo(const CameraParameters& other) const;
 };
 
 } // namespace Vs::Scene

@@ -38,7 +38,7 @@ struct Environment
     const Colour& gridColor() const { return grid; }
     /// What is seen in a direction of length one, without the lamps, linear. With a `blur` from 0 to 1 it is
     /// a mean of what is around the direction, as a rough mirror shows it.
-    Colour seen(const GkVector3d& direction, float blur = 0) const;
+    [[nodiscard]] Colour seen(const GkVector3d& direction, float blur = 0) const;
 };
 
 } // namespace Vs::Scene

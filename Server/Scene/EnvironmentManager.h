@@ -23,7 +23,7 @@ public:
     const Environment& activeEnvironment() const { return environment(activeEnvironmentID()); }
     /// "DarkSky", "GreyRoom", "PhotoBooth", "TranquilityBlue", "InfinityPool" or "SkyRoom"; "SkyRoomPool" is
     /// the last one as well. Any other id looks like "PhotoBooth".
-    const Environment& environment(const std::wstring& id) const;
+    [[nodiscard]] const Environment& environment(const std::wstring& id) const;
     /// In the order in which they are named above.
     const std::vector<Environment>& environments() const;
 

@@ -9,14 +9,14 @@ class LogicalToSceneSelectionFilter
 {
 public:
     /// Where it was picked. Null if `logical` is null or was not picked in a canvas.
-    static SceneSelection* filter(const LogicalSelection* logical)
+    [[nodiscard]] static SceneSelection* filter(const LogicalSelection* logical)
     {
         return logical ? cast<SceneSelection>(logical->picked()) : nullptr;
     }
     /// Where it was picked, or else where the scene of the asset has it. Null if the selection is null, of
     /// another asset, or has no place in the scene.
-    static StrongRef<SceneSelection> filter(const Selection* selection, Asset& asset);
-    static bool hasEquivalentResult(const Selection* selection, Asset& asset)
+    [[nodiscard]] static StrongRef<SceneSelection> filter(const Selection* selection, Asset& asset);
+    [[nodiscard]] static bool hasEquivalentResult(const Selection* selection, Asset& asset)
     {
         return filter(selection, asset).get() != nullptr;
     }
@@ -24,6 +24,6 @@ public:
 
 /// From the coordinates in which the bounding box of the path's last node is told (those of the node above
 /// it) to those above the first. False if the path is empty.
-bool NetTransform(const NodePath& path, GkMatrix3d& matrix);
+[[nodiscard]] bool NetTransform(const NodePath& path, GkMatrix3d& matrix);
 
 } // namespace Vs::Scene

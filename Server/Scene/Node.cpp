@@ -1,5 +1,7 @@
 #include "Server/Scene/Node.h"
 
+#include "Server/Base/Require.h"
+
 #include <algorithm>
 
 namespace Rendra::Graphics {
@@ -23,6 +25,7 @@ uint64_t nextId()
 Node::Node()
     : m_id(nextId()), m_revision(nextRevision()), m_subtreeRevision(m_revision), m_placesRevision(m_revision)
 {
+    Vs::assertMainThread();
 }
 
 void Node::touch()

@@ -108,7 +108,7 @@ public:
     ~GroupNode() override;
 
     const std::vector<Vs::StrongRef<Node>>& children() const { return m_children; }
-    bool has(const Node* child) const;
+    [[nodiscard]] bool has(const Node* child) const;
     /// The number of the last change of the list of children.
     uint64_t childrenRevision() const { return m_childrenRevision; }
 

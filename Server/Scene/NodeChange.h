@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "Server/Scene/GeometryNode.h"
 
 namespace Vs::Scene {
@@ -23,7 +24,11 @@ public:
                                                                      int pass, bool pickable, bool transient);
 
     /// `node` must not be null, and stays alive as long as the change.
-    explicit NodeChange(Rendra::Graphics::Node* node) : m_node(node) {}
+    explicit NodeChange(Rendra::Graphics::Node* node) : m_node(node)
+    {
+        assertMainThread();
+        require(node != nullptr, "a node that is changed is there");
+    }
 
     NodeChange& name(const std::string& name);
     NodeChange& transform(const GkMatrix3d& transform);

@@ -34,12 +34,12 @@ struct PickedPoint
 /// The nearest visible body that a ray meets, its triangles taken from both sides; nothing if it meets none,
 /// or if it is no ray (a zero direction, numbers that are none). `root` is searched with its own
 /// transformation.
-std::optional<PickedPoint> pick(const Rendra::Graphics::Node& root, const GkPoint3d& start,
-                                const GkVector3d& direction);
+[[nodiscard]] std::optional<PickedPoint> pick(const Rendra::Graphics::Node& root, const GkPoint3d& start,
+                                              const GkVector3d& direction);
 
 /// Every face of a visible body that a ray meets, once, where it is met first; the nearest first.
-std::vector<PickedPoint> pickAll(const Rendra::Graphics::Node& root, const GkPoint3d& start,
-                                 const GkVector3d& direction);
+[[nodiscard]] std::vector<PickedPoint> pickAll(const Rendra::Graphics::Node& root, const GkPoint3d& start,
+                                               const GkVector3d& direction);
 
 /// What is looked for at a place of the screen, beside faces.
 struct PickWish
@@ -54,7 +54,8 @@ struct PickWish
 /// What lies at a place of the screen, in pixels of the projection: vertices that are near enough, then such
 /// edges, then faces; of each kind what is nearest to the place and to the viewer first. Edges and vertices
 /// of a body that is hardly larger than the tolerance are left out: nobody can mean them.
-std::vector<PickedPoint> pickAt(const Rendra::Graphics::Node& root, const Projection& projection, double x,
-                                double y, const PickWish& wish);
+[[nodiscard]] std::vector<PickedPoint> pickAt(const Rendra::Graphics::Node& root,
+                                              const Projection& projection, double x, double y,
+                                              const PickWish& wish);
 
 } // namespace Vs::Scene

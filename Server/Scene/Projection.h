@@ -15,13 +15,16 @@ public:
     /// Near and far are moved to where `bounds` needs them; an empty box leaves the camera's own.
     Projection(const Camera& camera, double width, double height, const BBox& bounds = {});
 
-    GkPoint3d worldToScreen(const GkPoint3d& world) const { return cameraToScreen(m_view * world); }
-    GkPoint3d cameraToScreen(const GkPoint3d& camera) const;
-    GkPoint3d screenToWorld(const GkPoint3d& screen) const;
+    [[nodiscard]] GkPoint3d worldToScreen(const GkPoint3d& world) const
+    {
+        return cameraToScreen(m_view * world);
+    }
+    [[nodiscard]] GkPoint3d cameraToScreen(const GkPoint3d& camera) const;
+    [[nodiscard]] GkPoint3d screenToWorld(const GkPoint3d& screen) const;
     /// The direction, of length one, in which the ray through a place of the screen runs, and where it
     /// starts: in a perspective the position, else a place in the plane of the position.
-    GkVector3d rayDirection(double x, double y) const;
-    GkPoint3d rayStart(double x, double y) const;
+    [[nodiscard]] GkVector3d rayDirection(double x, double y) const;
+    [[nodiscard]] GkPoint3d rayStart(double x, double y) const;
 
     bool perspective() const { return m_perspective; }
     double width() const { return m_width; }
@@ -34,10 +37,10 @@ public:
     /// World to camera coordinates, as Camera::viewMatrix.
     const GkMatrix3d& view() const { return m_view; }
     /// How many millimetres one pixel covers at a distance from the position.
-    double pixelSize(double distance) const;
+    [[nodiscard]] double pixelSize(double distance) const;
     /// What the same camera sees of a scene that a reflection turned inside out: triangles change their
     /// orientation on the screen. `bounds` is the scene's as it is without the reflection.
-    Projection mirrored(const GkMatrix3d& reflection, const BBox& bounds) const;
+    [[nodiscard]] Projection mirrored(const GkMatrix3d& reflection, const BBox& bounds) const;
     /// Camera to clip coordinates, row by row, for the part of the view from (x0, y0) to (x1, y1), each from
     /// 0 to 1.
     void clipMatrix(double (&rows)[4][4], double x0 = 0, double y0 = 0, double x1 = 1, double y1 = 1) const;

@@ -1,17 +1,21 @@
 #include "Server/Scene/RenderTarget.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Scene/EnvironmentManager.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Types/LengthUnit.h"
 
 namespace Rendra {
 
 RenderTarget RenderTarget::current()
 {
+    Vs::assertMainThread();
     RenderTarget target;
     const Vs::Scene::GraphicsOptionGroup& options = *Vs::Scene::GraphicsOptionGroup::get();
     target.dome = options.displayDome();
     target.grid = options.showLayoutGrid();
     target.gridNumbers = options.showGridRefNumbers();
+    target.gridUnit = &Vs::LengthUnit::display();
     target.environment = &Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironment();
     target.selectionEffect = options.selectionEffectOption();
     return target;

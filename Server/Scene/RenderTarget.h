@@ -2,6 +2,9 @@
 
 #include <cstdint>
 
+namespace Vs {
+struct LengthUnit;
+}
 namespace Vs::Scene {
 struct Environment;
 }
@@ -28,8 +31,10 @@ struct RenderTarget
     bool dome = true; ///< The background shows the environment, not a plain colour.
     /// What lights the scene; null for the first of EnvironmentManager's choice. Must outlive the picture.
     const Vs::Scene::Environment* environment = nullptr;
-    bool grid = false;                   ///< The layout grid, in fragments that show a model,
-    bool gridNumbers = false;            ///< and with it its numbers.
+    bool grid = false;        ///< The layout grid, in fragments that show a model,
+    bool gridNumbers = false; ///< and with it its numbers.
+    /// In which the grid's lines are counted; null for millimetres.
+    const Vs::LengthUnit* gridUnit = nullptr;
     int selectionEffect = kNormalEffect; ///< Any other number than an ESelectionEffect is as kFastEffect.
     /// Of edges, in logical pixels: a line of just one is lost where it lies between two rows.
     static constexpr float kLineWidth = 1.15f;

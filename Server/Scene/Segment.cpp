@@ -1,5 +1,7 @@
 #include "Server/Scene/Segment.h"
 
+#include "Server/Base/Require.h"
+
 #include <map>
 #include <memory>
 
@@ -7,6 +9,7 @@ namespace Vs {
 
 Segment* Segment::makeTransientStandalone(const char* name)
 {
+    assertMainThread();
     // Never freed: views of static storage may still speak of them at the very end.
     static auto* const segments = new std::map<std::string, std::unique_ptr<Segment>>;
     std::unique_ptr<Segment>& segment = (*segments)[name];

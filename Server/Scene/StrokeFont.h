@@ -26,12 +26,12 @@ public:
     /// Has A to Z and a to z, the German letters, digits, blank, - + . , : / ( ) ' " and what units are
     /// written with (the signs of degree, micro, square and cube); a small box stands for whatever else is
     /// asked for.
-    static const Glyph& glyph(wchar_t letter);
+    [[nodiscard]] static const Glyph& glyph(wchar_t letter);
 
     /// How long the text is, from the left end of its first letter to the right end of its last.
-    static double width(const std::wstring& text);
+    [[nodiscard]] static double width(const std::wstring& text);
     /// The lines of a text whose first letter begins at 0.
-    static std::vector<Polyline> lines(const std::wstring& text);
+    [[nodiscard]] static std::vector<Polyline> lines(const std::wstring& text);
 };
 
 } // namespace Vs::Scene

@@ -27,7 +27,7 @@ public:
     void showAsset(SceneAssetAdapter* adapter);
 
     /// The box around all visible content in world coordinates; meshes that arrived meanwhile are counted.
-    BBox bounds() const;
+    [[nodiscard]] BBox bounds() const;
     /// Takes in meshes that arrived since the last call. Returns true if the next picture differs from the
     /// one that was drawn at `seen`; `seen` is brought up to date. A picture that nothing changed need not be
     /// drawn again.

@@ -1,5 +1,7 @@
 #include "Server/Scene/Viewport.h"
 
+#include "Server/Base/Require.h"
+
 namespace Vs::Scene {
 
 StrongRef<Viewport> Viewport::make(Segment* segment)
@@ -9,6 +11,7 @@ StrongRef<Viewport> Viewport::make(Segment* segment)
 
 void Viewport::placement(double left, double bottom, double width, double height)
 {
+    require(left >= 0 && bottom >= 0 && width >= 0 && height >= 0, "a viewport is a part of its canvas");
     m_left = left;
     m_bottom = bottom;
     m_width = width;

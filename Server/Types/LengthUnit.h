@@ -15,7 +15,7 @@ struct LengthUnit
 
     static const std::vector<LengthUnit>& all();
     /// Null if there is no unit of that key.
-    static const LengthUnit* find(std::string_view key);
+    [[nodiscard]] static const LengthUnit* find(std::string_view key);
 
     /// The unit in which lengths are shown and, where that is asked for, exported; an option of the user,
     /// millimetres until another is chosen. Main thread.

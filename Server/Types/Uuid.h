@@ -7,12 +7,12 @@
 namespace Vs {
 
 /// A new random identifier.
-boost::uuids::uuid makeUuid();
+[[nodiscard]] boost::uuids::uuid makeUuid();
 
 /// The usual text form: 36 characters, lower case, without braces.
-std::wstring fromUuid(const boost::uuids::uuid& uuid);
+[[nodiscard]] std::wstring fromUuid(const boost::uuids::uuid& uuid);
 
 /// Reads the text form, with or without braces, in either case. The nil identifier if the text is none.
-boost::uuids::uuid fromString(const std::wstring& text);
+[[nodiscard]] boost::uuids::uuid fromString(const std::wstring& text);
 
 } // namespace Vs

@@ -1,5 +1,6 @@
 #include "UI/Base/Host.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/DataModel/TransactionMgr.h"
@@ -195,6 +196,7 @@ std::wstring cmdKeyOf(const Vs::Asset* asset)
 
 void installHost()
 {
+    Vs::assertMainThread();
     static bool installed = false;
     if (std::exchange(installed, true))
         return;

@@ -1,6 +1,7 @@
 #include "Server/Base/Private/TextLine.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/Require.h"
 
 #include <algorithm>
 
@@ -38,6 +39,7 @@ std::wstring_view TextLine::plainWord()
 
 TextLine::Word TextLine::next(std::wstring& text)
 {
+    require(m_at < m_line.size() && !isBlank(m_line[m_at]), "a word is asked for only where one begins");
     // Most words have no quote and are copied in one piece.
     const size_t start = m_at;
     while (m_at < m_line.size() && !isBlank(m_line[m_at]) && m_line[m_at] != L'"')

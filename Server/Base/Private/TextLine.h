@@ -12,7 +12,7 @@ class TextLine
 public:
     explicit TextLine(std::wstring_view line) : m_line(line) {}
 
-    static bool isBlank(wchar_t character)
+    [[nodiscard]] static bool isBlank(wchar_t character)
     {
         return character == L' ' || character == L'\t' || character == L'\r' || character == L'\n';
     }
@@ -26,7 +26,7 @@ public:
     enum class Word { Parameter, Flag };
     /// The next word without its quotes, or a flag without its slash. Call it only after skipBlanks said
     /// true. Throws Vs::Exception that names the column when a quote isn't closed.
-    Word next(std::wstring& text);
+    [[nodiscard]] Word next(std::wstring& text);
 
     /// Where the next word begins, or would.
     size_t position() const { return m_at; }

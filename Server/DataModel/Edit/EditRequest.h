@@ -14,7 +14,7 @@ class EditRequest : public Implements<EditRequest, Request>
 {
 public:
     /// `name` is what the undo list shows, and stands before each error.
-    static EditRequest* make(const Asset* asset, const std::wstring& name, ModelEdit edit);
+    [[nodiscard]] static EditRequest* make(const Asset* asset, const std::wstring& name, ModelEdit edit);
 
     /// What the change adds becomes a group, of which all are deleted with one (ComponentGroups).
     void groupAdded(bool group) { m_groupAdded = group; }

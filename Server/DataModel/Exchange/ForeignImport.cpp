@@ -1,5 +1,6 @@
 #include "Server/DataModel/Exchange/ForeignImport.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Model/ModelFile.h"
@@ -33,6 +34,7 @@ ForeignImport::~ForeignImport()
 
 void ForeignImport::expect(const std::wstring& path, ImportCache& cache)
 {
+    assertMainThread();
     s_expected = std::make_unique<ForeignImport>(path);
     if (s_expected->prepare(cache))
         s_expected->m_worker->start();

@@ -10,7 +10,7 @@ namespace Vs::Kernel {
 /// that isn't there, and stops a kernel that doesn't come to an end: the thread stands still for good then,
 /// with all that it holds. It isn't unwound, since the kernel has lists of what stands on the stacks of
 /// threads. One guard at a time; the guarded thread makes no threads of its own.
-class CrashGuard
+class [[nodiscard]] CrashGuard
 {
 public:
     CrashGuard();
@@ -19,7 +19,7 @@ public:
     CrashGuard& operator=(const CrashGuard&) = delete;
 
     /// Guards the calling thread for as long as it lives: a guard of its own makes room for handlers.
-    class Guarded
+    class [[nodiscard]] Guarded
     {
     public:
         Guarded();

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/LongWork.h"
 
 #include "Server/Base/Progress.h"
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Kernel/CrashGuard.h"
 #include "Server/DataModel/Private/ProgressText.h"
 
@@ -117,6 +118,8 @@ void keepForever(std::shared_ptr<void> thing)
 LongWorkEnd runLongWork(const std::wstring& name,
                         const std::function<void(const Handle(Message_ProgressIndicator) &)>& work)
 {
+    assertMainThread();
+    require(work != nullptr, "there is work to be done");
     const Handle(StopSign) sign = new StopSign;
     const std::function<void()> own = [&] { work(sign); };
     Worker worker(own);

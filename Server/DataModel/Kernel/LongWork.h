@@ -26,7 +26,8 @@ void keepForever(std::shared_ptr<void> thing);
 /// isn't done at once, the caller's thread shows that something called `name` is being changed, and a cancel
 /// (Progress) or two minutes stop it: by the indicator, where the kernel looks at that, else by leaving the
 /// work where it stands. Exceptions pass. Main thread.
-LongWorkEnd runLongWork(const std::wstring& name,
-                        const std::function<void(const Handle(Message_ProgressIndicator) &)>& work);
+[[nodiscard]] LongWorkEnd
+runLongWork(const std::wstring& name,
+            const std::function<void(const Handle(Message_ProgressIndicator) &)>& work);
 
 } // namespace Vs::Kernel

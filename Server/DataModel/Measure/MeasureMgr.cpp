@@ -1,5 +1,6 @@
 #include "Server/DataModel/Measure/MeasureMgr.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -50,6 +51,7 @@ bool isOpen(const Asset* asset)
 
 MeasuredObject objectOf(const StrongRef<LogicalSelection>& selection)
 {
+    assertMainThread();
     if (!selection)
         throw MeasureError(MeasureTexts::nothingSelected());
     // A selection may outlive its model.
@@ -88,6 +90,7 @@ MeasureMgr* MeasureMgr::get()
 
 void MeasureMgr::initialize()
 {
+    assertMainThread();
     if (m_filters.empty())
         for (const auto& [type, leaf] : kSelectionTypes)
             m_filters.emplace_back(type, std::make_unique<LeafFilter>(leaf));

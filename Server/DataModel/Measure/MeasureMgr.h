@@ -40,20 +40,22 @@ public:
     unsigned selectionTypes() const { return m_selectionTypes; }
     void selectionTypes(unsigned mask) { m_selectionTypes = mask; }
     /// The filters of one type, which live as long as the manager; none before `initialize`.
-    std::vector<const SelectionFilter*> filters(ESelectionType type) const;
+    [[nodiscard]] std::vector<const SelectionFilter*> filters(ESelectionType type) const;
 
     /// Returns false, and leaves the result alone, if there is no answer. `status`, where it is given, then
     /// gets one error that says of what there is none, and why.
-    bool measure(const StrongRef<LogicalSelection>& selection, EMeasureType type, MeasureResult& result,
-                 Status* status = nullptr) const;
-    bool measure(const StrongRef<LogicalSelection>& first, const StrongRef<LogicalSelection>& second,
-                 EMeasureType type, MeasureResult& result, Status* status = nullptr) const;
-    bool measure(const StrongRef<LogicalSelection>& first, const StrongRef<LogicalSelection>& second,
-                 const StrongRef<LogicalSelection>& third, EMeasureType type, MeasureResult& result,
-                 Status* status = nullptr) const;
+    [[nodiscard]] bool measure(const StrongRef<LogicalSelection>& selection, EMeasureType type,
+                               MeasureResult& result, Status* status = nullptr) const;
+    [[nodiscard]] bool measure(const StrongRef<LogicalSelection>& first,
+                               const StrongRef<LogicalSelection>& second, EMeasureType type,
+                               MeasureResult& result, Status* status = nullptr) const;
+    [[nodiscard]] bool measure(const StrongRef<LogicalSelection>& first,
+                               const StrongRef<LogicalSelection>& second,
+                               const StrongRef<LogicalSelection>& third, EMeasureType type,
+                               MeasureResult& result, Status* status = nullptr) const;
 
     /// The edges that the loop length of a face is measured along; none for what has no loop.
-    std::vector<StrongRef<LogicalSelection>>
+    [[nodiscard]] std::vector<StrongRef<LogicalSelection>>
     getLoopSelections(const StrongRef<LogicalSelection>& selection) const;
 
 private:

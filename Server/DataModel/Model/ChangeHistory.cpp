@@ -1,5 +1,6 @@
 #include "Server/DataModel/Model/ChangeHistory.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/TransactionStepUserCache.h"
 
 #include <algorithm>
@@ -9,12 +10,14 @@ namespace Vs {
 
 void ChangeHistory::begin(const std::wstring& name, const std::wstring& cmdKey)
 {
+    require(!m_open, "changes are made one at a time");
     m_open = std::make_unique<Step>(&top(), name, cmdKey);
 }
 
 void ChangeHistory::enter(ModelKernel& kernel)
 {
-    if (!m_open || m_kernelOpen)
+    require(isOpen(), "a model is changed within a transaction");
+    if (m_kernelOpen)
         return;
     kernel.begin();
     m_kernelOpen = true;
@@ -75,6 +78,7 @@ ChangeHistory::Extent ChangeHistory::keep(std::unique_ptr<Step> step)
 
 ChangeHistory::Extent ChangeHistory::commit(std::shared_ptr<TransactionStepUserCache> cache)
 {
+    require(isOpen(), "the change that ends is open");
     settle();
     m_open->m_userCache = std::move(cache);
     return keep(std::move(m_open));
@@ -82,6 +86,7 @@ ChangeHistory::Extent ChangeHistory::commit(std::shared_ptr<TransactionStepUserC
 
 ChangeHistory::Extent ChangeHistory::abort()
 {
+    require(isOpen(), "the change that ends is open");
     if (std::exchange(m_kernelOpen, false))
         m_source.withKernel([](ModelKernel& kernel) { kernel.abort(); });
     const std::unique_ptr<Step> step = std::move(m_open);
@@ -127,11 +132,13 @@ ChangeHistory::Extent ChangeHistory::redo()
 
 void ChangeHistory::beginGroup(const std::wstring& name, const std::wstring& cmdKey)
 {
+    require(!m_open && !m_group, "steps are grouped while nothing is open");
     m_group = std::make_unique<Step>(&m_session, name, cmdKey);
 }
 
 ChangeHistory::Extent ChangeHistory::commitGroup()
 {
+    require(m_group && !m_open, "the group that ends is open, and none of its steps");
     const std::unique_ptr<Step> group = std::move(m_group);
     auto whole = std::make_unique<Step>(&m_session, group->m_userName, group->m_cmdKey);
     for (const std::unique_ptr<Step>& step : group->m_done) {
@@ -145,6 +152,7 @@ ChangeHistory::Extent ChangeHistory::commitGroup()
 
 ChangeHistory::Extent ChangeHistory::abortGroup()
 {
+    require(m_group && !m_open, "the group that ends is open, and none of its steps");
     Extent extent;
     while (!m_group->m_done.empty())
         extent.add(undo());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Model/ModelSource.h"
 #include "Server/DataModel/TransactionNode.h"
 
@@ -40,7 +41,11 @@ public:
     void begin(const std::wstring& name, const std::wstring& cmdKey);
     bool isOpen() const { return m_open != nullptr; }
     /// Says so of the open change.
-    void openIsPreview(bool preview) { m_open->m_preview = preview; }
+    void openIsPreview(bool preview)
+    {
+        require(isOpen(), "a change is open");
+        m_open->m_preview = preview;
+    }
     /// What the open change has touched so far.
     Extent openExtent() const { return m_open ? extentOf(*m_open) : Extent(); }
     /// The root of all steps; the group and the change that are open, each null if there is none.
@@ -69,6 +74,7 @@ public:
     /// TransactionNode::userCache of the session's last step, of which there must be one.
     void keepWithLast(std::shared_ptr<TransactionStepUserCache> cache)
     {
+        require(!m_session.m_done.empty(), "there is a step to keep something with");
         m_session.m_done.back()->m_userCache = std::move(cache);
     }
     /// Takes the open change back.

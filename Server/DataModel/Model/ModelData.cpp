@@ -1,5 +1,6 @@
 #include "Server/DataModel/Model/ModelData.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Model/ModelBody.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ ModelData::~ModelData() = default;
 
 void ModelData::load(std::shared_ptr<const ModelFile> file)
 {
+    require(isEmpty(), "a file is read into a model that is empty");
     const PartTree& tree = file->tree();
     m_stored = StoredPart{file->file(), file->place(), file->size(), file->hash(), std::nullopt};
     m_source->file = std::move(file);

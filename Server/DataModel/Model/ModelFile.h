@@ -23,10 +23,10 @@ class ModelFile
 public:
     /// Maps the file and checks its header, its index and its hashes. Throws std::runtime_error with the
     /// fault.
-    static std::shared_ptr<const ModelFile> open(const std::string& path);
+    [[nodiscard]] static std::shared_ptr<const ModelFile> open(const std::string& path);
     /// The same for a model that lies inside a larger file. `place` must be a multiple of 16.
-    static std::shared_ptr<const ModelFile> open(std::shared_ptr<const FileMapping> file, uint64_t place,
-                                                 uint64_t size);
+    [[nodiscard]] static std::shared_ptr<const ModelFile> open(std::shared_ptr<const FileMapping> file,
+                                                               uint64_t place, uint64_t size);
     ModelFile(const ModelFile&) = delete;
     ModelFile& operator=(const ModelFile&) = delete;
 
@@ -40,12 +40,12 @@ public:
     uint64_t place() const { return static_cast<uint64_t>(m_data - m_file->bytes().data()); }
     uint64_t size() const { return m_size; }
     /// Copies the mesh of a body out of the file; null if it has none. Safe from any thread.
-    std::shared_ptr<BodyMesh> mesh(size_t body) const;
+    [[nodiscard]] std::shared_ptr<BodyMesh> mesh(size_t body) const;
     /// Whether the meshes have the vertices of the exact shapes, which the first layout left out.
     bool hasVertexPoints() const;
     /// The exact data, after checking their hash; throws std::runtime_error if they are damaged. Valid as
     /// long as this object lives.
-    std::string_view kernelData() const;
+    [[nodiscard]] std::string_view kernelData() const;
 
 private:
     friend class ModelFileWriter;

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Native/DocumentSave.h"
 
 #include "Server/Base/Progress.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
@@ -245,6 +246,8 @@ std::vector<const Document*> DocumentSave::othersOf(const Document& document, co
 
 bool DocumentSave::save(Document& document, const std::wstring& path, Status& status)
 {
+    assertMainThread();
+    require(!path.empty(), "a document that is saved has a path");
     try {
         Save save(document, *document.m_file, path);
         save.check(othersOf(document, path));

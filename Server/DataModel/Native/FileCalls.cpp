@@ -1,5 +1,7 @@
 #include "Server/DataModel/Native/FileCalls.h"
 
+#include "Server/Base/Require.h"
+
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -87,12 +89,14 @@ int FileCalls::remove(const char* path)
 
 FileCalls& FileCalls::current()
 {
+    assertMainThread();
     static FileCalls own;
     return s_replacement ? *s_replacement : own;
 }
 
 void FileCalls::replace(FileCalls* calls)
 {
+    assertMainThread();
     s_replacement = calls;
 }
 

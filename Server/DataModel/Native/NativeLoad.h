@@ -31,7 +31,7 @@ struct NativeLoad
 
     /// Maps the file and checks everything but the exact data. Throws std::runtime_error with the cause, or
     /// Cancelled. Any thread.
-    static NativeLoad read(const std::string& path, const Watch& watch = {});
+    [[nodiscard]] static NativeLoad read(const std::string& path, const Watch& watch = {});
 };
 
 /// Thrown where somebody asked to give up.

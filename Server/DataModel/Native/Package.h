@@ -16,7 +16,7 @@ constexpr const char* kThumbnailName = "thumbnail.png";
 constexpr const char* kPartFolder = "assets/";
 
 /// Whether the bytes are those of a PNG of a size that a list's picture may have.
-bool isPicture(std::string_view bytes);
+[[nodiscard]] bool isPicture(std::string_view bytes);
 
 /// A zip package that is open for reading. Every operation throws std::runtime_error with the cause; it never
 /// takes more memory than the package's own size and its limits allow, whatever the package claims. One
@@ -31,11 +31,11 @@ public:
     Package& operator=(const Package&) = delete;
 
     const std::shared_ptr<const FileMapping>& file() const { return m_file; }
-    bool has(const std::string& name) const;
+    [[nodiscard]] bool has(const std::string& name) const;
     /// The content of an entry of at most `limit` bytes, checked against its checksum.
-    std::string read(const std::string& name, uint64_t limit) const;
+    [[nodiscard]] std::string read(const std::string& name, uint64_t limit) const;
     /// Unpacks an entry into memory of its own, as a file that can be mapped.
-    std::shared_ptr<const FileMapping> unpack(const std::string& name) const;
+    [[nodiscard]] std::shared_ptr<const FileMapping> unpack(const std::string& name) const;
 
     static constexpr uint64_t kMostManifest = uint64_t(64) << 20;
     static constexpr uint64_t kMostPicture = uint64_t(4) << 20;

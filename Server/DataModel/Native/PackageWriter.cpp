@@ -1,5 +1,7 @@
 #include "Server/DataModel/Native/PackageWriter.h"
 
+#include "Server/Base/Require.h"
+
 #include <algorithm>
 #include <unistd.h>
 #include <zlib.h>
@@ -128,6 +130,7 @@ void PackageWriter::beginPart(const std::string& name)
 PackageWriter::Entry PackageWriter::endPart(uint32_t crc)
 {
     flushBuffer();
+    require(!m_entries.empty(), "a part that ends was begun");
     Entry& entry = m_entries.back();
     entry.size = m_file.position() - entry.place;
     entry.crc = crc;

@@ -1,5 +1,6 @@
 #include "Server/DataModel/Native/SafeFile.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Native/Paths.h"
 
 #include <algorithm>
@@ -227,6 +228,7 @@ bool SafeFile::copy(int descriptor, uint64_t place, uint64_t size)
 
 void SafeFile::commit()
 {
+    require(!m_inPlace, "a file is put in its place once");
     if (persistent([&] { return m_calls.flush(m_descriptor); }) != 0)
         fail();
     if (persistent([&] { return m_calls.rename(m_scratch.c_str(), m_target.c_str()); }) != 0)

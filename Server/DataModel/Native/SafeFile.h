@@ -32,7 +32,7 @@ public:
     void writeAt(uint64_t place, const void* data, size_t size);
     /// Appends a piece of another file; false, with nothing appended, if the two can't be copied between, and
     /// the bytes must be given to `append`.
-    bool copy(int descriptor, uint64_t place, uint64_t size);
+    [[nodiscard]] bool copy(int descriptor, uint64_t place, uint64_t size);
     uint64_t position() const { return m_position; }
 
     /// Flushes the content, puts the file in its place and flushes the folder. If only the last of these

@@ -23,15 +23,15 @@ public:
     virtual ~IDeletable() = default;
 
     /// `path` is where the object was selected, here and below.
-    virtual bool canDelete(const ObjectPath& path) const = 0;
+    [[nodiscard]] virtual bool canDelete(const ObjectPath& path) const = 0;
     /// Whether it is deleted together with others of its kind, by one request.
-    virtual bool requiresMultiDelete(const ObjectPath& path) const = 0;
+    [[nodiscard]] virtual bool requiresMultiDelete(const ObjectPath& path) const = 0;
     /// The request that deletes this object alone; null if there is none. The caller ends it
     /// (Request::destroy).
-    virtual Request* provideDeleteRequest(const ObjectPath& path) = 0;
+    [[nodiscard]] virtual Request* provideDeleteRequest(const ObjectPath& path) = 0;
     /// The same for as many of the paths as one request takes; these are added to `handled`.
-    virtual Request* provideMultiDeleteRequest(const std::vector<ObjectPath>& paths,
-                                               std::vector<ObjectPath>& handled) = 0;
+    [[nodiscard]] virtual Request* provideMultiDeleteRequest(const std::vector<ObjectPath>& paths,
+                                                             std::vector<ObjectPath>& handled) = 0;
 };
 
 } // namespace Vs::DataModel

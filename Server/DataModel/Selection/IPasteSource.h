@@ -38,13 +38,13 @@ public:
 
     /// Whether it can be taken out of where it stands, and whether it can be given another place among those
     /// beside it.
-    virtual bool canCut() const = 0;
-    virtual bool canReorder() const = 0;
+    [[nodiscard]] virtual bool canCut() const = 0;
+    [[nodiscard]] virtual bool canReorder() const = 0;
     /// The request that pastes as many of the objects at these paths as one request takes; they are added to
     /// `handled`. With `cut`, one that is executed on the objects' own asset takes them away from where they
     /// were; on another asset it leaves them to whoever deletes them there. Null if there is none.
-    virtual PasteRequest* providePasteRequest(const std::vector<ObjectPath>& paths, bool cut,
-                                              std::vector<ObjectPath>& handled) = 0;
+    [[nodiscard]] virtual PasteRequest* providePasteRequest(const std::vector<ObjectPath>& paths, bool cut,
+                                                            std::vector<ObjectPath>& handled) = 0;
 };
 
 } // namespace Vs::DataModel

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Selection/PathQueries.h"
 
 #include "Server/Base/NumberText.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
@@ -209,6 +210,7 @@ size_t countOf(Leaf leaf, const BodyMesh& mesh)
 
 std::optional<ObjectPath> findPath(const Asset& asset, std::wstring_view text, Status& status)
 {
+    assertMainThread();
     Status own;
     const auto steps = splitSteps(text, own);
     Walk walk(asset, text, own);

@@ -15,7 +15,8 @@ namespace Vs {
 class RenameRequest : public Implements<RenameRequest, Request>
 {
 public:
-    static RenameRequest* make(Asset* asset, const std::vector<ObjectPath>& paths, const std::wstring& name);
+    [[nodiscard]] static RenameRequest* make(Asset* asset, const std::vector<ObjectPath>& paths,
+                                             const std::wstring& name);
 
 protected:
     RenameRequest(const Asset* asset, std::vector<ObjectPath> paths, std::wstring name);

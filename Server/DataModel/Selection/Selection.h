@@ -20,7 +20,7 @@ class Selection : public Implements<Selection, SharedObject>
 {
 public:
     /// Whether both select the same thing, wherever it was picked.
-    virtual bool isEqualTo(const Selection& other) const { return this == &other; }
+    [[nodiscard]] virtual bool isEqualTo(const Selection& other) const { return this == &other; }
     /// The same for all that are equal; so sets of thousands find soon what they don't hold.
     virtual size_t hash() const { return 0; }
 };
@@ -48,14 +48,14 @@ public:
 
     /// The object itself, to be asked for what can be done with it (DataModel::IDeletable), and good as long
     /// as the asset is open. Null if it is gone, belongs to another asset, or is a part of a component.
-    virtual StrongRef<SharedObject> leaf(Asset& asset) const;
+    [[nodiscard]] virtual StrongRef<SharedObject> leaf(Asset& asset) const;
 
     /// The box around the object, hidden or not, in the asset's coordinates. False, with `box` as it was, if
     /// the object is gone, belongs to another asset, or has no box that is known without the exact shape, as
     /// a vertex.
-    virtual bool calculateBounds(const Asset& asset, BBox& box) const;
+    [[nodiscard]] virtual bool calculateBounds(const Asset& asset, BBox& box) const;
 
-    bool isEqualTo(const Selection& other) const override
+    [[nodiscard]] bool isEqualTo(const Selection& other) const override
     {
         const auto* logical = cast<LogicalSelection>(&other);
         return logical && logical->m_asset == m_asset && logical->m_path == m_path;

@@ -10,11 +10,11 @@ namespace Vs {
 class SelectionFilter : public Implements<SelectionFilter>
 {
 public:
-    virtual bool accepts(const Selection& selection) const = 0;
+    [[nodiscard]] virtual bool accepts(const Selection& selection) const = 0;
     /// Whether it may accept objects of this kind, so that others need not be looked for in a view. The
     /// default asks `accepts` for an object that isn't there: to be overridden where more than the kind
     /// matters.
-    virtual bool mayAccept(ObjectPath::Leaf leaf) const
+    [[nodiscard]] virtual bool mayAccept(ObjectPath::Leaf leaf) const
     {
         return accepts(LogicalSelection(nullptr, ObjectPath{.component = {}, .leaf = leaf}, nullptr));
     }
@@ -40,11 +40,11 @@ public:
 
     void clear() { m_filters.clear(); }
 
-    bool accepts(const Selection& selection) const override
+    [[nodiscard]] bool accepts(const Selection& selection) const override
     {
         return ask([&](const SelectionFilter* filter) { return filter->accepts(selection); });
     }
-    bool mayAccept(ObjectPath::Leaf leaf) const override
+    [[nodiscard]] bool mayAccept(ObjectPath::Leaf leaf) const override
     {
         return ask([&](const SelectionFilter* filter) { return filter->mayAccept(leaf); });
     }

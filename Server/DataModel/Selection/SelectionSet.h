@@ -20,7 +20,7 @@ class SelectionIndex
 {
 public:
     explicit SelectionIndex(const std::vector<StrongRef<Selection>>& selections);
-    bool contains(const Selection& selection) const;
+    [[nodiscard]] bool contains(const Selection& selection) const;
 
 private:
     std::unordered_multimap<size_t, const Selection*> m_byHash;
@@ -31,9 +31,9 @@ class SelectionSet : public EventSource<SelectionSetSite>
 {
 public:
     const std::vector<StrongRef<Selection>>& selections() const { return m_selections; }
-    bool empty() const { return m_selections.empty(); }
+    [[nodiscard]] bool empty() const { return m_selections.empty(); }
     size_t size() const { return m_selections.size(); }
-    bool contains(const Selection& selection) const;
+    [[nodiscard]] bool contains(const Selection& selection) const;
 
     /// Each returns whether something changed. Null is never added.
     bool add(StrongRef<Selection> selection);

@@ -15,7 +15,7 @@ namespace Vs {
 class VisibilityRequest : public Implements<VisibilityRequest, Request>
 {
 public:
-    static VisibilityRequest* make(std::vector<ObjectPath> paths, bool visible);
+    [[nodiscard]] static VisibilityRequest* make(std::vector<ObjectPath> paths, bool visible);
 
 protected:
     VisibilityRequest(std::vector<ObjectPath> paths, bool visible);

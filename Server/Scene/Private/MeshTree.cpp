@@ -1,5 +1,6 @@
 #include "Server/Scene/Private/MeshTree.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Scene/Private/Probe.h"
 
 #include <algorithm>
@@ -135,6 +136,8 @@ bool MeshTree::isSmall(const BodyMesh& mesh)
 
 const MeshTree* MeshTree::of(const std::shared_ptr<const BodyMesh>& mesh)
 {
+    assertMainThread();
+    require(mesh != nullptr, "a mesh that is searched is there");
     if (isSmall(*mesh))
         return nullptr;
     static std::unordered_map<const BodyMesh*, Entry> entries;

@@ -1,5 +1,7 @@
 #include "Server/Scene/Private/NodeTree.h"
 
+#include "Server/Base/Require.h"
+
 #include <unordered_map>
 
 namespace Vs::Scene {
@@ -22,6 +24,7 @@ struct Entry
 
 std::shared_ptr<const BoxTree> childTree(const Rendra::Graphics::GroupNode& group)
 {
+    assertMainThread();
     if (group.children().size() < kFew)
         return nullptr;
     static std::unordered_map<uint64_t, Entry> entries;

@@ -10,6 +10,6 @@ namespace Rendra {
 /// `cells` pixels long: all vertices in one cell of a grid become one. Sharp edges stay sharp, faces keep
 /// their colours, and what was closed stays closed. It has no edge lines. Null if less than a third of the
 /// triangles would be saved. `cells` is from 1 to 1024. May be called from any thread.
-std::shared_ptr<const Vs::BodyMesh> coarseMesh(const Vs::BodyMesh& mesh, int cells);
+[[nodiscard]] std::shared_ptr<const Vs::BodyMesh> coarseMesh(const Vs::BodyMesh& mesh, int cells);
 
 } // namespace Rendra

@@ -13,7 +13,7 @@ class EglContext
 {
 public:
     /// Null, with the reason in the status, if this machine offers none.
-    static std::unique_ptr<EglContext> make(Vs::Status& status);
+    [[nodiscard]] static std::unique_ptr<EglContext> make(Vs::Status& status);
     ~EglContext();
     EglContext(const EglContext&) = delete;
     EglContext& operator=(const EglContext&) = delete;

@@ -1,3 +1,4 @@
+#include "Server/Base/Require.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Rendra/EglContext.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
@@ -117,6 +118,7 @@ private:
 
 bool EglOffscreenRenderer::prepare(Status& status)
 {
+    assertMainThread();
     if (!m_worker)
         m_worker = std::make_unique<Worker>();
     bool ready = false;
@@ -126,6 +128,7 @@ bool EglOffscreenRenderer::prepare(Status& status)
 
 void EglOffscreenRenderer::release()
 {
+    assertMainThread();
     if (!m_worker)
         return;
     m_worker->run([this] { stop(); });
@@ -135,6 +138,7 @@ void EglOffscreenRenderer::release()
 bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, uint32_t width,
                                   uint32_t height, const ImageOptions& options, Image& image, Status& status)
 {
+    assertMainThread();
     // The memory of the picture before is used again: a canvas asks for one after the other.
     std::vector<uint8_t> pixels = std::move(image.pixels);
     image = Image();

@@ -18,7 +18,7 @@ public:
 
     /// Makes storage of `width` by `height` pixels if there is none of that size. Returns false if the driver
     /// cannot.
-    bool make(Kind kind, int width, int height);
+    [[nodiscard]] bool make(Kind kind, int width, int height);
     /// Directs what follows into the whole of the layer.
     void begin() const;
     void release();

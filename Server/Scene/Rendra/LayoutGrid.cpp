@@ -158,7 +158,8 @@ void LayoutGrid::draw(const Frame& frame)
         plane.reach =
             (1.5 * std::hypot(view.halfWidth(), view.halfHeight()) + off) / std::max(0.05, std::abs(up.z));
     }
-    const Vs::LengthUnit& unit = Vs::LengthUnit::display();
+    const Vs::LengthUnit& unit =
+        frame.target.gridUnit ? *frame.target.gridUnit : Vs::LengthUnit::all().front();
     const double least = plane.minor * kLeastPixels * logicalPixel(frame) / unit.millimetres;
     if (!std::isnormal(least) || !std::isfinite(plane.reach))
         return;

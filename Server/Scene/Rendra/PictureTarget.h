@@ -10,7 +10,7 @@ class PictureTarget
 public:
     /// `scale` is 1, or 2 for a framebuffer of twice the width and height. Makes what is missing; false if
     /// the driver cannot make it.
-    bool prepare(int width, int height, int scale, int samples);
+    [[nodiscard]] bool prepare(int width, int height, int scale, int samples);
     uint32_t framebuffer() const { return m_drawn; }
 
     /// Averages samples and, with a scale of 2, pixels, and writes RGBA rows, the lowest one first, to
@@ -25,10 +25,10 @@ private:
     struct Surface
     {
         uint32_t framebuffer = 0, colour = 0, depth = 0;
-        bool make(int width, int height, int samples, bool withDepth);
+        [[nodiscard]] bool make(int width, int height, int samples, bool withDepth);
         void release();
     };
-    bool makeAll();
+    [[nodiscard]] bool makeAll();
 
     Surface m_target, m_resolved, m_small;
     uint32_t m_drawn = 0;

@@ -1,5 +1,6 @@
 #include "Server/Types/Units/Unit.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/Types/LengthUnit.h"
 
@@ -52,6 +53,7 @@ std::vector<Unit> makeTypedUnits()
 Unit::Unit(Quantity quantity, std::wstring symbol, double size)
     : m_quantity(quantity), m_symbol(std::move(symbol)), m_size(size)
 {
+    require(std::isfinite(size) && size > 0, "a unit has a size");
 }
 
 Unit Unit::base(Quantity quantity)

@@ -25,14 +25,14 @@ public:
     Unit(Quantity quantity, std::wstring symbol, double size);
 
     /// The base unit.
-    static Unit base(Quantity quantity);
+    [[nodiscard]] static Unit base(Quantity quantity);
     /// The one in which the user sees the quantity: an option for lengths, and with them areas and volumes;
     /// degrees for angles. Main thread.
     static Unit display(Quantity quantity);
-    static Unit length(const LengthUnit& unit);
+    [[nodiscard]] static Unit length(const LengthUnit& unit);
     /// The unit of a symbol that a person may type, such as "mm", "in", "\"", "deg" or "°"; null if there is
     /// none. Areas and volumes are powers of lengths and have no entry of their own.
-    static const Unit* find(std::wstring_view symbol);
+    [[nodiscard]] static const Unit* find(std::wstring_view symbol);
 
     Quantity quantity() const { return m_quantity; }
     /// As it stands behind a number: "mm", "mm²", "°"; empty for plain numbers.
@@ -40,8 +40,8 @@ public:
     double size() const { return m_size; }
 
     /// From the base unit to this one, and back.
-    double toThisUnit(double value) const { return value / m_size; }
-    double fromThisUnit(double value) const { return value * m_size; }
+    [[nodiscard]] double toThisUnit(double value) const { return value / m_size; }
+    [[nodiscard]] double fromThisUnit(double value) const { return value * m_size; }
 
     bool operator==(const Unit&) const = default;
 

@@ -32,10 +32,10 @@ private:
 
 /// A value, which is in the base unit, as a person sees it: "12.5 mm", "45°". Zeros at the end of the
 /// decimals are left out.
-std::wstring toText(double value, const Unit& unit, const UnitDisplaySettings& settings);
+[[nodiscard]] std::wstring toText(double value, const Unit& unit, const UnitDisplaySettings& settings);
 
 /// A value as text that is read back (`evaluate`) as exactly the same value: in `unit` if that can be, else
 /// in the base unit.
-std::wstring toExactText(double value, const Unit& unit);
+[[nodiscard]] std::wstring toExactText(double value, const Unit& unit);
 
 } // namespace Vs::Units

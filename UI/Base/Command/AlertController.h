@@ -48,7 +48,7 @@ public:
     const std::vector<Alert>& alerts() const { return m_alerts; }
 
     /// Whether an error stands that keeps the running command from being committed.
-    bool isInErrorState() const;
+    [[nodiscard]] bool isInErrorState() const;
     void clearAllAlerts();
     /// Takes away what a command's inputs brought.
     void clearBlockingAlerts();

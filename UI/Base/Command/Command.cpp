@@ -1,5 +1,6 @@
 #include "UI/Base/Command/Command.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Private/CommandSteps.h"
@@ -14,6 +15,7 @@ Command::~Command()
 
 void Command::createCommandInputs()
 {
+    Vs::require(!commandInputSet() && !isActive(), "inputs are made once, before the command begins");
     CommandInputSet* inputs = onCreateCommandInputs();
     if (!inputs)
         return;

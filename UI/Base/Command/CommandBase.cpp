@@ -1,5 +1,6 @@
 #include "UI/Base/Command/CommandBase.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Transaction.h"
@@ -77,6 +78,7 @@ bool CommandBase::isSuspended() const
 
 void CommandBase::commandInputSet(CommandInputSet* inputs)
 {
+    Vs::require(!inputs || inputs->command() == this, "a command gets the inputs that were made for it");
     m_inputs.reset(inputs);
 }
 
@@ -303,6 +305,7 @@ CommandInUse::CommandInUse(CommandBase* command) : m_command(command)
 
 CommandInUse::~CommandInUse()
 {
+    Vs::require(!m_command || m_command->m_uses > 0, "a command is in use as long as somebody holds it");
     if (m_command && --m_command->m_uses == 0 && m_command->m_deleteWhenUnused)
         delete m_command;
 }

@@ -64,7 +64,7 @@ public:
     CommandInputSet* commandInputSet() const { return m_inputs.get(); }
 
     /// The active command of the active session, or null.
-    static CommandBase* getActiveCommand();
+    [[nodiscard]] static CommandBase* getActiveCommand();
 
     /// Ends the command. A command that isn't running, or is ending already, is left as it is; a one-shot
     /// command that asks for its own end from inside its execution ends, with this reason, when that returns.
@@ -75,7 +75,7 @@ public:
     bool repeatable() const { return m_repeatable; }
     /// Whether the command shows its inputs in a dialog. Default true.
     bool usesCommandDialog() const { return m_usesDialog; }
-    bool isRunning() const;
+    [[nodiscard]] bool isRunning() const;
     /// Running and not suspended under another one.
     bool isActive() const;
     bool isSuspended() const;
@@ -97,13 +97,14 @@ public:
     EMidCommandUndoRedoContext getPossibleMidCommandRedoContext() const;
 
     /// Whether the inputs allow the command to be committed.
-    bool areInputsValidForCommit() { return onAreInputsValidForCommit(); }
-    bool areInputsValid() { return onAreInputsValid(); }
+    [[nodiscard]] bool areInputsValidForCommit() { return onAreInputsValidForCommit(); }
+    [[nodiscard]] bool areInputsValid() { return onAreInputsValid(); }
 
     /// Makes a change of the session's asset, as a whole or not at all. A `preview` is taken back by the next
     /// request and by the command's end. The request stays the caller's. Returns whether the change was made;
     /// why not is in the status.
-    bool executeRequest(Vs::Request* request, bool preview, ExecutionOptions options, Vs::Status& status);
+    [[nodiscard]] bool executeRequest(Vs::Request* request, bool preview, ExecutionOptions options,
+                                      Vs::Status& status);
 
     /// For messages and the debug dialog.
     std::wstring toString() { return onToString(); }
@@ -192,7 +193,7 @@ private:
 /// Keeps a command from being deleted. Whoever calls a function of a command that might end it (a mouse or
 /// key handler, say) holds one meanwhile: the command may end, but its object stays until the last of these
 /// goes.
-class CommandInUse
+class [[nodiscard]] CommandInUse
 {
 public:
     /// Null is allowed and does nothing.

@@ -1,6 +1,7 @@
 #include "UI/Base/Command/CommandContext.h"
 
 #include "Server/Base/NumberText.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/SerializableObject.h"
 #include "Server/Base/StrongRef.h"
 #include "UI/Base/Command/Private/CommandHost.h"
@@ -123,6 +124,7 @@ Vs::SerializableObject* CommandContext::argument(const Vs::UniqueString* key) co
 
 bool CommandContext::argument(const Vs::UniqueString* key, EArgType type, void* value) const
 {
+    Vs::require(value != nullptr, "an argument is read into a variable");
     const Argument* found = find(key);
     if (!found)
         return false;
@@ -183,11 +185,13 @@ size_t CommandContext::arguments() const
 
 const Vs::UniqueString* CommandContext::argumentName(size_t index) const
 {
+    Vs::require(index < arguments(), "an argument that is asked for by its place is there");
     return m_arguments->list.at(index).key;
 }
 
 CommandContext::EArgType CommandContext::argumentType(size_t index) const
 {
+    Vs::require(index < arguments(), "an argument that is asked for by its place is there");
     return static_cast<EArgType>(m_arguments->list.at(index).value.index());
 }
 
@@ -213,6 +217,7 @@ const CommandContext::Argument* CommandContext::find(const Vs::UniqueString* key
 
 CommandContext::Argument& CommandContext::own(const Vs::UniqueString* key)
 {
+    Vs::require(key != nullptr, "an argument has a name");
     if (!m_arguments)
         m_arguments = std::make_shared<Arguments>();
     else if (m_arguments.use_count() > 1)

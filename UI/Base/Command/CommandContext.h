@@ -42,9 +42,9 @@ public:
     ~CommandContext();
 
     /// A context of what is active now: asset session, shell, workspace.
-    static CommandContext activeContext();
+    [[nodiscard]] static CommandContext activeContext();
     /// The context of nothing, to copy from.
-    static const CommandContext& emptyContext();
+    [[nodiscard]] static const CommandContext& emptyContext();
     /// The key of every file path: "Path".
     static const Vs::UniqueString* pathArgumentName();
 
@@ -72,13 +72,13 @@ public:
     bool argument(const Vs::UniqueString* key, EArgType type, void* value) const;
 
     /// The argument as text, empty if it is absent; an object gives its serialised form.
-    std::wstring argumentAsString(const Vs::UniqueString* key) const;
+    [[nodiscard]] std::wstring argumentAsString(const Vs::UniqueString* key) const;
 
-    bool hasArgument(const Vs::UniqueString* key) const;
+    [[nodiscard]] bool hasArgument(const Vs::UniqueString* key) const;
     /// The arguments in the order in which they were added.
     size_t arguments() const;
-    const Vs::UniqueString* argumentName(size_t index) const;
-    EArgType argumentType(size_t index) const;
+    [[nodiscard]] const Vs::UniqueString* argumentName(size_t index) const;
+    [[nodiscard]] EArgType argumentType(size_t index) const;
 
     /// Where the command is called. Each may be null.
     AssetSession* assetSession() const { return m_assetSession; }

@@ -1,5 +1,6 @@
 #include "UI/Base/Command/CommandDefinition.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandEvents.h"
@@ -106,6 +107,7 @@ void CommandDefinition::runByHand(ECommandAccessPoint point)
 
 void CommandDefinition::joinCommandGroup(const Vs::UniqueString* group)
 {
+    Vs::require(group != nullptr, "a group has a name");
     if (std::find(m_groups.begin(), m_groups.end(), group) == m_groups.end())
         m_groups.push_back(group);
 }

@@ -30,14 +30,14 @@ public:
 
     /// Whether the command could run in this context: its own answer, which any CommandEventSite may turn
     /// into a no. An exception of the answer is a no.
-    bool isApplicable(CommandContext* context) const;
-    bool isVisible(CommandContext* context) const;
+    [[nodiscard]] bool isApplicable(CommandContext* context) const;
+    [[nodiscard]] bool isVisible(CommandContext* context) const;
     /// Visible and applicable.
-    bool isAvailable(CommandContext* context) const;
+    [[nodiscard]] bool isAvailable(CommandContext* context) const;
 
     /// Makes the command and tells the CommandEventSites; null if the definition refuses. For CommandMgr: a
     /// command that is made here is deleted by nobody unless a manager runs it.
-    CommandBase* createCommand(CommandContext* context);
+    [[nodiscard]] CommandBase* createCommand(CommandContext* context);
 
     /// Runs the command in the manager of the context's asset session; without one in the active session's,
     /// and with none active in the global one. Doesn't ask whether it is applicable.

@@ -1,5 +1,6 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/UniqueString.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -78,6 +79,7 @@ std::vector<std::wstring> CommandDefinitionMgr::similarIds(std::wstring_view id,
 
 void CommandDefinitionMgr::validate() const
 {
+    Vs::assertMainThread();
     // The class of a definition can be asked for only now that it is whole.
     std::string message;
     for (const auto& [definition, fault] : index().faults)
@@ -88,6 +90,7 @@ void CommandDefinitionMgr::validate() const
 
 void CommandDefinitionMgr::add(CommandDefinition* definition)
 {
+    Vs::assertMainThread();
     ++m_generation;
     m_definitions.push_back(definition);
     if (definition->id().empty())
@@ -99,6 +102,7 @@ void CommandDefinitionMgr::add(CommandDefinition* definition)
 
 void CommandDefinitionMgr::remove(CommandDefinition* definition)
 {
+    Vs::assertMainThread();
     ++m_generation;
     std::erase(m_definitions, definition);
     std::erase_if(index().faults, [&](const auto& fault) { return fault.first == definition; });

@@ -19,15 +19,16 @@ public:
     static CommandDefinitionMgr* get();
 
     /// The definition with this key, or null. Of two with one key, the first.
-    CommandDefinition* findCommandDefinitionById(std::wstring_view id) const;
+    [[nodiscard]] CommandDefinition* findCommandDefinitionById(std::wstring_view id) const;
 
     /// All definitions in the order of their registration.
     const std::vector<CommandDefinition*>& commandDefinitions() const { return m_definitions; }
     /// Those that joined a group, in the same order.
-    std::vector<CommandDefinition*> commandDefinitionsOfGroup(const Vs::UniqueString* group) const;
+    [[nodiscard]] std::vector<CommandDefinition*>
+    commandDefinitionsOfGroup(const Vs::UniqueString* group) const;
 
     /// The keys nearest to a mistyped one, best first; for messages.
-    std::vector<std::wstring> similarIds(std::wstring_view id, size_t maximum = 3) const;
+    [[nodiscard]] std::vector<std::wstring> similarIds(std::wstring_view id, size_t maximum = 3) const;
 
     /// Throws std::logic_error, with every fault by name, if a definition was registered without a key or
     /// with one that was taken. Called once the add-ins are loaded: such a program must not start.

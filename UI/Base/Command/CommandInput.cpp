@@ -1,6 +1,7 @@
 #include "UI/Base/Command/CommandInput.h"
 
 #include "Server/Base/NumberText.h"
+#include "Server/Base/Require.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/GroupCommandInput.h"
@@ -11,8 +12,18 @@
 
 namespace Vu {
 
+namespace {
+
+CommandInputSet* there(CommandInputSet* set)
+{
+    Vs::require(set != nullptr, "an input is made into a set");
+    return set;
+}
+
+} // namespace
+
 CommandInputBase::CommandInputBase(CommandInputSet* set, int number, Info* info)
-    : m_set(set), m_group(set->m_openGroup), m_number(number), m_info(info)
+    : m_set(there(set)), m_group(set->m_openGroup), m_number(number), m_info(info)
 {
     set->m_inputs.emplace_back(this);
 }

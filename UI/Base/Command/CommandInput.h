@@ -36,8 +36,8 @@ public:
     void readOnly(bool value);
 
     /// Whether it takes part: it and the groups around it are enabled, or visible.
-    bool isUsable() const;
-    bool isShown() const;
+    [[nodiscard]] bool isUsable() const;
+    [[nodiscard]] bool isShown() const;
 
     /// Whether a change of the input is recorded in a transcript. Default true.
     bool enableTranscript() const { return m_transcript; }
@@ -47,18 +47,18 @@ public:
     void requiresExecution(bool value) { m_requiresExecution = value; }
 
     /// An input that is hidden or disabled is always valid.
-    bool valid() const { return whyInvalid().empty(); }
+    [[nodiscard]] bool valid() const { return whyInvalid().empty(); }
     /// A sentence for the user; empty if the input is valid.
-    std::wstring whyInvalid() const;
+    [[nodiscard]] std::wstring whyInvalid() const;
     /// Whether an invalid input holds nothing wrong, but waits for what the user does next.
     virtual bool isAwaiting() const { return false; }
 
     /// The value as text that gives exactly the same value again: how transcripts keep it.
-    virtual std::wstring valueAsString() const = 0;
+    [[nodiscard]] virtual std::wstring valueAsString() const = 0;
     /// False if the text is no value.
-    virtual bool valueFromString(const std::wstring& text) = 0;
+    [[nodiscard]] virtual bool valueFromString(const std::wstring& text) = 0;
     /// Takes a value as text; returns why the text is none, as a sentence for the user, or an empty text.
-    std::wstring take(const std::wstring& text);
+    [[nodiscard]] std::wstring take(const std::wstring& text);
     /// The value as a panel shows it.
     virtual std::wstring displayText() const { return valueAsString(); }
 
@@ -142,8 +142,8 @@ class BoolValueCommandInput : public Vs::Implements<BoolValueCommandInput, Comma
 public:
     static BoolValueCommandInput* make(CommandInputSet* set, int number, Info* info);
     /// "1" or "0"; "true" and "false" are read as well.
-    std::wstring valueAsString() const override;
-    bool valueFromString(const std::wstring& text) override;
+    [[nodiscard]] std::wstring valueAsString() const override;
+    [[nodiscard]] bool valueFromString(const std::wstring& text) override;
 
 protected:
     using Implements::Implements;
@@ -153,8 +153,8 @@ class IntegerValueCommandInput : public Vs::Implements<IntegerValueCommandInput,
 {
 public:
     static IntegerValueCommandInput* make(CommandInputSet* set, int number, Info* info);
-    std::wstring valueAsString() const override;
-    bool valueFromString(const std::wstring& text) override;
+    [[nodiscard]] std::wstring valueAsString() const override;
+    [[nodiscard]] bool valueFromString(const std::wstring& text) override;
 
 private:
     using Implements::Implements;
@@ -166,8 +166,8 @@ public:
     static StringValueCommandInput* make(CommandInputSet* set, int number, Info* info);
     /// Whether the empty text is no valid value. Default false.
     void required(bool value) { m_required = value; }
-    std::wstring valueAsString() const override { return value(); }
-    bool valueFromString(const std::wstring& text) override;
+    [[nodiscard]] std::wstring valueAsString() const override { return value(); }
+    [[nodiscard]] bool valueFromString(const std::wstring& text) override;
 
 private:
     using Implements::Implements;

@@ -1,5 +1,6 @@
 #include "UI/Base/Command/CommandInputSet.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/Info.h"
 
@@ -9,6 +10,7 @@ namespace Vu {
 
 CommandInputSet* CommandInputSet::make(CommandBase* command)
 {
+    Vs::require(command != nullptr, "inputs are those of a command");
     return new CommandInputSet(command);
 }
 
@@ -39,6 +41,7 @@ CommandInputBase* CommandInputSet::findInput(std::wstring_view key) const
 
 void CommandInputSet::fire(CommandInputEvent* event)
 {
+    Vs::require(event && event->commandInput()->commandInputSet() == this, "a set tells of its own inputs");
     // The sites may end the command, and the set with it.
     CommandInUse inUse(m_command);
     m_source.fire(&CommandInputSetEventSite::commandInputChanged, event);
@@ -59,6 +62,8 @@ CommandInputEventSource* CommandInputEventSource::get()
 
 void CommandInputEventSource::subscribe(CommandInputEventSite* site, CommandInputBase* input)
 {
+    Vs::assertMainThread();
+    Vs::require(site != nullptr, "a site that subscribes is there");
     const auto same = [&](const Subscription& s) { return s.site == site && s.input == input; };
     if (std::none_of(m_subscriptions.begin(), m_subscriptions.end(), same))
         m_subscriptions.push_back({site, input});
@@ -104,6 +109,7 @@ CommandInputSetEventSource* CommandInputSetEventSource::get()
 
 void CommandInputSetEventSource::subscribe(CommandInputSetEventSite* site, CommandInputSet* set)
 {
+    Vs::require(set != nullptr, "a set that is listened to is there");
     set->m_source.subscribe(site);
 }
 

@@ -33,17 +33,17 @@ class CommandInputSet
 {
 public:
     /// The set belongs to whoever hands it to the command (CommandBase::commandInputSet), which is `command`.
-    static CommandInputSet* make(CommandBase* command);
+    [[nodiscard]] static CommandInputSet* make(CommandBase* command);
     ~CommandInputSet();
     CommandInputSet(const CommandInputSet&) = delete;
     CommandInputSet& operator=(const CommandInputSet&) = delete;
 
     CommandBase* command() const { return m_command; }
     /// Whether every input is valid.
-    bool valid() const;
+    [[nodiscard]] bool valid() const;
     const std::vector<std::unique_ptr<CommandInputBase>>& inputs() const { return m_inputs; }
     /// The input whose record has this key, or null.
-    CommandInputBase* findInput(std::wstring_view key) const;
+    [[nodiscard]] CommandInputBase* findInput(std::wstring_view key) const;
 
     /// Tells the event to the sites of the set and of the input; for the inputs.
     void fire(CommandInputEvent* event);

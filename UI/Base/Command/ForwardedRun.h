@@ -5,7 +5,7 @@ namespace Vu {
 /// Held by a text command while it runs the one command that does all that the line asks for: a recording
 /// then takes down that command, which knows its arguments best. What a line runs without it is part of the
 /// line. Main thread only.
-class ForwardedRun
+class [[nodiscard]] ForwardedRun
 {
 public:
     ForwardedRun() { ++s_depth; }

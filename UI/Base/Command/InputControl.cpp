@@ -1,12 +1,16 @@
 #include "UI/Base/Command/InputControl.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Command/Info.h"
 
 #include <algorithm>
 
 namespace Vu {
 
-InputControl::InputControl(Info* info, IInputControlHandler* handler) : m_info(info), m_handler(handler) {}
+InputControl::InputControl(Info* info, IInputControlHandler* handler) : m_info(info), m_handler(handler)
+{
+    Vs::require(info != nullptr, "a control has a record");
+}
 
 InputControl::~InputControl()
 {
@@ -15,6 +19,7 @@ InputControl::~InputControl()
 
 void InputControl::info(Info* info)
 {
+    Vs::require(info != nullptr, "a control has a record");
     m_info = info;
     changed();
 }

@@ -93,7 +93,7 @@ public:
 
     ListControl(Info* info, IListControlHandler* handler);
     /// The caller owns the control.
-    static ListControl* make(Info* info, IListControlHandler* handler);
+    [[nodiscard]] static ListControl* make(Info* info, IListControlHandler* handler);
 
     const std::vector<Info*>& items() const { return m_items; }
     /// New items, which are not owned. The old ones are not deleted; a selection that is no longer among the
@@ -148,7 +148,7 @@ public:
 
     MenuControl(Info* info, IMenuControlHandler* handler);
     /// The caller owns the control.
-    static MenuControl* make(Info* info, IMenuControlHandler* handler);
+    [[nodiscard]] static MenuControl* make(Info* info, IMenuControlHandler* handler);
 
     const std::vector<MenuItem*>& items() const { return m_items; }
     /// New items, which are not owned; the old ones are not deleted.

@@ -1,5 +1,6 @@
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Task.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -30,6 +31,7 @@ TranscriptedCommandTextCommand::TranscriptedCommandTextCommand(std::wstring area
     : TextCommand(std::move(area), std::move(name), std::move(help), std::move(format), flag, true),
       m_definitionKey(std::move(definitionKey))
 {
+    Vs::require(!m_definitionKey.empty(), "a wrapper names the definition that it runs");
     wrappers().emplace(m_definitionKey, this);
 }
 

@@ -26,7 +26,7 @@ public:
     ~TranscriptedCommandTextCommand() override;
 
     /// The wrapper of a definition, the first if there are several; null if it has none.
-    static const TranscriptedCommandTextCommand* of(const std::wstring& definitionKey);
+    [[nodiscard]] static const TranscriptedCommandTextCommand* of(const std::wstring& definitionKey);
     /// The parameters of a line for a recording, made of the texts of the context's arguments in their order;
     /// the default takes all as they are. `repeats` tells whether they will do.
     virtual std::vector<std::wstring> parametersFor(const CommandContext&,
@@ -35,7 +35,8 @@ public:
         return texts;
     }
     /// Whether a line with these parameters calls the definition with the arguments of the context.
-    bool repeats(const std::vector<std::wstring>& parameters, const CommandContext& context) const;
+    [[nodiscard]] bool repeats(const std::vector<std::wstring>& parameters,
+                               const CommandContext& context) const;
 
     std::wstring definitionKey() const override { return m_definitionKey; }
     /// The definition, or null if no add-in that is loaded has it.

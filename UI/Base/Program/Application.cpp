@@ -1,5 +1,6 @@
 #include "UI/Base/Program/Application.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
@@ -70,6 +71,8 @@ Application::~Application() = default;
 
 void Application::initialize(int& count, char** arguments, bool headless)
 {
+    Vs::assertMainThread();
+    Vs::require(!start().count && arguments, "a program begins once, with its arguments");
     start() = {&count, arguments, headless, start().testing};
     get();
 }
@@ -91,6 +94,7 @@ void Application::testing(bool value)
 
 void Application::needGui()
 {
+    Vs::assertMainThread();
     if (QCoreApplication::instance())
         return;
     static int noArguments = 1;
@@ -192,6 +196,7 @@ void Application::processEvents()
 
 int Application::run()
 {
+    Vs::assertMainThread();
     needGui();
     if (m_exiting)
         return m_data->exitCode;
@@ -201,6 +206,7 @@ int Application::run()
 
 void Application::exit(bool closeDocuments)
 {
+    Vs::assertMainThread();
     if (m_exiting)
         return;
     m_exiting = true;
@@ -214,6 +220,7 @@ void Application::exit(bool closeDocuments)
 
 void Application::shutDown()
 {
+    Vs::assertMainThread();
     SuddenEnd::over();
     guarded([this] { m_data->deferred.flush(); });
     // Shells hold locks on what they show, so they go before the documents.
@@ -248,6 +255,7 @@ QWidget* Application::mainWidget() const
 
 void Application::inform(const std::wstring& message)
 {
+    Vs::assertMainThread();
     CommandMgr::get()->GetAlertController()->addAlert(EAlertSeverity::Information, message);
     if (!ApplicationHost::get()->showMessage(message))
         Vs::warn(message);

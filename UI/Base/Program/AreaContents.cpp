@@ -1,5 +1,7 @@
 #include "UI/Base/Program/AreaContents.h"
 
+#include "Server/Base/Require.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -16,6 +18,8 @@ std::vector<AreaContents*>& registered()
 
 AreaContents::AreaContents(std::string key, Make make) : m_key(std::move(key)), m_make(std::move(make))
 {
+    Vs::assertMainThread();
+    Vs::require(!m_key.empty() && m_make, "contents have a key and a way to be made");
     registered().push_back(this);
 }
 

@@ -25,7 +25,7 @@ public:
     AreaContents& operator=(const AreaContents&) = delete;
 
     /// Null if nobody brings that kind of contents.
-    static QWidget* make(const std::string& key, QWidget* parent);
+    [[nodiscard]] static QWidget* make(const std::string& key, QWidget* parent);
 
 private:
     std::string m_key;

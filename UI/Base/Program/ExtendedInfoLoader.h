@@ -17,10 +17,10 @@ public:
     ExtendedInfoLoader(boost::filesystem::path folder, std::wstring domain);
 
     /// False if there is a file that cannot be read; no file at all is fine.
-    bool load();
+    [[nodiscard]] bool load();
 
     /// The extended text of a command, or empty.
-    static std::wstring text(const std::wstring& command);
+    [[nodiscard]] static std::wstring text(const std::wstring& command);
 
 private:
     boost::filesystem::path m_folder;

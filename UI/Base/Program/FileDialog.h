@@ -23,30 +23,32 @@ class CommandContext;
 class FileDialog
 {
 public:
-    static bool getFilenamesForOpen(const std::wstring& filter, std::vector<std::wstring>& names,
-                                    const std::wstring& initialPath);
-    static bool getFilenameForOpen(const std::wstring& filter, std::wstring& name,
-                                   const std::wstring& initialPath);
+    [[nodiscard]] static bool getFilenamesForOpen(const std::wstring& filter,
+                                                  std::vector<std::wstring>& names,
+                                                  const std::wstring& initialPath);
+    [[nodiscard]] static bool getFilenameForOpen(const std::wstring& filter, std::wstring& name,
+                                                 const std::wstring& initialPath);
     /// The name as it was typed, whichever filter was chosen.
-    static bool getFilenameForSave(const std::wstring& filter, std::wstring& name);
+    [[nodiscard]] static bool getFilenameForSave(const std::wstring& filter, std::wstring& name);
     /// With `forOpen` false the file need not exist.
-    static bool getTranscriptableFilename(const std::wstring& filter, std::wstring& name,
-                                          CommandContext* context, bool forOpen,
-                                          const std::wstring& initialPath);
+    [[nodiscard]] static bool getTranscriptableFilename(const std::wstring& filter, std::wstring& name,
+                                                        CommandContext* context, bool forOpen,
+                                                        const std::wstring& initialPath);
     /// A name without a suffix gets that of the chosen filter. `name` may hold a proposal.
-    static bool getTranscriptableFilenameForSaveAs(const std::wstring& filter, const std::wstring& caption,
-                                                   std::wstring& name, CommandContext* context);
+    [[nodiscard]] static bool getTranscriptableFilenameForSaveAs(const std::wstring& filter,
+                                                                 const std::wstring& caption,
+                                                                 std::wstring& name, CommandContext* context);
     /// For files that have a folder of their own, such as scripts: the dialog begins in `folder` until the
     /// person has chosen a file elsewhere, which is remembered under `key`, apart from the other dialogs.
     /// Transcriptable.
-    static bool getSpecialFilenameForOpen(const std::wstring& filter, std::wstring& name,
-                                          CommandContext* context, const std::wstring& folder,
-                                          const std::string& key, const std::wstring& caption);
-    static bool getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
-                                     std::wstring& name, const std::wstring& initialPath);
+    [[nodiscard]] static bool getSpecialFilenameForOpen(const std::wstring& filter, std::wstring& name,
+                                                        CommandContext* context, const std::wstring& folder,
+                                                        const std::string& key, const std::wstring& caption);
+    [[nodiscard]] static bool getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
+                                                   std::wstring& name, const std::wstring& initialPath);
 
     /// Whether there is somebody to ask.
-    static bool canAsk();
+    [[nodiscard]] static bool canAsk();
 
     /// An error in `status` if a name was missing because nobody can be asked; nothing if a person cancelled.
     static void tellMissing(Vs::Status& status);
@@ -70,9 +72,9 @@ namespace FileDialogRules {
 
 /// The filter as the system's dialogs take it: patterns separated by blanks, entries by ";;", no empty
 /// entries.
-std::wstring dialogFilter(const std::wstring& filter);
+[[nodiscard]] std::wstring dialogFilter(const std::wstring& filter);
 /// The name with the first suffix of the filter's first entry, unless it has a suffix already.
-std::wstring withSuffix(const std::wstring& name, const std::wstring& filter);
+[[nodiscard]] std::wstring withSuffix(const std::wstring& name, const std::wstring& filter);
 
 } // namespace FileDialogRules
 

@@ -1,5 +1,7 @@
 #include "UI/Base/Program/IStyleCollector.h"
 
+#include "Server/Base/Require.h"
+
 namespace Vu {
 namespace {
 
@@ -13,6 +15,7 @@ std::vector<IStyleCollector*>& registered()
 
 IStyleCollector::IStyleCollector()
 {
+    Vs::assertMainThread();
     registered().push_back(this);
 }
 

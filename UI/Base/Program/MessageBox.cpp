@@ -1,5 +1,6 @@
 #include "UI/Base/Program/MessageBox.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
@@ -71,6 +72,7 @@ int MessageBox::cancelIndex() const
 
 int MessageBox::show()
 {
+    Vs::assertMainThread();
     if (m_buttons.empty())
         addButton(kOkButton, true);
     const bool asks = m_buttons.size() > 1;

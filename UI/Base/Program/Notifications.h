@@ -38,7 +38,7 @@ class NotificationsEventSiteFactory
 public:
     /// The site that shows notifications in the window's alert list. The caller owns it and deletes it; it
     /// subscribes by itself.
-    static Vs::NotificationsEventSite* buildEventSite();
+    [[nodiscard]] static Vs::NotificationsEventSite* buildEventSite();
 };
 
 } // namespace Vu

@@ -1,5 +1,6 @@
 #include "UI/Base/Program/ProgressBar.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Private/ApplicationHost.h"
 #include "UI/Base/Program/Private/Display.h"
@@ -62,6 +63,7 @@ bool ProgressBar::update(double fraction, const std::wstring& step)
 
 void ProgressBar::end()
 {
+    Vs::require(m_depth > 0, "work that ends was begun");
     if (--m_depth > 0)
         return;
     m_depth = 0;

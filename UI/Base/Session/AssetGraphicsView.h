@@ -13,7 +13,7 @@ class AssetGraphicsView : public Vs::Implements<AssetGraphicsView, GraphicsView>
 {
 public:
     /// Null if the asset has no scene.
-    static std::unique_ptr<AssetGraphicsView> make(AssetSession* session);
+    [[nodiscard]] static std::unique_ptr<AssetGraphicsView> make(AssetSession* session);
     ~AssetGraphicsView() override;
 
     AssetSession* assetSession() const { return m_session; }

@@ -1,5 +1,6 @@
 #include "UI/Base/Session/AssetSession.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -47,6 +48,7 @@ AssetSession::AssetSession(Vs::Asset* asset, DocumentSession* documentSession)
       m_selectionDisplay(std::make_unique<SelectionDisplay>(asset, m_selection.get())),
       m_views(std::make_unique<ViewMgr>())
 {
+    Vs::require(asset && documentSession, "a session is that of an asset in a document");
     m_selection->selectionState()->source(
         [this](std::vector<const Vs::SelectionFilter*>& filters) { pickFilters(filters); });
 }

@@ -1,11 +1,14 @@
 #include "UI/Base/Session/BrowserManager.h"
 
+#include "Server/Base/Require.h"
+
 #include <algorithm>
 
 namespace Vu {
 
 Browser::Browser()
 {
+    Vs::assertMainThread();
     BrowserManager::get()->m_browsers.push_back(this);
 }
 

@@ -31,7 +31,7 @@ public:
     static BrowserManager* get();
 
     /// The browser that shows the session; null if none does.
-    Browser* browserToAssetSession(const AssetSession* session) const;
+    [[nodiscard]] Browser* browserToAssetSession(const AssetSession* session) const;
 
 private:
     friend class Browser;

@@ -1,5 +1,7 @@
 #include "UI/Base/Session/Clipboard.h"
 
+#include "Server/Base/Require.h"
+
 #include <utility>
 
 namespace Vu {
@@ -16,6 +18,7 @@ Clipboard::~Clipboard()
 
 void Clipboard::add(Vs::StrongRef<Vs::LogicalSelection> object, bool cut)
 {
+    Vs::require(object.get() != nullptr, "what is copied is there");
     m_entries.push_back({std::move(object), cut});
 }
 

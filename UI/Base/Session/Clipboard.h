@@ -23,7 +23,7 @@ public:
 
     /// In the order in which they came.
     const std::vector<Entry>& entries() const { return m_entries; }
-    bool empty() const { return m_entries.empty(); }
+    [[nodiscard]] bool empty() const { return m_entries.empty(); }
     void clear() { m_entries.clear(); }
     void add(Vs::StrongRef<Vs::LogicalSelection> object, bool cut);
 

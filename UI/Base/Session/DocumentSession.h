@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "Server/Base/SerializableObject.h"
 
 namespace Vs {
@@ -13,7 +14,10 @@ namespace Vu {
 class DocumentSession : public Vs::Implements<DocumentSession, Vs::SerializableObject>
 {
 public:
-    explicit DocumentSession(Vs::Document* document) : m_document(document) {}
+    explicit DocumentSession(Vs::Document* document) : m_document(document)
+    {
+        Vs::require(document != nullptr, "a session is that of a document");
+    }
 
     Vs::Document* document() const { return m_document; }
 

@@ -1,5 +1,6 @@
 #include "UI/Base/Session/Environment.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 
 #include <algorithm>
@@ -9,6 +10,8 @@ namespace Vu {
 EnvironmentDefinition::EnvironmentDefinition(std::wstring id, std::wstring name)
     : m_id(std::move(id)), m_name(std::move(name))
 {
+    Vs::assertMainThread();
+    Vs::require(!m_id.empty(), "an environment has an identifier");
     EnvironmentDefinitionMgr::get()->m_definitions.push_back(this);
 }
 

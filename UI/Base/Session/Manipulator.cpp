@@ -1,5 +1,6 @@
 #include "UI/Base/Session/Manipulator.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Scene/NodeChange.h"
 #include "UI/Base/Session/AssetGraphicsView.h"
 #include "UI/Base/Session/SnapManager.h"
@@ -47,6 +48,9 @@ Manipulator::Manipulator(AssetGraphicsView& view, std::vector<ManipulatorHandle>
       m_fragment(Vs::Scene::ViewFragment::make(nullptr, "Manipulator")),
       m_root(Rendra::Scene::MakeGroupNode("Manipulator"))
 {
+    Vs::require(m_listener != nullptr, "somebody is told of what is dragged");
+    for (const ManipulatorHandle& handle : m_handles)
+        Vs::require(handle.axis >= 0 && handle.axis < 3, "a handle has one of three axes");
     Vs::Scene::ViewFragmentNodeData* data = m_fragment->data();
     data->supportSelectBackground(false);
     if (const Vs::Scene::ViewFragment* model = view.modelFragment())

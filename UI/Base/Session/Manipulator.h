@@ -35,7 +35,8 @@ public:
     Manipulator& operator=(const Manipulator&) = delete;
 
     /// The arrows, squares and rings of all three axes.
-    static std::vector<ManipulatorHandle> handlesOf(std::initializer_list<ManipulatorHandle::Kind> kinds);
+    [[nodiscard]] static std::vector<ManipulatorHandle>
+    handlesOf(std::initializer_list<ManipulatorHandle::Kind> kinds);
 
     /// Where it stands in world coordinates, and how it is turned; a rigid motion. During a drag, from the
     /// place where the drag began.

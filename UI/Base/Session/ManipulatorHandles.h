@@ -27,19 +27,19 @@ struct ManipulatorHandle
 };
 
 /// How a handle looks, in a frame where the arrows have length 1, and where it is taken hold of.
-std::shared_ptr<const Vs::BodyMesh> meshOf(const ManipulatorHandle& handle);
-Vs::Colour colourOf(const ManipulatorHandle& handle, bool pointed);
+[[nodiscard]] std::shared_ptr<const Vs::BodyMesh> meshOf(const ManipulatorHandle& handle);
+[[nodiscard]] Vs::Colour colourOf(const ManipulatorHandle& handle, bool pointed);
 
 /// How far a place of the screen is from the handle, in pixels; nothing if the handle can't be dragged as it
 /// is seen: an axis that points at the viewer, a plane that is seen from its edge. `frame` leads to world
 /// coordinates.
-std::optional<double> distanceTo(const ManipulatorHandle& handle, const GkMatrix3d& frame,
-                                 const Vs::Scene::Projection& projection, double x, double y);
+[[nodiscard]] std::optional<double> distanceTo(const ManipulatorHandle& handle, const GkMatrix3d& frame,
+                                               const Vs::Scene::Projection& projection, double x, double y);
 
 /// Where a drag is, in the handle's own measure: millimetres along the axis, a point of the plane, or an
 /// angle in radians from -pi to pi as `x`. Nothing where the ray through the place misses. The frame's axes
 /// have length one.
-std::optional<GkVector3d> placeOn(const ManipulatorHandle& handle, const GkMatrix3d& frame,
-                                  const Vs::Scene::Projection& projection, double x, double y);
+[[nodiscard]] std::optional<GkVector3d> placeOn(const ManipulatorHandle& handle, const GkMatrix3d& frame,
+                                                const Vs::Scene::Projection& projection, double x, double y);
 
 } // namespace Vu

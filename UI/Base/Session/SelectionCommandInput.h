@@ -69,7 +69,7 @@ public:
     const Vs::SelectionSet& selectionSet() const { return m_current ? *m_current : m_own; }
     /// Adds a selection as a click does. Returns false if a filter, the command, or a site of the event
     /// SelectionInputQuerySelectPermittedEvent refuses it.
-    bool add(Vs::StrongRef<Vs::Selection> selection);
+    [[nodiscard]] bool add(Vs::StrongRef<Vs::Selection> selection);
     /// Takes everything out.
     void clear();
     /// Takes these in place of what it has, whatever filters say.
@@ -82,7 +82,7 @@ public:
     /// bar, a quote or a backslash stand in quotes.
     std::wstring valueAsString() const override;
     /// The text of a value that holds these paths.
-    static std::wstring valueOf(const std::vector<std::wstring>& paths);
+    [[nodiscard]] static std::wstring valueOf(const std::vector<std::wstring>& paths);
     /// Takes one path as it stands, or several; a component's identifier stands for it, too. Objects that a
     /// click wouldn't take are no value.
     bool valueFromString(const std::wstring& text) override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Command/CommandInputEvents.h"
 
 namespace Vs {
@@ -17,6 +18,7 @@ public:
     SelectionInputQuerySelectPermittedEvent(CommandInputBase* input, Vs::Selection* selection)
         : Implements(input), m_selection(selection)
     {
+        Vs::require(selection != nullptr, "a selection that is asked about is there");
     }
     Vs::Selection* selection() const { return m_selection; }
     bool permitted() const { return m_permitted; }

@@ -1,5 +1,6 @@
 #include "UI/Base/Session/SessionMgr.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -42,6 +43,7 @@ AssetSession* SessionMgr::getOpenAssetSession(const Vs::Asset* asset) const
 
 AssetSession* SessionMgr::assetSession(Vs::Asset* asset)
 {
+    Vs::assertMainThread();
     if (AssetSession* open = getOpenAssetSession(asset))
         return open;
     if (!asset || !asset->isVisible() || !asset->fullyInitialized())
@@ -66,6 +68,7 @@ std::vector<AssetSession*> SessionMgr::assetSessions() const
 
 DocumentSession* SessionMgr::documentSession(Vs::Document* document)
 {
+    Vs::assertMainThread();
     if (!document)
         return nullptr;
     for (const auto& session : m_documents)
@@ -102,6 +105,9 @@ DocumentSession* SessionMgr::activeDocumentSession() const
 
 void SessionMgr::currentAssetSession(AssetSession* session)
 {
+    Vs::assertMainThread();
+    Vs::require(!session || getOpenAssetSession(session->asset()) == session,
+                "a session that becomes current is open");
     if (session == m_current)
         return;
     m_current = session;

@@ -21,11 +21,11 @@ public:
     /// From now on `recorded` stands for `actual`. Nil identifiers add nothing.
     void addUuidMapping(const boost::uuids::uuid& recorded, const boost::uuids::uuid& actual);
     /// What a recorded identifier stands for; itself if nobody said.
-    boost::uuids::uuid actual(const boost::uuids::uuid& recorded) const;
+    [[nodiscard]] boost::uuids::uuid actual(const boost::uuids::uuid& recorded) const;
 
     /// The open document that a text names: by its recorded or present identifier, by path, file name or
     /// display name. Null if there is none.
-    Vs::Document* document(const std::wstring& text) const;
+    [[nodiscard]] Vs::Document* document(const std::wstring& text) const;
 
 private:
     SessionTranscriptingHelper() = default;

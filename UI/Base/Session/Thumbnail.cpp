@@ -1,5 +1,6 @@
 #include "UI/Base/Session/Thumbnail.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Program/Private/Display.h"
@@ -12,6 +13,7 @@ namespace Vu {
 
 std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
 {
+    Vs::assertMainThread();
     AssetSession* session = SessionMgr::get()->getOpenAssetSession(asset);
     // A view of its own, so that the user's camera stays where it is.
     const std::unique_ptr<AssetGraphicsView> view = session ? AssetGraphicsView::make(session) : nullptr;

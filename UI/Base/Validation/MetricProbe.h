@@ -22,7 +22,7 @@ inline constexpr std::array kMetricTokens = {L"FramesRate", L"CommandInteractivi
 class MetricProbe
 {
 public:
-    static std::unique_ptr<MetricProbe> make(EMetricType type);
+    [[nodiscard]] static std::unique_ptr<MetricProbe> make(EMetricType type);
     virtual ~MetricProbe() = default;
     MetricProbe(const MetricProbe&) = delete;
     MetricProbe& operator=(const MetricProbe&) = delete;

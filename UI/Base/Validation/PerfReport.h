@@ -29,12 +29,12 @@ struct PerfReport
     std::vector<Result> results;
 
     /// A line for the test and one for each result.
-    std::wstring text() const;
+    [[nodiscard]] std::wstring text() const;
     /// The same as a JSON object; UTF-8.
-    std::string json() const;
+    [[nodiscard]] std::string json() const;
 };
 
 /// "0.25 s", "1.5 ms", "12 MB".
-std::wstring perfText(double value, bool isMemory);
+[[nodiscard]] std::wstring perfText(double value, bool isMemory);
 
 } // namespace Vu

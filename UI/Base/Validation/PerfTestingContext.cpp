@@ -1,6 +1,7 @@
 #include "UI/Base/Validation/PerfTestingContext.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Validation/Private/Calibration.h"
@@ -122,6 +123,7 @@ bool PerfTestingContext::m_bEnabled = false;
 PerfTestingContext::PerfTestingContext(const std::string& testName)
     : m_testName(Vs::Strings::widen(testName)), m_calibration(calibrationSeconds())
 {
+    Vs::assertMainThread();
     if (!m_bEnabled)
         lastReport = {m_testName};
     lastReport.calibration = m_calibration;

@@ -30,9 +30,9 @@ public:
     void startMetric(EMetricType type);
     /// Ends the metric. True if it is as good as its reference, or becomes it. False, with an errorMessage,
     /// if it is worse, was never started or found nothing to measure, or if the references cannot be used.
-    bool validate(EMetricType type, const std::wstring& description);
+    [[nodiscard]] bool validate(EMetricType type, const std::wstring& description);
     /// The same for the memory that the process has in the machine (`physical`), or has asked for.
-    bool validateMemory(bool physical, const std::wstring& description);
+    [[nodiscard]] bool validateMemory(bool physical, const std::wstring& description);
 
     /// Why the last validation failed; empty if it didn't.
     static std::wstring errorMessage();

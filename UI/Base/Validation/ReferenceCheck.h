@@ -21,7 +21,7 @@ struct CheckedValue
 /// reference (References::Mode). `name` selects the reference; two checks of one name share it. A failed
 /// check answers 1 with one message that names the value, what was found and expected, the tolerance and the
 /// file.
-Vs::TextCommandResult checkAgainstReference(const std::wstring& name,
-                                            const std::vector<CheckedValue>& values);
+[[nodiscard]] Vs::TextCommandResult checkAgainstReference(const std::wstring& name,
+                                                          const std::vector<CheckedValue>& values);
 
 } // namespace Vu

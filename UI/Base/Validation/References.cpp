@@ -2,6 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/JsonFile.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
 #include "UI/Base/Command/Private/Localized.h"
@@ -142,6 +143,7 @@ fs::path References::currentFile(const std::wstring& kind, const std::wstring& t
 References::References(const std::wstring& kind, const std::wstring& testName)
     : m_file(currentFile(kind, testName)), m_references(readAll(m_file))
 {
+    Vs::assertMainThread();
 }
 
 std::optional<ReferenceValues> References::find(const std::wstring& name) const

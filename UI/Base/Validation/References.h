@@ -38,13 +38,14 @@ public:
     const boost::filesystem::path& file() const { return m_file; }
 
     /// Nothing if there is no such reference, or the mode says to make a new one.
-    std::optional<ReferenceValues> find(const std::wstring& name) const;
+    [[nodiscard]] std::optional<ReferenceValues> find(const std::wstring& name) const;
     /// Keeps the values, and writes the file as a whole at once. Throws Vs::Exception that names file and
     /// cause, also where the mode is Compare.
     void store(const std::wstring& name, const ReferenceValues& values);
 
     /// Where references of that kind are now. There need not be such a file.
-    static boost::filesystem::path currentFile(const std::wstring& kind, const std::wstring& testName = {});
+    [[nodiscard]] static boost::filesystem::path currentFile(const std::wstring& kind,
+                                                             const std::wstring& testName = {});
 
 private:
     boost::filesystem::path m_file;

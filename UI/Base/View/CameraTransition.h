@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Require.h"
 #include "Server/Base/StrongRef.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/CameraParameters.h"
@@ -12,8 +13,10 @@ class CameraTransition : public Vs::Implements<CameraTransition, TransitionItem>
 {
 public:
     /// For `transition->add`, which takes it over.
-    static CameraTransition* make(Transition* transition, const Vs::Scene::CameraParameters& before,
-                                  const Vs::Scene::CameraParameters& after, Vs::Scene::Camera* camera);
+    [[nodiscard]] static CameraTransition* make(Transition* transition,
+                                                const Vs::Scene::CameraParameters& before,
+                                                const Vs::Scene::CameraParameters& after,
+                                                Vs::Scene::Camera* camera);
 
     void apply(double fraction) override;
 
@@ -22,6 +25,7 @@ private:
                      Vs::Scene::Camera* camera)
         : m_before(before), m_after(after), m_camera(camera)
     {
+        Vs::require(camera != nullptr, "a camera that glides is there");
     }
 
     Vs::Scene::CameraParameters m_before, m_after;

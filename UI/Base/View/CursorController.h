@@ -17,9 +17,9 @@ class CursorController
 {
 public:
     /// Destroyed by `destroy()`, by nothing else. The number is a priority; those in use are all 0.
-    static CursorController* make(int priority);
+    [[nodiscard]] static CursorController* make(int priority);
     /// One for the canvases: what a tool shows.
-    static CursorController* makeForCanvases(int priority);
+    [[nodiscard]] static CursorController* makeForCanvases(int priority);
     /// Gives a canvas that is new the pointer that the others show.
     static void updateCanvases();
 

@@ -1,5 +1,6 @@
 #include "UI/Base/View/GraphicsView.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/Strings.h"
 #include "Server/Scene/OffscreenRenderer.h"
@@ -60,6 +61,7 @@ GraphicsView::~GraphicsView()
 
 void GraphicsView::addFragment(Vs::StrongRef<Vs::Scene::ViewFragment> fragment)
 {
+    Vs::require(fragment.get() != nullptr, "a fragment that is shown is there");
     m_fragments.push_back(fragment.get());
     m_owned.push_back(std::move(fragment));
     m_seen.push_back(0);

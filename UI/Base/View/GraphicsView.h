@@ -42,9 +42,9 @@ public:
     Vs::Scene::ViewFragment* modelFragment() const;
     /// Where a place of the canvas, in logical pixels from its upper left corner, lies in the plane of the
     /// camera's target.
-    GkPoint3d windowToWorld(const Vs::Point2& place) const;
+    [[nodiscard]] GkPoint3d windowToWorld(const Vs::Point2& place) const;
     /// The place of the canvas at which a point of the model is seen; nothing if it lies behind the viewer.
-    std::optional<Vs::Point2> worldToWindow(const GkPoint3d& point) const;
+    [[nodiscard]] std::optional<Vs::Point2> worldToWindow(const GkPoint3d& point) const;
     /// Frames the content of each fragment that shows a model. With nothing to frame yet, it happens when the
     /// first content comes.
     void fit();
@@ -55,7 +55,7 @@ public:
     /// move: who is told of it now may want other things.
     void restartHighlighting() const;
     /// Whether content is still on its way.
-    bool waitsForContent() const;
+    [[nodiscard]] bool waitsForContent() const;
     /// Fits the camera now if it waits for the next picture to be fitted, so that it doesn't depend on when
     /// that comes.
     void settleFit();
@@ -77,8 +77,9 @@ public:
     /// Draws the view without any window and writes the picture, PNG, JPEG or TIFF by the file's suffix.
     /// Sizes in pixels. False, with the reason, if nothing was written; a picture of that name is then as it
     /// was.
-    bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status);
-    bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
+    [[nodiscard]] bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height,
+                                   Vs::Status& status);
+    [[nodiscard]] bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
 
 protected:
     /// Not owned; must stay as long as the view, or until null is given.

@@ -15,7 +15,7 @@ public:
     virtual void layOut(double width, double height) = 0;
 
     /// Whether the overlay has what lies under the mouse. Asked before each event without a button held.
-    virtual bool takesMouse(MouseEvent* event) = 0;
+    [[nodiscard]] virtual bool takesMouse(MouseEvent* event) = 0;
     /// The mouse, with no button held, is at a place that the overlay takes.
     virtual void hover(MouseEvent* event) = 0;
     /// It is no longer.

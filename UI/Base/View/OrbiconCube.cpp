@@ -1,5 +1,6 @@
 #include "UI/Base/View/OrbiconCube.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/Picker.h"
 #include "Server/Scene/StrokeFont.h"
@@ -131,6 +132,7 @@ std::array<Side, 6> sides()
 
 OrbiconCube::OrbiconCube(GroupNode* parent) : m_node(GroupNode::make("Orbicon"))
 {
+    Vs::require(parent != nullptr, "the cube hangs below a node");
     for (size_t zone = 0; zone < kZones; ++zone) {
         m_zones.push_back(BodyNode::make(meshOf(direction(zone)), {}));
         NodeChange(m_node.get()).add(m_zones.back());
@@ -169,6 +171,9 @@ void OrbiconCube::addLabel(const GkVector3d& side, const GkVector3d& upward, con
 
 void OrbiconCube::orientation(const GkVector3d& up, const GkVector3d& front)
 {
+    Vs::require(std::abs(up.dotProduct(front)) < 1e-6 && std::abs(up.length() - 1) < 1e-6 &&
+                    std::abs(front.length() - 1) < 1e-6,
+                "up and front have the length one and are at right angles");
     const GkVector3d columns[3] = {up.crossProduct(front), -front, up};
     GkMatrix3d turn;
     for (int i = 0; i < 3; ++i) {
@@ -193,6 +198,7 @@ std::optional<size_t> OrbiconCube::zoneAt(const GkPoint3d& start, const GkVector
 
 void OrbiconCube::highlight(std::optional<size_t> zone)
 {
+    Vs::require(!zone || *zone < kZones, "a zone that stands out is one of the cube's");
     const std::optional<size_t> before = std::exchange(m_highlighted, zone);
     if (before)
         paint(*before);

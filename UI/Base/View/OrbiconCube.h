@@ -24,9 +24,9 @@ public:
     static constexpr size_t kZones = 26;
     /// Out of the zone: each component is -1, 0 or 1; a face has one that isn't 0, an edge two, a corner
     /// three.
-    static const GkVector3d& direction(size_t zone);
+    [[nodiscard]] static const GkVector3d& direction(size_t zone);
     /// The zone where a ray meets the cube first; the ray is in the parent's own coordinates.
-    std::optional<size_t> zoneAt(const GkPoint3d& start, const GkVector3d& along) const;
+    [[nodiscard]] std::optional<size_t> zoneAt(const GkPoint3d& start, const GkVector3d& along) const;
 
     /// The zone that stands out; none for none.
     void highlight(std::optional<size_t> zone);

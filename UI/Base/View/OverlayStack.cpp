@@ -1,11 +1,15 @@
 #include "UI/Base/View/OverlayStack.h"
 
+#include "Server/Base/Require.h"
+
 #include <utility>
 
 namespace Vu {
 
 void OverlayStack::add(MouseOverlay* overlay)
 {
+    Vs::require(overlay && std::find(m_overlays.begin(), m_overlays.end(), overlay) == m_overlays.end(),
+                "an overlay lies over a view once");
     m_overlays.push_back(overlay);
 }
 

@@ -1,5 +1,6 @@
 #include "UI/Base/View/SceneEvaluator.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
@@ -14,6 +15,7 @@ using Vs::Scene::SceneSelection;
 
 SceneEvaluator* SceneEvaluator::get(const Vs::Point2& position)
 {
+    Vs::assertMainThread();
     static std::unique_ptr<SceneEvaluator> evaluator;
     GraphicsCanvas* canvas = MouseEventSource::get()->canvas();
     GraphicsView* view = canvas ? canvas->view() : nullptr;

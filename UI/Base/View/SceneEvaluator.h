@@ -15,7 +15,7 @@ public:
     /// For a place of the canvas whose mouse event is being delivered, and outside of events of the active
     /// canvas (MouseEventSource::canvas). Null where there is no canvas, or no view with a model in it. The
     /// evaluator belongs to this class and is good until the next call.
-    static SceneEvaluator* get(const Vs::Point2& position);
+    [[nodiscard]] static SceneEvaluator* get(const Vs::Point2& position);
 
     GraphicsView* view() const { return m_view; }
     /// The camera of the model's fragment; never null.

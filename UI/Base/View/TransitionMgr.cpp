@@ -1,5 +1,6 @@
 #include "UI/Base/View/TransitionMgr.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
@@ -57,6 +58,7 @@ Transition* TransitionMgr::currentTransition() const
 
 Transition* TransitionMgr::beginTransition()
 {
+    Vs::assertMainThread();
     if (m_collecting)
         return nullptr;
     if (m_seen)
@@ -69,6 +71,7 @@ Transition* TransitionMgr::beginTransition()
 
 void TransitionMgr::endTransition()
 {
+    Vs::require(m_collecting != nullptr, "a transition that ends was begun");
     std::unique_ptr<Transition> collected = std::move(m_collecting);
     if (collected && !collected->empty())
         m_queue.push_back(std::move(collected));

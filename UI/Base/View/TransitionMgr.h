@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/Require.h"
 
 #include <deque>
 #include <memory>
@@ -36,7 +37,11 @@ class Transition : public Vs::Implements<Transition, AnimatedTask>
 {
 public:
     /// Takes the item over.
-    void add(TransitionItem* item) { m_items.emplace_back(item); }
+    void add(TransitionItem* item)
+    {
+        Vs::require(item != nullptr, "an item of a transition is there");
+        m_items.emplace_back(item);
+    }
     bool empty() const { return m_items.empty(); }
 
 private:
@@ -57,9 +62,9 @@ public:
 
     /// Starts collecting. What is changed stands at the end of all transitions before, until `endTransition`
     /// shows their beginning. Null while one is being collected.
-    Transition* beginTransition();
+    [[nodiscard]] Transition* beginTransition();
     /// The one that is being collected, or else the one that plays; null if there is none.
-    Transition* currentTransition() const;
+    [[nodiscard]] Transition* currentTransition() const;
     /// Plays what was collected, behind what is to be played already.
     void endTransition();
     /// Brings all that plays, or is to be played, to its end at once.

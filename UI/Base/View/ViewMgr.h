@@ -14,7 +14,7 @@ public:
     const std::vector<View*>& views() const { return m_views; }
     /// The view of that class that has the user's attention (SplitViewMgr::activeView), or else the first
     /// one; null if there is none.
-    View* view(const Vs::UniqueString* interfaceId) const;
+    [[nodiscard]] View* view(const Vs::UniqueString* interfaceId) const;
 
     void add(std::unique_ptr<View> view);
     /// Deletes the view. Unknown ones are ignored.

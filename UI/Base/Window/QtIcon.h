@@ -12,11 +12,11 @@ class ImageSetResource;
 namespace Vu {
 
 /// The icon with all of its sizes; null gives a null icon. Each picture is read when it is first drawn.
-QIcon iconOf(const Vs::ImageSetResource* resource);
+[[nodiscard]] QIcon iconOf(const Vs::ImageSetResource* resource);
 
 /// A picture in the PNG format, from its file or from the bytes of one; null if it is none. Qt's own ways of
 /// reading load the plugins of all other formats first, each with its libraries.
-QImage pngFromFile(const std::wstring& path);
-QImage pngFromBytes(const std::string& bytes);
+[[nodiscard]] QImage pngFromFile(const std::wstring& path);
+[[nodiscard]] QImage pngFromBytes(const std::string& bytes);
 
 } // namespace Vu

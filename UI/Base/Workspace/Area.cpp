@@ -1,5 +1,6 @@
 #include "UI/Base/Workspace/Area.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Workspace/Private/CanvasHost.h"
 
 #include <algorithm>
@@ -39,6 +40,7 @@ void Area::changed()
 
 Area* Area::addChild(std::unique_ptr<Area> child)
 {
+    Vs::require(child && !child->m_parent, "an area that is added has no parent yet");
     child->m_parent = this;
     Area* added = m_children.emplace_back(std::move(child)).get();
     changed();
@@ -100,6 +102,7 @@ void Area::collapsed(bool value)
 
 void Area::extent(int value)
 {
+    Vs::require(value >= 0, "an area is no smaller than nothing");
     if (std::exchange(m_extent, value) != value)
         changed();
 }

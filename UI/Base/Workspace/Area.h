@@ -33,7 +33,7 @@ public:
 
     Area* addChild(std::unique_ptr<Area> child);
     /// Takes a direct child out; the caller owns it. Null if it is none.
-    std::unique_ptr<Area> removeChild(Area* child);
+    [[nodiscard]] std::unique_ptr<Area> removeChild(Area* child);
 
     /// Adds the areas below this one that have these contents, top down and in order; with `recursive`
     /// false only direct children.
@@ -41,7 +41,7 @@ public:
                             bool recursive = true);
     /// The first area below this one with that name; with `recursive` false only direct children. Null if
     /// there is none.
-    Area* childByName(const std::wstring& name, bool recursive);
+    [[nodiscard]] Area* childByName(const std::wstring& name, bool recursive);
 
     bool visible() const { return m_visible; }
     void visible(bool value);

@@ -1,5 +1,6 @@
 #include "UI/Base/Workspace/Arrangement.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Workspace/Layout.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -9,6 +10,7 @@ namespace Vu {
 
 Arrangement* Arrangement::make(ArrangementMgr* manager, Layout* layout)
 {
+    Vs::require(manager && layout, "an arrangement is a layout in a window");
     Arrangement* made =
         manager->m_owned.emplace_back(std::unique_ptr<Arrangement>(new Arrangement(manager, layout))).get();
     return made;
@@ -33,7 +35,10 @@ void Arrangement::destroy()
     std::erase_if(m_manager->m_owned, [this](const auto& owned) { return owned.get() == this; });
 }
 
-ArrangementMgr::ArrangementMgr(WorkspaceWindow* window) : m_window(window) {}
+ArrangementMgr::ArrangementMgr(WorkspaceWindow* window) : m_window(window)
+{
+    Vs::require(window != nullptr, "arrangements are those of a window");
+}
 
 ArrangementMgr::~ArrangementMgr()
 {
@@ -42,6 +47,8 @@ ArrangementMgr::~ArrangementMgr()
 
 void ArrangementMgr::arrangement(Arrangement* arrangement)
 {
+    Vs::require(!arrangement || arrangement->arrangementManager() == this,
+                "a window shows an arrangement of its own");
     if (arrangement == m_active)
         return;
     m_active = arrangement;

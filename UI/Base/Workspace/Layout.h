@@ -26,9 +26,10 @@ public:
     /// Reads a layout; the caller owns it until an Arrangement takes it. Never null: a file that cannot be
     /// read, or that has no canvas in this form, gives a layout of one canvas, and a message that names file,
     /// line and cause is shown.
-    static Layout* load(const std::wstring& path, const std::wstring& filter);
+    [[nodiscard]] static Layout* load(const std::wstring& path, const std::wstring& filter);
     /// The same; the message goes to the status.
-    static Layout* load(const std::wstring& path, const std::wstring& filter, Vs::Status& status);
+    [[nodiscard]] static Layout* load(const std::wstring& path, const std::wstring& filter,
+                                      Vs::Status& status);
 
     /// Writes the areas below `root` so that `load` reads the same ones back. A file that cannot be written
     /// leaves a message; what was there stays.

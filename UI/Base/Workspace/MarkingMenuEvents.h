@@ -22,7 +22,7 @@ public:
     ESource currentEventSource() const { return m_source; }
 
     /// Held by whoever puts a menu together.
-    class Opening
+    class [[nodiscard]] Opening
     {
     public:
         explicit Opening(ESource source) : m_before(std::exchange(get()->m_source, source)) {}

@@ -1,5 +1,6 @@
 #include "UI/Base/Workspace/ShellMgr.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Workspace/ShellEvents.h"
 #include "UI/Base/Workspace/Workspace.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
@@ -38,6 +39,8 @@ bool ShellMgr::owns(const Shell* shell) const
 
 void ShellMgr::add(Shell* shell)
 {
+    Vs::require(!shell || shell->shellManager() == this,
+                "a shell is added to the manager that it was made for");
     if (shell && !owns(shell))
         m_shells.push_back(shell);
 }

@@ -1,5 +1,6 @@
 #include "UI/Base/Workspace/ToolbarManager.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Base/Command/InputControl.h"
@@ -62,6 +63,7 @@ Toolbar* ToolbarManager::toolbarById(const std::wstring& id)
 
 void ToolbarManager::add(Toolbar toolbar)
 {
+    Vs::require(!toolbar.id.empty(), "a toolbar has an identifier");
     if (Toolbar* old = toolbarById(toolbar.id))
         *old = std::move(toolbar);
     else

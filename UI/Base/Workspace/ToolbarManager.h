@@ -35,10 +35,10 @@ struct Toolbar
     bool atEnd = false;
 
     /// Whether it is to be drawn while the active session is in that environment; an empty name is none.
-    bool standsIn(const std::wstring& environment) const;
+    [[nodiscard]] bool standsIn(const std::wstring& environment) const;
 
     /// The entry of the control's command; null if the toolbar has none.
-    const ToolbarItem* findItem(const InputControl* control) const;
+    [[nodiscard]] const ToolbarItem* findItem(const InputControl* control) const;
     /// Puts the control's command at the position, or at the end; the window draws it at the next
     /// `ToolbarManager::updateToolbars`.
     void addItem(const InputControl* control, size_t position);
@@ -69,7 +69,7 @@ public:
 
     /// Ids of commands that toolbars name but nobody has registered, without repetition. The window tells
     /// them once.
-    std::vector<std::wstring> unknownCommands() const;
+    [[nodiscard]] std::vector<std::wstring> unknownCommands() const;
 
 private:
     void changed();

@@ -1,5 +1,6 @@
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Workspace/ShellMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -20,9 +21,13 @@ Workspace* WorkspaceMgr::activeWorkspace()
 
 void WorkspaceMgr::activeWorkspace(Workspace* workspace)
 {
+    Vs::assertMainThread();
     WorkspaceMgr* manager = get();
     if (workspace == manager->m_active)
         return;
+    const auto& all = manager->m_workspaces;
+    Vs::require(!workspace || std::find(all.begin(), all.end(), workspace) != all.end(),
+                "a workspace that becomes active is open");
     if (manager->m_active)
         manager->m_active->countUp();
     manager->m_active = workspace;
@@ -30,6 +35,7 @@ void WorkspaceMgr::activeWorkspace(Workspace* workspace)
 
 Workspace* WorkspaceMgr::create()
 {
+    Vs::assertMainThread();
     Workspace* made = m_owned.emplace_back(std::make_unique<Workspace>()).get();
     m_workspaces.push_back(made);
     activeWorkspace(made);
@@ -41,6 +47,7 @@ Workspace* WorkspaceMgr::create()
 
 void WorkspaceMgr::close(Workspace* workspace)
 {
+    Vs::assertMainThread();
     if (std::find(m_workspaces.begin(), m_workspaces.end(), workspace) == m_workspaces.end())
         return;
     WorkspaceEvent event(workspace, Vs::Timing::Before);

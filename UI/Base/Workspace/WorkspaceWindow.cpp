@@ -1,5 +1,6 @@
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
+#include "Server/Base/Require.h"
 #include "Server/Base/Warning.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Private/Display.h"
@@ -73,6 +74,7 @@ Area* WorkspaceWindow::area(const std::wstring& name) const
 
 void WorkspaceWindow::show()
 {
+    Vs::assertMainThread();
     if (!m_data->window) {
         Application::get()->needGui();
         ProgressBar::get(); // From now on there is somewhere to show progress.
@@ -127,6 +129,7 @@ int WorkspaceWindow::windowState() const
 
 void WorkspaceWindow::windowState(int state)
 {
+    Vs::require(state >= kNormal && state <= kZoomed, "a window is normal, minimized or zoomed");
     m_data->stateBeforeShow = state;
     if (!m_data->window)
         return;

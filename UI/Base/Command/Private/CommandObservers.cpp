@@ -1,5 +1,6 @@
 #include "UI/Base/Command/Private/CommandObservers.h"
 
+#include "Server/Base/Require.h"
 #include "UI/Base/Command/Private/Guarded.h"
 
 #include <algorithm>
@@ -25,6 +26,8 @@ Observers& observers()
 
 void CommandObservers::add(ICommandObserver* observer)
 {
+    Vs::assertMainThread();
+    Vs::require(observer != nullptr, "an observer is there");
     auto& list = observers().list;
     if (std::find(list.begin(), list.end(), observer) == list.end())
         list.push_back(observer);
@@ -32,6 +35,7 @@ void CommandObservers::add(ICommandObserver* observer)
 
 void CommandObservers::remove(ICommandObserver* observer)
 {
+    Vs::assertMainThread();
     std::replace(observers().list.begin(), observers().list.end(), observer,
                  static_cast<ICommandObserver*>(nullptr));
     if (observers().depth == 0)

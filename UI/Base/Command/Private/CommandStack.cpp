@@ -1,5 +1,6 @@
 #include "UI/Base/Command/Private/CommandStack.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/Transaction.h"
 #include "UI/Base/Command/Command.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -85,6 +86,7 @@ private:
 CommandStack::CommandStack(CommandMgr* manager, AssetSession* session)
     : m_manager(manager), m_session(session)
 {
+    Vs::assertMainThread();
     allStacks().push_back(this);
 }
 
@@ -108,6 +110,8 @@ void CommandStack::close()
 
 Vs::Status CommandStack::run(CommandDefinition* definition, const CommandContext& context, Mode mode)
 {
+    Vs::assertMainThread();
+    Vs::require(definition != nullptr, "a command that is run has a definition");
     Vs::Status status;
     UnderWay underWay(*this);
     const bool observed = mode != Mode::Resting;
@@ -349,6 +353,9 @@ void CommandStack::end(CommandBase* command, ETerminationReason reason, Vs::Stat
 
 void CommandStack::leave(CommandBase* command, ETerminationReason reason, Vs::Status& status, bool atOnce)
 {
+    Vs::require(command->m_state == CommandBase::State::Made ||
+                    command->m_state == CommandBase::State::Ending,
+                "a command leaves once, when it has ended or couldn't begin");
     command->m_state = CommandBase::State::Ended;
     guarded(status, [&] { command->onTerminate(reason); });
     guarded(status, [&] { command->onDestroy(reason); });

@@ -31,7 +31,7 @@ public:
     };
     Vs::Status run(CommandDefinition* definition, const CommandContext& context, Mode mode);
     /// Queues the run; false if there is no queue.
-    bool defer(CommandDefinition* definition, const CommandContext& context);
+    [[nodiscard]] bool defer(CommandDefinition* definition, const CommandContext& context);
     void destroy(CommandBase* command, ETerminationReason reason);
     void terminateAll(ETerminationReason reason);
     void startDefaultCommand();

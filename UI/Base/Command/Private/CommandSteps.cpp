@@ -1,5 +1,6 @@
 #include "UI/Base/Command/Private/CommandSteps.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/SteppedTransaction.h"
 #include "Server/DataModel/Transaction.h"
 #include "Server/DataModel/TransactionStepUserCache.h"
@@ -140,6 +141,7 @@ void CommandSteps::abandon()
 
 void CommandSteps::undo()
 {
+    Vs::require(m_done > 0, "there is a step to take back");
     if (m_whole)
         m_whole->undoStep();
     --m_done;
@@ -148,6 +150,7 @@ void CommandSteps::undo()
 
 void CommandSteps::redo()
 {
+    Vs::require(m_done + 1 < m_values.size(), "there is a step to do again");
     if (m_whole)
         m_whole->redoStep();
     ++m_done;

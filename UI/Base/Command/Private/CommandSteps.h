@@ -47,7 +47,7 @@ public:
     /// `asset` may be null: for a command that changes no asset. Throws std::runtime_error if that can't be
     /// changed. Returns false if the step can't be taken back by itself, since it is a part of another
     /// command's, which this one runs in.
-    bool begin(Vs::Asset* asset);
+    [[nodiscard]] bool begin(Vs::Asset* asset);
     /// Ends the open step. One that is not undoable is the first that counts, from now on.
     void keep(bool undoable);
     void abandon();

@@ -13,7 +13,8 @@ class DeferredRuns
 {
 public:
     /// False if the application has no queue for it.
-    static bool add(CommandMgr* manager, CommandDefinition* definition, const CommandContext& context);
+    [[nodiscard]] static bool add(CommandMgr* manager, CommandDefinition* definition,
+                                  const CommandContext& context);
     /// How many have been added since the program started.
     static unsigned long added();
     /// Drops the runs of a manager, and those of any manager that are about its session.

@@ -17,7 +17,7 @@ public:
     /// For the next question of the kind that the next line asks.
     static void expect(Kind kind, std::vector<std::wstring> answer);
     /// Returns whether there is one, and uses it up.
-    static bool take(Kind kind, std::vector<std::wstring>& answer);
+    [[nodiscard]] static bool take(Kind kind, std::vector<std::wstring>& answer);
     /// A line has run: what it did not ask for is forgotten, but for what it has brought itself.
     static void lineRan();
 

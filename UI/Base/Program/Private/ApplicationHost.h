@@ -26,7 +26,7 @@ public:
     /// Where the active window shows progress; null as long as none is shown.
     virtual std::shared_ptr<ProgressDisplay> progress() const { return nullptr; }
     /// Shows a line in the active window; false if no window is shown.
-    virtual bool showMessage(const std::wstring& /*text*/) { return false; }
+    [[nodiscard]] virtual bool showMessage(const std::wstring& /*text*/) { return false; }
     virtual void closeWindows() {}
 };
 

@@ -36,7 +36,7 @@ public:
 
     virtual QWidget* widget() const = 0;
     /// Makes the widget, or moves it, into `parent`. Returns whether it is new.
-    virtual bool put(QWidget* parent) = 0;
+    [[nodiscard]] virtual bool put(QWidget* parent) = 0;
 
     /// In logical pixels; 0 while empty.
     virtual int width() const = 0;
@@ -104,13 +104,13 @@ public:
     virtual ~Display() = default;
 
     /// Qt's application object with the palette and the words of the program; there is one at a time.
-    virtual std::unique_ptr<QCoreApplication> makeApplication(int& count, char** arguments,
-                                                              bool headless) = 0;
+    [[nodiscard]] virtual std::unique_ptr<QCoreApplication> makeApplication(int& count, char** arguments,
+                                                                            bool headless) = 0;
     /// Runs the main loop until Qt's application exits; returns its exit code.
     virtual int run() = 0;
 
-    virtual std::unique_ptr<WindowFrame> makeWindow(WorkspaceWindow* owner) = 0;
-    virtual std::unique_ptr<CanvasSurface> makeSurface(GraphicsCanvas* canvas) = 0;
+    [[nodiscard]] virtual std::unique_ptr<WindowFrame> makeWindow(WorkspaceWindow* owner) = 0;
+    [[nodiscard]] virtual std::unique_ptr<CanvasSurface> makeSurface(GraphicsCanvas* canvas) = 0;
     /// Over the whole program; null for the usual one.
     virtual void pointer(const Vs::CursorResource* pointer) = 0;
 
@@ -121,20 +121,21 @@ public:
         bool isDefault;
     };
     /// Returns the index of the pressed button; `cancel` is that of Escape. The icon is an EMessageIcon.
-    virtual int askMessage(const std::wstring& title, const std::wstring& text, int icon,
-                           const std::vector<Button>& buttons, int cancel, QWidget* parent) = 0;
+    [[nodiscard]] virtual int askMessage(const std::wstring& title, const std::wstring& text, int icon,
+                                         const std::vector<Button>& buttons, int cancel, QWidget* parent) = 0;
     /// Empty if the person cancelled. `start` is a folder or a proposed file.
-    virtual std::vector<std::wstring> askFileNames(const FileDialog::Request& request,
-                                                   const std::wstring& start, QWidget* parent) = 0;
+    [[nodiscard]] virtual std::vector<std::wstring>
+    askFileNames(const FileDialog::Request& request, const std::wstring& start, QWidget* parent) = 0;
     virtual void showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent) = 0;
 
     /// False if there is no picture in the file. Colours come as red, green, blue, opacity.
-    virtual bool readPicture(const std::wstring& path, Vs::Scene::Image& image) = 0;
+    [[nodiscard]] virtual bool readPicture(const std::wstring& path, Vs::Scene::Image& image) = 0;
     /// `format` is "png", "jpg" or "tiff"; the file is replaced as a whole.
-    virtual bool writePicture(const Vs::Scene::Image& image, const std::wstring& path,
-                              const std::string& format, bool keepsTransparency, Vs::Status& status) = 0;
+    [[nodiscard]] virtual bool writePicture(const Vs::Scene::Image& image, const std::wstring& path,
+                                            const std::string& format, bool keepsTransparency,
+                                            Vs::Status& status) = 0;
     /// The bytes of a PNG file; empty if that fails.
-    virtual std::string pngOf(const Vs::Scene::Image& image) = 0;
+    [[nodiscard]] virtual std::string pngOf(const Vs::Scene::Image& image) = 0;
 };
 
 } // namespace Vu

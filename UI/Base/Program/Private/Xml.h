@@ -19,17 +19,17 @@ public:
     XmlFile(std::wstring path, const char* root, Vs::Status& status);
 
     /// Opens the file and enters the root element. False, with an error, if there is no such file or root.
-    bool open();
+    [[nodiscard]] bool open();
 
     /// Goes on to the next child of the element that is being read; false at that element's end, which is
     /// thereby left. After true the child has to be read to its own end, or skipped.
-    bool nextElement();
+    [[nodiscard]] bool nextElement();
     void skip();
 
     QStringView name() const { return m_xml.name(); }
     /// Empty if it is absent.
-    std::wstring attribute(const char* name) const;
-    std::optional<std::wstring> optionalAttribute(const char* name) const;
+    [[nodiscard]] std::wstring attribute(const char* name) const;
+    [[nodiscard]] std::optional<std::wstring> optionalAttribute(const char* name) const;
     /// The element's text; leaves the element.
     std::wstring text();
 

@@ -40,7 +40,7 @@ public:
     /// Whether anybody wants to know; a canvas then waits for the graphics unit, which it doesn't otherwise.
     bool wanted() const { return m_wanted > 0; }
     /// Held by who wants to know.
-    class Wanted
+    class [[nodiscard]] Wanted
     {
     public:
         explicit Wanted(FrameEventSite* site) : m_site(site)
