@@ -25,11 +25,20 @@ private:
     Timing m_timing;
 };
 
-/// What listens. A site must unsubscribe before it goes; its destructor is the place.
+/// What listens. A site must unsubscribe before it goes; its destructor is the place. One that is forgotten
+/// stops the program there, and not where the next event would meet what is left of it.
 class EventSite
 {
 public:
-    virtual ~EventSite() = default;
+    EventSite() = default;
+    EventSite(const EventSite&) {}
+    EventSite& operator=(const EventSite&) { return *this; }
+    virtual ~EventSite() { require(m_subscriptions == 0, "a site that goes is subscribed nowhere"); }
+
+private:
+    template <class Site>
+    friend class EventSource;
+    unsigned m_subscriptions = 0; ///< How many sources know it.
 };
 
 /// Tells its sites of events, in the order of their subscription. A site may subscribe or unsubscribe anyone
@@ -45,14 +54,22 @@ public:
     EventSource() = default;
     EventSource(const EventSource&) = delete;
     EventSource& operator=(const EventSource&) = delete;
+    ~EventSource()
+    {
+        for (Site* site : m_sites)
+            if (site)
+                --asSite(*site).m_subscriptions;
+    }
 
     /// A second subscription of the same site changes nothing.
     void subscribe(Site* site)
     {
         assertMainThread();
         require(site != nullptr, "a site that subscribes is there");
-        if (!subscribed(site))
-            m_sites.push_back(site);
+        if (subscribed(site))
+            return;
+        m_sites.push_back(site);
+        ++asSite(*site).m_subscriptions;
     }
     void unsubscribe(Site* site)
     {
@@ -60,6 +77,7 @@ public:
         const auto found = std::find(m_sites.begin(), m_sites.end(), site);
         if (found == m_sites.end())
             return;
+        --asSite(*site).m_subscriptions;
         if (m_depth > 0)
             *found = nullptr;
         else
@@ -99,6 +117,8 @@ protected:
     }
 
 private:
+    static EventSite& asSite(EventSite& site) { return site; }
+
     std::vector<Site*> m_sites;
     int m_depth = 0;
 };

@@ -24,7 +24,7 @@ std::string& program()
 
 bool platformShellOpen(const std::wstring& target)
 {
-    std::string argument = Strings::narrow(target);
+    std::string argument = Strings::toBytes(target);
     if (argument.empty() || argument.front() == '-' || argument.find('\0') != std::string::npos)
         return false;
     std::string name = program();

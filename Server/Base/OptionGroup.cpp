@@ -5,6 +5,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/OptionGroups.h"
 #include "Server/Base/Require.h"
+#include "Server/Base/QtText.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/Warning.h"
 
@@ -146,7 +147,7 @@ double OptionGroup::value(const char* option, double fallBack) const
 std::wstring OptionGroup::value(const char* option, const std::wstring& fallBack) const
 {
     const QJsonValue value = m_data->find(option);
-    return value.isString() ? value.toString().toStdWString() : fallBack;
+    return value.isString() ? wideText(value.toString()) : fallBack;
 }
 
 std::vector<std::wstring> OptionGroup::value(const char* option,
@@ -159,7 +160,7 @@ std::vector<std::wstring> OptionGroup::value(const char* option,
         return fallBack;
     std::vector<std::wstring> texts;
     for (const QJsonValue& text : array)
-        texts.push_back(text.toString().toStdWString());
+        texts.push_back(wideText(text.toString()));
     return texts;
 }
 

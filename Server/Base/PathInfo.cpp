@@ -1,17 +1,24 @@
 #include "Server/Base/PathInfo.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/OwnFiles.h"
 #include "Server/Base/StringTable.h"
 #include "Server/Base/Strings.h"
 
 #include <boost/filesystem/operations.hpp>
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <cwchar>
 #include <dlfcn.h>
+#include <filesystem>
 #include <locale>
+#include <pwd.h>
 #include <stdexcept>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Vs::PathInfo {
 
@@ -19,7 +26,8 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-/// Wide paths are UTF-8 on the disk, whatever locale the process was started in.
+/// Wide paths are UTF-8 on the disk, whatever locale the process was started in. A name there that isn't
+/// UTF-8 keeps its bytes.
 class Utf8Paths : public std::codecvt<wchar_t, char, std::mbstate_t>
 {
 protected:
@@ -29,14 +37,14 @@ protected:
     result do_in(std::mbstate_t&, const char* from, const char* fromEnd, const char*& fromNext, wchar_t* to,
                  wchar_t* toEnd, wchar_t*& toNext) const override
     {
-        return hand(Strings::widen({from, static_cast<size_t>(fromEnd - from)}), from, fromEnd, fromNext, to,
-                    toEnd, toNext);
+        return hand(Strings::fromBytes({from, static_cast<size_t>(fromEnd - from)}), from, fromEnd, fromNext,
+                    to, toEnd, toNext);
     }
     result do_out(std::mbstate_t&, const wchar_t* from, const wchar_t* fromEnd, const wchar_t*& fromNext,
                   char* to, char* toEnd, char*& toNext) const override
     {
-        return hand(Strings::narrow({from, static_cast<size_t>(fromEnd - from)}), from, fromEnd, fromNext, to,
-                    toEnd, toNext);
+        return hand(Strings::toBytes({from, static_cast<size_t>(fromEnd - from)}), from, fromEnd, fromNext,
+                    to, toEnd, toNext);
     }
     result do_unshift(std::mbstate_t&, char* to, char*, char*& toNext) const override
     {
@@ -90,27 +98,72 @@ Path environmentPath(const char* name)
     return value && value[0] == '/' ? Path(value) : Path();
 }
 
+/// As the system knows it; empty if it isn't there. That of a user who is to have none may be there and be
+/// somebody else's.
+Path registeredHome()
+{
+    std::vector<char> buffer(1024);
+    struct passwd entry = {};
+    struct passwd* found = nullptr;
+    while (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) == ERANGE)
+        buffer.resize(2 * buffer.size());
+    struct stat state = {};
+    const bool isHome = found && found->pw_dir && found->pw_dir[0] == '/' &&
+                        stat(found->pw_dir, &state) == 0 && S_ISDIR(state.st_mode) &&
+                        state.st_uid == getuid();
+    return isHome ? Path(found->pw_dir) : Path();
+}
+
+/// Empty if there is none.
 Path homeDirectory()
 {
     const Path home = environmentPath("HOME");
-    return home.empty() ? fs::temp_directory_path() : home;
+    return home.empty() ? registeredHome() : home;
 }
 
-/// `variable`/quillet, or `~/fallBack`/quillet, or the profile's folder `inProfile`.
+// Never destroyed: options are written while statics go. Empty until it is asked for.
+std::string& processFolder()
+{
+    static std::string& folder = *new std::string;
+    return folder;
+}
+
+/// A folder that is made by this process and goes with it.
+Path processDirectory()
+{
+    std::string& folder = processFolder();
+    if (folder.empty()) {
+        std::string made = (fs::temp_directory_path() / "quillet-XXXXXX").string();
+        if (!mkdtemp(made.data()))
+            throw Exception("No folder can be made in " + fs::temp_directory_path().string() + ": " +
+                            std::strerror(errno) + '.');
+        folder = made;
+    }
+    return folder;
+}
+
+/// Behind all static objects.
+__attribute__((destructor)) void removeProcessFolder()
+{
+    std::error_code ignored;
+    if (!processFolder().empty())
+        std::filesystem::remove_all(processFolder(), ignored);
+}
+
+/// `variable`/quillet, or `~/fallBack`/quillet, or the profile's folder `inProfile`, or that of this process.
 Path userDirectory(const char* variable, const char* fallBack, const char* inProfile)
 {
     if (!profile().empty())
         return profile() / inProfile;
-    const Path base = environmentPath(variable);
-    return (base.empty() ? homeDirectory() / fallBack : base) / "quillet";
+    if (const Path base = environmentPath(variable); !base.empty())
+        return base / "quillet";
+    const Path home = homeDirectory();
+    return home.empty() ? processDirectory() / inProfile : home / fallBack / "quillet";
 }
 
 Path made(const Path& folder)
 {
-    boost::system::error_code error;
-    fs::create_directories(folder, error);
-    if (error && !fs::is_directory(folder))
-        throw Exception("The folder " + folder.string() + " cannot be made: " + error.message() + '.');
+    OwnFiles::makeFolder(folder);
     return folder;
 }
 
@@ -157,6 +210,11 @@ void profileDirectory(const Path& folder)
     profile() = folder.empty() ? folder : fs::absolute(folder).lexically_normal();
 }
 
+bool hasHome()
+{
+    return !profile().empty() || !homeDirectory().empty();
+}
+
 Path optionsDirectory()
 {
     return made(userDirectory("XDG_CONFIG_HOME", ".config", "options"));
@@ -188,8 +246,19 @@ Path scriptsDirectory(bool create)
 
 Path temporaryDirectory(bool create)
 {
-    const Path folder = fs::temp_directory_path() / ("quillet-" + std::to_string(getuid()));
-    return create ? made(folder) : folder;
+    const Path runtime = environmentPath("XDG_RUNTIME_DIR");
+    const Path folder = OwnFiles::isOwnFolder(runtime)
+                            ? runtime / "quillet"
+                            : fs::temp_directory_path() / ("quillet-" + std::to_string(getuid()));
+    boost::system::error_code error;
+    if (!create && fs::symlink_status(folder, error).type() == fs::file_not_found)
+        return folder;
+    try {
+        OwnFiles::makeFolder(folder);
+    } catch (const Exception&) {
+        // The name is taken, and by no folder.
+    }
+    return OwnFiles::isOwnFolder(folder) ? folder : processDirectory();
 }
 
 bool isPathInCloudCache(const Path& path)

@@ -15,9 +15,17 @@ using Path = boost::filesystem::path;
 /// The folder of English, which holds every resource.
 [[nodiscard]] Path defaultLocalizationDirectory();
 
+// The folders below are this user's alone; those that are made are closed to others. Without a profile they
+// lie where the desktop's variables say, or in the user's home, which is what HOME says or else what the
+// system knows. Where there is none of these they lie in a folder of this process, which goes with it: never
+// where others could have put something.
+
 /// Puts options, caches and recovery files under one folder, so that runs do not disturb each other. Must be
 /// called before any of the following is asked for.
 void profileDirectory(const Path& folder);
+
+/// Whether what is kept now is there in the next run: whether there is a profile or a home.
+[[nodiscard]] bool hasHome();
 
 /// Where the user's options lie; made if it isn't there.
 [[nodiscard]] Path optionsDirectory();
@@ -30,7 +38,9 @@ void profileDirectory(const Path& folder);
 
 /// Where the user keeps Python scripts. With `create`, made if it isn't there.
 [[nodiscard]] Path scriptsDirectory(bool create);
-/// A folder of this user's for files that nobody misses. With `create`, made if it isn't there.
+/// A folder of this user's for files that nobody misses: in the runtime folder of the session
+/// (XDG_RUNTIME_DIR), else in the system's temporary one, or that of this process where somebody else has
+/// taken the name there. With `create`, made if it isn't there.
 [[nodiscard]] Path temporaryDirectory(bool create);
 
 [[nodiscard]] bool isPathInCloudCache(const Path& path);

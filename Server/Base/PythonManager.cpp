@@ -1,6 +1,7 @@
 #include "Server/Base/PythonManager.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/PythonBackend.h"
 #include "Server/Base/Require.h"
@@ -29,18 +30,27 @@ void tell(const std::wstring& error)
 constexpr const char* kFolder = "autorun";
 
 /// In the order of their names.
-std::vector<std::wstring> scriptsOf(const boost::filesystem::path& folder)
+std::vector<boost::filesystem::path> scriptsOf(const boost::filesystem::path& folder)
 {
-    std::vector<std::wstring> scripts;
+    std::vector<boost::filesystem::path> scripts;
     boost::system::error_code error;
     for (boost::filesystem::directory_iterator each(folder, error), end; !error && each != end;
          each.increment(error)) {
         const boost::filesystem::path& path = each->path();
         if (path.extension() == ".py" && !path.filename().string().starts_with("_"))
-            scripts.push_back(path.wstring());
+            scripts.push_back(path);
     }
     std::sort(scripts.begin(), scripts.end());
     return scripts;
+}
+
+void refuse(const boost::filesystem::path& script, const std::string& why, Status& status)
+{
+    const std::wstring message =
+        script.wstring() + L": The script isn't run at the start: " + Strings::fromBytes(why) +
+        L". Nobody but this user and root may be able to change it or the folders on the way to it.";
+    tell(message);
+    status.addError(message);
 }
 
 template <class Run>
@@ -70,7 +80,7 @@ std::wstring PythonManager::runScriptFile(const std::wstring& path, Status& stat
     assertMainThread();
     Status own;
     std::wstring result = guarded(
-        own, [&](PythonBackend& backend) { return backend.runFile(Strings::narrow(path), arguments, own); });
+        own, [&](PythonBackend& backend) { return backend.runFile(Strings::toBytes(path), arguments, own); });
     if (own.isError()) {
         tell(own.toString());
         own.reported(true);
@@ -89,7 +99,7 @@ std::wstring PythonManager::runString(const std::wstring& code, Status& status)
 void PythonManager::runTranscript(const std::wstring& path, const ScriptSteps& steps, Status& status)
 {
     assertMainThread();
-    const std::string file = Strings::narrow(path);
+    const std::string file = Strings::toBytes(path);
     guarded(status, [&](PythonBackend& backend) {
         backend.runStatements(file, steps, status);
         return std::wstring();
@@ -115,14 +125,25 @@ PythonAutorunScripts* PythonAutorunScripts::get()
 
 std::vector<boost::filesystem::path> PythonAutorunScripts::folders()
 {
-    return {PathInfo::rootDirectory() / kFolder, PathInfo::scriptsDirectory(false) / kFolder};
+    std::vector<boost::filesystem::path> folders{PathInfo::rootDirectory() / kFolder};
+    if (PathInfo::hasHome())
+        folders.push_back(PathInfo::scriptsDirectory(false) / kFolder);
+    return folders;
 }
 
 void PythonAutorunScripts::run(Status& status)
 {
     for (const auto& folder : folders())
-        for (const std::wstring& script : scriptsOf(folder))
-            PythonManager::get()->runScriptFile(script, status);
+        for (const boost::filesystem::path& script : scriptsOf(folder)) {
+            // What lies beside the script is what it imports.
+            std::string why = OwnFiles::othersMayChange(folder);
+            if (why.empty())
+                why = OwnFiles::othersMayChange(script);
+            if (why.empty())
+                PythonManager::get()->runScriptFile(script.wstring(), status);
+            else
+                refuse(script, why, status);
+        }
 }
 
 bool PythonAutorunScripts::fireClosingDown(Status& status)

@@ -73,9 +73,10 @@ public:
 
     /// Runs the scripts (`.py`) of the folders of `folders`, in the order of their names; those that begin
     /// with `_` are helpers of others. One that fails is told like any script, and the others run all the
-    /// same; the status has what went wrong.
+    /// same; the status has what went wrong. So is one that somebody else than this user and root could have
+    /// put there or changed, and isn't run.
     void run(Status& status);
-    /// The program's folder and the user's. Either may be missing.
+    /// The program's folder and the user's, who may have none. Either may be missing.
     static std::vector<boost::filesystem::path> folders();
 
     /// Asks all sites and calls each function that a script registered with `quillet.on_closing_down(f)`; one

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/WeakRef.h"
 
 #include <string>
 #include <string_view>
@@ -8,8 +9,9 @@
 
 namespace Vs {
 
-/// An object that a command takes as an argument and that a transcript can write and read back as text.
-class SerializableObject : public Implements<SerializableObject>
+/// An object that a command takes as an argument and that a transcript can write and read back as text. What
+/// holds it without owning it holds it by a WeakRef.
+class SerializableObject : public Implements<SerializableObject, Object, WeakTarget>
 {
 public:
     /// The text from which its factory makes it again.

@@ -10,13 +10,17 @@ namespace Vs::Strings {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
+/// Plus a byte that is no UTF-8, among the values that only stand in pairs, and those in UTF-16 alone.
+constexpr char32_t kBytes = 0xDC00;
+constexpr char32_t kFirstByte = kBytes + 0x80, kLastByte = kBytes + 0xFF;
 
 bool isCodePoint(char32_t value)
 {
     return value < 0x110000 && (value < 0xD800 || value > 0xDFFF);
 }
 
-// Decodes one code point at `at` and moves `at` behind it; a bad byte is skipped alone.
+// Decodes one code point at `at` and moves `at` behind it. A bad byte is skipped alone and gives kBytes and
+// itself.
 char32_t decode(std::string_view text, size_t& at)
 {
     const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
@@ -25,55 +29,89 @@ char32_t decode(std::string_view text, size_t& at)
         return lead;
     const size_t extra = lead >= 0xF0 && lead < 0xF5 ? 3u : lead >= 0xE0 ? 2u : lead >= 0xC2 ? 1u : 0u;
     if (extra == 0 || lead >= 0xF5 || at + extra > text.size())
-        return kReplacement;
+        return kBytes + lead;
     char32_t value = lead & (0x3Fu >> extra);
     for (size_t i = 0; i < extra; ++i) {
         if ((byte(at + i) & 0xC0) != 0x80)
-            return kReplacement;
+            return kBytes + lead;
         value = (value << 6) | (byte(at + i) & 0x3F);
     }
     static constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
     if (value < kSmallest[extra] || !isCodePoint(value))
-        return kReplacement;
+        return kBytes + lead;
     at += extra;
     return value;
+}
+
+void encode(char32_t value, std::string& text)
+{
+    if (value < 0x80) {
+        text.push_back(static_cast<char>(value));
+    } else if (value < 0x800) {
+        text.push_back(static_cast<char>(0xC0 | (value >> 6)));
+        text.push_back(static_cast<char>(0x80 | (value & 0x3F)));
+    } else if (value < 0x10000) {
+        text.push_back(static_cast<char>(0xE0 | (value >> 12)));
+        text.push_back(static_cast<char>(0x80 | ((value >> 6) & 0x3F)));
+        text.push_back(static_cast<char>(0x80 | (value & 0x3F)));
+    } else {
+        text.push_back(static_cast<char>(0xF0 | (value >> 18)));
+        text.push_back(static_cast<char>(0x80 | ((value >> 12) & 0x3F)));
+        text.push_back(static_cast<char>(0x80 | ((value >> 6) & 0x3F)));
+        text.push_back(static_cast<char>(0x80 | (value & 0x3F)));
+    }
+}
+
+enum class BadBytes { Replaced, Kept };
+
+template <BadBytes kBad>
+std::wstring decoded(std::string_view bytes)
+{
+    std::wstring wide;
+    wide.reserve(bytes.size());
+    for (size_t at = 0; at < bytes.size();) {
+        const char32_t value = decode(bytes, at);
+        const bool bad = value >= kFirstByte && value <= kLastByte;
+        wide.push_back(static_cast<wchar_t>(bad && kBad == BadBytes::Replaced ? kReplacement : value));
+    }
+    return wide;
+}
+
+template <BadBytes kBad>
+std::string encoded(std::wstring_view wide)
+{
+    std::string text;
+    text.reserve(wide.size());
+    for (const wchar_t character : wide) {
+        const auto value = static_cast<char32_t>(character);
+        if (kBad == BadBytes::Kept && value >= kFirstByte && value <= kLastByte)
+            text.push_back(static_cast<char>(value - kBytes));
+        else
+            encode(isCodePoint(value) ? value : kReplacement, text);
+    }
+    return text;
 }
 
 } // namespace
 
 std::wstring widen(std::string_view narrow)
 {
-    std::wstring wide;
-    wide.reserve(narrow.size());
-    for (size_t at = 0; at < narrow.size();)
-        wide.push_back(static_cast<wchar_t>(decode(narrow, at)));
-    return wide;
+    return decoded<BadBytes::Replaced>(narrow);
 }
 
 std::string narrow(std::wstring_view wide)
 {
-    std::string text;
-    text.reserve(wide.size());
-    for (const wchar_t character : wide) {
-        const auto raw = static_cast<char32_t>(character);
-        const char32_t value = isCodePoint(raw) ? raw : kReplacement;
-        if (value < 0x80) {
-            text.push_back(static_cast<char>(value));
-        } else if (value < 0x800) {
-            text.push_back(static_cast<char>(0xC0 | (value >> 6)));
-            text.push_back(static_cast<char>(0x80 | (value & 0x3F)));
-        } else if (value < 0x10000) {
-            text.push_back(static_cast<char>(0xE0 | (value >> 12)));
-            text.push_back(static_cast<char>(0x80 | ((value >> 6) & 0x3F)));
-            text.push_back(static_cast<char>(0x80 | (value & 0x3F)));
-        } else {
-            text.push_back(static_cast<char>(0xF0 | (value >> 18)));
-            text.push_back(static_cast<char>(0x80 | ((value >> 12) & 0x3F)));
-            text.push_back(static_cast<char>(0x80 | ((value >> 6) & 0x3F)));
-            text.push_back(static_cast<char>(0x80 | (value & 0x3F)));
-        }
-    }
-    return text;
+    return encoded<BadBytes::Replaced>(wide);
+}
+
+std::wstring fromBytes(std::string_view bytes)
+{
+    return decoded<BadBytes::Kept>(bytes);
+}
+
+std::string toBytes(std::wstring_view wide)
+{
+    return encoded<BadBytes::Kept>(wide);
 }
 
 std::wstring quote(std::wstring_view text)

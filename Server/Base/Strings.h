@@ -8,8 +8,15 @@ namespace Vs::Strings {
 /// UTF-8 to wide text. A byte that is no valid UTF-8 becomes U+FFFD; never fails.
 [[nodiscard]] std::wstring widen(std::string_view narrow);
 
-/// Wide text to UTF-8. A value that is no code point becomes U+FFFD; never fails.
+/// Wide text to UTF-8, for people and for files that hold text. A value that is no code point becomes U+FFFD;
+/// never fails.
 [[nodiscard]] std::string narrow(std::wstring_view wide);
+
+/// Bytes to wide text and back without a loss: names of files, and lines that may hold such. They mostly are
+/// UTF-8, but nothing forces them to be. A byte 0x80 to 0xFF that is none becomes U+DC80 to U+DCFF, which no
+/// text has, as in Python; `toBytes` makes that byte of it again, and does all else as `narrow`.
+[[nodiscard]] std::wstring fromBytes(std::string_view bytes);
+[[nodiscard]] std::string toBytes(std::wstring_view wide);
 
 /// The text as one parameter of a text line: in double quotes, with `"` and `\` escaped by a backslash, if it
 /// is empty or holds blanks, quotes, backslashes or starts with the flag sign; as it stands otherwise.

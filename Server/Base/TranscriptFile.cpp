@@ -140,7 +140,7 @@ bool TranscriptFile::next(std::wstring& text)
         m_buffer.erase(0, 3);
     if (!m_buffer.empty() && m_buffer.back() == '\r')
         m_buffer.pop_back();
-    text = Strings::widen(m_buffer);
+    text = Strings::fromBytes(m_buffer);
     return true;
 }
 
@@ -158,7 +158,7 @@ std::wstring substituteParameters(std::wstring_view line, const TranscriptParame
         } else if (!name.empty()) {
             const auto found = parameters.find(Strings::narrow(name));
             const std::wstring value =
-                found == parameters.end() ? std::wstring() : Strings::widen(found->second);
+                found == parameters.end() ? std::wstring() : Strings::fromBytes(found->second);
             if (inQuotes)
                 result += escaped(value);
             else if (!value.empty())

@@ -54,7 +54,7 @@ struct TranscriptMgr::File
             if (const std::wstring module = TranscriptPython::moduleOf(entry);
                 !module.empty() && imported.insert(module).second)
                 stream << "import " << Strings::narrow(module) << '\n';
-        stream << Strings::narrow(entry) << '\n' << std::flush;
+        stream << Strings::toBytes(entry) << '\n' << std::flush;
     }
 };
 
@@ -91,6 +91,10 @@ bool TranscriptMgr::startRecording(const std::wstring& path, ETranscriptType typ
     for (const Playing& playing : m_replays)
         if (playing.file == identity)
             return refuse(L"it is being replayed");
+    if (holdsNoTranscript(path, type))
+        return refuse(L"the file holds something else than a transcript, and would be lost. Choose another "
+                      L"name, or remove the "
+                      L"file before");
     std::unique_ptr<File, Close> file(new File{path, fs::absolute(path).parent_path(), type, {}, {}});
     errno = 0;
     file->stream.open(fs::path(path), std::ios::binary | std::ios::trunc);

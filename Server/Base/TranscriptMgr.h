@@ -44,8 +44,10 @@ public:
     /// By the file's name alone: Python where the suffix is `.py`, in capitals as well; else text.
     [[nodiscard]] static ETranscriptType typeOf(const std::wstring& path);
 
-    /// Begins a transcript, in place of a file that is there and of a recording that runs. Returns false,
-    /// with the reason, if the file cannot be made or is just being replayed.
+    /// Begins a transcript, in place of one that is there and of a recording that runs. Returns false, with
+    /// the reason, if the file cannot be made, is just being replayed, or holds something else than a
+    /// transcript: its first line that isn't a comment must be a line of text of this program; a Python file
+    /// must be one that was recorded.
     [[nodiscard]] bool startRecording(const std::wstring& path, ETranscriptType type, Status& status);
     /// The same; the reason goes to the host.
     bool startRecording(const std::wstring& path, ETranscriptType type);

@@ -39,6 +39,8 @@ std::wstring literal(std::wstring_view text)
             result += {L'\\', character};
         else if (character < 0x20 || character == 0x7f)
             result += {L'\\', L'x', kDigits[character >> 4], kDigits[character & 15]};
+        else if (character >= 0xDC80 && character <= 0xDCFF) // A byte of a file's name.
+            result += {L'\\', L'u', L'd', L'c', kDigits[character >> 4 & 15], kDigits[character & 15]};
         else
             result += character;
     }

@@ -8,7 +8,9 @@
 #include "Server/Base/TextCommandMgr.h"
 
 #include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -237,6 +239,32 @@ bool isTranscript(const std::wstring& path)
     if (line.ends_with('\r'))
         line.pop_back();
     return line == kPythonTranscriptHead;
+}
+
+bool holdsNoTranscript(const std::wstring& path, ETranscriptType type)
+{
+    namespace fs = boost::filesystem;
+    boost::system::error_code error;
+    if (!fs::is_regular_file(path, error) || fs::file_size(path, error) == 0)
+        return false;
+    if (type == kPythonTranscript)
+        return !isTranscript(path);
+    try {
+        TranscriptFile file(path);
+        std::wstring line;
+        while (file.next(line)) {
+            TextLine words(line);
+            if (!words.skipBlanks() || line[words.position()] == L'#')
+                continue;
+            const std::wstring_view command = words.plainWord();
+            const size_t dot = std::min(command.find(L'.'), command.size());
+            return dot == command.size() ||
+                   !TextCommandMgr::get()->find(command.substr(0, dot), command.substr(dot + 1));
+        }
+    } catch (const Exception&) {
+        // It can't be read, or has a line that is longer than any of a transcript.
+    }
+    return true;
 }
 
 ReplayResult playTranscript(const std::wstring& path, ETranscriptType type, const ReplayOptions& options)

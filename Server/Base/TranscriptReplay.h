@@ -36,6 +36,10 @@ struct [[nodiscard]] ReplayResult
 constexpr const char* kPythonTranscriptHead = "# Transcript";
 /// Whether the file is a transcript: all but those Python files that don't begin with that line.
 [[nodiscard]] bool isTranscript(const std::wstring& path);
+/// Whether somebody would miss the file if it were recorded over: it is neither empty nor a transcript of
+/// that type. The first line of a text transcript that isn't a comment is a command of this program. What is
+/// no regular file holds nothing.
+[[nodiscard]] bool holdsNoTranscript(const std::wstring& path, ETranscriptType type);
 
 /// For TranscriptMgr. Progress shows how far it is, and Progress::requestCancel ends it after the line that
 /// runs, or inside a Python script.

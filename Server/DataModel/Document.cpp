@@ -130,7 +130,7 @@ void Document::tellUpdated()
 
 bool Document::isReadOnly() const
 {
-    return !m_path.empty() && Native::isWriteProtected(Strings::narrow(m_path));
+    return !m_path.empty() && Native::isWriteProtected(Strings::toBytes(m_path));
 }
 
 bool Document::mayBeEdited()

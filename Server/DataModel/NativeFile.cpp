@@ -11,7 +11,7 @@ namespace Vs::NativeFile {
 std::optional<Summary> summary(const std::wstring& path, Status& status)
 {
     try {
-        const Native::Package package(FileMapping::open(Strings::narrow(path)));
+        const Native::Package package(FileMapping::open(Strings::toBytes(path)));
         const auto manifest =
             Native::Manifest::read(package.read(Native::kManifestName, Native::Package::kMostManifest));
         Summary summary{manifest.version, manifest.software, manifest.document, manifest.documentType, {}};
@@ -27,7 +27,7 @@ std::optional<Summary> summary(const std::wstring& path, Status& status)
 std::string thumbnail(const std::wstring& path)
 {
     try {
-        const Native::Package package(FileMapping::open(Strings::narrow(path)));
+        const Native::Package package(FileMapping::open(Strings::toBytes(path)));
         const std::string bytes = package.read(Native::kThumbnailName, Native::Package::kMostPicture);
         return Native::isPicture(bytes) ? bytes : std::string();
     } catch (const std::runtime_error&) {
@@ -38,7 +38,7 @@ std::string thumbnail(const std::wstring& path)
 bool isNative(const std::wstring& path)
 {
     try {
-        return Native::Package(FileMapping::open(Strings::narrow(path))).has(Native::kManifestName);
+        return Native::Package(FileMapping::open(Strings::toBytes(path))).has(Native::kManifestName);
     } catch (const std::runtime_error&) {
         return false;
     }

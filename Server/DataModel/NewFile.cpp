@@ -23,7 +23,7 @@ namespace {
 
 } // namespace
 
-NewFile::NewFile(const std::wstring& path) : m_path(Strings::narrow(path))
+NewFile::NewFile(const std::wstring& path) : m_path(Strings::toBytes(path))
 {
     std::error_code error;
     if (std::filesystem::is_directory(m_path, error))

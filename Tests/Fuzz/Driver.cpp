@@ -15,6 +15,7 @@
 #include <iterator>
 #include <random>
 #include <string>
+#include <string_view>
 #include <unistd.h>
 #include <vector>
 
@@ -46,7 +47,8 @@ size_t below(Random& random, size_t limit)
 /// One small change.
 void change(std::string& text, const std::vector<std::string>& others, Random& random)
 {
-    static constexpr std::string_view kSpecial("\"\\/ \t\r\n\0#.,:;$${}()^*-+0e9\xff\xc3\xbc\xf0\x9f", 33);
+    using namespace std::string_view_literals; // The literal has a zero within.
+    static constexpr std::string_view kSpecial = "\"\\/ \t\r\n\0#.,:;$${}()^*-+0e9\xff\xc3\xbc\xf0\x9f"sv;
     const size_t at = below(random, text.size() + 1);
     const std::string& other = others[below(random, others.size())];
     switch (below(random, 6)) {

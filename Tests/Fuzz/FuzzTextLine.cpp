@@ -72,11 +72,13 @@ void tryLine(const std::wstring& line)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    const std::wstring text = Vs::Strings::widen({reinterpret_cast<const char*>(data), size});
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const std::wstring text = Vs::Strings::fromBytes(bytes);
+    require(Vs::Strings::toBytes(text) == bytes, "the bytes of a file's name have changed");
     tryLine(text);
     tryLine(L"A.Free " + text);
     tryLine(L"A.Typed " + text);
-    tryLine(Vs::substituteParameters(text, {{"name", Vs::Strings::narrow(text)}, {"x", "\" \\"}}));
+    tryLine(Vs::substituteParameters(text, {{"name", std::string(bytes)}, {"x", "\" \\"}}));
     const size_t cursor = size > 0 ? data[0] % (text.size() + 1) : 0;
     Vs::TextCompletion::complete(text, cursor);
     require(Vs::TextCompletion::wordStart(text, cursor) <= cursor, "a word begins behind its end");

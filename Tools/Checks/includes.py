@@ -71,6 +71,7 @@ CLOSED = [
 PUBLIC = {
     "Server/Scene/Rendra/Renderer.h",
     "UI/Base/Window/QtIcon.h",
+    "UI/Base/Window/PlainText.h",
 }
 
 # What shares private headers, where that is more than the first two folders of a path.

@@ -1,5 +1,8 @@
 #include "UI/Application/CommandLine.h"
 
+#include "Server/Base/QtText.h"
+#include "Server/Base/Strings.h"
+
 #include <QCommandLineParser>
 
 #include <algorithm>
@@ -67,6 +70,17 @@ bool stepKind(const QString& option, Step::Kind& kind)
     return true;
 }
 
+/// Arguments may name files, and these needn't be UTF-8.
+QString textOf(const std::string& argument)
+{
+    return QString::fromStdWString(Vs::Strings::fromBytes(argument));
+}
+
+std::string bytesOf(const QString& text)
+{
+    return Vs::Strings::toBytes(Vs::wideText(text));
+}
+
 /// A whole number from 1, or 0.
 int positive(const QString& text)
 {
@@ -80,13 +94,13 @@ std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
 {
     const auto given = [&](const char* option) { return parser.isSet(QLatin1String(option)); };
     const auto value = [&](const char* option) { return parser.value(QLatin1String(option)); };
-    run.directory = value("test").toStdString();
+    run.directory = bytesOf(value("test"));
     if (given("test") && run.directory.empty())
         return "--test needs the name of a folder.";
     for (const char* option : {"jobs", "timeout", "junit", "shard"})
         if (given(option) && run.directory.empty())
             return std::string("--") + option + " goes with --test.";
-    run.junitFile = value("junit").toStdString();
+    run.junitFile = bytesOf(value("junit"));
     if (given("jobs") && (run.jobs = positive(value("jobs"))) == 0)
         return "--jobs needs a whole number from 1, and \"" + value("jobs").toStdString() + "\" is none.";
     if (given("timeout") && !((run.secondsLimit = value("timeout").toDouble()) > 0))
@@ -111,7 +125,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     QStringList list{QStringLiteral("quillet")};
     const auto end = std::find(arguments.begin(), arguments.end(), "--");
     for (auto argument = arguments.begin(); argument != end; ++argument)
-        list << QString::fromStdString(*argument);
+        list << textOf(*argument);
     if (!parser.parse(list)) {
         result.error = parser.errorText().toStdString();
         return result;
@@ -125,29 +139,29 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
             continue;
         const QString value =
             kind == Step::Kind::Console ? QString() : parser.values(option).value(seen[option]++);
-        result.steps.push_back({kind, value.toStdString()});
+        result.steps.push_back({kind, bytesOf(value)});
     }
     for (const QString& setting : parser.values(QStringLiteral("set"))) {
         const qsizetype equals = setting.indexOf(u'=');
         if (equals <= 0) {
-            result.error = "--set needs NAME=VALUE, and \"" + setting.toStdString() + "\" is none.";
+            result.error = "--set needs NAME=VALUE, and \"" + bytesOf(setting) + "\" is none.";
             return result;
         }
-        result.parameters[setting.left(equals).toStdString()] = setting.mid(equals + 1).toStdString();
+        result.parameters[bytesOf(setting.left(equals))] = bytesOf(setting.mid(equals + 1));
     }
     for (const QString& file : parser.positionalArguments())
-        result.files.push_back(file.toStdString());
+        result.files.push_back(bytesOf(file));
     if (end != arguments.end()) {
         auto& target = parser.isSet(QStringLiteral("script")) ? result.scriptArguments : result.files;
         target.insert(target.end(), end + 1, arguments.end());
     }
-    result.profileDirectory = parser.value(QStringLiteral("profile-dir")).toStdString();
+    result.profileDirectory = bytesOf(parser.value(QStringLiteral("profile-dir")));
     if (parser.isSet(QStringLiteral("profile-dir")) && result.profileDirectory.empty())
         result.error = "--profile-dir needs the name of a directory.";
     if (const std::string wrong = readTestRun(parser, result.test); !wrong.empty())
         result.error = wrong;
     result.test.parameters = result.parameters;
-    result.stubsDirectory = parser.value(QStringLiteral("write-stubs")).toStdString();
+    result.stubsDirectory = bytesOf(parser.value(QStringLiteral("write-stubs")));
     result.headless = parser.isSet(QStringLiteral("headless"));
     result.autorun = !parser.isSet(QStringLiteral("no-autorun"));
     result.keepGoing = parser.isSet(QStringLiteral("keep-going"));

@@ -21,7 +21,7 @@ struct Step
     std::string text;
 };
 
-/// What the user asked for. All texts are UTF-8.
+/// What the user asked for. Texts are the bytes that were given: UTF-8, unless a file has another name.
 struct CommandLine
 {
     std::vector<std::string> files; ///< Opened before the steps.

@@ -52,15 +52,15 @@ void runTerminal(LineRunner& runner, const std::string& historyFile)
     size_t line = 0;
     const Terminal terminal{historyFile, &waitForInput,
                             [&](const std::string& text) {
-                                runner.runLine(Vs::Strings::widen(text), where(++line));
+                                runner.runLine(Vs::Strings::fromBytes(text), where(++line));
                                 runner.flush();
                             },
                             [](const std::string& beginning) {
-                                const std::wstring wide = Vs::Strings::widen(beginning);
+                                const std::wstring wide = Vs::Strings::fromBytes(beginning);
                                 std::vector<std::string> candidates;
                                 for (const std::wstring& one :
                                      Vs::TextCompletion::complete(wide, wide.size()))
-                                    candidates.push_back(Vs::Strings::narrow(one));
+                                    candidates.push_back(Vs::Strings::toBytes(one));
                                 return candidates;
                             }};
     const Vs::SiblingLibrary editor("libQuilletTerminal.so");
@@ -114,7 +114,7 @@ private:
     {
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
-        m_goOn = m_runner.runLine(Vs::Strings::widen(line), where(++m_line));
+        m_goOn = m_runner.runLine(Vs::Strings::fromBytes(line), where(++m_line));
     }
 
     LineRunner& m_runner;

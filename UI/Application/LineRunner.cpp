@@ -108,7 +108,7 @@ bool LineRunner::openFile(const std::string& path)
 {
     std::wstring failure;
     const bool goesOn =
-        runLine(L"Document.Open " + Vs::Strings::quote(Vs::Strings::widen(path)), path, &failure);
+        runLine(L"Document.Open " + Vs::Strings::quote(Vs::Strings::fromBytes(path)), path, &failure);
     if (!failure.empty())
         tellInWindow(failure);
     return goesOn;
@@ -145,7 +145,7 @@ bool LineRunner::replay(const std::string& path)
     if (m_options.echo)
         options.beforeLine = [this](const std::wstring& line) { echo(line); };
     const LineScope scope(m_lineRuns);
-    const std::wstring file = Vs::Strings::widen(path);
+    const std::wstring file = Vs::Strings::fromBytes(path);
     const Vs::ReplayResult result =
         Vs::TranscriptMgr::get()->replay(file, Vs::TranscriptMgr::typeOf(file), options);
     if (result.cancelled && !Vu::Application::get()->exiting()) {
@@ -163,7 +163,7 @@ bool LineRunner::runScript(const std::string& path, const std::vector<std::wstri
         message(L"> " + Vs::Strings::widen(path));
     const LineScope scope(m_lineRuns);
     Vs::Status status;
-    Vs::PythonManager::get()->runScriptFile(Vs::Strings::widen(path), status, arguments);
+    Vs::PythonManager::get()->runScriptFile(Vs::Strings::fromBytes(path), status, arguments);
     settle();
     tellWarnings();
     tellMissedBounds(path);

@@ -1,6 +1,8 @@
 #include "UI/Application/Program.h"
 
 #include "Server/AddInMgr/AddInMgr.h"
+#include "Server/Base/Exception.h"
+#include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
@@ -60,13 +62,13 @@ bool takeProfile(const boost::filesystem::path& folder)
     if (folder.empty())
         return true;
     const boost::filesystem::path absolute = boost::filesystem::absolute(folder);
-    boost::system::error_code error;
-    boost::filesystem::create_directories(absolute, error);
     boost::system::error_code ignored;
-    if (!boost::filesystem::is_directory(absolute, ignored)) {
-        complain("The profile folder " + absolute.string() + " cannot be used: " +
-                 (boost::filesystem::exists(absolute, ignored) ? "it is not a folder" : error.message()) +
-                 '.');
+    try {
+        // One that is there may be shared with others for other ends: only what lies in it is closed to them.
+        if (!boost::filesystem::is_directory(absolute, ignored))
+            Vs::OwnFiles::makeFolder(absolute);
+    } catch (const Vs::Exception& error) {
+        complain("The profile cannot be used. " + std::string(error.what()));
         return false;
     }
     Vs::PathInfo::profileDirectory(absolute);
@@ -76,7 +78,11 @@ bool takeProfile(const boost::filesystem::path& folder)
 std::string historyFile()
 {
     try {
-        return (Vs::PathInfo::optionsDirectory() / "console_history").string();
+        const boost::filesystem::path file = Vs::PathInfo::optionsDirectory() / "console_history";
+        // The line editor would make it for all to read.
+        if (!boost::filesystem::exists(file))
+            Vs::OwnFiles::write(file, {});
+        return file.string();
     } catch (const std::exception&) {
         return {}; // The console works without one.
     }
@@ -115,14 +121,15 @@ void runSteps(const CommandLine& line, LineRunner& runner)
     int commands = 0;
     std::vector<std::wstring> scriptArguments;
     for (const std::string& argument : line.scriptArguments)
-        scriptArguments.push_back(Vs::Strings::widen(argument));
+        scriptArguments.push_back(Vs::Strings::fromBytes(argument));
     for (const Step& step : line.steps) {
         if (application->exiting())
             return;
         bool goOn = true;
         switch (step.kind) {
         case Step::Kind::Command:
-            goOn = runner.runLine(Vs::Strings::widen(step.text), "--command:" + std::to_string(++commands));
+            goOn =
+                runner.runLine(Vs::Strings::fromBytes(step.text), "--command:" + std::to_string(++commands));
             break;
         case Step::Kind::Replay:
             goOn = runner.replay(step.text);
@@ -181,11 +188,15 @@ int runProgram(CommandLine line, int& count, char** arguments)
         line.headless = true;
     }
     line.headless = line.headless || lists;
-    // Who watches the lines sees which one runs, even if it is the last one ever.
-    if (line.echo)
+    // Who watches the lines sees what came before the one that was the last ever.
+    if (!lists)
         std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     if (!takeProfile(line.profileDirectory))
         return kExitUsage;
+    if (!lists && !Vs::PathInfo::hasHome())
+        complain("there is no home folder (HOME is not set, and this user has none): what this run keeps "
+                 "goes with it, "
+                 "and no scripts of the user's run at its start.");
     // A window with unsaved work must outlive the terminal that it was started from. Without one the run ends
     // with whoever reads its answers, as programs in a pipe do.
     if (!line.headless)

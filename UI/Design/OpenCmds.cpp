@@ -9,6 +9,7 @@
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Base/Session/SessionMgr.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/Resources.h"
 #include "UI/Design/ShowDesign.h"
@@ -83,6 +84,7 @@ void VeloraOpenDocumentCmd::onExecute(Vs::Status& status)
         translate(translator, path, context, status);
         document = context.document();
     } else {
+        SessionMgr::get()->finishLeaving(path);
         document = Vs::DocumentMgr::get()->open(path, status);
         if (document)
             RecentDocumentMgr::get()->add(path, document->isCloud());

@@ -71,8 +71,12 @@ TextCommandParameters textParameters(const py::tuple& arguments, const py::dict&
 
 py::str pythonText(std::wstring_view text)
 {
-    const std::string narrow = Strings::narrow(text);
-    return py::str(narrow.data(), narrow.size());
+    // What stands for a byte of a file's name is the same in Python.
+    auto made = py::reinterpret_steal<py::str>(
+        PyUnicode_FromWideChar(text.data(), static_cast<Py_ssize_t>(text.size())));
+    if (!made)
+        throw py::error_already_set();
+    return made;
 }
 
 std::wstring wideText(py::handle object)

@@ -249,7 +249,8 @@ void Interpreter::runStatements(const std::string& path, const ScriptSteps& step
     m_held->modules->update();
     py::dict own;
     execute(kStatements, own);
-    for (const py::handle each : own["statements"](py::bytes(code), path)) {
+    const py::str name = pythonText(Strings::fromBytes(path));
+    for (const py::handle each : own["statements"](py::bytes(code), name)) {
         const auto [line, source, compiled] = each.cast<std::tuple<size_t, py::str, py::object>>();
         if (steps.before)
             steps.before(wideText(source));
@@ -257,7 +258,7 @@ void Interpreter::runStatements(const std::string& path, const ScriptSteps& step
         bool goesOn = true;
         try {
             // Compiling it once more tells what is wrong with it.
-            evaluate(compiled.is_none() ? own["compiled"](source, line, path) : compiled, main.names());
+            evaluate(compiled.is_none() ? own["compiled"](source, line, name) : compiled, main.names());
         } catch (py::error_already_set& error) {
             // Of what isn't Python there is no traceback but our own.
             goesOn = tell(error, path, compiled.is_none() ? Traceback::Silent : Traceback::Printed, failure);

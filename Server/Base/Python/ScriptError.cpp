@@ -59,7 +59,7 @@ std::wstring lastLineOfTraceback(const py::error_already_set& error)
 
 ScriptEnd scriptEnd(py::error_already_set& error, const std::string& file)
 {
-    const std::wstring script = Strings::widen(file);
+    const std::wstring script = Strings::fromBytes(file);
     try {
         const Place place = placeOf(error, script);
         const std::wstring where =

@@ -118,7 +118,7 @@ Format recognise(const std::wstring& path, Status& status)
         return Format::Unknown;
     };
     // Without blocking: a name may be that of a pipe which nobody writes to.
-    const int descriptor = open(Strings::narrow(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    const int descriptor = open(Strings::toBytes(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0)
         return fault(errno == ENOENT ? L"doesn't exist."
                                      : L"can't be read: " + Strings::widen(std::strerror(errno)) + L".");

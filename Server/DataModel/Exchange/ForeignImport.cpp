@@ -18,7 +18,7 @@ std::unique_ptr<ForeignImport> s_expected;
 
 std::string folderOf(const std::wstring& path)
 {
-    return std::filesystem::path(Strings::narrow(path)).parent_path().string();
+    return std::filesystem::path(Strings::toBytes(path)).parent_path().string();
 }
 
 } // namespace
@@ -77,7 +77,7 @@ bool ForeignImport::prepare(ImportCache& cache)
     m_format = recognise(m_path, m_status);
     if (m_format == Format::Unknown)
         return false;
-    const std::string path = Strings::narrow(m_path);
+    const std::string path = Strings::toBytes(m_path);
     const auto key = ImportCache::keyOf(path, keyOf(m_format));
     if (!key) {
         m_status.addError(L"\"" + m_path + L"\" can't be read.");
@@ -98,7 +98,7 @@ void ForeignImport::startWorker(bool annotations, ImportCache& cache)
 {
     m_scratch = cache.scratchPath();
     m_started = std::filesystem::file_time_type::clock::now();
-    std::vector<std::string> arguments{"import", keyOf(m_format), Strings::narrow(m_path), m_scratch};
+    std::vector<std::string> arguments{"import", keyOf(m_format), Strings::toBytes(m_path), m_scratch};
     if (!annotations)
         arguments.push_back("--no-annotations");
     m_worker =

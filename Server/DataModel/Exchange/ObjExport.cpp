@@ -114,7 +114,7 @@ bool writeObj(const MeshExport& job, Status& status)
         const boost::filesystem::path path(job.path);
         const auto library = boost::filesystem::path(path).replace_extension(".mtl");
         ExportFile file(job.path);
-        ObjText text(Strings::narrow(library.filename().wstring()));
+        ObjText text(library.filename().string());
         const GkMatrix3d turn = yUpwards(job.unit.millimetres);
         const auto& occurrences = meshes.occurrences();
         ColourGroups all;

@@ -45,7 +45,7 @@ std::optional<Native::NativeLoad> DocumentBuild::read(const std::wstring& path,
                                                       const Native::NativeLoad::Watch& watch, Status& status)
 {
     try {
-        return Native::NativeLoad::read(Strings::narrow(path), watch);
+        return Native::NativeLoad::read(Strings::toBytes(path), watch);
     } catch (const Native::Cancelled&) {
         status.addError(L"Opening \"" + path + L"\" was cancelled.");
     } catch (const std::exception& error) {

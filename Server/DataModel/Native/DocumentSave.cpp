@@ -111,7 +111,7 @@ private:
     static std::string targetOf(const std::wstring& path)
     {
         try {
-            return Native::followedPath(Strings::narrow(path));
+            return Native::followedPath(Strings::toBytes(path));
         } catch (const std::runtime_error& error) {
             throw std::runtime_error("\"" + Strings::narrow(path) + "\" can't be saved: " + error.what() +
                                      ".");
@@ -125,7 +125,7 @@ private:
 
     bool sameFile(const Document& other) const
     {
-        const FileIdentity theirs = FileIdentity::of(Strings::narrow(other.path()));
+        const FileIdentity theirs = FileIdentity::of(Strings::toBytes(other.path()));
         return theirs.inode == 0 || theirs == FileIdentity::of(m_target);
     }
 

@@ -1,18 +1,30 @@
+#include "Server/Base/Exception.h"
 #include "Server/Base/OS.h"
+#include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/SoftwareVersion.h"
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
+#include "Tests/Support/Users.h"
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <chrono>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
 namespace fs = boost::filesystem;
+
+unsigned permissions(const fs::path& path)
+{
+    struct stat state = {};
+    return lstat(path.c_str(), &state) == 0 ? state.st_mode & 07777 : 0;
+}
 
 class PathsTest : public testing::Test
 {
@@ -42,6 +54,175 @@ TEST_F(PathsTest, FollowTheDesktopsVariablesUnlessTheyAreRelative)
     before.empty() ? unsetenv("XDG_CONFIG_HOME") : setenv("XDG_CONFIG_HOME", before.c_str(), 1);
 }
 
+/// A temporary folder that all may write into, as the system's, and this user's part of it.
+class SharedFolderTest : public PathsTest
+{
+protected:
+    SharedFolderTest()
+    {
+        fs::create_directory(shared);
+        chmod(shared.c_str(), 01777);
+        setenv("TMPDIR", shared.c_str(), 1);
+        unsetenv("XDG_RUNTIME_DIR");
+    }
+    ~SharedFolderTest() override { unsetenv("TMPDIR"); }
+
+    /// What a function answers as a user without any of the desktop's variables but these.
+    static bool withoutHome(const char* home, const std::function<bool()>& function)
+    {
+        return TestSupport::asUser(TestSupport::kSomebody, [&] {
+            for (const char* name : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+                unsetenv(name);
+            home ? setenv("HOME", home, 1) : unsetenv("HOME");
+            return function();
+        });
+    }
+
+    const fs::path shared = folder.path() / "shared";
+    const fs::path taken = shared / ("quillet-" + std::to_string(TestSupport::kSomebody));
+};
+
+TEST_F(SharedFolderTest, WithoutAHomeNothingIsTakenFromWhereOthersCouldHavePutIt)
+{
+    SKIP_UNLESS_ROOT();
+    ASSERT_TRUE(TestSupport::asUser(TestSupport::kAnother, [&] {
+        for (const char* planted :
+             {".config/quillet", ".cache/quillet", ".local/share/quillet/scripts/autorun"}) {
+            fs::create_directories(shared / planted);
+            TestSupport::overwrite(shared / planted / "planted.py", "planted");
+        }
+        return true;
+    }));
+    for (const char* home : {static_cast<const char*>(nullptr), "", "relative"})
+        EXPECT_TRUE(withoutHome(home, [&] {
+            const fs::path options = Vs::PathInfo::optionsDirectory(), cache = Vs::PathInfo::cacheDirectory(),
+                           scripts = Vs::PathInfo::scriptsDirectory(true);
+            const bool own = Vs::OwnFiles::isOwnFolder(options) && Vs::OwnFiles::isOwnFolder(cache) &&
+                             Vs::OwnFiles::isOwnFolder(scripts) && !fs::exists(scripts / "autorun") &&
+                             Vs::OwnFiles::othersMayChange(options).empty();
+            return own && !Vs::PathInfo::hasHome() && options.parent_path() == cache.parent_path();
+        })) << (home ? home : "unset");
+    // The system knows root's.
+    EXPECT_TRUE(TestSupport::asUser(0, [] {
+        unsetenv("HOME");
+        unsetenv("XDG_DATA_HOME");
+        return Vs::PathInfo::hasHome() &&
+               Vs::PathInfo::scriptsDirectory(false).string().starts_with("/root/");
+    }));
+}
+
+TEST_F(SharedFolderTest, ATemporaryFolderThatSomebodyElseHasTakenIsNotUsed)
+{
+    SKIP_UNLESS_ROOT();
+    fs::create_directory(folder.path() / "victims");
+    ASSERT_EQ(chown((folder.path() / "victims").c_str(), TestSupport::kSomebody, TestSupport::kSomebody), 0);
+    const auto take = [&](const std::function<void()>& action) {
+        fs::remove_all(taken);
+        return TestSupport::asUser(TestSupport::kAnother, [&] {
+            action();
+            return true;
+        });
+    };
+    const std::vector<std::function<void()>> ways = {
+        [&] { mkdir(taken.c_str(), 0777), chmod(taken.c_str(), 0777); },
+        [&] { fs::create_symlink(folder.path() / "victims", taken); },
+        [&] { fs::create_symlink(shared / "nowhere", taken); },
+        [&] { TestSupport::overwrite(taken, "file"); },
+    };
+    for (const auto& way : ways) {
+        ASSERT_TRUE(take(way));
+        EXPECT_TRUE(withoutHome(nullptr, [&] {
+            const fs::path used = Vs::PathInfo::temporaryDirectory(true);
+            return used != taken && Vs::OwnFiles::isOwnFolder(used);
+        }));
+    }
+    EXPECT_EQ(permissions(folder.path() / "victims"), 0755u) << "a link was followed";
+    // The user's own is taken, and closed if it wasn't.
+    fs::remove_all(taken);
+    for (const unsigned before : {0700u, 0755u})
+        EXPECT_TRUE(withoutHome(nullptr, [&] {
+            return Vs::PathInfo::temporaryDirectory(true) == taken && Vs::OwnFiles::isOwnFolder(taken) &&
+                   chmod(taken.c_str(), before) == 0;
+        }));
+}
+
+TEST_F(SharedFolderTest, TheRuntimeFolderOfTheSessionComesBeforeIt)
+{
+    const fs::path runtime = folder.path() / "runtime";
+    fs::create_directory(runtime);
+    setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+    chmod(runtime.c_str(), 0755);
+    EXPECT_EQ(Vs::PathInfo::temporaryDirectory(false).parent_path(), shared) << "others may look into it";
+    chmod(runtime.c_str(), 0700);
+    EXPECT_EQ(Vs::PathInfo::temporaryDirectory(true), runtime / "quillet");
+    EXPECT_EQ(permissions(runtime / "quillet"), 0700u);
+    unsetenv("XDG_RUNTIME_DIR");
+}
+
+TEST_F(PathsTest, AreThisUsersAlone)
+{
+    const mode_t mask = umask(0);
+    Vs::OwnFiles::makeFolder(folder.path() / "a/b/c");
+    for (const char* made : {"a", "a/b", "a/b/c"})
+        EXPECT_EQ(permissions(folder.path() / made), 0700u) << made;
+    fs::create_directory(folder.path() / "open");
+    Vs::OwnFiles::makeFolder(folder.path() / "open");
+    EXPECT_EQ(permissions(folder.path() / "open"), 0700u);
+    const fs::path file = folder.path() / "file";
+    Vs::OwnFiles::write(file, "one");
+    EXPECT_EQ(permissions(file), 0600u);
+    EXPECT_EQ(Vs::OwnFiles::read(file), "one");
+    umask(mask);
+
+    // What a link leads to is neither read nor written.
+    const fs::path victim = folder.write("victim", "kept"), link = folder.path() / "link";
+    fs::create_symlink(victim, link);
+    EXPECT_FALSE(Vs::OwnFiles::read(link));
+    Vs::OwnFiles::write(link, "two");
+    EXPECT_EQ(TestSupport::contentOf(victim), "kept");
+    EXPECT_EQ(Vs::OwnFiles::read(link), "two");
+    ASSERT_EQ(mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(Vs::OwnFiles::read(folder.path() / "pipe")) << "and nobody waits for it";
+    EXPECT_FALSE(Vs::OwnFiles::read(folder.path() / "none"));
+    EXPECT_THROW(Vs::OwnFiles::write(folder.path() / "none/file", ""), Vs::Exception);
+    EXPECT_THROW(Vs::OwnFiles::makeFolder(victim), Vs::Exception);
+    size_t left = 0;
+    for (fs::directory_iterator entry(folder.path()), end; entry != end; ++entry)
+        left += entry->path().filename().string().find("XXXXXX") != std::string::npos ||
+                entry->path().filename().string().starts_with("file.");
+    EXPECT_EQ(left, 0u);
+}
+
+TEST_F(PathsTest, TellWhatOthersCouldPutIntoTheirPlace)
+{
+    const fs::path script = folder.path() / "scripts/run.py", way = script.parent_path();
+    fs::create_directory(way);
+    TestSupport::overwrite(script, "");
+    const auto state = [&](unsigned ofFolder, unsigned ofScript) {
+        chmod(way.c_str(), ofFolder);
+        chmod(script.c_str(), ofScript);
+        return Vs::OwnFiles::othersMayChange(script);
+    };
+    EXPECT_EQ(state(0755, 0644), "");
+    EXPECT_EQ(state(0755, 0664), script.string() + " can be written by others");
+    EXPECT_EQ(state(0755, 0602), script.string() + " can be written by others");
+    EXPECT_EQ(state(0775, 0644), way.string() + " can be written by others");
+    EXPECT_EQ(state(01777, 0644), "") << "others may not touch what isn't theirs";
+    EXPECT_EQ(Vs::OwnFiles::othersMayChange(way), way.string() + " can be written by others")
+        << "but add to it";
+    EXPECT_NE(Vs::OwnFiles::othersMayChange(way / "none.py"), "");
+    // A link counts with where it stands and with where it leads.
+    state(0777, 0644);
+    fs::create_symlink(script, folder.path() / "link.py");
+    EXPECT_EQ(Vs::OwnFiles::othersMayChange(folder.path() / "link.py"),
+              way.string() + " can be written by others");
+    state(0755, 0644);
+    EXPECT_EQ(Vs::OwnFiles::othersMayChange(folder.path() / "link.py"), "");
+    SKIP_UNLESS_ROOT();
+    ASSERT_EQ(chown(script.c_str(), TestSupport::kAnother, TestSupport::kAnother), 0);
+    EXPECT_EQ(Vs::OwnFiles::othersMayChange(script), script.string() + " belongs to another user");
+}
+
 TEST_F(PathsTest, InTheCloudCacheAreFoundThroughLinksAndDots)
 {
     Vs::PathInfo::profileDirectory(folder.path());
@@ -62,8 +243,11 @@ TEST_F(PathsTest, AreUtf8WhateverTheLocaleIs)
     EXPECT_TRUE(file.string().ends_with("gr\xC3\xB6\xC3\x9F"
                                         "e \xF0\x9F\x98\x80.txt"));
     EXPECT_EQ(fs::path(file.string()).wstring(), file.wstring());
-    // A name that is no UTF-8 can be shown, if not typed.
-    EXPECT_EQ(fs::path("bad\xff").wstring(), L"bad\xFFFD");
+    // A name that is no UTF-8 stays what it is.
+    const fs::path odd = folder.path() / "bad\xff";
+    EXPECT_EQ(fs::path(odd.wstring()), odd);
+    fs::ofstream(odd) << "x";
+    EXPECT_TRUE(fs::exists(fs::path(odd.wstring())));
 }
 
 TEST_F(PathsTest, AreUtf8WhereTheLocaleOfTheEnvironmentIsNotInstalled)

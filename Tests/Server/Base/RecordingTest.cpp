@@ -99,6 +99,44 @@ TEST_F(RecordingTest, WritesEachLineAtOnceInTheFormThatTheFileNameAsksFor)
     EXPECT_EQ(contentOf("now.txt"), "Probe.Call 1\n");
 }
 
+TEST_F(RecordingTest, AFilesNameThatIsNoUtf8IsWrittenSoThatItIsFoundAgain)
+{
+    const std::wstring line = L"Probe.Call bad\xDCFF";
+    EXPECT_EQ(recorded("bytes.txt", {line}), "Probe.Call bad\xff\n");
+    EXPECT_TRUE(recorded("bytes.py", {line}).ends_with("Probe.Call(\"bad\\udcff\")\n"));
+    EXPECT_TRUE(replay(file("bytes.txt")).ok());
+    EXPECT_EQ(output.text, L"[bad\xDCFF]\n");
+}
+
+TEST_F(RecordingTest, TakesThePlaceOfATranscriptButOfNothingElse)
+{
+    const std::vector<std::pair<std::string, std::string>> kept = {
+        {"notes.txt", "Buy milk\n"},
+        {"image.txt", std::string("\x89PNG\r\n\x1a\n\0\0", 10)},
+        {"script.py", "import os\nprint(os.getcwd())\n"},
+        {"config.txt", "# Probe.Call is a setting\nsize = 3\n"},
+        {"comments.txt", "# all of it\n"},
+        {"long.txt", std::string(5000000, 'x')},
+        {"model.vlra", "PK\x03\x04"},
+        {"other.txt", "Probe.Unknown 1\n"},
+    };
+    for (const auto& [name, content] : kept) {
+        const std::wstring path = folder.write(name, content).wstring();
+        Vs::Status status;
+        EXPECT_FALSE(TranscriptMgr::get()->startRecording(path, TranscriptMgr::typeOf(path), status)) << name;
+        EXPECT_TRUE(status.matchingError("something else than a transcript")) << name;
+        EXPECT_TRUE(status.matchingError(name)) << name;
+        EXPECT_FALSE(TranscriptMgr::get()->recording());
+        EXPECT_EQ(contentOf(name), content);
+    }
+    folder.write("empty.txt", "");
+    folder.write("old.txt", "\xEF\xBB\xBF\r\n# by hand\r\n  Probe.Call ${x}\r\nBuy milk\r\n");
+    for (const char* name : {"new.txt", "empty.txt", "old.txt", "new.txt"})
+        EXPECT_EQ(recorded(name, {L"Probe.Call 1"}), "Probe.Call 1\n") << name;
+    const std::string python = recorded("new.py", {L"Probe.Call 1"});
+    EXPECT_EQ(recorded("new.py", {L"Probe.Call 1"}), python);
+}
+
 TEST_F(RecordingTest, WithoutARecordingNothingIsWritten)
 {
     Vs::writeTranscriptLine(L"Probe.Call 1");

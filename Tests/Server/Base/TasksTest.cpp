@@ -168,8 +168,8 @@ public:
 
 TEST(EventSourceTest, LetsSitesLeaveAndComeWhileItTells)
 {
-    Source source;
     Site first, second, third;
+    Source source;
     std::string log;
     first.action = [&] {
         log += '1';
@@ -204,6 +204,27 @@ TEST(EventSourceTest, StaysInOrderWhenASiteThrows)
     source.tell();
     EXPECT_EQ(told, 1);
     EXPECT_FALSE(source.subscribed(&other));
+}
+
+TEST(EventSourceTest, ASiteThatGoesWhileItIsSubscribedStopsTheProgramAtOnce)
+{
+    Source source;
+    EXPECT_DEATH(
+        {
+            Site left;
+            source.subscribe(&left);
+        },
+        "a site that goes is subscribed nowhere");
+    // A source that goes first has forgotten its sites.
+    Site site;
+    {
+        Source gone;
+        gone.subscribe(&site);
+        gone.subscribe(&site);
+    }
+    source.subscribe(&site);
+    source.unsubscribe(&site);
+    source.unsubscribe(&site);
 }
 
 } // namespace

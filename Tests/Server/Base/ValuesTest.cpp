@@ -1,9 +1,11 @@
+#include "Server/Base/QtText.h"
 #include "Server/Base/SerializableObject.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 
 #include <gtest/gtest.h>
 #include <limits>
+#include <memory>
 
 namespace {
 
@@ -62,11 +64,49 @@ TEST(ValuesTest, AreServedByTheFactoryOfTheirNameWhileItLives)
     EXPECT_EQ(SerializableObjectFactory::findFactory("ValuesTestFactory"), nullptr);
 }
 
+TEST(WeakRefTest, KnowsWhetherItsObjectIsGone)
+{
+    const Vs::WeakRef<Vs::IntObject> none;
+    EXPECT_EQ(none.get(), nullptr);
+    EXPECT_FALSE(none.lost()) << "there never was one";
+    auto object = std::make_unique<Vs::IntObject>(3);
+    const Vs::WeakRef<Vs::IntObject> first(object.get());
+    const Vs::WeakRef<Vs::IntObject> second = first;
+    EXPECT_EQ(second.get(), object.get());
+    object.reset();
+    for (const auto* each : {&first, &second}) {
+        EXPECT_EQ(each->get(), nullptr);
+        EXPECT_TRUE(each->lost());
+    }
+}
+
 TEST(StringsTest, MakeReplacementsOfWhatIsNoUtf8)
 {
     EXPECT_EQ(Vs::Strings::widen("a\xC3\xA4\xF0\x9F\x98\x80"), L"aä\U0001F600");
     EXPECT_EQ(Vs::Strings::widen("\xC0\x80|\xED\xA0\x80|\xF5"), L"\xFFFD\xFFFD|\xFFFD\xFFFD\xFFFD|\xFFFD");
     EXPECT_EQ(Vs::Strings::narrow(std::wstring(1, static_cast<wchar_t>(0xD800))), "\xEF\xBF\xBD");
+}
+
+TEST(StringsTest, KeepTheBytesOfAFilesNameOnTheWayThere)
+{
+    using namespace Vs::Strings;
+    for (const std::string bytes :
+         {"plain",
+          "gr\xC3\xB6\xC3\x9F"
+          "e",
+          "gr\xF6\xDF"
+          "e",
+          "\xFF\x80|\xC3", "\xED\xB2\x80", "\xF0\x9F\x98", "\xF0\x9F\x98\x80\xF0"}) {
+        const std::wstring wide = fromBytes(bytes);
+        EXPECT_EQ(toBytes(wide), bytes);
+        EXPECT_EQ(narrow(wide), narrow(widen(bytes))) << "a text for people has nothing that isn't UTF-8";
+        EXPECT_EQ(Vs::wideText(QString::fromStdWString(wide)), wide);
+    }
+    EXPECT_EQ(fromBytes("a\xFF"), L"a\xDCFF");
+    // Nothing but such bytes comes of it: no separator, and no end.
+    for (const wchar_t value :
+         {wchar_t(0xDC00), wchar_t(0xDC2F), wchar_t(0xDC7F), wchar_t(0xDD00), wchar_t(0xD880)})
+        EXPECT_EQ(toBytes(std::wstring(1, value)), "\xEF\xBF\xBD");
 }
 
 TEST(StatusTest, KeepsErrorsBeforeWarnings)

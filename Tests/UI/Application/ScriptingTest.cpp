@@ -1,8 +1,11 @@
 #include "Tests/Support/Process.h"
+#include "Tests/Support/Users.h"
 
 #include <boost/filesystem/operations.hpp>
 
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using TestSupport::ProcessResult;
 using TestSupport::runQuillet;
@@ -266,6 +269,138 @@ TEST_F(ScriptingTest, ScriptsOfTheUserRunAtEachStartAndMayKeepTheProgramOpen)
                   "/scripts/autorun/b.py:3: This function keeps the program open.\nZoom in.\n");
     EXPECT_NE(result.errors.find("autorun/a.py:2: ZeroDivisionError"), std::string::npos) << result.errors;
     EXPECT_EQ(run({"--no-autorun"}).output, "");
+
+    // One that others can change is told and not run; nor is any whose folder they can add to.
+    const auto refused = [&](const char* what, unsigned open, unsigned closed) {
+        chmod((folder.path() / what).c_str(), open);
+        const ProcessResult other = run({});
+        chmod((folder.path() / what).c_str(), closed);
+        EXPECT_EQ(other.exitCode, 0) << other.errors;
+        EXPECT_NE(other.errors.find("autorun/b.py: The script isn't run at the start: "), std::string::npos)
+            << other.errors;
+        EXPECT_NE(other.errors.find(std::string(what) + " can be written by others"), std::string::npos)
+            << other.errors;
+        return other.output;
+    };
+    EXPECT_EQ(refused("profile/scripts/autorun/b.py", 0666, 0644), "a\n");
+    EXPECT_EQ(refused("profile/scripts/autorun", 01777, 0755), "");
+}
+
+TEST_F(ScriptingTest, WithoutAHomeNobodyElsesScriptsRun)
+{
+    SKIP_UNLESS_ROOT();
+    const boost::filesystem::path shared = folder.path() / "shared";
+    const std::string planted = ".local/share/quillet/scripts/autorun";
+    ASSERT_TRUE(TestSupport::asUser(0, [&] {
+        umask(0);
+        return boost::filesystem::create_directory(shared) && chmod(shared.c_str(), 01777) == 0;
+    }));
+    ASSERT_TRUE(TestSupport::asUser(TestSupport::kAnother, [&] {
+        boost::filesystem::create_directories(shared / planted);
+        folder.write("shared/" + planted + "/evil.py", "print('evil')\n");
+        return boost::filesystem::exists(shared / planted / "evil.py");
+    }));
+    const std::string user = std::to_string(TestSupport::kSomebody);
+    for (const std::string home : {"", "HOME=", "HOME=.", "HOME=relative"}) {
+        const ProcessResult result = TestSupport::runProcess(
+            "/usr/bin/env",
+            {"-i", "TMPDIR=" + shared.string(), home.empty() ? "A=B" : home, "setpriv", "--reuid=" + user,
+             "--regid=" + user, "--clear-groups", (TestSupport::runningTree() / "bin/quillet").string(),
+             "--headless", "--command", "Camera.ZoomIn"});
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        EXPECT_EQ(result.output, "Zoom in.\n") << home;
+        EXPECT_NE(result.errors.find("there is no home folder"), std::string::npos) << result.errors;
+    }
+    // Nor does such a run leave anything.
+    EXPECT_EQ(
+        std::distance(boost::filesystem::directory_iterator(shared), boost::filesystem::directory_iterator()),
+        1);
+}
+
+TEST_F(ScriptingTest, WhatAScriptHasPrintedIsThereWhenTheProgramIsKilled)
+{
+    const ProcessResult result = runQuillet(
+        {"--headless", "--script",
+         folder.write("killed.py", "import os, Camera\nprint('one\\ntwo')\nos.kill(os.getpid(), 9)\n")
+             .string()});
+    EXPECT_EQ(result.signal, SIGKILL);
+    EXPECT_EQ(result.output, "one\ntwo\n");
+}
+
+TEST_F(ScriptingTest, AModelThatIsBeingClosedIsNoLongerThereForTheNextLine)
+{
+    const std::string sample = (folder.path() / "sample.vlra").string();
+    holds(R"(
+import quillet, sys
+path = sys.argv[1]
+quillet.run('Design.New')
+quillet.run('Design.Box 1 1 1')
+quillet.run('Document.SaveAs ' + path)
+quillet.run('Document.Close')
+quillet.run('Script.Settle')
+
+# Nobody says whether the first is to be saved, so that it stays; the second is leaving.
+quillet.run('Design.New a')
+quillet.run('Design.Box 1 1 1 0,0,0')
+quillet.run('Document.Open ' + path)
+quillet.run('Document.CloseAll')
+quillet.run('Commands.Start CycleOpenDocumentsCommand')
+assert [d.path for d in quillet.documents()] == ['']
+quillet.run('Script.Settle')
+assert [d.path for d in quillet.documents()] == ['']
+
+quillet.run('Document.Open ' + path)
+quillet.run('Document.Close')
+for line in ('Document.Activate ' + path, 'Document.Close ' + path, 'Asset.Activate Design ' + path):
+    try:
+        quillet.run(line)
+        assert False, line
+    except quillet.CommandError:
+        pass
+
+# It is read anew, without what was not saved.
+quillet.run('Document.Open ' + path)
+quillet.run('Design.Box 2 2 2')
+quillet.run('Script.DiscardChanges')
+quillet.run('Document.Close')
+quillet.run('Document.Open ' + path)
+assert not quillet.active_document().changed
+assert quillet.run('Script.Component').count('Box') == 1
+)",
+          {sample});
+}
+
+TEST_F(ScriptingTest, ATransactionThatIsLeftOpenEndsWithTheProgram)
+{
+    for (const char* line :
+         {"Script.BeginTransaction x", "Script.CommitTransaction", "Script.AbortTransaction"}) {
+        const ProcessResult result =
+            runQuillet({"--headless", "--keep-going", "--command", "Design.New", "--command", line});
+        EXPECT_EQ(result.signal, 0) << line << '\n' << result.errors;
+    }
+}
+
+TEST_F(ScriptingTest, NothingIsImportedFromWhereTheProgramIsStarted)
+{
+    boost::filesystem::create_directory(folder.path() / "hostile");
+    for (const char* name : {"encodings", "site", "sitecustomize", "usercustomize", "io", "json", "threading",
+                             "quillet", "Camera"})
+        folder.write(std::string("hostile/") + name + ".py", "import os\nos.write(1, b'hostile')\n");
+    const std::string script =
+        folder
+            .write("script.py",
+                   "import json, threading, encodings, quillet, Camera\nprint(quillet.documents())\n")
+            .string();
+    const std::string hostile = (folder.path() / "hostile").string();
+    const ProcessResult result = TestSupport::runProcess(
+        "/bin/sh",
+        {"-c", "cd " + hostile + " && exec " + (TestSupport::runningTree() / "bin/quillet").string() +
+                   " --headless --profile-dir " + (folder.path() / "own").string() + " --script " + script},
+        {.input = {},
+         .environment = {"PYTHONPATH=" + hostile, "PYTHONHOME=" + hostile,
+                         "PYTHONSTARTUP=" + hostile + "/site.py", "PYTHONINSPECT=1"}});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, "[]\n");
 }
 
 } // namespace

@@ -156,20 +156,32 @@ TEST_F(DialogTest, ANameWithQuotesIsSavedUnderAsItStands)
     QTest::keyClick(typedLine, Qt::Key_Return);
     EXPECT_EQ(typed.name().toStdString(), (folder.path() / "session").string());
 
-    // One that is there already is replaced only if the user says so.
-    write("\"B\".vlra", "old");
-    dialog.show();
-    line->setText(QStringLiteral("\"B\""));
-    QTimer::singleShot(0, [] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        EXPECT_TRUE(box->text().contains(QStringLiteral("\"B\".vlra"))) << box->text().toStdString();
-        box->button(QMessageBox::No)->click();
-    });
-    QTest::keyClick(line, Qt::Key_Return);
-    EXPECT_TRUE(dialog.isVisible());
-    dialog.reject();
-    EXPECT_EQ(dialog.name().toStdString(), "");
+    // One that is there already is replaced only if the user says so, and is called what it is.
+    for (const QString name : {QStringLiteral("\"B\""), QStringLiteral("<b>B<")}) {
+        write(name.toStdString() + ".vlra", "old");
+        for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+            dialog.show();
+            line->setText(name);
+            int asked = 0;
+            QTimer::singleShot(0, [&] {
+                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                ASSERT_NE(box, nullptr);
+                ++asked;
+                EXPECT_TRUE(box->text().startsWith(name + QStringLiteral(".vlra")))
+                    << box->text().toStdString();
+                EXPECT_EQ(box->textFormat(), Qt::PlainText);
+                box->button(answer)->click();
+            });
+            QTest::keyClick(line, Qt::Key_Return);
+            EXPECT_EQ(asked, 1);
+            EXPECT_EQ(dialog.isVisible(), answer == QMessageBox::No);
+            if (answer == QMessageBox::No)
+                dialog.reject();
+            EXPECT_EQ(dialog.name().toStdString(),
+                      answer == QMessageBox::No ? ""
+                                                : (folder.path() / (name.toStdString() + ".vlra")).string());
+        }
+    }
 }
 
 TEST_F(DialogTest, FiltersAreBroughtIntoTheSystemsForm)

@@ -4,6 +4,7 @@
 #include "Server/Base/Require.h"
 #include "Server/Base/SerializableObject.h"
 #include "Server/Base/StrongRef.h"
+#include "Server/Base/WeakRef.h"
 #include "UI/Base/Command/Private/CommandHost.h"
 
 #include <algorithm>
@@ -33,10 +34,11 @@ std::optional<int> exactInt(double value)
     return static_cast<int>(value);
 }
 
-/// An argument that is an object. An object that counts its references is held by the argument.
+/// An argument that is an object. An object that counts its references is held by the argument; any other may
+/// go.
 struct ObjectArgument
 {
-    Vs::SerializableObject* object;
+    Vs::WeakRef<Vs::SerializableObject> object;
     Vs::StrongRef<Vs::SharedObject> hold;
 };
 
@@ -119,7 +121,16 @@ Vs::SerializableObject* CommandContext::argument(const Vs::UniqueString* key) co
 {
     const Argument* found = find(key);
     const ObjectArgument* object = found ? std::get_if<ObjectArgument>(&found->value) : nullptr;
-    return object ? object->object : nullptr;
+    return object ? object->object.get() : nullptr;
+}
+
+bool CommandContext::hasLostObject() const
+{
+    return m_arguments &&
+           std::any_of(m_arguments->list.begin(), m_arguments->list.end(), [](const Argument& each) {
+               const auto* object = std::get_if<ObjectArgument>(&each.value);
+               return object && object->object.lost();
+           });
 }
 
 bool CommandContext::argument(const Vs::UniqueString* key, EArgType type, void* value) const

@@ -49,8 +49,8 @@ public:
     static const Vs::UniqueString* pathArgumentName();
 
     /// Adds an argument, in the place of one of the same key. The context shares the ownership of an object
-    /// that counts its references (Vs::SharedObject); any other object belongs to someone else and must
-    /// outlive the run. A null object adds nothing.
+    /// that counts its references (Vs::SharedObject); any other object belongs to someone else, and once it
+    /// is gone the argument is null. A null object adds nothing.
     void addArgument(const Vs::UniqueString* key, Vs::SerializableObject* object);
     void addArgument(const Vs::UniqueString* key, std::wstring text);
     void addArgument(const Vs::UniqueString* key, const wchar_t* text)
@@ -62,8 +62,10 @@ public:
     void addArgument(const Vs::UniqueString* key, double value);
     void removeArgument(const Vs::UniqueString* key);
 
-    /// The argument as an object; null if it is absent or none.
+    /// The argument as an object; null if it is absent, none, or gone.
     Vs::SerializableObject* argument(const Vs::UniqueString* key) const;
+    /// Whether an argument was an object that is gone, so that the command can't do what was meant.
+    bool hasLostObject() const;
 
     /// Reads the argument into the variable of the type's form at `value`. Numbers convert to each other
     /// where nothing is lost, a text that reads as a number converts to it, and everything but an object

@@ -9,7 +9,6 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
-#include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
@@ -88,20 +87,18 @@ Place placeOf(const Vs::Asset& asset, const TextCommandParameters& parameters)
 TextCommandResult documents(const TextCommandParameters&)
 {
     QJsonArray list;
-    const Vs::DocumentMgr& manager = *Vs::DocumentMgr::get();
     const DocumentSession* session = SessionMgr::get()->activeDocumentSession();
-    for (unsigned i = 0; i < manager.documents(); ++i) {
-        const Vs::Document& document = *manager.document(i);
+    for (const Vs::Document* document : SessionMgr::get()->openDocuments()) {
         QJsonArray assets;
-        for (unsigned k = 0; k < document.assets(); ++k)
-            assets.append(json(document.asset(k)->name()));
+        for (unsigned k = 0; k < document->assets(); ++k)
+            assets.append(json(document->asset(k)->name()));
         const AssetSession* shown =
-            document.activeAsset() ? SessionMgr::get()->assetSession(document.activeAsset()) : nullptr;
+            document->activeAsset() ? SessionMgr::get()->assetSession(document->activeAsset()) : nullptr;
         list.append(QJsonObject{{"session", json(shown ? shown->serialize() : std::wstring())},
-                                {"name", json(document.displayName())},
-                                {"path", json(document.path())},
-                                {"changed", document.isDirty(true)},
-                                {"active", session && session->document() == &document},
+                                {"name", json(document->displayName())},
+                                {"path", json(document->path())},
+                                {"changed", document->isDirty(true)},
+                                {"active", session && session->document() == document},
                                 {"assets", assets}});
     }
     return answer(QJsonDocument(list));

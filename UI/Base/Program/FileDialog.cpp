@@ -9,8 +9,9 @@
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 
-#include <QFileInfo>
 #include <QStringList>
+
+#include <boost/filesystem/operations.hpp>
 
 namespace Vu {
 namespace {
@@ -59,7 +60,8 @@ bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names,
     }
     if (answered)
         UIBaseOptionGroup::get()->setValue(
-            folderOption, QFileInfo(QString::fromStdWString(names.front())).absolutePath().toStdWString());
+            folderOption,
+            boost::filesystem::absolute(names.front()).lexically_normal().parent_path().wstring());
     return answered;
 }
 

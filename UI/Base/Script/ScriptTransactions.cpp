@@ -25,8 +25,9 @@ class ScriptTransactions : public Vs::AssetEventSite
 public:
     static ScriptTransactions& get()
     {
-        static ScriptTransactions transactions;
-        return transactions;
+        // Never destroyed: models may close until the process ends.
+        static auto* const transactions = new ScriptTransactions;
+        return *transactions;
     }
 
     void begin(Vs::Asset* asset, const std::wstring& name)

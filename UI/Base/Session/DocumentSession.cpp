@@ -10,6 +10,12 @@ namespace {
 DocumentSessionSerializableObjectFactory theFactory;
 }
 
+bool DocumentSession::leaving() const
+{
+    // Who shows the document again has a lock of its own.
+    return m_locksForNow > 0 && m_document->locks() == m_locksForNow;
+}
+
 std::wstring DocumentSession::serialize() const
 {
     return m_document->isOnDisk() ? m_document->path() : Vs::fromUuid(m_document->identifier());

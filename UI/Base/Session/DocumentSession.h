@@ -25,11 +25,20 @@ public:
     bool firstSave() const { return m_firstSave; }
     void firstSave(bool value) { m_firstSave = value; }
 
+    /// Whether the user has closed the document, and it goes as soon as what runs now is over. No list shows
+    /// it.
+    bool leaving() const;
+    /// Told by whoever keeps a lock on a document that was closed only until then: each lock once, and once
+    /// when it is about to be released.
+    void lockedForNow() { ++m_locksForNow; }
+    void unlockedForNow() { --m_locksForNow; }
+
     std::wstring serialize() const override;
     std::string factoryName() const override;
 
 private:
     Vs::Document* m_document;
+    unsigned m_locksForNow = 0;
     bool m_firstSave = false;
 };
 

@@ -81,15 +81,41 @@ DocumentSession* SessionMgr::documentSession(Vs::Document* document)
 
 DocumentSession* SessionMgr::documentSession(const std::wstring& pathOrName)
 {
-    return documentSession(Vs::DocumentMgr::get()->bestDocument(pathOrName));
+    Vs::Document* document = Vs::DocumentMgr::get()->bestDocument(pathOrName);
+    return isLeaving(document) ? nullptr : documentSession(document);
 }
 
 std::vector<DocumentSession*> SessionMgr::documentSessions() const
 {
     std::vector<DocumentSession*> sessions;
     for (const auto& session : m_documents)
-        sessions.push_back(session.get());
+        if (!session->leaving())
+            sessions.push_back(session.get());
     return sessions;
+}
+
+bool SessionMgr::isLeaving(const Vs::Document* document) const
+{
+    const auto found = std::find_if(m_documents.begin(), m_documents.end(),
+                                    [&](const auto& session) { return session->document() == document; });
+    return found != m_documents.end() && (*found)->leaving();
+}
+
+std::vector<Vs::Document*> SessionMgr::openDocuments() const
+{
+    const Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
+    std::vector<Vs::Document*> documents;
+    for (unsigned i = 0; i < manager->documents(); ++i)
+        if (Vs::Document* document = manager->document(i); !isLeaving(document))
+            documents.push_back(document);
+    return documents;
+}
+
+void SessionMgr::finishLeaving(const std::wstring& path) const
+{
+    Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
+    if (Vs::Document* document = manager->document(path); isLeaving(document))
+        manager->close(document);
 }
 
 DocumentSession* SessionMgr::currentDocumentSession() const
@@ -165,9 +191,7 @@ void SessionMgr::assetClosed(Vs::AssetEvent* event)
 
 void SessionMgr::documentClosed(Vs::DocumentEvent* event)
 {
-    // At the second event the document's assets are about to go; the sessions went with the first.
-    if (event->timing() != Vs::Timing::Before)
-        return;
+    // The sessions go with the first event. Who hears of it later may have asked for them again.
     const Vs::Document* document = event->document();
     for (unsigned i = 0; i < document->assets(); ++i)
         if (AssetSession* session = getOpenAssetSession(document->asset(i)))

@@ -40,9 +40,17 @@ public:
 
     /// Made on demand; null for null.
     DocumentSession* documentSession(Vs::Document* document);
-    /// Of the open document with that path or display name; null if there is none.
+    /// Of the open document with that path or display name; null if there is none, or if it is leaving.
     DocumentSession* documentSession(const std::wstring& pathOrName);
+
+    /// A document that the user has closed may still be leaving (DocumentSession::leaving). It is in neither
+    /// of these lists.
     std::vector<DocumentSession*> documentSessions() const;
+    std::vector<Vs::Document*> openDocuments() const;
+    bool isLeaving(const Vs::Document* document) const;
+    /// Closes a document of that path that is leaving at once, so that the file can be opened as it is on the
+    /// disk.
+    void finishLeaving(const std::wstring& path) const;
 
     AssetSession* currentAssetSession() const { return m_current; }
     void currentAssetSession(AssetSession* session);

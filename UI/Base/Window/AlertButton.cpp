@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QMenu>
@@ -25,7 +26,7 @@ AlertButton::AlertButton(QWidget* parent) : QToolButton(parent)
         for (const QString& text : m_texts) {
             QString entry = text.simplified().left(kLongestEntry);
             QAction* action = menu->addAction(entry.replace(QLatin1Char('&'), QLatin1String("&&")));
-            action->setToolTip(text);
+            PlainText::setTooltip(action, text);
         }
         menu->setToolTipsVisible(true);
         menu->addSeparator();

@@ -6,6 +6,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetAdapter.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/PlainText.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -200,7 +201,7 @@ QVariant BrowserModel::viewData(const Vs::NameView::NamedView& view, int role) c
     case Qt::EditRole:
         return QString::fromStdWString(view.name());
     case Qt::ToolTipRole:
-        return QString::fromStdWString(
+        return PlainText::tooltip(
             view.isFixed() ? localized("BrowserStandardView", "Standard view; double-click to look from here")
                            : localized("BrowserNamedView", "Double-click to look from here"));
     case Qt::DecorationRole:
@@ -232,10 +233,10 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
     case Qt::EditRole:
         return QString::fromStdWString(shown->name);
     case Qt::ToolTipRole:
-        return shown->children.empty()
-                   ? QString::fromStdWString(shown->name)
-                   : QString::fromStdWString(localizedFormat("ComponentCount", "%1%: %2% components",
-                                                             shown->name, shown->children.size()));
+        return PlainText::tooltip(shown->children.empty()
+                                      ? shown->name
+                                      : localizedFormat("ComponentCount", "%1%: %2% components", shown->name,
+                                                        shown->children.size()));
     case Qt::DecorationRole:
         return shown->children.empty() && shown->body ? m_partIcon : m_assemblyIcon;
     case Qt::CheckStateRole:

@@ -6,6 +6,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QFontDatabase>
@@ -54,7 +55,7 @@ bool goesOn(const QString& candidate)
 CommandBox::CommandBox(QWidget* parent)
     : QFrame(parent),
       m_edit(new QLineEdit(this)),
-      m_answer(new QLabel(this)),
+      m_answer(PlainText::label(this)),
       m_output(new QPlainTextEdit(this)),
       m_popup(new QListWidget(this))
 {
@@ -71,7 +72,6 @@ CommandBox::CommandBox(QWidget* parent)
         localized("CommandLineHint", "Type a command; Tab completes, \"help\" tells what there is")));
     m_edit->installEventFilter(this);
     m_answer->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_answer->setTextFormat(Qt::PlainText);
     m_answer->setWordWrap(true);
     m_answer->hide();
     m_output->setObjectName(QStringLiteral("commandOutput"));

@@ -3,6 +3,7 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/ExtendedInfoLoader.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
@@ -24,6 +25,7 @@ namespace {
 /// Behind a text that opens a list.
 constexpr const char16_t* kListSign = u" \u25be";
 
+/// HTML.
 QString tooltipText(const Info& info, const ToolTipInfo& tooltip)
 {
     const auto paragraph = [](const std::wstring& text) {
@@ -219,7 +221,7 @@ bool CommandButton::event(QEvent* event)
     else if (m_control && event->type() == QEvent::Leave)
         m_control->hoverEnd();
     else if (m_control && event->type() == QEvent::ToolTip)
-        setToolTip(tooltipText(*m_control->info(), m_control->tooltip()));
+        PlainText::setMarkupTooltip(this, tooltipText(*m_control->info(), m_control->tooltip()));
     return QToolButton::event(event);
 }
 
@@ -271,7 +273,7 @@ void CommandButton::draw()
     setCheckable(lit);
     setChecked(lit);
     if (toolTip().isEmpty())
-        setToolTip(tooltipText(*info, m_control->tooltip()));
+        PlainText::setMarkupTooltip(this, tooltipText(*info, m_control->tooltip()));
 }
 
 QString CommandButton::title() const

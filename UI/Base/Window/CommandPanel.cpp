@@ -10,6 +10,7 @@
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/InputField.h"
 #include "UI/Base/Window/InputForm.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -82,7 +83,7 @@ CommandPanel::CommandPanel(const Workspace* workspace, QWidget* parent)
       m_workspace(workspace),
       m_head(makeHead()),
       m_scroll(new QScrollArea(this)),
-      m_message(new QLabel(this)),
+      m_message(PlainText::label(this)),
       m_foot(new QWidget(this)),
       m_ok(new QPushButton(QString::fromStdWString(localized("PanelOk", "OK")), m_foot))
 {
@@ -98,7 +99,6 @@ CommandPanel::CommandPanel(const Workspace* workspace, QWidget* parent)
     m_scroll->setFocusPolicy(Qt::NoFocus);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_message->setObjectName(QStringLiteral("inputMessage"));
-    m_message->setTextFormat(Qt::PlainText);
     m_message->setWordWrap(true);
     m_message->setContentsMargins(2 * kMargin, kMargin, 2 * kMargin, 0);
     column->addWidget(m_message);
@@ -127,9 +127,8 @@ QWidget* CommandPanel::makeHead()
     head->installEventFilter(this);
     auto* row = new QHBoxLayout(head);
     row->setContentsMargins(2 * kMargin, kMargin, kMargin, kMargin);
-    m_icon = new QLabel(head);
-    m_title = new QLabel(head);
-    m_title->setTextFormat(Qt::PlainText);
+    m_icon = PlainText::label(head);
+    m_title = PlainText::label(head);
     QFont bold = m_title->font();
     bold.setBold(true);
     m_title->setFont(bold);

@@ -5,6 +5,7 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/TextField.h"
 #include "UI/Base/Window/Theme.h"
@@ -182,7 +183,7 @@ private:
         button->setCheckable(true);
         button->setIcon(iconOf(info.icon()));
         button->setText(titleOf(info));
-        button->setToolTip(tipOf(info));
+        PlainText::setTooltip(button, tipOf(info));
         button->setAccessibleName(titleOf(info));
         if (info.icon())
             button->setIconSize(QSize(kIconSize, kIconSize));
@@ -264,7 +265,7 @@ public:
             QString::fromStdWString(localized("InputClearSelection", "Take the selection back"));
         m_clear->setProperty("flat", true);
         m_clear->setText(QString(QChar(u'\u00d7')));
-        m_clear->setToolTip(tip);
+        PlainText::setTooltip(m_clear, tip);
         m_clear->setAccessibleName(tip);
         // It has its keys, so that it is no stop on the way through the panel.
         m_clear->setFocusPolicy(Qt::NoFocus);
@@ -323,14 +324,16 @@ InputField* InputField::make(CommandInputBase* input, QWidget* parent)
 }
 
 InputField::InputField(CommandInputBase* input, QWidget* parent)
-    : QWidget(parent), m_input(input), m_row(new QHBoxLayout(this)), m_mark(new QLabel(this))
+    : QWidget(parent),
+      m_input(input),
+      m_row(new QHBoxLayout(this)),
+      m_mark(PlainText::label(this, QStringLiteral("!")))
 {
     setObjectName(QString::fromStdWString(input->info()->key()));
     m_row->setContentsMargins(0, 0, 0, 0);
     m_row->setSpacing(2);
     m_row->addWidget(m_mark);
     m_mark->setObjectName(QStringLiteral("inputMark"));
-    m_mark->setText(QStringLiteral("!"));
     m_mark->setAlignment(Qt::AlignCenter);
     QSizePolicy keepsRoom = m_mark->sizePolicy();
     keepsRoom.setRetainSizeWhenHidden(true);
@@ -347,7 +350,7 @@ void InputField::add(QWidget* widget)
     widget->setAccessibleName(titleOf(*m_input->info()));
     const ToolTipInfo& tooltip = m_input->info()->tooltip();
     if (!tooltip.empty())
-        widget->setToolTip(QString::fromStdWString(tooltip.description()));
+        PlainText::setTooltip(widget, QString::fromStdWString(tooltip.description()));
 }
 
 void InputField::refresh()
@@ -356,7 +359,7 @@ void InputField::refresh()
         return;
     const QString why = QString::fromStdWString(m_input->whyInvalid());
     m_mark->setVisible(!why.isEmpty() && !m_input->isAwaiting());
-    m_mark->setToolTip(why);
+    PlainText::setTooltip(m_mark, why);
     setEnabled(m_input->isUsable());
     show(*m_input, !why.isEmpty());
 }

@@ -4,6 +4,7 @@
 #include "UI/Base/Command/GroupCommandInput.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Window/InputField.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QGridLayout>
@@ -60,8 +61,7 @@ void InputForm::addRow(CommandInputBase* input)
         m_grid->addWidget(field, row, 0, 1, 2);
         field->setContentsMargins(depthOf(*input) * kIndent, 0, 0, 0);
     } else {
-        title = new QLabel(QString::fromStdWString(input->info()->name()), this);
-        title->setTextFormat(Qt::PlainText);
+        title = PlainText::label(this, QString::fromStdWString(input->info()->name()));
         title->setContentsMargins(depthOf(*input) * kIndent, 0, 0, 0);
         m_grid->addWidget(title, row, 0);
         m_grid->addWidget(field, row, 1);

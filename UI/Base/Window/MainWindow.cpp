@@ -28,6 +28,8 @@
 #include "UI/Base/Window/CommandPanel.h"
 #include "UI/Base/Window/DroppedFiles.h"
 #include "UI/Base/Window/HudFrame.h"
+#include "UI/Base/Window/LocalPath.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Window/RestingCommand.h"
 #include "UI/Base/Window/Theme.h"
@@ -49,7 +51,6 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QStatusBar>
-#include <QUrl>
 
 #include <boost/algorithm/string/join.hpp>
 
@@ -78,7 +79,7 @@ std::vector<std::wstring> droppedFiles(const QMimeData* data)
     std::vector<std::wstring> paths;
     for (const QUrl& url : data->urls())
         if (url.isLocalFile())
-            paths.push_back(url.toLocalFile().toStdWString());
+            paths.push_back(pathOf(url));
     return paths;
 }
 
@@ -100,14 +101,13 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     : m_owner(owner),
       m_attic(new QWidget(this)),
       m_progress(new ProgressPanel(this)),
-      m_message(new QLabel(this)),
+      m_message(PlainText::label(this)),
       m_alerts(new AlertButton(this)),
       m_panel(new CommandPanel(owner->workspace(), this))
 {
     m_attic->hide();
     setAcceptDrops(true);
     restoreSize();
-    m_message->setTextFormat(Qt::PlainText);
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_message->setContentsMargins(kMargin, 0, 0, 0);
     // A long message must not make the window wider.
@@ -364,7 +364,7 @@ void MainWindow::message(const QString& text, bool isError)
         colours.setColor(QPalette::WindowText, errorColour());
     m_message->setPalette(colours);
     m_message->setText(text.simplified());
-    m_message->setToolTip(text);
+    PlainText::setTooltip(m_message, text);
     QTimer::singleShot(kMessageTime, m_message, [label = m_message, shown = m_message->text()] {
         if (label->text() == shown)
             label->clear();

@@ -1,11 +1,11 @@
 #include "UI/Base/Window/NamingDialog.h"
 
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Window/PlainText.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QMessageBox>
 
 namespace Vu {
 
@@ -34,30 +34,39 @@ QString NamingDialog::name() const
     return m_quoted.isEmpty() ? selectedFiles().value(0) : m_quoted;
 }
 
+bool NamingDialog::mayReplace(const QString& name)
+{
+    return PlainText::confirmed(this, windowTitle(),
+                                QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(name));
+}
+
 void NamingDialog::accept()
 {
     m_quoted.clear();
     const auto* line = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     // The desktop's own dialog has no such line, and knows itself what it does.
-    if (!line || !line->isVisible() || !line->text().contains(QLatin1Char('"'))) {
+    if (!line || !line->isVisible()) {
         QFileDialog::accept();
         return;
     }
-    QFileInfo file(directory(), line->text());
-    if (file.isDir()) {
+    const bool quoted = line->text().contains(QLatin1Char('"'));
+    QFileInfo file(quoted ? QFileInfo(directory(), line->text()) : QFileInfo(selectedFiles().value(0)));
+    if (quoted && file.isDir()) {
         setDirectory(file.filePath());
         return;
     }
-    if (!defaultSuffix().isEmpty() && !file.fileName().contains(QLatin1Char('.')))
+    if (quoted && !defaultSuffix().isEmpty() && !file.fileName().contains(QLatin1Char('.')))
         file.setFile(file.filePath() + QLatin1Char('.') + defaultSuffix());
-    if (file.exists() &&
-        QMessageBox::warning(
-            this, windowTitle(),
-            QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()),
-            QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::No)
+    if (file.exists() && !file.isDir() && !mayReplace(file.fileName()))
         return;
-    m_quoted = file.absoluteFilePath();
-    QDialog::accept();
+    if (quoted) {
+        m_quoted = file.absoluteFilePath();
+        QDialog::accept();
+        return;
+    }
+    // Qt's own question would take the name for HTML if it looks like that.
+    setOption(DontConfirmOverwrite);
+    QFileDialog::accept();
 }
 
 } // namespace Vu

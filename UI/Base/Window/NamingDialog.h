@@ -22,6 +22,9 @@ protected:
     void accept() override;
 
 private:
+    /// Asks the user.
+    bool mayReplace(const QString& name);
+
     QString m_quoted; ///< A name with quotes, which Qt would take apart.
 };
 

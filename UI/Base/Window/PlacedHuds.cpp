@@ -1,6 +1,7 @@
 #include "UI/Base/Window/PlacedHuds.h"
 
 #include "UI/Base/Command/CommandInput.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QFrame>
@@ -24,8 +25,7 @@ bool fill(QGridLayout* grid, const Group& group)
         auto* item = grid->itemAtPosition(row, column);
         if (item)
             return static_cast<QLabel*>(item->widget());
-        auto* made = new QLabel(grid->parentWidget());
-        made->setTextFormat(Qt::PlainText);
+        auto* made = PlainText::label(grid->parentWidget());
         made->setAlignment(column == 0 ? Qt::AlignLeft : Qt::AlignRight);
         grid->addWidget(made, row, column);
         return made;
@@ -49,10 +49,9 @@ bool fill(QGridLayout* grid, const Group& group)
 
 } // namespace
 
-PlacedHuds::PlacedHuds(QWidget* frame) : m_frame(frame), m_hint(new QLabel(frame))
+PlacedHuds::PlacedHuds(QWidget* frame) : m_frame(frame), m_hint(PlainText::label(frame))
 {
     m_hint->setObjectName(QStringLiteral("canvasHint"));
-    m_hint->setTextFormat(Qt::PlainText);
     m_hint->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_hint->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
     m_hint->hide();

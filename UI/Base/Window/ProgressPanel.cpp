@@ -2,6 +2,7 @@
 
 #include "Server/Base/Progress.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QApplication>
@@ -23,7 +24,7 @@ constexpr int kLongestText = 420;
 
 ProgressPanel::ProgressPanel(QWidget* parent)
     : QWidget(parent),
-      m_text(new QLabel(this)),
+      m_text(PlainText::label(this)),
       m_bar(new QProgressBar(this)),
       m_cancel(new QToolButton(this))
 {
@@ -32,7 +33,6 @@ ProgressPanel::ProgressPanel(QWidget* parent)
     row->addWidget(m_text);
     row->addWidget(m_bar);
     row->addWidget(m_cancel);
-    m_text->setTextFormat(Qt::PlainText);
     m_bar->setFixedSize(kBarWidth, kBarHeight);
     m_bar->setRange(0, kSteps);
     m_bar->setTextVisible(false);
@@ -62,7 +62,7 @@ void ProgressPanel::show(double fraction, const QString& step)
 void ProgressPanel::tell(const QString& text)
 {
     m_text->setText(fontMetrics().elidedText(text, Qt::ElideMiddle, kLongestText));
-    m_text->setToolTip(text);
+    PlainText::setTooltip(m_text, text);
 }
 
 void ProgressPanel::end()

@@ -1,7 +1,9 @@
 #include "UI/Base/Window/QtDialogs.h"
 
 #include "UI/Base/Program/MessageBox.h"
+#include "UI/Base/Window/LocalPath.h"
 #include "UI/Base/Window/NamingDialog.h"
+#include "UI/Base/Window/PlainText.h"
 
 #include <QFileDialog>
 #include <QLabel>
@@ -71,10 +73,10 @@ QPixmap pictureOf(int icon, double scale)
 int QtDialogs::askMessage(const std::wstring& title, const std::wstring& text, int icon,
                           const std::vector<Display::Button>& buttons, int cancel, QWidget* parent)
 {
-    QMessageBox box(QMessageBox::NoIcon,
-                    title.empty() ? QStringLiteral("Quillet") : QString::fromStdWString(title),
-                    QString::fromStdWString(text), QMessageBox::NoButton, parent);
-    box.setTextFormat(Qt::PlainText);
+    const std::unique_ptr<QMessageBox> made = PlainText::messageBox(
+        parent, title.empty() ? QStringLiteral("Quillet") : QString::fromStdWString(title),
+        QString::fromStdWString(text));
+    QMessageBox& box = *made;
     box.setIconPixmap(pictureOf(icon, box.devicePixelRatioF()));
     if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
         label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -104,21 +106,24 @@ std::vector<std::wstring> QtDialogs::askFileNames(const FileDialog::Request& req
     const QString caption = QString::fromStdWString(request.caption);
     const QString filter = QString::fromStdWString(FileDialogRules::dialogFilter(request.filter));
     const QString from = QString::fromStdWString(start);
-    QStringList chosen;
+    const QStringList kLocal{QStringLiteral("file")};
+    QList<QUrl> chosen;
     if (request.several) {
-        chosen = QFileDialog::getOpenFileNames(parent, caption, from, filter);
+        chosen = QFileDialog::getOpenFileUrls(parent, caption, QUrl::fromLocalFile(from), filter, nullptr, {},
+                                              kLocal);
     } else if (request.forOpen) {
-        chosen << QFileDialog::getOpenFileName(parent, caption, from, filter);
+        chosen << QFileDialog::getOpenFileUrl(parent, caption, QUrl::fromLocalFile(from), filter, nullptr, {},
+                                              kLocal);
     } else {
         NamingDialog dialog(parent, caption, from, filter,
                             request.asTyped ? NamingDialog::Suffix::AsTyped : NamingDialog::Suffix::OfFilter);
         dialog.exec();
-        chosen << dialog.name();
+        chosen << QUrl::fromLocalFile(dialog.name());
     }
-    chosen.removeAll(QString());
     std::vector<std::wstring> names;
-    for (const QString& name : chosen)
-        names.push_back(name.toStdWString());
+    for (const QUrl& name : chosen)
+        if (name.isLocalFile())
+            names.push_back(pathOf(name));
     return names;
 }
 

@@ -4,6 +4,7 @@
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/StringTable.h"
 #include "UI/Base/Window/CanvasWidget.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/QtWindow.h"
 #include "UI/Base/Window/Theme.h"
@@ -90,7 +91,11 @@ void QtDisplay::pointer(const Vs::CursorResource* pointer)
 
 void QtDisplay::showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent)
 {
-    QMessageBox::about(parent, QString::fromStdWString(title), QString::fromStdWString(text));
+    const std::unique_ptr<QMessageBox> box =
+        PlainText::messageBox(parent, QString::fromStdWString(title), QString::fromStdWString(text));
+    constexpr int kPictureSide = 64;
+    box->setIconPixmap(QApplication::windowIcon().pixmap(kPictureSide, kPictureSide));
+    box->exec();
 }
 
 QCursor cursorOf(const Vs::CursorResource& resource)

@@ -1,7 +1,7 @@
 #include "UI/Base/Workspace/Layout.h"
 
-#include "Server/Base/Strings.h"
-#include "Server/DataModel/NewFile.h"
+#include "Server/Base/Exception.h"
+#include "Server/Base/OwnFiles.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Private/Xml.h"
 
@@ -10,7 +10,6 @@
 
 #include <array>
 #include <optional>
-#include <stdexcept>
 
 namespace Vu {
 namespace {
@@ -204,14 +203,9 @@ void Layout::persist(const std::wstring& path, Area* root)
     if (old.open(QIODevice::ReadOnly) && old.readAll() == content)
         return;
     try {
-        Vs::Exchange::NewFile kept(path);
-        QFile file(QString::fromStdString(kept.scratch()));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
-            throw std::runtime_error(file.errorString().toStdString());
-        kept.commit();
-    } catch (const std::runtime_error& error) {
-        Application::get()->inform(L"The layout cannot be kept in " + path + L": " +
-                                   Vs::Strings::widen(error.what()));
+        Vs::OwnFiles::write(path, {content.constData(), static_cast<size_t>(content.size())});
+    } catch (const Vs::Exception& error) {
+        Application::get()->inform(L"The layout is not kept: " + error.message() + L'.');
     }
 }
 

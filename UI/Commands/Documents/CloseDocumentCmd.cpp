@@ -14,6 +14,8 @@
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/FindShell.h"
 
+#include <algorithm>
+
 namespace Vu::Commands {
 
 // clang-format off
@@ -207,16 +209,14 @@ bool CloseAllDocumentsCmd::CloseAllDocuments(CommandContext* context)
 {
     const Vs::AutoSaveDisabler noAutoSave(nullptr);
     AssetShell* shell = assetShellOf(context);
-    Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
-    for (unsigned i = manager->documents(); i-- > 0;) {
-        if (i >= manager->documents())
-            continue;
-        DocumentSession* session = SessionMgr::get()->documentSession(manager->document(i));
-        if (!session || !session->document() || !shell)
+    const std::vector<Vs::Document*> documents = SessionMgr::get()->openDocuments();
+    for (auto document = documents.rbegin(); document != documents.rend(); ++document) {
+        const std::vector<Vs::Document*> left = SessionMgr::get()->openDocuments();
+        if (!shell || std::find(left.begin(), left.end(), *document) == left.end())
             continue;
         // Ending the whole operation with the first document that is seen to be gone is settled behaviour:
         // the close of a document is deferred, so that it isn't seen while this runs.
-        if (removeSessions(session->document(), shell, true))
+        if (removeSessions(*document, shell, true))
             return true;
     }
     return true;

@@ -1,17 +1,14 @@
 #include "UI/Commands/Documents/DocumentSets.h"
 
-#include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
+#include "UI/Base/Session/SessionMgr.h"
 
 namespace Vu::Commands {
 
 std::set<Vs::Document*> allDocuments()
 {
-    std::set<Vs::Document*> documents;
-    Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
-    for (unsigned i = 0; i < manager->documents(); ++i)
-        documents.insert(manager->document(i));
-    return documents;
+    const std::vector<Vs::Document*> open = SessionMgr::get()->openDocuments();
+    return {open.begin(), open.end()};
 }
 
 bool closingAgreed(const std::set<Vs::Document*>& documents)

@@ -215,6 +215,7 @@ void OpenDocumentCmd::openDocument(const std::wstring& path, Vs::Status& status,
     Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
     if (!manager)
         return;
+    SessionMgr::get()->finishLeaving(path);
     Vs::Document* document = manager->document(path);
     if (document && previous && document == previous->document())
         return;

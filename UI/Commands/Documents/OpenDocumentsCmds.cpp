@@ -2,7 +2,6 @@
 
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
-#include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/DocumentType.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -12,6 +11,8 @@
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/ShellCmds.h"
+
+#include <algorithm>
 
 namespace Vu::Commands {
 
@@ -74,12 +75,9 @@ Vs::Document* documentOf(const std::wstring& key)
 {
     if (const DocumentSession* session = SessionMgr::get()->documentSession(key))
         return session->document();
-    const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
-    for (unsigned i = 0; i < documents->documents(); ++i) {
-        Vs::Document* document = documents->document(i);
+    for (Vs::Document* document : SessionMgr::get()->openDocuments())
         if (document->path().empty() && document->displayName() == key)
             return document;
-    }
     return nullptr;
 }
 
@@ -148,13 +146,12 @@ bool CurrentlyOpenDocumentsCmdDef::isDocumentOfCurrentType() const
 
 Vs::Document* CurrentlyOpenDocumentsCmdDef::currentDocumentFiltered() const
 {
-    const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
+    const std::vector<Vs::Document*> documents = SessionMgr::get()->openDocuments();
     if (!m_filter)
-        return documents->documents() > 0 ? documents->document(0) : nullptr;
-    for (unsigned i = documents->documents(); i-- > 0;)
-        if (passes(*documents->document(i)))
-            return documents->document(i);
-    return nullptr;
+        return documents.empty() ? nullptr : documents.front();
+    const auto last =
+        std::find_if(documents.rbegin(), documents.rend(), [&](const auto* each) { return passes(*each); });
+    return last == documents.rend() ? nullptr : *last;
 }
 
 CommandBase* CurrentlyOpenDocumentsCmdDef::createCommandForSwitchingDocument(Vs::Document* document,
@@ -169,19 +166,18 @@ void CurrentlyOpenDocumentsCmdDef::updateListControl()
     if (!m_list.control())
         return;
     OwnedList::Items items;
-    const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
-    if (documents->documents() == 0)
+    const std::vector<Vs::Document*> documents = SessionMgr::get()->openDocuments();
+    if (documents.empty())
         items.push_back(std::make_unique<Info>(kEmptyItem, localized("emptyCurrentItems", "Empty"), nullptr));
     const DocumentSession* session = SessionMgr::get()->currentDocumentSession();
     const Vs::Document* current = session ? session->document() : nullptr;
-    for (unsigned i = 0; i < documents->documents(); ++i) {
-        const Vs::Document& document = *documents->document(i);
-        if (!passes(document))
+    for (const Vs::Document* document : documents) {
+        if (!passes(*document))
             continue;
         auto item =
-            std::make_unique<Info>(keyOf(document), titleOf(document), Resources::DeselectedListItem());
-        if (current && document.path() == current->path() &&
-            (!document.path().empty() || document.displayName() == current->displayName()))
+            std::make_unique<Info>(keyOf(*document), titleOf(*document), Resources::DeselectedListItem());
+        if (current && document->path() == current->path() &&
+            (!document->path().empty() || document->displayName() == current->displayName()))
             item->changeAppearance(item->name(), Resources::SelectedListItem());
         items.push_back(std::move(item));
     }
@@ -229,11 +225,11 @@ void CycleOpenDocumentsCmd::onExecute(Vs::Status&)
 {
     restoreWindow();
     const DocumentSession* session = SessionMgr::get()->currentDocumentSession();
-    const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
-    const unsigned count = documents->documents();
-    for (unsigned i = count; i-- > 0;)
-        if (session && documents->document(i) == session->document())
-            switchTo(documents->document((i + 1) % count));
+    const std::vector<Vs::Document*> documents = SessionMgr::get()->openDocuments();
+    const auto current =
+        session ? std::find(documents.begin(), documents.end(), session->document()) : documents.end();
+    if (current != documents.end())
+        switchTo(std::next(current) == documents.end() ? documents.front() : *std::next(current));
 }
 
 } // namespace Vu::Commands

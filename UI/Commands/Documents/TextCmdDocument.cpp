@@ -109,9 +109,15 @@ TextCommandResult closeSession(DocumentSession* session, CommandContext context,
 /// The session of the newest document; null if none is open.
 DocumentSession* lastSession()
 {
-    const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
-    const unsigned count = documents->documents();
-    return count > 0 ? SessionMgr::get()->documentSession(documents->document(count - 1)) : nullptr;
+    const std::vector<Vs::Document*> documents = SessionMgr::get()->openDocuments();
+    return documents.empty() ? nullptr : SessionMgr::get()->documentSession(documents.back());
+}
+
+/// Null if none is open there, or if it is leaving.
+Vs::Document* openDocument(const std::wstring& path)
+{
+    Vs::Document* document = Vs::DocumentMgr::get()->document(path);
+    return SessionMgr::get()->isLeaving(document) ? nullptr : document;
 }
 
 class TextCmdDocumentClose : public DirectTextCommand<kClose>
@@ -123,7 +129,7 @@ public:
         if (parameters.hasFlag(L"CloseLast")) {
             session = lastSession();
         } else if (parameters.parameters() > 0) {
-            Vs::Document* document = Vs::DocumentMgr::get()->document(parameters[0]);
+            Vs::Document* document = openDocument(parameters[0]);
             if (!document)
                 return {1, L"There is no document UI associated with the given path"};
             session = SessionMgr::get()->documentSession(document);
@@ -178,7 +184,7 @@ public:
     {
         if (parameters.parameters() == 0)
             return {1, L"No path or filename specific as parameter"};
-        Vs::Document* document = Vs::DocumentMgr::get()->document(parameters[0]);
+        Vs::Document* document = openDocument(parameters[0]);
         if (!document)
             return {1, L"No document matches the specified path or filename"};
         if (!SessionMgr::get()->documentSession(document) || !showDocument(document, AllSessions::No))

@@ -99,7 +99,7 @@ void AssetShell::add(AssetSession* session)
 void AssetShell::remove(AssetSession* session, bool activateDefault)
 {
     // The session goes with its document; neither may go while this runs.
-    Vs::Document* document = session->documentSession()->document();
+    DocumentSession* document = session->documentSession();
     const Hold keep = holdOn(session);
     if (m_holds.erase(session) > 0) {
         std::erase(m_sessions, session);

@@ -1,18 +1,41 @@
 #include "UI/Commands/Shells/DeferredSessionReleaseTask.h"
 
+#include "Server/DataModel/Document.h"
+#include "UI/Base/Session/DocumentSession.h"
+
+#include <utility>
+
 namespace Vu::Commands {
 namespace {
+
 constexpr int kPriority = 1;
+
+const Vs::UniqueString* lockSource()
+{
+    static const Vs::UniqueString* const source = Vs::UniqueString::find("DeferredSessionReleaseTask", true);
+    return source;
 }
 
-DeferredSessionReleaseTask::DeferredSessionReleaseTask(Vs::Lockable* document)
-    : Implements(kPriority), m_document(Vs::UniqueString::find("DeferredSessionReleaseTask", true), document)
+} // namespace
+
+DeferredSessionReleaseTask::DeferredSessionReleaseTask(DocumentSession* session)
+    : Implements(kPriority), m_session(session)
 {
+    session->document()->addLock(lockSource());
+    session->lockedForNow();
+}
+
+DeferredSessionReleaseTask::~DeferredSessionReleaseTask()
+{
+    run();
 }
 
 bool DeferredSessionReleaseTask::run()
 {
-    m_document.target(nullptr);
+    if (DocumentSession* session = std::exchange(m_session, {}).get()) {
+        session->unlockedForNow();
+        session->document()->releaseLock(lockSource());
+    }
     return true;
 }
 

@@ -1,7 +1,11 @@
 #pragma once
 
-#include "Server/Base/LockBase.h"
 #include "Server/Base/Task.h"
+#include "Server/Base/WeakRef.h"
+
+namespace Vu {
+class DocumentSession;
+}
 
 namespace Vu::Commands {
 
@@ -10,12 +14,14 @@ namespace Vu::Commands {
 class DeferredSessionReleaseTask : public Vs::Implements<DeferredSessionReleaseTask, Vs::Task>
 {
 public:
-    explicit DeferredSessionReleaseTask(Vs::Lockable* document);
+    explicit DeferredSessionReleaseTask(DocumentSession* session);
+    ~DeferredSessionReleaseTask() override;
 
     bool run() override;
 
 private:
-    Vs::LockBase m_document;
+    /// Goes with its document, which may be closed without waiting for anybody.
+    Vs::WeakRef<DocumentSession> m_session;
 };
 
 } // namespace Vu::Commands

@@ -120,13 +120,11 @@ class TextCmdAssetList : public DirectTextCommand<kList>
 public:
     TextCommandResult execute(const TextCommandParameters&) override
     {
-        const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
         std::wstring list;
         bool any = false;
-        for (unsigned i = 0; i < documents->documents(); ++i) {
-            const Vs::Document* document = documents->document(i);
+        for (const Vs::Document* document : SessionMgr::get()->openDocuments()) {
             any = any || document->assets() + document->hiddenAssets() > 0;
-            list += (i > 0 ? L"\n" : L"") + listOf(*document);
+            list += (list.empty() ? L"" : L"\n") + listOf(*document);
         }
         if (!any)
             return {1, L"There is no asset in memory."};
@@ -175,7 +173,7 @@ public:
         Vs::Document* document = nullptr;
         if (parameters.parameters() > 1) {
             document = Vs::DocumentMgr::get()->bestDocument(parameters[1]);
-            if (!document)
+            if (!document || SessionMgr::get()->isLeaving(document))
                 return {1, L"No document matches the specified path or filename or name"};
             if (!SessionMgr::get()->documentSession(document))
                 return {1, L"There is no UI associated with the document"};

@@ -103,9 +103,21 @@ void CommandStack::close()
             command->m_manager = nullptr;
         for (CommandBase* command : m_commands)
             command->m_manager = nullptr;
+        if (m_session)
+            for (const CommandStack* stack : allStacks())
+                stack->forget(m_session);
         std::erase(allStacks(), this);
         m_manager = nullptr;
     }
+}
+
+/// A command may go on without the session that it was called in, as a script does that closes it.
+void CommandStack::forget(const AssetSession* session) const
+{
+    for (const auto* commands : {&m_executing, &m_commands})
+        for (CommandBase* command : *commands)
+            if (command->m_context.assetSession() == session)
+                command->m_context.assetSession(nullptr);
 }
 
 Vs::Status CommandStack::run(CommandDefinition* definition, const CommandContext& context, Mode mode)

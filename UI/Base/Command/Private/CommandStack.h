@@ -67,6 +67,7 @@ private:
     void end(CommandBase* command, ETerminationReason reason, Vs::Status& status);
     void leave(CommandBase* command, ETerminationReason reason, Vs::Status& status, bool atOnce = false);
     void settle();
+    void forget(const AssetSession* session) const;
 
     CommandMgr* m_manager;
     AssetSession* m_session;

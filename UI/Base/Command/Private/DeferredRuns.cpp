@@ -34,7 +34,8 @@ public:
 
     bool run() override
     {
-        if (CommandMgr* manager = std::exchange(m_manager, nullptr))
+        CommandMgr* manager = std::exchange(m_manager, nullptr);
+        if (manager && !m_context.hasLostObject())
             manager->executeDeferred(m_definition, m_context);
         return true;
     }

@@ -8,7 +8,7 @@ class CommandDefinition;
 class CommandMgr;
 
 /// The runs that wait for the end of the current event. Private to the command model. Each knows what it
-/// needs, so that it can be dropped when that goes.
+/// needs, so that it is dropped when that goes: its manager, its definition, its session, an argument.
 class DeferredRuns
 {
 public:

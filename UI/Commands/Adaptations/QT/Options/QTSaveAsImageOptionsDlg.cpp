@@ -1,6 +1,7 @@
 #include "UI/Commands/Adaptations/QT/Options/QTSaveAsImageOptionsDlg.h"
 
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Localized.h"
 
 #include <QCheckBox>
@@ -51,6 +52,13 @@ Widget* named(const char* name, Arguments&&... arguments)
     return widget;
 }
 
+QLabel* namedLabel(const char* name, const QString& text = {})
+{
+    QLabel* label = PlainText::label(nullptr, text);
+    label->setObjectName(QLatin1String(name));
+    return label;
+}
+
 } // namespace
 
 QTSaveAsImageOptionsDlg::QTSaveAsImageOptionsDlg(ImageOptions* options, QWidget* parent)
@@ -76,18 +84,18 @@ QTSaveAsImageOptionsDlg::~QTSaveAsImageOptionsDlg() = default;
 void QTSaveAsImageOptionsDlg::build()
 {
     groupBoxTop = named<QGroupBox>("groupBoxTop", text("ImageResolution", "Image Resolution"));
-    labelWidth = named<QLabel>("labelWidth", text("Width", "Width"));
-    labelHeight = named<QLabel>("labelHeight", text("Height", "Height"));
-    labelReso = named<QLabel>("labelReso", text("Resolution", "Resolution"));
+    labelWidth = namedLabel("labelWidth", text("Width", "Width"));
+    labelHeight = namedLabel("labelHeight", text("Height", "Height"));
+    labelReso = namedLabel("labelReso", text("Resolution", "Resolution"));
     lineEditWidth = named<QLineEdit>("lineEditWidth");
     lineEditHeight = named<QLineEdit>("lineEditHeight");
     lineEditReso = named<QLineEdit>("lineEditReso");
     comboBoxSize = named<QComboBox>("comboBoxSize");
     comboBoxWidthUnit = named<QComboBox>("comboBoxWidthUnit");
-    labelWidthOut = named<QLabel>("labelWidthOut");
-    labelHeightOut = named<QLabel>("labelHeightOut");
-    labelResoUnit = named<QLabel>("labelResoUnit", text("PixelsPerInch", "Pixels/Inch"));
-    labelHeightUnit = named<QLabel>("labelHeightUnit");
+    labelWidthOut = namedLabel("labelWidthOut");
+    labelHeightOut = namedLabel("labelHeightOut");
+    labelResoUnit = namedLabel("labelResoUnit", text("PixelsPerInch", "Pixels/Inch"));
+    labelHeightUnit = namedLabel("labelHeightUnit");
     checkBoxLockRatio = named<QCheckBox>("checkBoxLockRatio", text("LockAspectRatio", "Lock Aspect Ratio"));
     checkBoxTransBgd =
         named<QCheckBox>("checkBoxTransBgd", text("TransparentBackground", "Transparent Background"));

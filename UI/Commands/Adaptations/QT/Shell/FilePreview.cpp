@@ -5,11 +5,12 @@
 #include "UI/Commands/Localized.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QFutureWatcher>
 #include <QLocale>
 #include <QPromise>
 #include <QThreadPool>
+
+#include <boost/filesystem/operations.hpp>
 
 #include <memory>
 
@@ -17,12 +18,12 @@ namespace Vu::Commands {
 
 FilePreview lookAt(const std::wstring& path)
 {
-    const QFileInfo file(QString::fromStdWString(path));
     FilePreview preview;
-    preview.exists = file.isFile();
+    boost::system::error_code error;
+    preview.exists = boost::filesystem::is_regular_file(path, error);
     if (!preview.exists)
         return preview;
-    preview.modified = file.lastModified();
+    preview.modified = QDateTime::fromSecsSinceEpoch(boost::filesystem::last_write_time(path, error));
     const std::string bytes = Vs::NativeFile::thumbnail(path);
     preview.picture = pngFromBytes(bytes);
     return preview;

@@ -1,6 +1,7 @@
 // What the layout of the home screen names: each kind of contents is made here.
 
 #include "UI/Base/Program/AreaContents.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/Shell/OpenSection.h"
 #include "UI/Commands/Adaptations/QT/Shell/RecentSection.h"
 #include "UI/Commands/Adaptations/QT/Shell/ShellButton.h"
@@ -25,11 +26,11 @@ QWidget* makeTitle(QWidget* parent)
     layout->setSpacing(kSideMargin / 3);
     const QPixmap picture = QApplication::windowIcon().pixmap(kLogoSize, kLogoSize);
     if (!picture.isNull()) {
-        auto* logo = new QLabel(row);
+        auto* logo = PlainText::label(row);
         logo->setPixmap(picture);
         layout->addWidget(logo);
     }
-    auto* name = new QLabel(QStringLiteral("Quillet"), row);
+    auto* name = PlainText::label(row, QStringLiteral("Quillet"));
     QFont font = name->font();
     font.setPointSizeF(font.pointSizeF() * 2.6);
     font.setBold(true);

@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
@@ -41,11 +42,11 @@ QString folderOf(const QFileInfo& file)
 
 QLabel* hint(QWidget* parent)
 {
-    auto* label = new QLabel(
+    auto* label = PlainText::label(
+        parent,
         text("HomeEmpty",
              "Nothing has been worked on here yet. Make a new document, open a model, or drop "
-             "files anywhere on this window: STEP, IGES, BREP, STL, OBJ, glTF and VRML are read as well."),
-        parent);
+             "files anywhere on this window: STEP, IGES, BREP, STL, OBJ, glTF and VRML are read as well."));
     label->setObjectName(QStringLiteral("homeHint"));
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignCenter);
@@ -84,7 +85,7 @@ void RecentSection::fill()
         const QFileInfo file(QString::fromStdWString(path));
         auto* tile = new Tile(file.completeBaseName(), iconOfFile(path), this);
         tile->place(folderOf(file));
-        tile->setToolTip(QDir::toNativeSeparators(file.filePath()));
+        PlainText::setTooltip(tile, QDir::toNativeSeparators(file.filePath()));
         connect(tile, &Tile::clicked, this, [path] { open(path); });
         tile->onRemove([path] { RecentDocumentMgr::get()->remove(path); }, iconOf(Resources::DeleteMRU()),
                        text("HomeRemove", "Remove from this list"));

@@ -1,5 +1,7 @@
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
 
+#include "UI/Base/Window/PlainText.h"
+
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
@@ -74,7 +76,7 @@ void Tile::onRemove(std::function<void()> action, const QIcon& icon, const QStri
     m_remove = new QToolButton(this);
     m_remove->setObjectName(QStringLiteral("removeTile"));
     m_remove->setIcon(icon);
-    m_remove->setToolTip(tooltip);
+    PlainText::setTooltip(m_remove, tooltip);
     m_remove->setAccessibleName(tooltip);
     m_remove->setCursor(Qt::ArrowCursor);
     m_remove->setFocusPolicy(Qt::NoFocus);

@@ -1,5 +1,6 @@
 #include "UI/Commands/Adaptations/QT/Shell/TileSection.h"
 
+#include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/Shell/FlowLayout.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
 
@@ -19,7 +20,7 @@ constexpr int kSideMargin = 40;
 
 TileSection::TileSection(const QString& title, QWidget* parent)
     : QWidget(parent),
-      m_title(new QLabel(title, this)),
+      m_title(PlainText::label(this, title)),
       m_flowing(new QWidget(this)),
       m_flow(new FlowLayout(m_flowing, kSpacing))
 {

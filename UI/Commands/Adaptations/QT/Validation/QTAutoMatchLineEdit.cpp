@@ -1,24 +1,26 @@
 #include "UI/Commands/Adaptations/QT/Validation/QTAutoMatchLineEdit.h"
 
+#include "Server/Base/Exception.h"
+#include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/Warning.h"
 
 #include <QCompleter>
 
-#include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
-
 #include <algorithm>
+#include <optional>
+#include <sstream>
 
 namespace Vu::Commands {
 
 QTAutoMatchLineEdit::QTAutoMatchLineEdit(const std::wstring& name, QWidget* parent)
     : QLineEdit(parent), m_name(name)
 {
-    boost::system::error_code ignored;
-    if (!boost::filesystem::exists(file(), ignored))
+    const std::optional<std::string> content = Vs::OwnFiles::read(file());
+    if (!content)
         return;
-    boost::filesystem::ifstream stream(file());
+    std::istringstream stream(*content);
     for (std::string line; std::getline(stream, line);)
         m_history.push_back(Vs::Strings::widen(line));
     rebuildCompleter();
@@ -28,9 +30,14 @@ QTAutoMatchLineEdit::~QTAutoMatchLineEdit()
 {
     if (m_history.empty())
         return;
-    boost::filesystem::ofstream stream(file());
+    std::string content;
     for (const std::wstring& entry : m_history)
-        stream << Vs::Strings::narrow(entry) << '\n';
+        content += Vs::Strings::narrow(entry) + '\n';
+    try {
+        Vs::OwnFiles::write(file(), content);
+    } catch (const Vs::Exception& error) {
+        Vs::warn(error.message() + L'.');
+    }
 }
 
 void QTAutoMatchLineEdit::rememberText()

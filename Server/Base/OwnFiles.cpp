@@ -1,0 +1,163 @@
+#include "Server/Base/OwnFiles.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/Base/UnfinishedFile.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <tuple>
+#include <unistd.h>
+
+namespace Vs::OwnFiles {
+
+namespace fs = boost::filesystem;
+
+namespace {
+
+constexpr mode_t kOwnFolder = 0700;
+constexpr mode_t kOthers = 077;
+
+/// Closes itself.
+class Descriptor
+{
+public:
+    explicit Descriptor(int number) : m_number(number) {}
+    ~Descriptor()
+    {
+        if (m_number >= 0)
+            close(m_number);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    operator int() const { return m_number; }
+
+private:
+    const int m_number;
+};
+
+[[noreturn]] void failed(const Path& path, const char* what)
+{
+    throw Exception(path.string() + " cannot be " + what + ": " + std::strerror(errno));
+}
+
+bool writeAll(int file, std::string_view content)
+{
+    while (!content.empty()) {
+        const ssize_t written = ::write(file, content.data(), content.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        content.remove_prefix(static_cast<size_t>(written));
+    }
+    return true;
+}
+
+/// Of one step of the way; a folder that all may write into, but in which nobody may touch what belongs to
+/// others, is none of anybody's unless it is the last step.
+std::string othersMayChangeStep(const Path& step, bool last)
+{
+    struct stat state = {};
+    if (lstat(step.c_str(), &state) != 0)
+        return step.string() + ": " + std::strerror(errno);
+    if (state.st_uid != getuid() && state.st_uid != 0)
+        return step.string() + " belongs to another user";
+    if (S_ISLNK(state.st_mode))
+        return {};
+    const bool shared = S_ISDIR(state.st_mode) && (state.st_mode & S_ISVTX) && !last;
+    return (state.st_mode & (S_IWGRP | S_IWOTH)) && !shared ? step.string() + " can be written by others"
+                                                            : std::string();
+}
+
+std::string othersMayChangeWay(const Path& path)
+{
+    Path step;
+    for (auto part = path.begin(); part != path.end(); ++part) {
+        step /= *part;
+        if (std::string why = othersMayChangeStep(step, std::next(part) == path.end()); !why.empty())
+            return why;
+    }
+    return {};
+}
+
+} // namespace
+
+void makeFolder(const Path& folder)
+{
+    const Path above = folder.parent_path();
+    boost::system::error_code error;
+    if (!above.empty() && !fs::is_directory(above, error))
+        makeFolder(above);
+    if (mkdir(folder.c_str(), kOwnFolder) == 0)
+        return;
+    const int cause = errno;
+    if (!fs::is_directory(folder, error))
+        throw Exception("The folder " + folder.string() + " cannot be made: " +
+                        (cause == EEXIST ? "what is there is not a folder" : std::strerror(cause)) + '.');
+    const Descriptor there(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    struct stat state = {};
+    // On a medium that is only read, or knows no permissions, it stays as it is.
+    if (there >= 0 && fstat(there, &state) == 0 && state.st_uid == getuid() && (state.st_mode & kOthers))
+        std::ignore = fchmod(there, kOwnFolder);
+}
+
+bool isOwnFolder(const Path& folder)
+{
+    struct stat state = {};
+    return !folder.empty() && lstat(folder.c_str(), &state) == 0 && S_ISDIR(state.st_mode) &&
+           state.st_uid == getuid() && !(state.st_mode & kOthers);
+}
+
+void write(const Path& file, std::string_view content)
+{
+    // Made for this user alone, under a name that wasn't there.
+    std::string scratch = file.string() + ".XXXXXX";
+    const Descriptor made(mkostemp(scratch.data(), O_CLOEXEC));
+    if (made < 0)
+        failed(file, "written");
+    const UnfinishedFile unfinished(scratch);
+    if (!writeAll(made, content) || std::rename(scratch.c_str(), file.c_str()) != 0) {
+        const int cause = errno;
+        unlink(scratch.c_str());
+        errno = cause;
+        failed(file, "written");
+    }
+}
+
+std::optional<std::string> read(const Path& file)
+{
+    const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
+    struct stat state = {};
+    if (opened < 0 || fstat(opened, &state) != 0 || !S_ISREG(state.st_mode) || state.st_uid != getuid())
+        return std::nullopt;
+    std::string content;
+    char buffer[16384];
+    for (ssize_t got = 0; (got = ::read(opened, buffer, sizeof buffer)) != 0;) {
+        if (got < 0 && errno != EINTR)
+            return std::nullopt;
+        content.append(buffer, static_cast<size_t>(std::max<ssize_t>(got, 0)));
+    }
+    return content;
+}
+
+std::string othersMayChange(const Path& path)
+{
+    // Both the way that was given, whose links somebody might turn, and the one that it leads to.
+    const Path given = fs::absolute(path).lexically_normal();
+    if (std::string why = othersMayChangeWay(given); !why.empty())
+        return why;
+    boost::system::error_code error;
+    const Path real = fs::canonical(given, error);
+    if (error)
+        return given.string() + ": " + error.message();
+    return real == given ? std::string() : othersMayChangeWay(real);
+}
+
+} // namespace Vs::OwnFiles
