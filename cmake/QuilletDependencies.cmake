@@ -9,6 +9,7 @@ set(QT_NO_PRIVATE_MODULE_WARNING ON)
 find_package(OpenCASCADE REQUIRED)
 pkg_check_modules(LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
 pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
+pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 pkg_check_modules(ZLIB REQUIRED IMPORTED_TARGET zlib)
 pkg_check_modules(EPOXY REQUIRED IMPORTED_TARGET epoxy)
 # Debian's own interpreter, whatever else is first on the PATH.

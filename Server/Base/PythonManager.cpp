@@ -22,7 +22,7 @@ void tell(const std::wstring& error)
     if (TextOutput* output = TextCommandMgr::get()->output())
         output->error(error);
     else
-        std::fprintf(stderr, "%s\n", Strings::narrow(error).c_str());
+        std::fprintf(stderr, "%s\n", Strings::forTerminal(Strings::narrow(error)).c_str());
     if (TextOutput* display = PythonManager::get()->display())
         display->error(error);
 }

@@ -92,6 +92,16 @@ std::string encoded(std::wstring_view wide)
     return text;
 }
 
+// Whether the byte belongs to a control character other than tab and line feed. Those above U+0080 are two
+// bytes, of which the second decides.
+bool isControl(std::string_view text, size_t at)
+{
+    const auto byte = static_cast<unsigned char>(text[at]);
+    if (byte == 0xC2 && at + 1 < text.size())
+        return static_cast<unsigned char>(text[at + 1]) < 0xA0;
+    return (byte < 0x20 && byte != '\t' && byte != '\n') || byte == 0x7F;
+}
+
 } // namespace
 
 std::wstring widen(std::string_view narrow)
@@ -128,6 +138,23 @@ std::wstring quote(std::wstring_view text)
     }
     quoted.push_back(L'"');
     return quoted;
+}
+
+std::string forTerminal(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    for (size_t at = 0; at < text.size(); ++at) {
+        if (!isControl(text, at)) {
+            result.push_back(text[at]);
+            continue;
+        }
+        if (text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n')
+            continue;
+        result += "\xEF\xBF\xBD";
+        at += static_cast<unsigned char>(text[at]) == 0xC2;
+    }
+    return result;
 }
 
 size_t editDistance(std::wstring_view a, std::wstring_view b)

@@ -35,7 +35,7 @@ void warn(const std::wstring& message)
     if (function)
         function(message);
     else
-        std::fprintf(stderr, "%s\n", Strings::narrow(message).c_str());
+        std::fprintf(stderr, "%s\n", Strings::forTerminal(Strings::narrow(message)).c_str());
 }
 
 void warningHandler(std::function<void(const std::wstring&)> function)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <new>
+#include <system_error>
 #include <utility>
 
 namespace Vs::Translate {
@@ -14,8 +15,12 @@ EarlyMeshing::EarlyMeshing()
 {
     // The reader keeps one processor busy.
     const unsigned free = std::max(1u, std::thread::hardware_concurrency()) - 1;
-    for (unsigned i = 0; i < free; ++i)
-        m_threads.emplace_back([this] { work(); });
+    try {
+        for (unsigned i = 0; i < free; ++i)
+            m_threads.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+        // Where the system gives no more threads, what isn't meshed early is meshed later.
+    }
 }
 
 EarlyMeshing::~EarlyMeshing()

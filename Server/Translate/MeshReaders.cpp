@@ -1,8 +1,11 @@
 #include "Server/Translate/MeshReaders.h"
 
+#include "Server/Translate/Beside.h"
+#include "Server/Translate/KernelFiles.h"
 #include "Server/Translate/KernelMessages.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
+#include "Server/Translate/ObjLibraries.h"
 
 #include <RWGltf_CafReader.hxx>
 #include <RWObj_CafReader.hxx>
@@ -113,13 +116,6 @@ Reading readMesh(RWMesh_CafReader& reader, const char* format, const std::string
     return reading;
 }
 
-// Whether a file that another refers to lies in that one's folder or below it.
-bool isInside(const fs::path& folder, const fs::path& file)
-{
-    const fs::path relative = fs::weakly_canonical(file).lexically_relative(fs::weakly_canonical(folder));
-    return !relative.empty() && *relative.begin() != "..";
-}
-
 bool holds(std::string_view text, std::string_view word)
 {
     return text.find(word) != std::string_view::npos;
@@ -152,27 +148,31 @@ bool mayReferToFiles(std::string_view json)
     return false;
 }
 
-// The names of the files of colours. With blanks in it, a name may stand for one file or for several.
-std::vector<std::string> librariesOf(std::string_view text)
+// Gives the kernel the file without the names of colours that lie elsewhere, and tells of those beside it.
+std::vector<std::string> refuseLibraries(const std::string& path, KernelFiles& files, Reporter& reporter)
 {
-    constexpr std::string_view kWord = "mtllib", kBlanks = " \t\r";
-    std::vector<std::string> names;
-    for (size_t at = text.find(kWord); at != std::string_view::npos; at = text.find(kWord, at + 1)) {
-        std::string_view rest = text.substr(at + kWord.size());
-        rest = rest.substr(0, rest.find('\n'));
-        const size_t first = rest.find_first_not_of(kBlanks);
-        if (first == std::string_view::npos)
+    const MappedFile file(path);
+    std::string text = joinedObjLines(file.bytes());
+    std::vector<std::string> refused;
+    for (const ObjLibraryLine& line : objLibraryLines(text.empty() ? file.bytes() : text)) {
+        const bool beside = std::all_of(line.names.begin(), line.names.end(), [&](std::string name) {
+            // As other systems write it.
+            std::replace(name.begin(), name.end(), '\\', '/');
+            return liesBeside(path, fs::path(path).parent_path() / name);
+        });
+        if (beside) {
+            for (const std::string& name : line.names)
+                reporter.dependsOn((fs::path(path).parent_path() / name).string());
             continue;
-        rest = rest.substr(first, rest.find_last_not_of(kBlanks) + 1 - first);
-        names.emplace_back(rest);
-        for (size_t end; (end = rest.find_first_of(kBlanks)) != std::string_view::npos;) {
-            names.emplace_back(rest.substr(0, end));
-            rest.remove_prefix(std::min(rest.size(), rest.find_first_not_of(kBlanks, end)));
-            if (rest.find_first_of(kBlanks) == std::string_view::npos)
-                names.emplace_back(rest);
         }
+        if (text.empty())
+            text = file.bytes();
+        refused.push_back(line.names.front());
+        text.replace(line.begin, line.size, line.size, ' ');
     }
-    return names;
+    if (!text.empty())
+        files.replace(std::move(text));
+    return refused;
 }
 
 // A GLB file begins with "glTF", its version and its length, each of four bytes.
@@ -192,14 +192,18 @@ void checkComplete(std::string_view bytes)
 Reading readObj(const std::string& path, Reporter& reporter)
 {
     reporter.stage("reading the file", 0.0, 0.7);
+    KernelFiles files(path);
+    std::vector<std::string> refused = refuseLibraries(path, files, reporter);
     const Handle(RWObj_CafReader) reader = new RWObj_CafReader;
     // Coordinates have no unit; as nearly everybody does, they are taken for millimetres with y upwards.
     reader->SetFileLengthUnit(kMillimetre);
     Reading reading = readMesh(*reader, "OBJ", path, "holds no triangles", reporter);
-    const MappedFile file(path);
-    for (const std::string& library : librariesOf(file.bytes()))
-        reporter.dependsOn((fs::path(path).parent_path() / library).string());
-    if (file.bytes().back() != '\n')
+    for (const TCollection_AsciiString& other : reader->ExternalFiles())
+        if (!liesBeside(path, other.ToCString()))
+            refused.push_back(other.ToCString());
+    for (const std::string& other : refused)
+        reading.warnings.push_back(refusalOf(other) + ", which was not read");
+    if (MappedFile(path).bytes().back() != '\n')
         reading.warnings.push_back("ends in the middle of a line, and may be cut off");
     return reading;
 }
@@ -227,8 +231,8 @@ Reading readGltf(const std::string& path, bool binary, Reporter& reporter)
     }
     for (int i = 1; i <= probe->ExternalFiles().Extent(); ++i) {
         const std::string file = probe->ExternalFiles()(i).ToCString();
-        if (!isInside(fs::path(path).parent_path(), file))
-            throw Unreadable("refers to a file outside of its own folder, " + file);
+        if (!liesBeside(path, file))
+            throw Unreadable(refusalOf(file));
         reporter.dependsOn(file);
     }
     const Handle(RWGltf_CafReader) reader = new RWGltf_CafReader;

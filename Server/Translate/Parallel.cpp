@@ -4,6 +4,7 @@
 #include <atomic>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -25,8 +26,12 @@ void forEachInParallel(size_t count, const std::function<void(size_t)>& job)
     };
     std::vector<std::thread> others;
     const size_t processors = std::max(1u, std::thread::hardware_concurrency());
-    while (others.size() + 1 < std::min(processors, count))
-        others.emplace_back(work);
+    try {
+        while (others.size() + 1 < std::min(processors, count))
+            others.emplace_back(work);
+    } catch (const std::system_error&) {
+        // Where the system gives no more threads, those that there are do it.
+    }
     work();
     for (std::thread& thread : others)
         thread.join();

@@ -22,6 +22,8 @@ public:
     void error(const std::string& text) { send({Exchange::WorkerMessage::Kind::Error, 0, text}); }
     /// What is read depends on another file, too; an empty path for one whose name isn't known.
     void dependsOn(const std::string& path) { send({Exchange::WorkerMessage::Kind::Other, 0, path}); }
+    /// For the log of the machine.
+    void note(const std::string& text) { send({Exchange::WorkerMessage::Kind::Note, 0, text}); }
     void done() { send({Exchange::WorkerMessage::Kind::Done, 1, {}}); }
 
 private:

@@ -1,8 +1,11 @@
 #include "Server/Translate/StepReader.h"
 
+#include "Server/Translate/Beside.h"
 #include "Server/Translate/MappedFile.h"
+#include "Server/Translate/StepReferences.h"
 
 #include <Interface_Static.hxx>
+#include <STEPCAFControl_ExternFile.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <Standard_Failure.hxx>
 #include <StepShape_ShapeRepresentation.hxx>
@@ -13,6 +16,7 @@
 #include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 
+#include <filesystem>
 #include <istream>
 
 namespace Vs::Translate {
@@ -43,9 +47,12 @@ public:
         const Handle(XSControl_TransferReader)& transfer = m_reader.Reader().WS()->TransferReader();
         const Handle(Transfer_TransientProcess) process =
             transfer.IsNull() ? nullptr : transfer->TransientProcess();
-        for (; !process.IsNull() && m_seen < process->NbMapped(); ++m_seen)
-            if (process->Mapped(m_seen + 1)->IsKind(STANDARD_TYPE(StepShape_ShapeRepresentation)))
+        for (; !process.IsNull() && m_seen < process->NbMapped(); ++m_seen) {
+            // A reference to what isn't in the file is mapped as well, as nothing.
+            const Handle(Standard_Transient)& entity = process->Mapped(m_seen + 1);
+            if (!entity.IsNull() && entity->IsKind(STANDARD_TYPE(StepShape_ShapeRepresentation)))
                 mesh(TransferBRep::ShapeResult(process->MapItem(m_seen + 1)));
+        }
     }
 
 private:
@@ -59,6 +66,26 @@ private:
     EarlyMeshing& m_meshing;
     int m_seen = 0;
 };
+
+// What the parts that lie in other files come from. Those have files of their own, which the kernel doesn't
+// tell.
+void tellReferences(const StepReferences& references, StepReader& reader, const std::string& path,
+                    Reading& reading, Reporter& reporter)
+{
+    std::vector<std::string> refused = references.refused;
+    for (const std::string& name : references.beside)
+        reporter.dependsOn((std::filesystem::path(path).parent_path() / name).string());
+    for (NCollection_DataMap<TCollection_AsciiString, Handle(STEPCAFControl_ExternFile)>::Iterator each(
+             reader.ExternFiles());
+         each.More(); each.Next()) {
+        const StepReferences further = takeReferences(each.Value()->GetWS(), path);
+        refused.insert(refused.end(), further.refused.begin(), further.refused.end());
+        if (!further.beside.empty() || !further.refused.empty())
+            reporter.dependsOn({});
+    }
+    for (const std::string& name : refused)
+        reading.warnings.push_back(refusalOf(name) + ", which was not read");
+}
 
 bool holds(std::string_view text, std::initializer_list<std::string_view> words)
 {
@@ -102,8 +129,12 @@ Reading readStep(const std::string& path, bool annotations, Reporter& reporter)
     const Handle(TransferWatch) progress = new TransferWatch(reporter, *reader, *reading.early);
     if (tessellated)
         reading.ifEmpty = "holds only tessellated geometry, which can't be read";
+    const StepReferences references = takeReferences(reader->Reader().WS(), path);
+    if (!references.refused.empty())
+        reading.ifEmpty = refusalOf(references.refused.front());
     if (!reader->Transfer(document, progress->Start()))
         throw Unreadable(reading.ifEmpty);
+    tellReferences(references, *reader, path, reading, reporter);
     if (tessellated)
         reading.warnings.push_back("holds tessellated geometry beside the rest, which was left out");
     if (annotated)

@@ -1,5 +1,7 @@
 #include "Server/Translate/VrmlReader.h"
 
+#include "Server/Translate/Beside.h"
+#include "Server/Translate/KernelFiles.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
 
@@ -195,6 +197,8 @@ Reading readVrml(const std::string& path, Reporter& reporter)
     VrmlData_Scene scene;
     scene.SetLinearScale(kMillimetresInMetre);
     scene.SetVrmlDir(std::filesystem::path(path).parent_path().c_str());
+    KernelFiles files(path);
+    files.empty("#VRML V2.0 utf8\n");
     {
         const MappedFile file(path);
         if (file.bytes().starts_with("#VRML V1"))
@@ -208,9 +212,12 @@ Reading readVrml(const std::string& path, Reporter& reporter)
     if (scene.Status() != VrmlData_StatusOK)
         throw Unreadable("isn't a valid VRML file: line " + std::to_string(scene.GetLineError()) + ": " +
                          faultText(scene.Status()));
+    for (const std::string& other : files.refused())
+        reading.warnings.push_back(refusalOf(other) + ", which was not read");
     reporter.stage("making the parts", 0.6, 0.95);
     SceneBuilder(reading.model->document()).build(scene, stemOf(path));
-    reading.ifEmpty = "holds no triangles or solids";
+    reading.ifEmpty =
+        files.refused().empty() ? "holds no triangles or solids" : refusalOf(files.refused().front());
     takeMeshes(reading, reporter);
     return reading;
 }

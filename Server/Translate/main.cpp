@@ -1,27 +1,31 @@
 // The worker: reads or writes one foreign file for the program that started it, and tells it over a pipe how
 // that goes. It may crash or be killed at any time; nothing of the program goes with it.
 //
-//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--memory=BYTES]
-//     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [--memory=BYTES]
+//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [LIMITS]
+//     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [LIMITS]
+//
+// The limits are --memory=BYTES of address space and --written=BYTES of the result.
 
+#include "Server/Translate/Beside.h"
 #include "Server/Translate/Combine.h"
 #include "Server/Translate/Family.h"
 #include "Server/Translate/Import.h"
 #include "Server/Translate/MappedFile.h"
+#include "Server/Translate/Wall.h"
 
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
 
-#include <algorithm>
-#include <csignal>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <malloc.h>
 #include <new>
-#include <string_view>
-#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -29,20 +33,16 @@ namespace Vs::Translate {
 
 namespace {
 
-void limitMemory(rlim_t bytes)
+/// What the program asks for, from the command line.
+struct Task
 {
-    if (bytes == 0) {
-        const rlim_t all = rlim_t(sysconf(_SC_PHYS_PAGES)) * rlim_t(sysconf(_SC_PAGE_SIZE));
-        bytes = std::max<rlim_t>(all / 5 * 4, rlim_t(2) << 30);
-    }
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they need more room than there is
-    const rlimit memory{bytes, bytes};
-    setrlimit(RLIMIT_AS, &memory);
-#endif
-    // A dump of a crash would take longer than all the rest.
-    const rlimit none{0, 0};
-    setrlimit(RLIMIT_CORE, &none);
-}
+    bool import = true;
+    Exchange::Format format = Exchange::Format::Unknown;
+    std::string source, target;
+    bool annotations = true;
+    Writing writing;
+    uint64_t memory = RLIM_INFINITY, written = RLIM_INFINITY;
+};
 
 // The kernel takes and gives back arrays of some hundred kilobytes all the time. By its usual limits the
 // allocator would hand each of them back to the system, whose fresh pages are a tenth of the time of a small
@@ -53,26 +53,82 @@ void keepFreedMemory()
     mallopt(M_TRIM_THRESHOLD, 512 << 20);
 }
 
-void exportFile(Exchange::Format format, const std::string& data, const Writing& writing,
-                const std::string& path, Reporter& reporter)
+bool parse(const std::vector<std::string>& arguments, Task& task)
 {
-    reporter.stage("reading the model", 0.0, 0.1);
-    const MappedFile file(data);
-    Kernel::XdeModel model(file.bytes());
-    if (!writing.combined.empty())
-        combineParts(model, writing.combined);
-    writeFile(format, model, writing, path, reporter);
+    const auto number = [](const std::string& text) { return std::strtoull(text.c_str(), nullptr, 10); };
+    std::vector<std::string> words;
+    for (const std::string& argument : arguments) {
+        if (argument == "--no-annotations")
+            task.annotations = false;
+        else if (argument.starts_with("--memory="))
+            task.memory = number(argument.substr(9));
+        else if (argument.starts_with("--written="))
+            task.written = number(argument.substr(10));
+        else if (argument.starts_with("--combine="))
+            task.writing.combined = argument.substr(10);
+        else if (argument.starts_with("--unit="))
+            task.writing.unit = argument.substr(7);
+        else
+            words.push_back(argument);
+    }
+    if (words.size() != 4 || (words[0] != "import" && words[0] != "export"))
+        return false;
+    task.import = words[0] == "import";
+    task.format = Exchange::formatOfKey(words[1]);
+    task.source = words[2];
+    task.target = words[3];
+    return true;
 }
 
-int run(const std::vector<std::string>& words, bool annotations, const Writing& writing)
+bool mayReferToOthers(Exchange::Format format)
+{
+    return format != Exchange::Format::Iges && format != Exchange::Format::Brep &&
+           format != Exchange::Format::Stl;
+}
+
+/// Throws Unreadable if the result has no place to be written to.
+void closeIn(const Task& task, Reporter& reporter)
+{
+    Wall wall{{task.source}, task.target};
+    if (task.import && mayReferToOthers(task.format))
+        for (std::string& place : placesBeside(task.source))
+            wall.readable.push_back(std::move(place));
+    // The writers put the user's name into the file.
+    if (!task.import)
+        wall.readable.insert(wall.readable.end(), {"/etc/passwd", "/etc/nsswitch.conf"});
+    // Only what is there can be let through.
+    const int target = open(task.target.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (target < 0)
+        throw Unreadable("can't be kept: " + task.target + ": " + std::strerror(errno));
+    close(target);
+    const WallParts parts = raiseWall(wall);
+    if (!parts.files || !parts.calls)
+        reporter.note(std::string("this system offers no ") +
+                      (parts.files   ? "filter of system calls"
+                       : parts.calls ? "Landlock"
+                                     : "Landlock and no filter of system calls") +
+                      ": files are read by workers that keep rights which they have no need of");
+}
+
+void exportFile(const Task& task, Reporter& reporter)
+{
+    reporter.stage("reading the model", 0.0, 0.1);
+    const MappedFile file(task.source);
+    Kernel::XdeModel model(file.bytes());
+    if (!task.writing.combined.empty())
+        combineParts(model, task.writing.combined);
+    writeFile(task.format, model, task.writing, task.target, reporter);
+}
+
+int run(const Task& task)
 {
     Reporter reporter;
-    const Exchange::Format format = Exchange::formatOfKey(words[1]);
     try {
-        if (words[0] == "import")
-            importFile(format, words[2], words[3], annotations, reporter);
+        closeIn(task, reporter);
+        if (task.import)
+            importFile(task.format, task.source, task.target, task.annotations, reporter);
         else
-            exportFile(format, words[2], writing, words[3], reporter);
+            exportFile(task, reporter);
         reporter.done();
         return 0;
     } catch (const std::bad_alloc&) {
@@ -95,30 +151,14 @@ int run(const std::vector<std::string>& words, bool annotations, const Writing& 
 
 int main(int argc, char** argv)
 {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    std::vector<std::string> words;
-    bool annotations = true;
-    rlim_t memory = 0;
-    Vs::Translate::Writing writing;
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
-        if (argument == "--no-annotations")
-            annotations = false;
-        else if (argument.starts_with("--memory="))
-            memory = std::strtoull(argument.c_str() + 9, nullptr, 10);
-        else if (argument.starts_with("--combine="))
-            writing.combined = argument.substr(10);
-        else if (argument.starts_with("--unit="))
-            writing.unit = argument.substr(7);
-        else
-            words.emplace_back(argument);
-    }
-    if (words.size() != 4 || (words[0] != "import" && words[0] != "export")) {
+    Vs::Translate::endWithParent(Vs::Exchange::kWorkerPipe);
+    Vs::Translate::Task task;
+    if (!Vs::Translate::parse({argv + 1, argv + argc}, task)) {
         std::fprintf(stderr, "A worker is started by quillet; it is of no use by itself.\n");
         return 2;
     }
-    Vs::Translate::limitMemory(memory);
+    Vs::Translate::limitUse(task.memory, task.written);
     Vs::Translate::keepFreedMemory();
     // Taking the kernel's structures apart takes long, and the system does it at once.
-    std::_Exit(Vs::Translate::run(words, annotations, writing));
+    std::_Exit(Vs::Translate::run(task));
 }

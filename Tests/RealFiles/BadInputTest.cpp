@@ -137,6 +137,54 @@ TEST(BadInput, PathsThatAreNoReadableFileAreRefused)
     expectRefusedByName(locked);
 }
 
+TEST(BadInput, UnderEveryLimitOfTheSystemTheProgramAnswersAndSaysWhatFailed)
+{
+    const ScratchFolder scratch;
+    std::string triangles = "solid many\n";
+    for (int i = 0; i < 5000; ++i)
+        triangles += "facet normal 0 0 1 outer loop vertex " + std::to_string(i) + " 0 0 vertex " +
+                     std::to_string(i) + ".5 0 0 vertex 0 1 0 endloop endfacet\n";
+    const fs::path file = scratch.write("many.stl", triangles + "endsolid many\n");
+    const fs::path place = scratch.path() / "place";
+    fs::create_directory(place);
+    fs::permissions(scratch.path(), fs::all_all);
+    fs::permissions(place, fs::all_all);
+    const std::vector<std::string> nobody{"/usr/bin/setpriv", "--reuid=65534", "--regid=65534",
+                                          "--clear-groups"};
+    std::vector<std::vector<std::string>> rows{{"/usr/bin/prlimit", "--nofile=12"},
+                                               {"/usr/bin/prlimit", "--as=400000000"},
+                                               {"/usr/bin/prlimit", "--stack=256000"},
+                                               {"/usr/bin/prlimit", "--fsize=10000"}};
+    if (geteuid() == 0) {
+        for (const char* processes : {"--nproc=1", "--nproc=2"}) {
+            rows.push_back(nobody);
+            rows.back().insert(rows.back().end(), {"/usr/bin/prlimit", processes});
+        }
+        rows.push_back({"/usr/bin/unshare", "--mount", "/bin/sh", "-c",
+                        "mount -t tmpfs -o size=100k none \"$0\" && exec \"$@\"", place.string()});
+    }
+    for (std::vector<std::string> words : rows) {
+        SCOPED_TRACE(words.size() > 4 ? words.back() : words[1]);
+        words.insert(words.end(),
+                     {(runningTree() / "bin/quillet").string(), "--headless", "--keep-going", "--profile-dir",
+                      place.string(), "--command", "Document.Open " + quoted(file), "--command",
+                      "Design.Sample", "--command", "Document.SaveAs " + quoted(place / "saved.vlra"),
+                      "--command", "Asset.List"});
+        const std::string program = words.front();
+        words.erase(words.begin());
+        const ProcessResult run =
+            runProcess(program, words, {.environment = {"DISPLAY=", "WAYLAND_DISPLAY="}});
+        EXPECT_FALSE(run.timedOut);
+        EXPECT_EQ(run.signal, 0) << run.errors;
+        EXPECT_NE(run.output.find("Document name: "), std::string::npos) << run.output << run.errors;
+        EXPECT_TRUE(run.exitCode == 0 || run.errors.find("--command:") != std::string::npos) << run.errors;
+        EXPECT_EQ(run.errors.find("crashed"), std::string::npos) << run.errors;
+        fs::remove(place / "saved.vlra");
+    }
+    if (geteuid() != 0)
+        GTEST_SKIP() << "NOTICE: the limits of processes and of the disk are tried by root alone";
+}
+
 TEST(BadInput, AFileWhoseAnnotationsCannotBeReadOpensWithAWarning)
 {
     SKIP_WITHOUT_REAL_DATA();

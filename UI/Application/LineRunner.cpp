@@ -18,46 +18,10 @@
 namespace Quillet {
 namespace {
 
-bool isLineEnd(const std::string& text, size_t at)
-{
-    return text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
-}
-
-/// Whether the byte belongs to a control character other than tab and line feed. Those above U+0080 are two
-/// bytes, of which the second decides.
-bool isControl(const std::string& text, size_t at)
-{
-    const auto byte = static_cast<unsigned char>(text[at]);
-    if (byte == 0xc2 && at + 1 < text.size())
-        return static_cast<unsigned char>(text[at + 1]) < 0xa0;
-    return (byte < 0x20 && byte != '\t' && byte != '\n') || byte == 0x7f;
-}
-
-/// Texts from files and lines must not steer the terminal that shows them.
-std::string withoutControls(const std::string& text)
-{
-    std::string result;
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (!isControl(text, i)) {
-            result += text[i];
-            continue;
-        }
-        if (isLineEnd(text, i))
-            continue;
-        result += "\xef\xbf\xbd"; // The sign that stands for characters that cannot be shown.
-        i += static_cast<unsigned char>(text[i]) == 0xc2;
-    }
-    return result;
-}
-
 void write(std::FILE* stream, const std::string& text)
 {
-    bool plain = true;
-    for (size_t i = 0; plain && i < text.size(); ++i)
-        plain = !isControl(text, i);
-    if (!plain)
-        return write(stream, withoutControls(text));
-    std::fwrite(text.data(), 1, text.size(), stream);
+    const std::string shown = Vs::Strings::forTerminal(text);
+    std::fwrite(shown.data(), 1, shown.size(), stream);
     std::fputc('\n', stream);
 }
 

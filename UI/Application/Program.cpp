@@ -52,7 +52,7 @@ bool isSet(const char* name)
 
 void complain(const std::string& message)
 {
-    std::fprintf(stderr, "quillet: %s\n", message.c_str());
+    std::fprintf(stderr, "quillet: %s\n", Vs::Strings::forTerminal(message).c_str());
 }
 
 /// A folder that cannot be there is found out before anything wants to write into it. That it cannot be
@@ -201,6 +201,8 @@ int runProgram(CommandLine line, int& count, char** arguments)
     // with whoever reads its answers, as programs in a pipe do.
     if (!line.headless)
         std::signal(SIGPIPE, SIG_IGN);
+    // A file that would grow beyond what the system allows can't be written, and no more.
+    std::signal(SIGXFSZ, SIG_IGN);
     // Reading the first file takes longest, and needs nothing of what starts now.
     if (!lists && !line.files.empty())
         Vs::DocumentOpener::expect(line.files.front());

@@ -1,4 +1,5 @@
 #include "Server/Base/SoftwareVersion.h"
+#include "Server/Base/Strings.h"
 #include "UI/Application/Program.h"
 #include "UI/Application/Revision.h"
 
@@ -25,7 +26,8 @@ int run(int count, char** arguments)
 {
     const CommandLine line = parseCommandLine({arguments + 1, arguments + count});
     if (!line.error.empty()) {
-        std::fprintf(stderr, "quillet: %s\nTry: quillet --help\n", line.error.c_str());
+        std::fprintf(stderr, "quillet: %s\nTry: quillet --help\n",
+                     Vs::Strings::forTerminal(line.error).c_str());
         return kExitUsage;
     }
     if (line.help) {
@@ -51,7 +53,7 @@ int main(int count, char** arguments)
     try {
         code = run(count, arguments);
     } catch (const std::exception& fault) {
-        std::fprintf(stderr, "quillet: %s\n", fault.what());
+        std::fprintf(stderr, "quillet: %s\n", Vs::Strings::forTerminal(fault.what()).c_str());
     }
     // Answers that nobody got, on a full disk say, are no success.
     errno = 0;

@@ -47,7 +47,8 @@ void ScriptStreams::show()
     TextOutput* output = TextCommandMgr::get()->output();
     for (const Line& line : lines) {
         if (!output)
-            std::fprintf(line.kind == Kind::Output ? stdout : stderr, "%s\n", line.text.c_str());
+            std::fprintf(line.kind == Kind::Output ? stdout : stderr, "%s\n",
+                         Strings::forTerminal(line.text).c_str());
         for (TextOutput* each : {output, PythonManager::get()->display()}) {
             if (each && line.kind == Kind::Output)
                 each->message(Strings::widen(line.text));

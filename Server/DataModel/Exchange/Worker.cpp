@@ -1,33 +1,59 @@
 #include "Server/DataModel/Exchange/Worker.h"
 
 #include <algorithm>
+#include <cctype>
 #include <csignal>
 #include <cstring>
-#include <ctime>
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <filesystem>
 #include <mutex>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/wait.h>
+#include <syslog.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
-
-extern char** environ;
 
 namespace Vs::Exchange {
 
 namespace {
 
+using std::chrono::duration_cast;
+using std::chrono::milliseconds;
+
 constexpr uint64_t kMegabyte = 1 << 20;
 constexpr long kFewMegabytes = 4;
+constexpr uint64_t kWrittenPerByte = 100;
 constexpr int kPollInterval = 40; // ms
 // Progress that moves less than this is noise.
 constexpr double kLeastMove = 1e-4;
 // The share of a processor, as a divisor, below which a process counts as asleep.
 constexpr int kLeastShare = 50;
+// What of `patience` it must have worked to be given up, as a divisor.
+constexpr int kPatientShare = 8;
+// By the clock alone, limits are so many times as long.
+constexpr int kByTheClock = 4;
+// One whose pipe has ended is about to end itself.
+constexpr milliseconds kEndTakes{500};
+
+// What an honest worker never comes near. One that floods the program is read no faster than its other
+// business allows, and ended.
+constexpr int kBuffersPerTurn = 8;
+constexpr int kMostSteps = 50;
+constexpr size_t kMostTexts = 16 << 20;
+constexpr size_t kTextCosts = 64; // beside its letters
+constexpr size_t kLongestStep = 200;
+constexpr size_t kLongestText = 4000;
+
+/// Less memory than this is not worth a start: the libraries and threads alone reserve nearly as much.
+constexpr uint64_t kLeastMemory = uint64_t(2) << 30;
+
+/// What all workers together may use.
+uint64_t memoryForAll()
+{
+    const uint64_t all = uint64_t(sysconf(_SC_PHYS_PAGES)) * uint64_t(sysconf(_SC_PAGE_SIZE));
+    return std::max(all / 5 * 4, kLeastMemory);
+}
 
 std::string signalText(int signal)
 {
@@ -38,40 +64,26 @@ std::string signalText(int signal)
     return result;
 }
 
-/// Processes whose work is done, and whose memory the system still takes apart. Nobody waits for that, since
-/// it takes as long as the reading of a small file; each is collected when a later one comes or goes. Those
-/// of the end of the program are the system's to collect.
-class DepartingProcesses
+std::string howItEnded(std::optional<int> state)
 {
-public:
-    static DepartingProcesses& get()
-    {
-        static auto& processes = *new DepartingProcesses;
-        return processes;
-    }
+    // Where somebody ignores the ends of children, all that is known is what the worker said.
+    if (!state)
+        return {};
+    if (WIFSIGNALED(*state))
+        return " (" + signalText(WTERMSIG(*state)) + ")";
+    return " (exit code " + std::to_string(WEXITSTATUS(*state)) + ")";
+}
 
-    void add(pid_t process)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_processes.push_back(process);
-        std::erase_if(m_processes, [](pid_t one) { return waitpid(one, nullptr, WNOHANG) != 0; });
-    }
-    void wait()
-    {
-        const std::lock_guard lock(m_mutex);
-        for (const pid_t process : std::exchange(m_processes, {}))
-            while (waitpid(process, nullptr, 0) < 0 && errno == EINTR)
-                ;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::vector<pid_t> m_processes;
-};
-
-std::string seconds(std::chrono::milliseconds time)
+std::string seconds(milliseconds time)
 {
-    return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(time).count()) + " seconds";
+    return std::to_string(duration_cast<std::chrono::seconds>(time).count()) + " seconds";
+}
+
+/// For whoever looks after the machine; a user can do nothing about it.
+void logOnce(const std::string& note)
+{
+    static std::once_flag logged;
+    std::call_once(logged, [&] { syslog(LOG_USER | LOG_NOTICE, "quillet: %s", note.c_str()); });
 }
 
 } // namespace
@@ -84,13 +96,8 @@ WorkerLimits WorkerLimits::forFile(uint64_t bytes)
     // Of a few megabytes, no step takes long even on a processor that many share.
     limits.patience += std::chrono::seconds(10 * std::max(0L, megabytes - kFewMegabytes));
     limits.total += std::chrono::seconds(30 * megabytes);
+    limits.written += kWrittenPerByte * bytes;
     return limits;
-}
-
-Worker::~Worker()
-{
-    if (m_process > 0)
-        kill(End::Cancelled, {});
 }
 
 std::string Worker::programPath() const
@@ -107,208 +114,257 @@ std::string Worker::role() const
 
 void Worker::start()
 {
-    if (m_process >= 0 || m_end != End::Running)
-        return;
-    m_started = m_moved = Clock::now();
-    int pipe[2];
-    if (pipe2(pipe, O_CLOEXEC) != 0) {
-        m_end = End::Failed;
-        m_fault = "the " + role() + " can't be started: " + std::strerror(errno);
-        return;
-    }
-    const std::string path = programPath();
-    std::vector<char*> arguments{const_cast<char*>(path.c_str())};
-    for (std::string& argument : m_arguments)
-        arguments.push_back(argument.data());
-    const std::string memory = "--memory=" + std::to_string(m_limits.memory);
-    arguments.push_back(const_cast<char*>(memory.c_str()));
-    arguments.push_back(nullptr);
+    start(memoryForAll());
+}
 
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    // The kernel prints whatever it likes, in our user's way.
-    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, pipe[1], kWorkerPipe);
-    // A group of its own: Ctrl-C is for this program, which then ends the worker in its own way.
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t all, none;
-    sigfillset(&all);
-    sigemptyset(&none);
-    posix_spawnattr_setsigdefault(&attributes, &all);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setflags(&attributes,
-                             POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
-    const int error = posix_spawn(&m_process, path.c_str(), &actions, &attributes, arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
-    close(pipe[1]);
-    if (error != 0) {
-        close(pipe[0]);
-        m_process = -1;
+void Worker::start(uint64_t memory)
+{
+    if (m_process.running() || m_end != End::Running)
+        return;
+    m_memory = m_limits.memory > 0 ? m_limits.memory : memory;
+    m_started = m_moved = m_wanted = Clock::now();
+    std::vector<std::string> arguments = m_arguments;
+    arguments.push_back("--memory=" + std::to_string(m_memory));
+    arguments.push_back("--written=" + std::to_string(m_limits.written));
+    const std::string path = programPath();
+    if (const int error = m_process.start(path, std::move(arguments)); error != 0) {
         m_end = End::Failed;
         m_fault = "the worker " + path + " can't be started: " + std::strerror(error);
-        return;
     }
-    fcntl(pipe[0], F_SETFL, O_NONBLOCK);
-    m_pipe = pipe[0];
+}
+
+// Forgets what came of the first try.
+void Worker::startAgain(uint64_t memory)
+{
+    m_end = End::Running;
+    m_reader = {};
+    m_fraction = 0;
+    m_step = "starting";
+    m_steps = 0;
+    m_texts = 0;
+    m_error.clear();
+    m_fault.clear();
+    m_warnings.clear();
+    m_others.clear();
+    m_movedWork = milliseconds(0);
+    start(memory);
 }
 
 void Worker::readMessages()
 {
     char buffer[65536];
-    ssize_t got;
-    while ((got = read(m_pipe, buffer, sizeof buffer)) > 0 || (got < 0 && errno == EINTR))
+    ssize_t got = 0;
+    for (int i = 0; i < kBuffersPerTurn; ++i) {
+        got = read(m_process.pipe(), buffer, sizeof buffer);
         if (got > 0)
             m_reader.add({buffer, static_cast<size_t>(got)});
-    const bool ended = got == 0 || (got < 0 && errno != EAGAIN);
-    bool moved = false;
-    while (const auto message = m_reader.next()) {
-        switch (message->kind) {
-        case WorkerMessage::Kind::Progress:
-            if (message->fraction > m_fraction + kLeastMove || message->text != m_step)
-                moved = true;
-            m_fraction = std::max(m_fraction, std::min(message->fraction, 1.0));
-            m_step = message->text;
+        else if (got == 0 || errno != EINTR)
             break;
-        case WorkerMessage::Kind::Warning:
-            m_warnings.push_back(message->text);
-            break;
-        case WorkerMessage::Kind::Error:
-            m_error = message->text;
-            break;
-        case WorkerMessage::Kind::Other:
-            m_others.push_back(message->text);
-            break;
-        case WorkerMessage::Kind::Done:
-            m_done = true;
-            break;
-        }
     }
-    if (moved) {
-        m_moved = Clock::now();
-        m_movedWork = processorTime();
-    }
+    const bool ended = got == 0 || (got < 0 && errno != EAGAIN && errno != EINTR);
+    while (const auto message = m_reader.next())
+        take(*message);
     if (m_done)
         leave();
-    else if (ended || m_reader.broken())
+    else if (m_reader.broken() || m_texts > kMostTexts)
+        kill(End::Crashed, "the " + role() + "'s answers can't be understood, while " + m_step);
+    else if (ended)
         reap();
 }
 
-// Its result is complete.
+void Worker::take(const WorkerMessage& message)
+{
+    switch (message.kind) {
+    case WorkerMessage::Kind::Progress:
+        takeProgress(message);
+        break;
+    case WorkerMessage::Kind::Warning:
+        keepText(m_warnings, message.text.substr(0, kLongestText));
+        break;
+    case WorkerMessage::Kind::Error:
+        m_error = message.text.substr(0, kLongestText);
+        break;
+    case WorkerMessage::Kind::Other:
+        keepText(m_others, message.text);
+        break;
+    case WorkerMessage::Kind::Note:
+        logOnce(message.text.substr(0, kLongestText));
+        break;
+    case WorkerMessage::Kind::Done:
+        m_done = true;
+        break;
+    }
+}
+
+void Worker::takeProgress(const WorkerMessage& message)
+{
+    const std::string step = message.text.substr(0, kLongestStep);
+    const bool nextStep = step != m_step && ++m_steps <= kMostSteps;
+    if (message.fraction > m_fraction + kLeastMove || nextStep)
+        noteProgress();
+    m_fraction = std::max(m_fraction, std::min(message.fraction, 1.0));
+    m_step = step;
+}
+
+void Worker::keepText(std::vector<std::string>& list, const std::string& text)
+{
+    m_texts += text.size() + kTextCosts;
+    if (m_texts <= kMostTexts)
+        list.push_back(text);
+}
+
+void Worker::noteProgress()
+{
+    m_moved = m_wanted = Clock::now();
+    m_movedWork = m_process.processorTime().value_or(m_movedWork);
+}
+
+// Its result is complete. It ends by itself now, or isn't asked.
 void Worker::leave()
 {
-    close(std::exchange(m_pipe, -1));
-    DepartingProcesses::get().add(std::exchange(m_process, -1));
+    m_process.dismiss();
     m_end = End::Done;
 }
 
 void Worker::waitForDeparting()
 {
-    DepartingProcesses::get().wait();
+    WorkerProcess::waitForDismissed();
 }
 
 // The pipe has ended: so has the worker, or it is about to.
 void Worker::reap()
 {
-    close(std::exchange(m_pipe, -1));
-    const int process = std::exchange(m_process, -1);
-    if (m_reader.broken())
-        ::kill(process, SIGKILL);
-    int status = 0;
-    pid_t waited;
-    do
-        waited = waitpid(process, &status, 0);
-    while (waited < 0 && errno == EINTR);
-    // Where somebody ignores the ends of children, all that is known is what the worker said.
-    const bool known = waited == process;
-    if (!m_error.empty()) {
-        m_end = m_error.starts_with("memory:") ? End::Exhausted : End::Failed;
-        m_fault = m_end == End::Exhausted
-                      ? "the " + role() + " needed more memory than there is while " + m_step
-                      : m_error;
+    const std::optional<int> state = m_process.collect(kEndTakes);
+    if (m_error.starts_with("memory:")) {
+        m_end = End::Exhausted;
+        m_fault = "the " + role() + " needed more memory than there is while " + m_step;
+    } else if (!m_error.empty()) {
+        m_end = End::Failed;
+        m_fault = m_error;
     } else {
         m_end = End::Crashed;
-        std::string how;
-        if (known && WIFSIGNALED(status))
-            how = " (" + signalText(WTERMSIG(status)) + ")";
-        else if (known)
-            how = " (exit code " + std::to_string(WEXITSTATUS(status)) + ")";
-        m_fault = "the " + role() + " crashed" + how + " while " + m_step;
+        m_fault = "the " + role() + " crashed" + howItEnded(state) + " while " + m_step;
     }
 }
 
 void Worker::kill(End why, std::string fault)
 {
-    ::kill(m_process, SIGKILL);
-    reap();
+    m_process.collect(milliseconds(0));
     m_end = why;
     m_fault = std::move(fault);
 }
 
-std::chrono::milliseconds Worker::processorTime() const
+// What hardly works at all isn't busy, unless it would and gets no processor: it waits for something that
+// won't come. A look may find it between two pieces of work, so that it takes many.
+bool Worker::isAsleep(Clock::time_point now, milliseconds worked)
 {
-    clockid_t clock;
-    timespec time;
-    if (clock_getcpuclockid(m_process, &clock) != 0 || clock_gettime(clock, &time) != 0)
-        return m_movedWork;
-    return std::chrono::seconds(time.tv_sec) + std::chrono::milliseconds(time.tv_nsec / 1'000'000);
+    if (m_process.wantsProcessor())
+        m_wanted = now;
+    return worked < (now - m_moved) / kLeastShare && now - m_wanted > m_limits.stalled / 2;
 }
 
 void Worker::checkLimits(Clock::time_point now)
 {
     const auto waited = now - m_moved;
     const auto running = now - m_started;
-    if (waited < std::min(m_limits.stalled, m_limits.patience) && running < m_limits.total)
+    if (waited < std::min(m_limits.stalled / 2, m_limits.patience) && running < m_limits.total)
         return;
-    const auto work = processorTime();
-    const auto worked = work - m_movedWork;
-    // What hardly works at all isn't busy: it waits for something that won't come.
-    const bool asleep = worked < waited / kLeastShare;
-    if (waited > m_limits.patience || (waited > m_limits.stalled && (asleep || worked > m_limits.stalled)))
+    const milliseconds work = m_process.processorTime().value_or(m_movedWork);
+    const milliseconds worked = work - m_movedWork;
+    const bool asleep = isAsleep(now, worked);
+    if ((waited > m_limits.stalled && (asleep || worked > m_limits.stalled)) ||
+        (waited > m_limits.patience && worked > m_limits.patience / kPatientShare) ||
+        waited > kByTheClock * m_limits.patience)
         kill(End::Stalled, "the " + role() + " was ended after " +
-                               seconds(std::chrono::duration_cast<std::chrono::milliseconds>(waited)) +
-                               " without progress while " + m_step);
-    else if (running > m_limits.total && work > m_limits.total)
-        kill(End::Stalled,
-             "the " + role() + " was ended after " + seconds(m_limits.total) + " while " + m_step);
+                               seconds(duration_cast<milliseconds>(waited)) + " without progress while " +
+                               m_step);
+    else if ((running > m_limits.total && work > m_limits.total) || running > kByTheClock * m_limits.total)
+        kill(End::Stalled, "the " + role() + " was ended after " +
+                               seconds(duration_cast<milliseconds>(running)) + " while " + m_step);
 }
+
+/// Workers that are run together.
+class Worker::Crew
+{
+public:
+    explicit Crew(std::span<Worker* const> workers) : m_waiting(workers.rbegin(), workers.rend())
+    {
+        const size_t shares = std::max<uint64_t>(1, m_memory / kLeastMemory);
+        const size_t processors = std::max(1u, std::thread::hardware_concurrency());
+        m_atOnce = std::max<size_t>(1, std::min({shares, processors, workers.size()}));
+    }
+
+    /// Returns false when all have ended.
+    bool startSome()
+    {
+        while (m_running.size() < m_atOnce && !m_waiting.empty()) {
+            Worker* worker = m_waiting.back();
+            m_waiting.pop_back();
+            worker->start(m_memory / m_atOnce);
+            if (worker->m_end == End::Running)
+                m_running.push_back(worker);
+        }
+        if (m_running.empty() && !m_hungry.empty()) {
+            m_running.push_back(m_hungry.back());
+            m_hungry.pop_back();
+            m_running.back()->startAgain(m_memory);
+        }
+        std::erase_if(m_running, [](const Worker* worker) { return worker->m_end != End::Running; });
+        return !m_running.empty() || !m_hungry.empty();
+    }
+
+    void look()
+    {
+        std::vector<pollfd> pipes;
+        for (const Worker* worker : m_running)
+            pipes.push_back({worker->m_process.pipe(), POLLIN, 0});
+        poll(pipes.data(), pipes.size(), kPollInterval);
+        const Clock::time_point now = Clock::now();
+        for (size_t i = 0; i < m_running.size(); ++i) {
+            if (pipes[i].revents != 0)
+                m_running[i]->readMessages();
+            if (m_running[i]->m_end == End::Running)
+                m_running[i]->checkLimits(now);
+        }
+    }
+
+    void cancel()
+    {
+        for (Worker* worker : m_running)
+            if (worker->m_end == End::Running)
+                worker->kill(End::Cancelled, "cancelled");
+        for (auto* list : {&m_waiting, &m_hungry})
+            for (Worker* worker : std::exchange(*list, {}))
+                worker->m_end = End::Cancelled;
+    }
+
+    void sortOut()
+    {
+        for (Worker* worker : m_running)
+            if (worker->m_end == End::Exhausted && worker->m_limits.memory == 0 &&
+                worker->m_memory < m_memory)
+                m_hungry.push_back(worker);
+        std::erase_if(m_running, [](const Worker* worker) { return worker->m_end != End::Running; });
+    }
+
+private:
+    const uint64_t m_memory = memoryForAll();
+    size_t m_atOnce;
+    std::vector<Worker*> m_waiting; ///< The first is the last.
+    std::vector<Worker*> m_running;
+    std::vector<Worker*> m_hungry; ///< Those that need more than a share.
+};
 
 void Worker::run(std::span<Worker* const> workers, const Watch& watch)
 {
-    const size_t atOnce = std::max(1u, std::thread::hardware_concurrency());
-    size_t next = 0;
-    std::vector<Worker*> running;
-    for (;;) {
-        while (running.size() < atOnce && next < workers.size()) {
-            Worker* worker = workers[next++];
-            worker->start();
-            if (worker->m_end == End::Running)
-                running.push_back(worker);
-        }
-        if (running.empty())
-            return;
-        std::vector<pollfd> pipes;
-        for (const Worker* worker : running)
-            pipes.push_back({worker->m_pipe, POLLIN, 0});
-        poll(pipes.data(), pipes.size(), kPollInterval);
-        const Clock::time_point now = Clock::now();
-        for (size_t i = 0; i < running.size(); ++i) {
-            if (pipes[i].revents != 0)
-                running[i]->readMessages();
-            if (running[i]->m_end == End::Running)
-                running[i]->checkLimits(now);
-        }
+    Crew crew(workers);
+    while (crew.startSome()) {
+        crew.look();
+        crew.sortOut();
         if (watch && !watch()) {
-            for (Worker* worker : running)
-                if (worker->m_end == End::Running)
-                    worker->kill(End::Cancelled, "cancelled");
-            for (; next < workers.size(); ++next)
-                workers[next]->m_end = End::Cancelled;
+            crew.cancel();
+            crew.sortOut();
         }
-        std::erase_if(running, [](const Worker* worker) { return worker->m_end != End::Running; });
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Exchange/Private/WorkerProcess.h"
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 
 #include <chrono>
@@ -10,16 +11,18 @@
 
 namespace Vs::Exchange {
 
-/// How long a worker may take, and how much it may use. `stalled` and `total` are over when both the clock
-/// and the worker's processor time have passed them, so that an honest file is given up neither on a busy
-/// machine nor on one of many processors. One that waits without working is measured by the clock alone.
+/// How long a worker may take, and how much it may use. It is judged by the processor time that it got, so
+/// that an honest file is given up neither on a busy machine nor on one of many processors. The clock alone
+/// decides only about one that has nothing to do, and at four times `patience` or `total`.
 struct WorkerLimits
 {
     std::chrono::milliseconds stalled{8'000}; ///< Without any progress.
     std::chrono::milliseconds total{240'000};
-    uint64_t memory = 0; ///< Bytes of address space; 0 for four fifths of the machine's memory.
-    /// Without any progress, by the clock alone: however busy the machine is, a person waits no longer.
+    uint64_t memory = 0; ///< Bytes of address space; 0 for a fair share of the machine's.
+    /// Without any progress, by the clock, if it got at least an eighth of it as processor time: a person
+    /// waits no longer.
     std::chrono::milliseconds patience{14'000};
+    uint64_t written = uint64_t(4) << 30; ///< Bytes of its result.
 
     /// Limits that fit an honest file of that size: more for bigger ones.
     static WorkerLimits forFile(uint64_t bytes);
@@ -68,6 +71,7 @@ public:
     /// Shows the progress of all and returns false to cancel. Called at least twenty times a second.
     using Watch = std::function<bool()>;
     /// Runs the workers side by side, at most as many at once as there are processors, until all have ended.
+    /// They share the memory; one for which its share is too small is tried again by itself, with all of it.
     static void run(std::span<Worker* const> workers, const Watch& watch);
 
     /// A worker counts as ended as soon as its result is there; this waits until the processes of all such
@@ -76,12 +80,19 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
+    class Crew;
 
+    void start(uint64_t memory);
+    void startAgain(uint64_t memory);
     std::string role() const;
     std::string programPath() const;
     void readMessages();
+    void take(const WorkerMessage& message);
+    void takeProgress(const WorkerMessage& message);
+    void keepText(std::vector<std::string>& list, const std::string& text);
+    void noteProgress();
     void checkLimits(Clock::time_point now);
-    std::chrono::milliseconds processorTime() const;
+    bool isAsleep(Clock::time_point now, std::chrono::milliseconds worked);
     void kill(End why, std::string fault);
     void leave();
     void reap();
@@ -89,19 +100,22 @@ private:
     std::string m_program;
     std::vector<std::string> m_arguments;
     WorkerLimits m_limits;
+    uint64_t m_memory = 0; ///< The limit that it was started with.
     End m_end = End::Running;
-    int m_process = -1;
-    int m_pipe = -1;
+    WorkerProcess m_process;
     WorkerMessageReader m_reader;
     bool m_done = false;
     double m_fraction = 0;
     std::string m_step = "starting";
+    int m_steps = 0;
+    size_t m_texts = 0; ///< Bytes of what it had to tell.
     std::string m_error;
     std::string m_fault;
     std::vector<std::string> m_warnings;
     std::vector<std::string> m_others;
     Clock::time_point m_started;
     Clock::time_point m_moved;
+    Clock::time_point m_wanted;               ///< When it was last seen to have work to do.
     std::chrono::milliseconds m_movedWork{0}; ///< Processor time at the last progress.
 };
 

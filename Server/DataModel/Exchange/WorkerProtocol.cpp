@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace Vs::Exchange {
 
@@ -25,23 +26,30 @@ std::string encode(const WorkerMessage& message)
     return frame;
 }
 
+void WorkerMessageReader::add(std::string_view bytes)
+{
+    m_bytes.erase(0, std::exchange(m_taken, 0));
+    m_bytes.append(bytes);
+}
+
 std::optional<WorkerMessage> WorkerMessageReader::next()
 {
+    const std::string_view bytes = std::string_view(m_bytes).substr(m_taken);
     uint32_t length;
-    if (m_broken || m_bytes.size() < sizeof length)
+    if (m_broken || bytes.size() < sizeof length)
         return std::nullopt;
-    std::memcpy(&length, m_bytes.data(), sizeof length);
+    std::memcpy(&length, bytes.data(), sizeof length);
     if (length < kFixedPart || length > kLongestMessage) {
         m_broken = true;
         return std::nullopt;
     }
-    if (m_bytes.size() < sizeof length + length)
+    if (bytes.size() < sizeof length + length)
         return std::nullopt;
     WorkerMessage message;
-    message.kind = static_cast<WorkerMessage::Kind>(m_bytes[sizeof length]);
-    std::memcpy(&message.fraction, m_bytes.data() + sizeof length + 1, sizeof message.fraction);
-    message.text = m_bytes.substr(sizeof length + kFixedPart, length - kFixedPart);
-    m_bytes.erase(0, sizeof length + length);
+    message.kind = static_cast<WorkerMessage::Kind>(bytes[sizeof length]);
+    std::memcpy(&message.fraction, bytes.data() + sizeof length + 1, sizeof message.fraction);
+    message.text = bytes.substr(sizeof length + kFixedPart, length - kFixedPart);
+    m_taken += sizeof length + length;
     return message;
 }
 

@@ -15,6 +15,7 @@ struct WorkerMessage
         Warning = 'W',  ///< The result is usable, but the user should know.
         Error = 'E',    ///< There is no result; the text names the cause.
         Other = 'O',    ///< The result depends on another file, too; the text is its path, or empty.
+        Note = 'N',     ///< Nothing that concerns the result: for the log of the machine.
         Done = 'D',     ///< The result is complete.
     };
 
@@ -32,13 +33,14 @@ std::string encode(const WorkerMessage& message);
 class WorkerMessageReader
 {
 public:
-    void add(std::string_view bytes) { m_bytes.append(bytes); }
+    void add(std::string_view bytes);
     /// The next complete message. A frame that can't be one makes the reader broken: nothing comes any more.
     std::optional<WorkerMessage> next();
     bool broken() const { return m_broken; }
 
 private:
     std::string m_bytes;
+    size_t m_taken = 0; ///< Of these bytes: they are moved once for many messages.
     bool m_broken = false;
 };
 

@@ -33,7 +33,7 @@
 #include <XCAFDoc_Editor.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
-#include <istream>
+#include <iostream>
 #include <mutex>
 #include <ostream>
 #include <stdexcept>
@@ -48,6 +48,7 @@ const Handle(XCAFApp_Application) & application()
         // The kernel talks to standard output, which belongs to the user.
         Message::DefaultMessenger()->ChangePrinters().Clear();
         Handle(XCAFApp_Application) made = XCAFApp_Application::GetApplication();
+        made->MessageDriver()->ChangePrinters().Clear();
         BinXCAFDrivers::DefineFormat(made);
         return made;
     }();
@@ -60,6 +61,25 @@ std::mutex& applicationMutex()
     static std::mutex mutex;
     return mutex;
 }
+
+// Some of the kernel's readers print what they don't understand, and so whatever a stranger has put into a
+// file, past all messengers. Nobody else writes to these streams.
+class Hushed
+{
+public:
+    Hushed() : m_output(std::cout.rdbuf(nullptr)), m_errors(std::cerr.rdbuf(nullptr)) {}
+    ~Hushed()
+    {
+        std::cout.rdbuf(m_output);
+        std::cerr.rdbuf(m_errors);
+    }
+    Hushed(const Hushed&) = delete;
+    Hushed& operator=(const Hushed&) = delete;
+
+private:
+    std::streambuf* m_output;
+    std::streambuf* m_errors;
+};
 
 class MemoryBuffer : public std::streambuf
 {
@@ -123,6 +143,7 @@ XdeModel::XdeModel(std::string_view bytes)
         MemoryBuffer buffer(bytes);
         std::istream stream(&buffer);
         const std::lock_guard lock(applicationMutex());
+        const Hushed hushed;
         const PCDM_ReaderStatus status = application()->Open(stream, m_document);
         if (status != PCDM_RS_OK || m_document.IsNull())
             throw std::runtime_error("the model's data can't be read (reason " + std::to_string(status) +

@@ -125,6 +125,29 @@ TEST(BadInputTest, BinaryGarbageFailsLineByLineAndDoesNotSteerTheTerminal)
     }
 }
 
+TEST(BadInputTest, NamesInTheFirstMessagesAndInTestRunsDoNotSteerTheTerminal)
+{
+    const std::string evil = "x\x1b]0;title\x07\xc2\x9b[31m";
+    const ScratchFolder folder;
+    folder.write("file", "");
+    folder.write(evil + ".txt", "No.Such line\n");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"--no-such-" + evil},
+          {"--headless", "--profile-dir", (folder.path() / "file" / evil).string()},
+          {"--test", evil},
+          {"--test", folder.path().string()},
+          {"--headless", evil + ".step"}}) {
+        const ProcessResult result =
+            runProcess((TestSupport::runningTree() / "bin/quillet").string(), arguments);
+        EXPECT_NE(result.exitCode, 0);
+        for (const std::string* text : {&result.output, &result.errors}) {
+            EXPECT_EQ(text->find_first_of("\x1b\x07"), std::string::npos) << *text;
+            EXPECT_EQ(text->find("\xc2\x9b"), std::string::npos) << *text;
+        }
+        EXPECT_NE((result.output + result.errors).find("]0;title"), std::string::npos);
+    }
+}
+
 TEST(BadInputTest, TranscriptsAndScriptsThatAreNoFilesAreNamed)
 {
     const ScratchFolder folder;

@@ -1,5 +1,6 @@
 #include "UI/Application/Testing/TestRun.h"
 
+#include "Server/Base/Strings.h"
 #include "UI/Application/CommandLine.h"
 #include "UI/Application/Testing/TestReport.h"
 
@@ -168,9 +169,9 @@ private:
         static constexpr const char* kWords[] = {"passed", "FAILED", "CRASHED", "TIMED OUT"};
         std::printf("%*zu/%zu %-9s %7.2f s  %s\n", static_cast<int>(std::to_string(m_cases.size()).size()),
                     ++m_told, m_cases.size(), kWords[static_cast<int>(test.result.kind)], test.result.seconds,
-                    test.name.c_str());
+                    Vs::Strings::forTerminal(test.name).c_str());
         if (!test.result.message.empty())
-            std::printf("    %s\n", test.result.message.c_str());
+            std::printf("    %s\n", Vs::Strings::forTerminal(test.result.message).c_str());
         std::fflush(stdout);
     }
 
@@ -187,7 +188,7 @@ private:
 
 int complain(const std::string& message)
 {
-    std::fprintf(stderr, "quillet: %s\n", message.c_str());
+    std::fprintf(stderr, "quillet: %s\n", Vs::Strings::forTerminal(message).c_str());
     return kExitUsage;
 }
 

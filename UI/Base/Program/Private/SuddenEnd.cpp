@@ -1,5 +1,6 @@
 #include "UI/Base/Program/Private/SuddenEnd.h"
 
+#include "Server/Base/Strings.h"
 #include "Server/Base/UnfinishedFile.h"
 
 #include <QString>
@@ -33,7 +34,7 @@ void onMessage(QtMsgType type, const QMessageLogContext& context, const QString&
         return;
     }
     std::fprintf(stderr, "quillet: the window cannot be shown. %s\nWithout a window: quillet --headless\n",
-                 text.simplified().toLocal8Bit().constData());
+                 Vs::Strings::forTerminal(text.simplified().toStdString()).c_str());
     std::exit(kRefused);
 }
 

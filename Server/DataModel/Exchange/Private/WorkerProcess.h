@@ -1,0 +1,48 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vs::Exchange {
+
+/// A worker's process and our end of its pipe. It is of no trust: nothing here waits for it longer than a
+/// few seconds, whatever it does, and it goes with this object.
+class WorkerProcess
+{
+public:
+    WorkerProcess() = default;
+    ~WorkerProcess();
+    WorkerProcess(const WorkerProcess&) = delete;
+    WorkerProcess& operator=(const WorkerProcess&) = delete;
+
+    /// Runs the program at that path, with the other end of the pipe as its descriptor kWorkerPipe and its
+    /// standard streams closed to it. Returns 0 or the error of the system.
+    [[nodiscard]] int start(const std::string& path, std::vector<std::string> arguments);
+    bool running() const { return m_id > 0; }
+    /// Never blocks; -1 when there is none.
+    int pipe() const { return m_pipe; }
+
+    /// What it has used of all processors so far, or nothing if the system doesn't tell.
+    std::optional<std::chrono::milliseconds> processorTime() const;
+    /// Whether it has work to do at this moment: a thread of it runs, waits for a processor or for the disk.
+    bool wantsProcessor() const;
+
+    /// Waits so long for its end, and ends it and all that it has started after that. Returns the state as
+    /// of waitpid, or nothing if that isn't known.
+    std::optional<int> collect(std::chrono::milliseconds patience);
+    /// Ends it without waiting until it has gone.
+    void dismiss();
+    /// Waits until all that were dismissed have gone.
+    static void waitForDismissed();
+
+private:
+    bool endsWithin(std::chrono::milliseconds time) const;
+    void closePipe();
+
+    int m_id = -1;
+    int m_pipe = -1;
+};
+
+} // namespace Vs::Exchange
