@@ -42,7 +42,8 @@ def measure(file, binaries, rounds):
             kernel = run([binaries / "kernel_floor", "--store", exact, file, scratch / "out.stl"])
             reread = run([binaries / "kernel_floor", "--reopen", exact])
             made = run([binaries / "bench_data_model", "make", file, native, scratch / "profile"])
-            reopened = run([binaries / "bench_data_model", "reopen", native])
+            # By the same user, whose own data these are.
+            reopened = run([binaries / "bench_data_model", "reopen", native, scratch / "profile"])
             return {
                 "kernel cold": kernel["read_ms"] + kernel["mesh_ms"], "kernel save": kernel["store_ms"],
                 "kernel reopen": reread["reopen_ms"], "kernel memory": reread["peak_kib"],

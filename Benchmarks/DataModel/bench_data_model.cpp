@@ -1,9 +1,12 @@
 // Documents and their native files, without a window. Each run prints one line of JSON with its own times and
 // its peak memory; Benchmarks/store.py lays them beside the bare kernel.
 //
-//     bench_data_model make IN.step OUT.tdsn PROFILE   open a foreign file, save it, save it again in three
-//     ways bench_data_model reopen IN.tdsn                  open a native file, look at all of it, measure
-//     one part bench_data_model close FOLDER COUNT              make, save and close that many documents
+//     bench_data_model make IN.step OUT.tdsn PROFILE
+//         opens a foreign file, saves it, and saves it again in three ways
+//     bench_data_model reopen IN.tdsn [PROFILE]
+//         opens a native file, looks at all of it, and measures one part
+//     bench_data_model close FOLDER COUNT
+//         makes, saves and closes that many documents
 
 #include "Benchmarks/Measure.h"
 #include "Server/Base/PathInfo.h"
@@ -155,11 +158,16 @@ int main(int argc, char** argv)
         PathInfo::profileDirectory(Strings::widen(argv[4]));
         return make(Strings::widen(argv[2]), Strings::widen(argv[3]));
     }
-    if (what == "reopen" && argc == 3)
+    if (what == "reopen" && (argc == 3 || argc == 4)) {
+        if (argc == 4)
+            PathInfo::profileDirectory(Strings::widen(argv[3]));
         return reopen(Strings::widen(argv[2]));
-    if (what == "close" && argc == 4)
+    }
+    if (what == "close" && argc == 4) {
+        PathInfo::profileDirectory(Strings::widen(argv[2]) + L"/profile");
         return closeMany(Strings::widen(argv[2]), std::atoi(argv[3]), assetType);
-    std::fprintf(stderr, "usage: bench_data_model make IN.step OUT.tdsn PROFILE | reopen IN.tdsn | "
+    }
+    std::fprintf(stderr, "usage: bench_data_model make IN.step OUT.tdsn PROFILE | reopen IN.tdsn [PROFILE] | "
                          "close FOLDER COUNT\n");
     return 2;
 }

@@ -4,8 +4,8 @@
 #include "Server/Base/JsonFile.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/OptionGroups.h"
-#include "Server/Base/Require.h"
 #include "Server/Base/QtText.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/Warning.h"
 

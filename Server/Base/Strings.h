@@ -24,8 +24,8 @@ namespace Vs::Strings {
 [[nodiscard]] std::wstring quote(std::wstring_view text);
 
 /// The text as a terminal may get it: control characters other than tab and line feed, by which what comes
-/// from a file, a name or a script could steer the terminal, become U+FFFD, and carriage returns before a line
-/// feed go. Whatever this program prints passes through here.
+/// from a file, a name or a script could steer the terminal, become U+FFFD, and carriage returns before a
+/// line feed go. Whatever this program prints passes through here.
 std::string forTerminal(std::string_view text);
 
 /// How many letters must be typed, taken out or changed to make one text of the other, whatever their case

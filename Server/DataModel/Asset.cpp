@@ -9,7 +9,7 @@
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/Types/Uuid.h"
 
-#include <algorithm>
+#include <unordered_set>
 
 namespace Vs {
 
@@ -106,9 +106,21 @@ std::string Asset::assetTypeIdentifier() const
 
 bool Asset::isDirty(bool includeReferenced) const
 {
-    return m_dirty ||
-           (includeReferenced && std::any_of(m_referenced.begin(), m_referenced.end(),
-                                             [](const Asset* asset) { return asset->isDirty(true); }));
+    if (m_dirty || !includeReferenced)
+        return m_dirty;
+    // Many may refer to one, which is looked at once.
+    std::unordered_set<const Asset*> known{this};
+    std::vector<const Asset*> waiting{this};
+    while (!waiting.empty()) {
+        const Asset* asset = waiting.back();
+        waiting.pop_back();
+        if (asset->m_dirty)
+            return true;
+        for (const Asset* referenced : asset->m_referenced)
+            if (known.insert(referenced).second)
+                waiting.push_back(referenced);
+    }
+    return false;
 }
 
 void Asset::markDirty()

@@ -1,17 +1,33 @@
 #include "Server/DataModel/NativeFile.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Model/PlainFile.h"
 #include "Server/DataModel/Native/Manifest.h"
 #include "Server/DataModel/Native/Package.h"
 
+#include <cstring>
 #include <stdexcept>
 
 namespace Vs::NativeFile {
 
+namespace {
+
+/// A package that can't be looked into may well have one.
+bool hasManifest(const std::string& path)
+{
+    try {
+        return Native::Package(path).has(Native::kManifestName);
+    } catch (const std::runtime_error&) {
+        return true;
+    }
+}
+
+} // namespace
+
 std::optional<Summary> summary(const std::wstring& path, Status& status)
 {
     try {
-        const Native::Package package(FileMapping::open(Strings::toBytes(path)));
+        const Native::Package package(Strings::toBytes(path));
         const auto manifest =
             Native::Manifest::read(package.read(Native::kManifestName, Native::Package::kMostManifest));
         Summary summary{manifest.version, manifest.software, manifest.document, manifest.documentType, {}};
@@ -27,7 +43,7 @@ std::optional<Summary> summary(const std::wstring& path, Status& status)
 std::string thumbnail(const std::wstring& path)
 {
     try {
-        const Native::Package package(FileMapping::open(Strings::toBytes(path)));
+        const Native::Package package(Strings::toBytes(path));
         const std::string bytes = package.read(Native::kThumbnailName, Native::Package::kMostPicture);
         return Native::isPicture(bytes) ? bytes : std::string();
     } catch (const std::runtime_error&) {
@@ -38,9 +54,15 @@ std::string thumbnail(const std::wstring& path)
 bool isNative(const std::wstring& path)
 {
     try {
-        return Native::Package(FileMapping::open(Strings::toBytes(path))).has(Native::kManifestName);
+        const std::string name = Strings::toBytes(path);
+        char beginning[4];
+        PlainFile file(name);
+        if (file.read(beginning, sizeof beginning) < sizeof beginning ||
+            std::memcmp(beginning, "PK\3\4", 4) != 0)
+            return false;
+        return hasManifest(name);
     } catch (const std::runtime_error&) {
-        return false;
+        return true;
     }
 }
 

@@ -35,7 +35,8 @@ struct Summary
 /// The bytes of the PNG picture that was saved with the file; empty if it has none or can't be read.
 [[nodiscard]] std::string thumbnail(const std::wstring& path);
 
-/// Whether the file's content is that of a native file, whatever its name is.
+/// Whether the file is to be opened as a native one, whatever its name is: by its content, or since it can't
+/// be looked into for a cause that opening it tells.
 [[nodiscard]] bool isNative(const std::wstring& path);
 
 } // namespace Vs::NativeFile

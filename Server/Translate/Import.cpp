@@ -3,6 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
+#include "Server/DataModel/Model/MeshArrays.h"
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Server/Translate/Family.h"
 #include "Server/Translate/Parallel.h"
@@ -76,6 +77,8 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
                     Kernel::meshShape(shape, {}, progress->Start());
                 meshes[body] =
                     std::make_shared<const BodyMesh>(Kernel::extractMesh(shape, tree.colours[body]));
+                if (!MeshArrays::of(*meshes[body]).isSound())
+                    fault = "its triangles are damaged";
             }
         } catch (const Standard_Failure& failure) {
             fault = failure.GetMessageString();

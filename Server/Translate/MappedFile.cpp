@@ -3,12 +3,7 @@
 #include "Server/Translate/Reading.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <stdexcept>
 
 namespace Vs::Translate {
 
@@ -20,23 +15,11 @@ constexpr size_t kPiece = 64 * 1024;
 
 MappedFile::MappedFile(const std::string& path)
 {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat info;
-    void* data = MAP_FAILED;
-    if (descriptor >= 0 && fstat(descriptor, &info) == 0 && info.st_size > 0)
-        data = mmap(nullptr, static_cast<size_t>(info.st_size), PROT_READ, MAP_PRIVATE, descriptor, 0);
-    const int error = errno;
-    if (descriptor >= 0)
-        close(descriptor);
-    if (data == MAP_FAILED)
-        throw Unreadable(std::string("can't be read: ") + std::strerror(error));
-    m_data = static_cast<const char*>(data);
-    m_size = static_cast<size_t>(info.st_size);
-}
-
-MappedFile::~MappedFile()
-{
-    munmap(const_cast<char*>(m_data), m_size);
+    try {
+        m_mapping = FileMapping::open(path);
+    } catch (const std::runtime_error& error) {
+        throw Unreadable(std::string("can't be read: ") + error.what());
+    }
 }
 
 ReportingBuffer::int_type ReportingBuffer::underflow()

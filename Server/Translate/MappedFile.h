@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Server/DataModel/Model/FileMapping.h"
 #include "Server/Translate/Reporter.h"
 
+#include <memory>
 #include <streambuf>
 #include <string>
 #include <string_view>
@@ -13,15 +15,11 @@ class MappedFile
 {
 public:
     explicit MappedFile(const std::string& path);
-    ~MappedFile();
-    MappedFile(const MappedFile&) = delete;
-    MappedFile& operator=(const MappedFile&) = delete;
 
-    std::string_view bytes() const { return {m_data, m_size}; }
+    std::string_view bytes() const { return m_mapping->bytes(); }
 
 private:
-    const char* m_data = nullptr;
-    size_t m_size = 0;
+    std::shared_ptr<const FileMapping> m_mapping;
 };
 
 /// Gives bytes to a reader that takes a stream, and reports how far it has come.

@@ -202,7 +202,8 @@ bool shutCalls()
     constexpr uint32_t kAsTree = 2;
     seccomp_attr_set(filter, SCMP_FLTATR_CTL_OPTIMIZE, kAsTree);
     seccomp_attr_set(filter, SCMP_FLTATR_CTL_TSYNC, 1);
-    // Some kernels slow a filtered process down, lest it guesses at secrets of others within it. Here are none.
+    // Some kernels slow a filtered process down, lest it guesses at secrets of others within it. Here are
+    // none.
     seccomp_attr_set(filter, SCMP_FLTATR_CTL_SSB, 1);
     for (const int call : kAllowed)
         seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 0);

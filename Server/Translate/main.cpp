@@ -2,6 +2,7 @@
 // that goes. It may crash or be killed at any time; nothing of the program goes with it.
 //
 //     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [LIMITS]
+//     quillet-translate-FAMILY renew FORMAT DATA MODEL [LIMITS]
 //     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [LIMITS]
 //
 // The limits are --memory=BYTES of address space and --written=BYTES of the result.
@@ -11,6 +12,7 @@
 #include "Server/Translate/Family.h"
 #include "Server/Translate/Import.h"
 #include "Server/Translate/MappedFile.h"
+#include "Server/Translate/Renew.h"
 #include "Server/Translate/Wall.h"
 
 #include <Standard_Failure.hxx>
@@ -36,7 +38,8 @@ namespace {
 /// What the program asks for, from the command line.
 struct Task
 {
-    bool import = true;
+    enum class Work { Import, Renew, Export };
+    Work work = Work::Import;
     Exchange::Format format = Exchange::Format::Unknown;
     std::string source, target;
     bool annotations = true;
@@ -71,9 +74,11 @@ bool parse(const std::vector<std::string>& arguments, Task& task)
         else
             words.push_back(argument);
     }
-    if (words.size() != 4 || (words[0] != "import" && words[0] != "export"))
+    if (words.size() != 4 || (words[0] != "import" && words[0] != "renew" && words[0] != "export"))
         return false;
-    task.import = words[0] == "import";
+    task.work = words[0] == "import"  ? Task::Work::Import
+                : words[0] == "renew" ? Task::Work::Renew
+                                      : Task::Work::Export;
     task.format = Exchange::formatOfKey(words[1]);
     task.source = words[2];
     task.target = words[3];
@@ -90,11 +95,11 @@ bool mayReferToOthers(Exchange::Format format)
 void closeIn(const Task& task, Reporter& reporter)
 {
     Wall wall{{task.source}, task.target};
-    if (task.import && mayReferToOthers(task.format))
+    if (task.work == Task::Work::Import && mayReferToOthers(task.format))
         for (std::string& place : placesBeside(task.source))
             wall.readable.push_back(std::move(place));
     // The writers put the user's name into the file.
-    if (!task.import)
+    if (task.work == Task::Work::Export)
         wall.readable.insert(wall.readable.end(), {"/etc/passwd", "/etc/nsswitch.conf"});
     // Only what is there can be let through.
     const int target = open(task.target.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
@@ -125,8 +130,10 @@ int run(const Task& task)
     Reporter reporter;
     try {
         closeIn(task, reporter);
-        if (task.import)
+        if (task.work == Task::Work::Import)
             importFile(task.format, task.source, task.target, task.annotations, reporter);
+        else if (task.work == Task::Work::Renew)
+            renewData(task.source, task.target, reporter);
         else
             exportFile(task, reporter);
         reporter.done();

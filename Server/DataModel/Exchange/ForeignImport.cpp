@@ -47,6 +47,7 @@ bool ForeignImport::takeExpected()
         return false;
     m_format = s_expected->m_format;
     m_key = std::move(s_expected->m_key);
+    m_identity = s_expected->m_identity;
     m_started = s_expected->m_started;
     m_size = s_expected->m_size;
     m_scratch = std::move(s_expected->m_scratch);
@@ -78,6 +79,7 @@ bool ForeignImport::prepare(ImportCache& cache)
     if (m_format == Format::Unknown)
         return false;
     const std::string path = Strings::toBytes(m_path);
+    m_identity = FileIdentity::of(path);
     const auto key = ImportCache::keyOf(path, keyOf(m_format));
     if (!key) {
         m_status.addError(L"\"" + m_path + L"\" can't be read.");
@@ -110,11 +112,13 @@ void ForeignImport::keep(ImportCache& cache)
 {
     std::error_code ignored;
     const std::vector<std::string>& others = m_worker->others();
-    const bool known = std::all_of(others.begin(), others.end(), [&](const std::string& other) {
-        // A file that changed while it was read may have been read as it was before.
-        const auto changed = std::filesystem::last_write_time(other, ignored);
-        return !other.empty() && (ignored || changed < m_started);
-    });
+    // The key is of no use either if the file was written meanwhile.
+    const bool same = FileIdentity::of(Strings::narrow(m_path)) == m_identity;
+    const bool known = same && std::all_of(others.begin(), others.end(), [&](const std::string& other) {
+                           // A file that changed while it was read may have been read as it was before.
+                           const auto changed = std::filesystem::last_write_time(other, ignored);
+                           return !other.empty() && (ignored || changed < m_started);
+                       });
     if (m_withoutAnnotations || !known) {
         // The next kernel may read the annotations that this one can't.
         auto model = ModelFile::open(m_scratch);

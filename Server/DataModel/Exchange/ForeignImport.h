@@ -3,6 +3,7 @@
 #include "Server/Base/Status.h"
 #include "Server/DataModel/Exchange/FileKind.h"
 #include "Server/DataModel/Exchange/Worker.h"
+#include "Server/DataModel/Model/FileMapping.h"
 
 #include <filesystem>
 #include <functional>
@@ -52,7 +53,8 @@ private:
 
     std::wstring m_path;
     Format m_format = Format::Unknown;
-    std::string m_key; ///< Of the file alone.
+    std::string m_key;       ///< Of the file alone.
+    FileIdentity m_identity; ///< Before the key was found.
     std::filesystem::file_time_type m_started;
     uint64_t m_size = 0;
     std::string m_scratch;

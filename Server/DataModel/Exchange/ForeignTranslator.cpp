@@ -1,16 +1,14 @@
 #include "Server/DataModel/Exchange/ForeignTranslator.h"
 
-#include "Server/Base/Exception.h"
-#include "Server/Base/PathInfo.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/Strings.h"
-#include "Server/Base/Warning.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Exchange/ForeignImport.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Exchange/MeshExport.h"
+#include "Server/DataModel/Exchange/Private/ScratchFile.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/NewFile.h"
 #include "Server/DataModel/Private/ProgressText.h"
@@ -20,13 +18,9 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
-#include <unistd.h>
 
 namespace Vs::Exchange {
 
@@ -83,71 +77,7 @@ std::vector<std::string> argumentsFor(Format format, const std::string& data, co
     return arguments;
 }
 
-// A file that goes when it isn't needed any more.
-class ScratchFile
-{
-public:
-    explicit ScratchFile(std::string path) : m_path(std::move(path)) {}
-    ~ScratchFile()
-    {
-        std::error_code ignored;
-        std::filesystem::remove(m_path, ignored);
-    }
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path;
-};
-
-/// Where imported models lie while they are open: the cache, or where that cannot be written (a home that is
-/// read-only, say) a folder of this process's own, which goes with it.
-class ModelFolder
-{
-public:
-    ModelFolder()
-    {
-        std::string cause;
-        try {
-            m_path = (PathInfo::cacheDirectory() / "import").string();
-            std::error_code error;
-            std::filesystem::create_directories(m_path, error);
-            if (access(m_path.c_str(), W_OK | X_OK) == 0)
-                return;
-            cause = "The folder " + m_path + " cannot be written: " + std::strerror(errno) + '.';
-        } catch (const Exception& error) {
-            cause = Strings::narrow(error.message());
-        }
-        std::string own = (boost::filesystem::temp_directory_path() / "quillet-XXXXXX").string();
-        if (!mkdtemp(own.data()))
-            return; // The import that cannot write then says so.
-        m_path = own;
-        m_own = true;
-        warn(Strings::widen(cause + " Imported models are kept in " + own + " until the end."));
-    }
-    ~ModelFolder()
-    {
-        std::error_code ignored;
-        if (m_own)
-            std::filesystem::remove_all(m_path, ignored);
-    }
-    ModelFolder(const ModelFolder&) = delete;
-    ModelFolder& operator=(const ModelFolder&) = delete;
-
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path;
-    bool m_own = false;
-};
-
 } // namespace
-
-ImportCache& importCache()
-{
-    static const ModelFolder folder;
-    static ImportCache cache(folder.path());
-    return cache;
-}
 
 const std::vector<Translator*>& ForeignTranslator::all()
 {

@@ -7,8 +7,6 @@
 
 namespace Vs::Exchange {
 
-class ImportCache;
-
 /// Reads and writes one of the exchange formats.
 class ForeignTranslator : public Implements<ForeignTranslator, Translator>
 {
@@ -49,8 +47,5 @@ private:
     std::string m_identifier;
     std::wstring m_name;
 };
-
-/// The cache that the program's imports share.
-ImportCache& importCache();
 
 } // namespace Vs::Exchange

@@ -1,13 +1,23 @@
 #include "Server/DataModel/Exchange/ImportCache.h"
 
+#include "Server/Base/Exception.h"
+#include "Server/Base/PathInfo.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/Warning.h"
+#include "Server/DataModel/Exchange/Private/ScratchFile.h"
 #include "Server/DataModel/Model/ModelFile.h"
+#include "Server/DataModel/Model/PlainFile.h"
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <sys/mman.h>
+#include <memory>
+#include <stdexcept>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -34,47 +44,108 @@ std::string hexOf(const XXH128_hash_t& hash)
     return text;
 }
 
+/// Why models can't be kept in a folder; empty if they can.
+std::string faultOf(const std::string& folder)
+{
+    constexpr mode_t kOthersWrite = 022;
+    struct stat info;
+    if (stat(folder.c_str(), &info) != 0 || access(folder.c_str(), W_OK | X_OK) != 0)
+        return std::string("cannot be written: ") + std::strerror(errno);
+    // Whoever can write there could have this program read what no worker of its own has made.
+    if (info.st_uid != geteuid() || (info.st_mode & kOthersWrite) != 0)
+        return "can be written by other users";
+    return {};
+}
+
+/// Where imported models lie while they are open: the cache, or where that cannot be used (a home that is
+/// read-only, say) a folder of this process's own, which goes with it.
+class ModelFolder
+{
+public:
+    ModelFolder()
+    {
+        std::string cause;
+        try {
+            m_path = (PathInfo::cacheDirectory() / "import").string();
+            ImportCache::makeFolder(m_path);
+            cause = faultOf(m_path);
+            if (cause.empty())
+                return;
+            cause = "The folder " + m_path + ' ' + cause + '.';
+        } catch (const Exception& error) {
+            cause = Strings::narrow(error.message());
+        }
+        std::string own = (fs::temp_directory_path() / "quillet-XXXXXX").string();
+        if (!mkdtemp(own.data()))
+            return; // The import that cannot write then says so.
+        m_path = own;
+        m_own = true;
+        warn(Strings::widen(cause + " Imported models are kept in " + own + " until the end."));
+    }
+    ~ModelFolder()
+    {
+        std::error_code ignored;
+        if (m_own)
+            fs::remove_all(m_path, ignored);
+    }
+    ModelFolder(const ModelFolder&) = delete;
+    ModelFolder& operator=(const ModelFolder&) = delete;
+
+    const std::string& path() const { return m_path; }
+
+private:
+    std::string m_path;
+    bool m_own = false;
+};
+
 } // namespace
 
 ImportCache::ImportCache(std::string folder, uint64_t limit) : m_folder(std::move(folder)), m_limit(limit)
 {
+    makeFolder(m_folder);
+}
+
+// Models may be confidential: their copies are for those alone who may read the program's own files.
+void ImportCache::makeFolder(const std::string& folder)
+{
+    constexpr mode_t kOwnerAlone = 0700, kOthers = 077;
     std::error_code ignored;
-    fs::create_directories(m_folder, ignored);
+    fs::create_directories(fs::path(folder).parent_path(), ignored);
+    struct stat info;
+    // One that somebody made before, or an older program, may be open to all.
+    if (mkdir(folder.c_str(), kOwnerAlone) != 0 && lstat(folder.c_str(), &info) == 0 &&
+        S_ISDIR(info.st_mode) && info.st_uid == geteuid() && (info.st_mode & kOthers) != 0)
+        chmod(folder.c_str(), kOwnerAlone);
 }
 
 std::optional<std::string> ImportCache::keyOf(const std::string& path, const char* format)
 {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
+    constexpr size_t kPiece = 1 << 20;
+    try {
+        PlainFile file(path);
+        const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(),
+                                                                                    &XXH3_freeState);
+        XXH3_128bits_reset(state.get());
+        const auto piece = std::make_unique_for_overwrite<char[]>(kPiece);
+        while (const size_t got = file.read(piece.get(), kPiece))
+            XXH3_128bits_update(state.get(), piece.get(), got);
+        return hexOf(XXH3_128bits_digest(state.get())) + "-" + format + "-" + kReader;
+    } catch (const std::runtime_error&) {
         return std::nullopt;
-    struct stat info;
-    void* data = MAP_FAILED;
-    size_t size = 0;
-    if (fstat(descriptor, &info) == 0 && info.st_size > 0) {
-        size = static_cast<size_t>(info.st_size);
-        data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, descriptor, 0);
     }
-    close(descriptor);
-    if (data == MAP_FAILED)
-        return std::nullopt;
-    const XXH128_hash_t hash = XXH3_128bits(data, size);
-    munmap(data, size);
-    return hexOf(hash) + "-" + format + "-" + kReader;
 }
 
 void ImportCache::noteOthers(const std::string& key, const std::string& folder,
                              const std::vector<std::string>& others)
 {
-    const std::string scratch = scratchPath();
-    std::ofstream stream(scratch, std::ios::binary);
+    const ScratchFile scratch(scratchPath());
+    std::ofstream stream(scratch.path(), std::ios::binary);
     for (const std::string& other : others)
         stream << fs::path(other).lexically_proximate(folder).string() << '\n';
     stream.close();
-    std::error_code error;
+    std::error_code ignored;
     if (stream)
-        fs::rename(scratch, m_folder + "/" + key + kOthersSuffix, error);
-    if (!stream || error)
-        fs::remove(scratch, error);
+        fs::rename(scratch.path(), m_folder + "/" + key + kOthersSuffix, ignored);
 }
 
 std::string ImportCache::fullKey(const std::string& key, const std::string& folder) const
@@ -160,6 +231,13 @@ void ImportCache::trim(const std::string& keep)
         fs::remove(entry.path, error);
         sum -= entry.size;
     }
+}
+
+ImportCache& importCache()
+{
+    static const ModelFolder folder;
+    static ImportCache cache(folder.path());
+    return cache;
 }
 
 } // namespace Vs::Exchange

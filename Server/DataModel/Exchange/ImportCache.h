@@ -22,8 +22,12 @@ public:
     /// `folder` in the file system's own form. `limit` bounds the sum of the entries in bytes.
     explicit ImportCache(std::string folder, uint64_t limit = kUsualLimit);
 
+    const std::string& folder() const { return m_folder; }
+    /// Makes the folder, for this user alone; one of the user's that others could read is closed to them.
+    static void makeFolder(const std::string& folder);
+
     /// The key of a file: of its contents, the format it is read as, and the versions that read it. Nothing
-    /// if it can't be read.
+    /// if it can't be read or isn't an ordinary file.
     static std::optional<std::string> keyOf(const std::string& path, const char* format);
 
     /// Notes that what is read from the file of that key, which lies in the folder, depends on other files,
@@ -50,5 +54,8 @@ private:
     std::string m_folder;
     uint64_t m_limit;
 };
+
+/// The cache that the program's imports share.
+ImportCache& importCache();
 
 } // namespace Vs::Exchange

@@ -42,17 +42,43 @@ namespace Vs::Kernel {
 
 namespace {
 
-const Handle(XCAFApp_Application) & application()
+class Application : public XCAFApp_Application
 {
-    static const Handle(XCAFApp_Application) instance = [] {
+public:
+    Application() { newDrivers(); }
+
+    /// Those that read or write have what they did in mind, and one that broke off has half of it: the next
+    /// model would be mixed up with the one that failed.
+    void newDrivers()
+    {
+        myReaders.Clear();
+        myWriters.Clear();
+        BinXCAFDrivers::DefineFormat(this);
+    }
+};
+
+const Handle(Application) & application()
+{
+    static const Handle(Application) instance = [] {
         // The kernel talks to standard output, which belongs to the user.
         Message::DefaultMessenger()->ChangePrinters().Clear();
-        Handle(XCAFApp_Application) made = XCAFApp_Application::GetApplication();
+        const Handle(Application) made = new Application;
         made->MessageDriver()->ChangePrinters().Clear();
-        BinXCAFDrivers::DefineFormat(made);
         return made;
     }();
     return instance;
+}
+
+/// Reads or writes; the drivers go where that fails.
+template <class Work>
+void withDrivers(Work&& work)
+{
+    try {
+        work();
+    } catch (...) {
+        application()->newDrivers();
+        throw;
+    }
 }
 
 // The application's list of documents isn't made for several threads.
@@ -143,11 +169,13 @@ XdeModel::XdeModel(std::string_view bytes)
         MemoryBuffer buffer(bytes);
         std::istream stream(&buffer);
         const std::lock_guard lock(applicationMutex());
-        const Hushed hushed;
-        const PCDM_ReaderStatus status = application()->Open(stream, m_document);
-        if (status != PCDM_RS_OK || m_document.IsNull())
-            throw std::runtime_error("the model's data can't be read (reason " + std::to_string(status) +
-                                     ")");
+        withDrivers([&] {
+            const Hushed hushed;
+            const PCDM_ReaderStatus status = application()->Open(stream, m_document);
+            if (status != PCDM_RS_OK || m_document.IsNull())
+                throw std::runtime_error("the model's data can't be read (reason " + std::to_string(status) +
+                                         ")");
+        });
         m_transaction.document(m_document);
     });
 }
@@ -168,14 +196,17 @@ void XdeModel::writeDocument(std::ostream& stream)
 {
     m_transaction.updateAssemblies();
     const std::lock_guard lock(applicationMutex());
-    // Normals that came with triangles can't be had again from anywhere else.
-    const auto driver =
-        Handle(BinDrivers_DocumentStorageDriver)::DownCast(application()->WriterFromFormat("BinXCAF"));
-    if (!driver.IsNull())
-        driver->SetWithNormals(application()->MessageDriver(), true);
-    const PCDM_StoreStatus status = application()->SaveAs(m_document, stream);
-    if (status != PCDM_SS_OK || !stream)
-        throw std::runtime_error("the model's data can't be written (reason " + std::to_string(status) + ")");
+    withDrivers([&] {
+        // Normals that came with triangles can't be had again from anywhere else.
+        const auto driver =
+            Handle(BinDrivers_DocumentStorageDriver)::DownCast(application()->WriterFromFormat("BinXCAF"));
+        if (!driver.IsNull())
+            driver->SetWithNormals(application()->MessageDriver(), true);
+        const PCDM_StoreStatus status = application()->SaveAs(m_document, stream);
+        if (status != PCDM_SS_OK || !stream)
+            throw std::runtime_error("the model's data can't be written (reason " + std::to_string(status) +
+                                     ")");
+    });
 }
 
 PartTree XdeModel::tree()

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Model/FileMapping.h"
 
 #include "Server/DataModel/Model/MappingGuard.h"
+#include "Server/DataModel/Model/PlainFile.h"
 
 #include <cerrno>
 #include <cstring>
@@ -20,26 +21,6 @@ FileIdentity identityOf(const struct stat& info)
             info.st_mtim.tv_sec * int64_t(1000000000) + info.st_mtim.tv_nsec};
 }
 
-struct Descriptor
-{
-    int number;
-    ~Descriptor() { close(number); }
-};
-
-std::runtime_error systemError()
-{
-    return std::runtime_error(std::strerror(errno));
-}
-
-int openForReading(const std::string& path)
-{
-    // A pipe of that name must not make the program wait for ever.
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0)
-        throw systemError();
-    return descriptor;
-}
-
 } // namespace
 
 FileIdentity FileIdentity::of(const std::string& path)
@@ -56,41 +37,35 @@ FileIdentity FileIdentity::of(int descriptor)
 
 std::shared_ptr<const FileMapping> FileMapping::open(const std::string& path)
 {
-    return map(openForReading(path), path, false);
+    return map(PlainFile(path), path, false);
 }
 
 std::shared_ptr<const FileMapping> FileMapping::openGuarded(const std::string& path)
 {
-    return map(openForReading(path), path, true);
+    return map(PlainFile(path), path, true);
 }
 
 std::shared_ptr<const FileMapping> FileMapping::adopt(int descriptor)
 {
-    return map(descriptor, {}, false);
+    return map(PlainFile(descriptor), {}, false);
 }
 
-std::shared_ptr<const FileMapping> FileMapping::map(int descriptor, std::string path, bool guarded)
+// Many files may be open at once: a mapping needs no descriptor.
+std::shared_ptr<const FileMapping> FileMapping::map(const PlainFile& file, std::string path, bool guarded)
 {
-    // Many files may be open at once: a mapping needs no descriptor.
-    const Descriptor closer{descriptor};
     std::shared_ptr<FileMapping> mapping(new FileMapping);
     mapping->m_path = std::move(path);
-    struct stat info;
-    if (fstat(descriptor, &info) != 0)
-        throw systemError();
-    if (!S_ISREG(info.st_mode))
-        throw std::runtime_error("it is no ordinary file");
-    mapping->m_identity = identityOf(info);
-    if (info.st_size == 0)
+    mapping->m_identity = FileIdentity::of(file.descriptor());
+    if (file.size() == 0)
         return mapping;
-    const auto size = static_cast<size_t>(info.st_size);
-    void* data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    void* data = mmap(nullptr, file.size(), PROT_READ, MAP_PRIVATE, file.descriptor(), 0);
     if (data == MAP_FAILED)
-        throw systemError();
+        throw std::runtime_error(std::strerror(errno));
     mapping->m_data = static_cast<const char*>(data);
-    mapping->m_size = size;
+    mapping->m_size = file.size();
     if (guarded)
-        mapping->m_guard = std::make_unique<MappingGuard>(descriptor, mapping->m_data, mapping->m_size);
+        mapping->m_guard =
+            std::make_unique<MappingGuard>(file.descriptor(), mapping->m_data, mapping->m_size);
     return mapping;
 }
 

@@ -8,6 +8,7 @@
 namespace Vs {
 
 class MappingGuard;
+class PlainFile;
 
 /// What tells one content of a file from another without reading it.
 struct FileIdentity
@@ -49,7 +50,7 @@ public:
 
 private:
     FileMapping() = default;
-    static std::shared_ptr<const FileMapping> map(int descriptor, std::string path, bool guarded);
+    static std::shared_ptr<const FileMapping> map(const PlainFile& file, std::string path, bool guarded);
 
     const char* m_data = nullptr;
     size_t m_size = 0;

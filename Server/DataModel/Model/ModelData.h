@@ -21,7 +21,7 @@ public:
 
     Component& root() { return m_tree.root(); }
     const Component* find(const std::string& id) const { return m_tree.find(id); }
-    ModelSource& source() { return *m_source; }
+    ModelSource& source() const { return *m_source; }
 
     /// Takes the tree of a file that was read. Only for a model that is still empty.
     void load(std::shared_ptr<const ModelFile> file);

@@ -1,11 +1,15 @@
 #include "Server/DataModel/Model/ModelFile.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/Component/ComponentIds.h"
+#include "Server/DataModel/Model/MeshArrays.h"
+#include "Server/DataModel/Model/PlainFile.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -60,11 +64,14 @@ public:
             throw std::runtime_error("it holds an impossible count");
         return result;
     }
+    /// Where it lies; so it must lie as its kind of numbers may.
     template <class T>
-    void run(std::vector<T>& target)
+    std::span<const T> run()
     {
-        target.resize(count(sizeof(T)));
-        bytes(target.data(), target.size() * sizeof(T));
+        const size_t size = count(sizeof(T));
+        const char* begin = m_at;
+        m_at += size * sizeof(T);
+        return {reinterpret_cast<const T*>(begin), size};
     }
     std::string text()
     {
@@ -107,6 +114,10 @@ private:
 
 // A tree from outside may be of any depth; ours never come near this one.
 constexpr int kDeepestTree = 1000;
+// Places of numbers in a model are multiples of this.
+constexpr uint64_t kAlignment = 16;
+// The box around a mesh, before its numbers.
+constexpr size_t kBoxSize = 6 * sizeof(double);
 
 void pack(Packer& packer, const PartTree::Node& node)
 {
@@ -122,27 +133,74 @@ void pack(Packer& packer, const PartTree::Node& node)
         pack(packer, child);
 }
 
-PartTree::Node unpackNode(Reader& reader, size_t bodies, int depth)
+class TreeReader
 {
-    if (depth > kDeepestTree)
-        throw std::runtime_error("its tree is too deep");
-    PartTree::Node node;
-    node.id = reader.text();
-    node.name = reader.wideText();
-    reader.bytes(node.placement.entry, sizeof node.placement.entry);
-    const bool coloured = reader.value<uint8_t>() != 0;
-    const Colour colour = reader.value<Colour>();
-    if (coloured)
-        node.colour = colour;
-    node.body = reader.value<int32_t>();
-    if (node.body < -1 || node.body >= static_cast<int64_t>(bodies))
-        throw std::runtime_error("a component shows a body that isn't there");
-    node.visible = reader.value<uint8_t>() != 0;
-    const size_t children = reader.count(sizeof node.placement.entry);
-    node.children.reserve(children);
-    for (size_t i = 0; i < children; ++i)
-        node.children.push_back(unpackNode(reader, bodies, depth + 1));
-    return node;
+public:
+    TreeReader(Reader& reader, size_t bodies) : m_reader(reader), m_bodies(bodies) {}
+
+    std::vector<PartTree::Node> nodes(const std::string& parent, int depth)
+    {
+        if (depth > kDeepestTree)
+            throw std::runtime_error("its tree is too deep");
+        std::vector<PartTree::Node> nodes;
+        const size_t count = m_reader.count(kLeastNode);
+        // What each claims may be there, but not what all of them claim together.
+        nodes.reserve(std::min(count, kReserved));
+        int before = 0;
+        for (size_t i = 0; i < count; ++i) {
+            nodes.push_back(node(depth));
+            // Components are found by their ids, which lead from parent to child in this order.
+            const std::string& id = nodes.back().id;
+            const size_t begin = parent.empty() ? 0 : parent.size() + 1;
+            const int own = lastNumber(id);
+            if (!id.starts_with(parent) || id.rfind('/') + 1 != begin || own <= before)
+                throw std::runtime_error("its tree is out of order");
+            before = own;
+        }
+        return nodes;
+    }
+
+private:
+    // Of empty texts and nothing below.
+    static constexpr size_t kLeastNode =
+        3 * sizeof(uint64_t) + sizeof(GkMatrix3d::entry) + sizeof(Colour) + sizeof(int32_t) + 2;
+    static constexpr size_t kReserved = 256;
+
+    PartTree::Node node(int depth)
+    {
+        PartTree::Node node;
+        node.id = m_reader.text();
+        node.name = m_reader.wideText();
+        m_reader.bytes(node.placement.entry, sizeof node.placement.entry);
+        const bool coloured = m_reader.value<uint8_t>() != 0;
+        const Colour colour = m_reader.value<Colour>();
+        if (coloured)
+            node.colour = colour;
+        node.body = m_reader.value<int32_t>();
+        if (node.body < -1 || node.body >= static_cast<int64_t>(m_bodies))
+            throw std::runtime_error("a component shows a body that isn't there");
+        node.visible = m_reader.value<uint8_t>() != 0;
+        node.children = nodes(node.id, depth + 1);
+        return node;
+    }
+
+    Reader& m_reader;
+    size_t m_bodies;
+};
+
+MeshArrays meshAt(Reader& reader, bool hasVertexPoints)
+{
+    MeshArrays mesh;
+    mesh.positions = reader.run<float>();
+    mesh.normals = reader.run<float>();
+    mesh.triangles = reader.run<uint32_t>();
+    mesh.faces = reader.run<BodyMesh::Face>();
+    mesh.colours = reader.run<Colour>();
+    mesh.edgePoints = reader.run<float>();
+    mesh.edgeStarts = reader.run<uint32_t>();
+    if (hasVertexPoints)
+        mesh.vertexPoints = reader.run<float>();
+    return mesh;
 }
 
 std::runtime_error systemError(const std::string& path)
@@ -153,10 +211,8 @@ std::runtime_error systemError(const std::string& path)
 class FileSink : public ModelSink
 {
 public:
-    explicit FileSink(const std::string& path) : m_path(path), m_file(std::fopen(path.c_str(), "wbe"))
+    explicit FileSink(const std::string& path) : m_path(path), m_file(opened(path))
     {
-        if (!m_file)
-            throw systemError(path);
         constexpr size_t kBufferSize = 1 << 18;
         std::setvbuf(m_file, nullptr, _IOFBF, kBufferSize);
     }
@@ -183,6 +239,15 @@ public:
     }
 
 private:
+    static std::FILE* opened(const std::string& path)
+    {
+        try {
+            return fdopen(createPrivateFile(path), "wb");
+        } catch (const std::runtime_error& error) {
+            throw std::runtime_error(path + ": " + error.what());
+        }
+    }
+
     std::string m_path;
     std::FILE* m_file;
 };
@@ -206,7 +271,7 @@ std::shared_ptr<const ModelFile> ModelFile::open(std::shared_ptr<const FileMappi
     const std::string_view bytes = file->bytes();
     if (size < sizeof(Header) || place > bytes.size() || size > bytes.size() - place)
         throw std::runtime_error("it is too short to be a model");
-    if (place % alignof(Header) != 0)
+    if (place % kAlignment != 0)
         throw std::runtime_error("it isn't where a model may lie");
     std::shared_ptr<ModelFile> model(new ModelFile);
     model->m_data = bytes.data() + place;
@@ -248,16 +313,39 @@ void ModelFile::readIndex()
         m_tree.bodies.push_back(std::move(body));
         const uint64_t place = reader.value<uint64_t>();
         const uint64_t size = reader.value<uint64_t>();
-        if (place > header.indexPlace || size > header.indexPlace - place)
-            throw std::runtime_error("a mesh lies outside of it");
         m_meshes.emplace_back(place, size);
     }
-    const size_t roots = reader.count(1);
-    for (size_t i = 0; i < roots; ++i)
-        m_tree.roots.push_back(unpackNode(reader, bodies, 0));
+    m_tree.roots = TreeReader(reader, bodies).nodes({}, 0);
     const size_t warnings = reader.count(1);
     for (size_t i = 0; i < warnings; ++i)
         m_warnings.push_back(reader.wideText());
+    checkMeshes();
+}
+
+// One after the other, as they were written: if several bodies could have one mesh, a small file could hold
+// any number of them.
+void ModelFile::checkMeshes() const
+{
+    const uint64_t index = header().indexPlace;
+    uint64_t end = sizeof(Header);
+    for (size_t body = 0; body < m_meshes.size(); ++body) {
+        const auto [place, size] = m_meshes[body];
+        if (size == 0)
+            continue;
+        if (size < kBoxSize || place < end || place % kAlignment != 0 || place > index ||
+            size > index - place)
+            throw std::runtime_error("a mesh isn't where one may lie");
+        end = place + size;
+        if (!arrays(body).isSound())
+            throw std::runtime_error("it is damaged");
+    }
+}
+
+MeshArrays ModelFile::arrays(size_t body) const
+{
+    const auto [place, size] = m_meshes.at(body);
+    Reader reader(m_data + place + kBoxSize, m_data + place + size);
+    return meshAt(reader, hasVertexPoints());
 }
 
 bool ModelFile::hasVertexPoints() const
@@ -270,20 +358,21 @@ std::shared_ptr<BodyMesh> ModelFile::mesh(size_t body) const
     const auto [place, size] = m_meshes.at(body);
     if (size == 0)
         return nullptr;
-    Reader reader(m_data + place, m_data + place + size);
     auto mesh = std::make_shared<BodyMesh>();
     double box[6];
-    reader.bytes(box, sizeof box);
+    static_assert(sizeof box == kBoxSize);
+    std::memcpy(box, m_data + place, sizeof box);
     mesh->bounds = BBox({box[0], box[1], box[2]}, {box[3], box[4], box[5]});
-    reader.run(mesh->positions);
-    reader.run(mesh->normals);
-    reader.run(mesh->triangles);
-    reader.run(mesh->faces);
-    reader.run(mesh->colours);
-    reader.run(mesh->edgePoints);
-    reader.run(mesh->edgeStarts);
-    if (hasVertexPoints())
-        reader.run(mesh->vertexPoints);
+    const auto copy = [](auto& target, const auto& source) { target.assign(source.begin(), source.end()); };
+    const MeshArrays arrays = this->arrays(body);
+    copy(mesh->positions, arrays.positions);
+    copy(mesh->normals, arrays.normals);
+    copy(mesh->triangles, arrays.triangles);
+    copy(mesh->faces, arrays.faces);
+    copy(mesh->colours, arrays.colours);
+    copy(mesh->edgePoints, arrays.edgePoints);
+    copy(mesh->edgeStarts, arrays.edgeStarts);
+    copy(mesh->vertexPoints, arrays.vertexPoints);
     m_file->unneeded({m_data + place, size});
     return mesh;
 }
@@ -329,15 +418,17 @@ void ModelFileWriter::write(const void* data, size_t size)
 
 void ModelFileWriter::addMesh(const BodyMesh* mesh)
 {
-    if (!mesh) {
+    // One that isn't sound would make the whole model unreadable.
+    if (!mesh || !MeshArrays::of(*mesh).isSound()) {
         m_meshes.emplace_back(0, 0);
         return;
     }
-    static constexpr char kNothing[16] = {};
-    write(kNothing, (16 - m_position % 16) % 16);
+    static constexpr char kNothing[kAlignment] = {};
+    write(kNothing, (kAlignment - m_position % kAlignment) % kAlignment);
     const uint64_t place = m_position;
     const GkPoint3d &low = mesh->bounds.low(), &high = mesh->bounds.high();
-    const double box[6] = {low.x, low.y, low.z, high.x, high.y, high.z};
+    const double box[] = {low.x, low.y, low.z, high.x, high.y, high.z};
+    static_assert(sizeof box == kBoxSize);
     write(box, sizeof box);
     const auto run = [&](const auto& values) {
         const uint64_t count = values.size();

@@ -12,17 +12,19 @@
 namespace Vs {
 
 class ModelFileWriter;
+struct MeshArrays;
 
 /// A model on disk, ready to be shown: the component tree and the meshes of its bodies as they lie in memory,
 /// and behind them the exact data of ModelKernel::write. It is mapped, so that only what is used is read.
+/// Anybody can make one, and its hashes tell only chance from purpose: nothing in it is believed unchecked.
 ///
 /// Layout, little-endian: a header of fixed size; the meshes, each aligned to 16 bytes; the index (tree,
 /// bodies, warnings); the exact data. The header holds the place and the hash of each.
 class ModelFile
 {
 public:
-    /// Maps the file and checks its header, its index and its hashes. Throws std::runtime_error with the
-    /// fault.
+    /// Maps the file and checks its header, its index, its hashes and its meshes, but not its exact data.
+    /// Throws std::runtime_error with the fault.
     [[nodiscard]] static std::shared_ptr<const ModelFile> open(const std::string& path);
     /// The same for a model that lies inside a larger file. `place` must be a multiple of 16.
     [[nodiscard]] static std::shared_ptr<const ModelFile> open(std::shared_ptr<const FileMapping> file,
@@ -51,6 +53,9 @@ private:
     friend class ModelFileWriter;
     ModelFile() = default;
     void readIndex();
+    void checkMeshes() const;
+    /// Of a body that has a mesh.
+    MeshArrays arrays(size_t body) const;
 
     struct Header;
     Header header() const;
@@ -86,7 +91,8 @@ public:
     ModelFileWriter(const ModelFileWriter&) = delete;
     ModelFileWriter& operator=(const ModelFileWriter&) = delete;
 
-    /// One call for each body, in the order of the tree's bodies; null for a body without a mesh.
+    /// One call for each body, in the order of the tree's bodies; null for a body without a mesh. One that
+    /// isn't sound (MeshArrays) counts as none.
     void addMesh(const BodyMesh* mesh);
     /// After the meshes.
     void writeIndex(const PartTree& tree, const std::vector<std::wstring>& warnings);

@@ -24,6 +24,11 @@ const KernelLibrary& kernelLibrary()
 
 } // namespace
 
+void ModelKernel::load()
+{
+    kernelLibrary();
+}
+
 std::unique_ptr<ModelKernel> ModelKernel::create()
 {
     return std::unique_ptr<ModelKernel>(kernelLibrary().make());

@@ -31,8 +31,11 @@ public:
 
     /// An empty model.
     static std::unique_ptr<ModelKernel> create();
-    /// The model that `write` wrote.
+    /// The model that `write` wrote. The bytes are believed: see Exchange::ExactData for those of others.
     static std::unique_ptr<ModelKernel> read(std::string_view bytes);
+
+    /// Loads the library, for those who have something to do meanwhile.
+    static void load();
 
     virtual ~ModelKernel() = default;
 

@@ -1,5 +1,9 @@
 #include "Server/DataModel/Model/ModelSource.h"
 
+#include "Server/DataModel/Exchange/ExactData.h"
+
+#include <stdexcept>
+
 namespace Vs {
 
 namespace {
@@ -14,10 +18,22 @@ std::unique_ptr<ModelKernel> readKernel(const ModelFile& file)
 
 } // namespace
 
+// What can't be read is not tried again by each body that is asked.
 ModelKernel& ModelSource::kernel()
 {
-    if (!m_kernel)
-        m_kernel = file ? readKernel(*file) : ModelKernel::create();
+    if (!m_fault.empty())
+        throw std::runtime_error(m_fault);
+    if (m_kernel)
+        return *m_kernel;
+    try {
+        if (!file)
+            m_kernel = ModelKernel::create();
+        else
+            m_kernel = isNative ? Exchange::ExactData::read(*file) : readKernel(*file);
+    } catch (const std::runtime_error& error) {
+        m_fault = error.what();
+        throw;
+    }
     return *m_kernel;
 }
 

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <mutex>
+#include <string>
 
 namespace Vs {
 
@@ -14,9 +15,12 @@ class ModelSource
 public:
     /// The file that the asset was read from; null for one that was made here.
     std::shared_ptr<const ModelFile> file;
+    /// Whether that is a native file, which anybody may have made; else a worker of this program made it.
+    bool isNative = false;
 
-    /// Runs `work(ModelKernel&)` with the kernel's model, which is read at the first call. Any thread, one at
-    /// a time; while that waits in long work (Progress), what is shown meanwhile may ask the kernel as well.
+    /// Runs `work(ModelKernel&)` with the kernel's model, which is read at the first call; throws
+    /// std::runtime_error, at each call, if it can't be. Any thread, one at a time; while that waits in long
+    /// work (Progress), what is shown meanwhile may ask the kernel as well.
     template <class Work>
     auto withKernel(Work&& work)
     {
@@ -30,6 +34,7 @@ private:
 
     std::recursive_mutex m_mutex;
     std::unique_ptr<ModelKernel> m_kernel;
+    std::string m_fault; ///< Why it can't be read.
 };
 
 } // namespace Vs

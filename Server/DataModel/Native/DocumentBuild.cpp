@@ -91,8 +91,10 @@ Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path
             std::unique_ptr<Asset>(new Asset(made.get(), entry.name, type, parent, entry.visible)));
         asset->m_guid = own(entry.guid);
         asset->m_data->settings() = entry.settings;
-        if (load.models[i].model)
+        if (load.models[i].model) {
             asset->m_data->load(std::move(load.models[i].model));
+            asset->m_data->source().isNative = true;
+        }
         asset->m_data->stored(std::move(load.models[i].part));
         assets[entry.guid] = asset;
     }

@@ -9,6 +9,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/DocumentType.h"
+#include "Server/DataModel/Exchange/ExactData.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Native/DocumentFile.h"
@@ -101,10 +102,20 @@ public:
         } catch (const std::runtime_error&) {
             return; // The parts of the old file serve as well.
         }
-        for (size_t i = 0; i < m_assets.size(); ++i)
-            if (m_parts[i].size != 0 && m_file.file->identity() == m_file.identity)
-                m_assets[i]->data().stored({m_file.file, m_parts[i].place, m_parts[i].size,
-                                            m_manifest.assets[i].hash, m_parts[i].crc});
+        if (m_file.file->identity() != m_file.identity)
+            return;
+        std::vector<Exchange::ExactData::Place> own;
+        for (size_t i = 0; i < m_assets.size(); ++i) {
+            const PackageWriter::Entry& part = m_parts[i];
+            if (part.size == 0)
+                continue;
+            m_assets[i]->data().stored(
+                {m_file.file, part.place, part.size, m_manifest.assets[i].hash, part.crc});
+            if (m_own[i])
+                own.push_back({part.place, part.size});
+        }
+        if (!own.empty())
+            Exchange::ExactData::noteOwn(m_file.file, std::move(own));
     }
 
 private:
@@ -152,6 +163,7 @@ private:
             };
             watch(0);
             m_manifest.assets.push_back(describe(*m_assets[i]));
+            m_own.push_back(isWrittenHere(m_assets[i]->data()));
             m_parts.push_back(writeModel(*m_assets[i], m_manifest.assets.back(), writer, watch));
         }
     }
@@ -169,6 +181,13 @@ private:
             entry.references.push_back(asset.refdAsset(i)->guid());
         entry.settings = asset.settings();
         return entry;
+    }
+
+    // Its exact data are this program's kernel's work or a worker's, and no native file has them yet.
+    bool isWrittenHere(const ModelData& data) const
+    {
+        const StoredPart* stored = data.stored();
+        return !stored || (!data.source().isNative && stored->file != m_file.file);
     }
 
     // A model that is as it was stored is copied as it lies; only a changed one is written anew.
@@ -230,6 +249,7 @@ private:
     std::vector<Asset*> m_assets;
     Manifest m_manifest;
     std::vector<PackageWriter::Entry> m_parts;
+    std::vector<bool> m_own; ///< isWrittenHere, by asset.
 };
 
 } // namespace

@@ -158,9 +158,37 @@ constexpr Reader kReaders[] = {
     {2, readVersion2},
 };
 
+// Takes away the assets that nothing refers to any more, until none is left but those of a circle. Without
+// recursion, as a chain may be as long as the list.
+void refuseCircles(const Manifest& manifest)
+{
+    std::map<uuid, size_t> referrers;
+    std::map<uuid, const Manifest::Asset*> assets;
+    for (const Manifest::Asset& asset : manifest.assets) {
+        assets[asset.guid] = &asset;
+        for (const uuid& reference : asset.references)
+            ++referrers[reference];
+    }
+    std::vector<const Manifest::Asset*> free;
+    for (const Manifest::Asset& asset : manifest.assets)
+        if (!referrers.contains(asset.guid))
+            free.push_back(&asset);
+    size_t taken = 0;
+    for (; !free.empty(); ++taken) {
+        const Manifest::Asset* asset = free.back();
+        free.pop_back();
+        for (const uuid& reference : asset->references)
+            if (--referrers[reference] == 0)
+                free.push_back(assets[reference]);
+    }
+    if (taken != manifest.assets.size())
+        fault("assets refer to one another in a circle");
+}
+
 void check(const Manifest& manifest)
 {
     std::set<uuid> guids, visible;
+    std::set<std::string> parts;
     for (const Manifest::Asset& asset : manifest.assets) {
         const std::string name = "\"" + Strings::narrow(asset.name) + "\"";
         if (!guids.insert(asset.guid).second)
@@ -169,11 +197,14 @@ void check(const Manifest& manifest)
             visible.insert(asset.guid);
         else if (asset.parent.is_nil() || asset.parent == asset.guid || !guids.contains(asset.parent))
             fault("the hidden asset " + name + " belongs to none");
+        if (!asset.part.empty() && !parts.insert(asset.part).second)
+            fault("the model of " + name + " is another asset's as well");
     }
     for (const Manifest::Asset& asset : manifest.assets)
         for (const uuid& reference : asset.references)
             if (!guids.contains(reference))
                 fault("\"" + Strings::narrow(asset.name) + "\" refers to an asset that isn't there");
+    refuseCircles(manifest);
     if (visible.empty())
         fault("there is no asset to show");
     if (!visible.contains(manifest.activeAsset))

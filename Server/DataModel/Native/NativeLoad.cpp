@@ -4,7 +4,9 @@
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Server/DataModel/Native/Package.h"
 
+#include <algorithm>
 #include <stdexcept>
+#include <tuple>
 
 namespace Vs::Native {
 
@@ -24,7 +26,7 @@ std::shared_ptr<const ModelFile> readInPlace(const Manifest::Asset& asset,
 }
 
 // The content is where the manifest says and is mapped there, unless another program packed the file anew.
-std::shared_ptr<const ModelFile> readModel(const Manifest::Asset& asset, const Package& package)
+std::shared_ptr<const ModelFile> readModel(const Manifest::Asset& asset, Package& package)
 {
     if (auto model = readInPlace(asset, package.file()))
         return model;
@@ -40,13 +42,30 @@ std::shared_ptr<const ModelFile> readModel(const Manifest::Asset& asset, const P
     }
 }
 
+// Each model is one asset's alone: a small file could hold any number of copies of one.
+void refuseOverlaps(const std::vector<NativeLoad::Model>& models)
+{
+    using Stretch = std::tuple<const FileMapping*, uint64_t, uint64_t>;
+    std::vector<Stretch> stretches;
+    for (const NativeLoad::Model& each : models)
+        if (each.model)
+            stretches.emplace_back(each.model->file().get(), each.model->place(),
+                                   each.model->place() + each.model->size());
+    std::sort(stretches.begin(), stretches.end());
+    const auto overlap = [](const Stretch& first, const Stretch& second) {
+        return std::get<0>(first) == std::get<0>(second) && std::get<2>(first) > std::get<1>(second);
+    };
+    if (std::adjacent_find(stretches.begin(), stretches.end(), overlap) != stretches.end())
+        throw std::runtime_error("its table of contents is damaged: two models lie one over the other");
+}
+
 } // namespace
 
 NativeLoad NativeLoad::read(const std::string& path, const Watch& watch)
 {
     NativeLoad load;
     load.file = FileMapping::openGuarded(path);
-    const Package package(load.file);
+    Package package(load.file);
     load.manifest = Manifest::read(package.read(kManifestName, Package::kMostManifest));
     const size_t count = load.manifest.assets.size();
     for (const Manifest::Asset& asset : load.manifest.assets) {
@@ -60,6 +79,7 @@ NativeLoad NativeLoad::read(const std::string& path, const Watch& watch)
         }
         load.models.push_back(std::move(model));
     }
+    refuseOverlaps(load.models);
     return load;
 }
 

@@ -1,8 +1,10 @@
 #include "Server/DataModel/Native/Package.h"
 
 #include "Server/Base/SiblingLibrary.h"
+#include "Server/DataModel/Model/PlainFile.h"
 #include "Server/DataModel/Native/ZipReader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
@@ -13,11 +15,25 @@ namespace Vs::Native {
 
 namespace {
 
-std::unique_ptr<ZipReader> readerOf(std::string_view bytes)
+struct ZipLibrary
 {
-    static const auto read =
-        SiblingLibrary("libVsZip10.so").function<ZipReader* (*)(const char*, size_t)>("quilletReadZip");
-    return std::unique_ptr<ZipReader>(read(bytes.data(), bytes.size()));
+    decltype(&quilletReadZip) read;
+    decltype(&quilletReadZipFile) readFile;
+};
+
+const ZipLibrary& zipLibrary()
+{
+    static const ZipLibrary library = [] {
+        const SiblingLibrary found("libVsZip10.so");
+        return ZipLibrary{found.function<decltype(ZipLibrary::read)>("quilletReadZip"),
+                          found.function<decltype(ZipLibrary::readFile)>("quilletReadZipFile")};
+    }();
+    return library;
+}
+
+uint64_t mostUnpacked()
+{
+    return static_cast<uint64_t>(sysconf(_SC_PHYS_PAGES)) * static_cast<uint64_t>(sysconf(_SC_PAGESIZE)) / 2;
 }
 
 } // namespace
@@ -28,7 +44,13 @@ bool isPicture(std::string_view bytes)
 }
 
 Package::Package(std::shared_ptr<const FileMapping> file)
-    : m_file(std::move(file)), m_zip(readerOf(m_file->bytes()))
+    : m_file(std::move(file)), m_zip(zipLibrary().read(m_file->bytes().data(), m_file->bytes().size()))
+{
+}
+
+Package::Package(const std::string& path)
+    : m_plain(std::make_unique<PlainFile>(path)),
+      m_zip(zipLibrary().readFile(m_plain->descriptor(), m_plain->size()))
 {
 }
 
@@ -50,8 +72,13 @@ std::string Package::read(const std::string& name, uint64_t limit) const
     return content;
 }
 
-std::shared_ptr<const FileMapping> Package::unpack(const std::string& name) const
+std::shared_ptr<const FileMapping> Package::unpack(const std::string& name)
 {
+    const uint64_t most = mostUnpacked(), size = m_zip->size(name);
+    if (size > most - std::min(m_unpacked, most))
+        throw std::runtime_error(
+            "it was packed by another program, and unpacked takes more memory than there is");
+    m_unpacked += size;
     const int descriptor = memfd_create("quillet-model", MFD_CLOEXEC);
     if (descriptor < 0)
         throw std::runtime_error(std::strerror(errno));

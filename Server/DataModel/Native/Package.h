@@ -6,6 +6,10 @@
 #include <string>
 #include <string_view>
 
+namespace Vs {
+class PlainFile;
+}
+
 namespace Vs::Native {
 
 class ZipReader;
@@ -26,23 +30,30 @@ class Package
 public:
     /// Checks the directory against the entries, and the entries' names.
     explicit Package(std::shared_ptr<const FileMapping> file);
+    /// The same without mapping the file, which another program may be writing just now: what has changed
+    /// under it can't be read. For a look at single entries.
+    explicit Package(const std::string& path);
     ~Package();
     Package(const Package&) = delete;
     Package& operator=(const Package&) = delete;
 
+    /// Null if it isn't mapped.
     const std::shared_ptr<const FileMapping>& file() const { return m_file; }
     [[nodiscard]] bool has(const std::string& name) const;
     /// The content of an entry of at most `limit` bytes, checked against its checksum.
     [[nodiscard]] std::string read(const std::string& name, uint64_t limit) const;
-    /// Unpacks an entry into memory of its own, as a file that can be mapped.
-    [[nodiscard]] std::shared_ptr<const FileMapping> unpack(const std::string& name) const;
+    /// Unpacks an entry into memory of its own, as a file that can be mapped. All that are unpacked may take
+    /// half of this computer's memory together.
+    [[nodiscard]] std::shared_ptr<const FileMapping> unpack(const std::string& name);
 
     static constexpr uint64_t kMostManifest = uint64_t(64) << 20;
     static constexpr uint64_t kMostPicture = uint64_t(4) << 20;
 
 private:
     std::shared_ptr<const FileMapping> m_file;
+    std::unique_ptr<PlainFile> m_plain; ///< What isn't mapped.
     std::unique_ptr<ZipReader> m_zip;
+    uint64_t m_unpacked = 0;
 };
 
 } // namespace Vs::Native

@@ -1,6 +1,9 @@
 #include "Server/DataModel/Native/ZipReader.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
@@ -44,14 +47,16 @@ std::string causeOf(zip_error_t& error)
 class LibzipReader : public ZipReader
 {
 public:
-    LibzipReader(const char* data, size_t size) : m_size(size)
+    /// `makeSource(zip_error_t*)` gives the library's source of the bytes.
+    template <class MakeSource>
+    LibzipReader(size_t size, MakeSource&& makeSource) : m_size(size)
     {
         // The library takes an empty file for an empty package.
         if (size == 0)
             throw std::runtime_error("it is no package, or was cut short");
         zip_error_t error;
         zip_error_init(&error);
-        zip_source_t* source = zip_source_buffer_create(data, size, 0, &error);
+        zip_source_t* source = makeSource(&error);
         if (source)
             m_zip = zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error);
         if (source && !m_zip)
@@ -61,7 +66,7 @@ public:
         if (!m_zip)
             throw std::runtime_error(cause);
         try {
-            checkNames();
+            checkEntries();
         } catch (...) {
             zip_discard(m_zip);
             throw;
@@ -80,17 +85,24 @@ private:
         uint64_t size;
     };
 
-    void checkNames() const
+    void checkEntries() const
     {
         const zip_int64_t entries = zip_get_num_entries(m_zip, 0);
         if (entries > kMostEntries)
             throw std::runtime_error("its package holds an impossible number of entries");
+        uint64_t packed = 0;
         for (zip_uint64_t i = 0; i < static_cast<zip_uint64_t>(entries); ++i) {
             const char* name = zip_get_name(m_zip, i, 0);
             if (!name || !isSafeName(name))
                 throw std::runtime_error("its package holds an entry of the forbidden name \"" +
                                          std::string(name ? name : "") + "\"");
+            zip_stat_t info;
+            if (zip_stat_index(m_zip, i, 0, &info) == 0 && (info.valid & ZIP_STAT_COMP_SIZE))
+                packed += std::min<uint64_t>(info.comp_size, m_size + 1);
         }
+        // One stretch of bytes that is many entries unpacks to many times what any limit on one allows.
+        if (packed > m_size)
+            throw std::runtime_error("its package holds entries that lie one over the other");
     }
     Found find(const std::string& name) const;
 
@@ -148,5 +160,21 @@ void LibzipReader::read(const std::string& name, const Take& take) const
 
 extern "C" Vs::Native::ZipReader* quilletReadZip(const char* data, size_t size)
 {
-    return new Vs::Native::LibzipReader(data, size);
+    return new Vs::Native::LibzipReader(
+        size, [&](zip_error_t* error) { return zip_source_buffer_create(data, size, 0, error); });
+}
+
+extern "C" Vs::Native::ZipReader* quilletReadZipFile(int descriptor, size_t size)
+{
+    return new Vs::Native::LibzipReader(size, [&](zip_error_t* error) -> zip_source_t* {
+        // The library closes what it is given.
+        std::FILE* file = fdopen(fcntl(descriptor, F_DUPFD_CLOEXEC, 0), "rb");
+        zip_source_t* source =
+            file ? zip_source_filep_create(file, 0, static_cast<zip_int64_t>(size), error) : nullptr;
+        if (!file)
+            zip_error_set(error, ZIP_ER_OPEN, errno);
+        else if (!source)
+            std::fclose(file);
+        return source;
+    });
 }

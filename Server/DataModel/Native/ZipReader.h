@@ -7,7 +7,7 @@
 
 namespace Vs::Native {
 
-/// A zip package in memory. The library that reads it brings others that take long to load, so what stands on
+/// A zip package. The library that reads it brings others that take long to load, so what stands on
 /// it is a library of its own; this is all that is seen of it. Operations throw std::runtime_error with the
 /// cause. One thread at a time.
 class ZipReader
@@ -25,6 +25,7 @@ public:
 
 } // namespace Vs::Native
 
-/// The entry point of the library: checks the package's directory and its entries' names. The bytes must
-/// outlive the reader.
+/// The entry points of the library, which check the package's directory and its entries' names: for a package
+/// in memory, which must outlive the reader, and for a file that is open, whose descriptor the caller keeps.
 extern "C" Vs::Native::ZipReader* quilletReadZip(const char* data, size_t size);
+extern "C" Vs::Native::ZipReader* quilletReadZipFile(int descriptor, size_t size);

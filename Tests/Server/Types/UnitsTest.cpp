@@ -182,7 +182,8 @@ TEST(UnitTexts, TheExactTextReadsBackAsExactlyTheSameValue)
             std::memcpy(&value, &bits, sizeof bits);
         } while (!std::isfinite(value));
         for (const Unit& unit : units)
-            ASSERT_EQ(read(toExactText(value, unit), unit), value) << Strings::narrow(toExactText(value, unit));
+            ASSERT_EQ(read(toExactText(value, unit), unit), value)
+                << Strings::narrow(toExactText(value, unit));
     }
     EXPECT_EQ(toExactText(25.4, kInches), L"1 in");
 }

@@ -4,9 +4,14 @@
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Tests/Support/Process.h"
 
+#include <boost/filesystem/operations.hpp>
+
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
 
 using namespace Vs;
 using namespace Vs::Exchange;
@@ -71,6 +76,56 @@ TEST(ImportCache, TheKeyOfAFileFollowsTheOthersThatItDependsOn)
     EXPECT_NE(blue, red);
     here.write("b", "comes later");
     EXPECT_NE(cache.fullKey("key", at), blue);
+}
+
+// A pipe would be waited for without end, and a file that was mapped must not shrink.
+TEST(ImportCache, TheKeyComesOfOrdinaryFilesAloneWhateverOthersDoWithThemMeanwhile)
+{
+    const TestSupport::ScratchFolder folder;
+    const std::string pipe = (folder.path() / "pipe").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& path : {pipe, std::string("/dev/zero"), folder.path().string()})
+        EXPECT_EQ(ImportCache::keyOf(path, "step"), std::nullopt) << path;
+    ImportCache cache((folder.path() / "cache").string());
+    cache.noteOthers("key", folder.path().string(), {pipe, "/dev/zero"});
+    EXPECT_NE(cache.fullKey("key", folder.path().string()), "key");
+
+    constexpr int kSize = 8 << 20;
+    const std::string shrinking = folder.write("shrinking", std::string(kSize, 'x')).string();
+    std::atomic<bool> done = false;
+    std::thread other([&] {
+        while (!done) {
+            std::filesystem::resize_file(shrinking, 1);
+            std::filesystem::resize_file(shrinking, kSize);
+        }
+    });
+    for (int i = 0; i < 50; ++i)
+        EXPECT_TRUE(ImportCache::keyOf(shrinking, "step"));
+    done = true;
+    other.join();
+}
+
+TEST(ImportCache, IsForItsUserAlone)
+{
+    const TestSupport::ScratchFolder folder;
+    const auto rights = [](const boost::filesystem::path& path) {
+        struct stat info = {};
+        EXPECT_EQ(stat(path.c_str(), &info), 0) << path;
+        return info.st_mode & 0777;
+    };
+    const mode_t mask = umask(0);
+    ImportCache cache((folder.path() / "new").string());
+    EXPECT_EQ(rights(folder.path() / "new"), 0700u);
+    cache.store("key", newModel(cache));
+    EXPECT_EQ(rights(folder.path() / "new/key.model"), 0600u);
+    cache.noteOthers("key", folder.path().string(), {"/a"});
+    EXPECT_EQ(rights(folder.path() / "new/key.others"), 0600u);
+    // One that an older program made for all.
+    boost::filesystem::create_directory(folder.path() / "old");
+    EXPECT_EQ(rights(folder.path() / "old"), 0777u);
+    const ImportCache old((folder.path() / "old").string());
+    EXPECT_EQ(rights(folder.path() / "old"), 0700u);
+    umask(mask);
 }
 
 TEST(ImportCache, KeepsWhatWasStoredAndDropsWhatIsDamaged)

@@ -1,8 +1,10 @@
 #include "Server/DataModel/Model/ModelFile.h"
 
+#include "Tests/Server/DataModel/Model/CraftedModel.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace Vs;
@@ -28,9 +30,11 @@ PartTree smallTree()
 {
     PartTree tree;
     tree.bodies = {{"0:1:1:1", L"Größe", {1, 0, 0, 1}, 0}, {"0:1:1:2", L"no mesh", {}, 0}};
-    PartTree::Node part{"a/b", L"Part", GkMatrix3d::translation({1, 2, 3}), Colour{0, 1, 0, 0.5f}, 0,
-                        false, {}};
-    PartTree::Node assembly{"a", L"Assembly", {}, std::nullopt, -1, true, {part, part}};
+    PartTree::Node part{"0:5/0:5:1", L"Part", GkMatrix3d::translation({1, 2, 3}), Colour{0, 1, 0, 0.5f}, 0,
+                        false,       {}};
+    PartTree::Node second = part;
+    second.id = "0:5/0:5:3";
+    PartTree::Node assembly{"0:5", L"Assembly", {}, std::nullopt, -1, true, {part, second}};
     tree.roots = {assembly};
     return tree;
 }
@@ -48,6 +52,47 @@ std::string writeModel(const TestSupport::ScratchFolder& folder, const std::stri
     return path;
 }
 
+/// One part of one body, with this mesh if it is sound.
+CraftedModel oneBody(const TestSupport::ScratchFolder& folder, const BodyMesh& mesh)
+{
+    const std::string path = (folder.path() / "one.model").string();
+    PartTree tree;
+    tree.bodies = {{"0:1:1:1", L"Body", {}, 0}};
+    tree.roots = {{"0:1:1:1", L"Part", {}, std::nullopt, 0, true, {}}};
+    ModelFileWriter writer(path);
+    writer.addMesh(&mesh);
+    writer.writeIndex(tree, {});
+    writer.finish();
+    return CraftedModel(TestSupport::contentOf(path));
+}
+
+std::string faultOf(const TestSupport::ScratchFolder& folder, CraftedModel model)
+{
+    try {
+        ModelFile::open(folder.write("crafted.model", model.sealed()).string())->mesh(0);
+        return "none";
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+}
+
+/// A sound model with this tree; the writer leaves it to the reader to judge.
+std::string faultOf(const TestSupport::ScratchFolder& folder, const PartTree& tree)
+{
+    const std::string path = (folder.path() / "tree.model").string();
+    ModelFileWriter writer(path);
+    for (size_t i = 0; i < tree.bodies.size(); ++i)
+        writer.addMesh(nullptr);
+    writer.writeIndex(tree, {});
+    writer.finish();
+    try {
+        ModelFile::open(path);
+        return "none";
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+}
+
 } // namespace
 
 TEST(ModelFile, ReadsBackWhatWasWritten)
@@ -59,7 +104,7 @@ TEST(ModelFile, ReadsBackWhatWasWritten)
     ASSERT_EQ(file->tree().bodies.size(), 2u);
     EXPECT_EQ(file->tree().bodies[0].name, L"Größe");
     const PartTree::Node& part = file->tree().roots.at(0).children.at(1);
-    EXPECT_EQ(part.id, "a/b");
+    EXPECT_EQ(part.id, "0:5/0:5:3");
     EXPECT_EQ(part.placement.entry[1][3], 2);
     EXPECT_EQ(part.colour, (Colour{0, 1, 0, 0.5f}));
     EXPECT_FALSE(part.visible);
@@ -107,4 +152,165 @@ TEST(ModelFile, ACutOrForeignFileIsNoModel)
                  std::runtime_error);
     EXPECT_THROW(ModelFile::open((folder.path() / "missing").string()), std::runtime_error);
     EXPECT_THROW(ModelFile::open(folder.path().string()), std::runtime_error);
+}
+
+// Each of these was shown, picked or exported by reading or writing beyond the mesh's own memory.
+TEST(ModelFile, AMeshWhoseNumbersLeadOutOfItIsDamagedThoughItsHashesAreRight)
+{
+    const TestSupport::ScratchFolder folder;
+    const CraftedModel sound = oneBody(folder, triangle());
+    const auto faultWith = [&](const std::function<void(BodyMesh&)>& change) {
+        BodyMesh mesh = triangle();
+        change(mesh);
+        CraftedModel crafted = sound;
+        crafted.replaceMesh(mesh);
+        return faultOf(folder, crafted);
+    };
+    ASSERT_EQ(faultWith([](BodyMesh&) {}), "none");
+    const std::pair<const char*, std::function<void(BodyMesh&)>> rules[] = {
+        {"a triangle of a vertex that isn't there", [](BodyMesh& m) { m.triangles[1] = 3; }},
+        {"a vertex of the highest number", [](BodyMesh& m) { m.triangles[2] = UINT32_MAX; }},
+        {"a bad triangle behind many good ones",
+         [](BodyMesh& m) {
+             m.triangles.resize(3000, 0);
+             m.triangles[2990] = 0x80000000;
+             m.faces = {{0, 1000, 0}};
+         }},
+        {"triangles without vertices", [](BodyMesh& m) { m.positions = m.normals = {}; }},
+        {"a triangle of two corners",
+         [](BodyMesh& m) { m.triangles.push_back(0), m.triangles.push_back(1); }},
+        {"a vertex without a normal", [](BodyMesh& m) { m.normals.resize(6); }},
+        {"a vertex of two coordinates", [](BodyMesh& m) { m.positions.resize(8), m.normals.resize(8); }},
+        {"a face beyond the triangles", [](BodyMesh& m) { m.faces[0].triangleCount = 2; }},
+        {"a face whose end is beyond all numbers",
+         [](BodyMesh& m) {
+             m.faces = {{1, UINT32_MAX, 0}};
+         }},
+        {"faces one over the other",
+         [](BodyMesh& m) {
+             m.faces.push_back({0, 1, 0});
+         }},
+        {"triangles of no face", [](BodyMesh& m) { m.faces.clear(); }},
+        {"a face of a colour that isn't there", [](BodyMesh& m) { m.faces[0].colour = 1; }},
+        {"a face of a colour below none", [](BodyMesh& m) { m.faces[0].colour = -2; }},
+        {"an edge beyond its points", [](BodyMesh& m) { m.edgeStarts[1] = 3; }},
+        {"an edge that ends before it begins",
+         [](BodyMesh& m) {
+             m.edgeStarts = {0, 2, 1, 2};
+         }},
+        {"an edge that begins somewhere", [](BodyMesh& m) { m.edgeStarts[0] = 1; }},
+        {"points of no edge", [](BodyMesh& m) { m.edgeStarts.clear(); }},
+        {"an edge's point of two coordinates", [](BodyMesh& m) { m.edgePoints.resize(5); }},
+        {"a shape's vertex of two coordinates", [](BodyMesh& m) { m.vertexPoints.resize(5); }},
+    };
+    for (const auto& [name, change] : rules)
+        EXPECT_NE(faultWith(change).find("damaged"), std::string::npos) << name << ": " << faultWith(change);
+
+    // What is odd but harmless stays readable: coordinates may be any numbers.
+    EXPECT_EQ(faultWith([](BodyMesh& m) { m.positions[0] = std::numeric_limits<float>::quiet_NaN(); }),
+              "none");
+    EXPECT_EQ(faultWith([](BodyMesh& m) { m = BodyMesh(); }), "none");
+    EXPECT_EQ(faultWith([](BodyMesh& m) { m.faces = {{0, 0, -1}, {0, 1, -1}, {1, 0, -1}}; }), "none");
+}
+
+TEST(ModelFile, AnUnsoundMeshIsNotWrittenSoThatTheRestStaysReadable)
+{
+    const TestSupport::ScratchFolder folder;
+    BodyMesh unsound = triangle();
+    unsound.triangles[0] = 7;
+    const auto file = ModelFile::open(folder.write("m.model", oneBody(folder, unsound).sealed()).string());
+    EXPECT_EQ(file->mesh(0), nullptr);
+    EXPECT_EQ(file->tree().bodies.size(), 1u);
+}
+
+TEST(ModelFile, MeshesLieOneBehindTheOtherWhereTheyMay)
+{
+    const TestSupport::ScratchFolder folder;
+    const CraftedModel sound = oneBody(folder, triangle());
+    const size_t index = sound.indexPlace();
+    const size_t size = index - CraftedModel::kHeader;
+    const size_t place = sound.find(CraftedModel::kHeader, index, sound.kernelPlace());
+    const auto faultAt = [&](uint64_t newPlace, uint64_t newSize) {
+        CraftedModel crafted = sound;
+        crafted.set<uint64_t>(place, newPlace);
+        crafted.set<uint64_t>(place + 8, newSize);
+        return faultOf(folder, crafted);
+    };
+    ASSERT_EQ(faultAt(CraftedModel::kHeader, size), "none");
+    for (const auto& [newPlace, newSize] : {std::pair<uint64_t, uint64_t>(0, size),
+                                            {CraftedModel::kHeader + 1, size - 1},
+                                            {CraftedModel::kHeader + 8, size - 8},
+                                            {CraftedModel::kHeader, size + 1},
+                                            {CraftedModel::kHeader, 47},
+                                            {CraftedModel::kHeader, 48},
+                                            {UINT64_MAX - 15, 32},
+                                            {CraftedModel::kHeader, UINT64_MAX}})
+        EXPECT_NE(faultAt(newPlace, newSize), "none") << newPlace << ' ' << newSize;
+
+    // Two bodies of one mesh.
+    const std::string path = (folder.path() / "two.model").string();
+    const BodyMesh mesh = triangle();
+    ModelFileWriter writer(path);
+    writer.addMesh(&mesh);
+    writer.addMesh(&mesh);
+    writer.writeIndex(smallTree(), {});
+    writer.finish();
+    CraftedModel shared(TestSupport::contentOf(path));
+    const size_t second =
+        shared.find((CraftedModel::kHeader + size + 15) / 16 * 16, shared.indexPlace(), shared.size());
+    ASSERT_EQ(faultOf(folder, shared), "none");
+    shared.set<uint64_t>(second, CraftedModel::kHeader);
+    EXPECT_NE(faultOf(folder, shared), "none");
+}
+
+TEST(ModelFile, ATreeThatDoesNotHangTogetherIsRefused)
+{
+    const TestSupport::ScratchFolder folder;
+    ASSERT_EQ(faultOf(folder, smallTree()), "none");
+    const auto faultWith = [&](const std::function<void(PartTree::Node & assembly)>& change) {
+        PartTree tree = smallTree();
+        change(tree.roots[0]);
+        return faultOf(folder, tree);
+    };
+    using Node = PartTree::Node;
+    const std::string kOrder = "out of order";
+    for (const char* id : {"", "0:5/0:5:1", "0:5/0:5:0", "0:5/x", "0:6/0:5:3", "0:5:3", "0:5/7:1/0:5:3",
+                           "0:5/0:5:99999999999", "0:5/0:5:-3"})
+        EXPECT_NE(faultWith([&](Node& a) { a.children[1].id = id; }).find(kOrder), std::string::npos) << id;
+    EXPECT_NE(faultWith([](Node& a) { a.id = "x/0:5"; }).find(kOrder), std::string::npos);
+    for (const int body : {2, -2, INT32_MAX, INT32_MIN})
+        EXPECT_NE(faultWith([&](Node& a) { a.children[0].body = body; }).find("body that isn't there"),
+                  std::string::npos)
+            << body;
+    const auto deep = [](Node& top, int levels) {
+        Node* at = &top;
+        for (int i = 0; i < levels; ++i) {
+            Node below = *at;
+            below.children.clear();
+            below.id += "/0:" + std::to_string(i);
+            at->children = {below};
+            at->children[0].id = at->id + "/0:1";
+            at = &at->children[0];
+        }
+    };
+    EXPECT_EQ(faultWith([&](Node& a) { deep(a, 400); }), "none");
+    EXPECT_NE(faultWith([&](Node& a) { deep(a, 1500); }).find("too deep"), std::string::npos);
+}
+
+// A count that is possible by itself, but not in each of a thousand nested lists.
+TEST(ModelFile, CountsThatClaimMoreThanThereIsTakeNoMemory)
+{
+    const TestSupport::ScratchFolder folder;
+    const CraftedModel sound = oneBody(folder, triangle());
+    const size_t runs = CraftedModel::kHeader + 48;
+    for (const uint64_t count : {uint64_t(1) << 40, UINT64_MAX, UINT64_MAX / 4 + 1, uint64_t(1) << 62}) {
+        CraftedModel crafted = sound;
+        crafted.set(runs, count);
+        EXPECT_NE(faultOf(folder, crafted), "none");
+        for (size_t at = sound.indexPlace(); at + 8 <= sound.kernelPlace(); ++at) {
+            crafted = sound;
+            crafted.set(at, count);
+            faultOf(folder, crafted);
+        }
+    }
 }

@@ -10,6 +10,10 @@
 #include "Server/Types/Uuid.h"
 #include "Tests/Server/DataModel/Native/NativeFixture.h"
 
+#include <cstring>
+#include <sys/stat.h>
+#include <zlib.h>
+
 using namespace Vs;
 
 class NativeBadInputTest : public NativeTest
@@ -46,6 +50,13 @@ protected:
     {
         writePackage(scratch("bad.tdsn"), entries);
         expectRefused(scratch("bad.tdsn"), cause);
+    }
+    /// As a package holds it.
+    static std::string checksumOf(const std::string& content)
+    {
+        const auto crc = static_cast<uint32_t>(
+            crc32(0, reinterpret_cast<const Bytef*>(content.data()), static_cast<uInt>(content.size())));
+        return std::string(reinterpret_cast<const char*>(&crc), sizeof crc);
     }
 };
 
@@ -193,4 +204,123 @@ TEST_F(NativeBadInputTest, APackageThatWasMadeToDoHarmIsRefused)
     bomb[1].packed = true;
     bomb[1].content = "{\"x\":\"" + std::string(100'000'000, ' ');
     expectRefused(bomb, "\"manifest.json\"");
+}
+
+// Each of these took all memory, or ended the program by a recursion without end.
+TEST_F(NativeBadInputTest, AssetsThatReferInACircleOrShareOneModelAreRefused)
+{
+    Document* document = madeAsset()->document();
+    for (const wchar_t* name : {L"Second", L"Third"})
+        ModelBuilder(Asset::create(document, name, document->activeAsset()->assetType()))
+            .sphere(3, {}, status);
+    ASSERT_TRUE(saveAs(document, scratch("three.tdsn"))) << message();
+    std::vector<std::string> guids;
+    for (unsigned i = 0; i < 3; ++i)
+        guids.push_back(Strings::narrow(fromUuid(document->asset(i)->guid())));
+    DocumentMgr::get()->close(document);
+    const std::vector<Entry> sound = readPackage(scratch("three.tdsn"));
+
+    // The assets' references, in the order of the list.
+    const auto referring = [&](const std::vector<std::vector<size_t>>& references) {
+        std::vector<Entry> entries = sound;
+        std::string& manifest = entries.back().content;
+        size_t place = 0;
+        for (const std::vector<size_t>& each : references) {
+            std::string list;
+            for (const size_t asset : each)
+                list += (list.empty() ? "\"" : ", \"") + guids[asset] + "\"";
+            const std::string member = "\"references\": [";
+            place = manifest.find(member, place) + member.size();
+            manifest.insert(place, list);
+        }
+        return entries;
+    };
+    expectRefused(referring({{0}}), "circle");
+    expectRefused(referring({{1}, {0}}), "circle");
+    expectRefused(referring({{1}, {2}, {1}}), "circle");
+    expectRefused(referring({{}, {2, 2}, {0, 1}}), "circle");
+    writePackage(scratch("chain.tdsn"), referring({{1, 2, 2}, {2}, {}}));
+    Document* chain = open(scratch("chain.tdsn"));
+    ASSERT_NE(chain, nullptr) << message();
+    EXPECT_FALSE(chain->isDirty(true));
+    chain->asset(2)->markDirty();
+    EXPECT_TRUE(chain->asset(0)->isDirty(true));
+    EXPECT_FALSE(chain->asset(0)->isDirty(false));
+    DocumentMgr::get()->close(chain);
+
+    const auto valueOf = [&](const std::string& member, int number) {
+        const std::string& manifest = sound.back().content;
+        size_t begin = 0;
+        for (int i = 0; i <= number; ++i)
+            begin = manifest.find("\"" + member + "\": ", begin) + member.size() + 4;
+        return manifest.substr(begin, manifest.find_first_of(",\n}", begin) - begin);
+    };
+    const auto replaced = [&](std::vector<Entry> entries, const char* member, int by) {
+        const std::string from = valueOf(member, 1), to = valueOf(member, by);
+        std::string& manifest = entries.back().content;
+        manifest.replace(manifest.find(from), from.size(), to);
+        return entries;
+    };
+    expectRefused(replaced(sound, "entry", 0), "another asset's as well");
+    // Under two names, one place in the file: two spheres are the same model.
+    std::string content = contentOf(scratch("three.tdsn")), manifest = sound.back().content;
+    const std::string before = checksumOf(manifest), from = valueOf("place", 2), to = valueOf("place", 1);
+    ASSERT_EQ(from.size(), to.size());
+    manifest.replace(manifest.find("\"place\": " + from) + 9, from.size(), to);
+    content.replace(content.find(sound.back().content), manifest.size(), manifest);
+    for (size_t at = 0; (at = content.find(before, at)) != std::string::npos; ++at)
+        content.replace(at, before.size(), checksumOf(manifest));
+    expectRefused(write("shared.tdsn", content), "one over the other");
+}
+
+TEST_F(NativeBadInputTest, APlaceThatIsWrongInTheTableOfContentsDoesNoHarm)
+{
+    const std::wstring path = savedFile("sound.tdsn");
+    const std::string digest = digestOf(*open(path)->activeAsset());
+    DocumentMgr::get()->close(DocumentMgr::get()->document(0u));
+    for (const char* place : {"1", "4097", "4104", "8", "99999999", "9223372036854775807", "0"}) {
+        std::vector<Entry> entries =
+            changed("\"place\": ", std::string("\"place\": ") + place + ", \"was\": ");
+        writePackage(scratch("odd.tdsn"), entries);
+        Document* opened = open(scratch("odd.tdsn"));
+        ASSERT_NE(opened, nullptr) << place << ": " << message();
+        EXPECT_EQ(digestOf(*opened->activeAsset()), digest);
+        DocumentMgr::get()->close(opened);
+    }
+    for (const char* place : {"-1", "1e300", "\"4096\"", "null"})
+        expectRefused(changed("\"place\": ", std::string("\"place\": ") + place + ", \"was\": "), "no count");
+}
+
+TEST_F(NativeBadInputTest, EntriesThatLieOneOverTheOtherAreRefused)
+{
+    writePackage(scratch("two.tdsn"), {{"a", "", false}, {"b", std::string(2000, 'b'), false}});
+    std::string bytes = contentOf(scratch("two.tdsn"));
+    // The first, which is empty, is made to reach over the second as a whole.
+    const size_t begin = bytes.find('a', 30) + 1, end = bytes.find("PK\1\2");
+    const std::string content = bytes.substr(begin, end - begin);
+    const auto size = static_cast<uint32_t>(content.size());
+    for (const size_t header : {size_t(14), end + 16}) {
+        bytes.replace(header, 4, checksumOf(content));
+        std::memcpy(&bytes[header + 4], &size, sizeof size);
+        std::memcpy(&bytes[header + 8], &size, sizeof size);
+    }
+    expectRefused(write("two.tdsn", bytes), "one over the other");
+}
+
+// By name it is nobody's, by its content it would be ours.
+TEST_F(NativeBadInputTest, TheCauseIsToldWhateverTheNameIs)
+{
+    std::vector<Entry> entries = readPackage(savedFile("sound.tdsn"));
+    entries.push_back({"../evil", "x", false});
+    for (const char* name : {"bad", "bad.backup", "bad.zip"}) {
+        writePackage(scratch(name), entries);
+        expectRefused(scratch(name), "forbidden name \"../evil\"");
+        const std::string whole = contentOf(scratch("sound.tdsn"));
+        expectRefused(write(name, whole.substr(0, whole.size() / 2)), "cut short");
+        // Any other archive is no file of ours.
+        writePackage(scratch(name), {{"readme.txt", "text"}});
+        expectRefused(scratch(name), "of no kind");
+    }
+    ASSERT_EQ(mkfifo(Strings::narrow(scratch("pipe")).c_str(), 0600), 0);
+    expectRefused(scratch("pipe"), "isn't an ordinary file");
 }

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace Vs {
+
+/// An ordinary file that is open for reading. A pipe or a device under its name is refused, and nobody waits
+/// for it. What was read is in this program's own memory: the file may shrink meanwhile, unlike a mapped one.
+class PlainFile
+{
+public:
+    /// Throws std::runtime_error with the cause.
+    explicit PlainFile(const std::string& path);
+    /// Takes the descriptor over.
+    explicit PlainFile(int descriptor);
+    ~PlainFile();
+    PlainFile(const PlainFile&) = delete;
+    PlainFile& operator=(const PlainFile&) = delete;
+
+    int descriptor() const { return m_descriptor; }
+    /// As it was when it was opened; reading ends there, even if more is written meanwhile.
+    uint64_t size() const { return m_size; }
+    /// Reads on. Gives how much there was, 0 at the end. Throws std::runtime_error with the cause.
+    size_t read(void* target, size_t size);
+
+private:
+    int m_descriptor;
+    uint64_t m_size = 0;
+    uint64_t m_given = 0;
+};
+
+/// Makes an empty file that this user alone may read, or empties the one that is there. Returns its
+/// descriptor, open for writing; throws std::runtime_error with the cause.
+int createPrivateFile(const std::string& path);
+
+} // namespace Vs

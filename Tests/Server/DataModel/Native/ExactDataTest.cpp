@@ -1,0 +1,137 @@
+// The exact data of native files: whose they are, and what becomes of them.
+
+#include "Server/Base/Strings.h"
+#include "Server/Body/BodyProperties.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Exchange/ImportCache.h"
+#include "Server/DataModel/Exchange/KnownData.h"
+#include "Tests/Server/DataModel/Model/CraftedModel.h"
+#include "Tests/Server/DataModel/Native/NativeFixture.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <filesystem>
+#include <sys/stat.h>
+
+using namespace Vs;
+using namespace Vs::Exchange;
+
+namespace {
+
+/// How many exact data a worker has written anew so far.
+size_t renewed()
+{
+    size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(importCache().folder()))
+        count += entry.path().filename().string().ends_with("-exact.model");
+    return count;
+}
+
+} // namespace
+
+class ExactDataTest : public NativeTest
+{
+protected:
+    /// Nobody knows any data any more.
+    static void forgetAll() { std::filesystem::remove(importCache().folder() + "/known-data"); }
+    void closeAll()
+    {
+        while (DocumentMgr::get()->documents() > 0)
+            DocumentMgr::get()->close(DocumentMgr::get()->document(0u));
+    }
+    /// The first message of asking a body of a file for its volume; empty if there was none.
+    std::string faultOf(const std::wstring& path)
+    {
+        Document* document = open(path);
+        if (!document)
+            return "not opened: " + message();
+        const Component& part = *document->activeAsset()->components()->children.at(0);
+        status.clear();
+        bodyProperties(*part.body, status);
+        std::string fault = message();
+        status.clear();
+        bodyProperties(*part.body, status);
+        EXPECT_EQ(message(), fault) << "what can't be read is another time something else";
+        closeAll();
+        return fault;
+    }
+};
+
+TEST_F(ExactDataTest, WhatThisUserSavedIsReadAsItIsAndWhatAnybodyMadeByAWorkerFirst)
+{
+    const std::wstring path = savedFile("own.tdsn");
+    const size_t before = renewed();
+    EXPECT_EQ(faultOf(path), "");
+    EXPECT_EQ(renewed(), before);
+
+    forgetAll();
+    const std::string digest = digestOf(*open(path)->activeAsset());
+    closeAll();
+    EXPECT_EQ(renewed(), before + 1);
+    // Once for the same data, whatever file they are in.
+    boost::filesystem::copy_file(path, scratch("copy.tdsn"));
+    EXPECT_EQ(digestOf(*open(scratch("copy.tdsn"))->activeAsset()), digest);
+    EXPECT_EQ(renewed(), before + 1);
+
+    // What is changed is the user's own from then on; the same data saved again stay whose they were.
+    Document* document = DocumentMgr::get()->document(0u);
+    ASSERT_TRUE(saveAs(document, scratch("unchanged.tdsn"))) << message();
+    ModelBuilder(document->activeAsset()).box(1, 2, 3, {}, status);
+    ASSERT_TRUE(saveAs(document, scratch("changed.tdsn"))) << message();
+    closeAll();
+    EXPECT_EQ(faultOf(scratch("changed.tdsn")), "");
+    EXPECT_EQ(renewed(), before + 1);
+    std::filesystem::remove_all(importCache().folder());
+    ImportCache::makeFolder(importCache().folder());
+    EXPECT_EQ(faultOf(scratch("unchanged.tdsn")), "");
+    EXPECT_EQ(renewed(), 1u);
+}
+
+TEST_F(ExactDataTest, DamagedOnesAreToldOfEachTimeAndTheNextFileIsReadAsEver)
+{
+    const std::wstring path = savedFile("sound.tdsn");
+    const double volume = volumeOf(*open(path)->activeAsset());
+    closeAll();
+    std::vector<Entry> entries = readPackage(path);
+    CraftedModel crafted(entries[0].content);
+    const size_t middle = (crafted.kernelPlace() + crafted.size()) / 2;
+    for (size_t at = middle; at < middle + 400; at += 4)
+        crafted.set<uint32_t>(at, 0x7fffffff);
+    entries[0].content = crafted.sealed();
+    // No hash is one that isn't known.
+    std::string& manifest = entries[1].content;
+    manifest.replace(manifest.find("\"hash\": \"") + 9, 16, std::string(16, '0'));
+    writePackage(scratch("damaged.tdsn"), entries);
+    const std::string fault = faultOf(scratch("damaged.tdsn"));
+    EXPECT_NE(fault.find("can't be measured: its exact data are damaged: "), std::string::npos) << fault;
+    EXPECT_EQ(volumeOf(*open(path)->activeAsset()), volume);
+}
+
+TEST(KnownData, AreKeptForTheirUserAloneAndTheOldestForgotten)
+{
+    const TestSupport::ScratchFolder folder;
+    const std::string path = (folder.path() / "known").string();
+    KnownData known(path);
+    const DataDigest first = digestOf("first"), second = digestOf("second");
+    EXPECT_NE(first, second);
+    EXPECT_FALSE(known.contains(first));
+    known.add(first);
+    known.add(first);
+    EXPECT_EQ(std::filesystem::file_size(path), first.size());
+    EXPECT_TRUE(KnownData(path).contains(first));
+    EXPECT_FALSE(KnownData(path).contains(second));
+    struct stat info = {};
+    ASSERT_EQ(stat(path.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0600u);
+
+    TestSupport::overwrite(path, TestSupport::contentOf(path) + std::string(32 * 20'000, 'x') + "half a one");
+    known.add(second);
+    EXPECT_TRUE(known.contains(second));
+    EXPECT_FALSE(known.contains(first));
+    EXPECT_LT(std::filesystem::file_size(path), 32u * 15'000);
+
+    KnownData nowhere("/nowhere/known");
+    nowhere.add(first);
+    EXPECT_FALSE(nowhere.contains(first));
+}
