@@ -63,7 +63,7 @@ class PythonAutorunEventSite : public EventSite
 {
 public:
     /// Returns false, with the reason in the status, to keep the application running.
-    [[nodiscard]] virtual bool closingDown(Status& status) = 0;
+    virtual bool closingDown(Status& status) = 0;
 };
 
 class PythonAutorunScripts : public EventSource<PythonAutorunEventSite>
@@ -81,7 +81,7 @@ public:
 
     /// Asks all sites and calls each function that a script registered with `quillet.on_closing_down(f)`; one
     /// that returns False keeps the application running. Returns whether it may close.
-    [[nodiscard]] bool fireClosingDown(Status& status);
+    bool fireClosingDown(Status& status);
 
 private:
     PythonAutorunScripts() = default;

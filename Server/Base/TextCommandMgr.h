@@ -51,10 +51,10 @@ public:
     /// Runs a line and hands its answer to the output, if one is set.
     TextCommandResult executeCommand(std::wstring_view line, bool viaUI = false);
     /// Runs a line; the answer is returned only.
-    [[nodiscard]] TextCommandResult executeCommandWithoutOutput(std::wstring_view line, bool viaUI = false);
+    TextCommandResult executeCommandWithoutOutput(std::wstring_view line, bool viaUI = false);
     /// Runs one command with parameters that are split already, with the checks and the error handling of a
     /// line.
-    [[nodiscard]] TextCommandResult execute(TextCommand& command, const TextCommandParameters& parameters);
+    TextCommandResult execute(TextCommand& command, const TextCommandParameters& parameters);
 
     /// Not owned; null for none.
     void output(TextOutput* output);

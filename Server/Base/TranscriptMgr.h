@@ -48,7 +48,7 @@ public:
     /// the reason, if the file cannot be made, is just being replayed, or holds something else than a
     /// transcript: its first line that isn't a comment must be a line of text of this program; a Python file
     /// must be one that was recorded.
-    [[nodiscard]] bool startRecording(const std::wstring& path, ETranscriptType type, Status& status);
+    bool startRecording(const std::wstring& path, ETranscriptType type, Status& status);
     /// The same; the reason goes to the host.
     bool startRecording(const std::wstring& path, ETranscriptType type);
     void endRecording();

@@ -65,8 +65,7 @@ public:
 
     /// Keeps the camera's state under the name of a view that there is, as one undo step. False, with the
     /// reason, if there is none, it is fixed, or the asset can't be changed.
-    [[nodiscard]] bool updateNamedViewCamera(const std::wstring& name, const Scene::Camera* camera,
-                                             Status& status);
+    bool updateNamedViewCamera(const std::wstring& name, const Scene::Camera* camera, Status& status);
 
     /// What the requests are made of; each returns the reason in the status and changes nothing if it can't
     /// be. A new name is used without the blanks at its ends; it must hold something, and differ from all

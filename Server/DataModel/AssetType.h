@@ -63,7 +63,7 @@ public:
 
     /// The type isn't owned and must be unregistered before it goes. A second type of the same identifier
     /// isn't taken: returns false. Tells the asset event sites.
-    [[nodiscard]] bool registerType(AssetType* type);
+    bool registerType(AssetType* type);
     void unregisterType(AssetType* type);
 
 private:

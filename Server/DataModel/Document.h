@@ -66,10 +66,10 @@ public:
     ///
     /// A document without a path gets one from a handler (IDocMgmtHandler::onSavingUnnamed); if that stops,
     /// nothing is saved and nothing is told.
-    [[nodiscard]] bool save(Status& status);
+    bool save(Status& status);
     /// The same to another path, which is the document's own from then on. The sites hear documentUpdated;
     /// documentSaved is for the caller to tell.
-    [[nodiscard]] bool saveAs(const std::wstring& path, Status& status);
+    bool saveAs(const std::wstring& path, Status& status);
     /// Whether the file on the disk is write-protected.
     [[nodiscard]] bool isReadOnly() const;
     /// Asks the handlers, once, whether a document that is read-only may be changed

@@ -49,7 +49,7 @@ public:
     DocumentType* documentType(unsigned index) const { return m_types.at(index); }
     DocumentType* documentType(const std::string& identifier) const;
     /// Not owned; must be unregistered before it goes. False if the identifier is taken.
-    [[nodiscard]] bool registerDocumentType(DocumentType* type);
+    bool registerDocumentType(DocumentType* type);
     void unregisterDocumentType(DocumentType* type);
 
     /// Adds the assets that no other asset and no document's list refers to.

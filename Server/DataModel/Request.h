@@ -21,7 +21,7 @@ public:
 
     /// Opens a transaction, runs `onExecute`, and commits if that left the status without an error. An
     /// exception becomes an error of the status. Returns whether the change was made.
-    [[nodiscard]] bool execute(Asset* asset, Status& status);
+    bool execute(Asset* asset, Status& status);
     /// Ends a request that was made on the heap for one use.
     void destroy() { delete this; }
 

@@ -99,11 +99,9 @@ public:
     /// Reads the file. Shows progress and can be cancelled through Progress. Returns false with one error
     /// that names the file and the cause, or without any error if it was cancelled; nothing has changed then.
     /// What could be read only in part comes with warnings.
-    [[nodiscard]] virtual bool open(TranslatorOpenOptions& options, TranslatorContext& context,
-                                    Status& status) = 0;
+    virtual bool open(TranslatorOpenOptions& options, TranslatorContext& context, Status& status) = 0;
     /// Writes the asset to a new file and puts that in place of an old one only when it is complete.
-    [[nodiscard]] virtual bool save(TranslatorSaveOptions& options, TranslatorContext& context,
-                                    Status& status) = 0;
+    virtual bool save(TranslatorSaveOptions& options, TranslatorContext& context, Status& status) = 0;
 };
 
 } // namespace Vs

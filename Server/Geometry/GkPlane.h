@@ -31,8 +31,7 @@ public:
         return std::abs(signedDistanceTo(p)) <= tol.equalPoint;
     }
     /// Where the line passes through. False, with `where` as it was, if the line is parallel to the plane.
-    [[nodiscard]] bool intersectWith(const GkLinearEnt3d& line, GkPoint3d& where,
-                                     const GkTol& tol = GkContext::gTol) const;
+    bool intersectWith(const GkLinearEnt3d& line, GkPoint3d& where, const GkTol& tol = GkContext::gTol) const;
 
 private:
     GkPoint3d m_point;

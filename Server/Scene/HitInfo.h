@@ -19,10 +19,9 @@ public:
     {
     }
 
-    [[nodiscard]] bool modelToScreen(const GkPoint3d& model, GkPoint3d& result,
-                                     const GkMatrix3d& localToWorld = {}) const;
+    bool modelToScreen(const GkPoint3d& model, GkPoint3d& result, const GkMatrix3d& localToWorld = {}) const;
     [[nodiscard]] bool cameraToScreen(const GkPoint3d& camera, GkPoint3d& result) const;
-    [[nodiscard]] bool screenToWorld(const GkPoint3d& screen, GkPoint3d& result) const;
+    bool screenToWorld(const GkPoint3d& screen, GkPoint3d& result) const;
     const Projection& projection() const { return m_projection; }
 
 private:

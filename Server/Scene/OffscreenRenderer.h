@@ -56,13 +56,12 @@ public:
     /// Draws the fragments in their order. Larger pictures are put together from tiles. Returns false with an
     /// error in the status, and an empty image, if there is no way to draw on this machine, if a side is 0 or
     /// larger than kLargestSide, or if the memory doesn't suffice.
-    [[nodiscard]] virtual bool render(const std::vector<ViewFragment*>& fragments, uint32_t width,
-                                      uint32_t height, const ImageOptions& options, Image& image,
-                                      Status& status) = 0;
+    virtual bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
+                        const ImageOptions& options, Image& image, Status& status) = 0;
 
     /// Makes the context, unless there is one. Returns false with the error in the status if there is no way
     /// to draw on this machine.
-    [[nodiscard]] virtual bool prepare(Status& status) = 0;
+    virtual bool prepare(Status& status) = 0;
 
     /// Frees the context and all that it holds; the next picture makes a new one.
     virtual void release() = 0;

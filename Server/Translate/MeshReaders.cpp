@@ -198,9 +198,9 @@ Reading readObj(const std::string& path, Reporter& reporter)
     // Coordinates have no unit; as nearly everybody does, they are taken for millimetres with y upwards.
     reader->SetFileLengthUnit(kMillimetre);
     Reading reading = readMesh(*reader, "OBJ", path, "holds no triangles", reporter);
-    for (const TCollection_AsciiString& other : reader->ExternalFiles())
-        if (!liesBeside(path, other.ToCString()))
-            refused.push_back(other.ToCString());
+    for (int i = 1; i <= reader->ExternalFiles().Extent(); ++i)
+        if (const std::string other = reader->ExternalFiles()(i).ToCString(); !liesBeside(path, other))
+            refused.push_back(other);
     for (const std::string& other : refused)
         reading.warnings.push_back(refusalOf(other) + ", which was not read");
     if (MappedFile(path).bytes().back() != '\n')

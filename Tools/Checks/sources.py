@@ -18,6 +18,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 # The file names of a check are patterns of git's; where it has none, its program finds its files itself.
 CHECKS = {
     "includes": (["Tools/Checks/includes.py"], []),
+    "plain_texts": (["Tools/Checks/plain_texts.py"], []),
     "format": (["clang-format", "--dry-run", "--Werror"], ["*.cpp", "*.h"]),
     # Not in German texts, drawings and the licence; nor in inputs of tests that are bytes made by chance.
     "spelling": (["codespell"], [":!*.po", ":!*.svg", ":!LICENSE", ":!Tests/Fuzz/*/*"]),

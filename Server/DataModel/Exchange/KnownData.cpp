@@ -62,7 +62,7 @@ DataDigest digestOf(std::string_view exactData)
 
 std::string hexOf(const DataDigest& digest)
 {
-    return QByteArray::fromRawData(digest.data(), digest.size()).toHex().toStdString();
+    return QByteArray::fromRawData(digest.data(), qsizetype(digest.size())).toHex().toStdString();
 }
 
 bool KnownData::contains(const DataDigest& digest) const

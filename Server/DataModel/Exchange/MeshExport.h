@@ -34,11 +34,11 @@ struct MeshExport
 // error, or without one if it was cancelled.
 
 /// Binary STL, which knows neither parts nor colours.
-[[nodiscard]] bool writeStl(const MeshExport& job, Status& status);
+bool writeStl(const MeshExport& job, Status& status);
 /// OBJ with one group for each occurrence, and beside it the colours in an MTL file of the same name.
-[[nodiscard]] bool writeObj(const MeshExport& job, Status& status);
+bool writeObj(const MeshExport& job, Status& status);
 /// glTF 2.0: the tree of the components, with a body's mesh shared by its occurrences. A `.gltf` file carries
 /// its numbers within it.
-[[nodiscard]] bool writeGltf(const MeshExport& job, bool binary, Status& status);
+bool writeGltf(const MeshExport& job, bool binary, Status& status);
 
 } // namespace Vs::Exchange

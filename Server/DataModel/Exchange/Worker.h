@@ -49,7 +49,7 @@ public:
         : m_program(std::move(program)), m_arguments(std::move(arguments)), m_limits(limits)
     {
     }
-    ~Worker();
+    ~Worker() = default;
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
 

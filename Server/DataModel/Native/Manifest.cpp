@@ -35,6 +35,11 @@ QString text(const uuid& guid)
     throw std::runtime_error("its table of contents is damaged: " + cause);
 }
 
+[[noreturn]] void faultOf(const std::string& member, const char* what)
+{
+    fault('"' + member + "\" " + what);
+}
+
 /// Reads an object's members and says which one is missing.
 class Members
 {
@@ -52,7 +57,7 @@ public:
     {
         const QJsonValue found = value(name);
         if (!found.isString())
-            fault(std::string("\"") + name + "\" is no text");
+            faultOf(name, "is not a text");
         return found.toString().toStdString();
     }
     std::wstring wide(const char* name) const { return Strings::widen(string(name)); }
@@ -61,14 +66,14 @@ public:
     {
         const qint64 found = value(name).toInteger(-1);
         if (found < 0)
-            fault(std::string("\"") + name + "\" is no count");
+            faultOf(name, "is not a count");
         return static_cast<uint64_t>(found);
     }
     QJsonArray array(const char* name) const
     {
         const QJsonValue found = value(name);
         if (!found.isArray())
-            fault(std::string("\"") + name + "\" is no list");
+            faultOf(name, "is not a list");
         return found.toArray();
     }
     Members object(const char* name) const { return Members(objectOf(name, value(name))); }
@@ -79,13 +84,13 @@ public:
     {
         const uuid guid = fromString(Strings::widen(value.toString().toStdString()));
         if (guid.is_nil())
-            fault(std::string("\"") + name + "\" is no identifier");
+            faultOf(name, "is not an identifier");
         return guid;
     }
     static QJsonObject objectOf(const char* name, const QJsonValue& value)
     {
         if (!value.isObject())
-            fault(std::string("\"") + name + "\" is no object");
+            faultOf(name, "is not an object");
         return value.toObject();
     }
 

@@ -8,7 +8,7 @@ namespace Rendra {
 class Background
 {
 public:
-    [[nodiscard]] bool make(Vs::Status& status);
+    bool make(Vs::Status& status);
     /// Fills the tile, whatever was there. A parallel projection sees the environment through a lens as
     /// wide as that of a new perspective: it has no place from which rays spread, but a sky of one colour
     /// would not tell up from down. `quick` is as in Frame.

@@ -38,7 +38,7 @@ uint64_t sideOf(const float* n)
 
 std::shared_ptr<const Vs::BodyMesh> coarseMesh(const Vs::BodyMesh& mesh, int cells)
 {
-    require(cells >= 1 && cells <= 1024, "a coarse mesh has from 1 to 1024 cells");
+    Vs::require(cells >= 1 && cells <= 1024, "a coarse mesh has from 1 to 1024 cells");
     const GkVector3d size = mesh.bounds.high() - mesh.bounds.low();
     const double longest = std::max({size.x, size.y, size.z});
     if (!(longest > 0) || mesh.normals.size() != mesh.positions.size())

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <new>
 #include <thread>
+#include <tuple>
 
 namespace Vs::Scene {
 
@@ -150,7 +151,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
     }
     for (ViewFragment* fragment : fragments)
         if (fragment)
-            fragment->bounds(); // takes in what arrived, here in the thread that owns the scene
+            std::ignore = fragment->bounds(); // takes in what arrived, here in the thread that owns the scene
     if (!m_worker)
         m_worker = std::make_unique<Worker>();
     m_current = Rendra::RenderTarget::current();

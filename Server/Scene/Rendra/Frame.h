@@ -117,7 +117,7 @@ public:
     virtual ~Pass() = default;
 
     /// Makes the programs. False, with the reason in the status, if the driver refuses one.
-    [[nodiscard]] virtual bool make(Vs::Status& status) = 0;
+    virtual bool make(Vs::Status& status) = 0;
     /// Leaves the state of the context as `Frame::drawIntoPicture` makes it.
     virtual void draw(const Frame& frame) = 0;
     /// Frees what was made, with the context current.

@@ -15,8 +15,7 @@ class Program
 {
 public:
     /// False, with the compiler's message in the status, if it cannot be made. Most have no geometry shader.
-    [[nodiscard]] bool make(const char* name, Pieces vertex, Pieces fragment, Vs::Status& status,
-                            Pieces geometry = {});
+    bool make(const char* name, Pieces vertex, Pieces fragment, Vs::Status& status, Pieces geometry = {});
     void release();
 
     explicit operator bool() const { return m_program != 0; }

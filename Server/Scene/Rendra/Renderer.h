@@ -27,7 +27,7 @@ public:
 
     /// Makes what is needed for drawing. Returns false with an error in the status if the context cannot do
     /// it. May be called again; only the first call works.
-    [[nodiscard]] bool initialize(Vs::Status& status);
+    bool initialize(Vs::Status& status);
 
     /// Whether no graphics unit does the work, but the processor: a canvas then does without what costs much.
     bool drawsInSoftware() const;

@@ -33,6 +33,7 @@ protected:
     {
         Vs::OptionGroup::saveLater(nullptr);
         Vs::warningHandler({});
+        Vs::PathInfo::profileDirectory({});
     }
     fs::path file() const { return Vs::PathInfo::optionsDirectory() / "Probe.json"; }
     std::string content() const

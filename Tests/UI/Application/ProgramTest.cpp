@@ -1,3 +1,4 @@
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 #include "Tests/Support/RealData.h"
 
@@ -12,6 +13,7 @@
 #include <sstream>
 
 using TestSupport::ProcessResult;
+using TestSupport::runProcess;
 using TestSupport::runQuillet;
 using TestSupport::ScratchFolder;
 
@@ -264,6 +266,86 @@ TEST(ProgramTest, TheSavedDocumentComesBackFromItsFile)
     EXPECT_NE(result.output.find("Asset name: Simulation"), std::string::npos) << result.output;
     for (const char* name : {"bracket.vlra", "bracket-2.vlra"})
         EXPECT_TRUE(boost::filesystem::exists(folder.path() / name));
+}
+
+TEST(ProgramTest, AFileWhoseNameIsNoUtf8IsOpenedSavedAndRemembered)
+{
+    const ScratchFolder folder;
+    const boost::filesystem::path odd = folder.path() / "gr\xf6\xdf" "e";
+    boost::filesystem::create_directory(odd);
+    const std::string profile = (folder.path() / "profile").string();
+    const auto run = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"--headless", "--profile-dir", profile});
+        const ProcessResult result = runQuillet(arguments);
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        return result;
+    };
+    const std::string native = (odd / "a\xff.vlra").string(), step = (odd / "b\xff.step").string();
+    run({"--command", "Design.New", "--command", "Design.Box 1 2 3", "--command", "Asset.Export " + step, "--command",
+         "Document.SaveAs \"" + native + '"'});
+    ASSERT_TRUE(boost::filesystem::exists(native));
+    ASSERT_TRUE(boost::filesystem::exists(step));
+    EXPECT_NE(TestSupport::contentOf(folder.path() / "profile/options/RecentDocuments.json").find("\\udcff.vlra"),
+              std::string::npos);
+
+    EXPECT_EQ(run({native, "--command", "Asset.Path"}).output.find("Design "), 0u);
+    run({step});
+    run({"--replay", folder.write("lines\xff.txt", "Document.Open " + native + "\nDocument.Open b\xff.step\n").string(),
+         "--set", "x=" + native});
+    run({"--script",
+         folder
+             .write("script\xff.py", "import os, quillet, sys\n"
+                                     "folder = os.path.dirname(sys.argv[1])\n"
+                                     "for name in os.listdir(folder):\n"
+                                     "    quillet.open_document(os.path.join(folder, name))\n"
+                                     "paths = [d.path for d in quillet.documents()]\n"
+                                     "assert sys.argv[1] in paths and os.path.exists(sys.argv[1]), paths\n"
+                                     "assert __file__.endswith('script\\udcff.py')\n")
+             .string(),
+         "--", native});
+    // A message shows a sign in its place, and nothing that isn't UTF-8.
+    const ProcessResult missing = runQuillet({"--headless", native + "\xfe"});
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_NE(missing.errors.find("a\xef\xbf\xbd.vlra\xef\xbf\xbd"), std::string::npos) << missing.errors;
+}
+
+TEST(ProgramTest, WhatItKeepsIsForItsUserAlone)
+{
+    const ScratchFolder folder;
+    const std::string profile = (folder.path() / "profile").string(), saved = (folder.path() / "saved.vlra").string();
+    const ProcessResult result = runProcess(
+        "/bin/sh", {"-c", "umask 0; exec " + (TestSupport::runningTree() / "bin/quillet").string() +
+                              " --headless --profile-dir " + profile +
+                              " --command Design.New --command 'Design.Box 1 2 3' --command 'Document.SaveAs " + saved +
+                              "' --command VuCommands.ManagementShellCmd"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    const auto permissions = [](const boost::filesystem::path& path) {
+        return boost::filesystem::status(path).permissions() & boost::filesystem::perms_mask;
+    };
+    using boost::filesystem::directory_iterator;
+    size_t options = 0;
+    for (const auto& entry : {profile, profile + "/options"})
+        EXPECT_EQ(permissions(entry), boost::filesystem::owner_all) << entry;
+    for (directory_iterator entry(profile + "/options"), end; entry != end; ++entry, ++options)
+        EXPECT_EQ(permissions(entry->path()), boost::filesystem::owner_read | boost::filesystem::owner_write)
+            << entry->path();
+    EXPECT_GE(options, 2u) << "the recent documents and the layout";
+    EXPECT_EQ(permissions(saved), 0666) << "what the user saves has what the user wants";
+}
+
+TEST(ProgramTest, NumbersAreWrittenInOneWayWhateverTheLocaleIs)
+{
+    const ScratchFolder folder;
+    const std::string lines = folder.write("lines.txt", "Design.New\nDesign.Box 1.5 2 3\nScript.Body Box1\n").string();
+    std::string first;
+    for (const char* locale : {"LC_ALL=C", "LC_ALL=xx_YY.UTF-8", "LC_ALL=tr_TR.UTF-8", "LANG=de_DE", "LC_NUMERIC=de_DE.UTF-8"}) {
+        const ProcessResult result = runQuillet(
+            {"--headless", "--replay", lines}, {.environment = {"LC_ALL=", "LANGUAGE=en", locale}});
+        EXPECT_EQ(result.exitCode, 0) << locale << '\n' << result.errors;
+        first = first.empty() ? result.output : first;
+        EXPECT_EQ(result.output, first) << locale;
+    }
+    EXPECT_NE(first.find("\"volume\":9"), std::string::npos) << first;
 }
 
 } // namespace

@@ -157,7 +157,7 @@ TEST_F(DialogTest, ANameWithQuotesIsSavedUnderAsItStands)
     EXPECT_EQ(typed.name().toStdString(), (folder.path() / "session").string());
 
     // One that is there already is replaced only if the user says so, and is called what it is.
-    for (const QString name : {QStringLiteral("\"B\""), QStringLiteral("<b>B<")}) {
+    for (const QString& name : {QStringLiteral("\"B\""), QStringLiteral("<b>B<")}) {
         write(name.toStdString() + ".vlra", "old");
         for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
             dialog.show();

@@ -86,8 +86,8 @@ TEST_F(PlainTextTest, NamesAndMessagesAreShownLetterByLetter)
         }
     });
     answering->start(10);
-    Display::get()->askMessage(L"", name, 0, {{L"OK", -1, true}}, 0, window);
-    Display::get()->showAbout(name, name, window);
+    Vu::Display::get()->askMessage(L"", name, 0, {{L"OK", -1, true}}, 0, window);
+    Vu::Display::get()->showAbout(name, name, window);
     Application::testing(true);
     EXPECT_EQ(boxes, 2);
 }

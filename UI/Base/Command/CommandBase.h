@@ -103,8 +103,7 @@ public:
     /// Makes a change of the session's asset, as a whole or not at all. A `preview` is taken back by the next
     /// request and by the command's end. The request stays the caller's. Returns whether the change was made;
     /// why not is in the status.
-    [[nodiscard]] bool executeRequest(Vs::Request* request, bool preview, ExecutionOptions options,
-                                      Vs::Status& status);
+    bool executeRequest(Vs::Request* request, bool preview, ExecutionOptions options, Vs::Status& status);
 
     /// For messages and the debug dialog.
     std::wstring toString() { return onToString(); }

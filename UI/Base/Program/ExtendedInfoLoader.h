@@ -17,7 +17,7 @@ public:
     ExtendedInfoLoader(boost::filesystem::path folder, std::wstring domain);
 
     /// False if there is a file that cannot be read; no file at all is fine.
-    [[nodiscard]] bool load();
+    bool load();
 
     /// The extended text of a command, or empty.
     [[nodiscard]] static std::wstring text(const std::wstring& command);

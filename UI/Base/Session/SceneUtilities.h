@@ -28,9 +28,8 @@ Rendra::Graphics::GroupNode* getActiveEditNode();
 /// Gives the geometry the picture `name` of an image set's folder. `anchor` is where the node stands in the
 /// picture, in its pixels from the middle; `scale` is how many logical pixels of the screen one of its own
 /// takes. Returns false, and leaves the node without a picture, if the file cannot be read.
-[[nodiscard]] bool createTexture2(Rendra::Graphics::GeometryNode* node, const Vs::ImageSetResource* images,
-                                  const wchar_t* name, const GkPoint2d& anchor, float scale,
-                                  float occludedOpacity);
+bool createTexture2(Rendra::Graphics::GeometryNode* node, const Vs::ImageSetResource* images,
+                    const wchar_t* name, const GkPoint2d& anchor, float scale, float occludedOpacity);
 
 } // namespace SceneUtilities
 } // namespace Vu

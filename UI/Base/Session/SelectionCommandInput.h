@@ -69,7 +69,7 @@ public:
     const Vs::SelectionSet& selectionSet() const { return m_current ? *m_current : m_own; }
     /// Adds a selection as a click does. Returns false if a filter, the command, or a site of the event
     /// SelectionInputQuerySelectPermittedEvent refuses it.
-    [[nodiscard]] bool add(Vs::StrongRef<Vs::Selection> selection);
+    bool add(Vs::StrongRef<Vs::Selection> selection);
     /// Takes everything out.
     void clear();
     /// Takes these in place of what it has, whatever filters say.

@@ -77,8 +77,7 @@ public:
     /// Draws the view without any window and writes the picture, PNG, JPEG or TIFF by the file's suffix.
     /// Sizes in pixels. False, with the reason, if nothing was written; a picture of that name is then as it
     /// was.
-    [[nodiscard]] bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height,
-                                   Vs::Status& status);
+    bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status);
     [[nodiscard]] bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
 
 protected:

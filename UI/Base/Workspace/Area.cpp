@@ -4,6 +4,7 @@
 #include "UI/Base/Workspace/Private/CanvasHost.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace Vu {
@@ -110,7 +111,7 @@ void Area::extent(int value)
 void Area::destroy()
 {
     if (m_parent)
-        m_parent->removeChild(this); // Deletes this with the temporary.
+        std::ignore = m_parent->removeChild(this); // Deletes this with the temporary.
     else
         delete this;
 }

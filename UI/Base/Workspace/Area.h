@@ -33,7 +33,7 @@ public:
 
     Area* addChild(std::unique_ptr<Area> child);
     /// Takes a direct child out; the caller owns it. Null if it is none.
-    [[nodiscard]] std::unique_ptr<Area> removeChild(Area* child);
+    std::unique_ptr<Area> removeChild(Area* child);
 
     /// Adds the areas below this one that have these contents, top down and in order; with `recursive`
     /// false only direct children.

@@ -31,7 +31,7 @@ public:
     static HUDPersister* get();
 
     /// Errors as in ToolbarPersister::loadToolbars.
-    [[nodiscard]] bool loadHUDs(const std::wstring& path, Vs::Status& status);
+    bool loadHUDs(const std::wstring& path, Vs::Status& status);
     const std::vector<HUD>& huds() const { return m_huds; }
 
 private:

@@ -29,7 +29,7 @@ public:
     /// with line and cause; a wrong element, a toolbar without an id or an item without a command gives one
     /// error each and is left out, the rest is added. Whether commands exist shows when the toolbar does.
     /// False if there was any error.
-    [[nodiscard]] bool loadToolbars(const std::wstring& path, const std::wstring& domain, Vs::Status& status);
+    bool loadToolbars(const std::wstring& path, const std::wstring& domain, Vs::Status& status);
 };
 
 } // namespace Vu

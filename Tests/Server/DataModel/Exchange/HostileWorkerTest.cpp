@@ -70,7 +70,7 @@ public:
         : m_thread([this, processor] {
               cpu_set_t only;
               CPU_ZERO(&only);
-              CPU_SET(processor, &only);
+              CPU_SET(static_cast<size_t>(processor), &only);
               sched_setaffinity(0, sizeof only, &only);
               while (!m_stop)
                   ;
@@ -93,7 +93,7 @@ int someProcessor()
     cpu_set_t ours;
     sched_getaffinity(0, sizeof ours, &ours);
     int processor = 0;
-    while (!CPU_ISSET(processor, &ours))
+    while (!CPU_ISSET(static_cast<size_t>(processor), &ours))
         ++processor;
     return processor;
 }
@@ -307,10 +307,11 @@ TEST(HostileWorkerTest, BehindTheWallItReachesItsFileAndItsResultAlone)
             EXPECT_FALSE(does(deed)) << deed;
         EXPECT_EQ(TestSupport::contentOf(home.path() / "secret"), "a key");
     }
-    if (calls)
+    if (calls) {
         for (const char* deed : {"opens a connection", "opens a local connection", "signals its parent",
                                  "makes a process", "takes back a limit", "removes a file", "runs a program"})
             EXPECT_FALSE(does(deed)) << deed;
+    }
     if (!files || !calls)
         GTEST_SKIP() << "NOTICE: the running kernel doesn't offer the whole wall: "
                      << worker.warnings().front();

@@ -4,6 +4,7 @@
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 #include "Server/Translate/Wall.h"
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -53,8 +54,8 @@ void spin()
 {
     Vs::Translate::endWithParent(kWorkerPipe);
     say(Kind::Progress, "spinning", 0.1);
-    for (volatile unsigned turns = 0;; turns = turns + 1)
-        ;
+    for (std::atomic<unsigned> turns = 0;;)
+        ++turns;
 }
 
 // One that the system gives next to nothing of the processor that the first argument names.
@@ -62,7 +63,7 @@ void starve(int processor)
 {
     cpu_set_t only;
     CPU_ZERO(&only);
-    CPU_SET(processor, &only);
+    CPU_SET(static_cast<size_t>(processor), &only);
     sched_setaffinity(0, sizeof only, &only);
     const sched_param none{};
     sched_setscheduler(0, SCHED_IDLE, &none);

@@ -55,9 +55,11 @@ public:
         set<uint64_t>(32, get<uint64_t>(32) + moved);
     }
 
-    /// The file with hashes that fit.
+    /// The file with hashes that fit; fails by an exception if there is nothing that they could be of.
     const std::string& sealed()
     {
+        if (kernelPlace() < kHeader || kernelPlace() > m_bytes.size())
+            throw std::out_of_range("the exact data are nowhere");
         const auto hash = [&](size_t begin, size_t end) { return XXH3_64bits(&m_bytes[begin], end - begin); };
         set<uint64_t>(40, hash(kHeader, kernelPlace()));
         set<uint64_t>(48, hash(kernelPlace(), m_bytes.size()));

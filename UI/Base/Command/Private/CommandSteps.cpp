@@ -10,6 +10,7 @@
 #include "UI/Base/Command/Private/Localized.h"
 
 #include <algorithm>
+#include <tuple>
 #include <unordered_map>
 
 namespace Vu {
@@ -86,7 +87,7 @@ void CommandSteps::restoreInputs()
     m_restoring = true;
     for (size_t i = 0; i < std::min(values.size(), inputs->inputs().size()); ++i)
         if (inputs->inputs()[i]->valueAsString() != values[i])
-            inputs->inputs()[i]->take(values[i]);
+            std::ignore = inputs->inputs()[i]->take(values[i]); // It was a value of this input.
     m_restoring = false;
 }
 

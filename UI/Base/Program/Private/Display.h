@@ -131,9 +131,8 @@ public:
     /// False if there is no picture in the file. Colours come as red, green, blue, opacity.
     [[nodiscard]] virtual bool readPicture(const std::wstring& path, Vs::Scene::Image& image) = 0;
     /// `format` is "png", "jpg" or "tiff"; the file is replaced as a whole.
-    [[nodiscard]] virtual bool writePicture(const Vs::Scene::Image& image, const std::wstring& path,
-                                            const std::string& format, bool keepsTransparency,
-                                            Vs::Status& status) = 0;
+    virtual bool writePicture(const Vs::Scene::Image& image, const std::wstring& path,
+                              const std::string& format, bool keepsTransparency, Vs::Status& status) = 0;
     /// The bytes of a PNG file; empty if that fails.
     [[nodiscard]] virtual std::string pngOf(const Vs::Scene::Image& image) = 0;
 };
