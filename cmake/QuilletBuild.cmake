@@ -34,6 +34,10 @@ if(QUILLET_MOLD)
     add_link_options(-fuse-ld=mold)
 endif()
 add_link_options(-Wl,--as-needed)
+# What a library misses is an error when it is linked, and not when somebody calls it. Sanitizers leave their own to the program.
+if(NOT QUILLET_SANITIZE)
+    add_link_options(-Wl,-z,defs)
+endif()
 # A library's calls of its own functions need no look-up by name, which is most of what a start consists of.
 add_link_options(-Wl,-Bsymbolic-functions)
 

@@ -23,7 +23,7 @@ function(quillet_install_program target)
 endfunction()
 
 function(quillet_install_library target)
-    install(TARGETS ${target} LIBRARY DESTINATION ${QUILLET_INSTALL_ROOT}/lib/${ARGV1} NAMELINK_SKIP)
+    install(TARGETS ${target} LIBRARY DESTINATION ${QUILLET_INSTALL_ROOT}/lib/${ARGN} NAMELINK_SKIP)
 endfunction()
 
 # quillet_install_made(files...): files that the build makes within the tree.

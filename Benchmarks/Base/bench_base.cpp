@@ -89,7 +89,7 @@ int main()
     }
     auto* manager = Vs::TextCommandMgr::get();
     const auto line = [&](const wchar_t* text) {
-        return [=] { manager->executeCommandWithoutOutput(text); };
+        return [=] { std::ignore = manager->executeCommandWithoutOutput(text); };
     };
     measure("a line without parameters", 200000, line(L"Area9.Command14"));
     measure("a line with a path and a flag", 200000,
@@ -98,10 +98,13 @@ int main()
     measure("a line with an unknown name, and a suggestion", 20000, line(L"Area9.Comand14"));
     measure("a comment", 200000, line(L"# nothing to do"));
     const std::wstring longest = L"Area9.Command14 " + std::wstring(1000000, L'x');
-    measure("a line of a million characters", 5, [&] { manager->executeCommandWithoutOutput(longest); });
-    measure("a text for people", 200000,
-            [] { Vs::StringTable::getLocalizedString(L"Bench", "SaveCommand", "Save the document"); });
-    measure("an interned identifier", 200000, [] { Vs::UniqueString::find("DocumentSession"); });
+    measure("a line of a million characters", 5,
+            [&] { std::ignore = manager->executeCommandWithoutOutput(longest); });
+    measure("a text for people", 200000, [] {
+        std::ignore = Vs::StringTable::getLocalizedString(L"Bench", "SaveCommand", "Save the document");
+    });
+    measure("an interned identifier", 200000,
+            [] { std::ignore = Vs::UniqueString::find("DocumentSession"); });
     replay();
     return 0;
 }

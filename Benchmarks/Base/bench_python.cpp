@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -49,7 +50,7 @@ double plainLine(const std::wstring& line)
     for (int round = 0; round < kRounds; ++round) {
         const double start = seconds();
         for (int i = 0; i < kCalls; ++i)
-            Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
+            std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
         best = std::min(best, (seconds() - start) / kCalls * 1e6);
     }
     return best;

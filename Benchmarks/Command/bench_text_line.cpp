@@ -58,7 +58,7 @@ void measure(const char* what, const std::wstring& line, long count)
     for (int round = 0; round < 5; ++round) {
         const auto start = std::chrono::steady_clock::now();
         for (long i = 0; i < count / 5; ++i)
-            lines->executeCommandWithoutOutput(line);
+            std::ignore = lines->executeCommandWithoutOutput(line);
         const std::chrono::duration<double, std::nano> took = std::chrono::steady_clock::now() - start;
         best = std::min(best, took.count() / double(count / 5));
     }

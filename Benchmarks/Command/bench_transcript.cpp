@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <tuple>
 
 namespace {
 
@@ -40,7 +41,7 @@ double bestNanoseconds(long lines, const Work& work)
 void callDirectly()
 {
     for (long i = 0; i < kLines / 10; ++i)
-        Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Bench.EmptyCmd");
+        std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Bench.EmptyCmd");
 }
 
 void tell(const char* what, double nanoseconds, double direct)

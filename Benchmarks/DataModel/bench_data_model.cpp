@@ -10,6 +10,7 @@
 
 #include "Benchmarks/Measure.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyProperties.h"
@@ -151,8 +152,8 @@ int main(int argc, char** argv)
 {
     DocumentType documentType("BenchDocType", L"Bench", L".tdsn");
     AssetType assetType("BenchAssetType", L"Bench", "BenchDocType");
-    DocumentMgr::get()->registerDocumentType(&documentType);
-    AssetTypeMgr::get()->registerType(&assetType);
+    require(DocumentMgr::get()->registerDocumentType(&documentType), "the kinds are new");
+    require(AssetTypeMgr::get()->registerType(&assetType), "the kinds are new");
     const std::string what = argc > 1 ? argv[1] : "";
     if (what == "make" && argc == 5) {
         PathInfo::profileDirectory(Strings::widen(argv[4]));

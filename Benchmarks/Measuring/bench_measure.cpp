@@ -6,6 +6,7 @@
 #include "Benchmarks/Kernel/ReadInput.h"
 #include "Benchmarks/Measure.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
@@ -180,8 +181,8 @@ int main(int argc, char** argv)
     }
     DocumentType documentType("BenchDocType", L"Bench", L".tdsn");
     AssetType assetType("BenchAssetType", L"Bench", "BenchDocType");
-    DocumentMgr::get()->registerDocumentType(&documentType);
-    AssetTypeMgr::get()->registerType(&assetType);
+    require(DocumentMgr::get()->registerDocumentType(&documentType), "the kinds are new");
+    require(AssetTypeMgr::get()->registerType(&assetType), "the kinds are new");
     PathInfo::profileDirectory(Strings::widen(argv[2]));
 
     const Bare bare = readBare(argv[1]);

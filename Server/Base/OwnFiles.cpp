@@ -1,6 +1,7 @@
 #include "Server/Base/OwnFiles.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/UnfinishedFile.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -150,7 +151,7 @@ std::optional<std::string> read(const Path& file)
 std::string othersMayChange(const Path& path)
 {
     // Both the way that was given, whose links somebody might turn, and the one that it leads to.
-    const Path given = fs::absolute(path).lexically_normal();
+    const Path given = PathInfo::absolute(path).lexically_normal();
     if (std::string why = othersMayChangeWay(given); !why.empty())
         return why;
     boost::system::error_code error;

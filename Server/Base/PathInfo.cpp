@@ -176,7 +176,8 @@ Path findRoot()
     // Any symbol of this library tells where it lies: <root>/lib.
     if (dladdr(reinterpret_cast<const void*>(&rootDirectory), &info) && info.dli_fname) {
         boost::system::error_code error;
-        const Path library = fs::canonical(info.dli_fname, error);
+        // With a base, as this function would ask for the working folder else, which may be gone.
+        const Path library = fs::canonical(info.dli_fname, "/", error);
         if (!error)
             return library.parent_path().parent_path();
     }
@@ -184,6 +185,11 @@ Path findRoot()
 }
 
 } // namespace
+
+Path absolute(const Path& path)
+{
+    return path.is_absolute() ? path : fs::absolute(path);
+}
 
 Path rootDirectory()
 {
@@ -207,7 +213,7 @@ Path localizationDirectory(bool fallBack)
 
 void profileDirectory(const Path& folder)
 {
-    profile() = folder.empty() ? folder : fs::absolute(folder).lexically_normal();
+    profile() = folder.empty() ? folder : PathInfo::absolute(folder).lexically_normal();
 }
 
 bool hasHome()
@@ -268,9 +274,9 @@ bool isPathInCloudCache(const Path& path)
     // Links and dots must not hide that a file lies in the cache; the file itself need not be there.
     boost::system::error_code error;
     const auto real = [&](const Path& any) {
-        const Path absolute = fs::absolute(any).lexically_normal();
-        const Path resolved = fs::weakly_canonical(absolute, error);
-        return error ? absolute : resolved;
+        const Path whole = PathInfo::absolute(any).lexically_normal();
+        const Path resolved = fs::weakly_canonical(whole, error);
+        return error ? whole : resolved;
     };
     const Path cache = real(cloudCacheDirectory()), file = real(path);
     const auto [ofCache, ofFile] = std::mismatch(cache.begin(), cache.end(), file.begin(), file.end());

@@ -6,6 +6,10 @@ namespace Vs::PathInfo {
 
 using Path = boost::filesystem::path;
 
+/// The path from the root of the file system. Unlike Boost's function it needs no working folder, which may
+/// be gone, if the path begins there already.
+Path absolute(const Path& path);
+
 /// The folder of the running tree, which holds `bin`, `lib`, `UI`, `Server` and `Localization`: QUILLET_ROOT
 /// if that is set, otherwise found from where this library lies.
 [[nodiscard]] Path rootDirectory();

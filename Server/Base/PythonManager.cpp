@@ -119,8 +119,9 @@ void PythonManager::shutdown()
 
 PythonAutorunScripts* PythonAutorunScripts::get()
 {
-    static PythonAutorunScripts scripts;
-    return &scripts;
+    // Never destroyed: its sites may be statics.
+    static auto* const scripts = new PythonAutorunScripts;
+    return scripts;
 }
 
 std::vector<boost::filesystem::path> PythonAutorunScripts::folders()

@@ -1,6 +1,7 @@
 #include "Server/Base/TranscriptMgr.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
@@ -29,7 +30,7 @@ std::wstring identityOf(const std::wstring& path)
 {
     boost::system::error_code error;
     const fs::path real = fs::canonical(path, error);
-    return (error ? fs::absolute(path).lexically_normal() : real).wstring();
+    return (error ? PathInfo::absolute(path).lexically_normal() : real).wstring();
 }
 
 bool isThere(const fs::path& path)
@@ -95,7 +96,7 @@ bool TranscriptMgr::startRecording(const std::wstring& path, ETranscriptType typ
         return refuse(L"the file holds something else than a transcript, and would be lost. Choose another "
                       L"name, or remove the "
                       L"file before");
-    std::unique_ptr<File, Close> file(new File{path, fs::absolute(path).parent_path(), type, {}, {}});
+    std::unique_ptr<File, Close> file(new File{path, PathInfo::absolute(path).parent_path(), type, {}, {}});
     errno = 0;
     file->stream.open(fs::path(path), std::ios::binary | std::ios::trunc);
     if (file->stream && type == kPythonTranscript)

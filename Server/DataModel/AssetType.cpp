@@ -15,12 +15,6 @@ const AssetTypeSerializableObjectFactory assetTypeFactory;
 
 } // namespace
 
-AssetType::~AssetType()
-{
-    require(AssetTypeMgr::get()->assetType(m_identifier) != this,
-            "an asset type is unregistered before it goes");
-}
-
 std::wstring AssetType::serialize() const
 {
     return Strings::widen(m_identifier);
@@ -38,10 +32,8 @@ SerializableObject* AssetTypeSerializableObjectFactory::deserialize(const std::w
 
 AssetTypeMgr* AssetTypeMgr::get()
 {
-    // Never destroyed: types are statics of many libraries, and each is asked whether it is registered as it
-    // goes.
-    static auto* const manager = new AssetTypeMgr;
-    return manager;
+    static AssetTypeMgr manager;
+    return &manager;
 }
 
 AssetType* AssetTypeMgr::assetType(unsigned index) const
@@ -59,8 +51,8 @@ AssetType* AssetTypeMgr::assetType(const std::string& identifier) const
 bool AssetTypeMgr::registerType(AssetType* type)
 {
     assertMainThread();
-    require(type != nullptr && !type->identifier().empty(), "a type that is registered has an identifier");
-    if (assetType(type->identifier()))
+    require(type != nullptr, "a type that is registered is there");
+    if (type->identifier().empty() || assetType(type->identifier()))
         return false;
     m_types.push_back(type);
     // A line names a type by an identifier that must be known already, so that no line makes new ones.

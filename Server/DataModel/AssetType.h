@@ -30,8 +30,6 @@ public:
     {
     }
 
-    ~AssetType() override;
-
     const std::string& identifier() const { return m_identifier; }
     const std::wstring& name() const { return m_name; }
     const std::string& defaultDocType() const { return m_defaultDocType; }

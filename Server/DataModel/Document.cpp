@@ -1,5 +1,6 @@
 #include "Server/DataModel/Document.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
@@ -61,7 +62,7 @@ void Document::activeAsset(Asset* asset)
 void Document::path(const std::wstring& path)
 {
     // What a name means must not change with the process's folder.
-    const std::wstring absolute = path.empty() ? path : boost::filesystem::absolute(path).wstring();
+    const std::wstring absolute = path.empty() ? path : PathInfo::absolute(path).wstring();
     if (absolute != m_path)
         m_file->identity = {};
     takePath(absolute);
@@ -105,7 +106,7 @@ bool Document::saveAs(const std::wstring& path, Status& status)
     Status own;
     if (path.empty())
         own.addError(L"\"" + m_displayName + L"\" needs a file name to be saved under.");
-    const std::wstring absolute = path.empty() ? path : boost::filesystem::absolute(path).wstring();
+    const std::wstring absolute = path.empty() ? path : PathInfo::absolute(path).wstring();
     const bool saved = own.isOk() && DocumentSave::save(*this, absolute, own);
     status.merge(own);
     if (!saved) {

@@ -1,5 +1,6 @@
 #include "Server/DataModel/DocumentMgr.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
@@ -135,7 +136,7 @@ Document* DocumentMgr::open(const std::wstring& path, Status& status)
 {
     assertMainThread();
     // Absolute, so that a mere name means the file here and not any open one of that name.
-    if (Document* open = document(fs::absolute(path).wstring()))
+    if (Document* open = document(PathInfo::absolute(path).wstring()))
         return open;
     boost::system::error_code error;
     const fs::file_status kind = fs::status(fs::path(path), error);
@@ -202,8 +203,8 @@ DocumentType* DocumentMgr::documentType(const std::string& identifier) const
 bool DocumentMgr::registerDocumentType(DocumentType* type)
 {
     assertMainThread();
-    require(type != nullptr && !type->identifier().empty(), "a type that is registered has an identifier");
-    if (documentType(type->identifier()))
+    require(type != nullptr, "a type that is registered is there");
+    if (type->identifier().empty() || documentType(type->identifier()))
         return false;
     m_types.push_back(type);
     return true;

@@ -1,5 +1,6 @@
 #include "Server/DataModel/DocumentOpener.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/Require.h"
 #include "Server/DataModel/Document.h"
@@ -38,7 +39,7 @@ std::vector<NativeJob> nativeJobs(const std::vector<boost::filesystem::path>& pa
     std::vector<NativeJob> jobs;
     const DocumentMgr* manager = DocumentMgr::get();
     for (size_t i = 0; i < paths.size(); ++i) {
-        const std::wstring path = boost::filesystem::absolute(paths[i]).wstring();
+        const std::wstring path = PathInfo::absolute(paths[i]).wstring();
         boost::system::error_code error;
         if (!imports[i] && boost::filesystem::is_regular_file(paths[i], error) && !manager->document(path) &&
             manager->isNative(path))
@@ -87,7 +88,7 @@ Document* take(NativeJob& job, Status& status)
 
 void DocumentOpener::expect(const boost::filesystem::path& path)
 {
-    Exchange::ForeignImport::expect(boost::filesystem::absolute(path).wstring(), Exchange::importCache());
+    Exchange::ForeignImport::expect(PathInfo::absolute(path).wstring(), Exchange::importCache());
 }
 
 void DocumentOpener::open(Status& status, int option)
@@ -99,7 +100,7 @@ void DocumentOpener::open(Status& status, int option)
     std::vector<std::unique_ptr<Exchange::ForeignImport>> imports(m_paths.size());
     std::vector<Exchange::ForeignImport*> running;
     for (size_t i = 0; i < m_paths.size(); ++i) {
-        const std::wstring path = boost::filesystem::absolute(m_paths[i]).wstring();
+        const std::wstring path = PathInfo::absolute(m_paths[i]).wstring();
         if (!recognizer.translator(path))
             continue;
         imports[i] = std::make_unique<Exchange::ForeignImport>(path);

@@ -6,8 +6,7 @@
 
 namespace Vs {
 
-/// A kind of native document. Registered with DocumentMgr by the add-in that brings it, and unregistered
-/// before it goes.
+/// A kind of native document. Registered with DocumentMgr by the add-in that brings it.
 class DocumentType : public Implements<DocumentType>
 {
 public:
@@ -16,8 +15,6 @@ public:
         : m_identifier(std::move(identifier)), m_name(std::move(name)), m_extension(std::move(extension))
     {
     }
-
-    ~DocumentType() override;
 
     const std::string& identifier() const { return m_identifier; }
     const std::wstring& name() const { return m_name; }

@@ -48,8 +48,9 @@ uint64_t newRevision()
 
 CameraEventSource* CameraEventSource::get()
 {
-    static CameraEventSource source;
-    return &source;
+    // Never destroyed: commands may still end while the process goes down.
+    static auto* const source = new CameraEventSource;
+    return source;
 }
 
 Camera::Camera() : m_extentsWidth(kDefaultExtent), m_extentsHeight(kDefaultExtent)

@@ -1,11 +1,11 @@
 #include "Server/Translate/MeshReaders.h"
 
 #include "Server/Translate/Beside.h"
-#include "Server/Translate/KernelFiles.h"
 #include "Server/Translate/KernelMessages.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
 #include "Server/Translate/ObjLibraries.h"
+#include "Server/Translate/ReplacedFile.h"
 
 #include <RWGltf_CafReader.hxx>
 #include <RWObj_CafReader.hxx>
@@ -19,6 +19,7 @@
 #include <cstring>
 #include <filesystem>
 #include <new>
+#include <optional>
 
 namespace Vs::Translate {
 
@@ -148,31 +149,37 @@ bool mayReferToFiles(std::string_view json)
     return false;
 }
 
-// Gives the kernel the file without the names of colours that lie elsewhere, and tells of those beside it.
-std::vector<std::string> refuseLibraries(const std::string& path, KernelFiles& files, Reporter& reporter)
+struct Libraries
 {
-    const MappedFile file(path);
-    std::string text = joinedObjLines(file.bytes());
+    /// The text without the names of those that lie elsewhere; empty if it is as in the file.
+    std::string text;
     std::vector<std::string> refused;
-    for (const ObjLibraryLine& line : objLibraryLines(text.empty() ? file.bytes() : text)) {
+};
+
+// Tells of the files of colours beside the file.
+Libraries takeLibraries(const std::string& path, Reporter& reporter)
+{
+    const fs::path folder = fs::path(path).parent_path();
+    const MappedFile file(path);
+    Libraries found{joinedObjLines(file.bytes()), {}};
+    const std::string joined = found.text;
+    for (const ObjLibraryLine& line : objLibraryLines(joined.empty() ? file.bytes() : joined)) {
         const bool beside = std::all_of(line.names.begin(), line.names.end(), [&](std::string name) {
             // As other systems write it.
             std::replace(name.begin(), name.end(), '\\', '/');
-            return liesBeside(path, fs::path(path).parent_path() / name);
+            return liesBeside(path, folder / name);
         });
         if (beside) {
             for (const std::string& name : line.names)
-                reporter.dependsOn((fs::path(path).parent_path() / name).string());
+                reporter.dependsOn((folder / name).string());
             continue;
         }
-        if (text.empty())
-            text = file.bytes();
-        refused.push_back(line.names.front());
-        text.replace(line.begin, line.size, line.size, ' ');
+        if (found.text.empty())
+            found.text = file.bytes();
+        found.refused.push_back(line.names.front());
+        found.text.replace(line.begin, line.size, line.size, ' ');
     }
-    if (!text.empty())
-        files.replace(std::move(text));
-    return refused;
+    return found;
 }
 
 // A GLB file begins with "glTF", its version and its length, each of four bytes.
@@ -192,16 +199,18 @@ void checkComplete(std::string_view bytes)
 Reading readObj(const std::string& path, Reporter& reporter)
 {
     reporter.stage("reading the file", 0.0, 0.7);
-    KernelFiles files(path);
-    std::vector<std::string> refused = refuseLibraries(path, files, reporter);
+    Libraries libraries = takeLibraries(path, reporter);
+    std::optional<ReplacedFile> changed;
+    if (!libraries.text.empty())
+        changed.emplace(path, std::move(libraries.text));
     const Handle(RWObj_CafReader) reader = new RWObj_CafReader;
     // Coordinates have no unit; as nearly everybody does, they are taken for millimetres with y upwards.
     reader->SetFileLengthUnit(kMillimetre);
     Reading reading = readMesh(*reader, "OBJ", path, "holds no triangles", reporter);
     for (int i = 1; i <= reader->ExternalFiles().Extent(); ++i)
-        if (const std::string other = reader->ExternalFiles()(i).ToCString(); !liesBeside(path, other))
-            refused.push_back(other);
-    for (const std::string& other : refused)
+        if (const char* other = reader->ExternalFiles()(i).ToCString(); !liesBeside(path, other))
+            libraries.refused.push_back(other);
+    for (const std::string& other : libraries.refused)
         reading.warnings.push_back(refusalOf(other) + ", which was not read");
     if (MappedFile(path).bytes().back() != '\n')
         reading.warnings.push_back("ends in the middle of a line, and may be cut off");

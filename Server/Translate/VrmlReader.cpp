@@ -1,9 +1,9 @@
 #include "Server/Translate/VrmlReader.h"
 
 #include "Server/Translate/Beside.h"
-#include "Server/Translate/KernelFiles.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
+#include "Server/Translate/VrmlInlines.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
@@ -197,27 +197,30 @@ Reading readVrml(const std::string& path, Reporter& reporter)
     VrmlData_Scene scene;
     scene.SetLinearScale(kMillimetresInMetre);
     scene.SetVrmlDir(std::filesystem::path(path).parent_path().c_str());
-    KernelFiles files(path);
-    files.empty("#VRML V2.0 utf8\n");
+    // Where that finds nothing, the kernel looks where the program was started.
+    std::vector<std::string> refused;
+    std::error_code ignored;
+    std::filesystem::current_path(std::filesystem::path(path).parent_path(), ignored);
     {
         const MappedFile file(path);
         if (file.bytes().starts_with("#VRML V1"))
             throw Unreadable("is a VRML 1.0 file; only VRML 2.0 can be read");
-        if (file.bytes().find("Inline") != std::string_view::npos)
-            reporter.dependsOn({});
-        ReportingBuffer buffer(file.bytes(), reporter);
+        const VrmlInlines inlines = vrmlInlines(file.bytes(), path);
+        for (const std::string& other : inlines.files)
+            reporter.dependsOn(other);
+        refused = inlines.refused;
+        ReportingBuffer buffer(inlines.text.empty() ? file.bytes() : inlines.text, reporter);
         std::istream stream(&buffer);
         scene << stream;
     }
     if (scene.Status() != VrmlData_StatusOK)
         throw Unreadable("isn't a valid VRML file: line " + std::to_string(scene.GetLineError()) + ": " +
                          faultText(scene.Status()));
-    for (const std::string& other : files.refused())
+    for (const std::string& other : refused)
         reading.warnings.push_back(refusalOf(other) + ", which was not read");
     reporter.stage("making the parts", 0.6, 0.95);
     SceneBuilder(reading.model->document()).build(scene, stemOf(path));
-    reading.ifEmpty =
-        files.refused().empty() ? "holds no triangles or solids" : refusalOf(files.refused().front());
+    reading.ifEmpty = refused.empty() ? "holds no triangles or solids" : refusalOf(refused.front());
     takeMeshes(reading, reporter);
     return reading;
 }

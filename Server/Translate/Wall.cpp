@@ -181,6 +181,8 @@ std::vector<Call> callsByArgument()
         {SCMP_SYS(tgkill), {is(0, self)}},                // signals to itself alone: the way of abort()
         {SCMP_SYS(sched_setaffinity), {is(0, 0)}},
         {SCMP_SYS(prlimit64), {is(0, 0), is(2, 0)}},      // asking, not setting
+        {SCMP_SYS(prlimit64), {is(0, 0), is(1, RLIMIT_AS)}},
+        {SCMP_SYS(setrlimit), {is(0, RLIMIT_AS)}},
         {SCMP_SYS(prctl), {is(0, PR_SET_NAME)}},
         {SCMP_SYS(prctl), {is(0, kNameMemory)}},
         {SCMP_SYS(ioctl), {is(1, TCGETS)}},
@@ -215,6 +217,12 @@ bool shutCalls()
     return shut;
 }
 
+void limit(decltype(RLIMIT_AS) resource, uint64_t most)
+{
+    const rlimit both{most, most};
+    setrlimit(resource, &both);
+}
+
 } // namespace
 
 WallParts raiseWall(const Wall& wall)
@@ -224,19 +232,19 @@ WallParts raiseWall(const Wall& wall)
     return {files, shutCalls()};
 }
 
-void limitUse(uint64_t memory, uint64_t written)
+void limitFiles(uint64_t written)
 {
-    const auto limit = [](auto resource, uint64_t most) {
-        const rlimit both{most, most};
-        setrlimit(resource, &both);
-    };
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they need more room than there is
-    limit(RLIMIT_AS, memory);
-#endif
     limit(RLIMIT_FSIZE, written);
     limit(RLIMIT_CORE, 0);
     // Who writes too much is told so like one who fills the disk.
     std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void limitMemory([[maybe_unused]] uint64_t memory)
+{
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they need more room than there is
+    limit(RLIMIT_AS, memory);
+#endif
 }
 
 void endWithParent(int pipe)

@@ -27,9 +27,12 @@ struct WallParts
 /// what they lack is left out. No second thread may have been started yet.
 WallParts raiseWall(const Wall& wall);
 
-/// No more than so many bytes of address space and in any file that is written, and no dump of a crash, which
-/// would take longer than all the rest.
-void limitUse(uint64_t memory, uint64_t written);
+/// No more than so many bytes in any file that is written, and no dump of a crash, which would take longer
+/// than all the rest.
+void limitFiles(uint64_t written);
+
+/// No more than so many bytes of address space. Behind the wall, which needs some itself.
+void limitMemory(uint64_t memory);
 
 /// Ends this process with the one that started it, whatever that dies of. `pipe` is a descriptor of a pipe
 /// that the other one reads.

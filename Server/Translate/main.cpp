@@ -122,14 +122,19 @@ void exportFile(const Task& task, Reporter& reporter)
     Kernel::XdeModel model(file.bytes());
     if (!task.writing.combined.empty())
         combineParts(model, task.writing.combined);
-    writeFile(task.format, model, task.writing, task.target, reporter);
+    writeFile(task.format, model, task.writing, std::filesystem::path(task.target).filename().string(),
+              reporter);
 }
 
 int run(const Task& task)
 {
     Reporter reporter;
     try {
+        // The kernel takes what it is given for UTF-8, which the name of a folder need not be.
+        if (task.work == Task::Work::Export)
+            std::filesystem::current_path(std::filesystem::path(task.target).parent_path());
         closeIn(task, reporter);
+        limitMemory(task.memory);
         if (task.work == Task::Work::Import)
             importFile(task.format, task.source, task.target, task.annotations, reporter);
         else if (task.work == Task::Work::Renew)
@@ -164,7 +169,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "A worker is started by quillet; it is of no use by itself.\n");
         return 2;
     }
-    Vs::Translate::limitUse(task.memory, task.written);
+    Vs::Translate::limitFiles(task.written);
     Vs::Translate::keepFreedMemory();
     // Taking the kernel's structures apart takes long, and the system does it at once.
     std::_Exit(Vs::Translate::run(task));

@@ -7,6 +7,8 @@
 #include "Server/Base/TranscriptFile.h"
 #include "Tests/Fuzz/Fuzz.h"
 
+#include <tuple>
+
 namespace {
 
 class Area : public Vs::PythonEntry<Area, Vs::TextCommandSubjectArea>
@@ -60,7 +62,7 @@ void tryLine(const std::wstring& line)
     const std::wstring again = written(first);
     if (again.size() > Vs::TextCommandMgr::kLongestLine)
         return;
-    Vs::TextCommandMgr::get()->executeCommandWithoutOutput(again);
+    std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(again);
     require(Command::runs == before + 2 && first.flags() == Command::got.flags() &&
                 first.parameters() == Command::got.parameters(),
             "what was written down reads otherwise");
@@ -80,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     tryLine(L"A.Typed " + text);
     tryLine(Vs::substituteParameters(text, {{"name", std::string(bytes)}, {"x", "\" \\"}}));
     const size_t cursor = size > 0 ? data[0] % (text.size() + 1) : 0;
-    Vs::TextCompletion::complete(text, cursor);
+    std::ignore = Vs::TextCompletion::complete(text, cursor);
     require(Vs::TextCompletion::wordStart(text, cursor) <= cursor, "a word begins behind its end");
     return 0;
 }

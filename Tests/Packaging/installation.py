@@ -64,7 +64,7 @@ class Installation(unittest.TestCase):
         self.assertGreater(triangles, 12)
         self.assertEqual(len(stl), 84 + 50 * triangles)
 
-    def test_runs_scripts_and_speaks_german(self):
+    def test_runs_scripts(self):
         script = self.folder / "script.py"
         script.write_text("import quillet\nprint('by', quillet.__name__)\n")
         self.assertIn("by quillet", self.quillet("--headless", "--echo", "--replay", script))

@@ -64,6 +64,8 @@ OwnFolders::OwnFolders()
         if (!mkdtemp(made.data()))
             throw std::system_error(errno, std::generic_category(), temporary.string());
         m_path = made;
+        // Its folders are closed where they have to be; other users, whom some tests act as, get past it.
+        fs::permissions(m_path, fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec);
         m_lock = locked(m_path);
     }
 }
@@ -95,7 +97,9 @@ void OwnFolders::enter() const
     for (const auto& [variable, name] : kFolders) {
         const fs::path folder = m_path / name;
         fs::create_directory(folder);
-        fs::permissions(folder, fs::perms::owner_all);
+        // As a machine has them: what is temporary is everybody's, for the tests of what other users may do.
+        const bool temporary = std::strcmp(variable, "TMPDIR") == 0;
+        fs::permissions(folder, temporary ? fs::perms::all | fs::perms::sticky_bit : fs::perms::owner_all);
         setenv(variable, folder.c_str(), 1);
     }
 }

@@ -16,6 +16,8 @@
 #include <iostream>
 #include <random>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -135,10 +137,26 @@ int runAll()
     return result;
 }
 
+// Libraries ask for the language as they are loaded, before main: where the user has one, the program starts
+// again.
+void startWithoutLanguage(char** arguments)
+{
+    constexpr const char* kMark = "QUILLET_TESTS_SPEAK_ENGLISH";
+    std::vector<std::string> names;
+    for (char** entry = environ; *entry; ++entry)
+        if (const std::string_view text(*entry); text.starts_with("LC_") || text.starts_with("LANG"))
+            names.emplace_back(text.substr(0, text.find('=')));
+    for (const std::string& name : names)
+        unsetenv(name.c_str());
+    if (!names.empty() && !std::getenv(kMark) && setenv(kMark, "1", 1) == 0)
+        execv("/proc/self/exe", arguments);
+}
+
 } // namespace
 
 int main(int count, char** arguments)
 try {
+    startWithoutLanguage(arguments);
     GTEST_FLAG_SET(shuffle, true);
     GTEST_FLAG_SET(random_seed, seedOfTheRun());
     testing::InitGoogleTest(&count, arguments);

@@ -61,14 +61,14 @@ bool takeProfile(const boost::filesystem::path& folder)
 {
     if (folder.empty())
         return true;
-    const boost::filesystem::path absolute = boost::filesystem::absolute(folder);
+    const boost::filesystem::path absolute = Vs::PathInfo::absolute(folder);
     boost::system::error_code ignored;
     try {
         // One that is there may be shared with others for other ends: only what lies in it is closed to them.
         if (!boost::filesystem::is_directory(absolute, ignored))
             Vs::OwnFiles::makeFolder(absolute);
     } catch (const Vs::Exception& error) {
-        complain("The profile cannot be used. " + std::string(error.what()));
+        complain("The profile folder " + absolute.string() + " cannot be used. " + error.what());
         return false;
     }
     Vs::PathInfo::profileDirectory(absolute);
@@ -163,6 +163,7 @@ int runWorkspace(const CommandLine& line)
     std::map<std::string, std::string> parameters = line.parameters;
     boost::system::error_code gone;
     parameters.emplace("out", boost::filesystem::current_path(gone).string());
+    std::signal(SIGINT, onInterrupt);
     LineRunner runner({line.keepGoing, line.echo, std::move(parameters)});
     Vu::Application* application = Vu::Application::get();
     Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();
@@ -176,6 +177,25 @@ int runWorkspace(const CommandLine& line)
         code = application->run();
     application->flushDeferredTasks();
     return runner.failed() || Vs::TranscriptMgr::get()->recordingLost() ? kExitLineFailed : code;
+}
+
+int runLists(const CommandLine& line)
+{
+    if (line.listCommands)
+        listCommands();
+    if (line.listDefinitions)
+        listDefinitions();
+    if (!line.stubsDirectory.empty())
+        writeStubs(line.stubsDirectory);
+    return kExitOk;
+}
+
+/// However the run came to its end: what is left to the statics has nobody any more to tell.
+void end()
+{
+    Vs::PythonManager::get()->shutdown();
+    Vu::Application::get()->shutDown();
+    Vs::AddInMgr::get()->unloadAddIns();
 }
 
 } // namespace
@@ -213,20 +233,13 @@ int runProgram(CommandLine line, int& count, char** arguments)
         return kExitUsage;
 
     int code = kExitOk;
-    if (lists) {
-        if (line.listCommands)
-            listCommands();
-        if (line.listDefinitions)
-            listDefinitions();
-        if (!line.stubsDirectory.empty())
-            writeStubs(line.stubsDirectory);
-    } else {
-        std::signal(SIGINT, onInterrupt);
-        code = runWorkspace(line);
+    try {
+        code = lists ? runLists(line) : runWorkspace(line);
+    } catch (...) {
+        end();
+        throw;
     }
-    Vs::PythonManager::get()->shutdown();
-    Vu::Application::get()->shutDown();
-    Vs::AddInMgr::get()->unloadAddIns();
+    end();
     return code == kExitOk && !whole ? kExitLineFailed : code;
 }
 

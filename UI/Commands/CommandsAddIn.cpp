@@ -75,6 +75,9 @@ public:
         UndoRedoDropDownCommandDef::createCommandDefs();
     }
 
+    /// It is no longer subscribed if it was unloaded; a start that fails unloads nothing.
+    ~CommandsAddIn() override { CommandEventSource::get()->unsubscribe(this); }
+
     void load() override;
     void unload(bool last) override;
     void commandManagerCreated(CommandManagerEvent* event) override;

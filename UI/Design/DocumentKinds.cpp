@@ -1,5 +1,6 @@
 #include "UI/Design/DocumentKinds.h"
 
+#include "Server/Base/Require.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/Resources.h"
@@ -27,8 +28,9 @@ DocumentKind::DocumentKind(const DocumentKindRow& row)
     : m_documentType(row.documentType, localized(row.documentType, row.documentName), row.extension),
       m_assetType(row)
 {
-    Vs::DocumentMgr::get()->registerDocumentType(&m_documentType);
-    Vs::AssetTypeMgr::get()->registerType(&m_assetType);
+    Vs::require(Vs::DocumentMgr::get()->registerDocumentType(&m_documentType),
+                "a kind of documents is registered once");
+    Vs::require(Vs::AssetTypeMgr::get()->registerType(&m_assetType), "a kind of assets is registered once");
 }
 
 DocumentKind::~DocumentKind()

@@ -63,7 +63,7 @@ void CommandModules::addFunctions(const py::module_& module, const TextCommandSu
 
 py::object CommandModules::makeFunction(TextCommand& command, const py::str& module)
 {
-    Definition& definition = m_definitions.emplace_back();
+    FunctionDefinition& definition = m_definitions.emplace_back();
     definition.name = Strings::narrow(command.name());
     definition.help = Strings::narrow(command.help());
     const PythonFunction entry = command.pythonEntry();

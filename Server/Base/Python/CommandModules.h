@@ -8,12 +8,25 @@
 
 namespace Vs::Python {
 
+/// What CPython keeps pointers to for as long as a function lives.
+struct FunctionDefinition
+{
+    std::string name;
+    std::string help;
+    PyMethodDef method;
+};
+/// Never moved. Functions live until the interpreter has ended, so these must live longer.
+using FunctionDefinitions = std::deque<FunctionDefinition>;
+
 /// The modules that subject areas are, and their functions.
 class CommandModules
 {
 public:
     /// `commandError` is what a failed command raises.
-    explicit CommandModules(pybind11::object commandError) : m_commandError(std::move(commandError)) {}
+    CommandModules(pybind11::object commandError, FunctionDefinitions& definitions)
+        : m_commandError(std::move(commandError)), m_definitions(definitions)
+    {
+    }
 
     /// Makes the modules and functions of all areas and commands that have none yet.
     void update();
@@ -27,16 +40,8 @@ private:
     void addFunctions(const pybind11::module_& module, const TextCommandSubjectArea& area);
     pybind11::object makeFunction(TextCommand& command, const pybind11::str& module);
 
-    /// What CPython keeps pointers to for as long as a function lives; never moved.
-    struct Definition
-    {
-        std::string name;
-        std::string help;
-        PyMethodDef method;
-    };
-
     pybind11::object m_commandError;
-    std::deque<Definition> m_definitions;
+    FunctionDefinitions& m_definitions;
 };
 
 } // namespace Vs::Python

@@ -171,7 +171,7 @@ void Interpreter::prepare()
 {
     m_held = std::make_unique<Held>();
     makeQuilletModule();
-    m_held->modules = std::make_unique<CommandModules>(m_held->commandError);
+    m_held->modules = std::make_unique<CommandModules>(m_held->commandError, m_definitions);
 
     py::dict names;
     const auto writer = [this](ScriptStreams::Kind kind) {

@@ -54,6 +54,7 @@ private:
     };
 
     ScriptStreams m_streams;
+    FunctionDefinitions m_definitions;
     std::unique_ptr<Held> m_held;
     PyThreadState* m_resting = nullptr;
     std::thread::id m_mainThread = std::this_thread::get_id();

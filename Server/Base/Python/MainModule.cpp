@@ -1,5 +1,6 @@
 #include "Server/Base/Python/MainModule.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Python/Arguments.h"
 #include "Server/Base/Strings.h"
 
@@ -12,7 +13,7 @@ namespace py = pybind11;
 MainModule::MainModule(const std::string& path, const std::vector<std::wstring>& arguments)
     : m_sys(py::module_::import("sys")),
       m_module(py::reinterpret_steal<py::module_>(PyModule_New("__main__"))),
-      m_folder(pythonText(boost::filesystem::absolute(path).parent_path().wstring())),
+      m_folder(pythonText(PathInfo::absolute(path).parent_path().wstring())),
       m_moduleBefore(m_sys.attr("modules").attr("get")("__main__")),
       m_argumentsBefore(py::getattr(m_sys, "argv", py::list()))
 {

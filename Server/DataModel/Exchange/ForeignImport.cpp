@@ -113,7 +113,7 @@ void ForeignImport::keep(ImportCache& cache)
     std::error_code ignored;
     const std::vector<std::string>& others = m_worker->others();
     // The key is of no use either if the file was written meanwhile.
-    const bool same = FileIdentity::of(Strings::narrow(m_path)) == m_identity;
+    const bool same = FileIdentity::of(Strings::toBytes(m_path)) == m_identity;
     const bool known = same && std::all_of(others.begin(), others.end(), [&](const std::string& other) {
                            // A file that changed while it was read may have been read as it was before.
                            const auto changed = std::filesystem::last_write_time(other, ignored);

@@ -1,5 +1,6 @@
 #include "Server/DataModel/Exchange/ForeignTranslator.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
@@ -101,7 +102,7 @@ bool ForeignTranslator::open(TranslatorOpenOptions& options, TranslatorContext& 
         status.addError(L"There is no model that \"" + options.fileName() + L"\" could be inserted into.");
         return false;
     }
-    ForeignImport import(boost::filesystem::absolute(options.fileName()).wstring());
+    ForeignImport import(PathInfo::absolute(options.fileName()).wstring());
     {
         ProgressScope progress(ProgressText::opening(options.fileName()));
         ForeignImport* imports[] = {&import};

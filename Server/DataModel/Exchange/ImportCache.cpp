@@ -1,6 +1,7 @@
 #include "Server/DataModel/Exchange/ImportCache.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
@@ -67,7 +68,7 @@ public:
         std::string cause;
         try {
             m_path = (PathInfo::cacheDirectory() / "import").string();
-            ImportCache::makeFolder(m_path);
+            OwnFiles::makeFolder(m_path);
             cause = faultOf(m_path);
             if (cause.empty())
                 return;
@@ -102,25 +103,16 @@ private:
 
 ImportCache::ImportCache(std::string folder, uint64_t limit) : m_folder(std::move(folder)), m_limit(limit)
 {
-    makeFolder(m_folder);
-}
-
-// Models may be confidential: their copies are for those alone who may read the program's own files.
-void ImportCache::makeFolder(const std::string& folder)
-{
-    constexpr mode_t kOwnerAlone = 0700, kOthers = 077;
-    std::error_code ignored;
-    fs::create_directories(fs::path(folder).parent_path(), ignored);
-    struct stat info;
-    // One that somebody made before, or an older program, may be open to all.
-    if (mkdir(folder.c_str(), kOwnerAlone) != 0 && lstat(folder.c_str(), &info) == 0 &&
-        S_ISDIR(info.st_mode) && info.st_uid == geteuid() && (info.st_mode & kOthers) != 0)
-        chmod(folder.c_str(), kOwnerAlone);
+    try {
+        OwnFiles::makeFolder(m_folder);
+    } catch (const Exception&) {
+        // The import that cannot write says so.
+    }
 }
 
 std::optional<std::string> ImportCache::keyOf(const std::string& path, const char* format)
 {
-    constexpr size_t kPiece = 1 << 20;
+    constexpr size_t kPiece = 1 << 16; // stays in the processor's cache
     try {
         PlainFile file(path);
         const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(),

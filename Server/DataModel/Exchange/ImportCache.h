@@ -19,12 +19,11 @@ class ImportCache
 public:
     static constexpr uint64_t kUsualLimit = uint64_t(2) << 30;
 
-    /// `folder` in the file system's own form. `limit` bounds the sum of the entries in bytes.
+    /// `folder` in the file system's own form; it is made, for this user alone. `limit` bounds the sum of the
+    /// entries in bytes.
     explicit ImportCache(std::string folder, uint64_t limit = kUsualLimit);
 
     const std::string& folder() const { return m_folder; }
-    /// Makes the folder, for this user alone; one of the user's that others could read is closed to them.
-    static void makeFolder(const std::string& folder);
 
     /// The key of a file: of its contents, the format it is read as, and the versions that read it. Nothing
     /// if it can't be read or isn't an ordinary file.

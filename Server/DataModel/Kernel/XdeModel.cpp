@@ -45,10 +45,9 @@ namespace {
 class Application : public XCAFApp_Application
 {
 public:
-    Application() { newDrivers(); }
-
-    /// Those that read or write have what they did in mind, and one that broke off has half of it: the next
-    /// model would be mixed up with the one that failed.
+    /// To be called before any use, and once there is a handle on the application: each call makes one of its
+    /// own. Those that read or write have what they did in mind, and one that broke off has half of it: the
+    /// next model would be mixed up with the one that failed.
     void newDrivers()
     {
         myReaders.Clear();
@@ -63,6 +62,7 @@ const Handle(Application) & application()
         // The kernel talks to standard output, which belongs to the user.
         Message::DefaultMessenger()->ChangePrinters().Clear();
         const Handle(Application) made = new Application;
+        made->newDrivers();
         made->MessageDriver()->ChangePrinters().Clear();
         return made;
     }();

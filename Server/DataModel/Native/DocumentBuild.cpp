@@ -1,5 +1,6 @@
 #include "Server/DataModel/Native/DocumentBuild.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetEvents.h"
@@ -76,7 +77,7 @@ Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path
     const std::wstring name = boost::filesystem::path(path).stem().wstring();
     std::unique_ptr<Document> made(new Document(documentType, name));
     made->m_identifier = own(manifest.document);
-    made->takePath(boost::filesystem::absolute(path).wstring());
+    made->takePath(PathInfo::absolute(path).wstring());
     made->m_savedVersion = manifest.software;
     made->m_file->identity = load.file->identity();
     made->m_file->migrated = manifest.version < Native::Manifest::kVersion;

@@ -1,5 +1,7 @@
 #include "Server/DataModel/Native/Paths.h"
 
+#include "Server/Base/PathInfo.h"
+
 #include <boost/filesystem/operations.hpp>
 
 #include <cerrno>
@@ -15,7 +17,7 @@ namespace fs = boost::filesystem;
 fs::path comparablePath(const std::wstring& path)
 {
     boost::system::error_code error;
-    const fs::path absolute = fs::absolute(fs::path(path)).lexically_normal();
+    const fs::path absolute = PathInfo::absolute(fs::path(path)).lexically_normal();
     const fs::path canonical = fs::weakly_canonical(absolute, error);
     return error ? absolute : canonical;
 }
@@ -24,7 +26,7 @@ std::string followedPath(const std::string& path)
 {
     constexpr int kMostLinks = 40;
     boost::system::error_code error;
-    fs::path at = fs::absolute(path);
+    fs::path at = PathInfo::absolute(path);
     for (int links = 0; fs::is_symlink(at, error); ++links) {
         if (links == kMostLinks)
             throw std::runtime_error(std::strerror(ELOOP));

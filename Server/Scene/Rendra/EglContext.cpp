@@ -89,8 +89,8 @@ std::unique_ptr<EglContext> EglContext::make(Vs::Status& status)
 EglContext::~EglContext()
 {
     eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    // The display is the process's own, and other contexts may be on it.
     eglDestroyContext(m_display, m_context);
-    eglTerminate(m_display);
 }
 
 std::wstring EglContext::description() const

@@ -62,10 +62,7 @@ protected:
     {
         fs::create_directory(shared);
         chmod(shared.c_str(), 01777);
-        setenv("TMPDIR", shared.c_str(), 1);
-        unsetenv("XDG_RUNTIME_DIR");
     }
-    ~SharedFolderTest() override { unsetenv("TMPDIR"); }
 
     /// What a function answers as a user without any of the desktop's variables but these.
     static bool withoutHome(const char* home, const std::function<bool()>& function)
@@ -78,7 +75,10 @@ protected:
         });
     }
 
-    const fs::path shared = folder.path() / "shared";
+    const TestSupport::OpenFolder open;
+    const fs::path shared = open.path() / "shared";
+    const TestSupport::Variable temporary{"TMPDIR", shared.string()};
+    const TestSupport::Variable noRuntime{"XDG_RUNTIME_DIR", std::nullopt};
     const fs::path taken = shared / ("quillet-" + std::to_string(TestSupport::kSomebody));
 };
 
@@ -114,8 +114,8 @@ TEST_F(SharedFolderTest, WithoutAHomeNothingIsTakenFromWhereOthersCouldHavePutIt
 TEST_F(SharedFolderTest, ATemporaryFolderThatSomebodyElseHasTakenIsNotUsed)
 {
     SKIP_UNLESS_ROOT();
-    fs::create_directory(folder.path() / "victims");
-    ASSERT_EQ(chown((folder.path() / "victims").c_str(), TestSupport::kSomebody, TestSupport::kSomebody), 0);
+    fs::create_directory(open.path() / "victims");
+    ASSERT_EQ(chown((open.path() / "victims").c_str(), TestSupport::kSomebody, TestSupport::kSomebody), 0);
     const auto take = [&](const std::function<void()>& action) {
         fs::remove_all(taken);
         return TestSupport::asUser(TestSupport::kAnother, [&] {
@@ -125,7 +125,7 @@ TEST_F(SharedFolderTest, ATemporaryFolderThatSomebodyElseHasTakenIsNotUsed)
     };
     const std::vector<std::function<void()>> ways = {
         [&] { mkdir(taken.c_str(), 0777), chmod(taken.c_str(), 0777); },
-        [&] { fs::create_symlink(folder.path() / "victims", taken); },
+        [&] { fs::create_symlink(open.path() / "victims", taken); },
         [&] { fs::create_symlink(shared / "nowhere", taken); },
         [&] { TestSupport::overwrite(taken, "file"); },
     };
@@ -136,7 +136,7 @@ TEST_F(SharedFolderTest, ATemporaryFolderThatSomebodyElseHasTakenIsNotUsed)
             return used != taken && Vs::OwnFiles::isOwnFolder(used);
         }));
     }
-    EXPECT_EQ(permissions(folder.path() / "victims"), 0755u) << "a link was followed";
+    EXPECT_EQ(permissions(open.path() / "victims"), 0755u) << "a link was followed";
     // The user's own is taken, and closed if it wasn't.
     fs::remove_all(taken);
     for (const unsigned before : {0700u, 0755u})
@@ -148,15 +148,14 @@ TEST_F(SharedFolderTest, ATemporaryFolderThatSomebodyElseHasTakenIsNotUsed)
 
 TEST_F(SharedFolderTest, TheRuntimeFolderOfTheSessionComesBeforeIt)
 {
-    const fs::path runtime = folder.path() / "runtime";
+    const fs::path runtime = open.path() / "runtime";
     fs::create_directory(runtime);
-    setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+    const TestSupport::Variable variable("XDG_RUNTIME_DIR", runtime.string());
     chmod(runtime.c_str(), 0755);
     EXPECT_EQ(Vs::PathInfo::temporaryDirectory(false).parent_path(), shared) << "others may look into it";
     chmod(runtime.c_str(), 0700);
     EXPECT_EQ(Vs::PathInfo::temporaryDirectory(true), runtime / "quillet");
     EXPECT_EQ(permissions(runtime / "quillet"), 0700u);
-    unsetenv("XDG_RUNTIME_DIR");
 }
 
 TEST_F(PathsTest, AreThisUsersAlone)

@@ -5,15 +5,17 @@
 
 #include <functional>
 
-/// An area for the time of one test.
-class ProbeArea : public Vs::PythonEntry<ProbeArea, Vs::TextCommandSubjectArea>
+/// An area for the time of one test. A class has one object at a time: each further area has another number.
+template <int number>
+class NumberedArea : public Vs::PythonEntry<NumberedArea<number>, Vs::TextCommandSubjectArea>
 {
 public:
-    ProbeArea(std::wstring name, bool forTranscripts)
-        : PythonEntry(std::move(name), L"Commands of a test", forTranscripts)
+    NumberedArea(std::wstring name, bool forTranscripts)
+        : NumberedArea::PythonEntry(std::move(name), L"Commands of a test", forTranscripts)
     {
     }
 };
+using ProbeArea = NumberedArea<0>;
 
 /// A command that answers with what it got, as "[first][second]/Flag", after an action if it has one.
 class ProbeCommand : public Vs::TextCommand

@@ -170,7 +170,7 @@ TEST_F(RecordingTest, ATranscriptIsNeitherReplayedNorRecordedByItself)
         Vs::ReplayOptions options;
         options.status = &status;
         options.quiet = true;
-        replay(file("link.txt"), options);
+        EXPECT_FALSE(replay(file("link.txt"), options).ok());
         refusals += status.toString() + L'\n';
     };
     EXPECT_TRUE(replay(path.wstring()).ok());
@@ -259,7 +259,7 @@ TEST_F(RecordingTest, TheDebuggerStaysAtTheLineThatFailed)
     folder.write("outer.txt", "Probe.Call outer\n");
     call.action = [&] {
         call.action = nullptr;
-        replay(file("f.txt"));
+        EXPECT_TRUE(replay(file("f.txt")).ok());
     };
     debug().stepLine(1);
     EXPECT_TRUE(replay(file("outer.txt")).ok());

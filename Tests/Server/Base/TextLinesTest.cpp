@@ -178,7 +178,8 @@ TEST_F(TextLinesTest, CompleteAreasCommandsFlagsAndFiles)
         return TextCompletion::complete(line, line.size());
     };
     using Texts = std::vector<std::wstring>;
-    ProbeArea late(L"Process", true), early(L"Prone", false);
+    const NumberedArea<1> late(L"Process", true);
+    const NumberedArea<2> early(L"Prone", false);
     EXPECT_EQ(complete(L"Pro"), (Texts{L"Probe.", L"Prone.", L"Process."}));
     EXPECT_EQ(complete(L"Probe."), (Texts{L"Probe.Call", L"Probe.Typed"}));
     EXPECT_EQ(complete(L"help Probe.C"), Texts{L"Probe.Call"});
@@ -239,7 +240,7 @@ TEST_F(TextLinesTest, GoToTheOutputWithTheirAnswers)
     manager->executeCommand(L"Probe.Call x");
     manager->executeCommand(L"Probe.Call");
     manager->executeCommand(L"Probe.Nothing");
-    manager->executeCommandWithoutOutput(L"Probe.Call y");
+    EXPECT_EQ(manager->executeCommandWithoutOutput(L"Probe.Call y").second, L"[y]");
     manager->output(nullptr);
     EXPECT_EQ(output.text, L"[x]\nerror: There is no text command \"Probe.Nothing\".\n");
 }

@@ -51,8 +51,8 @@ DataModelTest::DataModelTest()
     static const TestSupport::ScratchFolder profile;
     static const bool set = (Vs::PathInfo::profileDirectory(profile.path()), true);
     static_cast<void>(set);
-    Vs::DocumentMgr::get()->registerDocumentType(&documentType());
-    Vs::AssetTypeMgr::get()->registerType(&assetType());
+    EXPECT_TRUE(Vs::DocumentMgr::get()->registerDocumentType(&documentType()));
+    EXPECT_TRUE(Vs::AssetTypeMgr::get()->registerType(&assetType()));
 }
 
 DataModelTest::~DataModelTest()

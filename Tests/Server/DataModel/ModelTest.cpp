@@ -2,15 +2,21 @@
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Model/ModelKernel.h"
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Server/DataModel/Fixture.h"
 #include "Tests/Support/Seed.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iostream>
 #include <limits>
 #include <numbers>
 #include <random>
+#include <sstream>
+#include <stdexcept>
 
 using namespace Vs;
 
@@ -52,6 +58,31 @@ private:
 class ModelTest : public DataModelTest
 {
 };
+
+TEST_F(ModelTest, WhatTheKernelSaysOfDamagedDataIsNotPrinted)
+{
+    std::ostringstream stream;
+    boxAndCylinder()->data().source().withKernel([&](ModelKernel& kernel) { kernel.write(stream); });
+    const std::string sound = stream.str();
+    const std::string evil = "\x1b]0;\x07";
+    for (const std::string& place : {std::string("BinXCAF"), std::string("START_TYPES"),
+                                     std::string("TDataStd_Name"), std::string("XCAFDoc_ShapeTool"),
+                                     std::string("TNaming_NamedShape"), std::string("XCAFDoc_Color")}) {
+        SCOPED_TRACE(place);
+        std::string damaged = sound;
+        ASSERT_NE(damaged.find(place), std::string::npos);
+        damaged.replace(damaged.find(place), place.size(), (evil + place).substr(0, place.size()));
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        try {
+            ModelKernel::read(damaged);
+        } catch (const std::runtime_error&) {
+            // That it is refused is no matter here.
+        }
+        std::cout.flush();
+        EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
+    }
+}
 
 TEST_F(ModelTest, PrimitivesHaveTheirSizesNamesAndColours)
 {

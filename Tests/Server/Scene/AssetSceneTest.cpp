@@ -133,8 +133,8 @@ TEST(AssetSceneEnd, AViewOutlivesItsAsset)
 {
     Vs::DocumentType documentType{"SceneTestDocument", L"Scene test", L".scenetest"};
     Vs::AssetType assetType{"SceneTestAsset", L"Scene test", "SceneTestDocument"};
-    Vs::DocumentMgr::get()->registerDocumentType(&documentType);
-    Vs::AssetTypeMgr::get()->registerType(&assetType);
+    EXPECT_TRUE(Vs::DocumentMgr::get()->registerDocumentType(&documentType));
+    EXPECT_TRUE(Vs::AssetTypeMgr::get()->registerType(&assetType));
     Vs::Status status;
     Vs::Document* document = Vs::DocumentMgr::get()->create(&assetType, status);
     ASSERT_TRUE(document);

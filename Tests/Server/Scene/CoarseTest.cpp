@@ -76,7 +76,7 @@ TEST(MovingPicture, IsCoarserOnlyWhereTheSceneIsLargeAndWholeAgainWhenItStandsSt
     const auto draw = [&](const Vs::Scene::ImageOptions& options) {
         Image image;
         Vs::Status status;
-        OffscreenRenderer::get()->render({fragment.get()}, 400, 300, options, image, status);
+        EXPECT_TRUE(OffscreenRenderer::get()->render({fragment.get()}, 400, 300, options, image, status));
         return image;
     };
     if (draw(still).pixels.empty())

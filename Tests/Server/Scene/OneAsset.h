@@ -19,8 +19,8 @@ class OneAsset : public testing::Test
 protected:
     OneAsset()
     {
-        Vs::DocumentMgr::get()->registerDocumentType(&m_documentType);
-        Vs::AssetTypeMgr::get()->registerType(&m_assetType);
+        EXPECT_TRUE(Vs::DocumentMgr::get()->registerDocumentType(&m_documentType));
+        EXPECT_TRUE(Vs::AssetTypeMgr::get()->registerType(&m_assetType));
         Vs::Status status;
         take(Vs::DocumentMgr::get()->create(&m_assetType, status));
     }

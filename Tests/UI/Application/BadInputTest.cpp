@@ -259,35 +259,39 @@ TEST(BadInputTest, FoldersThatAreGoneOrMayOnlyBeReadAreNoObstacle)
     const ScratchFolder folder;
     const std::string program = (TestSupport::runningTree() / "bin/quillet").string();
     const auto run = [&](const std::string& before, const std::string& profile) {
-        return runProcess("/bin/sh", {"-c", before + "exec " + program + " --headless --profile-dir " + profile +
-                                                " --command Design.New --command 'Design.Box 1 2 3'"});
+        return runProcess("/bin/sh",
+                          {"-c", before + "exec " + program + " --headless --profile-dir " + profile +
+                                     " --command Design.New --command 'Design.Box 1 2 3'"});
     };
     fs::create_directory(folder.path() / "gone");
     const ProcessResult gone = run("cd " + (folder.path() / "gone").string() + " && rmdir ../gone && ",
                                    (folder.path() / "profile").string());
     EXPECT_EQ(gone.exitCode, 0) << gone.errors;
     SKIP_UNLESS_ROOT();
-    fs::create_directory(folder.path() / "roots");
+    const TestSupport::OpenFolder open;
+    fs::create_directory(open.path() / "roots");
     const std::string user = std::to_string(TestSupport::kSomebody);
     const ProcessResult readOnly = runProcess(
-        "/usr/bin/setpriv", {"--reuid=" + user, "--regid=" + user, "--clear-groups", program, "--headless", "--profile-dir",
-                             (folder.path() / "roots").string(), "--command", "Design.New", "--command", "Design.Box 1 2 3",
-                             "--command", "VuCommands.ManagementShellCmd"});
+        "/usr/bin/setpriv", {"--reuid=" + user, "--regid=" + user, "--clear-groups", program, "--headless",
+                             "--profile-dir", (open.path() / "roots").string(), "--command", "Design.New",
+                             "--command", "Design.Box 1 2 3", "--command", "VuCommands.ManagementShellCmd"});
     EXPECT_EQ(readOnly.exitCode, 0) << readOnly.errors;
     EXPECT_NE(readOnly.errors.find("roots/options"), std::string::npos) << readOnly.errors;
-    EXPECT_TRUE(fs::is_empty(folder.path() / "roots"));
+    EXPECT_TRUE(fs::is_empty(open.path() / "roots"));
 }
 
 TEST(BadInputTest, NumbersThatAreTooLargeOrNoneAreOneMessageEach)
 {
     const ScratchFolder folder;
     std::string text = "Design.New\n";
-    for (const std::string number : {"1e400", "1e308", "-1", "0", "nan", "inf", "1e-400", "0x10", "1,5", "--1", "\u0661"})
+    for (const std::string number :
+         {"1e400", "1e308", "-1", "0", "nan", "inf", "1e-400", "0x10", "1,5", "--1", "\u0661"})
         text += "Design.Box " + number + " 1 1\nDesign.Sphere " + number + "\nCamera.ZoomIn " + number + '\n';
     for (const char digit : {'9', '0', '(', '-'})
         text += "Design.Box " + std::string(500000, digit) + " 1 1\n";
-    const ProcessResult result = runQuillet(
-        {"--headless", "--keep-going", "--replay", folder.write("lines.txt", text).string(), "--command", "Camera.ZoomIn"});
+    const ProcessResult result =
+        runQuillet({"--headless", "--keep-going", "--replay", folder.write("lines.txt", text).string(),
+                    "--command", "Camera.ZoomIn"});
     EXPECT_EQ(result.exitCode, 1) << "signal " << result.signal;
     EXPECT_EQ(result.output, "Zoom in.\n");
     EXPECT_EQ(lines(result.errors), lines(text) - 1) << result.errors;

@@ -271,7 +271,8 @@ TEST(ProgramTest, TheSavedDocumentComesBackFromItsFile)
 TEST(ProgramTest, AFileWhoseNameIsNoUtf8IsOpenedSavedAndRemembered)
 {
     const ScratchFolder folder;
-    const boost::filesystem::path odd = folder.path() / "gr\xf6\xdf" "e";
+    const boost::filesystem::path odd = folder.path() / "gr\xf6\xdf"
+                                                        "e";
     boost::filesystem::create_directory(odd);
     const std::string profile = (folder.path() / "profile").string();
     const auto run = [&](std::vector<std::string> arguments) {
@@ -281,16 +282,18 @@ TEST(ProgramTest, AFileWhoseNameIsNoUtf8IsOpenedSavedAndRemembered)
         return result;
     };
     const std::string native = (odd / "a\xff.vlra").string(), step = (odd / "b\xff.step").string();
-    run({"--command", "Design.New", "--command", "Design.Box 1 2 3", "--command", "Asset.Export " + step, "--command",
-         "Document.SaveAs \"" + native + '"'});
+    run({"--command", "Design.New", "--command", "Design.Box 1 2 3", "--command", "Asset.Export " + step,
+         "--command", "Document.SaveAs \"" + native + '"'});
     ASSERT_TRUE(boost::filesystem::exists(native));
     ASSERT_TRUE(boost::filesystem::exists(step));
-    EXPECT_NE(TestSupport::contentOf(folder.path() / "profile/options/RecentDocuments.json").find("\\udcff.vlra"),
-              std::string::npos);
+    EXPECT_NE(
+        TestSupport::contentOf(folder.path() / "profile/options/RecentDocuments.json").find("\\udcff.vlra"),
+        std::string::npos);
 
     EXPECT_EQ(run({native, "--command", "Asset.Path"}).output.find("Design "), 0u);
     run({step});
-    run({"--replay", folder.write("lines\xff.txt", "Document.Open " + native + "\nDocument.Open b\xff.step\n").string(),
+    run({"--replay",
+         folder.write("lines\xff.txt", "Document.Open " + native + "\nDocument.Open " + step + '\n').string(),
          "--set", "x=" + native});
     run({"--script",
          folder
@@ -312,12 +315,14 @@ TEST(ProgramTest, AFileWhoseNameIsNoUtf8IsOpenedSavedAndRemembered)
 TEST(ProgramTest, WhatItKeepsIsForItsUserAlone)
 {
     const ScratchFolder folder;
-    const std::string profile = (folder.path() / "profile").string(), saved = (folder.path() / "saved.vlra").string();
+    const std::string profile = (folder.path() / "profile").string(),
+                      saved = (folder.path() / "saved.vlra").string();
     const ProcessResult result = runProcess(
-        "/bin/sh", {"-c", "umask 0; exec " + (TestSupport::runningTree() / "bin/quillet").string() +
-                              " --headless --profile-dir " + profile +
-                              " --command Design.New --command 'Design.Box 1 2 3' --command 'Document.SaveAs " + saved +
-                              "' --command VuCommands.ManagementShellCmd"});
+        "/bin/sh",
+        {"-c", "umask 0; exec " + (TestSupport::runningTree() / "bin/quillet").string() +
+                   " --headless --profile-dir " + profile +
+                   " --command Design.New --command 'Design.Box 1 2 3' --command 'Document.SaveAs " + saved +
+                   "' --command VuCommands.ManagementShellCmd"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     const auto permissions = [](const boost::filesystem::path& path) {
         return boost::filesystem::status(path).permissions() & boost::filesystem::perms_mask;
@@ -336,11 +341,13 @@ TEST(ProgramTest, WhatItKeepsIsForItsUserAlone)
 TEST(ProgramTest, NumbersAreWrittenInOneWayWhateverTheLocaleIs)
 {
     const ScratchFolder folder;
-    const std::string lines = folder.write("lines.txt", "Design.New\nDesign.Box 1.5 2 3\nScript.Body Box1\n").string();
+    const std::string lines =
+        folder.write("lines.txt", "Design.New\nDesign.Box 1.5 2 3\nScript.Body Box1\n").string();
     std::string first;
-    for (const char* locale : {"LC_ALL=C", "LC_ALL=xx_YY.UTF-8", "LC_ALL=tr_TR.UTF-8", "LANG=de_DE", "LC_NUMERIC=de_DE.UTF-8"}) {
-        const ProcessResult result = runQuillet(
-            {"--headless", "--replay", lines}, {.environment = {"LC_ALL=", "LANGUAGE=en", locale}});
+    for (const char* locale :
+         {"LC_ALL=C", "LC_ALL=xx_YY.UTF-8", "LC_ALL=tr_TR.UTF-8", "LANG=de_DE", "LC_NUMERIC=de_DE.UTF-8"}) {
+        const ProcessResult result = runQuillet({"--headless", "--replay", lines},
+                                                {.environment = {"LC_ALL=", "LANGUAGE=en", locale}});
         EXPECT_EQ(result.exitCode, 0) << locale << '\n' << result.errors;
         first = first.empty() ? result.output : first;
         EXPECT_EQ(result.output, first) << locale;

@@ -1,3 +1,4 @@
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 #include "Tests/Support/Users.h"
 
@@ -289,7 +290,8 @@ TEST_F(ScriptingTest, ScriptsOfTheUserRunAtEachStartAndMayKeepTheProgramOpen)
 TEST_F(ScriptingTest, WithoutAHomeNobodyElsesScriptsRun)
 {
     SKIP_UNLESS_ROOT();
-    const boost::filesystem::path shared = folder.path() / "shared";
+    const TestSupport::OpenFolder open;
+    const boost::filesystem::path shared = open.path() / "shared";
     const std::string planted = ".local/share/quillet/scripts/autorun";
     ASSERT_TRUE(TestSupport::asUser(0, [&] {
         umask(0);
@@ -297,7 +299,7 @@ TEST_F(ScriptingTest, WithoutAHomeNobodyElsesScriptsRun)
     }));
     ASSERT_TRUE(TestSupport::asUser(TestSupport::kAnother, [&] {
         boost::filesystem::create_directories(shared / planted);
-        folder.write("shared/" + planted + "/evil.py", "print('evil')\n");
+        TestSupport::overwrite(shared / planted / "evil.py", "print('evil')\n");
         return boost::filesystem::exists(shared / planted / "evil.py");
     }));
     const std::string user = std::to_string(TestSupport::kSomebody);

@@ -36,8 +36,8 @@ UiTest::UiTest()
     Vu::installHost();
     Vu::Application::testing(true);
     Vu::SessionMgr::get();
-    Vs::DocumentMgr::get()->registerDocumentType(&documentType());
-    Vs::AssetTypeMgr::get()->registerType(&assetType());
+    EXPECT_TRUE(Vs::DocumentMgr::get()->registerDocumentType(&documentType()));
+    EXPECT_TRUE(Vs::AssetTypeMgr::get()->registerType(&assetType()));
 }
 
 UiTest::~UiTest()

@@ -103,8 +103,9 @@ void CommandInputEventSource::fire(CommandInputEvent* event)
 
 CommandInputSetEventSource* CommandInputSetEventSource::get()
 {
-    static CommandInputSetEventSource source;
-    return &source;
+    // Never destroyed: commands may still end while the process goes down.
+    static auto* const source = new CommandInputSetEventSource;
+    return source;
 }
 
 void CommandInputSetEventSource::subscribe(CommandInputSetEventSite* site, CommandInputSet* set)

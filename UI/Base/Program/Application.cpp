@@ -223,6 +223,8 @@ void Application::shutDown()
     Vs::assertMainThread();
     SuddenEnd::over();
     guarded([this] { m_data->deferred.flush(); });
+    // Those of a session end with it.
+    CommandMgr::get()->terminateAll(ETerminationReason::Cancel);
     // Shells hold locks on what they show, so they go before the documents.
     ApplicationHost::get()->closeWindows();
     Vs::DocumentMgr* documents = Vs::DocumentMgr::get();

@@ -1,5 +1,6 @@
 #include "UI/Base/Program/FileDialog.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/CommandContext.h"
@@ -60,8 +61,7 @@ bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names,
     }
     if (answered)
         UIBaseOptionGroup::get()->setValue(
-            folderOption,
-            boost::filesystem::absolute(names.front()).lexically_normal().parent_path().wstring());
+            folderOption, Vs::PathInfo::absolute(names.front()).lexically_normal().parent_path().wstring());
     return answered;
 }
 

@@ -1,6 +1,7 @@
 #include "UI/Base/Session/RecentDocumentMgr.h"
 
 #include "Server/Base/OptionGroup.h"
+#include "Server/Base/PathInfo.h"
 
 #include <boost/filesystem/operations.hpp>
 
@@ -22,7 +23,7 @@ Vs::OptionGroup& store()
 std::wstring fromRoot(const std::wstring& path)
 {
     boost::filesystem::path whole;
-    for (const boost::filesystem::path& part : boost::filesystem::absolute(path))
+    for (const boost::filesystem::path& part : Vs::PathInfo::absolute(path))
         if (part != ".")
             whole /= part;
     return whole.wstring();

@@ -20,6 +20,7 @@
 #include <boost/tokenizer.hpp>
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace Vu {
@@ -297,7 +298,7 @@ void SelectionCommandInput::click(const Vs::StrongRef<Vs::Selection>& selection,
     } else if (m_current && !adds) {
         selections().replace({selection});
     } else if (!adds || m_exactly || !selections().remove(*selection)) {
-        add(selection);
+        std::ignore = add(selection); // A click that is refused changes nothing.
     }
 }
 

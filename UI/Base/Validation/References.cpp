@@ -2,6 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/JsonFile.h"
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
@@ -133,7 +134,8 @@ void References::mode(Mode mode)
 fs::path References::currentFile(const std::wstring& kind, const std::wstring& testName)
 {
     const fs::path script = transcript();
-    const fs::path folder = script.empty() ? fs::current_path() : fs::absolute(script).parent_path();
+    const fs::path folder =
+        script.empty() ? fs::current_path() : Vs::PathInfo::absolute(script).parent_path();
     std::wstring name = testName;
     if (name.empty())
         name = script.empty() ? documentName() : script.stem().wstring();

@@ -1,5 +1,6 @@
 #include "UI/Base/View/GraphicsView.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/Strings.h"
@@ -40,7 +41,7 @@ std::string imageFormat(const std::wstring& path)
 bool folderTakesFiles(const std::wstring& path, Vs::Status& status)
 {
     const boost::filesystem::path folder =
-        boost::filesystem::absolute(boost::filesystem::path(path)).parent_path();
+        Vs::PathInfo::absolute(boost::filesystem::path(path)).parent_path();
     if (::access(folder.c_str(), W_OK | X_OK) == 0)
         return true;
     status.addError(L"The picture " + path + L" cannot be written: " +

@@ -71,7 +71,6 @@ Transition* TransitionMgr::beginTransition()
 
 void TransitionMgr::endTransition()
 {
-    Vs::require(m_collecting != nullptr, "a transition that ends was begun");
     std::unique_ptr<Transition> collected = std::move(m_collecting);
     if (collected && !collected->empty())
         m_queue.push_back(std::move(collected));

@@ -16,8 +16,9 @@ public:
 
     static MarkingMenuEventSource* get()
     {
-        static MarkingMenuEventSource source;
-        return &source;
+        // Never destroyed: its sites may be statics.
+        static auto* const source = new MarkingMenuEventSource;
+        return source;
     }
     ESource currentEventSource() const { return m_source; }
 

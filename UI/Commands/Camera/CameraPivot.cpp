@@ -12,6 +12,7 @@
 #include "UI/Commands/Resources.h"
 
 #include <memory>
+#include <tuple>
 #include <utility>
 
 namespace Vu::Commands {
@@ -44,9 +45,10 @@ public:
         NodeChange(m_geometry.get())
             .depthPriority(1)
             .billBoard(GkPoint3d::kOrigin, {0, 0, 1}, Rendra::Graphics::EBillboard::FacesViewer);
-        SceneUtilities::createTexture2(m_geometry.get(), Resources::CameraPivot(), kPicture,
-                                       GkPoint2d::kOrigin, kPictureScale,
-                                       SceneUtilities::MANIPULATOR_OCCLUDED_OPACITY);
+        // Without its picture the marker shows nothing, and the camera turns all the same.
+        std::ignore = SceneUtilities::createTexture2(m_geometry.get(), Resources::CameraPivot(), kPicture,
+                                                     GkPoint2d::kOrigin, kPictureScale,
+                                                     SceneUtilities::MANIPULATOR_OCCLUDED_OPACITY);
         NodeChange(m_instance.get()).add(m_geometry).occludedEffect({}, {1.0f, 1.0f, 1.0f, 1.0f}, -1.0f);
     }
 

@@ -74,10 +74,11 @@ void PanCmd::mouseDragBegin(MouseEvent* event)
     const RawHitInfo* hit = selection ? selection->hitInfo() : nullptr;
     if (!hit)
         return;
-    m_grabSelection = selection;
     const ViewFragmentTransformer& transformer = hit->viewFragmentTransformer();
-    transformer.modelToScreen(hit->localRayPoint(), m_grabScreen, hit->localToWorldTransform());
-    transformer.screenToWorld(m_grabScreen, m_grabWorld);
+    if (!transformer.modelToScreen(hit->localRayPoint(), m_grabScreen, hit->localToWorldTransform()) ||
+        !transformer.screenToWorld(m_grabScreen, m_grabWorld))
+        return;
+    m_grabSelection = selection;
     startCameraInteraction(assetSession());
     WorkspaceWindow::invalidate(kInvalidateAll);
 }
@@ -95,8 +96,9 @@ void PanCmd::mouseDrag(MouseEvent* event)
     if (const GraphicsCanvas* canvas = view ? view->canvas() : nullptr)
         screen = {double(event->position().x), double(canvas->height() - event->position().y), 0};
     screen.z = m_grabScreen.z;
-    GkPoint3d world = m_grabWorld;
-    hit->viewFragmentTransformer().screenToWorld(screen, world);
+    GkPoint3d world;
+    if (!hit->viewFragmentTransformer().screenToWorld(screen, world))
+        return;
     camera->dolly(m_grabWorld - world);
     m_grabWorld = world;
     cameraStepMade(camera);

@@ -28,8 +28,7 @@ constexpr double kZoomOfOneNotch = 0.1;
 GkPoint3d inTargetPlane(const GkPlane& plane, const GkPoint3d& eye, const GkPoint3d& seen)
 {
     GkPoint3d place;
-    plane.intersectWith(GkLine3d(eye, seen), place, GkContext::gTol);
-    return place;
+    return plane.intersectWith(GkLine3d(eye, seen), place, GkContext::gTol) ? place : GkPoint3d::kOrigin;
 }
 
 } // namespace

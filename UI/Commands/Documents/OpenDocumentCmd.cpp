@@ -276,8 +276,12 @@ void OpenDocumentCmd::openDocuments(const std::vector<std::wstring>& paths, Vs::
     Vs::Status loading;
     Vs::DocumentOpener opener({paths.begin(), paths.end()});
     opener.open(loading, kOpenOrdinarily);
+    // By their paths: one that is named twice is closed between its two turns.
+    std::vector<std::wstring> opened;
     for (unsigned i = 0; i < opener.documentsOpened(); ++i)
-        openDocument(opener.documentOpened(i)->path(), loading, "");
+        opened.push_back(opener.documentOpened(i)->path());
+    for (const std::wstring& path : opened)
+        openDocument(path, loading, "");
     // What was loaded side by side fails silently for the caller, but not for the user.
     if (loading.isError() && !loading.reported())
         MessageBox::warning(loading.toString());

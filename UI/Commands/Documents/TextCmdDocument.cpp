@@ -69,7 +69,7 @@ public:
                 return {1, L"Filename not found"};
             path = other;
         }
-        options->lastDirectory(fs::absolute(path).parent_path().wstring());
+        options->lastDirectory(Vs::PathInfo::absolute(path).parent_path().wstring());
         CommandContext context = CommandContext::emptyContext();
         context.addArgument(CommandContext::pathArgumentName(), path.wstring());
         return runDefinition(L"VeloraOpenDocumentCommand", context, parameters);

@@ -1,5 +1,6 @@
 // The lines Document.Save and Document.SaveAs.
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentType.h"
@@ -44,7 +45,7 @@ fs::path fileOf(const std::wstring& name, const Vs::DocumentType& type)
     boost::system::error_code error;
     if (!path.has_parent_path() && fs::is_directory(options->lastDirectory(), error))
         path = fs::path(options->lastDirectory()) / path;
-    path = fs::absolute(path);
+    path = Vs::PathInfo::absolute(path);
     options->lastDirectory(path.parent_path().wstring());
     return path;
 }

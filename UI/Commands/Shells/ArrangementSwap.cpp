@@ -7,6 +7,7 @@
 #include "UI/Base/Workspace/LayoutStrategy.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace Vu::Commands {
 namespace {
@@ -41,7 +42,7 @@ bool carryVisibility(Area* from, Area* to, const Vs::UniqueString* name)
     Area* after = to->childByName(name->wideText(), true);
     const bool visible = before && before->visible();
     if (before)
-        before->parent()->removeChild(before);
+        std::ignore = before->parent()->removeChild(before); // The other form's area takes its place.
     if (!before || !after)
         return false;
     if (visible)

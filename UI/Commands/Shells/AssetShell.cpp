@@ -27,6 +27,7 @@
 #include "UI/Commands/Shells/DeferredSessionReleaseTask.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace Vu::Commands {
 namespace {
@@ -218,7 +219,8 @@ void AssetShell::splitViewActivate(SplitViewEvent* event)
     if (!session || session == m_current)
         return;
     currentAssetSession(session, false, false);
-    Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"SplitView.CancelCommandInOtherView");
+    std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(
+        L"SplitView.CancelCommandInOtherView"); // There may be none.
 }
 
 void AssetShell::seamlessActivate(EnvironmentState* state)

@@ -66,7 +66,7 @@ std::string hexOf(const std::string& bytes)
 class Hog
 {
 public:
-    explicit Hog(int processor)
+    explicit Hog(size_t processor)
         : m_thread([this, processor] {
               cpu_set_t only;
               CPU_ZERO(&only);
@@ -88,12 +88,12 @@ private:
     std::thread m_thread;
 };
 
-int someProcessor()
+size_t someProcessor()
 {
     cpu_set_t ours;
     sched_getaffinity(0, sizeof ours, &ours);
-    int processor = 0;
-    while (!CPU_ISSET(static_cast<size_t>(processor), &ours))
+    size_t processor = 0;
+    while (!CPU_ISSET(processor, &ours))
         ++processor;
     return processor;
 }
@@ -212,7 +212,7 @@ TEST(HostileWorkerTest, AnswersThatCannotBeRightEndTheWorkAndNothingElse)
 
 TEST(HostileWorkerTest, OneThatGetsNoProcessorIsWaitedForAndOneThatSleepsIsNot)
 {
-    const int processor = someProcessor();
+    const size_t processor = someProcessor();
     {
         const Hog hog(processor);
         Worker starved(kProbe, {"starves", std::to_string(processor)}, {100ms, 1h, 0, 1h});
@@ -319,6 +319,7 @@ TEST(HostileWorkerTest, BehindTheWallItReachesItsFileAndItsResultAlone)
 
 TEST(HostileWorkerTest, TheRealWorkersStandBehindTheWall)
 {
+    expectNoChild();
     const ScratchFolder folder;
     // Whoever opens it for reading waits.
     const std::string file = (folder.path() / "endless.stl").string();

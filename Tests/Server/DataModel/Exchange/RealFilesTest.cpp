@@ -11,7 +11,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <set>
+#include <utility>
 
 using namespace Vs;
 
@@ -40,6 +42,15 @@ const Stated kStated[] = {
     {"Cone_1.brep", 3141592.65, -1, 1e-6},
 };
 
+size_t facesOf(const Asset& asset)
+{
+    size_t faces = 0;
+    for (const Component* component : componentsOf(asset))
+        if (component->body)
+            faces += component->body->mesh()->faces.size();
+    return faces;
+}
+
 } // namespace
 
 class RealFilesTest : public DataModelTest
@@ -59,6 +70,29 @@ protected:
         EXPECT_NE(text.find(boost::filesystem::path(path).filename().string()), std::string::npos) << text;
     }
 };
+
+TEST_F(RealFilesTest, AStepFileThatRefersToWhatIsNotInItOpensWithTheRest)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    const std::string whole = contentOf(TestSupport::realDataFolder() / "screw.step");
+    Document* document = open(write("whole.step", whole));
+    ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
+    const size_t faces = facesOf(*document->activeAsset());
+    ASSERT_GE(faces, 10u);
+    for (const auto& [lost, found] :
+         {std::pair{"EDGE_LOOP('',(#17,", "EDGE_LOOP('',(#9999999,"},
+          std::pair{"EDGE_LOOP('',(#260,", "EDGE_LOOP('',(#9999999,"},
+          std::pair{"CLOSED_SHELL('',(#14,", "CLOSED_SHELL('',(#9999999,"},
+          std::pair{"ADVANCED_FACE('',(#258),#272,", "ADVANCED_FACE('',(#258),#9999999,"}}) {
+        SCOPED_TRACE(lost);
+        std::string damaged = whole;
+        ASSERT_NE(damaged.find(lost), std::string::npos);
+        damaged.replace(damaged.find(lost), std::strlen(lost), found);
+        document = open(write("damaged.step", damaged));
+        ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
+        EXPECT_GE(facesOf(*document->activeAsset()) * 10, faces * 9);
+    }
+}
 
 TEST_F(RealFilesTest, VolumesAndAreasAreThoseThatTheAuthorsState)
 {

@@ -59,7 +59,7 @@ void spin()
 }
 
 // One that the system gives next to nothing of the processor that the first argument names.
-void starve(int processor)
+void starve(size_t processor)
 {
     cpu_set_t only;
     CPU_ZERO(&only);
@@ -91,7 +91,9 @@ uint64_t numberBehind(const std::vector<std::string>& arguments, const std::stri
 
 void limit(const std::vector<std::string>& arguments)
 {
-    Vs::Translate::limitUse(numberBehind(arguments, "--memory="), numberBehind(arguments, "--written="));
+    Vs::Translate::limitFiles(numberBehind(arguments, "--written="));
+    Vs::Translate::raiseWall({});
+    Vs::Translate::limitMemory(numberBehind(arguments, "--memory="));
     for (const auto resource : {RLIMIT_AS, RLIMIT_FSIZE, RLIMIT_CORE})
         say(Kind::Warning, std::to_string(limitOf(resource)));
     say(Kind::Done, {});
@@ -201,7 +203,7 @@ void behave(const std::vector<std::string>& arguments)
     } else if (how == "spins") {
         spin();
     } else if (how == "starves") {
-        starve(std::stoi(arguments[1]));
+        starve(std::stoul(arguments[1]));
     } else if (how == "tells its limits") {
         limit(arguments);
     } else if (how == "needs memory") {

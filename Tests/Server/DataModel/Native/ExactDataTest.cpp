@@ -1,5 +1,6 @@
 // The exact data of native files: whose they are, and what becomes of them.
 
+#include "Server/Base/OwnFiles.h"
 #include "Server/Base/Strings.h"
 #include "Server/Body/BodyProperties.h"
 #include "Server/Component/Component.h"
@@ -83,7 +84,7 @@ TEST_F(ExactDataTest, WhatThisUserSavedIsReadAsItIsAndWhatAnybodyMadeByAWorkerFi
     EXPECT_EQ(faultOf(scratch("changed.tdsn")), "");
     EXPECT_EQ(renewed(), before + 1);
     std::filesystem::remove_all(importCache().folder());
-    ImportCache::makeFolder(importCache().folder());
+    OwnFiles::makeFolder(importCache().folder());
     EXPECT_EQ(faultOf(scratch("unchanged.tdsn")), "");
     EXPECT_EQ(renewed(), 1u);
 }

@@ -264,8 +264,10 @@ TEST_F(NativeBadInputTest, AssetsThatReferInACircleOrShareOneModelAreRefused)
     expectRefused(replaced(sound, "entry", 0), "another asset's as well");
     // Under two names, one place in the file: two spheres are the same model.
     std::string content = contentOf(scratch("three.tdsn")), manifest = sound.back().content;
-    const std::string before = checksumOf(manifest), from = valueOf("place", 2), to = valueOf("place", 1);
-    ASSERT_EQ(from.size(), to.size());
+    const std::string before = checksumOf(manifest), from = valueOf("place", 2);
+    std::string to = valueOf("place", 1);
+    ASSERT_LE(to.size(), from.size());
+    to.resize(from.size(), ' ');
     manifest.replace(manifest.find("\"place\": " + from) + 9, from.size(), to);
     content.replace(content.find(sound.back().content), manifest.size(), manifest);
     for (size_t at = 0; (at = content.find(before, at)) != std::string::npos; ++at)
@@ -288,7 +290,8 @@ TEST_F(NativeBadInputTest, APlaceThatIsWrongInTheTableOfContentsDoesNoHarm)
         DocumentMgr::get()->close(opened);
     }
     for (const char* place : {"-1", "1e300", "\"4096\"", "null"})
-        expectRefused(changed("\"place\": ", std::string("\"place\": ") + place + ", \"was\": "), "no count");
+        expectRefused(changed("\"place\": ", std::string("\"place\": ") + place + ", \"was\": "),
+                      "is not a count");
 }
 
 TEST_F(NativeBadInputTest, EntriesThatLieOneOverTheOtherAreRefused)

@@ -155,7 +155,7 @@ TEST_F(Inputs, ChangesAreToldToTheCommandAndToEachSite)
     EXPECT_EQ(hole().events, 1) << "the same value is no change";
     EXPECT_EQ(ofName.last, nullptr);
     EXPECT_EQ(ofAll.last, hole().radius);
-    hole().name->valueFromString(L"M6");
+    EXPECT_TRUE(hole().name->valueFromString(L"M6"));
     EXPECT_EQ(ofName.last, hole().name);
     hole().name->visible(false);
     EXPECT_EQ(hole().events, 3);

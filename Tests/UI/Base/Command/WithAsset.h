@@ -36,8 +36,8 @@ class WithAsset : public testing::Test
 protected:
     void SetUp() override
     {
-        Vs::DocumentMgr::get()->registerDocumentType(&documentType());
-        Vs::AssetTypeMgr::get()->registerType(&assetType());
+        EXPECT_TRUE(Vs::DocumentMgr::get()->registerDocumentType(&documentType()));
+        EXPECT_TRUE(Vs::AssetTypeMgr::get()->registerType(&assetType()));
         Vs::Document* document = Vs::DocumentMgr::get()->create(&assetType(), status);
         ASSERT_NE(document, nullptr);
         asset = document->activeAsset();

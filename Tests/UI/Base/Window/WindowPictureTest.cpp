@@ -208,7 +208,7 @@ public:
         Vs::AddInMgr::get()->loadAddIns(status);
         ASSERT_TRUE(status.isOk()) << status.matchingError("");
         WorkspaceMgr::get()->create()->window()->show();
-        Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Design.Sample");
+        ASSERT_EQ(Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Design.Sample").first, 0u);
         QTest::qWait(kStillMilliseconds);
     }
     void TearDown() override

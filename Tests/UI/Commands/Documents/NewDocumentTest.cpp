@@ -54,7 +54,7 @@ public:
         for (unsigned i = 0; i < wanted; ++i) {
             m_made.push_back(std::make_unique<Vs::AssetType>("Made" + std::to_string(i), L"Made",
                                                              "VeloraDocType", Vs::AssetTypeTraits{}));
-            types->registerType(m_made.back().get());
+            EXPECT_TRUE(types->registerType(m_made.back().get()));
         }
     }
     ~AssetTypeCount()
@@ -62,7 +62,7 @@ public:
         for (const auto& type : m_made)
             Vs::AssetTypeMgr::get()->unregisterType(type.get());
         for (Vs::AssetType* type : m_taken)
-            Vs::AssetTypeMgr::get()->registerType(type);
+            EXPECT_TRUE(Vs::AssetTypeMgr::get()->registerType(type));
     }
 
 private:
@@ -93,7 +93,7 @@ TEST_F(NewDocumentTest, TheListFollowsTheRegisteredTypesAndLeavesOutWhatNobodyMa
     Vs::AssetType builtIn("BuiltInType", L"Built in", "VeloraDocType", {.builtIn = true});
     Vs::AssetType hidden("HiddenType", L"Hidden", "VeloraDocType", {.hidden = true});
     for (Vs::AssetType* type : {&plain, &builtIn, &hidden, &plain})
-        types->registerType(type);
+        EXPECT_TRUE(types->registerType(type));
     EXPECT_EQ(list()->items().size(), before + 1);
     EXPECT_TRUE(listed(L"PlainType"));
     Vs::AssetTypeEvent again(&plain), unknown(&hidden);
@@ -144,7 +144,7 @@ TEST_F(NewDocumentTest, ATypeWithoutADocumentTypeLeavesThePreviousDocumentAndSay
     answer(L"VuCommands.NewDocumentCmd VeloraAssetType");
     const Vs::Document* before = activeDocument();
     Vs::AssetType homeless("HomelessType", L"Homeless", "NoDocType");
-    Vs::AssetTypeMgr::get()->registerType(&homeless);
+    EXPECT_TRUE(Vs::AssetTypeMgr::get()->registerType(&homeless));
     EXPECT_NE(failure(L"VuCommands.NewDocumentCmd HomelessType").find(L"NoDocType"), std::wstring::npos);
     Vs::AssetTypeMgr::get()->unregisterType(&homeless);
     EXPECT_EQ(documents(), 1u);

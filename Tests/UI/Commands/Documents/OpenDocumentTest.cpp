@@ -136,7 +136,7 @@ TEST_F(OpenDocumentTest, OfSeveralFilesTheForeignComeFirstThenTheNativeAndTheLas
         EXPECT_EQ(activeDocument()->path(), file(L"c.vlra"));
         EXPECT_EQ(documents(), 1u) << "each took the place of the one before";
         EXPECT_EQ(recent(), (std::vector<std::wstring>{L"c.vlra", L"a.vlra", L"b.vlra"}));
-        EXPECT_TRUE(boxes().empty());
+        EXPECT_EQ(boxes(), std::vector<std::wstring>());
         EXPECT_EQ(SharedWorkflows::activeAssetShell()->assetSessions().size(), 1u);
         Application::testing(true);
         answer(L"Document.CloseAll");

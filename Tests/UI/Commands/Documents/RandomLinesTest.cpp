@@ -1,7 +1,8 @@
 // Random lines that follow each other as in a script: without the pause in which what a line left for later
-// is done. The seed is printed; QUILLET_SEED repeats a run.
+// is done.
 
 #include "Server/Base/TextCommandMgr.h"
+#include "Tests/Support/Seed.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -10,8 +11,6 @@
 #include "UI/Commands/Shells/SharedWorkflows.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <iostream>
 #include <iterator>
 #include <random>
 
@@ -24,11 +23,7 @@ using RandomLinesTest = CommandsTests::WithProgram;
 
 TEST_F(RandomLinesTest, MeetNothingThatIsGone)
 {
-    const char* given = std::getenv("QUILLET_SEED");
-    const unsigned seed =
-        given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device()();
-    std::cout << "QUILLET_SEED=" << seed << std::endl;
-    std::mt19937 random(seed);
+    std::mt19937 random(TestSupport::seed());
     const auto below = [&](size_t bound) {
         return std::uniform_int_distribution<size_t>(0, bound - 1)(random);
     };
