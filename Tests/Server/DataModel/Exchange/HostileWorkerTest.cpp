@@ -19,7 +19,6 @@
 #include <sched.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -321,9 +320,12 @@ TEST(HostileWorkerTest, TheRealWorkersStandBehindTheWall)
 {
     expectNoChild();
     const ScratchFolder folder;
-    // Whoever opens it for reading waits.
-    const std::string file = (folder.path() / "endless.stl").string();
-    ASSERT_EQ(mkfifo(file.c_str(), S_IRUSR | S_IWUSR), 0);
+    // Long enough for a look at who reads it.
+    std::string triangles = "solid many\n";
+    for (int i = 0; i < 800000; ++i)
+        triangles += "facet normal 0 0 1 outer loop vertex " + std::to_string(i) +
+                     " 0 0 vertex 0 1 0 vertex 0 0 1 endloop endfacet\n";
+    const std::string file = folder.write("many.stl", triangles + "endsolid many\n").string();
     Worker worker(workerOf(Format::Stl), {"import", "stl", file, (folder.path() / "out.model").string()},
                   kPatient);
     std::string privileges;
