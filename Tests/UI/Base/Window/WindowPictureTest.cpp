@@ -156,7 +156,8 @@ TEST_F(WindowPicture, IsAsSharpAsTheScreenAndTheMouseIsWhereThePictureIs)
     EXPECT_EQ(canvas()->pixelWidth(), std::lround(canvas()->width() * ratio));
     EXPECT_EQ(canvas()->pixelHeight(), std::lround(canvas()->height() * ratio));
 
-    // What is grabbed stays under the pointer.
+    // What is grabbed stays under the pointer, once the view that has been opened stands still.
+    ASSERT_TRUE(QTest::qWaitFor([] { return !Vu::TransitionMgr::get()->playing(); }, 10000));
     const QPoint from(canvas()->width() / 2, canvas()->height() / 2), to = from + QPoint(90, -40);
     const GkPoint3d grabbed = view()->windowToWorld({from.x(), from.y()});
     mouse(&QTest::mousePress, Qt::MiddleButton, from);
