@@ -93,7 +93,7 @@ TEST_F(NewDocumentTest, TheListFollowsTheRegisteredTypesAndLeavesOutWhatNobodyMa
     Vs::AssetType builtIn("BuiltInType", L"Built in", "VeloraDocType", {.builtIn = true});
     Vs::AssetType hidden("HiddenType", L"Hidden", "VeloraDocType", {.hidden = true});
     for (Vs::AssetType* type : {&plain, &builtIn, &hidden, &plain})
-        EXPECT_TRUE(types->registerType(type));
+        types->registerType(type);
     EXPECT_EQ(list()->items().size(), before + 1);
     EXPECT_TRUE(listed(L"PlainType"));
     Vs::AssetTypeEvent again(&plain), unknown(&hidden);
