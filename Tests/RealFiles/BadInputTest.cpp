@@ -147,7 +147,8 @@ TEST(BadInput, UnderEveryLimitOfTheSystemTheProgramAnswersAndSaysWhatFailed)
     const fs::path file = scratch.write("many.stl", triangles + "endsolid many\n");
     const fs::path place = scratch.path() / "place";
     fs::permissions(scratch.path(), fs::all_all);
-    const std::vector<std::string> nobody{"/usr/bin/setpriv", "--reuid=65534", "--regid=65534",
+    // A user who has no other processes.
+    const std::vector<std::string> nobody{"/usr/bin/setpriv", "--reuid=64711", "--regid=64711",
                                           "--clear-groups"};
     std::vector<std::vector<std::string>> rows{{"/usr/bin/prlimit", "--nofile=12"},
                                                {"/usr/bin/prlimit", "--as=300000000"},

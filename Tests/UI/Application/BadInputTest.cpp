@@ -130,11 +130,11 @@ TEST(BadInputTest, NamesInTheFirstMessagesAndInTestRunsDoNotSteerTheTerminal)
 {
     const std::string evil = "x\x1b]0;title\x07\xc2\x9b[31m";
     const ScratchFolder folder;
-    folder.write("file", "");
+    folder.write(evil, "no folder");
     folder.write(evil + ".txt", "No.Such line\n");
     for (const std::vector<std::string>& arguments :
          {std::vector<std::string>{"--no-such-" + evil},
-          {"--headless", "--profile-dir", (folder.path() / "file" / evil).string()},
+          {"--headless", "--profile-dir", (folder.path() / evil).string()},
           {"--test", evil},
           {"--test", folder.path().string()},
           {"--headless", evil + ".step"}}) {

@@ -258,6 +258,7 @@ TEST(HostileWorkerTest, WorkersShareTheMemoryAndWriteNoEndlessFile)
 
 TEST(HostileWorkerTest, NoWorkerOutlivesTheProgramWhateverEndsIt)
 {
+    expectNoChild();
     // A process whose parent has ended comes to this one.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     for (const int signal : kDeadly) {

@@ -6,6 +6,8 @@
 #include "Tests/Server/DataModel/Fixture.h"
 
 #include <BRepPrimAPI_MakeBox.hxx>
+#include <Message.hxx>
+#include <Message_Messenger.hxx>
 #include <STEPCAFControl_Writer.hxx>
 #include <TDF_Label.hxx>
 #include <TDataStd_Name.hxx>
@@ -63,6 +65,7 @@ std::string numbers()
 // main.stp, an assembly whose only part, a box of 6 mm³, is in with_box.stp beside it.
 void writeAssembly(const fs::path& folder)
 {
+    Message::DefaultMessenger()->ChangePrinters().Clear();
     Handle(TDocStd_Document) document;
     XCAFApp_Application::GetApplication()->NewDocument("MDTV-XCAF", document);
     const Handle(XCAFDoc_ShapeTool) shapes = XCAFDoc_DocumentTool::ShapeTool(document->Main());
