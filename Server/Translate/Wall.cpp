@@ -198,6 +198,9 @@ std::vector<Call> callsByArgument()
 // ways, of which it knows one for everything that is needed here.
 bool shutCalls()
 {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) // they ask the system for more than we do
+    return false;
+#endif
     const scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ERRNO(ENOSYS));
     if (!filter)
         return false;
