@@ -135,7 +135,6 @@ TextCommandResult TextCommandMgr::execute(TextCommand& command, const TextComman
 
 TextCommandResult TextCommandMgr::run(std::wstring_view line, bool viaUI)
 {
-    assertMainThread();
     if (line.size() > kLongestLine)
         return failure(L"The line has " + std::to_wstring(line.size()) + L" characters; " +
                        std::to_wstring(kLongestLine) + L" are allowed.");
