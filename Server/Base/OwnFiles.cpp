@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <tuple>
 #include <unistd.h>
@@ -154,8 +155,8 @@ std::string othersMayChange(const Path& path)
     const Path given = PathInfo::absolute(path).lexically_normal();
     if (std::string why = othersMayChangeWay(given); !why.empty())
         return why;
-    boost::system::error_code error;
-    const Path real = fs::canonical(given, error);
+    std::error_code error;
+    const Path real = std::filesystem::canonical(given.string(), error).string();
     if (error)
         return given.string() + ": " + error.message();
     return real == given ? std::string() : othersMayChangeWay(real);

@@ -103,7 +103,9 @@ class Main(unittest.TestCase):
     def test_suites_pass_in_a_home_full_of_junk(self):
         write(self.home, JUNK)
         for metric in ("ElapsedTime", "PhysicalMemory", "PrehighlightSelect"):
-            write(self.temporary, {f"quillet-{os.getuid()}/{metric}.txt": "typed before\n"})
+            write(self.temporary / f"quillet-{os.getuid()}", {f"{metric}.txt": "typed before\n"})
+            write(self.home / ".run/quillet", {f"{metric}.txt": "typed before\n"})
+        (self.home / ".run").chmod(0o700)
         write(self.temporary, {"quillet-run-file": "junk"})
         for variable, folder in (("CONFIG_HOME", ".config"), ("CACHE_HOME", ".cache"), ("DATA_HOME", ".local/share"),
                                  ("STATE_HOME", ".local/state"), ("RUNTIME_DIR", ".run")):

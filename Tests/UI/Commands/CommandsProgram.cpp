@@ -15,6 +15,7 @@
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/MouseEvents.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -78,6 +79,7 @@ void WithProgram::TearDown()
 {
     Vu::FileDialog::responder(nullptr);
     Vu::MessageBox::responder(nullptr);
+    Vu::MouseEventSource::get()->mouseLeft(Vu::MouseEventSource::get()->canvas());
     // The sessions leave the shell as a user would have it, so that no shell remembers a session that is
     // gone.
     Vu::MessageBox::responder([](const Vu::MessageBox&) { return 1; });

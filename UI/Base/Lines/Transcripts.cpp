@@ -62,6 +62,21 @@ private:
     StateRecorder* m_state;
 };
 
+/// Records, and forgets the answers of a line that somebody typed when the line after the next begins: no
+/// replay settles there.
+class Recorder : public TranscriptRecorder
+{
+public:
+    using TranscriptRecorder::before;
+    using TranscriptRecorder::TranscriptRecorder;
+    void before(const Vs::TextCommand& command) override
+    {
+        if (!Vs::TranscriptMgr::get()->replaying())
+            Answers::lineRan();
+        TranscriptRecorder::before(command);
+    }
+};
+
 /// Lives as long as the process: commands may still end while it goes down.
 StateRecorder* stateRecorder()
 {
@@ -78,18 +93,18 @@ void installTranscripts()
     Vs::TranscriptMgr::get()->host(&host);
     TranscriptCameraTrigger::recorder(
         [](Vs::Scene::Camera* camera) { stateRecorder()->cameraMoved(camera); });
-    static auto* const recorder = new TranscriptRecorder({.before =
-                                                              [state] {
-                                                                  Answers::forgetGiven();
-                                                                  state->write();
-                                                              },
-                                                          .camera = [state] { state->writeCamera(); },
-                                                          .entry = &Answers::writeGiven,
-                                                          .after =
-                                                              [state](const std::wstring& line) {
-                                                                  state->writeDocuments(line);
-                                                                  state->accept();
-                                                              }});
+    static auto* const recorder = new Recorder({.before =
+                                                    [state] {
+                                                        Answers::forgetGiven();
+                                                        state->write();
+                                                    },
+                                                .camera = [state] { state->writeCamera(); },
+                                                .entry = &Answers::writeGiven,
+                                                .after =
+                                                    [state](const std::wstring& line) {
+                                                        state->writeDocuments(line);
+                                                        state->accept();
+                                                    }});
     CommandMgr::addObserver(recorder);
     Vs::TextCommandMgr::get()->observer(recorder);
 }

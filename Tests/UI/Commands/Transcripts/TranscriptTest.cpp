@@ -241,6 +241,13 @@ TEST_F(TranscriptTest, AnswersToQuestionsAreRecordedAndGivenAgain)
                                                   "Document.Close\n";
     TranscriptMgr::get()->replay(file(L"stale.txt"), status, Vs::kTextTranscript);
     EXPECT_EQ(documents(), 1u);
+    answer(L"Transcripting.Answer 1");
+    answer(L"Asset.List");
+    run(L"Document.Close");
+    EXPECT_EQ(documents(), 1u) << "where lines are typed as well";
+    answer(L"Transcripting.Answer 1");
+    answer(L"Document.Close");
+    EXPECT_EQ(documents(), 0u);
 }
 
 } // namespace
