@@ -45,7 +45,7 @@ std::optional<QJsonObject> read(const fs::path& file)
                         std::to_string(error.offset) + ')');
     }
     if (!document.isObject())
-        throw Exception(file.string() + ": this is no JSON object");
+        throw Exception(file.string() + ": this is not a JSON object");
     return document.object();
 }
 

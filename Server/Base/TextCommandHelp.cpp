@@ -96,7 +96,7 @@ std::wstring unknownCommandMessage(TextCommandRegistry& registry, std::wstring_v
     if (!registry.findArea(area)) {
         const std::wstring near = nearestName(area, areaNames(registry));
         if (dot == std::wstring_view::npos && near.empty())
-            return L"\"" + shown(word) + L"\" is no command: a line begins with <area>.<name>. Try: help";
+            return L"\"" + shown(word) + L"\" is not a command: a line begins with <area>.<name>. Try: help";
         return L"There is no text command area \"" + shown(area) + L"\"." + suggest(near);
     }
     if (dot == std::wstring_view::npos || dot + 1 == word.size())

@@ -93,8 +93,7 @@ struct TextCommandMgr::Data
             text = text.substr(0, kShown) + L"...";
         const TextFormat::Type type = format.types()[static_cast<size_t>(index)];
         return command.area() + L'.' + command.name() + L": parameter " + std::to_wstring(index + 1) +
-               L" must be " + Strings::widen(TextFormat::expectation(type)) + L", and \"" + text +
-               L"\" is none.";
+               L" must be " + Strings::widen(TextFormat::expectation(type)) + L", not \"" + text + L"\".";
     }
 };
 

@@ -103,7 +103,7 @@ std::vector<Error> validate(const boost::filesystem::path& file, const boost::fi
     const Owned<xmlSchema> schema(xmlSchemaParse(schemaParser.get()));
     if (!schema) {
         if (inSchema.errors.empty())
-            inSchema.add(0, L"It is no XML schema.");
+            inSchema.add(0, L"It is not an XML schema.");
         return inSchema.errors;
     }
 

@@ -80,7 +80,7 @@ std::shared_ptr<const BodyMesh> meshOf(const TopoDS_Shape& shape, const Kernel::
     auto mesh = std::make_shared<BodyMesh>(Kernel::extractMesh(shape, colours));
     if (!std::all_of(mesh->positions.begin(), mesh->positions.end(),
                      [](float v) { return std::isfinite(v); }))
-        throw Unreadable("holds coordinates that are no numbers");
+        throw Unreadable("holds coordinates that aren't numbers");
     const JoinedTriangles joined = joinTriangles(mesh->positions, mesh->triangles);
     if (!kinds.normals) {
         mesh->positions.clear();

@@ -64,7 +64,7 @@ private:
                 const char* begin = text.data() + (text.starts_with('+') ? 1 : 0);
                 const auto [end, error] = std::from_chars(begin, text.data() + text.size(), value);
                 if (error != std::errc() && error != std::errc::result_out_of_range)
-                    fail("\"" + std::string(text.substr(0, 40)) + "\" is no coordinate");
+                    fail("\"" + std::string(text.substr(0, 40)) + "\" is not a coordinate");
                 usable = usable && std::isfinite(value);
                 corners.push_back(value);
             }

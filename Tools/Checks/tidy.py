@@ -3,6 +3,7 @@
 
     tidy.py           the sources that changed since the branch left origin/main, or, where that is the newest
                       commit itself, in the last five commits; what isn't committed yet counts as well
+    tidy.py --limit N the same, but only the N that changed last
     tidy.py --all     every source under Server, UI and Tools
     tidy.py FILE...   these sources
 
@@ -55,13 +56,15 @@ def base_of_changes():
 
 
 def changed_files():
-    return git("diff", "--name-only", "--no-renames", base_of_changes(), "--") + git("ls-files", "-o", "--exclude-standard")
+    """What changed last comes first."""
+    committed = git("log", "--format=", "--name-only", "--no-renames", f"{base_of_changes()}..HEAD")
+    return git("ls-files", "-om", "--exclude-standard") + git("diff", "--name-only", "--cached") + committed
 
 
 def sources_of(paths):
-    """The sources among these, and those beside the headers among these."""
-    sources = {str(pathlib.PurePath(path).with_suffix(".cpp")) for path in paths if is_ours(path)}
-    return sorted(filter(is_ours, sources))
+    """The sources among these, and those beside the headers among these, in the order in which they come first."""
+    sources = dict.fromkeys(str(pathlib.PurePath(path).with_suffix(".cpp")) for path in paths if is_ours(path))
+    return list(filter(is_ours, sources))
 
 
 def commands():
@@ -146,6 +149,7 @@ def check(sources):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--all", action="store_true")
+    parser.add_argument("--limit", type=int, metavar="N")
     parser.add_argument("files", nargs="*", metavar="FILE")
     arguments = parser.parse_args()
     if not shutil.which(TIDY):
@@ -157,7 +161,10 @@ def main():
         paths = [str(pathlib.Path(file).resolve().relative_to(ROOT)) for file in arguments.files]
     else:
         paths = changed_files()
-    return check(sources_of(paths))
+    sources = sources_of(paths)
+    if arguments.limit is not None and len(sources) > arguments.limit:
+        print(f"{len(sources) - arguments.limit} more sources changed that are not looked at (--limit)", file=sys.stderr)
+    return check(sources[:arguments.limit])
 
 
 if __name__ == "__main__":

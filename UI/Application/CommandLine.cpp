@@ -102,15 +102,15 @@ std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
             return std::string("--") + option + " goes with --test.";
     run.junitFile = bytesOf(value("junit"));
     if (given("jobs") && (run.jobs = positive(value("jobs"))) == 0)
-        return "--jobs needs a whole number from 1, and \"" + value("jobs").toStdString() + "\" is none.";
+        return "--jobs needs a whole number from 1, not \"" + value("jobs").toStdString() + "\".";
     if (given("timeout") && !((run.secondsLimit = value("timeout").toDouble()) > 0))
-        return "--timeout needs a number of seconds, and \"" + value("timeout").toStdString() + "\" is none.";
+        return "--timeout needs a number of seconds, not \"" + value("timeout").toStdString() + "\".";
     if (given("shard")) {
         const QString shard = value("shard");
         run.shard = positive(shard.section(u'/', 0, 0));
         run.shards = positive(shard.section(u'/', 1));
         if (run.shard == 0 || run.shard > run.shards)
-            return "--shard needs I/N with I from 1 to N, and \"" + shard.toStdString() + "\" is none.";
+            return "--shard needs I/N with I from 1 to N, not \"" + shard.toStdString() + "\".";
     }
     return {};
 }
@@ -144,7 +144,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     for (const QString& setting : parser.values(QStringLiteral("set"))) {
         const qsizetype equals = setting.indexOf(u'=');
         if (equals <= 0) {
-            result.error = "--set needs NAME=VALUE, and \"" + bytesOf(setting) + "\" is none.";
+            result.error = "--set needs NAME=VALUE, not \"" + bytesOf(setting) + "\".";
             return result;
         }
         result.parameters[bytesOf(setting.left(equals))] = bytesOf(setting.mid(equals + 1));

@@ -39,7 +39,8 @@ bool readRefinement(const std::wstring& text, Vs::TranslatorRefinement& refineme
     if (!right)
         status.addError(localizedFormat(
             "RefinementWrong",
-            "\"%1%\" is no refinement; write up to four positive numbers: degrees, fraction of the diagonal, "
+            "\"%1%\" is not a refinement; write up to four positive numbers: degrees, fraction of the "
+            "diagonal, "
             "how many times longer than high a triangle may be, longest side in per cent of the diagonal.",
             text));
     return right;

@@ -102,7 +102,8 @@ private:
         }
         if (given == 0 || !missing)
             return true;
-        status.addError(localizedFormat("PrimitiveSizeMissing", "%1%: the size %2% is missing or no number.",
+        status.addError(localizedFormat("PrimitiveSizeMissing",
+                                        "%1%: the size %2% is missing or is not a number.",
                                         Vs::Strings::widen(m_row.title), Vs::Strings::widen(missing)));
         return false;
     }
@@ -128,7 +129,7 @@ private:
             return true;
         if (!Vs::Types::StringToPoint3d(text, origin)) {
             status.addError(
-                localizedFormat("PrimitiveOriginWrong", "\"%1%\" is no point; write it as x,y,z.", text));
+                localizedFormat("PrimitiveOriginWrong", "\"%1%\" is not a point; write it as x,y,z.", text));
             return false;
         }
         look.placement = GkMatrix3d::translation({origin.x, origin.y, origin.z});

@@ -60,7 +60,7 @@ public:
             return {0, Vs::LengthUnit::display().name};
         const Vs::LengthUnit* unit = Vs::LengthUnit::find(Vs::Strings::narrow(parameters[0]));
         if (!unit)
-            return {1, L"\"" + parameters[0] + L"\" is no unit of length. " + kUnitHelp};
+            return {1, L"\"" + parameters[0] + L"\" is not a unit of length. " + kUnitHelp};
         Vs::LengthUnit::display(*unit);
         return {0, unit->name};
     }

@@ -134,7 +134,7 @@ std::string readScript(const std::string& path)
         throw Exception(path + ": The script cannot be read: " + std::strerror(errno) + '.');
     std::string code(std::istreambuf_iterator<char>(stream), {});
     if (code.find('\0') != std::string::npos)
-        throw Exception(path + ": The file is no Python script: it holds binary data.");
+        throw Exception(path + ": The file is not a Python script: it holds binary data.");
     return code;
 }
 

@@ -18,7 +18,7 @@ def compiled(source, line, name):
     return compile('\n' * (line - 1) + source, name, 'exec')
 
 def ready(source, line, name):
-    """Its code; None if it is no Python, and False if it may become some with more lines."""
+    """Its code; None if it is not Python, and False if it may become some with more lines."""
     try:
         return compiled(source, line, name)
     except (SyntaxError, ValueError):

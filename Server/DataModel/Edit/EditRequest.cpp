@@ -121,7 +121,8 @@ std::wstring textOf(const EditError& error)
         return localizedFormat("EditNoBody", "\"%1%\" is an assembly; one of its bodies is needed.",
                                error.subject());
     case EditFault::NoSolid:
-        return localizedFormat("EditNoSolid", "\"%1%\" is no solid: it has faces that don't enclose a space.",
+        return localizedFormat("EditNoSolid",
+                               "\"%1%\" is not a solid: it has faces that don't enclose a space.",
                                error.subject());
     case EditFault::Triangles:
         return localizedFormat("EditTriangles", "\"%1%\" is made of triangles alone and has no exact shape.",
@@ -152,7 +153,7 @@ std::wstring textOf(const EditError& error)
     case EditFault::Invalid:
         return localizedFormat("EditInvalid",
                                "the geometry kernel can't combine \"%1%\" with these bodies: what came of it "
-                               "is no sound body.",
+                               "is not a sound body.",
                                error.subject());
     case EditFault::Crashed:
         return localizedFormat("EditCrashed",

@@ -253,7 +253,7 @@ Manifest Manifest::read(std::string_view json)
     if (error.error != QJsonParseError::NoError)
         fault(error.errorString().toStdString());
     if (!parsed.isObject())
-        fault("it is no object");
+        fault("it is not an object");
     const Members top(parsed.object());
     Manifest manifest;
     manifest.version = top.value("format").toInt(0);

@@ -63,7 +63,7 @@ SafeFile::SafeFile(const std::string& path, FileCalls& calls) : m_calls(calls), 
     if (fs::is_directory(kind))
         throw std::runtime_error("there is a folder of that name");
     if (fs::exists(kind) && !fs::is_regular_file(kind))
-        throw std::runtime_error("there is something of that name that is no ordinary file");
+        throw std::runtime_error("there is something of that name that is not an ordinary file");
     if (kind.type() == fs::file_type::none && error)
         throw std::runtime_error(error.message());
     if (!fs::is_directory(fs::path(m_target).parent_path(), error))

@@ -36,7 +36,7 @@ std::string causeOf(zip_error_t& error)
 {
     switch (zip_error_code_zip(&error)) {
     case ZIP_ER_NOZIP:
-        return "it is no package, or was cut short";
+        return "it is not a package, or was cut short";
     case ZIP_ER_EXISTS:
         return "its package holds one name twice";
     default:
@@ -53,7 +53,7 @@ public:
     {
         // The library takes an empty file for an empty package.
         if (size == 0)
-            throw std::runtime_error("it is no package, or was cut short");
+            throw std::runtime_error("it is not a package, or was cut short");
         zip_error_t error;
         zip_error_init(&error);
         zip_source_t* source = makeSource(&error);

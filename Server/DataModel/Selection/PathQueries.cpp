@@ -60,7 +60,7 @@ std::optional<std::vector<std::wstring>> splitSteps(std::wstring_view text, Stat
     } catch (const boost::escaped_list_error&) {
         status.addError(localizedFormat(
             "PathEscapeWrong",
-            "\"%1%\" is no path: a backslash stands only before a slash, a quote or another backslash.",
+            "\"%1%\" is not a path: a backslash stands only before a slash, a quote or another backslash.",
             std::wstring(text)));
         return std::nullopt;
     }

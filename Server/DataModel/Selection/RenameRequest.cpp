@@ -46,9 +46,9 @@ bool RenameRequest::isPossible(const Asset& asset, Status& status) const
             return false;
         if (path.leaf == ObjectPath::Leaf::Component)
             return true;
-        status.addError(localizedFormat(
-            "RenameNoComponent", "Rename: only components have names of their own, and \"%1%\" is none.",
-            pathText(path, asset)));
+        status.addError(localizedFormat("RenameNoComponent",
+                                        "Rename: \"%1%\" has no name of its own; only components have one.",
+                                        pathText(path, asset)));
         return false;
     });
 }

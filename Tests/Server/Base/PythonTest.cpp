@@ -74,10 +74,8 @@ TEST_F(PythonTest, RaisesCommandErrorWithTheReason)
     EXPECT_EQ(run("try:\n  Python.Call('why')\nexcept quillet.CommandError as e:\n  result = e"), L"[why]");
     EXPECT_EQ(run("try:\n  quillet.run('Python.Call x')\nexcept RuntimeError as e:\n  result = e"), L"[x]");
     s_commands->call.status = 0;
-    EXPECT_EQ(
-        run("Python.Own('a', 'b')"),
-        L"error: <string>:2: quillet.CommandError: Python.Own: parameter 2 must be a whole number, and \"b\" "
-        L"is none.");
+    EXPECT_EQ(run("Python.Own('a', 'b')"), L"error: <string>:2: quillet.CommandError: Python.Own: parameter "
+                                           L"2 must be a whole number, not \"b\".");
     EXPECT_NE(run("Python.Call(object())").find(L"<string>:2: TypeError: "), std::wstring::npos);
     EXPECT_NE(run("Python.Call(Loud=1)").find(L"the keyword Loud is a flag"), std::wstring::npos);
 }

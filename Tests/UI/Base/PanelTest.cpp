@@ -243,9 +243,9 @@ TEST_F(PanelTest, WhatIsWrongIsMarkedToldAndKeepsThePanelOpen)
     EXPECT_EQ(line("Radius")->text(), QStringLiteral("5 parsec")) << "it stays, to be mended";
     EXPECT_EQ(QApplication::focusWidget(), line("Radius"));
     EXPECT_FALSE(canCommit());
-    EXPECT_EQ(message(), "Radius: \"parsec\" is no unit: character 3 of \"5 parsec\".");
+    EXPECT_EQ(message(), "Radius: \"parsec\" is not a unit: character 3 of \"5 parsec\".");
     EXPECT_EQ(in<QLabel>("Radius")->toolTip(),
-              QStringLiteral("\"parsec\" is no unit: character 3 of \"5 parsec\"."));
+              QStringLiteral("\"parsec\" is not a unit: character 3 of \"5 parsec\"."));
     EXPECT_TRUE(in<QLabel>("Radius")->isVisible());
 
     line("Radius")->selectAll();

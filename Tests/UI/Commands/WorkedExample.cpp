@@ -66,7 +66,7 @@ void LookAlongCmd::onExecute(Vs::Status& status)
     GkVector3d direction;
     if (!Vs::Types::StringToVector3d(text, direction)) {
         status.addError(
-            localizedFormat("LookAlongDirection", "\"%1%\" is no direction; write it as x,y,z.", text));
+            localizedFormat("LookAlongDirection", "\"%1%\" is not a direction; write it as x,y,z.", text));
         return;
     }
     fragment->camera()->look(direction, fragment->renderParams()->groundPlaneOrientation());
@@ -104,7 +104,7 @@ TEST_F(LookAlongTest, TheCameraLooksAlongTheDirection)
 TEST_F(LookAlongTest, WithoutADirectionItSaysHowToWriteOne)
 {
     answer(L"Design.New");
-    EXPECT_EQ(failure(L"VuCommands.LookAlongCmd"), L"\"\" is no direction; write it as x,y,z.");
+    EXPECT_EQ(failure(L"VuCommands.LookAlongCmd"), L"\"\" is not a direction; write it as x,y,z.");
 }
 
 TEST_F(LookAlongTest, WithoutADocumentItDoesNothing)

@@ -61,7 +61,7 @@ TEST_F(PrimitivesTest, ADefinitionRunWithoutSizesTakesOrdinaryOnesButNotSomeOfTh
     answer(L"Commands.Start BoxCommand");
     EXPECT_EQ(parts(), 1u);
     EXPECT_EQ(failure(L"Commands.Start CylinderCommand Radius=5"),
-              L"Cylinder: the size Height is missing or no number.");
+              L"Cylinder: the size Height is missing or is not a number.");
     answer(L"Commands.Start CylinderCommand Radius=5 Height=2.5 Origin=1,2,3");
     EXPECT_EQ(parts(), 2u);
 }

@@ -219,8 +219,9 @@ int runTests(const TestRun& run)
     boost::system::error_code error;
     const fs::path folder = fs::canonical(run.directory, error);
     if (error || !fs::is_directory(folder, error))
-        return complain(run.directory + ": " +
-                        (error ? error.message() + '.' : std::string("This is no folder of transcripts.")));
+        return complain(
+            run.directory + ": " +
+            (error ? error.message() + '.' : std::string("This is not a folder of transcripts.")));
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         std::signal(signal, [](int) { s_interrupted = true; });
     try {

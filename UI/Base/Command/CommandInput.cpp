@@ -71,7 +71,7 @@ std::wstring CommandInputBase::whyInvalid() const
 
 std::wstring CommandInputBase::whyRefused(const std::wstring& text) const
 {
-    return localizedFormat("InputNoValue", "\"%1%\" is no value of \"%2%\".", text, m_info->name());
+    return localizedFormat("InputNoValue", "\"%1%\" is not a value of \"%2%\".", text, m_info->name());
 }
 
 std::wstring CommandInputBase::take(const std::wstring& text)

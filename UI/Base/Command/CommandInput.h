@@ -62,8 +62,8 @@ public:
     /// The value as a panel shows it.
     virtual std::wstring displayText() const { return valueAsString(); }
 
-    /// Takes what a person types into the input's field. If it is no value, the old one stays, but the input
-    /// isn't valid, until it gets a value. `kind` tells whether the person is done.
+    /// Takes what a person types into the input's field. If it is not a value, the old one stays, but the
+    /// input isn't valid, until it gets a value. `kind` tells whether the person is done.
     void typed(const std::wstring& text, CommandInputValueChangeEvent::EKind kind);
 
     /// Whether the field holds a text that is no value.

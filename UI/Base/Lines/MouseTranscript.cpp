@@ -41,7 +41,7 @@ public:
             return {1, localized("MouseNeedsPlace", "A place in the view is missing: two numbers.")};
         if (parameters.parameters() > 2 && !readButton(parameters[2], data.button))
             return {1, localizedFormat("MouseNoButton",
-                                       "\"%1%\" is no button of the mouse; there are Left, Right, Middle "
+                                       "\"%1%\" is not a button of the mouse; there are Left, Right, Middle "
                                        "and None.",
                                        parameters[2])};
         GraphicsCanvas* canvas = MouseEventSource::get()->canvas();

@@ -43,8 +43,8 @@ public:
                 References::mode(References::Mode(i));
                 return {0, {}};
             }
-        return {1, localizedFormat("ReferencesNoMode", "\"%1%\" is no mode: it is Fill, Update or Compare.",
-                                   parameters[0])};
+        return {1, localizedFormat("ReferencesNoMode",
+                                   "\"%1%\" is not a mode: it is Fill, Update or Compare.", parameters[0])};
     }
 };
 

@@ -110,7 +110,7 @@ public:
     {
         const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
         if (documents->documents() == 0)
-            return {1, localized("NoDocumentToName", "There is no document to be called so.")};
+            return {1, localized("NoDocumentToName", "There is no document to name.")};
         const Vs::Document* newest = documents->document(documents->documents() - 1);
         SessionTranscriptingHelper* helper = SessionTranscriptingHelper::get();
         helper->addUuidMapping(Vs::fromString(parameters[0]), newest->identifier());

@@ -69,8 +69,8 @@ ReferenceValues readValues(const fs::path& file, const QString& name, const QJso
 {
     ReferenceValues values;
     if (!entry.isObject())
-        wrong(file,
-              localizedFormat("ReferenceNoObject", "\"%1%\" is no object of values", name.toStdWString()));
+        wrong(file, localizedFormat("ReferenceNoObject", "\"%1%\" is not an object of values",
+                                    name.toStdWString()));
     const QJsonObject object = entry.toObject();
     for (auto value = object.begin(); value != object.end(); ++value)
         if (value->isDouble())
@@ -99,7 +99,7 @@ std::map<std::wstring, ReferenceValues> readAll(const fs::path& file)
     const int format = content->value(QLatin1String(kFormat)).toInt();
     const QJsonValue entries = content->value(QLatin1String(kReferences));
     if (format < 1 || !entries.isObject())
-        wrong(file, localized("ReferencesOther", "this is no file of references"));
+        wrong(file, localized("ReferencesOther", "this is not a file of references"));
     if (format > kNewestFormat)
         wrong(file, localized("ReferencesNewer", "a later version of the program wrote it"));
     const QJsonObject object = entries.toObject();

@@ -103,7 +103,7 @@ void Area::collapsed(bool value)
 
 void Area::extent(int value)
 {
-    Vs::require(value >= 0, "an area is no smaller than nothing");
+    Vs::require(value >= 0, "an area has no negative extent");
     if (std::exchange(m_extent, value) != value)
         changed();
 }

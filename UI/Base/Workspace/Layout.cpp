@@ -92,7 +92,7 @@ private:
         for (const PlacementName& row : kPlacements)
             if (QString::fromStdWString(text) == QLatin1String(row.name))
                 return row.placement;
-        m_xml.problem(L"\"" + text + L"\" is no placement.");
+        m_xml.problem(L"\"" + text + L"\" is not a placement.");
         return fallBack;
     }
 
@@ -113,7 +113,7 @@ private:
         const int value = QString::fromStdWString(text).toInt(&ok);
         if (ok && value >= 0 && value <= kLargestExtent)
             return value;
-        m_xml.problem(L"\"" + text + L"\" is no extent in pixels.");
+        m_xml.problem(L"\"" + text + L"\" is not an extent in pixels.");
         return 0;
     }
 

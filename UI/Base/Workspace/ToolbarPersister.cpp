@@ -36,7 +36,7 @@ bool ToolbarPersister::loadToolbars(const std::wstring& path, const std::wstring
             const std::wstring align = xml.attribute("align");
             toolbar.atEnd = align == L"end";
             if (!align.empty() && !toolbar.atEnd)
-                xml.problem(L"\"" + align + L"\" is no alignment; there is only \"end\".");
+                xml.problem(L"\"" + align + L"\" is not an alignment; there is only \"end\".");
             if (toolbar.id.empty())
                 xml.problem(L"A toolbar needs the attribute \"id\".");
             toolbar.items = readToolbarItems(xml, domain);

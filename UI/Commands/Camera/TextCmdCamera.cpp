@@ -27,7 +27,7 @@ class BadParameter : public std::bad_cast
 {
 public:
     BadParameter(const std::wstring& text, const char* kind)
-        : m_message("\"" + Vs::Strings::narrow(text) + "\" is no " + kind + ".")
+        : m_message("\"" + Vs::Strings::narrow(text) + "\" is not a " + kind + ".")
     {
     }
     const char* what() const noexcept override { return m_message.c_str(); }

@@ -98,7 +98,7 @@ public:
             return true;
         if (const std::wstring text = m_context.argumentAsString(name); !text.empty())
             m_status.addError(localizedFormat("ImageArgumentNoNumber",
-                                              "%1% must be a whole number, and \"%2%\" is none.",
+                                              "%1% must be a whole number, not \"%2%\".",
                                               Vs::Strings::widen(name->text()), text));
         return false;
     }

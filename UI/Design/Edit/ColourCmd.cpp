@@ -83,7 +83,7 @@ std::wstring ColourCmd::onWhyInvalid() const
 {
     if (m_colour->valueAsString() != L"Code" || colourOf(m_code->value()))
         return {};
-    return localizedFormat("EditWrongCode", "\"%1%\" is no colour; write it as #rrggbb, as #2f86e0.",
+    return localizedFormat("EditWrongCode", "\"%1%\" is not a colour; write it as #rrggbb, as #2f86e0.",
                            m_code->value());
 }
 

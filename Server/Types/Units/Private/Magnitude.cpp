@@ -206,7 +206,7 @@ UnitPower unitOf(const std::wstring& symbol, int exponent, size_t position)
 {
     const Unit* unit = Unit::find(symbol);
     if (!unit)
-        throw ExpressionError{localizedFormat("ExpressionUnknownUnit", "\"%1%\" is no unit", symbol),
+        throw ExpressionError{localizedFormat("ExpressionUnknownUnit", "\"%1%\" is not a unit", symbol),
                               position};
     if (std::abs(exponent) > kGreatestPower)
         throw ExpressionError{localized("ExpressionOverflow", "The number becomes too large"), position};
@@ -222,7 +222,7 @@ Magnitude call(const std::wstring& function, const Magnitude& argument, size_t p
             result.position = position;
             return finite(result);
         }
-    throw ExpressionError{localizedFormat("ExpressionUnknownFunction", "\"%1%\" is no function", function),
+    throw ExpressionError{localizedFormat("ExpressionUnknownFunction", "\"%1%\" is not a function", function),
                           position};
 }
 

@@ -220,7 +220,7 @@ TEST_F(Inputs, WhatIsTypedAndMakesNoSenseBarsTheCommitUntilThereIsAValue)
     radius.typed(L"5 m", EKind::Typing);
     radius.typed(L"5 mn", EKind::Typing);
     EXPECT_FALSE(radius.valid());
-    EXPECT_EQ(radius.whyInvalid(), L"\"mn\" is no unit: character 3 of \"5 mn\".");
+    EXPECT_EQ(radius.whyInvalid(), L"\"mn\" is not a unit: character 3 of \"5 mn\".");
     EXPECT_EQ(radius.value(), 5000);
     EXPECT_FALSE(hole().areInputsValidForCommit());
     radius.typed(L"5 mm", EKind::Typing);

@@ -246,7 +246,7 @@ TEST_F(ImageTest, WhatCannotBeDrawnIsSaid)
         EXPECT_NE(failure(capture(scratch(L"none.png"), size)).find(L"each side must be from 1 to 16384"),
                   std::wstring::npos);
     EXPECT_EQ(failure(capture(scratch(L"none.png"), L"Width=wide Height=64")),
-              L"Width must be a whole number, and \"wide\" is none.");
+              L"Width must be a whole number, not \"wide\".");
     EXPECT_NE(failure(capture(scratch(L"no/folder/none.png"), L"Width=64 Height=64")).find(L"none.png"),
               std::wstring::npos);
 }

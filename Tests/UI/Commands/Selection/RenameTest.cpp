@@ -76,7 +76,7 @@ TEST_F(RenameComponents, TheRequestTellsWhyNot)
     EXPECT_EQ(why({path(L"Box1")}, L"\t"), L"Rename: a name needs at least one letter or digit that shows.");
     EXPECT_EQ(why({}, L"Plate"), L"Rename: nothing is named that could be renamed.");
     EXPECT_EQ(why({path(L"Box1/Body1")}, L"Plate"),
-              L"Rename: only components have names of their own, and \"Box1:1/Body1\" is none.");
+              L"Rename: \"Box1:1/Body1\" has no name of its own; only components have one.");
     EXPECT_NE(why({{"0:9:9"}}, L"Plate").find(L"any more"), std::wstring::npos);
 }
 

@@ -113,8 +113,8 @@ TEST_F(PerformanceLines, LeaveReferencesThatTheyCannotUse)
 {
     const std::pair<const char*, const wchar_t*> kBroken[] = {
         {"{\n\"format\": 1,\n", L"performance.json:"},
-        {"[]", L"this is no JSON object"},
-        {"{\"format\": 1}", L"this is no file of references"},
+        {"[]", L"this is not a JSON object"},
+        {"{\"format\": 1}", L"this is not a file of references"},
         {"{\"format\": 99, \"references\": {}}", L"a later version"},
         {"{\"format\": 1, \"references\": {\"ElapsedTime a_while\": 7}}", L"is no object of values"},
         {"{\"format\": 1, \"references\": {\"ElapsedTime a_while\": {\"value\": []}}}", L"neither a number"},

@@ -313,6 +313,8 @@ protected:
     void TearDown() override
     {
         beginAnew();
+        // The menu keeps its marks as long as the kinds stay the same.
+        answer(L"VuCommands.SelectionFilterCmd selectVisible,Vertices,Edges,Faces,Bodies,Components");
         Recorded::TearDown();
     }
 
