@@ -1,5 +1,6 @@
 #include "Server/DataModel/Document.h"
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
@@ -190,15 +191,19 @@ unsigned Document::locks() const
 
 std::wstring Document::uniqueAssetName(const std::wstring& name) const
 {
-    const auto taken = [&](const std::wstring& candidate) {
-        const auto same = [&](const auto& asset) { return asset->name() == candidate; };
-        return std::any_of(m_assets.begin(), m_assets.end(), same) ||
-               std::any_of(m_hiddenAssets.begin(), m_hiddenAssets.end(), same);
-    };
-    std::wstring candidate = name;
-    for (unsigned number = 1; taken(candidate); ++number)
-        candidate = name + std::to_wstring(number);
-    return candidate;
+    // Which numbers follow the name in those that begin with it, where 0 is none: one of these is free.
+    std::vector<bool> taken(m_assets.size() + m_hiddenAssets.size() + 1);
+    for (const auto* list : {&m_assets, &m_hiddenAssets})
+        for (const auto& asset : *list) {
+            if (!asset->name().starts_with(name))
+                continue;
+            const std::wstring_view rest = std::wstring_view(asset->name()).substr(name.size());
+            const size_t number = rest.empty() ? 0 : readNumber<size_t>(rest).value_or(taken.size());
+            if (number < taken.size() && !rest.starts_with(L'0'))
+                taken[number] = true;
+        }
+    const auto free = std::find(taken.begin(), taken.end(), false) - taken.begin();
+    return free == 0 ? name : name + std::to_wstring(free);
 }
 
 Asset* Document::bestAsset(const std::wstring& name) const

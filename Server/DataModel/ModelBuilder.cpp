@@ -46,18 +46,6 @@ bool checkPlacement(const Kind& kind, const GkMatrix3d& placement, Status& statu
     return false;
 }
 
-std::wstring numbered(const Asset& asset, const std::wstring& name)
-{
-    for (unsigned number = 1;; ++number) {
-        const std::wstring candidate = name + std::to_wstring(number);
-        bool taken = false;
-        for (const auto& child : asset.components()->children)
-            taken |= child->name == candidate;
-        if (!taken)
-            return candidate;
-    }
-}
-
 const Component* add(Asset* asset, const Kind& kind, std::span<const Size> sizes,
                      const ModelBuilder::Look& look, Status& status)
 {
@@ -69,7 +57,8 @@ const Component* add(Asset* asset, const Kind& kind, std::span<const Size> sizes
     }
     if (!checkPlacement(kind, look.placement, status))
         return nullptr;
-    const std::wstring name = look.name.empty() ? numbered(*asset, kind.name) : look.name;
+    const std::wstring name =
+        look.name.empty() ? asset->data().names(*asset->components()).free(kind.name) : look.name;
     try {
         Transaction transaction(asset, kind.name);
         const std::string id = asset->data().history().changeModel([&](ModelKernel& kernel) {

@@ -56,10 +56,16 @@ const Component* ComponentTree::find(const std::string& id) const
     return found == m_components.end() ? nullptr : found->second;
 }
 
+ChildNames& ComponentTree::names(const Component& parent)
+{
+    return m_names.try_emplace(&parent, parent).first->second;
+}
+
 std::unique_ptr<Component> ComponentTree::make(const std::string& id, const PartTree::Node& node)
 {
     auto component = std::make_unique<Component>();
     component->id = id;
+    component->name = node.name;
     m_components[id] = component.get();
     if (m_related)
         relate(*component, node.part);
@@ -78,7 +84,6 @@ void ComponentTree::load(const PartTree& tree)
         parent.children.reserve(nodes.size());
         for (const PartTree::Node& node : nodes) {
             std::unique_ptr<Component> component = make(node.id, node);
-            component->name = node.name;
             component->placement = node.placement;
             component->colour = node.colour;
             component->visible = node.visible;
@@ -134,6 +139,7 @@ void ComponentTree::unrelate(Component& component)
 void ComponentTree::forget(Component& component)
 {
     m_components.erase(component.id);
+    m_names.erase(&component);
     unrelate(component);
     for (const auto& child : component.children)
         forget(*child);
@@ -197,6 +203,8 @@ void ComponentTree::add(Refresh& refresh, const PartTree& branch, Component& par
     std::unique_ptr<Component> component = make(idBelow(parent, node.id), node);
     Component& added = *component;
     parent.children.insert(positionOf(parent, added.id), std::move(component));
+    if (const auto names = m_names.find(&parent); names != m_names.end())
+        names->second.add(added);
     take(refresh, branch, added, node);
     // What is below a new component belongs to it and isn't told by itself.
     ComponentsEvent::Changes outer = std::exchange(refresh.changes, {});
@@ -212,6 +220,8 @@ void ComponentTree::remove(Refresh& refresh, Component& parent, const Component&
     const auto position = positionOf(parent, child.id);
     const std::unique_ptr<Component> gone = std::move(*position);
     parent.children.erase(position);
+    if (const auto names = m_names.find(&parent); names != m_names.end())
+        names->second.remove(*gone);
     forget(*gone);
 }
 
@@ -240,6 +250,17 @@ void ComponentTree::refreshContent(Refresh& refresh, const std::string& entry)
     }
 }
 
+void ComponentTree::rename(Component& component, const std::wstring& name)
+{
+    const std::string parent = parentId(component.id);
+    const auto names = m_names.find(parent.empty() ? m_root.get() : find(parent));
+    if (names != m_names.end())
+        names->second.remove(component);
+    component.name = name;
+    if (names != m_names.end())
+        names->second.add(component);
+}
+
 /// Returns whether anything is new.
 bool ComponentTree::take(Refresh& refresh, const PartTree& tree, Component& component,
                          const PartTree::Node& node)
@@ -253,7 +274,10 @@ bool ComponentTree::take(Refresh& refresh, const PartTree& tree, Component& comp
         unrelate(component);
         relate(component, node.part);
     }
-    set(component.name, node.name);
+    if (component.name != node.name) {
+        rename(component, node.name);
+        changed = true;
+    }
     changed |= !component.placement.isEqualTo(node.placement, {0, 0});
     component.placement = node.placement;
     set(component.colour, node.colour);
@@ -273,6 +297,7 @@ bool ComponentTree::take(Refresh& refresh, const PartTree& tree, Component& comp
 void ComponentTree::merge(Refresh& refresh, const PartTree& tree, Component& parent,
                           const std::vector<PartTree::Node>& nodes)
 {
+    m_names.erase(&parent);
     std::unordered_map<std::string_view, std::unique_ptr<Component>> old;
     for (auto& child : parent.children) {
         const std::string_view id = child->id;

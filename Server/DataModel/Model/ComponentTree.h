@@ -2,6 +2,7 @@
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/Model/ChildNames.h"
 #include "Server/DataModel/Model/ModelSource.h"
 
 #include <map>
@@ -26,6 +27,8 @@ public:
 
     Component& root() { return *m_root; }
     const Component* find(const std::string& id) const;
+    /// The names of the children of one of its components; good until the next refresh.
+    ChildNames& names(const Component& parent);
     /// Takes the tree of a file that was read. Only for a tree that is still empty.
     void load(const PartTree& tree);
 
@@ -47,6 +50,7 @@ private:
     bool take(Refresh& refresh, const PartTree& tree, Component& component, const PartTree::Node& node);
     void add(Refresh& refresh, const PartTree& branch, Component& parent);
     void remove(Refresh& refresh, Component& parent, const Component& child);
+    void rename(Component& component, const std::wstring& name);
     std::unique_ptr<Component> make(const std::string& id, const PartTree::Node& node);
     void relate(Component& component, const std::string& part);
     void unrelate(Component& component);
@@ -60,6 +64,7 @@ private:
     bool m_related = false;
     std::unordered_map<const Component*, std::string> m_parts; ///< Of which part each is an occurrence.
     std::unordered_map<std::string, Components> m_byPart, m_byPlace;
+    std::unordered_map<const Component*, ChildNames> m_names; ///< Of those that were asked about.
 };
 
 } // namespace Vs

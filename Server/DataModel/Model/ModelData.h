@@ -21,6 +21,8 @@ public:
 
     Component& root() { return m_tree.root(); }
     const Component* find(const std::string& id) const { return m_tree.find(id); }
+    /// The names of the children of one of its components; good until the model changes.
+    ChildNames& names(const Component& parent) { return m_tree.names(parent); }
     ModelSource& source() const { return *m_source; }
 
     /// Takes the tree of a file that was read. Only for a model that is still empty.

@@ -6,6 +6,7 @@
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/Texts.h"
 
 #include <boost/algorithm/string/replace.hpp>
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <map>
+#include <span>
 #include <vector>
 
 namespace Vs {
@@ -22,7 +24,7 @@ using DataModel::localizedFormat;
 namespace {
 
 using Leaf = ObjectPath::Leaf;
-using Siblings = std::vector<std::unique_ptr<Component>>;
+using Siblings = std::span<const Component* const>;
 
 struct LeafName
 {
@@ -93,18 +95,10 @@ std::vector<const Component*> chainTo(const Asset& asset, const std::string& id)
     return chain;
 }
 
-size_t countNamed(const Siblings& siblings, std::wstring_view name)
+/// The children of one name, in the order in which paths count them.
+Siblings named(const Asset& asset, const Component& parent, std::wstring_view name)
 {
-    return static_cast<size_t>(std::count_if(siblings.begin(), siblings.end(),
-                                             [&](const auto& component) { return component->name == name; }));
-}
-
-const Component* numbered(const Siblings& siblings, std::wstring_view name, uint32_t number)
-{
-    for (const auto& component : siblings)
-        if (component->name == name && --number == 0)
-            return component.get();
-    return nullptr;
+    return asset.data().names(parent).named(name);
 }
 
 /// Walks from the root along the steps of a text.
@@ -112,7 +106,7 @@ class Walk
 {
 public:
     Walk(const Asset& asset, std::wstring_view text, Status& status)
-        : m_at(asset.components()), m_text(text), m_status(status)
+        : m_asset(asset), m_at(asset.components()), m_text(text), m_status(status)
     {
     }
 
@@ -130,21 +124,24 @@ private:
     {
         const size_t colon = step.rfind(L':');
         const uint32_t number = colon == std::wstring::npos ? 0 : readCount(step.substr(colon + 1));
-        const Component* next = number ? numbered(m_at->children, step.substr(0, colon), number) : nullptr;
-        if (!next) {
+        const Component* next = nullptr;
+        if (const Siblings counted = named(m_asset, *m_at, step.substr(0, colon));
+            number && number <= counted.size()) {
+            next = counted[number - 1];
+        } else {
             // The colon may belong to the name.
-            const size_t count = countNamed(m_at->children, step);
-            if (count > 1) {
+            const Siblings all = named(m_asset, *m_at, step);
+            if (all.size() > 1) {
                 m_status.addError(localizedFormat(
                     "PathAmbiguous",
                     "\"%1%\": \"%2%\" is ambiguous, there are %3% of that name; write %2%:1 to %2%:%3%.",
-                    m_text, step, count));
+                    m_text, step, all.size()));
                 return false;
             }
-            next = count == 1 ? numbered(m_at->children, step, 1) : nullptr;
+            if (all.empty())
+                return false;
+            next = all.front();
         }
-        if (!next)
-            return false;
         m_at = next;
         m_path.component = next->id;
         return true;
@@ -194,6 +191,7 @@ private:
         return names;
     }
 
+    const Asset& m_asset;
     const Component* m_at;
     std::wstring m_text;
     Status& m_status;
@@ -227,13 +225,8 @@ std::wstring pathText(const ObjectPath& path, const Asset& asset)
     std::wstring text;
     const Component* parent = asset.components();
     for (const Component* component : chainTo(asset, path.component)) {
-        size_t number = 0;
-        for (const auto& sibling : parent->children) {
-            number += sibling->name == component->name ? 1u : 0u;
-            if (sibling.get() == component)
-                break;
-        }
-        text += (text.empty() ? L"" : L"/") + stepText(component->name, number);
+        const size_t before = asset.data().names(*parent).place(*component);
+        text += (text.empty() ? L"" : L"/") + stepText(component->name, before + 1);
         parent = component;
     }
     if (text.empty() || path.leaf == Leaf::Component)

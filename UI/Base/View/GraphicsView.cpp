@@ -49,6 +49,11 @@ bool folderTakesFiles(const std::wstring& path, Vs::Status& status)
     return false;
 }
 
+bool isOfModel(const Vs::Scene::ViewFragment* fragment)
+{
+    return fragment->data()->supportSelectBackground();
+}
+
 } // namespace
 
 GraphicsView::GraphicsView() = default;
@@ -89,15 +94,15 @@ void GraphicsView::contentChanged()
 
 Vs::Scene::ViewFragment* GraphicsView::modelFragment() const
 {
-    const std::vector<Vs::Scene::ViewFragment*> fragments = modelFragments();
-    return fragments.empty() ? nullptr : fragments.front();
+    const auto found = std::find_if(m_fragments.begin(), m_fragments.end(), isOfModel);
+    return found == m_fragments.end() ? nullptr : *found;
 }
 
 std::vector<Vs::Scene::ViewFragment*> GraphicsView::modelFragments() const
 {
     std::vector<Vs::Scene::ViewFragment*> fragments;
     for (Vs::Scene::ViewFragment* fragment : m_fragments)
-        if (fragment->data()->supportSelectBackground())
+        if (isOfModel(fragment))
             fragments.push_back(fragment);
     return fragments;
 }

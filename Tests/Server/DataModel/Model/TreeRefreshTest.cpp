@@ -5,6 +5,7 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/ModelBuilder.h"
+#include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/Private/DeleteRequest.h"
 #include "Server/DataModel/Selection/RenameRequest.h"
 #include "Server/DataModel/Selection/VisibilityRequest.h"
@@ -12,6 +13,7 @@
 #include "Tests/Support/RealData.h"
 #include "Tests/Support/Seed.h"
 
+#include <map>
 #include <random>
 #include <sstream>
 
@@ -54,6 +56,23 @@ std::string asText(const Component& parent)
     return text.str();
 }
 
+/// Paths count the siblings of a name, and names that are given take the lowest number that is free.
+void expectCounted(const Asset& asset, const Component& parent, const std::wstring& path)
+{
+    std::map<std::wstring, int> counts;
+    for (const auto& child : parent.children) {
+        const std::wstring text = path + child->name + L':' + std::to_wstring(++counts[child->name]);
+        ASSERT_EQ(pathText(ObjectPath{child->id}, asset), text);
+        Status status;
+        ASSERT_EQ(findPath(asset, text, status), ObjectPath{child->id}) << Strings::narrow(status.toString());
+        ASSERT_NO_FATAL_FAILURE(expectCounted(asset, *child, text + L'/'));
+    }
+    int free = 1;
+    while (counts.contains(L"Box" + std::to_wstring(free)))
+        ++free;
+    ASSERT_EQ(asset.data().names(parent).free(L"Box"), L"Box" + std::to_wstring(free));
+}
+
 /// The tree as everybody sees it, and what the data give.
 void expectUpToDate(const Asset& asset)
 {
@@ -61,6 +80,7 @@ void expectUpToDate(const Asset& asset)
     ASSERT_EQ(asText(*asset.components()), asText(tree, tree.roots));
     for (const Component* component : componentsOf(asset))
         ASSERT_EQ(asset.findComponent(component->id), component);
+    ASSERT_NO_FATAL_FAILURE(expectCounted(asset, *asset.components(), L""));
 }
 
 size_t count(const std::vector<PartTree::Node>& nodes)
@@ -113,7 +133,7 @@ protected:
         case 0:
             return run(asset, DeleteRequest::make(&asset, {{id}}));
         case 1:
-            return run(asset, RenameRequest::make(&asset, {{id}}, L"Name " + std::to_wstring(number)));
+            return run(asset, RenameRequest::make(&asset, {{id}}, L"Box" + std::to_wstring(number % 7)));
         case 2:
             return run(asset, VisibilityRequest::make({{id}}, !asset.findComponent(id)->visible));
         case 3:

@@ -1,0 +1,96 @@
+"""Run by growth.py inside the program: times lines on a model of N parts, and prints the times as JSON.
+
+    quillet --headless --script lines.py -- WHAT N FOLDER
+
+WHAT is "parts" (a box and its copies, all of one name), "names" (as many parts, each with a name of its own), "documents"
+or "assets".
+"""
+
+import json
+import pathlib
+import sys
+import time
+
+import quillet
+
+STEPS = 7  # Of each single step; the middle one counts.
+
+what, count, folder = sys.argv[1], int(sys.argv[2]), pathlib.Path(sys.argv[3])
+took = {}
+
+
+def clock(line):
+    start = time.perf_counter()
+    quillet.run(line)
+    return time.perf_counter() - start
+
+
+def whole(name, *lines):
+    """Something that is done to all: it may take as much longer as there is more."""
+    took["whole", name] = sum(map(clock, lines))
+
+
+def step(name, line, *back):
+    """Something that is done to one: it should take what it takes however many there are. `line` may hold {}, for the
+    number of the try; the lines after it put back what it did, and are timed as a step of their own."""
+    tries = [[clock(each.format(number)) for each in (line, *back)] for number in range(1, STEPS + 1)]
+    for label, times in zip((name, *(each.split()[0] for each in back)), zip(*tries)):
+        took["step", label if label == name else f"{name}, {label}"] = sorted(times)[STEPS // 2]
+
+
+def file(name):
+    return f'"{folder / name}"'
+
+
+def change_one(path):
+    step("Design.Move", f"Design.Move {path} 1 0 0", "VuCommands.UndoCmd", "VuCommands.RedoCmd", "VuCommands.UndoCmd")
+    step("Design.Hide", f"Design.Hide {path}", f"Design.Show {path}")
+    step("Design.Colour", f"Design.Colour Red {path}", "VuCommands.UndoCmd")
+    step("Selection.Select", f"Selection.Select {path}", "Selection.List")
+    step("VuCommands.RenameCommand", "VuCommands.RenameCommand Other{}", "VuCommands.UndoCmd")
+    step("Script.Component", f"Script.Component {path}")
+    step("Script.Body", f"Script.Body {path}/Body1")
+    step("Design.Copy", f"Design.Copy {path} 0 0 50", "VuCommands.UndoCmd")
+    step("Design.Box", "Design.Box 1 1 1", "VuCommands.UndoCmd")
+
+
+def parts():
+    clock("Design.New growth")
+    clock("Design.Box 1 1 1")
+    whole("Design.Pattern", f"Design.Pattern Box1 X 2 {count // 100} Y 2 100")
+    change_one(f"Box1:{count // 2}")
+    whole("Design.Hide all, and back", "Design.Hide " + " ".join(f"Box1:{n}" for n in range(1, count + 1)),
+          "VuCommands.UndoCmd", "VuCommands.RedoCmd", "Design.ShowAll")
+    whole("Model.Digest", "Model.Digest")
+    for suffix in ("tdsn", "stp", "glb", "stl", "obj"):
+        whole(f"save .{suffix}", f"Design.Export {file('parts.' + suffix)}" if suffix != "tdsn"
+              else f"Document.SaveAs {file('parts.tdsn')}")
+    clock("Document.CloseAll")
+    for suffix in ("tdsn", "stp", "glb"):
+        whole(f"open .{suffix}", f"Document.Open {file('parts.' + suffix)}")
+        clock("Document.CloseAll")
+
+
+def names():
+    clock("Design.New growth")
+    clock('Script.BeginTransaction "Boxes"')
+    whole("Design.Box for each", *[f"Design.Box 1 1 1 {2 * n},0,0" for n in range(count)])
+    clock("Script.CommitTransaction")
+    change_one(f"Box{count // 2}")
+    whole("delete half", *["Selection.Select " + " ".join(f"Box{n}" for n in range(1, count, 2)), "Commands.Start DeleteCommand",
+                           "VuCommands.UndoCmd"])
+
+
+def documents():
+    whole("make and close documents", *["VuCommands.NewSingleDocumentCmd"] * count, "Document.CloseAll")
+
+
+def assets():
+    clock("Design.New growth")
+    whole("Asset.Create for each", *["Asset.Create VeloraAssetType"] * count)
+    step("Asset.List", "Asset.List")
+    step("Asset.Create", "Asset.Create VeloraAssetType")
+
+
+globals()[what]()
+print("GROWTH " + json.dumps([[kind, name, seconds] for (kind, name), seconds in took.items()]))

@@ -1,0 +1,70 @@
+#!/usr/bin/python3
+"""Tells how the cost of lines grows with what is open: each is timed with N parts, 2 N, and so on.
+
+For each line the times with the fewest and with the most, and the exponent between the two largest sizes: 1 where twice
+as much takes twice as long, 0 where it makes no difference. A whole operation above 1.1, and a single step above 0.1, is
+marked; times below the noise of the machine are not.
+
+    Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--build DIR] [WHAT...]
+
+WHAT is of parts, names, documents, assets (see Growth/lines.py).
+"""
+
+import argparse
+import json
+import math
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+HERE = pathlib.Path(__file__).parent
+WHOLE_LIMIT, STEP_LIMIT = 1.1, 0.1
+NOISE = 20e-6  # Seconds: what is below isn't marked.
+
+
+def run(quillet, what, count):
+    """The seconds of each line, by its kind and name."""
+    with tempfile.TemporaryDirectory() as folder:
+        profile = pathlib.Path(folder) / "profile"
+        result = subprocess.run([quillet, "--headless", "--profile-dir", profile, "--script", HERE / "Growth/lines.py", "--",
+                                 what, str(count), folder], capture_output=True, text=True)
+    answers = [line for line in result.stdout.splitlines() if line.startswith("GROWTH ")]
+    if result.returncode != 0 or not answers:
+        sys.exit(f"{what} {count} failed ({result.returncode}):\n{result.stdout[-2000:]}{result.stderr[-2000:]}")
+    return {(kind, name): seconds for kind, name, seconds in json.loads(answers[-1].removeprefix("GROWTH "))}
+
+
+def smallest(quillet, what, count, rounds):
+    best = {}
+    for _ in range(rounds):
+        for key, seconds in run(quillet, what, count).items():
+            best[key] = min(seconds, best.get(key, math.inf))
+    return best
+
+
+def show(what, counts, times):
+    print(f"\n{what + ', ms':46} {'at ' + str(counts[0]):>12} {'at ' + str(counts[-1]):>12} {'exponent':>9}")
+    for kind, name in times[0]:
+        first, before, last = (each[kind, name] for each in (times[0], times[-2], times[-1]))
+        exponent = math.log2(last / before)
+        high = last > NOISE and exponent > (WHOLE_LIMIT if kind == "whole" else STEP_LIMIT)
+        print(f"{kind:6}{name:40} {1000 * first:12.3f} {1000 * last:12.3f} {exponent:9.2f}{'  <' if high else ''}")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--from", type=int, default=1000, dest="first")
+    parser.add_argument("--doublings", type=int, default=3)
+    parser.add_argument("--rounds", type=int, default=3)
+    parser.add_argument("--build", default=str(HERE.parent / "build/release"))
+    parser.add_argument("what", nargs="*", default=["parts", "names", "documents", "assets"])
+    arguments = parser.parse_args()
+    quillet = pathlib.Path(arguments.build) / "root/bin/quillet"
+    counts = [arguments.first << doubling for doubling in range(arguments.doublings + 1)]
+    for what in arguments.what:
+        show(what, counts, [smallest(quillet, what, count, arguments.rounds) for count in counts])
+
+
+if __name__ == "__main__":
+    main()
