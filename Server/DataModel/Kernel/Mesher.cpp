@@ -1,5 +1,6 @@
 #include "Server/DataModel/Kernel/Mesher.h"
 
+#include "Server/DataModel/Kernel/MeshContext.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
 
 #include <BRepAdaptor_Curve.hxx>
@@ -271,7 +272,10 @@ void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement
         std::max(std::sqrt(box.SquareExtent()) * refinement.surfaceDeviation, kSmallestDeflection);
     parameters.Angle = refinement.normalDeviation * std::numbers::pi / 180.0;
     parameters.InParallel = true;
-    BRepMesh_IncrementalMesh(shape, parameters, progress);
+    BRepMesh_IncrementalMesh mesher;
+    mesher.SetShape(shape);
+    mesher.ChangeParameters() = parameters;
+    mesher.Perform(meshContext(), progress);
 }
 
 BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours)

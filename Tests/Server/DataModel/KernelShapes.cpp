@@ -84,6 +84,27 @@ void writePlanes(const std::string& path)
     write(together({plane(0), plane(10)}), path);
 }
 
+void writePerforatedPlane(const std::string& path)
+{
+    const gp_Ax3 axes(gp_Pnt(100, 200, 300), gp_Dir(1, 2, 3));
+    gp_Trsf place;
+    place.SetTransformation(axes, gp::XOY());
+    const auto rectangle = [&](double x, double y, double width, double height) {
+        return BRepBuilderAPI_MakePolygon(gp_Pnt(x, y, 0).Transformed(place),
+                                          gp_Pnt(x, y + height, 0).Transformed(place),
+                                          gp_Pnt(x + width, y + height, 0).Transformed(place),
+                                          gp_Pnt(x + width, y, 0).Transformed(place), true)
+            .Wire();
+    };
+    BRepBuilderAPI_MakeFace face(gp_Pln(axes), TopoDS::Wire(rectangle(0, 0, 40, 20).Reversed()));
+    for (int i = 0; i < 40; ++i)
+        for (int k = 0; k < 20; ++k) {
+            const double side = 0.1 + 0.8 * (i * 20 + k) / 799;
+            face.Add(rectangle(i + (1 - side) / 2, k + (1 - side) / 2, side, side));
+        }
+    write(face.Face(), path);
+}
+
 void writeEdges(const std::string& path)
 {
     write(together({BRepBuilderAPI_MakeEdge(gp::Origin(), gp_Pnt(5, 0, 0)).Edge(),

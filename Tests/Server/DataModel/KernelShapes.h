@@ -13,6 +13,9 @@ void writeHexagon(const std::string& path);
 void writeHollowTorus(const std::string& path);
 /// Two flat faces of 20 by 20 mm, at z = 0 and z = 10.
 void writePlanes(const std::string& path);
+/// A tilted flat face of 40 by 20 mm with a square hole in each square millimetre, whose sides are 0.1 mm at
+/// one corner of the face and 0.9 mm at the other.
+void writePerforatedPlane(const std::string& path);
 /// Edges from the origin: lines along X and Y, then straight splines along X and (1, 1, 0); beside them,
 /// since edges alone are no model, a face.
 void writeEdges(const std::string& path);

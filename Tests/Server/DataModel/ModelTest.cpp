@@ -1,3 +1,4 @@
+#include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/AssetEvents.h"
@@ -7,6 +8,7 @@
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Server/DataModel/Fixture.h"
+#include "Tests/Server/DataModel/KernelShapes.h"
 #include "Tests/Support/Seed.h"
 
 #include <algorithm>
@@ -147,6 +149,27 @@ TEST_F(ModelTest, MeshesFaceOutwardsAndHaveNormalsOfLengthOne)
         }
         EXPECT_NEAR(volume, bodyProperties(*part->body, status)->volume, 0.02 * volume);
     }
+}
+
+TEST_F(ModelTest, TrianglesOfAPlaneLeaveItsHolesOpenAndNothingElse)
+{
+    KernelShapes::writePerforatedPlane(Strings::narrow(scratch("plane.brep")));
+    const Document* document = open(scratch("plane.brep"));
+    ASSERT_TRUE(document) << status.toString().c_str();
+    const auto mesh = componentsOf(*document->activeAsset()).back()->body->mesh();
+    EXPECT_EQ(mesh->edgeStarts.size(), 801u * 4 + 1);
+    // As many as any triangulation of such a polygon has.
+    EXPECT_EQ(mesh->triangles.size() / 3, 801u * 4 + 2 * 800 - 2);
+    const auto corner = [&](size_t i) {
+        const float* p = &mesh->positions[size_t(mesh->triangles[i]) * 3];
+        return GkPoint3d(p[0], p[1], p[2]);
+    };
+    double area = 0, expected = 800;
+    for (size_t i = 0; i < mesh->triangles.size(); i += 3)
+        area += (corner(i + 1) - corner(i)).crossProduct(corner(i + 2) - corner(i)).length() / 2;
+    for (int i = 0; i < 800; ++i)
+        expected -= std::pow(0.1 + 0.8 * i / 799, 2);
+    EXPECT_NEAR(area, expected, 1e-3);
 }
 
 TEST_F(ModelTest, ImpossibleSizesAndPlacesAreRefusedAndLeaveNothing)

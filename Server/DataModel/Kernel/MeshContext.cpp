@@ -1,0 +1,123 @@
+#include "Server/DataModel/Kernel/MeshContext.h"
+
+#include <BRepMesh_Context.hxx>
+#include <BRepMesh_DelabellaMeshAlgoFactory.hxx>
+#include <BRepMesh_FaceDiscret.hxx>
+#include <BRepMesh_MeshAlgoFactory.hxx>
+#include <BRep_Tool.hxx>
+#include <IMeshData_Edge.hxx>
+#include <IMeshData_Face.hxx>
+#include <IMeshData_PCurve.hxx>
+#include <IMeshData_Wire.hxx>
+#include <Poly_Triangulation.hxx>
+
+#include <cmath>
+#include <utility>
+
+namespace Vs::Kernel {
+
+namespace {
+
+// What a face's triangles may lack of its outline, as a fraction: more than sums are inexact by.
+constexpr double kTolerance = 1e-9;
+
+double doubledArea(const gp_Pnt2d& a, const gp_Pnt2d& b, const gp_Pnt2d& c)
+{
+    return gp_Vec2d(a, b).Crossed(gp_Vec2d(a, c));
+}
+
+// The polygons' that the triangles have to fill; holes count against what lies around them.
+double outlineArea(const IMeshData::IFaceHandle& face)
+{
+    gp_Pnt2d origin;
+    bool first = true;
+    double area = 0;
+    for (int i = 0; i < face->WiresNb(); ++i) {
+        const IMeshData::IWireHandle& wire = face->GetWire(i);
+        for (int k = 0; k < wire->EdgesNb(); ++k) {
+            const IMeshData::IPCurveHandle& line =
+                wire->GetEdge(k)->GetPCurve(face.get(), wire->GetEdgeOrientation(k));
+            if (std::exchange(first, false))
+                origin = line->GetPoint(0);
+            double swept = 0;
+            for (int n = 1; n < line->ParametersNb(); ++n)
+                swept += doubledArea(origin, line->GetPoint(n - 1), line->GetPoint(n));
+            area += line->IsForward() ? swept : -swept;
+        }
+    }
+    return std::abs(area) / 2;
+}
+
+double trianglesArea(const Poly_Triangulation& mesh)
+{
+    double area = 0;
+    for (int i = 1; i <= mesh.NbTriangles(); ++i) {
+        int a, b, c;
+        mesh.Triangle(i).Get(a, b, c);
+        area += std::abs(doubledArea(mesh.UVNode(a), mesh.UVNode(b), mesh.UVNode(c)));
+    }
+    return area / 2;
+}
+
+bool isFilled(const IMeshData::IFaceHandle& face)
+{
+    TopLoc_Location location;
+    const Handle(Poly_Triangulation)& mesh = BRep_Tool::Triangulation(face->GetFace(), location);
+    if (mesh.IsNull() || !mesh->HasUVNodes())
+        return false;
+    const double whole = outlineArea(face);
+    return std::abs(trianglesArea(*mesh) - whole) <= kTolerance * whole;
+}
+
+// Takes the quick algorithm's triangles if they fill the outline, and the sure one's otherwise: where points
+// lie closer together than the kernel can tell apart, the quick one leaves some out.
+class PlaneMesh : public IMeshTools_MeshAlgo
+{
+public:
+    PlaneMesh(const Handle(IMeshTools_MeshAlgo) & quick, const Handle(IMeshTools_MeshAlgo) & sure)
+        : m_quick(quick), m_sure(sure)
+    {
+    }
+    void Perform(const IMeshData::IFaceHandle& face, const IMeshTools_Parameters& parameters,
+                 const Message_ProgressRange& range) override
+    {
+        if (!range.More())
+            return;
+        const int status = face->GetStatusMask();
+        m_quick->Perform(face, parameters, {});
+        if (isFilled(face))
+            return;
+        face->UnsetStatus(static_cast<IMeshData_Status>(face->GetStatusMask() & ~status));
+        m_sure->Perform(face, parameters, range);
+    }
+
+private:
+    Handle(IMeshTools_MeshAlgo) m_quick, m_sure;
+};
+
+class Algorithms : public BRepMesh_MeshAlgoFactory
+{
+public:
+    Handle(IMeshTools_MeshAlgo)
+        GetAlgo(const GeomAbs_SurfaceType surface, const IMeshTools_Parameters& parameters) const override
+    {
+        const Handle(IMeshTools_MeshAlgo) usual = BRepMesh_MeshAlgoFactory::GetAlgo(surface, parameters);
+        if (surface != GeomAbs_Plane)
+            return usual;
+        return new PlaneMesh(m_quick.GetAlgo(surface, parameters), usual);
+    }
+
+private:
+    BRepMesh_DelabellaMeshAlgoFactory m_quick;
+};
+
+} // namespace
+
+Handle(IMeshTools_Context) meshContext()
+{
+    const Handle(IMeshTools_Context) context = new BRepMesh_Context;
+    context->SetFaceDiscret(new BRepMesh_FaceDiscret(new Algorithms));
+    return context;
+}
+
+} // namespace Vs::Kernel
