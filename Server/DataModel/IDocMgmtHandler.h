@@ -31,10 +31,13 @@ public:
     virtual EDocMgmtOpCode onSavingMigratedFiles(const Documents&) { return eDocMgmtNoOpinion; }
     virtual EDocMgmtOpCode onClosingDirtyDocuments(const Documents&) { return eDocMgmtNoOpinion; }
     virtual EDocMgmtOpCode onSavingFirstTime(const Documents&) { return eDocMgmtNoOpinion; }
+    /// Write-protected files that are about to be replaced. Here and in onSavingChangedFiles a handler may
+    /// give a document another path instead (Document::path), where it is then saved. One that stops has
+    /// asked the user: the save's status then counts as reported.
     virtual EDocMgmtOpCode onSavingReadOnlyFiles(const Documents&) { return eDocMgmtNoOpinion; }
     virtual EDocMgmtOpCode onEditingReadOnlyDocuments(const Documents&) { return eDocMgmtNoOpinion; }
     virtual EDocMgmtOpCode onAssetDirtyFirstTime(Asset*) { return eDocMgmtNoOpinion; }
-    /// Files that another program changed since they were opened or saved.
+    /// Files whose content another program changed since they were opened or saved.
     virtual EDocMgmtOpCode onSavingChangedFiles(const Documents&) { return eDocMgmtNoOpinion; }
 
     /// Documents that are to be saved and have no path; a handler may give them one (Document::path).

@@ -5,7 +5,6 @@
 #include "Server/DataModel/Native/Manifest.h"
 #include "Server/DataModel/Native/Package.h"
 
-#include <cstring>
 #include <stdexcept>
 
 namespace Vs::NativeFile {
@@ -55,12 +54,11 @@ bool isNative(const std::wstring& path)
 {
     try {
         const std::string name = Strings::toBytes(path);
-        char beginning[4];
+        char bytes[128];
         PlainFile file(name);
-        if (file.read(beginning, sizeof beginning) < sizeof beginning ||
-            std::memcmp(beginning, "PK\3\4", 4) != 0)
-            return false;
-        return hasManifest(name);
+        const std::string_view beginning(bytes, file.read(bytes, sizeof bytes));
+        // Those of older layouts, and what another program packed anew, don't begin with their type.
+        return Native::beginsAsNative(beginning) || (beginning.starts_with("PK\3\4") && hasManifest(name));
     } catch (const std::runtime_error&) {
         return true;
     }

@@ -91,6 +91,18 @@ class Installation(unittest.TestCase):
         for link in (path for path in self.prefix.rglob("*") if path.is_symlink()):
             self.assertTrue(link.exists() and not os.readlink(link).startswith("/"), link)
 
+    @unittest.skipUnless(shutil.which("update-mime-database") and shutil.which("gio"), "nothing here tells types of files")
+    def test_tells_the_desktop_its_documents_by_their_content(self):
+        document = self.folder / "bracket.vlra"
+        self.quillet("--headless", "--command", "Design.Sample", "--command", f"Document.SaveAs {document}")
+        nameless = document.rename(self.folder / "bracket")
+        data = self.folder / "data"
+        shutil.copytree(self.prefix / "share/mime", data / "mime")
+        subprocess.run(["update-mime-database", data / "mime"], check=True, capture_output=True)
+        told = subprocess.run(["gio", "info", "-a", "standard::content-type", nameless], check=True, capture_output=True,
+                              text=True, env={**os.environ, "XDG_DATA_DIRS": f"{data}:/usr/share"}).stdout
+        self.assertIn("application/vnd.quillet.document", told)
+
     def test_can_be_staged_for_a_package(self):
         staged = self.folder / "staged"
         install("/usr", staged)

@@ -8,6 +8,7 @@
 #include <map>
 #include <mutex>
 #include <semaphore>
+#include <set>
 #include <string>
 #include <sys/mman.h>
 #include <thread>
@@ -116,10 +117,42 @@ int namelessCopy(int source, size_t size)
     return -1;
 }
 
+/// The mappings that are as they were.
+class Kept
+{
+public:
+    static Kept& get()
+    {
+        // Never destroyed, as the guards' thread isn't.
+        static auto* const kept = new Kept;
+        return *kept;
+    }
+    void add(const char* data)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_all.insert(data);
+    }
+    void remove(const char* data)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_all.erase(data);
+    }
+    bool has(const char* data)
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_all.contains(data);
+    }
+
+private:
+    std::mutex m_mutex;
+    std::set<const char*> m_all;
+};
+
 } // namespace
 
 MappingGuard::MappingGuard(int descriptor, const char* data, size_t size) : m_data(data), m_size(size)
 {
+    Kept::get().add(m_data);
     // A lease belongs to an open file; this one is closed when the lease is to end.
     m_descriptor = open(("/proc/self/fd/" + std::to_string(descriptor)).c_str(), O_RDONLY | O_CLOEXEC);
     if (m_descriptor >= 0 && Watch::get().add(*this))
@@ -127,22 +160,32 @@ MappingGuard::MappingGuard(int descriptor, const char* data, size_t size) : m_da
     if (m_descriptor >= 0) {
         copyAway();
         close(m_descriptor);
+    } else {
+        Kept::get().remove(m_data);
     }
     m_descriptor = -1;
 }
 
 MappingGuard::~MappingGuard()
 {
+    Kept::get().remove(m_data);
     if (m_descriptor >= 0)
         Watch::get().remove(*this);
+}
+
+bool MappingGuard::keeps(const char* data)
+{
+    return Kept::get().has(data);
 }
 
 // If there is room for no copy the mapping stays as it is, and what gets damaged is seen by its hash.
 void MappingGuard::copyAway()
 {
     const int copy = namelessCopy(m_descriptor, m_size);
-    if (copy < 0)
+    if (copy < 0) {
+        Kept::get().remove(m_data);
         return;
+    }
     mmap(const_cast<char*>(m_data), m_size, PROT_READ, MAP_PRIVATE | MAP_FIXED, copy, 0);
     close(copy);
 }

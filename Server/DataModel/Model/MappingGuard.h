@@ -17,6 +17,10 @@ public:
     MappingGuard(const MappingGuard&) = delete;
     MappingGuard& operator=(const MappingGuard&) = delete;
 
+    /// Whether the mapping at `data` is guarded and still as it was mapped: it isn't once another program has
+    /// written into its file and there was no room for a copy. Any thread.
+    [[nodiscard]] static bool keeps(const char* data);
+
 private:
     class Watch;
     void copyAway();

@@ -8,10 +8,14 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/FileChecks.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Native/DocumentFile.h"
+#include "Server/DataModel/Native/Package.h"
+#include "Server/DataModel/Private/Texts.h"
 #include "Server/Types/Uuid.h"
 
+#include <boost/algorithm/string/join.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <exception>
@@ -38,6 +42,36 @@ std::set<uuid> takenIdentifiers()
             taken.insert(document->hiddenAsset(k)->guid());
     }
     return taken;
+}
+
+// What opening left alone. Entries that a crafted file lists and doesn't have are no damage.
+std::vector<Native::FileCheck::Part> partsToCheck(const Native::NativeLoad& load)
+{
+    std::vector<Native::FileCheck::Part> parts;
+    for (size_t i = 0; i < load.models.size(); ++i)
+        if (load.models[i].model)
+            parts.push_back({load.manifest.assets[i].part,
+                             DataModel::localizedFormat("DamagedModel", "the exact data of \"%1%\"",
+                                                        load.manifest.assets[i].name),
+                             load.models[i].model});
+    if (load.hasPicture)
+        parts.push_back({Native::kThumbnailName,
+                         DataModel::localized("DamagedPicture", "the picture for lists"), nullptr});
+    for (const Native::Manifest::Extra& extra : load.manifest.extras)
+        parts.push_back({extra.entry, L"\"" + Strings::widen(extra.entry) + L"\"", nullptr});
+    return parts;
+}
+
+void tellOfDamage(Document* document, const std::vector<std::wstring>& damaged)
+{
+    Status status;
+    status.addError(DataModel::localizedFormat("DamagedFile",
+                                               "\"%1%\" was damaged on the disk since it was saved. What "
+                                               "can't be read any more: %2%. The rest is as it "
+                                               "was; look for an older copy of the file.",
+                                               document->path(), boost::algorithm::join(damaged, L", ")));
+    DocumentFailureEvent event(document, status);
+    FileDamageEventSource::get()->fireFileDamaged(&event);
 }
 
 } // namespace
@@ -83,6 +117,7 @@ Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path
     made->m_file->migrated = manifest.version < Native::Manifest::kVersion;
     made->m_file->file = load.file;
 
+    const std::vector<Native::FileCheck::Part> unread = partsToCheck(load);
     std::map<uuid, Asset*> assets;
     for (size_t i = 0; i < manifest.assets.size(); ++i) {
         const Native::Manifest::Asset& entry = manifest.assets[i];
@@ -103,6 +138,11 @@ Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path
         for (const uuid& reference : entry.references)
             assets[entry.guid]->m_referenced.push_back(assets[reference]);
     made->m_activeAsset = assets[manifest.activeAsset];
+    for (Native::Manifest::Extra extra : manifest.extras) {
+        if (!extra.asset.is_nil())
+            extra.asset = assets[extra.asset]->guid();
+        made->m_file->extras.push_back(std::move(extra));
+    }
 
     Document* document = made.get();
     manager->m_documents.push_back(std::move(made));
@@ -113,6 +153,8 @@ Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path
     }
     DocumentEvent event(document);
     DocumentEventSource::get()->fireDocumentOpened(&event);
+    document->m_file->check = std::make_unique<Native::FileCheck>(
+        load.file, unread, [document](const auto& damaged) { tellOfDamage(document, damaged); });
     return document;
 }
 

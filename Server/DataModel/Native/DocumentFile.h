@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Native/FileCheck.h"
 #include "Server/DataModel/Native/NativeLoad.h"
 
 #include <memory>
@@ -12,7 +13,9 @@ struct DocumentFile
     FileIdentity identity;       ///< As it was when it was read or written; zero if it is unknown.
     bool migrated = false;       ///< It is of an older layout than the one that is written.
     bool editingAllowed = false; ///< A change of a document that can't be written was agreed to.
-    std::shared_ptr<const FileMapping> file; ///< Where its old picture is.
+    std::shared_ptr<const FileMapping> file; ///< Where its old picture and its extras are.
+    std::vector<Native::Manifest::Extra> extras;
+    std::unique_ptr<Native::FileCheck> check; ///< Of what was opened; null for a new document.
 };
 
 } // namespace Vs

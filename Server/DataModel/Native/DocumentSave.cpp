@@ -11,7 +11,9 @@
 #include "Server/DataModel/DocumentType.h"
 #include "Server/DataModel/Exchange/ExactData.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
+#include "Server/DataModel/Model/MappingGuard.h"
 #include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Model/PlainFile.h"
 #include "Server/DataModel/Native/DocumentFile.h"
 #include "Server/DataModel/Native/Package.h"
 #include "Server/DataModel/Native/PackageWriter.h"
@@ -22,6 +24,7 @@
 
 #include <boost/filesystem/path.hpp>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace Vs {
@@ -31,6 +34,11 @@ namespace {
 using Native::Cancelled;
 using Native::Manifest;
 using Native::PackageWriter;
+
+/// A handler asked the user, who doesn't want it saved.
+struct Declined
+{
+};
 
 /// One save, from the questions to the finished file. A failure throws std::runtime_error with a whole
 /// sentence, or Cancelled.
@@ -57,6 +65,8 @@ public:
                 fail(L"another document of that file is open");
     }
 
+    /// Throws Declined as well. May give the document another path, and then there is nothing to be saved
+    /// here.
     void ask(bool firstTime)
     {
         const IDocMgmtHandler::Documents documents{&m_document};
@@ -64,11 +74,13 @@ public:
             throw Cancelled();
         if (m_file.migrated && IDocMgmtHandler::notifySavingMigratedFiles(documents) == eDocMgmtStop)
             throw Cancelled();
-        if (Native::isWriteProtected(m_target) &&
-            IDocMgmtHandler::notifySavingReadOnlyFiles(documents) != eDocMgmtGoOn)
-            fail(L"the file is write-protected. Save it under another name with Save As");
-        if (changedOutside() && IDocMgmtHandler::notifySavingChangedFiles(documents) != eDocMgmtGoOn)
-            fail(L"another program has changed the file since it was opened. Save it under another name with "
+        const std::wstring ownPath = m_document.path();
+        if (Native::isWriteProtected(m_target))
+            need(IDocMgmtHandler::notifySavingReadOnlyFiles(documents),
+                 L"the file is write-protected. Save it under another name with Save As");
+        if (m_document.path() == ownPath && changedOutside())
+            need(IDocMgmtHandler::notifySavingChangedFiles(documents),
+                 L"another program has changed the file since it was opened. Save it under another name with "
                  L"Save As");
         m_found = FileIdentity::of(m_target);
     }
@@ -79,7 +91,9 @@ public:
         try {
             Native::SafeFile file(m_target, Native::FileCalls::current());
             PackageWriter writer(file);
+            writer.add(Native::kTypeName, Native::kType);
             writeAssets(writer, progress);
+            writeExtras(writer);
             writePicture(writer);
             writer.add(Native::kManifestName, m_manifest.write());
             writer.finish();
@@ -97,6 +111,7 @@ public:
     /// The document's parts are those of the new file from now on.
     void takeOver()
     {
+        m_file.extras = m_manifest.extras;
         try {
             m_file.file = FileMapping::openGuarded(m_target);
         } catch (const std::runtime_error&) {
@@ -134,6 +149,14 @@ private:
         throw std::runtime_error(Strings::narrow(L"\"" + m_path + L"\" can't be saved: " + cause + L"."));
     }
 
+    void need(EDocMgmtOpCode answer, const std::wstring& otherwise) const
+    {
+        if (answer == eDocMgmtStop)
+            throw Declined();
+        if (answer != eDocMgmtGoOn)
+            fail(otherwise);
+    }
+
     bool sameFile(const Document& other) const
     {
         const FileIdentity theirs = FileIdentity::of(Strings::toBytes(other.path()));
@@ -145,7 +168,29 @@ private:
     {
         const FileIdentity now = FileIdentity::of(m_target);
         return m_path == m_document.path() && m_file.identity.inode != 0 && now.inode != 0 &&
-               now != m_file.identity;
+               now != m_file.identity && !holdsWhatWasOpened();
+    }
+
+    // Another date, or another file with the same in it, is no change.
+    bool holdsWhatWasOpened() const
+    {
+        if (!m_file.file || !MappingGuard::keeps(m_file.file->bytes().data()))
+            return false;
+        std::string_view left = m_file.file->bytes();
+        try {
+            PlainFile now(m_target);
+            if (now.size() != left.size())
+                return false;
+            std::vector<char> piece(size_t(1) << 20);
+            while (const size_t got = now.read(piece.data(), piece.size())) {
+                if (left.substr(0, got) != std::string_view(piece.data(), got))
+                    return false;
+                left.remove_prefix(got);
+            }
+        } catch (const std::runtime_error&) {
+            return false;
+        }
+        return left.empty();
     }
 
     void writeAssets(PackageWriter& writer, ProgressScope& progress)
@@ -211,6 +256,39 @@ private:
         return part;
     }
 
+    bool isKept(const Manifest::Extra& extra) const
+    {
+        const bool moved = m_path != m_document.path() || m_file.identity.inode == 0;
+        if (extra.untilMoved && moved)
+            return false;
+        const auto concerned = [&](const Asset* asset) {
+            return extra.asset.is_nil() || asset->guid() == extra.asset;
+        };
+        const auto changed = [](const Asset* asset) {
+            return !asset->data().isEmpty() && !asset->data().stored();
+        };
+        return std::any_of(m_assets.begin(), m_assets.end(), concerned) &&
+               !(extra.untilChanged && std::any_of(m_assets.begin(), m_assets.end(), [&](const Asset* asset) {
+                     return concerned(asset) && changed(asset);
+                 }));
+    }
+
+    // Other programs' entries stay as they lie, for those that know them.
+    void writeExtras(PackageWriter& writer)
+    {
+        if (m_file.extras.empty() || !m_file.file)
+            return;
+        const Native::Package old(m_file.file);
+        for (const Manifest::Extra& extra : m_file.extras) {
+            const auto isPart = [&](const Manifest::Asset& asset) { return asset.part == extra.entry; };
+            if (!isKept(extra) || std::any_of(m_manifest.assets.begin(), m_manifest.assets.end(), isPart))
+                continue;
+            writer.addPacked(extra.entry, old.packing(extra.entry),
+                             [&](const auto& take) { old.readPacked(extra.entry, take); });
+            m_manifest.extras.push_back(extra);
+        }
+    }
+
     void writePicture(PackageWriter& writer) const
     {
         std::string picture = ThumbnailSource::png(m_document);
@@ -264,16 +342,33 @@ std::vector<const Document*> DocumentSave::othersOf(const Document& document, co
     return others;
 }
 
+bool DocumentSave::saveElsewhere(Document& document, const Place& before, Status& status)
+{
+    if (save(document, document.m_path, status))
+        return true;
+    document.takePath(before.path);
+    document.displayName(before.name);
+    document.m_file->identity = before.identity;
+    return false;
+}
+
 bool DocumentSave::save(Document& document, const std::wstring& path, Status& status)
 {
     assertMainThread();
     require(!path.empty(), "a document that is saved has a path");
+    const Place before{document.m_path, document.m_displayName, document.m_file->identity};
     try {
         Save save(document, *document.m_file, path);
         save.check(othersOf(document, path));
         save.ask(document.m_savedVersion == 0);
+        if (document.m_path != before.path)
+            return saveElsewhere(document, before, status);
         save.write();
         save.takeOver();
+    } catch (const Declined&) {
+        status.addError(L"\"" + path + L"\" was not saved.");
+        status.reported(true);
+        return false;
     } catch (const Cancelled&) {
         status.addError(L"Saving \"" + path + L"\" was cancelled; nothing was written.");
         return false;

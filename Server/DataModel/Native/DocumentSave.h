@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Status.h"
+#include "Server/DataModel/Model/FileMapping.h"
 
 #include <string>
 #include <vector>
@@ -18,6 +19,15 @@ public:
     static bool save(Document& document, const std::wstring& path, Status& status);
 
 private:
+    /// What a document is called and where it is.
+    struct Place
+    {
+        std::wstring path;
+        std::wstring name;
+        FileIdentity identity;
+    };
+    /// To the path that a handler gave the document meanwhile; if that fails, the document is where it was.
+    static bool saveElsewhere(Document& document, const Place& before, Status& status);
     static std::vector<const Document*> othersOf(const Document& document, const std::wstring& path);
 };
 

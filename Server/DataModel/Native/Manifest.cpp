@@ -151,6 +151,35 @@ void readVersion2(const Members& top, Manifest& manifest)
         manifest.assets.push_back(readAsset(Members(Members::objectOf("assets", value))));
 }
 
+constexpr const char* kUntilChanged = "changed";
+constexpr const char* kUntilMoved = "moved";
+
+// Nothing in an extra is a reason to refuse the file.
+void readExtra(const QJsonObject& object, Manifest& manifest)
+{
+    Manifest::Extra extra;
+    extra.entry = object["entry"].toString().toStdString();
+    extra.asset = fromString(Strings::widen(object["asset"].toString().toStdString()));
+    for (const QJsonValue& until : object["until"].toArray()) {
+        if (until.toString() == QLatin1String(kUntilChanged))
+            extra.untilChanged = true;
+        else if (until.toString() == QLatin1String(kUntilMoved))
+            extra.untilMoved = true;
+        else
+            return;
+    }
+    if (!extra.entry.empty() && (object["asset"].isUndefined() || !extra.asset.is_nil()))
+        manifest.extras.push_back(std::move(extra));
+}
+
+// Version 3 begins with its type and has extras.
+void readVersion3(const Members& top, Manifest& manifest)
+{
+    readVersion2(top, manifest);
+    for (const QJsonValue& value : top.all()["extras"].toArray())
+        readExtra(value.toObject(), manifest);
+}
+
 struct Reader
 {
     int version;
@@ -161,6 +190,7 @@ struct Reader
 constexpr Reader kReaders[] = {
     {1, readVersion1},
     {2, readVersion2},
+    {3, readVersion3},
 };
 
 // Takes away the assets that nothing refers to any more, until none is left but those of a circle. Without
@@ -243,6 +273,20 @@ QJsonObject written(const Manifest::Asset& asset)
     return object;
 }
 
+QJsonObject written(const Manifest::Extra& extra)
+{
+    QJsonObject object{{"entry", QString::fromStdString(extra.entry)}};
+    if (!extra.asset.is_nil())
+        object["asset"] = text(extra.asset);
+    QJsonArray until;
+    if (extra.untilChanged)
+        until.append(kUntilChanged);
+    if (extra.untilMoved)
+        until.append(kUntilMoved);
+    object["until"] = until;
+    return object;
+}
+
 } // namespace
 
 Manifest Manifest::read(std::string_view json)
@@ -280,10 +324,14 @@ std::string Manifest::write() const
     QJsonArray list;
     for (const Asset& asset : assets)
         list.append(written(asset));
+    QJsonArray extraList;
+    for (const Extra& extra : extras)
+        extraList.append(written(extra));
     const QJsonObject top{{"format", kVersion},
                           {"software", QString::fromStdString(SoftwareVersion::versionString(software))},
                           {"document", document},
-                          {"assets", list}};
+                          {"assets", list},
+                          {"extras", extraList}};
     return QJsonDocument(top).toJson().toStdString();
 }
 

@@ -10,11 +10,13 @@
 
 namespace Vs::Native {
 
-/// A native file's table of contents.
+/// A native file's table of contents. A program ignores what it doesn't know in here, and what its own
+/// version doesn't write is gone with its next save; so what must outlive an older program is an entry of its
+/// own, in `extras`. The version is raised only where an older program would show or save something wrong.
 struct Manifest
 {
     /// The layout that is written. Every older one is read; see the table in the .cpp.
-    static constexpr int kVersion = 2;
+    static constexpr int kVersion = 3;
 
     struct Asset
     {
@@ -31,12 +33,25 @@ struct Manifest
         uint64_t hash = 0; ///< ModelFile::hash; 0 if it isn't known.
     };
 
+    /// An entry that a program may keep without knowing what is in it: data of a service, a picture of one
+    /// asset. An entry that isn't listed anywhere belongs to nobody and is gone with the next save.
+    struct Extra
+    {
+        std::string entry;
+        boost::uuids::uuid asset{}; ///< That it belongs to, and goes with; nil if it is the document's.
+        /// When a program that doesn't know it has to leave it out.
+        bool untilChanged = false; ///< When the asset's model, or any model, was changed.
+        bool untilMoved = false;   ///< When the document is saved under another name.
+    };
+
     int version = kVersion;
     unsigned software = 0; ///< As SoftwareVersion counts.
     boost::uuids::uuid document{};
     std::string documentType;         ///< DocumentType::identifier.
     boost::uuids::uuid activeAsset{}; ///< Nil in a document without visible assets.
     std::vector<Asset> assets;        ///< Parents before their hidden assets.
+    /// Only such as this version can keep: one with a condition that it doesn't know is ignored.
+    std::vector<Extra> extras;
 
     /// Reads the text in whatever version it is and checks that its parts agree. Throws std::runtime_error
     /// with the cause.

@@ -3,8 +3,10 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Server/DataModel/Native/Package.h"
+#include "Server/DataModel/Native/ZipReader.h"
 
 #include <algorithm>
+#include <set>
 #include <stdexcept>
 #include <tuple>
 
@@ -12,13 +14,13 @@ namespace Vs::Native {
 
 namespace {
 
-std::shared_ptr<const ModelFile> readInPlace(const Manifest::Asset& asset,
-                                             const std::shared_ptr<const FileMapping>& file)
+std::shared_ptr<const ModelFile> readInPlace(const Manifest::Asset& asset, const Package& package)
 {
-    if (asset.place == 0)
+    const Packing packing = package.packing(asset.part);
+    if (asset.place == 0 || packing.method != 0 || packing.size != asset.size)
         return nullptr;
     try {
-        auto model = ModelFile::open(file, asset.place, asset.size);
+        auto model = ModelFile::open(package.file(), asset.place, asset.size);
         return model->hash() == asset.hash ? model : nullptr;
     } catch (const std::runtime_error&) {
         return nullptr;
@@ -28,9 +30,9 @@ std::shared_ptr<const ModelFile> readInPlace(const Manifest::Asset& asset,
 // The content is where the manifest says and is mapped there, unless another program packed the file anew.
 std::shared_ptr<const ModelFile> readModel(const Manifest::Asset& asset, Package& package)
 {
-    if (auto model = readInPlace(asset, package.file()))
-        return model;
     try {
+        if (auto model = readInPlace(asset, package))
+            return model;
         const auto unpacked = package.unpack(asset.part);
         auto model = ModelFile::open(unpacked, 0, unpacked->bytes().size());
         if (asset.hash != 0 && asset.hash != model->hash())
@@ -59,6 +61,22 @@ void refuseOverlaps(const std::vector<NativeLoad::Model>& models)
         throw std::runtime_error("its table of contents is damaged: two models lie one over the other");
 }
 
+// An extra is never a reason to refuse a file: one that is listed and isn't there, or can't be kept under its
+// name beside what every file has, is ignored.
+void keepOnlyFitting(Manifest& manifest, const Package& package)
+{
+    std::set<std::string> taken{kTypeName, kManifestName, kThumbnailName};
+    std::set<boost::uuids::uuid> assets{{}};
+    for (const Manifest::Asset& asset : manifest.assets) {
+        taken.insert(asset.part);
+        assets.insert(asset.guid);
+    }
+    std::erase_if(manifest.extras, [&](const Manifest::Extra& extra) {
+        return !package.has(extra.entry) || !assets.contains(extra.asset) ||
+               !taken.insert(extra.entry).second;
+    });
+}
+
 } // namespace
 
 NativeLoad NativeLoad::read(const std::string& path, const Watch& watch)
@@ -67,6 +85,8 @@ NativeLoad NativeLoad::read(const std::string& path, const Watch& watch)
     load.file = FileMapping::openGuarded(path);
     Package package(load.file);
     load.manifest = Manifest::read(package.read(kManifestName, Package::kMostManifest));
+    keepOnlyFitting(load.manifest, package);
+    load.hasPicture = package.has(kThumbnailName);
     const size_t count = load.manifest.assets.size();
     for (const Manifest::Asset& asset : load.manifest.assets) {
         if (watch && !watch(double(load.models.size()) / double(count)))
@@ -75,7 +95,7 @@ NativeLoad NativeLoad::read(const std::string& path, const Watch& watch)
         if (!asset.part.empty()) {
             model.model = readModel(asset, package);
             model.part = {model.model->file(), model.model->place(), model.model->size(), model.model->hash(),
-                          std::nullopt};
+                          package.packing(asset.part).crc};
         }
         load.models.push_back(std::move(model));
     }

@@ -25,12 +25,14 @@ struct NativeLoad
         StoredPart part;
     };
     std::vector<Model> models; ///< One for each of the manifest's assets.
+    bool hasPicture = false;
 
     /// Told how far it is; returns false to give up.
     using Watch = std::function<bool(double fraction)>;
 
-    /// Maps the file and checks everything but the exact data. Throws std::runtime_error with the cause, or
-    /// Cancelled. Any thread.
+    /// Maps the file and checks everything but the exact data, the picture and the extras, of which only
+    /// those are left in the manifest that are there and may be kept. Throws std::runtime_error with the
+    /// cause, or Cancelled. Any thread.
     [[nodiscard]] static NativeLoad read(const std::string& path, const Watch& watch = {});
 };
 

@@ -43,14 +43,24 @@ bool isPicture(std::string_view bytes)
     return bytes.size() <= Package::kMostPicture && bytes.starts_with("\x89PNG\r\n\x1a\n");
 }
 
+bool beginsAsNative(std::string_view bytes)
+{
+    // Behind the fixed part of the first entry's header stand its name and, since it has no more fields, its
+    // content.
+    constexpr size_t kFixedHeader = 30;
+    return bytes.starts_with("PK\3\4") && bytes.size() > kFixedHeader &&
+           bytes.substr(kFixedHeader).starts_with(std::string(kTypeName) + kType);
+}
+
 Package::Package(std::shared_ptr<const FileMapping> file)
     : m_file(std::move(file)), m_zip(zipLibrary().read(m_file->bytes().data(), m_file->bytes().size()))
 {
 }
 
-Package::Package(const std::string& path)
-    : m_plain(std::make_unique<PlainFile>(path)),
-      m_zip(zipLibrary().readFile(m_plain->descriptor(), m_plain->size()))
+Package::Package(const std::string& path) : Package(std::make_unique<PlainFile>(path)) {}
+
+Package::Package(std::unique_ptr<PlainFile> file)
+    : m_plain(std::move(file)), m_zip(zipLibrary().readFile(m_plain->descriptor(), m_plain->size()))
 {
 }
 
@@ -70,6 +80,31 @@ std::string Package::read(const std::string& name, uint64_t limit) const
     content.reserve(size);
     m_zip->read(name, [&](const char* data, size_t piece) { content.append(data, piece); });
     return content;
+}
+
+void Package::check(const std::string& name, const std::function<bool()>& goOn) const
+{
+    struct Stopped
+    {
+    };
+    try {
+        m_zip->read(name, [&](const char*, size_t) {
+            if (!goOn())
+                throw Stopped();
+        });
+    } catch (const Stopped&) {
+    }
+}
+
+Packing Package::packing(const std::string& name) const
+{
+    return m_zip->packing(name);
+}
+
+void Package::readPacked(const std::string& name,
+                         const std::function<void(const char* data, size_t size)>& take) const
+{
+    m_zip->readPacked(name, take);
 }
 
 std::shared_ptr<const FileMapping> Package::unpack(const std::string& name)

@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Model/FileMapping.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,14 +14,22 @@ class PlainFile;
 namespace Vs::Native {
 
 class ZipReader;
+struct Packing;
 
-/// Names of a package's entries.
+/// The first entry of a package, stored as it is, so that the file's beginning tells what it is to those who
+/// know no more of it than that; and what it holds.
+constexpr const char* kTypeName = "mimetype";
+constexpr const char* kType = "application/vnd.quillet.document";
+/// Names of the other entries.
 constexpr const char* kManifestName = "manifest.json";
 constexpr const char* kThumbnailName = "thumbnail.png";
 constexpr const char* kPartFolder = "assets/";
 
 /// Whether the bytes are those of a PNG of a size that a list's picture may have.
 [[nodiscard]] bool isPicture(std::string_view bytes);
+
+/// Whether bytes are the beginning of a native file, as every one of the present layout begins.
+[[nodiscard]] bool beginsAsNative(std::string_view bytes);
 
 /// A zip package that is open for reading. Every operation throws std::runtime_error with the cause; it never
 /// takes more memory than the package's own size and its limits allow, whatever the package claims. One
@@ -33,6 +42,7 @@ public:
     /// The same without mapping the file, which another program may be writing just now: what has changed
     /// under it can't be read. For a look at single entries.
     explicit Package(const std::string& path);
+    explicit Package(std::unique_ptr<PlainFile> file);
     ~Package();
     Package(const Package&) = delete;
     Package& operator=(const Package&) = delete;
@@ -42,6 +52,13 @@ public:
     [[nodiscard]] bool has(const std::string& name) const;
     /// The content of an entry of at most `limit` bytes, checked against its checksum.
     [[nodiscard]] std::string read(const std::string& name, uint64_t limit) const;
+    /// Reads an entry of any size through, for its checksum alone. `goOn` is asked now and then; false ends
+    /// it.
+    void check(const std::string& name, const std::function<bool()>& goOn) const;
+    [[nodiscard]] Packing packing(const std::string& name) const;
+    /// Gives the entry's bytes as they lie in the package, unchecked.
+    void readPacked(const std::string& name,
+                    const std::function<void(const char* data, size_t size)>& take) const;
     /// Unpacks an entry into memory of its own, as a file that can be mapped. All that are unpacked may take
     /// half of this computer's memory together.
     [[nodiscard]] std::shared_ptr<const FileMapping> unpack(const std::string& name);

@@ -3,6 +3,7 @@
 #include "Server/Base/Require.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <unistd.h>
 #include <zlib.h>
 
@@ -14,7 +15,7 @@ constexpr size_t kBufferSize = 1 << 18;
 
 // Sizes and places beyond this stand in the wide fields of the zip64 extension.
 constexpr uint64_t kNarrowLimit = 0xffffffff;
-constexpr uint16_t kUsualVersion = 10, kWideVersion = 45;
+constexpr uint16_t kStoredVersion = 10, kPackedVersion = 20, kWideVersion = 45;
 constexpr uint16_t kMadeByUnix = 3 << 8;
 constexpr uint16_t kUtf8Names = 1 << 11;
 constexpr uint32_t kPlainFile = 0100644u << 16;
@@ -48,6 +49,17 @@ private:
 uint32_t narrow(uint64_t value)
 {
     return static_cast<uint32_t>(std::min(value, kNarrowLimit));
+}
+
+bool isWide(const PackageWriter::Entry& entry)
+{
+    return std::max(entry.size, entry.packed) >= kNarrowLimit;
+}
+
+// The least version of the format that a reader must know.
+uint16_t usualVersion(const PackageWriter::Entry& entry)
+{
+    return entry.method == 0 ? kStoredVersion : kPackedVersion;
 }
 
 uint32_t crcOf(uint32_t before, const void* data, size_t size)
@@ -89,13 +101,13 @@ void PackageWriter::flushBuffer()
 // The padding is a field of its own behind the name; the wide sizes take its beginning where they are needed.
 std::string PackageWriter::localHeader(const Entry& entry, size_t padding) const
 {
-    const bool wide = entry.size >= kNarrowLimit;
+    const bool wide = isWide(entry);
     Bytes bytes;
-    bytes.u32(0x04034b50).u16(wide ? kWideVersion : kUsualVersion).u16(kUtf8Names).u16(0).u16(m_time);
-    bytes.u16(m_date).u32(entry.crc).u32(wide ? kNarrowLimit : entry.size);
+    bytes.u32(0x04034b50).u16(wide ? kWideVersion : usualVersion(entry)).u16(kUtf8Names).u16(entry.method);
+    bytes.u16(m_time).u16(m_date).u32(entry.crc).u32(wide ? kNarrowLimit : entry.packed);
     bytes.u32(wide ? kNarrowLimit : entry.size).u16(entry.name.size()).u16(padding).text(entry.name);
     if (wide) {
-        bytes.u16(kWideField).u16(16).u64(entry.size).u64(entry.size);
+        bytes.u16(kWideField).u16(16).u64(entry.size).u64(entry.packed);
         padding -= kWideLocalField;
     }
     if (padding > 0)
@@ -105,18 +117,31 @@ std::string PackageWriter::localHeader(const Entry& entry, size_t padding) const
 
 void PackageWriter::add(const std::string& name, std::string_view content)
 {
-    Entry entry{name, position(), 0, content.size(), crcOf(0, content.data(), content.size())};
-    const std::string header = localHeader(entry, 0);
+    const uint32_t crc = crcOf(0, content.data(), content.size());
+    addPacked(name, {0, crc, content.size(), content.size()},
+              [&](const auto& take) { take(content.data(), content.size()); });
+}
+
+void PackageWriter::beginPacked(const std::string& name, const Packing& packing)
+{
+    Entry entry{name, position(), 0, packing.size, packing.crc, packing.method, packing.packed};
+    const std::string header = localHeader(entry, isWide(entry) ? kWideLocalField : 0);
     append(header.data(), header.size());
     entry.place = position();
-    append(content.data(), content.size());
-    m_entries.push_back(entry);
+    m_entries.push_back(std::move(entry));
+}
+
+void PackageWriter::endPacked()
+{
+    const Entry& entry = m_entries.back();
+    if (position() - entry.place != entry.packed)
+        throw std::runtime_error("\"" + entry.name + "\" could not be copied from its package");
 }
 
 void PackageWriter::beginPart(const std::string& name)
 {
     constexpr uint64_t kPlainHeader = 30;
-    Entry entry{name, position(), 0, 0, 0};
+    Entry entry{name, position()};
     const uint64_t bare = entry.header + kPlainHeader + name.size();
     // Room for the wide sizes is kept always: how long the part gets is known at its end.
     m_padding = kWideLocalField + kFieldHeader;
@@ -132,7 +157,7 @@ PackageWriter::Entry PackageWriter::endPart(uint32_t crc)
     flushBuffer();
     require(!m_entries.empty(), "a part that ends was begun");
     Entry& entry = m_entries.back();
-    entry.size = m_file.position() - entry.place;
+    entry.size = entry.packed = m_file.position() - entry.place;
     entry.crc = crc;
     const std::string header = localHeader(entry, m_padding);
     m_file.writeAt(entry.header, header.data(), header.size());
@@ -163,17 +188,19 @@ void PackageWriter::finish()
 {
     const uint64_t directory = position();
     for (const Entry& entry : m_entries) {
-        const bool wideSize = entry.size >= kNarrowLimit, widePlace = entry.header >= kNarrowLimit;
+        const bool widePlace = entry.header >= kNarrowLimit;
         Bytes extra;
-        if (wideSize)
-            extra.u64(entry.size).u64(entry.size);
+        if (isWide(entry))
+            extra.u64(entry.size).u64(entry.packed);
         if (widePlace)
             extra.u64(entry.header);
         const size_t extraSize = extra.str().empty() ? 0 : kFieldHeader + extra.str().size();
-        const uint16_t version = extraSize ? kWideVersion : kUsualVersion;
+        const bool wideSizes = isWide(entry);
+        const uint16_t version = extraSize ? kWideVersion : usualVersion(entry);
         Bytes bytes;
-        bytes.u32(0x02014b50).u16(kMadeByUnix | version).u16(version).u16(kUtf8Names).u16(0).u16(m_time);
-        bytes.u16(m_date).u32(entry.crc).u32(narrow(entry.size)).u32(narrow(entry.size));
+        bytes.u32(0x02014b50).u16(kMadeByUnix | version).u16(version).u16(kUtf8Names).u16(entry.method);
+        bytes.u16(m_time).u16(m_date).u32(entry.crc).u32(wideSizes ? kNarrowLimit : entry.packed);
+        bytes.u32(wideSizes ? kNarrowLimit : entry.size);
         bytes.u16(entry.name.size()).u16(extraSize).u16(0).u16(0).u16(0).u32(kPlainFile);
         bytes.u32(narrow(entry.header)).text(entry.name);
         if (extraSize)

@@ -3,6 +3,7 @@
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Server/DataModel/Model/StoredPart.h"
 #include "Server/DataModel/Native/SafeFile.h"
+#include "Server/DataModel/Native/ZipReader.h"
 
 #include <ctime>
 #include <string>
@@ -29,11 +30,22 @@ public:
         uint64_t place = 0;  ///< Place of its content.
         uint64_t size = 0;
         uint32_t crc = 0;
+        uint16_t method = 0; ///< Of packing (Packing::method).
+        uint64_t packed = 0; ///< Bytes in the package; `size` if it is stored as it is.
     };
 
     /// A small entry. Names are ASCII.
     void add(const std::string& name, std::string_view content);
-    /// An entry that is copied from another file. Gives its entry.
+    /// An entry as it lies in another package, whose checksum it keeps: what is damaged there is seen to be
+    /// damaged here. `copy(take)` gives its bytes to `take(const char*, size_t)`.
+    template <class Copy>
+    void addPacked(const std::string& name, const Packing& packing, Copy&& copy)
+    {
+        beginPacked(name, packing);
+        copy([this](const char* data, size_t size) { append(data, size); });
+        endPacked();
+    }
+    /// An entry that is copied from another file, with the checksum that it had there. Gives its entry.
     Entry addPart(const std::string& name, const StoredPart& part);
     /// An entry that is written by `write(ModelSink&)`.
     template <class Write>
@@ -64,6 +76,8 @@ private:
         uint32_t m_crc = 0;    // of those, and at the end of all
     };
 
+    void beginPacked(const std::string& name, const Packing& packing);
+    void endPacked();
     void beginPart(const std::string& name);
     Entry endPart(uint32_t crc);
     void append(const void* data, size_t size);

@@ -75,14 +75,16 @@ public:
     ~LibzipReader() override { zip_discard(m_zip); }
 
     bool has(const std::string& name) const override { return zip_name_locate(m_zip, name.c_str(), 0) >= 0; }
-    uint64_t size(const std::string& name) const override { return find(name).size; }
+    uint64_t size(const std::string& name) const override { return find(name).packing.size; }
     void read(const std::string& name, const Take& take) const override;
+    Packing packing(const std::string& name) const override { return find(name).packing; }
+    void readPacked(const std::string& name, const Take& take) const override;
 
 private:
     struct Found
     {
         zip_uint64_t index;
-        uint64_t size;
+        Packing packing;
     };
 
     void checkEntries() const
@@ -105,6 +107,8 @@ private:
             throw std::runtime_error("its package holds entries that lie one over the other");
     }
     Found find(const std::string& name) const;
+    void take(const std::string& name, const Found& found, zip_flags_t how, uint64_t size,
+              const Take& take) const;
 
     zip_t* m_zip = nullptr;
     size_t m_size;
@@ -117,26 +121,39 @@ LibzipReader::Found LibzipReader::find(const std::string& name) const
         throw std::runtime_error("\"" + name + "\" is missing in its package");
     zip_stat_t info;
     if (zip_stat_index(m_zip, static_cast<zip_uint64_t>(index), 0, &info) != 0 ||
-        !(info.valid & ZIP_STAT_SIZE) || !(info.valid & ZIP_STAT_COMP_SIZE))
+        !(info.valid & ZIP_STAT_SIZE) || !(info.valid & ZIP_STAT_COMP_SIZE) || !(info.valid & ZIP_STAT_CRC) ||
+        !(info.valid & ZIP_STAT_COMP_METHOD))
         throw std::runtime_error("\"" + name + "\" has no size in its package");
     if ((info.valid & ZIP_STAT_ENCRYPTION_METHOD) && info.encryption_method != ZIP_EM_NONE)
         throw std::runtime_error("\"" + name + "\" is encrypted in its package");
     if (info.comp_size > m_size || info.size > kMostUnpacked || info.size / kBestRatio > info.comp_size)
         throw std::runtime_error("\"" + name + "\" claims an impossible size in its package");
-    return {static_cast<zip_uint64_t>(index), info.size};
+    return {static_cast<zip_uint64_t>(index), {info.comp_method, info.crc, info.comp_size, info.size}};
 }
 
 void LibzipReader::read(const std::string& name, const Take& take) const
 {
     const Found found = find(name);
+    this->take(name, found, 0, found.packing.size, take);
+}
+
+void LibzipReader::readPacked(const std::string& name, const Take& take) const
+{
+    const Found found = find(name);
+    this->take(name, found, ZIP_FL_COMPRESSED, found.packing.packed, take);
+}
+
+void LibzipReader::take(const std::string& name, const Found& found, zip_flags_t how, uint64_t size,
+                        const Take& take) const
+{
     const auto damaged = [&](const char* cause) {
         return std::runtime_error("\"" + name + "\" is damaged in its package (" + cause + ")");
     };
-    zip_file_t* file = zip_fopen_index(m_zip, found.index, 0);
+    zip_file_t* file = zip_fopen_index(m_zip, found.index, how);
     if (!file)
         throw damaged(zip_strerror(m_zip));
     const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> closer(file, zip_fclose);
-    std::vector<char> piece(std::min<uint64_t>(found.size + 1, 1 << 20));
+    std::vector<char> piece(std::min<uint64_t>(size + 1, 1 << 20));
     uint64_t sum = 0;
     // Read until nothing comes any more: only then is the checksum compared.
     for (;;) {
@@ -146,11 +163,11 @@ void LibzipReader::read(const std::string& name, const Take& take) const
         if (got == 0)
             break;
         sum += static_cast<uint64_t>(got);
-        if (sum > found.size)
+        if (sum > size)
             throw damaged("it is longer than it says");
         take(piece.data(), static_cast<size_t>(got));
     }
-    if (sum != found.size)
+    if (sum != size)
         throw damaged("it is shorter than it says");
 }
 

@@ -7,6 +7,15 @@
 
 namespace Vs::Native {
 
+/// How an entry lies in its package.
+struct Packing
+{
+    uint16_t method = 0; ///< As the format numbers them: 0 stored as it is.
+    uint32_t crc = 0;    ///< Of the content.
+    uint64_t packed = 0; ///< Bytes in the package.
+    uint64_t size = 0;   ///< Bytes of the content.
+};
+
 /// A zip package. The library that reads it brings others that take long to load, so what stands on
 /// it is a library of its own; this is all that is seen of it. Operations throw std::runtime_error with the
 /// cause. One thread at a time.
@@ -21,6 +30,10 @@ public:
     /// Gives exactly `size` bytes in pieces, checked against the entry's checksum at the end.
     using Take = std::function<void(const char* data, size_t size)>;
     virtual void read(const std::string& name, const Take& take) const = 0;
+    /// What the package says of an entry.
+    virtual Packing packing(const std::string& name) const = 0;
+    /// Gives the entry's bytes as they lie in the package, without unpacking or checking them.
+    virtual void readPacked(const std::string& name, const Take& take) const = 0;
 };
 
 } // namespace Vs::Native

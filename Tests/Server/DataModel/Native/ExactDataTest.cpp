@@ -95,13 +95,13 @@ TEST_F(ExactDataTest, DamagedOnesAreToldOfEachTimeAndTheNextFileIsReadAsEver)
     const double volume = volumeOf(*open(path)->activeAsset());
     closeAll();
     std::vector<Entry> entries = readPackage(path);
-    CraftedModel crafted(entries[0].content);
+    CraftedModel crafted(entries[1].content);
     const size_t middle = (crafted.kernelPlace() + crafted.size()) / 2;
     for (size_t at = middle; at < middle + 400; at += 4)
         crafted.set<uint32_t>(at, 0x7fffffff);
-    entries[0].content = crafted.sealed();
+    entries[1].content = crafted.sealed();
     // No hash is one that isn't known.
-    std::string& manifest = entries[1].content;
+    std::string& manifest = entries[2].content;
     manifest.replace(manifest.find("\"hash\": \"") + 9, 16, std::string(16, '0'));
     writePackage(scratch("damaged.tdsn"), entries);
     const std::string fault = faultOf(scratch("damaged.tdsn"));

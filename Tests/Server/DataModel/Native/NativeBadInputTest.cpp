@@ -6,7 +6,9 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/FileChecks.h"
 #include "Server/DataModel/NativeFile.h"
+#include "Server/DataModel/ThumbnailSource.h"
 #include "Server/Types/Uuid.h"
 #include "Tests/Server/DataModel/Native/NativeFixture.h"
 
@@ -16,9 +18,27 @@
 
 using namespace Vs;
 
+namespace {
+
+/// Writes down of which documents damage is told, and how.
+class DamageDiary : public FileDamageEventSite
+{
+public:
+    DamageDiary() { FileDamageEventSource::get()->subscribe(this); }
+    ~DamageDiary() override { FileDamageEventSource::get()->unsubscribe(this); }
+    void fileDamaged(DocumentFailureEvent* event) override
+    {
+        entries.emplace_back(event->document(), Strings::narrow(event->status().toString()));
+    }
+    std::vector<std::pair<Document*, std::string>> entries;
+};
+
+} // namespace
+
 class NativeBadInputTest : public NativeTest
 {
 protected:
+    ~NativeBadInputTest() override { ThumbnailSource::install({}); }
     /// Opens a file that can't be: one message, and nothing half open.
     void expectRefused(const std::wstring& path, const std::string& cause)
     {
@@ -60,13 +80,24 @@ protected:
     }
 };
 
-TEST_F(NativeBadInputTest, AFileOfTheFirstLayoutOpensAndIsSavedInTheCurrentOne)
+TEST_F(NativeBadInputTest, FilesOfOlderLayoutsOpenAndAreSavedInTheCurrentOne)
 {
-    const std::vector<Entry> current = readPackage(savedFile("current.tdsn"));
+    const std::vector<Entry> current = changed("\"format\": 3", "\"format\": 2");
     const std::string guid = "0f5e2b34-8a6c-4d1e-9b7f-123456789abc";
-    writeFirstLayout("old.tdsn", guid, current[0].content);
-    const std::string expected = digestOf(*open(scratch("current.tdsn"))->activeAsset());
+    writeFirstLayout("old.tdsn", guid, current[1].content);
+    const std::string expected = digestOf(*open(scratch("sound.tdsn"))->activeAsset());
     DocumentMgr::get()->close(DocumentMgr::get()->document(0u));
+
+    // The second had no type at its beginning.
+    writePackage(scratch("second.tdsn"), {current[1], current[2]});
+    EXPECT_TRUE(NativeFile::isNative(scratch("second.tdsn")));
+    Document* second = open(scratch("second.tdsn"));
+    ASSERT_NE(second, nullptr) << message();
+    EXPECT_EQ(digestOf(*second->activeAsset()), expected);
+    ASSERT_TRUE(save(second)) << message();
+    EXPECT_EQ(NativeFile::summary(second->path(), status)->formatVersion, 3);
+    EXPECT_EQ(readPackage(second->path())[0].name, "mimetype");
+    DocumentMgr::get()->close(second);
 
     Document* document = open(scratch("old.tdsn"));
     ASSERT_NE(document, nullptr) << message();
@@ -82,7 +113,7 @@ TEST_F(NativeBadInputTest, AFileOfTheFirstLayoutOpensAndIsSavedInTheCurrentOne)
     EXPECT_TRUE(save(document)) << message();
     EXPECT_TRUE(save(document)) << message();
     EXPECT_EQ(handler.asked, (std::vector<std::string>{"migrated", "migrated"}));
-    EXPECT_EQ(NativeFile::summary(document->path(), status)->formatVersion, 2);
+    EXPECT_EQ(NativeFile::summary(document->path(), status)->formatVersion, 3);
     EXPECT_EQ(digestOf(*reopen(document)->activeAsset()), expected);
 }
 
@@ -104,12 +135,12 @@ TEST_F(NativeBadInputTest, AModelOfTheFirstLayoutGetsItsVerticesFromTheExactShap
 
 TEST_F(NativeBadInputTest, AFileOfALaterProgramIsRefusedByItsVersion)
 {
-    std::vector<Entry> entries = changed("\"format\": 2", "\"format\": 3");
+    std::vector<Entry> entries = changed("\"format\": 3", "\"format\": 4");
     std::string& manifest = entries.back().content;
     const std::string ours = "\"" + SoftwareVersion::currentSoftwareVersion() + "\"";
     manifest.replace(manifest.find(ours), ours.size(), "\"7.3.1\"");
     expectRefused(entries, "7.3.1");
-    EXPECT_TRUE(status.matchingError("format 3"));
+    EXPECT_TRUE(status.matchingError("format 4"));
 }
 
 TEST_F(NativeBadInputTest, AFileThatIsCutAnywhereIsRefused)
@@ -146,20 +177,52 @@ TEST_F(NativeBadInputTest, ADamagedByteIsFoundWhereItMatters)
     EXPECT_GT(refused, 3);
 }
 
-TEST_F(NativeBadInputTest, DamagedExactDataAreToldOfWhenTheyAreNeeded)
+TEST_F(NativeBadInputTest, DamagedExactDataAreToldOfBeforeAndWhenTheyAreNeededAndNoSaveHidesThem)
 {
-    const std::wstring path = savedFile("exact.tdsn");
+    ThumbnailSource::install([](const Document&) { return "\x89PNG\r\n\x1a\n and so on"; });
+    Document* document = madeAsset()->document();
+    ModelBuilder(Asset::create(document, L"Sound one", document->activeAsset()->assetType()))
+        .sphere(7, {}, status);
+    const std::wstring path = scratch("exact.tdsn");
+    ASSERT_TRUE(saveAs(document, path)) << message();
+    ThumbnailSource::install({});
+    DamageDiary diary;
+    document = reopen(document);
+    FileChecks::finish();
+    EXPECT_TRUE(diary.entries.empty());
+    DocumentMgr::get()->close(document);
+
     std::string content = contentOf(path);
-    const size_t exact = content.find("BINFILE");
+    const size_t exact = content.find("BINFILE"), picture = content.find("and so on");
     ASSERT_NE(exact, std::string::npos) << "the kernel's own data begin with this word";
-    content[exact + 2000] = static_cast<char>(content[exact + 2000] ^ 0x55);
+    for (const size_t place : {exact + 2000, picture})
+        content[place] = static_cast<char>(content[place] ^ 0x55);
     overwrite(path, content);
-    Document* document = open(path);
+    DocumentMgr::get()->close(open(path));
+    FileChecks::finish();
+    EXPECT_TRUE(diary.entries.empty()) << "nobody is told of a document that isn't open any more";
+    document = open(path);
     ASSERT_NE(document, nullptr) << message();
-    EXPECT_GT(trianglesOf(*document->activeAsset()), 0u);
-    EXPECT_EQ(ModelBuilder(document->activeAsset()).box(1, 1, 1, {}, status), nullptr);
+    FileChecks::finish();
+    ASSERT_EQ(diary.entries.size(), 1u);
+    EXPECT_EQ(diary.entries[0].first, document);
+    for (const char* text : {"exact.tdsn", "\"Design\"", "picture"})
+        EXPECT_NE(diary.entries[0].second.find(text), std::string::npos)
+            << text << ": " << diary.entries[0].second;
+    EXPECT_EQ(diary.entries[0].second.find("Sound one"), std::string::npos) << diary.entries[0].second;
+
+    Asset* damaged = document->asset(0);
+    EXPECT_GT(trianglesOf(*damaged), 0u);
+    EXPECT_EQ(ModelBuilder(damaged).box(1, 1, 1, {}, status), nullptr);
     EXPECT_TRUE(status.matchingError("damaged"));
     EXPECT_FALSE(document->isDirty(false));
+    ModelBuilder(document->asset(1)).sphere(1, {}, status);
+    ASSERT_TRUE(save(document)) << message();
+    document = reopen(document);
+    FileChecks::finish();
+    ASSERT_EQ(diary.entries.size(), 2u);
+    EXPECT_NE(diary.entries[1].second.find("\"Design\""), std::string::npos) << diary.entries[1].second;
+    EXPECT_EQ(componentsOf(*document->asset(1)).size(), 2u);
 }
 
 TEST_F(NativeBadInputTest, AManifestThatDoesNotFitIsRefused)
@@ -174,7 +237,7 @@ TEST_F(NativeBadInputTest, AManifestThatDoesNotFitIsRefused)
     expectRefused(with("\"visible\": true", "\"visible\": false"), "belongs to none");
     expectRefused(with("\"references\": [", "\"references\": [\"6ba7b810-9dad-11d1-80b4-00c04fd430c8\""),
                   "refers to an asset");
-    expectRefused(with("\"format\": 2", "\"format\": \"two\""), "no valid number");
+    expectRefused(with("\"format\": 3", "\"format\": \"two\""), "no valid number");
     expectRefused(with("\"assets\": [", "\"Assets\": ["), "\"assets\"");
     expectRefused(with("{", ""), "table of contents");
     expectRefused({sound[0]}, "\"manifest.json\" is missing");
@@ -190,7 +253,7 @@ TEST_F(NativeBadInputTest, APackageThatWasMadeToDoHarmIsRefused)
         expectRefused({sound[0], sound[1], {name, "x", false}}, "forbidden name");
 
     // One name twice: the library writes none, so the second is given the name afterwards.
-    writePackage(scratch("twice.tdsn"), {sound[0], sound[1], {"manifest.jsoN", "{}", false}});
+    writePackage(scratch("twice.tdsn"), {sound[1], sound[2], {"manifest.jsoN", "{}", false}});
     std::string content = contentOf(scratch("twice.tdsn"));
     for (size_t place; (place = content.find("manifest.jsoN")) != std::string::npos;)
         content[place + 12] = 'n';
@@ -198,11 +261,11 @@ TEST_F(NativeBadInputTest, APackageThatWasMadeToDoHarmIsRefused)
 
     // 100 MB of nothing pack into 100 KB.
     std::vector<Entry> bomb = changed("\"place\": ", "\"place\": 1");
-    bomb[0] = {bomb[0].name, std::string(100'000'000, '\0'), true};
+    bomb[1] = {bomb[1].name, std::string(100'000'000, '\0'), true};
     expectRefused(bomb, "impossible size");
     bomb = sound;
-    bomb[1].packed = true;
-    bomb[1].content = "{\"x\":\"" + std::string(100'000'000, ' ');
+    bomb[2].packed = true;
+    bomb[2].content = "{\"x\":\"" + std::string(100'000'000, ' ');
     expectRefused(bomb, "\"manifest.json\"");
 }
 

@@ -8,12 +8,14 @@
 #include "Server/DataModel/DocumentOpener.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/DataModel/Transaction.h"
+#include "Server/Types/Uuid.h"
 #include "Tests/Server/DataModel/Native/NativeFixture.h"
 #include "Tests/Support/RealData.h"
 
 #include <boost/filesystem/operations.hpp>
 
 #include <cmath>
+#include <set>
 
 using namespace Vs;
 
@@ -94,14 +96,17 @@ TEST_F(NativeFileTest, APackageIsOneForEveryToolAndAlsoWhenAnotherPackedItAnew)
     const std::string digest = digestOf(*open(path)->activeAsset());
     DocumentMgr::get()->close(DocumentMgr::get()->document(0u));
     std::vector<Entry> entries = readPackage(path);
-    ASSERT_EQ(entries.size(), 2u);
-    EXPECT_FALSE(entries[0].packed);
+    ASSERT_EQ(entries.size(), 3u);
+    EXPECT_FALSE(entries[1].packed);
+    // Where everybody who tells files by their content looks for it.
+    const std::string type = "application/vnd.quillet.document";
+    EXPECT_EQ(contentOf(path).substr(30, 8 + type.size()), "mimetype" + type);
     if (boost::filesystem::exists("/usr/bin/unzip")) {
         const auto result = TestSupport::runProcess("/usr/bin/unzip", {"-t", Strings::narrow(path)});
         EXPECT_EQ(result.exitCode, 0) << result.output << result.errors;
     }
-    entries[0].packed = true;
-    writePackage(scratch("anew.tdsn"), {entries[1], entries[0]});
+    entries[1].packed = true;
+    writePackage(scratch("anew.tdsn"), {entries[2], entries[1], entries[0]});
     Document* opened = open(scratch("anew.tdsn"));
     ASSERT_NE(opened, nullptr) << message();
     EXPECT_EQ(digestOf(*opened->activeAsset()), digest);
@@ -124,13 +129,61 @@ TEST_F(NativeFileTest, OnlyTheModelThatChangedIsWrittenAnew)
     EXPECT_TRUE(changed->isDirty(false));
     ASSERT_TRUE(save(document)) << message();
     const std::vector<Entry> after = readPackage(document->path());
-    EXPECT_EQ(after[0].content, before[0].content);
-    EXPECT_NE(after[1].content, before[1].content);
+    EXPECT_EQ(after[1].content, before[1].content);
+    EXPECT_NE(after[2].content, before[2].content);
     // The first one's meshes and shapes come out of a file that has no name any more.
     EXPECT_NEAR(volumeOf(*kept), 10 * 20 * 30 + M_PI * 25 * 40, 1e-2);
     ASSERT_TRUE(save(document)) << message();
-    EXPECT_EQ(readPackage(document->path())[0].content, before[0].content);
+    EXPECT_EQ(readPackage(document->path())[1].content, before[1].content);
     EXPECT_EQ(componentsOf(*reopen(document)->asset(1)).size(), 2u);
+}
+
+TEST_F(NativeFileTest, EntriesThatThisVersionDoesNotKnowStayAsLongAsTheirTermsSay)
+{
+    std::vector<Entry> entries = readPackage(savedFile("plain.tdsn"));
+    const std::string guid =
+        Strings::narrow(fromUuid(NativeFile::summary(scratch("plain.tdsn"), status)->assets[0].guid));
+    std::string& manifest = entries.back().content;
+    const std::string list = "\"extras\": [";
+    ASSERT_NE(manifest.find(list), std::string::npos) << manifest;
+    manifest.insert(manifest.find(list) + list.size(),
+                    "{\"entry\": \"item.json\", \"until\": []},"
+                    "{\"entry\": \"drive.json\", \"until\": [\"moved\"]},"
+                    "{\"entry\": \"view.png\", \"asset\": \"" +
+                        guid +
+                        "\", \"until\": [\"changed\"]},"
+                        "{\"entry\": \"later.bin\", \"until\": [\"the moon is full\"]},"
+                        "{\"entry\": \"missing.bin\", \"until\": []},"
+                        "{\"entry\": \"manifest.json\", \"until\": []},"
+                        "{\"entry\": \"other.bin\", \"asset\": \"6ba7b810-9dad-11d1-80b4-00c04fd430c8\"},"
+                        "{\"asset\": 7}, 7");
+    const std::string content(3000, 'x');
+    for (const char* name : {"item.json", "drive.json", "view.png", "later.bin", "other.bin", "nobody.txt"})
+        entries.push_back({name, name + content, std::string(name) == "item.json"});
+    writePackage(scratch("extras.tdsn"), entries);
+    const auto extrasOf = [&](Document* document) {
+        std::set<std::string> names;
+        for (const Entry& entry : readPackage(document->path()))
+            if (entry.content.ends_with(content)) {
+                EXPECT_EQ(entry.content, entry.name + content);
+                names.insert(entry.name);
+            }
+        return names;
+    };
+    using Names = std::set<std::string>;
+    Document* document = open(scratch("extras.tdsn"));
+    ASSERT_NE(document, nullptr) << message();
+    document->activeAsset()->markDirty();
+    ASSERT_TRUE(save(document)) << message();
+    EXPECT_EQ(extrasOf(document), (Names{"item.json", "drive.json", "view.png"}));
+    document = reopen(document);
+    ASSERT_TRUE(saveAs(document, scratch("elsewhere.tdsn"))) << message();
+    EXPECT_EQ(extrasOf(document), (Names{"item.json", "view.png"}));
+    ModelBuilder(document->activeAsset()).box(1, 1, 1, {}, status);
+    ASSERT_TRUE(save(document)) << message();
+    EXPECT_EQ(extrasOf(document), (Names{"item.json"}));
+    ASSERT_TRUE(save(document)) << message();
+    EXPECT_EQ(extrasOf(reopen(document)), (Names{"item.json"}));
 }
 
 TEST_F(NativeFileTest, StepsGoOnBehindASaveAndMarkTheDocument)

@@ -142,11 +142,23 @@ TEST_F(SaveTest, AReadOnlyDocumentIsChangedOnlyIfNobodyMinds)
 TEST_F(SaveTest, AFileThatAnotherProgramChangedIsNotOverwrittenSilently)
 {
     Document* document = changedDocument("shared.tdsn");
-    const std::string mine = digestOf(*document->activeAsset());
-    // Another program saves as this one does, or writes into the file as it is.
+    Handler handler;
+    // Another date, or another file with the same in it, is no change.
+    fs::last_write_time(document->path(), fs::last_write_time(document->path()) - 100);
+    EXPECT_TRUE(save(document)) << message();
+    ModelBuilder(document->activeAsset()).box(3, 2, 1, {}, status);
     fs::copy_file(document->path(), scratch("theirs"));
     fs::rename(scratch("theirs"), document->path());
-    Handler handler;
+    EXPECT_TRUE(save(document)) << message();
+    EXPECT_TRUE(handler.asked.empty());
+
+    // Another program saves as this one does, or writes into the file as it is.
+    ModelBuilder(document->activeAsset()).box(1, 1, 1, {}, status);
+    const std::string mine = digestOf(*document->activeAsset());
+    std::string content = contentOf(document->path());
+    content[content.size() / 2] = static_cast<char>(content[content.size() / 2] ^ 1);
+    write("theirs", content);
+    fs::rename(scratch("theirs"), document->path());
     expectRefused(document, "another program has changed");
     overwrite(document->path(), "short");
     expectRefused(document, "another program has changed");
@@ -154,11 +166,54 @@ TEST_F(SaveTest, AFileThatAnotherProgramChangedIsNotOverwrittenSilently)
     EXPECT_EQ(digestOf(*reopen(document)->activeAsset()), mine);
 
     document = changedDocument("agreed.tdsn");
+    const std::string agreed = digestOf(*document->activeAsset());
     overwrite(document->path(), "short");
+    handler.answers["changed"] = eDocMgmtStop;
+    expectRefused(document, "was not saved");
+    EXPECT_TRUE(status.reported()) << "who stopped it knows";
     handler.answers["changed"] = eDocMgmtGoOn;
     EXPECT_TRUE(save(document)) << message();
     EXPECT_TRUE(save(document)) << message();
-    EXPECT_EQ(digestOf(*reopen(document)->activeAsset()), mine);
+    EXPECT_EQ(digestOf(*reopen(document)->activeAsset()), agreed);
+}
+
+TEST_F(SaveTest, AHandlerMaySendTheDocumentElsewhereInsteadOfOverwritingAFile)
+{
+    struct Elsewhere : IDocMgmtHandler
+    {
+        std::wstring path;
+        EDocMgmtOpCode onSavingReadOnlyFiles(const Documents& documents) override { return send(documents); }
+        EDocMgmtOpCode onSavingChangedFiles(const Documents& documents) override { return send(documents); }
+        EDocMgmtOpCode send(const Documents& documents) const
+        {
+            (*documents.begin())->path(path);
+            return eDocMgmtGoOn;
+        }
+    } handler;
+    for (const bool isProtected : {true, false}) {
+        Document* document = changedDocument("theirs.tdsn");
+        const std::wstring old = document->path();
+        const std::string digest = digestOf(*document->activeAsset());
+        if (isProtected)
+            chmod(Strings::narrow(old).c_str(), 0444);
+        else
+            overwrite(old, "theirs");
+        const std::string before = contentOf(old);
+        handler.path = scratch("no folder/mine.tdsn");
+        EXPECT_FALSE(save(document));
+        EXPECT_TRUE(oneMessage(handler.path, "doesn't exist"));
+        EXPECT_EQ(document->path(), old);
+        EXPECT_EQ(document->displayName(), L"theirs");
+        handler.path = scratch("mine.tdsn");
+        EXPECT_TRUE(save(document)) << message();
+        EXPECT_EQ(document->path(), handler.path);
+        EXPECT_EQ(document->displayName(), L"mine");
+        EXPECT_FALSE(document->isDirty(false));
+        EXPECT_TRUE(contentOf(old) == before);
+        EXPECT_EQ(digestOf(*reopen(document)->activeAsset()), digest);
+        DocumentMgr::get()->close(DocumentMgr::get()->document(0u));
+        fs::remove(old);
+    }
 }
 
 TEST_F(SaveTest, WhatIsOpenStaysWholeHoweverItsFileGoes)

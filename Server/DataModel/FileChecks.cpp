@@ -1,0 +1,21 @@
+#include "Server/DataModel/FileChecks.h"
+
+#include "Server/Base/Require.h"
+#include "Server/DataModel/Native/FileCheck.h"
+
+namespace Vs::FileChecks {
+
+Tasks& results()
+{
+    static auto* const tasks = new Tasks;
+    return *tasks;
+}
+
+void finish()
+{
+    assertMainThread();
+    Native::FileCheck::waitForAll();
+    results().flush();
+}
+
+} // namespace Vs::FileChecks

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Server/Base/Task.h"
+#include "Server/DataModel/DocumentEvents.h"
+
+namespace Vs {
+
+/// Hears of open documents whose files were found to be damaged where opening didn't look. The event's status
+/// says where, in one error; the document is as it was.
+class FileDamageEventSite : public EventSite
+{
+public:
+    virtual void fileDamaged(DocumentFailureEvent* event) = 0;
+};
+
+class FileDamageEventSource : public EventSource<FileDamageEventSite>
+{
+public:
+    static FileDamageEventSource* get()
+    {
+        static auto* const source = new FileDamageEventSource;
+        return source;
+    }
+    void fireFileDamaged(DocumentFailureEvent* event) { fire(&FileDamageEventSite::fileDamaged, event); }
+};
+
+} // namespace Vs
+
+/// Opening a native file reads what is shown, and leaves the rest alone, above all the exact data. Whether
+/// that is still as it was saved is looked at afterwards, on a thread that gets the processor and the disk
+/// when nobody else wants them.
+namespace Vs::FileChecks {
+
+/// Where what was found waits to be told: the main loop runs it. Never destroyed.
+[[nodiscard]] Tasks& results();
+
+/// Waits until every file that was opened so far has been looked at, and runs the results. Main thread.
+void finish();
+
+} // namespace Vs::FileChecks
