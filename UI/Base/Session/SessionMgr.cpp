@@ -36,9 +36,8 @@ SessionMgr::~SessionMgr()
 
 AssetSession* SessionMgr::getOpenAssetSession(const Vs::Asset* asset) const
 {
-    const auto found = std::find_if(m_assets.begin(), m_assets.end(),
-                                    [&](const auto& session) { return session->asset() == asset; });
-    return found == m_assets.end() ? nullptr : found->get();
+    const auto found = m_ofAsset.find(asset);
+    return found == m_ofAsset.end() ? nullptr : found->second;
 }
 
 AssetSession* SessionMgr::assetSession(Vs::Asset* asset)
@@ -51,6 +50,7 @@ AssetSession* SessionMgr::assetSession(Vs::Asset* asset)
     AssetSession* made =
         m_assets.emplace_back(std::make_unique<AssetSession>(asset, documentSession(asset->document())))
             .get();
+    m_ofAsset[asset] = made;
     // Whoever is told of the new command manager finds the session in its place.
     made->m_commands = std::make_unique<CommandMgr>(made);
     SessionEvent event(made);
@@ -71,10 +71,10 @@ DocumentSession* SessionMgr::documentSession(Vs::Document* document)
     Vs::assertMainThread();
     if (!document)
         return nullptr;
-    for (const auto& session : m_documents)
-        if (session->document() == document)
-            return session.get();
+    if (const auto found = m_ofDocument.find(document); found != m_ofDocument.end())
+        return found->second;
     DocumentSession* made = m_documents.emplace_back(std::make_unique<DocumentSession>(document)).get();
+    m_ofDocument[document] = made;
     made->firstSave(!document->isOnDisk());
     return made;
 }
@@ -96,9 +96,8 @@ std::vector<DocumentSession*> SessionMgr::documentSessions() const
 
 bool SessionMgr::isLeaving(const Vs::Document* document) const
 {
-    const auto found = std::find_if(m_documents.begin(), m_documents.end(),
-                                    [&](const auto& session) { return session->document() == document; });
-    return found != m_documents.end() && (*found)->leaving();
+    const auto found = m_ofDocument.find(document);
+    return found != m_ofDocument.end() && found->second->leaving();
 }
 
 std::vector<Vs::Document*> SessionMgr::openDocuments() const
@@ -180,6 +179,7 @@ void SessionMgr::close(AssetSession* session)
     SessionEventSource::get()->fireSessionClosed(&event);
     if (session == m_current)
         currentAssetSession(nullptr);
+    m_ofAsset.erase(session->asset());
     std::erase_if(m_assets, [&](const auto& owned) { return owned.get() == session; });
 }
 
@@ -196,6 +196,7 @@ void SessionMgr::documentClosed(Vs::DocumentEvent* event)
     for (unsigned i = 0; i < document->assets(); ++i)
         if (AssetSession* session = getOpenAssetSession(document->asset(i)))
             close(session);
+    m_ofDocument.erase(document);
     std::erase_if(m_documents, [&](const auto& session) { return session->document() == document; });
 }
 

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Vs {
@@ -77,6 +78,9 @@ private:
 
     std::vector<std::unique_ptr<DocumentSession>> m_documents;
     std::vector<std::unique_ptr<AssetSession>> m_assets;
+    // The same, by what they are of.
+    std::unordered_map<const Vs::Document*, DocumentSession*> m_ofDocument;
+    std::unordered_map<const Vs::Asset*, AssetSession*> m_ofAsset;
     std::unique_ptr<Clipboard> m_clipboard;
     AssetSession* m_current = nullptr;
     bool m_active = false;
