@@ -76,7 +76,7 @@ TEST(BadInputTest, EachLineThatCannotRunIsOneMessageWithItsCause)
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"Camera.Dump \"x", "not closed"},
         {"Camera.Dump " + std::string("\"") + std::string(1000000, 'x'), "not closed"},
-        {std::string(1000000, 'x'), "is no command"},
+        {std::string(1000000, 'x'), "is not a command"},
         {"NoArea.Name", "\"NoArea\""},
         {"Camera.NoName", "\"Camera.NoName\""},
         {"Camera.Set a b", "parameter 1"},

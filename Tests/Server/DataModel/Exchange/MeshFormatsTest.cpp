@@ -310,7 +310,7 @@ TEST_F(MeshFormatsTest, ADamagedFileIsRefusedWithItsCause)
 
     expectFault(write("points.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\n"), "no triangles");
     expectFault(write("indices.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 9\n"), "line 4");
-    expectFault(write("number.obj", "v nan 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\n"), "no numbers");
+    expectFault(write("number.obj", "v nan 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\n"), "aren't numbers");
 
     expectFault(write("one.wrl", "#VRML V1.0 ascii\nCube {}\n"), "VRML 1.0");
     expectFault(write("empty.wrl", "#VRML V2.0 utf8\n"), "");

@@ -242,8 +242,8 @@ TEST_F(NativeBadInputTest, AManifestThatDoesNotFitIsRefused)
     expectRefused(with("{", ""), "table of contents");
     expectRefused({sound[0]}, "\"manifest.json\" is missing");
     expectRefused({{"manifest.json", std::string(600, '[') + "0123456789abcdef", true}}, "table of contents");
-    expectRefused(write("empty.tdsn", ""), "no package");
-    expectRefused(write("noise.tdsn", std::string(100000, 'x')), "no package");
+    expectRefused(write("empty.tdsn", ""), "not a package");
+    expectRefused(write("noise.tdsn", std::string(100000, 'x')), "not a package");
 }
 
 TEST_F(NativeBadInputTest, APackageThatWasMadeToDoHarmIsRefused)

@@ -273,7 +273,7 @@ TEST_F(NativeFileTest, ASummaryTellsTheContentsWithoutOpeningAnything)
     EXPECT_EQ(DocumentMgr::get()->documents(), 0u);
     EXPECT_TRUE(NativeFile::isNative(path));
     EXPECT_FALSE(NativeFile::summary(write("noise.tdsn", "noise"), status));
-    EXPECT_TRUE(oneMessage(L"noise.tdsn", "no package"));
+    EXPECT_TRUE(oneMessage(L"noise.tdsn", "not a package"));
 }
 
 TEST_F(NativeFileTest, ACopyOfAnOpenFileIsADocumentOfItsOwn)

@@ -282,7 +282,7 @@ TEST_F(SaveTest, APlaceThatIsNoFileIsRefused)
     EXPECT_TRUE(oneMessage(L"folder.tdsn", "folder of that name"));
     ASSERT_EQ(mkfifo((folder.path() / "pipe.tdsn").c_str(), 0600), 0);
     EXPECT_FALSE(saveAs(document, scratch("pipe.tdsn")));
-    EXPECT_TRUE(oneMessage(L"pipe.tdsn", "no ordinary file"));
+    EXPECT_TRUE(oneMessage(L"pipe.tdsn", "not an ordinary file"));
     EXPECT_EQ(open(scratch("pipe.tdsn")), nullptr) << "and nobody waits for one to be filled";
     EXPECT_EQ(open(scratch("folder.tdsn")), nullptr);
     EXPECT_FALSE(saveAs(document, L"/proc/quillet.tdsn"));

@@ -102,11 +102,11 @@ TEST_F(ExportTest, TheRefinementOfADesignsExportIsCheckedAndKept)
     EXPECT_GT(size(L"20,0.001,5"), usual);
     EXPECT_EQ(size(L"20,0.001,21.5,56.401283"), usual);
     for (const wchar_t* wrong : {L"fine", L"20,-1", L"1,1,1,1,1", L"20,,3", L"nan"})
-        EXPECT_NE(failure(L"Design.Export " + scratch(L"w.stl") + L" " + wrong).find(L"is no refinement"),
+        EXPECT_NE(failure(L"Design.Export " + scratch(L"w.stl") + L" " + wrong).find(L"is not a refinement"),
                   std::wstring::npos);
     EXPECT_FALSE(boost::filesystem::exists(scratch(L"w.stl")));
     EXPECT_EQ(answer(L"Design.Unit"), L"millimetres");
-    EXPECT_NE(failure(L"Design.Unit yard").find(L"is no unit"), std::wstring::npos);
+    EXPECT_NE(failure(L"Design.Unit yard").find(L"is not a unit"), std::wstring::npos);
 }
 
 TEST_F(ExportTest, AFolderThatIsNotThereFailsWithTheFilesName)

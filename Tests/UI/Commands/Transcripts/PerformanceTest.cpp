@@ -116,7 +116,7 @@ TEST_F(PerformanceLines, LeaveReferencesThatTheyCannotUse)
         {"[]", L"this is not a JSON object"},
         {"{\"format\": 1}", L"this is not a file of references"},
         {"{\"format\": 99, \"references\": {}}", L"a later version"},
-        {"{\"format\": 1, \"references\": {\"ElapsedTime a_while\": 7}}", L"is no object of values"},
+        {"{\"format\": 1, \"references\": {\"ElapsedTime a_while\": 7}}", L"is not an object of values"},
         {"{\"format\": 1, \"references\": {\"ElapsedTime a_while\": {\"value\": []}}}", L"neither a number"},
         {"{\"format\": 1, \"references\": {\"ElapsedTime a_while\": {\"value\": 1}}}", L"its calibration"},
     };
