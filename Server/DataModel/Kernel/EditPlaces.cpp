@@ -1,11 +1,11 @@
 #include "Server/DataModel/Kernel/EditPlaces.h"
 
+#include "Server/DataModel/Kernel/MirrorShape.h"
 #include "Server/DataModel/Kernel/Occurrence.h"
 #include "Server/DataModel/Kernel/PartShape.h"
 #include "Server/DataModel/Kernel/XdeEdit.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
-#include <BRepBuilderAPI_Transform.hxx>
 #include <TDF_LabelDataMap.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
@@ -95,10 +95,8 @@ public:
 private:
     TDF_Label imageOfPart(const TDF_Label& part)
     {
-        BRepBuilderAPI_Transform image(bodyShape(part), m_own, true);
-        return clonePart(m_document, part, image.Shape(), [&](const TopoDS_Shape& each) {
-            return std::vector<TopoDS_Shape>{image.ModifiedShape(each)};
-        });
+        const MadeShape image = mirrored(bodyShape(part), m_own, nameOf(part));
+        return clonePart(m_document, part, image.shape, image.successors);
     }
 
     TDF_Label imageOfAssembly(const TDF_Label& assembly)

@@ -14,6 +14,7 @@
 #include <Geom_BSplineCurve.hxx>
 #include <Geom_Line.hxx>
 #include <Geom_TrimmedCurve.hxx>
+#include <Poly_Triangulation.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
@@ -128,6 +129,25 @@ void writeOpenSolid(const std::string& path)
     builder.MakeSolid(solid);
     builder.Add(solid, shell);
     write(solid, path);
+}
+
+void writeSeveralSolids(const std::string& path)
+{
+    write(together({BRepPrimAPI_MakeBox(10, 10, 10).Solid(),
+                    BRepPrimAPI_MakeCone(gp_Ax2(gp_Pnt(30, 0, 0), gp::DZ()), 6, 2, 10).Solid()}),
+          path);
+}
+
+void writeMixed(const std::string& path)
+{
+    const Handle(Poly_Triangulation) mesh = new Poly_Triangulation(4, 2, false);
+    for (int i = 0; i < 4; ++i)
+        mesh->SetNode(i + 1, gp_Pnt(20 + 5 * (i % 2), 5 * (i / 2), 1));
+    mesh->SetTriangle(1, Poly_Triangle(1, 2, 4));
+    mesh->SetTriangle(2, Poly_Triangle(1, 4, 3));
+    TopoDS_Face face;
+    BRep_Builder().MakeFace(face, mesh);
+    write(together({BRepPrimAPI_MakeBox(10, 10, 10).Solid(), face}), path);
 }
 
 void writeDegenerate(const std::string& path)

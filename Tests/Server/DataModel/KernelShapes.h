@@ -21,6 +21,10 @@ void writePerforatedPlane(const std::string& path);
 void writeEdges(const std::string& path);
 /// A box of 10 mm without its top: a solid that is open.
 void writeOpenSolid(const std::string& path);
+/// A box of 10 mm and a cone beside it, as one part.
+void writeSeveralSolids(const std::string& path);
+/// A box of 10 mm and, beside it, a face that is made of two triangles alone.
+void writeMixed(const std::string& path);
 /// A square of 10 mm beside an edge of 1e-8 mm.
 void writeDegenerate(const std::string& path);
 

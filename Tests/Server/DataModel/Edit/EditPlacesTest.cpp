@@ -1,6 +1,7 @@
 #include "Server/Body/Body.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Tests/Server/DataModel/Edit/EditFixture.h"
+#include "Tests/Server/DataModel/KernelShapes.h"
 #include "Tests/Support/RealData.h"
 
 #include <numbers>
@@ -152,6 +153,50 @@ TEST_F(EditPlacesTest, NonsenseIsRefusedWithAReason)
     Vs::Status own;
     EXPECT_FALSE(request->execute(other, own));
     request->destroy();
+}
+
+// The sum of the tetrahedra below the triangles, which is below zero if those face inwards.
+double volumeWithin(const Vs::BodyMesh& mesh, const GkMatrix3d& place)
+{
+    double volume = 0;
+    for (size_t i = 0; i < mesh.triangles.size(); i += 3) {
+        GkVector3d corner[3];
+        for (size_t k = 0; k < 3; ++k) {
+            const float* p = &mesh.positions[size_t(mesh.triangles[i + k]) * 3];
+            corner[k] = (place * GkPoint3d(p[0], p[1], p[2])).asVector();
+        }
+        volume += corner[0].dotProduct(corner[1].crossProduct(corner[2])) / 6;
+    }
+    return volume;
+}
+
+TEST_F(EditPlacesTest, TheImageOfTrianglesIsOnTheOtherSideAndFacesOutwards)
+{
+    const std::wstring stl = write(
+        "corner.stl", "solid\nfacet normal 0 0 -1\nouter loop\nvertex 0 0 0\nvertex 0 6 0\nvertex 6 0 0\n"
+                      "endloop\nendfacet\nfacet normal 0 -1 0\nouter loop\nvertex 0 0 0\nvertex 6 0 0\n"
+                      "vertex 0 0 6\nendloop\nendfacet\nfacet normal -1 0 0\nouter loop\nvertex 0 0 0\n"
+                      "vertex 0 0 6\nvertex 0 6 0\nendloop\nendfacet\nfacet normal 1 1 1\nouter loop\n"
+                      "vertex 6 0 0\nvertex 0 6 0\nvertex 0 0 6\nendloop\nendfacet\nendsolid\n");
+    KernelShapes::writeMixed(Vs::Strings::narrow(scratch("mixed.brep")));
+    for (const std::wstring& file : {stl, scratch("mixed.brep")}) {
+        SCOPED_TRACE(Vs::Strings::narrow(file));
+        Vs::Document* document = open(file);
+        ASSERT_TRUE(document) << status.toString().c_str();
+        Vs::Asset& asset = *document->activeAsset();
+        const Vs::Component* part = componentsOf(asset).back();
+        const auto before = part->body->mesh();
+        const std::vector<std::string> added = edit(asset, Vs::MirrorEdit{{part->id}, {-1, 0, 0}, {1, 0, 0}});
+        ASSERT_EQ(added.size(), 1u);
+        const Vs::Component* image = componentsOf(asset).back();
+        ASSERT_EQ(image->id, added.front());
+        const auto after = image->body->mesh();
+        const GkMatrix3d place = *Vs::placementOf(Vs::ObjectPath{.component = image->id}, asset);
+        EXPECT_NEAR(volumeWithin(*after, place), volumeWithin(*before, {}), 1e-3);
+        EXPECT_EQ(after->faces.size(), before->faces.size());
+        for (size_t i = 0; i < after->positions.size(); i += 3)
+            EXPECT_LT((place * GkPoint3d(after->positions[i], 0, 0)).x, -2 + 1e-6);
+    }
 }
 
 } // namespace

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Server/DataModel/Kernel/MadeShape.h"
+
+#include <gp_Trsf.hxx>
+
+#include <string>
+
+namespace Vs::Kernel {
+
+/// The image of a shape, whose faces may be exact or made of triangles alone, under a motion that mirrors.
+/// `name` is that of the part. Throws EditError. Main thread.
+MadeShape mirrored(const TopoDS_Shape& shape, const gp_Trsf& mirror, const std::wstring& name);
+
+} // namespace Vs::Kernel
