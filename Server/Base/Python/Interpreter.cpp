@@ -350,8 +350,8 @@ bool Interpreter::threadsEnded()
         if (!waitedFor.empty())
             warn(L"Scripts have left threads running, which end with the program: " + waitedFor + L'.');
         return left.empty();
-    } catch (py::error_already_set&) {
-        return false;
+    } catch (const std::exception&) {
+        return false; // Scripts may have put anything in the place of Python's own modules.
     }
 }
 

@@ -23,6 +23,8 @@ private:
     pybind11::module_ m_sys;
     pybind11::module_ m_module;
     pybind11::str m_folder;
+    pybind11::dict m_modules;
+    pybind11::list m_path;
     pybind11::object m_moduleBefore;
     pybind11::object m_argumentsBefore;
 };

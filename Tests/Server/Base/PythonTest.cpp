@@ -143,6 +143,13 @@ TEST_F(PythonTest, GivesEachScriptAFreshMainAndItsFolder)
                                 "result = [__file__ == sys.argv[0], sys.path.count(__file__[:-8])]\n");
     EXPECT_EQ(runFile(script), L"[True, 1]");
     EXPECT_EQ(runFile(script), L"[True, 1]");
+    // Whatever it leaves of the interpreter's own is put back.
+    for (const char* vandal :
+         {"sys.path = None", "del sys.path", "del sys.modules", "sys.modules = 3", "del sys.argv"}) {
+        SCOPED_TRACE(vandal);
+        runFile(folder.write("vandal.py", std::string("import sys\n") + vandal));
+        EXPECT_EQ(runFile(script), L"[True, 1]");
+    }
     run("kept = 5");
     EXPECT_EQ(run("result = kept"), L"5");
     EXPECT_EQ(run("pass"), L"");
