@@ -5,7 +5,6 @@
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
 #include "Server/Translate/ObjLibraries.h"
-#include "Server/Translate/ReplacedFile.h"
 
 #include <RWGltf_CafReader.hxx>
 #include <RWObj_CafReader.hxx>
@@ -19,7 +18,6 @@
 #include <cstring>
 #include <filesystem>
 #include <new>
-#include <optional>
 
 namespace Vs::Translate {
 
@@ -149,37 +147,27 @@ bool mayReferToFiles(std::string_view json)
     return false;
 }
 
-struct Libraries
-{
-    /// The text without the names of those that lie elsewhere; empty if it is as in the file.
-    std::string text;
-    std::vector<std::string> refused;
-};
-
-// Tells of the files of colours beside the file.
-Libraries takeLibraries(const std::string& path, Reporter& reporter)
+// Tells of the files of colours beside the file, and gives those that lie elsewhere: the kernel asks for them
+// too, and the worker's wall refuses them.
+std::vector<std::string> takeLibraries(const std::string& path, Reporter& reporter)
 {
     const fs::path folder = fs::path(path).parent_path();
     const MappedFile file(path);
-    Libraries found{joinedObjLines(file.bytes()), {}};
-    const std::string joined = found.text;
-    for (const ObjLibraryLine& line : objLibraryLines(joined.empty() ? file.bytes() : joined)) {
-        const bool beside = std::all_of(line.names.begin(), line.names.end(), [&](std::string name) {
+    const std::string joined = joinedObjLines(file.bytes());
+    std::vector<std::string> elsewhere;
+    for (const std::vector<std::string>& names : objLibraries(joined.empty() ? file.bytes() : joined)) {
+        const bool beside = std::all_of(names.begin(), names.end(), [&](std::string name) {
             // As other systems write it.
             std::replace(name.begin(), name.end(), '\\', '/');
             return liesBeside(path, folder / name);
         });
-        if (beside) {
-            for (const std::string& name : line.names)
+        if (!beside)
+            elsewhere.push_back(names.front());
+        else
+            for (const std::string& name : names)
                 reporter.dependsOn((folder / name).string());
-            continue;
-        }
-        if (found.text.empty())
-            found.text = file.bytes();
-        found.refused.push_back(line.names.front());
-        found.text.replace(line.begin, line.size, line.size, ' ');
     }
-    return found;
+    return elsewhere;
 }
 
 // A GLB file begins with "glTF", its version and its length, each of four bytes.
@@ -199,18 +187,15 @@ void checkComplete(std::string_view bytes)
 Reading readObj(const std::string& path, Reporter& reporter)
 {
     reporter.stage("reading the file", 0.0, 0.7);
-    Libraries libraries = takeLibraries(path, reporter);
-    std::optional<ReplacedFile> changed;
-    if (!libraries.text.empty())
-        changed.emplace(path, std::move(libraries.text));
+    std::vector<std::string> refused = takeLibraries(path, reporter);
     const Handle(RWObj_CafReader) reader = new RWObj_CafReader;
     // Coordinates have no unit; as nearly everybody does, they are taken for millimetres with y upwards.
     reader->SetFileLengthUnit(kMillimetre);
     Reading reading = readMesh(*reader, "OBJ", path, "holds no triangles", reporter);
     for (int i = 1; i <= reader->ExternalFiles().Extent(); ++i)
         if (const char* other = reader->ExternalFiles()(i).ToCString(); !liesBeside(path, other))
-            libraries.refused.push_back(other);
-    for (const std::string& other : libraries.refused)
+            refused.push_back(other);
+    for (const std::string& other : refused)
         reading.warnings.push_back(refusalOf(other) + ", which was not read");
     if (MappedFile(path).bytes().back() != '\n')
         reading.warnings.push_back("ends in the middle of a line, and may be cut off");

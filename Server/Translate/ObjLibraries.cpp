@@ -22,10 +22,10 @@ std::vector<std::string> namesIn(std::string_view rest)
 
 } // namespace
 
-std::vector<ObjLibraryLine> objLibraryLines(std::string_view text)
+std::vector<std::vector<std::string>> objLibraries(std::string_view text)
 {
     constexpr std::string_view kWord = "mtllib";
-    std::vector<ObjLibraryLine> lines;
+    std::vector<std::vector<std::string>> lines;
     for (size_t at = text.find(kWord); at != std::string_view::npos; at = text.find(kWord, at + 1)) {
         std::string_view rest = text.substr(at + kWord.size());
         rest = rest.substr(0, rest.find('\n'));
@@ -33,7 +33,7 @@ std::vector<ObjLibraryLine> objLibraryLines(std::string_view text)
         if (first == std::string_view::npos)
             continue;
         rest = rest.substr(first, rest.find_last_not_of(kBlanks) + 1 - first);
-        lines.push_back({at + kWord.size() + first, rest.size(), namesIn(rest)});
+        lines.push_back(namesIn(rest));
     }
     return lines;
 }
