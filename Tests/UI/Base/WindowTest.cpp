@@ -41,6 +41,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QPointer>
 #include <QToolButton>
 #include <QTreeView>
 #include <QUrl>
@@ -399,6 +400,22 @@ TEST_F(WindowTest, ContentsThatSomebodyBringsStandInTheirAreaAndAPageOfAreasScro
     EXPECT_EQ(widget->height(), 3000);
     EXPECT_LT(window->widget()->height(), 2000);
     WorkspaceMgr::get()->closeAll();
+}
+
+TEST_F(WindowTest, TheCommandLineKeepsTheKeyboardThroughAnotherLayout)
+{
+    WorkspaceWindow* window = windowWith({"GraphicsCanvas", "TextCommands"});
+    auto* line = window->widget()->findChild<QLineEdit*>(QStringLiteral("commandLine"));
+    ASSERT_NE(line, nullptr);
+    line->setFocus();
+    auto* layout = new Layout;
+    layout->addChild(std::make_unique<Area>(L"Canvas", Area::graphicsCanvas()));
+    layout->addChild(std::make_unique<Area>(L"Line", Vs::UniqueString::find("TextCommands")));
+    ArrangementMgr* arrangements = window->arrangementManager();
+    arrangements->arrangement(Arrangement::make(arrangements, layout));
+    const QPointer<QWidget> before = line->parentWidget()->parentWidget();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !before; }));
+    EXPECT_EQ(window->widget()->focusWidget(), line);
 }
 
 TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)

@@ -20,11 +20,11 @@ void runFromContextMenu(std::wstring_view key, const std::map<const char*, std::
     CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(key);
     CommandContext context = CommandContext::activeContext();
     context.accessPoint(ECommandAccessPoint::ContextMenu);
-    if (!definition || !definition->isAvailable(&context))
-        return;
+    // Whether a command can run depends on what it is to work on.
     for (const auto& [name, value] : arguments)
         context.addArgument(Vs::UniqueString::find(name, true), value);
-    definition->executeLater(context);
+    if (definition && definition->isAvailable(&context))
+        definition->executeLater(context);
 }
 
 void addContextCommand(QMenu& menu, const CommandDefinition& definition)

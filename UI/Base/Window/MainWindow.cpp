@@ -47,6 +47,7 @@
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QScreen>
 #include <QScrollArea>
@@ -252,10 +253,11 @@ QWidget* MainWindow::enclose(const Area& area, QWidget* inner)
 void MainWindow::rebuild()
 {
     m_rebuildTimer.stop();
+    // Asked first: a widget that gets another parent gives the keyboard up.
+    const bool lineHadFocus = m_commandBox && focusWidget() == m_commandBox->edit();
     keepPersistentWidgets();
     m_buttons.clear();
     m_environment = activeEnvironment();
-    const bool lineHadFocus = m_commandBox && m_commandBox->hasFocus();
     delete takeCentralWidget();
     Arrangement* arrangement = m_owner->activeArrangement();
     const AreaBuilder builder{[this](Area& area, QWidget* parent) { return contents(area, parent); },
@@ -268,7 +270,7 @@ void MainWindow::rebuild()
     QWidget* central = arrangement ? builder.build(*arrangement->layout(), this) : nullptr;
     setCentralWidget(central ? central : new QWidget(this));
     if (lineHadFocus)
-        m_commandBox->setFocus();
+        m_commandBox->edit()->setFocus();
     tellUnknownCommands();
     m_panel->refresh();
     refresh();

@@ -7,6 +7,8 @@
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStyle>
+#include <QStyleOptionViewItem>
 
 #include <optional>
 #include <random>
@@ -85,6 +87,42 @@ TEST_F(ComponentsInTheBrowser, ANameThatIsTypedIsThatOfTheOneItem)
     type(item(L"Lid"), " ");
     EXPECT_TRUE(item(L"Lid").isValid());
     EXPECT_FALSE(tree->model()->flags(tree->model()->index(1, 0)) & Qt::ItemIsEditable);
+}
+
+TEST_F(ComponentsInTheBrowser, AreHiddenAndShownByTheirCheckMarksWhateverIsSelected)
+{
+    const auto isShown = [](const std::wstring& name) {
+        return asset()->findComponent(path(name).component)->visible;
+    };
+    const auto clickMark = [&](const std::wstring& name) {
+        tree->scrollTo(item(name));
+        QApplication::processEvents();
+        QStyleOptionViewItem option;
+        option.initFrom(tree);
+        option.rect = tree->visualRect(item(name));
+        option.features = QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+        const QRect mark =
+            tree->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, tree);
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, mark.center());
+        Vu::Application::get()->flushDeferredTasks();
+        QApplication::processEvents();
+    };
+    for (const Texts& others : {Texts{}, Texts{L"Box1"}}) {
+        for (const bool shown : {false, true}) {
+            select(others);
+            clickMark(L"Box2");
+            EXPECT_EQ(isShown(L"Box2"), shown);
+            EXPECT_TRUE(isShown(L"Box1"));
+        }
+        // The key of the item that has the keyboard does the same.
+        select(others);
+        tree->selectionModel()->setCurrentIndex(item(L"Box3"), QItemSelectionModel::NoUpdate);
+        for (const bool shown : {false, true}) {
+            QTest::keyClick(tree, Qt::Key_Space);
+            Vu::Application::get()->flushDeferredTasks();
+            EXPECT_EQ(isShown(L"Box3"), shown);
+        }
+    }
 }
 
 TEST_F(ComponentsInTheBrowser, TheKeyAndTheMenuDelete)
