@@ -23,6 +23,7 @@
 #include "UI/Base/View/CursorController.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/View/ViewMgr.h"
 #include "UI/Base/Workspace/Private/CanvasHost.h"
 #include "UI/Base/Workspace/ShellMgr.h"
@@ -154,6 +155,12 @@ class CanvasesOfWindows : public CanvasHost
 {
 public:
     std::shared_ptr<GraphicsCanvas> make() override { return std::make_shared<GraphicsCanvas>(); }
+    void inSight(const std::vector<GraphicsCanvas*>& canvases, bool value) override
+    {
+        for (GraphicsCanvas* canvas : canvases)
+            canvas->inSight(value);
+        SplitViewMgr::get()->sightChanged(canvases);
+    }
     void invalidateAll() override
     {
         for (GraphicsCanvas* canvas : all())

@@ -68,6 +68,14 @@ Rendra::Graphics::GroupNode* AssetGraphicsView::createScene()
     return m_node.get();
 }
 
+GraphicsView* AssetGraphicsView::makeAnother()
+{
+    GraphicsView* made = m_session->createView();
+    if (made)
+        made->copyCamera(*this);
+    return made;
+}
+
 void AssetGraphicsView::releaseScene()
 {
     if (!m_node)

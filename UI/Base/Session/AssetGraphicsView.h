@@ -25,6 +25,7 @@ public:
     void releaseScene() override;
 
 private:
+    GraphicsView* makeAnother() override;
     explicit AssetGraphicsView(AssetSession* session) : m_session(session) {}
 
     AssetSession* m_session;

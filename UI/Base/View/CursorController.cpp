@@ -98,9 +98,7 @@ void CursorController::updateCanvases()
 {
     const std::vector<CursorController*>& controllers = enabledControllers(true);
     const Vs::CursorResource* shown = controllers.empty() ? nullptr : controllers.back()->m_cursor;
-    std::vector<GraphicsCanvas*> canvases;
-    GraphicsCanvas::allCanvases(canvases);
-    for (const GraphicsCanvas* canvas : canvases)
+    for (const GraphicsCanvas* canvas : GraphicsCanvas::existingCanvases())
         if (CanvasSurface* surface = canvas->surface())
             surface->pointer(shown);
 }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace Vu {
 namespace {
@@ -44,11 +45,20 @@ GraphicsCanvas::~GraphicsCanvas()
 
 void GraphicsCanvas::allCanvases(std::vector<GraphicsCanvas*>& canvases)
 {
-    canvases.insert(canvases.end(), canvasList().begin(), canvasList().end());
+    std::copy_if(canvasList().begin(), canvasList().end(), std::back_inserter(canvases),
+                 [](const GraphicsCanvas* canvas) { return canvas->m_inSight; });
+}
+
+const std::vector<GraphicsCanvas*>& GraphicsCanvas::existingCanvases()
+{
+    return canvasList();
 }
 
 void GraphicsCanvas::view(GraphicsView* view, bool fit, bool repaint)
 {
+    if (view && view != m_view && view->m_canvas && view->m_canvas->m_inSight && m_inSight)
+        if (GraphicsView* other = view->another(m_view))
+            view = other;
     if (view != m_view) {
         if (m_view)
             m_view->m_canvas = nullptr;
@@ -62,6 +72,7 @@ void GraphicsCanvas::view(GraphicsView* view, bool fit, bool repaint)
             view->m_shownBefore = true;
         }
     }
+    SplitViewMgr::get()->viewChanged(this);
     if (repaint)
         repaintNow();
     else

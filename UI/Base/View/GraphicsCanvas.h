@@ -23,13 +23,23 @@ public:
     GraphicsCanvas();
     ~GraphicsCanvas() override;
 
-    /// All canvases, in the order in which they were made.
+    /// Adds all canvases but those of arrangements that no window shows now, in the order in which they were
+    /// made.
     static void allCanvases(std::vector<GraphicsCanvas*>& canvases);
+    /// Those as well.
+    static const std::vector<GraphicsCanvas*>& existingCanvases();
 
     GraphicsView* view() const { return m_view; }
-    /// Shows another view, or none. With `fit`, a view that was never shown is framed; with `repaint`, it is
-    /// drawn at once rather than at the end of the event.
+    /// Shows another view, or none. A view that a canvas in sight shows already stays there, and this one
+    /// shows one more of the same (GraphicsView::another); of what there is but one view, it goes over to
+    /// this canvas. With `fit`, a view that was never shown is framed; with `repaint`, it is drawn at once
+    /// rather than at the end of the event.
     void view(GraphicsView* view, bool fit, bool repaint);
+
+    /// False while the canvas belongs to an arrangement that its window doesn't show.
+    bool inSight() const { return m_inSight; }
+    /// For the arrangement's window.
+    void inSight(bool value) { m_inSight = value; }
 
     /// In logical pixels. A canvas without a widget has the size that a new window would give it.
     int width() const;
@@ -62,6 +72,7 @@ private:
     GraphicsView* m_view = nullptr;
     std::optional<CanvasBand> m_band;
     std::unique_ptr<CanvasSurface> m_surface;
+    bool m_inSight = true;
 };
 
 } // namespace Vu

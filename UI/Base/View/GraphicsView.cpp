@@ -14,6 +14,7 @@
 #include "UI/Base/View/MouseEvents.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/View/TransitionMgr.h"
+#include "UI/Base/View/ViewMgr.h"
 
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/filesystem/operations.hpp>
@@ -60,9 +61,9 @@ GraphicsView::GraphicsView() = default;
 
 GraphicsView::~GraphicsView()
 {
+    SplitViewMgr::get()->forget(this);
     if (m_canvas)
         m_canvas->view(nullptr, false, false);
-    SplitViewMgr::get()->forget(this);
 }
 
 void GraphicsView::addFragment(Vs::StrongRef<Vs::Scene::ViewFragment> fragment)
@@ -162,6 +163,21 @@ void GraphicsView::restartHighlighting() const
     if (m_canvas)
         Application::get()->deferredTasks()->post(
             [canvas = m_canvas] { MouseEventSource::get()->repeatMove(canvas); });
+}
+
+GraphicsView* GraphicsView::another(GraphicsView* preferred)
+{
+    if (!m_manager)
+        return nullptr;
+    if (preferred && preferred->m_manager == m_manager)
+        return preferred;
+    for (View* each : m_manager->views())
+        if (auto* view = Vs::cast<GraphicsView>(each); view && !view->m_canvas)
+            return view;
+    GraphicsView* made = makeAnother();
+    if (made)
+        made->m_shownBefore = m_shownBefore; // It begins with a camera that is fitted.
+    return made;
 }
 
 void GraphicsView::copyCamera(const GraphicsView& from)

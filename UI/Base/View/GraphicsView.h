@@ -23,6 +23,7 @@ namespace Vu {
 
 class GraphicsCanvas;
 class MouseOverlay;
+class ViewMgr;
 
 /// What a canvas shows: a scene, seen through one or more view fragments, each with a camera of its own.
 class GraphicsView : public Vs::Implements<GraphicsView, View, Vs::Scene::INodeSource>
@@ -66,6 +67,12 @@ public:
     /// The canvas that shows this view; null if none does.
     GraphicsCanvas* canvas() const { return m_canvas; }
 
+    /// The manager that owns this view; null for one that stands alone.
+    ViewMgr* viewManager() const { return m_manager; }
+    /// A view on the same thing for a second canvas: `preferred`, which may be null, if it is one, or else
+    /// one that no canvas shows, or a new one. Null if there can be no other.
+    GraphicsView* another(GraphicsView* preferred);
+
     /// Of the canvas that shows it, in logical pixels; 1 without one.
     double canvasWidth() const;
     double canvasHeight() const;
@@ -83,9 +90,12 @@ public:
 protected:
     /// Not owned; must stay as long as the view, or until null is given.
     void mouseOverlay(MouseOverlay* overlay) { m_overlay = overlay; }
+    /// A new view on the same thing, with this one's camera, of the same manager; null if there can be none.
+    virtual GraphicsView* makeAnother() { return nullptr; }
 
 private:
     friend class GraphicsCanvas;
+    friend class ViewMgr;
 
     std::vector<Vs::Scene::ViewFragment*> modelFragments() const;
     void contentChanged();
@@ -93,6 +103,7 @@ private:
     std::vector<Vs::StrongRef<Vs::Scene::ViewFragment>> m_owned;
     std::vector<Vs::Scene::ViewFragment*> m_fragments;
     GraphicsCanvas* m_canvas = nullptr;
+    ViewMgr* m_manager = nullptr;
     MouseOverlay* m_overlay = nullptr;
     std::vector<uint64_t> m_seen; ///< Of each fragment, what update() saw last.
     uint64_t m_fitRevision = 0;   ///< Of the camera, after the last fit.

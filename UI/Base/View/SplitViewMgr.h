@@ -4,6 +4,7 @@
 #include "Server/Scene/Camera.h"
 
 #include <string>
+#include <vector>
 
 namespace Vu {
 
@@ -17,7 +18,8 @@ class SplitViewMgr : public Vs::Implements<SplitViewMgr>, private Vs::Scene::Cam
 public:
     static SplitViewMgr* get();
 
-    /// Null as long as nothing was bound; a canvas that goes leaves null.
+    /// Null as long as nothing was bound; a canvas that goes, or whose arrangement does, leaves null. An
+    /// arrangement that is shown again has the active canvas that it had.
     GraphicsCanvas* activeCanvas() const { return m_canvas; }
     /// Tells the split view sites when it is another one: deactivate for the old one's view, activate for the
     /// new one's.
@@ -45,14 +47,22 @@ public:
     /// Hands the form's name to the active shell, if that has forms.
     void updateArrangement(const std::wstring& filter);
 
-    /// For GraphicsCanvas and GraphicsView: forgets what is about to go.
+    /// For GraphicsCanvas: it shows another view.
+    void viewChanged(const GraphicsCanvas* canvas);
+    /// For the windows: these canvases are in sight from now on, or no longer.
+    void sightChanged(const std::vector<GraphicsCanvas*>& canvases);
+    /// For GraphicsCanvas and GraphicsView: forgets what is about to go. A canvas that has nothing to show
+    /// any more has one more view of what is shown beside it at the end of the event.
     void forget(const GraphicsCanvas* canvas);
     void forget(const GraphicsView* view);
 
 private:
     void cameraChanged(Vs::Scene::CameraEvent* event) override;
     void copyFrom(const GraphicsView& from);
+    void attend(GraphicsCanvas* canvas);
+    void fillEmpty() const;
 
+    std::vector<GraphicsCanvas*> m_attended; ///< All that were active, the last one first.
     GraphicsCanvas* m_canvas = nullptr;
     GraphicsView* m_view = nullptr;
     bool m_shares = false;

@@ -1,7 +1,6 @@
 #include "UI/Base/View/ViewMgr.h"
 
 #include "UI/Base/View/GraphicsView.h"
-#include "UI/Base/View/SplitViewMgr.h"
 
 #include <algorithm>
 
@@ -9,11 +8,6 @@ namespace Vu {
 
 View* ViewMgr::view(const Vs::UniqueString* interfaceId) const
 {
-    // Only compared, and found among the session's own: the active view may be of another class or session.
-    const View* const active = SplitViewMgr::get()->activeView();
-    const auto attended = std::find(m_views.begin(), m_views.end(), active);
-    if (active && attended != m_views.end() && active->queryInterface(interfaceId))
-        return *attended;
     const auto found = std::find_if(m_views.begin(), m_views.end(),
                                     [&](const View* view) { return view->queryInterface(interfaceId); });
     return found == m_views.end() ? nullptr : *found;
@@ -21,6 +15,8 @@ View* ViewMgr::view(const Vs::UniqueString* interfaceId) const
 
 void ViewMgr::add(std::unique_ptr<View> view)
 {
+    if (auto* graphics = Vs::cast<GraphicsView>(view.get()))
+        graphics->m_manager = this;
     m_views.push_back(view.get());
     m_owned.push_back(std::move(view));
 }
@@ -29,6 +25,13 @@ void ViewMgr::remove(View* view)
 {
     std::erase(m_views, view);
     std::erase_if(m_owned, [&](const auto& owned) { return owned.get() == view; });
+}
+
+void ViewMgr::attend(View* view)
+{
+    const auto found = std::find(m_views.begin(), m_views.end(), view);
+    if (found != m_views.end())
+        std::rotate(m_views.begin(), found, found + 1);
 }
 
 } // namespace Vu

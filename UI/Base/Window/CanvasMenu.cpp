@@ -17,8 +17,7 @@ namespace {
 
 bool isThere(const GraphicsCanvas* canvas)
 {
-    std::vector<GraphicsCanvas*> all;
-    GraphicsCanvas::allCanvases(all);
+    const std::vector<GraphicsCanvas*>& all = GraphicsCanvas::existingCanvases();
     return std::find(all.begin(), all.end(), canvas) != all.end();
 }
 

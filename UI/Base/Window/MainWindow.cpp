@@ -180,9 +180,7 @@ void MainWindow::keepPersistentWidgets()
     for (QWidget* widget : std::initializer_list<QWidget*>{m_browser, m_commandBox})
         if (widget && widget->parentWidget() != m_attic)
             widget->setParent(m_attic);
-    std::vector<GraphicsCanvas*> canvases;
-    GraphicsCanvas::allCanvases(canvases);
-    for (GraphicsCanvas* canvas : canvases)
+    for (GraphicsCanvas* canvas : GraphicsCanvas::existingCanvases())
         if (QWidget* widget = canvas->existingWidget(); widget && widget->window() == this)
             widget->setParent(m_attic);
 }

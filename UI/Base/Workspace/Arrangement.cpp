@@ -2,6 +2,7 @@
 
 #include "Server/Base/Require.h"
 #include "UI/Base/Workspace/Layout.h"
+#include "UI/Base/Workspace/Private/CanvasHost.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <algorithm>
@@ -22,11 +23,24 @@ Arrangement::Arrangement(ArrangementMgr* manager, Layout* layout) : m_manager(ma
         if (m_manager->arrangement() == this)
             m_manager->changed();
     });
+    inSight(false);
 }
 
 Arrangement::~Arrangement()
 {
     m_layout->onChange(nullptr);
+}
+
+/// Tells the canvases, which know of no areas.
+void Arrangement::inSight(bool value) const
+{
+    std::vector<Area*> areas;
+    m_layout->childrenByContents(Area::graphicsCanvas(), areas);
+    std::vector<GraphicsCanvas*> canvases;
+    for (const Area* area : areas)
+        if (GraphicsCanvas* canvas = area->canvas())
+            canvases.push_back(canvas);
+    CanvasHost::get()->inSight(canvases, value);
 }
 
 void Arrangement::destroy()
@@ -51,7 +65,11 @@ void ArrangementMgr::arrangement(Arrangement* arrangement)
                 "a window shows an arrangement of its own");
     if (arrangement == m_active)
         return;
+    if (m_active)
+        m_active->inSight(false);
     m_active = arrangement;
+    if (m_active)
+        m_active->inSight(true);
     changed();
 }
 
@@ -59,6 +77,7 @@ void ArrangementMgr::remove(Arrangement* arrangement)
 {
     if (arrangement && arrangement == m_active) {
         m_active = nullptr;
+        arrangement->inSight(false);
         changed();
     }
 }

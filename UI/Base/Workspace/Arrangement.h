@@ -24,7 +24,9 @@ public:
     void destroy();
 
 private:
+    friend class ArrangementMgr;
     Arrangement(ArrangementMgr* manager, Layout* layout);
+    void inSight(bool value) const;
 
     ArrangementMgr* m_manager;
     std::unique_ptr<Layout> m_layout;

@@ -21,8 +21,7 @@ RubberBand::~RubberBand()
 
 GraphicsCanvas* RubberBand::canvas() const
 {
-    std::vector<GraphicsCanvas*> all;
-    GraphicsCanvas::allCanvases(all);
+    const std::vector<GraphicsCanvas*>& all = GraphicsCanvas::existingCanvases();
     return std::find(all.begin(), all.end(), m_canvas) != all.end() ? m_canvas : nullptr;
 }
 

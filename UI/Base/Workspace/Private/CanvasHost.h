@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 namespace Vu {
 
@@ -20,6 +21,8 @@ public:
 
     /// The canvas of an area whose contents are "GraphicsCanvas".
     virtual std::shared_ptr<GraphicsCanvas> make() { return nullptr; }
+    /// Says that the arrangement of these canvases is shown by its window from now on, or no longer.
+    virtual void inSight(const std::vector<GraphicsCanvas*>&, bool) {}
     /// Has all canvases drawn at the end of the event.
     virtual void invalidateAll() {}
     /// Has all canvases drawn now.
