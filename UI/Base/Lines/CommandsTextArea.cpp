@@ -4,12 +4,11 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/Base/TranscriptMgr.h"
-#include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/CommitRefusal.h"
 
 #include <charconv>
 
@@ -121,23 +120,10 @@ public:
         CommandBase* command = runningCommand();
         if (!command)
             return {1, L"No command is running."};
-        if (command->commandInputSet() && !command->areInputsValidForCommit() &&
-            command->getPossibleMidCommandUndoContext() != EMidCommandUndoRedoContext::Step)
-            return {1, L"The running command can't be committed: " + reason(*command)};
+        if (const std::wstring why = whyNotCommitted(*command); !why.empty())
+            return {1, why};
         command->destroy(ETerminationReason::Commit);
         return {0, {}};
-    }
-
-private:
-    static std::wstring reason(CommandBase& command)
-    {
-        for (const Alert& alert : command.commandManager()->GetAlertController()->alerts())
-            if (alert.blocking)
-                return alert.text;
-        for (const auto& input : command.commandInputSet()->inputs())
-            if (const std::wstring why = input->whyInvalid(); !why.empty())
-                return input->info()->name() + L": " + why;
-        return L"its inputs are not valid.";
     }
 };
 

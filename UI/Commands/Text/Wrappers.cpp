@@ -3,8 +3,10 @@
 #include "Server/Base/SerializableObject.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/AssetType.h"
+#include "UI/Base/Command/CommitRefusal.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentSession.h"
+#include "UI/Commands/ActiveCommand.h"
 #include "UI/Commands/ActiveCommandCmds.h"
 #include "UI/Commands/Camera/OrbiconCmds.h"
 #include "UI/Commands/Camera/ViewCmdDefs.h"
@@ -16,6 +18,7 @@
 #include "UI/Commands/Documents/RecentDocumentsCmd.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
 #include "UI/Commands/ExitApplicationCmd.h"
+#include "UI/Commands/Localized.h"
 #include "UI/Commands/Selection/ClipboardCmds.h"
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/SelectCmd.h"
@@ -25,6 +28,7 @@
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
 #include "UI/Commands/Shells/AssetCmds.h"
+#include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/InsertAssetCmd.h"
 #include "UI/Commands/Shells/ShellCmds.h"
@@ -154,6 +158,27 @@ void oneTxnIndex(const Parameters& parameters, CommandContext& context)
                             boost::lexical_cast<int>(parameters[0]));
 }
 
+/// At the ends of the list the command itself would leave the workspace without an asset.
+std::wstring noNextAsset(CommandContext& context)
+{
+    const auto* shell = Vs::cast<AssetShell>(context.shell());
+    return shell && shell->nextAssetSession() ? L"" : localized("NoNextAsset", "There is no next asset.");
+}
+
+std::wstring noPreviousAsset(CommandContext& context)
+{
+    const auto* shell = Vs::cast<AssetShell>(context.shell());
+    return shell && shell->previousAssetSession()
+               ? L""
+               : localized("NoPreviousAsset", "There is no previous asset.");
+}
+
+std::wstring notCommitted(CommandContext& context)
+{
+    CommandBase* command = activeCommandOf(context.assetSession());
+    return command ? whyNotCommitted(*command) : L"";
+}
+
 constexpr bool kGlobal = true;
 constexpr bool kFlush = true;
 constexpr const wchar_t* kArea = L"VuCommands";
@@ -164,12 +189,12 @@ constexpr WrapperRow kCloseAsset        = {kArea, L"CloseAssetCmd",        L"Exi
 constexpr WrapperRow kExportAs          = {kArea, L"ExportAsCmd",          L"Save the active asset as translator supported file types.", "", &ExportAsCmdDef::info, onePath, kGlobal};
 constexpr WrapperRow kExport            = {kArea, L"ExportCmd",            L"Save the active asset as translator supported file types.", "", &ExportCmdDef::info, onePath, kGlobal};
 constexpr WrapperRow kInsertAsset       = {kArea, L"InsertAssetCmd",       L"<AssetTypeId> <DocumentSession> <Uuid> Creates a new asset inside the given or active document", "%s%s%s", &InsertAssetCmdDef::info, insertedAsset};
-constexpr WrapperRow kNextAsset         = {kArea, L"NextAssetCmd",         L"Active the next asset.", "", &NextAssetCmdDef::info};
-constexpr WrapperRow kPreviousAsset     = {kArea, L"PreviousAssetCmd",     L"Active the previous asset.", "", &PreviousAssetCmdDef::info};
+constexpr WrapperRow kNextAsset         = {kArea, L"NextAssetCmd",         L"Active the next asset.", "", &NextAssetCmdDef::info, nullptr, false, false, noNextAsset};
+constexpr WrapperRow kPreviousAsset     = {kArea, L"PreviousAssetCmd",     L"Active the previous asset.", "", &PreviousAssetCmdDef::info, nullptr, false, false, noPreviousAsset};
 constexpr WrapperRow kSwitchAsset       = {kArea, L"SwitchAssetCmd",       L"<AssetSession> Switch Asset.", "", &SwitchAssetCmdDef::info, oneAssetSession};
 constexpr WrapperRow kActiveViewAsset   = {kArea, L"ActiveViewAssetCmd",   L"<AssetSession> Active asset view.", "", &ActiveViewAssetCmdDef::info, assetSessionName};
 constexpr WrapperRow kCancel            = {kArea, L"CancelCmd",            L"Cancel the active command.", "", &CancelCmdDef::info};
-constexpr WrapperRow kCommit            = {kArea, L"CommitCmd",            L"Commit the active command.", "", &CommitCmdDef::info};
+constexpr WrapperRow kCommit            = {kArea, L"CommitCmd",            L"Commit the active command.", "", &CommitCmdDef::info, nullptr, false, false, notCommitted};
 constexpr WrapperRow kCloseAllDocuments = {kArea, L"CloseAllDocumentsCmd", L"Close all the active documents.", "", &CloseAllDocumentsCmdDef::info, documentSession, !kGlobal, kFlush};
 constexpr WrapperRow kCloseDocument     = {kArea, L"CloseDocumentCmd",     L"Close the active document.\nUsage: VuCommands.CloseDocumentCmd", "", &CloseDocumentCmdDef::info, documentSession, !kGlobal, kFlush};
 constexpr WrapperRow kCurrentlyOpen     = {kArea, L"CurrentlyOpenDocumentsCmd", L"<asset_type> Recent Documents?? or maybe CurrentlyOpenDocumentsCmd??", "%s%s", &CurrentlyOpenDocumentsCmdDef::info};

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
+
+#include <string>
+#include <utility>
 
 namespace Vu::Commands {
 
@@ -18,6 +22,8 @@ struct WrapperRow
     FillContext fillContext = nullptr;
     bool global = false; ///< Runs in the global command manager.
     bool flush = false;  ///< Runs the deferred tasks afterwards.
+    /// Why the line does nothing now, which is its error then; empty if the definition is to be run.
+    std::wstring (*refusal)(CommandContext&) = nullptr;
 };
 
 template <const WrapperRow& kRow>
@@ -28,6 +34,16 @@ public:
         : Vs::PythonEntry<Wrapper<kRow>, TranscriptedCommandTextCommand>(
               kRow.area, kRow.name, kRow.help, kRow.format, false, kRow.info()->key())
     {
+    }
+
+    Vs::TextCommandResult execute(const Vs::TextCommandParameters& parameters) override
+    {
+        if constexpr (kRow.refusal != nullptr) {
+            CommandContext context = CommandContext::activeContext();
+            if (std::wstring why = kRow.refusal(context); !why.empty())
+                return {1, std::move(why)};
+        }
+        return this->TranscriptedCommandTextCommand::execute(parameters);
     }
 
 protected:

@@ -328,9 +328,11 @@ public:
         if (!m_model.shown || !m_model.current)
             return;
         const auto at = std::find(m_model.listed.begin(), m_model.listed.end(), *m_model.current);
-        // The lists don't wrap, and the line doesn't ask whether there is a neighbour.
-        if (forward ? at + 1 >= m_model.listed.end() : at == m_model.listed.begin())
+        // The lists don't wrap.
+        if (forward ? at + 1 >= m_model.listed.end() : at == m_model.listed.begin()) {
+            failure(forward ? L"VuCommands.NextAssetCmd" : L"VuCommands.PreviousAssetCmd");
             return;
+        }
         answer(forward ? L"VuCommands.NextAssetCmd" : L"VuCommands.PreviousAssetCmd");
         m_model.current = forward ? *(at + 1) : *(at - 1);
     }

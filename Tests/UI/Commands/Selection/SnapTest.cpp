@@ -118,6 +118,7 @@ TEST_F(SnapTest, AStepOfNothingCannotBeCommitted)
         answer(L"Commands.SetInput SnapValueInput " + std::wstring(value));
         EXPECT_FALSE(offers(L"CommitCommand"));
         EXPECT_NE(failure(L"Commands.Commit").find(L"The value must be more than 0 mm."), std::wstring::npos);
+        EXPECT_EQ(failure(L"VuCommands.CommitCmd"), failure(L"Commands.Commit"));
     }
     EXPECT_NE(failure(L"Commands.SetInput SnapValueInput \"30 deg\"").find(L"This is an angle"),
               std::wstring::npos);

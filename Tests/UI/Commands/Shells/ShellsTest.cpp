@@ -58,6 +58,9 @@ TEST_F(ShellsTest, NextAndPreviousWalkTheListAndStopAtItsEnds)
     AssetSession* first = activeSession();
     EXPECT_FALSE(applicable(L"NextAssetCommand"));
     EXPECT_FALSE(applicable(L"PreviousAssetCommand"));
+    EXPECT_EQ(failure(L"VuCommands.NextAssetCmd"), L"There is no next asset.");
+    EXPECT_EQ(failure(L"VuCommands.PreviousAssetCmd"), L"There is no previous asset.");
+    EXPECT_EQ(activeSession(), first);
     answer(L"Design.Sample");
     AssetSession* second = activeSession();
     ASSERT_NE(first, second);
