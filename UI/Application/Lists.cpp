@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 
 #include <cstdio>
+#include <regex>
 
 namespace Quillet {
 namespace {
@@ -34,12 +35,11 @@ private:
     QByteArray m_text;
 };
 
-/// The class's own name, without its namespaces.
+/// The class's own name, without its namespaces, of which there are more in the arguments of a template.
 std::string className(const Vu::CommandDefinition& definition)
 {
-    const std::string& full = definition.getInterfaceId()->text();
-    const size_t colons = full.rfind("::");
-    return colons == std::string::npos ? full : full.substr(colons + 2);
+    static const std::regex namespaces(R"((\w+|\(anonymous namespace\)|\{anonymous\})::)");
+    return std::regex_replace(definition.getInterfaceId()->text(), namespaces, "");
 }
 
 /// The path as the resource catalogues name it, under the add-in's folder of resources.

@@ -72,6 +72,8 @@ public:
     CommandsAddIn() : Vs::IUIAddIn(L"Commands")
     {
         ActiveViewAssetCmdDef::createCommandDef();
+        CopyToClipboardCmdDef::createCommandDef();
+        PasteCmdDef::createCommandDef();
         UndoRedoDropDownCommandDef::createCommandDefs();
     }
 
@@ -119,8 +121,6 @@ private:
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;
     CutCmdDef m_cutCmdDef;
-    CopyToClipboardCmdDef m_copyToClipboardCmdDef;
-    PasteCmdDef m_pasteCmdDef;
     DeleteCmdDef m_deleteCmdDef;
     UndoCmdDef m_undoCmdDef;
     RedoCmdDef m_redoCmdDef;

@@ -4,6 +4,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <boost/filesystem/operations.hpp>
 
@@ -216,6 +217,10 @@ TEST(ProgramTest, ListsTellEverythingThatIsRegistered)
         EXPECT_EQ(object.keys(), (QStringList{"class", "groups", "hotkey", "icon", "id", "readonly",
                                               "reportable", "scriptable", "title"}));
         EXPECT_TRUE(definitions.insert(object["id"].toString()).second);
+        // A class, or a template of classes.
+        EXPECT_TRUE(
+            QRegularExpression("^\\w+(<\\w+(, *\\w+)*>)?$").match(object["class"].toString()).hasMatch())
+            << object["class"].toString().toStdString();
         if (object["id"] == "ExitApplicationCommand") {
             EXPECT_EQ(object["class"].toString(), "ExitApplicationCmdDef");
             EXPECT_EQ(object["hotkey"].toString(), "ctrl+q");

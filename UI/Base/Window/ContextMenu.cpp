@@ -8,10 +8,15 @@
 #include <QAction>
 #include <QMenu>
 
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 namespace Vu {
 namespace {
 
 constexpr std::wstring_view kDeleteCommand = L"DeleteCommand";
+constexpr std::wstring_view kOfClipboard[] = {L"CutCommand", L"CopyToClipboardCommand", L"PasteCommand"};
 
 } // namespace
 
@@ -40,9 +45,17 @@ void addContextCommands(QMenu& menu, MarkingMenuEventSource::ESource source)
     const MarkingMenuEventSource::Opening opening(source);
     const CommandDefinitionMgr* definitions = CommandDefinitionMgr::get();
     CommandContext context = CommandContext::activeContext();
+    std::vector<CommandDefinition*> offered;
     for (CommandDefinition* definition : definitions->commandDefinitions())
         if (definition->addToContextMenu() && definition->isAvailable(&context))
-            addContextCommand(menu, *definition);
+            offered.push_back(definition);
+    // Wherever they were registered, these stand together where everybody looks for them.
+    std::stable_partition(offered.begin(), offered.end(), [](const CommandDefinition* definition) {
+        return std::find(std::begin(kOfClipboard), std::end(kOfClipboard), definition->id()) !=
+               std::end(kOfClipboard);
+    });
+    for (const CommandDefinition* definition : offered)
+        addContextCommand(menu, *definition);
     const CommandDefinition* remove = definitions->findCommandDefinitionById(kDeleteCommand);
     if (remove && remove->isAvailable(&context))
         addContextCommand(menu, *remove);

@@ -107,6 +107,11 @@ void CutCmd::onExecute(Vs::Status&)
                        [](const IPasteSource& source) { return source.canCut() || source.canReorder(); });
 }
 
+void CopyToClipboardCmdDef::createCommandDef()
+{
+    static CopyToClipboardCmdDef definition;
+}
+
 bool CopyToClipboardCmdDef::onIsApplicable(CommandContext* context) const
 {
     if (!hasAssetSession(context))
@@ -120,6 +125,11 @@ void CopyToClipboardCmd::onExecute(Vs::Status&)
 {
     if (selectionManager())
         putOnClipboard(selectedObjects(selectionManager()), false, any);
+}
+
+void PasteCmdDef::createCommandDef()
+{
+    static PasteCmdDef definition;
 }
 
 bool PasteCmdDef::onIsApplicable(CommandContext* context) const

@@ -40,6 +40,9 @@ class CopyToClipboardCmdDef : public CommandRowDefinition<CopyToClipboardCmdDef,
 public:
     static const CommandRow kRow;
 
+    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    static void createCommandDef();
+
 protected:
     bool onIsApplicable(CommandContext* context) const override;
     bool onAddToContextMenu() override { return true; }
@@ -63,6 +66,9 @@ class PasteCmdDef : public CommandRowDefinition<PasteCmdDef, PasteCmd>
 {
 public:
     static const CommandRow kRow;
+
+    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    static void createCommandDef();
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
