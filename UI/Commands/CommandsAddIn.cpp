@@ -55,6 +55,7 @@
 #include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/InsertAssetCmd.h"
 #include "UI/Commands/Shells/ShellCmds.h"
+#include "UI/Commands/Shells/SplitViewLayoutCmd.h"
 #include "UI/Commands/Transcripts/DebugDialogCmds.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
 #include "UI/Commands/Transcripts/TranscriptingCmds.h"
@@ -74,6 +75,7 @@ public:
         ActiveViewAssetCmdDef::createCommandDef();
         CopyToClipboardCmdDef::createCommandDef();
         PasteCmdDef::createCommandDef();
+        SplitViewLayoutCmdDef::createCommandDef();
         UndoRedoDropDownCommandDef::createCommandDefs();
     }
 

@@ -4,6 +4,8 @@
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/UI/Commands/Navigation.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetGraphicsView.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -143,6 +145,26 @@ TEST_F(SplitViewsTest, AnotherAssetTakesTheActivePaneAloneAndTheFirstOneComesBac
             expectFull(count);
         }
         answer(L"SplitView.DefaultLayout");
+    }
+}
+
+TEST_F(SplitViewsTest, TheListOfLayoutsShowsTheOneThatIsThereAndBringsAnotherAbout)
+{
+    CommandDefinition* const layouts = definition(L"SplitViewLayoutCommand");
+    auto* const list = Vs::cast<ListControl>(layouts->inputControl());
+    ASSERT_EQ(list->items().size(), 4u);
+    EXPECT_FALSE(applicable(L"SplitViewLayoutCommand"));
+    answer(L"Design.Sample");
+    for (const size_t count : {4u, 2u, 3u, 1u}) {
+        Info* const chosen = list->items()[count - 1];
+        list->selectedItem(chosen, true);
+        run(L"");
+        expectFull(count);
+        // It follows the line as well.
+        answer(L"SplitView.DefaultLayout");
+        CommandContext context = CommandContext::activeContext();
+        layouts->updateInputControl(&context);
+        EXPECT_EQ(list->selectedItem(), list->items()[0]);
     }
 }
 

@@ -90,6 +90,7 @@ const Session kSessions[] = {
     {L"ReturnToEnvironmentCommand",    kModel + L"VuCommands.ActivateEnvironmentCmd ReviewEnvironment;VuCommands.ReturnToEnvironmentCmd"},
     {L"CycleWorkspacesForwardCommand", kModel + L"VuCommands.CycleWorkspacesForwardCmd"},
     {L"CycleWorkspacesBackwardCommand", kModel + L"VuCommands.CycleWorkspacesBackwardCmd"},
+    {L"SplitViewLayoutCommand",        kModel + L"Commands.Start SplitViewLayoutCommand Layout=Quad;Commands.Start SplitViewLayoutCommand Layout=OneView"},
     {L"AboutBoxCommand",               L"Commands.Start AboutBoxCommand"},
     {L"RunScriptCommand",              L"VuCommands.RunScriptCmd {given}/boxes.py"},
     // Camera and views

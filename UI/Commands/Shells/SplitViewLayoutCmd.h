@@ -1,0 +1,48 @@
+#pragma once
+
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+#include "UI/Commands/OwnedList.h"
+
+namespace Vu::Commands {
+
+class SplitViewLayoutCmd;
+
+/// The list of the ways in which the canvas can be divided among several views; it shows which one is there,
+/// and choosing another brings that one about.
+class SplitViewLayoutCmdDef : public CommandRowDefinition<SplitViewLayoutCmdDef, SplitViewLayoutCmd,
+                                                          CommandDefinition, IListControlHandler>
+{
+public:
+    static const CommandRow kRow;
+
+    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    static void createCommandDef();
+
+    /// "Layout": the form of the layout, as text; kOneView for the ordinary one.
+    static const Vs::UniqueString* layoutArgumentName();
+    static constexpr const wchar_t* kOneView = L"OneView";
+
+    void onListSelectionChanged(Info* item) override;
+
+protected:
+    /// There is a view to divide.
+    bool onIsApplicable(CommandContext* context) const override;
+    InputControl* onInputControl() override;
+    void onUpdateInputControl(CommandContext* context) override;
+
+private:
+    OwnedList m_list;
+};
+
+class SplitViewLayoutCmd : public Vs::Implements<SplitViewLayoutCmd, SimpleCommand>
+{
+public:
+    SplitViewLayoutCmd(SplitViewLayoutCmdDef* definition, CommandContext* context);
+
+protected:
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override { return ECommandType::Nested; }
+};
+
+} // namespace Vu::Commands
