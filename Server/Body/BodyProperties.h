@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/Base/Status.h"
-#include "Server/Geometry/GkPoint3d.h"
+#include "Server/Geometry/GkMatrix3d.h"
 
 #include <optional>
 
@@ -29,5 +29,12 @@ struct BodyProperties
 /// with an error in the status, if the body has no exact geometry (a mesh read from STL is measured by its
 /// triangles) or the kernel fails on it. Safe to call from any thread.
 [[nodiscard]] std::optional<BodyProperties> bodyProperties(const Body& body, Status& status);
+
+/// How many times larger lengths are at a place than in a body's own coordinates. Files of meshes and scenes
+/// place parts at a scale, which is the same in all directions.
+[[nodiscard]] double scaleOf(const GkMatrix3d& placement);
+
+/// What a body measures at a place, in the coordinates that it is placed in.
+[[nodiscard]] BodyProperties placed(BodyProperties properties, const GkMatrix3d& placement);
 
 } // namespace Vs

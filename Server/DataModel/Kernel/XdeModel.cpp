@@ -5,6 +5,7 @@
 #include "Server/DataModel/Kernel/MeasureAngle.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/Mesher.h"
+#include "Server/DataModel/Kernel/PlacedAt.h"
 #include "Server/DataModel/Kernel/Recognise.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
 #include "Server/DataModel/Kernel/TriangleLimits.h"
@@ -274,26 +275,6 @@ ShapeAnswer XdeModel::measurePart(const MeasuredShape& part, EMeasureType type)
     });
 }
 
-/// The location of a part that is placed. One that is made anew differs from the one before, even of the same
-/// place, and parts that meet would share nothing; so the one before is kept.
-class PlacedAt
-{
-public:
-    const TopLoc_Location& operator()(const GkMatrix3d& placement)
-    {
-        if (!m_placement || !m_placement->isEqualTo(placement, {0, 0})) {
-            // Places that aren't rigid come with some files; measuring takes them as they are.
-            m_location = TopLoc_Location(toMotion(placement));
-            m_placement = placement;
-        }
-        return m_location;
-    }
-
-private:
-    std::optional<GkMatrix3d> m_placement;
-    TopLoc_Location m_location;
-};
-
 TopoDS_Shape XdeModel::placed(const std::vector<MeasuredShape>& shapes, PlacedAt& at)
 {
     TopoDS_Compound all;
@@ -304,7 +285,7 @@ TopoDS_Shape XdeModel::placed(const std::vector<MeasuredShape>& shapes, PlacedAt
         const TopoDS_Shape shape = subShapes(each.entry).part(each.leaf, each.index);
         if (shape.IsNull())
             return {};
-        const TopoDS_Shape moved = shape.Moved(at(each.placement), false);
+        const TopoDS_Shape moved = at(shape, each.placement);
         if (shapes.size() == 1)
             return moved;
         builder.Add(all, moved);
@@ -316,7 +297,7 @@ ShapeAnswer XdeModel::measurePair(const std::vector<MeasuredShape>& first,
                                   const std::vector<MeasuredShape>& second, EMeasureType type)
 {
     return guarded([&]() -> ShapeAnswer {
-        PlacedAt at;
+        PlacedAt at(type);
         const TopoDS_Shape shapes[] = {placed(first, at), placed(second, at)};
         for (const bool isSecond : {false, true})
             if (shapes[isSecond].IsNull())

@@ -139,9 +139,10 @@ TextCommandResult body(const TextCommandParameters& parameters)
         throw Vs::Exception(
             localizedFormat("ScriptNoBody", "\"%1%\" has no body of its own.", place.component->name));
     Vs::Status status;
-    const auto properties = Vs::bodyProperties(*place.component->body, status);
+    auto properties = Vs::bodyProperties(*place.component->body, status);
     if (!properties)
         throw Vs::Exception(status.toString());
+    properties = Vs::placed(*properties, place.matrix);
     return answer(QJsonDocument(QJsonObject{{"name", json(place.component->body->name())},
                                             {"volume", properties->volume},
                                             {"area", properties->area},

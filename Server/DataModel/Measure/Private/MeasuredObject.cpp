@@ -62,13 +62,13 @@ MeasuredObject::Sums MeasuredObject::sums(BodyMeasure what) const
     bool openSolid = false;
     for (const Occurrence& each : m_occurrences) {
         Status status;
-        const auto properties = each.body->properties(what, status);
+        auto properties = each.body->properties(what, status);
         if (!properties)
             throw MeasureError(status.toString());
+        properties = placed(*properties, each.placement);
         const bool volume = what == BodyMeasure::Volume;
         const double size = volume ? properties->volume : properties->area;
-        const GkPoint3d centre =
-            each.placement * (volume ? properties->volumeCentre : properties->areaCentre);
+        const GkPoint3d centre = volume ? properties->volumeCentre : properties->areaCentre;
         sums.size += size;
         if (sums.size > 0)
             sums.centre = sums.centre + (centre - sums.centre) * (size / sums.size);
@@ -113,6 +113,8 @@ MeasureResult MeasuredObject::measurePart(EMeasureType type) const
     if (answer.why != NoAnswer::None)
         refuse(answer.why, answer.kind, type);
     MeasureResult result = answer.result;
+    const double scale = scaleOf(occurrence.placement);
+    result.value *= type == EMeasureType::Area ? scale * scale : scale;
     for (GkPoint3d* point : {&result.point1, &result.point2, &result.point3})
         *point = occurrence.placement * *point;
     return result;

@@ -125,3 +125,41 @@ TEST_F(MeasureShapesTest, WhatHasShrunkToNothingSaysSo)
     }
     EXPECT_EQ(degenerate, 1);
 }
+
+TEST_F(MeasureShapesTest, WhatIsPlacedAtAScaleMeasuresAsItIsShownAndExported)
+{
+    const Document* document = open(write("scaled.wrl", R"(#VRML V2.0 utf8
+DEF Big Transform { scale 2 2 2 children [ Shape { geometry Box { size 0.01 0.01 0.01 } } ] }
+DEF Ball Transform { translation 0.1 0 0 scale 3 3 3 children [ Shape { geometry Sphere { radius 0.005 } } ] }
+DEF Corner Transform { translation 0 0.1 0 scale 2 2 2 children [ Shape { geometry IndexedFaceSet {
+    coord Coordinate { point [ 0 0 0, 0.006 0 0, 0 0.006 0, 0 0 0.006 ] }
+    coordIndex [ 0 2 1 -1 0 1 3 -1 0 3 2 -1 1 2 3 -1 ] } } ] }
+)"));
+    ASSERT_TRUE(document) << Strings::narrow(status.toString());
+    asset = document->activeAsset();
+    const std::wstring big = L"scaled/Big", ball = L"scaled/Ball", corner = L"scaled/Corner";
+    expectNear(value({big}, Type::Volume), 8000);
+    expectNear(value({big}, Type::Area), 2400);
+    expectNear(value({big + L"/Face1"}, Type::Area), 400);
+    expectNear(value({big + L"/Face1"}, Type::LoopLength), 80);
+    expectNear(value({big + L"/Edge1"}, Type::Length), 20);
+    expectNear(value({ball + L"/Face1"}, Type::Radius), 15);
+    expectNear(value({corner}, Type::Volume), 12 * 12 * 12 / 6.0);
+    expectNear(value({big, ball}, Type::Distance), 75);
+    // From its far side.
+    expectNear(value({big + L"/Face1", ball}, Type::Distance), 95);
+    expectNear(value({big + L"/Face1", big + L"/Face3"}, Type::Angle), pi / 2);
+    // Of a component that holds them all; the ball's weight counts as it is shown.
+    const double ballVolume = 4 * pi / 3 * 15 * 15 * 15;
+    expectNear(value({L"scaled"}, Type::Volume), 8000 + ballVolume + 288);
+
+    ASSERT_TRUE(save(asset, scratch("copy.glb")));
+    document = open(scratch("copy.glb"));
+    ASSERT_TRUE(document) << Strings::narrow(status.toString());
+    asset = document->activeAsset();
+    double whole = 0;
+    for (const Component* component : componentsOf(*asset))
+        if (component->body)
+            whole += value({pathText(ObjectPath{component->id}, *asset)}, Type::Volume);
+    expectNear(whole, 8000 + ballVolume + 288, 0.01);
+}
