@@ -1,9 +1,9 @@
 #include "Server/DataModel/Kernel/Measure.h"
 
-#include <BRepGProp.hxx>
+#include "Server/DataModel/Kernel/Integrals.h"
+
 #include <BRep_Builder.hxx>
 #include <BRep_Tool.hxx>
-#include <GProp_GProps.hxx>
 #include <Poly_Triangulation.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
@@ -19,8 +19,6 @@
 namespace Vs::Kernel {
 
 namespace {
-
-constexpr double kPrecision = 1e-6;
 
 // A face that was read as triangles has no surface that the kernel could integrate.
 bool onlyTriangles(const TopoDS_Face& face)
@@ -38,8 +36,7 @@ void addTo(double& sum, GkPoint3d& centre, double size, const gp_Pnt& place)
 
 void addArea(double& sum, GkPoint3d& centre, const TopoDS_Shape& shape)
 {
-    GProp_GProps properties;
-    BRepGProp::SurfaceProperties(shape, properties, kPrecision);
+    const GProp_GProps properties = integratedArea(shape);
     addTo(sum, centre, std::abs(properties.Mass()), properties.CentreOfMass());
 }
 
@@ -113,8 +110,7 @@ private:
 
 void addVolume(const TopoDS_Shape& solid, BodyProperties& result)
 {
-    GProp_GProps properties;
-    BRepGProp::VolumeProperties(solid, properties, kPrecision);
+    const GProp_GProps properties = integratedVolume(solid);
     // A solid that was written inside out has a negative volume, and still takes that room.
     addTo(result.volume, result.volumeCentre, std::abs(properties.Mass()), properties.CentreOfMass());
     result.closed &= isClosed(solid);

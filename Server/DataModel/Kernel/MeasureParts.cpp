@@ -1,5 +1,6 @@
 #include "Server/DataModel/Kernel/MeasureParts.h"
 
+#include "Server/DataModel/Kernel/Integrals.h"
 #include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/ShapeForm.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
@@ -7,10 +8,8 @@
 #include <BRepAdaptor_Curve.hxx>
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepExtrema_DistShapeShape.hxx>
-#include <BRepGProp.hxx>
 #include <BRep_Tool.hxx>
 #include <GCPnts_AbscissaPoint.hxx>
-#include <GProp_GProps.hxx>
 #include <Precision.hxx>
 #include <TopoDS.hxx>
 
@@ -69,9 +68,7 @@ gp_Pnt middleOfFace(const TopoDS_Shape& face)
     const BRepAdaptor_Surface surface(TopoDS::Face(face), false);
     if (surface.GetType() == GeomAbs_Sphere)
         return surface.Sphere().Location();
-    GProp_GProps properties;
-    BRepGProp::SurfaceProperties(face, properties, kPrecision);
-    return properties.CentreOfMass();
+    return integratedArea(face).CentreOfMass();
 }
 
 gp_Pnt middleOf(const TopoDS_Shape& part)

@@ -4,9 +4,12 @@
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
 #include <BRepBuilderAPI_MakePolygon.hxx>
+#include <BRepBuilderAPI_NurbsConvert.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
+#include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakePrism.hxx>
+#include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
@@ -75,6 +78,15 @@ void writeHollowTorus(const std::string& path)
 {
     write(BRepAlgoAPI_Cut(BRepPrimAPI_MakeTorus(10, 4).Solid(), BRepPrimAPI_MakeTorus(10, 3).Solid()).Shape(),
           path);
+}
+
+void writeRoundSplines(const std::string& path)
+{
+    const TopoDS_Shape exact =
+        together({BRepPrimAPI_MakeSphere(5).Solid(), BRepPrimAPI_MakeTorus(30, 3).Solid(),
+                  BRepPrimAPI_MakeCylinder(gp_Ax2(gp_Pnt(50, 0, 0), gp::DZ()), 4, 10).Solid(),
+                  BRepPrimAPI_MakeCone(gp_Ax2(gp_Pnt(100, 0, 0), gp::DX()), 6, 2, 10).Solid()});
+    write(BRepBuilderAPI_NurbsConvert(exact, true).Shape(), path);
 }
 
 void writePlanes(const std::string& path)

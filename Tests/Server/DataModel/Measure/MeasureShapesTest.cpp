@@ -126,6 +126,17 @@ TEST_F(MeasureShapesTest, WhatHasShrunkToNothingSaysSo)
     EXPECT_EQ(degenerate, 1);
 }
 
+TEST_F(MeasureShapesTest, SplinesThatStandForRoundSurfacesAreMeasuredAsExactly)
+{
+    const std::wstring part = openShape(&KernelShapes::writeRoundSplines);
+    ASSERT_FALSE(part.empty());
+    expectNear(value({part}, Type::Volume),
+               4 * pi / 3 * 125 + 2 * pi * pi * 30 * 9 + 160 * pi + pi * 10 / 3 * (36 + 12 + 4));
+    expectNear(value({part}, Type::Area),
+               100 * pi + 4 * pi * pi * 90 + 32 * pi + 80 * pi + pi * (36 + 4) + pi * 8 * std::sqrt(116));
+    expectNear(value({part + L"/Face1"}, Type::Area), 100 * pi);
+}
+
 TEST_F(MeasureShapesTest, WhatIsPlacedAtAScaleMeasuresAsItIsShownAndExported)
 {
     const Document* document = open(write("scaled.wrl", R"(#VRML V2.0 utf8
