@@ -2,11 +2,11 @@
 
 #include "Server/DataModel/Kernel/Integrals.h"
 #include "Server/DataModel/Kernel/Measure.h"
+#include "Server/DataModel/Kernel/RoundForm.h"
 #include "Server/DataModel/Kernel/ShapeForm.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
 
 #include <BRepAdaptor_Curve.hxx>
-#include <BRepAdaptor_Surface.hxx>
 #include <BRepExtrema_DistShapeShape.hxx>
 #include <BRep_Tool.hxx>
 #include <GCPnts_AbscissaPoint.hxx>
@@ -41,33 +41,34 @@ double lengthOf(const TopoDS_Shape& edge)
     return GCPnts_AbscissaPoint::Length(BRepAdaptor_Curve(TopoDS::Edge(edge)), kPrecision / 10);
 }
 
+// Of what isn't straight: a line also lies on circles, though on none that is told.
+std::optional<gp_Circ> circleAlong(const TopoDS_Shape& edge)
+{
+    return kindOf(edge) == ShapeKind::Circle ? circleOf(BRepAdaptor_Curve(TopoDS::Edge(edge))) : std::nullopt;
+}
+
+std::optional<RoundForm> roundForm(const TopoDS_Shape& part)
+{
+    return part.ShapeType() == TopAbs_FACE && kindOf(part) != ShapeKind::Plane
+               ? roundFormOf(TopoDS::Face(part))
+               : std::nullopt;
+}
+
 std::optional<double> radiusOf(const TopoDS_Shape& part)
 {
     if (part.ShapeType() == TopAbs_EDGE) {
-        const BRepAdaptor_Curve curve(TopoDS::Edge(part));
-        return curve.GetType() == GeomAbs_Circle ? std::optional(curve.Circle().Radius()) : std::nullopt;
+        const std::optional<gp_Circ> circle = circleAlong(part);
+        return circle ? std::optional(circle->Radius()) : std::nullopt;
     }
-    if (part.ShapeType() != TopAbs_FACE)
-        return std::nullopt;
-    const BRepAdaptor_Surface surface(TopoDS::Face(part), false);
-    switch (surface.GetType()) {
-    case GeomAbs_Cylinder:
-        return surface.Cylinder().Radius();
-    case GeomAbs_Sphere:
-        return surface.Sphere().Radius();
-    case GeomAbs_Torus:
-        // What a fillet along a round edge has for its radius.
-        return surface.Torus().MinorRadius();
-    default:
-        return std::nullopt;
-    }
+    const std::optional<RoundForm> round = roundForm(part);
+    return round && round->radius > 0 ? std::optional(round->radius) : std::nullopt;
 }
 
 gp_Pnt middleOfFace(const TopoDS_Shape& face)
 {
-    const BRepAdaptor_Surface surface(TopoDS::Face(face), false);
-    if (surface.GetType() == GeomAbs_Sphere)
-        return surface.Sphere().Location();
+    const std::optional<RoundForm> round = roundForm(face);
+    if (round && round->kind == RoundForm::Kind::Sphere)
+        return round->axis.Location();
     return integratedArea(face).CentreOfMass();
 }
 
@@ -77,9 +78,9 @@ gp_Pnt middleOf(const TopoDS_Shape& part)
         return BRep_Tool::Pnt(TopoDS::Vertex(part));
     if (part.ShapeType() == TopAbs_FACE)
         return middleOfFace(part);
+    if (const std::optional<gp_Circ> circle = circleAlong(part))
+        return circle->Location();
     const BRepAdaptor_Curve curve(TopoDS::Edge(part));
-    if (curve.GetType() == GeomAbs_Circle)
-        return curve.Circle().Location();
     const GCPnts_AbscissaPoint half(kPrecision, curve, lengthOf(part) / 2, curve.FirstParameter());
     return curve.Value(half.IsDone() ? half.Parameter()
                                      : (curve.FirstParameter() + curve.LastParameter()) / 2);

@@ -1,5 +1,7 @@
 #include "Server/DataModel/Kernel/ShapeForm.h"
 
+#include "Server/DataModel/Kernel/RoundForm.h"
+
 #include <BRepAdaptor_Curve.hxx>
 #include <BRepAdaptor_Surface.hxx>
 #include <BRep_Tool.hxx>
@@ -75,15 +77,20 @@ ShapeKind kindOfFace(const TopoDS_Face& face)
 {
     if (BRep_Tool::Surface(face).IsNull())
         return ShapeKind::Face;
-    switch (BRepAdaptor_Surface(face, false).GetType()) {
-    case GeomAbs_Cylinder:
+    if (flat(face))
+        return ShapeKind::Plane;
+    const std::optional<RoundForm> round = roundFormOf(face);
+    if (!round)
+        return ShapeKind::Face;
+    switch (round->kind) {
+    case RoundForm::Kind::Cylinder:
         return ShapeKind::Cylinder;
-    case GeomAbs_Cone:
+    case RoundForm::Kind::Cone:
         return ShapeKind::Cone;
-    case GeomAbs_Sphere:
+    case RoundForm::Kind::Sphere:
         return ShapeKind::Sphere;
     default:
-        return flat(face) ? ShapeKind::Plane : ShapeKind::Face;
+        return ShapeKind::Face;
     }
 }
 
@@ -92,9 +99,7 @@ ShapeKind kindOfEdge(const TopoDS_Edge& edge)
     if (!BRep_Tool::IsGeometric(edge))
         return ShapeKind::Curve;
     const BRepAdaptor_Curve curve(edge);
-    return curve.GetType() == GeomAbs_Circle ? ShapeKind::Circle
-           : straight(curve)                 ? ShapeKind::Line
-                                             : ShapeKind::Curve;
+    return straight(curve) ? ShapeKind::Line : circleOf(curve) ? ShapeKind::Circle : ShapeKind::Curve;
 }
 
 bool isUnbounded(const TopoDS_Edge& edge)
@@ -158,15 +163,11 @@ std::optional<gp_Lin> lineOf(const TopoDS_Shape& shape)
         return straight(BRepAdaptor_Curve(TopoDS::Edge(shape)));
     if (shape.ShapeType() != TopAbs_FACE)
         return std::nullopt;
-    const BRepAdaptor_Surface surface(TopoDS::Face(shape), false);
-    switch (surface.GetType()) {
-    case GeomAbs_Cylinder:
-        return gp_Lin(surface.Cylinder().Axis());
-    case GeomAbs_Cone:
-        return gp_Lin(surface.Cone().Axis());
-    default:
-        return std::nullopt;
-    }
+    const std::optional<RoundForm> round =
+        flat(TopoDS::Face(shape)) ? std::nullopt : roundFormOf(TopoDS::Face(shape));
+    const bool hasLine =
+        round && (round->kind == RoundForm::Kind::Cylinder || round->kind == RoundForm::Kind::Cone);
+    return hasLine ? std::optional<gp_Lin>(round->axis) : std::nullopt;
 }
 
 std::optional<gp_Pln> planeOf(const TopoDS_Shape& shape)
@@ -176,9 +177,10 @@ std::optional<gp_Pln> planeOf(const TopoDS_Shape& shape)
     if (shape.ShapeType() != TopAbs_EDGE)
         return std::nullopt;
     const BRepAdaptor_Curve curve(TopoDS::Edge(shape));
-    if (curve.GetType() != GeomAbs_Circle)
+    const std::optional<gp_Circ> circle = straight(curve) ? std::nullopt : circleOf(curve);
+    if (!circle)
         return std::nullopt;
-    return gp_Pln(curve.Circle().Location(), curve.Circle().Axis().Direction());
+    return gp_Pln(circle->Location(), circle->Axis().Direction());
 }
 
 } // namespace Vs::Kernel

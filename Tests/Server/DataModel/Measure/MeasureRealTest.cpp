@@ -59,6 +59,45 @@ TEST_F(MeasureRealTest, EveryPartOfEveryBodyHasAnAnswerOrAReason)
     }
 }
 
+namespace {
+
+/// Whether the normals at a face's triangles differ.
+bool isBent(const BodyMesh& mesh, const BodyMesh::Face& face)
+{
+    const auto normalAt = [&](size_t corner) {
+        const float* n = &mesh.normals[size_t(mesh.triangles[corner]) * 3];
+        return GkVector3d(n[0], n[1], n[2]);
+    };
+    const size_t first = size_t(face.firstTriangle) * 3;
+    for (size_t i = first; i < first + size_t(face.triangleCount) * 3; ++i)
+        if (normalAt(i).dotProduct(normalAt(first)) < 0.999)
+            return true;
+    return false;
+}
+
+} // namespace
+
+TEST_F(MeasureRealTest, EveryRoundFaceHasARadiusThoughItCameAsASpline)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    Document* document = open((TestSupport::realDataFolder() / "as1-oc-214.stp").wstring());
+    ASSERT_NE(document, nullptr);
+    asset = document->activeAsset();
+    size_t bent = 0;
+    for (const Component* component : componentsOf(*asset)) {
+        const auto mesh = component->body ? component->body->mesh() : nullptr;
+        for (uint32_t i = 0; mesh && i < mesh->faces.size(); ++i) {
+            const std::wstring face = pathText(ObjectPath{component->id, ObjectPath::Leaf::Face, i}, *asset);
+            MeasureResult result;
+            EXPECT_EQ(measure({face}, Type::Radius, result), isBent(*mesh, mesh->faces[i]))
+                << Strings::narrow(face);
+            bent += isBent(*mesh, mesh->faces[i]);
+        }
+    }
+    EXPECT_EQ(bent, 70u);
+    close();
+}
+
 TEST_F(MeasureRealTest, TrianglesHaveAnAreaButNoVolumeWhereTheyLeaveAHole)
 {
     const std::string corner[] = {"0 0 0", "1 0 0", "0 1 0", "0 0 1"};

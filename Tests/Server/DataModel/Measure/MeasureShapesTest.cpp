@@ -8,6 +8,7 @@
 #include <cmath>
 #include <map>
 #include <numbers>
+#include <set>
 
 using namespace Vs;
 using std::numbers::pi;
@@ -135,6 +136,22 @@ TEST_F(MeasureShapesTest, SplinesThatStandForRoundSurfacesAreMeasuredAsExactly)
     expectNear(value({part}, Type::Area),
                100 * pi + 4 * pi * pi * 90 + 32 * pi + 80 * pi + pi * (36 + 4) + pi * 8 * std::sqrt(116));
     expectNear(value({part + L"/Face1"}, Type::Area), 100 * pi);
+
+    // The solids' faces follow each other: the sphere, the torus, the cylinder's side with its ends, the
+    // cone's.
+    expectNear(value({part + L"/Face1"}, Type::Radius), 5);
+    EXPECT_LT(position(part + L"/Face1").distanceTo({0, 0, 0}), 1e-6);
+    expectNear(value({part + L"/Face2"}, Type::Radius), 3);
+    expectNear(value({part + L"/Face3"}, Type::Radius), 4);
+    MeasureResult result;
+    for (const wchar_t* face : {L"/Face4", L"/Face6"})
+        EXPECT_FALSE(measure({part + face}, Type::Radius, result)) << Strings::narrow(face);
+    // The axes of the cylinder and the cone.
+    expectNear(value({part + L"/Face3", part + L"/Face6"}, Type::Angle), pi / 2);
+    std::multiset<long> radii;
+    for (int i = 1; i <= 4; ++i)
+        radii.insert(std::lround(value({part + L"/Edge" + std::to_wstring(i)}, Type::Radius) * 1e6));
+    EXPECT_EQ(radii, (std::multiset<long>{2000000, 4000000, 4000000, 6000000}));
 }
 
 TEST_F(MeasureShapesTest, WhatIsPlacedAtAScaleMeasuresAsItIsShownAndExported)
