@@ -118,6 +118,9 @@ std::optional<std::string> ImportCache::keyOf(const std::string& path, const cha
         const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(),
                                                                                     &XXH3_freeState);
         XXH3_128bits_reset(state.get());
+        // No name of a file holds a zero, so that name and content can't be taken for another pair.
+        const std::string name = fs::path(path).stem().string();
+        XXH3_128bits_update(state.get(), name.c_str(), name.size() + 1);
         const auto piece = std::make_unique_for_overwrite<char[]>(kPiece);
         while (const size_t got = file.read(piece.get(), kPiece))
             XXH3_128bits_update(state.get(), piece.get(), got);

@@ -25,8 +25,9 @@ public:
 
     const std::string& folder() const { return m_folder; }
 
-    /// The key of a file: of its contents, the format it is read as, and the versions that read it. Nothing
-    /// if it can't be read or isn't an ordinary file.
+    /// The key of a file: of its contents, its name without folder and suffix, which parts get that have none
+    /// of their own, the format it is read as, and the versions that read it. Nothing if it can't be read or
+    /// isn't an ordinary file.
     static std::optional<std::string> keyOf(const std::string& path, const char* format);
 
     /// Notes that what is read from the file of that key, which lies in the folder, depends on other files,

@@ -43,13 +43,16 @@ void makeOld(const boost::filesystem::path& path, int hours)
 
 } // namespace
 
-TEST(ImportCache, TheKeyFollowsTheContentAndNotTheName)
+TEST(ImportCache, TheKeyFollowsTheContentAndTheNameAndNotTheFolder)
 {
-    const TestSupport::ScratchFolder folder;
+    const TestSupport::ScratchFolder folder, other;
     const auto key = [&](const std::string& name, const std::string& content, const char* format) {
         return ImportCache::keyOf(folder.write(name, content).string(), format);
     };
-    EXPECT_EQ(key("a", "same", "step"), key("b", "same", "step"));
+    EXPECT_EQ(key("a", "same", "step"), ImportCache::keyOf(other.write("a", "same").string(), "step"));
+    // Parts that have no name get the file's.
+    EXPECT_NE(key("a", "same", "step"), key("b", "same", "step"));
+    EXPECT_NE(key("a", "bsame", "step"), key("ab", "same", "step"));
     EXPECT_NE(key("a", "same", "step"), key("a", "samf", "step"));
     EXPECT_NE(key("a", "same", "step"), key("a", "same", "iges"));
     EXPECT_EQ(ImportCache::keyOf((folder.path() / "missing").string(), "step"), std::nullopt);
