@@ -12,6 +12,8 @@ void writeIges(Kernel::XdeModel& model, const Writing& writing, const std::strin
 {
     IGESControl_Controller::Init();
     Interface_Static::SetCVal("write.iges.unit", unitWord(writing).c_str());
+    // As solids; by default the kernel writes their faces alone.
+    Interface_Static::SetIVal("write.iges.brep.mode", 1);
     IGESCAFControl_Writer writer;
     writer.SetColorMode(true);
     writer.SetNameMode(true);

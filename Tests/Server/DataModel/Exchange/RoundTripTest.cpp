@@ -141,11 +141,11 @@ TEST_F(RoundTripTest, LevelsOfAnIgesFileAreReadAsLayers)
     ModelBuilder(asset).box(1, 2, 3, {}, status);
     ASSERT_TRUE(save(asset, scratch("plain.igs"))) << Strings::narrow(status.toString());
     std::string iges = contentOf(scratch("plain.igs"));
-    // The fifth field of the first of an entity's two lines; 402 is the group that the part becomes.
+    // The fifth field of the first of an entity's two lines; 186 is the solid that the part becomes.
     constexpr size_t kLine = 81, kLetter = 72, kLevelEnd = 40;
     size_t line = 0;
     while (line + kLine <= iges.size() &&
-           (iges[line + kLetter] != 'D' || iges.compare(line, 8, "     402") != 0))
+           (iges[line + kLetter] != 'D' || iges.compare(line, 8, "     186") != 0))
         line += kLine;
     ASSERT_LT(line + kLine, iges.size());
     iges[line + kLevelEnd - 1] = '7';
@@ -158,13 +158,23 @@ TEST_F(RoundTripTest, LevelsOfAnIgesFileAreReadAsLayers)
 TEST_F(RoundTripTest, BrepAndIgesKeepShapes)
 {
     SKIP_WITHOUT_REAL_DATA();
-    Document* document = openReal("as1-oc-214.stp");
-    ASSERT_NE(document, nullptr);
-    const double area = areaOf(*document->activeAsset());
-    for (const char* name : {"out.brep", "out.igs"}) {
-        Document* again = throughFile(document, name);
-        ASSERT_NE(again, nullptr);
-        EXPECT_NEAR(areaOf(*again->activeAsset()) / area, 1, 1e-5) << name;
+    // Solids, an assembly, and faces that belong to none.
+    for (const char* file : {"as1-oc-214.stp", "mayo_332.stp", "planes_100faces.stp", "example_45_faces.iges",
+                             "red_cube_blue_cylinder.step"}) {
+        Document* document = openReal(file);
+        ASSERT_NE(document, nullptr);
+        const double area = areaOf(*document->activeAsset()), volume = volumeOf(*document->activeAsset());
+        for (const char* name : {"out.brep", "out.igs"}) {
+            SCOPED_TRACE(std::string(file) + " as " + name);
+            Document* again = throughFile(document, name);
+            ASSERT_NE(again, nullptr);
+            EXPECT_NEAR(areaOf(*again->activeAsset()), area, 1e-5 * area);
+            EXPECT_NEAR(volumeOf(*again->activeAsset()), volume, 1e-5 * volume);
+            const size_t shown = colours(*document->activeAsset()).size();
+            EXPECT_EQ(colours(*again->activeAsset()).size(), std::string(name) == "out.igs" ? shown : 1);
+            DocumentMgr::get()->close(again);
+        }
+        DocumentMgr::get()->close(document);
     }
 }
 
