@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace Vs::Exchange {
@@ -42,7 +44,7 @@ public:
 
     void add(const std::string& name, const ColourGroups& parts)
     {
-        m_text += "g " + name + '\n';
+        m_text += "g " + unusedName(name) + '\n';
         for (const ColourGroups::Group& group : parts.groups())
             add(group);
     }
@@ -66,6 +68,15 @@ public:
     }
 
 private:
+    // What has the same name is the same group to a reader.
+    std::string unusedName(const std::string& name)
+    {
+        std::string unused = name;
+        for (unsigned& number = m_uses[name]; !m_names.insert(unused).second;)
+            unused = name + '_' + std::to_string(++number + 1);
+        return unused;
+    }
+
     static std::string nameOfColour(size_t index) { return "colour" + std::to_string(index + 1); }
 
     void add(const ColourGroups::Group& group)
@@ -101,6 +112,8 @@ private:
     std::string m_text;
     std::vector<Colour> m_colours;
     uint64_t m_vertices = 0;
+    std::unordered_set<std::string> m_names;
+    std::unordered_map<std::string, unsigned> m_uses; ///< How many others had the name before.
 };
 
 } // namespace
