@@ -2,31 +2,59 @@
 
 #include "Server/DataModel/NativeFile.h"
 #include "UI/Base/Window/QtIcon.h"
+#include "UI/Commands/Adaptations/QT/Shell/UnjoinedWork.h"
 #include "UI/Commands/Localized.h"
 
 #include <QCoreApplication>
 #include <QFutureWatcher>
 #include <QLocale>
 #include <QPromise>
-#include <QThreadPool>
 
 #include <boost/filesystem/operations.hpp>
 
+#include <ctime>
 #include <memory>
 
 namespace Vu::Commands {
 
-FilePreview lookAt(const std::wstring& path)
+namespace {
+
+/// What the disk says.
+struct Found
+{
+    bool exists = false;
+    std::time_t modified = 0;
+    std::string picture;
+};
+
+Found find(const std::wstring& path)
+{
+    Found found;
+    boost::system::error_code error;
+    found.exists = boost::filesystem::is_regular_file(path, error);
+    if (found.exists) {
+        found.modified = boost::filesystem::last_write_time(path, error);
+        found.picture = Vs::NativeFile::thumbnail(path);
+    }
+    return found;
+}
+
+FilePreview previewOf(const Found& found)
 {
     FilePreview preview;
-    boost::system::error_code error;
-    preview.exists = boost::filesystem::is_regular_file(path, error);
-    if (!preview.exists)
-        return preview;
-    preview.modified = QDateTime::fromSecsSinceEpoch(boost::filesystem::last_write_time(path, error));
-    const std::string bytes = Vs::NativeFile::thumbnail(path);
-    preview.picture = pngFromBytes(bytes);
+    preview.exists = found.exists;
+    if (found.exists) {
+        preview.modified = QDateTime::fromSecsSinceEpoch(found.modified);
+        preview.picture = pngFromBytes(found.picture);
+    }
     return preview;
+}
+
+} // namespace
+
+FilePreview lookAt(const std::wstring& path)
+{
+    return previewOf(find(path));
 }
 
 void lookAtLater(const std::wstring& path, QObject* receiver, std::function<void(const FilePreview&)> then)
@@ -41,9 +69,11 @@ void lookAtLater(const std::wstring& path, QObject* receiver, std::function<void
                      });
     promise->start();
     watcher->setFuture(promise->future());
-    QThreadPool::globalInstance()->start([promise, path] {
-        promise->addResult(lookAt(path));
-        promise->finish();
+    UnjoinedWork::start([promise, path]() -> UnjoinedWork::Then {
+        return [promise, found = find(path)] {
+            promise->addResult(previewOf(found));
+            promise->finish();
+        };
     });
 }
 

@@ -21,8 +21,8 @@ struct FilePreview
 /// Looks at the file: any thread. A folder is no file.
 FilePreview lookAt(const std::wstring& path);
 
-/// Looks at the file in another thread, since a disk or a network may take its time, and hands over what it
-/// found in this one. If `receiver` goes before that, nobody is told.
+/// Looks at the file in another thread, since a disk or a network may take its time or never answer, and
+/// hands over what it found in this one. If `receiver` goes before that, nobody is told.
 void lookAtLater(const std::wstring& path, QObject* receiver, std::function<void(const FilePreview&)> then);
 
 /// When a file was changed, as a person would say it on that day: "Today, 14:05", "Yesterday, 9:30", or the

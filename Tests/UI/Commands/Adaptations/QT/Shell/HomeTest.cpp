@@ -9,6 +9,7 @@
 #include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
 #include "UI/Commands/Adaptations/QT/Shell/TileSection.h"
+#include "UI/Commands/Adaptations/QT/Shell/UnjoinedWork.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/FindShell.h"
 #include "UI/Commands/Shells/ManagementShell.h"
@@ -21,6 +22,9 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <chrono>
+#include <cstdlib>
+#include <semaphore>
+#include <unistd.h>
 
 using namespace Vu;
 using namespace Vu::Commands;
@@ -190,6 +194,26 @@ TEST(FilePreviewTest, AFolderIsNoFileAndNobodyIsToldWhoIsGone)
     }
     QTest::qWait(50);
     EXPECT_FALSE(told);
+}
+
+TEST(UnjoinedWorkTest, ADiskThatDoesNotAnswerHoldsUpNeitherOtherWorkNorTheEndOfTheProgram)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto workAndEnd = [] {
+        Application::get()->needGui();
+        static std::binary_semaphore begun(0), done(0);
+        UnjoinedWork::start([]() -> UnjoinedWork::Then {
+            begun.release();
+            for (;;)
+                pause();
+        });
+        begun.acquire();
+        UnjoinedWork::start([]() -> UnjoinedWork::Then { return [] { done.release(); }; });
+        done.acquire();
+        Application::get()->shutDown();
+        std::exit(0);
+    };
+    EXPECT_EXIT(workAndEnd(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace
