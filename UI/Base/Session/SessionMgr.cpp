@@ -15,6 +15,19 @@
 
 namespace Vu {
 
+namespace {
+
+// What is shown is what its document is opened with again, and asked about.
+void noteActive(const AssetSession* active)
+{
+    Vs::Asset* asset = active ? active->asset() : nullptr;
+    Vs::DocumentMgr::get()->activeAsset(asset);
+    if (asset)
+        asset->document()->activeAsset(asset);
+}
+
+} // namespace
+
 SessionMgr* SessionMgr::get()
 {
     // Never destroyed: documents that are still open when the process ends may tell it that they close.
@@ -136,7 +149,7 @@ void SessionMgr::currentAssetSession(AssetSession* session)
     if (session == m_current)
         return;
     m_current = session;
-    Vs::DocumentMgr::get()->activeAsset(activeAssetSession() ? m_current->asset() : nullptr);
+    noteActive(activeAssetSession());
     SessionEvent event(session);
     SessionEventSource::get()->fireCurrentSessionChanged(&event);
 }
@@ -150,7 +163,7 @@ void SessionMgr::preActivate()
 void SessionMgr::activate()
 {
     m_active = true;
-    Vs::DocumentMgr::get()->activeAsset(m_current ? m_current->asset() : nullptr);
+    noteActive(m_current);
 }
 
 void SessionMgr::postActivate()
@@ -170,7 +183,7 @@ void SessionMgr::deactivate()
     SessionEvent event(m_current);
     SessionEventSource::get()->fireSessionDeactivated(&event);
     m_active = false;
-    Vs::DocumentMgr::get()->activeAsset(nullptr);
+    noteActive(nullptr);
 }
 
 void SessionMgr::close(AssetSession* session)

@@ -174,6 +174,12 @@ void CloseAssetCmd::onExecute(Vs::Status&)
         return;
     const DocumentSession* documentSession = closed->documentSession();
     Vs::Document* document = documentSession->document();
+    // The document is not to be opened with what was closed, as the line Asset.Close has it, too.
+    for (unsigned i = 0; i < document->assets(); ++i)
+        if (document->asset(i) != closed->asset()) {
+            document->activeAsset(document->asset(i));
+            break;
+        }
     shell->remove(closed, true);
     for (AssetSession* other : shell->assetSessions())
         if (other->documentSession() == documentSession && other->asset()->fullyInitialized())

@@ -100,6 +100,8 @@ struct Model
         list(place);
         current = place;
         shown = true;
+        if (ModelDocument* document = find(place.document))
+            document->active = place.asset;
     }
     void close(const Vs::Document* real)
     {
@@ -334,7 +336,7 @@ public:
             return;
         }
         answer(forward ? L"VuCommands.NextAssetCmd" : L"VuCommands.PreviousAssetCmd");
-        m_model.current = forward ? *(at + 1) : *(at - 1);
+        m_model.show(forward ? *(at + 1) : *(at - 1));
     }
     /// Whether the document may close, after the question that it may have come with.
     bool agreed(ModelDocument& document, Answer button)

@@ -1,3 +1,4 @@
+#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Server/DataModel/Asset.h"
@@ -42,6 +43,29 @@ TEST_F(AssetsTest, LinesSayWhatTheyMiss)
     EXPECT_EQ(failure(L"Document.Create"), L"No asset type specified as parameter");
     EXPECT_EQ(failure(L"Document.Create NoSuchType"),
               L"Invalid asset type identifier specified as parameter; see AssetMgt.AssetTypes for more info");
+}
+
+TEST_F(AssetsTest, WhatIsShownIsWhatItsDocumentKeepsAndIsAskedAbout)
+{
+    answer(L"Design.New");
+    answer(L"Asset.Create VeloraAssetType");
+    Vs::Asset *first = document()->asset(0), *second = document()->asset(1);
+    EXPECT_EQ(document()->activeAsset(), second);
+    answer(L"Asset.Activate " + first->name());
+    EXPECT_EQ(document()->activeAsset(), first);
+    answer(L"VuCommands.NextAssetCmd");
+    EXPECT_EQ(document()->activeAsset(), second);
+    answer(L"Asset.Create TorvexAssetType /Hidden");
+    EXPECT_EQ(document()->hiddenAsset(0)->parent(), second);
+    // Another document on top leaves it as it is.
+    answer(L"Document.SaveAs " + scratch(L"second.vlra"));
+    answer(L"Design.New");
+    EXPECT_EQ(document(0)->activeAsset(), second);
+    answer(L"VuCommands.CycleOpenDocumentsCmd");
+    EXPECT_EQ(current(), second);
+    answer(L"Document.CloseAll");
+    answer(L"Document.Open " + scratch(L"second.vlra"));
+    EXPECT_EQ(current()->name(), L"Design1");
 }
 
 TEST_F(AssetsTest, AnInsertedAssetIsNamedForItsTypeShownAndDirty)
