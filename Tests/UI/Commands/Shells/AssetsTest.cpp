@@ -45,6 +45,24 @@ TEST_F(AssetsTest, LinesSayWhatTheyMiss)
               L"Invalid asset type identifier specified as parameter; see AssetMgt.AssetTypes for more info");
 }
 
+TEST_F(AssetsTest, TheListsThatMessagesNameTellWhatThereIs)
+{
+    const std::wstring types = answer(L"AssetMgt.AssetTypes");
+    EXPECT_NE((L"\n" + types + L"\n").find(L"\nVeloraAssetType\tDesign\n"), std::wstring::npos)
+        << Vs::Strings::narrow(types);
+    EXPECT_EQ(answer(L"DocumentMgt.List"), L"");
+    answer(L"Design.New");
+    answer(L"Document.SaveAs " + scratch(L"listed.vlra"));
+    answer(L"Asset.Create TorvexAssetType /Hidden");
+    answer(L"Design.New");
+    answer(L"Document.Rename Second");
+    const std::wstring first = L"listed\t" + scratch(L"listed.vlra");
+    EXPECT_EQ(answer(L"DocumentMgt.List"), first + L"\nSecond\t");
+    EXPECT_EQ(answer(L"DocumentMgt.List /Assets"),
+              first + L"\n\tDesign\tVeloraAssetType\n\tTorvex\tTorvexAssetType\thidden\nSecond\t\n\tDesign\t"
+                      L"VeloraAssetType");
+}
+
 TEST_F(AssetsTest, WhatIsShownIsWhatItsDocumentKeepsAndIsAskedAbout)
 {
     answer(L"Design.New");

@@ -249,8 +249,8 @@ const std::set<std::wstring> kTelling = {
     L"SplitView.ViewCount",
     L"Transcripting.RecordSelectMouseEvent",
 };
-const std::set<std::wstring> kTellingAreas = {L"Browser", L"Commands",    L"Debug",
-                                              L"Measure", L"Performance", L"Transcripting"};
+const std::set<std::wstring> kTellingAreas = {L"AssetMgt",    L"Browser", L"Commands",    L"Debug",
+                                              L"DocumentMgt", L"Measure", L"Performance", L"Transcripting"};
 
 /// Ends the program; a test of the program as a whole replays it.
 constexpr const wchar_t* kExit = L"ExitApplicationCommand";

@@ -1,0 +1,95 @@
+// The subject areas "AssetMgt" and "DocumentMgt": what there is to be named in other lines.
+
+#include "Server/Base/Strings.h"
+#include "Server/Base/TextCommand.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/Document.h"
+#include "UI/Base/Session/SessionMgr.h"
+
+namespace Vu {
+
+namespace {
+
+using Vs::TextCommandParameters;
+using Vs::TextCommandResult;
+
+constexpr const wchar_t* kAssetArea = L"AssetMgt";
+constexpr const wchar_t* kDocumentArea = L"DocumentMgt";
+
+class AreaAssetMgt : public Vs::PythonEntry<AreaAssetMgt, Vs::TextCommandSubjectArea>
+{
+public:
+    AreaAssetMgt() : PythonEntry(kAssetArea, L"Commands that tell what assets there can be", false) {}
+};
+
+class AreaDocumentMgt : public Vs::PythonEntry<AreaDocumentMgt, Vs::TextCommandSubjectArea>
+{
+public:
+    AreaDocumentMgt() : PythonEntry(kDocumentArea, L"Commands that tell what documents are open", false) {}
+};
+
+class TextCmdAssetTypes : public Vs::PythonEntry<TextCmdAssetTypes, Vs::TextCommand>
+{
+public:
+    TextCmdAssetTypes()
+        : PythonEntry(kAssetArea, L"AssetTypes",
+                      L"Lists the types that an asset can be of, each with its identifier and its name", "",
+                      true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters&) override
+    {
+        const Vs::AssetTypeMgr* types = Vs::AssetTypeMgr::get();
+        std::wstring list;
+        for (unsigned i = 0; i < types->assetTypes(); ++i) {
+            const Vs::AssetType* type = types->assetType(i);
+            list +=
+                (list.empty() ? L"" : L"\n") + Vs::Strings::widen(type->identifier()) + L'\t' + type->name();
+        }
+        return {0, list};
+    }
+};
+
+std::wstring lineOf(const Vs::Asset& asset)
+{
+    return L"\n\t" + asset.name() + L'\t' + Vs::Strings::widen(asset.assetTypeIdentifier()) +
+           (asset.isVisible() ? L"" : L"\thidden");
+}
+
+class TextCmdDocumentList : public Vs::PythonEntry<TextCmdDocumentList, Vs::TextCommand>
+{
+public:
+    TextCmdDocumentList()
+        : PythonEntry(
+              kDocumentArea, L"List",
+              L"[/Assets] Lists the documents that are open, each with its name and its path, and with "
+              L"/Assets what is in them",
+              "", true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        const bool withAssets = parameters.hasFlag(L"Assets");
+        std::wstring list;
+        for (const Vs::Document* document : SessionMgr::get()->openDocuments()) {
+            list += (list.empty() ? L"" : L"\n") + document->displayName() + L'\t' + document->path();
+            for (unsigned i = 0; withAssets && i < document->assets(); ++i)
+                list += lineOf(*document->asset(i));
+            for (unsigned i = 0; withAssets && i < document->hiddenAssets(); ++i)
+                list += lineOf(*document->hiddenAsset(i));
+        }
+        return {0, list};
+    }
+};
+
+AreaAssetMgt theAssetArea;
+AreaDocumentMgt theDocumentArea;
+TextCmdAssetTypes theAssetTypes;
+TextCmdDocumentList theDocumentList;
+
+} // namespace
+
+} // namespace Vu
