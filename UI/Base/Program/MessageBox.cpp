@@ -33,6 +33,11 @@ constexpr StandardButton kStandardButtons[] = {
     {"ButtonNo", "No", "No"},
 };
 
+bool somebodyIsThere()
+{
+    return Application::get()->mainWidget() && !Application::headless() && !Application::testing();
+}
+
 void inform(const std::wstring& text, int icon)
 {
     MessageBox box(text);
@@ -87,7 +92,7 @@ int MessageBox::show()
     if (installedResponder())
         return noted(installedResponder()(*this));
     Application* application = Application::get();
-    if (application->mainWidget() && !Application::headless() && !Application::testing())
+    if (somebodyIsThere())
         return noted(ask());
     if (m_buttons.size() == 1) {
         application->inform(m_text);
@@ -141,6 +146,11 @@ void MessageBox::warning(const std::wstring& text)
 void MessageBox::error(const std::wstring& text)
 {
     inform(text, kErrorIcon);
+}
+
+bool MessageBox::canAsk()
+{
+    return installedResponder() || somebodyIsThere() || Answers::isExpected(Answers::Kind::Button);
 }
 
 void MessageBox::responder(Responder responder)

@@ -39,6 +39,9 @@ public:
     static void warning(const std::wstring& text);
     static void error(const std::wstring& text);
 
+    /// Whether there is somebody to answer a box that asks, or a replay that brings the answer.
+    [[nodiscard]] static bool canAsk();
+
     /// Answers in place of a person; null takes it away. Returns the index as `show` does.
     using Responder = std::function<int(const MessageBox&)>;
     static void responder(Responder responder);

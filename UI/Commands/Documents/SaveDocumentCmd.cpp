@@ -92,6 +92,11 @@ bool askForName(const Vs::DocumentType& type, CommandContext& context, std::wstr
         }
         if (name.find(L'.') != std::wstring::npos)
             return true;
+        // The suffix alone would make a hidden file in that folder.
+        if (name.empty() || name.ends_with(L'/')) {
+            status.addError(localizedFormat("NoFileName", "\"%1%\" is not the name of a file.", name));
+            return false;
+        }
         name += type.extension();
         boost::system::error_code error;
         if (!boost::filesystem::exists(name, error) || mayOverwrite(name))
@@ -154,7 +159,7 @@ void SaveDocumentCmd::onExecute(Vs::Status& status)
             giveUp();
         status.clear();
     }
-    if (!failures.reason().empty() && failures.alone())
+    if (!failures.reason().empty() && !failures.reported() && failures.alone())
         MessageBox::error(failures.reason());
     if (Vs::TranscriptMgr::get()->recording() && document->isOnDisk())
         commandContext()->addArgument(CommandContext::pathArgumentName(), document->path());
@@ -206,7 +211,7 @@ void SaveDocumentAsCmd::onExecute(Vs::Status& status)
     }
     if (!status.isOk())
         return;
-    RecentDocumentMgr::get()->add(name, document->isCloud());
+    RecentDocumentMgr::get()->add(document->path(), document->isCloud());
     Vs::DocumentEvent event(document, Vs::Timing::Notification);
     Vs::DocumentEventSource::get()->fireDocumentSaved(&event);
 }
@@ -233,8 +238,10 @@ SaveFailures::~SaveFailures()
 
 void SaveFailures::documentSaveFailed(Vs::DocumentFailureEvent* event)
 {
-    if (m_reason.empty())
-        m_reason = event->status().toString();
+    if (!m_reason.empty())
+        return;
+    m_reason = event->status().toString();
+    m_reported = event->status().reported();
 }
 
 } // namespace Vu::Commands

@@ -70,6 +70,8 @@ public:
 
     /// Empty as long as nothing failed.
     const std::wstring& reason() const { return m_reason; }
+    /// Whether the user knows it already.
+    bool reported() const { return m_reported; }
     /// Whether this is the only one that listens.
     bool alone() const { return s_listening == 1; }
 
@@ -77,6 +79,7 @@ private:
     void documentSaveFailed(Vs::DocumentFailureEvent* event) override;
 
     std::wstring m_reason;
+    bool m_reported = false;
     static int s_listening;
 };
 

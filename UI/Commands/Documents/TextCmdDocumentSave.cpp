@@ -27,6 +27,18 @@ namespace fs = boost::filesystem;
 constexpr const wchar_t* kNoDocument = L"There is no active document to save";
 constexpr const wchar_t* kNoName = L"You need to specify a filename as a parameter";
 
+/// Whether the text is the name of a file, not merely that of a folder.
+bool namesFile(const std::wstring& text)
+{
+    const std::wstring name = fs::path(text).filename().wstring();
+    return !name.empty() && name != L"." && name != L"..";
+}
+
+TextCommandResult noFileIn(const std::wstring& text)
+{
+    return {1, L"\"" + text + L"\" is not the name of a file"};
+}
+
 // clang-format off
 constexpr const wchar_t* kArea = L"Document";
 constexpr DirectTextRow kSave   = {kArea, L"Save", L"[<filename>] Saves the active document"};
@@ -71,6 +83,8 @@ public:
         if (parameters.parameters() == 0)
             return document->isOnDisk() ? save(session, document->path(), parameters)
                                         : TextCommandResult{1, kNoName};
+        if (!namesFile(parameters[0]))
+            return noFileIn(parameters[0]);
         const fs::path file = fileOf(parameters[0], *document->documentType());
         // A document that has a file of its own is saved there, whatever the name; nothing is in its way.
         std::shared_ptr<FileSetAside> aside;
@@ -109,6 +123,8 @@ public:
         DocumentSession* session = SessionMgr::get()->activeDocumentSession();
         if (!session)
             return {1, kNoDocument};
+        if (!namesFile(parameters[0]))
+            return noFileIn(parameters[0]);
         const fs::path file = fileOf(parameters[0], *session->document()->documentType());
         return runSave(SaveDocumentAsCmdDef::info()->key(), session, file.wstring(), parameters);
     }

@@ -3,11 +3,15 @@
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/FileChecks.h"
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
+#include "Tests/Support/Files.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -207,6 +211,29 @@ TEST_F(DocumentsTest, AFileThatCannotBeReadLeavesTheCurrentDocumentAlone)
         EXPECT_EQ(documents(), 1u);
         EXPECT_EQ(activeDocument(), before);
     }
+}
+
+TEST_F(DocumentsTest, DamageThatIsFoundAfterOpeningIsToldWithoutAQuestion)
+{
+    AlertController* alerts = CommandMgr::get()->GetAlertController();
+    alerts->clearAllAlerts();
+    const std::wstring path = scratch(L"damaged.vlra");
+    answer(L"Design.New");
+    answer(L"Design.Box 10 20 30");
+    answer(L"Document.SaveAs " + path);
+    answer(L"Document.CloseAll");
+    std::string content = TestSupport::contentOf(path);
+    char& byte = content[content.find("BINFILE") + 2000];
+    byte = static_cast<char>(byte ^ 0x55);
+    TestSupport::overwrite(path, content);
+    answer(L"Document.Open " + path);
+    Vs::FileChecks::finish();
+    ASSERT_EQ(alerts->alerts().size(), 1u);
+    EXPECT_NE(alerts->alerts().front().text.find(path), std::wstring::npos)
+        << Vs::Strings::narrow(alerts->alerts().front().text);
+    alerts->clearAllAlerts();
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(documents(), 1u);
 }
 
 TEST_F(DocumentsTest, AnEmptyPathOpensNothingAndSaysSoWhereNobodyCanBeAsked)

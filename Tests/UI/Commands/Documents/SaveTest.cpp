@@ -107,6 +107,20 @@ TEST_F(SaveTest, ANewDocumentTakesItsNameFromTheLineAndIsThenSavedWithoutOne)
     EXPECT_FALSE(activeDocument()->isDirty(false));
 }
 
+TEST_F(SaveTest, WhatNamesNoFileIsRefusedAndWritesNone)
+{
+    answer(L"Design.New");
+    const size_t files = filesIn(scratch(L"save")) + filesIn(scratch(L"save/last"));
+    for (const std::wstring& name :
+         {std::wstring(), std::wstring(L"."), std::wstring(L".."), file(L""), file(L".")})
+        for (const wchar_t* line : {L"Document.SaveAs", L"Document.Save"})
+            EXPECT_EQ(failure(line + (L" \"" + name + L"\"")),
+                      L"\"" + name + L"\" is not the name of a file");
+    EXPECT_NE(failure(L"VuCommands.SaveDocumentAsCmd " + file(L"")), L"");
+    EXPECT_EQ(filesIn(scratch(L"save")) + filesIn(scratch(L"save/last")), files);
+    EXPECT_FALSE(activeDocument()->isOnDisk());
+}
+
 TEST_F(SaveTest, ABareNameIsSavedInTheLastFolderWhichFollowsTheNamesThatHaveOne)
 {
     answer(L"Design.New");
@@ -350,6 +364,43 @@ TEST_F(NameLoopTest, AGivenNameThatExistsIsNotOverwrittenWhereNobodyCanAgree)
     overwrite(file(L"last/taken.vlra"), "old");
     failure(L"VuCommands.SaveDocumentAsCmd taken");
     EXPECT_EQ(contentOf(file(L"last/taken.vlra")), "old");
+}
+
+TEST_F(SaveTest, WhoseFileWasChangedOutsideIsAskedWhatToDoWithIt)
+{
+    answer(L"Design.New");
+    answer(L"Document.SaveAs " + file(L"shared"));
+    const std::wstring path = file(L"shared.vlra");
+    const auto changeOutside = [&] {
+        overwrite(path, "theirs");
+        answer(L"Design.Box 10 20 30");
+    };
+    // Nobody there: it fails, and says why.
+    changeOutside();
+    EXPECT_NE(failure(L"Document.Save").find(L"another program has changed the file"), std::wstring::npos);
+    // Cancel: nothing is written, and nobody is told what he has said himself.
+    answerBoxes(2);
+    answer(L"Commands.Start SaveDocumentCommand");
+    ASSERT_EQ(boxes().size(), 1u);
+    EXPECT_NE(boxes()[0].find(path), std::wstring::npos);
+    EXPECT_EQ(contentOf(path), "theirs");
+    EXPECT_TRUE(activeDocument()->isDirty(false));
+    answerBoxes(2);
+    EXPECT_NE(failure(L"Document.Save"), L"");
+    // Save As: there, and the other program's file stays.
+    answerBoxes(1);
+    answerDialogs({file(L"mine.vlra")});
+    answer(L"Commands.Start SaveDocumentCommand");
+    EXPECT_EQ(contentOf(path), "theirs");
+    EXPECT_TRUE(isPackage(file(L"mine.vlra")));
+    EXPECT_EQ(activeDocument()->path(), file(L"mine.vlra"));
+    // Overwrite, also by Save As under its own name.
+    overwrite(file(L"mine.vlra"), "theirs");
+    answerBoxes(0);
+    const size_t asked = boxes().size();
+    answer(L"Document.SaveAs " + file(L"mine"));
+    EXPECT_EQ(boxes().size(), asked + 1);
+    EXPECT_TRUE(isPackage(file(L"mine.vlra")));
 }
 
 TEST_F(SaveTest, TheClosePromptSavesAndThenCloses)

@@ -43,12 +43,16 @@ void Answers::expect(Kind kind, std::vector<std::wstring> answer)
 
 bool Answers::take(Kind kind, std::vector<std::wstring>& answer)
 {
-    auto& expected = state().expected;
-    if (expected.empty() || expected.front().kind != kind)
+    if (!isExpected(kind))
         return false;
-    answer = std::move(expected.front().words);
-    expected.pop_front();
+    answer = std::move(state().expected.front().words);
+    state().expected.pop_front();
     return true;
+}
+
+bool Answers::isExpected(Kind kind)
+{
+    return !state().expected.empty() && state().expected.front().kind == kind;
 }
 
 void Answers::lineRan()

@@ -18,6 +18,8 @@ public:
     static void expect(Kind kind, std::vector<std::wstring> answer);
     /// Returns whether there is one, and uses it up.
     [[nodiscard]] static bool take(Kind kind, std::vector<std::wstring>& answer);
+    /// Whether `take` would return true.
+    [[nodiscard]] static bool isExpected(Kind kind);
     /// A line has run: what it did not ask for is forgotten, but for what it has brought itself.
     static void lineRan();
 

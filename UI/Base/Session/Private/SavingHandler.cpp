@@ -3,7 +3,9 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentType.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -22,16 +24,49 @@ bool askForPath(Vs::Document& document)
     return true;
 }
 
+/// `question` has the path in it.
+Vs::EDocMgmtOpCode askAboutFile(Vs::Document& document, const std::wstring& question)
+{
+    MessageBox box(question);
+    box.icon(kQuestionIcon);
+    box.addButton(localized("OverwriteFile", "Overwrite"));
+    box.addButton(localized("SaveElsewhere", "Save As..."), true);
+    box.addButton(kCancelButton);
+    enum Answer { kOverwrite = 0, kSaveAs = 1 };
+    switch (box.show()) {
+    case kOverwrite:
+        return Vs::eDocMgmtGoOn;
+    case kSaveAs:
+        return askForPath(document) ? Vs::eDocMgmtGoOn : Vs::eDocMgmtStop;
+    default:
+        return Vs::eDocMgmtStop;
+    }
+}
+
+/// The worst of the answers; no opinion where nobody can be asked.
+Vs::EDocMgmtOpCode askAboutFiles(const Vs::IDocMgmtHandler::Documents& documents, const char* key,
+                                 const char* question)
+{
+    if (!MessageBox::canAsk())
+        return Vs::eDocMgmtNoOpinion;
+    for (Vs::Document* document : documents)
+        if (askAboutFile(*document, localizedFormat(key, question, document->path())) == Vs::eDocMgmtStop)
+            return Vs::eDocMgmtStop;
+    return Vs::eDocMgmtGoOn;
+}
+
 } // namespace
 
 SavingHandler::SavingHandler()
 {
     Vs::DocumentEventSource::get()->subscribe(this);
+    Vs::FileDamageEventSource::get()->subscribe(this);
 }
 
 SavingHandler::~SavingHandler()
 {
     Vs::DocumentEventSource::get()->unsubscribe(this);
+    Vs::FileDamageEventSource::get()->unsubscribe(this);
 }
 
 Vs::EDocMgmtOpCode SavingHandler::onSavingUnnamed(const Documents& documents)
@@ -42,6 +77,19 @@ Vs::EDocMgmtOpCode SavingHandler::onSavingUnnamed(const Documents& documents)
     return Vs::eDocMgmtNoOpinion;
 }
 
+Vs::EDocMgmtOpCode SavingHandler::onSavingReadOnlyFiles(const Documents& documents)
+{
+    return askAboutFiles(documents, "SavingReadOnlyFile",
+                         "\"%1%\" is write-protected.\nDo you want to overwrite it all the same?");
+}
+
+Vs::EDocMgmtOpCode SavingHandler::onSavingChangedFiles(const Documents& documents)
+{
+    return askAboutFiles(documents, "SavingChangedFile",
+                         "Another program has changed \"%1%\" since it was opened.\nDo you want to overwrite "
+                         "what it has written?");
+}
+
 void SavingHandler::documentSaved(Vs::DocumentEvent* event)
 {
     const Vs::Document* document = event->document();
@@ -50,6 +98,11 @@ void SavingHandler::documentSaved(Vs::DocumentEvent* event)
         return;
     session->firstSave(false);
     RecentDocumentMgr::get()->add(document->path(), document->isCloud());
+}
+
+void SavingHandler::fileDamaged(Vs::DocumentFailureEvent* event)
+{
+    Application::get()->inform(event->status().toString());
 }
 
 } // namespace Vu
