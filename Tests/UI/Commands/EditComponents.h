@@ -49,7 +49,7 @@ protected:
     static void saveAndReopen(const std::wstring& file)
     {
         answer(L"Document.SaveAs \"" + scratch(file) + L'"');
-        answer(L"Document.CloseAll");
+        answer(L"Document.Close");
         answer(L"Document.Open \"" + scratch(file) + L'"');
     }
 

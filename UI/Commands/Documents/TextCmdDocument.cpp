@@ -99,11 +99,21 @@ public:
     }
 };
 
+bool isOpen(const DocumentSession* session)
+{
+    const std::vector<DocumentSession*> open = SessionMgr::get()->documentSessions();
+    return std::find(open.begin(), open.end(), session) != open.end();
+}
+
 TextCommandResult closeSession(DocumentSession* session, CommandContext context,
                                const TextCommandParameters& parameters)
 {
     context.addArgument(CloseDocumentCmdDef::documentSessionArgumentName(), session);
-    return runDefinition(CloseDocumentCmdDef::info()->key(), context, parameters);
+    const TextCommandResult result = runDefinition(CloseDocumentCmdDef::info()->key(), context, parameters);
+    // A line of the command box has only queued the close. The definition is silent where somebody refused.
+    if (result.first == 0 && !parameters.viaUI() && isOpen(session))
+        return {1, L"\"" + session->document()->displayName() + L"\" was not closed"};
+    return result;
 }
 
 /// The session of the newest document; null if none is open.
@@ -152,8 +162,7 @@ public:
         // One that stays open keeps none of the others.
         TextCommandResult answer{0, {}};
         for (DocumentSession* session : sessions) {
-            const std::vector<DocumentSession*> left = SessionMgr::get()->documentSessions();
-            if (std::find(left.begin(), left.end(), session) == left.end())
+            if (!isOpen(session))
                 continue;
             const TextCommandResult result =
                 closeSession(session, CommandContext::activeContext(), parameters);

@@ -99,7 +99,9 @@ TEST_F(DocumentsTest, NobodyToAskCountsAsCancel)
 {
     answer(L"Design.New");
     answer(L"Asset.MarkDirty");
-    run(L"Document.Close");
+    answer(L"Document.Rename Bracket");
+    EXPECT_EQ(failure(L"Document.Close"), L"\"Bracket\" was not closed");
+    EXPECT_EQ(failure(L"Document.CloseAll"), L"\"Bracket\" was not closed");
     EXPECT_EQ(documents(), 1u);
 }
 
@@ -134,7 +136,7 @@ TEST_F(DocumentsTest, CloseAllGoesOnPastADocumentThatStays)
     Vs::Document* dirty = document(0);
     answer(L"Design.New");
     answerBoxes(2);
-    run(L"Document.CloseAll");
+    failure(L"Document.CloseAll");
     ASSERT_EQ(documents(), 1u);
     EXPECT_EQ(document(0), dirty);
     EXPECT_EQ(boxes().size(), 1u);

@@ -362,8 +362,11 @@ public:
             failure(L"Document.Close");
             return;
         }
-        answer(below(2) == 0 ? L"Document.Close" : L"VuCommands.CloseDocumentCmd");
-        if (!agreed(*document, button))
+        const bool tells = below(2) == 0;
+        const unsigned code = run(tells ? L"Document.Close" : L"VuCommands.CloseDocumentCmd").first;
+        const bool closes = agreed(*document, button);
+        EXPECT_EQ(code, tells && !closes ? 1u : 0u);
+        if (!closes)
             return;
         m_model.close(document->real);
         m_model.shown = false;
@@ -406,12 +409,16 @@ public:
         std::vector<const Vs::Document*> all;
         for (const ModelDocument& document : m_model.documents)
             all.push_back(document.real);
-        EXPECT_EQ(run(L"Document.CloseAll").first, all.empty() ? 1u : 0u);
+        const unsigned code = run(L"Document.CloseAll").first;
+        bool well = !all.empty();
         for (const Vs::Document* document : all)
             if (agreed(*m_model.find(document), button)) {
                 m_model.close(document);
                 m_model.shown = false;
+            } else {
+                well = false;
             }
+        EXPECT_EQ(code, well ? 0u : 1u);
     }
     /// All questions first, in the order of a set; one refusal keeps all.
     void closeAll()
