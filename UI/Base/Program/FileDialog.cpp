@@ -151,9 +151,11 @@ bool FileDialog::getSpecialFilenameForOpen(const std::wstring& filter, std::wstr
 }
 
 bool FileDialog::getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
-                                      std::wstring& name, const std::wstring& initialPath)
+                                      std::wstring& name, const std::wstring& initialPath,
+                                      const std::wstring& entry)
 {
-    return askForOne({filter, caption, initialPath.empty() ? name : initialPath, false, false}, name);
+    return askForOne({filter, caption, initialPath.empty() ? name : initialPath, false, false, false, entry},
+                     name);
 }
 
 bool FileDialog::canAsk()

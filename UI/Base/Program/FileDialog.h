@@ -44,8 +44,10 @@ public:
     [[nodiscard]] static bool getSpecialFilenameForOpen(const std::wstring& filter, std::wstring& name,
                                                         CommandContext* context, const std::wstring& folder,
                                                         const std::string& key, const std::wstring& caption);
+    /// `name` may hold a proposal; `entry` is the filter's that is chosen at first.
     [[nodiscard]] static bool getFilenameForExport(const std::wstring& filter, const std::wstring& caption,
-                                                   std::wstring& name, const std::wstring& initialPath);
+                                                   std::wstring& name, const std::wstring& initialPath,
+                                                   const std::wstring& entry = {});
 
     /// Whether there is somebody to ask.
     [[nodiscard]] static bool canAsk();
@@ -62,6 +64,7 @@ public:
         bool forOpen = true;
         bool several = false;
         bool asTyped = false; ///< A name to save under gets no suffix of the filter.
+        std::wstring entry;   ///< Of the filter, chosen at first; if it isn't one, the first is.
     };
     /// Answers in place of a person; returns false for cancelled. Null takes it away.
     using Responder = std::function<bool(const Request&, std::vector<std::wstring>& names)>;

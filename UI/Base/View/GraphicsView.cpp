@@ -12,6 +12,7 @@
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/View/PrintedImageResource.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/View/TransitionMgr.h"
 #include "UI/Base/View/ViewMgr.h"
@@ -195,8 +196,10 @@ bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_
                                                modelFragments(), width, height, options, pixels, status))
         return false;
     const std::string format = imageFormat(path);
+    const auto* printed = Vs::cast<PrintedImageResource>(image);
     return Display::get()->writePicture(pixels, path, format,
-                                        options.transparentBackground && format != "jpg", status);
+                                        options.transparentBackground && format != "jpg",
+                                        printed ? printed->dotsPerInch() : 0, status);
 }
 
 bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height)

@@ -10,12 +10,14 @@
 namespace Vu {
 
 NamingDialog::NamingDialog(QWidget* parent, const QString& caption, const QString& start,
-                           const QString& filter, Suffix suffix)
+                           const QString& filter, Suffix suffix, const QString& entry)
     : QFileDialog(parent, caption, start, filter)
 {
     setAcceptMode(AcceptSave);
     setFileMode(AnyFile);
     selectFile(start);
+    if (nameFilters().contains(entry))
+        selectNameFilter(entry);
     if (suffix == Suffix::AsTyped)
         return;
     // The dialog must know the suffix before it asks whether a file may be replaced.

@@ -12,8 +12,9 @@ public:
     /// What becomes of a name that is typed without a suffix.
     enum class Suffix { OfFilter, AsTyped };
 
+    /// `entry` is the filter's that is chosen at first; if it isn't one, the first is.
     NamingDialog(QWidget* parent, const QString& caption, const QString& start, const QString& filter,
-                 Suffix suffix = Suffix::OfFilter);
+                 Suffix suffix = Suffix::OfFilter, const QString& entry = {});
 
     /// What the user chose; empty as long as nothing is.
     QString name() const;

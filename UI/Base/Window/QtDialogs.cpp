@@ -116,7 +116,8 @@ std::vector<std::wstring> QtDialogs::askFileNames(const FileDialog::Request& req
                                               kLocal);
     } else {
         NamingDialog dialog(parent, caption, from, filter,
-                            request.asTyped ? NamingDialog::Suffix::AsTyped : NamingDialog::Suffix::OfFilter);
+                            request.asTyped ? NamingDialog::Suffix::AsTyped : NamingDialog::Suffix::OfFilter,
+                            QString::fromStdWString(FileDialogRules::dialogFilter(request.entry)));
         dialog.exec();
         chosen << QUrl::fromLocalFile(dialog.name());
     }

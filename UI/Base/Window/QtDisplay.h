@@ -35,9 +35,9 @@ public:
         return QtPictures::readPicture(path, image);
     }
     bool writePicture(const Vs::Scene::Image& image, const std::wstring& path, const std::string& format,
-                      bool keepsTransparency, Vs::Status& status) override
+                      bool keepsTransparency, int dotsPerInch, Vs::Status& status) override
     {
-        return QtPictures::writePicture(image, path, format, keepsTransparency, status);
+        return QtPictures::writePicture(image, path, format, keepsTransparency, dotsPerInch, status);
     }
     std::string pngOf(const Vs::Scene::Image& image) override { return QtPictures::pngOf(image); }
 };

@@ -9,6 +9,8 @@
 #include <QImageWriter>
 #include <QSaveFile>
 
+#include <cmath>
+
 namespace Vu {
 namespace {
 
@@ -59,9 +61,16 @@ bool QtPictures::readPicture(const std::wstring& path, Vs::Scene::Image& image)
 }
 
 bool QtPictures::writePicture(const Vs::Scene::Image& image, const std::wstring& path,
-                              const std::string& format, bool keepsTransparency, Vs::Status& status)
+                              const std::string& format, bool keepsTransparency, int dotsPerInch,
+                              Vs::Status& status)
 {
-    const QImage picture = qtImage(image, keepsTransparency);
+    QImage picture = qtImage(image, keepsTransparency);
+    if (dotsPerInch > 0) {
+        constexpr double kInchesPerMetre = 1000 / 25.4;
+        const int dotsPerMetre = static_cast<int>(std::lround(dotsPerInch * kInchesPerMetre));
+        picture.setDotsPerMeterX(dotsPerMetre);
+        picture.setDotsPerMeterY(dotsPerMetre);
+    }
     // Written beside the old picture and put in its place whole.
     CheckedFile file(QString::fromStdWString(path));
     QString reason;

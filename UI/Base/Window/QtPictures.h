@@ -14,7 +14,7 @@ namespace Vu::QtPictures {
 
 bool readPicture(const std::wstring& path, Vs::Scene::Image& image);
 bool writePicture(const Vs::Scene::Image& image, const std::wstring& path, const std::string& format,
-                  bool keepsTransparency, Vs::Status& status);
+                  bool keepsTransparency, int dotsPerInch, Vs::Status& status);
 std::string pngOf(const Vs::Scene::Image& image);
 
 } // namespace Vu::QtPictures

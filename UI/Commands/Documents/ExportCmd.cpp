@@ -3,16 +3,20 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
+#include "UI/Base/Program/UIInternalOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Commands/Documents/FileNameFor.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Usage.h"
 #include "UI/Commands/WaitCursor.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace Vu::Commands {
 
@@ -89,6 +93,42 @@ Vs::Translator* translatorFor(const std::wstring& name, const Vs::TranslatorFile
     return translator;
 }
 
+/// What "Export As..." offers, in this order. Not every kind need be one that a translator writes.
+struct ExportKind
+{
+    const wchar_t* entry;
+    std::vector<std::wstring> suffixes;
+};
+
+const ExportKind kExportKinds[] = {
+    {L"SAT File (*.sat)", {L".sat"}},
+    {L"STEP File (*.stp *.step)", {L".stp", L".step"}},
+};
+
+constexpr const char* kLastSuffixOption = "ExportAsCmd_suffix";
+
+/// The kind that was written last, or else the first that can be written.
+const ExportKind& kindToPropose(const Vs::TranslatorFileRecognizer& recognizer)
+{
+    const std::wstring last = UIInternalOptionGroup::get()->value(kLastSuffixOption, std::wstring());
+    const ExportKind* proposed = nullptr;
+    for (const ExportKind& kind : kExportKinds) {
+        if (!recognizer.translator(L"x" + kind.suffixes.front()))
+            continue;
+        const bool isLast =
+            std::find(kind.suffixes.begin(), kind.suffixes.end(), last) != kind.suffixes.end();
+        if (!proposed || isLast)
+            proposed = &kind;
+    }
+    return proposed ? *proposed : kExportKinds[0];
+}
+
+void rememberKind(const std::wstring& name)
+{
+    if (!Application::headless())
+        UIInternalOptionGroup::get()->setValue(kLastSuffixOption, name.substr(name.rfind(L'.')));
+}
+
 void applyTessellation(Vs::TranslatorSaveOptions& options, int tessellation)
 {
     options.resetRefinement();
@@ -141,7 +181,7 @@ void ExportCmd::onExecute(Vs::Status& status)
                                &combine);
     commandContext()->argument(ExportCmdDef::tessellationArgumentName(), CommandContext::EArgType::Int,
                                &tessellation);
-    std::wstring name;
+    std::wstring name = fileNameFor(asset->document(), L".stl");
     if (!FileDialog::getTranscriptableFilenameForSaveAs(
             L"STL Files (*.stl)", localized("ExportSTLCaption", "Export to STL"), name, commandContext())) {
         FileDialog::tellMissing(status);
@@ -196,9 +236,13 @@ void ExportAsCmd::onExecute(Vs::Status& status)
     }
     Vs::TranslatorFileRecognizer recognizer(asset->assetTypeIdentifier(), true);
     recognizer.recognize();
-    std::wstring name;
-    if (!FileDialog::getFilenameForExport(L"SAT File (*.sat);;STEP File (*.stp *.step)",
-                                          localized("ExportCaption", "Export As"), name, L"")) {
+    const ExportKind& kind = kindToPropose(recognizer);
+    std::wstring name = fileNameFor(asset->document(), kind.suffixes.front());
+    std::wstring filter;
+    for (const ExportKind& each : kExportKinds)
+        filter += (filter.empty() ? L"" : L";;") + std::wstring(each.entry);
+    if (!FileDialog::getFilenameForExport(filter, localized("ExportCaption", "Export As"), name, L"",
+                                          kind.entry)) {
         FileDialog::tellMissing(status);
         return;
     }
@@ -222,7 +266,9 @@ void ExportAsCmd::onExecute(Vs::Status& status)
         if (status.isOk())
             status.addError(message);
         status.reported(true);
+        return;
     }
+    rememberKind(name);
 }
 
 void ExportAsCmd::onEnd(ETerminationReason reason)

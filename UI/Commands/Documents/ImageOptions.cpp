@@ -69,17 +69,19 @@ std::optional<std::pair<uint32_t, uint32_t>> sizeOfEntry(std::wstring_view entry
 
 uint32_t ImageSizeModel::pixels(uint32_t shown) const
 {
-    return bounded(m_unit == Unit::Inches ? double(shown) * m_resolution : double(shown));
+    return bounded(m_unit == Unit::Inches ? double(shown) * m_options.resolution : double(shown));
 }
 
 uint32_t ImageSizeModel::shownWidth() const
 {
-    return m_unit == Unit::Inches ? m_options.width / static_cast<uint32_t>(m_resolution) : m_options.width;
+    return m_unit == Unit::Inches ? m_options.width / static_cast<uint32_t>(m_options.resolution)
+                                  : m_options.width;
 }
 
 uint32_t ImageSizeModel::shownHeight() const
 {
-    return m_unit == Unit::Inches ? m_options.height / static_cast<uint32_t>(m_resolution) : m_options.height;
+    return m_unit == Unit::Inches ? m_options.height / static_cast<uint32_t>(m_options.resolution)
+                                  : m_options.height;
 }
 
 void ImageSizeModel::ratioLocked(bool locked)
@@ -107,7 +109,7 @@ void ImageSizeModel::resolutionEdited(int resolution)
 {
     const uint32_t width = shownWidth();
     const uint32_t height = shownHeight();
-    m_resolution = resolution > 0 ? resolution : kDefaultResolution;
+    m_options.resolution = resolution > 0 ? resolution : kDefaultResolution;
     if (m_unit == Unit::Inches) {
         m_options.width = pixels(width);
         m_options.height = pixels(height);

@@ -15,6 +15,7 @@ struct ImageOptions
     bool transparentBackground = false;
     bool antiAliasing = true;
     bool transparencyLocked = false; ///< The file format knows no transparency.
+    int resolution = 72;             ///< Pixels per inch, as the file says.
 };
 
 /// Asks a person, beginning with what `options` says; returns false for cancelled. Without a window nobody is
@@ -57,7 +58,7 @@ public:
     /// Locking adapts the height to the width.
     void ratioLocked(bool locked);
     /// Pixels per inch. 0 stands for 72.
-    int resolution() const { return m_resolution; }
+    int resolution() const { return m_options.resolution; }
 
     /// As the edits show them: pixels, or whole inches.
     uint32_t shownWidth() const;
@@ -76,7 +77,6 @@ private:
     double m_aspect;
     Unit m_unit = Unit::Pixels;
     bool m_ratioLocked = false;
-    int m_resolution = 72;
 };
 
 } // namespace Vu::Commands

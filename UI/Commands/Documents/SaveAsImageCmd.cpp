@@ -1,14 +1,17 @@
 #include "UI/Commands/Documents/SaveAsImageCmd.h"
 
-#include "Server/Base/ResourceMgr.h"
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SceneUtilities.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/PrintedImageResource.h"
+#include "UI/Commands/Documents/FileNameFor.h"
 #include "UI/Commands/Documents/ImageOptions.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
@@ -180,7 +183,8 @@ void SaveAsImageCmd::onExecute(Vs::Status& status)
 {
     static const std::wstring filter =
         localized("ImageFilesFilter", "png files (*.png);;jpg files (*.jpg);;tiff files (*.tif)");
-    std::wstring name;
+    const AssetSession* session = commandContext()->assetSession();
+    std::wstring name = session ? fileNameFor(session->asset()->document(), L".png") : std::wstring();
     if (!FileDialog::getTranscriptableFilenameForSaveAs(filter, localized("CaptureImage", "Save As"), name,
                                                         commandContext())) {
         FileDialog::tellMissing(status);
@@ -210,7 +214,7 @@ void SaveAsImageCmd::onExecute(Vs::Status& status)
 
     GraphicsOptionsGuard graphics(*view);
     graphics.setFor(options);
-    Vs::ImageResource image(withImageSuffix(name));
+    PrintedImageResource image(withImageSuffix(name), options.resolution);
     view->renderImage(&image, options.width, options.height, status);
 }
 

@@ -2,11 +2,14 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Command/UsageEvents.h"
+#include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+
+using Vu::FileDialog;
 
 namespace {
 
@@ -50,6 +53,24 @@ TEST_F(ExportTest, OnlySixSuffixesPassAndOnlyInLowerCase)
                   L"Failed to export the asset. At present, we just support save an asset as *.stl");
         EXPECT_FALSE(boost::filesystem::exists(scratch(name)));
     }
+}
+
+TEST_F(ExportTest, DialogsProposeTheDocumentsNameAndAKindThatCanBeWritten)
+{
+    answer(L"Document.Rename \"Plate 7/b\"");
+    std::vector<FileDialog::Request> requests;
+    FileDialog::responder([&](const FileDialog::Request& request, std::vector<std::wstring>&) {
+        requests.push_back(request);
+        return false;
+    });
+    for (const wchar_t* command : {L"ExportCommand", L"ExportAsCommand", L"SaveAsImageCommand"})
+        answer(std::wstring(L"Commands.Start ") + command);
+    ASSERT_EQ(requests.size(), 3u);
+    EXPECT_EQ(requests[0].initialPath, L"Plate 7_b.stl");
+    EXPECT_EQ(requests[1].initialPath, L"Plate 7_b.stp");
+    EXPECT_EQ(requests[1].filter, L"SAT File (*.sat);;STEP File (*.stp *.step)");
+    EXPECT_EQ(requests[1].entry, L"STEP File (*.stp *.step)");
+    EXPECT_EQ(requests[2].initialPath, L"Plate 7_b.png");
 }
 
 TEST_F(ExportTest, ASuffixThatNobodyWritesIsNamed)

@@ -1,6 +1,7 @@
 #include "UI/Commands/Adaptations/QT/Options/QTSaveAsImageOptionsDlg.h"
 
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIInternalOptionGroup.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Localized.h"
 
@@ -15,6 +16,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace Vu::Commands {
 namespace {
 
@@ -23,6 +26,21 @@ constexpr const char* kSizes[] = {
     "640 x 480 (4:3)",    "1024 x 1024 (1:1)", "512 x 512 (1:1)",   "256 x 256 (1:1)",
 };
 constexpr int kLargestResolution = 2400;
+
+// In the group of internal options.
+constexpr const char* kWidth = "QTSaveAsImageOptionsDlg_width";
+constexpr const char* kHeight = "QTSaveAsImageOptionsDlg_height";
+constexpr const char* kSize = "QTSaveAsImageOptionsDlg_size"; // an index, which is the same in every language
+constexpr const char* kUnit = "QTSaveAsImageOptionsDlg_unit"; // the same
+constexpr const char* kResolution = "QTSaveAsImageOptionsDlg_resolution";
+constexpr const char* kLockRatio = "QTSaveAsImageOptionsDlg_lockRatio";
+constexpr const char* kTransparent = "QTSaveAsImageOptionsDlg_transparent";
+constexpr const char* kAntiAliasing = "QTSaveAsImageOptionsDlg_antiAliasing";
+
+int kept(const char* option, int fallBack)
+{
+    return UIInternalOptionGroup::get()->value(option, fallBack);
+}
 
 QString text(const char* key, const char* english)
 {
@@ -77,6 +95,7 @@ QTSaveAsImageOptionsDlg::QTSaveAsImageOptionsDlg(ImageOptions* options, QWidget*
     lineEditReso->setEnabled(false);
     showNumbers(nullptr);
     connectAll();
+    restore();
 }
 
 QTSaveAsImageOptionsDlg::~QTSaveAsImageOptionsDlg() = default;
@@ -159,7 +178,41 @@ void QTSaveAsImageOptionsDlg::accept()
             edit->selectAll();
             return;
         }
+    keep();
     QDialog::accept();
+}
+
+void QTSaveAsImageOptionsDlg::restore()
+{
+    m_model.resolutionEdited(kept(kResolution, m_model.resolution()));
+    lineEditReso->setText(QString::number(m_model.resolution()));
+    comboBoxWidthUnit->setCurrentIndex(std::clamp(kept(kUnit, 0), 0, comboBoxWidthUnit->count() - 1));
+    const int size = std::clamp(kept(kSize, 0), 0, comboBoxSize->count() - 1);
+    comboBoxSize->setCurrentIndex(size);
+    if (comboBoxSize->itemText(size) == customSize())
+        m_model.size(static_cast<uint32_t>(std::max(kept(kWidth, int(m_window.width)), 1)),
+                     static_cast<uint32_t>(std::max(kept(kHeight, int(m_window.height)), 1)));
+    checkBoxLockRatio->setChecked(kept(kLockRatio, 0) != 0);
+    // What the command was told already stays.
+    if (!m_options->transparencyLocked && kept(kTransparent, 0) != 0)
+        checkBoxTransBgd->setChecked(true);
+    if (kept(kAntiAliasing, 1) == 0)
+        checkBoxEnableAA->setChecked(false);
+    showNumbers(nullptr);
+}
+
+void QTSaveAsImageOptionsDlg::keep() const
+{
+    UIInternalOptionGroup* group = UIInternalOptionGroup::get();
+    group->setValue(kWidth, int(m_options->width));
+    group->setValue(kHeight, int(m_options->height));
+    group->setValue(kSize, comboBoxSize->currentIndex());
+    group->setValue(kUnit, comboBoxWidthUnit->currentIndex());
+    group->setValue(kResolution, m_model.resolution());
+    group->setValue(kLockRatio, int(checkBoxLockRatio->isChecked()));
+    if (!m_options->transparencyLocked)
+        group->setValue(kTransparent, int(checkBoxTransBgd->isChecked()));
+    group->setValue(kAntiAliasing, int(checkBoxEnableAA->isChecked()));
 }
 
 void QTSaveAsImageOptionsDlg::lockRatioCheck(int state)

@@ -13,8 +13,8 @@ class QLineEdit;
 
 namespace Vu::Commands {
 
-/// Asks for the size, background and anti-aliasing of a captured image. What it computes stands in
-/// ImageSizeModel.
+/// Asks for the size, background and anti-aliasing of a captured image, and begins with what was chosen the
+/// last time. What it computes stands in ImageSizeModel.
 class QTSaveAsImageOptionsDlg : public QDialog
 {
     Q_OBJECT
@@ -39,6 +39,9 @@ private slots:
 private:
     void build();
     void connectAll();
+    /// Takes what was chosen the last time, and keeps what is chosen now.
+    void restore();
+    void keep() const;
     void showCustomSize();
     void showNumbers(const QLineEdit* edited);
 
