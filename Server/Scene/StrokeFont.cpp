@@ -14,6 +14,9 @@ constexpr double kGap = 0.24;
 constexpr double kDigitWidth = 0.56;
 /// The height of an x, and the middle of what is round in a small letter.
 constexpr double kSmall = 0.66, kHalfSmall = kSmall / 2;
+/// The height of a dot: in letters of 9 pixels it still covers one and a half, wherever it falls between
+/// them.
+constexpr double kDot = 0.17;
 /// An arc has a corner each so many degrees: round enough for a letter of some hundred pixels.
 constexpr double kArcStep = 15;
 
@@ -57,7 +60,7 @@ public:
     {
         const double middle = m_glyph.width / 2;
         for (const double x : {middle - 0.13, middle + 0.13})
-            line({{x, y}, {x, y + 0.05}});
+            line({{x, y}, {x, y + kDot}});
         return *this;
     }
     operator StrokeFont::Glyph() const { return m_glyph; }
@@ -102,7 +105,7 @@ void addCapitals(Glyphs& g)
     g[L'Y'] = Pen(0.64).line({{0, 1}, {0.32, 0.48}, {0.64, 1}}).line({{0.32, 0.48}, {0.32, 0}});
     g[L'Z'] = Pen(0.58).line({{0, 1}, {0.58, 1}, {0, 0}, {0.58, 0}});
     for (const auto& [with, without] : {std::pair(L'\u00C4', L'A'), {L'\u00D6', L'O'}, {L'\u00DC', L'U'}})
-        g[with] = Pen(g[without].width).add(g[without]).twoDots(1.14);
+        g[with] = Pen(g[without].width).add(g[without]).twoDots(1.12);
 }
 
 void addSmallLetters(Glyphs& g)
@@ -117,11 +120,11 @@ void addSmallLetters(Glyphs& g)
     g[L'f'] = Pen(0.36).arc(0.32, 0.80, 0.20, 0.20, 75, 180).to(0.12, 0).line({{0, kSmall}, {0.34, kSmall}});
     g[L'g'] = Pen(0.50).add(round).line({{0.50, kSmall}}).arcTo(0.26, -0.04, 0.24, 0.22, 0, -145);
     g[L'h'] = Pen(0.48).line({{0, 1}, {0, 0}}).arc(0.24, 0.42, 0.24, 0.24, 180, 0).to(0.48, 0);
-    g[L'i'] = Pen(0.02).line({{0.01, kSmall}, {0.01, 0}}).line({{0.01, 0.88}, {0.01, 0.94}});
+    g[L'i'] = Pen(0.02).line({{0.01, kSmall}, {0.01, 0}}).line({{0.01, 0.86}, {0.01, 0.86 + kDot}});
     g[L'j'] = Pen(0.16)
                   .line({{0.16, kSmall}})
                   .arcTo(0, -0.10, 0.16, 0.16, 0, -90)
-                  .line({{0.16, 0.88}, {0.16, 0.94}});
+                  .line({{0.16, 0.86}, {0.16, 0.86 + kDot}});
     g[L'k'] =
         Pen(0.44).line({{0, 1}, {0, 0}}).line({{0.42, kSmall}, {0, 0.24}}).line({{0.15, 0.39}, {0.44, 0}});
     g[L'l'] = Pen(0.02).line({{0.01, 1}, {0.01, 0}});
@@ -154,7 +157,7 @@ void addSmallLetters(Glyphs& g)
                        .arcTo(0.22, 0.77, 0.22, 0.23, 180, -90)
                        .arcTo(0.22, 0.27, 0.26, 0.27, 90, -110);
     for (const auto& [with, without] : {std::pair(L'\u00E4', L'a'), {L'\u00F6', L'o'}, {L'\u00FC', L'u'}})
-        g[with] = Pen(g[without].width).add(g[without]).twoDots(0.88);
+        g[with] = Pen(g[without].width).add(g[without]).twoDots(0.84);
 }
 
 void addDigitsAndSigns(Glyphs& g)
@@ -173,9 +176,9 @@ void addDigitsAndSigns(Glyphs& g)
     g[L' '] = Pen(0.20);
     g[L'-'] = Pen(0.42).line({{0.02, 0.46}, {0.40, 0.46}});
     g[L'+'] = Pen(0.48).line({{0, 0.46}, {0.48, 0.46}}).line({{0.24, 0.22}, {0.24, 0.70}});
-    g[L'.'] = Pen(0.06).line({{0.03, 0}, {0.03, 0.07}});
+    g[L'.'] = Pen(0.06).line({{0.03, 0}, {0.03, kDot}});
     g[L','] = Pen(0.10).line({{0.08, 0.07}, {0.02, -0.14}});
-    g[L':'] = Pen(0.06).line({{0.03, 0.08}, {0.03, 0.15}}).line({{0.03, 0.5}, {0.03, 0.57}});
+    g[L':'] = Pen(0.06).line({{0.03, 0.04}, {0.03, 0.04 + kDot}}).line({{0.03, 0.46}, {0.03, 0.46 + kDot}});
     g[L'/'] = Pen(0.44).line({{0, -0.08}, {0.44, 1.08}});
     g[L'('] = Pen(0.20).arc(0.34, 0.46, 0.34, 0.70, 115, 245);
     g[L')'] = Pen(0.20).arc(-0.14, 0.46, 0.34, 0.70, 65, -65);

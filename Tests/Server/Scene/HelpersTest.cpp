@@ -1,6 +1,7 @@
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
+#include "Server/Scene/StrokeFont.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Server/Scene/Shapes.h"
 
@@ -103,6 +104,34 @@ TEST_F(Helpers, AMarkerKeepsItsSizeOnTheScreenWhateverTheCameraDoes)
             EXPECT_LT(redAt(place, 14, 0), 150) << "zoom " << zoom;
             EXPECT_LT(redAt(place, 0, -14), 150) << "zoom " << zoom;
         }
+}
+
+TEST_F(Helpers, ADecimalPointIsSeenWhereverItFallsBetweenThePixels)
+{
+    m_fragment->camera()->toggleProjection(kParallelProjection);
+    m_fragment->camera()->fit(m_fragment->bounds());
+    const double pixel = Projection(*m_fragment->camera(), kWidth, kHeight).pixelSize(1);
+    for (const bool smooth : {false, true})
+        for (const double height : {9.0, 12.0})
+            for (int offset = 0; offset < 20; ++offset) {
+                m_options.antiAliasing = smooth;
+                const GkPoint3d corner(5 + offset * 0.05 * pixel, 7 + offset * 0.35 * pixel, 25);
+                const auto dot = NodeChange::createLODGeometryNode(m_fragment->viewFragmentNode(), true);
+                NodeChange(dot.get()).colorEffect({1, 0, 0, 1});
+                for (const StrokeFont::Polyline& stroke : StrokeFont::lines(L".")) {
+                    GeometryNode::Polyline line;
+                    for (const GkPoint2d& point : stroke)
+                        line.push_back(corner + GkVector3d(point.x, point.y, 0) * (height * pixel));
+                    NodeChange(dot.get()).polyline(line);
+                }
+                draw();
+                double covered = 0; // In whole pixels of it.
+                for (int x = -2; x <= 3; ++x)
+                    for (int y = -2; y <= 4; ++y)
+                        covered += redAt(corner, x, y) / 255.0;
+                NodeChange(m_fragment->viewFragmentNode()).remove(dot.get());
+                EXPECT_GT(covered, 1.2) << height << " high, " << offset << (smooth ? ", smooth" : "");
+            }
 }
 
 TEST_F(Helpers, AHiddenMarkerShowsThroughAsMuchAsItsPictureSaysOrItsPlaceDoes)

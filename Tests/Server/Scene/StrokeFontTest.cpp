@@ -49,7 +49,7 @@ TEST(StrokeFont, EveryLetterStaysInItsBoxAndFillsItsHeight)
         EXPECT_NEAR(left, 0, 0.101);
         EXPECT_LE(right, glyph.width + 0.05);
         EXPECT_GE(low, -0.27);
-        EXPECT_LE(high, 1.2);
+        EXPECT_LE(high, 1.3);
         if (kCapitals.find(letter) != std::wstring::npos || kDigits.find(letter) != std::wstring::npos) {
             EXPECT_NEAR(low, 0, 0.051);
             EXPECT_GE(high, 0.99);
