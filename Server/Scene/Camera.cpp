@@ -1,5 +1,7 @@
 #include "Server/Scene/Camera.h"
 
+#include "Server/Scene/Private/CameraFit.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cmath>
@@ -10,13 +12,12 @@ namespace {
 
 /// Half a degree for each pixel: a drag over a third of a screen turns a model around.
 constexpr double kRadiansPerPixel = 0.0087266462599716477;
-/// What fit leaves free around the box, as a part of its size.
-constexpr double kFitMargin = 0.06;
+constexpr double kRightAngle = 1.5707963267948966;
+/// Of a direction of length one: it doesn't show at all.
+constexpr double kNoPart = 1e-9;
 /// Beyond these sizes single-precision positions cannot be told apart on the screen.
 constexpr double kSmallestExtent = 1e-9;
 constexpr double kLargestExtent = 1e12;
-/// A box that has no width in one direction still gets a rectangle.
-constexpr double kThinnestPart = 1e-3;
 constexpr double kDefaultExtent = 200.0;
 
 /// A number that the camera can compute with: its square and a few of them added up are still finite.
@@ -28,12 +29,6 @@ bool isFinite(double value)
 bool isFinite(const GkVector3d& v)
 {
     return isFinite(v.x) && isFinite(v.y) && isFinite(v.z);
-}
-
-GkPoint3d corner(const BBox& box, int index)
-{
-    return {index & 1 ? box.high().x : box.low().x, index & 2 ? box.high().y : box.low().y,
-            index & 4 ? box.high().z : box.low().z};
 }
 
 /// Tells every state of a camera from any other, of whichever camera. A renderer makes cameras on its own
@@ -164,7 +159,7 @@ GkVector3d Camera::right() const
 {
     const GkVector3d along = direction();
     const GkVector3d across = along.crossProduct(m_up.normal());
-    return across.length() > 1e-9 ? across.normal() : along.perpVector();
+    return (across.length() > 1e-9 ? across : along.crossProduct(along.perpVector())).normal();
 }
 
 GkVector3d Camera::screenUp() const
@@ -217,8 +212,33 @@ void Camera::orbitAroundPivot(double dx, double dy)
 
 void Camera::constrainedOrbit(double pixels, bool vertical, const GkVector3d& axis, const GkPoint3d& centre)
 {
-    turn(pixels * kRadiansPerPixel, vertical ? right() : axis, centre);
+    const double radians = pixels * kRadiansPerPixel;
+    turn(vertical ? withinPoles(radians, axis) : radians, vertical ? right() : axis, centre);
     changed();
+}
+
+void Camera::upright(const GkVector3d& up)
+{
+    if (isFinite(up))
+        m_upright = up.normal();
+}
+
+// Of a turn about `right`, as much as leaves up on the screen what is up on it now.
+double Camera::withinPoles(double radians, const GkVector3d& axis) const
+{
+    const auto partAcross = [&](const GkVector3d& v) {
+        return std::hypot(screenUp().dotProduct(v), direction().dotProduct(v));
+    };
+    const bool known = partAcross(m_upright) > kNoPart && screenUp().dotProduct(m_upright) > -kNoPart;
+    const GkVector3d up = known ? m_upright : axis.normal();
+    if (partAcross(up) <= kNoPart)
+        return radians;
+    const double shown = screenUp().dotProduct(up);
+    const double sense = shown < -kNoPart ? -1 : 1;
+    // What shows of it after the turn is the cosine of both angles together. At a pole, where nothing shows,
+    // the way back is open and the way over is not.
+    const double angle = std::atan2(sense * direction().dotProduct(up), std::max(sense * shown, 0.0));
+    return std::clamp(radians, -kRightAngle - angle, kRightAngle - angle);
 }
 
 void Camera::roll(double radians)
@@ -255,107 +275,52 @@ void Camera::zoom(double factor)
     changed();
 }
 
+void Camera::slideTarget(double depth)
+{
+    const double away = distance();
+    if (!isFinite(depth) || away <= 0)
+        return;
+    const GkVector3d along = direction();
+    if (m_projection == kParallelProjection) {
+        dolly(along * (depth - away));
+        return;
+    }
+    const double part = depth / away;
+    const double width = m_extentsWidth * part, height = m_extentsHeight * part;
+    if (part <= 0 || std::min(width, height) < kSmallestExtent || std::max(width, height) > kLargestExtent)
+        return;
+    m_target = m_position + along * depth;
+    m_extentsWidth = width;
+    m_extentsHeight = height;
+    changed();
+}
+
 void Camera::fit(const BBox& box)
 {
     if (box.isEmpty() || !isFinite(box.low().asVector()) || !isFinite(box.high().asVector()))
         return;
+    m_pivotEnabled = false;
     if (box.diagonal() < kSmallestExtent) {
         dolly(box.centre() - m_target);
         return;
     }
-    if (m_projection == kPerspectiveProjection)
-        fitPerspective(box);
-    else
-        fitParallel(box);
+    const std::shared_ptr<const CameraSubject> subject = m_subject.lock();
+    const double lens = distance() > 0 ? std::max(m_extentsWidth, m_extentsHeight) / distance() : 0;
+    const Fitted fitted = CameraFit({.across = right(),
+                                     .upward = screenUp(),
+                                     .along = direction(),
+                                     .perspective = m_projection == kPerspectiveProjection,
+                                     .lens = lens},
+                                    box, subject.get())
+                              .find();
+    m_position = fitted.target - direction() * fitted.distance;
+    m_target = fitted.target;
+    m_extentsWidth = fitted.width;
+    m_extentsHeight = fitted.height;
     const double away = distance(), reach = box.diagonal() / 2;
     m_clipFar = away + reach * 1.1;
     m_clipNear = std::max(away - reach * 1.1, m_clipFar / 1000);
     changed();
-}
-
-void Camera::fitParallel(const BBox& box)
-{
-    const GkVector3d across = right(), upward = screenUp(), along = direction();
-    const GkPoint3d centre = box.centre();
-    double halfWidth = 0, halfHeight = 0;
-    for (int i = 0; i < 8; ++i) {
-        const GkVector3d from = corner(box, i) - centre;
-        halfWidth = std::max(halfWidth, std::abs(from.dotProduct(across)));
-        halfHeight = std::max(halfHeight, std::abs(from.dotProduct(upward)));
-    }
-    // A line that is seen end on has no width at all.
-    const double larger = std::max({halfWidth, halfHeight, box.diagonal() * kThinnestPart});
-    m_extentsWidth = 2 * (1 + kFitMargin) * std::max(halfWidth, larger * kThinnestPart);
-    m_extentsHeight = 2 * (1 + kFitMargin) * std::max(halfHeight, larger * kThinnestPart);
-    m_target = centre;
-    // Far enough to stand before the box, so that a perspective made from this view sees all of it.
-    m_position = centre - along * std::max(2 * larger * (1 + kFitMargin) / s_normalPersLens, box.diagonal());
-}
-
-// The eye moves back along the direction until the sides of the lens' pyramid touch the outermost corners; it
-// stands where the touching corners on the left and on the right, and below and above, are equally far off
-// the middle of the picture.
-void Camera::fitPerspective(const BBox& box)
-{
-    const double away = distance();
-    const double lens = away > 0 ? std::max(m_extentsWidth, m_extentsHeight) / away : s_normalPersLens;
-    const double slope = std::clamp(lens, 1e-3, 10.0) / 2 / (1 + kFitMargin);
-    const GkVector3d across = right(), upward = screenUp(), along = direction();
-    const GkPoint3d centre = box.centre();
-
-    GkVector3d local[8];
-    double nearest = 1e300;
-    double left = -1e300, rightSide = -1e300, below = -1e300, above = -1e300;
-    for (int i = 0; i < 8; ++i) {
-        const GkVector3d from = corner(box, i) - centre;
-        const GkVector3d& p =
-            local[i] = {from.dotProduct(across), from.dotProduct(upward), from.dotProduct(along)};
-        nearest = std::min(nearest, p.z);
-        rightSide = std::max(rightSide, p.x - slope * p.z);
-        left = std::max(left, -p.x - slope * p.z);
-        above = std::max(above, p.y - slope * p.z);
-        below = std::max(below, -p.y - slope * p.z);
-    }
-    // A line that is seen end on has no width; the eye stands before its end all the same.
-    const double depth = std::min(std::min(-(left + rightSide), -(below + above)) / 2 / slope,
-                                  nearest - box.diagonal() * kThinnestPart / slope);
-    // Off the middle by what the perspective makes of the nearer corners, at the depth where the eye stands.
-    const auto middle = [&](double GkVector3d::*axis) {
-        double at = 0;
-        for (int step = 0; step < 4; ++step) {
-            double low = 1e300, high = -1e300, lowDepth = 1, highDepth = 1;
-            for (const GkVector3d& p : local) {
-                const double ahead = p.z - depth;
-                const double tangent = (p.*axis - at) / ahead;
-                if (tangent < low) {
-                    low = tangent;
-                    lowDepth = ahead;
-                }
-                if (tangent > high) {
-                    high = tangent;
-                    highDepth = ahead;
-                }
-            }
-            at += (low + high) / (1 / lowDepth + 1 / highDepth);
-        }
-        return at;
-    };
-    const double x = middle(&GkVector3d::x);
-    const double y = middle(&GkVector3d::y);
-
-    double tangentX = 0, tangentY = 0;
-    for (const GkVector3d& p : local) {
-        tangentX = std::max(tangentX, std::abs(p.x - x) / (p.z - depth));
-        tangentY = std::max(tangentY, std::abs(p.y - y) / (p.z - depth));
-    }
-    if (std::max(tangentX, tangentY) < slope * kThinnestPart)
-        tangentX = tangentY = slope;
-    const double larger = std::max(tangentX, tangentY);
-    m_target = centre + across * x + upward * y;
-    m_position = m_target + along * depth;
-    m_extentsWidth = -2 * depth * (1 + kFitMargin) * std::max(tangentX, larger * kThinnestPart);
-    m_extentsHeight = -2 * depth * (1 + kFitMargin) * std::max(tangentY, larger * kThinnestPart);
-    // The lens stays what it was: the larger direction touches the pyramid, up to rounding.
 }
 
 void Camera::look(const GkVector3d& direction, const GkVector3d& up)

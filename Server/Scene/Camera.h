@@ -5,6 +5,7 @@
 #include "Server/Geometry/BBox.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace Vs::Scene {
 
@@ -38,6 +39,29 @@ class CameraEventSource : public EventSource<CameraEventSite>
 public:
     static CameraEventSource* get();
     void fireCameraChanged(CameraEvent* event) { fire(&CameraEventSite::cameraChanged, event); }
+};
+
+/// What a camera frames, for fits that want to know more of it than a box. Main thread only.
+class CameraSubject
+{
+public:
+    virtual ~CameraSubject() = default;
+
+    /// What of a canvas is free of other things. Pixels; x to the right and y upwards from the middle of the
+    /// canvas. Without a size there is no canvas to heed.
+    struct Room
+    {
+        double width = 0, height = 0; ///< Of the whole canvas.
+        double left = 0, bottom = 0, right = 0, top = 0;
+        friend bool operator==(const Room&, const Room&) = default;
+    };
+    /// The free part in which something of this shape, width by height, becomes largest.
+    [[nodiscard]] virtual Room roomFor(double aspect) const = 0;
+
+    /// The point that lies farthest in a direction, of what has this box around it. False if that is not
+    /// known, so that the corners of the box are taken for it.
+    [[nodiscard]] virtual bool outermost(const BBox& box, const GkVector3d& direction,
+                                         GkPoint3d& point) const = 0;
 };
 
 /// Where a view is seen from. Lengths are millimetres, in world coordinates; right-handed.
@@ -105,9 +129,13 @@ public:
     void orbit(double dx, double dy);
     /// The same about the pivot.
     void orbitAroundPivot(double dx, double dy);
-    /// Turns about `centre` by `pixels` of mouse movement: about the screen's horizontal axis if `vertical`,
-    /// else about `axis`.
+    /// Turns the view about `centre` by `pixels` of mouse movement: about the screen's horizontal axis if
+    /// `vertical`, else about `axis`. A vertical turn stops where it would put upside down what is upright:
+    /// the direction that is up in the world (`upright`), or where that isn't known or lies across the turn,
+    /// `axis`.
     void constrainedOrbit(double pixels, bool vertical, const GkVector3d& axis, const GkPoint3d& centre);
+    /// What is up in the world, for vertical turns; zero, as at first, where nothing is.
+    void upright(const GkVector3d& up);
     /// Turns the camera about its direction, clockwise for the viewer (the picture turns the other way).
     void roll(double radians);
     /// The same about an axis along the direction through `centre`.
@@ -117,15 +145,24 @@ public:
     /// Makes what stands at the target `factor` times as large; a perspective comes nearer and keeps its
     /// lens. A factor of 0 or less is ignored, as is one that would leave the range where numbers stay exact.
     void zoom(double factor);
+    /// Brings the target to `depth` from the position along the direction, so that turns and zooms are about
+    /// what is seen there. The picture stays as it is: the extents of a perspective change with the distance,
+    /// a parallel projection takes its position along. A depth in or behind the position of a perspective, or
+    /// one that would leave the range where numbers stay exact, is ignored.
+    void slideTarget(double depth);
     /// Frames the box with a small margin, whatever the shape of the viewport, without turning the camera; a
-    /// perspective keeps its lens. An empty box changes nothing; a mere point is brought to the centre.
+    /// perspective keeps its lens. With a subject, what is in the box is framed, in the part of the canvas
+    /// that is free. An empty box changes nothing; a mere point is brought to the centre. The pivot is given
+    /// up: it was chosen for another look at the model.
     void fit(const BBox& box);
+    /// What `fit` asks; one that has gone is not asked.
+    void subject(std::weak_ptr<const CameraSubject> subject) { m_subject = std::move(subject); }
     /// Looks along `direction` from the old distance at the old target.
     void look(const GkVector3d& direction, const GkVector3d& up);
 
     /// World to camera coordinates: x to the right, y up, z towards the viewer.
     [[nodiscard]] GkMatrix3d viewMatrix() const;
-    /// Everything of another camera but the pivot.
+    /// Everything of another camera but the pivot, the subject and what is upright.
     void copyFrom(const Camera& other);
 
     /// Grows by at least one with every change; never shared with another camera's value.
@@ -134,17 +171,17 @@ public:
 private:
     void set(double& field, double value);
     void turn(double radians, const GkVector3d& axis, const GkPoint3d& centre);
-    void fitParallel(const BBox& box);
-    void fitPerspective(const BBox& box);
+    double withinPoles(double radians, const GkVector3d& axis) const;
     void changed();
 
     GkPoint3d m_position, m_target, m_pivot;
-    GkVector3d m_up{0, 0, 1};
+    GkVector3d m_up{0, 0, 1}, m_upright;
     double m_clipNear, m_clipFar;
     double m_extentsWidth, m_extentsHeight;
     int m_projection = kPerspectiveProjection;
     bool m_pivotEnabled = false;
     uint64_t m_revision = 0;
+    std::weak_ptr<const CameraSubject> m_subject;
 };
 
 } // namespace Vs::Scene

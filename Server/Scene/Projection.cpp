@@ -10,8 +10,11 @@ namespace Vs::Scene {
 namespace {
 
 /// Nearer parts of a perspective are cut away, as a part of the far distance: the depth buffer has no more
-/// steps than that.
+/// steps than that. Who looks at something nearer still, by the target, sees it, though what is far then has
+/// coarser steps.
 constexpr double kNearestPart = 1.0 / 4000;
+constexpr double kNearestPartOfAll = 1e-6;
+constexpr double kBeforeTarget = 0.1;
 /// Whatever the camera says, what is seen is not narrower or less deep, in mm: a thousandth of the smallest
 /// models.
 constexpr double kSmallestSeen = 1e-9;
@@ -25,6 +28,7 @@ Projection::Projection(const Camera& camera, double width, double height, const 
       m_height(std::max(height, 1.0)),
       m_near(camera.clipNear()),
       m_far(camera.clipFar()),
+      m_targetDistance(camera.distance()),
       m_perspective(camera.projection() == kPerspectiveProjection && camera.distance() > 0)
 {
     const double extentsWidth = std::max(std::abs(camera.extentsWidth()), kSmallestSeen);
@@ -47,7 +51,9 @@ void Projection::setRange(const BBox& bounds)
     }
     if (m_perspective) {
         m_far = std::max(m_far, kSmallestSeen);
-        m_near = std::clamp(m_near, m_far * kNearestPart, m_far * 0.999);
+        const double wished = m_targetDistance * kBeforeTarget / m_far;
+        const double nearest = std::clamp(wished, kNearestPartOfAll, kNearestPart);
+        m_near = std::clamp(m_near, m_far * nearest, m_far * 0.999);
     }
     if (!(m_near < m_far))
         m_far = m_near + 1;

@@ -52,6 +52,7 @@ private:
     double m_width, m_height;
     double m_halfWidth, m_halfHeight;
     double m_near, m_far;
+    double m_targetDistance; ///< Of the camera's target from its position.
     bool m_perspective;
 };
 

@@ -150,6 +150,73 @@ TEST(Camera, AConstrainedOrbitAboutAnAxisKeepsTheAxisUprightAndTheHeight)
     EXPECT_NEAR(camera.right().z, 0, 1e-9) << "the horizon stays level when the view tips";
 }
 
+TEST(Camera, AVerticalConstrainedOrbitEndsAtThePoleAndComesBackFromIt)
+{
+    const GkVector3d z(0, 0, 1), y(0, 1, 0);
+    // The axis alone; then the axis that a drag from above takes, over which the model would still fall.
+    for (const bool knowsUpright : {false, true})
+        for (const double way : {-1.0, 1.0}) {
+            SCOPED_TRACE(testing::Message() << knowsUpright << ' ' << way);
+            Camera camera;
+            if (knowsUpright)
+                camera.upright(z * 3);
+            const GkVector3d axis = knowsUpright ? y : z;
+            for (int step = 0; step < 100; ++step) {
+                camera.constrainedOrbit(17 * way, true, axis, {5, 6, 7});
+                ASSERT_GE(camera.screenUp().z, -1e-9);
+            }
+            EXPECT_NEAR(camera.direction().z, way, 1e-9);
+            expectRigid(camera);
+            camera.constrainedOrbit(-20 * way, true, axis, camera.target());
+            EXPECT_GT(camera.screenUp().z, 0.1);
+        }
+    // What stands on its head already stays so: it turns as if that were upright.
+    Camera camera;
+    camera.upright(z);
+    camera.roll(2 * kQuarter);
+    camera.constrainedOrbit(-1e4, true, -z, camera.target());
+    EXPECT_LE(camera.screenUp().z, 1e-9);
+    // An axis that lies across the screen has no poles.
+    fromTheFront(camera);
+    camera.upright({});
+    camera.constrainedOrbit(kQuarter / 0.0087266462599716477 * 2, true, {1, 0, 0}, {});
+    EXPECT_TRUE(isNear(camera.direction(), GkVector3d(0, -1, 0)));
+}
+
+TEST(Camera, SlidingTheTargetToAnotherDepthLeavesThePictureAsItIs)
+{
+    const GkPoint3d places[] = {{3, 20, 5}, {-7, -30, 11}, {0, 800, -100}};
+    for (const int kind : {Vs::Scene::kParallelProjection, Vs::Scene::kPerspectiveProjection})
+        for (const double depth : {0.001, 40.0, 350.0, 1e5}) {
+            Camera camera;
+            fromTheFront(camera).projection(kind);
+            const Projection before(camera, 1280, 800);
+            const CameraParameters was(camera);
+            camera.slideTarget(depth);
+            const Projection after(camera, 1280, 800);
+            EXPECT_NEAR((camera.target() - was.position).dotProduct(camera.direction()), depth, depth * 1e-9);
+            for (const GkPoint3d& place : places) {
+                const GkPoint3d a = before.worldToScreen(place), b = after.worldToScreen(place);
+                EXPECT_NEAR(a.x, b.x, 1e-6) << depth;
+                EXPECT_NEAR(a.y, b.y, 1e-6) << depth;
+            }
+        }
+    Camera camera;
+    const CameraParameters before(camera);
+    for (const double depth : {0.0, -5.0, 1e-200, 1e90, kNotANumber})
+        camera.slideTarget(depth);
+    EXPECT_TRUE(CameraParameters(camera).isEqualTo(before));
+}
+
+TEST(Projection, ShowsWhatTheCameraIsTurnedToHoweverNearItIsToALargeScene)
+{
+    Camera camera;
+    fromTheFront(camera).slideTarget(0.1);
+    const Projection view(camera, 1280, 800, {{-1e4, -1e4, -1e4}, {1e4, 1e4, 1e4}});
+    EXPECT_LT(view.clipNear(), 0.1);
+    EXPECT_GT(view.clipFar(), 1e4);
+}
+
 TEST(Camera, ARollTurnsTheWholePictureAndNothingElse)
 {
     Camera camera;

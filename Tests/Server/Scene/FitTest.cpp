@@ -1,6 +1,9 @@
 #include "Server/Scene/Camera.h"
+#include "Server/Scene/NodeChange.h"
+#include "Server/Scene/Outermost.h"
 #include "Server/Scene/Projection.h"
 #include "Tests/Server/Geometry/Near.h"
+#include "Tests/Server/Scene/Shapes.h"
 
 #include <algorithm>
 
@@ -116,6 +119,96 @@ TEST(Fit, DoneTwiceChangesNothingMore)
         EXPECT_NEAR(camera.extentsWidth(), width, width * 1e-6);
         EXPECT_LT(camera.position().distanceTo(position), 1e-3);
     }
+}
+
+/// A ball and a rod, turned and moved, in a canvas of which the left and the lower part are covered.
+class Content : public Vs::Scene::CameraSubject
+{
+public:
+    explicit Content(Room room) : m_room(room)
+    {
+        using Rendra::Graphics::BodyNode;
+        add(BodyNode::make(Shapes::ball(10), Vs::Colour()), GkMatrix3d::translation({30, 5, -4}));
+        add(BodyNode::make(Shapes::cylinder(1, 80), Vs::Colour()),
+            GkMatrix3d::rotation(0.7, {1, 2, 0}, {}) * GkMatrix3d::translation({0, 0, -20}));
+        auto hidden = BodyNode::make(Shapes::box(900, 900, 900), Vs::Colour());
+        Vs::Scene::NodeChange(hidden.get()).visible(false);
+        add(hidden, {});
+    }
+    BBox box() const { return m_root->boundingBox(); }
+    const std::vector<GkPoint3d>& points() const { return m_points; }
+
+    Room roomFor(double) const override { return m_room; }
+    bool outermost(const BBox& box, const GkVector3d& direction, GkPoint3d& point) const override
+    {
+        if (!box.low().isEqualTo(this->box().low()))
+            return false;
+        point = *Vs::Scene::outermostPoint(*m_root, direction);
+        return true;
+    }
+
+private:
+    void add(Vs::StrongRef<Rendra::Graphics::BodyNode> node, const GkMatrix3d& place)
+    {
+        Vs::Scene::NodeChange(node.get()).transform(place);
+        Vs::Scene::NodeChange(m_root.get()).add(node);
+        const std::vector<float>& all = node->mesh()->positions;
+        for (size_t i = 0; node->visible() && i < all.size(); i += 3)
+            m_points.push_back(place * GkPoint3d(all[i], all[i + 1], all[i + 2]));
+    }
+
+    Room m_room;
+    Vs::StrongRef<Rendra::Graphics::GroupNode> m_root = Rendra::Graphics::GroupNode::make();
+    std::vector<GkPoint3d> m_points; ///< Of what is visible.
+};
+
+TEST(Fit, FramesThePointsOfTheContentInThePartOfTheCanvasThatIsFree)
+{
+    for (const Vs::Scene::CameraSubject::Room& room : {Vs::Scene::CameraSubject::Room{},
+                                                       {1200, 800, -300, -340, 600, 400},
+                                                       {500, 900, -250, 100, 250, 300}})
+        for (const int projection : {Vs::Scene::kParallelProjection, Vs::Scene::kPerspectiveProjection})
+            for (const GkVector3d& direction : kDirections) {
+                SCOPED_TRACE(testing::Message() << room.width << " wide, projection " << projection
+                                                << ", along " << testing::PrintToString(direction));
+                const bool isFree = room.width == 0;
+                const double width = isFree ? 700 : room.width, height = isFree ? 700 : room.height;
+                const auto content = std::make_shared<Content>(room);
+                Camera camera;
+                camera.projection(projection);
+                camera.look(direction, {0, 0, 1});
+                const double angle = camera.perspectiveAngle();
+                camera.subject(content);
+                camera.fit(content->box());
+                const Projection view(camera, width, height);
+                BBox seen; // In parts of what is free, from its lower left corner.
+                for (const GkPoint3d& point : content->points()) {
+                    const GkPoint3d p = view.worldToScreen(point);
+                    seen.add(isFree
+                                 ? GkPoint3d(p.x / width, p.y / height, 0)
+                                 : GkPoint3d((p.x - width / 2 - room.left) / (room.right - room.left),
+                                             (p.y - height / 2 - room.bottom) / (room.top - room.bottom), 0));
+                }
+                EXPECT_GT(std::min(seen.low().x, seen.low().y), 0);
+                EXPECT_LT(std::max(seen.high().x, seen.high().y), 1);
+                EXPECT_NEAR(seen.centre().x, 0.5, 0.01);
+                EXPECT_NEAR(seen.centre().y, 0.5, 0.01);
+                // One of the two directions is filled but for the margin.
+                const GkVector3d size = seen.high() - seen.low();
+                EXPECT_NEAR(std::max(size.x, size.y), 1 / 1.06, 0.005);
+                EXPECT_NEAR(camera.perspectiveAngle(), angle, 2e-3);
+            }
+}
+
+TEST(Fit, GivesUpThePivot)
+{
+    Camera camera;
+    camera.pivot({1, 2, 3});
+    camera.pivotEnabled(true);
+    camera.fit(BBox());
+    EXPECT_TRUE(camera.pivotEnabled());
+    camera.fit(kShapes[0].box);
+    EXPECT_FALSE(camera.pivotEnabled());
 }
 
 TEST(Fit, BringsAPointToTheMiddleWithoutZoomingIntoNothing)
