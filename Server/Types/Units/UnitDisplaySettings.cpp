@@ -10,6 +10,8 @@ namespace Vs::Units {
 
 namespace {
 
+/// What is less, in base units, is the rounding of a computation.
+constexpr double kNoise = 1e-7;
 /// Beyond these a number is easier to read with a power of ten.
 constexpr double kLeastFixed = 1e-6;
 constexpr double kGreatestFixed = 1e15;
@@ -41,6 +43,18 @@ std::wstring rounded(double number, short decimals)
             text.pop_back();
     }
     return text == L"-0" ? L"0" : text;
+}
+
+/// With so many digits that count.
+std::wstring significant(double number, int digits)
+{
+    char buffer[kLongest];
+    const auto end = std::to_chars(buffer, buffer + kLongest, number, std::chars_format::scientific,
+                                   std::max(digits, 1) - 1)
+                         .ptr;
+    double shown = number;
+    std::from_chars(buffer, end, shown);
+    return exact(shown);
 }
 
 std::wstring withSymbol(std::wstring number, const Unit& unit)
@@ -75,7 +89,11 @@ std::wstring toText(double value, const Unit& unit, const UnitDisplaySettings& s
     const double number = unit.toThisUnit(value);
     const bool all = settings.generalPrecision() >= UnitDisplaySettings::kAllDecimals;
     const bool huge = !(std::abs(number) < kGreatestFixed);
-    return withSymbol(all || huge ? exact(number) : rounded(number, settings.generalPrecision()), unit);
+    if (all || huge)
+        return withSymbol(exact(number), unit);
+    const std::wstring text = rounded(number, settings.generalPrecision());
+    const bool isLost = text == L"0" && std::abs(value) >= kNoise;
+    return withSymbol(isLost ? significant(number, settings.generalPrecision()) : text, unit);
 }
 
 std::wstring toExactText(double value, const Unit& unit)

@@ -31,7 +31,8 @@ private:
 };
 
 /// A value, which is in the base unit, as a person sees it: "12.5 mm", "45°". Zeros at the end of the
-/// decimals are left out.
+/// decimals are left out. A value that these decimals would round to 0 is shown with as many digits that
+/// count, and one at least: "0.0000012 m²"; but what is below 1e-7 base units is 0, as it comes of rounding.
 [[nodiscard]] std::wstring toText(double value, const Unit& unit, const UnitDisplaySettings& settings);
 
 /// A value as text that is read back (`evaluate`) as exactly the same value: in `unit` if that can be, else

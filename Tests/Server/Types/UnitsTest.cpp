@@ -154,7 +154,15 @@ TEST(UnitTexts, ValuesAreShownWithAsManyDecimalsAsTheUserWants)
     EXPECT_EQ(shown(100, kLength, 0), L"100 mm");
     EXPECT_EQ(shown(25.4 / 3, kInches, 4), L"0.3333 in");
     EXPECT_EQ(shown(2.0 / 3, kLength, 0), L"1 mm");
-    EXPECT_EQ(shown(-0.0001, kLength, 3), L"0 mm");
+    EXPECT_EQ(shown(-1e-9, kLength, 3), L"0 mm") << "the rounding of a computation";
+    // What is there is not shown as nothing.
+    const Unit cubicMetre(Quantity::Volume, L"m\u00b3", 1e9);
+    EXPECT_EQ(shown(1, cubicMetre, 3), L"1e-09 m\u00b3");
+    EXPECT_EQ(shown(-1234.5, cubicMetre, 3), L"-0.00000123 m\u00b3");
+    EXPECT_EQ(shown(0.4, kLength, 0), L"0.4 mm");
+    EXPECT_EQ(shown(0.00099999, kInches, 2), L"0.000039 in");
+    EXPECT_EQ(shown(0.0004, kAngle, 1), L"0.02\u00b0");
+    EXPECT_EQ(shown(0, kLength, 2), L"0 mm");
     EXPECT_EQ(shown(45 * kDegree, kAngle, 2), L"45\u00b0");
     EXPECT_EQ(shown(0.1, Unit(), 16), L"0.1");
     EXPECT_EQ(shown(3e20, Unit(), 2), L"3e+20");
