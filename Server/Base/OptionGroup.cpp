@@ -6,6 +6,7 @@
 #include "Server/Base/Private/OptionGroups.h"
 #include "Server/Base/QtText.h"
 #include "Server/Base/Require.h"
+#include "Server/Base/RunOptions.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/Warning.h"
 
@@ -34,6 +35,7 @@ struct OptionGroup::Data
 {
     std::string name;
     QJsonObject values;
+    QJsonObject onDisk; ///< As it was read, for what the run doesn't keep.
     bool read = false;
     bool broken = false; ///< The file cannot be read; it is kept aside before it is overwritten.
     bool changed = false;
@@ -54,7 +56,8 @@ struct OptionGroup::Data
         if (find(option) == value)
             return;
         values.insert(QLatin1String(option), value);
-        saveSoon(group);
+        if (!RunOptions::contains(name, option))
+            saveSoon(group);
         OptionEvent event(group, option);
         group->fire(&OptionEventSite::optionChanged, &event);
     }
@@ -71,7 +74,7 @@ struct OptionGroup::Data
             return; // Told once there is something to keep.
         }
         try {
-            values = JsonFile::read(path).value_or(QJsonObject());
+            onDisk = values = JsonFile::read(path).value_or(QJsonObject());
         } catch (const Exception& error) {
             broken = true;
             warn(error.message() + L"; the defaults are used.");
@@ -88,10 +91,24 @@ struct OptionGroup::Data
             if (std::exchange(broken, false))
                 fs::rename(file(), file().string() + ".broken", ignored);
             // What a person typed and where they work is nobody else's business.
-            JsonFile::write(file(), values, JsonFile::Readers::OwnerOnly);
+            JsonFile::write(file(), kept(), JsonFile::Readers::OwnerOnly);
         } catch (const Exception& error) {
             warn(L"The settings are not kept: " + error.message() + L'.');
         }
+    }
+
+    QJsonObject kept() const
+    {
+        QJsonObject result = values;
+        for (const QString& option : values.keys() + onDisk.keys()) {
+            if (!RunOptions::contains(name, option.toStdString()))
+                continue;
+            if (onDisk.contains(option))
+                result[option] = onDisk[option];
+            else
+                result.remove(option);
+        }
+        return result;
     }
 
     void saveSoon(OptionGroup* group)

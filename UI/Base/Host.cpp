@@ -1,7 +1,9 @@
 #include "UI/Base/Host.h"
 
 #include "Server/Base/Require.h"
+#include "Server/Base/RunOptions.h"
 #include "Server/DataModel/Document.h"
+#include "Server/DataModel/FileChecks.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/DataModel/TransactionMgr.h"
 #include "UI/Base/Command/CommandBase.h"
@@ -214,6 +216,13 @@ void installHost()
     Vs::TransactionMgr::cmdKeySource(&cmdKeyOf);
     Vs::ThumbnailSource::install(
         [](const Vs::Document& document) { return thumbnailOf(document.activeAsset(), kThumbnailSide); });
+    if (Application::headless()) {
+        // What a script opens and saves is none of the user's own documents, and moves no dialog of theirs.
+        Vs::RunOptions::add("UIBase", "lastDirectory");
+        Vs::RunOptions::add("RecentDocuments", "");
+    }
+    Vs::FileChecks::results().wakeUp(
+        [] { Application::get()->idleTasks()->post([] { Vs::FileChecks::results().runOnce(); }); });
     installTranscripts();
     StepSurroundings::install();
     static auto* const saving = new SavingHandler;

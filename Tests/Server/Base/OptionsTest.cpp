@@ -1,5 +1,6 @@
 #include "Server/Base/OptionGroup.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/RunOptions.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/Warning.h"
 #include "Tests/Support/Process.h"
@@ -32,6 +33,7 @@ protected:
     ~OptionsTest() override
     {
         Vs::OptionGroup::saveLater(nullptr);
+        Vs::RunOptions::clear();
         Vs::warningHandler({});
         Vs::PathInfo::profileDirectory({});
     }
@@ -83,6 +85,31 @@ TEST_F(OptionsTest, KeepNumbersToTheLastDigit)
     ProbeOptions().size(std::numeric_limits<double>::infinity());
     EXPECT_EQ(ProbeOptions().size(), 0.5);
     EXPECT_EQ(fs::status(file()).permissions(), fs::owner_read | fs::owner_write);
+}
+
+TEST_F(OptionsTest, OfARunAreAsTheyWereInTheNext)
+{
+    {
+        ProbeOptions options;
+        options.count(3);
+        options.text(L"the user's");
+    }
+    Vs::RunOptions::add("Probe", "t");
+    Vs::RunOptions::add("Probe", "list");
+    {
+        ProbeOptions options;
+        EXPECT_EQ(options.text(), L"the user's");
+        options.text(L"a script's");
+        options.list({L"a script's"});
+        EXPECT_EQ(options.text(), L"a script's");
+        options.count(4);
+        EXPECT_EQ(options.text(), L"a script's");
+    }
+    Vs::RunOptions::clear();
+    ProbeOptions options;
+    EXPECT_EQ(options.count(), 4);
+    EXPECT_EQ(options.text(), L"the user's");
+    EXPECT_TRUE(options.list().empty());
 }
 
 TEST_F(OptionsTest, ThatKeepTheirDefaultsWriteNoFile)
