@@ -2,7 +2,8 @@
 #include "Server/DataModel/Exchange/ExportedMeshes.h"
 #include "Server/Types/LengthUnit.h"
 
-#include <boost/filesystem/path.hpp>
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -31,6 +32,33 @@ std::string oneLine(const std::wstring& name)
     return text.find_first_not_of(' ') == std::string::npos ? "part" : text;
 }
 
+// By this line, which only a comment can hold, a later export of the same file knows its colours again.
+std::string signatureOf(const boost::filesystem::path& file)
+{
+    return "# The colours of " + oneLine(file.filename().wstring()) + ", written by Quillet";
+}
+
+// Beside the file, under its name; but a file of colours that somebody else wrote, or that is another
+// model's, stays as it is.
+boost::filesystem::path colourFileOf(const boost::filesystem::path& file)
+{
+    const std::string own = signatureOf(file);
+    boost::filesystem::path candidate = file;
+    candidate.replace_extension(".mtl");
+    boost::system::error_code error;
+    for (int number = 2; boost::filesystem::exists(candidate, error); ++number) {
+        std::string line;
+        // Nothing is to be waited for under such a name.
+        if (boost::filesystem::is_regular_file(candidate, error)) {
+            boost::filesystem::ifstream stream(candidate);
+            if (std::getline(stream, line) && line == own)
+                break;
+        }
+        candidate = file.parent_path() / (file.stem().string() + '-' + std::to_string(number) + ".mtl");
+    }
+    return candidate;
+}
+
 // The format's colours are as a screen shows them, ours are linear.
 float screenValue(float linear)
 {
@@ -52,12 +80,12 @@ public:
     /// What was added since the last call.
     std::string take() { return std::exchange(m_text, {}); }
 
-    std::string materials() const
+    std::string materials(const std::string& signature) const
     {
-        std::string text;
+        std::string text = signature + '\n';
         for (size_t i = 0; i < m_colours.size(); ++i) {
             const Colour& colour = m_colours[i];
-            text += (text.empty() ? "" : "\n") + ("newmtl " + nameOfColour(i)) + "\nKd";
+            text += "\nnewmtl " + nameOfColour(i) + "\nKd";
             for (const float value : {colour.r, colour.g, colour.b})
                 addNumber(text, screenValue(value));
             text += "\nd";
@@ -125,7 +153,7 @@ bool writeObj(const MeshExport& job, Status& status)
         if (!meshes.make(job))
             return false;
         const boost::filesystem::path path(job.path);
-        const auto library = boost::filesystem::path(path).replace_extension(".mtl");
+        const boost::filesystem::path library = colourFileOf(path);
         ExportFile file(job.path);
         ObjText text(library.filename().string());
         const GkMatrix3d turn = yUpwards(job.unit.millimetres);
@@ -152,7 +180,7 @@ bool writeObj(const MeshExport& job, Status& status)
         file.write(text.take());
         // The colours first, so that the file never refers to what isn't there.
         ExportFile colours(library.wstring());
-        colours.write(text.materials());
+        colours.write(text.materials(signatureOf(path)));
         colours.commit();
         file.commit();
         return true;

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <numbers>
 #include <set>
+#include <sys/stat.h>
 
 using namespace Vs;
 
@@ -151,6 +152,24 @@ TEST_F(MeshFormatsTest, WhatIsWrittenComesBackWithItsPlacesNamesAndColours)
         files.insert(entry.path().filename().string());
     EXPECT_EQ(files,
               (std::set<std::string>{"again.glb", "again.stl", "out.glb", "out.gltf", "out.mtl", "out.obj"}));
+}
+
+TEST_F(MeshFormatsTest, TheColoursThatAnotherFileHasStayWhenAnObjOfThatNameIsWritten)
+{
+    const std::wstring theirs = write("part.mtl", "newmtl somebody's\nKd 1 1 1\n");
+    mkfifo(Strings::narrow(scratch("part-2.mtl")).c_str(), 0600);
+    const std::string before = contentOf(theirs);
+    Asset* original = sample();
+    for (int time = 0; time < 2; ++time) {
+        ASSERT_TRUE(save(original, scratch("part.obj"))) << Strings::narrow(status.toString());
+        EXPECT_EQ(contentOf(theirs), before);
+        Document* document = open(scratch("part.obj"));
+        ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
+        EXPECT_EQ(coloursOf(*document->activeAsset()).size(), 3u);
+        DocumentMgr::get()->close(document);
+    }
+    EXPECT_TRUE(boost::filesystem::exists(scratch("part-3.mtl")));
+    EXPECT_FALSE(boost::filesystem::exists(scratch("part-4.mtl"))) << "its own is replaced";
 }
 
 TEST_F(MeshFormatsTest, AnExportThatFailsKeepsWhatWasThere)
