@@ -4,9 +4,34 @@
 
 #include <IGESCAFControl_Writer.hxx>
 #include <IGESControl_Controller.hxx>
+#include <IGESData_GlobalSection.hxx>
+#include <IGESData_IGESModel.hxx>
 #include <Interface_Static.hxx>
 
 namespace Vs::Translate {
+
+namespace {
+
+Handle(TCollection_HAsciiString) text(const std::string& words)
+{
+    return new TCollection_HAsciiString(words.c_str());
+}
+
+// In place of the kernel's own words, and of the user's name, which is nobody's business.
+void describe(const Handle(IGESData_IGESModel) & model, const Writing& writing)
+{
+    IGESData_GlobalSection section = model->GlobalSection();
+    section.SetSendName(text(writing.document));
+    section.SetReceiveName(text(writing.document));
+    section.SetFileName(text(writing.document));
+    section.SetSystemId(text(writing.software));
+    section.SetInterfaceVersion(text(writing.software));
+    section.SetAuthorName(text(""));
+    section.SetCompanyName(text(""));
+    model->SetGlobalSection(section);
+}
+
+} // namespace
 
 void writeIges(Kernel::XdeModel& model, const Writing& writing, const std::string& path, Reporter& reporter)
 {
@@ -21,6 +46,7 @@ void writeIges(Kernel::XdeModel& model, const Writing& writing, const std::strin
     const Handle(KernelProgress) progress = new KernelProgress(reporter);
     if (!writer.Transfer(model.document(), progress->Start()))
         throw Unreadable("can't be expressed as IGES");
+    describe(writer.Model(), writing);
     reporter.stage("writing the file", 0.7, 1.0);
     if (!writer.Write(path.c_str()))
         throw Unreadable("can't be written");

@@ -2,17 +2,42 @@
 
 #include "Server/Translate/Reading.h"
 
+#include <APIHeaderSection_MakeHeader.hxx>
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_Controller.hxx>
 #include <STEPCAFControl_Writer.hxx>
+#include <StepData_StepModel.hxx>
 
 namespace Vs::Translate {
+
+namespace {
+
+Handle(TCollection_HAsciiString) text(const std::string& words)
+{
+    return new TCollection_HAsciiString(words.c_str());
+}
+
+// In place of the kernel's own words, and of the user's name, which is nobody's business.
+void describe(const Handle(StepData_StepModel) & model, const Writing& writing)
+{
+    APIHeaderSection_MakeHeader header(model);
+    header.SetName(text(writing.document));
+    header.SetDescriptionValue(1, text(writing.document));
+    header.SetAuthorValue(1, text(""));
+    header.SetOrganizationValue(1, text(""));
+    header.SetPreprocessorVersion(text(writing.software));
+    header.SetOriginatingSystem(text(writing.software));
+    header.SetAuthorisation(text(""));
+}
+
+} // namespace
 
 void writeStep(Kernel::XdeModel& model, const Writing& writing, const std::string& path, Reporter& reporter)
 {
     STEPCAFControl_Controller::Init();
     Interface_Static::SetCVal("write.step.schema", "AP214IS");
     Interface_Static::SetCVal("write.step.unit", unitWord(writing).c_str());
+    Interface_Static::SetCVal("write.step.product.name", writing.document.c_str());
     STEPCAFControl_Writer writer;
     writer.SetColorMode(true);
     writer.SetNameMode(true);
@@ -20,6 +45,7 @@ void writeStep(Kernel::XdeModel& model, const Writing& writing, const std::strin
     const Handle(KernelProgress) progress = new KernelProgress(reporter);
     if (!writer.Transfer(model.document(), STEPControl_AsIs, nullptr, progress->Start()))
         throw Unreadable("can't be expressed as STEP");
+    describe(writer.ChangeWriter().Model(), writing);
     reporter.stage("writing the file", 0.7, 1.0);
     if (writer.Write(path.c_str()) != IFSelect_RetDone)
         throw Unreadable("can't be written");

@@ -9,6 +9,8 @@ struct Writing
 {
     std::string combined;    ///< All parts become one of this name, if it has any.
     std::string unit = "mm"; ///< Of the file's lengths, where its format has any choice.
+    std::string document;    ///< Its name, which the file's header says.
+    std::string software;    ///< The program and its version, the same.
 };
 
 /// The unit of the file's lengths as the kernel's writers of exact formats call it.

@@ -3,7 +3,8 @@
 //
 //     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [LIMITS]
 //     quillet-translate-FAMILY renew FORMAT DATA MODEL [LIMITS]
-//     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [LIMITS]
+//     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [--document=NAME]
+//         [--software=NAME] [LIMITS]
 //
 // The limits are --memory=BYTES of address space and --written=BYTES of the result.
 
@@ -71,6 +72,10 @@ bool parse(const std::vector<std::string>& arguments, Task& task)
             task.writing.combined = argument.substr(10);
         else if (argument.starts_with("--unit="))
             task.writing.unit = argument.substr(7);
+        else if (argument.starts_with("--document="))
+            task.writing.document = argument.substr(11);
+        else if (argument.starts_with("--software="))
+            task.writing.software = argument.substr(11);
         else
             words.push_back(argument);
     }
@@ -98,7 +103,7 @@ void closeIn(const Task& task, Reporter& reporter)
     if (task.work == Task::Work::Import && mayReferToOthers(task.format))
         for (std::string& place : placesBeside(task.source))
             wall.readable.push_back(std::move(place));
-    // The writers put the user's name into the file.
+    // The kernel's writers ask for the user's name, which the file then doesn't get.
     if (task.work == Task::Work::Export)
         wall.readable.insert(wall.readable.end(), {"/etc/passwd", "/etc/nsswitch.conf"});
     // Only what is there can be let through.

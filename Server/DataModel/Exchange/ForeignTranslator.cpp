@@ -2,9 +2,11 @@
 
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Progress.h"
+#include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Exchange/ForeignImport.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
@@ -67,14 +69,19 @@ const LengthUnit& unitOf(TranslatorSaveOptions& options)
     return options.exportInDisplayUnit() ? LengthUnit::display() : LengthUnit::all().front();
 }
 
-std::vector<std::string> argumentsFor(Format format, const std::string& data, const std::string& target,
-                                      TranslatorSaveOptions& options)
+std::vector<std::string> argumentsFor(Format format, const Asset& asset, const std::string& data,
+                                      const std::string& target, TranslatorSaveOptions& options)
 {
     std::vector<std::string> arguments{"export", keyOf(format), data, target};
     if (options.combineSolids())
         arguments.push_back("--combine=" +
                             std::filesystem::path(Strings::narrow(options.fileName())).stem().string());
     arguments.push_back(std::string("--unit=") + unitOf(options).key);
+    std::string name = Strings::narrow(asset.document()->displayName());
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return c < ' '; }, ' ');
+    arguments.push_back("--document=" + name);
+    arguments.push_back("--software=Quillet " + SoftwareVersion::currentSoftwareVersion());
     return arguments;
 }
 
@@ -174,7 +181,7 @@ bool ForeignTranslator::saveByWorker(const Asset& asset, TranslatorSaveOptions& 
                 return fault(L"can't be written: there is no room for the model's data");
         }
         Worker worker(workerOf(m_row.format),
-                      argumentsFor(m_row.format, data.path(), file.scratch(), options),
+                      argumentsFor(m_row.format, asset, data.path(), file.scratch(), options),
                       WorkerLimits::forFile(std::filesystem::file_size(data.path()) * 10));
         ProgressScope progress(ProgressText::writing(path));
         Worker* workers[] = {&worker};

@@ -1,6 +1,7 @@
 // What a saving is told: fineness, unit, all parts as one.
 
 #include "Server/Base/Progress.h"
+#include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -189,6 +190,29 @@ TEST_F(SavingTest, LengthsAreWrittenInTheUnitThatIsShownOnlyIfThatIsAskedFor)
         EXPECT_NEAR(volumeOf(*again->activeAsset()) / volume, 1, 1e-6);
     }
     LengthUnit::display(*LengthUnit::find("mm"));
+}
+
+TEST_F(SavingTest, HeadersNameTheDocumentAndThisProgramAndNobodyElse)
+{
+    Asset* asset = boxAndCylinder();
+    asset->document()->displayName(L"Bracket 7");
+    const std::string software = "Quillet " + SoftwareVersion::currentSoftwareVersion();
+    for (const char* name : {"out.stp", "out.igs"}) {
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(save(asset, scratch(name))) << Strings::narrow(status.toString());
+        std::string header;
+        std::ifstream stream(Strings::narrow(scratch(name)));
+        // An IGES file has the name of its section in column 73, and breaks words where a line ends.
+        for (std::string line; std::getline(stream, line) && line != "DATA;";)
+            if (line.size() < 73 || line[72] != 'D')
+                header += line.size() == 80 ? line.substr(0, 72) : line + '\n';
+            else
+                break;
+        for (const std::string& text : {std::string("Bracket 7"), software})
+            EXPECT_NE(header.find(text), std::string::npos) << text << " in " << header;
+        for (const std::string& text : {std::string("CASCADE"), std::string("Author"), std::string("root")})
+            EXPECT_EQ(header.find(text), std::string::npos) << text << " in " << header;
+    }
 }
 
 TEST_F(SavingTest, CombinedPartsBecomeOneThatKeepsItsShapes)
