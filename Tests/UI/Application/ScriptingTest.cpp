@@ -345,7 +345,11 @@ quillet.run('Script.Settle')
 quillet.run('Design.New a')
 quillet.run('Design.Box 1 1 1 0,0,0')
 quillet.run('Document.Open ' + path)
-quillet.run('Document.CloseAll')
+try:
+    quillet.run('Document.CloseAll')
+    assert False
+except quillet.CommandError as error:
+    assert 'not saved' in str(error)
 quillet.run('Commands.Start CycleOpenDocumentsCommand')
 assert [d.path for d in quillet.documents()] == ['']
 quillet.run('Script.Settle')

@@ -111,9 +111,12 @@ TextCommandResult closeSession(DocumentSession* session, CommandContext context,
     context.addArgument(CloseDocumentCmdDef::documentSessionArgumentName(), session);
     const TextCommandResult result = runDefinition(CloseDocumentCmdDef::info()->key(), context, parameters);
     // A line of the command box has only queued the close. The definition is silent where somebody refused.
-    if (result.first == 0 && !parameters.viaUI() && isOpen(session))
-        return {1, L"\"" + session->document()->displayName() + L"\" was not closed"};
-    return result;
+    if (result.first != 0 || parameters.viaUI() || !isOpen(session))
+        return result;
+    const Vs::Document* document = session->document();
+    return {1, L"\"" + document->displayName() + L"\" " +
+                   (document->isDirty(false) ? L"has changes that are not saved, and was not closed"
+                                             : L"was not closed")};
 }
 
 /// The session of the newest document; null if none is open.

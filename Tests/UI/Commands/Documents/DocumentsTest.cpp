@@ -100,8 +100,8 @@ TEST_F(DocumentsTest, NobodyToAskCountsAsCancel)
     answer(L"Design.New");
     answer(L"Asset.MarkDirty");
     answer(L"Document.Rename Bracket");
-    EXPECT_EQ(failure(L"Document.Close"), L"\"Bracket\" was not closed");
-    EXPECT_EQ(failure(L"Document.CloseAll"), L"\"Bracket\" was not closed");
+    for (const wchar_t* line : {L"Document.Close", L"Document.CloseAll"})
+        EXPECT_EQ(failure(line), L"\"Bracket\" has changes that are not saved, and was not closed");
     EXPECT_EQ(documents(), 1u);
 }
 
