@@ -16,4 +16,8 @@ struct Writing
 /// The unit of the file's lengths as the kernel's writers of exact formats call it.
 std::string unitWord(const Writing& writing);
 
+/// What the system says against writing on into a file: that its disk is full, say. Empty if it would let it
+/// grow. The file may be longer afterwards.
+std::string whyNoMore(const std::string& path);
+
 } // namespace Vs::Translate

@@ -127,8 +127,19 @@ void exportFile(const Task& task, Reporter& reporter)
     Kernel::XdeModel model(file.bytes());
     if (!task.writing.combined.empty())
         combineParts(model, task.writing.combined);
-    writeFile(task.format, model, task.writing, std::filesystem::path(task.target).filename().string(),
-              reporter);
+    const std::string name = std::filesystem::path(task.target).filename().string();
+    try {
+        writeFile(task.format, model, task.writing, name, reporter);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const Standard_OutOfMemory&) {
+        throw;
+    } catch (...) {
+        // The kernel's writers never say that the disk is full.
+        if (const std::string cause = whyNoMore(name); !cause.empty())
+            throw Unreadable("can't be written: " + cause);
+        throw;
+    }
 }
 
 int run(const Task& task)

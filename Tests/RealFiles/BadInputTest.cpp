@@ -187,6 +187,45 @@ TEST(BadInput, UnderEveryLimitOfTheSystemTheProgramAnswersAndSaysWhatFailed)
         GTEST_SKIP() << "NOTICE: the limits of processes and of the disk are tried by root alone";
 }
 
+TEST(BadInput, AFullDiskIsSaidAndAFullHomeHoldsUpNothingElsewhere)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "NOTICE: a full disk is tried by root alone";
+    const ScratchFolder scratch;
+    const fs::path file = scratch.write(
+        "one.stl", "solid one\nfacet normal 0 0 1 outer loop vertex 0 0 0 vertex 1 0 0 vertex 0 1 0 endloop "
+                   "endfacet\nendsolid one\n");
+    const fs::path home = scratch.path() / "home";
+    fs::create_directory(home);
+    std::vector<std::string> words{"--mount",
+                                   "/bin/sh",
+                                   "-c",
+                                   "mount -t tmpfs -o size=64k none \"$0\" && { cat /dev/zero >\"$0/filler\" "
+                                   "2>/dev/null; exec \"$@\"; }",
+                                   home.string(),
+                                   (runningTree() / "bin/quillet").string(),
+                                   "--headless",
+                                   "--keep-going",
+                                   "--profile-dir",
+                                   home.string()};
+    const auto line = [&](const std::string& text) { words.insert(words.end(), {"--command", text}); };
+    line("Document.Open " + quoted(file));
+    line("Asset.List");
+    line("Design.Sample");
+    line("Asset.Export " + quoted(scratch.path() / "out.step"));
+    const std::vector<std::string> refused{"full.step", "full.igs", "full.brep", "full.stl", "full.obj"};
+    for (const std::string& name : refused)
+        line("Design.Export " + quoted(home / name));
+    const ProcessResult run =
+        runProcess("/usr/bin/unshare", words, {.environment = {"DISPLAY=", "WAYLAND_DISPLAY="}});
+    EXPECT_EQ(run.exitCode, 1) << run.output << run.errors;
+    EXPECT_NE(run.output.find("Document name: one"), std::string::npos) << run.output << run.errors;
+    EXPECT_TRUE(fs::exists(scratch.path() / "out.step")) << run.output << run.errors;
+    for (const std::string& name : refused)
+        EXPECT_NE(run.errors.find(name + "\" can't be written: No space left on device"), std::string::npos)
+            << name << ": " << run.errors;
+}
+
 TEST(BadInput, AFileWhoseAnnotationsCannotBeReadOpensWithAWarning)
 {
     SKIP_WITHOUT_REAL_DATA();

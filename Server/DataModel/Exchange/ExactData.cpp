@@ -69,7 +69,8 @@ std::shared_ptr<const ModelFile> writtenAnew(std::string_view data, const std::s
     ImportCache& cache = importCache();
     if (auto known = cache.find(key))
         return known;
-    const ScratchFile source(cache.scratchPath()), target(cache.scratchPath());
+    const uint64_t room = 4 * data.size();
+    const ScratchFile source(cache.scratchPath(room)), target(cache.scratchPath(room));
     std::ofstream stream(source.path(), std::ios::binary);
     stream.write(data.data(), static_cast<std::streamsize>(data.size()));
     stream.close();

@@ -98,7 +98,9 @@ bool ForeignImport::prepare(ImportCache& cache)
 
 void ForeignImport::startWorker(bool annotations, ImportCache& cache)
 {
-    m_scratch = cache.scratchPath();
+    // Most models are shorter than the files that they were read from; meshes of few surfaces may be longer.
+    constexpr uint64_t kLonger = 4, kLeast = uint64_t(16) << 20;
+    m_scratch = cache.scratchPath(std::max(m_size * kLonger, kLeast));
     m_started = std::filesystem::file_time_type::clock::now();
     std::vector<std::string> arguments{"import", keyOf(m_format), Strings::toBytes(m_path), m_scratch};
     if (!annotations)

@@ -69,6 +69,14 @@ const LengthUnit& unitOf(TranslatorSaveOptions& options)
     return options.exportInDisplayUnit() ? LengthUnit::display() : LengthUnit::all().front();
 }
 
+// What the model's exact data may take.
+uint64_t roomFor(const Asset& asset)
+{
+    constexpr uint64_t kUnknown = uint64_t(64) << 20;
+    const ModelSource& source = asset.data().source();
+    return source.file ? std::max(source.file->size(), kUnknown) : kUnknown;
+}
+
 std::vector<std::string> argumentsFor(Format format, const Asset& asset, const std::string& data,
                                       const std::string& target, TranslatorSaveOptions& options)
 {
@@ -169,7 +177,7 @@ bool ForeignTranslator::saveByWorker(const Asset& asset, TranslatorSaveOptions& 
         if (asset.components()->children.empty())
             return fault(L"can't be written: there is nothing in the model");
         NewFile file(path);
-        const ScratchFile data(importCache().scratchPath());
+        const ScratchFile data(importCache().scratchPath(roomFor(asset)));
         {
             std::ofstream stream(data.path(), std::ios::binary);
             ModelSource& source = asset.data().source();

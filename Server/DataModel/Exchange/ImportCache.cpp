@@ -17,7 +17,10 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -43,6 +46,51 @@ std::string hexOf(const XXH128_hash_t& hash)
     std::snprintf(text, sizeof text, "%016llx%016llx", static_cast<unsigned long long>(hash.high64),
                   static_cast<unsigned long long>(hash.low64));
     return text;
+}
+
+/// A folder for this user alone within another, which goes with the process.
+class PrivateFolder
+{
+public:
+    /// The path is empty if there can't be one.
+    explicit PrivateFolder(const std::string& parent) : m_path(parent + "/quillet-XXXXXX")
+    {
+        if (!mkdtemp(m_path.data()))
+            m_path.clear();
+    }
+    ~PrivateFolder()
+    {
+        std::error_code ignored;
+        if (!m_path.empty())
+            fs::remove_all(m_path, ignored);
+    }
+    PrivateFolder(const PrivateFolder&) = delete;
+    PrivateFolder& operator=(const PrivateFolder&) = delete;
+
+    const std::string& path() const { return m_path; }
+
+private:
+    std::string m_path;
+};
+
+/// The usual folder, or where it hasn't the room, one in the temporary folder or in memory that has.
+std::string folderWith(uint64_t room, const std::string& usual)
+{
+    static std::mutex mutex;
+    static std::map<std::string, PrivateFolder> others;
+    std::error_code error;
+    const auto hasRoom = [&](const std::string& folder) {
+        const fs::space_info space = fs::space(folder, error);
+        return !error && space.available >= room && access(folder.c_str(), W_OK | X_OK) == 0;
+    };
+    if (room == 0 || hasRoom(usual))
+        return usual;
+    const std::lock_guard lock(mutex);
+    for (const std::string& other : {fs::temp_directory_path(error).string(), std::string("/dev/shm")})
+        if (hasRoom(other))
+            if (const std::string& own = others.try_emplace(other, other).first->second.path(); !own.empty())
+                return own;
+    return usual;
 }
 
 /// Why models can't be kept in a folder; empty if they can.
@@ -76,27 +124,18 @@ public:
         } catch (const Exception& error) {
             cause = Strings::narrow(error.message());
         }
-        std::string own = (fs::temp_directory_path() / "quillet-XXXXXX").string();
-        if (!mkdtemp(own.data()))
+        m_own.emplace(fs::temp_directory_path().string());
+        if (m_own->path().empty())
             return; // The import that cannot write then says so.
-        m_path = own;
-        m_own = true;
-        warn(Strings::widen(cause + " Imported models are kept in " + own + " until the end."));
+        m_path = m_own->path();
+        warn(Strings::widen(cause + " Imported models are kept in " + m_path + " until the end."));
     }
-    ~ModelFolder()
-    {
-        std::error_code ignored;
-        if (m_own)
-            fs::remove_all(m_path, ignored);
-    }
-    ModelFolder(const ModelFolder&) = delete;
-    ModelFolder& operator=(const ModelFolder&) = delete;
 
     const std::string& path() const { return m_path; }
 
 private:
     std::string m_path;
-    bool m_own = false;
+    std::optional<PrivateFolder> m_own;
 };
 
 } // namespace
@@ -175,10 +214,11 @@ std::shared_ptr<const ModelFile> ImportCache::find(const std::string& key)
     }
 }
 
-std::string ImportCache::scratchPath()
+std::string ImportCache::scratchPath(uint64_t room)
 {
     static std::atomic<unsigned> number = 0;
-    return m_folder + "/" + std::to_string(getpid()) + "-" + std::to_string(++number) + kScratchSuffix;
+    return folderWith(room, m_folder) + "/" + std::to_string(getpid()) + "-" + std::to_string(++number) +
+           kScratchSuffix;
 }
 
 std::shared_ptr<const ModelFile> ImportCache::store(const std::string& key, const std::string& scratch)

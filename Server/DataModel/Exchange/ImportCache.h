@@ -41,8 +41,9 @@ public:
     /// The entry, or null. One that is damaged is dropped. Marks the entry as used now.
     std::shared_ptr<const ModelFile> find(const std::string& key);
 
-    /// A path in the folder to write a new entry to, which nobody else uses.
-    std::string scratchPath();
+    /// A path to write a new entry to, which nobody else uses: in the folder, or where its disk hasn't as
+    /// many bytes free as may be needed, in the temporary folder or in memory, as soon as one of these has.
+    std::string scratchPath(uint64_t room = 0);
     /// Makes the finished scratch file the entry of that key and drops the entries that weren't used for
     /// longest, as the limit wants it. Returns the entry; throws std::runtime_error if the file is no model.
     std::shared_ptr<const ModelFile> store(const std::string& key, const std::string& scratch);
