@@ -339,3 +339,28 @@ TEST_F(ExchangeTest, TheRecogniserListsWhatCanBeOpenedAndSaved)
     EXPECT_EQ(forSave.translator(L"x.wrl"), nullptr);
     EXPECT_EQ(forSave.translator(L"x.STL")->identifier(), "StlTranslator");
 }
+
+TEST_F(ExchangeTest, AReferenceToWhatAFileLacksCostsOnlyThePartsThatNeedIt)
+{
+    ASSERT_TRUE(save(boxAndCylinder(), scratch("whole.stp"))) << Strings::narrow(status.toString());
+    const std::string whole = contentOf(scratch("whole.stp"));
+    const auto facesOf = [&](const std::string& entity) {
+        std::string damaged = whole;
+        const size_t reference = damaged.find('#', damaged.find(entity + "("));
+        if (reference > damaged.size())
+            return size_t(0);
+        damaged.replace(reference, damaged.find_first_of(",)", reference) - reference, "#999999");
+        const Document* document = open(write("damaged.stp", damaged));
+        EXPECT_NE(document, nullptr) << Strings::narrow(status.toString());
+        size_t faces = 0;
+        if (document)
+            for (const Component* component : componentsOf(*document->activeAsset()))
+                for (const BodyMesh::Face& face :
+                     component->body ? component->body->mesh()->faces : std::vector<BodyMesh::Face>())
+                    faces += face.triangleCount > 0;
+        return faces;
+    };
+    // Of the box's six and the cylinder's three.
+    EXPECT_EQ(facesOf("CLOSED_SHELL"), 8u);
+    EXPECT_EQ(facesOf("MANIFOLD_SOLID_BREP"), 3u);
+}
