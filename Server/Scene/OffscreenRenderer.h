@@ -28,6 +28,7 @@ struct ImageOptions
     bool transparentBackground = false;
     bool dome = true;                       ///< As RenderTarget::dome.
     bool grid = false, gridNumbers = false; ///< As in RenderTarget.
+    bool highlights = true;                 ///< Whether what is selected or pointed at stands out.
     /// Many more samples for each pixel where `antiAliasing` is on: for pictures that are kept, not for a
     /// canvas that moves.
     bool fine = true;

@@ -220,6 +220,8 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments, con
     picture.samples = samples;
     picture.transparentBackground = options.transparentBackground;
     picture.dome = options.dome;
+    if (!options.highlights)
+        picture.selectionEffect = Rendra::kNoEffect;
     picture.grid = options.grid;
     picture.gridNumbers = options.gridNumbers;
     picture.lineWidth = Rendra::RenderTarget::kLineWidth * options.pixelRatio * float(scale);

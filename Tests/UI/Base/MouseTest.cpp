@@ -50,6 +50,7 @@ public:
     void mouseDragBegin(MouseEvent*) override { text += "begin "; }
     void mouseDrag(MouseEvent*) override { text += "drag "; }
     void mouseDragEnd(MouseEvent*) override { text += "end "; }
+    void mouseLeave(GraphicsCanvas*) override { text += "leave "; }
     std::string text;
 };
 
@@ -104,6 +105,26 @@ TEST_F(MouseTest, AShakingHandClicksAndAMovingOneDrags)
     up(kLeftButton, 130, 100);
     move(140, 100);
     EXPECT_EQ(log.text, "down begin drag drag end up move ");
+}
+
+TEST_F(MouseTest, TheSitesHearOnceThatTheMouseHasLeft)
+{
+    MouseLog log;
+    MouseEventSource::get()->mouseLeft(&canvas);
+    EXPECT_EQ(log.text, "") << "it wasn't here";
+    move(100, 100);
+    GraphicsCanvas other;
+    MouseEventSource::get()->mouseLeft(&other);
+    MouseEventSource::get()->mouseLeft(&canvas);
+    MouseEventSource::get()->mouseLeft(&canvas);
+    EXPECT_EQ(log.text, "move leave ");
+    // The cube over the view, in its upper right corner, is somewhere else.
+    log.text.clear();
+    move(100, 100);
+    move(canvas.width() - 64, 64);
+    move(canvas.width() - 60, 60);
+    move(100, 100);
+    EXPECT_EQ(log.text, "move leave move ");
 }
 
 TEST_F(MouseTest, WhatLiesUnderThePointerIsFoundInTheCanvasOfTheEvent)

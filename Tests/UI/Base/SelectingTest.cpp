@@ -20,6 +20,7 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Session/Thumbnail.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/ViewMgr.h"
@@ -207,6 +208,12 @@ TEST_F(SelectingTest, TheFilterSaysWhichKindsArePickedAndLit)
     EXPECT_EQ(edge.leaf, Leaf::Edge);
     ASSERT_EQ(litOf(0).size(), 1u);
     EXPECT_EQ(litOf(0)[0], (Rendra::Graphics::LitPart{Part::Edge, edge.index, Highlight::Pointed}));
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(canvas.existingWidget(), &leave);
+    EXPECT_TRUE(pointed().empty()) << "the pointer is elsewhere";
+    EXPECT_TRUE(litOf(0).empty());
+    hover(nearEdge);
+    EXPECT_EQ(path(pointed()), edge);
     hover(at(5, 5));
     EXPECT_TRUE(pointed().empty()) << "a face is no edge";
     EXPECT_TRUE(litOf(0).empty());
@@ -236,6 +243,19 @@ TEST_F(SelectingTest, TheFilterSaysWhichKindsArePickedAndLit)
     EXPECT_EQ(path(selected()).leaf, Leaf::Face);
     click(nearEdge);
     EXPECT_EQ(path(selected()), edge);
+    input->requiredFilter(nullptr);
+}
+
+TEST_F(SelectingTest, ThePictureForFileListsShowsNothingThatIsSelectedOrPointedAt)
+{
+    const std::string bare = thumbnailOf(asset, 64);
+    if (bare.empty())
+        GTEST_SKIP() << "NOTICE: no OpenGL to draw with";
+    click(at(5, 5));
+    input->requiredFilter(only(Vs::ESelectionType::Face));
+    hover(at(25, 5));
+    EXPECT_FALSE(selected().empty() || pointed().empty());
+    EXPECT_TRUE(thumbnailOf(asset, 64) == bare);
     input->requiredFilter(nullptr);
 }
 

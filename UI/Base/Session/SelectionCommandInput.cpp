@@ -410,6 +410,15 @@ void SelectionCommandInput::mouseMove(MouseEvent* event)
         pointAt(under(*event));
 }
 
+// What others have lit up stays.
+void SelectionCommandInput::mouseLeave(GraphicsCanvas*)
+{
+    if (!m_pointing || !pickingManager())
+        return;
+    CommandInUse inUse(commandInputSet()->command());
+    pointAt(nullptr);
+}
+
 bool SelectionCommandInput::pointAt(const Vs::StrongRef<Vs::Selection>& selection)
 {
     Vs::SelectionSet& lit = pickingManager()->highlightSet();

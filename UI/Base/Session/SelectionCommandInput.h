@@ -89,6 +89,7 @@ public:
     std::wstring displayText() const override;
 
     void mouseMove(MouseEvent* event) override;
+    void mouseLeave(GraphicsCanvas* canvas) override;
     void mouseDown(MouseEvent* event) override;
     void mouseDragBegin(MouseEvent* event) override;
     void mouseDrag(MouseEvent* event) override;

@@ -32,6 +32,7 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     options.antiAliasing = true;
     options.transparentBackground = true;
     options.grid = false;
+    options.highlights = false;
     Vs::Scene::Image image;
     Vs::Status ignored; // Without a picture the file is as good.
     if (!Vs::Scene::OffscreenRenderer::get()->render({model}, side, side, options, image, ignored))

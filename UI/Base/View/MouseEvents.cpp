@@ -64,13 +64,21 @@ bool MouseEventSource::overlayTakes(MouseEvent* event)
 
 void MouseEventSource::mouseLeft(const GraphicsCanvas* canvas)
 {
-    if (m_lastCanvas == canvas)
-        m_lastMove.reset();
+    if (m_lastCanvas == canvas && m_lastMove)
+        leave(m_lastCanvas);
     if (!canvas || canvas != m_hovered)
         return;
     m_hovered = nullptr;
     if (MouseOverlay* overlay = overlayOf(canvas))
         overlay->hoverEnd();
+}
+
+void MouseEventSource::leave(GraphicsCanvas* canvas)
+{
+    m_lastMove.reset();
+    GraphicsCanvas* const outer = std::exchange(m_canvas, canvas);
+    forEach([&](MouseEventSite* site) { site->mouseLeave(canvas); });
+    m_canvas = outer;
 }
 
 void MouseEventSource::deliver(Handler handler, MouseEvent* event)
@@ -120,8 +128,9 @@ void MouseEventSource::fireMouseMove(MouseEvent* event)
         return;
     }
     if (overlayTakes(event)) {
+        if (m_lastMove)
+            leave(m_lastCanvas);
         overlayOf(event->canvas())->hover(event);
-        m_lastMove.reset();
         return;
     }
     m_lastMove = {kNoMouseButton, event->modifierMask(), event->x(), event->y(), 0};

@@ -68,6 +68,8 @@ public:
     virtual void mouseScroll(MouseEvent*) {}
     /// A move anywhere, also outside of the canvas that has the button.
     virtual void mouseMoveGlobal(MouseEvent*) {}
+    /// The mouse moves over the canvas no more: it has left it, or is over what lies over the view.
+    virtual void mouseLeave(GraphicsCanvas*) {}
 };
 
 /// Hands the events of all canvases to the sites, in the order of their subscription. A move with a button
@@ -112,6 +114,8 @@ public:
 private:
     using Handler = void (MouseEventSite::*)(MouseEvent*);
     void deliver(Handler handler, MouseEvent* event);
+    void leave(GraphicsCanvas* canvas);
+    void beginDrag(MouseEvent event);
     static MouseOverlay* overlayOf(const GraphicsCanvas* canvas);
     bool overlayTakes(MouseEvent* event);
     void begin(MouseEvent* event);
