@@ -5,26 +5,22 @@
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
-#include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "Server/DataModel/DocumentType.h"
 #include "Server/DataModel/Exchange/ExactData.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
 #include "Server/DataModel/Model/MappingGuard.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Model/PlainFile.h"
+#include "Server/DataModel/Native/DocumentContent.h"
 #include "Server/DataModel/Native/DocumentFile.h"
-#include "Server/DataModel/Native/Package.h"
 #include "Server/DataModel/Native/PackageWriter.h"
 #include "Server/DataModel/Native/Paths.h"
 #include "Server/DataModel/Private/ProgressText.h"
 #include "Server/DataModel/ThumbnailSource.h"
-#include "Server/Types/Uuid.h"
 
 #include <boost/filesystem/path.hpp>
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace Vs {
@@ -32,7 +28,7 @@ namespace Vs {
 namespace {
 
 using Native::Cancelled;
-using Native::Manifest;
+using Native::DocumentContent;
 using Native::PackageWriter;
 
 /// A handler asked the user, who doesn't want it saved.
@@ -46,18 +42,18 @@ class Save
 {
 public:
     Save(Document& document, DocumentFile& file, const std::wstring& path)
-        : m_document(document), m_file(file), m_path(path), m_target(targetOf(path))
+        : m_document(document),
+          m_file(file),
+          m_path(path),
+          m_target(targetOf(path)),
+          m_content(document, file)
     {
-        for (unsigned i = 0; i < document.assets(); ++i)
-            m_assets.push_back(document.asset(i));
-        for (unsigned i = 0; i < document.hiddenAssets(); ++i)
-            m_assets.push_back(document.hiddenAsset(i));
     }
 
     /// `others` are the documents beside this one that have the path.
     void check(const std::vector<const Document*>& others)
     {
-        for (const Asset* asset : m_assets)
+        for (const Asset* asset : m_content.assets())
             if (asset->data().history().isOpen())
                 fail(L"a change of \"" + asset->name() + L"\" is under way");
         for (const Document* other : others)
@@ -91,11 +87,10 @@ public:
         try {
             Native::SafeFile file(m_target, Native::FileCalls::current());
             PackageWriter writer(file);
-            writer.add(Native::kTypeName, Native::kType);
-            writeAssets(writer, progress);
-            writeExtras(writer);
-            writePicture(writer);
-            writer.add(Native::kManifestName, m_manifest.write());
+            m_content.write(writer, frame(), [&](double fraction, const std::wstring& step) {
+                if (!progress.update(fraction, step))
+                    throw Cancelled();
+            });
             writer.finish();
             if (!progress.update(1, ProgressText::step("flushing to the disk")))
                 throw Cancelled();
@@ -111,7 +106,7 @@ public:
     /// The document's parts are those of the new file from now on.
     void takeOver()
     {
-        m_file.extras = m_manifest.extras;
+        m_file.extras = m_content.manifest().extras;
         try {
             m_file.file = FileMapping::openGuarded(m_target);
         } catch (const std::runtime_error&) {
@@ -120,13 +115,13 @@ public:
         if (m_file.file->identity() != m_file.identity)
             return;
         std::vector<Exchange::ExactData::Place> own;
-        for (size_t i = 0; i < m_assets.size(); ++i) {
-            const PackageWriter::Entry& part = m_parts[i];
+        for (size_t i = 0; i < m_content.assets().size(); ++i) {
+            const PackageWriter::Entry& part = m_content.parts()[i];
             if (part.size == 0)
                 continue;
-            m_assets[i]->data().stored(
-                {m_file.file, part.place, part.size, m_manifest.assets[i].hash, part.crc});
-            if (m_own[i])
+            m_content.assets()[i]->data().stored(
+                {m_file.file, part.place, part.size, m_content.manifest().assets[i].hash, part.crc});
+            if (m_content.isOwnWork(i))
                 own.push_back({part.place, part.size});
         }
         if (!own.empty())
@@ -193,116 +188,14 @@ private:
         return left.empty();
     }
 
-    void writeAssets(PackageWriter& writer, ProgressScope& progress)
+    DocumentContent::Frame frame() const
     {
-        m_manifest.software = SoftwareVersion::currentVersionNumber();
-        m_manifest.document = m_document.identifier();
-        m_manifest.documentType = m_document.documentType()->identifier();
-        if (m_document.activeAsset())
-            m_manifest.activeAsset = m_document.activeAsset()->guid();
-        for (size_t i = 0; i < m_assets.size(); ++i) {
-            const double share = 1.0 / double(m_assets.size());
-            const auto watch = [&](double fraction) {
-                if (!progress.update((double(i) + fraction) * share * 0.9, m_assets[i]->name()))
-                    throw Cancelled();
-            };
-            watch(0);
-            m_manifest.assets.push_back(describe(*m_assets[i]));
-            m_own.push_back(isWrittenHere(m_assets[i]->data()));
-            m_parts.push_back(writeModel(*m_assets[i], m_manifest.assets.back(), writer, watch));
-        }
-    }
-
-    static Manifest::Asset describe(const Asset& asset)
-    {
-        Manifest::Asset entry;
-        entry.guid = asset.guid();
-        entry.name = asset.name();
-        entry.type = asset.assetTypeIdentifier();
-        entry.visible = asset.isVisible();
-        if (asset.parent())
-            entry.parent = asset.parent()->guid();
-        for (unsigned i = 0; i < asset.refdAssets(); ++i)
-            entry.references.push_back(asset.refdAsset(i)->guid());
-        entry.settings = asset.settings();
-        return entry;
-    }
-
-    // Its exact data are this program's kernel's work or a worker's, and no native file has them yet.
-    bool isWrittenHere(const ModelData& data) const
-    {
-        const StoredPart* stored = data.stored();
-        return !stored || (!data.source().isNative && stored->file != m_file.file);
-    }
-
-    // A model that is as it was stored is copied as it lies; only a changed one is written anew.
-    static PackageWriter::Entry writeModel(const Asset& asset, Manifest::Asset& entry, PackageWriter& writer,
-                                           const ModelData::Watch& watch)
-    {
-        ModelData& data = asset.data();
-        if (data.isEmpty())
-            return {};
-        const std::string name = Native::kPartFolder + Strings::narrow(fromUuid(asset.guid())) + ".model";
-        PackageWriter::Entry part;
-        if (const StoredPart* stored = data.stored()) {
-            part = writer.addPart(name, *stored);
-            entry.hash = stored->hash;
-        } else {
-            part = writer.addModel(name, [&](ModelSink& sink) { entry.hash = data.write(sink, watch); });
-        }
-        entry.part = name;
-        entry.place = part.place;
-        entry.size = part.size;
-        return part;
-    }
-
-    bool isKept(const Manifest::Extra& extra) const
-    {
-        const bool moved = m_path != m_document.path() || m_file.identity.inode == 0;
-        if (extra.untilMoved && moved)
-            return false;
-        const auto concerned = [&](const Asset* asset) {
-            return extra.asset.is_nil() || asset->guid() == extra.asset;
-        };
-        const auto changed = [](const Asset* asset) {
-            return !asset->data().isEmpty() && !asset->data().stored();
-        };
-        return std::any_of(m_assets.begin(), m_assets.end(), concerned) &&
-               !(extra.untilChanged && std::any_of(m_assets.begin(), m_assets.end(), [&](const Asset* asset) {
-                     return concerned(asset) && changed(asset);
-                 }));
-    }
-
-    // Other programs' entries stay as they lie, for those that know them.
-    void writeExtras(PackageWriter& writer)
-    {
-        if (m_file.extras.empty() || !m_file.file)
-            return;
-        const Native::Package old(m_file.file);
-        for (const Manifest::Extra& extra : m_file.extras) {
-            const auto isPart = [&](const Manifest::Asset& asset) { return asset.part == extra.entry; };
-            if (!isKept(extra) || std::any_of(m_manifest.assets.begin(), m_manifest.assets.end(), isPart))
-                continue;
-            writer.addPacked(extra.entry, old.packing(extra.entry),
-                             [&](const auto& take) { old.readPacked(extra.entry, take); });
-            m_manifest.extras.push_back(extra);
-        }
-    }
-
-    void writePicture(PackageWriter& writer) const
-    {
-        std::string picture = ThumbnailSource::png(m_document);
-        if (picture.empty() && m_file.file) {
-            try {
-                const Native::Package old(m_file.file);
-                if (old.has(Native::kThumbnailName))
-                    picture = old.read(Native::kThumbnailName, Native::Package::kMostPicture);
-            } catch (const std::runtime_error&) {
-                // A picture that can't be read any more isn't worth a failed save.
-            }
-        }
-        if (!picture.empty())
-            writer.add(Native::kThumbnailName, picture);
+        DocumentContent::Frame frame;
+        frame.moved = m_path != m_document.path() || m_file.identity.inode == 0;
+        frame.picture = ThumbnailSource::png(m_document);
+        if (frame.picture.empty())
+            frame.picture = m_content.oldPicture();
+        return frame;
     }
 
     void commit(Native::SafeFile& file)
@@ -324,13 +217,15 @@ private:
     std::wstring m_path;
     std::string m_target;
     FileIdentity m_found;
-    std::vector<Asset*> m_assets;
-    Manifest m_manifest;
-    std::vector<PackageWriter::Entry> m_parts;
-    std::vector<bool> m_own; ///< isWrittenHere, by asset.
+    DocumentContent m_content;
 };
 
 } // namespace
+
+const DocumentFile& DocumentSave::fileOf(const Document& document)
+{
+    return *document.m_file;
+}
 
 std::vector<const Document*> DocumentSave::othersOf(const Document& document, const std::wstring& path)
 {

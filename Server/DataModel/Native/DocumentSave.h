@@ -9,6 +9,7 @@
 namespace Vs {
 
 class Document;
+struct DocumentFile;
 
 /// Writes documents as native files. Main thread.
 class DocumentSave
@@ -17,6 +18,9 @@ public:
     /// Writes the document to `path`: whole, or nothing of it. On success it is clean and belongs to that
     /// file; on failure it is as it was, and the status holds one error.
     static bool save(Document& document, const std::wstring& path, Status& status);
+
+    /// How the document hangs together with its file, for those who write it elsewhere without touching it.
+    static const DocumentFile& fileOf(const Document& document);
 
 private:
     /// What a document is called and where it is.
