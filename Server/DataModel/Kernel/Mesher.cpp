@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Kernel/MeshContext.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
+#include "Server/DataModel/Model/ForkedChild.h"
 
 #include <BRepAdaptor_Curve.hxx>
 #include <BRepAdaptor_Surface.hxx>
@@ -271,7 +272,7 @@ void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement
     parameters.Deflection =
         std::max(std::sqrt(box.SquareExtent()) * refinement.surfaceDeviation, kSmallestDeflection);
     parameters.Angle = refinement.normalDeviation * std::numbers::pi / 180.0;
-    parameters.InParallel = true;
+    parameters.InParallel = !ForkedChild::is();
     BRepMesh_IncrementalMesh mesher;
     mesher.SetShape(shape);
     mesher.ChangeParameters() = parameters;

@@ -11,6 +11,7 @@
 #include "Server/DataModel/Kernel/TriangleLimits.h"
 #include "Server/DataModel/Kernel/XdeEdit.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
+#include "Server/DataModel/Model/ForkedChild.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
@@ -196,7 +197,9 @@ void XdeModel::write(std::ostream& stream)
 void XdeModel::writeDocument(std::ostream& stream)
 {
     m_transaction.updateAssemblies();
-    const std::lock_guard lock(applicationMutex());
+    std::unique_lock lock(applicationMutex(), std::defer_lock);
+    if (!ForkedChild::is())
+        lock.lock();
     withDrivers([&] {
         // Normals that came with triangles can't be had again from anywhere else.
         const auto driver =

@@ -8,18 +8,28 @@ namespace Vs {
 
 std::shared_ptr<const BodyMesh> ModelBody::mesh() const
 {
-    const std::lock_guard lock(m_mutex);
+    std::unique_lock lock(m_mutex, std::defer_lock);
+    // Whoever held it when this process was forked isn't there any more, and may have been making the mesh.
+    if (!ForkedChild::is())
+        lock.lock();
+    else if (!lock.try_lock())
+        return madeMesh();
     if (!m_meshAsked) {
         m_meshAsked = true;
-        try {
-            m_mesh = m_fileIndex >= 0 ? meshOfFile() : meshFor({});
-        } catch (const std::runtime_error&) {
-            // A shape that the kernel can't mesh is shown as nothing.
-        }
-        if (!m_mesh)
-            m_mesh = std::make_shared<BodyMesh>();
+        m_mesh = madeMesh();
     }
     return m_mesh;
+}
+
+std::shared_ptr<const BodyMesh> ModelBody::madeMesh() const
+{
+    try {
+        if (auto mesh = m_fileIndex >= 0 ? meshOfFile() : meshFor({}))
+            return mesh;
+    } catch (const std::runtime_error&) {
+        // A shape that the kernel can't mesh is shown as nothing.
+    }
+    return std::make_shared<BodyMesh>();
 }
 
 // A file of the first layout knows no vertices; only the exact shape can tell their order.

@@ -43,6 +43,7 @@ public:
     std::shared_ptr<const BodyMesh> meshFor(const TranslatorRefinement& refinement) const;
 
 private:
+    std::shared_ptr<const BodyMesh> madeMesh() const;
     std::shared_ptr<const BodyMesh> meshOfFile() const;
 
     std::shared_ptr<ModelSource> m_source;

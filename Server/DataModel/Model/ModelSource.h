@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Model/ForkedChild.h"
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Server/DataModel/Model/ModelKernel.h"
 
@@ -24,13 +25,19 @@ public:
     template <class Work>
     auto withKernel(Work&& work)
     {
-        const std::lock_guard lock(m_mutex);
+        const Hold hold = held();
         return work(kernel());
     }
+    /// Keeps all other threads out of the kernel for as long as it lives; empty if one of them is in there
+    /// now.
+    using Hold = std::unique_lock<std::recursive_mutex>;
+    [[nodiscard]] Hold tryHold() { return Hold(m_mutex, std::try_to_lock); }
     bool kernelLoaded() const { return m_kernel != nullptr; }
 
 private:
     ModelKernel& kernel();
+    // In a child nobody else is there, and the lock may still be that of the parent's thread.
+    Hold held() { return ForkedChild::is() ? Hold(m_mutex, std::defer_lock) : Hold(m_mutex); }
 
     std::recursive_mutex m_mutex;
     std::unique_ptr<ModelKernel> m_kernel;

@@ -66,6 +66,11 @@ Package::Package(std::unique_ptr<PlainFile> file)
 
 Package::~Package() = default;
 
+void Package::prepare()
+{
+    zipLibrary();
+}
+
 bool Package::has(const std::string& name) const
 {
     return m_zip->has(name);

@@ -47,6 +47,9 @@ public:
     Package(const Package&) = delete;
     Package& operator=(const Package&) = delete;
 
+    /// Loads the library that reads packages, for a process that is about to fork: the child loads nothing.
+    static void prepare();
+
     /// Null if it isn't mapped.
     const std::shared_ptr<const FileMapping>& file() const { return m_file; }
     [[nodiscard]] bool has(const std::string& name) const;

@@ -58,6 +58,8 @@ public:
     }
     /// After the last entry.
     void finish();
+    /// What was written so far.
+    const std::vector<Entry>& entries() const { return m_entries; }
 
 private:
     class Sink : public ModelSink

@@ -226,11 +226,13 @@ bool SafeFile::copy(int descriptor, uint64_t place, uint64_t size)
     return true;
 }
 
-void SafeFile::commit()
+void SafeFile::commit(const Look& beforeRename)
 {
     require(!m_inPlace, "a file is put in its place once");
     if (persistent([&] { return m_calls.flush(m_descriptor); }) != 0)
         fail();
+    if (beforeRename)
+        beforeRename(m_scratch);
     if (persistent([&] { return m_calls.rename(m_scratch.c_str(), m_target.c_str()); }) != 0)
         fail();
     m_inPlace = true;

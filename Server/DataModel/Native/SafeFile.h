@@ -4,6 +4,7 @@
 #include "Server/DataModel/Native/FileCalls.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -35,9 +36,12 @@ public:
     [[nodiscard]] bool copy(int descriptor, uint64_t place, uint64_t size);
     uint64_t position() const { return m_position; }
 
+    /// Called with the unfinished file's path once its content is on the disk; may throw, and then the file
+    /// doesn't take its place.
+    using Look = std::function<void(const std::string& scratch)>;
     /// Flushes the content, puts the file in its place and flushes the folder. If only the last of these
     /// fails, `inPlace` is true all the same.
-    void commit();
+    void commit(const Look& beforeRename = {});
     bool inPlace() const { return m_inPlace; }
 
 private:

@@ -8,6 +8,11 @@
 #include <stdexcept>
 
 namespace Vs {
+namespace {
+
+void (*s_listener)(Asset*) = nullptr;
+
+} // namespace
 
 void ChangeSteps::tellComponents(Asset* asset)
 {
@@ -43,6 +48,13 @@ void ChangeSteps::markChanged(Asset* asset, ChangeHistory::Extent extent)
     if (extent.model)
         asset->data().markChanged();
     asset->markDirty();
+    if (s_listener)
+        s_listener(asset);
+}
+
+void ChangeSteps::listener(void (*stepped)(Asset*))
+{
+    s_listener = stepped;
 }
 
 bool ChangeSteps::step(Asset* asset, ChangeHistory::Extent (ChangeHistory::*direction)())

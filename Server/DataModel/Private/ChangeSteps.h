@@ -20,6 +20,8 @@ void tellComponents(Asset* asset);
 /// Tells of values that were put back; of new ones Asset::setting has told.
 void tellBack(Asset* asset, ChangeHistory::Extent extent);
 void markChanged(Asset* asset, ChangeHistory::Extent extent);
+/// Who hears of each step that was committed, undone or redone; null for nobody.
+void listener(void (*stepped)(Asset*));
 /// Undoes or redoes. False if there is nothing to do.
 bool step(Asset* asset, ChangeHistory::Extent (ChangeHistory::*direction)());
 

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Server/DataModel/Recovery/AutoSavedFileInfo.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs {
+
+/// Keeps what isn't saved yet, so that a run that ends badly costs a person at most the last step.
+///
+/// A while after each committed step a forked child writes the document, as it was at that moment, into a
+/// recovery file of this run's own folder; the main thread stands still for the fork alone. The file takes
+/// the place of the one before only after it was read back. It goes when the document is saved or closed, and
+/// the folder with the run. Folders of runs that ended badly are offered to the next one: the first that asks
+/// has them for as long as it lives, and no two have the same. Main thread only.
+class AutoSaveController
+{
+public:
+    static AutoSaveController* get();
+
+    /// Fills in the recovery files of runs that ended badly, the newest first. Each was read through; where
+    /// the last one of a document is damaged it is the one before.
+    void getAllRecoverFiles(std::vector<AutoSavedFileInfo>& files);
+
+    enum class Reason {
+        Taken,   ///< An open document has been made of it, or a copy.
+        Unwanted ///< The user doesn't want it, and hears no more of it.
+    };
+    /// Lets go of a recovery file. If a document was opened from it, that is dirty from now on and the file
+    /// stays its recovery file until it has one of its own, or is saved. If it was copied, it is removed. If
+    /// it is unwanted, it is kept as discarded for a day (keepDiscarded). Otherwise it isn't safe anywhere
+    /// else: it stays, the sites hear so, and the answer is false; as it is for what is no recovery file.
+    bool deleteARecoveryFile(const std::wstring& recoveryPath, Reason reason = Reason::Taken);
+    /// Copies a recovery file and reads the copy back. False if that failed: nothing stands at the new path
+    /// then but what stood there before, and the sites hear so.
+    bool saveRecoveryFileAs(const std::wstring& recoveryPath, const std::wstring& newPath);
+
+    /// Whether that is one, of this run or another: it is no place where somebody works.
+    [[nodiscard]] static bool isRecoveryFile(const std::wstring& path);
+
+    /// Begins to watch the documents. Before that nothing is written.
+    void start();
+    /// Called when there begins to be something to do: `work` is to be called, in an idle moment, until it
+    /// says that it has nothing more.
+    void wakeUp(std::function<void()> callback);
+    /// Does what is due, which is a fork at most; false if nothing is left to wait for.
+    bool work();
+    /// Writes what is still to be kept, without waiting for a quiet moment, and returns when it is on the
+    /// disk; for a run that is about to end without being able to ask anybody. False if something couldn't be
+    /// kept.
+    bool writeAll();
+    /// Whether what a user doesn't want is kept for a day all the same. On at first; a run without a user
+    /// turns it off.
+    void keepDiscarded(bool keep);
+    /// A run that ends normally leaves nothing behind.
+    void end();
+
+    class Data;
+
+private:
+    AutoSaveController();
+    ~AutoSaveController();
+    std::unique_ptr<Data> m_data;
+};
+
+} // namespace Vs

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Server/Base/Event.h"
+
+#include <string>
+
+namespace Vs {
+
+class AutoSaveEvent : public Implements<AutoSaveEvent, Event>
+{
+public:
+    AutoSaveEvent(std::wstring file, std::wstring message)
+        : Implements(Timing::After), m_file(std::move(file)), m_message(std::move(message))
+    {
+    }
+    /// The recovery file that it is about; empty if it is about none.
+    const std::wstring& file() const { return m_file; }
+    /// A whole sentence for the user; empty where there is nothing to tell.
+    const std::wstring& message() const { return m_message; }
+
+private:
+    std::wstring m_file, m_message;
+};
+
+/// What happens to recovery files. Each operation does nothing unless overridden.
+class AutoSaveEventSite : public EventSite
+{
+public:
+    /// A file isn't offered any more: an open document has it, it was copied, or the user doesn't want it.
+    virtual void autoSavedRecoveryFileDeleted(AutoSaveEvent*) {}
+    /// A file was to go, but is nowhere else: it stays and is offered again.
+    virtual void autoSavedRecoveryFileKept(AutoSaveEvent*) {}
+    /// A file and the one before it are damaged; they were put aside, and the event says where.
+    virtual void autoSavedRecoveryFileDamaged(AutoSaveEvent*) {}
+    /// Changes can't be kept from now on. Told once, until autoSaveWorksAgain.
+    virtual void autoSaveFailed(AutoSaveEvent*) {}
+    virtual void autoSaveWorksAgain(AutoSaveEvent*) {}
+};
+
+class AutoSaveEventSource : public EventSource<AutoSaveEventSite>
+{
+public:
+    static AutoSaveEventSource* get()
+    {
+        static auto* const source = new AutoSaveEventSource;
+        return source;
+    }
+
+    void fireAutoSavedRecoveryFileDeleted(AutoSaveEvent* event)
+    {
+        fire(&AutoSaveEventSite::autoSavedRecoveryFileDeleted, event);
+    }
+    void fireAutoSavedRecoveryFileKept(AutoSaveEvent* event)
+    {
+        fire(&AutoSaveEventSite::autoSavedRecoveryFileKept, event);
+    }
+    void fireAutoSavedRecoveryFileDamaged(AutoSaveEvent* event)
+    {
+        fire(&AutoSaveEventSite::autoSavedRecoveryFileDamaged, event);
+    }
+    void fireAutoSaveFailed(AutoSaveEvent* event) { fire(&AutoSaveEventSite::autoSaveFailed, event); }
+    void fireAutoSaveWorksAgain(AutoSaveEvent* event) { fire(&AutoSaveEventSite::autoSaveWorksAgain, event); }
+};
+
+} // namespace Vs

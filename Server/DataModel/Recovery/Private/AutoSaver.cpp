@@ -1,0 +1,301 @@
+#include "Server/DataModel/Recovery/Private/AutoSaver.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AutoSaveDisabler.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Model/ModelData.h"
+#include "Server/DataModel/Native/Package.h"
+#include "Server/DataModel/Private/ChangeSteps.h"
+#include "Server/DataModel/Private/Texts.h"
+#include "Server/DataModel/Recovery/AutoSaveEvents.h"
+#include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
+
+#include <algorithm>
+#include <ctime>
+#include <exception>
+
+namespace Vs::Recovery {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kQuiet = 50ms;      // after a step, before the fork
+constexpr auto kLongestWait = 1s;  // for that quiet, where steps follow one another
+constexpr auto kPause = 1s;        // between two files of one document, at least,
+constexpr int kPauseFactor = 10;   // and so many times what the last one took
+constexpr auto kPauseFailed = 10s; // before what failed is tried again
+constexpr auto kIdle = 3s;         // of the user, before the main thread writes by itself
+constexpr double kMostWait = 30;   // seconds, for a child where the run can't go on without
+
+AutoSaver* s_listening = nullptr;
+
+std::vector<Asset*> assetsOf(const Document& document)
+{
+    std::vector<Asset*> assets;
+    for (unsigned i = 0; i < document.assets(); ++i)
+        assets.push_back(document.asset(i));
+    for (unsigned i = 0; i < document.hiddenAssets(); ++i)
+        assets.push_back(document.hiddenAsset(i));
+    return assets;
+}
+
+/// Whoever is in the kernel on another thread is waited for, but not here: nothing is taken then.
+bool holdKernels(const Document& document, std::vector<ModelSource::Hold>& holds)
+{
+    for (const Asset* asset : assetsOf(document)) {
+        if (asset->data().isEmpty() || asset->data().stored())
+            continue;
+        holds.push_back(asset->data().source().tryHold());
+        if (!holds.back())
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+AutoSaver::~AutoSaver()
+{
+    end(false);
+}
+
+void AutoSaver::start()
+{
+    if (m_started)
+        return;
+    m_started = true;
+    s_listening = this;
+    ChangeSteps::listener([](Asset* asset) { s_listening->changed(asset->document()); });
+    DocumentEventSource::get()->subscribe(this);
+    AssetEventSource::get()->subscribe(this);
+    for (unsigned i = 0; i < DocumentMgr::get()->documents(); ++i)
+        if (DocumentMgr::get()->document(i)->isDirty(false))
+            changed(DocumentMgr::get()->document(i));
+}
+
+void AutoSaver::end(bool unwanted)
+{
+    if (!m_started)
+        return;
+    m_started = false;
+    ChangeSteps::listener(nullptr);
+    DocumentEventSource::get()->unsubscribe(this);
+    AssetEventSource::get()->unsubscribe(this);
+    m_running.reset();
+    for (auto& [document, watched] : m_documents) {
+        if (watched.recovered && !unwanted)
+            continue;
+        if (unwanted && document->isDirty(false) && !watched.file.empty())
+            m_store.discard(watched.file);
+        letGoOfAdopted(watched, unwanted);
+    }
+    if (unwanted || std::none_of(m_documents.begin(), m_documents.end(), [](const auto& each) {
+            return each.second.recovered && !each.second.file.empty();
+        }))
+        m_store.removeOwn();
+    m_documents.clear();
+}
+
+void AutoSaver::changed(Document* document)
+{
+    Watched& watched = m_documents[document];
+    const Clock::time_point now = Clock::now();
+    if (watched.changes == watched.written)
+        watched.firstPending = now;
+    ++watched.changes;
+    watched.lastChange = now;
+    if (m_wakeUp)
+        m_wakeUp();
+}
+
+void AutoSaver::assetRenamed(AssetEvent* event)
+{
+    changed(event->asset()->document());
+}
+
+void AutoSaver::assetDirtyChanged(AssetEvent* event)
+{
+    Document* document = event->asset()->document();
+    if (document->isDirty(false))
+        changed(document);
+    else
+        drop(document, false); // It was saved.
+}
+
+void AutoSaver::documentClosed(DocumentEvent* event)
+{
+    if (event->timing() != Timing::Before)
+        return;
+    Document* document = event->document();
+    if (m_running && m_running->document == document)
+        ended(m_running->child->wait(kMostWait));
+    drop(document, document->isDirty(false));
+    m_documents.erase(document);
+}
+
+void AutoSaver::drop(Document* document, bool unwanted)
+{
+    const auto found = m_documents.find(document);
+    if (found == m_documents.end())
+        return;
+    Watched& watched = found->second;
+    if (m_running && m_running->document == document)
+        m_running.reset();
+    watched.written = watched.changes;
+    watched.recovered = false;
+    if (!watched.file.empty())
+        unwanted ? m_store.discard(watched.file) : m_store.remove(watched.file);
+    watched.file.clear();
+    letGoOfAdopted(watched, unwanted);
+}
+
+void AutoSaver::letGoOfAdopted(Watched& watched, bool unwanted)
+{
+    for (const std::string& file : watched.adopted)
+        unwanted ? m_store.discard(file) : m_store.remove(file);
+    watched.adopted.clear();
+}
+
+void AutoSaver::adopt(Document& document, const std::string& file)
+{
+    Watched& watched = m_documents[&document];
+    watched.adopted.push_back(file);
+    watched.recovered = true;
+    for (Asset* asset : assetsOf(document))
+        asset->markDirty();
+    changed(&document);
+}
+
+bool AutoSaver::isAdopted(const std::string& file) const
+{
+    return std::any_of(m_documents.begin(), m_documents.end(), [&](const auto& each) {
+        return std::find(each.second.adopted.begin(), each.second.adopted.end(), file) !=
+               each.second.adopted.end();
+    });
+}
+
+bool AutoSaver::isPending(const Document& document, const Watched& watched)
+{
+    return watched.changes != watched.written && document.isDirty(false) &&
+           AutoSaveOptionsGroup::get()->performAutoSave();
+}
+
+bool AutoSaver::isFree(const Document& document)
+{
+    const std::vector<Asset*> assets = assetsOf(document);
+    return std::none_of(assets.begin(), assets.end(), [](const Asset* asset) {
+        return asset->data().history().isOpen() || asset->data().history().group();
+    });
+}
+
+bool AutoSaver::work()
+{
+    if (m_running)
+        if (const auto cause = m_running->child->poll())
+            ended(*cause);
+    bool pending = false;
+    Document* next = nullptr;
+    const Clock::time_point now = Clock::now();
+    for (auto& [document, watched] : m_documents) {
+        if (!isPending(*document, watched))
+            continue;
+        pending = true;
+        const bool quiet = now - watched.lastChange >= kQuiet || now - watched.firstPending >= kLongestWait;
+        if (quiet && now >= watched.notBefore && !AutoSaveDisabler::disabled(document) && isFree(*document) &&
+            (!next || watched.firstPending < m_documents[next].firstPending))
+            next = document;
+    }
+    if (next && !m_running)
+        write(*next, m_documents[next], true);
+    return pending || m_running;
+}
+
+bool AutoSaver::writeAll()
+{
+    if (m_running)
+        ended(m_running->child->wait(kMostWait));
+    bool all = true;
+    for (auto& [document, watched] : m_documents) {
+        if (!isPending(*document, watched))
+            continue;
+        if (isFree(*document))
+            write(*document, watched, true);
+        if (m_running)
+            ended(m_running->child->wait(kMostWait));
+        if (isPending(*document, watched) && isFree(*document))
+            write(*document, watched, false);
+        all = all && !isPending(*document, watched);
+    }
+    return all;
+}
+
+void AutoSaver::write(Document& document, Watched& watched, bool inChild)
+{
+    std::vector<ModelSource::Hold> holds;
+    if (!holdKernels(document, holds))
+        return;
+    const Clock::time_point now = Clock::now();
+    try {
+        const SessionFolder& session = m_store.own();
+        const Snapshot snapshot = Snapshot::of(document, session.path());
+        Native::Package::prepare();
+        Running running{nullptr, &document, snapshot.path(), watched.changes, now};
+        if (inChild) {
+            running.child = SnapshotChild::start([&] { snapshot.write(Native::FileCalls::current()); },
+                                                 session.descriptor());
+            if (!running.child && now - watched.lastChange < kIdle)
+                return;
+        }
+        if (!running.child)
+            snapshot.write(Native::FileCalls::current());
+        m_running = std::make_unique<Running>(std::move(running));
+        if (!m_running->child)
+            ended({});
+    } catch (const std::exception& error) {
+        m_running.reset();
+        failed(watched, document, error.what());
+    }
+}
+
+void AutoSaver::ended(const std::string& cause)
+{
+    const std::unique_ptr<Running> running = std::move(m_running);
+    Watched& watched = m_documents[running->document];
+    const Clock::time_point now = Clock::now();
+    if (!cause.empty()) {
+        failed(watched, *running->document, cause);
+        return;
+    }
+    watched.written = running->changes;
+    watched.firstPending = watched.lastChange;
+    watched.notBefore = now + std::max<Clock::duration>(kPause, (now - running->since) * kPauseFactor);
+    watched.file = running->file;
+    letGoOfAdopted(watched, false);
+    if (!std::exchange(m_failing, false))
+        return;
+    AutoSaveEvent event(Strings::fromBytes(watched.file), {});
+    AutoSaveEventSource::get()->fireAutoSaveWorksAgain(&event);
+}
+
+void AutoSaver::failed(Watched& watched, const Document& document, const std::string& cause)
+{
+    watched.notBefore = Clock::now() + kPauseFailed;
+    if (std::exchange(m_failing, true))
+        return;
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char time[8];
+    std::strftime(time, sizeof time, "%H:%M", &local);
+    AutoSaveEvent event(
+        {}, DataModel::localizedFormat(
+                "AutoSaveFailed",
+                "Changes of \"%1%\" can't be kept for recovery since %2%: %3%. Save the document.",
+                document.displayName(), Strings::widen(time), Strings::widen(cause)));
+    AutoSaveEventSource::get()->fireAutoSaveFailed(&event);
+}
+
+} // namespace Vs::Recovery

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/DocumentEvents.h"
+#include "Server/DataModel/Recovery/Private/RecoveryStore.h"
+#include "Server/DataModel/Recovery/Private/Snapshot.h"
+#include "Server/DataModel/Recovery/Private/SnapshotChild.h"
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs::Recovery {
+
+/// Watches the open documents and has those that were changed written. Main thread.
+class AutoSaver : private DocumentEventSite, private AssetEventSite
+{
+public:
+    /// The store must outlive it.
+    explicit AutoSaver(RecoveryStore& store) : m_store(store) {}
+    ~AutoSaver() override;
+
+    void start();
+    void wakeUp(std::function<void()> callback) { m_wakeUp = std::move(callback); }
+    bool work();
+    bool writeAll();
+    /// Before the store's. Files of documents that were recovered and not saved since stay, unless
+    /// `unwanted`.
+    void end(bool unwanted);
+
+    /// The document was opened from a recovery file: it isn't saved anywhere else.
+    void adopt(Document& document, const std::string& file);
+    bool isAdopted(const std::string& file) const;
+
+private:
+    using Clock = std::chrono::steady_clock;
+    struct Watched
+    {
+        unsigned changes = 0, written = 0; ///< Counted; what isn't written yet is pending.
+        Clock::time_point firstPending, lastChange, notBefore;
+        std::string file;                 ///< The verified one; empty if there is none.
+        std::vector<std::string> adopted; ///< Files that the document was opened from, not let go of yet.
+        bool recovered = false;           ///< Opened from one, and not saved since.
+    };
+    struct Running
+    {
+        std::unique_ptr<SnapshotChild> child;
+        Document* document;
+        std::string file;
+        unsigned changes; ///< Watched::changes as it is written.
+        Clock::time_point since;
+    };
+
+    void changed(Document* document);
+    static bool isPending(const Document& document, const Watched& watched);
+    static bool isFree(const Document& document);
+    void write(Document& document, Watched& watched, bool inChild);
+    void ended(const std::string& cause);
+    void failed(Watched& watched, const Document& document, const std::string& cause);
+    void drop(Document* document, bool unwanted);
+    void letGoOfAdopted(Watched& watched, bool unwanted);
+
+    void assetRenamed(AssetEvent* event) override;
+    void assetDirtyChanged(AssetEvent* event) override;
+    void documentClosed(DocumentEvent* event) override;
+
+    RecoveryStore& m_store;
+    std::function<void()> m_wakeUp;
+    std::map<Document*, Watched> m_documents;
+    std::unique_ptr<Running> m_running;
+    bool m_started = false;
+    bool m_failing = false;
+};
+
+} // namespace Vs::Recovery

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Server/DataModel/Model/FileMapping.h"
+
+#include <string>
+#include <string_view>
+
+namespace Vs::Recovery {
+
+/// What a recovery file says of itself beside the document.
+struct RecoveryRecord
+{
+    std::wstring fileName; ///< The document's display name.
+    std::wstring source;   ///< Its native file; empty if it was never saved.
+    FileIdentity sourceIdentity;
+    std::wstring savedTime;   ///< As `timeNow` gives it.
+    std::string documentType; ///< DocumentType::identifier.
+    std::wstring attachmentUrl;
+
+    /// Throws std::runtime_error with the cause.
+    static RecoveryRecord read(std::string_view json);
+    std::string write() const;
+
+    /// "yyyyMMddThhmmss" in local time.
+    static std::wstring timeNow();
+};
+
+/// Whether a table of contents is that of a newer version's package, which isn't damaged for not being
+/// understood.
+[[nodiscard]] bool isNewer(std::string_view manifest);
+
+} // namespace Vs::Recovery

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace Vs::Recovery {
+
+/// The folder of one run's recovery files, with a lock that the system releases when the run dies, however it
+/// does: whose folder it is, a living run's or nobody's, is never a guess. Where files can't be locked a note
+/// tells which process has it. The lock is inherited by forked children, so that a folder is nobody's only
+/// when its last child has finished. Paths are bytes. Errors throw std::runtime_error.
+class SessionFolder
+{
+public:
+    /// A new one below that folder, for this run.
+    [[nodiscard]] static std::unique_ptr<SessionFolder> create(const std::string& root);
+    /// Takes over one that nobody has any more; null if somebody has it, or it is none.
+    [[nodiscard]] static std::unique_ptr<SessionFolder> claim(const std::string& path);
+    /// Gives it free.
+    ~SessionFolder();
+    SessionFolder(const SessionFolder&) = delete;
+    SessionFolder& operator=(const SessionFolder&) = delete;
+
+    const std::string& path() const { return m_path; }
+    /// Of the lock; to be kept open by a child that writes in here.
+    int descriptor() const { return m_lock; }
+    /// Removes it with all that is in it.
+    void remove();
+    /// Removes the folders in it that hold no file, and it, if there is nothing left; says whether it is
+    /// gone.
+    bool removeIfEmpty();
+
+private:
+    SessionFolder(std::string path, int lock) : m_path(std::move(path)), m_lock(lock) {}
+
+    std::string m_path;
+    int m_lock;
+};
+
+} // namespace Vs::Recovery

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Server/DataModel/Native/DocumentContent.h"
+#include "Server/DataModel/Native/FileCalls.h"
+
+#include <string>
+
+namespace Vs::Recovery {
+
+/// One recovery file that is to be written: what is gathered of the document while the process is whole.
+struct Snapshot
+{
+    const Document* document = nullptr;
+    std::string folder; ///< Of the document's recovery files, as bytes; it is there.
+    std::string name;   ///< With the suffix.
+    Native::DocumentContent::Frame frame;
+
+    /// Makes the folder below that of the session. Throws std::exception. Main thread.
+    static Snapshot of(const Document& document, const std::string& sessionFolder);
+
+    std::string path() const { return folder + '/' + name; }
+    /// Writes the file, reads it back, puts the one that is there among the older ones and takes its place.
+    /// Whatever fails, the last good one stays. Throws std::exception. Main thread, or a forked child.
+    void write(Native::FileCalls& calls) const;
+
+private:
+    void setOlderAside(Native::FileCalls& calls) const;
+};
+
+} // namespace Vs::Recovery
