@@ -11,11 +11,10 @@ Tasks& results()
     return *tasks;
 }
 
-void finish()
+void wait()
 {
     assertMainThread();
     Native::FileCheck::waitForAll();
-    results().flush();
 }
 
 } // namespace Vs::FileChecks

@@ -34,7 +34,7 @@ namespace Vs::FileChecks {
 /// Where what was found waits to be told: the main loop runs it. Never destroyed.
 [[nodiscard]] Tasks& results();
 
-/// Waits until every file that was opened so far has been looked at, and runs the results. Main thread.
-void finish();
+/// Waits until every file that was opened so far has been looked at. Main thread.
+void wait();
 
 } // namespace Vs::FileChecks

@@ -221,8 +221,9 @@ void installHost()
         Vs::RunOptions::add("UIBase", "lastDirectory");
         Vs::RunOptions::add("RecentDocuments", "");
     }
+    // A run without a main loop tells between two lines.
     Vs::FileChecks::results().wakeUp(
-        [] { Application::get()->idleTasks()->post([] { Vs::FileChecks::results().runOnce(); }); });
+        [] { Application::get()->deferredTasks()->post([] { Vs::FileChecks::results().runOnce(); }); });
     installTranscripts();
     StepSurroundings::install();
     static auto* const saving = new SavingHandler;

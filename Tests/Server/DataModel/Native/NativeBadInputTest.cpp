@@ -39,6 +39,11 @@ class NativeBadInputTest : public NativeTest
 {
 protected:
     ~NativeBadInputTest() override { ThumbnailSource::install({}); }
+    static void finishChecks()
+    {
+        FileChecks::wait();
+        FileChecks::results().flush();
+    }
     /// Opens a file that can't be: one message, and nothing half open.
     void expectRefused(const std::wstring& path, const std::string& cause)
     {
@@ -188,7 +193,7 @@ TEST_F(NativeBadInputTest, DamagedExactDataAreToldOfBeforeAndWhenTheyAreNeededAn
     ThumbnailSource::install({});
     DamageDiary diary;
     document = reopen(document);
-    FileChecks::finish();
+    finishChecks();
     EXPECT_TRUE(diary.entries.empty());
     DocumentMgr::get()->close(document);
 
@@ -199,11 +204,11 @@ TEST_F(NativeBadInputTest, DamagedExactDataAreToldOfBeforeAndWhenTheyAreNeededAn
         content[place] = static_cast<char>(content[place] ^ 0x55);
     overwrite(path, content);
     DocumentMgr::get()->close(open(path));
-    FileChecks::finish();
+    finishChecks();
     EXPECT_TRUE(diary.entries.empty()) << "nobody is told of a document that isn't open any more";
     document = open(path);
     ASSERT_NE(document, nullptr) << message();
-    FileChecks::finish();
+    finishChecks();
     ASSERT_EQ(diary.entries.size(), 1u);
     EXPECT_EQ(diary.entries[0].first, document);
     for (const char* text : {"exact.tdsn", "\"Design\"", "picture"})
@@ -219,7 +224,7 @@ TEST_F(NativeBadInputTest, DamagedExactDataAreToldOfBeforeAndWhenTheyAreNeededAn
     ModelBuilder(document->asset(1)).sphere(1, {}, status);
     ASSERT_TRUE(save(document)) << message();
     document = reopen(document);
-    FileChecks::finish();
+    finishChecks();
     ASSERT_EQ(diary.entries.size(), 2u);
     EXPECT_NE(diary.entries[1].second.find("\"Design\""), std::string::npos) << diary.entries[1].second;
     EXPECT_EQ(componentsOf(*document->asset(1)).size(), 2u);

@@ -229,7 +229,8 @@ TEST_F(DocumentsTest, DamageThatIsFoundAfterOpeningIsToldWithoutAQuestion)
     byte = static_cast<char>(byte ^ 0x55);
     TestSupport::overwrite(path, content);
     answer(L"Document.Open " + path);
-    Vs::FileChecks::finish();
+    Vs::FileChecks::wait();
+    Application::get()->flushDeferredTasks();
     ASSERT_EQ(alerts->alerts().size(), 1u);
     EXPECT_NE(alerts->alerts().front().text.find(path), std::wstring::npos)
         << Vs::Strings::narrow(alerts->alerts().front().text);

@@ -43,14 +43,14 @@ Vs::EDocMgmtOpCode askAboutFile(Vs::Document& document, const std::wstring& ques
     }
 }
 
-/// The worst of the answers; no opinion where nobody can be asked.
-Vs::EDocMgmtOpCode askAboutFiles(const Vs::IDocMgmtHandler::Documents& documents, const char* key,
-                                 const char* question)
+/// The worst of the answers; no opinion where nobody can be asked. `question(path)` is what is asked.
+template <class Question>
+Vs::EDocMgmtOpCode askAboutFiles(const Vs::IDocMgmtHandler::Documents& documents, Question&& question)
 {
     if (!MessageBox::canAsk())
         return Vs::eDocMgmtNoOpinion;
     for (Vs::Document* document : documents)
-        if (askAboutFile(*document, localizedFormat(key, question, document->path())) == Vs::eDocMgmtStop)
+        if (askAboutFile(*document, question(document->path())) == Vs::eDocMgmtStop)
             return Vs::eDocMgmtStop;
     return Vs::eDocMgmtGoOn;
 }
@@ -79,15 +79,21 @@ Vs::EDocMgmtOpCode SavingHandler::onSavingUnnamed(const Documents& documents)
 
 Vs::EDocMgmtOpCode SavingHandler::onSavingReadOnlyFiles(const Documents& documents)
 {
-    return askAboutFiles(documents, "SavingReadOnlyFile",
-                         "\"%1%\" is write-protected.\nDo you want to overwrite it all the same?");
+    return askAboutFiles(documents, [](const std::wstring& path) {
+        return localizedFormat("SavingReadOnlyFile",
+                               "\"%1%\" is write-protected.\nDo you want to overwrite it all the same?",
+                               path);
+    });
 }
 
 Vs::EDocMgmtOpCode SavingHandler::onSavingChangedFiles(const Documents& documents)
 {
-    return askAboutFiles(documents, "SavingChangedFile",
-                         "Another program has changed \"%1%\" since it was opened.\nDo you want to overwrite "
-                         "what it has written?");
+    return askAboutFiles(documents, [](const std::wstring& path) {
+        return localizedFormat("SavingChangedFile",
+                               "Another program has changed \"%1%\" since it was opened.\nDo you want to "
+                               "overwrite what it has written?",
+                               path);
+    });
 }
 
 void SavingHandler::documentSaved(Vs::DocumentEvent* event)
