@@ -120,7 +120,7 @@ TEST_F(ShellTest, AnArrangementThatIsTakenOutLivesOnAndADestroyedOneTakesItsCanv
 
     std::vector<GraphicsCanvas*> canvases;
     GraphicsCanvas::allCanvases(canvases);
-    EXPECT_TRUE(canvases.empty()) << "nobody sees it";
+    EXPECT_TRUE(canvases.empty()) << "no window shows it";
     EXPECT_EQ(GraphicsCanvas::existingCanvases().size(), 1u);
     arrangement->destroy();
     EXPECT_TRUE(GraphicsCanvas::existingCanvases().empty());

@@ -56,7 +56,8 @@ const std::vector<GraphicsCanvas*>& GraphicsCanvas::existingCanvases()
 
 void GraphicsCanvas::view(GraphicsView* view, bool fit, bool repaint)
 {
-    if (view && view != m_view && view->m_canvas && view->m_canvas->m_inSight && m_inSight)
+    const bool isElsewhere = view && view != m_view && view->m_canvas && view->m_canvas->m_inSight;
+    if (isElsewhere && SplitViewMgr::get()->activeCanvas() == this)
         if (GraphicsView* other = view->another(m_view))
             view = other;
     if (view != m_view) {

@@ -30,10 +30,10 @@ public:
     static const std::vector<GraphicsCanvas*>& existingCanvases();
 
     GraphicsView* view() const { return m_view; }
-    /// Shows another view, or none. A view that a canvas in sight shows already stays there, and this one
-    /// shows one more of the same (GraphicsView::another); of what there is but one view, it goes over to
-    /// this canvas. With `fit`, a view that was never shown is framed; with `repaint`, it is drawn at once
-    /// rather than at the end of the event.
+    /// Shows another view, or none. A view that another canvas in sight shows stays there if this is the
+    /// active canvas, which gets one more of the same (GraphicsView::another); otherwise it goes over to this
+    /// canvas. With `fit`, a view that was never shown is framed; with `repaint`, it is drawn at once rather
+    /// than at the end of the event.
     void view(GraphicsView* view, bool fit, bool repaint);
 
     /// False while the canvas belongs to an arrangement that its window doesn't show.
