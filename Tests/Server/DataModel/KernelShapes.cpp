@@ -4,6 +4,7 @@
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
 #include <BRepBuilderAPI_MakePolygon.hxx>
+#include <BRepBuilderAPI_MakeWire.hxx>
 #include <BRepBuilderAPI_NurbsConvert.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
@@ -23,6 +24,8 @@
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Shell.hxx>
 #include <TopoDS_Solid.hxx>
+#include <TopoDS_Wire.hxx>
+#include <gp_Elips.hxx>
 #include <gp_Pln.hxx>
 
 #include <cmath>
@@ -87,6 +90,17 @@ void writeRoundSplines(const std::string& path)
                   BRepPrimAPI_MakeCylinder(gp_Ax2(gp_Pnt(50, 0, 0), gp::DZ()), 4, 10).Solid(),
                   BRepPrimAPI_MakeCone(gp_Ax2(gp_Pnt(100, 0, 0), gp::DX()), 6, 2, 10).Solid()});
     write(BRepBuilderAPI_NurbsConvert(exact, true).Shape(), path);
+}
+
+void writeExtrudedEllipses(const std::string& path)
+{
+    const auto extruded = [](double x) {
+        const gp_Elips ellipse(gp_Ax2(gp_Pnt(x, 0, 0), gp::DZ()), 5, 2);
+        const TopoDS_Wire wire = BRepBuilderAPI_MakeWire(BRepBuilderAPI_MakeEdge(ellipse)).Wire();
+        return BRepPrimAPI_MakePrism(BRepBuilderAPI_MakeFace(gp_Pln(), wire).Face(), gp_Vec(0, 0, 20))
+            .Shape();
+    };
+    write(together({extruded(0), BRepBuilderAPI_NurbsConvert(extruded(20), true).Shape()}), path);
 }
 
 void writePlanes(const std::string& path)

@@ -14,6 +14,8 @@ void writeHollowTorus(const std::string& path);
 /// Splines that stand for round surfaces: a sphere of radius 5, a torus of radius 30 and tube 3 about it, a
 /// cylinder of radius 4 and height 10 at (50, 0, 0) and a cone like that of writeCone at (100, 0, 0).
 void writeRoundSplines(const std::string& path);
+/// An ellipse with half axes of 5 and 2, extruded by 20, and beside it the same as splines.
+void writeExtrudedEllipses(const std::string& path);
 /// Two flat faces of 20 by 20 mm, at z = 0 and z = 10.
 void writePlanes(const std::string& path);
 /// A tilted flat face of 40 by 20 mm with a square hole in each square millimetre, whose sides are 0.1 mm at

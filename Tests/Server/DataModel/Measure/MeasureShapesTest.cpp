@@ -154,6 +154,23 @@ TEST_F(MeasureShapesTest, SplinesThatStandForRoundSurfacesAreMeasuredAsExactly)
     EXPECT_EQ(radii, (std::multiset<long>{2000000, 4000000, 4000000, 6000000}));
 }
 
+TEST_F(MeasureShapesTest, ExtrudedEllipsesAreMeasuredExactlyInBothForms)
+{
+    const std::wstring part = openShape(&KernelShapes::writeExtrudedEllipses);
+    ASSERT_FALSE(part.empty());
+    // By the middles of so many pieces, which converges quickly over a whole turn.
+    constexpr int kPieces = 1000;
+    double around = 0;
+    for (int i = 0; i < kPieces; ++i) {
+        const double angle = 2 * pi * i / kPieces;
+        around += std::hypot(5 * std::sin(angle), 2 * std::cos(angle)) * 2 * pi / kPieces;
+    }
+    expectNear(value({part}, Type::Volume), 2 * 10 * pi * 20);
+    expectNear(value({part}, Type::Area), 2 * (2 * 10 * pi + around * 20));
+    for (const wchar_t* side : {L"/Face1", L"/Face4"})
+        expectNear(value({part + side}, Type::Area), around * 20);
+}
+
 TEST_F(MeasureShapesTest, WhatIsPlacedAtAScaleMeasuresAsItIsShownAndExported)
 {
     const Document* document = open(write("scaled.wrl", R"(#VRML V2.0 utf8
