@@ -65,7 +65,7 @@ void Document::path(const std::wstring& path)
     // What a name means must not change with the process's folder.
     const std::wstring absolute = path.empty() ? path : PathInfo::absolute(path).wstring();
     if (absolute != m_path)
-        m_file->identity = {};
+        m_file->identity = absolute == m_file->recoveredPath ? m_file->recoveredIdentity : FileIdentity();
     takePath(absolute);
     if (!path.empty())
         displayName(boost::filesystem::path(path).stem().wstring());

@@ -227,6 +227,12 @@ const DocumentFile& DocumentSave::fileOf(const Document& document)
     return *document.m_file;
 }
 
+void DocumentSave::recoveredOf(Document& document, const std::wstring& path, const FileIdentity& identity)
+{
+    document.m_file->recoveredPath = path;
+    document.m_file->recoveredIdentity = identity;
+}
+
 std::vector<const Document*> DocumentSave::othersOf(const Document& document, const std::wstring& path)
 {
     std::vector<const Document*> others;

@@ -21,6 +21,9 @@ public:
 
     /// How the document hangs together with its file, for those who write it elsewhere without touching it.
     static const DocumentFile& fileOf(const Document& document);
+    /// Says of a document that was opened from a recovery file what it was being worked on in: if it is given
+    /// that path, a file that was changed since isn't overwritten unasked.
+    static void recoveredOf(Document& document, const std::wstring& path, const FileIdentity& identity);
 
 private:
     /// What a document is called and where it is.

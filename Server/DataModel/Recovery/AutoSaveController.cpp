@@ -6,6 +6,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Model/PlainFile.h"
+#include "Server/DataModel/Native/DocumentSave.h"
 #include "Server/DataModel/Native/Paths.h"
 #include "Server/DataModel/Native/SafeFile.h"
 #include "Server/DataModel/Private/Texts.h"
@@ -125,11 +126,13 @@ bool AutoSaveController::deleteARecoveryFile(const std::wstring& recoveryPath, R
 {
     assertMainThread();
     const std::string file = Strings::toBytes(recoveryPath);
-    if (!m_data->store.isTaken(file) || m_data->saver.isAdopted(file))
+    if (!m_data->store.isOffered(file) || m_data->saver.isAdopted(file))
         return false;
     if (reason == Reason::Unwanted) {
         m_data->store.discard(file);
     } else if (Document* document = openedFrom(recoveryPath)) {
+        const Recovery::RecoveryRecord& record = m_data->store.record(file);
+        DocumentSave::recoveredOf(*document, record.source, record.sourceIdentity);
         m_data->saver.adopt(*document, file);
     } else if (m_data->copied.contains(file)) {
         m_data->store.remove(file);
@@ -150,7 +153,7 @@ bool AutoSaveController::saveRecoveryFileAs(const std::wstring& recoveryPath, co
     assertMainThread();
     const std::string file = Strings::toBytes(recoveryPath);
     try {
-        if (!m_data->store.isTaken(file))
+        if (!m_data->store.isOffered(file))
             throw std::runtime_error("it is not a recovery file");
         Native::SafeFile copy(Strings::toBytes(PathInfo::absolute(newPath).wstring()),
                               Native::FileCalls::current());
@@ -181,6 +184,12 @@ bool AutoSaveController::isRecoveryFile(const std::wstring& path)
     }
 }
 
+void AutoSaveController::declined(Document* document)
+{
+    assertMainThread();
+    m_data->saver.declined(document);
+}
+
 void AutoSaveController::start()
 {
     assertMainThread();
@@ -196,6 +205,11 @@ bool AutoSaveController::work()
 {
     assertMainThread();
     return m_data->saver.work();
+}
+
+void AutoSaveController::withoutLoop(bool without)
+{
+    m_data->saver.withoutLoop(without);
 }
 
 bool AutoSaveController::writeAll()

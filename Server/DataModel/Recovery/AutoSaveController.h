@@ -9,6 +9,8 @@
 
 namespace Vs {
 
+class Document;
+
 /// Keeps what isn't saved yet, so that a run that ends badly costs a person at most the last step.
 ///
 /// A while after each committed step a forked child writes the document, as it was at that moment, into a
@@ -21,8 +23,9 @@ class AutoSaveController
 public:
     static AutoSaveController* get();
 
-    /// Fills in the recovery files of runs that ended badly, the newest first. Each was read through; where
-    /// the last one of a document is damaged it is the one before.
+    /// Fills in the recovery files of runs that ended badly, and those of documents that this run closed
+    /// without asking, the newest first. Each was read through; where the last one of a document is damaged
+    /// it is the one before.
     void getAllRecoverFiles(std::vector<AutoSavedFileInfo>& files);
 
     enum class Reason {
@@ -38,6 +41,10 @@ public:
     /// then but what stood there before, and the sites hear so.
     bool saveRecoveryFileAs(const std::wstring& recoveryPath, const std::wstring& newPath);
 
+    /// The user was asked, and doesn't want what changed in the document since it was saved: when it is
+    /// closed like that its recovery file is discarded. That of any other dirty document is offered again.
+    void declined(Document* document);
+
     /// Whether that is one, of this run or another: it is no place where somebody works.
     [[nodiscard]] static bool isRecoveryFile(const std::wstring& path);
 
@@ -48,6 +55,9 @@ public:
     void wakeUp(std::function<void()> callback);
     /// Does what is due, which is a fork at most; false if nothing is left to wait for.
     bool work();
+    /// Says that no main loop calls `work` whenever it has nothing to do: steps may follow one another
+    /// without a quiet moment, and so what is due is done between two of them.
+    void withoutLoop(bool without);
     /// Writes what is still to be kept, without waiting for a quiet moment, and returns when it is on the
     /// disk; for a run that is about to end without being able to ask anybody. False if something couldn't be
     /// kept.
@@ -55,7 +65,8 @@ public:
     /// Whether what a user doesn't want is kept for a day all the same. On at first; a run without a user
     /// turns it off.
     void keepDiscarded(bool keep);
-    /// A run that ends normally leaves nothing behind.
+    /// A run that ends normally leaves nothing behind, but for documents that were recovered and neither
+    /// saved nor declined.
     void end();
 
     class Data;

@@ -32,6 +32,8 @@ public:
     virtual void autoSavedRecoveryFileKept(AutoSaveEvent*) {}
     /// A file and the one before it are damaged; they were put aside, and the event says where.
     virtual void autoSavedRecoveryFileDamaged(AutoSaveEvent*) {}
+    /// A document was closed without anybody being asked about its changes: its file is offered.
+    virtual void autoSavedDocumentLeft(AutoSaveEvent*) {}
     /// Changes can't be kept from now on. Told once, until autoSaveWorksAgain.
     virtual void autoSaveFailed(AutoSaveEvent*) {}
     virtual void autoSaveWorksAgain(AutoSaveEvent*) {}
@@ -57,6 +59,10 @@ public:
     void fireAutoSavedRecoveryFileDamaged(AutoSaveEvent* event)
     {
         fire(&AutoSaveEventSite::autoSavedRecoveryFileDamaged, event);
+    }
+    void fireAutoSavedDocumentLeft(AutoSaveEvent* event)
+    {
+        fire(&AutoSaveEventSite::autoSavedDocumentLeft, event);
     }
     void fireAutoSaveFailed(AutoSaveEvent* event) { fire(&AutoSaveEventSite::autoSaveFailed, event); }
     void fireAutoSaveWorksAgain(AutoSaveEvent* event) { fire(&AutoSaveEventSite::autoSaveWorksAgain, event); }

@@ -76,7 +76,7 @@ void AutoSaver::start()
             changed(DocumentMgr::get()->document(i));
 }
 
-void AutoSaver::end(bool unwanted)
+void AutoSaver::end(bool asked)
 {
     if (!m_started)
         return;
@@ -85,18 +85,16 @@ void AutoSaver::end(bool unwanted)
     DocumentEventSource::get()->unsubscribe(this);
     AssetEventSource::get()->unsubscribe(this);
     m_running.reset();
-    for (auto& [document, watched] : m_documents) {
-        if (watched.recovered && !unwanted)
-            continue;
-        if (unwanted && document->isDirty(false) && !watched.file.empty())
-            m_store.discard(watched.file);
-        letGoOfAdopted(watched, unwanted);
-    }
-    if (unwanted || std::none_of(m_documents.begin(), m_documents.end(), [](const auto& each) {
-            return each.second.recovered && !each.second.file.empty();
-        }))
-        m_store.removeOwn();
+    for (auto& [document, watched] : m_documents)
+        if (asked || !watched.recovered)
+            drop(watched, asked && document->isDirty(false));
     m_documents.clear();
+    for (const auto& [file, recovered] : m_left)
+        if (asked)
+            m_store.discard(file);
+        else if (!recovered)
+            m_store.remove(file);
+    m_left.clear();
 }
 
 void AutoSaver::changed(Document* document)
@@ -107,6 +105,7 @@ void AutoSaver::changed(Document* document)
         watched.firstPending = now;
     ++watched.changes;
     watched.lastChange = now;
+    watched.declined = false;
     if (m_wakeUp)
         m_wakeUp();
 }
@@ -119,43 +118,84 @@ void AutoSaver::assetRenamed(AssetEvent* event)
 void AutoSaver::assetDirtyChanged(AssetEvent* event)
 {
     Document* document = event->asset()->document();
-    if (document->isDirty(false))
+    if (document->isDirty(false)) {
         changed(document);
-    else
-        drop(document, false); // It was saved.
+        return;
+    }
+    // It was saved.
+    const auto found = m_documents.find(document);
+    if (found == m_documents.end())
+        return;
+    if (m_running && m_running->document == document)
+        m_running.reset();
+    drop(found->second, false);
+}
+
+// The step is done and everything is up to date with it.
+void AutoSaver::assetComponentsChanged(ComponentsEvent*)
+{
+    if (m_withoutLoop)
+        work();
 }
 
 void AutoSaver::documentClosed(DocumentEvent* event)
 {
-    if (event->timing() != Timing::Before)
-        return;
     Document* document = event->document();
-    if (m_running && m_running->document == document)
-        ended(m_running->child->wait(kMostWait));
-    drop(document, document->isDirty(false));
-    m_documents.erase(document);
-}
-
-void AutoSaver::drop(Document* document, bool unwanted)
-{
     const auto found = m_documents.find(document);
-    if (found == m_documents.end())
+    if (event->timing() != Timing::Before || found == m_documents.end())
         return;
     Watched& watched = found->second;
     if (m_running && m_running->document == document)
-        m_running.reset();
+        ended(m_running->child->wait(kMostWait));
+    if (document->isDirty(false) && !watched.declined)
+        leave(*document, watched);
+    else
+        drop(watched, watched.declined);
+    m_documents.erase(found);
+}
+
+// Nobody was asked, so that what isn't saved is offered again.
+void AutoSaver::leave(Document& document, Watched& watched)
+{
+    if (!m_withoutLoop && isPending(document, watched) && isFree(document) &&
+        !AutoSaveDisabler::disabled(&document)) {
+        write(document, watched, true);
+        if (m_running)
+            ended(m_running->child->wait(kMostWait));
+    }
+    if (watched.file.empty() && watched.adopted.empty())
+        return;
+    if (!watched.file.empty()) {
+        m_store.offer(watched.file);
+        m_left[watched.file] = watched.recovered;
+    }
+    AutoSaveEvent event(Strings::fromBytes(watched.file.empty() ? watched.adopted.front() : watched.file),
+                        DataModel::localizedFormat("ClosedUnsaved",
+                                                   "\"%1%\" was closed with unsaved changes.",
+                                                   document.displayName()));
+    AutoSaveEventSource::get()->fireAutoSavedDocumentLeft(&event);
+}
+
+void AutoSaver::drop(Watched& watched, bool unwanted)
+{
     watched.written = watched.changes;
     watched.recovered = false;
+    letGoOfAdopted(watched, unwanted);
     if (!watched.file.empty())
         unwanted ? m_store.discard(watched.file) : m_store.remove(watched.file);
     watched.file.clear();
-    letGoOfAdopted(watched, unwanted);
 }
 
 void AutoSaver::letGoOfAdopted(Watched& watched, bool unwanted)
 {
-    for (const std::string& file : watched.adopted)
-        unwanted ? m_store.discard(file) : m_store.remove(file);
+    for (const std::string& file : watched.adopted) {
+        m_left.erase(file);
+        // A document that this run itself had before is written where it was.
+        if (!watched.file.empty() && RecoveryStore::folderOf(file) == RecoveryStore::folderOf(watched.file))
+            m_store.withdraw(file);
+        else
+            unwanted ? m_store.discard(file) : m_store.remove(file);
+    }
     watched.adopted.clear();
 }
 
@@ -203,7 +243,8 @@ bool AutoSaver::work()
         if (!isPending(*document, watched))
             continue;
         pending = true;
-        const bool quiet = now - watched.lastChange >= kQuiet || now - watched.firstPending >= kLongestWait;
+        const bool quiet =
+            m_withoutLoop || now - watched.lastChange >= kQuiet || now - watched.firstPending >= kLongestWait;
         if (quiet && now >= watched.notBefore && !AutoSaveDisabler::disabled(document) && isFree(*document) &&
             (!next || watched.firstPending < m_documents[next].firstPending))
             next = document;

@@ -25,11 +25,15 @@ public:
 
     void start();
     void wakeUp(std::function<void()> callback) { m_wakeUp = std::move(callback); }
+    void withoutLoop(bool without) { m_withoutLoop = without; }
     bool work();
     bool writeAll();
-    /// Before the store's. Files of documents that were recovered and not saved since stay, unless
-    /// `unwanted`.
-    void end(bool unwanted);
+    /// Before the store's. With `asked`, a user was asked about what isn't saved, so that it is discarded;
+    /// else it goes, but for documents that were recovered and not saved since: their files stay.
+    void end(bool asked);
+
+    /// The user doesn't want the document's changes, as they are now.
+    void declined(Document* document) { m_documents[document].declined = true; }
 
     /// The document was opened from a recovery file: it isn't saved anywhere else.
     void adopt(Document& document, const std::string& file);
@@ -44,6 +48,7 @@ private:
         std::string file;                 ///< The verified one; empty if there is none.
         std::vector<std::string> adopted; ///< Files that the document was opened from, not let go of yet.
         bool recovered = false;           ///< Opened from one, and not saved since.
+        bool declined = false;
     };
     struct Running
     {
@@ -60,18 +65,22 @@ private:
     void write(Document& document, Watched& watched, bool inChild);
     void ended(const std::string& cause);
     void failed(Watched& watched, const Document& document, const std::string& cause);
-    void drop(Document* document, bool unwanted);
+    void drop(Watched& watched, bool unwanted);
     void letGoOfAdopted(Watched& watched, bool unwanted);
+    void leave(Document& document, Watched& watched);
 
     void assetRenamed(AssetEvent* event) override;
     void assetDirtyChanged(AssetEvent* event) override;
+    void assetComponentsChanged(ComponentsEvent* event) override;
     void documentClosed(DocumentEvent* event) override;
 
     RecoveryStore& m_store;
     std::function<void()> m_wakeUp;
     std::map<Document*, Watched> m_documents;
+    std::map<std::string, bool> m_left; ///< Files of documents that were closed unasked; whether recovered.
     std::unique_ptr<Running> m_running;
     bool m_started = false;
+    bool m_withoutLoop = false;
     bool m_failing = false;
 };
 

@@ -60,12 +60,6 @@ std::string putAside(const std::string& file, const char* where)
     return target;
 }
 
-std::string documentFolder(const std::string& file)
-{
-    const fs::path folder = fs::path(file).parent_path();
-    return (folder.filename() == kOlder ? folder.parent_path() : folder).string();
-}
-
 AutoSavedFileInfo infoOf(const std::string& file, const RecoveryRecord& record, bool older)
 {
     AutoSavedFileInfo::Values values;
@@ -81,6 +75,12 @@ AutoSavedFileInfo infoOf(const std::string& file, const RecoveryRecord& record, 
 }
 
 } // namespace
+
+std::string RecoveryStore::folderOf(const std::string& file)
+{
+    const fs::path folder = fs::path(file).parent_path();
+    return (folder.filename() == kOlder ? folder.parent_path() : folder).string();
+}
 
 const SessionFolder& RecoveryStore::own()
 {
@@ -123,6 +123,8 @@ std::vector<AutoSavedFileInfo> RecoveryStore::left(const std::function<void(cons
     for (const auto& [path, session] : m_taken)
         for (const std::string& folder : foldersIn(path))
             look(folder, files, tellDamaged);
+    for (const std::string& file : m_offered)
+        look(folderOf(file), files, tellDamaged);
     std::erase_if(m_taken, [](const auto& session) { return session.second->removeIfEmpty(); });
     std::stable_sort(files.begin(), files.end(), [](const auto& first, const auto& second) {
         return first.fileSavedTime() > second.fileSavedTime();
@@ -167,20 +169,21 @@ void RecoveryStore::look(const std::string& folder, std::vector<AutoSavedFileInf
     }
 }
 
-bool RecoveryStore::isTaken(const std::string& file) const
+bool RecoveryStore::isOffered(const std::string& file) const
 {
-    const std::string session = fs::path(documentFolder(file)).parent_path().string();
+    const std::string session = fs::path(folderOf(file)).parent_path().string();
     std::error_code error;
-    return m_taken.contains(session) && fs::path(file).extension() == kSuffix &&
+    return (m_taken.contains(session) || m_offered.contains(file)) && fs::path(file).extension() == kSuffix &&
            fs::symlink_status(file, error).type() == fs::file_type::regular;
 }
 
 void RecoveryStore::remove(const std::string& file)
 {
-    const std::string folder = documentFolder(file);
+    const std::string folder = folderOf(file);
     std::error_code ignored;
     fs::remove_all(folder, ignored);
     m_known.erase(file);
+    m_offered.erase(file);
     const auto session = m_taken.find(fs::path(folder).parent_path().string());
     if (session != m_taken.end() && session->second->removeIfEmpty())
         m_taken.erase(session);
@@ -216,16 +219,13 @@ void RecoveryStore::prune()
     fs::remove(root, ignored); // Only if it is empty.
 }
 
-void RecoveryStore::removeOwn()
-{
-    if (m_own)
-        m_own->remove();
-}
-
 void RecoveryStore::end()
 {
+    if (m_own)
+        m_own->removeIfEmpty();
     m_own.reset();
     m_taken.clear();
+    m_offered.clear();
     m_known.clear();
 }
 

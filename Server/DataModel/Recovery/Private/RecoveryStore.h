@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -30,17 +31,23 @@ public:
     /// Those of runs that ended badly, the newest first. `tell` hears where damaged files were put.
     [[nodiscard]] std::vector<AutoSavedFileInfo>
     left(const std::function<void(const std::string&)>& tellDamaged);
-    /// Whether it is one that another run left and this one has taken over.
-    [[nodiscard]] bool isTaken(const std::string& file) const;
+    /// Has a file of this run's own among those that are left.
+    void offer(const std::string& file) { m_offered.insert(file); }
+    void withdraw(const std::string& file) { m_offered.erase(file); }
+    /// Whether it is one of those.
+    [[nodiscard]] bool isOffered(const std::string& file) const;
+    /// The document's folder that a file of either generation is in.
+    [[nodiscard]] static std::string folderOf(const std::string& file);
+
+    /// Of a file that `left` has given.
+    const RecoveryRecord& record(const std::string& file) { return checked(file).record; }
 
     /// Removes a file with the generation before, or puts it among those that are kept for a day.
     void remove(const std::string& file);
     void discard(const std::string& file);
     void keepDiscarded(bool keep) { m_keepsDiscarded = keep; }
 
-    /// Removes this run's folder with all that is in it.
-    void removeOwn();
-    /// Gives all folders free.
+    /// Gives all folders free, and removes those in which nothing is left.
     void end();
 
     /// The last file of a document's folder; empty if there is none.
@@ -60,6 +67,7 @@ private:
 
     std::unique_ptr<SessionFolder> m_own;
     std::map<std::string, std::unique_ptr<SessionFolder>> m_taken; ///< By path.
+    std::set<std::string> m_offered;                               ///< Of this run's own.
     std::map<std::string, Known> m_known;
     bool m_keepsDiscarded = true;
 };

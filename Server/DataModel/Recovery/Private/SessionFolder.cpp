@@ -153,12 +153,6 @@ SessionFolder::~SessionFolder()
     FileCalls::current().close(m_lock);
 }
 
-void SessionFolder::remove()
-{
-    std::error_code ignored;
-    fs::remove_all(m_path, ignored);
-}
-
 bool SessionFolder::removeIfEmpty()
 {
     std::error_code error;

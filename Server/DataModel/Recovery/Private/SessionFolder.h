@@ -24,8 +24,6 @@ public:
     const std::string& path() const { return m_path; }
     /// Of the lock; to be kept open by a child that writes in here.
     int descriptor() const { return m_lock; }
-    /// Removes it with all that is in it.
-    void remove();
     /// Removes the folders in it that hold no file, and it, if there is nothing left; says whether it is
     /// gone.
     bool removeIfEmpty();

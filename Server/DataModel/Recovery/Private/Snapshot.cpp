@@ -57,7 +57,6 @@ Snapshot Snapshot::of(const Document& document, const std::string& sessionFolder
     snapshot.document = &document;
     snapshot.folder = sessionFolder + '/' + Strings::narrow(fromUuid(document.identifier()));
     snapshot.name = nameFor(document.displayName());
-    snapshot.frame.moved = true;
     snapshot.frame.picture = Native::DocumentContent(document, DocumentSave::fileOf(document)).oldPicture();
     snapshot.frame.record = recordOf(document);
     OwnFiles::makeFolder(snapshot.folder);

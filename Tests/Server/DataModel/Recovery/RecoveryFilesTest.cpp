@@ -189,7 +189,7 @@ TEST_F(RecoveryFilesTest, WhatNobodyWantsIsKeptForADayButNotOffered)
     EXPECT_EQ(finished({"unwanted", "list"}), std::vector<std::string>{"event: gone"});
     ASSERT_EQ(files().size(), 1u);
     EXPECT_TRUE(files()[0].starts_with("discarded/")) << files()[0];
-    finished({"new", "Closed", "box", "write", "close", "end"});
+    finished({"new", "Closed", "box", "write", "decline", "close", "end"});
     EXPECT_EQ(files().size(), 2u);
     EXPECT_TRUE(offered().empty());
 
@@ -201,9 +201,27 @@ TEST_F(RecoveryFilesTest, WhatNobodyWantsIsKeptForADayButNotOffered)
         fs::create_directories(root + std::to_string(then) + "-x");
         overwrite(root + std::to_string(then) + "-x/Part.backup", "x");
     }
-    finished({"forget", "new", "Closed", "box", "write", "close", "end"});
+    finished({"forget", "new", "Closed", "box", "write", "decline", "close", "end"});
     ASSERT_EQ(files().size(), 1u);
     EXPECT_EQ(files()[0], "discarded/" + std::to_string(now + 1000) + "-x/Part.backup");
+}
+
+TEST_F(RecoveryFilesTest, WhatIsClosedWithoutAQuestionCanBeBroughtBack)
+{
+    const std::vector<std::string> back = finished(
+        {"new", "Part", "box", "digest", "close", "recover", "dirty", "work", "list", "forget", "end"});
+    ASSERT_EQ(back.size(), 5u);
+    EXPECT_EQ(back[1], "event: left: \"Part\" was closed with unsaved changes.");
+    EXPECT_EQ(back[3], back[0]);
+    EXPECT_EQ(back[4], "dirty");
+    EXPECT_EQ(finished({"recover"}).back(), back[0]) << "what was brought back and not saved";
+
+    // A script that recovers all: each that is opened closes the one before.
+    std::filesystem::remove_all(recoveryFolder());
+    killed("One");
+    killed("Two");
+    finished({"forget", "no-loop", "recover", "close", "close", "end"});
+    EXPECT_EQ(offered().size(), 2u);
 }
 
 TEST_F(RecoveryFilesTest, AFileSaysWhatWasBeingWorkedOn)
@@ -216,4 +234,10 @@ TEST_F(RecoveryFilesTest, AFileSaysWhatWasBeingWorkedOn)
     ASSERT_EQ(offered().size(), 1u);
     EXPECT_TRUE(offered()[0].starts_with("file Renamed|" + source + "|TestDocType|last|")) << offered()[0];
     EXPECT_TRUE(offered()[0].ends_with("/Renamed.backup")) << offered()[0];
+
+    // It is saved there again, unless somebody else has done so meanwhile.
+    const std::string before = contentOf(source);
+    overwrite(source, before + "x");
+    EXPECT_EQ(finished({"recover", "path", source, "save-again"}).back(), "not saved");
+    EXPECT_EQ(contentOf(source), before + "x");
 }

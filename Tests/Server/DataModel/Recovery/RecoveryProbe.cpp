@@ -108,6 +108,7 @@ public:
     void autoSavedRecoveryFileDeleted(AutoSaveEvent*) override { tell("gone", {}); }
     void autoSavedRecoveryFileKept(AutoSaveEvent* event) override { tell("kept", event->message()); }
     void autoSavedRecoveryFileDamaged(AutoSaveEvent* event) override { tell("damaged", event->message()); }
+    void autoSavedDocumentLeft(AutoSaveEvent* event) override { tell("left", event->message()); }
     void autoSaveFailed(AutoSaveEvent* event) override { tell("failed", event->message()); }
     void autoSaveWorksAgain(AutoSaveEvent*) override { tell("works again", {}); }
 
@@ -146,8 +147,12 @@ public:
              [&] { std::cout << (controller->writeAll() ? "written" : "not written") << std::endl; }},
             {"work", [&] { work(); }},
             {"save", [&] { last()->saveAs(Strings::widen(argument()), status); }},
+            {"path", [&] { last()->path(Strings::widen(argument())); }},
+            {"save-again", [&] { std::cout << (last()->save(status) ? "saved" : "not saved") << std::endl; }},
             {"open", [&] { DocumentMgr::get()->open(Strings::widen(argument()), status); }},
             {"close", [&] { DocumentMgr::get()->close(last()); }},
+            {"decline", [&] { controller->declined(last()); }},
+            {"no-loop", [&] { controller->withoutLoop(true); }},
             {"dirty", [&] { std::cout << (last()->isDirty(false) ? "dirty" : "clean") << std::endl; }},
             {"name", [&] { last()->displayName(Strings::widen(argument())); }},
             {"digest", [&] { std::cout << "digest " << digest() << std::endl; }},
