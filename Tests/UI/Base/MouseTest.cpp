@@ -196,13 +196,7 @@ TEST_F(MouseTest, AViewShowsInOneCanvasAtATime)
 {
     GraphicsCanvas second;
     second.view(view, false, false);
-    EXPECT_EQ(view->canvas(), &canvas);
-    ASSERT_NE(second.view(), nullptr) << "another of the same";
-    EXPECT_NE(second.view(), view);
-    EXPECT_EQ(second.view()->viewManager(), view->viewManager());
-    canvas.inSight(false);
-    second.view(view, false, false);
-    EXPECT_EQ(view->canvas(), &second) << "nobody sees it in the other one";
+    EXPECT_EQ(view->canvas(), &second);
     EXPECT_EQ(canvas.view(), nullptr);
     second.view(nullptr, false, false);
     EXPECT_EQ(view->canvas(), nullptr);
