@@ -29,7 +29,8 @@ public:
     /// The i-th positional parameter, without its quotes. Throws std::out_of_range.
     const std::wstring& parameter(unsigned i) const { return m_parameters.at(i); }
     const std::wstring& operator[](unsigned i) const { return parameter(i); }
-    /// Whether `/Name` stood in the line; `name` without the slash, in the same case.
+    /// Whether `/Name` stood in the line; `name` without the slash, in the same case. In a line that is
+    /// checked, a flag is in the case of the help text, however it was written.
     [[nodiscard]] bool hasFlag(std::wstring_view name) const;
     const std::vector<std::wstring>& flags() const { return m_flags; }
     /// Whether the line was typed by a person into the command box, and not run by a script.
@@ -64,6 +65,12 @@ public:
     const std::wstring& name() const { return m_name; }
     const std::wstring& description() const { return m_description; }
     bool forTranscripts() const { return m_forTranscripts; }
+
+    /// What of a line is refused if its command's help text doesn't name it: flags, or flags and surplus
+    /// parameters. The help texts of such an area begin with their usage: `<text>` for a parameter, `[...]`
+    /// around what may be left out, `A|B` for a choice, `...` for any number more, `/Name` for a flag.
+    enum class Checks { Nothing, Flags, Everything };
+    virtual Checks checks() const { return Checks::Nothing; }
 
     /// A plain function that makes the Python module of this area.
     virtual PythonModuleInit pythonEntry() = 0;

@@ -3,6 +3,8 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandRegistry.h"
 
+#include <boost/algorithm/string/join.hpp>
+
 #include <algorithm>
 #include <map>
 
@@ -52,7 +54,8 @@ std::wstring helpOnArea(const TextCommandRegistry& registry, const TextCommandSu
     return text;
 }
 
-/// The name among `names` that `wrong` was meant to be, or an empty text if none is near.
+} // namespace
+
 std::wstring nearestName(std::wstring_view wrong, const std::vector<std::wstring>& names)
 {
     // A megabyte of nonsense is near to nothing, and need not be measured.
@@ -69,8 +72,6 @@ std::wstring nearestName(std::wstring_view wrong, const std::vector<std::wstring
     }
     return nearest ? *nearest : std::wstring();
 }
-
-} // namespace
 
 TextCommandResult helpOn(TextCommandRegistry& registry, std::wstring_view subject)
 {
@@ -109,6 +110,26 @@ std::wstring unknownCommandMessage(TextCommandRegistry& registry, std::wstring_v
     const std::wstring near = nearestName(word.substr(dot + 1), names);
     return L"There is no text command \"" + shown(word) + L"\"." +
            suggest(near.empty() ? near : std::wstring(area) + L'.' + near);
+}
+
+std::wstring unknownFlagMessage(const TextCommand& command, std::wstring_view flag,
+                                const std::vector<std::wstring>& flags)
+{
+    std::wstring message = command.area() + L'.' + command.name() + L" has no flag /" + shown(flag) + L'.';
+    if (const std::wstring near = nearestName(flag, flags); !near.empty())
+        return message + L" Did you mean /" + near + L'?';
+    if (!flags.empty())
+        message += L" There are: /" + boost::algorithm::join(flags, L", /") + L'.';
+    return message + L" A path that begins with / stands in quotes: \"/" + shown(flag) + L"\".";
+}
+
+std::wstring surplusMessage(const TextCommand& command, size_t most, std::wstring_view surplus)
+{
+    const std::wstring limit = most == 0   ? L"no parameters"
+                               : most == 1 ? L"one parameter"
+                                           : std::to_wstring(most) + L" parameters at most";
+    return command.area() + L'.' + command.name() + L" takes " + limit + L", and \"" + shown(surplus) +
+           L"\" is one more. Text with blanks in it stands in quotes.";
 }
 
 } // namespace Vs

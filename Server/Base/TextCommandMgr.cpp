@@ -33,27 +33,31 @@ struct TextCommandMgr::Data
     TextCommandObserver* observer = nullptr;
     int depth = 0;
 
-    TextCommandResult execute(TextCommand& command, const TextFormat* format,
+    TextCommandResult execute(const TextCommandRegistry::Entry& entry,
                               const TextCommandParameters& parameters)
     {
+        TextCommand& command = *entry.command;
         TextCommandObserver* const told = depth == 0 ? observer : nullptr;
         if (!told)
-            return executeChecked(command, format, parameters);
+            return executeChecked(entry, parameters);
         told->before(command);
-        TextCommandResult result = executeChecked(command, format, parameters);
+        TextCommandResult result = executeChecked(entry, parameters);
         told->after(command, parameters, result);
         return result;
     }
 
-    TextCommandResult executeChecked(TextCommand& command, const TextFormat* format,
-                                     const TextCommandParameters& parameters)
+    TextCommandResult executeChecked(const TextCommandRegistry::Entry& entry,
+                                     TextCommandParameters parameters)
     {
-        if (format) {
-            const int wrong = format->firstWrong(parameters.m_parameters);
+        TextCommand& command = *entry.command;
+        if (entry.format) {
+            const int wrong = entry.format->firstWrong(parameters.m_parameters);
             if (wrong >= 0)
-                return failure(wrongParameter(command, *format, wrong,
+                return failure(wrongParameter(command, *entry.format, wrong,
                                               parameters.parameter(static_cast<unsigned>(wrong))));
         }
+        if (std::wstring wrong = notTaken(entry, parameters); !wrong.empty())
+            return failure(std::move(wrong));
         if (depth >= kDeepestNesting)
             return failure(command.area() + L'.' + command.name() +
                            L": text lines run each other without end.");
@@ -83,6 +87,30 @@ struct TextCommandMgr::Data
         } catch (...) {
             return raised(L"an unknown failure.");
         }
+    }
+
+    /// Why a line has what its command doesn't take; empty if it takes all. Flags get the spelling that the
+    /// command knows.
+    static std::wstring notTaken(const TextCommandRegistry::Entry& entry, TextCommandParameters& parameters)
+    {
+        using Checks = TextCommandSubjectArea::Checks;
+        const TextCommand& command = *entry.command;
+        if (entry.checks == Checks::Nothing ||
+            (parameters.m_flags.empty() && parameters.m_parameters.empty()))
+            return {};
+        if (!entry.usage)
+            entry.usage.emplace(command.help());
+        const TextUsage& usage = *entry.usage;
+        for (std::wstring& flag : parameters.m_flags) {
+            const std::wstring* known = usage.flag(flag);
+            if (!known)
+                return unknownFlagMessage(command, flag, usage.flags);
+            flag = *known;
+        }
+        const size_t most = usage.mostParameters.value_or(parameters.parameters());
+        if (entry.checks == Checks::Everything && parameters.parameters() > most)
+            return surplusMessage(command, most, parameters.m_parameters[most]);
+        return {};
     }
 
     static std::wstring wrongParameter(const TextCommand& command, const TextFormat& format, int index,
@@ -129,7 +157,8 @@ TextCommandResult TextCommandMgr::execute(TextCommand& command, const TextComman
     assertMainThread();
     const auto* entry = m_data->registry.find(command);
     const bool known = entry && entry->command == &command;
-    return m_data->execute(command, known && entry->format ? &*entry->format : nullptr, parameters);
+    return known ? m_data->execute(*entry, parameters)
+                 : m_data->execute({&command, std::nullopt}, parameters);
 }
 
 TextCommandResult TextCommandMgr::run(std::wstring_view line, bool viaUI)
@@ -165,7 +194,7 @@ TextCommandResult TextCommandMgr::run(std::wstring_view line, bool viaUI)
     } catch (const Exception& error) {
         return failure(entry->command->area() + L'.' + entry->command->name() + L": " + error.message());
     }
-    return m_data->execute(*entry->command, entry->format ? &*entry->format : nullptr, parameters);
+    return m_data->execute(*entry, parameters);
 }
 
 void TextCommandMgr::output(TextOutput* output)
@@ -224,6 +253,7 @@ void TextCommandMgr::add(TextCommandSubjectArea* area)
 {
     assertMainThread();
     m_data->registry.areas.push_back(area);
+    m_data->registry.changed();
 }
 
 void TextCommandMgr::remove(TextCommand* command)
@@ -237,6 +267,7 @@ void TextCommandMgr::remove(TextCommandSubjectArea* area)
 {
     assertMainThread();
     std::erase(m_data->registry.areas, area);
+    m_data->registry.changed();
 }
 
 } // namespace Vs

@@ -12,7 +12,8 @@ void TextCommandRegistry::index()
 {
     m_areas.clear();
     for (TextCommand* command : commands) {
-        Entry entry{command, std::nullopt};
+        const TextCommandSubjectArea* area = findArea(command->area());
+        Entry entry{command, std::nullopt, area ? area->checks() : TextCommandSubjectArea::Checks::Nothing};
         try {
             if (!command->format().empty())
                 entry.format.emplace(command->format());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/Private/TextUsage.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/Base/TextFormat.h"
 
@@ -17,6 +18,8 @@ public:
     {
         TextCommand* command;
         std::optional<TextFormat> format; ///< None if the command's own is malformed, or empty.
+        TextCommandSubjectArea::Checks checks = TextCommandSubjectArea::Checks::Nothing;
+        mutable std::optional<TextUsage> usage = std::nullopt; ///< Made when a line is checked first.
     };
 
     std::vector<TextCommandSubjectArea*> areas;

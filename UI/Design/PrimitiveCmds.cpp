@@ -3,9 +3,11 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Request.h"
 #include "Server/Types/PointText.h"
+#include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Design/Environments.h"
+#include "UI/Design/KnownArguments.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/PrimitiveTable.h"
 #include "UI/Design/Resources.h"
@@ -82,12 +84,23 @@ protected:
         }
         std::vector<double> sizes;
         Look look;
-        if (!readSizes(sizes, status) || !readOrigin(look, status))
+        if (!hasOnlyKnownArguments(*commandContext(), commandDefinition()->info()->name(), argumentNames(),
+                                   status) ||
+            !readSizes(sizes, status) || !readOrigin(look, status))
             return;
         AddPrimitiveRequest(m_row, std::move(sizes), std::move(look)).execute(asset, status);
     }
 
 private:
+    std::vector<std::wstring> argumentNames() const
+    {
+        std::vector<std::wstring> names;
+        for (const PrimitiveRow::Size& size : m_row.sizes)
+            names.push_back(Vs::Strings::widen(size.name));
+        names.push_back(PrimitiveCmdDef::originArgumentName()->wideText());
+        return names;
+    }
+
     bool readSizes(std::vector<double>& sizes, Vs::Status& status) const
     {
         size_t given = 0;

@@ -95,34 +95,20 @@ struct CheckRow
     const wchar_t* help;
     const wchar_t* options;
     Values (*values)(Vs::Asset&, const TextCommandParameters&);
-    unsigned most; ///< Parameters.
 };
 
 // clang-format off
-constexpr CheckRow kVolume = {L"Body",      L"CheckVolume", L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the volume of the solids with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::volumes>, 2};
-constexpr CheckRow kSkin   = {L"Body",      L"CheckArea",   L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the area of the faces with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::areas>, 2};
-constexpr CheckRow kBounds = {L"Body",      L"CheckBounds", L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the box around the bodies with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::bounds>, 2};
-constexpr CheckRow kCount  = {L"Component", L"CheckCount",  L"<description> [<path>] [/VisibleOnly] Compares how many components and bodies there are with the reference of this description", L"VisibleOnly", valuesOf<&CheckedObjects::counts>, 2};
-constexpr CheckRow kDigest = {L"Model",     L"CheckDigest", L"<description> [/Selection] [/Camera] Compares names, places, colours, visibility, shapes and settings with the reference of this description", L"Selection/Camera", digest, 1};
+constexpr CheckRow kVolume = {L"Body",      L"CheckVolume", L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the volume of the solids with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::volumes>};
+constexpr CheckRow kSkin   = {L"Body",      L"CheckArea",   L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the area of the faces with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::areas>};
+constexpr CheckRow kBounds = {L"Body",      L"CheckBounds", L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the box around the bodies with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::bounds>};
+constexpr CheckRow kCount  = {L"Component", L"CheckCount",  L"<description> [<path>] [/VisibleOnly] Compares how many components and bodies there are with the reference of this description", L"VisibleOnly", valuesOf<&CheckedObjects::counts>};
+constexpr CheckRow kDigest = {L"Model",     L"CheckDigest", L"<description> [/Selection] [/Camera] Compares names, places, colours, visibility, shapes and settings with the reference of this description", L"Selection/Camera", digest};
 // clang-format on
 
 std::vector<std::wstring> optionsOf(const CheckRow& row)
 {
     std::vector<std::wstring> options;
     return boost::algorithm::split(options, row.options, boost::algorithm::is_any_of(L"/"));
-}
-
-/// Empty if the line can be run.
-std::wstring complaintOf(const CheckRow& row, const TextCommandParameters& parameters)
-{
-    if (parameters.parameters() > row.most)
-        return std::wstring(L"Usage: ") + row.area + L"." + row.name + L" " + row.help;
-    const std::vector<std::wstring> options = optionsOf(row);
-    for (const std::wstring& flag : parameters.flags())
-        if (std::find(options.begin(), options.end(), flag) == options.end())
-            return localizedFormat("CheckNoOption", "%1%.%2% has no option /%3%. There are: /%4%", row.area,
-                                   row.name, flag, boost::algorithm::join(options, L", /"));
-    return {};
 }
 
 /// The name of the reference: all of the line that decides what is found, whatever the order of its options.
@@ -150,8 +136,6 @@ public:
 
     TextCommandResult execute(const TextCommandParameters& parameters) override
     {
-        if (std::wstring complaint = complaintOf(kRow, parameters); !complaint.empty())
-            return {1, std::move(complaint)};
         const std::wstring name = referenceName(kRow, parameters);
         Vs::Asset* asset = ActiveAssetUtils::asset();
         if (!asset)
@@ -171,6 +155,7 @@ class AreaBody : public Vs::PythonEntry<AreaBody, Vs::TextCommandSubjectArea>
 {
 public:
     AreaBody() : PythonEntry(L"Body", L"Commands about the bodies of the active model", false) {}
+    Checks checks() const override { return Checks::Everything; }
 };
 
 class AreaComponent : public Vs::PythonEntry<AreaComponent, Vs::TextCommandSubjectArea>
@@ -179,6 +164,7 @@ public:
     AreaComponent() : PythonEntry(L"Component", L"Commands about the components of the active model", false)
     {
     }
+    Checks checks() const override { return Checks::Everything; }
 };
 
 AreaBody theBodyArea;

@@ -39,6 +39,7 @@ class AreaDesign : public Vs::PythonEntry<AreaDesign, Vs::TextCommandSubjectArea
 {
 public:
     AreaDesign() : PythonEntry(kArea, L"Commands that make designs and add parts to them", false) {}
+    Checks checks() const override { return Checks::Everything; }
 };
 
 template <const PrimitiveTextRow& kRow>

@@ -10,10 +10,16 @@ template <int number>
 class NumberedArea : public Vs::PythonEntry<NumberedArea<number>, Vs::TextCommandSubjectArea>
 {
 public:
-    NumberedArea(std::wstring name, bool forTranscripts)
-        : NumberedArea::PythonEntry(std::move(name), L"Commands of a test", forTranscripts)
+    using Checks = Vs::TextCommandSubjectArea::Checks;
+
+    NumberedArea(std::wstring name, bool forTranscripts, Checks checks = Checks::Nothing)
+        : NumberedArea::PythonEntry(std::move(name), L"Commands of a test", forTranscripts), m_checks(checks)
     {
     }
+    Checks checks() const override { return m_checks; }
+
+private:
+    Checks m_checks;
 };
 using ProbeArea = NumberedArea<0>;
 

@@ -123,6 +123,46 @@ TEST_F(TextLinesTest, ArePassedToTheCommandOnlyIfTheirFormatFits)
     EXPECT_EQ(typed.calls, before);
 }
 
+TEST_F(TextLinesTest, AreRefusedForWhatTheHelpDoesNotNameWhereTheAreaIsChecked)
+{
+    using Checks = Vs::TextCommandSubjectArea::Checks;
+    const NumberedArea<3> checkedArea(L"Checked", false, Checks::Everything);
+    const NumberedArea<4> lenientArea(L"Lenient", false, Checks::Flags);
+    ProbeCommand copy{L"Checked", L"Copy",
+                      L"<path> X|Y [Middle|Point <x> <y>] [/Keep] Copies, /Quietly if asked."};
+    ProbeCommand all{L"Checked", L"All", L"<first> [<further> ...] Takes all."};
+    ProbeCommand none{L"Checked", L"None", L"Takes <nothing>, 1/2 of it."};
+    ProbeCommand lenient{L"Lenient", L"Copy", L"<path> [/Keep] Copies."};
+    const std::pair<const wchar_t*, const wchar_t*> taken[] = {
+        {L"Checked.Copy a X /Keep /Quietly", L"[a][X]/Keep/Quietly"},
+        {L"Checked.Copy a X /keep", L"[a][X]/Keep"},
+        {L"Checked.Copy a X Point 1 2", L"[a][X][Point][1][2]"},
+        {L"Checked.Copy \"/keap\" X", L"[/keap][X]"},
+        {L"Checked.All a b c d e", L"[a][b][c][d][e]"},
+        {L"Checked.None", L""},
+        {L"Lenient.Copy a b c /KEEP", L"[a][b][c]/Keep"},
+    };
+    for (const auto& [line, answer] : taken)
+        EXPECT_EQ(run(line), TextCommandResult(0, answer)) << Vs::Strings::narrow(line);
+    const std::pair<const wchar_t*, const wchar_t*> refused[] = {
+        {L"Checked.Copy a X /keap", L"Checked.Copy has no flag /keap. Did you mean /Keep?"},
+        {L"Lenient.Copy /model",
+         L"Lenient.Copy has no flag /model. There are: /Keep. A path that begins with / stands in quotes: "
+         L"\"/model\"."},
+        {L"Checked.Copy a X Point 1 2 3", L"Checked.Copy takes 5 parameters at most, and \"3\" is one more. "
+                                          L"Text with blanks in it stands in quotes."},
+        {L"Checked.None /2",
+         L"Checked.None has no flag /2. A path that begins with / stands in quotes: \"/2\"."},
+        {L"Checked.None a",
+         L"Checked.None takes no parameters, and \"a\" is one more. Text with blanks in it "
+         L"stands in quotes."},
+    };
+    const int before = copy.calls + none.calls + lenient.calls;
+    for (const auto& [line, why] : refused)
+        EXPECT_EQ(run(line), TextCommandResult(1, why)) << Vs::Strings::narrow(line);
+    EXPECT_EQ(copy.calls + none.calls + lenient.calls, before);
+}
+
 TEST_F(TextLinesTest, AnswerWhateverACommandThrowsWithItsName)
 {
     const auto answer = [&](std::function<void()> raise) {

@@ -77,10 +77,11 @@ TEST_F(Checks, LookAtOnePartOrEachOrWhatIsSelected)
 TEST_F(Checks, TellWhatTheyCannotDo)
 {
     EXPECT_HOLDS(failure(L"Body.CheckVolume nothing"), L"no active model to check");
-    EXPECT_HOLDS(check("Body.CheckVolume a /Visible"), L"Body.CheckVolume has no option /Visible. There are: "
-                                                       L"/VisibleOnly, /EachBody, /Exact");
+    EXPECT_HOLDS(check("Body.CheckVolume a /Visible"), L"Body.CheckVolume has no flag /Visible. There are: "
+                                                       L"/EachBody, /Exact, /VisibleOnly.");
     EXPECT_HOLDS(check("Body.CheckVolume a Bolt"), L"there is no \"Bolt\" in the model");
-    EXPECT_HOLDS(check("Model.CheckDigest a b"), L"Usage: Model.CheckDigest <description>");
+    EXPECT_HOLDS(check("Model.CheckDigest a b"),
+                 L"Model.CheckDigest takes one parameter, and \"b\" is one more.");
     EXPECT_HOLDS(replay("Design.New\nBody.CheckArea empty\n"),
                  L"bracket.txt:2: Body.CheckArea empty: There is no "
                  L"body to check.");

@@ -62,6 +62,11 @@ TEST_F(PrimitivesTest, ADefinitionRunWithoutSizesTakesOrdinaryOnesButNotSomeOfTh
     EXPECT_EQ(parts(), 1u);
     EXPECT_EQ(failure(L"Commands.Start CylinderCommand Radius=5"),
               L"Cylinder: the size Height is missing or is not a number.");
+    EXPECT_EQ(failure(L"Commands.Start CylinderCommand Radius=5 Heihgt=2.5"),
+              L"Cylinder has no argument \"Heihgt\". Did you mean \"Height\"?");
+    EXPECT_EQ(failure(L"Commands.Start MoveCommand Components=Box1 Up=5"),
+              L"Move has no argument \"Up\"; there are: Components, Dx, Dy, Dz, Commit.");
+    EXPECT_EQ(parts(), 1u);
     answer(L"Commands.Start CylinderCommand Radius=5 Height=2.5 Origin=1,2,3");
     EXPECT_EQ(parts(), 2u);
 }

@@ -28,6 +28,7 @@ public:
         : PythonEntry(kArea, L"Commands that run any command of the program by its identifier", false)
     {
     }
+    Checks checks() const override { return Checks::Everything; }
 };
 
 /// Reads the whole of `text`; a number written otherwise than it would be written back is left as text,

@@ -48,6 +48,7 @@ class AreaMeasure : public Vs::PythonEntry<AreaMeasure, Vs::TextCommandSubjectAr
 {
 public:
     AreaMeasure() : PythonEntry(kArea, L"Commands that measure objects of the active model", false) {}
+    Checks checks() const override { return Checks::Everything; }
 };
 
 using Selections = std::vector<Vs::StrongRef<Vs::LogicalSelection>>;

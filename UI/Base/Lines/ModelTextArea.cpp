@@ -17,6 +17,7 @@ class AreaModel : public Vs::PythonEntry<AreaModel, Vs::TextCommandSubjectArea>
 {
 public:
     AreaModel() : PythonEntry(kArea, L"Commands that tell about the active model as a whole", false) {}
+    Checks checks() const override { return Checks::Everything; }
 };
 
 class TextCmdModelDigest : public Vs::PythonEntry<TextCmdModelDigest, Vs::TextCommand>

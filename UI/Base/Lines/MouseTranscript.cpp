@@ -15,6 +15,7 @@ class MouseArea : public Vs::PythonEntry<MouseArea, Vs::TextCommandSubjectArea>
 {
 public:
     MouseArea() : PythonEntry(kArea, L"Events of the mouse in a view, as transcripts record them", true) {}
+    Checks checks() const override { return Checks::Everything; }
 };
 
 /// Sends an event as the canvas does.

@@ -27,6 +27,7 @@ public:
         : PythonEntry(kArea, L"Commands about the values that checks and metrics compare with", true)
     {
     }
+    Checks checks() const override { return Checks::Everything; }
 };
 
 class TextCmdReferencesMode : public Vs::PythonEntry<TextCmdReferencesMode, Vs::TextCommand>

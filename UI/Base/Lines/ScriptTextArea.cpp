@@ -38,6 +38,7 @@ class ScriptArea : public Vs::PythonEntry<ScriptArea, Vs::TextCommandSubjectArea
 {
 public:
     ScriptArea() : PythonEntry(kArea, L"Commands that tell programs what there is, as JSON", true) {}
+    Checks checks() const override { return Checks::Everything; }
 };
 
 QJsonArray json(const GkPoint3d& point)

@@ -23,6 +23,7 @@ class SelectionArea : public Vs::PythonEntry<SelectionArea, Vs::TextCommandSubje
 {
 public:
     SelectionArea() : PythonEntry(kArea, L"Commands that change the selection in the active model", true) {}
+    Checks checks() const override { return Checks::Everything; }
 };
 
 /// What a line does with the objects that it names.

@@ -24,12 +24,14 @@ class TranscriptingArea : public Vs::PythonEntry<TranscriptingArea, Vs::TextComm
 {
 public:
     TranscriptingArea() : PythonEntry(kArea, L"Text commands that record and replay transcripts", false) {}
+    Checks checks() const override { return Checks::Flags; }
 };
 
 class DebugArea : public Vs::PythonEntry<DebugArea, Vs::TextCommandSubjectArea>
 {
 public:
     DebugArea() : PythonEntry(L"Debug", L"Text commands of the debugger of transcripts", false) {}
+    Checks checks() const override { return Checks::Flags; }
 };
 
 class TextCmdTranscriptingStart : public Vs::PythonEntry<TextCmdTranscriptingStart, Vs::TextCommand>

@@ -30,6 +30,12 @@ public:
                                                                          kRow.forTranscripts)
     {
     }
+
+    /// Surplus parameters are ignored here, as old transcripts expect.
+    Vs::TextCommandSubjectArea::Checks checks() const override
+    {
+        return Vs::TextCommandSubjectArea::Checks::Flags;
+    }
 };
 
 SubjectArea<kVuCommands> TextCommandSubjectAreaVuCommands;

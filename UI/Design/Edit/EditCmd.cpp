@@ -13,6 +13,7 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SelectionInputEvents.h"
 #include "UI/Design/Environments.h"
+#include "UI/Design/KnownArguments.h"
 #include "UI/Design/Localized.h"
 
 #include <memory>
@@ -80,6 +81,12 @@ void EditCmd::onBegin()
 
 void EditCmd::takeArguments(Vs::Status& status)
 {
+    std::vector<std::wstring> known;
+    for (const auto& input : commandInputSet()->inputs())
+        known.push_back(input->info()->key());
+    known.push_back(commitArgumentName()->wideText());
+    if (!hasOnlyKnownArguments(*commandContext(), commandDefinition()->info()->name(), known, status))
+        return;
     for (const auto& input : commandInputSet()->inputs()) {
         const Vs::UniqueString* key = Vs::UniqueString::find(Vs::Strings::narrow(input->info()->key()), true);
         if (!commandContext()->hasArgument(key))
