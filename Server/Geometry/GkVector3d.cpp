@@ -14,10 +14,12 @@ GkVector3d GkVector3d::normal() const
 
 GkVector3d GkVector3d::perpVector() const
 {
-    // The axis that this vector follows least gives the best conditioned product.
+    // The axis that this vector follows least gives the best conditioned product. In this order of the two,
+    // who looks down at a model and takes the result for up has its back at the top, and from below its
+    // front.
     const double ax = std::abs(x), ay = std::abs(y), az = std::abs(z);
     const GkVector3d& axis = ax <= ay && ax <= az ? kXAxis : ay <= az ? kYAxis : kZAxis;
-    return crossProduct(axis).normal();
+    return axis.crossProduct(*this).normal();
 }
 
 bool GkVector3d::isParallelTo(const GkVector3d& v, const GkTol& tol) const

@@ -277,6 +277,18 @@ TEST_F(WindowTest, ListsAndMenusInsideAMenuAreSubmenusThatShowWhatIsCurrent)
     EXPECT_EQ(lists.chosen, std::vector<Info*>{&lists.one});
     Q_EMIT inner->aboutToShow();
     EXPECT_TRUE(inner->actions()[0]->isChecked() && !inner->actions()[1]->isChecked());
+
+    // All of a button opens its list, or only an arrow, and then the button is the choice that is current.
+    auto* button = window->findChild<QToolButton*>(QStringLiteral("ListsTest"));
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->popupMode(), QToolButton::InstantPopup);
+    lists.list.split(true);
+    EXPECT_EQ(button->popupMode(), QToolButton::MenuButtonPopup);
+    lists.chosen.clear();
+    button->click();
+    lists.list.items({&lists.two});
+    button->click();
+    EXPECT_EQ(lists.chosen, (std::vector<Info*>{&lists.one, lists.info()}));
     WorkspaceMgr::get()->closeAll();
 }
 

@@ -130,6 +130,24 @@ void ListControl::synchronizedWithCurrentItem(bool value)
     changed();
 }
 
+void ListControl::split(bool value)
+{
+    if (m_split == value)
+        return;
+    m_split = value;
+    changed();
+}
+
+void ListControl::clicked()
+{
+    if (!enabled() || !m_split)
+        return;
+    if (m_selected)
+        selectedItem(m_selected, true);
+    else if (m_listHandler)
+        m_listHandler->onListSelectionChanged(info());
+}
+
 MenuControl::MenuControl(Info* info, IMenuControlHandler* handler)
     : Implements(info, handler), m_menuHandler(handler)
 {

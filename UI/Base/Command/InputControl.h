@@ -109,11 +109,20 @@ public:
     bool synchronizedWithCurrentItem() const { return m_synchronized; }
     void synchronizedWithCurrentItem(bool value);
 
+    /// Whether the button does something by itself (`clicked`), and only an arrow beside it opens the list.
+    /// Default false: all of the button opens it.
+    bool split() const { return m_split; }
+    void split(bool value);
+    /// The user's click on a split button: chooses the selected item once more. Where none is selected, the
+    /// handler is told of the control's own record. Does nothing while the button is disabled.
+    void clicked();
+
 private:
     IListControlHandler* m_listHandler;
     std::vector<Info*> m_items;
     Info* m_selected = nullptr;
     bool m_synchronized = false;
+    bool m_split = false;
 };
 
 class MenuItem

@@ -188,8 +188,11 @@ CommandButton::CommandButton(CommandDefinition* definition, QWidget* parent)
         m_menu = new QMenu(this);
         setMenu(m_menu);
         leaveWith(m_menu, this);
-        setPopupMode(QToolButton::InstantPopup);
         connect(m_menu, &QMenu::aboutToShow, this, [this] { fillMenu(m_menu, m_definition); });
+        connect(this, &QToolButton::clicked, this, [this] {
+            if (auto* list = Vs::cast<ListControl>(m_control))
+                list->clicked();
+        });
     } else {
         connect(this, &QToolButton::clicked, this, [this] {
             if (auto* button = Vs::cast<ButtonControl>(m_control))
@@ -225,11 +228,12 @@ bool CommandButton::event(QEvent* event)
     return QToolButton::event(event);
 }
 
-/// A corner marks what opens a list: a command that runs at once may have the same picture.
+/// A corner marks what opens a list, where no arrow does: a command that runs at once may have the same
+/// picture.
 void CommandButton::paintEvent(QPaintEvent* event)
 {
     QToolButton::paintEvent(event);
-    if (!m_menu || toolButtonStyle() != Qt::ToolButtonIconOnly)
+    if (!m_menu || toolButtonStyle() != Qt::ToolButtonIconOnly || popupMode() == QToolButton::MenuButtonPopup)
         return;
     constexpr double kSide = 5;
     constexpr double kDistance = 3.5;
@@ -260,6 +264,8 @@ void CommandButton::draw()
     const auto* list = Vs::cast<ListControl>(m_control);
     if (list && list->synchronizedWithCurrentItem() && list->selectedItem())
         info = list->selectedItem();
+    if (m_menu)
+        setPopupMode(list && list->split() ? QToolButton::MenuButtonPopup : QToolButton::InstantPopup);
     const QIcon icon = iconOf(info->icon());
     setText(title());
     setIcon(icon);

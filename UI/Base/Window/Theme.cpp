@@ -57,6 +57,9 @@ QToolButton[flat="true"] { border: 1px solid transparent; border-radius: 4px; pa
 QToolButton[flat="true"]:hover { background: palette(midlight); }
 QToolButton[flat="true"]:pressed, QToolButton[flat="true"]:checked { border-color: palette(highlight); }
 QToolButton[flat="true"]::menu-indicator { image: none; }
+QToolButton[flat="true"][popupMode="1"] { padding-right: 16px; }
+QToolButton[flat="true"]::menu-button { border: none; border-radius: 4px; width: 13px; }
+QToolButton[flat="true"]::menu-button:hover { background: palette(mid); }
 QToolButton#alerts { border: 1px solid transparent; border-radius: 4px; padding: 1px 6px; }
 QToolButton#alerts:hover { border-color: palette(mid); }
 QToolButton#alerts::menu-indicator { image: none; }

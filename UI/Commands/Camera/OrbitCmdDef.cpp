@@ -74,8 +74,18 @@ InputControl* OrbitCmdDef::onInputControl()
             m_control->items({constrained, free});
         else
             m_control->items({free, constrained});
+        m_control->split(true);
+        m_control->synchronizedWithCurrentItem(true);
     }
     return m_control.get();
+}
+
+// What marks the flavour that the mouse buttons use.
+void OrbitCmdDef::onUpdateInputControl(CommandContext* context)
+{
+    Implements::onUpdateInputControl(context);
+    if (m_control)
+        m_control->selectedItem(usedOrbitCommandDefinition()->info(), false);
 }
 
 // The entry itself stands for its first flavour.

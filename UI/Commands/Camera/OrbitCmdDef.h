@@ -52,6 +52,7 @@ protected:
     /// Null unless the context names a flavour.
     CommandBase* onCreateCommand(CommandContext* context) override;
     InputControl* onInputControl() override;
+    void onUpdateInputControl(CommandContext* context) override;
 
 private:
     std::unique_ptr<ListControl> m_control;

@@ -228,6 +228,21 @@ TEST_F(OrbitTest, ChoosingAFlavourStartsItAndMakesItTheOneOfTheMouse)
     choose(L"ConstrainedOrbitCommand");
     EXPECT_TRUE(UIBaseOptionGroup::get()->useContrainedOrbit());
     answer(L"VuCommands.CancelCmd");
+
+    // A click on the entry itself starts the flavour that is used, which the list marks.
+    for (const bool constrained : {false, true}) {
+        UIBaseOptionGroup::get()->useContrainedOrbit(constrained);
+        CommandContext context = CommandContext::activeContext();
+        CommandDefinitionMgr::get()->findCommandDefinitionById(L"OrbitCommand")->updateInputControl(&context);
+        ASSERT_TRUE(entry()->selectedItem());
+        EXPECT_EQ(entry()->selectedItem()->key(),
+                  constrained ? L"ConstrainedOrbitCommand" : L"FreeOrbitCommand");
+        entry()->clicked();
+        Application::get()->flushDeferredTasks();
+        ASSERT_TRUE(orbit());
+        EXPECT_EQ(UIBaseOptionGroup::get()->useContrainedOrbit(), constrained);
+        answer(L"VuCommands.CancelCmd");
+    }
     // Without a flavour there is nothing to start.
     start(L"OrbitCommand");
     EXPECT_EQ(activeKey(), L"");
@@ -449,8 +464,9 @@ TEST_F(PivotMarkerTest, LookAtMovesThePivotToThePickedPlaceAndShowsIt)
     EXPECT_TRUE(camera()->pivot().isEqualTo(camera()->target()));
     EXPECT_TRUE(camera()->pivotEnabled());
     EXPECT_TRUE(markerShows());
-    // The normal is that of the ground, so that up must be something else.
-    EXPECT_NEAR(camera()->up().dotProduct(camera()->direction()), 0, 1e-6);
+    // The normal is that of the ground, so that up must be something else: the back, as in the view from the
+    // top.
+    EXPECT_TRUE(camera()->up().isEqualTo({0, 1, 0}, {1e-6, 1e-6}));
 }
 
 TEST_F(PivotMarkerTest, LookAtWaitsForABodyAndIgnoresDragsAndTheBackground)
