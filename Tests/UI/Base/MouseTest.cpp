@@ -321,6 +321,7 @@ TEST_F(MouseTest, GesturesOfATrackpadArriveThroughTheCanvas)
                           Qt::MouseEventNotSynthesized, &trackpad);
         QApplication::sendEvent(widget, &event);
     };
+    gesture(Qt::ZoomNativeGesture, 0); // Brings the target to the depth of what lies there.
     const double width = camera()->extentsWidth();
     gesture(Qt::ZoomNativeGesture, 0.5);
     EXPECT_NEAR(camera()->extentsWidth(), width / 1.5, width * 1e-9);

@@ -35,6 +35,7 @@ void Navigation::TearDown()
     UIBaseOptionGroup* options = UIBaseOptionGroup::get();
     options->useContrainedOrbit(true);
     options->cameraPivotEnabled(true);
+    options->pivotUnderPointer(true);
     options->reverseZoomDirection(false);
     WithProgram::TearDown();
 }

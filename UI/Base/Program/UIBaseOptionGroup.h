@@ -20,6 +20,8 @@ public:
     Vs::Option<bool> showDebugScriptWidget{*this, "showDebugScriptWidget", false};
     Vs::Option<bool> showValidationDialog{*this, "showValidationDialog", false};
     Vs::Option<bool> cameraPivotEnabled{*this, "cameraPivotEnabled", true};
+    /// An orbit in passing makes what lies under the pointer the pivot. Only with `cameraPivotEnabled`.
+    Vs::Option<bool> pivotUnderPointer{*this, "pivotUnderPointer", true};
     Vs::Option<bool> reverseZoomDirection{*this, "reverseZoomDirection", false};
     Vs::Option<bool> useContrainedOrbit{*this, "useContrainedOrbit", true};
     Vs::Option<bool> wantToShowBrowser{*this, "wantToShowBrowser", true};

@@ -23,6 +23,7 @@ void standUpright(Vs::Scene::ViewFragment& model, Vs::Scene::SceneAssetAdapter& 
     auto* settings = Vs::cast<Vs::CommonData::CommonDataAssetSettings>(adapter.assetSettings());
     const GkVector3d up = settings->sceneUp(), front = settings->sceneFront();
     model.data()->renderParams(0)->groundPlaneOrientation(up);
+    model.camera()->upright(up);
     model.camera()->look(-(up.crossProduct(front) + front + up), up);
 }
 

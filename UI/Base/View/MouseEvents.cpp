@@ -5,6 +5,7 @@
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/MouseOverlay.h"
+#include "UI/Base/View/Private/Aim.h"
 #include "UI/Base/View/Private/MouseLine.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/View/TransitionMgr.h"
@@ -116,6 +117,7 @@ void MouseEventSource::fireMouseDown(MouseEvent* event)
     m_dragging = false;
     m_downX = event->x();
     m_downY = event->y();
+    m_downModifiers = event->modifierMask();
     deliver(&MouseEventSite::mouseDown, event);
 }
 
@@ -140,10 +142,21 @@ void MouseEventSource::fireMouseMove(MouseEvent* event)
         std::hypot(event->x() - m_downX, event->y() - m_downY) >= kDragDistance) {
         m_dragging = true;
         // A drag begins where the button went down, however fast the hand was.
-        MouseEvent begin(event->canvas(), {event->button(), event->modifierMask(), m_downX, m_downY, 0});
-        deliver(&MouseEventSite::mouseDragBegin, &begin);
+        beginDrag({event->canvas(), {event->button(), event->modifierMask(), m_downX, m_downY, 0}});
     }
     deliver(m_dragging ? &MouseEventSite::mouseDrag : &MouseEventSite::mouseMove, event);
+}
+
+void MouseEventSource::beginDrag(MouseEvent event)
+{
+    GraphicsView* view = event.canvas() ? event.canvas()->view() : nullptr;
+    const bool turns =
+        m_button == kRightButton || (m_button == kMiddleButton && m_downModifiers == kShiftModifier);
+    if (view && turns)
+        aimTurnAt(*view, event.position());
+    else if (view && m_button == kMiddleButton)
+        aimAt(*view, event.position());
+    deliver(&MouseEventSite::mouseDragBegin, &event);
 }
 
 void MouseEventSource::repeatMove(const GraphicsCanvas* canvas)
@@ -186,6 +199,8 @@ void MouseEventSource::fireMouseScroll(MouseEvent* event)
     if (m_pressed || overlayTakes(event))
         return;
     TransitionMgr::get()->finish();
+    if (GraphicsView* view = event->canvas() ? event->canvas()->view() : nullptr)
+        aimAt(*view, event->position());
     deliver(&MouseEventSite::mouseScroll, event);
 }
 

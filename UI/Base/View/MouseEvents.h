@@ -77,6 +77,9 @@ public:
 ///
 /// What lies over a view (GraphicsView::mouseOverlay) comes first: an event over it, and the whole of a drag
 /// that begins there, is told to nobody else.
+///
+/// Before a turn of the wheel, and before a drag of the middle or right button begins, the target of the
+/// camera, and for a turn its pivot, are brought to what lies under the pointer.
 class MouseEventSource : public Vs::EventSource<MouseEventSite>
 {
 public:
@@ -134,6 +137,7 @@ private:
     int m_recordedButtons = kNoMouseButton; ///< Those whose press was written, and no release yet.
     bool m_dragging = false;
     double m_downX = 0, m_downY = 0;
+    unsigned m_downModifiers = kNoModifier;
 };
 
 } // namespace Vu

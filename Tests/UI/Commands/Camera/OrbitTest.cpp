@@ -162,12 +162,36 @@ TEST_F(OrbitTest, AConstrainedOrbitKeepsTheModelUpright)
     camera()->fit(view()->modelFragment()->bounds());
     drag(kRightButton, 0, 0, 130, 45);
     EXPECT_NEAR(camera()->right().z, 0, 1e-9);
-    const double distance = camera()->distance();
     UIBaseOptionGroup::get()->useContrainedOrbit(false);
-    drag(kRightButton, 0, 0, 130, 45);
-    drag(kRightButton, 0, 0, 130, -45);
-    EXPECT_GT(std::abs(camera()->right().z), 1e-3);
+    press(kRightButton, 0, 0);
+    move(130, 45);
+    const double distance = camera()->distance();
+    move(260, 0);
+    move(100, 0);
     EXPECT_NEAR(camera()->distance(), distance, distance * 1e-9);
+    release(kRightButton, 100, 0);
+    EXPECT_GT(std::abs(camera()->right().z), 1e-3);
+}
+
+TEST_F(OrbitTest, NoConstrainedOrbitPutsTheModelOnItsHead)
+{
+    for (const int way : {-1, 1}) {
+        camera()->look({1, 1, -0.6}, {0, 0, 1});
+        camera()->fit(view()->modelFragment()->bounds());
+        // The second drag begins at the pole, from where another axis than Z is the nearest to what is up.
+        for (int time = 0; time < 3; ++time) {
+            drag(kRightButton, 0, -way * 300, 0, way * 300);
+            EXPECT_GE(camera()->screenUp().z, -1e-9) << time;
+        }
+        EXPECT_NEAR(camera()->direction().z, way > 0 ? -1 : 1, 1e-6);
+        drag(kRightButton, 0, way * 60, 0, 0);
+        EXPECT_GT(camera()->screenUp().z, 0.1);
+    }
+    // Neither does the tool, nor a drag of the cube.
+    start(L"ConstrainedOrbitCommand");
+    for (int time = 0; time < 3; ++time)
+        drag(kLeftButton, 0, -150, 0, 150);
+    EXPECT_GE(camera()->screenUp().z, -1e-9);
 }
 
 TEST_F(OrbitTest, TheAxisIsTheOneThatTheViewerTakesForUp)
@@ -263,6 +287,7 @@ TEST_F(OrbitTest, TheWrongButtonTurnsNothing)
 TEST_F(OrbitTest, APassiveOrbitTurnsAboutThePivotIfThereIsOne)
 {
     const GkPoint3d corner(20, 20, 20);
+    UIBaseOptionGroup::get()->pivotUnderPointer(false);
     camera()->look({1, 1, -1}, {0, 0, 1});
     camera()->fit(view()->modelFragment()->bounds());
     camera()->pivot(corner);
@@ -276,6 +301,57 @@ TEST_F(OrbitTest, APassiveOrbitTurnsAboutThePivotIfThereIsOne)
     UIBaseOptionGroup::get()->cameraPivotEnabled(false);
     drag(kRightButton, 0, 0, 90, 30);
     EXPECT_FALSE(onScreen().isEqualTo(before, {1, 1e-9}));
+}
+
+TEST_F(OrbitTest, APassiveOrbitMakesWhatLiesUnderThePointerItsPivot)
+{
+    camera()->look({1, 1, -1}, {0, 0, 1});
+    camera()->fit(view()->modelFragment()->bounds());
+    const auto projection = [] {
+        return Vs::Scene::Projection(*camera(), canvas()->width(), canvas()->height());
+    };
+    const auto turnAt = [&](int x, int y) {
+        press(kRightButton, x, y);
+        move(x + 4, y);
+        const GkPoint3d pivot = camera()->pivot();
+        const GkPoint3d before = projection().worldToScreen(pivot);
+        move(x + 120, y + 40);
+        EXPECT_EQ(camera()->pivotEnabled(),
+                  projection().worldToScreen(pivot).isEqualTo(before, {1e-6, 1e-9}));
+        release(kRightButton, x + 120, y + 40);
+        return pivot;
+    };
+    const GkPoint3d top = turnAt(20, -120);
+    EXPECT_NEAR(top.z, 20, 1e-4);
+    camera()->look({1, 1, -1}, {0, 0, 1});
+    camera()->fit(view()->modelFragment()->bounds());
+    EXPECT_LT(turnAt(20, 150).z, 19);
+    EXPECT_TRUE(camera()->pivotEnabled());
+    // Beside the model it stays, unless nobody sees it any more.
+    camera()->zoom(0.3);
+    const int beside = canvas()->width() / 2 - 130;
+    const GkPoint3d kept = camera()->pivot();
+    EXPECT_TRUE(turnAt(-beside, 0).isEqualTo(kept));
+    EXPECT_TRUE(camera()->pivotEnabled());
+    camera()->dolly(camera()->right() * (5 * camera()->extentsWidth()));
+    turnAt(-beside, 0);
+    EXPECT_FALSE(camera()->pivotEnabled());
+
+    // What looks at the whole model gives it up, and so does nothing else.
+    camera()->look({1, 1, -1}, {0, 0, 1});
+    start(L"FitCommand");
+    turnAt(20, -120);
+    answer(L"Camera.ZoomIn");
+    EXPECT_TRUE(camera()->pivotEnabled());
+    start(L"FitCommand");
+    EXPECT_FALSE(camera()->pivotEnabled());
+    camera()->pivotEnabled(true);
+    answer(L"NamedView.RestoreCamera Home");
+    EXPECT_FALSE(camera()->pivotEnabled());
+
+    UIBaseOptionGroup::get()->pivotUnderPointer(false);
+    turnAt(20, -120);
+    EXPECT_FALSE(camera()->pivotEnabled());
 }
 
 TEST_F(OrbitTest, TheStartAndTheEndOfAnInteractionGoTogether)
@@ -439,6 +515,7 @@ TEST_F(PivotMarkerTest, ANewOrbitWithinTheSecondKeepsTheMarker)
 
 TEST_F(PivotMarkerTest, NoMarkerWithoutAPivotOrAgainstTheUsersOption)
 {
+    UIBaseOptionGroup::get()->pivotUnderPointer(false);
     camera()->pivotEnabled(false);
     drag(kRightButton, 0, 0, 40, 40);
     EXPECT_FALSE(markerShows());

@@ -2,6 +2,7 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/HitInfo.h"
+#include "Server/Scene/Projection.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/UI/Commands/Navigation.h"
 #include "UI/Base/Command/CommandBase.h"
@@ -23,6 +24,14 @@ class PanZoomTest : public CommandsTests::Navigation
 {
 protected:
     Vs::SelectionMgr* selection() const { return activeSession()->selectionManager(); }
+    static GkPoint3d onScreen(const GkPoint3d& place)
+    {
+        return Vs::Scene::Projection(*camera(), canvas()->width(), canvas()->height()).worldToScreen(place);
+    }
+    /// How wide the box's front is on the screen, in pixels.
+    static double shownWidth() { return onScreen({20, 0, 0}).x - onScreen({0, 0, 0}).x; }
+    /// Beside the box.
+    static constexpr int kBesideX = -600, kBesideY = -380;
 };
 
 TEST_F(PanZoomTest, TheMiddleButtonPansWithAnyModifierButShiftAlone)
@@ -80,7 +89,7 @@ TEST_F(PanZoomTest, APanMovesWithoutTurningOrScaling)
     const GkVector3d direction = camera()->direction();
     const double distance = camera()->distance(), width = camera()->extentsWidth();
     const GkPoint3d target = camera()->target();
-    drag(kMiddleButton, 0, 0, 100, 0);
+    drag(kMiddleButton, kBesideX, kBesideY, kBesideX + 100, kBesideY);
     EXPECT_TRUE(camera()->direction().isEqualTo(direction));
     EXPECT_NEAR(camera()->distance(), distance, distance * 1e-9);
     EXPECT_EQ(camera()->extentsWidth(), width);
@@ -199,18 +208,18 @@ TEST_F(PanZoomTest, TheZoomToolScalesByTheHundredthOfAPixel)
 
 TEST_F(PanZoomTest, OneNotchOfTheWheelIsATenthAndTheOptionTurnsItAround)
 {
-    const double width = camera()->extentsWidth();
+    const double width = shownWidth();
     scroll(120, 0, 0);
-    EXPECT_NEAR(camera()->extentsWidth(), width / 0.9, width * 1e-12);
-    camera()->extentsWidth(width);
+    EXPECT_NEAR(shownWidth(), width * 0.9, width * 1e-6);
     UIBaseOptionGroup::get()->reverseZoomDirection(true);
     scroll(120, 0, 0);
-    EXPECT_NEAR(camera()->extentsWidth(), width / 1.1, width * 1e-12);
+    EXPECT_NEAR(shownWidth(), width * 0.9 * 1.1, width * 1e-6);
     UIBaseOptionGroup::get()->reverseZoomDirection(false);
-    const std::string before = stand(*camera());
+    const double kept = shownWidth();
     scroll(1200, 30, 40);
     scroll(std::numeric_limits<int>::max(), 30, 40);
-    EXPECT_EQ(stand(*camera()), before);
+    EXPECT_NEAR(shownWidth(), kept, kept * 1e-9);
+    EXPECT_NEAR(onScreen({0, 0, 0}).x, canvas()->width() / 2.0 - kept / 2, 1e-6);
 }
 
 TEST_F(PanZoomTest, TheWheelKeepsWhatLiesUnderThePointerInBothProjections)
@@ -218,27 +227,92 @@ TEST_F(PanZoomTest, TheWheelKeepsWhatLiesUnderThePointerInBothProjections)
     for (const int projection : {Vs::Scene::kPerspectiveProjection, Vs::Scene::kParallelProjection}) {
         camera()->toggleProjection(Vs::Scene::EProjection(projection));
         camera()->look({1, 2, -1}, {0, 0, 1});
-        const GkPoint3d before = under(-210, 130);
+        const GkPoint3d before = under(kBesideX, kBesideY);
         for (const int delta : {120, -240, 15, -360})
-            scroll(delta, -210, 130);
-        EXPECT_LT(under(-210, 130).distanceTo(before), camera()->extentsWidth() * 1e-6);
+            scroll(delta, kBesideX, kBesideY);
+        EXPECT_LT(under(kBesideX, kBesideY).distanceTo(before), camera()->extentsWidth() * 1e-6);
     }
+}
+
+TEST_F(PanZoomTest, TheWheelApproachesADetailOfTheModelAndNeverPassesIt)
+{
+    for (const int projection : {Vs::Scene::kPerspectiveProjection, Vs::Scene::kParallelProjection})
+        for (const GkPoint3d& corner : {GkPoint3d(0.1, 0.1, 20), {19.9, 19.9, 20}, {0.1, 0, 0.1}}) {
+            SCOPED_TRACE(testing::Message() << projection << ' ' << testing::PrintToString(corner));
+            camera()->toggleProjection(Vs::Scene::EProjection(projection));
+            camera()->look({1, 1, -1}, {0, 0, 1});
+            camera()->fit(view()->modelFragment()->bounds());
+            const GkPoint3d seen = onScreen(corner);
+            const int x = int(std::lround(seen.x)) - canvas()->width() / 2;
+            const int y = canvas()->height() - int(std::lround(seen.y)) - canvas()->height() / 2;
+            const auto hit = Vs::Scene::SceneSelection::find(
+                view()->viewNode(), view()->modelFragment()->viewFragmentNode(), canvas()->width(),
+                canvas()->height(), x + canvas()->width() / 2.0, y + canvas()->height() / 2.0, false);
+            ASSERT_TRUE(hit);
+            const GkPoint3d detail =
+                hit->hitInfo()->localToWorldTransform() * hit->hitInfo()->localHitPoint();
+            const GkPoint3d before = onScreen(detail);
+            const double pixel = 1 / (onScreen(detail + camera()->right()).x - before.x);
+            for (int notch = 0; notch < 60; ++notch) {
+                scroll(-120, x, y);
+                const GkPoint3d now = onScreen(detail);
+                ASSERT_GT(now.z, 0) << notch;
+                ASSERT_NEAR(now.x, before.x, 1) << notch;
+                ASSERT_NEAR(now.y, before.y, 1) << notch;
+            }
+            // It has become as much larger as the wheel says.
+            const double larger =
+                (onScreen(detail + camera()->right() * (pixel / 100)).x - onScreen(detail).x) * 100;
+            EXPECT_NEAR(larger / std::pow(1.1, 60), 1, 0.01);
+        }
+}
+
+TEST_F(PanZoomTest, BeforeAHandMovesTheCameraItsTargetComesToWhatLiesThereWithoutAChangeOfThePicture)
+{
+    camera()->look({1, 1, -1}, {0, 0, 1});
+    for (const int projection : {Vs::Scene::kPerspectiveProjection, Vs::Scene::kParallelProjection})
+        for (const GkPoint3d& place : {GkPoint3d(2, 2, 20), {18, 18, 20}}) {
+            camera()->toggleProjection(Vs::Scene::EProjection(projection));
+            camera()->fit(view()->modelFragment()->bounds());
+            const GkPoint3d corners[] = {{0, 0, 0}, {20, 20, 20}, {0, 20, 5}};
+            std::vector<GkPoint3d> before;
+            for (const GkPoint3d& corner : corners)
+                before.push_back(onScreen(corner));
+            const GkPoint3d seen = onScreen(place);
+            const int x = int(seen.x) - canvas()->width() / 2;
+            const int y = canvas()->height() - int(seen.y) - canvas()->height() / 2;
+            // A turn of the wheel while a pan is held, which does nothing by itself.
+            press(kMiddleButton, x, y);
+            scroll(120, x, y);
+            EXPECT_NEAR((camera()->target() - place).dotProduct(camera()->direction()), 0, 0.2);
+            for (size_t i = 0; i < before.size(); ++i) {
+                EXPECT_NEAR(onScreen(corners[i]).x, before[i].x, 1e-6);
+                EXPECT_NEAR(onScreen(corners[i]).y, before[i].y, 1e-6);
+            }
+            release(kMiddleButton, x, y);
+            // Beside the model it stays at the depth that it has.
+            const GkPoint3d target = camera()->target();
+            press(kMiddleButton, kBesideX, kBesideY);
+            scroll(120, kBesideX, kBesideY);
+            EXPECT_TRUE(camera()->target().isEqualTo(target));
+            release(kMiddleButton, kBesideX, kBesideY);
+        }
 }
 
 TEST_F(PanZoomTest, TheWheelRestsWhileAPanIsHeldUnlessAModifierIsDown)
 {
-    const double width = camera()->extentsWidth();
+    const double width = shownWidth();
     press(kMiddleButton, 0, 0);
     scroll(120, 0, 0);
-    EXPECT_EQ(camera()->extentsWidth(), width);
+    EXPECT_NEAR(shownWidth(), width, width * 1e-9);
     scroll(120, 0, 0, kControlModifier);
-    EXPECT_GT(camera()->extentsWidth(), width);
+    EXPECT_LT(shownWidth(), width * 0.95);
     release(kMiddleButton, 0, 0);
 
-    const double held = camera()->extentsWidth();
+    const double held = shownWidth();
     press(kRightButton, 0, 0);
     scroll(120, 0, 0);
-    EXPECT_GT(camera()->extentsWidth(), held);
+    EXPECT_LT(shownWidth(), held * 0.95);
     release(kRightButton, 0, 0);
 }
 
@@ -256,7 +330,7 @@ TEST_F(PanZoomTest, ARecordingHasTheEndOfADragAndEachStepOnlyIfItIsToBeSmooth)
         // A turn of the wheel is recorded as the zoom that it is, before the place under the pointer is held.
         targets.clear();
         const GkPoint3d before = camera()->target();
-        scroll(120, 200, 100);
+        scroll(120, kBesideX, kBesideY);
         EXPECT_EQ(targets.size(), smooth ? 1u : 0u);
         EXPECT_TRUE(targets.empty() || targets.front().isEqualTo(before));
         EXPECT_FALSE(camera()->target().isEqualTo(before));

@@ -5,6 +5,7 @@
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/View/CameraTransition.h"
 #include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/Private/Aim.h"
 #include "UI/Base/View/TransitionMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -57,6 +58,7 @@ void TouchNavigation::zoom(const Vs::Point2& place, double factor)
     if (!camera)
         return;
     TransitionMgr::get()->finish();
+    aimAt(*m_view, place);
     const GkPoint3d before = m_view->windowToWorld(place);
     camera->zoom(factor);
     camera->dolly(before - m_view->windowToWorld(place));

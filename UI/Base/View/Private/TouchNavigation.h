@@ -15,7 +15,7 @@ public:
 
     /// Moves what lies in the plane of the target along, by logical pixels; `dy` downwards.
     void pan(double dx, double dy);
-    /// Scales by the factor, and keeps what lies at `place` of the canvas there, at the depth of the target.
+    /// Scales by the factor, and keeps what lies at `place` of the canvas there.
     void zoom(const Vs::Point2& place, double factor);
     /// Turns the picture clockwise.
     void roll(double radians);
