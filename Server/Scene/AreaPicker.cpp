@@ -23,6 +23,9 @@ namespace {
 /// places of its own.
 constexpr int kRays = 48;
 constexpr size_t kPlacesAsked = 6;
+/// A line is asked so often on its way through the rectangle; a short one less often, as its places are near
+/// to each other, in pixels.
+constexpr double kPlacesOnLine = 12, kLeastPlacesOnLine = 2, kBetweenPlaces = 8;
 
 GkPoint3d pointAt(const std::vector<float>& points, size_t index)
 {
@@ -55,8 +58,9 @@ public:
                m_vertex.has_value();
     }
 
-    /// Whether `ask` says yes of one of about so many places: the middle of a triangle with two of its
-    /// corners, or a point three times.
+    /// Whether `ask` says yes of one of about so many places on surfaces: the middle of a triangle with two
+    /// of its corners; or of the vertex, three times. Lines are asked otherwise (`linesWithin`): the ends of
+    /// an edge say nothing of what is between them.
     template <class Ask>
     bool anyPlace(size_t places, Ask&& ask) const
     {
@@ -69,15 +73,23 @@ public:
             if (ask(Place{a + ((b - a) + (c - a)) * (1.0 / 3), b, c}))
                 return true;
         }
-        for (size_t i = m_points.first; i < m_points.second; i += stepOf(m_points)) {
-            const GkPoint3d p = pointAt(m_mesh.edgePoints, i);
-            if (ask(Place{p, p, p}))
-                return true;
-        }
         if (!m_vertex)
             return false;
         const GkPoint3d p = pointAt(m_mesh.vertexPoints, *m_vertex);
         return ask(Place{p, p, p});
+    }
+
+    using Line = std::pair<GkPoint3d, GkPoint3d>;
+    /// What of the edges lies within a region.
+    std::vector<Line> linesWithin(const ViewRegion& region) const
+    {
+        std::vector<Line> lines;
+        eachLine([&](GkPoint3d a, GkPoint3d b) {
+            if (region.cutLine(a, b))
+                lines.emplace_back(a, b);
+            return false;
+        });
+        return lines;
     }
 
     bool isWithin(const ViewRegion& region) const
@@ -95,13 +107,25 @@ public:
         for (size_t i = 3 * m_triangles.first; i < 3 * m_triangles.second; i += 3)
             if (region.meetsTriangle(corner(i), corner(i + 1), corner(i + 2)))
                 return true;
-        for (size_t i = m_points.first; i + 1 < m_points.second; ++i)
-            if (region.meetsLine(pointAt(m_mesh.edgePoints, i), pointAt(m_mesh.edgePoints, i + 1)))
-                return true;
+        if (eachLine([&](const GkPoint3d& a, const GkPoint3d& b) { return region.meetsLine(a, b); }))
+            return true;
         return m_vertex && region.contains(pointAt(m_mesh.vertexPoints, *m_vertex));
     }
 
 private:
+    /// Of the straight pieces of the edges, in their order, until one is answered with true.
+    template <class Ask>
+    bool eachLine(Ask&& ask) const
+    {
+        for (size_t i = m_points.first; i + 1 < m_points.second; ++i) {
+            // The last point of an edge and the first of the next one are not joined.
+            if (edgeOfSegment(m_mesh, uint32_t(i)) < 0)
+                continue;
+            if (ask(pointAt(m_mesh.edgePoints, i), pointAt(m_mesh.edgePoints, i + 1)))
+                return true;
+        }
+        return false;
+    }
     GkPoint3d corner(size_t index) const { return pointAt(m_mesh.positions, m_mesh.triangles[index]); }
 
     const BodyMesh& m_mesh;
@@ -207,11 +231,44 @@ private:
                 return true;
         }
         const ViewRegion within = region.within(found.localToWorld);
-        return Outline(*bodyOf(found).mesh(), found.part).anyPlace(kPlacesAsked, [&](const auto& local) {
-            return within.contains(local[0]) && !isEdgeOn(found.localToWorld, local) &&
-                   !m_rays.isHidden(m_root, m_rays.projection().worldToScreen(found.localToWorld * local[0]));
-        });
+        const Outline outline(*bodyOf(found).mesh(), found.part);
+        return isAnySeen(outline.linesWithin(within), found.localToWorld) ||
+               outline.anyPlace(kPlacesAsked, [&](const auto& local) {
+                   return within.contains(local[0]) && !isEdgeOn(found.localToWorld, local) &&
+                          !m_rays.isHidden(m_root, screen(found.localToWorld * local[0]));
+               });
     }
+
+    /// Asks at even distances on the screen along all of the lines, and so between their ends, which are
+    /// seen even of a line that is hidden by what they belong to.
+    bool isAnySeen(const std::vector<Outline::Line>& lines, const GkMatrix3d& toWorld) const
+    {
+        const auto length = [&](const Outline::Line& line) {
+            const GkPoint3d a = screen(toWorld * line.first), b = screen(toWorld * line.second);
+            return std::hypot(b.x - a.x, b.y - a.y);
+        };
+        double whole = 0;
+        for (const Outline::Line& line : lines)
+            whole += length(line);
+        if (!(whole > 0))
+            return false;
+        const double count = std::ceil(std::clamp(whole / kBetweenPlaces, kLeastPlacesOnLine, kPlacesOnLine));
+        double next = whole / count / 2;
+        double before = 0;
+        for (const Outline::Line& line : lines) {
+            const double own = length(line);
+            for (; next < before + own; next += whole / count) {
+                const GkPoint3d place =
+                    toWorld * (line.first + (line.second - line.first) * ((next - before) / own));
+                if (!m_rays.isHidden(m_root, screen(place)))
+                    return true;
+            }
+            before += own;
+        }
+        return false;
+    }
+
+    GkPoint3d screen(const GkPoint3d& world) const { return m_rays.projection().worldToScreen(world); }
 
     /// Whether only the edge of a surface is seen at a place, which has a place and two directions in it.
     bool isEdgeOn(const GkMatrix3d& toWorld, const std::array<GkPoint3d, 3>& local) const

@@ -79,9 +79,10 @@ bool ViewRegion::meetsTriangle(const GkPoint3d& a, const GkPoint3d& b, const GkP
     return true;
 }
 
-bool ViewRegion::meetsLine(const GkPoint3d& a, const GkPoint3d& b) const
+bool ViewRegion::partOfLine(const GkPoint3d& a, const GkPoint3d& b, double& from, double& to) const
 {
-    double from = 0, to = 1;
+    from = 0;
+    to = 1;
     for (const Plane& plane : m_planes) {
         const double before = plane.at(a), after = plane.at(b);
         if (before < 0 && after < 0)
@@ -92,6 +93,23 @@ bool ViewRegion::meetsLine(const GkPoint3d& a, const GkPoint3d& b) const
             to = std::min(to, before / (before - after));
     }
     return from <= to;
+}
+
+bool ViewRegion::meetsLine(const GkPoint3d& a, const GkPoint3d& b) const
+{
+    double from = 0, to = 1;
+    return partOfLine(a, b, from, to);
+}
+
+bool ViewRegion::cutLine(GkPoint3d& a, GkPoint3d& b) const
+{
+    double from = 0, to = 1;
+    if (!partOfLine(a, b, from, to))
+        return false;
+    const GkVector3d along = b - a;
+    b = a + along * to;
+    a = a + along * from;
+    return true;
 }
 
 } // namespace Vs::Scene

@@ -22,6 +22,8 @@ public:
     /// Whether a part of the triangle or of the line between the points is within.
     bool meetsTriangle(const GkPoint3d& a, const GkPoint3d& b, const GkPoint3d& c) const;
     bool meetsLine(const GkPoint3d& a, const GkPoint3d& b) const;
+    /// Shortens the line between the points to the part that is within. False if none is.
+    bool cutLine(GkPoint3d& a, GkPoint3d& b) const;
 
 private:
     /// Within where the sum is not below zero.
@@ -31,6 +33,7 @@ private:
         double at(const GkPoint3d& p) const { return x * p.x + y * p.y + z * p.z + w; }
     };
     ViewRegion() = default;
+    bool partOfLine(const GkPoint3d& a, const GkPoint3d& b, double& from, double& to) const;
 
     std::array<Plane, 5> m_planes{};
 };

@@ -98,6 +98,32 @@ TEST_P(AreaPick, PartsOfBodiesAreTakenByTheirKinds)
     EXPECT_EQ(in(-2, 5, {.bodies = false, .parts = of(Part::Face)}).count(5), 0u);
 }
 
+TEST_P(AreaPick, AStraightEdgeIsSeenByWhatLiesBetweenItsEnds)
+{
+    const AreaWish edges{.crossing = true, .bodies = false, .parts = 1u << unsigned(Part::Edge)};
+    // A narrow band over two sides of the middle plate, far from their corners. Edges count from 0, the rim
+    // of the lower side, and 1, that of the upper one.
+    EXPECT_EQ(in(18, 32, edges, 7, 9), Numbers{1});
+    AreaWish all = edges;
+    all.visibleOnly = false;
+    EXPECT_EQ(in(18, 32, all, 7, 9), (Numbers{0, 1}));
+
+    // From the side, the upright edges at the back are hidden although their upper ends are corners that are
+    // seen; those in front and the rims are not.
+    m_camera->look({-1, 2, -0.6}, {0, 0, 1});
+    m_camera->fit(m_root->boundingBox());
+    m_projection.emplace(*m_camera, 600, 300);
+    AreaWish wish = edges;
+    wish.left = wish.bottom = 0;
+    wish.right = 600;
+    wish.top = 300;
+    std::set<uint32_t> ofFirst;
+    for (const PickedPoint& found : pickArea(*m_root, *m_projection, wish))
+        if (found.path.back().get() == m_nodes[0])
+            ofFirst.insert(found.part->index);
+    EXPECT_EQ(ofFirst, (std::set<uint32_t>{0, 1, 2, 3, 4})) << "of the four upright ones, 5 is behind";
+}
+
 TEST(AreaPickBehind, WhatReachesBehindTheViewerIsCutThere)
 {
     const auto root = GroupNode::make();
