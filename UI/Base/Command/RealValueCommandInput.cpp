@@ -1,6 +1,7 @@
 #include "UI/Base/Command/RealValueCommandInput.h"
 
 #include "Server/Types/Units/Expression.h"
+#include "Server/Types/UnitsOptionGroup.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/Private/Localized.h"
@@ -35,7 +36,24 @@ RealValueCommandInput* RealValueCommandInput::make(CommandInputSet* set, int num
     input->m_unit = unit;
     input->m_settings = Vs::Units::UnitDisplaySettings::get();
     input->m_measureFilter = measureFilterOf(unit.quantity());
+    using Vs::Units::Quantity;
+    const bool ofLength = unit.quantity() == Quantity::Length || unit.quantity() == Quantity::Area ||
+                          unit.quantity() == Quantity::Volume;
+    if (ofLength && unit == Vs::Units::Unit::display(unit.quantity()))
+        Vs::UnitsOptionGroup::get()->subscribe(input);
     return input;
+}
+
+RealValueCommandInput::~RealValueCommandInput()
+{
+    Vs::UnitsOptionGroup::get()->unsubscribe(this);
+}
+
+void RealValueCommandInput::optionChanged(Vs::OptionEvent*)
+{
+    const Vs::Units::Unit unit = Vs::Units::Unit::display(m_unit.quantity());
+    if (std::exchange(m_unit, unit) != unit)
+        stateChanged();
 }
 
 void RealValueCommandInput::unitDisplaySettings(const Vs::Units::UnitDisplaySettings& settings)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/OptionGroup.h"
 #include "Server/Types/Units/UnitDisplaySettings.h"
 #include "UI/Base/Command/CommandInput.h"
 
@@ -7,12 +8,16 @@ namespace Vu {
 
 /// A number with a unit. The value is held in the base unit of its quantity (Vs::Units::Unit): lengths in
 /// millimetres, angles in radians. As text it may be an expression (Vs::Units::evaluate).
-class RealValueCommandInput : public Vs::Implements<RealValueCommandInput, CommandInput<double>>
+class RealValueCommandInput : public Vs::Implements<RealValueCommandInput, CommandInput<double>>,
+                              private Vs::OptionEventSite
 {
 public:
-    /// `unit` is the one in which a person sees the value; the default is for plain numbers.
+    /// `unit` is the one in which a person sees the value; the default is for plain numbers. Where it is the
+    /// one in which the user sees all lengths, areas or volumes, the input follows the user to another.
     static RealValueCommandInput* make(CommandInputSet* set, int number, Info* info,
                                        const Vs::Units::Unit& unit = {});
+
+    ~RealValueCommandInput() override;
 
     const Vs::Units::Unit& inputUnits() const { return m_unit; }
     /// The user's settings at the making of the input, unless it is given others.
@@ -55,6 +60,7 @@ private:
     };
 
     using Implements::Implements;
+    void optionChanged(Vs::OptionEvent* event) override;
     std::wstring onWhyInvalid() const override;
     std::wstring whyRefused(const std::wstring& text) const override;
 

@@ -169,6 +169,7 @@ void MeasureCmd::onActivate()
         CommandInputEventSource::get()->subscribe(this, input.get());
     CanvasEventSource::get()->subscribe(this);
     Vs::AssetEventSource::get()->subscribe(this);
+    Vs::UnitsOptionGroup::get()->subscribe(this);
     m_selected = m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
     if (m_selected)
         m_selected->subscribe(this);
@@ -179,6 +180,7 @@ void MeasureCmd::onDeactivate()
 {
     if (Vs::SelectionSet* left = std::exchange(m_selected, nullptr))
         left->unsubscribe(this);
+    Vs::UnitsOptionGroup::get()->unsubscribe(this);
     Vs::AssetEventSource::get()->unsubscribe(this);
     CanvasEventSource::get()->unsubscribe(this);
     Implements::onDeactivate();
@@ -242,6 +244,17 @@ void MeasureCmd::precisionChanged()
     Vs::Units::UnitDisplaySettings::userEditableSettings().generalPrecision(m_inputs->chosenPrecision());
     for (RealValueCommandInput* result : m_inputs->results())
         result->unitDisplaySettings(Vs::Units::UnitDisplaySettings::get());
+    showTexts();
+}
+
+// The inputs follow by themselves, and before: they were there first.
+void MeasureCmd::optionChanged(Vs::OptionEvent*)
+{
+    showTexts();
+}
+
+void MeasureCmd::showTexts()
+{
     m_distancePreview.text(m_inputs->pair.distance->displayText());
     m_anglePreview.text(m_inputs->pair.angle->displayText());
     m_huds.place();

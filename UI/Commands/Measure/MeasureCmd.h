@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/OptionGroup.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
@@ -24,6 +25,7 @@ class MeasureCmd : public Vs::Implements<MeasureCmd, InteractiveCommandBase, Com
                                          Vs::Scene::CameraEventSite>,
                    private CanvasEventSite,
                    private Vs::AssetEventSite,
+                   private Vs::OptionEventSite,
                    private Vs::SelectionSetSite
 {
 public:
@@ -72,6 +74,8 @@ private:
     void selectionTypesChanged();
     void clearSelections();
     void precisionChanged();
+    void optionChanged(Vs::OptionEvent* event) override;
+    void showTexts();
     void preselected(const Vs::Selection* selection);
     bool permits(const CommandInputBase* input, const Vs::Selection& selection) const;
     void hovered(const CommandInputBase* input, bool entering);

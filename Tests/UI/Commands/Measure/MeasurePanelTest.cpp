@@ -6,6 +6,7 @@
 #include "Server/DataModel/Transaction.h"
 #include "Server/Scene/GeometryNode.h"
 #include "Server/Scene/ViewFragment.h"
+#include "Server/Types/LengthUnit.h"
 #include "Server/Types/UnitsOptionGroup.h"
 #include "Tests/UI/Commands/Navigation.h"
 #include "UI/Base/Command/CommandBase.h"
@@ -235,6 +236,21 @@ TEST_F(MeasurePanel, FormatsAnewWithAnotherPrecision)
     EXPECT_EQ(input<RealValueCommandInput>(L"AreaInput1")->value(), area);
     EXPECT_EQ(answer(L"Measure.Radius Cylinder1/Face1"), L"5 mm") << "the user's setting, for all numbers";
     EXPECT_EQ(Vs::UnitsOptionGroup::get()->generalPrecision(), 16);
+}
+
+TEST_F(MeasurePanel, FollowsTheUserToAnotherUnit)
+{
+    begin();
+    pick(1, L"Cylinder1/Face1");
+    pick(2, L"Box2");
+    Vs::LengthUnit::display(*Vs::LengthUnit::find("cm"));
+    EXPECT_EQ(shown(L"AreaInput1"), L"12.566 cm²");
+    EXPECT_EQ(shown(L"DistanceInput"), L"8.5 cm");
+    EXPECT_EQ(shown(L"VolumeInput2"), L"6 cm³");
+    Vs::LengthUnit::display(*Vs::LengthUnit::find("m"));
+    EXPECT_EQ(shown(L"VolumeInput2"), L"0.000006 m³") << "little is not nothing";
+    Vs::LengthUnit::display(*Vs::LengthUnit::find("mm"));
+    EXPECT_EQ(shown(L"VolumeInput2"), L"6000 mm³");
 }
 
 TEST_F(MeasurePanel, GivesUpWhatIsDeletedAndMeasuresAgainWhatChanged)
