@@ -159,7 +159,7 @@ GkVector3d Camera::right() const
 {
     const GkVector3d along = direction();
     const GkVector3d across = along.crossProduct(m_up.normal());
-    return (across.length() > 1e-9 ? across : along.crossProduct(along.perpVector())).normal();
+    return across.length() > 1e-9 ? across.normal() : -along.perpVector();
 }
 
 GkVector3d Camera::screenUp() const
