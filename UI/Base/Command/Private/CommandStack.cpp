@@ -178,10 +178,30 @@ CommandBase* CommandStack::create(CommandDefinition* definition, const CommandCo
     return command;
 }
 
+namespace {
+
+/// What only looks at the model sees what became of it by an undo as well.
+bool outlastsSteps(const CommandBase& running)
+{
+    const CommandDefinition* definition = running.commandDefinition();
+    return definition && definition->readonly() && definition->id() != CommandDefinition::selectCommandId();
+}
+
+bool walksSteps(const CommandBase& command)
+{
+    const std::wstring id = command.commandDefinition() ? command.commandDefinition()->id() : std::wstring();
+    return id == L"UndoCommand" || id == L"RedoCommand";
+}
+
+} // namespace
+
 std::vector<CommandBase*> CommandStack::leavingFor(CommandBase* command) const
 {
     const EStackingBehavior behavior = command->onStackingBehavior();
     auto first = m_commands.begin();
+    if (walksSteps(*command) && std::all_of(m_commands.begin(), m_commands.end(),
+                                            [](const auto* running) { return outlastsSteps(*running); }))
+        return {};
     if (behavior == EStackingBehavior::OverCategory) {
         // A tool that was chosen comes back when the one that a mouse button holds goes.
         const bool held = startedInCanvas(command);
