@@ -27,7 +27,8 @@ void paint(const Document& document, const TDF_Label& label, const std::optional
                        XCAFDoc_ColorSurf);
 }
 
-void paintFace(const Document& document, const TDF_Label& part, uint32_t index, const ColourEdit& edit)
+void paintFace(const Document& document, const TDF_Label& part, uint32_t index, const ColourEdit& edit,
+               ShapeLog& log)
 {
     const Handle(XCAFDoc_ShapeTool) tool = XCAFDoc_DocumentTool::ShapeTool(document->Main());
     const TopoDS_Shape body = bodyShape(part);
@@ -39,7 +40,9 @@ void paintFace(const Document& document, const TDF_Label& part, uint32_t index, 
         return;
     }
     // The colours of faces are a part of the mesh, which is made anew for a shape that has changed.
-    replaceShape(document, part, renewed(body), [](const TopoDS_Shape& same) { return std::vector{same}; });
+    const TopoDS_Shape changed = renewed(body);
+    replaceShape(document, part, changed, [](const TopoDS_Shape& same) { return std::vector{same}; });
+    log.note(body, changed, nullptr);
     const TopoDS_Shape placed = face.Moved(XCAFDoc_ShapeTool::GetShape(part).Location());
     TDF_Label label;
     if (!tool->FindSubShape(part, placed, label))
@@ -51,7 +54,7 @@ void paintFace(const Document& document, const TDF_Label& part, uint32_t index, 
 
 } // namespace
 
-std::vector<std::string> apply(const Document& document, const ColourEdit& edit)
+std::vector<std::string> apply(const Document& document, const ColourEdit& edit, ShapeLog& log)
 {
     for (const ObjectPath& object : edit.objects) {
         const Occurrence occurrence(document, object.component);
@@ -60,7 +63,7 @@ std::vector<std::string> apply(const Document& document, const ColourEdit& edit)
         else if (object.leaf == ObjectPath::Leaf::Body)
             paint(document, occurrence.shown(), edit.colour);
         else if (object.leaf == ObjectPath::Leaf::Face)
-            paintFace(document, occurrence.shown(), object.index, edit);
+            paintFace(document, occurrence.shown(), object.index, edit, log);
         else
             throw EditError(EditFault::NoSuchPart, nameOf(occurrence.label()));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/Edit/ModelEdit.h"
+#include "Server/DataModel/Kernel/ShapeLog.h"
 
 #include <TDocStd_Document.hxx>
 
@@ -10,8 +11,9 @@
 namespace Vs::Kernel {
 
 // Kinds of ModelEdit. Each `apply` returns the ids of the components that it added, and throws
-// std::runtime_error or Standard_Failure.
+// std::runtime_error or Standard_Failure. `log` is told which shapes took the places of which.
 
-std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const ColourEdit& edit);
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const ColourEdit& edit,
+                               ShapeLog& log);
 
 } // namespace Vs::Kernel

@@ -122,7 +122,8 @@ void separate(const Document& document, const Occurrence& target, const std::vec
 
 } // namespace
 
-std::vector<std::string> apply(const Document& document, const CombineEdit& edit, MadeShapes& known)
+std::vector<std::string> apply(const Document& document, const CombineEdit& edit, MadeShapes& known,
+                               ShapeLog& log)
 {
     const Occurrence target(document, edit.target);
     PlacedBody body = bodyOf(target);
@@ -147,13 +148,15 @@ std::vector<std::string> apply(const Document& document, const CombineEdit& edit
     });
     separate(document, target, tools);
     replaceShape(document, target.shown(), answer.made.shape, answer.made.successors);
+    log.note(question.shapes.front(), answer.made.shape, answer.made.successors);
     takeFaceColours(document, target.shown(), tools, answer);
     if (!edit.keepTools)
         removeOccurrences(document, edit.tools);
     return {};
 }
 
-std::vector<std::string> apply(const Document& document, const BlendEdit& edit, MadeShapes& known)
+std::vector<std::string> apply(const Document& document, const BlendEdit& edit, MadeShapes& known,
+                               ShapeLog& log)
 {
     struct Edges
     {
@@ -186,6 +189,7 @@ std::vector<std::string> apply(const Document& document, const BlendEdit& edit, 
         };
         const MadeShape& made = known.make(question, make).made;
         replaceShape(document, part, made.shape, made.successors);
+        log.note(body, made.shape, made.successors);
     }
     return {};
 }

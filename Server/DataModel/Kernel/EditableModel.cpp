@@ -17,8 +17,10 @@ std::vector<std::string> EditableModel::edit(const ModelEdit& edit)
         prepare(edit);
         return std::visit(
             [&](const auto& each) {
-                if constexpr (requires { apply(document(), each, m_made); })
-                    return apply(document(), each, m_made);
+                if constexpr (requires { apply(document(), each, m_made, m_log); })
+                    return apply(document(), each, m_made, m_log);
+                else if constexpr (requires { apply(document(), each, m_log); })
+                    return apply(document(), each, m_log);
                 else
                     return apply(document(), each);
             },
@@ -52,6 +54,24 @@ std::vector<std::string> EditableModel::paste(ModelKernel& source, const std::ve
             other->transaction().withoutRemoved(work);
         return added;
     });
+}
+
+std::shared_ptr<const PartSuccessors> EditableModel::successors(uint64_t before, uint64_t after)
+{
+    return guarded([&] { return m_log.between(before, after); });
+}
+
+std::unique_ptr<ModelChange> EditableModel::commit()
+{
+    std::unique_ptr<ModelChange> change = XdeModel::commit();
+    guarded([&] { m_log.settle(true); });
+    return change;
+}
+
+void EditableModel::abort()
+{
+    XdeModel::abort();
+    guarded([&] { m_log.settle(false); });
 }
 
 } // namespace Vs::Kernel

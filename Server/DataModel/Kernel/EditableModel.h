@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/Kernel/MadeShapes.h"
+#include "Server/DataModel/Kernel/ShapeLog.h"
 #include "Server/DataModel/Kernel/XdeModel.h"
 
 namespace Vs::Kernel {
@@ -13,11 +14,15 @@ public:
     using XdeModel::XdeModel;
     std::vector<std::string> edit(const ModelEdit& edit) override;
     std::vector<std::string> paste(ModelKernel& source, const std::vector<std::string>& components) override;
+    std::shared_ptr<const PartSuccessors> successors(uint64_t before, uint64_t after) override;
+    std::unique_ptr<ModelChange> commit() override;
+    void abort() override;
 
 private:
     void prepare(const ModelEdit& edit);
 
     MadeShapes m_made;
+    ShapeLog m_log;
 };
 
 } // namespace Vs::Kernel

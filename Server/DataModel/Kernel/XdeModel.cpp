@@ -236,6 +236,12 @@ uint64_t XdeModel::revision(const std::string& entry)
     return guarded([&] { return revisionOf(bodyShape(bodyLabel(m_document, entry))); });
 }
 
+// Whoever can't edit has no changes to follow.
+std::shared_ptr<const PartSuccessors> XdeModel::successors(uint64_t, uint64_t)
+{
+    return nullptr;
+}
+
 std::shared_ptr<const BodyMesh> XdeModel::mesh(const std::string& entry,
                                                const TranslatorRefinement& refinement)
 {

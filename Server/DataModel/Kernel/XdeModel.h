@@ -28,6 +28,7 @@ public:
     void write(std::ostream& stream) override;
     PartTree tree() override;
     uint64_t revision(const std::string& entry) override;
+    std::shared_ptr<const PartSuccessors> successors(uint64_t before, uint64_t after) override;
     std::vector<TouchedPlace> takeTouched() override;
     PartTree branch(const std::string& entry, bool deep) override;
     std::shared_ptr<const BodyMesh> mesh(const std::string& entry,

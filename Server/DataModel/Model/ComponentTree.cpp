@@ -148,6 +148,7 @@ void ComponentTree::forget(Component& component)
 ComponentsEvent::Changes ComponentTree::refresh()
 {
     return m_source->withKernel([&](ModelKernel& kernel) {
+        m_reshaped.clear();
         Refresh refresh{kernel, {}, {}, {}};
         if (!m_related) {
             refreshAll(refresh);
@@ -288,6 +289,9 @@ bool ComponentTree::take(Refresh& refresh, const PartTree& tree, Component& comp
         if (own->update(tree.bodies[static_cast<size_t>(node.body)]))
             refresh.changedBodies.insert(own.get());
         changed |= refresh.changedBodies.contains(own.get());
+        const auto* before = cast<ModelBody>(component.body.get());
+        if (before && before->revision() != 0 && before->revision() != own->revision())
+            m_reshaped.push_back({component.id, before->revision()});
         body = own;
     }
     set(component.body, body);

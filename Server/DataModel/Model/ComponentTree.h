@@ -4,6 +4,7 @@
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Model/ChildNames.h"
 #include "Server/DataModel/Model/ModelSource.h"
+#include "Server/DataModel/Selection/PartHistory.h"
 
 #include <map>
 #include <memory>
@@ -35,6 +36,8 @@ public:
     /// Brings everything up to date; components and bodies that are still there stay the same objects. Gives
     /// what changed.
     ComponentsEvent::Changes refresh();
+    /// Of the last refresh.
+    const std::vector<ReshapedBody>& reshaped() const { return m_reshaped; }
     /// The body at that place of the tree's list, made if it isn't known.
     StrongRef<ModelBody> bodyOf(const PartTree& tree, size_t index);
 
@@ -60,6 +63,7 @@ private:
     std::unique_ptr<Component> m_root;
     std::unordered_map<std::string, Component*> m_components;
     std::map<std::string, StrongRef<ModelBody>> m_bodies;
+    std::vector<ReshapedBody> m_reshaped;
     // Filled with the first refresh, for the places that later ones are told.
     bool m_related = false;
     std::unordered_map<const Component*, std::string> m_parts; ///< Of which part each is an occurrence.

@@ -30,6 +30,7 @@ public:
 
     /// Brings the component tree up to date with the kernel's data. Gives what changed.
     ComponentsEvent::Changes refresh() { return m_tree.refresh(); }
+    const std::vector<ReshapedBody>& reshaped() const { return m_tree.reshaped(); }
 
     /// Whether there is nothing in it, and never was.
     bool isEmpty() const { return !m_source->file && !m_source->kernelLoaded(); }

@@ -2,6 +2,7 @@
 
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Edit/ModelEdit.h"
+#include "Server/DataModel/Model/PartSuccessors.h"
 #include "Server/DataModel/Model/PartTree.h"
 #include "Server/DataModel/Model/ShapeMeasure.h"
 #include "Server/DataModel/Translator.h"
@@ -44,6 +45,9 @@ public:
     virtual PartTree tree() = 0;
     /// PartTree::Body::revision of a body.
     virtual uint64_t revision(const std::string& entry) = 0;
+    /// What became of the parts of a body that had one revision in the shape of another revision, which came
+    /// of it by changes, or of which it came; null if that isn't known.
+    virtual std::shared_ptr<const PartSuccessors> successors(uint64_t before, uint64_t after) = 0;
     /// What was touched by changes that are committed, or reverted, since the last call of this or of `tree`.
     virtual std::vector<TouchedPlace> takeTouched() = 0;
     /// The part of the tree that stands at a place, as if it were the whole; an empty tree if nothing stands

@@ -2,6 +2,10 @@
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/UI/Commands/InCanvas.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/CommandMgr.h"
 
 #include <QScrollArea>
 #include <QScrollBar>
@@ -54,6 +58,67 @@ TEST_F(EditCommandsTest, LinesMoveTurnAndCopyWithUnitsAndExpressions)
     EXPECT_EQ(Vs::Transaction::undoName(asset()), L"Copy");
     answer(L"VuCommands.UndoCmd");
     EXPECT_EQ(paths().size(), 3u);
+}
+
+TEST_F(EditCommandsTest, WhatIsSelectedOfABodyIsTheSameAfterItChanged)
+{
+    const auto text = [] {
+        const auto& all = selected().selections();
+        return all.empty()
+                   ? std::wstring()
+                   : Vs::pathText(Vs::cast<Vs::LogicalSelection>(all.front().get())->path(), *asset());
+    };
+    const auto place = [&] {
+        return text().empty() ? std::wstring() : answer(L"Measure.Position " + text());
+    };
+    answer(L"Design.Box 40 40 10");
+    answer(L"Design.Cylinder 5 30 20,20,-10");
+    std::wstring top;
+    for (int i = 1; top.empty() && i <= 6; ++i)
+        if (answer(L"Measure.Position Box4/Face" + std::to_wstring(i)) == L"20 mm, 20 mm, 10 mm")
+            top = L"Box4/Face" + std::to_wstring(i);
+    select({top});
+    answer(L"Design.Subtract Box4 Cylinder1");
+    EXPECT_EQ(place(), L"20 mm, 20 mm, 10 mm");
+    answer(L"VuCommands.UndoCmd");
+    EXPECT_EQ(text(), Vs::pathText(path(top), *asset()));
+    answer(L"VuCommands.RedoCmd");
+    EXPECT_EQ(place(), L"20 mm, 20 mm, 10 mm");
+    // A tool's preview comes and goes without taking anything from what is selected.
+    const std::wstring before = text();
+    answer(L"Commands.Start FilletCommand");
+    answer(L"Commands.SetInput Edges Box4/Edge5");
+    EXPECT_EQ(text(), before);
+    answer(L"Commands.Cancel");
+    EXPECT_EQ(text(), before);
+    // An edge that was rounded off is no edge of the next tool's.
+    select({L"Box4/Edge5"});
+    answer(L"Design.Fillet 1 Box4/Edge5");
+    EXPECT_EQ(text(), L"");
+    // What a tool holds follows as well.
+    const auto hole = [&] {
+        for (int i = 1; i <= 8; ++i)
+            if (run(L"Measure.Radius Box4/Face" + std::to_wstring(i)).second == L"5 mm")
+                return L"Box4:1/Body1/Face" + std::to_wstring(i);
+        return std::wstring();
+    };
+    const auto held = [] {
+        return activeSession()
+            ->commandManager()
+            ->activeCommand()
+            ->commandInputSet()
+            ->findInput(L"SelectionInput1")
+            ->valueAsString();
+    };
+    answer(L"Commands.Start MeasureCommand");
+    answer(L"Commands.SetInput SelectionInput1 " + hole());
+    answer(L"VuCommands.UndoCmd");
+    EXPECT_EQ(activeSession()->commandManager()->activeCommand()->commandDefinition()->id(),
+              L"MeasureCommand")
+        << "what only looks goes on";
+    EXPECT_EQ(held(), hole());
+    answer(L"VuCommands.UndoCmd");
+    EXPECT_EQ(held(), L"") << "there is no hole any more";
 }
 
 TEST_F(EditCommandsTest, LinesThatMakeNoSenseSayWhyAndLeaveNoStep)

@@ -6,12 +6,14 @@
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/DataModel/TransactionMgr.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/Private/CanvasPicker.h"
+#include "UI/Base/Session/Private/PartFollower.h"
 #include "UI/Base/Session/Private/RubberBand.h"
 #include "UI/Base/Session/SelectionInputEvents.h"
 #include "UI/Base/View/GraphicsCanvas.h"
@@ -98,15 +100,19 @@ SelectionCommandInput* SelectionCommandInput::make(CommandInputSet* set, int num
 }
 
 SelectionCommandInput::SelectionCommandInput(CommandInputSet* set, int number, Info* info)
-    : Implements(set, number, info), m_kinds(rests(*set->command()))
+    : Implements(set, number, info),
+      m_kinds(rests(*set->command())),
+      m_follower(std::make_unique<PartFollower>())
 {
     m_own.subscribe(this);
+    Vs::AssetEventSource::get()->subscribe(this);
     MouseEventSource::get()->subscribe(this);
 }
 
 SelectionCommandInput::~SelectionCommandInput()
 {
     leaveSession();
+    Vs::AssetEventSource::get()->unsubscribe(this);
     MouseEventSource::get()->unsubscribe(this);
 }
 
@@ -329,6 +335,20 @@ void SelectionCommandInput::modelWillChange()
         if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
             logical && logical->asset() == asset)
             m_texts.emplace_back(logical->path(), Vs::pathText(logical->path(), *asset));
+}
+
+// A command's own changes are made of what its inputs name in the model as it was before them.
+void SelectionCommandInput::assetComponentsChanged(Vs::ComponentsEvent* event)
+{
+    if (m_current || event->asset() != assetOf(*this) || !m_follower->heard(*event->asset()))
+        return;
+    const CommandDefinition* own = commandInputSet()->command()->commandDefinition();
+    if (own && Vs::TransactionMgr(event->asset()).currentTransaction()->cmdKey() == own->id())
+        return;
+    const auto left = m_follower->follow(m_own.selections(), event->asset());
+    m_follower->followed();
+    if (m_own.replace(left))
+        m_texts.clear();
 }
 
 std::wstring SelectionCommandInput::textOf(const Vs::ObjectPath& path, const Vs::Asset& asset) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Selection/SelectionCategory.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "UI/Base/Command/CommandInput.h"
@@ -16,6 +17,7 @@ class Status;
 
 namespace Vu {
 
+class PartFollower;
 class RubberBand;
 
 /// An input that the user fills by clicking on what the canvas shows, while its command is active and its
@@ -24,7 +26,8 @@ class RubberBand;
 /// the last. One that takes any number also takes what lies in a rectangle that is pulled open.
 class SelectionCommandInput : public Vs::Implements<SelectionCommandInput, CommandInputBase>,
                               public MouseEventSite,
-                              private Vs::SelectionSetSite
+                              private Vs::SelectionSetSite,
+                              private Vs::AssetEventSite
 {
 public:
     /// Whether the input takes part in the picking at all.
@@ -115,6 +118,7 @@ private:
     std::optional<Selections> named(const std::wstring& text, Vs::Status& status) const;
     Vs::SelectionSet& selections() { return m_current ? *m_current : m_own; }
     void selectionSetChanged() override;
+    void assetComponentsChanged(Vs::ComponentsEvent* event) override;
     void leaveSession();
     void click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers);
     void take(const std::vector<Vs::StrongRef<Vs::Selection>>& banded, unsigned modifiers);
@@ -139,6 +143,7 @@ private:
     size_t m_quantity = 1;
     EState m_state = EState::Collecting;
     std::unique_ptr<RubberBand> m_band;
+    std::unique_ptr<PartFollower> m_follower;
     bool m_exactly = false;
     bool m_clearAtEnd = true;
     bool m_required = true;

@@ -1,6 +1,9 @@
 #include "Server/Base/Progress.h"
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyProperties.h"
+#include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/Measure/MeasureMgr.h"
+#include "Server/DataModel/Selection/PartHistory.h"
 #include "Tests/Server/DataModel/Edit/EditFixture.h"
 #include "Tests/Support/RealData.h"
 
@@ -114,6 +117,87 @@ TEST_F(EditSolidsTest, BodiesThatTouchOrCoincideAreTakenForWhatTheyAre)
     EXPECT_EQ(facesOf(a), 6u);
     edit(*asset, Vs::CombineEdit{Kind::Join, a, {corner}});
     EXPECT_NEAR(volumeOf(a), 3000, 1e-6);
+}
+
+/// The revision that a changed body had before the last change.
+class Reshapes : public Vs::AssetEventSite
+{
+public:
+    Reshapes() { Vs::AssetEventSource::get()->subscribe(this); }
+    ~Reshapes() override { Vs::AssetEventSource::get()->unsubscribe(this); }
+    void assetComponentsChanged(Vs::ComponentsEvent* event) override
+    {
+        m_last = Vs::reshapedBodies(*event->asset());
+    }
+    uint64_t before(const std::string& component) const
+    {
+        for (const auto& each : m_last)
+            if (each.component == component)
+                return each.before;
+        ADD_FAILURE() << "no other shape of " << component;
+        return 0;
+    }
+
+private:
+    std::vector<Vs::ReshapedBody> m_last;
+};
+
+TEST_F(EditSolidsTest, PartsOfAChangedBodyAreFoundAgainOrGivenUp)
+{
+    const auto middleOf = [&](const Vs::ObjectPath& part) {
+        Vs::MeasureResult result;
+        EXPECT_TRUE(Vs::MeasureMgr::get()->measure(
+            Vs::makeStrong<Vs::LogicalSelection>(asset, part, Vs::StrongRef<Vs::Selection>()),
+            Vs::EMeasureType::PositionX, result, &status));
+        return result.point1;
+    };
+    const auto middles = [&](const std::string& id, Leaf leaf, uint32_t count) {
+        std::vector<GkPoint3d> places;
+        for (uint32_t i = 0; i < count; ++i)
+            places.push_back(middleOf({id, leaf, i}));
+        return places;
+    };
+    const Reshapes reshapes;
+    const std::string plate = box(40, 40, 10, {}, L"Plate");
+    const std::string pin = cylinder(5, 30, {20, 20, -10});
+    const auto faces = middles(plate, Leaf::Face, 6), edges = middles(plate, Leaf::Edge, 12);
+    const auto expectFound = [&] {
+        for (uint32_t i = 0; i < 12; ++i) {
+            const auto face = Vs::successorOf({plate, Leaf::Face, i}, reshapes.before(plate), *asset);
+            const auto edge = Vs::successorOf({plate, Leaf::Edge, i}, reshapes.before(plate), *asset);
+            ASSERT_TRUE(edge && (face || i >= 6)) << i;
+            EXPECT_LT(middleOf(*edge).distanceTo(edges[i]), 1e-6) << "edge " << i;
+            if (i < 6) {
+                EXPECT_LT(middleOf(*face).distanceTo(faces[i]), 1e-6) << "face " << i;
+            }
+        }
+    };
+    edit(*asset, Vs::CombineEdit{Kind::Subtract, plate, {pin}});
+    expectFound();
+    ASSERT_EQ(facesOf(plate), 7u);
+    const auto drilled = middles(plate, Leaf::Face, 7);
+    ASSERT_TRUE(Vs::Transaction::undo(asset));
+    size_t back = 0;
+    for (uint32_t i = 0; i < 7; ++i)
+        if (const auto face = Vs::successorOf({plate, Leaf::Face, i}, reshapes.before(plate), *asset)) {
+            EXPECT_LT(middleOf(*face).distanceTo(drilled[i]), 1e-6);
+            ++back;
+        }
+    EXPECT_EQ(back, 6u) << "the hole's own face came of none";
+    // A colour changes no number.
+    edit(*asset, Vs::ColourEdit{{{plate, Leaf::Face, 3}}, Vs::Colour{0, 1, 0, 1}});
+    expectFound();
+    // What is rounded off is an edge no more; the others lie where they lay, or are a little shorter.
+    edit(*asset, Vs::BlendEdit{Blend::Fillet, {{plate, Leaf::Edge, 4}}, 1});
+    EXPECT_FALSE(Vs::successorOf({plate, Leaf::Edge, 4}, reshapes.before(plate), *asset));
+    size_t found = 0;
+    for (uint32_t i = 0; i < 12; ++i)
+        if (const auto edge = Vs::successorOf({plate, Leaf::Edge, i}, reshapes.before(plate), *asset)) {
+            EXPECT_LE(middleOf(*edge).distanceTo(edges[i]), 0.5 + 1e-6) << "edge " << i;
+            ++found;
+        }
+    EXPECT_EQ(found, 11u);
+    EXPECT_FALSE(Vs::successorOf({pin, Leaf::Face, 0}, 1, *asset)) << "it went into the hole";
 }
 
 TEST_F(EditSolidsTest, WhatCantBeCombinedIsNamed)

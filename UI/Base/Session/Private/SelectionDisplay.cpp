@@ -43,6 +43,12 @@ void SelectionDisplay::assetComponentsChanged(Vs::ComponentsEvent* event)
 {
     if (event->asset() != m_asset)
         return;
+    if (m_follower.heard(*m_asset)) {
+        Vs::SelectionSet& selected = m_selection->selectionSet();
+        const auto left = m_follower.follow(selected.selections(), m_asset);
+        m_follower.followed();
+        selected.replace(left);
+    }
     dropStale(m_selection->selectionSet());
     dropStale(m_selection->highlightSet());
     dropPointed(event->changes());
@@ -57,7 +63,8 @@ void SelectionDisplay::dropStale(Vs::SelectionSet& set)
     const auto isStale = [this](const Vs::StrongRef<Vs::Selection>& selection) {
         const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
         Vs::Status ignored;
-        return logical && logical->asset() == m_asset && !Vs::resolvePath(logical->path(), *m_asset, ignored);
+        return logical && logical->asset() == m_asset && !m_follower.isAway(logical->path()) &&
+               !Vs::resolvePath(logical->path(), *m_asset, ignored);
     };
     auto left = set.selections();
     if (std::erase_if(left, isStale) > 0)
@@ -123,7 +130,9 @@ void SelectionDisplay::Layer::light()
     const Vs::Scene::SceneAssetAdapter* scene = m_display.scene();
     for (const auto& selection : m_set.selections()) {
         const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
-        if (!logical || !scene)
+        if (!logical || !scene ||
+            (m_display.m_follower.isAway(logical->path()) &&
+             &m_set == &m_display.m_selection->selectionSet()))
             continue;
         const Vs::ObjectPath& path = logical->path();
         Node* node = path.leaf == Leaf::Component ? scene->node(path.component)

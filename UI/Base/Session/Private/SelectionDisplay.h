@@ -3,6 +3,7 @@
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/Scene/Node.h"
+#include "UI/Base/Session/Private/PartFollower.h"
 
 #include <unordered_map>
 #include <vector>
@@ -18,8 +19,8 @@ class SceneAssetAdapter;
 
 namespace Vu {
 
-/// Lights up in the scene what is selected, and what is about to be, and has what is gone from the model no
-/// longer be selected. Made by AssetSession.
+/// Lights up in the scene what is selected, and what is about to be, has parts stay selected whose bodies
+/// change, and what is gone from the model no longer be selected. Made by AssetSession.
 class SelectionDisplay : private Vs::AssetEventSite
 {
 public:
@@ -64,6 +65,7 @@ private:
 
     Vs::Asset* m_asset;
     Vs::SelectionMgr* m_selection;
+    PartFollower m_follower;
     Layer m_selected, m_collected, m_pointed;
 };
 
