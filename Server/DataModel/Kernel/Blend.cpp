@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Kernel/LongWork.h"
 #include "Server/DataModel/Kernel/SolidTools.h"
+#include "Server/DataModel/Private/ProgressText.h"
 
 #include <BRepCheck_Analyzer.hxx>
 #include <BRepFilletAPI_MakeChamfer.hxx>
@@ -75,19 +76,20 @@ MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vec
     std::shared_ptr<BRepFilletAPI_LocalOperation> operation;
     TopoDS_Shape result;
     bool sound = false;
-    const LongWorkEnd end = runLongWork(name, [&](const Handle(Message_ProgressIndicator)&) {
-        try {
-            operation = makeOperation(kind, body, edges, size, name);
-            operation->Build();
-            if (!operation->IsDone())
-                return;
-            // The kernel wraps a single solid up.
-            result = body.ShapeType() == TopAbs_SOLID ? solidsOf(operation->Shape()) : operation->Shape();
-            sound = isSound(result, body);
-        } catch (const Standard_Failure&) {
-            // It throws, as a rule, where there is no room.
-        }
-    });
+    const LongWorkEnd end =
+        runLongWork(ProgressText::changing(name), [&](const Handle(Message_ProgressIndicator)&) {
+            try {
+                operation = makeOperation(kind, body, edges, size, name);
+                operation->Build();
+                if (!operation->IsDone())
+                    return;
+                // The kernel wraps a single solid up.
+                result = body.ShapeType() == TopAbs_SOLID ? solidsOf(operation->Shape()) : operation->Shape();
+                sound = isSound(result, body);
+            } catch (const Standard_Failure&) {
+                // It throws, as a rule, where there is no room.
+            }
+        });
     if (end.abandoned)
         keepForever(operation);
     if (end.fault)

@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Kernel/LongWork.h"
 #include "Server/DataModel/Kernel/SolidTools.h"
+#include "Server/DataModel/Private/ProgressText.h"
 
 #include <BRepAlgoAPI_Common.hxx>
 #include <BRepAlgoAPI_Cut.hxx>
@@ -135,11 +136,12 @@ MadeShape combinedAtOnce(Kind kind, const TopoDS_Shape& target, const std::vecto
 {
     const auto combination = std::make_shared<Combination>(kind, target, tools);
     bool sound = false;
-    const LongWorkEnd end = runLongWork(name, [&](const Handle(Message_ProgressIndicator) & progress) {
-        // Surfaces that should lie on each other, and don't quite, meet at a tolerance.
-        for (const double tolerance : {0.0, 1e-5, 1e-3})
-            sound = sound || combination->run(tolerance, progress);
-    });
+    const LongWorkEnd end =
+        runLongWork(ProgressText::changing(name), [&](const Handle(Message_ProgressIndicator) & progress) {
+            // Surfaces that should lie on each other, and don't quite, meet at a tolerance.
+            for (const double tolerance : {0.0, 1e-5, 1e-3})
+                sound = sound || combination->run(tolerance, progress);
+        });
     if (end.abandoned)
         keepForever(combination);
     if (end.fault)

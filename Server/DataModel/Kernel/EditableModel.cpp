@@ -1,10 +1,15 @@
 #include "Server/DataModel/Kernel/EditableModel.h"
 
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/EditLook.h"
 #include "Server/DataModel/Kernel/EditPlaces.h"
 #include "Server/DataModel/Kernel/EditSolids.h"
 #include "Server/DataModel/Kernel/Guarded.h"
+#include "Server/DataModel/Kernel/LongWork.h"
+#include "Server/DataModel/Kernel/MeasureParts.h"
+#include "Server/DataModel/Kernel/ShortestDistance.h"
 #include "Server/DataModel/Kernel/XdePaste.h"
+#include "Server/DataModel/Private/ProgressText.h"
 
 #include <optional>
 #include <stdexcept>
@@ -54,6 +59,28 @@ std::vector<std::string> EditableModel::paste(ModelKernel& source, const std::ve
             other->transaction().withoutRemoved(work);
         return added;
     });
+}
+
+ShapeAnswer EditableModel::distance(const TopoDS_Shape& first, const TopoDS_Shape& second)
+{
+    if (!mayTakeLong(first, second))
+        return XdeModel::distance(first, second);
+    struct Work
+    {
+        TopoDS_Shape first, second;
+        ShapeAnswer answer;
+    };
+    const auto measuring = std::make_shared<Work>(Work{first, second, {}});
+    const LongWorkEnd end =
+        runLongWork(ProgressText::measuring(), [measuring](const Handle(Message_ProgressIndicator)&) {
+            measuring->answer = measureDistance(measuring->first, measuring->second);
+        });
+    if (end.abandoned)
+        keepForever(measuring);
+    if (end.fault)
+        throw std::runtime_error(
+            Strings::narrow(ProgressText::stoppedMeasuring(*end.fault == EditFault::Cancelled)));
+    return measuring->answer;
 }
 
 std::shared_ptr<const PartSuccessors> EditableModel::successors(uint64_t before, uint64_t after)

@@ -18,6 +18,10 @@ public:
     std::unique_ptr<ModelChange> commit() override;
     void abort() override;
 
+protected:
+    /// What takes long can be cancelled, and doesn't keep the window from living.
+    ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second) override;
+
 private:
     void prepare(const ModelEdit& edit);
 

@@ -3,7 +3,6 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/Require.h"
 #include "Server/DataModel/Kernel/CrashGuard.h"
-#include "Server/DataModel/Private/ProgressText.h"
 
 #include <atomic>
 #include <chrono>
@@ -90,7 +89,7 @@ private:
 };
 
 /// Whether the work is over by itself; else why it is to be stopped.
-std::optional<EditFault> watch(Worker& worker, const StopSign& sign, const std::wstring& name)
+std::optional<EditFault> watch(Worker& worker, const StopSign& sign, const std::wstring& title)
 {
     const auto begin = Clock::now();
     const Progress::CancelScope cancellable;
@@ -98,7 +97,7 @@ std::optional<EditFault> watch(Worker& worker, const StopSign& sign, const std::
     while (!worker.isOverWithin(kBetweenLooks)) {
         const auto passed = Clock::now() - begin;
         if (passed > kQuiet && !progress)
-            progress.emplace(ProgressText::changing(name));
+            progress.emplace(title);
         if (progress ? !progress->update(sign.done()) : Progress::cancelled())
             return EditFault::Cancelled;
         if (passed > kLongest)
@@ -115,7 +114,7 @@ void keepForever(std::shared_ptr<void> thing)
     kept->push_back(std::move(thing));
 }
 
-LongWorkEnd runLongWork(const std::wstring& name,
+LongWorkEnd runLongWork(const std::wstring& title,
                         const std::function<void(const Handle(Message_ProgressIndicator) &)>& work)
 {
     assertMainThread();
@@ -124,7 +123,7 @@ LongWorkEnd runLongWork(const std::wstring& name,
     const std::function<void()> own = [&] { work(sign); };
     Worker worker(own);
     LongWorkEnd end;
-    end.fault = watch(worker, *sign, name);
+    end.fault = watch(worker, *sign, title);
     if (end.fault) {
         sign->stop();
         for (auto wait = Clock::duration(kGrace); !worker.isOverWithin(wait); wait = kBetweenLooks)

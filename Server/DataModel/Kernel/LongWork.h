@@ -23,11 +23,11 @@ struct LongWorkEnd
 void keepForever(std::shared_ptr<void> thing);
 
 /// Runs work that may break down (CrashGuard), take long or come to no end on a thread of its own. Where it
-/// isn't done at once, the caller's thread shows that something called `name` is being changed, and a cancel
+/// isn't done at once, the caller's thread shows progress under that title, and a cancel
 /// (Progress) or two minutes stop it: by the indicator, where the kernel looks at that, else by leaving the
 /// work where it stands. Exceptions pass. Main thread.
 [[nodiscard]] LongWorkEnd
-runLongWork(const std::wstring& name,
+runLongWork(const std::wstring& title,
             const std::function<void(const Handle(Message_ProgressIndicator) &)>& work);
 
 } // namespace Vs::Kernel

@@ -4,10 +4,10 @@
 #include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/RoundForm.h"
 #include "Server/DataModel/Kernel/ShapeForm.h"
+#include "Server/DataModel/Kernel/ShortestDistance.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
 
 #include <BRepAdaptor_Curve.hxx>
-#include <BRepExtrema_DistShapeShape.hxx>
 #include <BRep_Tool.hxx>
 #include <GCPnts_AbscissaPoint.hxx>
 #include <Precision.hxx>
@@ -143,14 +143,14 @@ ShapeAnswer measurePart(const SubShapes& shapes, const TopoDS_Shape& part, EMeas
 ShapeAnswer measureDistance(const TopoDS_Shape& first, const TopoDS_Shape& second)
 {
     for (const TopoDS_Shape* shape : {&first, &second})
-        if (const NoAnswer why = fault(*shape); why != NoAnswer::None)
+        if (const NoAnswer why = fault(*shape); why != NoAnswer::None && why != NoAnswer::Triangles)
             return {why, kindOf(*shape), shape == &second, {}};
-    const BRepExtrema_DistShapeShape extrema(first, second);
-    if (!extrema.IsDone() || extrema.NbSolution() < 1)
+    const std::optional<ShortestDistance> shortest = shortestDistance(first, second);
+    if (!shortest)
         return refuse(NoAnswer::Degenerate, kindOf(first));
     ShapeAnswer result{NoAnswer::None, kindOf(first), false, {}};
-    result.result = {extrema.Value(), toPoint(extrema.PointOnShape1(1)), toPoint(extrema.PointOnShape2(1)),
-                     toPoint(extrema.PointOnShape2(1))};
+    result.result = {shortest->value, toPoint(shortest->first), toPoint(shortest->second),
+                     toPoint(shortest->second)};
     return result;
 }
 

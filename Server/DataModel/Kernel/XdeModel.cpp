@@ -35,6 +35,7 @@
 #include <XCAFDoc_Editor.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
+#include <algorithm>
 #include <iostream>
 #include <mutex>
 #include <ostream>
@@ -157,6 +158,23 @@ TopoDS_Shape primitive(ModelKernel::Primitive kind, const double (&sizes)[3])
 }
 
 } // namespace
+
+/// A measurement that was made, and of which shapes; these are kept, so that no other ones get their places.
+struct XdeModel::KnownPair
+{
+    std::vector<MeasuredShape> first, second;
+    EMeasureType type;
+    std::vector<TopoDS_Shape> bodies;
+    ShapeAnswer answer;
+
+    static bool isSame(const std::vector<MeasuredShape>& a, const std::vector<MeasuredShape>& b)
+    {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& one, const auto& other) {
+            return one.entry == other.entry && one.leaf == other.leaf && one.index == other.index &&
+                   one.placement.isEqualTo(other.placement, {0, 0});
+        });
+    }
+};
 
 XdeModel::XdeModel()
 {
@@ -302,8 +320,47 @@ TopoDS_Shape XdeModel::placed(const std::vector<MeasuredShape>& shapes, PlacedAt
     return all;
 }
 
+std::vector<TopoDS_Shape> XdeModel::bodiesOf(const std::vector<MeasuredShape>& shapes)
+{
+    std::vector<TopoDS_Shape> bodies;
+    for (const MeasuredShape& each : shapes)
+        bodies.push_back(bodyShape(bodyLabel(m_document, each.entry)));
+    return bodies;
+}
+
 ShapeAnswer XdeModel::measurePair(const std::vector<MeasuredShape>& first,
                                   const std::vector<MeasuredShape>& second, EMeasureType type)
+{
+    return guarded([&] {
+        constexpr size_t kMostKnown = 32;
+        std::vector<TopoDS_Shape> bodies = bodiesOf(first);
+        for (const TopoDS_Shape& body : bodiesOf(second))
+            bodies.push_back(body);
+        const auto known = std::find_if(m_pairs.begin(), m_pairs.end(), [&](const KnownPair& each) {
+            return each.type == type && KnownPair::isSame(each.first, first) &&
+                   KnownPair::isSame(each.second, second) &&
+                   std::equal(each.bodies.begin(), each.bodies.end(), bodies.begin(), bodies.end(),
+                              [](const auto& a, const auto& b) { return a.IsEqual(b); });
+        });
+        if (known != m_pairs.end()) {
+            m_pairs.splice(m_pairs.begin(), m_pairs, known);
+            return known->answer;
+        }
+        const ShapeAnswer answer = findPair(first, second, type);
+        m_pairs.push_front({first, second, type, bodies, answer});
+        if (m_pairs.size() > kMostKnown)
+            m_pairs.pop_back();
+        return answer;
+    });
+}
+
+ShapeAnswer XdeModel::distance(const TopoDS_Shape& first, const TopoDS_Shape& second)
+{
+    return measureDistance(first, second);
+}
+
+ShapeAnswer XdeModel::findPair(const std::vector<MeasuredShape>& first,
+                               const std::vector<MeasuredShape>& second, EMeasureType type)
 {
     return guarded([&]() -> ShapeAnswer {
         PlacedAt at(type);
@@ -312,7 +369,7 @@ ShapeAnswer XdeModel::measurePair(const std::vector<MeasuredShape>& first,
             if (shapes[isSecond].IsNull())
                 return {NoAnswer::Missing, {}, isSecond, {}};
         if (type != EMeasureType::Angle)
-            return measureDistance(shapes[0], shapes[1]);
+            return distance(shapes[0], shapes[1]);
         GkPoint3d middles[2];
         for (const bool isSecond : {false, true}) {
             const MeasuredShape& shape = (isSecond ? second : first).front();

@@ -6,6 +6,7 @@
 #include <TDocStd_Document.hxx>
 #include <TopoDS_Shape.hxx>
 
+#include <list>
 #include <map>
 #include <memory>
 #include <string_view>
@@ -54,6 +55,8 @@ public:
 
 protected:
     XdeTransaction& transaction() { return m_transaction; }
+    /// Finds a distance that isn't known yet.
+    virtual ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second);
 
 private:
     void writeDocument(std::ostream& stream);
@@ -61,9 +64,16 @@ private:
     /// Null if one isn't there.
     TopoDS_Shape placed(const std::vector<MeasuredShape>& shapes, PlacedAt& at);
 
+    struct KnownPair;
+    ShapeAnswer findPair(const std::vector<MeasuredShape>& first, const std::vector<MeasuredShape>& second,
+                         EMeasureType type);
+    /// The shapes of the bodies, which are others when the bodies have changed.
+    std::vector<TopoDS_Shape> bodiesOf(const std::vector<MeasuredShape>& shapes);
+
     Handle(TDocStd_Document) m_document;
     XdeTransaction m_transaction;
     std::map<std::string, std::unique_ptr<SubShapes>> m_subShapes; ///< Of bodies that were measured.
+    std::list<KnownPair> m_pairs;                                  ///< The last one first.
 };
 
 } // namespace Vs::Kernel

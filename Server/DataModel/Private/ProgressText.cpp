@@ -42,6 +42,17 @@ std::wstring changing(const std::wstring& name)
     return localizedFormat("ProgressChanging", "Changing \"%1%\"", name);
 }
 
+std::wstring measuring()
+{
+    return DataModel::localized("ProgressMeasuring", "Measuring");
+}
+
+std::wstring stoppedMeasuring(bool cancelled)
+{
+    return cancelled ? DataModel::localized("MeasureCancelled", "it was cancelled.")
+                     : DataModel::localized("MeasureTooHard", "the geometry kernel came to no end.");
+}
+
 std::wstring step(const std::string& english)
 {
     // The catalogue's header stands under the empty text.

@@ -13,6 +13,9 @@ std::wstring saving(const std::wstring& path);
 std::wstring writing(const std::wstring& path);
 /// A component whose shape is being changed.
 std::wstring changing(const std::wstring& name);
+std::wstring measuring();
+/// Why a measurement has no result: the person cancelled it, or it was given up.
+std::wstring stoppedMeasuring(bool cancelled);
 
 /// The step that a worker tells of, which it knows in English only.
 std::wstring step(const std::string& english);

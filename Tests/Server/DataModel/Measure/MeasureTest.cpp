@@ -4,6 +4,7 @@
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
@@ -55,6 +56,47 @@ protected:
         return at(name + L"/Face", 6, place);
     }
 };
+
+TEST_F(MeasureTest, BodiesOfManyFacesAreAsFarApartAsTheirNearestPlaces)
+{
+    const auto apply = [&](const ModelEdit& edit) {
+        EditRequest* request = EditRequest::make(asset, L"Edit", edit);
+        EXPECT_TRUE(request->execute(asset, status)) << Strings::narrow(status.toString());
+        const std::vector<std::string> added = request->added();
+        request->destroy();
+        return added;
+    };
+    ModelBuilder builder(asset);
+    const std::string sieve = builder.box(100, 100, 4, {{}, L"Sieve", {}}, status)->id;
+    CombineEdit drill{CombineEdit::Kind::Subtract, sieve, {}};
+    for (int i = 0; i < 16; ++i)
+        drill.tools.push_back(
+            builder
+                .cylinder(
+                    3, 10,
+                    {GkMatrix3d::translation({20.0 + 20 * (i % 4), 20.0 + 20 * (i / 4), -3}), L"Pin", {}},
+                    status)
+                ->id);
+    apply(drill);
+    const std::string above = apply(
+        CopyEdit{{sieve}, {GkMatrix3d::translation({0, 0, 11}), GkMatrix3d::translation({103, 0, 8})}})[0];
+    const auto apart = [&](const wchar_t* other) { return value({L"Sieve:1", other}, Type::Distance); };
+    expectNear(apart(L"Sieve:2"), 7);
+    expectNear(apart(L"Sieve:3"), 5);
+    expectNear(value({L"Sieve:3", L"Sieve:2"}, Type::Distance), 3);
+    builder.box(300, 300, 300, {GkMatrix3d::translation({-50, -50, -50}), L"Hull", {}}, status);
+    EXPECT_EQ(value({L"Hull", L"Sieve:1"}, Type::Distance), 0);
+    EXPECT_EQ(value({L"Sieve:1", L"Hull"}, Type::Distance), 0);
+    // What is known holds for these places and these shapes.
+    apply(MoveEdit{{above}, GkMatrix3d::translation({0, 0, 1})});
+    expectNear(apart(L"Sieve:2"), 8);
+    ASSERT_TRUE(Transaction::undo(asset));
+    expectNear(apart(L"Sieve:2"), 7);
+    const std::string knob =
+        builder.box(1, 1, 7, {GkMatrix3d::translation({50, 50, 2}), L"Knob", {}}, status)->id;
+    apply(CombineEdit{CombineEdit::Kind::Join, sieve, {knob}});
+    expectNear(apart(L"Sieve:2"), 2);
+}
 
 TEST_F(MeasureTest, SolidsHaveTheirClosedForms)
 {

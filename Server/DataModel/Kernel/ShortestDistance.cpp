@@ -1,0 +1,192 @@
+#include "Server/DataModel/Kernel/ShortestDistance.h"
+
+#include "Server/DataModel/Kernel/PieceTree.h"
+
+#include <BRepBndLib.hxx>
+#include <BRepBuilderAPI_MakeFace.hxx>
+#include <BRepBuilderAPI_MakePolygon.hxx>
+#include <BRepClass3d_SolidClassifier.hxx>
+#include <BRepExtrema_DistShapeShape.hxx>
+#include <BRep_Tool.hxx>
+#include <Precision.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace Vs::Kernel {
+
+namespace {
+
+/// So few pairs of faces are measured sooner than sorted.
+constexpr size_t kFewPairs = 64;
+
+bool hasBareTriangles(const TopoDS_Shape& shape)
+{
+    for (TopExp_Explorer face(shape, TopAbs_FACE); face.More(); face.Next())
+        if (BRep_Tool::Surface(TopoDS::Face(face.Current())).IsNull())
+            return true;
+    return false;
+}
+
+size_t faceCount(const TopoDS_Shape& shape)
+{
+    size_t count = 0;
+    for (TopExp_Explorer each(shape, TopAbs_FACE); each.More(); each.Next())
+        ++count;
+    return count;
+}
+
+/// Where one lies in a solid of the other as a whole, a point that both have.
+std::optional<gp_Pnt> pointWithin(const TopoDS_Shape& shape, const TopoDS_Shape& solids)
+{
+    // One point tells of a connected whole: what passes through the boundary is found at the faces.
+    std::vector<gp_Pnt> corners;
+    constexpr std::pair<TopAbs_ShapeEnum, TopAbs_ShapeEnum> kWholes[] = {{TopAbs_SHELL, TopAbs_SHAPE},
+                                                                         {TopAbs_FACE, TopAbs_SHELL},
+                                                                         {TopAbs_EDGE, TopAbs_FACE},
+                                                                         {TopAbs_VERTEX, TopAbs_EDGE}};
+    for (const auto& [kind, above] : kWholes)
+        for (TopExp_Explorer whole(shape, kind, above); whole.More(); whole.Next())
+            if (const TopExp_Explorer corner(whole.Current(), TopAbs_VERTEX); corner.More())
+                corners.push_back(BRep_Tool::Pnt(TopoDS::Vertex(corner.Current())));
+    for (TopExp_Explorer solid(solids, TopAbs_SOLID); solid.More(); solid.Next()) {
+        Bnd_Box box;
+        BRepBndLib::Add(solid.Current(), box);
+        std::optional<BRepClass3d_SolidClassifier> classifier;
+        for (const gp_Pnt& corner : corners) {
+            if (box.IsOut(corner))
+                continue;
+            if (!classifier)
+                classifier.emplace(solid.Current());
+            classifier->Perform(corner, Precision::Confusion());
+            if (classifier->State() == TopAbs_IN)
+                return corner;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<ShortestDistance> measured(const TopoDS_Shape& first, const TopoDS_Shape& second)
+{
+    const BRepExtrema_DistShapeShape extrema(first, second);
+    if (!extrema.IsDone() || extrema.NbSolution() < 1)
+        return std::nullopt;
+    return ShortestDistance{extrema.Value(), extrema.PointOnShape1(1), extrema.PointOnShape2(1)};
+}
+
+/// As the kernel measures it; null for a triangle without an area, whose neighbours have its sides.
+TopoDS_Shape shapeOf(const Piece& piece)
+{
+    if (!piece.shape.IsNull())
+        return piece.shape;
+    const auto& [a, b, c] = piece.triangle;
+    BRepBuilderAPI_MakePolygon sides(gp_Pnt(a), gp_Pnt(b), gp_Pnt(c), true);
+    if (!sides.IsDone())
+        return {};
+    BRepBuilderAPI_MakeFace face(sides.Wire(), true);
+    return face.IsDone() ? face.Shape() : TopoDS_Shape();
+}
+
+/// Finds the nearest of two trees. All that is looked at narrows down what is still to be.
+class Search
+{
+public:
+    void visit(double least, const Piece& first, const Piece& second)
+    {
+        if (first.shape.IsNull() && second.shape.IsNull()) {
+            const TriangleDistance found = distanceOf(first.triangle, second.triangle);
+            take({found.value, gp_Pnt(found.first), gp_Pnt(found.second)});
+            return;
+        }
+        boundByPoints(first, second);
+        m_pairs.push_back({least, &first, &second});
+    }
+    const double& bound() const { return m_bound; }
+
+    std::optional<ShortestDistance> result()
+    {
+        std::sort(m_pairs.begin(), m_pairs.end(),
+                  [](const Pair& a, const Pair& b) { return a.least < b.least; });
+        for (const Pair& pair : m_pairs) {
+            if (pair.least > m_bound)
+                break;
+            const TopoDS_Shape first = shapeOf(*pair.first), second = shapeOf(*pair.second);
+            if (first.IsNull() || second.IsNull())
+                continue;
+            if (const auto found = measured(first, second))
+                take(*found);
+        }
+        return m_best;
+    }
+
+private:
+    /// Two pieces, and how near they are at least.
+    struct Pair
+    {
+        double least;
+        const Piece *first, *second;
+    };
+
+    void take(const ShortestDistance& found)
+    {
+        if (m_best && found.value >= m_best->value)
+            return;
+        m_best = found;
+        m_bound = std::min(m_bound, found.value);
+    }
+
+    static std::vector<gp_Pnt> pointsOf(const Piece& piece)
+    {
+        return piece.shape.IsNull() ? std::vector<gp_Pnt>(piece.triangle.begin(), piece.triangle.end())
+                                    : piece.points;
+    }
+
+    void boundByPoints(const Piece& first, const Piece& second)
+    {
+        // Points of a mesh lie near the shape, within tolerances that files choose.
+        constexpr double kSlack = 1e-3;
+        constexpr size_t kMost = 20'000'000;
+        if (m_compared > kMost)
+            return;
+        const std::vector<gp_Pnt> ours = pointsOf(first), others = pointsOf(second);
+        m_compared += ours.size() * others.size();
+        double square = std::numeric_limits<double>::max();
+        for (const gp_Pnt& a : ours)
+            for (const gp_Pnt& b : others)
+                square = std::min(square, a.SquareDistance(b));
+        m_bound = std::min(m_bound, std::sqrt(square) + kSlack);
+    }
+
+    std::vector<Pair> m_pairs; ///< That the kernel measures in the end.
+    std::optional<ShortestDistance> m_best;
+    double m_bound = std::numeric_limits<double>::max();
+    size_t m_compared = 0;
+};
+
+} // namespace
+
+bool mayTakeLong(const TopoDS_Shape& first, const TopoDS_Shape& second)
+{
+    return faceCount(first) * faceCount(second) > kFewPairs || hasBareTriangles(first) ||
+           hasBareTriangles(second);
+}
+
+std::optional<ShortestDistance> shortestDistance(const TopoDS_Shape& first, const TopoDS_Shape& second)
+{
+    if (!mayTakeLong(first, second))
+        return measured(first, second);
+    for (const bool isSecond : {false, true})
+        if (const auto point = isSecond ? pointWithin(second, first) : pointWithin(first, second))
+            return ShortestDistance{0, *point, *point};
+    const PieceTree ours(piecesOf(first)), others(piecesOf(second));
+    Search search;
+    ours.nearestPairs(others, search.bound(),
+                      [&](double least, const Piece& a, const Piece& b) { search.visit(least, a, b); });
+    return search.result();
+}
+
+} // namespace Vs::Kernel
