@@ -12,6 +12,7 @@
 #include "UI/Design/OpenCmds.h"
 #include "UI/Design/PrimitiveCmds.h"
 #include "UI/Design/Resources.h"
+#include "UI/Design/SeparateCmd.h"
 #include "UI/Design/VisibilityCmds.h"
 
 namespace Vu::Design {
@@ -58,6 +59,7 @@ private:
     EditCmdDef<MirrorCmd> m_mirrorCmdDef;
     EditCmdDef<LinearPatternCmd> m_linearPatternCmdDef;
     EditCmdDef<CircularPatternCmd> m_circularPatternCmdDef;
+    SeparateCmdDef m_separateCmdDef;
     EditCmdDef<ColourCmd> m_colourCmdDef;
 };
 

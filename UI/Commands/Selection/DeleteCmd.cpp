@@ -1,14 +1,18 @@
 #include "UI/Commands/Selection/DeleteCmd.h"
 
+#include "Server/DataModel/Edit/SeparateRequest.h"
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Selection/IDeletable.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Selection/SelectedObjects.h"
 
 #include <algorithm>
 #include <memory>
+#include <set>
+#include <string>
 
 namespace Vu::Commands {
 
@@ -37,6 +41,12 @@ bool canBeDeleted(const Vs::LogicalSelection& selection, Vs::Asset& asset)
 
 } // namespace
 
+const Vs::UniqueString* DeleteCmdDef::aloneArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Alone", true);
+    return name;
+}
+
 bool DeleteCmdDef::onIsApplicable(CommandContext* context) const
 {
     if (!hasAssetSession(context))
@@ -57,13 +67,18 @@ void DeleteCmd::deleteSelections(Selections& selections, Vs::Status& status)
 {
     Vs::Asset& asset = *commandContext()->asset();
     try {
+        const Copies copies = copiesMeant(selections, asset);
+        if (copies == Copies::None)
+            return;
+        if (copies == Copies::Alone)
+            commandContext()->addArgument(DeleteCmdDef::aloneArgumentName(), 1);
         Selections single, multi;
         for (const auto& selection : selections)
             if (canBeDeleted(*selection, asset)) {
                 const bool together = askDeletable(*selection, asset, [&](const IDeletable& object) {
                     return object.requiresMultiDelete(selection->path());
                 });
-                (together ? multi : single).push_back(selection);
+                (together && copies != Copies::Alone ? multi : single).push_back(selection);
             }
         // Before anything is deleted, so that no selection points at what is gone.
         selectionManager()->selectionSet().clear();
@@ -74,6 +89,35 @@ void DeleteCmd::deleteSelections(Selections& selections, Vs::Status& status)
         status.addError(
             localized("DeleteCommandGenericError", "Delete command failed:  objects not deleted"));
     }
+}
+
+// Who selected all copies means them all.
+DeleteCmd::Copies DeleteCmd::copiesMeant(const Selections& selections, Vs::Asset& asset) const
+{
+    int alone = 0;
+    if (commandContext()->argument(DeleteCmdDef::aloneArgumentName(), CommandContext::EArgType::Int, &alone))
+        return alone ? Copies::Alone : Copies::All;
+    const ECommandAccessPoint from = commandContext()->commandAccessPoint();
+    if (from == ECommandAccessPoint::TextLine || from == ECommandAccessPoint::Transcript ||
+        from == ECommandAccessPoint::Script)
+        return Copies::All;
+    std::set<std::string> others;
+    for (const auto& selection : selections)
+        for (const std::string& copy : Vs::SeparateRequest::groupOf(selection->path(), asset))
+            others.insert(copy);
+    const size_t copies = others.size();
+    for (const auto& selection : selections)
+        others.erase(selection->componentId());
+    if (others.empty())
+        return Copies::All;
+    MessageBox box(localizedFormat(
+        "DeleteCopies", "What is selected is part of a pattern of %1% copies. Delete them all?", copies));
+    box.icon(kQuestionIcon);
+    box.addButton(localized("DeleteCopiesAlone", "Only What Is Selected"), true);
+    box.addButton(localized("DeleteCopiesAll", "All Copies"));
+    box.addButton(kCancelButton);
+    const int answer = box.show();
+    return answer == 0 ? Copies::Alone : answer == 1 ? Copies::All : Copies::None;
 }
 
 void DeleteCmd::run(Vs::Request* request, Vs::Status& status)

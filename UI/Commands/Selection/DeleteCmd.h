@@ -16,6 +16,9 @@ class DeleteCmdDef : public CommandRowDefinition<DeleteCmdDef, DeleteCmd>
 public:
     static const CommandRow kRow;
 
+    /// An integer: whether copies of patterns go without the others. 0 by default.
+    static const Vs::UniqueString* aloneArgumentName();
+
     DeleteCmdDef() = default;
     /// The same behaviour under another identity, which outlives the definition.
     explicit DeleteCmdDef(Info* identity) : CommandRowDefinition(identity) {}
@@ -25,6 +28,8 @@ protected:
     bool onIsApplicable(CommandContext* context) const override;
 };
 
+/// Where a person deletes some of the copies that were made as one pattern, it asks whether all of them are
+/// meant; a line means all, unless its argument says otherwise.
 class DeleteCmd : public Vs::Implements<DeleteCmd, SimpleCommand>
 {
 public:
@@ -40,6 +45,8 @@ protected:
 private:
     using Selections = std::vector<Vs::StrongRef<Vs::LogicalSelection>>;
 
+    enum class Copies { All, Alone, None };
+    Copies copiesMeant(const Selections& selections, Vs::Asset& asset) const;
     void deleteEach(const Selections& selections, Vs::Asset& asset, Vs::Status& status);
     void deleteTogether(Selections selections, Vs::Asset& asset, Vs::Status& status);
     void run(Vs::Request* request, Vs::Status& status);

@@ -5,6 +5,7 @@
 #include "Server/DataModel/Asset.h"
 
 #include <iterator>
+#include <set>
 #include <sstream>
 #include <utility>
 
@@ -52,11 +53,16 @@ void ComponentGroups::add(const std::vector<std::string>& components)
         return;
     // No place is ever taken again by another component, so the key is the group's alone.
     const std::string key = kPrefix + placeOf(components.front());
+    take(key, components);
+    keep(key);
+}
+
+void ComponentGroups::keep(const std::string& key)
+{
     std::string members;
-    for (const std::string& component : components)
+    for (const std::string& component : m_members[key])
         members += (members.empty() ? "" : " ") + component;
     m_asset.setting(key, Strings::widen(members));
-    take(key, components);
 }
 
 std::vector<std::string> ComponentGroups::groupOf(const std::string& component) const
@@ -74,9 +80,27 @@ std::vector<std::string> ComponentGroups::groupOf(const std::string& component) 
 
 void ComponentGroups::remove(const std::vector<std::string>& components)
 {
+    std::set<std::string> touched;
     for (const std::string& component : components)
-        if (const std::string* key = keyOf(component); key && m_members.erase(*key) != 0)
-            m_asset.setting(*key, {});
+        if (const std::string* key = keyOf(component)) {
+            std::erase_if(m_members[*key],
+                          [&](const std::string& member) { return placeOf(member) == placeOf(component); });
+            touched.insert(*key);
+        }
+    for (const std::string& key : touched)
+        if (m_members[key].size() < 2)
+            m_asset.setting(key, {});
+        else
+            keep(key);
+}
+
+bool ComponentGroups::separate(const std::string& component)
+{
+    const std::string* key = keyOf(component);
+    if (!key)
+        return false;
+    m_asset.setting(*key, {});
+    return true;
 }
 
 } // namespace Vs

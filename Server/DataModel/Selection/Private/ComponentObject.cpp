@@ -44,8 +44,7 @@ bool ComponentObject::canDelete(const ObjectPath& path) const
 
 Request* ComponentObject::provideDeleteRequest(const ObjectPath& path)
 {
-    std::vector<ObjectPath> handled;
-    return provideMultiDeleteRequest({path}, handled);
+    return canDelete(path) ? DeleteRequest::make(m_asset, {path}) : nullptr;
 }
 
 std::vector<ObjectPath> ComponentObject::own(const std::vector<ObjectPath>& paths) const

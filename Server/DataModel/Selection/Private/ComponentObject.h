@@ -7,7 +7,7 @@ namespace Vs {
 
 /// A component as the commands that edit any kind of object see it. Components that are selected together
 /// are deleted, or pasted, by one request; those of a group (ComponentGroups) go by one of their own, which
-/// takes the others of the group as well.
+/// takes the others of the group as well, unless one is deleted alone.
 class ComponentObject
     : public Implements<ComponentObject, SharedObject, DataModel::IDeletable, DataModel::IPasteSource>
 {

@@ -2,6 +2,10 @@
 #include "Server/DataModel/Selection/IDeletable.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Tests/UI/Commands/EditComponents.h"
+#include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Session/AssetSession.h"
 
 #include <functional>
@@ -88,6 +92,57 @@ TEST_F(DeleteComponents, InAnAssemblyGoFromWhereverTheyOccur)
     select({L"as1"});
     answer(L"Commands.Start DeleteCommand");
     EXPECT_EQ(paths(), Texts());
+}
+
+TEST_F(DeleteComponents, OfAPatternGoAloneIfAPersonSaysSoAndAfterItWasTakenApart)
+{
+    answer(L"Design.Pattern Box1 X 5 4");
+    const Texts before = paths();
+    ASSERT_EQ(before.size(), 6u);
+    int choice = 2;
+    size_t asked = 0;
+    Vu::MessageBox::responder([&](const Vu::MessageBox&) {
+        ++asked;
+        return choice;
+    });
+    const auto deleteByKey = [&](const Texts& texts) {
+        select(texts);
+        Vu::CommandContext context = Vu::CommandContext::activeContext();
+        context.accessPoint(Vu::ECommandAccessPoint::HotKey);
+        EXPECT_TRUE(Vu::CommandDefinitionMgr::get()
+                        ->findCommandDefinitionById(L"DeleteCommand")
+                        ->executeCommand(context)
+                        .isOk());
+    };
+    deleteByKey({L"Box1:3"});
+    EXPECT_EQ(paths(), before) << "cancelled";
+    EXPECT_EQ(selected().size(), 1u);
+    choice = 0;
+    deleteByKey({L"Box1:3"});
+    EXPECT_EQ(paths().size(), before.size() - 1);
+    ASSERT_TRUE(Vs::Transaction::undo(asset()));
+    EXPECT_EQ(paths(), before);
+    ASSERT_TRUE(Vs::Transaction::redo(asset()));
+    choice = 1;
+    deleteByKey({L"Box1:2"});
+    EXPECT_EQ(paths().size(), before.size() - 3) << "the others are still a pattern";
+    EXPECT_EQ(asked, 3u);
+    ASSERT_TRUE(Vs::Transaction::undo(asset()));
+    // Who selects the whole pattern isn't asked.
+    deleteByKey({L"Box1:2", L"Box1:3"});
+    EXPECT_EQ(asked, 3u);
+    EXPECT_EQ(paths().size(), before.size() - 3);
+    ASSERT_TRUE(Vs::Transaction::undo(asset()));
+    answer(L"Design.Separate Box1:2");
+    EXPECT_NE(failure(L"Design.Separate Box1:2").find(L"pattern"), std::wstring::npos);
+    select({L"Box1:2"});
+    answer(L"Commands.Start DeleteCommand");
+    EXPECT_EQ(paths().size(), before.size() - 2);
+    ASSERT_TRUE(Vs::Transaction::undo(asset()) && Vs::Transaction::undo(asset()));
+    select({L"Box1:2"});
+    answer(L"Commands.Start DeleteCommand");
+    EXPECT_EQ(paths().size(), before.size() - 3) << "a line means all of them";
+    Vu::MessageBox::responder(nullptr);
 }
 
 TEST_F(DeleteComponents, OfAPatternGoWithAllOfItsCopiesButTheOriginalGoesByItself)

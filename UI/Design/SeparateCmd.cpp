@@ -1,0 +1,137 @@
+#include "UI/Design/SeparateCmd.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Edit/SeparateRequest.h"
+#include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/Command/CommandGroup.h"
+#include "UI/Base/Command/Info.h"
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/Command/TranscriptedCommandTextCommand.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Design/Localized.h"
+
+#include <algorithm>
+#include <memory>
+#include <sstream>
+
+namespace Vu::Design {
+namespace {
+
+using Paths = std::vector<Vs::ObjectPath>;
+
+Paths selectedPaths(const AssetSession& session)
+{
+    Paths paths;
+    for (const auto& selection : session.selectionManager()->selectionSet().selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
+            paths.push_back(logical->path());
+    return paths;
+}
+
+class SeparateCmd : public Vs::Implements<SeparateCmd, SimpleCommand>
+{
+public:
+    using Implements::Implements;
+
+protected:
+    void onExecute(Vs::Status& status) override
+    {
+        const Vs::Asset* asset = commandContext()->asset();
+        if (!asset || !assetSession()) {
+            status.addError(
+                localized("NoDesignToSeparate", "There is no active design to take a pattern apart in."));
+            return;
+        }
+        Paths paths = readPaths(*asset, status);
+        if (status.isError())
+            return;
+        const std::unique_ptr<Vs::Request, void (*)(Vs::Request*)> request(
+            Vs::SeparateRequest::make(std::move(paths)), [](Vs::Request* each) { each->destroy(); });
+        executeRequest(request.get(), false, {}, status);
+    }
+
+private:
+    Paths readPaths(const Vs::Asset& asset, Vs::Status& status) const
+    {
+        const std::wstring named = commandContext()->argumentAsString(SeparateCmdDef::objectsArgumentName());
+        if (named.empty())
+            return selectedPaths(*assetSession());
+        Paths paths;
+        std::wistringstream lines(named);
+        for (std::wstring line; std::getline(lines, line);)
+            if (const auto path = Vs::findPath(asset, line, status))
+                paths.push_back(*path);
+        return paths;
+    }
+};
+
+class TextCmdSeparate : public Vs::PythonEntry<TextCmdSeparate, TranscriptedCommandTextCommand>
+{
+public:
+    TextCmdSeparate()
+        : PythonEntry(
+              L"Design", L"Separate",
+              L"[<path>]... Takes the patterns apart to which the components belong, or what is selected", "",
+              false, L"SeparateCommand")
+    {
+    }
+
+protected:
+    void fillContext(const Vs::TextCommandParameters& parameters, CommandContext& context) override
+    {
+        std::wstring objects;
+        for (unsigned i = 0; i < parameters.parameters(); ++i)
+            objects += (i > 0 ? L"\n" : L"") + parameters[i];
+        if (!objects.empty())
+            context.addArgument(SeparateCmdDef::objectsArgumentName(), objects);
+    }
+};
+
+TextCmdSeparate theSeparate;
+
+} // namespace
+
+Info* SeparateCmdDef::info()
+{
+    static Info info(
+        L"SeparateCommand", localized("SeparateCommand", "Separate Pattern"), nullptr,
+        ToolTipInfo(localized("SeparateCommandDesc", "Have each copy of a pattern be a component by itself"),
+                    L"", nullptr));
+    return &info;
+}
+
+SeparateCmdDef::SeparateCmdDef() : Implements(info())
+{
+    joinCommandGroup(CommandGroup::VeloraSolidGroup());
+}
+
+const Vs::UniqueString* SeparateCmdDef::objectsArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Objects", true);
+    return name;
+}
+
+bool SeparateCmdDef::onIsApplicable(CommandContext* context) const
+{
+    const AssetSession* session = context->assetSession();
+    if (!session || !context->argumentAsString(objectsArgumentName()).empty())
+        return session != nullptr;
+    const Paths paths = selectedPaths(*session);
+    return std::any_of(paths.begin(), paths.end(), [&](const Vs::ObjectPath& path) {
+        return !Vs::SeparateRequest::groupOf(path, *session->asset()).empty();
+    });
+}
+
+CommandBase* SeparateCmdDef::onCreateCommand(CommandContext* context)
+{
+    return new SeparateCmd(this, context);
+}
+
+bool SeparateCmdDef::onAddToContextMenu()
+{
+    CommandContext context = CommandContext::activeContext();
+    return isApplicable(&context);
+}
+
+} // namespace Vu::Design
