@@ -2,10 +2,13 @@
 
 #include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Measure/Private/MeasureTexts.h"
 #include "Server/DataModel/Measure/Private/MeasuredObject.h"
+#include "Server/DataModel/Model/ModelBody.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 
 namespace Vs {
@@ -149,6 +152,30 @@ bool MeasureMgr::measure(const StrongRef<LogicalSelection>& first, const StrongR
                 throw MeasureError(MeasureTexts::samePlaces((isSecond ? to : from).name()));
         return {(ends[0] - middle).angleTo(ends[1] - middle), ends[0], middle, ends[1]};
     });
+}
+
+std::wstring MeasureMgr::nameOf(const LogicalSelection& selection) const
+{
+    assertMainThread();
+    const Component* component =
+        isOpen(selection.asset()) ? selection.asset()->findComponent(selection.componentId()) : nullptr;
+    if (!component || !selection.path().isPartOfBody())
+        return component ? component->name : std::wstring();
+    const ObjectPath& path = selection.path();
+    ShapeKind kind = path.leaf == ObjectPath::Leaf::Vertex ? ShapeKind::Vertex
+                     : path.leaf == ObjectPath::Leaf::Edge ? ShapeKind::Curve
+                                                           : ShapeKind::Face;
+    try {
+        // Whatever the form, it has a radius or an answer that tells the form.
+        if (const auto* body = cast<ModelBody>(component->body.get());
+            body && path.leaf != ObjectPath::Leaf::Vertex)
+            if (const ShapeAnswer answer = body->measurePart(path.leaf, path.index, EMeasureType::Radius);
+                answer.kind < ShapeKind::Body)
+                kind = answer.kind;
+    } catch (const std::runtime_error&) {
+        // A part whose form can't be told is still a face, or an edge.
+    }
+    return MeasureTexts::partOf(kind, component->name);
 }
 
 std::vector<StrongRef<LogicalSelection>>

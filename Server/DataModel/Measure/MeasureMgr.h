@@ -54,6 +54,10 @@ public:
                                const StrongRef<LogicalSelection>& third, EMeasureType type,
                                MeasureResult& result, Status* status = nullptr) const;
 
+    /// What a person calls the object: the component's name, for a part with its form, as "Cylinder of rod".
+    /// Loads the kernel for a part. Of what is gone, an empty text.
+    [[nodiscard]] std::wstring nameOf(const LogicalSelection& selection) const;
+
     /// The edges that the loop length of a face is measured along; none for what has no loop.
     [[nodiscard]] std::vector<StrongRef<LogicalSelection>>
     getLoopSelections(const StrongRef<LogicalSelection>& selection) const;

@@ -7,7 +7,6 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Types/Uuid.h"
 #include "UI/Base/Command/CommandBase.h"
-#include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Session/AssetGraphicsView.h"
 #include "UI/Base/Session/DocumentSession.h"
@@ -58,14 +57,10 @@ AssetSession::~AssetSession() = default;
 /// Those of the input that takes the clicks.
 void AssetSession::pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const
 {
-    const CommandBase* active = m_commands ? m_commands->activeCommand() : nullptr;
-    const CommandInputSet* inputs = active ? active->commandInputSet() : nullptr;
-    if (!inputs)
-        return;
-    for (const auto& input : inputs->inputs())
-        if (const auto* picking = Vs::cast<SelectionCommandInput>(input.get());
-            picking && picking->isCurrent())
-            picking->pickFilters(filters);
+    const auto* picking =
+        SelectionCommandInput::currentOf(m_commands ? m_commands->activeCommand() : nullptr);
+    if (picking)
+        picking->pickFilters(filters);
 }
 
 ViewMgr* AssetSession::viewManager()

@@ -2,7 +2,9 @@
 
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
+#include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
@@ -49,6 +51,20 @@ Vs::Asset* assetOf(const CommandInputBase& input)
 {
     const AssetSession* session = input.commandInputSet()->command()->assetSession();
     return session ? session->asset() : nullptr;
+}
+
+/// Whether a click adds to what is there, or takes from it.
+bool adds(unsigned modifiers)
+{
+    const unsigned keys = modifiers & (kShiftModifier | kControlModifier);
+    return keys == kShiftModifier || keys == kControlModifier;
+}
+
+/// Whether a click means what holds the thing.
+bool climbs(unsigned modifiers)
+{
+    constexpr unsigned kBoth = kShiftModifier | kControlModifier;
+    return (modifiers & kBoth) == kBoth;
 }
 
 /// A path as one of several with bars between them.
@@ -196,7 +212,7 @@ bool SelectionCommandInput::accepts(const Vs::StrongRef<Vs::Selection>& selectio
     return event.permitted();
 }
 
-Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& event)
+Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& event) const
 {
     const AssetSession* session = commandInputSet()->command()->assetSession();
     if (!session)
@@ -206,8 +222,24 @@ Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& even
     std::erase_if(objects, [this](const auto& object) { return !accepts(object); });
     if (objects.empty())
         return nullptr;
-    const bool adds = event.modifierMask() & (kShiftModifier | kControlModifier);
-    return m_current ? componentOrPart(objects, adds) : objects.front();
+    if (climbs(event.modifierMask()))
+        return holderOf(*objects.front());
+    return m_current ? componentOrPart(objects, adds(event.modifierMask())) : objects.front();
+}
+
+// The nearest component around it that isn't taken yet.
+Vs::StrongRef<Vs::Selection> SelectionCommandInput::holderOf(const Vs::Selection& selection) const
+{
+    const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
+    const PickFilter wanted(*this);
+    for (std::string id = object ? object->componentId() : std::string(); !id.empty();
+         id = Vs::parentId(id)) {
+        const Vs::StrongRef<Vs::Selection> holder(new Vs::LogicalSelection(object->asset(), id, nullptr));
+        const bool isNew = !selectionSet().contains(*holder);
+        if (isNew && wanted.filter()->accepts(*holder) && accepts(holder))
+            return holder;
+    }
+    return nullptr;
 }
 
 // A click takes the component, and one more on it the part. Who adds goes on with what is selected already.
@@ -297,21 +329,58 @@ void SelectionCommandInput::selectionSetChanged()
 
 void SelectionCommandInput::click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers)
 {
-    const bool adds = modifiers & (kShiftModifier | kControlModifier);
+    const bool adds = Vu::adds(modifiers);
     if (!selection) {
         if (m_current && !adds)
             clear();
     } else if (m_current && !adds) {
         selections().replace({selection});
+    } else if (climbs(modifiers) && !m_exactly) {
+        takeHolder(selection);
     } else if (!adds || m_exactly || !selections().remove(*selection)) {
         std::ignore = add(selection); // A click that is refused changes nothing.
     }
+}
+
+// It stands for all that lies in it and was taken before.
+void SelectionCommandInput::takeHolder(const Vs::StrongRef<Vs::Selection>& holder)
+{
+    const std::string id = Vs::cast<Vs::LogicalSelection>(holder.get())->componentId();
+    auto left = selectionSet().selections();
+    std::erase_if(left, [&](const auto& each) {
+        const auto* object = Vs::cast<Vs::LogicalSelection>(each.get());
+        return object && (object->componentId() == id || object->componentId().starts_with(id + '/'));
+    });
+    left.push_back(holder);
+    selections().replace(left);
+}
+
+bool SelectionCommandInput::pick(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers)
+{
+    if (!pickingManager() || !accepts(selection))
+        return false;
+    CommandInUse inUse(commandInputSet()->command());
+    click(selection, modifiers);
+    return true;
+}
+
+SelectionCommandInput* SelectionCommandInput::currentOf(const CommandBase* command)
+{
+    const CommandInputSet* set = command ? command->commandInputSet() : nullptr;
+    if (set)
+        for (const auto& input : set->inputs())
+            if (auto* picking = Vs::cast<SelectionCommandInput>(input.get()); picking && picking->isCurrent())
+                return picking;
+    return nullptr;
 }
 
 std::wstring SelectionCommandInput::displayText() const
 {
     if (selectionSet().empty())
         return localized("InputSelectInView", "Select in the view");
+    if (const auto* object = Vs::cast<Vs::LogicalSelection>(selectionSet().selections().front().get());
+        object && selectionSet().size() == 1 && object->asset() == assetOf(*this))
+        return Vs::MeasureMgr::get()->nameOf(*object);
     return localizedFormat("InputSelected", "%1% selected", selectionSet().size());
 }
 
@@ -521,7 +590,14 @@ void SelectionCommandInput::mouseUp(MouseEvent* event)
     if (event->button() != kLeftButton || !std::exchange(m_pressed, false) || dragged || !pickingManager())
         return;
     CommandInUse inUse(commandInputSet()->command());
-    click(under(*event), event->modifierMask());
+    const Vs::StrongRef<Vs::Selection> found = under(*event);
+    if (!found) {
+        SelectionInputMissedEvent missed(this, *event);
+        commandInputSet()->fire(&missed);
+        if (missed.taken())
+            return;
+    }
+    click(found, event->modifierMask());
 }
 
 } // namespace Vu

@@ -17,6 +17,7 @@ class Status;
 
 namespace Vu {
 
+class CommandBase;
 class PartFollower;
 class RubberBand;
 
@@ -54,7 +55,9 @@ public:
     /// shows and the commands on selected objects use, whoever changes it. A click then selects in place of
     /// what was selected, and one beside everything selects nothing. Of what lies at a place, the component
     /// is taken first, and its part once that is selected. Default false: the input collects for its command
-    /// alone, and each click adds. Either way a click with Ctrl or Shift adds a thing or takes it out again.
+    /// alone, and each click adds. Either way a click with Ctrl or Shift adds a thing or takes it out again,
+    /// and one with both takes what holds the thing: the component, and on each further click the assembly
+    /// above.
     bool replacesCurrentSelection() const { return m_current; }
     void replacesCurrentSelection(bool value);
     /// Whether the session's selection is cleared as the command ends. Only for an input that replaces it.
@@ -68,6 +71,14 @@ public:
     bool isCurrent() const;
     /// Has it take the clicks until it is complete, or another one is made current.
     void makeCurrent();
+    /// The input of a command that takes the clicks; null if there is none.
+    static SelectionCommandInput* currentOf(const CommandBase* command);
+
+    /// Does what a click does on a thing that is shown elsewhere than in a canvas, `modifiers` being those of
+    /// mouse events. False if the input takes no clicks now, or refuses the thing.
+    bool pick(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers);
+    /// What a click in the canvas would take there, if the input took the clicks; null for nothing.
+    [[nodiscard]] Vs::StrongRef<Vs::Selection> under(const MouseEvent& event) const;
 
     const Vs::SelectionSet& selectionSet() const { return m_current ? *m_current : m_own; }
     /// Adds a selection as a click does. Returns false if a filter, the command, or a site of the event
@@ -121,14 +132,14 @@ private:
     void assetComponentsChanged(Vs::ComponentsEvent* event) override;
     void leaveSession();
     void click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers);
+    void takeHolder(const Vs::StrongRef<Vs::Selection>& holder);
     void take(const std::vector<Vs::StrongRef<Vs::Selection>>& banded, unsigned modifiers);
     /// Null while nothing may be picked.
     Vs::SelectionMgr* pickingManager() const;
     bool accepts(const Vs::StrongRef<Vs::Selection>& selection) const;
     /// Lights what the pointer is at, null for nothing, and tells of it; false if that is lit already.
     bool pointAt(const Vs::StrongRef<Vs::Selection>& selection);
-    /// What a click there would take; null for nothing.
-    Vs::StrongRef<Vs::Selection> under(const MouseEvent& event);
+    Vs::StrongRef<Vs::Selection> holderOf(const Vs::Selection& selection) const;
     Vs::StrongRef<Vs::Selection> componentOrPart(const Selections& objects, bool adds) const;
 
     bool isComplete() const;

@@ -9,6 +9,8 @@ class Selection;
 
 namespace Vu {
 
+class MouseEvent;
+
 /// A selection input asks whether it may take what lies under the pointer.
 class SelectionInputQuerySelectPermittedEvent
     : public Vs::Implements<SelectionInputQuerySelectPermittedEvent, CommandInputEvent>
@@ -43,6 +45,25 @@ public:
 
 private:
     Vs::Selection* m_selection;
+};
+
+/// A click in the canvas found nothing that the selection input takes.
+class SelectionInputMissedEvent : public Vs::Implements<SelectionInputMissedEvent, CommandInputEvent>
+{
+public:
+    /// The mouse event stays the caller's.
+    SelectionInputMissedEvent(CommandInputBase* input, const MouseEvent& click)
+        : Implements(input), m_click(click)
+    {
+    }
+    const MouseEvent& click() const { return m_click; }
+    /// Set by who does something with the click, so that the input doesn't.
+    void taken(bool value) { m_taken = value; }
+    bool taken() const { return m_taken; }
+
+private:
+    const MouseEvent& m_click;
+    bool m_taken = false;
 };
 
 } // namespace Vu

@@ -2,7 +2,9 @@
 
 #include "Server/CommonData/NamedViews.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Window/BrowserModel.h"
 
 #include <QItemSelectionModel>
@@ -26,12 +28,15 @@ BrowserMarks::~BrowserMarks()
 
 void BrowserMarks::follow(AssetSession* session)
 {
-    if (m_session)
+    if (m_session) {
         m_session->selectionManager()->selectionSet().unsubscribe(this);
+        m_session->selectionManager()->collectedSet().unsubscribe(this);
+    }
     m_session = session;
     if (!m_session)
         return;
     m_session->selectionManager()->selectionSet().subscribe(this);
+    m_session->selectionManager()->collectedSet().subscribe(this);
     mark(true);
 }
 
@@ -53,6 +58,14 @@ void BrowserMarks::select(const std::vector<Vs::StrongRef<Vs::Selection>>& selec
     m_session->selectionManager()->selectionSet().replace(selections);
 }
 
+SelectionCommandInput* BrowserMarks::toolInput() const
+{
+    const CommandMgr* commands = m_session ? m_session->commandManager() : nullptr;
+    SelectionCommandInput* input =
+        commands ? SelectionCommandInput::currentOf(commands->activeCommand()) : nullptr;
+    return input && !input->replacesCurrentSelection() ? input : nullptr;
+}
+
 void BrowserMarks::mark(bool reveal)
 {
     if (!m_session)
@@ -60,7 +73,9 @@ void BrowserMarks::mark(bool reveal)
     const QScopedValueRollback<bool> busy(m_busy, true);
     QItemSelection marks;
     bool others = false;
-    for (const auto& selection : m_session->selectionManager()->selectionSet().selections()) {
+    Vs::SelectionMgr& manager = *m_session->selectionManager();
+    const Vs::SelectionSet& shown = toolInput() ? manager.collectedSet() : manager.selectionSet();
+    for (const auto& selection : shown.selections()) {
         const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
         others = others || !logical;
         if (!logical || logical->path().leaf != Vs::ObjectPath::Leaf::Component)

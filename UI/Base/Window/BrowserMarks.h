@@ -11,9 +11,11 @@ namespace Vu {
 
 class AssetSession;
 class BrowserModel;
+class SelectionCommandInput;
 
-/// Keeps the marked rows of the browser and what its session has selected the same, whoever changes it. A
-/// face, an edge or a vertex has no row, and leaves none marked.
+/// Keeps the marked rows of the browser and what its session has selected the same, whoever changes it; while
+/// a tool takes the clicks, what its inputs hold is marked instead. A face, an edge or a vertex has no row,
+/// and leaves none marked.
 class BrowserMarks : private Vs::SelectionSetSite, private SessionEventSite
 {
 public:
@@ -24,6 +26,8 @@ public:
     /// The session of the model's asset; null for none.
     void follow(AssetSession* session);
     AssetSession* session() const { return m_session; }
+    /// The input of the running tool that takes the clicks; null where clicks select.
+    SelectionCommandInput* toolInput() const;
     /// Marks what the session has selected. `reveal` tells whether a single row is scrolled to.
     void mark(bool reveal);
     /// Whether marks are changing because the selection has, and not by a person's hand.

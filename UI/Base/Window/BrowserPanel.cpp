@@ -9,6 +9,7 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/BrowserMarks.h"
@@ -19,6 +20,7 @@
 #include "UI/Base/Workspace/LayoutStrategy.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QTreeView>
@@ -81,9 +83,15 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     connect(m_model, &QAbstractItemModel::modelReset, this, [this] { reopen(); });
     connect(m_model, &QAbstractItemModel::rowsInserted, this, &BrowserPanel::reopenBelow);
     connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { select(); });
+    connect(m_tree, &QTreeView::pressed, this, [this] { m_checked = false; });
+    connect(m_tree, &QTreeView::clicked, this, [this](const QModelIndex& index) {
+        if (SelectionCommandInput* input = m_checked ? nullptr : m_marks->toolInput())
+            pick(index, *input);
+    });
     m_model->renamer(
         [this](const QModelIndex& index, const std::wstring& newName) { rename(index, newName); });
     m_model->shower([this](const QModelIndex& index, bool visible) {
+        m_checked = true;
         const std::string id = m_model->component(index)->id;
         runFromContextMenu(visible ? kShowCommand : kHideCommand,
                            {{kObjectsArgument, Vs::pathText(Vs::ObjectPath{id}, *m_model->asset())}});
@@ -166,6 +174,12 @@ void BrowserPanel::select()
     const AssetSession* session = assetSession();
     if (!session || m_displaying || m_marks->isMarking())
         return;
+    if (m_marks->toolInput()) {
+        // The tool takes what is clicked, and the marks follow it.
+        QMetaObject::invokeMethod(
+            this, [this] { m_marks->mark(false); }, Qt::QueuedConnection);
+        return;
+    }
     std::vector<Vs::StrongRef<Vs::Selection>> selections;
     for (const auto& selection : session->selectionManager()->selectionSet().selections())
         if (!Vs::cast<NamedViewSelection>(selection.get()) &&
@@ -181,6 +195,23 @@ void BrowserPanel::select()
                  component && index != m_model->rootIndex())
             selections.emplace_back(new Vs::LogicalSelection(session->asset(), component->id, nullptr));
     m_marks->select(selections);
+    WorkspaceWindow::invalidate(kInvalidateAll);
+}
+
+// Where the tool wants bodies, a part stands for its own.
+void BrowserPanel::pick(const QModelIndex& index, SelectionCommandInput& input)
+{
+    const Vs::Component* component = m_model->component(index);
+    if (!component || index == m_model->rootIndex())
+        return;
+    const auto keys = static_cast<unsigned>(QApplication::keyboardModifiers());
+    for (const Vs::ObjectPath::Leaf leaf : {Vs::ObjectPath::Leaf::Component, Vs::ObjectPath::Leaf::Body})
+        if ((leaf == Vs::ObjectPath::Leaf::Component || component->body) &&
+            input.pick(Vs::StrongRef<Vs::Selection>(new Vs::LogicalSelection(
+                           m_model->asset(), Vs::ObjectPath{component->id, leaf}, nullptr)),
+                       keys & (kShiftModifier | kControlModifier)))
+            break;
+    m_marks->mark(false);
     WorkspaceWindow::invalidate(kInvalidateAll);
 }
 

@@ -15,6 +15,7 @@ namespace Vu {
 
 class BrowserMarks;
 class BrowserModel;
+class SelectionCommandInput;
 
 /// The tree of the current session's components and named views. What is selected in it is what the session
 /// has selected, for the commands of the context menu, and lit up in the views. A double click looks from
@@ -38,6 +39,8 @@ private:
     void reopen();
     void reopenBelow(const QModelIndex& parent, int first, int last);
     void select();
+    /// A click on a row while a tool takes the clicks.
+    void pick(const QModelIndex& index, SelectionCommandInput& input);
     void rename(const QModelIndex& index, const std::wstring& newName);
     void removeSelected();
     /// The Delete key of the tree.
@@ -47,6 +50,7 @@ private:
     QTreeView* m_tree;
     BrowserModel* m_model;
     std::unique_ptr<BrowserMarks> m_marks;
+    bool m_checked = false;       ///< The click was on a check mark.
     bool m_displaying = false;    ///< The mark that is set selects nothing.
     std::set<std::string> m_open; ///< Ids of the open branches, for when they come back.
 };

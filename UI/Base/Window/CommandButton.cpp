@@ -6,6 +6,7 @@
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/TickMenu.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
 
 #include <QApplication>
@@ -95,23 +96,6 @@ void addItems(QMenu* menu, ListControl* list)
     }
 }
 
-void addItems(QMenu* menu, MenuControl* control)
-{
-    for (MenuItem* item : control->items()) {
-        if (item->separator()) {
-            menu->addSeparator();
-            continue;
-        }
-        // Without a picture, which would hide the check mark.
-        QAction* action = menu->addAction(QString::fromStdWString(item->info()->name()));
-        action->setCheckable(true);
-        action->setChecked(item->checked());
-        action->setEnabled(item->enabled());
-        QObject::connect(action, &QAction::triggered, menu,
-                         [control, item](bool on) { control->selectItem(item, on, true); });
-    }
-}
-
 /// The items of the command's list or menu as they are now.
 void fillMenu(QMenu* menu, CommandDefinition* definition)
 {
@@ -121,8 +105,8 @@ void fillMenu(QMenu* menu, CommandDefinition* definition)
     definition->updateInputControl(&context);
     if (auto* list = Vs::cast<ListControl>(control))
         addItems(menu, list);
-    else if (auto* items = Vs::cast<MenuControl>(control))
-        addItems(menu, items);
+    else if (Vs::cast<MenuControl>(control))
+        fillWithTicks(menu, [definition] { return Vs::cast<MenuControl>(definition->inputControl()); });
 }
 
 bool opensMenu(const InputControl* control)

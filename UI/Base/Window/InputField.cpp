@@ -9,6 +9,7 @@
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/TextField.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/TickMenu.h"
 
 #include <QAction>
 #include <QBoxLayout>
@@ -137,7 +138,8 @@ public:
         m_button->setMenu(m_menu);
         m_button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         add(m_button);
-        connect(m_menu, &QMenu::aboutToShow, this, [this] { fill(m_menu); });
+        connect(m_menu, &QMenu::aboutToShow, this,
+                [this] { fillWithTicks(m_menu, [this] { return control(); }); });
     }
 
 protected:
@@ -193,26 +195,6 @@ private:
                 control()->selectItem(control()->items()[index], on, true);
         });
         return button;
-    }
-    void fill(QMenu* menu)
-    {
-        menu->clear();
-        if (!control())
-            return;
-        for (MenuItem* item : control()->items()) {
-            if (item->separator()) {
-                menu->addSeparator();
-                continue;
-            }
-            QAction* action = menu->addAction(titleOf(*item->info()));
-            action->setCheckable(true);
-            action->setChecked(item->checked());
-            action->setEnabled(item->enabled());
-            connect(action, &QAction::triggered, this, [this, item](bool on) {
-                if (control())
-                    control()->selectItem(item, on, true);
-            });
-        }
     }
 
     QToolButton* m_button;

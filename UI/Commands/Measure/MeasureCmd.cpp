@@ -3,6 +3,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Server/Types/UnitsOptionGroup.h"
 #include "UI/Base/Command/ControlCommandInputs.h"
@@ -88,6 +89,12 @@ MeasureCmd::MeasureCmd(MeasureCmdDef* definition, CommandContext* context) : Imp
     enableSelections();
 }
 
+void MeasureCmd::makeOptions()
+{
+    optionOf(kMeasureTypesOption, 0);
+    optionOf(kSelectionTypesOption, 0);
+}
+
 void MeasureCmd::readArguments()
 {
     const CommandContext& context = *commandContext();
@@ -158,7 +165,31 @@ void MeasureCmd::enableSelections()
     const bool points =
         Vs::MeasureMgr::get()->selectionTypes() & static_cast<unsigned>(Vs::ESelectionType::Vertex);
     m_inputs->selections[1]->enabled(any[0] || any[1]);
-    m_inputs->selections[2]->enabled(points && (any[1] || any[2]));
+    SelectionCommandInput* third = m_inputs->selections[2];
+    third->enabled(points && (any[1] || any[2]));
+    // What can't be taken back by its field isn't shown either.
+    if (Vs::SelectionMgr* manager = isRunning() ? selectionManager() : nullptr)
+        manager->collect(third, third->enabled() ? third->selectionSet().selections()
+                                                 : std::vector<Vs::StrongRef<Vs::Selection>>());
+}
+
+// A line begins with nothing; a person with what is selected.
+void MeasureCmd::onBegin()
+{
+    Implements::onBegin();
+    const ECommandAccessPoint from = commandContext()->commandAccessPoint();
+    const bool byHand = from != ECommandAccessPoint::TextLine && from != ECommandAccessPoint::Transcript &&
+                        from != ECommandAccessPoint::Script;
+    const Vs::SelectionSet* selected = byHand && !m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
+    if (!selected)
+        return;
+    const auto objects = selected->selections();
+    for (size_t i = 0; i < std::min<size_t>(objects.size(), 2); ++i)
+        m_inputs->selections[i]->add(objects[i]);
+    enableSelections();
+    for (int number = 1; number <= 3; ++number)
+        takeSelection(number);
+    measureAnew();
 }
 
 void MeasureCmd::onActivate()
@@ -207,6 +238,8 @@ void MeasureCmd::onCommandInputEvent(CommandInputEvent* event)
         query->permitted(query->permitted() && permits(input, *query->selection()));
     } else if (const auto* pointed = Vs::cast<SelectionInputPreselectionEvent>(event)) {
         preselected(pointed->selection());
+    } else if (auto* missed = Vs::cast<SelectionInputMissedEvent>(event)) {
+        missed->taken(input == m_inputs->selections[2] && beginAnewAt(missed->click()));
     } else if (const auto* hover = Vs::cast<CommandInputHoverEvent>(event)) {
         hovered(input, hover->entering());
     }
@@ -236,6 +269,8 @@ void MeasureCmd::selectionTypesChanged()
     Vs::MeasureMgr::get()->selectionTypes(m_inputs->chosenSelectionTypes());
     fillFilters();
     enableSelections();
+    takeSelection(3);
+    measureAnew();
 }
 
 void MeasureCmd::precisionChanged()
@@ -268,10 +303,19 @@ void MeasureCmd::clearSelections()
     if (Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet())
         selected->clear();
     m_changing = false;
+    enableSelections();
     for (int number = 1; number <= 3; ++number)
         takeSelection(number);
     measureAnew();
-    enableSelections();
+}
+
+bool MeasureCmd::beginAnewAt(const MouseEvent& click)
+{
+    const Vs::StrongRef<Vs::Selection> object = m_inputs->selections[0]->under(click);
+    if (!object)
+        return false;
+    clearSelections();
+    return m_inputs->selections[0]->add(object);
 }
 
 bool MeasureCmd::permits(const CommandInputBase* input, const Vs::Selection& selection) const
@@ -283,12 +327,13 @@ bool MeasureCmd::permits(const CommandInputBase* input, const Vs::Selection& sel
 void MeasureCmd::takeSelection(int number)
 {
     SelectionCommandInput* input = m_inputs->selections[size_t(number) - 1];
-    m_state.selection(number) = firstObject(input->selectionSet());
+    const auto first = firstObject(input->selectionSet());
+    m_state.selection(number) = input->enabled() ? first : nullptr;
     // The first is what counts; others stay only as part of what the user has selected.
     std::vector<Vs::StrongRef<Vs::Selection>> kept;
     const Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet();
     for (const auto& each : input->selectionSet().selections())
-        if (each.get() == m_state.selection(number).get() || (selected && selected->contains(*each)))
+        if (each.get() == first.get() || (selected && selected->contains(*each)))
             kept.push_back(each);
     if (kept.size() == input->selectionSet().size())
         return;
@@ -299,8 +344,10 @@ void MeasureCmd::takeSelection(int number)
 
 void MeasureCmd::selectionChanged(int number)
 {
-    takeSelection(number);
     enableSelections();
+    takeSelection(number);
+    // The third may have been taken away from the others, or given back to them.
+    takeSelection(3);
     measureAnew();
 }
 
@@ -475,9 +522,9 @@ void MeasureCmd::assetComponentsChanged(Vs::ComponentsEvent* event)
             input->clear();
     }
     m_changing = false;
+    enableSelections();
     for (int number = 1; number <= 3; ++number)
         takeSelection(number);
-    enableSelections();
     measureAnew();
 }
 

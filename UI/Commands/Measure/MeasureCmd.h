@@ -14,6 +14,10 @@
 
 class EndMeasureTask;
 
+namespace Vu {
+class MouseEvent;
+}
+
 namespace Vu::Commands {
 
 class MeasureCmdDef;
@@ -30,6 +34,9 @@ class MeasureCmd : public Vs::Implements<MeasureCmd, InteractiveCommandBase, Com
 {
 public:
     ~MeasureCmd() override;
+
+    /// Makes the kept settings of the user, if there are none yet.
+    static void makeOptions();
 
     bool passive() const { return m_passive; }
     /// The bits of EMeasureTypeBit that are on.
@@ -53,6 +60,7 @@ public:
     ECommandType onCommandType() const override { return ECommandType::Exclusive; }
     /// A passive run stacks over the command that it measures for.
     EStackingBehavior onStackingBehavior() const override;
+    void onBegin() override;
     void onActivate() override;
     void onDeactivate() override;
     void onEnd(ETerminationReason reason) override;
@@ -77,6 +85,8 @@ private:
     void optionChanged(Vs::OptionEvent* event) override;
     void showTexts();
     void preselected(const Vs::Selection* selection);
+    /// Begins anew with what lies there; false, and nothing happens, if there is nothing.
+    bool beginAnewAt(const MouseEvent& click);
     bool permits(const CommandInputBase* input, const Vs::Selection& selection) const;
     void hovered(const CommandInputBase* input, bool entering);
 

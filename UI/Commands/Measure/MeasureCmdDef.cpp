@@ -81,6 +81,8 @@ void MeasureCmdDef::measureFor(RealValueCommandInput* input)
     context.addArgument(passiveArgName(), 1);
     context.accessPoint(ECommandAccessPoint::Command);
     enableHostSelectionInput(false);
+    // The types of this one use aren't those that the user wants the next time.
+    MeasureCmd::makeOptions();
     std::ignore = executeCommand(context);
     if (!m_measuring)
         measureEnded(nullptr);

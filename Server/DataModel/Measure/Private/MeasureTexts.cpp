@@ -38,6 +38,30 @@ std::wstring nameOf(ShapeKind kind)
     return {};
 }
 
+std::wstring titleOf(ShapeKind kind)
+{
+    switch (kind) {
+    case ShapeKind::Vertex:
+        return localized("PartVertex", "Vertex");
+    case ShapeKind::Line:
+        return localized("PartLine", "Straight edge");
+    case ShapeKind::Circle:
+        return localized("PartCircle", "Circle");
+    case ShapeKind::Curve:
+        return localized("PartCurve", "Edge");
+    case ShapeKind::Plane:
+        return localized("PartPlane", "Plane");
+    case ShapeKind::Cylinder:
+        return localized("PartCylinder", "Cylinder");
+    case ShapeKind::Cone:
+        return localized("PartCone", "Cone");
+    case ShapeKind::Sphere:
+        return localized("PartSphere", "Sphere");
+    default:
+        return localized("PartFace", "Face");
+    }
+}
+
 std::wstring nameOf(EMeasureType type)
 {
     switch (type) {
@@ -95,6 +119,11 @@ std::wstring reason(const std::wstring& name, NoAnswer why, ShapeKind kind, EMea
         return localizedFormat("MeasureOpen", "\"%1%\" is open and has no volume.", name);
     }
     return {};
+}
+
+std::wstring partOf(ShapeKind kind, const std::wstring& name)
+{
+    return localizedFormat("PartOf", "%1% of %2%", titleOf(kind), name);
 }
 
 std::wstring kernelFailed(const std::wstring& name, const std::string& message)

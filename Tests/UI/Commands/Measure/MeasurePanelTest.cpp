@@ -2,6 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/DataModel/Transaction.h"
 #include "Server/Scene/GeometryNode.h"
@@ -348,7 +349,60 @@ TEST_F(MeasurePanel, FillsTheFieldOfAnotherCommand)
     const std::string lines{std::istreambuf_iterator<char>(file), {}};
     EXPECT_NE(lines.find("SnapValueInput \"95 mm\""), std::string::npos) << lines;
     EXPECT_EQ(lines.find("Measure"), std::string::npos) << "the value says it all: " << lines;
-    EXPECT_EQ(Vu::UIInternalOptionGroup::get()->value("MeasureCmd_measureTypes", -1), 2);
+    EXPECT_EQ(Vu::UIInternalOptionGroup::get()->value("MeasureCmd_measureTypes", -1), 0)
+        << "what the user measures next is the usual";
+}
+
+TEST_F(MeasurePanel, BeginsByHandWithWhatIsSelectedAndAnewWithWhatTheThirdCantTake)
+{
+    const auto content = [](const wchar_t* key) { return input<SelectionCommandInput>(key)->displayText(); };
+    Vs::Status status;
+    Vs::Asset* asset = activeSession()->asset();
+    const auto object = [&](const wchar_t* text) {
+        return Vs::StrongRef<Vs::Selection>(
+            new Vs::LogicalSelection(asset, *Vs::findPath(*asset, text, status), nullptr));
+    };
+    Vu::ActiveAssetUtils::selectionSet()->replace({object(L"Cylinder1/Face1"), object(L"Box2")});
+    start(L"MeasureCommand");
+    EXPECT_EQ(content(L"SelectionInput1"), L"Cylinder of Cylinder1");
+    EXPECT_EQ(content(L"SelectionInput2"), L"Box2");
+    EXPECT_EQ(shown(L"DistanceInput"), L"85 mm");
+    // The third takes vertices alone; a click beside everything is no beginning either.
+    camera()->look({0, 1, 0}, {0, 0, 1});
+    BBox box;
+    ASSERT_TRUE(Vs::cast<Vs::LogicalSelection>(object(L"Box2").get())->calculateBounds(*asset, box));
+    camera()->fit(box);
+    pick(3, L"Box2/Vertex1");
+    click(Vu::kLeftButton, 2 - canvas()->width() / 2, 0);
+    EXPECT_EQ(content(L"SelectionInput2"), L"Box2");
+    click(Vu::kLeftButton, 0, 0);
+    EXPECT_EQ(content(L"SelectionInput1"), L"Plane of Box2");
+    EXPECT_EQ(content(L"SelectionInput2"), L"Select in the view");
+    // With both keys a click takes what holds the face; a line begins with nothing.
+    answer(L"Commands.SetInput RestartSelectionInput \"\"");
+    click(Vu::kLeftButton, 0, 0, Vu::kShiftModifier | Vu::kControlModifier);
+    EXPECT_EQ(content(L"SelectionInput1"), L"Box2");
+    answer(L"Commands.Commit");
+    Vu::ActiveAssetUtils::selectionSet()->replace({object(L"Box2")});
+    begin();
+    EXPECT_EQ(results(), L"");
+}
+
+TEST_F(MeasurePanel, AThirdSelectionThatIsBarredIsNeitherMeasuredNorLit)
+{
+    begin(L" MeasureTypes=4");
+    pick(1, L"Box2/Vertex1");
+    pick(2, L"Box2/Vertex2");
+    pick(3, L"Box2/Vertex4");
+    EXPECT_EQ(results(), L"AngleInput");
+    const Vs::SelectionSet& lit = Vu::ActiveAssetUtils::selectionManager()->collectedSet();
+    EXPECT_EQ(lit.size(), 3u);
+    answer(L"Commands.SetInput SelectionTypesInput BodyFilterInput");
+    EXPECT_EQ(lit.size(), 2u);
+    EXPECT_EQ(results(), L"");
+    answer(L"Commands.SetInput SelectionTypesInput FaceEdgeVertexFilterInput");
+    EXPECT_EQ(lit.size(), 3u);
+    EXPECT_EQ(results(), L"AngleInput");
 }
 
 TEST_F(MeasurePanel, WaitsWhileWhatItMeasuresIsSelected)

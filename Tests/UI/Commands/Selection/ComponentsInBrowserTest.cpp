@@ -2,6 +2,9 @@
 #include "Tests/Support/Seed.h"
 #include "Tests/UI/Commands/EditComponents.h"
 #include "Tests/UI/Commands/InBrowser.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandInputSet.h"
+#include "UI/Base/Command/CommandMgr.h"
 
 #include <QAbstractItemModelTester>
 #include <QLineEdit>
@@ -76,6 +79,46 @@ TEST_F(ComponentsInTheBrowser, AreMarkedAsSoonAsTheyAreSelectedAnywhere)
     EXPECT_EQ(selectedPaths(), (Texts{L"Box3:1"}));
     selected().clear();
     EXPECT_FALSE(tree->selectionModel()->hasSelection());
+}
+
+TEST_F(ComponentsInTheBrowser, AreGivenToTheToolThatRunsAndMarkedWhileItHoldsThem)
+{
+    const auto marked = [&] {
+        Texts names;
+        for (const wchar_t* name : {L"Box1", L"Box2", L"Box3"})
+            if (tree->selectionModel()->isSelected(item(name)))
+                names.emplace_back(name);
+        return names;
+    };
+    const auto held = [](const wchar_t* key) {
+        return activeSession()
+            ->commandManager()
+            ->activeCommand()
+            ->commandInputSet()
+            ->findInput(key)
+            ->valueAsString();
+    };
+    select({L"Box3"});
+    answer(L"Commands.Start SubtractCommand");
+    QApplication::processEvents();
+    click(item(L"Box1"));
+    click(item(L"Box2"));
+    EXPECT_EQ(held(L"Target"), L"Box3:1");
+    EXPECT_EQ(held(L"Tools"), L"Box1:1|Box2:1");
+    click(item(L"Box2"), Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_EQ(held(L"Tools"), L"Box1:1");
+    EXPECT_EQ(marked(), (Texts{L"Box1", L"Box3"}));
+    answer(L"Commands.Cancel");
+    EXPECT_EQ(marked(), (Texts{L"Box3"}));
+    EXPECT_EQ(selectedPaths(), (Texts{L"Box3:1"})) << "what is selected stays what it was";
+    answer(L"Commands.Start MeasureCommand");
+    click(item(L"Box2"));
+    click(item(L"Box1"));
+    EXPECT_EQ(held(L"SelectionInput1"), L"Box2:1");
+    EXPECT_EQ(held(L"SelectionInput2"), L"Box1:1");
+    EXPECT_EQ(marked(), (Texts{L"Box1", L"Box2"}));
+    answer(L"Commands.Commit");
+    EXPECT_EQ(marked(), (Texts{L"Box3"}));
 }
 
 TEST_F(ComponentsInTheBrowser, ANameThatIsTypedIsThatOfTheOneItem)

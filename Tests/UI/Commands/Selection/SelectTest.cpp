@@ -218,7 +218,7 @@ TEST_F(SelectInTheCanvas, TheDeleteKeyInAPanelTakesBackWhatIsChosenThere)
     settle();
     auto* chosen = canvas->window()->findChild<QPushButton*>(QStringLiteral("inputSelection"));
     ASSERT_TRUE(chosen);
-    EXPECT_EQ(chosen->text(), QStringLiteral("1 selected"));
+    EXPECT_EQ(chosen->text(), QStringLiteral("Box3"));
     chosen->setFocus();
     QTest::keyClick(chosen, Qt::Key_Tab);
     EXPECT_TRUE(qobject_cast<QLineEdit*>(QApplication::focusWidget())) << "the next stop is the next field";
