@@ -1,3 +1,4 @@
+#include "Server/Base/Progress.h"
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -10,8 +11,10 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include <atomic>
 #include <cmath>
 #include <numbers>
+#include <thread>
 
 namespace {
 
@@ -119,6 +122,38 @@ TEST_F(EditCommandsTest, WhatIsSelectedOfABodyIsTheSameAfterItChanged)
     EXPECT_EQ(held(), hole());
     answer(L"VuCommands.UndoCmd");
     EXPECT_EQ(held(), L"") << "there is no hole any more";
+}
+
+TEST_F(EditCommandsTest, APreviewThatWasCancelledDoesNotKeepTheToolFromBeingCommitted)
+{
+    answer(L"Design.Box 200 200 2");
+    std::wstring pins;
+    for (int i = 1; i <= 36; ++i) {
+        answer(L"Design.Cylinder 3 10 " + std::to_wstring(20 + 25 * (i % 6)) + L"," +
+               std::to_wstring(20 + 25 * ((i - 1) / 6)) + L",-5");
+        pins += L" Cylinder" + std::to_wstring(i);
+    }
+    answer(L"Design.Subtract Box4" + pins);
+    const double before = volume(L"Box4");
+    std::wstring edges;
+    const size_t count =
+        Vs::resolvePath(path(L"Box4"), *asset(), m_status)->body->mesh()->edgeStarts.size() - 1;
+    for (size_t i = 1; i <= count; ++i)
+        edges += (i > 1 ? L"|Box4/Edge" : L"Box4/Edge") + std::to_wstring(i);
+    answer(L"Commands.Start FilletCommand");
+    answer(L"Commands.SetInput Radius \"0.1 mm\"");
+    std::atomic<bool> over = false;
+    std::thread impatient([&] {
+        while (!over)
+            if (Vs::Progress::active() && !Vs::Progress::cancelled())
+                Vs::Progress::requestCancel();
+    });
+    run(L"Commands.SetInput Edges \"" + edges + L"\"");
+    over = true;
+    impatient.join();
+    EXPECT_EQ(volume(L"Box4"), before) << "the preview was given up";
+    answer(L"Commands.Commit");
+    EXPECT_NE(volume(L"Box4"), before);
 }
 
 TEST_F(EditCommandsTest, LinesThatMakeNoSenseSayWhyAndLeaveNoStep)

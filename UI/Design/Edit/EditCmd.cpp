@@ -1,5 +1,6 @@
 #include "UI/Design/Edit/EditCmd.h"
 
+#include "Server/Base/Progress.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Edit/EditRequest.h"
@@ -151,15 +152,24 @@ bool EditCmd::execute(bool preview, Vs::Status& status)
     return executeRequest(request.get(), preview, {}, status);
 }
 
+// Nothing is wrong with what a person didn't want to wait for: it can be committed unseen.
+bool EditCmd::previewed(Vs::Status& status)
+{
+    const Vs::Progress::CancelScope cancellable;
+    m_shown = execute(true, status);
+    return m_shown || Vs::Progress::cancelled();
+}
+
 void EditCmd::preview()
 {
     Vs::Status status;
+    m_shown = false;
     m_problem = onWhyInvalid();
     if (!m_problem.empty())
         releasePreview();
-    else if (!execute(true, status))
+    else if (!previewed(status))
         m_problem = status.toString();
-    lightParts(!m_problem.empty());
+    lightParts(!m_problem.empty() || !m_shown);
     // Whoever shows the inputs may have looked while the kernel was still at work.
     CommandInputStateChangeEvent event(commandInputSet()->inputs().front().get());
     commandInputSet()->fire(&event);

@@ -95,6 +95,8 @@ private:
     std::wstring whyIncomplete();
     bool execute(bool preview, Vs::Status& status);
     void preview();
+    /// Whether the result shows, or could if it had been waited for.
+    bool previewed(Vs::Status& status);
     void lightParts(bool lit);
     void point(bool atPart);
     void showInputs();
@@ -103,6 +105,7 @@ private:
 
     bool m_waiting = false; ///< For a person, who sees a preview.
     std::wstring m_problem; ///< Why the last preview couldn't be made.
+    bool m_shown = false;   ///< The preview is there.
 };
 
 } // namespace Vu::Design
