@@ -86,6 +86,30 @@ std::vector<Piece> piecesOf(const TopoDS_Shape& shape)
     return pieces;
 }
 
+std::vector<Piece> trianglesOf(const Piece& piece)
+{
+    std::vector<Piece> triangles;
+    if (piece.shape.IsNull()) {
+        triangles.push_back(piece);
+    } else if (piece.shape.ShapeType() == TopAbs_FACE) {
+        TopLoc_Location location;
+        const Handle(Poly_Triangulation) mesh = BRep_Tool::Triangulation(TopoDS::Face(piece.shape), location);
+        if (!mesh.IsNull())
+            addTriangles(mesh, location.Transformation(), triangles);
+    }
+    return triangles;
+}
+
+double deflectionOf(const Piece& piece)
+{
+    if (piece.shape.IsNull() || piece.shape.ShapeType() != TopAbs_FACE)
+        return 0;
+    const TopoDS_Face& face = TopoDS::Face(piece.shape);
+    TopLoc_Location location;
+    const Handle(Poly_Triangulation) mesh = BRep_Tool::Triangulation(face, location);
+    return mesh.IsNull() ? 0 : mesh->Deflection() + BRep_Tool::Tolerance(face);
+}
+
 PieceTree::PieceTree(std::vector<Piece> pieces) : m_pieces(std::move(pieces))
 {
     if (m_pieces.empty())

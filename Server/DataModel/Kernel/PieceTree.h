@@ -24,6 +24,11 @@ struct Piece
 
 std::vector<Piece> piecesOf(const TopoDS_Shape& shape);
 
+/// The triangles that a face is meshed with, or the one that the piece is; none for other pieces.
+std::vector<Piece> trianglesOf(const Piece& piece);
+/// How far these may be from the face, with its tolerance.
+double deflectionOf(const Piece& piece);
+
 /// The pieces of a shape in a tree of boxes.
 class PieceTree
 {

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <vector>
 
 namespace Vs::Kernel {
@@ -109,6 +110,12 @@ public:
 
     std::optional<ShortestDistance> result()
     {
+        // A box is a poor bound of a wide face that is full of holes; its mesh is a good one.
+        std::erase_if(m_pairs, [this](Pair& pair) {
+            if (pair.least <= m_bound)
+                pair.least = std::max(pair.least, leastByMeshes(*pair.first, *pair.second));
+            return pair.least > m_bound;
+        });
         std::sort(m_pairs.begin(), m_pairs.end(),
                   [](const Pair& a, const Pair& b) { return a.least < b.least; });
         for (const Pair& pair : m_pairs) {
@@ -139,6 +146,34 @@ private:
         m_bound = std::min(m_bound, found.value);
     }
 
+    /// The triangles of a face, and how far they may be from it.
+    struct Mesh
+    {
+        PieceTree triangles;
+        double deflection;
+    };
+    const Mesh& meshOf(const Piece& piece)
+    {
+        const auto known = m_meshes.find(&piece);
+        if (known != m_meshes.end())
+            return known->second;
+        return m_meshes.emplace(&piece, Mesh{PieceTree(trianglesOf(piece)), deflectionOf(piece)})
+            .first->second;
+    }
+
+    /// 0 where there is a piece without a mesh.
+    double leastByMeshes(const Piece& first, const Piece& second)
+    {
+        const Mesh &ours = meshOf(first), &others = meshOf(second);
+        if (ours.triangles.isEmpty() || others.triangles.isEmpty())
+            return 0;
+        double least = std::numeric_limits<double>::max();
+        ours.triangles.nearestPairs(others.triangles, least, [&](double, const Piece& a, const Piece& b) {
+            least = std::min(least, distanceOf(a.triangle, b.triangle).value);
+        });
+        return least - ours.deflection - others.deflection;
+    }
+
     static std::vector<gp_Pnt> pointsOf(const Piece& piece)
     {
         return piece.shape.IsNull() ? std::vector<gp_Pnt>(piece.triangle.begin(), piece.triangle.end())
@@ -162,6 +197,7 @@ private:
     }
 
     std::vector<Pair> m_pairs; ///< That the kernel measures in the end.
+    std::map<const Piece*, Mesh> m_meshes;
     std::optional<ShortestDistance> m_best;
     double m_bound = std::numeric_limits<double>::max();
     size_t m_compared = 0;
