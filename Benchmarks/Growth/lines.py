@@ -55,7 +55,7 @@ def change_one(path):
 
 
 def parts():
-    clock("Design.New growth")
+    clock("Design.New")
     clock("Design.Box 1 1 1")
     whole("Design.Pattern", f"Design.Pattern Box1 X 2 {count // 100} Y 2 100")
     change_one(f"Box1:{count // 2}")
@@ -72,7 +72,7 @@ def parts():
 
 
 def names():
-    clock("Design.New growth")
+    clock("Design.New")
     clock('Script.BeginTransaction "Boxes"')
     whole("Design.Box for each", *[f"Design.Box 1 1 1 {2 * n},0,0" for n in range(count)])
     clock("Script.CommitTransaction")
@@ -86,7 +86,7 @@ def documents():
 
 
 def assets():
-    clock("Design.New growth")
+    clock("Design.New")
     whole("Asset.Create for each", *["Asset.Create VeloraAssetType"] * count)
     step("Asset.List", "Asset.List")
     step("Asset.Create", "Asset.Create VeloraAssetType")

@@ -411,8 +411,10 @@ void SelectionCommandInput::assetComponentsChanged(Vs::ComponentsEvent* event)
 {
     if (m_current || event->asset() != assetOf(*this) || !m_follower->heard(*event->asset()))
         return;
-    const CommandDefinition* own = commandInputSet()->command()->commandDefinition();
-    if (own && Vs::TransactionMgr(event->asset()).currentTransaction()->cmdKey() == own->id())
+    const CommandBase* command = commandInputSet()->command();
+    const CommandDefinition* own = command->commandDefinition();
+    const bool isEnding = !command->isActive() && !command->isSuspended();
+    if (isEnding || (own && Vs::TransactionMgr(event->asset()).currentTransaction()->cmdKey() == own->id()))
         return;
     const auto left = m_follower->follow(m_own.selections(), event->asset());
     m_follower->followed();

@@ -129,6 +129,7 @@ const Session kSessions[] = {
     {L"ViewWidgetCommand",             kModel + L"VuCommands.ViewWidgetCmd"},
     // Selection
     {L"SelectCommand",                 L"Design.New;Design.Box 20 30 40;Commands.Start FitCommand;@click 0 0", L"Selection.Select"},
+    {L"SeparateCommand",               kModel + L"Design.Pattern Box1 X 30 3;Design.Separate Box1:2"},
     {L"SelectionFilterCommand",        kModel + L"VuCommands.SelectionFilterCmd Edges,Faces"},
     {L"FindInCanvas",                  kBoth + L"Commands.Start FindInCanvas"},
     {L"FindInBrowser",                 kBoth + L"Commands.Start FindInBrowser"},
