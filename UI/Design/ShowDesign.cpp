@@ -9,16 +9,15 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
-#include "UI/Base/View/GraphicsView.h"
-#include "UI/Base/View/ViewMgr.h"
 #include "UI/Design/DocumentKinds.h"
 #include "UI/Design/Localized.h"
 
 namespace Vu::Design {
 namespace {
 
-// Belongs to another add-in, which this one knows by identifiers alone.
+// These two belong to another add-in, which this one knows by identifiers alone.
 constexpr const wchar_t* kAssetShellCommand = L"AssetShellCommand";
+constexpr const wchar_t* kFitCommand = L"FitCommand";
 
 void run(const wchar_t* id, CommandContext context, Vs::Status& status)
 {
@@ -48,12 +47,10 @@ void showDesign(Vs::Document* document, Vs::Status& status)
     CommandContext context = CommandContext::activeContext();
     context.addArgument(Vs::UniqueString::find("AssetSession", true), session);
     run(kAssetShellCommand, context, status);
-    // The view frames what arrives later, and what it has in a window that gets its size later, by itself,
-    // unless the camera is moved before.
+    // An empty design is framed by its view as soon as it gets a part, unless the camera is moved before.
     const Vs::Component* parts = document->activeAsset()->components();
-    auto* view = Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId()));
-    if (view && parts && !parts->children.empty())
-        view->fit();
+    if (parts && !parts->children.empty())
+        run(kFitCommand, CommandContext::activeContext(), status);
 }
 
 } // namespace Vu::Design

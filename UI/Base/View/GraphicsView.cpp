@@ -5,7 +5,6 @@
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/Strings.h"
 #include "Server/Scene/OffscreenRenderer.h"
-#include "Server/Scene/Outermost.h"
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
@@ -13,8 +12,6 @@
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/MouseEvents.h"
-#include "UI/Base/View/MouseOverlay.h"
-#include "UI/Base/View/Private/FreeArea.h"
 #include "UI/Base/View/PrintedImageResource.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/View/TransitionMgr.h"
@@ -59,70 +56,7 @@ bool isOfModel(const Vs::Scene::ViewFragment* fragment)
     return fragment->data()->supportSelectBackground();
 }
 
-/// Nothing for a canvas that isn't shown.
-Vs::Size2 sizeOf(const GraphicsCanvas* canvas)
-{
-    return canvas && canvas->existingWidget() ? Vs::Size2{canvas->width(), canvas->height()} : Vs::Size2();
-}
-
-CanvasRect freeAreaOf(const GraphicsCanvas& canvas, double aspect)
-{
-    return freeArea(canvas.width(), canvas.height(), canvas.covered(), aspect);
-}
-
-/// Of several canvases the active one alone gets bars.
-bool waitsForBars(const GraphicsCanvas* canvas)
-{
-    const GraphicsCanvas* active = SplitViewMgr::get()->activeCanvas();
-    if (!canvas || !canvas->existingWidget() || (active && active != canvas))
-        return false;
-    std::vector<CanvasRect> overlays;
-    if (MouseOverlay* overlay = canvas->view()->mouseOverlay())
-        overlay->covers(canvas->width(), canvas->height(), overlays);
-    return canvas->covered().size() == overlays.size();
-}
-
 } // namespace
-
-/// What the camera of a fragment frames: what the fragment shows, in what the canvas leaves free.
-class GraphicsView::Subject : public Vs::Scene::CameraSubject
-{
-public:
-    Subject(const GraphicsView* view, const Vs::Scene::ViewFragment* fragment)
-        : m_view(view), m_fragment(fragment)
-    {
-    }
-
-    Room roomFor(double aspect) const override
-    {
-        const GraphicsCanvas* canvas = m_view->canvas();
-        if (!canvas || !canvas->existingWidget() || canvas->width() <= 0 || canvas->height() <= 0)
-            return {};
-        const double width = canvas->width(), height = canvas->height();
-        const CanvasRect free = freeAreaOf(*canvas, aspect);
-        return {width,
-                height,
-                free.left - width / 2,
-                height / 2 - free.bottom,
-                free.right - width / 2,
-                height / 2 - free.top};
-    }
-
-    bool outermost(const BBox& box, const GkVector3d& direction, GkPoint3d& point) const override
-    {
-        const BBox own = m_fragment->viewFragmentNode()->boundingBox();
-        const auto isSame = [](const GkPoint3d& a, const GkPoint3d& b) { return a.distanceTo(b) == 0; };
-        if (own.isEmpty() || !isSame(own.low(), box.low()) || !isSame(own.high(), box.high()))
-            return false;
-        const auto found = Vs::Scene::outermostPoint(*m_fragment->viewFragmentNode(), direction);
-        point = found.value_or(point);
-        return found.has_value();
-    }
-
-private:
-    const GraphicsView* m_view;
-    const Vs::Scene::ViewFragment* m_fragment;
-};
 
 GraphicsView::GraphicsView() = default;
 
@@ -136,13 +70,7 @@ GraphicsView::~GraphicsView()
 void GraphicsView::addFragment(Vs::StrongRef<Vs::Scene::ViewFragment> fragment)
 {
     Vs::require(fragment.get() != nullptr, "a fragment that is shown is there");
-    // What lies over a model may be seen by its camera, which frames the model all the same.
-    const bool isOver = std::ranges::any_of(
-        m_fragments, [&](Vs::Scene::ViewFragment* other) { return other->camera() == fragment->camera(); });
     m_fragments.push_back(fragment.get());
-    m_subjects.push_back(std::make_shared<Subject>(this, fragment.get()));
-    if (!isOver)
-        fragment->camera()->subject(m_subjects.back());
     m_owned.push_back(std::move(fragment));
     m_seen.push_back(0);
     contentChanged();
@@ -156,7 +84,6 @@ void GraphicsView::removeFragment(const Vs::Scene::ViewFragment* fragment)
     const auto index = found - m_fragments.begin();
     m_fragments.erase(found);
     m_seen.erase(m_seen.begin() + index);
-    m_subjects.erase(m_subjects.begin() + index);
     m_owned.erase(m_owned.begin() + index);
     contentChanged();
 }
@@ -203,19 +130,6 @@ void GraphicsView::fit()
     }
     if (const Vs::Scene::ViewFragment* fragment = modelFragment())
         m_fitRevision = fragment->camera()->revision();
-    m_fitSize = sizeOf(m_canvas);
-    m_fitArea = m_fitSize == Vs::Size2() ? CanvasRect() : freeAreaOf(*m_canvas, 1);
-    m_drawnSinceFit = false;
-}
-
-/// Whether a fit would now come to something else. What lies over a view comes and goes with tools, and no
-/// view may jump then; but the bars of a new window come only after its first pictures.
-bool GraphicsView::fitsOtherwise() const
-{
-    const Vs::Size2 size = sizeOf(m_canvas);
-    if (size != m_fitSize)
-        return true;
-    return !m_drawnSinceFit && size != Vs::Size2() && freeAreaOf(*m_canvas, 1) != m_fitArea;
 }
 
 void GraphicsView::settleFit()
@@ -235,12 +149,8 @@ bool GraphicsView::update()
 {
     // A camera that was moved since is where the user wants it.
     const Vs::Scene::ViewFragment* model = modelFragment();
-    const bool isFitted = model && model->camera()->revision() == m_fitRevision;
-    const bool pending = m_fitPending && isFitted;
+    const bool pending = m_fitPending && model && model->camera()->revision() == m_fitRevision;
     m_fitPending = pending;
-    if (isFitted && fitsOtherwise() && !TransitionMgr::get()->playing())
-        fit();
-    m_drawnSinceFit = m_drawnSinceFit || !waitsForBars(m_canvas);
     bool changed = false;
     for (size_t i = 0; i < m_fragments.size(); ++i)
         changed = m_fragments[i]->update(m_seen[i]) || changed;

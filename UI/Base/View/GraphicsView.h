@@ -5,7 +5,6 @@
 #include "Server/Base/StrongRef.h"
 #include "Server/Geometry/GkPoint3d.h"
 #include "Server/Scene/INodeSource.h"
-#include "UI/Base/Program/CanvasRect.h"
 #include "UI/Base/View/View.h"
 
 #include <cstdint>
@@ -48,8 +47,7 @@ public:
     /// The place of the canvas at which a point of the model is seen; nothing if it lies behind the viewer.
     [[nodiscard]] std::optional<Vs::Point2> worldToWindow(const GkPoint3d& point) const;
     /// Frames the content of each fragment that shows a model. With nothing to frame yet, it happens when the
-    /// first content comes; and again when the canvas gets another size, or the bars that come with a new
-    /// window, unless the camera was moved meanwhile.
+    /// first content comes.
     void fit();
     /// Takes in what arrived since the last call (meshes that were still being made). True if the picture
     /// changed; the canvas calls it before it draws.
@@ -99,23 +97,16 @@ private:
     friend class GraphicsCanvas;
     friend class ViewMgr;
 
-    class Subject;
-
     std::vector<Vs::Scene::ViewFragment*> modelFragments() const;
     void contentChanged();
-    bool fitsOtherwise() const;
 
     std::vector<Vs::StrongRef<Vs::Scene::ViewFragment>> m_owned;
     std::vector<Vs::Scene::ViewFragment*> m_fragments;
-    std::vector<std::shared_ptr<const Subject>> m_subjects; ///< Of each fragment, for its camera.
     GraphicsCanvas* m_canvas = nullptr;
     ViewMgr* m_manager = nullptr;
     MouseOverlay* m_overlay = nullptr;
     std::vector<uint64_t> m_seen; ///< Of each fragment, what update() saw last.
     uint64_t m_fitRevision = 0;   ///< Of the camera, after the last fit.
-    Vs::Size2 m_fitSize;          ///< Of the canvas then.
-    CanvasRect m_fitArea;         ///< What was free of it.
-    bool m_drawnSinceFit = false;
     bool m_fitPending = false;
     bool m_shownBefore = false;
 };

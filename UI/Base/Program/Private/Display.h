@@ -1,7 +1,6 @@
 #pragma once
 
 #include "UI/Base/Program/CanvasBand.h"
-#include "UI/Base/Program/CanvasRect.h"
 #include "UI/Base/Program/FileDialog.h"
 
 #include <cstdint>
@@ -52,8 +51,6 @@ public:
     virtual void activateWindow() = 0;
     /// Shows a band over the picture, which is not drawn anew for it; nothing for none.
     virtual void band(const std::optional<CanvasBand>& band) = 0;
-    /// Adds the parts of the canvas that other widgets lie over.
-    virtual void covered(std::vector<CanvasRect>& parts) const = 0;
 };
 
 /// Where a window shows the progress of work.
