@@ -42,6 +42,7 @@ void SteppedTransaction::commit()
     require(m_open, "a change in steps is ended once");
     m_open = false;
     m_asset->data().history().commitGroup();
+    stepDone(m_asset);
 }
 
 void SteppedTransaction::abort()
@@ -53,6 +54,7 @@ void SteppedTransaction::abort()
         return;
     markChanged(m_asset, extent);
     tellBack(m_asset, extent);
+    stepDone(m_asset);
 }
 
 // What others changed after a step goes with it.

@@ -79,6 +79,8 @@ void Transaction::commit(std::shared_ptr<TransactionStepUserCache> cache)
     // An inner transaction shows what it did, so that the outer one can go on with it.
     if (extent.model)
         tellComponents(m_asset);
+    if (m_outermost)
+        stepDone(m_asset);
 }
 
 void Transaction::abort()

@@ -48,6 +48,10 @@ void ChangeSteps::markChanged(Asset* asset, ChangeHistory::Extent extent)
     if (extent.model)
         asset->data().markChanged();
     asset->markDirty();
+}
+
+void ChangeSteps::stepDone(Asset* asset)
+{
     if (s_listener)
         s_listener(asset);
 }
@@ -64,6 +68,7 @@ bool ChangeSteps::step(Asset* asset, ChangeHistory::Extent (ChangeHistory::*dire
         return false;
     markChanged(asset, extent);
     tellBack(asset, extent);
+    stepDone(asset);
     return true;
 }
 

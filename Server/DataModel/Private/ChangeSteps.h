@@ -20,7 +20,9 @@ void tellComponents(Asset* asset);
 /// Tells of values that were put back; of new ones Asset::setting has told.
 void tellBack(Asset* asset, ChangeHistory::Extent extent);
 void markChanged(Asset* asset, ChangeHistory::Extent extent);
-/// Who hears of each step that was committed, undone or redone; null for nobody.
+/// Says that a step was committed, undone or redone, when all else has been told of it.
+void stepDone(Asset* asset);
+/// Who hears of that; null for nobody.
 void listener(void (*stepped)(Asset*));
 /// Undoes or redoes. False if there is nothing to do.
 bool step(Asset* asset, ChangeHistory::Extent (ChangeHistory::*direction)());

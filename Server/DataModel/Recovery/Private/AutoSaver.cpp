@@ -68,7 +68,7 @@ void AutoSaver::start()
         return;
     m_started = true;
     s_listening = this;
-    ChangeSteps::listener([](Asset* asset) { s_listening->changed(asset->document()); });
+    ChangeSteps::listener([](Asset* asset) { s_listening->stepped(asset->document()); });
     DocumentEventSource::get()->subscribe(this);
     AssetEventSource::get()->subscribe(this);
     for (unsigned i = 0; i < DocumentMgr::get()->documents(); ++i)
@@ -110,6 +110,13 @@ void AutoSaver::changed(Document* document)
         m_wakeUp();
 }
 
+void AutoSaver::stepped(Document* document)
+{
+    changed(document);
+    if (m_withoutLoop)
+        work();
+}
+
 void AutoSaver::assetRenamed(AssetEvent* event)
 {
     changed(event->asset()->document());
@@ -129,13 +136,6 @@ void AutoSaver::assetDirtyChanged(AssetEvent* event)
     if (m_running && m_running->document == document)
         m_running.reset();
     drop(found->second, false);
-}
-
-// The step is done and everything is up to date with it.
-void AutoSaver::assetComponentsChanged(ComponentsEvent*)
-{
-    if (m_withoutLoop)
-        work();
 }
 
 void AutoSaver::documentClosed(DocumentEvent* event)
@@ -199,8 +199,16 @@ void AutoSaver::letGoOfAdopted(Watched& watched, bool unwanted)
     watched.adopted.clear();
 }
 
+void AutoSaver::declined(Document* document)
+{
+    // Whoever doesn't watch documents doesn't hear that they go.
+    if (m_started)
+        m_documents[document].declined = true;
+}
+
 void AutoSaver::adopt(Document& document, const std::string& file)
 {
+    start();
     Watched& watched = m_documents[&document];
     watched.adopted.push_back(file);
     watched.recovered = true;
@@ -243,8 +251,9 @@ bool AutoSaver::work()
         if (!isPending(*document, watched))
             continue;
         pending = true;
-        const bool quiet =
-            m_withoutLoop || now - watched.lastChange >= kQuiet || now - watched.firstPending >= kLongestWait;
+        // Without a loop nobody comes by in a quiet moment.
+        const auto since = m_withoutLoop ? watched.firstPending : watched.lastChange;
+        const bool quiet = now - since >= kQuiet || now - watched.firstPending >= kLongestWait;
         if (quiet && now >= watched.notBefore && !AutoSaveDisabler::disabled(document) && isFree(*document) &&
             (!next || watched.firstPending < m_documents[next].firstPending))
             next = document;

@@ -33,9 +33,9 @@ public:
     void end(bool asked);
 
     /// The user doesn't want the document's changes, as they are now.
-    void declined(Document* document) { m_documents[document].declined = true; }
+    void declined(Document* document);
 
-    /// The document was opened from a recovery file: it isn't saved anywhere else.
+    /// The document was opened from a recovery file: it isn't saved anywhere else. Starts, if need be.
     void adopt(Document& document, const std::string& file);
     bool isAdopted(const std::string& file) const;
 
@@ -59,6 +59,7 @@ private:
         Clock::time_point since;
     };
 
+    void stepped(Document* document);
     void changed(Document* document);
     static bool isPending(const Document& document, const Watched& watched);
     static bool isFree(const Document& document);
@@ -71,7 +72,6 @@ private:
 
     void assetRenamed(AssetEvent* event) override;
     void assetDirtyChanged(AssetEvent* event) override;
-    void assetComponentsChanged(ComponentsEvent* event) override;
     void documentClosed(DocumentEvent* event) override;
 
     RecoveryStore& m_store;

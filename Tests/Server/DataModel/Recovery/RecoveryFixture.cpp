@@ -10,7 +10,12 @@ TestSupport::ProcessResult RecoveryTest::run(const Steps& steps) const
 {
     Steps arguments = steps;
     arguments.insert(arguments.begin(), profile());
-    return TestSupport::runProcess(QUILLET_RECOVERY_PROBE, arguments);
+    return TestSupport::runProcess(probe(), arguments);
+}
+
+std::string RecoveryTest::probe()
+{
+    return (TestSupport::runningTree() / "bin/recovery_probe").string();
 }
 
 std::vector<std::string> RecoveryTest::finished(const Steps& steps) const

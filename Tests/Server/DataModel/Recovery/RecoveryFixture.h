@@ -12,6 +12,8 @@ class RecoveryTest : public testing::Test
 protected:
     using Steps = std::vector<std::string>;
 
+    /// The program that runs.
+    static std::string probe();
     /// Runs to the end, or to the death that the steps bring.
     TestSupport::ProcessResult run(const Steps& steps) const;
     /// The same for a run that must come to its end; gives what it told, line by line.

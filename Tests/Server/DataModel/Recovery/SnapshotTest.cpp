@@ -132,8 +132,7 @@ TEST_F(SnapshotTest, WithoutChildrenTheRunWritesByItself)
     ASSERT_EQ(chown(home.c_str(), TestSupport::kSomebody, TestSupport::kSomebody), 0);
     const std::string user = std::to_string(TestSupport::kSomebody);
     const auto asSomebody = [&](Steps steps) {
-        steps.insert(steps.begin(),
-                     {"--reuid=" + user, "--regid=" + user, "--clear-groups", QUILLET_RECOVERY_PROBE, home});
+        steps.insert(steps.begin(), {"--reuid=" + user, "--regid=" + user, "--clear-groups", probe(), home});
         return TestSupport::runProcess("/usr/bin/setpriv", steps);
     };
     const auto result = asSomebody({"new", "Part", "box", "digest", "nofork", "work", "die"});
