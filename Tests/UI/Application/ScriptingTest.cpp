@@ -342,7 +342,7 @@ quillet.run('Document.Close')
 quillet.run('Script.Settle')
 
 # Nobody says whether the first is to be saved, so that it stays; the second is leaving.
-quillet.run('Design.New a')
+quillet.run('Design.New')
 quillet.run('Design.Box 1 1 1 0,0,0')
 quillet.run('Document.Open ' + path)
 try:

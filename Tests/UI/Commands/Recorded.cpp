@@ -18,6 +18,8 @@
 
 #include <boost/filesystem/fstream.hpp>
 
+#include <iomanip>
+#include <regex>
 #include <sstream>
 
 namespace CommandsTests {
@@ -63,6 +65,25 @@ void Recorded::closeAll()
     Vu::MessageBox::responder(nullptr);
 }
 
+namespace {
+
+/// The text with its numbers to nine digits: a camera that is fitted anew differs in the last ones.
+std::wstring rounded(const std::wstring& text)
+{
+    static const std::wregex number(LR"(-?\d+(\.\d+)?(e[-+]?\d+)?)");
+    std::wostringstream result;
+    result << std::setprecision(9);
+    auto rest = text.begin();
+    for (std::wsregex_iterator found(text.begin(), text.end(), number), end; found != end; ++found) {
+        result << std::wstring(rest, (*found)[0].first) << std::stod(found->str());
+        rest = (*found)[0].second;
+    }
+    result << std::wstring(rest, text.end());
+    return result.str();
+}
+
+} // namespace
+
 std::wstring Recorded::state()
 {
     std::wostringstream text;
@@ -86,7 +107,7 @@ std::wstring Recorded::state()
     if (const Vu::CommandBase* command = Vu::CommandBase::getActiveCommand())
         text << L"command " << command->commandDefinition()->id() << L'\n';
     if (activeSession())
-        text << L"selected " << answer(L"Selection.List") << L'\n' << answer(L"Camera.Dump");
+        text << L"selected " << answer(L"Selection.List") << L'\n' << rounded(answer(L"Camera.Dump"));
     return text.str();
 }
 

@@ -176,9 +176,11 @@ TEST_F(WindowPicture, IsAsSharpAsTheScreenAndTheMouseIsWhereThePictureIs)
 
     // What is grabbed stays under the pointer.
     const QPoint from(canvas()->width() / 2, canvas()->height() / 2), to = from + QPoint(90, -40);
-    const GkPoint3d grabbed = view()->windowToWorld({from.x(), from.y()});
     mouse(&QTest::mousePress, Qt::MiddleButton, from);
-    move(from + QPoint(40, -20));
+    const QPoint on = from + QPoint(40, -20);
+    move(on);
+    // The drag takes up the depth of what it began on.
+    const GkPoint3d grabbed = view()->windowToWorld({on.x(), on.y()});
     move(to);
     mouse(&QTest::mouseRelease, Qt::MiddleButton, to);
     EXPECT_LT(view()->windowToWorld({to.x(), to.y()}).distanceTo(grabbed), 0.5);
