@@ -64,10 +64,10 @@ OwnFolders::OwnFolders()
         if (!mkdtemp(made.data()))
             throw std::system_error(errno, std::generic_category(), temporary.string());
         m_path = made;
-        // Its folders are closed where they have to be; other users, whom some tests act as, get past it.
-        fs::permissions(m_path, fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec);
         m_lock = locked(m_path);
     }
+    // Its folders are closed where they have to be; other users, whom some tests act as, get past it.
+    fs::permissions(m_path, fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec);
 }
 
 OwnFolders::~OwnFolders()
