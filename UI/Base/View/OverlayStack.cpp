@@ -2,6 +2,7 @@
 
 #include "Server/Base/Require.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Vu {
