@@ -10,6 +10,7 @@
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Design/Localized.h"
+#include "UI/Design/ParametersAsList.h"
 
 #include <algorithm>
 #include <memory>
@@ -80,10 +81,7 @@ public:
 protected:
     void fillContext(const Vs::TextCommandParameters& parameters, CommandContext& context) override
     {
-        std::wstring objects;
-        for (unsigned i = 0; i < parameters.parameters(); ++i)
-            objects += (i > 0 ? L"\n" : L"") + parameters[i];
-        if (!objects.empty())
+        if (const std::wstring objects = parametersAsList(parameters); !objects.empty())
             context.addArgument(SeparateCmdDef::objectsArgumentName(), objects);
     }
 };

@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
+#include "UI/Design/ParametersAsList.h"
 #include "UI/Design/VisibilityCmds.h"
 
 namespace Vu::Design {
@@ -34,10 +35,7 @@ public:
 protected:
     void fillContext(const Vs::TextCommandParameters& parameters, CommandContext& context) override
     {
-        std::wstring objects;
-        for (unsigned i = 0; i < parameters.parameters(); ++i)
-            objects += (i > 0 ? L"\n" : L"") + parameters[i];
-        if (!objects.empty())
+        if (const std::wstring objects = parametersAsList(parameters); !objects.empty())
             context.addArgument(VisibilityCmdDef::objectsArgumentName(), objects);
     }
 };

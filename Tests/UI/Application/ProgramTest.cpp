@@ -292,7 +292,7 @@ TEST(ProgramTest, AFileWhoseNameIsNoUtf8IsOpenedAndSaved)
     ASSERT_TRUE(boost::filesystem::exists(native));
     ASSERT_TRUE(boost::filesystem::exists(step));
     EXPECT_FALSE(boost::filesystem::exists(folder.path() / "profile/options/RecentDocuments.json"))
-        << "what a script saves is none of the user's documents";
+        << "what a script saves doesn't count as the user's document";
 
     EXPECT_EQ(run({native, "--command", "Asset.Path"}).output.find("Design "), 0u);
     run({step});

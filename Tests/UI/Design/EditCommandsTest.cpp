@@ -121,7 +121,7 @@ TEST_F(EditCommandsTest, WhatIsSelectedOfABodyIsTheSameAfterItChanged)
         << "what only looks goes on";
     EXPECT_EQ(held(), hole());
     answer(L"VuCommands.UndoCmd");
-    EXPECT_EQ(held(), L"") << "there is no hole any more";
+    EXPECT_EQ(held(), L"") << "the hole is gone";
 }
 
 TEST_F(EditCommandsTest, APreviewThatWasCancelledDoesNotKeepTheToolFromBeingCommitted)
