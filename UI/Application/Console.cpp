@@ -4,6 +4,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TextCompletion.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Terminal.h"
 #include "UI/Base/Program/Application.h"
@@ -36,9 +37,13 @@ bool waitForInput()
         return false;
     if (Vu::Application::headless()) {
         pollfd input = {STDIN_FILENO, POLLIN, 0};
-        while (::poll(&input, 1, -1) < 0 && errno == EINTR)
-            ;
-        return true;
+        constexpr int kMoment = 20, kForever = -1; // milliseconds
+        // Nobody else comes by to keep what the last line changed.
+        while (true) {
+            const int found = ::poll(&input, 1, Vs::AutoSaveController::get()->work() ? kMoment : kForever);
+            if (found > 0 || (found < 0 && errno != EINTR))
+                return true;
+        }
     }
     QEventLoop loop;
     QSocketNotifier notifier(STDIN_FILENO, QSocketNotifier::Read);

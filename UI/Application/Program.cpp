@@ -7,6 +7,8 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/Task.h"
+#include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/DocumentOpener.h"
@@ -19,6 +21,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/AutoSaving.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -29,6 +32,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <tuple>
 
 namespace Quillet {
 namespace {
@@ -166,11 +170,17 @@ int runWorkspace(const CommandLine& line)
     std::signal(SIGINT, onInterrupt);
     LineRunner runner({line.keepGoing, line.echo, std::move(parameters)});
     Vu::Application* application = Vu::Application::get();
+    Vu::AutoSaving::begin();
     Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();
     if (!line.headless)
         workspace->window()->show();
     if (line.autorun)
         runAutorunScripts();
+    if (!line.headless && !Vu::Application::testing())
+        application->idleTasks()->post([] {
+            std::ignore =
+                Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"AutoSave.NotifyAutoSavedFiles");
+        });
     runSteps(line, runner);
     int code = kExitOk;
     if (!line.headless && !application->exiting())
@@ -194,6 +204,7 @@ int runLists(const CommandLine& line)
 void end()
 {
     Vs::PythonManager::get()->shutdown();
+    Vu::AutoSaving::end();
     Vu::Application::get()->shutDown();
     Vs::AddInMgr::get()->unloadAddIns();
 }

@@ -14,6 +14,7 @@
 #include "UI/Base/Workspace/HUDPersister.h"
 #include "UI/Base/Workspace/ToolbarPersister.h"
 #include "UI/Commands/ActiveCommandCmds.h"
+#include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
 #include "UI/Commands/Camera/FitCmd.h"
 #include "UI/Commands/Camera/LookAtCmd.h"
 #include "UI/Commands/Camera/NamedViewCmds.h"
@@ -181,6 +182,7 @@ private:
     UpdateNamedViewCameraCmdDef m_updateNamedViewCameraCmdDef;
     UpdateNamedViewNameCmdDef m_updateNamedViewNameCmdDef;
     RestoreCameraCmdDef m_restoreCameraCmdDef;
+    NotifyAutoSaveFilesCmdDef m_notifyAutoSaveFilesCmdDef;
 };
 
 const boost::filesystem::path& resourceDirectory()

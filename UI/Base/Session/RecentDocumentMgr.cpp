@@ -2,6 +2,7 @@
 
 #include "Server/Base/OptionGroup.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
 
 #include <boost/filesystem/operations.hpp>
 
@@ -64,7 +65,8 @@ void RecentDocumentMgr::write()
 
 void RecentDocumentMgr::add(const std::wstring& given, bool isCloud)
 {
-    if (given.empty())
+    // A recovery file is no place where somebody works, and goes by itself.
+    if (given.empty() || Vs::AutoSaveController::isRecoveryFile(given))
         return;
     const std::wstring path = fromRoot(given);
     read();

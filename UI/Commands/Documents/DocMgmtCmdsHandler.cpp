@@ -1,6 +1,7 @@
 #include "UI/Commands/Documents/DocMgmtCmdsHandler.h"
 
 #include "Server/DataModel/Document.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -81,6 +82,7 @@ Vs::EDocMgmtOpCode DocMgmtCmdsHandler::onClosingDirtyDocuments(const Documents& 
                 return Vs::eDocMgmtStop;
             break;
         case kDontSave:
+            Vs::AutoSaveController::get()->declined(document);
             break;
         default:
             return Vs::eDocMgmtStop;

@@ -7,6 +7,7 @@
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -69,7 +70,9 @@ public:
                 return {1, L"Filename not found"};
             path = other;
         }
-        options->lastDirectory(Vs::PathInfo::absolute(path).parent_path().wstring());
+        const fs::path whole = Vs::PathInfo::absolute(path);
+        if (!Vs::AutoSaveController::isRecoveryFile(whole.wstring()))
+            options->lastDirectory(whole.parent_path().wstring());
         CommandContext context = CommandContext::emptyContext();
         context.addArgument(CommandContext::pathArgumentName(), path.wstring());
         return runDefinition(L"VeloraOpenDocumentCommand", context, parameters);

@@ -92,6 +92,7 @@ const Session kSessions[] = {
     {L"CycleWorkspacesBackwardCommand", kModel + L"VuCommands.CycleWorkspacesBackwardCmd"},
     {L"SplitViewLayoutCommand",        kModel + L"Commands.Start SplitViewLayoutCommand Layout=Quad;Commands.Start SplitViewLayoutCommand Layout=OneView"},
     {L"AboutBoxCommand",               L"Commands.Start AboutBoxCommand"},
+    {L"NotifyAutoSaveFilesCommand",    L"Commands.Start NotifyAutoSaveFilesCommand"},
     {L"RunScriptCommand",              L"VuCommands.RunScriptCmd {given}/boxes.py"},
     // Camera and views
     {L"OrbitCommand",                  kModel + L"Commands.Start OrbitCommand orbitType=ConstrainedOrbitCommand;@drag 40 30;Commands.Cancel", L"Camera.Set"},
@@ -250,8 +251,10 @@ const std::set<std::wstring> kTelling = {
     L"SplitView.ViewCount",
     L"Transcripting.RecordSelectMouseEvent",
 };
-const std::set<std::wstring> kTellingAreas = {L"AssetMgt",    L"Browser", L"Commands",    L"Debug",
-                                              L"DocumentMgt", L"Measure", L"Performance", L"Transcripting"};
+// What a run finds of others that ended badly is in no transcript.
+const std::set<std::wstring> kTellingAreas = {L"AssetMgt", L"AutoSave",    L"Browser",
+                                              L"Commands", L"Debug",       L"DocumentMgt",
+                                              L"Measure",  L"Performance", L"Transcripting"};
 
 /// Ends the program; a test of the program as a whole replays it.
 constexpr const wchar_t* kExit = L"ExitApplicationCommand";

@@ -1,0 +1,121 @@
+// The program itself: a run that is killed, and the next one that brings back what it had.
+
+#include "Tests/Support/Files.h"
+#include "Tests/Support/Process.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace fs = boost::filesystem;
+using TestSupport::ProcessResult;
+
+namespace {
+
+class RecoveryRunTest : public testing::Test
+{
+protected:
+    using Words = std::vector<std::string>;
+
+    /// Runs lines, and then a script that waits until so many files are kept and kills its own process.
+    ProcessResult killed(const Words& lines, size_t files) const
+    {
+        Words arguments = commands(lines);
+        const std::string script = "import glob, os, time\n"
+                                   "end = time.time() + 60\n"
+                                   "while len(glob.glob('" +
+                                   profile() + "/recovery/*/*/*.backup')) < " + std::to_string(files) +
+                                   " and time.time() < end:\n"
+                                   "    Design.Box('9', '9', '9')\n"
+                                   "    time.sleep(0.2)\n"
+                                   "os.kill(os.getpid(), 9)\n";
+        arguments.insert(arguments.end(),
+                         {"--script", folder.write("kill.py", "import Design\n" + script).string()});
+        return run(arguments);
+    }
+    ProcessResult run(Words arguments) const
+    {
+        arguments.insert(arguments.begin(), {"--headless", "--profile-dir", profile()});
+        return TestSupport::runProcess((TestSupport::runningTree() / "bin/quillet").string(), arguments,
+                                       {.environment = {"DISPLAY=", "WAYLAND_DISPLAY="}});
+    }
+    ProcessResult runLines(const Words& lines) const { return run(commands(lines)); }
+    static Words commands(const Words& lines)
+    {
+        Words arguments;
+        for (const std::string& line : lines)
+            arguments.insert(arguments.end(), {"--command", line});
+        return arguments;
+    }
+    std::string profile() const { return (folder.path() / "profile").string(); }
+    /// How many files there are below the recovery folder, locks apart.
+    size_t filesLeft() const
+    {
+        size_t count = 0;
+        if (fs::exists(profile() + "/recovery"))
+            for (fs::recursive_directory_iterator entry(profile() + "/recovery"), end; entry != end; ++entry)
+                count += fs::is_regular_file(entry->path()) && entry->path().filename() != "lock";
+        return count;
+    }
+
+    TestSupport::ScratchFolder folder;
+};
+
+} // namespace
+
+TEST_F(RecoveryRunTest, AKilledRunIsBroughtBackAsIfItWereStillOpen)
+{
+    const std::string file = (folder.path() / "Flange.vlra").string();
+    const ProcessResult first =
+        killed({"Design.New", "Design.Box 1 2 3", "Document.SaveAs " + file, "Design.Box 4 5 6"}, 1);
+    ASSERT_EQ(first.signal, SIGKILL) << first.output << first.errors;
+
+    const ProcessResult told = runLines({"AutoSave.NotifyAutoSavedFiles"});
+    EXPECT_EQ(told.output, "Successfully Notify.\n");
+    EXPECT_EQ(told.errors, "File Recovery: Flange\n");
+
+    const ProcessResult back =
+        runLines({"AutoSave.Recovery", "Document.Path", "Asset.ListDirty", "Document.Save",
+                  "AutoSave.Recovery", "AutoSave.NotifyAutoSavedFiles"});
+    EXPECT_EQ(back.exitCode, 0) << back.errors;
+    EXPECT_NE(back.output.find("Do recovery process of auto-saved files successfully\n\"" + file + "\"\n"),
+              std::string::npos)
+        << back.output;
+    EXPECT_NE(back.output.find("Design is dirty"), std::string::npos) << "no dirty asset: " << back.output;
+    EXPECT_TRUE(back.output.ends_with("No recover files.\n")) << back.output;
+    EXPECT_EQ(filesLeft(), 0u);
+    // Nobody works in the recovery folder.
+    for (const fs::directory_entry& options : fs::directory_iterator(profile() + "/options"))
+        EXPECT_EQ(TestSupport::contentOf(options.path()).find("recovery"), std::string::npos)
+            << options.path();
+}
+
+TEST_F(RecoveryRunTest, SeveralDocumentsComeBackAndNoneIsLostUnsaved)
+{
+    const ProcessResult first = killed({"Document.Create VeloraAssetType", "Design.Box 1 2 3"}, 1);
+    ASSERT_EQ(first.signal, SIGKILL) << first.output << first.errors;
+    const ProcessResult second = killed({"Document.Create VeloraAssetType", "Design.Box 4 5 6"}, 2);
+    ASSERT_EQ(second.signal, SIGKILL) << second.output << second.errors;
+    // A run that ends without having saved them leaves them to the next.
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(runLines({"AutoSave.Recovery"}).exitCode, 0);
+    const ProcessResult last = runLines({"AutoSave.NotifyAutoSavedFiles"});
+    EXPECT_EQ(last.output, "Successfully Notify.\n");
+    EXPECT_NE(last.errors.find(", "), std::string::npos) << last.errors;
+}
+
+TEST_F(RecoveryRunTest, ARunThatEndsLeavesNothing)
+{
+    const ProcessResult ended =
+        run({"--command", "Design.New", "--command", "Design.Box 1 2 3", "--script",
+             folder
+                 .write("more.py", "import Design, time\nfor i in range(8):\n    Design.Box('1', '1', '1')\n"
+                                   "    time.sleep(0.2)\n")
+                 .string()});
+    EXPECT_EQ(ended.exitCode, 0) << ended.errors;
+    EXPECT_TRUE(fs::exists(profile() + "/recovery")) << "nothing was kept meanwhile";
+    EXPECT_TRUE(fs::is_empty(profile() + "/recovery"));
+}

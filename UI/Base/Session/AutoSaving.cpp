@@ -1,0 +1,75 @@
+#include "UI/Base/Session/AutoSaving.h"
+
+#include "Server/Base/Task.h"
+#include "Server/Base/Warning.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
+#include "Server/DataModel/Recovery/AutoSaveEvents.h"
+#include "UI/Base/Program/Application.h"
+
+#include <memory>
+
+namespace Vu {
+namespace {
+
+bool s_waits = false; ///< A task is queued.
+
+/// Runs as long as there is something to wait for.
+class AutoSaveTask : public Vs::Implements<AutoSaveTask, Vs::Task>
+{
+public:
+    AutoSaveTask() { s_waits = true; }
+    ~AutoSaveTask() override { s_waits = false; }
+    bool run() override { return !Vs::AutoSaveController::get()->work(); }
+};
+
+/// What a user has to know of it.
+class AutoSaveMessages : public Vs::AutoSaveEventSite
+{
+public:
+    AutoSaveMessages() { Vs::AutoSaveEventSource::get()->subscribe(this); }
+
+private:
+    void autoSavedRecoveryFileKept(Vs::AutoSaveEvent* event) override { tell(event); }
+    void autoSavedRecoveryFileDamaged(Vs::AutoSaveEvent* event) override { tell(event); }
+    void autoSavedDocumentLeft(Vs::AutoSaveEvent* event) override
+    {
+        // Who wrote the line that closes it knows.
+        if (!Application::headless() && !Application::testing())
+            tell(event);
+    }
+    void autoSaveFailed(Vs::AutoSaveEvent* event) override { tell(event); }
+
+    static void tell(const Vs::AutoSaveEvent* event) { Application::get()->inform(event->message()); }
+};
+
+void wakeUp()
+{
+    // Without a loop nobody runs idle tasks, but lines end with the deferred ones.
+    if (Application::headless())
+        Application::get()->deferredTasks()->post(
+            [] { static_cast<void>(Vs::AutoSaveController::get()->work()); });
+    else if (!s_waits)
+        Application::get()->idleTasks()->add(std::make_unique<AutoSaveTask>());
+}
+
+} // namespace
+
+void AutoSaving::begin()
+{
+    // It lives to the end of the process, as what it listens to does.
+    static auto* const messages = new AutoSaveMessages;
+    static_cast<void>(messages);
+    Vs::AutoSaveController* controller = Vs::AutoSaveController::get();
+    controller->withoutLoop(Application::headless());
+    // Where nobody was asked, nobody comes back for what he didn't want.
+    controller->keepDiscarded(!Application::headless() && !Application::testing());
+    controller->wakeUp(&wakeUp);
+    controller->start();
+}
+
+void AutoSaving::end()
+{
+    Vs::AutoSaveController::get()->end();
+}
+
+} // namespace Vu
