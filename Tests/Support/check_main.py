@@ -18,7 +18,7 @@ PROBE, *SUITES = sys.argv[1:]
 NOBODY = 65534
 # What a user's folders may hold at worst, below their home.
 JUNK = {
-    ".config/quillet/UIBase.json": '{"wantToShowBrowser": false, "useContrainedOrbit": false, "theme": 7}',
+    ".config/quillet/UIBase.json": '{"wantToShowBrowser": false, "showDebugDialog": true, "theme": 7}',
     ".config/quillet/Graphics.json": '{"visualStyle": 99, "MSAA": false, "showLayoutGrid": true',
     ".config/quillet/Units.json": '{"lengthUnit": "in", "generalPrecision": 0}',
     ".config/quillet/RecentDocuments.json": '{"paths": ["/nowhere/a.vlra", ""]}',

@@ -93,8 +93,9 @@ void DebugDialog::savePos(const Vs::Point2& corner)
 void DebugDialog::toolkit(Toolkit* toolkit)
 {
     installedToolkit = toolkit;
-    // The widgets come with the first window, when a shell is active already.
-    if (toolkit && savedShowState())
+    // The widgets come with the first window, when a shell is active already. The option is asked for later:
+    // as libraries are loaded, nobody may have said yet where the options are.
+    if (toolkit)
         Application::get()->deferredTasks()->post([] {
             if (savedShowState() && !get()->m_window)
                 get()->show();

@@ -16,7 +16,7 @@ ValidationDialog* ValidationDialog::get()
     return dialog;
 }
 
-ValidationDialog::ValidationDialog() : m_needToShow(UIBaseOptionGroup::get()->showValidationDialog())
+ValidationDialog::ValidationDialog()
 {
     Vs::TranscriptMgr::get()->whenRecordingEnds([this] { recordingEnds(); });
 }
@@ -49,9 +49,13 @@ void ValidationDialog::recordingEnds()
         window->setShown(false);
 }
 
+bool ValidationDialog::needToShow() const
+{
+    return UIBaseOptionGroup::get()->showValidationDialog();
+}
+
 void ValidationDialog::needToShow(bool value)
 {
-    m_needToShow = value;
     UIBaseOptionGroup::get()->showValidationDialog(value);
     show(value);
 }
@@ -61,7 +65,7 @@ void ValidationDialog::startNormalValidation()
     m_kind = kNormal;
     m_started = Vs::TranscriptMgr::get()->recording();
     Vs::TranscriptMgr::get()->recordSmoothCameraChange(false);
-    show(m_needToShow);
+    show(needToShow());
 }
 
 void ValidationDialog::startPerformanceValidation()
@@ -71,7 +75,7 @@ void ValidationDialog::startPerformanceValidation()
     // A drag must bring as many pictures when it is replayed as it did.
     Vs::TranscriptMgr::get()->recordSmoothCameraChange(m_started);
     insertTranscriptLine(L"Performance.StartPerformanceValidation");
-    show(m_needToShow);
+    show(needToShow());
 }
 
 void ValidationDialog::endValidation()

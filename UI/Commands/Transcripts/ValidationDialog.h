@@ -26,7 +26,7 @@ public:
     /// Nothing happens unless a recording runs.
     void show(bool visible);
     /// Whether the user wants to see the window; kept between sessions.
-    bool needToShow() const { return m_needToShow; }
+    bool needToShow() const;
     void needToShow(bool value);
 
     void startNormalValidation();
@@ -49,7 +49,6 @@ private:
     void endLastPerformanceStartedMetrics();
 
     int m_kind = kNormal;
-    bool m_needToShow;
     bool m_started = false; ///< For a recording that hasn't ended yet.
     bool m_shown = false;
     std::array<Maker, 2> m_makers = {};
