@@ -5,6 +5,7 @@
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
 #include "Server/Translate/ObjLibraries.h"
+#include "Server/Translate/Wall.h"
 
 #include <RWGltf_CafReader.hxx>
 #include <RWObj_CafReader.hxx>
@@ -147,8 +148,8 @@ bool mayReferToFiles(std::string_view json)
     return false;
 }
 
-// Tells of the files of colours beside the file, and gives those that lie elsewhere: the kernel asks for them
-// too, and the worker's wall refuses them.
+// Tells of the files of colours beside the file, and gives those that lie elsewhere. The kernel asks for them
+// too, and the worker's wall refuses them; where none stands, a file that names such isn't read at all.
 std::vector<std::string> takeLibraries(const std::string& path, Reporter& reporter)
 {
     const fs::path folder = fs::path(path).parent_path();
@@ -167,6 +168,10 @@ std::vector<std::string> takeLibraries(const std::string& path, Reporter& report
             for (const std::string& name : names)
                 reporter.dependsOn((folder / name).string());
     }
+    if (!raisedWall().files && !elsewhere.empty())
+        throw Unreadable(refusalOf(elsewhere.front()));
+    if (!raisedWall().files && !hasOnlyPlainLibraries(file.bytes()))
+        throw Unreadable("names other files in a way that can't be checked on this system");
     return elsewhere;
 }
 

@@ -20,6 +20,14 @@ std::vector<std::string> namesIn(std::string_view rest)
     return names;
 }
 
+bool isPlain(const std::string& name)
+{
+    return std::none_of(name.begin(), name.end(), [](char each) {
+        const auto code = static_cast<unsigned char>(each);
+        return code < ' ' || code == '\\';
+    });
+}
+
 } // namespace
 
 std::vector<std::vector<std::string>> objLibraries(std::string_view text)
@@ -52,6 +60,18 @@ std::string joinedObjLines(std::string_view text)
         begin = next + 1;
     }
     return begin == 0 ? std::string() : joined.append(text.substr(begin));
+}
+
+bool hasOnlyPlainLibraries(std::string_view text)
+{
+    for (size_t at = text.find('\\'); at != std::string_view::npos; at = text.find('\\', at + 1)) {
+        const std::string_view rest = text.substr(at + 1);
+        if (rest.empty() || rest.starts_with('\n') || rest.starts_with("\r\n"))
+            return false;
+    }
+    const auto lines = objLibraries(text);
+    return std::all_of(lines.begin(), lines.end(),
+                       [](const auto& names) { return std::all_of(names.begin(), names.end(), isPlain); });
 }
 
 } // namespace Vs::Translate

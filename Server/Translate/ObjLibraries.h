@@ -14,4 +14,8 @@ std::vector<std::vector<std::string>> objLibraries(std::string_view text);
 /// none.
 std::string joinedObjLines(std::string_view text);
 
+/// Whether the kernel finds no other names in the text than `objLibraries` does. It joins lines in its own
+/// way where its buffer ends, and knows more blanks.
+bool hasOnlyPlainLibraries(std::string_view text);
+
 } // namespace Vs::Translate

@@ -220,6 +220,8 @@ bool shutCalls()
     return shut;
 }
 
+WallParts s_raised;
+
 void limit(decltype(RLIMIT_AS) resource, uint64_t most)
 {
     const rlimit both{most, most};
@@ -231,8 +233,14 @@ void limit(decltype(RLIMIT_AS) resource, uint64_t most)
 WallParts raiseWall(const Wall& wall)
 {
     prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    const bool files = shutFiles(wall);
-    return {files, shutCalls()};
+    s_raised.files = shutFiles(wall);
+    s_raised.calls = shutCalls();
+    return s_raised;
+}
+
+WallParts raisedWall()
+{
+    return s_raised;
 }
 
 void limitFiles(uint64_t written)

@@ -27,6 +27,9 @@ struct WallParts
 /// what they lack is left out. No second thread may have been started yet.
 WallParts raiseWall(const Wall& wall);
 
+/// Which parts stand around this process; none before it was raised.
+WallParts raisedWall();
+
 /// No more than so many bytes in any file that is written, and no dump of a crash, which would take longer
 /// than all the rest.
 void limitFiles(uint64_t written);

@@ -317,6 +317,34 @@ TEST(HostileWorkerTest, BehindTheWallItReachesItsFileAndItsResultAlone)
                      << worker.warnings().front();
 }
 
+// What keeps the kernel from a file is the wall; here it is known beforehand what the kernel would ask for.
+TEST(HostileWorkerTest, WithoutLandlockAnObjThatMayNameFilesElsewhereIsRefused)
+{
+    const ScratchFolder folder;
+    const boost::filesystem::path inner = folder.path() / "inner";
+    boost::filesystem::create_directories(inner);
+    folder.write("two.mtl", "newmtl paint\nKd 1 0 0\n");
+    folder.write("inner/beside.mtl", "newmtl paint\nKd 1 0 0\n");
+    boost::filesystem::create_symlink("../two.mtl", inner / "link.mtl");
+    const auto end = [&](const std::string& line) {
+        const std::string file =
+            folder.write("inner/a.obj", "v 0 0 0\n" + line + "\nv 1 0 0\nv 1 1 0\nf 1 2 3\n").string();
+        Worker worker(kProbe,
+                      {"lacks Landlock", workerOf(Format::Obj), "import", "obj", file,
+                       (folder.path() / "out.model").string()},
+                      kPatient);
+        run(worker);
+        return worker.end() == Worker::End::Done ? "read" : worker.fault();
+    };
+    for (const char* line : {"mtllib ../two.mtl", "mtllib link.mtl", "mtllib beside.mtl ../two.mtl",
+                             "# mtllib /etc/fstab", "mtl\\\nlib ../two.mtl"})
+        EXPECT_NE(end(line).find("outside of its own folder"), std::string::npos) << line;
+    for (const char* line : {"v 0 0 0 \\\r\n", "mtllib \v../two.mtl", "mtllib sub\\beside.mtl"})
+        EXPECT_NE(end(line).find("can't be checked"), std::string::npos) << line;
+    for (const char* line : {"mtllib beside.mtl", "# C:\\models\\a.max"})
+        EXPECT_EQ(end(line), "read") << line;
+}
+
 TEST(HostileWorkerTest, TheRealWorkersStandBehindTheWall)
 {
     expectNoChild();

@@ -11,10 +11,12 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <filesystem>
 #include <functional>
 #include <iterator>
 #include <netinet/in.h>
 #include <sched.h>
+#include <seccomp.h>
 #include <string>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -168,6 +170,22 @@ void attack(const std::string& folder, const std::string& home)
     say(Kind::Done, {});
 }
 
+// Becomes a real worker, on a system that offers no Landlock.
+void becomeWithoutLandlock(const std::vector<std::string>& arguments)
+{
+    const scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ALLOW);
+    seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(landlock_create_ruleset), 0);
+    if (seccomp_load(filter) != 0)
+        return;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe").parent_path() / arguments[1];
+    std::vector<std::string> words(arguments.begin() + 1, arguments.end());
+    std::vector<char*> pointers;
+    for (std::string& word : words)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    execv(program.c_str(), pointers.data());
+}
+
 // Never as progress, so that only their number tells that something is wrong.
 void flood(Kind kind)
 {
@@ -211,6 +229,8 @@ void behave(const std::vector<std::string>& arguments)
         say(enough ? Kind::Done : Kind::Error, enough ? "" : "memory:");
     } else if (how == "attacks") {
         attack(arguments[1], arguments[2]);
+    } else if (how == "lacks Landlock") {
+        becomeWithoutLandlock(arguments);
     }
 }
 
