@@ -1,5 +1,7 @@
 #include "Server/DataModel/Native/PackageWriter.h"
 
+#include "Server/DataModel/Native/Package.h"
+#include "Server/DataModel/Native/ZipReader.h"
 #include "Tests/Support/Process.h"
 
 #include <gtest/gtest.h>
@@ -57,4 +59,41 @@ TEST(PackageWriter, PartsBeyondFourGigabytesAreFoundAgain)
     EXPECT_STREQ(content, "found");
     zip_fclose(behind);
     zip_discard(zip);
+}
+
+// What an entry claims is believed before it is unpacked: nothing is behind these claims.
+TEST(Package, EntriesThatUnpackedTakeMoreThanHalfOfTheMemoryTogetherAreRefused)
+{
+    constexpr uint64_t kSmall = 1 << 20, kRatio = 200, kMostOfOne = uint64_t(16) << 30;
+    const uint64_t half = uint64_t(sysconf(_SC_PHYS_PAGES)) * uint64_t(sysconf(_SC_PAGE_SIZE)) / 2;
+    if (half > kMostOfOne)
+        GTEST_SKIP() << "NOTICE: no two entries could fill half of this computer's memory";
+    const TestSupport::ScratchFolder folder;
+    const std::string path = (folder.path() / "claims.zip").string();
+    SafeFile file(path, FileCalls::current());
+    PackageWriter writer(file);
+    writer.add("small", std::string(kSmall, 's'));
+    const uint64_t claimed = half - kSmall / 2;
+    const std::string junk(half / kRatio + 2, '\xff');
+    for (const char* name : {"large", "above"})
+        writer.addPacked(name, {8, 0, junk.size(), *name == 'l' ? claimed : half + kRatio},
+                         [&](const auto& take) { take(junk.data(), junk.size()); });
+    writer.finish();
+    file.commit();
+
+    const auto fault = [](Package& package, const std::string& name) -> std::string {
+        try {
+            return package.unpack(name) ? "unpacked" : "";
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+    };
+    const std::string kTooMuch = "more memory than there is";
+    Package package(path);
+    EXPECT_NE(fault(package, "above").find(kTooMuch), std::string::npos);
+    EXPECT_EQ(fault(package, "small"), "unpacked");
+    EXPECT_NE(fault(package, "large").find(kTooMuch), std::string::npos);
+    Package anew(path);
+    EXPECT_EQ(fault(anew, "large").find(kTooMuch), std::string::npos) << "by itself it would fit";
+    EXPECT_NE(fault(anew, "large"), "unpacked");
 }
