@@ -319,6 +319,8 @@ TEST_F(MeshFormatsTest, ADamagedFileIsRefusedWithItsCause)
     expectFault(write("cycle.gltf", gltf("\"name\":\"Left\"", "\"name\":\"Left\",\"children\":[0]")), "");
     expectFault(write("nodes.gltf", gltf("[0,1]", "[7,8]")), "no triangles");
     expectFault(write("cut.gltf", gltf().substr(0, 500)), "glTF");
+    expectFault(write("deep.gltf", R"({"asset":{"version":"2.0"},"extras":)" + std::string(2'000'000, '[')),
+                "");
     expectFault(write("draco.gltf",
                       gltf("\"indices\":1", "\"extensions\":{\"KHR_draco_mesh_compression\":{}},\"mode\":0")),
                 "KHR_draco_mesh_compression");
