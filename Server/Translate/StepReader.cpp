@@ -2,6 +2,7 @@
 
 #include "Server/Translate/Beside.h"
 #include "Server/Translate/MappedFile.h"
+#include "Server/Translate/StepActor.h"
 #include "Server/Translate/StepReferences.h"
 
 #include <Interface_Static.hxx>
@@ -132,6 +133,7 @@ Reading readStep(const std::string& path, bool annotations, Reporter& reporter)
     const StepReferences references = takeReferences(reader->Reader().WS(), path);
     if (!references.refused.empty())
         reading.ifEmpty = refusalOf(references.refused.front());
+    reader->Reader().WS()->TransferReader()->SetActor(new StepActor);
     if (!reader->Transfer(document, progress->Start()))
         throw Unreadable(reading.ifEmpty);
     tellReferences(references, *reader, path, reading, reporter);

@@ -1,11 +1,11 @@
 #include "Server/Translate/StepWriter.h"
 
+#include "Server/Translate/LabelledStepWriter.h"
 #include "Server/Translate/Reading.h"
 
 #include <APIHeaderSection_MakeHeader.hxx>
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_Controller.hxx>
-#include <STEPCAFControl_Writer.hxx>
 #include <StepData_StepModel.hxx>
 
 namespace Vs::Translate {
@@ -38,12 +38,9 @@ void writeStep(Kernel::XdeModel& model, const Writing& writing, const std::strin
     Interface_Static::SetCVal("write.step.schema", "AP214IS");
     Interface_Static::SetCVal("write.step.unit", unitWord(writing).c_str());
     Interface_Static::SetCVal("write.step.product.name", writing.document.c_str());
-    STEPCAFControl_Writer writer;
-    writer.SetColorMode(true);
-    writer.SetNameMode(true);
-    writer.SetLayerMode(true);
+    LabelledStepWriter writer;
     const Handle(KernelProgress) progress = new KernelProgress(reporter);
-    if (!writer.Transfer(model.document(), STEPControl_AsIs, nullptr, progress->Start()))
+    if (!writer.transferDocument(model.document(), progress->Start()))
         throw Unreadable("can't be expressed as STEP");
     describe(writer.ChangeWriter().Model(), writing);
     reporter.stage("writing the file", 0.7, 1.0);
