@@ -91,6 +91,15 @@ EnvironmentDefinition* AssetSession::activeEnvironment() const
     return m_environment ? m_environment->environmentDefinition() : nullptr;
 }
 
+/// Takes the state of that environment out of those beneath the active one; null if it is none of them.
+std::unique_ptr<EnvironmentState> AssetSession::stateOnWayBack(const EnvironmentDefinition* definition)
+{
+    for (EnvironmentState* state = m_environment.get(); state; state = state->returnState())
+        if (state->returnState() && state->returnState()->environmentDefinition() == definition)
+            return std::move(state->m_returnState);
+    return nullptr;
+}
+
 void AssetSession::activateEnvironment(EnvironmentDefinition* definition, bool onTop)
 {
     if (EnvironmentDefinition* left = activeEnvironment())
@@ -98,10 +107,11 @@ void AssetSession::activateEnvironment(EnvironmentDefinition* definition, bool o
     if (!definition) {
         m_environment.reset();
     } else {
-        std::unique_ptr<EnvironmentState> back;
-        if (onTop)
-            back = std::move(m_environment);
-        m_environment = std::make_unique<EnvironmentState>(this, definition, std::move(back));
+        std::unique_ptr<EnvironmentState> next = onTop ? nullptr : stateOnWayBack(definition);
+        if (!next)
+            next = std::make_unique<EnvironmentState>(this, definition,
+                                                      onTop ? std::move(m_environment) : nullptr);
+        m_environment = std::move(next);
         definition->onActivate(this);
     }
     for (const Vs::Timing timing : {Vs::Timing::After, Vs::Timing::Notification}) {

@@ -47,8 +47,9 @@ public:
     /// Null before an environment was entered.
     EnvironmentDefinition* activeEnvironment() const;
     EnvironmentState* activeEnvironmentState() const { return m_environment.get(); }
-    /// Enters an environment. With `onTop`, the new state returns to the one that was active; without, the
-    /// way back is forgotten. Null leaves the environment.
+    /// Enters an environment. With `onTop`, the new state returns to the one that was active. Without, one
+    /// that lies on the way back is returned to, with its own way back; for any other the way back is
+    /// forgotten. Null leaves the environment.
     void activateEnvironment(EnvironmentDefinition* definition, bool onTop);
 
     std::wstring serialize() const override;
@@ -56,6 +57,7 @@ public:
 
 private:
     friend class SessionMgr;
+    std::unique_ptr<EnvironmentState> stateOnWayBack(const EnvironmentDefinition* definition);
     void pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const;
 
     Vs::Asset* m_asset;

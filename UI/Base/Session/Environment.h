@@ -71,6 +71,7 @@ public:
     void copyCameraOnReturn(bool value) { m_copyCamera = value; }
 
 private:
+    friend class AssetSession;
     AssetSession* m_session;
     EnvironmentDefinition* m_definition;
     std::unique_ptr<EnvironmentState> m_returnState;

@@ -118,6 +118,30 @@ TEST_F(EnvironmentsTest, OneMayReturnOnlyFromAnEnvironmentThatWasEnteredOnTop)
     EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
 }
 
+TEST_F(EnvironmentsTest, FromSeveralOnTopOfEachOtherOneReturnsToEachInTurn)
+{
+    EXPECT_EQ(failure(L"Commands.Environments"), L"There is no active model.");
+    answer(L"Design.Sample");
+    EXPECT_EQ(answer(L"Commands.Environments"), L"ModellingEnvironment  Modelling  (active)\n"
+                                                L"ReviewEnvironment  Review");
+    activeSession()->activateEnvironment(find(L"ReviewEnvironment"), true);
+    activeSession()->activateEnvironment(find(DebugEnvironmentDef::kId), true);
+    EXPECT_EQ(answer(L"Commands.Environments"), L"DebugEnvironment  Debug  (active)\n"
+                                                L"ModellingEnvironment  Modelling  (beneath)\n"
+                                                L"ReviewEnvironment  Review  (beneath)");
+    answer(L"VuCommands.ReturnToEnvironmentCmd");
+    EXPECT_EQ(environment(), L"ReviewEnvironment");
+    answer(L"VuCommands.ReturnToEnvironmentCmd");
+    EXPECT_EQ(environment(), L"ModellingEnvironment");
+    EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
+
+    // Who chooses one on the way back from the list has left those on top of it.
+    activeSession()->activateEnvironment(find(L"ReviewEnvironment"), true);
+    activeSession()->activateEnvironment(find(DebugEnvironmentDef::kId), true);
+    answer(L"VuCommands.ActivateEnvironmentCmd ModellingEnvironment");
+    EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
+}
+
 TEST_F(EnvironmentsTest, GoingOverToAnotherSessionsEnvironmentListsTheSessionAndStaysInTheShell)
 {
     answer(L"Design.Sample");
