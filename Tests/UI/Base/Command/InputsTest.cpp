@@ -57,21 +57,7 @@ public:
     bool endOnChange = false;
 };
 
-class HoleCommandDefinition : public Vs::Implements<HoleCommandDefinition, CommandDefinition>
-{
-public:
-    HoleCommandDefinition() : Implements(&s_info) {}
-    HoleCommand* latest = nullptr;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override
-    {
-        return latest = new HoleCommand(this, context);
-    }
-
-private:
-    static inline Info s_info{L"HoleCommand", L"Hole", nullptr};
-};
+Info kHole(L"HoleCommand", L"Hole", nullptr);
 
 class AnyInput : public CommandInputEventSite
 {
@@ -90,7 +76,7 @@ protected:
     }
     HoleCommand& hole() { return *definition.latest; }
 
-    HoleCommandDefinition definition;
+    CommandTest::DefinitionOf<HoleCommand> definition{kHole};
     CommandMgr manager;
 };
 

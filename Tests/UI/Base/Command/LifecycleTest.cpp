@@ -2,7 +2,6 @@
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandGroup.h"
 
-#include <gtest/gtest.h>
 #include <stdexcept>
 
 using namespace Vu;
@@ -10,20 +9,8 @@ using CommandTest::Definition;
 
 namespace {
 
-class Lifecycle : public testing::Test
+class Lifecycle : public CommandTest::WithManager
 {
-protected:
-    const Vs::Status& run(Definition& definition)
-    {
-        return m_answer = manager.executeCommand(&definition, CommandContext());
-    }
-
-    CommandTest::Log log;
-    CommandTest::Host host;
-    CommandMgr manager;
-
-private:
-    Vs::Status m_answer;
 };
 
 const char* const kEndOf =

@@ -5,7 +5,6 @@
 #include "UI/Base/Command/CommandObserver.h"
 #include "UI/Base/Command/UsageEvents.h"
 
-#include <gtest/gtest.h>
 #include <stdexcept>
 
 using namespace Vu;
@@ -56,20 +55,8 @@ private:
     CommandDefinition* m_definition;
 };
 
-class Manager : public testing::Test
+class Manager : public CommandTest::WithManager
 {
-protected:
-    const Vs::Status& run(Definition& definition)
-    {
-        return m_answer = manager.executeCommand(&definition, CommandContext());
-    }
-
-    CommandTest::Log log;
-    CommandTest::Host host;
-    CommandMgr manager;
-
-private:
-    Vs::Status m_answer;
 };
 
 } // namespace

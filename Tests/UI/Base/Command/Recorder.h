@@ -8,6 +8,7 @@
 #include "UI/Base/Command/SimpleCommand.h"
 
 #include <functional>
+#include <gtest/gtest.h>
 #include <map>
 #include <memory>
 #include <string>
@@ -107,6 +108,41 @@ public:
 
 private:
     CommandHost* m_before;
+};
+
+/// What makes commands of one class, with the latest one.
+template <class Command>
+class DefinitionOf : public Vs::Implements<DefinitionOf<Command>, Vu::CommandDefinition>
+{
+public:
+    explicit DefinitionOf(Vu::Info& info)
+        : Vs::Implements<DefinitionOf<Command>, Vu::CommandDefinition>(&info)
+    {
+    }
+    Command* latest = nullptr;
+
+protected:
+    Vu::CommandBase* onCreateCommand(Vu::CommandContext* context) override
+    {
+        return latest = new Command(this, context);
+    }
+};
+
+/// A manager of no session, whose commands are written down.
+class WithManager : public testing::Test
+{
+protected:
+    const Vs::Status& run(Definition& definition)
+    {
+        return m_answer = manager.executeCommand(&definition, Vu::CommandContext());
+    }
+
+    Log log;
+    Host host;
+    Vu::CommandMgr manager;
+
+private:
+    Vs::Status m_answer;
 };
 
 } // namespace CommandTest

@@ -2,7 +2,6 @@
 #include "Tests/UI/Base/Command/Recorder.h"
 #include "UI/Base/Command/CommandGroup.h"
 
-#include <gtest/gtest.h>
 #include <random>
 #include <set>
 
@@ -11,14 +10,9 @@ using CommandTest::Definition;
 
 namespace {
 
-class Stacking : public testing::Test
+class Stacking : public CommandTest::WithManager
 {
 protected:
-    const Vs::Status& run(Definition& definition)
-    {
-        return m_answer = manager.executeCommand(&definition, CommandContext());
-    }
-
     /// The names of the running commands, bottom to top, those that are suspended in brackets.
     std::string stack() const
     {
@@ -30,13 +24,6 @@ protected:
         }
         return text;
     }
-
-    CommandTest::Log log;
-    CommandTest::Host host;
-    CommandMgr manager;
-
-private:
-    Vs::Status m_answer;
 };
 
 } // namespace

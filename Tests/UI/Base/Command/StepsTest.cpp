@@ -51,21 +51,7 @@ public:
     StringValueCommandInput* note = nullptr;
 };
 
-class PileDefinition : public Vs::Implements<PileDefinition, CommandDefinition>
-{
-public:
-    PileDefinition() : Implements(&s_info) {}
-    Pile* latest = nullptr;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override
-    {
-        return latest = new Pile(this, context);
-    }
-
-private:
-    static inline Info s_info{L"PileCommand", L"Pile", nullptr};
-};
+Info kPile(L"PileCommand", L"Pile", nullptr);
 
 class Steps : public CommandTest::WithAsset
 {
@@ -82,7 +68,7 @@ protected:
         pile = definition.latest;
     }
 
-    PileDefinition definition;
+    CommandTest::DefinitionOf<Pile> definition{kPile};
     Pile* pile = nullptr;
     uint64_t before = 0;
 };
