@@ -176,7 +176,7 @@ std::vector<std::wstring> OptionGroup::value(const char* option,
     if (!value.isArray() || !std::all_of(array.begin(), array.end(), isText))
         return fallBack;
     std::vector<std::wstring> texts;
-    for (const QJsonValue& text : array)
+    for (const auto& text : array)
         texts.push_back(wideText(text.toString()));
     return texts;
 }

@@ -204,7 +204,7 @@ Path defaultLocalizationDirectory()
 
 Path localizationDirectory(bool fallBack)
 {
-    const Path own = rootDirectory() / "Localization" / StringTable::language();
+    Path own = rootDirectory() / "Localization" / StringTable::language();
     // A language that only has catalogues of texts has no files of its own to show.
     if (fallBack && !fs::is_directory(own / "UI"))
         return defaultLocalizationDirectory();
@@ -253,9 +253,9 @@ Path scriptsDirectory(bool create)
 Path temporaryDirectory(bool create)
 {
     const Path runtime = environmentPath("XDG_RUNTIME_DIR");
-    const Path folder = OwnFiles::isOwnFolder(runtime)
-                            ? runtime / "quillet"
-                            : fs::temp_directory_path() / ("quillet-" + std::to_string(getuid()));
+    Path folder = OwnFiles::isOwnFolder(runtime)
+                      ? runtime / "quillet"
+                      : fs::temp_directory_path() / ("quillet-" + std::to_string(getuid()));
     boost::system::error_code error;
     if (!create && fs::symlink_status(folder, error).type() == fs::file_not_found)
         return folder;

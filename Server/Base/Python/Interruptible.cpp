@@ -66,7 +66,8 @@ Interruptible::Interruptible(const std::string& script)
     Progress::cancelHook([] { PyErr_SetInterruptEx(SIGINT); });
 }
 
-Interruptible::~Interruptible()
+// What releases the interpreter throws only where there is none, and this is run by one.
+Interruptible::~Interruptible() // NOLINT(bugprone-exception-escape)
 {
     // Scripts run scripts; the outer one goes on.
     if (--s_depth > 0)

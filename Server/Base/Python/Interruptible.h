@@ -27,7 +27,7 @@ class Interruptible
 {
 public:
     explicit Interruptible(const std::string& script);
-    ~Interruptible();
+    ~Interruptible(); // NOLINT(bugprone-exception-escape): see there
     Interruptible(const Interruptible&) = delete;
     Interruptible& operator=(const Interruptible&) = delete;
 
