@@ -302,6 +302,7 @@ void Camera::fit(const BBox& box)
     m_pivotEnabled = false;
     if (box.diagonal() < kSmallestExtent) {
         dolly(box.centre() - m_target);
+        m_fitRevision = m_revision;
         return;
     }
     const std::shared_ptr<const CameraSubject> subject = m_subject.lock();
@@ -321,6 +322,7 @@ void Camera::fit(const BBox& box)
     m_clipFar = away + reach * 1.1;
     m_clipNear = std::max(away - reach * 1.1, m_clipFar / 1000);
     changed();
+    m_fitRevision = m_revision;
 }
 
 void Camera::look(const GkVector3d& direction, const GkVector3d& up)

@@ -155,6 +155,9 @@ public:
     /// that is free. An empty box changes nothing; a mere point is brought to the centre. The pivot is given
     /// up: it was chosen for another look at the model.
     void fit(const BBox& box);
+    /// The revision that the last fit left it with; 0 before the first one. What a fit comes to depends on
+    /// the canvas, so that it isn't the same everywhere.
+    uint64_t fitRevision() const { return m_fitRevision; }
     /// What `fit` asks; one that has gone is not asked.
     void subject(std::weak_ptr<const CameraSubject> subject) { m_subject = std::move(subject); }
     /// Looks along `direction` from the old distance at the old target.
@@ -180,7 +183,7 @@ private:
     double m_extentsWidth, m_extentsHeight;
     int m_projection = kPerspectiveProjection;
     bool m_pivotEnabled = false;
-    uint64_t m_revision = 0;
+    uint64_t m_revision = 0, m_fitRevision = 0;
     std::weak_ptr<const CameraSubject> m_subject;
 };
 

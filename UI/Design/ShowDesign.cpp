@@ -9,15 +9,16 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/ViewMgr.h"
 #include "UI/Design/DocumentKinds.h"
 #include "UI/Design/Localized.h"
 
 namespace Vu::Design {
 namespace {
 
-// These two belong to another add-in, which this one knows by identifiers alone.
+// Belongs to another add-in, which this one knows by identifiers alone.
 constexpr const wchar_t* kAssetShellCommand = L"AssetShellCommand";
-constexpr const wchar_t* kFitCommand = L"FitCommand";
 
 void run(const wchar_t* id, CommandContext context, Vs::Status& status)
 {
@@ -47,10 +48,11 @@ void showDesign(Vs::Document* document, Vs::Status& status)
     CommandContext context = CommandContext::activeContext();
     context.addArgument(Vs::UniqueString::find("AssetSession", true), session);
     run(kAssetShellCommand, context, status);
-    // An empty design is framed by its view as soon as it gets a part, unless the camera is moved before.
+    // The view frames what arrives later by itself, unless the camera is moved before.
     const Vs::Component* parts = document->activeAsset()->components();
-    if (parts && !parts->children.empty())
-        run(kFitCommand, CommandContext::activeContext(), status);
+    auto* view = Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId()));
+    if (view && parts && !parts->children.empty())
+        view->fit();
 }
 
 } // namespace Vu::Design

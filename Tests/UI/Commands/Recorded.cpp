@@ -18,8 +18,6 @@
 
 #include <boost/filesystem/fstream.hpp>
 
-#include <iomanip>
-#include <regex>
 #include <sstream>
 
 namespace CommandsTests {
@@ -65,25 +63,6 @@ void Recorded::closeAll()
     Vu::MessageBox::responder(nullptr);
 }
 
-namespace {
-
-/// The text with its numbers to nine digits: a camera that is fitted anew differs in the last ones.
-std::wstring rounded(const std::wstring& text)
-{
-    static const std::wregex number(LR"(-?\d+(\.\d+)?(e[-+]?\d+)?)");
-    std::wostringstream result;
-    result << std::setprecision(9);
-    auto rest = text.begin();
-    for (std::wsregex_iterator found(text.begin(), text.end(), number), end; found != end; ++found) {
-        result << std::wstring(rest, (*found)[0].first) << std::stod(found->str());
-        rest = (*found)[0].second;
-    }
-    result << std::wstring(rest, text.end());
-    return result.str();
-}
-
-} // namespace
-
 std::wstring Recorded::state()
 {
     std::wostringstream text;
@@ -107,7 +86,7 @@ std::wstring Recorded::state()
     if (const Vu::CommandBase* command = Vu::CommandBase::getActiveCommand())
         text << L"command " << command->commandDefinition()->id() << L'\n';
     if (activeSession())
-        text << L"selected " << answer(L"Selection.List") << L'\n' << rounded(answer(L"Camera.Dump"));
+        text << L"selected " << answer(L"Selection.List") << L'\n' << answer(L"Camera.Dump");
     return text.str();
 }
 
@@ -121,12 +100,12 @@ std::wstring Recorded::stateAfter(const std::wstring& name)
     return (status.isOk() ? L"" : status.toString() + L'\n') + state();
 }
 
-SmallWindow::SmallWindow()
+SmallWindow::SmallWindow(int width, int height)
     : m_before(Vu::WorkspaceMgr::activeWorkspace()), m_workspace(Vu::WorkspaceMgr::get()->create())
 {
     Vu::WorkspaceMgr::activeWorkspace(m_workspace);
     m_workspace->window()->show();
-    m_workspace->window()->widget()->resize(400, 300);
+    m_workspace->window()->widget()->resize(width, height);
 }
 
 SmallWindow::~SmallWindow()

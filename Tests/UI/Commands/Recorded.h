@@ -36,7 +36,7 @@ protected:
 class SmallWindow
 {
 public:
-    SmallWindow();
+    explicit SmallWindow(int width = 400, int height = 300);
     ~SmallWindow();
     SmallWindow(const SmallWindow&) = delete;
     SmallWindow& operator=(const SmallWindow&) = delete;

@@ -21,6 +21,9 @@
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/ViewMgr.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace Vu {
 namespace {
 
@@ -40,25 +43,27 @@ const Camera* activeCamera()
     return view && !view->viewFragments().empty() ? view->viewFragments().front()->camera() : nullptr;
 }
 
+using CameraState = StateRecorder::CameraState;
+
 /// Writes the line by which the camera is there again.
 class CameraTrigger : public Vs::TranscriptTrigger
 {
 public:
-    explicit CameraTrigger(const Camera& camera) : m_camera(camera) {}
+    explicit CameraTrigger(const CameraState& state) : m_state(state) {}
 
     std::wstring onCreateTranscriptEntry() override
     {
-        std::wstring line = L"Camera.Set " + Vs::Types::Point3dToString(m_camera.position()) + L' ' +
-                            Vs::Types::Point3dToString(m_camera.target()) + L' ' +
-                            Vs::Types::Vector3dToString(m_camera.up());
-        for (const double value :
-             {m_camera.clipNear(), m_camera.clipFar(), m_camera.extentsWidth(), m_camera.extentsHeight()})
-            line += L' ' + Vs::numberText(value);
-        return line + L' ' + std::to_wstring(int(m_camera.projection()));
+        const auto& s = m_state;
+        std::wstring line = L"Camera.Set " + Vs::Types::Point3dToString({s[0], s[1], s[2]}) + L' ' +
+                            Vs::Types::Point3dToString({s[3], s[4], s[5]}) + L' ' +
+                            Vs::Types::Vector3dToString({s[6], s[7], s[8]});
+        for (size_t i = 9; i < 13; ++i)
+            line += L' ' + Vs::numberText(s[i]);
+        return line + L' ' + std::to_wstring(int(s[13]));
     }
 
 private:
-    const Camera& m_camera;
+    const CameraState& m_state;
 };
 
 /// Of the open documents, in their order.
@@ -113,6 +118,8 @@ void StateRecorder::begin()
 {
     m_documents = identifiers();
     accept();
+    m_fits.clear();
+    m_begun = Camera::make()->revision(); // The newest one of all.
 }
 
 void StateRecorder::writeDocuments(const std::wstring& line)
@@ -139,6 +146,7 @@ void StateRecorder::write()
 {
     if (!recording())
         return;
+    writeFitted();
     writeCamera();
     writeSelection();
 }
@@ -155,10 +163,14 @@ void StateRecorder::accept()
 
 void StateRecorder::cameraMoved(const Camera* camera)
 {
-    if (!recording() || camera != activeCamera() || CommandStack::executingAnywhere())
+    if (!recording() || camera != activeCamera())
         return;
-    CameraTrigger(*camera).writeTranscriptEntry();
+    if (CommandStack::executingAnywhere()) {
+        m_goal = stateOf(*camera);
+        return;
+    }
     m_camera = stateOf(*camera);
+    CameraTrigger(*m_camera).writeTranscriptEntry();
 }
 
 void StateRecorder::writeCamera()
@@ -170,8 +182,22 @@ void StateRecorder::writeCamera()
         return;
     const CameraState now = stateOf(*camera);
     if (m_camera && *m_camera != now)
-        CameraTrigger(*camera).writeTranscriptEntry();
+        CameraTrigger(now).writeTranscriptEntry();
     m_camera = now;
+}
+
+void StateRecorder::writeFitted()
+{
+    const std::optional<CameraState> goal = std::exchange(m_goal, std::nullopt);
+    const Camera* camera = recording() ? activeCamera() : nullptr;
+    if (!camera || camera->fitRevision() <= m_begun || camera->fitRevision() == m_fits[camera])
+        return;
+    const bool glides = TransitionMgr::get()->playing();
+    if (glides && !goal)
+        return;
+    m_fits[camera] = camera->fitRevision();
+    m_camera = glides ? *goal : stateOf(*camera);
+    CameraTrigger(*m_camera).writeTranscriptEntry();
 }
 
 void StateRecorder::writeSelection()

@@ -6,6 +6,8 @@
 #include <boost/uuid/uuid.hpp>
 
 #include <array>
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,14 +36,17 @@ public:
     /// Writes under which identifiers the document that has come is known to the lines that follow, unless
     /// `line` tells already.
     void writeDocuments(const std::wstring& line);
+    /// Writes where a fit has put the camera: the same fit comes to something else in another canvas.
+    void writeFitted();
     /// What is now is what the lines written so far bring about.
     void accept();
-    /// The camera was put somewhere by hand.
+    /// The camera was put somewhere by hand or by a command, and may yet have to glide there.
     void cameraMoved(const Vs::Scene::Camera* camera);
 
-private:
-    /// All that a line sets of a camera, to tell whether it moved.
+    /// All that a line sets of a camera: position, target, up, clip planes, extents and projection.
     using CameraState = std::array<double, 14>;
+
+private:
     static CameraState stateOf(const Vs::Scene::Camera& camera);
 
     void currentSessionChanged(SessionEvent* event) override;
@@ -56,6 +61,9 @@ private:
     bool m_selectionDiffers = false;
     bool m_writeLater = false;
     std::optional<CameraState> m_camera; ///< As the lines have it; nothing while that isn't known.
+    std::optional<CameraState> m_goal;   ///< Where the running command has put it.
+    uint64_t m_begun = 0;                ///< Fits up to this revision of cameras were before the recording.
+    std::map<const Vs::Scene::Camera*, uint64_t> m_fits; ///< The last fit of each that a line tells of.
 };
 
 } // namespace Vu

@@ -103,6 +103,7 @@ void installTranscripts()
                                                 .after =
                                                     [state](const std::wstring& line) {
                                                         state->writeDocuments(line);
+                                                        state->writeFitted();
                                                         state->accept();
                                                     }});
     CommandMgr::addObserver(recorder);

@@ -128,20 +128,31 @@ AutoCamViewFragment::Frame AutoCamViewFragment::frame() const
     return {up.crossProduct(front), -front, up};
 }
 
+AutoCamViewFragment::Place AutoCamViewFragment::placeIn(double width, double height)
+{
+    const double size = std::min(kSize, kLargestPart * std::min(width, height));
+    if (size < kSmallestSize || width <= 0 || height <= 0)
+        return {};
+    return {width - size - kMargin, kMargin, size};
+}
+
 void AutoCamViewFragment::layOut(double width, double height)
 {
     if (!m_cube)
         m_cube = std::make_unique<OrbiconCube>(viewFragmentNode());
-    const double size = std::min(kSize, kLargestPart * std::min(width, height));
-    if (size < kSmallestSize || width <= 0 || height <= 0) {
-        m_place = Place();
+    m_place = placeIn(width, height);
+    const auto& [left, top, size] = m_place;
+    if (size > 0)
+        data()->viewport()->placement(left / width, 1 - (top + size) / height, size / width, size / height);
+    else
         data()->viewport()->placement(0, 0, 0, 0);
-    } else {
-        m_place = {width - size - kMargin, kMargin, size};
-        data()->viewport()->placement(m_place.left / width, 1 - (m_place.top + size) / height, size / width,
-                                      size / height);
-    }
     followModel();
+}
+
+void AutoCamViewFragment::covers(double width, double height, std::vector<CanvasRect>& parts)
+{
+    if (const Place place = placeIn(width, height); enabled() && place.size > 0)
+        parts.push_back({place.left, place.top, place.left + place.size, place.top + place.size});
 }
 
 // All of it is as it was if nothing changed, and then nothing is drawn anew.

@@ -60,6 +60,7 @@ public:
     void lookFrom(const GkVector3d& direction);
 
     void layOut(double width, double height) override;
+    void covers(double width, double height, std::vector<CanvasRect>& parts) override;
     bool takesMouse(MouseEvent* event) override;
     void hover(MouseEvent* event) override;
     void hoverEnd() override;
@@ -78,6 +79,7 @@ private:
     void cameraChanged(Vs::Scene::CameraEvent* event) override;
     void optionChanged(Vs::OptionEvent* event) override;
 
+    static Place placeIn(double width, double height);
     Vs::Scene::Camera* modelCamera() const;
     /// Of the asset; null if it has none.
     Vs::CommonData::CommonDataAssetSettings* settings() const;

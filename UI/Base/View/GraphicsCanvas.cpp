@@ -4,6 +4,7 @@
 #include "UI/Base/View/CursorController.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/View/MouseOverlay.h"
 #include "UI/Base/View/SplitViewMgr.h"
 
 #include <algorithm>
@@ -69,7 +70,7 @@ void GraphicsCanvas::view(GraphicsView* view, bool fit, bool repaint)
         if (view) {
             view->m_canvas = this;
             if (fit && !view->m_shownBefore)
-                view->fit();
+                view->frame();
             view->m_shownBefore = true;
         }
     }
@@ -117,6 +118,16 @@ void GraphicsCanvas::band(const std::optional<CanvasBand>& band)
     m_band = band;
     if (m_surface)
         m_surface->band(band);
+}
+
+std::vector<CanvasRect> GraphicsCanvas::covered() const
+{
+    std::vector<CanvasRect> parts;
+    if (m_surface)
+        m_surface->covered(parts);
+    if (MouseOverlay* overlay = m_view ? m_view->mouseOverlay() : nullptr)
+        overlay->covers(width(), height(), parts);
+    return parts;
 }
 
 bool GraphicsCanvas::underPointer() const

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Object.h"
 #include "UI/Base/Program/CanvasBand.h"
+#include "UI/Base/Program/CanvasRect.h"
 
 #include <memory>
 #include <optional>
@@ -55,6 +56,9 @@ public:
     /// A band over the view; nothing for none.
     const std::optional<CanvasBand>& band() const { return m_band; }
     void band(const std::optional<CanvasBand>& band);
+
+    /// The parts of it that bars and panels of the window, and what lies over its view, keep covered.
+    [[nodiscard]] std::vector<CanvasRect> covered() const;
 
     /// Whether the mouse pointer is over the canvas, and no other window's widget covers it there.
     bool underPointer() const;

@@ -5,6 +5,7 @@
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/Strings.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/Outermost.h"
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
@@ -12,10 +13,13 @@
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/View/MouseOverlay.h"
 #include "UI/Base/View/PrintedImageResource.h"
+#include "UI/Base/View/Private/FreeArea.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/View/TransitionMgr.h"
 #include "UI/Base/View/ViewMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/filesystem/operations.hpp>
@@ -58,6 +62,46 @@ bool isOfModel(const Vs::Scene::ViewFragment* fragment)
 
 } // namespace
 
+/// What the camera of a fragment frames: what the fragment shows, in what the canvas leaves free.
+class GraphicsView::Subject : public Vs::Scene::CameraSubject
+{
+public:
+    Subject(const GraphicsView* view, const Vs::Scene::ViewFragment* fragment)
+        : m_view(view), m_fragment(fragment)
+    {
+    }
+
+    Room roomFor(double aspect) const override
+    {
+        const GraphicsCanvas* canvas = m_view->canvas();
+        if (!canvas || !canvas->existingWidget() || canvas->width() <= 0 || canvas->height() <= 0)
+            return {};
+        const double width = canvas->width(), height = canvas->height();
+        const CanvasRect free = freeArea(width, height, canvas->covered(), aspect);
+        return {width,
+                height,
+                free.left - width / 2,
+                height / 2 - free.bottom,
+                free.right - width / 2,
+                height / 2 - free.top};
+    }
+
+    bool outermost(const BBox& box, const GkVector3d& direction, GkPoint3d& point) const override
+    {
+        const BBox own = m_fragment->viewFragmentNode()->boundingBox();
+        const auto isSame = [](const GkPoint3d& a, const GkPoint3d& b) { return a.distanceTo(b) == 0; };
+        if (own.isEmpty() || !isSame(own.low(), box.low()) || !isSame(own.high(), box.high()))
+            return false;
+        const auto found = Vs::Scene::outermostPoint(*m_fragment->viewFragmentNode(), direction);
+        point = found.value_or(point);
+        return found.has_value();
+    }
+
+private:
+    const GraphicsView* m_view;
+    const Vs::Scene::ViewFragment* m_fragment;
+};
+
 GraphicsView::GraphicsView() = default;
 
 GraphicsView::~GraphicsView()
@@ -70,7 +114,13 @@ GraphicsView::~GraphicsView()
 void GraphicsView::addFragment(Vs::StrongRef<Vs::Scene::ViewFragment> fragment)
 {
     Vs::require(fragment.get() != nullptr, "a fragment that is shown is there");
+    // What lies over a model may be seen by its camera, which frames the model all the same.
+    const bool isOver = std::ranges::any_of(
+        m_fragments, [&](Vs::Scene::ViewFragment* other) { return other->camera() == fragment->camera(); });
     m_fragments.push_back(fragment.get());
+    m_subjects.push_back(std::make_shared<Subject>(this, fragment.get()));
+    if (!isOver)
+        fragment->camera()->subject(m_subjects.back());
     m_owned.push_back(std::move(fragment));
     m_seen.push_back(0);
     contentChanged();
@@ -84,6 +134,7 @@ void GraphicsView::removeFragment(const Vs::Scene::ViewFragment* fragment)
     const auto index = found - m_fragments.begin();
     m_fragments.erase(found);
     m_seen.erase(m_seen.begin() + index);
+    m_subjects.erase(m_subjects.begin() + index);
     m_owned.erase(m_owned.begin() + index);
     contentChanged();
 }
@@ -117,7 +168,7 @@ bool GraphicsView::waitsForContent() const
     });
 }
 
-void GraphicsView::fit()
+void GraphicsView::frame()
 {
     // The first parts are framed at once, and all of them when the last one is there.
     m_fitPending = waitsForContent();
@@ -130,6 +181,19 @@ void GraphicsView::fit()
     }
     if (const Vs::Scene::ViewFragment* fragment = modelFragment())
         m_fitRevision = fragment->camera()->revision();
+}
+
+void GraphicsView::settleLayout() const
+{
+    WorkspaceWindow* window = m_canvas ? WorkspaceWindow::activeWorkspaceWindow() : nullptr;
+    if (window)
+        window->settleLayout();
+}
+
+void GraphicsView::fit()
+{
+    settleLayout();
+    frame();
 }
 
 void GraphicsView::settleFit()
@@ -155,7 +219,7 @@ bool GraphicsView::update()
     for (size_t i = 0; i < m_fragments.size(); ++i)
         changed = m_fragments[i]->update(m_seen[i]) || changed;
     if (pending && changed && !TransitionMgr::get()->playing())
-        fit();
+        frame();
     return changed;
 }
 

@@ -46,9 +46,13 @@ public:
     [[nodiscard]] GkPoint3d windowToWorld(const Vs::Point2& place) const;
     /// The place of the canvas at which a point of the model is seen; nothing if it lies behind the viewer.
     [[nodiscard]] std::optional<Vs::Point2> worldToWindow(const GkPoint3d& point) const;
-    /// Frames the content of each fragment that shows a model. With nothing to frame yet, it happens when the
-    /// first content comes.
+    /// Frames the content of each fragment that shows a model, in what the canvas leaves free now; what comes
+    /// over the canvas later moves nothing. With nothing to frame yet, it happens when the first content
+    /// comes, unless the camera was moved meanwhile.
     void fit();
+    /// Brings the window's layout up to date, for a fit at this moment: bars and panels that are on their way
+    /// count. Does nothing without a window. Not while a picture is drawn.
+    void settleLayout() const;
     /// Takes in what arrived since the last call (meshes that were still being made). True if the picture
     /// changed; the canvas calls it before it draws.
     bool update();
@@ -97,11 +101,15 @@ private:
     friend class GraphicsCanvas;
     friend class ViewMgr;
 
+    class Subject;
+
     std::vector<Vs::Scene::ViewFragment*> modelFragments() const;
     void contentChanged();
+    void frame();
 
     std::vector<Vs::StrongRef<Vs::Scene::ViewFragment>> m_owned;
     std::vector<Vs::Scene::ViewFragment*> m_fragments;
+    std::vector<std::shared_ptr<const Subject>> m_subjects; ///< Of each fragment, for its camera.
     GraphicsCanvas* m_canvas = nullptr;
     ViewMgr* m_manager = nullptr;
     MouseOverlay* m_overlay = nullptr;

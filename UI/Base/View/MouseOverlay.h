@@ -1,5 +1,9 @@
 #pragma once
 
+#include "UI/Base/Program/CanvasRect.h"
+
+#include <vector>
+
 namespace Vu {
 
 class MouseEvent;
@@ -13,6 +17,9 @@ public:
 
     /// The view's canvas has this size, in logical pixels. Called before the view is drawn.
     virtual void layOut(double width, double height) = 0;
+
+    /// Adds the parts of a canvas of this size that it keeps covered, so that nothing is framed behind them.
+    virtual void covers(double /*width*/, double /*height*/, std::vector<CanvasRect>& /*parts*/) {}
 
     /// Whether the overlay has what lies under the mouse. Asked before each event without a button held.
     [[nodiscard]] virtual bool takesMouse(MouseEvent* event) = 0;

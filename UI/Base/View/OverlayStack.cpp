@@ -36,6 +36,12 @@ void OverlayStack::layOut(double width, double height)
         overlay->layOut(width, height);
 }
 
+void OverlayStack::covers(double width, double height, std::vector<CanvasRect>& parts)
+{
+    for (MouseOverlay* overlay : m_overlays)
+        overlay->covers(width, height, parts);
+}
+
 bool OverlayStack::takesMouse(MouseEvent* event)
 {
     return at(event) != nullptr;

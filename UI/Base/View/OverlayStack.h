@@ -15,6 +15,7 @@ public:
     void remove(MouseOverlay* overlay);
 
     void layOut(double width, double height) override;
+    void covers(double width, double height, std::vector<CanvasRect>& parts) override;
     bool takesMouse(MouseEvent* event) override;
     void hover(MouseEvent* event) override;
     void hoverEnd() override;

@@ -18,6 +18,7 @@
 #include "UI/Base/View/Private/FrameEvents.h"
 #include "UI/Base/View/Private/TouchNavigation.h"
 #include "UI/Base/Window/BandWidget.h"
+#include "UI/Base/Window/CoveredParts.h"
 #include "UI/Base/Window/QtDisplay.h"
 
 #include <QApplication>
@@ -426,6 +427,11 @@ public:
             m_band->showBand(*band);
         else if (m_band)
             m_band->hide();
+    }
+    void covered(std::vector<CanvasRect>& parts) const override
+    {
+        if (m_widget)
+            addCoveredParts(*m_widget, parts);
     }
 
 private:

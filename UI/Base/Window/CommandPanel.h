@@ -36,6 +36,12 @@ public:
     CommandBase* command() const { return m_command; }
     /// Shows what is to be shown, now.
     void refresh();
+    /// Does so if it is to happen at the end of the event.
+    void settle()
+    {
+        if (m_soon.isActive())
+            refresh();
+    }
     /// Takes the place over the active canvas; for when the window has changed.
     void place();
 

@@ -141,6 +141,8 @@ MainWindow::~MainWindow()
 {
     UIBaseOptionGroup::get()->windowGeometry(QString::fromLatin1(saveGeometry().toBase64()).toStdWString());
     keepPersistentWidgets();
+    for (const QPointer<QWidget>& before : m_before)
+        delete before.data();
     Vs::AssetEventSource::get()->unsubscribe(this);
     Vs::DocumentEventSource::get()->unsubscribe(this);
     CommandEventSource::get()->unsubscribe(this);
@@ -256,7 +258,12 @@ void MainWindow::rebuild()
     keepPersistentWidgets();
     m_buttons.clear();
     m_environment = activeEnvironment();
-    delete takeCentralWidget();
+    // One of its buttons may be telling of the very click that leads here.
+    if (QWidget* before = takeCentralWidget()) {
+        std::erase_if(m_before, [](const auto& gone) { return gone.isNull(); });
+        m_before.emplace_back(before);
+        before->deleteLater();
+    }
     Arrangement* arrangement = m_owner->activeArrangement();
     const AreaBuilder builder{[this](Area& area, QWidget* parent) { return contents(area, parent); },
                               [this](const Area& area, QWidget* inner) { return enclose(area, inner); },
@@ -284,6 +291,18 @@ void MainWindow::refreshSoon()
 {
     if (!m_refreshTimer.isActive())
         m_refreshTimer.start(0);
+}
+
+void MainWindow::settleLayout()
+{
+    if (m_rebuildTimer.isActive())
+        rebuild();
+    else if (m_refreshTimer.isActive())
+        refresh();
+    if (isVisible())
+        centralWidget()->show(); // Which a layout puts off to the next event.
+    m_panel->settle();
+    QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
 }
 
 void MainWindow::refresh()

@@ -48,6 +48,8 @@ public:
     /// The same, and the refreshing of title and buttons, at the end of the event.
     void rebuildSoon();
     void refreshSoon();
+    /// Does what they have put off, and lays out what has changed, now.
+    void settleLayout();
 
     void message(const QString& text, bool isError);
     BrowserPanel* browser();
@@ -101,6 +103,7 @@ private:
     QLabel* m_message;
     AlertButton* m_alerts;
     CommandPanel* m_panel;
+    std::vector<QPointer<QWidget>> m_before; ///< Layouts of before, which go at the end of the event.
     std::vector<CommandButton*> m_buttons;
     std::wstring m_environment; ///< Whose toolbars show.
     QTimer m_rebuildTimer, m_refreshTimer;

@@ -29,6 +29,7 @@ public:
     void message(const std::wstring& text, bool isError) override;
     void refresh() override { m_window->refreshSoon(); }
     void rebuild() override { m_window->rebuildSoon(); }
+    void settleLayout() override { m_window->settleLayout(); }
 
 private:
     std::unique_ptr<MainWindow> m_window;

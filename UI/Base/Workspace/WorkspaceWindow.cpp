@@ -168,6 +168,12 @@ void WorkspaceWindow::refresh()
         m_data->window->refresh();
 }
 
+void WorkspaceWindow::settleLayout()
+{
+    if (m_data->window)
+        m_data->window->settleLayout();
+}
+
 std::shared_ptr<ProgressDisplay> WorkspaceWindow::progress() const
 {
     return m_data->window ? m_data->window->progress() : nullptr;

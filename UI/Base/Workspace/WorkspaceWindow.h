@@ -66,6 +66,9 @@ public:
     MainWindow* mainWindow() const;
     /// For ProgressBar: where progress is shown; null before `show()`.
     std::shared_ptr<ProgressDisplay> progress() const;
+    /// Does now what `refresh` and a changed arrangement have put off to the end of the event, and gives all
+    /// widgets their places. Not from within the painting of one. Does nothing before `show()`.
+    void settleLayout();
     /// For ArrangementMgr: has the areas laid out anew at the end of the event.
     void arrangementChanged();
 

@@ -46,6 +46,8 @@ Vs::Scene::Camera* activeCamera()
 Vs::Scene::Camera* settledCamera()
 {
     TransitionMgr::get()->finish();
+    if (const GraphicsView* view = graphicsViewOf(SessionMgr::get()->activeAssetSession()))
+        view->settleLayout();
     return activeCamera();
 }
 

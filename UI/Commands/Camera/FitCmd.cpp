@@ -25,6 +25,7 @@ void FitCmd::onExecute(Vs::Status&)
     TransitionMgr* transitions = TransitionMgr::get();
     if (!view || !transitions)
         return;
+    view->settleLayout();
     Transition* transition = transitions->beginTransition();
     if (!transition)
         return;

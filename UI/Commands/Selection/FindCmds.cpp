@@ -109,6 +109,7 @@ void FindInCanvasCmd::onExecute(Vs::Status&)
     Vs::Scene::ViewFragment* fragment = view && view->viewNode() ? firstFragment(view) : nullptr;
     if (box.isEmpty() || !transitions || !fragment)
         return;
+    view->settleLayout();
     Vs::Scene::Camera& camera = *fragment->camera();
     if (Transition* back = kShowsAllFirst ? transitions->beginTransition() : nullptr) {
         glide(scaled(fragment->bounds()), camera, *back);

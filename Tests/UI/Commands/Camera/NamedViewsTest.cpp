@@ -4,6 +4,7 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Transaction.h"
 #include "Server/Scene/Camera.h"
+#include "Server/Scene/Projection.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Server/Geometry/Near.h"
 #include "Tests/UI/Commands/InBrowser.h"
@@ -113,10 +114,21 @@ TEST_F(NamedViewCommands, AStandardViewFramesWhatTheModelIsNow)
     answer(L"NamedView.RestoreCamera Right");
     EXPECT_TRUE(isNear(camera()->direction(), {-1, 0, 0}));
     EXPECT_TRUE(isNear(camera()->screenUp(), {0, 0, 1}));
-    const BBox bounds = view()->modelFragment()->bounds();
-    EXPECT_TRUE(isNear(camera()->target() - camera()->direction() * camera()->direction().dotProduct(
-                                                                        camera()->target() - bounds.centre()),
-                       bounds.centre()));
+    // All of it is seen, and takes the most of the picture's height or width.
+    const Vs::Scene::Projection projection(*camera(), 100, 100);
+    double reach = 0;
+    for (const GkPoint3d& corner : {GkPoint3d(400, 0, 0),
+                                    {400, 10, 10},
+                                    {400, 0, 10},
+                                    {400, 10, 0},
+                                    {0, 20, 20},
+                                    {0, 0, 20},
+                                    {0, 20, 0}}) {
+        const GkPoint3d seen = projection.worldToScreen(corner);
+        reach = std::max({reach, std::abs(seen.x - 50), std::abs(seen.y - 50)});
+    }
+    EXPECT_LT(reach, 50);
+    EXPECT_GT(reach, 35);
 
     // In an empty model there is nothing to frame, and the camera is the view's own.
     answer(L"Design.New");

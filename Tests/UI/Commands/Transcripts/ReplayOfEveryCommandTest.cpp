@@ -47,6 +47,9 @@ struct Session
 
 const std::wstring kModel =
     L"Design.New;Design.Box 20 30 40;Design.Cylinder 5 10 50,0,0;Design.Sphere 8 0,80,0;";
+/// A box in the middle of the view, whatever lies over that.
+const std::wstring kSeen =
+    L"Design.New;Design.Box 20 30 40;Camera.Set 110,-85,120 10,15,20 0,0,1 1 1000 80 80 2;";
 const std::wstring kBoth = kModel + L"Selection.Select Box1 Cylinder1;";
 const std::wstring kTwo = kModel + L"Design.New;Design.Box 1 2 3;";
 const std::wstring kAssets = kModel + L"Asset.Create VeloraAssetType;";
@@ -100,7 +103,7 @@ const Session kSessions[] = {
     {L"ConstrainedOrbitCommand",       kModel + L"Commands.Start ConstrainedOrbitCommand;@drag 40 30;Commands.Cancel", L"Camera.Set"},
     {L"PanCommand",                    kModel + L"Commands.Start PanCommand;@drag 40 30;Commands.Cancel", L"Camera.Set"},
     {L"ZoomCommand",                   kModel + L"Commands.Start ZoomCommand;@drag 40 30;Commands.Cancel", L"Camera.Set"},
-    {L"LookAtCommand",                 L"Design.New;Design.Box 20 30 40;Commands.Start FitCommand;Commands.Start LookAtCommand;@click 0 0", L"Camera.Set"},
+    {L"LookAtCommand",                 kSeen + L"Commands.Start LookAtCommand;@click 0 0", L"Camera.Set"},
     {L"FitCommand",                    kModel + L"Camera.ZoomIn 3;Commands.Start FitCommand"},
     {L"AddNamedViewCommand",           kModel + L"Commands.Start AddNamedViewCommand"},
     {L"RemoveNamedViewCommand",        kModel + L"NamedView.AddNamedView;NamedView.AddNamedView;Commands.Start RemoveNamedViewCommand NamedViewName=NamedView"},
@@ -129,7 +132,7 @@ const Session kSessions[] = {
     {L"HideOrbiconCommand",            kModel + L"VuCommands.HideOrbiconCmd"},
     {L"ViewWidgetCommand",             kModel + L"VuCommands.ViewWidgetCmd"},
     // Selection
-    {L"SelectCommand",                 L"Design.New;Design.Box 20 30 40;Commands.Start FitCommand;@click 0 0", L"Selection.Select"},
+    {L"SelectCommand",                 kSeen + L"@click 0 0", L"Selection.Select"},
     {L"SeparateCommand",               kModel + L"Design.Pattern Box1 X 30 3;Design.Separate Box1:2"},
     {L"SelectionFilterCommand",        kModel + L"VuCommands.SelectionFilterCmd Edges,Faces"},
     {L"FindInCanvas",                  kBoth + L"Commands.Start FindInCanvas"},

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "UI/Base/Program/CanvasBand.h"
+#include "UI/Base/Program/CanvasRect.h"
 #include "UI/Base/Program/FileDialog.h"
 
 #include <cstdint>
@@ -51,6 +52,8 @@ public:
     virtual void activateWindow() = 0;
     /// Shows a band over the picture, which is not drawn anew for it; nothing for none.
     virtual void band(const std::optional<CanvasBand>& band) = 0;
+    /// Adds the parts of the canvas that other widgets lie over.
+    virtual void covered(std::vector<CanvasRect>& parts) const = 0;
 };
 
 /// Where a window shows the progress of work.
@@ -90,6 +93,8 @@ public:
     /// Both at the end of the event.
     virtual void refresh() = 0;
     virtual void rebuild() = 0;
+    /// Does now what the two have put off.
+    virtual void settleLayout() = 0;
 };
 
 /// Everything that is made of pixels: windows, dialogs, pointers, picture files. Behind it stands Qt's widget
