@@ -2,8 +2,10 @@
 
 #include <queue>
 
+#include <BRepAdaptor_Curve.hxx>
 #include <BRepBndLib.hxx>
 #include <BRep_Tool.hxx>
+#include <Geom_BSplineCurve.hxx>
 #include <Poly_Triangulation.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
@@ -52,6 +54,19 @@ void addFace(const TopoDS_Face& face, std::vector<Piece>& pieces)
         pieces.push_back(std::move(piece));
 }
 
+void addSegments(const TopoDS_Edge& polyline, std::vector<Piece>& pieces)
+{
+    const Handle(Geom_BSplineCurve) curve = BRepAdaptor_Curve(polyline).BSpline();
+    const TColgp_Array1OfPnt& corners = curve->Poles();
+    for (int i = corners.Lower(); i < corners.Upper(); ++i) {
+        Piece piece;
+        piece.triangle = {corners(i).XYZ(), corners(i + 1).XYZ(), corners(i + 1).XYZ()};
+        piece.box.Add(corners(i));
+        piece.box.Add(corners(i + 1));
+        pieces.push_back(std::move(piece));
+    }
+}
+
 gp_Pnt middleOf(const Bnd_Box& box)
 {
     return gp_Pnt((box.CornerMin().XYZ() + box.CornerMax().XYZ()) / 2);
@@ -66,6 +81,17 @@ int longest(const Bnd_Box& box)
 
 } // namespace
 
+bool isPolyline(const TopoDS_Shape& shape)
+{
+    if (shape.ShapeType() != TopAbs_EDGE || !BRep_Tool::IsGeometric(TopoDS::Edge(shape)))
+        return false;
+    const BRepAdaptor_Curve curve(TopoDS::Edge(shape));
+    // All of it: its ends are those of the edge.
+    return curve.GetType() == GeomAbs_BSplineCurve && curve.BSpline()->Degree() == 1 &&
+           curve.BSpline()->FirstParameter() >= curve.FirstParameter() &&
+           curve.BSpline()->LastParameter() <= curve.LastParameter();
+}
+
 std::vector<Piece> piecesOf(const TopoDS_Shape& shape)
 {
     std::vector<Piece> pieces;
@@ -73,6 +99,10 @@ std::vector<Piece> piecesOf(const TopoDS_Shape& shape)
         addFace(TopoDS::Face(face.Current()), pieces);
     const auto addFree = [&](TopAbs_ShapeEnum kind, TopAbs_ShapeEnum above) {
         for (TopExp_Explorer each(shape, kind, above); each.More(); each.Next()) {
+            if (isPolyline(each.Current())) {
+                addSegments(TopoDS::Edge(each.Current()), pieces);
+                continue;
+            }
             Piece piece{each.Current(), {}, {}, {}};
             BRepBndLib::Add(piece.shape, piece.box);
             for (TopExp_Explorer end(piece.shape, TopAbs_VERTEX); end.More(); end.Next())

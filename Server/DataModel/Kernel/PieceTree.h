@@ -13,7 +13,8 @@
 namespace Vs::Kernel {
 
 /// What the distance of a shape is found by: a face, an edge or a vertex that belongs to none, or, where a
-/// face has no surface, one of its triangles.
+/// face has no surface, one of its triangles. The straight pieces of a polyline count as triangles that have
+/// shrunk.
 struct Piece
 {
     TopoDS_Shape shape; ///< Null for a triangle.
@@ -23,6 +24,9 @@ struct Piece
 };
 
 std::vector<Piece> piecesOf(const TopoDS_Shape& shape);
+
+/// Whether a shape is an edge of straight pieces (a spline of degree 1).
+bool isPolyline(const TopoDS_Shape& shape);
 
 /// The triangles that a face is meshed with, or the one that the piece is; none for other pieces.
 std::vector<Piece> trianglesOf(const Piece& piece);

@@ -1,12 +1,14 @@
 #include "Server/DataModel/Kernel/ShortestDistance.h"
 
+#include "Server/DataModel/Kernel/KernelDistance.h"
 #include "Server/DataModel/Kernel/PieceTree.h"
+#include "Server/DataModel/Kernel/WideFace.h"
 
 #include <BRepBndLib.hxx>
+#include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
 #include <BRepBuilderAPI_MakePolygon.hxx>
 #include <BRepClass3d_SolidClassifier.hxx>
-#include <BRepExtrema_DistShapeShape.hxx>
 #include <BRep_Tool.hxx>
 #include <Precision.hxx>
 #include <TopExp_Explorer.hxx>
@@ -16,6 +18,7 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <memory>
 #include <vector>
 
 namespace Vs::Kernel {
@@ -71,20 +74,17 @@ std::optional<gp_Pnt> pointWithin(const TopoDS_Shape& shape, const TopoDS_Shape&
     return std::nullopt;
 }
 
-std::optional<ShortestDistance> measured(const TopoDS_Shape& first, const TopoDS_Shape& second)
-{
-    const BRepExtrema_DistShapeShape extrema(first, second);
-    if (!extrema.IsDone() || extrema.NbSolution() < 1)
-        return std::nullopt;
-    return ShortestDistance{extrema.Value(), extrema.PointOnShape1(1), extrema.PointOnShape2(1)};
-}
-
-/// As the kernel measures it; null for a triangle without an area, whose neighbours have its sides.
+/// As the kernel measures it; null for a triangle of three corners without an area, whose neighbours have its
+/// sides.
 TopoDS_Shape shapeOf(const Piece& piece)
 {
     if (!piece.shape.IsNull())
         return piece.shape;
     const auto& [a, b, c] = piece.triangle;
+    if (b.IsEqual(c, 0)) {
+        BRepBuilderAPI_MakeEdge side{gp_Pnt(a), gp_Pnt(b)};
+        return side.IsDone() ? side.Shape() : TopoDS_Shape();
+    }
     BRepBuilderAPI_MakePolygon sides(gp_Pnt(a), gp_Pnt(b), gp_Pnt(c), true);
     if (!sides.IsDone())
         return {};
@@ -116,26 +116,63 @@ public:
                 pair.least = std::max(pair.least, leastByMeshes(*pair.first, *pair.second));
             return pair.least > m_bound;
         });
-        std::sort(m_pairs.begin(), m_pairs.end(),
-                  [](const Pair& a, const Pair& b) { return a.least < b.least; });
-        for (const Pair& pair : m_pairs) {
-            if (pair.least > m_bound)
-                break;
-            const TopoDS_Shape first = shapeOf(*pair.first), second = shapeOf(*pair.second);
-            if (first.IsNull() || second.IsNull())
-                continue;
-            if (const auto found = measured(first, second))
-                take(*found);
-        }
+        // Wide faces last: what was found by then leaves little of them to look at.
+        for (Pair& pair : m_pairs)
+            pair.wide = wide(*pair.first) || wide(*pair.second);
+        std::sort(m_pairs.begin(), m_pairs.end(), [](const Pair& a, const Pair& b) {
+            return std::pair(a.wide, a.least) < std::pair(b.wide, b.least);
+        });
+        for (const Pair& pair : m_pairs)
+            if (pair.least <= m_bound && !(m_best && m_best->value == 0))
+                measure(*pair.first, *pair.second);
         return m_best;
     }
 
 private:
+    /// Null for a face that isn't wide.
+    const WideFace* wide(const Piece& piece)
+    {
+        const auto known = m_wide.find(&piece);
+        if (known != m_wide.end())
+            return known->second.get();
+        return m_wide.emplace(&piece, WideFace::is(piece) ? std::make_unique<WideFace>(piece) : nullptr)
+            .first->second.get();
+    }
+
+    void measure(const Piece& firstPiece, const Piece& secondPiece)
+    {
+        const TopoDS_Shape first = shapeOf(firstPiece), second = shapeOf(secondPiece);
+        if (first.IsNull() || second.IsNull())
+            return;
+        // Nothing nearer than what is there: as with all leads in their holes.
+        constexpr double kSame = 1e-9;
+        if (m_best && leastBySurfaces(first, second) >= m_best->value - kSame)
+            return;
+        const WideFace *one = wide(firstPiece), *other = wide(secondPiece);
+        const auto takeAsIs = [this](const ShortestDistance& found) { take(found); };
+        const auto takeTurned = [this](const ShortestDistance& found) {
+            take({found.value, found.second, found.first});
+        };
+        bool isKnown = false;
+        if (one && other) {
+            one->search(*other, m_bound, takeAsIs);
+            isKnown = true;
+        } else if (one) {
+            isKnown = one->search({second, {}, secondPiece.box, {}}, m_bound, takeAsIs);
+        } else if (other) {
+            isKnown = other->search({first, {}, firstPiece.box, {}}, m_bound, takeTurned);
+        }
+        if (!isKnown)
+            if (const auto found = kernelDistance(first, second))
+                take(*found);
+    }
+
     /// Two pieces, and how near they are at least.
     struct Pair
     {
         double least;
         const Piece *first, *second;
+        bool wide = false;
     };
 
     void take(const ShortestDistance& found)
@@ -198,6 +235,7 @@ private:
 
     std::vector<Pair> m_pairs; ///< That the kernel measures in the end.
     std::map<const Piece*, Mesh> m_meshes;
+    std::map<const Piece*, std::unique_ptr<WideFace>> m_wide;
     std::optional<ShortestDistance> m_best;
     double m_bound = std::numeric_limits<double>::max();
     size_t m_compared = 0;
@@ -213,8 +251,8 @@ bool mayTakeLong(const TopoDS_Shape& first, const TopoDS_Shape& second)
 
 std::optional<ShortestDistance> shortestDistance(const TopoDS_Shape& first, const TopoDS_Shape& second)
 {
-    if (!mayTakeLong(first, second))
-        return measured(first, second);
+    if (!mayTakeLong(first, second) && !isPolyline(first) && !isPolyline(second))
+        return kernelDistance(first, second);
     for (const bool isSecond : {false, true})
         if (const auto point = isSecond ? pointWithin(second, first) : pointWithin(first, second))
             return ShortestDistance{0, *point, *point};

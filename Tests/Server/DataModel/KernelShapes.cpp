@@ -6,6 +6,7 @@
 #include <BRepBuilderAPI_MakePolygon.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
 #include <BRepBuilderAPI_NurbsConvert.hxx>
+#include <BRepExtrema_DistShapeShape.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
@@ -20,6 +21,7 @@
 #include <Geom_TrimmedCurve.hxx>
 #include <Poly_Triangulation.hxx>
 #include <TopExp_Explorer.hxx>
+#include <TopTools_ListOfShape.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Shell.hxx>
@@ -183,6 +185,32 @@ void writeDegenerate(const std::string& path)
     builder.MakeEdge(edge, new Geom_Line(gp::Origin(), gp::DX()), 1e-7);
     builder.Range(edge, 0, 1e-8);
     write(together({BRepBuilderAPI_MakeFace(gp_Pln(gp::XOY()), 0, 10, 0, 10).Face(), edge}), path);
+}
+
+std::vector<double> distancesFromPlate(const std::vector<Hole>& holes, const std::vector<Placed>& others)
+{
+    TopTools_ListOfShape plate, drills;
+    plate.Append(BRepPrimAPI_MakeBox(100, 100, 4).Shape());
+    for (const Hole& hole : holes)
+        drills.Append(
+            BRepPrimAPI_MakeCylinder(gp_Ax2({hole.x, hole.y, -3}, gp::DZ()), hole.radius, 10).Shape());
+    BRepAlgoAPI_Cut cut;
+    cut.SetArguments(plate);
+    cut.SetTools(drills);
+    cut.Build();
+    std::vector<double> distances;
+    for (const auto& [kind, sizes, place] : others) {
+        const TopoDS_Shape shape =
+            kind == Placed::Kind::Box        ? BRepPrimAPI_MakeBox(sizes[0], sizes[1], sizes[2]).Shape()
+            : kind == Placed::Kind::Cylinder ? BRepPrimAPI_MakeCylinder(sizes[0], sizes[1]).Shape()
+                                             : BRepPrimAPI_MakeSphere(sizes[0]).Shape();
+        gp_Trsf motion;
+        const auto& e = place.entry;
+        motion.SetValues(e[0][0], e[0][1], e[0][2], e[0][3], e[1][0], e[1][1], e[1][2], e[1][3], e[2][0],
+                         e[2][1], e[2][2], e[2][3]);
+        distances.push_back(BRepExtrema_DistShapeShape(cut.Shape(), shape.Moved(motion)).Value());
+    }
+    return distances;
 }
 
 } // namespace KernelShapes

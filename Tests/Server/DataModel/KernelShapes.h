@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Server/Geometry/GkMatrix3d.h"
+
 #include <string>
+#include <vector>
 
 /// Shapes that the program itself doesn't make, written as BREP files by the kernel alone.
 namespace KernelShapes {
@@ -32,5 +35,21 @@ void writeSeveralSolids(const std::string& path);
 void writeMixed(const std::string& path);
 /// A square of 10 mm beside an edge of 1e-8 mm.
 void writeDegenerate(const std::string& path);
+
+/// A round hole through a plate of 100 by 100 by 4 mm, that has a corner at the origin.
+struct Hole
+{
+    double x, y, radius;
+};
+/// A box of these sizes, or a cylinder or a sphere of these radius and height, at a place.
+struct Placed
+{
+    enum class Kind { Box, Cylinder, Sphere };
+    Kind kind;
+    double sizes[3];
+    GkMatrix3d place;
+};
+/// The shortest distance of a plate with holes and other things, by the kernel's search over all of both.
+std::vector<double> distancesFromPlate(const std::vector<Hole>& holes, const std::vector<Placed>& others);
 
 } // namespace KernelShapes
