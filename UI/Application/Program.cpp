@@ -177,10 +177,7 @@ int runWorkspace(const CommandLine& line)
     if (line.autorun)
         runAutorunScripts();
     if (!line.headless && !Vu::Application::testing())
-        application->idleTasks()->post([] {
-            std::ignore =
-                Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"AutoSave.NotifyAutoSavedFiles");
-        });
+        Vu::AutoSaving::lookForFiles();
     runSteps(line, runner);
     int code = kExitOk;
     if (!line.headless && !application->exiting())

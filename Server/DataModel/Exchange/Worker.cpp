@@ -4,7 +4,6 @@
 #include <cctype>
 #include <csignal>
 #include <cstring>
-#include <dlfcn.h>
 #include <filesystem>
 #include <mutex>
 #include <poll.h>
@@ -100,13 +99,6 @@ WorkerLimits WorkerLimits::forFile(uint64_t bytes)
     return limits;
 }
 
-std::string Worker::programPath() const
-{
-    Dl_info here;
-    dladdr(reinterpret_cast<void*>(&signalText), &here);
-    return (std::filesystem::path(here.dli_fname).parent_path().parent_path() / "bin" / m_program).string();
-}
-
 std::string Worker::role() const
 {
     return !m_arguments.empty() && m_arguments.front() == "export" ? "writer" : "reader";
@@ -126,7 +118,7 @@ void Worker::start(uint64_t memory)
     std::vector<std::string> arguments = m_arguments;
     arguments.push_back("--memory=" + std::to_string(m_memory));
     arguments.push_back("--written=" + std::to_string(m_limits.written));
-    const std::string path = programPath();
+    const std::string path = WorkerProcess::pathOf(m_program);
     if (const int error = m_process.start(path, std::move(arguments)); error != 0) {
         m_end = End::Failed;
         m_fault = "the worker " + path + " can't be started: " + std::strerror(error);

@@ -85,7 +85,6 @@ private:
     void start(uint64_t memory);
     void startAgain(uint64_t memory);
     std::string role() const;
-    std::string programPath() const;
     void readMessages();
     void take(const WorkerMessage& message);
     void takeProgress(const WorkerMessage& message);

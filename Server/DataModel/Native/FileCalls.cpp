@@ -84,7 +84,7 @@ int FileCalls::rename(const char* from, const char* to)
 
 int FileCalls::remove(const char* path)
 {
-    return ::unlink(path);
+    return ::remove(path);
 }
 
 FileCalls& FileCalls::current()

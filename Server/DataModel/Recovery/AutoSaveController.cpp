@@ -30,6 +30,7 @@ public:
     AutoSaver saver{store};
     std::set<std::string> copied; ///< Files that were copied and verified.
     bool keepsDiscarded = true;
+    bool looks = false; ///< In the background.
 };
 
 namespace {
@@ -73,6 +74,19 @@ Document* openedFrom(const std::wstring& path)
             return document;
     }
     return nullptr;
+}
+
+// A source that holds what it held is no other for having been copied back or touched.
+void tellSource(Document& document, const Recovery::RecoveryRecord& record)
+{
+    const auto now = Recovery::SourceState::of(Strings::toBytes(record.source));
+    const bool same = now.identity.inode != 0 && now.holdsTheSameAs(record.sourceState);
+    DocumentSave::recoveredOf(document, record.source, same ? now.identity : record.sourceState.identity);
+}
+
+std::wstring nameOf(const std::wstring& recoveryPath)
+{
+    return PathInfo::Path(recoveryPath).stem().wstring();
 }
 
 void tellGone(const std::wstring& file)
@@ -122,6 +136,18 @@ void AutoSaveController::getAllRecoverFiles(std::vector<AutoSavedFileInfo>& file
     });
 }
 
+void AutoSaveController::lookForFiles()
+{
+    assertMainThread();
+    m_data->looks = true;
+    m_data->saver.wakeUp();
+}
+
+bool AutoSaveController::hasLooked() const
+{
+    return m_data->store.hasLooked();
+}
+
 bool AutoSaveController::deleteARecoveryFile(const std::wstring& recoveryPath, Reason reason)
 {
     assertMainThread();
@@ -129,10 +155,15 @@ bool AutoSaveController::deleteARecoveryFile(const std::wstring& recoveryPath, R
     if (!m_data->store.isOffered(file) || m_data->saver.isAdopted(file))
         return false;
     if (reason == Reason::Unwanted) {
-        m_data->store.discard(file);
+        if (!m_data->store.discard(file)) {
+            tellKept(recoveryPath,
+                     DataModel::localizedFormat("RecoveryFileNotDeleted",
+                                                "The recovery file of \"%1%\" can't be deleted.",
+                                                nameOf(recoveryPath)));
+            return false;
+        }
     } else if (Document* document = openedFrom(recoveryPath)) {
-        const Recovery::RecoveryRecord& record = m_data->store.record(file);
-        DocumentSave::recoveredOf(*document, record.source, record.sourceIdentity);
+        tellSource(*document, m_data->store.record(file));
         m_data->saver.adopt(*document, file);
     } else if (m_data->copied.contains(file)) {
         m_data->store.remove(file);
@@ -140,7 +171,7 @@ bool AutoSaveController::deleteARecoveryFile(const std::wstring& recoveryPath, R
         tellKept(recoveryPath,
                  DataModel::localizedFormat("RecoveryFileKept",
                                             "\"%1%\" was not recovered; its recovery file is kept.",
-                                            PathInfo::Path(recoveryPath).stem().wstring()));
+                                            nameOf(recoveryPath)));
         return false;
     }
     m_data->copied.erase(file);
@@ -155,6 +186,8 @@ bool AutoSaveController::saveRecoveryFileAs(const std::wstring& recoveryPath, co
     try {
         if (!m_data->store.isOffered(file))
             throw std::runtime_error("it is not a recovery file");
+        if (isInRecoveryFolder(newPath))
+            throw std::runtime_error("what lies in the folder of recovery files goes by itself");
         Native::SafeFile copy(Strings::toBytes(PathInfo::absolute(newPath).wstring()),
                               Native::FileCalls::current());
         readWhole(file, [&](std::string_view bytes) { copy.append(bytes.data(), bytes.size()); });
@@ -173,9 +206,11 @@ bool AutoSaveController::saveRecoveryFileAs(const std::wstring& recoveryPath, co
 
 bool AutoSaveController::isRecoveryFile(const std::wstring& path)
 {
-    const PathInfo::Path whole(path);
-    if (whole.extension() != Recovery::kSuffix)
-        return false;
+    return PathInfo::Path(path).extension() == Recovery::kSuffix && isInRecoveryFolder(path);
+}
+
+bool AutoSaveController::isInRecoveryFolder(const std::wstring& path)
+{
     try {
         const std::string root = Native::comparablePath(PathInfo::recoveryDirectory().wstring()).string();
         return Native::comparablePath(path).string().starts_with(root + '/');
@@ -198,13 +233,27 @@ void AutoSaveController::start()
 
 void AutoSaveController::wakeUp(std::function<void()> callback)
 {
-    m_data->saver.wakeUp(std::move(callback));
+    m_data->saver.onWakeUp(std::move(callback));
+}
+
+void AutoSaveController::lookOn()
+{
+    try {
+        if (!m_data->looks || m_data->store.look())
+            return;
+    } catch (const std::exception&) {
+        // Where there can be no folder, there are no files.
+    }
+    m_data->looks = false;
+    AutoSaveEvent event({}, {});
+    AutoSaveEventSource::get()->fireAutoSavedRecoveryFilesFound(&event);
 }
 
 bool AutoSaveController::work()
 {
     assertMainThread();
-    return m_data->saver.work();
+    lookOn();
+    return m_data->saver.work() || m_data->looks;
 }
 
 void AutoSaveController::withoutLoop(bool without)

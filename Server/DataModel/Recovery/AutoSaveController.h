@@ -28,6 +28,12 @@ public:
     /// it is the one before.
     void getAllRecoverFiles(std::vector<AutoSavedFileInfo>& files);
 
+    /// Begins to look at them, in the background: `work` goes on with it. The sites hear when everything is
+    /// known (autoSavedRecoveryFilesFound), and getAllRecoverFiles needn't wait any more.
+    void lookForFiles();
+    /// Whether getAllRecoverFiles would answer at once.
+    [[nodiscard]] bool hasLooked() const;
+
     enum class Reason {
         Taken,   ///< An open document has been made of it, or a copy.
         Unwanted ///< The user doesn't want it, and hears no more of it.
@@ -47,6 +53,8 @@ public:
 
     /// Whether that is one, of this run or another: it is no place where somebody works.
     [[nodiscard]] static bool isRecoveryFile(const std::wstring& path);
+    /// Whether a file lies in the folder of recovery files, or would.
+    [[nodiscard]] static bool isInRecoveryFolder(const std::wstring& path);
 
     /// Begins to watch the documents. Before that nothing is written.
     void start();
@@ -74,6 +82,8 @@ public:
 private:
     AutoSaveController();
     ~AutoSaveController();
+    void lookOn();
+
     std::unique_ptr<Data> m_data;
 };
 

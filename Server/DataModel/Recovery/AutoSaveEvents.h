@@ -26,6 +26,8 @@ private:
 class AutoSaveEventSite : public EventSite
 {
 public:
+    /// What earlier runs left has been looked at.
+    virtual void autoSavedRecoveryFilesFound(AutoSaveEvent*) {}
     /// A file isn't offered any more: an open document has it, it was copied, or the user doesn't want it.
     virtual void autoSavedRecoveryFileDeleted(AutoSaveEvent*) {}
     /// A file was to go, but is nowhere else: it stays and is offered again.
@@ -48,6 +50,10 @@ public:
         return source;
     }
 
+    void fireAutoSavedRecoveryFilesFound(AutoSaveEvent* event)
+    {
+        fire(&AutoSaveEventSite::autoSavedRecoveryFilesFound, event);
+    }
     void fireAutoSavedRecoveryFileDeleted(AutoSaveEvent* event)
     {
         fire(&AutoSaveEventSite::autoSavedRecoveryFileDeleted, event);

@@ -1,12 +1,13 @@
 #include "UI/Base/Session/AutoSaving.h"
 
 #include "Server/Base/Task.h"
-#include "Server/Base/Warning.h"
+#include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "Server/DataModel/Recovery/AutoSaveEvents.h"
 #include "UI/Base/Program/Application.h"
 
 #include <memory>
+#include <tuple>
 
 namespace Vu {
 namespace {
@@ -29,6 +30,12 @@ public:
     AutoSaveMessages() { Vs::AutoSaveEventSource::get()->subscribe(this); }
 
 private:
+    void autoSavedRecoveryFilesFound(Vs::AutoSaveEvent*) override
+    {
+        if (!Application::headless() && !Application::testing())
+            std::ignore =
+                Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"AutoSave.NotifyAutoSavedFiles");
+    }
     void autoSavedRecoveryFileKept(Vs::AutoSaveEvent* event) override { tell(event); }
     void autoSavedRecoveryFileDamaged(Vs::AutoSaveEvent* event) override { tell(event); }
     void autoSavedDocumentLeft(Vs::AutoSaveEvent* event) override
@@ -65,6 +72,11 @@ void AutoSaving::begin()
     controller->keepDiscarded(!Application::headless() && !Application::testing());
     controller->wakeUp(&wakeUp);
     controller->start();
+}
+
+void AutoSaving::lookForFiles()
+{
+    Application::get()->idleTasks()->post([] { Vs::AutoSaveController::get()->lookForFiles(); });
 }
 
 void AutoSaving::end()

@@ -9,6 +9,8 @@ class AutoSaving
 public:
     /// For a run in which documents are worked on; once.
     static void begin();
+    /// Has what earlier runs left looked for in idle moments, and the user told of it. Only in a window.
+    static void lookForFiles();
     /// Before the documents go. What was recovered and neither saved nor declined stays for the next run.
     static void end();
 };

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <ctime>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -123,6 +124,13 @@ WorkerProcess::~WorkerProcess()
 {
     if (running())
         collect(0ms);
+}
+
+std::string WorkerProcess::pathOf(const std::string& program)
+{
+    Dl_info here;
+    dladdr(reinterpret_cast<void*>(&stateIn), &here);
+    return (std::filesystem::path(here.dli_fname).parent_path().parent_path() / "bin" / program).string();
 }
 
 int WorkerProcess::start(const std::string& path, std::vector<std::string> arguments)

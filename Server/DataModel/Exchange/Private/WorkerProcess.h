@@ -17,6 +17,9 @@ public:
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;
 
+    /// The path of a program that stands beside this one's libraries.
+    [[nodiscard]] static std::string pathOf(const std::string& program);
+
     /// Runs the program at that path, with the other end of the pipe as its descriptor kWorkerPipe and its
     /// standard streams closed to it. Returns 0 or the error of the system.
     [[nodiscard]] int start(const std::string& path, std::vector<std::string> arguments);

@@ -106,8 +106,7 @@ void AutoSaver::changed(Document* document)
     ++watched.changes;
     watched.lastChange = now;
     watched.declined = false;
-    if (m_wakeUp)
-        m_wakeUp();
+    wakeUp();
 }
 
 void AutoSaver::stepped(Document* document)
@@ -182,7 +181,7 @@ void AutoSaver::drop(Watched& watched, bool unwanted)
     watched.recovered = false;
     letGoOfAdopted(watched, unwanted);
     if (!watched.file.empty())
-        unwanted ? m_store.discard(watched.file) : m_store.remove(watched.file);
+        letGo(watched.file, unwanted);
     watched.file.clear();
 }
 
@@ -194,9 +193,18 @@ void AutoSaver::letGoOfAdopted(Watched& watched, bool unwanted)
         if (!watched.file.empty() && RecoveryStore::folderOf(file) == RecoveryStore::folderOf(watched.file))
             m_store.withdraw(file);
         else
-            unwanted ? m_store.discard(file) : m_store.remove(file);
+            letGo(file, unwanted);
     }
     watched.adopted.clear();
+}
+
+void AutoSaver::letGo(const std::string& file, bool unwanted)
+{
+    // One that can't be put away is offered by the next run.
+    if (unwanted)
+        static_cast<void>(m_store.discard(file));
+    else
+        m_store.remove(file);
 }
 
 void AutoSaver::declined(Document* document)

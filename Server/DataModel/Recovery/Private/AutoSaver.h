@@ -24,7 +24,13 @@ public:
     ~AutoSaver() override;
 
     void start();
-    void wakeUp(std::function<void()> callback) { m_wakeUp = std::move(callback); }
+    void onWakeUp(std::function<void()> callback) { m_wakeUp = std::move(callback); }
+    /// There begins to be something to do.
+    void wakeUp() const
+    {
+        if (m_wakeUp)
+            m_wakeUp();
+    }
     void withoutLoop(bool without) { m_withoutLoop = without; }
     bool work();
     bool writeAll();
@@ -67,6 +73,7 @@ private:
     void ended(const std::string& cause);
     void failed(Watched& watched, const Document& document, const std::string& cause);
     void drop(Watched& watched, bool unwanted);
+    void letGo(const std::string& file, bool unwanted);
     void letGoOfAdopted(Watched& watched, bool unwanted);
     void leave(Document& document, Watched& watched);
 

@@ -1,8 +1,14 @@
 #include "Server/DataModel/Recovery/Private/RecoveryCheck.h"
 
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/DocumentType.h"
 #include "Server/DataModel/Native/DocumentContent.h"
 #include "Server/DataModel/Native/NativeLoad.h"
 #include "Server/DataModel/Native/Package.h"
+#include "Server/DataModel/Recovery/Private/DocumentDigests.h"
 
 #include <boost/filesystem/operations.hpp>
 
@@ -51,6 +57,21 @@ bool isOfNewerVersion(const std::string& path)
     }
 }
 
+// The add-ins that bring the types aren't in such a process, and nothing of them is needed to read a model.
+// The types are there until the process ends.
+void registerTypesIn(const std::string& path)
+{
+    const Native::NativeLoad load = Native::NativeLoad::read(path);
+    const std::string& document = load.manifest.documentType;
+    if (!DocumentMgr::get()->documentType(document))
+        DocumentMgr::get()->registerDocumentType(new DocumentType(document, L"Document", L".backup"));
+    for (const Native::Manifest::Asset& asset : load.manifest.assets)
+        if (!AssetTypeMgr::get()->assetType(asset.type))
+            AssetTypeMgr::get()->registerType(new AssetType(asset.type, L"Asset", document));
+}
+
+constexpr std::string_view kLetters = "SQDN"; // by Answer
+
 } // namespace
 
 RecoveryCheck RecoveryCheck::of(const std::string& path)
@@ -62,6 +83,40 @@ RecoveryCheck RecoveryCheck::of(const std::string& path)
     } catch (const std::runtime_error&) {
         return {isOfNewerVersion(path) ? Answer::Strange : Answer::Damaged, {}};
     }
+}
+
+RecoveryCheck RecoveryCheck::byOpening(const std::string& path)
+{
+    RecoveryCheck check = of(path);
+    if (check.answer != Answer::Sound)
+        return check;
+    Status status;
+    registerTypesIn(path);
+    Document* document = DocumentMgr::get()->open(Strings::fromBytes(path), status);
+    if (!document)
+        return {Answer::Damaged, {}};
+    if (!check.record.digests.empty() && check.record.digests != digestsOf(*document))
+        check.answer = Answer::Doubtful;
+    DocumentMgr::get()->close(document);
+    return check;
+}
+
+std::string RecoveryCheck::write() const
+{
+    return kLetters[static_cast<size_t>(answer)] + (canBeOpened() ? record.write() : std::string());
+}
+
+RecoveryCheck RecoveryCheck::read(std::string_view text)
+{
+    const size_t answer = text.empty() ? text.npos : kLetters.find(text.front());
+    RecoveryCheck check{answer == text.npos ? Answer::Damaged : static_cast<Answer>(answer), {}};
+    try {
+        if (check.canBeOpened())
+            check.record = RecoveryRecord::read(text.substr(1));
+    } catch (const std::runtime_error&) {
+        check.answer = Answer::Damaged;
+    }
+    return check;
 }
 
 } // namespace Vs::Recovery

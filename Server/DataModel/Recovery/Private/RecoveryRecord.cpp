@@ -4,6 +4,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Native/Manifest.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -65,9 +66,12 @@ RecoveryRecord RecoveryRecord::read(std::string_view json)
     record.attachmentUrl = object["attachmentUrl"].toString().toStdWString();
     const QJsonObject source = object["source"].toObject();
     record.source = unescaped(source["path"].toString());
-    record.sourceIdentity = {
+    record.sourceState.identity = {
         source["device"].toString().toULongLong(), source["inode"].toString().toULongLong(),
         source["size"].toString().toULongLong(), source["modified"].toString().toLongLong()};
+    record.sourceState.digest = source["digest"].toString().toStdString();
+    for (const QJsonValue& digest : object["digests"].toArray())
+        record.digests.push_back(digest.toString().toStdString());
     if (record.fileName.empty() || record.documentType.empty() || !isTime(record.savedTime))
         throw std::runtime_error("its record is damaged");
     return record;
@@ -84,10 +88,15 @@ std::string RecoveryRecord::write() const
         object["attachmentUrl"] = text(attachmentUrl);
     if (!source.empty())
         object["source"] = QJsonObject{{"path", escaped(source)},
-                                       {"device", digits(sourceIdentity.device)},
-                                       {"inode", digits(sourceIdentity.inode)},
-                                       {"size", digits(sourceIdentity.size)},
-                                       {"modified", QString::number(sourceIdentity.modified)}};
+                                       {"device", digits(sourceState.identity.device)},
+                                       {"inode", digits(sourceState.identity.inode)},
+                                       {"size", digits(sourceState.identity.size)},
+                                       {"modified", QString::number(sourceState.identity.modified)},
+                                       {"digest", QString::fromStdString(sourceState.digest)}};
+    QJsonArray all;
+    for (const std::string& digest : digests)
+        all.append(QString::fromStdString(digest));
+    object["digests"] = all;
     return QJsonDocument(object).toJson().toStdString();
 }
 

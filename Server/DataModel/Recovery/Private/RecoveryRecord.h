@@ -1,20 +1,22 @@
 #pragma once
 
-#include "Server/DataModel/Model/FileMapping.h"
+#include "Server/DataModel/Recovery/Private/SourceState.h"
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Vs::Recovery {
 
 /// What a recovery file says of itself beside the document.
 struct RecoveryRecord
 {
-    std::wstring fileName; ///< The document's display name.
-    std::wstring source;   ///< Its native file; empty if it was never saved.
-    FileIdentity sourceIdentity;
-    std::wstring savedTime;   ///< As `timeNow` gives it.
-    std::string documentType; ///< DocumentType::identifier.
+    std::wstring fileName;            ///< The document's display name.
+    std::wstring source;              ///< Its native file; empty if it was never saved.
+    SourceState sourceState;          ///< As it was when the document was opened from it, or saved to it.
+    std::vector<std::string> digests; ///< Of the document's models (digestsOf); empty if they aren't known.
+    std::wstring savedTime;           ///< As `timeNow` gives it.
+    std::string documentType;         ///< DocumentType::identifier.
     std::wstring attachmentUrl;
 
     /// Throws std::runtime_error with the cause.

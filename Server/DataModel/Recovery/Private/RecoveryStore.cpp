@@ -3,13 +3,15 @@
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
-#include "Server/DataModel/Native/FileCalls.h"
+#include "Server/DataModel/Recovery/Private/FolderCalls.h"
 #include "Server/Types/Uuid.h"
 
 #include <algorithm>
 #include <ctime>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
+#include <thread>
 
 namespace Vs::Recovery {
 
@@ -22,6 +24,7 @@ constexpr const char* kDiscarded = "discarded";
 constexpr const char* kDamaged = "damaged";
 constexpr std::time_t kDiscardedFor = 24 * 60 * 60; // seconds
 constexpr uintmax_t kMostDiscarded = uintmax_t(1) << 30;
+constexpr auto kChildTakes = std::chrono::seconds(3); // to finish, once its parent has died
 
 std::vector<std::string> foldersIn(const std::string& folder)
 {
@@ -54,9 +57,12 @@ std::string putAside(const std::string& file, const char* where)
         fs::path(PathInfo::recoveryDirectory().string()) / where /
         (std::to_string(std::time(nullptr)) + '-' + Strings::narrow(fromUuid(makeUuid())).substr(0, 8));
     OwnFiles::makeFolder(folder.string());
+    // What is moved into a folder must not be lost with its name.
+    for (const fs::path& above : {folder.parent_path(), folder.parent_path().parent_path()})
+        FolderCalls::flush(above.string(), Native::FileCalls::current());
     const std::string target = (folder / fs::path(file).filename()).string();
-    if (Native::FileCalls::current().rename(file.c_str(), target.c_str()) != 0)
-        throw std::runtime_error("it can't be moved to " + folder.string());
+    FolderCalls::rename(file, target);
+    FolderCalls::flush(folder.string(), Native::FileCalls::current());
     return target;
 }
 
@@ -103,28 +109,92 @@ std::string RecoveryStore::fileIn(const std::string& folder)
     return found.empty() ? std::string() : *std::min_element(found.begin(), found.end());
 }
 
-// What nobody has any more is this run's from now on, as long as it lives.
-void RecoveryStore::takeOver()
+void RecoveryStore::list()
 {
+    m_listed = true;
+    m_lastListed = Clock::now();
+    m_toClaim.clear();
     for (const std::string& path : foldersIn(PathInfo::recoveryDirectory().string())) {
         const std::string name = fs::path(path).filename().string();
-        if (name == kDiscarded || name == kDamaged || m_taken.contains(path) ||
-            (m_own && m_own->path() == path))
+        if (name == kDiscarded || name == kDamaged || (m_own && m_own->path() == path))
             continue;
-        if (auto folder = SessionFolder::claim(path))
-            m_taken.emplace(path, std::move(folder));
+        m_toClaim.push_back(path);
     }
+}
+
+std::string RecoveryStore::olderIn(const std::string& folder)
+{
+    return fileIn(folder + '/' + kOlder);
+}
+
+// What nobody has any more is this run's from now on, as long as it lives.
+void RecoveryStore::claimNext()
+{
+    const std::string path = m_toClaim.front();
+    m_toClaim.pop_front();
+    if (!m_taken.contains(path)) {
+        SessionFolder::Claim claim = SessionFolder::claim(path);
+        // Its child finishes what it writes.
+        if (claim.unfinished && Clock::now() - m_lastListed < kChildTakes)
+            m_toClaim.push_back(path);
+        if (!claim.folder)
+            return;
+        m_taken.emplace(path, std::move(claim.folder));
+    }
+    for (const std::string& folder : foldersIn(path)) {
+        const std::string last = fileIn(folder);
+        haveChecked(last.empty() ? olderIn(folder) : last);
+    }
+}
+
+void RecoveryStore::haveChecked(const std::string& file)
+{
+    if (file.empty() || known(file) || m_checking.contains(file))
+        return;
+    m_checking[file] = FileIdentity::of(file);
+    m_checker.add({file});
+}
+
+void RecoveryStore::take(const std::string& file, RecoveryCheck check)
+{
+    const Answer answer = check.answer;
+    m_known[file] = {m_checking[file], std::move(check)};
+    m_checking.erase(file);
+    const std::string older = olderIn(folderOf(file));
+    if ((answer == Answer::Damaged || answer == Answer::Doubtful) && older != file)
+        haveChecked(older);
+}
+
+bool RecoveryStore::look()
+{
+    constexpr auto kSlice = std::chrono::milliseconds(2);
+    const auto end = Clock::now() + kSlice;
+    if (!m_listed)
+        list();
+    // One that has to be waited for is looked at once in a turn.
+    for (size_t left = m_toClaim.size(); left > 0 && Clock::now() < end; --left)
+        claimNext();
+    m_checker.work([this](const std::string& file, RecoveryCheck check) { take(file, std::move(check)); });
+    return !hasLooked();
 }
 
 std::vector<AutoSavedFileInfo> RecoveryStore::left(const std::function<void(const std::string&)>& tellDamaged)
 {
     std::vector<AutoSavedFileInfo> files;
-    takeOver();
+    // Runs may have ended since.
+    if (hasLooked())
+        list();
+    while (look())
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     for (const auto& [path, session] : m_taken)
         for (const std::string& folder : foldersIn(path))
-            look(folder, files, tellDamaged);
-    for (const std::string& file : m_offered)
-        look(folderOf(file), files, tellDamaged);
+            collect(folder, files, tellDamaged);
+    for (const std::string& file : m_offered) {
+        if (const std::string older = olderIn(folderOf(file));
+            checkedHere(file).answer != Answer::Sound && !older.empty())
+            checkedHere(older);
+        collect(folderOf(file), files, tellDamaged);
+    }
     std::erase_if(m_taken, [](const auto& session) { return session.second->removeIfEmpty(); });
     std::stable_sort(files.begin(), files.end(), [](const auto& first, const auto& second) {
         return first.fileSavedTime() > second.fileSavedTime();
@@ -132,38 +202,51 @@ std::vector<AutoSavedFileInfo> RecoveryStore::left(const std::function<void(cons
     return files;
 }
 
-const RecoveryCheck& RecoveryStore::checked(const std::string& file)
+const RecoveryCheck* RecoveryStore::known(const std::string& file) const
 {
-    const FileIdentity identity = FileIdentity::of(file);
-    const auto known = m_known.find(file);
-    if (known != m_known.end() && known->second.identity == identity)
-        return known->second.check;
-    return (m_known[file] = {identity, RecoveryCheck::of(file)}).check;
+    const auto found = m_known.find(file);
+    return found != m_known.end() && found->second.identity == FileIdentity::of(file) ? &found->second.check
+                                                                                      : nullptr;
 }
 
-void RecoveryStore::look(const std::string& folder, std::vector<AutoSavedFileInfo>& files,
-                         const std::function<void(const std::string&)>& tellDamaged)
+// A file of this run's own was opened by it, and read back when it was written.
+const RecoveryCheck& RecoveryStore::checkedHere(const std::string& file)
+{
+    if (!known(file))
+        m_known[file] = {FileIdentity::of(file), RecoveryCheck::of(file)};
+    return m_known[file].check;
+}
+
+void RecoveryStore::collect(const std::string& folder, std::vector<AutoSavedFileInfo>& files,
+                            const std::function<void(const std::string&)>& tellDamaged)
 {
     std::vector<std::string> damaged;
+    std::optional<AutoSavedFileInfo> doubtful;
     for (const bool older : {false, true}) {
-        const std::string file = fileIn(older ? folder + '/' + kOlder : folder);
-        if (file.empty())
+        const std::string file = older ? olderIn(folder) : fileIn(folder);
+        const RecoveryCheck* check = file.empty() ? nullptr : known(file);
+        if (!check)
             continue;
-        const RecoveryCheck& check = checked(file);
-        if (check.answer == Answer::Sound) {
-            files.push_back(infoOf(file, check.record, older));
+        if (check->answer == Answer::Sound) {
+            files.push_back(infoOf(file, check->record, older));
             return;
         }
-        if (check.answer == Answer::Strange)
+        if (check->answer == Answer::Doubtful && !doubtful)
+            doubtful = infoOf(file, check->record, older);
+        if (check->answer == Answer::Strange)
             return;
         damaged.push_back(file);
+    }
+    if (doubtful) {
+        files.push_back(*doubtful);
+        return;
     }
     for (const std::string& file : damaged) {
         try {
             const std::string target = putAside(file, kDamaged);
             if (file == damaged.front())
                 tellDamaged(target);
-        } catch (const std::runtime_error&) {
+        } catch (const std::exception&) {
             // It stays where it is, and is told of again.
         }
     }
@@ -180,8 +263,10 @@ bool RecoveryStore::isOffered(const std::string& file) const
 void RecoveryStore::remove(const std::string& file)
 {
     const std::string folder = folderOf(file);
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
+    // The last one goes last: of half a folder, the newest is left.
+    if (const std::string older = olderIn(folder); older != file && !older.empty())
+        FolderCalls::remove(older);
+    FolderCalls::removeAll(folder);
     m_known.erase(file);
     m_offered.erase(file);
     const auto session = m_taken.find(fs::path(folder).parent_path().string());
@@ -189,17 +274,20 @@ void RecoveryStore::remove(const std::string& file)
         m_taken.erase(session);
 }
 
-void RecoveryStore::discard(const std::string& file)
+bool RecoveryStore::discard(const std::string& file)
 {
     if (m_keepsDiscarded) {
+        if (const std::string older = olderIn(folderOf(file)); older != file && !older.empty())
+            FolderCalls::remove(older);
         try {
             putAside(file, kDiscarded);
-        } catch (const std::runtime_error&) {
-            // Nobody wants it: there being no room for it is no reason to keep it where it is offered.
+        } catch (const std::exception&) {
+            return false;
         }
         prune();
     }
     remove(file);
+    return true;
 }
 
 void RecoveryStore::prune()
@@ -214,7 +302,7 @@ void RecoveryStore::prune()
         size += sizeOf(*folder);
         // A clock that was put back makes none of them older than it is.
         if (now - since > kDiscardedFor || size > kMostDiscarded)
-            fs::remove_all(*folder, ignored);
+            FolderCalls::removeAll(*folder);
     }
     fs::remove(root, ignored); // Only if it is empty.
 }
@@ -227,6 +315,10 @@ void RecoveryStore::end()
     m_taken.clear();
     m_offered.clear();
     m_known.clear();
+    m_checking.clear();
+    m_checker = {};
+    m_toClaim.clear();
+    m_listed = false;
 }
 
 } // namespace Vs::Recovery

@@ -3,8 +3,11 @@
 #include "Server/DataModel/Model/FileMapping.h"
 #include "Server/DataModel/Recovery/AutoSavedFileInfo.h"
 #include "Server/DataModel/Recovery/Private/RecoveryCheck.h"
+#include "Server/DataModel/Recovery/Private/RecoveryChecker.h"
 #include "Server/DataModel/Recovery/Private/SessionFolder.h"
 
+#include <chrono>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -28,7 +31,12 @@ public:
     /// Null if nothing was kept so far.
     const SessionFolder* ownIfThere() const { return m_own.get(); }
 
-    /// Those of runs that ended badly, the newest first. `tell` hears where damaged files were put.
+    /// Goes on with looking for what runs that ended badly left, for a few milliseconds at most: takes over
+    /// their folders and has the files checked. False once everything is known.
+    bool look();
+    bool hasLooked() const { return m_listed && m_toClaim.empty() && !m_checker.isBusy(); }
+    /// Those of runs that ended badly, the newest first, once everything is known. `tell` hears where damaged
+    /// files were put.
     [[nodiscard]] std::vector<AutoSavedFileInfo>
     left(const std::function<void(const std::string&)>& tellDamaged);
     /// Has a file of this run's own among those that are left.
@@ -40,11 +48,12 @@ public:
     [[nodiscard]] static std::string folderOf(const std::string& file);
 
     /// Of a file that `left` has given.
-    const RecoveryRecord& record(const std::string& file) { return checked(file).record; }
+    const RecoveryRecord& record(const std::string& file) { return checkedHere(file).record; }
 
-    /// Removes a file with the generation before, or puts it among those that are kept for a day.
+    /// Removes a file with the generation before.
     void remove(const std::string& file);
-    void discard(const std::string& file);
+    /// Puts it among those that are kept for a day. False if it can't be, and stays where it is.
+    bool discard(const std::string& file);
     void keepDiscarded(bool keep) { m_keepsDiscarded = keep; }
 
     /// Gives all folders free, and removes those in which nothing is left.
@@ -52,23 +61,35 @@ public:
 
     /// The last file of a document's folder; empty if there is none.
     [[nodiscard]] static std::string fileIn(const std::string& folder);
+    /// The one before.
+    [[nodiscard]] static std::string olderIn(const std::string& folder);
 
 private:
+    using Clock = std::chrono::steady_clock;
     struct Known
     {
         FileIdentity identity;
         RecoveryCheck check;
     };
-    void takeOver();
-    void look(const std::string& folder, std::vector<AutoSavedFileInfo>& files,
-              const std::function<void(const std::string&)>& tellDamaged);
-    const RecoveryCheck& checked(const std::string& file);
+    void list();
+    void claimNext();
+    void haveChecked(const std::string& file);
+    void take(const std::string& file, RecoveryCheck check);
+    void collect(const std::string& folder, std::vector<AutoSavedFileInfo>& files,
+                 const std::function<void(const std::string&)>& tellDamaged);
+    const RecoveryCheck* known(const std::string& file) const;
+    const RecoveryCheck& checkedHere(const std::string& file);
     void prune();
 
     std::unique_ptr<SessionFolder> m_own;
     std::map<std::string, std::unique_ptr<SessionFolder>> m_taken; ///< By path.
     std::set<std::string> m_offered;                               ///< Of this run's own.
     std::map<std::string, Known> m_known;
+    RecoveryChecker m_checker;
+    std::map<std::string, FileIdentity> m_checking; ///< As they were when they were given to it.
+    std::deque<std::string> m_toClaim;
+    bool m_listed = false;
+    Clock::time_point m_lastListed;
     bool m_keepsDiscarded = true;
 };
 

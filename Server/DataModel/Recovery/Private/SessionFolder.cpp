@@ -3,10 +3,10 @@
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Native/FileCalls.h"
+#include "Server/DataModel/Recovery/Private/FolderCalls.h"
 #include "Server/Types/Uuid.h"
 
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -16,8 +16,8 @@
 #include <sstream>
 #include <stdexcept>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace Vs::Recovery {
 
@@ -79,20 +79,6 @@ std::optional<bool> lock(int descriptor)
     return true;
 }
 
-// The child of a run that was killed finishes what it writes.
-std::optional<bool> lockOnceFinished(int descriptor, const std::string& folder)
-{
-    using namespace std::chrono;
-    constexpr milliseconds kMost{3000}, kStep{20};
-    std::optional<bool> locked = lock(descriptor);
-    for (auto waited = milliseconds(0); locked == false && waited < kMost && !livesAsNoted(folder);
-         waited += kStep) {
-        std::this_thread::sleep_for(kStep);
-        locked = lock(descriptor);
-    }
-    return locked;
-}
-
 // Another one may have taken it over, and removed it, in the same moment.
 bool isStill(int descriptor, const std::string& folder)
 {
@@ -129,23 +115,23 @@ std::unique_ptr<SessionFolder> SessionFolder::create(const std::string& root)
     throw std::runtime_error("no folder can be locked there");
 }
 
-std::unique_ptr<SessionFolder> SessionFolder::claim(const std::string& path)
+SessionFolder::Claim SessionFolder::claim(const std::string& path)
 {
     if (!OwnFiles::isOwnFolder(path))
-        return nullptr;
-    const int descriptor = openLock(path, 0);
-    if (descriptor < 0) {
-        std::error_code ignored;
-        if (errno == ENOENT)
-            fs::remove(path, ignored); // Only what is empty goes.
-        return nullptr;
-    }
-    const std::optional<bool> locked = lockOnceFinished(descriptor, path);
+        return {};
+    int descriptor = openLock(path, 0);
+    // An empty one is what is left of a run that was just beginning or ending. Where there is more, only the
+    // lock was lost, and what was kept is still there.
+    if (descriptor < 0 && errno == ENOENT && !FolderCalls::remove(path))
+        descriptor = openLock(path, O_CREAT);
+    if (descriptor < 0)
+        return {};
+    const std::optional<bool> locked = lock(descriptor);
     if (locked == false || (!locked && livesAsNoted(path)) || !isStill(descriptor, path)) {
         FileCalls::current().close(descriptor);
-        return nullptr;
+        return {nullptr, locked == false && !livesAsNoted(path)};
     }
-    return std::unique_ptr<SessionFolder>(new SessionFolder(path, descriptor));
+    return {std::unique_ptr<SessionFolder>(new SessionFolder(path, descriptor)), false};
 }
 
 SessionFolder::~SessionFolder()
@@ -157,21 +143,22 @@ bool SessionFolder::removeIfEmpty()
 {
     std::error_code error;
     bool left = false;
-    for (const fs::directory_entry& document : fs::directory_iterator(m_path, error)) {
-        if (!document.is_directory(error))
-            continue;
+    std::vector<std::string> documents;
+    for (const fs::directory_entry& document : fs::directory_iterator(m_path, error))
+        if (document.is_directory(error))
+            documents.push_back(document.path().string());
+    for (const std::string& document : documents) {
         // What a run was writing when it died.
-        for (const fs::directory_entry& file : fs::directory_iterator(document.path(), error))
+        for (const fs::directory_entry& file : fs::directory_iterator(document, error))
             if (file.path().extension() == ".part")
-                fs::remove(file.path(), error);
-        fs::remove(document.path() / "older", error);
-        fs::remove(document.path(), error);
-        left = left || fs::exists(document.path(), error);
+                FolderCalls::remove(file.path().string());
+        FolderCalls::remove(document + "/older");
+        left = !FolderCalls::remove(document) || left;
     }
     if (left)
         return false;
-    fs::remove(lockOf(m_path), error);
-    fs::remove(m_path, error);
+    FolderCalls::remove(lockOf(m_path));
+    FolderCalls::remove(m_path);
     return true;
 }
 

@@ -14,8 +14,13 @@ class SessionFolder
 public:
     /// A new one below that folder, for this run.
     [[nodiscard]] static std::unique_ptr<SessionFolder> create(const std::string& root);
-    /// Takes over one that nobody has any more; null if somebody has it, or it is none.
-    [[nodiscard]] static std::unique_ptr<SessionFolder> claim(const std::string& path);
+    struct Claim
+    {
+        std::unique_ptr<SessionFolder> folder; ///< Null if somebody has it, or it is none.
+        bool unfinished = false; ///< It is null because a run that has died left a child that still writes.
+    };
+    /// Takes over one that nobody has any more.
+    [[nodiscard]] static Claim claim(const std::string& path);
     /// Gives it free.
     ~SessionFolder();
     SessionFolder(const SessionFolder&) = delete;

@@ -1,9 +1,13 @@
 #pragma once
 
-#include "Server/DataModel/Native/DocumentContent.h"
 #include "Server/DataModel/Native/FileCalls.h"
+#include "Server/DataModel/Recovery/Private/RecoveryRecord.h"
 
 #include <string>
+
+namespace Vs {
+class Document;
+}
 
 namespace Vs::Recovery {
 
@@ -13,7 +17,8 @@ struct Snapshot
     const Document* document = nullptr;
     std::string folder; ///< Of the document's recovery files, as bytes; it is there.
     std::string name;   ///< With the suffix.
-    Native::DocumentContent::Frame frame;
+    std::string picture;
+    RecoveryRecord record; ///< Without what must be read or computed, which is left to the child.
 
     /// Makes the folder below that of the session. Throws std::exception. Main thread.
     static Snapshot of(const Document& document, const std::string& sessionFolder);
@@ -24,6 +29,7 @@ struct Snapshot
     void write(Native::FileCalls& calls) const;
 
 private:
+    RecoveryRecord wholeRecord() const;
     void setOlderAside(Native::FileCalls& calls) const;
 };
 

@@ -18,8 +18,9 @@
 #include "Server/DataModel/Recovery/AutoSaveEvents.h"
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
 #include "Server/DataModel/Transaction.h"
+#include "Server/DataModel/TransactionMgr.h"
+#include "Tests/Server/DataModel/Recovery/FaultyCalls.h"
 
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -29,76 +30,18 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <random>
 #include <string>
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 using namespace Vs;
 
 namespace {
-
-/// At one call, of this process or of a child that it forked, something happens.
-class Calls : public Native::FileCalls
-{
-public:
-    enum class Kind { None, Kill, Error, Shorter, Garble };
-    Kind kind = Kind::None;
-    int at = 0, code = 0, count = 0;
-
-    int open(const char* path, int flags, mode_t mode) override
-    {
-        return fails() ? -1 : FileCalls::open(path, flags, mode);
-    }
-    ssize_t write(int descriptor, const void* data, size_t size) override
-    {
-        if (fails())
-            return -1;
-        if (kind == Kind::Garble && size > 0) {
-            // A disk that keeps something else than it was told.
-            std::string other(static_cast<const char*>(data), size);
-            other[size / 2] = static_cast<char>(other[size / 2] ^ 1);
-            return FileCalls::write(descriptor, other.data(), size);
-        }
-        return FileCalls::write(descriptor, data, shortened(size));
-    }
-    ssize_t writeAt(int descriptor, const void* data, size_t size, off_t place) override
-    {
-        return fails() ? -1 : FileCalls::writeAt(descriptor, data, shortened(size), place);
-    }
-    ssize_t copy(int from, off_t* place, int to, size_t size) override
-    {
-        return fails() ? -1 : FileCalls::copy(from, place, to, shortened(size));
-    }
-    int lock(int descriptor) override { return fails() ? -1 : FileCalls::lock(descriptor); }
-    int rights(int descriptor, mode_t mode) override
-    {
-        return fails() ? -1 : FileCalls::rights(descriptor, mode);
-    }
-    int flush(int descriptor) override { return fails() ? -1 : FileCalls::flush(descriptor); }
-    int close(int descriptor) override
-    {
-        const int result = FileCalls::close(descriptor);
-        return fails() ? -1 : result;
-    }
-    int rename(const char* from, const char* to) override
-    {
-        return fails() ? -1 : FileCalls::rename(from, to);
-    }
-    int remove(const char* path) override { return fails() ? -1 : FileCalls::remove(path); }
-
-private:
-    bool fails()
-    {
-        const int number = count++;
-        if (kind == Kind::Kill && number == at)
-            kill(getpid(), SIGKILL);
-        errno = kind == Kind::Shorter ? EINTR : code;
-        return (kind == Kind::Error && number == at) || (kind == Kind::Shorter && number % 2 == 1);
-    }
-    size_t shortened(size_t size) const { return kind == Kind::Shorter ? (size + 1) / 2 : size; }
-};
 
 class Listener : public AutoSaveEventSite
 {
@@ -154,8 +97,8 @@ public:
             {"decline", [&] { controller->declined(last()); }},
             {"no-loop", [&] { controller->withoutLoop(true); }},
             {"dirty", [&] { std::cout << (last()->isDirty(false) ? "dirty" : "clean") << std::endl; }},
-            {"name", [&] { last()->displayName(Strings::widen(argument())); }},
-            {"digest", [&] { std::cout << "digest " << digest() << std::endl; }},
+            {"name", [&] { rename(Strings::widen(argument())); }},
+            {"digest", [&] { tellDigest(); }},
             {"list", [&] { list(); }},
             {"recover", [&] { recover(); }},
             {"take", [&] { letGo(AutoSaveController::Reason::Taken); }},
@@ -168,12 +111,23 @@ public:
             {"off", [&] { AutoSaveOptionsGroup::get()->performAutoSave(false); }},
             {"forget", [&] { controller->keepDiscarded(false); }},
             {"nofork", [&] { forbidProcesses(); }},
-            {"kill-at", [&] { arm(Calls::Kind::Kill, std::stoi(argument())); }},
-            {"fail-at", [&] { arm(Calls::Kind::Error, std::stoi(argument())); }},
+            {"kill-at", [&] { calls.arm(FaultyCalls::Kind::Kill, std::stoi(argument())); }},
+            {"fail-at", [&] { calls.arm(FaultyCalls::Kind::Error, std::stoi(argument())); }},
             {"error", [&] { calls.code = std::stoi(argument()); }},
-            {"shorter", [&] { arm(Calls::Kind::Shorter, 0); }},
-            {"garble", [&] { arm(Calls::Kind::Garble, 0); }},
-            {"heal", [&] { arm(Calls::Kind::None, 0); }},
+            {"shorter", [&] { calls.arm(FaultyCalls::Kind::Shorter); }},
+            {"garble", [&] { calls.arm(FaultyCalls::Kind::Garble); }},
+            {"heal", [&] { calls.arm(FaultyCalls::Kind::None); }},
+            {"count", [&] { std::cout << "calls " << calls.count() << std::endl; }},
+            {"volatile",
+             [&] {
+                 const std::string folder = PathInfo::recoveryDirectory().string();
+                 calls.onVolatileDisk(folder, argument());
+             }},
+            {"seed", [&] { calls.seed = static_cast<uint32_t>(std::stoul(argument())); }},
+            {"power-at", [&] { calls.arm(FaultyCalls::Kind::PowerLoss, std::stoi(argument())); }},
+            {"random", [&] { random(argument()); }},
+            {"die-after", [&] { dieAfter(std::stoi(argument())); }},
+            {"slow", [&] { slow = std::chrono::milliseconds(std::stoi(argument())); }},
             {"hold", [&] { hold(argument()); }},
             {"die", [] { kill(getpid(), SIGKILL); }},
             {"end", [&] { controller->end(); }}};
@@ -190,9 +144,16 @@ private:
     {
         DocumentMgr::get()->create(&assetType(), status)->displayName(Strings::widen(name));
     }
+    static void rename(const std::wstring& name)
+    {
+        if (DocumentMgr::get()->documents() > 0)
+            last()->displayName(name);
+    }
     void box()
     {
         ++m_size;
+        if (DocumentMgr::get()->documents() == 0)
+            return; // Nothing could be opened.
         ModelBuilder(last()->activeAsset()).box(m_size, m_size, m_size, {}, status);
     }
     // Tells the state after each, so that a test knows what may be found.
@@ -210,6 +171,11 @@ private:
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         while (controller->work() && std::chrono::steady_clock::now() < end)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    static void tellDigest()
+    {
+        if (DocumentMgr::get()->documents() > 0)
+            std::cout << "digest " << digest() << std::endl;
     }
     static uint64_t digest() { return modelDigest(*last()->activeAsset()); }
     std::vector<AutoSavedFileInfo> files() const
@@ -249,11 +215,33 @@ private:
                               : "not copied")
                       << std::endl;
     }
-    void arm(Calls::Kind kind, int at)
+    // As somebody works, or a script, until somebody else ends it: tells the state after each step.
+    void random(const std::string& seed)
     {
-        calls.kind = kind;
-        calls.at = at;
-        calls.count = 0;
+        std::mt19937 choose(static_cast<unsigned>(std::stoul(seed)));
+        make("Part");
+        while (true) {
+            const auto what = choose() % 10;
+            if (TransactionMgr history(last()->activeAsset()); what == 0 && history.canUndo(nullptr))
+                history.undo(nullptr);
+            else
+                box();
+            std::cout << "digest " << digest() << std::endl;
+            const auto end = std::chrono::steady_clock::now() + slow * (choose() % 8);
+            bool pending = true;
+            do {
+                if (!controller->work() && std::exchange(pending, false))
+                    std::cout << "safe" << std::endl;
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            } while (std::chrono::steady_clock::now() < end);
+        }
+    }
+    // By a clock that a forked child doesn't have.
+    static void dieAfter(int milliseconds)
+    {
+        std::signal(SIGALRM, [](int) { kill(getpid(), SIGKILL); });
+        const itimerval time{{}, {milliseconds / 1000, milliseconds % 1000 * 1000}};
+        setitimer(ITIMER_REAL, &time, nullptr);
     }
     // The superuser may always have one more.
     static void forbidProcesses()
@@ -270,12 +258,13 @@ private:
     }
 
     AutoSaveController* const controller = AutoSaveController::get();
-    Calls calls;
+    FaultyCalls calls;
     Listener listener;
     Status status;
     std::unique_ptr<Transaction> transaction;
     std::unique_ptr<AutoSaveDisabler> disabler;
     int m_size = 0;
+    std::chrono::milliseconds slow{0}; ///< What a step of a random session waits for, eight times at most.
 
 public:
     Run() { Native::FileCalls::replace(&calls); }

@@ -1,37 +1,17 @@
-// What is on the disk after a run was killed, at whatever call, or after its disk has failed.
+// What a run writes for its recovery, and when.
 
 #include "Tests/Server/DataModel/Recovery/RecoveryFixture.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Users.h"
 
-#include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <filesystem>
 
 namespace fs = std::filesystem;
-using testing::AssertionFailure;
-using testing::AssertionResult;
-using testing::AssertionSuccess;
 
 class SnapshotTest : public RecoveryTest
 {
 protected:
-    static constexpr int kMostCalls = 200;
-
-    /// Whether a new run gets one of the states that the killed one told last, or nothing if it told none.
-    AssertionResult oneOfTheLastTwo(const std::string& told) const
-    {
-        const std::vector<std::string> before = linesOf(told, "digest");
-        const std::vector<std::string> recovered = finished({"recover"});
-        const std::string found = recovered.empty() ? "" : recovered.back();
-        if (before.size() < 2 && recovered.empty())
-            return AssertionSuccess();
-        for (size_t back = 1; back <= std::min<size_t>(2, before.size()); ++back)
-            if (found == before[before.size() - back])
-                return AssertionSuccess();
-        return AssertionFailure() << "the killed run told\n" << told << "the new one found " << found;
-    }
     void forgetAll() const { fs::remove_all(recoveryFolder()); }
 };
 
@@ -71,45 +51,6 @@ TEST_F(SnapshotTest, NothingIsWrittenWithinATransactionOrWhileItIsDisabled)
     const auto killed = run({"new", "Part", "disable", "box", "enable", "work", "die"});
     EXPECT_EQ(killed.signal, SIGKILL);
     EXPECT_EQ(offered().size(), 1u);
-}
-
-TEST_F(SnapshotTest, ARunThatIsKilledAtAnyCallLosesOneStepAtMost)
-{
-    int call = 0;
-    for (bool killed = true; killed && call < kMostCalls; ++call) {
-        const auto result =
-            run({"new", "Part", "boxes", "1", "kill-at", std::to_string(call), "boxes", "2", "heal"});
-        // The child alone dies of most calls, and then its parent goes on.
-        const auto after = linesOf(result.output, "event: failed");
-        killed = result.signal == SIGKILL || !after.empty();
-        ASSERT_TRUE(oneOfTheLastTwo(result.output)) << "killed at call " << call;
-        forgetAll();
-    }
-    EXPECT_GT(call, 10);
-    EXPECT_LT(call, kMostCalls);
-}
-
-TEST_F(SnapshotTest, ACallThatFailsKeepsTheLastFileAndIsToldOnce)
-{
-    for (const int code : {ENOSPC, EINTR}) {
-        // Some calls may fail without harm; behind the last there are no more.
-        constexpr int kHarmless = 8;
-        int last = 0;
-        for (int call = 0; call <= last + kHarmless; ++call) {
-            const auto result = run({"new", "Part", "boxes", "1", "error", std::to_string(code), "fail-at",
-                                     std::to_string(call), "boxes", "2", "die"});
-            const size_t told = linesOf(result.output, "event: failed").size();
-            if (told > 0)
-                last = call;
-            EXPECT_LE(told, 1u);
-            ASSERT_TRUE(oneOfTheLastTwo(result.output)) << "error " << code << " at call " << call;
-            forgetAll();
-        }
-        EXPECT_EQ(last > 0, code == ENOSPC) << "error " << code << " was told of call " << last;
-    }
-    const auto result = run({"new", "Part", "boxes", "1", "shorter", "boxes", "1", "die"});
-    EXPECT_TRUE(linesOf(result.output, "event: failed").empty()) << result.output;
-    EXPECT_EQ(finished({"recover"}).back(), lastOf(result.output, "digest"));
 }
 
 TEST_F(SnapshotTest, ADiskThatKeepsSomethingElseIsNoticedAndTheLastFileStays)

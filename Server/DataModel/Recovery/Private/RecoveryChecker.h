@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Server/DataModel/Exchange/Private/WorkerProcess.h"
+#include "Server/DataModel/Exchange/WorkerProtocol.h"
+#include "Server/DataModel/Recovery/Private/RecoveryCheck.h"
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs::Recovery {
+
+/// Has recovery files read in processes of their own: neither the time that it takes nor a file that the
+/// program breaks down over reaches this one. A file over which a process dies counts as damaged; one that it
+/// doesn't finish with is left alone. Main thread.
+class RecoveryChecker
+{
+public:
+    using Take = std::function<void(const std::string& file, RecoveryCheck check)>;
+
+    /// Adds files to those that are still to be checked.
+    void add(const std::vector<std::string>& files);
+    bool isBusy() const { return !m_files.empty(); }
+    /// Begins what is to be begun and hands over what is there. Never waits, unless no process can be made:
+    /// it then reads one file by itself.
+    void work(const Take& take);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool start();
+    bool readAnswers(const Take& take);
+    void answer(RecoveryCheck check, const Take& take);
+
+    std::deque<std::string> m_files; ///< Still to be answered, the one that is being read first.
+    std::unique_ptr<Exchange::WorkerProcess> m_process;
+    Exchange::WorkerMessageReader m_reader;
+    size_t m_given = 0; ///< How many files the process still has.
+    Clock::time_point m_lastAnswer;
+};
+
+} // namespace Vs::Recovery

@@ -1,0 +1,64 @@
+// The worker that reads recovery files before they are offered. It opens each as the program would and tells
+// over a pipe what it found; it may crash over a file, or be killed, at any time.
+//
+//     quillet-check-recovery FOLDER FILE...
+
+#include "Server/DataModel/Exchange/WorkerProtocol.h"
+#include "Server/DataModel/Recovery/Private/RecoveryCheck.h"
+#include "Server/Translate/Wall.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+using Vs::Recovery::RecoveryCheck;
+
+constexpr uint64_t kMostUnpacked = uint64_t(4) << 30; // bytes, of a model that somebody has packed anew
+constexpr int kNice = 5;
+
+RecoveryCheck checkOf(const std::string& file)
+{
+    try {
+        return RecoveryCheck::byOpening(file);
+    } catch (const std::exception&) {
+        return {RecoveryCheck::Answer::Damaged, {}};
+    }
+}
+
+/// False if nobody listens any more.
+bool tell(const std::string& text)
+{
+    const std::string frame = Vs::Exchange::encode({Vs::Exchange::WorkerMessage::Kind::Progress, 0, text});
+    for (size_t done = 0; done < frame.size();) {
+        const ssize_t written = write(Vs::Exchange::kWorkerPipe, frame.data() + done, frame.size() - done);
+        if (written < 0 && errno != EINTR)
+            return false;
+        done += written > 0 ? static_cast<size_t>(written) : 0;
+    }
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc < 3) {
+        std::fprintf(stderr, "A worker is started by quillet; it is of no use by itself.\n");
+        return 2;
+    }
+    Vs::Translate::endWithParent(Vs::Exchange::kWorkerPipe);
+    Vs::Translate::limitFiles(kMostUnpacked);
+    // It runs beside a start.
+    static_cast<void>(nice(kNice));
+    Vs::Translate::raiseWall({{argv[1]}, {}});
+    for (int i = 2; i < argc; ++i)
+        if (!tell(checkOf(argv[i]).write()))
+            break;
+    std::_Exit(0);
+}
