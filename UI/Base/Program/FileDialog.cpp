@@ -3,6 +3,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
@@ -27,6 +28,12 @@ FileDialog::Responder& installedResponder()
 {
     static FileDialog::Responder responder;
     return responder;
+}
+
+/// Whether a file lies where nobody works, so that no dialog begins there.
+bool isPrivate(const boost::filesystem::path& file)
+{
+    return Vs::AutoSaveController::isInRecoveryFolder(file.wstring());
 }
 
 bool askUser(const FileDialog::Request& request, std::vector<std::wstring>& names)
@@ -59,7 +66,7 @@ bool ask(const FileDialog::Request& request, std::vector<std::wstring>& names,
     } else {
         answered = askUser(request, names);
     }
-    if (answered)
+    if (answered && !isPrivate(names.front()))
         UIBaseOptionGroup::get()->setValue(
             folderOption, Vs::PathInfo::absolute(names.front()).lexically_normal().parent_path().wstring());
     return answered;
@@ -123,6 +130,17 @@ bool FileDialog::getFilenameForOpen(const std::wstring& filter, std::wstring& na
 bool FileDialog::getFilenameForSave(const std::wstring& filter, std::wstring& name)
 {
     return askForOne({filter, localized("FileDialogSaveAs", "Save As"), {}, false, false, true}, name);
+}
+
+bool FileDialog::getFilenameForSaveAs(const std::wstring& filter, const std::wstring& caption,
+                                      std::wstring& name, const std::wstring& initialPath)
+{
+    boost::filesystem::path proposal(name);
+    if (!initialPath.empty())
+        proposal = boost::filesystem::path(initialPath) / proposal.filename();
+    else if (isPrivate(proposal))
+        proposal = proposal.filename();
+    return askForOne({filter, caption, proposal.wstring(), false, false}, name);
 }
 
 bool FileDialog::getTranscriptableFilename(const std::wstring& filter, std::wstring& name,

@@ -30,6 +30,10 @@ public:
                                                  const std::wstring& initialPath);
     /// The name as it was typed, whichever filter was chosen.
     [[nodiscard]] static bool getFilenameForSave(const std::wstring& filter, std::wstring& name);
+    /// A name without a suffix gets that of the filter. `name` may hold a proposal; its folder counts only if
+    /// there is no `initialPath` and if somebody works there, which excludes the folder of recovery files.
+    [[nodiscard]] static bool getFilenameForSaveAs(const std::wstring& filter, const std::wstring& caption,
+                                                   std::wstring& name, const std::wstring& initialPath);
     /// With `forOpen` false the file need not exist.
     [[nodiscard]] static bool getTranscriptableFilename(const std::wstring& filter, std::wstring& name,
                                                         CommandContext* context, bool forOpen,

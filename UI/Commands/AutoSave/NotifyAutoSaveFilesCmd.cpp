@@ -1,10 +1,9 @@
 #include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
 
-#include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Commands/Localized.h"
+#include "UI/Commands/AutoSave/RecoveryFiles.h"
 
 #include <tuple>
 #include <vector>
@@ -22,13 +21,6 @@ namespace {
 constexpr int kDialogAccessPoint = 6;
 
 NotifyAutoSaveFilesCmd::Dialog s_dialog = nullptr;
-
-std::vector<Vs::AutoSavedFileInfo> allFiles()
-{
-    std::vector<Vs::AutoSavedFileInfo> files;
-    Vs::AutoSaveController::get()->getAllRecoverFiles(files);
-    return files;
-}
 
 } // namespace
 
@@ -69,7 +61,7 @@ void NotifyAutoSaveFilesCmdDef::onActivateNotification(Vs::ActivateNotificationE
 
 void NotifyAutoSaveFilesCmdDef::autoSavedRecoveryFileDeleted(Vs::AutoSaveEvent*)
 {
-    if (!allFiles().empty())
+    if (!RecoveryFiles::all().empty())
         return;
     std::vector<Vs::Notification*> own;
     Vs::NotificationCenter::get()->notificationsByClientID(notificationClientID(), own);
@@ -95,13 +87,12 @@ void NotifyAutoSaveFilesCmd::dialog(Dialog dialog)
 void NotifyAutoSaveFilesCmd::onExecute(Vs::Status&)
 {
     commandContext()->accessPoint(kDialogAccessPoint);
-    if (s_dialog && !Application::headless()) {
+    if (s_dialog && Application::get()->mainWidget()) {
         s_dialog();
         return;
     }
-    for (const Vs::AutoSavedFileInfo& file : allFiles())
-        Application::get()->inform(localizedFormat("RecoveryFileRow", "%1%: Auto-saved on %2%.",
-                                                   file.fileName(), file.fileSavedTime()));
+    for (const Vs::AutoSavedFileInfo& file : RecoveryFiles::offered())
+        Application::get()->inform(RecoveryFiles::rowOf(file));
 }
 
 } // namespace Vu::Commands

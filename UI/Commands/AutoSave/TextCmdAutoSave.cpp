@@ -1,10 +1,10 @@
-#include "Server/Base/Strings.h"
-#include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
+#include "UI/Base/Program/Notifications.h"
 #include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
+#include "UI/Commands/AutoSave/RecoveryFiles.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
 
@@ -24,13 +24,6 @@ constexpr DirectTextRow kRecover = {kArea, L"Recovery", L"Do recovery process of
 
 constexpr int kOffer = 3;
 
-std::vector<Vs::AutoSavedFileInfo> allFiles()
-{
-    std::vector<Vs::AutoSavedFileInfo> files;
-    Vs::AutoSaveController::get()->getAllRecoverFiles(files);
-    return files;
-}
-
 class TextCmdAutoSaveNotifyAutoSavedFiles : public DirectTextCommand<kNotify>
 {
 public:
@@ -39,7 +32,7 @@ public:
         constexpr const wchar_t* kNone = L"No recover files.";
         if (!Vs::AutoSaveOptionsGroup::get()->performAutoSave())
             return {0, kNone};
-        const std::vector<Vs::AutoSavedFileInfo> files = allFiles();
+        const std::vector<Vs::AutoSavedFileInfo> files = RecoveryFiles::all();
         if (files.empty())
             return {0, kNone};
         std::wstring names;
@@ -54,19 +47,11 @@ public:
     }
 };
 
-std::wstring inQuotes(const std::wstring& path)
-{
-    const std::wstring quoted = Vs::Strings::quote(path);
-    return quoted.starts_with(L'"') ? quoted : L'"' + quoted + L'"';
-}
-
 /// Opens a recovery file and gives the document the name and the place of what was being worked on.
 void recover(const Vs::AutoSavedFileInfo& file, TextCommandResult& result)
 {
-    const TextCommandResult opened = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(
-        L"Document.Open " + inQuotes(file.autoSavedFile()));
-    if (opened.first != 0)
-        result = opened;
+    if (const std::wstring reason = RecoveryFiles::openLine(file.autoSavedFile()); !reason.empty())
+        result = {1, reason};
     const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
     if (documents->documents() == 0)
         return;
@@ -87,7 +72,7 @@ class TextCmdAutoSaveRecovery : public DirectTextCommand<kRecover>
 public:
     TextCommandResult execute(const TextCommandParameters&) override
     {
-        const std::vector<Vs::AutoSavedFileInfo> files = allFiles();
+        const std::vector<Vs::AutoSavedFileInfo> files = RecoveryFiles::all();
         if (files.empty())
             return {0, {}};
         TextCommandResult result{0, L"Do recovery process of auto-saved files successfully"};

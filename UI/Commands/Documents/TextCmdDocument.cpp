@@ -4,6 +4,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -41,6 +42,7 @@ constexpr DirectTextRow kActivate= {kArea, L"Activate", L"<path> Activates the d
 constexpr DirectTextRow kVersion = {kArea, L"SoftwareVersion", L"Get the last saved software version."};
 constexpr DirectTextRow kExample = {kArea, L"ExampleDoc", L"<AssetTypeId> Creates a example document to initialize graphics global environment before running unit test, \tand then make sure each unit test has steady object counts before and after each regression test", "", false};
 constexpr DirectTextRow kRename  = {kArea, L"Rename", L"<NewDocName> Changes the document's display name", "", false};
+constexpr DirectTextRow kRootName= {kArea, L"UpdateRootComponentName", L"[<path>] Names the root component after the active document, or the passed file, unless somebody has given it a name", "", false};
 // clang-format on
 
 bool isFile(const fs::path& path)
@@ -269,6 +271,30 @@ public:
     }
 };
 
+class TextCmdDocumentUpdateRootComponentName : public DirectTextCommand<kRootName>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        const Vs::Document* document = activeDocument();
+        Vs::Asset* asset = document ? document->activeAsset() : nullptr;
+        if (!asset)
+            return {1, kNoActiveDocument};
+        const std::wstring name =
+            parameters.parameters() > 0 ? fs::path(parameters[0]).stem().wstring() : document->displayName();
+        if (!name.empty() && isUnnamed(*asset))
+            asset->name(name);
+        return {0, {}};
+    }
+
+private:
+    // Until somebody names it, the root is called as what it is.
+    static bool isUnnamed(const Vs::Asset& asset)
+    {
+        return asset.name().empty() || (asset.assetType() && asset.name() == asset.assetType()->name());
+    }
+};
+
 TextCmdDocumentOpen theOpen;
 TextCmdDocumentCreate theCreate;
 TextCmdDocumentClose theClose;
@@ -278,6 +304,7 @@ TextCmdDocumentActivate theActivate;
 TextCmdDocumentSoftwareVersion theSoftwareVersion;
 TextCmdDocumentExampleDoc theExampleDoc;
 TextCmdDocumentRename theRename;
+TextCmdDocumentUpdateRootComponentName theUpdateRootComponentName;
 
 } // namespace
 } // namespace Vu::Commands

@@ -1,13 +1,6 @@
 #include "Server/Base/PathInfo.h"
-#include "Server/DataModel/Document.h"
-#include "Server/DataModel/Recovery/AutoSaveController.h"
-#include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
 #include "Tests/Support/Process.h"
-#include "Tests/UI/Commands/CommandsProgram.h"
-#include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/Notifications.h"
-#include "UI/Base/Session/SessionMgr.h"
-#include "UI/Commands/Documents/CloseDocumentCmd.h"
+#include "Tests/UI/Commands/Documents/AutoSaveFixture.h"
 
 #include <csignal>
 #include <filesystem>
@@ -16,48 +9,13 @@ using namespace Vs;
 
 namespace {
 
-constexpr int kDontSave = 1;
 constexpr const wchar_t* kClient = L"AutoSaveNotification";
 constexpr const wchar_t* kNotify = L"AutoSave.NotifyAutoSavedFiles";
 constexpr const wchar_t* kRecovered = L"Do recovery process of auto-saved files successfully";
 
-/// Files that this run has closed without a question are offered as those of others are.
-class AutoSaveTest : public CommandsTests::WithProgram
+class AutoSaveTest : public CommandsTests::WithAutoSave
 {
 protected:
-    void SetUp() override
-    {
-        WithProgram::SetUp();
-        AutoSaveController::get()->start();
-    }
-    void TearDown() override
-    {
-        AutoSaveOptionsGroup::get()->performAutoSave(true);
-        for (Notification* notification : NotificationCenter::get()->notifications())
-            NotificationCenter::get()->remove(notification);
-        answerBoxes(kDontSave);
-        run(L"Document.CloseAll");
-        for (const AutoSavedFileInfo& file : files())
-            AutoSaveController::get()->deleteARecoveryFile(file.autoSavedFile(),
-                                                           AutoSaveController::Reason::Unwanted);
-        AutoSaveController::get()->end();
-        WithProgram::TearDown();
-    }
-
-    static std::vector<AutoSavedFileInfo> files()
-    {
-        std::vector<AutoSavedFileInfo> found;
-        AutoSaveController::get()->getAllRecoverFiles(found);
-        return found;
-    }
-    static void closeUnsaved(const std::wstring& name)
-    {
-        answer(L"Design.New");
-        answer(L"Design.Box 1 2 3");
-        answer(L"Document.Rename " + name);
-        Vu::Commands::closeSilently(Vu::SessionMgr::get()->activeDocumentSession());
-        Vu::Application::get()->flushDeferredTasks();
-    }
     static std::vector<Notification*> own()
     {
         std::vector<Notification*> found;

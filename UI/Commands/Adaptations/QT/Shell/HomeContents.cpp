@@ -2,6 +2,7 @@
 
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Window/PlainText.h"
+#include "UI/Commands/Adaptations/QT/AutoSave/RecoveredSection.h"
 #include "UI/Commands/Adaptations/QT/Shell/OpenSection.h"
 #include "UI/Commands/Adaptations/QT/Shell/RecentSection.h"
 #include "UI/Commands/Adaptations/QT/Shell/ShellButton.h"
@@ -55,6 +56,7 @@ QWidget* makeSeparator(QWidget* parent)
 const AreaContents kTitle("HomeTitle", makeTitle);
 const AreaContents kButtons("HomeButtons", makeShellButtons);
 const AreaContents kSeparator("HomeSeparator", makeSeparator);
+const AreaContents kRecovered("HomeRecovered", [](QWidget* parent) { return new RecoveredSection(parent); });
 const AreaContents kOpenDocuments("HomeOpenDocuments",
                                   [](QWidget* parent) { return new OpenSection(parent); });
 const AreaContents kRecentDocuments("HomeRecentDocuments",

@@ -1,0 +1,367 @@
+// The recovery files as a user has them before him: the dialog, and the home screen's section, through Qt's
+// events.
+
+#include "Server/Base/PathInfo.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/ItemhubUtilities.h"
+#include "Tests/Support/Files.h"
+#include "Tests/Support/Process.h"
+#include "Tests/UI/Commands/Documents/AutoSaveFixture.h"
+#include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/WelcomeScreen.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QFrame>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QPushButton>
+#include <QtTest/QTest>
+
+#include <csignal>
+#include <filesystem>
+#include <regex>
+#include <tuple>
+
+namespace fs = std::filesystem;
+using namespace Vs;
+
+namespace {
+
+class FileRecoveryTest : public CommandsTests::WithAutoSave
+{
+protected:
+    void SetUp() override
+    {
+        m_before = Vu::WorkspaceMgr::activeWorkspace();
+        m_workspace = Vu::WorkspaceMgr::get()->create();
+        m_workspace->window()->show();
+        WithAutoSave::SetUp();
+        QApplication::processEvents();
+    }
+    void TearDown() override
+    {
+        ItemhubUtilities::install(nullptr);
+        if (dialog())
+            dialog()->close();
+        settle();
+        WithAutoSave::TearDown();
+        Vu::WorkspaceMgr::get()->close(m_workspace);
+        Vu::WorkspaceMgr::activeWorkspace(m_before);
+    }
+
+    static void settle()
+    {
+        Vu::Application::get()->flushDeferredTasks();
+        QTest::qWait(0);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    /// Null once it has closed.
+    static QDialog* dialog()
+    {
+        for (QWidget* widget : QApplication::topLevelWidgets())
+            if (widget->isVisible() && widget->windowTitle() == QStringLiteral("File Recovery"))
+                return qobject_cast<QDialog*>(widget);
+        return nullptr;
+    }
+    static QListWidget* list() { return dialog()->findChild<QListWidget*>(); }
+    static void showDialog()
+    {
+        Vu::CommandContext context = Vu::CommandContext::activeContext();
+        std::ignore = definition(L"NotifyAutoSaveFilesCommand")->executeCommand(context);
+        settle();
+        ASSERT_NE(dialog(), nullptr);
+    }
+    static QStringList rows()
+    {
+        QStringList texts;
+        for (int row = 0; row < list()->count(); ++row)
+            texts.append(list()->item(row)->text());
+        return texts;
+    }
+    static void clickRow(int row, Qt::MouseButton button = Qt::LeftButton,
+                         Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::mouseClick(list()->viewport(), button, modifiers,
+                          list()->visualItemRect(list()->item(row)).center());
+    }
+    /// The menu that is open; null if none is.
+    static QMenu* menu() { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
+    static QAction* entry(const QString& title)
+    {
+        for (QAction* action : menu()->actions())
+            if (action->text() == title)
+                return action;
+        return nullptr;
+    }
+    static void choose(const QString& title)
+    {
+        ASSERT_NE(menu(), nullptr);
+        QTest::mouseClick(menu(), Qt::LeftButton, {}, menu()->actionGeometry(entry(title)).center());
+        settle();
+    }
+    /// The answer to the next question for a file's name; keeps what was asked.
+    void answerFile(const std::wstring& path)
+    {
+        Vu::FileDialog::responder([this, path](const auto& request, std::vector<std::wstring>& names) {
+            asked = request;
+            names = {path};
+            return !path.empty();
+        });
+    }
+    /// The rows of the home screen's section; none where it isn't shown.
+    QList<QFrame*> homeRows() const
+    {
+        Vu::WelcomeScreen::get()->show();
+        settle();
+        auto* section = m_workspace->window()->widget()->findChild<QWidget*>("recoveredFiles");
+        return section->isVisibleTo(section->parentWidget()) ? section->findChildren<QFrame*>("recoveredRow")
+                                                             : QList<QFrame*>();
+    }
+    static void clickAtHome(const QFrame* row, const char* button)
+    {
+        QTest::mouseClick(row->findChild<QPushButton*>(button), Qt::LeftButton);
+        settle();
+    }
+
+    Vu::FileDialog::Request asked;
+
+private:
+    Vu::Workspace* m_workspace = nullptr;
+    Vu::Workspace* m_before = nullptr;
+};
+
+/// A service that has its attachments in a folder.
+class FolderService : public ItemhubUtilities
+{
+public:
+    bool signedIn = false;
+    mutable std::vector<std::wstring> told;
+
+    bool isAuthenticated() const override { return signedIn; }
+    std::wstring downloadAttachment(const std::wstring& url) const override { return url; }
+    void fireErrorMessage(const std::wstring& message) const override { told.push_back(message); }
+};
+
+} // namespace
+
+TEST_F(FileRecoveryTest, TheDialogListsTheFilesAndClosesWithTheLastRow)
+{
+    closeUnsaved(L"First");
+    closeUnsaved(L"\"Second <b>\"");
+    showDialog();
+    // Qt adds the system menu, which the close button belongs to.
+    EXPECT_EQ(int(dialog()->windowFlags() & ~Qt::WindowType_Mask & ~Qt::WindowSystemMenuHint), 0x0A041000);
+    EXPECT_TRUE(dialog()->isModal() && dialog()->testAttribute(Qt::WA_DeleteOnClose));
+    EXPECT_EQ(dialog()->height(), 180);
+    EXPECT_EQ(dialog()->minimumWidth(), dialog()->maximumWidth());
+    EXPECT_GT(dialog()->maximumHeight(), 180);
+    ASSERT_EQ(rows().size(), 2);
+    const std::regex form("(First|Second <b>): Auto-saved on [01][0-9]:[0-5][0-9] [AP]M, [A-Z][a-z]+ [0-9]+, "
+                          "20[0-9]{2}\\.");
+    for (const QString& row : rows())
+        EXPECT_TRUE(std::regex_match(row.toStdString(), form)) << row.toStdString();
+
+    clickRow(0, Qt::MiddleButton);
+    EXPECT_EQ(menu(), nullptr);
+    const QRect last = list()->visualItemRect(list()->item(1));
+    QTest::mouseClick(list()->viewport(), Qt::RightButton, {}, QPoint(5, last.bottom() + 20));
+    EXPECT_EQ(menu(), nullptr) << "over empty space";
+    clickRow(0, Qt::RightButton);
+    ASSERT_NE(menu(), nullptr);
+    EXPECT_TRUE(entry("Save As...")->isEnabled());
+    choose("Delete");
+    ASSERT_EQ(rows().size(), 1);
+    clickRow(0);
+    choose("Delete");
+    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_TRUE(files().empty());
+}
+
+TEST_F(FileRecoveryTest, SeveralRowsAreOpenedAsUnsavedDocumentsButSavedOnlyOneByOne)
+{
+    closeUnsaved(L"First");
+    closeUnsaved(L"Second");
+    Vu::WelcomeScreen::get()->show();
+    showDialog();
+    clickRow(0);
+    menu()->close();
+    clickRow(1, Qt::LeftButton, Qt::ControlModifier);
+    ASSERT_NE(menu(), nullptr);
+    EXPECT_FALSE(entry("Save As...")->isEnabled());
+    choose("Open");
+    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_FALSE(Vu::WelcomeScreen::dialogExists());
+    ASSERT_EQ(documents(), 2u);
+    for (unsigned i = 0; i < documents(); ++i) {
+        Document* document = DocumentMgr::get()->document(i);
+        EXPECT_TRUE(document->isDirty(false) && document->path().empty());
+        EXPECT_TRUE(document->displayName() == L"First" || document->displayName() == L"Second");
+        EXPECT_EQ(document->activeAsset()->name(), document->displayName());
+    }
+}
+
+TEST_F(FileRecoveryTest, ADocumentGetsItsFileBackWhereThatIsStillThere)
+{
+    for (const wchar_t* name : {L"Kept", L"Gone"}) {
+        const std::wstring file = scratch(name + std::wstring(L" file.vlra"));
+        answer(L"Design.New");
+        answer(L"Document.SaveAs \"" + file + L"\"");
+        answer(L"Design.Box 1 2 3");
+        Vu::Commands::closeSilently(Vu::SessionMgr::get()->activeDocumentSession());
+        Vu::Application::get()->flushDeferredTasks();
+    }
+    fs::remove(fs::path(scratch(L"Gone file.vlra")));
+    showDialog();
+    clickRow(0);
+    menu()->close();
+    clickRow(1, Qt::LeftButton, Qt::ControlModifier);
+    choose("Open");
+    ASSERT_EQ(documents(), 2u);
+    for (unsigned i = 0; i < 2; ++i) {
+        const Document* document = DocumentMgr::get()->document(i);
+        EXPECT_EQ(document->path(),
+                  document->displayName() == L"Kept file" ? scratch(L"Kept file.vlra") : L"");
+        EXPECT_TRUE(document->displayName() == L"Kept file" || document->displayName() == L"Gone file");
+    }
+}
+
+TEST_F(FileRecoveryTest, SaveAsProposesTheNameAndKeepsTheFileUntilTheCopyIsThere)
+{
+    const std::wstring folder = Vu::UIBaseOptionGroup::get()->lastDirectory();
+    closeUnsaved(L"Part");
+    showDialog();
+    answerFile({});
+    clickRow(0);
+    choose("Save As...");
+    EXPECT_EQ(asked.caption, L"Save Recovery File As");
+    EXPECT_EQ(asked.initialPath, L"Part");
+    EXPECT_TRUE(asked.filter.ends_with(L" (*.vlra)")) << Strings::narrow(asked.filter);
+    EXPECT_EQ(rows().size(), 1) << "the user has cancelled";
+    // Where the copy can't be, or would go with the file.
+    for (const std::wstring& place :
+         {scratch(L"no/such/folder.vlra"),
+          (PathInfo::Path(files()[0].autoSavedFile()).parent_path() / "x.vlra").wstring()}) {
+        answerFile(place);
+        clickRow(0);
+        choose("Save As...");
+        EXPECT_EQ(rows().size(), 1);
+        EXPECT_EQ(files().size(), 1u);
+        EXPECT_FALSE(fs::exists(fs::path(place)));
+    }
+    answerFile(scratch(L"Copy.vlra"));
+    clickRow(0);
+    choose("Save As...");
+    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_TRUE(files().empty());
+    EXPECT_TRUE(fs::exists(fs::path(scratch(L"Copy.vlra"))));
+    EXPECT_EQ(Vu::UIBaseOptionGroup::get()->lastDirectory().find(L"recovery"), std::wstring::npos);
+    answer(L"Document.Open \"" + scratch(L"Copy.vlra") + L"\"");
+    EXPECT_EQ(activeDocument()->displayName(), L"Copy");
+    Vu::UIBaseOptionGroup::get()->lastDirectory(folder);
+}
+
+TEST_F(FileRecoveryTest, ARowStaysWhereTheFileCannotBeOpened)
+{
+    closeUnsaved(L"Part");
+    showDialog();
+    // Damaged between the list and the click.
+    TestSupport::overwrite(Strings::toBytes(files()[0].autoSavedFile()), "nothing that could be opened");
+    answer(L"Design.New");
+    const Document* other = activeDocument();
+    clickRow(0);
+    choose("Open");
+    EXPECT_EQ(rows().size(), 1);
+    ASSERT_EQ(documents(), 1u);
+    EXPECT_TRUE(other->path().empty());
+    EXPECT_FALSE(other->isDirty(false));
+}
+
+TEST_F(FileRecoveryTest, WhatLiesOnTheServiceIsForWhoeverIsSignedIn)
+{
+    closeUnsaved(L"Attached");
+    const std::string file = Strings::toBytes(files()[0].autoSavedFile());
+    const std::wstring attachment = scratch(L"attachment.vlra");
+    fs::copy(file, fs::path(attachment));
+    const auto rewritten = TestSupport::runProcess(
+        "/usr/bin/python3",
+        {"-c",
+         "import json, os, sys, zipfile\n"
+         "old = zipfile.ZipFile(sys.argv[1])\n"
+         "with zipfile.ZipFile(sys.argv[1] + '.new', 'w') as new:\n"
+         "    for entry in old.infolist():\n"
+         "        data = old.read(entry)\n"
+         "        if entry.filename == 'recovery.json':\n"
+         "            data = json.dumps({**json.loads(data), 'attachmentUrl': sys.argv[2]}).encode()\n"
+         "        new.writestr(entry.filename, data)\n"
+         "os.rename(sys.argv[1] + '.new', sys.argv[1])\n",
+         file, Strings::toBytes(attachment)});
+    ASSERT_EQ(rewritten.exitCode, 0) << rewritten.errors;
+
+    showDialog();
+    EXPECT_TRUE(rows().empty()) << "nobody is signed in";
+    dialog()->close();
+    settle();
+    EXPECT_EQ(files().size(), 1u);
+    FolderService service;
+    ItemhubUtilities::install(&service);
+    EXPECT_TRUE(homeRows().empty());
+    service.signedIn = true;
+    showDialog();
+    ASSERT_EQ(rows().size(), 1);
+    EXPECT_TRUE(rows()[0].startsWith("Attached: Auto-saved  on the Cloud on ")) << rows()[0].toStdString();
+
+    fs::rename(fs::path(attachment), fs::path(scratch(L"away")));
+    clickRow(0);
+    choose("Open");
+    EXPECT_EQ(service.told, std::vector<std::wstring>{L"Downloaded file form Itemhub isn't existed error"});
+    EXPECT_EQ(rows().size(), 1);
+    EXPECT_EQ(documents(), 0u);
+    fs::rename(fs::path(scratch(L"away")), fs::path(attachment));
+    clickRow(0);
+    choose("Open");
+    EXPECT_EQ(dialog(), nullptr);
+    ASSERT_EQ(documents(), 1u);
+    EXPECT_EQ(activeDocument()->displayName(), L"Attached");
+    EXPECT_TRUE(files().empty());
+}
+
+TEST_F(FileRecoveryTest, TheHomeScreenHasARowForEachFileWithItsButtons)
+{
+    EXPECT_TRUE(homeRows().empty());
+    for (const wchar_t* name : {L"First", L"Second", L"Third"})
+        closeUnsaved(name);
+    ASSERT_EQ(homeRows().size(), 3);
+    clickAtHome(homeRows()[0], "delete");
+    ASSERT_EQ(homeRows().size(), 2);
+    answerFile(scratch(L"Copy.vlra"));
+    clickAtHome(homeRows()[0], "saveAs");
+    EXPECT_TRUE(fs::exists(fs::path(scratch(L"Copy.vlra"))));
+    ASSERT_EQ(homeRows().size(), 1);
+    clickAtHome(homeRows()[0], "open");
+    EXPECT_TRUE(homeRows().empty());
+    ASSERT_EQ(documents(), 1u);
+    EXPECT_TRUE(DocumentMgr::get()->document(0)->isDirty(false));
+}
+
+TEST_F(FileRecoveryTest, TheRootComponentGetsANameOnlyWhereNobodyHasGivenItOne)
+{
+    EXPECT_NE(failure(L"Document.UpdateRootComponentName"), L"");
+    answer(L"Design.New");
+    answer(L"Document.Rename Flange");
+    answer(L"Document.UpdateRootComponentName");
+    EXPECT_EQ(activeDocument()->activeAsset()->name(), L"Flange");
+    answer(L"Document.UpdateRootComponentName \"/some/folder/Other part.vlra\"");
+    EXPECT_EQ(activeDocument()->activeAsset()->name(), L"Flange");
+    answer(L"Design.New");
+    answer(L"Document.UpdateRootComponentName \"/some/folder/Other part.vlra\"");
+    EXPECT_EQ(activeDocument()->activeAsset()->name(), L"Other part");
+}

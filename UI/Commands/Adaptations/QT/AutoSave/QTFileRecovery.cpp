@@ -1,0 +1,69 @@
+#include "UI/Commands/Adaptations/QT/AutoSave/QTFileRecovery.h"
+
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Window/PlainText.h"
+#include "UI/Commands/Adaptations/QT/AutoSave/QTFileRecoveryListWidget.h"
+#include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
+#include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
+#include "UI/Commands/Localized.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace Vu::Commands {
+namespace {
+
+constexpr int kHeight = 180;
+
+QString text(const char* key, const char* english)
+{
+    return QString::fromStdWString(localized(key, english));
+}
+
+} // namespace
+
+QTFileRecovery::QTFileRecovery(QWidget* parent)
+    : QDialog(parent, Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint |
+                          Qt::CustomizeWindowHint)
+{
+    setObjectName(QStringLiteral("fileRecovery"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(text("FileRecovery", "File Recovery"));
+    auto* column = new QVBoxLayout(this);
+    column->addWidget(PlainText::label(
+        this, text("FileRecoveryLabel", "Following files have been recovered from auto-save directory. Click "
+                                        "the\nfile to save or delete the auto-saved files")));
+    m_list = new QTFileRecoveryListWidget(this);
+    m_list->fill();
+    column->addWidget(m_list);
+    auto* row = new QHBoxLayout;
+    row->addStretch();
+    auto* close = new QPushButton(text("FileRecoveryClose", "Close"), this);
+    close->setAutoDefault(false);
+    row->addWidget(close);
+    column->addLayout(row);
+    connect(close, &QPushButton::clicked, this, &QDialog::close);
+    connect(m_list, &QTFileRecoveryListWidget::closeDialog, this, &QDialog::close);
+    adjustSize();
+    const int needed = width();
+    resize(needed, kHeight);
+    setFixedWidth(needed);
+}
+
+namespace {
+
+const bool registered = [] {
+    NotifyAutoSaveFilesCmd::dialog([] {
+        Application::get()->needGui();
+        auto* dialog = new QTFileRecovery;
+        new OverMainWindow(dialog);
+        dialog->setModal(true);
+        dialog->show();
+    });
+    return true;
+}();
+
+} // namespace
+} // namespace Vu::Commands

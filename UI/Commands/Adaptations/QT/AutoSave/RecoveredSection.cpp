@@ -1,0 +1,128 @@
+#include "UI/Commands/Adaptations/QT/AutoSave/RecoveredSection.h"
+
+#include "Server/DataModel/Recovery/AutoSaveController.h"
+#include "UI/Base/Window/PlainText.h"
+#include "UI/Commands/Adaptations/QT/Shell/Icons.h"
+#include "UI/Commands/AutoSave/RecoveryFiles.h"
+#include "UI/Commands/Localized.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+
+namespace Vu::Commands {
+namespace {
+
+constexpr int kIconSize = 32, kSpacing = 12, kRowSpacing = 8;
+
+QString text(const char* key, const char* english)
+{
+    return QString::fromStdWString(localized(key, english));
+}
+
+QString noteOf(const Vs::AutoSavedFileInfo& file)
+{
+    QString note = QString::fromStdWString(
+        localizedFormat("RecoveredTime", "Auto-saved on %1%", RecoveryFiles::timeOf(file)));
+    if (file.isOlder())
+        note += u' ' + text("RecoveredOlder", "(the last file is damaged; this is the one before)");
+    return note;
+}
+
+/// Gives way to the buttons where the window is narrow.
+QLabel* line(const QString& content, QWidget* parent)
+{
+    QLabel* label = PlainText::label(parent, content);
+    label->setMinimumWidth(1);
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    return label;
+}
+
+QLayout* makeTexts(const Vs::AutoSavedFileInfo& file, QWidget* parent)
+{
+    auto* column = new QVBoxLayout;
+    column->setSpacing(2);
+    QLabel* name = line(QString::fromStdWString(file.fileName()), parent);
+    QFont bold = name->font();
+    bold.setBold(true);
+    name->setFont(bold);
+    column->addWidget(name);
+    for (const QString& content : {noteOf(file), QString::fromStdWString(file.oriSourceFile())}) {
+        if (content.isEmpty())
+            continue;
+        QLabel* note = line(content, parent);
+        note->setForegroundRole(QPalette::PlaceholderText);
+        column->addWidget(note);
+    }
+    return column;
+}
+
+} // namespace
+
+RecoveredSection::RecoveredSection(QWidget* parent) : TileSection(text("HomeRecovered", "Recovered"), parent)
+{
+    setObjectName(QStringLiteral("recoveredFiles"));
+    hide();
+    if (Vs::AutoSaveController::get()->hasLooked())
+        fill();
+    Vs::AutoSaveEventSource::get()->subscribe(this);
+}
+
+RecoveredSection::~RecoveredSection()
+{
+    Vs::AutoSaveEventSource::get()->unsubscribe(this);
+}
+
+void RecoveredSection::fillSoon()
+{
+    if (m_filling)
+        return;
+    m_filling = true;
+    QTimer::singleShot(0, this, [this] {
+        m_filling = false;
+        fill();
+    });
+}
+
+void RecoveredSection::fill()
+{
+    const std::vector<Vs::AutoSavedFileInfo> files = RecoveryFiles::offered();
+    auto* rows = new QWidget(this);
+    auto* column = new QVBoxLayout(rows);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(kRowSpacing);
+    for (const Vs::AutoSavedFileInfo& file : files)
+        column->addWidget(makeRow(file, rows));
+    placeholder(rows);
+    setVisible(!files.empty());
+}
+
+QWidget* RecoveredSection::makeRow(const Vs::AutoSavedFileInfo& file, QWidget* parent)
+{
+    auto* row = new QFrame(parent);
+    row->setObjectName(QStringLiteral("recoveredRow"));
+    row->setAccessibleName(QString::fromStdWString(RecoveryFiles::rowOf(file)));
+    auto* layout = new QHBoxLayout(row);
+    layout->setSpacing(kSpacing);
+    auto* icon = PlainText::label(row);
+    icon->setPixmap(iconOfDocumentType(file.docIdentifier()).pixmap(kIconSize));
+    layout->addWidget(icon);
+    layout->addLayout(makeTexts(file, row), 1);
+    const auto button = [&](const char* name, const QString& title, auto action) {
+        auto* made = new QPushButton(title, row);
+        made->setObjectName(QLatin1String(name));
+        made->setAccessibleDescription(row->accessibleName());
+        layout->addWidget(made);
+        // Behind the click: the row goes with the file.
+        connect(made, &QPushButton::clicked, this,
+                [this, file, action] { QTimer::singleShot(0, this, [file, action] { action(file); }); });
+    };
+    button("open", text("RecoveryOpen", "Open"), RecoveryFiles::open);
+    button("saveAs", text("RecoverySaveAs", "Save As..."), RecoveryFiles::saveAs);
+    button("delete", text("RecoveryDelete", "Delete"), RecoveryFiles::remove);
+    return row;
+}
+
+} // namespace Vu::Commands

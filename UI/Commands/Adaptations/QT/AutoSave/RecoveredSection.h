@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Server/DataModel/Recovery/AutoSaveEvents.h"
+#include "Server/DataModel/Recovery/AutoSavedFileInfo.h"
+#include "UI/Commands/Adaptations/QT/Shell/TileSection.h"
+
+namespace Vu::Commands {
+
+/// What runs that ended badly left, a row for each file with buttons for what can be done with it. As long as
+/// there is nothing, or nobody has looked yet, the section isn't there.
+class RecoveredSection : public TileSection, private Vs::AutoSaveEventSite
+{
+public:
+    explicit RecoveredSection(QWidget* parent);
+    ~RecoveredSection() override;
+
+private:
+    void autoSavedRecoveryFilesFound(Vs::AutoSaveEvent*) override { fillSoon(); }
+    void autoSavedRecoveryFileDeleted(Vs::AutoSaveEvent*) override { fillSoon(); }
+    void autoSavedRecoveryFileKept(Vs::AutoSaveEvent*) override { fillSoon(); }
+    void autoSavedDocumentLeft(Vs::AutoSaveEvent*) override { fillSoon(); }
+
+    /// Behind the event: one of the rows may be what asks for it.
+    void fillSoon();
+    void fill();
+    QWidget* makeRow(const Vs::AutoSavedFileInfo& file, QWidget* parent);
+
+    bool m_filling = false;
+};
+
+} // namespace Vu::Commands
