@@ -140,7 +140,7 @@ bool shutFiles(const Wall& wall)
 // What reading, computing in several threads and writing consist of.
 constexpr int kAllowed[] = {
     // memory
-    SCMP_SYS(brk), SCMP_SYS(madvise), SCMP_SYS(mincore), SCMP_SYS(mmap), SCMP_SYS(mmap2), SCMP_SYS(mprotect),
+    SCMP_SYS(brk), SCMP_SYS(madvise), SCMP_SYS(memfd_create), SCMP_SYS(mincore), SCMP_SYS(mmap), SCMP_SYS(mmap2), SCMP_SYS(mprotect),
     SCMP_SYS(mremap), SCMP_SYS(msync), SCMP_SYS(munmap),
     // files; which ones is for the other part of the wall
     SCMP_SYS(_llseek), SCMP_SYS(access), SCMP_SYS(close), SCMP_SYS(dup), SCMP_SYS(dup2), SCMP_SYS(dup3),

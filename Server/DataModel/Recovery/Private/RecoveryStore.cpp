@@ -90,7 +90,9 @@ std::string RecoveryStore::folderOf(const std::string& file)
 
 const SessionFolder& RecoveryStore::own()
 {
-    if (!m_own) {
+    // One that went, with its disk or by somebody's hand, is nobody's: another run could take what came
+    // there.
+    if (!m_own || !m_own->isThere()) {
         m_own = SessionFolder::create(PathInfo::recoveryDirectory().string());
         prune();
     }

@@ -139,6 +139,11 @@ SessionFolder::~SessionFolder()
     FileCalls::current().close(m_lock);
 }
 
+bool SessionFolder::isThere() const
+{
+    return isStill(m_lock, m_path);
+}
+
 bool SessionFolder::removeIfEmpty()
 {
     std::error_code error;

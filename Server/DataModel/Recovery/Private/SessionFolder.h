@@ -29,6 +29,8 @@ public:
     const std::string& path() const { return m_path; }
     /// Of the lock; to be kept open by a child that writes in here.
     int descriptor() const { return m_lock; }
+    /// Whether it is still there, and nobody has put another one in its place.
+    [[nodiscard]] bool isThere() const;
     /// Removes the folders in it that hold no file, and it, if there is nothing left; says whether it is
     /// gone.
     bool removeIfEmpty();

@@ -126,6 +126,7 @@ public:
             {"seed", [&] { calls.seed = static_cast<uint32_t>(std::stoul(argument())); }},
             {"power-at", [&] { calls.arm(FaultyCalls::Kind::PowerLoss, std::stoi(argument())); }},
             {"random", [&] { random(argument()); }},
+            {"vanish", [] { std::filesystem::remove_all(PathInfo::recoveryDirectory().string()); }},
             {"die-after", [&] { dieAfter(std::stoi(argument())); }},
             {"slow", [&] { slow = std::chrono::milliseconds(std::stoi(argument())); }},
             {"hold", [&] { hold(argument()); }},
