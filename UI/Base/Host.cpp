@@ -14,6 +14,7 @@
 #include "UI/Base/Command/Private/CommandHost.h"
 #include "UI/Base/Lines/Transcripts.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Private/AlertNotifications.h"
 #include "UI/Base/Program/Private/ApplicationHost.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/Environment.h"
@@ -228,6 +229,8 @@ void installHost()
     StepSurroundings::install();
     static auto* const saving = new SavingHandler;
     static_cast<void>(saving);
+    static auto* const alerts = new AlertNotifications;
+    static_cast<void>(alerts);
 }
 
 } // namespace Vu

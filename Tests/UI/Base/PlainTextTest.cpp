@@ -4,12 +4,13 @@
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/UI/Base/Fixture.h"
-#include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/Private/Display.h"
-#include "UI/Base/Window/AlertButton.h"
+#include "UI/Base/Window/BellButton.h"
 #include "UI/Base/Window/BrowserModel.h"
 #include "UI/Base/Window/MainWindow.h"
+#include "UI/Base/Window/NotificationPanel.h"
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Workspace/Workspace.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -17,7 +18,6 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QMenu>
 #include <QMessageBox>
 #include <QTextDocument>
 #include <QTimer>
@@ -59,10 +59,9 @@ TEST_F(PlainTextTest, NamesAndMessagesAreShownLetterByLetter)
     window->message(letters, true);
     ProgressPanel panel(nullptr);
     panel.begin(letters);
-    AlertButton alerts(nullptr);
-    alerts.add({EAlertSeverity::Error, name});
-    emit alerts.menu()->aboutToShow();
-    expectLetters(alerts.menu()->actions().first()->toolTip(), letters);
+    Vs::NotificationCenter::get()->sendNotification(
+        name, name, {}, {}, L"Test", Vs::NotificationType::makeByType(Vs::NotificationType::Error), nullptr);
+    window->bell()->click();
     int labels = 0;
     for (const QWidget* widget : {static_cast<QWidget*>(window), static_cast<QWidget*>(&panel)})
         for (const QLabel* label : widget->findChildren<QLabel*>()) {
@@ -72,7 +71,9 @@ TEST_F(PlainTextTest, NamesAndMessagesAreShownLetterByLetter)
             expectLetters(label->toolTip(), letters);
             ++labels;
         }
-    EXPECT_EQ(labels, 2);
+    window->bell()->panel()->close();
+    Vs::NotificationCenter::get()->removeByClientID(L"Test");
+    EXPECT_EQ(labels, 4) << "message, work, and the text in the toast and in the list";
 
     Application::testing(false);
     std::unique_ptr<QTimer> answering(new QTimer);

@@ -1,11 +1,18 @@
 #include "UI/Base/Program/Notifications.h"
 
 #include "Server/Base/Require.h"
-#include "UI/Base/Program/Application.h"
+#include "Server/Base/Warning.h"
+#include "UI/Base/Program/Private/AlertNotifications.h"
+#include "UI/Base/Program/Private/ApplicationHost.h"
 
 #include <algorithm>
 
 namespace Vs {
+namespace {
+
+constexpr size_t kKept = 100;
+
+}
 
 NotificationCenter* NotificationCenter::get()
 {
@@ -18,13 +25,28 @@ Notification* NotificationCenter::sendNotification(const std::wstring& title, co
                                                    const std::wstring& clientID, NotificationType type,
                                                    Object* subject)
 {
+    NotificationRequest request;
+    request.title = title;
+    request.text = text;
+    request.clickText = clickText;
+    request.file = file;
+    request.clientID = clientID;
+    request.type = type;
+    request.subject = subject;
+    return sendNotification(std::move(request));
+}
+
+Notification* NotificationCenter::sendNotification(NotificationRequest request)
+{
     assertMainThread();
+    while (m_notifications.size() >= kKept)
+        remove(m_notifications.front().get());
     Notification* notification =
-        m_notifications.emplace_back(new Notification(title, text, clickText, file, clientID, type, subject))
+        m_notifications.emplace_back(std::unique_ptr<Notification>(new Notification(std::move(request))))
             .get();
     NotificationEvent event(notification);
     NotificationsEventSource::get()->fireNotificationSent(&event);
-    return notification;
+    return exists(notification) ? notification : nullptr;
 }
 
 bool NotificationCenter::exists(const Notification* notification) const
@@ -49,6 +71,22 @@ std::vector<Notification*> NotificationCenter::notifications() const
     return all;
 }
 
+size_t NotificationCenter::unseen() const
+{
+    return static_cast<size_t>(std::count_if(m_notifications.begin(), m_notifications.end(),
+                                             [](const auto& each) { return !each->seen(); }));
+}
+
+void NotificationCenter::markSeen(Notification* notification)
+{
+    assertMainThread();
+    if (!exists(notification) || notification->m_seen)
+        return;
+    notification->m_seen = true;
+    NotificationEvent event(notification);
+    NotificationsEventSource::get()->fireNotificationSeen(&event);
+}
+
 void NotificationCenter::remove(Notification* notification)
 {
     assertMainThread();
@@ -58,6 +96,14 @@ void NotificationCenter::remove(Notification* notification)
     NotificationsEventSource::get()->fireNotificationRemoved(&event);
     // A site may have been quicker.
     std::erase_if(m_notifications, [&](const auto& each) { return each.get() == notification; });
+}
+
+void NotificationCenter::removeByClientID(const std::wstring& clientID)
+{
+    std::vector<Notification*> found;
+    notificationsByClientID(clientID, found);
+    for (Notification* notification : found)
+        remove(notification);
 }
 
 void NotificationCenter::activate(Notification* notification)
@@ -71,20 +117,37 @@ void NotificationCenter::activate(Notification* notification)
         remove(notification);
 }
 
+void NotificationCenter::act(Notification* notification, size_t action)
+{
+    assertMainThread();
+    if (!exists(notification) || action >= notification->actions().size())
+        return;
+    // What it does may end the notification.
+    const NotificationAction chosen = notification->actions()[action];
+    chosen.run();
+    if (chosen.ends)
+        remove(notification);
+}
+
 } // namespace Vs
 
 namespace Vu {
 namespace {
 
-class ShowNotifications : public Vs::NotificationsEventSite
+class TellNotifications : public Vs::NotificationsEventSite
 {
 public:
-    ShowNotifications() { Vs::NotificationsEventSource::get()->subscribe(this); }
-    ~ShowNotifications() override { Vs::NotificationsEventSource::get()->unsubscribe(this); }
+    TellNotifications() { Vs::NotificationsEventSource::get()->subscribe(this); }
+    ~TellNotifications() override { Vs::NotificationsEventSource::get()->unsubscribe(this); }
     void notificationSent(Vs::NotificationEvent* event) override
     {
         const Vs::Notification* notification = event->notification();
-        Application::get()->inform(notification->title() + L": " + notification->text());
+        // Who adds an alert tells it as well.
+        if (ApplicationHost::get()->mainWidget() ||
+            notification->contextInfo()->clientID() == AlertNotifications::clientID())
+            return;
+        const std::wstring& text = notification->text();
+        Vs::warn(notification->title() + (text.empty() ? L"" : L": " + text));
     }
 };
 
@@ -92,7 +155,7 @@ public:
 
 Vs::NotificationsEventSite* NotificationsEventSiteFactory::buildEventSite()
 {
-    return new ShowNotifications;
+    return new TellNotifications;
 }
 
 } // namespace Vu

@@ -3,6 +3,7 @@
 #include "Server/Base/Event.h"
 
 #include <ctime>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -38,41 +39,60 @@ private:
     std::wstring m_clientID;
 };
 
+/// Something that can be done about a notification, by a button.
+struct NotificationAction
+{
+    std::wstring text; ///< On the button.
+    std::function<void()> run;
+    bool ends = true; ///< Whether the notification has served its purpose then.
+};
+
+/// What a sender says; all of it may be left out but the title and the sender.
+struct NotificationRequest
+{
+    std::wstring title;
+    std::wstring text;
+    std::wstring clickText; ///< What a click does; empty if it does nothing.
+    std::wstring file;      ///< The file that it is about.
+    std::wstring clientID;  ///< Who sends it.
+    NotificationType type = NotificationType::makeByType(NotificationType::Information);
+    Object* subject = nullptr;               ///< Not owned.
+    std::vector<NotificationAction> actions; ///< Two are shown.
+    bool quiet = false;                      ///< Only the list shows it.
+};
+
 /// Something that the user is told without having to answer it. Owned by the centre.
 class Notification
 {
 public:
-    const std::wstring& title() const { return m_title; }
-    const std::wstring& text() const { return m_text; }
+    const std::wstring& title() const { return m_request.title; }
+    const std::wstring& text() const { return m_request.text; }
+    /// The text, which stands below the title.
+    const std::wstring& subTitle() const { return m_request.text; }
     /// What a click on it does; empty if it does nothing.
-    const std::wstring& clickText() const { return m_clickText; }
-    const std::wstring& file() const { return m_file; }
+    const std::wstring& clickText() const { return m_request.clickText; }
+    const std::wstring& file() const { return m_request.file; }
     const NotificationContextInfo* contextInfo() const { return &m_contextInfo; }
-    NotificationType type() const { return m_type; }
+    NotificationType type() const { return m_request.type; }
     std::time_t time() const { return m_time; }
     /// What the sender gave with it; not owned.
-    Object* subject() const { return m_subject; }
+    Object* subject() const { return m_request.subject; }
+    const std::vector<NotificationAction>& actions() const { return m_request.actions; }
+    bool quiet() const { return m_request.quiet; }
+    /// Whether the user has had it before his eyes.
+    bool seen() const { return m_seen; }
 
 private:
     friend class NotificationCenter;
-    Notification(std::wstring title, std::wstring text, std::wstring clickText, std::wstring file,
-                 std::wstring clientID, NotificationType type, Object* subject)
-        : m_title(std::move(title)),
-          m_text(std::move(text)),
-          m_clickText(std::move(clickText)),
-          m_file(std::move(file)),
-          m_contextInfo(std::move(clientID)),
-          m_type(type),
-          m_time(std::time(nullptr)),
-          m_subject(subject)
+    explicit Notification(NotificationRequest request)
+        : m_request(std::move(request)), m_contextInfo(m_request.clientID), m_time(std::time(nullptr))
     {
     }
 
-    std::wstring m_title, m_text, m_clickText, m_file;
+    NotificationRequest m_request;
     NotificationContextInfo m_contextInfo;
-    NotificationType m_type;
     std::time_t m_time;
-    Object* m_subject;
+    bool m_seen = false;
 };
 
 class NotificationEvent : public Implements<NotificationEvent, Event>
@@ -107,6 +127,7 @@ class NotificationsEventSite : public EventSite
 {
 public:
     virtual void notificationSent(NotificationEvent*) {}
+    virtual void notificationSeen(NotificationEvent*) {}
     /// While it is still there.
     virtual void notificationRemoved(NotificationEvent*) {}
     /// Each site is asked; it looks whether the notification is one of its own, and still exists.
@@ -125,6 +146,10 @@ public:
     {
         fire(&NotificationsEventSite::notificationSent, event);
     }
+    void fireNotificationSeen(NotificationEvent* event)
+    {
+        fire(&NotificationsEventSite::notificationSeen, event);
+    }
     void fireNotificationRemoved(NotificationEvent* event)
     {
         fire(&NotificationsEventSite::notificationRemoved, event);
@@ -135,7 +160,7 @@ public:
     }
 };
 
-/// All notifications that weren't dismissed. Main thread only.
+/// All notifications that weren't dismissed, of which it keeps the latest hundred. Main thread only.
 class NotificationCenter
 {
 public:
@@ -145,15 +170,23 @@ public:
     Notification* sendNotification(const std::wstring& title, const std::wstring& text,
                                    const std::wstring& clickText, const std::wstring& file,
                                    const std::wstring& clientID, NotificationType type, Object* subject);
+    /// The answer is null if a site has removed it at once.
+    Notification* sendNotification(NotificationRequest request);
     [[nodiscard]] bool exists(const Notification* notification) const;
     /// Adds those of one sender, the oldest first.
     void notificationsByClientID(const std::wstring& clientID, std::vector<Notification*>& found) const;
     /// The newest first.
     [[nodiscard]] std::vector<Notification*> notifications() const;
-    /// One that isn't there is passed over.
+    /// How many the user has not seen yet.
+    [[nodiscard]] size_t unseen() const;
+    void markSeen(Notification* notification);
+    /// Here and below, one that isn't there is passed over.
     void remove(Notification* notification);
+    void removeByClientID(const std::wstring& clientID);
     /// As a click does.
     void activate(Notification* notification);
+    /// As a click on the button of its action of that number.
+    void act(Notification* notification, size_t action);
 
 private:
     NotificationCenter() = default;
@@ -167,8 +200,8 @@ namespace Vu {
 class NotificationsEventSiteFactory
 {
 public:
-    /// The site that shows notifications: in the window's alert list, or without one as a line of text. The
-    /// caller owns it and deletes it; it subscribes by itself.
+    /// The site that tells notifications where no window shows them: as a line of text. The caller owns it
+    /// and deletes it; it subscribes by itself.
     [[nodiscard]] static Vs::NotificationsEventSite* buildEventSite();
 };
 

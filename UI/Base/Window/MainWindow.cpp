@@ -19,8 +19,8 @@
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/MouseEvents.h"
 #include "UI/Base/View/SplitViewMgr.h"
-#include "UI/Base/Window/AlertButton.h"
 #include "UI/Base/Window/AreaBuilder.h"
+#include "UI/Base/Window/BellButton.h"
 #include "UI/Base/Window/BrowserPanel.h"
 #include "UI/Base/Window/CanvasMenu.h"
 #include "UI/Base/Window/CommandBox.h"
@@ -33,6 +33,7 @@
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Window/RestingCommand.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/ToastStack.h"
 #include "UI/Base/Workspace/Arrangement.h"
 #include "UI/Base/Workspace/Layout.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -63,6 +64,8 @@ namespace {
 
 constexpr int kFirstWidth = 1280;
 constexpr int kFirstHeight = 800;
+/// About what a window manager adds at the top.
+constexpr int kTitleBar = 36;
 constexpr int kMessageTime = 15000;
 constexpr const wchar_t* kDeleteCommand = L"DeleteCommand";
 constexpr const wchar_t* kExitCommand = L"ExitApplicationCommand";
@@ -103,7 +106,8 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
       m_attic(new QWidget(this)),
       m_progress(new ProgressPanel(this)),
       m_message(PlainText::label(this)),
-      m_alerts(new AlertButton(this)),
+      m_bell(new BellButton(m_progress, this)),
+      m_toasts(new ToastStack(this)),
       m_panel(new CommandPanel(owner->workspace(), this))
 {
     m_attic->hide();
@@ -115,7 +119,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     m_message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(m_message, 1);
     statusBar()->addPermanentWidget(m_progress);
-    statusBar()->addPermanentWidget(m_alerts);
+    statusBar()->addPermanentWidget(m_bell);
     statusBar()->setSizeGripEnabled(false);
 
     m_rebuildTimer.setSingleShot(true);
@@ -132,8 +136,6 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     WorkspaceEventSource::get()->subscribe(this);
     ToolbarManager::get()->subscribe(this);
     AlertEventSource::get()->subscribe(this);
-    for (const Alert& alert : CommandMgr::get()->GetAlertController()->alerts())
-        m_alerts->add(alert);
     rebuild();
 }
 
@@ -159,7 +161,7 @@ void MainWindow::restoreSize()
         return;
     QSize size(kFirstWidth, kFirstHeight);
     if (const QScreen* screen = QGuiApplication::primaryScreen())
-        size = size.boundedTo(screen->availableSize());
+        size = size.boundedTo(screen->availableSize() - QSize(2 * kMargin, kTitleBar));
     resize(size);
 }
 
@@ -392,13 +394,13 @@ void MainWindow::message(const QString& text, bool isError)
 
 void MainWindow::alertAdded(AlertController*, const Alert& alert)
 {
-    m_alerts->add(alert);
-    message(QString::fromStdWString(alert.text), alert.severity == EAlertSeverity::Error);
+    // Any other shows over the window.
+    if (alert.blocking || alert.severity == EAlertSeverity::Information)
+        message(QString::fromStdWString(alert.text), alert.severity == EAlertSeverity::Error);
 }
 
 void MainWindow::alertsCleared(AlertController*)
 {
-    m_alerts->clear();
     m_message->clear();
 }
 

@@ -19,14 +19,15 @@ class QLabel;
 
 namespace Vu {
 
-class AlertButton;
 class Area;
+class BellButton;
 class BrowserPanel;
 class CommandBox;
 class CommandButton;
 class CommandPanel;
 class CommandDefinition;
 class ProgressPanel;
+class ToastStack;
 class WorkspaceWindow;
 
 /// The widgets of a workspace window.
@@ -56,6 +57,8 @@ public:
     CommandBox* commandBox();
     ProgressPanel* progressPanel() const { return m_progress; }
     CommandPanel* commandPanel() const { return m_panel; }
+    BellButton* bell() const { return m_bell; }
+    ToastStack* toasts() const { return m_toasts; }
     const std::vector<CommandButton*>& buttons() const { return m_buttons; }
 
 protected:
@@ -101,7 +104,8 @@ private:
     QPointer<CommandBox> m_commandBox;
     ProgressPanel* m_progress;
     QLabel* m_message;
-    AlertButton* m_alerts;
+    BellButton* m_bell;
+    ToastStack* m_toasts;
     CommandPanel* m_panel;
     std::vector<QPointer<QWidget>> m_before; ///< Layouts of before, which go at the end of the event.
     std::vector<CommandButton*> m_buttons;

@@ -13,6 +13,8 @@
 #include <QProgressBar>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace Vu {
 namespace {
 constexpr int kBarWidth = 180;
@@ -59,8 +61,29 @@ void ProgressPanel::show(double fraction, const QString& step)
     m_bar->setValue(static_cast<int>(fraction * kSteps));
 }
 
+int ProgressPanel::value() const
+{
+    return m_bar->value();
+}
+
+int ProgressPanel::steps()
+{
+    return kSteps;
+}
+
+bool ProgressPanel::isAlive(const QObject* object) const
+{
+    if (object == m_cancel)
+        return true;
+    const QWidget* widget = qobject_cast<const QWidget*>(object);
+    return widget && std::any_of(m_alive.begin(), m_alive.end(), [&](const QWidget* alive) {
+               return alive == widget || alive->isAncestorOf(widget);
+           });
+}
+
 void ProgressPanel::tell(const QString& text)
 {
+    m_shownText = text;
     m_text->setText(fontMetrics().elidedText(text, Qt::ElideMiddle, kLongestText));
     PlainText::setTooltip(m_text, text);
 }
@@ -129,7 +152,7 @@ bool BusyFilter::eventFilter(QObject* object, QEvent* event)
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
         // Events come to the native window first, which hands them on to the widget below the pointer.
-        return object->isWidgetType() && object != m_panel->cancelButton();
+        return object->isWidgetType() && !m_panel->isAlive(object);
     default:
         return false;
     }

@@ -4,6 +4,7 @@
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/StringTable.h"
 #include "UI/Base/Window/CanvasWidget.h"
+#include "UI/Base/Window/DesktopNotifications.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/QtWindow.h"
@@ -62,6 +63,7 @@ std::unique_ptr<QCoreApplication> QtDisplay::makeApplication(int& count, char** 
         applyTheme();
         translateQt(application.get());
         setWindowIcon();
+        new DesktopNotifications(application.get());
     }
     return application;
 }

@@ -1,9 +1,17 @@
 #include "UI/Base/Window/QtWindow.h"
 
+#include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Window/ProgressPanel.h"
+
+#include <QElapsedTimer>
 
 namespace Vu {
 namespace {
+
+/// Whoever waited less has hardly gone elsewhere, in milliseconds.
+constexpr qint64 kLongWork = 4000;
+constexpr qint64 kSecond = 1000;
 
 class PanelProgress : public ProgressDisplay
 {
@@ -12,6 +20,8 @@ public:
 
     void begin(const std::wstring& title) override
     {
+        m_title = title;
+        m_clock.start();
         m_panel->begin(QString::fromStdWString(title));
         if (!m_filter)
             m_filter = std::make_unique<BusyFilter>(m_panel);
@@ -24,11 +34,25 @@ public:
     {
         m_filter.reset();
         m_panel->end();
+        if (m_clock.elapsed() >= kLongWork && !m_panel->cancelled() && !m_panel->window()->isActiveWindow())
+            tellEnd();
     }
     bool cancelled() const override { return m_panel->cancelled(); }
 
 private:
+    /// To who is elsewhere.
+    void tellEnd() const
+    {
+        Vs::NotificationRequest request;
+        request.title = m_title;
+        request.text = localizedFormat("WorkEnded", "Ended after %1% seconds.", m_clock.elapsed() / kSecond);
+        request.clientID = L"Work";
+        Vs::NotificationCenter::get()->sendNotification(std::move(request));
+    }
+
     ProgressPanel* m_panel;
+    std::wstring m_title;
+    QElapsedTimer m_clock;
     std::unique_ptr<BusyFilter> m_filter;
 };
 

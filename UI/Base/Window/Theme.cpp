@@ -60,9 +60,18 @@ QToolButton[flat="true"]::menu-indicator { image: none; }
 QToolButton[flat="true"][popupMode="1"] { padding-right: 16px; }
 QToolButton[flat="true"]::menu-button { border: none; border-radius: 4px; width: 13px; }
 QToolButton[flat="true"]::menu-button:hover { background: palette(mid); }
-QToolButton#alerts { border: 1px solid transparent; border-radius: 4px; padding: 1px 6px; }
-QToolButton#alerts:hover { border-color: palette(mid); }
-QToolButton#alerts::menu-indicator { image: none; }
+QToolButton#bell { border: 1px solid transparent; border-radius: 4px; padding: 1px 6px; }
+QToolButton#bell:hover, QToolButton#bell:focus { border-color: palette(mid); }
+QFrame#notificationPanel { background: palette(window); border: 1px solid palette(mid); }
+QWidget#notificationList { background: palette(base); }
+QFrame#notification { background: palette(base); border: 1px solid palette(base); border-bottom-color: palette(mid); }
+QFrame#notification:focus { border-color: palette(highlight); }
+QFrame#toast { background: palette(base); border: 1px solid palette(mid); border-radius: 8px; }
+QLabel#notificationTitle { font-weight: bold; }
+QLabel#notificationFile { color: palette(placeholder-text); }
+QLabel#notificationClick { color: palette(link); }
+QToolButton#notificationAction { border: 1px solid palette(mid); border-radius: 4px; padding: 3px 10px; background: palette(button); }
+QToolButton#notificationAction:hover, QToolButton#notificationAction:focus { border-color: palette(highlight); }
 QFrame#strip { border: none; border-bottom: 1px solid palette(mid); }
 QFrame#commandBox { border: none; border-top: 1px solid palette(mid); }
 QFrame#commandPanel { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }

@@ -1,11 +1,14 @@
 #include "UI/Commands/Documents/ExportCmd.h"
 
+#include "Server/Base/OS.h"
+#include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
+#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/UIInternalOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -129,6 +132,26 @@ void rememberKind(const std::wstring& name)
         UIInternalOptionGroup::get()->setValue(kLastSuffixOption, name.substr(name.rfind(L'.')));
 }
 
+/// Where a window shows it; a line answers for itself.
+void tellExported(const std::wstring& name)
+{
+    if (!Application::get()->mainWidget())
+        return;
+    const Vs::PathInfo::Path path = Vs::PathInfo::absolute(name);
+    Vs::NotificationRequest request;
+    request.title = localizedFormat("Exported", "Exported \"%1%\"", path.filename().wstring());
+    request.file = path.wstring();
+    request.clientID = L"Exported";
+    request.actions.push_back({localized("ShowInFolder", "Show in folder"),
+                               [folder = path.parent_path().wstring()] {
+                                   if (!Vs::OS::platformShellOpen(folder))
+                                       MessageBox::warning(localizedFormat(
+                                           "FolderNotShown", "The folder \"%1%\" can't be shown.", folder));
+                               },
+                               false});
+    Vs::NotificationCenter::get()->sendNotification(std::move(request));
+}
+
 void applyTessellation(Vs::TranslatorSaveOptions& options, int tessellation)
 {
     options.resetRefinement();
@@ -198,7 +221,10 @@ void ExportCmd::onExecute(Vs::Status& status)
     applyTessellation(*options, tessellation);
     Vs::TranslatorContext context;
     const WaitCursor wait;
-    if (!translator->save(*options, context, status) && status.isOk())
+    const bool saved = translator->save(*options, context, status);
+    if (saved)
+        tellExported(name);
+    else if (status.isOk())
         status.addError(localizedFormat("ExportCancelled", "Writing \"%1%\" was cancelled.", name));
     options->exportInDisplayUnit() = true;
     options->combineSolids() = false;
@@ -269,6 +295,7 @@ void ExportAsCmd::onExecute(Vs::Status& status)
         return;
     }
     rememberKind(name);
+    tellExported(name);
 }
 
 void ExportAsCmd::onEnd(ETerminationReason reason)

@@ -6,6 +6,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
+#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -55,6 +56,23 @@ Vs::EDocMgmtOpCode askAboutFiles(const Vs::IDocMgmtHandler::Documents& documents
     return Vs::eDocMgmtGoOn;
 }
 
+/// One for each file: who saves often doesn't want to read it as often.
+void tellSaved(const Vs::Document& document)
+{
+    constexpr const wchar_t* kSender = L"Saved";
+    auto* center = Vs::NotificationCenter::get();
+    std::vector<Vs::Notification*> earlier;
+    center->notificationsByClientID(kSender, earlier);
+    for (Vs::Notification* notification : earlier)
+        if (notification->file() == document.path())
+            center->remove(notification);
+    Vs::NotificationRequest request;
+    request.title = localizedFormat("DocumentSaved", "\"%1%\" is saved", document.displayName());
+    request.file = document.path();
+    request.clientID = kSender;
+    center->sendNotification(std::move(request));
+}
+
 } // namespace
 
 SavingHandler::SavingHandler()
@@ -99,6 +117,8 @@ Vs::EDocMgmtOpCode SavingHandler::onSavingChangedFiles(const Documents& document
 void SavingHandler::documentSaved(Vs::DocumentEvent* event)
 {
     const Vs::Document* document = event->document();
+    if (document->isOnDisk() && Application::get()->mainWidget())
+        tellSaved(*document);
     DocumentSession* session = SessionMgr::get()->documentSession(event->document());
     if (!session->firstSave() || !document->isOnDisk())
         return;

@@ -1,0 +1,143 @@
+#include "UI/Base/Window/Glyph.h"
+
+#include "UI/Base/Window/Theme.h"
+
+#include <QApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPalette>
+
+#include <algorithm>
+
+namespace Vu {
+namespace {
+
+/// All signs are drawn in a square of this side, whose middle is the origin.
+constexpr double kSide = 24;
+constexpr double kRadius = 9;
+
+QColor colourOf(Glyph glyph)
+{
+    const QPalette palette = QApplication::palette();
+    switch (glyph) {
+    case Glyph::Error:
+        return errorColour();
+    case Glyph::Warning:
+        return isDark() ? QColor(0xf2, 0xb8, 0x4b) : QColor(0xa8, 0x62, 0x00);
+    case Glyph::Information:
+    case Glyph::Offer:
+        return palette.color(QPalette::Highlight);
+    default:
+        return palette.color(QPalette::ButtonText);
+    }
+}
+
+void drawBell(QPainter& painter)
+{
+    QPainterPath body(QPointF(-7.5, 5.5));
+    body.cubicTo({-5, 3}, {-5.5, -1}, {-5, -3});
+    body.cubicTo({-4.5, -9.5}, {4.5, -9.5}, {5, -3});
+    body.cubicTo({5.5, -1}, {5, 3}, {7.5, 5.5});
+    body.closeSubpath();
+    painter.drawPath(body);
+    QPainterPath clapper(QPointF(-2.5, 8));
+    clapper.cubicTo({-1.5, 10}, {1.5, 10}, {2.5, 8});
+    painter.drawPath(clapper);
+}
+
+void drawTriangle(QPainter& painter)
+{
+    QPainterPath path(QPointF(0, -8.5));
+    path.lineTo(9, 7.5);
+    path.lineTo(-9, 7.5);
+    path.closeSubpath();
+    painter.drawPath(path);
+}
+
+/// What stands in the filled shapes.
+void drawSign(QPainter& painter, Glyph glyph)
+{
+    switch (glyph) {
+    case Glyph::Error:
+        painter.drawLine(QPointF(-3, -3), QPointF(3, 3));
+        painter.drawLine(QPointF(-3, 3), QPointF(3, -3));
+        break;
+    case Glyph::Warning:
+        painter.drawLine(QPointF(0, -3), QPointF(0, 1.5));
+        painter.drawPoint(QPointF(0, 5));
+        break;
+    case Glyph::Information:
+        painter.drawPoint(QPointF(0, -4.5));
+        painter.drawLine(QPointF(0, -1), QPointF(0, 4.5));
+        break;
+    default:
+        painter.drawLine(QPointF(-4, 0), QPointF(4, 0));
+        painter.drawLine(QPointF(1, -3), QPointF(4, 0));
+        painter.drawLine(QPointF(1, 3), QPointF(4, 0));
+    }
+}
+
+void draw(QPainter& painter, Glyph glyph, const QColor& colour)
+{
+    QPen pen(colour, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    painter.setPen(pen);
+    if (glyph == Glyph::Bell) {
+        drawBell(painter);
+        return;
+    }
+    if (glyph == Glyph::Close) {
+        painter.drawLine(QPointF(-5, -5), QPointF(5, 5));
+        painter.drawLine(QPointF(-5, 5), QPointF(5, -5));
+        return;
+    }
+    painter.setBrush(colour);
+    if (glyph == Glyph::Warning)
+        drawTriangle(painter);
+    else
+        painter.drawEllipse(QPointF(), kRadius, kRadius);
+    pen.setColor(QApplication::palette().color(QPalette::Base));
+    pen.setWidthF(2.2);
+    painter.setPen(pen);
+    drawSign(painter, glyph);
+}
+
+class GlyphEngine : public QIconEngine
+{
+public:
+    explicit GlyphEngine(Glyph glyph) : m_glyph(glyph) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
+    {
+        const double scale = std::min(rect.width(), rect.height()) / kSide;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(QRectF(rect).center());
+        painter->scale(scale, scale);
+        draw(*painter, m_glyph,
+             mode == QIcon::Disabled ? QApplication::palette().color(QPalette::PlaceholderText)
+                                     : colourOf(m_glyph));
+        painter->restore();
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap picture(size);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return picture;
+    }
+    QIconEngine* clone() const override { return new GlyphEngine(m_glyph); }
+
+private:
+    Glyph m_glyph;
+};
+
+} // namespace
+
+QIcon glyphIcon(Glyph glyph)
+{
+    return QIcon(new GlyphEngine(glyph));
+}
+
+} // namespace Vu

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QIcon>
+
+namespace Vu {
+
+/// Small signs of the window itself, drawn at whatever size and density they are shown.
+enum class Glyph { Bell, Error, Warning, Information, Offer, Close };
+
+/// The colour is asked for when the icon is drawn, so that it follows the palette.
+[[nodiscard]] QIcon glyphIcon(Glyph glyph);
+
+} // namespace Vu
