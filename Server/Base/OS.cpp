@@ -7,6 +7,7 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <thread>
+#include <utility>
 
 extern char** environ;
 
@@ -22,7 +23,7 @@ std::string& program()
 
 } // namespace
 
-bool platformShellOpen(const std::wstring& target)
+bool platformShellOpen(const std::wstring& target, std::function<void()> failed)
 {
     std::string argument = Strings::toBytes(target);
     if (argument.empty() || argument.front() == '-' || argument.find('\0') != std::string::npos)
@@ -39,9 +40,13 @@ bool platformShellOpen(const std::wstring& target)
     if (error != 0)
         return false;
     // Somebody must take the child's exit code, or it stays as a zombie for as long as the program runs.
-    std::thread([child] {
-        while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-        }
+    std::thread([child, failed = std::move(failed)] {
+        int end = 0;
+        while (waitpid(child, &end, 0) < 0)
+            if (errno != EINTR)
+                return;
+        if (failed && !(WIFEXITED(end) && WEXITSTATUS(end) == 0))
+            failed();
     }).detach();
     return true;
 }

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace Vs::OS {
 
 /// Opens a file or a web address with the program that the desktop has for it. The text is handed over as it
 /// is, never through a shell. Returns false if it is empty, looks like an option, or cannot be handed over;
-/// returns before the other program is there.
-[[nodiscard]] bool platformShellOpen(const std::wstring& target);
+/// returns before the other program is there. `failed` is called, on a thread of its own, if it turns out
+/// afterwards that no program took it.
+[[nodiscard]] bool platformShellOpen(const std::wstring& target, std::function<void()> failed = {});
 
 /// Replaces what platformShellOpen runs, "xdg-open"; for desktops that have another, and for tests.
 void shellOpenProgram(const std::string& program);

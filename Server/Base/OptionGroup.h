@@ -91,6 +91,8 @@ public:
         if (!(value == (*this)()))
             m_group.setValue(m_name, value);
     }
+    /// What it is as long as nobody set it.
+    const T& fallBack() const { return m_fallBack; }
 
 private:
     OptionGroup& m_group;

@@ -6,6 +6,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
+#include "Server/Base/StringTable.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/TextCommandMgr.h"
@@ -21,6 +22,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AutoSaving.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
@@ -77,6 +79,15 @@ bool takeProfile(const boost::filesystem::path& folder)
     }
     Vs::PathInfo::profileDirectory(absolute);
     return true;
+}
+
+/// Before any text is asked for. A run without a window speaks the language of its environment, as other
+/// programs in scripts do.
+void takeLanguage(const CommandLine& line)
+{
+    const std::wstring wanted = Vu::UIBaseOptionGroup::get()->language();
+    if (!line.headless && wanted != L"system")
+        Vs::StringTable::language(Vs::Strings::narrow(wanted));
 }
 
 std::string historyFile()
@@ -236,6 +247,7 @@ int runProgram(CommandLine line, int& count, char** arguments)
         Vs::DocumentOpener::expect(line.files.front());
     Vu::installHost();
     Vu::Application::initialize(count, arguments, line.headless);
+    takeLanguage(line);
     bool whole = true;
     if (!loadAddIns(whole))
         return kExitUsage;

@@ -1,5 +1,6 @@
 #include "UI/Base/Host.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/RunOptions.h"
 #include "Server/DataModel/Document.h"
@@ -8,14 +9,15 @@
 #include "Server/DataModel/TransactionMgr.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDialog.h"
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/Command/Private/CommandDialog.h"
 #include "UI/Base/Command/Private/CommandHost.h"
 #include "UI/Base/Lines/Transcripts.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Private/AlertNotifications.h"
 #include "UI/Base/Program/Private/ApplicationHost.h"
+#include "UI/Base/Program/Private/FileEdition.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/Environment.h"
 #include "UI/Base/Session/Private/SavingHandler.h"
@@ -225,6 +227,8 @@ void installHost()
     // A run without a main loop tells between two lines.
     Vs::FileChecks::results().wakeUp(
         [] { Application::get()->deferredTasks()->post([] { Vs::FileChecks::results().runOnce(); }); });
+    Application::get()->addService(std::make_unique<FileEdition>(Vs::PathInfo::rootDirectory() / "UI" /
+                                                                 "Base" / "Edition" / "Edition.json"));
     installTranscripts();
     StepSurroundings::install();
     static auto* const saving = new SavingHandler;

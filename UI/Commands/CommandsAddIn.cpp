@@ -37,6 +37,9 @@
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
 #include "UI/Commands/ExitApplicationCmd.h"
 #include "UI/Commands/Help/AboutBoxCmd.h"
+#include "UI/Commands/Help/LinkCmds.h"
+#include "UI/Commands/Help/ProgramCmds.h"
+#include "UI/Commands/Help/SubscriptionCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Measure/MeasureCmdDef.h"
 #include "UI/Commands/Resources.h"
@@ -128,10 +131,20 @@ private:
     UndoCmdDef m_undoCmdDef;
     RedoCmdDef m_redoCmdDef;
     RepeatCmdDef m_repeatCmdDef;
+    ProductTourGuideCmdDef m_productTourGuideCmdDef;
+    HelpCmdDef m_helpCmdDef;
+    SubscriptionCmdDef m_subscriptionCmdDef;
+    VideosCmdDef m_videosCmdDef;
+    FeedbackCmdDef m_feedbackCmdDef;
+    JoinDiscussionCmdDef m_joinDiscussionCmdDef;
+    SuggestboxCmdDef m_suggestboxCmdDef;
     EnableAdaptiveSnapCmdDef m_enableAdaptiveSnapCmdDef;
     DisableAdaptiveSnapCmdDef m_disableAdaptiveSnapCmdDef;
     SetSnapValueCmdDef m_setSnapValueCmdDef;
+    OpenWebBrowserCmdDef m_openWebBrowserCmdDef;
+    CIPCmdDef m_cipCmdDef;
     MeasureCmdDef m_measureCmdDef;
+    PreferencesCmdDef m_preferencesCmdDef;
     RunScriptCmdDef m_runScriptCmdDef;
     OrbitCmdDef m_orbitCmdDef;
     FreeOrbitCmdDef m_freeOrbitCmdDef;

@@ -11,6 +11,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <chrono>
+#include <future>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <thread>
@@ -279,6 +280,15 @@ TEST_F(PathsTest, AreHandedToTheDesktopWithoutAShell)
     EXPECT_FALSE(Vs::OS::platformShellOpen(L"--help"));
     Vs::OS::shellOpenProgram("/no/such/program");
     EXPECT_FALSE(Vs::OS::platformShellOpen(L"x"));
+
+    // A program that takes it, and one that finds nothing to open it with.
+    for (const bool takes : {true, false}) {
+        Vs::OS::shellOpenProgram(takes ? "true" : "false");
+        std::promise<void> failed;
+        ASSERT_TRUE(Vs::OS::platformShellOpen(L"https://a.example", [&] { failed.set_value(); }));
+        const auto wait = takes ? std::chrono::milliseconds(200) : std::chrono::milliseconds(10000);
+        EXPECT_EQ(failed.get_future().wait_for(wait) == std::future_status::ready, !takes);
+    }
     Vs::OS::shellOpenProgram("xdg-open");
 }
 

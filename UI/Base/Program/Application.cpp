@@ -250,6 +250,15 @@ void Application::showAboutBox(bool extended)
         inform(text);
 }
 
+void Application::showPreferences()
+{
+    if (QWidget* parent = mainWidget(); parent && !headless() && !testing())
+        Display::get()->showPreferences(parent);
+    else
+        inform(localized("PreferencesByLines",
+                         "Options.List lists the preferences, Options.Set sets one of them."));
+}
+
 QWidget* Application::mainWidget() const
 {
     return ApplicationHost::get()->mainWidget();

@@ -61,18 +61,24 @@ public:
     /// Name, version and licence; `extended` adds what the program is built on. Headless, the text is a
     /// message.
     void showAboutBox(bool extended);
+    /// The dialog with what the user may set; headless, the line that lists it.
+    void showPreferences();
 
-    /// The service of interface T, or null:
+    /// The service of interface T that was added last, or null:
     /// `Application::get()->service<Vs::Services::ApplicationEditionService>()`.
     template <class T>
     T* service() const
     {
-        for (const auto& candidate : m_services)
-            if (T* found = Vs::cast<T>(candidate.get()))
+        for (auto candidate = m_services.rbegin(); candidate != m_services.rend(); ++candidate)
+            if (T* found = Vs::cast<T>(candidate->get()))
                 return found;
         return nullptr;
     }
     void addService(std::unique_ptr<Vs::Object> service) { m_services.push_back(std::move(service)); }
+    void removeService(const Vs::Object* service)
+    {
+        std::erase_if(m_services, [&](const auto& candidate) { return candidate.get() == service; });
+    }
 
     /// The parent for dialogs: the active workspace window's widget; null as long as no window is shown.
     QWidget* mainWidget() const;

@@ -34,6 +34,8 @@ public:
     /// Undo and redo bring back what was selected, and where the camera was.
     Vs::Option<bool> undoSelectionAndCamera{*this, "undoSelectionAndCamera", false};
     Vs::Option<std::wstring> lastDirectory{*this, "lastDirectory", L""};
+    /// Of the window's texts: "en", "de", or "system" for that of the environment. Read at the start.
+    Vs::Option<std::wstring> language{*this, "language", L"system"};
     Vs::Option<std::wstring> theme{*this, "theme", L"system"}; ///< "light", "dark" or "system".
     /// Place and size of the window when it was last closed, as the toolkit writes them.
     Vs::Option<std::wstring> windowGeometry{*this, "windowGeometry", L""};

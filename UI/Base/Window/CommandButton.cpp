@@ -129,7 +129,8 @@ void addCommand(QMenu* menu, CommandDefinition* definition)
     }
     QObject::connect(menu, &QMenu::aboutToShow, action, [definition, action] {
         CommandContext context = CommandContext::activeContext();
-        action->setEnabled(definition->isAvailable(&context));
+        action->setVisible(definition->isVisible(&context));
+        action->setEnabled(definition->isApplicable(&context));
     });
 }
 

@@ -34,6 +34,7 @@
 #include "UI/Base/Window/RestingCommand.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Window/ToastStack.h"
+#include "UI/Base/Window/TourOverlay.h"
 #include "UI/Base/Workspace/Arrangement.h"
 #include "UI/Base/Workspace/Layout.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -238,6 +239,14 @@ QWidget* MainWindow::contents(Area& area, QWidget* parent)
     return widget;
 }
 
+QWidget* MainWindow::markedContents(Area& area, QWidget* parent)
+{
+    QWidget* widget = contents(area, parent);
+    if (widget && area.contents())
+        TourOverlay::markArea(widget, area.contents()->text());
+    return widget;
+}
+
 QWidget* MainWindow::enclose(const Area& area, QWidget* inner)
 {
     if (!area.contents() || area.contents()->text() != "ScrollPage")
@@ -267,7 +276,7 @@ void MainWindow::rebuild()
         before->deleteLater();
     }
     Arrangement* arrangement = m_owner->activeArrangement();
-    const AreaBuilder builder{[this](Area& area, QWidget* parent) { return contents(area, parent); },
+    const AreaBuilder builder{[this](Area& area, QWidget* parent) { return markedContents(area, parent); },
                               [this](const Area& area, QWidget* inner) { return enclose(area, inner); },
                               [this](Area& area, int extent) {
                                   m_resizing = true;

@@ -87,6 +87,7 @@ private:
     void alertsCleared(AlertController* controller) override;
 
     QWidget* contents(Area& area, QWidget* parent);
+    QWidget* markedContents(Area& area, QWidget* parent);
     QWidget* enclose(const Area& area, QWidget* inner);
     QWidget* strip(const std::string& contents, QWidget* parent);
     QWidget* canvasFrame(Area& area, QWidget* parent);

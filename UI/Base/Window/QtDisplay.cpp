@@ -6,6 +6,7 @@
 #include "UI/Base/Window/CanvasWidget.h"
 #include "UI/Base/Window/DesktopNotifications.h"
 #include "UI/Base/Window/PlainText.h"
+#include "UI/Base/Window/PreferencesDialog.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/QtWindow.h"
 #include "UI/Base/Window/Theme.h"
@@ -60,7 +61,7 @@ std::unique_ptr<QCoreApplication> QtDisplay::makeApplication(int& count, char** 
     auto application = std::make_unique<QApplication>(count, arguments);
     application->setQuitOnLastWindowClosed(false);
     if (!headless) {
-        applyTheme();
+        followTheme();
         translateQt(application.get());
         setWindowIcon();
         new DesktopNotifications(application.get());
@@ -98,6 +99,11 @@ void QtDisplay::showAbout(const std::wstring& title, const std::wstring& text, Q
     constexpr int kPictureSide = 64;
     box->setIconPixmap(QApplication::windowIcon().pixmap(kPictureSide, kPictureSide));
     box->exec();
+}
+
+void QtDisplay::showPreferences(QWidget* parent)
+{
+    PreferencesDialog(parent).exec();
 }
 
 QCursor cursorOf(const Vs::CursorResource& resource)

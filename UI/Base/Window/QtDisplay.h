@@ -29,6 +29,7 @@ public:
         return QtDialogs::askFileNames(request, start, parent);
     }
     void showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent) override;
+    void showPreferences(QWidget* parent) override;
 
     bool readPicture(const std::wstring& path, Vs::Scene::Image& image) override
     {

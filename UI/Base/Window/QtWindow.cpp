@@ -3,6 +3,7 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Window/ProgressPanel.h"
+#include "UI/Base/Window/TourOverlay.h"
 
 #include <QElapsedTimer>
 
@@ -73,6 +74,11 @@ void QtWindow::bringToFront()
 {
     m_window->raise();
     m_window->activateWindow();
+}
+
+bool QtWindow::showTour(const std::vector<TourStep>& steps)
+{
+    return TourOverlay::show(m_window.get(), steps) != nullptr;
 }
 
 void QtWindow::message(const std::wstring& text, bool isError)

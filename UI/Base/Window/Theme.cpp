@@ -75,6 +75,7 @@ QToolButton#notificationAction:hover, QToolButton#notificationAction:focus { bor
 QFrame#strip { border: none; border-bottom: 1px solid palette(mid); }
 QFrame#commandBox { border: none; border-top: 1px solid palette(mid); }
 QFrame#commandPanel { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
+QFrame#tourCard { background: palette(window); border: 1px solid palette(highlight); border-radius: 8px; }
 QFrame#panelHead { border: none; border-bottom: 1px solid palette(mid); }
 QToolButton#inputGroup { border: none; border-radius: 4px; padding: 3px 0; text-align: left; font-weight: bold; }
 QToolButton#inputGroup:hover, QToolButton#inputGroup:focus { background: palette(midlight); }
@@ -101,20 +102,35 @@ QStatusBar { border-top: 1px solid palette(mid); }
 QStatusBar::item { border: none; }
 )";
 
+bool isDark(const QPalette& palette)
+{
+    constexpr int kMiddle = 128;
+    return palette.color(QPalette::Window).lightness() < kMiddle;
+}
+
 bool wantsDark()
 {
+    // The desktop's own palette tells which one its user likes; later it is the program's.
+    static const bool desktopIsDark = isDark(QApplication::palette());
     const std::wstring theme = UIBaseOptionGroup::get()->theme();
-    if (theme == L"dark" || theme == L"light")
-        return theme == L"dark";
-    // The desktop's own palette tells which one its user likes.
-    constexpr int kMiddle = 128;
-    return QApplication::palette().color(QPalette::Window).lightness() < kMiddle;
+    return theme == L"dark" || (theme != L"light" && desktopIsDark);
 }
+
+class ThemeOfOption : public Vs::OptionEventSite
+{
+    void optionChanged(Vs::OptionEvent* event) override
+    {
+        if (event->name() == "theme")
+            applyTheme();
+    }
+};
 
 } // namespace
 
 void applyTheme()
 {
+    if (!qApp)
+        return;
     const bool dark = wantsDark();
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(paletteOf(dark ? kDark : kLight));
@@ -138,10 +154,20 @@ void applyTheme()
     qApp->setStyleSheet(sheet);
 }
 
+void followTheme()
+{
+    applyTheme();
+    static auto* const site = [] {
+        auto* made = new ThemeOfOption;
+        UIBaseOptionGroup::get()->subscribe(made);
+        return made;
+    }();
+    static_cast<void>(site);
+}
+
 bool isDark()
 {
-    constexpr int kMiddle = 128;
-    return QApplication::palette().color(QPalette::Window).lightness() < kMiddle;
+    return isDark(QApplication::palette());
 }
 
 QColor errorColour()

@@ -162,6 +162,11 @@ void WorkspaceWindow::statusMessage(const std::wstring& text, bool isError)
         m_data->window->message(text, isError);
 }
 
+bool WorkspaceWindow::showTour(const std::vector<TourStep>& steps)
+{
+    return m_data->window && m_data->window->showTour(steps);
+}
+
 void WorkspaceWindow::refresh()
 {
     if (m_data->window)

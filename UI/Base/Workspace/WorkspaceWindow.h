@@ -15,6 +15,7 @@ class Arrangement;
 class ArrangementMgr;
 class MainWindow;
 class ProgressDisplay;
+struct TourStep;
 class Workspace;
 
 /// What of the display is to be drawn anew.
@@ -60,6 +61,8 @@ public:
 
     /// A line in the status bar; ignored before `show()`.
     void statusMessage(const std::wstring& text, bool isError = false);
+    /// Leads through the parts of the window. False before `show()`, or if none of the areas is shown.
+    bool showTour(const std::vector<TourStep>& steps);
     /// Brings the title, toolbars and browser up to date at the end of the event.
     void refresh();
     /// The same, for this library and its tests.

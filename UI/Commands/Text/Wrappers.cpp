@@ -18,6 +18,9 @@
 #include "UI/Commands/Documents/RecentDocumentsCmd.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
 #include "UI/Commands/ExitApplicationCmd.h"
+#include "UI/Commands/Help/LinkCmds.h"
+#include "UI/Commands/Help/ProgramCmds.h"
+#include "UI/Commands/Help/SubscriptionCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Selection/ClipboardCmds.h"
 #include "UI/Commands/Selection/RenameCommand.h"
@@ -138,6 +141,12 @@ void cmdId(const Parameters& parameters, CommandContext& context)
         context.addArgument(Vs::UniqueString::find("CmdId", true), parameters[0]);
 }
 
+void address(const Parameters& parameters, CommandContext& context)
+{
+    if (parameters.parameters() > 0)
+        context.addArgument(OpenWebBrowserCmdDef::addressArgumentName(), parameters[0]);
+}
+
 void newName(const Parameters& parameters, CommandContext& context)
 {
     if (parameters.parameters() == 1)
@@ -242,6 +251,15 @@ constexpr WrapperRow kRedoDropDown = {kArea, L"RedoDropDown", L"<TxnIndex> Redo 
 constexpr WrapperRow kSetSnapValue        = {kArea, L"SetSnapValueCmd",        L"Set snap value.", "", &SetSnapValueCmdDef::info};
 constexpr WrapperRow kEnableAdaptiveSnap  = {kArea, L"EnableAdaptiveSnapCmd",  L"Enable snap.", "", &EnableAdaptiveSnapCmdDef::info};
 constexpr WrapperRow kDisableAdaptiveSnap = {kArea, L"DisableAdaptiveSnapCmd", L"Disable snap.", "", &DisableAdaptiveSnapCmdDef::info};
+constexpr WrapperRow kCIP              = {kArea, L"CIPCmd",              L"CIP", "", &CIPCmdDef::info};
+constexpr WrapperRow kSubscription     = {kArea, L"SubscriptionCmd",     L"Subscription.", "", &SubscriptionCmdDef::info};
+constexpr WrapperRow kOpenWebBrowser   = {kArea, L"OpenWebBrowserCmd",   L"Activate web shell.", "", &OpenWebBrowserCmdDef::info, address};
+constexpr WrapperRow kFeedback         = {kArea, L"FeedbackCmd",         L"Feedback.", "", &FeedbackCmdDef::info};
+constexpr WrapperRow kHelp             = {kArea, L"HelpCmd",             L"Help.", "", &HelpCmdDef::info};
+constexpr WrapperRow kSuggestbox       = {kArea, L"SuggestboxCmd",       L"Suggestbox.", "", &SuggestboxCmdDef::info};
+constexpr WrapperRow kJoinDiscussion   = {kArea, L"JoinDiscussionCmd",   L"Join sDiscussion", "", &JoinDiscussionCmdDef::info};
+constexpr WrapperRow kProductTourGuide = {kArea, L"ProductTourGuideCmd", L"Show the Welcome Screen.", "", &ProductTourGuideCmdDef::info};
+constexpr WrapperRow kVideos           = {kArea, L"VideosCmd",           L"Videos.", "", &VideosCmdDef::info};
 // clang-format on
 
 Wrapper<kExitApplication> TextCmdVuCommandsExitApplicationCmd;
@@ -302,6 +320,15 @@ Wrapper<kRedoDropDown> TextCmdVuCommandsRedoDropDown;
 Wrapper<kSetSnapValue> TextCmdVuCommandsSetSnapValueCmd;
 Wrapper<kEnableAdaptiveSnap> TextCmdVuCommandsEnableAdaptiveSnapCmd;
 Wrapper<kDisableAdaptiveSnap> TextCmdVuCommandsDisableAdaptiveSnapCmd;
+Wrapper<kCIP> TextCmdVuCommandsCIPCmd;
+Wrapper<kSubscription> TextCmdVuCommandsSubscriptionCmd;
+Wrapper<kOpenWebBrowser> TextCmdVuCommandsOpenWebBrowserCmd;
+Wrapper<kFeedback> TextCmdVuCommandsFeedbackCmd;
+Wrapper<kHelp> TextCmdVuCommandsHelpCmd;
+Wrapper<kSuggestbox> TextCmdVuCommandsSuggestboxCmd;
+Wrapper<kJoinDiscussion> TextCmdVuCommandsJoinDiscussionCmd;
+Wrapper<kProductTourGuide> TextCmdVuCommandsProductTourGuideCmd;
+Wrapper<kVideos> TextCmdVuCommandsVideosCmd;
 
 } // namespace
 } // namespace Vu::Commands

@@ -4,7 +4,6 @@
 #include "Server/Base/OptionGroup.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Component/Component.h"
-#include "Server/DataModel/ApplicationEditionService.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -12,6 +11,7 @@
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "Tests/Support/Files.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
+#include "Tests/UI/Commands/WithEdition.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Program/Application.h"
@@ -315,27 +315,18 @@ TEST_F(OpenDocumentTest, ADocumentThatThePlatformOpensIsShownAndTakesAnEmptyClou
     EXPECT_EQ(recent(), std::vector<std::wstring>{L"behind.vlra"});
 }
 
-/// An edition that is asked for its filter as long as it has one.
-struct Edition : Vs::Implements<Edition, Vs::Services::ApplicationEditionService>
-{
-    std::wstring filter;
-    std::wstring defaultOpenFileFilterStr() const override { return filter; }
-};
-
 TEST_F(OpenDocumentTest, AnEditionImposesItsFilterThoughTheTranslatorsStayTheSame)
 {
     answer(L"Design.Sample");
     answer(L"Asset.Export " + file(L"part.stl"));
     answer(L"Document.CloseAll");
-    auto owned = std::make_unique<Edition>();
-    Edition* edition = owned.get();
-    Application::get()->addService(std::move(owned));
-    edition->filter = L"Ours (*.ours)";
     chooseFiles({file(L"part.stl")});
-    answer(L"VuCommands.OpenDocumentCmd");
+    {
+        const CommandsTests::WithEdition edition({.filter = L"Ours (*.ours)"});
+        answer(L"VuCommands.OpenDocumentCmd");
+    }
     EXPECT_EQ(m_filter, L"Ours (*.ours)");
     EXPECT_EQ(documents(), 1u);
-    edition->filter.clear();
     answer(L"VuCommands.OpenDocumentCmd");
     EXPECT_NE(m_filter.find(L"All supported files ("), std::wstring::npos);
 }

@@ -15,7 +15,8 @@ LITERALS = r'((?:"(?:[^"\\]|\\.)*"\s*)+)'
 CALL = re.compile(r'\b(?:localized|localizedFormat|text|panelText|getLocalizedString)\(\s*(?:(?:L"\w+"|kDomain),\s*)?"(\w+)",\s*' + LITERALS)
 ROW = re.compile(r'\.key = L"(\w+)",\s*\.title = ' + LITERALS + r'(?:,\s*\.titleKey = "(\w+)")?')
 TOOLTIP = re.compile(r'\.tooltip = ' + LITERALS + r',\s*\.tooltipKey = "(\w+)"')
-TITLED = re.compile(r"<\w+\s[^>]*\btitleKey=[^>]*>")
+PREFERENCE = re.compile(r'\bL"\w+\.\w+",\s*"(\w+)",\s*' + LITERALS)
+KEYED = re.compile(r"<\w+\s[^>]*\b\w+Key=[^>]*>")
 ENTRY = re.compile(r'^msgctxt "(\w+)"\nmsgid ' + LITERALS + r'msgstr ' + LITERALS, re.MULTILINE)
 
 
@@ -31,12 +32,16 @@ def texts_of(folder):
             texts[key] = joined(literals)
         for key, literals, title_key in ROW.findall(source):
             texts[title_key or key] = joined(literals)
+        for key, literals in PREFERENCE.findall(source):
+            texts[key] = joined(literals)
         for literals, key in TOOLTIP.findall(source):
             texts[key] = joined(literals)
     for path in sorted(folder.rglob("*.xml")):
-        for element in TITLED.findall(path.read_text()):
+        for element in KEYED.findall(path.read_text()):
             attributes = dict(re.findall(r'(\w+)="([^"]*)"', element))
-            texts[attributes["titleKey"]] = attributes.get("title", "")
+            for name, key in attributes.items():
+                if name.endswith("Key"):
+                    texts[key] = attributes.get(name.removesuffix("Key"), "")
     return {key: text for key, text in texts.items() if text}
 
 

@@ -11,6 +11,7 @@
 #include "Server/Types/UnitsOptionGroup.h"
 #include "Server/Types/Uuid.h"
 #include "Tests/UI/Commands/Recorded.h"
+#include "Tests/UI/Commands/WithEdition.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
@@ -95,6 +96,17 @@ const Session kSessions[] = {
     {L"CycleWorkspacesBackwardCommand", kModel + L"VuCommands.CycleWorkspacesBackwardCmd"},
     {L"SplitViewLayoutCommand",        kModel + L"Commands.Start SplitViewLayoutCommand Layout=Quad;Commands.Start SplitViewLayoutCommand Layout=OneView"},
     {L"AboutBoxCommand",               L"Commands.Start AboutBoxCommand"},
+    {L"HelpCommand",                   L"VuCommands.HelpCmd"},
+    {L"FeedbackCommand",               L"VuCommands.FeedbackCmd"},
+    {L"JoinDiscussionCommand",         L"VuCommands.JoinDiscussionCmd"},
+    {L"VideosCommand",                 L"Commands.Start VideosCommand Address=https://videos.example/3"},
+    {L"SuggestboxCommand",             L"VuCommands.SuggestboxCmd"},
+    {L"OpenWebBrowserCommand",         L"VuCommands.OpenWebBrowserCmd https://a.example/"},
+    {L"SubscriptionCommand",           L"VuCommands.SubscriptionCmd"},
+    {L"CIPCommand",                    L"VuCommands.CIPCmd"},
+    {L"ProductTourGuideCommand",       L"VuCommands.ProductTourGuideCmd"},
+    {L"PreferencesCommand",            L"Commands.Start PreferencesCommand"},
+    {L"Options.Set",                   L"Options.Set Units.generalPrecision 5"},
     {L"NotifyAutoSaveFilesCommand",    L"Commands.Start NotifyAutoSaveFilesCommand"},
     {L"RunScriptCommand",              L"VuCommands.RunScriptCmd {given}/boxes.py"},
     // Camera and views
@@ -241,6 +253,9 @@ const std::set<std::wstring> kTelling = {
     L"Document.SoftwareVersion",
     L"Model.CheckDigest",
     L"Model.Digest",
+    L"Options.Get",
+    L"Options.List",
+    L"Options.TourGuide",
     L"References.File",
     L"References.Mode",
     L"Script.Body",
@@ -325,6 +340,12 @@ protected:
         answer(L"VuCommands.SelectionFilterCmd selectVisible,Vertices,Edges,Faces,Bodies,Components");
         Recorded::TearDown();
     }
+
+    const CommandsTests::WithEdition edition{{.help = L"https://help.example/",
+                                              .feedback = L"us@mail.example",
+                                              .discussion = L"https://talk.example/",
+                                              .newestVersion = L"/no/such/file",
+                                              .suggestbox = {{L"Portal", L"https://wishes.example/"}}}};
 
     static std::wstring given() { return scratch(L"given"); }
     static std::wstring made() { return file(L"made"); }

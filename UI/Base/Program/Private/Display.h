@@ -3,6 +3,7 @@
 #include "UI/Base/Program/CanvasBand.h"
 #include "UI/Base/Program/CanvasRect.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/Tour.h"
 
 #include <cstdint>
 #include <memory>
@@ -90,6 +91,8 @@ public:
     virtual void showFullScreen() = 0;
 
     virtual void message(const std::wstring& text, bool isError) = 0;
+    /// False if none of the areas is shown.
+    virtual bool showTour(const std::vector<TourStep>& steps) = 0;
     /// Both at the end of the event.
     virtual void refresh() = 0;
     virtual void rebuild() = 0;
@@ -132,6 +135,8 @@ public:
     [[nodiscard]] virtual std::vector<std::wstring>
     askFileNames(const FileDialog::Request& request, const std::wstring& start, QWidget* parent) = 0;
     virtual void showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent) = 0;
+    /// Returns when the dialog is closed.
+    virtual void showPreferences(QWidget* parent) = 0;
 
     /// False if there is no picture in the file. Colours come as red, green, blue, opacity.
     [[nodiscard]] virtual bool readPicture(const std::wstring& path, Vs::Scene::Image& image) = 0;

@@ -1,4 +1,4 @@
-#include "UI/Base/Command/Private/CommandDialog.h"
+#include "UI/Base/Command/CommandDialog.h"
 
 #include "UI/Base/Command/CommandEvents.h"
 

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "UI/Base/Program/Preferences.h"
+
+#include <QDialog>
+
+#include <functional>
+#include <vector>
+
+class QGridLayout;
+class QLineEdit;
+class QListWidget;
+class QScrollArea;
+class QVBoxLayout;
+
+namespace Vu {
+
+/// All preferences below one another, one section for each page; the list beside them leads to a section, and
+/// the search field leaves those that it finds. What is changed holds at once.
+class PreferencesDialog : public QDialog
+{
+public:
+    explicit PreferencesDialog(QWidget* parent);
+
+private:
+    struct Row
+    {
+        const Preference* preference;
+        QWidget* label; ///< Null where the editor says by itself what it is.
+        QWidget* editor;
+        std::function<void()> read;
+    };
+    struct Section
+    {
+        QWidget* frame;
+        std::vector<Row> rows;
+    };
+
+    void addSections(QVBoxLayout* column);
+    void addRow(Section& section, QGridLayout* grid, const Preference& preference);
+    void search(const QString& text);
+    void resetAll();
+
+    QLineEdit* m_search;
+    QListWidget* m_pages;
+    QScrollArea* m_scroll;
+    std::vector<Section> m_sections;
+};
+
+} // namespace Vu

@@ -1,0 +1,34 @@
+#include "UI/Commands/Help/ProgramCmds.h"
+
+#include "Server/Base/TextCommandMgr.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/ProgressBar.h"
+#include "UI/Commands/Resources.h"
+
+#include <tuple>
+
+namespace Vu::Commands {
+
+// clang-format off
+constinit const CommandRow CIPCmdDef::kRow              = {.key = L"CIPCommand", .title = "Customer Involvement Program", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow PreferencesCmdDef::kRow      = {.key = L"PreferencesCommand", .title = "Preferences", .hotkey = "Ctrl+,", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow ProductTourGuideCmdDef::kRow = {.key = L"ProductTourGuideCommand", .title = "Tour the Interface", .icon = &Resources::TourGuide, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+// clang-format on
+
+CommandBase* CIPCmdDef::onCreateCommand(CommandContext* context)
+{
+    ProgressBar::get()->enable(false);
+    return new CIPCmd(this, context);
+}
+
+void PreferencesCmd::onExecute(Vs::Status&)
+{
+    Application::get()->showPreferences();
+}
+
+void ProductTourGuideCmd::onExecute(Vs::Status&)
+{
+    std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Options.TourGuide");
+}
+
+} // namespace Vu::Commands

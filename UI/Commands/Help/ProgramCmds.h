@@ -1,0 +1,62 @@
+#pragma once
+
+#include "UI/Commands/Help/HelpMenu.h"
+
+namespace Vu::Commands {
+
+/// The programme in which users let their usage be counted. Nobody runs it now: the command does nothing.
+class CIPCmdDef : public RowDefinition<CIPCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class CIPCmd : public Vs::Implements<CIPCmd, HelpMenuCmd>
+{
+public:
+    using Implements::Implements;
+
+protected:
+    void onExecute(Vs::Status&) override {}
+};
+
+class PreferencesCmd;
+
+/// Shows the user's settings.
+class PreferencesCmdDef : public CommandRowDefinition<PreferencesCmdDef, PreferencesCmd>
+{
+public:
+    static const CommandRow kRow;
+};
+
+class PreferencesCmd : public Vs::Implements<PreferencesCmd, HelpMenuCmd>
+{
+public:
+    using Implements::Implements;
+
+protected:
+    void onExecute(Vs::Status& status) override;
+};
+
+class ProductTourGuideCmd;
+
+/// Leads through the parts of the window.
+class ProductTourGuideCmdDef : public CommandRowDefinition<ProductTourGuideCmdDef, ProductTourGuideCmd>
+{
+public:
+    static const CommandRow kRow;
+};
+
+class ProductTourGuideCmd : public Vs::Implements<ProductTourGuideCmd, HelpMenuCmd>
+{
+public:
+    using Implements::Implements;
+
+protected:
+    void onExecute(Vs::Status& status) override;
+};
+
+} // namespace Vu::Commands
