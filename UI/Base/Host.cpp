@@ -5,6 +5,7 @@
 #include "Server/Base/RunOptions.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/FileChecks.h"
+#include "Server/DataModel/IDocMgmtHandler.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/DataModel/TransactionMgr.h"
 #include "UI/Base/Command/CommandBase.h"
@@ -154,6 +155,12 @@ public:
         return window != nullptr;
     }
     void closeWindows() override { WorkspaceMgr::get()->closeAll(); }
+    bool mayLeaveDocuments() override
+    {
+        const std::vector<Vs::Document*> open = SessionMgr::get()->openDocuments();
+        return Vs::IDocMgmtHandler::notifyClosingDirtyDocuments({open.begin(), open.end()}) !=
+               Vs::eDocMgmtStop;
+    }
 };
 
 class CanvasesOfWindows : public CanvasHost

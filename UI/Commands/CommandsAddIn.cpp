@@ -58,8 +58,10 @@
 #include "UI/Commands/Shells/DefaultShellFactory.h"
 #include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/InsertAssetCmd.h"
+#include "UI/Commands/Shells/LayoutCmds.h"
 #include "UI/Commands/Shells/ShellCmds.h"
 #include "UI/Commands/Shells/SplitViewLayoutCmd.h"
+#include "UI/Commands/Shells/WindowCmds.h"
 #include "UI/Commands/Transcripts/DebugDialogCmds.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
 #include "UI/Commands/Transcripts/TranscriptingCmds.h"
@@ -113,6 +115,7 @@ private:
     OpenDocumentCmdDef m_openDocumentCmdDef;
     SaveDocumentCmdDef m_saveDocumentCmdDef;
     CloseDocumentCmdDef m_closeDocumentCmdDef;
+    CloseWndCmdDef m_closeWndCmdDef;
     CloseAllDocumentsCmdDef m_closeAllDocumentsCmdDef;
     CurrentlyOpenDocumentsCmdDef m_currentlyOpenDocumentsCmdDef;
     CycleOpenDocumentsCmdDef m_cycleOpenDocumentsCmdDef;
@@ -138,11 +141,15 @@ private:
     FeedbackCmdDef m_feedbackCmdDef;
     JoinDiscussionCmdDef m_joinDiscussionCmdDef;
     SuggestboxCmdDef m_suggestboxCmdDef;
+    MinimizeCmdDef m_minimizeCmdDef;
+    ZoomWindowCmdDef m_zoomWindowCmdDef;
+    BringAllToFrontCmdDef m_bringAllToFrontCmdDef;
     EnableAdaptiveSnapCmdDef m_enableAdaptiveSnapCmdDef;
     DisableAdaptiveSnapCmdDef m_disableAdaptiveSnapCmdDef;
     SetSnapValueCmdDef m_setSnapValueCmdDef;
     OpenWebBrowserCmdDef m_openWebBrowserCmdDef;
     CIPCmdDef m_cipCmdDef;
+    ResetToDefaultLayoutCmdDef m_resetToDefaultLayoutCmdDef;
     MeasureCmdDef m_measureCmdDef;
     PreferencesCmdDef m_preferencesCmdDef;
     RunScriptCmdDef m_runScriptCmdDef;
@@ -160,6 +167,9 @@ private:
     HideOrbiconCmdDef m_hideOrbiconCmdDef;
     FindInCanvasCmdDef m_findInCanvasCmdDef;
     FindInBrowserCmdDef m_findInBrowserCmdDef;
+    CloseWorkspaceCmdDef m_closeWorkspaceCmdDef;
+    ShowWorkspaceFullScreenCmdDef m_showWorkspaceFullScreenCmdDef;
+    ShowWorkspaceNormalCmdDef m_showWorkspaceNormalCmdDef;
     ActivateEnvironmentCmdDef m_activateEnvironmentCmdDef;
     ReturnToEnvironmentCmdDef m_returnToEnvironmentCmdDef;
     CycleWorkspacesForwardCmdDef m_cycleWorkspacesForwardCmdDef;
@@ -171,6 +181,8 @@ private:
     ClearAllAlertsCmdDef m_clearAllAlertsCmdDef;
     ShowDebugDialogCmdDef m_showDebugDialogCmdDef;
     HideDebugDialogCmdDef m_hideDebugDialogCmdDef;
+    ShowCommandPaletteCmdDef m_showCommandPaletteCmdDef;
+    HideCommandPaletteCmdDef m_hideCommandPaletteCmdDef;
     DestroyDebugDialogCmdDef m_destroyDebugDialogCmdDef;
     ViewDisplayCmdDef m_viewDisplayCmdDef;
     ViewEffectCmdDef m_viewEffectCmdDef;

@@ -31,4 +31,28 @@ protected:
     EStackingBehavior onStackingBehavior() const override;
 };
 
+/// The same for the window, after the scripts have agreed. The host asks about what has changed.
+class CloseWorkspaceCmdDef : public RowDefinition<CloseWorkspaceCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    CommandBase* onCreateCommand(CommandContext* context) override;
+};
+
+class CloseWorkspaceCmd : public Vs::Implements<CloseWorkspaceCmd, SimpleCommand>
+{
+protected:
+    friend class CloseWorkspaceCmdDef;
+    CloseWorkspaceCmd(CloseWorkspaceCmdDef* definition, CommandContext* context)
+        : Implements(definition, context)
+    {
+    }
+
+    void onExecute(Vs::Status& status) override;
+    ECommandType onCommandType() const override;
+    EStackingBehavior onStackingBehavior() const override;
+};
+
 } // namespace Vu::Commands

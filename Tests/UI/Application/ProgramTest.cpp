@@ -125,10 +125,11 @@ TEST(ProgramTest, TheConsoleReadsALineAfterTheOtherWithoutAPrompt)
 
 TEST(ProgramTest, ExitEndsTheRunAtOnceAndWell)
 {
-    const ProcessResult result =
-        runQuillet({"--headless", "--command", "VuCommands.ExitApplicationCmd", "--command", "Asset.List"});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.errors, "");
+    for (const char* line : {"VuCommands.ExitApplicationCmd", "VuCommands.CloseWorkspaceCmd"}) {
+        const ProcessResult result = runQuillet({"--headless", "--command", line, "--command", "Asset.List"});
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_EQ(result.errors, "");
+    }
 }
 
 TEST(ProgramTest, ScriptsRunInTheirPlace)

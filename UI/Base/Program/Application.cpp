@@ -207,7 +207,7 @@ int Application::run()
 void Application::exit(bool closeDocuments)
 {
     Vs::assertMainThread();
-    if (m_exiting)
+    if (m_exiting || (!closeDocuments && !ApplicationHost::get()->mayLeaveDocuments()))
         return;
     m_exiting = true;
     m_data->closesDocuments = closeDocuments;

@@ -50,8 +50,8 @@ public:
     /// Runs the main loop until `exit`. Returns the exit code, 0 unless an error ended it.
     int run();
     /// Ends the main loop at the end of the current event. With `closeDocuments`, `shutDown` closes the
-    /// documents that are still open, without asking: whoever calls has asked. Without, they are left as they
-    /// are.
+    /// documents that are still open, without asking: whoever calls has asked. Without, the user is asked
+    /// about those that have changed, which may keep the program going, and they are left as they are.
     void exit(bool closeDocuments);
     bool exiting() const { return m_exiting; }
     /// Closes all workspaces and takes Qt's application object down; the last thing in main, before add-ins

@@ -19,11 +19,30 @@ Arrangement* Arrangement::make(ArrangementMgr* manager, Layout* layout)
 
 Arrangement::Arrangement(ArrangementMgr* manager, Layout* layout) : m_manager(manager), m_layout(layout)
 {
+    listen();
+    inSight(false);
+}
+
+void Arrangement::listen()
+{
     m_layout->onChange([this] {
         if (m_manager->arrangement() == this)
             m_manager->changed();
     });
+}
+
+std::unique_ptr<Layout> Arrangement::exchangeLayout(std::unique_ptr<Layout> layout)
+{
+    Vs::require(layout != nullptr, "an arrangement is a layout in a window");
+    const bool shows = m_manager->arrangement() == this;
+    m_layout->onChange(nullptr);
     inSight(false);
+    m_layout.swap(layout);
+    listen();
+    inSight(shows);
+    if (shows)
+        m_manager->changed();
+    return layout;
 }
 
 Arrangement::~Arrangement()

@@ -21,12 +21,15 @@ public:
 
     Layout* layout() const { return m_layout.get(); }
     ArrangementMgr* arrangementManager() const { return m_manager; }
+    /// Takes a layout over in the place of the present one, which becomes the caller's.
+    [[nodiscard]] std::unique_ptr<Layout> exchangeLayout(std::unique_ptr<Layout> layout);
     void destroy();
 
 private:
     friend class ArrangementMgr;
     Arrangement(ArrangementMgr* manager, Layout* layout);
     void inSight(bool value) const;
+    void listen();
 
     ArrangementMgr* m_manager;
     std::unique_ptr<Layout> m_layout;

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QXmlStreamWriter>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -156,6 +157,17 @@ std::unique_ptr<Area> takeFirstCanvas(Area& split)
     return canvases.empty() ? nullptr : canvases.front()->parent()->removeChild(canvases.front());
 }
 
+/// Puts `replacement` where `child` stands among its siblings, and deletes `child`.
+void replaceChild(Area* child, std::unique_ptr<Area> replacement)
+{
+    Area* parent = child->parent();
+    std::vector<std::unique_ptr<Area>> siblings;
+    while (!parent->children().empty())
+        siblings.push_back(parent->removeChild(parent->children().front().get()));
+    for (std::unique_ptr<Area>& sibling : siblings)
+        parent->addChild(sibling.get() == child ? std::move(replacement) : std::move(sibling));
+}
+
 } // namespace
 
 Layout* Layout::load(const std::wstring& path, const std::wstring& filter, Vs::Status& status)
@@ -223,6 +235,18 @@ void Layout::removeSplitViews(Area* root)
             continue;
         canvas->placement(placement);
         parent->addChild(std::move(canvas));
+    }
+}
+
+void Layout::carryCanvases(Area& from, Area& to)
+{
+    std::vector<Area*> before, after;
+    from.childrenByContents(graphicsCanvas(), before);
+    to.childrenByContents(graphicsCanvas(), after);
+    for (size_t i = 0; i < std::min(before.size(), after.size()); ++i) {
+        before[i]->ignoreOverlayable(after[i]->ignoreOverlayable());
+        before[i]->placement(after[i]->placement());
+        replaceChild(after[i], before[i]->parent()->removeChild(before[i]));
     }
 }
 

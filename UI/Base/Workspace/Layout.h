@@ -37,6 +37,10 @@ public:
 
     /// Replaces each "SplitView" container below `root` by its first canvas.
     static void removeSplitViews(Area* root);
+
+    /// Moves the canvases below one root, in their order, to the places of those below another, which they
+    /// replace. What the other has no place for stays where it is.
+    static void carryCanvases(Area& from, Area& to);
 };
 
 } // namespace Vu

@@ -1,5 +1,8 @@
 #include "UI/Base/Workspace/LayoutStrategy.h"
 
+#include "UI/Base/Workspace/Arrangement.h"
+#include "UI/Base/Workspace/Layout.h"
+
 namespace Vu {
 namespace {
 LayoutStrategy* installed = nullptr;
@@ -30,6 +33,12 @@ void LayoutStrategy::dock(Area* area, EPlacement placement)
 {
     area->collapsed(false);
     area->placement(placement);
+}
+
+Area* LayoutStrategy::apply(Arrangement* arrangement, Layout* layout)
+{
+    Layout::carryCanvases(*arrangement->layout(), *layout);
+    return arrangement->exchangeLayout(std::unique_ptr<Layout>(layout)).release();
 }
 
 } // namespace Vu

@@ -26,6 +26,10 @@ constinit const CommandRow CloseDocumentCmdDef::kRow = {
 constinit const CommandRow CloseAllDocumentsCmdDef::kRow = {
     .key = L"CloseAllDocumentsCommand", .title = "Close All", .icon = &Resources::CloseAll,
     .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+
+constinit const CommandRow CloseWndCmdDef::kRow = {
+    .key = L"CloseWndCommand", .title = "Close Document",
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
 // clang-format on
 
 namespace {
@@ -170,6 +174,45 @@ const Vs::UniqueString* CloseAllDocumentsCmdDef::documentSessionArgumentName()
 {
     static const Vs::UniqueString* const name = Vs::UniqueString::find("DocumentSession", true);
     return name;
+}
+
+bool WindowControllerCmdDef::onIsApplicable(CommandContext* context) const
+{
+    return hasAssetSession(context);
+}
+
+CommandBase* WindowControllerCmdDef::onCreateCommand(CommandContext* context)
+{
+    if (Vs::Document* document = CloseDocumentCmdDef::docToClose(context))
+        if (!closingAgreed({document}))
+            return nullptr;
+    return onCreateController(context);
+}
+
+WindowControllerCmd::WindowControllerCmd(WindowControllerCmdDef* definition, CommandContext* context)
+    : Implements(definition, context)
+{
+    repeatable(false);
+}
+
+ECommandType WindowControllerCmd::onCommandType() const
+{
+    return ECommandType::Exclusive;
+}
+
+EStackingBehavior WindowControllerCmd::onStackingBehavior() const
+{
+    return EStackingBehavior::OverNothing;
+}
+
+CommandBase* CloseWndCmdDef::onCreateController(CommandContext* context)
+{
+    return new CloseWndCmd(this, context);
+}
+
+void CloseWndCmd::onExecute(Vs::Status&)
+{
+    CloseDocumentCmd::closeDocument(commandContext());
 }
 
 bool CloseAllDocumentsCmdDef::onIsApplicable(CommandContext* context) const

@@ -49,6 +49,45 @@ protected:
     EStackingBehavior onStackingBehavior() const override;
 };
 
+/// What closes the document that a window shows: it asks about it first, as closing the document does.
+class WindowControllerCmdDef : public Vs::Implements<WindowControllerCmdDef, CommandDefinition>
+{
+protected:
+    using Implements::Implements;
+
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) final;
+    virtual CommandBase* onCreateController(CommandContext* context) = 0;
+};
+
+class WindowControllerCmd : public Vs::Implements<WindowControllerCmd, SimpleCommand>
+{
+protected:
+    WindowControllerCmd(WindowControllerCmdDef* definition, CommandContext* context);
+
+    ECommandType onCommandType() const override;
+    EStackingBehavior onStackingBehavior() const override;
+};
+
+/// Closes the document of the active window.
+class CloseWndCmdDef : public RowDefinition<CloseWndCmdDef, WindowControllerCmdDef>
+{
+public:
+    static const CommandRow kRow;
+
+protected:
+    CommandBase* onCreateController(CommandContext* context) override;
+};
+
+class CloseWndCmd : public Vs::Implements<CloseWndCmd, WindowControllerCmd>
+{
+protected:
+    friend class CloseWndCmdDef;
+    using Implements::Implements;
+
+    void onExecute(Vs::Status& status) override;
+};
+
 /// Closes the document of a session that another one replaces, without asking, whatever its dirty state.
 void closeSilently(DocumentSession* session);
 

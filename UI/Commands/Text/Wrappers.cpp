@@ -34,7 +34,9 @@
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/InsertAssetCmd.h"
+#include "UI/Commands/Shells/LayoutCmds.h"
 #include "UI/Commands/Shells/ShellCmds.h"
+#include "UI/Commands/Shells/WindowCmds.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
 
 #include <boost/lexical_cast.hpp>
@@ -260,6 +262,14 @@ constexpr WrapperRow kSuggestbox       = {kArea, L"SuggestboxCmd",       L"Sugge
 constexpr WrapperRow kJoinDiscussion   = {kArea, L"JoinDiscussionCmd",   L"Join sDiscussion", "", &JoinDiscussionCmdDef::info};
 constexpr WrapperRow kProductTourGuide = {kArea, L"ProductTourGuideCmd", L"Show the Welcome Screen.", "", &ProductTourGuideCmdDef::info};
 constexpr WrapperRow kVideos           = {kArea, L"VideosCmd",           L"Videos.", "", &VideosCmdDef::info};
+constexpr WrapperRow kHideCommandPalette     = {kArea, L"HideCommandPaletteCmd",       L"Hide CommandPalette", "", &HideCommandPaletteCmdDef::info};
+constexpr WrapperRow kResetToDefaultLayout   = {kArea, L"ResetToDefaultLayoutCommand", L"Reset Layout to default.", "", &ResetToDefaultLayoutCmdDef::info, nullptr, false, false, &ResetToDefaultLayoutCmdDef::refusal};
+constexpr WrapperRow kBringAllToFront        = {kArea, L"BringAllToFrontCmd",          L"Bring All To Front.", "", &BringAllToFrontCmdDef::info};
+constexpr WrapperRow kCloseWorkspace         = {kArea, L"CloseWorkspaceCmd",           L"Close the active workspace.", "", &CloseWorkspaceCmdDef::info};
+constexpr WrapperRow kMinimize               = {kArea, L"MinimizeCmd",                 L"Minimize Window.", "", &MinimizeCmdDef::info};
+constexpr WrapperRow kShowWorkspaceFullScreen = {kArea, L"ShowWorkspaceFullScreenCmd", L"Fullscreen the active workspace.", "", &ShowWorkspaceFullScreenCmdDef::info};
+constexpr WrapperRow kShowWorkspaceNormal    = {kArea, L"ShowWorkspaceNormalCmd",      L"Normalize the active workspace.", "", &ShowWorkspaceNormalCmdDef::info};
+constexpr WrapperRow kZoomWindow             = {kArea, L"ZoomWindowCmd",               L"Zoom Window", "", &ZoomWindowCmdDef::info};
 // clang-format on
 
 Wrapper<kExitApplication> TextCmdVuCommandsExitApplicationCmd;
@@ -329,6 +339,14 @@ Wrapper<kSuggestbox> TextCmdVuCommandsSuggestboxCmd;
 Wrapper<kJoinDiscussion> TextCmdVuCommandsJoinDiscussionCmd;
 Wrapper<kProductTourGuide> TextCmdVuCommandsProductTourGuideCmd;
 Wrapper<kVideos> TextCmdVuCommandsVideosCmd;
+Wrapper<kHideCommandPalette> TextCmdVuCommandsHideCommandPaletteCmd;
+Wrapper<kResetToDefaultLayout> TextCmdVuCommandsResetToDefaultLayoutCommand;
+Wrapper<kBringAllToFront> TextCmdVuCommandsBringAllToFrontCmd;
+Wrapper<kCloseWorkspace> TextCmdVuCommandsCloseWorkspaceCmd;
+Wrapper<kMinimize> TextCmdVuCommandsMinimizeCmd;
+Wrapper<kShowWorkspaceFullScreen> TextCmdVuCommandsShowWorkspaceFullScreenCmd;
+Wrapper<kShowWorkspaceNormal> TextCmdVuCommandsShowWorkspaceNormalCmd;
+Wrapper<kZoomWindow> TextCmdVuCommandsZoomWindowCmd;
 
 } // namespace
 } // namespace Vu::Commands

@@ -28,6 +28,8 @@ public:
     /// Shows a line in the active window; false if no window is shown.
     [[nodiscard]] virtual bool showMessage(const std::wstring& /*text*/) { return false; }
     virtual void closeWindows() {}
+    /// Asks what is to become of documents that have changed; false if the program is to go on.
+    [[nodiscard]] virtual bool mayLeaveDocuments() { return true; }
 };
 
 } // namespace Vu
