@@ -11,7 +11,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <string>
 #include <unistd.h>
 
@@ -21,15 +20,6 @@ using Vs::Recovery::RecoveryCheck;
 
 constexpr uint64_t kMostUnpacked = uint64_t(4) << 30; // bytes, of a model that somebody has packed anew
 constexpr int kNice = 5;
-
-RecoveryCheck checkOf(const std::string& file)
-{
-    try {
-        return RecoveryCheck::byOpening(file);
-    } catch (const std::exception&) {
-        return {RecoveryCheck::Answer::Damaged, {}};
-    }
-}
 
 /// False if nobody listens any more.
 bool tell(const std::string& text)
@@ -57,8 +47,9 @@ int main(int argc, char** argv)
     // It runs beside a start.
     static_cast<void>(nice(kNice));
     Vs::Translate::raiseWall({{argv[1]}, {}});
-    for (int i = 2; i < argc; ++i)
-        if (!tell(checkOf(argv[i]).write()))
-            break;
+    // That it runs; then one answer for each file.
+    bool heard = tell({});
+    for (int i = 2; i < argc && heard; ++i)
+        heard = tell(RecoveryCheck::byOpening(argv[i]).write());
     std::_Exit(0);
 }

@@ -12,8 +12,10 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <exception>
 #include <stdexcept>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace Vs::Recovery {
@@ -80,6 +82,8 @@ RecoveryCheck RecoveryCheck::of(const std::string& path)
         return {};
     try {
         return {Answer::Sound, readThrough(path)};
+    } catch (const std::system_error&) {
+        return {}; // It is the system that can't, for want of a thread, say.
     } catch (const std::runtime_error&) {
         return {isOfNewerVersion(path) ? Answer::Strange : Answer::Damaged, {}};
     }
@@ -90,14 +94,19 @@ RecoveryCheck RecoveryCheck::byOpening(const std::string& path)
     RecoveryCheck check = of(path);
     if (check.answer != Answer::Sound)
         return check;
-    Status status;
-    registerTypesIn(path);
-    Document* document = DocumentMgr::get()->open(Strings::fromBytes(path), status);
-    if (!document)
-        return {Answer::Damaged, {}};
-    if (!check.record.digests.empty() && check.record.digests != digestsOf(*document))
+    // What isn't damaged may be opened where there is more memory, or room for threads.
+    check.answer = Answer::Doubtful;
+    try {
+        Status status;
+        registerTypesIn(path);
+        if (Document* document = DocumentMgr::get()->open(Strings::fromBytes(path), status)) {
+            if (check.record.digests.empty() || check.record.digests == digestsOf(*document))
+                check.answer = Answer::Sound;
+            DocumentMgr::get()->close(document);
+        }
+    } catch (const std::exception&) {
         check.answer = Answer::Doubtful;
-    DocumentMgr::get()->close(document);
+    }
     return check;
 }
 

@@ -12,9 +12,9 @@ struct RecoveryCheck
 {
     enum class Answer {
         Sound,
-        Doubtful, ///< Whole, but its document isn't the one that was written. Better than nothing.
+        Doubtful, ///< Whole, but it couldn't be opened, or as another document than was written.
         Damaged,
-        Strange ///< None that this program could have written: it is left alone.
+        Strange ///< None that this program could have written, or breaks down over: it is left alone.
     };
     Answer answer = Answer::Strange;
     RecoveryRecord record; ///< Of one that can be opened.

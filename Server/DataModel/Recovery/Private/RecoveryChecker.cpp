@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <unistd.h>
+#include <utility>
 
 namespace Vs::Recovery {
 
@@ -28,17 +29,18 @@ void RecoveryChecker::work(const Take& take)
 {
     if (m_files.empty())
         return;
-    if (!m_process && !start()) {
+    if (m_unable || (!m_process && !start())) {
         answer(RecoveryCheck::of(m_files.front()), take);
         return;
     }
     const bool open = readAnswers(take);
-    if (!open && m_given > 0)
-        answer({Answer::Damaged, {}}, take);
-    else if (open && Clock::now() - m_lastAnswer > kPatience)
-        answer({Answer::Strange, {}}, take);
-    else if (open)
+    if (open && Clock::now() - m_lastAnswer <= kPatience)
         return;
+    m_unable = !m_begun;
+    if (m_begun && m_given > 0)
+        answer({Answer::Strange, {}}, take);
+    // Nobody waits until it has gone.
+    m_process->dismiss();
     m_process.reset();
 }
 
@@ -50,6 +52,7 @@ bool RecoveryChecker::start()
                      m_files.begin() + static_cast<std::ptrdiff_t>(m_given));
     m_process = std::make_unique<Exchange::WorkerProcess>();
     m_reader = {};
+    m_begun = false;
     m_lastAnswer = Clock::now();
     if (m_process->start(Exchange::WorkerProcess::pathOf(kProgram), std::move(arguments)) == 0)
         return true;
@@ -67,7 +70,8 @@ bool RecoveryChecker::readAnswers(const Take& take)
         if (got > 0)
             m_reader.add({piece, static_cast<size_t>(got)});
         while (const auto message = m_given > 0 ? m_reader.next() : std::nullopt)
-            answer(RecoveryCheck::read(message->text), take);
+            if (std::exchange(m_begun, true))
+                answer(RecoveryCheck::read(message->text), take);
     }
     return got < 0 && errno == EAGAIN && !m_reader.broken() && m_given > 0;
 }

@@ -38,7 +38,9 @@ private:
     std::deque<std::string> m_files; ///< Still to be answered, the one that is being read first.
     std::unique_ptr<Exchange::WorkerProcess> m_process;
     Exchange::WorkerMessageReader m_reader;
-    size_t m_given = 0; ///< How many files the process still has.
+    size_t m_given = 0;    ///< How many files the process still has.
+    bool m_begun = false;  ///< It has told that it runs.
+    bool m_unable = false; ///< No process can run here.
     Clock::time_point m_lastAnswer;
 };
 

@@ -134,18 +134,26 @@ void RecoveryStore::claimNext()
 {
     const std::string path = m_toClaim.front();
     m_toClaim.pop_front();
-    if (!m_taken.contains(path)) {
-        SessionFolder::Claim claim = SessionFolder::claim(path);
-        // Its child finishes what it writes.
-        if (claim.unfinished && Clock::now() - m_lastListed < kChildTakes)
-            m_toClaim.push_back(path);
-        if (!claim.folder)
-            return;
-        m_taken.emplace(path, std::move(claim.folder));
-    }
-    for (const std::string& folder : foldersIn(path)) {
-        const std::string last = fileIn(folder);
-        haveChecked(last.empty() ? olderIn(folder) : last);
+    if (m_taken.contains(path))
+        return;
+    SessionFolder::Claim claim = SessionFolder::claim(path);
+    // Its child finishes what it writes.
+    if (claim.unfinished && Clock::now() - m_lastListed < kChildTakes)
+        m_toClaim.push_back(path);
+    if (!claim.folder)
+        return;
+    m_left.reset();
+    if (claim.folder->removeIfEmpty())
+        return;
+    m_taken.emplace(path, std::move(claim.folder));
+    haveAllChecked(path);
+}
+
+void RecoveryStore::haveAllChecked(const std::string& session)
+{
+    for (const std::string& folder : foldersIn(session)) {
+        const Generations& files = m_generations[folder] = {fileIn(folder), olderIn(folder)};
+        haveChecked(files.last.empty() ? files.older : files.last);
     }
 }
 
@@ -163,7 +171,7 @@ void RecoveryStore::take(const std::string& file, RecoveryCheck check)
     m_known[file] = {m_checking[file], std::move(check)};
     m_checking.erase(file);
     const std::string older = olderIn(folderOf(file));
-    if ((answer == Answer::Damaged || answer == Answer::Doubtful) && older != file)
+    if (answer != Answer::Sound && older != file)
         haveChecked(older);
 }
 
@@ -180,24 +188,47 @@ bool RecoveryStore::look()
     return !hasLooked();
 }
 
-std::vector<AutoSavedFileInfo> RecoveryStore::left(const std::function<void(const std::string&)>& tellDamaged)
+const std::vector<AutoSavedFileInfo>& RecoveryStore::left(const Tell& tellDamaged)
 {
-    std::vector<AutoSavedFileInfo> files;
     // Runs may have ended since.
     if (hasLooked())
         list();
+    lookToTheEnd();
+    if (m_left && !isUnchanged(*m_left)) {
+        m_left.reset();
+        for (const auto& [path, session] : m_taken)
+            haveAllChecked(path);
+        lookToTheEnd();
+    }
+    if (!m_left)
+        m_left = collectAll(tellDamaged);
+    return *m_left;
+}
+
+void RecoveryStore::lookToTheEnd()
+{
     while (look())
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    for (const auto& [path, session] : m_taken)
-        for (const std::string& folder : foldersIn(path))
-            collect(folder, files, tellDamaged);
+}
+
+bool RecoveryStore::isUnchanged(const std::vector<AutoSavedFileInfo>& files) const
+{
+    return std::all_of(files.begin(), files.end(), [this](const AutoSavedFileInfo& file) {
+        return known(Strings::toBytes(file.autoSavedFile())) != nullptr;
+    });
+}
+
+std::vector<AutoSavedFileInfo> RecoveryStore::collectAll(const Tell& tellDamaged)
+{
+    std::vector<AutoSavedFileInfo> files;
     for (const std::string& file : m_offered) {
-        if (const std::string older = olderIn(folderOf(file));
-            checkedHere(file).answer != Answer::Sound && !older.empty())
-            checkedHere(older);
-        collect(folderOf(file), files, tellDamaged);
+        const std::string folder = folderOf(file);
+        const Generations& own = m_generations[folder] = {file, olderIn(folder)};
+        if (checkedHere(file).answer != Answer::Sound && !own.older.empty())
+            checkedHere(own.older);
     }
-    std::erase_if(m_taken, [](const auto& session) { return session.second->removeIfEmpty(); });
+    for (const auto& [folder, generations] : m_generations)
+        collect(generations, files, tellDamaged);
     std::stable_sort(files.begin(), files.end(), [](const auto& first, const auto& second) {
         return first.fileSavedTime() > second.fileSavedTime();
     });
@@ -219,13 +250,14 @@ const RecoveryCheck& RecoveryStore::checkedHere(const std::string& file)
     return m_known[file].check;
 }
 
-void RecoveryStore::collect(const std::string& folder, std::vector<AutoSavedFileInfo>& files,
-                            const std::function<void(const std::string&)>& tellDamaged)
+void RecoveryStore::collect(const Generations& generations, std::vector<AutoSavedFileInfo>& files,
+                            const Tell& tellDamaged)
 {
     std::vector<std::string> damaged;
     std::optional<AutoSavedFileInfo> doubtful;
+    bool isStrange = false;
     for (const bool older : {false, true}) {
-        const std::string file = older ? olderIn(folder) : fileIn(folder);
+        const std::string& file = older ? generations.older : generations.last;
         const RecoveryCheck* check = file.empty() ? nullptr : known(file);
         if (!check)
             continue;
@@ -235,14 +267,15 @@ void RecoveryStore::collect(const std::string& folder, std::vector<AutoSavedFile
         }
         if (check->answer == Answer::Doubtful && !doubtful)
             doubtful = infoOf(file, check->record, older);
-        if (check->answer == Answer::Strange)
-            return;
-        damaged.push_back(file);
+        if (check->answer == Answer::Damaged)
+            damaged.push_back(file);
+        isStrange = isStrange || check->answer == Answer::Strange;
     }
-    if (doubtful) {
+    if (doubtful)
         files.push_back(*doubtful);
+    // What isn't understood may be worth something to another version, or on another day.
+    if (doubtful || isStrange)
         return;
-    }
     for (const std::string& file : damaged) {
         try {
             const std::string target = putAside(file, kDamaged);
@@ -269,6 +302,11 @@ void RecoveryStore::remove(const std::string& file)
     if (const std::string older = olderIn(folder); older != file && !older.empty())
         FolderCalls::remove(older);
     FolderCalls::removeAll(folder);
+    if (m_left)
+        std::erase_if(*m_left, [&](const AutoSavedFileInfo& each) {
+            return folderOf(Strings::toBytes(each.autoSavedFile())) == folder;
+        });
+    m_generations.erase(folder);
     m_known.erase(file);
     m_offered.erase(file);
     const auto session = m_taken.find(fs::path(folder).parent_path().string());
@@ -317,6 +355,8 @@ void RecoveryStore::end()
     m_taken.clear();
     m_offered.clear();
     m_known.clear();
+    m_left.reset();
+    m_generations.clear();
     m_checking.clear();
     m_checker = {};
     m_toClaim.clear();

@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -26,6 +27,8 @@ constexpr const char* kOlder = "older";
 class RecoveryStore
 {
 public:
+    using Tell = std::function<void(const std::string& file)>;
+
     /// This run's folder, made at the first call. Throws std::runtime_error.
     const SessionFolder& own();
     /// Null if nothing was kept so far.
@@ -37,11 +40,19 @@ public:
     bool hasLooked() const { return m_listed && m_toClaim.empty() && !m_checker.isBusy(); }
     /// Those of runs that ended badly, the newest first, once everything is known. `tell` hears where damaged
     /// files were put.
-    [[nodiscard]] std::vector<AutoSavedFileInfo>
-    left(const std::function<void(const std::string&)>& tellDamaged);
+    [[nodiscard]] const std::vector<AutoSavedFileInfo>& left(const Tell& tellDamaged);
     /// Has a file of this run's own among those that are left.
-    void offer(const std::string& file) { m_offered.insert(file); }
-    void withdraw(const std::string& file) { m_offered.erase(file); }
+    void offer(const std::string& file)
+    {
+        m_offered.insert(file);
+        m_left.reset();
+    }
+    void withdraw(const std::string& file)
+    {
+        m_offered.erase(file);
+        m_generations.erase(folderOf(file));
+        m_left.reset();
+    }
     /// Whether it is one of those.
     [[nodiscard]] bool isOffered(const std::string& file) const;
     /// The document's folder that a file of either generation is in.
@@ -71,12 +82,21 @@ private:
         FileIdentity identity;
         RecoveryCheck check;
     };
+    /// Of one document; empty where there is none.
+    struct Generations
+    {
+        std::string last, older;
+    };
     void list();
     void claimNext();
     void haveChecked(const std::string& file);
     void take(const std::string& file, RecoveryCheck check);
-    void collect(const std::string& folder, std::vector<AutoSavedFileInfo>& files,
-                 const std::function<void(const std::string&)>& tellDamaged);
+    void haveAllChecked(const std::string& session);
+    void lookToTheEnd();
+    bool isUnchanged(const std::vector<AutoSavedFileInfo>& files) const;
+    std::vector<AutoSavedFileInfo> collectAll(const Tell& tellDamaged);
+    void collect(const Generations& generations, std::vector<AutoSavedFileInfo>& files,
+                 const Tell& tellDamaged);
     const RecoveryCheck* known(const std::string& file) const;
     const RecoveryCheck& checkedHere(const std::string& file);
     void prune();
@@ -84,7 +104,9 @@ private:
     std::unique_ptr<SessionFolder> m_own;
     std::map<std::string, std::unique_ptr<SessionFolder>> m_taken; ///< By path.
     std::set<std::string> m_offered;                               ///< Of this run's own.
+    std::map<std::string, Generations> m_generations; ///< By the document's folder; all that may be offered.
     std::map<std::string, Known> m_known;
+    std::optional<std::vector<AutoSavedFileInfo>> m_left; ///< As long as nothing has changed.
     RecoveryChecker m_checker;
     std::map<std::string, FileIdentity> m_checking; ///< As they were when they were given to it.
     std::deque<std::string> m_toClaim;

@@ -1,8 +1,11 @@
 #include "UI/Commands/Adaptations/QT/AutoSave/RecoveredSection.h"
 
 #include "Server/DataModel/Recovery/AutoSaveController.h"
+#include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
+#include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
 #include "UI/Commands/AutoSave/RecoveryFiles.h"
 #include "UI/Commands/Localized.h"
 
@@ -12,10 +15,13 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace Vu::Commands {
 namespace {
 
 constexpr int kIconSize = 32, kSpacing = 12, kRowSpacing = 8;
+constexpr size_t kMostRows = 8; // the dialog shows them all
 
 QString text(const char* key, const char* english)
 {
@@ -93,10 +99,23 @@ void RecoveredSection::fill()
     auto* column = new QVBoxLayout(rows);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(kRowSpacing);
-    for (const Vs::AutoSavedFileInfo& file : files)
-        column->addWidget(makeRow(file, rows));
+    for (size_t i = 0; i < std::min(files.size(), kMostRows); ++i)
+        column->addWidget(makeRow(files[i], rows));
+    if (files.size() > kMostRows)
+        column->addWidget(makeMore(files.size(), rows), 0, Qt::AlignLeft);
     placeholder(rows);
     setVisible(!files.empty());
+}
+
+QWidget* RecoveredSection::makeMore(size_t count, QWidget* parent)
+{
+    auto* more = new QPushButton(
+        QString::fromStdWString(localizedFormat("RecoveredAll", "Show All %1%...", count)), parent);
+    more->setObjectName(QStringLiteral("all"));
+    connect(more, &QPushButton::clicked, this, [] {
+        CommandMgr::get()->executeLater(NotifyAutoSaveFilesCmdDef::kRow.key, CommandContext::activeContext());
+    });
+    return more;
 }
 
 QWidget* RecoveredSection::makeRow(const Vs::AutoSavedFileInfo& file, QWidget* parent)

@@ -6,8 +6,8 @@
 
 namespace Vu::Commands {
 
-/// What runs that ended badly left, a row for each file with buttons for what can be done with it. As long as
-/// there is nothing, or nobody has looked yet, the section isn't there.
+/// What runs that ended badly left, a row for each of the newest files with buttons for what can be done with
+/// it. As long as there is nothing, or nobody has looked yet, the section isn't there.
 class RecoveredSection : public TileSection, private Vs::AutoSaveEventSite
 {
 public:
@@ -23,6 +23,7 @@ private:
     /// Behind the event: one of the rows may be what asks for it.
     void fillSoon();
     void fill();
+    QWidget* makeMore(size_t count, QWidget* parent);
     QWidget* makeRow(const Vs::AutoSavedFileInfo& file, QWidget* parent);
 
     bool m_filling = false;
