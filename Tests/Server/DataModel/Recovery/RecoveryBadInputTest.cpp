@@ -157,3 +157,25 @@ TEST_F(RecoveryBadInputTest, AFolderWithoutItsLockIsOfferedAllTheSame)
     fs::remove(fs::path(file(false)).parent_path().parent_path() / "lock");
     EXPECT_EQ(finished({"recover"}).back(), digest);
 }
+
+TEST_F(RecoveryBadInputTest, AWorkerThatDiesIsNoProofThatAFileIsDamaged)
+{
+    const std::string digest = left().back();
+    // A program like the one that is tested, but for its worker.
+    const fs::path real = TestSupport::runningTree().string(), tree = scratch("tree");
+    fs::create_directories(tree / "bin");
+    fs::create_directory_symlink(real / "lib", tree / "lib");
+    fs::copy(real / "bin/recovery_probe", tree / "bin");
+    const fs::path worker = tree / "bin/quillet-check-recovery";
+    const auto withWorker = [&](const std::string& script) {
+        TestSupport::overwrite(worker.string(), "#!/bin/sh\n" + script + "\nkill -9 $$\n");
+        fs::permissions(worker, fs::perms::owner_all);
+        return TestSupport::runProcess((tree / "bin/recovery_probe").string(), {profile(), "list"}).output;
+    };
+    EXPECT_TRUE(withWorker(":").starts_with("file Part")) << "one that can't run";
+    EXPECT_EQ(withWorker("printf '\\011\\000\\000\\000P\\000\\000\\000\\000\\000\\000\\000\\000' >&3"),
+              "done\n")
+        << "one that dies over a file";
+    EXPECT_EQ(files().size(), 2u);
+    EXPECT_EQ(finished({"recover"}).back(), digest);
+}

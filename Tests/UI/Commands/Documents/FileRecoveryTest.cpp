@@ -352,6 +352,21 @@ TEST_F(FileRecoveryTest, TheHomeScreenHasARowForEachFileWithItsButtons)
     EXPECT_TRUE(DocumentMgr::get()->document(0)->isDirty(false));
 }
 
+TEST_F(FileRecoveryTest, OfManyFilesTheHomeScreenShowsTheNewestAndLeadsToTheRest)
+{
+    for (int i = 0; i < 10; ++i)
+        closeUnsaved(L"Part" + std::to_wstring(i));
+    const QList<QFrame*> rows = homeRows();
+    EXPECT_EQ(rows.size(), 8);
+    auto* all = rows.front()->parentWidget()->findChild<QPushButton*>("all");
+    ASSERT_NE(all, nullptr);
+    EXPECT_EQ(all->text(), QStringLiteral("Show All 10..."));
+    QTest::mouseClick(all, Qt::LeftButton);
+    settle();
+    ASSERT_NE(dialog(), nullptr);
+    EXPECT_EQ(list()->count(), 10);
+}
+
 TEST_F(FileRecoveryTest, TheRootComponentGetsANameOnlyWhereNobodyHasGivenItOne)
 {
     EXPECT_NE(failure(L"Document.UpdateRootComponentName"), L"");
