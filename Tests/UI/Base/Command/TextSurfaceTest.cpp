@@ -219,5 +219,5 @@ TEST_F(TextSurface, EveryTextCommandOfTheAreaHasItsHelpAndPassesTheStartCheck)
 {
     EXPECT_NO_THROW(Vs::TextCommandMgr::get()->validate());
     EXPECT_EQ(openCmd.definitionKey(), L"OpenCommand");
-    EXPECT_EQ(Vs::TextCommandMgr::get()->commands(L"Commands").size(), 6u);
+    EXPECT_EQ(Vs::TextCommandMgr::get()->commands(L"Commands").size(), 7u);
 }

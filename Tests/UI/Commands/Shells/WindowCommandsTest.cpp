@@ -27,6 +27,11 @@ protected:
         WithProgram::TearDown();
     }
 
+    static bool showsViews(int count)
+    {
+        return answer(L"SplitView.ViewCount") ==
+               L"The number of visible views is " + std::to_wstring(count) + L"\n";
+    }
     static WorkspaceWindow* window() { return WorkspaceWindow::activeWorkspaceWindow(); }
     static std::vector<GraphicsCanvas*> canvases()
     {
@@ -72,14 +77,14 @@ TEST_F(WindowCommandsTest, TheDefaultLayoutComesBackWithTheCanvasAndWithoutTouch
     window()->area(L"TextCommands")->placement(EPlacement::Top);
     UIBaseOptionGroup::get()->wantToShowBrowser(false);
     answer(L"VuCommands.ResetToDefaultLayoutCommand");
-    EXPECT_EQ(answer(L"SplitView.ViewCount"), L"1");
+    EXPECT_TRUE(showsViews(1));
     EXPECT_EQ(canvases().at(0), canvas);
     EXPECT_TRUE(window()->area(L"Browser")->visible());
     EXPECT_EQ(window()->area(L"TextCommands")->placement(), EPlacement::Bottom);
     EXPECT_FALSE(UIBaseOptionGroup::get()->wantToShowBrowser());
     // What was laid out anew can be divided again.
     answer(L"Commands.Start SplitViewLayoutCommand Layout=SideBySide");
-    EXPECT_EQ(answer(L"SplitView.ViewCount"), L"2");
+    EXPECT_TRUE(showsViews(2));
     answer(L"VuCommands.ResetToDefaultLayoutCommand");
 }
 

@@ -22,6 +22,7 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Session/SnapManager.h"
+#include "UI/Base/Workspace/ToolbarManager.h"
 
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/split.hpp>
@@ -65,6 +66,7 @@ const Session kSessions[] = {
     {L"VeloraOpenDocumentCommand",     kModel + L"Document.SaveAs {}/a.vlra;Document.CloseAll;Commands.Start VeloraOpenDocumentCommand Path={}/a.vlra"},
     {L"VeloraImportCommand",           kModel + L"Asset.Export {}/a.step;Design.New;Commands.Start VeloraImportCommand Path={}/a.step"},
     {L"SaveDocumentCommand",           kModel + L"VuCommands.SaveDocumentCmd {}/b.vlra;Design.Box 1 1 1;VuCommands.SaveDocumentCmd"},
+    {L"Document.UpdateRootComponentName", kModel + L"Document.UpdateRootComponentName Renamed"},
     {L"SaveDocumentAsCommand",         kModel + L"VuCommands.SaveDocumentAsCmd {}/c.vlra"},
     {L"ExportCommand",                 kModel + L"VuCommands.ExportCmd {}/d.step"},
     {L"ExportAsCommand",               kModel + L"@file e.stl;VuCommands.ExportAsCmd"},
@@ -372,6 +374,7 @@ protected:
     static void beginAnew()
     {
         run(L"SplitView.DefaultLayout");
+        Vu::ToolbarManager::get()->showToolbar(L"QATRight");
         closeAll();
         resetOptions();
         emptyScratch(L"transcripts/made");
