@@ -82,6 +82,7 @@ public:
         CopyToClipboardCmdDef::createCommandDef();
         PasteCmdDef::createCommandDef();
         SplitViewLayoutCmdDef::createCommandDef();
+        WelcomeScreenCmdDef::createCommandDef();
         UndoRedoDropDownCommandDef::createCommandDefs();
     }
 

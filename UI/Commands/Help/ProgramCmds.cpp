@@ -3,6 +3,8 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"
+#include "UI/Base/Session/WelcomeScreen.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Resources.h"
 
 #include <tuple>
@@ -13,6 +15,7 @@ namespace Vu::Commands {
 constinit const CommandRow CIPCmdDef::kRow              = {.key = L"CIPCommand", .title = "Customer Involvement Program", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow PreferencesCmdDef::kRow      = {.key = L"PreferencesCommand", .title = "Preferences", .hotkey = "Ctrl+,", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow ProductTourGuideCmdDef::kRow = {.key = L"ProductTourGuideCommand", .title = "Tour the Interface", .icon = &Resources::TourGuide, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow WelcomeScreenCmdDef::kRow    = {.key = L"WelcomeScreenCommand", .title = "Welcome Screen", .icon = &Resources::WelcomeScreen, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 // clang-format on
 
 CommandBase* CIPCmdDef::onCreateCommand(CommandContext* context)
@@ -29,6 +32,19 @@ void PreferencesCmd::onExecute(Vs::Status&)
 void ProductTourGuideCmd::onExecute(Vs::Status&)
 {
     std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Options.TourGuide");
+}
+
+void WelcomeScreenCmdDef::createCommandDef()
+{
+    static WelcomeScreenCmdDef definition;
+}
+
+void WelcomeScreenCmd::onExecute(Vs::Status&)
+{
+    WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
+    if (window && window->minimized())
+        window->activateWindow();
+    WelcomeScreen::get()->show();
 }
 
 } // namespace Vu::Commands

@@ -59,4 +59,25 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class WelcomeScreenCmd;
+
+/// Shows the home screen, in a window that is brought back if it was minimized.
+class WelcomeScreenCmdDef : public CommandRowDefinition<WelcomeScreenCmdDef, WelcomeScreenCmd>
+{
+public:
+    static const CommandRow kRow;
+
+    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    static void createCommandDef();
+};
+
+class WelcomeScreenCmd : public Vs::Implements<WelcomeScreenCmd, HelpMenuCmd>
+{
+public:
+    using Implements::Implements;
+
+protected:
+    void onExecute(Vs::Status& status) override;
+};
+
 } // namespace Vu::Commands

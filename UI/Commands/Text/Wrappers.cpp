@@ -261,6 +261,7 @@ constexpr WrapperRow kHelp             = {kArea, L"HelpCmd",             L"Help.
 constexpr WrapperRow kSuggestbox       = {kArea, L"SuggestboxCmd",       L"Suggestbox.", "", &SuggestboxCmdDef::info};
 constexpr WrapperRow kJoinDiscussion   = {kArea, L"JoinDiscussionCmd",   L"Join sDiscussion", "", &JoinDiscussionCmdDef::info};
 constexpr WrapperRow kProductTourGuide = {kArea, L"ProductTourGuideCmd", L"Show the Welcome Screen.", "", &ProductTourGuideCmdDef::info};
+constexpr WrapperRow kWelcomeScreen    = {kArea, L"WelcomeScreenCmd",    L"Show the Welcome Screen.", "", &WelcomeScreenCmdDef::info};
 constexpr WrapperRow kVideos           = {kArea, L"VideosCmd",           L"Videos.", "", &VideosCmdDef::info};
 constexpr WrapperRow kHideCommandPalette     = {kArea, L"HideCommandPaletteCmd",       L"Hide CommandPalette", "", &HideCommandPaletteCmdDef::info};
 constexpr WrapperRow kResetToDefaultLayout   = {kArea, L"ResetToDefaultLayoutCommand", L"Reset Layout to default.", "", &ResetToDefaultLayoutCmdDef::info, nullptr, false, false, &ResetToDefaultLayoutCmdDef::refusal};
@@ -338,6 +339,7 @@ Wrapper<kHelp> TextCmdVuCommandsHelpCmd;
 Wrapper<kSuggestbox> TextCmdVuCommandsSuggestboxCmd;
 Wrapper<kJoinDiscussion> TextCmdVuCommandsJoinDiscussionCmd;
 Wrapper<kProductTourGuide> TextCmdVuCommandsProductTourGuideCmd;
+Wrapper<kWelcomeScreen> TextCmdVuCommandsWelcomeScreenCmd;
 Wrapper<kVideos> TextCmdVuCommandsVideosCmd;
 Wrapper<kHideCommandPalette> TextCmdVuCommandsHideCommandPaletteCmd;
 Wrapper<kResetToDefaultLayout> TextCmdVuCommandsResetToDefaultLayoutCommand;

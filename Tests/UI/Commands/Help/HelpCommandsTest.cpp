@@ -9,6 +9,7 @@
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/Private/FileEdition.h"
 #include "UI/Base/Program/ProgressBar.h"
+#include "UI/Base/Session/WelcomeScreen.h"
 #include "UI/Commands/Help/SubscriptionCmd.h"
 
 #include <boost/filesystem/fstream.hpp>
@@ -218,4 +219,13 @@ TEST_F(HelpCommandsTest, TheInvolvementProgramDoesNothingButQuietTheProgressBar)
     EXPECT_EQ(told(L"VuCommands.CIPCmd"), L"");
     EXPECT_FALSE(Vu::ProgressBar::get()->enabled());
     Vu::ProgressBar::get()->enable(true);
+}
+
+TEST_F(HelpCommandsTest, TheWelcomeScreenComesBeforeTheDocuments)
+{
+    answer(L"Design.New");
+    EXPECT_FALSE(Vu::WelcomeScreen::dialogExists());
+    answer(L"VuCommands.WelcomeScreenCmd");
+    EXPECT_TRUE(Vu::WelcomeScreen::dialogExists());
+    EXPECT_EQ(documents(), 1u);
 }

@@ -116,6 +116,7 @@ const Session kSessions[] = {
     {L"SubscriptionCommand",           L"VuCommands.SubscriptionCmd"},
     {L"CIPCommand",                    L"VuCommands.CIPCmd"},
     {L"ProductTourGuideCommand",       L"VuCommands.ProductTourGuideCmd"},
+    {L"WelcomeScreenCommand",          kModel + L"VuCommands.WelcomeScreenCmd"},
     {L"PreferencesCommand",            L"Commands.Start PreferencesCommand"},
     {L"Options.Set",                   L"Options.Set Units.generalPrecision 5"},
     {L"NotifyAutoSaveFilesCommand",    L"Commands.Start NotifyAutoSaveFilesCommand"},
