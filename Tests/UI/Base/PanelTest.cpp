@@ -1,4 +1,5 @@
 #include "Tests/UI/Base/Fixture.h"
+#include "Tests/UI/Becomes.h"
 #include "UI/Base/Command/Command.h"
 #include "UI/Base/Command/CommandDialog.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -268,7 +269,7 @@ TEST_F(PanelTest, ThePreviewFollowsWhatIsTyped)
     line("Radius")->setFocus();
     line("Radius")->selectAll();
     write("8 mm");
-    EXPECT_TRUE(QTest::qWaitFor([] { return bore().radius->value() == 8; }));
+    EXPECT_TRUE(UiTests::becomes([] { return bore().radius->value() == 8; }));
     EXPECT_EQ(bore().executions, 1) << "one preview for what is typed in one go";
     EXPECT_EQ(line("Radius")->text(), QStringLiteral("8 mm"));
 }

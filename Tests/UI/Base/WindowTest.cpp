@@ -9,6 +9,7 @@
 #include "Server/DataModel/Transaction.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Tests/UI/Base/Fixture.h"
+#include "Tests/UI/Becomes.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/Command/KeyEvents.h"
@@ -298,11 +299,9 @@ TEST_F(WindowTest, HiddenAreasTakeNoRoomAndComeBack)
     CommandBox* box = window->mainWindow()->commandBox();
     EXPECT_TRUE(box->isVisible());
     window->area(L"TextCommands")->visible(false);
-    QTest::qWait(20);
-    EXPECT_FALSE(box->isVisible());
+    EXPECT_TRUE(UiTests::becomes([&] { return !box->isVisible(); }));
     window->area(L"TextCommands")->visible(true);
-    QTest::qWait(20);
-    EXPECT_TRUE(box->isVisible());
+    EXPECT_TRUE(UiTests::becomes([&] { return box->isVisible(); }));
     EXPECT_EQ(window->mainWindow()->commandBox(), box) << "what was typed is kept";
 }
 
@@ -351,17 +350,15 @@ TEST_F(WindowTest, TheTitleTellsTheDocumentAndWhetherItWasChanged)
     SessionMgr::get()->currentAssetSession(SessionMgr::get()->assetSession(asset));
     SessionMgr::get()->activate();
     SessionMgr::get()->postActivate();
-    QTest::qWait(20);
+    std::ignore = UiTests::becomes([&] { return window->windowTitle().startsWith(QStringLiteral("Pump")); });
     EXPECT_EQ(window->windowTitle().toStdString(), "Pump [*][*][*] \u2013 Quillet")
         << "the name's own is kept";
     EXPECT_FALSE(window->isWindowModified());
     addBoxes(asset, 1);
-    QTest::qWait(20);
-    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_TRUE(UiTests::becomes([&] { return window->isWindowModified(); }));
     asset->markClean();
     window->refreshSoon();
-    QTest::qWait(20);
-    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_TRUE(UiTests::becomes([&] { return !window->isWindowModified(); }));
 }
 
 TEST_F(WindowTest, WhetherAClosedWindowGoesIsForTheCommandToSay)
@@ -426,7 +423,7 @@ TEST_F(WindowTest, TheCommandLineKeepsTheKeyboardThroughAnotherLayout)
     ArrangementMgr* arrangements = window->arrangementManager();
     arrangements->arrangement(Arrangement::make(arrangements, layout));
     const QPointer<QWidget> before = line->parentWidget()->parentWidget();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !before; }));
+    EXPECT_TRUE(UiTests::becomes([&] { return !before; }));
     EXPECT_EQ(window->widget()->focusWidget(), line);
 }
 
@@ -460,8 +457,7 @@ TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
         EXPECT_FALSE(work.update(0.5));
     }
     EXPECT_FALSE(window->progressPanel()->isVisible());
-    QTest::qWait(20);
-    EXPECT_TRUE(ranInside);
+    EXPECT_TRUE(UiTests::becomes([&] { return ranInside; }));
     EXPECT_EQ(field.text().toStdString(), "2.5") << "what is typed into a field waits for the end";
 
     const int width = window->width();

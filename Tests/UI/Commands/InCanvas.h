@@ -3,6 +3,7 @@
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/ViewFragment.h"
+#include "Tests/UI/Becomes.h"
 #include "Tests/UI/Commands/EditComponents.h"
 #include "Tests/UI/Commands/InBrowser.h"
 #include "UI/Base/View/GraphicsCanvas.h"
@@ -19,7 +20,7 @@ protected:
     {
         InBrowser::SetUp();
         // The window follows the new layout behind the events that are there already.
-        ASSERT_TRUE(QTest::qWaitFor([this] { return findCanvas(); }));
+        ASSERT_TRUE(UiTests::becomes([this] { return findCanvas(); }));
         canvas = graphicsCanvas->existingWidget();
         Vu::SplitViewMgr::get()->activeCanvas(graphicsCanvas);
         camera()->look({0, 1, 0}, {0, 0, 1});

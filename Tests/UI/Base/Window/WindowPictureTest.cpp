@@ -10,6 +10,7 @@
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Support/Process.h"
+#include "Tests/UI/Becomes.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/SceneUtilities.h"
@@ -49,13 +50,11 @@ protected:
         if (!canvas())
             GTEST_SKIP() << "NOTICE: no display with OpenGL to show a window on";
         // A slow display lays the window out long after it was asked for.
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window(), 10000));
-        ASSERT_TRUE(QTest::qWaitFor(
-            [] {
-                return widget()->width() > window()->width() / 2 && canvas()->width() == widget()->width() &&
-                       !TransitionMgr::get()->playing();
-            },
-            10000));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window(), 60000));
+        ASSERT_TRUE(UiTests::becomes([] {
+            return widget()->width() > window()->width() / 2 && canvas()->width() == widget()->width() &&
+                   !TransitionMgr::get()->playing();
+        }));
         m_before.copyFrom(*view()->modelFragment()->camera());
     }
 
@@ -294,7 +293,7 @@ TEST_F(WindowPicture, TransitionsOfOneEventPlayOneAfterTheOtherAndOneOfALaterEve
     play(2);
     EXPECT_EQ(log, (Log{{1, 0}, {1, 1}, {1, 0}})) << "the second one begins where the first one ends";
     log.clear();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !transitions->playing(); }));
+    ASSERT_TRUE(UiTests::becomes([&] { return !transitions->playing(); }));
     EXPECT_TRUE(std::is_sorted(log.begin(), log.end()));
     EXPECT_EQ(log.front().first, 1);
     EXPECT_NE(std::find(log.begin(), log.end(), std::pair(1, 1.0)), log.end());
@@ -303,7 +302,7 @@ TEST_F(WindowPicture, TransitionsOfOneEventPlayOneAfterTheOtherAndOneOfALaterEve
     play(3);
     play(4);
     log.clear();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !log.empty(); }));
+    ASSERT_TRUE(UiTests::becomes([&] { return !log.empty(); }));
     log.clear();
     play(5);
     EXPECT_EQ(log, (Log{{3, 1}, {4, 1}, {5, 0}}));

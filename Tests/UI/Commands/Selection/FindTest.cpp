@@ -1,5 +1,6 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
+#include "Tests/UI/Becomes.h"
 #include "Tests/UI/Commands/InCanvas.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Session/BrowserManager.h"
@@ -55,7 +56,7 @@ TEST_F(Find, InTheBrowserOpensItAndMarksTheEntryWithoutAnotherSelection)
     EXPECT_FALSE(tree->isVisible());
     select({L"Box3/Body1/Face1"});
     answer(L"Commands.Start FindInBrowser");
-    EXPECT_TRUE(QTest::qWaitFor([this] { return tree->isVisible(); }));
+    EXPECT_TRUE(UiTests::becomes([this] { return tree->isVisible(); }));
     const QModelIndex item = below(tree->model()->index(1, 0), L"Box3");
     EXPECT_TRUE(tree->isExpanded(item.parent()));
     EXPECT_EQ(tree->currentIndex(), item);

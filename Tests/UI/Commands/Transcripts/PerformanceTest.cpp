@@ -2,6 +2,7 @@
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Support/Files.h"
+#include "Tests/UI/Becomes.h"
 #include "Tests/UI/Commands/Navigation.h"
 #include "Tests/UI/Commands/Transcribed.h"
 #include "UI/Base/Validation/PerfTestingContext.h"
@@ -273,7 +274,7 @@ private:
 
 TEST_F(WindowPictures, AreCountedAsTheyAreDrawn)
 {
-    ASSERT_TRUE(QTest::qWaitFor([] {
+    ASSERT_TRUE(UiTests::becomes([] {
         std::vector<Vu::GraphicsCanvas*> canvases;
         Vu::GraphicsCanvas::allCanvases(canvases);
         return std::any_of(canvases.begin(), canvases.end(), [](const Vu::GraphicsCanvas* canvas) {

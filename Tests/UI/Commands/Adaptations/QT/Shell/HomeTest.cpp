@@ -1,3 +1,4 @@
+#include "Tests/UI/Becomes.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -21,7 +22,6 @@
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
-#include <chrono>
 #include <cstdlib>
 #include <semaphore>
 #include <unistd.h>
@@ -57,16 +57,13 @@ protected:
     }
     const std::vector<Tile*>& recent() const { return section("recentDocuments")->tiles(); }
     const std::vector<Tile*>& open() const { return section("openDocuments")->tiles(); }
-    /// Lets events come until it is so; false if it never is.
     template <class Condition>
     static bool becomes(Condition condition)
     {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!condition() && std::chrono::steady_clock::now() < end) {
+        return UiTests::becomes([&] {
             Application::get()->processEvents();
-            QTest::qWait(5);
-        }
-        return condition();
+            return condition();
+        });
     }
     static std::wstring file(const std::wstring& name)
     {

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QTest>
+
+#include <utility>
+
+namespace UiTests {
+
+/// Lets events come until it is so; false if it never is. A sound test doesn't wait for long, but on a busy
+/// machine it may wait for its processor.
+template <class Condition>
+bool becomes(Condition&& condition)
+{
+    constexpr int kMilliseconds = 60'000;
+    return QTest::qWaitFor(std::forward<Condition>(condition), kMilliseconds);
+}
+
+} // namespace UiTests
