@@ -10,6 +10,7 @@
 #include <IMeshData_PCurve.hxx>
 #include <IMeshData_Wire.hxx>
 #include <Poly_Triangulation.hxx>
+#include <Precision.hxx>
 
 #include <cmath>
 #include <utility>
@@ -26,7 +27,14 @@ double doubledArea(const gp_Pnt2d& a, const gp_Pnt2d& b, const gp_Pnt2d& c)
     return gp_Vec2d(a, b).Crossed(gp_Vec2d(a, c));
 }
 
-// The polygons' that the triangles have to fill; holes count against what lies around them.
+// Of greater numbers the kernel's own sums are none any more.
+bool isNumber(double value)
+{
+    return std::isfinite(value) && !Precision::IsInfinite(value);
+}
+
+// The polygons' that the triangles have to fill; holes count against what lies around them. 0 if there are
+// none, or damaged ones.
 double outlineArea(const IMeshData::IFaceHandle& face)
 {
     gp_Pnt2d origin;
@@ -37,6 +45,11 @@ double outlineArea(const IMeshData::IFaceHandle& face)
         for (int k = 0; k < wire->EdgesNb(); ++k) {
             const IMeshData::IPCurveHandle& line =
                 wire->GetEdge(k)->GetPCurve(face.get(), wire->GetEdgeOrientation(k));
+            for (int n = 0; n < line->ParametersNb(); ++n)
+                if (!isNumber(line->GetPoint(n).X()) || !isNumber(line->GetPoint(n).Y()))
+                    return 0;
+            if (line->ParametersNb() < 1)
+                return 0;
             if (std::exchange(first, false))
                 origin = line->GetPoint(0);
             double swept = 0;
@@ -59,18 +72,18 @@ double trianglesArea(const Poly_Triangulation& mesh)
     return area / 2;
 }
 
-bool isFilled(const IMeshData::IFaceHandle& face)
+bool isFilled(const IMeshData::IFaceHandle& face, double whole)
 {
     TopLoc_Location location;
     const Handle(Poly_Triangulation)& mesh = BRep_Tool::Triangulation(face->GetFace(), location);
     if (mesh.IsNull() || !mesh->HasUVNodes())
         return false;
-    const double whole = outlineArea(face);
     return std::abs(trianglesArea(*mesh) - whole) <= kTolerance * whole;
 }
 
 // Takes the quick algorithm's triangles if they fill the outline, and the sure one's otherwise: where points
-// lie closer together than the kernel can tell apart, the quick one leaves some out.
+// lie closer together than the kernel can tell apart, the quick one leaves some out. Where there is nothing
+// to fill, or the points are no numbers, it would break down.
 class PlaneMesh : public IMeshTools_MeshAlgo
 {
 public:
@@ -83,11 +96,13 @@ public:
     {
         if (!range.More())
             return;
-        const int status = face->GetStatusMask();
-        m_quick->Perform(face, parameters, {});
-        if (isFilled(face))
-            return;
-        face->UnsetStatus(static_cast<IMeshData_Status>(face->GetStatusMask() & ~status));
+        if (const double whole = outlineArea(face); whole > 0) {
+            const int status = face->GetStatusMask();
+            m_quick->Perform(face, parameters, {});
+            if (isFilled(face, whole))
+                return;
+            face->UnsetStatus(static_cast<IMeshData_Status>(face->GetStatusMask() & ~status));
+        }
         m_sure->Perform(face, parameters, range);
     }
 
