@@ -97,6 +97,22 @@ ShapeAnswer measureLoop(const SubShapes& shapes, const TopoDS_Shape& face, Shape
     return answer(sum, Precision::Confusion(), kind);
 }
 
+// As a body, which is all of its solids.
+ShapeAnswer measureSolid(const TopoDS_Shape& solid, EMeasureType type)
+{
+    const bool area = type == EMeasureType::Area;
+    if (!area && type != EMeasureType::Volume &&
+        !(type >= EMeasureType::PositionX && type <= EMeasureType::PositionZ))
+        return refuse(NoAnswer::WrongKind, ShapeKind::Body);
+    const BodyProperties found = measureShape(solid, area ? BodyMeasure::Area : BodyMeasure::Volume);
+    if (!area && !found.closed)
+        return refuse(NoAnswer::Open, ShapeKind::Body);
+    ShapeAnswer result = answer(area ? found.area : found.volume, 0, ShapeKind::Body);
+    result.result.point1 = result.result.point2 = result.result.point3 =
+        area ? found.areaCentre : found.volumeCentre;
+    return result;
+}
+
 ShapeAnswer measureValue(const SubShapes& shapes, const TopoDS_Shape& part, EMeasureType type, ShapeKind kind)
 {
     const bool face = part.ShapeType() == TopAbs_FACE;
@@ -126,6 +142,8 @@ ShapeAnswer measureValue(const SubShapes& shapes, const TopoDS_Shape& part, EMea
 
 ShapeAnswer measurePart(const SubShapes& shapes, const TopoDS_Shape& part, EMeasureType type)
 {
+    if (part.ShapeType() == TopAbs_SOLID)
+        return measureSolid(part, type);
     const ShapeKind kind = kindOf(part);
     const NoAnswer why = fault(part);
     // Triangles have an area, though nothing else.

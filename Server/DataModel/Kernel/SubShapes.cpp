@@ -1,14 +1,35 @@
 #include "Server/DataModel/Kernel/SubShapes.h"
 
+#include "Server/DataModel/Model/ModelKernel.h"
+
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedDataMapOfShapeListOfShape.hxx>
 #include <TopoDS.hxx>
+#include <TopoDS_Iterator.hxx>
 #include <TopoDS_Wire.hxx>
 
 namespace Vs::Kernel {
+
+namespace {
+
+/// In the order of an explorer of faces. `next` is the number of the next solid.
+void numberFaces(const TopoDS_Shape& shape, uint32_t solid, uint32_t& next, std::vector<uint32_t>& solids)
+{
+    if (shape.ShapeType() == TopAbs_FACE) {
+        solids.push_back(solid);
+        return;
+    }
+    if (shape.ShapeType() == TopAbs_SOLID)
+        solid = next++;
+    for (TopoDS_Iterator parts(shape); parts.More(); parts.Next())
+        if (parts.Value().ShapeType() <= TopAbs_FACE)
+            numberFaces(parts.Value(), solid, next, solids);
+}
+
+} // namespace
 
 std::vector<VisibleEdge> visibleEdges(const TopoDS_Shape& shape)
 {
@@ -28,6 +49,8 @@ std::vector<VisibleEdge> visibleEdges(const TopoDS_Shape& shape)
 
 SubShapes::SubShapes(const TopoDS_Shape& shape) : m_shape(shape)
 {
+    for (TopExp_Explorer solids(shape, TopAbs_SOLID); solids.More(); solids.Next())
+        m_solids.push_back(solids.Current());
     // A face that two solids share is met twice, as in the mesh.
     for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next())
         m_faces.push_back(faces.Current());
@@ -40,10 +63,20 @@ TopoDS_Shape SubShapes::part(ObjectPath::Leaf leaf, uint32_t index) const
 {
     if (leaf == ObjectPath::Leaf::Body)
         return m_shape;
+    if (leaf == ObjectPath::Leaf::Solid)
+        return index < m_solids.size() ? m_solids[index] : TopoDS_Shape();
     if (leaf == ObjectPath::Leaf::Face)
         return index < m_faces.size() ? m_faces[index] : TopoDS_Shape();
     const TopTools_IndexedMapOfShape& map = leaf == ObjectPath::Leaf::Edge ? m_edges : m_vertices;
     return int64_t(index) < map.Extent() ? map(int(index) + 1) : TopoDS_Shape();
+}
+
+std::vector<uint32_t> SubShapes::solidsOfFaces() const
+{
+    std::vector<uint32_t> solids;
+    uint32_t last = 0;
+    numberFaces(m_shape, ModelKernel::kNoSolid, last, solids);
+    return solids;
 }
 
 std::vector<uint32_t> SubShapes::loop(const TopoDS_Face& face) const

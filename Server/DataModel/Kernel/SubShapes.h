@@ -23,8 +23,8 @@ struct VisibleEdge
 /// itself, and an edge that is but a point are none that anybody would see.
 std::vector<VisibleEdge> visibleEdges(const TopoDS_Shape& shape);
 
-/// The faces, edges and vertices of a shape by their numbers (ObjectPath::index). Made once and kept, as
-/// finding the numbers takes longer than most measuring.
+/// The solids, faces, edges and vertices of a shape by their numbers (ObjectPath::index). Made once and kept,
+/// as finding the numbers takes longer than most measuring.
 class SubShapes
 {
 public:
@@ -33,12 +33,14 @@ public:
     const TopoDS_Shape& shape() const { return m_shape; }
     /// Null if there is none of that number.
     TopoDS_Shape part(ObjectPath::Leaf leaf, uint32_t index) const;
+    /// For each face the solid that it belongs to, or ModelKernel::kNoSolid.
+    std::vector<uint32_t> solidsOfFaces() const;
     /// The edges around the outside of a face, by their numbers.
     std::vector<uint32_t> loop(const TopoDS_Face& face) const;
 
 private:
     TopoDS_Shape m_shape;
-    std::vector<TopoDS_Shape> m_faces;
+    std::vector<TopoDS_Shape> m_solids, m_faces;
     TopTools_IndexedMapOfShape m_edges, m_vertices;
 };
 

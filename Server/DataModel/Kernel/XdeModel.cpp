@@ -373,7 +373,7 @@ ShapeAnswer XdeModel::findPair(const std::vector<MeasuredShape>& first,
         GkPoint3d middles[2];
         for (const bool isSecond : {false, true}) {
             const MeasuredShape& shape = (isSecond ? second : first).front();
-            if (shape.leaf <= ObjectPath::Leaf::Body)
+            if (shape.leaf <= ObjectPath::Leaf::Body || shape.leaf == ObjectPath::Leaf::Solid)
                 return {NoAnswer::WrongKind, ShapeKind::Body, isSecond, {}};
             ShapeAnswer middle = measurePart(shape, EMeasureType::PositionX);
             middle.second = isSecond;
@@ -383,6 +383,11 @@ ShapeAnswer XdeModel::findPair(const std::vector<MeasuredShape>& first,
         }
         return measureAngle(shapes[0], shapes[1], middles[0], middles[1]);
     });
+}
+
+std::vector<uint32_t> XdeModel::solidsOfFaces(const std::string& entry)
+{
+    return guarded([&] { return subShapes(entry).solidsOfFaces(); });
 }
 
 std::vector<uint32_t> XdeModel::loop(const MeasuredShape& face)

@@ -38,6 +38,7 @@ public:
     ShapeAnswer measurePart(const MeasuredShape& part, EMeasureType type) override;
     ShapeAnswer measurePair(const std::vector<MeasuredShape>& first, const std::vector<MeasuredShape>& second,
                             EMeasureType type) override;
+    std::vector<uint32_t> solidsOfFaces(const std::string& entry) override;
     std::vector<uint32_t> loop(const MeasuredShape& face) override;
     std::optional<Recognised> recognise(const std::string& entry) override;
     std::string addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,

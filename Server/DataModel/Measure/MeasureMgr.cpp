@@ -21,7 +21,8 @@ constexpr std::pair<ESelectionType, ObjectPath::Leaf> kSelectionTypes[] = {
     {ESelectionType::Body, ObjectPath::Leaf::Body},
 };
 
-/// Accepts the objects whose paths end in one kind of leaf.
+/// Accepts the objects whose paths end in one kind of leaf; as a body also a solid of one, which nobody has
+/// to look for.
 class LeafFilter : public Implements<LeafFilter, SelectionFilter>
 {
 public:
@@ -30,8 +31,11 @@ public:
     bool accepts(const Selection& selection) const override
     {
         const auto* logical = cast<LogicalSelection>(&selection);
-        return logical && logical->path().leaf == m_leaf;
+        return logical &&
+               (mayAccept(logical->path().leaf) ||
+                (m_leaf == ObjectPath::Leaf::Body && logical->path().leaf == ObjectPath::Leaf::Solid));
     }
+    bool mayAccept(ObjectPath::Leaf leaf) const override { return leaf == m_leaf; }
 
 private:
     ObjectPath::Leaf m_leaf;
@@ -162,6 +166,8 @@ std::wstring MeasureMgr::nameOf(const LogicalSelection& selection) const
     if (!component || !selection.path().isPartOfBody())
         return component ? component->name : std::wstring();
     const ObjectPath& path = selection.path();
+    if (path.leaf == ObjectPath::Leaf::Solid)
+        return MeasureTexts::solidOf(path.index + 1, component->name);
     ShapeKind kind = path.leaf == ObjectPath::Leaf::Vertex ? ShapeKind::Vertex
                      : path.leaf == ObjectPath::Leaf::Edge ? ShapeKind::Curve
                                                            : ShapeKind::Face;

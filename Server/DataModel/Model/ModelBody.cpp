@@ -98,6 +98,20 @@ std::optional<BodyProperties> ModelBody::properties(BodyMeasure what, Status& st
     return known->second;
 }
 
+const std::vector<uint32_t>& ModelBody::solidsOfFaces() const
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_solidsOfFaces) {
+        try {
+            m_solidsOfFaces =
+                m_source->withKernel([&](ModelKernel& kernel) { return kernel.solidsOfFaces(m_part.entry); });
+        } catch (const std::runtime_error&) {
+            m_solidsOfFaces.emplace();
+        }
+    }
+    return *m_solidsOfFaces;
+}
+
 ShapeAnswer ModelBody::measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const
 {
     const std::lock_guard lock(m_mutex);

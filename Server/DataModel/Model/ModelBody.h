@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 #include <tuple>
+#include <vector>
 
 namespace Vs {
 
@@ -38,6 +39,8 @@ public:
 
     /// Measures a face, edge or vertex in the body's own coordinates, once. Throws std::runtime_error.
     ShapeAnswer measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const;
+    /// ModelKernel::solidsOfFaces, asked once; empty if the kernel can't tell.
+    const std::vector<uint32_t>& solidsOfFaces() const;
     const std::shared_ptr<ModelSource>& source() const { return m_source; }
     /// A mesh of another fineness, made for the caller alone. Throws std::runtime_error.
     std::shared_ptr<const BodyMesh> meshFor(const TranslatorRefinement& refinement) const;
@@ -53,6 +56,7 @@ private:
     mutable bool m_meshAsked = false;
     mutable std::shared_ptr<const BodyMesh> m_mesh;
     mutable std::map<BodyMeasure, BodyProperties> m_properties;
+    mutable std::optional<std::vector<uint32_t>> m_solidsOfFaces;
     mutable std::map<std::tuple<ObjectPath::Leaf, uint32_t, EMeasureType>, ShapeAnswer> m_answers;
 };
 

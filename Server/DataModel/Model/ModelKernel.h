@@ -110,6 +110,10 @@ public:
     /// Takes a change back, and gives the one that makes it again. Only the last change that isn't taken back
     /// yet can be, while nothing is begun.
     virtual std::unique_ptr<ModelChange> revert(const ModelChange& change) = 0;
+
+    static constexpr uint32_t kNoSolid = ~uint32_t(0);
+    /// For each face of a body, in their order, the solid that it belongs to, or kNoSolid.
+    virtual std::vector<uint32_t> solidsOfFaces(const std::string& entry) = 0;
 };
 
 } // namespace Vs

@@ -6,26 +6,29 @@
 namespace Vs {
 
 /// Names one object of an asset, from the root of the component tree to the leaf: an occurrence of a
-/// component, its body, or a face, edge or vertex of that body. A small value that holds nothing alive: it
-/// stays right through undo, saving and changes elsewhere, and is found to be stale when its object is gone.
+/// component, its body, or a solid, face, edge or vertex of that body. A small value that holds nothing
+/// alive: it stays right through undo, saving and changes elsewhere, and is found to be stale when its object
+/// is gone.
 ///
 /// As text it is the steps from the root with slashes between: `Plate:1/Bolt:2/Body1/Face3`. The number
 /// behind a component's name counts the siblings of that name; it can be left out where there is but one. So
-/// can `Body1` before a face, edge or vertex. A name that holds a slash, a quote or a backslash stands in
-/// double quotes, with a backslash before each quote and backslash in it.
+/// can `Body1` before a solid, face, edge or vertex. A name that holds a slash, a quote or a backslash stands
+/// in double quotes, with a backslash before each quote and backslash in it.
 struct ObjectPath
 {
-    enum class Leaf { Component, Body, Face, Edge, Vertex };
+    enum class Leaf { Component, Body, Face, Edge, Vertex, Solid };
 
     std::string component; ///< Component::id of the occurrence.
     Leaf leaf = Leaf::Component;
-    /// Which face, edge or vertex of the body, from 0; texts count from 1. Faces and edges are in the order
-    /// of BodyMesh::faces and BodyMesh::edgeStarts, vertices in that of the exact shape.
+    /// Which solid, face, edge or vertex of the body, from 0; texts count from 1. Faces and edges are in the
+    /// order of BodyMesh::faces and BodyMesh::edgeStarts, solids and vertices in that of the exact shape.
     uint32_t index = 0;
 
     friend bool operator==(const ObjectPath&, const ObjectPath&) = default;
 
     bool isPartOfBody() const { return leaf > Leaf::Body; }
+    /// Whether it is measured as what encloses a space is.
+    bool isWhole() const { return leaf <= Leaf::Body || leaf == Leaf::Solid; }
     /// Whether it names a place within the component tree, so that there is something above it; the root, and
     /// a path that names nothing, have none.
     bool isQualifiedAndPoppable() const { return !component.empty(); }

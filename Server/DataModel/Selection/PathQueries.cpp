@@ -8,6 +8,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/Texts.h"
+#include "Server/DataModel/Selection/Solids.h"
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/tokenizer.hpp>
@@ -32,7 +33,9 @@ struct LeafName
     const wchar_t* word;
 };
 constexpr LeafName kLeafNames[] = {
-    {Leaf::Body, L"Body"}, {Leaf::Face, L"Face"}, {Leaf::Edge, L"Edge"}, {Leaf::Vertex, L"Vertex"}};
+    {Leaf::Body, L"Body"}, {Leaf::Solid, L"Solid"},   {Leaf::Face, L"Face"},
+    {Leaf::Edge, L"Edge"}, {Leaf::Vertex, L"Vertex"},
+};
 
 const wchar_t* wordOf(Leaf leaf)
 {
@@ -204,6 +207,20 @@ size_t countOf(Leaf leaf, const BodyMesh& mesh)
     return leaf == Leaf::Face ? mesh.faces.size() : mesh.edgeStarts.empty() ? 0 : mesh.edgeStarts.size() - 1;
 }
 
+void addNoSuchPart(const Component& component, Leaf leaf, uint32_t index, size_t count, Status& status)
+{
+    status.addError(localizedFormat("PathNoSuchPart", "\"%1%\" has no %2%: the last is number %3%.",
+                                    component.name, wordOf(leaf) + std::to_wstring(index + 1), count));
+}
+
+bool hasSolid(const Component& component, uint32_t index, Status& status)
+{
+    const uint32_t count = solidCount(component);
+    if (index >= count)
+        addNoSuchPart(component, Leaf::Solid, index, count, status);
+    return index < count;
+}
+
 } // namespace
 
 std::optional<ObjectPath> findPath(const Asset& asset, std::wstring_view text, Status& status)
@@ -215,7 +232,8 @@ std::optional<ObjectPath> findPath(const Asset& asset, std::wstring_view text, S
     const bool found = steps && std::all_of(steps->begin(), steps->end(),
                                             [&](const std::wstring& step) { return walk.step(step); });
     status.merge(own);
-    if (!found || !resolvePath(walk.path(), asset, status))
+    const Component* component = found ? resolvePath(walk.path(), asset, status) : nullptr;
+    if (!component || (walk.path().leaf == Leaf::Solid && !hasSolid(*component, walk.path().index, status)))
         return std::nullopt;
     return walk.path();
 }
@@ -257,8 +275,7 @@ const Component* resolvePath(const ObjectPath& path, const Asset& asset, Status&
     const size_t count = countOf(path.leaf, *found->body->mesh());
     if (path.index < count)
         return found;
-    status.addError(localizedFormat("PathNoSuchPart", "\"%1%\" has no %2%: the last is number %3%.",
-                                    found->name, wordOf(path.leaf) + std::to_wstring(path.index + 1), count));
+    addNoSuchPart(*found, path.leaf, path.index, count, status);
     return nullptr;
 }
 

@@ -27,7 +27,7 @@ std::wstring pathText(const ObjectPath& path, const Asset& asset);
 std::vector<std::wstring> childPaths(const Component& component, const std::wstring& path);
 
 /// The component, if the object is still there; else null with an error. Whether there are as many vertices
-/// is known only to the exact shape and told where that is used.
+/// or solids is known only to the exact shape and told where that is used; `findPath` asks it for solids.
 const Component* resolvePath(const ObjectPath& path, const Asset& asset, Status& status);
 
 /// Where the component's own coordinates lie in the asset's; nothing if it isn't in the asset.

@@ -5,6 +5,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/Private/ComponentObject.h"
+#include "Server/DataModel/Selection/Solids.h"
 
 namespace Vs {
 namespace {
@@ -21,6 +22,15 @@ BBox faceBox(const BodyMesh& mesh, uint32_t index)
     const size_t first = size_t(face.firstTriangle) * 3, count = size_t(face.triangleCount) * 3;
     for (size_t i = first; i < first + count; ++i)
         box.add(pointAt(mesh.positions, mesh.triangles[i]));
+    return box;
+}
+
+BBox solidBox(const Component& component, const BodyMesh& mesh, uint32_t index)
+{
+    BBox box;
+    for (const uint32_t face : facesOfSolid(component, index))
+        if (face < mesh.faces.size())
+            box.add(faceBox(mesh, face));
     return box;
 }
 
@@ -50,6 +60,8 @@ BBox partBox(const Component& component, const ObjectPath& path)
     switch (path.leaf) {
     case ObjectPath::Leaf::Body:
         return mesh->bounds;
+    case ObjectPath::Leaf::Solid:
+        return solidBox(component, *mesh, path.index);
     case ObjectPath::Leaf::Face:
         return faceBox(*mesh, path.index);
     case ObjectPath::Leaf::Edge:

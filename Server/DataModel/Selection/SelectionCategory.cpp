@@ -47,8 +47,10 @@ ObjectKindFilter::ObjectKindFilter(bool restored)
     m_categories.push_back(category(1, L"Vertices", localized("CategoryVertices", "Vertices")));
     m_categories.push_back(category(2, L"Edges", localized("CategoryEdges", "Edges")));
     m_categories.push_back(category(3, L"Faces", localized("CategoryFaces", "Faces")));
-    m_categories.push_back(category(4, L"Bodies", localized("CategoryBodies", "Bodies")));
-    m_categories.push_back(category(5, L"Components", localized("CategoryComponents", "Components")));
+    m_categories.push_back(category(4, L"Solids", localized("CategorySolids", "Solids")));
+    m_categories.push_back(category(5, L"Bodies", localized("CategoryBodies", "Bodies")));
+    m_categories.push_back(category(6, L"Components", localized("CategoryComponents", "Components")));
+    categoryOf(ObjectPath::Leaf::Solid).m_enabled = false;
     if (!restored)
         return;
     const std::vector<std::wstring> disabled = SelectionOptionGroup::get()->disabledCategories();
@@ -59,7 +61,8 @@ ObjectKindFilter::ObjectKindFilter(bool restored)
 SelectionCategory& ObjectKindFilter::categoryOf(ObjectPath::Leaf kind) const
 {
     using Leaf = ObjectPath::Leaf;
-    constexpr Leaf kKinds[] = {Leaf::Vertex, Leaf::Edge, Leaf::Face, Leaf::Body, Leaf::Component};
+    constexpr Leaf kKinds[] = {Leaf::Vertex, Leaf::Edge, Leaf::Face,
+                               Leaf::Solid,  Leaf::Body, Leaf::Component};
     return *m_categories[static_cast<size_t>(std::find(std::begin(kKinds), std::end(kKinds), kind) -
                                              std::begin(kKinds))];
 }

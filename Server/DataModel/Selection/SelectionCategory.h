@@ -47,7 +47,8 @@ public:
                                              std::vector<SelectionCategory*>& categories);
 };
 
-/// What of a model may be picked, by kind: vertices, edges, faces, bodies, components. Other things than
+/// What of a model may be picked, by kind: vertices, edges, faces, solids, bodies, components. Solids are out
+/// at first: only the exact shape tells them. Other things than
 /// objects of a model are not its business, and accepted.
 class ObjectKindFilter : public Implements<ObjectKindFilter, EnumerableSelectionFilter>
 {

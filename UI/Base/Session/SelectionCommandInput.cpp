@@ -222,9 +222,29 @@ Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& even
     std::erase_if(objects, [this](const auto& object) { return !accepts(object); });
     if (objects.empty())
         return nullptr;
-    if (climbs(event.modifierMask()))
-        return holderOf(*objects.front());
+    if (climbs(event.modifierMask())) {
+        const Vs::StrongRef<Vs::Selection> solid = solidAmong(objects);
+        return solid ? solid : holderOf(*objects.front());
+    }
     return m_current ? componentOrPart(objects, adds(event.modifierMask())) : objects.front();
+}
+
+bool SelectionCommandInput::isSolid(const Vs::Selection& selection)
+{
+    const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
+    return object && object->path().leaf == Vs::ObjectPath::Leaf::Solid;
+}
+
+// One that isn't taken yet, of the part that is meant.
+Vs::StrongRef<Vs::Selection> SelectionCommandInput::solidAmong(const Selections& objects) const
+{
+    const auto* first = Vs::cast<Vs::LogicalSelection>(objects.front().get());
+    for (const auto& each : objects)
+        if (const auto* object = Vs::cast<Vs::LogicalSelection>(each.get());
+            object && first && isSolid(*each) && object->componentId() == first->componentId() &&
+            !selectionSet().contains(*each))
+            return each;
+    return nullptr;
 }
 
 // The nearest component around it that isn't taken yet.
@@ -335,7 +355,7 @@ void SelectionCommandInput::click(const Vs::StrongRef<Vs::Selection>& selection,
             clear();
     } else if (m_current && !adds) {
         selections().replace({selection});
-    } else if (climbs(modifiers) && !m_exactly) {
+    } else if (climbs(modifiers) && !m_exactly && !isSolid(*selection)) {
         takeHolder(selection);
     } else if (!adds || m_exactly || !selections().remove(*selection)) {
         std::ignore = add(selection); // A click that is refused changes nothing.

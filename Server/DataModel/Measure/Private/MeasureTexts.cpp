@@ -121,6 +121,11 @@ std::wstring reason(const std::wstring& name, NoAnswer why, ShapeKind kind, EMea
     return {};
 }
 
+std::wstring solidOf(size_t number, const std::wstring& name)
+{
+    return localizedFormat("SolidOf", "Solid %1% of %2%", number, name);
+}
+
 std::wstring partOf(ShapeKind kind, const std::wstring& name)
 {
     return localizedFormat("PartOf", "%1% of %2%", titleOf(kind), name);

@@ -8,6 +8,8 @@
 #include "Server/DataModel/Model/ModelBody.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 
+#include <cmath>
+
 namespace Vs {
 
 /// Of all bodies of an object: the volume or the area.
@@ -114,7 +116,7 @@ MeasureResult MeasuredObject::measurePart(EMeasureType type) const
         refuse(answer.why, answer.kind, type);
     MeasureResult result = answer.result;
     const double scale = scaleOf(occurrence.placement);
-    result.value *= type == EMeasureType::Area ? scale * scale : scale;
+    result.value *= std::pow(scale, type == EMeasureType::Volume ? 3 : type == EMeasureType::Area ? 2 : 1);
     for (GkPoint3d* point : {&result.point1, &result.point2, &result.point3})
         *point = occurrence.placement * *point;
     return result;
@@ -152,7 +154,7 @@ MeasureResult MeasuredObject::measureWith(const MeasuredObject& other, EMeasureT
         throw MeasureError(MeasureTexts::otherModel(other.name()));
     const bool angle = type == EMeasureType::Angle;
     for (const MeasuredObject* object : {this, &other})
-        if (angle && !object->m_path.isPartOfBody())
+        if (angle && object->m_path.isWhole())
             object->refuse(NoAnswer::WrongKind, object->wholeKind(), type);
     const ShapeAnswer answer = withKernel([&] {
         return m_occurrences.front().body->source()->withKernel([&](ModelKernel& kernel) {

@@ -15,7 +15,7 @@ public:
     }
 
     /// The ids of those categories that are left out while no tool runs.
-    Option<std::vector<std::wstring>> disabledCategories{*this, "disabledCategories", {}};
+    Option<std::vector<std::wstring>> disabledCategories{*this, "disabledCategories", {L"Solids"}};
 
 private:
     SelectionOptionGroup() : Implements("Selection") {}

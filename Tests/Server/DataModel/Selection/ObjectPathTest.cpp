@@ -43,6 +43,7 @@ TEST_F(ObjectPathTest, TextsNameWhatTheyWereMadeFromWhateverTheNamesAre)
     for (const auto& component : asset->components()->children) {
         const ObjectPath paths[] = {{component->id},
                                     {component->id, ObjectPath::Leaf::Body},
+                                    {component->id, ObjectPath::Leaf::Solid, 0},
                                     {component->id, ObjectPath::Leaf::Face, 5},
                                     {component->id, ObjectPath::Leaf::Edge, 11},
                                     {component->id, ObjectPath::Leaf::Vertex, 7}};

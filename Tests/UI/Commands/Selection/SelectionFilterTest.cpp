@@ -92,7 +92,7 @@ TEST_F(SelectionFilters, OffersTheKindsBehindTheTwoGeneralEntries)
     for (const MenuItem* item : Vs::cast<MenuControl>(filters()->inputControl())->items())
         names.push_back(item->separator() ? L"-" : item->info()->name());
     EXPECT_EQ(names, (Texts{L"Select Visible", L"-", L"Select All", L"Vertices", L"Edges", L"Faces",
-                            L"Bodies", L"Components"}));
+                            L"Solids", L"Bodies", L"Components"}));
     const MenuItem* edges = item(L"Edges");
     EXPECT_EQ(item(L"Edges"), edges) << "the menu of an unchanged list is not made anew";
     answer(L"Script.DiscardChanges");
@@ -152,7 +152,7 @@ TEST_F(SelectionFilters, AreKeptForTheRestingCommandAndForgottenWithATool)
     choose("Faces");
     answer(L"VuCommands.SelectCmd");
     EXPECT_FALSE(enabled(L"Faces"));
-    EXPECT_EQ(Vs::SelectionOptionGroup::get()->disabledCategories(), (Texts{L"Faces"}));
+    EXPECT_EQ(Vs::SelectionOptionGroup::get()->disabledCategories(), (Texts{L"Faces", L"Solids"}));
     EXPECT_TRUE(activeSession()->commandManager()->activeCommand()->commandDefinition()->readonly());
 
     answer(L"Commands.Start LookAtCommand");
@@ -184,6 +184,8 @@ TEST_F(SelectionFilters, ARecordingHoldsWhatWasChosen)
     EXPECT_FALSE(marks()[L"Faces"]);
     answer(L"VuCommands.SelectionFilterCmd selectVisible,Vertices,Edges,Faces,Bodies,Components");
     EXPECT_TRUE(enabled(L"Faces"));
+    EXPECT_FALSE(enabled(L"Solids")) << "older recordings don't know them";
+    answer(L"VuCommands.SelectionFilterCmd selectVisible,Vertices,Edges,Faces,Solids,Bodies,Components");
     EXPECT_TRUE(marks()[L"Select All"]);
     EXPECT_TRUE(Vs::Scene::GraphicsOptionGroup::get()->selectClosestItemOnly());
 }

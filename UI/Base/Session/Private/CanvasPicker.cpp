@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
+#include "Server/DataModel/Selection/Solids.h"
 #include "Server/Scene/AreaPicker.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/SceneAssetAdapter.h"
@@ -104,6 +105,10 @@ std::vector<Vs::StrongRef<Vs::Selection>> objectsUnder(const MouseEvent& event, 
             add(leafOf(part->part), part->index);
         if (part && part->part != Part::Face)
             continue;
+        const Vs::Component* holder =
+            part && wanted(Leaf::Solid) ? session.asset()->findComponent(component) : nullptr;
+        if (const auto solid = holder ? Vs::solidOfFace(*holder, part->index) : std::nullopt)
+            add(Leaf::Solid, *solid);
         add(Leaf::Body, 0);
         add(Leaf::Component, 0);
         if (closestOnly)

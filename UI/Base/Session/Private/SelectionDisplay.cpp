@@ -5,6 +5,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/DataModel/Selection/Solids.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
@@ -144,6 +145,10 @@ void SelectionDisplay::Layer::light()
             m_kept.emplace_back(node);
         if (!path.isPartOfBody())
             found->second.whole = true;
+        else if (path.leaf == Leaf::Solid)
+            for (const uint32_t face :
+                 Vs::facesOfSolid(*m_display.m_asset->findComponent(path.component), path.index))
+                found->second.parts.emplace_back(Part::Face, face);
         else
             found->second.parts.emplace_back(path.leaf == Leaf::Face   ? Part::Face
                                              : path.leaf == Leaf::Edge ? Part::Edge

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+// The solids of a component's body (ObjectPath::Leaf::Solid), which the exact shape tells: the first question
+// loads the kernel. Main thread.
+namespace Vs {
+
+class Component;
+
+/// 0 for an assembly, and for a body of surfaces or triangles alone.
+[[nodiscard]] uint32_t solidCount(const Component& component);
+
+/// The solid that a face belongs to; nothing if it belongs to none, or if there is but one, which is the
+/// body.
+[[nodiscard]] std::optional<uint32_t> solidOfFace(const Component& component, uint32_t face);
+
+/// The faces of a solid, in their order; none if there is no such solid.
+[[nodiscard]] std::vector<uint32_t> facesOfSolid(const Component& component, uint32_t solid);
+
+} // namespace Vs
