@@ -21,6 +21,12 @@ namespace Vs {
     return id.substr(id.rfind('/') + 1);
 }
 
+/// Whether the component of this id is the other one, or lies in it.
+[[nodiscard]] inline bool isWithin(const std::string& id, const std::string& other)
+{
+    return id.starts_with(other) && (other.empty() || id.size() == other.size() || id[other.size()] == '/');
+}
+
 /// By which the children of one parent are in their order.
 [[nodiscard]] inline int lastNumber(const std::string& id)
 {

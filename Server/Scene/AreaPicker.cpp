@@ -144,7 +144,7 @@ public:
     std::vector<PickedPoint> find()
     {
         const ViewRegion region(m_rays.projection(), m_wish.left, m_wish.bottom, m_wish.right, m_wish.top);
-        visit(m_root, region);
+        visit(m_root, region, false);
         if (m_wish.visibleOnly && !m_found.empty()) {
             shootRays();
             std::erase_if(m_found, [&](const PickedPoint& found) { return !isSeen(found, region); });
@@ -153,16 +153,17 @@ public:
     }
 
 private:
-    void visit(const Node& node, const ViewRegion& above)
+    void visit(const Node& node, const ViewRegion& above, bool ghost)
     {
         if (!node.visible() || above.holds(node.boundingBox()) < 0)
             return;
         const ViewRegion region = above.within(node.transform());
+        ghost = node.ghost().value_or(ghost);
         m_path.push_back(&node);
         if (const auto* group = cast<GroupNode>(&node))
             for (const auto& child : group->children())
-                visit(*child, region);
-        else if (const auto* body = cast<BodyNode>(&node); body && body->mesh())
+                visit(*child, region, ghost);
+        else if (const auto* body = cast<BodyNode>(&node); body && body->mesh() && !ghost)
             visitBody(*body->mesh(), region);
         m_path.pop_back();
     }

@@ -60,6 +60,8 @@ public:
     const std::optional<Vs::Colour>& colour() const { return m_colour; }
     /// Holds for all below, the stronger of several winning.
     Highlight highlight() const { return m_highlight; }
+    /// Whether bodies here and below are drawn faintly and can't be picked; what a deeper node says wins.
+    const std::optional<bool>& ghost() const { return m_ghost; }
 
     /// The box around all that is visible here and below, in the coordinates of the group above. Kept until
     /// something below changes.
@@ -98,6 +100,7 @@ private:
     std::vector<GroupNode*> m_parents; // not owned: a group takes itself out when it goes
     Highlight m_highlight = Highlight::None;
     bool m_visible = true;
+    std::optional<bool> m_ghost;
 };
 
 /// A node with others below it.

@@ -69,6 +69,16 @@ NodeChange& NodeChange::transform(const GkMatrix3d& transform)
     return *this;
 }
 
+// What can be picked is another thing than looks.
+NodeChange& NodeChange::ghost(std::optional<bool> ghost)
+{
+    if (m_node->m_ghost != ghost) {
+        m_node->m_ghost = ghost;
+        m_node->touch();
+    }
+    return *this;
+}
+
 NodeChange& NodeChange::transform(const GkPoint3d& point)
 {
     const bool isPlace = std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);

@@ -37,6 +37,7 @@ public:
     NodeChange& visible(bool visible);
     NodeChange& colour(const std::optional<Colour>& colour);
     NodeChange& highlight(Rendra::Graphics::Highlight highlight);
+    NodeChange& ghost(std::optional<bool> ghost);
 
     /// Of a BodyNode; does nothing to others.
     NodeChange& mesh(std::shared_ptr<const BodyMesh> mesh);

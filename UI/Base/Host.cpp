@@ -110,7 +110,8 @@ public:
     void activateEnvironment(AssetSession* session, const std::wstring& id) override
     {
         EnvironmentDefinition* wanted = EnvironmentDefinitionMgr::get()->findEnvironmentDefinitionById(id);
-        if (session && wanted && wanted->isApplicable(session) && session->activeEnvironment() != wanted)
+        const EnvironmentDefinition* active = session ? session->activeEnvironment() : nullptr;
+        if (session && wanted && wanted->isApplicable(session) && !(active && active->offers(id)))
             session->activateEnvironment(wanted, false);
     }
     Vs::SelectionMgr* selectionManager(AssetSession* session) override { return session->selectionManager(); }

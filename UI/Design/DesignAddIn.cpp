@@ -6,6 +6,7 @@
 #include "UI/Design/Edit/PatternCmds.h"
 #include "UI/Design/Edit/PlaceCmds.h"
 #include "UI/Design/Edit/SolidCmds.h"
+#include "UI/Design/EditComponentCmd.h"
 #include "UI/Design/Environments.h"
 #include "UI/Design/ExportDesignCmd.h"
 #include "UI/Design/Localized.h"
@@ -61,6 +62,8 @@ private:
     EditCmdDef<CircularPatternCmd> m_circularPatternCmdDef;
     SeparateCmdDef m_separateCmdDef;
     EditCmdDef<ColourCmd> m_colourCmdDef;
+    EditComponentCmdDef m_editComponentCmdDef;
+    EditByDoubleClick m_editByDoubleClick;
 };
 
 } // namespace

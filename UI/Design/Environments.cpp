@@ -11,6 +11,18 @@ ModellingEnvironment::ModellingEnvironment() : Implements(kId, localized("Modell
 
 ReviewEnvironment::ReviewEnvironment() : Implements(kId, localized("ReviewEnvironment", "Review")) {}
 
+ComponentEnvironment::ComponentEnvironment() : Implements(kId, localized("ComponentEnvironment", "Component"))
+{
+}
+
+bool ComponentEnvironment::onIsApplicable(const AssetSession* session) const
+{
+    const EnvironmentState* state = session->activeEnvironmentState();
+    while (state && state->environmentDefinition() != this)
+        state = state->returnState();
+    return state != nullptr;
+}
+
 Environments::Environments()
 {
     SessionEventSource::get()->subscribe(this);

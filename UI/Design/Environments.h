@@ -27,6 +27,20 @@ protected:
     bool onIsApplicable(const AssetSession*) const override { return true; }
 };
 
+/// Building within one component, on top of the environment that it was entered from: what is made goes into
+/// it, and the rest of the model is a ghost.
+class ComponentEnvironment : public Vs::Implements<ComponentEnvironment, EnvironmentDefinition>
+{
+public:
+    static constexpr const wchar_t* kId = L"ComponentEnvironment";
+    ComponentEnvironment();
+
+protected:
+    /// Only where the session is in one already: entering needs a component.
+    bool onIsApplicable(const AssetSession* session) const override;
+    bool onOffers(const std::wstring& id) const override { return id == ModellingEnvironment::kId; }
+};
+
 /// The environments of this add-in, in the order in which they are cycled through. Puts new sessions into the
 /// first one.
 class Environments : private SessionEventSite
@@ -42,6 +56,7 @@ private:
 
     ModellingEnvironment m_modelling;
     ReviewEnvironment m_review;
+    ComponentEnvironment m_component;
 };
 
 } // namespace Vu::Design

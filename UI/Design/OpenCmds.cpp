@@ -1,7 +1,11 @@
 #include "UI/Design/OpenCmds.h"
 
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Edit/EditRequest.h"
+#include "Server/DataModel/Transaction.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Base/Command/CommandGroup.h"
@@ -14,6 +18,9 @@
 #include "UI/Design/Resources.h"
 #include "UI/Design/ShowDesign.h"
 
+#include <memory>
+#include <set>
+
 namespace Vu::Design {
 namespace {
 
@@ -25,6 +32,29 @@ bool askForFile(const Vs::TranslatorFileRecognizer& recognizer, CommandContext* 
         return !path.empty();
     FileDialog::tellMissing(status);
     return false;
+}
+
+/// Puts what `work` adds at the top of the model into a component; one step.
+template <class Work>
+void addInto(Vs::Asset& asset, const std::string& parent, const std::wstring& name, Work&& work,
+             Vs::Status& status)
+{
+    struct Destroy
+    {
+        void operator()(Vs::Request* request) const { request->destroy(); }
+    };
+    std::set<std::string> before;
+    for (const auto& child : asset.components()->children)
+        before.insert(child->id);
+    Vs::Transaction transaction(&asset, name);
+    work();
+    Vs::NestEdit nest{{}, parent};
+    for (const auto& child : asset.components()->children)
+        if (!before.contains(child->id))
+            nest.components.push_back(child->id);
+    const std::unique_ptr<Vs::EditRequest, Destroy> request(Vs::EditRequest::make(&asset, name, nest));
+    if (status.isOk() && request->execute(&asset, status))
+        transaction.commit();
 }
 
 /// Reads the file into a document of its own, or into the context's asset. A translator that was cancelled
@@ -143,7 +173,13 @@ void VeloraImportCmd::onExecute(Vs::Status& status)
     Vs::TranslatorContext context;
     context.open(false);
     context.asset(asset);
-    translate(translator, path, context, status);
+    const std::string parent = assetSession() ? assetSession()->editedComponent() : std::string();
+    if (parent.empty())
+        translate(translator, path, context, status);
+    else
+        addInto(
+            *asset, parent, commandDefinition()->info()->name(),
+            [&] { translate(translator, path, context, status); }, status);
 }
 
 } // namespace Vu::Design

@@ -1,17 +1,20 @@
 #include "UI/Design/PrimitiveCmds.h"
 
 #include "Server/Base/Strings.h"
-#include "Server/DataModel/Request.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/Types/PointText.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/Info.h"
+#include "UI/Base/Session/AssetSession.h"
 #include "UI/Design/Environments.h"
 #include "UI/Design/KnownArguments.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/PrimitiveTable.h"
 #include "UI/Design/Resources.h"
 
+#include <memory>
 #include <vector>
 
 namespace Vu::Design {
@@ -44,25 +47,37 @@ namespace {
 class AddPrimitiveRequest : public Vs::Implements<AddPrimitiveRequest, Vs::Request>
 {
 public:
-    AddPrimitiveRequest(const PrimitiveRow& row, std::vector<double> sizes, Look look)
+    /// `parent` is the component (Component::id) that it goes into; empty for the top of the model.
+    AddPrimitiveRequest(const PrimitiveRow& row, std::vector<double> sizes, Look look, std::string parent)
         : Implements(Vs::Strings::widen(row.title)),
           m_row(row),
           m_sizes(std::move(sizes)),
-          m_look(std::move(look))
+          m_look(std::move(look)),
+          m_parent(std::move(parent))
     {
     }
 
 protected:
     void onExecute(Vs::Asset& asset, Vs::Status& status) override
     {
+        struct Destroy
+        {
+            void operator()(Vs::Request* request) const { request->destroy(); }
+        };
         Vs::ModelBuilder builder(&asset);
-        m_row.build(builder, m_sizes.data(), m_look, status);
+        const Vs::Component* made = m_row.build(builder, m_sizes.data(), m_look, status);
+        if (!made || m_parent.empty())
+            return;
+        const std::unique_ptr<Vs::EditRequest, Destroy> request(
+            Vs::EditRequest::make(&asset, name(), Vs::NestEdit{{made->id}, m_parent}));
+        request->execute(&asset, status);
     }
 
 private:
     const PrimitiveRow& m_row;
     std::vector<double> m_sizes;
     Look m_look;
+    std::string m_parent;
 };
 
 class PrimitiveCmd : public Vs::Implements<PrimitiveCmd, SimpleCommand>
@@ -88,7 +103,8 @@ protected:
                                    status) ||
             !readSizes(sizes, status) || !readOrigin(look, status))
             return;
-        AddPrimitiveRequest(m_row, std::move(sizes), std::move(look)).execute(asset, status);
+        const std::string parent = assetSession() ? assetSession()->editedComponent() : std::string();
+        AddPrimitiveRequest(m_row, std::move(sizes), std::move(look), parent).execute(asset, status);
     }
 
 private:

@@ -42,6 +42,14 @@ Paths namedBy(const Edit& edit) requires requires
     return toPaths(edit.components);
 }
 
+Paths namedBy(const NestEdit& edit)
+{
+    Paths paths = toPaths(edit.components);
+    if (!paths.empty())
+        paths.push_back({.component = edit.parent});
+    return paths;
+}
+
 Paths namedBy(const CombineEdit& edit)
 {
     Paths paths = toPaths(edit.tools);
@@ -93,6 +101,11 @@ std::wstring whyWrong(const MirrorEdit& edit)
     return whyWrong(GkMatrix3d::translation(edit.point - GkPoint3d()));
 }
 
+std::wstring whyWrong(const NestEdit&)
+{
+    return {};
+}
+
 std::wstring whyWrong(const CombineEdit&)
 {
     return {};
@@ -129,6 +142,8 @@ std::wstring textOf(const EditError& error)
                                error.subject());
     case EditFault::OwnTool:
         return localizedFormat("EditOwnTool", "\"%1%\" can't be combined with itself.", error.subject());
+    case EditFault::OwnParent:
+        return localizedFormat("EditOwnParent", "\"%1%\" can't be put into itself.", error.subject());
     case EditFault::NothingLeft:
         return localizedFormat("EditNothingLeft", "nothing would be left of \"%1%\".", error.subject());
     case EditFault::Apart:

@@ -41,6 +41,14 @@ struct MirrorEdit
     bool keep = true; ///< The components that are mirrored; else their images take their places.
 };
 
+/// Puts components into an assembly, wherever that occurs, without moving them in the model; where the
+/// parent is a part, their bodies are joined to its own.
+struct NestEdit
+{
+    std::vector<std::string> components; ///< At the top of the tree.
+    std::string parent;
+};
+
 /// Joins bodies to another one, takes them away from it, or leaves of it what it has in common with them all.
 struct CombineEdit
 {
@@ -67,7 +75,7 @@ struct ColourEdit
     std::optional<Colour> colour;
 };
 
-using ModelEdit = std::variant<MoveEdit, CopyEdit, MirrorEdit, CombineEdit, BlendEdit, ColourEdit>;
+using ModelEdit = std::variant<MoveEdit, CopyEdit, MirrorEdit, CombineEdit, BlendEdit, ColourEdit, NestEdit>;
 
 /// Why a change can't be made.
 enum class EditFault {
@@ -86,6 +94,7 @@ enum class EditFault {
     Crashed,     ///< The kernel broke down.
     TooLong,     ///< The kernel didn't come to an end.
     Cancelled,   ///< The user didn't want to wait for the end.
+    OwnParent,   ///< An assembly was to be put into itself.
 };
 
 /// Thrown by ModelKernel::edit.

@@ -14,6 +14,8 @@
 #include <XCAFDoc_ShapeTool.hxx>
 #include <gp_Ax2.hxx>
 
+#include <algorithm>
+
 namespace Vs::Kernel {
 
 namespace {
@@ -60,6 +62,18 @@ TDF_Label copyRootAssembly(const Document& document, const TDF_Label& assembly, 
     }
     copyLook(assembly, added);
     return added;
+}
+
+/// Whether the part or assembly shows that one, at any depth.
+bool shows(const TDF_Label& shown, const TDF_Label& other)
+{
+    if (shown == other)
+        return true;
+    const TDF_LabelSequence components = componentsOf(shown);
+    return std::any_of(components.begin(), components.end(), [&](const TDF_Label& component) {
+        TDF_Label below;
+        return XCAFDoc_ShapeTool::GetReferredShape(component, below) && shows(below, other);
+    });
 }
 
 /// The id of a component that was put beside another one.
@@ -138,6 +152,32 @@ std::vector<std::string> apply(const Document& document, const MirrorEdit& edit)
     }
     if (!edit.keep)
         removeOccurrences(document, edit.components);
+    return added;
+}
+
+std::vector<std::string> nest(const Document& document, const std::vector<std::string>& components,
+                              const Occurrence& assembly)
+{
+    const gp_Trsf toAssembly = assembly.place().Inverted();
+    std::vector<std::string> added;
+    for (const Occurrence& occurrence : topmostOccurrences(document, components)) {
+        const TDF_Label shown = occurrence.shown();
+        if (shows(shown, assembly.shown()))
+            throw EditError(EditFault::OwnParent, nameOf(occurrence.label()));
+        const TopLoc_Location place(toAssembly * occurrence.parentPlace() *
+                                    XCAFDoc_ShapeTool::GetLocation(occurrence.label()).Transformation());
+        const bool isReference = shown != occurrence.label();
+        const TDF_Label inside =
+            XCAFDoc_DocumentTool::ShapeTool(document->Main())->AddComponent(assembly.shown(), shown, place);
+        // What stands for itself at the top keeps its look, and is shown with it.
+        if (isReference)
+            copyLook(occurrence.label(), inside);
+        else
+            renameOccurrence(inside, nameOf(occurrence.label()));
+        added.push_back(assembly.id() + '/' + entryOf(inside));
+        if (isReference)
+            removeOccurrence(occurrence.label());
+    }
     return added;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/Edit/ModelEdit.h"
+#include "Server/DataModel/Kernel/Occurrence.h"
 
 #include <TDF_Label.hxx>
 #include <TDocStd_Document.hxx>
@@ -17,6 +18,11 @@ namespace Vs::Kernel {
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const MoveEdit& edit);
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CopyEdit& edit);
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const MirrorEdit& edit);
+
+/// Puts components from the top of the tree into an assembly, where they stay in the model's coordinates.
+/// Returns their new ids. Throws EditError for an assembly that holds that one.
+std::vector<std::string> nest(const Handle(TDocStd_Document) & document,
+                              const std::vector<std::string>& components, const Occurrence& assembly);
 
 /// The labels of which a move changes nothing but the place; nothing if it changes more.
 std::optional<std::vector<TDF_Label>> movedAlone(const Handle(TDocStd_Document) & document,

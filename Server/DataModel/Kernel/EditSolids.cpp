@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Kernel/Blend.h"
 #include "Server/DataModel/Kernel/Combine.h"
+#include "Server/DataModel/Kernel/EditPlaces.h"
 #include "Server/DataModel/Kernel/Occurrence.h"
 #include "Server/DataModel/Kernel/ShapeForm.h"
 #include "Server/DataModel/Kernel/SolidTools.h"
@@ -153,6 +154,16 @@ std::vector<std::string> apply(const Document& document, const CombineEdit& edit
     if (!edit.keepTools)
         removeOccurrences(document, edit.tools);
     return {};
+}
+
+std::vector<std::string> apply(const Document& document, const NestEdit& edit, MadeShapes& known,
+                               ShapeLog& log)
+{
+    const Occurrence parent(document, edit.parent);
+    if (XCAFDoc_ShapeTool::IsAssembly(parent.shown()))
+        return nest(document, edit.components, parent);
+    apply(document, CombineEdit{CombineEdit::Kind::Join, edit.parent, edit.components}, known, log);
+    return {edit.parent};
 }
 
 std::vector<std::string> apply(const Document& document, const BlendEdit& edit, MadeShapes& known,

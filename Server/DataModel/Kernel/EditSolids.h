@@ -17,6 +17,8 @@ namespace Vs::Kernel {
 
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CombineEdit& edit,
                                MadeShapes& known, ShapeLog& log);
+std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const NestEdit& edit,
+                               MadeShapes& known, ShapeLog& log);
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const BlendEdit& edit,
                                MadeShapes& known, ShapeLog& log);
 

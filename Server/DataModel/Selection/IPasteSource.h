@@ -4,6 +4,7 @@
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Selection/ObjectPath.h"
 
+#include <string>
 #include <vector>
 
 namespace Vs {
@@ -14,11 +15,14 @@ class PasteRequest : public Implements<PasteRequest, Request>
 {
 public:
     using Implements::Implements;
+    /// The component (Component::id) that the copies go into; empty, as at first, for the top of the model.
+    void into(const std::string& component) { m_into = component; }
     /// What the last execution has put there.
     const std::vector<ObjectPath>& pasted() const { return m_pasted; }
 
 protected:
     std::vector<ObjectPath> m_pasted;
+    std::string m_into;
 };
 
 } // namespace Vs

@@ -13,7 +13,7 @@ namespace Vs::Scene {
 /// as long as no child moves, comes or goes. Main thread only.
 std::shared_ptr<const BoxTree> childTree(const Rendra::Graphics::GroupNode& group);
 
-/// Finds the visible bodies that a probe comes near.
+/// Finds the visible bodies that a probe comes near, without those that are ghosts (Node::ghost).
 template <class Visit>
 class BodySearch
 {
@@ -26,32 +26,35 @@ public:
     BodySearch(const double& limit, Visit visit) : m_limit(limit), m_visit(std::move(visit)) {}
 
     /// `above` is in the coordinates of the group that the node hangs under.
-    void search(const Rendra::Graphics::Node& node, const Probe& above)
+    void search(const Rendra::Graphics::Node& node, const Probe& above) { search(node, above, false); }
+
+private:
+    void search(const Rendra::Graphics::Node& node, const Probe& above, bool ghost)
     {
         if (!node.visible() || node.boundingBox().isEmpty() ||
             !(above.enter(node.boundingBox()) < std::min(m_limit, BoxTree::kNever)))
             return;
         const Probe probe = above.transformed(node.transform().inverse());
+        ghost = node.ghost().value_or(ghost);
         m_path.push_back(&node);
         if (const auto* group = cast<Rendra::Graphics::GroupNode>(&node))
-            searchChildren(*group, probe);
-        else if (const auto* body = cast<Rendra::Graphics::BodyNode>(&node); body && body->mesh())
+            searchChildren(*group, probe, ghost);
+        else if (const auto* body = cast<Rendra::Graphics::BodyNode>(&node); body && body->mesh() && !ghost)
             m_visit(*body, probe, std::as_const(m_path));
         m_path.pop_back();
     }
 
-private:
-    void searchChildren(const Rendra::Graphics::GroupNode& group, const Probe& probe)
+    void searchChildren(const Rendra::Graphics::GroupNode& group, const Probe& probe, bool ghost)
     {
         const auto& children = group.children();
         if (const auto tree = childTree(group)) {
             tree->search(
                 m_limit, [&](const BoxTree::Box& box) { return probe.enter(box); },
-                [&](uint32_t child) { search(*children[child], probe); });
+                [&](uint32_t child) { search(*children[child], probe, ghost); });
             return;
         }
         for (const auto& child : children)
-            search(*child, probe);
+            search(*child, probe, ghost);
     }
 
     const double& m_limit;

@@ -20,6 +20,8 @@ namespace {
 
 /// The origin follows the scene's middle when that is farther away than so many times the scene's size.
 constexpr double kOriginSlack = 4;
+/// How much of a ghost is seen.
+constexpr float kGhostOpacity = 0.14f;
 
 uint8_t screenValue(float linear)
 {
@@ -56,6 +58,7 @@ struct DrawList::State
     const InstanceNode* style = nullptr;
     uint64_t firstId = 0; ///< Of the group right below the root: the asset's.
     bool below = false;   ///< Below the root.
+    bool ghost = false;
 };
 
 void Batch::markDirty(size_t index)
@@ -120,6 +123,7 @@ void DrawList::visit(const Node& node, Record& record, const State& above, bool 
     if (node.colour())
         state.colour = &*node.colour();
     state.highlight = std::max(above.highlight, node.highlight());
+    state.ghost = node.ghost().value_or(above.ghost);
     if (const auto* group = Vs::cast<GroupNode>(&node)) {
         const auto* instance = Vs::cast<InstanceNode>(group);
         if (instance && instance->occludedEffect())
@@ -190,7 +194,8 @@ void DrawList::visitBody(const BodyNode& node, Record& record, const State& stat
     instance.colour[0] = screenValue(colour.r);
     instance.colour[1] = screenValue(colour.g);
     instance.colour[2] = screenValue(colour.b);
-    instance.colour[3] = uint8_t(std::lround(255 * std::clamp(colour.a, 0.0f, 1.0f)));
+    const float opacity = std::clamp(colour.a, 0.0f, 1.0f) * (state.ghost ? kGhostOpacity : 1);
+    instance.colour[3] = uint8_t(std::lround(255 * opacity));
     instance.flags = state.highlight == Highlight::Selected  ? Instance::kSelected
                      : state.highlight == Highlight::Pointed ? Instance::kPointed
                                                              : 0;
@@ -198,6 +203,8 @@ void DrawList::visitBody(const BodyNode& node, Record& record, const State& stat
     instance.flags |= (uint32_t(node.id() - state.firstId) & Instance::kNumberMask) << Instance::kNumberShift;
     if (state.matrix.det() < 0)
         instance.flags |= Instance::kMirrored;
+    if (state.ghost)
+        instance.flags |= Instance::kGhost;
 
     const BBox box = node.mesh()->bounds.transformed(state.matrix);
     const GkVector3d centre = box.centre().asVector() - m_origin, half = (box.high() - box.low()) * 0.5;

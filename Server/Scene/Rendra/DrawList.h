@@ -17,7 +17,7 @@ namespace Rendra {
 /// One occurrence of a mesh, as the vertex shader takes it.
 struct Instance
 {
-    static constexpr uint32_t kPointed = 1, kSelected = 2, kMirrored = 4;
+    static constexpr uint32_t kPointed = 1, kSelected = 2, kMirrored = 4, kGhost = 8;
     /// Above these bits, the number of the body's node among those of its asset, cut to as many bits.
     static constexpr uint32_t kNumberShift = 8, kNumberMask = 0xFFF;
 

@@ -21,7 +21,7 @@ vec4 lineAt(vec3 seen)
 {
     float across = middle.w * pixelsOfUnit / (perspective ? max(-seen.z, 1e-6) : 1.0);
     vec3 tint = !tinted || (flags & 3u) == 0u ? edgeColour.rgb : (flags & 2u) != 0u ? selectedColour : pointedColour;
-    return vec4(tint, edgeColour.a * smoothstep(9.0, 60.0, across) * mix(0.5, 1.0, colour.a));
+    return vec4(tint, edgeColour.a * smoothstep(9.0, 60.0, across) * ((flags & 8u) != 0u ? 0.16 : mix(0.5, 1.0, colour.a)));
 }
 )";
 

@@ -11,6 +11,7 @@
 #include "UI/Base/Session/AssetGraphicsView.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/Environment.h"
+#include "UI/Base/Session/Private/EditedComponent.h"
 #include "UI/Base/Session/Private/SelectionDisplay.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Session/SessionEvents.h"
@@ -45,7 +46,8 @@ AssetSession::AssetSession(Vs::Asset* asset, DocumentSession* documentSession)
       m_documentSession(documentSession),
       m_selection(std::make_unique<Vs::SelectionMgr>()),
       m_selectionDisplay(std::make_unique<SelectionDisplay>(asset, m_selection.get())),
-      m_views(std::make_unique<ViewMgr>())
+      m_views(std::make_unique<ViewMgr>()),
+      m_editedComponent(std::make_unique<EditedComponent>(*this))
 {
     Vs::require(asset && documentSession, "a session is that of an asset in a document");
     m_selection->selectionState()->source(
@@ -100,7 +102,31 @@ std::unique_ptr<EnvironmentState> AssetSession::stateOnWayBack(const Environment
     return nullptr;
 }
 
+void AssetSession::leaveEnvironment()
+{
+    const EnvironmentState* back = m_environment ? m_environment->returnState() : nullptr;
+    activateEnvironment(back ? back->environmentDefinition() : nullptr, false);
+}
+
+std::string AssetSession::editedComponent() const
+{
+    const EnvironmentState* state = m_environment.get();
+    while (state && state->component().empty())
+        state = state->returnState();
+    return state ? state->component() : std::string();
+}
+
 void AssetSession::activateEnvironment(EnvironmentDefinition* definition, bool onTop)
+{
+    activate(definition, onTop, {});
+}
+
+void AssetSession::enterComponent(EnvironmentDefinition* definition, const std::string& component)
+{
+    activate(definition, true, component);
+}
+
+void AssetSession::activate(EnvironmentDefinition* definition, bool onTop, const std::string& component)
 {
     if (EnvironmentDefinition* left = activeEnvironment())
         left->onDeactivate(this);
@@ -108,12 +134,15 @@ void AssetSession::activateEnvironment(EnvironmentDefinition* definition, bool o
         m_environment.reset();
     } else {
         std::unique_ptr<EnvironmentState> next = onTop ? nullptr : stateOnWayBack(definition);
-        if (!next)
+        if (!next) {
             next = std::make_unique<EnvironmentState>(this, definition,
                                                       onTop ? std::move(m_environment) : nullptr);
+            next->m_component = component;
+        }
         m_environment = std::move(next);
         definition->onActivate(this);
     }
+    m_editedComponent->show();
     for (const Vs::Timing timing : {Vs::Timing::After, Vs::Timing::Notification}) {
         EnvironmentEvent event(this, definition, timing);
         SessionEventSource::get()->fireEnvironmentActivated(&event);

@@ -3,6 +3,7 @@
 #include "Server/Base/SerializableObject.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace Vs {
@@ -16,6 +17,7 @@ namespace Vu {
 class CommandMgr;
 class DocumentSession;
 class EnvironmentDefinition;
+class EditedComponent;
 class EnvironmentState;
 class GraphicsView;
 class SelectionDisplay;
@@ -52,11 +54,23 @@ public:
     /// forgotten. Null leaves the environment.
     void activateEnvironment(EnvironmentDefinition* definition, bool onTop);
 
+    /// Enters an environment on top, to edit that component alone; see editedComponent.
+    void enterComponent(EnvironmentDefinition* definition, const std::string& component);
+    /// Goes back to where the active environment was entered from; out of all of them, if it was entered
+    /// directly.
+    void leaveEnvironment();
+
+    /// The component (Component::id) that is edited by itself: what is new goes into it, and the rest of the
+    /// model is a ghost that can't be picked. Empty where the whole model is edited. When the component is
+    /// gone from the model, its environment is left.
+    std::string editedComponent() const;
+
     std::wstring serialize() const override;
     std::string factoryName() const override;
 
 private:
     friend class SessionMgr;
+    void activate(EnvironmentDefinition* definition, bool onTop, const std::string& component);
     std::unique_ptr<EnvironmentState> stateOnWayBack(const EnvironmentDefinition* definition);
     void pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const;
 
@@ -68,6 +82,7 @@ private:
     std::unique_ptr<EnvironmentState> m_environment;
     std::unique_ptr<CommandMgr> m_commands;
     bool m_firstViewMade = false;
+    std::unique_ptr<EditedComponent> m_editedComponent;
 };
 
 /// Finds sessions by the asset's guid, by "<document path or identifier>|<asset name>", or by asset name in

@@ -23,11 +23,14 @@ public:
     const std::wstring& name() const { return m_name; }
 
     bool isApplicable(const AssetSession* session) const { return session && onIsApplicable(session); }
+    /// Whether the commands of the environment of that id are at home here as well, so that they don't leave.
+    bool offers(const std::wstring& id) const { return id == m_id || onOffers(id); }
 
 protected:
     virtual bool onIsApplicable(const AssetSession* session) const = 0;
     virtual void onActivate(AssetSession*) {}
     virtual void onDeactivate(AssetSession*) {}
+    virtual bool onOffers(const std::wstring& /*id*/) const { return false; }
 
 private:
     friend class AssetSession;
@@ -65,6 +68,8 @@ public:
     EnvironmentDefinition* environmentDefinition() const { return m_definition; }
     /// Null for an environment that was entered directly.
     EnvironmentState* returnState() const { return m_returnState.get(); }
+    /// The component (Component::id) that it was entered for; empty where it is for the whole model.
+    const std::string& component() const { return m_component; }
 
     /// Whether coming back brings the camera along.
     bool copyCameraOnReturn() const { return m_copyCamera; }
@@ -75,6 +80,7 @@ private:
     AssetSession* m_session;
     EnvironmentDefinition* m_definition;
     std::unique_ptr<EnvironmentState> m_returnState;
+    std::string m_component;
     bool m_copyCamera = false;
 };
 

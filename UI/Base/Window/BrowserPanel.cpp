@@ -15,6 +15,7 @@
 #include "UI/Base/Window/BrowserMarks.h"
 #include "UI/Base/Window/BrowserModel.h"
 #include "UI/Base/Window/ContextMenu.h"
+#include "UI/Base/Window/EditedBar.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Workspace/Area.h"
 #include "UI/Base/Workspace/LayoutStrategy.h"
@@ -44,9 +45,11 @@ constexpr std::wstring_view kRemoveCommand = L"RemoveNamedViewCommand";
 constexpr std::wstring_view kRenameViewCommand = L"UpdateNamedViewNameCommand";
 constexpr std::wstring_view kRenameCommand = L"RenameCommand";
 constexpr std::wstring_view kDeleteCommand = L"DeleteCommand";
+constexpr std::wstring_view kEditCommand = L"EditComponentCommand";
 constexpr std::wstring_view kHideCommand = L"HideCommand";
 constexpr std::wstring_view kShowCommand = L"ShowCommand";
 constexpr const char* kObjectsArgument = "Objects";
+constexpr const char* kComponentArgument = "Component";
 constexpr const char* kNameArgument = "NamedViewName";
 constexpr const char* kNewViewNameArgument = "NewNamedViewName";
 constexpr const char* kNewNameArgument = "NewName";
@@ -58,6 +61,8 @@ BrowserPanel::BrowserPanel(QWidget* parent)
 {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(new EditedBar(this));
     column->addWidget(m_tree);
     m_tree->setHeaderHidden(true);
     m_tree->setUniformRowHeights(true);
@@ -66,7 +71,8 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     m_tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_tree->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
     m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
-    // A double click on a branch opens it, on a named view it looks from there.
+    // A double click on a component edits it, on a named view it looks from there.
+    m_tree->setExpandsOnDoubleClick(false);
     m_tree->setModel(m_model);
     // The style draws the frame of a check box in a tone of the window's colour, which a dark list swallows.
     QPalette colours = m_tree->palette();
@@ -100,6 +106,9 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     connect(m_tree, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
         if (const Vs::StrongRef<NamedView> view = m_model->namedView(index))
             runFromContextMenu(kRestoreCommand, {{kNameArgument, view->name()}});
+        else if (const Vs::Component* component = m_model->component(index);
+                 component && index != m_model->rootIndex() && !m_marks->toolInput())
+            edit(index, *component);
     });
     // What a hidden component holds changes its look with it.
     connect(m_model, &QAbstractItemModel::dataChanged, m_tree->viewport(), qOverload<>(&QWidget::update));
@@ -256,6 +265,13 @@ bool BrowserPanel::eventFilter(QObject* watched, QEvent* event)
         return QWidget::eventFilter(watched, event);
     removeSelected();
     return true;
+}
+
+void BrowserPanel::edit(const QModelIndex& index, const Vs::Component& component)
+{
+    m_tree->expand(index);
+    runFromContextMenu(kEditCommand,
+                       {{kComponentArgument, Vs::pathText({.component = component.id}, *m_model->asset())}});
 }
 
 void BrowserPanel::removeSelected()

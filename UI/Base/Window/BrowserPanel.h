@@ -11,6 +11,10 @@
 
 class QTreeView;
 
+namespace Vs {
+class Component;
+}
+
 namespace Vu {
 
 class BrowserMarks;
@@ -18,8 +22,8 @@ class BrowserModel;
 class SelectionCommandInput;
 
 /// The tree of the current session's components and named views. What is selected in it is what the session
-/// has selected, for the commands of the context menu, and lit up in the views. A double click looks from
-/// where a named view does.
+/// has selected, for the commands of the context menu, and lit up in the views. A double click edits a
+/// component by itself, which a bar above the tree then tells, and looks from where a named view does.
 class BrowserPanel : public QWidget, public Browser, private SessionEventSite
 {
 public:
@@ -42,6 +46,7 @@ private:
     /// A click on a row while a tool takes the clicks.
     void pick(const QModelIndex& index, SelectionCommandInput& input);
     void rename(const QModelIndex& index, const std::wstring& newName);
+    void edit(const QModelIndex& index, const Vs::Component& component);
     void removeSelected();
     /// The Delete key of the tree.
     bool eventFilter(QObject* watched, QEvent* event) override;

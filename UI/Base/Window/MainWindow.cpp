@@ -69,7 +69,20 @@ constexpr int kFirstHeight = 800;
 constexpr int kTitleBar = 36;
 constexpr int kMessageTime = 15000;
 constexpr const wchar_t* kDeleteCommand = L"DeleteCommand";
+constexpr const wchar_t* kReturnCommand = L"ReturnToEnvironmentCommand";
 constexpr const wchar_t* kExitCommand = L"ExitApplicationCommand";
+
+void runByKey(const wchar_t* command)
+{
+    if (CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(command))
+        definition->runByHand(ECommandAccessPoint::HotKey);
+}
+
+bool editsComponent()
+{
+    const AssetSession* session = SessionMgr::get()->activeAssetSession();
+    return session && !session->editedComponent().empty();
+}
 
 /// The identifier of the environment that the user works in; empty outside of any.
 std::wstring activeEnvironment()
@@ -446,21 +459,16 @@ void MainWindow::dropEvent(QDropEvent* event)
     openDroppedFiles(droppedFiles(event->mimeData()));
 }
 
-void MainWindow::deleteSelected()
-{
-    if (CommandDefinition* definition =
-            CommandDefinitionMgr::get()->findCommandDefinitionById(kDeleteCommand))
-        definition->runByHand(ECommandAccessPoint::HotKey);
-}
-
 // What comes here, none of the widgets had a use for.
 void MainWindow::keyPressEvent(QKeyEvent* event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && m_panel->command())
         m_panel->commit();
+    else if (isEnter && commandRests() && editsComponent())
+        runByKey(kReturnCommand);
     else if (event->matches(QKeySequence::Delete) && commandRests())
-        deleteSelected();
+        runByKey(kDeleteCommand);
     else if (tellActiveCommand(&IKeyEventHandler::keyPress, *event))
         m_keysDown.insert(event->key());
     else

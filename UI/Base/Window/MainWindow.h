@@ -96,7 +96,6 @@ private:
     void refresh();
     void bindHotKeys();
     void runHotKey(CommandDefinition* definition);
-    void deleteSelected();
     void tellUnknownCommands();
 
     WorkspaceWindow* m_owner;

@@ -181,6 +181,7 @@ std::vector<Vs::StrongRef<Vs::Selection>> PasteCmd::paste(Objects objects, bool 
             continue;
         }
         const Owned keeper = owned(request);
+        request->into(assetSession()->editedComponent());
         const bool taken = takeOut(objects, handled);
         if (!executeRequest(request, false, {}, status))
             return pasted;

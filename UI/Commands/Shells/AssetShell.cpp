@@ -47,6 +47,14 @@ GraphicsView* viewOf(AssetSession* session, size_t index)
     return Vs::cast<GraphicsView>(views->views()[index]);
 }
 
+bool isBeneath(const EnvironmentState* state, const EnvironmentState* top)
+{
+    do
+        top = top ? top->returnState() : nullptr;
+    while (top && top != state);
+    return top != nullptr;
+}
+
 } // namespace
 
 AssetShell* AssetShell::make(ShellMgr* manager)
@@ -243,7 +251,8 @@ void AssetShell::seamlessActivate(EnvironmentState* state)
         currentAssetSession(session, false, false);
         shellManager()->activeShell(this);
     }
-    if (session->activeEnvironment() != wanted)
+    // Within a component that is edited, another one can be: the same environment, on top of itself.
+    if (session->activeEnvironment() != wanted || isBeneath(state, session->activeEnvironmentState()))
         session->activateEnvironment(wanted, false);
 }
 

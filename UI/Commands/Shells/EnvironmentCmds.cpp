@@ -114,10 +114,11 @@ void ActivateEnvironmentCmdDef::sessionPostActivateForAsset(SessionEvent* event)
 
 void ActivateEnvironmentCmdDef::environmentActivated(EnvironmentEvent* event)
 {
-    // The list is that of the current session, whatever happens to others.
+    // The list is that of the current session, whatever happens to others. One that applies only while it is
+    // entered comes and goes.
     if (event->timing() == Vs::Timing::Notification &&
         event->assetSession() == SessionMgr::get()->currentAssetSession())
-        updateActiveEnvironment(event->environment());
+        updateListControl(event->assetSession());
 }
 
 void ActivateEnvironmentCmdDef::updateListControl(const AssetSession* session)

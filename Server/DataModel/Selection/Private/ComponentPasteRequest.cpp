@@ -1,10 +1,13 @@
 #include "Server/DataModel/Selection/Private/ComponentPasteRequest.h"
 
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/Texts.h"
 #include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Transaction.h"
 
+#include <memory>
 #include <utility>
 
 namespace Vs {
@@ -30,7 +33,9 @@ void ComponentPasteRequest::onExecute(Asset& asset, Status& status)
             return;
         components.push_back(path.component);
     }
-    const std::vector<std::string> added = asset.data().history().changeModel([&](ModelKernel& kernel) {
+    // What is put elsewhere then has to be in the tree.
+    Transaction atTop(&asset, name());
+    std::vector<std::string> added = asset.data().history().changeModel([&](ModelKernel& kernel) {
         if (&asset == m_source) {
             const std::vector<std::string> copies = kernel.paste(kernel, components);
             if (m_cut)
@@ -40,9 +45,25 @@ void ComponentPasteRequest::onExecute(Asset& asset, Status& status)
         return m_source->data().source().withKernel(
             [&](ModelKernel& source) { return kernel.paste(source, components); });
     });
+    atTop.commit();
     m_pasted.clear();
+    if (!m_into.empty() && !nest(asset, added, status))
+        return;
     for (const std::string& id : added)
         m_pasted.push_back({.component = id});
+}
+
+bool ComponentPasteRequest::nest(Asset& asset, std::vector<std::string>& components, Status& status) const
+{
+    struct Destroy
+    {
+        void operator()(Request* request) const { request->destroy(); }
+    };
+    const std::unique_ptr<EditRequest, Destroy> request(
+        EditRequest::make(&asset, name(), NestEdit{components, m_into}));
+    const bool nested = request->execute(&asset, status);
+    components = request->added();
+    return nested;
 }
 
 } // namespace Vs

@@ -4,7 +4,7 @@
 
 namespace Vs {
 
-/// Puts copies of components at the top of an asset's tree, where they lie in the source's coordinates. In
+/// Puts copies of components into an asset, where they lie in the source's coordinates. In
 /// the same asset they show the same bodies; another one gets bodies of its own. The source must be open
 /// when the request is executed; it is an error if a component isn't there any more.
 class ComponentPasteRequest : public Implements<ComponentPasteRequest, PasteRequest>
@@ -17,6 +17,8 @@ protected:
     void onExecute(Asset& asset, Status& status) override;
 
 private:
+    bool nest(Asset& asset, std::vector<std::string>& components, Status& status) const;
+
     Asset* m_source;
     std::vector<ObjectPath> m_paths;
     bool m_cut;

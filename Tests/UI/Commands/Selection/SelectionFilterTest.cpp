@@ -78,11 +78,11 @@ protected:
     {
         selected().clear();
         clickAt(placeOf(component));
-        return selected().empty()
-                   ? L""
-                   : Vs::pathText(
-                         Vs::cast<Vs::LogicalSelection>(selected().selections().front().get())->path(),
-                         *asset());
+        return selected().empty() ? L"" : pathOf(*selected().selections().front());
+    }
+    static std::wstring pathOf(const Vs::Selection& selection)
+    {
+        return Vs::pathText(Vs::cast<Vs::LogicalSelection>(&selection)->path(), *asset());
     }
 };
 
@@ -145,6 +145,31 @@ TEST_F(SelectionFilters, OfAllKindsAClickTakesTheComponentAndOneMoreItsPart)
     clickAt(placeOf(L"Box3"));
     QTest::keyClick(canvas, Qt::Key_Escape);
     EXPECT_TRUE(selected().empty());
+}
+
+TEST_F(SelectionFilters, TheSolidsOfOnePartAreToldApartOnceTheUserWantsIt)
+{
+    answer(L"Design.Edit Box3");
+    answer(L"Design.Box 3 3 3 16,0,0");
+    answer(L"VuCommands.ReturnToEnvironmentCmd");
+    camera()->fit(fragment()->bounds());
+    settle();
+    const QPoint second = placeOf(L"Box3/Solid2");
+    const auto climb = [&] {
+        clickAt(second, Qt::LeftButton, Qt::ControlModifier | Qt::ShiftModifier);
+        return selected().empty() ? L"" : pathOf(*selected().selections().back());
+    };
+    EXPECT_EQ(climb(), L"Box3:1");
+    selected().clear();
+    choose("Solids");
+    EXPECT_EQ(climb(), L"Box3:1/Body1/Solid2");
+    EXPECT_EQ(selected().size(), 1u);
+    EXPECT_EQ(climb(), L"Box3:1");
+    choose("Faces");
+    choose("Components");
+    EXPECT_EQ(clicked(L"Box3/Solid1"), L"Box3:1/Body1/Solid1");
+    EXPECT_EQ(clicked(L"Box3/Solid2"), L"Box3:1/Body1/Solid2");
+    EXPECT_EQ(clicked(L"Box2"), L"Box2:1/Body1") << "one solid alone is the body";
 }
 
 TEST_F(SelectionFilters, AreKeptForTheRestingCommandAndForgottenWithATool)

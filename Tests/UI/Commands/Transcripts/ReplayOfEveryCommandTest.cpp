@@ -93,7 +93,7 @@ const Session kSessions[] = {
     {L"ActiveViewAssetCommand",        kAssets + L"VuCommands.ActiveViewAssetCmd {first}"},
     {L"CloseAssetCommand",             kAssets + L"!VuCommands.CloseAssetCmd"},
     {L"ActivateEnvironmentCommand",    kModel + L"VuCommands.ActivateEnvironmentCmd ReviewEnvironment"},
-    {L"ReturnToEnvironmentCommand",    kModel + L"VuCommands.ActivateEnvironmentCmd ReviewEnvironment;VuCommands.ReturnToEnvironmentCmd"},
+    {L"ReturnToEnvironmentCommand",    kModel + L"Design.Edit Box1;VuCommands.ReturnToEnvironmentCmd;Design.Box 1 1 1"},
     {L"CycleWorkspacesForwardCommand", kModel + L"VuCommands.CycleWorkspacesForwardCmd"},
     {L"CycleWorkspacesBackwardCommand", kModel + L"VuCommands.CycleWorkspacesBackwardCmd"},
     {L"SplitViewLayoutCommand",        kModel + L"Commands.Start SplitViewLayoutCommand Layout=Quad;Commands.Start SplitViewLayoutCommand Layout=OneView"},
@@ -196,6 +196,7 @@ const Session kSessions[] = {
     {L"HideCommand",                   kBoth + L"Commands.Start HideCommand;Design.Hide Sphere1"},
     {L"ShowCommand",                   kBoth + L"Design.Hide;Design.Show Box1"},
     {L"ShowAllCommand",                kBoth + L"Design.Hide;Design.ShowAll"},
+    {L"EditComponentCommand",          kModel + L"Design.Edit Box1;Design.Box 5 5 5 40,0,0;Selection.Select Cylinder1;Commands.Start EditComponentCommand"},
     {L"ToggleVisibilityCommand",       kBoth + L"Commands.Start ToggleVisibilityCommand"},
     // Lines with a body of their own
     {L"Design.New",                    L"Design.New"},

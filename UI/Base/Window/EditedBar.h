@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Server/DataModel/AssetEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
+
+#include <QWidget>
+
+class QLabel;
+
+namespace Vu {
+
+/// Tells above the browser which component is edited by itself (AssetSession::editedComponent), and in what
+/// it lies, and has a button that leaves it. Hidden while the whole model is edited.
+class EditedBar : public QWidget, private SessionEventSite, private Vs::AssetEventSite
+{
+public:
+    explicit EditedBar(QWidget* parent);
+    ~EditedBar() override;
+
+private:
+    void currentSessionChanged(SessionEvent*) override { refresh(); }
+    void sessionPostActivateForAsset(SessionEvent*) override { refresh(); }
+    void environmentActivated(EnvironmentEvent*) override { refresh(); }
+    void assetComponentsChanged(Vs::ComponentsEvent* event) override;
+    void refresh();
+
+    QLabel* m_place;
+    QLabel* m_name;
+};
+
+} // namespace Vu

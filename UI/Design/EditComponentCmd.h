@@ -1,0 +1,39 @@
+#pragma once
+
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/View/MouseEvents.h"
+
+namespace Vu::Design {
+
+/// "EditComponentCommand": enters the component that the text argument "Component" names by its path, or the
+/// one that is selected. What is made then goes into it; the rest is a ghost that can't be picked, until
+/// "ReturnToEnvironmentCommand" leaves it. One that lies in the component being edited is entered on top of
+/// that; for any other, those that don't hold it are left first. It changes nothing of the document.
+class EditComponentCmdDef : public Vs::Implements<EditComponentCmdDef, CommandDefinition>
+{
+public:
+    EditComponentCmdDef();
+    static Info* info();
+    static const Vs::UniqueString* componentArgumentName();
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    CommandBase* onCreateCommand(CommandContext* context) override;
+    bool onAddToContextMenu() override;
+};
+
+/// Runs the command for what is clicked twice in a view while the user has no tool. Of components in each
+/// other, the outermost one that isn't entered yet is meant, unless it is all that there is.
+class EditByDoubleClick : private MouseEventSite
+{
+public:
+    EditByDoubleClick();
+    ~EditByDoubleClick() override;
+    EditByDoubleClick(const EditByDoubleClick&) = delete;
+    EditByDoubleClick& operator=(const EditByDoubleClick&) = delete;
+
+private:
+    void mouseDoubleClick(MouseEvent* event) override;
+};
+
+} // namespace Vu::Design
