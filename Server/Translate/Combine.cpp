@@ -57,6 +57,19 @@ private:
 
 } // namespace
 
+void takeTreeApart(Kernel::XdeModel& model)
+{
+    const Handle(XCAFDoc_ShapeTool) shapes = XCAFDoc_DocumentTool::ShapeTool(model.document()->Main());
+    // What nobody refers to any more is a root itself.
+    TDF_LabelSequence old;
+    for (shapes->GetFreeShapes(old); !old.IsEmpty(); shapes->GetFreeShapes(old)) {
+        for (const TDF_Label& root : old)
+            if (!shapes->RemoveShape(root))
+                throw Unreadable("can't be written: its tree can't be taken apart");
+        old.Clear();
+    }
+}
+
 void combineParts(Kernel::XdeModel& model, const std::string& name)
 {
     const Kernel::XdeTree tree = Kernel::readXdeTree(model.document());
@@ -65,14 +78,7 @@ void combineParts(Kernel::XdeModel& model, const std::string& name)
         collector.add(root, {}, std::nullopt);
 
     const Handle(XCAFDoc_ShapeTool) shapes = XCAFDoc_DocumentTool::ShapeTool(model.document()->Main());
-    // What nobody refers to any more is a root itself.
-    TDF_LabelSequence old;
-    for (shapes->GetFreeShapes(old); !old.IsEmpty(); shapes->GetFreeShapes(old)) {
-        for (const TDF_Label& root : old)
-            if (!shapes->RemoveShape(root))
-                throw Unreadable("can't be combined: its tree can't be taken apart");
-        old.Clear();
-    }
+    takeTreeApart(model);
     const TDF_Label part = shapes->AddShape(collector.all(), false, false);
     TDataStd_Name::Set(part, TCollection_ExtendedString(name.c_str(), true));
     const Handle(XCAFDoc_ColorTool) colours = XCAFDoc_DocumentTool::ColorTool(model.document()->Main());

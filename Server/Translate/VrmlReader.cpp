@@ -4,15 +4,24 @@
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
 #include "Server/Translate/VrmlInlines.h"
+#include "Server/Translate/VrmlScales.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
+#include <BRepBuilderAPI_GTransform.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
+#include <BRep_Builder.hxx>
+#include <BRep_Tool.hxx>
+#include <Geom_Surface.hxx>
+#include <Poly_Triangulation.hxx>
 #include <TDataStd_Name.hxx>
 #include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Compound.hxx>
+#include <TopoDS_Face.hxx>
 #include <TopoDS_Shape.hxx>
 #include <VrmlData_Appearance.hxx>
 #include <VrmlData_Box.hxx>
@@ -27,6 +36,7 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <gp.hxx>
+#include <gp_GTrsf.hxx>
 
 #include <filesystem>
 #include <istream>
@@ -79,13 +89,70 @@ TopoDS_Shape shapeOf(const Handle(VrmlData_Geometry) & geometry)
     return shape;
 }
 
+bool isOfTriangles(const TopoDS_Shape& shape)
+{
+    const TopExp_Explorer faces(shape, TopAbs_FACE);
+    TopLoc_Location location;
+    return faces.More() && BRep_Tool::Surface(TopoDS::Face(faces.Current()), location).IsNull();
+}
+
+// What the triangles turn their outer side to is told by the order of their corners, which a mirror turns.
+Handle(Poly_Triangulation) stretched(const Poly_Triangulation& mesh, const gp_GTrsf& motion)
+{
+    const Handle(Poly_Triangulation) image =
+        new Poly_Triangulation(mesh.NbNodes(), mesh.NbTriangles(), false, mesh.HasNormals());
+    const gp_Mat ofNormals = motion.VectorialPart().Inverted().Transposed();
+    const bool mirrors = motion.VectorialPart().Determinant() < 0;
+    for (int i = 1; i <= mesh.NbNodes(); ++i) {
+        gp_XYZ place = mesh.Node(i).XYZ();
+        motion.Transforms(place);
+        image->SetNode(i, place);
+        if (!mesh.HasNormals())
+            continue;
+        const gp_XYZ normal = mesh.Normal(i).XYZ() * ofNormals;
+        image->SetNormal(i, normal.Modulus() > gp::Resolution() ? gp_Dir(normal) : mesh.Normal(i));
+    }
+    for (int i = 1; i <= mesh.NbTriangles(); ++i) {
+        int a, b, c;
+        mesh.Triangle(i).Get(a, b, c);
+        if (mirrors)
+            std::swap(b, c);
+        image->SetTriangle(i, Poly_Triangle(a, b, c));
+    }
+    return image;
+}
+
+TopoDS_Shape stretched(const TopoDS_Shape& shape, const gp_GTrsf& motion)
+{
+    if (!isOfTriangles(shape))
+        return BRepBuilderAPI_GTransform(shape, motion, true).Shape();
+    const BRep_Builder builder;
+    TopoDS_Compound all;
+    builder.MakeCompound(all);
+    for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next()) {
+        TopLoc_Location location;
+        const Handle(Poly_Triangulation)& mesh =
+            BRep_Tool::Triangulation(TopoDS::Face(faces.Current()), location);
+        if (mesh.IsNull())
+            continue;
+        TopoDS_Face face;
+        builder.MakeFace(face);
+        builder.UpdateFace(face, stretched(*mesh, motion.Multiplied(affine(location.Transformation()))));
+        face.Orientation(faces.Current().Orientation());
+        builder.Add(all, face);
+    }
+    return all;
+}
+
 /// Builds an assembly tree from the nodes of a scene. A node that is used several times becomes one product
-/// with several occurrences.
+/// with several occurrences. What is scaled along its axes differently, which no place can say, has parts of
+/// its own instead.
 class SceneBuilder
 {
 public:
-    explicit SceneBuilder(const Handle(TDocStd_Document) & document)
-        : m_shapes(XCAFDoc_DocumentTool::ShapeTool(document->Main())),
+    SceneBuilder(const Handle(TDocStd_Document) & document, const VrmlScales& scales)
+        : m_scales(scales),
+          m_shapes(XCAFDoc_DocumentTool::ShapeTool(document->Main())),
           m_colours(XCAFDoc_DocumentTool::ColorTool(document->Main()))
     {
     }
@@ -94,7 +161,7 @@ public:
     {
         std::vector<Placed> parts;
         for (VrmlData_Scene::Iterator each(scene.GetIterator()); each.More(); each.Next())
-            if (const Placed part = visit(each.Value(), 0); !part.product.IsNull())
+            if (const Placed part = visit(each.Value(), 0, nullptr); !part.product.IsNull())
                 parts.push_back(part);
         if (parts.empty())
             return;
@@ -125,23 +192,42 @@ private:
         return assembly;
     }
 
-    Placed visit(const Handle(VrmlData_Node) & node, int depth)
+    /// `above` leads out of all that is around the node, if something there is stretched; else null.
+    Placed visit(const Handle(VrmlData_Node) & node, int depth, const gp_GTrsf* above)
     {
         if (node.IsNull() || depth > kDeepest)
             return {};
         const std::string name = node->Name() ? node->Name() : "";
         if (const auto shape = Handle(VrmlData_ShapeNode)::DownCast(node); !shape.IsNull())
-            return {part(shape, name), gp_Trsf(), name};
+            return {above ? newPart(shape, name, above) : part(shape, name), gp_Trsf(), name};
         const auto group = Handle(VrmlData_Group)::DownCast(node);
         if (group.IsNull())
             return {};
+        if (const gp_GTrsf* own = m_scales.marked(group->GetTransform().ScaleFactor()); own || above) {
+            const gp_GTrsf motion =
+                (above ? *above : affine(gp_Trsf()))
+                    .Multiplied(own ? inMillimetres(*own) : affine(group->GetTransform()));
+            return around(children(group, depth, &motion), gp_Trsf(), name, nullptr);
+        }
         const auto known = m_groups.find(node.get());
         if (known != m_groups.end())
             return {known->second, group->GetTransform(), name};
+        return around(children(group, depth, nullptr), group->GetTransform(), name, node.get());
+    }
+
+    std::vector<Placed> children(const Handle(VrmlData_Group) & group, int depth, const gp_GTrsf* above)
+    {
         std::vector<Placed> parts;
         for (VrmlData_Group::Iterator each(group->NodeIterator()); each.More(); each.Next())
-            if (const Placed child = visit(each.Value(), depth + 1); !child.product.IsNull())
+            if (const Placed child = visit(each.Value(), depth + 1, above); !child.product.IsNull())
                 parts.push_back(child);
+        return parts;
+    }
+
+    /// What a group makes of its parts, and is known by if it isn't null.
+    Placed around(std::vector<Placed> parts, const gp_Trsf& motion, const std::string& name,
+                  const void* group)
+    {
         if (parts.empty())
             return {};
         // A transform around one thing only places it.
@@ -149,30 +235,45 @@ private:
             if (!name.empty())
                 parts.front().name = name;
             giveName(parts.front().product, parts.front().name);
-            return {parts.front().product, group->GetTransform() * parts.front().motion, parts.front().name};
+            return {parts.front().product, motion * parts.front().motion, parts.front().name};
         }
-        return {m_groups[node.get()] = addAssembly(parts, gp_Trsf(), name), group->GetTransform(), name};
+        const TDF_Label assembly = addAssembly(parts, gp_Trsf(), name);
+        if (group)
+            m_groups[group] = assembly;
+        return {assembly, motion, name};
+    }
+
+    static gp_GTrsf inMillimetres(gp_GTrsf motion)
+    {
+        motion.SetTranslationPart(motion.TranslationPart() * kMillimetresInMetre);
+        return motion;
     }
 
     TDF_Label part(const Handle(VrmlData_ShapeNode) & node, const std::string& name)
     {
-        if (node->Geometry().IsNull())
-            return {};
         TDF_Label& known = m_parts[{node->Geometry().get(), node->Appearance().get()}];
-        if (!known.IsNull())
-            return known;
-        const TopoDS_Shape shape = shapeOf(node->Geometry());
+        if (known.IsNull())
+            known = newPart(node, name, nullptr);
+        return known;
+    }
+
+    TDF_Label newPart(const Handle(VrmlData_ShapeNode) & node, const std::string& name,
+                      const gp_GTrsf* motion)
+    {
+        TopoDS_Shape shape = node->Geometry().IsNull() ? TopoDS_Shape() : shapeOf(node->Geometry());
         if (shape.IsNull() || !TopExp_Explorer(shape, TopAbs_FACE).More())
             return {};
-        known = m_shapes->AddShape(shape, false, false);
-        giveName(known, name);
+        if (motion)
+            shape = stretched(shape, *motion);
+        const TDF_Label made = m_shapes->AddShape(shape, false, false);
+        giveName(made, name);
         if (!node->Appearance().IsNull() && !node->Appearance()->Material().IsNull()) {
             const Handle(VrmlData_Material)& material = node->Appearance()->Material();
             m_colours->SetColor(
-                known, Quantity_ColorRGBA(material->DiffuseColor(), float(1 - material->Transparency())),
+                made, Quantity_ColorRGBA(material->DiffuseColor(), float(1 - material->Transparency())),
                 XCAFDoc_ColorSurf);
         }
-        return known;
+        return made;
     }
 
     void giveName(const TDF_Label& label, const std::string& name)
@@ -181,6 +282,7 @@ private:
             TDataStd_Name::Set(label, TCollection_ExtendedString(name.c_str(), true));
     }
 
+    const VrmlScales& m_scales;
     Handle(XCAFDoc_ShapeTool) m_shapes;
     Handle(XCAFDoc_ColorTool) m_colours;
     std::map<std::pair<const void*, const void*>, TDF_Label> m_parts;
@@ -199,6 +301,7 @@ Reading readVrml(const std::string& path, Reporter& reporter)
     scene.SetVrmlDir(std::filesystem::path(path).parent_path().c_str());
     // Where that finds nothing, the kernel looks where the program was started.
     std::vector<std::string> refused;
+    VrmlScales scales;
     std::error_code ignored;
     std::filesystem::current_path(std::filesystem::path(path).parent_path(), ignored);
     {
@@ -209,7 +312,9 @@ Reading readVrml(const std::string& path, Reporter& reporter)
         for (const std::string& other : inlines.files)
             reporter.dependsOn(other);
         refused = inlines.refused;
-        ReportingBuffer buffer(inlines.text.empty() ? file.bytes() : inlines.text, reporter);
+        const std::string_view text = inlines.text.empty() ? file.bytes() : std::string_view(inlines.text);
+        scales = vrmlScales(text);
+        ReportingBuffer buffer(scales.text.empty() ? text : std::string_view(scales.text), reporter);
         std::istream stream(&buffer);
         scene << stream;
     }
@@ -219,7 +324,7 @@ Reading readVrml(const std::string& path, Reporter& reporter)
     for (const std::string& other : refused)
         reading.warnings.push_back(refusalOf(other) + ", which was not read");
     reporter.stage("making the parts", 0.6, 0.95);
-    SceneBuilder(reading.model->document()).build(scene, stemOf(path));
+    SceneBuilder(reading.model->document(), scales).build(scene, stemOf(path));
     reading.ifEmpty = refused.empty() ? "holds no triangles or solids" : refusalOf(refused.front());
     takeMeshes(reading, reporter);
     return reading;

@@ -8,6 +8,7 @@
 //
 // The limits are --memory=BYTES of address space and --written=BYTES of the result.
 
+#include "Server/Translate/BakedScales.h"
 #include "Server/Translate/Beside.h"
 #include "Server/Translate/Combine.h"
 #include "Server/Translate/Family.h"
@@ -125,6 +126,7 @@ void exportFile(const Task& task, Reporter& reporter)
     reporter.stage("reading the model", 0.0, 0.1);
     const MappedFile file(task.source);
     Kernel::XdeModel model(file.bytes());
+    bakeScales(model);
     if (!task.writing.combined.empty())
         combineParts(model, task.writing.combined);
     const std::string name = std::filesystem::path(task.target).filename().string();

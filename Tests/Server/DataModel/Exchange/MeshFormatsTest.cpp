@@ -115,6 +115,12 @@ protected:
         builder.box(1, 2, 3, {GkMatrix3d::translation({0, 0, 50}), kHardName, Colour{0, 0, 1, 0.5f}}, status);
         return asset;
     }
+    Asset* assetOf(const std::wstring& path)
+    {
+        Document* document = open(path);
+        EXPECT_NE(document, nullptr) << Strings::narrow(status.toString());
+        return document ? document->activeAsset() : nullptr;
+    }
 };
 
 TEST_F(MeshFormatsTest, WhatIsWrittenComesBackWithItsPlacesNamesAndColours)
@@ -299,6 +305,61 @@ TEST_F(MeshFormatsTest, VrmlKeepsNodesNamesAndSharedParts)
         }
     EXPECT_EQ(occurrences, 2u);
     EXPECT_EQ(walls.size(), 1u);
+}
+
+TEST_F(MeshFormatsTest, VrmlStretchesWhatIsScaledAlongItsAxesDifferently)
+{
+    const std::string stretched =
+        std::string("#VRML V2.0 utf8 # Transform { scale 9 1 1\n") +
+        "DEF Box Transform { scale 3 1 2 rotation 0 0 1 1.5707963267948966 center 5 0 0\n"
+        "  translation -5 -5 0 children [ Shape { geometry Box { size 2 4 6 } } ] }\n";
+    const Asset* box = assetOf(write("box.wrl", stretched));
+    ASSERT_TRUE(box);
+    EXPECT_NEAR(volumeOf(*box), 6 * 48e9, 1e5);
+    // Halves of 1, 2 and 3 m become 3, 2 and 6, are turned about a line 5 m from the middle, whose distance
+    // grows to 15 m, and brought upright.
+    BBox bounds = boundsOf(*box);
+    EXPECT_LT(bounds.low().distanceTo({-2000, -6000, -23000}), 1) << bounds.low().z;
+    EXPECT_LT(bounds.high().distanceTo({2000, 6000, -17000}), 1) << bounds.high().z;
+
+    // Within each other, with a mirror, of triangles; the plain one beside them keeps its part.
+    const std::string tent =
+        "geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0, 1 0 0, 0 1 0, 0 0 1 ] }"
+        " coordIndex [ 0 2 1 -1 0 1 3 -1 0 3 2 -1 1 2 3 -1 ] } ";
+    const Asset* tents = assetOf(write(
+        "tents.wrl", "#VRML V2.0 utf8\nDEF Plain Shape { " + tent + "}\n" +
+                         "Transform { scale -1 2 3 children [ Transform { translation 1 0 0 scale 2 2 2 "
+                         "children [ USE Plain ] } Transform { scale 1 1 4 children [ USE Plain ] } ] }\n"));
+    ASSERT_TRUE(tents);
+    EXPECT_NEAR(volumeOf(*tents), (1 + 6 * 8 + 6 * 4) / 6.0 * 1e9, 1e5)
+        << "turned inside out, they take away";
+    bounds = boundsOf(*tents);
+    EXPECT_LT(bounds.low().distanceTo({-3000, -12000, 0}), 1);
+    EXPECT_LT(bounds.high().distanceTo({1000, 0, 4000}), 1);
+}
+
+TEST_F(MeshFormatsTest, WhatIsPlacedAtAScaleIsWrittenInThatSizeToTheExactFormats)
+{
+    Asset* scaled = assetOf(write("scaled.wrl", R"(#VRML V2.0 utf8
+DEF Plain Shape { appearance Appearance { material Material { diffuseColor 0 0 1 } } geometry Box { size 1 2 3 } }
+DEF Pair Transform { scale 2 2 2 translation 10 0 0 children [
+  DEF Big Transform { translation 0 4 0 children [ USE Plain ] }
+  DEF Bigger Transform { scale 3 3 3 rotation 0 1 0 1.5707963267948966 children [ USE Plain ] } ] }
+)"));
+    ASSERT_TRUE(scaled);
+    const BBox bounds = boundsOf(*scaled);
+    for (const char* name : {"scaled.step", "scaled.igs", "scaled.brep"}) {
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(save(scaled, scratch(name))) << Strings::narrow(status.toString());
+        const Asset* read = assetOf(scratch(name));
+        ASSERT_TRUE(read);
+        EXPECT_NEAR(volumeOf(*read), (1 + 8 + 216) * 6e9, 1e6);
+        EXPECT_LT(boundsOf(*read).low().distanceTo(bounds.low()), 0.1);
+        EXPECT_LT(boundsOf(*read).high().distanceTo(bounds.high()), 0.1);
+    }
+    const Asset* step = assetOf(scratch("scaled.step"));
+    EXPECT_TRUE(partNamed(*step, L"Big") && partNamed(*step, L"Bigger"));
+    EXPECT_EQ(coloursOf(*step), (std::set<std::array<int, 3>>{{0, 0, 255}}));
 }
 
 TEST_F(MeshFormatsTest, ADamagedFileIsRefusedWithItsCause)

@@ -1,0 +1,216 @@
+#include "Server/Translate/VrmlScales.h"
+
+#include <gp.hxx>
+#include <gp_Ax1.hxx>
+#include <gp_Trsf.hxx>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace Vs::Translate {
+
+namespace {
+
+/// Scales that nobody writes, far enough from each other to be told in spite of rounding.
+constexpr double kFirstMark = 7.0e11, kMarkStep = 1.0e6;
+
+double markOf(size_t number)
+{
+    return kFirstMark + kMarkStep * static_cast<double>(number);
+}
+
+/// The numbers of one field, and where they stand.
+template <size_t count>
+struct Field
+{
+    std::array<double, count> numbers;
+    size_t begin = 0, end = 0;
+};
+
+/// A node "Transform", as far as its text says where it places things.
+struct Transform
+{
+    bool is = false; ///< Else another node, or a list.
+    Field<3> translation{{0, 0, 0}}, centre{{0, 0, 0}}, scale{{1, 1, 1}};
+    Field<4> rotation{{0, 0, 1, 0}}, orientation{{0, 0, 1, 0}};
+
+    bool isUneven() const
+    {
+        const auto& [x, y, z] = scale.numbers;
+        const double most = std::max({std::abs(x), std::abs(y), std::abs(z)});
+        return x != 0 && y != 0 && z != 0 && std::max(std::abs(x - y), std::abs(y - z)) > 1e-6 * most;
+    }
+
+    gp_GTrsf motion() const
+    {
+        gp_GTrsf stretch;
+        for (int i = 0; i < 3; ++i)
+            stretch.SetValue(i + 1, i + 1, scale.numbers[static_cast<size_t>(i)]);
+        const gp_Trsf oriented = turned(orientation);
+        return affine(moved(translation, 1) * moved(centre, 1) * turned(rotation) * oriented) * stretch *
+               affine(oriented.Inverted() * moved(centre, -1));
+    }
+
+private:
+    static gp_Trsf moved(const Field<3>& field, double sign)
+    {
+        gp_Trsf motion;
+        motion.SetTranslation(gp_Vec(field.numbers[0], field.numbers[1], field.numbers[2]) * sign);
+        return motion;
+    }
+
+    static gp_Trsf turned(const Field<4>& field)
+    {
+        gp_Trsf motion;
+        const gp_Vec axis(field.numbers[0], field.numbers[1], field.numbers[2]);
+        if (axis.Magnitude() > gp::Resolution())
+            motion.SetRotation(gp_Ax1(gp::Origin(), gp_Dir(axis)), field.numbers[3]);
+        return motion;
+    }
+};
+
+/// The words of a text with where they stand; comments and strings are none.
+class Words
+{
+public:
+    explicit Words(std::string_view text) : m_text(text) {}
+
+    /// Empty at the end. A brace or a bracket is a word by itself.
+    std::string_view next()
+    {
+        skip();
+        const size_t begin = m_at;
+        if (m_at < m_text.size() && isBracket(m_text[m_at]))
+            ++m_at;
+        else
+            while (m_at < m_text.size() && !isBlank(m_text[m_at]) && !isBracket(m_text[m_at]) &&
+                   m_text[m_at] != '#' && m_text[m_at] != '"')
+                ++m_at;
+        return m_text.substr(begin, m_at - begin);
+    }
+
+    /// False, without a word less, if no such numbers come next.
+    template <size_t count>
+    bool read(Field<count>& field)
+    {
+        const size_t before = m_at;
+        Field<count> read;
+        for (size_t i = 0; i < count; ++i) {
+            const std::string_view word = next();
+            if (i == 0)
+                read.begin = m_at - word.size();
+            const auto [end, error] =
+                std::from_chars(word.data(), word.data() + word.size(), read.numbers[i]);
+            if (error != std::errc() || end != word.data() + word.size() || !std::isfinite(read.numbers[i])) {
+                m_at = before;
+                return false;
+            }
+        }
+        read.end = m_at;
+        field = read;
+        return true;
+    }
+
+private:
+    static bool isBlank(char c) { return c == ',' || static_cast<unsigned char>(c) <= ' '; }
+    static bool isBracket(char c) { return c == '{' || c == '}' || c == '[' || c == ']'; }
+
+    void skip()
+    {
+        for (; m_at < m_text.size(); ++m_at) {
+            if (m_text[m_at] == '#')
+                m_at = std::min(m_text.find('\n', m_at), m_text.size() - 1);
+            else if (m_text[m_at] == '"')
+                skipString();
+            else if (!isBlank(m_text[m_at]))
+                return;
+        }
+    }
+
+    void skipString()
+    {
+        for (++m_at; m_at < m_text.size() && m_text[m_at] != '"'; ++m_at)
+            if (m_text[m_at] == '\\')
+                ++m_at;
+    }
+
+    std::string_view m_text;
+    size_t m_at = 0;
+};
+
+void readField(std::string_view name, Words& words, Transform& transform)
+{
+    if (name == "translation")
+        words.read(transform.translation);
+    else if (name == "center")
+        words.read(transform.centre);
+    else if (name == "scale")
+        words.read(transform.scale);
+    else if (name == "rotation")
+        words.read(transform.rotation);
+    else if (name == "scaleOrientation")
+        words.read(transform.orientation);
+}
+
+std::vector<Transform> unevenIn(std::string_view text)
+{
+    std::vector<Transform> open, uneven;
+    Words words(text);
+    std::string_view before;
+    for (std::string_view word = words.next(); !word.empty(); before = word, word = words.next()) {
+        if (word == "{" || word == "[")
+            open.push_back({.is = word == "{" && before == "Transform"});
+        else if (open.empty())
+            continue;
+        else if (word == "}" || word == "]") {
+            if (open.back().is && open.back().isUneven())
+                uneven.push_back(open.back());
+            open.pop_back();
+        } else if (open.back().is) {
+            readField(word, words, open.back());
+        }
+    }
+    std::sort(uneven.begin(), uneven.end(),
+              [](const Transform& a, const Transform& b) { return a.scale.begin < b.scale.begin; });
+    return uneven;
+}
+
+} // namespace
+
+gp_GTrsf affine(const gp_Trsf& motion)
+{
+    return {motion.VectorialPart(), motion.TranslationPart()};
+}
+
+const gp_GTrsf* VrmlScales::marked(double scale) const
+{
+    const double number = std::round((scale - kFirstMark) / kMarkStep);
+    if (!(number >= 0 && number < static_cast<double>(motions.size())))
+        return nullptr;
+    const auto index = static_cast<size_t>(number);
+    return std::abs(scale - markOf(index)) < 1 ? &motions[index] : nullptr;
+}
+
+VrmlScales vrmlScales(std::string_view text)
+{
+    VrmlScales scales;
+    size_t copied = 0;
+    for (const Transform& transform : unevenIn(text)) {
+        const std::string mark = std::to_string(static_cast<long long>(markOf(scales.motions.size())));
+        scales.text += text.substr(copied, transform.scale.begin - copied);
+        scales.text += mark + ' ' + mark + ' ' + mark;
+        // The lines stay, since messages count them.
+        for (const char c : text.substr(transform.scale.begin, transform.scale.end - transform.scale.begin))
+            if (c == '\n')
+                scales.text += c;
+        copied = transform.scale.end;
+        scales.motions.push_back(transform.motion());
+    }
+    if (!scales.motions.empty())
+        scales.text += text.substr(copied);
+    return scales;
+}
+
+} // namespace Vs::Translate
