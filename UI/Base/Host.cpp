@@ -21,7 +21,9 @@
 #include "UI/Base/Program/Private/FileEdition.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/Environment.h"
+#include "UI/Base/Session/LeftDocuments.h"
 #include "UI/Base/Session/Private/SavingHandler.h"
+#include "UI/Base/Session/ReplacingDocument.h"
 #include "UI/Base/Session/SessionEvents.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Session/StepSurroundings.h"
@@ -121,6 +123,13 @@ public:
     {
         m_cursors.forget(command);
         m_dialogs.erase(command);
+    }
+    bool takesOver(CommandDefinition* definition, const CommandContext& context) override
+    {
+        const bool replaces = ReplacingDocument::isCommand(definition);
+        if (replaces)
+            ReplacingDocument::executeLater(definition, context);
+        return replaces;
     }
     Vs::Tasks* deferredTasks() override { return Application::get()->deferredTasks(); }
 
@@ -241,6 +250,8 @@ void installHost()
     StepSurroundings::install();
     static auto* const saving = new SavingHandler;
     static_cast<void>(saving);
+    static auto* const left = new LeftDocuments;
+    static_cast<void>(left);
     static auto* const alerts = new AlertNotifications;
     static_cast<void>(alerts);
 }

@@ -6,6 +6,7 @@
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InputControl.h"
+#include "UI/Base/Command/Private/CommandHost.h"
 #include "UI/Base/Command/Private/CommandStack.h"
 
 #include <algorithm>
@@ -102,7 +103,8 @@ void CommandDefinition::runByHand(ECommandAccessPoint point)
     if (!isAvailable(&context))
         return;
     // The command may take the toolbar away that is still busy with the click.
-    executeLater(context);
+    if (!CommandHost::get()->takesOver(this, context))
+        executeLater(context);
 }
 
 void CommandDefinition::joinCommandGroup(const Vs::UniqueString* group)

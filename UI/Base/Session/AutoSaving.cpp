@@ -38,12 +38,6 @@ private:
     }
     void autoSavedRecoveryFileKept(Vs::AutoSaveEvent* event) override { tell(event); }
     void autoSavedRecoveryFileDamaged(Vs::AutoSaveEvent* event) override { tell(event); }
-    void autoSavedDocumentLeft(Vs::AutoSaveEvent* event) override
-    {
-        // Who wrote the line that closes it knows.
-        if (!Application::headless() && !Application::testing())
-            tell(event);
-    }
     void autoSaveFailed(Vs::AutoSaveEvent* event) override { tell(event); }
 
     static void tell(const Vs::AutoSaveEvent* event) { Application::get()->inform(event->message()); }

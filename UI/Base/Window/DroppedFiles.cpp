@@ -4,6 +4,8 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/ReplacingDocument.h"
 
 namespace Vu {
 namespace {
@@ -28,12 +30,19 @@ void openDroppedFiles(const std::vector<std::wstring>& paths)
     CommandDefinition* home = CommandDefinitionMgr::get()->findCommandDefinitionById(kHomeCommand);
     if (!open)
         return;
-    for (const std::wstring& path : paths) {
-        // Opening replaces what shows. On the home screen nothing does, so that what was dropped first stays.
-        if (home && path != paths.front())
-            run(home, {});
-        run(open, path);
-    }
+    // Behind the event that dropped the files: a source that waits for the drop to end must not wait for an
+    // answer.
+    Application::get()->deferredTasks()->post([open, home, paths] {
+        if (paths.empty() || !ReplacingDocument::agreed(paths.front()))
+            return;
+        for (const std::wstring& path : paths) {
+            // Opening replaces what shows. On the home screen nothing does, so that what was dropped first
+            // stays.
+            if (home && path != paths.front())
+                run(home, {});
+            run(open, path);
+        }
+    });
 }
 
 } // namespace Vu

@@ -132,7 +132,7 @@ void NotificationPanel::place()
     const QWidget* list = m_scroll->widget();
     const int listHeight =
         list->hasHeightForWidth() ? list->heightForWidth(width - 2) : list->sizeHint().height();
-    int height = 2 + m_clear->parentWidget()->sizeHint().height() + std::max(listHeight, 1);
+    int height = kMargin + m_clear->parentWidget()->sizeHint().height() + std::max(listHeight, 1);
     if (!m_work->isHidden())
         height += m_work->sizeHint().height();
     height = std::min({height, kHeight, std::max(m_anchor.top() - available.top() - kDistance, kHeight / 3)});

@@ -150,7 +150,8 @@ void NotificationRow::addActions(QBoxLayout& column)
             QString::fromStdWString(actions[i].text).replace(QLatin1Char('&'), QLatin1String("&&")));
         button->setAccessibleName(QString::fromStdWString(actions[i].text));
         button->setFocusPolicy(m_place == Place::Toast ? Qt::NoFocus : Qt::StrongFocus);
-        connect(button, &QToolButton::clicked, this, [notification = m_notification, i] {
+        connect(button, &QToolButton::clicked, this, [this, notification = m_notification, i] {
+            closeList();
             later([notification, i] { Vs::NotificationCenter::get()->act(notification, i); });
         });
         row->addWidget(button);
@@ -159,13 +160,27 @@ void NotificationRow::addActions(QBoxLayout& column)
     column.addLayout(row);
 }
 
+void NotificationRow::activate()
+{
+    if (!m_notification->clickText().empty())
+        closeList();
+    later([notification = m_notification] { Vs::NotificationCenter::get()->activate(notification); });
+}
+
+/// What is done may ask something, and be seen behind the list.
+void NotificationRow::closeList()
+{
+    if (m_place == Place::List)
+        window()->close();
+}
+
 void NotificationRow::keyPressEvent(QKeyEvent* event)
 {
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
-        later([notification = m_notification] { Vs::NotificationCenter::get()->activate(notification); });
+        activate();
         break;
     case Qt::Key_Delete:
     case Qt::Key_Backspace:
@@ -184,7 +199,7 @@ void NotificationRow::keyPressEvent(QKeyEvent* event)
 void NotificationRow::mouseReleaseEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
-        later([notification = m_notification] { Vs::NotificationCenter::get()->activate(notification); });
+        activate();
 }
 
 } // namespace Vu

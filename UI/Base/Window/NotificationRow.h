@@ -37,6 +37,8 @@ private:
     void addText(QBoxLayout& column, const QString& text, const char* name);
     void addActions(QBoxLayout& column);
     QString timeText() const;
+    void activate();
+    void closeList();
 
     Vs::Notification* m_notification;
     Place m_place;

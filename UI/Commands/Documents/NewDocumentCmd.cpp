@@ -7,6 +7,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/ReplacingDocument.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Workspace/LayoutUtil.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
@@ -113,7 +114,7 @@ void NewDocumentCmdDef::onListSelectionChanged(Info* item)
     CommandContext context = CommandContext::emptyContext();
     context.addArgument(assetTypeArgumentName(), Vs::UniqueStringObject::get(Vs::UniqueString::find(
                                                      Vs::Strings::narrow(item->key()), true)));
-    executeLater(context);
+    ReplacingDocument::executeLater(this, context);
 }
 
 NewDocumentCmd::NewDocumentCmd(NewDocumentCmdDef* definition, CommandContext* context)

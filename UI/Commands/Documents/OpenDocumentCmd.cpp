@@ -16,6 +16,7 @@
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Base/Session/ReplacingDocument.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Workspace/LayoutUtil.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
@@ -67,6 +68,7 @@ void openNativeOrForeign(const Vs::TranslatorFileRecognizer& recognizer, const s
 OpenDocumentCmdDef::OpenDocumentCmdDef()
 {
     Vs::DocumentEventSource::get()->subscribe(this);
+    ReplacingDocument::byCommand(info()->key());
 }
 
 OpenDocumentCmdDef::~OpenDocumentCmdDef()

@@ -6,6 +6,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Session/ReplacingDocument.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
 #include "UI/Commands/Localized.h"
@@ -118,7 +119,7 @@ void RecentDocumentsCmdDef::onListSelectionChanged(Info* item)
     CommandDefinition* open = CommandDefinitionMgr::get()->findCommandDefinitionById(
         Vs::PathInfo::isPathInCloudCache(path) ? kCloudOpenCommand : OpenDocumentCmdDef::info()->key());
     if (open)
-        open->executeLater(context);
+        ReplacingDocument::executeLater(open, context);
 }
 
 void RecentDocumentsCmdDef::documentClosed(Vs::DocumentEvent* event)

@@ -12,6 +12,8 @@ namespace Vu {
 
 class AssetSession;
 class CommandBase;
+class CommandContext;
+class CommandDefinition;
 class CommandDialog;
 class CommandMgr;
 class CursorController;
@@ -49,6 +51,9 @@ public:
     virtual CommandDialog* commandDialog(CommandBase*) { return nullptr; }
     /// A command that asked for something of the two is being destroyed.
     virtual void commandGone(const CommandBase*) {}
+
+    /// Whether it sees to a command that a person starts, because the user has to be asked something first.
+    [[nodiscard]] virtual bool takesOver(CommandDefinition*, const CommandContext&) { return false; }
 
     /// The queue that runs at the end of the current event; null if there is no event loop.
     virtual Vs::Tasks* deferredTasks() { return nullptr; }

@@ -1,7 +1,8 @@
 #include "UI/Commands/Adaptations/QT/Shell/RecentSection.h"
 
 #include "UI/Base/Command/CommandContext.h"
-#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Session/ReplacingDocument.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
@@ -27,7 +28,9 @@ void open(const std::wstring& path)
     CommandContext context = CommandContext::activeContext();
     context.addArgument(CommandContext::pathArgumentName(), path);
     // Behind the click: the tile goes when the document comes.
-    CommandMgr::get()->executeLater(OpenDocumentCmdDef::info()->key(), context);
+    if (CommandDefinition* definition =
+            CommandDefinitionMgr::get()->findCommandDefinitionById(OpenDocumentCmdDef::info()->key()))
+        ReplacingDocument::executeLater(definition, context);
 }
 
 /// The folder as its owner would write it.

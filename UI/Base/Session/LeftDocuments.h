@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Server/DataModel/Recovery/AutoSaveEvents.h"
+#include "UI/Base/Program/Notifications.h"
+
+#include <map>
+#include <string>
+
+namespace Vu {
+
+/// Tells of documents that were closed with unsaved changes and without a question, and brings them back, or
+/// saves a copy of them, for whoever didn't mean it. The notification goes with the recovery file.
+class LeftDocuments : private Vs::AutoSaveEventSite, private Vs::NotificationsEventSite
+{
+public:
+    LeftDocuments();
+    ~LeftDocuments() override;
+
+    /// The sender of these notifications.
+    static const std::wstring& clientID();
+
+private:
+    void autoSavedDocumentLeft(Vs::AutoSaveEvent* event) override;
+    void autoSavedRecoveryFileDeleted(Vs::AutoSaveEvent* event) override;
+    void notificationRemoved(Vs::NotificationEvent* event) override { m_files.erase(event->notification()); }
+
+    std::map<Vs::Notification*, std::wstring> m_files;
+};
+
+} // namespace Vu
