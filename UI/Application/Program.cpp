@@ -22,6 +22,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/EndSignals.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AutoSaving.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -39,11 +40,16 @@
 namespace Quillet {
 namespace {
 
-/// The first Ctrl-C asks a load that runs to stop; without one, or the second time, it ends the program.
+/// The first Ctrl-C asks a load that runs to stop; without one, or the second time, it ends the program, in a
+/// window as the other signals do.
 void onInterrupt(int signal)
 {
     if (Vs::Progress::active() && !Vs::Progress::cancelled()) {
         Vs::Progress::requestCancel();
+        return;
+    }
+    if (!Vu::Application::headless()) {
+        Vu::EndSignals::end(signal);
         return;
     }
     std::signal(signal, SIG_DFL);
@@ -183,8 +189,10 @@ int runWorkspace(const CommandLine& line)
     Vu::Application* application = Vu::Application::get();
     Vu::AutoSaving::begin();
     Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();
-    if (!line.headless)
+    if (!line.headless) {
         workspace->window()->show();
+        Vu::EndSignals::watch();
+    }
     if (line.autorun)
         runAutorunScripts();
     if (!line.headless && !Vu::Application::testing())

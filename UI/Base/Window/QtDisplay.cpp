@@ -15,6 +15,7 @@
 #include <QLibraryInfo>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QSessionManager>
 #include <QSurfaceFormat>
 #include <QTranslator>
 
@@ -72,6 +73,13 @@ std::unique_ptr<QCoreApplication> QtDisplay::makeApplication(int& count, char** 
 int QtDisplay::run()
 {
     return QApplication::exec();
+}
+
+void QtDisplay::onSessionEnds(std::function<void()> callback)
+{
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, qApp,
+        [callback = std::move(callback)](QSessionManager&) { callback(); }, Qt::DirectConnection);
 }
 
 std::unique_ptr<WindowFrame> QtDisplay::makeWindow(WorkspaceWindow* owner)

@@ -13,6 +13,7 @@ class QtDisplay : public Display
 public:
     std::unique_ptr<QCoreApplication> makeApplication(int& count, char** arguments, bool headless) override;
     int run() override;
+    void onSessionEnds(std::function<void()> callback) override;
 
     std::unique_ptr<WindowFrame> makeWindow(WorkspaceWindow* owner) override;
     std::unique_ptr<CanvasSurface> makeSurface(GraphicsCanvas* canvas) override;

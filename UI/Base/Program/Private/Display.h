@@ -6,6 +6,7 @@
 #include "UI/Base/Program/Tour.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -116,6 +117,8 @@ public:
                                                                             bool headless) = 0;
     /// Runs the main loop until Qt's application exits; returns its exit code.
     virtual int run() = 0;
+    /// Calls back when the desktop's session is about to end, and tells it that nothing stands in its way.
+    virtual void onSessionEnds(std::function<void()> callback) = 0;
 
     [[nodiscard]] virtual std::unique_ptr<WindowFrame> makeWindow(WorkspaceWindow* owner) = 0;
     [[nodiscard]] virtual std::unique_ptr<CanvasSurface> makeSurface(GraphicsCanvas* canvas) = 0;

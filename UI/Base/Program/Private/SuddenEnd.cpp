@@ -2,11 +2,14 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/UnfinishedFile.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
 
 #include <QString>
 
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <thread>
 #include <unistd.h>
 
 namespace Vu {
@@ -16,12 +19,28 @@ namespace {
 constexpr int kRefused = 2;
 
 bool watching = false;
+std::thread::id mainThread;
 QtMessageHandler usualHandler = nullptr;
+
+/// What is open in the middle of a step stays as it was kept before that.
+void keepDocuments()
+{
+    // Whoever ends the process from a thread of its own leaves what the last step has left.
+    if (std::this_thread::get_id() != mainThread)
+        return;
+    try {
+        static_cast<void>(Vs::AutoSaveController::get()->writeAll());
+    } catch (const std::exception&) {
+        return; // That was told, and it is too late to do more.
+    }
+}
 
 void leave(int code, void*)
 {
     if (!watching)
         return;
+    watching = false;
+    keepDocuments();
     Vs::UnfinishedFile::removeAll();
     std::fflush(nullptr);
     _exit(code);
@@ -42,11 +61,20 @@ void onMessage(QtMsgType type, const QMessageLogContext& context, const QString&
 
 void SuddenEnd::watch()
 {
+    mainThread = std::this_thread::get_id();
     // Of all that is called at the end, the latest comes first.
     on_exit(leave, nullptr);
     if (!watching)
         usualHandler = qInstallMessageHandler(onMessage);
     watching = true;
+}
+
+void SuddenEnd::now(int code)
+{
+    keepDocuments();
+    Vs::UnfinishedFile::removeAll();
+    std::fflush(nullptr);
+    _exit(code);
 }
 
 void SuddenEnd::over()

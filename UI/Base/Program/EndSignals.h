@@ -1,0 +1,17 @@
+#pragma once
+
+namespace Vu {
+
+/// What tells a run with a window to end without asking anybody: SIGTERM, SIGHUP and SIGINT, and the end of
+/// the desktop's session. What isn't saved is kept in recovery files, and the program ends; at the latest a
+/// second after the signal, whatever it is busy with. The session is told that nothing stands in its way.
+class EndSignals
+{
+public:
+    /// For a run whose window is there; once. A signal that is ignored (nohup) stays so.
+    static void watch();
+    /// From a handler of SIGINT that doesn't end the program itself.
+    static void end(int signal) noexcept;
+};
+
+} // namespace Vu
