@@ -25,6 +25,7 @@
 #include "UI/Commands/Camera/ViewCmdDefs.h"
 #include "UI/Commands/Camera/ViewMenus.h"
 #include "UI/Commands/Camera/ZoomCmd.h"
+#include "UI/Commands/CommandArgumentsTable.h"
 #include "UI/Commands/CommandsAddInIdentifier.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/CurrentDocumentCmds.h"
@@ -209,6 +210,8 @@ private:
     UpdateNamedViewNameCmdDef m_updateNamedViewNameCmdDef;
     RestoreCameraCmdDef m_restoreCameraCmdDef;
     NotifyAutoSaveFilesCmdDef m_notifyAutoSaveFilesCmdDef;
+
+    DeclaredArguments m_arguments{commandArguments()};
 };
 
 const boost::filesystem::path& resourceDirectory()

@@ -1,5 +1,6 @@
 #include "Server/AddInMgr/IUIAddIn.h"
 #include "Server/Base/Warning.h"
+#include "UI/Base/Command/CommandArguments.h"
 #include "UI/Base/Workspace/ToolbarPersister.h"
 #include "UI/Design/DocumentKinds.h"
 #include "UI/Design/Edit/ColourCmd.h"
@@ -18,6 +19,24 @@
 
 namespace Vu::Design {
 namespace {
+
+// clang-format off
+/// What the commands can be given at their start; those of the editing commands are the keys of their inputs.
+constinit const CommandArguments kArguments[] = {
+    {L"VeloraOpenDocumentCommand", {L"Path"}},
+    {L"VeloraImportCommand", {L"Path"}},
+    {L"VeloraExportCommand", {L"Path", L"CombineObjects", L"DisplayUnit", L"Refinement"}},
+    {L"BoxCommand", {L"Dx", L"Dy", L"Dz", L"Origin"}},
+    {L"CylinderCommand", {L"Radius", L"Height", L"Origin"}},
+    {L"SphereCommand", {L"Radius", L"Origin"}},
+    {L"HideCommand", {L"Objects"}},
+    {L"ShowCommand", {L"Objects"}},
+    {L"ShowAllCommand"},
+    {L"ToggleVisibilityCommand", {L"Objects"}},
+    {L"SeparateCommand", {L"Objects"}},
+    {L"EditComponentCommand", {L"Component"}},
+};
+// clang-format on
 
 /// The design add-in's root object: its types and its commands, in the order in which the host lists them.
 class DesignAddIn : public Vs::IUIAddIn
@@ -64,6 +83,7 @@ private:
     EditCmdDef<ColourCmd> m_colourCmdDef;
     EditComponentCmdDef m_editComponentCmdDef;
     EditByDoubleClick m_editByDoubleClick;
+    DeclaredArguments m_arguments{kArguments};
 };
 
 } // namespace

@@ -9,7 +9,6 @@
 #include "UI/Base/Command/Info.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Design/Environments.h"
-#include "UI/Design/KnownArguments.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/PrimitiveTable.h"
 #include "UI/Design/Resources.h"
@@ -99,24 +98,13 @@ protected:
         }
         std::vector<double> sizes;
         Look look;
-        if (!hasOnlyKnownArguments(*commandContext(), commandDefinition()->info()->name(), argumentNames(),
-                                   status) ||
-            !readSizes(sizes, status) || !readOrigin(look, status))
+        if (!readSizes(sizes, status) || !readOrigin(look, status))
             return;
         const std::string parent = assetSession() ? assetSession()->editedComponent() : std::string();
         AddPrimitiveRequest(m_row, std::move(sizes), std::move(look), parent).execute(asset, status);
     }
 
 private:
-    std::vector<std::wstring> argumentNames() const
-    {
-        std::vector<std::wstring> names;
-        for (const PrimitiveRow::Size& size : m_row.sizes)
-            names.push_back(Vs::Strings::widen(size.name));
-        names.push_back(PrimitiveCmdDef::originArgumentName()->wideText());
-        return names;
-    }
-
     bool readSizes(std::vector<double>& sizes, Vs::Status& status) const
     {
         size_t given = 0;

@@ -85,7 +85,7 @@ TEST(BadInputTest, EachLineThatCannotRunIsOneMessageWithItsCause)
         {"Commands.Start NoSuchCommand", "\"NoSuchCommand\""},
         {"Commands.Start BoxCommand Foo", "Foo"},
         {"Commands.Start OpenDocumentCommand", "no file name"},
-        {"Commands.Start VeloraOpenDocumentCommand NoArgument=1", "no file name"},
+        {"Commands.Start VeloraOpenDocumentCommand", "no file name"},
         {"Commands.Start SaveAsImageCommand", "no file name"},
         {"Commands.Start ExportCommand", "no active asset"},
         {"Commands.Commit", "No command is running"},

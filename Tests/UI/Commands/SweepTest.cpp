@@ -1,3 +1,4 @@
+#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Command/CommandContext.h"
@@ -104,6 +105,25 @@ TEST_P(SweepTest, EveryLineAnswersBadParametersWithZeroOrOne)
             EXPECT_FALSE(result.first == 1 && result.second.empty()) << "a failure without a reason";
         }
     }
+}
+
+class ArgumentsTest : public CommandsTests::WithProgram
+{
+};
+
+TEST_F(ArgumentsTest, NoCommandRunsWithAnArgumentThatItDoesNotTake)
+{
+    answer(L"Design.New");
+    for (const CommandDefinition* definition : CommandDefinitionMgr::get()->commandDefinitions()) {
+        const std::wstring why = failure(L"Commands.Start " + definition->id() + L" Nonsense=1");
+        EXPECT_NE(why.find(L"has no argument \"Nonsense\""), std::wstring::npos)
+            << Vs::Strings::narrow(definition->id() + L": " + why);
+    }
+    EXPECT_EQ(failure(L"Commands.Start FindInCanvas Path=1"),
+              L"Find in Canvas has no argument \"Path\": it takes none.");
+    EXPECT_EQ(failure(L"Commands.Start BoxCommand dx=100 Dy=1 Dz=1"),
+              L"Box has no argument \"dx\". Did you mean \"Dx\"?");
+    EXPECT_EQ(documents(), 1u);
 }
 
 INSTANTIATE_TEST_SUITE_P(InEveryScene, SweepTest,

@@ -4,6 +4,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "UI/Base/Command/CommandArguments.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -103,8 +104,13 @@ public:
                 addGuessed(context, key, parameter.substr(sign + 1));
         }
         if (CommandDefinition* definition =
-                CommandDefinitionMgr::get()->findCommandDefinitionById(parameters[0]))
+                CommandDefinitionMgr::get()->findCommandDefinitionById(parameters[0])) {
+            Vs::Status status;
+            const auto known = DeclaredArguments::of(definition->id());
+            if (known && !hasOnlyKnownArguments(context, definition->info()->name(), *known, status))
+                return answer(status);
             return answer(definition->executeCommand(context));
+        }
         return answer(CommandMgr::get()->executeCommand(parameters[0], context));
     }
 };

@@ -6,6 +6,7 @@
 #include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandArguments.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/CommandInputSet.h"
@@ -14,7 +15,6 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SelectionInputEvents.h"
 #include "UI/Design/Environments.h"
-#include "UI/Design/KnownArguments.h"
 #include "UI/Design/Localized.h"
 
 #include <memory>
