@@ -18,6 +18,7 @@
 #include "UI/Base/Command/KeyEvents.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/Environment.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Session/Thumbnail.h"
@@ -246,7 +247,7 @@ TEST_F(SelectingTest, TheFilterSaysWhichKindsArePickedAndLit)
     input->requiredFilter(nullptr);
 }
 
-TEST_F(SelectingTest, ThePictureForFileListsShowsNothingThatIsSelectedOrPointedAt)
+TEST_F(SelectingTest, ThePictureForFileListsShowsNeitherASelectionNorGhosts)
 {
     const std::string bare = thumbnailOf(asset, 64);
     if (bare.empty())
@@ -257,6 +258,18 @@ TEST_F(SelectingTest, ThePictureForFileListsShowsNothingThatIsSelectedOrPointedA
     EXPECT_FALSE(selected().empty() || pointed().empty());
     EXPECT_TRUE(thumbnailOf(asset, 64) == bare);
     input->requiredFilter(nullptr);
+
+    DebugEnvironmentDef environment;
+    session->enterComponent(&environment, boxes[1]);
+    EXPECT_TRUE(selected().empty() && pointed().empty());
+    EXPECT_TRUE(thumbnailOf(asset, 64) == bare);
+    click(at(5, 5));
+    EXPECT_TRUE(selected().empty()) << "a ghost isn't picked";
+    click(at(25, 5));
+    EXPECT_EQ(path(selected()), (Vs::ObjectPath{boxes[1]}));
+    session->leaveEnvironment();
+    click(at(5, 5));
+    EXPECT_EQ(path(selected()), (Vs::ObjectPath{boxes[0]}));
 }
 
 TEST_F(SelectingTest, WhatIsHiddenIsPickedWhenTheUserWantsIt)

@@ -1,7 +1,10 @@
 #include "UI/Base/Session/Thumbnail.h"
 
 #include "Server/Base/Require.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Session/AssetGraphicsView.h"
@@ -10,6 +13,36 @@
 #include "UI/Base/View/ViewMgr.h"
 
 namespace Vu {
+
+namespace {
+
+/// Has a model show all that it holds alike while it lives, whatever is edited by itself.
+class WithoutGhosts
+{
+public:
+    explicit WithoutGhosts(const Vs::Asset& asset)
+    {
+        const auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(asset.adapter());
+        if (!scene || !scene->rootNode()->ghost())
+            return;
+        m_root = Vs::StrongRef<Rendra::Graphics::Node>(scene->rootNode());
+        m_ghost = m_root->ghost();
+        Vs::Scene::NodeChange(m_root.get()).ghost(std::nullopt);
+    }
+    ~WithoutGhosts()
+    {
+        if (m_root)
+            Vs::Scene::NodeChange(m_root.get()).ghost(m_ghost);
+    }
+    WithoutGhosts(const WithoutGhosts&) = delete;
+    WithoutGhosts& operator=(const WithoutGhosts&) = delete;
+
+private:
+    Vs::StrongRef<Rendra::Graphics::Node> m_root;
+    std::optional<bool> m_ghost;
+};
+
+} // namespace
 
 std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
 {
@@ -33,6 +66,7 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     options.transparentBackground = true;
     options.grid = false;
     options.highlights = false;
+    const WithoutGhosts all(*asset);
     Vs::Scene::Image image;
     Vs::Status ignored; // Without a picture the file is as good.
     if (!Vs::Scene::OffscreenRenderer::get()->render({model}, side, side, options, image, ignored))
