@@ -1,5 +1,6 @@
 #include "Server/Scene/AreaPicker.h"
 
+#include "Server/Body/PartsMesh.h"
 #include "Server/Scene/Private/PickSearch.h"
 #include "Server/Scene/Private/ViewRay.h"
 #include "Server/Scene/Private/ViewRegion.h"
@@ -164,7 +165,7 @@ private:
             for (const auto& child : group->children())
                 visit(*child, region, ghost);
         else if (const auto* body = cast<BodyNode>(&node); body && body->mesh() && !ghost)
-            visitBody(*body->mesh(), region);
+            visitBody(m_wish.parts ? *partsMesh(body->mesh()) : *body->mesh(), region);
         m_path.pop_back();
     }
 
@@ -232,7 +233,8 @@ private:
                 return true;
         }
         const ViewRegion within = region.within(found.localToWorld);
-        const Outline outline(*bodyOf(found).mesh(), found.part);
+        const auto& mesh = bodyOf(found).mesh();
+        const Outline outline(found.part ? *partsMesh(mesh) : *mesh, found.part);
         return isAnySeen(outline.linesWithin(within), found.localToWorld) ||
                outline.anyPlace(kPlacesAsked, [&](const auto& local) {
                    return within.contains(local[0]) && !isEdgeOn(found.localToWorld, local) &&

@@ -84,20 +84,22 @@ private:
         bool limited = !m_wish.visibleOnly;
         BodySearch search(
             limit, [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
-                if (body.mesh()->edgePoints.empty() && body.mesh()->vertexPoints.empty())
+                const auto parts = searchedParts(body);
+                if (!parts || (parts->edgePoints.empty() && parts->vertexPoints.empty()))
                     return;
                 // Found out for the first body that has anything to find.
                 if (!std::exchange(limited, true) && (m_deepest = deepestSurface(surface)) != BoxTree::kNever)
                     limit = m_rays.alongOf(cone, m_deepest) * (1 + m_projection.pixelSize(1)) + room;
-                gather(body, local, path, limit);
+                gather(parts, local, path, limit);
             });
         search.search(m_root, cone);
     }
 
-    void gather(const BodyNode& body, const Probe& cone, const std::vector<const Node*>& path, double limit)
+    void gather(const std::shared_ptr<const BodyMesh>& parts, const Probe& cone,
+                const std::vector<const Node*>& path, double limit)
     {
-        const BodyMesh& mesh = *body.mesh();
-        const MeshTree* tree = MeshTree::of(body.mesh());
+        const BodyMesh& mesh = *parts;
+        const MeshTree* tree = MeshTree::of(parts);
         if (!tree && !MeshTree::isSmall(mesh))
             return;
         m_toCamera = m_projection.view();

@@ -44,10 +44,12 @@ std::vector<PickedPoint> pickAll(const Node& root, const GkPoint3d& start, const
     BodySearch search(
         limit, [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
             std::map<uint32_t, SurfaceHit> nearest;
-            meetTriangles(body, local, limit, [&](uint32_t triangle, double along) {
-                const auto [found, isNew] = nearest.try_emplace(faceOfTriangle(*body.mesh(), triangle));
+            const auto parts = searchedParts(body);
+            const auto& mesh = parts ? parts : body.mesh();
+            meetTriangles(mesh, local, limit, [&](uint32_t triangle, double along) {
+                const auto [found, isNew] = nearest.try_emplace(faceOfTriangle(*mesh, triangle));
                 if (isNew || along < found->second.along)
-                    found->second = {path, triangle, along};
+                    found->second = {path, parts, triangle, along};
             });
             for (const auto& [face, hit] : nearest)
                 all.push_back(hit.point(ray));

@@ -3,6 +3,7 @@
 #include "Server/DataModel/Kernel/Occurrence.h"
 #include "Server/DataModel/Kernel/PartShape.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
+#include "Server/DataModel/Kernel/TriangleParts.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include <Quantity_ColorRGBA.hxx>
@@ -35,6 +36,9 @@ void paintFace(const Document& document, const TDF_Label& part, uint32_t index, 
     const TopoDS_Shape face = SubShapes(body).part(ObjectPath::Leaf::Face, index);
     if (face.IsNull())
         throw EditError(EditFault::NoSuchPart, nameOf(part));
+    // Its parts are no shapes of the model, which could have a colour.
+    if (isOfTriangles(body))
+        throw EditError(EditFault::Triangles, nameOf(part));
     if (face.IsSame(body)) {
         paint(document, part, edit.colour);
         return;

@@ -163,7 +163,7 @@ ShapeAnswer measureAngle(const TopoDS_Shape& first, const TopoDS_Shape& second, 
     Form forms[2];
     for (const bool isSecond : {false, true}) {
         const TopoDS_Shape& shape = isSecond ? second : first;
-        if (const NoAnswer why = fault(shape); why != NoAnswer::None)
+        if (const NoAnswer why = faultOfPart(shape); why != NoAnswer::None)
             return {why, kindOf(shape), isSecond, {}};
         forms[isSecond] = formOf(shape, isSecond ? middle2 : middle1);
         if (!forms[isSecond].line && !forms[isSecond].plane)

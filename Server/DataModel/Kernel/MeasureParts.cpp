@@ -69,6 +69,10 @@ gp_Pnt middleOfFace(const TopoDS_Shape& face)
     const std::optional<RoundForm> round = roundForm(face);
     if (round && round->kind == RoundForm::Kind::Sphere)
         return round->axis.Location();
+    if (BRep_Tool::Surface(TopoDS::Face(face)).IsNull()) {
+        const GkPoint3d centre = measureShape(face, BodyMeasure::Area).areaCentre;
+        return {centre.x, centre.y, centre.z};
+    }
     return integratedArea(face).CentreOfMass();
 }
 
@@ -145,13 +149,10 @@ ShapeAnswer measurePart(const SubShapes& shapes, const TopoDS_Shape& part, EMeas
     if (part.ShapeType() == TopAbs_SOLID)
         return measureSolid(part, type);
     const ShapeKind kind = kindOf(part);
-    const NoAnswer why = fault(part);
-    // Triangles have an area, though nothing else.
-    const bool flatArea = why == NoAnswer::Triangles && type == EMeasureType::Area;
-    if (why != NoAnswer::None && !flatArea)
+    if (const NoAnswer why = faultOfPart(part); why != NoAnswer::None)
         return refuse(why, kind);
     ShapeAnswer result = measureValue(shapes, part, type, kind);
-    if (result.why == NoAnswer::None && !flatArea) {
+    if (result.why == NoAnswer::None) {
         const GkPoint3d place = toPoint(middleOf(part));
         result.result.point1 = result.result.point2 = result.result.point3 = place;
     }

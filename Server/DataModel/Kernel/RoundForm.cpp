@@ -1,9 +1,13 @@
 #include "Server/DataModel/Kernel/RoundForm.h"
 
+#include "Server/DataModel/Kernel/TriangleForm.h"
+
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepLProp_SLProps.hxx>
 #include <BRepTools.hxx>
+#include <BRep_Tool.hxx>
 #include <Bnd_Box.hxx>
+#include <Geom_BSplineCurve.hxx>
 #include <Precision.hxx>
 #include <gce_MakeCirc.hxx>
 #include <gp_Lin.hxx>
@@ -164,6 +168,8 @@ std::optional<RoundForm> fitted(const TopoDS_Face& face, const BRepAdaptor_Surfa
 
 std::optional<RoundForm> roundFormOf(const TopoDS_Face& face)
 {
+    if (BRep_Tool::Surface(face).IsNull())
+        return cylinderOfTriangles(face);
     const BRepAdaptor_Surface surface(face, false);
     switch (surface.GetType()) {
     case GeomAbs_Cylinder:
@@ -189,6 +195,11 @@ std::optional<gp_Circ> circleOf(const BRepAdaptor_Curve& curve)
     if (curve.GetType() == GeomAbs_Line || curve.GetType() == GeomAbs_Ellipse ||
         Precision::IsInfinite(curve.FirstParameter()) || Precision::IsInfinite(curve.LastParameter()))
         return std::nullopt;
+    if (curve.GetType() == GeomAbs_BSplineCurve && curve.BSpline()->Degree() == 1) {
+        const Handle(Geom_BSplineCurve) polyline = curve.BSpline();
+        const TColgp_Array1OfPnt& corners = polyline->Poles();
+        return circleOfPolyline({corners.begin(), corners.end()});
+    }
     // An odd number, so that a closed curve doesn't give the same three points again.
     constexpr int kPoints = 33;
     std::vector<gp_Pnt> points;

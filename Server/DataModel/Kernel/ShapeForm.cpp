@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/ShapeForm.h"
 
 #include "Server/DataModel/Kernel/RoundForm.h"
+#include "Server/DataModel/Kernel/TriangleForm.h"
 
 #include <BRepAdaptor_Curve.hxx>
 #include <BRepAdaptor_Surface.hxx>
@@ -47,6 +48,8 @@ std::optional<gp_Lin> straight(const BRepAdaptor_Curve& curve)
 
 std::optional<gp_Pln> flat(const TopoDS_Face& face)
 {
+    if (BRep_Tool::Surface(face).IsNull())
+        return planeOfTriangles(face);
     const BRepAdaptor_Surface surface(face, false);
     gp_Pln plane;
     if (surface.GetType() == GeomAbs_Plane) {
@@ -75,8 +78,6 @@ std::optional<gp_Pln> flat(const TopoDS_Face& face)
 
 ShapeKind kindOfFace(const TopoDS_Face& face)
 {
-    if (BRep_Tool::Surface(face).IsNull())
-        return ShapeKind::Face;
     if (flat(face))
         return ShapeKind::Plane;
     const std::optional<RoundForm> round = roundFormOf(face);
@@ -155,6 +156,13 @@ NoAnswer fault(const TopoDS_Shape& shape)
         empty = false;
     }
     return empty ? NoAnswer::Degenerate : NoAnswer::None;
+}
+
+NoAnswer faultOfPart(const TopoDS_Shape& part)
+{
+    const bool ofTriangles =
+        part.ShapeType() == TopAbs_FACE && BRep_Tool::Surface(TopoDS::Face(part)).IsNull();
+    return ofTriangles ? NoAnswer::None : fault(part);
 }
 
 std::optional<gp_Lin> lineOf(const TopoDS_Shape& shape)

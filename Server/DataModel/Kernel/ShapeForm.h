@@ -15,6 +15,8 @@ ShapeKind kindOf(const TopoDS_Shape& shape);
 
 /// Whether the kernel can measure the shape at all; it crashes or throws on some. Gives the reason if not.
 NoAnswer fault(const TopoDS_Shape& shape);
+/// The same for a part of a body: triangles can be measured as faces, edges and vertices.
+NoAnswer faultOfPart(const TopoDS_Shape& part);
 
 /// The line that an edge lies on, or the axis of a cylinder or cone; nothing for other shapes.
 std::optional<gp_Lin> lineOf(const TopoDS_Shape& shape);

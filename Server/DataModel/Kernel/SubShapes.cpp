@@ -1,5 +1,6 @@
 #include "Server/DataModel/Kernel/SubShapes.h"
 
+#include "Server/DataModel/Kernel/TriangleParts.h"
 #include "Server/DataModel/Model/ModelKernel.h"
 
 #include <BRepTools.hxx>
@@ -51,6 +52,15 @@ SubShapes::SubShapes(const TopoDS_Shape& shape) : m_shape(shape)
 {
     for (TopExp_Explorer solids(shape, TopAbs_SOLID); solids.More(); solids.Next())
         m_solids.push_back(solids.Current());
+    if (isOfTriangles(shape)) {
+        const TriangleParts parts(shape);
+        m_faces = parts.faces;
+        for (const TopoDS_Shape& edge : parts.edges)
+            m_edges.Add(edge);
+        for (const TopoDS_Shape& vertex : parts.vertices)
+            m_vertices.Add(vertex);
+        return;
+    }
     // A face that two solids share is met twice, as in the mesh.
     for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next())
         m_faces.push_back(faces.Current());

@@ -4,6 +4,7 @@
 #include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
 #include "Server/Body/Body.h"
+#include "Server/Body/PartsMesh.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Model/ModelData.h"
@@ -272,7 +273,7 @@ const Component* resolvePath(const ObjectPath& path, const Asset& asset, Status&
     }
     if (path.leaf != Leaf::Face && path.leaf != Leaf::Edge)
         return found;
-    const size_t count = countOf(path.leaf, *found->body->mesh());
+    const size_t count = countOf(path.leaf, *partsMesh(found->body->mesh()));
     if (path.index < count)
         return found;
     addNoSuchPart(*found, path.leaf, path.index, count, status);

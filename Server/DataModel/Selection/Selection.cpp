@@ -1,6 +1,7 @@
 #include "Server/DataModel/Selection/Selection.h"
 
 #include "Server/Body/Body.h"
+#include "Server/Body/PartsMesh.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -56,7 +57,7 @@ BBox componentBox(const Component& component)
 /// In the component's own coordinates.
 BBox partBox(const Component& component, const ObjectPath& path)
 {
-    const std::shared_ptr<const BodyMesh> mesh = component.body->mesh();
+    const std::shared_ptr<const BodyMesh> mesh = partsMesh(component.body->mesh());
     switch (path.leaf) {
     case ObjectPath::Leaf::Body:
         return mesh->bounds;

@@ -1,5 +1,7 @@
 #include "Server/Scene/Private/PickSearch.h"
 
+#include "Server/Body/PartsMesh.h"
+
 #include <utility>
 
 namespace Vs::Scene {
@@ -7,6 +9,14 @@ namespace Vs::Scene {
 using Rendra::Graphics::BodyNode;
 using Rendra::Graphics::Node;
 using Rendra::Graphics::Part;
+
+std::shared_ptr<const BodyMesh> searchedParts(const BodyNode& body)
+{
+    std::shared_ptr<const BodyMesh> parts = partsMeshIfMade(body.mesh());
+    const bool isReady =
+        parts == body.mesh() || (parts && (MeshTree::isSmall(*parts) || MeshTree::of(parts)));
+    return isReady ? parts : nullptr;
+}
 
 PickedPoint pointOf(const std::vector<const Node*>& path)
 {
@@ -22,7 +32,7 @@ PickedPoint pointOf(const std::vector<const Node*>& path)
 PickedPoint SurfaceHit::point(const Probe& ray) const
 {
     PickedPoint picked = pointOf(path);
-    const BodyMesh& mesh = *cast<BodyNode>(path.back())->mesh();
+    const BodyMesh& mesh = parts ? *parts : *cast<BodyNode>(path.back())->mesh();
     const Probe local = ray.transformed(picked.localToWorld.inverse());
     picked.along = along;
     picked.localPoint = local.start + local.direction * along;
@@ -33,7 +43,7 @@ PickedPoint SurfaceHit::point(const Probe& ray) const
     picked.localNormal = (corner(1) - corner(0)).crossProduct(corner(2) - corner(0)).normal();
     if (picked.localNormal.dotProduct(local.direction) > 0)
         picked.localNormal = -picked.localNormal;
-    if (!mesh.faces.empty())
+    if (parts && !mesh.faces.empty())
         picked.part = PickedPart{Part::Face, faceOfTriangle(mesh, triangle)};
     return picked;
 }
@@ -41,16 +51,19 @@ PickedPoint SurfaceHit::point(const Probe& ray) const
 std::optional<SurfaceHit> nearestHit(const Node& root, const Probe& ray, double limit)
 {
     SurfaceHit hit;
-    BodySearch search(limit,
-                      [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
-                          const double before = limit;
-                          meetTriangles(body, local, limit, [&](uint32_t triangle, double along) {
-                              limit = hit.along = along;
-                              hit.triangle = triangle;
-                          });
-                          if (limit < before)
-                              hit.path = path;
-                      });
+    BodySearch search(
+        limit, [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
+            const double before = limit;
+            const auto parts = searchedParts(body);
+            meetTriangles(parts ? parts : body.mesh(), local, limit, [&](uint32_t triangle, double along) {
+                limit = hit.along = along;
+                hit.triangle = triangle;
+            });
+            if (limit < before) {
+                hit.path = path;
+                hit.parts = parts;
+            }
+        });
     search.search(root, ray);
     return hit.path.empty() ? std::nullopt : std::optional(std::move(hit));
 }

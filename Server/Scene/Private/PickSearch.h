@@ -12,6 +12,8 @@ namespace Vs::Scene {
 struct SurfaceHit
 {
     std::vector<const Rendra::Graphics::Node*> path; ///< With the node that was searched.
+    /// In which the triangle has its number; null for the body's own as long as its parts aren't known.
+    std::shared_ptr<const BodyMesh> parts;
     uint32_t triangle = 0;
     double along = 0;
 
@@ -19,17 +21,22 @@ struct SurfaceHit
     PickedPoint point(const Probe& ray) const;
 };
 
-/// Calls `take(triangle, along)` for the triangles that the ray meets before `limit`.
+/// The mesh in which a body's parts are found; null until there is one that is searched as quickly as the
+/// body's own.
+std::shared_ptr<const BodyMesh> searchedParts(const Rendra::Graphics::BodyNode& body);
+
+/// Calls `take(triangle, along)` for the triangles of a mesh that the ray meets before `limit`.
 template <class Take>
-void meetTriangles(const Rendra::Graphics::BodyNode& body, const Probe& ray, const double& limit, Take&& take)
+void meetTriangles(const std::shared_ptr<const BodyMesh>& triangles, const Probe& ray, const double& limit,
+                   Take&& take)
 {
-    const BodyMesh& mesh = *body.mesh();
+    const BodyMesh& mesh = *triangles;
     const auto ask = [&](uint32_t triangle) {
         const double along = meetTriangle(mesh, triangle, ray.start, ray.direction);
         if (along >= 0 && along < limit)
             take(triangle, along);
     };
-    if (const MeshTree* tree = MeshTree::of(body.mesh()))
+    if (const MeshTree* tree = MeshTree::of(triangles))
         tree->triangles().search(
             limit, [&](const BoxTree::Box& box) { return ray.enter(box); }, ask);
     else

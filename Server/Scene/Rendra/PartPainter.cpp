@@ -1,5 +1,6 @@
 #include "Server/Scene/Rendra/PartPainter.h"
 
+#include "Server/Body/PartsMesh.h"
 #include "Server/Scene/Rendra/CommonShaders.h"
 
 #include <algorithm>
@@ -71,9 +72,9 @@ const float* colourOf(const HighlightColours& colours, Highlight highlight)
     return highlight == Highlight::Selected ? colours.selected : colours.pointed;
 }
 
-const Vs::BodyMesh& meshOf(const PartlyLit& lit)
+std::shared_ptr<const Vs::BodyMesh> meshOf(const PartlyLit& lit)
 {
-    return *lit.slot->batch->mesh;
+    return Vs::partsMesh(lit.slot->batch->mesh);
 }
 
 } // namespace
@@ -120,8 +121,9 @@ void PartPainter::drawFaces(const Frame& frame)
                                         [&](const auto& each) { return each.get() == lit.slot->batch; });
         if (batch == batches.end())
             continue;
-        const Vs::BodyMesh& body = meshOf(lit);
-        const GlMesh& mesh = frame.meshes.get((*batch)->mesh, frame.statistics.uploadedMeshes);
+        const std::shared_ptr<const Vs::BodyMesh> parts = meshOf(lit);
+        const Vs::BodyMesh& body = *parts;
+        const GlMesh& mesh = frame.meshes.get(parts, frame.statistics.uploadedMeshes);
         const size_t indexSize = mesh.indexType == GL_UNSIGNED_SHORT ? sizeof(uint16_t) : sizeof(uint32_t);
         glBindVertexArray(mesh.faceArray);
         InstanceStore::bind(
@@ -142,7 +144,8 @@ void PartPainter::drawFaces(const Frame& frame)
 
 void PartPainter::gather(const PartlyLit& lit, Part wanted, const HighlightColours& colours)
 {
-    const Vs::BodyMesh& mesh = meshOf(lit);
+    const std::shared_ptr<const Vs::BodyMesh> parts = meshOf(lit);
+    const Vs::BodyMesh& mesh = *parts;
     const Instance& instance = lit.slot->batch->instances[lit.slot->index];
     const auto put = [&](const float* p, const float* colour) {
         Vertex vertex{};

@@ -92,6 +92,37 @@ TEST_P(PartPick, VerticesComeBeforeEdgesAndThoseBeforeFacesWithinTheTolerance)
     EXPECT_EQ(text(at({10, 5, 10}, -1, 0, vertices)), "f5");
 }
 
+TEST_P(PartPick, TrianglesAloneHaveTheFacesEdgesAndVerticesThatTheyShow)
+{
+    auto triangles = std::make_shared<BodyMesh>(*Shapes::box(10, 10, 10));
+    triangles->faces = {{0, uint32_t(triangles->triangles.size() / 3), -1}};
+    triangles->edgePoints.clear();
+    triangles->edgeStarts.assign(1, 0);
+    triangles->vertexPoints.clear();
+    show(m_root.get(), triangles);
+    const auto kinds = [&](const GkPoint3d& place, double right, double up) {
+        std::string all;
+        for (const PickedPoint& point : at(place, right, up))
+            all += "fev"[int(point.part->part)];
+        return all;
+    };
+    std::set<uint32_t> faces;
+    for (const GkVector3d& direction :
+         {GkVector3d(0, 0, -1), {0, 0, 1}, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}}) {
+        look(direction);
+        const auto middle = at({5, 5, 5}, 0, 0);
+        ASSERT_EQ(middle.size(), 1u);
+        faces.insert(middle[0].part->index);
+        EXPECT_EQ(at({5, 5, 5}, 60, -40)[0].part, middle[0].part) << "over the diagonal";
+    }
+    EXPECT_EQ(faces.size(), 6u);
+    look({0, 0, -1});
+    EXPECT_EQ(kinds({10, 5, 10}, -8, 0), "f");
+    EXPECT_EQ(kinds({10, 5, 10}, -4, 0), "ef");
+    EXPECT_EQ(kinds({10, 10, 10}, -3, -3).substr(0, 2), "ve");
+    EXPECT_EQ(kinds({5, 5, 10}, 0, 0), "f") << "the diagonal of a side is no edge";
+}
+
 TEST_P(PartPick, WhatSurfacesHideIsPickedOnlyWhenAskedFor)
 {
     show(m_root.get(), Shapes::box(10, 10, 10));

@@ -46,8 +46,6 @@ Vs::Scene::Camera* activeCamera()
 Vs::Scene::Camera* settledCamera()
 {
     TransitionMgr::get()->finish();
-    if (const GraphicsView* view = graphicsViewOf(SessionMgr::get()->activeAssetSession()))
-        view->settleLayout();
     return activeCamera();
 }
 

@@ -68,8 +68,10 @@ void restore(const NamedView& view, Camera& camera)
     // A standard view holds only a direction.
     if (view.isFixed())
         if (const Vs::Scene::ViewFragment* fragment = firstFragment(ActiveAssetUtils::graphicsView()))
-            if (const BBox bounds = fragment->bounds(); !bounds.isEmpty())
+            if (const BBox bounds = fragment->bounds(); !bounds.isEmpty()) {
+                ActiveAssetUtils::graphicsView()->settleLayout();
                 camera.fit(bounds);
+            }
     Vs::Scene::CameraEvent event(&camera);
     Vs::Scene::CameraEventSource::get()->fireCameraChanged(&event);
 }

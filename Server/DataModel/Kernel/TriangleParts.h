@@ -1,0 +1,22 @@
+#pragma once
+
+#include <TopoDS_Shape.hxx>
+
+#include <vector>
+
+namespace Vs::Kernel {
+
+/// The faces, edges and vertices of a shape of triangles alone, with the numbers that they have in its mesh
+/// (partsMesh): faces without a surface, each with its triangles, straight edges and polylines (splines of
+/// degree 1).
+struct TriangleParts
+{
+    explicit TriangleParts(const TopoDS_Shape& shape);
+
+    std::vector<TopoDS_Shape> faces, edges, vertices;
+};
+
+/// Whether a shape consists of triangles alone.
+bool isOfTriangles(const TopoDS_Shape& shape);
+
+} // namespace Vs::Kernel
