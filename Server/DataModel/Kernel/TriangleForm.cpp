@@ -18,8 +18,8 @@ namespace Vs::Kernel {
 
 namespace {
 
-/// Of the extent.
-constexpr double kTolerance = 2e-5;
+/// Of the extent. Corners on round surfaces are off by what meshers and files of few digits make of them.
+constexpr double kFlatTolerance = 2e-5, kRoundTolerance = 1e-4;
 /// A part of a circle or cylinder that bends less over its extent tells nothing about its radius.
 constexpr double kFlattest = 50;
 /// So many corners on a circle are no accident.
@@ -51,7 +51,7 @@ struct Facets
             area += areas.back();
         }
     }
-    double tolerance() const { return kTolerance * std::sqrt(box.SquareExtent()); }
+    double extent() const { return std::sqrt(box.SquareExtent()); }
 
     std::vector<gp_Pnt> points;
     std::vector<gp_XYZ> areas; ///< Twice the areas, along the normals.
@@ -119,7 +119,7 @@ std::optional<gp_Pln> planeOfTriangles(const TopoDS_Face& face)
     if (facets.area.Modulus() <= 0)
         return std::nullopt;
     const gp_Pln plane(gp_Pnt(facets.middle), gp_Dir(facets.area));
-    const double tolerance = facets.tolerance();
+    const double tolerance = kFlatTolerance * facets.extent();
     const bool flat = std::all_of(facets.points.begin(), facets.points.end(),
                                   [&](const gp_Pnt& p) { return plane.Distance(p) <= tolerance; });
     return flat ? std::optional(plane) : std::nullopt;
@@ -132,8 +132,8 @@ std::optional<RoundForm> cylinderOfTriangles(const TopoDS_Face& face)
     if (!direction)
         return std::nullopt;
     const auto circle = circleThrough(facets.points, gp_Ax2(gp_Pnt(facets.middle), *direction));
-    const double tolerance = facets.tolerance();
-    if (!circle || circle->Radius() > kFlattest * tolerance / kTolerance)
+    const double tolerance = kRoundTolerance * facets.extent();
+    if (!circle || circle->Radius() > kFlattest * facets.extent())
         return std::nullopt;
     const gp_Lin axis(circle->Location(), *direction);
     const bool round = std::all_of(facets.points.begin(), facets.points.end(), [&](const gp_Pnt& p) {
@@ -160,7 +160,7 @@ std::optional<gp_Circ> circleOfPolyline(const std::vector<gp_Pnt>& corners)
     if (!circle || circle->Radius() > kFlattest * extent)
         return std::nullopt;
     const bool fits = std::all_of(corners.begin(), corners.end(), [&](const gp_Pnt& corner) {
-        return circle->Distance(corner) <= kTolerance * extent;
+        return circle->Distance(corner) <= kRoundTolerance * extent;
     });
     return fits ? circle : std::nullopt;
 }
