@@ -50,7 +50,7 @@ constinit const CommandArguments kRows[] = {
     {L"VideosCommand", {L"Address"}},
     {L"FeedbackCommand"},
     {L"JoinDiscussionCommand"},
-    {L"SuggestboxCommand"},
+    {L"SuggestboxCommand", {L"Address"}},
     {L"MinimizeCommand"},
     {L"ZoomWindowCommand"},
     {L"BringAllToFrontCommand"},

@@ -175,7 +175,7 @@ TEST_F(ComponentsInTheBrowser, TheKeyAndTheMenuDelete)
     Vu::Application::get()->flushDeferredTasks();
     EXPECT_EQ(paths(), (Texts{L"Box2:1", L"Box3:1"}));
     EXPECT_EQ(menu(item(L"Box2"), "Delete"),
-              QStringList({"Cut", "Copy", "Find in Canvas", "Hide", "Delete", "Rename"}));
+              QStringList({"Cut", "Copy", "Find in Canvas", "Hide", "Edit Component", "Delete", "Rename"}));
     EXPECT_EQ(paths(), (Texts{L"Box3:1"}));
     EXPECT_EQ(menu(tree->model()->index(1, 0), ""), QStringList());
 }

@@ -41,6 +41,8 @@ class SplitViewsTest : public CommandsTests::WithProgram
 protected:
     void TearDown() override
     {
+        // Without a document the line finds no shell that could be laid out.
+        answer(L"Design.Sample");
         answer(L"SplitView.DefaultLayout");
         WithProgram::TearDown();
     }
