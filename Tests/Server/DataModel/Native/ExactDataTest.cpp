@@ -7,6 +7,7 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Exchange/KnownData.h"
+#include "Server/DataModel/Model/ModelBody.h"
 #include "Tests/Server/DataModel/Model/CraftedModel.h"
 #include "Tests/Server/DataModel/Native/NativeFixture.h"
 
@@ -40,6 +41,25 @@ protected:
     {
         while (DocumentMgr::get()->documents() > 0)
             DocumentMgr::get()->close(DocumentMgr::get()->document(0u));
+    }
+    /// The same file with another model in place of the only one.
+    void replaceModel(const std::wstring& path, CraftedModel& model, const std::wstring& target)
+    {
+        std::vector<Entry> entries = readPackage(path);
+        entries[1].content = model.sealed();
+        // No hash is one that isn't known.
+        std::string& manifest = entries[2].content;
+        manifest.replace(manifest.find("\"hash\": \"") + 9, 16, std::string(16, '0'));
+        writePackage(target, entries);
+    }
+    /// As an export of another fineness does.
+    static void meshAnew(const Body& body)
+    {
+        try {
+            cast<ModelBody>(&body)->meshFor({.surfaceDeviation = 0.01f});
+        } catch (const std::runtime_error&) {
+            // That it is refused is no matter here.
+        }
     }
     /// The first message of asking a body of a file for its volume; empty if there was none.
     std::string faultOf(const std::wstring& path)
@@ -94,19 +114,35 @@ TEST_F(ExactDataTest, DamagedOnesAreToldOfEachTimeAndTheNextFileIsReadAsEver)
     const std::wstring path = savedFile("sound.tdsn");
     const double volume = volumeOf(*open(path)->activeAsset());
     closeAll();
-    std::vector<Entry> entries = readPackage(path);
-    CraftedModel crafted(entries[1].content);
+    CraftedModel crafted(readPackage(path)[1].content);
     const size_t middle = (crafted.kernelPlace() + crafted.size()) / 2;
     for (size_t at = middle; at < middle + 400; at += 4)
         crafted.set<uint32_t>(at, 0x7fffffff);
-    entries[1].content = crafted.sealed();
-    // No hash is one that isn't known.
-    std::string& manifest = entries[2].content;
-    manifest.replace(manifest.find("\"hash\": \"") + 9, 16, std::string(16, '0'));
-    writePackage(scratch("damaged.tdsn"), entries);
+    replaceModel(path, crafted, scratch("damaged.tdsn"));
     const std::string fault = faultOf(scratch("damaged.tdsn"));
     EXPECT_NE(fault.find("can't be measured: its exact data are damaged: "), std::string::npos) << fault;
     EXPECT_EQ(volumeOf(*open(path)->activeAsset()), volume);
+}
+
+// Finite, and still not what the kernel can compute with: one of its algorithms broke down.
+TEST_F(ExactDataTest, ANumberBeyondAllBoundsInThemEndsNothingWhenTheyAreMeshed)
+{
+    const std::wstring path = savedFile("sound.tdsn");
+    const std::string sound = readPackage(path)[1].content;
+    const CraftedModel model(sound);
+    int tried = 0;
+    for (size_t at = model.kernelPlace(); at + sizeof(double) <= sound.size(); ++at) {
+        if (model.get<double>(at) != 20.0) // the width of the box
+            continue;
+        CraftedModel crafted(sound);
+        crafted.set<double>(at, 3e178);
+        replaceModel(path, crafted, scratch("far.tdsn"));
+        if (Document* document = open(scratch("far.tdsn")))
+            meshAnew(*document->activeAsset()->components()->children.at(0)->body);
+        closeAll();
+        ++tried;
+    }
+    EXPECT_GT(tried, 10);
 }
 
 TEST(KnownData, AreKeptForTheirUserAloneAndTheOldestForgotten)
