@@ -1,6 +1,5 @@
 #include "Server/DataModel/Document.h"
 
-#include "Server/Base/NumberText.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
@@ -20,6 +19,22 @@
 #include <numeric>
 
 namespace Vs {
+
+namespace {
+
+/// 0 for nothing, and `none` for what isn't a number below that.
+size_t numberBehind(std::wstring_view digits, size_t none)
+{
+    size_t number = 0;
+    for (const wchar_t digit : digits) {
+        if (digit < L'0' || digit > L'9' || number >= none)
+            return none;
+        number = 10 * number + static_cast<size_t>(digit - L'0');
+    }
+    return std::min(number, none);
+}
+
+} // namespace
 
 Document::Document(DocumentType* type, const std::wstring& displayName)
     : m_identifier(makeUuid()),
@@ -198,7 +213,7 @@ std::wstring Document::uniqueAssetName(const std::wstring& name) const
             if (!asset->name().starts_with(name))
                 continue;
             const std::wstring_view rest = std::wstring_view(asset->name()).substr(name.size());
-            const size_t number = rest.empty() ? 0 : readNumber<size_t>(rest).value_or(taken.size());
+            const size_t number = numberBehind(rest, taken.size());
             if (number < taken.size() && !rest.starts_with(L'0'))
                 taken[number] = true;
         }

@@ -36,13 +36,13 @@ void place(Node* node, const Component& component)
 
 SceneAssetAdapter::SceneAssetAdapter(Asset* asset)
     : Implements(asset),
+      ComponentsListener(asset),
       m_settings(asset),
       m_root(GroupNode::make("Asset")),
       m_transientSegment("AssetTransientSegment", true)
 {
     NodeChange(m_root.get()).data(std::make_unique<AssetNodeData>(this));
     rebuild();
-    AssetEventSource::get()->subscribe(this);
 }
 
 SceneAssetAdapter* SceneAssetAdapter::ofRootNode(const GroupNode* node)
@@ -53,7 +53,6 @@ SceneAssetAdapter* SceneAssetAdapter::ofRootNode(const GroupNode* node)
 
 SceneAssetAdapter::~SceneAssetAdapter()
 {
-    AssetEventSource::get()->unsubscribe(this);
     // Views may keep the node for a while; what it showed is gone.
     NodeChange(m_root.get()).removeAll().data(nullptr);
 }
@@ -95,15 +94,12 @@ bool SceneAssetAdapter::update()
 
 void SceneAssetAdapter::assetComponentsChanged(ComponentsEvent* event)
 {
-    if (event->asset() != asset())
-        return;
     const ComponentsEvent::Changes& changes = event->changes();
     if (changes.all) {
         rebuild();
         return;
     }
-    for (const std::string& id : changes.removed)
-        removeBranch(id);
+    removeBranches(changes.removed);
     if (!changes.added.empty())
         addChanged(changes.added);
     for (const Component* component : changes.changed)
@@ -208,6 +204,29 @@ void SceneAssetAdapter::setBody(Entry& entry, const Component& component, const 
     else
         m_waiting[entry.body.get()] = component.body;
     NodeChange(entry.body.get()).bodyColour(component.body->colour()).mesh(std::move(mesh));
+}
+
+void SceneAssetAdapter::removeBranches(const std::vector<std::string>& ids)
+{
+    // Out of a group of thousands, many are taken by hanging up the others anew.
+    constexpr size_t kFew = 64;
+    std::unordered_map<GroupNode*, std::unordered_set<const Node*>> going;
+    if (ids.size() > kFew)
+        for (const std::string& id : ids)
+            if (const auto found = m_entries.find(id); found != m_entries.end() && found->second.parent)
+                going[cast<GroupNode>(found->second.parent->node.get())].insert(found->second.node.get());
+    for (const auto& [group, nodes] : going) {
+        if (!group || nodes.size() <= kFew)
+            continue;
+        std::vector<StrongRef<Node>> staying = group->children();
+        std::erase_if(staying, [&](const StrongRef<Node>& node) { return nodes.contains(node.get()); });
+        NodeChange change(group);
+        change.removeAll();
+        for (StrongRef<Node>& node : staying)
+            change.add(std::move(node));
+    }
+    for (const std::string& id : ids)
+        removeBranch(id);
 }
 
 void SceneAssetAdapter::removeBranch(const std::string& id)

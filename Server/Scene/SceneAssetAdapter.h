@@ -3,6 +3,7 @@
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/DataModel/AssetAdapter.h"
 #include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/ComponentsListener.h"
 #include "Server/Scene/Node.h"
 #include "Server/Scene/Segment.h"
 
@@ -22,7 +23,7 @@ namespace Vs::Scene {
 /// The scene nodes of an asset: one group or body node for each component, kept in step with the model. A
 /// change of some components changes their nodes alone. Every asset has one:
 /// `cast<Scene::SceneAssetAdapter>(asset->adapter())`.
-class SceneAssetAdapter : public Implements<SceneAssetAdapter, AssetAdapter>, private AssetEventSite
+class SceneAssetAdapter : public Implements<SceneAssetAdapter, AssetAdapter>, private ComponentsListener
 {
 public:
     explicit SceneAssetAdapter(Asset* asset);
@@ -66,6 +67,7 @@ private:
     void addBranch(const Component& component, Entry& parent);
     void fill(Entry& entry, const Component& component, const std::string& id);
     void change(const Component& component);
+    void removeBranches(const std::vector<std::string>& ids);
     void removeBranch(const std::string& id);
     void forget(const std::string& id);
     void setBody(Entry& entry, const Component& component, const std::string& id);

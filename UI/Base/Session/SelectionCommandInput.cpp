@@ -47,10 +47,15 @@ public:
     }
 };
 
+Vs::Asset* assetOf(const CommandInputSet& set)
+{
+    const AssetSession* session = set.command()->assetSession();
+    return session ? session->asset() : nullptr;
+}
+
 Vs::Asset* assetOf(const CommandInputBase& input)
 {
-    const AssetSession* session = input.commandInputSet()->command()->assetSession();
-    return session ? session->asset() : nullptr;
+    return assetOf(*input.commandInputSet());
 }
 
 /// Whether a click adds to what is there, or takes from it.
@@ -117,18 +122,17 @@ SelectionCommandInput* SelectionCommandInput::make(CommandInputSet* set, int num
 
 SelectionCommandInput::SelectionCommandInput(CommandInputSet* set, int number, Info* info)
     : Implements(set, number, info),
+      ComponentsListener(assetOf(*set)),
       m_kinds(rests(*set->command())),
       m_follower(std::make_unique<PartFollower>())
 {
     m_own.subscribe(this);
-    Vs::AssetEventSource::get()->subscribe(this);
     MouseEventSource::get()->subscribe(this);
 }
 
 SelectionCommandInput::~SelectionCommandInput()
 {
     leaveSession();
-    Vs::AssetEventSource::get()->unsubscribe(this);
     MouseEventSource::get()->unsubscribe(this);
 }
 
@@ -408,10 +412,15 @@ std::wstring SelectionCommandInput::valueAsString() const
 {
     std::vector<std::wstring> paths;
     const Vs::Asset* asset = assetOf(*this);
-    for (const auto& selection : selectionSet().selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
-            logical && logical->asset() == asset)
-            paths.push_back(textOf(logical->path(), *asset));
+    // Texts that were kept are in the order of the selections, unless these have changed.
+    size_t kept = 0;
+    for (const auto& selection : selectionSet().selections()) {
+        const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+        if (!logical || logical->asset() != asset)
+            continue;
+        const bool isNext = kept < m_texts.size() && m_texts[kept].first == logical->path();
+        paths.push_back(isNext ? m_texts[kept++].second : textOf(logical->path(), *asset));
+    }
     std::erase(paths, std::wstring());
     return valueOf(paths);
 }

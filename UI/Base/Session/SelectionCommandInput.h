@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/ComponentsListener.h"
 #include "Server/DataModel/Selection/SelectionCategory.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "UI/Base/Command/CommandInput.h"
@@ -28,7 +29,7 @@ class RubberBand;
 class SelectionCommandInput : public Vs::Implements<SelectionCommandInput, CommandInputBase>,
                               public MouseEventSite,
                               private Vs::SelectionSetSite,
-                              private Vs::AssetEventSite
+                              private Vs::ComponentsListener
 {
 public:
     /// Whether the input takes part in the picking at all.

@@ -11,7 +11,7 @@
 #include "UI/Base/Session/Environment.h"
 #include "UI/Base/View/ViewMgr.h"
 
-#include <algorithm>
+#include <iterator>
 
 namespace Vu {
 
@@ -50,7 +50,7 @@ SessionMgr::~SessionMgr()
 AssetSession* SessionMgr::getOpenAssetSession(const Vs::Asset* asset) const
 {
     const auto found = m_ofAsset.find(asset);
-    return found == m_ofAsset.end() ? nullptr : found->second;
+    return found == m_ofAsset.end() ? nullptr : found->second->get();
 }
 
 AssetSession* SessionMgr::assetSession(Vs::Asset* asset)
@@ -60,10 +60,9 @@ AssetSession* SessionMgr::assetSession(Vs::Asset* asset)
         return open;
     if (!asset || !asset->isVisible() || !asset->fullyInitialized())
         return nullptr;
-    AssetSession* made =
-        m_assets.emplace_back(std::make_unique<AssetSession>(asset, documentSession(asset->document())))
-            .get();
-    m_ofAsset[asset] = made;
+    m_assets.push_back(std::make_unique<AssetSession>(asset, documentSession(asset->document())));
+    AssetSession* made = m_assets.back().get();
+    m_ofAsset[asset] = std::prev(m_assets.end());
     // Whoever is told of the new command manager finds the session in its place.
     made->m_commands = std::make_unique<CommandMgr>(made);
     SessionEvent event(made);
@@ -85,9 +84,11 @@ DocumentSession* SessionMgr::documentSession(Vs::Document* document)
     if (!document)
         return nullptr;
     if (const auto found = m_ofDocument.find(document); found != m_ofDocument.end())
-        return found->second;
-    DocumentSession* made = m_documents.emplace_back(std::make_unique<DocumentSession>(document)).get();
-    m_ofDocument[document] = made;
+        return found->second->get();
+    m_documents.push_back(std::make_unique<DocumentSession>(document));
+    DocumentSession* made = m_documents.back().get();
+    m_ofDocument[document] = std::prev(m_documents.end());
+    m_known.insert(made);
     made->firstSave(!document->isOnDisk());
     return made;
 }
@@ -110,7 +111,12 @@ std::vector<DocumentSession*> SessionMgr::documentSessions() const
 bool SessionMgr::isLeaving(const Vs::Document* document) const
 {
     const auto found = m_ofDocument.find(document);
-    return found != m_ofDocument.end() && found->second->leaving();
+    return found != m_ofDocument.end() && (*found->second)->leaving();
+}
+
+bool SessionMgr::isOpen(const DocumentSession* session) const
+{
+    return m_known.contains(session) && !session->leaving();
 }
 
 std::vector<Vs::Document*> SessionMgr::openDocuments() const
@@ -192,8 +198,10 @@ void SessionMgr::close(AssetSession* session)
     SessionEventSource::get()->fireSessionClosed(&event);
     if (session == m_current)
         currentAssetSession(nullptr);
-    m_ofAsset.erase(session->asset());
-    std::erase_if(m_assets, [&](const auto& owned) { return owned.get() == session; });
+    const auto found = m_ofAsset.find(session->asset());
+    const std::unique_ptr<AssetSession> owned = std::move(*found->second);
+    m_assets.erase(found->second);
+    m_ofAsset.erase(found);
 }
 
 void SessionMgr::assetClosed(Vs::AssetEvent* event)
@@ -209,8 +217,13 @@ void SessionMgr::documentClosed(Vs::DocumentEvent* event)
     for (unsigned i = 0; i < document->assets(); ++i)
         if (AssetSession* session = getOpenAssetSession(document->asset(i)))
             close(session);
-    m_ofDocument.erase(document);
-    std::erase_if(m_documents, [&](const auto& session) { return session->document() == document; });
+    const auto found = m_ofDocument.find(document);
+    if (found == m_ofDocument.end())
+        return;
+    const std::unique_ptr<DocumentSession> owned = std::move(*found->second);
+    m_known.erase(owned.get());
+    m_documents.erase(found->second);
+    m_ofDocument.erase(found);
 }
 
 } // namespace Vu

@@ -4,9 +4,11 @@
 #include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/Session/SessionEvents.h"
 
+#include <list>
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Vs {
@@ -49,6 +51,8 @@ public:
     std::vector<DocumentSession*> documentSessions() const;
     std::vector<Vs::Document*> openDocuments() const;
     bool isLeaving(const Vs::Document* document) const;
+    /// Whether it is in the list of sessions; one that is gone isn't.
+    bool isOpen(const DocumentSession* session) const;
     /// Closes a document of that path that is leaving at once, so that the file can be opened as it is on the
     /// disk.
     void finishLeaving(const std::wstring& path) const;
@@ -76,11 +80,14 @@ private:
     void assetClosed(Vs::AssetEvent* event) override;
     void close(AssetSession* session);
 
-    std::vector<std::unique_ptr<DocumentSession>> m_documents;
-    std::vector<std::unique_ptr<AssetSession>> m_assets;
+    using DocumentSessions = std::list<std::unique_ptr<DocumentSession>>;
+    using AssetSessions = std::list<std::unique_ptr<AssetSession>>;
+    DocumentSessions m_documents;
+    AssetSessions m_assets;
     // The same, by what they are of.
-    std::unordered_map<const Vs::Document*, DocumentSession*> m_ofDocument;
-    std::unordered_map<const Vs::Asset*, AssetSession*> m_ofAsset;
+    std::unordered_map<const Vs::Document*, DocumentSessions::iterator> m_ofDocument;
+    std::unordered_map<const Vs::Asset*, AssetSessions::iterator> m_ofAsset;
+    std::unordered_set<const DocumentSession*> m_known; ///< All of m_documents.
     std::unique_ptr<Clipboard> m_clipboard;
     AssetSession* m_current = nullptr;
     bool m_active = false;

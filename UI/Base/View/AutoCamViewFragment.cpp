@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <unordered_map>
 #include <utility>
 
 namespace Vu {
@@ -61,6 +62,36 @@ private:
     AutoCamViewFragment* m_fragment;
 };
 
+/// Hears of the cameras for all cubes: of thousands of views, few are in a canvas.
+class AutoCamViewFragment::Shown : private Vs::Scene::CameraEventSite
+{
+public:
+    static Shown& get()
+    {
+        static auto* const shown = new Shown;
+        return *shown;
+    }
+    void add(AutoCamViewFragment* cube) { m_ofView[cube->m_view] = cube; }
+    void remove(AutoCamViewFragment* cube)
+    {
+        const auto found = m_ofView.find(cube->m_view);
+        if (found != m_ofView.end() && found->second == cube)
+            m_ofView.erase(found);
+    }
+
+private:
+    Shown() { Vs::Scene::CameraEventSource::get()->subscribe(this); }
+
+    void cameraChanged(Vs::Scene::CameraEvent* event) override
+    {
+        for (const GraphicsCanvas* canvas : GraphicsCanvas::existingCanvases())
+            if (const auto found = m_ofView.find(canvas->view()); found != m_ofView.end())
+                found->second->cameraChanged(*event);
+    }
+
+    std::unordered_map<const GraphicsView*, AutoCamViewFragment*> m_ofView;
+};
+
 Vs::StrongRef<AutoCamViewFragment> AutoCamViewFragment::make(GraphicsView* view, Vs::Asset* asset)
 {
     return Vs::StrongRef<AutoCamViewFragment>(new AutoCamViewFragment(view, asset));
@@ -84,13 +115,13 @@ AutoCamViewFragment::AutoCamViewFragment(GraphicsView* view, Vs::Asset* asset)
     m_area.visible(UIBaseOptionGroup::get()->wantToShowOrbicon());
     m_area.onChange([this] { changed(); });
     changed();
-    Vs::Scene::CameraEventSource::get()->subscribe(this);
+    Shown::get().add(this);
     UIBaseOptionGroup::get()->subscribe(this);
 }
 
 AutoCamViewFragment::~AutoCamViewFragment()
 {
-    Vs::Scene::CameraEventSource::get()->unsubscribe(this);
+    Shown::get().remove(this);
     UIBaseOptionGroup::get()->unsubscribe(this);
     if (m_waiting)
         m_waiting->forget();
@@ -173,9 +204,9 @@ void AutoCamViewFragment::followModel()
         wanted.applyTo(*camera());
 }
 
-void AutoCamViewFragment::cameraChanged(Vs::Scene::CameraEvent* event)
+void AutoCamViewFragment::cameraChanged(const Vs::Scene::CameraEvent& event)
 {
-    if (event->camera() != modelCamera())
+    if (event.camera() != modelCamera())
         return;
     if (enabled())
         followModel();

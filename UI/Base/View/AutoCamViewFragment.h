@@ -26,7 +26,6 @@ class GraphicsView;
 /// fits, picks and pictures leave it out.
 class AutoCamViewFragment : public Vs::Implements<AutoCamViewFragment, Vs::Scene::ViewFragment>,
                             public MouseOverlay,
-                            private Vs::Scene::CameraEventSite,
                             private Vs::OptionEventSite
 {
 public:
@@ -70,13 +69,14 @@ public:
 
 private:
     class OperationsTask;
+    class Shown;
     struct Frame
     {
         GkVector3d right, back, up; ///< The cube's X, Y and Z in the world.
     };
 
     AutoCamViewFragment(GraphicsView* view, Vs::Asset* asset);
-    void cameraChanged(Vs::Scene::CameraEvent* event) override;
+    void cameraChanged(const Vs::Scene::CameraEvent& event);
     void optionChanged(Vs::OptionEvent* event) override;
 
     static Place placeIn(double width, double height);

@@ -78,6 +78,8 @@ bool removeSessions(Vs::Document* document, AssetShell* shell, bool prompt)
             break;
     if (removal.gone())
         return true;
+    if (hidden == 0)
+        return false;
     std::vector<Vs::Asset*> unreferenced;
     Vs::DocumentMgr::get()->getUnreferencedAssets(unreferenced);
     for (Vs::Asset* asset : unreferenced)

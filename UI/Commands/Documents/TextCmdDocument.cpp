@@ -106,8 +106,7 @@ public:
 
 bool isOpen(const DocumentSession* session)
 {
-    const std::vector<DocumentSession*> open = SessionMgr::get()->documentSessions();
-    return std::find(open.begin(), open.end(), session) != open.end();
+    return SessionMgr::get()->isOpen(session);
 }
 
 TextCommandResult closeSession(DocumentSession* session, CommandContext context,

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <unordered_set>
 #include <utility>
 
 namespace Vu {
@@ -26,6 +27,14 @@ namespace {
 std::vector<CommandStack*>& allStacks()
 {
     static std::vector<CommandStack*>* const stacks = new std::vector<CommandStack*>;
+    return *stacks;
+}
+
+/// Those that have run a command which was called in the session of another stack, or in one though they have
+/// none.
+std::unordered_set<const CommandStack*>& stacksOfVisitors()
+{
+    static auto* const stacks = new std::unordered_set<const CommandStack*>;
     return *stacks;
 }
 
@@ -103,9 +112,12 @@ void CommandStack::close()
             command->m_manager = nullptr;
         for (CommandBase* command : m_commands)
             command->m_manager = nullptr;
-        if (m_session)
-            for (const CommandStack* stack : allStacks())
+        stacksOfVisitors().erase(this);
+        if (m_session) {
+            forget(m_session);
+            for (const CommandStack* stack : stacksOfVisitors())
                 stack->forget(m_session);
+        }
         std::erase(allStacks(), this);
         m_manager = nullptr;
     }
@@ -142,6 +154,8 @@ Vs::Status CommandStack::run(CommandDefinition* definition, const CommandContext
         return status;
     }
     CommandInUse inUse(command);
+    if (command->assetSession() && command->assetSession() != m_session)
+        stacksOfVisitors().insert(this);
     command->m_runDepth = record.depth;
     command->m_observed = observed;
     if (observed && record.depth == 0 && command->repeatable())

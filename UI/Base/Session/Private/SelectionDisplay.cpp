@@ -21,19 +21,16 @@ using Rendra::Graphics::Part;
 using Leaf = Vs::ObjectPath::Leaf;
 
 SelectionDisplay::SelectionDisplay(Vs::Asset* asset, Vs::SelectionMgr* selection)
-    : m_asset(asset),
+    : ComponentsListener(asset),
+      m_asset(asset),
       m_selection(selection),
       m_selected(*this, selection->selectionSet()),
       m_collected(*this, selection->collectedSet()),
       m_pointed(*this, selection->highlightSet())
 {
-    Vs::AssetEventSource::get()->subscribe(this);
 }
 
-SelectionDisplay::~SelectionDisplay()
-{
-    Vs::AssetEventSource::get()->unsubscribe(this);
-}
+SelectionDisplay::~SelectionDisplay() = default;
 
 Vs::Scene::SceneAssetAdapter* SelectionDisplay::scene() const
 {
@@ -42,8 +39,6 @@ Vs::Scene::SceneAssetAdapter* SelectionDisplay::scene() const
 
 void SelectionDisplay::assetComponentsChanged(Vs::ComponentsEvent* event)
 {
-    if (event->asset() != m_asset)
-        return;
     if (m_follower.heard(*m_asset)) {
         Vs::SelectionSet& selected = m_selection->selectionSet();
         const auto left = m_follower.follow(selected.selections(), m_asset);

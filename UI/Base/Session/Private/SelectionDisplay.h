@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/ComponentsListener.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/Scene/Node.h"
 #include "UI/Base/Session/Private/PartFollower.h"
@@ -21,7 +22,7 @@ namespace Vu {
 
 /// Lights up in the scene what is selected, and what is about to be, has parts stay selected whose bodies
 /// change, and what is gone from the model no longer be selected. Made by AssetSession.
-class SelectionDisplay : private Vs::AssetEventSite
+class SelectionDisplay : private Vs::ComponentsListener
 {
 public:
     /// Neither is owned; both outlive the display.
