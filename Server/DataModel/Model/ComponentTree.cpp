@@ -4,6 +4,7 @@
 #include "Server/DataModel/Model/ModelBody.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace Vs {
@@ -15,9 +16,28 @@ std::string idBelow(const Component& parent, const std::string& place)
     return parent.id.empty() ? place : parent.id + '/' + place;
 }
 
-auto positionOf(Component& parent, const std::string& id)
+/// By the order in which places stand in the model's data, those of one assembly together.
+void sortByPlace(std::vector<TouchedPlace>& places)
 {
-    return parent.children.begin() + static_cast<std::ptrdiff_t>(rowOf(parent, id));
+    struct Key
+    {
+        std::string_view assembly;
+        int number;
+        size_t index;
+    };
+    std::vector<Key> keys;
+    for (size_t i = 0; i < places.size(); ++i) {
+        const std::string& entry = places[i].entry;
+        keys.push_back({std::string_view(entry).substr(0, entry.rfind(':')), lastNumber(entry), i});
+    }
+    std::stable_sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) {
+        const int order = a.assembly.compare(b.assembly);
+        return order != 0 ? order < 0 : a.number < b.number;
+    });
+    std::vector<TouchedPlace> sorted;
+    for (const Key& key : keys)
+        sorted.push_back(places[key.index]);
+    places = std::move(sorted);
 }
 
 /// Leaves out what lies in a branch that is named itself.
@@ -40,6 +60,9 @@ struct ComponentTree::Refresh
     ComponentsEvent::Changes changes;
     std::unordered_set<const ModelBody*> changedBodies;
     std::unordered_set<const Component*> told; ///< As added or changed.
+    // So that thousands that come or go among as many others are put in, or taken out, in one go.
+    std::unordered_map<Component*, std::vector<std::unique_ptr<Component>>> coming; ///< Below each parent.
+    std::unordered_map<Component*, std::unordered_set<const Component*>> going;
 };
 
 ComponentTree::ComponentTree(std::shared_ptr<ModelSource> source, const std::wstring& name)
@@ -68,7 +91,7 @@ std::unique_ptr<Component> ComponentTree::make(const std::string& id, const Part
     component->name = node.name;
     m_components[id] = component.get();
     if (m_related)
-        relate(*component, node.part);
+        m_parts.add(*component, node.part);
     return component;
 }
 
@@ -109,31 +132,10 @@ StrongRef<ModelBody> ComponentTree::bodyOf(const PartTree& tree, size_t index)
     return known;
 }
 
-void ComponentTree::relate(Component& component, const std::string& part)
-{
-    m_parts[&component] = part;
-    m_byPart[part].push_back(&component);
-    m_byPlace[placeOf(component.id)].push_back(&component);
-}
-
 void ComponentTree::unrelate(Component& component)
 {
-    const auto erase = [&](auto& map, const std::string& key) {
-        const auto found = map.find(key);
-        if (found == map.end())
-            return false;
-        std::erase(found->second, &component);
-        if (!found->second.empty())
-            return false;
-        map.erase(found);
-        return true;
-    };
-    const auto part = m_parts.extract(&component);
-    if (!part)
-        return;
-    if (erase(m_byPart, part.mapped()))
-        m_bodies.erase(part.mapped());
-    erase(m_byPlace, placeOf(component.id));
+    if (const std::string unused = m_parts.remove(component); !unused.empty())
+        m_bodies.erase(unused);
 }
 
 void ComponentTree::forget(Component& component)
@@ -149,14 +151,14 @@ ComponentsEvent::Changes ComponentTree::refresh()
 {
     return m_source->withKernel([&](ModelKernel& kernel) {
         m_reshaped.clear();
-        Refresh refresh{kernel, {}, {}, {}};
+        Refresh refresh{.kernel = kernel};
         if (!m_related) {
             refreshAll(refresh);
             return std::move(refresh.changes);
         }
-        const std::vector<TouchedPlace> places = kernel.takeTouched();
-        for (const TouchedPlace& place : places)
-            refreshStanding(refresh, place.entry);
+        std::vector<TouchedPlace> places = kernel.takeTouched();
+        sortByPlace(places);
+        refreshStanding(refresh, places);
         for (const TouchedPlace& place : places)
             if (place.content)
                 refreshContent(refresh, place.entry);
@@ -170,42 +172,61 @@ void ComponentTree::refreshAll(Refresh& refresh)
     const PartTree tree = refresh.kernel.tree();
     m_related = true;
     merge(refresh, tree, *m_root, tree.roots);
-    std::erase_if(m_bodies, [&](const auto& each) { return !m_byPart.contains(each.first); });
+    std::erase_if(m_bodies, [&](const auto& each) { return m_parts.ofPart(each.first).empty(); });
 }
 
-/// Whether something stands at the place that the tree doesn't have, or the other way round.
-void ComponentTree::refreshStanding(Refresh& refresh, const std::string& entry)
+/// Whether something stands at the places that the tree doesn't have, or the other way round.
+void ComponentTree::refreshStanding(Refresh& refresh, const std::vector<TouchedPlace>& places)
+{
+    // What goes first, so that nothing comes into what goes.
+    std::unordered_set<std::string_view> empty;
+    for (const auto& [entry, content] : places)
+        for (Component* parent : parentsOf(entry)) {
+            Component* const child = childOf(*parent, entry);
+            if (child && !empty.contains(entry)) {
+                if (!refresh.kernel.branch(entry, false).roots.empty())
+                    break;
+                empty.insert(entry);
+            }
+            if (child)
+                remove(refresh, *parent, *child);
+        }
+    for (const auto& [entry, content] : places) {
+        PartTree branch;
+        if (!empty.contains(entry))
+            for (Component* parent : parentsOf(entry)) {
+                if (childOf(*parent, entry))
+                    continue;
+                if (branch.roots.empty())
+                    branch = refresh.kernel.branch(entry, true);
+                if (branch.roots.empty())
+                    break;
+                add(refresh, branch, *parent);
+            }
+    }
+    settle(refresh);
+}
+
+ComponentTree::Components ComponentTree::parentsOf(const std::string& entry) const
 {
     constexpr int kColonsOfPart = 3; // 0:1:1:5 is a part, 0:1:1:5:2 an occurrence in the assembly 0:1:1:5.
-    Components parents;
     if (std::count(entry.begin(), entry.end(), ':') == kColonsOfPart)
-        parents = {m_root.get()};
-    else if (const auto found = m_byPart.find(entry.substr(0, entry.rfind(':'))); found != m_byPart.end())
-        parents = found->second;
-    if (parents.empty())
-        return;
-    const bool stands = !refresh.kernel.branch(entry, false).roots.empty();
-    PartTree branch;
-    for (Component* parent : parents) {
-        const auto child = m_components.find(idBelow(*parent, entry));
-        if (!stands && child != m_components.end())
-            remove(refresh, *parent, *child->second);
-        if (!stands || child != m_components.end())
-            continue;
-        if (branch.roots.empty())
-            branch = refresh.kernel.branch(entry, true);
-        add(refresh, branch, *parent);
-    }
+        return {m_root.get()};
+    return m_parts.ofPart(entry.substr(0, entry.rfind(':')));
+}
+
+Component* ComponentTree::childOf(const Component& parent, const std::string& entry) const
+{
+    const auto found = m_components.find(idBelow(parent, entry));
+    return found == m_components.end() ? nullptr : found->second;
 }
 
 void ComponentTree::add(Refresh& refresh, const PartTree& branch, Component& parent)
 {
     const PartTree::Node& node = branch.roots.front();
-    std::unique_ptr<Component> component = make(idBelow(parent, node.id), node);
+    std::unique_ptr<Component>& component =
+        refresh.coming[&parent].emplace_back(make(idBelow(parent, node.id), node));
     Component& added = *component;
-    parent.children.insert(positionOf(parent, added.id), std::move(component));
-    if (const auto names = m_names.find(&parent); names != m_names.end())
-        names->second.add(added);
     take(refresh, branch, added, node);
     // What is below a new component belongs to it and isn't told by itself.
     ComponentsEvent::Changes outer = std::exchange(refresh.changes, {});
@@ -215,29 +236,67 @@ void ComponentTree::add(Refresh& refresh, const PartTree& branch, Component& par
     refresh.told.insert(&added);
 }
 
-void ComponentTree::remove(Refresh& refresh, Component& parent, const Component& child)
+void ComponentTree::remove(Refresh& refresh, Component& parent, Component& child)
 {
     refresh.changes.removed.push_back(child.id);
-    const auto position = positionOf(parent, child.id);
-    const std::unique_ptr<Component> gone = std::move(*position);
-    parent.children.erase(position);
-    if (const auto names = m_names.find(&parent); names != m_names.end())
-        names->second.remove(*gone);
-    forget(*gone);
+    refresh.going[&parent].insert(&child);
+    forget(child);
+}
+
+/// Takes out what goes, and puts in what comes.
+void ComponentTree::settle(Refresh& refresh)
+{
+    // An index of names costs as much to make anew as it does to change it for all.
+    constexpr size_t kFew = 64;
+    const auto namesOf = [&](Component* parent, size_t changes) {
+        const auto names = m_names.find(parent);
+        if (names == m_names.end() || changes <= kFew)
+            return names == m_names.end() ? nullptr : &names->second;
+        m_names.erase(names);
+        return static_cast<ChildNames*>(nullptr);
+    };
+    // A parent may be among those that go.
+    std::vector<std::unique_ptr<Component>> gone;
+    for (const auto& [parent, children] : refresh.going) {
+        ChildNames* const names = namesOf(parent, children.size());
+        std::erase_if(parent->children, [&](std::unique_ptr<Component>& child) {
+            if (!children.contains(child.get()))
+                return false;
+            if (names)
+                names->remove(*child);
+            gone.push_back(std::move(child));
+            return true;
+        });
+    }
+    for (auto& [parent, children] : refresh.coming) {
+        ChildNames* const names = namesOf(parent, children.size());
+        for (const auto& child : children)
+            if (names)
+                names->add(*child);
+        auto& all = parent->children;
+        const auto before = static_cast<std::ptrdiff_t>(all.size());
+        std::ranges::move(children, std::back_inserter(all));
+        std::inplace_merge(all.begin(), all.begin() + before, all.end(), [](const auto& a, const auto& b) {
+            return lastNumber(a->id) < lastNumber(b->id);
+        });
+    }
+    refresh.coming.clear();
+    refresh.going.clear();
 }
 
 void ComponentTree::refreshContent(Refresh& refresh, const std::string& entry)
 {
     std::unordered_set<Component*> touched;
-    for (const auto* map : {&m_byPlace, &m_byPart})
-        if (const auto found = map->find(entry); found != map->end())
-            touched.insert(found->second.begin(), found->second.end());
+    for (const Components* some : {&m_parts.atPlace(entry), &m_parts.ofPart(entry)})
+        touched.insert(some->begin(), some->end());
     for (Component* component : touched) {
+        if (refresh.told.contains(component))
+            continue;
         const std::string place = placeOf(component->id);
         PartTree branch = refresh.kernel.branch(place, false);
-        if (branch.roots.empty() || refresh.told.contains(component))
+        if (branch.roots.empty())
             continue;
-        const bool otherPart = branch.roots.front().part != m_parts[component] ||
+        const bool otherPart = branch.roots.front().part != m_parts.partOf(*component) ||
                                (branch.roots.front().body < 0) == (component->body.get() != nullptr);
         if (otherPart)
             branch = refresh.kernel.branch(place, true);
@@ -271,9 +330,9 @@ bool ComponentTree::take(Refresh& refresh, const PartTree& tree, Component& comp
         changed |= !(target == value);
         target = std::move(value);
     };
-    if (m_parts[&component] != node.part) {
+    if (m_parts.partOf(component) != node.part) {
         unrelate(component);
-        relate(component, node.part);
+        m_parts.add(component, node.part);
     }
     if (component.name != node.name) {
         rename(component, node.name);
@@ -302,6 +361,8 @@ void ComponentTree::merge(Refresh& refresh, const PartTree& tree, Component& par
                           const std::vector<PartTree::Node>& nodes)
 {
     m_names.erase(&parent);
+    if (parent.children.empty() && nodes.empty())
+        return;
     std::unordered_map<std::string_view, std::unique_ptr<Component>> old;
     for (auto& child : parent.children) {
         const std::string_view id = child->id;

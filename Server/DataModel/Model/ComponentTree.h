@@ -4,6 +4,7 @@
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Model/ChildNames.h"
 #include "Server/DataModel/Model/ModelSource.h"
+#include "Server/DataModel/Model/PartIndex.h"
 #include "Server/DataModel/Selection/PartHistory.h"
 
 #include <map>
@@ -43,19 +44,21 @@ public:
 
 private:
     struct Refresh;
-    using Components = std::vector<Component*>;
+    using Components = PartIndex::Components;
 
     void refreshAll(Refresh& refresh);
-    void refreshStanding(Refresh& refresh, const std::string& entry);
+    void refreshStanding(Refresh& refresh, const std::vector<TouchedPlace>& places);
+    Components parentsOf(const std::string& entry) const;
+    Component* childOf(const Component& parent, const std::string& entry) const;
     void refreshContent(Refresh& refresh, const std::string& entry);
     void merge(Refresh& refresh, const PartTree& tree, Component& parent,
                const std::vector<PartTree::Node>& nodes);
     bool take(Refresh& refresh, const PartTree& tree, Component& component, const PartTree::Node& node);
     void add(Refresh& refresh, const PartTree& branch, Component& parent);
-    void remove(Refresh& refresh, Component& parent, const Component& child);
+    void remove(Refresh& refresh, Component& parent, Component& child);
+    void settle(Refresh& refresh);
     void rename(Component& component, const std::wstring& name);
     std::unique_ptr<Component> make(const std::string& id, const PartTree::Node& node);
-    void relate(Component& component, const std::string& part);
     void unrelate(Component& component);
     void forget(Component& component);
 
@@ -66,8 +69,7 @@ private:
     std::vector<ReshapedBody> m_reshaped;
     // Filled with the first refresh, for the places that later ones are told.
     bool m_related = false;
-    std::unordered_map<const Component*, std::string> m_parts; ///< Of which part each is an occurrence.
-    std::unordered_map<std::string, Components> m_byPart, m_byPlace;
+    PartIndex m_parts;
     std::unordered_map<const Component*, ChildNames> m_names; ///< Of those that were asked about.
 };
 

@@ -5,8 +5,8 @@
 #include "Server/DataModel/Asset.h"
 
 #include <iterator>
-#include <set>
 #include <sstream>
+#include <unordered_set>
 #include <utility>
 
 namespace Vs {
@@ -80,18 +80,18 @@ std::vector<std::string> ComponentGroups::groupOf(const std::string& component) 
 
 void ComponentGroups::remove(const std::vector<std::string>& components)
 {
-    std::set<std::string> touched;
+    std::map<std::string, std::unordered_set<std::string>> gone; // The places of each group.
     for (const std::string& component : components)
-        if (const std::string* key = keyOf(component)) {
-            std::erase_if(m_members[*key],
-                          [&](const std::string& member) { return placeOf(member) == placeOf(component); });
-            touched.insert(*key);
-        }
-    for (const std::string& key : touched)
-        if (m_members[key].size() < 2)
+        if (const std::string* key = keyOf(component))
+            gone[*key].insert(placeOf(component));
+    for (const auto& [key, places] : gone) {
+        std::vector<std::string>& members = m_members[key];
+        std::erase_if(members, [&](const std::string& member) { return places.contains(placeOf(member)); });
+        if (members.size() < 2)
             m_asset.setting(key, {});
         else
             keep(key);
+    }
 }
 
 bool ComponentGroups::separate(const std::string& component)

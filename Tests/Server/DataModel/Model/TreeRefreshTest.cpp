@@ -181,3 +181,52 @@ TEST_F(TreeRefreshTest, WhatIsShownAmidATransactionIsRightAsWell)
     EXPECT_EQ(digestOf(asset), before);
     ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset));
 }
+
+TEST_F(TreeRefreshTest, ThousandsThatComeAndGoAmongTenThousandStandInTheirOrder)
+{
+    constexpr size_t kCount = 10000;
+    Asset& asset = *newAsset();
+    ASSERT_TRUE(ModelBuilder(&asset).box(1, 2, 3, {}, status));
+    const std::string first = asset.components()->children.front()->id;
+    std::vector<GkMatrix3d> motions;
+    for (size_t i = 1; i < kCount; ++i)
+        motions.push_back(GkMatrix3d::translation({double(i), 0, 0}));
+    run(asset, EditRequest::make(&asset, L"Copy", CopyEdit{{first}, motions}));
+    const unsigned made = Transaction::undoSteps(&asset);
+    ASSERT_EQ(asset.components()->children.size(), kCount);
+    ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset));
+    for (unsigned number = 0; number < 5; ++number) {
+        const auto& children = asset.components()->children;
+        std::vector<ObjectPath> some;
+        std::vector<std::string> ids;
+        const unsigned every = 2 + static_cast<unsigned>(random() % 5);
+        for (size_t i = random() % every; i < children.size(); i += every) {
+            some.push_back({children[i]->id});
+            ids.push_back(children[i]->id);
+        }
+        const GkMatrix3d aside = GkMatrix3d::translation({0, double(number), 1});
+        switch (random() % 5) {
+        case 0:
+            run(asset, DeleteRequest::make(&asset, some));
+            break;
+        case 1:
+            run(asset, VisibilityRequest::make(some, number % 2 == 0));
+            break;
+        case 2:
+            run(asset, EditRequest::make(&asset, L"Move", MoveEdit{ids, aside}));
+            break;
+        case 3:
+            run(asset, EditRequest::make(&asset, L"Colour", ColourEdit{some, Colour{1, 0, 0}}));
+            break;
+        default:
+            ids.resize(std::min<size_t>(ids.size(), 1000));
+            run(asset, EditRequest::make(&asset, L"Copy", CopyEdit{ids, {aside}}));
+        }
+        ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "change " << number;
+        while (random() % 2 == 0 && Transaction::undoSteps(&asset) > made && Transaction::undo(&asset))
+            ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "undo after " << number;
+        while (random() % 2 == 0 && Transaction::redo(&asset))
+            ASSERT_NO_FATAL_FAILURE(expectUpToDate(asset)) << "redo after " << number;
+    }
+    ASSERT_NO_FATAL_FAILURE(expectWrittenAsSeen(asset));
+}
