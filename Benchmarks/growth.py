@@ -5,9 +5,10 @@ For each line the times with the fewest and with the most, and the exponent betw
 as much takes twice as long, 0 where it makes no difference. A whole operation above 1.1, and a single step above 0.1, is
 marked; times below the noise of the machine are not.
 
-    Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--build DIR] [WHAT...]
+    Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--kernel] [--build DIR] [WHAT...]
 
-WHAT is of parts, names, documents, assets (see Growth/lines.py).
+WHAT is of parts, names, documents, assets (see Growth/lines.py). With --kernel, the STEP file of the parts is also read
+by a program that does nothing but call the kernel, which takes four times as long for twice as much.
 """
 
 import argparse
@@ -23,22 +24,32 @@ WHOLE_LIMIT, STEP_LIMIT = 1.1, 0.1
 NOISE = 20e-6  # Seconds: what is below isn't marked.
 
 
-def run(quillet, what, count):
+def read_by_kernel(quillet, file):
+    """The seconds of the bare kernel."""
+    result = subprocess.run([quillet.with_name("kernel_floor"), file, file.with_suffix(".kernel.stl")], capture_output=True,
+                            text=True, check=True)
+    return json.loads(result.stdout)["read_ms"] / 1000
+
+
+def run(quillet, what, count, kernel):
     """The seconds of each line, by its kind and name."""
     with tempfile.TemporaryDirectory() as folder:
         profile = pathlib.Path(folder) / "profile"
         result = subprocess.run([quillet, "--headless", "--profile-dir", profile, "--script", HERE / "Growth/lines.py", "--",
                                  what, str(count), folder], capture_output=True, text=True)
-    answers = [line for line in result.stdout.splitlines() if line.startswith("GROWTH ")]
-    if result.returncode != 0 or not answers:
-        sys.exit(f"{what} {count} failed ({result.returncode}):\n{result.stdout[-2000:]}{result.stderr[-2000:]}")
-    return {(kind, name): seconds for kind, name, seconds in json.loads(answers[-1].removeprefix("GROWTH "))}
+        answers = [line for line in result.stdout.splitlines() if line.startswith("GROWTH ")]
+        if result.returncode != 0 or not answers:
+            sys.exit(f"{what} {count} failed ({result.returncode}):\n{result.stdout[-2000:]}{result.stderr[-2000:]}")
+        took = {(kind, name): seconds for kind, name, seconds in json.loads(answers[-1].removeprefix("GROWTH "))}
+        if kernel and what == "parts":
+            took["whole", "the bare kernel's open .stp"] = read_by_kernel(quillet, pathlib.Path(folder) / "parts.stp")
+    return took
 
 
-def smallest(quillet, what, count, rounds):
+def smallest(quillet, what, count, rounds, kernel):
     best = {}
     for _ in range(rounds):
-        for key, seconds in run(quillet, what, count).items():
+        for key, seconds in run(quillet, what, count, kernel).items():
             best[key] = min(seconds, best.get(key, math.inf))
     return best
 
@@ -58,12 +69,13 @@ def main():
     parser.add_argument("--doublings", type=int, default=3)
     parser.add_argument("--rounds", type=int, default=3)
     parser.add_argument("--build", default=str(HERE.parent / "build/release"))
+    parser.add_argument("--kernel", action="store_true")
     parser.add_argument("what", nargs="*", default=["parts", "names", "documents", "assets"])
     arguments = parser.parse_args()
     quillet = pathlib.Path(arguments.build) / "root/bin/quillet"
     counts = [arguments.first << doubling for doubling in range(arguments.doublings + 1)]
     for what in arguments.what:
-        show(what, counts, [smallest(quillet, what, count, arguments.rounds) for count in counts])
+        show(what, counts, [smallest(quillet, what, count, arguments.rounds, arguments.kernel) for count in counts])
 
 
 if __name__ == "__main__":

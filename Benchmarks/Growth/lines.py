@@ -58,9 +58,14 @@ def parts():
     clock("Design.New")
     clock("Design.Box 1 1 1")
     whole("Design.Pattern", f"Design.Pattern Box1 X 2 {count // 100} Y 2 100")
+    whole("Design.Pattern, undone and redone", "VuCommands.UndoCmd", "VuCommands.RedoCmd")
     change_one(f"Box1:{count // 2}")
-    whole("Design.Hide all, and back", "Design.Hide " + " ".join(f"Box1:{n}" for n in range(1, count + 1)),
-          "VuCommands.UndoCmd", "VuCommands.RedoCmd", "Design.ShowAll")
+    everything = " ".join(f"Box1:{n}" for n in range(1, count + 1))
+    whole("Selection.Select all, and List", f"Selection.Select {everything}", "Selection.List")
+    whole("Design.Hide all, and back", f"Design.Hide {everything}", "VuCommands.UndoCmd", "VuCommands.RedoCmd", "Design.ShowAll")
+    whole("Design.Colour all, and back", f"Design.Colour Red {everything}", "VuCommands.UndoCmd")
+    whole("delete half of the copies, and back", "Selection.Select " + " ".join(f"Box1:{n}" for n in range(1, count, 2)),
+          "Commands.Start DeleteCommand", "VuCommands.UndoCmd", "VuCommands.RedoCmd", "VuCommands.UndoCmd")
     whole("Model.Digest", "Model.Digest")
     for suffix in ("tdsn", "stp", "glb", "stl", "obj"):
         whole(f"save .{suffix}", f"Design.Export {file('parts.' + suffix)}" if suffix != "tdsn"
