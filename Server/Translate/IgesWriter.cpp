@@ -1,6 +1,7 @@
 #include "Server/Translate/IgesWriter.h"
 
 #include "Server/Translate/Reading.h"
+#include "Server/Translate/ShortNames.h"
 
 #include <IGESCAFControl_Writer.hxx>
 #include <IGESControl_Controller.hxx>
@@ -43,6 +44,7 @@ void writeIges(Kernel::XdeModel& model, const Writing& writing, const std::strin
     writer.SetColorMode(true);
     writer.SetNameMode(true);
     writer.SetLayerMode(true);
+    shortenNames(model);
     const Handle(KernelProgress) progress = new KernelProgress(reporter);
     if (!writer.Transfer(model.document(), progress->Start()))
         throw Unreadable("can't be expressed as IGES");

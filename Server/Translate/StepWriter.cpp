@@ -2,6 +2,7 @@
 
 #include "Server/Translate/LabelledStepWriter.h"
 #include "Server/Translate/Reading.h"
+#include "Server/Translate/ShortNames.h"
 
 #include <APIHeaderSection_MakeHeader.hxx>
 #include <Interface_Static.hxx>
@@ -39,6 +40,7 @@ void writeStep(Kernel::XdeModel& model, const Writing& writing, const std::strin
     Interface_Static::SetCVal("write.step.unit", unitWord(writing).c_str());
     Interface_Static::SetCVal("write.step.product.name", writing.document.c_str());
     LabelledStepWriter writer;
+    shortenNames(model);
     const Handle(KernelProgress) progress = new KernelProgress(reporter);
     if (!writer.transferDocument(model.document(), progress->Start()))
         throw Unreadable("can't be expressed as STEP");

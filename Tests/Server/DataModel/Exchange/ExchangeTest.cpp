@@ -10,6 +10,7 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <iterator>
@@ -198,6 +199,25 @@ TEST_F(ExchangeTest, ANameOfTheGreatestLengthIsWritten)
         const std::wstring path = scratch(std::string(255 - extension.size(), 'x') + extension);
         EXPECT_TRUE(save(asset, path)) << Strings::narrow(status.toString());
         EXPECT_NE(open(path), nullptr) << Strings::narrow(status.toString());
+    }
+}
+
+TEST_F(ExchangeTest, APartWithANameOfAMegabyteIsWrittenSoThatItCanBeReadAgain)
+{
+    // IGES knows no other letters than those of ASCII, and STEP spells others out.
+    for (const auto& [file, letter] : {std::pair{"long.stp", L'n'}, std::pair{"long.igs", L'n'},
+                                       std::pair{"long.glb", L'\u00e4'}, std::pair{"long.obj", L'\u00e4'}}) {
+        SCOPED_TRACE(file);
+        Asset* asset = newAsset();
+        const std::wstring name = L"Long" + std::wstring(1'000'000, letter);
+        ASSERT_TRUE(ModelBuilder(asset).box(1, 2, 3, {{}, name, std::nullopt}, status));
+        ASSERT_TRUE(save(asset, scratch(file))) << Strings::narrow(status.toString());
+        Document* document = open(scratch(file));
+        ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
+        const auto all = componentsOf(*document->activeAsset());
+        EXPECT_TRUE(std::ranges::any_of(all, [&](const Component* each) {
+            return each->name.size() >= 1000 && name.starts_with(each->name);
+        }));
     }
 }
 
