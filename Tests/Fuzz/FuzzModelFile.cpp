@@ -127,8 +127,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     CraftedModel crafted(std::move(bytes));
     try {
         const auto model = Vs::ModelFile::open(fileOf(crafted.sealed()), 0, crafted.size());
-        depthOf(model->tree().roots, model->tree().bodies.size());
-        for (size_t i = 0; i < model->tree().bodies.size(); ++i)
+        const Vs::PartTree tree = model->tree();
+        depthOf(tree.roots, tree.bodies.size());
+        for (size_t i = 0; i < tree.bodies.size(); ++i)
             if (const auto mesh = model->mesh(i))
                 use(*mesh);
     } catch (const std::runtime_error&) {

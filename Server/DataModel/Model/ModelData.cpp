@@ -20,7 +20,7 @@ ModelData::~ModelData() = default;
 void ModelData::load(std::shared_ptr<const ModelFile> file)
 {
     require(isEmpty(), "a file is read into a model that is empty");
-    const PartTree& tree = file->tree();
+    const PartTree tree = file->tree();
     m_stored = StoredPart{file->file(), file->place(), file->size(), file->hash(), std::nullopt};
     m_source->file = std::move(file);
     m_tree.load(tree);

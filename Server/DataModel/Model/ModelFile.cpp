@@ -254,6 +254,13 @@ private:
 
 } // namespace
 
+struct ModelFile::Index
+{
+    PartTree tree;
+    std::vector<std::pair<uint64_t, uint64_t>> meshes;
+    std::vector<std::wstring> warnings;
+};
+
 std::shared_ptr<const ModelFile> ModelFile::open(const std::string& path)
 {
     try {
@@ -277,8 +284,23 @@ std::shared_ptr<const ModelFile> ModelFile::open(std::shared_ptr<const FileMappi
     model->m_data = bytes.data() + place;
     model->m_size = size;
     model->m_file = std::move(file);
-    model->readIndex();
+    model->checkHeader();
+    Index index = model->readIndex();
+    model->m_tree = std::move(index.tree);
+    model->m_meshes = std::move(index.meshes);
+    model->m_warnings = std::move(index.warnings);
+    model->checkMeshes();
     return model;
+}
+
+PartTree ModelFile::tree() const
+{
+    std::optional<PartTree> known;
+    {
+        const std::lock_guard lock(m_mutex);
+        known.swap(m_tree);
+    }
+    return known ? std::move(*known) : readIndex().tree;
 }
 
 ModelFile::Header ModelFile::header() const
@@ -291,7 +313,7 @@ uint64_t ModelFile::hash() const
     return header().headerHash;
 }
 
-void ModelFile::readIndex()
+void ModelFile::checkHeader() const
 {
     const Header header = this->header();
     if (std::memcmp(header.magic, Header::kMagic, sizeof header.magic) != 0 || header.version == 0 ||
@@ -302,7 +324,12 @@ void ModelFile::readIndex()
         header.kernelPlace < header.indexPlace || header.kernelPlace > m_size ||
         header.shownHash != XXH3_64bits(m_data + sizeof(Header), header.kernelPlace - sizeof(Header)))
         throw std::runtime_error("it is damaged");
+}
 
+ModelFile::Index ModelFile::readIndex() const
+{
+    const Header header = this->header();
+    Index index;
     Reader reader(m_data + header.indexPlace, m_data + header.kernelPlace);
     const size_t bodies = reader.count(sizeof(Colour));
     for (size_t i = 0; i < bodies; ++i) {
@@ -310,16 +337,16 @@ void ModelFile::readIndex()
         body.entry = reader.text();
         body.name = reader.wideText();
         body.colour = reader.value<Colour>();
-        m_tree.bodies.push_back(std::move(body));
+        index.tree.bodies.push_back(std::move(body));
         const uint64_t place = reader.value<uint64_t>();
         const uint64_t size = reader.value<uint64_t>();
-        m_meshes.emplace_back(place, size);
+        index.meshes.emplace_back(place, size);
     }
-    m_tree.roots = TreeReader(reader, bodies).nodes({}, 0);
+    index.tree.roots = TreeReader(reader, bodies).nodes({}, 0);
     const size_t warnings = reader.count(1);
     for (size_t i = 0; i < warnings; ++i)
-        m_warnings.push_back(reader.wideText());
-    checkMeshes();
+        index.warnings.push_back(reader.wideText());
+    return index;
 }
 
 // One after the other, as they were written: if several bodies could have one mesh, a small file could hold

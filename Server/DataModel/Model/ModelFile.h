@@ -4,6 +4,8 @@
 #include "Server/DataModel/Model/PartTree.h"
 
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,7 +34,9 @@ public:
     ModelFile(const ModelFile&) = delete;
     ModelFile& operator=(const ModelFile&) = delete;
 
-    const PartTree& tree() const { return m_tree; }
+    /// Nothing of it is kept: it takes more memory than it does in the file. The first call gives what was
+    /// read when the file was opened, another one reads it again. Safe from any thread.
+    [[nodiscard]] PartTree tree() const;
     /// What the one who made the file found to warn of.
     const std::vector<std::wstring>& warnings() const { return m_warnings; }
     /// Tells this model from any other: a hash of its hashes.
@@ -52,7 +56,9 @@ public:
 private:
     friend class ModelFileWriter;
     ModelFile() = default;
-    void readIndex();
+    struct Index;
+    void checkHeader() const;
+    Index readIndex() const;
     void checkMeshes() const;
     /// Of a body that has a mesh.
     MeshArrays arrays(size_t body) const;
@@ -63,7 +69,8 @@ private:
     std::shared_ptr<const FileMapping> m_file;
     const char* m_data = nullptr;
     size_t m_size = 0;
-    PartTree m_tree;
+    mutable std::mutex m_mutex; // of the next
+    mutable std::optional<PartTree> m_tree;
     std::vector<std::wstring> m_warnings;
     std::vector<std::pair<uint64_t, uint64_t>> m_meshes; // place and size
 };
