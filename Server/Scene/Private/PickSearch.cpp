@@ -1,7 +1,10 @@
 #include "Server/Scene/Private/PickSearch.h"
 
+#include "Server/Body/DividedMesh.h"
 #include "Server/Body/PartsMesh.h"
 
+#include <array>
+#include <functional>
 #include <utility>
 
 namespace Vs::Scene {
@@ -10,12 +13,60 @@ using Rendra::Graphics::BodyNode;
 using Rendra::Graphics::Node;
 using Rendra::Graphics::Part;
 
-std::shared_ptr<const BodyMesh> searchedParts(const BodyNode& body)
+namespace {
+
+/// Those of bodies of triangles that were found ready: a search visits thousands of bodies, of few meshes.
+class ReadyParts
 {
-    std::shared_ptr<const BodyMesh> parts = partsMeshIfMade(body.mesh());
-    const bool isReady =
-        parts == body.mesh() || (parts && (MeshTree::isSmall(*parts) || MeshTree::of(parts)));
-    return isReady ? parts : nullptr;
+public:
+    using Mesh = std::shared_ptr<const BodyMesh>;
+
+    /// Null if it isn't known to be ready.
+    const Mesh& find(const Mesh& mesh)
+    {
+        static const Mesh none;
+        const Entry& entry = at(mesh);
+        // Told by who owns them: another mesh may stand at the same place by now.
+        return entry.source.owner_before(mesh) || mesh.owner_before(entry.source) ? none : entry.parts;
+    }
+    const Mesh& keep(const Mesh& mesh, Mesh parts)
+    {
+        for (Entry& entry : m_entries)
+            if (entry.source.expired())
+                entry = Entry();
+        Entry& entry = at(mesh);
+        entry = {mesh, std::move(parts)};
+        return entry.parts;
+    }
+
+private:
+    struct Entry
+    {
+        std::weak_ptr<const BodyMesh> source;
+        Mesh parts;
+    };
+    Entry& at(const Mesh& mesh)
+    {
+        return m_entries[std::hash<const BodyMesh*>()(mesh.get()) / 64 % m_entries.size()];
+    }
+
+    std::array<Entry, 64> m_entries;
+};
+
+} // namespace
+
+const std::shared_ptr<const BodyMesh>& searchedParts(const BodyNode& body)
+{
+    static auto* const ready = new ReadyParts;
+    static const std::shared_ptr<const BodyMesh> none;
+    const std::shared_ptr<const BodyMesh>& mesh = body.mesh();
+    if (!isOfTriangles(*mesh))
+        return mesh;
+    if (const auto& known = ready->find(mesh))
+        return known;
+    std::shared_ptr<const BodyMesh> parts = partsMeshIfMade(mesh);
+    const bool isReady = parts && (MeshTree::isSmall(*parts) || MeshTree::of(parts));
+    return isReady ? ready->keep(mesh, std::move(parts)) : none;
 }
 
 PickedPoint pointOf(const std::vector<const Node*>& path)
@@ -54,7 +105,7 @@ std::optional<SurfaceHit> nearestHit(const Node& root, const Probe& ray, double 
     BodySearch search(
         limit, [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
             const double before = limit;
-            const auto parts = searchedParts(body);
+            const auto& parts = searchedParts(body);
             meetTriangles(parts ? parts : body.mesh(), local, limit, [&](uint32_t triangle, double along) {
                 limit = hit.along = along;
                 hit.triangle = triangle;

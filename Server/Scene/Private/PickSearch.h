@@ -22,8 +22,8 @@ struct SurfaceHit
 };
 
 /// The mesh in which a body's parts are found; null until there is one that is searched as quickly as the
-/// body's own.
-std::shared_ptr<const BodyMesh> searchedParts(const Rendra::Graphics::BodyNode& body);
+/// body's own. The reference holds until the next call. Main thread only.
+const std::shared_ptr<const BodyMesh>& searchedParts(const Rendra::Graphics::BodyNode& body);
 
 /// Calls `take(triangle, along)` for the triangles of a mesh that the ray meets before `limit`.
 template <class Take>
