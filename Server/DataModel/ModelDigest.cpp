@@ -6,8 +6,10 @@
 #include "Server/DataModel/Asset.h"
 
 #include <cmath>
+#include <iterator>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 #include <xxhash.h>
 
 namespace Vs {
@@ -62,7 +64,7 @@ uint64_t digestOf(const Body& body)
 class TreeDigest
 {
 public:
-    explicit TreeDigest(Digest& digest) : m_digest(digest) {}
+    TreeDigest(Digest& digest, BodyDigests& bodies) : m_digest(digest), m_known(bodies) {}
 
     void addChildren(const Component& parent)
     {
@@ -91,21 +93,46 @@ private:
     {
         const auto [known, isNew] = m_bodies.try_emplace(&body);
         if (isNew)
-            known->second = digestOf(body);
+            known->second = m_known.of(body);
         return known->second;
     }
 
     Digest& m_digest;
+    BodyDigests& m_known;
     std::unordered_map<const Body*, uint64_t> m_bodies;
 };
 
 } // namespace
 
+uint64_t BodyDigests::of(const Body& body)
+{
+    std::shared_ptr<const BodyMesh> mesh = body.mesh();
+    if (!mesh)
+        return digestOf(body);
+    Known& known = m_known[mesh.get()];
+    if (!known.mesh || known.name != body.name() || !(known.colour == body.colour()))
+        known = {std::move(mesh), body.name(), body.colour(), digestOf(body)};
+    known.used = true;
+    return known.digest;
+}
+
+void BodyDigests::forgetUnused()
+{
+    for (auto each = m_known.begin(); each != m_known.end();)
+        each = std::exchange(each->second.used, false) ? std::next(each) : m_known.erase(each);
+}
+
 uint64_t modelDigest(const Asset& asset)
+{
+    BodyDigests bodies;
+    return modelDigest(asset, bodies);
+}
+
+uint64_t modelDigest(const Asset& asset, BodyDigests& bodies)
 {
     assertMainThread();
     Digest digest;
-    TreeDigest(digest).addChildren(*asset.components());
+    TreeDigest(digest, bodies).addChildren(*asset.components());
     for (const auto& [key, value] : asset.settings()) {
         digest.addAll(key);
         digest.addAll(value);

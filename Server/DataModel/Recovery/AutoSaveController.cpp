@@ -3,6 +3,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/AutoSaveDisabler.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Model/PlainFile.h"
@@ -12,7 +13,9 @@
 #include "Server/DataModel/Private/Texts.h"
 #include "Server/DataModel/Recovery/AutoSaveEvents.h"
 #include "Server/DataModel/Recovery/Private/AutoSaver.h"
+#include "Server/DataModel/Recovery/Private/DocumentDigests.h"
 #include "Server/DataModel/Recovery/Private/RecoveryStore.h"
+#include "Server/DataModel/TransactionMgr.h"
 
 #include <algorithm>
 #include <exception>
@@ -216,6 +219,41 @@ bool AutoSaveController::isInRecoveryFolder(const std::wstring& path)
         return Native::comparablePath(path).string().starts_with(root + '/');
     } catch (const std::exception&) {
         return false;
+    }
+}
+
+void AutoSaveController::lineBegins()
+{
+    m_data->saver.lineBegins();
+}
+
+void AutoSaveController::lineDone(const std::wstring& line)
+{
+    m_data->saver.lineDone(line);
+}
+
+size_t AutoSaveController::stepsBehind(const std::wstring& recoveryPath)
+{
+    return m_data->store.stepsBehind(Strings::toBytes(recoveryPath)).size();
+}
+
+void AutoSaveController::replaySteps(const std::wstring& recoveryPath, Document* document,
+                                     const std::function<void(const std::wstring&)>& run)
+{
+    assertMainThread();
+    const auto steps = m_data->store.stepsBehind(Strings::toBytes(recoveryPath));
+    // Until everything is there the file that it comes from must stay.
+    const AutoSaveDisabler disabler(document);
+    for (const Recovery::StepJournal::Step& step : steps) {
+        const std::vector<std::string> before = Recovery::digestsOf(*document);
+        run(step.line);
+        if (Recovery::digestsOf(*document) == step.digests)
+            continue;
+        TransactionMgr history(document->activeAsset());
+        while (Recovery::digestsOf(*document) != before && history.canUndo(nullptr) &&
+               history.undo(nullptr)) {
+        }
+        return;
     }
 }
 

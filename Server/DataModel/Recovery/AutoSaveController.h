@@ -47,6 +47,18 @@ public:
     /// then but what stood there before, and the sites hear so.
     bool saveRecoveryFileAs(const std::wstring& recoveryPath, const std::wstring& newPath);
 
+    /// To be called around each line of text. What a line did to a document stands in a journal beside the
+    /// recovery file until the next one is there, so that a fast script loses no more than a person does.
+    /// `line` is empty if it may not be run again.
+    void lineBegins();
+    void lineDone(const std::wstring& line);
+    /// How many steps the journal of a recovery file has.
+    [[nodiscard]] size_t stepsBehind(const std::wstring& recoveryPath);
+    /// Makes the steps behind a recovery file again in the document that was opened from it, which `run` does
+    /// with a line. A step that doesn't lead to the state that it led to is taken back, and ends it.
+    void replaySteps(const std::wstring& recoveryPath, Document* document,
+                     const std::function<void(const std::wstring& line)>& run);
+
     /// The user was asked, and doesn't want what changed in the document since it was saved: when it is
     /// closed like that its recovery file is discarded. That of any other dirty document is offered again.
     void declined(Document* document);

@@ -5,8 +5,10 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -118,4 +120,72 @@ TEST_F(RecoveryRunTest, ARunThatEndsLeavesNothing)
     EXPECT_EQ(ended.exitCode, 0) << ended.errors;
     EXPECT_TRUE(fs::exists(profile() + "/recovery")) << "nothing was kept meanwhile";
     EXPECT_TRUE(fs::is_empty(profile() + "/recovery"));
+}
+
+TEST_F(RecoveryRunTest, AFastScriptLosesOneStepAtMostAndIsNeverInAStateThatItWasNotIn)
+{
+    // A second passes between two recovery files; what lines do meanwhile stands in the journal.
+    const auto script = [&](const std::string& end) {
+        return folder
+            .write("fast.py", "import glob, os, time, Design, Model, VuCommands\n"
+                              "def box(size):\n"
+                              "    Design.Box(str(size), '1', '1')\n"
+                              "    print('digest', Model.Digest(), flush=True)\n"
+                              "Design.New()\n"
+                              "end = time.time() + 60\n"
+                              "while not glob.glob('" +
+                                  profile() +
+                                  "/recovery/*/*/*.backup') and time.time() < end:\n"
+                                  "    box(1)\n"
+                                  "    time.sleep(0.05)\n"
+                                  "for i in range(10):\n"
+                                  "    box(2 + i)\n" +
+                                  end + "os.kill(os.getpid(), 9)\n")
+            .string();
+    };
+    const auto digestsOf = [](const std::string& output) {
+        std::vector<std::string> digests;
+        std::istringstream stream(output);
+        for (std::string line; std::getline(stream, line);)
+            if (line.starts_with("digest "))
+                digests.push_back(line.substr(7));
+        return digests;
+    };
+    const auto recovered = [&] {
+        const std::string output = runLines({"AutoSave.Recovery", "Model.Digest"}).output;
+        std::vector<std::string> lines;
+        std::istringstream stream(output);
+        for (std::string line; std::getline(stream, line);)
+            lines.push_back(line);
+        fs::remove_all(profile() + "/recovery");
+        return lines.empty() ? std::string() : lines.back();
+    };
+    const auto killedBy = [&](const std::string& end) {
+        const ProcessResult result = run({"--script", script(end)});
+        EXPECT_EQ(result.signal, SIGKILL) << result.output << result.errors;
+        return digestsOf(result.output);
+    };
+    std::vector<std::string> digests = killedBy({});
+    ASSERT_GT(digests.size(), 10u);
+    const std::string found = recovered();
+    EXPECT_TRUE(found == digests.back() || found == *(digests.rbegin() + 1)) << found;
+
+    // No line makes again what was undone by hand.
+    digests = killedBy("VuCommands.UndoCmd()\nbox(20)\n");
+    EXPECT_NE(std::find(digests.begin(), digests.end(), recovered()), digests.end());
+
+    // A journal that was cut, and one that tells of a step that isn't the one it was.
+    for (const bool cut : {true, false}) {
+        digests = killedBy({});
+        for (fs::recursive_directory_iterator entry(profile() + "/recovery"), end; entry != end; ++entry)
+            if (entry->path().filename().string().starts_with("steps-")) {
+                std::string text = TestSupport::contentOf(entry->path());
+                if (cut)
+                    text.resize(text.size() - 20);
+                else
+                    text.replace(text.find("Design.Box 8 1 1"), 16, "Design.Box 9 1 1");
+                TestSupport::overwrite(entry->path().string(), text);
+            }
+        EXPECT_EQ(recovered(), cut ? *(digests.rbegin() + 1) : *(digests.rbegin() + 4));
+    }
 }

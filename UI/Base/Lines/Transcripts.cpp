@@ -4,6 +4,7 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/Warning.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Private/TranscriptRecorder.h"
@@ -62,18 +63,41 @@ private:
     StateRecorder* m_state;
 };
 
+/// The line by which a text command does again to the open document what it did; empty for those that open
+/// and close documents or run others, and for those that hang on what is selected or shown.
+std::wstring lineThatRunsAgain(const Vs::TextCommand& command, const Vs::TextCommandParameters& parameters)
+{
+    if (command.area() != L"Design")
+        return {};
+    std::wstring line = command.area() + L'.' + command.name();
+    for (unsigned i = 0; i < parameters.parameters(); ++i)
+        line += L' ' + Vs::Strings::quote(parameters[i]);
+    for (const std::wstring& flag : parameters.flags())
+        line += L" /" + flag;
+    return line;
+}
+
 /// Records, and forgets the answers of a line that somebody typed when the line after the next begins: no
-/// replay settles there.
+/// replay settles there. What lines do to documents is kept for recovery as well.
 class Recorder : public TranscriptRecorder
 {
 public:
+    using TranscriptRecorder::after;
     using TranscriptRecorder::before;
     using TranscriptRecorder::TranscriptRecorder;
     void before(const Vs::TextCommand& command) override
     {
         if (!Vs::TranscriptMgr::get()->replaying())
             Answers::lineRan();
+        Vs::AutoSaveController::get()->lineBegins();
         TranscriptRecorder::before(command);
+    }
+    void after(const Vs::TextCommand& command, const Vs::TextCommandParameters& parameters,
+               const Vs::TextCommandResult& result) override
+    {
+        TranscriptRecorder::after(command, parameters, result);
+        Vs::AutoSaveController::get()->lineDone(result.first == 0 ? lineThatRunsAgain(command, parameters)
+                                                                  : std::wstring());
     }
 };
 

@@ -132,6 +132,14 @@ std::wstring RecoveryFiles::openLine(const std::wstring& path)
     return opened.first == 0 ? std::wstring() : opened.second;
 }
 
+void RecoveryFiles::replaySteps(const Vs::AutoSavedFileInfo& file, Vs::Document* document)
+{
+    Vs::AutoSaveController::get()->replaySteps(file.autoSavedFile(), document, [](const std::wstring& line) {
+        std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
+        Application::get()->flushDeferredTasks();
+    });
+}
+
 bool RecoveryFiles::open(const Vs::AutoSavedFileInfo& file)
 {
     const std::wstring path = placeOf(file), source = file.oriSourceFile();
@@ -156,6 +164,7 @@ bool RecoveryFiles::open(const Vs::AutoSavedFileInfo& file)
         newest->path(source);
         followUp += L' ' + inQuotes(source);
     }
+    replaySteps(file, newest);
     showInOpenList();
     std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(followUp);
     return true;
@@ -176,7 +185,17 @@ bool RecoveryFiles::saveAs(const Vs::AutoSavedFileInfo& file)
         return false;
     if (name.find(L'.') == std::wstring::npos)
         name += extension;
-    return Vs::AutoSaveController::get()->saveRecoveryFileAs(path, name) && letGo(file);
+    if (!Vs::AutoSaveController::get()->saveRecoveryFileAs(path, name))
+        return false;
+    const size_t steps = Vs::AutoSaveController::get()->stepsBehind(file.autoSavedFile());
+    if (steps == 0)
+        return letGo(file);
+    Application::get()->inform(localizedFormat("RecoveryCopyLacksSteps",
+                                               "The copy lacks the last steps of a script (%1%). They come "
+                                               "back when the recovery file is opened, which is "
+                                               "kept.",
+                                               steps));
+    return false;
 }
 
 void RecoveryFiles::remove(const Vs::AutoSavedFileInfo& file)

@@ -65,6 +65,7 @@ void recover(const Vs::AutoSavedFileInfo& file, TextCommandResult& result)
     } else {
         newest->path(file.oriSourceFile());
     }
+    RecoveryFiles::replaySteps(file, newest);
 }
 
 class TextCmdAutoSaveRecovery : public DirectTextCommand<kRecover>

@@ -11,6 +11,7 @@
 #include "Server/DataModel/Private/Texts.h"
 #include "Server/DataModel/Recovery/AutoSaveEvents.h"
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
+#include "Server/DataModel/Recovery/Private/StepJournal.h"
 
 #include <algorithm>
 #include <ctime>
@@ -298,15 +299,17 @@ void AutoSaver::write(Document& document, Watched& watched, bool inChild)
     const Clock::time_point now = Clock::now();
     try {
         const SessionFolder& session = m_store.own();
-        const Snapshot snapshot = Snapshot::of(document, session.path());
+        const Snapshot snapshot = Snapshot::of(document, session.path(), watched.journal.next());
         Native::Package::prepare();
-        Running running{nullptr, &document, snapshot.path(), watched.changes, now};
+        Running running{nullptr, &document, snapshot.path(), watched.changes, watched.journal.next(), now};
         if (inChild) {
             running.child = SnapshotChild::start([&] { snapshot.write(Native::FileCalls::current()); },
                                                  session.descriptor());
             if (!running.child && now - watched.lastChange < kIdle)
                 return;
         }
+        watched.journal.beginNext(snapshot.folder);
+        watched.journaled = watched.changes;
         if (!running.child)
             snapshot.write(Native::FileCalls::current());
         m_running = std::make_unique<Running>(std::move(running));
@@ -316,6 +319,14 @@ void AutoSaver::write(Document& document, Watched& watched, bool inChild)
         m_running.reset();
         failed(watched, document, error.what());
     }
+}
+
+void AutoSaver::keepLine(const std::wstring& line)
+{
+    for (auto& [document, watched] : m_documents)
+        if (std::exchange(watched.journaled, watched.changes) != watched.changes &&
+            AutoSaveOptionsGroup::get()->performAutoSave())
+            watched.journal.keep(*document, line);
 }
 
 void AutoSaver::ended(const std::string& cause)
@@ -331,6 +342,7 @@ void AutoSaver::ended(const std::string& cause)
     watched.firstPending = watched.lastChange;
     watched.notBefore = now + std::max<Clock::duration>(kPause, (now - running->since) * kPauseFactor);
     watched.file = running->file;
+    StepJournal::removeBefore(RecoveryStore::folderOf(running->file), running->journal);
     letGoOfAdopted(watched, false);
     if (!std::exchange(m_failing, false))
         return;

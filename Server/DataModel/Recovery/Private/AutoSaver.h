@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/DocumentEvents.h"
+#include "Server/DataModel/Recovery/Private/DocumentJournal.h"
 #include "Server/DataModel/Recovery/Private/RecoveryStore.h"
 #include "Server/DataModel/Recovery/Private/Snapshot.h"
 #include "Server/DataModel/Recovery/Private/SnapshotChild.h"
@@ -38,6 +39,10 @@ public:
     /// else it goes, but for documents that were recovered and not saved since: their files stay.
     void end(bool asked);
 
+    /// What was done by other means than a line stands in no journal.
+    void lineBegins() { keepLine({}); }
+    void lineDone(const std::wstring& line) { keepLine(line); }
+
     /// The user doesn't want the document's changes, as they are now.
     void declined(Document* document);
 
@@ -55,6 +60,8 @@ private:
         std::vector<std::string> adopted; ///< Files that the document was opened from, not let go of yet.
         bool recovered = false;           ///< Opened from one, and not saved since.
         bool declined = false;
+        DocumentJournal journal;
+        unsigned journaled = 0; ///< Watched::changes as far as a file or a journal has them.
     };
     struct Running
     {
@@ -62,6 +69,7 @@ private:
         Document* document;
         std::string file;
         unsigned changes; ///< Watched::changes as it is written.
+        unsigned journal; ///< Of what comes after.
         Clock::time_point since;
     };
 
@@ -72,6 +80,7 @@ private:
     void write(Document& document, Watched& watched, bool inChild);
     void ended(const std::string& cause);
     void failed(Watched& watched, const Document& document, const std::string& cause);
+    void keepLine(const std::wstring& line);
     void drop(Watched& watched, bool unwanted);
     void letGo(const std::string& file, bool unwanted);
     void letGoOfAdopted(Watched& watched, bool unwanted);

@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <ctime>
 #include <stdexcept>
 
@@ -63,6 +64,7 @@ RecoveryRecord RecoveryRecord::read(std::string_view json)
     record.fileName = object["fileName"].toString().toStdWString();
     record.savedTime = object["savedTime"].toString().toStdWString();
     record.documentType = object["documentType"].toString().toStdString();
+    record.steps = static_cast<unsigned>(std::max(object["steps"].toInt(0), 0));
     record.attachmentUrl = object["attachmentUrl"].toString().toStdWString();
     const QJsonObject source = object["source"].toObject();
     record.source = unescaped(source["path"].toString());
@@ -97,6 +99,8 @@ std::string RecoveryRecord::write() const
     for (const std::string& digest : digests)
         all.append(QString::fromStdString(digest));
     object["digests"] = all;
+    if (steps != 0)
+        object["steps"] = static_cast<int>(steps);
     return QJsonDocument(object).toJson().toStdString();
 }
 

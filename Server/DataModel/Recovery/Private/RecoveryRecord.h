@@ -16,6 +16,7 @@ struct RecoveryRecord
     SourceState sourceState;          ///< As it was when the document was opened from it, or saved to it.
     std::vector<std::string> digests; ///< Of the document's models (digestsOf); empty if they aren't known.
     std::wstring savedTime;           ///< As `timeNow` gives it.
+    unsigned steps = 0;               ///< The first journal of what was done since (StepJournal); 0 for none.
     std::string documentType;         ///< DocumentType::identifier.
     std::wstring attachmentUrl;
 

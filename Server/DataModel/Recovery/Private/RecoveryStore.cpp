@@ -295,6 +295,14 @@ bool RecoveryStore::isOffered(const std::string& file) const
            fs::symlink_status(file, error).type() == fs::file_type::regular;
 }
 
+std::vector<StepJournal::Step> RecoveryStore::stepsBehind(const std::string& file)
+{
+    const unsigned first = known(file) ? record(file).steps : 0;
+    const std::string folder = folderOf(file);
+    return first == 0 || file != fileIn(folder) ? std::vector<StepJournal::Step>()
+                                                : StepJournal::read(folder, first);
+}
+
 void RecoveryStore::remove(const std::string& file)
 {
     const std::string folder = folderOf(file);

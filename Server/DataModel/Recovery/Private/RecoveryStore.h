@@ -5,6 +5,7 @@
 #include "Server/DataModel/Recovery/Private/RecoveryCheck.h"
 #include "Server/DataModel/Recovery/Private/RecoveryChecker.h"
 #include "Server/DataModel/Recovery/Private/SessionFolder.h"
+#include "Server/DataModel/Recovery/Private/StepJournal.h"
 
 #include <chrono>
 #include <deque>
@@ -60,6 +61,9 @@ public:
 
     /// Of a file that `left` has given.
     const RecoveryRecord& record(const std::string& file) { return checkedHere(file).record; }
+
+    /// What was done since such a file was begun; nothing for the generation before.
+    [[nodiscard]] std::vector<StepJournal::Step> stepsBehind(const std::string& file);
 
     /// Removes a file with the generation before.
     void remove(const std::string& file);

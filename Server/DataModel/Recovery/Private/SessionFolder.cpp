@@ -4,6 +4,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Native/FileCalls.h"
 #include "Server/DataModel/Recovery/Private/FolderCalls.h"
+#include "Server/DataModel/Recovery/Private/StepJournal.h"
 #include "Server/Types/Uuid.h"
 
 #include <cerrno>
@@ -87,6 +88,15 @@ bool isStill(int descriptor, const std::string& folder)
            opened.st_ino == there.st_ino && opened.st_dev == there.st_dev && S_ISREG(there.st_mode);
 }
 
+bool hasFiles(const std::string& document)
+{
+    std::error_code error;
+    for (const fs::directory_entry& file : fs::directory_iterator(document, error))
+        if (file.path().extension() == ".backup")
+            return true;
+    return false;
+}
+
 } // namespace
 
 std::unique_ptr<SessionFolder> SessionFolder::create(const std::string& root)
@@ -153,11 +163,12 @@ bool SessionFolder::removeIfEmpty()
         if (document.is_directory(error))
             documents.push_back(document.path().string());
     for (const std::string& document : documents) {
-        // What a run was writing when it died.
+        // What a run was writing when it died, and steps behind a file that is gone.
+        const bool steps = FolderCalls::remove(document + "/older") && !hasFiles(document);
         for (const fs::directory_entry& file : fs::directory_iterator(document, error))
-            if (file.path().extension() == ".part")
+            if (file.path().extension() == ".part" ||
+                (steps && StepJournal::isJournal(file.path().filename().string())))
                 FolderCalls::remove(file.path().string());
-        FolderCalls::remove(document + "/older");
         left = !FolderCalls::remove(document) || left;
     }
     if (left)

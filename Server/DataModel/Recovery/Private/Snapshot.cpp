@@ -58,7 +58,7 @@ RecoveryRecord recordOf(const Document& document)
 
 } // namespace
 
-Snapshot Snapshot::of(const Document& document, const std::string& sessionFolder)
+Snapshot Snapshot::of(const Document& document, const std::string& sessionFolder, unsigned steps)
 {
     Snapshot snapshot;
     snapshot.document = &document;
@@ -66,6 +66,7 @@ Snapshot Snapshot::of(const Document& document, const std::string& sessionFolder
     snapshot.name = nameFor(document.displayName());
     snapshot.picture = Native::DocumentContent(document, DocumentSave::fileOf(document)).oldPicture();
     snapshot.record = recordOf(document);
+    snapshot.record.steps = steps;
     OwnFiles::makeFolder(snapshot.folder);
     OwnFiles::makeFolder(snapshot.folder + '/' + kOlder);
     return snapshot;

@@ -21,7 +21,8 @@ struct Snapshot
     RecoveryRecord record; ///< Without what must be read or computed, which is left to the child.
 
     /// Makes the folder below that of the session. Throws std::exception. Main thread.
-    static Snapshot of(const Document& document, const std::string& sessionFolder);
+    /// `steps` is the journal of what will be done from now on.
+    static Snapshot of(const Document& document, const std::string& sessionFolder, unsigned steps);
 
     std::string path() const { return folder + '/' + name; }
     /// Writes the file, reads it back, puts the one that is there among the older ones and takes its place.
