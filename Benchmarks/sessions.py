@@ -57,7 +57,7 @@ def main():
             found = run(profile, "--command", "AutoSave.Recovery", "--command", "Model.Digest")
             # A step that was made, and not told of any more, isn't lost.
             kept = states.get(found[-1] if found else "", None)
-            if kept is None and done > 1:
+            if kept is None and found:
                 strange += 1
                 print(f"session {session}: after {done} steps {found} was found", flush=True)
             lost[max(done - (kept or 0), 0)] += 1

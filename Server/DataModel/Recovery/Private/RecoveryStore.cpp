@@ -24,7 +24,7 @@ constexpr const char* kDiscarded = "discarded";
 constexpr const char* kDamaged = "damaged";
 constexpr std::time_t kDiscardedFor = 24 * 60 * 60; // seconds
 constexpr uintmax_t kMostDiscarded = uintmax_t(1) << 30;
-constexpr auto kChildTakes = std::chrono::seconds(3); // to finish, once its parent has died
+constexpr auto kChildTakes = std::chrono::seconds(30); // to finish, once its parent has died
 
 std::vector<std::string> foldersIn(const std::string& folder)
 {

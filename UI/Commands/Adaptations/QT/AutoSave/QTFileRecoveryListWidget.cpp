@@ -47,7 +47,7 @@ void QTFileRecoveryListWidget::fill()
 // As wide as its rows, up to where a line can't be read at one glance any more.
 QSize QTFileRecoveryListWidget::sizeHint() const
 {
-    constexpr int kMostLetters = 100;
+    constexpr int kMostLetters = 130;
     const int most = fontMetrics().averageCharWidth() * kMostLetters;
     const int content = sizeHintForColumn(0) + 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
     const QSize usual = QListWidget::sizeHint();
