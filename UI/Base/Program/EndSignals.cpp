@@ -18,8 +18,10 @@ namespace {
 
 /// What shells tell of a program that a signal ended.
 constexpr int kSignalBase = 128;
-/// In seconds; the child that writes a recovery file goes on without its parent.
+/// How long it may take until the main thread hears of a signal, and then until everything is kept; in
+/// seconds. The child that writes a recovery file goes on without its parent.
 constexpr unsigned kLongest = 1;
+constexpr unsigned kLongestWrite = 5;
 
 int s_pipe[2] = {-1, -1};
 std::atomic<int> s_signal{0};
@@ -69,8 +71,10 @@ void EndSignals::watch()
         return;
     watched = true;
     auto* notifier = new QSocketNotifier(s_pipe[0], QSocketNotifier::Read, qApp);
-    QObject::connect(notifier, &QSocketNotifier::activated, qApp,
-                     [] { SuddenEnd::now(kSignalBase + s_signal); });
+    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [] {
+        ::alarm(kLongestWrite);
+        SuddenEnd::now(kSignalBase + s_signal);
+    });
     qApp->installEventFilter(new SessionEnd(qApp));
     Display::get()->onSessionEnds([] { static_cast<void>(Vs::AutoSaveController::get()->writeAll()); });
     std::signal(SIGALRM, onLate);

@@ -3,8 +3,9 @@
 namespace Vu {
 
 /// What tells a run with a window to end without asking anybody: SIGTERM, SIGHUP and SIGINT, and the end of
-/// the desktop's session. What isn't saved is kept in recovery files, and the program ends; at the latest a
-/// second after the signal, whatever it is busy with. The session is told that nothing stands in its way.
+/// the desktop's session. What isn't saved is kept in recovery files, and the program ends. One that is too
+/// busy to hear of it ends a second after the signal, with what was kept before. The session is told that
+/// nothing stands in its way.
 class EndSignals
 {
 public:
