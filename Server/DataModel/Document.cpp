@@ -7,6 +7,7 @@
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/HeldFiles.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
 #include "Server/DataModel/Native/DocumentFile.h"
 #include "Server/DataModel/Native/DocumentSave.h"
@@ -147,7 +148,7 @@ void Document::tellUpdated()
 
 bool Document::isReadOnly() const
 {
-    return !m_path.empty() && Native::isWriteProtected(Strings::toBytes(m_path));
+    return !m_path.empty() && (HeldFiles::holder(this) || Native::isWriteProtected(Strings::toBytes(m_path)));
 }
 
 bool Document::mayBeEdited()

@@ -12,6 +12,7 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/Warning.h"
+#include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/DocumentOpener.h"
 #include "UI/Application/Console.h"
 #include "UI/Application/LineRunner.h"
@@ -25,6 +26,7 @@
 #include "UI/Base/Program/EndSignals.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AutoSaving.h"
+#include "UI/Base/Session/DocumentWatch.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -192,6 +194,7 @@ int runWorkspace(const CommandLine& line)
     if (!line.headless) {
         workspace->window()->show();
         Vu::EndSignals::watch();
+        Vu::DocumentWatch::begin();
     }
     if (line.autorun)
         runAutorunScripts();
@@ -221,6 +224,7 @@ void end()
 {
     Vs::PythonManager::get()->shutdown();
     Vu::AutoSaving::end();
+    Vs::DocumentLocks::get()->end();
     Vu::Application::get()->shutDown();
     Vs::AddInMgr::get()->unloadAddIns();
 }

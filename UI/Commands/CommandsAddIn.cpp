@@ -30,6 +30,7 @@
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/CurrentDocumentCmds.h"
 #include "UI/Commands/Documents/ExportCmd.h"
+#include "UI/Commands/Documents/MoreSaveCmds.h"
 #include "UI/Commands/Documents/NewDocumentCmd.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
 #include "UI/Commands/Documents/OpenDocumentsCmds.h"
@@ -82,6 +83,9 @@ public:
         ActiveViewAssetCmdDef::createCommandDef();
         CopyToClipboardCmdDef::createCommandDef();
         PasteCmdDef::createCommandDef();
+        RevertDocumentCmdDef::createCommandDef();
+        SaveAllDocumentsCmdDef::createCommandDef();
+        SaveDocumentCopyCmdDef::createCommandDef();
         SplitViewLayoutCmdDef::createCommandDef();
         WelcomeScreenCmdDef::createCommandDef();
         UndoRedoDropDownCommandDef::createCommandDefs();

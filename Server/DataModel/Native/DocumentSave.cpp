@@ -8,6 +8,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Exchange/ExactData.h"
+#include "Server/DataModel/HeldFiles.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
 #include "Server/DataModel/Model/MappingGuard.h"
 #include "Server/DataModel/Model/ModelData.h"
@@ -35,6 +36,36 @@ using Native::PackageWriter;
 struct Declined
 {
 };
+
+/// Another date, or another file with the same in it, is no change.
+bool holdsWhatWasOpened(const std::string& target, const DocumentFile& opened)
+{
+    if (!opened.file || !MappingGuard::keeps(opened.file->bytes().data()))
+        return false;
+    std::string_view left = opened.file->bytes();
+    try {
+        PlainFile now(target);
+        if (now.size() != left.size())
+            return false;
+        std::vector<char> piece(size_t(1) << 20);
+        while (const size_t got = now.read(piece.data(), piece.size())) {
+            if (left.substr(0, got) != std::string_view(piece.data(), got))
+                return false;
+            left.remove_prefix(got);
+        }
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+    return left.empty();
+}
+
+/// A file that is gone is written anew; one that nobody read is the user's own choice.
+bool changedOutside(const std::string& target, const DocumentFile& opened)
+{
+    const FileIdentity now = FileIdentity::of(target);
+    return opened.identity.inode != 0 && now.inode != 0 && now != opened.identity &&
+           !holdsWhatWasOpened(target, opened);
+}
 
 /// One save, from the questions to the finished file. A failure throws std::runtime_error with a whole
 /// sentence, or Cancelled.
@@ -71,13 +102,26 @@ public:
         if (m_file.migrated && IDocMgmtHandler::notifySavingMigratedFiles(documents) == eDocMgmtStop)
             throw Cancelled();
         const std::wstring ownPath = m_document.path();
-        if (Native::isWriteProtected(m_target))
+        const bool held = m_path == ownPath && HeldFiles::holder(&m_document);
+        if (held)
+            need(IDocMgmtHandler::notifySavingReadOnlyFiles(documents),
+                 L"another program is working on the file. Save it under another name with Save As");
+        else if (Native::isWriteProtected(m_target))
             need(IDocMgmtHandler::notifySavingReadOnlyFiles(documents),
                  L"the file is write-protected. Save it under another name with Save As");
-        if (m_document.path() == ownPath && changedOutside())
+        if (m_document.path() == ownPath && m_path == ownPath && changedOutside(m_target, m_file))
             need(IDocMgmtHandler::notifySavingChangedFiles(documents),
                  L"another program has changed the file since it was opened. Save it under another name with "
                  L"Save As");
+        m_found = FileIdentity::of(m_target);
+    }
+
+    /// Instead of asking: a file that isn't the document's.
+    void beCopy()
+    {
+        if (Native::isWriteProtected(m_target))
+            fail(L"the file is write-protected");
+        m_isCopy = true;
         m_found = FileIdentity::of(m_target);
     }
 
@@ -158,36 +202,6 @@ private:
         return theirs.inode == 0 || theirs == FileIdentity::of(m_target);
     }
 
-    // A file that is gone is written anew; one that nobody read is the user's own choice.
-    bool changedOutside() const
-    {
-        const FileIdentity now = FileIdentity::of(m_target);
-        return m_path == m_document.path() && m_file.identity.inode != 0 && now.inode != 0 &&
-               now != m_file.identity && !holdsWhatWasOpened();
-    }
-
-    // Another date, or another file with the same in it, is no change.
-    bool holdsWhatWasOpened() const
-    {
-        if (!m_file.file || !MappingGuard::keeps(m_file.file->bytes().data()))
-            return false;
-        std::string_view left = m_file.file->bytes();
-        try {
-            PlainFile now(m_target);
-            if (now.size() != left.size())
-                return false;
-            std::vector<char> piece(size_t(1) << 20);
-            while (const size_t got = now.read(piece.data(), piece.size())) {
-                if (left.substr(0, got) != std::string_view(piece.data(), got))
-                    return false;
-                left.remove_prefix(got);
-            }
-        } catch (const std::runtime_error&) {
-            return false;
-        }
-        return left.empty();
-    }
-
     DocumentContent::Frame frame() const
     {
         DocumentContent::Frame frame;
@@ -209,7 +223,8 @@ private:
                 m_file.identity = FileIdentity::of(m_target);
             throw;
         }
-        m_file.identity = FileIdentity::of(m_target);
+        if (!m_isCopy)
+            m_file.identity = FileIdentity::of(m_target);
     }
 
     Document& m_document;
@@ -217,6 +232,7 @@ private:
     std::wstring m_path;
     std::string m_target;
     FileIdentity m_found;
+    bool m_isCopy = false;
     DocumentContent m_content;
 };
 
@@ -231,6 +247,16 @@ void DocumentSave::recoveredOf(Document& document, const std::wstring& path, con
 {
     document.m_file->recoveredPath = path;
     document.m_file->recoveredIdentity = identity;
+}
+
+bool DocumentSave::isChangedOutside(const Document& document)
+{
+    try {
+        return document.isOnDisk() &&
+               changedOutside(Native::followedPath(Strings::toBytes(document.path())), *document.m_file);
+    } catch (const std::runtime_error&) {
+        return false; // A path that leads nowhere.
+    }
 }
 
 std::vector<const Document*> DocumentSave::othersOf(const Document& document, const std::wstring& path)
@@ -250,6 +276,26 @@ bool DocumentSave::saveElsewhere(Document& document, const Place& before, Status
     document.takePath(before.path);
     document.displayName(before.name);
     document.m_file->identity = before.identity;
+    return false;
+}
+
+bool DocumentSave::saveCopy(Document& document, const std::wstring& path, Status& status)
+{
+    assertMainThread();
+    try {
+        Save save(document, *document.m_file, path);
+        std::vector<const Document*> others = othersOf(document, path);
+        if (document.m_comparablePath == Native::comparablePath(path).string())
+            others.push_back(&document);
+        save.check(others);
+        save.beCopy();
+        save.write();
+        return true;
+    } catch (const Cancelled&) {
+        status.addError(L"Saving \"" + path + L"\" was cancelled; nothing was written.");
+    } catch (const std::exception& error) {
+        status.addError(Strings::widen(error.what()));
+    }
     return false;
 }
 

@@ -19,6 +19,12 @@ public:
     /// file; on failure it is as it was, and the status holds one error.
     static bool save(Document& document, const std::wstring& path, Status& status);
 
+    /// The same to a file that isn't the document's, and without a question; the document stays as it is.
+    static bool saveCopy(Document& document, const std::wstring& path, Status& status);
+
+    /// Whether another program has changed what is in the document's file since it was opened or saved.
+    [[nodiscard]] static bool isChangedOutside(const Document& document);
+
     /// How the document hangs together with its file, for those who write it elsewhere without touching it.
     static const DocumentFile& fileOf(const Document& document);
     /// Says of a document that was opened from a recovery file what it was being worked on in: if it is given

@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
+#include "Server/DataModel/HeldFiles.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -14,6 +15,7 @@
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/DocumentWatch.h"
 #include "UI/Base/Session/Environment.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/GraphicsCanvas.h"
@@ -120,6 +122,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
       m_attic(new QWidget(this)),
       m_progress(new ProgressPanel(this)),
       m_message(PlainText::label(this)),
+      m_readOnly(PlainText::label(this)),
       m_bell(new BellButton(m_progress, this)),
       m_toasts(new ToastStack(this)),
       m_panel(new CommandPanel(owner->workspace(), this))
@@ -132,6 +135,8 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     // A long message must not make the window wider.
     m_message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(m_message, 1);
+    m_readOnly->setObjectName(QStringLiteral("readOnly"));
+    statusBar()->addPermanentWidget(m_readOnly);
     statusBar()->addPermanentWidget(m_progress);
     statusBar()->addPermanentWidget(m_bell);
     statusBar()->setSizeGripEnabled(false);
@@ -343,11 +348,26 @@ void MainWindow::refresh()
         title = QString::fromStdWString(document->displayName())
                     // Two of Qt's marks for a changed document stand for one that is part of a name.
                     .replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
-                QStringLiteral("[*] \u2013 ");
+                QStringLiteral("[*]") + showHolder(document) + QStringLiteral(" \u2013 ");
+    else
+        m_readOnly->hide();
     setWindowTitle(title + QStringLiteral("Quillet"));
     setWindowModified(document && document->isDirty(false));
     for (CommandButton* button : m_buttons)
         button->refresh();
+}
+
+/// What the title says of it.
+QString MainWindow::showHolder(const Vs::Document* document)
+{
+    const Vs::FileUser* user = Vs::HeldFiles::holder(document);
+    m_readOnly->setVisible(user != nullptr);
+    if (!user)
+        return {};
+    const QString readOnly = QString::fromStdWString(localized("ReadOnly", "read only"));
+    m_readOnly->setText(readOnly);
+    PlainText::setTooltip(m_readOnly, QString::fromStdWString(DocumentWatch::whoHasIt(*user)));
+    return QStringLiteral(" (") + readOnly + QLatin1Char(')');
 }
 
 void MainWindow::bindHotKeys()

@@ -94,6 +94,7 @@ private:
     void restoreSize();
     void keepPersistentWidgets();
     void refresh();
+    QString showHolder(const Vs::Document* document);
     void bindHotKeys();
     void runHotKey(CommandDefinition* definition);
     void tellUnknownCommands();
@@ -104,6 +105,7 @@ private:
     QPointer<CommandBox> m_commandBox;
     ProgressPanel* m_progress;
     QLabel* m_message;
+    QLabel* m_readOnly; ///< Who has the document that shows, if somebody else has.
     BellButton* m_bell;
     ToastStack* m_toasts;
     CommandPanel* m_panel;

@@ -10,6 +10,7 @@
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/FileSetAside.h"
+#include "UI/Commands/Documents/MoreSaveCmds.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
 
@@ -43,6 +44,9 @@ TextCommandResult noFileIn(const std::wstring& text)
 constexpr const wchar_t* kArea = L"Document";
 constexpr DirectTextRow kSave   = {kArea, L"Save", L"[<filename>] Saves the active document"};
 constexpr DirectTextRow kSaveAs = {kArea, L"SaveAs", L"[<filename>] Saves the active document as a new document"};
+constexpr DirectTextRow kSaveCopy = {kArea, L"SaveCopy", L"<filename> Writes a copy of the active document, which stays as it is"};
+constexpr DirectTextRow kSaveAll  = {kArea, L"SaveAll", L"Saves all documents that were changed"};
+constexpr DirectTextRow kRevert   = {kArea, L"Revert", L"[<document-path>] Reads the file of the active/specified document again, also a foreign one"};
 // clang-format on
 
 /// The file that a name means: with the type's extension if it has none, and in the last folder if it names
@@ -130,8 +134,57 @@ public:
     }
 };
 
+class TextCmdDocumentSaveCopy : public DirectTextCommand<kSaveCopy>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        if (parameters.parameters() != 1)
+            return {1, kNoName};
+        DocumentSession* session = SessionMgr::get()->activeDocumentSession();
+        if (!session)
+            return {1, kNoDocument};
+        if (!namesFile(parameters[0]))
+            return noFileIn(parameters[0]);
+        const fs::path file = fileOf(parameters[0], *session->document()->documentType());
+        return runSave(SaveDocumentCopyCmdDef::info()->key(), session, file.wstring(), parameters);
+    }
+};
+
+class TextCmdDocumentSaveAll : public DirectTextCommand<kSaveAll>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        if (parameters.parameters() != 0)
+            return {1, std::wstring(L"Usage: Document.SaveAll. ") + kSaveAll.help};
+        return runDefinition(SaveAllDocumentsCmdDef::info()->key(), CommandContext::activeContext(),
+                             parameters);
+    }
+};
+
+class TextCmdDocumentRevert : public DirectTextCommand<kRevert>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        DocumentSession* session = parameters.parameters() > 0
+                                       ? SessionMgr::get()->documentSession(parameters[0])
+                                       : SessionMgr::get()->activeDocumentSession();
+        if (!session)
+            return {1, parameters.parameters() > 0 ? L"No document matches the specified path or filename"
+                                                   : L"There is no active document"};
+        CommandContext context = CommandContext::activeContext();
+        context.addArgument(CloseDocumentCmdDef::documentSessionArgumentName(), session);
+        return runDefinition(RevertDocumentCmdDef::info()->key(), context, parameters);
+    }
+};
+
 TextCmdDocumentSave theSave;
 TextCmdDocumentSaveAs theSaveAs;
+TextCmdDocumentSaveCopy theSaveCopy;
+TextCmdDocumentSaveAll theSaveAll;
+TextCmdDocumentRevert theRevert;
 
 } // namespace
 } // namespace Vu::Commands

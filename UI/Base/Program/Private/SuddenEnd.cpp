@@ -2,6 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/UnfinishedFile.h"
+#include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 
 #include <QString>
@@ -33,6 +34,7 @@ void keepDocuments()
     } catch (const std::exception&) {
         return; // That was told, and it is too late to do more.
     }
+    Vs::DocumentLocks::get()->end();
 }
 
 void leave(int code, void*)

@@ -1,15 +1,20 @@
 #include "UI/Base/Session/Private/SavingHandler.h"
 
 #include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/DocumentType.h"
+#include "Server/DataModel/HeldFiles.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/DocumentWatch.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/SessionMgr.h"
+
+#include <algorithm>
 
 namespace Vu {
 namespace {
@@ -97,7 +102,19 @@ Vs::EDocMgmtOpCode SavingHandler::onSavingUnnamed(const Documents& documents)
 
 Vs::EDocMgmtOpCode SavingHandler::onSavingReadOnlyFiles(const Documents& documents)
 {
-    return askAboutFiles(documents, [](const std::wstring& path) {
+    // Whoever had it may have let it go.
+    const auto isFreeAgain = [](Vs::Document* document) {
+        auto* locks = Vs::DocumentLocks::get();
+        return Vs::HeldFiles::holder(document) && locks->takeAgain(document) && !document->isReadOnly();
+    };
+    if (std::all_of(documents.begin(), documents.end(), isFreeAgain))
+        return Vs::eDocMgmtGoOn;
+    return askAboutFiles(documents, [&](const std::wstring& path) {
+        for (const Vs::Document* document : documents)
+            if (const Vs::FileUser* user = Vs::HeldFiles::holder(document))
+                return localizedFormat("SavingHeldFile",
+                                       "%1%\nDo you want to overwrite \"%2%\" all the same?",
+                                       DocumentWatch::whoHasIt(*user), path);
         return localizedFormat("SavingReadOnlyFile",
                                "\"%1%\" is write-protected.\nDo you want to overwrite it all the same?",
                                path);

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <ctime>
+#include <string>
+
+namespace Vs {
+
+/// Who works on a file.
+struct FileUser
+{
+    std::wstring name;
+    std::wstring machine;
+    std::time_t since = 0; ///< 0 if it isn't known.
+};
+
+} // namespace Vs

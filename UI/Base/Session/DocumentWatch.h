@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Server/DataModel/DocumentEvents.h"
+#include "Server/DataModel/FileUser.h"
+
+#include <QDateTime>
+
+#include <map>
+#include <memory>
+#include <string>
+
+class QFileSystemWatcher;
+class QTimer;
+
+namespace Vu {
+
+/// Looks after the files of open documents in a run with a window. Somebody else may work on one of them:
+/// then the document is read only, and the user is told who it is. Another program may change one, or the
+/// foreign file that a document was read from: then the user is offered to read it again, with the camera and
+/// the selection kept. Main thread only.
+class DocumentWatch : private Vs::DocumentEventSite
+{
+public:
+    /// For a run with a window; once.
+    static void begin();
+
+    /// A sentence: name, machine, since when.
+    [[nodiscard]] static std::wstring whoHasIt(const Vs::FileUser& user);
+
+private:
+    DocumentWatch();
+    ~DocumentWatch() override;
+    void documentOpened(Vs::DocumentEvent* event) override { follow(event->document()); }
+    void documentCreated(Vs::DocumentEvent* event) override { follow(event->document()); }
+    void documentSaved(Vs::DocumentEvent* event) override { follow(event->document()); }
+    void documentUpdated(Vs::DocumentEvent* event) override { follow(event->document()); }
+    void documentClosed(Vs::DocumentEvent* event) override;
+
+    struct Watched
+    {
+        std::wstring file; ///< The native one, or the foreign source; empty if there is none.
+        bool isForeign = false;
+        QDateTime modified; ///< As the file was when it was read, or when its change was told.
+        qint64 size = 0;
+    };
+    static Watched lookAt(const std::wstring& file, bool isForeign);
+    void follow(Vs::Document* document);
+    void leave(const std::wstring& file);
+    void look();
+    bool changed(const Vs::Document& document, const Watched& watched) const;
+    void offerReload(const Vs::Document& document, Watched& watched);
+    static void heldChanged(Vs::Document* document);
+    static void reload(const std::wstring& file);
+
+    std::unique_ptr<QFileSystemWatcher> m_watcher;
+    std::unique_ptr<QTimer> m_later;
+    std::map<Vs::Document*, Watched> m_documents;
+    int m_looks = 0;
+};
+
+} // namespace Vu

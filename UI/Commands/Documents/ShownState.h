@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Server/Geometry/GkPoint3d.h"
+#include "Server/Geometry/GkVector3d.h"
+
+#include <string>
+#include <vector>
+
+namespace Vu::Commands {
+
+/// How the active session shows its model, and what of it is selected: for a document that is read anew and
+/// is to look as before. Main thread only.
+class ShownState
+{
+public:
+    /// Of the active session, as it is now.
+    ShownState();
+    /// For the active session, which may be another one. What isn't there any more isn't selected.
+    void restore() const;
+
+private:
+    struct View
+    {
+        bool known = false;
+        int projection = 0;
+        GkPoint3d position, target;
+        GkVector3d up;
+        double width = 0, height = 0;
+    };
+    View m_view;
+    std::vector<std::wstring> m_selected; ///< Paths as text.
+};
+
+} // namespace Vu::Commands
