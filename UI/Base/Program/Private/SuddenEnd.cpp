@@ -18,6 +18,8 @@ namespace {
 
 /// Of a start that was refused.
 constexpr int kRefused = 2;
+/// What Xlib and Qt give to exit().
+constexpr int kLostDisplay = 1;
 
 bool watching = false;
 std::thread::id mainThread;
@@ -41,17 +43,25 @@ void leave(int code, void*)
 {
     if (!watching)
         return;
-    watching = false;
-    keepDocuments();
     Vs::UnfinishedFile::removeAll();
     std::fflush(nullptr);
     _exit(code);
+}
+
+/// What Qt says of a display just before it, or Xlib, calls exit(). There it would be too late to keep
+/// anything: what Qt has for each thread is gone then.
+bool isLostDisplay(const QString& text)
+{
+    return text.startsWith(QLatin1String("The X11 connection broke")) ||
+           text.startsWith(QLatin1String("The Wayland connection"));
 }
 
 void onMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     if (type != QtFatalMsg) {
         usualHandler(type, context, text);
+        if (isLostDisplay(text))
+            SuddenEnd::now(kLostDisplay);
         return;
     }
     std::fprintf(stderr, "quillet: the window cannot be shown. %s\nWithout a window: quillet --headless\n",
