@@ -10,7 +10,9 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace Vu {
@@ -18,10 +20,11 @@ namespace {
 
 /// What shells tell of a program that a signal ended.
 constexpr int kSignalBase = 128;
-/// How long it may take until the main thread hears of a signal, and then until everything is kept; in
-/// seconds. The child that writes a recovery file goes on without its parent.
-constexpr unsigned kLongest = 1;
-constexpr unsigned kLongestWrite = 5;
+/// How much processor time the program may use before the main thread hears of a signal, and how long that,
+/// and then keeping everything, may take at all; in seconds. By the clock alone a busy machine would cost
+/// what isn't kept yet. The child that writes a recovery file goes on without its parent.
+constexpr time_t kLongestWork = 2;
+constexpr unsigned kLongest = 5;
 
 int s_pipe[2] = {-1, -1};
 std::atomic<int> s_signal{0};
@@ -29,6 +32,13 @@ std::atomic<int> s_signal{0};
 void onLate(int)
 {
     _exit(kSignalBase + s_signal);
+}
+
+/// 0 for no limit.
+void limitWork(time_t seconds)
+{
+    const itimerval limit = {{0, 0}, {seconds, 0}};
+    ::setitimer(ITIMER_PROF, &limit, nullptr);
 }
 
 void onSignal(int signal)
@@ -72,12 +82,14 @@ void EndSignals::watch()
     watched = true;
     auto* notifier = new QSocketNotifier(s_pipe[0], QSocketNotifier::Read, qApp);
     QObject::connect(notifier, &QSocketNotifier::activated, qApp, [] {
-        ::alarm(kLongestWrite);
+        limitWork(0);
+        ::alarm(kLongest);
         SuddenEnd::now(kSignalBase + s_signal);
     });
     qApp->installEventFilter(new SessionEnd(qApp));
     Display::get()->onSessionEnds([] { static_cast<void>(Vs::AutoSaveController::get()->writeAll()); });
     std::signal(SIGALRM, onLate);
+    std::signal(SIGPROF, onLate);
     for (const int signal : {SIGTERM, SIGHUP})
         Vu::watch(signal);
 }
@@ -85,6 +97,7 @@ void EndSignals::watch()
 void EndSignals::end(int signal) noexcept
 {
     s_signal = signal;
+    limitWork(kLongestWork);
     ::alarm(kLongest);
     const char byte = 0;
     // A pipe that is full has been told already.
