@@ -7,6 +7,7 @@
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/ViewFragment.h"
+#include "Tests/UI/Becomes.h"
 #include "Tests/UI/Commands/Navigation.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Program/Application.h"
@@ -335,8 +336,10 @@ TEST_F(OrbiconTest, TheWindowsOwnEventsReachIt)
         const Pixel at = pixelOf({0, -1, 0});
         return QPoint(at.x + canvas()->width() / 2, at.y + canvas()->height() / 2);
     };
-    QTest::mouseMove(widget, place());
-    EXPECT_TRUE(highlighted().has_value());
+    EXPECT_TRUE(UiTests::becomes([&] {
+        QTest::mouseMove(widget, place());
+        return highlighted().has_value();
+    }));
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(widget, &leave);
     EXPECT_FALSE(highlighted().has_value());
