@@ -35,6 +35,13 @@ ProgressBar::ProgressBar() : m_data(std::make_unique<Data>())
 
 ProgressBar::~ProgressBar() = default;
 
+void ProgressBar::enable(bool value)
+{
+    m_enabled = value;
+    if (!value)
+        Application::get()->deferredTasks()->post([this] { m_enabled = !Application::get()->exiting(); });
+}
+
 void ProgressBar::begin(const std::wstring& title)
 {
     ++m_depth;

@@ -14,8 +14,9 @@ class ProgressBar : public Vs::Implements<ProgressBar>, public Vs::ProgressSink
 public:
     static ProgressBar* get();
 
-    /// Switched off, nothing is shown any more.
-    void enable(bool value) { m_enabled = value; }
+    /// Switched off, nothing is shown any more, nor can it be cancelled: for good if the program ends, else up
+    /// to the end of the event.
+    void enable(bool value);
     bool enabled() const { return m_enabled; }
 
     /// Whether work runs that the window waits for; commands started by the user are refused meanwhile.
