@@ -7,6 +7,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QWindow>
 
 #include <boost/filesystem/operations.hpp>
 
@@ -16,6 +17,11 @@ void UiTests::restore()
     for (Vs::OptionGroup* group : Vs::optionGroups())
         group->reset();
     boost::filesystem::remove_all(Vs::PathInfo::temporaryDirectory(false));
-    if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+    if (qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
         QCursor::setPos(-1000, -1000);
+        // One that a test left open would keep mouse and keyboard from the windows of the others.
+        for (QWindow* window : QGuiApplication::topLevelWindows())
+            if (window->modality() != Qt::NonModal)
+                window->close();
+    }
 }

@@ -14,8 +14,8 @@ class ProgressBar : public Vs::Implements<ProgressBar>, public Vs::ProgressSink
 public:
     static ProgressBar* get();
 
-    /// Switched off, nothing is shown any more, nor can it be cancelled: for good if the program ends, else up
-    /// to the end of the event.
+    /// Switched off, nothing is shown any more, nor can it be cancelled: for good if the program ends, else
+    /// up to the end of the event.
     void enable(bool value);
     bool enabled() const { return m_enabled; }
 
