@@ -120,7 +120,7 @@ TEST_P(PartPick, TrianglesAloneHaveTheFacesEdgesAndVerticesThatTheyShow)
     EXPECT_EQ(kinds({10, 5, 10}, -8, 0), "f");
     EXPECT_EQ(kinds({10, 5, 10}, -4, 0), "ef");
     EXPECT_EQ(kinds({10, 10, 10}, -3, -3).substr(0, 2), "ve");
-    EXPECT_EQ(kinds({5, 5, 10}, 0, 0), "f") << "the diagonal of a side is no edge";
+    EXPECT_EQ(kinds({5, 5, 10}, 0, 0), "f") << "the diagonal of a side is not an edge";
 }
 
 TEST_P(PartPick, WhatSurfacesHideIsPickedOnlyWhenAskedFor)

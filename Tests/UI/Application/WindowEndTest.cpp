@@ -18,7 +18,7 @@ protected:
     void SetUp() override
     {
         if (std::system("command -v xvfb-run >/dev/null 2>&1") != 0)
-            GTEST_SKIP() << "NOTICE: there is no xvfb-run";
+            GTEST_SKIP() << "NOTICE: xvfb-run is not installed";
     }
     std::string profile() const { return (folder.path() / "profile").string(); }
     TestSupport::ProcessResult run(const std::string& program, std::vector<std::string> arguments) const

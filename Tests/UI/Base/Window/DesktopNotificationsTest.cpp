@@ -172,7 +172,7 @@ protected:
     void SetUp() override
     {
         if (!std::getenv("DISPLAY"))
-            GTEST_SKIP() << "there is no display";
+            GTEST_SKIP() << "no display is set";
     }
     void TearDown() override
     {
