@@ -6,6 +6,7 @@
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepBndLib.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
+#include <BRepClass_FaceClassifier.hxx>
 #include <BRepTopAdaptor_FClass2d.hxx>
 #include <BRep_Tool.hxx>
 #include <ElSLib.hxx>
@@ -14,6 +15,7 @@
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <gp_Elips.hxx>
+#include <gp_Sphere.hxx>
 
 #include <algorithm>
 #include <cmath>
@@ -106,6 +108,33 @@ std::vector<gp_Pnt> nearestOf(const BRepAdaptor_Curve& curve, const gp_Pln& plan
     return points;
 }
 
+/// The same of the inside of a face that is part of a sphere: where that is highest or lowest over the plane,
+/// or, if it passes through the plane, a point of the circle there, which lies within the face as a whole
+/// unless an edge crosses it.
+std::vector<gp_Pnt> nearestOf(const TopoDS_Face& face, const gp_Pln& plane)
+{
+    const BRepAdaptor_Surface surface(face, false);
+    if (surface.GetType() != GeomAbs_Sphere)
+        return {};
+    const gp_Sphere sphere = surface.Sphere();
+    const gp_Vec normal(plane.Axis().Direction());
+    const double height = gp_Vec(plane.Location(), sphere.Location()).Dot(normal), radius = sphere.Radius();
+    std::vector<gp_Pnt> points{sphere.Location().Translated(normal * radius),
+                               sphere.Location().Translated(normal * -radius)};
+    if (std::abs(height) < radius) {
+        const double aside = std::sqrt((radius - height) * (radius + height));
+        points = {sphere.Location().Translated(normal * -height + gp_Vec(plane.XAxis().Direction()) * aside)};
+    }
+    std::erase_if(points, [&](const gp_Pnt& point) {
+        double u, v;
+        ElSLib::Parameters(sphere, point, u, v);
+        const TopAbs_State state =
+            BRepClass_FaceClassifier(face, gp_Pnt2d(u, v), BRep_Tool::Tolerance(face)).State();
+        return state != TopAbs_IN && state != TopAbs_ON;
+    });
+    return points;
+}
+
 } // namespace
 
 bool WideFace::is(const Piece& piece)
@@ -121,13 +150,14 @@ bool WideFace::is(const Piece& piece)
     return count > kManyEdges;
 }
 
-/// Whether all that the distance depends on can be told: of flat faces, cylinders and cones between lines,
-/// circles and ellipses, and of such edges and vertices.
+/// Whether all that the distance depends on can be told: of flat faces, cylinders, cones and spheres between
+/// lines, circles and ellipses, and of such edges and vertices.
 bool WideFace::canTell(const TopoDS_Shape& other)
 {
     for (TopExp_Explorer each(other, TopAbs_FACE); each.More(); each.Next()) {
         const GeomAbs_SurfaceType type = BRepAdaptor_Surface(TopoDS::Face(each.Current()), false).GetType();
-        if (type != GeomAbs_Plane && type != GeomAbs_Cylinder && type != GeomAbs_Cone)
+        if (type != GeomAbs_Plane && type != GeomAbs_Cylinder && type != GeomAbs_Cone &&
+            type != GeomAbs_Sphere)
             return false;
     }
     for (TopExp_Explorer each(other, TopAbs_EDGE); each.More(); each.Next()) {
@@ -207,9 +237,9 @@ void WideFace::searchEdges(const PieceTree& others, const double& bound, const T
 }
 
 // Where the way to the nearest point of the other thing stands on the inside of the face, it stands at right
-// angles to it, and the height over the plane is smallest there: at a vertex, at an edge, or along a whole
-// line of the other thing that leads to an edge. What leads out of the inside first is found at the edges of
-// the face.
+// angles to it, and the height over the plane is smallest there: at a vertex, at an edge, along a whole
+// line of the other thing that leads to an edge, or within a sphere. What leads out of the inside first is
+// found at the edges of the face.
 void WideFace::searchWithin(const TopoDS_Shape& other, const double& bound, const Take& take) const
 {
     const gp_Vec normal(m_plane.Axis().Direction());
@@ -225,6 +255,9 @@ void WideFace::searchWithin(const TopoDS_Shape& other, const double& bound, cons
         if (!BRep_Tool::Degenerated(TopoDS::Edge(edge)))
             for (const gp_Pnt& point : nearestOf(BRepAdaptor_Curve(TopoDS::Edge(edge)), m_plane))
                 offer(point);
+    for (const TopoDS_Shape& face : partsOf(other, TopAbs_FACE))
+        for (const gp_Pnt& point : nearestOf(TopoDS::Face(face), m_plane))
+            offer(point);
 }
 
 /// Of a place in the plane.

@@ -4,6 +4,7 @@
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
 #include <BRepBuilderAPI_MakePolygon.hxx>
+#include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
 #include <BRepBuilderAPI_NurbsConvert.hxx>
 #include <BRepExtrema_DistShapeShape.hxx>
@@ -30,6 +31,7 @@
 #include <gp_Elips.hxx>
 #include <gp_Pln.hxx>
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <initializer_list>
@@ -198,17 +200,22 @@ std::vector<double> distancesFromPlate(const std::vector<Hole>& holes, const std
     cut.SetArguments(plate);
     cut.SetTools(drills);
     cut.Build();
+    // What lies within a solid is at no distance from it; of a compound the kernel doesn't know that.
+    const TopoDS_Shape drilled = TopExp_Explorer(cut.Shape(), TopAbs_SOLID).Current();
     std::vector<double> distances;
     for (const auto& [kind, sizes, place] : others) {
-        const TopoDS_Shape shape =
-            kind == Placed::Kind::Box        ? BRepPrimAPI_MakeBox(sizes[0], sizes[1], sizes[2]).Shape()
-            : kind == Placed::Kind::Cylinder ? BRepPrimAPI_MakeCylinder(sizes[0], sizes[1]).Shape()
-                                             : BRepPrimAPI_MakeSphere(sizes[0]).Shape();
+        // The kernel's search misses the nearest point of a sphere at times, and never that of its centre.
+        const bool isSphere = kind == Placed::Kind::Sphere;
+        const TopoDS_Shape shape = isSphere ? BRepBuilderAPI_MakeVertex(gp::Origin()).Shape()
+                                   : kind == Placed::Kind::Box
+                                       ? BRepPrimAPI_MakeBox(sizes[0], sizes[1], sizes[2]).Shape()
+                                       : BRepPrimAPI_MakeCylinder(sizes[0], sizes[1]).Shape();
         gp_Trsf motion;
         const auto& e = place.entry;
         motion.SetValues(e[0][0], e[0][1], e[0][2], e[0][3], e[1][0], e[1][1], e[1][2], e[1][3], e[2][0],
                          e[2][1], e[2][2], e[2][3]);
-        distances.push_back(BRepExtrema_DistShapeShape(cut.Shape(), shape.Moved(motion)).Value());
+        const double distance = BRepExtrema_DistShapeShape(drilled, shape.Moved(motion)).Value();
+        distances.push_back(isSphere ? std::max(distance - sizes[0], 0.0) : distance);
     }
     return distances;
 }
