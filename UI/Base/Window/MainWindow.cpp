@@ -291,6 +291,8 @@ void MainWindow::rebuild()
     if (QWidget* before = takeCentralWidget()) {
         std::erase_if(m_before, [](const auto& gone) { return gone.isNull(); });
         m_before.emplace_back(before);
+        // While a script keeps the event from ending, it must not go on drawing what nobody sees.
+        before->hide();
         before->deleteLater();
     }
     Arrangement* arrangement = m_owner->activeArrangement();

@@ -20,6 +20,7 @@
 #include "UI/Commands/Shells/FindShell.h"
 #include "UI/Commands/Shells/ShellCmds.h"
 
+#include <QEvent>
 #include <QTimer>
 
 namespace Vu::Commands {
@@ -54,6 +55,7 @@ QString nameOf(const Vs::Asset& asset)
 OpenSection::OpenSection(QWidget* parent) : TileSection(text("HomeOpenDocuments", "Open documents"), parent)
 {
     setObjectName(QStringLiteral("openDocuments"));
+    parent->installEventFilter(this);
     fill();
     Vs::DocumentEventSource::get()->subscribe(this);
     SessionEventSource::get()->subscribe(this);
@@ -76,13 +78,23 @@ void OpenSection::paintEvent(QPaintEvent* event)
     QTimer::singleShot(0, this, [this] { drawNext(0); });
 }
 
+/// Tells of the page being shown, which the section, hidden without tiles, isn't told.
+bool OpenSection::eventFilter(QObject* page, QEvent* event)
+{
+    if (m_stale && event->type() == QEvent::Show)
+        fillSoon();
+    return TileSection::eventFilter(page, event);
+}
+
 void OpenSection::fillSoon()
 {
-    if (m_filling)
-        return;
-    m_filling = true;
     // What goes must not be asked for its picture any more.
     m_sessions.clear();
+    // A step of work behind the page must not cost what all the open documents do.
+    m_stale = !parentWidget()->isVisible();
+    if (m_filling || m_stale)
+        return;
+    m_filling = true;
     QTimer::singleShot(0, this, [this] {
         m_filling = false;
         fill();

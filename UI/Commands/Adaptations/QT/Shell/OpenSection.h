@@ -11,7 +11,8 @@ class AssetSession;
 namespace Vu::Commands {
 
 /// The assets that are open in the workspace, with a picture of how they look now; a press goes back to them.
-/// Takes no room without any. The pictures are drawn one by one behind the first picture of the window.
+/// Takes no room without any. The pictures are drawn one by one behind the first picture of the window; while
+/// the page isn't shown, nothing is.
 class OpenSection : public TileSection, private Vs::DocumentEventSite, private SessionEventSite
 {
 public:
@@ -20,6 +21,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* page, QEvent* event) override;
 
 private:
     void documentUpdated(Vs::DocumentEvent*) override { fillSoon(); }
@@ -34,6 +36,7 @@ private:
 
     std::vector<AssetSession*> m_sessions; ///< One of each tile.
     bool m_filling = false;
+    bool m_stale = false; ///< Filled when the page is shown.
     bool m_drawing = false;
     bool m_painted = false;
 };
