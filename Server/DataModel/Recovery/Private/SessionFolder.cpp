@@ -55,7 +55,16 @@ bool livesAsNoted(const std::string& folder)
 {
     const std::string note = contentOf(lockOf(folder));
     const long process = std::strtol(note.c_str(), nullptr, 10);
-    return process > 0 && noteOf(static_cast<pid_t>(process)) == note;
+    // Of a longer one that stood there before, the end may be left.
+    return process > 0 && note.starts_with(noteOf(static_cast<pid_t>(process)));
+}
+
+/// Says in the lock that this process has it.
+bool note(int descriptor)
+{
+    const std::string text = noteOf(getpid());
+    return FileCalls::current().writeAt(descriptor, text.data(), text.size(), 0) ==
+           static_cast<ssize_t>(text.size());
 }
 
 int openLock(const std::string& folder, int flags)
@@ -114,9 +123,7 @@ std::unique_ptr<SessionFolder> SessionFolder::create(const std::string& root)
             fs::remove(path, ignored);
             throw std::runtime_error(std::strerror(cause));
         }
-        const std::string note = noteOf(getpid());
-        const bool noted = FileCalls::current().write(descriptor, note.data(), note.size()) ==
-                           static_cast<ssize_t>(note.size());
+        const bool noted = note(descriptor);
         const std::optional<bool> locked = lock(descriptor);
         if (locked == true || (!locked && noted))
             return std::unique_ptr<SessionFolder>(new SessionFolder(path, descriptor));
@@ -140,6 +147,12 @@ SessionFolder::Claim SessionFolder::claim(const std::string& path)
     if (locked == false || (!locked && livesAsNoted(path)) || !isStill(descriptor, path)) {
         FileCalls::current().close(descriptor);
         return {nullptr, locked == false && !livesAsNoted(path)};
+    }
+    // Others mustn't take the lock for that of a dead run's child, and wait for it. Where files can't be
+    // locked the note is all there is.
+    if (!note(descriptor) && !locked) {
+        FileCalls::current().close(descriptor);
+        return {};
     }
     return {std::unique_ptr<SessionFolder>(new SessionFolder(path, descriptor)), false};
 }

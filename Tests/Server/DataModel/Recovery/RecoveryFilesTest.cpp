@@ -2,6 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Recovery/Private/RecoveryCheck.h"
+#include "Server/DataModel/Recovery/Private/SessionFolder.h"
 #include "Tests/Server/DataModel/Native/NativeFixture.h"
 #include "Tests/Server/DataModel/Recovery/RecoveryFixture.h"
 #include "Tests/Support/Files.h"
@@ -157,6 +158,9 @@ TEST_F(RecoveryFilesTest, NoTwoLivingRunsAreOfferedTheSame)
     std::thread taker([&] { EXPECT_EQ(finished({"list", "hold", second}).size(), 1u); });
     await(second + ".ready");
     EXPECT_TRUE(offered().empty()) << "of a run that another has taken over";
+    for (const fs::directory_entry& session : fs::directory_iterator(recoveryFolder()))
+        EXPECT_FALSE(Vs::Recovery::SessionFolder::claim(session.path().string()).unfinished)
+            << "nobody waits for a living run to end";
     overwrite(second, "");
     taker.join();
     EXPECT_EQ(offered().size(), 1u);
