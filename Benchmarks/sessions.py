@@ -52,7 +52,7 @@ def main():
         states = {line.split()[1]: count for count, line in enumerate(whole, 1) if line.startswith("digest")}
         for session in range(arguments.sessions):
             profile = f"{folder}/{session}"
-            wait, pause = chance.uniform(0.2, 3), chance.choice((0.002, 0.01, 0.05))
+            wait, pause = chance.uniform(0.02, 3), chance.choice((0.002, 0.01, 0.05))
             done = run(profile, "--script", str(script), "--", str(wait), str(pause), str(MOST)).count("done")
             found = run(profile, "--command", "AutoSave.Recovery", "--command", "Model.Digest")
             # A step that was made, and not told of any more, isn't lost.

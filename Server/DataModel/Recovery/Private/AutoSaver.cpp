@@ -13,9 +13,11 @@
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
 #include "Server/DataModel/Recovery/Private/StepJournal.h"
 
+#include <QTime>
+
 #include <algorithm>
-#include <ctime>
 #include <exception>
+#include <filesystem>
 
 namespace Vs::Recovery {
 
@@ -85,7 +87,7 @@ void AutoSaver::end(bool asked)
     ChangeSteps::listener(nullptr);
     DocumentEventSource::get()->unsubscribe(this);
     AssetEventSource::get()->unsubscribe(this);
-    m_running.reset();
+    stopChild();
     for (auto& [document, watched] : m_documents)
         if (asked || !watched.recovered)
             drop(watched, asked && document->isDirty(false));
@@ -134,7 +136,7 @@ void AutoSaver::assetDirtyChanged(AssetEvent* event)
     if (found == m_documents.end())
         return;
     if (m_running && m_running->document == document)
-        m_running.reset();
+        stopChild();
     drop(found->second, false);
 }
 
@@ -248,6 +250,11 @@ bool AutoSaver::isFree(const Document& document)
     });
 }
 
+bool AutoSaver::mayBegin(const Document& document, const Watched& watched, Clock::time_point now)
+{
+    return now >= watched.notBefore && !AutoSaveDisabler::disabled(&document) && isFree(document);
+}
+
 bool AutoSaver::work()
 {
     if (m_running)
@@ -263,13 +270,24 @@ bool AutoSaver::work()
         // Without a loop nobody comes by in a quiet moment.
         const auto since = m_withoutLoop ? watched.firstPending : watched.lastChange;
         const bool quiet = now - since >= kQuiet || now - watched.firstPending >= kLongestWait;
-        if (quiet && now >= watched.notBefore && !AutoSaveDisabler::disabled(document) && isFree(*document) &&
+        if (quiet && mayBegin(*document, watched, now) &&
             (!next || watched.firstPending < m_documents[next].firstPending))
             next = document;
     }
     if (next && !m_running)
         write(*next, m_documents[next], true);
     return pending || m_running;
+}
+
+// A journal goes on from a file. Where there is none yet, a fast script could lose all of its lines up to the
+// first quiet moment.
+void AutoSaver::writeFirst()
+{
+    const Clock::time_point now = Clock::now();
+    for (auto& [document, watched] : m_documents)
+        if (!m_running && watched.file.empty() && isPending(*document, watched) &&
+            mayBegin(*document, watched, now))
+            write(*document, watched, true);
 }
 
 bool AutoSaver::writeAll()
@@ -307,6 +325,8 @@ void AutoSaver::write(Document& document, Watched& watched, bool inChild)
                                                  session.descriptor());
             if (!running.child && now - watched.lastChange < kIdle)
                 return;
+            // One that a save ends is not followed by the next at once.
+            watched.notBefore = now + kPause;
         }
         watched.journal.beginNext(snapshot.folder);
         watched.journaled = watched.changes;
@@ -350,21 +370,30 @@ void AutoSaver::ended(const std::string& cause)
     AutoSaveEventSource::get()->fireAutoSaveWorksAgain(&event);
 }
 
+// What it was to write isn't wanted any more. It may have put the file in place all the same, which must not
+// stay behind.
+void AutoSaver::stopChild()
+{
+    const std::unique_ptr<Running> running = std::move(m_running);
+    if (!running)
+        return;
+    running->child.reset();
+    std::error_code error;
+    if (std::filesystem::exists(running->file, error))
+        m_documents[running->document].file = running->file;
+}
+
 void AutoSaver::failed(Watched& watched, const Document& document, const std::string& cause)
 {
     watched.notBefore = Clock::now() + kPauseFailed;
     if (std::exchange(m_failing, true))
         return;
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    char time[8];
-    std::strftime(time, sizeof time, "%H:%M", &local);
+    const std::wstring time = QTime::currentTime().toString(QStringLiteral("HH:mm")).toStdWString();
     AutoSaveEvent event(
         {}, DataModel::localizedFormat(
                 "AutoSaveFailed",
                 "Changes of \"%1%\" can't be kept for recovery since %2%: %3%. Save the document.",
-                document.displayName(), Strings::widen(time), Strings::widen(cause)));
+                document.displayName(), time, Strings::widen(cause)));
     AutoSaveEventSource::get()->fireAutoSaveFailed(&event);
 }
 

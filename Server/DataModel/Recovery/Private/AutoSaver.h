@@ -41,7 +41,11 @@ public:
 
     /// What was done by other means than a line stands in no journal.
     void lineBegins() { keepLine({}); }
-    void lineDone(const std::wstring& line) { keepLine(line); }
+    void lineDone(const std::wstring& line)
+    {
+        keepLine(line);
+        writeFirst();
+    }
 
     /// The user doesn't want the document's changes, as they are now.
     void declined(Document* document);
@@ -77,8 +81,11 @@ private:
     void changed(Document* document);
     static bool isPending(const Document& document, const Watched& watched);
     static bool isFree(const Document& document);
+    static bool mayBegin(const Document& document, const Watched& watched, Clock::time_point now);
+    void writeFirst();
     void write(Document& document, Watched& watched, bool inChild);
     void ended(const std::string& cause);
+    void stopChild();
     void failed(Watched& watched, const Document& document, const std::string& cause);
     void keepLine(const std::wstring& line);
     void drop(Watched& watched, bool unwanted);

@@ -228,6 +228,17 @@ TEST_F(RecoveryFilesTest, WhatIsClosedWithoutAQuestionCanBeBroughtBack)
     EXPECT_EQ(offered().size(), 2u);
 }
 
+TEST_F(RecoveryFilesTest, AFileThatIsFinishedWhenNobodyNeedsItAnyMoreGoes)
+{
+    EXPECT_EQ(run({"new", "Part", "line", "until-kept", "die"}).signal, SIGKILL);
+    EXPECT_EQ(offered().size(), 1u) << "the first line has it written";
+    fs::remove_all(recoveryFolder());
+    finished({"new", "Part", "line", "until-kept", "save", scratch("saved.tdsn")});
+    EXPECT_TRUE(offered().empty());
+    finished({"forget", "new", "Part", "line", "until-kept", "end"});
+    EXPECT_TRUE(files().empty());
+}
+
 TEST_F(RecoveryFilesTest, AFileSaysWhatWasBeingWorkedOn)
 {
     const std::string source = scratch("Quelle ä.tdsn");

@@ -89,6 +89,8 @@ public:
             {"write",
              [&] { std::cout << (controller->writeAll() ? "written" : "not written") << std::endl; }},
             {"work", [&] { work(); }},
+            {"line", [&] { line(); }},
+            {"until-kept", [] { untilKept(); }},
             {"save", [&] { last()->saveAs(Strings::widen(argument()), status); }},
             {"path", [&] { last()->path(Strings::widen(argument())); }},
             {"save-again", [&] { std::cout << (last()->save(status) ? "saved" : "not saved") << std::endl; }},
@@ -156,6 +158,27 @@ private:
         if (DocumentMgr::get()->documents() == 0)
             return; // Nothing could be opened.
         ModelBuilder(last()->activeAsset()).box(m_size, m_size, m_size, {}, status);
+    }
+    // As a line of a script, behind which a file is begun where there is none.
+    void line()
+    {
+        controller->lineBegins();
+        box();
+        controller->lineDone(L"a line");
+    }
+    // Until a file is there, of which the controller hasn't heard yet.
+    static void untilKept()
+    {
+        const auto isThere = [] {
+            for (const auto& entry :
+                 std::filesystem::recursive_directory_iterator(PathInfo::recoveryDirectory().string()))
+                if (entry.path().extension() == ".backup")
+                    return true;
+            return false;
+        };
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!isThere() && std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     // Tells the state after each, so that a test knows what may be found.
     void boxes(int count)
