@@ -5,12 +5,12 @@
 #include "Server/DataModel/AutoSaveDisabler.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Native/Package.h"
 #include "Server/DataModel/Private/ChangeSteps.h"
 #include "Server/DataModel/Private/Texts.h"
 #include "Server/DataModel/Recovery/AutoSaveEvents.h"
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
+#include "Server/DataModel/Recovery/Private/QuietDocument.h"
 #include "Server/DataModel/Recovery/Private/StepJournal.h"
 
 #include <QTime>
@@ -34,29 +34,6 @@ constexpr auto kIdle = 3s;         // of the user, before the main thread writes
 constexpr double kMostWait = 30;   // seconds, for a child where the run can't go on without
 
 AutoSaver* s_listening = nullptr;
-
-std::vector<Asset*> assetsOf(const Document& document)
-{
-    std::vector<Asset*> assets;
-    for (unsigned i = 0; i < document.assets(); ++i)
-        assets.push_back(document.asset(i));
-    for (unsigned i = 0; i < document.hiddenAssets(); ++i)
-        assets.push_back(document.hiddenAsset(i));
-    return assets;
-}
-
-/// Whoever is in the kernel on another thread is waited for, but not here: nothing is taken then.
-bool holdKernels(const Document& document, std::vector<ModelSource::Hold>& holds)
-{
-    for (const Asset* asset : assetsOf(document)) {
-        if (asset->data().isEmpty() || asset->data().stored())
-            continue;
-        holds.push_back(asset->data().source().tryHold());
-        if (!holds.back())
-            return false;
-    }
-    return true;
-}
 
 } // namespace
 
@@ -124,6 +101,15 @@ void AutoSaver::assetRenamed(AssetEvent* event)
     changed(event->asset()->document());
 }
 
+// The name stands in the file.
+void AutoSaver::documentUpdated(DocumentEvent* event)
+{
+    const auto found = m_documents.find(event->document());
+    if (found != m_documents.end() && !found->second.name.empty() &&
+        found->second.name != event->document()->displayName())
+        changed(event->document());
+}
+
 void AutoSaver::assetDirtyChanged(AssetEvent* event)
 {
     Document* document = event->asset()->document();
@@ -181,6 +167,7 @@ void AutoSaver::leave(Document& document, Watched& watched)
 void AutoSaver::drop(Watched& watched, bool unwanted)
 {
     watched.written = watched.changes;
+    watched.name.clear();
     watched.recovered = false;
     letGoOfAdopted(watched, unwanted);
     if (!watched.file.empty())
@@ -240,14 +227,6 @@ bool AutoSaver::isPending(const Document& document, const Watched& watched)
 {
     return watched.changes != watched.written && document.isDirty(false) &&
            AutoSaveOptionsGroup::get()->performAutoSave();
-}
-
-bool AutoSaver::isFree(const Document& document)
-{
-    const std::vector<Asset*> assets = assetsOf(document);
-    return std::none_of(assets.begin(), assets.end(), [](const Asset* asset) {
-        return asset->data().history().isOpen() || asset->data().history().group();
-    });
 }
 
 bool AutoSaver::mayBegin(const Document& document, const Watched& watched, Clock::time_point now)
@@ -311,8 +290,8 @@ bool AutoSaver::writeAll()
 
 void AutoSaver::write(Document& document, Watched& watched, bool inChild)
 {
-    std::vector<ModelSource::Hold> holds;
-    if (!holdKernels(document, holds))
+    const KernelHolds holds(document);
+    if (!holds.all())
         return;
     const Clock::time_point now = Clock::now();
     try {
@@ -328,6 +307,7 @@ void AutoSaver::write(Document& document, Watched& watched, bool inChild)
             // One that a save ends is not followed by the next at once.
             watched.notBefore = now + kPause;
         }
+        watched.name = document.displayName();
         watched.journal.beginNext(snapshot.folder);
         watched.journaled = watched.changes;
         if (!running.child)

@@ -61,6 +61,7 @@ private:
         unsigned changes = 0, written = 0; ///< Counted; what isn't written yet is pending.
         Clock::time_point firstPending, lastChange, notBefore;
         std::string file;                 ///< The verified one; empty if there is none.
+        std::wstring name;                ///< Of the document, in the last file that was begun.
         std::vector<std::string> adopted; ///< Files that the document was opened from, not let go of yet.
         bool recovered = false;           ///< Opened from one, and not saved since.
         bool declined = false;
@@ -80,7 +81,6 @@ private:
     void stepped(Document* document);
     void changed(Document* document);
     static bool isPending(const Document& document, const Watched& watched);
-    static bool isFree(const Document& document);
     static bool mayBegin(const Document& document, const Watched& watched, Clock::time_point now);
     void writeFirst();
     void write(Document& document, Watched& watched, bool inChild);
@@ -95,6 +95,7 @@ private:
 
     void assetRenamed(AssetEvent* event) override;
     void assetDirtyChanged(AssetEvent* event) override;
+    void documentUpdated(DocumentEvent* event) override;
     void documentClosed(DocumentEvent* event) override;
 
     RecoveryStore& m_store;

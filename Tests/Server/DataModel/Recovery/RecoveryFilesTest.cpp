@@ -243,8 +243,7 @@ TEST_F(RecoveryFilesTest, AFileSaysWhatWasBeingWorkedOn)
 {
     const std::string source = scratch("Quelle ä.tdsn");
     EXPECT_EQ(
-        run({"new", "Part", "box", "save", source, "box", "write", "name", "Renamed", "box", "write", "die"})
-            .signal,
+        run({"new", "Part", "box", "save", source, "box", "write", "name", "Renamed", "write", "die"}).signal,
         SIGKILL);
     ASSERT_EQ(offered().size(), 1u);
     EXPECT_TRUE(offered()[0].starts_with("file Renamed|" + source + "|TestDocType|last|")) << offered()[0];

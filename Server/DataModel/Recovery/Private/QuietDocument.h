@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Server/DataModel/Model/ModelSource.h"
+
+#include <vector>
+
+namespace Vs {
+class Asset;
+class Document;
+} // namespace Vs
+
+/// Whether a document is at rest, so that it can be written as it is. Main thread.
+namespace Vs::Recovery {
+
+/// Visible and hidden ones.
+[[nodiscard]] std::vector<Asset*> assetsOf(const Document& document);
+
+/// No step and no group of steps is open.
+[[nodiscard]] bool isFree(const Document& document);
+
+/// Keeps other threads out of the kernels of a document, as long as it is there.
+class KernelHolds
+{
+public:
+    /// Whoever is in one of them is not waited for.
+    explicit KernelHolds(const Document& document);
+    /// Whether nobody was.
+    [[nodiscard]] bool all() const { return m_all; }
+
+private:
+    std::vector<ModelSource::Hold> m_holds;
+    bool m_all = true;
+};
+
+} // namespace Vs::Recovery
