@@ -7,6 +7,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"
+#include "UI/Base/Session/Private/AutoSaveMessages.h"
 #include "UI/Base/Window/BellButton.h"
 #include "UI/Base/Window/MainWindow.h"
 #include "UI/Base/Window/NotificationPanel.h"
@@ -241,6 +242,25 @@ TEST_F(NotificationsTest, AlertsStandAmongThemAsLongAsTheyStand)
     settle();
     EXPECT_EQ(count(), "");
     EXPECT_TRUE(NotificationCenter::get()->notifications().empty());
+}
+
+TEST_F(NotificationsTest, ThatNothingCanBeKeptStandsThereOnceAndAsLongAsItIsSo)
+{
+    const AutoSaveMessages messages;
+    auto* source = Vs::AutoSaveEventSource::get();
+    Vs::AutoSaveEvent failed({}, L"There is no space."), kept({}, L"It was not recovered."), again({}, {});
+    source->fireAutoSaveFailed(&failed);
+    source->fireAutoSaveFailed(&failed);
+    source->fireAutoSavedRecoveryFileKept(&kept);
+    // The next command ends alerts.
+    CommandMgr::get()->GetAlertController()->clearAllAlerts();
+    const std::vector<Notification*> told = NotificationCenter::get()->notifications();
+    ASSERT_EQ(told.size(), 2u);
+    EXPECT_EQ(told[1]->text(), L"There is no space.");
+    EXPECT_EQ(told[1]->type().kind(), NotificationType::Error);
+    source->fireAutoSaveWorksAgain(&again);
+    ASSERT_EQ(NotificationCenter::get()->notifications().size(), 1u);
+    EXPECT_EQ(NotificationCenter::get()->notifications()[0]->text(), L"It was not recovered.");
 }
 
 TEST_F(NotificationsTest, WorkCanBeCancelledFromTheListWhileItRuns)

@@ -3,8 +3,8 @@
 #include "Server/Base/Task.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
-#include "Server/DataModel/Recovery/AutoSaveEvents.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/Private/AutoSaveMessages.h"
 
 #include <memory>
 #include <tuple>
@@ -21,26 +21,6 @@ public:
     AutoSaveTask() { s_waits = true; }
     ~AutoSaveTask() override { s_waits = false; }
     bool run() override { return !Vs::AutoSaveController::get()->work(); }
-};
-
-/// What a user has to know of it.
-class AutoSaveMessages : public Vs::AutoSaveEventSite
-{
-public:
-    AutoSaveMessages() { Vs::AutoSaveEventSource::get()->subscribe(this); }
-
-private:
-    void autoSavedRecoveryFilesFound(Vs::AutoSaveEvent*) override
-    {
-        if (!Application::headless() && !Application::testing())
-            std::ignore =
-                Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"AutoSave.NotifyAutoSavedFiles");
-    }
-    void autoSavedRecoveryFileKept(Vs::AutoSaveEvent* event) override { tell(event); }
-    void autoSavedRecoveryFileDamaged(Vs::AutoSaveEvent* event) override { tell(event); }
-    void autoSaveFailed(Vs::AutoSaveEvent* event) override { tell(event); }
-
-    static void tell(const Vs::AutoSaveEvent* event) { Application::get()->inform(event->message()); }
 };
 
 void wakeUp()

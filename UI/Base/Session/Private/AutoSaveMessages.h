@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Server/DataModel/Recovery/AutoSaveEvents.h"
+
+#include <string>
+
+namespace Vu {
+
+/// What a user has to know of recovery files, as notifications. That nothing can be kept stands there as long
+/// as it is so.
+class AutoSaveMessages : private Vs::AutoSaveEventSite
+{
+public:
+    AutoSaveMessages();
+    ~AutoSaveMessages() override;
+
+    /// Who sends what says that nothing can be kept.
+    static const std::wstring& failureClientID();
+
+private:
+    void autoSavedRecoveryFilesFound(Vs::AutoSaveEvent*) override;
+    void autoSavedRecoveryFileKept(Vs::AutoSaveEvent* event) override;
+    void autoSavedRecoveryFileDamaged(Vs::AutoSaveEvent* event) override;
+    void autoSaveFailed(Vs::AutoSaveEvent* event) override;
+    void autoSaveWorksAgain(Vs::AutoSaveEvent*) override;
+};
+
+} // namespace Vu
