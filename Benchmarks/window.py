@@ -1,20 +1,24 @@
 #!/usr/bin/python3
 """Times the start of Quillet to its window on a screen of its own, beside the headless start, and prints ratios.
 
-Needs Xvfb and xdotool. The runs alternate, so that all see the same machine; minimum and median of the rounds are
-printed. The window counts as there when the window system shows it.
+Needs Xvfb. The runs alternate, so that all see the same machine; minimum and median of the rounds are printed. The
+window counts as there when the window system shows it. With --recovery-files the start beside so many files that runs
+which ended badly have left is timed as well.
 
-    Benchmarks/window.py [--rounds N] [--build DIR] [--profile DIR]
+    Benchmarks/window.py [--rounds N] [--build DIR] [--profile DIR] [--recovery-files N]
 """
 
 import argparse
 import contextlib
+import ctypes
 import os
 import pathlib
+import shutil
 import statistics
 import subprocess
 import tempfile
 import time
+import uuid
 
 
 @contextlib.contextmanager
@@ -33,19 +37,57 @@ def screen():
         server.wait()
 
 
-def to_window(command, environment):
+class Shown:
+    """Hears of windows that are shown, without asking again and again, which would take longer than what is timed."""
+
+    SUBSTRUCTURE_NOTIFY, MAP_NOTIFY = 1 << 19, 19
+
+    def __init__(self, display):
+        self.x11 = ctypes.CDLL("libX11.so.6")
+        self.x11.XOpenDisplay.restype = ctypes.c_void_p
+        self.x11.XDefaultRootWindow.argtypes = [ctypes.c_void_p]
+        self.x11.XDefaultRootWindow.restype = ctypes.c_ulong
+        self.x11.XSelectInput.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_long]
+        self.x11.XNextEvent.argtypes = self.x11.XSync.argtypes = [ctypes.c_void_p, ctypes.c_void_p]
+        self.display = self.x11.XOpenDisplay(display.encode())
+        root = self.x11.XDefaultRootWindow(self.display)
+        self.x11.XSelectInput(self.display, root, self.SUBSTRUCTURE_NOTIFY)
+        self.forget()
+
+    def forget(self):
+        self.x11.XSync(self.display, ctypes.c_void_p(True))
+
+    def wait(self):
+        event = (ctypes.c_long * 24)()
+        while event[0] & 0xffffffff != self.MAP_NOTIFY:
+            self.x11.XNextEvent(self.display, event)
+
+
+def to_window(command, environment, shown):
     """Milliseconds until a window of the program is visible."""
+    shown.forget()
     start = time.perf_counter()
     program = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
-        while program.poll() is None:
-            if subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "Quillet"], env=environment,
-                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False).returncode == 0:
-                return 1000 * (time.perf_counter() - start)
-        raise SystemExit("the program ended before it had a window")
+        shown.wait()
+        return 1000 * (time.perf_counter() - start)
     finally:
         program.terminate()
         program.wait()
+
+
+def leave_recovery_files(quillet, profile, count):
+    """As that many runs that were killed do."""
+    script = pathlib.Path(profile, "killed.py")
+    script.parent.mkdir(parents=True, exist_ok=True)
+    script.write_text("import Design, os, time\nDesign.New()\nDesign.Box('1', '2', '3')\ntime.sleep(0.5)\n"
+                      "Design.Box('1', '2', '3')\ntime.sleep(2)\nos.kill(os.getpid(), 9)\n")
+    subprocess.run([quillet, "--headless", "--profile-dir", profile, "--script", str(script)], check=False)
+    session, = pathlib.Path(profile, "recovery").iterdir()
+    for _ in range(count - 1):
+        copied = pathlib.Path(shutil.copytree(session, session.with_name(str(uuid.uuid4()))))
+        document, = (entry for entry in copied.iterdir() if entry.is_dir())
+        document.rename(document.with_name(str(uuid.uuid4())))
 
 
 def to_end(command, environment):
@@ -59,16 +101,23 @@ def main():
     parser.add_argument("--rounds", type=int, default=10)
     parser.add_argument("--build", default=str(pathlib.Path(__file__).parent.parent / "build/release"))
     parser.add_argument("--profile", help="a folder with settings; a fresh one if it is left out")
+    parser.add_argument("--recovery-files", type=int, default=0)
     arguments = parser.parse_args()
     quillet = str(pathlib.Path(arguments.build) / "root/bin/quillet")
     with screen() as display, tempfile.TemporaryDirectory() as fresh:
         environment = {**os.environ, "DISPLAY": display, "QT_QPA_PLATFORM": "xcb"}
         profile = ["--profile-dir", arguments.profile or fresh]
+        shown = Shown(display)
         sides = {
             "headless, one line": lambda: to_end([quillet, "--headless", *profile, "--command", "Sleeper.Sleep 0"],
                                                  environment),
-            "window": lambda: to_window([quillet, *profile], environment),
+            "window": lambda: to_window([quillet, *profile], environment, shown),
         }
+        if arguments.recovery_files:
+            full = fresh + "/full"
+            leave_recovery_files(quillet, full, arguments.recovery_files)
+            sides[f"beside {arguments.recovery_files} files"] = lambda: to_window(
+                [quillet, "--profile-dir", full], environment, shown)
         times = {name: [] for name in sides}
         for _ in range(arguments.rounds):
             for name, run in sides.items():
