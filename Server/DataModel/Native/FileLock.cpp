@@ -69,18 +69,18 @@ QJsonObject readNote(int descriptor)
     return QJsonDocument::fromJson(text).object();
 }
 
+bool isElsewhere(const QJsonObject& note)
+{
+    const QString noted = note[QLatin1String("machine")].toString();
+    return !noted.isEmpty() && noted != machine();
+}
+
 FileUser userOf(const QJsonObject& note)
 {
     const QDateTime since = QDateTime::fromString(note[QLatin1String("since")].toString(), Qt::ISODate);
     return {note[QLatin1String("name")].toString(QStringLiteral("?")).toStdWString(),
             note[QLatin1String("machine")].toString().toStdWString(),
-            since.isValid() ? static_cast<std::time_t>(since.toSecsSinceEpoch()) : 0};
-}
-
-bool isElsewhere(const QJsonObject& note)
-{
-    const QString noted = note[QLatin1String("machine")].toString();
-    return !noted.isEmpty() && noted != machine();
+            since.isValid() ? static_cast<std::time_t>(since.toSecsSinceEpoch()) : 0, isElsewhere(note)};
 }
 
 bool livesHere(const QJsonObject& note)

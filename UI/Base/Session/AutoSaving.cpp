@@ -53,6 +53,14 @@ void AutoSaving::lookForFiles()
     Application::get()->idleTasks()->post([] { Vs::AutoSaveController::get()->lookForFiles(); });
 }
 
+void AutoSaving::replaySteps(const std::wstring& recoveryFile, Vs::Document* document)
+{
+    Vs::AutoSaveController::get()->replaySteps(recoveryFile, document, [](const std::wstring& line) {
+        std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
+        Application::get()->flushDeferredTasks();
+    });
+}
+
 void AutoSaving::end()
 {
     Vs::AutoSaveController::get()->end();

@@ -1,5 +1,11 @@
 #pragma once
 
+#include <string>
+
+namespace Vs {
+class Document;
+}
+
 namespace Vu {
 
 /// Has recovery files written while the program runs (Vs::AutoSaveController): in the idle moments of the
@@ -11,6 +17,8 @@ public:
     static void begin();
     /// Has what earlier runs left looked for in idle moments, and the user told of it. Only in a window.
     static void lookForFiles();
+    /// Runs the lines behind a recovery file again in the document that was opened from it.
+    static void replaySteps(const std::wstring& recoveryFile, Vs::Document* document);
     /// Before the documents go. What was recovered and neither saved nor declined stays for the next run.
     static void end();
 };

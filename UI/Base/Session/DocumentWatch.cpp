@@ -74,6 +74,8 @@ DocumentWatch::DocumentWatch()
 
 DocumentWatch::~DocumentWatch()
 {
+    Vs::DocumentLocks::get()->end();
+    Vs::DocumentLocks::get()->onChange(nullptr);
     Vs::DocumentEventSource::get()->unsubscribe(this);
 }
 
@@ -89,24 +91,51 @@ std::wstring DocumentWatch::whoHasIt(const Vs::FileUser& user)
 void DocumentWatch::heldChanged(Vs::Document* document)
 {
     removeAbout(kHeld, document->path());
-    if (const Vs::FileUser* user = Vs::HeldFiles::holder(document)) {
-        Vs::NotificationRequest request;
-        request.title = localizedFormat("DocumentHeld", "\"%1%\" is open read only", document->displayName());
-        request.text = whoHasIt(*user);
-        request.file = document->path();
-        request.clientID = kHeld;
-        request.type = Vs::NotificationType::makeByType(Vs::NotificationType::Warning);
-        request.actions.push_back({localized("DocumentHeldTryAgain", "Try again"),
-                                   [path = document->path()] {
-                                       if (Vs::Document* held = Vs::DocumentMgr::get()->document(path))
-                                           if (!Vs::DocumentLocks::get()->takeAgain(held))
-                                               heldChanged(held);
-                                   },
-                                   false});
-        Vs::NotificationCenter::get()->sendNotification(std::move(request));
-    }
+    if (const Vs::FileUser* user = Vs::HeldFiles::holder(document))
+        tellHeld(*document, *user);
     Vs::DocumentEvent event(document, Vs::Timing::Notification);
     Vs::DocumentEventSource::get()->fireDocumentUpdated(&event);
+}
+
+void DocumentWatch::tellHeld(const Vs::Document& document, const Vs::FileUser& user)
+{
+    Vs::NotificationRequest request;
+    request.title = localizedFormat("DocumentHeld", "\"%1%\" is open read only", document.displayName());
+    request.text = whoHasIt(user);
+    request.file = document.path();
+    request.clientID = kHeld;
+    request.type = Vs::NotificationType::makeByType(Vs::NotificationType::Warning);
+    request.actions.push_back({localized("DocumentHeldTryAgain", "Try again"),
+                               [path = document.path()] { takeAgain(path, false); }, false});
+    // A program that has died here is known to have.
+    if (user.isElsewhere)
+        request.actions.push_back({localized("DocumentHeldTakeOver", "Take over..."),
+                                   [path = document.path()] { takeOver(path); }, false});
+    Vs::NotificationCenter::get()->sendNotification(std::move(request));
+}
+
+void DocumentWatch::takeAgain(const std::wstring& path, bool anyway)
+{
+    if (Vs::Document* held = Vs::DocumentMgr::get()->document(path))
+        if (!Vs::DocumentLocks::get()->takeAgain(held, anyway))
+            heldChanged(held);
+}
+
+void DocumentWatch::takeOver(const std::wstring& path)
+{
+    const Vs::Document* document = Vs::DocumentMgr::get()->document(path);
+    const Vs::FileUser* user = document ? Vs::HeldFiles::holder(document) : nullptr;
+    if (!user)
+        return;
+    MessageBox box(localizedFormat("TakeOverHeld",
+                                   "Take over \"%1%\"?\n%2%\nIf that is still so, what one of you saves is "
+                                   "lost when the other one saves.",
+                                   document->displayName(), whoHasIt(*user)));
+    box.icon(kQuestionIcon);
+    box.addButton(localized("TakeOver", "Take over"));
+    box.addButton(kCancelButton, true);
+    if (box.show() == 0)
+        takeAgain(path, true);
 }
 
 DocumentWatch::Watched DocumentWatch::lookAt(const std::wstring& file, bool isForeign)

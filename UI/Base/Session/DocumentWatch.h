@@ -17,19 +17,22 @@ namespace Vu {
 /// Looks after the files of open documents in a run with a window. Somebody else may work on one of them:
 /// then the document is read only, and the user is told who it is. Another program may change one, or the
 /// foreign file that a document was read from: then the user is offered to read it again, with the camera and
-/// the selection kept. Main thread only.
+/// the selection kept. One at a time. Main thread only.
 class DocumentWatch : private Vs::DocumentEventSite
 {
 public:
-    /// For a run with a window; once.
+    /// Looks after those that are open and those that come.
+    DocumentWatch();
+    /// Lets go of all files.
+    ~DocumentWatch() override;
+
+    /// For a run with a window, up to its end; once.
     static void begin();
 
     /// A sentence: name, machine, since when.
     [[nodiscard]] static std::wstring whoHasIt(const Vs::FileUser& user);
 
 private:
-    DocumentWatch();
-    ~DocumentWatch() override;
     void documentOpened(Vs::DocumentEvent* event) override { follow(event->document()); }
     void documentCreated(Vs::DocumentEvent* event) override { follow(event->document()); }
     void documentSaved(Vs::DocumentEvent* event) override { follow(event->document()); }
@@ -50,6 +53,9 @@ private:
     bool changed(const Vs::Document& document, const Watched& watched) const;
     void offerReload(const Vs::Document& document, Watched& watched);
     static void heldChanged(Vs::Document* document);
+    static void tellHeld(const Vs::Document& document, const Vs::FileUser& user);
+    static void takeAgain(const std::wstring& path, bool anyway);
+    static void takeOver(const std::wstring& path);
     static void reload(const std::wstring& file);
 
     std::unique_ptr<QFileSystemWatcher> m_watcher;

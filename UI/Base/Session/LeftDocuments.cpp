@@ -9,6 +9,9 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Session/AutoSaving.h"
+
+#include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
 #include <optional>
@@ -42,7 +45,7 @@ void bringBack(const std::wstring& file, const std::wstring& name)
         return;
     }
     const Vs::TextCommandResult opened =
-        Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Document.Open \"" + file + L'"');
+        Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Document.Open " + Vs::Strings::quote(file));
     Vs::Document* document = Vs::DocumentMgr::get()->document(file);
     if (opened.first != 0 || !document) {
         Application::get()->inform(opened.second);
@@ -51,10 +54,13 @@ void bringBack(const std::wstring& file, const std::wstring& name)
     if (!Vs::AutoSaveController::get()->deleteARecoveryFile(file))
         return; // It tells that itself.
     document->displayName(record->fileName());
-    if (record->oriSourceFile().empty())
+    boost::system::error_code error;
+    const std::wstring& source = record->oriSourceFile();
+    if (source.empty() || !boost::filesystem::exists(source, error))
         document->clearPath();
     else
-        document->path(record->oriSourceFile());
+        document->path(source);
+    AutoSaving::replaySteps(file, document);
 }
 
 void saveCopy(const std::wstring& file, const std::wstring& name)
@@ -71,8 +77,8 @@ void saveCopy(const std::wstring& file, const std::wstring& name)
                                           localized("SaveACopy", "Save a Copy"), path, L""))
         return;
     auto* controller = Vs::AutoSaveController::get();
-    // What goes wrong is told, and the file kept.
-    if (controller->saveRecoveryFileAs(file, path))
+    // What goes wrong is told, and the file kept; as it is where the copy lacks steps.
+    if (controller->saveRecoveryFileAs(file, path) && controller->stepsBehind(file) == 0)
         static_cast<void>(controller->deleteARecoveryFile(file));
 }
 

@@ -12,6 +12,7 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Session/AutoSaving.h"
 #include "UI/Commands/Documents/OpenDocumentsCmds.h"
 #include "UI/Commands/Localized.h"
 
@@ -132,14 +133,6 @@ std::wstring RecoveryFiles::openLine(const std::wstring& path)
     return opened.first == 0 ? std::wstring() : opened.second;
 }
 
-void RecoveryFiles::replaySteps(const Vs::AutoSavedFileInfo& file, Vs::Document* document)
-{
-    Vs::AutoSaveController::get()->replaySteps(file.autoSavedFile(), document, [](const std::wstring& line) {
-        std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
-        Application::get()->flushDeferredTasks();
-    });
-}
-
 bool RecoveryFiles::open(const Vs::AutoSavedFileInfo& file)
 {
     const std::wstring path = placeOf(file), source = file.oriSourceFile();
@@ -164,7 +157,7 @@ bool RecoveryFiles::open(const Vs::AutoSavedFileInfo& file)
         newest->path(source);
         followUp += L' ' + inQuotes(source);
     }
-    replaySteps(file, newest);
+    AutoSaving::replaySteps(file.autoSavedFile(), newest);
     showInOpenList();
     std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(followUp);
     return true;

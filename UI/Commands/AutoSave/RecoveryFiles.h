@@ -5,10 +5,6 @@
 #include <string>
 #include <vector>
 
-namespace Vs {
-class Document;
-}
-
 /// What a user can do with the files of runs that ended badly: the dialog and the home screen draw only.
 namespace Vu::Commands::RecoveryFiles {
 
@@ -33,7 +29,5 @@ void remove(const Vs::AutoSavedFileInfo& file);
 
 /// `Document.Open` with that path. Gives the reason if the line failed.
 std::wstring openLine(const std::wstring& path);
-/// Makes the steps behind the file again in the document that was opened from it.
-void replaySteps(const Vs::AutoSavedFileInfo& file, Vs::Document* document);
 
 } // namespace Vu::Commands::RecoveryFiles

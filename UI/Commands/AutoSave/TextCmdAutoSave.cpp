@@ -3,6 +3,7 @@
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
 #include "UI/Base/Program/Notifications.h"
+#include "UI/Base/Session/AutoSaving.h"
 #include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
 #include "UI/Commands/AutoSave/RecoveryFiles.h"
 #include "UI/Commands/Localized.h"
@@ -65,7 +66,7 @@ void recover(const Vs::AutoSavedFileInfo& file, TextCommandResult& result)
     } else {
         newest->path(file.oriSourceFile());
     }
-    RecoveryFiles::replaySteps(file, newest);
+    AutoSaving::replaySteps(file.autoSavedFile(), newest);
 }
 
 class TextCmdAutoSaveRecovery : public DirectTextCommand<kRecover>
