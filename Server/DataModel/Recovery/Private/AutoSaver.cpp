@@ -167,6 +167,8 @@ void AutoSaver::leave(Document& document, Watched& watched)
 void AutoSaver::drop(Watched& watched, bool unwanted)
 {
     watched.written = watched.changes;
+    // What comes now has no file to go on from.
+    watched.notBefore = {};
     watched.name.clear();
     watched.recovered = false;
     letGoOfAdopted(watched, unwanted);
@@ -304,8 +306,6 @@ void AutoSaver::write(Document& document, Watched& watched, bool inChild)
                                                  session.descriptor());
             if (!running.child && now - watched.lastChange < kIdle)
                 return;
-            // One that a save ends is not followed by the next at once.
-            watched.notBefore = now + kPause;
         }
         watched.name = document.displayName();
         watched.journal.beginNext(snapshot.folder);

@@ -228,11 +228,24 @@ TEST_F(RecoveryFilesTest, WhatIsClosedWithoutAQuestionCanBeBroughtBack)
     EXPECT_EQ(offered().size(), 2u);
 }
 
+TEST_F(RecoveryFilesTest, AFileIsBegunBehindTheFirstLineOfADocumentAndBehindASave)
+{
+    const std::string file = scratch("saved.tdsn");
+    const auto killedAfter = [&](Steps steps) {
+        steps.insert(steps.end(), {"line", "digest", "until-kept", "die"});
+        const auto result = run(steps);
+        EXPECT_EQ(result.signal, SIGKILL) << result.output << result.errors;
+        return lastOf(result.output, "digest");
+    };
+    const std::string first = killedAfter({"new", "Part"});
+    EXPECT_EQ(finished({"recover"}).back(), first);
+    fs::remove_all(recoveryFolder());
+    const std::string saved = killedAfter({"new", "Part", "line", "write", "save", file});
+    EXPECT_EQ(finished({"recover"}).back(), saved);
+}
+
 TEST_F(RecoveryFilesTest, AFileThatIsFinishedWhenNobodyNeedsItAnyMoreGoes)
 {
-    EXPECT_EQ(run({"new", "Part", "line", "until-kept", "die"}).signal, SIGKILL);
-    EXPECT_EQ(offered().size(), 1u) << "the first line has it written";
-    fs::remove_all(recoveryFolder());
     finished({"new", "Part", "line", "until-kept", "save", scratch("saved.tdsn")});
     EXPECT_TRUE(offered().empty());
     finished({"forget", "new", "Part", "line", "until-kept", "end"});
