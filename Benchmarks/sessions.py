@@ -4,6 +4,8 @@
 Every session makes the same steps, so that one that was never killed tells all states there can be.
 
     Benchmarks/sessions.py [--sessions N] [--seed N] [--build DIR]
+
+Ctrl-C ends it, and tells of those that were made.
 """
 
 import argparse
@@ -50,19 +52,22 @@ def main():
         script.write_text(SCRIPT)
         whole = run(f"{folder}/whole", "--script", str(script), "--", "0", "0", str(MOST))
         states = {line.split()[1]: count for count, line in enumerate(whole, 1) if line.startswith("digest")}
-        for session in range(arguments.sessions):
-            profile = f"{folder}/{session}"
-            wait, pause = chance.uniform(0.02, 3), chance.choice((0.002, 0.01, 0.05))
-            done = run(profile, "--script", str(script), "--", str(wait), str(pause), str(MOST)).count("done")
-            found = run(profile, "--command", "AutoSave.Recovery", "--command", "Model.Digest")
-            # A step that was made, and not told of any more, isn't lost.
-            kept = states.get(found[-1] if found else "", None)
-            if kept is None and found:
-                strange += 1
-                print(f"session {session}: after {done} steps {found} was found", flush=True)
-            lost[max(done - (kept or 0), 0)] += 1
-            steps += done
-    print(f"{arguments.sessions} sessions with {steps} steps were killed; lost steps: "
+        try:
+            for session in range(arguments.sessions):
+                profile = f"{folder}/{session}"
+                wait, pause = chance.uniform(0.02, 3), chance.choice((0.002, 0.01, 0.05))
+                done = run(profile, "--script", str(script), "--", str(wait), str(pause), str(MOST)).count("done")
+                found = run(profile, "--command", "AutoSave.Recovery", "--command", "Model.Digest")
+                # A step that was made, and not told of any more, isn't lost.
+                kept = states.get(found[-1] if found else "", None)
+                if kept is None and found:
+                    strange += 1
+                    print(f"session {session}: after {done} steps {found} was found", flush=True)
+                lost[max(done - (kept or 0), 0)] += 1
+                steps += done
+        except KeyboardInterrupt:
+            pass  # What was done so far tells as much.
+    print(f"{sum(lost.values())} sessions with {steps} steps were killed; lost steps: "
           + ", ".join(f"{count} in {times}" for count, times in sorted(lost.items()))
           + f"; {strange} were in a state that none was in")
 
