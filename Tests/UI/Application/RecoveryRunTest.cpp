@@ -184,3 +184,60 @@ TEST_F(RecoveryRunTest, AFastScriptLosesOneStepAtMostAndIsNeverInAStateThatItWas
         EXPECT_EQ(recovered(), cut ? *(digests.rbegin() + 1) : *(digests.rbegin() + 4));
     }
 }
+
+TEST_F(RecoveryRunTest, AFullDiskCostsNothingThatIsThereAndIsToldOnce)
+{
+    const fs::path disk = folder.path() / "disk";
+    fs::create_directory(disk);
+    const auto script = folder.write("full.py", R"(
+import os, sys, time
+import Design, Document, Model
+os.chdir(sys.argv[1])
+Design.New()
+Design.Box('1', '2', '3')
+Document.SaveAs('a.vlra')
+saved = open('a.vlra', 'rb').read()
+with open('fill', 'wb', buffering=0) as fill:
+    try:
+        while True:
+            fill.write(bytes(4096))
+    except OSError:
+        pass
+for i in range(4):
+    Design.Box('4', '5', '6')
+    time.sleep(0.2)
+state = Model.Digest()
+for path in 'a.vlra', 'b.vlra':
+    try:
+        Document.SaveAs(path)
+    except Exception as error:
+        print('refused:', error)
+print('the same:', saved == open('a.vlra', 'rb').read())
+print('documents:', [name for name in os.listdir() if name.endswith('vlra')])
+os.remove('fill')
+Document.SaveAs('b.vlra')
+print('as it was:', state == Model.Digest())
+)");
+    // A small disk of its own, which nobody else sees.
+    const auto onSmallDisk = [&](const Words& command) {
+        Words words{"--mount", "sh", "-c", "mount -t tmpfs -o size=600k none \"$0\" && exec \"$@\"",
+                    disk.string()};
+        words.insert(words.end(), command.begin(), command.end());
+        return TestSupport::runProcess("/usr/bin/unshare", words,
+                                       {.environment = {"DISPLAY=", "WAYLAND_DISPLAY="}});
+    };
+    if (onSmallDisk({"true"}).exitCode != 0)
+        GTEST_SKIP() << "NOTICE: nothing can be mounted here";
+    const ProcessResult full =
+        onSmallDisk({(TestSupport::runningTree() / "bin/quillet").string(), "--headless", "--profile-dir",
+                     (disk / "profile").string(), "--script", script.string(), "--", disk.string()});
+    EXPECT_EQ(full.exitCode, 0) << full.errors;
+    EXPECT_EQ(full.output, "refused: \"" + (disk / "a.vlra").string() +
+                               "\" can't be saved: No space left on device.\n" + "refused: \"" +
+                               (disk / "b.vlra").string() + "\" can't be saved: No space left on device.\n" +
+                               "the same: True\ndocuments: ['a.vlra']\nas it was: True\n");
+    const size_t told = full.errors.find("can't be kept for recovery since");
+    EXPECT_NE(told, std::string::npos) << full.errors;
+    EXPECT_EQ(full.errors.find("can't be kept for recovery since", told + 1), std::string::npos)
+        << full.errors;
+}
