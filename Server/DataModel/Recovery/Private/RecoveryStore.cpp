@@ -24,6 +24,7 @@ constexpr const char* kDiscarded = "discarded";
 constexpr const char* kDamaged = "damaged";
 constexpr std::time_t kDiscardedFor = 24 * 60 * 60; // seconds
 constexpr uintmax_t kMostDiscarded = uintmax_t(1) << 30;
+constexpr auto kPruning = std::chrono::hours(1);
 constexpr auto kChildTakes = std::chrono::seconds(30); // to finish, once its parent has died
 
 std::vector<std::string> foldersIn(const std::string& folder)
@@ -327,12 +328,16 @@ bool RecoveryStore::discard(const std::string& file)
     if (m_keepsDiscarded) {
         if (const std::string older = olderIn(folderOf(file)); older != file && !older.empty())
             FolderCalls::remove(older);
+        const uintmax_t size = sizeOf(folderOf(file));
         try {
             putAside(file, kDiscarded);
         } catch (const std::exception&) {
             return false;
         }
-        prune();
+        m_discarded += size;
+        // Not each time: it looks at all of them, and a user may throw away a thousand.
+        if (!m_pruned || m_discarded > kMostDiscarded || Clock::now() - *m_pruned > kPruning)
+            prune();
     }
     remove(file);
     return true;
@@ -345,12 +350,17 @@ void RecoveryStore::prune()
     std::vector<std::string> folders = foldersIn(root);
     uintmax_t size = 0;
     const std::time_t now = std::time(nullptr);
+    m_pruned = Clock::now();
+    m_discarded = 0;
     for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
         const long long since = std::strtoll(fs::path(*folder).filename().c_str(), nullptr, 10);
-        size += sizeOf(*folder);
+        const uintmax_t own = sizeOf(*folder);
+        size += own;
         // A clock that was put back makes none of them older than it is.
         if (now - since > kDiscardedFor || size > kMostDiscarded)
             FolderCalls::removeAll(*folder);
+        else
+            m_discarded += own;
     }
     fs::remove(root, ignored); // Only if it is empty.
 }

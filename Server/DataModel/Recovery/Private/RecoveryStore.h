@@ -8,6 +8,7 @@
 #include "Server/DataModel/Recovery/Private/StepJournal.h"
 
 #include <chrono>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
@@ -117,6 +118,8 @@ private:
     bool m_listed = false;
     Clock::time_point m_lastListed;
     bool m_keepsDiscarded = true;
+    std::optional<Clock::time_point> m_pruned;
+    uintmax_t m_discarded = 0; ///< Bytes, by what has been known since then.
 };
 
 } // namespace Vs::Recovery
