@@ -75,6 +75,18 @@ TextCommandResult runSave(const std::wstring& id, DocumentSession* session, cons
     return runDefinition(id, context, parameters);
 }
 
+/// Has a definition write the active document to the file that the first parameter names.
+TextCommandResult saveElsewhere(const std::wstring& id, const TextCommandParameters& parameters)
+{
+    DocumentSession* session = SessionMgr::get()->activeDocumentSession();
+    if (!session)
+        return {1, kNoDocument};
+    if (!namesFile(parameters[0]))
+        return noFileIn(parameters[0]);
+    const fs::path file = fileOf(parameters[0], *session->document()->documentType());
+    return runSave(id, session, file.wstring(), parameters);
+}
+
 class TextCmdDocumentSave : public DirectTextCommand<kSave>
 {
 public:
@@ -124,13 +136,7 @@ public:
     {
         if (parameters.parameters() == 0)
             return {1, kNoName};
-        DocumentSession* session = SessionMgr::get()->activeDocumentSession();
-        if (!session)
-            return {1, kNoDocument};
-        if (!namesFile(parameters[0]))
-            return noFileIn(parameters[0]);
-        const fs::path file = fileOf(parameters[0], *session->document()->documentType());
-        return runSave(SaveDocumentAsCmdDef::info()->key(), session, file.wstring(), parameters);
+        return saveElsewhere(SaveDocumentAsCmdDef::info()->key(), parameters);
     }
 };
 
@@ -141,13 +147,7 @@ public:
     {
         if (parameters.parameters() != 1)
             return {1, kNoName};
-        DocumentSession* session = SessionMgr::get()->activeDocumentSession();
-        if (!session)
-            return {1, kNoDocument};
-        if (!namesFile(parameters[0]))
-            return noFileIn(parameters[0]);
-        const fs::path file = fileOf(parameters[0], *session->document()->documentType());
-        return runSave(SaveDocumentCopyCmdDef::info()->key(), session, file.wstring(), parameters);
+        return saveElsewhere(SaveDocumentCopyCmdDef::info()->key(), parameters);
     }
 };
 
