@@ -31,13 +31,29 @@ public:
     bool separate(const std::string& component);
 
 private:
+    /// Members whose numbers follow on each other, as those of a pattern do: what is kept of a hundred
+    /// thousand of them is a few words.
+    struct Run
+    {
+        std::string beginning; ///< Of the ids, up to the last number.
+        int first, last;
+    };
+    using Runs = std::vector<Run>;
+
     const std::string* keyOf(const std::string& component) const;
-    void keep(const std::string& key);
-    void take(const std::string& key, std::vector<std::string> members);
+    void keep(const std::string& key, const Runs& runs);
+    void index(const std::string& key);
 
     Asset& m_asset;
-    std::map<std::string, std::vector<std::string>> m_members; ///< By the group's key among the settings.
-    std::unordered_map<std::string, std::string> m_keys;       ///< By a member's place (placeOf).
+    std::map<std::string, Runs> m_members; ///< By the group's key among the settings.
+
+    struct Place
+    {
+        int last;
+        const std::string* key;
+    };
+    /// By the beginnings of the members' places (placeOf), and the first numbers of runs.
+    std::unordered_map<std::string, std::map<int, Place>> m_places;
 };
 
 } // namespace Vs
