@@ -4,6 +4,7 @@
 #include "Server/Body/BodyMesh.h"
 #include "Server/Geometry/GkMatrix3d.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,6 +28,16 @@ public:
     std::optional<Colour> colour; ///< Of this occurrence; overrides the body's and is inherited by children.
     bool visible = true;
     std::vector<std::unique_ptr<Component>> children;
+
+    /// What a tree of components notes about each of its own, so that it needs no table of them; for nobody
+    /// else.
+    struct Notes
+    {
+        const std::string* part = nullptr; ///< The key in PartIndex; null while it isn't there.
+        uint32_t rowOfPart = 0, rowAtPlace = 0;
+        uint32_t visit = 0; ///< The last refresh that has dealt with it.
+    };
+    Notes notes;
 };
 
 } // namespace Vs

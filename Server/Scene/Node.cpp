@@ -28,6 +28,12 @@ Node::Node()
     Vs::assertMainThread();
 }
 
+const std::string& Node::name() const
+{
+    static const std::string none;
+    return m_name ? *m_name : none;
+}
+
 void Node::touch()
 {
     m_placesRevision = m_subtreeRevision = m_revision = nextRevision();
@@ -50,6 +56,13 @@ void Node::touchParents()
     }
 }
 
+void Node::losesParent(const GroupNode* parent)
+{
+    const auto found = std::find(m_parents.begin(), m_parents.end(), parent);
+    if (found != m_parents.end())
+        m_parents.erase(found);
+}
+
 const BBox& Node::boundingBox() const
 {
     if (m_boundsRevision != m_placesRevision) {
@@ -62,14 +75,15 @@ const BBox& Node::boundingBox() const
 Vs::StrongRef<GroupNode> GroupNode::make(const std::string& name)
 {
     Vs::StrongRef<GroupNode> node(new GroupNode);
-    node->m_name = name;
+    if (!name.empty())
+        node->m_name = std::make_unique<const std::string>(name);
     return node;
 }
 
 GroupNode::~GroupNode()
 {
     for (const auto& child : m_children)
-        std::erase(child->m_parents, this);
+        child->losesParent(this);
 }
 
 void GroupNode::touchChildren()

@@ -5,6 +5,8 @@
 #include "Server/Body/BodyMesh.h"
 #include "Server/Geometry/GkMatrix3d.h"
 
+#include <boost/container/small_vector.hpp>
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -51,7 +53,11 @@ public:
 
     /// Never 0, never used again in this process.
     uint64_t id() const { return m_id; }
-    const std::string& name() const { return m_name; }
+    /// Empty for most.
+    const std::string& name() const;
+    /// What it stands for to the one who made it and gave it this (NodeChange::owner); null for most. Nodes
+    /// don't look at it.
+    const void* owner() const { return m_owner; }
     /// Into the coordinates of the group above.
     const GkMatrix3d& transform() const { return m_transform; }
     /// A hidden node hides all below it.
@@ -87,6 +93,7 @@ private:
     /// Only the looks have changed.
     void touchLook();
     void touchParents();
+    void losesParent(const GroupNode* parent);
 
     uint64_t m_id;
     uint64_t m_revision;
@@ -95,9 +102,11 @@ private:
     mutable uint64_t m_boundsRevision = 0;
     mutable BBox m_bounds;
     GkMatrix3d m_transform;
-    std::string m_name;
+    std::unique_ptr<const std::string> m_name; // null for none
+    const void* m_owner = nullptr;
     std::optional<Vs::Colour> m_colour;
-    std::vector<GroupNode*> m_parents; // not owned: a group takes itself out when it goes
+    // Not owned: a group takes itself out when it goes. There is more than one for few.
+    boost::container::small_vector<GroupNode*, 1> m_parents;
     Highlight m_highlight = Highlight::None;
     bool m_visible = true;
     std::optional<bool> m_ghost;

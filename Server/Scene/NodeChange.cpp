@@ -56,7 +56,14 @@ StrongRef<InstanceNode> NodeChange::createGroupNode(GroupNode* parent, int, bool
 
 NodeChange& NodeChange::name(const std::string& name)
 {
-    m_node->m_name = name; // shows nowhere, so that nothing is to be drawn again
+    // It shows nowhere, so that nothing is to be drawn again.
+    m_node->m_name = name.empty() ? nullptr : std::make_unique<const std::string>(name);
+    return *this;
+}
+
+NodeChange& NodeChange::owner(const void* owner)
+{
+    m_node->m_owner = owner;
     return *this;
 }
 
@@ -244,10 +251,11 @@ NodeChange& NodeChange::remove(const Node* child)
     auto* group = cast<GroupNode>(m_node);
     if (!group || !child || !group->has(child))
         return *this;
-    const auto found = std::find_if(group->m_children.begin(), group->m_children.end(),
+    // What came last is most likely to go, as when it is undone.
+    const auto found = std::find_if(group->m_children.rbegin(), group->m_children.rend(),
                                     [&](const auto& other) { return other.get() == child; });
-    std::erase((*found)->m_parents, group);
-    group->m_children.erase(found);
+    (*found)->losesParent(group);
+    group->m_children.erase(std::next(found).base());
     group->touchChildren();
     return *this;
 }
@@ -258,7 +266,7 @@ NodeChange& NodeChange::removeAll()
     if (!group || group->m_children.empty())
         return *this;
     for (const auto& child : group->m_children)
-        std::erase(child->m_parents, group);
+        child->losesParent(group);
     group->m_children.clear();
     group->touchChildren();
     return *this;

@@ -31,6 +31,8 @@ public:
     }
 
     NodeChange& name(const std::string& name);
+    /// Node::owner.
+    NodeChange& owner(const void* owner);
     NodeChange& transform(const GkMatrix3d& transform);
     /// Moves the node's origin to `point`, without turning it. A point that is no number changes nothing.
     NodeChange& transform(const GkPoint3d& point);

@@ -5,6 +5,9 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/Scene/NodeChange.h"
 
+#include <unordered_set>
+#include <utility>
+
 namespace Vs::Scene {
 
 using Rendra::Graphics::BodyNode;
@@ -54,6 +57,7 @@ SceneAssetAdapter* SceneAssetAdapter::ofRootNode(const GroupNode* node)
 SceneAssetAdapter::~SceneAssetAdapter()
 {
     // Views may keep the node for a while; what it showed is gone.
+    disown();
     NodeChange(m_root.get()).removeAll().data(nullptr);
 }
 
@@ -72,8 +76,22 @@ BodyNode* SceneAssetAdapter::bodyNode(const std::string& componentId) const
 const std::string& SceneAssetAdapter::componentId(const Node* node) const
 {
     static const std::string none;
-    const auto found = m_ids.find(node);
-    return found == m_ids.end() ? none : *found->second;
+    const auto* entry = node ? static_cast<const Entry*>(node->owner()) : nullptr;
+    if (!entry)
+        return none;
+    // It may be another asset's.
+    const auto found = m_entries.find(*entry->id);
+    return found != m_entries.end() && &found->second == entry ? *entry->id : none;
+}
+
+/// Nodes that somebody keeps don't lead to what is gone.
+void SceneAssetAdapter::disown()
+{
+    for (auto& [id, entry] : m_entries) {
+        NodeChange(entry.node.get()).owner(nullptr);
+        if (entry.body)
+            NodeChange(entry.body.get()).owner(nullptr);
+    }
 }
 
 bool SceneAssetAdapter::update()
@@ -109,7 +127,7 @@ void SceneAssetAdapter::assetComponentsChanged(ComponentsEvent* event)
 void SceneAssetAdapter::rebuild()
 {
     m_waiting.clear();
-    m_ids.clear();
+    disown();
     m_entries.clear();
     NodeChange(m_root.get()).removeAll();
 
@@ -117,46 +135,57 @@ void SceneAssetAdapter::rebuild()
     const auto [inserted, isNew] = m_entries.try_emplace(root->id);
     Entry& entry = inserted->second;
     entry.node = m_root.get();
-    fill(entry, *root, inserted->first);
+    entry.id = &inserted->first;
+    fill(entry, *root);
 }
 
 void SceneAssetAdapter::addChanged(const std::vector<const Component*>& added)
 {
+    std::string above;
+    Entry* parent = nullptr; // Of `above`; mostly the last one's as well.
     for (const Component* component : added) {
-        removeBranch(component->id);
-        const std::string above = parentId(component->id);
-        const auto found = m_entries.find(above);
-        if (found == m_entries.end())
+        if (std::string id = parentId(component->id); !parent || id != above) {
+            const auto found = m_entries.find(above = std::move(id));
+            parent = found == m_entries.end() ? nullptr : &found->second;
+        }
+        if (!parent)
             continue;
         // A part that gets its first child becomes a group, with all that it has.
-        if (cast<GroupNode>(found->second.node.get()))
-            addBranch(*component, found->second);
-        else if (const Component* parent = asset()->findComponent(above))
-            change(*parent);
+        if (cast<GroupNode>(parent->node.get())) {
+            addBranch(*component, *parent);
+        } else if (const Component* assembly = asset()->findComponent(above)) {
+            change(*assembly);
+            parent = nullptr;
+        }
     }
 }
 
 void SceneAssetAdapter::addBranch(const Component& component, Entry& parent)
 {
-    const auto [inserted, isNew] = m_entries.try_emplace(component.id);
-    if (!isNew)
-        return;
+    auto [inserted, isNew] = m_entries.try_emplace(component.id);
+    if (!isNew) {
+        removeBranch(component.id);
+        inserted = m_entries.try_emplace(component.id).first;
+    }
     Entry& entry = inserted->second;
+    entry.id = &inserted->first;
     entry.parent = &parent;
-    parent.children.insert(&inserted->first);
+    entry.before = std::exchange(parent.child, &entry);
+    if (entry.before)
+        entry.before->after = &entry;
     if (component.body && component.children.empty())
         entry.node = BodyNode::make(nullptr, component.body->colour());
     else
         entry.node = GroupNode::make();
-    fill(entry, component, inserted->first);
+    fill(entry, component);
     NodeChange(parent.node.get()).add(entry.node);
 }
 
-void SceneAssetAdapter::fill(Entry& entry, const Component& component, const std::string& id)
+void SceneAssetAdapter::fill(Entry& entry, const Component& component)
 {
-    m_ids[entry.node.get()] = &id;
+    NodeChange(entry.node.get()).owner(&entry);
     place(entry.node.get(), component);
-    setBody(entry, component, id);
+    setBody(entry, component);
     for (const auto& child : component.children)
         addBranch(*child, entry);
 }
@@ -171,7 +200,7 @@ void SceneAssetAdapter::change(const Component& component)
     const bool asGroup = !entry.parent || !component.body || !component.children.empty();
     if (isGroup == asGroup) {
         place(entry.node.get(), component);
-        setBody(entry, component, found->first);
+        setBody(entry, component);
         return;
     }
     Entry& parent = *entry.parent;
@@ -179,12 +208,12 @@ void SceneAssetAdapter::change(const Component& component)
     addBranch(component, parent);
 }
 
-void SceneAssetAdapter::setBody(Entry& entry, const Component& component, const std::string& id)
+void SceneAssetAdapter::setBody(Entry& entry, const Component& component)
 {
     if (!component.body) {
         if (entry.body && entry.body.get() != entry.node.get()) {
             NodeChange(entry.node.get()).remove(entry.body.get());
-            m_ids.erase(entry.body.get());
+            NodeChange(entry.body.get()).owner(nullptr);
             m_waiting.erase(entry.body.get());
         }
         entry.body = nullptr;
@@ -194,7 +223,7 @@ void SceneAssetAdapter::setBody(Entry& entry, const Component& component, const 
         entry.body = cast<BodyNode>(entry.node.get());
         if (!entry.body) {
             entry.body = BodyNode::make(nullptr, component.body->colour());
-            m_ids[entry.body.get()] = &id;
+            NodeChange(entry.body.get()).owner(&entry);
             NodeChange(entry.node.get()).add(entry.body);
         }
     }
@@ -234,26 +263,26 @@ void SceneAssetAdapter::removeBranch(const std::string& id)
     const auto found = m_entries.find(id);
     if (found == m_entries.end() || !found->second.parent)
         return;
-    Entry& parent = *found->second.parent;
-    NodeChange(parent.node.get()).remove(found->second.node.get());
-    parent.children.erase(&found->first);
-    forget(id);
+    Entry& entry = found->second;
+    NodeChange(entry.parent->node.get()).remove(entry.node.get());
+    (entry.after ? entry.after->before : entry.parent->child) = entry.before;
+    if (entry.before)
+        entry.before->after = entry.after;
+    forget(entry);
 }
 
-void SceneAssetAdapter::forget(const std::string& id)
+void SceneAssetAdapter::forget(Entry& entry)
 {
-    const auto found = m_entries.find(id);
-    if (found == m_entries.end())
-        return;
-    const std::unordered_set<const std::string*> children = std::move(found->second.children);
-    for (const std::string* child : children)
+    while (Entry* const child = entry.child) {
+        entry.child = child->before;
         forget(*child);
-    m_ids.erase(found->second.node.get());
-    if (found->second.body) {
-        m_ids.erase(found->second.body.get());
-        m_waiting.erase(found->second.body.get());
     }
-    m_entries.erase(found);
+    NodeChange(entry.node.get()).owner(nullptr);
+    if (entry.body) {
+        NodeChange(entry.body.get()).owner(nullptr);
+        m_waiting.erase(entry.body.get());
+    }
+    m_entries.erase(m_entries.find(*entry.id));
 }
 
 } // namespace Vs::Scene

@@ -10,7 +10,6 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace Vs {
@@ -54,10 +53,14 @@ public:
 private:
     struct Entry
     {
-        StrongRef<Rendra::Graphics::Node> node;          ///< A BodyNode for a part, else a GroupNode.
-        StrongRef<Rendra::Graphics::BodyNode> body;      ///< `node` itself, or below it; null without a body.
-        Entry* parent = nullptr;                         ///< Null for the root.
-        std::unordered_set<const std::string*> children; ///< Their ids, as in the keys of m_entries.
+        StrongRef<Rendra::Graphics::Node> node;     ///< A BodyNode for a part, else a GroupNode.
+        StrongRef<Rendra::Graphics::BodyNode> body; ///< `node` itself, or below it; null without a body.
+        const std::string* id = nullptr;            ///< The key in m_entries.
+        Entry* parent = nullptr;                    ///< Null for the root.
+        // Those of one parent hang together, so that one goes without a look at the others.
+        Entry* child = nullptr; ///< The one that came last.
+        Entry* before = nullptr;
+        Entry* after = nullptr;
     };
 
     void assetComponentsChanged(ComponentsEvent* event) override;
@@ -65,17 +68,17 @@ private:
     void rebuild();
     void addChanged(const std::vector<const Component*>& added);
     void addBranch(const Component& component, Entry& parent);
-    void fill(Entry& entry, const Component& component, const std::string& id);
+    void fill(Entry& entry, const Component& component);
     void change(const Component& component);
     void removeBranches(const std::vector<std::string>& ids);
     void removeBranch(const std::string& id);
-    void forget(const std::string& id);
-    void setBody(Entry& entry, const Component& component, const std::string& id);
+    void forget(Entry& entry);
+    void setBody(Entry& entry, const Component& component);
+    void disown();
 
     CommonData::CommonDataAssetSettings m_settings;
     StrongRef<Rendra::Graphics::GroupNode> m_root;
-    std::unordered_map<std::string, Entry> m_entries;
-    std::unordered_map<const Rendra::Graphics::Node*, const std::string*> m_ids;
+    std::unordered_map<std::string, Entry> m_entries; ///< The owners of their nodes.
     std::unordered_map<Rendra::Graphics::BodyNode*, StrongRef<Body>> m_waiting;
     Segment m_transientSegment;
 };

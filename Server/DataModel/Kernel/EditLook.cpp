@@ -1,5 +1,6 @@
 #include "Server/DataModel/Kernel/EditLook.h"
 
+#include "Server/DataModel/Kernel/LabelState.h"
 #include "Server/DataModel/Kernel/Occurrence.h"
 #include "Server/DataModel/Kernel/PartShape.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
@@ -8,9 +9,13 @@
 
 #include <Quantity_ColorRGBA.hxx>
 
+#include <XCAFDoc.hxx>
+#include <XCAFDoc_Color.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
+
+#include <algorithm>
 
 namespace Vs::Kernel {
 
@@ -18,14 +23,33 @@ namespace {
 
 using Document = Handle(TDocStd_Document);
 
+Quantity_ColorRGBA toKernel(const Colour& colour)
+{
+    return Quantity_ColorRGBA(colour.r, colour.g, colour.b, colour.a);
+}
+
+/// The label of a colour, which stays when the change that needed it is taken back. It gets a number that the
+/// kernel never gives: it would do so again after its own changes were taken back.
+TDF_Label lastingLabel(const Document& document, const Quantity_ColorRGBA& colour)
+{
+    constexpr int kFirstNumber = 1 << 20;
+    TDF_Label label;
+    if (XCAFDoc_DocumentTool::ColorTool(document->Main())->FindColor(colour, label))
+        return label;
+    const TDF_Label all = XCAFDoc_DocumentTool::ColorsLabel(document->Main());
+    for (int number = kFirstNumber; label.IsNull() || label.HasAttribute(); ++number)
+        label = all.FindChild(number, true);
+    XCAFDoc_Color::Set(label, colour);
+    return label;
+}
+
 void paint(const Document& document, const TDF_Label& label, const std::optional<Colour>& colour)
 {
     const Handle(XCAFDoc_ColorTool) tool = XCAFDoc_DocumentTool::ColorTool(document->Main());
     for (const XCAFDoc_ColorType type : {XCAFDoc_ColorSurf, XCAFDoc_ColorGen})
         tool->UnSetColor(label, type);
     if (colour)
-        tool->SetColor(label, Quantity_ColorRGBA(colour->r, colour->g, colour->b, colour->a),
-                       XCAFDoc_ColorSurf);
+        tool->SetColor(label, toKernel(*colour), XCAFDoc_ColorSurf);
 }
 
 void paintFace(const Document& document, const TDF_Label& part, uint32_t index, const ColourEdit& edit,
@@ -72,6 +96,29 @@ std::vector<std::string> apply(const Document& document, const ColourEdit& edit,
             throw EditError(EditFault::NoSuchPart, nameOf(occurrence.label()));
     }
     return {};
+}
+
+bool paintedAlone(const Document& document, const ColourEdit& edit,
+                  const std::function<void(const TDF_Label&)>& note)
+{
+    if (std::ranges::any_of(edit.objects, [](const ObjectPath& object) {
+            return object.leaf != ObjectPath::Leaf::Component;
+        }))
+        return false;
+    const TDF_Label colour = edit.colour ? lastingLabel(document, toKernel(*edit.colour)) : TDF_Label();
+    for (const ObjectPath& object : edit.objects) {
+        const TDF_Label label = Occurrence(document, object.component).label();
+        note(label);
+        LabelState state = LabelState::of(label);
+        state.colour = {};
+        state.surfaceColour = {};
+        state.putOn(label);
+        if (!colour.IsNull()) {
+            state.surfaceColour = linkInFront(colour, XCAFDoc::ColorRefGUID(XCAFDoc_ColorSurf));
+            state.putOn(label);
+        }
+    }
+    return true;
 }
 
 } // namespace Vs::Kernel

@@ -3,8 +3,10 @@
 #include "Server/DataModel/Edit/ModelEdit.h"
 #include "Server/DataModel/Kernel/ShapeLog.h"
 
+#include <TDF_Label.hxx>
 #include <TDocStd_Document.hxx>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,5 +17,10 @@ namespace Vs::Kernel {
 
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const ColourEdit& edit,
                                ShapeLog& log);
+
+/// Paints components alone, which changes nothing but their LabelState; returns false, and does nothing, if
+/// it would be more. `note` is called for each label before.
+bool paintedAlone(const Handle(TDocStd_Document) & document, const ColourEdit& edit,
+                  const std::function<void(const TDF_Label&)>& note);
 
 } // namespace Vs::Kernel

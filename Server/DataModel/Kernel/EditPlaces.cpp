@@ -1,5 +1,6 @@
 #include "Server/DataModel/Kernel/EditPlaces.h"
 
+#include "Server/DataModel/Kernel/LabelState.h"
 #include "Server/DataModel/Kernel/MirrorShape.h"
 #include "Server/DataModel/Kernel/Occurrence.h"
 #include "Server/DataModel/Kernel/PartShape.h"
@@ -8,6 +9,8 @@
 
 #include <TDF_LabelDataMap.hxx>
 #include <TDF_LabelSequence.hxx>
+#include <TDF_TagSource.hxx>
+#include <XCAFDoc.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_Editor.hxx>
 #include <XCAFDoc_Location.hxx>
@@ -33,6 +36,23 @@ void copyLook(const TDF_Label& from, const TDF_Label& to)
 {
     XCAFDoc_Editor::CloneMetaData(from, to, nullptr);
     renameOccurrence(to, nameOf(from));
+}
+
+TDF_Label newOccurrenceLabel(const Document& document, const TDF_Label& assembly)
+{
+    return assembly.IsNull() ? newRootLabel(document) : TDF_TagSource::NewChild(assembly);
+}
+
+/// Puts links of the same kinds as a state has them in front of all others, as copies have them.
+void linkInFront(LabelState& state)
+{
+    const auto renew = [](LabelLink& link, const Standard_GUID& kind) {
+        if (!link.to.IsNull())
+            link = Kernel::linkInFront(link.to, kind);
+    };
+    renew(state.shown, XCAFDoc::ShapeRefGUID());
+    renew(state.surfaceColour, XCAFDoc::ColorRefGUID(XCAFDoc_ColorSurf));
+    renew(state.colour, XCAFDoc::ColorRefGUID(XCAFDoc_ColorGen));
 }
 
 TDF_Label addOccurrence(const Document& document, const TDF_Label& assembly, const TDF_Label& original,
@@ -216,6 +236,44 @@ std::vector<std::string> apply(const Document& document, const MoveEdit& edit)
     return {};
 }
 
+namespace {
+
+/// Copies of an occurrence that needs nothing but a LabelState; `note` is called for each label before it
+/// has one.
+void copyPlain(const Document& document, const Occurrence& occurrence, const CopyEdit& edit,
+               const std::function<void(const TDF_Label&)>& note, std::vector<std::string>& added)
+{
+    LabelState state = LabelState::of(occurrence.label());
+    state.namedByUser = isMadeUp(nameOf(occurrence.label()));
+    for (const GkMatrix3d& each : edit.motions) {
+        const TDF_Label copy = newOccurrenceLabel(document, occurrence.parent());
+        note(copy);
+        state.place = occurrence.moved(toMotion(each));
+        linkInFront(state);
+        state.putOn(copy);
+        added.push_back(idBeside(occurrence.id(), copy));
+    }
+}
+
+bool isPlainOccurrence(const Occurrence& occurrence)
+{
+    return XCAFDoc_ShapeTool::IsReference(occurrence.label()) && isPlain(occurrence.label());
+}
+
+} // namespace
+
+std::optional<std::vector<std::string>> copiedAlone(const Document& document, const CopyEdit& edit,
+                                                    const std::function<void(const TDF_Label&)>& note)
+{
+    const std::vector<Occurrence> occurrences = topmostOccurrences(document, edit.components);
+    if (!std::ranges::all_of(occurrences, isPlainOccurrence))
+        return std::nullopt;
+    std::vector<std::string> added;
+    for (const Occurrence& occurrence : occurrences)
+        copyPlain(document, occurrence, edit, note, added);
+    return added;
+}
+
 std::vector<std::string> apply(const Document& document, const CopyEdit& edit)
 {
     std::vector<std::string> added;
@@ -223,6 +281,11 @@ std::vector<std::string> apply(const Document& document, const CopyEdit& edit)
         const bool isRootAssembly = occurrence.isRootAssembly();
         if (!isRootAssembly)
             detachPart(document, occurrence.label());
+        if (isPlainOccurrence(occurrence)) {
+            copyPlain(
+                document, occurrence, edit, [](const TDF_Label&) {}, added);
+            continue;
+        }
         for (const GkMatrix3d& each : edit.motions) {
             const gp_Trsf motion = toMotion(each);
             const TDF_Label copy = isRootAssembly

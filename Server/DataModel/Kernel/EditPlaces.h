@@ -6,6 +6,7 @@
 #include <TDF_Label.hxx>
 #include <TDocStd_Document.hxx>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +24,12 @@ std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const 
 /// Returns their new ids. Throws EditError for an assembly that holds that one.
 std::vector<std::string> nest(const Handle(TDocStd_Document) & document,
                               const std::vector<std::string>& components, const Occurrence& assembly);
+
+/// Makes copies of which each is one new label without anything but a LabelState, and gives their ids;
+/// nothing, and none are made, if they would be more. `note` is called for each label before it has that.
+std::optional<std::vector<std::string>> copiedAlone(const Handle(TDocStd_Document) & document,
+                                                    const CopyEdit& edit,
+                                                    const std::function<void(const TDF_Label&)>& note);
 
 /// The labels of which a move changes nothing but the place; nothing if it changes more.
 std::optional<std::vector<TDF_Label>> movedAlone(const Handle(TDocStd_Document) & document,

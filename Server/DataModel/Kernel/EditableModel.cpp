@@ -11,6 +11,7 @@
 #include "Server/DataModel/Kernel/XdePaste.h"
 #include "Server/DataModel/Private/ProgressText.h"
 
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
 
@@ -19,7 +20,9 @@ namespace Vs::Kernel {
 std::vector<std::string> EditableModel::edit(const ModelEdit& edit)
 {
     return guarded([&] {
-        prepare(edit);
+        if (std::optional<std::vector<std::string>> added = editSmall(edit))
+            return *added;
+        transaction().beginKernel();
         return std::visit(
             [&](const auto& each) {
                 if constexpr (requires { apply(document(), each, m_made, m_log); })
@@ -33,15 +36,23 @@ std::vector<std::string> EditableModel::edit(const ModelEdit& edit)
     });
 }
 
-void EditableModel::prepare(const ModelEdit& edit)
+/// Makes the edit if it is a small change (XdeTransaction); returns nothing if it isn't.
+std::optional<std::vector<std::string>> EditableModel::editSmall(const ModelEdit& edit)
 {
+    if (!transaction().isSmall())
+        return std::nullopt;
+    const auto note = [&](const TDF_Label& label) { transaction().note(label); };
+    if (const auto* copy = std::get_if<CopyEdit>(&edit))
+        return copiedAlone(document(), *copy, note);
+    if (const auto* colour = std::get_if<ColourEdit>(&edit);
+        colour && paintedAlone(document(), *colour, note))
+        return std::vector<std::string>();
     const auto* move = std::get_if<MoveEdit>(&edit);
     const auto labels = move ? movedAlone(document(), *move) : std::nullopt;
     if (!labels)
-        transaction().beginKernel();
-    else
-        for (const TDF_Label& label : *labels)
-            transaction().note(label);
+        return std::nullopt;
+    std::ranges::for_each(*labels, note);
+    return apply(document(), *move);
 }
 
 std::vector<std::string> EditableModel::paste(ModelKernel& source, const std::vector<std::string>& components)

@@ -23,7 +23,7 @@ protected:
     ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second) override;
 
 private:
-    void prepare(const ModelEdit& edit);
+    std::optional<std::vector<std::string>> editSmall(const ModelEdit& edit);
 
     MadeShapes m_made;
     ShapeLog m_log;

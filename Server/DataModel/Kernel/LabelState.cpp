@@ -2,11 +2,15 @@
 
 #include "Server/DataModel/Kernel/XdeTree.h"
 
+#include <TDF_AttributeIterator.hxx>
+#include <TDF_TagSource.hxx>
 #include <TDataStd_Name.hxx>
+#include <TDataStd_TreeNode.hxx>
 #include <TDataStd_UAttribute.hxx>
 #include <XCAFDoc.hxx>
 #include <XCAFDoc_Location.hxx>
 
+#include <algorithm>
 #include <utility>
 
 namespace Vs::Kernel {
@@ -27,6 +31,68 @@ void mark(const TDF_Label& label, const Standard_GUID& id, bool set)
         label.ForgetAttribute(id);
 }
 
+const Standard_GUID& surfaceColourKind()
+{
+    static const Standard_GUID kind = XCAFDoc::ColorRefGUID(XCAFDoc_ColorSurf);
+    return kind;
+}
+
+const Standard_GUID& colourKind()
+{
+    static const Standard_GUID kind = XCAFDoc::ColorRefGUID(XCAFDoc_ColorGen);
+    return kind;
+}
+
+LabelLink linkOf(const TDF_Label& label, const Standard_GUID& kind)
+{
+    Handle(TDataStd_TreeNode) node;
+    if (!label.FindAttribute(kind, node) || !node->HasFather())
+        return {};
+    return {node->Father()->Label(), node->HasNext() ? node->Next()->Label() : TDF_Label()};
+}
+
+// An attribute that is there stays, in no list if need be: its neighbours, and what the kernel keeps of its
+// own changes, know it by its address.
+void putLink(const TDF_Label& label, const Standard_GUID& kind, const LabelLink& link)
+{
+    if (linkOf(label, kind) == link)
+        return;
+    if (link.to.IsNull()) {
+        if (Handle(TDataStd_TreeNode) node; label.FindAttribute(kind, node))
+            node->Remove();
+        return;
+    }
+    const Handle(TDataStd_TreeNode) all = TDataStd_TreeNode::Set(link.to, kind);
+    const Handle(TDataStd_TreeNode) one = TDataStd_TreeNode::Set(label, kind);
+    one->Remove();
+    Handle(TDataStd_TreeNode) next;
+    if (!link.next.IsNull() && link.next.FindAttribute(kind, next) && next->Father() == all)
+        next->InsertBefore(one);
+    else
+        all->Append(one);
+}
+
+bool isBare(const TDF_Label& label)
+{
+    for (TDF_AttributeIterator each(label); each.More(); each.Next()) {
+        const auto node = Handle(TDataStd_TreeNode)::DownCast(each.Value());
+        if (node.IsNull() || node->HasFather())
+            return false;
+    }
+    return true;
+}
+
+/// Labels beside it that are made later get other numbers while something stands on it; the kernel's own
+/// changes, when they are taken back, count the same way.
+void keepNumber(const TDF_Label& label)
+{
+    const Handle(TDF_TagSource) numbers = TDF_TagSource::Set(label.Father());
+    if (!isBare(label))
+        numbers->Set(std::max(numbers->Get(), label.Tag()));
+    else if (numbers->Get() == label.Tag())
+        numbers->Set(label.Tag() - 1);
+}
+
 } // namespace
 
 LabelState LabelState::of(const TDF_Label& label)
@@ -39,6 +105,9 @@ LabelState LabelState::of(const TDF_Label& label)
     state.removed = isRemoved(label);
     if (Handle(XCAFDoc_Location) place; label.FindAttribute(XCAFDoc_Location::GetID(), place))
         state.place = place->Get();
+    state.shown = linkOf(label, XCAFDoc::ShapeRefGUID());
+    state.surfaceColour = linkOf(label, surfaceColourKind());
+    state.colour = linkOf(label, colourKind());
     return state;
 }
 
@@ -55,23 +124,52 @@ void LabelState::putOn(const TDF_Label& label) const
         XCAFDoc_Location::Set(label, *place);
     else
         label.ForgetAttribute(XCAFDoc_Location::GetID());
+    putLink(label, XCAFDoc::ShapeRefGUID(), shown);
+    putLink(label, surfaceColourKind(), surfaceColour);
+    putLink(label, colourKind(), colour);
+    if (!shown.to.IsNull() || isBare(label))
+        keepNumber(label);
 }
 
 bool LabelState::operator==(const LabelState& other) const
 {
     return name == other.name && namedByUser == other.namedByUser && hidden == other.hidden &&
-           removed == other.removed && place == other.place;
+           removed == other.removed && place == other.place && shown == other.shown &&
+           surfaceColour == other.surfaceColour && colour == other.colour;
+}
+
+bool isPlain(const TDF_Label& label)
+{
+    const Standard_GUID* const known[] = {&TDataStd_Name::GetID(),
+                                          &Kernel::namedByUser(),
+                                          &XCAFDoc::InvisibleGUID(),
+                                          &XCAFDoc_Location::GetID(),
+                                          &XCAFDoc::ShapeRefGUID(),
+                                          &surfaceColourKind(),
+                                          &colourKind()};
+    for (TDF_AttributeIterator each(label); each.More(); each.Next())
+        if (std::ranges::none_of(known, [&](const auto* id) { return *id == each.Value()->ID(); }))
+            return false;
+    return true;
+}
+
+LabelLink linkInFront(const TDF_Label& to, const Standard_GUID& kind)
+{
+    Handle(TDataStd_TreeNode) all;
+    const bool others = to.FindAttribute(kind, all) && all->HasFirst();
+    return {to, others ? all->First()->Label() : TDF_Label()};
 }
 
 void LabelLog::note(const TDF_Label& label)
 {
     if (m_known.Add(label))
-        m_noted.push_back({label, LabelState::of(label), {}});
+        m_noted.push_back({label, label.HasAttribute() ? LabelState::of(label) : LabelState(), {}});
 }
 
 std::vector<LabelDifference> LabelLog::take()
 {
-    m_known.Clear();
+    // After a change of thousands, every later one would walk over the places that they had.
+    m_known.Clear(true);
     for (LabelDifference& each : m_noted)
         each.after = LabelState::of(each.label);
     std::erase_if(m_noted, [](const LabelDifference& each) { return each.before == each.after; });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Standard_GUID.hxx>
 #include <TCollection_ExtendedString.hxx>
 #include <TDF_LabelMap.hxx>
 #include <TopLoc_Location.hxx>
@@ -9,8 +10,19 @@
 
 namespace Vs::Kernel {
 
+/// That a label refers to another one: as an occurrence to what it shows, or to its colour.
+struct LabelLink
+{
+    TDF_Label to; ///< Null if it refers to none.
+    /// The one behind it among all that refer to the same, which keep their order when changes are taken
+    /// back: the kernel's own changes rely on that. Null for the last.
+    TDF_Label next;
+
+    bool operator==(const LabelLink& other) const { return to == other.to && next == other.next; }
+};
+
 /// What a part or an occurrence has on its own label in small attributes: how it is called, whether it is
-/// shown, where it lies, and whether it was removed.
+/// shown, where it lies, what it shows in which colour, and whether it was removed.
 struct LabelState
 {
     std::optional<TCollection_ExtendedString> name;
@@ -18,12 +30,19 @@ struct LabelState
     bool hidden = false;
     bool removed = false;
     std::optional<TopLoc_Location> place;
+    LabelLink shown, surfaceColour, colour;
 
     static LabelState of(const TDF_Label& label);
     /// Gives a label these attributes, and takes those from it that aren't among them.
     void putOn(const TDF_Label& label) const;
     bool operator==(const LabelState& other) const;
 };
+
+/// Whether a label has nothing but what LabelState knows, so that its state can be another label's as well.
+bool isPlain(const TDF_Label& label);
+
+/// A link to `to` in front of all others.
+LabelLink linkInFront(const TDF_Label& to, const Standard_GUID& kind);
 
 /// What a change did to one label.
 struct LabelDifference

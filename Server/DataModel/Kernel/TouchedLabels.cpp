@@ -35,8 +35,9 @@ void TouchedLabels::add(const TDF_Label& label, const Standard_GUID& attribute)
 {
     if (label.Depth() < kPart || attribute == TDF_TagSource::GetID())
         return;
-    const TDF_Label section = ancestor(label, kSection);
-    if (!section.IsEqual(XCAFDoc_DocumentTool::ShapesLabel(label)))
+    if (m_shapes.IsNull())
+        m_shapes = XCAFDoc_DocumentTool::ShapesLabel(label);
+    if (ancestor(label, kSection) != m_shapes)
         return;
     const TDF_Label part = ancestor(label, kPart);
     // The shape of an assembly follows from what is in it.
@@ -57,15 +58,19 @@ void TouchedLabels::add(const TDF_Label& label, const Standard_GUID& attribute)
 
 void TouchedLabels::add(const TDF_Label& label, bool content)
 {
-    m_places[entryOf(label)] |= content;
+    if (bool* const known = m_places.ChangeSeek(label))
+        *known |= content;
+    else
+        m_places.Bind(label, content);
 }
 
 std::vector<TouchedPlace> TouchedLabels::take()
 {
     std::vector<TouchedPlace> touched;
-    for (auto& [entry, content] : m_places)
-        touched.push_back({entry, content});
-    m_places.clear();
+    for (decltype(m_places)::Iterator each(m_places); each.More(); each.Next())
+        touched.push_back({entryOf(each.Key()), each.Value()});
+    // After a change of thousands, every later one would walk over the places that they had.
+    m_places.Clear(true);
     return touched;
 }
 

@@ -2,9 +2,12 @@
 
 #include "Server/DataModel/Model/PartTree.h"
 
+#include <NCollection_DataMap.hxx>
 #include <TDF_Delta.hxx>
+#include <TDF_Label.hxx>
+#include <TDF_LabelMapHasher.hxx>
 
-#include <unordered_map>
+#include <vector>
 
 namespace Vs::Kernel {
 
@@ -16,12 +19,13 @@ public:
     /// A part or an occurrence. `content`: TouchedPlace::content.
     void add(const TDF_Label& label, bool content);
     std::vector<TouchedPlace> take();
-    void clear() { m_places.clear(); }
+    void clear() { m_places.Clear(); }
 
 private:
     void add(const TDF_Label& label, const Standard_GUID& attribute);
 
-    std::unordered_map<std::string, bool> m_places; ///< Whether their content is touched.
+    NCollection_DataMap<TDF_Label, bool, TDF_LabelMapHasher> m_places; ///< Whether their content is touched.
+    TDF_Label m_shapes;                                                ///< The section of the parts.
 };
 
 } // namespace Vs::Kernel

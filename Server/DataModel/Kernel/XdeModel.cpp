@@ -10,8 +10,8 @@
 #include "Server/DataModel/Kernel/SubShapes.h"
 #include "Server/DataModel/Kernel/TriangleLimits.h"
 #include "Server/DataModel/Kernel/XdeEdit.h"
+#include "Server/DataModel/Kernel/XdeStorage.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
-#include "Server/DataModel/Model/ForkedChild.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
@@ -20,121 +20,21 @@
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRep_Builder.hxx>
-#include <BinDrivers_DocumentStorageDriver.hxx>
-#include <BinXCAFDrivers.hxx>
-#include <Message.hxx>
-#include <Message_Messenger.hxx>
-#include <Standard_Failure.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
-#include <XCAFApp_Application.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_Editor.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
 #include <algorithm>
-#include <iostream>
-#include <mutex>
-#include <ostream>
 #include <stdexcept>
 
 namespace Vs::Kernel {
 
 namespace {
-
-class Application : public XCAFApp_Application
-{
-public:
-    /// To be called before any use, and once there is a handle on the application: each call makes one of its
-    /// own. Those that read or write have what they did in mind, and one that broke off has half of it: the
-    /// next model would be mixed up with the one that failed.
-    void newDrivers()
-    {
-        myReaders.Clear();
-        myWriters.Clear();
-        BinXCAFDrivers::DefineFormat(this);
-    }
-};
-
-const Handle(Application) & application()
-{
-    static const Handle(Application) instance = [] {
-        // The kernel talks to standard output, which belongs to the user.
-        Message::DefaultMessenger()->ChangePrinters().Clear();
-        const Handle(Application) made = new Application;
-        made->newDrivers();
-        made->MessageDriver()->ChangePrinters().Clear();
-        return made;
-    }();
-    return instance;
-}
-
-/// Reads or writes; the drivers go where that fails.
-template <class Work>
-void withDrivers(Work&& work)
-{
-    try {
-        work();
-    } catch (...) {
-        application()->newDrivers();
-        throw;
-    }
-}
-
-// The application's list of documents isn't made for several threads.
-std::mutex& applicationMutex()
-{
-    static std::mutex mutex;
-    return mutex;
-}
-
-// Some of the kernel's readers print what they don't understand, and so whatever a stranger has put into a
-// file, past all messengers. Nobody else writes to these streams.
-class Hushed
-{
-public:
-    Hushed() : m_output(std::cout.rdbuf(nullptr)), m_errors(std::cerr.rdbuf(nullptr)) {}
-    ~Hushed()
-    {
-        std::cout.rdbuf(m_output);
-        std::cerr.rdbuf(m_errors);
-    }
-    Hushed(const Hushed&) = delete;
-    Hushed& operator=(const Hushed&) = delete;
-
-private:
-    std::streambuf* m_output;
-    std::streambuf* m_errors;
-};
-
-class MemoryBuffer : public std::streambuf
-{
-public:
-    explicit MemoryBuffer(std::string_view bytes)
-    {
-        char* begin = const_cast<char*>(bytes.data());
-        setg(begin, begin, begin + bytes.size());
-    }
-
-private:
-    pos_type seekoff(off_type offset, std::ios_base::seekdir direction, std::ios_base::openmode) override
-    {
-        char* base = direction == std::ios_base::beg   ? eback()
-                     : direction == std::ios_base::cur ? gptr()
-                                                       : egptr();
-        if (base + offset < eback() || base + offset > egptr())
-            return pos_type(off_type(-1));
-        setg(eback(), base + offset, egptr());
-        return gptr() - eback();
-    }
-    pos_type seekpos(pos_type position, std::ios_base::openmode mode) override
-    {
-        return seekoff(off_type(position), std::ios_base::beg, mode);
-    }
-};
 
 TDF_Label bodyLabel(const Handle(TDocStd_Document) & document, const std::string& entry)
 {
@@ -176,58 +76,32 @@ struct XdeModel::KnownPair
     }
 };
 
-XdeModel::XdeModel()
+XdeModel::XdeModel() : m_document(newXdeDocument())
 {
-    const std::lock_guard lock(applicationMutex());
-    application()->NewDocument("BinXCAF", m_document);
     m_transaction.document(m_document);
 }
 
 XdeModel::XdeModel(std::string_view bytes)
 {
     guarded([&] {
-        MemoryBuffer buffer(bytes);
-        std::istream stream(&buffer);
-        const std::lock_guard lock(applicationMutex());
-        withDrivers([&] {
-            const Hushed hushed;
-            const PCDM_ReaderStatus status = application()->Open(stream, m_document);
-            if (status != PCDM_RS_OK || m_document.IsNull())
-                throw std::runtime_error("the model's data can't be read (reason " + std::to_string(status) +
-                                         ")");
-        });
+        m_document = readXdeDocument(bytes);
         m_transaction.document(m_document);
     });
 }
 
 XdeModel::~XdeModel()
 {
-    const std::lock_guard lock(applicationMutex());
     if (!m_document.IsNull())
-        application()->Close(m_document);
+        closeXdeDocument(m_document);
 }
 
 void XdeModel::write(std::ostream& stream)
 {
-    guarded([&] { m_transaction.withoutRemoved([&] { writeDocument(stream); }); });
-}
-
-void XdeModel::writeDocument(std::ostream& stream)
-{
-    m_transaction.updateAssemblies();
-    std::unique_lock lock(applicationMutex(), std::defer_lock);
-    if (!ForkedChild::is())
-        lock.lock();
-    withDrivers([&] {
-        // Normals that came with triangles can't be had again from anywhere else.
-        const auto driver =
-            Handle(BinDrivers_DocumentStorageDriver)::DownCast(application()->WriterFromFormat("BinXCAF"));
-        if (!driver.IsNull())
-            driver->SetWithNormals(application()->MessageDriver(), true);
-        const PCDM_StoreStatus status = application()->SaveAs(m_document, stream);
-        if (status != PCDM_SS_OK || !stream)
-            throw std::runtime_error("the model's data can't be written (reason " + std::to_string(status) +
-                                     ")");
+    guarded([&] {
+        m_transaction.withoutRemoved([&] {
+            m_transaction.updateAssemblies();
+            writeXdeDocument(m_document, stream);
+        });
     });
 }
 
@@ -244,9 +118,9 @@ std::vector<TouchedPlace> XdeModel::takeTouched()
     return m_transaction.touched().take();
 }
 
-PartTree XdeModel::branch(const std::string& entry, bool deep)
+PartTree XdeModel::branches(const std::vector<std::string>& places, bool deep)
 {
-    return guarded([&] { return readXdeBranch(labelOf(m_document, entry), deep).tree; });
+    return guarded([&] { return readXdeBranches(m_document, places, deep).tree; });
 }
 
 uint64_t XdeModel::revision(const std::string& entry)

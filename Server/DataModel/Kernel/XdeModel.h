@@ -31,7 +31,7 @@ public:
     uint64_t revision(const std::string& entry) override;
     std::shared_ptr<const PartSuccessors> successors(uint64_t before, uint64_t after) override;
     std::vector<TouchedPlace> takeTouched() override;
-    PartTree branch(const std::string& entry, bool deep) override;
+    PartTree branches(const std::vector<std::string>& places, bool deep) override;
     std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                          const TranslatorRefinement& refinement) override;
     BodyProperties properties(const std::string& entry, BodyMeasure what) override;
@@ -60,7 +60,6 @@ protected:
     virtual ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second);
 
 private:
-    void writeDocument(std::ostream& stream);
     const SubShapes& subShapes(const std::string& entry);
     /// Null if one isn't there.
     TopoDS_Shape placed(const std::vector<MeasuredShape>& shapes, PlacedAt& at);

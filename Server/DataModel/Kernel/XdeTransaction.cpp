@@ -52,6 +52,7 @@ void XdeTransaction::beginKernel()
 {
     if (!isSmall())
         return;
+    m_beforeKernel = m_small.take();
     m_kernel.Open();
     takeOutRemoved();
 }
@@ -101,7 +102,8 @@ void XdeTransaction::follow(const LabelDifference& difference)
 {
     const auto& [label, before, after] = difference;
     m_touched.add(label, before.name != after.name || before.hidden != after.hidden ||
-                             before.namedByUser != after.namedByUser || before.place != after.place);
+                             before.namedByUser != after.namedByUser || before.place != after.place ||
+                             before.surfaceColour != after.surfaceColour || before.colour != after.colour);
     m_assembliesStale |= before.removed != after.removed || before.place != after.place;
     followRemoved(label);
 }
@@ -114,11 +116,17 @@ void XdeTransaction::follow(const Handle(TDF_Delta) & delta)
         followRemoved(each->Label());
 }
 
+/// What was done before the kernel's transaction.
+std::vector<LabelDifference> XdeTransaction::takeSmall()
+{
+    return m_kernel.IsOpen() ? std::exchange(m_beforeKernel, {}) : m_small.take();
+}
+
 std::unique_ptr<ModelChange> XdeTransaction::commit()
 {
     m_begun = false;
     std::vector<Part> parts;
-    if (Small small = m_small.take(); !small.empty()) {
+    if (Small small = takeSmall(); !small.empty()) {
         for (const LabelDifference& each : small)
             follow(each);
         parts.emplace_back(std::move(small));
@@ -138,16 +146,17 @@ std::unique_ptr<ModelChange> XdeTransaction::commit()
 void XdeTransaction::abort()
 {
     m_begun = false;
+    const std::vector<LabelDifference> small = takeSmall();
     if (m_kernel.IsOpen())
         m_kernel.Abort();
-    for (const LabelDifference& each : m_small.take())
+    for (const LabelDifference& each : small | std::views::reverse)
         each.before.putOn(each.label);
 }
 
 std::vector<LabelDifference> XdeTransaction::takeBack(const std::vector<LabelDifference>& differences)
 {
     std::vector<LabelDifference> opposite;
-    for (const auto& [label, before, after] : differences) {
+    for (const auto& [label, before, after] : differences | std::views::reverse) {
         before.putOn(label);
         follow(opposite.emplace_back(LabelDifference{label, after, before}));
     }

@@ -62,6 +62,7 @@ public:
 
 private:
     void takeOutRemoved();
+    std::vector<LabelDifference> takeSmall();
     void follow(const LabelDifference& difference);
     void follow(const Handle(TDF_Delta) & delta);
     void followRemoved(const TDF_Label& label);
@@ -69,7 +70,8 @@ private:
 
     Handle(TDocStd_Document) m_document;
     bool m_begun = false;
-    LabelLog m_small; ///< What was done before the kernel's transaction.
+    LabelLog m_small;
+    std::vector<LabelDifference> m_beforeKernel; ///< What small changes did before the kernel's transaction.
     TDF_Transaction m_kernel;
     TDF_LabelMap m_removed;
     TouchedLabels m_touched;

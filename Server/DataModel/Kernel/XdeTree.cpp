@@ -122,16 +122,21 @@ XdeTree readXdeTree(const Handle(TDocStd_Document) & document)
     return result;
 }
 
-XdeTree readXdeBranch(const TDF_Label& label, bool deep)
+XdeTree readXdeBranches(const Handle(TDocStd_Document) & document, const std::vector<std::string>& places,
+                        bool deep)
 {
     XdeTree result;
-    if (label.IsNull() || isRemoved(label))
-        return result;
-    const bool isRoot = XCAFDoc_ShapeTool::IsShape(label) &&
-                        XCAFDoc_DocumentTool::ShapeTool(label)->IsTopLevel(label) &&
-                        XCAFDoc_ShapeTool::IsFree(label);
-    if (isRoot || XCAFDoc_ShapeTool::IsComponent(label))
-        result.tree.roots.push_back(TreeReader(result, deep).visit(label, {}, 0));
+    TreeReader reader(result, deep);
+    const TDF_Label shapes = XCAFDoc_DocumentTool::ShapesLabel(document->Main());
+    for (const std::string& place : places) {
+        const TDF_Label label = labelOf(document, place);
+        if (label.IsNull() || isRemoved(label))
+            continue;
+        const bool isTop = label.Father() == shapes;
+        if (isTop ? XCAFDoc_ShapeTool::IsShape(label) && XCAFDoc_ShapeTool::IsFree(label)
+                  : XCAFDoc_ShapeTool::IsComponent(label))
+            result.tree.roots.push_back(reader.visit(label, {}, 0));
+    }
     return result;
 }
 

@@ -33,8 +33,9 @@ struct XdeTree
 };
 
 XdeTree readXdeTree(const Handle(TDocStd_Document) & document);
-/// The same for what stands on one label; empty if that is no part of the tree.
-XdeTree readXdeBranch(const TDF_Label& label, bool deep);
+/// The same for what stands at places (ModelKernel::branches).
+XdeTree readXdeBranches(const Handle(TDocStd_Document) & document, const std::vector<std::string>& places,
+                        bool deep);
 
 /// The name that stands on a label; empty if there is none.
 std::wstring nameOf(const TDF_Label& label);

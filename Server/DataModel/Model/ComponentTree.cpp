@@ -1,10 +1,12 @@
 #include "Server/DataModel/Model/ComponentTree.h"
 
 #include "Server/Component/ComponentIds.h"
+#include "Server/DataModel/Model/ChildChanges.h"
 #include "Server/DataModel/Model/ModelBody.h"
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <utility>
 
 namespace Vs {
@@ -16,42 +18,6 @@ std::string idBelow(const Component& parent, const std::string& place)
     return parent.id.empty() ? place : parent.id + '/' + place;
 }
 
-/// By the order in which places stand in the model's data, those of one assembly together.
-void sortByPlace(std::vector<TouchedPlace>& places)
-{
-    struct Key
-    {
-        std::string_view assembly;
-        int number;
-        size_t index;
-    };
-    std::vector<Key> keys;
-    for (size_t i = 0; i < places.size(); ++i) {
-        const std::string& entry = places[i].entry;
-        keys.push_back({std::string_view(entry).substr(0, entry.rfind(':')), lastNumber(entry), i});
-    }
-    std::stable_sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) {
-        const int order = a.assembly.compare(b.assembly);
-        return order != 0 ? order < 0 : a.number < b.number;
-    });
-    std::vector<TouchedPlace> sorted;
-    for (const Key& key : keys)
-        sorted.push_back(places[key.index]);
-    places = std::move(sorted);
-}
-
-/// Leaves out what lies in a branch that is named itself.
-void keepTopmost(std::vector<std::string>& ids)
-{
-    const std::unordered_set<std::string> all(ids.begin(), ids.end());
-    std::erase_if(ids, [&](const std::string& id) {
-        std::string above = parentId(id);
-        while (!above.empty() && !all.contains(above))
-            above = parentId(above);
-        return !above.empty();
-    });
-}
-
 } // namespace
 
 struct ComponentTree::Refresh
@@ -59,10 +25,14 @@ struct ComponentTree::Refresh
     ModelKernel& kernel;
     ComponentsEvent::Changes changes;
     std::unordered_set<const ModelBody*> changedBodies;
-    std::unordered_set<const Component*> told; ///< As added or changed.
-    // So that thousands that come or go among as many others are put in, or taken out, in one go.
-    std::unordered_map<Component*, std::vector<std::unique_ptr<Component>>> coming; ///< Below each parent.
-    std::unordered_map<Component*, std::unordered_set<const Component*>> going;
+    ChildChanges children;
+};
+
+/// What the kernel tells of some places, and the bodies in it, as far as they were asked for.
+struct ComponentTree::Branches
+{
+    PartTree tree;
+    std::vector<StrongRef<ModelBody>> bodies = std::vector<StrongRef<ModelBody>>(tree.bodies.size());
 };
 
 ComponentTree::ComponentTree(std::shared_ptr<ModelSource> source, const std::wstring& name)
@@ -75,8 +45,13 @@ ComponentTree::~ComponentTree() = default;
 
 const Component* ComponentTree::find(const std::string& id) const
 {
+    return atId(id);
+}
+
+Component* ComponentTree::atId(std::string_view id) const
+{
     const auto found = m_components.find(id);
-    return found == m_components.end() ? nullptr : found->second;
+    return found == m_components.end() ? nullptr : *found;
 }
 
 ChildNames& ComponentTree::names(const Component& parent)
@@ -89,7 +64,8 @@ std::unique_ptr<Component> ComponentTree::make(const std::string& id, const Part
     auto component = std::make_unique<Component>();
     component->id = id;
     component->name = node.name;
-    m_components[id] = component.get();
+    component->notes.visit = m_visit;
+    m_components.insert(component.get());
     if (m_related)
         m_parts.add(*component, node.part);
     return component;
@@ -140,7 +116,7 @@ void ComponentTree::unrelate(Component& component)
 
 void ComponentTree::forget(Component& component)
 {
-    m_components.erase(component.id);
+    m_components.erase(m_components.find(component.id));
     m_names.erase(&component);
     unrelate(component);
     for (const auto& child : component.children)
@@ -151,6 +127,7 @@ ComponentsEvent::Changes ComponentTree::refresh()
 {
     return m_source->withKernel([&](ModelKernel& kernel) {
         m_reshaped.clear();
+        ++m_visit;
         Refresh refresh{.kernel = kernel};
         if (!m_related) {
             refreshAll(refresh);
@@ -159,9 +136,7 @@ ComponentsEvent::Changes ComponentTree::refresh()
         std::vector<TouchedPlace> places = kernel.takeTouched();
         sortByPlace(places);
         refreshStanding(refresh, places);
-        for (const TouchedPlace& place : places)
-            if (place.content)
-                refreshContent(refresh, place.entry);
+        refreshContents(refresh, places);
         keepTopmost(refresh.changes.removed);
         return std::move(refresh.changes);
     });
@@ -169,42 +144,55 @@ ComponentsEvent::Changes ComponentTree::refresh()
 
 void ComponentTree::refreshAll(Refresh& refresh)
 {
-    const PartTree tree = refresh.kernel.tree();
+    Branches all{refresh.kernel.tree()};
     m_related = true;
-    merge(refresh, tree, *m_root, tree.roots);
+    merge(refresh, all, *m_root, all.tree.roots);
     std::erase_if(m_bodies, [&](const auto& each) { return m_parts.ofPart(each.first).empty(); });
+}
+
+/// Gives what stands at each of the places, or null.
+void ComponentTree::eachBranch(Refresh& refresh, const std::vector<std::string>& places, bool deep,
+                               const Use& use)
+{
+    constexpr size_t kAtOnce = 4096; // What the kernel tells takes memory.
+    for (size_t begin = 0; begin < places.size(); begin += kAtOnce) {
+        const std::span some = std::span(places).subspan(begin, std::min(kAtOnce, places.size() - begin));
+        Branches branches{refresh.kernel.branches({some.begin(), some.end()}, deep)};
+        auto node = branches.tree.roots.begin();
+        for (const std::string& place : some) {
+            const bool stands = node != branches.tree.roots.end() && node->id == place;
+            use(place, branches, stands ? &*node++ : nullptr);
+        }
+    }
 }
 
 /// Whether something stands at the places that the tree doesn't have, or the other way round.
 void ComponentTree::refreshStanding(Refresh& refresh, const std::vector<TouchedPlace>& places)
 {
-    // What goes first, so that nothing comes into what goes.
-    std::unordered_set<std::string_view> empty;
-    for (const auto& [entry, content] : places)
-        for (Component* parent : parentsOf(entry)) {
-            Component* const child = childOf(*parent, entry);
-            if (child && !empty.contains(entry)) {
-                if (!refresh.kernel.branch(entry, false).roots.empty())
-                    break;
-                empty.insert(entry);
-            }
-            if (child)
-                remove(refresh, *parent, *child);
-        }
+    std::vector<std::string> known, missing;
     for (const auto& [entry, content] : places) {
-        PartTree branch;
-        if (!empty.contains(entry))
-            for (Component* parent : parentsOf(entry)) {
-                if (childOf(*parent, entry))
-                    continue;
-                if (branch.roots.empty())
-                    branch = refresh.kernel.branch(entry, true);
-                if (branch.roots.empty())
-                    break;
-                add(refresh, branch, *parent);
-            }
+        const Components parents = parentsOf(entry);
+        const auto has = [&](const Component* parent) { return childOf(*parent, entry) != nullptr; };
+        if (std::ranges::any_of(parents, has))
+            known.push_back(entry);
+        if (!std::ranges::all_of(parents, has))
+            missing.push_back(entry);
     }
-    settle(refresh);
+    // What goes first, so that nothing comes into what goes.
+    eachBranch(refresh, known, false, [&](const std::string& entry, Branches&, const PartTree::Node* node) {
+        if (!node)
+            for (Component* parent : parentsOf(entry))
+                if (Component* const child = childOf(*parent, entry))
+                    remove(refresh, *parent, *child);
+    });
+    eachBranch(refresh, missing, true,
+               [&](const std::string& entry, Branches& branches, const PartTree::Node* node) {
+                   if (node)
+                       for (Component* parent : parentsOf(entry))
+                           if (!childOf(*parent, entry))
+                               add(refresh, branches, *node, *parent);
+               });
+    refresh.children.settle(m_names);
 }
 
 ComponentTree::Components ComponentTree::parentsOf(const std::string& entry) const
@@ -217,96 +205,84 @@ ComponentTree::Components ComponentTree::parentsOf(const std::string& entry) con
 
 Component* ComponentTree::childOf(const Component& parent, const std::string& entry) const
 {
-    const auto found = m_components.find(idBelow(parent, entry));
-    return found == m_components.end() ? nullptr : found->second;
+    return parent.id.empty() ? atId(entry) : atId(idBelow(parent, entry));
 }
 
-void ComponentTree::add(Refresh& refresh, const PartTree& branch, Component& parent)
+/// Returns false if this refresh has dealt with it.
+bool ComponentTree::visit(Component& component)
 {
-    const PartTree::Node& node = branch.roots.front();
-    std::unique_ptr<Component>& component =
-        refresh.coming[&parent].emplace_back(make(idBelow(parent, node.id), node));
-    Component& added = *component;
-    take(refresh, branch, added, node);
+    return std::exchange(component.notes.visit, m_visit) != m_visit;
+}
+
+void ComponentTree::add(Refresh& refresh, Branches& branches, const PartTree::Node& node, Component& parent)
+{
+    Component& added = refresh.children.come(parent, make(idBelow(parent, node.id), node));
+    take(refresh, branches, added, node);
     // What is below a new component belongs to it and isn't told by itself.
-    ComponentsEvent::Changes outer = std::exchange(refresh.changes, {});
-    merge(refresh, branch, added, node.children);
-    refresh.changes = std::move(outer);
+    if (!node.children.empty()) {
+        ComponentsEvent::Changes outer = std::exchange(refresh.changes, {});
+        merge(refresh, branches, added, node.children);
+        refresh.changes = std::move(outer);
+    }
     refresh.changes.added.push_back(&added);
-    refresh.told.insert(&added);
 }
 
 void ComponentTree::remove(Refresh& refresh, Component& parent, Component& child)
 {
     refresh.changes.removed.push_back(child.id);
-    refresh.going[&parent].insert(&child);
+    refresh.children.go(parent, child);
     forget(child);
 }
 
-/// Takes out what goes, and puts in what comes.
-void ComponentTree::settle(Refresh& refresh)
+/// The components that stand at the places or show what does, without those that were dealt with already.
+ComponentTree::Components ComponentTree::touchedBy(const std::vector<TouchedPlace>& places)
 {
-    // An index of names costs as much to make anew as it does to change it for all.
-    constexpr size_t kFew = 64;
-    const auto namesOf = [&](Component* parent, size_t changes) {
-        const auto names = m_names.find(parent);
-        if (names == m_names.end() || changes <= kFew)
-            return names == m_names.end() ? nullptr : &names->second;
-        m_names.erase(names);
-        return static_cast<ChildNames*>(nullptr);
+    Components touched;
+    const auto collect = [&](Component* component) {
+        if (visit(*component))
+            touched.push_back(component);
     };
-    // A parent may be among those that go.
-    std::vector<std::unique_ptr<Component>> gone;
-    for (const auto& [parent, children] : refresh.going) {
-        ChildNames* const names = namesOf(parent, children.size());
-        std::erase_if(parent->children, [&](std::unique_ptr<Component>& child) {
-            if (!children.contains(child.get()))
-                return false;
-            if (names)
-                names->remove(*child);
-            gone.push_back(std::move(child));
-            return true;
-        });
+    for (const auto& [entry, content] : places) {
+        if (!content)
+            continue;
+        if (Component* const atTop = atId(entry))
+            collect(atTop);
+        std::ranges::for_each(m_parts.atPlace(entry), collect);
+        std::ranges::for_each(m_parts.ofPart(entry), collect);
     }
-    for (auto& [parent, children] : refresh.coming) {
-        ChildNames* const names = namesOf(parent, children.size());
-        for (const auto& child : children)
-            if (names)
-                names->add(*child);
-        auto& all = parent->children;
-        const auto before = static_cast<std::ptrdiff_t>(all.size());
-        std::ranges::move(children, std::back_inserter(all));
-        std::inplace_merge(all.begin(), all.begin() + before, all.end(), [](const auto& a, const auto& b) {
-            return lastNumber(a->id) < lastNumber(b->id);
-        });
-    }
-    refresh.coming.clear();
-    refresh.going.clear();
+    return touched;
 }
 
-void ComponentTree::refreshContent(Refresh& refresh, const std::string& entry)
+void ComponentTree::refreshContents(Refresh& refresh, const std::vector<TouchedPlace>& places)
 {
-    std::unordered_set<Component*> touched;
-    for (const Components* some : {&m_parts.atPlace(entry), &m_parts.ofPart(entry)})
-        touched.insert(some->begin(), some->end());
-    for (Component* component : touched) {
-        if (refresh.told.contains(component))
+    const Components touched = touchedBy(places);
+    std::vector<std::string> standing, otherParts;
+    for (const Component* component : touched)
+        standing.push_back(placeOf(component->id));
+    auto next = touched.begin();
+    const auto update = [&](Branches& branches, Component& component, const PartTree::Node& node) {
+        if (take(refresh, branches, component, node))
+            refresh.changes.changed.push_back(&component);
+    };
+    eachBranch(refresh, standing, false,
+               [&](const std::string&, Branches& branches, const PartTree::Node* node) {
+                   Component& component = **next++;
+                   if (!node)
+                       return;
+                   if (node->part == m_parts.partOf(component) &&
+                       (node->body < 0) == (component.body.get() == nullptr))
+                       update(branches, component, *node);
+                   else
+                       otherParts.push_back(component.id);
+               });
+    // What is in these becomes another one, and may have been touched, too.
+    for (const std::string& id : otherParts) {
+        Component* const component = atId(id);
+        if (!component)
             continue;
-        const std::string place = placeOf(component->id);
-        PartTree branch = refresh.kernel.branch(place, false);
-        if (branch.roots.empty())
-            continue;
-        const bool otherPart = branch.roots.front().part != m_parts.partOf(*component) ||
-                               (branch.roots.front().body < 0) == (component->body.get() != nullptr);
-        if (otherPart)
-            branch = refresh.kernel.branch(place, true);
-        const PartTree::Node& node = branch.roots.front();
-        if (take(refresh, branch, *component, node)) {
-            refresh.changes.changed.push_back(component);
-            refresh.told.insert(component);
-        }
-        if (otherPart)
-            merge(refresh, branch, *component, node.children);
+        Branches branches{refresh.kernel.branches({placeOf(id)}, true)};
+        update(branches, *component, branches.tree.roots.front());
+        merge(refresh, branches, *component, branches.tree.roots.front().children);
     }
 }
 
@@ -322,7 +298,7 @@ void ComponentTree::rename(Component& component, const std::wstring& name)
 }
 
 /// Returns whether anything is new.
-bool ComponentTree::take(Refresh& refresh, const PartTree& tree, Component& component,
+bool ComponentTree::take(Refresh& refresh, Branches& branches, Component& component,
                          const PartTree::Node& node)
 {
     bool changed = false;
@@ -344,9 +320,13 @@ bool ComponentTree::take(Refresh& refresh, const PartTree& tree, Component& comp
     set(component.visible, node.visible);
     StrongRef<Body> body;
     if (node.body >= 0) {
-        const StrongRef<ModelBody> own = bodyOf(tree, static_cast<size_t>(node.body));
-        if (own->update(tree.bodies[static_cast<size_t>(node.body)]))
-            refresh.changedBodies.insert(own.get());
+        const auto index = static_cast<size_t>(node.body);
+        StrongRef<ModelBody>& own = branches.bodies[index];
+        if (!own) {
+            own = bodyOf(branches.tree, index);
+            if (own->update(branches.tree.bodies[index]))
+                refresh.changedBodies.insert(own.get());
+        }
         changed |= refresh.changedBodies.contains(own.get());
         const auto* before = cast<ModelBody>(component.body.get());
         if (before && before->revision() != 0 && before->revision() != own->revision())
@@ -357,7 +337,7 @@ bool ComponentTree::take(Refresh& refresh, const PartTree& tree, Component& comp
     return changed;
 }
 
-void ComponentTree::merge(Refresh& refresh, const PartTree& tree, Component& parent,
+void ComponentTree::merge(Refresh& refresh, Branches& branches, Component& parent,
                           const std::vector<PartTree::Node>& nodes)
 {
     m_names.erase(&parent);
@@ -373,14 +353,14 @@ void ComponentTree::merge(Refresh& refresh, const PartTree& tree, Component& par
         const std::string id = idBelow(parent, node.id.substr(node.id.rfind('/') + 1));
         auto known = old.extract(id);
         std::unique_ptr<Component> component = known ? std::move(known.mapped()) : make(id, node);
-        const bool changed = take(refresh, tree, *component, node);
+        const bool changed = take(refresh, branches, *component, node);
         if (known) {
-            if (changed && refresh.told.insert(component.get()).second)
+            if (changed && visit(*component))
                 refresh.changes.changed.push_back(component.get());
-            merge(refresh, tree, *component, node.children);
+            merge(refresh, branches, *component, node.children);
         } else {
             ComponentsEvent::Changes outer = std::exchange(refresh.changes, {});
-            merge(refresh, tree, *component, node.children);
+            merge(refresh, branches, *component, node.children);
             refresh.changes = std::move(outer);
             refresh.changes.added.push_back(component.get());
         }

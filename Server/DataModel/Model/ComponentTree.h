@@ -7,9 +7,12 @@
 #include "Server/DataModel/Model/PartIndex.h"
 #include "Server/DataModel/Selection/PartHistory.h"
 
+#include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -44,19 +47,39 @@ public:
 
 private:
     struct Refresh;
+    struct Branches;
     using Components = PartIndex::Components;
+    using Use = std::function<void(const std::string& place, Branches& branches, const PartTree::Node* node)>;
+
+    struct HashOfId
+    {
+        using is_transparent = void;
+        size_t operator()(std::string_view id) const { return std::hash<std::string_view>()(id); }
+        size_t operator()(const Component* component) const { return (*this)(component->id); }
+    };
+    struct SameId
+    {
+        using is_transparent = void;
+        static std::string_view id(std::string_view id) { return id; }
+        static std::string_view id(const Component* component) { return component->id; }
+        bool operator()(const auto& a, const auto& b) const { return id(a) == id(b); }
+    };
 
     void refreshAll(Refresh& refresh);
     void refreshStanding(Refresh& refresh, const std::vector<TouchedPlace>& places);
+    static void eachBranch(Refresh& refresh, const std::vector<std::string>& places, bool deep,
+                           const Use& use);
     Components parentsOf(const std::string& entry) const;
     Component* childOf(const Component& parent, const std::string& entry) const;
-    void refreshContent(Refresh& refresh, const std::string& entry);
-    void merge(Refresh& refresh, const PartTree& tree, Component& parent,
+    void refreshContents(Refresh& refresh, const std::vector<TouchedPlace>& places);
+    Components touchedBy(const std::vector<TouchedPlace>& places);
+    void merge(Refresh& refresh, Branches& branches, Component& parent,
                const std::vector<PartTree::Node>& nodes);
-    bool take(Refresh& refresh, const PartTree& tree, Component& component, const PartTree::Node& node);
-    void add(Refresh& refresh, const PartTree& branch, Component& parent);
+    bool take(Refresh& refresh, Branches& branches, Component& component, const PartTree::Node& node);
+    void add(Refresh& refresh, Branches& branches, const PartTree::Node& node, Component& parent);
     void remove(Refresh& refresh, Component& parent, Component& child);
-    void settle(Refresh& refresh);
+    bool visit(Component& component);
+    Component* atId(std::string_view id) const;
     void rename(Component& component, const std::wstring& name);
     std::unique_ptr<Component> make(const std::string& id, const PartTree::Node& node);
     void unrelate(Component& component);
@@ -64,12 +87,13 @@ private:
 
     std::shared_ptr<ModelSource> m_source;
     std::unique_ptr<Component> m_root;
-    std::unordered_map<std::string, Component*> m_components;
+    std::unordered_set<Component*, HashOfId, SameId> m_components; ///< By their ids.
     std::map<std::string, StrongRef<ModelBody>> m_bodies;
     std::vector<ReshapedBody> m_reshaped;
     // Filled with the first refresh, for the places that later ones are told.
     bool m_related = false;
     PartIndex m_parts;
+    uint32_t m_visit = 0;                                     ///< The number of the refresh.
     std::unordered_map<const Component*, ChildNames> m_names; ///< Of those that were asked about.
 };
 

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Vs {
 
@@ -50,9 +51,10 @@ public:
     virtual std::shared_ptr<const PartSuccessors> successors(uint64_t before, uint64_t after) = 0;
     /// What was touched by changes that are committed, or reverted, since the last call of this or of `tree`.
     virtual std::vector<TouchedPlace> takeTouched() = 0;
-    /// The part of the tree that stands at a place, as if it were the whole; an empty tree if nothing stands
-    /// there. `deep` tells whether what is below is wanted as well.
-    virtual PartTree branch(const std::string& entry, bool deep) = 0;
+    /// The parts of the tree that stand at places, in their order, as the roots of one tree; the id of each
+    /// is its place. Places where nothing stands are passed over. `deep` tells whether what is below is
+    /// wanted as well.
+    virtual PartTree branches(const std::vector<std::string>& places, bool deep) = 0;
     /// The mesh of a body, made if it isn't there yet.
     virtual std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                                  const TranslatorRefinement& refinement) = 0;

@@ -2,63 +2,74 @@
 
 #include "Server/Component/ComponentIds.h"
 
+#include <utility>
+
 namespace Vs {
 
 namespace {
 
-const PartIndex::Components& listIn(const std::unordered_map<std::string, PartIndex::Components>& lists,
-                                    const std::string& key)
+using Lists = std::unordered_map<std::string, PartIndex::Components>;
+
+const PartIndex::Components& listIn(const Lists& lists, const std::string& key)
 {
     static const PartIndex::Components none;
     const auto found = lists.find(key);
     return found == lists.end() ? none : found->second;
 }
 
+bool isInAssembly(const Component& component)
+{
+    return component.id.find('/') != std::string::npos;
+}
+
+/// Returns the row that it gets.
+uint32_t append(PartIndex::Components& list, Component& component)
+{
+    list.push_back(&component);
+    return static_cast<uint32_t>(list.size() - 1);
+}
+
+/// Takes one out of a list, the last of which takes the row that becomes free.
+void takeOut(Lists& lists, Lists::iterator list, uint32_t Component::Notes::*rowOf,
+             const Component& component)
+{
+    Component* const last = list->second.back();
+    list->second.pop_back();
+    if (last != &component) {
+        list->second[component.notes.*rowOf] = last;
+        last->notes.*rowOf = component.notes.*rowOf;
+    }
+    if (list->second.empty())
+        lists.erase(list);
+}
+
 } // namespace
 
 void PartIndex::add(Component& component, const std::string& part)
 {
-    Components& ofPart = m_ofPart[part];
-    Components& atPlace = m_atPlace[placeOf(component.id)];
-    m_known[&component] = {part, ofPart.size(), atPlace.size()};
-    ofPart.push_back(&component);
-    atPlace.push_back(&component);
+    const auto ofPart = m_ofPart.try_emplace(part).first;
+    component.notes.part = &ofPart->first;
+    component.notes.rowOfPart = append(ofPart->second, component);
+    if (isInAssembly(component))
+        component.notes.rowAtPlace = append(m_atPlace[placeOf(component.id)], component);
 }
 
-std::string PartIndex::remove(const Component& component)
+std::string PartIndex::remove(Component& component)
 {
-    const auto found = m_known.extract(&component);
-    if (!found)
+    if (!component.notes.part)
         return {};
-    const Known& known = found.mapped();
-    removeFrom(m_atPlace, placeOf(component.id), component, known.rowAtPlace, &Known::rowAtPlace);
-    return removeFrom(m_ofPart, known.part, component, known.rowOfPart, &Known::rowOfPart) ? known.part
-                                                                                           : std::string();
-}
-
-/// Returns whether the list is gone. The last of it takes the row that becomes free.
-bool PartIndex::removeFrom(Lists& lists, const std::string& key, const Component& component, size_t row,
-                           size_t Known::*rowOf)
-{
-    const auto found = lists.find(key);
-    Components& list = found->second;
-    Component* const last = list.back();
-    list.pop_back();
-    if (last != &component) {
-        list[row] = last;
-        m_known.find(last)->second.*rowOf = row;
-    }
-    if (!list.empty())
-        return false;
-    lists.erase(found);
-    return true;
+    if (isInAssembly(component))
+        takeOut(m_atPlace, m_atPlace.find(placeOf(component.id)), &Component::Notes::rowAtPlace, component);
+    const auto ofPart = m_ofPart.find(*std::exchange(component.notes.part, nullptr));
+    std::string part = ofPart->second.size() == 1 ? ofPart->first : std::string();
+    takeOut(m_ofPart, ofPart, &Component::Notes::rowOfPart, component);
+    return part;
 }
 
 const std::string& PartIndex::partOf(const Component& component) const
 {
     static const std::string none;
-    const auto found = m_known.find(&component);
-    return found == m_known.end() ? none : found->second.part;
+    return component.notes.part ? *component.notes.part : none;
 }
 
 const PartIndex::Components& PartIndex::ofPart(const std::string& part) const

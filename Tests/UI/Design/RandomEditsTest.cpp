@@ -38,6 +38,19 @@ protected:
         case 3:
             answer(L"Design.ShowAll");
             break;
+        case 4:
+            answer(L"Design.Copy \"" + part + L"\" 1 0 0." + name);
+            break;
+        case 5:
+            answer(L"Design.Pattern \"" + part + L"\" X 1 3");
+            break;
+        case 6:
+        case 7:
+            answer(std::wstring(L"Design.Colour ") + (random() % 2 ? L"Red \"" : L"Blue \"") + part + L'"');
+            break;
+        case 8:
+            answer(L"Design.Move \"" + part + L"\" 0 0." + name + L" 0");
+            break;
         default:
             answer(L"NamedView.AddNamedView");
         }
@@ -45,7 +58,7 @@ protected:
 
     static uint64_t digest() { return Vs::modelDigest(*asset()); }
 
-    static constexpr unsigned kKinds = 6;
+    static constexpr unsigned kKinds = 11;
     std::mt19937 random{TestSupport::seed()};
 };
 

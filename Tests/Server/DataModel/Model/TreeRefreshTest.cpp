@@ -27,10 +27,10 @@ std::string asText(const PartTree& tree, const std::vector<PartTree::Node>& node
     std::ostringstream text;
     for (const PartTree::Node& node : nodes) {
         text << node.id << ' ' << Strings::narrow(node.name) << ' ' << node.visible << ' '
-             << node.colour.has_value();
+             << node.colour.value_or(Colour{-1, -1, -1, -1}).r;
         for (const auto& row : node.placement.entry)
             for (const double value : row)
-                text << ' ' << value;
+                text << ' ' << value + 0.0; // A file may have -0.
         if (node.body >= 0) {
             const PartTree::Body& body = tree.bodies[static_cast<size_t>(node.body)];
             text << ' ' << Strings::narrow(body.name) << ' ' << body.colour.r;
@@ -45,10 +45,10 @@ std::string asText(const Component& parent)
     std::ostringstream text;
     for (const auto& child : parent.children) {
         text << child->id << ' ' << Strings::narrow(child->name) << ' ' << child->visible << ' '
-             << child->colour.has_value();
+             << child->colour.value_or(Colour{-1, -1, -1, -1}).r;
         for (const auto& row : child->placement.entry)
             for (const double value : row)
-                text << ' ' << value;
+                text << ' ' << value + 0.0; // A file may have -0.
         if (child->body)
             text << ' ' << Strings::narrow(child->body->name()) << ' ' << child->body->colour().r;
         text << '\n' << asText(*child);
@@ -129,7 +129,7 @@ protected:
         }
         const std::string id = all[random() % all.size()]->id;
         const GkMatrix3d aside = GkMatrix3d::translation({double(number), 0, 1});
-        switch (random() % 5) {
+        switch (random() % 8) {
         case 0:
             return run(asset, DeleteRequest::make(&asset, {{id}}));
         case 1:
@@ -138,6 +138,13 @@ protected:
             return run(asset, VisibilityRequest::make({{id}}, !asset.findComponent(id)->visible));
         case 3:
             return run(asset, EditRequest::make(&asset, L"Move", MoveEdit{{id}, aside}));
+        case 4:
+        case 5: {
+            // No colour, and a few that come again and again.
+            const auto red = static_cast<float>(number % 4) / 4;
+            const auto colour = number % 4 ? std::optional(Colour{red, 0, 1, 1}) : std::nullopt;
+            return run(asset, EditRequest::make(&asset, L"Colour", ColourEdit{{{id}}, colour}));
+        }
         default:
             return run(asset, EditRequest::make(&asset, L"Copy", CopyEdit{{id}, {aside}}));
         }
