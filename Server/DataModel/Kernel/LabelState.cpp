@@ -168,8 +168,8 @@ void LabelLog::note(const TDF_Label& label)
 
 std::vector<LabelDifference> LabelLog::take()
 {
-    // After a change of thousands, every later one would walk over the places that they had.
-    m_known.Clear(true);
+    // A map that is emptied keeps its size: after thousands, every later one would be walked over.
+    TDF_LabelMap().Exchange(m_known);
     for (LabelDifference& each : m_noted)
         each.after = LabelState::of(each.label);
     std::erase_if(m_noted, [](const LabelDifference& each) { return each.before == each.after; });

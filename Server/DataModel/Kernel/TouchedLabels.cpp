@@ -66,11 +66,12 @@ void TouchedLabels::add(const TDF_Label& label, bool content)
 
 std::vector<TouchedPlace> TouchedLabels::take()
 {
+    // A map that is emptied keeps its size: after thousands, every later one would be walked over.
+    decltype(m_places) places;
+    places.Exchange(m_places);
     std::vector<TouchedPlace> touched;
-    for (decltype(m_places)::Iterator each(m_places); each.More(); each.Next())
+    for (decltype(m_places)::Iterator each(places); each.More(); each.Next())
         touched.push_back({entryOf(each.Key()), each.Value()});
-    // After a change of thousands, every later one would walk over the places that they had.
-    m_places.Clear(true);
     return touched;
 }
 
