@@ -3,6 +3,7 @@
 #include "Server/Translate/LabelledStepWriter.h"
 #include "Server/Translate/Reading.h"
 #include "Server/Translate/ShortNames.h"
+#include "Server/Translate/WholeCharacters.h"
 
 #include <APIHeaderSection_MakeHeader.hxx>
 #include <Interface_Static.hxx>
@@ -48,6 +49,8 @@ void writeStep(Kernel::XdeModel& model, const Writing& writing, const std::strin
     reporter.stage("writing the file", 0.7, 1.0);
     if (writer.Write(path.c_str()) != IFSelect_RetDone)
         throw Unreadable("can't be written");
+    // The kernel breaks lines by their bytes, and its reader takes what it broke for other letters.
+    keepCharactersWhole(path);
 }
 
 } // namespace Vs::Translate

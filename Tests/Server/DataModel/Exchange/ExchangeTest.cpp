@@ -204,9 +204,10 @@ TEST_F(ExchangeTest, ANameOfTheGreatestLengthIsWritten)
 
 TEST_F(ExchangeTest, APartWithANameOfAMegabyteIsWrittenSoThatItCanBeReadAgain)
 {
-    // IGES knows no other letters than those of ASCII, and STEP spells others out.
-    for (const auto& [file, letter] : {std::pair{"long.stp", L'n'}, std::pair{"long.igs", L'n'},
-                                       std::pair{"long.glb", L'\u00e4'}, std::pair{"long.obj", L'\u00e4'}}) {
+    // IGES knows no other letters than those of ASCII.
+    for (const auto& [file, letter] :
+         {std::pair{"long.stp", L'n'}, std::pair{"letters.stp", L'\u4e00'}, std::pair{"long.igs", L'n'},
+          std::pair{"long.glb", L'\u00e4'}, std::pair{"long.obj", L'\u00e4'}}) {
         SCOPED_TRACE(file);
         Asset* asset = newAsset();
         const std::wstring name = L"Long" + std::wstring(1'000'000, letter);

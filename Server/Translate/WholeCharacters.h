@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace Vs::Translate {
+
+/// Moves each line break of a text file that stands amid the bytes of one character (UTF-8) behind them; the
+/// file keeps its size. Does nothing to a file that can't be opened for that.
+void keepCharactersWhole(const std::string& path);
+
+} // namespace Vs::Translate
