@@ -8,7 +8,7 @@ marked; times below the noise of the machine are not.
     Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--kernel] [--build DIR] [WHAT...]
 
 WHAT is of parts, names, documents, assets (see Growth/lines.py). With --kernel, the STEP file of the parts is also read
-by a program that does nothing but call the kernel, which takes four times as long for twice as much.
+and written by programs that do nothing but call the kernel, which take four times as long for twice as much.
 """
 
 import argparse
@@ -24,11 +24,14 @@ WHOLE_LIMIT, STEP_LIMIT = 1.1, 0.1
 NOISE = 20e-6  # Seconds: what is below isn't marked.
 
 
-def read_by_kernel(quillet, file):
-    """The seconds of the bare kernel."""
-    result = subprocess.run([quillet.with_name("kernel_floor"), file, file.with_suffix(".kernel.stl")], capture_output=True,
-                            text=True, check=True)
-    return json.loads(result.stdout)["read_ms"] / 1000
+def by_kernel(quillet, file):
+    """The seconds of the bare kernel for reading and for writing."""
+    def milliseconds(what, program, *arguments):
+        result = subprocess.run([quillet.with_name(program), *arguments], capture_output=True, text=True, check=True)
+        return json.loads(result.stdout)[what]
+    stored = file.with_suffix(".xbf")
+    read = milliseconds("read_ms", "kernel_floor", "--store", stored, file, file.with_suffix(".kernel.stl"))
+    return read / 1000, milliseconds("write_ms", "kernel_floor_step", stored, file.with_suffix(".kernel.stp")) / 1000
 
 
 def run(quillet, what, count, kernel):
@@ -42,7 +45,8 @@ def run(quillet, what, count, kernel):
             sys.exit(f"{what} {count} failed ({result.returncode}):\n{result.stdout[-2000:]}{result.stderr[-2000:]}")
         took = {(kind, name): seconds for kind, name, seconds in json.loads(answers[-1].removeprefix("GROWTH "))}
         if kernel and what == "parts":
-            took["whole", "the bare kernel's open .stp"] = read_by_kernel(quillet, pathlib.Path(folder) / "parts.stp")
+            (took["whole", "the bare kernel's open .stp"],
+             took["whole", "the bare kernel's save .stp"]) = by_kernel(quillet, pathlib.Path(folder) / "parts.stp")
     return took
 
 
