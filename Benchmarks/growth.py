@@ -5,21 +5,26 @@ For each line the times with the fewest and with the most, and the exponent betw
 as much takes twice as long, 0 where it makes no difference. A whole operation above 1.1, and a single step above 0.1, is
 marked; times below the noise of the machine are not.
 
-    Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--kernel] [--build DIR] [WHAT...]
+    Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--window] [--kernel] [--build DIR] [WHAT...]
 
-WHAT is of parts, names, documents, assets (see Growth/lines.py). With --kernel, the STEP file of the parts is also read
+WHAT is of parts, names, documents, assets, files (see Growth/lines.py). With --window, all runs in a window on a screen of
+its own (Xvfb), where the browser follows each line. With --kernel, the STEP file of the parts is also read
 and written by programs that do nothing but call the kernel, which take four times as long for twice as much.
 """
 
 import argparse
+import contextlib
 import json
 import math
+import os
 import pathlib
 import subprocess
 import sys
 import tempfile
 
-HERE = pathlib.Path(__file__).parent
+import window
+
+HERE = pathlib.Path(__file__).resolve().parent
 WHOLE_LIMIT, STEP_LIMIT = 1.1, 0.1
 NOISE = 20e-6  # Seconds: what is below isn't marked.
 
@@ -34,12 +39,13 @@ def by_kernel(quillet, file):
     return read / 1000, milliseconds("write_ms", "kernel_floor_step", stored, file.with_suffix(".kernel.stp")) / 1000
 
 
-def run(quillet, what, count, kernel):
+def run(quillet, what, count, kernel, display):
     """The seconds of each line, by its kind and name."""
     with tempfile.TemporaryDirectory() as folder:
         profile = pathlib.Path(folder) / "profile"
-        result = subprocess.run([quillet, "--headless", "--profile-dir", profile, "--script", HERE / "Growth/lines.py", "--",
-                                 what, str(count), folder], capture_output=True, text=True)
+        result = subprocess.run([quillet, *([] if display else ["--headless"]), "--profile-dir", profile, "--script",
+                                 HERE / "Growth/lines.py", "--", what, str(count), folder], capture_output=True, text=True,
+                                cwd=folder, env=dict(os.environ, **({"DISPLAY": display} if display else {})))
         answers = [line for line in result.stdout.splitlines() if line.startswith("GROWTH ")]
         if result.returncode != 0 or not answers:
             sys.exit(f"{what} {count} failed ({result.returncode}):\n{result.stdout[-2000:]}{result.stderr[-2000:]}")
@@ -50,10 +56,10 @@ def run(quillet, what, count, kernel):
     return took
 
 
-def smallest(quillet, what, count, rounds, kernel):
+def smallest(quillet, what, count, arguments, display):
     best = {}
-    for _ in range(rounds):
-        for key, seconds in run(quillet, what, count, kernel).items():
+    for _ in range(arguments.rounds):
+        for key, seconds in run(quillet, what, count, arguments.kernel, display).items():
             best[key] = min(seconds, best.get(key, math.inf))
     return best
 
@@ -73,13 +79,15 @@ def main():
     parser.add_argument("--doublings", type=int, default=3)
     parser.add_argument("--rounds", type=int, default=3)
     parser.add_argument("--build", default=str(HERE.parent / "build/release"))
+    parser.add_argument("--window", action="store_true")
     parser.add_argument("--kernel", action="store_true")
-    parser.add_argument("what", nargs="*", default=["parts", "names", "documents", "assets"])
+    parser.add_argument("what", nargs="*", default=["parts", "names", "documents", "assets", "files"])
     arguments = parser.parse_args()
-    quillet = pathlib.Path(arguments.build) / "root/bin/quillet"
+    quillet = pathlib.Path(arguments.build).resolve() / "root/bin/quillet"
     counts = [arguments.first << doubling for doubling in range(arguments.doublings + 1)]
-    for what in arguments.what:
-        show(what, counts, [smallest(quillet, what, count, arguments.rounds, arguments.kernel) for count in counts])
+    with window.screen() if arguments.window else contextlib.nullcontext() as display:
+        for what in arguments.what:
+            show(what, counts, [smallest(quillet, what, count, arguments, display) for count in counts])
 
 
 if __name__ == "__main__":

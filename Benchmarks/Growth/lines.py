@@ -2,11 +2,12 @@
 
     quillet --headless --script lines.py -- WHAT N FOLDER
 
-WHAT is "parts" (a box and its copies, all of one name), "names" (as many parts, each with a name of its own), "documents"
-or "assets".
+WHAT is "parts" (a box and its copies, all of one name), "names" (as many parts, each with a name of its own), "documents",
+"assets" or "files" (as many in the list of recent ones).
 """
 
 import json
+import os
 import pathlib
 import sys
 import time
@@ -66,7 +67,10 @@ def parts():
     whole("Design.Colour all, and back", f"Design.Colour Red {everything}", "VuCommands.UndoCmd")
     whole("delete half of the copies, and back", "Selection.Select " + " ".join(f"Box1:{n}" for n in range(1, count, 2)),
           "Commands.Start DeleteCommand", "VuCommands.UndoCmd", "VuCommands.RedoCmd", "VuCommands.UndoCmd")
+    step("delete one copy", f"Selection.Select Box1:{count // 2}", "Commands.Start DeleteCommand", "VuCommands.UndoCmd")
     whole("Model.Digest", "Model.Digest")
+    whole("checks of all", "Component.CheckCount count", "Body.CheckVolume volume", "Body.CheckArea area",
+          "Body.CheckBounds bounds", "Model.CheckDigest digest")
     for suffix in ("tdsn", "stp", "glb", "stl", "obj"):
         whole(f"save .{suffix}", f"Design.Export {file('parts.' + suffix)}" if suffix != "tdsn"
               else f"Document.SaveAs {file('parts.tdsn')}")
@@ -95,6 +99,17 @@ def assets():
     whole("Asset.Create for each", *["Asset.Create VeloraAssetType"] * count)
     step("Asset.List", "Asset.List")
     step("Asset.Create", "Asset.Create VeloraAssetType")
+
+
+def files():
+    clock("Design.New")
+    clock("Design.Box 1 1 1")
+    clock(f"Document.SaveAs {file('first.tdsn')}")
+    for number in range(count):
+        os.link(folder / "first.tdsn", folder / f"{number}.tdsn")
+    clock("Document.CloseAll")
+    whole("Document.Open for each", *[line for number in range(count)
+                                      for line in (f"Document.Open {file(f'{number}.tdsn')}", "Document.CloseAll")])
 
 
 globals()[what]()
