@@ -67,7 +67,8 @@ def parts():
     whole("Design.Colour all, and back", f"Design.Colour Red {everything}", "VuCommands.UndoCmd")
     whole("delete half of the copies, and back", "Selection.Select " + " ".join(f"Box1:{n}" for n in range(1, count, 2)),
           "Commands.Start DeleteCommand", "VuCommands.UndoCmd", "VuCommands.RedoCmd", "VuCommands.UndoCmd")
-    step("delete one copy", f"Selection.Select Box1:{count // 2}", "Commands.Start DeleteCommand", "VuCommands.UndoCmd")
+    whole("delete the pattern, and back", f"Selection.Select Box1:{count // 2}", "Commands.Start DeleteCommand",
+          "VuCommands.UndoCmd")
     whole("Model.Digest", "Model.Digest")
     whole("checks of all", "Component.CheckCount count", "Body.CheckVolume volume", "Body.CheckArea area",
           "Body.CheckBounds bounds", "Model.CheckDigest digest")
@@ -109,7 +110,7 @@ def files():
         os.link(folder / "first.tdsn", folder / f"{number}.tdsn")
     clock("Document.CloseAll")
     whole("Document.Open for each", *[line for number in range(count)
-                                      for line in (f"Document.Open {file(f'{number}.tdsn')}", "Document.CloseAll")])
+                                      for line in (f"Document.Open {file(f'{number}.tdsn')}", "Document.CloseAll", "Script.Settle")])
 
 
 globals()[what]()

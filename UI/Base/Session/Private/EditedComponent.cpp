@@ -2,6 +2,7 @@
 
 #include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/Selection/PartHistory.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/NodeChange.h"
@@ -13,15 +14,12 @@ namespace Vu {
 
 using Vs::Scene::NodeChange;
 
-EditedComponent::EditedComponent(AssetSession& session) : m_session(session)
+EditedComponent::EditedComponent(AssetSession& session)
+    : ComponentsListener(session.asset()), m_session(session)
 {
-    Vs::AssetEventSource::get()->subscribe(this);
 }
 
-EditedComponent::~EditedComponent()
-{
-    Vs::AssetEventSource::get()->unsubscribe(this);
-}
+EditedComponent::~EditedComponent() = default;
 
 void EditedComponent::show()
 {
@@ -54,7 +52,7 @@ void EditedComponent::dropSelection()
 // What a preview takes away comes back.
 void EditedComponent::assetComponentsChanged(Vs::ComponentsEvent* event)
 {
-    if (event->asset() != m_session.asset() || m_shown.empty())
+    if (m_shown.empty())
         return;
     if (!Vs::showsPreview(*event->asset()))
         while (!m_session.editedComponent().empty() &&

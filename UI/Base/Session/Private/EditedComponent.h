@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Server/Base/StrongRef.h"
-#include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/ComponentsListener.h"
 #include "Server/Scene/Node.h"
+
+#include <string>
 
 namespace Vu {
 
@@ -10,7 +12,7 @@ class AssetSession;
 
 /// Shows the component that a session edits by itself (AssetSession::editedComponent) as it is, and the rest
 /// of the model as a ghost; leaves its environment when it is gone. Made by AssetSession.
-class EditedComponent : private Vs::AssetEventSite
+class EditedComponent : private Vs::ComponentsListener
 {
 public:
     explicit EditedComponent(AssetSession& session);
