@@ -52,18 +52,19 @@ void paint(const Document& document, const TDF_Label& label, const std::optional
         tool->SetColor(label, toKernel(*colour), XCAFDoc_ColorSurf);
 }
 
-void paintFace(const Document& document, const TDF_Label& part, uint32_t index, const ColourEdit& edit,
-               ShapeLog& log)
+/// Paints a face or a solid of a part.
+void paintPiece(const Document& document, const TDF_Label& part, const ObjectPath& piece,
+                const ColourEdit& edit, ShapeLog& log)
 {
     const Handle(XCAFDoc_ShapeTool) tool = XCAFDoc_DocumentTool::ShapeTool(document->Main());
     const TopoDS_Shape body = bodyShape(part);
-    const TopoDS_Shape face = SubShapes(body).part(ObjectPath::Leaf::Face, index);
-    if (face.IsNull())
+    const TopoDS_Shape shape = SubShapes(body).part(piece.leaf, piece.index);
+    if (shape.IsNull())
         throw EditError(EditFault::NoSuchPart, nameOf(part));
     // Its parts are no shapes of the model, which could have a colour.
     if (isOfTriangles(body))
         throw EditError(EditFault::Triangles, nameOf(part));
-    if (face.IsSame(body)) {
+    if (shape.IsSame(body)) {
         paint(document, part, edit.colour);
         return;
     }
@@ -71,7 +72,7 @@ void paintFace(const Document& document, const TDF_Label& part, uint32_t index, 
     const TopoDS_Shape changed = renewed(body);
     replaceShape(document, part, changed, [](const TopoDS_Shape& same) { return std::vector{same}; });
     log.note(body, changed, nullptr);
-    const TopoDS_Shape placed = face.Moved(XCAFDoc_ShapeTool::GetShape(part).Location());
+    const TopoDS_Shape placed = shape.Moved(XCAFDoc_ShapeTool::GetShape(part).Location());
     TDF_Label label;
     if (!tool->FindSubShape(part, placed, label))
         tool->AddSubShape(part, placed, label);
@@ -90,8 +91,8 @@ std::vector<std::string> apply(const Document& document, const ColourEdit& edit,
             paint(document, occurrence.label(), edit.colour);
         else if (object.leaf == ObjectPath::Leaf::Body)
             paint(document, occurrence.shown(), edit.colour);
-        else if (object.leaf == ObjectPath::Leaf::Face)
-            paintFace(document, occurrence.shown(), object.index, edit, log);
+        else if (object.leaf == ObjectPath::Leaf::Face || object.leaf == ObjectPath::Leaf::Solid)
+            paintPiece(document, occurrence.shown(), object, edit, log);
         else
             throw EditError(EditFault::NoSuchPart, nameOf(occurrence.label()));
     }

@@ -13,7 +13,7 @@ namespace Vu::Design {
 
 // clang-format off
 constinit const EditRow ColourCmd::kRow = {
-    .key = L"ColourCommand", .title = "Colour", .tooltip = "Colour components, bodies or faces", .icon = &Resources::Colour};
+    .key = L"ColourCommand", .title = "Colour", .tooltip = "Colour components, bodies, solids or faces", .icon = &Resources::Colour};
 
 namespace {
 

@@ -350,6 +350,11 @@ TEST_F(EditSolidsTest, ColoursAreOfComponentsBodiesAndFacesAndOutliveOtherChange
     EXPECT_GE(painted(blue), 1); // the wall of the hole
     edit(*asset, Vs::ColourEdit{{{copy}}, {}});
     EXPECT_FALSE(asset->findComponent(copy)->colour);
+    const auto before = painted(blue);
+    edit(*asset, Vs::NestEdit{{box(5, 5, 5, {100, 0, 0}, L"Second")}, copy});
+    edit(*asset, Vs::ColourEdit{{{id, Leaf::Solid, 1}}, blue});
+    EXPECT_EQ(painted(blue), before + 6) << "all faces of the solid, and none of the other's";
+    EXPECT_EQ(painted(green), 2);
     expectRefused(Vs::ColourEdit{{{id, Leaf::Face, 99}}, blue}, "Face100");
     expectRefused(Vs::ColourEdit{{{id, Leaf::Edge, 0}}, blue}, "no such");
     expectRefused(Vs::ColourEdit{{{id}}, Vs::Colour{2, 0, 0, 1}}, "0 to 1");

@@ -15,6 +15,10 @@
 #include "UI/Base/View/MouseEvents.h"
 #include "UI/Base/View/SceneEvaluator.h"
 
+#include <algorithm>
+#include <map>
+#include <set>
+
 namespace Vu {
 
 using Leaf = Vs::ObjectPath::Leaf;
@@ -67,6 +71,46 @@ unsigned partsWanted(const Wanted& wanted)
     for (const Part part : {Part::Face, Part::Edge, Part::Vertex})
         parts |= wanted(leafOf(part)) ? 1u << unsigned(part) : 0;
     return parts;
+}
+
+using FacesOfComponents = std::map<std::string, std::set<uint32_t>>;
+
+FacesOfComponents facesIn(const GroupNode& fragment, const Vs::Scene::Projection& projection,
+                          const Vs::Scene::AreaWish& wish, const Vs::Scene::SceneAssetAdapter& scene)
+{
+    FacesOfComponents faces;
+    for (const auto& picked : pickArea(fragment, projection, wish))
+        if (const std::string& component = componentOf(picked.path, scene); !component.empty() && picked.part)
+            faces[component].insert(picked.part->index);
+    return faces;
+}
+
+/// The solids of parts that have several of them, by their faces: a solid lies in the rectangle if all of
+/// its faces do, and is seen if one of them is.
+std::vector<Vs::ObjectPath> solidsIn(const GroupNode& fragment, const Vs::Scene::Projection& projection,
+                                     Vs::Scene::AreaWish wish, const AssetSession& session,
+                                     const Vs::Scene::SceneAssetAdapter& scene)
+{
+    wish.bodies = false;
+    wish.parts = 1u << unsigned(Part::Face);
+    Vs::Scene::AreaWish whole = wish, seen = wish;
+    whole.visibleOnly = whole.visibleOnly && whole.crossing;
+    seen.crossing = true;
+    FacesOfComponents visible = facesIn(fragment, projection, seen, scene);
+    std::vector<Vs::ObjectPath> solids;
+    for (const auto& [id, faces] : facesIn(fragment, projection, whole, scene)) {
+        const Vs::Component* component = session.asset()->findComponent(id);
+        const uint32_t count = component ? Vs::solidCount(*component) : 0;
+        for (uint32_t solid = 0; count > 1 && solid < count; ++solid) {
+            const std::vector<uint32_t> own = Vs::facesOfSolid(*component, solid);
+            const auto isIn = [&](uint32_t face) { return faces.contains(face); };
+            const auto isSeen = [&](uint32_t face) { return visible[id].contains(face); };
+            if ((wish.crossing ? std::ranges::any_of(own, isIn) : std::ranges::all_of(own, isIn)) &&
+                std::ranges::any_of(own, isSeen))
+                solids.push_back({id, Leaf::Solid, solid});
+        }
+    }
+    return solids;
 }
 
 } // namespace
@@ -146,6 +190,11 @@ std::vector<Vs::StrongRef<Vs::Selection>> objectsIn(const GraphicsCanvas& canvas
         objects.emplace_back(new Vs::LogicalSelection(
             session.asset(), Vs::ObjectPath{component, leaf, picked.part ? picked.part->index : 0}, nullptr));
     }
+    // Whole components or bodies have their solids in them.
+    if (!bodies && wanted(Leaf::Solid))
+        for (const Vs::ObjectPath& solid :
+             solidsIn(*fragment->viewFragmentNode(), projection, wish, session, *scene))
+            objects.emplace_back(new Vs::LogicalSelection(session.asset(), solid, nullptr));
     return objects;
 }
 
