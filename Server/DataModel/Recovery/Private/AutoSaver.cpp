@@ -354,9 +354,13 @@ void AutoSaver::ended(const std::string& cause)
 // stay behind.
 void AutoSaver::stopChild()
 {
-    const std::unique_ptr<Running> running = std::move(m_running);
-    if (!running)
+    if (!m_running)
         return;
+    if (const auto cause = m_running->child->poll()) {
+        ended(*cause);
+        return;
+    }
+    const std::unique_ptr<Running> running = std::move(m_running);
     running->child.reset();
     std::error_code error;
     if (std::filesystem::exists(running->file, error))
