@@ -77,8 +77,16 @@ void saveCopy(const std::wstring& file, const std::wstring& name)
                                           localized("SaveACopy", "Save a Copy"), path, L""))
         return;
     auto* controller = Vs::AutoSaveController::get();
-    // What goes wrong is told, and the file kept; as it is where the copy lacks steps.
-    if (controller->saveRecoveryFileAs(file, path) && controller->stepsBehind(file) == 0)
+    // What goes wrong is told, and the file kept.
+    if (!controller->saveRecoveryFileAs(file, path))
+        return;
+    if (const size_t steps = controller->stepsBehind(file))
+        Application::get()->inform(
+            localizedFormat("LeftCopyLacksSteps",
+                            "The copy lacks the last steps of a script (%1%). They are there when \"%2%\" is "
+                            "brought back.",
+                            steps, name));
+    else
         static_cast<void>(controller->deleteARecoveryFile(file));
 }
 

@@ -2,6 +2,7 @@
 // notification about one that went without a question. All through Qt's events in a window.
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/AutoSaveDisabler.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/UI/Becomes.h"
 #include "Tests/UI/Commands/Documents/AutoSaveFixture.h"
@@ -28,6 +29,8 @@
 #include <QUrl>
 
 #include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
 
 using namespace Vu;
 using Vs::Document;
@@ -123,10 +126,12 @@ protected:
     void pressInList(qsizetype button) const
     {
         QTest::mouseClick(window()->bell(), Qt::LeftButton);
-        ASSERT_FALSE(window()->bell()->panel()->rows().empty());
-        NotificationRow* row = window()->bell()->panel()->rows().front();
-        ASSERT_EQ(row->notification(), left());
-        QTest::mouseClick(row->findChildren<QToolButton*>(QStringLiteral("notificationAction"))[button],
+        const std::vector<NotificationRow*>& rows = window()->bell()->panel()->rows();
+        const auto row = std::find_if(rows.begin(), rows.end(), [](const NotificationRow* each) {
+            return each->notification() == left();
+        });
+        ASSERT_NE(row, rows.end());
+        QTest::mouseClick((*row)->findChildren<QToolButton*>(QStringLiteral("notificationAction"))[button],
                           Qt::LeftButton);
         settle();
     }
@@ -231,6 +236,31 @@ TEST_F(ClosedDocumentsTest, WhatIsBroughtBackHasItsFileIfThatIsThere)
         answerBoxes(kDontSave);
         answer(L"Document.CloseAll");
     }
+}
+
+TEST_F(ClosedDocumentsTest, LinesBehindTheFileComeBackAsWell)
+{
+    dirtyDocument(L"Part");
+    ASSERT_TRUE(Vs::AutoSaveController::get()->writeAll());
+    {
+        // As where the disk is full: what comes now stands in the journal alone.
+        const Vs::AutoSaveDisabler disabler(activeDocument());
+        answer(L"Design.Box 7 8 9");
+        answer(L"VuCommands.NewDocumentCmd VeloraAssetType");
+    }
+    settle();
+    ASSERT_TRUE(left());
+    // A copy would lack them.
+    FileDialog::responder([&](const auto&, std::vector<std::wstring>& names) {
+        names = {scratch(L"Copy.vlra")};
+        return true;
+    });
+    pressInList(1);
+    ASSERT_TRUE(left());
+    pressInList(0);
+    ASSERT_TRUE(find(L"Part"));
+    EXPECT_EQ(run(L"Selection.Select Box2").first, 0u);
+    EXPECT_FALSE(left());
 }
 
 TEST_F(ClosedDocumentsTest, ACopyOfWhatWasClosedIsSavedAndWhatFailsKeepsIt)
