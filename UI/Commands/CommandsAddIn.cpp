@@ -56,6 +56,7 @@
 #include "UI/Commands/Selection/UndoCmds.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
+#include "UI/Commands/Shells/AreaCmds.h"
 #include "UI/Commands/Shells/AssetCmds.h"
 #include "UI/Commands/Shells/DefaultShellFactory.h"
 #include "UI/Commands/Shells/EnvironmentCmds.h"
@@ -63,6 +64,8 @@
 #include "UI/Commands/Shells/LayoutCmds.h"
 #include "UI/Commands/Shells/ShellCmds.h"
 #include "UI/Commands/Shells/SplitViewLayoutCmd.h"
+#include "UI/Commands/Shells/ToolbarCmds.h"
+#include "UI/Commands/Shells/ToolbarsCmd.h"
 #include "UI/Commands/Shells/WindowCmds.h"
 #include "UI/Commands/Transcripts/DebugDialogCmds.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
@@ -87,6 +90,7 @@ public:
         SaveAllDocumentsCmdDef::createCommandDef();
         SaveDocumentCopyCmdDef::createCommandDef();
         SplitViewLayoutCmdDef::createCommandDef();
+        ToolbarsCmdDef::createCommandDef();
         WelcomeScreenCmdDef::createCommandDef();
         UndoRedoDropDownCommandDef::createCommandDefs();
     }
@@ -140,7 +144,17 @@ private:
     UndoCmdDef m_undoCmdDef;
     RedoCmdDef m_redoCmdDef;
     RepeatCmdDef m_repeatCmdDef;
+    HideTextCommandsCmdDef m_hideTextCommandsCmdDef;
+    ShowTextCommandsCmdDef m_showTextCommandsCmdDef;
+    HideDesignFeedCmdDef m_hideDesignFeedCmdDef;
+    ShowDesignFeedCmdDef m_showDesignFeedCmdDef;
     ProductTourGuideCmdDef m_productTourGuideCmdDef;
+    ShowCommandToolbarCmdDef m_showCommandToolbarCmdDef;
+    HideCommandToolbarCmdDef m_hideCommandToolbarCmdDef;
+    ShowNavigationToolbarCmdDef m_showNavigationToolbarCmdDef;
+    HideNavigationToolbarCmdDef m_hideNavigationToolbarCmdDef;
+    ShowBrowserCmdDef m_showBrowserCmdDef;
+    HideBrowserCmdDef m_hideBrowserCmdDef;
     HelpCmdDef m_helpCmdDef;
     SubscriptionCmdDef m_subscriptionCmdDef;
     VideosCmdDef m_videosCmdDef;
@@ -176,6 +190,8 @@ private:
     CloseWorkspaceCmdDef m_closeWorkspaceCmdDef;
     ShowWorkspaceFullScreenCmdDef m_showWorkspaceFullScreenCmdDef;
     ShowWorkspaceNormalCmdDef m_showWorkspaceNormalCmdDef;
+    DockAssetToolbarsToTopCmdDef m_dockAssetToolbarsToTopCmdDef;
+    DockAssetToolbarsToBottomCmdDef m_dockAssetToolbarsToBottomCmdDef;
     ActivateEnvironmentCmdDef m_activateEnvironmentCmdDef;
     ReturnToEnvironmentCmdDef m_returnToEnvironmentCmdDef;
     CycleWorkspacesForwardCmdDef m_cycleWorkspacesForwardCmdDef;

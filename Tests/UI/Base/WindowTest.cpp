@@ -421,7 +421,9 @@ TEST_F(WindowTest, TheCommandLineKeepsTheKeyboardThroughAnotherLayout)
     layout->addChild(std::make_unique<Area>(L"Canvas", Area::graphicsCanvas()));
     layout->addChild(std::make_unique<Area>(L"Line", Vs::UniqueString::find("TextCommands")));
     ArrangementMgr* arrangements = window->arrangementManager();
+    Arrangement* old = arrangements->arrangement();
     arrangements->arrangement(Arrangement::make(arrangements, layout));
+    old->destroy();
     const QPointer<QWidget> before = line->parentWidget()->parentWidget();
     EXPECT_TRUE(UiTests::becomes([&] { return !before; }));
     EXPECT_EQ(window->widget()->focusWidget(), line);

@@ -16,7 +16,8 @@ std::vector<AreaContents*>& registered()
 
 } // namespace
 
-AreaContents::AreaContents(std::string key, Make make) : m_key(std::move(key)), m_make(std::move(make))
+AreaContents::AreaContents(std::string key, Make make, Title title)
+    : m_key(std::move(key)), m_make(std::move(make)), m_title(std::move(title))
 {
     Vs::assertMainThread();
     Vs::require(!m_key.empty() && m_make, "contents have a key and a way to be made");
@@ -28,11 +29,23 @@ AreaContents::~AreaContents()
     std::erase(registered(), this);
 }
 
-QWidget* AreaContents::make(const std::string& key, QWidget* parent)
+const AreaContents* AreaContents::find(const std::string& key)
 {
     const auto found = std::find_if(registered().rbegin(), registered().rend(),
                                     [&](const AreaContents* contents) { return contents->m_key == key; });
-    return found == registered().rend() ? nullptr : (*found)->m_make(parent);
+    return found == registered().rend() ? nullptr : *found;
+}
+
+QWidget* AreaContents::make(const std::string& key, QWidget* parent)
+{
+    const AreaContents* contents = find(key);
+    return contents ? contents->m_make(parent) : nullptr;
+}
+
+std::wstring AreaContents::title(const std::string& key)
+{
+    const AreaContents* contents = find(key);
+    return contents && contents->m_title ? contents->m_title() : std::wstring();
 }
 
 } // namespace Vu

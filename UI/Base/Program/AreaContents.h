@@ -11,25 +11,33 @@ namespace Vu {
 /// whoever brings that kind of contents; a later one of the same key takes the place of the earlier. Main
 /// thread only.
 ///
-/// The host itself draws "GraphicsCanvas", "Browser" and "TextCommands"; "ScrollPage" around other areas
-/// gives them a scroll bar. Every other key without an entry here is that of a strip of toolbars.
+/// The host itself draws "GraphicsCanvas", "BrowserWindow" and "TextCommands"; "ScrollPage" around other
+/// areas gives them a scroll bar, "Palette" a frame with a title. Every other key without an entry here is
+/// that of a strip of toolbars.
 class AreaContents
 {
 public:
-    /// The widget belongs to the parent, and goes whenever the areas are laid out anew.
+    /// The widget belongs to the parent, and goes with its area.
     using Make = std::function<QWidget*(QWidget* parent)>;
+    using Title = std::function<std::wstring()>;
 
-    AreaContents(std::string key, Make make);
+    /// Contents with a title stand in a panel, which the user can move, collapse and close.
+    AreaContents(std::string key, Make make, Title title = {});
     ~AreaContents();
     AreaContents(const AreaContents&) = delete;
     AreaContents& operator=(const AreaContents&) = delete;
 
     /// Null if nobody brings that kind of contents.
     [[nodiscard]] static QWidget* make(const std::string& key, QWidget* parent);
+    /// Empty for contents without one.
+    [[nodiscard]] static std::wstring title(const std::string& key);
 
 private:
+    static const AreaContents* find(const std::string& key);
+
     std::string m_key;
     Make m_make;
+    Title m_title;
 };
 
 } // namespace Vu

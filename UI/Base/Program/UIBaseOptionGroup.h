@@ -30,6 +30,8 @@ public:
     Vs::Option<bool> wantToShowCommandToolbar{*this, "wantToShowCommandToolbar", true};
     Vs::Option<bool> wantToShowNavigationToolbar{*this, "wantToShowNavigationToolbar", true};
     Vs::Option<bool> wantToShowOrbicon{*this, "wantToShowOrbicon", true};
+    /// Identifiers of the toolbars that the user has taken from the window.
+    Vs::Option<std::vector<std::wstring>> hiddenToolbars{*this, "hiddenToolbars", {}};
     Vs::Option<bool> animateCamera{*this, "animateCamera", true}; ///< Camera changes glide.
     /// Undo and redo bring back what was selected, and where the camera was.
     Vs::Option<bool> undoSelectionAndCamera{*this, "undoSelectionAndCamera", false};

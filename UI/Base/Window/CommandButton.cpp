@@ -202,6 +202,31 @@ void CommandButton::refresh()
     draw();
 }
 
+bool CommandButton::isWanted() const
+{
+    return m_control && m_control->visible();
+}
+
+void CommandButton::fits(bool value)
+{
+    m_fits = value;
+    setVisible(isWanted() && m_fits);
+}
+
+QSize CommandButton::sizeHint() const
+{
+    QSize size = QToolButton::sizeHint();
+    const auto* list = Vs::cast<ListControl>(m_control);
+    if (!list || toolButtonStyle() != Qt::ToolButtonTextOnly)
+        return size;
+    int widest = 0;
+    for (const Info* item : list->items())
+        widest = std::max(widest, fontMetrics().horizontalAdvance(QString::fromStdWString(item->name()) +
+                                                                  QString::fromUtf16(kListSign)));
+    size.rwidth() += std::max(0, widest - fontMetrics().horizontalAdvance(text()));
+    return size;
+}
+
 bool CommandButton::event(QEvent* event)
 {
     if (m_control && event->type() == QEvent::Enter)
@@ -256,7 +281,7 @@ void CommandButton::draw()
     setIcon(icon);
     setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
     setEnabled(m_control->enabled());
-    setVisible(m_control->visible());
+    setVisible(m_control->visible() && m_fits);
     const auto* button = Vs::cast<ButtonControl>(m_control);
     const bool lit = m_control->active() || (button && button->checked());
     // A button that is no longer checkable would keep the look of a checked one.
@@ -277,40 +302,48 @@ QString CommandButton::title() const
     return QString::fromStdWString(shown->name()) + QString::fromUtf16(kListSign);
 }
 
+QToolButton* makeToolbarItem(const ToolbarItem& item, QWidget* parent, std::vector<CommandButton*>& buttons)
+{
+    if (item.separator())
+        return nullptr;
+    if (!item.isMenu()) {
+        CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(item.command);
+        return definition ? buttons.emplace_back(new CommandButton(definition, parent)) : nullptr;
+    }
+    auto* button = new QToolButton(parent);
+    makeFlat(button);
+    const auto [title, icon] = headOf(item);
+    button->setText(title + QString::fromUtf16(kListSign));
+    button->setIcon(icon);
+    button->setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonTextBesideIcon);
+    button->setPopupMode(QToolButton::InstantPopup);
+    auto* menu = new QMenu(button);
+    fillMenu(menu, item.menu);
+    button->setMenu(menu);
+    leaveWith(menu, button);
+    return button;
+}
+
+void fillToolbarMenu(QMenu* menu, const std::vector<ToolbarItem>& items)
+{
+    fillMenu(menu, items);
+}
+
 void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,
                      std::vector<CommandButton*>& buttons)
 {
     auto* row = static_cast<QBoxLayout*>(bar->layout());
     bool wantsLine = false;
-    const auto add = [&](QWidget* widget) {
+    for (const ToolbarItem& item : items) {
+        wantsLine = wantsLine || item.separator();
+        QToolButton* button = makeToolbarItem(item, bar, buttons);
+        if (!button)
+            continue;
         // A line stands only between two things: not in front, not behind, not twice.
         if (wantsLine && row->count() > 0)
             row->addWidget(separator(bar));
         wantsLine = false;
-        row->addWidget(widget);
-    };
-    for (const ToolbarItem& item : items) {
-        if (item.separator()) {
-            wantsLine = true;
-        } else if (item.isMenu()) {
-            auto* button = new QToolButton(bar);
-            makeFlat(button);
-            const auto [title, icon] = headOf(item);
-            button->setText(title + QString::fromUtf16(kListSign));
-            button->setIcon(icon);
-            button->setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonTextBesideIcon);
-            button->setPopupMode(QToolButton::InstantPopup);
-            auto* menu = new QMenu(button);
-            fillMenu(menu, item.menu);
-            button->setMenu(menu);
-            leaveWith(menu, button);
-            add(button);
-        } else if (CommandDefinition* definition =
-                       CommandDefinitionMgr::get()->findCommandDefinitionById(item.command)) {
-            auto* button = new CommandButton(definition, bar);
-            add(button);
-            buttons.push_back(button);
-        }
+        row->addWidget(button);
     }
 }
 

@@ -21,6 +21,14 @@ public:
     CommandDefinition* definition() const { return m_definition; }
     /// Asks the definition whether the command can run now.
     void refresh();
+    /// Whether the command is to be seen, be there room for it or not.
+    bool isWanted() const;
+    /// A button for which there is no room is hidden.
+    void fits(bool value);
+
+    /// A list that tells by its text what is chosen is as wide as its longest entry, so that what stands
+    /// beside it stays where it is.
+    QSize sizeHint() const override;
 
 protected:
     bool event(QEvent* event) override;
@@ -35,7 +43,15 @@ private:
     CommandDefinition* m_definition;
     InputControl* m_control;
     QMenu* m_menu = nullptr;
+    bool m_fits = true;
 };
+
+/// The button of an item: of a command, or of a menu. Null for a line and for a command that nobody has. That
+/// of a command is appended to `buttons`.
+QToolButton* makeToolbarItem(const ToolbarItem& item, QWidget* parent, std::vector<CommandButton*>& buttons);
+
+/// Adds the items to a menu.
+void fillToolbarMenu(QMenu* menu, const std::vector<ToolbarItem>& items);
 
 /// Adds the items to a bar that lays out in a row: buttons, menus, thin lines. Items of unknown commands are
 /// left out. The buttons are appended to `buttons`.

@@ -4,12 +4,13 @@
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/CommandButton.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/ToolbarStrip.h"
 #include "UI/Base/Workspace/HUDPersister.h"
 
-#include <QBoxLayout>
 #include <QEvent>
-#include <QFrame>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace Vu {
 namespace {
@@ -17,6 +18,16 @@ namespace {
 constexpr int kDistance = 12;
 /// The width of the frame around one of several canvases.
 constexpr int kFrame = 2;
+
+EPlacement sideOf(const std::wstring& placement)
+{
+    if (placement == L"left")
+        return EPlacement::Left;
+    if (placement == L"right")
+        return EPlacement::Right;
+    return placement == L"top" ? EPlacement::Top : EPlacement::Bottom;
+}
+
 const QString kName = QStringLiteral("canvasFrame");
 } // namespace
 
@@ -78,20 +89,36 @@ void HudFrame::addHuds(std::vector<CommandButton*>& buttons)
     for (const HUD& hud : HUDPersister::get()->huds()) {
         if (hud.isPlaced())
             continue;
-        auto* bar = new QFrame(this);
-        bar->setObjectName(QStringLiteral("hud"));
-        const bool upright = hud.placement == L"left" || hud.placement == L"right";
-        auto* row = new QBoxLayout(upright ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, bar);
-        row->setContentsMargins(kMargin / 2, kMargin / 2, kMargin / 2, kMargin / 2);
-        row->setSpacing(2);
-        const size_t before = buttons.size();
-        addToolbarItems(hud.items, bar, buttons);
-        if (buttons.size() == before) {
+        auto* bar = new ToolbarStrip(this);
+        Toolbar toolbar;
+        toolbar.items = hud.items;
+        bar->toolbars({&toolbar}, buttons);
+        if (bar->isEmpty()) {
             delete bar;
             continue;
         }
-        m_huds.push_back({bar, hud.placement});
+        bar->setObjectName(QStringLiteral("hud"));
+        const EPlacement side = sideOf(hud.placement);
+        m_huds.push_back({bar, side, hud.contents, side, {}, true});
         bar->raise();
+    }
+    place();
+}
+
+void HudFrame::follow(Area& root, const QWidget& stage)
+{
+    for (Hud& hud : m_huds) {
+        std::vector<Area*> areas;
+        if (!hud.contents.empty())
+            root.childrenByContents(Vs::UniqueString::find(hud.contents.c_str()), areas);
+        hud.shown = areas.empty() || (areas.front()->visible() && !areas.front()->collapsed());
+        const EPlacement wanted = areas.empty() ? EPlacement::Fill : areas.front()->placement();
+        hud.side = wanted == EPlacement::Fill ? hud.usual : wanted;
+        hud.point =
+            areas.empty()
+                ? QPoint()
+                : mapFrom(window(),
+                          stage.mapTo(window(), QPoint(areas.front()->point().x, areas.front()->point().y)));
     }
     place();
 }
@@ -116,21 +143,31 @@ void HudFrame::place()
         m_widget->setGeometry(rect().adjusted(border, border, -border, -border));
     m_placed.canvas(isActive(), {border, border});
     for (const Hud& hud : m_huds) {
-        hud.bar->setVisible(isActive());
-        const QSize size = hud.bar->sizeHint();
-        int x = (width() - size.width()) / 2;
-        int y = (height() - size.height()) / 2;
-        if (hud.placement == L"left")
-            x = kDistance;
-        else if (hud.placement == L"right")
-            x = width() - size.width() - kDistance;
-        else if (hud.placement == L"top")
-            y = kDistance;
-        else
-            y = height() - size.height() - kDistance;
-        hud.bar->setGeometry(x, y, size.width(), size.height());
+        hud.bar->setVisible(isActive() && hud.shown);
+        hud.bar->setGeometry(placeOf(hud));
         hud.bar->raise();
     }
+}
+
+/// Within the canvas, with a distance from its edges, as far as that has room for it.
+QRect HudFrame::placeOf(const Hud& hud) const
+{
+    QSize size = hud.bar->sizeHint();
+    size.setWidth(
+        std::max(hud.bar->minimumSizeHint().width(), std::min(size.width(), width() - 2 * kDistance)));
+    QPoint corner((width() - size.width()) / 2, (height() - size.height()) / 2);
+    if (hud.side == EPlacement::Left)
+        corner.setX(kDistance);
+    else if (hud.side == EPlacement::Right)
+        corner.setX(width() - size.width() - kDistance);
+    else if (hud.side == EPlacement::Top)
+        corner.setY(kDistance);
+    else if (hud.side == EPlacement::Bottom)
+        corner.setY(height() - size.height() - kDistance);
+    else
+        corner = QPoint(std::clamp(hud.point.x(), 0, std::max(0, width() - size.width())),
+                        std::clamp(hud.point.y(), 0, std::max(0, height() - size.height())));
+    return {corner, size};
 }
 
 } // namespace Vu

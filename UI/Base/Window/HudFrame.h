@@ -2,6 +2,7 @@
 
 #include "UI/Base/View/SplitViewEvents.h"
 #include "UI/Base/Window/PlacedHuds.h"
+#include "UI/Base/Workspace/Area.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -26,6 +27,9 @@ public:
     void canvas(GraphicsCanvas* canvas);
     /// Makes the displays; their buttons are appended.
     void addHuds(std::vector<CommandButton*>& buttons);
+    /// Shows, hides and places the displays as the areas below `root` say that are theirs (HUD::contents).
+    /// The points of areas are those of `stage`.
+    void follow(Area& root, const QWidget& stage);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -41,8 +45,13 @@ private:
     struct Hud
     {
         QWidget* bar;
-        std::wstring placement;
+        EPlacement usual;     ///< The side that the display itself names.
+        std::string contents; ///< Of its area.
+        EPlacement side;
+        QPoint point; ///< Of a floating one.
+        bool shown;
     };
+    QRect placeOf(const Hud& hud) const;
     void place();
 
     GraphicsCanvas* m_canvas = nullptr;

@@ -21,7 +21,7 @@
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/MouseEvents.h"
 #include "UI/Base/View/SplitViewMgr.h"
-#include "UI/Base/Window/AreaBuilder.h"
+#include "UI/Base/Window/AreaStage.h"
 #include "UI/Base/Window/BellButton.h"
 #include "UI/Base/Window/BrowserPanel.h"
 #include "UI/Base/Window/CanvasMenu.h"
@@ -36,6 +36,7 @@
 #include "UI/Base/Window/RestingCommand.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Window/ToastStack.h"
+#include "UI/Base/Window/ToolbarStrip.h"
 #include "UI/Base/Window/TourOverlay.h"
 #include "UI/Base/Workspace/Arrangement.h"
 #include "UI/Base/Workspace/Layout.h"
@@ -44,7 +45,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QBoxLayout>
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QGuiApplication>
@@ -54,11 +54,11 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QScreen>
-#include <QScrollArea>
 #include <QStatusBar>
 
 #include <boost/algorithm/string/join.hpp>
 
+#include <algorithm>
 #include <map>
 #include <string>
 
@@ -125,8 +125,13 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
       m_readOnly(PlainText::label(this)),
       m_bell(new BellButton(m_progress, this)),
       m_toasts(new ToastStack(this)),
-      m_panel(new CommandPanel(owner->workspace(), this))
+      m_panel(new CommandPanel(owner->workspace(), this)),
+      m_stage(new AreaStage({[this](Area& area, QWidget* parent) { return contents(area, parent); },
+                             [this](const QWidget* widget) { return isShared(widget); },
+                             [this](QWidget* leaving) { keepWhatStays(leaving); }},
+                            this))
 {
+    setCentralWidget(m_stage);
     m_attic->hide();
     setAcceptDrops(true);
     restoreSize();
@@ -161,9 +166,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
 MainWindow::~MainWindow()
 {
     UIBaseOptionGroup::get()->windowGeometry(QString::fromLatin1(saveGeometry().toBase64()).toStdWString());
-    keepPersistentWidgets();
-    for (const QPointer<QWidget>& before : m_before)
-        delete before.data();
+    delete m_stage; // While its buttons can still be told.
     Vs::AssetEventSource::get()->unsubscribe(this);
     Vs::DocumentEventSource::get()->unsubscribe(this);
     CommandEventSource::get()->unsubscribe(this);
@@ -198,43 +201,74 @@ CommandBox* MainWindow::commandBox()
     return m_commandBox;
 }
 
-void MainWindow::keepPersistentWidgets()
+/// Of each of these there is one, which stands wherever an area wants it.
+bool MainWindow::isShared(const QWidget* widget) const
 {
-    for (QWidget* widget : std::initializer_list<QWidget*>{m_browser, m_commandBox})
-        if (widget && widget->parentWidget() != m_attic)
-            widget->setParent(m_attic);
-    for (GraphicsCanvas* canvas : GraphicsCanvas::existingCanvases())
-        if (QWidget* widget = canvas->existingWidget(); widget && widget->window() == this)
-            widget->setParent(m_attic);
+    return widget == m_browser || widget == m_commandBox ||
+           std::any_of(m_strips.begin(), m_strips.end(),
+                       [&](const auto& strip) { return strip.second == widget; });
 }
 
-QWidget* MainWindow::strip(const std::string& contents, QWidget* parent)
+void MainWindow::keepWhatStays(QWidget* leaving)
 {
-    std::vector<ToolbarItem> items, itemsAtEnd;
-    for (const Toolbar& toolbar : ToolbarManager::get()->toolbars())
-        if (toolbar.contents == contents && toolbar.standsIn(m_environment)) {
-            std::vector<ToolbarItem>& side = toolbar.atEnd ? itemsAtEnd : items;
-            side.insert(side.end(), toolbar.items.begin(), toolbar.items.end());
-            side.push_back({}); // A line between this toolbar and the next.
+    for (GraphicsCanvas* canvas : GraphicsCanvas::existingCanvases())
+        if (QWidget* widget = canvas->existingWidget(); widget && leaving->isAncestorOf(widget))
+            widget->setParent(m_attic);
+    if (isShared(leaving))
+        leaving->setParent(m_attic);
+}
+
+void MainWindow::rememberButtons(size_t known)
+{
+    for (size_t i = known; i < m_buttons.size(); ++i)
+        connect(m_buttons[i], &QObject::destroyed, this,
+                [this, button = m_buttons[i]] { std::erase(m_buttons, button); });
+}
+
+ToolbarStrip* MainWindow::strip(const Area& area)
+{
+    ToolbarStrip*& strip = m_strips[{area.contents()->text(), area.name()}];
+    if (!strip)
+        strip = new ToolbarStrip(m_attic);
+    return strip;
+}
+
+/// Each gets the toolbars of its area. One that names no area of the layout stands in the first with its
+/// contents.
+void MainWindow::fillStrips()
+{
+    Area* root = m_owner->area();
+    if (!root)
+        return;
+    for (const auto& [key, strip] : m_strips) {
+        std::vector<Area*> areas;
+        root->childrenByContents(Vs::UniqueString::find(key.first.c_str()), areas);
+        const auto named = [&](const std::wstring& name) {
+            return std::any_of(areas.begin(), areas.end(),
+                               [&](const Area* each) { return each->name() == name; });
+        };
+        if (!named(key.second))
+            continue;
+        std::vector<const Toolbar*> shown;
+        for (const Toolbar& toolbar : ToolbarManager::get()->toolbars()) {
+            const std::wstring& place = named(toolbar.area) ? toolbar.area : areas.front()->name();
+            if (toolbar.contents == key.first && place == key.second && toolbar.standsIn(m_environment))
+                shown.push_back(&toolbar);
         }
-    if (items.empty() && itemsAtEnd.empty())
-        return nullptr;
-    auto* bar = new QFrame(parent);
-    bar->setObjectName(QStringLiteral("strip"));
-    auto* row = new QHBoxLayout(bar);
-    row->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
-    row->setSpacing(2);
-    addToolbarItems(items, bar, m_buttons);
-    row->addStretch(1);
-    addToolbarItems(itemsAtEnd, bar, m_buttons);
-    return bar;
+        const size_t known = m_buttons.size();
+        strip->toolbars(shown, m_buttons);
+        rememberButtons(known);
+    }
 }
 
 QWidget* MainWindow::canvasFrame(Area& area, QWidget* parent)
 {
     auto* frame = new HudFrame(parent);
     frame->canvas(area.canvas());
+    const size_t known = m_buttons.size();
     frame->addHuds(m_buttons);
+    rememberButtons(known);
+    m_canvasFrames.emplace_back(frame);
     return frame;
 }
 
@@ -244,69 +278,39 @@ QWidget* MainWindow::contents(Area& area, QWidget* parent)
     QWidget* widget = nullptr;
     if (key == "GraphicsCanvas")
         return canvasFrame(area, parent);
-    if (key == "Browser")
+    if (key == "BrowserWindow")
         widget = browser();
     else if (key == "TextCommands")
         widget = commandBox();
     else if (QWidget* brought = AreaContents::make(key, parent))
         return brought;
-    else
-        return key.empty() ? nullptr : strip(key, parent);
+    else if (key.empty())
+        return nullptr;
+    else if (ToolbarStrip* toolbars = strip(area)) {
+        fillStrips();
+        if (toolbars->isEmpty())
+            return nullptr;
+        widget = toolbars;
+    }
     widget->setParent(parent);
     widget->show();
     return widget;
 }
 
-QWidget* MainWindow::markedContents(Area& area, QWidget* parent)
-{
-    QWidget* widget = contents(area, parent);
-    if (widget && area.contents())
-        TourOverlay::markArea(widget, area.contents()->text());
-    return widget;
-}
-
-QWidget* MainWindow::enclose(const Area& area, QWidget* inner)
-{
-    if (!area.contents() || area.contents()->text() != "ScrollPage")
-        return inner;
-    auto* page = new QScrollArea(inner->parentWidget());
-    page->setObjectName(QStringLiteral("scrollPage"));
-    page->setFrameShape(QFrame::NoFrame);
-    page->setWidgetResizable(true);
-    page->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    page->setFocusPolicy(Qt::NoFocus);
-    page->setWidget(inner);
-    return page;
-}
-
 void MainWindow::rebuild()
 {
     m_rebuildTimer.stop();
-    // Asked first: a widget that gets another parent gives the keyboard up.
-    const bool lineHadFocus = m_commandBox && focusWidget() == m_commandBox->edit();
-    keepPersistentWidgets();
-    m_buttons.clear();
     m_environment = activeEnvironment();
-    // One of its buttons may be telling of the very click that leads here.
-    if (QWidget* before = takeCentralWidget()) {
-        std::erase_if(m_before, [](const auto& gone) { return gone.isNull(); });
-        m_before.emplace_back(before);
-        // While a script keeps the event from ending, it must not go on drawing what nobody sees.
-        before->hide();
-        before->deleteLater();
-    }
-    Arrangement* arrangement = m_owner->activeArrangement();
-    const AreaBuilder builder{[this](Area& area, QWidget* parent) { return markedContents(area, parent); },
-                              [this](const Area& area, QWidget* inner) { return enclose(area, inner); },
-                              [this](Area& area, int extent) {
-                                  m_resizing = true;
-                                  area.extent(extent);
-                                  m_resizing = false;
-                              }};
-    QWidget* central = arrangement ? builder.build(*arrangement->layout(), this) : nullptr;
-    setCentralWidget(central ? central : new QWidget(this));
-    if (lineHadFocus)
-        m_commandBox->edit()->setFocus();
+    fillStrips();
+    Area* root = m_owner->area();
+    std::vector<Area*> layouts;
+    for (Layout* layout : m_owner->arrangementManager()->layouts())
+        layouts.push_back(layout);
+    m_stage->show(root, layouts);
+    std::erase_if(m_canvasFrames, [](const auto& frame) { return frame.isNull(); });
+    for (const QPointer<HudFrame>& frame : m_canvasFrames)
+        if (root && frame->window() == this)
+            frame->follow(*root, *m_stage);
     tellUnknownCommands();
     m_panel->refresh();
     refresh();
@@ -314,7 +318,7 @@ void MainWindow::rebuild()
 
 void MainWindow::rebuildSoon()
 {
-    if (!m_resizing)
+    if (!m_stage->isResizing())
         m_rebuildTimer.start(0);
 }
 
@@ -330,8 +334,6 @@ void MainWindow::settleLayout()
         rebuild();
     else if (m_refreshTimer.isActive())
         refresh();
-    if (isVisible())
-        centralWidget()->show(); // Which a layout puts off to the next event.
     m_panel->settle();
     QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
 }

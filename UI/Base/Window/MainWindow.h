@@ -12,7 +12,10 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <map>
 #include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 class QLabel;
@@ -20,14 +23,17 @@ class QLabel;
 namespace Vu {
 
 class Area;
+class AreaStage;
 class BellButton;
 class BrowserPanel;
 class CommandBox;
 class CommandButton;
 class CommandPanel;
 class CommandDefinition;
+class HudFrame;
 class ProgressPanel;
 class ToastStack;
+class ToolbarStrip;
 class WorkspaceWindow;
 
 /// The widgets of a workspace window.
@@ -44,7 +50,7 @@ public:
     explicit MainWindow(WorkspaceWindow* owner);
     ~MainWindow() override;
 
-    /// Lays the areas of the active arrangement out anew, now.
+    /// Shows the areas of the active arrangement as they are, now.
     void rebuild();
     /// The same, and the refreshing of title and buttons, at the end of the event.
     void rebuildSoon();
@@ -87,12 +93,13 @@ private:
     void alertsCleared(AlertController* controller) override;
 
     QWidget* contents(Area& area, QWidget* parent);
-    QWidget* markedContents(Area& area, QWidget* parent);
-    QWidget* enclose(const Area& area, QWidget* inner);
-    QWidget* strip(const std::string& contents, QWidget* parent);
+    ToolbarStrip* strip(const Area& area);
+    void fillStrips();
     QWidget* canvasFrame(Area& area, QWidget* parent);
+    bool isShared(const QWidget* widget) const;
+    void keepWhatStays(QWidget* leaving);
+    void rememberButtons(size_t known);
     void restoreSize();
-    void keepPersistentWidgets();
     void refresh();
     QString showHolder(const Vs::Document* document);
     void bindHotKeys();
@@ -109,12 +116,14 @@ private:
     BellButton* m_bell;
     ToastStack* m_toasts;
     CommandPanel* m_panel;
-    std::vector<QPointer<QWidget>> m_before; ///< Layouts of before, which go at the end of the event.
+    AreaStage* m_stage;
+    /// By contents and name of their areas; they outlive a layout.
+    std::map<std::pair<std::string, std::wstring>, ToolbarStrip*> m_strips;
+    std::vector<QPointer<HudFrame>> m_canvasFrames;
     std::vector<CommandButton*> m_buttons;
     std::wstring m_environment; ///< Whose toolbars show.
     QTimer m_rebuildTimer, m_refreshTimer;
     std::set<int> m_keysDown; ///< Those whose press the active command got.
-    bool m_resizing = false;
     bool m_toldUnknown = false;
 };
 

@@ -72,7 +72,13 @@ QLabel#notificationFile { color: palette(placeholder-text); }
 QLabel#notificationClick { color: palette(link); }
 QToolButton#notificationAction { border: 1px solid palette(mid); border-radius: 4px; padding: 3px 10px; background: palette(button); }
 QToolButton#notificationAction:hover, QToolButton#notificationAction:focus { border-color: palette(highlight); }
-QFrame#strip { border: none; border-bottom: 1px solid palette(mid); }
+QFrame#strip { border: none; }
+QFrame#toolbarLine { border: none; border-bottom: 1px solid palette(mid); }
+QFrame#areaHead { border: none; border-bottom: 1px solid palette(mid); background: palette(window); }
+QFrame#areaPanel { border: none; }
+QFrame#areaPanel[floating="true"] { border: 1px solid palette(mid); background: palette(window); }
+QFrame#collapseBar { border: none; background: palette(window); }
+QToolButton#panelMenu::menu-indicator, QToolButton#chevron::menu-indicator { image: none; }
 QFrame#commandBox { border: none; border-top: 1px solid palette(mid); }
 QFrame#commandPanel { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
 QFrame#tourCard { background: palette(window); border: 1px solid palette(highlight); border-radius: 8px; }

@@ -24,6 +24,8 @@ const Vs::UniqueString* Area::splitView()
 Area::Area(std::wstring name, const Vs::UniqueString* contents)
     : m_name(std::move(name)), m_contents(contents)
 {
+    static unsigned long last = 0;
+    m_number = ++last;
     if (m_contents == graphicsCanvas())
         m_canvas = CanvasHost::get()->make();
 }
@@ -93,6 +95,18 @@ void Area::placement(EPlacement value)
 {
     if (std::exchange(m_placement, value) != value)
         changed();
+}
+
+void Area::point(const Vs::Point2& value)
+{
+    if (!(std::exchange(m_point, value) == value))
+        changed();
+}
+
+Area* Area::palette()
+{
+    static const Vs::UniqueString* const key = Vs::UniqueString::find("Palette");
+    return m_parent && m_parent->m_contents == key ? m_parent : this;
 }
 
 void Area::collapsed(bool value)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/Point2.h"
 
 #include <functional>
 #include <memory>
@@ -15,8 +16,9 @@ class GraphicsCanvas;
 enum class EPlacement { Fill = 0, Left = 1, Right = 2, Top = 3, Bottom = 4, Floating = 5 };
 
 /// A rectangle of a window's layout: a container of areas, or a place for one kind of content. The contents'
-/// key says what stands there: "GraphicsCanvas", "Browser", "CommandToolbar", "NavToolbar", "TextCommands",
-/// "Orbicon", "Palette", "SplitView" ... (AreaContents tells the rest).
+/// key says what stands there: "GraphicsCanvas", "BrowserWindow", "CommandToolbar", "NavToolbar",
+/// "TextCommands", "Orbicon", "Palette", "SplitView" ... (AreaContents tells the rest). A "Palette" is a
+/// panel around the areas below it, and is shown, hidden and moved in their place (see `palette`).
 ///
 /// Owns its children. An area of "GraphicsCanvas" owns its canvas from the start.
 class Area : public Vs::Implements<Area>
@@ -29,6 +31,10 @@ public:
     /// Null for a plain container.
     const Vs::UniqueString* contents() const { return m_contents; }
     Area* parent() const { return m_parent; }
+    /// Tells this area from all others of the run, also from those that are gone.
+    unsigned long number() const { return m_number; }
+    /// What is shown, hidden and moved in the area's place: its parent, if that is a palette, else itself.
+    Area* palette();
     const std::vector<std::unique_ptr<Area>>& children() const { return m_children; }
 
     Area* addChild(std::unique_ptr<Area> child);
@@ -47,6 +53,11 @@ public:
     void visible(bool value);
     EPlacement placement() const { return m_placement; }
     void placement(EPlacement value);
+    /// In logical pixels from the upper left corner of the window's areas: of a floating area, its own
+    /// corner. Docked areas of one side stand in the order of their points across that side (from the top
+    /// downwards, from the left to the right); those with the same one in the order of the tree.
+    const Vs::Point2& point() const { return m_point; }
+    void point(const Vs::Point2& value);
     bool collapsed() const { return m_collapsed; }
     void collapsed(bool value);
     /// The side of the window on whose bar the area stands while it is collapsed.
@@ -76,6 +87,7 @@ public:
 private:
     void changed();
 
+    unsigned long m_number;
     std::wstring m_name;
     const Vs::UniqueString* m_contents;
     Area* m_parent = nullptr;
@@ -87,6 +99,7 @@ private:
     EPlacement m_placement = EPlacement::Fill;
     EPlacement m_collapsedPlacement = EPlacement::Left;
     int m_extent = 0;
+    Vs::Point2 m_point;
     std::function<void()> m_onChange;
 };
 

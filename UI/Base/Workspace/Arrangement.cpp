@@ -1,7 +1,9 @@
 #include "UI/Base/Workspace/Arrangement.h"
 
 #include "Server/Base/Require.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Workspace/Layout.h"
+#include "UI/Base/Workspace/Private/AreaWishes.h"
 #include "UI/Base/Workspace/Private/CanvasHost.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -19,8 +21,15 @@ Arrangement* Arrangement::make(ArrangementMgr* manager, Layout* layout)
 
 Arrangement::Arrangement(ArrangementMgr* manager, Layout* layout) : m_manager(manager), m_layout(layout)
 {
+    AreaWishes::apply(*m_layout);
     listen();
     inSight(false);
+    UIBaseOptionGroup::get()->subscribe(this);
+}
+
+void Arrangement::optionChanged(Vs::OptionEvent* event)
+{
+    AreaWishes::apply(*m_layout, event->name());
 }
 
 void Arrangement::listen()
@@ -47,6 +56,7 @@ std::unique_ptr<Layout> Arrangement::exchangeLayout(std::unique_ptr<Layout> layo
 
 Arrangement::~Arrangement()
 {
+    UIBaseOptionGroup::get()->unsubscribe(this);
     m_layout->onChange(nullptr);
 }
 
@@ -90,6 +100,14 @@ void ArrangementMgr::arrangement(Arrangement* arrangement)
     if (m_active)
         m_active->inSight(true);
     changed();
+}
+
+std::vector<Layout*> ArrangementMgr::layouts() const
+{
+    std::vector<Layout*> all;
+    for (const auto& arrangement : m_owned)
+        all.push_back(arrangement->layout());
+    return all;
 }
 
 void ArrangementMgr::remove(Arrangement* arrangement)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Object.h"
+#include "Server/Base/OptionGroup.h"
 
 #include <memory>
 #include <vector>
@@ -11,11 +12,12 @@ class ArrangementMgr;
 class Layout;
 class WorkspaceWindow;
 
-/// A layout as it stands in one window. Owned by the window's ArrangementMgr from `make` to `destroy`.
-class Arrangement : public Vs::Implements<Arrangement>
+/// A layout as it stands in one window. Owned by the window's ArrangementMgr from `make` to `destroy`. Its
+/// areas follow what the user wants to see of them, when they change (UIBaseOptionGroup).
+class Arrangement : public Vs::Implements<Arrangement>, private Vs::OptionEventSite
 {
 public:
-    /// Takes the layout over.
+    /// Takes the layout over, and shows of it what the user wants to see.
     static Arrangement* make(ArrangementMgr* manager, Layout* layout);
     ~Arrangement() override;
 
@@ -28,6 +30,7 @@ public:
 private:
     friend class ArrangementMgr;
     Arrangement(ArrangementMgr* manager, Layout* layout);
+    void optionChanged(Vs::OptionEvent* event) override;
     void inSight(bool value) const;
     void listen();
 
@@ -47,6 +50,8 @@ public:
     Arrangement* arrangement() const { return m_active; }
     /// Shows an arrangement in place of the one that shows.
     void arrangement(Arrangement* arrangement);
+    /// Those of all arrangements of the window.
+    [[nodiscard]] std::vector<Layout*> layouts() const;
     /// Takes an arrangement out of the window; it lives on. Nothing happens if it doesn't show.
     void remove(Arrangement* arrangement);
 

@@ -1,5 +1,6 @@
 #include "UI/Base/Workspace/HUDPersister.h"
 
+#include "Server/Base/Strings.h"
 #include "UI/Base/Workspace/Private/ToolbarItems.h"
 
 namespace Vu {
@@ -23,6 +24,7 @@ bool HUDPersister::loadHUDs(const std::wstring& path, Vs::Status& status)
                 continue;
             }
             HUD hud{xml.attribute("id"), xml.attribute("placement"), {}};
+            hud.contents = Vs::Strings::narrow(xml.attribute("contents"));
             if (hud.id.empty())
                 xml.problem(L"A HUD needs the attribute \"id\".");
             hud.items = readToolbarItems(xml, {});

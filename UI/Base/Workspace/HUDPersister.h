@@ -15,13 +15,17 @@ struct HUD
     /// "top", "bottom", "left" or "right"; "point" for one that a command fills and places (HUDManager).
     std::wstring placement;
     std::vector<ToolbarItem> items;
+    /// The contents key of the area that says whether it shows, and at which side; empty for always and
+    /// there.
+    std::string contents = {};
 
     bool isPlaced() const { return placement == L"point"; }
 };
 
 /// Reads heads-up displays from XML:
 ///
-///     <huds> <hud id="Navigation" placement="bottom"> <item command="FitCommand"/> <separator/> </hud>
+///     <huds> <hud id="Navigation" placement="bottom" contents="NavToolbar"> <item command="FitCommand"/>
+///     <separator/> </hud>
 ///     </huds>
 ///
 /// An item whose command doesn't exist is left out when the HUD is drawn, without a word.

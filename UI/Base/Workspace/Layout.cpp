@@ -30,6 +30,8 @@ constexpr std::array<PlacementName, 6> kPlacements = {{
     {EPlacement::Floating, "floating"},
 }};
 constexpr int kLargestExtent = 4000;
+/// Farther away no screen reaches.
+constexpr int kLargestCoordinate = 32000;
 /// Deeper nesting is no layout that anybody can look at; a bound keeps a hostile file from using up the
 /// stack.
 constexpr int kDeepest = 32;
@@ -80,7 +82,9 @@ private:
         area->visible(flag("visible", true));
         area->collapsed(flag("collapsed", false));
         area->ignoreOverlayable(flag("ignoreOverlayable", false));
-        area->extent(extent());
+        area->extent(number("extent", kLargestExtent, L"an extent"));
+        area->point(
+            {number("x", kLargestCoordinate, L"a place"), number("y", kLargestCoordinate, L"a place")});
         readChildren(*area, depth + 1);
         parent.addChild(std::move(area));
     }
@@ -105,16 +109,16 @@ private:
         return text.empty() ? fallBack : text == L"true";
     }
 
-    int extent()
+    int number(const char* attribute, int largest, const std::wstring& what)
     {
-        const std::wstring text = m_xml.attribute("extent");
+        const std::wstring text = m_xml.attribute(attribute);
         if (text.empty())
             return 0;
         bool ok = false;
         const int value = QString::fromStdWString(text).toInt(&ok);
-        if (ok && value >= 0 && value <= kLargestExtent)
+        if (ok && value >= 0 && value <= largest)
             return value;
-        m_xml.problem(L"\"" + text + L"\" is not an extent in pixels.");
+        m_xml.problem(L"\"" + text + L"\" is not " + what + L" in pixels.");
         return 0;
     }
 
@@ -144,6 +148,10 @@ void write(QXmlStreamWriter& xml, const Area& area)
         attribute("ignoreOverlayable", QStringLiteral("true"));
     if (area.extent() > 0)
         attribute("extent", QString::number(area.extent()));
+    if (!(area.point() == Vs::Point2())) {
+        attribute("x", QString::number(std::clamp(area.point().x, 0, kLargestCoordinate)));
+        attribute("y", QString::number(std::clamp(area.point().y, 0, kLargestCoordinate)));
+    }
     for (const auto& child : area.children())
         write(xml, *child);
     xml.writeEndElement();
@@ -247,6 +255,24 @@ void Layout::carryCanvases(Area& from, Area& to)
         before[i]->ignoreOverlayable(after[i]->ignoreOverlayable());
         before[i]->placement(after[i]->placement());
         replaceChild(after[i], before[i]->parent()->removeChild(before[i]));
+    }
+}
+
+void Layout::carryPlaces(Area& from, Area& to)
+{
+    for (const auto& area : to.children()) {
+        const Area* before = area->name().empty() ? nullptr : from.childByName(area->name(), true);
+        const bool same = before && before->contents() == area->contents();
+        if (same && area->contents() && area->contents() != graphicsCanvas() &&
+            area->contents() != splitView()) {
+            area->placement(before->placement());
+            area->point(before->point());
+            area->extent(before->extent());
+            area->collapsedPlacement(before->collapsedPlacement());
+            area->collapsed(before->collapsed());
+            area->visible(before->visible());
+        }
+        carryPlaces(from, *area);
     }
 }
 

@@ -10,14 +10,14 @@ namespace Vu {
 /// The file is XML:
 ///
 ///     <layout>
-///       <area name="Browser" contents="Browser" placement="left" extent="260"/>
+///       <area name="Browser" contents="BrowserWindow" placement="left" extent="260"/>
 ///       <area name="Views" contents="SplitView" filter="SideBySide"> ... </area>
 ///       <area name="Canvas" contents="GraphicsCanvas" filter=""/>
 ///     </layout>
 ///
 /// An area without `filter` belongs to every form of the layout; one with it only to the form of that name,
 /// the empty name being the ordinary form. Further attributes are those of Area: `visible`, `collapsed`,
-/// `collapsedPlacement`, `ignoreOverlayable`.
+/// `collapsedPlacement`, `ignoreOverlayable`, `x`, `y` (the point).
 class Layout : public Vs::Implements<Layout, Area>
 {
 public:
@@ -41,6 +41,10 @@ public:
     /// Moves the canvases below one root, in their order, to the places of those below another, which they
     /// replace. What the other has no place for stays where it is.
     static void carryCanvases(Area& from, Area& to);
+
+    /// Gives the areas below one root the places that their namesakes below another have: placement, point,
+    /// extent, and whether they show and are collapsed. Containers and canvases stay as they are.
+    static void carryPlaces(Area& from, Area& to);
 };
 
 } // namespace Vu

@@ -4,8 +4,10 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Base/Command/InputControl.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Vu {
 namespace {
@@ -20,12 +22,16 @@ void collectUnknown(const std::vector<ToolbarItem>& items, std::vector<std::wstr
     }
 }
 
+bool contains(const std::vector<std::wstring>& ids, const std::wstring& id)
+{
+    return std::find(ids.begin(), ids.end(), id) != ids.end();
+}
+
 } // namespace
 
 bool Toolbar::standsIn(const std::wstring& environment) const
 {
-    return visible && (environments.empty() || std::find(environments.begin(), environments.end(),
-                                                         environment) != environments.end());
+    return visible && (environments.empty() || contains(environments, environment));
 }
 
 const ToolbarItem* Toolbar::findItem(const InputControl* control) const
@@ -49,6 +55,25 @@ ToolbarManager* ToolbarManager::get()
     return manager;
 }
 
+ToolbarManager::ToolbarManager() : m_hidden(UIBaseOptionGroup::get()->hiddenToolbars())
+{
+    UIBaseOptionGroup::get()->subscribe(this);
+}
+
+void ToolbarManager::optionChanged(Vs::OptionEvent* event)
+{
+    if (event->name() != "hiddenToolbars")
+        return;
+    const std::vector<std::wstring> before =
+        std::exchange(m_hidden, UIBaseOptionGroup::get()->hiddenToolbars());
+    for (const std::wstring& id : m_hidden)
+        if (!contains(before, id))
+            hideToolbar(id);
+    for (const std::wstring& id : before)
+        if (!contains(m_hidden, id))
+            showToolbar(id);
+}
+
 void ToolbarManager::changed()
 {
     forEach([](ToolbarEventSite* site) { site->toolbarsChanged(); });
@@ -64,6 +89,7 @@ Toolbar* ToolbarManager::toolbarById(const std::wstring& id)
 void ToolbarManager::add(Toolbar toolbar)
 {
     Vs::require(!toolbar.id.empty(), "a toolbar has an identifier");
+    toolbar.visible = toolbar.visible && !contains(m_hidden, toolbar.id);
     if (Toolbar* old = toolbarById(toolbar.id))
         *old = std::move(toolbar);
     else

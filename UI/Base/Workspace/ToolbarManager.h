@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Event.h"
+#include "Server/Base/OptionGroup.h"
 
 #include <deque>
 #include <string>
@@ -17,6 +18,7 @@ struct ToolbarItem
     std::wstring title;   ///< Of a menu without a command.
     std::vector<ToolbarItem> menu;
 
+    bool operator==(const ToolbarItem&) const = default;
     bool separator() const { return command.empty() && title.empty(); }
     bool isMenu() const { return !menu.empty() || (command.empty() && !title.empty()); }
 };
@@ -33,6 +35,9 @@ struct Toolbar
     std::vector<std::wstring> environments = {};
     /// At the far end of its area, away from the others.
     bool atEnd = false;
+    /// Of several areas with these contents, the name of the one in which it stands; empty, or where there is
+    /// none of that name, the first.
+    std::wstring area = {};
 
     /// Whether it is to be drawn while the active session is in that environment; an empty name is none.
     [[nodiscard]] bool standsIn(const std::wstring& environment) const;
@@ -50,8 +55,11 @@ public:
     virtual void toolbarsChanged() = 0;
 };
 
-/// All toolbars, in the order in which they were read.
-class ToolbarManager : public Vs::Implements<ToolbarManager>, public Vs::EventSource<ToolbarEventSite>
+/// All toolbars, in the order in which they were read. One that the user has taken from the window
+/// (UIBaseOptionGroup::hiddenToolbars) begins hidden, and follows that option.
+class ToolbarManager : public Vs::Implements<ToolbarManager>,
+                       public Vs::EventSource<ToolbarEventSite>,
+                       private Vs::OptionEventSite
 {
 public:
     static ToolbarManager* get();
@@ -61,6 +69,7 @@ public:
     Toolbar* toolbarById(const std::wstring& id);
     /// A toolbar of an id that is there already is replaced.
     void add(Toolbar toolbar);
+    /// For this run.
     void hideToolbar(const std::wstring& id);
     void showToolbar(const std::wstring& id);
 
@@ -72,8 +81,12 @@ public:
     [[nodiscard]] std::vector<std::wstring> unknownCommands() const;
 
 private:
+    ToolbarManager();
     void changed();
+    void optionChanged(Vs::OptionEvent* event) override;
+
     std::deque<Toolbar> m_toolbars;
+    std::vector<std::wstring> m_hidden; ///< By the user.
 };
 
 } // namespace Vu

@@ -30,6 +30,7 @@ bool ToolbarPersister::loadToolbars(const std::wstring& path, const std::wstring
             toolbar.id = xml.attribute("id");
             toolbar.title = localizedTitle(xml, domain);
             toolbar.contents = Vs::Strings::narrow(xml.attribute("contents"));
+            toolbar.area = xml.attribute("area");
             const std::wstring environments = xml.attribute("environments");
             boost::split(toolbar.environments, environments, boost::is_space(), boost::token_compress_on);
             std::erase(toolbar.environments, std::wstring());

@@ -19,7 +19,8 @@ namespace Vu {
 ///
 /// `contents` is the key of the area in which the toolbar stands. Further attributes of a toolbar:
 /// `environments`, the identifiers of those in which it is shown, separated by blanks (all, if it is
-/// missing), and `align="end"`. Titles are looked up in the string table of the domain by `titleKey`.
+/// missing), `align="end"`, and `area`, the name of the area among several with the same contents. Titles are
+/// looked up in the string table of the domain by `titleKey`.
 class ToolbarPersister
 {
 public:

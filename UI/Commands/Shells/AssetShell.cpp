@@ -3,6 +3,7 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/ResourceMgr.h"
+#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/Asset.h"
@@ -26,11 +27,38 @@
 #include "UI/Commands/Shells/ArrangementSwap.h"
 #include "UI/Commands/Shells/DeferredSessionReleaseTask.h"
 
+#include <boost/filesystem/operations.hpp>
+
 #include <algorithm>
+#include <memory>
 #include <tuple>
 
 namespace Vu::Commands {
 namespace {
+
+std::wstring lastLayoutFile()
+{
+    return (Vs::PathInfo::optionsDirectory() / L"VULastDisplayedLayout.xml").wstring();
+}
+
+/// A file that cannot be read as a whole is told, and changes nothing: half of a layout is none.
+void takeLastPlaces(Layout& layout)
+{
+    try {
+        const std::wstring file = lastLayoutFile();
+        if (!boost::filesystem::exists(file))
+            return;
+        Vs::Status status;
+        const std::unique_ptr<Layout> last(Layout::load(file, std::wstring(), status));
+        if (status.isError())
+            Application::get()->inform(localizedFormat(
+                "LastLayoutBroken", "The window begins with its default layout. %1%", status.toString()));
+        else
+            Layout::carryPlaces(*last, layout);
+    } catch (const std::exception& error) {
+        Vs::warn(Vs::Strings::fromBytes(error.what())); // The settings cannot be reached at all.
+    }
+}
 
 const Vs::UniqueString* lockSource()
 {
@@ -141,13 +169,21 @@ AssetSession* AssetShell::previousAssetSession() const
     return neighbour(-1);
 }
 
+/// The ordinary layout, with its areas where the last window left them. What the user wants to see of them is
+/// known apart from that.
+void AssetShell::firstLayout(ArrangementMgr* manager)
+{
+    std::unique_ptr<Layout> layout(Layout::load(Resources::AssetShellLayout()->localPath(), std::wstring()));
+    takeLastPlaces(*layout);
+    m_arrangement = Arrangement::make(manager, layout.release());
+}
+
 void AssetShell::onPostActivate()
 {
     ArrangementMgr* arrangements = workspaceWindow()->arrangementManager();
     SessionMgr* sessions = SessionMgr::get();
     if (!m_arrangement)
-        m_arrangement = Arrangement::make(
-            arrangements, Layout::load(Resources::AssetShellLayout()->localPath(), std::wstring()));
+        firstLayout(arrangements);
     sessions->currentAssetSession(m_current);
     sessions->preActivate();
     arrangements->arrangement(m_arrangement);
@@ -172,8 +208,7 @@ void AssetShell::onPostDeactivate()
 {
     if (m_arrangement)
         try {
-            Layout::persist((Vs::PathInfo::optionsDirectory() / L"VULastDisplayedLayout.xml").wstring(),
-                            m_arrangement->layout());
+            Layout::persist(lastLayoutFile(), m_arrangement->layout());
         } catch (const Vs::Exception& error) {
             // The folder of the settings cannot be made; the shell goes all the same.
             Vs::warn(error.message());

@@ -10,6 +10,7 @@
 
 namespace Vu {
 class Arrangement;
+class ArrangementMgr;
 class AssetSession;
 class EnvironmentState;
 class Layout;
@@ -71,6 +72,7 @@ private:
     };
 
     explicit AssetShell(ShellMgr* manager);
+    void firstLayout(ArrangementMgr* manager);
     static Hold holdOn(AssetSession* session);
     AssetSession* neighbour(int step) const;
 

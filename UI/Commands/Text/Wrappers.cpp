@@ -30,12 +30,14 @@
 #include "UI/Commands/Selection/UndoCmds.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
+#include "UI/Commands/Shells/AreaCmds.h"
 #include "UI/Commands/Shells/AssetCmds.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/EnvironmentCmds.h"
 #include "UI/Commands/Shells/InsertAssetCmd.h"
 #include "UI/Commands/Shells/LayoutCmds.h"
 #include "UI/Commands/Shells/ShellCmds.h"
+#include "UI/Commands/Shells/ToolbarCmds.h"
 #include "UI/Commands/Shells/WindowCmds.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
 
@@ -265,6 +267,16 @@ constexpr WrapperRow kWelcomeScreen    = {kArea, L"WelcomeScreenCmd",    L"Show 
 constexpr WrapperRow kVideos           = {kArea, L"VideosCmd",           L"Videos.", "", &VideosCmdDef::info};
 constexpr WrapperRow kHideCommandPalette     = {kArea, L"HideCommandPaletteCmd",       L"Hide CommandPalette", "", &HideCommandPaletteCmdDef::info};
 constexpr WrapperRow kResetToDefaultLayout   = {kArea, L"ResetToDefaultLayoutCommand", L"Reset Layout to default.", "", &ResetToDefaultLayoutCmdDef::info, nullptr, false, false, &ResetToDefaultLayoutCmdDef::refusal};
+constexpr WrapperRow kDockToBottom           = {kArea, L"DockAssetToolbarsToBottomCmd", L"Doc assets toolbars to bottom.", "", &DockAssetToolbarsToBottomCmdDef::info};
+constexpr WrapperRow kDockToTop              = {kArea, L"DockAssetToolbarsToTopCmd",   L"Doc asset toolbars to top.", "", &DockAssetToolbarsToTopCmdDef::info};
+constexpr WrapperRow kShowBrowser            = {kArea, L"ShowBrowserCommand",          L"Show Browser.", "", &ShowBrowserCmdDef::info};
+constexpr WrapperRow kHideBrowser            = {kArea, L"HideBrowserCommand",          L"Hide Browser.", "", &HideBrowserCmdDef::info};
+constexpr WrapperRow kShowCommandToolbar     = {kArea, L"ShowCommandToolbarCmd",       L"Show Command Toolbar", "", &ShowCommandToolbarCmdDef::info};
+constexpr WrapperRow kHideCommandToolbar     = {kArea, L"HideCommandToolbarCmd",       L"Hide Command Toolbar", "", &HideCommandToolbarCmdDef::info};
+constexpr WrapperRow kShowNavigationToolbar  = {kArea, L"ShowNavigationToolbarCmd",    L"Show Navigation Bar.", "", &ShowNavigationToolbarCmdDef::info};
+constexpr WrapperRow kHideNavigationToolbar  = {kArea, L"HideNavigationToolbarCmd",    L"Hide Navigation Bar.", "", &HideNavigationToolbarCmdDef::info};
+constexpr WrapperRow kShowTextCommands       = {kArea, L"ShowTextCommandsCommand",     L"Show text commands.", "", &ShowTextCommandsCmdDef::info};
+constexpr WrapperRow kHideTextCommands       = {kArea, L"HideTextCommandsCommand",     L"Hide text commands.", "", &HideTextCommandsCmdDef::info};
 constexpr WrapperRow kBringAllToFront        = {kArea, L"BringAllToFrontCmd",          L"Bring All To Front.", "", &BringAllToFrontCmdDef::info};
 constexpr WrapperRow kCloseWorkspace         = {kArea, L"CloseWorkspaceCmd",           L"Close the active workspace.", "", &CloseWorkspaceCmdDef::info};
 constexpr WrapperRow kMinimize               = {kArea, L"MinimizeCmd",                 L"Minimize Window.", "", &MinimizeCmdDef::info};
@@ -343,6 +355,16 @@ Wrapper<kWelcomeScreen> TextCmdVuCommandsWelcomeScreenCmd;
 Wrapper<kVideos> TextCmdVuCommandsVideosCmd;
 Wrapper<kHideCommandPalette> TextCmdVuCommandsHideCommandPaletteCmd;
 Wrapper<kResetToDefaultLayout> TextCmdVuCommandsResetToDefaultLayoutCommand;
+Wrapper<kDockToBottom> TextCmdVuCommandsDockAssetToolbarsToBottomCmd;
+Wrapper<kDockToTop> TextCmdVuCommandsDockAssetToolbarsToTopCmd;
+Wrapper<kShowBrowser> TextCmdVuCommandsShowBrowserCommand;
+Wrapper<kHideBrowser> TextCmdVuCommandsHideBrowserCommand;
+Wrapper<kShowCommandToolbar> TextCmdVuCommandsShowCommandToolbarCmd;
+Wrapper<kHideCommandToolbar> TextCmdVuCommandsHideCommandToolbarCmd;
+Wrapper<kShowNavigationToolbar> TextCmdVuCommandsShowNavigationToolbarCmd;
+Wrapper<kHideNavigationToolbar> TextCmdVuCommandsHideNavigationToolbarCmd;
+Wrapper<kShowTextCommands> TextCmdVuCommandsShowTextCommandsCommand;
+Wrapper<kHideTextCommands> TextCmdVuCommandsHideTextCommandsCommand;
 Wrapper<kBringAllToFront> TextCmdVuCommandsBringAllToFrontCmd;
 Wrapper<kCloseWorkspace> TextCmdVuCommandsCloseWorkspaceCmd;
 Wrapper<kMinimize> TextCmdVuCommandsMinimizeCmd;

@@ -22,7 +22,9 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Session/SnapManager.h"
+#include "UI/Base/Workspace/Area.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/split.hpp>
@@ -30,6 +32,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <set>
 
@@ -107,6 +110,19 @@ const Session kSessions[] = {
     {L"ShowWorkspaceFullScreenCommand", L"VuCommands.ShowWorkspaceFullScreenCmd;VuCommands.ShowWorkspaceNormalCmd"},
     {L"ShowWorkspaceNormalCommand",    L"VuCommands.ShowWorkspaceFullScreenCmd;VuCommands.ShowWorkspaceNormalCmd"},
     {L"ResetToDefaultLayoutCommand",   kModel + L"Commands.Start SplitViewLayoutCommand Layout=Quad;VuCommands.ResetToDefaultLayoutCommand"},
+    {L"ShowBrowserCommand",            kModel + L"VuCommands.HideBrowserCommand;VuCommands.ShowBrowserCommand"},
+    {L"HideBrowserCommand",            kModel + L"VuCommands.HideBrowserCommand"},
+    {L"ShowDesignFeedCommand",         kModel + L"Commands.Start ShowDesignFeedCommand"},
+    {L"HideDesignFeedCommand",         kModel + L"Commands.Start ShowDesignFeedCommand;Commands.Start HideDesignFeedCommand"},
+    {L"ShowTextCommandsCommand",       L"VuCommands.HideTextCommandsCommand;VuCommands.ShowTextCommandsCommand"},
+    {L"HideTextCommandsCommand",       kModel + L"VuCommands.HideTextCommandsCommand"},
+    {L"ShowCommandToolbarCommand",     kModel + L"VuCommands.HideCommandToolbarCmd;VuCommands.ShowCommandToolbarCmd"},
+    {L"HideCommandToolbarCommand",     kModel + L"VuCommands.HideCommandToolbarCmd"},
+    {L"ShowNavigationToolbarCommand",  kModel + L"VuCommands.HideNavigationToolbarCmd;VuCommands.ShowNavigationToolbarCmd"},
+    {L"HideNavigationToolbarCommand",  kModel + L"VuCommands.HideNavigationToolbarCmd"},
+    {L"DockAssetToolbarsToBottomCommand", kModel + L"VuCommands.DockAssetToolbarsToBottomCmd"},
+    {L"DockAssetToolbarsToTopCommand", kModel + L"VuCommands.DockAssetToolbarsToBottomCmd;VuCommands.DockAssetToolbarsToTopCmd"},
+    {L"ToolbarsCommand",               kModel + L"Commands.Start ToolbarsCommand Toolbar=Solids Visible=0"},
     {L"ShowCommandPaletteCommand",     kModel + L"VuCommands.SetSnapValueCmd;Commands.Start ShowCommandPaletteCommand;Commands.Cancel"},
     {L"HideCommandPaletteCommand",     kModel + L"VuCommands.SetSnapValueCmd;VuCommands.HideCommandPaletteCmd;Commands.Cancel"},
     {L"CloseWndCommand",               kTwo + L"!Commands.Start CloseWndCommand"},
@@ -342,6 +358,21 @@ bool isWritten(const Session& session, const std::vector<std::string>& lines)
     });
 }
 
+/// Where the areas of the window stand, and which of them show.
+std::wstring areas()
+{
+    std::wstring text;
+    const std::function<void(const Vu::Area&)> add = [&](const Vu::Area& area) {
+        text += L"area " + area.name() + (area.visible() ? L" shows at " : L" is hidden at ") +
+                std::to_wstring(static_cast<int>(area.placement())) + L'\n';
+        for (const auto& child : area.children())
+            add(*child);
+    };
+    if (const Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow(); window->area())
+        add(*window->area());
+    return text;
+}
+
 class ReplayOfEveryCommandTest : public CommandsTests::Recorded
 {
 protected:
@@ -382,6 +413,7 @@ protected:
     static void beginAnew()
     {
         run(L"SplitView.DefaultLayout");
+        run(L"VuCommands.DockAssetToolbarsToTopCmd");
         Vu::ToolbarManager::get()->showToolbar(L"QATRight");
         closeAll();
         resetOptions();
@@ -441,7 +473,7 @@ protected:
     static std::wstring whole()
     {
         Vu::Application::get()->processEvents();
-        std::wstring text = state() + run(L"SplitView.ViewCount").second + options();
+        std::wstring text = state() + run(L"SplitView.ViewCount").second + options() + areas();
         for (const fs::path& path : fs::directory_iterator(made()))
             text += L"file " + path.filename().wstring() + L'\n';
         return text;

@@ -1,0 +1,201 @@
+#include "UI/Base/Window/AreaFrame.h"
+
+#include "UI/Base/Window/ToolbarStrip.h"
+
+#include <QBoxLayout>
+#include <QFrame>
+#include <QSplitter>
+
+#include <algorithm>
+#include <utility>
+
+namespace Vu {
+namespace {
+
+constexpr int kUsualExtent = 260;
+constexpr int kUsualHeight = 180;
+
+QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent)
+{
+    auto* splitter = new QSplitter(orientation, parent);
+    splitter->setChildrenCollapsible(false);
+    return splitter;
+}
+
+/// Puts the widget into the splitter at that place, unless it stands there.
+void seat(QSplitter* splitter, int place, QWidget* widget, bool fills)
+{
+    if (splitter->widget(place) != widget) {
+        const bool hidden = widget->isHidden();
+        splitter->insertWidget(place, widget);
+        widget->setHidden(hidden);
+    }
+    splitter->setStretchFactor(place, fills ? 1 : 0);
+}
+
+} // namespace
+
+AreaFrame::AreaFrame(bool shares, Resized resized, QWidget* parent)
+    : QWidget(parent),
+      m_shares(shares),
+      m_resized(std::move(resized)),
+      m_column(new QVBoxLayout(this)),
+      m_rows(makeSplitter(Qt::Vertical, this)),
+      m_row(makeSplitter(Qt::Horizontal, m_rows))
+{
+    m_column->setContentsMargins(0, 0, 0, 0);
+    m_column->setSpacing(0);
+    m_column->addWidget(m_rows, 1);
+    m_rows->addWidget(m_row);
+    connect(m_row, &QSplitter::splitterMoved, this, [this] { tell(m_row, false); });
+    connect(m_rows, &QSplitter::splitterMoved, this, [this] { tell(m_rows, true); });
+}
+
+void AreaFrame::tell(QSplitter* splitter, bool upright) const
+{
+    const QList<int> sizes = splitter->sizes();
+    for (const Seat& seat : m_seats) {
+        const qsizetype place = splitter->indexOf(seat.place.widget);
+        if (place < 0 || seat.side == EPlacement::Fill || (upright && m_shares))
+            continue;
+        if (!seat.place.widget->isHidden())
+            m_resized(*seat.place.area, sizes[place]);
+    }
+}
+
+/// Those at that side, in the order of their points.
+std::vector<AreaFrame::Seat> AreaFrame::at(EPlacement side, bool bars) const
+{
+    std::vector<Seat> found;
+    for (const Seat& seat : m_seats) {
+        const bool upright = seat.side == EPlacement::Top || seat.side == EPlacement::Bottom;
+        if (seat.side == side && bars == (upright && seat.place.isBar && !m_shares))
+            found.push_back(seat);
+    }
+    std::stable_sort(found.begin(), found.end(), [side](const Seat& a, const Seat& b) {
+        const bool upright = side == EPlacement::Top || side == EPlacement::Bottom;
+        return upright ? a.point.y < b.point.y : a.point.x < b.point.x;
+    });
+    return found;
+}
+
+void AreaFrame::arrange(const std::vector<Place>& places)
+{
+    std::vector<Seat> seats;
+    for (const Place& place : places)
+        if (place.area->placement() != EPlacement::Floating)
+            seats.push_back({place, place.area->placement(), place.area->point()});
+    // One that all layouts share may have been elsewhere meanwhile.
+    const bool inPlace = std::all_of(seats.begin(), seats.end(),
+                                     [this](const Seat& seat) { return isAncestorOf(seat.place.widget); });
+    if (seats == m_seats && inPlace)
+        return;
+    m_seats = std::move(seats);
+    while (QLayoutItem* item = m_column->takeAt(0))
+        delete item;
+    for (QWidget* line : std::exchange(m_lines, {})) {
+        for (QObject* child : QObjectList(line->children()))
+            if (auto* strip = qobject_cast<QWidget*>(child)) {
+                const bool hidden = strip->isHidden();
+                strip->setParent(this);
+                strip->setHidden(hidden);
+            }
+        delete line;
+    }
+    addBars(EPlacement::Top);
+    m_column->addWidget(m_rows, 1);
+    addBars(EPlacement::Bottom);
+    fillRow();
+    fillRows();
+}
+
+void AreaFrame::addBars(EPlacement side)
+{
+    QHBoxLayout* line = nullptr;
+    bool stretched = false;
+    for (const Seat& seat : at(side, true)) {
+        if (!seat.place.isStrip) {
+            line = nullptr;
+            m_column->addWidget(seat.place.widget);
+            continue;
+        }
+        if (!line) {
+            auto* holder = new QFrame(this);
+            holder->setObjectName(QStringLiteral("toolbarLine"));
+            line = new QHBoxLayout(holder);
+            line->setContentsMargins(0, 0, 0, 0);
+            line->setSpacing(0);
+            m_column->addWidget(holder);
+            m_lines.push_back(holder);
+            stretched = false;
+            holder->show();
+        }
+        const auto* strip = static_cast<const ToolbarStrip*>(seat.place.widget);
+        if (strip->isAtEnd() && !stretched) {
+            line->addStretch(1);
+            stretched = true;
+        }
+        const bool hidden = seat.place.widget->isHidden();
+        // One that has things at both ends takes what the line has.
+        line->addWidget(seat.place.widget, strip->spreads() ? 1 : 0);
+        seat.place.widget->setHidden(hidden);
+        stretched = stretched || strip->spreads();
+    }
+    if (line && !stretched)
+        line->addStretch(1);
+}
+
+void AreaFrame::fillRow()
+{
+    std::vector<Seat> row = at(EPlacement::Left, false);
+    for (const EPlacement side : {EPlacement::Fill, EPlacement::Right})
+        for (const Seat& seat : at(side, false))
+            row.push_back(seat);
+    QList<int> sizes;
+    int taken = 0;
+    for (size_t i = 0; i < row.size(); ++i) {
+        const bool fills = row[i].side == EPlacement::Fill;
+        seat(m_row, static_cast<int>(i), row[i].place.widget, fills);
+        const int wished = row[i].place.area->extent() > 0 ? row[i].place.area->extent() : kUsualExtent;
+        sizes << (fills ? 0 : wished);
+        taken += fills || row[i].place.widget->isHidden() ? 0 : wished;
+    }
+    // Those that fill share evenly what the others leave; a splitter scales its sizes to the width that it
+    // has.
+    const int filling = static_cast<int>(sizes.count(0));
+    const int plenty = width() > taken + kUsualExtent ? width() : window()->width();
+    for (int& size : sizes)
+        if (size == 0)
+            size = std::max(kUsualExtent, (plenty - taken) / filling);
+    m_row->setSizes(sizes);
+}
+
+void AreaFrame::fillRows()
+{
+    std::vector<Seat> above = at(EPlacement::Top, false);
+    const std::vector<Seat> below = at(EPlacement::Bottom, false);
+    int place = 0;
+    QList<int> sizes;
+    const auto height = [this](const Seat& one) {
+        const int extent = one.place.area->extent();
+        return m_shares ? kUsualExtent : extent > 0 ? extent : kUsualHeight;
+    };
+    for (const Seat& one : above) {
+        seat(m_rows, place++, one.place.widget, m_shares);
+        sizes << height(one);
+    }
+    seat(m_rows, place++, m_row, true);
+    sizes << (m_shares ? kUsualExtent : std::max(kUsualExtent, window()->height()));
+    for (const Seat& one : below) {
+        seat(m_rows, place++, one.place.widget, m_shares);
+        sizes << height(one);
+    }
+    const auto inRow = [](const Seat& one) {
+        return one.side != EPlacement::Top && one.side != EPlacement::Bottom;
+    };
+    // What shares the height with nothing takes all of it.
+    m_row->setHidden(m_shares && std::none_of(m_seats.begin(), m_seats.end(), inRow));
+    m_rows->setSizes(sizes);
+}
+
+} // namespace Vu

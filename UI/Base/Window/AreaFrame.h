@@ -1,0 +1,67 @@
+#pragma once
+
+#include "UI/Base/Workspace/Area.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <vector>
+
+class QSplitter;
+class QVBoxLayout;
+
+namespace Vu {
+
+/// The widgets of the areas in one container. Bars at the top and bottom take the whole width, those of
+/// toolbars that follow each other share a line; between them, panels at the top and bottom stand above and
+/// below those at the left and right, which stand beside those that fill, with splitters between. Whoever is
+/// hidden keeps its place.
+class AreaFrame : public QWidget
+{
+public:
+    /// One of them. The widget is a child of the frame, or becomes one.
+    struct Place
+    {
+        Area* area;
+        QWidget* widget;
+        bool isStrip; ///< One of toolbars.
+        bool isBar;   ///< Of the height that it needs; false for what can be resized.
+
+        bool operator==(const Place&) const = default;
+    };
+    using Resized = std::function<void(Area&, int extent)>;
+
+    /// With `shares`, those at the top and bottom share the height evenly with the others (a split view). A
+    /// moved splitter is told by `resized`.
+    AreaFrame(bool shares, Resized resized, QWidget* parent);
+
+    /// Gives all of them their places, in the order of the tree. Nothing is moved if they had them before.
+    /// What isn't among them any more is left to its owner.
+    void arrange(const std::vector<Place>& places);
+
+private:
+    struct Seat
+    {
+        Place place;
+        EPlacement side;
+        Vs::Point2 point;
+
+        bool operator==(const Seat&) const = default;
+    };
+
+    std::vector<Seat> at(EPlacement side, bool bars) const;
+    void fillRow();
+    void fillRows();
+    void addBars(EPlacement side);
+    void tell(QSplitter* splitter, bool upright) const;
+
+    bool m_shares;
+    Resized m_resized;
+    QVBoxLayout* m_column;
+    QSplitter* m_rows; ///< Panels at the top, the row, panels at the bottom.
+    QSplitter* m_row;
+    std::vector<Seat> m_seats;
+    std::vector<QWidget*> m_lines; ///< Of toolbars that share one.
+};
+
+} // namespace Vu

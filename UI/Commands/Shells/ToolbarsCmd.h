@@ -1,0 +1,55 @@
+#pragma once
+
+#include "UI/Base/Command/InputControl.h"
+#include "UI/Commands/Shells/WindowCmds.h"
+
+#include <memory>
+#include <vector>
+
+namespace Vu::Commands {
+
+class ToolbarsCmd;
+
+/// The menu of the window's toolbars, with a mark for each that shows. Changing a mark runs the command,
+/// which also keeps for the next start what the user has taken from the window. A toolbar that full screen
+/// hid is brought back here.
+class ToolbarsCmdDef
+    : public CommandRowDefinition<ToolbarsCmdDef, ToolbarsCmd, CommandDefinition, IMenuControlHandler>
+{
+public:
+    static const CommandRow kRow;
+
+    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    static void createCommandDef();
+
+    /// "Toolbar": the identifier of the toolbar.
+    static const Vs::UniqueString* toolbarArgumentName();
+    /// "Visible": 1 to show it, 0 to hide it; without it, the one becomes the other.
+    static const Vs::UniqueString* visibleArgumentName();
+
+    void onMenuSelectionChanged(MenuItem* item) override;
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+    InputControl* onInputControl() override;
+    void onUpdateInputControl(CommandContext* context) override;
+
+private:
+    void fill();
+
+    std::vector<std::unique_ptr<Info>> m_records;
+    std::vector<std::unique_ptr<MenuItem>> m_items;
+    std::unique_ptr<MenuControl> m_menu;
+};
+
+class ToolbarsCmd : public Vs::Implements<ToolbarsCmd, OnWindowCmd>
+{
+public:
+    using Implements::Implements;
+
+protected:
+    void onExecute(Vs::Status& status) override;
+    void onWindow(WorkspaceWindow&) override {}
+};
+
+} // namespace Vu::Commands
