@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <map>
 #include <memory>
@@ -34,6 +35,8 @@ public:
     const std::wstring& userName() const { return m_userName; }
     /// The key of the command that made the change; see TransactionMgr::cmdKeySource.
     const std::wstring& cmdKey() const { return m_cmdKey; }
+    /// When it was committed; before that, when it was begun.
+    std::chrono::system_clock::time_point time() const { return m_time; }
     /// Whether it touched anything, of the model or of the settings.
     bool isChanged() const { return m_touchesModel || !m_settings.empty(); }
     /// False for the one that is still open.
@@ -75,6 +78,7 @@ private:
 
     const TransactionNode* m_parent = nullptr;
     std::wstring m_userName, m_cmdKey;
+    std::chrono::system_clock::time_point m_time = std::chrono::system_clock::now();
     bool m_touchesModel = false;
     bool m_committed = false;
     bool m_preview = false;

@@ -68,6 +68,7 @@ ChangeHistory::Extent ChangeHistory::keep(std::unique_ptr<Step> step)
     if (extent.nothing() && !m_group)
         return extent;
     step->m_committed = true;
+    step->m_time = std::chrono::system_clock::now();
     Step& parent = top();
     parent.m_undone.clear();
     parent.m_done.push_back(std::move(step));
