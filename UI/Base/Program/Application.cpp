@@ -2,15 +2,14 @@
 
 #include "Server/Base/Require.h"
 #include "Server/Base/SiblingLibrary.h"
-#include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/About.h"
 #include "UI/Base/Program/Private/ApplicationHost.h"
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Program/Private/SuddenEnd.h"
@@ -236,14 +235,7 @@ void Application::shutDown()
 
 void Application::showAboutBox(bool extended)
 {
-    std::wstring text = L"Quillet " + Vs::Strings::widen(Vs::SoftwareVersion::describeCurrent()) + L'\n' +
-                        localized("AboutText", "Desktop 3D design. Apache License 2.0.");
-    if (extended) {
-        text += L"\n\nQt " + Vs::Strings::widen(qVersion());
-        const std::wstring graphics = Vs::Scene::OffscreenRenderer::get()->description();
-        if (!graphics.empty())
-            text += L'\n' + localizedFormat("AboutGraphics", "Graphics: %1%", graphics);
-    }
+    const std::wstring text = extended ? aboutText() + L"\n\n" + aboutDetails() : aboutText();
     if (QWidget* parent = mainWidget(); parent && !headless() && !testing())
         Display::get()->showAbout(localized("AboutTitle", "About Quillet"), text, parent);
     else

@@ -49,6 +49,11 @@ std::unique_ptr<QMessageBox> PlainText::messageBox(QWidget* parent, const QStrin
     return box;
 }
 
+void PlainText::setDetails(QMessageBox* box, const QString& text)
+{
+    box->setDetailedText(text);
+}
+
 bool PlainText::confirmed(QWidget* parent, const QString& title, const QString& question)
 {
     const std::unique_ptr<QMessageBox> box = messageBox(parent, title, question);

@@ -30,6 +30,8 @@ QLabel* label(QWidget* parent, const QString& text = {});
 
 /// A message box without picture and buttons.
 std::unique_ptr<QMessageBox> messageBox(QWidget* parent, const QString& title, const QString& text);
+/// What a button of the box unfolds; it is shown letter by letter.
+void setDetails(QMessageBox* box, const QString& text);
 /// Asks whether to go on; "no" is the answer unless it is chosen.
 bool confirmed(QWidget* parent, const QString& title, const QString& question);
 

@@ -3,6 +3,8 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/StringTable.h"
+#include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/About.h"
 #include "UI/Base/Window/CanvasWidget.h"
 #include "UI/Base/Window/DesktopNotifications.h"
 #include "UI/Base/Window/PlainText.h"
@@ -12,9 +14,11 @@
 #include "UI/Base/Window/Theme.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QLibraryInfo>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QPushButton>
 #include <QSessionManager>
 #include <QSurfaceFormat>
 #include <QTranslator>
@@ -106,6 +110,18 @@ void QtDisplay::showAbout(const std::wstring& title, const std::wstring& text, Q
         PlainText::messageBox(parent, QString::fromStdWString(title), QString::fromStdWString(text));
     constexpr int kPictureSide = 64;
     box->setIconPixmap(QApplication::windowIcon().pixmap(kPictureSide, kPictureSide));
+    const QString details = QString::fromStdWString(aboutDetails());
+    QString all = box->text();
+    if (!all.contains(details)) {
+        PlainText::setDetails(box.get(), details);
+        all += QStringLiteral("\n\n") + details;
+    }
+    box->setStandardButtons(QMessageBox::Ok);
+    // It copies, and leaves the box where it is.
+    QPushButton* copy =
+        box->addButton(QString::fromStdWString(localized("AboutCopy", "Copy")), QMessageBox::ActionRole);
+    copy->disconnect();
+    QObject::connect(copy, &QPushButton::clicked, [all] { QGuiApplication::clipboard()->setText(all); });
     box->exec();
 }
 
