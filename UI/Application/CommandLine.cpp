@@ -26,6 +26,7 @@ struct OptionRow
 
 constexpr OptionRow kOptions[] = {
     {"headless", nullptr, "Run without a window; no display is needed. Ends after the last line."},
+    {"hand-over", nullptr, "Open the files in the window that was active last; start one if none is there."},
     {"command", "LINE", "Run one text line."},
     {"replay", "FILE", "Run a transcript of text lines."},
     {"script", "FILE", "Run a Python script."},
@@ -163,6 +164,9 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     result.test.parameters = result.parameters;
     result.stubsDirectory = bytesOf(parser.value(QStringLiteral("write-stubs")));
     result.headless = parser.isSet(QStringLiteral("headless"));
+    result.handOver = parser.isSet(QStringLiteral("hand-over"));
+    if (result.handOver && (result.headless || !result.steps.empty()))
+        result.error = "--hand-over opens files in a window, and goes with no --headless and nothing to run.";
     result.autorun = !parser.isSet(QStringLiteral("no-autorun"));
     result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
     result.echo = parser.isSet(QStringLiteral("echo"));

@@ -32,6 +32,7 @@ struct CommandLine
     std::string stubsDirectory;                    ///< Where type stubs are written to; empty for nowhere.
     TestRun test;                                  ///< With a folder, the run is this and nothing else.
     bool headless = false;
+    bool handOver = false; ///< The files go to the window that runs already, if there is one.
     bool autorun = true;
     bool keepGoing = false;
     bool echo = false;

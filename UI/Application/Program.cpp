@@ -15,6 +15,7 @@
 #include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/DocumentOpener.h"
 #include "UI/Application/Console.h"
+#include "UI/Application/HandOverReceiver.h"
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Lists.h"
 #include "UI/Application/Stubs.h"
@@ -37,6 +38,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <memory>
 #include <tuple>
 
 namespace Quillet {
@@ -87,6 +89,18 @@ bool takeProfile(const boost::filesystem::path& folder)
     }
     Vs::PathInfo::profileDirectory(absolute);
     return true;
+}
+
+/// Returns whether a window that runs already has taken the files.
+bool handFilesOver(const std::vector<std::string>& files)
+{
+    HandedOver all;
+    for (const std::string& file : files)
+        all.files.push_back(Vs::PathInfo::absolute(boost::filesystem::path(file)).string());
+    for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
+        if (all.activationToken.empty() && isSet(variable))
+            all.activationToken = std::getenv(variable);
+    return handOver(all);
 }
 
 /// Before any text is asked for. A run without a window speaks the language of its environment, as other
@@ -189,6 +203,7 @@ int runWorkspace(const CommandLine& line)
     std::signal(SIGINT, onInterrupt);
     LineRunner runner({line.keepGoing, line.echo, std::move(parameters)});
     Vu::Application* application = Vu::Application::get();
+    std::unique_ptr<HandOverReceiver> receiver;
     Vu::AutoSaving::begin();
     Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();
     if (!line.headless) {
@@ -202,6 +217,9 @@ int runWorkspace(const CommandLine& line)
         Vu::AutoSaving::lookForFiles();
     runSteps(line, runner);
     int code = kExitOk;
+    // Whoever hands files over must not wait for those that this start was given.
+    if (!line.headless && !application->exiting())
+        receiver = std::make_unique<HandOverReceiver>(HandOverReceiver::openInWindow);
     if (!line.headless && !application->exiting())
         code = application->run();
     application->flushDeferredTasks();
@@ -233,6 +251,10 @@ void end()
 
 int runProgram(CommandLine line, int& count, char** arguments)
 {
+    if (!takeProfile(line.profileDirectory))
+        return kExitUsage;
+    if (line.handOver && !line.files.empty() && handFilesOver(line.files))
+        return kExitOk;
     const bool lists = line.listCommands || line.listDefinitions || !line.stubsDirectory.empty();
     if (!line.headless && !lists && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
         complain("there is no display (DISPLAY and WAYLAND_DISPLAY are not set), so this run is headless.");
@@ -242,8 +264,6 @@ int runProgram(CommandLine line, int& count, char** arguments)
     // Who watches the lines sees what came before the one that was the last ever.
     if (!lists)
         std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
-    if (!takeProfile(line.profileDirectory))
-        return kExitUsage;
     if (!lists && !Vs::PathInfo::hasHome())
         complain("there is no home folder (HOME is not set, and this user has none): what this run keeps "
                  "goes with it, "

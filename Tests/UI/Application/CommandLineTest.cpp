@@ -63,7 +63,9 @@ TEST(CommandLineTest, WrongUsageIsNamed)
                                                   {"--test=d", "--shard=0/2"},
                                                   {"--test=d", "--shard=1"},
                                                   {"--test=d", "--shard=1/2/3"},
-                                                  {"--test=d", "--timeout=-1"}})
+                                                  {"--test=d", "--timeout=-1"},
+                                                  {"--hand-over", "--headless", "file"},
+                                                  {"--hand-over", "--command=x", "file"}})
         EXPECT_NE(parseCommandLine(wrong).error, "") << wrong.back();
 }
 

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "UI/Application/HandOver.h"
+
+#include <functional>
+#include <memory>
+
+namespace Quillet {
+
+/// The window's side of `handOver`: a socket in the user's runtime folder, which nobody else can open. Of
+/// several programs the one that was active last gets what is handed over. Main thread only.
+class HandOverReceiver
+{
+public:
+    using Take = std::function<void(const HandedOver&)>;
+
+    /// Calls `take` in the main loop for whatever is handed over. Where no socket can be made, that is
+    /// logged, and nothing comes.
+    explicit HandOverReceiver(Take take);
+    ~HandOverReceiver();
+    HandOverReceiver(const HandOverReceiver&) = delete;
+    HandOverReceiver& operator=(const HandOverReceiver&) = delete;
+
+    /// Opens the files in the active window, beside what it shows, and brings it to the front.
+    static void openInWindow(const HandedOver& files);
+
+private:
+    struct Data;
+    std::unique_ptr<Data> m_data;
+};
+
+} // namespace Quillet
