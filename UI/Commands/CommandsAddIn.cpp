@@ -12,6 +12,7 @@
 #include "UI/Base/Session/Environment.h"
 #include "UI/Base/Session/SpaceMouseEventSite.h"
 #include "UI/Base/Workspace/HUDPersister.h"
+#include "UI/Base/Workspace/MenuBar.h"
 #include "UI/Base/Workspace/ToolbarPersister.h"
 #include "UI/Commands/ActiveCommandCmds.h"
 #include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
@@ -251,6 +252,7 @@ void CommandsAddIn::load()
     m_notifications = NotificationsEventSiteFactory::buildEventSite();
     Vs::Status status;
     ToolbarPersister::get()->loadToolbars(Resources::ToolbarXml()->localPath(), kDomain, status);
+    MenuBar::get()->addFile((resourceDirectory() / "Toolbar" / "Menus.xml").wstring(), kDomain);
     HUDPersister::get()->loadHUDs(Resources::HUDXml()->localPath(), status);
     if (status.isError())
         Vs::warn(status.toString());

@@ -1,6 +1,7 @@
 #include "Server/AddInMgr/IUIAddIn.h"
 #include "Server/Base/Warning.h"
 #include "UI/Base/Command/CommandArguments.h"
+#include "UI/Base/Workspace/MenuBar.h"
 #include "UI/Base/Workspace/ToolbarPersister.h"
 #include "UI/Design/DocumentKinds.h"
 #include "UI/Design/Edit/ColourCmd.h"
@@ -51,6 +52,7 @@ public:
         ToolbarPersister::get()->loadToolbars(Resources::ToolbarXml()->localPath(), kDomain, status);
         if (status.isError())
             Vs::warn(status.toString());
+        MenuBar::get()->addFile(Resources::MenusXml()->localPath(), kDomain);
     }
 
 private:

@@ -110,6 +110,11 @@ Vs::ImageSetResource* Resources::Colour()
     return get()->imageSet(L"Edit/Colour");
 }
 
+Vs::Resource* Resources::MenusXml()
+{
+    return get()->resource(L"Toolbar/Menus.xml");
+}
+
 Vs::Resource* Resources::ToolbarXml()
 {
     return get()->resource(L"Toolbar/Toolbars.xml");

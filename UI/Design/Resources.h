@@ -4,8 +4,8 @@
 
 namespace Vu::Design {
 
-/// The design add-in's icons and toolbars. The store owns them; they live until the process ends. Main thread
-/// only.
+/// The design add-in's icons, menus and toolbars. The store owns them; they live until the process ends. Main
+/// thread only.
 class Resources : public Vs::ResourceMgr
 {
 public:
@@ -28,6 +28,7 @@ public:
     static Vs::ImageSetResource* LinearPattern();
     static Vs::ImageSetResource* CircularPattern();
     static Vs::ImageSetResource* Colour();
+    static Vs::Resource* MenusXml();
     static Vs::Resource* ToolbarXml();
 
 private:

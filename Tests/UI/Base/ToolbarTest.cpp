@@ -1,6 +1,7 @@
 #include "Server/Base/Strings.h"
 #include "Tests/UI/Base/Fixture.h"
 #include "UI/Base/Workspace/HUDPersister.h"
+#include "UI/Base/Workspace/MenuBar.h"
 #include "UI/Base/Workspace/ToolbarPersister.h"
 
 #include <algorithm>
@@ -103,6 +104,50 @@ TEST_F(ToolbarTest, CommandsThatNobodyHasAreListedOnceEach)
     const std::vector<std::wstring> unknown = ToolbarManager::get()->unknownCommands();
     EXPECT_EQ(std::count(unknown.begin(), unknown.end(), L"MissingCommand"), 1);
     EXPECT_EQ(std::count(unknown.begin(), unknown.end(), L"KnownToolbarCommand"), 0);
+}
+
+TEST_F(ToolbarTest, AnAddInPutsItsEntriesAtAPlaceOfAnothersMenuOrAtItsEnd)
+{
+    MenuBar bar;
+    // The one that adds may be read first.
+    bar.addFile(
+        write("more.xml", R"(<menus><add menu="File" place="Here"><item command="New" title="Mine"/></add>
+                                     <add menu="Inner"><separator/><areas/></add></menus>)"),
+        L"");
+    bar.addFile(write("menus.xml", R"(<menus><menu id="File" title="&amp;File"><item command="First"/>
+        <place id="Here"/><item command="Last"/><menu id="Inner" title="Inner"/></menu></menus>)"),
+                L"");
+    ASSERT_EQ(bar.menus().size(), 1u);
+    const std::vector<ToolbarItem>& entries = bar.menus()[0].menu;
+    ASSERT_EQ(entries.size(), 5u);
+    EXPECT_EQ(bar.menus()[0].title, L"&File");
+    EXPECT_EQ(entries[1].command + entries[1].title, L"NewMine");
+    EXPECT_FALSE(entries[1].isMenu() || entries[2].separator() || entries[4].menu.at(1).separator());
+    EXPECT_EQ(entries[4].menu.at(1).kind, ToolbarItem::Kind::Areas);
+    EXPECT_TRUE(bar.problems().isOk());
+    EXPECT_EQ(bar.unknownCommands(), (std::vector<std::wstring>{L"First", L"New", L"Last"}));
+}
+
+TEST_F(ToolbarTest, WrongMenusAreToldAndLeaveTheOthers)
+{
+    MenuBar bar;
+    bar.addFile(write("good.xml", R"(<menus><menu id="A" title="A"><item command="X"/></menu></menus>)"),
+                L"");
+    bar.addFile(L"/no/such/menus.xml", L"");
+    bar.addFile(write("broken.xml", "<menus>\n<menu id=\"B\" title=\"B\">"), L"");
+    bar.addFile(
+        write("odd.xml", R"(<menus><menu id="C"/><button/><add menu="Z"/><menu id="D" title="D"><place/>
+                                    </menu><add menu="A" place="No"><item command="Y"/></add></menus>)"),
+        L"");
+    ASSERT_EQ(bar.menus().size(), 2u);
+    EXPECT_EQ(bar.menus()[0].menu.at(1).command, L"Y");
+    EXPECT_EQ(bar.menus()[1].id, L"D");
+    EXPECT_TRUE(bar.menus()[1].menu.empty());
+    for (const char* told : {"/no/such/menus.xml: ", "broken.xml:2: ", "<button>", "\"title\"", "\"id\"",
+                             "no menu \"Z\"", "no place \"No\""})
+        EXPECT_TRUE(bar.problems().matchingError(told)) << told;
+    // Places are for menus alone.
+    EXPECT_FALSE(load(R"(<toolbars><toolbar id="P"><place id="Q"/></toolbar></toolbars>)"));
 }
 
 TEST_F(ToolbarTest, AHudOfTheSameNameReplacesTheOldOneAndABrokenFileLeavesIt)

@@ -25,6 +25,7 @@
 #include "UI/Base/Window/BrowserPanel.h"
 #include "UI/Base/Window/CommandBox.h"
 #include "UI/Base/Window/CommandButton.h"
+#include "UI/Base/Window/CommandMenu.h"
 #include "UI/Base/Window/MainWindow.h"
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Workspace/Arrangement.h"
@@ -267,6 +268,7 @@ TEST_F(WindowTest, ListsAndMenusInsideAMenuAreSubmenusThatShowWhatIsCurrent)
         if (each->text().startsWith(QStringLiteral("Outer")))
             outer = each->menu();
     ASSERT_NE(outer, nullptr);
+    Q_EMIT outer->aboutToShow();
     ASSERT_EQ(outer->actions().size(), 1);
     QMenu* inner = outer->actions().front()->menu();
     ASSERT_NE(inner, nullptr);
@@ -290,6 +292,59 @@ TEST_F(WindowTest, ListsAndMenusInsideAMenuAreSubmenusThatShowWhatIsCurrent)
     lists.list.items({&lists.two});
     button->click();
     EXPECT_EQ(lists.chosen, (std::vector<Info*>{&lists.one, lists.info()}));
+    WorkspaceMgr::get()->closeAll();
+}
+
+TEST_F(WindowTest, AMenuTellsAtEachOpeningWhatCanRunUnderItsOwnTitle)
+{
+    Application::get()->needGui();
+    int runs = 0;
+    FunctionCommandDef definition(L"MenuTestCommand", [&](CommandContext&) { ++runs; });
+    definition.applicable = false;
+    CommandMenu menu({{L"MenuTestCommand", L"&Mine", {}}, {L"NoSuchCommand", L"", {}}}, nullptr);
+    EXPECT_TRUE(menu.actions().isEmpty()); // Before somebody wants to see them.
+    Q_EMIT menu.aboutToShow();
+    ASSERT_EQ(menu.actions().size(), 1);
+    QAction* action = menu.actions().front();
+    EXPECT_EQ(action->text(), QStringLiteral("&Mine"));
+    EXPECT_FALSE(action->isEnabled());
+    definition.applicable = true;
+    Q_EMIT menu.aboutToShow();
+    ASSERT_TRUE(action->isEnabled());
+    action->trigger();
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(WindowTest, TheListOfAreasShowsAndHidesThem)
+{
+    ToolbarManager::get()->add({L"AreasTest", L"Tools of the Test", "CommandToolbar", {}});
+    WorkspaceWindow* window = windowWith({"CommandToolbar", "Browser"});
+    ToolbarItem areas;
+    areas.kind = ToolbarItem::Kind::Areas;
+    CommandMenu menu({areas}, nullptr);
+    Q_EMIT menu.aboutToShow();
+    QMenu* list = menu.actions().at(0)->menu();
+    ASSERT_NE(list, nullptr);
+    const auto entry = [&](const QString& title) -> QAction* {
+        Q_EMIT list->aboutToShow();
+        for (QAction* action : list->actions())
+            if (action->text() == title)
+                return action;
+        return nullptr;
+    };
+    ASSERT_NE(entry("Tools of the Test"), nullptr);
+    EXPECT_TRUE(entry("Tools of the Test")->isChecked());
+    entry("Tools of the Test")->trigger();
+    EXPECT_FALSE(ToolbarManager::get()->toolbarById(L"AreasTest")->visible);
+    ASSERT_NE(entry("Browser"), nullptr);
+    entry("Browser")->trigger();
+    EXPECT_FALSE(window->area(L"Browser")->visible());
+    EXPECT_FALSE(UIBaseOptionGroup::get()->wantToShowBrowser());
+    entry("Browser")->trigger();
+    EXPECT_TRUE(window->area(L"Browser")->visible());
+    EXPECT_EQ(entry("Command Line"), nullptr); // Not in this layout.
+    ToolbarManager::get()->showToolbar(L"AreasTest");
     WorkspaceMgr::get()->closeAll();
 }
 

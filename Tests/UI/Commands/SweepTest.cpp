@@ -7,8 +7,12 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Workspace/MenuBar.h"
 
 #include <boost/filesystem/operations.hpp>
+
+#include <map>
+#include <set>
 
 using namespace Vu;
 
@@ -124,6 +128,55 @@ TEST_F(ArgumentsTest, NoCommandRunsWithAnArgumentThatItDoesNotTake)
     EXPECT_EQ(failure(L"Commands.Start BoxCommand dx=100 Dy=1 Dz=1"),
               L"Box has no argument \"dx\". Did you mean \"Dx\"?");
     EXPECT_EQ(documents(), 1u);
+}
+
+/// Commands with a title that no menu has, each with its reason.
+const std::map<std::wstring, const char*> kInNoMenu = {
+    {L"SwitchAssetCommand", "needs to be told the model; the list of models does it"},
+    {L"RenameCommand", "needs to be told the name, which is typed in the browser"},
+    {L"CloseWndCommand", "the cross of a document's tab"},
+    {L"CancelCommand", "a button of the command's panel"},
+    {L"CommitCommand", "a button of the command's panel"},
+    {L"ViewWidgetCommand", "the head of a toolbar's menu"},
+    {L"ViewDomeCommand", "an entry of the effects"},
+    {L"ViewGroundPlaneCommand", "an entry of the effects"},
+    {L"ViewGroundShadowCommand", "an entry of the effects"},
+    {L"ViewGroundReflectionCommand", "an entry of the effects"},
+    {L"ViewAmbientOcclusionCommand", "an entry of the effects"},
+    {L"ViewObjectShadowCommand", "an entry of the effects"},
+    {L"ViewMSAACommand", "an entry of the effects"},
+    {L"ViewLayoutGridOnCommand", "an entry of the grid"},
+    {L"ViewGridRefNumeralsCommand", "an entry of the grid"},
+    {L"RemoveNamedViewCommand", "about one named view; in the browser's menu"},
+    {L"UpdateNamedViewCameraCommand", "about one named view; in the browser's menu"},
+    {L"UpdateNamedViewNameCommand", "about one named view; in the browser's menu"},
+    {L"RestoreCameraCommand", "about one named view; in the browser's menu"},
+};
+
+void collectCommands(const std::vector<ToolbarItem>& items, std::multiset<std::wstring>& commands)
+{
+    for (const ToolbarItem& item : items) {
+        if (!item.command.empty())
+            commands.insert(item.command);
+        collectCommands(item.menu, commands);
+    }
+}
+
+TEST(MenusTest, EveryCommandWithATitleStandsInOneMenuOrHasAReasonNotTo)
+{
+    std::multiset<std::wstring> inMenus;
+    collectCommands(MenuBar::get()->menus(), inMenus);
+    EXPECT_TRUE(MenuBar::get()->problems().isOk()) << MenuBar::get()->problems().matchingError("");
+    EXPECT_EQ(MenuBar::get()->unknownCommands(), std::vector<std::wstring>());
+    EXPECT_EQ(MenuBar::get()->menus().size(), 9u);
+    for (const CommandDefinition* definition : CommandDefinitionMgr::get()->commandDefinitions()) {
+        const std::wstring& id = definition->id();
+        const size_t expected = definition->info()->name().empty() ? inMenus.count(id) // As it likes.
+                                                                   : 1 - kInNoMenu.count(id);
+        EXPECT_EQ(inMenus.count(id), expected) << Vs::Strings::narrow(id);
+    }
+    for (const auto& [id, reason] : kInNoMenu)
+        EXPECT_NE(CommandDefinitionMgr::get()->findCommandDefinitionById(id), nullptr) << reason;
 }
 
 INSTANTIATE_TEST_SUITE_P(InEveryScene, SweepTest,

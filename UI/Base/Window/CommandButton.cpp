@@ -3,10 +3,10 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/ExtendedInfoLoader.h"
+#include "UI/Base/Window/CommandMenu.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
-#include "UI/Base/Window/TickMenu.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
 
 #include <QApplication>
@@ -17,8 +17,6 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QPainter>
-
-#include <utility>
 
 namespace Vu {
 namespace {
@@ -77,89 +75,6 @@ QFrame* separator(QWidget* parent)
     return line;
 }
 
-QAction* addEntry(QMenu* menu, const Info& info)
-{
-    return menu->addAction(iconOf(info.icon()), QString::fromStdWString(info.name()));
-}
-
-void addItems(QMenu* menu, ListControl* list)
-{
-    for (Info* item : list->items()) {
-        if (item->key() == ListControl::kSeparator) {
-            menu->addSeparator();
-            continue;
-        }
-        QAction* action = addEntry(menu, *item);
-        action->setCheckable(item == list->selectedItem());
-        action->setChecked(item == list->selectedItem());
-        QObject::connect(action, &QAction::triggered, menu, [list, item] { list->selectedItem(item, true); });
-    }
-}
-
-/// The items of the command's list or menu as they are now.
-void fillMenu(QMenu* menu, CommandDefinition* definition)
-{
-    menu->clear();
-    CommandContext context = CommandContext::activeContext();
-    InputControl* control = definition->inputControl();
-    definition->updateInputControl(&context);
-    if (auto* list = Vs::cast<ListControl>(control))
-        addItems(menu, list);
-    else if (Vs::cast<MenuControl>(control))
-        fillWithTicks(menu, [definition] { return Vs::cast<MenuControl>(definition->inputControl()); });
-}
-
-bool opensMenu(const InputControl* control)
-{
-    return Vs::cast<ListControl>(control) || Vs::cast<MenuControl>(control);
-}
-
-void addCommand(QMenu* menu, CommandDefinition* definition)
-{
-    QAction* action = nullptr;
-    if (opensMenu(definition->inputControl())) {
-        const Info& info = *definition->info();
-        QMenu* items = menu->addMenu(iconOf(info.icon()), QString::fromStdWString(info.name()));
-        QObject::connect(items, &QMenu::aboutToShow, items,
-                         [items, definition] { fillMenu(items, definition); });
-        action = items->menuAction();
-    } else {
-        action = addEntry(menu, *definition->info());
-        QObject::connect(action, &QAction::triggered, menu, [definition] { definition->onClicked(); });
-    }
-    QObject::connect(menu, &QMenu::aboutToShow, action, [definition, action] {
-        CommandContext context = CommandContext::activeContext();
-        action->setVisible(definition->isVisible(&context));
-        action->setEnabled(definition->isApplicable(&context));
-    });
-}
-
-/// Title and picture of a menu that was described.
-std::pair<QString, QIcon> headOf(const ToolbarItem& item)
-{
-    const CommandDefinition* definition =
-        CommandDefinitionMgr::get()->findCommandDefinitionById(item.command);
-    if (!definition)
-        return {QString::fromStdWString(item.title), QIcon()};
-    const Info& info = *definition->info();
-    return {QString::fromStdWString(info.name()), iconOf(info.icon())};
-}
-
-void fillMenu(QMenu* menu, const std::vector<ToolbarItem>& items)
-{
-    for (const ToolbarItem& item : items) {
-        if (item.separator()) {
-            menu->addSeparator();
-        } else if (item.isMenu()) {
-            const auto [title, icon] = headOf(item);
-            fillMenu(menu->addMenu(icon, title), item.menu);
-        } else if (CommandDefinition* definition =
-                       CommandDefinitionMgr::get()->findCommandDefinitionById(item.command)) {
-            addCommand(menu, definition);
-        }
-    }
-}
-
 } // namespace
 
 CommandButton::CommandButton(CommandDefinition* definition, QWidget* parent)
@@ -173,7 +88,7 @@ CommandButton::CommandButton(CommandDefinition* definition, QWidget* parent)
         m_menu = new QMenu(this);
         setMenu(m_menu);
         leaveWith(m_menu, this);
-        connect(m_menu, &QMenu::aboutToShow, this, [this] { fillMenu(m_menu, m_definition); });
+        connect(m_menu, &QMenu::aboutToShow, this, [this] { fillWithEntriesOf(m_menu, m_definition); });
         connect(this, &QToolButton::clicked, this, [this] {
             if (auto* list = Vs::cast<ListControl>(m_control))
                 list->clicked();
@@ -312,21 +227,15 @@ QToolButton* makeToolbarItem(const ToolbarItem& item, QWidget* parent, std::vect
     }
     auto* button = new QToolButton(parent);
     makeFlat(button);
-    const auto [title, icon] = headOf(item);
-    button->setText(title + QString::fromUtf16(kListSign));
-    button->setIcon(icon);
-    button->setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonTextBesideIcon);
+    const MenuHead head = headOf(item);
+    button->setText(head.title + QString::fromUtf16(kListSign));
+    button->setIcon(head.icon);
+    button->setToolButtonStyle(head.icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonTextBesideIcon);
     button->setPopupMode(QToolButton::InstantPopup);
-    auto* menu = new QMenu(button);
-    fillMenu(menu, item.menu);
+    auto* menu = new CommandMenu(item.menu, button);
     button->setMenu(menu);
     leaveWith(menu, button);
     return button;
-}
-
-void fillToolbarMenu(QMenu* menu, const std::vector<ToolbarItem>& items)
-{
-    fillMenu(menu, items);
 }
 
 void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,

@@ -50,9 +50,6 @@ private:
 /// of a command is appended to `buttons`.
 QToolButton* makeToolbarItem(const ToolbarItem& item, QWidget* parent, std::vector<CommandButton*>& buttons);
 
-/// Adds the items to a menu.
-void fillToolbarMenu(QMenu* menu, const std::vector<ToolbarItem>& items);
-
 /// Adds the items to a bar that lays out in a row: buttons, menus, thin lines. Items of unknown commands are
 /// left out. The buttons are appended to `buttons`.
 void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,

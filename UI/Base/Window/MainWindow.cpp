@@ -38,6 +38,7 @@
 #include "UI/Base/Window/ToastStack.h"
 #include "UI/Base/Window/ToolbarStrip.h"
 #include "UI/Base/Window/TourOverlay.h"
+#include "UI/Base/Window/WindowMenus.h"
 #include "UI/Base/Workspace/Arrangement.h"
 #include "UI/Base/Workspace/Layout.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -152,6 +153,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     connect(&m_refreshTimer, &QTimer::timeout, this, [this] { refresh(); });
     bindHotKeys();
     new CanvasMenu(this);
+    const std::wstring problems = addMenus(*this);
 
     Vs::AssetEventSource::get()->subscribe(this);
     Vs::DocumentEventSource::get()->subscribe(this);
@@ -161,6 +163,8 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     ToolbarManager::get()->subscribe(this);
     AlertEventSource::get()->subscribe(this);
     rebuild();
+    if (!problems.empty())
+        message(QString::fromStdWString(problems), true);
 }
 
 MainWindow::~MainWindow()

@@ -2,11 +2,11 @@
 
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Window/CommandButton.h"
+#include "UI/Base/Window/CommandMenu.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 
 #include <QEvent>
-#include <QMenu>
 #include <QPainter>
 #include <QToolButton>
 
@@ -24,7 +24,8 @@ constexpr char16_t kChevron[] = u"\u00bb";
 
 } // namespace
 
-ToolbarStrip::ToolbarStrip(QWidget* parent) : QFrame(parent), m_chevron(new QToolButton(this))
+ToolbarStrip::ToolbarStrip(QWidget* parent)
+    : QFrame(parent), m_chevron(new QToolButton(this)), m_hidden(new CommandMenu({}, m_chevron))
 {
     setObjectName(QStringLiteral("strip"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -35,9 +36,7 @@ ToolbarStrip::ToolbarStrip(QWidget* parent) : QFrame(parent), m_chevron(new QToo
     m_chevron->setPopupMode(QToolButton::InstantPopup);
     m_chevron->setFocusPolicy(Qt::NoFocus);
     PlainText::setTooltip(m_chevron, QString::fromStdWString(localized("MoreTools", "More tools")));
-    auto* menu = new QMenu(m_chevron);
-    m_chevron->setMenu(menu);
-    connect(menu, &QMenu::aboutToShow, this, [this, menu] { fillMenu(menu); });
+    m_chevron->setMenu(m_hidden);
     m_chevron->hide();
 }
 
@@ -211,6 +210,7 @@ void ToolbarStrip::place()
     put(end, width() - kMargin - widthOf(end), lines);
     m_chevron->setVisible(!all);
     if (!all) {
+        m_hidden->items(hiddenItems());
         const QSize size = m_chevron->sizeHint();
         m_chevron->setGeometry(kMargin + widthOf(begin) + (begin.empty() ? 0 : kSpacing),
                                (height() - size.height()) / 2, size.width(), size.height());
@@ -219,9 +219,8 @@ void ToolbarStrip::place()
     update();
 }
 
-void ToolbarStrip::fillMenu(QMenu* menu) const
+std::vector<ToolbarItem> ToolbarStrip::hiddenItems() const
 {
-    menu->clear();
     std::vector<ToolbarItem> items;
     for (const Item& item : m_items) {
         if (item.beginsToolbar && !items.empty() && !items.back().separator())
@@ -231,7 +230,7 @@ void ToolbarStrip::fillMenu(QMenu* menu) const
         else if (item.widget && !item.fits)
             items.push_back(item.item);
     }
-    fillToolbarMenu(menu, items);
+    return items;
 }
 
 void ToolbarStrip::paintEvent(QPaintEvent* event)

@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-class QMenu;
 class QToolButton;
 
 namespace Vu {
 
 class CommandButton;
+class CommandMenu;
 
 /// The toolbars of one area in a row, with lines between. What the width has no room for, from the end of the
 /// row, stands in the menu of a chevron. A strip on which nothing is to be shown is empty, and takes no room.
@@ -57,11 +57,12 @@ private:
     std::vector<size_t> wanted() const;
     void place();
     void put(const std::vector<size_t>& items, int x, std::vector<QRect>& lines);
-    void fillMenu(QMenu* menu) const;
+    std::vector<ToolbarItem> hiddenItems() const;
     void paintEvent(QPaintEvent* event) override;
 
     std::vector<Item> m_items; ///< Lines between them have no widget.
     QToolButton* m_chevron;
+    CommandMenu* m_hidden; ///< Of the chevron: what doesn't fit.
     std::vector<QRect> m_lines;
 };
 

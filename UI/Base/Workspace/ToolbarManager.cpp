@@ -1,26 +1,16 @@
 #include "UI/Base/Workspace/ToolbarManager.h"
 
 #include "Server/Base/Require.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Workspace/Private/ToolbarItems.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace Vu {
 namespace {
-
-void collectUnknown(const std::vector<ToolbarItem>& items, std::vector<std::wstring>& unknown)
-{
-    for (const ToolbarItem& item : items) {
-        collectUnknown(item.menu, unknown);
-        if (!item.command.empty() && !CommandDefinitionMgr::get()->findCommandDefinitionById(item.command) &&
-            std::find(unknown.begin(), unknown.end(), item.command) == unknown.end())
-            unknown.push_back(item.command);
-    }
-}
 
 bool contains(const std::vector<std::wstring>& ids, const std::wstring& id)
 {
@@ -117,7 +107,7 @@ std::vector<std::wstring> ToolbarManager::unknownCommands() const
 {
     std::vector<std::wstring> unknown;
     for (const Toolbar& toolbar : m_toolbars)
-        collectUnknown(toolbar.items, unknown);
+        collectUnknownCommands(toolbar.items, unknown);
     return unknown;
 }
 

@@ -11,15 +11,23 @@ namespace Vu {
 
 class InputControl;
 
-/// One entry of a toolbar or a HUD.
+/// One entry of a toolbar, a HUD or a menu.
 struct ToolbarItem
 {
+    enum class Kind {
+        Entry,
+        Place, ///< Where other files put their entries; not to be seen.
+        Areas, ///< A list of the window's toolbars and areas, with a mark for each that shows.
+    };
+
     std::wstring command; ///< A command's key; of a menu, the one that gives it title and picture.
-    std::wstring title;   ///< Of a menu without a command.
+    std::wstring title;   ///< Of a menu; of a command in a menu, what stands there instead of its own title.
     std::vector<ToolbarItem> menu;
+    std::wstring id = {}; ///< Of a menu or a place, by which other files find it.
+    Kind kind = Kind::Entry;
 
     bool operator==(const ToolbarItem&) const = default;
-    bool separator() const { return command.empty() && title.empty(); }
+    bool separator() const { return kind == Kind::Entry && command.empty() && title.empty(); }
     bool isMenu() const { return !menu.empty() || (command.empty() && !title.empty()); }
 };
 

@@ -6,6 +6,7 @@
 """
 
 import argparse
+import html
 import pathlib
 import re
 import sys
@@ -41,7 +42,7 @@ def texts_of(folder):
             attributes = dict(re.findall(r'(\w+)="([^"]*)"', element))
             for name, key in attributes.items():
                 if name.endswith("Key"):
-                    texts[key] = attributes.get(name.removesuffix("Key"), "")
+                    texts[key] = html.unescape(attributes.get(name.removesuffix("Key"), ""))
     return {key: text for key, text in texts.items() if text}
 
 

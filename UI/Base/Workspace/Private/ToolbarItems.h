@@ -5,8 +5,12 @@
 
 namespace Vu {
 
-/// Reads the `<item>`, `<separator>` and `<menu>` children of the present element. Private to this library.
-std::vector<ToolbarItem> readToolbarItems(XmlFile& xml, const std::wstring& domain);
+/// Reads the `<item>`, `<separator>` and `<menu>` children of the present element, and where they are those
+/// of a menu of the menu bar, `<place>` and `<areas>` as well. Private to this library.
+std::vector<ToolbarItem> readToolbarItems(XmlFile& xml, const std::wstring& domain, bool ofMenuBar = false);
+
+/// Adds the keys among the items' commands that nobody has registered, without repetition.
+void collectUnknownCommands(const std::vector<ToolbarItem>& items, std::vector<std::wstring>& unknown);
 
 /// The present element as messages name it: "<hud>".
 std::wstring elementName(const XmlFile& xml);

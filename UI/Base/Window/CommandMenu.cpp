@@ -1,0 +1,167 @@
+#include "UI/Base/Window/CommandMenu.h"
+
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/InputControl.h"
+#include "UI/Base/Window/AreasMenu.h"
+#include "UI/Base/Window/QtIcon.h"
+#include "UI/Base/Window/TickMenu.h"
+#include "UI/Base/Workspace/ToolbarManager.h"
+
+#include <QAction>
+#include <QKeySequence>
+
+namespace Vu {
+namespace {
+
+/// A name that holds "&", as files may have it, is no mark of a letter.
+QString menuText(const std::wstring& name)
+{
+    return QString::fromStdWString(name).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+CommandDefinition* definitionOf(const std::wstring& command)
+{
+    return CommandDefinitionMgr::get()->findCommandDefinitionById(command);
+}
+
+void addItems(QMenu* menu, ListControl* list)
+{
+    for (Info* item : list->items()) {
+        if (item->key() == ListControl::kSeparator) {
+            menu->addSeparator();
+            continue;
+        }
+        QAction* action = menu->addAction(iconOf(item->icon()), menuText(item->name()));
+        action->setCheckable(item == list->selectedItem());
+        action->setChecked(item == list->selectedItem());
+        QObject::connect(action, &QAction::triggered, menu, [list, item] { list->selectedItem(item, true); });
+    }
+}
+
+} // namespace
+
+bool opensMenu(const InputControl* control)
+{
+    return Vs::cast<ListControl>(control) || Vs::cast<MenuControl>(control);
+}
+
+MenuHead headOf(const ToolbarItem& item)
+{
+    const CommandDefinition* definition = definitionOf(item.command);
+    const std::wstring& title = item.title.empty() && definition ? definition->info()->name() : item.title;
+    return {QString::fromStdWString(title), definition ? iconOf(definition->info()->icon()) : QIcon()};
+}
+
+void fillWithEntriesOf(QMenu* menu, CommandDefinition* definition)
+{
+    menu->clear();
+    CommandContext context = CommandContext::activeContext();
+    InputControl* control = definition->inputControl();
+    definition->updateInputControl(&context);
+    if (auto* list = Vs::cast<ListControl>(control))
+        addItems(menu, list);
+    else if (Vs::cast<MenuControl>(control))
+        fillWithTicks(menu, [definition] { return Vs::cast<MenuControl>(definition->inputControl()); });
+}
+
+CommandMenu::CommandMenu(std::vector<ToolbarItem> items, QWidget* parent)
+    : QMenu(parent), m_items(std::move(items))
+{
+    connect(this, &QMenu::aboutToShow, this, &CommandMenu::open);
+}
+
+CommandMenu::~CommandMenu() = default;
+
+void CommandMenu::items(std::vector<ToolbarItem> items)
+{
+    clear();
+    qDeleteAll(findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
+    m_entries.clear();
+    m_filled = false;
+    m_items = std::move(items);
+}
+
+void CommandMenu::open()
+{
+    if (!m_filled)
+        fill();
+    m_filled = true;
+    refresh();
+}
+
+void CommandMenu::fill()
+{
+    for (const ToolbarItem& item : m_items) {
+        if (item.kind == ToolbarItem::Kind::Place)
+            continue;
+        if (item.kind == ToolbarItem::Kind::Areas) {
+            addAreas(this);
+        } else if (item.separator()) {
+            addSeparator();
+        } else if (item.isMenu()) {
+            const MenuHead head = headOf(item);
+            auto* menu = new CommandMenu(item.menu, this);
+            menu->setTitle(head.title);
+            menu->setIcon(head.icon);
+            addMenu(menu);
+        } else if (CommandDefinition* definition = definitionOf(item.command)) {
+            addCommand(definition, item);
+        }
+    }
+}
+
+void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& item)
+{
+    const Info& info = *definition->info();
+    const QString title = item.title.empty() ? menuText(info.name()) : QString::fromStdWString(item.title);
+    const std::wstring command = item.command;
+    QAction* action = nullptr;
+    if (opensMenu(definition->inputControl())) {
+        QMenu* entries = addMenu(iconOf(info.icon()), title);
+        connect(entries, &QMenu::aboutToShow, entries, [entries, command] {
+            if (CommandDefinition* found = definitionOf(command))
+                fillWithEntriesOf(entries, found);
+        });
+        action = entries->menuAction();
+    } else {
+        action = addAction(iconOf(info.icon()), title);
+        connect(action, &QAction::triggered, this, [command] {
+            if (CommandDefinition* found = definitionOf(command))
+                found->onClicked();
+        });
+    }
+    action->setObjectName(QString::fromStdWString(command));
+    m_entries.push_back({action, command, title});
+}
+
+void CommandMenu::refresh()
+{
+    for (const Entry& entry : m_entries) {
+        CommandDefinition* definition = definitionOf(entry.command);
+        if (!definition) {
+            entry.action->setVisible(false);
+            continue;
+        }
+        CommandContext context = CommandContext::activeContext();
+        entry.action->setVisible(definition->isVisible(&context));
+        entry.action->setEnabled(definition->isApplicable(&context));
+        if (entry.action->menu())
+            continue;
+        definition->updateInputControl(&context);
+        const InputControl* control = definition->inputControl();
+        const auto* button = Vs::cast<ButtonControl>(control);
+        const bool lit = control && (control->active() || (button && button->checked()));
+        entry.action->setCheckable(lit);
+        entry.action->setChecked(lit);
+        const HotKeyBinding& keys = definition->info()->hotkey();
+        // Behind a tab, so that it shows without being bound a second time.
+        entry.action->setText(
+            keys.empty()
+                ? entry.title
+                : entry.title + QLatin1Char('\t') +
+                      QKeySequence(QString::fromStdString(keys.keys())).toString(QKeySequence::NativeText));
+    }
+}
+
+} // namespace Vu

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QIcon>
+#include <QMenu>
+
+#include <vector>
+
+namespace Vu {
+
+class CommandDefinition;
+class InputControl;
+struct ToolbarItem;
+
+/// Whether a control is a list or a menu, which opens instead of running.
+bool opensMenu(const InputControl* control);
+
+/// Title and picture of a menu that was described.
+struct MenuHead
+{
+    QString title;
+    QIcon icon;
+};
+MenuHead headOf(const ToolbarItem& item);
+
+/// A menu of commands. Its entries are made when it opens first; each time, they are brought up to date:
+/// which can run, what is ticked, what keys they have. Commands that nobody has are left out.
+class CommandMenu : public QMenu
+{
+public:
+    CommandMenu(std::vector<ToolbarItem> items, QWidget* parent);
+    ~CommandMenu() override;
+
+    /// Instead of those that it has.
+    void items(std::vector<ToolbarItem> items);
+
+private:
+    void open();
+    void fill();
+    void addCommand(CommandDefinition* definition, const ToolbarItem& item);
+    void refresh();
+
+    struct Entry
+    {
+        QAction* action;
+        std::wstring command;
+        QString title; ///< Without the keys.
+    };
+
+    std::vector<ToolbarItem> m_items;
+    std::vector<Entry> m_entries;
+    bool m_filled = false;
+};
+
+/// The entries of a command that is a list or a menu, as they are now.
+void fillWithEntriesOf(QMenu* menu, CommandDefinition* definition);
+
+} // namespace Vu

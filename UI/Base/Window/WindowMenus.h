@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+class QMainWindow;
+
+namespace Vu {
+
+/// Gives a window the menus of MenuBar; F10 opens the first, Alt leads to them. Returns the problems of their
+/// files, empty if there are none; what could be read is there all the same.
+[[nodiscard]] std::wstring addMenus(QMainWindow& window);
+
+} // namespace Vu

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Server/Base/Status.h"
+#include "UI/Base/Workspace/ToolbarManager.h"
+
+#include <string>
+#include <vector>
+
+namespace Vu {
+
+/// The menus of a window, as files describe them:
+///
+///     <menus>
+///       <menu id="File" title="&amp;File" titleKey="MenuFile">
+///         <item command="OpenDocumentCommand" title="Open" titleKey="MenuOpen"/>
+///         <place id="Exchange"/>
+///         <separator/>
+///         <menu ...> <item .../> </menu>
+///         <areas/>
+///       </menu>
+///       <add menu="File" place="Exchange"> <item .../> </add>
+///     </menus>
+///
+/// An item's title stands for the command's own; "&" comes before the letter that opens a menu. An add-in
+/// puts its commands into the menus of others by `<add>`: before the place of that name, or at the end.
+/// `<areas>` is the list of the window's toolbars and areas. Main thread only.
+class MenuBar
+{
+public:
+    /// That of the program's windows.
+    static MenuBar* get();
+
+    /// Nothing is read before somebody wants to see the menus: a run without a window never does.
+    void addFile(std::wstring path, std::wstring domain);
+
+    /// In the order in which the files name them. Of a file that isn't XML there is nothing; a wrong element
+    /// is left out.
+    const std::vector<ToolbarItem>& menus();
+    /// What was wrong with the files, each with file, line and cause.
+    const Vs::Status& problems();
+    /// Ids of commands that the menus name but nobody has registered, without repetition.
+    [[nodiscard]] std::vector<std::wstring> unknownCommands();
+
+private:
+    struct File
+    {
+        std::wstring path, domain;
+    };
+    /// What a file puts into a menu, perhaps of another file.
+    struct Addition
+    {
+        std::wstring menu, place;
+        std::vector<ToolbarItem> items;
+        std::wstring from; ///< "FILE: ", for messages.
+    };
+
+    void readAll();
+    void read(const File& file, std::vector<Addition>& additions);
+    void add(const Addition& addition);
+
+    std::vector<File> m_files;
+    std::vector<ToolbarItem> m_menus;
+    Vs::Status m_problems;
+    bool m_read = false;
+};
+
+} // namespace Vu
