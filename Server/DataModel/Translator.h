@@ -3,6 +3,8 @@
 #include "Server/Base/Object.h"
 #include "Server/Base/Status.h"
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,6 +42,22 @@ struct TranslatorRefinement
     friend bool operator==(const TranslatorRefinement&, const TranslatorRefinement&) = default;
 };
 
+/// The axis that points upwards in a file; the model's own is z.
+enum class UpAxis {
+    Usual, ///< As is customary in files of the format.
+    Y,
+    Z
+};
+
+/// What of the save options a format has any choice about.
+struct TranslatorChoices
+{
+    bool refinement = false;
+    bool unit = false;
+    bool text = false;
+    bool upAxis = false;
+};
+
 class TranslatorSaveOptions : public Implements<TranslatorSaveOptions, TranslatorOptions>
 {
 public:
@@ -51,9 +69,25 @@ public:
     const TranslatorRefinement& refinement() const { return m_refinement; }
     void resetRefinement() { m_refinement = {}; }
 
+    /// The key of the unit of length (LengthUnit::key), which goes before `exportInDisplayUnit`; empty for
+    /// none.
+    std::string& unit() { return m_unit; }
+    /// Leave out what is hidden. Default false.
+    bool& visibleOnly() { return m_visibleOnly; }
+    /// Component::id of those to be written, with all that is in them; empty for all.
+    std::vector<std::string>& components() { return m_components; }
+    /// As text instead of binary, where the format has both.
+    bool& asText() { return m_asText; }
+    UpAxis& upAxis() { return m_upAxis; }
+
 private:
     bool m_exportInDisplayUnit = true;
     bool m_combineSolids = false;
+    bool m_visibleOnly = false;
+    bool m_asText = false;
+    UpAxis m_upAxis = UpAxis::Usual;
+    std::string m_unit;
+    std::vector<std::string> m_components;
     TranslatorRefinement m_refinement;
 };
 
@@ -92,6 +126,8 @@ public:
     [[nodiscard]] virtual bool canOpen() const = 0;
     /// Whether assets of that type can be written; an empty identifier asks for any.
     [[nodiscard]] virtual bool canSave(const std::string& assetTypeId) const = 0;
+    /// The default has none.
+    [[nodiscard]] virtual TranslatorChoices saveChoices() const { return {}; }
 
     [[nodiscard]] virtual std::unique_ptr<TranslatorOpenOptions> createOpenOptions() const;
     [[nodiscard]] virtual std::unique_ptr<TranslatorSaveOptions> createSaveOptions() const;
@@ -102,6 +138,11 @@ public:
     virtual bool open(TranslatorOpenOptions& options, TranslatorContext& context, Status& status) = 0;
     /// Writes the asset to a new file and puts that in place of an old one only when it is complete.
     virtual bool save(TranslatorSaveOptions& options, TranslatorContext& context, Status& status) = 0;
+    /// How many triangles `save` would write; 0 where the format has none, or nothing would be written.
+    /// Meshes what is asked for otherwise than it is shown, which takes time; `goOn` is asked before each
+    /// body, and a no gives 0.
+    [[nodiscard]] virtual uint64_t countTriangles(TranslatorSaveOptions& options, TranslatorContext& context,
+                                                  const std::function<bool()>& goOn) const;
 };
 
 } // namespace Vs

@@ -12,6 +12,8 @@ picture("Sphere", home=HOME).tint(circle(12, 12, 9)).line(circle(12, 12, 9)) \
     .accent(arc(12, 12, 9, 180, 0, ry=3.2))
 picture("Import", home=HOME).line("M11 3.5 H5 A1 1 0 0 0 4 4.5 V19.5 A1 1 0 0 0 5 20.5 H19 A1 1 0 0 0 20 19.5 V12") \
     .accent(arrow(20.5, 3.5, 11.5, 12.5, 4.5))
+picture("Export", home=HOME).line("M9.5 4.5 H5 A1 1 0 0 0 4 5.5 V19.5 A1 1 0 0 0 5 20.5 H18.5 A1 1 0 0 0 19.5 19.5 V15") \
+    .accent(arrow(11, 13, 20.5, 3.5, 4.5))
 
 # --- changing what is there
 

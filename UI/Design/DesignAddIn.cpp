@@ -26,7 +26,9 @@ namespace {
 constinit const CommandArguments kArguments[] = {
     {L"VeloraOpenDocumentCommand", {L"Path"}},
     {L"VeloraImportCommand", {L"Path"}},
-    {L"VeloraExportCommand", {L"Path", L"CombineObjects", L"DisplayUnit", L"Refinement"}},
+    {L"VeloraExportCommand",
+     {L"Path", L"CombineObjects", L"DisplayUnit", L"HiddenToo", L"SelectedOnly", L"Separate", L"AsText", L"Unit", L"UpAxis",
+      L"Refinement"}},
     {L"BoxCommand", {L"Dx", L"Dy", L"Dz", L"Origin"}},
     {L"CylinderCommand", {L"Radius", L"Height", L"Origin"}},
     {L"SphereCommand", {L"Radius", L"Origin"}},

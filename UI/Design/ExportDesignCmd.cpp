@@ -1,56 +1,64 @@
 #include "UI/Design/ExportDesignCmd.h"
 
+#include "Server/Base/OS.h"
+#include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/Info.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/MessageBox.h"
+#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Design/Localized.h"
+#include "UI/Design/Resources.h"
 
-#include <boost/algorithm/string/split.hpp>
-#include <boost/lexical_cast/try_lexical_convert.hpp>
+#include <boost/filesystem/operations.hpp>
 
-#include <cmath>
-#include <iterator>
+#include <algorithm>
 
 namespace Vu::Design {
 namespace {
 
-int integer(CommandContext* context, const Vs::UniqueString* key)
+std::wstring proposedName(const Vs::Document& document)
 {
-    int value = 0;
-    context->argument(key, CommandContext::EArgType::Int, &value);
-    return value;
+    std::wstring name = document.displayName();
+    // What a document is called may be anything; a file's name is no path.
+    std::replace(name.begin(), name.end(), L'/', L'_');
+    return name + L".stp";
 }
 
-bool readRefinement(const std::wstring& text, Vs::TranslatorRefinement& refinement, Vs::Status& status)
+/// Where a window shows it; a line answers for itself.
+void tellExported(const std::wstring& path, size_t files)
 {
-    float* const numbers[] = {&refinement.normalDeviation, &refinement.surfaceDeviation,
-                              &refinement.maximumAspectRatio, &refinement.maximumEdgeLength};
-    std::vector<std::wstring> words;
-    if (!text.empty())
-        boost::split(words, text, [](wchar_t c) { return c == L','; });
-    bool right = words.size() <= std::size(numbers);
-    for (size_t i = 0; right && i < words.size(); ++i)
-        right = boost::conversion::try_lexical_convert(words[i], *numbers[i]) && std::isfinite(*numbers[i]) &&
-                *numbers[i] > 0;
-    if (!right)
-        status.addError(localizedFormat(
-            "RefinementWrong",
-            "\"%1%\" is not a refinement; write up to four positive numbers: degrees, fraction of the "
-            "diagonal, "
-            "how many times longer than high a triangle may be, longest side in per cent of the diagonal.",
-            text));
-    return right;
+    if (!Application::get()->mainWidget())
+        return;
+    const Vs::PathInfo::Path whole = Vs::PathInfo::absolute(path);
+    const std::wstring folder = whole.parent_path().wstring();
+    Vs::NotificationRequest request;
+    request.title = files == 1 ? localizedFormat("Exported", "Exported \"%1%\"", whole.filename().wstring())
+                               : localizedFormat("ExportedFiles", "Exported %1% files", files);
+    request.file = files == 1 ? whole.wstring() : folder;
+    request.clientID = L"Exported";
+    request.actions.push_back({localized("ShowInFolder", "Show in folder"),
+                               [folder] {
+                                   if (!Vs::OS::platformShellOpen(folder))
+                                       MessageBox::warning(localizedFormat(
+                                           "FolderNotShown", "The folder \"%1%\" can't be shown.", folder));
+                               },
+                               false});
+    Vs::NotificationCenter::get()->sendNotification(std::move(request));
 }
 
 } // namespace
 
 Info* VeloraExportCmdDef::info()
 {
-    static Info info(kKey, localized("VeloraExportCommand", "Export Design..."), nullptr);
+    static Info info(kKey, localized("VeloraExportCommand", "Export Design..."), Resources::Export(), {},
+                     "Ctrl+E", HotKeyBinding::EHotKeyMode::Standard);
     return &info;
 }
 
@@ -69,6 +77,42 @@ const Vs::UniqueString* VeloraExportCmdDef::displayUnitArgumentName()
 const Vs::UniqueString* VeloraExportCmdDef::refinementArgumentName()
 {
     static const Vs::UniqueString* const name = Vs::UniqueString::find("Refinement", true);
+    return name;
+}
+
+const Vs::UniqueString* VeloraExportCmdDef::hiddenTooArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("HiddenToo", true);
+    return name;
+}
+
+const Vs::UniqueString* VeloraExportCmdDef::selectedOnlyArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("SelectedOnly", true);
+    return name;
+}
+
+const Vs::UniqueString* VeloraExportCmdDef::separateArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Separate", true);
+    return name;
+}
+
+const Vs::UniqueString* VeloraExportCmdDef::asTextArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("AsText", true);
+    return name;
+}
+
+const Vs::UniqueString* VeloraExportCmdDef::unitArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Unit", true);
+    return name;
+}
+
+const Vs::UniqueString* VeloraExportCmdDef::upAxisArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("UpAxis", true);
     return name;
 }
 
@@ -96,40 +140,103 @@ VeloraExportCmd::VeloraExportCmd(VeloraExportCmdDef* definition, CommandContext*
 
 void VeloraExportCmd::onExecute(Vs::Status& status)
 {
-    CommandContext* context = commandContext();
-    Vs::Asset* asset = context->asset();
+    Vs::Asset* asset = commandContext()->asset();
     if (!asset) {
         status.addError(localized("NoDesignToExport", "There is no active design to export."));
         return;
     }
+    m_options = ExportOptions::read(*commandContext(), status);
+    if (status.isError())
+        return;
     Vs::TranslatorFileRecognizer recognizer(asset->assetTypeIdentifier(), true);
     recognizer.recognize();
-    std::wstring path;
-    if (!FileDialog::getTranscriptableFilenameForSaveAs(
-            recognizer.fileFilter(), localized("ExportDesignCaption", "Export Design"), path, context)) {
-        FileDialog::tellMissing(status);
+    if (!ask(*asset, recognizer, status))
+        return;
+    if (const std::wstring refusal = m_options.refusal(*m_translator); !refusal.empty()) {
+        status.addError(refusal);
         return;
     }
-    Vs::Translator* translator = recognizer.translator(path);
-    if (!translator) {
+    if (m_options.separate)
+        writeParts(*asset, status);
+    else if (write(*asset, m_path, {}, status))
+        tellExported(m_path, 1);
+}
+
+bool VeloraExportCmd::ask(Vs::Asset& asset, const Vs::TranslatorFileRecognizer& recognizer,
+                          Vs::Status& status)
+{
+    CommandContext* context = commandContext();
+    m_asked = context->argumentAsString(CommandContext::pathArgumentName()).empty();
+    m_path = proposedName(*asset.document());
+    if (!FileDialog::getTranscriptableFilenameForSaveAs(
+            recognizer.fileFilter(), localized("ExportDesignCaption", "Export Design"), m_path, context)) {
+        FileDialog::tellMissing(status);
+        return false;
+    }
+    m_translator = recognizer.translator(m_path);
+    if (!m_translator) {
         status.addError(
             localizedFormat("NoTranslatorForExport",
-                            "\"%1%\": no translator writes this kind of file. These are written: %2%", path,
+                            "\"%1%\": no translator writes this kind of file. These are written: %2%", m_path,
                             recognizer.fileExtensions()));
+        return false;
+    }
+    if (!m_asked)
+        return true;
+    if (!askExportOptions(asset, *m_translator, m_path, m_options))
+        return false;
+    m_options.write(*context);
+    return true;
+}
+
+// The file dialog has asked about the one name that it knows.
+bool VeloraExportCmd::mayReplace(const std::vector<std::wstring>& files) const
+{
+    const auto there = std::ranges::count_if(files, [](const std::wstring& file) {
+        boost::system::error_code error;
+        return boost::filesystem::exists(file, error);
+    });
+    if (there == 0 || !m_asked || !MessageBox::canAsk())
+        return true;
+    MessageBox box(localizedFormat("ExportReplaces", "%1% of the %2% files are there already. Replace them?",
+                                   there, files.size()));
+    box.icon(kWarningIcon);
+    box.addButton(localized("ExportReplace", "Replace"));
+    box.addButton(kCancelButton, true);
+    return box.show() == 0;
+}
+
+void VeloraExportCmd::writeParts(Vs::Asset& asset, Vs::Status& status)
+{
+    const std::vector<ExportedPart> parts = partsToExport(asset, m_options);
+    if (parts.empty()) {
+        status.addError(localized("NoPartToExport", "There is no part that could be exported."));
         return;
     }
-    const std::unique_ptr<Vs::TranslatorSaveOptions> options = translator->createSaveOptions();
-    options->fileName(path);
-    options->combineSolids() = integer(context, VeloraExportCmdDef::combineArgumentName()) != 0;
-    options->exportInDisplayUnit() = integer(context, VeloraExportCmdDef::displayUnitArgumentName()) != 0;
-    if (!readRefinement(context->argumentAsString(VeloraExportCmdDef::refinementArgumentName()),
-                        options->refinement(), status))
+    const std::vector<std::wstring> files = filesOfParts(m_path, parts);
+    if (!mayReplace(files))
         return;
-    Vs::TranslatorContext translatorContext;
-    translatorContext.identifier(translator->identifier());
-    translatorContext.asset(asset);
-    if (!translator->save(*options, translatorContext, status) && status.isOk())
+    for (size_t i = 0; i < parts.size(); ++i)
+        if (!write(asset, files[i], {parts[i].id}, status))
+            return;
+    tellExported(m_path, files.size());
+}
+
+bool VeloraExportCmd::write(Vs::Asset& asset, const std::wstring& path,
+                            const std::vector<std::string>& components, Vs::Status& status)
+{
+    const std::unique_ptr<Vs::TranslatorSaveOptions> options = m_translator->createSaveOptions();
+    options->fileName(path);
+    m_options.apply(*options);
+    if (!components.empty())
+        options->components() = components;
+    Vs::TranslatorContext context;
+    context.identifier(m_translator->identifier());
+    context.asset(&asset);
+    const bool written = m_translator->save(*options, context, status);
+    if (!written && status.isOk())
         status.addError(localizedFormat("ExportCancelled", "Writing \"%1%\" was cancelled.", path));
+    return written;
 }
 
 } // namespace Vu::Design

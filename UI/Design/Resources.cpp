@@ -30,6 +30,11 @@ Vs::ImageSetResource* Resources::Sphere()
     return get()->imageSet(L"Sphere");
 }
 
+Vs::ImageSetResource* Resources::Export()
+{
+    return get()->imageSet(L"Export");
+}
+
 Vs::ImageSetResource* Resources::Import()
 {
     return get()->imageSet(L"Import");

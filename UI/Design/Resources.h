@@ -12,6 +12,7 @@ public:
     static Vs::ImageSetResource* Box();
     static Vs::ImageSetResource* Cylinder();
     static Vs::ImageSetResource* Sphere();
+    static Vs::ImageSetResource* Export();
     static Vs::ImageSetResource* Import();
     static Vs::ImageSetResource* Design();
     static Vs::ImageSetResource* Simulation();

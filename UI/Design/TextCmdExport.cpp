@@ -6,6 +6,8 @@
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Design/ExportDesignCmd.h"
 
+#include <cwctype>
+
 namespace Vu::Design {
 namespace {
 
@@ -13,13 +15,32 @@ using Vs::TextCommandParameters;
 using Vs::TextCommandResult;
 
 constexpr const wchar_t* kArea = L"Design";
-constexpr const wchar_t* kExportHelp =
-    L"<filename> [<refinement>] [/Combine] [/DisplayUnit] Writes the active design as the suffix says: "
-    L".stp .igs .brep .stl .obj .gltf .glb. The refinement is degrees,fraction,ratio,percent: the angle "
-    L"between facets, the distance from the true surface, how many times longer than high a triangle may be, "
-    L"its longest side";
+constexpr const wchar_t* kExportHelp = L"<filename> [<refinement>] [/Combine] [/Separate] [/Selected] "
+                                       L"[/Hidden] [/Text] [/YUp] [/ZUp] [/DisplayUnit] "
+                                       L"[/Mm] [/Cm] [/M] [/In] [/Ft] Writes what is visible of the active "
+                                       L"design as the suffix says: .stp .igs .brep "
+                                       L".stl .obj .gltf .glb. The refinement is coarse, fine or "
+                                       L"degrees,fraction,ratio,percent: the angle between "
+                                       L"facets, the distance from the true surface, how many times longer "
+                                       L"than high a triangle may be, its longest "
+                                       L"side. As one part, or each part as a file of its own; only what is "
+                                       L"selected; what is hidden as well; as text; "
+                                       L"with that axis upwards; in that unit of length";
 constexpr const wchar_t* kUnitHelp =
     L"[<unit>] Tells or sets the unit of lengths that are shown: mm, cm, m, in, ft";
+
+/// The keys of the units that are flags of the line: "/Mm" is "mm".
+std::vector<std::string> unitsOf(const TextCommandParameters& parameters)
+{
+    std::vector<std::string> keys;
+    for (const Vs::LengthUnit& unit : Vs::LengthUnit::all()) {
+        std::wstring flag = Vs::Strings::widen(unit.key);
+        flag[0] = static_cast<wchar_t>(std::towupper(static_cast<wint_t>(flag[0])));
+        if (parameters.hasFlag(flag))
+            keys.emplace_back(unit.key);
+    }
+    return keys;
+}
 
 class TextCmdDesignExport : public Vs::PythonEntry<TextCmdDesignExport, TranscriptedCommandTextCommand>
 {
@@ -32,6 +53,12 @@ public:
     {
         if (parameters.parameters() < 1 || parameters.parameters() > 2)
             return {1, std::wstring(L"Usage: Design.Export ") + kExportHelp};
+        if (parameters.hasFlag(L"YUp") && parameters.hasFlag(L"ZUp"))
+            return {1, L"Only one of /YUp and /ZUp can be."};
+        if (unitsOf(parameters).size() + parameters.hasFlag(L"DisplayUnit") > 1)
+            return {1, L"A file has lengths in one unit only."};
+        if (parameters.hasFlag(L"Combine") && parameters.hasFlag(L"Separate"))
+            return {1, L"Only one of /Combine and /Separate can be."};
         return TranscriptedCommandTextCommand::execute(parameters);
     }
 
@@ -42,10 +69,19 @@ protected:
                             Vs::TranscriptMgr::get()->locate(parameters[0]));
         if (parameters.parameters() > 1)
             context.addArgument(VeloraExportCmdDef::refinementArgumentName(), parameters[1]);
-        if (parameters.hasFlag(L"Combine"))
-            context.addArgument(VeloraExportCmdDef::combineArgumentName(), 1);
-        if (parameters.hasFlag(L"DisplayUnit"))
-            context.addArgument(VeloraExportCmdDef::displayUnitArgumentName(), 1);
+        ExportOptions options;
+        options.combine = parameters.hasFlag(L"Combine");
+        options.separate = parameters.hasFlag(L"Separate");
+        options.selectedOnly = parameters.hasFlag(L"Selected");
+        options.hiddenToo = parameters.hasFlag(L"Hidden");
+        options.asText = parameters.hasFlag(L"Text");
+        options.displayUnit = parameters.hasFlag(L"DisplayUnit");
+        options.upAxis = parameters.hasFlag(L"YUp")   ? Vs::UpAxis::Y
+                         : parameters.hasFlag(L"ZUp") ? Vs::UpAxis::Z
+                                                      : Vs::UpAxis::Usual;
+        if (const std::vector<std::string> units = unitsOf(parameters); !units.empty())
+            options.unit = units.front();
+        options.write(context);
     }
 };
 

@@ -3,6 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Model/ModelBody.h"
+#include "Server/Types/LengthUnit.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -119,6 +120,12 @@ GkMatrix3d yUpwards(double unitInMillimetres)
     turn.entry[1][2] = 1;
     turn.entry[2][1] = -1;
     return GkMatrix3d::scaling(1 / unitInMillimetres) * turn;
+}
+
+GkMatrix3d towards(const MeshExport& job, UpAxis usual)
+{
+    const UpAxis axis = job.upAxis == UpAxis::Usual ? usual : job.upAxis;
+    return axis == UpAxis::Y ? yUpwards(job.unit.millimetres) : GkMatrix3d::scaling(1 / job.unit.millimetres);
 }
 
 ExportFile::ExportFile(const std::wstring& path)

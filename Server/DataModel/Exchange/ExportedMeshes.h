@@ -81,6 +81,9 @@ private:
 /// From our z upwards and millimetres to y upwards and that unit, as OBJ and glTF have it.
 GkMatrix3d yUpwards(double unitInMillimetres);
 
+/// From ours to what the job asks for, with that axis upwards where it doesn't say.
+GkMatrix3d towards(const MeshExport& job, UpAxis usual);
+
 /// A new file that is written from front to back. Throws std::runtime_error.
 class ExportFile
 {

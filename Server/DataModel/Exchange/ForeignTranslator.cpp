@@ -4,14 +4,17 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
+#include "Server/Body/Body.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Exchange/ExportedMeshes.h"
 #include "Server/DataModel/Exchange/ForeignImport.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Exchange/MeshExport.h"
 #include "Server/DataModel/Exchange/Private/ScratchFile.h"
+#include "Server/DataModel/Exchange/WantedParts.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/NewFile.h"
 #include "Server/DataModel/Private/ProgressText.h"
@@ -34,14 +37,14 @@ using Save = ForeignTranslator::Save;
 // clang-format off
 const ForeignTranslator::Row kRows[] = {
     //  format        saved         identifier        name                  extensions, the preferred one first
-    {Format::Step, Save::Worker, "StepTranslator", L"STEP Files",        {L".stp", L".step"}},
-    {Format::Iges, Save::Worker, "IgesTranslator", L"IGES Files",        {L".igs", L".iges"}},
-    {Format::Brep, Save::Worker, "BrepTranslator", L"BREP Files",        {L".brep", L".brp"}},
-    {Format::Stl,  Save::Mesh,   "StlTranslator",  L"STL Files",         {L".stl"}},
-    {Format::Obj,  Save::Mesh,   "ObjTranslator",  L"OBJ Files",         {L".obj"}},
-    {Format::Gltf, Save::Mesh,   "GltfTranslator", L"glTF Files",        {L".gltf"}},
-    {Format::Glb,  Save::Mesh,   "GlbTranslator",  L"glTF Binary Files", {L".glb"}},
-    {Format::Vrml, Save::None,   "VrmlTranslator", L"VRML Files",        {L".wrl", L".vrml"}},
+    {Format::Step, Save::Worker, "StepTranslator", L"STEP Files",        {L".stp", L".step"},  {.unit = true}},
+    {Format::Iges, Save::Worker, "IgesTranslator", L"IGES Files",        {L".igs", L".iges"},  {.unit = true}},
+    {Format::Brep, Save::Worker, "BrepTranslator", L"BREP Files",        {L".brep", L".brp"},  {}},
+    {Format::Stl,  Save::Mesh,   "StlTranslator",  L"STL Files",         {L".stl"},            {true, true, true, true}},
+    {Format::Obj,  Save::Mesh,   "ObjTranslator",  L"OBJ Files",         {L".obj"},            {true, true, false, true}},
+    {Format::Gltf, Save::Mesh,   "GltfTranslator", L"glTF Files",        {L".gltf"},           {.refinement = true}},
+    {Format::Glb,  Save::Mesh,   "GlbTranslator",  L"glTF Binary Files", {L".glb"},            {.refinement = true}},
+    {Format::Vrml, Save::None,   "VrmlTranslator", L"VRML Files",        {L".wrl", L".vrml"},  {}},
 };
 // clang-format on
 
@@ -66,6 +69,8 @@ bool insertInto(Asset& asset, const ModelFile& model, const std::wstring& path, 
 
 const LengthUnit& unitOf(TranslatorSaveOptions& options)
 {
+    if (const LengthUnit* unit = LengthUnit::find(options.unit()))
+        return *unit;
     return options.exportInDisplayUnit() ? LengthUnit::display() : LengthUnit::all().front();
 }
 
@@ -91,6 +96,29 @@ std::vector<std::string> argumentsFor(Format format, const Asset& asset, const s
     arguments.push_back("--document=" + name);
     arguments.push_back("--software=Quillet " + SoftwareVersion::currentSoftwareVersion());
     return arguments;
+}
+
+/// The exact data of those components alone.
+void writeData(Asset& asset, const WantedParts& wanted, std::ostream& stream)
+{
+    ModelSource& source = asset.data().source();
+    if (wanted.isWhole()) {
+        if (source.file && !source.kernelLoaded())
+            stream << source.file->kernelData();
+        else
+            source.withKernel([&](ModelKernel& kernel) { kernel.write(stream); });
+        return;
+    }
+    const std::unique_ptr<ModelKernel> parts = ModelKernel::create();
+    source.withKernel([&](ModelKernel& kernel) {
+        parts->begin();
+        parts->paste(kernel, wanted.tops());
+        parts->commit();
+    });
+    parts->begin();
+    parts->remove(wanted.unwanted(parts->tree()));
+    parts->commit();
+    parts->write(stream);
 }
 
 } // namespace
@@ -136,7 +164,7 @@ bool ForeignTranslator::open(TranslatorOpenOptions& options, TranslatorContext& 
 
 bool ForeignTranslator::save(TranslatorSaveOptions& options, TranslatorContext& context, Status& status)
 {
-    const Asset* asset = context.asset() ? context.asset() : DocumentMgr::get()->activeAsset();
+    Asset* asset = context.asset() ? context.asset() : DocumentMgr::get()->activeAsset();
     if (!asset) {
         status.addError(L"There is no model that \"" + options.fileName() + L"\" could hold.");
         return false;
@@ -147,13 +175,20 @@ bool ForeignTranslator::save(TranslatorSaveOptions& options, TranslatorContext& 
     }
     if (m_row.save != Save::Mesh)
         return saveByWorker(*asset, options, status);
+    const WantedParts wanted(*asset->components(), options);
+    if (!wanted.root()) {
+        status.addError(L"\"" + options.fileName() + L"\" can't be written: " + WantedParts::kNothing + L".");
+        return false;
+    }
     ProgressScope progress(ProgressText::writing(options.fileName()));
     const MeshExport job{
-        *asset->components(),
+        *wanted.root(),
         options.fileName(),
         options.refinement(),
         unitOf(options),
         options.combineSolids(),
+        options.asText(),
+        options.upAxis(),
         [&](double fraction) { return progress.update(fraction, ProgressText::step("writing triangles")); }};
     switch (m_row.format) {
     case Format::Stl:
@@ -165,8 +200,30 @@ bool ForeignTranslator::save(TranslatorSaveOptions& options, TranslatorContext& 
     }
 }
 
+uint64_t ForeignTranslator::countTriangles(TranslatorSaveOptions& options, TranslatorContext& context,
+                                           const std::function<bool()>& goOn) const
+{
+    const Asset* asset = context.asset() ? context.asset() : DocumentMgr::get()->activeAsset();
+    if (!asset || m_row.save != Save::Mesh)
+        return 0;
+    const WantedParts wanted(*asset->components(), options);
+    if (!wanted.root())
+        return 0;
+    const MeshExport job{.root = *wanted.root(),
+                         .path = {},
+                         .refinement = options.refinement(),
+                         .unit = unitOf(options),
+                         .watch = [&](double) { return goOn(); }};
+    try {
+        ExportedMeshes meshes;
+        return meshes.make(job) ? meshes.triangles() : 0;
+    } catch (const std::runtime_error&) {
+        return 0;
+    }
+}
+
 // The kernel's writers are as large as its readers, and stay in the worker with them.
-bool ForeignTranslator::saveByWorker(const Asset& asset, TranslatorSaveOptions& options, Status& status) const
+bool ForeignTranslator::saveByWorker(Asset& asset, TranslatorSaveOptions& options, Status& status) const
 {
     const std::wstring& path = options.fileName();
     const auto fault = [&](const std::wstring& cause) {
@@ -176,15 +233,14 @@ bool ForeignTranslator::saveByWorker(const Asset& asset, TranslatorSaveOptions& 
     try {
         if (asset.components()->children.empty())
             return fault(L"can't be written: there is nothing in the model");
+        const WantedParts wanted(*asset.components(), options);
+        if (!wanted.root())
+            return fault(std::wstring(L"can't be written: ") + WantedParts::kNothing);
         NewFile file(path);
         const ScratchFile data(importCache().scratchPath(roomFor(asset)));
         {
             std::ofstream stream(data.path(), std::ios::binary);
-            ModelSource& source = asset.data().source();
-            if (source.file && !source.kernelLoaded())
-                stream << source.file->kernelData();
-            else
-                source.withKernel([&](ModelKernel& kernel) { kernel.write(stream); });
+            writeData(asset, wanted, stream);
             if (!stream.flush())
                 return fault(L"can't be written: there is no room for the model's data");
         }

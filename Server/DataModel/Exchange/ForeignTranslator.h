@@ -24,6 +24,7 @@ public:
         const char* identifier;
         const wchar_t* name;
         std::vector<std::wstring> extensions;
+        TranslatorChoices choices;
     };
 
     explicit ForeignTranslator(const Row& row) : m_row(row), m_identifier(row.identifier), m_name(row.name) {}
@@ -33,15 +34,18 @@ public:
     const std::vector<std::wstring>& extensions() const override { return m_row.extensions; }
     bool canOpen() const override { return true; }
     bool canSave(const std::string&) const override { return m_row.save != Save::None; }
+    TranslatorChoices saveChoices() const override { return m_row.choices; }
 
     bool open(TranslatorOpenOptions& options, TranslatorContext& context, Status& status) override;
     bool save(TranslatorSaveOptions& options, TranslatorContext& context, Status& status) override;
+    uint64_t countTriangles(TranslatorSaveOptions& options, TranslatorContext& context,
+                            const std::function<bool()>& goOn) const override;
 
     /// One for each of the formats; made at the first call.
     static const std::vector<Translator*>& all();
 
 private:
-    bool saveByWorker(const Asset& asset, TranslatorSaveOptions& options, Status& status) const;
+    bool saveByWorker(Asset& asset, TranslatorSaveOptions& options, Status& status) const;
 
     const Row& m_row;
     std::string m_identifier;

@@ -24,6 +24,10 @@ struct MeshExport
     const LengthUnit& unit;
     /// All occurrences become one part, which keeps their colours.
     bool combine = false;
+    /// Of STL, which has a binary form as well.
+    bool asText = false;
+    /// Of STL, where it usually is z, and OBJ, where it usually is y; glTF has it fixed.
+    UpAxis upAxis = UpAxis::Usual;
     /// Is told how much is done; returns false to cancel. May be empty.
     std::function<bool(double)> watch;
 
@@ -33,7 +37,7 @@ struct MeshExport
 // Each writes a new file, which takes the place of an old one when it is complete. Returns false with an
 // error, or without one if it was cancelled.
 
-/// Binary STL, which knows neither parts nor colours.
+/// STL, which knows neither parts nor colours.
 bool writeStl(const MeshExport& job, Status& status);
 /// OBJ with one group for each occurrence, and beside it the colours in an MTL file of the same name.
 bool writeObj(const MeshExport& job, Status& status);

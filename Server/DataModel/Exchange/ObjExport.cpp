@@ -156,7 +156,7 @@ bool writeObj(const MeshExport& job, Status& status)
         const boost::filesystem::path library = colourFileOf(path);
         ExportFile file(job.path);
         ObjText text(library.filename().string());
-        const GkMatrix3d turn = yUpwards(job.unit.millimetres);
+        const GkMatrix3d turn = towards(job, UpAxis::Y);
         const auto& occurrences = meshes.occurrences();
         ColourGroups all;
         for (size_t i = 0; i < occurrences.size(); ++i) {

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Exchange/ExportedMeshes.h"
 #include "Server/Types/LengthUnit.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -46,6 +47,40 @@ void pack(const BodyMesh& mesh, const GkMatrix3d& placement, std::string& bytes)
     }
 }
 
+/// What `pack` has packed, as words.
+std::string words(const std::string& bytes)
+{
+    std::string text;
+    const auto add = [&](const char* before, const float* numbers) {
+        text += before;
+        for (int i = 0; i < 3; ++i) {
+            char digits[32];
+            text += ' ';
+            text.append(digits, std::to_chars(digits, digits + sizeof digits, numbers[i]).ptr);
+        }
+        text += '\n';
+    };
+    for (size_t at = 0; at + kTriangleSize <= bytes.size(); at += kTriangleSize) {
+        float record[12];
+        std::memcpy(record, bytes.data() + at, sizeof record);
+        add("facet normal", record);
+        text += "outer loop\n";
+        for (int corner = 1; corner <= 3; ++corner)
+            add("vertex", record + 3 * corner);
+        text += "endloop\nendfacet\n";
+    }
+    return text;
+}
+
+std::string binaryHeader(const MeshExport& job, uint64_t triangles)
+{
+    char header[kHeaderSize] = {};
+    std::snprintf(header, sizeof header, "Quillet, %ls", job.unit.name);
+    const auto count = static_cast<uint32_t>(triangles);
+    std::memcpy(header + 80, &count, sizeof count);
+    return {header, sizeof header};
+}
+
 } // namespace
 
 bool writeStl(const MeshExport& job, Status& status)
@@ -54,27 +89,25 @@ bool writeStl(const MeshExport& job, Status& status)
         ExportedMeshes meshes;
         if (!meshes.make(job))
             return false;
-        if (meshes.triangles() > UINT32_MAX)
+        if (!job.asText && meshes.triangles() > UINT32_MAX)
             throw std::runtime_error("the model has more triangles than the format can count");
         ExportFile file(job.path);
-        char header[kHeaderSize] = {};
-        std::snprintf(header, sizeof header, "Quillet, %ls", job.unit.name);
-        const auto count = static_cast<uint32_t>(meshes.triangles());
-        std::memcpy(header + 80, &count, sizeof count);
-        file.write({header, sizeof header});
-        const GkMatrix3d scale = GkMatrix3d::scaling(1 / job.unit.millimetres);
+        file.write(job.asText ? "solid Quillet\n" : binaryHeader(job, meshes.triangles()));
+        const GkMatrix3d turn = towards(job, UpAxis::Z);
         const auto& occurrences = meshes.occurrences();
         std::string bytes;
         for (size_t i = 0; i < occurrences.size(); ++i) {
             const BodyMesh* mesh = meshes.of(occurrences[i].body);
             if (!mesh)
                 continue;
-            pack(*mesh, scale * occurrences[i].placement, bytes);
-            file.write(bytes);
+            pack(*mesh, turn * occurrences[i].placement, bytes);
+            file.write(job.asText ? words(bytes) : bytes);
             if (!job.goOn(ExportedMeshes::kShare +
                           (1 - ExportedMeshes::kShare) * double(i) / double(occurrences.size())))
                 return false;
         }
+        if (job.asText)
+            file.write("endsolid Quillet\n");
         file.commit();
         return true;
     });

@@ -15,8 +15,8 @@ class CommandContext;
 /// What a command can be given at its start, whoever starts it: a row of an add-in's table.
 struct CommandArguments
 {
-    const wchar_t* command;                   ///< CommandDefinition::id.
-    std::array<const wchar_t*, 6> names = {}; ///< None for a command that takes no argument.
+    const wchar_t* command;                    ///< CommandDefinition::id.
+    std::array<const wchar_t*, 10> names = {}; ///< None for a command that takes no argument.
 };
 
 /// Declares the arguments of an add-in's commands for as long as it lives. A command that nobody declares

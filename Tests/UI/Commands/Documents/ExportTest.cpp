@@ -1,3 +1,6 @@
+#include "Server/Base/Strings.h"
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
@@ -5,6 +8,7 @@
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 
+#include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
@@ -21,6 +25,33 @@ protected:
         WithProgram::SetUp();
         answer(L"Design.Sample");
     }
+
+    static std::vector<std::wstring> partNames()
+    {
+        std::vector<std::wstring> names;
+        for (const auto& part : Vs::DocumentMgr::get()->activeAsset()->components()->children)
+            names.push_back(part->name);
+        return names;
+    }
+
+    /// The longest side of the largest body's box.
+    static double largestSide(const Vs::Component& component)
+    {
+        double largest = 0;
+        if (const auto mesh = component.body ? component.body->mesh() : nullptr)
+            for (size_t axis = 0; axis < 3; ++axis) {
+                float least = mesh->positions.at(axis), most = least;
+                for (size_t i = axis; i < mesh->positions.size(); i += 3) {
+                    least = std::min(least, mesh->positions[i]);
+                    most = std::max(most, mesh->positions[i]);
+                }
+                largest = std::max(largest, double(most) - double(least));
+            }
+        for (const auto& child : component.children)
+            largest = std::max(largest, largestSide(*child));
+        return largest;
+    }
+    static double largestSide() { return largestSide(*Vs::DocumentMgr::get()->activeAsset()->components()); }
 };
 
 TEST_F(ExportTest, ASampleBecomesAFileThatCanBeOpenedAgain)
@@ -96,6 +127,90 @@ TEST_F(ExportTest, ADesignIsWrittenInEveryFormatThatATranslatorWrites)
     EXPECT_NE(failure(L"Design.Export " + scratch(L"d")).find(L"no translator writes"), std::wstring::npos);
 }
 
+TEST_F(ExportTest, WhatIsHiddenOrNotSelectedStaysOutOfEveryFormat)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 10 10 10");
+    answer(L"Design.Box 20 20 20");
+    answer(L"Design.Box 30 30 30");
+    const std::vector<std::wstring> names = partNames();
+    ASSERT_EQ(names.size(), 3u);
+    answer(L"Design.Hide \"" + names[2] + L"\"");
+    answer(L"Selection.Select \"" + names[0] + L"\"");
+    const std::vector<std::wstring> suffixes = {L".stp", L".igs",  L".brep", L".stl",
+                                                L".obj", L".gltf", L".glb"};
+    for (const std::wstring& suffix : suffixes) {
+        answer(L"Design.Export " + scratch(L"selected" + suffix) + L" /Selected");
+        answer(L"Design.Export " + scratch(L"visible" + suffix));
+        answer(L"Design.Export " + scratch(L"all" + suffix) + L" /Hidden");
+    }
+    answer(L"Selection.Select \"" + names[2] + L"\"");
+    for (const wchar_t* name : {L"n.stp", L"n.stl"}) {
+        EXPECT_NE(failure(L"Design.Export " + scratch(name) + L" /Selected").find(L"can't be written"),
+                  std::wstring::npos);
+        EXPECT_FALSE(boost::filesystem::exists(scratch(name)));
+    }
+    answer(L"Selection.Clear");
+    EXPECT_EQ(failure(L"Design.Export " + scratch(L"n.stl") + L" /Selected"),
+              L"Nothing is selected that could be exported.");
+    for (const std::wstring& suffix : suffixes)
+        for (const auto& [name, size] :
+             {std::pair(L"selected", 10.0), std::pair(L"visible", 20.0), std::pair(L"all", 30.0)}) {
+            answer(L"Document.Open " + scratch(name + suffix));
+            EXPECT_NEAR(largestSide(), size, 1e-3 * size) << Vs::Strings::narrow(name + suffix);
+        }
+}
+
+TEST_F(ExportTest, EachPartGetsAFileOfItsOwnName)
+{
+    answer(L"Design.New");
+    for (int i = 0; i < 3; ++i)
+        answer(L"Design.Box 10 10 10");
+    std::vector<std::wstring> names = partNames();
+    for (size_t i = 0; i < 2; ++i) {
+        answer(L"Selection.Select \"" + names[i] + L"\"");
+        answer(L"Commands.Start RenameCommand NewName=" + std::wstring(i == 0 ? L"a/b" : L"a_b"));
+    }
+    answer(L"Design.Export " + scratch(L"p.stl") + L" /Separate");
+    EXPECT_FALSE(boost::filesystem::exists(scratch(L"p.stl")));
+    // No name leads out of the folder, and none is there twice.
+    for (const std::wstring& name : {std::wstring(L"a_b"), std::wstring(L"a_b-2"), names[2]})
+        EXPECT_EQ(boost::filesystem::file_size(scratch(L"p-" + name + L".stl")), 84u + 12 * 50);
+}
+
+TEST_F(ExportTest, AFileHasTheFormAxisAndUnitThatItsFormatOffers)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 10 20 40");
+    const auto text = [&](const std::wstring& flags, const wchar_t* name = L"t.stl") {
+        answer(L"Design.Export " + scratch(name) + flags);
+        boost::filesystem::ifstream stream(scratch(name));
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    const auto has = [](const std::string& text, const char* what) {
+        return text.find(what) != std::string::npos;
+    };
+    EXPECT_TRUE(text(L" /Text").starts_with("solid "));
+    EXPECT_TRUE(has(text(L" /Text"), "vertex 10 20 40\n"));
+    EXPECT_TRUE(has(text(L" /Text /YUp"), "vertex 10 40 -20\n"));
+    EXPECT_TRUE(has(text(L" /Text /Cm"), "vertex 1 2 4\n"));
+    EXPECT_TRUE(has(text(L"", L"t.obj"), "v 10 40 -20\n"));
+    EXPECT_TRUE(has(text(L" /ZUp", L"t.obj"), "v 10 20 40\n"));
+    text(L" /Text");
+    answer(L"Document.Open " + scratch(L"t.stl"));
+    EXPECT_NEAR(largestSide(), 40, 1e-3);
+    for (const wchar_t* wrong :
+         {L"w.stp /Text", L"w.obj /Text", L"w.stp /YUp", L"w.glb /ZUp", L"w.glb /Cm", L"w.brep /In"})
+        EXPECT_NE(failure(L"Design.Export " + scratch(wrong)).find(L"have "), std::wstring::npos) << wrong;
+    for (const wchar_t* wrong :
+         {L"w.stl /YUp /ZUp", L"w.stl /Cm /In", L"w.stl /Cm /DisplayUnit", L"w.stl /Combine /Separate"})
+        EXPECT_NE(failure(L"Design.Export " + scratch(wrong)).find(L"one"), std::wstring::npos) << wrong;
+    EXPECT_NE(failure(L"Commands.Start VeloraExportCommand UpAxis=x Unit=mile Path=" + scratch(L"w.stl"))
+                  .find(L"\"mile\""),
+              std::wstring::npos);
+    EXPECT_FALSE(boost::filesystem::exists(scratch(L"w.stl")));
+}
+
 TEST_F(ExportTest, AnEmptyDesignIsRefusedWithOneMessage)
 {
     answer(L"Design.New");
@@ -122,7 +237,9 @@ TEST_F(ExportTest, TheRefinementOfADesignsExportIsCheckedAndKept)
     EXPECT_GT(size(L"20,0.001,21.5,10"), usual);
     EXPECT_GT(size(L"20,0.001,5"), usual);
     EXPECT_EQ(size(L"20,0.001,21.5,56.401283"), usual);
-    for (const wchar_t* wrong : {L"fine", L"20,-1", L"1,1,1,1,1", L"20,,3", L"nan"})
+    EXPECT_LT(size(L"coarse"), usual);
+    EXPECT_GT(size(L"Fine"), usual);
+    for (const wchar_t* wrong : {L"finest", L"20,-1", L"1,1,1,1,1", L"20,,3", L"nan"})
         EXPECT_NE(failure(L"Design.Export " + scratch(L"w.stl") + L" " + wrong).find(L"is not a refinement"),
                   std::wstring::npos);
     EXPECT_FALSE(boost::filesystem::exists(scratch(L"w.stl")));
