@@ -141,6 +141,18 @@ constinit const CommandArguments kRows[] = {
     {L"WelcomeScreenCommand"},
     {L"UndoDropDown", {L"TxnIndex"}},
     {L"RedoDropDown", {L"TxnIndex"}},
+    {L"HomeViewCommand"},
+    {L"FitSelectionCommand"},
+    {L"FrontViewCommand"},
+    {L"BackViewCommand"},
+    {L"RightViewCommand"},
+    {L"LeftViewCommand"},
+    {L"TopViewCommand"},
+    {L"BottomViewCommand"},
+    {L"IsometricViewCommand"},
+    {L"TogglePerspectiveCommand"},
+    {L"SelectAllCommand"},
+    {L"InvertSelectionCommand"},
 };
 // clang-format on
 

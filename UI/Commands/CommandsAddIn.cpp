@@ -23,6 +23,7 @@
 #include "UI/Commands/Camera/OrbitCmdDef.h"
 #include "UI/Commands/Camera/PanCmd.h"
 #include "UI/Commands/Camera/PassiveCameraCmdAgent.h"
+#include "UI/Commands/Camera/StandardViewCmds.h"
 #include "UI/Commands/Camera/ViewCmdDefs.h"
 #include "UI/Commands/Camera/ViewMenus.h"
 #include "UI/Commands/Camera/ZoomCmd.h"
@@ -51,6 +52,7 @@
 #include "UI/Commands/Selection/FindCmds.h"
 #include "UI/Commands/Selection/RenameCommand.h"
 #include "UI/Commands/Selection/RepeatCmd.h"
+#include "UI/Commands/Selection/SelectAllCmds.h"
 #include "UI/Commands/Selection/SelectCmd.h"
 #include "UI/Commands/Selection/SelectionFilterCmd.h"
 #include "UI/Commands/Selection/SnapCmds.h"
@@ -86,11 +88,14 @@ public:
     {
         ActiveViewAssetCmdDef::createCommandDef();
         CopyToClipboardCmdDef::createCommandDef();
+        InvertSelectionCmdDef::createCommandDef();
         PasteCmdDef::createCommandDef();
         RevertDocumentCmdDef::createCommandDef();
         SaveAllDocumentsCmdDef::createCommandDef();
         SaveDocumentCopyCmdDef::createCommandDef();
+        SelectAllCmdDef::createCommandDef();
         SplitViewLayoutCmdDef::createCommandDef();
+        StandardViewCmdDef::createCommandDefs();
         ToolbarsCmdDef::createCommandDef();
         WelcomeScreenCmdDef::createCommandDef();
         UndoRedoDropDownCommandDef::createCommandDefs();

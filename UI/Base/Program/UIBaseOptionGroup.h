@@ -41,6 +41,9 @@ public:
     Vs::Option<std::wstring> theme{*this, "theme", L"system"}; ///< "light", "dark" or "system".
     /// Place and size of the window when it was last closed, as the toolkit writes them.
     Vs::Option<std::wstring> windowGeometry{*this, "windowGeometry", L""};
+    /// What the user has changed of the keys of commands: "FitCommand=F6; Ctrl+F6", or "FitCommand=" for
+    /// none.
+    Vs::Option<std::vector<std::wstring>> keys{*this, "keys", {}};
     Vs::Option<std::vector<std::wstring>> commandHistory{*this, "commandHistory", {}};
 
 private:

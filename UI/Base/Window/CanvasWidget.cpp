@@ -70,7 +70,7 @@ public:
     CanvasLink(GraphicsCanvas* canvas, QWidget* widget) : m_canvas(canvas), m_widget(widget)
     {
         widget->setMouseTracking(true);
-        widget->setFocusPolicy(Qt::ClickFocus);
+        widget->setFocusPolicy(Qt::StrongFocus);
         widget->setMinimumSize(64, 64);
         widget->setContextMenuPolicy(Qt::PreventContextMenu);
         m_content.setInterval(kContentInterval);

@@ -54,18 +54,24 @@ bool goesOn(const QString& candidate)
 
 CommandBox::CommandBox(QWidget* parent)
     : QFrame(parent),
+      m_answers(new QFrame(window())),
       m_edit(new QLineEdit(this)),
-      m_answer(PlainText::label(this)),
-      m_output(new QPlainTextEdit(this)),
+      m_answer(PlainText::label(m_answers)),
+      m_output(new QPlainTextEdit(m_answers)),
       m_popup(new QListWidget(this))
 {
     setObjectName(QStringLiteral("commandBox"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     column->setSpacing(kMargin / 2);
-    column->addWidget(m_output);
     column->addWidget(m_edit);
-    column->addWidget(m_answer);
+    m_answers->setObjectName(QStringLiteral("commandAnswer"));
+    m_answers->setAutoFillBackground(true);
+    m_answers->hide();
+    auto* answers = new QVBoxLayout(m_answers);
+    answers->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
+    answers->addWidget(m_output);
+    answers->addWidget(m_answer);
 
     m_edit->setObjectName(QStringLiteral("commandLine"));
     m_edit->setPlaceholderText(QString::fromStdWString(
@@ -108,6 +114,40 @@ CommandBox::~CommandBox()
 {
     if (Vs::PythonManager::get()->display() == this)
         Vs::PythonManager::get()->display(nullptr);
+    delete m_answers.data();
+}
+
+bool CommandBox::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::Hide:
+    case QEvent::ParentChange:
+        placeAnswers();
+        break;
+    default:
+        break;
+    }
+    return QFrame::event(event);
+}
+
+void CommandBox::placeAnswers()
+{
+    if (!m_answers)
+        return;
+    const bool any = isVisible() && !(m_answer->isHidden() && m_output->isHidden());
+    if (any) {
+        if (m_answers->parentWidget() != window())
+            m_answers->setParent(window());
+        const QPoint line = m_edit->mapTo(window(), QPoint());
+        const int height = m_answers->layout()->heightForWidth(m_edit->width());
+        const int wanted = std::max(height, m_answers->sizeHint().height());
+        m_answers->setGeometry(line.x(), std::max(0, line.y() - wanted - kMargin), m_edit->width(), wanted);
+        m_answers->raise();
+    }
+    m_answers->setVisible(any);
 }
 
 bool CommandBox::eventFilter(QObject* object, QEvent* event)
@@ -206,6 +246,8 @@ void CommandBox::accept(int row)
 
 bool CommandBox::tab()
 {
+    if (m_edit->text().isEmpty())
+        return false; // On to the next part of the window.
     if (!m_popup->isVisible())
         offer();
     if (!m_popup->isVisible())
@@ -260,6 +302,7 @@ bool CommandBox::escape()
     showFailed(false);
     m_answer->hide();
     m_output->hide();
+    placeAnswers();
     m_place = m_history.size();
     return true;
 }
@@ -307,8 +350,10 @@ void CommandBox::run()
 
 void CommandBox::showFailed(bool failed)
 {
-    if (!failed && m_failed)
+    if (!failed && m_failed) {
         m_answer->hide();
+        placeAnswers();
+    }
     m_failed = failed;
     m_edit->setProperty("failed", failed);
     m_edit->style()->unpolish(m_edit);
@@ -328,11 +373,13 @@ void CommandBox::showAnswer(const QString& text, bool failed)
     if (m_printed) {
         if (longText)
             message(text.toStdWString());
+        placeAnswers();
         return;
     }
     m_output->setPlainText(longText ? text : QString());
     fitOutput();
     m_output->setVisible(longText);
+    placeAnswers();
 }
 
 void CommandBox::fitOutput()
@@ -363,6 +410,7 @@ void CommandBox::print(const std::wstring& text, const QColor& colour)
     end.insertText((first ? QString() : QStringLiteral("\n")) + QString::fromStdWString(text), format);
     fitOutput();
     m_output->show();
+    placeAnswers();
     m_output->verticalScrollBar()->setValue(m_output->verticalScrollBar()->maximum());
 }
 

@@ -3,6 +3,7 @@
 #include "Server/Base/TextCommandMgr.h"
 
 #include <QFrame>
+#include <QPointer>
 #include <QStringList>
 
 class QLabel;
@@ -15,6 +16,7 @@ namespace Vu {
 /// The line in which text commands are typed. Tab completes, Up and Down go through the lines that were run
 /// before, Return runs the line. A line that fails stays, in red, with the reason below it; the answer of one
 /// that succeeds is shown in its place.
+/// Answers lie over what is above the line, which keeps its place; Escape takes them away.
 ///
 /// What scripts print, and where they fail, comes into the output below what is there, as they run.
 class CommandBox : public QFrame, private Vs::TextOutput
@@ -36,6 +38,7 @@ public:
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     bool key(int key);
@@ -56,7 +59,10 @@ private:
     void error(const std::wstring& text) override;
     void print(const std::wstring& text, const QColor& colour);
     void fitOutput();
+    /// Shows the answers above the line, if there are any.
+    void placeAnswers();
 
+    QPointer<QFrame> m_answers; ///< With the answer and the output; a child of the window.
     QLineEdit* m_edit;
     QLabel* m_answer;
     QPlainTextEdit* m_output;

@@ -4,8 +4,10 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/ExtendedInfoLoader.h"
 #include "UI/Base/Window/CommandMenu.h"
+#include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
+#include "UI/Base/Window/RestingCommand.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
 
@@ -14,7 +16,6 @@
 #include <QCursor>
 #include <QEvent>
 #include <QFrame>
-#include <QKeySequence>
 #include <QMenu>
 #include <QPainter>
 
@@ -25,7 +26,7 @@ namespace {
 constexpr const char16_t* kListSign = u" \u25be";
 
 /// HTML.
-QString tooltipText(const Info& info, const ToolTipInfo& tooltip)
+QString tooltipText(const CommandDefinition& definition, const Info& info, const ToolTipInfo& tooltip)
 {
     const auto paragraph = [](const std::wstring& text) {
         return text.empty() ? QString()
@@ -33,15 +34,20 @@ QString tooltipText(const Info& info, const ToolTipInfo& tooltip)
     };
     QString text =
         QStringLiteral("<b>") + QString::fromStdWString(info.name()).toHtmlEscaped() + QStringLiteral("</b>");
-    if (!info.hotkey().empty()) {
-        const QKeySequence keys(QString::fromStdString(info.hotkey().keys()));
-        text += QStringLiteral("&nbsp;&nbsp;") + keys.toString(QKeySequence::NativeText).toHtmlEscaped();
-    }
+    if (const QString keys = KeyTable::get()->shown(definition); !keys.isEmpty())
+        text += QStringLiteral("&nbsp;&nbsp;") + keys.toHtmlEscaped();
     if (tooltip.description() != info.name())
         text += paragraph(tooltip.description());
     text += paragraph(tooltip.extended());
     text += paragraph(ExtendedInfoLoader::text(info.key()));
     return text;
+}
+
+/// Whether the command is the tool that the user has now.
+bool runs(const CommandDefinition& definition)
+{
+    const CommandBase* active = commandRests() ? nullptr : CommandBase::getActiveCommand();
+    return active && active->commandDefinition() == &definition;
 }
 
 void makeFlat(QToolButton* button)
@@ -149,7 +155,8 @@ bool CommandButton::event(QEvent* event)
     else if (m_control && event->type() == QEvent::Leave)
         m_control->hoverEnd();
     else if (m_control && event->type() == QEvent::ToolTip)
-        PlainText::setMarkupTooltip(this, tooltipText(*m_control->info(), m_control->tooltip()));
+        PlainText::setMarkupTooltip(this,
+                                    tooltipText(*m_definition, *m_control->info(), m_control->tooltip()));
     return QToolButton::event(event);
 }
 
@@ -198,13 +205,13 @@ void CommandButton::draw()
     setEnabled(m_control->enabled());
     setVisible(m_control->visible() && m_fits);
     const auto* button = Vs::cast<ButtonControl>(m_control);
-    const bool lit = m_control->active() || (button && button->checked());
+    const bool lit = m_control->active() || (button && button->checked()) || runs(*m_definition);
     // A button that is no longer checkable would keep the look of a checked one.
     setChecked(false);
     setCheckable(lit);
     setChecked(lit);
     if (toolTip().isEmpty())
-        PlainText::setMarkupTooltip(this, tooltipText(*info, m_control->tooltip()));
+        PlainText::setMarkupTooltip(this, tooltipText(*m_definition, *info, m_control->tooltip()));
 }
 
 QString CommandButton::title() const

@@ -4,12 +4,12 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Window/AreasMenu.h"
+#include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/TickMenu.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
 
 #include <QAction>
-#include <QKeySequence>
 
 namespace Vu {
 namespace {
@@ -154,13 +154,9 @@ void CommandMenu::refresh()
         const bool lit = control && (control->active() || (button && button->checked()));
         entry.action->setCheckable(lit);
         entry.action->setChecked(lit);
-        const HotKeyBinding& keys = definition->info()->hotkey();
+        const QString keys = KeyTable::get()->shown(*definition);
         // Behind a tab, so that it shows without being bound a second time.
-        entry.action->setText(
-            keys.empty()
-                ? entry.title
-                : entry.title + QLatin1Char('\t') +
-                      QKeySequence(QString::fromStdString(keys.keys())).toString(QKeySequence::NativeText));
+        entry.action->setText(keys.isEmpty() ? entry.title : entry.title + QLatin1Char('\t') + keys);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/CommandButton.h"
+#include "UI/Base/Window/RovingFocus.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Window/ToolbarStrip.h"
 #include "UI/Base/Workspace/HUDPersister.h"
@@ -98,6 +99,7 @@ void HudFrame::addHuds(std::vector<CommandButton*>& buttons)
             continue;
         }
         bar->setObjectName(QStringLiteral("hud"));
+        new RovingFocus(bar);
         const EPlacement side = sideOf(hud.placement);
         m_huds.push_back({bar, side, hud.contents, side, {}, true});
         bar->raise();

@@ -29,15 +29,21 @@
 #include "UI/Base/Window/CommandButton.h"
 #include "UI/Base/Window/CommandPanel.h"
 #include "UI/Base/Window/DroppedFiles.h"
+#include "UI/Base/Window/HotKeys.h"
 #include "UI/Base/Window/HudFrame.h"
+#include "UI/Base/Window/KeyTable.h"
+#include "UI/Base/Window/KeysOverlay.h"
 #include "UI/Base/Window/LocalPath.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Window/RestingCommand.h"
+#include "UI/Base/Window/RovingFocus.h"
+#include "UI/Base/Window/StatusFields.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Window/ToastStack.h"
 #include "UI/Base/Window/ToolbarStrip.h"
 #include "UI/Base/Window/TourOverlay.h"
+#include "UI/Base/Window/ViewKeys.h"
 #include "UI/Base/Window/WindowMenus.h"
 #include "UI/Base/Workspace/Arrangement.h"
 #include "UI/Base/Workspace/Layout.h"
@@ -60,7 +66,6 @@
 #include <boost/algorithm/string/join.hpp>
 
 #include <algorithm>
-#include <map>
 #include <string>
 
 namespace Vu {
@@ -123,6 +128,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
       m_attic(new QWidget(this)),
       m_progress(new ProgressPanel(this)),
       m_message(PlainText::label(this)),
+      m_fields(new StatusFields(this)),
       m_readOnly(PlainText::label(this)),
       m_bell(new BellButton(m_progress, this)),
       m_toasts(new ToastStack(this)),
@@ -142,6 +148,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     m_message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(m_message, 1);
     m_readOnly->setObjectName(QStringLiteral("readOnly"));
+    statusBar()->addPermanentWidget(m_fields);
     statusBar()->addPermanentWidget(m_readOnly);
     statusBar()->addPermanentWidget(m_progress);
     statusBar()->addPermanentWidget(m_bell);
@@ -163,6 +170,8 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     ToolbarManager::get()->subscribe(this);
     AlertEventSource::get()->subscribe(this);
     rebuild();
+    if (const QStringList ofKeys = KeyTable::get()->problems(); !ofKeys.isEmpty())
+        message(ofKeys.join(QLatin1Char('\n')), true);
     if (!problems.empty())
         message(QString::fromStdWString(problems), true);
 }
@@ -232,8 +241,10 @@ void MainWindow::rememberButtons(size_t known)
 ToolbarStrip* MainWindow::strip(const Area& area)
 {
     ToolbarStrip*& strip = m_strips[{area.contents()->text(), area.name()}];
-    if (!strip)
+    if (!strip) {
         strip = new ToolbarStrip(m_attic);
+        new RovingFocus(strip);
+    }
     return strip;
 }
 
@@ -363,6 +374,7 @@ void MainWindow::refresh()
     setWindowModified(document && document->isDirty(false));
     for (CommandButton* button : m_buttons)
         button->refresh();
+    m_fields->refresh();
 }
 
 /// What the title says of it.
@@ -380,24 +392,12 @@ QString MainWindow::showHolder(const Vs::Document* document)
 
 void MainWindow::bindHotKeys()
 {
-    std::map<std::string, QAction*> bound;
-    for (CommandDefinition* definition : CommandDefinitionMgr::get()->commandDefinitions()) {
-        const HotKeyBinding& keys = definition->info()->hotkey();
-        if (keys.empty())
-            continue;
-        // Commands of which only one is offered at a time may share their keys.
-        QAction*& action = bound[keys.keys()];
-        if (action) {
-            connect(action, &QAction::triggered, this, [this, definition] { runHotKey(definition); });
-            continue;
-        }
-        action = new QAction(this);
-        action->setShortcut(QKeySequence(QString::fromStdString(keys.keys())));
-        action->setShortcutContext(keys.mode() == HotKeyBinding::EHotKeyMode::Always ? Qt::ApplicationShortcut
-                                                                                     : Qt::WindowShortcut);
-        connect(action, &QAction::triggered, this, [this, definition] { runHotKey(definition); });
-        addAction(action);
-    }
+    new HotKeys(this, [this](CommandDefinition* definition) { runHotKey(definition); });
+    HotKeys::add(this, Qt::CTRL | Qt::Key_L, [this] {
+        if (m_commandBox && m_commandBox->isVisible())
+            m_commandBox->edit()->setFocus(Qt::ShortcutFocusReason);
+    });
+    HotKeys::add(this, Qt::Key_Question, [this] { KeysOverlay::toggle(this); });
 }
 
 /// A command that is a list shows it; any other runs.
@@ -487,10 +487,26 @@ void MainWindow::dropEvent(QDropEvent* event)
     openDroppedFiles(droppedFiles(event->mimeData()));
 }
 
+/// The widget of the view that is worked in, if this window shows it.
+QWidget* MainWindow::viewWidget() const
+{
+    const GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
+    QWidget* widget = canvas ? canvas->existingWidget() : nullptr;
+    return widget && widget->window() == this && widget->isVisible() ? widget : nullptr;
+}
+
 // What comes here, none of the widgets had a use for.
 void MainWindow::keyPressEvent(QKeyEvent* event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    QWidget* view = viewWidget();
+    const bool isInView = view && QApplication::focusWidget() == view;
+    if (isInView && moveViewByKey(*event))
+        return;
+    if (event->key() == Qt::Key_Escape && commandRests() && view && !isInView) {
+        view->setFocus(Qt::OtherFocusReason);
+        return;
+    }
     if (isEnter && m_panel->command())
         m_panel->commit();
     else if (isEnter && commandRests() && editsComponent())
@@ -506,9 +522,8 @@ void MainWindow::keyPressEvent(QKeyEvent* event)
 // Who has picked something in the view goes on with the values.
 bool MainWindow::focusNextPrevChild(bool next)
 {
-    const GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
     const QWidget* focus = QApplication::focusWidget();
-    if (m_panel->command() && canvas && focus && canvas->existingWidget() == focus)
+    if (m_panel->command() && focus && viewWidget() == focus)
         return m_panel->walk(next);
     return QMainWindow::focusNextPrevChild(next);
 }

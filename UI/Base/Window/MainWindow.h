@@ -32,6 +32,7 @@ class CommandPanel;
 class CommandDefinition;
 class HudFrame;
 class ProgressPanel;
+class StatusFields;
 class ToastStack;
 class ToolbarStrip;
 class WorkspaceWindow;
@@ -103,6 +104,7 @@ private:
     void refresh();
     QString showHolder(const Vs::Document* document);
     void bindHotKeys();
+    QWidget* viewWidget() const;
     void runHotKey(CommandDefinition* definition);
     void tellUnknownCommands();
 
@@ -112,6 +114,7 @@ private:
     QPointer<CommandBox> m_commandBox;
     ProgressPanel* m_progress;
     QLabel* m_message;
+    StatusFields* m_fields;
     QLabel* m_readOnly; ///< Who has the document that shows, if somebody else has.
     BellButton* m_bell;
     ToastStack* m_toasts;

@@ -1,6 +1,8 @@
 #include "UI/Base/Window/PreferencesDialog.h"
 
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/KeyTable.h"
+#include "UI/Base/Window/KeysPage.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 
@@ -90,6 +92,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
     auto* content = new QWidget;
     auto* column = new QVBoxLayout(content);
     addSections(column);
+    addKeys(column);
     column->addStretch();
     m_scroll->setWidget(content);
     m_scroll->setWidgetResizable(true);
@@ -146,6 +149,23 @@ void PreferencesDialog::addSections(QVBoxLayout* column)
     }
 }
 
+void PreferencesDialog::addKeys(QVBoxLayout* column)
+{
+    const QString title = text("PreferencesKeys", "Keys");
+    m_pages->addItem(title);
+    m_sections.push_back({new QWidget, {}});
+    auto* inner = new QVBoxLayout(m_sections.back().frame);
+    inner->setContentsMargins(0, 0, 0, kMargin);
+    QLabel* head = PlainText::label(m_sections.back().frame, title);
+    QFont bold = head->font();
+    bold.setBold(true);
+    head->setFont(bold);
+    inner->addWidget(head);
+    m_keys = new KeysPage(m_sections.back().frame);
+    inner->addWidget(m_keys);
+    column->addWidget(m_sections.back().frame);
+}
+
 void PreferencesDialog::addRow(Section& section, QGridLayout* grid, const Preference& preference)
 {
     Row row{&preference, nullptr, nullptr, {}};
@@ -172,7 +192,8 @@ void PreferencesDialog::search(const QString& wanted)
 {
     for (size_t i = 0; i < m_sections.size(); ++i) {
         const bool whole = m_pages->item(static_cast<int>(i))->text().contains(wanted, Qt::CaseInsensitive);
-        bool any = false;
+        const bool isKeys = i + 1 == m_sections.size();
+        bool any = isKeys && m_keys->filter(whole ? QString() : wanted);
         for (const Row& row : m_sections[i].rows) {
             const bool found =
                 whole ||
@@ -190,6 +211,7 @@ void PreferencesDialog::search(const QString& wanted)
 
 void PreferencesDialog::resetAll()
 {
+    KeyTable::get()->resetAll();
     for (const Section& section : m_sections)
         for (const Row& row : section.rows) {
             row.preference->reset();

@@ -15,6 +15,8 @@ class QVBoxLayout;
 
 namespace Vu {
 
+class KeysPage;
+
 /// All preferences below one another, one section for each page; the list beside them leads to a section, and
 /// the search field leaves those that it finds. What is changed holds at once.
 class PreferencesDialog : public QDialog
@@ -37,6 +39,7 @@ private:
     };
 
     void addSections(QVBoxLayout* column);
+    void addKeys(QVBoxLayout* column);
     void addRow(Section& section, QGridLayout* grid, const Preference& preference);
     void search(const QString& text);
     void resetAll();
@@ -44,7 +47,8 @@ private:
     QLineEdit* m_search;
     QListWidget* m_pages;
     QScrollArea* m_scroll;
-    std::vector<Section> m_sections;
+    std::vector<Section> m_sections; ///< The last is that of the keys, which has no rows.
+    KeysPage* m_keys = nullptr;
 };
 
 } // namespace Vu

@@ -55,13 +55,19 @@ constexpr const char* kStyleSheet = R"(
 QToolTip { border: 1px solid palette(mid); padding: 4px; }
 QToolButton[flat="true"] { border: 1px solid transparent; border-radius: 4px; padding: 3px; }
 QToolButton[flat="true"]:hover { background: palette(midlight); }
-QToolButton[flat="true"]:pressed, QToolButton[flat="true"]:checked { border-color: palette(highlight); }
+QToolButton[flat="true"]:pressed, QToolButton[flat="true"]:checked, QToolButton[flat="true"]:focus { border-color: palette(highlight); }
 QToolButton[flat="true"]::menu-indicator { image: none; }
 QToolButton[flat="true"][popupMode="1"] { padding-right: 16px; }
 QToolButton[flat="true"]::menu-button { border: none; border-radius: 4px; width: 13px; }
 QToolButton[flat="true"]::menu-button:hover { background: palette(mid); }
 QToolButton#bell { border: 1px solid transparent; border-radius: 4px; padding: 1px 6px; }
 QToolButton#bell:hover, QToolButton#bell:focus { border-color: palette(mid); }
+QToolButton[status="true"] { border: 1px solid transparent; border-radius: 4px; padding: 1px 6px; }
+QToolButton[status="true"]:hover, QToolButton[status="true"]:focus { border-color: palette(mid); }
+QToolButton[status="true"]::menu-indicator { image: none; }
+QLabel#recording { color: #d3493d; font-weight: bold; }
+QLabel#prompt { color: palette(link); }
+QFrame#commandAnswer { background: palette(base); border: 1px solid palette(mid); border-radius: 4px; }
 QFrame#notificationPanel { background: palette(window); border: 1px solid palette(mid); }
 QWidget#notificationList { background: palette(base); }
 QFrame#notification { background: palette(base); border: 1px solid palette(base); border-bottom-color: palette(mid); }
@@ -82,6 +88,8 @@ QToolButton#panelMenu::menu-indicator, QToolButton#chevron::menu-indicator { ima
 QFrame#commandBox { border: none; border-top: 1px solid palette(mid); }
 QFrame#commandPanel { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
 QFrame#tourCard { background: palette(window); border: 1px solid palette(highlight); border-radius: 8px; }
+QFrame#keysOverlay { background: palette(window); border: 1px solid palette(highlight); border-radius: 8px; }
+QLabel#keyText { color: palette(link); }
 QFrame#panelHead { border: none; border-bottom: 1px solid palette(mid); }
 QToolButton#inputGroup { border: none; border-radius: 4px; padding: 3px 0; text-align: left; font-weight: bold; }
 QToolButton#inputGroup:hover, QToolButton#inputGroup:focus { background: palette(midlight); }
@@ -100,7 +108,7 @@ QLineEdit#commandLine:focus { border-color: palette(highlight); }
 QLineEdit#commandLine[failed="true"] { border-color: #d3493d; }
 QTreeView { border: none; }
 QTreeView::item { padding: 2px 0; }
-QPlainTextEdit#commandOutput { border: none; border-top: 1px solid palette(mid); background: palette(base); }
+QPlainTextEdit#commandOutput { border: none; background: palette(base); }
 QSplitter::handle { background: palette(mid); }
 QSplitter::handle:horizontal { width: 1px; }
 QSplitter::handle:vertical { height: 1px; }

@@ -21,8 +21,9 @@ namespace Vu {
 ///       <add menu="File" place="Exchange"> <item .../> </add>
 ///     </menus>
 ///
-/// An item's title stands for the command's own; "&" comes before the letter that opens a menu. An add-in
-/// puts its commands into the menus of others by `<add>`: before the place of that name, or at the end.
+/// An item's title stands for the command's own, and its attribute `keys` adds keys to the command's own; "&"
+/// comes before the letter that opens a menu. An add-in puts its commands into the menus of others by
+/// `<add>`: before the place of that name, or at the end.
 /// `<areas>` is the list of the window's toolbars and areas. Main thread only.
 class MenuBar
 {

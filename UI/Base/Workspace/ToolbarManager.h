@@ -25,6 +25,8 @@ struct ToolbarItem
     std::vector<ToolbarItem> menu;
     std::wstring id = {}; ///< Of a menu or a place, by which other files find it.
     Kind kind = Kind::Entry;
+    /// In a menu: keys of the command besides its own, separated by semicolons: "Ctrl+F; F3".
+    std::wstring keys = {};
 
     bool operator==(const ToolbarItem&) const = default;
     bool separator() const { return kind == Kind::Entry && command.empty() && title.empty(); }

@@ -13,7 +13,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[4]
 LITERALS = r'((?:"(?:[^"\\]|\\.)*"\s*)+)'
-CALL = re.compile(r'\b(?:localized|localizedFormat|text|panelText|getLocalizedString)\(\s*(?:(?:L"\w+"|kDomain),\s*)?"(\w+)",\s*' + LITERALS)
+CALL = re.compile(r'\b(?:localized|localizedFormat|text|told|panelText|getLocalizedString)\(\s*(?:(?:L"\w+"|kDomain),\s*)?"(\w+)",\s*' + LITERALS)
 ROW = re.compile(r'\.key = L"(\w+)",\s*\.title = ' + LITERALS + r'(?:,\s*\.titleKey = "(\w+)")?')
 TOOLTIP = re.compile(r'\.tooltip = ' + LITERALS + r',\s*\.tooltipKey = "(\w+)"')
 PREFERENCE = re.compile(r'\bL"\w+\.\w+",\s*"(\w+)",\s*' + LITERALS)

@@ -41,6 +41,7 @@ std::vector<ToolbarItem> readItems(XmlFile& xml, const std::wstring& domain, int
         } else if (xml.name() == QLatin1String("item")) {
             item.command = xml.attribute("command");
             item.title = localizedTitle(xml, domain);
+            item.keys = xml.attribute("keys");
             if (item.command.empty())
                 xml.problem(L"An item needs the attribute \"command\".");
             else

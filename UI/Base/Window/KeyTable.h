@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QKeySequence>
+#include <QList>
+#include <QObject>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Vu {
+
+class CommandDefinition;
+
+/// The keys of the commands: those of their own records, those that the menus add, and what the user has
+/// changed (UIBaseOptionGroup::keys). Main thread only.
+class KeyTable : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Keys = QList<QKeySequence>;
+
+    static KeyTable* get();
+    /// "Ctrl+F; F3". Keys that nobody knows are left out, and named in `unknown`.
+    static Keys fromText(const QString& text, QStringList* unknown = nullptr);
+    static QString toText(const Keys& keys, QKeySequence::SequenceFormat format = QKeySequence::PortableText);
+
+    /// The first is the one that menus and tooltips show.
+    Keys keysOf(const CommandDefinition& definition);
+    Keys defaultKeysOf(const CommandDefinition& definition);
+    /// The first of the keys as people read them; empty without any.
+    QString shown(const CommandDefinition& definition);
+
+    /// Kept for the next start, too.
+    void change(const CommandDefinition& definition, const Keys& keys);
+    void resetAll();
+
+    /// Whoever else has one of the keys, and may run when this can. Commands that share keys by their own
+    /// records exclude each other.
+    std::vector<CommandDefinition*> rivals(const CommandDefinition& definition, const Keys& keys);
+    /// What of the user's changes makes no sense: unknown commands and keys, and keys that two commands have.
+    /// Such changes don't hold, except that of two commands the first keeps the key.
+    QStringList problems();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    KeyTable() = default;
+    void read();
+    void readChange(const QString& line);
+    void write();
+
+    std::map<std::wstring, Keys> m_changed;
+    std::map<std::wstring, QString> m_ofMenus;
+    QStringList m_problems;
+    std::vector<std::wstring> m_lines; ///< The option as it was read last.
+    bool m_read = false;
+};
+
+} // namespace Vu

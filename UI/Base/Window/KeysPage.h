@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QKeySequence>
+#include <QWidget>
+
+class QKeySequenceEdit;
+class QLabel;
+class QPushButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace Vu {
+
+class CommandDefinition;
+
+/// The commands with their keys, to be changed. Keys that another command has are told, and taken from it
+/// only if the person says so.
+class KeysPage : public QWidget
+{
+public:
+    explicit KeysPage(QWidget* parent);
+
+    /// Leaves the commands whose title, identifier or keys contain the text; false if there is none.
+    bool filter(const QString& text);
+    void refresh();
+
+private:
+    const CommandDefinition* current() const;
+    void showCurrent();
+    void entered();
+    void take();
+    void showConflict(const QString& text);
+    void add(const CommandDefinition& definition);
+
+    QTreeWidget* m_list;
+    QKeySequenceEdit* m_edit;
+    QPushButton* m_none;
+    QPushButton* m_usual;
+    QPushButton* m_take;
+    QLabel* m_conflict;
+    QKeySequence m_wanted; ///< Which another command has.
+};
+
+} // namespace Vu

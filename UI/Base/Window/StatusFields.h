@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Server/Base/OptionGroup.h"
+#include "Server/DataModel/Selection/SelectionSet.h"
+#include "UI/Base/Session/SessionEvents.h"
+
+#include <QTimer>
+#include <QWidget>
+
+class QLabel;
+class QToolButton;
+
+namespace Vu {
+
+/// What the status bar tells at any time: the running command, what is selected, the unit of length,
+/// snapping, and the recording that runs. The unit and snapping can be changed there.
+class StatusFields : public QWidget,
+                     private Vs::OptionEventSite,
+                     private Vs::SelectionSetSite,
+                     private SessionEventSite
+{
+public:
+    explicit StatusFields(QWidget* parent);
+    ~StatusFields() override;
+
+    /// To be called when commands or sessions have changed; does it at the end of the event.
+    void refreshSoon();
+    /// The same, now.
+    void refresh();
+
+private:
+    void optionChanged(Vs::OptionEvent* event) override;
+    void selectionSetChanged() override { refreshSoon(); }
+    void currentSessionChanged(SessionEvent*) override { refreshSoon(); }
+    void sessionClosed(SessionEvent* event) override;
+    void follow(Vs::SelectionSet* set);
+    void showPrompt();
+    void showSelection();
+    void showRecording();
+    void chooseUnit();
+    void chooseSnap();
+
+    QLabel* m_prompt;
+    QLabel* m_selection;
+    QToolButton* m_unit;
+    QToolButton* m_snap;
+    QLabel* m_recording;
+    QTimer m_soon, m_second;
+    Vs::SelectionSet* m_set = nullptr; ///< Of the active session; followed as long as that lasts.
+    std::wstring m_recordedFile;
+    qint64 m_recordedSince = 0; ///< In milliseconds since the epoch.
+};
+
+} // namespace Vu
