@@ -188,7 +188,7 @@ TEST_F(KeysTest, TabGoesThroughAllPartsOfTheWindowAndEndsWhereItBegan)
         {L"TabTest", L"", "TabTestBar", {{L"TabTestFirst", L"", {}}, {L"TabTestSecond", L"", {}}}});
     WorkspaceWindow* window = WorkspaceMgr::get()->create()->window();
     auto* layout = new Layout;
-    for (const char* key : {"TabTestBar", "Browser", "TextCommands"})
+    for (const char* key : {"TabTestBar", "BrowserWindow", "TextCommands"})
         layout->addChild(std::make_unique<Area>(std::wstring(key, key + std::strlen(key)),
                                                 Vs::UniqueString::find(key, true)));
     window->arrangementManager()->arrangement(Arrangement::make(window->arrangementManager(), layout));

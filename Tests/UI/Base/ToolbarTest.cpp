@@ -112,7 +112,7 @@ TEST_F(ToolbarTest, AnAddInPutsItsEntriesAtAPlaceOfAnothersMenuOrAtItsEnd)
     // The one that adds may be read first.
     bar.addFile(
         write("more.xml", R"(<menus><add menu="File" place="Here"><item command="New" title="Mine"/></add>
-                                     <add menu="Inner"><separator/><areas/></add></menus>)"),
+                                     <add menu="Inner"><separator/><item command="Show" off="Hide"/></add></menus>)"),
         L"");
     bar.addFile(write("menus.xml", R"(<menus><menu id="File" title="&amp;File"><item command="First"/>
         <place id="Here"/><item command="Last"/><menu id="Inner" title="Inner"/></menu></menus>)"),
@@ -123,9 +123,10 @@ TEST_F(ToolbarTest, AnAddInPutsItsEntriesAtAPlaceOfAnothersMenuOrAtItsEnd)
     EXPECT_EQ(bar.menus()[0].title, L"&File");
     EXPECT_EQ(entries[1].command + entries[1].title, L"NewMine");
     EXPECT_FALSE(entries[1].isMenu() || entries[2].separator() || entries[4].menu.at(1).separator());
-    EXPECT_EQ(entries[4].menu.at(1).kind, ToolbarItem::Kind::Areas);
+    EXPECT_EQ(entries[4].menu.at(1).off, L"Hide");
     EXPECT_TRUE(bar.problems().isOk());
-    EXPECT_EQ(bar.unknownCommands(), (std::vector<std::wstring>{L"First", L"New", L"Last"}));
+    EXPECT_EQ(bar.unknownCommands(),
+              (std::vector<std::wstring>{L"First", L"New", L"Last", L"Show", L"Hide"}));
 }
 
 TEST_F(ToolbarTest, WrongMenusAreToldAndLeaveTheOthers)

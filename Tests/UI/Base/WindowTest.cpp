@@ -316,36 +316,26 @@ TEST_F(WindowTest, AMenuTellsAtEachOpeningWhatCanRunUnderItsOwnTitle)
     EXPECT_EQ(runs, 1);
 }
 
-TEST_F(WindowTest, TheListOfAreasShowsAndHidesThem)
+TEST_F(WindowTest, AnEntryWithItsOppositeIsSwitchedOnAndOff)
 {
-    ToolbarManager::get()->add({L"AreasTest", L"Tools of the Test", "CommandToolbar", {}});
-    WorkspaceWindow* window = windowWith({"CommandToolbar", "Browser"});
-    ToolbarItem areas;
-    areas.kind = ToolbarItem::Kind::Areas;
-    CommandMenu menu({areas}, nullptr);
+    Application::get()->needGui();
+    std::string runs;
+    FunctionCommandDef on(L"OnTestCommand", [&](CommandContext&) { runs += '1'; });
+    FunctionCommandDef off(L"OffTestCommand", [&](CommandContext&) { runs += '0'; });
+    CommandMenu menu({{.command = L"OnTestCommand", .title = L"Light", .off = L"OffTestCommand"}}, nullptr);
+    for (const bool shines : {false, true, false}) {
+        on.applicable = !shines;
+        off.applicable = shines;
+        Q_EMIT menu.aboutToShow();
+        EXPECT_TRUE(menu.actions().front()->isEnabled());
+        EXPECT_EQ(menu.actions().front()->isChecked(), shines);
+        menu.actions().front()->trigger();
+        Application::get()->flushDeferredTasks();
+    }
+    EXPECT_EQ(runs, "101");
+    on.applicable = false;
     Q_EMIT menu.aboutToShow();
-    QMenu* list = menu.actions().at(0)->menu();
-    ASSERT_NE(list, nullptr);
-    const auto entry = [&](const QString& title) -> QAction* {
-        Q_EMIT list->aboutToShow();
-        for (QAction* action : list->actions())
-            if (action->text() == title)
-                return action;
-        return nullptr;
-    };
-    ASSERT_NE(entry("Tools of the Test"), nullptr);
-    EXPECT_TRUE(entry("Tools of the Test")->isChecked());
-    entry("Tools of the Test")->trigger();
-    EXPECT_FALSE(ToolbarManager::get()->toolbarById(L"AreasTest")->visible);
-    ASSERT_NE(entry("Browser"), nullptr);
-    entry("Browser")->trigger();
-    EXPECT_FALSE(window->area(L"Browser")->visible());
-    EXPECT_FALSE(UIBaseOptionGroup::get()->wantToShowBrowser());
-    entry("Browser")->trigger();
-    EXPECT_TRUE(window->area(L"Browser")->visible());
-    EXPECT_EQ(entry("Command Line"), nullptr); // Not in this layout.
-    ToolbarManager::get()->showToolbar(L"AreasTest");
-    WorkspaceMgr::get()->closeAll();
+    EXPECT_FALSE(menu.actions().front()->isEnabled());
 }
 
 TEST_F(WindowTest, HiddenAreasTakeNoRoomAndComeBack)

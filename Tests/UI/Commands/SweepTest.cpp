@@ -156,8 +156,9 @@ const std::map<std::wstring, const char*> kInNoMenu = {
 void collectCommands(const std::vector<ToolbarItem>& items, std::multiset<std::wstring>& commands)
 {
     for (const ToolbarItem& item : items) {
-        if (!item.command.empty())
-            commands.insert(item.command);
+        for (const std::wstring& command : {item.command, item.off})
+            if (!command.empty())
+                commands.insert(command);
         collectCommands(item.menu, commands);
     }
 }

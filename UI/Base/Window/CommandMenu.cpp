@@ -3,7 +3,6 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
-#include "UI/Base/Window/AreasMenu.h"
 #include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/TickMenu.h"
@@ -23,6 +22,12 @@ QString menuText(const std::wstring& name)
 CommandDefinition* definitionOf(const std::wstring& command)
 {
     return CommandDefinitionMgr::get()->findCommandDefinitionById(command);
+}
+
+bool applies(const CommandDefinition* definition)
+{
+    CommandContext context = CommandContext::activeContext();
+    return definition && definition->isApplicable(&context);
 }
 
 void addItems(QMenu* menu, ListControl* list)
@@ -93,11 +98,9 @@ void CommandMenu::open()
 void CommandMenu::fill()
 {
     for (const ToolbarItem& item : m_items) {
-        if (item.kind == ToolbarItem::Kind::Place)
+        if (item.isPlace)
             continue;
-        if (item.kind == ToolbarItem::Kind::Areas) {
-            addAreas(this);
-        } else if (item.separator()) {
+        if (item.separator()) {
             addSeparator();
         } else if (item.isMenu()) {
             const MenuHead head = headOf(item);
@@ -126,13 +129,14 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
         action = entries->menuAction();
     } else {
         action = addAction(iconOf(info.icon()), title);
-        connect(action, &QAction::triggered, this, [command] {
-            if (CommandDefinition* found = definitionOf(command))
+        connect(action, &QAction::triggered, this, [command, off = item.off] {
+            CommandDefinition* opposite = definitionOf(off);
+            if (CommandDefinition* found = applies(opposite) ? opposite : definitionOf(command))
                 found->onClicked();
         });
     }
     action->setObjectName(QString::fromStdWString(command));
-    m_entries.push_back({action, command, title});
+    m_entries.push_back({action, command, item.off, title});
 }
 
 void CommandMenu::refresh()
@@ -144,14 +148,15 @@ void CommandMenu::refresh()
             continue;
         }
         CommandContext context = CommandContext::activeContext();
-        entry.action->setVisible(definition->isVisible(&context));
-        entry.action->setEnabled(definition->isApplicable(&context));
+        const bool on = applies(definitionOf(entry.off));
+        entry.action->setVisible(on || definition->isVisible(&context));
+        entry.action->setEnabled(on || definition->isApplicable(&context));
         if (entry.action->menu())
             continue;
         definition->updateInputControl(&context);
         const InputControl* control = definition->inputControl();
         const auto* button = Vs::cast<ButtonControl>(control);
-        const bool lit = control && (control->active() || (button && button->checked()));
+        const bool lit = on || (control && (control->active() || (button && button->checked())));
         entry.action->setCheckable(lit);
         entry.action->setChecked(lit);
         const QString keys = KeyTable::get()->shown(*definition);

@@ -42,7 +42,7 @@ private:
     struct Entry
     {
         QAction* action;
-        std::wstring command;
+        std::wstring command, off;
         QString title; ///< Without the keys.
     };
 

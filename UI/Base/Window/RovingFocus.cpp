@@ -1,6 +1,7 @@
 #include "UI/Base/Window/RovingFocus.h"
 
 #include <QAbstractButton>
+#include <QChildEvent>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QToolButton>
@@ -13,10 +14,14 @@ RovingFocus::RovingFocus(QWidget* bar) : QObject(bar), m_bar(bar)
 {
     bar->setFocusPolicy(Qt::TabFocus);
     bar->installEventFilter(this);
-    for (QAbstractButton* button : bar->findChildren<QAbstractButton*>(Qt::FindDirectChildrenOnly)) {
-        button->setFocusPolicy(Qt::NoFocus);
-        button->installEventFilter(this);
-    }
+    for (QAbstractButton* button : bar->findChildren<QAbstractButton*>(Qt::FindDirectChildrenOnly))
+        adopt(button);
+}
+
+void RovingFocus::adopt(QAbstractButton* button)
+{
+    button->setFocusPolicy(Qt::NoFocus);
+    button->installEventFilter(this);
 }
 
 /// In the order in which they lie.
@@ -96,6 +101,9 @@ bool RovingFocus::eventFilter(QObject* watched, QEvent* event)
     if (watched == m_bar) {
         if (event->type() == QEvent::FocusIn)
             enter();
+        else if (event->type() == QEvent::ChildPolished)
+            if (auto* button = qobject_cast<QAbstractButton*>(static_cast<QChildEvent*>(event)->child()))
+                adopt(button);
         return false;
     }
     auto* button = static_cast<QAbstractButton*>(watched);

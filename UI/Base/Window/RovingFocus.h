@@ -13,13 +13,14 @@ namespace Vu {
 class RovingFocus : public QObject
 {
 public:
-    /// For the buttons that the bar has now. It belongs to the bar.
+    /// For the buttons that the bar has and gets. It belongs to the bar.
     explicit RovingFocus(QWidget* bar);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void adopt(QAbstractButton* button);
     QList<QAbstractButton*> stops() const;
     bool step(QAbstractButton* from, int key);
     void enter();

@@ -106,9 +106,8 @@ void MenuBar::add(const Addition& addition)
         m_problems.addError(addition.from + L"There is no menu \"" + addition.menu + L"\" to add to.");
         return;
     }
-    const auto place = std::ranges::find_if(menu->menu, [&](const ToolbarItem& item) {
-        return item.kind == ToolbarItem::Kind::Place && item.id == addition.place;
-    });
+    const auto place = std::ranges::find_if(
+        menu->menu, [&](const ToolbarItem& item) { return item.isPlace && item.id == addition.place; });
     if (place == menu->menu.end() && !addition.place.empty())
         m_problems.addError(addition.from + L"The menu \"" + addition.menu + L"\" has no place \"" +
                             addition.place + L"\"; the entries stand at its end.");

@@ -16,15 +16,17 @@ namespace Vu {
 ///         <place id="Exchange"/>
 ///         <separator/>
 ///         <menu ...> <item .../> </menu>
-///         <areas/>
+///         <item command="ShowBrowserCommand" off="HideBrowserCommand" title="Browser"
+///         titleKey="MenuBrowser"/>
 ///       </menu>
 ///       <add menu="File" place="Exchange"> <item .../> </add>
 ///     </menus>
 ///
-/// An item's title stands for the command's own, and its attribute `keys` adds keys to the command's own; "&"
+/// An item's title stands for the command's own, and its attribute `keys` adds keys to the command's own;
+/// `off` is the command that takes back what the other one does, so that the item is switched on and off. "&"
 /// comes before the letter that opens a menu. An add-in puts its commands into the menus of others by
 /// `<add>`: before the place of that name, or at the end.
-/// `<areas>` is the list of the window's toolbars and areas. Main thread only.
+/// Main thread only.
 class MenuBar
 {
 public:

@@ -14,22 +14,19 @@ class InputControl;
 /// One entry of a toolbar, a HUD or a menu.
 struct ToolbarItem
 {
-    enum class Kind {
-        Entry,
-        Place, ///< Where other files put their entries; not to be seen.
-        Areas, ///< A list of the window's toolbars and areas, with a mark for each that shows.
-    };
-
     std::wstring command; ///< A command's key; of a menu, the one that gives it title and picture.
     std::wstring title;   ///< Of a menu; of a command in a menu, what stands there instead of its own title.
     std::vector<ToolbarItem> menu;
     std::wstring id = {}; ///< Of a menu or a place, by which other files find it.
-    Kind kind = Kind::Entry;
+    bool isPlace = false; ///< Where other files put their entries; not to be seen.
+    /// In a menu, the command that takes back what the other one does: the entry runs whichever applies, and
+    /// has a tick while it is this one.
+    std::wstring off = {};
     /// In a menu: keys of the command besides its own, separated by semicolons: "Ctrl+F; F3".
     std::wstring keys = {};
 
     bool operator==(const ToolbarItem&) const = default;
-    bool separator() const { return kind == Kind::Entry && command.empty() && title.empty(); }
+    bool separator() const { return !isPlace && command.empty() && title.empty(); }
     bool isMenu() const { return !menu.empty() || (command.empty() && !title.empty()); }
 };
 

@@ -41,6 +41,7 @@ protected:
         ASSERT_TRUE(field);
         field->setText(name);
         QTest::keyClick(field, Qt::Key_Return);
+        QApplication::processEvents(); // The field hands its text over behind the key.
         Vu::Application::get()->flushDeferredTasks();
         QApplication::processEvents();
     }

@@ -13,21 +13,16 @@ namespace {
 /// A menu in a menu in a menu is as deep as anybody wants to go.
 constexpr int kDeepest = 4;
 
-/// What only menus of the menu bar have. False if it is something else.
-bool readOfMenuBar(XmlFile& xml, std::vector<ToolbarItem>& items)
+void readPlace(XmlFile& xml, std::vector<ToolbarItem>& items)
 {
-    const bool isPlace = xml.name() == QLatin1String("place");
-    if (!isPlace && xml.name() != QLatin1String("areas"))
-        return false;
     ToolbarItem item;
-    item.kind = isPlace ? ToolbarItem::Kind::Place : ToolbarItem::Kind::Areas;
+    item.isPlace = true;
     item.id = xml.attribute("id");
-    if (isPlace && item.id.empty())
+    if (item.id.empty())
         xml.problem(L"A place needs the attribute \"id\".");
     else
         items.push_back(std::move(item));
     xml.skip();
-    return true;
 }
 
 std::vector<ToolbarItem> readItems(XmlFile& xml, const std::wstring& domain, int depth, bool ofMenuBar)
@@ -42,6 +37,7 @@ std::vector<ToolbarItem> readItems(XmlFile& xml, const std::wstring& domain, int
             item.command = xml.attribute("command");
             item.title = localizedTitle(xml, domain);
             item.keys = xml.attribute("keys");
+            item.off = xml.attribute("off");
             if (item.command.empty())
                 xml.problem(L"An item needs the attribute \"command\".");
             else
@@ -57,7 +53,9 @@ std::vector<ToolbarItem> readItems(XmlFile& xml, const std::wstring& domain, int
             item.menu = readItems(xml, domain, depth + 1, ofMenuBar);
             if (named)
                 items.push_back(std::move(item));
-        } else if (!ofMenuBar || !readOfMenuBar(xml, items)) {
+        } else if (ofMenuBar && xml.name() == QLatin1String("place")) {
+            readPlace(xml, items);
+        } else {
             xml.problem(elementName(xml) + L" cannot stand here.");
             xml.skip();
         }
@@ -71,9 +69,10 @@ void collectUnknownCommands(const std::vector<ToolbarItem>& items, std::vector<s
 {
     for (const ToolbarItem& item : items) {
         collectUnknownCommands(item.menu, unknown);
-        if (!item.command.empty() && !CommandDefinitionMgr::get()->findCommandDefinitionById(item.command) &&
-            std::find(unknown.begin(), unknown.end(), item.command) == unknown.end())
-            unknown.push_back(item.command);
+        for (const std::wstring& command : {item.command, item.off})
+            if (!command.empty() && !CommandDefinitionMgr::get()->findCommandDefinitionById(command) &&
+                std::find(unknown.begin(), unknown.end(), command) == unknown.end())
+                unknown.push_back(command);
     }
 }
 

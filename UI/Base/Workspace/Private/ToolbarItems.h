@@ -6,7 +6,7 @@
 namespace Vu {
 
 /// Reads the `<item>`, `<separator>` and `<menu>` children of the present element, and where they are those
-/// of a menu of the menu bar, `<place>` and `<areas>` as well. Private to this library.
+/// of a menu of the menu bar, `<place>` as well. Private to this library.
 std::vector<ToolbarItem> readToolbarItems(XmlFile& xml, const std::wstring& domain, bool ofMenuBar = false);
 
 /// Adds the keys among the items' commands that nobody has registered, without repetition.
