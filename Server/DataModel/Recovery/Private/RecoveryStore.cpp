@@ -139,7 +139,7 @@ void RecoveryStore::claimNext()
         return;
     SessionFolder::Claim claim = SessionFolder::claim(path);
     // Its child finishes what it writes.
-    if (claim.unfinished && Clock::now() - m_lastListed < kChildTakes)
+    if (claim.unfinished && m_awaits && Clock::now() - m_lastListed < kChildTakes)
         m_toClaim.push_back(path);
     if (!claim.folder)
         return;
@@ -191,9 +191,12 @@ bool RecoveryStore::look()
 
 const std::vector<AutoSavedFileInfo>& RecoveryStore::left(const Tell& tellDamaged)
 {
-    // Runs may have ended since.
-    if (hasLooked())
+    // Runs may have ended since. What their children still write is there when somebody asks again: only
+    // the first one who asks waits for it.
+    if (hasLooked()) {
+        m_awaits = false;
         list();
+    }
     lookToTheEnd();
     if (m_left && !isUnchanged(*m_left)) {
         m_left.reset();
@@ -379,6 +382,7 @@ void RecoveryStore::end()
     m_checker = {};
     m_toClaim.clear();
     m_listed = false;
+    m_awaits = true;
 }
 
 } // namespace Vs::Recovery

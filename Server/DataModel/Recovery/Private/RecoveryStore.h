@@ -116,6 +116,7 @@ private:
     std::map<std::string, FileIdentity> m_checking; ///< As they were when they were given to it.
     std::deque<std::string> m_toClaim;
     bool m_listed = false;
+    bool m_awaits = true; ///< Children of dead runs.
     Clock::time_point m_lastListed;
     bool m_keepsDiscarded = true;
     std::optional<Clock::time_point> m_pruned;
