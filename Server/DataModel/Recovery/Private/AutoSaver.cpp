@@ -133,8 +133,14 @@ void AutoSaver::documentClosed(DocumentEvent* event)
     if (event->timing() != Timing::Before || found == m_documents.end())
         return;
     Watched& watched = found->second;
-    if (m_running && m_running->document == document)
-        ended(m_running->child->wait(kMostWait));
+    // What isn't wanted is kept for a day as it was. Otherwise nobody waits for a child that gets what others
+    // leave: a script goes on, and in a window this process is quicker.
+    if (m_running && m_running->document == document) {
+        if (watched.declined && !m_withoutLoop)
+            ended(m_running->child->wait(kMostWait));
+        else
+            stopChild();
+    }
     if (document->isDirty(false) && !watched.declined)
         leave(*document, watched);
     else
@@ -147,9 +153,9 @@ void AutoSaver::leave(Document& document, Watched& watched)
 {
     if (!m_withoutLoop && isPending(document, watched) && isFree(document) &&
         !AutoSaveDisabler::disabled(&document)) {
-        write(document, watched, true);
-        if (m_running)
-            ended(m_running->child->wait(kMostWait));
+        std::unique_ptr<Running> ofAnother = std::move(m_running);
+        write(document, watched, false);
+        m_running = std::move(ofAnother);
     }
     if (watched.file.empty() && watched.adopted.empty())
         return;
