@@ -170,6 +170,16 @@ TEST_F(SelectionFilters, TheSolidsOfOnePartAreToldApartOnceTheUserWantsIt)
     EXPECT_EQ(clicked(L"Box3/Solid1"), L"Box3:1/Body1/Solid1");
     EXPECT_EQ(clicked(L"Box3/Solid2"), L"Box3:1/Body1/Solid2");
     EXPECT_EQ(clicked(L"Box2"), L"Box2:1/Body1") << "one solid alone is the body";
+    choose("Bodies");
+    selected().clear();
+    // To the left: what it touches.
+    QTest::mouseMove(canvas, second + QPoint(5, 5));
+    QTest::mousePress(canvas, Qt::LeftButton, Qt::ShiftModifier, second + QPoint(5, 5));
+    QTest::mouseMove(canvas, second - QPoint(5, 5));
+    QTest::mouseRelease(canvas, Qt::LeftButton, Qt::ShiftModifier, second - QPoint(5, 5));
+    settle();
+    ASSERT_EQ(selected().size(), 1u);
+    EXPECT_EQ(pathOf(*selected().selections().front()), L"Box3:1/Body1/Solid2");
 }
 
 TEST_F(SelectionFilters, AreKeptForTheRestingCommandAndForgottenWithATool)
