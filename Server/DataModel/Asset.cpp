@@ -66,6 +66,7 @@ void Asset::name(const std::wstring& name)
     if (name == m_name)
         return;
     m_name = name;
+    m_document->namesChanged();
     m_data->root().name = name;
     AssetEvent event(this);
     AssetEventSource::get()->fireAssetRenamed(&event);

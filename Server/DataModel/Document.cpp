@@ -21,22 +21,6 @@
 
 namespace Vs {
 
-namespace {
-
-/// 0 for nothing, and `none` for what isn't a number below that.
-size_t numberBehind(std::wstring_view digits, size_t none)
-{
-    size_t number = 0;
-    for (const wchar_t digit : digits) {
-        if (digit < L'0' || digit > L'9' || number >= none)
-            return none;
-        number = 10 * number + static_cast<size_t>(digit - L'0');
-    }
-    return std::min(number, none);
-}
-
-} // namespace
-
 Document::Document(DocumentType* type, const std::wstring& displayName)
     : m_identifier(makeUuid()),
       m_type(type),
@@ -60,6 +44,8 @@ Document::~Document()
 
 Asset* Document::adopt(std::unique_ptr<Asset> asset)
 {
+    if (!m_names.empty())
+        m_names.insert(asset->name());
     auto& list = asset->isVisible() ? m_assets : m_hiddenAssets;
     list.push_back(std::move(asset));
     return list.back().get();
@@ -207,19 +193,22 @@ unsigned Document::locks() const
 
 std::wstring Document::uniqueAssetName(const std::wstring& name) const
 {
-    // Which numbers follow the name in those that begin with it, where 0 is none: one of these is free.
-    std::vector<bool> taken(m_assets.size() + m_hiddenAssets.size() + 1);
-    for (const auto* list : {&m_assets, &m_hiddenAssets})
-        for (const auto& asset : *list) {
-            if (!asset->name().starts_with(name))
-                continue;
-            const std::wstring_view rest = std::wstring_view(asset->name()).substr(name.size());
-            const size_t number = numberBehind(rest, taken.size());
-            if (number < taken.size() && !rest.starts_with(L'0'))
-                taken[number] = true;
-        }
-    const auto free = std::find(taken.begin(), taken.end(), false) - taken.begin();
-    return free == 0 ? name : name + std::to_wstring(free);
+    if (m_names.empty())
+        for (const auto* list : {&m_assets, &m_hiddenAssets})
+            for (const auto& asset : *list)
+                m_names.insert(asset->name());
+    if (!m_names.contains(name))
+        return name;
+    unsigned& number = m_freeNumbers.try_emplace(name, 1).first->second;
+    while (m_names.contains(name + std::to_wstring(number)))
+        ++number;
+    return name + std::to_wstring(number);
+}
+
+void Document::namesChanged()
+{
+    m_names.clear();
+    m_freeNumbers.clear();
 }
 
 Asset* Document::bestAsset(const std::wstring& name) const

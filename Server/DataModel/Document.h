@@ -10,6 +10,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Vs {
@@ -101,6 +103,8 @@ private:
     friend class DocumentSave;
     Document(DocumentType* type, const std::wstring& displayName);
     Asset* adopt(std::unique_ptr<Asset> asset);
+    /// An asset has another name.
+    void namesChanged();
     void takePath(const std::wstring& path);
     void tellUpdated();
     void tellFailure(const Status& status);
@@ -118,6 +122,10 @@ private:
     std::unique_ptr<DocumentFile> m_file;
     std::vector<std::unique_ptr<Asset>> m_assets;
     std::vector<std::unique_ptr<Asset>> m_hiddenAssets;
+    // So that a new name isn't compared with all others; empty until one is asked for.
+    mutable std::unordered_set<std::wstring> m_names;
+    mutable std::unordered_map<std::wstring, unsigned>
+        m_freeNumbers; ///< None below is free behind that name.
     Asset* m_activeAsset = nullptr;
     std::map<const UniqueString*, unsigned> m_locks;
 };
