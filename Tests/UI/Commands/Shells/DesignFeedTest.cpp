@@ -32,6 +32,7 @@ TEST_F(DesignFeedTest, TheFeedTellsWhatWasDoneByWhatAndLeadsBackAndForth)
             text += entry.title + (entry.kind == FeedEntry::Kind::Present ? L"* " : L" ");
         return text;
     };
+    answer(L"Design.New");
     EXPECT_EQ(titles(), L"");
     answer(L"Design.Box 1 2 3");
     answer(L"Commands.Start CylinderCommand Radius=5 Height=7");
