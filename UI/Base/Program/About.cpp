@@ -44,14 +44,15 @@ std::wstring aboutText()
            localized("AboutText", "Desktop 3D design. Apache License 2.0.");
 }
 
-std::wstring aboutDetails()
+std::wstring aboutDetails(const std::wstring& graphics)
 {
     std::wstring text = localizedFormat("AboutKernel", "Geometry kernel: Open CASCADE Technology %1%",
                                         Vs::Strings::widen(Vs::kernelVersion()));
     text += L"\nQt " + Vs::Strings::widen(qVersion());
-    const std::wstring graphics = Vs::Scene::OffscreenRenderer::get()->description();
-    if (!graphics.empty())
-        text += L'\n' + localizedFormat("AboutGraphics", "Graphics: %1%", graphics);
+    const std::wstring drawn =
+        graphics.empty() ? Vs::Scene::OffscreenRenderer::get()->description() : graphics;
+    if (!drawn.empty())
+        text += L'\n' + localizedFormat("AboutGraphics", "Graphics: %1%", drawn);
     text += L'\n' + localizedFormat("AboutSystem", "System: %1%",
                                     (QSysInfo::prettyProductName() + QStringLiteral(", ") +
                                      QSysInfo::kernelType() + QLatin1Char(' ') + QSysInfo::kernelVersion())

@@ -8,8 +8,8 @@ namespace Vu {
 [[nodiscard]] std::wstring aboutText();
 
 /// What it is made of, for who reports a fault: the versions of the geometry kernel and of Qt, what draws the
-/// pictures, the system, and the licences of the libraries. Several lines. Needs the main thread, and may
-/// open a context of the graphics to ask it.
-[[nodiscard]] std::wstring aboutDetails();
+/// pictures, the system, and the licences of the libraries. Several lines. `graphics` is what draws in the
+/// window; where that is empty, what has drawn pictures without one. Main thread only.
+[[nodiscard]] std::wstring aboutDetails(const std::wstring& graphics = {});
 
 } // namespace Vu

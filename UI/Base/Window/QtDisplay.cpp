@@ -17,6 +17,9 @@
 #include <QClipboard>
 #include <QLibraryInfo>
 #include <QMessageBox>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QPixmap>
 #include <QPushButton>
 #include <QSessionManager>
@@ -35,6 +38,21 @@ void translateQt(QApplication* application)
     if (translator->load(QStringLiteral("qtbase_") + language,
                          QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(translator);
+}
+
+/// As "4.5 (Core Profile) Mesa ..., llvmpipe ..."; empty where windows draw without OpenGL.
+std::wstring graphicsOfWindows()
+{
+    QOffscreenSurface surface;
+    surface.create();
+    QOpenGLContext context;
+    if (!context.create() || !context.makeCurrent(&surface))
+        return {};
+    const auto text = [&](GLenum name) {
+        const GLubyte* value = context.functions()->glGetString(name);
+        return value ? QString::fromLatin1(reinterpret_cast<const char*>(value)) : QString();
+    };
+    return (text(GL_VERSION) + QStringLiteral(", ") + text(GL_RENDERER)).toStdWString();
 }
 
 /// The desktop finds it by its name only once the program is installed.
@@ -110,13 +128,14 @@ void QtDisplay::showAbout(const std::wstring& title, const std::wstring& text, Q
         PlainText::messageBox(parent, QString::fromStdWString(title), QString::fromStdWString(text));
     constexpr int kPictureSide = 64;
     box->setIconPixmap(QApplication::windowIcon().pixmap(kPictureSide, kPictureSide));
-    const QString details = QString::fromStdWString(aboutDetails());
+    const QString details = QString::fromStdWString(aboutDetails(graphicsOfWindows()));
     QString all = box->text();
     if (!all.contains(details)) {
         PlainText::setDetails(box.get(), details);
         all += QStringLiteral("\n\n") + details;
     }
     box->setStandardButtons(QMessageBox::Ok);
+    box->setEscapeButton(QMessageBox::Ok);
     // It copies, and leaves the box where it is.
     QPushButton* copy =
         box->addButton(QString::fromStdWString(localized("AboutCopy", "Copy")), QMessageBox::ActionRole);
