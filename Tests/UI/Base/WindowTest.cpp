@@ -301,12 +301,16 @@ TEST_F(WindowTest, AMenuTellsAtEachOpeningWhatCanRunUnderItsOwnTitle)
     int runs = 0;
     FunctionCommandDef definition(L"MenuTestCommand", [&](CommandContext&) { ++runs; });
     definition.applicable = false;
-    CommandMenu menu({{L"MenuTestCommand", L"&Mine", {}}, {L"NoSuchCommand", L"", {}}}, nullptr);
+    CommandMenu menu({{L"MenuTestCommand", L"&Mine", {}},
+                      {L"NoSuchCommand", L"", {}},
+                      {L"MenuTestCommand", L"My Own", {}}},
+                     nullptr);
     EXPECT_TRUE(menu.actions().isEmpty()); // Before somebody wants to see them.
     Q_EMIT menu.aboutToShow();
-    ASSERT_EQ(menu.actions().size(), 1);
+    ASSERT_EQ(menu.actions().size(), 2);
     QAction* action = menu.actions().front();
     EXPECT_EQ(action->text(), QStringLiteral("&Mine"));
+    EXPECT_EQ(menu.actions()[1]->text(), QStringLiteral("My &Own")) << "a letter that is free";
     EXPECT_FALSE(action->isEnabled());
     definition.applicable = true;
     Q_EMIT menu.aboutToShow();

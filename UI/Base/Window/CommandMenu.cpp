@@ -19,6 +19,37 @@ QString menuText(const std::wstring& name)
     return QString::fromStdWString(name).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
+/// The letter that a title marks; null without one.
+QChar markOf(const QString& title)
+{
+    for (qsizetype i = title.indexOf(QLatin1Char('&')); i >= 0 && i + 1 < title.size();
+         i = title.indexOf(QLatin1Char('&'), i + 2))
+        if (title[i + 1] != QLatin1Char('&'))
+            return title[i + 1].toLower();
+    return {};
+}
+
+/// The title with a mark before the first letter that is still free, best at the beginning of a word.
+QString marked(QString title, QString& taken)
+{
+    if (!markOf(title).isNull())
+        return title;
+    const auto isFree = [&](qsizetype i) {
+        return title[i].isLetter() && !taken.contains(title[i].toLower());
+    };
+    qsizetype found = -1;
+    for (qsizetype i = 0; i < title.size() && found < 0; ++i)
+        if (isFree(i) && (i == 0 || title[i - 1].isSpace()))
+            found = i;
+    for (qsizetype i = 0; i < title.size() && found < 0; ++i)
+        if (isFree(i))
+            found = i;
+    if (found < 0)
+        return title;
+    taken += title[found].toLower();
+    return title.insert(found, QLatin1Char('&'));
+}
+
 CommandDefinition* definitionOf(const std::wstring& command)
 {
     return CommandDefinitionMgr::get()->findCommandDefinitionById(command);
@@ -89,8 +120,10 @@ void CommandMenu::items(std::vector<ToolbarItem> items)
 
 void CommandMenu::open()
 {
-    if (!m_filled)
+    if (!m_filled) {
         fill();
+        markLetters();
+    }
     m_filled = true;
     refresh();
 }
@@ -112,6 +145,20 @@ void CommandMenu::fill()
             addCommand(definition, item);
         }
     }
+}
+
+// So that each entry has a letter by which it is chosen, in every language.
+void CommandMenu::markLetters()
+{
+    QString taken;
+    for (const QAction* action : actions())
+        if (const QChar letter = markOf(action->text()); !letter.isNull())
+            taken += letter;
+    for (QAction* action : actions())
+        if (!action->isSeparator())
+            action->setText(marked(action->text(), taken));
+    for (Entry& entry : m_entries)
+        entry.title = entry.action->text();
 }
 
 void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& item)

@@ -37,6 +37,7 @@ private:
     void open();
     void fill();
     void addCommand(CommandDefinition* definition, const ToolbarItem& item);
+    void markLetters();
     void refresh();
 
     struct Entry

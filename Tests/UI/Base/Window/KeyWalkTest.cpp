@@ -1,0 +1,203 @@
+// One session by the keyboard alone, on a real display: open an assembly, turn it, measure a hole, hide a
+// plate, round an edge, export, save and open again. Only the names of files are given by the test, since the
+// dialogs that ask for them are the toolkit's.
+
+#include "Server/AddInMgr/AddInMgr.h"
+#include "Server/Base/PathInfo.h"
+#include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/ViewFragment.h"
+#include "Tests/Support/Process.h"
+#include "Tests/Support/RealData.h"
+#include "Tests/UI/Becomes.h"
+#include "UI/Base/Command/CommandBase.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Host.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+
+#include <boost/filesystem/operations.hpp>
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <optional>
+
+using namespace Vu;
+using UiTests::becomes;
+
+namespace {
+
+class KeyWalkTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!std::getenv("DISPLAY"))
+            GTEST_SKIP() << "NOTICE: no display to show a window on";
+        if (TestSupport::realDataFolder().empty())
+            GTEST_SKIP() << "NOTICE: no real CAD files";
+        Vs::PathInfo::profileDirectory(m_folder.path() / "profile");
+        installHost();
+        static int count = 1;
+        static char name[] = "test_key_walk";
+        static char* arguments[] = {name, nullptr};
+        Application::initialize(count, arguments, false);
+        Application::testing(true);
+        Vs::Status status;
+        Vs::AddInMgr::get()->loadAddIns(status);
+        ASSERT_TRUE(status.isOk()) << status.matchingError("");
+        WorkspaceMgr::get()->create()->window()->show();
+        m_started = true;
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window(), 60000));
+    }
+
+    void TearDown() override
+    {
+        FileDialog::responder(nullptr);
+        if (!m_started)
+            return;
+        Application::get()->exit(true);
+        Application::get()->shutDown();
+        Vs::AddInMgr::get()->unloadAddIns();
+    }
+
+    static QWidget* window() { return WorkspaceWindow::activeWorkspaceWindow()->widget(); }
+    static void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        // A display without a window manager makes no window the active one.
+        QApplication::setActiveWindow(window());
+        QTest::keyClick(window()->windowHandle(), key, modifiers);
+        settle();
+    }
+    static void settle()
+    {
+        Application::get()->flushDeferredTasks();
+        QTest::qWait(50);
+    }
+    /// In the command line, and from there to the view.
+    static void line(const char* text)
+    {
+        key(Qt::Key_L, Qt::ControlModifier);
+        ASSERT_NE(qobject_cast<QLineEdit*>(QApplication::focusWidget()), nullptr);
+        QTest::keyClicks(QApplication::focusWidget(), QLatin1String(text));
+        key(Qt::Key_Return);
+        key(Qt::Key_Escape);
+    }
+    void nextFile(const boost::filesystem::path& path)
+    {
+        FileDialog::responder([path](const FileDialog::Request&, std::vector<std::wstring>& names) {
+            names = {path.wstring()};
+            return true;
+        });
+    }
+    /// Presses Return in the dialog that opens next.
+    static void acceptDialog()
+    {
+        QTimer::singleShot(100, qApp, [] {
+            if (QWidget* dialog = QApplication::activeModalWidget())
+                QTest::keyClick(dialog, Qt::Key_Return);
+            else
+                acceptDialog();
+        });
+    }
+
+    static std::wstring running()
+    {
+        const CommandBase* active = CommandBase::getActiveCommand();
+        return active && active->commandDefinition() ? active->commandDefinition()->id() : std::wstring();
+    }
+    static const Vs::Component* component(const wchar_t* path)
+    {
+        const Vs::Asset* asset = Vs::DocumentMgr::get()->activeAsset();
+        Vs::Status status;
+        const auto found = asset ? Vs::findPath(*asset, path, status) : std::nullopt;
+        return found ? Vs::resolvePath(*found, *asset, status) : nullptr;
+    }
+    static size_t facesOfBracket()
+    {
+        return component(L"as1/l-bracket-assembly_1/l-bracket_1")->body->mesh()->faces.size();
+    }
+    static bool shows(const QString& text)
+    {
+        for (const QLineEdit* field : window()->findChildren<QLineEdit*>())
+            if (field->isVisible() && field->text() == text)
+                return true;
+        return false;
+    }
+
+    TestSupport::ScratchFolder m_folder;
+    bool m_started = false;
+};
+
+TEST_F(KeyWalkTest, AnAssemblyIsTurnedMeasuredChangedExportedSavedAndOpenedAgain)
+{
+    const boost::filesystem::path model = m_folder.path() / "walk.vlra", step = m_folder.path() / "walk.stp";
+    nextFile(TestSupport::realDataFolder() / "as1-oc-214.stp");
+    key(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_TRUE(becomes([] { return component(L"as1/plate_1") != nullptr; }));
+    settle();
+
+    key(Qt::Key_Escape);
+    const auto direction = [] {
+        return SceneUtilities::getActiveAssetGraphicView()->modelFragment()->camera()->direction();
+    };
+    const GkVector3d before = direction();
+    key(Qt::Key_Right);
+    EXPECT_LT(before.dotProduct(direction()), 0.99);
+
+    line("Selection.Select as1/plate_1/Body1/Face7");
+    key(Qt::Key_M, Qt::ShiftModifier);
+    EXPECT_EQ(running(), L"MeasureCommand");
+    EXPECT_TRUE(becomes([] { return shows("5 mm"); }));
+    key(Qt::Key_Escape);
+    EXPECT_NE(running(), L"MeasureCommand");
+
+    line("Selection.Select as1/plate_1");
+    key(Qt::Key_H);
+    EXPECT_FALSE(component(L"as1/plate_1")->visible);
+
+    const size_t faces = facesOfBracket();
+    line("Selection.Select as1/l-bracket-assembly_1/l-bracket_1/Body1/Edge1");
+    key(Qt::Key_M, Qt::AltModifier);
+    ASSERT_NE(qobject_cast<QMenu*>(QApplication::activePopupWidget()), nullptr);
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_F);
+    ASSERT_TRUE(becomes([] { return running() == L"FilletCommand"; }));
+    settle();
+    key(Qt::Key_Tab);
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("4"));
+    key(Qt::Key_Return);
+    EXPECT_TRUE(becomes([&] { return running() != L"FilletCommand" && facesOfBracket() == faces + 1; }));
+
+    nextFile(step);
+    acceptDialog();
+    key(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_TRUE(becomes([&] { return boost::filesystem::exists(step); }));
+
+    nextFile(model);
+    key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(becomes([&] { return boost::filesystem::exists(model); }));
+    key(Qt::Key_W, Qt::ControlModifier);
+    ASSERT_TRUE(becomes([] { return Vs::DocumentMgr::get()->documents() == 0; }));
+    key(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_TRUE(becomes([] { return component(L"as1/plate_1") != nullptr; }));
+    EXPECT_FALSE(component(L"as1/plate_1")->visible);
+    EXPECT_EQ(facesOfBracket(), faces + 1);
+}
+
+} // namespace
