@@ -54,16 +54,22 @@ void collect(const std::vector<ToolbarItem>& items, QList<KeyRow>& rows)
     }
 }
 
+QString keyText(const char* keys)
+{
+    return QKeySequence(QLatin1String(keys)).toString(QKeySequence::NativeText);
+}
+
 /// Those of the window, which belong to no command.
 QList<KeyRow> keysOfWindow()
 {
     return {{told("KeysMenus", "Menus"), QStringLiteral("F10; Alt")},
-            {told("KeysStops", "Next part of the window"), QStringLiteral("Tab; Shift+Tab")},
-            {told("KeysEnd", "End the tool; then to the view"), QStringLiteral("Esc")},
-            {told("KeysLine", "Command line"), QStringLiteral("Ctrl+L")},
-            {told("KeysNotifications", "Notifications"), QStringLiteral("Ctrl+Shift+N")},
+            {told("KeysStops", "Next part of the window"),
+             keyText("Tab") + QStringLiteral("; ") + keyText("Shift+Tab")},
+            {told("KeysEnd", "End the tool; then to the view"), keyText("Esc")},
+            {told("KeysLine", "Command line"), keyText("Ctrl+L")},
+            {told("KeysNotifications", "Notifications"), keyText("Ctrl+Shift+N")},
             {told("KeysTurn", "Turn the view"), QStringLiteral("\u2190 \u2192 \u2191 \u2193")},
-            {told("KeysMove", "Move the view"), QStringLiteral("Shift+ \u2190 \u2192 \u2191 \u2193")},
+            {told("KeysMove", "Move the view"), keyText("Shift+Left") + QStringLiteral(" \u2026")},
             {told("KeysZoom", "Zoom the view"), QStringLiteral("+ \u2212")},
             {told("KeysThis", "These keys"), QStringLiteral("?")}};
 }
