@@ -116,7 +116,11 @@ void ComponentTree::unrelate(Component& component)
 
 void ComponentTree::forget(Component& component)
 {
-    m_components.erase(m_components.find(component.id));
+    const auto known = m_components.find(component.id);
+    // One that went before what it was in, where it stays until all is settled.
+    if (known == m_components.end() || *known != &component)
+        return;
+    m_components.erase(known);
     m_names.erase(&component);
     unrelate(component);
     for (const auto& child : component.children)
