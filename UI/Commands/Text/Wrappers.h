@@ -26,6 +26,23 @@ struct WrapperRow
     std::wstring (*refusal)(CommandContext&) = nullptr;
 };
 
+// At run time, since instrumented builds know the address of no function earlier.
+
+inline void fill(const WrapperRow& row, const Vs::TextCommandParameters& parameters, CommandContext& context)
+{
+    if (row.fillContext)
+        row.fillContext(parameters, context);
+}
+
+/// Why the row's line does nothing now; empty if it does.
+inline std::wstring refusal(const WrapperRow& row)
+{
+    if (!row.refusal)
+        return {};
+    CommandContext context = CommandContext::activeContext();
+    return row.refusal(context);
+}
+
 template <const WrapperRow& kRow>
 class Wrapper : public Vs::PythonEntry<Wrapper<kRow>, TranscriptedCommandTextCommand>
 {
@@ -38,11 +55,8 @@ public:
 
     Vs::TextCommandResult execute(const Vs::TextCommandParameters& parameters) override
     {
-        if constexpr (kRow.refusal != nullptr) {
-            CommandContext context = CommandContext::activeContext();
-            if (std::wstring why = kRow.refusal(context); !why.empty())
-                return {1, std::move(why)};
-        }
+        if (std::wstring why = refusal(kRow); !why.empty())
+            return {1, std::move(why)};
         return this->TranscriptedCommandTextCommand::execute(parameters);
     }
 
@@ -53,8 +67,7 @@ protected:
             this->useGlobalCmdMgr(true);
         if constexpr (kRow.flush)
             this->flushDeferredTasks(true);
-        if constexpr (kRow.fillContext != nullptr)
-            kRow.fillContext(parameters, context);
+        fill(kRow, parameters, context);
     }
 };
 
