@@ -20,6 +20,11 @@ constexpr int kZoomed = 2;
 class WindowCommandsTest : public CommandsTests::WithProgram
 {
 protected:
+    void SetUp() override
+    {
+        WithProgram::SetUp();
+        window()->windowState(kNormal); // Others run every command there is.
+    }
     void TearDown() override
     {
         window()->windowState(kNormal);
