@@ -19,7 +19,8 @@ void collectKeys(const std::vector<ToolbarItem>& items, std::map<std::wstring, Q
 {
     for (const ToolbarItem& item : items) {
         if (!item.keys.empty())
-            keys[item.command] = QString::fromStdWString(item.keys);
+            for (const std::wstring& command : {item.command, item.off})
+                keys[command] = QString::fromStdWString(item.keys);
         collectKeys(item.menu, keys);
     }
 }

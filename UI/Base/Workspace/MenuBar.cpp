@@ -30,6 +30,8 @@ MenuBar* MenuBar::get()
 
 void MenuBar::addFile(std::wstring path, std::wstring domain)
 {
+    if (std::ranges::any_of(m_files, [&](const File& file) { return file.path == path; }))
+        return;
     m_files.push_back({std::move(path), std::move(domain)});
     m_read = false;
 }

@@ -23,17 +23,17 @@ namespace Vu {
 ///     </menus>
 ///
 /// An item's title stands for the command's own, and its attribute `keys` adds keys to the command's own;
-/// `off` is the command that takes back what the other one does, so that the item is switched on and off. "&"
-/// comes before the letter that opens a menu. An add-in puts its commands into the menus of others by
-/// `<add>`: before the place of that name, or at the end.
-/// Main thread only.
+/// `off` is the command that takes back what the other one does, so that the item and its keys switch on and
+/// off. "&" comes before the letter that opens a menu. An add-in puts its commands into the menus of others
+/// by `<add>`: before the place of that name, or at the end. Main thread only.
 class MenuBar
 {
 public:
     /// That of the program's windows.
     static MenuBar* get();
 
-    /// Nothing is read before somebody wants to see the menus: a run without a window never does.
+    /// Nothing is read before somebody wants to see the menus: a run without a window never does. A file that
+    /// is there already, as that of an add-in that comes again, isn't added twice.
     void addFile(std::wstring path, std::wstring domain);
 
     /// In the order in which the files name them. Of a file that isn't XML there is nothing; a wrong element
