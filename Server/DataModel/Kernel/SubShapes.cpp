@@ -55,6 +55,7 @@ SubShapes::SubShapes(const TopoDS_Shape& shape) : m_shape(shape)
     if (isOfTriangles(shape)) {
         const TriangleParts parts(shape);
         m_faces = parts.faces;
+        m_loops = parts.loops;
         for (const TopoDS_Shape& edge : parts.edges)
             m_edges.Add(edge);
         for (const TopoDS_Shape& vertex : parts.vertices)
@@ -91,6 +92,9 @@ std::vector<uint32_t> SubShapes::solidsOfFaces() const
 
 std::vector<uint32_t> SubShapes::loop(const TopoDS_Face& face) const
 {
+    for (size_t i = 0; i < m_loops.size(); ++i)
+        if (m_faces[i].IsSame(face))
+            return m_loops[i];
     std::vector<uint32_t> numbers;
     const TopoDS_Wire wire = BRepTools::OuterWire(face);
     if (wire.IsNull())

@@ -8,6 +8,7 @@
 #include <TopoDS_Face.hxx>
 #include <TopoDS_Shape.hxx>
 
+#include <cstdint>
 #include <vector>
 
 namespace Vs::Kernel {
@@ -42,6 +43,7 @@ private:
     TopoDS_Shape m_shape;
     std::vector<TopoDS_Shape> m_solids, m_faces;
     TopTools_IndexedMapOfShape m_edges, m_vertices;
+    std::vector<std::vector<uint32_t>> m_loops; ///< Of faces of triangles, which have no wires.
 };
 
 } // namespace Vs::Kernel

@@ -2,6 +2,7 @@
 
 #include "Server/Body/DividedMesh.h"
 #include "Server/DataModel/Kernel/Mesher.h"
+#include "Server/DataModel/Kernel/TriangleLoops.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include <BRepBuilderAPI_MakeEdge.hxx>
@@ -114,6 +115,7 @@ TriangleParts::TriangleParts(const TopoDS_Shape& shape)
         edges.push_back(edgeOf(mesh, i));
     for (size_t i = 0; i < mesh.vertexPoints.size() / 3; ++i)
         vertices.push_back(BRepBuilderAPI_MakeVertex(pointAt(mesh.vertexPoints, i)));
+    loops = outerLoops(mesh, faces);
 }
 
 } // namespace Vs::Kernel

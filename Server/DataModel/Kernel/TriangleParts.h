@@ -2,6 +2,7 @@
 
 #include <TopoDS_Shape.hxx>
 
+#include <cstdint>
 #include <vector>
 
 namespace Vs::Kernel {
@@ -14,6 +15,7 @@ struct TriangleParts
     explicit TriangleParts(const TopoDS_Shape& shape);
 
     std::vector<TopoDS_Shape> faces, edges, vertices;
+    std::vector<std::vector<uint32_t>> loops; ///< Of each face, as outerLoops finds them.
 };
 
 /// Whether a shape consists of triangles alone.

@@ -113,6 +113,9 @@ TEST_F(MeasureTrianglesTest, FacesEdgesAndVerticesAreThoseOfTheBodyThatTheyWere)
         EXPECT_LT(around, 2 * pi * 6);
         expectNear(around, 2 * pi * 6, 1e-2);
 
+        expectNear(value({left}, Type::LoopLength), 100);
+        expectNear(value({face({20.52, 15, 0})}, Type::LoopLength), 140);
+        expectNear(value({face({15, 15, 10})}, Type::LoopLength), 2 * around);
         expectNear(value({left, face({40, 15, 7.5})}, Type::Distance), 40);
         expectNear(value({edge({0, 15, 0}), edge({40, 15, 0})}, Type::Distance), 40);
         // From the rim to the side, which it is 9 mm away from, as near as its corners come.
