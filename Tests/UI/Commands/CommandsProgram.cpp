@@ -16,7 +16,9 @@
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/Workspace/ToolbarManager.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <boost/filesystem/operations.hpp>
 
@@ -87,6 +89,13 @@ void WithProgram::TearDown()
         run(L"Document.CloseAll");
     Vu::MessageBox::responder(nullptr);
     closeEverything();
+    // Some run every command there is.
+    run(L"Debug.ShowDebugDialog /off");
+    if (Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow()) {
+        window->fullScreen(false);
+        window->windowState(0); // normal
+    }
+    Vu::ToolbarManager::get()->showToolbar(L"QATRight");
     UiTests::restore();
     for (const boost::filesystem::directory_entry& entry :
          boost::filesystem::directory_iterator(scratchFolder().path()))

@@ -20,18 +20,6 @@ constexpr int kZoomed = 2;
 class WindowCommandsTest : public CommandsTests::WithProgram
 {
 protected:
-    void SetUp() override
-    {
-        WithProgram::SetUp();
-        window()->windowState(kNormal); // Others run every command there is.
-    }
-    void TearDown() override
-    {
-        window()->windowState(kNormal);
-        ToolbarManager::get()->showToolbar(L"QATRight");
-        WithProgram::TearDown();
-    }
-
     static bool showsViews(int count)
     {
         return answer(L"SplitView.ViewCount") ==
