@@ -165,7 +165,7 @@ HandOverReceiver::HandOverReceiver(Take take) : m_data(std::make_unique<Data>(st
         m_data->listening = listenAt(m_data->path);
     if (!m_data->listening) {
         Vs::warn(L"Files cannot be handed over to this window: " +
-                 Vs::Strings::fromBytes(where.empty() ? "there is no folder for its socket"
+                 Vs::Strings::fromBytes(where.empty() ? "no folder for its socket can be made"
                                                       : std::strerror(errno)) +
                  L'.');
         return;

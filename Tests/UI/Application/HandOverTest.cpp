@@ -148,7 +148,7 @@ TEST_F(HandOverTest, FilesGoToTheWindowOfTheProfileAndAnyNonsenseDoesNotStopIt)
 {
     const std::string name = "a b\xc3\xa9.vlra";
     const std::string file = document(name);
-    EXPECT_FALSE(handedOver(file)) << "there is no window";
+    EXPECT_FALSE(handedOver(file)) << "no window is running";
     startWindow();
     ASSERT_EQ(socketsThere().size(), 1u);
     EXPECT_EQ(fs::status(sockets()).permissions(), fs::owner_all);

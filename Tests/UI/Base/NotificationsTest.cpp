@@ -248,7 +248,8 @@ TEST_F(NotificationsTest, ThatNothingCanBeKeptStandsThereOnceAndAsLongAsItIsSo)
 {
     const AutoSaveMessages messages;
     auto* source = Vs::AutoSaveEventSource::get();
-    Vs::AutoSaveEvent failed({}, L"There is no space."), kept({}, L"It was not recovered."), again({}, {});
+    Vs::AutoSaveEvent failed({}, L"No space left on device."), kept({}, L"It was not recovered."),
+        again({}, {});
     source->fireAutoSaveFailed(&failed);
     source->fireAutoSaveFailed(&failed);
     source->fireAutoSavedRecoveryFileKept(&kept);
@@ -256,7 +257,7 @@ TEST_F(NotificationsTest, ThatNothingCanBeKeptStandsThereOnceAndAsLongAsItIsSo)
     CommandMgr::get()->GetAlertController()->clearAllAlerts();
     const std::vector<Notification*> told = NotificationCenter::get()->notifications();
     ASSERT_EQ(told.size(), 2u);
-    EXPECT_EQ(told[1]->text(), L"There is no space.");
+    EXPECT_EQ(told[1]->text(), L"No space left on device.");
     EXPECT_EQ(told[1]->type().kind(), NotificationType::Error);
     source->fireAutoSaveWorksAgain(&again);
     ASSERT_EQ(NotificationCenter::get()->notifications().size(), 1u);
