@@ -1,0 +1,166 @@
+#pragma once
+
+#include "Server/Skyvault/CloudErrorState.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vs::Cloud {
+
+/// How a request ended.
+struct DriveResult
+{
+    CloudErrorState state = CloudErrorState::Success;
+    /// What, where and why, in English, without any secret; completes the text of the state. Empty if there
+    /// is nothing to add.
+    std::string detail;
+
+    bool isOk() const { return state == CloudErrorState::Success; }
+};
+
+/// A file or folder as the server tells of it.
+struct DriveEntry
+{
+    /// From the root of the drive, decoded, UTF-8, with slashes between the names: "/parts/wheel.vlra". A
+    /// folder ends without a slash, and the root is "/". It is what SkyvaultNodeData::id gives.
+    std::string path;
+    bool isFolder = false;
+    std::uint64_t size = 0;
+    /// As the server gave it, with quotes and a leading W/ if it has them; empty where it gives none.
+    std::string etag;
+    std::chrono::system_clock::time_point modified{};
+    std::string modifiedBy; ///< The user's name, where the server tells.
+};
+
+/// What a server was found to do. Trust no server's word for it: all of it is probed.
+struct DriveTraits
+{
+    std::string server;             ///< As it names itself.
+    bool locks = false;             ///< LOCK works, and a PUT without the token is refused.
+    bool refusesExisting = false;   ///< `If-None-Match: *`.
+    bool refusesStale = false;      ///< A stale `If-Match`.
+    bool weakEtags = false;         ///< In the first second, so that a right `If-Match` may be refused.
+    bool keepsOldOnBreak = false;   ///< A PUT that breaks off leaves the old content.
+    bool movesOntoExisting = false; ///< MOVE with Overwrite replaces, and never loses the target.
+    bool etagAfterPut = false;      ///< In the answer to a PUT.
+    bool etagFromPropfind = false;
+    bool etagsDifferInOneTick = false; ///< Of two contents of equal size.
+    bool properties = false;           ///< PROPPATCH keeps dead properties.
+    bool checksums = false;
+    bool chunkedUpload = false; ///< By the server's capabilities.
+    bool versions = false;
+    std::chrono::system_clock::time_point probed{};
+
+    /// Whether another's change can be told from one's own at all.
+    bool isSafe() const { return locks || refusesStale; }
+};
+
+/// Whoever waits for a request. `progress` is called on the request's thread, some ten times a second, with
+/// the bytes done and in all (0 if unknown); false cancels the request.
+struct DriveWatch
+{
+    std::function<bool(std::uint64_t done, std::uint64_t total)> progress;
+};
+
+/// What a file is written over.
+struct DriveUpload
+{
+    std::string path;   ///< Of the file on the drive; its folder exists.
+    std::string source; ///< The local file, UTF-8.
+    /// The ETag of the version that the local file goes back to; empty for a file that must not exist yet.
+    std::optional<std::string> known;
+    /// With neither `known` nor this, an existing file is refused as Changed. With it, what is there is kept
+    /// first: as a version where the server has versions, else as a copy beside it, "name (user date)".
+    bool keepOther = false;
+};
+
+/// How a user proves who he is. Secrets are held in memory as long as needed, and stand in no text.
+struct DriveCredentials
+{
+    enum class Kind { None, Password, Bearer };
+    Kind kind = Kind::None;
+    std::string user;
+    std::string secret;       ///< A password, best one for this program alone, or an access token.
+    std::string refreshToken; ///< Of OAuth 2; renewed tokens come back by Drive::credentials.
+};
+
+/// A drive on a server. All functions wait for the answer, at most a minute without any byte; they may be
+/// called on any one thread at a time, and several drives may be in use on several. Every path is one of
+/// DriveEntry::path. No function repeats a request blindly whose answer was lost: it looks first.
+class Drive
+{
+public:
+    virtual ~Drive() = default;
+
+    /// Asks who the user is to the server, and probes it in a folder of its own, which goes again, unless
+    /// `known` traits are younger than 30 days.
+    [[nodiscard]] virtual DriveResult connect(const std::optional<DriveTraits>& known,
+                                              const DriveWatch& watch) = 0;
+    virtual const DriveTraits& traits() const = 0;
+    /// As they are now: an access token may have been renewed.
+    virtual const DriveCredentials& credentials() const = 0;
+    /// For messages: the name that the server gives the user, else that of the credentials.
+    virtual std::string userName() const = 0;
+    /// The web page where the user sees the drive; the drive's address if none is known.
+    virtual std::string webAddress() const = 0;
+
+    /// The content of a folder, sorted by nothing; names that no local file could have are left out.
+    [[nodiscard]] virtual DriveResult list(const std::string& folder, std::vector<DriveEntry>& entries,
+                                           const DriveWatch& watch) = 0;
+    /// One file or folder.
+    [[nodiscard]] virtual DriveResult find(const std::string& path, DriveEntry& entry) = 0;
+    /// Makes a folder with those above it, as far as they are missing.
+    [[nodiscard]] virtual DriveResult makeFolders(const std::string& path) = 0;
+
+    /// Writes a file under a lock, by the road that the traits allow, and reads size and ETag back: `entry`
+    /// is what the server keeps then. On Changed, `entry` is the other's version. Nothing half-written stays.
+    [[nodiscard]] virtual DriveResult upload(const DriveUpload& upload, DriveEntry& entry,
+                                             const DriveWatch& watch) = 0;
+    /// Reads a file into a local one, which is replaced when all of it is there.
+    [[nodiscard]] virtual DriveResult download(const std::string& path, const std::string& target,
+                                               DriveEntry& entry, const DriveWatch& watch) = 0;
+
+    /// A remark on a file: in the server's comments, else as a property of the file; Unsupported if neither
+    /// works.
+    [[nodiscard]] virtual DriveResult comment(const std::string& path, const std::string& text) = 0;
+};
+
+/// The ways to sign in that a server offers.
+struct DriveOffer
+{
+    std::string address;      ///< Of the drive: https, or http on this machine alone.
+    bool password = false;    ///< Basic or Digest.
+    bool browserFlow = false; ///< The server's own login page, which gives a password for this program.
+    bool oauth2 = false;      ///< By the server's metadata.
+};
+
+/// What the transport's library gives. Its one object is found by `quilletDriveTransport` (extern "C").
+class DriveTransport
+{
+public:
+    virtual ~DriveTransport() = default;
+
+    /// Finds the drive at an address as a person types it: "cloud.example.org" or a full one.
+    [[nodiscard]] virtual DriveResult discover(const std::string& typed, DriveOffer& offer) = 0;
+    /// Signs in by the browser: calls `open` with an address, and waits until the person has finished there,
+    /// at most 20 minutes, or `watch` cancels.
+    [[nodiscard]] virtual DriveResult signInByBrowser(const DriveOffer& offer,
+                                                      const std::function<bool(const std::string&)>& open,
+                                                      DriveCredentials& credentials,
+                                                      const DriveWatch& watch) = 0;
+    [[nodiscard]] virtual std::unique_ptr<Drive> drive(const std::string& address,
+                                                       const DriveCredentials& credentials) = 0;
+
+    /// The desktop's keyring. Where none runs, they answer with CacheFailed and say so. `key` is the drive's
+    /// address.
+    [[nodiscard]] virtual DriveResult keep(const std::string& key, const DriveCredentials& credentials) = 0;
+    [[nodiscard]] virtual DriveResult kept(const std::string& key, DriveCredentials& credentials) = 0;
+    [[nodiscard]] virtual DriveResult forget(const std::string& key) = 0;
+};
+
+} // namespace Vs::Cloud

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <boost/filesystem/path.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vs {
+
+class SkyvaultNodeData;
+
+/// What a cached file is in relation to the drive.
+enum class CloudFileState {
+    Unknown, ///< The cache doesn't have it.
+    Clean,   ///< As on the drive when it was last seen.
+    Dirty,   ///< Changed here.
+    Uploading,
+    Waiting, ///< Queued on this disk until the drive can be reached.
+    Changed  ///< On the drive, by another.
+};
+
+/// The cache's index, which is kept on disk and survives a kill at any point. Main thread only.
+class CloudCacheManager
+{
+public:
+    static CloudCacheManager* getInstance();
+
+    /// Whether the cache lacks the version that the node has. A file that waits to be uploaded is never
+    /// fetched over.
+    [[nodiscard]] bool downloadRequired(const SkyvaultNodeData* node) const;
+
+    CloudFileState state(const boost::filesystem::path& file) const;
+    /// The identifier of a file in the cache, so that a document whose path lies there, a recovered one too,
+    /// is known to be of the drive; empty for others.
+    std::string identifier(const boost::filesystem::path& file) const;
+    /// Files that wait to be uploaded, the oldest first.
+    std::vector<boost::filesystem::path> waiting() const;
+    /// Uploads what waits, as far as the drive can be reached. Called at each sign-in and by a timer.
+    void uploadWaiting();
+    /// Asks the drive whether another changed the file, in the background; CloudEventSite hears of it.
+    void refresh(const boost::filesystem::path& file);
+
+private:
+    CloudCacheManager();
+    ~CloudCacheManager();
+    struct Data;
+    std::unique_ptr<Data> m_data;
+};
+
+} // namespace Vs
