@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Server/Skyvault/BaseAuth.h"
-#include "Server/Skyvault/Client/Drive.h"
 #include "Server/Skyvault/CloudLoginDialog.h"
+#include "Server/Skyvault/Drive.h"
 
 namespace Vs {
 

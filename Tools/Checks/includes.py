@@ -35,6 +35,8 @@ ROOMS = [
     ["Server/Scene", "Server/CommonData"],
     ["Server/Scene/Rendra"],
     ["Server/Dimension"],
+    ["Server/Skyvault"],
+    ["Server/Skyvault/Client"],
     ["Tools"],
     ["UI/Base/Command"],
     ["UI/Base/Program"],
