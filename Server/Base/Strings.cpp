@@ -45,9 +45,7 @@ char32_t decode(std::string_view text, size_t& at)
 
 void encode(char32_t value, std::string& text)
 {
-    if (value < 0x80) {
-        text.push_back(static_cast<char>(value));
-    } else if (value < 0x800) {
+    if (value < 0x800) {
         text.push_back(static_cast<char>(0xC0 | (value >> 6)));
         text.push_back(static_cast<char>(0x80 | (value & 0x3F)));
     } else if (value < 0x10000) {
@@ -84,7 +82,9 @@ std::string encoded(std::wstring_view wide)
     text.reserve(wide.size());
     for (const wchar_t character : wide) {
         const auto value = static_cast<char32_t>(character);
-        if (kBad == BadBytes::Kept && value >= kFirstByte && value <= kLastByte)
+        if (value < 0x80)
+            text.push_back(static_cast<char>(value)); // Nearly all of what comes here.
+        else if (kBad == BadBytes::Kept && value >= kFirstByte && value <= kLastByte)
             text.push_back(static_cast<char>(value - kBytes));
         else
             encode(isCodePoint(value) ? value : kReplacement, text);

@@ -11,6 +11,7 @@
 
 #include <cxxabi.h>
 #include <new>
+#include <optional>
 
 namespace Vs {
 
@@ -47,16 +48,20 @@ struct TextCommandMgr::Data
     }
 
     TextCommandResult executeChecked(const TextCommandRegistry::Entry& entry,
-                                     TextCommandParameters parameters)
+                                     const TextCommandParameters& given)
     {
         TextCommand& command = *entry.command;
+        std::optional<TextCommandParameters> known;
+        if (!given.m_flags.empty())
+            known.emplace(given);
+        const TextCommandParameters& parameters = known ? *known : given;
         if (entry.format) {
             const int wrong = entry.format->firstWrong(parameters.m_parameters);
             if (wrong >= 0)
                 return failure(wrongParameter(command, *entry.format, wrong,
                                               parameters.parameter(static_cast<unsigned>(wrong))));
         }
-        if (std::wstring wrong = notTaken(entry, parameters); !wrong.empty())
+        if (std::wstring wrong = notTaken(entry, parameters, known); !wrong.empty())
             return failure(std::move(wrong));
         if (depth >= kDeepestNesting)
             return failure(command.area() + L'.' + command.name() +
@@ -89,9 +94,11 @@ struct TextCommandMgr::Data
         }
     }
 
-    /// Why a line has what its command doesn't take; empty if it takes all. Flags get the spelling that the
-    /// command knows.
-    static std::wstring notTaken(const TextCommandRegistry::Entry& entry, TextCommandParameters& parameters)
+    /// Why a line has what its command doesn't take; empty if it takes all. The flags of `known`, a copy
+    /// where there are any, get the spelling that the command knows.
+    static std::wstring notTaken(const TextCommandRegistry::Entry& entry,
+                                 const TextCommandParameters& parameters,
+                                 std::optional<TextCommandParameters>& known)
     {
         using Checks = TextCommandSubjectArea::Checks;
         const TextCommand& command = *entry.command;
@@ -101,12 +108,13 @@ struct TextCommandMgr::Data
         if (!entry.usage)
             entry.usage.emplace(command.help());
         const TextUsage& usage = *entry.usage;
-        for (std::wstring& flag : parameters.m_flags) {
-            const std::wstring* known = usage.flag(flag);
-            if (!known)
-                return unknownFlagMessage(command, flag, usage.flags);
-            flag = *known;
-        }
+        if (known)
+            for (std::wstring& flag : known->m_flags) {
+                const std::wstring* full = usage.flag(flag);
+                if (!full)
+                    return unknownFlagMessage(command, flag, usage.flags);
+                flag = *full;
+            }
         const size_t most = usage.mostParameters.value_or(parameters.parameters());
         if (entry.checks == Checks::Everything && parameters.parameters() > most)
             return surplusMessage(command, most, parameters.m_parameters[most]);

@@ -203,8 +203,10 @@ bool outlastsSteps(const CommandBase& running)
 
 bool walksSteps(const CommandBase& command)
 {
-    const std::wstring id = command.commandDefinition() ? command.commandDefinition()->id() : std::wstring();
-    return id == L"UndoCommand" || id == L"RedoCommand";
+    using namespace std::string_view_literals; // Of which most others differ by their length alone.
+    const CommandDefinition* definition = command.commandDefinition();
+    const std::wstring_view id = definition ? std::wstring_view(definition->id()) : std::wstring_view();
+    return id == L"UndoCommand"sv || id == L"RedoCommand"sv;
 }
 
 } // namespace
