@@ -1,0 +1,11 @@
+#include "Server/Skyvault/CloudOptionGroup.h"
+
+namespace Vs {
+
+CloudOptionGroup* CloudOptionGroup::get()
+{
+    static CloudOptionGroup group;
+    return &group;
+}
+
+} // namespace Vs
