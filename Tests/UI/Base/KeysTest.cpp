@@ -1,6 +1,7 @@
 #include "Tests/UI/Base/Fixture.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/Window/BrowserPanel.h"
 #include "UI/Base/Window/CommandBox.h"
 #include "UI/Base/Window/HotKeys.h"
@@ -178,6 +179,39 @@ TEST_F(KeysTest, ABarIsOneStopWithArrowsInside)
     // A click leaves the keyboard where it is.
     QTest::mouseClick(buttons[0], Qt::LeftButton);
     EXPECT_EQ(QApplication::focusWidget(), before);
+}
+
+TEST_F(KeysTest, AViewShowsThatAKeyBroughtTheKeyboardThereAndNoClick)
+{
+    QWidget window;
+    auto* column = new QVBoxLayout(&window);
+    auto* before = new QLineEdit;
+    GraphicsCanvas canvas;
+    QWidget* view = canvas.widget(&window);
+    column->addWidget(before);
+    column->addWidget(view);
+    window.resize(300, 200);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto isFramed = [&] {
+        return window.grab().toImage().pixelColor(view->mapTo(&window, QPoint(1, view->height() / 2))) ==
+               window.palette().color(QPalette::Highlight);
+    };
+    before->setFocus();
+    EXPECT_FALSE(isFramed());
+    QTest::keyClick(before, Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), view);
+    EXPECT_TRUE(isFramed());
+    window.resize(400, 260);
+    EXPECT_TRUE(isFramed());
+    QTest::mouseClick(view, Qt::LeftButton);
+    EXPECT_FALSE(isFramed());
+    QTest::keyClick(view, Qt::Key_Backtab);
+    QTest::keyClick(before, Qt::Key_Tab);
+    EXPECT_TRUE(isFramed());
+    QTest::keyClick(view, Qt::Key_Tab);
+    EXPECT_FALSE(isFramed());
+    delete canvas.existingWidget();
 }
 
 TEST_F(KeysTest, TabGoesThroughAllPartsOfTheWindowAndEndsWhereItBegan)

@@ -19,6 +19,7 @@
 #include "UI/Base/View/Private/TouchNavigation.h"
 #include "UI/Base/Window/BandWidget.h"
 #include "UI/Base/Window/CoveredParts.h"
+#include "UI/Base/Window/FocusFrame.h"
 #include "UI/Base/Window/QtDisplay.h"
 
 #include <QApplication>
@@ -368,9 +369,13 @@ bool platformHasOpenGL()
 
 QWidget* makeWidget(GraphicsCanvas* canvas, QWidget* parent)
 {
+    QWidget* widget = nullptr;
     if (platformHasOpenGL())
-        return new GlCanvas(canvas, parent);
-    return new PaintedCanvas(canvas, parent);
+        widget = new GlCanvas(canvas, parent);
+    else
+        widget = new PaintedCanvas(canvas, parent);
+    new FocusFrame(widget);
+    return widget;
 }
 
 class WidgetSurface : public CanvasSurface

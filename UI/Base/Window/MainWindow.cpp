@@ -504,7 +504,7 @@ void MainWindow::keyPressEvent(QKeyEvent* event)
     if (isInView && moveViewByKey(*event))
         return;
     if (event->key() == Qt::Key_Escape && commandRests() && view && !isInView) {
-        view->setFocus(Qt::OtherFocusReason);
+        view->setFocus(Qt::ShortcutFocusReason);
         return;
     }
     if (isEnter && m_panel->command())
