@@ -11,6 +11,7 @@
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
+#include "Server/Types/LengthUnit.h"
 #include "Tests/UI/Base/Fixture.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -25,10 +26,14 @@
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/ViewMgr.h"
+#include "UI/Base/Window/StatusFields.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QMouseEvent>
+#include <QToolButton>
 #include <QWidget>
+#include <QtTest/QTest>
 
 using namespace Vu;
 using Leaf = Vs::ObjectPath::Leaf;
@@ -373,6 +378,31 @@ TEST_F(SelectingTest, FacesEdgesAndVerticesAreTextsAsComponentsAre)
     for (const wchar_t* text : {L"Box2:1/Body1/Face7", L"Box9:1", L"Box1:1|Box9:1"})
         EXPECT_FALSE(input->valueFromString(text)) << Vs::Strings::narrow(text);
     EXPECT_EQ(chosen(), "1");
+}
+
+TEST_F(SelectingTest, TheStatusBarSaysWhatIsSelectedInTheUnitThatIsShown)
+{
+    SessionMgr::get()->currentAssetSession(session);
+    SessionMgr::get()->activate();
+    StatusFields fields(nullptr);
+    const auto* label = fields.findChild<QLabel*>(QStringLiteral("selection"));
+    const auto shown = [&](const wchar_t* text) {
+        EXPECT_TRUE(input->valueFromString(text)) << Vs::Strings::narrow(text);
+        fields.refresh();
+        return label->isHidden() ? std::string() : label->text().toStdString();
+    };
+    EXPECT_EQ(shown(L""), "");
+    EXPECT_EQ(shown(L"Box2:1/Body1/Face3"), "Face of Box2, plane, 100 mm\u00b2");
+    EXPECT_EQ(shown(L"Box1:1/Body1/Edge12"), "Edge of Box1, line, 10 mm");
+    EXPECT_EQ(shown(L"Box1:1/Body1/Vertex8"), "Vertex of Box1");
+    Vs::LengthUnit::display(*Vs::LengthUnit::find("cm"));
+    EXPECT_EQ(shown(L"Box2:1/Body1/Face3"), "Face of Box2, plane, 1 cm\u00b2");
+    EXPECT_EQ(fields.findChild<QToolButton*>(QStringLiteral("unit"))->text().toStdString(), "cm");
+    Vs::LengthUnit::display(*Vs::LengthUnit::find("mm"));
+    click(at(5, 5));
+    click(at(25, 5), Qt::ControlModifier);
+    QTest::qWait(0);
+    EXPECT_EQ(label->text().toStdString(), "2 selected") << "it follows by itself";
 }
 
 TEST_F(SelectingTest, AClickIntoTheViewOfAnotherModelIsNotThisSessions)
