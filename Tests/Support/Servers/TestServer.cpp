@@ -128,7 +128,7 @@ std::string TestServer::name(Kind kind)
     return name;
 }
 
-TestServer::TestServer(Kind kind, const Options& options) : m_kind(kind)
+TestServer::TestServer(Kind kind, const Options& options) : m_kind(kind), m_hasDigest(options.digest)
 {
     std::signal(SIGPIPE, SIG_IGN);
     std::vector<std::string> arguments{word(kind)};
@@ -199,12 +199,31 @@ fs::path TestServer::folder() const
 TestServer::Answer TestServer::request(const std::string& method, const std::string& path,
                                        const std::string& body, const std::vector<std::string>& headers) const
 {
+    return requestAt(m_address + path, method, body, headers);
+}
+
+TestServer::Answer TestServer::requestAt(const std::string& url, const std::string& method,
+                                         const std::string& body, const std::vector<std::string>& headers,
+                                         double seconds) const
+{
     const ScratchFolder scratch;
-    const fs::path answered = scratch.path() / "headers",
-                   config = scratch.write("config", "user = \"" + m_user + ':' + m_password + "\"\n");
-    std::vector<std::string> arguments{
-        "-sSk", "--anyauth", "--noproxy",       "*",  "--path-as-is", "-K", config.string(), "-m",
-        "30",   "-D",        answered.string(), "-X", method,         "-w", "\n%{http_code}"};
+    const fs::path answered = scratch.path() / "headers";
+    const fs::path config = scratch.write("config", "user = \"" + m_user + ':' + m_password + "\"\n");
+    std::vector<std::string> arguments{"-sSk",
+                                       m_hasDigest ? "--digest" : "--basic",
+                                       "--noproxy",
+                                       "*",
+                                       "--path-as-is",
+                                       "-K",
+                                       config.string(),
+                                       "-m",
+                                       std::to_string(seconds),
+                                       "-D",
+                                       answered.string(),
+                                       "-X",
+                                       method,
+                                       "-w",
+                                       "\n%{http_code}"};
     if (!body.empty() || method == "PUT")
         arguments.insert(arguments.end(), {"--data-binary", "@-"});
     if (headers.empty()) // Or it says that the body comes from a form.
@@ -213,13 +232,13 @@ TestServer::Answer TestServer::request(const std::string& method, const std::str
         arguments.emplace_back("-I");
     for (const std::string& header : headers)
         arguments.insert(arguments.end(), {"-H", header});
-    arguments.push_back(m_address + path);
-    const std::string output = runProcess("/usr/bin/curl", arguments, {.input = body}).output;
+    arguments.push_back(url);
+    const ProcessResult run = runProcess("/usr/bin/curl", arguments, {.input = body});
 
-    Answer answer;
-    const size_t last = output.rfind('\n');
-    answer.status = last == std::string::npos ? 0 : std::atoi(output.c_str() + last);
-    answer.body = output.substr(0, last);
+    Answer answer{.failure = run.exitCode};
+    const size_t last = run.output.rfind('\n');
+    answer.status = last == std::string::npos ? 0 : std::atoi(run.output.c_str() + last);
+    answer.body = run.output.substr(0, last);
     if (fs::exists(answered))
         answer.headers = contentOf(answered);
     return answer;

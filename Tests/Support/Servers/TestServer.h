@@ -65,13 +65,17 @@ public:
 
     struct Answer
     {
-        int status = 0; ///< 0 if there was none.
+        int status = 0;  ///< 0 if there was none.
+        int failure = 0; ///< Curl's exit code: 18 for a part of an answer, 28 for none in time, and so on.
         std::string headers;
         std::string body;
     };
     /// Asks it by curl, which shares nothing with a client under test. The path follows the address as it is.
     Answer request(const std::string& method, const std::string& path, const std::string& body = {},
                    const std::vector<std::string>& headers = {}) const;
+    /// The same of a proxy before it, by its address with the path; for at most so many seconds.
+    Answer requestAt(const std::string& url, const std::string& method, const std::string& body = {},
+                     const std::vector<std::string>& headers = {}, double seconds = 30) const;
     /// What a file on the drive holds, by GET; nothing if there is none.
     std::optional<std::string> content(const std::string& path) const;
     /// What lies in a folder, hidden names too, but not what the server keeps for itself; sorted. Not by
@@ -87,6 +91,7 @@ private:
     void readReady(const std::string& line);
 
     const Kind m_kind;
+    const bool m_hasDigest;
     std::unique_ptr<Process> m_process;
     std::string m_missing, m_address, m_user, m_password;
     boost::filesystem::path m_home;
