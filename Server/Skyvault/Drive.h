@@ -85,8 +85,11 @@ struct DriveCredentials
     enum class Kind { None, Password, Bearer };
     Kind kind = Kind::None;
     std::string user;
-    std::string secret;       ///< A password, best one for this program alone, or an access token.
-    std::string refreshToken; ///< Of OAuth 2; renewed tokens come back by Drive::credentials.
+    std::string secret; ///< A password, best one for this program alone, or an access token.
+    // Of OAuth 2; renewed tokens come back by Drive::credentials.
+    std::string refreshToken;
+    std::string tokenAddress; ///< Where tokens are renewed.
+    std::string client;       ///< By which this program is known there.
 };
 
 /// A drive on a server. All functions wait for the answer, at most a minute without any byte; they may be

@@ -62,6 +62,7 @@ CLOSED = [
     "Server/DataModel/Model",
     "Server/DataModel/Native",
     "Server/Scene/Rendra",
+    "Server/Skyvault/Client",
     "Server/Translate",
     "UI/Application",
     "UI/Base/Lines",

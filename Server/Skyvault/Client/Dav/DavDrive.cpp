@@ -1,0 +1,70 @@
+#include "Server/Skyvault/Client/Dav/DavDrive.h"
+
+#include "Server/Skyvault/Client/Dav/Download.h"
+#include "Server/Skyvault/Client/Dav/Upload.h"
+
+namespace Vs::Cloud {
+
+DavDrive::DavDrive(const QUrl& address, DriveCredentials credentials)
+    : m_session(address, std::move(credentials)), m_webAddress(address.toString().toStdString())
+{
+}
+
+DriveResult DavDrive::checkPath(const char* doing, const std::string& path) const
+{
+    if (isDrivePath(path))
+        return {};
+    return failed(CloudErrorState::BadName, m_session.action(doing, path), "nothing can be called so");
+}
+
+DriveResult DavDrive::connect(const std::optional<DriveTraits>& known, const DriveWatch&)
+{
+    DavItem root;
+    DriveResult result = m_session.look("/", root);
+    if (!result.isOk())
+        return result;
+    m_session.traits = known.value_or(DriveTraits{.locks = true,
+                                                  .refusesExisting = true,
+                                                  .refusesStale = true,
+                                                  .keepsOldOnBreak = true,
+                                                  .probed = std::chrono::system_clock::now()});
+    return {};
+}
+
+DriveResult DavDrive::list(const std::string& folder, std::vector<DriveEntry>& entries,
+                           const DriveWatch& watch)
+{
+    const DriveResult checked = checkPath("Listing", folder);
+    return checked.isOk() ? m_session.list(folder, entries, watch) : checked;
+}
+
+DriveResult DavDrive::find(const std::string& path, DriveEntry& entry)
+{
+    const DriveResult checked = checkPath("Looking at", path);
+    return checked.isOk() ? m_session.find(path, entry) : checked;
+}
+
+DriveResult DavDrive::makeFolders(const std::string& path)
+{
+    return m_session.makeFolders(path);
+}
+
+DriveResult DavDrive::upload(const DriveUpload& upload, DriveEntry& entry, const DriveWatch& watch)
+{
+    return Upload(m_session, upload, watch).run(entry);
+}
+
+DriveResult DavDrive::download(const std::string& path, const std::string& target, DriveEntry& entry,
+                               const DriveWatch& watch)
+{
+    const DriveResult checked = checkPath("Reading", path);
+    return checked.isOk() ? Vs::Cloud::download(m_session, path, target, entry, watch) : checked;
+}
+
+DriveResult DavDrive::comment(const std::string& path, const std::string&)
+{
+    return failed(CloudErrorState::Unsupported, m_session.action("Commenting on", path),
+                  "the server keeps no comments");
+}
+
+} // namespace Vs::Cloud

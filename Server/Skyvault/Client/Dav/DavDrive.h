@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Server/Skyvault/Client/Dav/Session.h"
+#include "Server/Skyvault/Drive.h"
+
+namespace Vs::Cloud {
+
+/// A drive that speaks WebDAV.
+class DavDrive : public Drive
+{
+public:
+    DavDrive(const QUrl& address, DriveCredentials credentials);
+
+    DriveResult connect(const std::optional<DriveTraits>& known, const DriveWatch& watch) override;
+    const DriveTraits& traits() const override { return m_session.traits; }
+    const DriveCredentials& credentials() const override { return m_session.http.credentials(); }
+    std::string userName() const override { return m_session.user; }
+    std::string webAddress() const override { return m_webAddress; }
+    DriveResult list(const std::string& folder, std::vector<DriveEntry>& entries,
+                     const DriveWatch& watch) override;
+    DriveResult find(const std::string& path, DriveEntry& entry) override;
+    DriveResult makeFolders(const std::string& path) override;
+    DriveResult upload(const DriveUpload& upload, DriveEntry& entry, const DriveWatch& watch) override;
+    DriveResult download(const std::string& path, const std::string& target, DriveEntry& entry,
+                         const DriveWatch& watch) override;
+    DriveResult comment(const std::string& path, const std::string& text) override;
+
+private:
+    DriveResult checkPath(const char* doing, const std::string& path) const;
+
+    Session m_session;
+    std::string m_webAddress;
+};
+
+} // namespace Vs::Cloud

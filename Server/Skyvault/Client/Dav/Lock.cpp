@@ -1,0 +1,136 @@
+#include "Server/Skyvault/Client/Dav/Lock.h"
+
+#include <QUuid>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+
+namespace Vs::Cloud {
+
+namespace {
+
+// Whoever is killed in a save keeps others out for so long.
+constexpr std::chrono::seconds kTime{120};
+constexpr std::chrono::seconds kLeastTime{10};
+
+QByteArray lockBody(const std::string& owner)
+{
+    return "<?xml version=\"1.0\" encoding=\"utf-8\"?><D:lockinfo xmlns:D=\"DAV:\">"
+           "<D:lockscope><D:exclusive/></D:lockscope><D:locktype><D:write/></D:locktype><D:owner>" +
+           QString::fromStdString(owner).toHtmlEscaped().toUtf8() + "</D:owner></D:lockinfo>";
+}
+
+Header timeHeader()
+{
+    return {"Timeout", "Second-" + QByteArray::number(qint64(kTime.count()))};
+}
+
+/// "Second-120"; what can't be read is taken for what was asked.
+std::chrono::seconds timeGranted(const QByteArray& content)
+{
+    QXmlStreamReader xml(content);
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement || xml.name() != u"timeout")
+            continue;
+        const QString text = xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed();
+        const qint64 seconds = text.section('-', 1).toLongLong();
+        if (text.startsWith(QLatin1String("Second-")) && seconds > 0)
+            return std::clamp(std::chrono::seconds(seconds), kLeastTime, kTime);
+    }
+    return kTime;
+}
+
+} // namespace
+
+Lock::Lock(Session& session, std::string path)
+    : m_session(session),
+      m_path(std::move(path)),
+      m_owner(session.user + " (Quillet " + QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString() +
+              ")"),
+      m_time(kTime),
+      m_since(std::chrono::steady_clock::now())
+{
+}
+
+DriveResult Lock::take(Session& session, const std::string& path, std::unique_ptr<Lock>& lock)
+{
+    const std::string action = session.action("Locking", path);
+    std::unique_ptr<Lock> made(new Lock(session, path));
+    DriveResult result = made->request(action);
+    if (!result.isOk())
+        return result;
+    session.http.beside([held = made.get()] { held->renewAtHalfTime(); });
+    lock = std::move(made);
+    return {};
+}
+
+DriveResult Lock::request(const std::string& action)
+{
+    const Answer answer = m_session.ask("LOCK", m_path, {timeHeader(), {"Depth", "0"}}, lockBody(m_owner));
+    if (answer.isLost() && adopt())
+        return {};
+    if (answer.status == 423) {
+        DavItem item;
+        std::string by;
+        if (m_session.look(m_path, item, "<D:lockdiscovery/>").isOk() &&
+            item.properties.contains(QStringLiteral("owner")))
+            by = " by " + item.properties[QStringLiteral("owner")].left(80).toStdString();
+        return failed(CloudErrorState::Locked, action, "it is locked" + by);
+    }
+    if (!answer.isOk())
+        return resultOf(answer, action);
+    take(answer);
+    return m_token.isEmpty() ? failed(CloudErrorState::BadAnswer, action, "the server gave no lock token")
+                             : DriveResult();
+}
+
+void Lock::take(const Answer& answer)
+{
+    QByteArray token = answer.header("Lock-Token").trimmed();
+    if (token.startsWith('<') && token.endsWith('>'))
+        token = token.mid(1, token.size() - 2);
+    m_token = token;
+    m_madeFile = answer.status == 201;
+    m_time = timeGranted(answer.content);
+    m_since = std::chrono::steady_clock::now();
+}
+
+bool Lock::adopt()
+{
+    DavItem item;
+    if (!m_session.look(m_path, item, "<D:lockdiscovery/>").isOk() ||
+        item.properties[QStringLiteral("owner")].toStdString() != m_owner)
+        return false;
+    m_token = item.properties[QStringLiteral("locktoken")].toUtf8();
+    m_madeFile = item.entry.size == 0;
+    return !m_token.isEmpty();
+}
+
+Header Lock::taggedCondition() const
+{
+    return {"If", "<" + m_session.address.of(m_path).toEncoded() + "> (<" + m_token + ">)"};
+}
+
+void Lock::renewAtHalfTime()
+{
+    if (m_isRenewing || m_isLost || std::chrono::steady_clock::now() - m_since < m_time / 2)
+        return;
+    m_isRenewing = true;
+    const Answer answer = m_session.ask("LOCK", m_path, {timeHeader(), condition()});
+    if (answer.isOk())
+        m_time = timeGranted(answer.content);
+    else if (answer.status != 0)
+        m_isLost = true;
+    // Also where nothing was answered: it is tried again at half of what remains at worst.
+    m_since = std::chrono::steady_clock::now();
+    m_isRenewing = false;
+}
+
+Lock::~Lock()
+{
+    m_session.http.beside({});
+    if (!m_token.isEmpty())
+        static_cast<void>(m_session.ask("UNLOCK", m_path, {{"Lock-Token", "<" + m_token + ">"}}));
+}
+
+} // namespace Vs::Cloud

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Server/Skyvault/Client/Http/Address.h"
+#include "Server/Skyvault/Client/Http/Request.h"
+
+#include <QXmlStreamReader>
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace Vs::Cloud {
+
+/// One resource of an answer to PROPFIND.
+struct DavItem
+{
+    DriveEntry entry;
+    /// Properties beside those of the entry, by their local names, as text. Of a lock: "locktoken" and
+    /// "owner"; "supportedlock" is there if it holds an entry.
+    std::map<QString, QString> properties;
+};
+
+/// Reads an answer of status 207 while it comes, and keeps nothing of it. What is no multi-status, is cut
+/// short, or has a document type is a BadAnswer; entries with names that no file could have, and of other
+/// hosts, are left out.
+class MultiStatus
+{
+public:
+    MultiStatus(const Address& address, std::function<void(DavItem&&)> take);
+
+    DriveResult add(const QByteArray& piece);
+    DriveResult end();
+
+private:
+    void startElement();
+    void endElement();
+    void endProperty(const QString& name);
+    void endResponse();
+    DriveResult bad(const std::string& why) const;
+
+    const Address& m_address;
+    const std::function<void(DavItem&&)> m_take;
+    QXmlStreamReader m_xml;
+    qint64 m_bytes = 0;
+    QList<QString> m_path; ///< Local names of the open elements.
+    QString m_text;
+    QByteArray m_reference;
+    DavItem m_item;      ///< Of the response that is read.
+    DavItem m_candidate; ///< Of its part whose status comes later.
+    int m_status = 0, m_partStatus = 0;
+    bool m_isMultiStatus = false;
+    std::string m_trouble;
+};
+
+/// The body of a PROPFIND for the properties of DavItem.
+QByteArray propertiesWanted(const QByteArray& more = {});
+
+/// "Sun, 06 Nov 1994 08:49:37 GMT"; the epoch if it is something else.
+std::chrono::system_clock::time_point timeOf(const QByteArray& text);
+
+} // namespace Vs::Cloud

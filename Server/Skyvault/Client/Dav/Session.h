@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Server/Skyvault/Client/Dav/MultiStatus.h"
+#include "Server/Skyvault/Client/Http/Address.h"
+#include "Server/Skyvault/Client/Http/Failure.h"
+#include "Server/Skyvault/Client/Http/Http.h"
+
+#include <string>
+#include <vector>
+
+namespace Vs::Cloud {
+
+/// A drive, as its parts see it, with the plain requests of WebDAV. Results have their whole detail.
+struct Session
+{
+    Session(const QUrl& root, DriveCredentials credentials);
+
+    Http http;
+    Address address;
+    DriveTraits traits;
+    std::string user;   ///< As the server knows the user.
+    std::string secret; ///< That names this session among the owners of locks.
+
+    /// "Reading "/a.vlra" on host".
+    std::string action(const char* doing, const std::string& path) const;
+
+    /// A request about a path, with an answer of any status.
+    Answer ask(const char* method, const std::string& path, Headers headers = {}, const QByteArray& body = {},
+               const DriveWatch& watch = {});
+
+    /// One resource with properties beside the usual ones. An ETag that the server tells elsewhere alone is
+    /// asked for there.
+    DriveResult look(const std::string& path, DavItem& item, const QByteArray& more = {});
+    DriveResult find(const std::string& path, DriveEntry& entry);
+    DriveResult list(const std::string& folder, std::vector<DriveEntry>& entries, const DriveWatch& watch);
+    DriveResult makeFolders(const std::string& path);
+    /// One folder; fine if it is there already.
+    DriveResult makeFolder(const std::string& path);
+    /// Also fine if there is nothing.
+    DriveResult remove(const std::string& path, Headers headers = {});
+};
+
+/// Without W/, as ETags are compared.
+std::string strongPart(const std::string& etag);
+
+} // namespace Vs::Cloud

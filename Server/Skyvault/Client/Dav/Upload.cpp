@@ -1,0 +1,278 @@
+#include "Server/Skyvault/Client/Dav/Upload.h"
+
+#include "Server/Skyvault/Client/Dav/Compare.h"
+#include "Server/Skyvault/Client/Dav/KeepOther.h"
+
+#include <QFileInfo>
+#include <QUuid>
+
+#include <thread>
+
+namespace Vs::Cloud {
+
+namespace {
+
+// Until a weak ETag has become a strong one: it is weak while its file is younger than a second.
+constexpr std::chrono::milliseconds kFirstSecond{1200};
+
+/// What a gateway says is no word of the server behind it.
+bool isLost(const Answer& answer)
+{
+    return answer.isLost() || answer.status == 502 || answer.status == 504 ||
+           answer.failure.state == CloudErrorState::Cancelled;
+}
+
+} // namespace
+
+Upload::Upload(Session& session, const DriveUpload& upload, const DriveWatch& watch)
+    : m_session(session), m_upload(upload), m_watch(watch), m_action(session.action("Writing", upload.path))
+{
+}
+
+DriveResult Upload::run(DriveEntry& entry)
+{
+    if (DriveResult opened = openSource(); !opened.isOk())
+        return opened;
+    if (m_session.traits.locks) {
+        DriveResult locked = Lock::take(m_session, m_upload.path, m_lock);
+        if (!locked.isOk())
+            return locked;
+    }
+    DriveResult result = underLock(entry);
+    if (!result.isOk() && m_lock && m_lock->madeFile() && !m_isWritten)
+        removeEmpty();
+    m_lock.reset();
+    return result;
+}
+
+DriveResult Upload::underLock(DriveEntry& entry)
+{
+    DriveResult result = compare();
+    if (result.state == CloudErrorState::Changed) {
+        if (!m_upload.keepOther) {
+            entry = m_before;
+            return result;
+        }
+        result = keepOther(m_session, m_before);
+    }
+    if (result.isOk())
+        result = write();
+    if (result.isOk())
+        result = readBack();
+    if (result.isOk() || result.state == CloudErrorState::Changed)
+        entry = m_after;
+    return result;
+}
+
+DriveResult Upload::openSource()
+{
+    if (!isDrivePath(m_upload.path) || m_upload.path == "/")
+        return failed(CloudErrorState::BadName, m_action, "no file can be called so");
+    const QFileInfo source(QString::fromStdString(m_upload.source));
+    if (!source.isFile() || !source.isReadable())
+        return failed(CloudErrorState::CacheFailed, m_action,
+                      "\"" + m_upload.source + "\" can't be read on this machine");
+    m_size = source.size();
+    return {};
+}
+
+DriveResult Upload::changed(const std::string& why) const
+{
+    return failed(CloudErrorState::Changed, m_action, why + whoAndWhen(m_before));
+}
+
+DriveResult Upload::compare()
+{
+    DriveResult found = m_session.find(m_upload.path, m_before);
+    if (found.state == CloudErrorState::NotFound)
+        return {}; // What another has removed comes back: nobody's work goes by that.
+    if (!found.isOk())
+        return found;
+    if (m_before.isFolder)
+        return failed(CloudErrorState::BadName, m_action, "a folder has this name");
+    if (m_lock && m_lock->madeFile() && m_before.size == 0)
+        return {};
+    m_isThere = true;
+    if (!m_upload.known)
+        return changed("a file of this name is there");
+    // Without an ETag the server itself has to compare.
+    const bool isSame = m_before.etag.empty() ? m_session.traits.refusesStale
+                                              : strongPart(m_before.etag) == strongPart(*m_upload.known);
+    return isSame ? DriveResult() : changed("another version is there");
+}
+
+DriveResult Upload::write()
+{
+    const DriveTraits& traits = m_session.traits;
+    return !traits.keepsOldOnBreak && traits.movesOntoExisting ? putAndMove() : put();
+}
+
+Headers Upload::conditions() const
+{
+    Headers headers;
+    if (m_lock)
+        headers.push_back(m_lock->condition());
+    const bool isKnown = m_isThere && !m_before.etag.empty();
+    if (isKnown && m_session.traits.refusesStale)
+        headers.push_back({"If-Match", QByteArray::fromStdString(m_before.etag)});
+    else if (m_isThere && m_before.etag.empty() && m_upload.known && !m_upload.keepOther)
+        headers.push_back({"If-Match", QByteArray::fromStdString(*m_upload.known)});
+    else if (!m_isThere && !(m_lock && m_lock->madeFile()) && m_session.traits.refusesExisting)
+        headers.push_back({"If-None-Match", "*"});
+    return headers;
+}
+
+Answer Upload::putTo(const std::string& path, Headers headers)
+{
+    headers.push_back({"Content-Type", "application/octet-stream"});
+    return m_session.http.ask({.method = "PUT",
+                               .url = m_session.address.of(path),
+                               .headers = std::move(headers),
+                               .file = FilePart{m_upload.source, 0, m_size}},
+                              m_watch);
+}
+
+DriveResult Upload::put()
+{
+    for (bool isFirst = true;; isFirst = false) {
+        const Answer answer = putTo(m_upload.path, conditions());
+        if (answer.isOk()) {
+            m_isWritten = true;
+            m_putEtag = answer.header("ETag").toStdString();
+            return {};
+        }
+        if (answer.status == 412)
+            return putAfterAWhile();
+        if (!isLost(answer))
+            return resultOf(answer, m_action);
+        bool isUntouched = false;
+        DriveResult settled = settle(answer, isUntouched);
+        if (settled.isOk() || !isUntouched || !answer.wasReset || !isFirst)
+            return settled;
+    }
+}
+
+DriveResult Upload::putAfterAWhile()
+{
+    const std::string before = m_before.etag;
+    const bool wasWeak = m_isThere && before.starts_with("W/");
+    if (wasWeak)
+        std::this_thread::sleep_for(kFirstSecond);
+    DriveEntry now;
+    DriveResult found = m_session.find(m_upload.path, now);
+    if (!found.isOk() && found.state != CloudErrorState::NotFound)
+        return found;
+    m_after = m_before = now;
+    if (!wasWeak || strongPart(now.etag) != strongPart(before))
+        return changed("another version came to be there meanwhile");
+    const Answer answer = putTo(m_upload.path, conditions());
+    if (isLost(answer)) {
+        bool isUntouched = false;
+        return settle(answer, isUntouched);
+    }
+    m_isWritten = answer.isOk();
+    m_putEtag = answer.header("ETag").toStdString();
+    return answer.status == 412 ? changed("another version came to be there meanwhile")
+                                : resultOf(answer, m_action);
+}
+
+DriveResult Upload::putAndMove()
+{
+    const std::string hidden =
+        joined(parentOf(m_upload.path),
+               ".quillet-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString());
+    const auto withoutHidden = [&](DriveResult result) {
+        static_cast<void>(m_session.remove(hidden));
+        return result;
+    };
+    const Answer put = putTo(hidden, {});
+    DriveEntry sent;
+    const DriveResult found = put.isOk() || isLost(put) ? m_session.find(hidden, sent) : DriveResult();
+    if (!put.isOk() && !(isLost(put) && found.isOk() && qint64(sent.size) == m_size))
+        return withoutHidden(resultOf(put, m_action));
+    if (!found.isOk())
+        return withoutHidden(found);
+    if (qint64(sent.size) != m_size)
+        return withoutHidden(
+            failed(CloudErrorState::NotKept, m_action,
+                   "of " + std::to_string(m_size) + " bytes the server kept " + std::to_string(sent.size)));
+    Headers headers{{"Destination", m_session.address.of(m_upload.path).toEncoded()},
+                    {"Overwrite", m_isThere || m_lock ? "T" : "F"}};
+    if (m_lock)
+        headers.push_back(m_lock->taggedCondition());
+    for (bool isFirst = true;; isFirst = false) {
+        const Answer moved = m_session.ask("MOVE", hidden, headers);
+        if (moved.isOk()) {
+            m_isWritten = true;
+            return {};
+        }
+        if (moved.status == 412)
+            return withoutHidden(changed("another file came to be there meanwhile"));
+        if (!isLost(moved))
+            return withoutHidden(resultOf(moved, m_action));
+        bool isUntouched = false;
+        DriveResult settled = settle(moved, isUntouched);
+        if (settled.isOk())
+            return settled;
+        if (!isUntouched || !moved.wasReset || !isFirst)
+            return withoutHidden(settled);
+    }
+}
+
+DriveResult Upload::settle(const Answer& answer, bool& isUntouched)
+{
+    DriveEntry now;
+    const DriveResult found = m_session.find(m_upload.path, now);
+    if (found.isOk() && isOurs(now)) {
+        m_isWritten = true;
+        return {};
+    }
+    const bool isAbsent = found.state == CloudErrorState::NotFound;
+    isUntouched =
+        isAbsent ? !m_isThere : found.isOk() && (m_lock || (m_isThere && now.etag == m_before.etag));
+    if (found.isOk() && m_isThere && m_lock)
+        m_before.etag = now.etag;
+    return resultOf(answer, m_action);
+}
+
+bool Upload::isOurs(const DriveEntry& found)
+{
+    if (qint64(found.size) != m_size || (m_isThere && found.etag == m_before.etag))
+        return false;
+    // Nobody else may have written under our lock.
+    if (m_lock && !m_lock->isLost() && !found.etag.empty() && (m_isThere || m_size > 0))
+        return true;
+    std::string etag;
+    return hasContent(m_session, m_upload.path, m_upload.source, etag);
+}
+
+DriveResult Upload::readBack()
+{
+    DriveResult found = m_session.find(m_upload.path, m_after);
+    if (!found.isOk())
+        return found;
+    if (qint64(m_after.size) != m_size) {
+        m_isWritten = false;
+        return failed(CloudErrorState::NotKept, m_action,
+                      "of " + std::to_string(m_size) + " bytes the server keeps " +
+                          std::to_string(m_after.size));
+    }
+    if (m_lock && !m_lock->isLost())
+        return {};
+    // Without a lock another may have written between. His version must not be taken for ours.
+    if (m_putEtag.empty() || strongPart(m_putEtag) != strongPart(m_after.etag)) {
+        std::string etag;
+        if (!hasContent(m_session, m_upload.path, m_upload.source, etag))
+            return changed("another version came to be there meanwhile");
+        if (!etag.empty())
+            m_after.etag = etag;
+    }
+    return {};
+}
+
+void Upload::removeEmpty()
+{
+    static_cast<void>(m_session.remove(m_upload.path, {m_lock->condition()}));
+}
+
+} // namespace Vs::Cloud

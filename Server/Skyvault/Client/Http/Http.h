@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Server/Skyvault/Client/Http/Connection.h"
+
+#include <functional>
+
+namespace Vs::Cloud {
+
+/// Asks a server on behalf of a user: says who he is, follows redirections within the server, waits where the
+/// server wants it, and asks once more where that changes nothing. One thread at a time.
+class Http
+{
+public:
+    explicit Http(DriveCredentials credentials);
+
+    /// Gives an access token anew; false if that isn't possible.
+    using Renewal = std::function<bool(DriveCredentials& credentials)>;
+    void renewal(Renewal renewal) { m_renewal = std::move(renewal); }
+    void patience(std::chrono::milliseconds time) { m_connection.patience(time); }
+    const DriveCredentials& credentials() const { return m_credentials; }
+
+    [[nodiscard]] Answer ask(Request request, const DriveWatch& watch = {});
+
+    /// Is called on the waiting thread while a request runs, so that something can be done beside it.
+    void beside(std::function<void()> task) { m_beside = std::move(task); }
+
+private:
+    Answer askOnce(const Request& request, const DriveWatch& watch);
+    Answer askAs(Request request, const DriveWatch& watch);
+    /// Learns from a refusal how to log in; true if it is worth asking again.
+    bool learnsLogin(const Answer& answer, const Request& request);
+    /// Empty if the answer leads nowhere else; a failure in `answer` if it may not be followed.
+    QUrl redirection(Answer& answer, const Request& request) const;
+    bool waits(Answer& answer, std::chrono::milliseconds& left, const DriveWatch& watch) const;
+
+    Connection m_connection;
+    DriveCredentials m_credentials;
+    Renewal m_renewal;
+    std::function<void()> m_beside;
+    bool m_digest = false;
+};
+
+} // namespace Vs::Cloud

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Server/Skyvault/Drive.h"
+
+#include <QUrl>
+
+#include <string>
+
+namespace Vs::Cloud {
+
+/// The address that a person typed, with its protocol: https where he names none, but http on this machine.
+/// Empty if it is none.
+QUrl addressTyped(const std::string& typed);
+
+/// Finds the drive at an address, and the ways to sign in to it.
+DriveResult discover(const std::string& typed, DriveOffer& offer);
+
+} // namespace Vs::Cloud
