@@ -6,18 +6,24 @@
 
 namespace Vs {
 
+// A body's lock is never held while the kernel is waited for: whoever is in the kernel may ask for a body.
+// Two threads that ask for the same at once may both find it; the first one's answer stays.
+
 std::shared_ptr<const BodyMesh> ModelBody::mesh() const
 {
     std::unique_lock lock(m_mutex, std::defer_lock);
-    // Whoever held it when this process was forked isn't there any more, and may have been making the mesh.
+    // Whoever held it when this process was forked isn't there any more.
     if (!ForkedChild::is())
         lock.lock();
     else if (!lock.try_lock())
         return madeMesh();
-    if (!m_meshAsked) {
-        m_meshAsked = true;
-        m_mesh = madeMesh();
-    }
+    if (m_mesh)
+        return m_mesh;
+    lock.unlock();
+    std::shared_ptr<const BodyMesh> made = madeMesh();
+    lock.lock();
+    if (!m_mesh)
+        m_mesh = std::move(made);
     return m_mesh;
 }
 
@@ -81,49 +87,53 @@ std::shared_ptr<const BodyMesh> ModelBody::meshFor(const TranslatorRefinement& r
     return m_source->withKernel([&](ModelKernel& kernel) { return kernel.mesh(m_part.entry, refinement); });
 }
 
+template <class Known, class Key, class Ask>
+auto ModelBody::keptOr(Known& known, const Key& key, Ask&& ask) const
+{
+    std::unique_lock lock(m_mutex);
+    if (const auto found = known.find(key); found != known.end())
+        return found->second;
+    lock.unlock();
+    auto answer = m_source->withKernel(ask);
+    lock.lock();
+    return known.emplace(key, std::move(answer)).first->second;
+}
+
 std::optional<BodyProperties> ModelBody::properties(BodyMeasure what, Status& status) const
 {
-    const std::lock_guard lock(m_mutex);
-    auto known = m_properties.find(what);
-    if (known == m_properties.end()) {
-        try {
-            const BodyProperties measured = m_source->withKernel(
-                [&](ModelKernel& kernel) { return kernel.properties(m_part.entry, what); });
-            known = m_properties.emplace(what, measured).first;
-        } catch (const std::runtime_error& error) {
-            status.addError(L"\"" + m_part.name + L"\" can't be measured: " + Strings::widen(error.what()));
-            return std::nullopt;
-        }
+    try {
+        return keptOr(m_properties, what,
+                      [&](ModelKernel& kernel) { return kernel.properties(m_part.entry, what); });
+    } catch (const std::runtime_error& error) {
+        status.addError(L"\"" + m_part.name + L"\" can't be measured: " + Strings::widen(error.what()));
+        return std::nullopt;
     }
-    return known->second;
 }
 
 const std::vector<uint32_t>& ModelBody::solidsOfFaces() const
 {
-    const std::lock_guard lock(m_mutex);
-    if (!m_solidsOfFaces) {
-        try {
-            m_solidsOfFaces =
-                m_source->withKernel([&](ModelKernel& kernel) { return kernel.solidsOfFaces(m_part.entry); });
-        } catch (const std::runtime_error&) {
-            m_solidsOfFaces.emplace();
-        }
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_solidsOfFaces)
+            return *m_solidsOfFaces;
     }
+    std::vector<uint32_t> found;
+    try {
+        found = m_source->withKernel([&](ModelKernel& kernel) { return kernel.solidsOfFaces(m_part.entry); });
+    } catch (const std::runtime_error&) {
+        // Then none of them is known to belong to a solid.
+    }
+    const std::lock_guard lock(m_mutex);
+    if (!m_solidsOfFaces)
+        m_solidsOfFaces = std::move(found);
     return *m_solidsOfFaces;
 }
 
 ShapeAnswer ModelBody::measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const
 {
-    const std::lock_guard lock(m_mutex);
-    const auto key = std::tuple(leaf, index, type);
-    auto known = m_answers.find(key);
-    if (known == m_answers.end()) {
-        const MeasuredShape part{m_part.entry, leaf, index, {}};
-        const ShapeAnswer answer =
-            m_source->withKernel([&](ModelKernel& kernel) { return kernel.measurePart(part, type); });
-        known = m_answers.emplace(key, answer).first;
-    }
-    return known->second;
+    const MeasuredShape part{m_part.entry, leaf, index, {}};
+    return keptOr(m_answers, std::tuple(leaf, index, type),
+                  [&](ModelKernel& kernel) { return kernel.measurePart(part, type); });
 }
 
 } // namespace Vs

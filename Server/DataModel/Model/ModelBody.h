@@ -48,12 +48,14 @@ public:
 private:
     std::shared_ptr<const BodyMesh> madeMesh() const;
     std::shared_ptr<const BodyMesh> meshOfFile() const;
+    /// The answer that is known, or else what the kernel says, which is kept.
+    template <class Known, class Key, class Ask>
+    auto keptOr(Known& known, const Key& key, Ask&& ask) const;
 
     std::shared_ptr<ModelSource> m_source;
     PartTree::Body m_part;
     int m_fileIndex;
     mutable std::mutex m_mutex;
-    mutable bool m_meshAsked = false;
     mutable std::shared_ptr<const BodyMesh> m_mesh;
     mutable std::map<BodyMeasure, BodyProperties> m_properties;
     mutable std::optional<std::vector<uint32_t>> m_solidsOfFaces;
