@@ -54,6 +54,7 @@ struct DriveTraits
     bool checksums = false;
     bool chunkedUpload = false; ///< By the server's capabilities.
     bool versions = false;
+    bool etagChangesByLock = false; ///< So that what is read under a lock isn't what stays.
     std::chrono::system_clock::time_point probed{};
 
     /// Whether another's change can be told from one's own at all.
@@ -129,7 +130,7 @@ public:
                                                DriveEntry& entry, const DriveWatch& watch) = 0;
 
     /// A remark on a file: in the server's comments, else as a property of the file; Unsupported if neither
-    /// works.
+    /// works. Where versions are counted by each change, the file has another ETag afterwards.
     [[nodiscard]] virtual DriveResult comment(const std::string& path, const std::string& text) = 0;
 };
 

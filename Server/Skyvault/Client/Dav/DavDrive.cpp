@@ -1,6 +1,9 @@
 #include "Server/Skyvault/Client/Dav/DavDrive.h"
 
+#include "Server/Skyvault/Client/Dav/Account.h"
+#include "Server/Skyvault/Client/Dav/Comments.h"
 #include "Server/Skyvault/Client/Dav/Download.h"
+#include "Server/Skyvault/Client/Dav/Probe.h"
 #include "Server/Skyvault/Client/Dav/Upload.h"
 
 namespace Vs::Cloud {
@@ -17,18 +20,19 @@ DriveResult DavDrive::checkPath(const char* doing, const std::string& path) cons
     return failed(CloudErrorState::BadName, m_session.action(doing, path), "nothing can be called so");
 }
 
-DriveResult DavDrive::connect(const std::optional<DriveTraits>& known, const DriveWatch&)
+DriveResult DavDrive::connect(const std::optional<DriveTraits>& known, const DriveWatch& watch)
 {
-    DavItem root;
-    DriveResult result = m_session.look("/", root);
+    DriveResult result = recognize(m_session);
     if (!result.isOk())
         return result;
-    m_session.traits = known.value_or(DriveTraits{.locks = true,
-                                                  .refusesExisting = true,
-                                                  .refusesStale = true,
-                                                  .keepsOldOnBreak = true,
-                                                  .probed = std::chrono::system_clock::now()});
-    return {};
+    if (!m_session.service.web.isEmpty())
+        m_webAddress = m_session.service.web.toString().toStdString();
+    if (known && isFresh(*known))
+        m_session.traits = *known;
+    else
+        result = probe(m_session, m_session.traits, watch);
+    addCapabilities(m_session, m_session.traits);
+    return result;
 }
 
 DriveResult DavDrive::list(const std::string& folder, std::vector<DriveEntry>& entries,
@@ -61,10 +65,10 @@ DriveResult DavDrive::download(const std::string& path, const std::string& targe
     return checked.isOk() ? Vs::Cloud::download(m_session, path, target, entry, watch) : checked;
 }
 
-DriveResult DavDrive::comment(const std::string& path, const std::string&)
+DriveResult DavDrive::comment(const std::string& path, const std::string& text)
 {
-    return failed(CloudErrorState::Unsupported, m_session.action("Commenting on", path),
-                  "the server keeps no comments");
+    const DriveResult checked = checkPath("Commenting on", path);
+    return checked.isOk() ? Vs::Cloud::comment(m_session, path, text) : checked;
 }
 
 } // namespace Vs::Cloud

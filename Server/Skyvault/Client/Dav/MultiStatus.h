@@ -15,6 +15,7 @@ namespace Vs::Cloud {
 struct DavItem
 {
     DriveEntry entry;
+    bool etagFromListing = false; ///< Rather than by another request.
     /// Properties beside those of the entry, by their local names, as text. Of a lock: "locktoken" and
     /// "owner"; "supportedlock" is there if it holds an entry.
     std::map<QString, QString> properties;

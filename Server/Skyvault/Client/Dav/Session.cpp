@@ -1,7 +1,5 @@
 #include "Server/Skyvault/Client/Dav/Session.h"
 
-#include <QUuid>
-
 namespace Vs::Cloud {
 
 std::string strongPart(const std::string& etag)
@@ -10,10 +8,7 @@ std::string strongPart(const std::string& etag)
 }
 
 Session::Session(const QUrl& root, DriveCredentials credentials)
-    : http(std::move(credentials)),
-      address(root),
-      user(http.credentials().user),
-      secret(QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString())
+    : http(std::move(credentials)), address(root), user(http.credentials().user)
 {
 }
 
@@ -54,7 +49,8 @@ DriveResult Session::look(const std::string& path, DavItem& item, const QByteArr
         return failed(CloudErrorState::BadAnswer, action, whole.detail);
     if (!found)
         return failed(CloudErrorState::BadAnswer, action, "the answer is about something else");
-    if (item.entry.etag.empty() && !item.entry.isFolder) {
+    item.etagFromListing = !item.entry.etag.empty();
+    if (!item.etagFromListing && !item.entry.isFolder) {
         const Answer head = http.ask({.method = "HEAD", .url = address.of(path)});
         if (!head.isOk())
             return resultOf(head, action);

@@ -10,6 +10,15 @@
 
 namespace Vs::Cloud {
 
+/// What a server offers beside WebDAV, by its own word.
+struct Service
+{
+    QUrl web;      ///< Of the page for people.
+    QUrl uploads;  ///< Where parts of a file are collected.
+    QUrl comments; ///< With a slash at its end.
+    bool chunkedUpload = false, versions = false, checksums = false, hasComments = false;
+};
+
 /// A drive, as its parts see it, with the plain requests of WebDAV. Results have their whole detail.
 struct Session
 {
@@ -18,8 +27,8 @@ struct Session
     Http http;
     Address address;
     DriveTraits traits;
-    std::string user;   ///< As the server knows the user.
-    std::string secret; ///< That names this session among the owners of locks.
+    Service service;
+    std::string user; ///< As the server knows the user.
 
     /// "Reading "/a.vlra" on host".
     std::string action(const char* doing, const std::string& path) const;

@@ -15,6 +15,9 @@ namespace {
 // Until a weak ETag has become a strong one: it is weak while its file is younger than a second.
 constexpr std::chrono::milliseconds kFirstSecond{1200};
 
+// More than the step of any clock that times of files, and by them ETags, are taken from.
+constexpr std::chrono::milliseconds kTick{20};
+
 /// What a gateway says is no word of the server behind it.
 bool isLost(const Answer& answer)
 {
@@ -41,6 +44,9 @@ DriveResult Upload::run(DriveEntry& entry)
     DriveResult result = underLock(entry);
     if (!result.isOk() && m_lock && m_lock->madeFile() && !m_isWritten)
         removeEmpty();
+    // Another's file of the same size must not get the ETag of ours.
+    if (m_isWritten && m_lock && !m_session.traits.etagsDifferInOneTick)
+        std::this_thread::sleep_for(kTick);
     m_lock.reset();
     return result;
 }

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace Vs::Cloud {
 
-Body::Body(const Request& request)
+Body::Body(const Request& request) : m_cut(request.cutAfter)
 {
     if (request.file) {
         m_file.setFileName(QString::fromStdString(request.file->file));
@@ -34,7 +35,12 @@ bool Body::seek(qint64 position)
 
 qint64 Body::readData(char* data, qint64 most)
 {
-    qint64 count = std::min(most, m_size - m_position);
+    qint64 count = std::min(most, m_cut.value_or(m_size) - m_position);
+    if (count <= 0 && m_cut) {
+        if (m_atCut)
+            std::exchange(m_atCut, {})();
+        return 0;
+    }
     if (count <= 0)
         return m_position == m_size ? 0 : -1;
     if (m_file.isOpen())

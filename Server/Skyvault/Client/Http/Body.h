@@ -21,6 +21,8 @@ public:
     const std::string& trouble() const { return m_trouble; }
     /// Allows one way back to the start: the server has refused the request and asks who we are.
     void allowRewind() { m_rewinds = 1; }
+    /// Called when all has been read that is to be sent before the connection is cut.
+    void atCut(std::function<void()> function) { m_atCut = std::move(function); }
 
     bool isSequential() const override { return false; }
     qint64 size() const override { return m_size; }
@@ -34,6 +36,8 @@ private:
     QFile m_file;
     QByteArray m_bytes;
     qint64 m_offset = 0, m_size = 0, m_position = 0;
+    std::optional<qint64> m_cut;
+    std::function<void()> m_atCut;
     std::atomic<int> m_rewinds = 0;
     std::string m_trouble;
 };

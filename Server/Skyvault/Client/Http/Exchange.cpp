@@ -13,6 +13,9 @@ namespace {
 // What is read ahead of a disk that is slower than the network.
 constexpr qint64 kReadAhead = qint64(4) << 20;
 
+// Until what was sent has left this machine.
+constexpr std::chrono::milliseconds kUntilCut{100};
+
 std::string fingerprint(const QSslCertificate& certificate)
 {
     return certificate.digest(QCryptographicHash::Sha256).toHex(':').toUpper().toStdString();
@@ -72,6 +75,11 @@ void Exchange::start(QNetworkAccessManager& manager)
     QObject::connect(&manager, &QNetworkAccessManager::authenticationRequired, this,
                      &Exchange::onAuthentication);
     connectReply();
+    m_body.atCut([this] {
+        QTimer::singleShot(kUntilCut, this, [this] {
+            end({CloudErrorState::Unreachable, "the connection was cut"});
+        });
+    });
     m_idle.start(m_patience);
     if (m_state->cancelled)
         cancel();

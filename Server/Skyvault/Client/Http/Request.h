@@ -34,6 +34,8 @@ struct Request
     /// Takes the pieces of an answer of the kind 2xx, on the connection's thread; what it answers other than
     /// success ends the request with that. Without it, the answer's content is collected.
     std::function<DriveResult(const QByteArray& piece)> sink{};
+    /// Of the body; when so much is sent, the connection is cut. For trying what a server makes of that.
+    std::optional<qint64> cutAfter{};
     qint64 mostContent = qint64(1) << 20; ///< Of what is collected.
     /// Whether the request may be sent once more if its answer was lost: it changes nothing on the server.
     bool isHarmless() const

@@ -1,0 +1,83 @@
+#include "Server/Skyvault/Client/Dav/Comments.h"
+
+#include <QDateTime>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace Vs::Cloud {
+
+namespace {
+
+const auto kRemark = QStringLiteral("remark");
+constexpr const char* kWanted = "<q:remark xmlns:q=\"urn:quillet\"/>";
+
+/// Without what XML can't hold.
+QString plain(const std::string& text)
+{
+    QString result = QString::fromStdString(text);
+    result.removeIf([](QChar c) { return c < QChar(' ') && c != QChar('\n') && c != QChar('\t'); });
+    return result.trimmed();
+}
+
+bool isRefusal(int status)
+{
+    return status == 404 || status == 405 || status == 501;
+}
+
+} // namespace
+
+DriveResult setRemark(Session& session, const std::string& path, const std::string& text)
+{
+    const std::string action = session.action("Commenting on", path);
+    const QString remark = plain(text);
+    const QByteArray body = "<?xml version=\"1.0\" encoding=\"utf-8\"?><D:propertyupdate xmlns:D=\"DAV:\" "
+                            "xmlns:q=\"urn:quillet\"><D:set><D:prop><q:remark>" +
+                            remark.toHtmlEscaped().toUtf8() +
+                            "</q:remark></D:prop></D:set></D:propertyupdate>";
+    const Answer answer = session.ask("PROPPATCH", path, {}, body);
+    if (isRefusal(answer.status))
+        return failed(CloudErrorState::Unsupported, action, "the server keeps no remarks");
+    if (!answer.isOk() && !answer.isLost())
+        return resultOf(answer, action);
+    // Some servers answer that all is well and keep nothing.
+    DavItem item;
+    if (DriveResult found = session.look(path, item, kWanted); !found.isOk())
+        return found;
+    if (item.properties[kRemark] != remark)
+        return answer.isLost() ? resultOf(answer, action)
+                               : failed(CloudErrorState::Unsupported, action, "the server keeps no remarks");
+    return {};
+}
+
+DriveResult comment(Session& session, const std::string& path, const std::string& text)
+{
+    const std::string action = session.action("Commenting on", path);
+    DavItem item;
+    const QByteArray wanted = QByteArray(kWanted) + "<o:fileid/>";
+    if (DriveResult found = session.look(path, item, wanted); !found.isOk())
+        return found;
+    const QString file = item.properties[QStringLiteral("fileid")];
+    if (!session.service.comments.isEmpty() && !file.isEmpty()) {
+        QUrl url = session.service.comments;
+        url.setPath(url.path() + "files/" + file);
+        const QJsonObject remark{
+            {"actorType", "users"}, {"verb", "comment"}, {"message", QString::fromStdString(text)}};
+        const Answer answer = session.http.ask({.method = "POST",
+                                                .url = url,
+                                                .headers = {{"Content-Type", "application/json"}},
+                                                .body = QJsonDocument(remark).toJson()});
+        if (!isRefusal(answer.status))
+            return resultOf(answer, action);
+    }
+    if (!session.traits.properties)
+        return failed(CloudErrorState::Unsupported, action, "the server keeps no remarks");
+    // Earlier remarks stay, each in its line.
+    QString remarks = item.properties[kRemark];
+    if (!remarks.isEmpty())
+        remarks += '\n';
+    remarks += QDateTime::currentDateTimeUtc().toString(Qt::ISODate) + ' ' +
+               QString::fromStdString(session.user) + ": " + QString::fromStdString(text);
+    return setRemark(session, path, remarks.toStdString());
+}
+
+} // namespace Vs::Cloud
