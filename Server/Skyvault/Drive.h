@@ -93,13 +93,17 @@ struct DriveCredentials
     std::string client;       ///< By which this program is known there.
 };
 
-/// A drive on a server. All functions wait for the answer, at most a minute without any byte; they may be
-/// called on any one thread at a time, and several drives may be in use on several. Every path is one of
-/// DriveEntry::path. No function repeats a request blindly whose answer was lost: it looks first.
+/// A drive on a server. All functions wait for the answer, at most a minute without any byte unless told
+/// otherwise; they may be called on any one thread at a time, and several drives may be in use on several.
+/// Every path is one of DriveEntry::path. No function repeats a request blindly whose answer was lost: it
+/// looks first.
 class Drive
 {
 public:
     virtual ~Drive() = default;
+
+    /// How long the functions wait while no byte comes or goes.
+    virtual void patience(std::chrono::milliseconds) {}
 
     /// Asks who the user is to the server, and probes it in a folder of its own, which goes again, unless
     /// `known` traits are younger than 30 days.

@@ -11,6 +11,7 @@ class DavDrive : public Drive
 public:
     DavDrive(const QUrl& address, DriveCredentials credentials);
 
+    void patience(std::chrono::milliseconds time) override { m_session.http.patience(time); }
     DriveResult connect(const std::optional<DriveTraits>& known, const DriveWatch& watch) override;
     const DriveTraits& traits() const override { return m_session.traits; }
     const DriveCredentials& credentials() const override { return m_session.http.credentials(); }
