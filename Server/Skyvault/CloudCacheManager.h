@@ -10,6 +10,7 @@
 namespace Vs {
 
 class SkyvaultNodeData;
+class Tasks;
 
 /// What a cached file is in relation to the drive.
 enum class CloudFileState {
@@ -26,6 +27,8 @@ class CloudCacheManager
 {
 public:
     static CloudCacheManager* getInstance();
+    /// What came of work in the background waits here for the main thread, which runs it when it has time.
+    [[nodiscard]] static Tasks& results();
 
     /// Whether the cache lacks the version that the node has. A file that waits to be uploaded is never
     /// fetched over.
@@ -35,6 +38,8 @@ public:
     /// The identifier of a file in the cache, so that a document whose path lies there, a recovered one too,
     /// is known to be of the drive; empty for others.
     std::string identifier(const boost::filesystem::path& file) const;
+    /// For the person: who saved a newer version to the drive, and when; empty if nobody is known to have.
+    std::wstring changedText(const boost::filesystem::path& file) const;
     /// Files that wait to be uploaded, the oldest first.
     std::vector<boost::filesystem::path> waiting() const;
     /// Uploads what waits, as far as the drive can be reached. Called at each sign-in and by a timer.

@@ -14,6 +14,8 @@ public:
     /// The drive's address, of the last sign-in that went well; empty before.
     Option<std::wstring> server{*this, "server", L""};
     Option<std::wstring> user{*this, "user", L""};
+    /// Whether the keyring has the user's credentials for the drive.
+    Option<bool> kept{*this, "kept", false};
 
 private:
     CloudOptionGroup() : Implements("Cloud") {}

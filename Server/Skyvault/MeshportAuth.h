@@ -15,11 +15,15 @@ public:
 
     /// By the user's option, or by the edition of the program.
     [[nodiscard]] bool cloudDisabled() const;
+    /// Who knows whether the edition has no cloud drive; null for nobody, and then it has one.
+    static void editionDisables(std::function<bool()> asked);
 
     /// True when somebody is signed in, asking if needed. Kept credentials count also while the server can't
     /// be reached. A refusal stays until the person asks for it himself: the dialog isn't shown twice for one
     /// command.
     [[nodiscard]] bool login(CloudLoginDialog::ELoginMode mode);
+    /// A person begins something anew: who refused to sign in before may be asked again.
+    void forgetRefusal();
     /// Forgets the credentials, here and in the keyring; what waits to be uploaded stays. False if the
     /// keyring didn't give them up.
     [[nodiscard]] bool logout();

@@ -1,5 +1,7 @@
 #include "Server/Skyvault/SkyvaultNodeData.h"
 
+#include "Server/Skyvault/SkyvaultUtilities.h"
+
 namespace Vs {
 
 const std::string& SkyvaultNodeData::rootKind()
@@ -51,6 +53,12 @@ SkyvaultNodeData* SkyvaultNodeData::findChild(const std::string& name)
         if (child.name() == name)
             return &child;
     return nullptr;
+}
+
+boost::filesystem::path SkyvaultNodeData::cachePath(const BaseAuth* auth) const
+{
+    const boost::filesystem::path root = SkyvaultUtilities::currentCachePath(auth);
+    return m_id.size() > 1 ? boost::filesystem::path(root.string() + m_id) : root;
 }
 
 } // namespace Vs

@@ -55,10 +55,17 @@ public:
                                               const WPath& path, const std::string& name,
                                               const std::vector<std::string>& properties,
                                               SkyvaultNodeData& result);
+    /// Saves what was refused as Changed as a new file beside the other's, "name (user date)". The local file
+    /// is then the copy's, at `copy`; the other's version is fetched when somebody opens it.
+    static CloudErrorState SaveConflictCopy(const BaseAuth* auth, const WPath& path, WPath& copy,
+                                            SkyvaultNodeData& result);
     /// Brings the node's file into the cache; `path` is where it lies then. With `replace`, what lies there
     /// goes, unless it waits to be uploaded.
     static CloudErrorState DownloadToCacheById(const BaseAuth* auth, SkyvaultNodeData& node, WPath& path,
                                                bool replace);
+
+    /// A remark on a file, by its identifier.
+    static CloudErrorState Comment(const BaseAuth* auth, const std::string& id, const std::string& text);
 
     /// What happened on the drive lately; zero limits ask for none.
     static CloudErrorState GetActivities(const BaseAuth* auth, const std::vector<std::string>& ids,

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "Server/Skyvault/CloudCacheManager.h"
+#include "Server/Skyvault/Private/CacheIndex.h"
+
+#include <boost/filesystem/path.hpp>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace Vs::Cloud {
+
+/// The files of the cache with what the index knows of them. Functions that ask the index throw Vs::Exception
+/// where it can't be had. Main thread only.
+class Cache
+{
+public:
+    using Path = boost::filesystem::path;
+
+    static Cache& get();
+
+    /// Where a file of the cache belongs to: the folder of a user's drive, and the path on the drive. Nothing
+    /// for files elsewhere.
+    struct Place
+    {
+        Path root;
+        std::string path;
+        Path file() const { return root.string() + path; }
+    };
+    [[nodiscard]] static std::optional<Place> placeOf(const Path& file);
+
+    /// Opens the index's library at the first call.
+    [[nodiscard]] CacheIndexLibrary& library();
+    /// Made with its folder if it isn't there. What it has is settled: a version that was on its way into the
+    /// cache when the program came to its end is in its place or isn't.
+    [[nodiscard]] std::optional<CacheRow> row(const Place& place);
+    /// A row that is there, or one of a file that nothing is known of.
+    [[nodiscard]] CacheRow rowOrNew(const Place& place);
+    void put(const Place& place, const CacheRow& row);
+    void replace(const Place& gone, const Place& place, const CacheRow& row);
+    [[nodiscard]] std::vector<CacheRow> inFolder(const Path& root, const std::string& folder);
+    [[nodiscard]] std::vector<CacheRow> pending(const Path& root);
+
+    /// Whether the local file is another one than the version that its row goes back to.
+    [[nodiscard]] bool isChanged(const Place& place, const CacheRow& row);
+    /// Unknown where the index can't be had.
+    [[nodiscard]] CloudFileState state(const Path& file);
+
+    /// Files that this process is uploading now.
+    std::set<std::string>& uploading() { return m_uploading; }
+
+    /// Nanoseconds; 0 if there is no such file.
+    [[nodiscard]] static std::int64_t timeOf(const Path& file);
+
+private:
+    Cache() = default;
+    template <class Action>
+    auto withIndex(const Path& root, Action&& action);
+
+    CacheIndexLibrary* m_library = nullptr;
+    std::map<Path, std::unique_ptr<CacheIndex>> m_indices;
+    std::set<std::string> m_uploading;
+};
+
+/// Whether two ETags name the same content as far as their server tells: a weak one is compared as a strong
+/// one. An empty one is the same as none.
+[[nodiscard]] bool isSameEtag(const std::string& a, const std::string& b);
+
+} // namespace Vs::Cloud

@@ -1,0 +1,101 @@
+#include "Server/Skyvault/Private/Credentials.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/Base/JsonFile.h"
+#include "Server/Base/OwnFiles.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cstdlib>
+#include <sys/stat.h>
+#include <utility>
+
+namespace Vs::Cloud {
+namespace {
+
+/// Each flag with its name in the file.
+constexpr std::pair<const char*, bool DriveTraits::*> kFlags[] = {
+    {"locks", &DriveTraits::locks},
+    {"refusesExisting", &DriveTraits::refusesExisting},
+    {"refusesStale", &DriveTraits::refusesStale},
+    {"weakEtags", &DriveTraits::weakEtags},
+    {"keepsOldOnBreak", &DriveTraits::keepsOldOnBreak},
+    {"movesOntoExisting", &DriveTraits::movesOntoExisting},
+    {"etagAfterPut", &DriveTraits::etagAfterPut},
+    {"etagFromPropfind", &DriveTraits::etagFromPropfind},
+    {"etagsDifferInOneTick", &DriveTraits::etagsDifferInOneTick},
+    {"properties", &DriveTraits::properties},
+    {"checksums", &DriveTraits::checksums},
+    {"chunkedUpload", &DriveTraits::chunkedUpload},
+    {"versions", &DriveTraits::versions},
+};
+
+using Seconds = std::chrono::seconds;
+
+void refuseOthers(const char* file)
+{
+    struct stat status = {};
+    if (lstat(file, &status) != 0)
+        throw Exception(std::string(file) + " cannot be read");
+    if (!S_ISREG(status.st_mode))
+        throw Exception(std::string(file) + " is not a regular file");
+    if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
+        throw Exception(std::string(file) +
+                        " can be used by others than its owner; its permissions must be 0600");
+}
+
+} // namespace
+
+std::optional<Access> accessOfTokenFile()
+{
+    const char* const file = std::getenv("QUILLET_CLOUD_TOKEN_FILE");
+    if (!file || !*file)
+        return std::nullopt;
+    refuseOthers(file);
+    const std::optional<std::string> content = OwnFiles::read(file);
+    if (!content)
+        throw Exception(std::string(file) + " cannot be read, or belongs to somebody else");
+    const QJsonObject object = QJsonDocument::fromJson(QByteArray::fromStdString(*content)).object();
+    const auto text = [&](const char* name) {
+        return object.value(QLatin1String(name)).toString().toStdString();
+    };
+    Access access{text("address"), {DriveCredentials::Kind::Password, text("user"), text("secret"), {}}};
+    if (text("kind") == "bearer")
+        access.credentials.kind = DriveCredentials::Kind::Bearer;
+    if (access.address.empty() || access.credentials.secret.empty())
+        throw Exception(std::string(file) +
+                        " is not a JSON object with the texts \"address\", \"user\" and \"secret\"");
+    return access;
+}
+
+std::optional<DriveTraits> keptTraits(const boost::filesystem::path& file)
+try {
+    const std::optional<QJsonObject> object = JsonFile::read(file);
+    if (!object)
+        return std::nullopt;
+    DriveTraits traits;
+    traits.server = object->value(QLatin1String("server")).toString().toStdString();
+    for (const auto& [name, flag] : kFlags)
+        traits.*flag = object->value(QLatin1String(name)).toBool();
+    traits.probed =
+        std::chrono::system_clock::time_point(Seconds(object->value(QLatin1String("probed")).toInteger()));
+    return traits;
+} catch (const Exception&) {
+    return std::nullopt;
+}
+
+void keepTraits(const boost::filesystem::path& file, const DriveTraits& traits)
+try {
+    QJsonObject object{{QLatin1String("server"), QString::fromStdString(traits.server)}};
+    for (const auto& [name, flag] : kFlags)
+        object.insert(QLatin1String(name), traits.*flag);
+    object.insert(QLatin1String("probed"),
+                  qint64(std::chrono::duration_cast<Seconds>(traits.probed.time_since_epoch()).count()));
+    OwnFiles::makeFolder(file.parent_path());
+    JsonFile::write(file, object, JsonFile::Readers::OwnerOnly);
+} catch (const Exception&) {
+    // The next sign-in asks the server again.
+}
+
+} // namespace Vs::Cloud
