@@ -19,6 +19,7 @@ import common  # noqa: F401
 import display  # noqa: F401
 import documents  # noqa: F401
 import measure  # noqa: F401
+import menus  # noqa: F401
 import solids  # noqa: F401
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent

@@ -1,3 +1,4 @@
+#include "Server/Base/ResourceMgr.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
@@ -178,6 +179,27 @@ TEST(MenusTest, EveryCommandWithATitleStandsInOneMenuOrHasAReasonNotTo)
     }
     for (const auto& [id, reason] : kInNoMenu)
         EXPECT_NE(CommandDefinitionMgr::get()->findCommandDefinitionById(id), nullptr) << reason;
+}
+
+void expectPictures(const std::vector<ToolbarItem>& items)
+{
+    for (const ToolbarItem& item : items) {
+        for (const int size : Vs::ImageSetResource::sizes())
+            EXPECT_TRUE(item.picture.empty() ||
+                        boost::filesystem::exists(Vs::ImageSetResource(item.picture).fileForSize(size)))
+                << Vs::Strings::narrow(item.picture) << " in " << size << " pixels";
+        expectPictures(item.menu);
+    }
+}
+
+TEST(MenusTest, ThePicturesThatEntriesNameAreThere)
+{
+    EXPECT_NE(MenuBar::get()->pictureOf(L"CutCommand"), L"");
+    EXPECT_NE(MenuBar::get()->pictureOf(L"HideCommand"), L"");
+    EXPECT_EQ(MenuBar::get()->pictureOf(L"OpenDocumentCommand"), L"") << "it has one of its own";
+    expectPictures(MenuBar::get()->menus());
+    for (const Toolbar& toolbar : ToolbarManager::get()->toolbars())
+        expectPictures(toolbar.items);
 }
 
 INSTANTIATE_TEST_SUITE_P(InEveryScene, SweepTest,

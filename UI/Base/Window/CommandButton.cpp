@@ -83,8 +83,11 @@ QFrame* separator(QWidget* parent)
 
 } // namespace
 
-CommandButton::CommandButton(CommandDefinition* definition, QWidget* parent)
-    : QToolButton(parent), m_definition(definition), m_control(definition->inputControl())
+CommandButton::CommandButton(CommandDefinition* definition, const std::wstring& picture, QWidget* parent)
+    : QToolButton(parent),
+      m_definition(definition),
+      m_picture(iconAt(picture)),
+      m_control(definition->inputControl())
 {
     makeFlat(this);
     setObjectName(QString::fromStdWString(definition->id()));
@@ -198,7 +201,7 @@ void CommandButton::draw()
         info = list->selectedItem();
     if (m_menu)
         setPopupMode(list && list->split() ? QToolButton::MenuButtonPopup : QToolButton::InstantPopup);
-    const QIcon icon = iconOf(info->icon());
+    const QIcon icon = info->icon() ? iconOf(info->icon()) : m_picture;
     setText(title());
     setIcon(icon);
     setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
@@ -230,7 +233,8 @@ QToolButton* makeToolbarItem(const ToolbarItem& item, QWidget* parent, std::vect
         return nullptr;
     if (!item.isMenu()) {
         CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(item.command);
-        return definition ? buttons.emplace_back(new CommandButton(definition, parent)) : nullptr;
+        return definition ? buttons.emplace_back(new CommandButton(definition, item.picture, parent))
+                          : nullptr;
     }
     auto* button = new QToolButton(parent);
     makeFlat(button);

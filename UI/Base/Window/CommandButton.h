@@ -15,7 +15,8 @@ struct ToolbarItem;
 class CommandButton : public QToolButton, private InputControlSite
 {
 public:
-    CommandButton(CommandDefinition* definition, QWidget* parent);
+    /// `picture` is the folder of a set of pictures, for a command that has none; empty shows its title.
+    CommandButton(CommandDefinition* definition, const std::wstring& picture, QWidget* parent);
     ~CommandButton() override;
 
     CommandDefinition* definition() const { return m_definition; }
@@ -41,6 +42,7 @@ private:
     QString title() const;
 
     CommandDefinition* m_definition;
+    QIcon m_picture;
     InputControl* m_control;
     QMenu* m_menu = nullptr;
     bool m_fits = true;

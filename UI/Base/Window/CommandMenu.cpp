@@ -86,7 +86,9 @@ MenuHead headOf(const ToolbarItem& item)
 {
     const CommandDefinition* definition = definitionOf(item.command);
     const std::wstring& title = item.title.empty() && definition ? definition->info()->name() : item.title;
-    return {QString::fromStdWString(title), definition ? iconOf(definition->info()->icon()) : QIcon()};
+    return {QString::fromStdWString(title), definition && definition->info()->icon()
+                                                ? iconOf(definition->info()->icon())
+                                                : iconAt(item.picture)};
 }
 
 void fillWithEntriesOf(QMenu* menu, CommandDefinition* definition)
@@ -165,17 +167,18 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
 {
     const Info& info = *definition->info();
     const QString title = item.title.empty() ? menuText(info.name()) : QString::fromStdWString(item.title);
+    const QIcon icon = info.icon() ? iconOf(info.icon()) : iconAt(item.picture);
     const std::wstring command = item.command;
     QAction* action = nullptr;
     if (opensMenu(definition->inputControl())) {
-        QMenu* entries = addMenu(iconOf(info.icon()), title);
+        QMenu* entries = addMenu(icon, title);
         connect(entries, &QMenu::aboutToShow, entries, [entries, command] {
             if (CommandDefinition* found = definitionOf(command))
                 fillWithEntriesOf(entries, found);
         });
         action = entries->menuAction();
     } else {
-        action = addAction(iconOf(info.icon()), title);
+        action = addAction(icon, title);
         connect(action, &QAction::triggered, this, [command, off = item.off] {
             CommandDefinition* opposite = definitionOf(off);
             if (CommandDefinition* found = applies(opposite) ? opposite : definitionOf(command))

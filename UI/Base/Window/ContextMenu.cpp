@@ -4,6 +4,7 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Window/QtIcon.h"
+#include "UI/Base/Workspace/MenuBar.h"
 
 #include <QAction>
 #include <QMenu>
@@ -35,7 +36,8 @@ void runFromContextMenu(std::wstring_view key, const std::map<const char*, std::
 void addContextCommand(QMenu& menu, const CommandDefinition& definition)
 {
     const Info& info = *definition.info();
-    const QAction* action = menu.addAction(iconOf(info.icon()), QString::fromStdWString(info.name()));
+    const QIcon icon = info.icon() ? iconOf(info.icon()) : iconAt(MenuBar::get()->pictureOf(definition.id()));
+    const QAction* action = menu.addAction(icon, QString::fromStdWString(info.name()));
     QObject::connect(action, &QAction::triggered, &menu,
                      [key = definition.id()] { runFromContextMenu(key); });
 }

@@ -68,6 +68,14 @@ QIcon iconOf(const Vs::ImageSetResource* resource)
                : icons->emplace(resource, QIcon(new ImageSetEngine(resource))).first->second;
 }
 
+QIcon iconAt(const std::wstring& folder)
+{
+    if (folder.empty())
+        return {};
+    static auto* const sets = new std::map<std::wstring, Vs::ImageSetResource>;
+    return iconOf(&sets->try_emplace(folder, folder).first->second);
+}
+
 QImage pngFromFile(const std::wstring& path)
 {
     QFile file(QString::fromStdWString(path));

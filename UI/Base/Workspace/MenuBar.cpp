@@ -20,6 +20,17 @@ ToolbarItem* menuById(std::vector<ToolbarItem>& items, const std::wstring& id)
     return nullptr;
 }
 
+const ToolbarItem* itemOf(const std::vector<ToolbarItem>& items, const std::wstring& command)
+{
+    for (const ToolbarItem& item : items) {
+        if (item.command == command && !item.picture.empty())
+            return &item;
+        if (const ToolbarItem* found = itemOf(item.menu, command))
+            return found;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 MenuBar* MenuBar::get()
@@ -40,6 +51,12 @@ const std::vector<ToolbarItem>& MenuBar::menus()
 {
     readAll();
     return m_menus;
+}
+
+std::wstring MenuBar::pictureOf(const std::wstring& command)
+{
+    const ToolbarItem* item = itemOf(menus(), command);
+    return item ? item->picture : std::wstring();
 }
 
 const Vs::Status& MenuBar::problems()

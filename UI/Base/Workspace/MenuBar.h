@@ -24,8 +24,9 @@ namespace Vu {
 ///
 /// An item's title stands for the command's own, and its attribute `keys` adds keys to the command's own;
 /// `off` is the command that takes back what the other one does, so that the item and its keys switch on and
-/// off. "&" comes before the letter that opens a menu. An add-in puts its commands into the menus of others
-/// by `<add>`: before the place of that name, or at the end. Main thread only.
+/// off. `picture` names a set of pictures beside the file's folder, "Edit/Cut", for a command that has none
+/// of its own. "&" comes before the letter that opens a menu. An add-in puts its commands into the menus of
+/// others by `<add>`: before the place of that name, or at the end. Main thread only.
 class MenuBar
 {
 public:
@@ -39,6 +40,8 @@ public:
     /// In the order in which the files name them. Of a file that isn't XML there is nothing; a wrong element
     /// is left out.
     const std::vector<ToolbarItem>& menus();
+    /// What the menus name as the picture of a command; empty if none does.
+    std::wstring pictureOf(const std::wstring& command);
     /// What was wrong with the files, each with file, line and cause.
     const Vs::Status& problems();
     /// Ids of commands that the menus name but nobody has registered, without repetition.

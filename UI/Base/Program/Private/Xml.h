@@ -26,6 +26,7 @@ public:
     [[nodiscard]] bool nextElement();
     void skip();
 
+    const std::wstring& path() const { return m_path; }
     QStringView name() const { return m_xml.name(); }
     /// Empty if it is absent.
     [[nodiscard]] std::wstring attribute(const char* name) const;

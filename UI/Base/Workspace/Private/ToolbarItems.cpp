@@ -4,6 +4,8 @@
 #include "Server/Base/Strings.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 
+#include <boost/filesystem/path.hpp>
+
 #include <algorithm>
 
 namespace Vu {
@@ -25,6 +27,14 @@ void readPlace(XmlFile& xml, std::vector<ToolbarItem>& items)
     xml.skip();
 }
 
+/// Named as the resources are: "Edit/Cut". The file lies in a folder beside the pictures'.
+std::wstring pictureOf(const XmlFile& xml)
+{
+    const std::wstring name = xml.attribute("picture");
+    return name.empty() ? name
+                        : (boost::filesystem::path(xml.path()).parent_path().parent_path() / name).wstring();
+}
+
 std::vector<ToolbarItem> readItems(XmlFile& xml, const std::wstring& domain, int depth, bool ofMenuBar)
 {
     std::vector<ToolbarItem> items;
@@ -38,6 +48,7 @@ std::vector<ToolbarItem> readItems(XmlFile& xml, const std::wstring& domain, int
             item.title = localizedTitle(xml, domain);
             item.keys = xml.attribute("keys");
             item.off = xml.attribute("off");
+            item.picture = pictureOf(xml);
             if (item.command.empty())
                 xml.problem(L"An item needs the attribute \"command\".");
             else
@@ -47,6 +58,7 @@ std::vector<ToolbarItem> readItems(XmlFile& xml, const std::wstring& domain, int
             item.title = localizedTitle(xml, domain);
             item.command = xml.attribute("command");
             item.id = xml.attribute("id");
+            item.picture = pictureOf(xml);
             const bool named = !item.title.empty() || !item.command.empty();
             if (!named)
                 xml.problem(L"A menu needs the attribute \"title\" or \"command\".");
