@@ -30,7 +30,7 @@ std::string exactData()
     kernel->addPrimitive(ModelKernel::Primitive::Sphere, {7, 0, 0}, {}, L"Sphere", std::nullopt);
     kernel->commit();
     for (const auto& body : kernel->tree().bodies)
-        kernel->mesh(body.entry, {});
+        kernel->mesh(body.entry, {}, {});
     std::ostringstream stream;
     kernel->write(stream);
     return stream.str();
@@ -41,7 +41,7 @@ double volumeOf(ModelKernel& kernel)
 {
     double sum = 0;
     for (const auto& body : kernel.tree().bodies) {
-        kernel.mesh(body.entry, {});
+        kernel.mesh(body.entry, {}, {});
         kernel.recognise(body.entry);
         sum += kernel.properties(body.entry, Vs::BodyMeasure::Volume).volume;
     }

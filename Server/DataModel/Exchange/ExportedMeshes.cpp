@@ -18,10 +18,23 @@ namespace {
 constexpr uint32_t kNone = UINT32_MAX;
 constexpr size_t kBufferSize = 1 << 18;
 
-std::shared_ptr<const BodyMesh> meshOf(const Body& body, const TranslatorRefinement& refinement)
+/// Nothing if it was cancelled; throws std::runtime_error if the body can't be meshed.
+std::optional<std::shared_ptr<const BodyMesh>>
+meshOf(const Body& body, const TranslatorRefinement& refinement, const std::function<bool(double)>& goOn)
 {
+    if (!goOn(0))
+        return std::nullopt;
     const auto* own = cast<ModelBody>(&body);
-    return own && refinement != TranslatorRefinement{} ? own->meshFor(refinement) : body.mesh();
+    if (!own || refinement == TranslatorRefinement{})
+        return body.mesh();
+    bool cancelled = false;
+    try {
+        return own->meshFor(refinement, [&](double done) { return !(cancelled = !goOn(done)); });
+    } catch (const std::runtime_error& error) {
+        if (cancelled)
+            return std::nullopt;
+        throw std::runtime_error("\"" + Strings::narrow(body.name()) + "\" can't be meshed: " + error.what());
+    }
 }
 
 void append(std::vector<float>& list, double x, double y, double z)
@@ -42,9 +55,13 @@ bool ExportedMeshes::make(const MeshExport& job)
     for (size_t i = 0; i < m_occurrences.size(); ++i) {
         const auto [mesh, fresh] = m_meshes.try_emplace(m_occurrences[i].body);
         if (fresh) {
-            if (!job.goOn(kShare * double(i) / double(m_occurrences.size())))
+            const auto goOn = [&](double done) {
+                return job.goOn(kShare * (double(i) + done) / double(m_occurrences.size()));
+            };
+            const auto made = meshOf(*m_occurrences[i].body, job.refinement, goOn);
+            if (!made)
                 return false;
-            mesh->second = meshOf(*m_occurrences[i].body, job.refinement);
+            mesh->second = *made;
         }
         m_triangles += mesh->second ? mesh->second->triangles.size() / 3 : 0;
     }

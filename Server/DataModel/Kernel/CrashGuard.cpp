@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <csignal>
 #include <cstdint>
 #include <iterator>
 #include <link.h>
+#include <mutex>
 #include <string_view>
 #include <ucontext.h>
 #include <unistd.h>
@@ -15,12 +15,16 @@ namespace Vs::Kernel {
 
 namespace {
 
-constexpr int kSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL};
+// The last one comes of exceptions that nobody catches, as where the kernel gets no more memory.
+constexpr int kSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 constexpr size_t kStackSize = 64 * 1024;
 
-thread_local bool guarded = false;
-std::atomic<bool> standing = false;
+/// What the guard of this thread has to know; null if it has none.
+thread_local std::atomic<bool>* guarded = nullptr;
 struct sigaction before[std::size(kSignals)];
+/// The handlers are there for as long as any guard is.
+std::mutex handlersMutex;
+int guards = 0;
 
 /// Where the kernel's algorithms lie in memory: written once, before the first signal to stop.
 struct Stretch
@@ -48,10 +52,10 @@ uintptr_t placeIn(const void* context)
 #endif
 }
 
-/// The handlers block all signals, so that nothing wakes it.
+/// The handlers block all signals, so that nothing wakes it. The guard may be gone as soon as it knows.
 void standStill()
 {
-    standing = true;
+    *guarded = true;
     for (;;)
         pause();
 }
@@ -102,7 +106,9 @@ int addCode(dl_phdr_info* library, size_t, void*)
 
 CrashGuard::CrashGuard()
 {
-    standing = false;
+    const std::lock_guard lock(handlersMutex);
+    if (guards++ > 0)
+        return;
     struct sigaction own = {};
     own.sa_handler = broken;
     own.sa_flags = SA_ONSTACK;
@@ -113,19 +119,19 @@ CrashGuard::CrashGuard()
 
 CrashGuard::~CrashGuard()
 {
-    for (size_t i = 0; i < std::size(kSignals); ++i)
+    const std::lock_guard lock(handlersMutex);
+    for (size_t i = 0; i < std::size(kSignals) && guards == 1; ++i)
         sigaction(kSignals[i], &before[i], nullptr);
-}
-
-bool CrashGuard::stands() const
-{
-    return standing;
+    --guards;
 }
 
 void CrashGuard::stop(pthread_t thread)
 {
-    if (algorithmsCount == 0)
-        dl_iterate_phdr(addCode, nullptr);
+    {
+        const std::lock_guard lock(handlersMutex);
+        if (algorithmsCount == 0)
+            dl_iterate_phdr(addCode, nullptr);
+    }
     struct sigaction own = {};
     own.sa_sigaction = stopped;
     own.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_RESTART;
@@ -134,18 +140,18 @@ void CrashGuard::stop(pthread_t thread)
     pthread_kill(thread, stopSignal());
 }
 
-CrashGuard::Guarded::Guarded() : m_stack(std::make_unique<char[]>(kStackSize))
+CrashGuard::Guarded::Guarded(CrashGuard& guard) : m_stack(std::make_unique<char[]>(kStackSize))
 {
     stack_t stack = {};
     stack.ss_sp = m_stack.get();
     stack.ss_size = kStackSize;
     sigaltstack(&stack, &m_before);
-    guarded = true;
+    guarded = &guard.m_standing;
 }
 
 CrashGuard::Guarded::~Guarded()
 {
-    guarded = false;
+    guarded = nullptr;
     sigaltstack(&m_before, nullptr);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <csignal>
 #include <memory>
 #include <pthread.h>
@@ -9,7 +10,7 @@ namespace Vs::Kernel {
 /// Keeps the program alive when the kernel breaks down in a thread by a signal, such as that of an address
 /// that isn't there, and stops a kernel that doesn't come to an end: the thread stands still for good then,
 /// with all that it holds. It isn't unwound, since the kernel has lists of what stands on the stacks of
-/// threads. One guard at a time; the guarded thread makes no threads of its own.
+/// threads. A guard is for one thread, which makes no threads of its own.
 class [[nodiscard]] CrashGuard
 {
 public:
@@ -18,11 +19,11 @@ public:
     CrashGuard(const CrashGuard&) = delete;
     CrashGuard& operator=(const CrashGuard&) = delete;
 
-    /// Guards the calling thread for as long as it lives: a guard of its own makes room for handlers.
+    /// Puts the calling thread under the guard for as long as it lives; makes room for handlers.
     class [[nodiscard]] Guarded
     {
     public:
-        Guarded();
+        explicit Guarded(CrashGuard& guard);
         ~Guarded();
         Guarded(const Guarded&) = delete;
         Guarded& operator=(const Guarded&) = delete;
@@ -36,7 +37,10 @@ public:
     /// allocator, it could hold a lock that all others need. Whoever wants it asks again until it stands.
     void stop(pthread_t thread);
     /// Whether it broke down, or was stopped. Such a thread is never to be joined.
-    bool stands() const;
+    bool stands() const { return m_standing; }
+
+private:
+    std::atomic<bool> m_standing = false;
 };
 
 } // namespace Vs::Kernel

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/EditableModel.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Kernel/BodyMesher.h"
 #include "Server/DataModel/Kernel/EditLook.h"
 #include "Server/DataModel/Kernel/EditPlaces.h"
 #include "Server/DataModel/Kernel/EditSolids.h"
@@ -9,6 +10,7 @@
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/ShortestDistance.h"
 #include "Server/DataModel/Kernel/XdePaste.h"
+#include "Server/DataModel/Model/ForkedChild.h"
 #include "Server/DataModel/Private/ProgressText.h"
 
 #include <algorithm>
@@ -92,6 +94,34 @@ ShapeAnswer EditableModel::distance(const TopoDS_Shape& first, const TopoDS_Shap
         throw std::runtime_error(
             Strings::narrow(ProgressText::stoppedMeasuring(*end.fault == EditFault::Cancelled)));
     return measuring->answer;
+}
+
+std::shared_ptr<const BodyMesh> EditableModel::makeMesh(const TopoDS_Shape& shape,
+                                                        const ShapeColours& colours,
+                                                        const TranslatorRefinement& refinement,
+                                                        const std::function<bool(double)>& goOn)
+{
+    // A child makes no threads, and its end is nobody else's.
+    if (ForkedChild::is())
+        return XdeModel::makeMesh(shape, colours, refinement, goOn);
+    struct Work
+    {
+        TopoDS_Shape shape;
+        ShapeColours colours;
+        TranslatorRefinement refinement;
+        std::shared_ptr<const BodyMesh> mesh;
+    };
+    const auto meshing = std::make_shared<Work>(Work{shape, colours, refinement, nullptr});
+    const LongWorkEnd end =
+        runGuardedWork(goOn, [meshing](const Handle(Message_ProgressIndicator) & progress) {
+            meshing->mesh = meshBody(meshing->shape, meshing->colours, meshing->refinement, progress->Start(),
+                                     MeshThreads::Own);
+        });
+    if (end.abandoned)
+        keepForever(meshing);
+    if (end.fault)
+        throw std::runtime_error(Strings::narrow(ProgressText::stoppedMeshing(*end.fault)));
+    return meshing->mesh;
 }
 
 std::shared_ptr<const PartSuccessors> EditableModel::successors(uint64_t before, uint64_t after)

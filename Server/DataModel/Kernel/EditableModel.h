@@ -21,6 +21,10 @@ public:
 protected:
     /// What takes long can be cancelled, and doesn't keep the window from living.
     ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second) override;
+    /// A shape at which the mesher breaks down, or comes to no end, costs nothing but its mesh.
+    std::shared_ptr<const BodyMesh> makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,
+                                             const TranslatorRefinement& refinement,
+                                             const std::function<bool(double)>& goOn) override;
 
 private:
     std::optional<std::vector<std::string>> editSmall(const ModelEdit& edit);

@@ -47,7 +47,7 @@ class Worker
 public:
     explicit Worker(const std::function<void()>& work)
         : m_thread([this, &work] {
-              const CrashGuard::Guarded guarded;
+              const CrashGuard::Guarded guarded(m_guard);
               try {
                   work();
               } catch (...) {
@@ -89,18 +89,13 @@ private:
 };
 
 /// Whether the work is over by itself; else why it is to be stopped.
-std::optional<EditFault> watch(Worker& worker, const StopSign& sign, const std::wstring& title)
+std::optional<EditFault> watch(Worker& worker, const StopSign& sign, const std::function<bool(double)>& goOn)
 {
     const auto begin = Clock::now();
-    const Progress::CancelScope cancellable;
-    std::optional<ProgressScope> progress;
     while (!worker.isOverWithin(kBetweenLooks)) {
-        const auto passed = Clock::now() - begin;
-        if (passed > kQuiet && !progress)
-            progress.emplace(title);
-        if (progress ? !progress->update(sign.done()) : Progress::cancelled())
+        if (goOn && !goOn(sign.done()))
             return EditFault::Cancelled;
-        if (passed > kLongest)
+        if (Clock::now() - begin > kLongest)
             return EditFault::TooLong;
     }
     return std::nullopt;
@@ -110,20 +105,34 @@ std::optional<EditFault> watch(Worker& worker, const StopSign& sign, const std::
 
 void keepForever(std::shared_ptr<void> thing)
 {
+    static std::mutex mutex;
     static auto* const kept = new std::vector<std::shared_ptr<void>>;
+    const std::lock_guard lock(mutex);
     kept->push_back(std::move(thing));
 }
 
-LongWorkEnd runLongWork(const std::wstring& title,
-                        const std::function<void(const Handle(Message_ProgressIndicator) &)>& work)
+LongWorkEnd runLongWork(const std::wstring& title, const LongWorkBody& work)
 {
     assertMainThread();
+    const auto begin = Clock::now();
+    const Progress::CancelScope cancellable;
+    std::optional<ProgressScope> progress;
+    const auto goOn = [&](double done) {
+        if (!progress && Clock::now() - begin > kQuiet)
+            progress.emplace(title);
+        return progress ? progress->update(done) : !Progress::cancelled();
+    };
+    return runGuardedWork(goOn, work);
+}
+
+LongWorkEnd runGuardedWork(const std::function<bool(double)>& goOn, const LongWorkBody& work)
+{
     require(work != nullptr, "there is work to be done");
     const Handle(StopSign) sign = new StopSign;
     const std::function<void()> own = [&] { work(sign); };
     Worker worker(own);
     LongWorkEnd end;
-    end.fault = watch(worker, *sign, title);
+    end.fault = watch(worker, *sign, goOn);
     if (end.fault) {
         sign->stop();
         for (auto wait = Clock::duration(kGrace); !worker.isOverWithin(wait); wait = kBetweenLooks)

@@ -19,15 +19,20 @@ struct LongWorkEnd
     bool abandoned = false;
 };
 
-/// Keeps a thing from ever being taken apart.
+/// Keeps a thing from ever being taken apart. Any thread.
 void keepForever(std::shared_ptr<void> thing);
+
+using LongWorkBody = std::function<void(const Handle(Message_ProgressIndicator)&)>;
 
 /// Runs work that may break down (CrashGuard), take long or come to no end on a thread of its own. Where it
 /// isn't done at once, the caller's thread shows progress under that title, and a cancel
 /// (Progress) or two minutes stop it: by the indicator, where the kernel looks at that, else by leaving the
 /// work where it stands. Exceptions pass. Main thread.
-[[nodiscard]] LongWorkEnd
-runLongWork(const std::wstring& title,
-            const std::function<void(const Handle(Message_ProgressIndicator) &)>& work);
+[[nodiscard]] LongWorkEnd runLongWork(const std::wstring& title, const LongWorkBody& work);
+
+/// The same, which shows nothing: while the work goes on, the caller's thread tells `goOn` some twenty times
+/// a second what fraction is done; false cancels. Nothing else runs on the caller's thread meanwhile. It may
+/// be empty. Any thread.
+[[nodiscard]] LongWorkEnd runGuardedWork(const std::function<bool(double)>& goOn, const LongWorkBody& work);
 
 } // namespace Vs::Kernel

@@ -262,7 +262,7 @@ void addVertices(BodyMesh& mesh, const TopoDS_Shape& shape)
 } // namespace
 
 void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
-               const Message_ProgressRange& progress)
+               const Message_ProgressRange& progress, MeshThreads threads)
 {
     Bnd_Box box;
     BRepBndLib::AddClose(shape, box);
@@ -272,7 +272,7 @@ void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement
     parameters.Deflection =
         std::max(std::sqrt(box.SquareExtent()) * refinement.surfaceDeviation, kSmallestDeflection);
     parameters.Angle = refinement.normalDeviation * std::numbers::pi / 180.0;
-    parameters.InParallel = !ForkedChild::is();
+    parameters.InParallel = threads == MeshThreads::All && !ForkedChild::is();
     BRepMesh_IncrementalMesh mesher;
     mesher.SetShape(shape);
     mesher.ChangeParameters() = parameters;

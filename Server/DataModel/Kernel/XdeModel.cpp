@@ -1,21 +1,19 @@
 #include "Server/DataModel/Kernel/XdeModel.h"
 
+#include "Server/DataModel/Kernel/BodyMesher.h"
 #include "Server/DataModel/Kernel/Guarded.h"
 #include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/MeasureAngle.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
-#include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/PlacedAt.h"
 #include "Server/DataModel/Kernel/Recognise.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
-#include "Server/DataModel/Kernel/TriangleLimits.h"
 #include "Server/DataModel/Kernel/XdeEdit.h"
 #include "Server/DataModel/Kernel/XdeStorage.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
-#include <BRepBuilderAPI_Copy.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
@@ -135,21 +133,20 @@ std::shared_ptr<const PartSuccessors> XdeModel::successors(uint64_t, uint64_t)
 }
 
 std::shared_ptr<const BodyMesh> XdeModel::mesh(const std::string& entry,
-                                               const TranslatorRefinement& refinement)
+                                               const TranslatorRefinement& refinement,
+                                               const std::function<bool(double)>& goOn)
 {
     return guarded([&] {
         const TDF_Label label = bodyLabel(m_document, entry);
-        TopoDS_Shape shape = bodyShape(label);
-        // A mesh of another fineness must not take the place of the one that is shown.
-        if (refinement != TranslatorRefinement{})
-            shape = BRepBuilderAPI_Copy(shape, false, false).Shape();
-        meshShape(shape, refinement);
-        if (!hasTriangles(shape))
-            shape = bodyShape(label);
-        auto mesh = std::make_shared<BodyMesh>(extractMesh(shape, bodyColours(label)));
-        limitTriangles(*mesh, refinement);
-        return std::shared_ptr<const BodyMesh>(std::move(mesh));
+        return makeMesh(bodyShape(label), bodyColours(label), refinement, goOn);
     });
+}
+
+std::shared_ptr<const BodyMesh> XdeModel::makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,
+                                                   const TranslatorRefinement& refinement,
+                                                   const std::function<bool(double)>&)
+{
+    return meshBody(shape, colours, refinement);
 }
 
 BodyProperties XdeModel::properties(const std::string& entry, BodyMeasure what)

@@ -14,6 +14,7 @@
 namespace Vs::Kernel {
 
 class PlacedAt;
+struct ShapeColours;
 class SubShapes;
 
 /// An asset's model as an XDE document: labels of shapes with names, colours and places.
@@ -32,8 +33,8 @@ public:
     std::shared_ptr<const PartSuccessors> successors(uint64_t before, uint64_t after) override;
     std::vector<TouchedPlace> takeTouched() override;
     PartTree branches(const std::vector<std::string>& places, bool deep) override;
-    std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
-                                         const TranslatorRefinement& refinement) override;
+    std::shared_ptr<const BodyMesh> mesh(const std::string& entry, const TranslatorRefinement& refinement,
+                                         const std::function<bool(double)>& goOn) override;
     BodyProperties properties(const std::string& entry, BodyMeasure what) override;
     ShapeAnswer measurePart(const MeasuredShape& part, EMeasureType type) override;
     ShapeAnswer measurePair(const std::vector<MeasuredShape>& first, const std::vector<MeasuredShape>& second,
@@ -58,6 +59,10 @@ protected:
     XdeTransaction& transaction() { return m_transaction; }
     /// Finds a distance that isn't known yet.
     virtual ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second);
+    /// Meshes a body; see `mesh`.
+    virtual std::shared_ptr<const BodyMesh> makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,
+                                                     const TranslatorRefinement& refinement,
+                                                     const std::function<bool(double)>& goOn);
 
 private:
     const SubShapes& subShapes(const std::string& entry);

@@ -82,9 +82,11 @@ bool ModelBody::update(const PartTree::Body& part)
     return changed;
 }
 
-std::shared_ptr<const BodyMesh> ModelBody::meshFor(const TranslatorRefinement& refinement) const
+std::shared_ptr<const BodyMesh> ModelBody::meshFor(const TranslatorRefinement& refinement,
+                                                   const std::function<bool(double)>& goOn) const
 {
-    return m_source->withKernel([&](ModelKernel& kernel) { return kernel.mesh(m_part.entry, refinement); });
+    return m_source->withKernel(
+        [&](ModelKernel& kernel) { return kernel.mesh(m_part.entry, refinement, goOn); });
 }
 
 template <class Known, class Key, class Ask>

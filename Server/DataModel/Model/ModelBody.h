@@ -3,6 +3,7 @@
 #include "Server/Body/Body.h"
 #include "Server/DataModel/Model/ModelData.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -42,8 +43,10 @@ public:
     /// ModelKernel::solidsOfFaces, asked once; empty if the kernel can't tell.
     const std::vector<uint32_t>& solidsOfFaces() const;
     const std::shared_ptr<ModelSource>& source() const { return m_source; }
-    /// A mesh of another fineness, made for the caller alone. Throws std::runtime_error.
-    std::shared_ptr<const BodyMesh> meshFor(const TranslatorRefinement& refinement) const;
+    /// A mesh of another fineness, made for the caller alone. `goOn` as ModelKernel::mesh has it. Throws
+    /// std::runtime_error.
+    std::shared_ptr<const BodyMesh> meshFor(const TranslatorRefinement& refinement,
+                                            const std::function<bool(double)>& goOn = {}) const;
 
 private:
     std::shared_ptr<const BodyMesh> madeMesh() const;

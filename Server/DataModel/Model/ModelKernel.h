@@ -7,6 +7,7 @@
 #include "Server/DataModel/Model/ShapeMeasure.h"
 #include "Server/DataModel/Translator.h"
 
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -55,9 +56,11 @@ public:
     /// is its place. Places where nothing stands are passed over. `deep` tells whether what is below is
     /// wanted as well.
     virtual PartTree branches(const std::vector<std::string>& places, bool deep) = 0;
-    /// The mesh of a body, made if it isn't there yet.
+    /// The mesh of a body, made if it isn't there yet. While that takes long, `goOn` is told from time to
+    /// time what fraction is done, and cancels by returning false; it may be empty.
     virtual std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
-                                                 const TranslatorRefinement& refinement) = 0;
+                                                 const TranslatorRefinement& refinement,
+                                                 const std::function<bool(double)>& goOn) = 0;
     /// Those of the properties that belong to `what`, and the counts.
     virtual BodyProperties properties(const std::string& entry, BodyMeasure what) = 0;
     /// Measures a face, an edge or a vertex in the body's own coordinates. Each of the positions gives all of

@@ -53,6 +53,15 @@ std::wstring stoppedMeasuring(bool cancelled)
                      : DataModel::localized("MeasureTooHard", "the geometry kernel came to no end.");
 }
 
+std::wstring stoppedMeshing(EditFault why)
+{
+    if (why == EditFault::Crashed)
+        return DataModel::localized("MeshingCrashed", "the geometry kernel broke down at its shape");
+    return why == EditFault::Cancelled
+               ? DataModel::localized("MeshingCancelled", "it was cancelled")
+               : DataModel::localized("MeshingTooHard", "the geometry kernel came to no end with its shape");
+}
+
 std::wstring step(const std::string& english)
 {
     // The catalogue's header stands under the empty text.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Server/DataModel/Edit/ModelEdit.h"
+
 #include <string>
 
 /// What a progress display shows of this library's work, in the user's language. Main thread.
@@ -16,6 +18,8 @@ std::wstring changing(const std::wstring& name);
 std::wstring measuring();
 /// Why a measurement has no result: the person cancelled it, or it was given up.
 std::wstring stoppedMeasuring(bool cancelled);
+/// Why a body has no mesh: the same, or the kernel broke down.
+std::wstring stoppedMeshing(EditFault why);
 
 /// The step that a worker tells of, which it knows in English only.
 std::wstring step(const std::string& english);

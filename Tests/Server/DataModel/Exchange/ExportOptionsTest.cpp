@@ -6,20 +6,28 @@
 #include "Server/Body/Body.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/DocumentOpener.h"
+#include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/Types/LengthUnit.h"
 #include "Tests/Server/DataModel/Fixture.h"
+#include "Tests/Server/DataModel/KernelShapes.h"
 
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <numeric>
+#include <set>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 using namespace Vs;
 
@@ -251,6 +259,94 @@ private:
 };
 
 } // namespace
+
+namespace {
+
+std::set<int> threads()
+{
+    std::set<int> ids;
+    for (const auto& each : std::filesystem::directory_iterator("/proc/self/task"))
+        ids.insert(std::stoi(each.path().filename().string()));
+    return ids;
+}
+
+/// Does something when the work has gone on for a moment, and tells what it says: whether to go on.
+class Meanwhile : public ProgressSink
+{
+public:
+    explicit Meanwhile(std::function<bool()> what) : m_what(std::move(what)) { Progress::sink(this); }
+    ~Meanwhile() override { Progress::sink(nullptr); }
+    void begin(const std::wstring&) override {}
+    bool update(double, const std::wstring&) override { return ++m_asked < 4 || m_what(); }
+    void end() override {}
+
+private:
+    std::function<bool()> m_what;
+    int m_asked = 0;
+};
+
+} // namespace
+
+TEST_F(SavingTest, ABodyThatTheMesherHangsOrBreaksDownAtCostsOnlyTheExport)
+{
+    Asset* asset = newAsset();
+    ModelBuilder builder(asset);
+    builder.box(10, 20, 30, {{}, L"Block", {}}, status);
+    builder.sphere(10, {GkMatrix3d::translation({50, 0, 0}), L"Ball", {}}, status);
+    // With so small triangles the ball, which is one face, takes half a minute, and asks nobody meanwhile.
+    const auto endless = [](auto& options) { options.refinement().surfaceDeviation = 1e-7f; };
+    for (const char* name : {"hard.stl", "hard.obj", "hard.glb"}) {
+        SCOPED_TRACE(name);
+        {
+            const Meanwhile cancelling([] { return false; });
+            EXPECT_FALSE(save(asset, scratch(name), endless));
+        }
+        EXPECT_TRUE(status.isOk()) << Strings::narrow(status.toString());
+        {
+            const std::set<int> before = threads();
+            const Meanwhile breaking([&] {
+                for (const int each : threads())
+                    if (!before.contains(each))
+                        syscall(SYS_tgkill, getpid(), each, SIGSEGV);
+                return true;
+            });
+            EXPECT_FALSE(save(asset, scratch(name), endless));
+        }
+        EXPECT_NE(status.toString().find(L"\"Ball\" can't be meshed: the geometry kernel broke down"),
+                  std::wstring::npos)
+            << Strings::narrow(status.toString());
+        EXPECT_FALSE(boost::filesystem::exists(scratch(name)));
+        EXPECT_TRUE(save(asset, scratch(name), [](auto& options) {
+            options.refinement().normalDeviation = 5;
+        })) << Strings::narrow(status.toString());
+    }
+}
+
+TEST_F(SavingTest, AFinerMeshKeepsColoursOfFacesAndWhatIsTrianglesAlone)
+{
+    KernelShapes::writeMixed(Strings::narrow(scratch("mixed.brep")));
+    Document* mixed = open(scratch("mixed.brep"));
+    ASSERT_NE(mixed, nullptr) << Strings::narrow(status.toString());
+    const double area = areaOf(facets(mixed->activeAsset(), {}));
+    EXPECT_NEAR(area, 625, 1e-3);
+    EXPECT_NEAR(areaOf(facets(mixed->activeAsset(), {.normalDeviation = 5})), area, 1e-3);
+
+    Asset* asset = sample();
+    const Component& plate = *asset->components()->children.front();
+    const ObjectPath face{plate.id, ObjectPath::Leaf::Face, 2};
+    EditRequest* paint = EditRequest::make(asset, L"Colour", ColourEdit{{face}, Colour{0, 0, 1, 1}});
+    ASSERT_TRUE(paint->execute(asset, status)) << Strings::narrow(status.toString());
+    paint->destroy();
+    for (const float angle : {0.f, 5.f}) {
+        ASSERT_TRUE(save(asset, scratch("painted.obj"), [&](auto& options) {
+            if (angle > 0)
+                options.refinement().normalDeviation = angle;
+        }));
+        std::ifstream lines(Strings::narrow(scratch("painted.mtl")));
+        const std::string text{std::istreambuf_iterator<char>(lines), {}};
+        EXPECT_NE(text.find("\nKd 0 0 0.99999994\n"), std::string::npos) << angle << text;
+    }
+}
 
 TEST_F(SavingTest, CancellingOneOfSeveralFilesCancelsAllAndLeavesNothing)
 {
