@@ -1,0 +1,100 @@
+#include "Services/Itemhub/Access/Authentication.h"
+
+#include "Services/Itemhub/Access/OAuth.h"
+
+#include <cstdlib>
+
+namespace Itemhub::Access {
+
+namespace {
+
+using Store::TokenRecord;
+
+constexpr qint64 kClockSeconds = 300; ///< How far a client's clock may be off.
+
+Http::Problem unauthorized(const char* code, const std::string& detail)
+{
+    return Http::Problem(401, code, detail)
+        .with("WWW-Authenticate", std::string("Bearer realm=\"itemhub\", error=\"") + code + '"');
+}
+
+void requireGood(const TokenRecord& token)
+{
+    if (token.disabled)
+        throw unauthorized("account_disabled", "The account is disabled.");
+    if (token.expiresAt <= Store::now())
+        throw unauthorized("token_expired", "The token has expired.");
+}
+
+TokenRecord byBearer(Store::Connection& connection, const QString& text)
+{
+    const auto token = Store::findToken(connection, text.section('.', 0, 0));
+    // Nobody learns whether a token was ever there.
+    if (!token || token->consumer ||
+        !equalSecrets(hashOf(text.section('.', 1)).toLatin1(), token->hash.toLatin1()))
+        throw unauthorized("token_unknown", "The token is not one of this service.");
+    requireGood(*token);
+    return *token;
+}
+
+/// Everything but the token's age.
+TokenRecord bySignature(Store::Connection& connection, const MasterKey& key, const Http::Request& request,
+                        const QMap<QString, QString>& parameters, const QString& base)
+{
+    const qint64 seconds = Store::now() / 1000, stamp = parameters.value("oauth_timestamp").toLongLong();
+    if (std::abs(seconds - stamp) > kClockSeconds)
+        throw unauthorized("clock", "The request's time is " + std::to_string(std::abs(seconds - stamp)) +
+                                        " seconds from the service's; set the clock.");
+    const QString consumerKey = parameters.value("oauth_consumer_key"),
+                  name = parameters.value("oauth_token");
+    const auto token = Store::findToken(connection, name);
+    const QByteArray right =
+        signatureOf(signatureBase(request, parameters, base), parameters.value("oauth_signature_method"),
+                    consumerSecretOf(key, consumerKey), tokenSecretOf(key, name));
+    if (!token || !token->consumer || token->consumerKey != consumerKey ||
+        !equalSecrets(parameters.value("oauth_signature").toLatin1(), right))
+        throw unauthorized("signature", "The request's signature is not right.");
+    const QString nonce = parameters.value("oauth_nonce");
+    constexpr qsizetype kLongestNonce = 64;
+    if (nonce.isEmpty() || nonce.size() > kLongestNonce ||
+        !Store::useNonce(connection, consumerKey + name, stamp, nonce, seconds - 2 * kClockSeconds))
+        throw unauthorized("repeated", "The request came before.");
+    if (token->disabled)
+        throw unauthorized("account_disabled", "The account is disabled.");
+    return *token;
+}
+
+} // namespace
+
+TokenRecord authenticate(Store::Connection& connection, const MasterKey& key, const Http::Request& request,
+                         const QString& base)
+{
+    const std::string header = request.header("Authorization");
+    const QString text = QString::fromStdString(header), scheme = "Bearer ";
+    TokenRecord token;
+    if (text.startsWith(scheme, Qt::CaseInsensitive)) {
+        token = byBearer(connection, text.mid(scheme.size()).trimmed());
+    } else if (const auto parameters = signedParameters(header); !parameters.isEmpty()) {
+        token = bySignature(connection, key, request, parameters, base);
+        requireGood(token);
+    } else {
+        throw unauthorized("token_missing", "The request needs a token.");
+    }
+    const auto customer = request.parameter("customer");
+    if (customer && QString::fromStdString(*customer) != token.tenantName)
+        throw Http::Problem(403, "wrong_customer", "The token belongs to another customer.");
+    return token;
+}
+
+Granted exchange(Store::Connection& connection, const MasterKey& key, const Http::Request& request,
+                 const QString& base, qint64 lifetimeMs)
+{
+    const auto parameters = signedParameters(request.header("Authorization"));
+    const TokenRecord token = bySignature(connection, key, request, parameters, base);
+    if (!equalSecrets(hashOf(parameters.value("oauth_session_handle")).toLatin1(),
+                      token.sessionHash.toLatin1()))
+        throw unauthorized("session", "The session handle is not the token's.");
+    return renewSigned(connection, key, token.id, lifetimeMs);
+}
+
+} // namespace Itemhub::Access

@@ -1,0 +1,67 @@
+#include "Services/Itemhub/Admin/Backup.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace Itemhub::Admin {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void dump(const Store::DatabaseOptions& options, const fs::path& file)
+{
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("PGPASSWORD", options.password);
+    program.setProcessEnvironment(environment);
+    QStringList arguments{"--format=custom", "--file=" + QString::fromStdString(file),
+                          "--dbname=" + options.name};
+    if (!options.host.isEmpty())
+        arguments << "--host=" + options.host;
+    if (!options.user.isEmpty())
+        arguments << "--username=" + options.user;
+    if (options.port)
+        arguments << "--port=" + QString::number(options.port);
+    program.start("pg_dump", arguments);
+    if (!program.waitForFinished(-1) || program.exitStatus() != QProcess::NormalExit ||
+        program.exitCode() != 0)
+        throw std::runtime_error("pg_dump failed: " + program.readAllStandardError().toStdString() +
+                                 program.errorString().toStdString());
+}
+
+} // namespace
+
+void backup(Routes::Service& service, const QStringList& words)
+{
+    const fs::path folder = words[0].toStdString();
+    fs::create_directories(folder / "blobs");
+    fs::permissions(folder, fs::perms::owner_all);
+    // Under another name until it's whole.
+    const fs::path database = folder / "database", fresh = folder / "database.new";
+    fs::remove(fresh);
+    const QString statement = service.database.dialect().backup(QString::fromStdString(fresh));
+    if (statement.isEmpty())
+        dump(service.config.database, fresh);
+    else
+        service.database.connection().runBuilt(statement);
+    service.blobs.each([&](const std::string& sha256, int64_t) {
+        const fs::path target = folder / "blobs" / sha256.substr(0, 2) / sha256,
+                       part = target.string() + ".new";
+        if (fs::exists(target))
+            return;
+        fs::create_directories(target.parent_path());
+        fs::copy_file(fs::path(service.config.blobs.toStdString()) / sha256.substr(0, 2) / sha256, part,
+                      fs::copy_options::overwrite_existing);
+        fs::rename(part, target);
+    });
+    fs::copy_file(service.config.keyFile.toStdString(), folder / "service.key",
+                  fs::copy_options::overwrite_existing);
+    fs::rename(fresh, database);
+}
+
+} // namespace Itemhub::Admin

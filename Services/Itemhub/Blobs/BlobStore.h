@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Services/Itemhub/Blobs/Descriptor.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace Itemhub::Blobs {
+
+/// Where contents lie, by their SHA-256 in lower-case hexadecimal digits. Whoever has these four functions
+/// can hold them: a folder, also on a network, or a store of objects. Thread-safe, also between processes.
+class BlobStore
+{
+public:
+    virtual ~BlobStore() = default;
+
+    /// Keeps the content of a file, which stays where it is. When it returns, the content is on the disk.
+    /// @throws std::system_error
+    virtual void put(const std::string& sha256, const std::string& file) = 0;
+    /// @returns a descriptor, or an invalid one if there is no such content
+    [[nodiscard]] virtual Descriptor open(const std::string& sha256) const = 0;
+    /// @returns the size in bytes, or -1 if there is no such content
+    [[nodiscard]] virtual int64_t size(const std::string& sha256) const = 0;
+    virtual void remove(const std::string& sha256) = 0;
+};
+
+/// Contents as files in folders of two digits.
+class FolderBlobs : public BlobStore
+{
+public:
+    explicit FolderBlobs(std::string folder);
+
+    void put(const std::string& sha256, const std::string& file) override;
+    [[nodiscard]] Descriptor open(const std::string& sha256) const override;
+    [[nodiscard]] int64_t size(const std::string& sha256) const override;
+    void remove(const std::string& sha256) override;
+
+    /// Tells of each file: its hash as its name says, and its age in seconds.
+    void each(const std::function<void(const std::string& sha256, int64_t age)>& tell) const;
+
+private:
+    [[nodiscard]] std::string pathOf(const std::string& sha256) const;
+
+    std::string m_folder;
+};
+
+} // namespace Itemhub::Blobs

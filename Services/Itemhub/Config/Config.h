@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Services/Itemhub/Store/Dialect.h"
+
+#include <QString>
+
+namespace Itemhub {
+
+/// How a service runs.
+struct Config
+{
+    Store::DatabaseOptions database;
+    QString blobs;   ///< The folder of contents.
+    QString uploads; ///< The folder of what is being uploaded; on the same file system as the contents.
+    QString keyFile; ///< See Access::MasterKey.
+
+    QString address = "127.0.0.1";
+    int port = 8080;
+    QString url; ///< As clients see the service, without a slash at the end; empty for its own address.
+    bool behindProxy = false;
+    double requestsPerSecond = 200; ///< Of one client; 0 for no limit.
+    int connections = 512;          ///< At the same time.
+
+    qint64 largestUpload = 8LL << 30;     ///< Bytes.
+    qint64 announcedUploads = 64LL << 30; ///< Bytes that one account may have under way.
+    qint64 uploadHours = 48;              ///< Until an unfinished upload is forgotten.
+};
+
+/// Reads a configuration file in JSON. @throws std::runtime_error that names the file and what is wrong there
+[[nodiscard]] Config readConfig(const QString& file);
+/// All in one folder, which is made; for one user on this machine. @throws std::runtime_error
+[[nodiscard]] Config localConfig(const QString& folder);
+
+} // namespace Itemhub

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Services/Itemhub/Access/RateLimit.h"
+#include "Services/Itemhub/Access/Secrets.h"
+#include "Services/Itemhub/Blobs/BlobStore.h"
+#include "Services/Itemhub/Blobs/UploadFiles.h"
+#include "Services/Itemhub/Config/Config.h"
+#include "Services/Itemhub/Routes/EventWatch.h"
+#include "Services/Itemhub/Store/Database.h"
+
+#include <functional>
+
+namespace Itemhub::Routes {
+
+/// What all routes stand on. Nothing in here has to survive, nor be known to another process.
+struct Service
+{
+    explicit Service(Config given);
+
+    Config config;
+    Store::Database database;
+    Access::MasterKey key;
+    Blobs::FolderBlobs blobs;
+    Blobs::UploadFiles uploads;
+    Access::RateLimit rateLimit;
+    EventWatch events;
+};
+
+} // namespace Itemhub::Routes

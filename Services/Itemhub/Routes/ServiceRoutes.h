@@ -1,0 +1,11 @@
+#pragma once
+
+#include "Services/Itemhub/Routes/Call.h"
+
+namespace Itemhub::Routes {
+
+[[nodiscard]] Http::Response describeService(Call& call);
+[[nodiscard]] Http::Response tellHealth(Call& call); ///< 503 when the database doesn't answer.
+[[nodiscard]] Http::Response describeInterface(Call& call);
+
+} // namespace Itemhub::Routes

@@ -1,0 +1,307 @@
+#include "Services/Itemhub/Routes/UploadRoutes.h"
+
+#include "Services/Itemhub/Blobs/Digest.h"
+#include "Services/Itemhub/Routes/Json.h"
+#include "Services/Itemhub/Store/Attachments.h"
+#include "Services/Itemhub/Store/Uploads.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <algorithm>
+#include <optional>
+
+namespace Itemhub::Routes {
+
+namespace {
+
+using Blobs::Digest;
+using Blobs::UploadWriter;
+using Http::Problem;
+
+constexpr size_t kPiece = 256 * 1024;
+
+void requireProtocol(const Call& call)
+{
+    if (call.request.header("Tus-Resumable") != "1.0.0")
+        throw Problem(412, "protocol", "Uploads need Tus-Resumable: 1.0.0.").with("Tus-Version", "1.0.0");
+}
+
+qint64 headerNumber(const Call& call, const char* name)
+{
+    bool good = false;
+    const qint64 number = QString::fromStdString(call.request.header(name)).toLongLong(&good);
+    if (!good || number < 0)
+        throw Problem(400, "bad_header", std::string(name) + " must be a number.");
+    return number;
+}
+
+Store::Upload uploadOf(Call& call, const QString& id)
+{
+    const auto upload = Store::findUpload(call.store, id);
+    if (!upload || upload->account != call.account())
+        throw Problem(404, "no_upload", "There is no such upload.");
+    if (upload->expiresAt <= Store::now())
+        throw Problem(410, "upload_expired", "The upload has expired.");
+    return *upload;
+}
+
+std::string expiryOf(const Store::Upload& upload)
+{
+    return QLocale::c()
+        .toString(QDateTime::fromMSecsSinceEpoch(upload.expiresAt, Qt::UTC),
+                  "ddd, dd MMM yyyy hh:mm:ss 'GMT'")
+        .toStdString();
+}
+
+/// The file while nobody else writes to it.
+UploadWriter writerOf(Call& call, const QString& id)
+{
+    auto writer = call.service.uploads.write(id.toStdString());
+    if (!writer)
+        throw Problem(423, "upload_busy", "Another request is writing to this upload.")
+            .with("Retry-After", "1");
+    return std::move(*writer);
+}
+
+/// Keeps what came. What is killed in between is done again: each step may be repeated.
+void keep(Call& call, const Store::Upload& upload, UploadWriter& writer, const std::string& sha256)
+{
+    const std::string id = upload.id.toStdString();
+    if (!upload.wanted.isEmpty() && upload.wanted != QString::fromStdString(sha256)) {
+        writer.cutBack(0);
+        throw Problem(460, "wrong_hash", "What came has another SHA-256 than was announced; send it again.");
+    }
+    call.service.blobs.put(sha256, call.service.uploads.pathOf(id));
+    changing(call, [&] {
+        Store::addBlob(call.store, QString::fromStdString(sha256), upload.length);
+        Store::finishUpload(call.store, upload.id, QString::fromStdString(sha256));
+        return 0;
+    });
+    call.service.uploads.remove(id);
+}
+
+/// The checksum of the extension: an algorithm and the hash in Base64.
+struct Checksum
+{
+    std::optional<Digest> digest; ///< Of what comes.
+    std::string wanted;
+};
+
+void readChecksum(const Call& call, Checksum& checksum)
+{
+    const QString header = QString::fromStdString(call.request.header("Upload-Checksum"));
+    if (header.isEmpty())
+        return;
+    const QString algorithm = header.section(' ', 0, 0);
+    if (algorithm != "sha1" && algorithm != "sha256")
+        throw Problem(400, "bad_checksum", "Checksums are sha1 or sha256.");
+    checksum.digest.emplace(algorithm.toLatin1().constData());
+    checksum.wanted = QByteArray::fromBase64(header.section(' ', 1).toLatin1()).toStdString();
+}
+
+/// Writes the request's body. @returns whether it came to its end
+bool receive(Call& call, UploadWriter& writer, uint64_t length, Checksum& checksum, Digest* whole)
+{
+    std::string piece;
+    piece.reserve(kPiece);
+    const auto put = [&] {
+        if (checksum.digest)
+            checksum.digest->add(piece);
+        if (whole)
+            whole->add(piece);
+        writer.append(piece);
+        piece.clear();
+    };
+    bool tooLong = false;
+    const bool complete = call.request.readBody([&](const char* data, size_t size) {
+        tooLong = size > length - writer.offset() - piece.size();
+        if (tooLong)
+            return false;
+        if (piece.size() + size > kPiece)
+            put();
+        piece.append(data, size);
+        return true;
+    });
+    put();
+    if (tooLong)
+        throw Problem(413, "too_large", "More comes than the upload's length.");
+    return complete;
+}
+
+Http::Response offsetAnswer(const Store::Upload& upload, uint64_t offset)
+{
+    Http::Response response = nothing();
+    response.headers = {{"Upload-Offset", std::to_string(offset)}, {"Upload-Expires", expiryOf(upload)}};
+    return response;
+}
+
+QString wantedHash(const Call& call)
+{
+    // Name and value in Base64, several separated by commas.
+    for (const QString& entry : QString::fromStdString(call.request.header("Upload-Metadata")).split(','))
+        if (entry.trimmed().section(' ', 0, 0) == "sha256") {
+            const QString hash = QByteArray::fromBase64(entry.trimmed().section(' ', 1).toLatin1()).toLower();
+            constexpr qsizetype kDigits = 64;
+            if (hash.size() != kDigits || QByteArray::fromHex(hash.toLatin1()).size() != kDigits / 2)
+                throw Problem(400, "bad_checksum",
+                              "The metadata \"sha256\" must be a hash in hexadecimal digits.");
+            return hash;
+        }
+    return {};
+}
+
+} // namespace
+
+void addUploadAbilities(const Service& service, Http::Response& response)
+{
+    response.headers.insert(response.headers.end(),
+                            {{"Tus-Version", "1.0.0"},
+                             {"Tus-Extension", "creation,checksum,expiration,termination"},
+                             {"Tus-Checksum-Algorithm", "sha1,sha256"},
+                             {"Tus-Max-Size", std::to_string(service.config.largestUpload)}});
+}
+
+Http::Response beginUpload(Call& call)
+{
+    constexpr size_t kIdBytes = 18;
+    requireProtocol(call);
+    Store::Upload upload;
+    upload.length = headerNumber(call, "Upload-Length");
+    upload.wanted = wantedHash(call);
+    if (upload.length > call.service.config.largestUpload)
+        throw Problem(413, "too_large",
+                      "An upload must not exceed " + std::to_string(call.service.config.largestUpload) +
+                          " bytes.");
+    removeExpiredUploads(call.service);
+    upload.id = Access::randomText(kIdBytes);
+    upload.account = call.account();
+    upload.expiresAt = Store::now() + call.service.config.uploadHours * 3600 * 1000;
+    call.service.uploads.make(upload.id.toStdString());
+    changing(call, [&] {
+        if (Store::announcedBytes(call.store, call.account()) + upload.length >
+            call.service.config.announcedUploads)
+            throw Problem(413, "too_many_uploads", "The account has too many unfinished uploads.");
+        Store::addUpload(call.store, upload);
+        return 0;
+    });
+    Http::Response response;
+    response.status = 201;
+    response.headers = {{"Location", call.base + "/uploads/" + upload.id.toStdString()},
+                        {"Upload-Expires", expiryOf(upload)}};
+    return response;
+}
+
+Http::Response tellUpload(Call& call)
+{
+    requireProtocol(call);
+    const Store::Upload upload = uploadOf(call, call.text("upload"));
+    const int64_t size = call.service.uploads.size(upload.id.toStdString());
+    Http::Response response = offsetAnswer(
+        upload, static_cast<uint64_t>(upload.sha256.isEmpty() ? std::max<int64_t>(size, 0) : upload.length));
+    response.status = 200;
+    response.headers.emplace_back("Upload-Length", std::to_string(upload.length));
+    return response;
+}
+
+Http::Response continueUpload(Call& call)
+{
+    requireProtocol(call);
+    if (call.request.header("Content-Type") != "application/offset+octet-stream" ||
+        call.request.hasHeader("Content-Encoding"))
+        throw Problem(415, "bad_type", "An upload's bytes come as application/offset+octet-stream.");
+    const Store::Upload upload = uploadOf(call, call.text("upload"));
+    const auto length = static_cast<uint64_t>(upload.length);
+    const auto offset = static_cast<uint64_t>(headerNumber(call, "Upload-Offset"));
+    const auto requireOffset = [&](uint64_t right) {
+        if (offset != right)
+            throw Problem(409, "wrong_offset",
+                          "The upload has " + std::to_string(right) + " bytes; go on from there.")
+                .with("Upload-Offset", std::to_string(right));
+    };
+    if (!upload.sha256.isEmpty()) {
+        requireOffset(length);
+        return offsetAnswer(upload, length);
+    }
+    Checksum checksum;
+    readChecksum(call, checksum);
+    UploadWriter writer = writerOf(call, upload.id);
+    requireOffset(writer.offset());
+
+    // What comes in one piece is hashed on its way; the rest is read again when it's complete.
+    std::optional<Digest> whole;
+    if (offset == 0)
+        whole.emplace();
+    const bool complete = receive(call, writer, length, checksum, whole ? &*whole : nullptr);
+    if (checksum.digest && (!complete || checksum.digest->result() != checksum.wanted)) {
+        writer.cutBack(offset);
+        throw complete ? Problem(460, "wrong_checksum", "What came has another checksum; send it again.")
+                       : Problem(400, "cut", "The request ended early.");
+    }
+    if (!complete)
+        throw Problem(400, "cut", "The request ended early; what came is kept.");
+    const uint64_t reached = writer.offset();
+    if (reached == length) {
+        if (!whole) {
+            whole.emplace();
+            if (!Blobs::addFile(*whole, writer.descriptor(), 0, length))
+                throw std::system_error(EIO, std::generic_category(), "Cannot read an upload");
+        }
+        keep(call, upload, writer, whole->hexResult());
+    } else {
+        writer.flush();
+    }
+    return offsetAnswer(upload, reached);
+}
+
+Http::Response endUpload(Call& call)
+{
+    requireProtocol(call);
+    const Store::Upload upload = uploadOf(call, call.text("upload"));
+    changing(call, [&] {
+        Store::removeUpload(call.store, upload.id);
+        return 0;
+    });
+    call.service.uploads.remove(upload.id.toStdString());
+    return nothing();
+}
+
+void finishUpload(Call& call, const QString& id)
+{
+    const auto found = Store::findUpload(call.store, id);
+    // A repeated request finds it taken; its kept answer, or the transaction, will tell.
+    if (!found || !found->sha256.isEmpty())
+        return;
+    const Store::Upload upload = uploadOf(call, id);
+    UploadWriter writer = writerOf(call, id);
+    if (writer.offset() != static_cast<uint64_t>(upload.length))
+        throw Problem(409, "upload_incomplete",
+                      "The upload has " + std::to_string(writer.offset()) + " of " +
+                          std::to_string(upload.length) + " bytes.");
+    Digest whole;
+    if (!Blobs::addFile(whole, writer.descriptor(), 0, writer.offset()))
+        throw std::system_error(EIO, std::generic_category(), "Cannot read an upload");
+    keep(call, upload, writer, whole.hexResult());
+}
+
+QString takeUpload(Call& call, const QString& id)
+{
+    const Store::Upload upload = uploadOf(call, id);
+    if (upload.sha256.isEmpty())
+        throw Problem(409, "upload_incomplete", "The upload is not complete.");
+    if (call.service.blobs.size(upload.sha256.toStdString()) != upload.length)
+        throw Problem(409, "upload_lost", "The service lost what was uploaded; send it again.");
+    Store::removeUpload(call.store, id);
+    return upload.sha256;
+}
+
+void removeExpiredUploads(Service& service)
+{
+    Store::Connection& store = service.database.connection();
+    for (const QString& id : Store::expiredUploads(store)) {
+        service.uploads.remove(id.toStdString());
+        Store::removeUpload(store, id);
+    }
+}
+
+} // namespace Itemhub::Routes

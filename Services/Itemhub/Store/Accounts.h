@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Services/Itemhub/Store/Database.h"
+
+#include <optional>
+#include <vector>
+
+namespace Itemhub::Store {
+
+/// What somebody may do in a workspace, or a token at most; each includes those before it.
+enum class Role : int { None = 0, Reader = 1, Writer = 2, Admin = 3 };
+
+[[nodiscard]] QString nameOf(Role role);
+[[nodiscard]] std::optional<Role> roleOf(const QString& name);
+
+/// The workspace of a membership that holds for all of the tenant's.
+constexpr qint64 kAllWorkspaces = 0;
+
+struct Account
+{
+    qint64 id = 0, tenant = 0;
+    QString name, passwordHash;
+    bool disabled = false;
+};
+
+struct Member
+{
+    qint64 account = 0;
+    QString name;
+    Role role = Role::None;
+    bool everywhere = false; ///< By a membership of all workspaces.
+};
+
+/// @throws StoreError, of kind Conflict if the name is taken, as all that add something here
+qint64 addTenant(Connection& connection, const QString& name);
+[[nodiscard]] std::optional<qint64> findTenant(Connection& connection, const QString& name);
+
+qint64 addAccount(Connection& connection, qint64 tenant, const QString& name, const QString& passwordHash);
+[[nodiscard]] std::optional<Account> findAccount(Connection& connection, qint64 tenant, const QString& name);
+void setPassword(Connection& connection, qint64 account, const QString& passwordHash);
+void setDisabled(Connection& connection, qint64 account, bool disabled);
+
+/// Role::None ends a membership.
+void setMembership(Connection& connection, qint64 account, qint64 workspace, Role role);
+/// The higher of the account's roles in that workspace and in all.
+[[nodiscard]] Role roleIn(Connection& connection, qint64 account, qint64 workspace);
+[[nodiscard]] std::vector<Member> membersOf(Connection& connection, qint64 tenant, qint64 workspace);
+
+} // namespace Itemhub::Store

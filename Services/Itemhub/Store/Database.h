@@ -1,0 +1,122 @@
+#pragma once
+
+#include "Services/Itemhub/Store/Dialect.h"
+
+#include <QVariant>
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+class QSqlQuery;
+
+namespace Itemhub::Store {
+
+class Database;
+
+/// The rows that a statement answered; the statement is free again when this goes.
+class Rows
+{
+public:
+    explicit Rows(QSqlQuery& query) : m_query(&query) {}
+    ~Rows();
+    Rows(Rows&& other) noexcept : m_query(std::exchange(other.m_query, nullptr)) {}
+    Rows& operator=(Rows&&) = delete;
+
+    /// Goes to the next row, at first to the first; false behind the last.
+    bool next();
+    [[nodiscard]] qint64 number(int column) const; ///< 0 for null.
+    [[nodiscard]] double real(int column) const;
+    [[nodiscard]] QString text(int column) const; ///< Empty for null.
+    [[nodiscard]] bool isNull(int column) const;
+    [[nodiscard]] qint64 changed() const; ///< How many rows were changed.
+
+private:
+    QSqlQuery* m_query; ///< Belongs to the connection.
+};
+
+/// One thread's connection.
+class Connection
+{
+public:
+    explicit Connection(const Database& database, bool mayCreate = false);
+    ~Connection();
+
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    /// Runs a statement with a value for each "?". Statements are prepared once; so no value ever stands in
+    /// its text.
+    /// @throws StoreError
+    Rows run(std::string_view statement, std::initializer_list<QVariant> values = {});
+    /// The same for a statement that the dialect made.
+    Rows runBuilt(const QString& statement, std::initializer_list<QVariant> values = {});
+
+    [[nodiscard]] const Dialect& dialect() const;
+
+private:
+    friend class Transaction;
+
+    void runOnce(const QString& statement);
+    [[noreturn]] void fail(const QSqlError& error) const;
+
+    struct Hash
+    {
+        using is_transparent = void;
+        size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+    };
+
+    const Database& m_database;
+    QString m_name;
+    std::unordered_map<std::string, std::unique_ptr<QSqlQuery>, Hash, std::equal_to<>> m_statements;
+    int m_depth = 0; ///< Of transactions.
+    bool m_broken = false;
+};
+
+/// Changes that are made together or not at all. One within another belongs to that.
+class Transaction
+{
+public:
+    explicit Transaction(Connection& connection); ///< @throws StoreError
+    ~Transaction();                               ///< Takes everything back that wasn't committed.
+
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    /// @throws StoreError, and everything is taken back
+    void commit();
+
+private:
+    Connection& m_connection;
+    bool m_open = true;
+};
+
+/// The database, which has a connection for each thread that asks. Thread-safe.
+class Database
+{
+public:
+    /// Brings the database up to this program's version, and makes it if it's missing.
+    /// @throws StoreError, of kind Newer if a later version of the program has been at it
+    explicit Database(DatabaseOptions options);
+    ~Database();
+
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    /// This thread's connection.
+    [[nodiscard]] Connection& connection() const;
+    [[nodiscard]] const Dialect& dialect() const { return *m_dialect; }
+    [[nodiscard]] const DatabaseOptions& options() const { return m_options; }
+
+private:
+    DatabaseOptions m_options;
+    std::unique_ptr<Dialect> m_dialect;
+    quint64 m_number; ///< Which database of this process it is.
+};
+
+/// Milliseconds since 1970, in UTC.
+[[nodiscard]] qint64 now();
+
+} // namespace Itemhub::Store

@@ -1,0 +1,244 @@
+#include "Services/Itemhub/Store/Dialect.h"
+
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QUrl>
+
+#include <optional>
+#include <sys/stat.h>
+
+namespace Itemhub::Store {
+
+namespace {
+
+/// Among how many matches, the newest, ranking looks for the best: a word that every item has must not cost
+/// as much as there are items.
+constexpr int kRankedMatches = 4000;
+
+QString quoted(const QString& text)
+{
+    return '\'' + QString(text).replace('\'', "''") + '\'';
+}
+
+class Sqlite : public Dialect
+{
+public:
+    explicit Sqlite(const DatabaseOptions& options) : m_options(options) {}
+
+    QString driver() const override { return "QSQLITE"; }
+
+    void configure(QSqlDatabase& database, bool mayCreate) const override
+    {
+        // As an address, since only so can it be said that a missing file must not be made anew.
+        QUrl address = QUrl::fromLocalFile(m_options.name);
+        address.setQuery(mayCreate ? "mode=rwc" : "mode=rw");
+        database.setDatabaseName(address.toString(QUrl::FullyEncoded));
+        database.setConnectOptions(
+            QString("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(m_options.patienceMs));
+        if (!mayCreate)
+            requireSame();
+    }
+
+    QStringList settings() const override
+    {
+        // Readers and one writer at the same time; and what was answered is on the disk.
+        return {"PRAGMA journal_mode = WAL",   "PRAGMA synchronous = FULL", "PRAGMA foreign_keys = ON",
+                "PRAGMA trusted_schema = OFF", "PRAGMA cache_size = -8000", "PRAGMA temp_store = MEMORY"};
+    }
+
+    QString expanded(QString migration) const override
+    {
+        return migration.replace("@ID@", "INTEGER PRIMARY KEY AUTOINCREMENT").replace("@SEARCH@", "SELECT 1");
+    }
+
+    QString beginWriting() const override { return "BEGIN IMMEDIATE"; }
+    QString beforeEvent() const override { return {}; }
+
+    StoreError::Kind kindOf(const QSqlError& error) const override
+    {
+        // The low byte; the others say more than is needed.
+        switch (error.nativeErrorCode().toInt() & 0xff) {
+        case 5:
+        case 6:
+            return StoreError::Kind::Busy;
+        case 13:
+            return StoreError::Kind::Full;
+        case 8:
+        case 10:
+        case 11:
+        case 14:
+        case 26:
+            return StoreError::Kind::Gone;
+        case 19:
+            return StoreError::Kind::Conflict;
+        default:
+            return StoreError::Kind::Other;
+        }
+    }
+
+    void requireSame() const override
+    {
+        struct stat now
+        {
+        };
+        const bool there = ::stat(QFile::encodeName(m_options.name).constData(), &now) == 0;
+        if (there && !m_opened)
+            m_opened = now;
+        // A file that was removed could still be written, and all of it would be lost.
+        if (!there || now.st_ino != m_opened->st_ino || now.st_dev != m_opened->st_dev)
+            throw StoreError(StoreError::Kind::Gone, "The database's file " + m_options.name.toStdString() +
+                                                         " is no longer the one that was opened.");
+    }
+
+    // A table for each tenant: how often a word occurs elsewhere is nobody's business, nor may it cost time.
+    QStringList makeSearch(qint64 tenant) const override
+    {
+        return {QString("CREATE VIRTUAL TABLE %1 USING fts5(caption, text, tokenize = 'unicode61 "
+                        "remove_diacritics 2', "
+                        "prefix = '1 2 3')")
+                    .arg(table(tenant)),
+                QString("INSERT INTO %1(%1, rank) VALUES ('rank', 'bm25(8.0, 1.0)')").arg(table(tenant))};
+    }
+
+    QString unindex(qint64 tenant) const override
+    {
+        return QString("DELETE FROM %1 WHERE rowid = ?").arg(table(tenant));
+    }
+
+    QString index(qint64 tenant) const override
+    {
+        return QString("INSERT INTO %1(rowid, caption, text) VALUES (?, ?, ?)").arg(table(tenant));
+    }
+
+    QString search(qint64 tenant, bool ranked) const override
+    {
+        if (!ranked)
+            return QString("SELECT rowid, 0.0 FROM %1 WHERE %1 MATCH ? ORDER BY rowid DESC LIMIT ?")
+                .arg(table(tenant));
+        return QString("SELECT item, score FROM (SELECT rowid AS item, bm25(%1, 8.0, 1.0) AS score FROM %1 "
+                       "WHERE %1 MATCH ? ORDER BY rowid DESC LIMIT %2) AS matches ORDER BY score, item DESC "
+                       "LIMIT ?")
+            .arg(table(tenant))
+            .arg(kRankedMatches);
+    }
+
+    QString searchArgument(const QStringList& words) const override
+    {
+        QStringList terms;
+        for (QString word : words)
+            terms << '"' + word.replace('"', "\"\"") + "\"*";
+        return terms.join(' ');
+    }
+
+    QString backup(const QString& file) const override { return "VACUUM INTO " + quoted(file); }
+
+private:
+    static QString table(qint64 tenant) { return QString("search_%1").arg(tenant); }
+
+    DatabaseOptions m_options;
+    mutable std::optional<struct stat>
+        m_opened; ///< Set by the first connection, which is made before there are threads.
+};
+
+class Postgresql : public Dialect
+{
+public:
+    explicit Postgresql(const DatabaseOptions& options) : m_options(options) {}
+
+    QString driver() const override { return "QPSQL"; }
+
+    void configure(QSqlDatabase& database, bool) const override
+    {
+        database.setDatabaseName(m_options.name);
+        database.setHostName(m_options.host);
+        database.setUserName(m_options.user);
+        database.setPassword(m_options.password);
+        if (m_options.port)
+            database.setPort(m_options.port);
+        database.setConnectOptions("connect_timeout=5;application_name=quillet-itemhub");
+    }
+
+    QStringList settings() const override
+    {
+        return {QString("SET lock_timeout = %1").arg(m_options.patienceMs),
+                "SET client_min_messages = warning"};
+    }
+
+    QString expanded(QString migration) const override
+    {
+        return migration.replace("@ID@", "BIGINT GENERATED BY DEFAULT AS IDENTITY PRIMARY KEY")
+            .replace("@SEARCH@",
+                     "CREATE TABLE search (tenant_id BIGINT NOT NULL, item_id BIGINT NOT NULL PRIMARY KEY, "
+                     "words TSVECTOR NOT NULL);\nCREATE INDEX search_words ON search USING GIN (words)");
+    }
+
+    QString beginWriting() const override { return "BEGIN"; }
+    // Until the end of the transaction: else a reader could see serial 6 before 5, and never 5.
+    QString beforeEvent() const override { return "SELECT pg_advisory_xact_lock(1902537)"; }
+
+    StoreError::Kind kindOf(const QSqlError& error) const override
+    {
+        const QString state = error.nativeErrorCode();
+        if (state.startsWith("23"))
+            return StoreError::Kind::Conflict;
+        if (state.startsWith("55") || state.startsWith("40"))
+            return StoreError::Kind::Busy;
+        if (state.startsWith("53"))
+            return StoreError::Kind::Full;
+        if (state.startsWith("08") || state.startsWith("57") || state.isEmpty())
+            return StoreError::Kind::Gone;
+        return StoreError::Kind::Other;
+    }
+
+    void requireSame() const override {}
+
+    QStringList makeSearch(qint64) const override { return {}; }
+    QString unindex(qint64) const override { return "DELETE FROM search WHERE item_id = ?"; }
+
+    QString index(qint64 tenant) const override
+    {
+        return QString(
+                   "INSERT INTO search (tenant_id, item_id, words) VALUES (%1, ?, "
+                   "setweight(to_tsvector('simple', ?), 'A') || setweight(to_tsvector('simple', ?), 'D'))")
+            .arg(tenant);
+    }
+
+    QString search(qint64 tenant, bool ranked) const override
+    {
+        const QString matches =
+            QString("SELECT item_id, %2 FROM search, to_tsquery('simple', ?) AS query "
+                    "WHERE tenant_id = %1 AND words @@ query ORDER BY item_id DESC LIMIT ")
+                .arg(tenant)
+                .arg(ranked ? "-ts_rank(words, query) AS score" : "0.0 AS score");
+        if (!ranked)
+            return matches + '?';
+        return QString("SELECT item_id, score FROM (%1%2) AS matches ORDER BY score, item_id DESC LIMIT ?")
+            .arg(matches)
+            .arg(kRankedMatches);
+    }
+
+    QString searchArgument(const QStringList& words) const override
+    {
+        QStringList terms;
+        for (const QString& word : words)
+            terms << quoted(QString(word).replace('\\', "\\\\")) + ":*";
+        return terms.join(" & ");
+    }
+
+    QString backup(const QString&) const override { return {}; }
+
+private:
+    DatabaseOptions m_options;
+};
+
+} // namespace
+
+std::unique_ptr<Dialect> Dialect::of(const DatabaseOptions& options)
+{
+    if (options.driver == "postgresql")
+        return std::make_unique<Postgresql>(options);
+    return std::make_unique<Sqlite>(options);
+}
+
+} // namespace Itemhub::Store

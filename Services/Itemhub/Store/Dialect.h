@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Services/Itemhub/Store/StoreError.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class QSqlDatabase;
+class QSqlError;
+
+namespace Itemhub::Store {
+
+/// Which database, and how it is reached.
+struct DatabaseOptions
+{
+    QString driver = "sqlite"; ///< "sqlite" or "postgresql".
+    QString name;              ///< SQLite's file, or PostgreSQL's database.
+    QString host, user;        ///< Of PostgreSQL; empty for its own defaults.
+    QString password;          ///< Of PostgreSQL.
+    int port = 0;              ///< 0 for the default.
+    int patienceMs = 5000;     ///< How long a change waits for others'.
+};
+
+/// All in which the databases differ. Everything else is SQL that both understand.
+class Dialect
+{
+public:
+    [[nodiscard]] static std::unique_ptr<Dialect> of(const DatabaseOptions& options);
+
+    virtual ~Dialect() = default;
+
+    [[nodiscard]] virtual QString driver() const = 0; ///< Qt's name.
+    /// Sets name and options of a connection that isn't open yet.
+    virtual void configure(QSqlDatabase& database, bool mayCreate) const = 0;
+    /// What each new connection is told first.
+    [[nodiscard]] virtual QStringList settings() const = 0;
+    /// Replaces the placeholders of a migration.
+    [[nodiscard]] virtual QString expanded(QString migration) const = 0;
+
+    /// Begins a transaction that changes something. Two of them never wait for each other crosswise.
+    [[nodiscard]] virtual QString beginWriting() const = 0;
+    /// What a transaction runs before it notes an event, so that serials become visible in their order; may
+    /// be empty.
+    [[nodiscard]] virtual QString beforeEvent() const = 0;
+
+    [[nodiscard]] virtual StoreError::Kind kindOf(const QSqlError& error) const = 0;
+    /// @throws StoreError (Gone) if what is open is no longer what others would open
+    virtual void requireSame() const = 0;
+
+    /// What a new tenant's search needs; each is one statement.
+    [[nodiscard]] virtual QStringList makeSearch(qint64 tenant) const = 0;
+    /// Removes an item from its tenant's search; takes the item.
+    [[nodiscard]] virtual QString unindex(qint64 tenant) const = 0;
+    /// Adds one; takes item, caption, text.
+    [[nodiscard]] virtual QString index(qint64 tenant) const = 0;
+    /// Finds items: columns item and rank, best first. Takes what searchArgument makes of the words, and the
+    /// number wanted.
+    /// @param ranked by how well they match; else the newest first
+    [[nodiscard]] virtual QString search(qint64 tenant, bool ranked) const = 0;
+    /// @param words without blanks; each may be the beginning of a word
+    [[nodiscard]] virtual QString searchArgument(const QStringList& words) const = 0;
+
+    /// The statement that writes a whole copy to a file, or empty if a program of the database's own does
+    /// that.
+    [[nodiscard]] virtual QString backup(const QString& file) const = 0;
+};
+
+} // namespace Itemhub::Store

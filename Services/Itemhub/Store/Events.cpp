@@ -1,0 +1,74 @@
+#include "Services/Itemhub/Store/Events.h"
+
+#include <algorithm>
+
+namespace Itemhub::Store {
+
+namespace {
+
+QVariant idOrNull(qint64 id)
+{
+    return id ? QVariant(id) : QVariant();
+}
+
+} // namespace
+
+void addEvent(Connection& connection, qint64 tenant, qint64 account, const NewEvent& event)
+{
+    if (const QString first = connection.dialect().beforeEvent(); !first.isEmpty())
+        connection.runBuilt(first);
+    connection.run(
+        "INSERT INTO event (tenant_id, workspace_id, account_id, audience_id, kind, item_id, attachment_id, "
+        "version, created_at) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        {tenant, event.workspace, account, idOrNull(event.forSelf ? account : 0), QString(event.kind),
+         idOrNull(event.item), idOrNull(event.attachment), idOrNull(event.version), now()});
+}
+
+std::vector<Event> eventsAfter(Connection& connection, qint64 tenant, qint64 account, const Page& page)
+{
+    std::vector<Event> events;
+    Rows rows = connection.run(
+        "SELECT e.serial, e.kind, e.workspace_id, e.item_id, e.attachment_id, e.version, a.name, "
+        "e.created_at FROM event e JOIN account a ON a.id = e.account_id WHERE e.tenant_id = ? AND "
+        "e.serial > ? AND (e.audience_id IS NULL OR e.audience_id = ?) AND EXISTS (SELECT 1 FROM "
+        "membership m WHERE m.account_id = ? AND m.workspace_id IN (0, e.workspace_id)) "
+        "ORDER BY e.serial LIMIT ?",
+        {tenant, page.after, account, account, page.limit});
+    while (rows.next())
+        events.push_back({rows.number(0), rows.text(1), rows.number(2), rows.number(3), rows.number(4),
+                          rows.number(5), rows.text(6), rows.number(7)});
+    return events;
+}
+
+qint64 lastSerial(Connection& connection)
+{
+    Rows rows = connection.run("SELECT coalesce(max(serial), 0) FROM event");
+    return rows.next() ? rows.number(0) : 0;
+}
+
+void addAudit(Connection& connection, qint64 tenant, qint64 account, const QString& action,
+              const QString& subject, const QString& address)
+{
+    constexpr qsizetype kSubject = 255, kAddress = 64;
+    connection.run(
+        "INSERT INTO audit (tenant_id, account_id, action, subject, address, created_at) "
+        "VALUES (?, ?, ?, ?, ?, ?)",
+        {idOrNull(tenant), idOrNull(account), action, subject.left(kSubject), address.left(kAddress), now()});
+}
+
+std::vector<AuditRecord> auditTrail(Connection& connection, qint64 limit)
+{
+    std::vector<AuditRecord> records;
+    Rows rows =
+        connection.run("SELECT t.name, a.name, u.action, u.subject, u.address, u.created_at FROM audit u "
+                       "LEFT JOIN tenant t ON t.id = u.tenant_id LEFT JOIN account a ON a.id = u.account_id "
+                       "ORDER BY u.id DESC LIMIT ?",
+                       {limit});
+    while (rows.next())
+        records.push_back(
+            {rows.text(0), rows.text(1), rows.text(2), rows.text(3), rows.text(4), rows.number(5)});
+    std::reverse(records.begin(), records.end());
+    return records;
+}
+
+} // namespace Itemhub::Store

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Services/Itemhub/Store/Items.h"
+
+namespace Itemhub::Store {
+
+/// What happened, for those who listen. Ids that don't apply are 0.
+struct Event
+{
+    qint64 serial = 0; ///< Grows; a later event has a greater one.
+    QString kind;      ///< As "version.added".
+    qint64 workspace = 0, item = 0, attachment = 0, version = 0;
+    QString account; ///< Who did it.
+    qint64 at = 0;
+};
+
+struct NewEvent
+{
+    const char* kind;
+    qint64 workspace = 0, item = 0, attachment = 0, version = 0;
+    bool forSelf = false; ///< Nobody else's business, as a favourite.
+};
+
+void addEvent(Connection& connection, qint64 tenant, qint64 account, const NewEvent& event);
+/// Those that the account may see.
+[[nodiscard]] std::vector<Event> eventsAfter(Connection& connection, qint64 tenant, qint64 account,
+                                             const Page& page);
+/// Of all tenants.
+[[nodiscard]] qint64 lastSerial(Connection& connection);
+
+/// Notes what an administrator may want to know later.
+/// @param tenant, account 0 if unknown
+void addAudit(Connection& connection, qint64 tenant, qint64 account, const QString& action,
+              const QString& subject, const QString& address);
+
+struct AuditRecord
+{
+    QString tenant, account, action, subject, address;
+    qint64 at = 0;
+};
+/// The newest, oldest first.
+[[nodiscard]] std::vector<AuditRecord> auditTrail(Connection& connection, qint64 limit);
+
+} // namespace Itemhub::Store

@@ -1,0 +1,225 @@
+#include "Services/Itemhub/Store/Items.h"
+
+#include <QRegularExpression>
+
+namespace Itemhub::Store {
+
+namespace {
+
+// Whose favourites are told is the first value of each statement that begins so.
+const std::string kSelect =
+    "SELECT i.id, i.workspace_id, i.caption, i.description, i.revision, a.name, i.created_at, "
+    "i.changed_at, f.item_id FROM item i JOIN account a ON a.id = i.created_by "
+    "LEFT JOIN favourite f ON f.item_id = i.id AND f.account_id = ? ";
+const std::string kVisible = "EXISTS (SELECT 1 FROM membership m WHERE m.account_id = ? AND "
+                             "m.workspace_id IN (0, i.workspace_id)) ";
+
+const std::string kOne = kSelect + "WHERE i.id = ? AND i.deleted_at IS NULL";
+const std::string kVisibleOne = kSelect + "WHERE i.id = ? AND i.deleted_at IS NULL AND " + kVisible;
+const std::string kOfWorkspace =
+    kSelect + "WHERE i.workspace_id = ? AND i.deleted_at IS NULL AND i.id > ? ORDER BY i.id LIMIT ?";
+const std::string kLinked = kSelect +
+                            "JOIN item_link l ON l.linked_id = i.id WHERE l.item_id = ? AND "
+                            "i.deleted_at IS NULL AND i.id > ? AND " +
+                            kVisible + "ORDER BY i.id LIMIT ?";
+const std::string kFavourites = kSelect + "WHERE f.item_id IS NOT NULL AND i.deleted_at IS NULL AND " +
+                                kVisible + "ORDER BY f.created_at DESC, i.id DESC LIMIT ?";
+
+Item itemOf(const Rows& rows)
+{
+    Item item;
+    item.id = rows.number(0);
+    item.workspace = rows.number(1);
+    item.caption = rows.text(2);
+    item.description = rows.text(3);
+    item.revision = rows.number(4);
+    item.createdBy = rows.text(5);
+    item.createdAt = rows.number(6);
+    item.changedAt = rows.number(7);
+    item.favourite = !rows.isNull(8);
+    return item;
+}
+
+std::vector<Item> allOf(Rows rows)
+{
+    std::vector<Item> items;
+    while (rows.next())
+        items.push_back(itemOf(rows));
+    return items;
+}
+
+} // namespace
+
+qint64 addWorkspace(Connection& connection, qint64 tenant, const QString& name)
+{
+    Rows rows =
+        connection.run("INSERT INTO workspace (tenant_id, name, created_at) VALUES (?, ?, ?) RETURNING id",
+                       {tenant, name, now()});
+    return rows.next() ? rows.number(0) : 0;
+}
+
+std::vector<Workspace> workspacesOf(Connection& connection, qint64 tenant, qint64 account, const Page& page)
+{
+    std::vector<Workspace> workspaces;
+    Rows rows =
+        connection.run("SELECT w.id, w.name, max(m.role), w.created_at FROM workspace w JOIN membership m ON "
+                       "m.account_id = ? AND m.workspace_id IN (0, w.id) WHERE w.tenant_id = ? AND w.id > ? "
+                       "GROUP BY w.id, w.name, w.created_at ORDER BY w.id LIMIT ?",
+                       {account, tenant, page.after, page.limit});
+    while (rows.next())
+        workspaces.push_back(
+            {rows.number(0), rows.text(1), static_cast<Role>(rows.number(2)), rows.number(3)});
+    return workspaces;
+}
+
+std::optional<Workspace> findWorkspace(Connection& connection, qint64 tenant, qint64 account,
+                                       qint64 workspace)
+{
+    const auto found = workspacesOf(connection, tenant, account, {workspace - 1, 1});
+    return !found.empty() && found[0].id == workspace ? std::optional(found[0]) : std::nullopt;
+}
+
+qint64 addItem(Connection& connection, qint64 tenant, qint64 workspace, qint64 account,
+               const QString& caption, const QString& description)
+{
+    Transaction change(connection);
+    qint64 item = 0;
+    {
+        Rows rows = connection.run(
+            "INSERT INTO item (tenant_id, workspace_id, caption, description, revision, created_by, "
+            "created_at, changed_at) VALUES (?, ?, ?, ?, 1, ?, ?, ?) RETURNING id",
+            {tenant, workspace, caption, description, account, now(), now()});
+        item = rows.next() ? rows.number(0) : 0;
+    }
+    connection.runBuilt(connection.dialect().index(tenant), {item, caption, description});
+    change.commit();
+    return item;
+}
+
+std::optional<Item> findItem(Connection& connection, qint64 account, qint64 item)
+{
+    Rows rows = connection.run(kOne, {account, item});
+    return rows.next() ? std::optional(itemOf(rows)) : std::nullopt;
+}
+
+std::vector<Item> itemsOf(Connection& connection, qint64 workspace, qint64 account, const Page& page)
+{
+    return allOf(connection.run(kOfWorkspace, {account, workspace, page.after, page.limit}));
+}
+
+bool changeItem(Connection& connection, qint64 tenant, qint64 item, qint64 revision, const QString& caption,
+                const QString& description)
+{
+    Transaction change(connection);
+    const bool changed = connection
+                             .run("UPDATE item SET caption = ?, description = ?, revision = revision + 1, "
+                                  "changed_at = ? WHERE id = ? AND revision = ? AND deleted_at IS NULL",
+                                  {caption, description, now(), item, revision})
+                             .changed() > 0;
+    if (changed)
+        indexItem(connection, tenant, item);
+    change.commit();
+    return changed;
+}
+
+bool removeItem(Connection& connection, qint64 tenant, qint64 item, qint64 revision)
+{
+    Transaction change(connection);
+    const bool removed = connection
+                             .run("UPDATE item SET deleted_at = ?, revision = revision + 1 WHERE id = ? AND "
+                                  "deleted_at IS NULL AND (? = 0 OR revision = ?)",
+                                  {now(), item, revision, revision})
+                             .changed() > 0;
+    if (removed)
+        connection.runBuilt(connection.dialect().unindex(tenant), {item});
+    change.commit();
+    return removed;
+}
+
+void indexItem(Connection& connection, qint64 tenant, qint64 item)
+{
+    QString caption, text;
+    {
+        Rows rows = connection.run("SELECT caption, description FROM item WHERE id = ?", {item});
+        if (!rows.next())
+            return;
+        caption = rows.text(0);
+        text = rows.text(1);
+    }
+    {
+        Rows rows = connection.run(
+            "SELECT name FROM attachment WHERE item_id = ? AND deleted_at IS NULL ORDER BY id", {item});
+        while (rows.next())
+            text += '\n' + rows.text(0);
+    }
+    connection.runBuilt(connection.dialect().unindex(tenant), {item});
+    connection.runBuilt(connection.dialect().index(tenant), {item, caption, text});
+}
+
+bool addLink(Connection& connection, qint64 item, qint64 linked)
+{
+    return connection
+               .run("INSERT INTO item_link (item_id, linked_id, created_at) VALUES (?, ?, ?) ON CONFLICT DO "
+                    "NOTHING",
+                    {item, linked, now()})
+               .changed() > 0;
+}
+
+bool removeLink(Connection& connection, qint64 item, qint64 linked)
+{
+    return connection.run("DELETE FROM item_link WHERE item_id = ? AND linked_id = ?", {item, linked})
+               .changed() > 0;
+}
+
+std::vector<Item> linksOf(Connection& connection, qint64 account, qint64 item, const Page& page)
+{
+    return allOf(connection.run(kLinked, {account, item, page.after, account, page.limit}));
+}
+
+bool setFavourite(Connection& connection, qint64 account, qint64 item, bool favourite)
+{
+    if (!favourite)
+        return connection.run("DELETE FROM favourite WHERE account_id = ? AND item_id = ?", {account, item})
+                   .changed() > 0;
+    return connection
+               .run("INSERT INTO favourite (account_id, item_id, created_at) VALUES (?, ?, ?) ON CONFLICT DO "
+                    "NOTHING",
+                    {account, item, now()})
+               .changed() > 0;
+}
+
+std::vector<Item> favouritesOf(Connection& connection, qint64 account, qint64 limit)
+{
+    return allOf(connection.run(kFavourites, {account, account, limit}));
+}
+
+std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account, const QString& text,
+                         qint64 limit)
+{
+    static const QRegularExpression blanks("[^\\w]+", QRegularExpression::UseUnicodePropertiesOption);
+    constexpr qsizetype kMostWords = 8, kShort = 2;
+    // Some are not the asker's to see; so more are looked for than are wanted.
+    constexpr qint64 kSpare = 4;
+    const QStringList words = text.split(blanks, Qt::SkipEmptyParts).mid(0, kMostWords);
+    if (words.isEmpty())
+        return {};
+    const bool ranked = words.join(QString()).size() > kShort;
+    std::vector<qint64> found;
+    {
+        Rows rows = connection.runBuilt(connection.dialect().search(tenant, ranked),
+                                        {connection.dialect().searchArgument(words), limit * kSpare});
+        while (rows.next())
+            found.push_back(rows.number(0));
+    }
+    std::vector<Item> items;
+    for (const qint64 id : found) {
+        if (static_cast<qint64>(items.size()) == limit)
+            break;
+        Rows rows = connection.run(kVisibleOne, {account, id, account});
+        if (rows.next())
+            items.push_back(itemOf(rows));
+    }
+    return items;
+}
+
+} // namespace Itemhub::Store

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Services/Itemhub/Store/Accounts.h"
+
+namespace Itemhub::Store {
+
+struct Workspace
+{
+    qint64 id = 0;
+    QString name;
+    Role role = Role::None; ///< Of who asked.
+    qint64 createdAt = 0;
+};
+
+struct Item
+{
+    qint64 id = 0, workspace = 0;
+    QString caption, description;
+    qint64 revision = 0; ///< Grows with each change of caption and description.
+    QString createdBy;
+    qint64 createdAt = 0, changedAt = 0;
+    bool favourite = false; ///< Of who asked.
+};
+
+/// A part of a list: what comes behind an id, so many at most.
+struct Page
+{
+    qint64 after = 0;
+    qint64 limit = 100;
+};
+
+/// @throws StoreError of kind Conflict if the tenant has a workspace of that name
+qint64 addWorkspace(Connection& connection, qint64 tenant, const QString& name);
+/// Those in which the account has a role.
+[[nodiscard]] std::vector<Workspace> workspacesOf(Connection& connection, qint64 tenant, qint64 account,
+                                                  const Page& page);
+[[nodiscard]] std::optional<Workspace> findWorkspace(Connection& connection, qint64 tenant, qint64 account,
+                                                     qint64 workspace);
+
+qint64 addItem(Connection& connection, qint64 tenant, qint64 workspace, qint64 account,
+               const QString& caption, const QString& description);
+[[nodiscard]] std::optional<Item> findItem(Connection& connection, qint64 account, qint64 item);
+[[nodiscard]] std::vector<Item> itemsOf(Connection& connection, qint64 workspace, qint64 account,
+                                        const Page& page);
+/// @returns false if the item has no longer that revision, and nothing is changed
+[[nodiscard]] bool changeItem(Connection& connection, qint64 tenant, qint64 item, qint64 revision,
+                              const QString& caption, const QString& description);
+/// From then on nobody finds it; versions and their contents stay.
+/// @param revision 0 for any
+[[nodiscard]] bool removeItem(Connection& connection, qint64 tenant, qint64 item, qint64 revision);
+/// Brings the search up to date with the item and its attachments.
+void indexItem(Connection& connection, qint64 tenant, qint64 item);
+
+/// @returns false if the link was there
+bool addLink(Connection& connection, qint64 item, qint64 linked);
+bool removeLink(Connection& connection, qint64 item, qint64 linked);
+/// Those of the linked items that the account may see.
+[[nodiscard]] std::vector<Item> linksOf(Connection& connection, qint64 account, qint64 item,
+                                        const Page& page);
+
+bool setFavourite(Connection& connection, qint64 account, qint64 item, bool favourite);
+/// The newest first.
+[[nodiscard]] std::vector<Item> favouritesOf(Connection& connection, qint64 account, qint64 limit);
+
+/// Finds items by the beginnings of words, of those that the account may see. One or two letters are answered
+/// with the newest.
+[[nodiscard]] std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account,
+                                       const QString& text, qint64 limit);
+
+} // namespace Itemhub::Store
