@@ -49,8 +49,9 @@ struct DriveTraits
     bool movesOntoExisting = false; ///< MOVE with Overwrite replaces, and never loses the target.
     bool etagAfterPut = false;      ///< In the answer to a PUT.
     bool etagFromPropfind = false;
-    bool etagsDifferInOneTick = false; ///< Of two contents of equal size.
-    bool properties = false;           ///< PROPPATCH keeps dead properties.
+    bool etagsDifferInOneTick = false;     ///< Of two contents of equal size.
+    std::chrono::milliseconds etagTick{0}; ///< How long they may be the same, if they don't.
+    bool properties = false;               ///< PROPPATCH keeps dead properties.
     bool checksums = false;
     bool chunkedUpload = false; ///< By the server's capabilities.
     bool versions = false;

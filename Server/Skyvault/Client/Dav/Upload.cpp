@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QUuid>
 
+#include <chrono>
 #include <thread>
 
 namespace Vs::Cloud {
@@ -14,9 +15,6 @@ namespace {
 
 // Until a weak ETag has become a strong one: it is weak while its file is younger than a second.
 constexpr std::chrono::milliseconds kFirstSecond{1200};
-
-// More than the step of any clock that times of files, and by them ETags, are taken from.
-constexpr std::chrono::milliseconds kTick{20};
 
 /// What a gateway says is no word of the server behind it.
 bool isLost(const Answer& answer)
@@ -37,16 +35,24 @@ DriveResult Upload::run(DriveEntry& entry)
     if (DriveResult opened = openSource(); !opened.isOk())
         return opened;
     if (m_session.traits.locks) {
+        // Some servers make an empty file of a name that is locked, and don't say so.
+        DriveEntry before;
+        if (!m_upload.known) {
+            const DriveResult found = m_session.find(m_upload.path, before);
+            m_wasAbsent = found.state == CloudErrorState::NotFound;
+            if (!found.isOk() && !m_wasAbsent)
+                return found;
+        }
         DriveResult locked = Lock::take(m_session, m_upload.path, m_lock);
         if (!locked.isOk())
             return locked;
     }
     DriveResult result = underLock(entry);
-    if (!result.isOk() && m_lock && m_lock->madeFile() && !m_isWritten)
+    if (!result.isOk() && m_lock && m_isFresh && !m_isWritten)
         removeEmpty();
     // Another's file of the same size must not get the ETag of ours.
     if (m_isWritten && m_lock && !m_session.traits.etagsDifferInOneTick)
-        std::this_thread::sleep_for(kTick);
+        std::this_thread::sleep_until(m_writtenAt + m_session.traits.etagTick);
     m_lock.reset();
     return result;
 }
@@ -96,7 +102,8 @@ DriveResult Upload::compare()
         return found;
     if (m_before.isFolder)
         return failed(CloudErrorState::BadName, m_action, "a folder has this name");
-    if (m_lock && m_lock->madeFile() && m_before.size == 0)
+    m_isFresh = m_lock && m_before.size == 0 && (m_lock->madeFile() || m_wasAbsent);
+    if (m_isFresh)
         return {};
     m_isThere = true;
     if (!m_upload.known)
@@ -123,7 +130,7 @@ Headers Upload::conditions() const
         headers.push_back({"If-Match", QByteArray::fromStdString(m_before.etag)});
     else if (m_isThere && m_before.etag.empty() && m_upload.known && !m_upload.keepOther)
         headers.push_back({"If-Match", QByteArray::fromStdString(*m_upload.known)});
-    else if (!m_isThere && !(m_lock && m_lock->madeFile()) && m_session.traits.refusesExisting)
+    else if (!m_isThere && !m_isFresh && m_session.traits.refusesExisting)
         headers.push_back({"If-None-Match", "*"});
     return headers;
 }
@@ -138,12 +145,18 @@ Answer Upload::putTo(const std::string& path, Headers headers)
                               m_watch);
 }
 
+void Upload::wasWritten()
+{
+    m_isWritten = true;
+    m_writtenAt = std::chrono::steady_clock::now();
+}
+
 DriveResult Upload::put()
 {
     for (bool isFirst = true;; isFirst = false) {
         const Answer answer = putTo(m_upload.path, conditions());
         if (answer.isOk()) {
-            m_isWritten = true;
+            wasWritten();
             m_putEtag = answer.header("ETag").toStdString();
             return {};
         }
@@ -176,7 +189,8 @@ DriveResult Upload::putAfterAWhile()
         bool isUntouched = false;
         return settle(answer, isUntouched);
     }
-    m_isWritten = answer.isOk();
+    if (answer.isOk())
+        wasWritten();
     m_putEtag = answer.header("ETag").toStdString();
     return answer.status == 412 ? changed("another version came to be there meanwhile")
                                 : resultOf(answer, m_action);
@@ -209,7 +223,7 @@ DriveResult Upload::putAndMove()
     for (bool isFirst = true;; isFirst = false) {
         const Answer moved = m_session.ask("MOVE", hidden, headers);
         if (moved.isOk()) {
-            m_isWritten = true;
+            wasWritten();
             return {};
         }
         if (moved.status == 412)
@@ -230,7 +244,7 @@ DriveResult Upload::settle(const Answer& answer, bool& isUntouched)
     DriveEntry now;
     const DriveResult found = m_session.find(m_upload.path, now);
     if (found.isOk() && isOurs(now)) {
-        m_isWritten = true;
+        wasWritten();
         return {};
     }
     const bool isAbsent = found.state == CloudErrorState::NotFound;

@@ -25,6 +25,7 @@ private:
     DriveResult changed(const std::string& why) const;
 
     DriveResult write();
+    void wasWritten();
     DriveResult put();
     DriveResult putAndMove();
     Answer putTo(const std::string& path, Headers headers);
@@ -46,8 +47,11 @@ private:
     const std::string m_action;
     qint64 m_size = 0;
     std::unique_ptr<Lock> m_lock;
-    bool m_isThere = false; ///< A file that somebody wrote, before this save.
+    bool m_isThere = false;   ///< A file that somebody wrote, before this save.
+    bool m_wasAbsent = false; ///< Nothing had the name before it was locked.
+    bool m_isFresh = false;   ///< What has the name came to be by our lock.
     bool m_isWritten = false;
+    std::chrono::steady_clock::time_point m_writtenAt;
     DriveEntry m_before, m_after;
     std::string m_putEtag; ///< As the answer to PUT told it.
 };

@@ -26,8 +26,8 @@ bool Body::seek(qint64 position)
 {
     if (position != 0)
         return position == m_position;
-    // Also of a body without a byte: a request that makes a folder has one.
-    if (m_rewinds.fetch_sub(1) <= 0)
+    const bool isUntouched = m_position == 0 && !m_isSent;
+    if (!isUntouched && m_rewinds-- <= 0)
         return false;
     m_position = 0;
     return QIODevice::seek(0) && (!m_file.isOpen() || m_file.seek(m_offset));

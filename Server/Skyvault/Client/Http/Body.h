@@ -5,13 +5,11 @@
 #include <QFile>
 #include <QIODevice>
 
-#include <atomic>
-
 namespace Vs::Cloud {
 
 /// What a request sends. Qt sends a request anew by itself when its connection ends before an answer, and
-/// begins at the start of the body for that; this body doesn't go back to its start, so that nothing is
-/// repeated unless the server asked for it.
+/// begins at the start of the body for that; this body doesn't go back to its start when anything was sent,
+/// so that nothing is repeated unless the server asked for it.
 class Body : public QIODevice
 {
 public:
@@ -21,6 +19,8 @@ public:
     const std::string& trouble() const { return m_trouble; }
     /// Allows one way back to the start: the server has refused the request and asks who we are.
     void allowRewind() { m_rewinds = 1; }
+    /// The request has left, even if its body has no byte.
+    void isSent(bool sent) { m_isSent = sent; }
     /// Called when all has been read that is to be sent before the connection is cut.
     void atCut(std::function<void()> function) { m_atCut = std::move(function); }
 
@@ -38,7 +38,8 @@ private:
     qint64 m_offset = 0, m_size = 0, m_position = 0;
     std::optional<qint64> m_cut;
     std::function<void()> m_atCut;
-    std::atomic<int> m_rewinds = 0;
+    int m_rewinds = 0;
+    bool m_isSent = false;
     std::string m_trouble;
 };
 

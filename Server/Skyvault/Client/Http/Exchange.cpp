@@ -87,6 +87,7 @@ void Exchange::start(QNetworkAccessManager& manager)
 
 void Exchange::connectReply()
 {
+    QObject::connect(m_reply, &QNetworkReply::requestSent, this, [this] { m_body.isSent(true); });
     QObject::connect(m_reply, &QNetworkReply::readyRead, this, &Exchange::takeContent);
     QObject::connect(m_reply, &QNetworkReply::sslErrors, this, &Exchange::onSslErrors);
     QObject::connect(m_reply, &QNetworkReply::metaDataChanged, this, [this] { m_idle.start(m_patience); });
@@ -221,6 +222,9 @@ void Exchange::finish()
             m_answer.failure = failureOf(error);
             m_answer.wasReset = m_answer.failure.state == CloudErrorState::Unreachable && m_cause.isOk();
         }
+        // Qt may send the next request into a connection whose end was announced, and lose it there.
+        if (m_reply->rawHeader("Connection").toLower().contains("close"))
+            m_reply->manager()->clearConnectionCache();
         m_reply->deleteLater();
         m_reply->setParent(nullptr);
         m_reply = nullptr;
