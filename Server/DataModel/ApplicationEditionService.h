@@ -34,6 +34,8 @@ public:
     virtual std::vector<EditionLink> suggestboxLinks() const { return {}; }
     /// The steps of the tour through the window.
     virtual std::wstring tourGuideXmlPath() const { return {}; }
+    /// Whether the edition has no cloud drive.
+    virtual bool cloudDisabled() const { return false; }
     /// A text file whose first line is the newest version that there is.
     virtual std::wstring newestVersionPath() const { return {}; }
 };

@@ -5,6 +5,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/CloudIdentifiers.h"
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/HeldFiles.h"
@@ -77,6 +78,7 @@ void Document::takePath(const std::wstring& path)
 {
     m_path = path;
     m_comparablePath = path.empty() ? std::string() : Native::comparablePath(path).string();
+    m_cloudId = CloudIdentifiers::of(path, m_cloudId);
 }
 
 void Document::clearPath()

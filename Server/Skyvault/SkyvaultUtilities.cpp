@@ -137,7 +137,7 @@ std::wstring SkyvaultUtilities::getErrorString(CloudErrorState state)
 std::wstring SkyvaultUtilities::msgErrorOpenCloudLocal()
 {
     return localized("OpenCloudLocal",
-                     "The document %1% belongs to the cloud drive and can only be opened from there.");
+                     "A document of the cloud drive can only be opened from the cloud drive.");
 }
 
 bool SkyvaultUtilities::checkLocalFolders(const WPath& folder)

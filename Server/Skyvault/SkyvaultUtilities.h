@@ -26,7 +26,7 @@ public:
     {
         return getErrorString(static_cast<CloudErrorState>(state));
     }
-    /// "The document %1% belongs to ... ": why a file of the cache isn't opened as a local one.
+    /// Why a file of the cache isn't opened as a local one.
     static std::wstring msgErrorOpenCloudLocal();
 
     /// Makes a folder on this machine, with those above it.

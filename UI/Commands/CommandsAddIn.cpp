@@ -27,6 +27,12 @@
 #include "UI/Commands/Camera/ViewCmdDefs.h"
 #include "UI/Commands/Camera/ViewMenus.h"
 #include "UI/Commands/Camera/ZoomCmd.h"
+#include "UI/Commands/Cloud/CloudDocuments.h"
+#include "UI/Commands/Cloud/CloudOpenDocumentCmd.h"
+#include "UI/Commands/Cloud/CloudSaveAsCmd.h"
+#include "UI/Commands/Cloud/CloudSaveCmd.h"
+#include "UI/Commands/Cloud/CloudSessionCmds.h"
+#include "UI/Commands/Cloud/ShareCmd.h"
 #include "UI/Commands/CommandArgumentsTable.h"
 #include "UI/Commands/CommandsAddInIdentifier.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
@@ -142,6 +148,16 @@ private:
     ItemhubCurrentSimulationListCmdDef m_currentSimulationListCmdDef;
     ItemhubCurrentDocumentationCmdDef m_currentDocumentationCmdDef;
     ItemhubCurrentDocumentationListCmdDef m_currentDocumentationListCmdDef;
+    CloudLoginCmdDef m_cloudLoginCmdDef;
+    CloudLogoutCmdDef m_cloudLogoutCmdDef;
+    CloudUploadCmdDef m_cloudUploadCmdDef;
+    CloudListFilesCmdDef m_cloudListFilesCmdDef;
+    CloudSaveCmdDef m_cloudSaveCmdDef;
+    CloudOpenDocumentCmdDef m_cloudOpenDocumentCmdDef;
+    CloudSaveAsCmdDef m_cloudSaveAsCmdDef;
+    CloudManageCmdDef m_cloudManageCmdDef;
+    CloudCmdDef m_cloudCmdDef;
+    CloudSaveQATCmdDef m_cloudSaveQATCmdDef;
     AboutBoxCmdDef m_aboutBoxCmdDef;
     CancelCmdDef m_cancelCmdDef;
     CommitCmdDef m_commitCmdDef;
@@ -155,6 +171,7 @@ private:
     HideDesignFeedCmdDef m_hideDesignFeedCmdDef;
     ShowDesignFeedCmdDef m_showDesignFeedCmdDef;
     ProductTourGuideCmdDef m_productTourGuideCmdDef;
+    ShareCmdDef m_shareCmdDef;
     ShowCommandToolbarCmdDef m_showCommandToolbarCmdDef;
     HideCommandToolbarCmdDef m_hideCommandToolbarCmdDef;
     ShowNavigationToolbarCmdDef m_showNavigationToolbarCmdDef;
@@ -262,6 +279,7 @@ void CommandsAddIn::load()
     if (status.isError())
         Vs::warn(status.toString());
     CommandEventSource::get()->subscribe(this);
+    CloudDocuments::install();
     Application::get()->addWindowPart("libVuCommandsQT10.so");
 }
 
@@ -269,6 +287,7 @@ void CommandsAddIn::unload(bool last)
 {
     if (!last) {
         CommandEventSource::get()->unsubscribe(this);
+        CloudDocuments::uninstall();
         return;
     }
     delete m_notifications;

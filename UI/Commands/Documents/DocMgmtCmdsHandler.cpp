@@ -1,7 +1,9 @@
 #include "UI/Commands/Documents/DocMgmtCmdsHandler.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
+#include "Server/Skyvault/MeshportAuth.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -23,6 +25,7 @@ const DocMgmtCmdsHandler theHandler;
 
 constexpr int kClosingAccessPoint = 11;
 constexpr const wchar_t* kSaveDocumentCommand = L"SaveDocumentCommand";
+constexpr const wchar_t* kCloudSaveCommand = L"CloudSaveCommand";
 
 /// The buttons in the order in which they are added, which is what show() answers with.
 enum Answer { kSave = 0, kDontSave = 1, kCancel = 2 };
@@ -57,8 +60,11 @@ int ask(Vs::Document* document)
 
 void save(Vs::Document* document)
 {
-    CommandDefinition* definition =
-        CommandDefinitionMgr::get()->findCommandDefinitionById(kSaveDocumentCommand);
+    // The ordinary command refuses documents of the cloud drive.
+    const bool isCloud = !Vs::MeshportAuth::globalInstance()->cloudDisabled() &&
+                         Vs::PathInfo::isPathInCloudCache(document->path());
+    CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(
+        isCloud ? kCloudSaveCommand : kSaveDocumentCommand);
     if (!definition)
         return;
     CommandContext context = CommandContext::activeContext();

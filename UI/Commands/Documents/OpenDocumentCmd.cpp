@@ -10,6 +10,8 @@
 #include "Server/DataModel/DocumentOpener.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
+#include "Server/Skyvault/MeshportAuth.h"
+#include "Server/Skyvault/SkyvaultUtilities.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
@@ -47,10 +49,9 @@ Vs::Metrics::TimeMetric* const theOpenMetric =
 
 bool refusedAsCloudPath(const std::wstring& path, Vs::Status& status)
 {
-    if (!Vs::PathInfo::isPathInCloudCache(path))
+    if (Vs::MeshportAuth::globalInstance()->cloudDisabled() || !Vs::PathInfo::isPathInCloudCache(path))
         return false;
-    status.addError(localized("OpenOnCloudDocError",
-                              "A document of the cloud drive can only be opened from the cloud drive."));
+    status.addError(Vs::SkyvaultUtilities::msgErrorOpenCloudLocal());
     return true;
 }
 

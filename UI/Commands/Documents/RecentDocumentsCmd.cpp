@@ -2,6 +2,7 @@
 
 #include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Document.h"
+#include "Server/Skyvault/MeshportAuth.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/MessageBox.h"
@@ -116,8 +117,10 @@ void RecentDocumentsCmdDef::onListSelectionChanged(Info* item)
     CommandContext context = CommandContext::activeContext();
     context.addArgument(CommandContext::pathArgumentName(), path);
     context.accessPoint(kListAccessPoint);
+    const bool isCloud =
+        !Vs::MeshportAuth::globalInstance()->cloudDisabled() && Vs::PathInfo::isPathInCloudCache(path);
     CommandDefinition* open = CommandDefinitionMgr::get()->findCommandDefinitionById(
-        Vs::PathInfo::isPathInCloudCache(path) ? kCloudOpenCommand : OpenDocumentCmdDef::info()->key());
+        isCloud ? kCloudOpenCommand : OpenDocumentCmdDef::info()->key());
     if (open)
         ReplacingDocument::executeLater(open, context);
 }

@@ -6,6 +6,8 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentType.h"
+#include "Server/Skyvault/MeshportAuth.h"
+#include "Server/Skyvault/SkyvaultUtilities.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
@@ -35,9 +37,6 @@ constinit const CommandRow SaveDocumentAsCmdDef::kRow = {
 
 namespace {
 
-/// The cloud drive's trade name, which is the same in every language.
-constexpr const wchar_t* kCloudDrive = L"Skyvault";
-
 DocumentSession* documentSessionOf(const CommandContext& context)
 {
     if (auto* given =
@@ -60,7 +59,8 @@ void refuseCloudPath(const std::wstring& path)
     MessageBox box(localizedFormat("SaveOnCloudDocError",
                                    "The document %1% has been saved to the cloud.  You must use the Save to "
                                    "%2% command for this operation",
-                                   boost::filesystem::path(path).filename().wstring(), kCloudDrive));
+                                   boost::filesystem::path(path).filename().wstring(),
+                                   Vs::SkyvaultUtilities::getCloud_TM()));
     box.addButton(kOkButton);
     box.icon(kWarningIcon);
     box.show();
@@ -147,7 +147,8 @@ void SaveDocumentCmd::onExecute(Vs::Status& status)
         document->clearPath();
         document->displayName(name);
     };
-    if (Vs::PathInfo::isPathInCloudCache(document->path())) {
+    if (!Vs::MeshportAuth::globalInstance()->cloudDisabled() &&
+        Vs::PathInfo::isPathInCloudCache(document->path())) {
         refuseCloudPath(document->path());
         giveUp();
         return;

@@ -10,6 +10,11 @@
 #include "UI/Commands/ActiveCommandCmds.h"
 #include "UI/Commands/Camera/OrbiconCmds.h"
 #include "UI/Commands/Camera/ViewCmdDefs.h"
+#include "UI/Commands/Cloud/CloudOpenDocumentCmd.h"
+#include "UI/Commands/Cloud/CloudSaveAsCmd.h"
+#include "UI/Commands/Cloud/CloudSaveCmd.h"
+#include "UI/Commands/Cloud/CloudSessionCmds.h"
+#include "UI/Commands/Cloud/ShareCmd.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/ExportCmd.h"
 #include "UI/Commands/Documents/NewDocumentCmd.h"
@@ -72,6 +77,14 @@ void firstPath(const Parameters& parameters, CommandContext& context)
 {
     if (parameters.parameters() != 0)
         addPath(context, parameters[0]);
+}
+
+void userAndPassword(const Parameters& parameters, CommandContext& context)
+{
+    if (parameters.parameters() != 2)
+        return;
+    context.addArgument(CloudLoginCmdDef::userArgumentName(), parameters[0]);
+    context.addArgument(CloudLoginCmdDef::passwordArgumentName(), parameters[1]);
 }
 
 void documentSession(const Parameters& parameters, CommandContext& context)
@@ -218,6 +231,15 @@ constexpr WrapperRow kOpenDocument      = {kArea, L"OpenDocumentCmd",      L"<fi
 constexpr WrapperRow kRecentDocuments   = {kArea, L"RecentDocumentsCmd",   L"<asset_type> Recent Documents", "%s%s", &RecentDocumentsCmdDef::info};
 constexpr WrapperRow kSaveDocumentAs    = {kArea, L"SaveDocumentAsCmd",    L"Save the active document as a new one.", "", &SaveDocumentAsCmdDef::info, sessionAndPath};
 constexpr WrapperRow kSaveDocument      = {kArea, L"SaveDocumentCmd",      L"Save the active document.", "", &SaveDocumentCmdDef::info, sessionAndPath};
+constexpr WrapperRow kCloudListFiles    = {kArea, L"CloudListFilesCmd",    L"List Files Command.", "", &CloudListFilesCmdDef::info};
+constexpr WrapperRow kCloudLogin        = {kArea, L"CloudLoginCmd",        L"<userid> <password> Log on to cloud.", "", &CloudLoginCmdDef::info, userAndPassword, kGlobal};
+constexpr WrapperRow kCloudLogout       = {kArea, L"CloudLogoutCmd",       L"Log off cloud.", "", &CloudLogoutCmdDef::info};
+constexpr WrapperRow kCloudManage       = {kArea, L"CloudManageCmd",       L"Call manaage from cloud.", "", &CloudManageCmdDef::info};
+constexpr WrapperRow kCloudOpenDocument = {kArea, L"CloudOpenDocumentCmd", L"<filename> Log on to cloud.", "%s", &CloudOpenDocumentCmdDef::info, onePath, kGlobal};
+constexpr WrapperRow kCloudSave         = {kArea, L"CloudSaveCmd",         L"<filename> Save document to Cloud.", "%s", &CloudSaveCmdDef::info, onePath, kGlobal};
+constexpr WrapperRow kCloudSaveAs       = {kArea, L"CloudSaveAsCmd",       L"<filename> Save as document to Cloud.", "%s", &CloudSaveAsCmdDef::info, onePath, kGlobal};
+constexpr WrapperRow kCloudSaveQAT      = {kArea, L"CloudSaveQATCmd",      L"<filename> Save document to Cloud", "%s", &CloudSaveQATCmdDef::info, onePath, kGlobal};
+constexpr WrapperRow kShare             = {kArea, L"ShareCmd",             L"Share menu item.", "", &ShareCmdDef::info};
 constexpr WrapperRow kRunScript         = {kArea, L"RunScriptCmd",         L"<filename> Runs the specified python script.", "%s", &RunScriptCmdDef::info, firstPath, kGlobal};
 constexpr WrapperRow kAssetShell        = {kArea, L"AssetShellCmd",        L"<AssetSession> Activate asset shell.", "", &AssetShellCmdDef::info, assetSession};
 constexpr WrapperRow kManagementShell   = {kArea, L"ManagementShellCmd",   L"Activate management shell.", "", &ManagementShellCmdDef::info};
@@ -306,6 +328,15 @@ Wrapper<kOpenDocument> TextCmdVuCommandsOpenDocumentCmd;
 Wrapper<kRecentDocuments> TextCmdVuCommandsRecentDocumentsCmd;
 Wrapper<kSaveDocumentAs> TextCmdVuCommandsSaveDocumentAsCmd;
 Wrapper<kSaveDocument> TextCmdVuCommandsSaveDocumentCmd;
+Wrapper<kCloudListFiles> TextCmdVuCommandsCloudListFilesCmd;
+Wrapper<kCloudLogin> TextCmdVuCommandsCloudLoginCmd;
+Wrapper<kCloudLogout> TextCmdVuCommandsCloudLogoutCmd;
+Wrapper<kCloudManage> TextCmdVuCommandsCloudManageCmd;
+Wrapper<kCloudOpenDocument> TextCmdVuCommandsCloudOpenDocumentCmd;
+Wrapper<kCloudSave> TextCmdVuCommandsCloudSaveCmd;
+Wrapper<kCloudSaveAs> TextCmdVuCommandsCloudSaveAsCmd;
+Wrapper<kCloudSaveQAT> TextCmdVuCommandsCloudSaveQATCmd;
+Wrapper<kShare> TextCmdVuCommandsShareCmd;
 Wrapper<kRunScript> TextCmdVuCommandsRunScriptCmd;
 Wrapper<kAssetShell> TextCmdVuCommandsAssetShellCmd;
 Wrapper<kManagementShell> TextCmdVuCommandsManagementShellCmd;

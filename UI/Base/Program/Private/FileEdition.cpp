@@ -19,6 +19,7 @@ struct FileEdition::Content
 {
     std::wstring help, feedback, discussion, videos, tour, newestVersion;
     std::vector<EditionLink> suggestbox;
+    bool cloudDisabled = false;
 };
 
 namespace {
@@ -47,6 +48,14 @@ public:
             }
         }
         return links;
+    }
+
+    bool flag(const char* member) const
+    {
+        const QJsonValue value = m_object.value(QLatin1String(member));
+        if (!value.isBool() && !value.isUndefined())
+            complain(member, "is neither true nor false");
+        return value.toBool();
     }
 
 private:
@@ -104,6 +113,7 @@ const FileEdition::Content& FileEdition::content() const
             .tour = reader.address("tour"),
             .newestVersion = reader.address("newestVersion"),
             .suggestbox = reader.links("suggestbox"),
+            .cloudDisabled = reader.flag("cloudDisabled"),
         });
     }
     return *m_content;
@@ -142,6 +152,11 @@ std::wstring FileEdition::tourGuideXmlPath() const
 std::wstring FileEdition::newestVersionPath() const
 {
     return content().newestVersion;
+}
+
+bool FileEdition::cloudDisabled() const
+{
+    return content().cloudDisabled;
 }
 
 } // namespace Vu

@@ -9,8 +9,8 @@
 namespace Vu {
 
 /// The edition that a file describes: a JSON object with the members "help", "feedback", "discussion",
-/// "videos", "tour" and "newestVersion", all texts, and "suggestbox", a list of objects with "title" and
-/// "address". All may be missing. An address that is none of the web is the path of a file, seen from the
+/// "videos", "tour" and "newestVersion", all texts, "suggestbox", a list of objects with "title" and
+/// "address", and "cloudDisabled", true in an edition without a cloud drive. All may be missing. An address that is none of the web is the path of a file, seen from the
 /// root of the running tree.
 ///
 /// Read at the first question. What is wrong with the file is told once, and counts as missing. Main thread
@@ -28,6 +28,7 @@ public:
     std::vector<Vs::Services::EditionLink> suggestboxLinks() const override;
     std::wstring tourGuideXmlPath() const override;
     std::wstring newestVersionPath() const override;
+    bool cloudDisabled() const override;
 
 private:
     struct Content;

@@ -1,0 +1,61 @@
+#include "UI/Commands/Cloud/CloudCommands.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentType.h"
+#include "Server/Skyvault/MeshportAuth.h"
+#include "Server/Skyvault/SkyvaultUtilities.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Commands/Documents/CloseDocumentCmd.h"
+
+#include <algorithm>
+
+namespace Vu::Commands {
+
+Info cloudInfo(const CommandRow& row)
+{
+    Info info = makeInfo(row);
+    if (info.name().ends_with(L' '))
+        info.changeAppearance(info.name() + Vs::SkyvaultUtilities::getCloud_TM(), info.icon());
+    return info;
+}
+
+bool cloudIsEnabled()
+{
+    return !Vs::MeshportAuth::globalInstance()->cloudDisabled();
+}
+
+Vs::Metrics::TimeMetric* cloudMetric(const char* name)
+{
+    return Vs::Metrics::TimeMetric::make(Vs::UniqueString::find(name, true), Vs::Strings::widen(name));
+}
+
+DocumentSession* cloudDocumentSession(const CommandContext& context)
+{
+    if (auto* given =
+            Vs::cast<DocumentSession>(context.argument(CloseDocumentCmdDef::documentSessionArgumentName())))
+        return given;
+    const AssetSession* session = context.assetSession();
+    return session ? session->documentSession() : nullptr;
+}
+
+bool cloudLogin()
+{
+    return Vs::MeshportAuth::globalInstance()->login(Vs::CloudLoginDialog::LogIn);
+}
+
+bool isSamePath(const std::wstring& a, const std::wstring& b)
+{
+    const auto plain = [](wchar_t letter) { return letter == L'\\' ? L'/' : letter; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [&](wchar_t one, wchar_t other) { return plain(one) == plain(other); });
+}
+
+std::wstring cloudFilter(const Vs::Document& document)
+{
+    const Vs::DocumentType& type = *document.documentType();
+    return type.name() + L" (*" + type.extension() + L")";
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,150 @@
+#include "UI/Commands/Cloud/CloudDocuments.h"
+
+#include "Server/Base/Task.h"
+#include "Server/DataModel/ApplicationEditionService.h"
+#include "Server/DataModel/CloudIdentifiers.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentEvents.h"
+#include "Server/DataModel/DocumentMgr.h"
+#include "Server/Skyvault/CloudCacheManager.h"
+#include "Server/Skyvault/CloudEvents.h"
+#include "Server/Skyvault/MeshportAuth.h"
+#include "Server/Skyvault/SkyvaultUtilities.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/MessageBox.h"
+#include "UI/Base/Program/Notifications.h"
+#include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Commands/Localized.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <memory>
+
+namespace Vu::Commands {
+namespace {
+
+constexpr const wchar_t* kSender = L"CloudConflict";
+/// How long what waits waits for the drive, before it is tried again.
+constexpr int kRetryInterval = 60'000;
+
+/// One notification for each file.
+void forgetConflict(const boost::filesystem::path& file)
+{
+    auto* center = Vs::NotificationCenter::get();
+    std::vector<Vs::Notification*> earlier;
+    center->notificationsByClientID(kSender, earlier);
+    for (Vs::Notification* notification : earlier)
+        if (notification->file() == file.wstring())
+            center->remove(notification);
+}
+
+class Listener : public Vs::CloudEventSite
+{
+public:
+    Listener() { Vs::CloudEventSource::get()->subscribe(this); }
+    ~Listener() override { Vs::CloudEventSource::get()->unsubscribe(this); }
+
+private:
+    void cloudSessionChanged(Vs::CloudEvent*) override { retry(); }
+    void cloudFileStateChanged(Vs::CloudEvent* event) override
+    {
+        const Vs::CloudFileState state = Vs::CloudCacheManager::getInstance()->state(event->file());
+        if (state == Vs::CloudFileState::Clean)
+            forgetConflict(event->file());
+        if (state == Vs::CloudFileState::Waiting)
+            retry();
+    }
+    void cloudFileConflicted(Vs::CloudEvent* event) override
+    {
+        forgetConflict(event->file());
+        Vs::NotificationRequest request;
+        request.title = localizedFormat("CloudConflict", "%1% was not saved to the drive",
+                                        event->file().filename().wstring());
+        request.text = event->text();
+        request.file = event->file().wstring();
+        request.clientID = kSender;
+        request.type = Vs::NotificationType::makeByType(Vs::NotificationType::Offer);
+        request.actions = {{localized("CloudSaveCopy", "Save a Copy"),
+                            [file = event->file()] { CloudDocuments::saveConflictCopy(file); }, false}};
+        Vs::NotificationCenter::get()->sendNotification(std::move(request));
+    }
+    void cloudFileArrived(Vs::CloudEvent* event) override
+    {
+        Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
+        if (Vs::Document* document = manager ? manager->document(event->file().wstring()) : nullptr)
+            document->setCloudId(Vs::CloudCacheManager::getInstance()->identifier(event->file()));
+    }
+
+    /// A run without a main loop sends what waits at its next sign-in.
+    void retry()
+    {
+        if (m_timer || !QCoreApplication::instance() || Application::headless())
+            return;
+        m_timer = std::make_unique<QTimer>();
+        QObject::connect(m_timer.get(), &QTimer::timeout,
+                         [] { Vs::CloudCacheManager::getInstance()->uploadWaiting(); });
+        QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, m_timer.get(),
+                         &QTimer::stop);
+        m_timer->start(kRetryInterval);
+    }
+
+    std::unique_ptr<QTimer> m_timer;
+};
+
+std::unique_ptr<Listener>& listener()
+{
+    static std::unique_ptr<Listener> installed;
+    return installed;
+}
+
+} // namespace
+
+void CloudDocuments::install()
+{
+    if (listener())
+        return;
+    listener() = std::make_unique<Listener>();
+    Vs::MeshportAuth::editionDisables([] {
+        const auto* edition = Application::get()->service<Vs::Services::ApplicationEditionService>();
+        return edition && edition->cloudDisabled();
+    });
+    Vs::CloudIdentifiers::source(
+        [](const std::wstring& path) { return Vs::CloudCacheManager::getInstance()->identifier(path); });
+    // A run without a main loop tells between two lines.
+    Vs::CloudCacheManager::results().wakeUp([] {
+        Application::get()->deferredTasks()->post([] { Vs::CloudCacheManager::results().runOnce(); });
+    });
+}
+
+void CloudDocuments::uninstall()
+{
+    Vs::CloudCacheManager::results().wakeUp({});
+    Vs::CloudIdentifiers::source({});
+    Vs::MeshportAuth::editionDisables({});
+    listener().reset();
+}
+
+void CloudDocuments::saveConflictCopy(const boost::filesystem::path& file)
+{
+    Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
+    Vs::Document* document = manager ? manager->document(file.wstring()) : nullptr;
+    boost::filesystem::path copy;
+    Vs::SkyvaultNodeData result;
+    const Vs::CloudErrorState state =
+        Vs::SkyvaultUtilities::SaveConflictCopy(Vs::MeshportAuth::globalInstance(), file, copy, result);
+    if (state != Vs::CloudErrorState::Success) {
+        MessageBox::error(Vs::SkyvaultUtilities::getErrorString(state));
+        return;
+    }
+    if (document) {
+        document->path(copy.wstring());
+        document->setCloudId(result.id());
+        Vs::DocumentEvent event(document, Vs::Timing::Notification);
+        Vs::DocumentEventSource::get()->fireDocumentUpdated(&event);
+    }
+    RecentDocumentMgr::get()->add(copy.wstring(), true);
+    forgetConflict(file);
+}
+
+} // namespace Vu::Commands

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <boost/filesystem/path.hpp>
+
+namespace Vu::Commands {
+
+/// What open documents have to do with the cloud drive beside the commands: a document whose path lies in the
+/// cache is known to be of the drive, one that had waited learns its identifier when it has arrived, and a
+/// save that was refused for another's version stays as a notification. Main thread only.
+class CloudDocuments
+{
+public:
+    /// At the start of the add-in, and at its end.
+    static void install();
+    static void uninstall();
+
+    /// Saves what was refused as a new file beside the other's on the drive; an open document goes along.
+    /// What fails is told.
+    static void saveConflictCopy(const boost::filesystem::path& file);
+};
+
+} // namespace Vu::Commands

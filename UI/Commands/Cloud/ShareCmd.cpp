@@ -1,0 +1,93 @@
+#include "UI/Commands/Cloud/ShareCmd.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/Skyvault/MeshportAuth.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/InputControl.h"
+#include "UI/Base/Program/MessageBox.h"
+#include "UI/Commands/Cloud/CloudSessionCmds.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Resources.h"
+
+namespace Vu::Commands {
+
+// clang-format off
+constinit const CommandRow ShareCmdDef::kRow = {
+    .key = L"ShareCommand", .title = "Sign In", .icon = &Resources::Share,
+    .groups = {&CommandGroup::BaseGroup}};
+// clang-format on
+
+namespace {
+
+void run(const Info* command, const CommandContext& context, Vs::Status& status)
+{
+    if (CommandDefinition* found = CommandDefinitionMgr::get()->findCommandDefinitionById(command->key()))
+        status.merge(found->executeCommand(context));
+}
+
+} // namespace
+
+ShareCmdDef::ShareCmdDef()
+{
+    Vs::CloudEventSource::get()->subscribe(this);
+    cloudSessionChanged(nullptr);
+}
+
+ShareCmdDef::~ShareCmdDef()
+{
+    Vs::CloudEventSource::get()->unsubscribe(this);
+}
+
+void ShareCmdDef::user(const std::wstring& name)
+{
+    info()->changeAppearance(name.empty() ? localized("ShareCommand", "Sign In") : name,
+                             name.empty() ? Resources::Share() : Resources::ShareLoggedIn());
+    inputControl()->info(info());
+}
+
+void ShareCmdDef::cloudSessionChanged(Vs::CloudEvent*)
+{
+    std::wstring name;
+    const Vs::MeshportAuth* auth = Vs::MeshportAuth::globalInstance();
+    user(auth->isLoggedIn() && auth->userName(name) ? name : std::wstring());
+}
+
+ShareCmd::ShareCmd(ShareCmdDef* definition, CommandContext* context) : Implements(definition, context)
+{
+    repeatable(false);
+}
+
+void ShareCmd::onExecute(Vs::Status& status)
+{
+    const Vs::MeshportAuth* auth = Vs::MeshportAuth::globalInstance();
+    if (auth->cloudDisabled()) {
+        MessageBox::information(
+            localized("ShareNothing", "There is nothing to sign in to: the cloud drive is switched off."));
+        return;
+    }
+    if (!auth->isLoggedIn()) {
+        run(CloudLoginCmdDef::info(), *commandContext(), status);
+        return;
+    }
+    std::wstring name;
+    std::string address;
+    auth->userName(name);
+    auth->serverUrl(address);
+    MessageBox box(localizedFormat("ShareSignedIn", "You are signed in to %1% as %2%.",
+                                   Vs::Strings::widen(address), name));
+    box.icon(kInformationIcon);
+    box.addButton(CloudManageCmdDef::info()->name());
+    box.addButton(CloudLogoutCmdDef::info()->name());
+    box.addButton(kCancelButton, true);
+    enum Answer { kManage = 0, kLogOut = 1 };
+    switch (box.show()) {
+    case kManage:
+        return run(CloudManageCmdDef::info(), *commandContext(), status);
+    case kLogOut:
+        return run(CloudLogoutCmdDef::info(), *commandContext(), status);
+    default:
+        return;
+    }
+}
+
+} // namespace Vu::Commands
