@@ -3,6 +3,7 @@
 #include "Tests/UI/Base/Fixture.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Preferences.h"
+#include "UI/Base/Program/PreferencesPage.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -71,4 +72,26 @@ TEST_F(PreferencesDialogTest, TheSearchLeavesWhatItFindsByTitleNameOrPage)
         EXPECT_FALSE(shown(QString::fromStdWString(preference.id()).toLatin1().constData()));
     search->clear();
     EXPECT_TRUE(shown("UIBase.theme"));
+}
+
+TEST_F(PreferencesDialogTest, APageThatAnAddInBringsStandsAmongTheOthersAndIsFoundByWhatItSays)
+{
+    const Vu::PreferencesPage page([] { return std::wstring(L"Weather"); },
+                                   [](QWidget* parent) {
+                                       auto* box = new QCheckBox(QStringLiteral("Ask for umbrellas"), parent);
+                                       box->setObjectName(QStringLiteral("umbrellas"));
+                                       return box;
+                                   });
+    Vu::PreferencesDialog withPage(nullptr);
+    withPage.show();
+    const auto* box = withPage.findChild<QCheckBox*>(QStringLiteral("umbrellas"));
+    ASSERT_TRUE(box && box->isVisible());
+    auto* search = withPage.findChild<QLineEdit*>();
+    for (const char* wanted : {"weather", "umbrella"}) {
+        search->setText(QLatin1String(wanted));
+        EXPECT_TRUE(box->isVisible()) << wanted;
+    }
+    search->setText(QStringLiteral("decimals"));
+    EXPECT_FALSE(box->isVisible());
+    EXPECT_EQ(editor<QWidget>("umbrellas"), nullptr) << "a dialog from before doesn't have it";
 }

@@ -1,6 +1,7 @@
 #include "UI/Base/Window/PreferencesDialog.h"
 
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/PreferencesPage.h"
 #include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/KeysPage.h"
 #include "UI/Base/Window/PlainText.h"
@@ -18,6 +19,7 @@
 #include <QScrollArea>
 #include <QSpinBox>
 
+#include <algorithm>
 #include <tuple>
 
 namespace Vu {
@@ -76,6 +78,15 @@ QWidget* editorOf(const Preference& preference, const Preference::TextChoice& ch
     return list;
 }
 
+/// Whether the text stands anywhere on the page.
+bool says(const QWidget& page, const QString& wanted)
+{
+    const auto has = [&](const auto* widget) { return widget->text().contains(wanted, Qt::CaseInsensitive); };
+    const auto labels = page.findChildren<QLabel*>();
+    const auto buttons = page.findChildren<QAbstractButton*>();
+    return std::any_of(labels.begin(), labels.end(), has) || std::any_of(buttons.begin(), buttons.end(), has);
+}
+
 } // namespace
 
 PreferencesDialog::PreferencesDialog(QWidget* parent)
@@ -92,6 +103,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
     auto* content = new QWidget;
     auto* column = new QVBoxLayout(content);
     addSections(column);
+    addBroughtPages(column);
     addKeys(column);
     column->addStretch();
     m_scroll->setWidget(content);
@@ -149,21 +161,36 @@ void PreferencesDialog::addSections(QVBoxLayout* column)
     }
 }
 
-void PreferencesDialog::addKeys(QVBoxLayout* column)
+QVBoxLayout* PreferencesDialog::addSection(QVBoxLayout* column, const QString& title)
 {
-    const QString title = text("PreferencesKeys", "Keys");
     m_pages->addItem(title);
     m_sections.push_back({new QWidget, {}});
-    auto* inner = new QVBoxLayout(m_sections.back().frame);
+    QWidget* frame = m_sections.back().frame;
+    auto* inner = new QVBoxLayout(frame);
     inner->setContentsMargins(0, 0, 0, kMargin);
-    QLabel* head = PlainText::label(m_sections.back().frame, title);
+    QLabel* head = PlainText::label(frame, title);
     QFont bold = head->font();
     bold.setBold(true);
     head->setFont(bold);
     inner->addWidget(head);
+    column->addWidget(frame);
+    return inner;
+}
+
+void PreferencesDialog::addBroughtPages(QVBoxLayout* column)
+{
+    for (const PreferencesPage* page : PreferencesPage::all()) {
+        QVBoxLayout* inner = addSection(column, QString::fromStdWString(page->title()));
+        m_sections.back().page = page->make(m_sections.back().frame);
+        inner->addWidget(m_sections.back().page);
+    }
+}
+
+void PreferencesDialog::addKeys(QVBoxLayout* column)
+{
+    QVBoxLayout* inner = addSection(column, text("PreferencesKeys", "Keys"));
     m_keys = new KeysPage(m_sections.back().frame);
     inner->addWidget(m_keys);
-    column->addWidget(m_sections.back().frame);
 }
 
 void PreferencesDialog::addRow(Section& section, QGridLayout* grid, const Preference& preference)
@@ -194,6 +221,8 @@ void PreferencesDialog::search(const QString& wanted)
         const bool whole = m_pages->item(static_cast<int>(i))->text().contains(wanted, Qt::CaseInsensitive);
         const bool isKeys = i + 1 == m_sections.size();
         bool any = isKeys && m_keys->filter(whole ? QString() : wanted);
+        if (m_sections[i].page)
+            any = whole || says(*m_sections[i].frame, wanted);
         for (const Row& row : m_sections[i].rows) {
             const bool found =
                 whole ||

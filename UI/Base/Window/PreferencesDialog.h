@@ -36,9 +36,13 @@ private:
     {
         QWidget* frame;
         std::vector<Row> rows;
+        QWidget* page = nullptr; ///< What an add-in brought.
     };
 
     void addSections(QVBoxLayout* column);
+    /// A section with its title, and room for its content below.
+    QVBoxLayout* addSection(QVBoxLayout* column, const QString& title);
+    void addBroughtPages(QVBoxLayout* column);
     void addKeys(QVBoxLayout* column);
     void addRow(Section& section, QGridLayout* grid, const Preference& preference);
     void search(const QString& text);
