@@ -84,6 +84,7 @@ PUBLIC = {
     "Server/Scene/Rendra/Renderer.h",
     "UI/Base/Window/QtIcon.h",
     "UI/Base/Window/PlainText.h",
+    "UI/Base/Window/Theme.h",
 }
 
 # What shares private headers, where that is more than the first two folders of a path.

@@ -107,3 +107,13 @@ picture("Edit/Separate", home=HOME).line(rect(2.5, 14, 7, 7)).tint(rect(14.5, 14
 corner = Cube(10, 10.5, 7.5)
 picture("Edit/EditComponent", home=HOME).line(corner.edges()) \
     .accent("M13.5 21.5 L14.3 18.2 L19.8 12.7 L22.3 15.2 L16.8 20.7Z")
+
+# --- the dialogs of the cloud drive
+
+folder = "M3 18.5 V5.5 A1 1 0 0 1 4 4.5 H9.5 L12 7.5 H20 A1 1 0 0 1 21 8.5 V18.5 A1 1 0 0 1 20 19.5 H4 A1 1 0 0 1 3 18.5Z"
+picture("Cloud/Folder").tint(folder).accent(folder)
+picture("Cloud/NewFolder") \
+    .line("M11.5 19.5 H4 A1 1 0 0 1 3 18.5 V5.5 A1 1 0 0 1 4 4.5 H9.5 L12 7.5 H20 A1 1 0 0 1 21 8.5 V11.5") \
+    .accent(plus(18, 18, 3.5))
+picture("Cloud/Up").line("M4 20 H20").accent(arrow(12, 16.5, 12, 4, 5))
+picture("Cloud/Refresh").accent(turning(12, 12, 8, 200, 345, 3.6), turning(12, 12, 8, 20, 165, 3.6))

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <boost/filesystem/path.hpp>
+
+#include <cstdint>
+#include <vector>
+
+/// The local copies of the signed-in user's drive. Main thread only.
+namespace Vu::Commands::CloudCacheFiles {
+
+struct Usage
+{
+    std::uint64_t bytes = 0;
+    /// Of files that the drive has as they are, and that no document has open.
+    std::uint64_t removableBytes = 0;
+    std::vector<boost::filesystem::path> removable;
+};
+
+/// Nothing while nobody is signed in.
+[[nodiscard]] Usage usage();
+/// Removes what is removable now, and returns how many bytes that were.
+std::uint64_t removeWhatTheDriveHas();
+
+} // namespace Vu::Commands::CloudCacheFiles

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+#include <string>
+
+class QHBoxLayout;
+
+namespace Vu::Commands {
+
+/// The way from the root of the drive to a folder, a button for each folder on it. Of a long way, those that
+/// have no room at the front are left out.
+class CloudPath : public QWidget
+{
+public:
+    /// `go` is told the identifier of the folder that was pressed.
+    CloudPath(std::function<void(const std::string&)> go, QWidget* parent);
+
+    void show(const std::string& folder);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    QSize minimumSizeHint() const override;
+
+private:
+    void add(const QString& title, const std::string& folder, bool isLast);
+    void fit();
+
+    std::function<void(const std::string&)> m_go;
+    QHBoxLayout* m_row;
+};
+
+} // namespace Vu::Commands

@@ -1,0 +1,84 @@
+#include "UI/Commands/Adaptations/QT/Cloud/CloudTexts.h"
+
+#include "Server/Base/PathInfo.h"
+#include "Server/Skyvault/SkyvaultUtilities.h"
+#include "UI/Base/Window/QtIcon.h"
+#include "UI/Commands/Localized.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+namespace Vu::Commands::CloudTexts {
+
+QString text(const char* key, const char* english)
+{
+    return QString::fromStdWString(localized(key, english));
+}
+
+QString named(const QString& text)
+{
+    return text.arg(QString::fromStdWString(Vs::SkyvaultUtilities::getCloud_TM()));
+}
+
+QString shown(const std::string& name)
+{
+    QString text = QString::fromStdString(name);
+    for (QChar& letter : text)
+        if (letter.category() == QChar::Other_Control || letter.category() == QChar::Other_Format ||
+            letter.category() == QChar::Separator_Line || letter.category() == QChar::Separator_Paragraph)
+            letter = QChar::ReplacementCharacter;
+    return text;
+}
+
+QIcon icon(const char* name)
+{
+    return iconAt(
+        (Vs::PathInfo::localizationDirectory(true) / "UI" / "Commands" / "Resources" / "Cloud" / name)
+            .wstring());
+}
+
+QString failure(const Vs::Cloud::DriveResult& result)
+{
+    return QString::fromStdWString(Vs::SkyvaultUtilities::getErrorString(result.state));
+}
+
+QString unsafe()
+{
+    return text(
+        "CloudUnsafe",
+        "This server cannot lock files, nor refuse a save that is older than what it has. If two people "
+        "work on the same file at the same time, it cannot be told reliably. What another has changed "
+        "is kept as a file beside yours wherever it is noticed.");
+}
+
+QStringList traits(const Vs::Cloud::DriveTraits& traits)
+{
+    const auto choose = [](bool holds, const QString& yes, const QString& no) { return holds ? yes : no; };
+    QStringList lines;
+    lines << choose(traits.locks, text("CloudTraitLocks", "A file is locked for others while it is saved."),
+                    text("CloudTraitNoLocks", "Files cannot be locked while they are saved."));
+    lines << choose(traits.refusesStale,
+                    text("CloudTraitStale", "A save over a newer version of somebody else is refused."),
+                    text("CloudTraitNoStale",
+                         "The server itself does not refuse a save over a newer version of somebody else."));
+    lines << choose(traits.keepsOldOnBreak,
+                    text("CloudTraitBreak", "If a save breaks off, the old version stays."),
+                    text("CloudTraitNoBreak",
+                         "If a save breaks off, the server may lose the old version; so each save goes to "
+                         "another name first, or is sent again."));
+    lines << choose(traits.versions, text("CloudTraitVersions", "Older versions of a file are kept."),
+                    text("CloudTraitNoVersions", "Older versions of a file are not kept."));
+    if (traits.chunkedUpload)
+        lines << text("CloudTraitChunks", "Large files are sent in parts, and go on where they broke off.");
+    if (traits.checksums)
+        lines << text("CloudTraitChecksums", "Checksums show whether a file arrived as it was sent.");
+    using std::chrono::duration_cast;
+    const auto seconds = duration_cast<std::chrono::seconds>(traits.probed.time_since_epoch()).count();
+    if (seconds > 0)
+        lines << text("CloudTraitProbed", "Tried out on %1.")
+                     .arg(QLocale().toString(QDateTime::fromSecsSinceEpoch(seconds).date(),
+                                             QLocale::LongFormat));
+    return lines;
+}
+
+} // namespace Vu::Commands::CloudTexts

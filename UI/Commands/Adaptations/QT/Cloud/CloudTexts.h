@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Server/Skyvault/Drive.h"
+
+#include <QIcon>
+#include <QString>
+#include <QStringList>
+
+/// What the dialogs of the cloud drive say of a server, in a person's words.
+namespace Vu::Commands::CloudTexts {
+
+/// From the string table of the commands.
+[[nodiscard]] QString text(const char* key, const char* english);
+/// The text with the drive's trade name for "%1".
+[[nodiscard]] QString named(const QString& text);
+/// A file's or folder's name, which comes from others: what would break the line or turn its direction is
+/// shown as a mark.
+[[nodiscard]] QString shown(const std::string& name);
+/// A picture of the cloud drive's that no command has: "Folder".
+[[nodiscard]] QIcon icon(const char* name);
+/// Why a request failed.
+[[nodiscard]] QString failure(const Vs::Cloud::DriveResult& result);
+/// What a server without locks and conditions means for people who work on the same files.
+[[nodiscard]] QString unsafe();
+/// What the server was found to do, a line each.
+[[nodiscard]] QStringList traits(const Vs::Cloud::DriveTraits& traits);
+
+} // namespace Vu::Commands::CloudTexts

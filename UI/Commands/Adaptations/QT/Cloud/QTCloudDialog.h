@@ -1,0 +1,84 @@
+#pragma once
+
+#include "UI/Commands/Cloud/CloudDialog.h"
+
+#include <QDialog>
+
+#include <string>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QToolButton;
+class QTreeView;
+
+namespace Vu::Commands {
+
+class CloudFolderModel;
+class CloudPath;
+
+/// Lets a person choose a folder, a name or a document on the drive, going through it folder by folder. While
+/// a folder is read, the list waits, and Esc or Cancel gives up reading; what was there stays.
+class QTCloudDialog : public QDialog
+{
+public:
+    QTCloudDialog(CloudDialog::Request request, const QString& name, QWidget* parent);
+
+    /// What was chosen, when the dialog was accepted: the folder with its children, or the document.
+    const Vs::SkyvaultNodeData& node() const { return m_chosen; }
+    QString name() const;
+
+    /// Reads a folder; where that fails, the dialog tells why and stays where it was. False then.
+    bool open(const std::string& folder);
+
+    void accept() override;
+    void reject() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QWidget* makeTop();
+    void makeList();
+    QWidget* makeName();
+    QWidget* makeButtons();
+    QToolButton* button(const QIcon& icon, const char* name, const QString& title,
+                        void (QTCloudDialog::*run)());
+    void fillFilters();
+    void refresh();
+    void goAbove();
+    void makeFolder();
+    void activate(const QModelIndex& index);
+    void selectionChanged();
+    const Vs::SkyvaultNodeData* selectedNode() const;
+    void showState();
+    void busy(bool value, const QString& what = {});
+    void tell(const QString& text);
+
+    CloudDialog::Request m_request;
+    Vs::SkyvaultNodeData m_folder; ///< The one that is shown, with its children.
+    Vs::SkyvaultNodeData m_chosen;
+    bool m_isBusy = false;
+    bool m_closes = false;
+
+    CloudFolderModel* m_model;
+    CloudPath* m_path = nullptr;
+    QLineEdit* m_search = nullptr;
+    QToolButton* m_up = nullptr;
+    QToolButton* m_new = nullptr;
+    QToolButton* m_refresh = nullptr;
+    QTreeView* m_list = nullptr;
+    QLabel* m_empty = nullptr;
+    QLineEdit* m_name = nullptr;
+    QComboBox* m_filter = nullptr;
+    QProgressBar* m_progress = nullptr;
+    QLabel* m_message = nullptr;
+    QPushButton* m_choose = nullptr;
+};
+
+} // namespace Vu::Commands

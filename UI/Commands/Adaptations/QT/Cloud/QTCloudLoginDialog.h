@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Server/Skyvault/Drive.h"
+
+#include <QDialog>
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+
+namespace Vu::Commands {
+
+/// Signs a person in to the cloud drive: first the address, then one of the ways that the server offers. It
+/// is accepted when somebody is signed in. While a request runs, Cancel and Esc give that up; after it, the
+/// dialog. What went wrong stands in the dialog.
+class QTCloudLoginDialog : public QDialog
+{
+public:
+    explicit QTCloudLoginDialog(QWidget* parent);
+    ~QTCloudLoginDialog() override;
+
+    void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    /// What the dialog asks for now. Each shows its own rows.
+    enum class Step {
+        Address, ///< No server is known yet.
+        Ways,    ///< How to sign in.
+        Waiting, ///< A request runs, or the person is in the browser.
+        Warning  ///< Signed in, on a server that protects nobody's changes.
+    };
+
+    QWidget* makeHead();
+    QWidget* makeAddress();
+    QWidget* makeWays();
+    QWidget* makeWaiting();
+    QWidget* makeButtons();
+    void show(Step step);
+    void showDefault();
+    void proceed();
+    void find();
+    void signIn();
+    void signInByBrowser();
+    bool openBrowser(const std::string& address);
+    template <class Request>
+    Vs::Cloud::DriveResult wait(const QString& what, Request&& request);
+    void finish(const Vs::Cloud::DriveResult& result);
+    void tell(const QString& text, bool isError);
+    bool offersBrowser() const { return m_offer.browserFlow || m_offer.oauth2; }
+
+    Vs::Cloud::DriveOffer m_offer;
+    std::string m_browserAddress;
+    Step m_step = Step::Address;
+    bool m_closes = false; ///< As soon as the request that runs has been given up.
+
+    QLineEdit* m_address = nullptr;
+    QWidget* m_ways = nullptr;
+    QLabel* m_found = nullptr;
+    QPushButton* m_browser = nullptr;
+    QLabel* m_or = nullptr;
+    QWidget* m_fields = nullptr;
+    QLineEdit* m_user = nullptr;
+    QLineEdit* m_password = nullptr;
+    QCheckBox* m_keep = nullptr;
+    QWidget* m_waiting = nullptr;
+    QLabel* m_waitingFor = nullptr;
+    QPushButton* m_again = nullptr;
+    QLabel* m_message = nullptr;
+    QPushButton* m_proceed = nullptr;
+    QPushButton* m_cancel = nullptr;
+};
+
+} // namespace Vu::Commands
