@@ -1,8 +1,11 @@
 // The lifecycle service: items with their versions, attachments and what happens to them, over HTTP.
 //
-//     quillet-itemhub --local FOLDER [--pipe DESCRIPTOR]   for one user of this machine, while the pipe is
-//     read quillet-itemhub --serve CONFIGURATION                for a team quillet-itemhub admin
-//     CONFIGURATION COMMAND...       accounts, tokens, backups; "help" lists the commands
+//     quillet-itemhub --local FOLDER [--pipe DESCRIPTOR]
+//         for one user of this machine, until the pipe is closed
+//     quillet-itemhub --serve CONFIGURATION
+//         for a team
+//     quillet-itemhub admin CONFIGURATION COMMAND...
+//         accounts, tokens, backups; "help" lists the commands
 
 #include "Services/Itemhub/Admin/Admin.h"
 #include "Services/Itemhub/Routes/Route.h"

@@ -225,7 +225,7 @@ private:
                          error.what());
             fill(response, responseOf(Problem(500, "failed", "The service failed; its log says why.")));
         }
-        if (t_socket->unread() > 0)
+        if (t_socket->unread() > 0 || request.has_header("Transfer-Encoding"))
             response.set_header("Connection", "close");
     }
 
@@ -236,17 +236,19 @@ private:
         t_socket = &socket;
         bool goesOn = true, chunked = false;
         for (int left = kMostRequests; goesOn && left > 0 && waitForRequest(socket); --left) {
-            bool closed = false;
+            bool closed = false, understood = false;
             chunked = false;
             socket.beginHead();
             goesOn = process_request(stream, left == 1, closed, [&](httplib::Request& request) {
                 // Ranges are for blobs, whose route sees to them; the library would cut any answer, also one
                 // that tells of a failure.
                 request.ranges.clear();
+                understood = true;
                 chunked = request.has_header("Transfer-Encoding");
                 socket.beginBody(chunked ? 0 : lengthOf(request));
             });
-            goesOn = socket.flush() && goesOn && !closed && !chunked && socket.unread() == 0;
+            // Behind a head that isn't one, nobody knows where the next request begins.
+            goesOn = socket.flush() && goesOn && understood && !closed && !chunked && socket.unread() == 0;
         }
         t_socket = nullptr;
         socket.close(chunked || socket.unread() > 0);

@@ -150,7 +150,7 @@ Store::KeptAnswer keptOf(const QString& request, const Response& response)
 
 /// The answer and the note of it are one transaction: whatever is killed when, a repeated request does
 /// nothing twice.
-Response answeredOnce(Call& call, const Route& route, const std::string& text)
+Response repeatable(Call& call, const Route& route, const std::string& text)
 {
     constexpr size_t kLongestKey = 255;
     const std::string key = call.request.header("Idempotency-Key");
@@ -181,7 +181,7 @@ Response handle(Call& call, const Route& route)
     call.body = jsonOf(text);
     if (route.takes == Takes::Json && call.request.method() == "POST" &&
         call.request.hasHeader("Idempotency-Key"))
-        return answeredOnce(call, route, text);
+        return repeatable(call, route, text);
     return route.handle(call);
 }
 

@@ -1,0 +1,232 @@
+"""Who may what: every route for every role, for another customer and for bad tokens; signing in; signed requests."""
+
+import base64
+import hashlib
+import hmac
+import subprocess
+import time
+import unittest
+import urllib.parse
+
+import service
+from service import PASSWORD, ROLES, TUS, ServiceTest
+
+RANK = {"stranger": 0, "reader": 1, "writer": 2, "admin": 3}
+# What each route is asked with, so that nothing but who asks is wrong with it.
+BODIES = {
+    ("POST", "/workspaces"): {"name": "Another"},
+    ("PUT", "/workspaces/{workspace}/members/{account}"): {"role": "reader"},
+    ("POST", "/workspaces/{workspace}/items"): {"caption": "New"},
+    ("PATCH", "/items/{item}"): {"caption": "Changed"},
+    ("POST", "/items/{item}/links"): {"itemId": 1},
+    ("POST", "/items/{item}/comments"): {"body": "Yes"},
+    ("POST", "/items/{item}/attachments"): {"name": "b.tdsn", "docType": "VeloraDocType"},
+    ("POST", "/attachments/{attachment}/versions"): {"upload": "none", "madeFrom": 1},
+}
+HEADERS = {**TUS, "If-Match": "*", "Upload-Length": "1", "Upload-Offset": "0"}
+
+
+def routes():
+    lines = subprocess.check_output([service.PROGRAM, "--list-routes"], text=True).splitlines()
+    return [line.split() for line in lines]
+
+
+class RolesTest(ServiceTest):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        # In one workspace alone, so that what holds everywhere isn't taken for what holds there.
+        cls.accounts = {role: cls.service.member("acme", role, role, cls.workspace) for role in ROLES}
+        cls.service.member("acme", "pawn", None)
+        cls.accounts["stranger"] = cls.service.member("acme", "stranger", None)
+        cls.service.admin("customer", "add", "other")
+        cls.other = cls.service.member("other", "boss", "admin")
+
+    def path(self, pattern):
+        item = self.item("Victim")
+        names = {"workspace": self.workspace, "item": item, "linked": 1, "account": "pawn", "token": 1, "version": 1,
+                 "upload": "none", "comment": 1, "attachment": 1}
+        if "{comment}" in pattern:
+            names["comment"] = self.boss("POST", f"/items/{item}/comments", {"body": "x"}).json["id"]
+        if "{attachment}" in pattern:
+            names["attachment"] = self.attachment(item=item)
+        return pattern.format(**names)
+
+    def ask(self, client, method, pattern):
+        bytes_follow = {"Content-Type": "application/offset+octet-stream"} if pattern.startswith("/uploads") else {}
+        return client(method, self.path(pattern), BODIES.get((method, pattern)), {**HEADERS, **bytes_follow})
+
+    def test_every_route_asks_for_its_role(self):
+        # Making workspaces needs a role everywhere; other people's uploads, tokens and comments are nobody's at all.
+        own = {"/tokens/{token}", "/uploads/{upload}"}
+        for method, pattern, role in routes():
+            if role == "anybody":
+                continue
+            about_workspace = any(name in pattern for name in ("{workspace}", "{item}", "{attachment}", "{comment}"))
+            for name, client in self.accounts.items():
+                with self.subTest(f"{method} {pattern} by {name}"):
+                    answer = self.ask(client, method, pattern)
+                    if pattern == "/workspaces" and method == "POST":
+                        self.assertEqual(answer.status, 403)
+                    elif RANK[name] >= RANK[role] or not (about_workspace or pattern.startswith("/uploads")):
+                        allowed = {404} if pattern in own else {403, 204} if "{comment}" in pattern else {404} \
+                            if BODIES.get((method, pattern), {}).get("upload") or "{linked}" in pattern else {200, 201, 204}
+                        self.assertIn(answer.status, allowed, answer)
+                    else:
+                        self.assertEqual(answer.status, 404 if about_workspace and name == "stranger" else 403, answer)
+
+    def test_another_customer_finds_nothing_and_a_bad_token_nobody(self):
+        spoiled = self.boss.token[:-1] + ("A" if self.boss.token[-1] != "A" else "B")
+        expired = self.service.admin("token", "add", "acme", "boss", "admin", 1)
+        self.service.admin("token", "remove", "acme", "boss",
+                           self.service.client(expired)("GET", "/session").json["tokenId"])
+        for method, pattern, role in routes():
+            if role == "anybody":
+                continue
+            with self.subTest(f"{method} {pattern}"):
+                if "{" in pattern:
+                    self.assertEqual(self.ask(self.other, method, pattern).status, 404)
+                path = self.path(pattern)
+                # The customer's name in the query decides nothing; it must be the token's.
+                wrong = self.service.client(self.boss.token, "other")
+                self.assertEqual(wrong(method, path, headers=HEADERS).status, 403)
+                for bad in (None, "x", "x.y", spoiled, expired, self.boss.token.split(".")[0], "." + self.boss.token):
+                    answer = self.service.client(bad)(method, path, BODIES.get((method, pattern)), HEADERS)
+                    self.assertEqual(answer.status, 401, answer)
+                    self.assertIn("Bearer", answer.headers["www-authenticate"])
+        for path in ("/workspaces", "/favourites", "/search?q=victim", "/events?limit=500"):
+            self.assertEqual(list(self.other("GET", path).json.values())[0], [], path)
+
+    def test_a_scope_narrows_what_a_role_allows(self):
+        narrow = {scope: self.service.client(self.service.admin("token", "add", "acme", "boss", scope, 1)) for scope in ROLES}
+        item = self.item()
+        asked = [("GET", f"/items/{item}", None, "reader"), ("POST", f"/items/{item}/comments", {"body": "x"}, "writer"),
+                 ("PUT", f"/favourites/{item}", None, "writer"), ("DELETE", f"/items/{item}", None, "admin")]
+        for method, path, body, needed in asked:
+            for scope, client in narrow.items():
+                status = client(method, path, body).status
+                self.assertEqual(status == 403, RANK[scope] < RANK[needed], f"{method} {path} by {scope}: {status}")
+
+    def test_a_comment_is_its_authors_and_roles_end_at_once(self):
+        item = self.item()
+        comment = self.boss("POST", f"/items/{item}/comments", {"body": "mine"}).json["id"]
+        self.assertEqual(self.accounts["writer"]("DELETE", f"/comments/{comment}").json["code"], "not_author")
+        self.assertEqual(self.accounts["admin"]("DELETE", f"/comments/{comment}").status, 204)
+        guest = self.service.member("acme", "guest", "reader", self.workspace)
+        self.assertEqual(guest("GET", f"/items/{item}").status, 200)
+        self.boss("DELETE", f"/workspaces/{self.workspace}/members/guest")
+        self.assertEqual(guest("GET", f"/items/{item}").status, 404)
+        self.assertEqual(guest("GET", "/search?q=item").json["items"], [])
+        self.service.admin("account", "disable", "acme", "guest")
+        self.assertEqual(guest("GET", "/session").json["code"], "account_disabled")
+
+
+class SignInTest(ServiceTest):
+    def test_wrong_passwords_have_to_wait_and_say_nothing_about_names(self):
+        client = self.service.client()
+        self.service.member("acme", "second", "reader")
+
+        def sign_in(account, password, customer="acme"):
+            return client("POST", f"/tokens?customer={customer}", {"account": account, "password": password, "scope": "reader"})
+
+        granted = sign_in("boss", PASSWORD)
+        self.assertEqual(self.service.client(granted.json["token"])("GET", "/session").json["scope"], "reader")
+        refused = [sign_in("boss", "wrong"), sign_in("nobody", PASSWORD), sign_in("boss", PASSWORD, "other"),
+                   sign_in("boss", "")]
+        self.assertEqual({(each.status, each.body) for each in refused}, {(401, refused[0].body)})
+        self.assertEqual(sign_in("boss", "wrong").status, 401)
+        waits = sign_in("second", PASSWORD)
+        self.assertEqual(waits.status, 429)
+        self.assertGreaterEqual(int(waits.headers["retry-after"]), 1)
+
+    def test_nothing_secret_stands_in_database_log_or_list_of_tokens(self):
+        token = self.service.client()("POST", "/tokens?customer=acme", {"account": "boss", "password": PASSWORD}).json["token"]
+        stored = b"".join(path.read_bytes() for path in self.service.data.glob("items.sqlite*"))
+        listed = self.boss("GET", "/tokens").body
+        for secret in (token.split(".")[1], PASSWORD, self.boss.token.split(".")[1]):
+            self.assertNotIn(secret.encode(), stored + listed + self.service.log().encode())
+        self.assertIn(b"$argon2id$", stored)
+        self.assertEqual((self.service.data / "service.key").stat().st_mode & 0o777, 0o600)
+
+
+def quoted(text):
+    return urllib.parse.quote(text, safe="-._~")
+
+
+class SignedTest(ServiceTest):
+    """Requests signed by OAuth 1.0, as this test computes the signature from the standard."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        consumer = cls.pairs(cls.service.admin("consumer", "add", "acme", "Program"))
+        signed = cls.service.admin("token", "add-signed", "acme", "boss", consumer["consumerKey"], "writer", 1)
+        cls.keys = {**consumer, **cls.pairs(signed)}
+        cls.nonces = 0
+
+    @staticmethod
+    def pairs(text):
+        return dict(line.split(" ") for line in text.splitlines())
+
+    def signed(self, method, path, query=(), algorithm="HMAC-SHA256", keys=None, body=None, **changed):
+        keys = {**self.keys, **(keys or {})}
+        type(self).nonces += 1
+        parameters = {"oauth_consumer_key": keys["consumerKey"], "oauth_token": keys["token"], "oauth_version": "1.0",
+                      "oauth_signature_method": algorithm, "oauth_timestamp": str(int(time.time())),
+                      "oauth_nonce": f"n{self.nonces}", **changed}
+        address = f"http://127.0.0.1:{self.service.port}{path}"
+        pairs = sorted((quoted(name), quoted(value)) for name, value in [*parameters.items(), *query])
+        text = "&".join([method, quoted(address), quoted("&".join(f"{name}={value}" for name, value in pairs))])
+        key = f"{quoted(keys['consumerSecret'])}&{quoted(keys['tokenSecret'])}".encode()
+        function = hashlib.sha1 if algorithm == "HMAC-SHA1" else hashlib.sha256
+        parameters["oauth_signature"] = base64.b64encode(hmac.new(key, text.encode(), function).digest()).decode()
+        header = "OAuth " + ", ".join(f'{name}="{quoted(value)}"' for name, value in parameters.items())
+        if query:
+            path += "?" + urllib.parse.urlencode(query)
+        return self.service.client()(method, path, body, {"Authorization": header})
+
+    def test_a_signed_request_is_its_accounts_and_counts_once(self):
+        for algorithm in ("HMAC-SHA1", "HMAC-SHA256"):
+            answer = self.signed("GET", "/search", [("q", "häßlich & *"), ("customer", "acme")], algorithm)
+            self.assertEqual(answer.status, 200, answer)
+        self.assertEqual(self.signed("POST", f"/workspaces/{self.workspace}/items", body={"caption": "Signed"}).status, 201)
+        self.assertEqual(self.signed("GET", "/session", oauth_nonce="twice").status, 200)
+        self.assertEqual(self.signed("GET", "/session", oauth_nonce="twice").json["code"], "repeated")
+
+    def test_what_is_wrong_with_a_signature_is_refused(self):
+        for code, changes in [("signature", {"keys": {"tokenSecret": "x"}}), ("signature", {"keys": {"consumerSecret": "x"}}),
+                              ("signature", {"keys": {"token": "x"}}), ("signature", {"keys": {"consumerKey": "x"}}),
+                              ("signature", {"algorithm": "PLAINTEXT"}), ("repeated", {"oauth_nonce": ""}),
+                              ("clock", {"oauth_timestamp": str(int(time.time()) - 400)}),
+                              ("clock", {"oauth_timestamp": str(int(time.time()) + 400)}), ("clock", {"oauth_timestamp": ""})]:
+            answer = self.signed("GET", "/session", **changes)
+            self.assertEqual((answer.status, answer.json["code"]), (401, code), changes)
+        # Its token alone is no bearer token.
+        self.assertEqual(self.service.client(self.keys["token"] + "." + self.keys["tokenSecret"])("GET", "/session").status, 401)
+
+    def test_a_session_handle_gets_another_token_once(self):
+        keys = self.pairs(self.service.admin("token", "add-signed", "acme", "boss", self.keys["consumerKey"], "writer", 1))
+        renew = lambda handle, keys: self.signed("POST", "/oauth/access_token", keys=keys, oauth_session_handle=handle)
+        self.assertEqual(renew("wrong", keys).json["code"], "session")
+        answer = renew(keys["sessionHandle"], keys)
+        self.assertEqual(answer.status, 200, answer)
+        fields = dict(urllib.parse.parse_qsl(answer.body.decode()))
+        fresh = {"token": fields["oauth_token"], "tokenSecret": fields["oauth_token_secret"]}
+        self.assertEqual(self.signed("GET", "/session", keys=fresh).status, 200)
+        self.assertEqual(self.signed("GET", "/session", keys=keys).status, 401)
+        self.assertEqual(renew(keys["sessionHandle"], keys).status, 401)
+
+
+class LimitsTest(ServiceTest):
+    settings = {"limits": {"requestsPerSecond": 5}, "server": {"port": 0, "behindProxy": True}}
+
+    def test_a_client_that_asks_too_often_waits_and_others_do_not(self):
+        ask = lambda address: self.boss("GET", "/session", headers={"X-Forwarded-For": f"1.2.3.4, {address}"}).status
+        statuses = [ask("10.0.0.1") for _ in range(60)]
+        self.assertEqual(statuses[0], 200)
+        self.assertIn(429, statuses)
+        self.assertEqual(ask("10.0.0.2"), 200)
+
+
+if __name__ == "__main__":
+    service.main()

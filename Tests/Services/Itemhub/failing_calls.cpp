@@ -1,0 +1,97 @@
+// Loaded before the service's own libraries: kills its process at one of the calls by which it changes files,
+// or lets them all fail as on a full disk.
+//
+//     ITEMHUB_KILL_AT=N       at the Nth such call after the file ITEMHUB_ARMED exists
+//     ITEMHUB_DISK_FULL=FILE  while that file exists
+
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+namespace {
+
+bool exists(const char* variable)
+{
+    const char* const path = std::getenv(variable);
+    return path && ::access(path, F_OK) == 0;
+}
+
+void count()
+{
+    static int calls = 0;
+    const char* const limit = std::getenv("ITEMHUB_KILL_AT");
+    if (limit && exists("ITEMHUB_ARMED") &&
+        __atomic_add_fetch(&calls, 1, __ATOMIC_SEQ_CST) == std::atoi(limit))
+        ::kill(::getpid(), SIGKILL);
+}
+
+bool isFull()
+{
+    if (!exists("ITEMHUB_DISK_FULL"))
+        return false;
+    errno = ENOSPC;
+    return true;
+}
+
+template <class Function>
+Function real(const char* name)
+{
+    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+extern "C" {
+
+ssize_t pwrite64(int descriptor, const void* data, size_t size, off64_t offset)
+{
+    count();
+    return isFull() ? -1
+                    : real<ssize_t (*)(int, const void*, size_t, off64_t)>("pwrite64")(descriptor, data, size,
+                                                                                       offset);
+}
+
+ssize_t pwrite(int descriptor, const void* data, size_t size, off_t offset)
+{
+    count();
+    return isFull()
+               ? -1
+               : real<ssize_t (*)(int, const void*, size_t, off_t)>("pwrite")(descriptor, data, size, offset);
+}
+
+int fsync(int descriptor)
+{
+    count();
+    return real<int (*)(int)>("fsync")(descriptor);
+}
+
+int fdatasync(int descriptor)
+{
+    count();
+    return real<int (*)(int)>("fdatasync")(descriptor);
+}
+
+int link(const char* from, const char* to) noexcept
+{
+    count();
+    return isFull() ? -1 : real<int (*)(const char*, const char*)>("link")(from, to);
+}
+
+int unlink(const char* path) noexcept
+{
+    count();
+    return real<int (*)(const char*)>("unlink")(path);
+}
+
+int mkdir(const char* path, mode_t mode) noexcept
+{
+    count();
+    return isFull() ? -1 : real<int (*)(const char*, mode_t)>("mkdir")(path, mode);
+}
+}

@@ -1,0 +1,234 @@
+"""What fails around the service: it's killed, its database is locked, gone, full or newer, its contents are missing or damaged."""
+
+import contextlib
+import os
+import shutil
+import signal
+import sqlite3
+import unittest
+
+import service
+from service import Service, ServiceTest, sha256
+
+FAILING_CALLS = os.environ["QUILLET_FAILING_CALLS"]
+
+
+class KilledTest(unittest.TestCase):
+    def setUp(self):
+        self.service = Service()
+        self.addCleanup(self.service.close)
+        self.service.admin("customer", "add", "acme")
+        self.workspace = int(self.service.admin("workspace", "add", "acme", "Designs"))
+        self.service.start()
+        self.boss = self.service.member("acme", "boss", "admin")
+        self.item = self.boss("POST", f"/workspaces/{self.workspace}/items", {"caption": "x"}).json["id"]
+        self.attachment = self.boss("POST", f"/items/{self.item}/attachments", {"name": "a", "docType": "x"}).json["id"]
+        self.service.stop()
+
+    def save(self, client, data, made_from, key):
+        """What a client does to save a version, from wherever it's broken off: all of it may be repeated."""
+        if not self.upload:
+            begun = client.begin(len(data), sha256=sha256(data))
+            self.upload = begun.headers["location"].rsplit("/", 1)[1]
+        offset = client.offset(self.upload)
+        if offset < len(data):
+            assert client.send(self.upload, offset, data[offset:]).status == 204
+        made = client("POST", f"/attachments/{self.attachment}/versions", {"upload": self.upload, "madeFrom": made_from},
+                      {"Idempotency-Key": key})
+        assert made.status == 201, made
+        return made.json["number"]
+
+    def test_killed_at_any_call_a_save_is_repeated_and_nothing_is_lost_or_doubled(self):
+        armed = self.service.folder / "armed"
+        saved, call = 0, 0
+        while True:
+            call += 1
+            data, self.upload = f"version {saved + 1}".encode() * 5000, None
+            self.service.environment = {"LD_PRELOAD": FAILING_CALLS, "ITEMHUB_KILL_AT": str(call), "ITEMHUB_ARMED": str(armed)}
+            armed.unlink(missing_ok=True)
+            client = self.service.start().client(self.boss.token)
+            client("GET", "/session")
+            armed.touch()
+            killed = False
+            try:
+                number = self.save(client, data, saved, f"save {saved}")
+            except (OSError, AssertionError):
+                self.service.process.wait(timeout=30)
+                self.assertEqual(self.service.process.returncode, -signal.SIGKILL)
+                self.service.process.stderr.close()
+                killed = True
+                self.service.environment = {}
+                client = self.service.start().client(self.boss.token)
+                try:
+                    number = self.save(client, data, saved, f"save {saved}")
+                except AssertionError:
+                    # The upload was taken, but the client doesn't know it.
+                    number = client("POST", f"/attachments/{self.attachment}/versions",
+                                    {"upload": self.upload, "madeFrom": saved}, {"Idempotency-Key": f"save {saved}"}).json["number"]
+            saved += 1
+            self.assertEqual(number, saved)
+            self.assertEqual(client("GET", f"/attachments/{self.attachment}/versions/latest/content").body, data)
+            self.service.stop()
+            if not killed:
+                break
+        # Beginning the upload, its bytes, the content's link and folders, and two transactions: fewer would be no test.
+        self.assertGreater(call, 10)
+        self.assertIn(f"{saved} contents", self.service.admin("blobs", "check"))
+        with sqlite3.connect(self.service.database) as database:
+            self.assertEqual(database.execute("PRAGMA integrity_check").fetchone(), ("ok",))
+            self.assertEqual(database.execute("SELECT count(*) FROM version").fetchone(), (saved,))
+
+
+class DatabaseTest(ServiceTest):
+    settings = {"database": {"patienceMs": 300}}
+
+    def setUp(self):
+        self.items = f"/workspaces/{self.workspace}/items"
+
+    def test_a_locked_database_is_waited_for_and_then_told_of(self):
+        with sqlite3.connect(self.service.database, isolation_level=None) as other:
+            other.execute("BEGIN IMMEDIATE")
+            refused = self.boss("POST", self.items, {"caption": "x"})
+            self.assertEqual((refused.status, refused.json["code"], refused.headers["retry-after"]), (503, "busy", "1"))
+            self.assertEqual(self.boss("GET", self.items).status, 200)
+            other.execute("ROLLBACK")
+        self.assertEqual(self.boss("POST", self.items, {"caption": "x"}).status, 201)
+
+    def test_a_database_that_was_taken_away_gets_no_changes_that_would_be_lost(self):
+        aside = self.service.database.with_suffix(".aside")
+        self.service.database.rename(aside)
+        try:
+            self.assertEqual(self.boss("POST", self.items, {"caption": "x"}).json["code"], "no_database")
+            self.assertEqual(self.boss("GET", "/health").status, 503)
+            # Another connection makes no empty one in its place.
+            self.assertEqual(self.service.client(self.boss.token)("POST", self.items, {"caption": "x"}).status, 503)
+            self.assertFalse(self.service.database.exists())
+        finally:
+            aside.rename(self.service.database)
+        self.assertEqual(self.boss("POST", self.items, {"caption": "x"}).status, 201)
+
+
+class StartTest(unittest.TestCase):
+    def setUp(self):
+        self.service = Service()
+        self.addCleanup(self.service.close)
+
+    def refused(self):
+        self.service.start()
+        self.assertIsNone(self.service.port)
+        code = self.service.process.returncode
+        self.service.process.stderr.close()
+        return code
+
+    def message(self, *words):
+        result = self.service.admin(*words, check=False)
+        self.assertEqual(result.returncode, 1, result)
+        return result.stderr
+
+    def test_a_newer_database_and_what_is_none_are_left_alone(self):
+        self.service.admin("customer", "add", "acme")
+        with contextlib.closing(sqlite3.connect(self.service.database, isolation_level=None)) as database:
+            database.execute("INSERT INTO schema_version VALUES (999, 0)")
+        before = self.service.database.read_bytes()
+        self.assertEqual(self.refused(), 1)
+        self.assertIn("version 999", self.message("customer", "add", "other"))
+        self.assertEqual(self.service.database.read_bytes(), before)
+        self.service.database.write_bytes(b"This is a letter and no database." * 100)
+        for path in self.service.data.glob("items.sqlite-*"):
+            path.unlink()
+        self.assertEqual(self.refused(), 1)
+        self.assertTrue(self.service.database.read_bytes().startswith(b"This is a letter"))
+
+    def test_a_configuration_that_is_wrong_is_refused_by_name(self):
+        for text, word in [("{", "byte"), ("[]", "cannot be used"), ('{"blobs": "/x"}', "database.name"), ('{"colour": 1}', "colour"),
+                           ('{"server": {"port": "x"}}', "server.port"), ('{"database": {"driver": "paper"}}', "database.driver")]:
+            self.service.config.write_text(text)
+            self.assertIn(word, self.message("customer", "add", "x"))
+            self.assertEqual(self.refused(), 1)
+        self.service.config.unlink()
+        self.assertEqual(self.refused(), 1)
+
+    def test_the_administrator_is_told_what_is_wrong_with_a_command(self):
+        self.service.admin("customer", "add", "acme")
+        for words in [("account", "password", "acme", "nobody"), ("workspace", "add", "none", "x"), ("customer", "add", "a\u202eb"),
+                      ("token", "add", "acme", "nobody", "owner", 1), ("audit", "x")]:
+            self.assertTrue(self.message(*words))
+        self.assertEqual(self.service.admin("account", "add", check=False).returncode, 2)
+        short = self.service.admin("account", "add", "acme", "x", password="short", check=False)
+        self.assertIn("10 characters", short.stderr)
+
+
+class FullTest(unittest.TestCase):
+    def test_on_a_full_disk_what_was_there_stays_and_later_all_goes_on(self):
+        each = Service()
+        self.addCleanup(each.close)
+        full = each.folder / "full"
+        each.admin("customer", "add", "acme")
+        workspace = each.admin("workspace", "add", "acme", "Designs")
+        each.environment = {"LD_PRELOAD": FAILING_CALLS, "ITEMHUB_DISK_FULL": str(full)}
+        each.start()
+        boss = each.member("acme", "boss", "admin")
+        upload = boss.begin(100_000).headers["location"].rsplit("/", 1)[1]
+        full.touch()
+        self.assertEqual(boss("POST", f"/workspaces/{workspace}/items", {"caption": "x"}).json["code"], "full")
+        self.assertEqual(boss.send(upload, 0, b"x" * 100_000).json["code"], "full")
+        self.assertEqual(boss("GET", f"/workspaces/{workspace}/items").json["items"], [])
+        full.unlink()
+        self.assertEqual(boss("POST", f"/workspaces/{workspace}/items", {"caption": "x"}).status, 201)
+        offset = boss.offset(upload)
+        self.assertEqual(boss.send(upload, offset, b"x" * (100_000 - offset)).status, 204)
+
+
+class ContentsTest(ServiceTest):
+    def file_of(self, data):
+        return self.service.blobs / sha256(data)[:2] / sha256(data)
+
+    def test_a_missing_or_damaged_content_is_told_never_handed_out_and_healed_by_a_sound_one(self):
+        sound, lost, short, changed = [name.encode() * 100 for name in ("sound", "lost", "short", "changed")]
+        paths = {data: f"/attachments/{self.attachment(data)}/versions/1/content" for data in (sound, lost, short, changed)}
+        self.assertIn("contents are as they should be", self.service.admin("blobs", "check"))
+        self.file_of(lost).unlink()
+        self.file_of(short).write_bytes(short[:-1])
+        self.file_of(changed).write_bytes(changed[:-1] + b"?")
+        codes = {data: self.boss("GET", path) for data, path in paths.items()}
+        self.assertEqual(codes[sound].body, sound)
+        self.assertEqual((codes[lost].status, codes[lost].json["code"]), (500, "content_missing"))
+        self.assertEqual((codes[short].status, codes[short].json["code"]), (500, "content_damaged"))
+        # Of the right length, only the hash can tell, which the client has and the check compares.
+        self.assertNotEqual(sha256(codes[changed].body), sha256(changed))
+        report = self.service.admin("blobs", "check", check=False)
+        self.assertEqual(report.returncode, 1)
+        for data, fault in [(lost, "is missing"), (short, "is damaged"), (changed, "is damaged")]:
+            self.assertIn(f"{sha256(data)} {fault}", report.stdout)
+        self.assertNotIn(sha256(sound), report.stdout)
+        for data in (lost, short):
+            self.boss.upload(data)
+            self.assertEqual(self.boss("GET", paths[data]).body, data)
+
+    def test_a_backup_has_all_and_only_forgotten_contents_are_removed(self):
+        data, orphan = b"kept" * 100, b"forgotten" * 100
+        attachment = self.attachment(data)
+        self.boss.upload(orphan)
+        with sqlite3.connect(self.service.database) as database:
+            database.execute("DELETE FROM upload")
+        for path in (self.file_of(data), self.file_of(orphan)):
+            os.utime(path, (0, 0))
+        self.service.admin("blobs", "clean")
+        self.assertEqual((self.file_of(data).exists(), self.file_of(orphan).exists()), (True, False))
+        folder = self.service.data / "backup"
+        for _ in range(2):
+            self.service.admin("backup", folder)
+        restored = Service()
+        self.addCleanup(restored.close)
+        shutil.copy(folder / "database", restored.database)
+        shutil.copytree(folder / "blobs", restored.blobs)
+        shutil.copy(folder / "service.key", restored.data)
+        for path in [restored.data, *restored.data.rglob("*")]:
+            path.chmod(0o777 if path.is_dir() else 0o666)
+        restored.start()
+        client = restored.client(self.boss.token)
+        self.assertEqual(client("GET", f"/attachments/{attachment}/versions/1/content").body, data)
+
+
+if __name__ == "__main__":
+    service.main()
