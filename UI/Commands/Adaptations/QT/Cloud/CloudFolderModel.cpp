@@ -17,7 +17,9 @@ namespace {
 
 QCollator naturalOrder()
 {
-    QCollator order;
+    // Without a language Qt compares letter by letter, numbers too.
+    const bool hasLanguage = QLocale().language() != QLocale::C;
+    QCollator order(hasLanguage ? QLocale() : QLocale(QLocale::English));
     order.setNumericMode(true);
     order.setCaseSensitivity(Qt::CaseInsensitive);
     return order;

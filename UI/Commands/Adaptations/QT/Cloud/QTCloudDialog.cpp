@@ -247,7 +247,8 @@ QString QTCloudDialog::name() const
     return m_name->text().trimmed();
 }
 
-bool QTCloudDialog::open(const std::string& folder)
+// A copy of the name: what it was read from goes with the list.
+bool QTCloudDialog::open(std::string folder)
 {
     if (m_isBusy)
         return false;
@@ -268,10 +269,13 @@ bool QTCloudDialog::open(const std::string& folder)
         const int row = parentOf(left) == folder
                             ? m_model->rowOf(CloudTexts::shown(left.substr(left.rfind('/') + 1)))
                             : -1;
+        // In a list where one chooses a place, nothing is chosen until the person does.
+        const bool chooses = m_request.kind == Kind::Document || row >= 0;
         if (m_model->rowCount() > 0)
-            m_list->setCurrentIndex(m_model->index(std::max(row, 0), 0));
-        if (m_request.kind != Kind::Document && row < 0)
-            m_list->clearSelection();
+            m_list->selectionModel()->setCurrentIndex(m_model->index(std::max(row, 0), 0),
+                                                      chooses ? QItemSelectionModel::ClearAndSelect |
+                                                                    QItemSelectionModel::Rows
+                                                              : QItemSelectionModel::NoUpdate);
     } else if (state != Vs::CloudErrorState::Cancelled) {
         tell(QString::fromStdWString(Vs::SkyvaultUtilities::getErrorString(state)));
     }
@@ -439,7 +443,7 @@ void QTCloudDialog::showEvent(QShowEvent* event)
         QMetaObject::invokeMethod(
             this,
             [this] {
-                if (!open(lastFolder()) && lastFolder() != "/" && isVisible())
+                if (m_folder.id().empty() && !open(lastFolder()) && lastFolder() != "/" && isVisible())
                     std::ignore = open("/");
             },
             Qt::QueuedConnection);

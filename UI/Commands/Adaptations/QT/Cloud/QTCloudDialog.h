@@ -31,7 +31,7 @@ public:
     QString name() const;
 
     /// Reads a folder; where that fails, the dialog tells why and stays where it was. False then.
-    bool open(const std::string& folder);
+    bool open(std::string folder);
 
     void accept() override;
     void reject() override;

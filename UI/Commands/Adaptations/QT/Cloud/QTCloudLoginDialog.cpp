@@ -74,7 +74,7 @@ QTCloudLoginDialog::QTCloudLoginDialog(QWidget* parent) : QDialog(parent)
     m_message->hide();
     column->addWidget(m_message);
     column->addWidget(makeButtons());
-    show(Step::Address);
+    go(Step::Address);
     m_address->setFocus();
 }
 
@@ -117,7 +117,7 @@ QWidget* QTCloudLoginDialog::makeAddress()
     // Another address is another server, with other ways.
     connect(m_address, &QLineEdit::textChanged, this, [this] {
         if (m_step == Step::Ways)
-            show(Step::Address);
+            go(Step::Address);
         tell({}, false);
         showDefault();
     });
@@ -197,7 +197,7 @@ QWidget* QTCloudLoginDialog::makeButtons()
     return part;
 }
 
-void QTCloudLoginDialog::show(Step step)
+void QTCloudLoginDialog::go(Step step)
 {
     m_step = step;
     const bool isAsking = step == Step::Address || step == Step::Ways;
@@ -246,7 +246,7 @@ DriveResult QTCloudLoginDialog::wait(const QString& what, Request&& request)
     tell({}, false);
     m_waitingFor->setText(what);
     m_again->setVisible(false);
-    show(Step::Waiting);
+    go(Step::Waiting);
     m_cancel->setFocus();
     return request(*Vs::MeshportAuth::globalInstance());
 }
@@ -259,12 +259,12 @@ void QTCloudLoginDialog::find()
     if (m_closes) {
         QDialog::reject();
     } else if (!result.isOk()) {
-        show(Step::Address);
+        go(Step::Address);
         if (result.state != Vs::CloudErrorState::Cancelled)
             tell(CloudTexts::failure(result), true);
         m_address->setFocus();
     } else {
-        show(Step::Ways);
+        go(Step::Ways);
         QWidget* next = offersBrowser()            ? static_cast<QWidget*>(m_browser)
                         : m_user->text().isEmpty() ? m_user
                                                    : m_password;
@@ -314,7 +314,7 @@ void QTCloudLoginDialog::finish(const DriveResult& result)
             accept();
             return;
         }
-        show(Step::Warning);
+        go(Step::Warning);
         tell(CloudTexts::unsafe(), false);
         m_proceed->setFocus();
         return;
@@ -323,7 +323,7 @@ void QTCloudLoginDialog::finish(const DriveResult& result)
         QDialog::reject();
         return;
     }
-    show(Step::Ways);
+    go(Step::Ways);
     (m_offer.password ? m_password : static_cast<QWidget*>(m_browser))->setFocus();
     m_password->selectAll();
     if (result.state == Vs::CloudErrorState::Cancelled)

@@ -40,7 +40,7 @@ private:
     QWidget* makeWays();
     QWidget* makeWaiting();
     QWidget* makeButtons();
-    void show(Step step);
+    void go(Step step);
     void showDefault();
     void proceed();
     void find();
