@@ -190,12 +190,15 @@ DriveResult Exchange::failureOf(QNetworkReply::NetworkError error) const
 
 bool Exchange::isWhole(QNetworkReply::NetworkError error) const
 {
+    const QByteArray length = m_reply->rawHeader("Content-Length");
+    const bool isAllThere = m_answer.received >= length.toLongLong();
     switch (error) {
-    case QNetworkReply::NoError: {
-        const QByteArray length = m_reply->rawHeader("Content-Length");
-        return m_request.method == "HEAD" || length.isEmpty() || m_answer.received >= length.toLongLong();
-    }
+    case QNetworkReply::NoError:
+        return m_request.method == "HEAD" || isAllThere;
     case QNetworkReply::ContentReSendError:
+    case QNetworkReply::RemoteHostClosedError:
+        // The end of the connection is the end of an answer without a length, and Qt may see it too early.
+        return length.isEmpty() ? isLast() && !m_reply->hasRawHeader("Transfer-Encoding") : isAllThere;
     case QNetworkReply::ProtocolUnknownError:
     case QNetworkReply::ProtocolFailure:
         return false;
@@ -203,6 +206,11 @@ bool Exchange::isWhole(QNetworkReply::NetworkError error) const
         // By their numbers: those of the network, and those that stand for an answer.
         return error >= QNetworkReply::ContentAccessDenied;
     }
+}
+
+bool Exchange::isLast() const
+{
+    return m_reply->rawHeader("Connection").toLower().contains("close");
 }
 
 void Exchange::finish()
@@ -223,7 +231,7 @@ void Exchange::finish()
             m_answer.wasReset = m_answer.failure.state == CloudErrorState::Unreachable && m_cause.isOk();
         }
         // Qt may send the next request into a connection whose end was announced, and lose it there.
-        if (m_reply->rawHeader("Connection").toLower().contains("close"))
+        if (isLast())
             m_reply->manager()->clearConnectionCache();
         m_reply->deleteLater();
         m_reply->setParent(nullptr);

@@ -52,6 +52,8 @@ private:
     void end(DriveResult cause);
     void finish();
     bool isWhole(QNetworkReply::NetworkError error) const;
+    /// Of its connection, as the server says.
+    bool isLast() const;
     DriveResult failureOf(QNetworkReply::NetworkError error) const;
 
     const Request m_request;
