@@ -12,10 +12,10 @@ DriveResult Transport::discover(const std::string& typed, DriveOffer& offer)
 }
 
 DriveResult Transport::signInByBrowser(const DriveOffer& offer,
-                                       const std::function<bool(const std::string&)>&, DriveCredentials&,
-                                       const DriveWatch&)
+                                       const std::function<bool(const std::string&)>& open,
+                                       DriveCredentials& credentials, const DriveWatch& watch)
 {
-    return {CloudErrorState::Unsupported, "\"" + offer.address + "\" has no sign-in by the browser"};
+    return Vs::Cloud::signInByBrowser(offer, open, credentials, watch);
 }
 
 std::unique_ptr<Drive> Transport::drive(const std::string& address, const DriveCredentials& credentials)

@@ -5,12 +5,14 @@
 #include "Server/Skyvault/Client/Dav/Download.h"
 #include "Server/Skyvault/Client/Dav/Probe.h"
 #include "Server/Skyvault/Client/Dav/Upload.h"
+#include "Server/Skyvault/Client/SignIn/OAuth.h"
 
 namespace Vs::Cloud {
 
 DavDrive::DavDrive(const QUrl& address, DriveCredentials credentials)
     : m_session(address, std::move(credentials)), m_webAddress(address.toString().toStdString())
 {
+    m_session.http.renewal(renewToken);
 }
 
 DriveResult DavDrive::checkPath(const char* doing, const std::string& path) const

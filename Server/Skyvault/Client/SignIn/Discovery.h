@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Skyvault/Client/Http/Http.h"
 #include "Server/Skyvault/Drive.h"
 
 #include <QUrl>
@@ -14,5 +15,9 @@ QUrl addressTyped(const std::string& typed);
 
 /// Finds the drive at an address, and the ways to sign in to it.
 DriveResult discover(const std::string& typed, DriveOffer& offer);
+
+/// Signs in by the way that the offer names: the server's own page before OAuth 2.
+DriveResult signInByBrowser(const DriveOffer& offer, const std::function<bool(const std::string&)>& open,
+                            DriveCredentials& credentials, const DriveWatch& watch);
 
 } // namespace Vs::Cloud
