@@ -6,6 +6,7 @@
 #include "Server/Base/Require.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Warning.h"
+#include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/Private/Texts.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -71,6 +72,7 @@ std::optional<Cache::Place> Cache::placeOf(const Path& file)
 
 CacheIndexLibrary& Cache::library()
 {
+    MeshportAuth::needQtApplication();
     if (!m_library) {
         using Entry = CacheIndexLibrary* (*)();
         try {

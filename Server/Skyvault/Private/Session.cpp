@@ -3,6 +3,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Skyvault/CloudEvents.h"
+#include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/Private/Failures.h"
 #include "Server/Skyvault/Private/Texts.h"
 
@@ -46,6 +47,7 @@ Session& Session::get()
 
 DriveTransport& Session::transport()
 {
+    MeshportAuth::needQtApplication();
     if (!m_transport) {
         using Entry = DriveTransport* (*)();
         m_transport = SiblingLibrary("libVsSkyvaultClient10.so").function<Entry>("quilletDriveTransport")();

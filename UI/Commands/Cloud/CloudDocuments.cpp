@@ -109,6 +109,7 @@ void CloudDocuments::install()
         const auto* edition = Application::get()->service<Vs::Services::ApplicationEditionService>();
         return edition && edition->cloudDisabled();
     });
+    Vs::MeshportAuth::qtApplication([] { Application::get()->needGui(); });
     Vs::CloudIdentifiers::source(
         [](const std::wstring& path) { return Vs::CloudCacheManager::getInstance()->identifier(path); });
     // A run without a main loop tells between two lines.
@@ -122,6 +123,7 @@ void CloudDocuments::uninstall()
     Vs::CloudCacheManager::results().wakeUp({});
     Vs::CloudIdentifiers::source({});
     Vs::MeshportAuth::editionDisables({});
+    Vs::MeshportAuth::qtApplication({});
     listener().reset();
 }
 

@@ -107,8 +107,11 @@ void CloudLoginCmd::onExecute(Vs::Status&)
     const std::wstring user = commandContext()->argumentAsString(CloudLoginCmdDef::userArgumentName());
     const std::wstring password =
         commandContext()->argumentAsString(CloudLoginCmdDef::passwordArgumentName());
-    if (!user.empty() && !password.empty())
+    if (!user.empty() && !password.empty()) {
+        // No recording is to hold it.
+        commandContext()->addArgument(CloudLoginCmdDef::passwordArgumentName(), L"***");
         return;
+    }
     MeshportAuth* auth = MeshportAuth::globalInstance();
     auth->forgetRefusal();
     if (!cloudLogin())

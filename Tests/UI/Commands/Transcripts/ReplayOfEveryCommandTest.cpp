@@ -89,6 +89,18 @@ const Session kSessions[] = {
     {L"CurrentSimulationListCommand",  L"Document.Create SimulationAssetType;Commands.Start CurrentSimulationListCommand"},
     {L"CurrentDocumentationCommand",   L"Document.Create DocumentationAssetType;Design.New;Commands.Start CurrentDocumentationCommand", L"AssetShellCmd"},
     {L"CurrentDocumentationListCommand", L"Document.Create DocumentationAssetType;Commands.Start CurrentDocumentationListCommand"},
+    // The cloud drive, with nobody signed in
+    {L"CloudCommand",                  L"Commands.Start CloudCommand"},
+    {L"CloudLoginCommand",             L"VuCommands.CloudLoginCmd anna secret", L"CloudLoginCmd anna ***"},
+    {L"CloudLogoutCommand",            L"VuCommands.CloudLogoutCmd"},
+    {L"CloudManageCommand",            L"VuCommands.CloudManageCmd"},
+    {L"CloudListFilesCommand",         L"VuCommands.CloudListFilesCmd"},
+    {L"CloudUploadCommand",            kModel + L"Commands.Start CloudUploadCommand"},
+    {L"CloudSaveCommand",              kModel + L"VuCommands.CloudSaveCmd"},
+    {L"CloudSaveQATCommand",           kModel + L"VuCommands.CloudSaveQATCmd"},
+    {L"CloudSaveAsCommand",            kModel + L"VuCommands.CloudSaveAsCmd"},
+    {L"CloudOpenDocumentCommand",      L"VuCommands.CloudOpenDocumentCmd"},
+    {L"ShareCommand",                  L"VuCommands.ShareCmd"},
     // Shells, assets, environments
     {L"ManagementShellCommand",        kModel + L"VuCommands.ManagementShellCmd"},
     {L"AssetShellCommand",             kTwo + L"VuCommands.ManagementShellCmd;VuCommands.AssetShellCmd"},
