@@ -18,6 +18,7 @@
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/ViewMgr.h"
@@ -408,6 +409,18 @@ TEST_F(WindowTest, TheTitleTellsTheDocumentAndWhetherItWasChanged)
     asset->markClean();
     window->refreshSoon();
     EXPECT_TRUE(UiTests::becomes([&] { return !window->isWindowModified(); }));
+
+    // What add-ins have to say of it stands behind the name.
+    {
+        const DocumentRemark remark([](const Vs::Document&) { return std::wstring(L"on its way"); });
+        const DocumentRemark silent([](const Vs::Document&) { return std::wstring(); });
+        Vs::Event changed;
+        DocumentRemarkSource::get()->fireDocumentRemarksChanged(&changed);
+        EXPECT_TRUE(UiTests::becomes([&] { return window->windowTitle().contains(QStringLiteral("on")); }));
+        EXPECT_EQ(window->windowTitle().toStdString(), "Pump [*][*][*] (on its way) \u2013 Quillet");
+    }
+    window->refreshSoon();
+    EXPECT_TRUE(UiTests::becomes([&] { return !window->windowTitle().contains(QStringLiteral("on its")); }));
 }
 
 TEST_F(WindowTest, WhetherAClosedWindowGoesIsForTheCommandToSay)

@@ -164,6 +164,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
 
     Vs::AssetEventSource::get()->subscribe(this);
     Vs::DocumentEventSource::get()->subscribe(this);
+    DocumentRemarkSource::get()->subscribe(this);
     CommandEventSource::get()->subscribe(this);
     SessionEventSource::get()->subscribe(this);
     WorkspaceEventSource::get()->subscribe(this);
@@ -182,6 +183,7 @@ MainWindow::~MainWindow()
     delete m_stage; // While its buttons can still be told.
     Vs::AssetEventSource::get()->unsubscribe(this);
     Vs::DocumentEventSource::get()->unsubscribe(this);
+    DocumentRemarkSource::get()->unsubscribe(this);
     CommandEventSource::get()->unsubscribe(this);
     SessionEventSource::get()->unsubscribe(this);
     WorkspaceEventSource::get()->unsubscribe(this);
@@ -367,7 +369,8 @@ void MainWindow::refresh()
         title = QString::fromStdWString(document->displayName())
                     // Two of Qt's marks for a changed document stand for one that is part of a name.
                     .replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
-                QStringLiteral("[*]") + showHolder(document) + QStringLiteral(" \u2013 ");
+                QStringLiteral("[*]") + showHolder(document) + remarkOn(*document) +
+                QStringLiteral(" \u2013 ");
     else
         m_readOnly->hide();
     setWindowTitle(title + QStringLiteral("Quillet"));
@@ -388,6 +391,13 @@ QString MainWindow::showHolder(const Vs::Document* document)
     m_readOnly->setText(readOnly);
     PlainText::setTooltip(m_readOnly, QString::fromStdWString(DocumentWatch::whoHasIt(*user)));
     return QStringLiteral(" (") + readOnly + QLatin1Char(')');
+}
+
+QString MainWindow::remarkOn(const Vs::Document& document)
+{
+    const std::wstring remark = DocumentRemark::of(document);
+    return remark.empty() ? QString()
+                          : QStringLiteral(" (") + QString::fromStdWString(remark) + QLatin1Char(')');
 }
 
 void MainWindow::bindHotKeys()

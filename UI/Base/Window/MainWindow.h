@@ -4,6 +4,7 @@
 #include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandEvents.h"
+#include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/SessionEvents.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
 #include "UI/Base/Workspace/WorkspaceEvents.h"
@@ -41,6 +42,7 @@ class WorkspaceWindow;
 class MainWindow : public QMainWindow,
                    private Vs::AssetEventSite,
                    private Vs::DocumentEventSite,
+                   private DocumentRemarkSite,
                    private CommandEventSite,
                    private SessionEventSite,
                    private WorkspaceEventSite,
@@ -84,6 +86,7 @@ private:
     void documentUpdated(Vs::DocumentEvent*) override { refreshSoon(); }
     void documentSaved(Vs::DocumentEvent*) override { refreshSoon(); }
     void documentClosed(Vs::DocumentEvent*) override { refreshSoon(); }
+    void documentRemarksChanged(Vs::Event*) override { refreshSoon(); }
     void commandAvailabilitiesChanged(Vs::Event*) override { refreshSoon(); }
     void currentSessionChanged(SessionEvent*) override { refreshSoon(); }
     void sessionPostActivateForAsset(SessionEvent*) override { refreshSoon(); }
@@ -103,6 +106,7 @@ private:
     void restoreSize();
     void refresh();
     QString showHolder(const Vs::Document* document);
+    static QString remarkOn(const Vs::Document& document);
     void bindHotKeys();
     QWidget* viewWidget() const;
     void runHotKey(CommandDefinition* definition);

@@ -6,6 +6,7 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Session/Thumbnail.h"
@@ -58,12 +59,14 @@ OpenSection::OpenSection(QWidget* parent) : TileSection(text("HomeOpenDocuments"
     parent->installEventFilter(this);
     fill();
     Vs::DocumentEventSource::get()->subscribe(this);
+    DocumentRemarkSource::get()->subscribe(this);
     SessionEventSource::get()->subscribe(this);
 }
 
 OpenSection::~OpenSection()
 {
     Vs::DocumentEventSource::get()->unsubscribe(this);
+    DocumentRemarkSource::get()->unsubscribe(this);
     SessionEventSource::get()->unsubscribe(this);
 }
 
@@ -119,7 +122,10 @@ void OpenSection::fill()
                               iconOfDocumentType(document->documentType()->identifier()), this);
         const std::wstring path = document->path().empty() ? document->importedFrom() : document->path();
         tile->place(path.empty() ? text("HomeNotSaved", "Not saved yet") : QString::fromStdWString(path));
-        tile->note(document->isDirty(false) ? text("HomeChanged", "Changed") : QString());
+        const QString remark = QString::fromStdWString(DocumentRemark::of(*document));
+        const QString changed = document->isDirty(false) ? text("HomeChanged", "Changed") : QString();
+        tile->note(changed.isEmpty() || remark.isEmpty() ? changed + remark
+                                                         : changed + QStringLiteral(", ") + remark);
         // A session that went between the press and the command is not asked for anything.
         const Vs::Asset* asset = session->asset();
         connect(tile, &Tile::clicked, this, [asset] {

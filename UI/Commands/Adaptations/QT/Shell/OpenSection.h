@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/DocumentEvents.h"
+#include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/SessionEvents.h"
 #include "UI/Commands/Adaptations/QT/Shell/TileSection.h"
 
@@ -13,7 +14,10 @@ namespace Vu::Commands {
 /// The assets that are open in the workspace, with a picture of how they look now; a press goes back to them.
 /// Takes no room without any. The pictures are drawn one by one behind the first picture of the window; while
 /// the page isn't shown, nothing is.
-class OpenSection : public TileSection, private Vs::DocumentEventSite, private SessionEventSite
+class OpenSection : public TileSection,
+                    private Vs::DocumentEventSite,
+                    private DocumentRemarkSite,
+                    private SessionEventSite
 {
 public:
     explicit OpenSection(QWidget* parent);
@@ -27,6 +31,7 @@ private:
     void documentUpdated(Vs::DocumentEvent*) override { fillSoon(); }
     void documentSaved(Vs::DocumentEvent*) override { fillSoon(); }
     void documentClosed(Vs::DocumentEvent*) override { fillSoon(); }
+    void documentRemarksChanged(Vs::Event*) override { fillSoon(); }
     void sessionCreated(SessionEvent*) override { fillSoon(); }
     void sessionClosed(SessionEvent*) override { fillSoon(); }
 

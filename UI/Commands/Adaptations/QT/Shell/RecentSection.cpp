@@ -1,5 +1,8 @@
 #include "UI/Commands/Adaptations/QT/Shell/RecentSection.h"
 
+#include "Server/Base/PathInfo.h"
+#include "Server/Skyvault/MeshportAuth.h"
+#include "Server/Skyvault/SkyvaultUtilities.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Session/ReplacingDocument.h"
@@ -18,6 +21,8 @@
 namespace Vu::Commands {
 namespace {
 
+const std::wstring kOpenFromCloud = L"CloudOpenDocumentCommand";
+
 QString text(const char* key, const char* english)
 {
     return QString::fromStdWString(localized(key, english));
@@ -27,9 +32,11 @@ void open(const std::wstring& path)
 {
     CommandContext context = CommandContext::activeContext();
     context.addArgument(CommandContext::pathArgumentName(), path);
+    // What is kept on the drive comes from there, where there may be a newer version.
+    const std::wstring& command =
+        Vs::PathInfo::isPathInCloudCache(path) ? kOpenFromCloud : OpenDocumentCmdDef::info()->key();
     // Behind the click: the tile goes when the document comes.
-    if (CommandDefinition* definition =
-            CommandDefinitionMgr::get()->findCommandDefinitionById(OpenDocumentCmdDef::info()->key()))
+    if (CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(command))
         ReplacingDocument::executeLater(definition, context);
 }
 
@@ -41,6 +48,20 @@ QString folderOf(const QFileInfo& file)
     return folder == home || folder.startsWith(home + QLatin1Char('/'))
                ? QLatin1Char('~') + folder.mid(home.size())
                : folder;
+}
+
+/// As the drive has it: "Skyvault \u203a parts".
+QString cloudFolderOf(const std::wstring& path)
+{
+    std::vector<boost::filesystem::path> stack;
+    QString folder = QString::fromStdWString(Vs::SkyvaultUtilities::getCloud_TM());
+    const boost::filesystem::path root =
+        Vs::SkyvaultUtilities::currentCachePath(Vs::MeshportAuth::globalInstance());
+    // Of another account, the place says nothing to a person.
+    if (Vs::SkyvaultUtilities::getRelativeStack(root, path, stack) && !stack.empty())
+        for (auto each = stack.begin(); each + 1 != stack.end(); ++each)
+            folder += QStringLiteral(" \u203a ") + QString::fromStdString(each->string());
+    return folder;
 }
 
 QLabel* hint(QWidget* parent)
@@ -87,7 +108,10 @@ void RecentSection::fill()
         const std::wstring path = document->path();
         const QFileInfo file(QString::fromStdWString(path));
         auto* tile = new Tile(file.completeBaseName(), iconOfFile(path), this);
-        tile->place(folderOf(file));
+        const bool isCloud = Vs::PathInfo::isPathInCloudCache(path);
+        tile->place(isCloud ? cloudFolderOf(path) : folderOf(file));
+        if (isCloud)
+            tile->mark(iconOf(Resources::Cloud()));
         PlainText::setTooltip(tile, QDir::toNativeSeparators(file.filePath()));
         connect(tile, &Tile::clicked, this, [path] { open(path); });
         tile->onRemove([path] { RecentDocumentMgr::get()->remove(path); }, iconOf(Resources::DeleteMRU()),
@@ -103,9 +127,12 @@ void RecentSection::lookAgain()
 {
     for (size_t i = 0; i < m_paths.size(); ++i) {
         Tile* tile = tiles()[i];
-        lookAtLater(m_paths[i], tile, [tile](const FilePreview& file) {
-            tile->missing(!file.exists);
+        const bool isCloud = Vs::PathInfo::isPathInCloudCache(m_paths[i]);
+        lookAtLater(m_paths[i], tile, [tile, isCloud](const FilePreview& file) {
+            // Of what is on the drive, the copy here may have been cleared.
+            tile->missing(!file.exists && !isCloud);
             tile->note(file.exists ? dayText(file.modified, QDateTime::currentDateTime())
+                       : isCloud   ? text("HomeOnDrive", "On the drive")
                                    : text("HomeMissing", "This file is no longer there"));
             tile->picture(file.picture);
         });

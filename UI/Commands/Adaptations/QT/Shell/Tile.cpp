@@ -70,6 +70,12 @@ void Tile::missing(bool value)
     update();
 }
 
+void Tile::mark(const QIcon& icon)
+{
+    m_mark = icon;
+    update();
+}
+
 void Tile::onRemove(std::function<void()> action, const QIcon& icon, const QString& tooltip)
 {
     m_onRemove = std::move(action);
@@ -166,6 +172,17 @@ void Tile::paintEvent(QPaintEvent*)
     painter.setClipPath(shape);
     paintPicture(painter, QRect(1, 1, width() - 2, kPictureHeight));
     painter.restore();
+    if (!m_mark.isNull()) {
+        constexpr int kMarkSize = 24, kGround = 32, kFromEdge = 6;
+        const QRect ground(width() - kGround - kFromEdge, kPictureHeight - kGround - kFromEdge, kGround,
+                           kGround);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette().color(QPalette::Base));
+        painter.drawEllipse(ground);
+        QRect place(0, 0, kMarkSize, kMarkSize);
+        place.moveCenter(ground.center());
+        m_mark.paint(&painter, place);
+    }
 
     const int textWidth = width() - 2 * kPadding;
     QFont bold = font();

@@ -35,6 +35,8 @@ public:
     /// the pointer: to be taken away.
     void missing(bool value);
     bool missing() const { return m_missing; }
+    /// A small picture in the corner of the large one, which tells where the thing is kept; null for none.
+    void mark(const QIcon& icon);
 
     /// Gives the tile a small button in its corner, with that tooltip. The tile may be gone afterwards.
     void onRemove(std::function<void()> action, const QIcon& icon, const QString& tooltip);
@@ -54,7 +56,7 @@ private:
     void describe();
     void showRemove();
 
-    QIcon m_icon;
+    QIcon m_icon, m_mark;
     QImage m_picture;
     QString m_place, m_note;
     QToolButton* m_remove = nullptr;
