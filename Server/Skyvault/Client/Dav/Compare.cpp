@@ -4,11 +4,12 @@
 
 namespace Vs::Cloud {
 
-bool hasContent(Session& session, const std::string& path, const std::string& local, std::string& etag)
+DriveResult hasContent(Session& session, const std::string& path, const std::string& local, std::string& etag)
 {
     QFile file(QString::fromStdString(local));
+    const std::string action = session.action("Comparing", path);
     if (!file.open(QIODevice::ReadOnly))
-        return false;
+        return failed(CloudErrorState::CacheFailed, action, "\"" + local + "\" can't be read");
     Request request{.method = "GET", .url = session.address.of(path)};
     request.sink = [&](const QByteArray& piece) -> DriveResult {
         if (file.read(piece.size()) == piece)
@@ -17,7 +18,9 @@ bool hasContent(Session& session, const std::string& path, const std::string& lo
     };
     const Answer answer = session.http.ask(request);
     etag = answer.header("ETag").toStdString();
-    return answer.isOk() && file.atEnd();
+    if (!answer.isOk())
+        return resultOf(answer, action);
+    return file.atEnd() ? DriveResult() : failed(CloudErrorState::Changed, action, "the content differs");
 }
 
 } // namespace Vs::Cloud

@@ -7,6 +7,7 @@
 namespace Vs::Cloud {
 
 /// Reads a file of the drive and compares it with a local one byte by byte; `etag` is that of what was read.
-bool hasContent(Session& session, const std::string& path, const std::string& local, std::string& etag);
+DriveResult hasContent(Session& session, const std::string& path, const std::string& local,
+                       std::string& etag);
 
 } // namespace Vs::Cloud

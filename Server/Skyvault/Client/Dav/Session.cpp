@@ -103,14 +103,19 @@ DriveResult Session::makeFolder(const std::string& path)
 {
     const std::string action = this->action("Making the folder", path);
     const Answer answer = http.ask({.method = "MKCOL", .url = address.of(path, true)});
-    if (answer.isOk())
+    if (answer.status == 201)
         return {};
-    // 405 says that something is there; a lost answer says nothing.
-    if (answer.status == 405 || answer.isLost()) {
+    // 405 says that something is there; a lost answer says nothing, nor does another good one, which may be a
+    // page of the network between.
+    if (answer.isOk() || answer.status == 405 || answer.isLost()) {
         DriveEntry there;
         if (const DriveResult found = find(path, there); found.isOk())
             return there.isFolder ? DriveResult()
                                   : failed(CloudErrorState::NoFolders, action, "a file has this name");
+        if (answer.isOk())
+            return failed(CloudErrorState::BadAnswer, action,
+                          "the server answered " + std::to_string(answer.status) +
+                              ", but there is no folder");
     }
     return resultOf(answer, action);
 }

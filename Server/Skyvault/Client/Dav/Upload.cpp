@@ -160,11 +160,14 @@ DriveResult Upload::put()
             m_putEtag = answer.header("ETag").toStdString();
             return {};
         }
+        bool isUntouched = false;
+        // The first one, whose answer was lost, may have been done after we had looked.
+        if (!isFirst && settle(answer, isUntouched).isOk())
+            return {};
         if (answer.status == 412)
             return putAfterAWhile();
         if (!isLost(answer))
             return resultOf(answer, m_action);
-        bool isUntouched = false;
         DriveResult settled = settle(answer, isUntouched);
         if (settled.isOk() || !isUntouched || !answer.wasReset || !isFirst)
             return settled;
@@ -226,11 +229,13 @@ DriveResult Upload::putAndMove()
             wasWritten();
             return {};
         }
+        bool isUntouched = false;
+        if (!isFirst && settle(moved, isUntouched).isOk())
+            return withoutHidden({});
         if (moved.status == 412)
             return withoutHidden(changed("another file came to be there meanwhile"));
         if (!isLost(moved))
             return withoutHidden(resultOf(moved, m_action));
-        bool isUntouched = false;
         DriveResult settled = settle(moved, isUntouched);
         if (settled.isOk())
             return settled;
@@ -263,7 +268,7 @@ bool Upload::isOurs(const DriveEntry& found)
     if (m_lock && !m_lock->isLost() && !found.etag.empty() && (m_isThere || m_size > 0))
         return true;
     std::string etag;
-    return hasContent(m_session, m_upload.path, m_upload.source, etag);
+    return hasContent(m_session, m_upload.path, m_upload.source, etag).isOk();
 }
 
 DriveResult Upload::readBack()
@@ -277,13 +282,26 @@ DriveResult Upload::readBack()
                       "of " + std::to_string(m_size) + " bytes the server keeps " +
                           std::to_string(m_after.size));
     }
-    if (m_lock && !m_lock->isLost())
-        return {};
+    if (m_lock && !m_lock->isLost()) {
+        // The same ETag is that of two versions in one tick, or nothing was written and another than the
+        // server answered, such as the network of a hotel.
+        const bool isNew = !m_isThere || m_after.etag.empty() || m_after.etag != m_before.etag;
+        std::string etag;
+        DriveResult compared =
+            isNew ? DriveResult() : hasContent(m_session, m_upload.path, m_upload.source, etag);
+        if (compared.state != CloudErrorState::Changed)
+            return compared;
+        m_isWritten = false;
+        return failed(CloudErrorState::NotKept, m_action, "the server still keeps what it had before");
+    }
     // Without a lock another may have written between. His version must not be taken for ours.
     if (m_putEtag.empty() || strongPart(m_putEtag) != strongPart(m_after.etag)) {
         std::string etag;
-        if (!hasContent(m_session, m_upload.path, m_upload.source, etag))
+        const DriveResult compared = hasContent(m_session, m_upload.path, m_upload.source, etag);
+        if (compared.state == CloudErrorState::Changed)
             return changed("another version came to be there meanwhile");
+        if (!compared.isOk())
+            return compared;
         if (!etag.empty())
             m_after.etag = etag;
     }

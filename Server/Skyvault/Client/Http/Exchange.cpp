@@ -143,6 +143,7 @@ void Exchange::takeContent()
         m_state->bytesInAll = m_reply->header(QNetworkRequest::ContentLengthHeader).toULongLong();
         if (DriveResult result = m_request.sink(piece); !result.isOk())
             end(std::move(result));
+        m_idle.start(m_patience); // The time that the sink took isn't the server's.
         return;
     }
     if (m_answer.content.size() + piece.size() > m_request.mostContent)
