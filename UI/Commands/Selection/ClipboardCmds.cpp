@@ -64,15 +64,6 @@ void putOnClipboard(const std::vector<Vs::StrongRef<Vs::LogicalSelection>>& obje
             clipboard->add(object, cut);
 }
 
-/// Takes those of the objects out whose paths were handled. Returns whether there were any.
-bool takeOut(std::vector<Vs::StrongRef<Vs::LogicalSelection>>& objects,
-             const std::vector<Vs::ObjectPath>& handled)
-{
-    return std::erase_if(objects, [&](const auto& object) {
-               return std::find(handled.begin(), handled.end(), object->path()) != handled.end();
-           }) > 0;
-}
-
 std::vector<Vs::ObjectPath> pathsOf(const std::vector<Vs::StrongRef<Vs::LogicalSelection>>& objects)
 {
     std::vector<Vs::ObjectPath> paths;
@@ -182,7 +173,7 @@ std::vector<Vs::StrongRef<Vs::Selection>> PasteCmd::paste(Objects objects, bool 
         }
         const Owned keeper = owned(request);
         request->into(assetSession()->editedComponent());
-        const bool taken = takeOut(objects, handled);
+        const bool taken = takeOut(objects, handled) > 0;
         if (!executeRequest(request, false, {}, status))
             return pasted;
         for (const Vs::ObjectPath& path : request->pasted())
@@ -215,7 +206,7 @@ void PasteCmd::deleteFrom(Objects objects, Vs::Status& status)
             session->selectionManager()->highlightSet().clear();
         }
         request->execute(asset, status);
-        if (!takeOut(objects, handled))
+        if (takeOut(objects, handled) == 0)
             return;
     }
 }

@@ -13,6 +13,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace Vu::Commands {
 
@@ -155,9 +156,7 @@ void DeleteCmd::deleteTogether(Selections selections, Vs::Asset& asset, Vs::Stat
         });
         if (!isThere)
             return;
-        const size_t taken = std::erase_if(selections, [&](const auto& selection) {
-            return std::find(handled.begin(), handled.end(), selection->path()) != handled.end();
-        });
+        const size_t taken = takeOut(selections, std::move(handled));
         // Those that give none are passed over.
         if (request) {
             run(request, status);
