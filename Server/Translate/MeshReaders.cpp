@@ -1,6 +1,7 @@
 #include "Server/Translate/MeshReaders.h"
 
 #include "Server/Translate/Beside.h"
+#include "Server/Translate/GltfNodes.h"
 #include "Server/Translate/KernelMessages.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
@@ -217,6 +218,7 @@ Reading readGltf(const std::string& path, bool binary, Reporter& reporter)
         if (binary)
             checkComplete(file.bytes());
         const std::string_view json = jsonOf(file.bytes(), binary);
+        checkGltfNodes(json);
         complete = !mayReferToFiles(json);
         for (const char* extension : {"KHR_draco_mesh_compression", "EXT_meshopt_compression"})
             if (holds(json, extension))

@@ -4,6 +4,7 @@
 #include "Server/Translate/EarlyMeshing.h"
 #include "Server/Translate/Reporter.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -35,6 +36,12 @@ struct Reading
     /// What the model writes, if that is known already.
     std::string stored;
 };
+
+/// How deep assemblies may lie within assemblies: below what exhausts the stack where the kernel's own
+/// functions call themselves for each level.
+constexpr size_t kMostLevels = 2000;
+/// Throws Unreadable if there are more levels, or occurrences of parts, than can be shown.
+void checkLimits(size_t levels, uint64_t parts);
 
 /// The file's name without folder and suffix: the name of what has none.
 std::string stemOf(const std::string& path);

@@ -23,10 +23,6 @@ namespace Vs::Translate {
 
 namespace {
 
-// Below what exhausts the stack where the kernel's own functions call themselves for each level.
-constexpr size_t kMostLevels = 2000;
-constexpr uint64_t kMostParts = 10'000'000;
-
 std::string nameOf(const Handle(StepBasic_ProductDefinition) & product)
 {
     const Handle(StepBasic_ProductDefinitionFormation) formation = product->Formation();
@@ -54,9 +50,7 @@ void StepAssemblies::bindBelow(const Product& root, const Message_ProgressRange&
         const Product needed = advance(levels.back());
         if (!needed.IsNull()) {
             levels.push_back(enter(needed));
-            if (levels.size() > kMostLevels)
-                throw Unreadable("holds assemblies within assemblies on more than " +
-                                 std::to_string(kMostLevels) + " levels");
+            checkLimits(levels.size(), 1);
             continue;
         }
         const Level level = std::move(levels.back());
@@ -77,9 +71,7 @@ StepAssemblies::Level StepAssemblies::enter(const Product& product)
 
 void StepAssemblies::leave(const Level& level)
 {
-    if (level.parts > kMostParts)
-        throw Unreadable("uses its parts so often that there are more than the " +
-                         std::to_string(kMostParts) + " that can be shown");
+    checkLimits(1, level.parts);
     m_parts[level.product.get()] = std::max<uint64_t>(1, level.parts);
 }
 

@@ -173,13 +173,17 @@ public:
     }
 
 private:
-    static constexpr int kDeepest = 500;
-
     struct Placed
     {
         TDF_Label product;
         gp_Trsf motion;
         std::string name;
+        uint64_t parts = 1;
+    };
+    struct Group
+    {
+        TDF_Label product;
+        uint64_t parts;
     };
 
     TDF_Label addAssembly(const std::vector<Placed>& parts, const gp_Trsf& motion, const std::string& name)
@@ -195,8 +199,9 @@ private:
     /// `above` leads out of all that is around the node, if something there is stretched; else null.
     Placed visit(const Handle(VrmlData_Node) & node, int depth, const gp_GTrsf* above)
     {
-        if (node.IsNull() || depth > kDeepest)
+        if (node.IsNull())
             return {};
+        checkLimits(size_t(depth), 1);
         const std::string name = node->Name() ? node->Name() : "";
         if (const auto shape = Handle(VrmlData_ShapeNode)::DownCast(node); !shape.IsNull())
             return {above ? newPart(shape, name, above) : part(shape, name), gp_Trsf(), name};
@@ -211,7 +216,7 @@ private:
         }
         const auto known = m_groups.find(node.get());
         if (known != m_groups.end())
-            return {known->second, group->GetTransform(), name};
+            return {known->second.product, group->GetTransform(), name, known->second.parts};
         return around(children(group, depth, nullptr), group->GetTransform(), name, node.get());
     }
 
@@ -235,12 +240,17 @@ private:
             if (!name.empty())
                 parts.front().name = name;
             giveName(parts.front().product, parts.front().name);
-            return {parts.front().product, motion * parts.front().motion, parts.front().name};
+            return {parts.front().product, motion * parts.front().motion, parts.front().name,
+                    parts.front().parts};
         }
+        uint64_t all = 0;
+        for (const Placed& part : parts)
+            all += part.parts;
+        checkLimits(1, all);
         const TDF_Label assembly = addAssembly(parts, gp_Trsf(), name);
         if (group)
-            m_groups[group] = assembly;
-        return {assembly, motion, name};
+            m_groups[group] = {assembly, all};
+        return {assembly, motion, name, all};
     }
 
     static gp_GTrsf inMillimetres(gp_GTrsf motion)
@@ -286,7 +296,7 @@ private:
     Handle(XCAFDoc_ShapeTool) m_shapes;
     Handle(XCAFDoc_ColorTool) m_colours;
     std::map<std::pair<const void*, const void*>, TDF_Label> m_parts;
-    std::map<const void*, TDF_Label> m_groups;
+    std::map<const void*, Group> m_groups;
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "Server/Translate/VrmlScales.h"
 
+#include "Server/Translate/Reading.h"
+
 #include <gp.hxx>
 #include <gp_Ax1.hxx>
 #include <gp_Trsf.hxx>
@@ -160,9 +162,11 @@ std::vector<Transform> unevenIn(std::string_view text)
     Words words(text);
     std::string_view before;
     for (std::string_view word = words.next(); !word.empty(); before = word, word = words.next()) {
-        if (word == "{" || word == "[")
+        if (word == "{" || word == "[") {
             open.push_back({.is = word == "{" && before == "Transform"});
-        else if (open.empty())
+            // A group has its braces, and those in it brackets.
+            checkLimits(open.size() / 2, 1);
+        } else if (open.empty())
             continue;
         else if (word == "}" || word == "]") {
             if (open.back().is && open.back().isUneven())

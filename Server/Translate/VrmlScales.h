@@ -22,6 +22,7 @@ struct VrmlScales
     const gp_GTrsf* marked(double scale) const;
 };
 
+/// Throws Unreadable if groups lie deeper in groups than can be read (checkLimits).
 VrmlScales vrmlScales(std::string_view text);
 
 /// The same motion as one that can be combined with such; the kernel's own conversion keeps a scale beside

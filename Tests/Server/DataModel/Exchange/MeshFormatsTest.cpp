@@ -377,7 +377,11 @@ TEST_F(MeshFormatsTest, ADamagedFileIsRefusedWithItsCause)
         "");
     expectFault(write("endless.gltf", gltf("\"byteOffset\":36", "\"byteOffset\":3600000000")), "glTF");
     expectFault(write("indices.gltf", gltf("AAABAAIA", "AAABAP8A")), "indices");
-    expectFault(write("cycle.gltf", gltf("\"name\":\"Left\"", "\"name\":\"Left\",\"children\":[0]")), "");
+    expectFault(write("cycle.gltf", gltf("\"name\":\"Left\"", "\"name\":\"Left\",\"children\":[0]")),
+                "contains itself");
+    expectFault(write("circle.gltf", gltf("{\"mesh\":0,\"name\":\"Left\"},{\"mesh\":0",
+                                          "{\"children\":[1]},{\"children\":[ 0 ],\"mesh\":0")),
+                "contains itself");
     expectFault(write("nodes.gltf", gltf("[0,1]", "[7,8]")), "no triangles");
     expectFault(write("cut.gltf", gltf().substr(0, 500)), "glTF");
     expectFault(write("deep.gltf", R"({"asset":{"version":"2.0"},"extras":)" + std::string(2'000'000, '[')),
@@ -402,6 +406,39 @@ TEST_F(MeshFormatsTest, ADamagedFileIsRefusedWithItsCause)
                       "#VRML V2.0 utf8\nShape { geometry IndexedFaceSet { coord Coordinate { point [ 0 "
                       "0 0 ] } coordIndex [ 0 77777777 -5 -1 ] } }\n"),
                 "");
+}
+
+TEST_F(MeshFormatsTest, LevelsAndOccurrencesBeyondWhatCanBeShownAreRefusedWithTheirNumber)
+{
+    const auto nested = [&](int levels, int uses) {
+        std::string nodes;
+        for (int level = 1; level <= levels; ++level) {
+            const std::string next = std::to_string(level);
+            nodes += "{\"children\":[" + next + (uses > 1 ? "," + next : "") + "]},";
+        }
+        return write("nested.gltf", gltf("\"nodes\":[{", "\"nodes\":[" + nodes + "{"));
+    };
+    expectFault(nested(10000, 1), "more than 2000 levels");
+    expectFault(nested(31, 2), "more than the 10000000");
+    const auto groups = [&](int levels) {
+        std::string text = "#VRML V2.0 utf8\n";
+        for (int level = 0; level < levels; ++level)
+            text += "Group { children [ # {\n";
+        text += "Shape { geometry Box {} }\n";
+        for (int level = 0; level < levels; ++level)
+            text += "] }";
+        return write("groups.wrl", text);
+    };
+    expectFault(groups(10000), "more than 2000 levels");
+    std::string doubled = "#VRML V2.0 utf8\nDEF G0 Shape { geometry Box {} }\n";
+    for (int level = 1; level <= 31; ++level) {
+        const std::string one = " USE G" + std::to_string(level - 1);
+        doubled += "DEF G" + std::to_string(level) + " Group { children [" + one + one + " ] }\n";
+    }
+    expectFault(write("doubled.wrl", doubled), "more than the 10000000");
+    // As deep as anybody builds, and deeper.
+    for (const std::wstring& path : {nested(1000, 1), groups(1000)})
+        EXPECT_NE(open(path), nullptr) << Strings::narrow(status.toString());
 }
 
 TEST_F(MeshFormatsTest, AFileOfOneFormatUnderAnothersNameIsRefusedWithWhatItHolds)
