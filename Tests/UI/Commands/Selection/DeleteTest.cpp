@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <map>
+#include <sstream>
 #include <stdexcept>
 
 namespace {
@@ -145,6 +146,27 @@ TEST_F(DeleteComponents, OfAPatternGoAloneIfAPersonSaysSoAndAfterItWasTakenApart
     Vu::MessageBox::responder(nullptr);
 }
 
+/// Writes the lists of groups without their runs, "0:1:1:4..6" as "0:1:1:4 0:1:1:5 0:1:1:6".
+void namesEachMember(Vs::Asset& asset)
+{
+    size_t runs = 0;
+    for (const auto& [key, value] : std::map(asset.settings())) {
+        std::wistringstream words(value);
+        std::wstring members;
+        for (std::wstring word; key.starts_with("ComponentGroup.") && words >> word;) {
+            const size_t to = word.find(L".."), number = word.rfind(L':', to) + 1;
+            const int first = std::stoi(word.substr(number, to));
+            const int last = to == word.npos ? first : std::stoi(word.substr(to + 2));
+            runs += first < last;
+            for (int each = first; each <= last; ++each)
+                members += word.substr(0, number) + std::to_wstring(each) + L' ';
+        }
+        if (!members.empty())
+            asset.setting(key, members);
+    }
+    EXPECT_GE(runs, 2u);
+}
+
 TEST_F(DeleteComponents, OfAPatternGoWithAllOfItsCopiesButTheOriginalGoesByItself)
 {
     answer(L"Design.Pattern Box1 X 5 3");
@@ -168,6 +190,9 @@ TEST_F(DeleteComponents, OfAPatternGoWithAllOfItsCopiesButTheOriginalGoesByItsel
     while (Vs::Transaction::undo(asset()))
         ;
     EXPECT_EQ(paths(), before);
+    // Files of earlier versions name each member by itself.
+    namesEachMember(*asset());
+    saveAndReopen(L"earlier.vlra");
     select({L"Box3:4"});
     answer(L"Commands.Start DeleteCommand");
     EXPECT_EQ(paths().size(), before.size() - 3);
