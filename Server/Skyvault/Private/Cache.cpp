@@ -84,12 +84,8 @@ CacheIndexLibrary& Cache::library()
     return *m_library;
 }
 
-// An index that has failed is opened anew at the next question: it may have been deleted, or be damaged,
-// which is mended then.
-template <class Action>
-auto Cache::withIndex(const Path& root, Action&& action)
+CacheIndex& Cache::opened(const Path& root)
 {
-    assertMainThread();
     std::unique_ptr<CacheIndex>& index = m_indices[root];
     boost::system::error_code error;
     if (index && !fs::exists(root.string() + ".index", error))
@@ -101,12 +97,20 @@ auto Cache::withIndex(const Path& root, Action&& action)
         if (wasDamaged)
             indexWasDamaged(root);
     }
+    return *index;
+}
+
+// An index that has failed is opened anew: it may have been replaced, or be damaged, which is mended then.
+template <class Action>
+auto Cache::withIndex(const Path& root, Action&& action)
+{
+    assertMainThread();
     try {
-        return action(*index);
+        return action(opened(root));
     } catch (const Exception&) {
-        index.reset();
-        throw;
+        m_indices[root].reset();
     }
+    return action(opened(root));
 }
 
 std::optional<CacheRow> Cache::row(const Place& place)

@@ -57,6 +57,7 @@ public:
 
 private:
     Cache() = default;
+    CacheIndex& opened(const Path& root);
     template <class Action>
     auto withIndex(const Path& root, Action&& action);
 

@@ -197,6 +197,8 @@ DriveResult Upload::end(const DriveResult& result, const Sent& sent)
         m_row.otherTime = std::chrono::system_clock::to_time_t(sent.entry.modified);
         break;
     default:
+        if (m_hasWaited)
+            m_row.pending = CacheRow::Pending::Waiting;
         break;
     }
     if (!waits())
@@ -251,6 +253,7 @@ void Upload::post(const Cache::Place& place, std::function<void()> done)
     sent->upload.keepOther = false;
     if (!read(library, *sent).isOk())
         return done();
+    upload->m_hasWaited = true;
     upload->begin(*sent);
     Session::get().post(
         [sent, &library](Drive& drive, const DriveWatch& watch) {

@@ -48,6 +48,7 @@ private:
 
     Cache::Place m_place;
     bool m_isNew;
+    bool m_hasWaited = false; ///< Nobody is there to be told: what fails goes on waiting.
     CacheRow m_row;
 };
 

@@ -107,7 +107,7 @@ TEST_F(CloudSaveTest, ANewerVersionOfAnotherIsNotOverwrittenAndACopyCanBeSavedBe
     const std::string copy = activeDocument()->cloudId();
     EXPECT_TRUE(copy.starts_with("/wheel (")) << copy;
     EXPECT_EQ(activeDocument()->path(), cached(copy).wstring());
-    EXPECT_EQ(onDrive(copy), mine);
+    EXPECT_EQ(contentOf(m_server.folder() / copy), mine);
     EXPECT_EQ(contentOf(cached(copy)), mine);
     EXPECT_EQ(state(copy), CloudFileState::Clean);
     EXPECT_EQ(onDrive("/wheel.vlra"), "the work of another");

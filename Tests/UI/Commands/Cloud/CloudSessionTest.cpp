@@ -107,8 +107,9 @@ TEST_F(CloudSessionTest, ARunWithoutAWindowTakesTheTokenFileOnlyWhereNobodyElseC
         boost::filesystem::permissions(token, permissions);
         TestSupport::ProcessOptions options;
         options.environment = {"QUILLET_CLOUD_TOKEN_FILE=" + token.string()};
-        options.input = "Design.New\nDesign.Box 1 1 1\nVuCommands.CloudUploadCmd\n";
-        return TestSupport::runQuillet({"--headless"}, options);
+        return TestSupport::runQuillet(
+            {"--headless", "--command", "Design.New", "--command", "Commands.Start CloudUploadCommand"},
+            options);
     };
     const auto refused = run(boost::filesystem::perms(0644));
     EXPECT_NE((refused.output + refused.errors).find("must be 0600"), std::string::npos)
