@@ -5,6 +5,7 @@
 #include "UI/Base/Program/ExtendedInfoLoader.h"
 #include "UI/Base/Window/CommandMenu.h"
 #include "UI/Base/Window/KeyTable.h"
+#include "UI/Base/Window/MenuButton.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/RestingCommand.h"
@@ -236,16 +237,9 @@ QToolButton* makeToolbarItem(const ToolbarItem& item, QWidget* parent, std::vect
         return definition ? buttons.emplace_back(new CommandButton(definition, item.picture, parent))
                           : nullptr;
     }
-    auto* button = new QToolButton(parent);
+    auto* button = new MenuButton(item, parent);
     makeFlat(button);
-    const MenuHead head = headOf(item);
-    button->setText(head.title + QString::fromUtf16(kListSign));
-    button->setIcon(head.icon);
-    button->setToolButtonStyle(head.icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonTextBesideIcon);
-    button->setPopupMode(QToolButton::InstantPopup);
-    auto* menu = new CommandMenu(item.menu, button);
-    button->setMenu(menu);
-    leaveWith(menu, button);
+    leaveWith(button->menu(), button);
     return button;
 }
 

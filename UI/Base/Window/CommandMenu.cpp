@@ -10,6 +10,8 @@
 
 #include <QAction>
 
+#include <algorithm>
+
 namespace Vu {
 namespace {
 
@@ -120,8 +122,19 @@ void CommandMenu::items(std::vector<ToolbarItem> items)
     m_items = std::move(items);
 }
 
+/// Whether a command has another name now, as "Sign Out" has with who is signed in.
+bool CommandMenu::isOutOfDate() const
+{
+    return std::any_of(m_entries.begin(), m_entries.end(), [](const Entry& entry) {
+        const CommandDefinition* definition = definitionOf(entry.command);
+        return definition && definition->info()->name() != entry.name;
+    });
+}
+
 void CommandMenu::open()
 {
+    if (isOutOfDate())
+        items(std::vector(m_items));
     if (!m_filled) {
         fill();
         markLetters();
@@ -186,7 +199,7 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
         });
     }
     action->setObjectName(QString::fromStdWString(command));
-    m_entries.push_back({action, command, item.off, title});
+    m_entries.push_back({action, command, item.off, title, info.name()});
 }
 
 void CommandMenu::refresh()

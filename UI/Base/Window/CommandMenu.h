@@ -38,13 +38,15 @@ private:
     void fill();
     void addCommand(CommandDefinition* definition, const ToolbarItem& item);
     void markLetters();
+    bool isOutOfDate() const;
     void refresh();
 
     struct Entry
     {
         QAction* action;
         std::wstring command, off;
-        QString title; ///< Without the keys.
+        QString title;     ///< Without the keys.
+        std::wstring name; ///< Which the command had then.
     };
 
     std::vector<ToolbarItem> m_items;
