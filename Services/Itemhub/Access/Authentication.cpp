@@ -2,7 +2,11 @@
 
 #include "Services/Itemhub/Access/OAuth.h"
 
+#include <QHash>
+
 #include <cstdlib>
+#include <optional>
+#include <utility>
 
 namespace Itemhub::Access {
 
@@ -26,9 +30,27 @@ void requireGood(const TokenRecord& token)
         throw unauthorized("token_expired", "The token has expired.");
 }
 
+/// As findToken. Most requests of a thread come with a few tokens, which are kept as long as nothing at all
+/// has changed.
+std::optional<TokenRecord> knownToken(Store::Connection& connection, const QString& selector)
+{
+    constexpr qsizetype kMost = 64;
+    thread_local const Store::Connection* owner = nullptr;
+    thread_local QHash<QString, TokenRecord> known;
+    const bool changed = connection.mayHaveChanged();
+    if (std::exchange(owner, &connection) != &connection || changed || known.size() > kMost)
+        known.clear();
+    if (const auto kept = known.constFind(selector); kept != known.constEnd())
+        return *kept;
+    auto token = Store::findToken(connection, selector);
+    if (token)
+        known.insert(selector, *token);
+    return token;
+}
+
 TokenRecord byBearer(Store::Connection& connection, const QString& text)
 {
-    const auto token = Store::findToken(connection, text.section('.', 0, 0));
+    const auto token = knownToken(connection, text.section('.', 0, 0));
     // Nobody learns whether a token was ever there.
     if (!token || token->consumer ||
         !equalSecrets(hashOf(text.section('.', 1)).toLatin1(), token->hash.toLatin1()))

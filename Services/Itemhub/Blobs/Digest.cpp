@@ -9,11 +9,11 @@
 
 namespace Itemhub::Blobs {
 
-Digest::Digest(const char* algorithm) : m_context(EVP_MD_CTX_new())
+Digest::Digest(Kind kind) : m_context(EVP_MD_CTX_new())
 {
-    const EVP_MD* const kind = EVP_get_digestbyname(algorithm);
-    if (!m_context || !kind || EVP_DigestInit_ex(m_context.get(), kind, nullptr) != 1)
-        throw std::runtime_error(std::string("There is no hash ") + algorithm + '.');
+    const EVP_MD* const algorithm = kind == Kind::Sha1 ? EVP_sha1() : EVP_sha256();
+    if (!m_context || EVP_DigestInit_ex(m_context.get(), algorithm, nullptr) != 1)
+        throw std::runtime_error("A hash cannot be computed.");
 }
 
 Digest::~Digest() = default;

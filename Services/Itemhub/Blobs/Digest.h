@@ -13,8 +13,9 @@ namespace Itemhub::Blobs {
 class Digest
 {
 public:
-    /// @param algorithm "sha256" or "sha1"
-    explicit Digest(const char* algorithm = "sha256");
+    enum class Kind { Sha1, Sha256 };
+
+    explicit Digest(Kind kind = Kind::Sha256);
     ~Digest();
 
     Digest(const Digest&) = delete;

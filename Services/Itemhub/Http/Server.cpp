@@ -16,7 +16,7 @@ namespace Itemhub::Http {
 namespace {
 
 constexpr std::chrono::seconds kKeepAlive{15};
-constexpr int kMostRequests = 10'000; ///< Of one connection.
+constexpr int kMostRequests = 1'000'000; ///< Of one connection.
 constexpr size_t kPiece = 256 * 1024;
 
 /// The connection of the request that this thread answers.
@@ -39,13 +39,7 @@ bool hasBody(const httplib::Request& request)
 class Stream : public httplib::Stream
 {
 public:
-    explicit Stream(Socket& socket) : m_socket(socket) {}
-
-    bool is_readable() const override { return m_socket.isReadable(); }
-    bool is_writable() const override { return m_socket.isWritable(); }
-    ssize_t read(char* data, size_t size) override { return m_socket.read(data, size); }
-    ssize_t write(const char* data, size_t size) override { return m_socket.write(data, size); }
-    void get_remote_ip_and_port(std::string& ip, int& port) const override
+    explicit Stream(Socket& socket) : m_socket(socket)
     {
         sockaddr_storage address{};
         socklen_t length = sizeof address;
@@ -55,15 +49,27 @@ public:
         if (getpeername(m_socket.descriptor(), generic, &length) == 0 &&
             getnameinfo(generic, length, host.data(), host.size(), service.data(), service.size(),
                         NI_NUMERICHOST | NI_NUMERICSERV) == 0) {
-            ip = host.data();
-            port = std::atoi(service.data());
+            m_peer = host.data();
+            m_port = std::atoi(service.data());
         }
+    }
+
+    bool is_readable() const override { return m_socket.isReadable(); }
+    bool is_writable() const override { return m_socket.isWritable(); }
+    ssize_t read(char* data, size_t size) override { return m_socket.read(data, size); }
+    ssize_t write(const char* data, size_t size) override { return m_socket.write(data, size); }
+    void get_remote_ip_and_port(std::string& ip, int& port) const override
+    {
+        ip = m_peer;
+        port = m_port;
     }
     void get_local_ip_and_port(std::string&, int&) const override {}
     socket_t socket() const override { return m_socket.descriptor(); }
 
 private:
     Socket& m_socket;
+    std::string m_peer; ///< The client's address, asked for once.
+    int m_port = -1;
 };
 
 class Received : public Request

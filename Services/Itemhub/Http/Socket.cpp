@@ -22,7 +22,7 @@ using std::chrono::steady_clock;
 
 } // namespace
 
-Socket::Socket(int descriptor) : m_descriptor(descriptor) {}
+Socket::Socket(int descriptor) : m_descriptor(descriptor), m_in(kBuffer) {}
 
 bool Socket::waitFor(short events, milliseconds time) const
 {
@@ -36,7 +36,7 @@ bool Socket::waitFor(short events, milliseconds time) const
 
 bool Socket::waitForRequest(milliseconds time)
 {
-    return m_taken < m_in.size() || waitFor(POLLIN, time);
+    return m_taken < m_filled || waitFor(POLLIN, time);
 }
 
 void Socket::beginHead()
@@ -61,13 +61,12 @@ bool Socket::fill()
     milliseconds time = kBodyTime;
     if (m_inHead)
         time = duration_cast<milliseconds>(m_headEnd - steady_clock::now());
-    m_in.resize(kBuffer);
-    m_taken = 0;
     ssize_t got = ::recv(m_descriptor, m_in.data(), m_in.size(), MSG_DONTWAIT);
     if (got < 0 && (errno == EAGAIN || errno == EINTR))
         got = time.count() > 0 && waitFor(POLLIN, time) ? ::recv(m_descriptor, m_in.data(), m_in.size(), 0)
                                                         : -1;
-    m_in.resize(static_cast<size_t>(std::max<ssize_t>(got, 0)));
+    m_taken = 0;
+    m_filled = static_cast<size_t>(std::max<ssize_t>(got, 0));
     return got > 0;
 }
 
@@ -76,9 +75,9 @@ ssize_t Socket::read(char* data, size_t size)
     if (m_inHead)
         size = std::min(size, m_head);
     // A head that is too long ends here as if the client had gone.
-    if (size == 0 || (m_taken == m_in.size() && !fill()))
+    if (size == 0 || (m_taken == m_filled && !fill()))
         return m_inHead ? -1 : 0;
-    const size_t count = std::min(size, m_in.size() - m_taken);
+    const size_t count = std::min(size, m_filled - m_taken);
     std::memcpy(data, m_in.data() + m_taken, count);
     m_taken += count;
     if (m_inHead)
@@ -120,7 +119,7 @@ bool Socket::flush()
 
 bool Socket::isReadable()
 {
-    return m_taken < m_in.size() || waitFor(POLLIN, m_inHead ? kHeadTime : kBodyTime);
+    return m_taken < m_filled || waitFor(POLLIN, m_inHead ? kHeadTime : kBodyTime);
 }
 
 bool Socket::isWritable()

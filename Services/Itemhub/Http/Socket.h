@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 #include <sys/types.h>
+#include <vector>
 
 namespace Itemhub::Http {
 
@@ -46,8 +47,9 @@ private:
     bool send(const char* data, size_t size);
 
     int m_descriptor;
-    std::string m_in, m_out;
-    size_t m_taken = 0;  ///< Of m_in.
+    std::vector<char> m_in; ///< Of the buffer, what came ends at m_filled.
+    std::string m_out;
+    size_t m_taken = 0, m_filled = 0;
     size_t m_head = 0;   ///< Bytes that the head may still have.
     size_t m_unread = 0; ///< Of the body.
     bool m_inHead = false;

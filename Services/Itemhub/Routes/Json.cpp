@@ -2,10 +2,12 @@
 
 #include "Services/Itemhub/Routes/Clean.h"
 
-#include <QDateTime>
 #include <QJsonDocument>
 
+#include <array>
 #include <cmath>
+#include <cstdio>
+#include <ctime>
 
 namespace Itemhub::Routes {
 
@@ -115,7 +117,15 @@ void Members::end() const
 
 QString timeText(qint64 ms)
 {
-    return QDateTime::fromMSecsSinceEpoch(ms, Qt::UTC).toString(Qt::ISODateWithMs);
+    // Not by QDateTime, which takes a tenth of the time of reading an item.
+    constexpr qint64 kSecond = 1000;
+    const std::time_t seconds = ms / kSecond;
+    std::tm parts{};
+    ::gmtime_r(&seconds, &parts);
+    std::array<char, 32> text{};
+    const size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts);
+    std::snprintf(text.data() + length, text.size() - length, ".%03dZ", static_cast<int>(ms % kSecond));
+    return QString::fromLatin1(text.data());
 }
 
 QJsonObject toJson(const Store::Workspace& workspace)

@@ -96,7 +96,7 @@ void readChecksum(const Call& call, Checksum& checksum)
     const QString algorithm = header.section(' ', 0, 0);
     if (algorithm != "sha1" && algorithm != "sha256")
         throw Problem(400, "bad_checksum", "Checksums are sha1 or sha256.");
-    checksum.digest.emplace(algorithm.toLatin1().constData());
+    checksum.digest.emplace(algorithm == "sha1" ? Digest::Kind::Sha1 : Digest::Kind::Sha256);
     checksum.wanted = QByteArray::fromBase64(header.section(' ', 1).toLatin1()).toStdString();
 }
 

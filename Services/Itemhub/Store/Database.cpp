@@ -60,7 +60,8 @@ qint64 Rows::changed() const
     return m_query->numRowsAffected();
 }
 
-Connection::Connection(const Database& database, bool mayCreate) : m_database(database), m_name(freshName())
+Connection::Connection(const Database& database, bool mayCreate)
+    : m_database(database), m_name(freshName()), m_changeMark(database.dialect().changeMark().toStdString())
 {
     QSqlDatabase connection = QSqlDatabase::addDatabase(dialect().driver(), m_name);
     dialect().configure(connection, mayCreate);
@@ -121,7 +122,21 @@ Rows Connection::run(std::string_view statement, std::initializer_list<QVariant>
         query.finish();
         fail(error);
     }
+    if (!query.isSelect())
+        m_mark = -1;
     return Rows(query);
+}
+
+bool Connection::mayHaveChanged()
+{
+    if (m_changeMark.empty())
+        return true;
+    const Rows rows = [this] {
+        Rows answer = run(std::string_view(m_changeMark));
+        answer.next();
+        return answer;
+    }();
+    return std::exchange(m_mark, rows.number(0)) != rows.number(0);
 }
 
 Rows Connection::runBuilt(const QString& statement, std::initializer_list<QVariant> values)
@@ -162,6 +177,7 @@ void Transaction::commit()
     }
     if (m_connection.m_broken)
         throw StoreError(StoreError::Kind::Other, "A transaction within this one was taken back.");
+    m_connection.m_mark = -1;
     m_connection.runOnce("COMMIT");
     m_connection.m_depth = 0;
     m_open = false;

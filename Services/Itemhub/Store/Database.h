@@ -56,6 +56,10 @@ public:
 
     [[nodiscard]] const Dialect& dialect() const;
 
+    /// Whether anything may have changed since this was called last, in this process or in another. What a
+    /// thread keeps between requests is good as long as this says no.
+    [[nodiscard]] bool mayHaveChanged();
+
 private:
     friend class Transaction;
 
@@ -71,7 +75,9 @@ private:
     const Database& m_database;
     QString m_name;
     std::unordered_map<std::string, std::unique_ptr<QSqlQuery>, Hash, std::equal_to<>> m_statements;
-    int m_depth = 0; ///< Of transactions.
+    const std::string m_changeMark; ///< The dialect's statement.
+    qint64 m_mark = -1;             ///< Its answer; -1 after a change of this connection's own.
+    int m_depth = 0;                ///< Of transactions.
     bool m_broken = false;
 };
 

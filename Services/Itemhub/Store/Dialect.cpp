@@ -14,7 +14,7 @@ namespace {
 
 /// Among how many matches, the newest, ranking looks for the best: a word that every item has must not cost
 /// as much as there are items.
-constexpr int kRankedMatches = 4000;
+constexpr int kRankedMatches = 1000;
 
 QString quoted(const QString& text)
 {
@@ -54,6 +54,7 @@ public:
 
     QString beginWriting() const override { return "BEGIN IMMEDIATE"; }
     QString beforeEvent() const override { return {}; }
+    QString changeMark() const override { return "PRAGMA data_version"; }
 
     StoreError::Kind kindOf(const QSqlError& error) const override
     {
@@ -176,6 +177,8 @@ public:
     QString beginWriting() const override { return "BEGIN"; }
     // Until the end of the transaction: else a reader could see serial 6 before 5, and never 5.
     QString beforeEvent() const override { return "SELECT pg_advisory_xact_lock(1902537)"; }
+
+    QString changeMark() const override { return {}; }
 
     StoreError::Kind kindOf(const QSqlError& error) const override
     {

@@ -45,6 +45,10 @@ public:
     /// be empty.
     [[nodiscard]] virtual QString beforeEvent() const = 0;
 
+    /// A statement that answers with a number which is another one once other connections have changed
+    /// anything; empty if the database has no cheap one.
+    [[nodiscard]] virtual QString changeMark() const = 0;
+
     [[nodiscard]] virtual StoreError::Kind kindOf(const QSqlError& error) const = 0;
     /// @throws StoreError (Gone) if what is open is no longer what others would open
     virtual void requireSame() const = 0;
