@@ -1,6 +1,6 @@
 #include "Services/Itemhub/Access/Grants.h"
 
-#include "Services/Itemhub/Blobs/Digest.h"
+#include <sodium.h>
 
 namespace Itemhub::Access {
 
@@ -12,7 +12,12 @@ constexpr size_t kSelectorBytes = 12, kSecretBytes = 32;
 
 QString hashOf(const QString& secret)
 {
-    return QString::fromStdString(Blobs::Digest::hexOf(secret.toStdString()));
+    const QByteArray text = secret.toUtf8();
+    QByteArray hash(crypto_hash_sha256_BYTES, '\0');
+    crypto_hash_sha256(reinterpret_cast<unsigned char*>(hash.data()),
+                       reinterpret_cast<const unsigned char*>(text.constData()),
+                       static_cast<unsigned long long>(text.size()));
+    return QString::fromLatin1(hash.toHex());
 }
 
 QString consumerSecretOf(const MasterKey& key, const QString& consumerKey)

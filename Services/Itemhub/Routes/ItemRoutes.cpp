@@ -86,7 +86,7 @@ Http::Response makeItem(Call& call)
 
 Http::Response readItem(Call& call)
 {
-    const Store::Item item = itemOf(call, call.subject.item);
+    const Store::Item& item = call.subject.read;
     if (call.request.header("If-None-Match") != etagOf(item))
         return answerWith(item);
     Http::Response response;

@@ -7,13 +7,18 @@ namespace Itemhub::Store {
 namespace {
 
 // Whose favourites are told is the first value of each statement that begins so.
-const std::string kSelect =
-    "SELECT i.id, i.workspace_id, i.caption, i.description, i.revision, a.name, i.created_at, "
-    "i.changed_at, f.item_id FROM item i JOIN account a ON a.id = i.created_by "
-    "LEFT JOIN favourite f ON f.item_id = i.id AND f.account_id = ? ";
+const std::string kColumns = "SELECT i.id, i.workspace_id, i.caption, i.description, i.revision, a.name, "
+                             "i.created_at, i.changed_at, f.item_id";
+const std::string kFrom = " FROM item i JOIN account a ON a.id = i.created_by "
+                          "LEFT JOIN favourite f ON f.item_id = i.id AND f.account_id = ? ";
+const std::string kSelect = kColumns + kFrom;
 const std::string kVisible = "EXISTS (SELECT 1 FROM membership m WHERE m.account_id = ? AND "
                              "m.workspace_id IN (0, i.workspace_id)) ";
 
+const std::string kOneWithRole = kColumns +
+                                 ", (SELECT max(m.role) FROM membership m WHERE m.account_id = ? AND "
+                                 "m.workspace_id IN (0, i.workspace_id))" +
+                                 kFrom + "WHERE i.id = ? AND i.tenant_id = ? AND i.deleted_at IS NULL";
 const std::string kOne = kSelect + "WHERE i.id = ? AND i.deleted_at IS NULL";
 const std::string kVisibleOne = kSelect + "WHERE i.id = ? AND i.deleted_at IS NULL AND " + kVisible;
 const std::string kOfWorkspace =
@@ -100,6 +105,14 @@ std::optional<Item> findItem(Connection& connection, qint64 account, qint64 item
 {
     Rows rows = connection.run(kOne, {account, item});
     return rows.next() ? std::optional(itemOf(rows)) : std::nullopt;
+}
+
+std::optional<ItemAndRole> findItemAndRole(Connection& connection, qint64 tenant, qint64 account, qint64 item)
+{
+    Rows rows = connection.run(kOneWithRole, {account, account, item, tenant});
+    if (!rows.next())
+        return std::nullopt;
+    return ItemAndRole{itemOf(rows), static_cast<Role>(rows.number(9))};
 }
 
 std::vector<Item> itemsOf(Connection& connection, qint64 workspace, qint64 account, const Page& page)

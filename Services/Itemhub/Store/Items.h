@@ -40,6 +40,15 @@ qint64 addWorkspace(Connection& connection, qint64 tenant, const QString& name);
 qint64 addItem(Connection& connection, qint64 tenant, qint64 workspace, qint64 account,
                const QString& caption, const QString& description);
 [[nodiscard]] std::optional<Item> findItem(Connection& connection, qint64 account, qint64 item);
+
+/// An item with the role that the account has there, which may be none.
+struct ItemAndRole
+{
+    Item item;
+    Role role = Role::None;
+};
+[[nodiscard]] std::optional<ItemAndRole> findItemAndRole(Connection& connection, qint64 tenant,
+                                                         qint64 account, qint64 item);
 [[nodiscard]] std::vector<Item> itemsOf(Connection& connection, qint64 workspace, qint64 account,
                                         const Page& page);
 /// @returns false if the item has no longer that revision, and nothing is changed

@@ -14,8 +14,6 @@ std::string select(const char* columns, const char* from, const char* where)
 }
 
 const std::string kWorkspace = select("w.id, 0, 0", "workspace w", "w.id = ?");
-const std::string kItem = select("w.id, i.id, 0", "item i JOIN workspace w ON w.id = i.workspace_id",
-                                 "i.id = ? AND i.deleted_at IS NULL");
 const std::string kAttachment =
     select("w.id, i.id, t.id",
            "attachment t JOIN item i ON i.id = t.item_id JOIN workspace w ON w.id = i.workspace_id",
@@ -30,7 +28,10 @@ std::optional<Subject> find(Connection& connection, const std::string& statement
     Rows rows = connection.run(statement, {account, id, tenant});
     if (!rows.next())
         return std::nullopt;
-    return Subject{rows.number(0), rows.number(1), rows.number(2), static_cast<Role>(rows.number(3))};
+    return Subject{.workspace = rows.number(0),
+                   .item = rows.number(1),
+                   .attachment = rows.number(2),
+                   .role = static_cast<Role>(rows.number(3))};
 }
 
 } // namespace
@@ -42,7 +43,12 @@ std::optional<Subject> aboutWorkspace(Connection& connection, qint64 tenant, qin
 
 std::optional<Subject> aboutItem(Connection& connection, qint64 tenant, qint64 account, qint64 id)
 {
-    return find(connection, kItem, tenant, account, id);
+    auto found = findItemAndRole(connection, tenant, account, id);
+    if (!found)
+        return std::nullopt;
+    Subject subject{.workspace = found->item.workspace, .item = id, .role = found->role};
+    subject.read = std::move(found->item);
+    return subject;
 }
 
 std::optional<Subject> aboutAttachment(Connection& connection, qint64 tenant, qint64 account, qint64 id)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/Itemhub/Store/Accounts.h"
+#include "Services/Itemhub/Store/Items.h"
 
 namespace Itemhub::Store {
 
@@ -9,6 +9,7 @@ struct Subject
 {
     qint64 workspace = 0, item = 0, attachment = 0; ///< 0 where it doesn't apply.
     Role role = Role::None;
+    Item read; ///< The item itself, if it's the item that was asked about.
 };
 
 /// Each finds nothing where the tenant has no such thing, or it was removed.
