@@ -91,7 +91,7 @@ const Session kSessions[] = {
     {L"CurrentDocumentationListCommand", L"Document.Create DocumentationAssetType;Commands.Start CurrentDocumentationListCommand"},
     // The cloud drive, with nobody signed in
     {L"CloudCommand",                  L"Commands.Start CloudCommand"},
-    {L"CloudLoginCommand",             L"VuCommands.CloudLoginCmd anna secret", L"CloudLoginCmd anna ***"},
+    {L"CloudLoginCommand",             L"VuCommands.CloudLoginCmd anna secret", L"***"},
     {L"CloudLogoutCommand",            L"VuCommands.CloudLogoutCmd"},
     {L"CloudManageCommand",            L"VuCommands.CloudManageCmd"},
     {L"CloudListFilesCommand",         L"VuCommands.CloudListFilesCmd"},

@@ -31,6 +31,11 @@ std::wstring remarkOf(const Vs::Document& document)
 
 class Teller : public Vs::CloudEventSite
 {
+public:
+    Teller() { Vs::CloudEventSource::get()->subscribe(this); }
+    ~Teller() override { Vs::CloudEventSource::get()->unsubscribe(this); }
+
+private:
     void cloudSessionChanged(Vs::CloudEvent*) override { tell(); }
     void cloudFileStateChanged(Vs::CloudEvent*) override { tell(); }
     void cloudFileArrived(Vs::CloudEvent* event) override
@@ -54,11 +59,7 @@ class Teller : public Vs::CloudEventSite
 };
 
 const DocumentRemark kRemark(remarkOf);
-const bool kTelling = [] {
-    static Teller teller;
-    Vs::CloudEventSource::get()->subscribe(&teller);
-    return true;
-}();
+const Teller kTeller;
 
 } // namespace
 } // namespace Vu::Commands
