@@ -1,5 +1,6 @@
 #include "Server/Skyvault/Client/Dav/Compare.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 
 namespace Vs::Cloud {
@@ -21,6 +22,15 @@ DriveResult hasContent(Session& session, const std::string& path, const std::str
     if (!answer.isOk())
         return resultOf(answer, action);
     return file.atEnd() ? DriveResult() : failed(CloudErrorState::Changed, action, "the content differs");
+}
+
+QByteArray sha1Of(const std::string& local)
+{
+    QFile file(QString::fromStdString(local));
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file))
+        return {};
+    return hash.result().toHex();
 }
 
 } // namespace Vs::Cloud

@@ -10,4 +10,7 @@ namespace Vs::Cloud {
 DriveResult hasContent(Session& session, const std::string& path, const std::string& local,
                        std::string& etag);
 
+/// Of a local file, in hexadecimal; empty if it can't be read.
+QByteArray sha1Of(const std::string& local);
+
 } // namespace Vs::Cloud

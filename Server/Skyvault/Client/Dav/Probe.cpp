@@ -25,7 +25,8 @@ class ProbeFolder
 public:
     explicit ProbeFolder(Session& session)
         : m_session(session),
-          m_path("/.quillet-probe-" + QUuid::createUuid().toString(QUuid::Id128).left(12).toStdString())
+          m_path("/" + ownPrefix() + "probe-" +
+                 QUuid::createUuid().toString(QUuid::Id128).left(12).toStdString())
     {
     }
     ~ProbeFolder()

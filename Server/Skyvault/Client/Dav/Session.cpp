@@ -77,7 +77,7 @@ DriveResult Session::list(const std::string& folder, std::vector<DriveEntry>& en
     MultiStatus reader(address, [&](DavItem&& each) {
         if (each.entry.path == folder)
             isFolder = each.entry.isFolder;
-        else if (parentOf(each.entry.path) == folder)
+        else if (parentOf(each.entry.path) == folder && !nameOf(each.entry.path).starts_with(ownPrefix()))
             entries.push_back(std::move(each.entry));
     });
     Request request{.method = "PROPFIND",

@@ -49,6 +49,12 @@ struct Session
     DriveResult remove(const std::string& path, Headers headers = {});
 };
 
+/// Of the names of files that are there only while something is done. Listings don't have them.
+inline std::string ownPrefix()
+{
+    return ".quillet-";
+}
+
 /// Without W/, as ETags are compared.
 std::string strongPart(const std::string& etag);
 

@@ -1,8 +1,10 @@
 #include "Server/Skyvault/Client/Dav/Upload.h"
 
+#include "Server/Skyvault/Client/Dav/Chunks.h"
 #include "Server/Skyvault/Client/Dav/Compare.h"
 #include "Server/Skyvault/Client/Dav/KeepOther.h"
 
+#include <QCryptographicHash>
 #include <QFileInfo>
 #include <QUuid>
 
@@ -32,6 +34,14 @@ Upload::Upload(Session& session, const DriveUpload& upload, const DriveWatch& wa
 
 DriveResult Upload::run(DriveEntry& entry)
 {
+    DriveResult result = save(entry);
+    m_lock.reset();
+    m_session.http.hurry(false);
+    return result;
+}
+
+DriveResult Upload::save(DriveEntry& entry)
+{
     if (DriveResult opened = openSource(); !opened.isOk())
         return opened;
     if (m_session.traits.locks) {
@@ -53,7 +63,6 @@ DriveResult Upload::run(DriveEntry& entry)
     // Another's file of the same size must not get the ETag of ours.
     if (m_isWritten && m_lock && !m_session.traits.etagsDifferInOneTick)
         std::this_thread::sleep_until(m_writtenAt + m_session.traits.etagTick);
-    m_lock.reset();
     return result;
 }
 
@@ -117,6 +126,11 @@ DriveResult Upload::compare()
 DriveResult Upload::write()
 {
     const DriveTraits& traits = m_session.traits;
+    const bool isInChunks = traits.chunkedUpload && Chunks::isWorthwhile(m_size);
+    if (traits.checksums || isInChunks)
+        m_sum = sha1Of(m_upload.source);
+    if (isInChunks)
+        return putInChunks();
     return !traits.keepsOldOnBreak && traits.movesOntoExisting ? putAndMove() : put();
 }
 
@@ -138,6 +152,8 @@ Headers Upload::conditions() const
 Answer Upload::putTo(const std::string& path, Headers headers)
 {
     headers.push_back({"Content-Type", "application/octet-stream"});
+    if (m_session.traits.checksums)
+        headers.push_back({"OC-Checksum", "SHA1:" + m_sum});
     return m_session.http.ask({.method = "PUT",
                                .url = m_session.address.of(path),
                                .headers = std::move(headers),
@@ -201,9 +217,12 @@ DriveResult Upload::putAfterAWhile()
 
 DriveResult Upload::putAndMove()
 {
-    const std::string hidden =
-        joined(parentOf(m_upload.path),
-               ".quillet-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString());
+    // Under a lock it is the same name for each save, so that what a killed one left goes with the next.
+    const QByteArray mark =
+        m_lock ? QCryptographicHash::hash(QByteArray::fromStdString(m_upload.path), QCryptographicHash::Sha1)
+                     .toHex()
+               : QUuid::createUuid().toByteArray(QUuid::Id128);
+    const std::string hidden = joined(parentOf(m_upload.path), ownPrefix() + mark.toStdString());
     const auto withoutHidden = [&](DriveResult result) {
         static_cast<void>(m_session.remove(hidden));
         return result;
@@ -219,33 +238,60 @@ DriveResult Upload::putAndMove()
         return withoutHidden(
             failed(CloudErrorState::NotKept, m_action,
                    "of " + std::to_string(m_size) + " bytes the server kept " + std::to_string(sent.size)));
+    DriveResult moved = moveFrom(m_session.address.of(hidden));
+    return moved.isOk() ? moved : withoutHidden(moved);
+}
+
+DriveResult Upload::putInChunks()
+{
+    const QUrl destination = m_session.address.of(m_upload.path);
+    const QByteArray name = QCryptographicHash::hash(destination.toEncoded() + ' ' + m_sum + ' ' +
+                                                         QByteArray::fromStdString(m_before.etag),
+                                                     QCryptographicHash::Sha1)
+                                .toHex();
+    Chunks chunks(m_session, "quillet-" + name, destination);
+    DriveResult result = chunks.send(m_upload.source, m_size, m_action, m_watch);
+    if (result.isOk())
+        result = moveFrom(chunks.whole());
+    // What a broken connection left is gone on with by the next save of the same content.
+    if (!result.isOk() && result.state != CloudErrorState::Unreachable)
+        chunks.remove();
+    return result;
+}
+
+DriveResult Upload::moveFrom(const QUrl& place)
+{
     Headers headers{{"Destination", m_session.address.of(m_upload.path).toEncoded()},
                     {"Overwrite", m_isThere || m_lock ? "T" : "F"}};
     if (m_lock)
         headers.push_back(m_lock->taggedCondition());
+    if (m_session.traits.chunkedUpload)
+        headers.push_back({"OC-Total-Length", QByteArray::number(m_size)});
+    if (m_session.traits.checksums)
+        headers.push_back({"OC-Checksum", "SHA1:" + m_sum});
     for (bool isFirst = true;; isFirst = false) {
-        const Answer moved = m_session.ask("MOVE", hidden, headers);
+        const Answer moved = m_session.http.ask({.method = "MOVE", .url = place, .headers = headers});
         if (moved.isOk()) {
             wasWritten();
             return {};
         }
         bool isUntouched = false;
         if (!isFirst && settle(moved, isUntouched).isOk())
-            return withoutHidden({});
+            return {};
         if (moved.status == 412)
-            return withoutHidden(changed("another file came to be there meanwhile"));
+            return changed("another file came to be there meanwhile");
         if (!isLost(moved))
-            return withoutHidden(resultOf(moved, m_action));
+            return resultOf(moved, m_action);
         DriveResult settled = settle(moved, isUntouched);
-        if (settled.isOk())
+        if (settled.isOk() || !isUntouched || !moved.wasReset || !isFirst)
             return settled;
-        if (!isUntouched || !moved.wasReset || !isFirst)
-            return withoutHidden(settled);
     }
 }
 
 DriveResult Upload::settle(const Answer& answer, bool& isUntouched)
 {
+    // A server that stood still isn't waited for as long again, three times over.
+    m_session.http.hurry(answer.status == 0 && !answer.wasReset);
     DriveEntry now;
     const DriveResult found = m_session.find(m_upload.path, now);
     if (found.isOk() && isOurs(now)) {
@@ -273,9 +319,15 @@ bool Upload::isOurs(const DriveEntry& found)
 
 DriveResult Upload::readBack()
 {
-    DriveResult found = m_session.find(m_upload.path, m_after);
+    DavItem kept;
+    DriveResult found = m_session.look(m_upload.path, kept, "<o:checksums/>");
     if (!found.isOk())
         return found;
+    m_after = kept.entry;
+    const QString sums = kept.properties[QStringLiteral("checksum")];
+    if (!m_sum.isEmpty() && sums.contains("SHA1:") &&
+        !sums.contains("SHA1:" + QString::fromLatin1(m_sum), Qt::CaseInsensitive))
+        return failed(CloudErrorState::NotKept, m_action, "the server keeps another checksum");
     if (qint64(m_after.size) != m_size) {
         m_isWritten = false;
         return failed(CloudErrorState::NotKept, m_action,

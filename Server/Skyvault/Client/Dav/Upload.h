@@ -18,6 +18,7 @@ public:
     DriveResult run(DriveEntry& entry);
 
 private:
+    DriveResult save(DriveEntry& entry);
     DriveResult underLock(DriveEntry& entry);
     DriveResult openSource();
     /// Looks at what is there and compares it with what was known.
@@ -28,6 +29,9 @@ private:
     void wasWritten();
     DriveResult put();
     DriveResult putAndMove();
+    DriveResult putInChunks();
+    /// Puts what lies there, of our size, into the file's place.
+    DriveResult moveFrom(const QUrl& place);
     Answer putTo(const std::string& path, Headers headers);
     Headers conditions() const;
     /// A right If-Match was refused, since the ETag is a weak one in the first second.
@@ -53,6 +57,7 @@ private:
     bool m_isWritten = false;
     std::chrono::steady_clock::time_point m_writtenAt;
     DriveEntry m_before, m_after;
+    QByteArray m_sum;      ///< SHA-1 of what is sent, where the server keeps one.
     std::string m_putEtag; ///< As the answer to PUT told it.
 };
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 namespace Vs::Cloud {
 
@@ -38,7 +37,7 @@ qint64 Body::readData(char* data, qint64 most)
     qint64 count = std::min(most, m_cut.value_or(m_size) - m_position);
     if (count <= 0 && m_cut) {
         if (m_atCut)
-            std::exchange(m_atCut, {})();
+            m_atCut();
         return 0;
     }
     if (count <= 0)

@@ -14,6 +14,7 @@ namespace {
 constexpr int kMostRedirections = 5;
 constexpr std::chrono::milliseconds kMostWaiting{30000};
 constexpr std::chrono::milliseconds kTick{100};
+constexpr std::chrono::milliseconds kHurry{5000};
 
 /// Seconds, or a date; none if the server doesn't say.
 std::optional<std::chrono::milliseconds> retryAfter(const Answer& answer)
@@ -88,6 +89,7 @@ Answer Http::askOnce(const Request& request, const DriveWatch& watch)
         const auto pair = QByteArray::fromStdString(m_credentials.user + ':' + m_credentials.secret);
         own.headers.push_back({"Authorization", "Basic " + pair.toBase64()});
     }
+    m_connection.patience(m_isInHurry ? std::min(m_patience, kHurry) : m_patience);
     return m_connection.run(own, digest, [&](std::uint64_t done, std::uint64_t total) {
         if (m_beside)
             m_beside();

@@ -16,7 +16,10 @@ public:
     /// Gives an access token anew; false if that isn't possible.
     using Renewal = std::function<bool(DriveCredentials& credentials)>;
     void renewal(Renewal renewal) { m_renewal = std::move(renewal); }
-    void patience(std::chrono::milliseconds time) { m_connection.patience(time); }
+    /// Of time without a byte.
+    void patience(std::chrono::milliseconds time) { m_patience = time; }
+    /// For what is still to be tidied up on a server that has just been waited for in vain.
+    void hurry(bool isInHurry) { m_isInHurry = isInHurry; }
     const DriveCredentials& credentials() const { return m_credentials; }
 
     [[nodiscard]] Answer ask(Request request, const DriveWatch& watch = {});
@@ -37,7 +40,8 @@ private:
     DriveCredentials m_credentials;
     Renewal m_renewal;
     std::function<void()> m_beside;
-    bool m_digest = false;
+    std::chrono::milliseconds m_patience{60000};
+    bool m_digest = false, m_isInHurry = false;
 };
 
 } // namespace Vs::Cloud

@@ -1,0 +1,93 @@
+#include "Server/Skyvault/Client/Dav/Chunks.h"
+
+#include <algorithm>
+
+namespace Vs::Cloud {
+
+namespace {
+
+// No part but the last may be smaller, and no more than 10000 are allowed.
+constexpr qint64 kLeastPart = qint64(5) << 20;
+constexpr qint64 kPart = qint64(10) << 20;
+constexpr qint64 kMostParts = 10000;
+
+QUrl placeOf(const Session& session, const QByteArray& name)
+{
+    return Address(session.service.uploads).of("/" + name.toStdString());
+}
+
+} // namespace
+
+bool Chunks::isWorthwhile(qint64 size)
+{
+    return size > kLeastPart;
+}
+
+Chunks::Chunks(Session& session, const QByteArray& name, const QUrl& destination)
+    : m_session(session), m_place(placeOf(session, name)), m_destination(destination)
+{
+}
+
+DriveResult Chunks::begin(const std::string& action)
+{
+    const Headers headers{{"Destination", m_destination.toEncoded()}};
+    const Answer made = m_session.http.ask({.method = "MKCOL", .url = m_place.root(), .headers = headers});
+    if (made.status == 201)
+        return {};
+    if (made.status != 405 && !made.isLost())
+        return resultOf(made, action);
+    // An earlier attempt has made it, or the lost one.
+    MultiStatus reader(m_place, [&](DavItem&& each) { m_sent[each.entry.path] = each.entry.size; });
+    Request request{.method = "PROPFIND",
+                    .url = m_place.of("/", true),
+                    .headers = {{"Depth", "1"}, {"Content-Type", "application/xml; charset=utf-8"}},
+                    .body = propertiesWanted()};
+    request.sink = [&](const QByteArray& piece) { return reader.add(piece); };
+    const Answer listed = m_session.http.ask(request);
+    if (!listed.isOk())
+        return resultOf(listed, action);
+    const DriveResult whole = reader.end();
+    return whole.isOk() ? whole : failed(whole.state, action, whole.detail);
+}
+
+DriveResult Chunks::send(const std::string& source, qint64 size, const std::string& action,
+                         const DriveWatch& watch)
+{
+    if (DriveResult begun = begin(action); !begun.isOk())
+        return begun;
+    const qint64 part = std::max(kPart, (size + kMostParts - 1) / kMostParts);
+    qint64 offset = 0;
+    for (int number = 1; offset < size; ++number) {
+        const qint64 length = std::min(part, size - offset);
+        const std::string path = "/" + QByteArray::number(number).rightJustified(5, '0').toStdString();
+        const auto there = m_sent.find(path);
+        if (there == m_sent.end() || qint64(there->second) != length) {
+            DriveWatch partly;
+            if (watch.progress)
+                partly.progress = [&](std::uint64_t done, std::uint64_t) {
+                    return watch.progress(std::uint64_t(offset) + done, std::uint64_t(size));
+                };
+            const Request request{.method = "PUT",
+                                  .url = m_place.of(path),
+                                  .headers = {{"Destination", m_destination.toEncoded()},
+                                              {"OC-Total-Length", QByteArray::number(size)},
+                                              {"Content-Type", "application/octet-stream"}},
+                                  .file = FilePart{source, offset, length}};
+            Answer answer = m_session.http.ask(request, partly);
+            // The same bytes to the same part of ours change nothing when they arrive twice.
+            if (answer.isLost() && answer.wasReset)
+                answer = m_session.http.ask(request, partly);
+            if (!answer.isOk())
+                return resultOf(answer, action);
+        }
+        offset += length;
+    }
+    return {};
+}
+
+void Chunks::remove()
+{
+    static_cast<void>(m_session.http.ask({.method = "DELETE", .url = m_place.root()}));
+}
+
+} // namespace Vs::Cloud
