@@ -240,6 +240,21 @@ public:
 protected:
     bool event(QEvent* event) override { return m_link.handle(event) || QOpenGLWidget::event(event); }
 
+    // The base draws at each resize at once, while a layout goes from size to size until all have found room;
+    // the picture is made when the window draws.
+    void resizeEvent(QResizeEvent* event) override
+    {
+        m_resizing = true;
+        QOpenGLWidget::resizeEvent(event);
+        m_resizing = false;
+        update();
+    }
+    void paintEvent(QPaintEvent* event) override
+    {
+        if (!m_resizing)
+            QOpenGLWidget::paintEvent(event);
+    }
+
     void initializeGL() override
     {
         // A move to another window gives another context.
@@ -320,6 +335,7 @@ private:
     std::unique_ptr<Rendra::Renderer> m_renderer;
     std::unique_ptr<QOpenGLFramebufferObject> m_smooth; ///< Null where edges are not smoothed.
     int m_samples = 1;
+    bool m_resizing = false;
     qint64 m_richTime = kFluentTime; ///< Milliseconds of the last picture with everything.
     CanvasLink m_link;
 };

@@ -17,6 +17,7 @@
 #include "UI/Base/View/AutoCamViewFragment.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/Private/FrameEvents.h"
 #include "UI/Base/View/TransitionMgr.h"
 #include "UI/Base/Workspace/Workspace.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -34,6 +35,8 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <optional>
+#include <set>
+#include <utility>
 
 using namespace Vu;
 
@@ -140,6 +143,37 @@ Difference difference(const QImage& a, const QImage& b)
         }
     const double pixels = double(a.width()) * a.height();
     return {result.mean / pixels, result.visible / pixels};
+}
+
+/// The sizes in which the canvas was drawn.
+class DrawnSizes : private FrameEventSite
+{
+public:
+    std::set<std::pair<int, int>> sizes;
+
+private:
+    void frameDrawn(FrameEvent* event) override
+    {
+        sizes.emplace(event->canvas()->pixelWidth(), event->canvas()->pixelHeight());
+    }
+
+    FrameEventSource::Wanted m_wanted{this};
+};
+
+TEST_F(WindowPicture, IsDrawnOnlyInTheSizeThatAChangedLayoutLeavesIt)
+{
+    for (const wchar_t* line :
+         {L"VuCommands.DockAssetToolbarsToBottomCmd", L"VuCommands.DockAssetToolbarsToTopCmd"}) {
+        SCOPED_TRACE(Vs::Strings::narrow(line));
+        QTest::qWait(kStillMilliseconds); // for what is still to be drawn
+        const int before = canvas()->pixelHeight();
+        const DrawnSizes drawn;
+        run(line);
+        EXPECT_TRUE(UiTests::becomes([&] { return canvas()->pixelHeight() != before; }));
+        QTest::qWait(kStillMilliseconds);
+        EXPECT_EQ(drawn.sizes,
+                  (std::set<std::pair<int, int>>{{canvas()->pixelWidth(), canvas()->pixelHeight()}}));
+    }
 }
 
 TEST_F(WindowPicture, ShowsWhatARunWithoutAWindowDraws)
