@@ -1,5 +1,6 @@
 #include "UI/Base/Session/Private/SavingHandler.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/DocumentType.h"
@@ -134,7 +135,9 @@ Vs::EDocMgmtOpCode SavingHandler::onSavingChangedFiles(const Documents& document
 void SavingHandler::documentSaved(Vs::DocumentEvent* event)
 {
     const Vs::Document* document = event->document();
-    if (document->isOnDisk() && Application::get()->mainWidget())
+    // What lies in the cache of the cloud drive isn't saved there yet: whoever sends it tells.
+    if (document->isOnDisk() && Application::get()->mainWidget() &&
+        !Vs::PathInfo::isPathInCloudCache(document->path()))
         tellSaved(*document);
     DocumentSession* session = SessionMgr::get()->documentSession(event->document());
     if (!session->firstSave() || !document->isOnDisk())
