@@ -1,7 +1,6 @@
 #include "UI/Commands/Cloud/CloudDocuments.h"
 
 #include "Server/Base/Task.h"
-#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/ApplicationEditionService.h"
 #include "Server/DataModel/CloudIdentifiers.h"
 #include "Server/DataModel/Document.h"
@@ -25,17 +24,16 @@
 namespace Vu::Commands {
 namespace {
 
-constexpr const wchar_t* kConflict = L"CloudConflict";
-constexpr const wchar_t* kSaved = L"CloudSaved";
+constexpr const wchar_t* kSender = L"CloudConflict";
 /// How long what waits waits for the drive, before it is tried again.
 constexpr int kRetryInterval = 60'000;
 
-/// Of each sender there is one notification for each file.
-void forget(const wchar_t* sender, const boost::filesystem::path& file)
+/// One notification for each file.
+void forgetConflict(const boost::filesystem::path& file)
 {
     auto* center = Vs::NotificationCenter::get();
     std::vector<Vs::Notification*> earlier;
-    center->notificationsByClientID(sender, earlier);
+    center->notificationsByClientID(kSender, earlier);
     for (Vs::Notification* notification : earlier)
         if (notification->file() == file.wstring())
             center->remove(notification);
@@ -53,19 +51,19 @@ private:
     {
         const Vs::CloudFileState state = Vs::CloudCacheManager::getInstance()->state(event->file());
         if (state == Vs::CloudFileState::Clean)
-            forget(kConflict, event->file());
+            forgetConflict(event->file());
         if (state == Vs::CloudFileState::Waiting)
             retry();
     }
     void cloudFileConflicted(Vs::CloudEvent* event) override
     {
-        forget(kConflict, event->file());
+        forgetConflict(event->file());
         Vs::NotificationRequest request;
         request.title = localizedFormat("CloudConflict", "%1% was not saved to the drive",
                                         event->file().filename().wstring());
         request.text = event->text();
         request.file = event->file().wstring();
-        request.clientID = kConflict;
+        request.clientID = kSender;
         request.type = Vs::NotificationType::makeByType(Vs::NotificationType::Offer);
         request.actions = {{localized("CloudSaveCopy", "Save a Copy"),
                             [file = event->file()] { CloudDocuments::saveConflictCopy(file); }, false}};
@@ -129,24 +127,6 @@ void CloudDocuments::uninstall()
     listener().reset();
 }
 
-void CloudDocuments::tellSaved(const Vs::Document& document)
-{
-    if (!Application::get()->mainWidget() || Vs::TranscriptMgr::get()->replaying())
-        return;
-    const std::wstring drive = Vs::SkyvaultUtilities::getCloud_TM();
-    const bool waits =
-        Vs::CloudCacheManager::getInstance()->state(document.path()) == Vs::CloudFileState::Waiting;
-    forget(kSaved, document.path());
-    Vs::NotificationRequest request;
-    request.title =
-        waits ? localizedFormat("CloudWaiting", "\"%1%\" waits to be saved to %2%", document.displayName(),
-                                drive)
-              : localizedFormat("CloudSaved", "\"%1%\" is saved to %2%", document.displayName(), drive);
-    request.file = document.path();
-    request.clientID = kSaved;
-    Vs::NotificationCenter::get()->sendNotification(std::move(request));
-}
-
 void CloudDocuments::saveConflictCopy(const boost::filesystem::path& file)
 {
     Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
@@ -166,7 +146,7 @@ void CloudDocuments::saveConflictCopy(const boost::filesystem::path& file)
         Vs::DocumentEventSource::get()->fireDocumentUpdated(&event);
     }
     RecentDocumentMgr::get()->add(copy.wstring(), true);
-    forget(kConflict, file);
+    forgetConflict(file);
 }
 
 } // namespace Vu::Commands

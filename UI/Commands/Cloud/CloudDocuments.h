@@ -2,10 +2,6 @@
 
 #include <boost/filesystem/path.hpp>
 
-namespace Vs {
-class Document;
-}
-
 namespace Vu::Commands {
 
 /// What open documents have to do with the cloud drive beside the commands: a document whose path lies in the
@@ -17,9 +13,6 @@ public:
     /// At the start of the add-in, and at its end.
     static void install();
     static void uninstall();
-
-    /// Tells, in a window, that a document is saved on the drive, or that it waits for it.
-    static void tellSaved(const Vs::Document& document);
 
     /// Saves what was refused as a new file beside the other's on the drive; an open document goes along.
     /// What fails is told.

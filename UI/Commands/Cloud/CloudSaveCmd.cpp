@@ -15,7 +15,6 @@
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Commands/Cloud/CloudDialog.h"
-#include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/WaitCursor.h"
@@ -220,7 +219,6 @@ void CloudSaveCmd::uploadSaved(const fs::path& target, SkyvaultNodeData& node, C
     }
     RecentDocumentMgr::get()->add(target.wstring(), true);
     document->setCloudId(result.id());
-    CloudDocuments::tellSaved(*document);
     if (Vs::TranscriptMgr::get()->recording())
         context->addArgument(CommandContext::pathArgumentName(), target.wstring());
 }

@@ -1,6 +1,5 @@
 #include "UI/Base/Session/Private/SavingHandler.h"
 
-#include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/DocumentType.h"
@@ -135,9 +134,7 @@ Vs::EDocMgmtOpCode SavingHandler::onSavingChangedFiles(const Documents& document
 void SavingHandler::documentSaved(Vs::DocumentEvent* event)
 {
     const Vs::Document* document = event->document();
-    // What lies in the cache of the cloud drive isn't saved there yet: whoever sends it tells.
-    if (document->isOnDisk() && Application::get()->mainWidget() &&
-        !Vs::PathInfo::isPathInCloudCache(document->path()))
+    if (document->isOnDisk() && Application::get()->mainWidget())
         tellSaved(*document);
     DocumentSession* session = SessionMgr::get()->documentSession(event->document());
     if (!session->firstSave() || !document->isOnDisk())
