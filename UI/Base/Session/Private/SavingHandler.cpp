@@ -1,5 +1,6 @@
 #include "UI/Base/Session/Private/SavingHandler.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/DocumentType.h"
@@ -64,6 +65,9 @@ Vs::EDocMgmtOpCode askAboutFiles(const Vs::IDocMgmtHandler::Documents& documents
 /// One for each file: who saves often doesn't want to read it as often.
 void tellSaved(const Vs::Document& document)
 {
+    // What was written is the copy here, which nobody has saved it for; the drive's side tells the rest.
+    if (Vs::PathInfo::isPathInCloudCache(document.path()))
+        return;
     constexpr const wchar_t* kSender = L"Saved";
     auto* center = Vs::NotificationCenter::get();
     std::vector<Vs::Notification*> earlier;

@@ -178,7 +178,7 @@ QVariant CloudFolderModel::headerData(int section, Qt::Orientation orientation, 
     if (role != Qt::DisplayRole)
         return {};
     return section == Name   ? CloudTexts::text("CloudColumnName", "Name")
-           : section == Size ? CloudTexts::text("CloudColumnSize", "Size")
+           : section == Size ? CloudTexts::text("CloudColumnSize", "Size") + QStringLiteral("  ")
                              : CloudTexts::text("CloudColumnModified", "Changed");
 }
 

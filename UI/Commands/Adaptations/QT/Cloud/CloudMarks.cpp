@@ -9,6 +9,9 @@
 #include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Commands/Localized.h"
 
+#include <set>
+#include <vector>
+
 namespace Vu::Commands {
 namespace {
 
@@ -29,6 +32,25 @@ std::wstring remarkOf(const Vs::Document& document)
     }
 }
 
+/// One for each file: who saves often doesn't want to read it as often.
+void tellSaved(const boost::filesystem::path& file, const std::wstring& title)
+{
+    constexpr const wchar_t* kSender = L"CloudSaved";
+    if (Vs::TranscriptMgr::get()->replaying())
+        return;
+    auto* center = Vs::NotificationCenter::get();
+    std::vector<Vs::Notification*> earlier;
+    center->notificationsByClientID(kSender, earlier);
+    for (Vs::Notification* notification : earlier)
+        if (notification->file() == file.wstring())
+            center->remove(notification);
+    Vs::NotificationRequest request;
+    request.title = title;
+    request.file = file.wstring();
+    request.clientID = kSender;
+    center->sendNotification(std::move(request));
+}
+
 class Teller : public Vs::CloudEventSite
 {
 public:
@@ -37,25 +59,30 @@ public:
 
 private:
     void cloudSessionChanged(Vs::CloudEvent*) override { tell(); }
-    void cloudFileStateChanged(Vs::CloudEvent*) override { tell(); }
+    void cloudFileStateChanged(Vs::CloudEvent* event) override
+    {
+        const Vs::CloudFileState state = Vs::CloudCacheManager::getInstance()->state(event->file());
+        const bool wasSent = m_sent.erase(event->file()) > 0;
+        if (state == Vs::CloudFileState::Uploading)
+            m_sent.insert(event->file());
+        else if (wasSent && state == Vs::CloudFileState::Clean)
+            tellSaved(event->file(), localizedFormat("CloudSaved", "\"%1%\" is saved on the drive",
+                                                     event->file().stem().wstring()));
+        tell();
+    }
     void cloudFileArrived(Vs::CloudEvent* event) override
     {
+        tellSaved(event->file(), localizedFormat("CloudArrived", "\"%1%\" has arrived on the drive",
+                                                 event->file().stem().wstring()));
         tell();
-        if (Vs::TranscriptMgr::get()->replaying())
-            return;
-        Vs::NotificationRequest request;
-        request.title = localized("CloudArrivedTitle", "Arrived on the drive");
-        request.text = localizedFormat("CloudArrived", "%1% is saved on the cloud drive now.",
-                                       event->file().filename().wstring());
-        request.file = event->file().wstring();
-        request.clientID = L"CloudArrived";
-        Vs::NotificationCenter::get()->sendNotification(std::move(request));
     }
     static void tell()
     {
         Vs::Event event;
         DocumentRemarkSource::get()->fireDocumentRemarksChanged(&event);
     }
+
+    std::set<boost::filesystem::path> m_sent; ///< What is on its way now.
 };
 
 const DocumentRemark kRemark(remarkOf);

@@ -142,7 +142,7 @@ void CloudPage::refresh()
         QStringList lines = CloudTexts::traits(*traits);
         if (!traits->isSafe())
             lines.prepend(CloudTexts::unsafe());
-        m_traits->setText(lines.join(u'\n'));
+        m_traits->setText(QStringLiteral("\u2022 ") + lines.join(QStringLiteral("\n\u2022 ")));
     }
     const std::vector<boost::filesystem::path> waiting = Vs::CloudCacheManager::getInstance()->waiting();
     QStringList names;

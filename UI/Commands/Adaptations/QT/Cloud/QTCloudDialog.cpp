@@ -161,6 +161,8 @@ void QTCloudDialog::makeList()
     m_list->setSortingEnabled(true);
     m_list->sortByColumn(CloudFolderModel::Name, Qt::AscendingOrder);
     m_list->setFrameShape(QFrame::NoFrame);
+    // Numbers on the right must not touch the dates beside them.
+    m_list->setStyleSheet(QStringLiteral("QTreeView::item { padding: 2px 6px; }"));
     QHeaderView* head = m_list->header();
     head->setStretchLastSection(false);
     head->setSectionResizeMode(CloudFolderModel::Name, QHeaderView::Stretch);
@@ -381,7 +383,8 @@ void QTCloudDialog::showState()
 
 void QTCloudDialog::busy(bool value, const QString& what)
 {
-    QWidget* const focus = focusWidget();
+    if (value)
+        m_focus = focusWidget();
     m_isBusy = value;
     m_progress->setVisible(value);
     if (value) {
@@ -393,8 +396,8 @@ void QTCloudDialog::busy(bool value, const QString& what)
     }
     showState();
     // What is disabled loses the keyboard.
-    if (!value && focus && !focus->hasFocus())
-        m_list->setFocus();
+    if (!value && m_focus && m_focus->isEnabled())
+        m_focus->setFocus();
 }
 
 void QTCloudDialog::tell(const QString& content)

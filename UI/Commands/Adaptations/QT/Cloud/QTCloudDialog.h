@@ -3,6 +3,7 @@
 #include "UI/Commands/Cloud/CloudDialog.h"
 
 #include <QDialog>
+#include <QPointer>
 
 #include <string>
 
@@ -63,6 +64,7 @@ private:
     CloudDialog::Request m_request;
     Vs::SkyvaultNodeData m_folder; ///< The one that is shown, with its children.
     Vs::SkyvaultNodeData m_chosen;
+    QPointer<QWidget> m_focus; ///< Which had the keyboard when a request began.
     bool m_isBusy = false;
     bool m_closes = false;
 

@@ -329,6 +329,8 @@ void QTCloudLoginDialog::finish(const DriveResult& result)
     if (result.state == Vs::CloudErrorState::Cancelled)
         return;
     QString why = CloudTexts::failure(result);
+    if (result.state == Vs::CloudErrorState::Unauthorized)
+        why = text("CloudLoginWrong", "The server does not accept this name and password.");
     // All but the keyring went well.
     if (result.state == Vs::CloudErrorState::CacheFailed && m_keep->isChecked()) {
         why = text("CloudLoginNoKeyring", "The keyring of this desktop could not keep your password. Without "
