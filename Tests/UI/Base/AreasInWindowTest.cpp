@@ -164,6 +164,21 @@ TEST_F(AreasInWindowTest, WhatHasNoRoomInTheToolbarStandsInItsMenu)
     EXPECT_TRUE(button(kCommands - 1)->isVisible());
 }
 
+TEST_F(AreasInWindowTest, APanelGivesWayInANarrowWindowAndHasItsWidthAgainInAWideOne)
+{
+    area(L"Browser")->extent(500);
+    m_window->mainWindow()->rebuild();
+    m_window->widget()->resize(640, 480);
+    settle();
+    EXPECT_EQ(m_window->widget()->width(), 640);
+    EXPECT_GE(placeOf("canvasFrame").width(), 300);
+    EXPECT_GE(placeOf("areaPanel").width(), 120);
+    EXPECT_EQ(area(L"Browser")->extent(), 500) << "what the user wished";
+    m_window->widget()->resize(1500, 700);
+    settle();
+    EXPECT_EQ(placeOf("areaPanel").width(), 500);
+}
+
 TEST_F(AreasInWindowTest, APanelIsFloatedDraggedCollapsedAndClosedByItsHead)
 {
     auto* panel = find<PanelFrame>("areaPanel");

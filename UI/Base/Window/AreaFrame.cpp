@@ -14,6 +14,8 @@ namespace {
 
 constexpr int kUsualExtent = 260;
 constexpr int kUsualHeight = 180;
+/// What panels leave to the views between them, at the cost of their own width.
+constexpr int kLeastBetween = 300;
 
 QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent)
 {
@@ -145,20 +147,38 @@ void AreaFrame::addBars(EPlacement side)
         line->addStretch(1);
 }
 
-void AreaFrame::fillRow()
+std::vector<AreaFrame::Seat> AreaFrame::row() const
 {
     std::vector<Seat> row = at(EPlacement::Left, false);
     for (const EPlacement side : {EPlacement::Fill, EPlacement::Right})
         for (const Seat& seat : at(side, false))
             row.push_back(seat);
+    return row;
+}
+
+void AreaFrame::fillRow()
+{
+    const std::vector<Seat> row = this->row();
+    const auto fills = [](const Seat& one) { return one.side == EPlacement::Fill; };
+    const auto filling = std::ranges::count_if(row, fills);
+    const bool hasPanels = filling < std::ssize(row);
+    for (size_t i = 0; i < row.size(); ++i) {
+        seat(m_row, static_cast<int>(i), row[i].place.widget, fills(row[i]));
+        if (fills(row[i]))
+            row[i].place.widget->setMinimumWidth(hasPanels ? kLeastBetween / static_cast<int>(filling) : 0);
+    }
+    divideRow(row);
+}
+
+void AreaFrame::divideRow(const std::vector<Seat>& row)
+{
     QList<int> sizes;
     int taken = 0;
-    for (size_t i = 0; i < row.size(); ++i) {
-        const bool fills = row[i].side == EPlacement::Fill;
-        seat(m_row, static_cast<int>(i), row[i].place.widget, fills);
-        const int wished = row[i].place.area->extent() > 0 ? row[i].place.area->extent() : kUsualExtent;
+    for (const Seat& one : row) {
+        const bool fills = one.side == EPlacement::Fill;
+        const int wished = one.place.area->extent() > 0 ? one.place.area->extent() : kUsualExtent;
         sizes << (fills ? 0 : wished);
-        taken += fills || row[i].place.widget->isHidden() ? 0 : wished;
+        taken += fills || one.place.widget->isHidden() ? 0 : wished;
     }
     // Those that fill share evenly what the others leave; a splitter scales its sizes to the width that it
     // has.
@@ -168,6 +188,17 @@ void AreaFrame::fillRow()
         if (size == 0)
             size = std::max(kUsualExtent, (plenty - taken) / filling);
     m_row->setSizes(sizes);
+}
+
+// A panel that had to give way has its width again as soon as there is room. Where several views fill, a
+// person may have divided them otherwise.
+void AreaFrame::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    const std::vector<Seat> row = this->row();
+    if (row.size() > 1 &&
+        std::ranges::count_if(row, [](const Seat& one) { return one.side == EPlacement::Fill; }) == 1)
+        divideRow(row);
 }
 
 void AreaFrame::fillRows()

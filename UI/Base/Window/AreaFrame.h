@@ -14,8 +14,8 @@ namespace Vu {
 
 /// The widgets of the areas in one container. Bars at the top and bottom take the whole width, those of
 /// toolbars that follow each other share a line; between them, panels at the top and bottom stand above and
-/// below those at the left and right, which stand beside those that fill, with splitters between. Whoever is
-/// hidden keeps its place.
+/// below those at the left and right, which stand beside those that fill, with splitters between. In a narrow
+/// window the panels give way. Whoever is hidden keeps its place.
 class AreaFrame : public QWidget
 {
 public:
@@ -39,6 +39,9 @@ public:
     /// What isn't among them any more is left to its owner.
     void arrange(const std::vector<Place>& places);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     struct Seat
     {
@@ -50,7 +53,10 @@ private:
     };
 
     std::vector<Seat> at(EPlacement side, bool bars) const;
+    /// What stands beside each other, from the left.
+    std::vector<Seat> row() const;
     void fillRow();
+    void divideRow(const std::vector<Seat>& row);
     void fillRows();
     void addBars(EPlacement side);
     void tell(QSplitter* splitter, bool upright) const;
