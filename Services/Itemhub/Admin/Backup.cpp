@@ -48,7 +48,7 @@ void backup(Routes::Service& service, const QStringList& words)
     if (statement.isEmpty())
         dump(service.config.database, fresh);
     else
-        service.database.connection().runBuilt(statement);
+        service.database.connection().runPlain(statement);
     service.blobs.each([&](const std::string& sha256, int64_t) {
         const fs::path target = folder / "blobs" / sha256.substr(0, 2) / sha256,
                        part = target.string() + ".new";

@@ -39,7 +39,7 @@ qint64 addTenant(Connection& connection, const QString& name)
         tenant = rows.next() ? rows.number(0) : 0;
     }
     for (const QString& statement : connection.dialect().makeSearch(tenant))
-        connection.runBuilt(statement);
+        connection.runPlain(statement);
     change.commit();
     return tenant;
 }

@@ -70,7 +70,7 @@ Connection::Connection(const Database& database, bool mayCreate)
                          "The database " + m_database.options().name.toStdString() +
                              " cannot be opened: " + connection.lastError().text().toStdString());
     for (const QString& setting : dialect().settings())
-        runOnce(setting);
+        runPlain(setting);
     // The first connection notes which file it is.
     dialect().requireSame();
 }
@@ -93,7 +93,7 @@ void Connection::fail(const QSqlError& error) const
                                                   "): " + error.text().toStdString());
 }
 
-void Connection::runOnce(const QString& statement)
+void Connection::runPlain(const QString& statement)
 {
     QSqlQuery query(QSqlDatabase::database(m_name, false));
     if (!query.exec(statement))
@@ -148,7 +148,7 @@ Transaction::Transaction(Connection& connection) : m_connection(connection)
 {
     if (m_connection.m_depth == 0) {
         m_connection.dialect().requireSame();
-        m_connection.runOnce(m_connection.dialect().beginWriting());
+        m_connection.runPlain(m_connection.dialect().beginWriting());
         m_connection.m_broken = false;
     }
     ++m_connection.m_depth;
@@ -162,7 +162,7 @@ Transaction::~Transaction()
     if (--m_connection.m_depth > 0)
         return;
     try {
-        m_connection.runOnce("ROLLBACK");
+        m_connection.runPlain("ROLLBACK");
     } catch (const StoreError&) {
         // It has been taken back by what failed.
     }
@@ -178,7 +178,7 @@ void Transaction::commit()
     if (m_connection.m_broken)
         throw StoreError(StoreError::Kind::Other, "A transaction within this one was taken back.");
     m_connection.m_mark = -1;
-    m_connection.runOnce("COMMIT");
+    m_connection.runPlain("COMMIT");
     m_connection.m_depth = 0;
     m_open = false;
 }

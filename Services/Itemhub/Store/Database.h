@@ -54,6 +54,9 @@ public:
     /// The same for a statement that the dialect made.
     Rows runBuilt(const QString& statement, std::initializer_list<QVariant> values = {});
 
+    /// Runs one that is not prepared, as databases want those that change the schema.
+    void runPlain(const QString& statement);
+
     [[nodiscard]] const Dialect& dialect() const;
 
     /// Whether anything may have changed since this was called last, in this process or in another. What a
@@ -63,7 +66,6 @@ public:
 private:
     friend class Transaction;
 
-    void runOnce(const QString& statement);
     [[noreturn]] void fail(const QSqlError& error) const;
 
     struct Hash

@@ -45,8 +45,8 @@ void migrate(Connection& connection)
 {
     const std::map<qint64, QString> known = files();
     // Outside of a transaction, so that a start that has nothing to do writes nothing.
-    connection.run("CREATE TABLE IF NOT EXISTS schema_version (number BIGINT NOT NULL PRIMARY KEY, "
-                   "applied_at BIGINT NOT NULL)");
+    connection.runPlain("CREATE TABLE IF NOT EXISTS schema_version (number BIGINT NOT NULL PRIMARY KEY, "
+                        "applied_at BIGINT NOT NULL)");
     if (versionOf(connection) < known.rbegin()->first) {
         // All under one lock: of two programs that start at once, the second finds nothing to do.
         Transaction change(connection);
@@ -55,7 +55,7 @@ void migrate(Connection& connection)
             if (number <= version)
                 continue;
             for (const QString& statement : statementsOf(path, connection.dialect()))
-                connection.runBuilt(statement);
+                connection.runPlain(statement);
             connection.run("INSERT INTO schema_version (number, applied_at) VALUES (?, ?)", {number, now()});
         }
         change.commit();
