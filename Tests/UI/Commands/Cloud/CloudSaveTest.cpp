@@ -3,6 +3,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/IDocMgmtHandler.h"
 #include "Server/Skyvault/CloudCacheManager.h"
 #include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/SkyvaultUtilities.h"
@@ -212,6 +213,46 @@ TEST_F(CloudSaveTest, ARefusedPathAndARefusedUploadLeaveTheDocumentAsItWas)
     EXPECT_EQ(activeDocument()->path(), local);
     EXPECT_FALSE(activeDocument()->isCloud());
     EXPECT_TRUE(contentOf(cached("/wheel.vlra")) != before) << "the file in the cache stays";
+}
+
+TEST_F(CloudSaveTest, AReplayAsksAndTellsNothing)
+{
+    saveNew("/wheel.vlra");
+    writeByAnother("/wheel.vlra", "the work of another");
+    writeByAnother("/other.vlra", "older work");
+    change();
+    answerBoxes(0);
+    const std::wstring transcript = scratch(L"replayed.txt");
+    TestSupport::overwrite(transcript, "VuCommands.CloudSaveQATCmd\n");
+    answer(L"Transcripting.Replay " + transcript);
+    EXPECT_EQ(onDrive("/wheel.vlra"), "the work of another");
+    EXPECT_EQ(activeDocument()->cloudId(), "/wheel.vlra");
+    EXPECT_TRUE(conflicts().empty());
+    TestSupport::overwrite(transcript,
+                           "VuCommands.CloudSaveAsCmd \"" + cached("/other.vlra").string() + "\"\n");
+    answer(L"Transcripting.Replay " + transcript);
+    EXPECT_EQ(activeDocument()->cloudId(), "/other.vlra");
+    EXPECT_TRUE(onDrive("/other.vlra") == contentOf(cached("/other.vlra")));
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(CloudSaveTest, ADocumentIsOfTheDriveByItsPathAndSavedThereWhenItCloses)
+{
+    saveNew("/wheel.vlra");
+    answer(L"Design.New");
+    activeDocument()->path(cached("/wheel.vlra").wstring());
+    EXPECT_EQ(activeDocument()->cloudId(), "/wheel.vlra") << "as a recovered one gets it";
+    activeDocument()->path(scratch(L"local.vlra"));
+    EXPECT_FALSE(activeDocument()->isCloud());
+    answer(L"Document.CloseAll");
+
+    answer(line(L"CloudOpenDocumentCmd", cached("/wheel.vlra")));
+    change();
+    answerBoxes(0); // Save
+    EXPECT_EQ(Vs::IDocMgmtHandler::notifyClosingDirtyDocuments({activeDocument()}), Vs::eDocMgmtGoOn);
+    EXPECT_EQ(boxes(), std::vector<std::wstring>{L"Save changes to wheel?"});
+    EXPECT_FALSE(activeDocument()->isDirty(false));
+    EXPECT_TRUE(onDrive("/wheel.vlra") == contentOf(cached("/wheel.vlra")));
 }
 
 } // namespace
