@@ -3,9 +3,11 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/DocumentType.h"
+#include "Server/Skyvault/CloudCacheManager.h"
 #include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/SkyvaultUtilities.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -123,6 +125,17 @@ bool choose(const std::wstring& given, const Vs::Document& document, Target& tar
     return Vs::DocumentMgr::get() && chooseName(document, target, status);
 }
 
+/// Whether the file has all of the document already, and the drive all of the file: another one would have
+/// another time in it, and be sent for that.
+bool isAsSaved(const Vs::Document& document)
+{
+    for (unsigned i = 0; i < document.assets(); ++i)
+        if (document.asset(i)->isSmudge())
+            return false;
+    return !document.isDirty(false) &&
+           Vs::CloudCacheManager::getInstance()->state(document.path()) == Vs::CloudFileState::Clean;
+}
+
 bool write(const Target& target, DocumentSession& session, Vs::Status& status)
 {
     Vs::Document* document = session.document();
@@ -130,7 +143,7 @@ bool write(const Target& target, DocumentSession& session, Vs::Status& status)
     if (target.saveAs)
         return document->saveAs(target.path.wstring(), status) && status.isOk();
     if (document->isOnDisk())
-        return document->save(status) && status.isOk();
+        return isAsSaved(*document) || (document->save(status) && status.isOk());
     // A document whose first save failed is as it was.
     const std::wstring name = document->displayName();
     session.firstSave(true);
