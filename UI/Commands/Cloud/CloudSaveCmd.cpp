@@ -171,6 +171,11 @@ bool CloudSaveQATCmdDef::onIsApplicable(CommandContext* context) const
     return document && document->document() && document->document()->isCloud();
 }
 
+bool CloudSaveQATCmdDef::onIsVisible(CommandContext* context) const
+{
+    return onIsApplicable(context);
+}
+
 Vs::Metrics::TimeMetric* CloudSaveCmd::metric()
 {
     return theSaveMetric;

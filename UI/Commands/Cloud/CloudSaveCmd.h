@@ -30,6 +30,8 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
+    /// Its button stands in the place of the other Save, which is not to be seen then.
+    bool onIsVisible(CommandContext* context) const override;
 };
 
 class CloudSaveCmd : public CloudCommand<CloudSaveCmd>
