@@ -111,7 +111,7 @@ picture("Edit/EditComponent", home=HOME).line(corner.edges()) \
 # --- the dialogs of the cloud drive
 
 folder = "M3 18.5 V5.5 A1 1 0 0 1 4 4.5 H9.5 L12 7.5 H20 A1 1 0 0 1 21 8.5 V18.5 A1 1 0 0 1 20 19.5 H4 A1 1 0 0 1 3 18.5Z"
-picture("Cloud/Folder").tint(folder).accent(folder)
+picture("Cloud/Folder").tint(folder).line(folder)
 picture("Cloud/NewFolder") \
     .line("M11.5 19.5 H4 A1 1 0 0 1 3 18.5 V5.5 A1 1 0 0 1 4 4.5 H9.5 L12 7.5 H20 A1 1 0 0 1 21 8.5 V11.5") \
     .accent(plus(18, 18, 3.5))

@@ -165,7 +165,9 @@ QVariant CloudFolderModel::data(const QModelIndex& index, int role) const
     if (index.column() == Name)
         return row.name;
     if (index.column() == Size)
-        return row.isFolder ? QString() : QLocale().formattedDataSize(static_cast<qint64>(row.size), 1);
+        return row.isFolder
+                   ? QString()
+                   : QLocale().formattedDataSize(static_cast<qint64>(row.size), 1) + QStringLiteral("  ");
     return row.modified.isValid() ? dayText(row.modified, QDateTime::currentDateTime()) : QString();
 }
 

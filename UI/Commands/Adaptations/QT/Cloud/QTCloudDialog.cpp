@@ -161,8 +161,6 @@ void QTCloudDialog::makeList()
     m_list->setSortingEnabled(true);
     m_list->sortByColumn(CloudFolderModel::Name, Qt::AscendingOrder);
     m_list->setFrameShape(QFrame::NoFrame);
-    // Numbers on the right must not touch the dates beside them.
-    m_list->setStyleSheet(QStringLiteral("QTreeView::item { padding: 2px 6px; }"));
     QHeaderView* head = m_list->header();
     head->setStretchLastSection(false);
     head->setSectionResizeMode(CloudFolderModel::Name, QHeaderView::Stretch);
@@ -191,6 +189,8 @@ QWidget* QTCloudDialog::makeName()
     m_name->setObjectName(QStringLiteral("cloudName"));
     m_filter = new QComboBox(part);
     m_filter->setObjectName(QStringLiteral("cloudFilter"));
+    // A long list of suffixes must not make the dialog wider.
+    m_filter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     form->addRow(text("CloudName", "Name"), m_name);
     form->addRow(text("CloudKinds", "Files"), m_filter);
     m_name->installEventFilter(this);
