@@ -15,8 +15,11 @@ constexpr int kSideMargin = 40;
 constexpr int kSpacing = 12;
 } // namespace
 
-ShellButton::ShellButton(CommandDefinition* definition, QWidget* parent)
-    : QToolButton(parent), m_definition(definition), m_control(definition->inputControl())
+ShellButton::ShellButton(CommandDefinition* definition, const std::wstring& picture, QWidget* parent)
+    : QToolButton(parent),
+      m_definition(definition),
+      m_picture(iconAt(picture)),
+      m_control(definition->inputControl())
 {
     setObjectName(QStringLiteral("shellButton"));
     setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -55,7 +58,7 @@ void ShellButton::draw()
         return;
     const Info* info = m_control->info();
     setText(QLatin1Char(' ') + QString::fromStdWString(info->name()));
-    setIcon(iconOf(info->icon()));
+    setIcon(info->icon() ? iconOf(info->icon()) : m_picture);
     setEnabled(m_control->enabled());
     // Of two commands that share one purpose, only the one that can be used shows.
     setVisible(m_control->visible() && m_control->enabled());
@@ -90,7 +93,7 @@ QWidget* makeShellButtons(QWidget* parent)
                 for (const ToolbarItem& item : toolbar.items)
                     if (CommandDefinition* definition =
                             CommandDefinitionMgr::get()->findCommandDefinitionById(item.command))
-                        layout->addWidget(new ShellButton(definition, row));
+                        layout->addWidget(new ShellButton(definition, item.picture, row));
     };
     addAll(false);
     layout->addStretch(1);

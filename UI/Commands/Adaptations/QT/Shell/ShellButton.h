@@ -14,7 +14,8 @@ namespace Vu::Commands {
 class ShellButton : public QToolButton, private InputControlSite
 {
 public:
-    ShellButton(CommandDefinition* definition, QWidget* parent);
+    /// `picture` is the folder of a set of pictures, for a command that has none of its own.
+    ShellButton(CommandDefinition* definition, const std::wstring& picture, QWidget* parent);
     ~ShellButton() override;
 
 private:
@@ -24,6 +25,7 @@ private:
     void fillMenu();
 
     CommandDefinition* m_definition;
+    QIcon m_picture;
     InputControl* m_control;
 };
 
