@@ -6,11 +6,8 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
-#include "UI/Base/Command/InteractiveCommandBase.h"
-#include "UI/Base/Command/KeyEvents.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -18,32 +15,25 @@
 #include "UI/Base/Session/DocumentWatch.h"
 #include "UI/Base/Session/Environment.h"
 #include "UI/Base/Session/SessionMgr.h"
-#include "UI/Base/View/GraphicsCanvas.h"
-#include "UI/Base/View/MouseEvents.h"
-#include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/AreaStage.h"
 #include "UI/Base/Window/BellButton.h"
-#include "UI/Base/Window/BrowserPanel.h"
 #include "UI/Base/Window/CanvasMenu.h"
 #include "UI/Base/Window/CommandBox.h"
 #include "UI/Base/Window/CommandButton.h"
 #include "UI/Base/Window/CommandPanel.h"
 #include "UI/Base/Window/DroppedFiles.h"
 #include "UI/Base/Window/HotKeys.h"
-#include "UI/Base/Window/HudFrame.h"
 #include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/KeysOverlay.h"
 #include "UI/Base/Window/LocalPath.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/ProgressPanel.h"
-#include "UI/Base/Window/RestingCommand.h"
-#include "UI/Base/Window/RovingFocus.h"
 #include "UI/Base/Window/StatusFields.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Window/ToastStack.h"
-#include "UI/Base/Window/ToolbarStrip.h"
 #include "UI/Base/Window/TourOverlay.h"
-#include "UI/Base/Window/ViewKeys.h"
+#include "UI/Base/Window/WindowContents.h"
+#include "UI/Base/Window/WindowKeys.h"
 #include "UI/Base/Window/WindowMenus.h"
 #include "UI/Base/Workspace/Arrangement.h"
 #include "UI/Base/Workspace/Layout.h"
@@ -56,7 +46,6 @@
 #include <QDropEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
@@ -76,21 +65,7 @@ constexpr int kFirstHeight = 800;
 /// About what a window manager adds at the top.
 constexpr int kTitleBar = 36;
 constexpr int kMessageTime = 15000;
-constexpr const wchar_t* kDeleteCommand = L"DeleteCommand";
-constexpr const wchar_t* kReturnCommand = L"ReturnToEnvironmentCommand";
 constexpr const wchar_t* kExitCommand = L"ExitApplicationCommand";
-
-void runByKey(const wchar_t* command)
-{
-    if (CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(command))
-        definition->runByHand(ECommandAccessPoint::HotKey);
-}
-
-bool editsComponent()
-{
-    const AssetSession* session = SessionMgr::get()->activeAssetSession();
-    return session && !session->editedComponent().empty();
-}
 
 /// The identifier of the environment that the user works in; empty outside of any.
 std::wstring activeEnvironment()
@@ -109,23 +84,11 @@ std::vector<std::wstring> droppedFiles(const QMimeData* data)
     return paths;
 }
 
-/// False if no command is there that takes keys.
-bool tellActiveCommand(void (IKeyEventHandler::*what)(KeyEvent*), const QKeyEvent& key)
-{
-    auto* handler = Vs::cast<IKeyEventHandler>(CommandBase::getActiveCommand());
-    if (!handler)
-        return false;
-    constexpr unsigned kKnown = kShiftModifier | kControlModifier | kAltModifier;
-    KeyEvent event(key.key(), static_cast<unsigned>(key.modifiers()) & kKnown);
-    (handler->*what)(&event);
-    return true;
-}
-
 } // namespace
 
 MainWindow::MainWindow(WorkspaceWindow* owner)
     : m_owner(owner),
-      m_attic(new QWidget(this)),
+      m_contents(std::make_unique<WindowContents>(*owner, this)),
       m_progress(new ProgressPanel(this)),
       m_message(PlainText::label(this)),
       m_fields(new StatusFields(this)),
@@ -133,13 +96,13 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
       m_bell(new BellButton(m_progress, this)),
       m_toasts(new ToastStack(this)),
       m_panel(new CommandPanel(owner->workspace(), this)),
-      m_stage(new AreaStage({[this](Area& area, QWidget* parent) { return contents(area, parent); },
-                             [this](const QWidget* widget) { return isShared(widget); },
-                             [this](QWidget* leaving) { keepWhatStays(leaving); }},
+      m_keys(std::make_unique<WindowKeys>(*this, *m_panel)),
+      m_stage(new AreaStage({[this](Area& area, QWidget* parent) { return m_contents->make(area, parent); },
+                             [this](const QWidget* widget) { return m_contents->isShared(widget); },
+                             [this](QWidget* leaving) { m_contents->keepWhatStays(leaving); }},
                             this))
 {
     setCentralWidget(m_stage);
-    m_attic->hide();
     setAcceptDrops(true);
     restoreSize();
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -204,130 +167,30 @@ void MainWindow::restoreSize()
 
 BrowserPanel* MainWindow::browser()
 {
-    if (!m_browser)
-        m_browser = new BrowserPanel(m_attic);
-    return m_browser;
+    return m_contents->browser();
 }
 
 CommandBox* MainWindow::commandBox()
 {
-    if (!m_commandBox)
-        m_commandBox = new CommandBox(m_attic);
-    return m_commandBox;
+    return m_contents->commandBox();
 }
 
-/// Of each of these there is one, which stands wherever an area wants it.
-bool MainWindow::isShared(const QWidget* widget) const
+const std::vector<CommandButton*>& MainWindow::buttons() const
 {
-    return widget == m_browser || widget == m_commandBox ||
-           std::any_of(m_strips.begin(), m_strips.end(),
-                       [&](const auto& strip) { return strip.second == widget; });
-}
-
-void MainWindow::keepWhatStays(QWidget* leaving)
-{
-    for (GraphicsCanvas* canvas : GraphicsCanvas::existingCanvases())
-        if (QWidget* widget = canvas->existingWidget(); widget && leaving->isAncestorOf(widget))
-            widget->setParent(m_attic);
-    if (isShared(leaving))
-        leaving->setParent(m_attic);
-}
-
-void MainWindow::rememberButtons(size_t known)
-{
-    for (size_t i = known; i < m_buttons.size(); ++i)
-        connect(m_buttons[i], &QObject::destroyed, this,
-                [this, button = m_buttons[i]] { std::erase(m_buttons, button); });
-}
-
-ToolbarStrip* MainWindow::strip(const Area& area)
-{
-    ToolbarStrip*& strip = m_strips[{area.contents()->text(), area.name()}];
-    if (!strip) {
-        strip = new ToolbarStrip(m_attic);
-        new RovingFocus(strip);
-    }
-    return strip;
-}
-
-/// Each gets the toolbars of its area. One that names no area of the layout stands in the first with its
-/// contents.
-void MainWindow::fillStrips()
-{
-    Area* root = m_owner->area();
-    if (!root)
-        return;
-    for (const auto& [key, strip] : m_strips) {
-        std::vector<Area*> areas;
-        root->childrenByContents(Vs::UniqueString::find(key.first.c_str()), areas);
-        const auto named = [&](const std::wstring& name) {
-            return std::any_of(areas.begin(), areas.end(),
-                               [&](const Area* each) { return each->name() == name; });
-        };
-        if (!named(key.second))
-            continue;
-        std::vector<const Toolbar*> shown;
-        for (const Toolbar& toolbar : ToolbarManager::get()->toolbars()) {
-            const std::wstring& place = named(toolbar.area) ? toolbar.area : areas.front()->name();
-            if (toolbar.contents == key.first && place == key.second && toolbar.standsIn(m_environment))
-                shown.push_back(&toolbar);
-        }
-        const size_t known = m_buttons.size();
-        strip->toolbars(shown, m_buttons);
-        rememberButtons(known);
-    }
-}
-
-QWidget* MainWindow::canvasFrame(Area& area, QWidget* parent)
-{
-    auto* frame = new HudFrame(parent);
-    frame->canvas(area.canvas());
-    const size_t known = m_buttons.size();
-    frame->addHuds(m_buttons);
-    rememberButtons(known);
-    m_canvasFrames.emplace_back(frame);
-    return frame;
-}
-
-QWidget* MainWindow::contents(Area& area, QWidget* parent)
-{
-    const std::string key = area.contents() ? area.contents()->text() : std::string();
-    QWidget* widget = nullptr;
-    if (key == "GraphicsCanvas")
-        return canvasFrame(area, parent);
-    if (key == "BrowserWindow")
-        widget = browser();
-    else if (key == "TextCommands")
-        widget = commandBox();
-    else if (QWidget* brought = AreaContents::make(key, parent))
-        return brought;
-    else if (key.empty())
-        return nullptr;
-    else if (ToolbarStrip* toolbars = strip(area)) {
-        fillStrips();
-        if (toolbars->isEmpty())
-            return nullptr;
-        widget = toolbars;
-    }
-    widget->setParent(parent);
-    widget->show();
-    return widget;
+    return m_contents->buttons();
 }
 
 void MainWindow::rebuild()
 {
     m_rebuildTimer.stop();
-    m_environment = activeEnvironment();
-    fillStrips();
+    m_contents->environment(activeEnvironment());
     Area* root = m_owner->area();
     std::vector<Area*> layouts;
     for (Layout* layout : m_owner->arrangementManager()->layouts())
         layouts.push_back(layout);
     m_stage->show(root, layouts);
-    std::erase_if(m_canvasFrames, [](const auto& frame) { return frame.isNull(); });
-    for (const QPointer<HudFrame>& frame : m_canvasFrames)
-        if (root && frame->window() == this)
-            frame->follow(*root, *m_stage);
+    if (root)
+        m_contents->follow(*root, *m_stage);
     tellUnknownCommands();
     m_panel->refresh();
     refresh();
@@ -358,7 +221,7 @@ void MainWindow::settleLayout()
 void MainWindow::refresh()
 {
     m_refreshTimer.stop();
-    if (m_environment != activeEnvironment()) {
+    if (m_contents->environment() != activeEnvironment()) {
         rebuild();
         return;
     }
@@ -375,7 +238,7 @@ void MainWindow::refresh()
         m_readOnly->hide();
     setWindowTitle(title + QStringLiteral("Quillet"));
     setWindowModified(document && document->isDirty(false));
-    for (CommandButton* button : m_buttons)
+    for (CommandButton* button : buttons())
         button->refresh();
     m_fields->refresh();
 }
@@ -404,8 +267,8 @@ void MainWindow::bindHotKeys()
 {
     new HotKeys(this, [this](CommandDefinition* definition) { runHotKey(definition); });
     HotKeys::add(this, Qt::CTRL | Qt::Key_L, [this] {
-        if (m_commandBox && m_commandBox->isVisible())
-            m_commandBox->edit()->setFocus(Qt::ShortcutFocusReason);
+        if (CommandBox* box = m_contents->existingCommandBox(); box && box->isVisible())
+            box->edit()->setFocus(Qt::ShortcutFocusReason);
     });
     HotKeys::add(this, Qt::Key_Question, [this] { KeysOverlay::toggle(this); });
 }
@@ -417,7 +280,7 @@ void MainWindow::runHotKey(CommandDefinition* definition)
         definition->runByHand(ECommandAccessPoint::HotKey);
         return;
     }
-    for (CommandButton* button : m_buttons)
+    for (CommandButton* button : buttons())
         if (button->definition() == definition && button->isVisible() && button->isEnabled()) {
             button->showMenu();
             return;
@@ -497,54 +360,22 @@ void MainWindow::dropEvent(QDropEvent* event)
     openDroppedFiles(droppedFiles(event->mimeData()));
 }
 
-/// The widget of the view that is worked in, if this window shows it.
-QWidget* MainWindow::viewWidget() const
-{
-    const GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
-    QWidget* widget = canvas ? canvas->existingWidget() : nullptr;
-    return widget && widget->window() == this && widget->isVisible() ? widget : nullptr;
-}
-
 // What comes here, none of the widgets had a use for.
 void MainWindow::keyPressEvent(QKeyEvent* event)
 {
-    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    QWidget* view = viewWidget();
-    const bool isInView = view && QApplication::focusWidget() == view;
-    if (isInView && moveViewByKey(*event))
-        return;
-    if (event->key() == Qt::Key_Escape && commandRests() && view && !isInView) {
-        view->setFocus(Qt::ShortcutFocusReason);
-        return;
-    }
-    if (isEnter && m_panel->command())
-        m_panel->commit();
-    else if (isEnter && commandRests() && editsComponent())
-        runByKey(kReturnCommand);
-    else if (event->matches(QKeySequence::Delete) && commandRests())
-        runByKey(kDeleteCommand);
-    else if (tellActiveCommand(&IKeyEventHandler::keyPress, *event))
-        m_keysDown.insert(event->key());
-    else
+    if (!m_keys->press(*event))
         QMainWindow::keyPressEvent(event);
 }
 
-// Who has picked something in the view goes on with the values.
 bool MainWindow::focusNextPrevChild(bool next)
 {
-    const QWidget* focus = QApplication::focusWidget();
-    if (m_panel->command() && focus && viewWidget() == focus)
-        return m_panel->walk(next);
-    return QMainWindow::focusNextPrevChild(next);
+    return m_keys->walks() ? m_panel->walk(next) : QMainWindow::focusNextPrevChild(next);
 }
 
 void MainWindow::keyReleaseEvent(QKeyEvent* event)
 {
-    // A line that is typed into takes the presses, but lets the releases through.
-    if (event->isAutoRepeat() || m_keysDown.erase(event->key()) == 0)
+    if (!m_keys->release(*event))
         QMainWindow::keyReleaseEvent(event);
-    else
-        tellActiveCommand(&IKeyEventHandler::keyRelease, *event);
 }
 
 } // namespace Vu

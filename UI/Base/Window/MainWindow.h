@@ -10,20 +10,16 @@
 #include "UI/Base/Workspace/WorkspaceEvents.h"
 
 #include <QMainWindow>
-#include <QPointer>
 #include <QTimer>
 
-#include <map>
-#include <set>
+#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 class QLabel;
 
 namespace Vu {
 
-class Area;
 class AreaStage;
 class BellButton;
 class BrowserPanel;
@@ -31,11 +27,11 @@ class CommandBox;
 class CommandButton;
 class CommandPanel;
 class CommandDefinition;
-class HudFrame;
 class ProgressPanel;
 class StatusFields;
 class ToastStack;
-class ToolbarStrip;
+class WindowContents;
+class WindowKeys;
 class WorkspaceWindow;
 
 /// The widgets of a workspace window.
@@ -68,7 +64,7 @@ public:
     CommandPanel* commandPanel() const { return m_panel; }
     BellButton* bell() const { return m_bell; }
     ToastStack* toasts() const { return m_toasts; }
-    const std::vector<CommandButton*>& buttons() const { return m_buttons; }
+    const std::vector<CommandButton*>& buttons() const;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -96,26 +92,16 @@ private:
     void alertAdded(AlertController* controller, const Alert& alert) override;
     void alertsCleared(AlertController* controller) override;
 
-    QWidget* contents(Area& area, QWidget* parent);
-    ToolbarStrip* strip(const Area& area);
-    void fillStrips();
-    QWidget* canvasFrame(Area& area, QWidget* parent);
-    bool isShared(const QWidget* widget) const;
-    void keepWhatStays(QWidget* leaving);
-    void rememberButtons(size_t known);
     void restoreSize();
     void refresh();
     QString showHolder(const Vs::Document* document);
     static QString remarkOn(const Vs::Document& document);
     void bindHotKeys();
-    QWidget* viewWidget() const;
     void runHotKey(CommandDefinition* definition);
     void tellUnknownCommands();
 
     WorkspaceWindow* m_owner;
-    QWidget* m_attic; ///< Keeps, unseen, the widgets that outlive a layout.
-    QPointer<BrowserPanel> m_browser;
-    QPointer<CommandBox> m_commandBox;
+    std::unique_ptr<WindowContents> m_contents;
     ProgressPanel* m_progress;
     QLabel* m_message;
     StatusFields* m_fields;
@@ -123,14 +109,9 @@ private:
     BellButton* m_bell;
     ToastStack* m_toasts;
     CommandPanel* m_panel;
+    std::unique_ptr<WindowKeys> m_keys;
     AreaStage* m_stage;
-    /// By contents and name of their areas; they outlive a layout.
-    std::map<std::pair<std::string, std::wstring>, ToolbarStrip*> m_strips;
-    std::vector<QPointer<HudFrame>> m_canvasFrames;
-    std::vector<CommandButton*> m_buttons;
-    std::wstring m_environment; ///< Whose toolbars show.
     QTimer m_rebuildTimer, m_refreshTimer;
-    std::set<int> m_keysDown; ///< Those whose press the active command got.
     bool m_toldUnknown = false;
 };
 

@@ -1,0 +1,99 @@
+#include "UI/Base/Window/WindowKeys.h"
+
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/InteractiveCommandBase.h"
+#include "UI/Base/Command/KeyEvents.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/View/SplitViewMgr.h"
+#include "UI/Base/Window/CommandPanel.h"
+#include "UI/Base/Window/RestingCommand.h"
+#include "UI/Base/Window/ViewKeys.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QKeySequence>
+
+namespace Vu {
+namespace {
+
+constexpr const wchar_t* kDeleteCommand = L"DeleteCommand";
+constexpr const wchar_t* kReturnCommand = L"ReturnToEnvironmentCommand";
+
+void runByKey(const wchar_t* command)
+{
+    if (CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(command))
+        definition->runByHand(ECommandAccessPoint::HotKey);
+}
+
+bool editsComponent()
+{
+    const AssetSession* session = SessionMgr::get()->activeAssetSession();
+    return session && !session->editedComponent().empty();
+}
+
+/// False if no command is there that takes keys.
+bool tellActiveCommand(void (IKeyEventHandler::*what)(KeyEvent*), const QKeyEvent& key)
+{
+    auto* handler = Vs::cast<IKeyEventHandler>(CommandBase::getActiveCommand());
+    if (!handler)
+        return false;
+    constexpr unsigned kKnown = kShiftModifier | kControlModifier | kAltModifier;
+    KeyEvent event(key.key(), static_cast<unsigned>(key.modifiers()) & kKnown);
+    (handler->*what)(&event);
+    return true;
+}
+
+} // namespace
+
+/// The widget of the view that is worked in, if this window shows it.
+QWidget* WindowKeys::viewWidget() const
+{
+    const GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
+    QWidget* widget = canvas ? canvas->existingWidget() : nullptr;
+    return widget && widget->window() == &m_window && widget->isVisible() ? widget : nullptr;
+}
+
+bool WindowKeys::press(const QKeyEvent& event)
+{
+    const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    QWidget* view = viewWidget();
+    const bool isInView = view && QApplication::focusWidget() == view;
+    if (isInView && moveViewByKey(event))
+        return true;
+    if (event.key() == Qt::Key_Escape && commandRests() && view && !isInView) {
+        view->setFocus(Qt::ShortcutFocusReason);
+        return true;
+    }
+    if (isEnter && m_panel.command())
+        m_panel.commit();
+    else if (isEnter && commandRests() && editsComponent())
+        runByKey(kReturnCommand);
+    else if (event.matches(QKeySequence::Delete) && commandRests())
+        runByKey(kDeleteCommand);
+    else if (tellActiveCommand(&IKeyEventHandler::keyPress, event))
+        m_down.insert(event.key());
+    else
+        return false;
+    return true;
+}
+
+bool WindowKeys::release(const QKeyEvent& event)
+{
+    // A line that is typed into takes the presses, but lets the releases through.
+    if (event.isAutoRepeat() || m_down.erase(event.key()) == 0)
+        return false;
+    tellActiveCommand(&IKeyEventHandler::keyRelease, event);
+    return true;
+}
+
+bool WindowKeys::walks() const
+{
+    const QWidget* focus = QApplication::focusWidget();
+    return m_panel.command() && focus && viewWidget() == focus;
+}
+
+} // namespace Vu
