@@ -25,8 +25,7 @@ bool Body::seek(qint64 position)
 {
     if (position != 0)
         return position == m_position;
-    const bool isUntouched = m_position == 0 && !m_isSent;
-    if (!isUntouched && m_rewinds-- <= 0)
+    if (m_rewinds-- <= 0)
         return false;
     m_position = 0;
     return QIODevice::seek(0) && (!m_file.isOpen() || m_file.seek(m_offset));

@@ -8,8 +8,8 @@
 namespace Vs::Cloud {
 
 /// What a request sends. Qt sends a request anew by itself when its connection ends before an answer, and
-/// begins at the start of the body for that; this body doesn't go back to its start when anything was sent,
-/// so that nothing is repeated unless the server asked for it.
+/// begins at the start of the body for that, of an empty one too; this body doesn't go back to its start, so
+/// that nothing is repeated unless the server asked for it. A MOVE that is done twice has cost both files.
 class Body : public QIODevice
 {
 public:
@@ -19,8 +19,6 @@ public:
     const std::string& trouble() const { return m_trouble; }
     /// Allows one way back to the start: the server has refused the request and asks who we are.
     void allowRewind() { m_rewinds = 1; }
-    /// The request has left, even if its body has no byte.
-    void isSent(bool sent) { m_isSent = sent; }
     /// Called when all has been read that is to be sent before the connection is cut.
     void atCut(std::function<void()> function) { m_atCut = std::move(function); }
 
@@ -39,7 +37,6 @@ private:
     std::optional<qint64> m_cut;
     std::function<void()> m_atCut;
     int m_rewinds = 0;
-    bool m_isSent = false;
     std::string m_trouble;
 };
 

@@ -87,7 +87,6 @@ void Exchange::start(QNetworkAccessManager& manager)
 
 void Exchange::connectReply()
 {
-    QObject::connect(m_reply, &QNetworkReply::requestSent, this, [this] { m_body.isSent(true); });
     QObject::connect(m_reply, &QNetworkReply::readyRead, this, &Exchange::takeContent);
     QObject::connect(m_reply, &QNetworkReply::sslErrors, this, &Exchange::onSslErrors);
     QObject::connect(m_reply, &QNetworkReply::metaDataChanged, this, [this] { m_idle.start(m_patience); });
