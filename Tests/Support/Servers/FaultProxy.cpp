@@ -90,6 +90,8 @@ public:
 
     void run()
     {
+        error_code ignored; // Small pieces are passed as they come, and not held back for others.
+        m_client.set_option(tcp::no_delay(true), ignored);
         if (m_shared->enter(m_client.native_handle()))
             while (passOne()) {
             }
@@ -300,6 +302,7 @@ private:
         error_code error;
         m_fromServer.clear();
         m_server.connect(m_shared->server, error);
+        m_server.set_option(tcp::no_delay(true), error);
         return !error && m_shared->enter(m_server.native_handle());
     }
 

@@ -1,0 +1,123 @@
+#include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
+
+#include "Server/Skyvault/Client/Transport.h"
+#include "Tests/Support/Files.h"
+
+#include <QCoreApplication>
+
+#include <boost/filesystem/operations.hpp>
+
+#include <ctime>
+#include <stdexcept>
+
+using TestSupport::FaultProxy;
+using TestSupport::TestServer;
+using namespace Vs::Cloud;
+
+namespace {
+
+constexpr std::chrono::milliseconds kPatience{15000};
+
+/// Sockets want an application, which no test needs itself.
+void haveApplication()
+{
+    static int count = 1;
+    static char name[] = "test";
+    static char* arguments[] = {name, nullptr};
+    static QCoreApplication application(count, arguments);
+}
+
+void require(const DriveResult& result)
+{
+    if (!result.isOk())
+        throw std::runtime_error(result.detail);
+}
+
+} // namespace
+
+DriveTraits knownTraits(TestServer::Kind kind)
+{
+    DriveTraits traits{.locks = true, .keepsOldOnBreak = true, .probed = std::chrono::system_clock::now()};
+    const auto is = [kind](auto... kinds) { return ((kind == kinds) || ...); };
+    using enum TestServer::Kind;
+    traits.refusesExisting = traits.refusesStale = !is(Nginx, Rclone);
+    traits.weakEtags = is(Apache);
+    traits.keepsOldOnBreak = !is(Rclone);
+    traits.movesOntoExisting = !is(Subversion, Lighttpd);
+    traits.etagAfterPut = is(Lighttpd, Rclone, Sabre);
+    traits.etagFromPropfind = is(Apache, Subversion, Lighttpd, Rclone, Sabre);
+    traits.etagsDifferInOneTick = is(Subversion, Lighttpd, Rclone, Sabre);
+    traits.properties = is(Apache, Lighttpd, Sabre);
+    return traits;
+}
+
+std::string textOf(const DriveTraits& traits)
+{
+    const std::pair<const char*, bool> lines[] = {
+        {"locks", traits.locks},
+        {"refuses existing", traits.refusesExisting},
+        {"refuses stale", traits.refusesStale},
+        {"weak ETags", traits.weakEtags},
+        {"keeps the old on a break", traits.keepsOldOnBreak},
+        {"moves onto existing", traits.movesOntoExisting},
+        {"ETag after PUT", traits.etagAfterPut},
+        {"ETag from PROPFIND", traits.etagFromPropfind},
+        {"properties", traits.properties},
+    };
+    std::string text;
+    for (const auto& [name, is] : lines)
+        text += std::string(name) + (is ? ": yes\n" : ": no\n");
+    return text;
+}
+
+std::unique_ptr<Drive> driveOf(const TestServer& server, const std::string& address)
+{
+    haveApplication();
+    auto drive = quilletDriveTransport()->drive(
+        address,
+        {.kind = DriveCredentials::Kind::Password, .user = server.user(), .secret = server.password()});
+    drive->patience(kPatience);
+    return drive;
+}
+
+DriveOnServer::DriveOnServer(TestServer::Kind kind) : server(kind)
+{
+    if (!server.missing().empty())
+        return;
+    proxy = std::make_unique<FaultProxy>(server.port());
+    drive = driveOf(server, proxy->address());
+    m_direct = driveOf(server, server.address());
+    require(drive->connect(knownTraits(kind), {}));
+    require(m_direct->connect(knownTraits(kind), {}));
+}
+
+void DriveOnServer::put(const std::string& path, const std::string& text)
+{
+    DriveEntry there;
+    const bool isThere = m_direct->find(path, there).isOk();
+    DriveUpload upload{.path = path, .source = local.write("put", text).string()};
+    if (isThere)
+        upload.known = there.etag;
+    require(m_direct->upload(upload, there, {}));
+    // A file of this second has a weak ETag there, which the client would wait for each time.
+    if (server.kind() == TestServer::Kind::Apache)
+        boost::filesystem::last_write_time(server.folder() / path, std::time(nullptr) - 100);
+}
+
+std::string DriveOnServer::content(const std::string& path)
+{
+    const std::string file = (local.path() / "read").string();
+    DriveEntry there;
+    const DriveResult result = m_direct->download(path, file, there, {});
+    if (result.state == Vs::CloudErrorState::NotFound)
+        return kNothing;
+    require(result);
+    return TestSupport::contentOf(file);
+}
+
+DriveEntry DriveOnServer::entry(const std::string& path)
+{
+    DriveEntry there;
+    require(m_direct->find(path, there));
+    return there;
+}

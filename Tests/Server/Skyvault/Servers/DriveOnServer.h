@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Server/Skyvault/Drive.h"
+#include "Tests/Support/Process.h"
+#include "Tests/Support/Servers/FaultProxy.h"
+#include "Tests/Support/Servers/TestServer.h"
+
+#include <memory>
+#include <string>
+
+/// What each server does, as the client has to find out: the table that its ways of saving were chosen by.
+Vs::Cloud::DriveTraits knownTraits(TestSupport::TestServer::Kind kind);
+
+/// What was found out of a server, one a line; not its name, the times, and what a busy machine makes a
+/// matter of chance: whether ETags differ in one tick.
+std::string textOf(const Vs::Cloud::DriveTraits& traits);
+
+/// A drive with a user who is let in.
+std::unique_ptr<Vs::Cloud::Drive> driveOf(const TestSupport::TestServer& server, const std::string& address);
+
+/// A server with a proxy before it, and a client behind that.
+class DriveOnServer
+{
+public:
+    explicit DriveOnServer(TestSupport::TestServer::Kind kind);
+
+    TestSupport::TestServer server;
+    std::unique_ptr<TestSupport::FaultProxy> proxy; ///< None if the server isn't installed.
+    std::unique_ptr<Vs::Cloud::Drive> drive;        ///< Connected, with the known traits.
+    TestSupport::ScratchFolder local;
+
+    /// Uploads text as a new file or as a version of what the drive has; with its own client, past the proxy.
+    void put(const std::string& path, const std::string& text);
+    /// What a file on the drive holds, past the proxy; kNothing if there is none.
+    std::string content(const std::string& path);
+    static constexpr const char* kNothing = "(nothing)";
+    /// What the drive tells of a file, past the proxy.
+    Vs::Cloud::DriveEntry entry(const std::string& path);
+
+private:
+    std::unique_ptr<Vs::Cloud::Drive> m_direct;
+};

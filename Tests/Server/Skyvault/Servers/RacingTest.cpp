@@ -1,0 +1,87 @@
+// Two clients that save the same file again and again, each on what it has read before: what one was told to
+// be saved, the other one's saves must not have taken away.
+
+#include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
+#include "Tests/Support/Files.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace {
+
+using namespace Vs::Cloud;
+using TestSupport::TestServer;
+using State = Vs::CloudErrorState;
+
+/// How many saves each client has to get through. QUILLET_RACES sets another number, for a long race.
+int savesOfEach(TestServer::Kind kind)
+{
+    if (const char* const races = std::getenv("QUILLET_RACES"))
+        return std::atoi(races);
+    // There a client waits until ETags tell versions apart.
+    return kind == TestServer::Kind::Apache || kind == TestServer::Kind::Nginx ? 4 : 20;
+}
+
+class RacingTest : public testing::TestWithParam<TestServer::Kind>
+{
+protected:
+    /// Adds a line to what the drive has until so many were answered as saved; returns those.
+    std::vector<std::string> race(const std::string& name)
+    {
+        const auto drive = driveOf(on.server, on.server.address());
+        drive->patience(std::chrono::seconds(20));
+        // With the traits that it finds out itself: by what it waits for depends whether it loses anything.
+        EXPECT_EQ(drive->connect(std::nullopt, {}).detail, "");
+        const std::string file = (on.local.path() / name).string();
+        std::vector<std::string> saved;
+        const int wanted = savesOfEach(GetParam());
+        for (int tries = 0; int(saved.size()) < wanted && tries < wanted * 200; ++tries) {
+            DriveEntry entry;
+            DriveResult result = drive->download("/wheel", file, entry, {});
+            const std::string line = name + std::to_string(tries) + '\n';
+            if (result.isOk()) {
+                TestSupport::overwrite(file, TestSupport::contentOf(file) + line);
+                result = drive->upload({.path = "/wheel", .source = file, .known = entry.etag}, entry, {});
+            }
+            if (result.isOk())
+                saved.push_back(line);
+            else if (result.state == State::Locked)
+                std::this_thread::sleep_for(std::chrono::milliseconds(2 + tries % 7));
+            else
+                EXPECT_TRUE(result.state == State::Changed || isOvertaken(result)) << result.detail;
+        }
+        EXPECT_EQ(int(saved.size()), wanted) << name << " doesn't get through";
+        return saved;
+    }
+
+    /// A file that another replaces while it is read.
+    static bool isOvertaken(const DriveResult& result)
+    {
+        return result.state == State::BadAnswer || result.state == State::NotFound;
+    }
+
+    DriveOnServer on{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, RacingTest, testing::ValuesIn(TestServer::kKinds),
+                         [](const auto& info) { return TestServer::name(info.param); });
+
+TEST_P(RacingTest, NoSaveThatWasAnsweredIsLost)
+{
+    REQUIRE_SERVER(on.server);
+    on.put("/wheel", "begun\n");
+    std::vector<std::string> first, second;
+    std::thread other([&] { second = race("second"); });
+    first = race("first");
+    other.join();
+
+    const std::string content = on.content("/wheel");
+    for (const auto* saved : {&first, &second})
+        for (const std::string& line : *saved)
+            EXPECT_NE(content.find('\n' + line), std::string::npos) << "lost: " << line;
+    EXPECT_FALSE(on.server.isLocked("wheel"));
+    EXPECT_EQ(on.server.names(), std::vector<std::string>{"wheel"});
+}
+
+} // namespace
