@@ -1,7 +1,6 @@
 #include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
 
 #include "Server/Skyvault/Client/Transport.h"
-#include "Tests/Support/Files.h"
 
 #include <QCoreApplication>
 
@@ -106,13 +105,7 @@ void DriveOnServer::put(const std::string& path, const std::string& text)
 
 std::string DriveOnServer::content(const std::string& path)
 {
-    const std::string file = (local.path() / "read").string();
-    DriveEntry there;
-    const DriveResult result = m_direct->download(path, file, there, {});
-    if (result.state == Vs::CloudErrorState::NotFound)
-        return kNothing;
-    require(result);
-    return TestSupport::contentOf(file);
+    return server.content(path.substr(1)).value_or(kNothing);
 }
 
 DriveEntry DriveOnServer::entry(const std::string& path)
