@@ -3,6 +3,7 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
+#include "UI/Commands/Adaptations/QT/Shell/FlowLayout.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 
 #include <QHBoxLayout>
@@ -87,16 +88,27 @@ QWidget* makeShellButtons(QWidget* parent)
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(kSideMargin, 0, kSideMargin, kSpacing);
     layout->setSpacing(kSpacing);
+    // Those at the beginning take a second line where the window is narrow.
+    auto* flowing = new QWidget(row);
+    auto* flow = new FlowLayout(flowing, kSpacing);
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    flowing->setSizePolicy(policy);
+    layout->addWidget(flowing, 1);
     const auto addAll = [&](bool atEnd) {
         for (const Toolbar& toolbar : ToolbarManager::get()->toolbars())
             if (toolbar.contents == "HomeButtons" && toolbar.atEnd == atEnd && toolbar.standsIn({}))
                 for (const ToolbarItem& item : toolbar.items)
                     if (CommandDefinition* definition =
-                            CommandDefinitionMgr::get()->findCommandDefinitionById(item.command))
-                        layout->addWidget(new ShellButton(definition, item.picture, row));
+                            CommandDefinitionMgr::get()->findCommandDefinitionById(item.command)) {
+                        auto* button = new ShellButton(definition, item.picture, atEnd ? row : flowing);
+                        if (atEnd)
+                            layout->addWidget(button, 0, Qt::AlignTop);
+                        else
+                            flow->addWidget(button);
+                    }
     };
     addAll(false);
-    layout->addStretch(1);
     addAll(true);
     return row;
 }
