@@ -19,10 +19,12 @@ namespace {
 
 using Nodes = std::vector<std::vector<size_t>>; ///< For each node, those in it.
 
-/// The numbers of the lists of a text that are members of that name; false from `take` ends it.
-void eachNumber(std::string_view json, std::string_view member, const std::function<bool(size_t)>& take)
+/// The numbers of the lists of a text that are members of that name; false from `take` ends it. Returns how
+/// many members there are.
+size_t eachNumber(std::string_view json, std::string_view member, const std::function<bool(size_t)>& take)
 {
-    for (size_t at = json.find(member); at != json.npos; at = json.find(member, at)) {
+    size_t members = 0;
+    for (size_t at = json.find(member); at != json.npos; at = json.find(member, at), ++members) {
         at += member.size();
         const size_t begin = json.find_first_not_of(" \t\r\n:[", at);
         const size_t end = std::min(json.find_first_not_of(" \t\r\n,0123456789", begin), json.size());
@@ -31,23 +33,23 @@ void eachNumber(std::string_view json, std::string_view member, const std::funct
             const auto [behind, error] = std::from_chars(json.data() + at, json.data() + end, number);
             at += error == std::errc() ? static_cast<size_t>(behind - (json.data() + at)) : 1;
             if (error == std::errc() && !take(number))
-                return;
+                return members;
         }
     }
+    return members;
 }
 
 // Whether the text may be one that the kernel can't cope with. To read all of it takes time, and hardly any
-// file is: where each node is in one other at most, and few are in any, there is nothing to be found.
+// file is: where each node is in one other at most, and few hold others, there is nothing to be found.
 bool isSuspicious(std::string_view json)
 {
     std::unordered_set<size_t> named;
     bool tree = true;
     const auto take = [&](size_t node) { return tree = named.insert(node).second; };
-    eachNumber(json, "\"children\"", take);
-    const size_t within = named.size();
+    const size_t holders = eachNumber(json, "\"children\"", take);
     if (tree)
         eachNumber(json, "\"nodes\"", take);
-    return !tree || within >= kMostLevels;
+    return !tree || holders >= kMostLevels;
 }
 
 Nodes nodesOf(std::string_view json)
