@@ -129,8 +129,12 @@ void Lock::renewAtHalfTime()
 Lock::~Lock()
 {
     m_session.http.beside({});
-    if (!m_token.isEmpty())
-        static_cast<void>(m_session.ask("UNLOCK", m_path, {{"Lock-Token", "<" + m_token + ">"}}));
+    if (m_token.isEmpty())
+        return;
+    const Headers headers{{"Lock-Token", "<" + m_token + ">"}};
+    // A lock that is released twice is no harm, one that stays keeps others out.
+    if (m_session.ask("UNLOCK", m_path, headers).wasReset)
+        static_cast<void>(m_session.ask("UNLOCK", m_path, headers));
 }
 
 } // namespace Vs::Cloud

@@ -25,7 +25,9 @@ bool Body::seek(qint64 position)
 {
     if (position != 0)
         return position == m_position;
-    if (m_rewinds-- <= 0)
+    // Of a body without a byte nobody can tell whether its request has left.
+    const bool isUntouched = m_position == 0 && m_size > 0;
+    if (!isUntouched && m_rewinds-- <= 0)
         return false;
     m_position = 0;
     return QIODevice::seek(0) && (!m_file.isOpen() || m_file.seek(m_offset));

@@ -1,0 +1,192 @@
+#include "Server/Skyvault/Client/Http/Failure.h"
+#include "Server/Skyvault/Client/Transport.h"
+#include "Tests/Support/Files.h"
+#include "Tests/Support/Process.h"
+#include "Tests/Support/Servers/FaultProxy.h"
+#include "Tests/Support/Servers/TestServer.h"
+
+#include <gtest/gtest.h>
+
+using namespace Vs;
+using namespace Vs::Cloud;
+using TestSupport::Fault;
+using TestSupport::FaultProxy;
+using TestSupport::ScratchFolder;
+using TestSupport::TestServer;
+
+namespace {
+
+constexpr int kNobody = 9; ///< A port that the proxy passes nothing to: it answers all by itself.
+
+DriveCredentials anna()
+{
+    return {.kind = DriveCredentials::Kind::Password, .user = "anna", .secret = "open:sesame"};
+}
+
+std::unique_ptr<Drive> driveAt(const std::string& address, const DriveCredentials& credentials = anna())
+{
+    auto drive = quilletDriveTransport()->drive(address, credentials);
+    drive->patience(std::chrono::seconds(1));
+    return drive;
+}
+
+std::string folderListing(const std::string& href = "/")
+{
+    return "<?xml version=\"1.0\"?><d:multistatus xmlns:d=\"DAV:\"><d:response><d:href>" + href +
+           "</d:href><d:propstat><d:prop><d:resourcetype><d:collection/></d:resourcetype></d:prop>"
+           "<d:status>HTTP/1.1 200 OK</d:status></d:propstat></d:response></d:multistatus>";
+}
+
+std::vector<std::string> methods(const FaultProxy& proxy)
+{
+    std::vector<std::string> result;
+    for (const auto& request : proxy.requests())
+        result.push_back(request.method);
+    return result;
+}
+
+class RequestTest : public testing::Test
+{
+protected:
+    FaultProxy m_proxy{kNobody};
+};
+
+} // namespace
+
+TEST_F(RequestTest, EachStatusHasItsStateAndATextThatSaysWhatAndWhere)
+{
+    const std::vector<std::pair<int, CloudErrorState>> table{
+        {400, CloudErrorState::BadAnswer},   {401, CloudErrorState::Unauthorized},
+        {403, CloudErrorState::Forbidden},   {404, CloudErrorState::NotFound},
+        {409, CloudErrorState::NoFolders},   {412, CloudErrorState::Changed},
+        {423, CloudErrorState::Locked},      {429, CloudErrorState::TooManyRequests},
+        {500, CloudErrorState::ServerError}, {501, CloudErrorState::Unsupported},
+        {502, CloudErrorState::ServerError}, {503, CloudErrorState::ServerError},
+        {507, CloudErrorState::DriveFull},   {200, CloudErrorState::BadAnswer},
+        {304, CloudErrorState::Redirected}};
+    for (const auto& [status, state] : table) {
+        m_proxy.onRequest([status = status](const auto&) { return Fault::answer(status, "<x/>"); });
+        DriveEntry entry;
+        const DriveResult result = driveAt(m_proxy.address())->find("/wheel.vlra", entry);
+        EXPECT_EQ(result.state, state) << status;
+        EXPECT_NE(result.detail.find("\"/wheel.vlra\" on 127.0.0.1:"), std::string::npos) << result.detail;
+        EXPECT_EQ(result.detail.find("sesame"), std::string::npos) << result.detail;
+    }
+}
+
+TEST_F(RequestTest, AServerIsWaitedForAsItAsksButNotWithoutEnd)
+{
+    m_proxy.onRequest([](const FaultProxy::Request& request) -> std::optional<Fault> {
+        if (request.number == 1)
+            return Fault::answer(429, {}, {"Retry-After: 1"});
+        if (request.number == 2)
+            return Fault::answer(503, {}, {"Retry-After: 0"});
+        return Fault::answer(207, folderListing());
+    });
+    DriveEntry entry;
+    EXPECT_TRUE(driveAt(m_proxy.address())->find("/", entry).isOk());
+    EXPECT_EQ(m_proxy.requests().size(), 3u);
+
+    for (const char* wait :
+         {"Retry-After: 3600", "Retry-After: Sun, 06 Nov 2094 08:49:37 GMT", "Retry-After: soon"}) {
+        m_proxy.onRequest([wait](const auto&) { return Fault::answer(429, {}, {wait}); });
+        m_proxy.forgetRequests();
+        const DriveResult result = driveAt(m_proxy.address())->find("/", entry);
+        EXPECT_EQ(result.state, CloudErrorState::TooManyRequests) << wait;
+        EXPECT_EQ(m_proxy.requests().size(), 1u) << wait;
+    }
+    // A server that asks for nothing but patience, again and again.
+    m_proxy.onRequest([](const auto&) { return Fault::answer(503, {}, {"Retry-After: 0"}); });
+    m_proxy.forgetRequests();
+    EXPECT_EQ(driveAt(m_proxy.address())->find("/", entry).state, CloudErrorState::ServerError);
+    EXPECT_LE(m_proxy.requests().size(), 31u);
+}
+
+TEST_F(RequestTest, RedirectionsAreFollowedWithinTheServerAlone)
+{
+    const auto redirectTo = [&](const std::string& place, int status = 302) {
+        m_proxy.forgetRequests();
+        m_proxy.onRequest([=](const FaultProxy::Request& request) -> std::optional<Fault> {
+            if (request.target == "/there/")
+                return Fault::answer(207, folderListing());
+            return Fault::answer(status, {}, {"Location: " + place});
+        });
+        DriveEntry entry;
+        return driveAt(m_proxy.address())->find("/", entry);
+    };
+    EXPECT_TRUE(redirectTo("/there/").isOk());
+    EXPECT_TRUE(redirectTo(m_proxy.address() + "there/", 308).isOk());
+    FaultProxy other(kNobody);
+    for (const std::string& place :
+         {std::string("https://evil.example.org/"), other.address(), std::string("file:///etc/passwd"),
+          std::string(), std::string("/again/")}) {
+        const DriveResult result = redirectTo(place);
+        EXPECT_EQ(result.state, CloudErrorState::Redirected) << place;
+        EXPECT_LE(m_proxy.requests().size(), 7u) << place;
+    }
+    EXPECT_TRUE(other.requests().empty());
+}
+
+TEST_F(RequestTest, AnUnprotectedAddressIsAskedNothing)
+{
+    DriveEntry entry;
+    EXPECT_EQ(driveAt("http://drive.example.org/")->find("/", entry).state, CloudErrorState::Redirected);
+    DriveOffer offer;
+    EXPECT_EQ(quilletDriveTransport()->discover("http://drive.example.org/", offer).state,
+              CloudErrorState::Redirected);
+    EXPECT_EQ(quilletDriveTransport()->discover("  ", offer).state, CloudErrorState::BadName);
+}
+
+TEST_F(RequestTest, WhatChangesNothingIsAskedOnceMore)
+{
+    m_proxy.onRequest([](const FaultProxy::Request& request) -> std::optional<Fault> {
+        return request.number == 1 ? Fault::reset() : Fault::answer(207, folderListing());
+    });
+    DriveEntry entry;
+    EXPECT_TRUE(driveAt(m_proxy.address())->find("/", entry).isOk());
+    EXPECT_EQ(methods(m_proxy), (std::vector<std::string>{"PROPFIND", "PROPFIND"}));
+}
+
+TEST_F(RequestTest, AStallEndsAfterItsTimeAndACancelAtOnce)
+{
+    m_proxy.onRequest([](const auto&) { return Fault::stall(); });
+    DriveEntry entry;
+    const DriveResult stalled = driveAt(m_proxy.address())->find("/", entry);
+    EXPECT_EQ(stalled.state, CloudErrorState::Unreachable);
+    EXPECT_NE(stalled.detail.find("not a byte"), std::string::npos) << stalled.detail;
+
+    int ticks = 0;
+    const DriveWatch watch{[&](auto, auto) { return ++ticks < 3; }};
+    std::vector<DriveEntry> entries;
+    auto drive = driveAt(m_proxy.address());
+    drive->patience(std::chrono::hours(1));
+    EXPECT_EQ(drive->list("/", entries, watch).state, CloudErrorState::Cancelled);
+    EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(RequestTest, AnAnswerThatIsCutShortLeavesNoFileAndNoListing)
+{
+    ScratchFolder scratch;
+    const auto target = scratch.write("target", "as it was");
+    TestServer server(TestServer::Kind::Lighttpd);
+    REQUIRE_SERVER(server);
+    FaultProxy proxy(server.port());
+    auto drive = driveAt(
+        proxy.address(),
+        {.kind = DriveCredentials::Kind::Password, .user = server.user(), .secret = server.password()});
+    server.request("PUT", "file", std::string(100000, 'x'));
+    for (const char* method : {"GET", "PROPFIND"}) {
+        proxy.onRequest([method](const FaultProxy::Request& request) -> std::optional<Fault> {
+            return request.method == method ? std::optional(Fault::cutAnswer(500)) : std::nullopt;
+        });
+        DriveEntry entry;
+        std::vector<DriveEntry> entries;
+        EXPECT_FALSE(drive->download("/file", target.string(), entry, {}).isOk()) << method;
+        if (std::string(method) == "PROPFIND") {
+            EXPECT_FALSE(drive->list("/", entries, {}).isOk());
+        }
+        EXPECT_TRUE(entries.empty());
+    }
+    EXPECT_EQ(TestSupport::contentOf(target), "as it was");
+    EXPECT_EQ(std::distance(boost::filesystem::directory_iterator(scratch.path()), {}), 1);
+}
