@@ -1,4 +1,5 @@
 #include "Server/Skyvault/Client/Http/Failure.h"
+#include "Server/Skyvault/Client/Http/Http.h"
 #include "Server/Skyvault/Client/Transport.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
@@ -189,4 +190,41 @@ TEST_F(RequestTest, AnAnswerThatIsCutShortLeavesNoFileAndNoListing)
     }
     EXPECT_EQ(TestSupport::contentOf(target), "as it was");
     EXPECT_EQ(std::distance(boost::filesystem::directory_iterator(scratch.path()), {}), 1);
+}
+
+TEST_F(RequestTest, WhatHasAnEffectIsSentOnceHoweverItsConnectionEnds)
+{
+    const std::pair<const char*, std::function<Fault()>> ends[] = {
+        {"reset", [] { return Fault::reset(); }},
+        {"cut at once", [] { return Fault::cutAnswer(0); }},
+        {"lost", [] { return Fault::loseAnswer(); }}};
+    TestServer server(TestServer::Kind::Lighttpd);
+    REQUIRE_SERVER(server);
+    FaultProxy proxy(server.port());
+    for (const bool isReused : {false, true}) {
+        for (const QByteArray method : {"MKCOL", "MOVE", "COPY", "PUT", "DELETE", "LOCK", "PROPPATCH"}) {
+            for (const QByteArray& body : {QByteArray(), QByteArray("content")}) {
+                for (const auto& [name, end] : ends) {
+                    SCOPED_TRACE(method.toStdString() + ' ' + name + (isReused ? ", reused" : ", new") +
+                                 (body.isEmpty() ? ", empty" : ", with a body"));
+                    Http http({.kind = DriveCredentials::Kind::Password,
+                               .user = server.user(),
+                               .secret = server.password()});
+                    http.patience(std::chrono::seconds(5));
+                    const QUrl url(QString::fromStdString(proxy.address()) + "wheel");
+                    proxy.onRequest({});
+                    if (isReused)
+                        static_cast<void>(http.ask({.method = "HEAD", .url = url}));
+                    proxy.forgetRequests();
+                    proxy.onRequest([&end = end](const auto&) { return std::optional(end()); });
+                    const Answer answer = http.ask({.method = method,
+                                                    .url = url,
+                                                    .headers = {{"Destination", url.toEncoded() + "2"}},
+                                                    .body = body});
+                    EXPECT_EQ(answer.failure.state, CloudErrorState::Unreachable);
+                    EXPECT_EQ(methods(proxy), std::vector<std::string>{method.toStdString()});
+                }
+            }
+        }
+    }
 }
