@@ -9,6 +9,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 namespace Vs::Cloud {
 
@@ -46,65 +47,69 @@ private:
     QObject m_place;
 };
 
-/// What a job came to, which may be after whoever waits for it has given up.
 struct Outcome
 {
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool done = false;
     QKeychain::Error error = QKeychain::NoError;
     QString message, text;
 };
 
-template <class JobType, class Prepare, class Finish>
-std::shared_ptr<Outcome> run(const std::string& key, Prepare prepare, Finish finish)
+/// What a job came to, which may be after whoever waits for it has given up.
+struct Waiting
 {
-    const auto outcome = std::make_shared<Outcome>();
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::optional<Outcome> outcome;
+};
+
+template <class JobType, class Prepare, class Text>
+Outcome run(const std::string& key, Prepare prepare, Text text)
+{
+    const auto waiting = std::make_shared<Waiting>();
     QMetaObject::invokeMethod(KeyringThread::get().place(), [=] {
         auto* const job = new JobType(kService);
         job->setKey(QString::fromStdString(key));
         job->setInsecureFallback(false);
         prepare(*job);
-        QObject::connect(job, &QKeychain::Job::finished, [outcome, finish](QKeychain::Job* done) {
-            {
-                const std::lock_guard lock(outcome->mutex);
-                outcome->error = done->error();
-                outcome->message = done->errorString();
-                finish(static_cast<JobType&>(*done), *outcome);
-                outcome->done = true;
-            }
-            outcome->changed.notify_all();
+        QObject::connect(job, &QKeychain::Job::finished, [waiting, text](QKeychain::Job* done) {
+            const std::lock_guard lock(waiting->mutex);
+            waiting->outcome = {done->error(), done->errorString(), text(static_cast<JobType&>(*done))};
+            waiting->changed.notify_all();
         });
         job->start();
     });
-    std::unique_lock lock(outcome->mutex);
-    if (!outcome->changed.wait_for(lock, kPatience, [&] { return outcome->done; })) {
-        outcome->error = QKeychain::OtherError;
-        outcome->message = QStringLiteral("it didn't answer within two minutes");
-    }
-    lock.unlock();
-    return outcome;
+    std::unique_lock lock(waiting->mutex);
+    if (!waiting->changed.wait_for(lock, kPatience, [&] { return waiting->outcome.has_value(); }))
+        return {QKeychain::OtherError, QStringLiteral("no answer within two minutes"), {}};
+    return *waiting->outcome;
+}
+
+template <class JobType>
+QString noText(JobType&)
+{
+    return {};
 }
 
 DriveResult resultOf(const Outcome& outcome, const char* action)
 {
-    if (outcome.error == QKeychain::NoError)
-        return {};
-    std::string why = outcome.message.toStdString();
+    const auto failed = [&](CloudErrorState state, const std::string& why) {
+        return DriveResult{state, std::string(action) + " failed: " + why};
+    };
     switch (outcome.error) {
+    case QKeychain::NoError:
+        return {};
     case QKeychain::EntryNotFound:
-        return {CloudErrorState::NotFound, std::string(action) + " failed: the keyring has none"};
+        return failed(CloudErrorState::NotFound, "the keyring has none");
     case QKeychain::NoBackendAvailable:
-        why = "no keyring runs in this session";
-        break;
+        return failed(CloudErrorState::CacheFailed, "no keyring runs in this session");
     case QKeychain::AccessDeniedByUser:
-        why = "the keyring was not unlocked";
-        break;
+        return failed(CloudErrorState::CacheFailed, "the keyring was not unlocked");
     default:
         break;
     }
-    return {CloudErrorState::CacheFailed,
-            std::string(action) + " failed: " + (why.empty() ? "the keyring refused" : why)};
+    // The library has no code for a bus or a keyring that isn't there, only the bus's own words.
+    const std::string why = outcome.message.toStdString();
+    return failed(CloudErrorState::CacheFailed, "the desktop's keyring could not be used" +
+                                                    (why.empty() ? std::string() : " (" + why + ")"));
 }
 
 QString textOf(const DriveCredentials& credentials)
@@ -144,16 +149,17 @@ bool read(const QString& text, DriveCredentials& credentials)
 DriveResult keepInKeyring(const std::string& key, const DriveCredentials& credentials)
 {
     const auto outcome = run<QKeychain::WritePasswordJob>(
-        key, [text = textOf(credentials)](auto& job) { job.setTextData(text); }, [](auto&, Outcome&) {});
-    return resultOf(*outcome, "Keeping the credentials in the keyring");
+        key, [text = textOf(credentials)](auto& job) { job.setTextData(text); },
+        noText<QKeychain::WritePasswordJob>);
+    return resultOf(outcome, "Keeping the credentials in the keyring");
 }
 
 DriveResult keptInKeyring(const std::string& key, DriveCredentials& credentials)
 {
     const auto outcome = run<QKeychain::ReadPasswordJob>(
-        key, [](auto&) {}, [](auto& job, Outcome& found) { found.text = job.textData(); });
-    DriveResult result = resultOf(*outcome, "Reading the credentials from the keyring");
-    if (result.isOk() && !read(outcome->text, credentials))
+        key, [](auto&) {}, [](auto& job) { return job.textData(); });
+    DriveResult result = resultOf(outcome, "Reading the credentials from the keyring");
+    if (result.isOk() && !read(outcome.text, credentials))
         return {CloudErrorState::NotFound, "What the keyring has of this drive is no credential"};
     return result;
 }
@@ -161,8 +167,8 @@ DriveResult keptInKeyring(const std::string& key, DriveCredentials& credentials)
 DriveResult forgetInKeyring(const std::string& key)
 {
     const auto outcome = run<QKeychain::DeletePasswordJob>(
-        key, [](auto&) {}, [](auto&, Outcome&) {});
-    DriveResult result = resultOf(*outcome, "Taking the credentials out of the keyring");
+        key, [](auto&) {}, noText<QKeychain::DeletePasswordJob>);
+    DriveResult result = resultOf(outcome, "Taking the credentials out of the keyring");
     return result.state == CloudErrorState::NotFound ? DriveResult() : result;
 }
 

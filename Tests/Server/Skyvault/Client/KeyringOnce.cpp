@@ -1,0 +1,36 @@
+// Keeps credentials in the keyring of the session that it runs in, reads them, and takes them out again;
+// prints the state of each step, and what was read.
+
+#include "Server/Skyvault/Client/Transport.h"
+
+#include <QCoreApplication>
+
+#include <iostream>
+
+using namespace Vs::Cloud;
+
+int main(int count, char** arguments)
+{
+    const QCoreApplication application(count, arguments);
+    DriveTransport* transport = quilletDriveTransport();
+    const std::string key = "https://drive.example.org/dav";
+    const auto print = [](const char* step, const DriveResult& result) {
+        std::cout << step << ' ' << int(result.state) << ' ' << result.detail << '\n';
+    };
+    DriveCredentials read;
+    print("before", transport->kept(key, read));
+    print("keep", transport->keep(key, {.kind = DriveCredentials::Kind::Bearer,
+                                        .user = "änna",
+                                        .secret = "tok en\"",
+                                        .refreshToken = "again",
+                                        .tokenAddress = "https://login.example.org/token",
+                                        .client = "quillet"}));
+    print("other", transport->kept(key + "/other", read));
+    print("kept", transport->kept(key, read));
+    if (read.kind == DriveCredentials::Kind::Bearer)
+        std::cout << read.user << '|' << read.secret << '|' << read.refreshToken << '|' << read.tokenAddress
+                  << '|' << read.client << '\n';
+    print("forget", transport->forget(key));
+    print("after", transport->kept(key, read));
+    print("forget again", transport->forget(key));
+}
