@@ -3,9 +3,14 @@
 #include "Tests/Support/Servers/TestServer.h"
 
 #include <QCoreApplication>
+#include <QProcess>
+#include <QUrl>
+#include <QUrlQuery>
 
+#include <chrono>
 #include <gtest/gtest.h>
 #include <memory>
+#include <thread>
 
 using namespace Vs;
 using namespace Vs::Cloud;
@@ -27,7 +32,211 @@ private:
 
 const auto* const s_application = testing::AddGlobalTestEnvironment(new Application);
 
+/// Servers that a person signs in to by a browser; strict ones.
+class SignInServer
+{
+public:
+    SignInServer()
+    {
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(QUILLET_TEST_SUPPORT "/as_plain_user.sh",
+                        {QUILLET_PYTHON, "-B", QUILLET_TEST_SUPPORT "/Servers/sign_in.py"});
+        m_address = line();
+    }
+    ~SignInServer()
+    {
+        m_process.closeWriteChannel();
+        m_process.waitForFinished();
+    }
+    SignInServer(const SignInServer&) = delete;
+    SignInServer& operator=(const SignInServer&) = delete;
+
+    const std::string& address() const { return m_address; }
+    void order(const char* order)
+    {
+        m_process.write(order + QByteArray("\n"));
+        EXPECT_EQ(line(), "done");
+    }
+
+private:
+    std::string line()
+    {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(10000)) {
+        }
+        return m_process.readLine().trimmed().toStdString();
+    }
+
+    QProcess m_process;
+    std::string m_address;
+};
+
+/// A person's browser, which goes its ways while the client waits.
+class Browser
+{
+public:
+    ~Browser() { statuses(); }
+    /// Asks by curl with these arguments before the address, after what `before` makes of it.
+    std::function<bool(const std::string&)> open(std::vector<std::string> arguments,
+                                                 std::function<QUrl(QUrlQuery)> before = {})
+    {
+        return [=, this](const std::string& address) {
+            m_page = QUrlQuery(QUrl(QString::fromStdString(address)));
+            m_thread = std::thread([=, this] {
+                if (before)
+                    ask({}, before(m_page).toString(QUrl::FullyEncoded).toStdString());
+                ask(arguments, address);
+            });
+            return true;
+        };
+    }
+    std::string value(const char* name) const
+    {
+        return m_page.queryItemValue(name, QUrl::FullyDecoded).toStdString();
+    }
+    /// Of all its ways.
+    std::string statuses()
+    {
+        if (m_thread.joinable())
+            m_thread.join();
+        return m_statuses;
+    }
+
+private:
+    void ask(std::vector<std::string> arguments, const std::string& address)
+    {
+        arguments.insert(arguments.end(), {"-s", "-m", "10", "--noproxy", "*", "-o", "/dev/null", "-w",
+                                           "%{http_code} ", address});
+        m_statuses += TestSupport::runProcess("/usr/bin/curl", arguments).output;
+    }
+
+    QUrlQuery m_page;
+    std::thread m_thread;
+    std::string m_statuses;
+};
+
+/// Gives up after so many tenths of a second.
+DriveWatch patient(int ticks = 100)
+{
+    return {[ticks](auto, auto) mutable { return --ticks > 0; }};
+}
+
+DriveOffer offerOf(const std::string& address)
+{
+    DriveOffer offer;
+    const DriveResult result = quilletDriveTransport()->discover(address, offer);
+    EXPECT_TRUE(result.isOk()) << result.detail;
+    return offer;
+}
+
+DriveResult signIn(const DriveOffer& offer, const std::function<bool(const std::string&)>& open,
+                   DriveCredentials& credentials, const DriveWatch& watch = patient())
+{
+    return quilletDriveTransport()->signInByBrowser(offer, open, credentials, watch);
+}
+
+CloudErrorState find(Drive& drive)
+{
+    DriveEntry entry;
+    return drive.find("/", entry).state;
+}
+
 } // namespace
+
+TEST(SignInTest, TheLoginFlowGivesAPasswordThatTheDriveTakes)
+{
+    SignInServer server;
+    const DriveOffer offer = offerOf(server.address());
+    EXPECT_TRUE(offer.browserFlow);
+    EXPECT_TRUE(offer.password);
+    EXPECT_FALSE(offer.oauth2);
+    EXPECT_EQ(offer.address, server.address() + "remote.php/webdav");
+
+    DriveCredentials credentials;
+    Browser browser;
+    const DriveResult result = signIn(offer, browser.open({"-X", "POST"}), credentials);
+    ASSERT_TRUE(result.isOk()) << result.detail;
+    EXPECT_EQ(browser.statuses(), "200 ");
+    EXPECT_EQ(credentials.kind, DriveCredentials::Kind::Password);
+    EXPECT_EQ(credentials.user, "ada");
+    EXPECT_EQ(find(*quilletDriveTransport()->drive(offer.address, credentials)), CloudErrorState::Success);
+    credentials.secret += 'x';
+    EXPECT_EQ(find(*quilletDriveTransport()->drive(offer.address, credentials)),
+              CloudErrorState::Unauthorized);
+}
+
+TEST(SignInTest, ALoginFlowThatThePersonOrTheServerEndsGivesNoCredentials)
+{
+    SignInServer server;
+    const DriveOffer offer = offerOf(server.address());
+    DriveCredentials credentials;
+    const auto nothing = [](auto&) { return true; };
+    EXPECT_EQ(signIn(offer, nothing, credentials, patient(20)).state, CloudErrorState::Cancelled);
+    EXPECT_EQ(signIn(
+                  offer, [](auto&) { return false; }, credentials)
+                  .state,
+              CloudErrorState::LoginFailed);
+    server.order("refuse");
+    const DriveResult refused = signIn(offer, nothing, credentials);
+    EXPECT_EQ(refused.state, CloudErrorState::Forbidden);
+    EXPECT_NE(refused.detail.find("Signing in at 127.0.0.1"), std::string::npos) << refused.detail;
+    EXPECT_EQ(credentials.kind, DriveCredentials::Kind::None);
+}
+
+TEST(SignInTest, ATokenIsGotByTheBrowserAndRenewedUntilTheServerRefuses)
+{
+    SignInServer server;
+    const DriveOffer offer = offerOf(server.address() + "dav");
+    EXPECT_TRUE(offer.oauth2);
+    EXPECT_FALSE(offer.password);
+    EXPECT_FALSE(offer.browserFlow);
+
+    DriveCredentials credentials;
+    Browser browser;
+    // Another page of the browser tries first, and doesn't know the state.
+    const auto guess = [](const QUrlQuery& page) {
+        return QUrl(page.queryItemValue("redirect_uri", QUrl::FullyDecoded) + "?code=evil&state=guessed");
+    };
+    const DriveResult result = signIn(offer, browser.open({"-L"}, guess), credentials);
+    ASSERT_TRUE(result.isOk()) << result.detail;
+    EXPECT_EQ(browser.statuses(), "400 200 ");
+    EXPECT_EQ(browser.value("redirect_uri").rfind("http://127.0.0.1:", 0), 0U);
+    EXPECT_EQ(credentials.kind, DriveCredentials::Kind::Bearer);
+
+    const auto drive = quilletDriveTransport()->drive(offer.address, credentials);
+    EXPECT_EQ(find(*drive), CloudErrorState::Success);
+    for (int renewal = 0; renewal < 2; ++renewal) {
+        server.order("expire");
+        EXPECT_EQ(find(*drive), CloudErrorState::Success);
+    }
+    const DriveCredentials renewed = drive->credentials();
+    EXPECT_NE(renewed.secret, credentials.secret);
+    EXPECT_NE(renewed.refreshToken, credentials.refreshToken);
+    server.order("expire");
+    server.order("revoke");
+    EXPECT_EQ(find(*drive), CloudErrorState::Unauthorized);
+    EXPECT_EQ(drive->credentials().refreshToken, renewed.refreshToken);
+}
+
+TEST(SignInTest, AnOAuthSignInThatThePersonOrTheServerEndsGivesNoCredentials)
+{
+    SignInServer server;
+    const DriveOffer offer = offerOf(server.address() + "dav");
+    DriveCredentials credentials;
+    EXPECT_EQ(signIn(
+                  offer, [](auto&) { return true; }, credentials, patient(20))
+                  .state,
+              CloudErrorState::Cancelled);
+    EXPECT_EQ(signIn(
+                  offer, [](auto&) { return false; }, credentials)
+                  .state,
+              CloudErrorState::LoginFailed);
+    server.order("refuse");
+    Browser browser;
+    const DriveResult refused = signIn(offer, browser.open({"-L"}), credentials);
+    EXPECT_EQ(refused.state, CloudErrorState::LoginFailed);
+    EXPECT_NE(refused.detail.find("access_denied"), std::string::npos) << refused.detail;
+    EXPECT_EQ(credentials.kind, DriveCredentials::Kind::None);
+}
 
 TEST(SignInTest, ACertificateThatNobodySignedIsRefusedWithItsFingerprint)
 {
