@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <thread>
 
 namespace Itemhub::Store {
 
@@ -70,9 +71,26 @@ Connection::Connection(const Database& database, bool mayCreate)
                          "The database " + m_database.options().name.toStdString() +
                              " cannot be opened: " + connection.lastError().text().toStdString());
     for (const QString& setting : dialect().settings())
-        runPlain(setting);
+        runPatiently(setting);
     // The first connection notes which file it is.
     dialect().requireSame();
+}
+
+// SQLite doesn't wait by itself where two connections that come first change the way of writing.
+void Connection::runPatiently(const QString& setting)
+{
+    const auto end =
+        std::chrono::steady_clock::now() + std::chrono::milliseconds(m_database.options().patienceMs);
+    for (;;) {
+        try {
+            runPlain(setting);
+            return;
+        } catch (const StoreError& error) {
+            if (error.kind != StoreError::Kind::Busy || std::chrono::steady_clock::now() > end)
+                throw;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
 }
 
 Connection::~Connection()

@@ -67,6 +67,7 @@ private:
     friend class Transaction;
 
     [[noreturn]] void fail(const QSqlError& error) const;
+    void runPatiently(const QString& setting);
 
     struct Hash
     {
