@@ -12,6 +12,8 @@ namespace {
 
 // What is read ahead of a disk that is slower than the network.
 constexpr qint64 kReadAhead = qint64(4) << 20;
+// What a sink is given at once.
+constexpr qint64 kPiece = qint64(1) << 20;
 
 // Until what was sent has left this machine.
 constexpr std::chrono::milliseconds kUntilCut{100};
@@ -131,24 +133,37 @@ void Exchange::onProgress(qint64 done, qint64 total)
 
 void Exchange::takeContent()
 {
-    const QByteArray piece = m_reply->readAll();
-    if (piece.isEmpty())
-        return;
+    // Each read of the reply wakes Qt's own thread up, which readAll() would do every 16 KiB.
+    while (m_reply && m_cause.isOk()) {
+        const qint64 there = std::min(m_reply->bytesAvailable(), kPiece);
+        if (there <= 0)
+            return;
+        m_piece.resize(there);
+        const qint64 count = m_reply->read(m_piece.data(), there);
+        if (count <= 0)
+            return;
+        m_piece.truncate(count);
+        takePiece();
+    }
+}
+
+void Exchange::takePiece()
+{
     m_idle.start(m_patience);
-    m_answer.received += piece.size();
+    m_answer.received += m_piece.size();
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (m_request.sink && status >= 200 && status < 300) {
         m_state->bytesDone = static_cast<std::uint64_t>(m_answer.received);
         m_state->bytesInAll = m_reply->header(QNetworkRequest::ContentLengthHeader).toULongLong();
-        if (DriveResult result = m_request.sink(piece); !result.isOk())
-            end(std::move(result));
+        if (DriveResult result = m_request.sink(m_piece); !result.isOk())
+            return end(std::move(result));
         m_idle.start(m_patience); // The time that the sink took isn't the server's.
         return;
     }
-    if (m_answer.content.size() + piece.size() > m_request.mostContent)
+    if (m_answer.content.size() + m_piece.size() > m_request.mostContent)
         return end({CloudErrorState::BadAnswer,
                     "the answer is larger than " + std::to_string(m_request.mostContent) + " bytes"});
-    m_answer.content += piece;
+    m_answer.content += m_piece;
 }
 
 void Exchange::cancel()

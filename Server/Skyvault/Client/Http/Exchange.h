@@ -45,6 +45,7 @@ public:
 private:
     void connectReply();
     void takeContent();
+    void takePiece();
     void onAuthentication(QNetworkReply* reply, QAuthenticator* authenticator);
     void onSslErrors(const QList<QSslError>& errors);
     void onProgress(qint64 done, qint64 total);
@@ -64,6 +65,7 @@ private:
     QTimer m_idle;
     QNetworkReply* m_reply = nullptr;
     Answer m_answer;
+    QByteArray m_piece;  ///< That came last; kept, as its memory serves for the next.
     DriveResult m_cause; ///< Ours, if we ended it.
     bool m_asked = false;
 };
