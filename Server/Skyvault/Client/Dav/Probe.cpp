@@ -15,7 +15,7 @@ namespace {
 constexpr std::chrono::hours kFresh{30 * 24};
 // Of a body that is cut: so much that no buffer holds it back.
 constexpr qsizetype kCutBody = 256 * 1024;
-constexpr int kBreaks = 2, kPatience = 5;
+constexpr int kPatience = 5;
 constexpr std::chrono::milliseconds kPause{60};
 constexpr std::chrono::milliseconds kShortTick{20}, kLongTick{1100};
 
@@ -49,25 +49,6 @@ private:
     const std::string m_path;
 };
 
-/// Whether a failure tells of the network or of the moment, and nothing of what the server does.
-bool isDisturbance(CloudErrorState state)
-{
-    switch (state) {
-    case CloudErrorState::Unreachable:
-    case CloudErrorState::Cancelled:
-    case CloudErrorState::Unauthorized:
-    case CloudErrorState::TooManyRequests:
-    case CloudErrorState::ServerError:
-    case CloudErrorState::BadAnswer:
-    case CloudErrorState::Redirected:
-    case CloudErrorState::Certificate:
-    case CloudErrorState::DriveFull:
-        return true;
-    default:
-        return false;
-    }
-}
-
 class Probe
 {
 public:
@@ -84,9 +65,6 @@ public:
     DriveResult run();
 
 private:
-    std::string action() const { return m_session.action("Trying what the server does in", m_folder.path()); }
-    /// Keeps the first failure that leaves open what the server does; it ends the whole probe.
-    DriveResult note(DriveResult result);
     /// Asks, and notes what broke off the whole probe.
     Answer ask(const char* method, const std::string& path, Headers headers = {},
                const QByteArray& body = {});
@@ -94,14 +72,11 @@ private:
     {
         return ask("PUT", m_one, headers, content);
     }
-    /// What all else stands on: whatever keeps it from being written breaks off the probe.
-    Answer write(const std::string& path, const QByteArray& content, Headers headers = {});
     std::string etag(bool& byPropfind);
     bool goesOn();
 
     void existing();
     void etags();
-    void breakOnce();
     void breaks();
     void lockAndMove();
 
@@ -113,13 +88,6 @@ private:
     DriveResult m_broken;
 };
 
-DriveResult Probe::note(DriveResult result)
-{
-    if (m_broken.isOk() && isDisturbance(result.state))
-        m_broken = result;
-    return result;
-}
-
 Answer Probe::ask(const char* method, const std::string& path, Headers headers, const QByteArray& body)
 {
     if (!m_broken.isOk())
@@ -127,17 +95,10 @@ Answer Probe::ask(const char* method, const std::string& path, Headers headers, 
     Answer answer = m_session.http.ask(
         {.method = method, .url = m_session.address.of(path), .headers = std::move(headers), .body = body},
         m_watch);
-    note(resultOf(answer, action()));
+    if (answer.status == 0 || answer.status == 429 || answer.status == 401)
+        m_broken = resultOf(answer, m_session.action("Trying what the server does in", m_folder.path()));
     if (const QByteArray name = answer.header("Server"); !name.isEmpty())
         m_traits.server = name.left(80).toStdString();
-    return answer;
-}
-
-Answer Probe::write(const std::string& path, const QByteArray& content, Headers headers)
-{
-    Answer answer = ask("PUT", path, std::move(headers), content);
-    if (m_broken.isOk())
-        m_broken = resultOf(answer, action());
     return answer;
 }
 
@@ -151,32 +112,30 @@ bool Probe::goesOn()
 std::string Probe::etag(bool& byPropfind)
 {
     DavItem item;
-    if (m_broken.isOk())
-        m_broken = m_session.look(m_one, item);
-    if (m_broken.isOk())
+    if (m_session.look(m_one, item).isOk())
         byPropfind = item.etagFromListing;
     return item.entry.etag;
 }
 
 void Probe::existing()
 {
-    const Answer first = write(m_one, "first", {{"If-None-Match", "*"}});
+    const Answer first = put("first", {{"If-None-Match", "*"}});
     m_traits.etagAfterPut = !first.header("ETag").isEmpty();
     m_traits.refusesExisting = first.isOk() && put("other", {{"If-None-Match", "*"}}).status == 412;
 }
 
 void Probe::etags()
 {
-    write(m_one, "third");
+    put("third");
     const std::string before = etag(m_traits.etagFromPropfind);
-    write(m_one, "4th..");
+    put("4th..");
     const std::string after = etag(m_traits.etagFromPropfind);
     m_traits.etagsDifferInOneTick = !before.empty() && strongPart(before) != strongPart(after);
     if (!m_traits.etagsDifferInOneTick) {
         // By the step of the clock that files have their times from, or by whole seconds.
         m_traits.etagTick = kLongTick;
         std::this_thread::sleep_for(kShortTick);
-        write(m_one, "5th..");
+        put("5th..");
         if (strongPart(etag(m_traits.etagFromPropfind)) != strongPart(after))
             m_traits.etagTick = kShortTick;
     }
@@ -186,39 +145,28 @@ void Probe::etags()
 
 void Probe::breaks()
 {
-    m_traits.keepsOldOnBreak = true;
-    // One that never came to the server proves nothing, and looks the same from here.
-    for (int i = 0; i < kBreaks && m_traits.keepsOldOnBreak && goesOn(); ++i)
-        breakOnce();
-}
-
-void Probe::breakOnce()
-{
-    write(m_one, "whole");
-    if (!goesOn())
-        return;
+    put("whole");
     Request half{.method = "PUT", .url = m_session.address.of(m_one)};
     half.body = QByteArray(kCutBody, 'x');
     half.cutAfter = kCutBody / 2;
-    const Answer answer = m_session.http.ask(std::move(half), m_watch);
-    if (answer.status != 0 || answer.wasReset)
-        note(resultOf(answer, action()));
+    static_cast<void>(m_session.http.ask(std::move(half), m_watch));
+    m_traits.keepsOldOnBreak = true;
     // The server may not have seen yet that the connection is gone.
     for (int i = 0; i < kPatience && m_traits.keepsOldOnBreak && goesOn(); ++i) {
         DriveEntry kept;
-        m_traits.keepsOldOnBreak = note(m_session.find(m_one, kept)).isOk() && kept.size == 5;
+        m_traits.keepsOldOnBreak = m_session.find(m_one, kept).isOk() && kept.size == 5;
         std::this_thread::sleep_for(kPause);
     }
 }
 
 void Probe::lockAndMove()
 {
-    write(m_two, "moved here");
-    write(m_one, "whole");
+    ask("PUT", m_two, {}, "moved here");
+    put("whole");
     std::unique_ptr<Lock> lock;
     bool unused = false;
     const std::string before = etag(unused);
-    if (goesOn() && note(Lock::take(m_session, m_one, lock)).isOk()) {
+    if (Lock::take(m_session, m_one, lock).isOk()) {
         m_traits.etagChangesByLock = strongPart(etag(unused)) != strongPart(before);
         m_traits.locks = put("locked").status == 423;
     }
@@ -228,27 +176,25 @@ void Probe::lockAndMove()
     const Answer moved = ask("MOVE", m_two, headers);
     DriveEntry target;
     m_traits.movesOntoExisting =
-        moved.isOk() && note(m_session.find(m_one, target)).isOk() && target.size == sizeof("moved here") - 1;
+        moved.isOk() && m_session.find(m_one, target).isOk() && target.size == sizeof("moved here") - 1;
 }
 
 DriveResult Probe::run()
 {
     const Answer made =
         m_session.http.ask({.method = "MKCOL", .url = m_session.address.of(m_folder.path(), true)}, m_watch);
-    // Whoever may only read needs nothing of all this; he may be allowed more by the next time.
-    if (made.status == 403 || made.status == 405)
-        return {};
-    if (!made.isOk())
+    if (made.status == 0 || made.status == 401 || made.status == 429)
         return resultOf(made, m_session.action("Making the folder", m_folder.path()));
-    m_traits.probed = std::chrono::system_clock::now();
+    if (!made.isOk())
+        return {}; // Whoever may only read needs nothing of all this.
     for (const auto part : {&Probe::existing, &Probe::etags, &Probe::breaks, &Probe::lockAndMove}) {
         if (!goesOn())
             return m_broken;
         (this->*part)();
     }
     const std::string last = m_folder.file("three");
-    write(last, "remark");
-    m_traits.properties = goesOn() && note(setRemark(m_session, last, "tried")).isOk();
+    ask("PUT", last, {}, "remark");
+    m_traits.properties = goesOn() && setRemark(m_session, last, "tried").isOk();
     return m_broken;
 }
 
@@ -260,6 +206,7 @@ DriveResult probe(Session& session, DriveTraits& traits, const DriveWatch& watch
     DriveResult result = Probe(session, found, watch).run();
     if (!result.isOk())
         return result;
+    found.probed = std::chrono::system_clock::now();
     traits = found;
     return {};
 }

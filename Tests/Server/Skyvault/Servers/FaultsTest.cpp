@@ -277,44 +277,4 @@ TEST_P(FaultsTest, FoldersAreThereWhenItSaysSo)
             });
 }
 
-TEST_P(FaultsTest, WhatIsFoundOutOfAServerIsTrueAndNoTraceOfItStays)
-{
-    if (GetParam() != TestServer::Kind::Lighttpd && GetParam() != TestServer::Kind::Rclone)
-        return; // Of the others some take seconds for it.
-    const auto few = {"reset", "answer lost", "401", "500", "stall"};
-    const auto connect = [&](std::chrono::milliseconds patience) {
-        on.drive = driveOf(on.server, on.proxy->address());
-        on.drive->patience(patience);
-        return on.drive->connect(std::nullopt, {});
-    };
-    on.proxy->forgetRequests();
-    ASSERT_EQ(connect(kPatience).detail, "");
-    const std::string known = textOf(on.drive->traits());
-    const auto requests = on.proxy->requests();
-    for (const FaultProxy::Request& request : requests) {
-        for (const FaultCase& one : faults()) {
-            if (std::find_if(few.begin(), few.end(),
-                             [&](const char* name) { return std::string(name) == one.name; }) == few.end() ||
-                request.number <= 1)
-                continue; // The first one asks who the user is.
-            SCOPED_TRACE(std::string(one.name) + " at " + request.method + ", the request " +
-                         std::to_string(request.number));
-            on.proxy->forgetRequests();
-            on.proxy->onRequest([&](const FaultProxy::Request& seen) {
-                return seen.number == request.number ? std::optional(one.fault()) : std::nullopt;
-            });
-            const bool isStall = std::string(one.name) == "stall";
-            const DriveResult result = connect(isStall ? kShortPatience : kPatience);
-            on.proxy->onRequest({});
-            expectClear(result, one);
-            if (result.isOk()) {
-                EXPECT_EQ(textOf(on.drive->traits()), known);
-            }
-            if (request.method != "DELETE") {
-                EXPECT_EQ(on.server.names(), std::vector<std::string>());
-            }
-        }
-    }
-}
-
 } // namespace
