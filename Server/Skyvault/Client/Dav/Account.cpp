@@ -52,7 +52,7 @@ DriveResult recognize(Session& session)
     if (!result.isOk())
         return result;
     if (!root.entry.isFolder)
-        return failed(CloudErrorState::NotFound, session.action("Looking at", "/"), "it is no folder");
+        return failed(CloudErrorState::NotFound, session.action("Looking at", "/"), "it is not a folder");
     if (session.user.empty()) {
         const QString principal = root.properties[QStringLiteral("current-user-principal")];
         session.user = principal.section('/', -1, -1, QString::SectionSkipEmpty).toStdString();

@@ -94,7 +94,7 @@ DriveResult MultiStatus::end()
     if (!m_trouble.empty())
         return bad(m_trouble);
     if (!m_isMultiStatus || !m_path.isEmpty())
-        return bad("the answer is no whole WebDAV listing");
+        return bad("the WebDAV listing in the answer is incomplete");
     return {};
 }
 
@@ -102,7 +102,7 @@ void MultiStatus::startElement()
 {
     const QString name = m_xml.name().toString();
     if (m_path.isEmpty() && !(name == u"multistatus" && m_xml.namespaceUri() == u"DAV:")) {
-        m_trouble = "the answer is no WebDAV listing";
+        m_trouble = "the answer is not a WebDAV listing";
         return;
     }
     m_isMultiStatus = true;

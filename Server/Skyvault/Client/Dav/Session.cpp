@@ -92,7 +92,7 @@ DriveResult Session::list(const std::string& folder, std::vector<DriveEntry>& en
         if (answer.status != 207 || !whole.isOk())
             result = failed(CloudErrorState::BadAnswer, action, whole.detail);
         else if (!isFolder)
-            result = failed(CloudErrorState::NotFound, action, "it is no folder");
+            result = failed(CloudErrorState::NotFound, action, "it is not a folder");
     }
     if (!result.isOk())
         entries.clear();
@@ -115,7 +115,7 @@ DriveResult Session::makeFolder(const std::string& path)
         if (answer.isOk())
             return failed(CloudErrorState::BadAnswer, action,
                           "the server answered " + std::to_string(answer.status) +
-                              ", but there is no folder");
+                              ", but the folder is not there");
     }
     return resultOf(answer, action);
 }
