@@ -135,8 +135,10 @@ public:
                                                DriveEntry& entry, const DriveWatch& watch) = 0;
 
     /// A remark on a file: in the server's comments, else as a property of the file; Unsupported if neither
-    /// works. Where versions are counted by each change, the file has another ETag afterwards.
-    [[nodiscard]] virtual DriveResult comment(const std::string& path, const std::string& text) = 0;
+    /// works. Where versions are counted by each change, the file has another ETag afterwards. `id` becomes
+    /// what the server knows the comment by, empty where it doesn't say.
+    [[nodiscard]] virtual DriveResult comment(const std::string& path, const std::string& text,
+                                              std::string& id) = 0;
 };
 
 /// The ways to sign in that a server offers.

@@ -10,8 +10,6 @@
 #include "Server/Skyvault/Private/Texts.h"
 #include "Server/Skyvault/SkyvaultUtilities.h"
 
-#include <QCoreApplication>
-
 #include <stdexcept>
 #include <tuple>
 
@@ -35,12 +33,6 @@ std::function<bool()>& edition()
 {
     static std::function<bool()> asked;
     return asked;
-}
-
-std::function<void()>& qtApplicationMaker()
-{
-    static std::function<void()> maker;
-    return maker;
 }
 
 /// The transport can't be had: it, or a library that it needs, is missing.
@@ -151,17 +143,6 @@ bool MeshportAuth::cloudDisabled() const
 void MeshportAuth::editionDisables(std::function<bool()> asked)
 {
     edition() = std::move(asked);
-}
-
-void MeshportAuth::qtApplication(std::function<void()> maker)
-{
-    qtApplicationMaker() = std::move(maker);
-}
-
-void MeshportAuth::needQtApplication()
-{
-    if (!QCoreApplication::instance() && qtApplicationMaker())
-        qtApplicationMaker()();
 }
 
 void MeshportAuth::forgetRefusal()

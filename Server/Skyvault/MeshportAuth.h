@@ -18,11 +18,6 @@ public:
     /// Who knows whether the edition has no cloud drive; null for nobody, and then it has one.
     static void editionDisables(std::function<bool()> asked);
 
-    /// Who makes Qt's application object, without which there are no requests, in a run that has none yet.
-    static void qtApplication(std::function<void()> maker);
-    /// For this library: has it made.
-    static void needQtApplication();
-
     /// True when somebody is signed in, asking if needed. Kept credentials count also while the server can't
     /// be reached. A refusal stays until the person asks for it himself: the dialog isn't shown twice for one
     /// command.

@@ -4,26 +4,27 @@
 
 namespace Vs {
 
-/// A remark on a file of the cloud drive: a value.
+/// A remark on a file of the cloud drive: a value. UTF-8.
 class SkyvaultComment
 {
 public:
     SkyvaultComment() = default;
-    SkyvaultComment(std::string nodeId, std::wstring text)
-        : m_nodeId(std::move(nodeId)), m_text(std::move(text))
-    {
-    }
+    explicit SkyvaultComment(std::string body) : m_body(std::move(body)) {}
 
-    /// The file's identifier, as SkyvaultNodeData::id.
-    const std::string& nodeId() const { return m_nodeId; }
-    const std::wstring& text() const { return m_text; }
+    const std::string& body() const { return m_body; }
+    void setBody(std::string body) { m_body = std::move(body); }
+
+    /// By which the server knows it; empty until it is on the drive, and where the drive keeps comments
+    /// without.
+    const std::string& commentId() const { return m_commentId; }
+    void setCommentId(std::string id) { m_commentId = std::move(id); }
     /// Who wrote it; empty until it is on the drive.
     const std::wstring& author() const { return m_author; }
-    void author(std::wstring name) { m_author = std::move(name); }
+    void setAuthor(std::wstring name) { m_author = std::move(name); }
 
 private:
-    std::string m_nodeId;
-    std::wstring m_text, m_author;
+    std::string m_body, m_commentId;
+    std::wstring m_author;
 };
 
 } // namespace Vs

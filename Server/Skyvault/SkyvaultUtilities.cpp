@@ -290,12 +290,13 @@ CloudErrorState SkyvaultUtilities::DownloadToCacheById(const BaseAuth* auth, Sky
     });
 }
 
-CloudErrorState SkyvaultUtilities::Comment(const BaseAuth*, const std::string& id, const std::string& text)
+CloudErrorState SkyvaultUtilities::Comment(const BaseAuth*, const std::string& id, const std::string& text,
+                                           std::string& commentId)
 {
     return guarded([&] {
-        return Failures::note(
-            Session::get().run(localized("CloudCommenting", "Sending a comment to the cloud drive"),
-                               [&](Drive& drive, const DriveWatch&) { return drive.comment(id, text); }));
+        return Failures::note(Session::get().run(
+            localized("CloudCommenting", "Sending a comment to the cloud drive"),
+            [&](Drive& drive, const DriveWatch&) { return drive.comment(id, text, commentId); }));
     });
 }
 

@@ -64,8 +64,9 @@ public:
     static CloudErrorState DownloadToCacheById(const BaseAuth* auth, SkyvaultNodeData& node, WPath& path,
                                                bool replace);
 
-    /// A remark on a file, by its identifier.
-    static CloudErrorState Comment(const BaseAuth* auth, const std::string& id, const std::string& text);
+    /// A remark on a file, by its identifier; `commentId` as Drive::comment.
+    static CloudErrorState Comment(const BaseAuth* auth, const std::string& id, const std::string& text,
+                                   std::string& commentId);
 
     /// What happened on the drive lately; zero limits ask for none.
     static CloudErrorState GetActivities(const BaseAuth* auth, const std::vector<std::string>& ids,

@@ -3,10 +3,10 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/QtApplication.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Warning.h"
-#include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/Private/Texts.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -72,7 +72,7 @@ std::optional<Cache::Place> Cache::placeOf(const Path& file)
 
 CacheIndexLibrary& Cache::library()
 {
-    MeshportAuth::needQtApplication();
+    QtApplication::need();
     if (!m_library) {
         using Entry = CacheIndexLibrary* (*)();
         try {

@@ -3,12 +3,11 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/JsonFile.h"
 #include "Server/Base/OwnFiles.h"
+#include "Server/Base/SecretFile.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <cstdlib>
-#include <sys/stat.h>
 #include <utility>
 
 namespace Vs::Cloud {
@@ -33,30 +32,14 @@ constexpr std::pair<const char*, bool DriveTraits::*> kFlags[] = {
 
 using Seconds = std::chrono::seconds;
 
-void refuseOthers(const char* file)
-{
-    struct stat status = {};
-    if (lstat(file, &status) != 0)
-        throw Exception(std::string(file) + " cannot be read");
-    if (!S_ISREG(status.st_mode))
-        throw Exception(std::string(file) + " is not a regular file");
-    if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
-        throw Exception(std::string(file) +
-                        " can be used by others than its owner; its permissions must be 0600");
-}
-
 } // namespace
 
 std::optional<Access> accessOfTokenFile()
 {
-    const char* const file = std::getenv("QUILLET_CLOUD_TOKEN_FILE");
-    if (!file || !*file)
+    const std::optional<SecretFile::Content> found = SecretFile::named("QUILLET_CLOUD_TOKEN_FILE");
+    if (!found)
         return std::nullopt;
-    refuseOthers(file);
-    const std::optional<std::string> content = OwnFiles::read(file);
-    if (!content)
-        throw Exception(std::string(file) + " cannot be read, or belongs to somebody else");
-    const QJsonObject object = QJsonDocument::fromJson(QByteArray::fromStdString(*content)).object();
+    const QJsonObject object = QJsonDocument::fromJson(QByteArray::fromStdString(found->text)).object();
     const auto text = [&](const char* name) {
         return object.value(QLatin1String(name)).toString().toStdString();
     };
@@ -64,7 +47,7 @@ std::optional<Access> accessOfTokenFile()
     if (text("kind") == "bearer")
         access.credentials.kind = DriveCredentials::Kind::Bearer;
     if (access.address.empty() || access.credentials.secret.empty())
-        throw Exception(std::string(file) +
+        throw Exception(found->file +
                         " is not a JSON object with the texts \"address\", \"user\" and \"secret\"");
     return access;
 }

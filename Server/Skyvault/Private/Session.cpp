@@ -1,9 +1,9 @@
 #include "Server/Skyvault/Private/Session.h"
 
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/QtApplication.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Skyvault/CloudEvents.h"
-#include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/Private/Failures.h"
 #include "Server/Skyvault/Private/Texts.h"
 
@@ -47,7 +47,7 @@ Session& Session::get()
 
 DriveTransport& Session::transport()
 {
-    MeshportAuth::needQtApplication();
+    QtApplication::need();
     if (!m_transport) {
         using Entry = DriveTransport* (*)();
         m_transport = SiblingLibrary("libVsSkyvaultClient10.so").function<Entry>("quilletDriveTransport")();

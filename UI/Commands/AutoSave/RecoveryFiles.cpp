@@ -1,13 +1,14 @@
 #include "UI/Commands/AutoSave/RecoveryFiles.h"
 
+#include "Server/Base/Exception.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/DocumentType.h"
-#include "Server/DataModel/ItemhubUtilities.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/Application.h"
@@ -39,8 +40,7 @@ bool exists(const std::wstring& path)
 
 bool signedIn()
 {
-    const Vs::ItemhubUtilities* service = Vs::ItemhubUtilities::get();
-    return service && service->isAuthenticated();
+    return Vs::ItemhubUtilities::get()->isAuthenticated();
 }
 
 /// Where the file can be read; empty if it can't.
@@ -51,9 +51,14 @@ std::wstring placeOf(const Vs::AutoSavedFileInfo& file)
     if (!signedIn())
         return {};
     const Vs::ItemhubUtilities* service = Vs::ItemhubUtilities::get();
-    std::wstring path = service->downloadAttachment(file.attachmentUrl());
-    if (exists(path))
-        return path;
+    try {
+        std::wstring path = service->downloadAttachment(file.attachmentUrl());
+        if (exists(path))
+            return path;
+    } catch (const Vs::Exception& error) {
+        service->fireErrorMessage(error.message());
+        return {};
+    }
     service->fireErrorMessage(localized("ItemhubOpenDocumentErrorFileNotExist",
                                         "Downloaded file form Itemhub isn't existed error"));
     return {};

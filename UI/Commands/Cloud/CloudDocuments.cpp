@@ -1,5 +1,6 @@
 #include "UI/Commands/Cloud/CloudDocuments.h"
 
+#include "Server/Base/QtApplication.h"
 #include "Server/Base/Task.h"
 #include "Server/DataModel/ApplicationEditionService.h"
 #include "Server/DataModel/CloudIdentifiers.h"
@@ -109,7 +110,7 @@ void CloudDocuments::install()
         const auto* edition = Application::get()->service<Vs::Services::ApplicationEditionService>();
         return edition && edition->cloudDisabled();
     });
-    Vs::MeshportAuth::qtApplication([] { Application::get()->needGui(); });
+    Vs::QtApplication::maker([] { Application::get()->needGui(); });
     Vs::CloudIdentifiers::source(
         [](const std::wstring& path) { return Vs::CloudCacheManager::getInstance()->identifier(path); });
     // A run without a main loop tells between two lines.
@@ -123,7 +124,7 @@ void CloudDocuments::uninstall()
     Vs::CloudCacheManager::results().wakeUp({});
     Vs::CloudIdentifiers::source({});
     Vs::MeshportAuth::editionDisables({});
-    Vs::MeshportAuth::qtApplication({});
+    Vs::QtApplication::maker({});
     listener().reset();
 }
 

@@ -24,6 +24,15 @@ bool isRefusal(int status)
     return status == 404 || status == 405 || status == 501;
 }
 
+/// The last name of the address that the server gave what was made, which is a number.
+std::string madeId(const Answer& answer)
+{
+    const QByteArray address = answer.header("Content-Location");
+    bool isNumber = false;
+    const qulonglong id = address.mid(address.lastIndexOf('/') + 1).toULongLong(&isNumber);
+    return isNumber ? std::to_string(id) : std::string();
+}
+
 } // namespace
 
 DriveResult setRemark(Session& session, const std::string& path, const std::string& text)
@@ -49,7 +58,7 @@ DriveResult setRemark(Session& session, const std::string& path, const std::stri
     return {};
 }
 
-DriveResult comment(Session& session, const std::string& path, const std::string& text)
+DriveResult comment(Session& session, const std::string& path, const std::string& text, std::string& id)
 {
     const std::string action = session.action("Commenting on", path);
     DavItem item;
@@ -66,6 +75,8 @@ DriveResult comment(Session& session, const std::string& path, const std::string
                                                 .url = url,
                                                 .headers = {{"Content-Type", "application/json"}},
                                                 .body = QJsonDocument(remark).toJson()});
+        if (answer.isOk())
+            id = madeId(answer);
         if (!isRefusal(answer.status))
             return resultOf(answer, action);
     }

@@ -67,10 +67,10 @@ DriveResult DavDrive::download(const std::string& path, const std::string& targe
     return checked.isOk() ? Vs::Cloud::download(m_session, path, target, entry, watch) : checked;
 }
 
-DriveResult DavDrive::comment(const std::string& path, const std::string& text)
+DriveResult DavDrive::comment(const std::string& path, const std::string& text, std::string& id)
 {
     const DriveResult checked = checkPath("Commenting on", path);
-    return checked.isOk() ? Vs::Cloud::comment(m_session, path, text) : checked;
+    return checked.isOk() ? Vs::Cloud::comment(m_session, path, text, id) : checked;
 }
 
 } // namespace Vs::Cloud

@@ -24,7 +24,7 @@ public:
     DriveResult upload(const DriveUpload& upload, DriveEntry& entry, const DriveWatch& watch) override;
     DriveResult download(const std::string& path, const std::string& target, DriveEntry& entry,
                          const DriveWatch& watch) override;
-    DriveResult comment(const std::string& path, const std::string& text) override;
+    DriveResult comment(const std::string& path, const std::string& text, std::string& id) override;
 
 private:
     DriveResult checkPath(const char* doing, const std::string& path) const;

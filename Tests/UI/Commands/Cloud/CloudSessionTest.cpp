@@ -1,9 +1,11 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
 #include "Server/Skyvault/CloudOptionGroup.h"
 #include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/SkyvaultCollaboration.h"
 #include "Server/Skyvault/SkyvaultComment.h"
+#include "Server/Skyvault/SkyvaultUtilities.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 #include "Tests/UI/Commands/Cloud/WithDrive.h"
@@ -89,12 +91,24 @@ TEST_F(CloudSessionTest, WithTheDriveDisabledNoneOfItsCommandsIsApplicable)
 TEST_F(CloudSessionTest, ACommentIsKeptWhereTheServerCan)
 {
     saveNew("/wheel.vlra");
-    Vs::SkyvaultComment comment("/wheel.vlra", L"Sharper edges, please.");
-    const Vs::CloudErrorState state =
-        Vs::SkyvaultCollaboration::createComment(MeshportAuth::globalInstance(), comment);
-    const bool kept = state == Vs::CloudErrorState::Success;
-    EXPECT_TRUE(kept || state == Vs::CloudErrorState::Unsupported) << static_cast<int>(state);
-    EXPECT_EQ(comment.author().empty(), !kept);
+    Vs::SkyvaultComment request("Sharper edges, please."), kept;
+    std::wstring error;
+    const auto post = [&](const Vs::Document* document) {
+        return Vs::SkyvaultCollaboration::createComment(MeshportAuth::globalInstance(), document, request,
+                                                        kept, error);
+    };
+    if (post(Vs::DocumentMgr::get()->document(cached("/wheel.vlra")))) {
+        EXPECT_EQ(kept.body(), request.body());
+        EXPECT_FALSE(kept.author().empty());
+        EXPECT_TRUE(error.empty());
+    } else {
+        EXPECT_TRUE(
+            error.starts_with(Vs::SkyvaultUtilities::getErrorString(Vs::CloudErrorState::Unsupported)))
+            << Vs::Strings::narrow(error);
+    }
+    error.clear();
+    EXPECT_FALSE(post(nullptr)) << "no document is of no drive";
+    EXPECT_FALSE(error.empty());
 }
 
 TEST_F(CloudSessionTest, ARunWithoutAWindowTakesTheTokenFileOnlyWhereNobodyElseCanReadIt)

@@ -4,7 +4,8 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "Server/DataModel/ItemhubUtilities.h"
+#include "Server/Itemhub/ItemhubEvents.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 #include "Tests/UI/Commands/Documents/AutoSaveFixture.h"
@@ -33,6 +34,7 @@
 
 namespace fs = std::filesystem;
 using namespace Vs;
+namespace Web = Corvane::Itemstore::WebServices;
 
 namespace {
 
@@ -49,7 +51,7 @@ protected:
     }
     void TearDown() override
     {
-        ItemhubUtilities::install(nullptr);
+        ItemhubUtilities::get()->signOut();
         if (dialog())
             dialog()->close();
         settle();
@@ -139,16 +141,64 @@ private:
     Vu::Workspace* m_before = nullptr;
 };
 
-/// A service that has its attachments in a folder.
-class FolderService : public ItemhubUtilities
+/// A service whose attachments are files of this machine, and that has nothing else.
+class FolderStore : public Itemhub::ItemStore
 {
 public:
-    bool signedIn = false;
-    mutable std::vector<std::wstring> told;
+    using Watch = Itemhub::Watch;
+    Itemhub::Account account(const Watch&) override { return {"ada", {}, {}}; }
+    void signOut() override {}
+    Itemhub::Content content(const std::string& uri, const Watch&) override
+    {
+        if (!fs::exists(uri))
+            throw Web::ItemhubException(Web::ItemhubException::Kind::NotFound,
+                                        "There is no such attachment.");
+        return {.attachmentId = 1, .version = 1, .file = fs::path(uri).filename(), .address = uri};
+    }
+    void download(const Itemhub::Content& content, const std::string& file, const Watch&) override
+    {
+        fs::copy_file(content.address, file);
+    }
 
-    bool isAuthenticated() const override { return signedIn; }
-    std::wstring downloadAttachment(const std::wstring& url) const override { return url; }
-    void fireErrorMessage(const std::wstring& message) const override { told.push_back(message); }
+    Itemhub::Content content(std::int64_t, std::int64_t, const Watch&) override { refuse(); }
+    std::vector<Web::Workspace> workspaces(const Watch&) override { refuse(); }
+    Web::Workspace workspace(std::int64_t, const Watch&) override { refuse(); }
+    std::vector<Web::Item> items(const Web::Workspace&, const Watch&) override { refuse(); }
+    Web::Item item(std::int64_t, const Watch&) override { refuse(); }
+    Web::Item addItem(const Itemhub::NewItem&, const std::string&, const Watch&) override { refuse(); }
+    std::vector<Web::Attachment> attachments(std::int64_t, const Watch&) override { refuse(); }
+    std::vector<Web::Version> versions(std::int64_t, const Watch&) override { refuse(); }
+    std::vector<Web::Item> favourites(const Watch&) override { refuse(); }
+    void favourite(std::int64_t, bool, const Watch&) override { refuse(); }
+    std::vector<Web::Item> search(const std::string&, int, const Watch&) override { refuse(); }
+    std::vector<Web::Comment> comments(std::int64_t, const Watch&) override { refuse(); }
+    Web::Comment addComment(std::int64_t, const std::string&, const std::string&, const Watch&) override
+    {
+        refuse();
+    }
+    Itemhub::ItemEvents events(std::int64_t, int, const Watch&) override { refuse(); }
+    std::string beginUpload(std::uint64_t, const std::string&, const Watch&) override { refuse(); }
+    std::uint64_t arrived(const std::string&, const Watch&) override { refuse(); }
+    void upload(const std::string&, const std::string&, std::uint64_t, const Watch&) override { refuse(); }
+    Itemhub::MadeVersion addVersion(const Itemhub::NewVersion&, const Watch&) override { refuse(); }
+
+private:
+    [[noreturn]] static void refuse()
+    {
+        throw Web::ItemhubException(Web::ItemhubException::Kind::Forbidden,
+                                    "This service has no such thing.");
+    }
+};
+
+/// What the user is told.
+class Told : public ItemhubEventSite
+{
+public:
+    Told() { ItemhubEventSource::get()->subscribe(this); }
+    ~Told() override { ItemhubEventSource::get()->unsubscribe(this); }
+    void onErrorMessage(ItemhubErrorEvent* event) override { texts.push_back(event->getErrorMessage()); }
+
+    std::vector<std::wstring> texts;
 };
 
 } // namespace
@@ -311,18 +361,17 @@ TEST_F(FileRecoveryTest, WhatLiesOnTheServiceIsForWhoeverIsSignedIn)
     dialog()->close();
     settle();
     EXPECT_EQ(files().size(), 1u);
-    FolderService service;
-    ItemhubUtilities::install(&service);
     EXPECT_TRUE(homeRows().empty());
-    service.signedIn = true;
+    ItemhubUtilities::get()->signInTo(std::make_shared<FolderStore>(), "folder");
     showDialog();
     ASSERT_EQ(rows().size(), 1);
     EXPECT_TRUE(rows()[0].startsWith("Attached: Auto-saved  on the Cloud on ")) << rows()[0].toStdString();
 
     fs::rename(fs::path(attachment), fs::path(scratch(L"away")));
+    const Told told;
     clickRow(0);
     choose("Open");
-    EXPECT_EQ(service.told, std::vector<std::wstring>{L"Downloaded file form Itemhub isn't existed error"});
+    EXPECT_EQ(told.texts, std::vector<std::wstring>{L"There is no such attachment."});
     EXPECT_EQ(rows().size(), 1);
     EXPECT_EQ(documents(), 0u);
     fs::rename(fs::path(scratch(L"away")), fs::path(attachment));

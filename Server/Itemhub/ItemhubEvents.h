@@ -1,0 +1,145 @@
+#pragma once
+
+#include "Server/Base/Event.h"
+#include "Server/Itemhub/WebServices.h"
+
+#include <boost/filesystem/path.hpp>
+
+#include <string>
+#include <vector>
+
+namespace Vs {
+
+/// Something happened to the session or to the queue of uploads; ask ItemhubUtilities for how things are now.
+class ItemhubEvent : public Implements<ItemhubEvent, Event>
+{
+public:
+    ItemhubEvent() = default;
+};
+
+/// A failure that the user is to be told.
+class ItemhubErrorEvent : public Implements<ItemhubErrorEvent, ItemhubEvent>
+{
+public:
+    explicit ItemhubErrorEvent(std::wstring message) : m_message(std::move(message)) {}
+    const std::wstring& getErrorMessage() const { return m_message; }
+
+private:
+    std::wstring m_message;
+};
+
+/// What a search found.
+class ItemhubSearchResultsEvent : public Implements<ItemhubSearchResultsEvent, ItemhubEvent>
+{
+public:
+    using Items = std::vector<Corvane::Itemstore::WebServices::Item>;
+    ItemhubSearchResultsEvent(std::wstring query, bool mode, Items items, std::wstring failure)
+        : m_query(std::move(query)), m_items(std::move(items)), m_failure(std::move(failure)), m_mode(mode)
+    {
+    }
+
+    const std::wstring& query() const { return m_query; }
+    /// As the search was started.
+    bool mode() const { return m_mode; }
+    /// The best first.
+    const Items& items() const { return m_items; }
+    /// For the person, why there are none; empty if the search went well.
+    const std::wstring& failure() const { return m_failure; }
+
+private:
+    std::wstring m_query;
+    Items m_items;
+    std::wstring m_failure;
+    bool m_mode;
+};
+
+/// Something happened to an item, here or elsewhere.
+class ItemhubItemEvent : public Implements<ItemhubItemEvent, ItemhubEvent>
+{
+public:
+    ItemhubItemEvent(std::string kind, std::int64_t itemId, std::int64_t attachmentId, std::int64_t version,
+                     std::wstring account)
+        : m_kind(std::move(kind)),
+          m_itemId(itemId),
+          m_attachmentId(attachmentId),
+          m_version(version),
+          m_account(std::move(account))
+    {
+    }
+
+    /// "item.added", "item.changed", "item.removed", "link.added", "link.removed", "comment.added",
+    /// "comment.removed", "attachment.added", "attachment.removed" or "version.added"; others may come.
+    const std::string& kind() const { return m_kind; }
+    std::int64_t itemId() const { return m_itemId; }
+    std::int64_t attachmentId() const { return m_attachmentId; } ///< 0 if it concerns none.
+    std::int64_t version() const { return m_version; }           ///< The same.
+    const std::wstring& account() const { return m_account; }    ///< Who did it.
+
+private:
+    std::string m_kind;
+    std::int64_t m_itemId, m_attachmentId, m_version;
+    std::wstring m_account;
+};
+
+/// The state of a document's upload is another one.
+class ItemhubUploadEvent : public Implements<ItemhubUploadEvent, ItemhubEvent>
+{
+public:
+    explicit ItemhubUploadEvent(boost::filesystem::path document) : m_document(std::move(document)) {}
+    /// The local file of the document.
+    const boost::filesystem::path& document() const { return m_document; }
+
+private:
+    boost::filesystem::path m_document;
+};
+
+/// What happens at the lifecycle service. Each operation does nothing unless overridden. Main thread only:
+/// what threads find out comes here by ItemhubUtilities::results().
+class ItemhubEventSite : public EventSite
+{
+public:
+    /// A sign-in went well.
+    virtual void userAuthenticated(ItemhubEvent*) {}
+    /// Somebody signed in or out, or the service can be reached again or no more.
+    virtual void sessionChanged(ItemhubEvent*) {}
+    virtual void onErrorMessage(ItemhubErrorEvent*) {}
+    /// An upload failed for good, as long as nobody asks for it again (ItemhubUtilities::getAllRecoverFiles).
+    virtual void onRecoveryMessage(ItemhubEvent*) {}
+    virtual void onRecoveryFileDeleted(ItemhubEvent*) {}
+    /// The account's favourites are others, by this program or another.
+    virtual void favoritesChanged(ItemhubEvent*) {}
+    virtual void searchResultsReceived(ItemhubSearchResultsEvent*) {}
+    virtual void itemChanged(ItemhubItemEvent*) {}
+    virtual void uploadStateChanged(ItemhubUploadEvent*) {}
+};
+
+class ItemhubEventSource : public EventSource<ItemhubEventSite>
+{
+public:
+    static ItemhubEventSource* get()
+    {
+        static auto* const source = new ItemhubEventSource;
+        return source;
+    }
+
+    void fireUserAuthenticated(ItemhubEvent* event) { fire(&ItemhubEventSite::userAuthenticated, event); }
+    void fireSessionChanged(ItemhubEvent* event) { fire(&ItemhubEventSite::sessionChanged, event); }
+    void fireErrorMessage(ItemhubErrorEvent* event) { fire(&ItemhubEventSite::onErrorMessage, event); }
+    void fireRecoveryMessage(ItemhubEvent* event) { fire(&ItemhubEventSite::onRecoveryMessage, event); }
+    void fireRecoveryFileDeleted(ItemhubEvent* event)
+    {
+        fire(&ItemhubEventSite::onRecoveryFileDeleted, event);
+    }
+    void fireFavoritesChanged(ItemhubEvent* event) { fire(&ItemhubEventSite::favoritesChanged, event); }
+    void fireSearchResultsReceived(ItemhubSearchResultsEvent* event)
+    {
+        fire(&ItemhubEventSite::searchResultsReceived, event);
+    }
+    void fireItemChanged(ItemhubItemEvent* event) { fire(&ItemhubEventSite::itemChanged, event); }
+    void fireUploadStateChanged(ItemhubUploadEvent* event)
+    {
+        fire(&ItemhubEventSite::uploadStateChanged, event);
+    }
+};
+
+} // namespace Vs

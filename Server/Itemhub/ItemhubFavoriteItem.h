@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace Vs {
+
+/// An item that the user has bookmarked: a value.
+class ItemhubFavoriteItem
+{
+public:
+    ItemhubFavoriteItem(std::int64_t itemId, std::int64_t workspaceId, std::wstring caption)
+        : m_itemId(itemId), m_workspaceId(workspaceId), m_caption(std::move(caption))
+    {
+    }
+
+    std::int64_t getItemId() const { return m_itemId; }
+    std::int64_t getWorkspaceId() const { return m_workspaceId; }
+    /// As a person typed it: show it as plain text.
+    const std::wstring& getCaption() const { return m_caption; }
+
+private:
+    std::int64_t m_itemId, m_workspaceId;
+    std::wstring m_caption;
+};
+
+} // namespace Vs

@@ -1,0 +1,228 @@
+#pragma once
+
+#include "Server/Itemhub/ItemStore.h"
+#include "Server/Itemhub/ItemhubFavoriteItem.h"
+#include "Server/Itemhub/ItemhubSignIn.h"
+#include "Server/Itemhub/UploadQueuedFileInfo.h"
+
+#include <boost/filesystem/path.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vs {
+
+class Document;
+class DocumentType;
+class Tasks;
+
+/// The client of the lifecycle service. What is asked of the service returns with its answer; on the main
+/// thread the window lives meanwhile, progress is shown, and Esc cancels.
+///
+/// Unless another way is told, what fails throws Corvane::Itemstore::WebServices::PayloadException,
+/// ItemhubException or ConnectionException, each with a text for the person. With nobody signed in that is an
+/// ItemhubException of the kind NotSignedIn, but where the program's own service may be started
+/// (ItemhubOptionGroup::ownService), that is done first. A cancelled question answers with nothing: an empty
+/// value, path or list.
+///
+/// Main thread only, but for what is said to be for any thread.
+class ItemhubUtilities
+{
+public:
+    using Path = boost::filesystem::path;
+    using Workspace = Corvane::Itemstore::WebServices::Workspace;
+    using Item = Corvane::Itemstore::WebServices::Item;
+    using Attachment = Corvane::Itemstore::WebServices::Attachment;
+    using Version = Corvane::Itemstore::WebServices::Version;
+    using Comment = Corvane::Itemstore::WebServices::Comment;
+
+    /// Never null. Any thread.
+    [[nodiscard]] static ItemhubUtilities* get();
+    /// The service's trade name with its sign, the same in every language.
+    [[nodiscard]] static std::wstring getItemhub_TM();
+    /// By which the notification centre knows what comes from notifyItemhubErrorMessage.
+    [[nodiscard]] static std::wstring notificationClientID();
+
+    /// By the user's option, or by the edition of the program.
+    [[nodiscard]] bool ItemhubDisabled() const;
+
+    /// @name Session
+    /// @{
+
+    /// Any thread.
+    [[nodiscard]] bool isAuthenticated() const;
+    /// Signs in by a token: a bearer's if there is no consumer key, else with signed requests (OAuth 1.0a).
+    /// The address may have "?customer=" behind it, which names the tenant. On success ItemhubEventSite hears
+    /// userAuthenticated; nothing is kept for the next run. On failure, which the user is told by
+    /// fireErrorMessage, who was signed in before stays, and the answer is false.
+    bool authenticateWithToken(const std::string& uri, const std::wstring& tenant, const std::wstring& token,
+                               const std::wstring& tokenSecret, const std::wstring& sessionHandle,
+                               const std::wstring& consumerKey, const std::wstring& consumerSecret);
+    /// Signs in; the credentials are kept in the keyring if `keep` says so. False if the person cancelled.
+    /// Where it fails or is cancelled, who was signed in before stays, as in the functions below.
+    bool signIn(const Itemhub::Access& access, bool keep);
+    /// With account and password, for which the service gives a token; nothing keeps the password.
+    bool signInWithPassword(const std::string& address, const std::string& customer,
+                            const std::string& account, const std::string& password, bool keep);
+    /// By the system's browser, which `open` shows an address. ItemhubException with NotFound if the service
+    /// offers no such way.
+    bool signInByBrowser(const std::string& address, const std::string& customer, bool keep,
+                         const std::function<bool(const std::string&)>& open);
+    /// Starts the program's own service, which keeps everything in the profile and ends with the program, and
+    /// signs in to it. It is what the program goes on with in the next run.
+    bool signInToOwnService();
+    /// Goes on with what the last run was signed in to, without asking anybody: with the token of the file
+    /// that QUILLET_ITEMHUB_TOKEN_FILE names (see Itemhub::accessOfTokenFile), the keyring's, or the
+    /// program's own service. False if there is nothing to go on with; throws like signIn.
+    bool resume();
+    /// Uses another system, which `name` tells from others in folders of the disk.
+    void signInTo(std::shared_ptr<Itemhub::ItemStore> store, const std::string& name);
+    /// Ends the session here and at the service, and takes the credentials out of the keyring. What waits to
+    /// be uploaded stays, and goes on when the same account signs in again.
+    void signOut();
+
+    /// What the service calls the user; empty while nobody is signed in.
+    [[nodiscard]] std::wstring accountName() const;
+    [[nodiscard]] std::wstring customer() const;
+    /// The service's address; empty for the program's own, and while nobody is signed in.
+    [[nodiscard]] std::string serviceAddress() const;
+    [[nodiscard]] bool isOwnService() const;
+    /// Whether the service answered the last request.
+    [[nodiscard]] bool isOnline() const;
+    /// Whether the session is there in the next run.
+    [[nodiscard]] bool isKept() const;
+    /// @}
+
+    /// @name Items
+    /// @{
+    [[nodiscard]] Workspace getWorkspaceById(int id) const;
+    [[nodiscard]] std::vector<Workspace> getWorkspaces() const;
+    /// NotFound if the item isn't one of that workspace.
+    [[nodiscard]] Item getItemById(const Workspace& workspace, int id) const;
+    /// An item of any workspace.
+    [[nodiscard]] Item getItemById(int id) const;
+    [[nodiscard]] std::vector<Item> getItems(const Workspace& workspace) const;
+    [[nodiscard]] std::vector<Attachment> getItemAttachments(const Workspace& workspace, const Item& item);
+    [[nodiscard]] std::vector<Version> getVersions(const Attachment& attachment) const;
+
+    /// Makes an item, linked to another one unless `linkedItemId` is 0, and gives the path of a local file,
+    /// which isn't there yet: a document that is saved there is the item's. An item in the workspace 0 goes
+    /// to the first one in which the account may write.
+    [[nodiscard]] std::wstring addNewItem(const DocumentType* type, long workspaceId,
+                                          long linkedItemWorkspaceId, long linkedItemId,
+                                          const std::wstring& name, const std::wstring& notes) const;
+
+    /// By the beginnings of words, the best first. Any thread; of other threads than the main one, `watch`
+    /// cancels.
+    [[nodiscard]] std::vector<Item> search(const std::wstring& text, const Network::Watch& watch = {}) const;
+
+    [[nodiscard]] std::vector<Comment> getComments(const Item& item) const;
+    Comment addComment(const Item& item, const std::wstring& text) const;
+
+    /// The newest bookmark first. Any thread, and it doesn't throw: a failure is told by fireErrorMessage,
+    /// and the list is empty.
+    [[nodiscard]] std::vector<boost::shared_ptr<ItemhubFavoriteItem>> getFavorites() const;
+    /// ItemhubEventSite hears favoritesChanged.
+    void setFavorite(int itemId, bool isFavorite) const;
+    /// @}
+
+    /// @name Documents
+    /// @{
+
+    /// Brings the newest version of an attachment to this machine, and gives the path of the file. An address
+    /// is taken with or without ".xml" at its end. What is here already, by its hash, isn't fetched again; a
+    /// file with changes that aren't at the service yet is given as it is. Empty if there is no version yet,
+    /// if nobody is signed in, or if the user cancelled.
+    [[nodiscard]] std::wstring downloadAttachment(const std::wstring& uri) const;
+
+    /// What a document's file is at the service.
+    struct DocumentItem
+    {
+        std::int64_t workspaceId = 0;
+        std::int64_t itemId = 0;
+        std::int64_t attachmentId = 0; ///< 0 until the first version has arrived.
+        std::int64_t version = 0;      ///< The one that the file goes back to; 0 for none.
+        std::string account;           ///< Whose; another account's files upload when it signs in.
+    };
+    /// Whether saving the document makes a version of an item. Also while nobody is signed in.
+    [[nodiscard]] bool isItemhubDocument(Document* document) const;
+    [[nodiscard]] std::optional<DocumentItem> itemOf(const Path& file) const;
+    /// Labels the version that the next save of that file makes. Without it, versions have none.
+    void setCheckinDescription(const Path& file, const std::wstring& label) const;
+    /// Where an item's file lies that was downloaded or made: nothing else belongs into that folder.
+    [[nodiscard]] static Path folder();
+    /// @}
+
+    /// @name Uploads
+    /// Every save of an item's document becomes an entry of a queue on the disk before the save returns, and
+    /// is uploaded in the background, one after the other. What can't be reached is tried again, after pauses
+    /// that grow; so is what a kill interrupted. Nothing is ever sent twice.
+    /// @{
+
+    /// All that isn't at the service yet, the oldest first.
+    [[nodiscard]] std::vector<UploadQueuedFileInfo> pendingUploads() const;
+    /// Of a document's newest save; nothing if all of it is at the service.
+    [[nodiscard]] std::optional<UploadQueuedFileInfo> pendingUpload(const Path& document) const;
+    /// Those that failed, and wait for somebody's decision.
+    void getAllRecoverFiles(std::vector<UploadQueuedFileInfo>& files) const;
+    /// Uploads a failed one again, with those of the same document behind it; false if it isn't there any
+    /// more.
+    bool recoverQueuedBackgroundUpload(const Path& uploadQueuedFile);
+    /// Takes a file off the list of failed ones. With `withContent` the upload is given up and the queue's
+    /// copy removed, unless it is being uploaded again; the document's own file stays in any case.
+    /// ItemhubEventSite hears onRecoveryFileDeleted.
+    void deleteARecoveryFile(const std::wstring& uploadQueuedFile, bool withContent);
+    /// Ends a pause now.
+    void uploadNow() const;
+    /// Waits until nothing is uploading or waiting that could be uploaded, or the time has passed; true if
+    /// all has arrived. Shows progress, and Esc ends the wait.
+    bool waitForUploads(std::chrono::milliseconds time) const;
+
+    /// Attaches a copy of a file to the item of a document, as "name (recovery).vlra"; the address is what
+    /// downloadAttachment takes. Empty if the document isn't an item's or nobody is signed in.
+    [[nodiscard]] std::wstring attachSnapshot(const Path& document, const Path& snapshot) const;
+    /// @}
+
+    /// @name What is told
+    /// @{
+
+    /// Tells the user of a failure: ItemhubEventSite hears onErrorMessage. Any thread; of others than the
+    /// main one, it is told there.
+    void fireErrorMessage(const std::wstring& message) const;
+    /// Puts a failure into the notification centre.
+    void notifyItemhubErrorMessage(const std::wstring& message) const;
+    /// The text for a person of an exception that is being handled: what() of one of this service, a general
+    /// one of others. Call it in a handler.
+    [[nodiscard]] static std::wstring currentFailure();
+    /// @}
+
+    /// @name For the program
+    /// @{
+
+    /// What threads found out waits here for the main thread, which runs it when it has time.
+    [[nodiscard]] static Tasks& results();
+    /// Who knows whether the edition of the program has no lifecycle service; null for nobody.
+    static void editionDisables(std::function<bool()> asked);
+    /// Who has a notification centre: takes title, text and notificationClientID(); null for nobody.
+    using Notifier = std::function<void(const std::wstring& title, const std::wstring& text,
+                                        const std::wstring& clientID)>;
+    static void notifier(Notifier notifier);
+    /// Ends all threads and the program's own service. What waits to be uploaded stays on the disk.
+    void stop();
+    /// @}
+
+private:
+    ItemhubUtilities();
+    ~ItemhubUtilities();
+    ItemhubUtilities(const ItemhubUtilities&) = delete;
+    ItemhubUtilities& operator=(const ItemhubUtilities&) = delete;
+    struct Data;
+    std::unique_ptr<Data> m_data;
+};
+
+} // namespace Vs

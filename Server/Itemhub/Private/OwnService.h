@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Server/Itemhub/ItemStore.h"
+#include "Server/Itemhub/ItemhubSignIn.h"
+
+namespace Vs::Itemhub {
+
+/// The service that the program runs for its one user: a process of its own that listens on this machine
+/// alone, keeps its data in the profile, and ends with the program, however that ends, by the pipe between
+/// them. Main thread, but for start().
+class OwnService
+{
+public:
+    static OwnService& get();
+
+    /// Starts it unless it runs, and gives the way to sign in to it, which is another one in each run. Throws
+    /// ItemhubException if it doesn't start.
+    [[nodiscard]] Access start(const Watch& watch);
+    /// False if it was never started, or has ended since.
+    [[nodiscard]] bool isAlive();
+    /// Tells it to end and waits for that.
+    void stop();
+
+private:
+    OwnService() = default;
+    ~OwnService();
+    Access spawn(const Watch& watch);
+
+    int m_pipe = -1, m_process = -1;
+    Access m_access;
+};
+
+} // namespace Vs::Itemhub

@@ -1,0 +1,56 @@
+#include "Server/Itemhub/Private/Places.h"
+
+#include "Server/Base/PathInfo.h"
+
+#include <QCryptographicHash>
+#include <QUrl>
+
+#include <algorithm>
+#include <cctype>
+
+namespace Vs::Itemhub {
+namespace {
+
+std::string plain(std::string text)
+{
+    std::replace_if(
+        text.begin(), text.end(),
+        [](unsigned char letter) { return !std::isalnum(letter) && letter != '.' && letter != '_'; }, '-');
+    constexpr size_t kLongest = 60;
+    text.resize(std::min(text.size(), kLongest));
+    // No hidden folder, and none that leads upwards.
+    if (text.starts_with('.'))
+        text.front() = '-';
+    return text;
+}
+
+} // namespace
+
+Places::Path Places::root()
+{
+    // Beside the cloud drive's files, not among them: those are saved by commands of their own.
+    return PathInfo::cloudCacheDirectory().parent_path() / "itemhub";
+}
+
+Places::Path Places::ownService()
+{
+    return root() / "service";
+}
+
+Places::Path Places::account(const std::string& name)
+{
+    return root() / "accounts" / name;
+}
+
+std::string Places::nameOf(const std::string& address, const std::string& customer,
+                           const std::string& account)
+{
+    const QByteArray digest = QCryptographicHash::hash(
+        QByteArray::fromStdString(address + '\n' + customer + '\n' + account), QCryptographicHash::Sha256);
+    constexpr int kDigits = 8;
+    const std::string host = QUrl(QString::fromStdString(address)).host().toStdString();
+    return plain(host.empty() ? address : host) + '-' + plain(account) + '-' +
+           digest.toHex().left(kDigits).toStdString();
+}
+
+} // namespace Vs::Itemhub

@@ -1,0 +1,258 @@
+#include "Server/Itemhub/Private/SignIn.h"
+
+#include "Server/Base/QtApplication.h"
+#include "Server/Base/Require.h"
+#include "Server/Base/SiblingLibrary.h"
+#include "Server/Base/Strings.h"
+#include "Server/Itemhub/ItemhubEvents.h"
+#include "Server/Itemhub/ItemhubOptionGroup.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
+#include "Server/Itemhub/Private/Ask.h"
+#include "Server/Itemhub/Private/OwnService.h"
+#include "Server/Itemhub/Private/Places.h"
+#include "Server/Itemhub/Private/Session.h"
+#include "Server/Itemhub/Private/Texts.h"
+#include "Server/Itemhub/Private/Transport.h"
+
+#include <QUrl>
+#include <QUrlQuery>
+#include <QUuid>
+
+#include <optional>
+
+namespace Vs::Itemhub {
+namespace {
+
+using Kind = Web::ItemhubException::Kind;
+
+constexpr const char* kOwnAccount = "own"; ///< The folder of the own service's account.
+
+std::wstring title()
+{
+    return localized("ItemhubSigningIn", "Signing in to the lifecycle service");
+}
+
+[[noreturn]] void refuse(Kind kind, const std::wstring& text)
+{
+    throw Web::ItemhubException(kind, Strings::narrow(text));
+}
+
+void refuseIfDisabled()
+{
+    if (ItemhubUtilities::get()->ItemhubDisabled())
+        refuse(Kind::Disabled, localized("ItemhubDisabled", "The lifecycle service is switched off."));
+}
+
+ItemTransport& transport()
+try {
+    QtApplication::need();
+    using Entry = ItemTransport* (*)();
+    static ItemTransport* const found =
+        SiblingLibrary("libVsItemhubClient10.so").function<Entry>("quilletItemTransport")();
+    return *found;
+} catch (const std::runtime_error& error) {
+    throw Web::ItemhubException(Kind::Local, error.what());
+}
+
+void tellSession()
+{
+    ItemhubEvent event;
+    ItemhubEventSource::get()->fireSessionChanged(&event);
+}
+
+void begin(std::shared_ptr<ItemStore> store, Session::Facts facts)
+{
+    Session::get().begin(std::move(store), std::move(facts));
+    ItemhubEvent event;
+    ItemhubEventSource::get()->fireUserAuthenticated(&event);
+    tellSession();
+}
+
+void rememberSession(const Session::Facts& facts)
+{
+    ItemhubOptionGroup* options = ItemhubOptionGroup::get();
+    options->service(Strings::widen(facts.address));
+    options->customer(Strings::widen(facts.account.customer));
+    options->account(Strings::widen(facts.account.name));
+    options->kept(facts.isKept);
+    options->ownService(facts.isOwn);
+}
+
+/// By which the keyring has the credentials.
+std::string keyOf(const std::string& address, const std::string& customer)
+{
+    return "itemhub " + address + (customer.empty() ? "" : "?customer=" + customer);
+}
+
+bool isOfThisMachine(const QUrl& url)
+{
+    return url.host() == "localhost" || url.host() == "127.0.0.1" || url.host() == "::1";
+}
+
+Access whereIs(const std::string& address, const std::string& customer)
+{
+    Access access = SignIn::accessTo(address);
+    if (!customer.empty())
+        access.customer = customer;
+    return access;
+}
+
+std::optional<Access> ofKeyring()
+{
+    const ItemhubOptionGroup* options = ItemhubOptionGroup::get();
+    const std::string key = keyOf(Strings::narrow(options->service()), Strings::narrow(options->customer()));
+    std::optional<Access> found;
+    runBeside(title(), [&, &way = transport()](const Watch&) { found = way.kept(key); });
+    return found;
+}
+
+} // namespace
+
+Access SignIn::accessTo(const std::string& uri)
+{
+    QUrl url(QString::fromStdString(uri).trimmed());
+    if (!url.isValid() || url.host().isEmpty() || !url.userInfo().isEmpty() ||
+        (url.scheme() != "https" && url.scheme() != "http"))
+        refuse(Kind::BadRequest,
+               localizedFormat(
+                   "ItemhubBadAddress",
+                   "\"%1%\" is not the address of a service, such as \"https://items.example.org/\".",
+                   Strings::widen(uri)));
+    if (url.scheme() == "http" && !isOfThisMachine(url))
+        refuse(Kind::BadRequest,
+               localizedFormat("ItemhubUnprotected",
+                               "\"%1%\" is not protected: others could listen. Use an address with https.",
+                               Strings::widen(url.host().toStdString())));
+    Access access;
+    access.customer = QUrlQuery(url).queryItemValue("customer", QUrl::FullyDecoded).toStdString();
+    url.setQuery(QString());
+    url.setFragment(QString());
+    if (!url.path().endsWith('/'))
+        url.setPath(url.path() + '/');
+    access.address = url.toString(QUrl::FullyEncoded).toStdString();
+    return access;
+}
+
+bool SignIn::with(const Access& access, bool keep)
+try {
+    assertMainThread();
+    refuseIfDisabled();
+    ItemTransport& way = transport();
+    const std::shared_ptr<ItemStore> store = way.store(access);
+    Session::Facts facts;
+    facts.address = access.address;
+    runBeside(title(), [&](const Watch& watch) {
+        facts.account = store->account(watch);
+        if (keep)
+            way.keep(keyOf(access.address, access.customer), access);
+    });
+    if (facts.account.customer.empty())
+        facts.account.customer = access.customer;
+    facts.name = Places::nameOf(facts.address, facts.account.customer, facts.account.name);
+    facts.isKept = keep;
+    rememberSession(facts);
+    begin(store, facts);
+    return true;
+} catch (const ItemStore::Cancelled&) {
+    return false;
+}
+
+std::optional<Access> SignIn::byPassword(const std::string& address, const std::string& customer,
+                                         const std::string& account, const std::string& password)
+try {
+    refuseIfDisabled();
+    const Access where = whereIs(address, customer);
+    std::optional<Access> access;
+    runBeside(title(), [&, &way = transport()](const Watch& watch) {
+        access = way.signInByPassword(where, account, password, watch);
+    });
+    return access;
+} catch (const ItemStore::Cancelled&) {
+    return std::nullopt;
+}
+
+std::optional<Access> SignIn::byBrowser(const std::string& address, const std::string& customer,
+                                        const std::function<bool(const std::string&)>& open)
+try {
+    refuseIfDisabled();
+    const Access where = whereIs(address, customer);
+    std::optional<Access> access;
+    runBeside(
+        localized("ItemhubWaitingForBrowser", "Waiting for the sign-in in the browser"),
+        [&, &way = transport()](const Watch& watch) { access = way.signInByBrowser(where, open, watch); });
+    return access;
+} catch (const ItemStore::Cancelled&) {
+    return std::nullopt;
+}
+
+bool SignIn::toOwnService()
+try {
+    assertMainThread();
+    refuseIfDisabled();
+    ItemTransport& way = transport();
+    std::shared_ptr<ItemStore> store;
+    Session::Facts facts;
+    facts.name = kOwnAccount;
+    facts.isOwn = facts.isKept = true;
+    runBeside(localized("ItemhubStarting", "Starting the lifecycle service"), [&](const Watch& watch) {
+        store = way.store(OwnService::get().start(watch));
+        facts.account = store->account(watch);
+    });
+    rememberSession(facts);
+    begin(store, facts);
+    return true;
+} catch (const ItemStore::Cancelled&) {
+    return false;
+}
+
+bool SignIn::resume()
+{
+    assertMainThread();
+    if (ItemhubUtilities::get()->ItemhubDisabled())
+        return false;
+    if (const std::optional<Access> access = accessOfTokenFile())
+        return with(*access, false);
+    if (ItemhubOptionGroup::get()->ownService())
+        return toOwnService();
+    if (!ItemhubOptionGroup::get()->kept())
+        return false;
+    const std::optional<Access> kept = ofKeyring();
+    return kept && with(*kept, true);
+}
+
+void SignIn::to(std::shared_ptr<ItemStore> store, const std::string& name)
+{
+    assertMainThread();
+    refuseIfDisabled();
+    Session::Facts facts;
+    facts.name = Places::nameOf(name, {}, {});
+    runBeside(title(), [&](const Watch& watch) { facts.account = store->account(watch); });
+    begin(std::move(store), facts);
+}
+
+void SignIn::out()
+{
+    assertMainThread();
+    const Session::Facts facts = Session::get().facts();
+    const std::shared_ptr<ItemStore> store = Session::get().end();
+    if (!store)
+        return;
+    ItemhubOptionGroup::get()->kept(false);
+    ItemhubOptionGroup::get()->ownService(false);
+    tellSession();
+    runBeside(localized("ItemhubSigningOut", "Signing out of the lifecycle service"), [&](const Watch&) {
+        if (!facts.isOwn)
+            store->signOut();
+        if (facts.isKept && !facts.isOwn)
+            transport().forget(keyOf(facts.address, facts.account.customer));
+    });
+    if (facts.isOwn)
+        OwnService::get().stop();
+}
+
+std::string SignIn::newKey()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString();
+}
+
+} // namespace Vs::Itemhub

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Server/Base/FilledText.h"
+#include "Server/Base/StringTable.h"
+
+namespace Vs::Itemhub {
+
+/// The user's text for `key`, or `english` where there is none.
+inline std::wstring localized(const char* key, const char* english)
+{
+    return StringTable::getLocalizedString(L"VsItemhub", key, english);
+}
+
+/// The same with %1%, %2%... filled in. A translation that lacks a placeholder still gives a text.
+template <class... Values>
+std::wstring localizedFormat(const char* key, const char* english, const Values&... values)
+{
+    return filledText(localized(key, english), values...);
+}
+
+} // namespace Vs::Itemhub
