@@ -4,8 +4,10 @@
 #include "Server/Base/TranscriptFile.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptPython.h"
+#include "Server/Base/TranscriptSecrets.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Vs {
 
@@ -49,7 +51,7 @@ void TranscriptTrigger::writeTranscriptEntry()
     else
         entry = escapeParameters(inOneLine(onCreateTranscriptEntry()));
     if (!entry.empty())
-        transcripts->write(entry);
+        transcripts->write(TranscriptSecrets::hidden(std::move(entry)));
 }
 
 void writeTranscriptLine(const std::wstring& line)

@@ -4,6 +4,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TextCompletion.h"
+#include "Server/Base/TranscriptSecrets.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Terminal.h"
@@ -55,19 +56,20 @@ bool waitForInput()
 void runTerminal(LineRunner& runner, const std::string& historyFile)
 {
     size_t line = 0;
-    const Terminal terminal{historyFile, &waitForInput,
-                            [&](const std::string& text) {
-                                runner.runLine(Vs::Strings::fromBytes(text), where(++line));
-                                runner.flush();
-                            },
-                            [](const std::string& beginning) {
-                                const std::wstring wide = Vs::Strings::fromBytes(beginning);
-                                std::vector<std::string> candidates;
-                                for (const std::wstring& one :
-                                     Vs::TextCompletion::complete(wide, wide.size()))
-                                    candidates.push_back(Vs::Strings::toBytes(one));
-                                return candidates;
-                            }};
+    const Terminal terminal{
+        historyFile, &waitForInput,
+        [&](const std::string& text) {
+            runner.runLine(Vs::Strings::fromBytes(text), where(++line));
+            runner.flush();
+            return Vs::Strings::toBytes(Vs::TranscriptSecrets::hidden(Vs::Strings::fromBytes(text)));
+        },
+        [](const std::string& beginning) {
+            const std::wstring wide = Vs::Strings::fromBytes(beginning);
+            std::vector<std::string> candidates;
+            for (const std::wstring& one : Vs::TextCompletion::complete(wide, wide.size()))
+                candidates.push_back(Vs::Strings::toBytes(one));
+            return candidates;
+        }};
     const Vs::SiblingLibrary editor("libQuilletTerminal.so");
     editor.function<decltype(&quilletRunTerminal)>("quilletRunTerminal")(terminal);
 }

@@ -53,11 +53,11 @@ private:
         }
         const std::string line = text;
         std::free(text);
-        if (!line.empty())
-            add_history(line.c_str());
         // While the line runs, Ctrl-C is the program's own and not the editor's.
         rl_callback_handler_remove();
-        s_running->m_terminal.run(line);
+        const std::string kept = s_running->m_terminal.run(line);
+        if (!kept.empty())
+            add_history(kept.c_str());
         rl_callback_handler_install(kPrompt, &lineRead);
     }
 

@@ -13,7 +13,8 @@ struct Terminal
     std::string historyFile; ///< Empty keeps none.
     /// Waits for input; false ends the console.
     std::function<bool()> wait;
-    std::function<void(const std::string& line)> run;
+    /// Answers the line as the history may keep it: without the secrets that it signed in with.
+    std::function<std::string(const std::string& line)> run;
     /// What the last word of this beginning of a line may be.
     std::function<std::vector<std::string>(const std::string& beginning)> complete;
 };

@@ -1,5 +1,6 @@
 #include "Server/Base/Status.h"
 #include "Server/Base/TranscriptReplay.h"
+#include "Server/Base/TranscriptSecrets.h"
 #include "Server/Base/TranscriptTrigger.h"
 #include "Tests/Server/Base/ProbeCommand.h"
 
@@ -97,6 +98,20 @@ TEST_F(RecordingTest, WritesEachLineAtOnceInTheFormThatTheFileNameAsksFor)
     const TranscriptMgr::Unrecorded unrecorded;
     Vs::writeTranscriptLine(L"Probe.Call 2");
     EXPECT_EQ(contentOf("now.txt"), "Probe.Call 1\n");
+}
+
+TEST_F(RecordingTest, ASecretIsWrittenAsAParameterAndPlayedWithTheOneThatIsGiven)
+{
+    Vs::TranscriptSecrets::keep(L"TOKEN", L"s3cret");
+    Vs::TranscriptSecrets::keep(L"OTHER", L"a \"${b} c");
+    Vs::TranscriptSecrets::keep(L"NONE", L"");
+    EXPECT_EQ(recorded("secret.txt",
+                       {L"Probe.Call s3cret Key=s3cret", L"Probe.Call \"Key=a \\\"${b} c\" s3crets /s3cret"}),
+              "Probe.Call ${TOKEN} Key=${TOKEN}\nProbe.Call \"Key=${OTHER}\" s3crets /s3cret\n");
+    EXPECT_EQ(recorded("secret.py", {L"Probe.Call s3cret"}),
+              "# Transcript\nimport quillet\nimport Probe\nProbe.Call(\"${TOKEN}\")\n");
+    EXPECT_TRUE(replay(file("secret.txt"), {.parameters = {{"TOKEN", "another one"}, {"OTHER", "b"}}}).ok());
+    EXPECT_EQ(output.text, L"[another one][Key=another one]\n[Key=b][s3crets]/s3cret\n");
 }
 
 TEST_F(RecordingTest, AFilesNameThatIsNoUtf8IsWrittenSoThatItIsFoundAgain)

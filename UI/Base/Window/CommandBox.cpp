@@ -2,6 +2,7 @@
 
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/TextCompletion.h"
+#include "Server/Base/TranscriptSecrets.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"
@@ -338,10 +339,11 @@ void CommandBox::run()
     const QString line = m_edit->text().trimmed();
     if (line.isEmpty() || ProgressBar::get()->busy())
         return;
-    remember(line);
     m_printed = false;
     const Vs::TextCommandResult result =
         Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line.toStdWString(), true);
+    // Now that it is known what of it was a secret.
+    remember(QString::fromStdWString(Vs::TranscriptSecrets::hidden(line.toStdWString())));
     const bool failed = result.first != 0;
     if (!failed)
         m_edit->clear();

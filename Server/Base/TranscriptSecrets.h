@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Texts that nothing may keep that is written: passwords and tokens that stand in lines, because scripts
+/// sign in as well. Known until the program ends. Main thread only.
+namespace Vs::TranscriptSecrets {
+
+/// From now on `${name}` stands for the text wherever it is a whole word, or a whole value behind `=`. So
+/// what was recorded can be played with the secret given from outside. An empty text is none.
+void keep(std::wstring_view name, std::wstring_view text);
+
+/// The line as it may be kept. `line` is one whose own `${` are escaped (escapeParameters), or one that
+/// nobody fills in.
+[[nodiscard]] std::wstring hidden(std::wstring line);
+
+} // namespace Vs::TranscriptSecrets
