@@ -102,6 +102,12 @@ public:
     bool executeImmediately() const { return m_executeImmediately; }
     void executeImmediately(bool value) { m_executeImmediately = value; }
 
+    /// Whether a deferred run is part of the command that asks for it: a recording takes down that one alone,
+    /// whose replay asks for the same again. Default false: each is recorded by itself, and one that hands
+    /// its work on isn't.
+    bool partOfCaller() const { return m_partOfCaller; }
+    void partOfCaller(bool value) { m_partOfCaller = value; }
+
     EAlternateSelectionSetBehavior alternateSelectionSetBehavior() const { return m_alternateSelection; }
     void alternateSelectionSetBehavior(EAlternateSelectionSetBehavior value) { m_alternateSelection = value; }
 
@@ -118,6 +124,7 @@ private:
     ECommandAccessPoint m_accessPoint = ECommandAccessPoint::Unknown;
     EAlternateSelectionSetBehavior m_alternateSelection = EAlternateSelectionSetBehavior::UseSelection;
     bool m_executeImmediately = true;
+    bool m_partOfCaller = false;
 };
 
 } // namespace Vu

@@ -69,7 +69,8 @@ bool DeferredRuns::add(CommandMgr* manager, CommandDefinition* definition, const
     Vs::Tasks* tasks = CommandHost::get()->deferredTasks();
     if (!tasks)
         return false;
-    ++s_added;
+    if (!context.partOfCaller())
+        ++s_added;
     tasks->add(std::make_unique<RunTask>(manager, definition, context));
     return true;
 }

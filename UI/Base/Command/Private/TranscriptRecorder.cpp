@@ -83,7 +83,7 @@ bool hasObjects(const CommandContext& context)
 
 bool TranscriptRecorder::isPart(const CommandRun& run) const
 {
-    return isInside(run) || (m_ownLine && !ForwardedRun::any());
+    return isInside(run) || run.context->partOfCaller() || (m_ownLine && !ForwardedRun::any());
 }
 
 // What runs later by itself will be recorded by itself.
