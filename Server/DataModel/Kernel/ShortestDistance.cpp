@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Kernel/KernelDistance.h"
 #include "Server/DataModel/Kernel/PieceTree.h"
+#include "Server/DataModel/Kernel/Reach.h"
 #include "Server/DataModel/Kernel/WideFace.h"
 
 #include <BRepBndLib.hxx>
@@ -144,9 +145,7 @@ private:
         const TopoDS_Shape first = shapeOf(firstPiece), second = shapeOf(secondPiece);
         if (first.IsNull() || second.IsNull())
             return;
-        // Nothing nearer than what is there: as with all leads in their holes.
-        constexpr double kSame = 1e-9;
-        if (m_best && leastBySurfaces(first, second) >= m_best->value - kSame)
+        if (m_best && isNoNearer(first, second))
             return;
         const WideFace *one = wide(firstPiece), *other = wide(secondPiece);
         const auto takeAsIs = [this](const ShortestDistance& found) { take(found); };
@@ -165,6 +164,20 @@ private:
         if (!isKnown)
             if (const auto found = kernelDistance(first, second))
                 take(*found);
+    }
+
+    /// Than what is there: as with all leads in their holes, or the rows of leads of two parts that face each
+    /// other, where all pairs are as near as the first.
+    bool isNoNearer(const TopoDS_Shape& first, const TopoDS_Shape& second) const
+    {
+        constexpr double kSame = 1e-9, kSameShare = 1e-6;
+        const double enough = m_best->value - std::min(kSameShare * m_best->value, Precision::Confusion());
+        if (leastBySurfaces(first, second) >= m_best->value - kSame)
+            return true;
+        if (!(m_best->value > gp::Resolution()))
+            return false;
+        const gp_Dir way(gp_Vec(m_best->first, m_best->second));
+        return -reachAlong(second, way.Reversed()) - reachAlong(first, way) >= enough;
     }
 
     /// Two pieces, and how near they are at least.

@@ -8,6 +8,7 @@
 #include <BRepBuilderAPI_MakeWire.hxx>
 #include <BRepBuilderAPI_NurbsConvert.hxx>
 #include <BRepExtrema_DistShapeShape.hxx>
+#include <BRepFilletAPI_MakeFillet.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
@@ -54,6 +55,15 @@ TopoDS_Shape together(std::initializer_list<TopoDS_Shape> shapes)
     for (const TopoDS_Shape& shape : shapes)
         builder.Add(compound, shape);
     return compound;
+}
+
+gp_Trsf motionOf(const GkMatrix3d& place)
+{
+    gp_Trsf motion;
+    const auto& e = place.entry;
+    motion.SetValues(e[0][0], e[0][1], e[0][2], e[0][3], e[1][0], e[1][1], e[1][2], e[1][3], e[2][0], e[2][1],
+                     e[2][2], e[2][3]);
+    return motion;
 }
 
 TopoDS_Shape straightSpline(const gp_Dir& direction)
@@ -189,6 +199,23 @@ void writeDegenerate(const std::string& path)
     write(together({BRepBuilderAPI_MakeFace(gp_Pln(gp::XOY()), 0, 10, 0, 10).Face(), edge}), path);
 }
 
+double writeRoundedPair(const std::string& path, const GkMatrix3d& place, bool asSplines)
+{
+    TopoDS_Shape plate = BRepPrimAPI_MakeBox(20, 12, 4).Shape();
+    for (const double x : {5, 14})
+        plate = BRepAlgoAPI_Cut(plate, BRepPrimAPI_MakeCylinder(gp_Ax2({x, 6, -1}, gp::DZ()), 2, 6).Shape());
+    const TopoDS_Shape drilled = TopExp_Explorer(plate, TopAbs_SOLID).Current();
+    BRepFilletAPI_MakeFillet rounding(drilled);
+    for (TopExp_Explorer edge(drilled, TopAbs_EDGE); edge.More(); edge.Next())
+        rounding.Add(0.8, TopoDS::Edge(edge.Current()));
+    TopoDS_Shape rounded = TopExp_Explorer(rounding.Shape(), TopAbs_SOLID).Current();
+    if (asSplines)
+        rounded = BRepBuilderAPI_NurbsConvert(rounded, true).Shape();
+    const TopoDS_Shape moved = rounded.Moved(motionOf(place));
+    write(together({rounded, moved}), path);
+    return BRepExtrema_DistShapeShape(rounded, moved).Value();
+}
+
 std::vector<double> distancesFromPlate(const std::vector<Hole>& holes, const std::vector<Placed>& others)
 {
     TopTools_ListOfShape plate, drills;
@@ -210,11 +237,7 @@ std::vector<double> distancesFromPlate(const std::vector<Hole>& holes, const std
                                    : kind == Placed::Kind::Box
                                        ? BRepPrimAPI_MakeBox(sizes[0], sizes[1], sizes[2]).Shape()
                                        : BRepPrimAPI_MakeCylinder(sizes[0], sizes[1]).Shape();
-        gp_Trsf motion;
-        const auto& e = place.entry;
-        motion.SetValues(e[0][0], e[0][1], e[0][2], e[0][3], e[1][0], e[1][1], e[1][2], e[1][3], e[2][0],
-                         e[2][1], e[2][2], e[2][3]);
-        const double distance = BRepExtrema_DistShapeShape(drilled, shape.Moved(motion)).Value();
+        const double distance = BRepExtrema_DistShapeShape(drilled, shape.Moved(motionOf(place))).Value();
         distances.push_back(isSphere ? std::max(distance - sizes[0], 0.0) : distance);
     }
     return distances;

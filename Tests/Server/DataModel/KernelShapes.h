@@ -36,6 +36,11 @@ void writeMixed(const std::string& path);
 /// A square of 10 mm beside an edge of 1e-8 mm.
 void writeDegenerate(const std::string& path);
 
+/// Two plates of 20 by 12 by 4 mm with rounded edges and two round holes, as one part of two solids:
+/// one at the origin, the other at `place`, as splines if so wished. Their shortest distance, by the
+/// kernel's search over all of both.
+double writeRoundedPair(const std::string& path, const GkMatrix3d& place, bool asSplines);
+
 /// A round hole through a plate of 100 by 100 by 4 mm, that has a corner at the origin.
 struct Hole
 {

@@ -4,10 +4,12 @@
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/Server/DataModel/KernelShapes.h"
 #include "Tests/Server/DataModel/Measure/Measures.h"
+#include "Tests/Support/Seed.h"
 
 #include <cmath>
 #include <map>
 #include <numbers>
+#include <random>
 #include <set>
 
 using namespace Vs;
@@ -152,6 +154,34 @@ TEST_F(MeasureShapesTest, SplinesThatStandForRoundSurfacesAreMeasuredAsExactly)
     for (int i = 1; i <= 4; ++i)
         radii.insert(std::lround(value({part + L"/Edge" + std::to_wstring(i)}, Type::Radius) * 1e6));
     EXPECT_EQ(radii, (std::multiset<long>{2000000, 4000000, 4000000, 6000000}));
+}
+
+TEST_F(MeasureShapesTest, RoundedBodiesAreAsFarApartAsTheKernelsSearchOverAllPartsFinds)
+{
+    std::mt19937 random(TestSupport::seed());
+    const auto between = [&](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    for (int i = 0; i < 8; ++i) {
+        SCOPED_TRACE(testing::Message() << "seed " << TestSupport::seed() << ", pair " << i);
+        // In a row, where many places are as near as each other, then turned anyhow.
+        const GkMatrix3d place =
+            i < 4 ? GkMatrix3d::translation({i % 2 ? 25.0 : 0.0, i % 2 ? 0.0 : 15.0, i < 2 ? 0 : 7.0})
+                  : GkMatrix3d::translation({between(-30, 30), between(-30, 30), between(5, 30)}) *
+                        GkMatrix3d::rotation(
+                            between(-pi, pi),
+                            GkVector3d(between(-1, 1), between(-1, 1), between(-1, 1)).normal());
+        const std::wstring file = scratch("pair" + std::to_string(i) + ".brep");
+        const double expected = KernelShapes::writeRoundedPair(Strings::narrow(file), place, i % 3 == 0);
+        const Document* document = open(file);
+        ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
+        asset = document->activeAsset();
+        const std::wstring part = pathText(ObjectPath{asset->components()->children[0]->id}, *asset);
+        MeasureResult result;
+        ASSERT_TRUE(measure({part + L"/Solid1", part + L"/Solid2"}, Type::Distance, result)) << why;
+        EXPECT_NEAR(result.value, expected, 1e-7);
+        EXPECT_NEAR(result.point1.distanceTo(result.point2), result.value, 1e-6);
+    }
 }
 
 TEST_F(MeasureShapesTest, ExtrudedEllipsesAreMeasuredExactlyInBothForms)
