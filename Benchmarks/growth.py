@@ -5,9 +5,10 @@ For each line the times with the fewest and with the most, and the exponent betw
 as much takes twice as long, 0 where it makes no difference. A whole operation above 1.1, and a single step above 0.1, is
 marked; times below the noise of the machine are not.
 
-    Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--window] [--kernel] [--build DIR] [WHAT...]
+    Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--cpu] [--window] [--kernel] [--build DIR] [WHAT...]
 
-WHAT is of parts, names, documents, assets, files (see Growth/lines.py). With --window, all runs in a window on a screen of
+WHAT is of parts, names, documents, assets, files (see Growth/lines.py); each has its table as soon as it is done. With --cpu,
+times are processor time, that of the workers too, which tells more on a machine that others use. With --window, all runs in a window on a screen of
 its own (Xvfb), where the browser follows each line. With --kernel, the STEP file of the parts is also read
 and written by programs that do nothing but call the kernel, which take four times as long for twice as much.
 """
@@ -21,6 +22,7 @@ import pathlib
 import subprocess
 import sys
 import tempfile
+import time
 
 import window
 
@@ -39,18 +41,19 @@ def by_kernel(quillet, file):
     return read / 1000, milliseconds("write_ms", "kernel_floor_step", stored, file.with_suffix(".kernel.stp")) / 1000
 
 
-def run(quillet, what, count, kernel, display):
+def run(quillet, what, count, arguments, display):
     """The seconds of each line, by its kind and name."""
     with tempfile.TemporaryDirectory() as folder:
         profile = pathlib.Path(folder) / "profile"
         result = subprocess.run([quillet, *([] if display else ["--headless"]), "--profile-dir", profile, "--script",
-                                 HERE / "Growth/lines.py", "--", what, str(count), folder], capture_output=True, text=True,
+                                 HERE / "Growth/lines.py", "--", what, str(count), folder,
+                                 *(["cpu"] if arguments.cpu else [])], capture_output=True, text=True,
                                 cwd=folder, env=dict(os.environ, **({"DISPLAY": display} if display else {})))
         answers = [line for line in result.stdout.splitlines() if line.startswith("GROWTH ")]
         if result.returncode != 0 or not answers:
             sys.exit(f"{what} {count} failed ({result.returncode}):\n{result.stdout[-2000:]}{result.stderr[-2000:]}")
         took = {(kind, name): seconds for kind, name, seconds in json.loads(answers[-1].removeprefix("GROWTH "))}
-        if kernel and what == "parts":
+        if arguments.kernel and what == "parts":
             (took["whole", "the bare kernel's open .stp"],
              took["whole", "the bare kernel's save .stp"]) = by_kernel(quillet, pathlib.Path(folder) / "parts.stp")
     return took
@@ -59,8 +62,10 @@ def run(quillet, what, count, kernel, display):
 def smallest(quillet, what, count, arguments, display):
     best = {}
     for _ in range(arguments.rounds):
-        for key, seconds in run(quillet, what, count, arguments.kernel, display).items():
+        start = time.monotonic()
+        for key, seconds in run(quillet, what, count, arguments, display).items():
             best[key] = min(seconds, best.get(key, math.inf))
+        print(f"{what} {count}: {time.monotonic() - start:.0f} s", file=sys.stderr)
     return best
 
 
@@ -70,7 +75,7 @@ def show(what, counts, times):
         first, before, last = (each[kind, name] for each in (times[0], times[-2], times[-1]))
         exponent = math.log2(last / before)
         high = last > NOISE and exponent > (WHOLE_LIMIT if kind == "whole" else STEP_LIMIT)
-        print(f"{kind:6}{name:40} {1000 * first:12.3f} {1000 * last:12.3f} {exponent:9.2f}{'  <' if high else ''}")
+        print(f"{kind:6}{name:40} {1000 * first:12.3f} {1000 * last:12.3f} {exponent:9.2f}{'  <' if high else ''}", flush=True)
 
 
 def main():
@@ -79,6 +84,7 @@ def main():
     parser.add_argument("--doublings", type=int, default=3)
     parser.add_argument("--rounds", type=int, default=3)
     parser.add_argument("--build", default=str(HERE.parent / "build/release"))
+    parser.add_argument("--cpu", action="store_true")
     parser.add_argument("--window", action="store_true")
     parser.add_argument("--kernel", action="store_true")
     parser.add_argument("what", nargs="*", default=["parts", "names", "documents", "assets", "files"])
