@@ -97,7 +97,7 @@ TEST_F(CloudSessionTest, ACommentIsKeptWhereTheServerCan)
         return Vs::SkyvaultCollaboration::createComment(MeshportAuth::globalInstance(), document, request,
                                                         kept, error);
     };
-    if (post(Vs::DocumentMgr::get()->document(cached("/wheel.vlra")))) {
+    if (post(Vs::DocumentMgr::get()->document(cached("/wheel.vlra").wstring()))) {
         EXPECT_EQ(kept.body(), request.body());
         EXPECT_FALSE(kept.author().empty());
         EXPECT_TRUE(error.empty());
