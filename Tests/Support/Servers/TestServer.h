@@ -70,7 +70,8 @@ public:
         std::string headers;
         std::string body;
     };
-    /// Asks it by curl, which shares nothing with a client under test. The path follows the address as it is.
+    /// Asks it by the program curl, a process that shares nothing with a client under test. The path follows
+    /// the address as it is.
     Answer request(const std::string& method, const std::string& path, const std::string& body = {},
                    const std::vector<std::string>& headers = {}) const;
     /// The same of a proxy before it, by its address with the path; for at most so many seconds.

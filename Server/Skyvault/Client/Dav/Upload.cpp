@@ -17,6 +17,9 @@ namespace {
 
 // Until a weak ETag has become a strong one: it is weak while its file is younger than a second.
 constexpr std::chrono::milliseconds kFirstSecond{1200};
+// Until a MOVE without an answer has been done, if it is done at all.
+constexpr int kLooks = 5;
+constexpr std::chrono::milliseconds kBetweenLooks{200};
 
 /// What a gateway says is no word of the server behind it.
 bool isLost(const Answer& answer)
@@ -239,7 +242,9 @@ DriveResult Upload::putAndMove()
             failed(CloudErrorState::NotKept, m_action,
                    "of " + std::to_string(m_size) + " bytes the server kept " + std::to_string(sent.size)));
     DriveResult moved = moveFrom(m_session.address.of(hidden));
-    return moved.isOk() ? moved : withoutHidden(moved);
+    // What may still be on its way to its place stays: the next save uses the same name.
+    const bool isUnderWay = moved.state == CloudErrorState::Unreachable;
+    return moved.isOk() || isUnderWay ? moved : withoutHidden(moved);
 }
 
 DriveResult Upload::putInChunks()
@@ -269,23 +274,26 @@ DriveResult Upload::moveFrom(const QUrl& place)
         headers.push_back({"OC-Total-Length", QByteArray::number(m_size)});
     if (m_session.traits.checksums)
         headers.push_back({"OC-Checksum", "SHA1:" + m_sum});
-    for (bool isFirst = true;; isFirst = false) {
-        const Answer moved = m_session.http.ask({.method = "MOVE", .url = place, .headers = headers});
-        if (moved.isOk()) {
-            wasWritten();
-            return {};
-        }
-        bool isUntouched = false;
-        if (!isFirst && settle(moved, isUntouched).isOk())
-            return {};
-        if (moved.status == 412)
-            return changed("another file came to be there meanwhile");
-        if (!isLost(moved))
-            return resultOf(moved, m_action);
-        DriveResult settled = settle(moved, isUntouched);
-        if (settled.isOk() || !isUntouched || !moved.wasReset || !isFirst)
-            return settled;
+    const Answer moved = m_session.http.ask({.method = "MOVE", .url = place, .headers = headers});
+    if (moved.isOk()) {
+        wasWritten();
+        return {};
     }
+    if (moved.status == 412)
+        return changed("another file came to be there meanwhile");
+    return isLost(moved) ? settleMove(moved) : resultOf(moved, m_action);
+}
+
+DriveResult Upload::settleMove(const Answer& moved)
+{
+    // It isn't sent again: it may be under way, and one that is done twice has cost both files.
+    bool unused = false;
+    DriveResult settled = settle(moved, unused);
+    for (int i = 0; i < kLooks && !settled.isOk(); ++i) {
+        std::this_thread::sleep_for(kBetweenLooks);
+        settled = settle(moved, unused);
+    }
+    return settled;
 }
 
 DriveResult Upload::settle(const Answer& answer, bool& isUntouched)

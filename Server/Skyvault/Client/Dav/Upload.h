@@ -39,6 +39,8 @@ private:
     /// What became of a request whose answer was lost: success if it was done; `isUntouched` if not, and it
     /// may be sent again.
     DriveResult settle(const Answer& answer, bool& isUntouched);
+    /// The same of a MOVE, which may take its time.
+    DriveResult settleMove(const Answer& moved);
     bool isOurs(const DriveEntry& found);
 
     DriveResult readBack();

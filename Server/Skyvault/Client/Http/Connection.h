@@ -1,19 +1,33 @@
 #pragma once
 
-#include "Server/Skyvault/Client/Http/Exchange.h"
+#include "Server/Skyvault/Client/Http/Certificate.h"
+#include "Server/Skyvault/Client/Http/Request.h"
 
-#include <QThread>
-
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace Vs::Cloud {
 
-/// The thread on which a drive's requests run, with the sockets that stay open between them. Whoever asks
-/// waits beside it, so that he needs no event loop and none of his events is handled meanwhile.
+class Exchange;
+
+/// Says who asks by Digest, which needs the server's challenge first; empty otherwise.
+struct DigestLogin
+{
+    QByteArray user, password;
+};
+
+/// The connections to a server, which stay open between requests. One thread at a time; all work is done on
+/// the thread that waits, so that none of its events is handled meanwhile.
 class Connection
 {
 public:
+    /// Some ten times a second, with the bytes done and in all (0 if unknown); false cancels. It may ask
+    /// something else meanwhile.
+    using Tick = std::function<bool(std::uint64_t done, std::uint64_t total)>;
+
     Connection();
     ~Connection();
     Connection(const Connection&) = delete;
@@ -22,13 +36,16 @@ public:
     /// Of time without a byte.
     void patience(std::chrono::milliseconds time) { m_patience = time; }
 
-    /// Waits for the answer. `tick` is called some ten times a second on this thread; false cancels.
-    Answer run(const Request& request, const DigestLogin& login,
-               const std::function<bool(std::uint64_t done, std::uint64_t total)>& tick);
+    [[nodiscard]] Answer run(const Request& request, const DigestLogin& login, const Tick& tick);
 
 private:
-    QThread m_thread;
-    QNetworkAccessManager* m_manager = nullptr;
+    class Handle;
+    /// Lets all requests that are under way go on, and waits until there is something to do.
+    void work(const Exchange& exchange);
+
+    Certificate m_certificate; ///< Outlives the connections, which write to it.
+    std::unique_ptr<void, void (*)(void*)> m_all;
+    std::vector<std::unique_ptr<void, void (*)(void*)>> m_free; ///< With what they know of logging in.
     std::chrono::milliseconds m_patience{60000};
 };
 

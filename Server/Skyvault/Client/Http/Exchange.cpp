@@ -1,266 +1,262 @@
 #include "Server/Skyvault/Client/Http/Exchange.h"
 
-#include "Server/Skyvault/Client/Http/Address.h"
-
-#include <QCryptographicHash>
-#include <QSslCertificate>
-#include <QSslError>
+#include <algorithm>
 
 namespace Vs::Cloud {
 
 namespace {
 
-// What is read ahead of a disk that is slower than the network.
-constexpr qint64 kReadAhead = qint64(4) << 20;
 // What a sink is given at once.
-constexpr qint64 kPiece = qint64(1) << 20;
+constexpr qsizetype kPiece = 512 * 1024;
 
 // Until what was sent has left this machine.
 constexpr std::chrono::milliseconds kUntilCut{100};
 
-std::string fingerprint(const QSslCertificate& certificate)
+Exchange& exchangeOf(void* given)
 {
-    return certificate.digest(QCryptographicHash::Sha256).toHex(':').toUpper().toStdString();
-}
-
-QNetworkRequest networkRequest(const Request& request)
-{
-    QNetworkRequest made(request.url);
-    made.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    made.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    made.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    made.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    made.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    made.setRawHeader("User-Agent", "Quillet");
-    // A packed answer has another ETag on some servers, and an unknown length.
-    made.setRawHeader("Accept-Encoding", "identity");
-    for (const Header& header : request.headers)
-        made.setRawHeader(header.first, header.second);
-    return made;
+    return *static_cast<Exchange*>(given);
 }
 
 } // namespace
 
-Exchange::Exchange(Request request, DigestLogin login, std::chrono::milliseconds patience,
-                   std::shared_ptr<ExchangeState> state)
-    : m_request(std::move(request)),
-      m_login(std::move(login)),
-      m_patience(patience),
-      m_state(std::move(state)),
-      m_body(m_request)
+Exchange::Exchange(const Request& request, CURL* handle, std::chrono::milliseconds patience)
+    : m_request(request), m_handle(handle), m_patience(patience), m_body(request)
 {
-    // They go along to the connection's thread.
-    m_idle.setParent(this);
-    m_body.setParent(this);
-    m_idle.setSingleShot(true);
-    QObject::connect(&m_idle, &QTimer::timeout, this, [this] {
-        end({CloudErrorState::Unreachable,
-             "not a byte came or went for " + std::to_string(m_patience.count() / 1000) + " s"});
-    });
+    setRequest();
+    setCallbacks();
+    if (!m_body.trouble().empty())
+        end({CloudErrorState::CacheFailed, m_body.trouble()});
 }
 
-void Exchange::start(QNetworkAccessManager& manager)
+void Exchange::setRequest()
 {
-    if (!m_body.trouble().empty()) {
-        m_cause = {CloudErrorState::CacheFailed, m_body.trouble()};
-        return finish();
+    curl_easy_setopt(m_handle, CURLOPT_URL, m_request.url.toEncoded().constData());
+    // Each of them stays as it was set for the request before: only what is set anew is this one's.
+    curl_easy_setopt(m_handle, CURLOPT_NOBODY, 0L);
+    curl_easy_setopt(m_handle, CURLOPT_HTTPGET, 1L);
+    const bool hasBody = m_body.size() > 0 || m_request.method == "PUT" || m_request.method == "POST";
+    if (m_request.method == "HEAD")
+        curl_easy_setopt(m_handle, CURLOPT_NOBODY, 1L);
+    else if (hasBody)
+        curl_easy_setopt(m_handle, CURLOPT_UPLOAD, 1L);
+    curl_easy_setopt(m_handle, CURLOPT_INFILESIZE_LARGE, curl_off_t(hasBody ? m_body.size() : -1));
+    curl_easy_setopt(m_handle, CURLOPT_CUSTOMREQUEST, m_request.method.constData());
+    const auto add = [&](const QByteArray& line) {
+        m_headers.reset(curl_slist_append(m_headers.release(), line.constData()));
+    };
+    // A packed answer has another ETag on some servers, and an unknown length.
+    add("Accept-Encoding: identity");
+    for (const Header& header : m_request.headers)
+        add(header.first + (header.second.isEmpty() ? ";" : ": ") + header.second);
+    curl_easy_setopt(m_handle, CURLOPT_HTTPHEADER, m_headers.get());
+}
+
+void Exchange::setCallbacks()
+{
+    curl_easy_setopt(m_handle, CURLOPT_PRIVATE, this);
+    curl_easy_setopt(m_handle, CURLOPT_ERRORBUFFER, m_text.data());
+    curl_easy_setopt(m_handle, CURLOPT_READFUNCTION, onRead);
+    curl_easy_setopt(m_handle, CURLOPT_READDATA, this);
+    curl_easy_setopt(m_handle, CURLOPT_SEEKFUNCTION, onSeek);
+    curl_easy_setopt(m_handle, CURLOPT_SEEKDATA, this);
+    curl_easy_setopt(m_handle, CURLOPT_HEADERFUNCTION, onHeader);
+    curl_easy_setopt(m_handle, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(m_handle, CURLOPT_WRITEFUNCTION, onContent);
+    curl_easy_setopt(m_handle, CURLOPT_WRITEDATA, this);
+    curl_easy_setopt(m_handle, CURLOPT_XFERINFOFUNCTION, onProgress);
+    curl_easy_setopt(m_handle, CURLOPT_XFERINFODATA, this);
+    curl_easy_setopt(m_handle, CURLOPT_PREREQFUNCTION, beforeRequest);
+    curl_easy_setopt(m_handle, CURLOPT_PREREQDATA, this);
+}
+
+// The library sends a request anew by itself when a connection that was kept open ends before an answer. A
+// MOVE that is done twice has cost both files: whoever asked decides. After an answer it is another request,
+// which says who asks.
+int Exchange::beforeRequest(void* exchange, char*, char*, int, int)
+{
+    Exchange& self = exchangeOf(exchange);
+    if (self.m_isSent && !self.m_hasHeaders)
+        return CURL_PREREQFUNC_ABORT;
+    self.m_isSent = true;
+    self.m_hasHeaders = false;
+    self.m_lastByte = Clock::now();
+    return CURL_PREREQFUNC_OK;
+}
+
+size_t Exchange::onRead(char* data, size_t one, size_t count, void* exchange)
+{
+    Exchange& self = exchangeOf(exchange);
+    const size_t size = self.m_body.read(data, one * count);
+    if (size > 0)
+        return size;
+    if (!self.m_body.trouble().empty()) {
+        self.m_cause = {CloudErrorState::CacheFailed, self.m_body.trouble()};
+        return CURL_READFUNC_ABORT;
     }
-    QNetworkRequest request = networkRequest(m_request);
-    if (m_request.method == "HEAD") {
-        m_reply = manager.head(request);
-    } else {
-        request.setHeader(QNetworkRequest::ContentLengthHeader, m_body.size());
-        m_reply = manager.sendCustomRequest(request, m_request.method, &m_body);
+    if (!self.m_body.isAtCut())
+        return 0;
+    self.m_cutAt = Clock::now() + kUntilCut;
+    return CURL_READFUNC_PAUSE;
+}
+
+int Exchange::onSeek(void* exchange, curl_off_t position, int from)
+{
+    return from == SEEK_SET && exchangeOf(exchange).m_body.seek(position) ? CURL_SEEKFUNC_OK
+                                                                          : CURL_SEEKFUNC_FAIL;
+}
+
+size_t Exchange::onHeader(char* data, size_t one, size_t count, void* exchange)
+{
+    Exchange& self = exchangeOf(exchange);
+    const QByteArrayView line(data, qsizetype(one * count));
+    self.m_lastByte = Clock::now();
+    if (line.startsWith("HTTP/")) // The library tells the status, but not its words.
+        self.m_answer.reason = line.trimmed().toByteArray().split(' ').mid(2).join(' ');
+    else if (line.trimmed().isEmpty() && self.statusNow() >= 200)
+        self.m_hasHeaders = true;
+    return one * count;
+}
+
+size_t Exchange::onContent(char* data, size_t one, size_t count, void* exchange)
+{
+    Exchange& self = exchangeOf(exchange);
+    const auto size = qsizetype(one * count);
+    self.m_lastByte = Clock::now();
+    self.m_answer.received += size;
+    const long status = self.statusNow();
+    if (self.m_request.sink && status >= 200 && status < 300) {
+        curl_off_t all = -1;
+        curl_easy_getinfo(self.m_handle, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &all);
+        self.m_bytesDone = std::uint64_t(self.m_answer.received);
+        self.m_bytesInAll = std::uint64_t(std::max<curl_off_t>(all, 0));
+        self.m_piece.append(data, size);
+        return self.m_piece.size() < kPiece || self.pour() ? one * count : 0;
     }
-    m_reply->setParent(this);
-    m_reply->setReadBufferSize(kReadAhead);
-    QObject::connect(&manager, &QNetworkAccessManager::authenticationRequired, this,
-                     &Exchange::onAuthentication);
-    connectReply();
-    m_body.atCut([this] {
-        QTimer::singleShot(kUntilCut, this, [this] {
-            end({CloudErrorState::Unreachable, "the connection was cut"});
-        });
-    });
-    m_idle.start(m_patience);
-    if (m_state->cancelled)
-        cancel();
+    if (self.m_answer.content.size() + size > self.m_request.mostContent) {
+        self.m_cause = {CloudErrorState::BadAnswer,
+                        "the answer is larger than " + std::to_string(self.m_request.mostContent) + " bytes"};
+        return 0;
+    }
+    self.m_answer.content.append(data, size);
+    return one * count;
 }
 
-void Exchange::connectReply()
+int Exchange::onProgress(void* exchange, curl_off_t, curl_off_t, curl_off_t all, curl_off_t sent)
 {
-    QObject::connect(m_reply, &QNetworkReply::readyRead, this, &Exchange::takeContent);
-    QObject::connect(m_reply, &QNetworkReply::sslErrors, this, &Exchange::onSslErrors);
-    QObject::connect(m_reply, &QNetworkReply::metaDataChanged, this, [this] { m_idle.start(m_patience); });
-    QObject::connect(m_reply, &QNetworkReply::uploadProgress, this, [this](qint64 done, qint64 total) {
-        if (total > 0)
-            onProgress(done, total);
-    });
-    QObject::connect(m_reply, &QNetworkReply::finished, this, &Exchange::finish);
+    Exchange& self = exchangeOf(exchange);
+    if (self.m_request.sink || all <= 0 || std::uint64_t(sent) == self.m_bytesDone)
+        return 0;
+    self.m_lastByte = Clock::now();
+    self.m_bytesDone = std::uint64_t(sent);
+    self.m_bytesInAll = std::uint64_t(all);
+    return 0;
 }
 
-void Exchange::onAuthentication(QNetworkReply* reply, QAuthenticator* authenticator)
+bool Exchange::pour()
 {
-    // Asked a second time for one request, the server has refused what it was given.
-    if (reply != m_reply || m_login.user.isEmpty() || m_asked)
+    if (m_piece.isEmpty())
+        return true;
+    m_cause = m_request.sink(m_piece);
+    m_piece.resize(0);         // Its memory serves for the next.
+    m_lastByte = Clock::now(); // The time that the sink took isn't the server's.
+    return m_cause.isOk();
+}
+
+Exchange::Clock::time_point Exchange::deadline() const
+{
+    return std::min(m_lastByte + m_patience, m_cutAt.value_or(Clock::time_point::max()));
+}
+
+void Exchange::look()
+{
+    if (m_isDone || Clock::now() < deadline())
         return;
-    m_asked = true;
-    m_body.allowRewind();
-    authenticator->setUser(m_login.user);
-    authenticator->setPassword(m_login.password);
-}
-
-void Exchange::onSslErrors(const QList<QSslError>& errors)
-{
-    std::string text;
-    for (const QSslError& error : errors)
-        text += (text.empty() ? "" : "; ") + error.errorString().toStdString();
-    for (const QSslError& error : errors) {
-        if (!error.certificate().isNull()) {
-            text += " (SHA-256 fingerprint " + fingerprint(error.certificate()) + ")";
-            break;
-        }
-    }
-    m_cause = {CloudErrorState::Certificate, text};
-}
-
-void Exchange::onProgress(qint64 done, qint64 total)
-{
-    m_idle.start(m_patience);
-    m_state->bytesDone = static_cast<std::uint64_t>(done);
-    m_state->bytesInAll = static_cast<std::uint64_t>(std::max<qint64>(total, 0));
-}
-
-void Exchange::takeContent()
-{
-    // Each read of the reply wakes Qt's own thread up, which readAll() would do every 16 KiB.
-    while (m_reply && m_cause.isOk()) {
-        const qint64 there = std::min(m_reply->bytesAvailable(), kPiece);
-        if (there <= 0)
-            return;
-        m_piece.resize(there);
-        const qint64 count = m_reply->read(m_piece.data(), there);
-        if (count <= 0)
-            return;
-        m_piece.truncate(count);
-        takePiece();
-    }
-}
-
-void Exchange::takePiece()
-{
-    m_idle.start(m_patience);
-    m_answer.received += m_piece.size();
-    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (m_request.sink && status >= 200 && status < 300) {
-        m_state->bytesDone = static_cast<std::uint64_t>(m_answer.received);
-        m_state->bytesInAll = m_reply->header(QNetworkRequest::ContentLengthHeader).toULongLong();
-        if (DriveResult result = m_request.sink(m_piece); !result.isOk())
-            return end(std::move(result));
-        m_idle.start(m_patience); // The time that the sink took isn't the server's.
-        return;
-    }
-    if (m_answer.content.size() + m_piece.size() > m_request.mostContent)
-        return end({CloudErrorState::BadAnswer,
-                    "the answer is larger than " + std::to_string(m_request.mostContent) + " bytes"});
-    m_answer.content += m_piece;
-}
-
-void Exchange::cancel()
-{
-    end({CloudErrorState::Cancelled, {}});
+    if (m_cutAt)
+        return end({CloudErrorState::Unreachable, "the connection was cut"});
+    end({CloudErrorState::Unreachable,
+         "not a byte came or went for " + std::to_string(m_patience.count() / 1000) + " s"});
 }
 
 void Exchange::end(DriveResult cause)
 {
-    if (!m_reply || !m_cause.isOk())
+    if (m_isDone)
         return;
-    m_cause = std::move(cause);
-    m_reply->abort();
+    m_answer.failure = std::move(cause);
+    m_isDone = true;
 }
 
-DriveResult Exchange::failureOf(QNetworkReply::NetworkError error) const
+long Exchange::statusNow() const
 {
-    if (!m_cause.isOk())
-        return m_cause;
-    const std::string text = m_reply->errorString().toStdString();
-    switch (error) {
-    case QNetworkReply::SslHandshakeFailedError:
-        return {CloudErrorState::Certificate, text};
-    case QNetworkReply::ProtocolFailure:
-    case QNetworkReply::ProtocolUnknownError:
-        return {CloudErrorState::BadAnswer, text};
-    case QNetworkReply::NoError:
-    case QNetworkReply::ContentReSendError:
-    case QNetworkReply::RemoteHostClosedError:
-        return {CloudErrorState::Unreachable, "the connection ended before the answer did"};
-    case QNetworkReply::HostNotFoundError:
-        return {CloudErrorState::Unreachable, "there is no host of this name"};
-    case QNetworkReply::ConnectionRefusedError:
-        return {CloudErrorState::Unreachable, "nothing answers there"};
-    default:
-        return {CloudErrorState::Unreachable, text};
-    }
+    long status = 0;
+    curl_easy_getinfo(m_handle, CURLINFO_RESPONSE_CODE, &status);
+    return status;
 }
 
-bool Exchange::isWhole(QNetworkReply::NetworkError error) const
+void Exchange::takeHeaders()
 {
-    const QByteArray length = m_reply->rawHeader("Content-Length");
-    const bool isAllThere = m_answer.received >= length.toLongLong();
-    switch (error) {
-    case QNetworkReply::NoError:
-        return m_request.method == "HEAD" || isAllThere;
-    case QNetworkReply::ContentReSendError:
-    case QNetworkReply::RemoteHostClosedError:
-        // The end of the connection is the end of an answer without a length, and Qt may see it too early.
-        return length.isEmpty() ? isLast() && !m_reply->hasRawHeader("Transfer-Encoding") : isAllThere;
-    case QNetworkReply::ProtocolUnknownError:
-    case QNetworkReply::ProtocolFailure:
+    curl_header* header = nullptr;
+    while ((header = curl_easy_nextheader(m_handle, CURLH_HEADER, -1, header)))
+        m_answer.headers.emplace_back(header->name, header->value);
+}
+
+/// The library takes headers that are cut short for all of them, and the end of a connection for that of an
+/// answer without a length; that is so only where the server has said it.
+bool Exchange::isEndSeen() const
+{
+    const long status = statusNow();
+    if (!m_hasHeaders)
         return false;
-    default:
-        // By their numbers: those of the network, and those that stand for an answer.
-        return error >= QNetworkReply::ContentAccessDenied;
-    }
+    return m_request.method == "HEAD" || status == 204 || status == 304 ||
+           !m_answer.header("Content-Length").isEmpty() || !m_answer.header("Transfer-Encoding").isEmpty() ||
+           m_answer.header("Connection").toLower().contains("close");
 }
 
-bool Exchange::isLast() const
+void Exchange::finish(CURLcode code, const Certificate& certificate)
 {
-    return m_reply->rawHeader("Connection").toLower().contains("close");
-}
-
-void Exchange::finish()
-{
-    m_idle.stop();
-    if (m_reply) {
-        if (m_cause.isOk())
-            takeContent();
-        const auto error = m_reply->error();
-        const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        for (const auto& header : m_reply->rawHeaderPairs())
-            m_answer.headers.push_back(header);
-        if (m_cause.isOk() && status > 0 && isWhole(error)) {
-            m_answer.status = status;
-            m_answer.reason = m_reply->attribute(QNetworkRequest::HttpReasonPhraseAttribute).toByteArray();
-        } else {
-            m_answer.failure = failureOf(error);
-            m_answer.wasReset = m_answer.failure.state == CloudErrorState::Unreachable && m_cause.isOk();
-        }
-        // Qt may send the next request into a connection whose end was announced, and lose it there.
-        if (isLast())
-            m_reply->manager()->clearConnectionCache();
-        m_reply->deleteLater();
-        m_reply->setParent(nullptr);
-        m_reply = nullptr;
+    if (m_isDone)
+        return;
+    takeHeaders();
+    if (code == CURLE_OK && (!m_request.sink || pour()) && isEndSeen()) {
+        m_answer.status = int(statusNow());
+    } else if (m_cause.isOk()) {
+        m_answer.failure = failureOf(code, certificate);
+        m_answer.wasReset = m_answer.failure.state == CloudErrorState::Unreachable;
     } else {
         m_answer.failure = m_cause;
     }
-    {
-        const std::lock_guard lock(m_state->mutex);
-        m_state->answer = std::move(m_answer);
-        m_state->done = true;
+    m_isDone = true;
+}
+
+DriveResult Exchange::failureOf(CURLcode code, const Certificate& certificate) const
+{
+    const std::string text = m_text[0] ? m_text.data() : curl_easy_strerror(code);
+    switch (code) {
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_ISSUER_ERROR:
+    case CURLE_SSL_INVALIDCERTSTATUS:
+        return {CloudErrorState::Certificate,
+                (certificate.fault.empty() ? text : certificate.fault) +
+                    (certificate.fingerprint.empty()
+                         ? ""
+                         : " (SHA-256 fingerprint " + certificate.fingerprint + ")")};
+    case CURLE_UNSUPPORTED_PROTOCOL:
+    case CURLE_WEIRD_SERVER_REPLY:
+    case CURLE_BAD_CONTENT_ENCODING:
+        return {CloudErrorState::BadAnswer, text};
+    case CURLE_COULDNT_RESOLVE_HOST:
+        return {CloudErrorState::Unreachable, "there is no host of this name"};
+    case CURLE_COULDNT_CONNECT:
+        return {CloudErrorState::Unreachable, "nothing answers there"};
+    case CURLE_OK:
+    case CURLE_ABORTED_BY_CALLBACK:
+    case CURLE_GOT_NOTHING:
+    case CURLE_PARTIAL_FILE:
+    case CURLE_RECV_ERROR:
+    case CURLE_SEND_ERROR:
+        return {CloudErrorState::Unreachable, "the connection ended before the answer did"};
+    default:
+        return {CloudErrorState::Unreachable, text};
     }
-    m_state->changed.notify_all();
-    deleteLater();
 }
 
 } // namespace Vs::Cloud

@@ -1,73 +1,70 @@
 #pragma once
 
 #include "Server/Skyvault/Client/Http/Body.h"
+#include "Server/Skyvault/Client/Http/Connection.h"
 #include "Server/Skyvault/Client/Http/Request.h"
 
-#include <QAuthenticator>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QTimer>
-
-#include <atomic>
+#include <array>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <curl/curl.h>
+#include <memory>
 
 namespace Vs::Cloud {
 
-/// What a waiting thread sees of an exchange.
-struct ExchangeState
-{
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool done = false;
-    Answer answer;
-    std::atomic<std::uint64_t> bytesDone = 0, bytesInAll = 0;
-    std::atomic<bool> cancelled = false;
-};
-
-/// A user and a secret for Digest, which needs the server's challenge first; empty otherwise.
-struct DigestLogin
-{
-    QString user, password;
-};
-
-/// One request and its answer. It lives on the connection's thread and goes when it has ended.
-class Exchange : public QObject
+/// One request and its answer, on a handle of libcurl that is its own until it goes.
+class Exchange
 {
 public:
-    Exchange(Request request, DigestLogin login, std::chrono::milliseconds patience,
-             std::shared_ptr<ExchangeState> state);
+    using Clock = std::chrono::steady_clock;
 
-    void start(QNetworkAccessManager& manager);
-    void cancel();
+    Exchange(const Request& request, CURL* handle, std::chrono::milliseconds patience);
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
+
+    bool isDone() const { return m_isDone; }
+    std::uint64_t bytesDone() const { return m_bytesDone; }
+    std::uint64_t bytesInAll() const { return m_bytesInAll; }
+    /// When it ends if nothing comes or goes until then.
+    Clock::time_point deadline() const;
+    /// Ends it if that time has come.
+    void look();
+    /// Ends it with a cause of ours.
+    void end(DriveResult cause);
+    /// The library has done with it.
+    void finish(CURLcode code, const Certificate& certificate);
+    Answer takeAnswer() { return std::move(m_answer); }
 
 private:
-    void connectReply();
-    void takeContent();
-    void takePiece();
-    void onAuthentication(QNetworkReply* reply, QAuthenticator* authenticator);
-    void onSslErrors(const QList<QSslError>& errors);
-    void onProgress(qint64 done, qint64 total);
-    /// Ends the request with a cause of ours.
-    void end(DriveResult cause);
-    void finish();
-    bool isWhole(QNetworkReply::NetworkError error) const;
-    /// Of its connection, as the server says.
-    bool isLast() const;
-    DriveResult failureOf(QNetworkReply::NetworkError error) const;
+    static size_t onRead(char* data, size_t one, size_t count, void* exchange);
+    static int onSeek(void* exchange, curl_off_t position, int from);
+    static size_t onHeader(char* data, size_t one, size_t count, void* exchange);
+    static size_t onContent(char* data, size_t one, size_t count, void* exchange);
+    static int onProgress(void* exchange, curl_off_t downAll, curl_off_t down, curl_off_t upAll,
+                          curl_off_t up);
+    static int beforeRequest(void* exchange, char*, char*, int, int);
 
-    const Request m_request;
-    const DigestLogin m_login;
+    void setRequest();
+    void setCallbacks();
+    /// Gives the sink what has been gathered for it.
+    bool pour();
+    bool isEndSeen() const;
+    void takeHeaders();
+    DriveResult failureOf(CURLcode code, const Certificate& certificate) const;
+    long statusNow() const;
+
+    const Request& m_request;
+    CURL* const m_handle;
     const std::chrono::milliseconds m_patience;
-    const std::shared_ptr<ExchangeState> m_state;
+    std::unique_ptr<curl_slist, void (*)(curl_slist*)> m_headers{nullptr, curl_slist_free_all};
+    std::array<char, CURL_ERROR_SIZE> m_text{}; ///< The library's words for a fault.
     Body m_body;
-    QTimer m_idle;
-    QNetworkReply* m_reply = nullptr;
+    Clock::time_point m_lastByte = Clock::now();
+    std::optional<Clock::time_point> m_cutAt; ///< When all is sent before a cut.
+    std::uint64_t m_bytesDone = 0, m_bytesInAll = 0;
+    QByteArray m_piece; ///< Gathered for the sink.
     Answer m_answer;
-    QByteArray m_piece;  ///< That came last; kept, as its memory serves for the next.
     DriveResult m_cause; ///< Ours, if we ended it.
-    bool m_asked = false;
+    bool m_isSent = false, m_hasHeaders = false, m_isDone = false;
 };
 
 } // namespace Vs::Cloud

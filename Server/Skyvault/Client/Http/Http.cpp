@@ -84,7 +84,8 @@ Answer Http::askOnce(const Request& request, const DriveWatch& watch)
     if (m_credentials.kind == DriveCredentials::Kind::Bearer) {
         own.headers.push_back({"Authorization", "Bearer " + QByteArray::fromStdString(m_credentials.secret)});
     } else if (m_credentials.kind == DriveCredentials::Kind::Password && m_digest) {
-        digest = {QString::fromStdString(m_credentials.user), QString::fromStdString(m_credentials.secret)};
+        digest = {QByteArray::fromStdString(m_credentials.user),
+                  QByteArray::fromStdString(m_credentials.secret)};
     } else if (m_credentials.kind == DriveCredentials::Kind::Password) {
         const auto pair = QByteArray::fromStdString(m_credentials.user + ':' + m_credentials.secret);
         own.headers.push_back({"Authorization", "Basic " + pair.toBase64()});

@@ -6,7 +6,10 @@
 #include "Tests/Support/Servers/FaultProxy.h"
 #include "Tests/Support/Servers/TestServer.h"
 
+#include <boost/filesystem/operations.hpp>
+
 #include <gtest/gtest.h>
+#include <utility>
 
 using namespace Vs;
 using namespace Vs::Cloud;
@@ -227,4 +230,104 @@ TEST_F(RequestTest, WhatHasAnEffectIsSentOnceHoweverItsConnectionEnds)
             }
         }
     }
+}
+
+namespace {
+
+/// On a disk, and in memory.
+struct LargeFile
+{
+    explicit LargeFile(const ScratchFolder& folder)
+    {
+        for (size_t i = 0; content.size() < 20'000'000; ++i)
+            content += std::to_string(i) + ' ';
+        path = folder.write("large", content).string();
+    }
+    FilePart part(size_t offset, size_t length) const { return {path, qint64(offset), qint64(length)}; }
+    FilePart whole() const { return part(0, content.size()); }
+
+    std::string content, path;
+};
+
+DriveCredentials userOf(const TestServer& server)
+{
+    return {.kind = DriveCredentials::Kind::Password, .user = server.user(), .secret = server.password()};
+}
+
+} // namespace
+
+TEST_F(RequestTest, AFileArrivesAsItIsHoweverItIsSaidWhoAsks)
+{
+    const ScratchFolder scratch;
+    const LargeFile file(scratch);
+    for (const bool isDigest : {false, true}) {
+        TestServer server(TestServer::Kind::Lighttpd, {.digest = isDigest});
+        REQUIRE_SERVER(server);
+        Http http(userOf(server));
+        const QUrl url(QString::fromStdString(server.address()) + "wheel");
+        for (const size_t length : {file.content.size(), size_t(0), size_t(3'000'000), size_t(1)}) {
+            const size_t offset = std::min<size_t>(5, file.content.size() - length);
+            const Answer answer = http.ask({.method = "PUT", .url = url, .file = file.part(offset, length)});
+            EXPECT_TRUE(answer.isOk()) << answer.status << answer.failure.detail;
+            EXPECT_TRUE(server.content("wheel") == file.content.substr(offset, length)) << length;
+        }
+    }
+}
+
+TEST_F(RequestTest, WhatStopsALargeFileOnItsWayIsToldAndTheOldOneStays)
+{
+    const ScratchFolder scratch;
+    const LargeFile file(scratch);
+    TestServer server(TestServer::Kind::Lighttpd);
+    REQUIRE_SERVER(server);
+    FaultProxy proxy(server.port());
+    server.request("PUT", "wheel", "old");
+    const QUrl url(QString::fromStdString(proxy.address()) + "wheel");
+    const auto put = [&](const Fault& fault, const DriveWatch& watch = {}) {
+        proxy.onRequest([=](const auto&) { return std::optional(fault); });
+        Http http(userOf(server));
+        http.patience(std::chrono::seconds(1));
+        const Answer answer = http.ask({.method = "PUT", .url = url, .file = file.whole()}, watch);
+        EXPECT_EQ(server.content("wheel"), "old");
+        return resultOf(answer, "Writing");
+    };
+    EXPECT_EQ(put(Fault::reset()).state, CloudErrorState::Unreachable);
+    EXPECT_EQ(put(Fault::cutRequest(5'000'000)).state, CloudErrorState::Unreachable);
+    EXPECT_EQ(put(Fault::stall()).detail, "Writing failed: not a byte came or went for 1 s");
+    EXPECT_EQ(put(Fault::answer(507)).state, CloudErrorState::DriveFull);
+    EXPECT_EQ(put(Fault::stall(), {[](auto, auto) { return false; }}).state, CloudErrorState::Cancelled);
+    std::uint64_t inAll = 0;
+    put(Fault::stall(), {[&](std::uint64_t done, std::uint64_t total) {
+            EXPECT_LE(done, total);
+            inAll = total;
+            return true;
+        }});
+    EXPECT_EQ(inAll, file.content.size());
+
+    proxy.onRequest([&](const auto&) {
+        boost::filesystem::resize_file(file.path, 1'000'000);
+        return std::nullopt;
+    });
+    const Answer answer = Http(userOf(server)).ask({.method = "PUT", .url = url, .file = file.whole()});
+    EXPECT_EQ(answer.failure.state, CloudErrorState::CacheFailed);
+    EXPECT_NE(answer.failure.detail.find(file.path), std::string::npos) << answer.failure.detail;
+    EXPECT_EQ(server.content("wheel"), "old");
+}
+
+TEST_F(RequestTest, SomethingElseIsAskedWhileARequestIsUnderWay)
+{
+    m_proxy.onRequest([](const FaultProxy::Request& request) {
+        return request.method == "PUT" ? Fault::stall() : Fault::answer(200);
+    });
+    Http http(anna());
+    http.patience(std::chrono::seconds(1));
+    const QUrl url(QString::fromStdString(m_proxy.address()));
+    bool isAsked = false;
+    http.beside([&] {
+        if (!std::exchange(isAsked, true)) {
+            EXPECT_EQ(http.ask({.method = "LOCK", .url = url}).status, 200);
+        }
+    });
+    EXPECT_EQ(http.ask({.method = "PUT", .url = url, .body = "content"}).status, 0);
+    EXPECT_EQ(methods(m_proxy), (std::vector<std::string>{"PUT", "LOCK"}));
 }
