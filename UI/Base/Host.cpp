@@ -2,7 +2,6 @@
 
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Require.h"
-#include "Server/Base/RunOptions.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/FileChecks.h"
 #include "Server/DataModel/IDocMgmtHandler.h"
@@ -236,11 +235,6 @@ void installHost()
     Vs::TransactionMgr::cmdKeySource(&cmdKeyOf);
     Vs::ThumbnailSource::install(
         [](const Vs::Document& document) { return thumbnailOf(document.activeAsset(), kThumbnailSide); });
-    if (Application::headless()) {
-        // What a script opens and saves is none of the user's own documents, and moves no dialog of theirs.
-        Vs::RunOptions::add("UIBase", "lastDirectory");
-        Vs::RunOptions::add("RecentDocuments", "");
-    }
     // A run without a main loop tells between two lines.
     Vs::FileChecks::results().wakeUp(
         [] { Application::get()->deferredTasks()->post([] { Vs::FileChecks::results().runOnce(); }); });

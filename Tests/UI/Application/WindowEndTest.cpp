@@ -46,6 +46,9 @@ TEST_P(WindowEndTest, TheLastStepIsKeptAndComesBack)
     EXPECT_FALSE(ended.timedOut) << ended.output << ended.errors;
     EXPECT_NE(ended.exitCode, 0);
     ASSERT_TRUE(fs::exists(file)) << "it did not even begin: " << ended.errors;
+    EXPECT_NE(TestSupport::contentOf(profile() + "/options/RecentDocuments.json").find("Part.vlra"),
+              std::string::npos)
+        << "what a window saved is listed in the next one";
     const TestSupport::ProcessResult back =
         run(quillet(),
             {"--headless", "--profile-dir", profile(), "--command", "AutoSave.Recovery", "--command",

@@ -1,6 +1,7 @@
 #include "UI/Base/Program/Application.h"
 
 #include "Server/Base/Require.h"
+#include "Server/Base/RunOptions.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
@@ -73,6 +74,11 @@ void Application::initialize(int& count, char** arguments, bool headless)
     Vs::assertMainThread();
     Vs::require(!start().count && arguments, "a program begins once, with its arguments");
     start() = {&count, arguments, headless, start().testing};
+    if (headless) {
+        // What a script opens and saves is none of the user's own documents, and moves no dialog of theirs.
+        Vs::RunOptions::add("UIBase", "lastDirectory");
+        Vs::RunOptions::add("RecentDocuments", "");
+    }
     get();
 }
 
