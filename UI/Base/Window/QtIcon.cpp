@@ -4,9 +4,11 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QGuiApplication>
 #include <QIconEngine>
 #include <QImageReader>
 #include <QPainter>
+#include <QPalette>
 
 #include <algorithm>
 #include <map>
@@ -22,6 +24,19 @@ QImage readPng(QIODevice& device)
     return reader.read();
 }
 
+/// Qt's own picture of a selected row blends with the highlight, from which most of ours, of nearly its
+/// colour, could not be told then.
+QPixmap onHighlight(QPixmap picture)
+{
+    constexpr float kShare = 0.65F;
+    QColor light = QGuiApplication::palette().color(QPalette::HighlightedText);
+    light.setAlphaF(kShare);
+    QPainter painter(&picture);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+    painter.fillRect(picture.rect(), light);
+    return picture;
+}
+
 /// Reads of a set of pictures the one that fits best what is asked for, and leaves the looks to Qt.
 class ImageSetEngine : public QIconEngine
 {
@@ -35,7 +50,8 @@ public:
         const std::wstring file = m_resource->fileForSize(std::max(size.width(), size.height()));
         if (m_read.insert(file).second)
             m_icon.addPixmap(QPixmap::fromImage(pngFromFile(file)));
-        return m_icon.pixmap(size, 1.0, mode, state);
+        return mode == QIcon::Selected ? onHighlight(m_icon.pixmap(size, 1.0, QIcon::Normal, state))
+                                       : m_icon.pixmap(size, 1.0, mode, state);
     }
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
