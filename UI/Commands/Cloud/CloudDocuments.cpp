@@ -1,5 +1,6 @@
 #include "UI/Commands/Cloud/CloudDocuments.h"
 
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/QtApplication.h"
 #include "Server/Base/Task.h"
 #include "Server/DataModel/ApplicationEditionService.h"
@@ -14,6 +15,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/Notifications.h"
+#include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Commands/Localized.h"
 
@@ -29,15 +31,43 @@ constexpr const wchar_t* kSender = L"CloudConflict";
 /// How long what waits waits for the drive, before it is tried again.
 constexpr int kRetryInterval = 60'000;
 
-/// One notification for each file.
+/// One notification for each file, which is its sender then.
+std::wstring senderOf(const boost::filesystem::path& file)
+{
+    return kSender + file.wstring();
+}
+
 void forgetConflict(const boost::filesystem::path& file)
 {
-    auto* center = Vs::NotificationCenter::get();
-    std::vector<Vs::Notification*> earlier;
-    center->notificationsByClientID(kSender, earlier);
-    for (Vs::Notification* notification : earlier)
-        if (notification->file() == file.wstring())
-            center->remove(notification);
+    Vs::NotificationCenter::get()->removeByClientID(senderOf(file));
+}
+
+/// Also below a dialog, which keeps waiting what is deferred; but not in the middle of long work, which may
+/// be about the same files.
+void deliverResults()
+{
+    if (ProgressBar::get()->busy())
+        Application::get()->deferredTasks()->post(&deliverResults);
+    else
+        Vs::CloudCacheManager::results().runOnce();
+}
+
+std::wstring shownPlace(const boost::filesystem::path& file, bool withName)
+{
+    if (!Vs::PathInfo::isPathInCloudCache(file))
+        return {};
+    std::wstring place = Vs::SkyvaultUtilities::getCloud_TM();
+    std::vector<boost::filesystem::path> stack;
+    const boost::filesystem::path root =
+        Vs::SkyvaultUtilities::currentCachePath(Vs::MeshportAuth::globalInstance());
+    // Of another account, the place says nothing to a person.
+    if (!Vs::SkyvaultUtilities::getRelativeStack(root, file, stack) || stack.empty())
+        return place;
+    if (!withName)
+        stack.pop_back();
+    for (const boost::filesystem::path& each : stack)
+        place += L" \u203a " + each.wstring();
+    return place;
 }
 
 class Listener : public Vs::CloudEventSite
@@ -62,9 +92,8 @@ private:
         Vs::NotificationRequest request;
         request.title = localizedFormat("CloudConflict", "%1% was not saved to the drive",
                                         event->file().filename().wstring());
-        request.text = event->text();
-        request.file = event->file().wstring();
-        request.clientID = kSender;
+        request.text = event->text() + L'\n' + CloudDocuments::placeOf(event->file());
+        request.clientID = senderOf(event->file());
         request.type = Vs::NotificationType::makeByType(Vs::NotificationType::Offer);
         request.actions = {{localized("CloudSaveCopy", "Save a Copy"),
                             [file = event->file()] { CloudDocuments::saveConflictCopy(file); }, false}};
@@ -113,9 +142,11 @@ void CloudDocuments::install()
     Vs::QtApplication::maker([] { Application::get()->needGui(); });
     Vs::CloudIdentifiers::source(
         [](const std::wstring& path) { return Vs::CloudCacheManager::getInstance()->identifier(path); });
-    // A run without a main loop tells between two lines.
+    // Where no main loop turns, between two lines.
     Vs::CloudCacheManager::results().wakeUp([] {
-        Application::get()->deferredTasks()->post([] { Vs::CloudCacheManager::results().runOnce(); });
+        Application::get()->deferredTasks()->post(&deliverResults);
+        if (QCoreApplication* loop = QCoreApplication::instance())
+            QMetaObject::invokeMethod(loop, &deliverResults, Qt::QueuedConnection);
     });
 }
 
@@ -126,6 +157,16 @@ void CloudDocuments::uninstall()
     Vs::MeshportAuth::editionDisables({});
     Vs::QtApplication::maker({});
     listener().reset();
+}
+
+std::wstring CloudDocuments::placeOf(const boost::filesystem::path& file)
+{
+    return shownPlace(file, true);
+}
+
+std::wstring CloudDocuments::folderOf(const boost::filesystem::path& file)
+{
+    return shownPlace(file, false);
 }
 
 void CloudDocuments::saveConflictCopy(const boost::filesystem::path& file)

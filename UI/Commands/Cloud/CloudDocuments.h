@@ -2,6 +2,8 @@
 
 #include <boost/filesystem/path.hpp>
 
+#include <string>
+
 namespace Vu::Commands {
 
 /// What open documents have to do with the cloud drive beside the commands: a document whose path lies in the
@@ -13,6 +15,12 @@ public:
     /// At the start of the add-in, and at its end.
     static void install();
     static void uninstall();
+
+    /// Where a file of the cache lies on the drive, as a person reads it: "Skyvault \u203a parts \u203a
+    /// wheel.vlra". Of another account's file the drive's name alone. Empty for files elsewhere.
+    [[nodiscard]] static std::wstring placeOf(const boost::filesystem::path& file);
+    /// The folder that it is in: "Skyvault \u203a parts".
+    [[nodiscard]] static std::wstring folderOf(const boost::filesystem::path& file);
 
     /// Saves what was refused as a new file beside the other's on the drive; an open document goes along.
     /// What fails is told.

@@ -10,6 +10,7 @@
 #include "Tests/Support/Files.h"
 #include "Tests/UI/Commands/Cloud/WithDrive.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Commands/Cloud/CloudDialog.h"
 #include "UI/Commands/Cloud/CloudDocuments.h"
@@ -100,6 +101,9 @@ TEST_F(CloudSaveTest, ANewerVersionOfAnotherIsNotOverwrittenAndACopyCanBeSavedBe
         << Vs::Strings::narrow(boxes()[0]);
     EXPECT_NE(boxes()[0].find(L"Select Save Local to save wheel.vlra locally?"), std::wstring::npos);
     EXPECT_EQ(conflicts().size(), 1u);
+    const Vs::Notification* offer = Vs::NotificationCenter::get()->notifications().front();
+    EXPECT_NE(offer->text().find(L"Skyvault \u203a wheel.vlra"), std::wstring::npos)
+        << "where it is on the drive: " << Vs::Strings::narrow(offer->text());
     EXPECT_EQ(state("/wheel.vlra"), CloudFileState::Changed);
     EXPECT_EQ(activeDocument()->cloudId(), "/wheel.vlra");
 

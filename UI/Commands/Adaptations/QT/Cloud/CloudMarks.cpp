@@ -7,10 +7,10 @@
 #include "Server/Skyvault/CloudEvents.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/DocumentRemark.h"
+#include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Localized.h"
 
 #include <set>
-#include <vector>
 
 namespace Vu::Commands {
 namespace {
@@ -32,22 +32,17 @@ std::wstring remarkOf(const Vs::Document& document)
     }
 }
 
-/// One for each file: who saves often doesn't want to read it as often.
+/// One for each file, which is its sender then: who saves often doesn't want to read it as often.
 void tellSaved(const boost::filesystem::path& file, const std::wstring& title)
 {
-    constexpr const wchar_t* kSender = L"CloudSaved";
     if (Vs::TranscriptMgr::get()->replaying())
         return;
-    auto* center = Vs::NotificationCenter::get();
-    std::vector<Vs::Notification*> earlier;
-    center->notificationsByClientID(kSender, earlier);
-    for (Vs::Notification* notification : earlier)
-        if (notification->file() == file.wstring())
-            center->remove(notification);
     Vs::NotificationRequest request;
     request.title = title;
-    request.file = file.wstring();
-    request.clientID = kSender;
+    request.text = CloudDocuments::placeOf(file);
+    request.clientID = L"CloudSaved" + file.wstring();
+    auto* center = Vs::NotificationCenter::get();
+    center->removeByClientID(request.clientID);
     center->sendNotification(std::move(request));
 }
 

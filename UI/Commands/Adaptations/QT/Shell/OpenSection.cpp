@@ -14,6 +14,7 @@
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
+#include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
@@ -121,7 +122,11 @@ void OpenSection::fill()
         auto* tile = new Tile(nameOf(*session->asset()),
                               iconOfDocumentType(document->documentType()->identifier()), this);
         const std::wstring path = document->path().empty() ? document->importedFrom() : document->path();
-        tile->place(path.empty() ? text("HomeNotSaved", "Not saved yet") : QString::fromStdWString(path));
+        const std::wstring onDrive = CloudDocuments::placeOf(path);
+        tile->place(path.empty() ? text("HomeNotSaved", "Not saved yet")
+                                 : QString::fromStdWString(onDrive.empty() ? path : onDrive));
+        if (!onDrive.empty())
+            tile->mark(iconOf(Resources::Cloud()));
         const QString remark = QString::fromStdWString(DocumentRemark::of(*document));
         const QString changed = document->isDirty(false) ? text("HomeChanged", "Changed") : QString();
         tile->note(changed.isEmpty() || remark.isEmpty() ? changed + remark

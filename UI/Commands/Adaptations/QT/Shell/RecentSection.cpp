@@ -1,8 +1,6 @@
 #include "UI/Commands/Adaptations/QT/Shell/RecentSection.h"
 
 #include "Server/Base/PathInfo.h"
-#include "Server/Skyvault/MeshportAuth.h"
-#include "Server/Skyvault/SkyvaultUtilities.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Session/ReplacingDocument.h"
@@ -10,6 +8,7 @@
 #include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
+#include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
@@ -48,20 +47,6 @@ QString folderOf(const QFileInfo& file)
     return folder == home || folder.startsWith(home + QLatin1Char('/'))
                ? QLatin1Char('~') + folder.mid(home.size())
                : folder;
-}
-
-/// As the drive has it: "Skyvault \u203a parts".
-QString cloudFolderOf(const std::wstring& path)
-{
-    std::vector<boost::filesystem::path> stack;
-    QString folder = QString::fromStdWString(Vs::SkyvaultUtilities::getCloud_TM());
-    const boost::filesystem::path root =
-        Vs::SkyvaultUtilities::currentCachePath(Vs::MeshportAuth::globalInstance());
-    // Of another account, the place says nothing to a person.
-    if (Vs::SkyvaultUtilities::getRelativeStack(root, path, stack) && !stack.empty())
-        for (auto each = stack.begin(); each + 1 != stack.end(); ++each)
-            folder += QStringLiteral(" \u203a ") + QString::fromStdString(each->string());
-    return folder;
 }
 
 QLabel* hint(QWidget* parent)
@@ -108,11 +93,14 @@ void RecentSection::fill()
         const std::wstring path = document->path();
         const QFileInfo file(QString::fromStdWString(path));
         auto* tile = new Tile(file.completeBaseName(), iconOfFile(path), this);
-        const bool isCloud = Vs::PathInfo::isPathInCloudCache(path);
-        tile->place(isCloud ? cloudFolderOf(path) : folderOf(file));
-        if (isCloud)
+        const QString onDrive = QString::fromStdWString(CloudDocuments::placeOf(path));
+        if (onDrive.isEmpty()) {
+            tile->place(folderOf(file));
+        } else {
+            tile->place(QString::fromStdWString(CloudDocuments::folderOf(path)));
             tile->mark(iconOf(Resources::Cloud()));
-        PlainText::setTooltip(tile, QDir::toNativeSeparators(file.filePath()));
+        }
+        PlainText::setTooltip(tile, onDrive.isEmpty() ? QDir::toNativeSeparators(file.filePath()) : onDrive);
         connect(tile, &Tile::clicked, this, [path] { open(path); });
         tile->onRemove([path] { RecentDocumentMgr::get()->remove(path); }, iconOf(Resources::DeleteMRU()),
                        text("HomeRemove", "Remove from this list"));
