@@ -116,9 +116,7 @@ try {
     if (root.empty() || !fs::exists(root.string() + ".index", error))
         return files;
     for (const CacheRow& row : Cache::get().pending(root))
-        if (const Cache::Place place{root, row.path};
-            !Cache::get().uploading().contains(place.file().string()))
-            files.push_back(place.file());
+        files.push_back(Cache::Place{root, row.path}.file());
     return files;
 } catch (const Exception& error) {
     Cloud::Failures::note(CloudErrorState::CacheFailed, error.message());

@@ -40,7 +40,7 @@ public:
     std::string identifier(const boost::filesystem::path& file) const;
     /// For the person: who saved a newer version to the drive, and when; empty if nobody is known to have.
     std::wstring changedText(const boost::filesystem::path& file) const;
-    /// Files that wait to be uploaded, the oldest first.
+    /// Files that wait to be uploaded or are on their way, the oldest first.
     std::vector<boost::filesystem::path> waiting() const;
     /// Uploads what waits, as far as the drive can be reached. Called at each sign-in and by a timer.
     void uploadWaiting();

@@ -42,18 +42,10 @@ QString sizeText(std::uint64_t bytes)
 QString accountText()
 {
     const Vs::MeshportAuth* auth = Vs::MeshportAuth::globalInstance();
-    std::wstring user;
-    std::string server;
-    if (!auth->isLoggedIn() || !auth->userName(user))
-        return text("CloudNobody", "Nobody is signed in.");
-    const QString address = auth->serverUrl(server) ? QString::fromStdString(server) : QString();
-    QString shown =
-        text("CloudSignedInAs", "Signed in as %1 at %2.").arg(QString::fromStdWString(user), address);
-    if (!auth->isOnline())
-        shown += u' ' + text("CloudAway", "The server cannot be reached at the moment.");
-    if (!auth->isKept())
-        shown += u' ' + text("CloudNotKept", "Only until the program ends.");
-    return shown;
+    const QString account = CloudTexts::account();
+    return !auth->isLoggedIn() || auth->isKept()
+               ? account
+               : account + u' ' + text("CloudNotKept", "Only until the program ends.");
 }
 
 } // namespace
@@ -144,17 +136,28 @@ void CloudPage::refresh()
             lines.prepend(CloudTexts::unsafe());
         m_traits->setText(QStringLiteral("\u2022 ") + lines.join(QStringLiteral("\n\u2022 ")));
     }
-    const std::vector<boost::filesystem::path> waiting = Vs::CloudCacheManager::getInstance()->waiting();
-    QStringList names;
-    for (const boost::filesystem::path& file : waiting)
-        names << CloudTexts::shown(file.filename().string());
-    m_waiting->setText(names.isEmpty() ? text("CloudNothingWaits", "Nothing. All that was saved has arrived.")
-                                       : names.join(QStringLiteral(", ")));
-    m_send->setVisible(!names.isEmpty());
+    showWaiting();
     const CloudCacheFiles::Usage usage = CloudCacheFiles::usage();
     m_cache->setText(text("CloudCacheSize", "%1, of which the drive has %2 as well.")
                          .arg(sizeText(usage.bytes), sizeText(usage.removableBytes)));
     m_clear->setEnabled(usage.removableBytes > 0);
+}
+
+void CloudPage::showWaiting()
+{
+    const auto* cache = Vs::CloudCacheManager::getInstance();
+    QStringList names;
+    bool allAreOnTheirWay = true;
+    for (const boost::filesystem::path& file : cache->waiting()) {
+        const bool isOnItsWay = cache->state(file) == Vs::CloudFileState::Uploading;
+        const QString name = CloudTexts::shown(file.filename().string());
+        names << (isOnItsWay ? text("CloudOnItsWay", "%1 (being sent)").arg(name) : name);
+        allAreOnTheirWay = allAreOnTheirWay && isOnItsWay;
+    }
+    m_waiting->setText(names.isEmpty() ? text("CloudNothingWaits", "Nothing. All that was saved has arrived.")
+                                       : names.join(QStringLiteral(", ")));
+    m_send->setVisible(!names.isEmpty());
+    m_send->setEnabled(!allAreOnTheirWay);
 }
 
 void CloudPage::signInOrOut()

@@ -1,6 +1,7 @@
 #include "UI/Commands/Adaptations/QT/Cloud/CloudTexts.h"
 
 #include "Server/Base/PathInfo.h"
+#include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/SkyvaultUtilities.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Commands/Localized.h"
@@ -40,6 +41,20 @@ QIcon icon(const char* name)
 QString failure(const Vs::Cloud::DriveResult& result)
 {
     return QString::fromStdWString(Vs::SkyvaultUtilities::getErrorString(result.state));
+}
+
+QString account()
+{
+    const Vs::MeshportAuth* auth = Vs::MeshportAuth::globalInstance();
+    std::wstring user;
+    std::string server;
+    if (!auth->isLoggedIn() || !auth->userName(user))
+        return text("CloudNobody", "Nobody is signed in.");
+    const QString address = auth->serverUrl(server) ? QString::fromStdString(server) : QString();
+    const QString who =
+        text("CloudSignedInAs", "Signed in as %1 at %2.").arg(QString::fromStdWString(user), address);
+    return auth->isOnline() ? who
+                            : who + u' ' + text("CloudAway", "The server cannot be reached at the moment.");
 }
 
 QString unsafe()

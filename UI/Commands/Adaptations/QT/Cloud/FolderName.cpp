@@ -17,6 +17,17 @@ namespace Vu::Commands {
 
 using CloudTexts::text;
 
+std::string folderAbove(const std::string& folder)
+{
+    const size_t cut = folder.rfind('/');
+    return cut == std::string::npos || cut == 0 ? "/" : folder.substr(0, cut);
+}
+
+std::string inFolder(const std::string& folder, const QString& name)
+{
+    return (folder == "/" ? folder : folder + '/') + name.toStdString();
+}
+
 QString faultOfName(const QString& name)
 {
     constexpr qsizetype kLongest = 255;

@@ -4,27 +4,21 @@
 #include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/SkyvaultUtilities.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Window/PlainText.h"
-#include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Commands/Adaptations/QT/Cloud/CloudFolderModel.h"
-#include "UI/Commands/Adaptations/QT/Cloud/CloudPath.h"
+#include "UI/Commands/Adaptations/QT/Cloud/CloudHead.h"
+#include "UI/Commands/Adaptations/QT/Cloud/CloudList.h"
+#include "UI/Commands/Adaptations/QT/Cloud/CloudName.h"
 #include "UI/Commands/Adaptations/QT/Cloud/CloudTexts.h"
 #include "UI/Commands/Adaptations/QT/Cloud/FolderName.h"
 
 #include <QBoxLayout>
 #include <QCloseEvent>
-#include <QComboBox>
-#include <QFormLayout>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QToolButton>
-#include <QTreeView>
 
 #include <tuple>
 
@@ -45,26 +39,6 @@ std::string& lastFolder()
     return folder;
 }
 
-std::string parentOf(const std::string& folder)
-{
-    const size_t cut = folder.rfind('/');
-    return cut == std::string::npos || cut == 0 ? "/" : folder.substr(0, cut);
-}
-
-std::string joined(const std::string& folder, const QString& name)
-{
-    return (folder == "/" ? folder : folder + '/') + name.toStdString();
-}
-
-/// What is in the parentheses of a filter's entry.
-QStringList patternsOf(const QString& entry)
-{
-    const qsizetype open = entry.lastIndexOf(QLatin1Char('(')), end = entry.lastIndexOf(QLatin1Char(')'));
-    return open < 0 || end < open
-               ? QStringList()
-               : entry.mid(open + 1, end - open - 1).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
-
 QString titleOf(Kind kind)
 {
     return kind == Kind::Folder   ? named(text("CloudChooseFolder", "Save in a Folder of %1"))
@@ -82,8 +56,9 @@ QTCloudDialog::QTCloudDialog(CloudDialog::Request request, const QString& name, 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kBorder, kBorder, kBorder, kBorder);
     column->setSpacing(kSpacing);
-    column->addWidget(makeTop());
-    makeList();
+    m_head = makeHead();
+    column->addWidget(m_head);
+    m_list = makeList();
     column->addWidget(m_list, 1);
     m_message = PlainText::label(this);
     m_message->setObjectName(QStringLiteral("cloudMessage"));
@@ -91,119 +66,68 @@ QTCloudDialog::QTCloudDialog(CloudDialog::Request request, const QString& name, 
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_message->hide();
     column->addWidget(m_message);
-    column->addWidget(makeName());
+    m_name = makeName(name);
+    column->addWidget(m_name);
     column->addWidget(makeButtons());
-    m_name->setText(name);
-    fillFilters();
+    m_model->patterns(m_name->kinds());
     resize(kSize);
-    (m_request.kind == Kind::SaveAs ? static_cast<QWidget*>(m_name) : m_list)->setFocus();
+    if (m_request.kind == Kind::SaveAs)
+        m_name->goToName();
+    else
+        m_list->setFocus();
     showState();
 }
 
-QToolButton* QTCloudDialog::button(const QIcon& icon, const char* name, const QString& title,
-                                   void (QTCloudDialog::*run)())
+CloudHead* QTCloudDialog::makeHead()
 {
-    auto* made = new QToolButton(this);
-    made->setObjectName(QLatin1String(name));
-    made->setProperty("flat", true);
-    made->setAutoRaise(true);
-    made->setIcon(icon);
-    made->setIconSize(QSize(kIconSize, kIconSize));
-    made->setFocusPolicy(Qt::TabFocus);
-    made->setAccessibleName(title);
-    PlainText::setTooltip(made, title);
-    connect(made, &QToolButton::clicked, this, run);
-    return made;
-}
-
-QWidget* QTCloudDialog::makeTop()
-{
-    auto* top = new QWidget(this);
-    auto* row = new QHBoxLayout(top);
-    row->setContentsMargins(0, 0, 0, 0);
-    m_path = new CloudPath([this](const std::string& folder) { std::ignore = open(folder); }, top);
-    m_up = button(CloudTexts::icon("Up"), "cloudUp", text("CloudUp", "To the folder above (Backspace)"),
-                  &QTCloudDialog::goAbove);
-    m_new = button(CloudTexts::icon("NewFolder"), "cloudNewFolder",
-                   text("CloudNewFolder", "New folder (Ctrl+Shift+N)"), &QTCloudDialog::makeFolder);
-    m_refresh = button(CloudTexts::icon("Refresh"), "cloudRefresh", text("CloudRefresh", "Read again (F5)"),
-                       &QTCloudDialog::refresh);
-    m_new->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_N);
-    m_refresh->setShortcut(Qt::Key_F5);
-    m_new->setVisible(m_request.kind != Kind::Document);
-    m_search = new QLineEdit(top);
-    m_search->setObjectName(QStringLiteral("cloudSearch"));
-    m_search->setPlaceholderText(text("CloudSearch", "Search in this folder"));
-    m_search->setAccessibleName(m_search->placeholderText());
-    m_search->setClearButtonEnabled(true);
-    constexpr int kSearchWidth = 190;
-    m_search->setFixedWidth(kSearchWidth);
-    row->addWidget(m_path, 1);
-    for (QWidget* each : std::initializer_list<QWidget*>{m_up, m_new, m_refresh, m_search})
-        row->addWidget(each);
-    connect(m_search, &QLineEdit::textChanged, this, [this](const QString& wanted) {
+    CloudHead::Actions actions;
+    actions.open = [this](const std::string& folder) { std::ignore = open(folder); };
+    actions.goAbove = [this] { goAbove(); };
+    actions.makeFolder = [this] { makeFolder(); };
+    actions.readAgain = [this] { refresh(); };
+    actions.search = [this](const QString& wanted) {
         m_model->search(wanted);
         showState();
-    });
-    return top;
+    };
+    actions.toList = [this] {
+        if (m_model->rowCount() == 0)
+            return;
+        m_list->setFocus(Qt::TabFocusReason);
+        m_list->stand({}, m_request.kind == Kind::Document);
+    };
+    return new CloudHead(std::move(actions), m_request.kind != Kind::Document, this);
 }
 
-void QTCloudDialog::makeList()
+CloudList* QTCloudDialog::makeList()
 {
-    m_list = new QTreeView(this);
-    m_list->setObjectName(QStringLiteral("cloudList"));
-    m_list->setAccessibleName(windowTitle());
-    m_list->setModel(m_model);
-    m_list->setRootIsDecorated(false);
-    m_list->setUniformRowHeights(true);
-    m_list->setAllColumnsShowFocus(true);
-    m_list->setAlternatingRowColors(true);
-    m_list->setSortingEnabled(true);
-    m_list->sortByColumn(CloudFolderModel::Name, Qt::AscendingOrder);
-    m_list->setFrameShape(QFrame::NoFrame);
-    QHeaderView* head = m_list->header();
-    head->setStretchLastSection(false);
-    head->setSectionResizeMode(CloudFolderModel::Name, QHeaderView::Stretch);
-    constexpr int kSizeWidth = 100, kTimeWidth = 150;
-    head->resizeSection(CloudFolderModel::Size, kSizeWidth);
-    head->resizeSection(CloudFolderModel::Modified, kTimeWidth);
-    m_list->installEventFilter(this);
-    m_list->viewport()->installEventFilter(this);
-    m_empty = PlainText::label(m_list->viewport());
-    m_empty->setAlignment(Qt::AlignCenter);
-    m_empty->setForegroundRole(QPalette::PlaceholderText);
-    m_empty->setAttribute(Qt::WA_TransparentForMouseEvents);
-    connect(m_list, &QTreeView::activated, this, &QTCloudDialog::activate);
-    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+    auto* list = new CloudList(
+        m_model,
+        {.activate = [this](const QModelIndex& index) { activate(index); }, .goAbove = [this] { goAbove(); }},
+        this);
+    list->setAccessibleName(windowTitle());
+    connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &QTCloudDialog::selectionChanged);
     connect(m_model, &QAbstractItemModel::modelReset, this, &QTCloudDialog::showState);
+    return list;
 }
 
-QWidget* QTCloudDialog::makeName()
+CloudName* QTCloudDialog::makeName(const QString& name)
 {
-    auto* part = new QWidget(this);
-    auto* form = new QFormLayout(part);
-    form->setContentsMargins(0, 0, 0, 0);
-    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    m_name = new QLineEdit(part);
-    m_name->setObjectName(QStringLiteral("cloudName"));
-    m_filter = new QComboBox(part);
-    m_filter->setObjectName(QStringLiteral("cloudFilter"));
-    // A long list of suffixes must not make the dialog wider.
-    m_filter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    form->addRow(text("CloudName", "Name"), m_name);
-    form->addRow(text("CloudKinds", "Files"), m_filter);
-    m_name->installEventFilter(this);
-    form->setRowVisible(m_name, m_request.kind == Kind::SaveAs);
-    connect(m_name, &QLineEdit::textChanged, this, [this] {
+    CloudName::Actions actions;
+    // Who types a name means the folder that is shown, and no longer one that he had touched in it.
+    actions.begin = [this] {
+        if (const Vs::SkyvaultNodeData* selected = m_list->selected(); selected && selected->isFolder())
+            m_list->clearSelection();
+    };
+    actions.change = [this] {
         tell({});
         showState();
-    });
-    connect(m_filter, &QComboBox::currentIndexChanged, this, [this] {
-        m_model->patterns(patternsOf(m_filter->currentText()));
+    };
+    actions.kinds = [this](const QStringList& patterns) {
+        m_model->patterns(patterns);
         showState();
-    });
-    return part;
+    };
+    return new CloudName(m_request, name, std::move(actions), this);
 }
 
 QWidget* QTCloudDialog::makeButtons()
@@ -232,21 +156,9 @@ QWidget* QTCloudDialog::makeButtons()
     return part;
 }
 
-void QTCloudDialog::fillFilters()
-{
-    const QString filter = QString::fromStdWString(FileDialogRules::dialogFilter(m_request.filter));
-    const QSignalBlocker quiet(m_filter);
-    for (const QString& entry : filter.split(QStringLiteral(";;"), Qt::SkipEmptyParts))
-        m_filter->addItem(entry);
-    if (m_request.kind == Kind::SaveAs)
-        m_filter->addItem(text("CloudAllFiles", "All files (*)"));
-    m_filter->parentWidget()->setVisible(m_request.kind == Kind::SaveAs || m_filter->count() > 0);
-    m_model->patterns(patternsOf(m_filter->currentText()));
-}
-
 QString QTCloudDialog::name() const
 {
-    return m_name->text().trimmed();
+    return m_name->name();
 }
 
 // A copy of the name: what it was read from goes with the list.
@@ -264,20 +176,12 @@ bool QTCloudDialog::open(std::string folder)
     if (isRead) {
         const std::string left = m_folder.id();
         m_folder = std::move(read);
-        m_search->clear();
+        m_head->clearSearch();
         m_model->nodes(m_folder.children());
-        m_path->show(folder);
-        // Who goes up stands on the folder that he came from.
-        const int row = parentOf(left) == folder
-                            ? m_model->rowOf(CloudTexts::shown(left.substr(left.rfind('/') + 1)))
-                            : -1;
+        m_head->show(folder);
         // In a list where one chooses a place, nothing is chosen until the person does.
-        const bool chooses = m_request.kind == Kind::Document || row >= 0;
-        if (m_model->rowCount() > 0)
-            m_list->selectionModel()->setCurrentIndex(m_model->index(std::max(row, 0), 0),
-                                                      chooses ? QItemSelectionModel::ClearAndSelect |
-                                                                    QItemSelectionModel::Rows
-                                                              : QItemSelectionModel::NoUpdate);
+        m_list->stand(folderAbove(left) == folder ? left.substr(left.rfind('/') + 1) : std::string(),
+                      m_request.kind == Kind::Document);
     } else if (state != Vs::CloudErrorState::Cancelled) {
         tell(QString::fromStdWString(Vs::SkyvaultUtilities::getErrorString(state)));
     }
@@ -303,7 +207,7 @@ void QTCloudDialog::refresh()
 void QTCloudDialog::goAbove()
 {
     if (!m_folder.id().empty() && m_folder.id() != "/")
-        std::ignore = open(parentOf(m_folder.id()));
+        std::ignore = open(folderAbove(m_folder.id()));
 }
 
 void QTCloudDialog::makeFolder()
@@ -314,7 +218,7 @@ void QTCloudDialog::makeFolder()
     if (name.isEmpty())
         return;
     std::vector<boost::filesystem::path> stack;
-    for (const auto& part : boost::filesystem::path(joined(m_folder.id(), name)).relative_path())
+    for (const auto& part : boost::filesystem::path(inFolder(m_folder.id(), name)).relative_path())
         stack.push_back(part);
     busy(true, text("CloudMaking", "Making the folder..."));
     Vs::SkyvaultNodeData made;
@@ -324,7 +228,7 @@ void QTCloudDialog::makeFolder()
     if (!isMade)
         tell(QString::fromStdWString(Vs::SkyvaultUtilities::getErrorString(Vs::CloudErrorState::NoFolders)));
     else
-        std::ignore = open(joined(m_folder.id(), name));
+        std::ignore = open(inFolder(m_folder.id(), name));
 }
 
 void QTCloudDialog::activate(const QModelIndex& index)
@@ -339,22 +243,16 @@ void QTCloudDialog::activate(const QModelIndex& index)
 
 void QTCloudDialog::selectionChanged()
 {
-    const Vs::SkyvaultNodeData* selected = selectedNode();
+    const Vs::SkyvaultNodeData* selected = m_list->selected();
     if (m_request.kind == Kind::SaveAs && selected && !selected->isFolder())
-        m_name->setText(m_model->name(m_list->selectionModel()->selectedRows().front().row()));
+        m_name->name(m_list->selectedName());
     showState();
-}
-
-const Vs::SkyvaultNodeData* QTCloudDialog::selectedNode() const
-{
-    const QModelIndexList rows = m_list->selectionModel()->selectedRows();
-    return rows.isEmpty() ? nullptr : &m_model->node(rows.front().row());
 }
 
 void QTCloudDialog::showState()
 {
     const bool isRead = !m_folder.id().empty();
-    const Vs::SkyvaultNodeData* selected = selectedNode();
+    const Vs::SkyvaultNodeData* selected = m_list->selected();
     const bool isFolder = selected && selected->isFolder();
     QString title = text("CloudOpen", "Open");
     bool can = isRead && !m_isBusy;
@@ -369,16 +267,14 @@ void QTCloudDialog::showState()
     }
     m_choose->setText(title);
     m_choose->setEnabled(can);
-    m_up->setEnabled(isRead && m_folder.id() != "/" && !m_isBusy);
-    m_new->setEnabled(isRead && !m_isBusy);
-    for (QWidget* each : std::initializer_list<QWidget*>{m_path, m_refresh, m_search, m_list, m_filter})
-        each->setEnabled(!m_isBusy);
-    m_empty->setText(m_isBusy || m_model->rowCount() > 0 ? QString()
-                     : !isRead                           ? text("CloudNotRead", "Nothing has been read.")
-                     : m_folder.children().empty()
-                         ? text("CloudEmptyFolder", "This folder is empty.")
-                         : text("CloudNothingFound", "Nothing here is of that name and kind."));
-    m_empty->setGeometry(m_list->viewport()->rect());
+    m_head->enable(isRead, m_isBusy);
+    m_list->setEnabled(!m_isBusy);
+    m_name->enableKinds(!m_isBusy);
+    m_list->emptyText(m_isBusy || m_model->rowCount() > 0 ? QString()
+                      : !isRead                           ? text("CloudNotRead", "Nothing has been read.")
+                      : m_folder.children().empty()
+                          ? text("CloudEmptyFolder", "This folder is empty.")
+                          : text("CloudNothingFound", "Nothing here is of that name and kind."));
 }
 
 void QTCloudDialog::busy(bool value, const QString& what)
@@ -413,7 +309,7 @@ void QTCloudDialog::accept()
 {
     if (m_isBusy || m_folder.id().empty() || !m_choose->isEnabled())
         return;
-    const Vs::SkyvaultNodeData* selected = selectedNode();
+    const Vs::SkyvaultNodeData* selected = m_list->selected();
     if (selected && selected->isFolder() && !(m_request.kind == Kind::Document && m_request.foldersToo)) {
         if (!open(selected->id()) || m_request.kind != Kind::Folder)
             return;
@@ -422,7 +318,7 @@ void QTCloudDialog::accept()
     if (const QString fault = m_request.kind == Kind::SaveAs ? faultOfName(name()) : QString();
         !fault.isEmpty()) {
         tell(fault);
-        m_name->setFocus();
+        m_name->goToName();
         return;
     }
     m_chosen = m_request.kind == Kind::Document ? *selected : m_folder;
@@ -466,33 +362,11 @@ void QTCloudDialog::closeEvent(QCloseEvent* event)
 void QTCloudDialog::keyPressEvent(QKeyEvent* event)
 {
     if (event->matches(QKeySequence::Find))
-        m_search->setFocus(Qt::ShortcutFocusReason);
+        m_head->goToSearch();
     else if (event->key() == Qt::Key_Up && event->modifiers() == Qt::AltModifier)
         goAbove();
     else
         QDialog::keyPressEvent(event);
-}
-
-bool QTCloudDialog::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == m_list && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Backspace) {
-            goAbove();
-            return true;
-        }
-        if ((key == Qt::Key_Return || key == Qt::Key_Enter) && m_list->currentIndex().isValid()) {
-            activate(m_list->currentIndex());
-            return true;
-        }
-    }
-    // Who types a name means the folder that is shown, and no longer one that he had touched in it.
-    if (watched == m_name && event->type() == QEvent::FocusIn)
-        if (const Vs::SkyvaultNodeData* selected = selectedNode(); selected && selected->isFolder())
-            m_list->clearSelection();
-    if (watched == m_list->viewport() && event->type() == QEvent::Resize)
-        m_empty->setGeometry(m_list->viewport()->rect());
-    return QDialog::eventFilter(watched, event);
 }
 
 namespace {

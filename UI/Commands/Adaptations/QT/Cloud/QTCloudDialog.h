@@ -7,18 +7,17 @@
 
 #include <string>
 
-class QComboBox;
 class QLabel;
-class QLineEdit;
+class QModelIndex;
 class QProgressBar;
 class QPushButton;
-class QToolButton;
-class QTreeView;
 
 namespace Vu::Commands {
 
 class CloudFolderModel;
-class CloudPath;
+class CloudHead;
+class CloudList;
+class CloudName;
 
 /// Lets a person choose a folder, a name or a document on the drive, going through it folder by folder. While
 /// a folder is read, the list waits, and Esc or Cancel gives up reading; what was there stays.
@@ -41,22 +40,17 @@ protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    QWidget* makeTop();
-    void makeList();
-    QWidget* makeName();
+    CloudHead* makeHead();
+    CloudList* makeList();
+    CloudName* makeName(const QString& name);
     QWidget* makeButtons();
-    QToolButton* button(const QIcon& icon, const char* name, const QString& title,
-                        void (QTCloudDialog::*run)());
-    void fillFilters();
     void refresh();
     void goAbove();
     void makeFolder();
     void activate(const QModelIndex& index);
     void selectionChanged();
-    const Vs::SkyvaultNodeData* selectedNode() const;
     void showState();
     void busy(bool value, const QString& what = {});
     void tell(const QString& text);
@@ -69,15 +63,9 @@ private:
     bool m_closes = false;
 
     CloudFolderModel* m_model;
-    CloudPath* m_path = nullptr;
-    QLineEdit* m_search = nullptr;
-    QToolButton* m_up = nullptr;
-    QToolButton* m_new = nullptr;
-    QToolButton* m_refresh = nullptr;
-    QTreeView* m_list = nullptr;
-    QLabel* m_empty = nullptr;
-    QLineEdit* m_name = nullptr;
-    QComboBox* m_filter = nullptr;
+    CloudHead* m_head = nullptr;
+    CloudList* m_list = nullptr;
+    CloudName* m_name = nullptr;
     QProgressBar* m_progress = nullptr;
     QLabel* m_message = nullptr;
     QPushButton* m_choose = nullptr;

@@ -21,6 +21,7 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QUrl>
 
 #include <tuple>
 
@@ -46,6 +47,26 @@ QLabel* faint(QWidget* parent, const QString& content)
     QLabel* label = wrapped(parent, content);
     label->setForegroundRole(QPalette::PlaceholderText);
     return label;
+}
+
+/// Of an address that the person typed.
+QString whyNotFound(const DriveResult& result, const QString& typed)
+{
+    const QUrl url(typed);
+    const bool isHere =
+        url.host() == QLatin1String("localhost") || url.host().startsWith(QLatin1String("127."));
+    if (result.state == Vs::CloudErrorState::Redirected && url.scheme() == QLatin1String("http") && !isHere)
+        return text(
+            "CloudLoginUnprotected",
+            "An address that begins with http:// is not protected: your password could be read on its way. "
+            "Type the server's address with https:// instead.");
+    const QString why = CloudTexts::failure(result);
+    return result.state != Vs::CloudErrorState::Certificate
+               ? why
+               : why + QLatin1Char('\n') +
+                     text("CloudLoginTrust",
+                          "If whoever runs the server tells you the same fingerprint, have this "
+                          "computer trust the certificate, and continue.");
 }
 
 QVBoxLayout* columnOf(QWidget* widget)
@@ -261,7 +282,7 @@ void QTCloudLoginDialog::find()
     } else if (!result.isOk()) {
         go(Step::Address);
         if (result.state != Vs::CloudErrorState::Cancelled)
-            tell(CloudTexts::failure(result), true);
+            tell(whyNotFound(result, m_address->text().trimmed()), true);
         m_address->setFocus();
     } else {
         go(Step::Ways);

@@ -1,5 +1,8 @@
+#include "Server/Base/Strings.h"
+#include "Server/Base/Task.h"
 #include "Server/Skyvault/CloudOptionGroup.h"
 #include "Server/Skyvault/MeshportAuth.h"
+#include "Server/Skyvault/SkyvaultUtilities.h"
 #include "Tests/Support/Servers/TestServer.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Program/Application.h"
@@ -106,6 +109,9 @@ TEST_F(CloudDialogsTest, SignInFindsTheDriveTellsWhatIsWrongAndEndsWhenSomebodyI
     QTest::keyClick(address, Qt::Key_Return);
     EXPECT_NE(message(dialog), "");
     EXPECT_FALSE(user->isVisible());
+    type(address, "http://192.0.2.1/");
+    QTest::keyClick(address, Qt::Key_Return);
+    EXPECT_NE(message(dialog).find("https://"), std::string::npos) << message(dialog);
 
     type(address, server.address());
     EXPECT_EQ(message(dialog), "") << "that was about another address";
@@ -179,6 +185,9 @@ TEST_F(CloudDialogsTest, ADocumentIsFoundByKeysAloneThroughFoldersAndHostileName
     EXPECT_EQ(list->currentIndex().data().toString().toStdString(), "deep") << "where one came from";
     type(part<QLineEdit>(dialog, "cloudSearch"), "10");
     EXPECT_EQ(names(*list), std::vector<std::string>{"wheel 10.vlra"});
+    QTest::keyClick(part<QLineEdit>(dialog, "cloudSearch"), Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible()) << "who searches has not chosen yet";
+    EXPECT_EQ(QApplication::focusWidget(), list);
     part<QLineEdit>(dialog, "cloudSearch")->clear();
     QTest::keyClick(part<QComboBox>(dialog, "cloudFilter"), Qt::Key_Down);
     EXPECT_EQ(names(*list), (std::vector<std::string>{"deep", "notes.txt"}));
@@ -257,13 +266,48 @@ TEST_F(CloudDialogsTest, TenThousandEntriesAreListedInOrderAndADriveThatIsGoneIs
     list->sortByColumn(0, Qt::DescendingOrder);
     EXPECT_EQ(list->model()->index(kMany - 1, 0).data().toString().toStdString(), "part 0.vlra");
 
+    const auto* whose = part<QLabel>(dialog, "cloudWhose");
+    const QString before = whose->text();
+    EXPECT_TRUE(before.contains(QString::fromStdString(server.user()))) << before.toStdString();
     server.stop();
     EXPECT_FALSE(dialog.open("/"));
     EXPECT_NE(message(dialog), "");
+    EXPECT_TRUE(whose->text().contains("cannot be reached")) << whose->text().toStdString();
     EXPECT_EQ(list->model()->rowCount(), kMany) << "what was there stays";
     server.start();
     EXPECT_TRUE(dialog.open("/")) << message(dialog);
     EXPECT_EQ(message(dialog), "");
+    EXPECT_EQ(whose->text(), before);
+}
+
+TEST_F(CloudDialogsTest, WhatIsSentFromThePreferencesIsToldWhileTheyAreOpenAndNotBeforeItHasArrived)
+{
+    TestServer server(TestServer::Kind::Lighttpd);
+    REQUIRE_SERVER(server);
+    signIn(server);
+    const auto file = Vs::SkyvaultUtilities::currentCachePath(&auth()) / "wheel.vlra";
+    answer(L"Design.New");
+    server.stop();
+    answer(L"VuCommands.CloudSaveCmd " + Vs::Strings::quote(file.wstring()));
+    // As a click on their button opens them, in a task that lasts until they are closed.
+    Vu::Application::get()->deferredTasks()->post([&] {
+        Vu::PreferencesDialog dialog(nullptr);
+        dialog.show();
+        const auto* waiting = part<QLabel>(dialog, "cloudWaiting");
+        auto* send = part<QPushButton>(dialog, "cloudSend");
+        const auto says = [&](const char* text) { return waiting->text().contains(QLatin1String(text)); };
+        EXPECT_EQ(waiting->text(), QStringLiteral("wheel.vlra"));
+        for (const bool isBack : {false, true}) {
+            if (isBack)
+                server.start();
+            QTest::mouseClick(send, Qt::LeftButton);
+            EXPECT_TRUE(says("wheel.vlra (being sent)")) << waiting->text().toStdString();
+            EXPECT_TRUE(QTest::qWaitFor([&] { return !says("being sent"); }, 30'000));
+            EXPECT_EQ(says("wheel.vlra"), !isBack) << waiting->text().toStdString();
+            EXPECT_EQ(server.content("wheel.vlra").has_value(), isBack);
+        }
+    });
+    Vu::Application::get()->flushDeferredTasks();
 }
 
 TEST_F(CloudDialogsTest, ThePageOfThePreferencesTellsWhoIsSignedInAndWhatTheServerDoes)

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Server/Skyvault/SkyvaultNodeData.h"
+
+#include <QTreeView>
+
+#include <functional>
+#include <string>
+
+class QLabel;
+
+namespace Vu::Commands {
+
+class CloudFolderModel;
+
+/// The content of the folder that is shown, with a line in its place where there is none.
+class CloudList : public QTreeView
+{
+public:
+    struct Actions
+    {
+        std::function<void(const QModelIndex&)> activate; ///< A double click, or Return.
+        std::function<void()> goAbove;                    ///< Backspace.
+    };
+    CloudList(CloudFolderModel* model, Actions actions, QWidget* parent);
+
+    /// Null if nothing is selected; the model's, and so only good until the next folder.
+    const Vs::SkyvaultNodeData* selected() const;
+    QString selectedName() const;
+    /// After the folder `left` was left for the one that is shown: who goes up stands on the folder that he
+    /// came from. Else the first row is where the keys begin, and selected only where `selects`.
+    void stand(const std::string& left, bool selects);
+    /// What stands there while no row does.
+    void emptyText(const QString& text);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    CloudFolderModel* m_model;
+    Actions m_actions;
+    QLabel* m_empty;
+};
+
+} // namespace Vu::Commands
