@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -26,6 +27,9 @@ struct Access
     std::string refreshToken;   ///< Of Renewed.
     std::string tokenAddress;   ///< Of Renewed.
     std::string client;         ///< Of Renewed: by which this program is known there.
+    std::int64_t grantedId =
+        0;              ///< Of a token that this program got for a password; it ends with the session.
+    bool isOwn = false; ///< The program's own service, whose port is another one in each run.
 };
 
 /// What the file has that QUILLET_ITEMHUB_TOKEN_FILE names: a JSON object with the texts "address",

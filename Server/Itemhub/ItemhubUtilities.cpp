@@ -1,22 +1,28 @@
 #include "Server/Itemhub/ItemhubUtilities.h"
 
-#include "Server/Base/OwnFiles.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Task.h"
 #include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/DocumentType.h"
 #include "Server/Itemhub/ItemhubEvents.h"
-#include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Server/Itemhub/Private/Ask.h"
+#include "Server/Itemhub/Private/Documents.h"
+#include "Server/Itemhub/Private/EventListener.h"
 #include "Server/Itemhub/Private/OwnService.h"
 #include "Server/Itemhub/Private/Places.h"
+#include "Server/Itemhub/Private/SaveListener.h"
 #include "Server/Itemhub/Private/Session.h"
 #include "Server/Itemhub/Private/SignIn.h"
 #include "Server/Itemhub/Private/Texts.h"
+#include "Server/Itemhub/Private/UploadQueue.h"
+#include "Server/Itemhub/Private/WorkFiles.h"
 
 #include <boost/make_shared.hpp>
 
+#include <set>
+#include <thread>
 #include <tuple>
 
 namespace Vs {
@@ -26,6 +32,7 @@ using Itemhub::ItemStore;
 using Itemhub::localized;
 using Itemhub::localizedFormat;
 using Itemhub::Session;
+using Itemhub::UploadQueue;
 using Itemhub::Watch;
 namespace Web = Corvane::Itemstore::WebServices;
 
@@ -33,12 +40,6 @@ namespace {
 
 /// The most that is shown of a search.
 constexpr int kMostResults = 50;
-
-std::function<bool()>& edition()
-{
-    static std::function<bool()> asked;
-    return asked;
-}
 
 ItemhubUtilities::Notifier& installedNotifier()
 {
@@ -55,6 +56,7 @@ std::wstring asking()
 
 struct ItemhubUtilities::Data
 {
+    Itemhub::SaveListener saves;
 };
 
 ItemhubUtilities* ItemhubUtilities::get()
@@ -67,7 +69,10 @@ ItemhubUtilities* ItemhubUtilities::get()
 
 ItemhubUtilities::ItemhubUtilities() : m_data(std::make_unique<Data>()) {}
 
-ItemhubUtilities::~ItemhubUtilities() = default;
+ItemhubUtilities::~ItemhubUtilities()
+{
+    stop();
+}
 
 std::wstring ItemhubUtilities::getItemhub_TM()
 {
@@ -77,114 +82,6 @@ std::wstring ItemhubUtilities::getItemhub_TM()
 std::wstring ItemhubUtilities::notificationClientID()
 {
     return L"ItemhubNotifyError";
-}
-
-bool ItemhubUtilities::ItemhubDisabled() const
-{
-    return ItemhubOptionGroup::get()->itemhubDisabled() || (edition() && edition()());
-}
-
-void ItemhubUtilities::editionDisables(std::function<bool()> asked)
-{
-    edition() = std::move(asked);
-}
-
-bool ItemhubUtilities::isAuthenticated() const
-{
-    return Session::get().store() != nullptr;
-}
-
-bool ItemhubUtilities::authenticateWithToken(const std::string& uri, const std::wstring& tenant,
-                                             const std::wstring& token, const std::wstring& tokenSecret,
-                                             const std::wstring& sessionHandle,
-                                             const std::wstring& consumerKey,
-                                             const std::wstring& consumerSecret)
-{
-    try {
-        Itemhub::Access access = Itemhub::SignIn::accessTo(uri);
-        if (!tenant.empty())
-            access.customer = Strings::narrow(tenant);
-        access.token = Strings::narrow(token);
-        access.tokenSecret = Strings::narrow(tokenSecret);
-        access.sessionHandle = Strings::narrow(sessionHandle);
-        access.consumerKey = Strings::narrow(consumerKey);
-        access.consumerSecret = Strings::narrow(consumerSecret);
-        if (!consumerKey.empty())
-            access.kind = Itemhub::Access::Kind::Signed;
-        return signIn(access, false);
-    } catch (...) {
-        fireErrorMessage(currentFailure());
-        return false;
-    }
-}
-
-bool ItemhubUtilities::signIn(const Itemhub::Access& access, bool keep)
-{
-    return Itemhub::SignIn::with(access, keep);
-}
-
-bool ItemhubUtilities::signInWithPassword(const std::string& address, const std::string& customer,
-                                          const std::string& account, const std::string& password, bool keep)
-{
-    const auto access = Itemhub::SignIn::byPassword(address, customer, account, password);
-    return access && signIn(*access, keep);
-}
-
-bool ItemhubUtilities::signInByBrowser(const std::string& address, const std::string& customer, bool keep,
-                                       const std::function<bool(const std::string&)>& open)
-{
-    const auto access = Itemhub::SignIn::byBrowser(address, customer, open);
-    return access && signIn(*access, keep);
-}
-
-bool ItemhubUtilities::signInToOwnService()
-{
-    return Itemhub::SignIn::toOwnService();
-}
-
-bool ItemhubUtilities::resume()
-{
-    return Itemhub::SignIn::resume();
-}
-
-void ItemhubUtilities::signInTo(std::shared_ptr<ItemStore> store, const std::string& name)
-{
-    Itemhub::SignIn::to(std::move(store), name);
-}
-
-void ItemhubUtilities::signOut()
-{
-    Itemhub::SignIn::out();
-}
-
-std::wstring ItemhubUtilities::accountName() const
-{
-    return Strings::widen(Session::get().facts().account.name);
-}
-
-std::wstring ItemhubUtilities::customer() const
-{
-    return Strings::widen(Session::get().facts().account.customer);
-}
-
-std::string ItemhubUtilities::serviceAddress() const
-{
-    return Session::get().facts().address;
-}
-
-bool ItemhubUtilities::isOwnService() const
-{
-    return Session::get().facts().isOwn;
-}
-
-bool ItemhubUtilities::isOnline() const
-{
-    return Session::get().isOnline();
-}
-
-bool ItemhubUtilities::isKept() const
-{
-    return Session::get().facts().isKept;
 }
 
 ItemhubUtilities::Workspace ItemhubUtilities::getWorkspaceById(int id) const
@@ -285,31 +182,33 @@ std::wstring ItemhubUtilities::addNewItem(const DocumentType* type, long workspa
                                           const std::wstring& name, const std::wstring& notes) const
 {
     require(type != nullptr, "a new item's document has a type");
-    const std::string key = Itemhub::SignIn::newKey();
+    const std::string key = Itemhub::SignIn::newKey(), account = Session::get().facts().name;
+    const std::string extension = Strings::narrow(type->extension());
     const Itemhub::NewItem wanted{workspaceId, Strings::narrow(name), Strings::narrow(notes), linkedItemId};
-    const Item made = ask(
-        asking(), [&](ItemStore& store, const Watch& watch) { return store.addItem(wanted, key, watch); });
-    if (made.id() == 0)
-        return {};
-    const Path folder = Itemhub::Places::account(Session::get().facts().name) / "files" /
-                        ("item-" + std::to_string(made.id()));
-    OwnFiles::makeFolder(folder);
-    return (folder / (made.caption() + Strings::narrow(type->extension()))).wstring();
+    return ask(localized("ItemhubMakingItem", "Making an item of the lifecycle service"),
+               [&](ItemStore& store, const Watch& watch) {
+                   return Itemhub::Documents::addNewItem(store, account, wanted, key, extension,
+                                                         type->identifier(), watch)
+                       .wstring();
+               });
 }
 
 std::wstring ItemhubUtilities::downloadAttachment(const std::wstring& uri) const
 {
     if (!isAuthenticated())
         return {};
-    const Path files = Itemhub::Places::account(Session::get().facts().name) / "files";
+    const std::string account = Session::get().facts().name;
+    // As it is now: the download runs beside.
+    std::set<Path> open;
+    if (const DocumentMgr* documents = DocumentMgr::get())
+        for (unsigned i = 0; i < documents->documents(); ++i)
+            open.insert(Path(documents->document(i)->path()).lexically_normal());
     return ask(localized("ItemhubDownloading", "Downloading from the lifecycle service"),
                [&](ItemStore& store, const Watch& watch) {
-                   const Itemhub::Content content = store.content(Strings::narrow(uri), watch);
-                   const Path folder =
-                       files / std::to_string(content.attachmentId) / std::to_string(content.version);
-                   OwnFiles::makeFolder(folder);
-                   store.download(content, (folder / content.file).string(), watch);
-                   return (folder / content.file).wstring();
+                   return Itemhub::Documents::download(
+                              store, account, Strings::narrow(uri),
+                              [&](const Path& file) { return open.contains(file); }, watch)
+                       .wstring();
                });
 }
 
@@ -318,12 +217,18 @@ bool ItemhubUtilities::isItemhubDocument(Document* document) const
     return document && document->isOnDisk() && itemOf(document->path());
 }
 
-std::optional<ItemhubUtilities::DocumentItem> ItemhubUtilities::itemOf(const Path&) const
+std::optional<ItemhubUtilities::DocumentItem> ItemhubUtilities::itemOf(const Path& file) const
 {
-    return std::nullopt;
+    const auto work = Itemhub::WorkFiles::get().find(file);
+    if (!work)
+        return std::nullopt;
+    return DocumentItem{work->workspaceId, work->itemId, work->attachmentId, work->version, work->account};
 }
 
-void ItemhubUtilities::setCheckinDescription(const Path&, const std::wstring&) const {}
+void ItemhubUtilities::setCheckinDescription(const Path& file, const std::wstring& label) const
+{
+    m_data->saves.label(file, Strings::narrow(label));
+}
 
 ItemhubUtilities::Path ItemhubUtilities::folder()
 {
@@ -332,44 +237,81 @@ ItemhubUtilities::Path ItemhubUtilities::folder()
 
 std::vector<UploadQueuedFileInfo> ItemhubUtilities::pendingUploads() const
 {
-    return {};
+    std::vector<UploadQueuedFileInfo> pending;
+    for (const Itemhub::QueueEntry& entry : UploadQueue::get().entries())
+        pending.push_back(entry.info());
+    return pending;
 }
 
-std::optional<UploadQueuedFileInfo> ItemhubUtilities::pendingUpload(const Path&) const
+std::optional<UploadQueuedFileInfo> ItemhubUtilities::pendingUpload(const Path& document) const
 {
-    return std::nullopt;
+    std::optional<UploadQueuedFileInfo> newest;
+    for (const Itemhub::QueueEntry& entry : UploadQueue::get().entries())
+        if (entry.document == document.lexically_normal())
+            newest = entry.info();
+    return newest;
 }
 
 void ItemhubUtilities::getAllRecoverFiles(std::vector<UploadQueuedFileInfo>& files) const
 {
-    files.clear();
+    using State = UploadQueuedFileInfo::State;
+    files = pendingUploads();
+    std::erase_if(files, [](const UploadQueuedFileInfo& file) {
+        return file.state() != State::Failed && file.state() != State::Outdated;
+    });
 }
 
-bool ItemhubUtilities::recoverQueuedBackgroundUpload(const Path&)
+bool ItemhubUtilities::recoverQueuedBackgroundUpload(const Path& uploadQueuedFile)
 {
-    return false;
+    return UploadQueue::get().retry(uploadQueuedFile);
 }
 
-void ItemhubUtilities::deleteARecoveryFile(const std::wstring&, bool)
+void ItemhubUtilities::deleteARecoveryFile(const std::wstring& uploadQueuedFile, bool withContent)
 {
+    assertMainThread();
+    if (withContent)
+        UploadQueue::get().giveUp(Path(uploadQueuedFile));
     ItemhubEvent event;
     ItemhubEventSource::get()->fireRecoveryFileDeleted(&event);
 }
 
-void ItemhubUtilities::uploadNow() const {}
-
-bool ItemhubUtilities::waitForUploads(std::chrono::milliseconds) const
+void ItemhubUtilities::uploadNow() const
 {
-    return true;
+    UploadQueue::get().wake();
 }
 
-std::wstring ItemhubUtilities::attachSnapshot(const Path&, const Path&) const
+bool ItemhubUtilities::waitForUploads(std::chrono::milliseconds time) const
 {
-    return {};
+    try {
+        Itemhub::runBeside(localized("ItemhubUploading", "Uploading to the lifecycle service"),
+                           [&](const Watch& watch) {
+                               constexpr std::chrono::milliseconds kLook{20};
+                               const auto end = std::chrono::steady_clock::now() + time;
+                               while (UploadQueue::get().isBusy() && watch.goesOn() &&
+                                      std::chrono::steady_clock::now() < end)
+                                   std::this_thread::sleep_for(kLook);
+                           });
+    } catch (const ItemStore::Cancelled&) {
+        // What has arrived is told below.
+    }
+    return UploadQueue::get().entries().empty();
+}
+
+std::wstring ItemhubUtilities::attachSnapshot(const Path& document, const Path& snapshot) const
+{
+    const auto work = Itemhub::WorkFiles::get().find(document);
+    if (!work || !isAuthenticated() || work->account != Session::get().facts().name)
+        return {};
+    return ask(localized("ItemhubUploading", "Uploading to the lifecycle service"),
+               [&](ItemStore& store, const Watch& watch) {
+                   return Strings::widen(Itemhub::Documents::attachSnapshot(store, *work, snapshot, watch));
+               });
 }
 
 void ItemhubUtilities::stop()
 {
+    UploadQueue::get().stop();
+    Itemhub::EventListener::get().stop();
     std::ignore = Session::get().end();
     Itemhub::OwnService::get().stop();
 }

@@ -2,7 +2,7 @@
 
 #include "Server/Itemhub/ItemStore.h"
 #include "Server/Itemhub/ItemhubFavoriteItem.h"
-#include "Server/Itemhub/ItemhubSignIn.h"
+#include "Server/Itemhub/ItemhubSession.h"
 #include "Server/Itemhub/UploadQueuedFileInfo.h"
 
 #include <boost/filesystem/path.hpp>
@@ -31,7 +31,7 @@ class Tasks;
 /// value, path or list.
 ///
 /// Main thread only, but for what is said to be for any thread.
-class ItemhubUtilities
+class ItemhubUtilities : public ItemhubSession
 {
 public:
     using Path = boost::filesystem::path;
@@ -47,56 +47,6 @@ public:
     [[nodiscard]] static std::wstring getItemhub_TM();
     /// By which the notification centre knows what comes from notifyItemhubErrorMessage.
     [[nodiscard]] static std::wstring notificationClientID();
-
-    /// By the user's option, or by the edition of the program.
-    [[nodiscard]] bool ItemhubDisabled() const;
-
-    /// @name Session
-    /// @{
-
-    /// Any thread.
-    [[nodiscard]] bool isAuthenticated() const;
-    /// Signs in by a token: a bearer's if there is no consumer key, else with signed requests (OAuth 1.0a).
-    /// The address may have "?customer=" behind it, which names the tenant. On success ItemhubEventSite hears
-    /// userAuthenticated; nothing is kept for the next run. On failure, which the user is told by
-    /// fireErrorMessage, who was signed in before stays, and the answer is false.
-    bool authenticateWithToken(const std::string& uri, const std::wstring& tenant, const std::wstring& token,
-                               const std::wstring& tokenSecret, const std::wstring& sessionHandle,
-                               const std::wstring& consumerKey, const std::wstring& consumerSecret);
-    /// Signs in; the credentials are kept in the keyring if `keep` says so. False if the person cancelled.
-    /// Where it fails or is cancelled, who was signed in before stays, as in the functions below.
-    bool signIn(const Itemhub::Access& access, bool keep);
-    /// With account and password, for which the service gives a token; nothing keeps the password.
-    bool signInWithPassword(const std::string& address, const std::string& customer,
-                            const std::string& account, const std::string& password, bool keep);
-    /// By the system's browser, which `open` shows an address. ItemhubException with NotFound if the service
-    /// offers no such way.
-    bool signInByBrowser(const std::string& address, const std::string& customer, bool keep,
-                         const std::function<bool(const std::string&)>& open);
-    /// Starts the program's own service, which keeps everything in the profile and ends with the program, and
-    /// signs in to it. It is what the program goes on with in the next run.
-    bool signInToOwnService();
-    /// Goes on with what the last run was signed in to, without asking anybody: with the token of the file
-    /// that QUILLET_ITEMHUB_TOKEN_FILE names (see Itemhub::accessOfTokenFile), the keyring's, or the
-    /// program's own service. False if there is nothing to go on with; throws like signIn.
-    bool resume();
-    /// Uses another system, which `name` tells from others in folders of the disk.
-    void signInTo(std::shared_ptr<Itemhub::ItemStore> store, const std::string& name);
-    /// Ends the session here and at the service, and takes the credentials out of the keyring. What waits to
-    /// be uploaded stays, and goes on when the same account signs in again.
-    void signOut();
-
-    /// What the service calls the user; empty while nobody is signed in.
-    [[nodiscard]] std::wstring accountName() const;
-    [[nodiscard]] std::wstring customer() const;
-    /// The service's address; empty for the program's own, and while nobody is signed in.
-    [[nodiscard]] std::string serviceAddress() const;
-    [[nodiscard]] bool isOwnService() const;
-    /// Whether the service answered the last request.
-    [[nodiscard]] bool isOnline() const;
-    /// Whether the session is there in the next run.
-    [[nodiscard]] bool isKept() const;
-    /// @}
 
     /// @name Items
     /// @{
@@ -206,8 +156,6 @@ public:
 
     /// What threads found out waits here for the main thread, which runs it when it has time.
     [[nodiscard]] static Tasks& results();
-    /// Who knows whether the edition of the program has no lifecycle service; null for nobody.
-    static void editionDisables(std::function<bool()> asked);
     /// Who has a notification centre: takes title, text and notificationClientID(); null for nobody.
     using Notifier = std::function<void(const std::wstring& title, const std::wstring& text,
                                         const std::wstring& clientID)>;
@@ -219,8 +167,6 @@ public:
 private:
     ItemhubUtilities();
     ~ItemhubUtilities();
-    ItemhubUtilities(const ItemhubUtilities&) = delete;
-    ItemhubUtilities& operator=(const ItemhubUtilities&) = delete;
     struct Data;
     std::unique_ptr<Data> m_data;
 };

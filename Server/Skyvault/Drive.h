@@ -1,6 +1,8 @@
 #pragma once
 
-#include "Server/Skyvault/CloudErrorState.h"
+#include "Server/Network/Credentials.h"
+#include "Server/Network/Result.h"
+#include "Server/Network/Watch.h"
 
 #include <chrono>
 #include <cstdint>
@@ -12,16 +14,9 @@
 
 namespace Vs::Cloud {
 
-/// How a request ended.
-struct DriveResult
-{
-    CloudErrorState state = CloudErrorState::Success;
-    /// What, where and why, in English, without any secret; completes the text of the state. Empty if there
-    /// is nothing to add.
-    std::string detail;
-
-    bool isOk() const { return state == CloudErrorState::Success; }
-};
+using DriveResult = Network::Result;
+using DriveWatch = Network::Watch;
+using DriveCredentials = Network::Credentials;
 
 /// A file or folder as the server tells of it.
 struct DriveEntry
@@ -62,13 +57,6 @@ struct DriveTraits
     bool isSafe() const { return locks || refusesStale; }
 };
 
-/// Whoever waits for a request. `progress` is called on the request's thread, some ten times a second, with
-/// the bytes done and in all (0 if unknown); false cancels the request.
-struct DriveWatch
-{
-    std::function<bool(std::uint64_t done, std::uint64_t total)> progress;
-};
-
 /// What a file is written over.
 struct DriveUpload
 {
@@ -79,19 +67,6 @@ struct DriveUpload
     /// With neither `known` nor this, an existing file is refused as Changed. With it, what is there is kept
     /// first: as a version where the server has versions, else as a copy beside it, "name (user date)".
     bool keepOther = false;
-};
-
-/// How a user proves who he is. Secrets are held in memory as long as needed, and stand in no text.
-struct DriveCredentials
-{
-    enum class Kind { None, Password, Bearer };
-    Kind kind = Kind::None;
-    std::string user;
-    std::string secret; ///< A password, best one for this program alone, or an access token.
-    // Of OAuth 2; renewed tokens come back by Drive::credentials.
-    std::string refreshToken;
-    std::string tokenAddress; ///< Where tokens are renewed.
-    std::string client;       ///< By which this program is known there.
 };
 
 /// A drive on a server. All functions wait for the answer, at most a minute without any byte unless told

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/Skyvault/CloudErrorState.h"
+#include "Server/Network/CloudErrorState.h"
 #include "Server/Skyvault/SkyvaultNodeData.h"
 
 #include <boost/filesystem/path.hpp>

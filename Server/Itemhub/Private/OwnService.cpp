@@ -137,6 +137,7 @@ Access OwnService::spawn(const Watch& watch)
         const QJsonObject said =
             QJsonDocument::fromJson(QByteArray::fromStdString(readLine(m_pipe, watch))).object();
         Access access;
+        access.isOwn = true;
         access.address = said["url"].toString().toStdString();
         access.customer = said["customer"].toString().toStdString();
         access.token = said["token"].toString().toStdString();

@@ -5,6 +5,8 @@
 #include <QCryptographicHash>
 #include <QUrl>
 
+#include <boost/filesystem/operations.hpp>
+
 #include <algorithm>
 #include <cctype>
 
@@ -40,6 +42,27 @@ Places::Path Places::ownService()
 Places::Path Places::account(const std::string& name)
 {
     return root() / "accounts" / name;
+}
+
+Places::Path Places::queue(const std::string& name)
+{
+    return account(name) / "queue";
+}
+
+Places::Path Places::contents(const std::string& name)
+{
+    return account(name) / "contents";
+}
+
+std::vector<std::string> Places::accounts()
+{
+    namespace fs = boost::filesystem;
+    std::vector<std::string> names;
+    boost::system::error_code error;
+    for (fs::directory_iterator folder(root() / "accounts", error), end; !error && folder != end;
+         folder.increment(error))
+        names.push_back(folder->path().filename().string());
+    return names;
 }
 
 std::string Places::nameOf(const std::string& address, const std::string& customer,

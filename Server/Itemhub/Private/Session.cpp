@@ -4,6 +4,7 @@
 #include "Server/Base/Task.h"
 #include "Server/Itemhub/ItemhubEvents.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
+#include "Server/Itemhub/Private/SignIn.h"
 #include "Server/Itemhub/Private/Texts.h"
 
 #include <utility>
@@ -73,7 +74,9 @@ void Session::answered(const ItemStore* store, bool wasAnswered)
             return;
         m_isOnline = wasAnswered;
     }
-    ItemhubUtilities::results().post([] {
+    ItemhubUtilities::results().post([wasAnswered] {
+        if (!wasAnswered)
+            SignIn::reviveOwnService();
         ItemhubEvent event;
         ItemhubEventSource::get()->fireSessionChanged(&event);
     });

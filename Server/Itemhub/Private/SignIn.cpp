@@ -8,11 +8,13 @@
 #include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "Server/Itemhub/Private/Ask.h"
+#include "Server/Itemhub/Private/EventListener.h"
 #include "Server/Itemhub/Private/OwnService.h"
 #include "Server/Itemhub/Private/Places.h"
 #include "Server/Itemhub/Private/Session.h"
 #include "Server/Itemhub/Private/Texts.h"
 #include "Server/Itemhub/Private/Transport.h"
+#include "Server/Itemhub/Private/UploadQueue.h"
 
 #include <QUrl>
 #include <QUrlQuery>
@@ -60,9 +62,13 @@ void tellSession()
     ItemhubEventSource::get()->fireSessionChanged(&event);
 }
 
-void begin(std::shared_ptr<ItemStore> store, Session::Facts facts)
+void begin(const std::shared_ptr<ItemStore>& store, const Session::Facts& facts)
 {
-    Session::get().begin(std::move(store), std::move(facts));
+    UploadQueue::get().stop();
+    EventListener::get().stop();
+    Session::get().begin(store, facts);
+    UploadQueue::get().begin();
+    EventListener::get().start(store, facts.account.name);
     ItemhubEvent event;
     ItemhubEventSource::get()->fireUserAuthenticated(&event);
     tellSession();
@@ -138,13 +144,18 @@ try {
     assertMainThread();
     refuseIfDisabled();
     ItemTransport& way = transport();
-    const std::shared_ptr<ItemStore> store = way.store(access);
+    const std::string key = keyOf(access.address, access.customer);
+    const auto keeper = [&way, key, keep](const Access& renewed) {
+        if (keep)
+            way.keep(key, renewed);
+    };
+    const std::shared_ptr<ItemStore> store = way.store(access, keeper);
     Session::Facts facts;
     facts.address = access.address;
     runBeside(title(), [&](const Watch& watch) {
         facts.account = store->account(watch);
         if (keep)
-            way.keep(keyOf(access.address, access.customer), access);
+            way.keep(key, access);
     });
     if (facts.account.customer.empty())
         facts.account.customer = access.customer;
@@ -195,7 +206,7 @@ try {
     facts.name = kOwnAccount;
     facts.isOwn = facts.isKept = true;
     runBeside(localized("ItemhubStarting", "Starting the lifecycle service"), [&](const Watch& watch) {
-        store = way.store(OwnService::get().start(watch));
+        store = way.store(OwnService::get().start(watch), {});
         facts.account = store->account(watch);
     });
     rememberSession(facts);
@@ -203,6 +214,14 @@ try {
     return true;
 } catch (const ItemStore::Cancelled&) {
     return false;
+}
+
+void SignIn::reviveOwnService()
+try {
+    if (Session::get().facts().isOwn && !OwnService::get().isAlive())
+        toOwnService();
+} catch (const std::exception&) {
+    ItemhubUtilities::get()->fireErrorMessage(ItemhubUtilities::currentFailure());
 }
 
 bool SignIn::resume()
@@ -227,13 +246,15 @@ void SignIn::to(std::shared_ptr<ItemStore> store, const std::string& name)
     Session::Facts facts;
     facts.name = Places::nameOf(name, {}, {});
     runBeside(title(), [&](const Watch& watch) { facts.account = store->account(watch); });
-    begin(std::move(store), facts);
+    begin(store, facts);
 }
 
 void SignIn::out()
 {
     assertMainThread();
     const Session::Facts facts = Session::get().facts();
+    UploadQueue::get().stop();
+    EventListener::get().stop();
     const std::shared_ptr<ItemStore> store = Session::get().end();
     if (!store)
         return;

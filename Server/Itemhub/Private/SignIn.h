@@ -22,6 +22,8 @@ bool with(const Access& access, bool keep);
 [[nodiscard]] std::optional<Access> byBrowser(const std::string& address, const std::string& customer,
                                               const std::function<bool(const std::string&)>& open);
 bool toOwnService();
+/// If the session is with the program's own service, and that has ended, starts it again.
+void reviveOwnService();
 bool resume();
 void to(std::shared_ptr<ItemStore> store, const std::string& name);
 void out();

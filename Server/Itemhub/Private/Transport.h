@@ -17,8 +17,9 @@ class ItemTransport
 public:
     virtual ~ItemTransport() = default;
 
-    /// Without asking anybody.
-    [[nodiscard]] virtual std::shared_ptr<ItemStore> store(const Access& access) = 0;
+    /// Without asking anybody. `keeper` is told of renewed credentials, on whichever thread.
+    [[nodiscard]] virtual std::shared_ptr<ItemStore> store(const Access& access,
+                                                           std::function<void(const Access&)> keeper) = 0;
     [[nodiscard]] virtual Access signInByPassword(const Access& where, const std::string& account,
                                                   const std::string& password, const Watch& watch) = 0;
     /// Calls `open` with an address, and waits until the person has finished there, at most 20 minutes.

@@ -1,11 +1,11 @@
 #include "Server/Skyvault/Client/Dav/DavDrive.h"
 
+#include "Server/Network/OAuth.h"
 #include "Server/Skyvault/Client/Dav/Account.h"
 #include "Server/Skyvault/Client/Dav/Comments.h"
 #include "Server/Skyvault/Client/Dav/Download.h"
 #include "Server/Skyvault/Client/Dav/Probe.h"
 #include "Server/Skyvault/Client/Dav/Upload.h"
-#include "Server/Skyvault/Client/SignIn/OAuth.h"
 
 namespace Vs::Cloud {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Server/Skyvault/Client/Http/Address.h"
-#include "Server/Skyvault/Client/Http/Request.h"
+#include "Server/Skyvault/Client/Dav/Address.h"
+#include "Server/Skyvault/Client/Networking.h"
 
 #include <QXmlStreamReader>
 

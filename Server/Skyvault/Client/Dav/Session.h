@@ -1,9 +1,8 @@
 #pragma once
 
+#include "Server/Skyvault/Client/Dav/Address.h"
 #include "Server/Skyvault/Client/Dav/MultiStatus.h"
-#include "Server/Skyvault/Client/Http/Address.h"
-#include "Server/Skyvault/Client/Http/Failure.h"
-#include "Server/Skyvault/Client/Http/Http.h"
+#include "Server/Skyvault/Client/Networking.h"
 
 #include <string>
 #include <vector>

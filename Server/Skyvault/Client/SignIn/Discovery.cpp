@@ -1,11 +1,10 @@
 #include "Server/Skyvault/Client/SignIn/Discovery.h"
 
+#include "Server/Network/OAuth.h"
+#include "Server/Skyvault/Client/Dav/Address.h"
 #include "Server/Skyvault/Client/Dav/MultiStatus.h"
-#include "Server/Skyvault/Client/Http/Address.h"
-#include "Server/Skyvault/Client/Http/Failure.h"
-#include "Server/Skyvault/Client/SignIn/Json.h"
+#include "Server/Skyvault/Client/Networking.h"
 #include "Server/Skyvault/Client/SignIn/LoginFlow.h"
-#include "Server/Skyvault/Client/SignIn/OAuth.h"
 
 namespace Vs::Cloud {
 

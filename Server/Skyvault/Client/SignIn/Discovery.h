@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Server/Skyvault/Client/Http/Http.h"
+#include "Server/Skyvault/Client/Networking.h"
 #include "Server/Skyvault/Drive.h"
 
 #include <QUrl>

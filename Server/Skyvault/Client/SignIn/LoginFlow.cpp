@@ -1,8 +1,7 @@
 #include "Server/Skyvault/Client/SignIn/LoginFlow.h"
 
-#include "Server/Skyvault/Client/Http/Address.h"
-#include "Server/Skyvault/Client/Http/Failure.h"
-#include "Server/Skyvault/Client/SignIn/Json.h"
+#include "Server/Skyvault/Client/Dav/Address.h"
+#include "Server/Skyvault/Client/Networking.h"
 
 #include <chrono>
 #include <thread>

@@ -1,5 +1,4 @@
-#include "Server/Skyvault/Client/Http/Failure.h"
-#include "Server/Skyvault/Client/Http/Http.h"
+#include "Server/Skyvault/Client/Networking.h"
 #include "Server/Skyvault/Client/Transport.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include <cstdint>
+#include <string>
+
+namespace Vs::Itemhub {
+
+/// Takes members out of an answer's object. What is missing, of another type or beyond its measure is a
+/// PayloadException that names it.
+class JsonReader
+{
+public:
+    /// `action` as in Answers.
+    JsonReader(QJsonObject object, std::string action);
+
+    /// A whole number from `lowest` up.
+    [[nodiscard]] std::int64_t number(const char* name, std::int64_t lowest) const;
+    [[nodiscard]] std::int64_t id(const char* name) const { return number(name, 1); }
+    /// 0 where the member is null.
+    [[nodiscard]] std::int64_t idOrNone(const char* name) const;
+    [[nodiscard]] std::string text(const char* name) const;
+    [[nodiscard]] bool flag(const char* name) const;
+    /// 64 hexadecimal digits.
+    [[nodiscard]] std::string sha256(const char* name) const;
+    [[nodiscard]] QJsonArray list(const char* name) const;
+    /// 0 where there is no such member.
+    [[nodiscard]] std::int64_t next() const;
+    [[nodiscard]] const std::string& action() const { return m_action; }
+
+private:
+    [[noreturn]] void refuse(const char* name, const char* wanted) const;
+
+    QJsonObject m_object;
+    std::string m_action;
+};
+
+/// Whether the text has the form of a SHA-256.
+[[nodiscard]] bool isSha256(const QString& text);
+
+} // namespace Vs::Itemhub

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Server/Itemhub/ItemhubSignIn.h"
+#include "Server/Network/Request.h"
+
+#include <QByteArray>
+
+namespace Vs::Itemhub {
+
+/// The header "Authorization" of a request that is signed by OAuth 1.0a (HMAC-SHA256), another one at each
+/// call. `handle` is the session handle where the request asks for a new token; otherwise empty.
+[[nodiscard]] QByteArray signatureOf(const Network::Request& request, const Access& access,
+                                     const std::string& handle = {});
+
+} // namespace Vs::Itemhub

@@ -1,0 +1,107 @@
+#include "Server/Itemhub/Client/Transport.h"
+
+#include "Server/Itemhub/Client/Answers.h"
+#include "Server/Itemhub/Client/Credentials.h"
+#include "Server/Itemhub/Client/HttpStore.h"
+#include "Server/Network/OAuth.h"
+#include "Server/Network/Origin.h"
+
+#include <QJsonDocument>
+
+namespace Vs::Itemhub {
+namespace {
+
+/// What the service lists the token as.
+const auto kLabel = QStringLiteral("Quillet");
+
+QUrl addressOf(const Access& where, const char* path)
+{
+    QUrl url(QString::fromStdString(where.address + path));
+    if (!where.customer.empty())
+        url.setQuery("customer=" +
+                     QString::fromLatin1(QUrl::toPercentEncoding(QString::fromStdString(where.customer))));
+    return url;
+}
+
+} // namespace
+
+std::shared_ptr<ItemStore> Transport::store(const Access& access, std::function<void(const Access&)> keeper)
+{
+    auto store = std::make_shared<HttpStore>(access);
+    store->onRenewed(std::move(keeper));
+    return store;
+}
+
+Access Transport::signInByPassword(const Access& where, const std::string& account,
+                                   const std::string& password, const Watch& watch)
+{
+    const QUrl url = addressOf(where, "tokens");
+    const std::string action = "Signing in at " + Network::hostOf(url);
+    const QJsonObject body{{"account", QString::fromStdString(account)},
+                           {"password", QString::fromStdString(password)},
+                           {"label", kLabel}};
+    Network::Http http({});
+    const Network::Answer answer = http.ask({.method = "POST",
+                                             .url = url,
+                                             .headers = {{"Content-Type", "application/json"}},
+                                             .body = QJsonDocument(body).toJson(QJsonDocument::Compact)},
+                                            watch);
+    const JsonReader given(Answers::object(answer, action), action);
+    Access access = where;
+    access.kind = Access::Kind::Bearer;
+    access.token = given.text("token");
+    access.grantedId = given.id("id");
+    return access;
+}
+
+Access Transport::signInByBrowser(const Access& where, const std::function<bool(const std::string&)>& open,
+                                  const Watch& watch)
+{
+    const QUrl url = addressOf(where, "session");
+    const std::string action = "Signing in at " + Network::hostOf(url);
+    Network::Http http({});
+    const Network::Answer refused = http.ask({.method = "GET", .url = url}, watch);
+    if (refused.status == 0)
+        Answers::check(refused, action);
+    const auto server = Network::findTokenServer(http, QUrl(QString::fromStdString(where.address)),
+                                                 refused.header("WWW-Authenticate"));
+    if (!server)
+        throw Web::ItemhubException(Web::ItemhubException::Kind::NotFound,
+                                    action + " failed: the service has no sign-in page for programs");
+    Network::Credentials given;
+    const Network::Result result = Network::signInByOAuth(*server, open, given, watch);
+    if (result.state == CloudErrorState::Cancelled)
+        throw ItemStore::Cancelled();
+    if (!result.isOk())
+        throw Web::ItemhubException(Web::ItemhubException::Kind::NotSignedIn, result.detail);
+    Access access = where;
+    access.kind = given.refreshToken.empty() ? Access::Kind::Bearer : Access::Kind::Renewed;
+    access.token = given.secret;
+    access.refreshToken = given.refreshToken;
+    access.tokenAddress = given.tokenAddress;
+    access.client = given.client;
+    return access;
+}
+
+void Transport::keep(const std::string& key, const Access& access)
+{
+    keepInKeyring(key, access);
+}
+
+std::optional<Access> Transport::kept(const std::string& key)
+{
+    return keptInKeyring(key);
+}
+
+void Transport::forget(const std::string& key)
+{
+    forgetInKeyring(key);
+}
+
+} // namespace Vs::Itemhub
+
+Vs::Itemhub::ItemTransport* quilletItemTransport()
+{
+    static Vs::Itemhub::Transport transport;
+    return &transport;
+}

@@ -1,0 +1,186 @@
+#include "Server/Itemhub/Private/Documents.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/Base/OwnFiles.h"
+#include "Server/Itemhub/Private/Hash.h"
+#include "Server/Itemhub/Private/Places.h"
+#include "Server/Itemhub/Private/QueueEntry.h"
+#include "Server/Itemhub/Private/SignIn.h"
+
+#include <QString>
+
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+
+namespace Vs::Itemhub {
+
+namespace fs = boost::filesystem;
+
+namespace {
+
+/// Of a name's bytes, so that endings of our own fit behind it.
+constexpr qsizetype kLongestName = 200;
+
+/// Whether the queue has something of the file that isn't given up, and isn't another's turn.
+bool hasUnsent(const WorkFile& work)
+{
+    const std::vector<QueueEntry> entries = QueueEntry::all(work.account);
+    return std::any_of(entries.begin(), entries.end(), [&](const QueueEntry& entry) {
+        return entry.document == work.file && entry.state != QueueEntry::State::Outdated;
+    });
+}
+
+bool hasOutdated(const WorkFile& work)
+{
+    const std::vector<QueueEntry> entries = QueueEntry::all(work.account);
+    return std::any_of(entries.begin(), entries.end(), [&](const QueueEntry& entry) {
+        return entry.document == work.file && entry.state == QueueEntry::State::Outdated;
+    });
+}
+
+/// The content in the cache: fetched, unless the cache has it as it should be.
+fs::path fetched(ItemStore& store, const std::string& account, const Content& content, const Watch& watch)
+{
+    OwnFiles::makeFolder(Places::contents(account));
+    const fs::path file = Places::contents(account) / content.sha256;
+    boost::system::error_code error;
+    // The working files share it, so that somebody may have written into it.
+    if (fs::file_size(file, error) == content.size && !error && hashOf(file, watch) == content.sha256)
+        return file;
+    fs::remove(file, error);
+    store.download(content, file.string(), watch);
+    return file;
+}
+
+/// Puts the content where a working file lies, as a whole.
+void place(const fs::path& content, const fs::path& file)
+{
+    const fs::path beside = file.parent_path() / ".new";
+    boost::system::error_code error;
+    fs::remove(beside, error);
+    // A file system without links.
+    if (::link(content.c_str(), beside.c_str()) != 0)
+        fs::copy_file(content, beside, error);
+    if (error || std::rename(beside.c_str(), file.c_str()) != 0)
+        throw Exception(file.string() + " cannot be written: " +
+                        (error ? error.message() : std::string(std::strerror(errno))));
+}
+
+void note(const WorkFile& work, const Content& content)
+{
+    WorkFiles::get().change(work.file, [&](WorkFile& record) {
+        record.version = content.version;
+        record.sha256 = content.sha256;
+        record.stamp = FileStamp::of(work.file);
+    });
+}
+
+/// Of the files that are here, the one to go on with; nothing if the newest version needs one of its own.
+std::optional<WorkFile> usable(const std::string& account, const Content& content,
+                               const std::function<bool(const fs::path&)>& isOpen)
+{
+    std::optional<WorkFile> older;
+    for (const WorkFile& work : WorkFiles::get().all(account)) {
+        if (work.attachmentId != content.attachmentId || hasOutdated(work))
+            continue;
+        const bool isHere = FileStamp::of(work.file).exists();
+        if (isHere && (hasUnsent(work) || work.isChanged() || work.version == content.version))
+            return work;
+        if (!isHere || !isOpen(work.file))
+            older = work;
+    }
+    return older;
+}
+
+} // namespace
+
+std::string Documents::fileName(const std::string& typed, const std::string& extension)
+{
+    QString name = QString::fromStdString(typed).simplified();
+    for (QChar& c : name)
+        if (c == '/' || c == '\\' || !c.isPrint())
+            c = '_';
+    while (name.toUtf8().size() > kLongestName)
+        name.chop(1);
+    if (name.startsWith('.'))
+        name[0] = '_';
+    if (name.isEmpty())
+        name = QStringLiteral("_");
+    return name.toStdString() + extension;
+}
+
+Documents::Path Documents::addNewItem(ItemStore& store, const std::string& account, NewItem wanted,
+                                      const std::string& key, const std::string& extension,
+                                      const std::string& docType, const Watch& watch)
+{
+    if (wanted.workspaceId == 0) {
+        const std::vector<Web::Workspace> all = store.workspaces(watch);
+        const auto first =
+            std::find_if(all.begin(), all.end(), [](const Web::Workspace& each) { return each.mayWrite(); });
+        if (first == all.end())
+            throw Web::ItemhubException(Web::ItemhubException::Kind::Forbidden,
+                                        "There is no workspace in which this account may make items");
+        wanted.workspaceId = first->id();
+    }
+    const Web::Item made = store.addItem(wanted, key, watch);
+    WorkFile work;
+    work.account = account;
+    work.workspaceId = made.workspaceId();
+    work.itemId = made.id();
+    work.docType = docType;
+    return WorkFiles::get().make(work, fileName(wanted.caption, extension)).file;
+}
+
+Documents::Path Documents::download(ItemStore& store, const std::string& account, const std::string& uri,
+                                    const std::function<bool(const Path&)>& isOpen, const Watch& watch)
+{
+    const Content content = store.content(uri, watch);
+    if (content.version == 0)
+        return {};
+    std::optional<WorkFile> work = usable(account, content, isOpen);
+    if (work && FileStamp::of(work->file).exists() &&
+        (work->version == content.version || hasUnsent(*work) || work->isChanged()))
+        return work->file;
+    const Path cached = fetched(store, account, content, watch);
+    if (!work) {
+        WorkFile values;
+        values.account = account;
+        values.workspaceId = content.workspaceId;
+        values.itemId = content.itemId;
+        values.attachmentId = content.attachmentId;
+        values.docType = content.docType;
+        work = WorkFiles::get().make(values, content.file);
+    }
+    place(cached, work->file);
+    note(*work, content);
+    return work->file;
+}
+
+std::string Documents::attachSnapshot(ItemStore& store, const WorkFile& work, const Path& snapshot,
+                                      const Watch& watch)
+{
+    const std::string hash = hashOf(snapshot, watch);
+    const std::string upload = store.beginUpload(fs::file_size(snapshot), hash, watch);
+    store.upload(upload, snapshot.string(), 0, watch);
+    const MadeVersion made = store.addVersion(
+        {.itemId = work.itemId,
+         .attachmentId = 0,
+         .name = fileName(work.file.stem().string() + " (recovery)", work.file.extension().string()),
+         .docType = work.docType,
+         .upload = upload,
+         .label = {},
+         .madeFrom = 0,
+         .key = SignIn::newKey()},
+        watch);
+    for (const Web::Attachment& attachment : store.attachments(work.itemId, watch))
+        if (attachment.id() == made.attachmentId)
+            return attachment.uri();
+    return {};
+}
+
+} // namespace Vs::Itemhub

@@ -1,0 +1,54 @@
+#include "Server/Itemhub/Private/SaveListener.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/DataModel/Document.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
+#include "Server/Itemhub/Private/UploadQueue.h"
+
+namespace Vs::Itemhub {
+
+SaveListener::SaveListener()
+{
+    DocumentEventSource::get()->subscribe(this);
+}
+
+SaveListener::~SaveListener()
+{
+    DocumentEventSource::get()->unsubscribe(this);
+}
+
+void SaveListener::label(const boost::filesystem::path& file, const std::string& label)
+{
+    m_labels[file.lexically_normal()] = label;
+}
+
+void SaveListener::documentSaved(DocumentEvent* event)
+{
+    queue(event->document());
+}
+
+void SaveListener::documentUpdated(DocumentEvent* event)
+{
+    queue(event->document());
+}
+
+void SaveListener::queue(const Document* document)
+{
+    if (!document || !document->isOnDisk())
+        return;
+    const std::optional<WorkFile> work = WorkFiles::get().find(document->path());
+    // Of a save, the first event finds a change, and the others none.
+    if (!work || !work->isChanged())
+        return;
+    const auto label = m_labels.find(work->file);
+    try {
+        UploadQueue::get().add(*work, label == m_labels.end() ? std::string() : label->second, false);
+    } catch (const Exception& error) {
+        // The file itself is saved; the next sign-in finds it.
+        ItemhubUtilities::get()->fireErrorMessage(error.message());
+    }
+    if (label != m_labels.end())
+        m_labels.erase(label);
+}
+
+} // namespace Vs::Itemhub

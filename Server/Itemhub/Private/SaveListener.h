@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Server/DataModel/DocumentEvents.h"
+
+#include <boost/filesystem/path.hpp>
+
+#include <map>
+#include <string>
+
+namespace Vs::Itemhub {
+
+/// Queues every save of an item's document, before the save returns. Main thread only.
+class SaveListener : public DocumentEventSite
+{
+public:
+    SaveListener();
+    ~SaveListener() override;
+
+    /// Of the next save of that file.
+    void label(const boost::filesystem::path& file, const std::string& label);
+
+    void documentSaved(DocumentEvent* event) override;
+    /// A save under another name tells no more than this.
+    void documentUpdated(DocumentEvent* event) override;
+
+private:
+    void queue(const Document* document);
+
+    std::map<boost::filesystem::path, std::string> m_labels;
+};
+
+} // namespace Vs::Itemhub

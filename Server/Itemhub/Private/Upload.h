@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Server/Itemhub/Private/QueueEntry.h"
+
+#include <string>
+
+namespace Vs::Itemhub {
+
+/// Brings one entry of the queue to the service, step by step. Each step's outcome is in the entry's record
+/// before the next one begins, so that a kill at any point repeats nothing that the service would do twice.
+class Upload
+{
+public:
+    /// `account` is the user's name at the service.
+    Upload(QueueEntry& entry, ItemStore& store, std::string account, const Watch& watch);
+
+    /// Returns when the version is there, and the working file's record says so. Throws as ItemStore does,
+    /// and Vs::Exception for files of this machine.
+    void run();
+
+private:
+    /// False for a content that the service has already, and that nobody wants to have as a version.
+    [[nodiscard]] bool isWanted();
+    void hash();
+    void sendContent();
+    void prepareRequest();
+    [[nodiscard]] MadeVersion post();
+    [[nodiscard]] MadeVersion postOnTop(const Web::Version& latest);
+    /// The version that an earlier run of this request has made, if it has.
+    [[nodiscard]] std::optional<MadeVersion> madeBefore();
+    [[nodiscard]] bool isOurs(const Web::Version& version) const;
+    void beginAnew();
+    void finish(const MadeVersion& made);
+
+    QueueEntry& m_entry;
+    ItemStore& m_store;
+    const std::string m_account;
+    const Watch& m_watch;
+};
+
+} // namespace Vs::Itemhub

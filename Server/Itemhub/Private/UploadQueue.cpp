@@ -1,0 +1,372 @@
+#include "Server/Itemhub/Private/UploadQueue.h"
+
+#include "Server/Base/Exception.h"
+#include "Server/Base/Strings.h"
+#include "Server/Base/Task.h"
+#include "Server/Itemhub/ItemhubEvents.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
+#include "Server/Itemhub/Private/Places.h"
+#include "Server/Itemhub/Private/QueueLock.h"
+#include "Server/Itemhub/Private/Session.h"
+#include "Server/Itemhub/Private/SignIn.h"
+#include "Server/Itemhub/Private/Texts.h"
+#include "Server/Itemhub/Private/Upload.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+namespace Vs::Itemhub {
+namespace {
+
+using Kind = Web::ItemhubException::Kind;
+using State = QueueEntry::State;
+
+constexpr std::chrono::seconds kLongestPause{300};
+/// While another run of the program uploads.
+constexpr std::chrono::seconds kUntilUnlocked{5};
+/// A page between here and the service may answer in its place for a while.
+constexpr int kMostNonsense = 5;
+
+void tellState(const boost::filesystem::path& document)
+{
+    ItemhubUtilities::results().post([document] {
+        ItemhubUploadEvent event(document);
+        ItemhubEventSource::get()->fireUploadStateChanged(&event);
+    });
+}
+
+void tellRecovery()
+{
+    ItemhubUtilities::results().post([] {
+        ItemhubEvent event;
+        ItemhubEventSource::get()->fireRecoveryMessage(&event);
+    });
+}
+
+/// Who made the newer version, and when, for the person.
+std::string outdatedText(const QueueEntry& entry, const Web::Version& latest)
+{
+    const QDateTime at =
+        QDateTime::fromString(QString::fromStdString(latest.createdAt), Qt::ISODateWithMs).toLocalTime();
+    const std::wstring when = QLocale().toString(at, QLocale::ShortFormat).toStdWString();
+    const std::wstring name = entry.document.filename().wstring();
+    if (latest.author.empty())
+        return Strings::narrow(localizedFormat(
+            "ItemhubOutdated", "There is a newer version of %1% at the lifecycle service.", name));
+    return Strings::narrow(localizedFormat(
+        "ItemhubOutdatedBy", "%1% made version %2% of %3% on %4%, while you worked on an older one.",
+        Strings::widen(latest.author), latest.number, name, when));
+}
+
+/// Whether the service may answer the same request otherwise later.
+bool isPassing(Kind kind)
+{
+    return kind == Kind::Busy || kind == Kind::NotSignedIn;
+}
+
+} // namespace
+
+UploadQueue& UploadQueue::get()
+{
+    static auto* const queue = new UploadQueue;
+    return *queue;
+}
+
+void UploadQueue::add(const WorkFile& work, const std::string& label, bool isFound)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        const FileStamp now = FileStamp::of(work.file);
+        const std::vector<QueueEntry> entries = QueueEntry::all(work.account);
+        const auto queued = std::find_if(entries.begin(), entries.end(), [&](const QueueEntry& entry) {
+            return entry.document == work.file && FileStamp::of(entry.link) == now;
+        });
+        QueueEntry entry;
+        if (queued != entries.end())
+            entry = *queued;
+        if (queued == entries.end()) {
+            entry.serial = entries.empty() ? 0 : entries.back().serial;
+            entry.account = work.account;
+            entry.document = work.file;
+            entry.itemId = work.itemId;
+            entry.label = label;
+            entry.key = SignIn::newKey();
+            entry.isFound = isFound;
+            entry.create();
+        } else if (!isFound && !entry.isPosted) {
+            // Found on the disk between the save and its report.
+            entry.label = label;
+            entry.isFound = false;
+            entry.write();
+        }
+        WorkFiles::get().change(work.file, [&](WorkFile& record) { record.stamp = now; });
+    }
+    tellState(work.file);
+    wake();
+}
+
+void UploadQueue::begin()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_scans = true;
+        m_toldOfSignIn = false;
+    }
+    wake();
+}
+
+void UploadQueue::wake()
+{
+    const std::lock_guard lock(m_mutex);
+    m_pausedUntil.reset();
+    m_nextPause = std::chrono::seconds(1);
+    m_isWoken = true;
+    m_ends = false;
+    if (!m_thread.joinable() && Session::get().store()) {
+        m_cancelled = false;
+        m_thread = std::thread([this] { loop(); });
+    }
+    m_changed.notify_all();
+}
+
+void UploadQueue::stop()
+{
+    std::thread thread;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ends = true;
+        m_cancelled = true;
+        m_changed.notify_all();
+        thread.swap(m_thread);
+    }
+    if (thread.joinable())
+        thread.join();
+}
+
+void UploadQueue::loop()
+{
+    std::unique_lock lock(m_mutex);
+    while (!m_ends) {
+        m_isWoken = false;
+        if (std::exchange(m_scans, false)) {
+            lock.unlock();
+            queueFound();
+            lock.lock();
+        }
+        const bool isPaused = m_pausedUntil && Clock::now() < *m_pausedUntil;
+        if (!isPaused && !m_ends && next()) {
+            lock.unlock();
+            const bool goesOn = uploadNext();
+            lock.lock();
+            if (!goesOn)
+                pause();
+            continue;
+        }
+        const auto isWanted = [this] { return m_ends || m_isWoken; };
+        if (m_pausedUntil)
+            m_changed.wait_until(lock, *m_pausedUntil, isWanted);
+        else
+            m_changed.wait(lock, isWanted);
+        if (m_pausedUntil && Clock::now() >= *m_pausedUntil)
+            m_pausedUntil.reset();
+    }
+}
+
+void UploadQueue::pause()
+{
+    if (m_isWoken)
+        return;
+    m_pausedUntil = Clock::now() + m_nextPause;
+    m_nextPause = std::min(2 * m_nextPause, kLongestPause);
+}
+
+std::optional<QueueEntry> UploadQueue::next() const
+{
+    if (!Session::get().store())
+        return std::nullopt;
+    std::set<Path> waiting;
+    for (QueueEntry& entry : QueueEntry::all(Session::get().facts().name)) {
+        if (waiting.contains(entry.document))
+            continue;
+        if (entry.state == State::Waiting)
+            return std::move(entry);
+        waiting.insert(entry.document);
+    }
+    return std::nullopt;
+}
+
+bool UploadQueue::uploadNext()
+{
+    const std::shared_ptr<ItemStore> store = Session::get().store();
+    if (!store)
+        return false;
+    const QueueLock only(Places::queue(Session::get().facts().name));
+    if (!only.isHeld()) {
+        const std::lock_guard lock(m_mutex);
+        m_nextPause = kUntilUnlocked;
+        return false;
+    }
+    std::optional<QueueEntry> entry;
+    {
+        const std::lock_guard lock(m_mutex);
+        entry = next();
+        if (!entry)
+            return true;
+        m_uploading = entry->link;
+    }
+    tellState(entry->document);
+    const Outcome outcome = upload(*entry, store);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_uploading.clear();
+        if (outcome == Outcome::Done) {
+            entry->remove();
+            m_nextPause = std::chrono::seconds(1);
+        }
+    }
+    tellState(entry->document);
+    return outcome != Outcome::Later;
+}
+
+UploadQueue::Outcome UploadQueue::upload(QueueEntry& entry, const std::shared_ptr<ItemStore>& store)
+try {
+    const Watch watch{[this](auto, auto) { return !m_cancelled; }};
+    Upload(entry, *store, Session::get().facts().account.name, watch).run();
+    Session::get().answered(store.get(), true);
+    m_nonsense = 0;
+    return Outcome::Done;
+} catch (const ItemStore::Cancelled&) {
+    return Outcome::Later;
+} catch (const Web::ConnectionException&) {
+    Session::get().answered(store.get(), false);
+    return Outcome::Later;
+} catch (const Web::PayloadException& error) {
+    return ++m_nonsense < kMostNonsense ? Outcome::Later : failed(entry, State::Failed, error.what());
+} catch (const Web::ItemhubException& error) {
+    Session::get().answered(store.get(), true);
+    if (error.kind() == Kind::NotSignedIn)
+        tellOfSignIn(error.message());
+    if (isPassing(error.kind()))
+        return Outcome::Later;
+    if (error.kind() != Kind::Outdated)
+        return failed(entry, State::Failed, error.what());
+    return failed(entry, State::Outdated, outdatedText(entry, error.latest()));
+} catch (const std::exception& error) {
+    return failed(entry, State::Failed, error.what());
+}
+
+void UploadQueue::tellOfSignIn(const std::wstring& message)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (std::exchange(m_toldOfSignIn, true))
+            return;
+    }
+    ItemhubUtilities::get()->fireErrorMessage(message);
+}
+
+UploadQueue::Outcome UploadQueue::failed(QueueEntry& entry, State state, const std::string& reason)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        entry.state = state;
+        entry.reason = reason;
+        m_nonsense = 0;
+        try {
+            entry.write();
+        } catch (const Exception&) {
+            // A full disk: it fails again, and is told again, after the pause.
+            return Outcome::Later;
+        }
+    }
+    ItemhubUtilities::get()->fireErrorMessage(Strings::widen(reason));
+    tellRecovery();
+    return Outcome::Given;
+}
+
+void UploadQueue::queueFound()
+{
+    if (!Session::get().store())
+        return;
+    for (const WorkFile& work : WorkFiles::get().all(Session::get().facts().name)) {
+        if (!work.isChanged())
+            continue;
+        try {
+            add(work, {}, true);
+        } catch (const Exception& error) {
+            ItemhubUtilities::get()->fireErrorMessage(error.message());
+        }
+    }
+}
+
+std::vector<QueueEntry> UploadQueue::entries() const
+{
+    const std::lock_guard lock(m_mutex);
+    std::vector<QueueEntry> entries;
+    for (const std::string& account : Places::accounts())
+        for (QueueEntry& entry : QueueEntry::all(account)) {
+            if (entry.link == m_uploading)
+                entry.state = State::Uploading;
+            entries.push_back(std::move(entry));
+        }
+    return entries;
+}
+
+std::optional<QueueEntry> UploadQueue::find(const Path& link) const
+{
+    const std::vector<std::string> accounts = Places::accounts();
+    const bool isQueue = std::any_of(accounts.begin(), accounts.end(), [&](const std::string& account) {
+        return link.parent_path() == Places::queue(account);
+    });
+    return isQueue ? QueueEntry::read(Path(link).replace_extension(".json")) : std::nullopt;
+}
+
+bool UploadQueue::retry(const Path& link)
+{
+    Path document;
+    {
+        const std::lock_guard lock(m_mutex);
+        std::optional<QueueEntry> entry = find(link);
+        if (!entry)
+            return false;
+        document = entry->document;
+        if (entry->state != State::Waiting) {
+            entry->onTop = entry->state == State::Outdated;
+            // What was refused may be a request that the service would only refuse again.
+            entry->isPosted = entry->isPosted && entry->onTop;
+            entry->state = State::Waiting;
+            entry->reason.clear();
+            entry->write();
+        }
+    }
+    tellState(document);
+    wake();
+    return true;
+}
+
+void UploadQueue::giveUp(const Path& link)
+{
+    Path document;
+    {
+        const std::lock_guard lock(m_mutex);
+        const std::optional<QueueEntry> entry = find(link);
+        if (!entry || entry->state == State::Waiting)
+            return;
+        document = entry->document;
+        entry->remove();
+    }
+    tellState(document);
+    wake();
+}
+
+bool UploadQueue::isBusy() const
+{
+    const std::lock_guard lock(m_mutex);
+    return Session::get().store() && (!m_uploading.empty() || m_scans || next().has_value());
+}
+
+} // namespace Vs::Itemhub

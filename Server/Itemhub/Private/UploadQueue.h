@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Server/Itemhub/Private/QueueEntry.h"
+#include "Server/Itemhub/Private/WorkFiles.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace Vs::Itemhub {
+
+/// The saves that are to become versions, on the disk, and the one thread that uploads those of the signed-in
+/// account: in their order for each document, while a document whose turn has failed keeps no other one
+/// waiting. Any thread. What happens is told on the main one.
+class UploadQueue
+{
+public:
+    using Path = boost::filesystem::path;
+
+    static UploadQueue& get();
+
+    /// Queues what the working file holds now. When it returns, nothing of that is lost any more. Does
+    /// nothing for a content that is queued already. Throws Vs::Exception.
+    void add(const WorkFile& work, const std::string& label, bool isFound);
+    /// Somebody has signed in: looks for saves that nobody has queued, and uploads.
+    void begin();
+    /// Ends a pause.
+    void wake();
+    /// Ends the thread; the upload that runs goes on in the next run, or at the next wake().
+    void stop();
+
+    [[nodiscard]] std::vector<QueueEntry> entries() const;
+    /// Puts a failed entry, named by its link, back into the queue; false if it isn't there.
+    bool retry(const Path& link);
+    /// Removes a failed entry.
+    void giveUp(const Path& link);
+    /// Whether something of the signed-in account waits or is on its way.
+    [[nodiscard]] bool isBusy() const;
+
+private:
+    using Clock = std::chrono::steady_clock;
+    enum class Outcome { Done, Later, Given };
+
+    UploadQueue() = default;
+    void loop();
+    [[nodiscard]] std::optional<QueueEntry> next() const;
+    [[nodiscard]] bool uploadNext();
+    [[nodiscard]] Outcome upload(QueueEntry& entry, const std::shared_ptr<ItemStore>& store);
+    [[nodiscard]] Outcome failed(QueueEntry& entry, QueueEntry::State state, const std::string& reason);
+    void tellOfSignIn(const std::wstring& message);
+    void queueFound();
+    void pause();
+    [[nodiscard]] std::optional<QueueEntry> find(const Path& link) const;
+
+    mutable std::mutex m_mutex; ///< Of the members below and of the folder.
+    std::condition_variable m_changed;
+    std::thread m_thread;
+    bool m_ends = false, m_isWoken = false, m_scans = false;
+    bool m_toldOfSignIn = false; ///< That the service no longer takes the token.
+    std::optional<Clock::time_point> m_pausedUntil;
+    std::chrono::seconds m_nextPause{1};
+    int m_nonsense = 0; ///< Answers that made no sense, one after the other.
+    std::atomic<bool> m_cancelled = false;
+    Path m_uploading;
+};
+
+} // namespace Vs::Itemhub

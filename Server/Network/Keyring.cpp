@@ -1,0 +1,139 @@
+#include "Server/Network/Keyring.h"
+
+#include <QThread>
+#include <qt6keychain/keychain.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace Vs::Network {
+
+namespace {
+
+constexpr std::chrono::seconds kPatience{120};
+const auto kService = QStringLiteral("Quillet");
+
+/// The library hands its jobs through one queue, which belongs to the thread that made the first; so all of
+/// them are made on this one.
+class KeyringThread
+{
+public:
+    static KeyringThread& get()
+    {
+        static KeyringThread thread;
+        return thread;
+    }
+    QObject* place() { return &m_place; }
+
+private:
+    KeyringThread()
+    {
+        m_thread.setObjectName("keyring");
+        m_place.moveToThread(&m_thread);
+        m_thread.start();
+    }
+    ~KeyringThread()
+    {
+        m_thread.quit();
+        m_thread.wait();
+    }
+
+    QThread m_thread;
+    QObject m_place;
+};
+
+struct Outcome
+{
+    QKeychain::Error error = QKeychain::NoError;
+    QString message, text;
+};
+
+/// What a job came to, which may be after whoever waits for it has given up.
+struct Waiting
+{
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::optional<Outcome> outcome;
+};
+
+template <class JobType, class Prepare, class Text>
+Outcome run(const std::string& key, Prepare prepare, Text text)
+{
+    const auto waiting = std::make_shared<Waiting>();
+    QMetaObject::invokeMethod(KeyringThread::get().place(), [=] {
+        auto* const job = new JobType(kService);
+        job->setKey(QString::fromStdString(key));
+        job->setInsecureFallback(false);
+        prepare(*job);
+        QObject::connect(job, &QKeychain::Job::finished, [waiting, text](QKeychain::Job* done) {
+            const std::lock_guard lock(waiting->mutex);
+            waiting->outcome = {done->error(), done->errorString(), text(static_cast<JobType&>(*done))};
+            waiting->changed.notify_all();
+        });
+        job->start();
+    });
+    std::unique_lock lock(waiting->mutex);
+    if (!waiting->changed.wait_for(lock, kPatience, [&] { return waiting->outcome.has_value(); }))
+        return {QKeychain::OtherError, QStringLiteral("no answer within two minutes"), {}};
+    return *waiting->outcome;
+}
+
+template <class JobType>
+QString noText(JobType&)
+{
+    return {};
+}
+
+Result resultOf(const Outcome& outcome, const char* action)
+{
+    const auto failed = [&](CloudErrorState state, const std::string& why) {
+        return Result{state, std::string(action) + " failed: " + why};
+    };
+    switch (outcome.error) {
+    case QKeychain::NoError:
+        return {};
+    case QKeychain::EntryNotFound:
+        return failed(CloudErrorState::NotFound, "the keyring has none");
+    case QKeychain::NoBackendAvailable:
+        return failed(CloudErrorState::CacheFailed, "no keyring runs in this session");
+    case QKeychain::AccessDeniedByUser:
+        return failed(CloudErrorState::CacheFailed, "the keyring was not unlocked");
+    default:
+        break;
+    }
+    // The library has no code for a bus or a keyring that isn't there, only the bus's own words.
+    const std::string why = outcome.message.toStdString();
+    return failed(CloudErrorState::CacheFailed, "the desktop's keyring could not be used" +
+                                                    (why.empty() ? std::string() : " (" + why + ")"));
+}
+
+} // namespace
+
+Result keepInKeyring(const std::string& key, const std::string& text)
+{
+    const auto outcome = run<QKeychain::WritePasswordJob>(
+        key, [text](auto& job) { job.setTextData(QString::fromStdString(text)); },
+        noText<QKeychain::WritePasswordJob>);
+    return resultOf(outcome, "Keeping the credentials in the keyring");
+}
+
+Result keptInKeyring(const std::string& key, std::string& text)
+{
+    const auto outcome = run<QKeychain::ReadPasswordJob>(
+        key, [](auto&) {}, [](auto& job) { return job.textData(); });
+    text = outcome.text.toStdString();
+    return resultOf(outcome, "Reading the credentials from the keyring");
+}
+
+Result forgetInKeyring(const std::string& key)
+{
+    const auto outcome = run<QKeychain::DeletePasswordJob>(
+        key, [](auto&) {}, noText<QKeychain::DeletePasswordJob>);
+    Result result = resultOf(outcome, "Taking the credentials out of the keyring");
+    return result.state == CloudErrorState::NotFound ? Result() : result;
+}
+
+} // namespace Vs::Network

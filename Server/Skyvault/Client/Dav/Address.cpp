@@ -1,0 +1,94 @@
+#include "Server/Skyvault/Client/Dav/Address.h"
+
+namespace Vs::Cloud {
+
+namespace {
+
+/// The names of a path as it travels, decoded. Nothing stands between two slashes but in a path that leads
+/// nowhere, save at its end.
+std::optional<QByteArrayList> namesOf(const QUrl& url)
+{
+    QByteArrayList names;
+    QByteArray path = url.path(QUrl::FullyEncoded).toLatin1();
+    if (path.endsWith('/'))
+        path.chop(1);
+    if (path.isEmpty())
+        return names;
+    if (!path.startsWith('/'))
+        return std::nullopt;
+    for (const QByteArray& name : path.mid(1).split('/'))
+        names.append(QByteArray::fromPercentEncoding(name));
+    return names;
+}
+
+} // namespace
+
+Address::Address(QUrl root) : m_root(std::move(root))
+{
+    QString path = m_root.path(QUrl::FullyEncoded);
+    while (path.endsWith('/'))
+        path.chop(1);
+    m_root.setPath(path, QUrl::TolerantMode);
+    m_root.setQuery(QString());
+    m_root.setFragment(QString());
+    m_root.setUserInfo(QString());
+    m_names = namesOf(m_root).value_or(QByteArrayList());
+}
+
+QUrl Address::of(const std::string& path, bool folder) const
+{
+    QByteArray encoded = m_root.path(QUrl::FullyEncoded).toLatin1();
+    encoded += QByteArray::fromStdString(path).toPercentEncoding("/");
+    if (folder && !encoded.endsWith('/'))
+        encoded += '/';
+    QUrl url = m_root;
+    url.setPath(QString::fromLatin1(encoded), QUrl::TolerantMode);
+    return url;
+}
+
+std::optional<std::string> Address::pathOf(const QByteArray& reference) const
+{
+    const QUrl url = QUrl::fromEncoded(reference.trimmed(), QUrl::TolerantMode);
+    if (!url.isValid() ||
+        (!url.host().isEmpty() && url.host().compare(m_root.host(), Qt::CaseInsensitive) != 0))
+        return std::nullopt;
+    const auto names = namesOf(url);
+    if (!names || names->size() < m_names.size() ||
+        !std::equal(m_names.begin(), m_names.end(), names->begin()))
+        return std::nullopt;
+    std::string path;
+    for (qsizetype i = m_names.size(); i < names->size(); ++i) {
+        if (!isFileName(names->at(i)))
+            return std::nullopt;
+        path += '/' + names->at(i).toStdString();
+    }
+    return path.empty() ? "/" : path;
+}
+
+std::string parentOf(const std::string& path)
+{
+    const size_t slash = path.find_last_of('/');
+    return slash == path.npos || slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string nameOf(const std::string& path)
+{
+    return path.substr(path.find_last_of('/') + 1);
+}
+
+std::string joined(const std::string& folder, const std::string& name)
+{
+    return (folder == "/" ? "" : folder) + '/' + name;
+}
+
+bool isDrivePath(const std::string& path)
+{
+    if (path == "/")
+        return true;
+    if (path.empty() || path.front() != '/')
+        return false;
+    const QByteArrayList names = QByteArray::fromStdString(path.substr(1)).split('/');
+    return std::all_of(names.begin(), names.end(), isFileName);
+}
+
+} // namespace Vs::Cloud

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Server/Network/Failure.h"
+#include "Server/Network/Http.h"
+#include "Server/Network/Json.h"
+#include "Server/Network/Origin.h"
+#include "Server/Skyvault/Drive.h"
+
+namespace Vs::Cloud {
+
+// This library's files speak of requests all the time.
+using namespace Network;
+
+} // namespace Vs::Cloud
