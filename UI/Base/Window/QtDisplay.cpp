@@ -7,6 +7,7 @@
 #include "UI/Base/Program/About.h"
 #include "UI/Base/Window/CanvasWidget.h"
 #include "UI/Base/Window/DesktopNotifications.h"
+#include "UI/Base/Window/LabelDialog.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/PreferencesDialog.h"
 #include "UI/Base/Window/QtIcon.h"
@@ -120,6 +121,15 @@ void QtDisplay::pointer(const Vs::CursorResource* pointer)
         QGuiApplication::restoreOverrideCursor();
     if (pointer)
         QGuiApplication::setOverrideCursor(cursorOf(*pointer));
+}
+
+bool QtDisplay::askLabel(std::wstring& label, int longest, QWidget* parent)
+{
+    LabelDialog dialog(QString::fromStdWString(label), longest, parent);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    label = dialog.label().toStdWString();
+    return true;
 }
 
 void QtDisplay::showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent)

@@ -29,6 +29,7 @@ public:
     {
         return QtDialogs::askFileNames(request, start, parent);
     }
+    bool askLabel(std::wstring& label, int longest, QWidget* parent) override;
     void showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent) override;
     void showPreferences(QWidget* parent) override;
 

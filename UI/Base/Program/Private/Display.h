@@ -137,6 +137,8 @@ public:
     /// Empty if the person cancelled. `start` is a folder or a proposed file.
     [[nodiscard]] virtual std::vector<std::wstring>
     askFileNames(const FileDialog::Request& request, const std::wstring& start, QWidget* parent) = 0;
+    /// Asks for the label of a version, of at most so many letters. False if the person cancelled.
+    [[nodiscard]] virtual bool askLabel(std::wstring& label, int longest, QWidget* parent) = 0;
     virtual void showAbout(const std::wstring& title, const std::wstring& text, QWidget* parent) = 0;
     /// Returns when the dialog is closed.
     virtual void showPreferences(QWidget* parent) = 0;

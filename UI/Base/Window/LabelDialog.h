@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QDialog>
+
+class QLineEdit;
+class QPushButton;
+
+namespace Vu {
+
+/// Asks for the label of a version, in one line.
+class LabelDialog : public QDialog
+{
+public:
+    LabelDialog(const QString& proposal, int longest, QWidget* parent);
+
+    /// Without blanks around it; not empty in a dialog that was accepted.
+    QString label() const;
+
+private:
+    void refresh();
+
+    QLineEdit* m_label;
+    QPushButton* m_mark;
+};
+
+} // namespace Vu
