@@ -22,6 +22,11 @@ int portOf(const QUrl& url)
     return url.port(url.scheme() == QLatin1String("https") ? 443 : 80);
 }
 
+bool isAscii(const QByteArray& text)
+{
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+}
+
 } // namespace
 
 bool isProtected(const QUrl& url)
@@ -53,9 +58,11 @@ bool isFileName(const QByteArray& name)
         const auto byte = static_cast<unsigned char>(c);
         return byte < 0x20 || byte == 0x7f || c == '/' || c == '\\';
     });
+    if (!clean || isAscii(name))
+        return clean;
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(name);
-    return clean && !decoder.hasError() && !text.contains(QChar(0x2028)) && !text.contains(QChar(0x202e));
+    return !decoder.hasError() && !text.contains(QChar(0x2028)) && !text.contains(QChar(0x202e));
 }
 
 } // namespace Vs::Network

@@ -4,12 +4,22 @@ namespace Vs::Cloud {
 
 namespace {
 
+/// Whether it is a path that means itself, as most do in a long listing.
+bool isPlainPath(const QByteArray& reference)
+{
+    const auto isPlain = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '/' ||
+               c == '.' || c == '-' || c == '_' || c == '~';
+    };
+    return reference.startsWith('/') && !reference.startsWith("//") &&
+           std::all_of(reference.begin(), reference.end(), isPlain);
+}
+
 /// The names of a path as it travels, decoded. Nothing stands between two slashes but in a path that leads
 /// nowhere, save at its end.
-std::optional<QByteArrayList> namesOf(const QUrl& url)
+std::optional<QByteArrayList> namesOf(QByteArray path)
 {
     QByteArrayList names;
-    QByteArray path = url.path(QUrl::FullyEncoded).toLatin1();
     if (path.endsWith('/'))
         path.chop(1);
     if (path.isEmpty())
@@ -19,6 +29,11 @@ std::optional<QByteArrayList> namesOf(const QUrl& url)
     for (const QByteArray& name : path.mid(1).split('/'))
         names.append(QByteArray::fromPercentEncoding(name));
     return names;
+}
+
+std::optional<QByteArrayList> namesOf(const QUrl& url)
+{
+    return namesOf(url.path(QUrl::FullyEncoded).toLatin1());
 }
 
 } // namespace
@@ -46,13 +61,18 @@ QUrl Address::of(const std::string& path, bool folder) const
     return url;
 }
 
+std::optional<QByteArrayList> Address::namesIn(const QByteArray& reference) const
+{
+    if (isPlainPath(reference))
+        return namesOf(reference);
+    const QUrl url = QUrl::fromEncoded(reference, QUrl::TolerantMode);
+    const bool isHere = url.host().isEmpty() || url.host().compare(m_root.host(), Qt::CaseInsensitive) == 0;
+    return url.isValid() && isHere ? namesOf(url) : std::nullopt;
+}
+
 std::optional<std::string> Address::pathOf(const QByteArray& reference) const
 {
-    const QUrl url = QUrl::fromEncoded(reference.trimmed(), QUrl::TolerantMode);
-    if (!url.isValid() ||
-        (!url.host().isEmpty() && url.host().compare(m_root.host(), Qt::CaseInsensitive) != 0))
-        return std::nullopt;
-    const auto names = namesOf(url);
+    const auto names = namesIn(reference.trimmed());
     if (!names || names->size() < m_names.size() ||
         !std::equal(m_names.begin(), m_names.end(), names->begin()))
         return std::nullopt;

@@ -25,6 +25,9 @@ public:
     std::optional<std::string> pathOf(const QByteArray& reference) const;
 
 private:
+    /// Of an address on this server, decoded.
+    std::optional<QByteArrayList> namesIn(const QByteArray& reference) const;
+
     QUrl m_root;
     QByteArrayList m_names; ///< Those of the root's path, decoded.
 };

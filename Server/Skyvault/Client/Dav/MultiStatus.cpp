@@ -1,40 +1,44 @@
 #include "Server/Skyvault/Client/Dav/MultiStatus.h"
 
-#include <array>
-#include <cstdio>
-#include <string_view>
+#include <algorithm>
+#include <cstring>
+#include <libxml/parser.h>
+#include <locale.h>
+#include <time.h>
 
 namespace Vs::Cloud {
 
 namespace {
 
 constexpr qint64 kMostBytes = qint64(64) << 20;
-constexpr qsizetype kDeepest = 32;
+constexpr size_t kDeepest = 32;
 constexpr qsizetype kLongestText = 16384;
 
-int statusOf(const QString& line)
+/// Of "HTTP/1.1 200 OK".
+int statusOf(const QByteArray& line)
 {
-    return line.section(' ', 1, 1).toInt();
+    const QByteArrayView text = QByteArrayView(line).trimmed();
+    const qsizetype space = text.indexOf(' ');
+    return space < 0 ? 0
+                     : text.sliced(space + 1).first(std::min<qsizetype>(3, text.size() - space - 1)).toInt();
+}
+
+QByteArrayView viewOf(const xmlChar* text)
+{
+    return reinterpret_cast<const char*>(text);
 }
 
 } // namespace
 
 std::chrono::system_clock::time_point timeOf(const QByteArray& text)
 {
-    static constexpr std::array<std::string_view, 12> kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                              "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    using namespace std::chrono;
-    std::array<char, 4> name{};
-    int d = 0, y = 0, hour = 0, minute = 0, second = 0;
-    if (std::sscanf(text.constData(), "%*3s, %2d %3s %4d %2d:%2d:%2d", &d, name.data(), &y, &hour, &minute,
-                    &second) != 6)
+    // Months have their English names, whatever the user's language is.
+    static const locale_t kEnglish = ::newlocale(LC_TIME_MASK, "C", nullptr);
+    tm time{};
+    const char* const date = std::strchr(text.constData(), ','); // The day of the week says nothing more.
+    if (!date || !::strptime_l(date, ", %d %b %Y %H:%M:%S GMT", &time, kEnglish))
         return {};
-    const auto* const month = std::find(kMonths.begin(), kMonths.end(), std::string_view(name.data()));
-    const year_month_day date{year(y), std::chrono::month(static_cast<unsigned>(month - kMonths.begin()) + 1),
-                              day(static_cast<unsigned>(d))};
-    if (!date.ok())
-        return {};
-    return sys_days(date) + hours(hour) + minutes(minute) + seconds(second);
+    return std::chrono::system_clock::from_time_t(::timegm(&time));
 }
 
 QByteArray propertiesWanted(const QByteArray& more)
@@ -45,120 +49,158 @@ QByteArray propertiesWanted(const QByteArray& more)
            more + "</D:prop></D:propfind>";
 }
 
+struct MultiStatus::Events
+{
+    static MultiStatus& readerOf(void* given) { return *static_cast<MultiStatus*>(given); }
+
+    static void onStart(void* reader, const xmlChar* name, const xmlChar*, const xmlChar* space, int,
+                        const xmlChar**, int, int, const xmlChar**)
+    {
+        readerOf(reader).startElement(viewOf(name), viewOf(space));
+    }
+    static void onEnd(void* reader, const xmlChar* name, const xmlChar*, const xmlChar*)
+    {
+        readerOf(reader).endElement(viewOf(name));
+    }
+    static void onCharacters(void* reader, const xmlChar* text, int size)
+    {
+        readerOf(reader).addText({reinterpret_cast<const char*>(text), size});
+    }
+    static void onDocumentType(void* reader, const xmlChar*, const xmlChar*, const xmlChar*)
+    {
+        readerOf(reader).fail("the answer declares a document type, which no such answer has");
+    }
+    static void onFault(void*, xmlError*) {} // It is asked for; nothing is printed.
+
+    static xmlParserCtxt* newParser(MultiStatus* reader)
+    {
+        xmlSAXHandler events{};
+        events.initialized = XML_SAX2_MAGIC;
+        events.startElementNs = onStart;
+        events.endElementNs = onEnd;
+        events.characters = onCharacters;
+        events.cdataBlock = onCharacters;
+        events.internalSubset = onDocumentType;
+        events.serror = onFault;
+        xmlInitParser();
+        xmlParserCtxt* const parser = xmlCreatePushParserCtxt(&events, reader, nullptr, 0, nullptr);
+        if (!parser)
+            throw std::bad_alloc();
+        xmlCtxtUseOptions(parser, XML_PARSE_NONET);
+        return parser;
+    }
+};
+
 MultiStatus::MultiStatus(const Address& address, std::function<void(DavItem&&)> take)
-    : m_address(address), m_take(std::move(take))
+    : m_address(address), m_take(std::move(take)), m_parser(Events::newParser(this), xmlFreeParserCtxt)
 {
 }
 
-DriveResult MultiStatus::bad(const std::string& why) const
+MultiStatus::~MultiStatus() = default;
+
+void MultiStatus::fail(std::string why)
 {
-    return {CloudErrorState::BadAnswer, why};
+    if (m_trouble.empty())
+        m_trouble = std::move(why);
+    xmlStopParser(m_parser.get());
+}
+
+DriveResult MultiStatus::result() const
+{
+    return m_trouble.empty() ? DriveResult() : DriveResult{CloudErrorState::BadAnswer, m_trouble};
 }
 
 DriveResult MultiStatus::add(const QByteArray& piece)
 {
     m_bytes += piece.size();
     if (m_bytes > kMostBytes)
-        return bad("the listing is larger than " + std::to_string(kMostBytes >> 20) + " MB");
-    m_xml.addData(piece);
-    while (!m_xml.atEnd() && m_trouble.empty()) {
-        switch (m_xml.readNext()) {
-        case QXmlStreamReader::StartElement:
-            startElement();
-            break;
-        case QXmlStreamReader::EndElement:
-            endElement();
-            break;
-        case QXmlStreamReader::Characters:
-            m_text += m_xml.text();
-            if (m_text.size() > kLongestText)
-                m_trouble = "a value in the answer is longer than all measure";
-            break;
-        case QXmlStreamReader::DTD:
-        case QXmlStreamReader::EntityReference:
-            m_trouble = "the answer declares a document type, which no such answer has";
-            break;
-        default:
-            break;
-        }
+        fail("the listing is larger than " + std::to_string(kMostBytes >> 20) + " MB");
+    if (m_trouble.empty())
+        xmlParseChunk(m_parser.get(), piece.constData(), int(piece.size()), 0);
+    if (m_trouble.empty() && !m_parser->wellFormed) {
+        const xmlError* const error = xmlCtxtGetLastError(m_parser.get());
+        const QByteArray why = error ? QByteArray(error->message).trimmed().left(100) : QByteArray();
+        fail("the answer isn't well-formed XML: " + why.toStdString() + " in line " +
+             std::to_string(error ? error->line : 0));
     }
-    if (m_trouble.empty() && m_xml.hasError() &&
-        m_xml.error() != QXmlStreamReader::PrematureEndOfDocumentError)
-        m_trouble = "the answer isn't well-formed XML: " + m_xml.errorString().toStdString() + " in line " +
-                    std::to_string(m_xml.lineNumber());
-    return m_trouble.empty() ? DriveResult() : bad(m_trouble);
+    return result();
 }
 
 DriveResult MultiStatus::end()
 {
-    if (!m_trouble.empty())
-        return bad(m_trouble);
-    if (!m_isMultiStatus || !m_path.isEmpty())
-        return bad("the WebDAV listing in the answer is incomplete");
-    return {};
+    if (!m_isMultiStatus || !m_path.empty())
+        fail("the WebDAV listing in the answer is incomplete");
+    return result();
 }
 
-void MultiStatus::startElement()
+void MultiStatus::startElement(QByteArrayView name, QByteArrayView space)
 {
-    const QString name = m_xml.name().toString();
-    if (m_path.isEmpty() && !(name == u"multistatus" && m_xml.namespaceUri() == u"DAV:")) {
-        m_trouble = "the answer is not a WebDAV listing";
-        return;
-    }
+    if (m_path.empty() && !(name == "multistatus" && space == "DAV:"))
+        return fail("the answer is not a WebDAV listing");
     m_isMultiStatus = true;
-    m_text.clear();
-    m_path.append(name);
+    m_text.resize(0);
+    m_path.emplace_back(name.data(), size_t(name.size()));
     if (m_path.size() > kDeepest)
-        m_trouble = "the answer is nested without measure";
-    if (name == u"response" && m_path.size() == 2) {
+        return fail("the answer is nested without measure");
+    if (name == "response" && m_path.size() == 2) {
         m_item = {};
         m_reference.clear();
         m_status = 0;
-    } else if (name == u"propstat" && m_path.size() == 3) {
+    } else if (name == "propstat" && m_path.size() == 3) {
         m_candidate = m_item;
         m_partStatus = 0;
-    } else if (name == u"collection" && m_path.contains(u"resourcetype")) {
+    } else if (name == "collection" &&
+               std::find(m_path.begin(), m_path.end(), "resourcetype") != m_path.end()) {
         m_candidate.entry.isFolder = true;
-    } else if (name == u"lockentry") {
+    } else if (name == "lockentry") {
         m_candidate.properties[QStringLiteral("supportedlock")] = QStringLiteral("yes");
     }
 }
 
-void MultiStatus::endElement()
+void MultiStatus::addText(QByteArrayView text)
 {
-    const QString name = m_path.takeLast();
-    const qsizetype depth = m_path.size();
-    if (depth == 1 && name == u"response") {
-        endResponse();
-    } else if (depth == 2 && name == u"href") {
-        m_reference = m_text.trimmed().toUtf8();
-    } else if (depth == 2 && name == u"status") {
-        m_status = statusOf(m_text);
-    } else if (depth == 3 && name == u"status") {
-        m_partStatus = statusOf(m_text);
-    } else if (depth == 2 && name == u"propstat") {
-        if (m_partStatus == 200)
-            m_item = std::move(m_candidate);
-    } else if (depth >= 4 && m_path.at(2) == u"propstat") {
-        endProperty(depth >= 5 && name == u"href" ? m_path.last() : name);
-    }
-    m_text.clear();
+    m_text.append(text);
+    if (m_text.size() > kLongestText)
+        fail("a value in the answer is longer than all measure");
 }
 
-void MultiStatus::endProperty(const QString& name)
+void MultiStatus::endElement(QByteArrayView name)
 {
-    const QString text = m_text.trimmed();
+    m_path.pop_back();
+    const size_t depth = m_path.size();
+    if (depth == 1 && name == "response") {
+        endResponse();
+    } else if (depth == 2 && name == "href") {
+        m_reference = m_text.trimmed();
+    } else if (depth == 2 && name == "status") {
+        m_status = statusOf(m_text);
+    } else if (depth == 3 && name == "status") {
+        m_partStatus = statusOf(m_text);
+    } else if (depth == 2 && name == "propstat") {
+        if (m_partStatus == 200)
+            m_item = std::move(m_candidate);
+    } else if (depth >= 4 && m_path[2] == "propstat") {
+        endProperty(depth >= 5 && name == "href" ? QByteArrayView(m_path.back()) : name);
+    }
+    m_text.resize(0);
+}
+
+void MultiStatus::endProperty(QByteArrayView name)
+{
+    const QByteArray text = m_text.trimmed();
     DriveEntry& entry = m_candidate.entry;
-    if (name == u"getcontentlength")
+    if (text.isEmpty())
+        return;
+    if (name == "getcontentlength")
         entry.size = text.toULongLong();
-    else if (name == u"getetag")
+    else if (name == "getetag")
         entry.etag = text.toStdString();
-    else if (name == u"getlastmodified")
-        entry.modified = timeOf(text.toLatin1());
-    else if ((name == u"creator-displayname" || name == u"owner-display-name") && !text.isEmpty())
+    else if (name == "getlastmodified")
+        entry.modified = timeOf(text);
+    else if (name == "creator-displayname" || name == "owner-display-name")
         entry.modifiedBy = text.toStdString();
-    else if (!text.isEmpty())
-        m_candidate.properties[name] = text;
+    else
+        m_candidate.properties[QString::fromUtf8(name)] = QString::fromUtf8(text);
 }
 
 void MultiStatus::endResponse()

@@ -3,11 +3,13 @@
 #include "Server/Skyvault/Client/Dav/Address.h"
 #include "Server/Skyvault/Client/Networking.h"
 
-#include <QXmlStreamReader>
-
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
+#include <vector>
+
+struct _xmlParserCtxt;
 
 namespace Vs::Cloud {
 
@@ -28,24 +30,31 @@ class MultiStatus
 {
 public:
     MultiStatus(const Address& address, std::function<void(DavItem&&)> take);
+    ~MultiStatus();
+    MultiStatus(const MultiStatus&) = delete;
+    MultiStatus& operator=(const MultiStatus&) = delete;
 
     DriveResult add(const QByteArray& piece);
     DriveResult end();
 
 private:
-    void startElement();
-    void endElement();
-    void endProperty(const QString& name);
+    struct Events; ///< What the parser calls.
+
+    void startElement(QByteArrayView name, QByteArrayView space);
+    void endElement(QByteArrayView name);
+    void addText(QByteArrayView text);
+    void endProperty(QByteArrayView name);
     void endResponse();
-    DriveResult bad(const std::string& why) const;
+    /// Ends the reading.
+    void fail(std::string why);
+    DriveResult result() const;
 
     const Address& m_address;
     const std::function<void(DavItem&&)> m_take;
-    QXmlStreamReader m_xml;
+    const std::unique_ptr<_xmlParserCtxt, void (*)(_xmlParserCtxt*)> m_parser;
     qint64 m_bytes = 0;
-    QList<QString> m_path; ///< Local names of the open elements.
-    QString m_text;
-    QByteArray m_reference;
+    std::vector<std::string> m_path; ///< Local names of the open elements.
+    QByteArray m_text, m_reference;
     DavItem m_item;      ///< Of the response that is read.
     DavItem m_candidate; ///< Of its part whose status comes later.
     int m_status = 0, m_partStatus = 0;
