@@ -70,7 +70,7 @@ void GraphicsCanvas::view(GraphicsView* view, bool fit, bool repaint)
         if (view) {
             view->m_canvas = this;
             if (fit && !view->m_shownBefore)
-                view->frame();
+                view->frameFirst();
             view->m_shownBefore = true;
         }
     }

@@ -183,6 +183,14 @@ void GraphicsView::frame()
         m_fitRevision = fragment->camera()->revision();
 }
 
+void GraphicsView::frameFirst()
+{
+    frame();
+    // A window has yet to give the canvas its place and to lay its bars over it: the first picture tells.
+    const WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
+    m_fitPending = m_fitPending || (window && window->shown());
+}
+
 void GraphicsView::settleLayout() const
 {
     WorkspaceWindow* window = m_canvas ? WorkspaceWindow::activeWorkspaceWindow() : nullptr;

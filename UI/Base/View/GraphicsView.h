@@ -106,6 +106,8 @@ private:
     std::vector<Vs::Scene::ViewFragment*> modelFragments() const;
     void contentChanged();
     void frame();
+    /// For a canvas that shows it first.
+    void frameFirst();
 
     std::vector<Vs::StrongRef<Vs::Scene::ViewFragment>> m_owned;
     std::vector<Vs::Scene::ViewFragment*> m_fragments;

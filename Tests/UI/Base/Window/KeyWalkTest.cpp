@@ -10,6 +10,7 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/Scene/Camera.h"
+#include "Server/Scene/Outermost.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Support/Process.h"
 #include "Tests/Support/RealData.h"
@@ -20,6 +21,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/Workspace/Workspace.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -34,6 +36,8 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <optional>
@@ -133,6 +137,24 @@ protected:
     {
         return component(L"as1/l-bracket-assembly_1/l-bracket_1")->body->mesh()->faces.size();
     }
+    /// Whether what of the model is furthest to the left, right, top and bottom is seen, and not behind a
+    /// bar.
+    static bool isFramed()
+    {
+        const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
+        const Vs::Scene::ViewFragment* model = view->modelFragment();
+        const GkVector3d up = model->camera()->up(), right = model->camera()->direction().crossProduct(up);
+        return std::ranges::all_of(std::array{up, -up, right, -right}, [&](const GkVector3d& way) {
+            const auto point = Vs::Scene::outermostPoint(*model->viewFragmentNode(), way);
+            const auto place = point ? view->worldToWindow(*point) : std::nullopt;
+            const auto covers = [&](const CanvasRect& rect) {
+                return place->x > rect.left && place->x < rect.right && place->y > rect.top &&
+                       place->y < rect.bottom;
+            };
+            return place && place->x > 0 && place->y > 0 && place->x < view->canvasWidth() &&
+                   place->y < view->canvasHeight() && std::ranges::none_of(view->canvas()->covered(), covers);
+        });
+    }
     static bool shows(const QString& text)
     {
         for (const QLineEdit* field : window()->findChildren<QLineEdit*>())
@@ -152,6 +174,7 @@ TEST_F(KeyWalkTest, AnAssemblyIsTurnedMeasuredChangedExportedSavedAndOpenedAgain
     key(Qt::Key_O, Qt::ControlModifier);
     ASSERT_TRUE(becomes([] { return component(L"as1/plate_1") != nullptr; }));
     settle();
+    EXPECT_TRUE(becomes(isFramed));
 
     key(Qt::Key_Escape);
     const auto direction = [] {
@@ -198,6 +221,7 @@ TEST_F(KeyWalkTest, AnAssemblyIsTurnedMeasuredChangedExportedSavedAndOpenedAgain
     ASSERT_TRUE(becomes([] { return component(L"as1/plate_1") != nullptr; }));
     EXPECT_FALSE(component(L"as1/plate_1")->visible);
     EXPECT_EQ(facesOfBracket(), faces + 1);
+    EXPECT_TRUE(becomes(isFramed));
 }
 
 } // namespace
