@@ -1,5 +1,6 @@
 #include "UI/Base/Window/AreaFrame.h"
 
+#include "UI/Base/Window/ToolbarLine.h"
 #include "UI/Base/Window/ToolbarStrip.h"
 
 #include <QBoxLayout>
@@ -95,13 +96,8 @@ void AreaFrame::arrange(const std::vector<Place>& places)
     m_seats = std::move(seats);
     while (QLayoutItem* item = m_column->takeAt(0))
         delete item;
-    for (QWidget* line : std::exchange(m_lines, {})) {
-        for (QObject* child : QObjectList(line->children()))
-            if (auto* strip = qobject_cast<QWidget*>(child)) {
-                const bool hidden = strip->isHidden();
-                strip->setParent(this);
-                strip->setHidden(hidden);
-            }
+    for (ToolbarLine* line : std::exchange(m_lines, {})) {
+        line->release(this);
         delete line;
     }
     addBars(EPlacement::Top);
@@ -113,8 +109,7 @@ void AreaFrame::arrange(const std::vector<Place>& places)
 
 void AreaFrame::addBars(EPlacement side)
 {
-    QHBoxLayout* line = nullptr;
-    bool stretched = false;
+    ToolbarLine* line = nullptr;
     for (const Seat& seat : at(side, true)) {
         if (!seat.place.isStrip) {
             line = nullptr;
@@ -122,29 +117,13 @@ void AreaFrame::addBars(EPlacement side)
             continue;
         }
         if (!line) {
-            auto* holder = new QFrame(this);
-            holder->setObjectName(QStringLiteral("toolbarLine"));
-            line = new QHBoxLayout(holder);
-            line->setContentsMargins(0, 0, 0, 0);
-            line->setSpacing(0);
-            m_column->addWidget(holder);
-            m_lines.push_back(holder);
-            stretched = false;
-            holder->show();
+            line = new ToolbarLine(this);
+            m_column->addWidget(line);
+            m_lines.push_back(line);
+            line->show();
         }
-        const auto* strip = static_cast<const ToolbarStrip*>(seat.place.widget);
-        if (strip->isAtEnd() && !stretched) {
-            line->addStretch(1);
-            stretched = true;
-        }
-        const bool hidden = seat.place.widget->isHidden();
-        // One that has things at both ends takes what the line has.
-        line->addWidget(seat.place.widget, strip->spreads() ? 1 : 0);
-        seat.place.widget->setHidden(hidden);
-        stretched = stretched || strip->spreads();
+        line->add(static_cast<ToolbarStrip*>(seat.place.widget));
     }
-    if (line && !stretched)
-        line->addStretch(1);
 }
 
 std::vector<AreaFrame::Seat> AreaFrame::row() const

@@ -12,6 +12,8 @@ class QVBoxLayout;
 
 namespace Vu {
 
+class ToolbarLine;
+
 /// The widgets of the areas in one container. Bars at the top and bottom take the whole width, those of
 /// toolbars that follow each other share a line; between them, panels at the top and bottom stand above and
 /// below those at the left and right, which stand beside those that fill, with splitters between. In a narrow
@@ -67,7 +69,7 @@ private:
     QSplitter* m_rows; ///< Panels at the top, the row, panels at the bottom.
     QSplitter* m_row;
     std::vector<Seat> m_seats;
-    std::vector<QWidget*> m_lines; ///< Of toolbars that share one.
+    std::vector<ToolbarLine*> m_lines; ///< Of toolbars that share one.
 };
 
 } // namespace Vu

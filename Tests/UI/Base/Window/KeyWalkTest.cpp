@@ -32,6 +32,7 @@
 #include <QMenu>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <QWindow>
 
 #include <boost/filesystem/operations.hpp>
@@ -155,6 +156,13 @@ protected:
                    place->y < view->canvasHeight() && std::ranges::none_of(view->canvas()->covered(), covers);
         });
     }
+    static bool hasButton(const QString& tip)
+    {
+        const auto buttons = window()->findChildren<QToolButton*>();
+        return std::any_of(buttons.begin(), buttons.end(), [&](const QToolButton* button) {
+            return button->isVisible() && button->toolTip().contains(tip);
+        });
+    }
     static bool shows(const QString& text)
     {
         for (const QLineEdit* field : window()->findChildren<QLineEdit*>())
@@ -175,6 +183,9 @@ TEST_F(KeyWalkTest, AnAssemblyIsTurnedMeasuredChangedExportedSavedAndOpenedAgain
     ASSERT_TRUE(becomes([] { return component(L"as1/plate_1") != nullptr; }));
     settle();
     EXPECT_TRUE(becomes(isFramed));
+    window()->resize(1280, 700);
+    settle();
+    EXPECT_TRUE(hasButton(QStringLiteral("Redo"))) << "not in a menu of what has no room";
 
     key(Qt::Key_Escape);
     const auto direction = [] {
