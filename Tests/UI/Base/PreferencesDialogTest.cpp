@@ -5,9 +5,13 @@
 #include "UI/Base/Program/Preferences.h"
 #include "UI/Base/Program/PreferencesPage.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QtTest/QTest>
 
@@ -91,6 +95,20 @@ TEST_F(PreferencesDialogTest, APageThatAnAddInBringsStandsAmongTheOthersAndIsFou
         search->setText(QLatin1String(wanted));
         EXPECT_TRUE(box->isVisible()) << wanted;
     }
+    search->clear();
+    // The keys go from the list of pages into the page, and a second click leads there again.
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&withPage));
+    auto* pages = withPage.findChild<QListWidget*>();
+    const QListWidgetItem* weather = pages->findItems(QStringLiteral("Weather"), Qt::MatchExactly).front();
+    pages->setCurrentRow(pages->row(weather));
+    pages->setFocus();
+    QTest::keyClick(pages, Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), box);
+    const auto isInSight = [&] { return !box->visibleRegion().isEmpty(); };
+    withPage.findChild<QScrollArea*>()->verticalScrollBar()->setValue(0);
+    ASSERT_FALSE(isInSight());
+    QTest::mouseClick(pages->viewport(), Qt::LeftButton, {}, pages->visualItemRect(weather).center());
+    EXPECT_TRUE(isInSight());
     search->setText(QStringLiteral("decimals"));
     EXPECT_FALSE(box->isVisible());
     EXPECT_EQ(editor<QWidget>("umbrellas"), nullptr) << "a dialog from before doesn't have it";

@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -127,14 +128,44 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
     layout->addWidget(buttons);
 
     connect(m_search, &QLineEdit::textChanged, this, &PreferencesDialog::search);
-    connect(m_pages, &QListWidget::currentRowChanged, this, [this](int page) {
-        if (page >= 0)
-            m_scroll->ensureWidgetVisible(m_sections[static_cast<size_t>(page)].frame, 0, 0);
-    });
+    connect(m_pages, &QListWidget::currentRowChanged, this, &PreferencesDialog::showPage);
+    // Of the page that was current already, too.
+    connect(m_pages, &QListWidget::itemClicked, this, [this] { showPage(m_pages->currentRow()); });
+    m_pages->installEventFilter(this);
     connect(defaults, &QPushButton::clicked, this, &PreferencesDialog::resetAll);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     resize(kSize);
     m_search->setFocus();
+}
+
+void PreferencesDialog::showPage(int page)
+{
+    if (page >= 0)
+        m_scroll->ensureWidgetVisible(m_sections[static_cast<size_t>(page)].frame, 0, 0);
+}
+
+bool PreferencesDialog::enterPage(int page)
+{
+    if (page < 0)
+        return false;
+    for (QWidget* each : m_sections[static_cast<size_t>(page)].frame->findChildren<QWidget*>())
+        if (each->isVisible() && each->isEnabled() && (each->focusPolicy() & Qt::TabFocus)) {
+            each->setFocus(Qt::TabFocusReason);
+            return true;
+        }
+    return false;
+}
+
+/// From the list, the keys go on in the page that it leads to, not in the first one.
+bool PreferencesDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_pages && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if ((key == Qt::Key_Tab || key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Right) &&
+            enterPage(m_pages->currentRow()))
+            return true;
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void PreferencesDialog::addSections(QVBoxLayout* column)

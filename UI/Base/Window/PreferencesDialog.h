@@ -24,6 +24,9 @@ class PreferencesDialog : public QDialog
 public:
     explicit PreferencesDialog(QWidget* parent);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     struct Row
     {
@@ -45,6 +48,9 @@ private:
     void addBroughtPages(QVBoxLayout* column);
     void addKeys(QVBoxLayout* column);
     void addRow(Section& section, QGridLayout* grid, const Preference& preference);
+    void showPage(int page);
+    /// Gives the keyboard to the first thing of a page that takes it. False if there is none.
+    bool enterPage(int page);
     void search(const QString& text);
     void resetAll();
 
