@@ -140,6 +140,7 @@ const std::map<std::wstring, const char*> kInNoMenu = {
     {L"CommitCommand", "a button of the command's panel"},
     {L"ViewWidgetCommand", "the head of a toolbar's menu"},
     {L"CloudCommand", "the head of a menu of the cloud drive"},
+    {L"ShareCommand", "the account button, which signs in like the entry of the drive"},
     {L"CloudListFilesCommand", "for tests alone"},
     {L"CloudUploadCommand", "for tests alone"},
     {L"ViewDomeCommand", "an entry of the effects"},
