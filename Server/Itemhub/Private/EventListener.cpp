@@ -93,11 +93,14 @@ void EventListener::loop(const std::shared_ptr<ItemStore>& store, const std::str
 {
     const Watch watch{[this](auto, auto) { return !m_ends; }};
     std::optional<std::int64_t> serial;
+    bool hasFailed = false;
     for (std::chrono::seconds time = kFirstPause; !m_ends;) {
         try {
             if (!serial)
                 serial = newest(*store, watch);
-            const ItemEvents events = store->events(*serial, kWait, watch);
+            // After a failure it is to be known soon that the service answers again.
+            const ItemEvents events = store->events(*serial, hasFailed ? 0 : kWait, watch);
+            hasFailed = false;
             Session::get().answered(store.get(), true);
             tell(events.events, account);
             // A service that was set back to a backup counts from there.
@@ -111,6 +114,7 @@ void EventListener::loop(const std::shared_ptr<ItemStore>& store, const std::str
         } catch (const std::exception&) {
             // Nobody asked for it; what is asked for says what is wrong.
         }
+        hasFailed = true;
         if (!pause(time))
             return;
         time = std::min(2 * time, kLongestPause);

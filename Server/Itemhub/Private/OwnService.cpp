@@ -2,9 +2,7 @@
 
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
-#include "Server/Base/Strings.h"
 #include "Server/Itemhub/Private/Places.h"
-#include "Server/Itemhub/Private/Texts.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -36,12 +34,10 @@ constexpr int kLook = 100;
 constexpr size_t kLongestLine = 65536;
 constexpr std::chrono::seconds kPatienceAtEnd{5};
 
-[[noreturn]] void failed(const std::wstring& why)
+[[noreturn]] void failed(const std::string& why)
 {
-    throw Web::ItemhubException(
-        Web::ItemhubException::Kind::Local,
-        Strings::narrow(localizedFormat("ItemhubOwnFailed",
-                                        "The program's own lifecycle service did not start: %1%", why)));
+    throw Web::ItemhubException(Web::ItemhubException::Kind::Local,
+                                "The program's own lifecycle service did not start: " + why);
 }
 
 /// What the service says of itself: one line.
@@ -53,14 +49,14 @@ std::string readLine(int pipe, const Watch& watch)
         if (!watch.goesOn())
             throw ItemStore::Cancelled();
         if (Clock::now() > end || line.size() > kLongestLine)
-            failed(localized("ItemhubOwnSilent", "it did not say where it can be reached."));
+            failed("it did not say where it can be reached");
         pollfd entry{pipe, POLLIN, 0};
         if (poll(&entry, 1, kLook) <= 0)
             continue;
         char bytes[4096];
         const ssize_t count = read(pipe, bytes, sizeof bytes);
         if (count == 0)
-            failed(localized("ItemhubOwnEnded", "it ended at once; its error output says why."));
+            failed("it ended at once; its error output says why");
         if (count > 0)
             line.append(bytes, static_cast<size_t>(count));
     }
@@ -87,7 +83,7 @@ pid_t spawnProgram(const std::string& program, const std::string& folder, int pi
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
-        failed(Strings::widen(program + ": " + std::strerror(error)));
+        failed(program + ": " + std::strerror(error));
     return child;
 }
 
@@ -119,7 +115,7 @@ Access OwnService::spawn(const Watch& watch)
     OwnFiles::makeFolder(folder);
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
-        failed(Strings::widen(std::strerror(errno)));
+        failed(std::strerror(errno));
     // A descriptor that is the wanted one already would keep its flag, and close.
     const int given = fcntl(ends[1], F_DUPFD_CLOEXEC, kPipeOfService + 1);
     close(ends[1]);
@@ -138,11 +134,11 @@ Access OwnService::spawn(const Watch& watch)
             QJsonDocument::fromJson(QByteArray::fromStdString(readLine(m_pipe, watch))).object();
         Access access;
         access.isOwn = true;
-        access.address = said["url"].toString().toStdString();
+        access.address = said["url"].toString().toStdString() + '/';
         access.customer = said["customer"].toString().toStdString();
         access.token = said["token"].toString().toStdString();
-        if (access.address.empty() || access.token.empty())
-            failed(localized("ItemhubOwnSilent", "it did not say where it can be reached."));
+        if (!said["url"].isString() || access.token.empty())
+            failed("it did not say where it can be reached");
         return access;
     } catch (...) {
         stop();

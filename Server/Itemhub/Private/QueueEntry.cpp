@@ -5,8 +5,11 @@
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/Strings.h"
 #include "Server/Itemhub/Private/Places.h"
+#include "Server/Itemhub/Private/Texts.h"
 
+#include <QDateTime>
 #include <QJsonObject>
+#include <QLocale>
 
 #include <boost/filesystem/operations.hpp>
 
@@ -104,7 +107,10 @@ void QueueEntry::create()
 
 void QueueEntry::write() const
 {
-    QJsonObject json{{"document", QString::fromStdString(document.string())},
+    QJsonObject json{{"otherNumber", qint64(other.number)},
+                     {"otherAuthor", QString::fromStdString(other.author)},
+                     {"otherTime", QString::fromStdString(other.createdAt)},
+                     {"document", QString::fromStdString(document.string())},
                      {"size", QString::number(size)}};
     for (const auto& [name, text] : kTexts)
         json[QLatin1String(name)] = QString::fromStdString(this->*text);
@@ -136,6 +142,9 @@ try {
     entry.link = withEnding(entry.serial, entry.account, kLinkEnding);
     entry.document = (*json)["document"].toString().toStdString();
     entry.size = (*json)["size"].toString().toULongLong();
+    entry.other.number = (*json)["otherNumber"].toInteger();
+    entry.other.author = (*json)["otherAuthor"].toString().toStdString();
+    entry.other.createdAt = (*json)["otherTime"].toString().toStdString();
     for (const auto& [name, text] : kTexts)
         entry.*text = (*json)[QLatin1String(name)].toString().toStdString();
     for (const auto& [name, flag] : kFlags)
@@ -171,6 +180,22 @@ std::vector<QueueEntry> QueueEntry::all(const std::string& account)
     return entries;
 }
 
+std::wstring QueueEntry::reasonText() const
+{
+    if (state != State::Outdated)
+        return Strings::widen(reason);
+    const std::wstring name = document.filename().wstring();
+    if (other.author.empty())
+        return localizedFormat("ItemhubOutdated", "There is a newer version of %1% at the lifecycle service.",
+                               name);
+    const QDateTime at =
+        QDateTime::fromString(QString::fromStdString(other.createdAt), Qt::ISODateWithMs).toLocalTime();
+    return localizedFormat("ItemhubOutdatedBy",
+                           "%1% made version %2% of %3% on %4%, while you worked on an older one.",
+                           Strings::widen(other.author), other.number, name,
+                           QLocale().toString(at, QLocale::ShortFormat).toStdWString());
+}
+
 UploadQueuedFileInfo QueueEntry::info() const
 {
     UploadQueuedFileInfo::Values values;
@@ -178,7 +203,7 @@ UploadQueuedFileInfo QueueEntry::info() const
     values.uploadQueuedFile = link.wstring();
     values.document = document.wstring();
     values.label = Strings::widen(label);
-    values.reason = Strings::widen(reason);
+    values.reason = reasonText();
     values.state = state;
     values.itemId = itemId;
     boost::system::error_code error;

@@ -27,7 +27,8 @@ struct QueueEntry
     std::string key;      ///< For the request that makes the version.
     bool isFound = false; ///< Nobody told of the save: it was found on the disk.
     State state = State::Waiting;
-    std::string reason; ///< Of Failed and Outdated.
+    std::string reason; ///< Of Failed.
+    Web::Version other; ///< Of Outdated: the newer version; number, author and time of it alone.
     bool onTop = false; ///< Becomes the newest version, whatever it was made from.
 
     // What has been done of the upload.
@@ -42,7 +43,10 @@ struct QueueEntry
     void write() const;
     /// Removes the record, then the link.
     void remove() const;
+    /// Main thread, which knows the user's language.
     [[nodiscard]] UploadQueuedFileInfo info() const;
+    /// For the person: why it failed. Main thread.
+    [[nodiscard]] std::wstring reasonText() const;
 
     /// Links the content under the next serial that is free, and writes the record. In between, a kill leaves
     /// a link that nothing refers to.

@@ -1,13 +1,18 @@
 #pragma once
 
 #include "Server/Base/FilledText.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/StringTable.h"
+#include "Server/Base/Strings.h"
 
 namespace Vs::Itemhub {
 
-/// The user's text for `key`, or `english` where there is none.
+/// The user's text for `key`, or `english` where there is none, and on other threads than the main one, which
+/// knows the user's language.
 inline std::wstring localized(const char* key, const char* english)
 {
+    if (!Detail::onMainThread())
+        return Strings::widen(english);
     return StringTable::getLocalizedString(L"VsItemhub", key, english);
 }
 

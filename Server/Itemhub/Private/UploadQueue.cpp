@@ -1,7 +1,6 @@
 #include "Server/Itemhub/Private/UploadQueue.h"
 
 #include "Server/Base/Exception.h"
-#include "Server/Base/Strings.h"
 #include "Server/Base/Task.h"
 #include "Server/Itemhub/ItemhubEvents.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
@@ -9,11 +8,7 @@
 #include "Server/Itemhub/Private/QueueLock.h"
 #include "Server/Itemhub/Private/Session.h"
 #include "Server/Itemhub/Private/SignIn.h"
-#include "Server/Itemhub/Private/Texts.h"
 #include "Server/Itemhub/Private/Upload.h"
-
-#include <QDateTime>
-#include <QLocale>
 
 #include <algorithm>
 #include <set>
@@ -39,27 +34,13 @@ void tellState(const boost::filesystem::path& document)
     });
 }
 
-void tellRecovery()
+void tellFailure(const QueueEntry& entry)
 {
-    ItemhubUtilities::results().post([] {
+    ItemhubUtilities::results().post([entry] {
+        ItemhubUtilities::get()->fireErrorMessage(entry.reasonText());
         ItemhubEvent event;
         ItemhubEventSource::get()->fireRecoveryMessage(&event);
     });
-}
-
-/// Who made the newer version, and when, for the person.
-std::string outdatedText(const QueueEntry& entry, const Web::Version& latest)
-{
-    const QDateTime at =
-        QDateTime::fromString(QString::fromStdString(latest.createdAt), Qt::ISODateWithMs).toLocalTime();
-    const std::wstring when = QLocale().toString(at, QLocale::ShortFormat).toStdWString();
-    const std::wstring name = entry.document.filename().wstring();
-    if (latest.author.empty())
-        return Strings::narrow(localizedFormat(
-            "ItemhubOutdated", "There is a newer version of %1% at the lifecycle service.", name));
-    return Strings::narrow(localizedFormat(
-        "ItemhubOutdatedBy", "%1% made version %2% of %3% on %4%, while you worked on an older one.",
-        Strings::widen(latest.author), latest.number, name, when));
 }
 
 /// Whether the service may answer the same request otherwise later.
@@ -115,6 +96,9 @@ void UploadQueue::begin()
         const std::lock_guard lock(m_mutex);
         m_scans = true;
         m_toldOfSignIn = false;
+        m_ends = m_cancelled = false;
+        if (!m_thread.joinable())
+            m_thread = std::thread([this] { loop(); });
     }
     wake();
 }
@@ -125,11 +109,6 @@ void UploadQueue::wake()
     m_pausedUntil.reset();
     m_nextPause = std::chrono::seconds(1);
     m_isWoken = true;
-    m_ends = false;
-    if (!m_thread.joinable() && Session::get().store()) {
-        m_cancelled = false;
-        m_thread = std::thread([this] { loop(); });
-    }
     m_changed.notify_all();
 }
 
@@ -152,10 +131,11 @@ void UploadQueue::loop()
     std::unique_lock lock(m_mutex);
     while (!m_ends) {
         m_isWoken = false;
-        if (std::exchange(m_scans, false)) {
+        if (m_scans) {
             lock.unlock();
             queueFound();
             lock.lock();
+            m_scans = false;
         }
         const bool isPaused = m_pausedUntil && Clock::now() < *m_pausedUntil;
         if (!isPaused && !m_ends && next()) {
@@ -252,9 +232,8 @@ try {
         tellOfSignIn(error.message());
     if (isPassing(error.kind()))
         return Outcome::Later;
-    if (error.kind() != Kind::Outdated)
-        return failed(entry, State::Failed, error.what());
-    return failed(entry, State::Outdated, outdatedText(entry, error.latest()));
+    entry.other = error.latest();
+    return failed(entry, error.kind() == Kind::Outdated ? State::Outdated : State::Failed, error.what());
 } catch (const std::exception& error) {
     return failed(entry, State::Failed, error.what());
 }
@@ -283,8 +262,7 @@ UploadQueue::Outcome UploadQueue::failed(QueueEntry& entry, State state, const s
             return Outcome::Later;
         }
     }
-    ItemhubUtilities::get()->fireErrorMessage(Strings::widen(reason));
-    tellRecovery();
+    tellFailure(entry);
     return Outcome::Given;
 }
 

@@ -26,11 +26,12 @@ public:
     /// Queues what the working file holds now. When it returns, nothing of that is lost any more. Does
     /// nothing for a content that is queued already. Throws Vs::Exception.
     void add(const WorkFile& work, const std::string& label, bool isFound);
-    /// Somebody has signed in: looks for saves that nobody has queued, and uploads.
+    /// Somebody has signed in: looks for saves that nobody has queued, and uploads, until stop(). Main
+    /// thread.
     void begin();
     /// Ends a pause.
     void wake();
-    /// Ends the thread; the upload that runs goes on in the next run, or at the next wake().
+    /// Ends the thread; the upload that runs goes on in the next run, or after the next begin(). Main thread.
     void stop();
 
     [[nodiscard]] std::vector<QueueEntry> entries() const;

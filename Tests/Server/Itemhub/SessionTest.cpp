@@ -1,0 +1,209 @@
+// Signing in and out, by each way that the service has, and everything that a service may refuse.
+
+#include "Server/Base/Strings.h"
+#include "Server/Itemhub/ItemhubOptionGroup.h"
+#include "Tests/Server/Itemhub/Fixture.h"
+#include "Tests/Support/Files.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <cctype>
+#include <csignal>
+#include <sstream>
+#include <unistd.h>
+
+namespace {
+
+using TestSupport::Fault;
+using TestSupport::FaultProxy;
+using Kind = Corvane::Itemstore::WebServices::ItemhubException::Kind;
+namespace fs = boost::filesystem;
+
+/// The process that this one has started as its service; 0 if there is none.
+pid_t ownService()
+{
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        if (!std::isdigit(static_cast<unsigned char>(entry.path().filename().string()[0])))
+            continue;
+        std::istringstream status(TestSupport::contentOf(entry.path() / "stat"));
+        pid_t process = 0, parent = 0;
+        std::string name, state;
+        if (status >> process >> name >> state >> parent && parent == getpid() && state != "Z" &&
+            TestSupport::contentOf(entry.path() / "cmdline").find("--local") != std::string::npos)
+            return process;
+    }
+    return 0;
+}
+
+class SessionTest : public ItemhubTest
+{
+protected:
+    /// As the dashboard's line does it.
+    bool byToken(const std::string& uri, const std::string& token, const std::string& secret = {},
+                 const std::string& handle = {}, const std::string& key = {},
+                 const std::string& consumerSecret = {})
+    {
+        const auto wide = [](const std::string& text) { return Vs::Strings::widen(text); };
+        return hub().authenticateWithToken(uri, L"", wide(token), wide(secret), wide(handle), wide(key),
+                                           wide(consumerSecret));
+    }
+};
+
+TEST_F(SessionTest, NobodyIsSignedInUntilATokenIsTaken)
+{
+    EXPECT_FALSE(hub().isAuthenticated());
+    EXPECT_EQ(hub().downloadAttachment(L"https://example.org/attachments/1.xml"), L"");
+    EXPECT_EQ(kindOf([] { std::ignore = hub().getWorkspaceById(1); }), Kind::NotSignedIn);
+    EXPECT_EQ(kindOf([] { std::ignore = newItem(L"Wheel"); }), Kind::NotSignedIn);
+    EXPECT_TRUE(hub().getFavorites().empty());
+    EXPECT_EQ(errors.size(), 1u) << "the list says why it's empty";
+
+    const std::string token = service().token(account(), "writer");
+    EXPECT_TRUE(byToken(service().address() + "?customer=acme", token));
+    EXPECT_EQ(authenticated, 1);
+    EXPECT_EQ(hub().accountName(), Vs::Strings::widen(account()));
+    EXPECT_EQ(hub().customer(), L"acme");
+    EXPECT_FALSE(hub().isKept());
+    EXPECT_EQ(hub().getWorkspaceById(1).name(), "Designs");
+    hub().signOut();
+    EXPECT_FALSE(hub().isAuthenticated());
+    EXPECT_EQ(hub().accountName(), L"");
+}
+
+TEST_F(SessionTest, AWrongTokenLeavesTheSessionAndSaysWhereAndWhy)
+{
+    signIn();
+    const std::string foreign = [this] {
+        service().admin({"customer", "add", "other" + account()});
+        return service().token("eve", "admin", "other" + account());
+    }();
+    const std::string address = service().address() + "?customer=acme";
+    EXPECT_FALSE(byToken(address, "nonsense"));
+    EXPECT_FALSE(byToken(address, foreign)) << "of another customer";
+    EXPECT_FALSE(byToken(address, ""));
+    EXPECT_FALSE(byToken("http://items.example.org/", "t")) << "others could listen";
+    EXPECT_FALSE(byToken("ftp://127.0.0.1/", "t"));
+    EXPECT_FALSE(byToken("", "t"));
+    EXPECT_FALSE(byToken("http://127.0.0.1:1/", "t")) << "nothing answers there";
+    ASSERT_EQ(errors.size(), 7u);
+    for (const std::wstring& error : errors)
+        EXPECT_EQ(error.find(L"nonsense"), std::wstring::npos) << "no secret stands in a message";
+    EXPECT_NE(errors[0].find(L"127.0.0.1"), std::wstring::npos);
+    EXPECT_EQ(hub().accountName(), Vs::Strings::widen(account()));
+    EXPECT_EQ(authenticated, 1);
+
+    // One that the service ends meanwhile is refused from then on.
+    service().admin({"account", "disable", "acme", account()});
+    EXPECT_EQ(kindOf([] { std::ignore = hub().getWorkspaces(); }), Kind::NotSignedIn);
+}
+
+TEST_F(SessionTest, SignedRequestsAreTakenAndTheirTokensRenewed)
+{
+    const std::string ignored = service().token(account(), "writer");
+    const std::string consumer = service().admin({"consumer", "add", "acme", "Dashboard"});
+    const auto value = [](const std::string& text, const std::string& name) {
+        const size_t at = text.find(name + ' ');
+        EXPECT_NE(at, std::string::npos) << text;
+        const size_t begin = at + name.size() + 1;
+        return text.substr(begin, text.find('\n', begin) - begin);
+    };
+    const std::string given = service().admin(
+        {"token", "add-signed", "acme", account(), value(consumer, "consumerKey"), "writer", "1"});
+    const auto sign = [&](const std::string& consumerSecret) {
+        return byToken(service().address() + "?customer=acme", value(given, "token"),
+                       value(given, "tokenSecret"), value(given, "sessionHandle"),
+                       value(consumer, "consumerKey"), consumerSecret);
+    };
+    EXPECT_FALSE(sign("wrong"));
+    ASSERT_TRUE(sign(value(consumer, "consumerSecret"))) << Vs::Strings::narrow(errors.back());
+    // With letters that signatures encode, and a list whose query has several parameters.
+    EXPECT_TRUE(hub().search(L"caf\u00e9 & +100% ~*").empty());
+    EXPECT_EQ(hub().getWorkspaces().size(), 1u);
+
+    // The service takes the token no longer: the session handle gets another one, once.
+    int refused = 0, renewals = 0;
+    service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
+        renewals += request.target.find("/oauth/access_token") != std::string::npos;
+        if (request.target.find("/workspaces") != std::string::npos && refused++ == 0)
+            return Fault::answer(401,
+                                 R"({"status": 401, "code": "token_expired", "detail": "It has expired."})",
+                                 {"Content-Type: application/problem+json"});
+        return std::nullopt;
+    });
+    EXPECT_EQ(hub().getWorkspaces().size(), 1u);
+    EXPECT_EQ(hub().getWorkspaces().size(), 1u);
+    EXPECT_EQ(renewals, 1);
+}
+
+TEST_F(SessionTest, APasswordGivesATokenThatEndsWithTheSession)
+{
+    std::ignore = service().token(account(), "writer");
+    const auto sign = [this](const std::string& password) {
+        return hub().signInWithPassword(service().address(), "acme", account(), password, false);
+    };
+    EXPECT_EQ(kindOf([&] { sign("guess"); }), Kind::NotSignedIn);
+    EXPECT_FALSE(hub().isAuthenticated());
+    std::string seen;
+    service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
+        if (const auto header = request.headers.find("authorization"); header != request.headers.end())
+            seen = header->second;
+        return std::nullopt;
+    });
+    ASSERT_TRUE(sign(TestSupport::ItemService::password()));
+    hub().signOut();
+    const std::string token = seen.substr(seen.find(' ') + 1);
+    EXPECT_EQ(kindOf([&] { hub().signIn(access(token), false); }), Kind::NotSignedIn);
+    EXPECT_EQ(kindOf([&] {
+                  hub().signInByBrowser(service().address(), "acme", false,
+                                        [](const std::string&) { return false; });
+              }),
+              Kind::NotFound)
+        << "the service has no page for that";
+}
+
+TEST_F(SessionTest, SwitchedOffNobodySignsIn)
+{
+    Vs::ItemhubOptionGroup::get()->itemhubDisabled(true);
+    EXPECT_TRUE(hub().ItemhubDisabled());
+    EXPECT_FALSE(byToken(service().address(), "t"));
+    EXPECT_FALSE(hub().resume());
+    EXPECT_EQ(kindOf([] { hub().signInToOwnService(); }), Kind::Disabled);
+    Vs::ItemhubOptionGroup::get()->itemhubDisabled(false);
+    Vs::ItemhubUtilities::editionDisables([] { return true; });
+    EXPECT_TRUE(hub().ItemhubDisabled());
+    Vs::ItemhubUtilities::editionDisables({});
+    EXPECT_FALSE(hub().ItemhubDisabled());
+}
+
+TEST_F(SessionTest, TheProgramsOwnServiceKeepsWhatWasMadeAndIsStartedAnewWhenItEnds)
+{
+    ASSERT_TRUE(hub().signInToOwnService());
+    EXPECT_TRUE(hub().isOwnService());
+    EXPECT_TRUE(hub().isKept());
+    EXPECT_EQ(hub().serviceAddress(), "");
+    const Path file = newItem(L"Mine");
+    save(file, "content");
+    ASSERT_TRUE(arrive());
+    const std::string uri = attachmentOf(file).uri();
+    hub().signOut();
+    ASSERT_FALSE(hub().resume()) << "signing out is for the next run, too";
+    ASSERT_TRUE(hub().signInToOwnService());
+    // Its port is another one now, and so is the address in what was kept.
+    EXPECT_EQ(Path(hub().downloadAttachment(Vs::Strings::widen(uri) + L".xml")), file);
+    ASSERT_EQ(versionsOf(file).size(), 1u);
+    EXPECT_EQ(fs::status(Vs::ItemhubUtilities::folder()).permissions() & fs::others_all, fs::no_perms);
+
+    // Whoever kills it loses nothing.
+    ASSERT_GT(ownService(), 0);
+    kill(ownService(), SIGKILL);
+    EXPECT_TRUE(until([&] {
+        try {
+            return !hub().getWorkspaces().empty();
+        } catch (const std::exception&) {
+            return false;
+        }
+    }));
+    Vs::ItemhubOptionGroup::get()->ownService(false);
+}
+
+} // namespace
