@@ -1,32 +1,103 @@
-// One operation on a drive, timed:
-//     bench_cloud ADDRESS USER upload|download|list PATH [FILE], with the password in QUILLET_PASSWORD
-// prints the seconds, without those of the start and of signing in, and the most memory that it held, in MB.
+// What a client of a drive does, timed:
+//     bench_cloud ADDRESS USER OPERATION PATH [FILE [COUNT]], with the password in QUILLET_PASSWORD
+// put and get are one bare request; upload (of a new file), save (over one that is there), download and list
+// do all that belongs to it. COUNT of them go over one connection, to PATH0, PATH1 and so on. It prints the
+// seconds and those of the processor, without the start and signing in, and the most memory that it held, in
+// MB.
 
+#include "Server/Skyvault/Client/Http/Address.h"
+#include "Server/Skyvault/Client/Http/Failure.h"
+#include "Server/Skyvault/Client/Http/Http.h"
 #include "Server/Skyvault/Client/Transport.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
+#include <fstream>
 #include <string>
-#include <sys/resource.h>
 #include <vector>
 
+using Vs::CloudErrorState;
 using namespace Vs::Cloud;
 
 namespace {
 
-DriveResult run(Drive& drive, const std::string& operation, const std::string& path, const std::string& file)
+struct Bench
 {
-    DriveEntry entry;
-    if (operation == "download")
-        return drive.download(path, file, entry, {});
-    if (operation == "list") {
-        std::vector<DriveEntry> entries;
-        return drive.list(path, entries, {});
+    const Address address;
+    const DriveCredentials credentials;
+    const std::string file;
+    Http http{credentials};
+    std::unique_ptr<Drive> drive;
+    std::vector<std::string> known; ///< ETags of what is saved over.
+
+    DriveResult put(const std::string& path)
+    {
+        const FilePart whole{file, 0, QFileInfo(QString::fromStdString(file)).size()};
+        return resultOf(http.ask({.method = "PUT", .url = address.of(path), .file = whole}), "put");
     }
-    return drive.upload({.path = path, .source = file, .keepOther = false}, entry, {});
+
+    DriveResult get(const std::string& path)
+    {
+        QFile target(QString::fromStdString(file));
+        if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+            return {CloudErrorState::CacheFailed, file};
+        Request request{.method = "GET", .url = address.of(path)};
+        request.sink = [&](const QByteArray& piece) -> DriveResult {
+            const bool isWritten = target.write(piece) == piece.size();
+            return {isWritten ? CloudErrorState::Success : CloudErrorState::CacheFailed, file};
+        };
+        return resultOf(http.ask(request), "get");
+    }
+
+    DriveResult upload(const std::string& path, std::optional<std::string> over = {})
+    {
+        DriveEntry entry;
+        DriveResult result =
+            drive->upload({.path = path, .source = file, .known = std::move(over)}, entry, {});
+        known.push_back(entry.etag);
+        return result;
+    }
+
+    DriveResult run(const std::string& operation, const std::string& path, size_t number)
+    {
+        DriveEntry entry;
+        std::vector<DriveEntry> entries;
+        if (operation == "put")
+            return put(path);
+        if (operation == "get")
+            return get(path);
+        if (operation == "upload")
+            return upload(path);
+        if (operation == "save")
+            return upload(path, known.at(number));
+        if (operation == "download")
+            return drive->download(path, file, entry, {});
+        return drive->list(path, entries, {});
+    }
+};
+
+/// The most that was held since the program was started; getrusage tells that of whoever started it, if he
+/// held more.
+long mostMegabytes()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("VmHWM:"))
+            return std::atol(line.c_str() + 6) / 1024;
+    }
+    return 0;
+}
+
+double secondsOf(clockid_t clock)
+{
+    timespec time{};
+    clock_gettime(clock, &time);
+    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
 }
 
 } // namespace
@@ -35,29 +106,37 @@ int main(int count, char** arguments)
 {
     const char* const password = std::getenv("QUILLET_PASSWORD");
     if (count < 5 || !password) {
-        std::fputs("bench_cloud ADDRESS USER upload|download|list PATH [FILE]\n", stderr);
+        std::fputs("bench_cloud ADDRESS USER put|get|upload|save|download|list PATH [FILE [COUNT]]\n",
+                   stderr);
         return 2;
     }
     QCoreApplication application(count, arguments);
-    const auto drive = quilletDriveTransport()->drive(
-        arguments[1], {.kind = DriveCredentials::Kind::Password, .user = arguments[2], .secret = password});
+    const DriveCredentials credentials{
+        .kind = DriveCredentials::Kind::Password, .user = arguments[2], .secret = password};
+    Bench bench{Address(QUrl(arguments[1])), credentials, count > 5 ? arguments[5] : ""};
+    bench.drive = quilletDriveTransport()->drive(arguments[1], credentials);
     DriveTraits traits{.locks = true,
                        .refusesExisting = true,
                        .refusesStale = true,
                        .keepsOldOnBreak = true,
                        .etagsDifferInOneTick = true,
                        .probed = std::chrono::system_clock::now()};
-    DriveResult result = drive->connect(traits, {});
-    const auto begin = std::chrono::steady_clock::now();
-    if (result.isOk())
-        result = run(*drive, arguments[3], arguments[4], count > 5 ? arguments[5] : "");
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
+    const std::string operation = arguments[3], path = arguments[4];
+    const int times = count > 6 ? std::atoi(arguments[6]) : 0;
+    const auto pathOf = [&](int i) { return times ? path + std::to_string(i) : path; };
+    DriveResult result = bench.drive->connect(traits, {});
+    static_cast<void>(bench.http.ask({.method = "OPTIONS", .url = bench.address.root()}));
+    for (int i = 0; result.isOk() && operation == "save" && i < std::max(times, 1); ++i)
+        result = bench.upload(pathOf(i));
+    const double begin = secondsOf(CLOCK_MONOTONIC), processor = secondsOf(CLOCK_PROCESS_CPUTIME_ID);
+    for (int i = 0; result.isOk() && i < std::max(times, 1); ++i)
+        result = bench.run(operation, pathOf(i), size_t(i));
+    const double seconds = secondsOf(CLOCK_MONOTONIC) - begin,
+                 used = secondsOf(CLOCK_PROCESS_CPUTIME_ID) - processor;
     if (!result.isOk()) {
         std::fprintf(stderr, "%s\n", result.detail.c_str());
         return 1;
     }
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    std::printf("%.4f %ld\n", seconds.count(), usage.ru_maxrss / 1024);
+    std::printf("%.5f %.5f %ld\n", seconds, used, mostMegabytes());
     return 0;
 }
