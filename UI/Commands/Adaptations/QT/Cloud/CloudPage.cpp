@@ -1,5 +1,6 @@
 #include "UI/Commands/Adaptations/QT/Cloud/CloudPage.h"
 
+#include "Server/Base/Status.h"
 #include "Server/Skyvault/CloudCacheManager.h"
 #include "Server/Skyvault/CloudOptionGroup.h"
 #include "Server/Skyvault/MeshportAuth.h"
@@ -7,6 +8,7 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/PreferencesPage.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
@@ -138,35 +140,46 @@ void CloudPage::refresh()
     }
     showWaiting();
     const CloudCacheFiles::Usage usage = CloudCacheFiles::usage();
-    m_cache->setText(text("CloudCacheSize", "%1, of which the drive has %2 as well.")
+    m_cache->setText(text("CloudCacheSize", "%1, of which %2 can be cleared.")
                          .arg(sizeText(usage.bytes), sizeText(usage.removableBytes)));
-    m_clear->setEnabled(usage.removableBytes > 0);
+    const bool canClear = usage.removableBytes > 0;
+    keepKeyboard(m_clear, canClear);
+    m_clear->setEnabled(canClear);
+}
+
+/// From a button that goes the keyboard would move to the next page, which is scrolled to then.
+void CloudPage::keepKeyboard(const QPushButton* button, bool stays)
+{
+    if (!stays && button->hasFocus())
+        m_sign->setFocus();
 }
 
 void CloudPage::showWaiting()
 {
     const auto* cache = Vs::CloudCacheManager::getInstance();
     QStringList names;
-    bool allAreOnTheirWay = true;
     for (const boost::filesystem::path& file : cache->waiting()) {
         const bool isOnItsWay = cache->state(file) == Vs::CloudFileState::Uploading;
         const QString name = CloudTexts::shown(file.filename().string());
         names << (isOnItsWay ? text("CloudOnItsWay", "%1 (being sent)").arg(name) : name);
-        allAreOnTheirWay = allAreOnTheirWay && isOnItsWay;
     }
     m_waiting->setText(names.isEmpty() ? text("CloudNothingWaits", "Nothing. All that was saved has arrived.")
                                        : names.join(QStringLiteral(", ")));
+    keepKeyboard(m_send, !names.isEmpty());
     m_send->setVisible(!names.isEmpty());
-    m_send->setEnabled(!allAreOnTheirWay);
 }
 
 void CloudPage::signInOrOut()
 {
-    // By their commands, so that titles follow and a recording has them.
+    // By their commands, so that titles follow and a recording has them; at once, since what is deferred
+    // waits until the dialog is closed.
     const wchar_t* key =
         Vs::MeshportAuth::globalInstance()->isLoggedIn() ? L"CloudLogoutCommand" : L"CloudLoginCommand";
-    if (CommandDefinition* command = CommandDefinitionMgr::get()->findCommandDefinitionById(key))
-        command->onClicked();
+    CommandDefinition* command = CommandDefinitionMgr::get()->findCommandDefinitionById(key);
+    const Vs::Status status =
+        command ? command->executeCommand(CommandContext::activeContext()) : Vs::Status();
+    if (!status.isOk())
+        MessageBox::error(status.toString());
     refresh();
 }
 

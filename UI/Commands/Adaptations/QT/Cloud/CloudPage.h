@@ -30,6 +30,7 @@ private:
     QPushButton* addButton(QVBoxLayout* column, const char* name, const QString& title,
                            void (CloudPage::*run)());
     void refresh();
+    void keepKeyboard(const QPushButton* button, bool stays);
     void showWaiting();
     void signInOrOut();
     void sendWaiting();

@@ -8,6 +8,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QUrl>
 
 namespace Vu::Commands::CloudTexts {
 
@@ -41,6 +42,25 @@ QIcon icon(const char* name)
 QString failure(const Vs::Cloud::DriveResult& result)
 {
     return QString::fromStdWString(Vs::SkyvaultUtilities::getErrorString(result.state));
+}
+
+QString notFound(const Vs::Cloud::DriveResult& result, const QString& typed)
+{
+    const QUrl url(typed);
+    const bool isHere =
+        url.host() == QLatin1String("localhost") || url.host().startsWith(QLatin1String("127."));
+    if (result.state == Vs::CloudErrorState::Redirected && url.scheme() == QLatin1String("http") && !isHere)
+        return text(
+            "CloudLoginUnprotected",
+            "An address that begins with http:// is not protected: your password could be read on its way. "
+            "Type the server's address with https:// instead.");
+    const QString why = failure(result);
+    return result.state != Vs::CloudErrorState::Certificate
+               ? why
+               : why + QLatin1Char('\n') +
+                     text("CloudLoginTrust",
+                          "If whoever runs the server tells you the same fingerprint, have this "
+                          "computer trust the certificate, and continue.");
 }
 
 QString account()

@@ -20,6 +20,8 @@ namespace Vu::Commands::CloudTexts {
 [[nodiscard]] QIcon icon(const char* name);
 /// Why a request failed.
 [[nodiscard]] QString failure(const Vs::Cloud::DriveResult& result);
+/// Why no drive was found at the address that the person typed, and what to do about it.
+[[nodiscard]] QString notFound(const Vs::Cloud::DriveResult& result, const QString& typed);
 /// Who is signed in, where, and whether the server can be reached.
 [[nodiscard]] QString account();
 /// What a server without locks and conditions means for people who work on the same files.

@@ -13,6 +13,7 @@
 #include "UI/Commands/Adaptations/QT/Cloud/CloudTexts.h"
 #include "UI/Commands/Resources.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -21,7 +22,6 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QUrl>
 
 #include <tuple>
 
@@ -47,26 +47,6 @@ QLabel* faint(QWidget* parent, const QString& content)
     QLabel* label = wrapped(parent, content);
     label->setForegroundRole(QPalette::PlaceholderText);
     return label;
-}
-
-/// Of an address that the person typed.
-QString whyNotFound(const DriveResult& result, const QString& typed)
-{
-    const QUrl url(typed);
-    const bool isHere =
-        url.host() == QLatin1String("localhost") || url.host().startsWith(QLatin1String("127."));
-    if (result.state == Vs::CloudErrorState::Redirected && url.scheme() == QLatin1String("http") && !isHere)
-        return text(
-            "CloudLoginUnprotected",
-            "An address that begins with http:// is not protected: your password could be read on its way. "
-            "Type the server's address with https:// instead.");
-    const QString why = CloudTexts::failure(result);
-    return result.state != Vs::CloudErrorState::Certificate
-               ? why
-               : why + QLatin1Char('\n') +
-                     text("CloudLoginTrust",
-                          "If whoever runs the server tells you the same fingerprint, have this "
-                          "computer trust the certificate, and continue.");
 }
 
 QVBoxLayout* columnOf(QWidget* widget)
@@ -282,7 +262,7 @@ void QTCloudLoginDialog::find()
     } else if (!result.isOk()) {
         go(Step::Address);
         if (result.state != Vs::CloudErrorState::Cancelled)
-            tell(whyNotFound(result, m_address->text().trimmed()), true);
+            tell(CloudTexts::notFound(result, m_address->text().trimmed()), true);
         m_address->setFocus();
     } else {
         go(Step::Ways);
@@ -400,7 +380,10 @@ const bool registered = [] {
         if (Application::headless() || Application::testing())
             return false;
         Application::get()->needGui();
-        return QTCloudLoginDialog(Application::get()->mainWidget()).exec() == QDialog::Accepted;
+        // The preferences may be what asked.
+        QWidget* above = QApplication::activeModalWidget();
+        return QTCloudLoginDialog(above ? above : Application::get()->mainWidget()).exec() ==
+               QDialog::Accepted;
     });
     return true;
 }();

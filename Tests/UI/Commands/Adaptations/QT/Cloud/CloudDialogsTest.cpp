@@ -306,6 +306,8 @@ TEST_F(CloudDialogsTest, WhatIsSentFromThePreferencesIsToldWhileTheyAreOpenAndNo
             EXPECT_EQ(says("wheel.vlra"), !isBack) << waiting->text().toStdString();
             EXPECT_EQ(server.content("wheel.vlra").has_value(), isBack);
         }
+        QTest::mouseClick(part<QPushButton>(dialog, "cloudSign"), Qt::LeftButton);
+        EXPECT_FALSE(auth().isLoggedIn());
     });
     Vu::Application::get()->flushDeferredTasks();
 }
