@@ -36,6 +36,8 @@ public:
     virtual std::wstring tourGuideXmlPath() const { return {}; }
     /// Whether the edition has no cloud drive.
     virtual bool cloudDisabled() const { return false; }
+    /// Whether the edition has no lifecycle service.
+    virtual bool itemhubDisabled() const { return false; }
     /// A text file whose first line is the newest version that there is.
     virtual std::wstring newestVersionPath() const { return {}; }
 };

@@ -50,6 +50,16 @@
 #include "UI/Commands/Help/LinkCmds.h"
 #include "UI/Commands/Help/ProgramCmds.h"
 #include "UI/Commands/Help/SubscriptionCmd.h"
+#include "UI/Commands/Itemhub/ItemhubAuthenticateWithTokenCmd.h"
+#include "UI/Commands/Itemhub/ItemhubCreateCommentIDCmd.h"
+#include "UI/Commands/Itemhub/ItemhubDocuments.h"
+#include "UI/Commands/Itemhub/ItemhubInsertComponentCmd.h"
+#include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
+#include "UI/Commands/Itemhub/ItemhubNewItemCmd.h"
+#include "UI/Commands/Itemhub/ItemhubNotifyMessageCmd.h"
+#include "UI/Commands/Itemhub/ItemhubOpenAttachmentCmd.h"
+#include "UI/Commands/Itemhub/ItemhubSaveCmd.h"
+#include "UI/Commands/Itemhub/ItemhubSessionCmds.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Measure/MeasureCmdDef.h"
 #include "UI/Commands/Resources.h"
@@ -95,6 +105,8 @@ public:
         ActiveViewAssetCmdDef::createCommandDef();
         CopyToClipboardCmdDef::createCommandDef();
         InvertSelectionCmdDef::createCommandDef();
+        ItemhubSignInCmdDef::createCommandDef();
+        ItemhubSignOutCmdDef::createCommandDef();
         PasteCmdDef::createCommandDef();
         RevertDocumentCmdDef::createCommandDef();
         SaveAllDocumentsCmdDef::createCommandDef();
@@ -142,12 +154,23 @@ private:
     CurrentlyOpenDocumentsCmdDef m_currentlyOpenDocumentsCmdDef;
     CycleOpenDocumentsCmdDef m_cycleOpenDocumentsCmdDef;
     RecentDocumentsCmdDef m_recentDocumentsCmdDef;
+    ItemhubOpenAttachmentCmdDef m_itemhubOpenAttachmentCmdDef;
+    ItemhubCreateCommentIDCmdDef m_itemhubCreateCommentIDCmdDef;
+    ItemhubSaveCmdDef m_itemhubSaveCmdDef;
+    ItemhubAuthenticateWithTokenCmdDef m_itemhubAuthenticateWithTokenCmdDef;
+    ItemhubNewItemCmdDef m_itemhubNewItemCmdDef;
+    ItemhubInsertComponentCmdDef m_itemhubInsertComponentCmdDef;
+    ItemhubNotifyMessageCmdDef m_itemhubNotifyMessageCmdDef;
+    ItemhubNewDesignCmdDef m_itemhubNewDesignCmdDef;
+    ItemhubNewDocumentationCmdDef m_itemhubNewDocumentationCmdDef;
     ItemhubCurrentDesignCmdDef m_currentDesignCmdDef;
     ItemhubCurrentDesignListCmdDef m_currentDesignListCmdDef;
     ItemhubCurrentSimulationCmdDef m_currentSimulationCmdDef;
     ItemhubCurrentSimulationListCmdDef m_currentSimulationListCmdDef;
     ItemhubCurrentDocumentationCmdDef m_currentDocumentationCmdDef;
     ItemhubCurrentDocumentationListCmdDef m_currentDocumentationListCmdDef;
+    ItemhubMyFavoritesCmdDef m_itemhubMyFavoritesCmdDef;
+    ItemhubMyFavoritesChangedCmdDef m_itemhubMyFavoritesChangedCmdDef;
     CloudLoginCmdDef m_cloudLoginCmdDef;
     CloudLogoutCmdDef m_cloudLogoutCmdDef;
     CloudUploadCmdDef m_cloudUploadCmdDef;
@@ -280,6 +303,7 @@ void CommandsAddIn::load()
         Vs::warn(status.toString());
     CommandEventSource::get()->subscribe(this);
     CloudDocuments::install();
+    ItemhubDocuments::install();
     Application::get()->addWindowPart("libVuCommandsQT10.so");
 }
 
@@ -288,6 +312,7 @@ void CommandsAddIn::unload(bool last)
     if (!last) {
         CommandEventSource::get()->unsubscribe(this);
         CloudDocuments::uninstall();
+        ItemhubDocuments::uninstall();
         return;
     }
     delete m_notifications;

@@ -122,7 +122,7 @@ void AreaFrame::addBars(EPlacement side)
             m_lines.push_back(line);
             line->show();
         }
-        line->add(static_cast<ToolbarStrip*>(seat.place.widget));
+        line->add(seat.place.widget);
     }
 }
 

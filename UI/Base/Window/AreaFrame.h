@@ -26,7 +26,7 @@ public:
     {
         Area* area;
         QWidget* widget;
-        bool isStrip; ///< One of toolbars.
+        bool isStrip; ///< One of toolbars, or what stands in their line, at the far end.
         bool isBar;   ///< Of the height that it needs; false for what can be resized.
 
         bool operator==(const Place&) const = default;

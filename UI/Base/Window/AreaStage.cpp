@@ -163,7 +163,9 @@ void AreaStage::put(Area& area, QWidget* outer, bool shows, bool isBar, std::vec
             panel->floats(false);
     }
     setHidden(area.number(), outer, !shows);
-    places.push_back({&area, outer, dynamic_cast<ToolbarStrip*>(outer) != nullptr, isBar});
+    const bool isStrip =
+        dynamic_cast<ToolbarStrip*>(outer) || outer->property("standsInToolbarLine").toBool();
+    places.push_back({&area, outer, isStrip, isBar});
 }
 
 /// What contents have hidden themselves stays hidden.

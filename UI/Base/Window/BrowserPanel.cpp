@@ -8,6 +8,7 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -63,7 +64,9 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(new EditedBar(this));
-    column->addWidget(m_tree);
+    column->addWidget(m_tree, 1);
+    if (QWidget* foot = AreaContents::make("BrowserFoot", this))
+        column->addWidget(foot);
     m_tree->setHeaderHidden(true);
     m_tree->setUniformRowHeights(true);
     m_tree->setIconSize(QSize(kTreeIcon, kTreeIcon));

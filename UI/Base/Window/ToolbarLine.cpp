@@ -11,11 +11,34 @@
 namespace Vu {
 namespace {
 
-void moveTo(QWidget* parent, QWidget* strip)
+void moveTo(QWidget* parent, QWidget* part)
 {
-    const bool hidden = strip->isHidden();
-    strip->setParent(parent);
-    strip->setHidden(hidden);
+    const bool hidden = part->isHidden();
+    part->setParent(parent);
+    part->setHidden(hidden);
+}
+
+bool isAtEnd(const QWidget* part)
+{
+    const auto* strip = dynamic_cast<const ToolbarStrip*>(part);
+    return !strip || strip->isAtEnd();
+}
+
+/// One that has things at both ends takes what the line has.
+bool spreads(const QWidget* part)
+{
+    const auto* strip = dynamic_cast<const ToolbarStrip*>(part);
+    return strip && strip->spreads();
+}
+
+QSize least(const QWidget* part)
+{
+    return part->minimumSizeHint().expandedTo(part->minimumSize());
+}
+
+QSize wanted(const QWidget* part)
+{
+    return part->sizeHint().expandedTo(part->minimumSize()).boundedTo(part->maximumSize());
 }
 
 } // namespace
@@ -26,32 +49,32 @@ ToolbarLine::ToolbarLine(QWidget* parent) : QFrame(parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
-void ToolbarLine::add(ToolbarStrip* strip)
+void ToolbarLine::add(QWidget* widget)
 {
-    m_strips.push_back(strip);
-    moveTo(this, strip);
+    m_parts.push_back(widget);
+    moveTo(this, widget);
     updateGeometry();
 }
 
 void ToolbarLine::release(QWidget* parent)
 {
-    for (ToolbarStrip* strip : std::exchange(m_strips, {}))
-        moveTo(parent, strip);
+    for (QWidget* part : std::exchange(m_parts, {}))
+        moveTo(parent, part);
 }
 
-std::vector<ToolbarStrip*> ToolbarLine::shown() const
+std::vector<QWidget*> ToolbarLine::shown() const
 {
-    std::vector<ToolbarStrip*> strips;
-    std::ranges::copy_if(m_strips, std::back_inserter(strips),
-                         [](const ToolbarStrip* strip) { return !strip->isHidden(); });
-    return strips;
+    std::vector<QWidget*> parts;
+    std::ranges::copy_if(m_parts, std::back_inserter(parts),
+                         [](const QWidget* part) { return !part->isHidden(); });
+    return parts;
 }
 
 QSize ToolbarLine::sizeHint() const
 {
     QSize size(0, 0);
-    for (const ToolbarStrip* strip : shown()) {
-        const QSize one = strip->sizeHint();
+    for (const QWidget* part : shown()) {
+        const QSize one = wanted(part);
         size = {size.width() + one.width(), std::max(size.height(), one.height())};
     }
     return size + this->size() - contentsRect().size();
@@ -61,8 +84,8 @@ QSize ToolbarLine::minimumSizeHint() const
 {
     QSize size = sizeHint();
     size.setWidth(0);
-    for (const ToolbarStrip* strip : shown())
-        size.rwidth() += strip->minimumSizeHint().width();
+    for (const QWidget* part : shown())
+        size.rwidth() += least(part).width();
     return size;
 }
 
@@ -80,35 +103,34 @@ bool ToolbarLine::event(QEvent* event)
     return QFrame::event(event);
 }
 
-std::vector<int> ToolbarLine::widths(const std::vector<ToolbarStrip*>& strips) const
+std::vector<int> ToolbarLine::widths(const std::vector<QWidget*>& parts) const
 {
     std::vector<int> widths;
-    for (const ToolbarStrip* strip : strips)
-        widths.push_back(strip->sizeHint().width());
+    for (const QWidget* part : parts)
+        widths.push_back(wanted(part).width());
     int missing = std::accumulate(widths.begin(), widths.end(), -contentsRect().width());
-    for (size_t i = strips.size(); i-- > 0 && missing > 0;) {
-        const int given = std::clamp(widths[i] - strips[i]->minimumSizeHint().width(), 0, missing);
+    for (size_t i = parts.size(); i-- > 0 && missing > 0;) {
+        const int given = std::clamp(widths[i] - least(parts[i]).width(), 0, missing);
         widths[i] -= given;
         missing -= given;
     }
-    // One that has things at both ends takes what the line has.
-    const auto spreads = std::ranges::find_if(strips, &ToolbarStrip::spreads);
-    if (missing < 0 && spreads != strips.end())
-        widths[static_cast<size_t>(spreads - strips.begin())] -= missing;
+    const auto taker = std::ranges::find_if(parts, spreads);
+    if (missing < 0 && taker != parts.end())
+        widths[static_cast<size_t>(taker - parts.begin())] -= missing;
     return widths;
 }
 
 void ToolbarLine::place()
 {
-    const std::vector<ToolbarStrip*> strips = shown();
-    const std::vector<int> widths = this->widths(strips);
+    const std::vector<QWidget*> parts = shown();
+    const std::vector<int> widths = this->widths(parts);
     const QRect room = contentsRect();
     int left = room.left(), rest = std::accumulate(widths.begin(), widths.end(), 0);
-    for (size_t i = 0; i < strips.size(); ++i) {
+    for (size_t i = 0; i < parts.size(); ++i) {
         // From here on at the end of the line.
-        if (strips[i]->isAtEnd())
+        if (isAtEnd(parts[i]))
             left = std::max(left, room.left() + room.width() - rest);
-        strips[i]->setGeometry(left, room.top(), widths[i], room.height());
+        parts[i]->setGeometry(left, room.top(), widths[i], room.height());
         left += widths[i];
         rest -= widths[i];
     }

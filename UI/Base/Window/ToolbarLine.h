@@ -6,19 +6,17 @@
 
 namespace Vu {
 
-class ToolbarStrip;
-
-/// Strips of toolbars beside each other; those whose things all stand at the far end are at the line's end.
-/// Where the width doesn't do for all, the later ones yield first, so that opening, saving, undo and redo
-/// stand on any screen.
+/// Strips of toolbars beside each other, and what else stands in their line. Strips whose things all stand at
+/// the far end, and what is no strip, are at the line's end. Where the width doesn't do for all, the later
+/// ones yield first, so that opening, saving, undo and redo stand on any screen.
 class ToolbarLine : public QFrame
 {
 public:
     explicit ToolbarLine(QWidget* parent);
 
-    /// The strip becomes the line's child, and stays hidden if it is.
-    void add(ToolbarStrip* strip);
-    /// Takes all strips out again, to `parent`.
+    /// The widget becomes the line's child, and stays hidden if it is.
+    void add(QWidget* widget);
+    /// Takes all out again, to `parent`.
     void release(QWidget* parent);
 
     QSize sizeHint() const override;
@@ -29,11 +27,11 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    std::vector<ToolbarStrip*> shown() const;
-    std::vector<int> widths(const std::vector<ToolbarStrip*>& strips) const;
+    std::vector<QWidget*> shown() const;
+    std::vector<int> widths(const std::vector<QWidget*>& parts) const;
     void place();
 
-    std::vector<ToolbarStrip*> m_strips;
+    std::vector<QWidget*> m_parts;
 };
 
 } // namespace Vu

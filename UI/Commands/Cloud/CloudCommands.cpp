@@ -9,8 +9,6 @@
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 
-#include <algorithm>
-
 namespace Vu::Commands {
 
 Info cloudInfo(const CommandRow& row)
@@ -43,13 +41,6 @@ DocumentSession* cloudDocumentSession(const CommandContext& context)
 bool cloudLogin()
 {
     return Vs::MeshportAuth::globalInstance()->login(Vs::CloudLoginDialog::LogIn);
-}
-
-bool isSamePath(const std::wstring& a, const std::wstring& b)
-{
-    const auto plain = [](wchar_t letter) { return letter == L'\\' ? L'/' : letter; };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [&](wchar_t one, wchar_t other) { return plain(one) == plain(other); });
 }
 
 std::wstring cloudFilter(const Vs::Document& document)

@@ -67,9 +67,6 @@ protected:
 /// Signs in if nobody is, asking at most once for one command.
 [[nodiscard]] bool cloudLogin();
 
-/// Whether two paths are the same, character by character, but for the kind of slash.
-[[nodiscard]] bool isSamePath(const std::wstring& a, const std::wstring& b);
-
 /// As "Quillet Design (*.vlra)".
 [[nodiscard]] std::wstring cloudFilter(const Vs::Document& document);
 

@@ -12,6 +12,7 @@
 #include "UI/Commands/Cloud/CloudDialog.h"
 #include "UI/Commands/Cloud/CloudSaveCmd.h"
 #include "UI/Commands/Resources.h"
+#include "UI/Commands/SamePath.h"
 #include "UI/Commands/WaitCursor.h"
 
 namespace Vu::Commands {

@@ -19,6 +19,7 @@
 #include "UI/Commands/Cloud/CloudDialog.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
+#include "UI/Commands/SamePath.h"
 #include "UI/Commands/WaitCursor.h"
 
 #include <QStandardPaths>

@@ -6,6 +6,7 @@
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Commands/Cloud/CloudSessionCmds.h"
+#include "UI/Commands/Itemhub/ItemhubSessionCmds.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 
@@ -57,12 +58,47 @@ ShareCmd::ShareCmd(ShareCmdDef* definition, CommandContext* context) : Implement
     repeatable(false);
 }
 
+namespace {
+
+/// What there is to sign in to, or out of, at the drive and at the lifecycle service.
+void offerBoth(const CommandContext& context, Vs::Status& status)
+{
+    const Vs::MeshportAuth* auth = Vs::MeshportAuth::globalInstance();
+    const Info* drive = auth->isLoggedIn() ? CloudLogoutCmdDef::info() : CloudLoginCmdDef::info();
+    const Info* service = isSignedInToItemhub() ? ItemhubSignOutCmdDef::info() : ItemhubSignInCmdDef::info();
+    MessageBox box(localized("ShareBoth", "What do you want to do?"));
+    box.icon(kQuestionIcon);
+    box.addButton(drive->name());
+    box.addButton(service->name());
+    box.addButton(kCancelButton, true);
+    enum Answer { kDrive = 0, kService = 1 };
+    switch (box.show()) {
+    case kDrive:
+        return run(drive, context, status);
+    case kService:
+        return run(service, context, status);
+    default:
+        return;
+    }
+}
+
+} // namespace
+
 void ShareCmd::onExecute(Vs::Status& status)
 {
     const Vs::MeshportAuth* auth = Vs::MeshportAuth::globalInstance();
+    if (auth->cloudDisabled() && itemhubIsEnabled()) {
+        run(isSignedInToItemhub() ? ItemhubSignOutCmdDef::info() : ItemhubSignInCmdDef::info(),
+            *commandContext(), status);
+        return;
+    }
     if (auth->cloudDisabled()) {
         MessageBox::information(
             localized("ShareNothing", "There is nothing to sign in to: the cloud drive is switched off."));
+        return;
+    }
+    if (itemhubIsEnabled() && MessageBox::canAsk() && !auth->isLoggedIn()) {
+        offerBoth(*commandContext(), status);
         return;
     }
     if (!auth->isLoggedIn()) {
@@ -78,16 +114,18 @@ void ShareCmd::onExecute(Vs::Status& status)
     box.icon(kInformationIcon);
     box.addButton(CloudManageCmdDef::info()->name());
     box.addButton(CloudLogoutCmdDef::info()->name());
+    const Info* service = isSignedInToItemhub() ? ItemhubSignOutCmdDef::info() : ItemhubSignInCmdDef::info();
+    if (itemhubIsEnabled())
+        box.addButton(service->name());
     box.addButton(kCancelButton, true);
-    enum Answer { kManage = 0, kLogOut = 1 };
-    switch (box.show()) {
-    case kManage:
-        return run(CloudManageCmdDef::info(), *commandContext(), status);
-    case kLogOut:
-        return run(CloudLogoutCmdDef::info(), *commandContext(), status);
-    default:
-        return;
-    }
+    enum Answer { kManage = 0, kLogOut = 1, kService = 2 };
+    const int answer = box.show();
+    if (answer == kManage)
+        run(CloudManageCmdDef::info(), *commandContext(), status);
+    else if (answer == kLogOut)
+        run(CloudLogoutCmdDef::info(), *commandContext(), status);
+    else if (answer == kService && itemhubIsEnabled())
+        run(service, *commandContext(), status);
 }
 
 } // namespace Vu::Commands

@@ -101,6 +101,18 @@ const Session kSessions[] = {
     {L"CloudSaveAsCommand",            kModel + L"VuCommands.CloudSaveAsCmd"},
     {L"CloudOpenDocumentCommand",      L"VuCommands.CloudOpenDocumentCmd"},
     {L"ShareCommand",                  L"VuCommands.ShareCmd"},
+    // The lifecycle service, with nobody signed in
+    {L"ItemhubAuthenticateWithTokenCommand", L"Dashboard.AuthenticateWithTokenCmd http://127.0.0.1:1/ secret acme", L"${ITEMHUB_TOKEN}"},
+    {L"ItemhubNewItemCommand",         L"Dashboard.NewItemCmd 1 Bracket 0 0 VeloraAssetType"},
+    {L"ItemhubNewDesignCommand",       L"Commands.Start ItemhubNewDesignCommand"},
+    {L"ItemhubNewDocumentationCommand", L"Commands.Start ItemhubNewDocumentationCommand", L"-"},
+    {L"ItemhubSaveCommand",            kModel + L"Document.SaveAs {}/o.vlra;Design.Box 1 1 1;Commands.Start ItemhubSaveCommand ItemhubSaveLabel=\"For review\""},
+    {L"ItemhubInsertComponentCommand", kModel + L"Dashboard.InsertComponentCmd 1 2"},
+    {L"ItemhubOpenAttachmentCommand",  L"Dashboard.OpenAttachmentCmd wheel"},
+    {L"ItemhubCreateCommentID",        kModel + L"Dashboard.CreateCommentIDCmd 7"},
+    {L"ItemhubMyFavoritesCommand",     L"Commands.Start ItemhubMyFavoritesCommand", L"-"},
+    {L"ItemhubMyFavoritesChangedCommand", L"Commands.Start ItemhubMyFavoritesChangedCommand"},
+    {L"ItemhubSignOutCommand",         L"Commands.Start ItemhubSignOutCommand"},
     // Shells, assets, environments
     {L"ManagementShellCommand",        kModel + L"VuCommands.ManagementShellCmd"},
     {L"AssetShellCommand",             kTwo + L"VuCommands.ManagementShellCmd;VuCommands.AssetShellCmd"},
@@ -328,10 +340,11 @@ const std::set<std::wstring> kTelling = {
     L"SplitView.ViewCount",
     L"Transcripting.RecordSelectMouseEvent",
 };
-// What a run finds of others that ended badly is in no transcript.
-const std::set<std::wstring> kTellingAreas = {L"AssetMgt", L"AutoSave",    L"Browser",
-                                              L"Commands", L"Debug",       L"DocumentMgt",
-                                              L"Measure",  L"Performance", L"Transcripting"};
+// What a run finds of others that ended badly is in no transcript; items want a service, with which they are
+// tried.
+const std::set<std::wstring> kTellingAreas = {L"AssetMgt",    L"AutoSave",     L"Browser", L"Commands",
+                                              L"Debug",       L"DocumentMgt",  L"Itemhub", L"Measure",
+                                              L"Performance", L"Transcripting"};
 
 /// End the program; a test of the program as a whole replays them.
 const std::set<std::wstring> kExits = {L"ExitApplicationCommand", L"CloseWorkspaceCommand"};

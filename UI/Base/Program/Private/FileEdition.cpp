@@ -20,6 +20,7 @@ struct FileEdition::Content
     std::wstring help, feedback, discussion, videos, tour, newestVersion;
     std::vector<EditionLink> suggestbox;
     bool cloudDisabled = false;
+    bool itemhubDisabled = false;
 };
 
 namespace {
@@ -114,6 +115,7 @@ const FileEdition::Content& FileEdition::content() const
             .newestVersion = reader.address("newestVersion"),
             .suggestbox = reader.links("suggestbox"),
             .cloudDisabled = reader.flag("cloudDisabled"),
+            .itemhubDisabled = reader.flag("itemhubDisabled"),
         });
     }
     return *m_content;
@@ -157,6 +159,11 @@ std::wstring FileEdition::newestVersionPath() const
 bool FileEdition::cloudDisabled() const
 {
     return content().cloudDisabled;
+}
+
+bool FileEdition::itemhubDisabled() const
+{
+    return content().itemhubDisabled;
 }
 
 } // namespace Vu

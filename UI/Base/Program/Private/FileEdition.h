@@ -10,8 +10,9 @@ namespace Vu {
 
 /// The edition that a file describes: a JSON object with the members "help", "feedback", "discussion",
 /// "videos", "tour" and "newestVersion", all texts, "suggestbox", a list of objects with "title" and
-/// "address", and "cloudDisabled", true in an edition without a cloud drive. All may be missing. An address
-/// that is none of the web is the path of a file, seen from the root of the running tree.
+/// "address", "cloudDisabled", true in an edition without a cloud drive, and "itemhubDisabled", true in one
+/// without a lifecycle service. All may be missing. An address that is none of the web is the path of a file,
+/// seen from the root of the running tree.
 ///
 /// Read at the first question. What is wrong with the file is told once, and counts as missing. Main thread
 /// only.
@@ -29,6 +30,7 @@ public:
     std::wstring tourGuideXmlPath() const override;
     std::wstring newestVersionPath() const override;
     bool cloudDisabled() const override;
+    bool itemhubDisabled() const override;
 
 private:
     struct Content;

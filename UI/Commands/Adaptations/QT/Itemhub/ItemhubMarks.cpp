@@ -1,0 +1,74 @@
+// What the window tells of items' documents: behind their names how far their newest save has got, and in the
+// feed their versions and what people have said.
+
+#include "Server/DataModel/Document.h"
+#include "Server/Itemhub/ItemhubEvents.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/DocumentRemark.h"
+#include "UI/Commands/Itemhub/ItemhubCommands.h"
+#include "UI/Commands/Localized.h"
+
+#include <QApplication>
+#include <QTimer>
+
+namespace Vu::Commands {
+namespace {
+
+using State = Vs::UploadQueuedFileInfo::State;
+
+std::wstring remarkOf(const Vs::Document& document)
+{
+    if (document.path().empty())
+        return {};
+    const auto* service = Vs::ItemhubUtilities::get();
+    const auto item = service->itemOf(document.path());
+    if (!item)
+        return {};
+    if (const auto pending = service->pendingUpload(document.path()))
+        switch (pending->state()) {
+        case State::Uploading:
+            return localized("ItemhubTitleUploading", "version being sent");
+        case State::Waiting:
+            return localized("ItemhubTitleWaiting", "version waits for the service");
+        case State::Failed:
+            return localized("ItemhubTitleFailed", "version could not be sent");
+        case State::Outdated:
+            return localized("ItemhubTitleOutdated", "another has made a newer version");
+        }
+    return item->version == 0
+               ? std::wstring()
+               : localizedFormat("ItemhubTitleVersion", "item %1%, version %2%", item->itemId, item->version);
+}
+
+class Teller : public Vs::ItemhubEventSite
+{
+public:
+    Teller() { Vs::ItemhubEventSource::get()->subscribe(this); }
+    ~Teller() override { Vs::ItemhubEventSource::get()->unsubscribe(this); }
+
+private:
+    void sessionChanged(Vs::ItemhubEvent*) override { tell(); }
+    void uploadStateChanged(Vs::ItemhubUploadEvent*) override { tell(); }
+    void itemChanged(Vs::ItemhubItemEvent*) override { tell(); }
+    static void tell()
+    {
+        Vs::Event event;
+        DocumentRemarkSource::get()->fireDocumentRemarksChanged(&event);
+    }
+};
+
+/// Behind the first picture of the window, so that favourites and searches are there without a sign-in.
+void resumeLater()
+{
+    if (Application::headless() || Application::testing() || !itemhubIsEnabled())
+        return;
+    QTimer::singleShot(0, qApp, [] { static_cast<void>(itemhubSession()); });
+}
+
+const DocumentRemark kRemark(remarkOf);
+const Teller kTeller;
+const bool kResumes = (resumeLater(), true);
+
+} // namespace
+} // namespace Vu::Commands

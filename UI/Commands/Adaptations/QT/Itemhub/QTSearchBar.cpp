@@ -1,0 +1,162 @@
+#include "UI/Commands/Adaptations/QT/Itemhub/QTSearchBar.h"
+
+#include "Server/Itemhub/ItemhubOptionGroup.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
+#include "UI/Base/Program/AreaContents.h"
+#include "UI/Base/Window/PlainText.h"
+#include "UI/Base/Window/Theme.h"
+#include "UI/Commands/Adaptations/QT/Itemhub/ItemhubSearchHandler.h"
+#include "UI/Commands/Adaptations/QT/Itemhub/QTSearchResultPanel.h"
+#include "UI/Commands/Itemhub/ItemhubCommands.h"
+#include "UI/Commands/Itemhub/ItemhubItems.h"
+#include "UI/Commands/Localized.h"
+
+#include <QBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+namespace Vu::Commands {
+namespace {
+
+constexpr int kWidth = 220, kLeastWidth = 120, kHomeWidth = 420, kHomeSide = 40;
+
+/// The bar in a row of the home screen.
+QWidget* makeForHome(QWidget* parent)
+{
+    auto* row = new QWidget(parent);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(kHomeSide, 0, kHomeSide, 2 * kMargin);
+    auto* bar = new QTSearchBar(row);
+    bar->setFixedWidth(kHomeWidth);
+    layout->addWidget(bar);
+    layout->addStretch(1);
+    return row;
+}
+
+/// The bar in the line of the toolbars.
+QWidget* makeForToolbar(QWidget* parent)
+{
+    auto* holder = new QFrame(parent);
+    holder->setObjectName(QStringLiteral("strip"));
+    // What stands in the line of toolbars (see AreaStage).
+    holder->setProperty("standsInToolbarLine", true);
+    auto* layout = new QHBoxLayout(holder);
+    layout->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2 + 1);
+    auto* bar = new QTSearchBar(holder);
+    bar->setMinimumWidth(kLeastWidth);
+    bar->setMaximumWidth(kWidth);
+    bar->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    layout->addWidget(bar);
+    return holder;
+}
+
+const AreaContents kHome("HomeSearch", makeForHome);
+const AreaContents kToolbar("ItemhubSearch", makeForToolbar);
+
+/// Not before the list of stored options is at hand.
+QString hint()
+{
+    return QString::fromStdWString(
+        localizedFormat("ItemhubSearchHint", "Search %1%", Vs::ItemhubUtilities::getItemhub_TM()));
+}
+
+} // namespace
+
+QTSearchBar::QTSearchBar(QWidget* parent) : QFrame(parent), m_edit(new QLineEdit(this))
+{
+    setObjectName(QStringLiteral("searchBar"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_edit);
+    m_edit->setObjectName(QStringLiteral("itemSearch"));
+    m_edit->setPlaceholderText(hint());
+    m_edit->setAccessibleName(hint());
+    m_edit->setClearButtonEnabled(true);
+    constexpr int kLongest = 200;
+    m_edit->setMaxLength(kLongest);
+    m_edit->installEventFilter(this);
+    connect(m_edit, &QLineEdit::textChanged, this, [this] { search(); });
+    setVisible(itemhubIsEnabled());
+    Vs::ItemhubEventSource::get()->subscribe(this);
+    Vs::ItemhubOptionGroup::get()->subscribe(this);
+}
+
+QTSearchBar::~QTSearchBar()
+{
+    Vs::ItemhubEventSource::get()->unsubscribe(this);
+    Vs::ItemhubOptionGroup::get()->unsubscribe(this);
+    delete m_handler;
+    delete m_panel;
+}
+
+void QTSearchBar::makePanel()
+{
+    if (m_panel && m_panel->parentWidget() == window())
+        return;
+    delete m_handler;
+    delete m_panel;
+    m_panel = new QTSearchResultPanel(this);
+    m_panel->opener([](int item) { ItemhubItems::openLater(item); });
+    m_handler = new ItemhubSearchHandler(m_panel, nullptr);
+}
+
+void QTSearchBar::search()
+{
+    makePanel();
+    const QString wanted = m_edit->text().simplified();
+    m_handler->search(wanted.toStdWString());
+    if (wanted.isEmpty())
+        m_panel->close();
+    else
+        m_panel->open();
+}
+
+/// What was found belongs to who was signed in.
+void QTSearchBar::sessionChanged(Vs::ItemhubEvent*)
+{
+    if (m_handler && m_panel && m_panel->isVisible())
+        m_handler->searchAgain();
+}
+
+void QTSearchBar::itemChanged(Vs::ItemhubItemEvent*)
+{
+    if (m_handler && m_panel && m_panel->isVisible())
+        m_handler->searchAgain();
+}
+
+void QTSearchBar::optionChanged(Vs::OptionEvent*)
+{
+    setVisible(itemhubIsEnabled());
+}
+
+void QTSearchBar::leave()
+{
+    if (m_panel)
+        m_panel->close();
+}
+
+bool QTSearchBar::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (m_panel && m_panel->press(key))
+            return true;
+        if (key == Qt::Key_Escape && !m_edit->text().isEmpty()) {
+            m_edit->clear();
+            return true;
+        }
+    } else if (event->type() == QEvent::FocusOut) {
+        // A click on what was found takes the keyboard from nobody.
+        leave();
+    } else if (event->type() == QEvent::FocusIn && m_panel && !m_edit->text().simplified().isEmpty()) {
+        m_panel->open();
+    }
+    return QFrame::eventFilter(watched, event);
+}
+
+void QTSearchBar::changeEvent(QEvent* event)
+{
+    QFrame::changeEvent(event);
+}
+
+} // namespace Vu::Commands

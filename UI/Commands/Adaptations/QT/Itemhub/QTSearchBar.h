@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Server/Base/OptionGroup.h"
+#include "Server/Itemhub/ItemhubEvents.h"
+
+#include <QFrame>
+#include <QPointer>
+
+class QLineEdit;
+
+namespace Vu {
+class ItemhubSearchHandler;
+}
+
+namespace Vu::Commands {
+
+class QTSearchResultPanel;
+
+/// Where a person types what is to be found at the lifecycle service. What was found lies below it. It isn't
+/// there where the service is disabled.
+class QTSearchBar : public QFrame, private Vs::ItemhubEventSite, private Vs::OptionEventSite
+{
+public:
+    explicit QTSearchBar(QWidget* parent);
+    ~QTSearchBar() override;
+
+    QLineEdit* edit() const { return m_edit; }
+    /// Null before anything was typed.
+    QTSearchResultPanel* panel() const { return m_panel; }
+    ItemhubSearchHandler* handler() const { return m_handler; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void sessionChanged(Vs::ItemhubEvent*) override;
+    void itemChanged(Vs::ItemhubItemEvent*) override;
+    void optionChanged(Vs::OptionEvent*) override;
+    void search();
+    void makePanel();
+    void leave();
+
+    QLineEdit* m_edit;
+    QPointer<QTSearchResultPanel> m_panel; ///< Of the window, which may go first.
+    ItemhubSearchHandler* m_handler = nullptr;
+};
+
+} // namespace Vu::Commands

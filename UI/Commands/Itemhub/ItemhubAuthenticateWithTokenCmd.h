@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Server/DataModel/DocumentEvents.h"
+#include "UI/Commands/Itemhub/ItemhubCommands.h"
+
+namespace Vu::Commands {
+
+class ItemhubAuthenticateWithTokenCmd;
+
+/// Signs in with a token that somebody else has got: a web page of the service, or a script. No recording
+/// holds any of the secrets; it has the names under which they are to be given.
+class ItemhubAuthenticateWithTokenCmdDef
+    : public ItemhubDefinition<ItemhubAuthenticateWithTokenCmdDef, ItemhubAuthenticateWithTokenCmd,
+                               Vs::DocumentEventSite>
+{
+public:
+    static const CommandRow kRow;
+
+    /// "ItemhubTenantUri", "ItemhubTenant".
+    static const Vs::UniqueString* tenantUri();
+    static const Vs::UniqueString* tenant();
+    /// "OAuthToken", "OAuthTokenSecret", "OAuthSessionHandle", "ConsumerKey", "ConsumerSecret".
+    static const Vs::UniqueString* token();
+    static const Vs::UniqueString* tokenSecret();
+    static const Vs::UniqueString* sessionHandle();
+    static const Vs::UniqueString* consumerKey();
+    static const Vs::UniqueString* consumerSecret();
+};
+
+class ItemhubAuthenticateWithTokenCmd : public ItemhubCommand<ItemhubAuthenticateWithTokenCmd>
+{
+public:
+    using ItemhubCommand::ItemhubCommand;
+    static Vs::Metrics::TimeMetric* metric();
+
+protected:
+    void onExecute(Vs::Status& status) override;
+};
+
+} // namespace Vu::Commands

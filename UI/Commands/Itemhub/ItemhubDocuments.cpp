@@ -1,0 +1,97 @@
+#include "UI/Commands/Itemhub/ItemhubDocuments.h"
+
+#include "Server/Base/Task.h"
+#include "Server/DataModel/ApplicationEditionService.h"
+#include "Server/Itemhub/ItemhubEvents.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Notifications.h"
+#include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
+
+#include <QCoreApplication>
+
+#include <memory>
+
+namespace Vu::Commands {
+namespace {
+
+using Vs::ItemhubUtilities;
+
+class Listener : public Vs::ItemhubEventSite
+{
+public:
+    Listener() { Vs::ItemhubEventSource::get()->subscribe(this); }
+    ~Listener() override { Vs::ItemhubEventSource::get()->unsubscribe(this); }
+
+private:
+    void favoritesChanged(Vs::ItemhubEvent*) override { refresh(); }
+    void sessionChanged(Vs::ItemhubEvent*) override
+    {
+        ItemhubMyFavoritesCmdDef* favorites = ItemhubMyFavoritesCmdDef::get();
+        if (isSignedInToItemhub())
+            refresh();
+        else if (favorites)
+            favorites->rebuildFavorites({});
+    }
+
+    /// Nobody is asked before there is a list that shows the answer.
+    static void refresh()
+    {
+        ItemhubMyFavoritesCmdDef* favorites = ItemhubMyFavoritesCmdDef::get();
+        if (favorites && favorites->hasList())
+            ItemhubMyFavoritesCmdDef::refreshLater();
+    }
+};
+
+std::unique_ptr<Listener>& listener()
+{
+    static std::unique_ptr<Listener> installed;
+    return installed;
+}
+
+void notify(const std::wstring& title, const std::wstring& text, const std::wstring& clientID)
+{
+    Vs::NotificationRequest request;
+    request.title = title;
+    request.text = text;
+    request.clientID = clientID;
+    request.type = Vs::NotificationType::makeByType(Vs::NotificationType::Error);
+    Vs::NotificationCenter::get()->sendNotification(std::move(request));
+}
+
+/// Requests are given up by Qt, which does nothing any more once its application object is gone.
+void stopClient()
+{
+    ItemhubUtilities::get()->stop();
+}
+
+} // namespace
+
+void ItemhubDocuments::install()
+{
+    if (listener())
+        return;
+    listener() = std::make_unique<Listener>();
+    ItemhubUtilities::editionDisables([] {
+        const auto* edition = Application::get()->service<Vs::Services::ApplicationEditionService>();
+        return edition && edition->itemhubDisabled();
+    });
+    ItemhubUtilities::notifier(notify);
+    qAddPostRoutine(stopClient);
+    // A run without a main loop tells between two lines.
+    ItemhubUtilities::results().wakeUp(
+        [] { Application::get()->deferredTasks()->post([] { ItemhubUtilities::results().runOnce(); }); });
+}
+
+void ItemhubDocuments::uninstall()
+{
+    qRemovePostRoutine(stopClient);
+    stopClient();
+    ItemhubMyFavoritesCmdDef::endRefreshes();
+    ItemhubUtilities::results().wakeUp({});
+    ItemhubUtilities::notifier({});
+    ItemhubUtilities::editionDisables({});
+    listener().reset();
+}
+
+} // namespace Vu::Commands

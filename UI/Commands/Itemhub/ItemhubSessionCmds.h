@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Server/Itemhub/ItemhubEvents.h"
+#include "UI/Commands/Itemhub/ItemhubCommands.h"
+
+#include <functional>
+
+namespace Vu::Commands {
+
+class ItemhubSignInCmd;
+class ItemhubSignOutCmd;
+
+/// Has a person sign in to the lifecycle service; a script has lines for it.
+class ItemhubSignInCmdDef : public ItemhubDefinition<ItemhubSignInCmdDef, ItemhubSignInCmd>
+{
+public:
+    static const CommandRow kRow;
+    static Info* info();
+    static void createCommandDef();
+
+    ItemhubSignInCmdDef();
+
+    /// What asks: shows a dialog until somebody has signed in or given up. Installed by the widgets' library;
+    /// null takes it away.
+    using Asker = std::function<void()>;
+    static void asker(Asker asker);
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+};
+
+class ItemhubSignInCmd : public Vs::Implements<ItemhubSignInCmd, SimpleCommand>
+{
+public:
+    ItemhubSignInCmd(CommandDefinition* definition, CommandContext* context);
+
+protected:
+    void onExecute(Vs::Status& status) override;
+};
+
+class ItemhubSignOutCmdDef : public ItemhubDefinition<ItemhubSignOutCmdDef, ItemhubSignOutCmd>
+{
+public:
+    static const CommandRow kRow;
+    static Info* info();
+    static void createCommandDef();
+
+    ItemhubSignOutCmdDef();
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+};
+
+class ItemhubSignOutCmd : public Vs::Implements<ItemhubSignOutCmd, SimpleCommand>
+{
+public:
+    ItemhubSignOutCmd(CommandDefinition* definition, CommandContext* context);
+
+protected:
+    void onExecute(Vs::Status& status) override;
+};
+
+} // namespace Vu::Commands

@@ -1,0 +1,83 @@
+// The lines of the subject area "Dashboard", which web pages of the lifecycle service run.
+
+#include "UI/Commands/Itemhub/ItemhubAuthenticateWithTokenCmd.h"
+#include "UI/Commands/Itemhub/ItemhubCreateCommentIDCmd.h"
+#include "UI/Commands/Itemhub/ItemhubInsertComponentCmd.h"
+#include "UI/Commands/Itemhub/ItemhubNewItemCmd.h"
+#include "UI/Commands/Itemhub/ItemhubOpenAttachmentCmd.h"
+#include "UI/Commands/Itemhub/ItemhubSaveCmd.h"
+#include "UI/Commands/Text/Wrappers.h"
+
+#include <boost/lexical_cast.hpp>
+
+namespace Vu::Commands {
+namespace {
+
+using Parameters = Vs::TextCommandParameters;
+
+void addNumber(CommandContext& context, const Vs::UniqueString* name, const std::wstring& text)
+{
+    context.addArgument(name, boost::lexical_cast<double>(text));
+}
+
+void token(const Parameters& parameters, CommandContext& context)
+{
+    using Def = ItemhubAuthenticateWithTokenCmdDef;
+    if (parameters.parameters() < 2)
+        return;
+    context.addArgument(Def::tenantUri(), parameters[0]);
+    context.addArgument(Def::token(), parameters[1]);
+    if (parameters.parameters() == 3)
+        context.addArgument(Def::tenant(), parameters[2]);
+}
+
+void newItem(const Parameters& parameters, CommandContext& context)
+{
+    using Def = ItemhubNewItemCmdDef;
+    if (parameters.parameters() != 5)
+        return;
+    addNumber(context, Def::workspaceId(), parameters[0]);
+    context.addArgument(Def::itemName(), parameters[1]);
+    context.addArgument(Def::linkedItemId(), parameters[2]);
+    addNumber(context, Def::linkedItemWorkspaceId(), parameters[3]);
+    context.addArgument(Def::assetType(), parameters[4]);
+}
+
+// What the commands read is called otherwise; the pages that run these lines rely on their doing nothing with
+// it.
+void onePath(const Parameters& parameters, CommandContext& context)
+{
+    if (parameters.parameters() == 1)
+        context.addArgument(CommandContext::pathArgumentName(), parameters[0]);
+}
+
+void component(const Parameters& parameters, CommandContext& context)
+{
+    using Def = ItemhubInsertComponentCmdDef;
+    if (parameters.parameters() != 2)
+        return;
+    addNumber(context, Def::workspaceId(), parameters[0]);
+    addNumber(context, Def::itemId(), parameters[1]);
+}
+
+constexpr bool kGlobal = true;
+constexpr const wchar_t* kArea = L"Dashboard";
+
+// clang-format off
+constexpr WrapperRow kAuthenticate    = {kArea, L"AuthenticateWithTokenCmd", L"Dashboard Authenticate with token.\nUsage: Dashboard.AuthenticateWithTokenCmd <tenantUrl> <token> <tenant>", "%s%s", &ItemhubAuthenticateWithTokenCmdDef::info, token, kGlobal};
+constexpr WrapperRow kCreateCommentID = {kArea, L"CreateCommentIDCmd", L"Create comment ID for the given post ID.\nUsage: Dashboard.CreateCommentIDCmd <postID>", "%s", &ItemhubCreateCommentIDCmdDef::info, onePath, kGlobal};
+constexpr WrapperRow kInsertComponent = {kArea, L"InsertComponentCmd", L"Insert component.\nUsage: Dashboard.InsertComponentCmd <Workspace Id> <Item Id>", "%s%s", &ItemhubInsertComponentCmdDef::info, component, kGlobal};
+constexpr WrapperRow kNewItem         = {kArea, L"NewItemCmd", L"New dashboard item.\nUsage: Dashboard.NewItemCmd <workspaceId> <itemName> <linkedItemId> <linkedItemWorkspaceId> <assetType>", "%s%s%s%s", &ItemhubNewItemCmdDef::info, newItem, kGlobal};
+constexpr WrapperRow kOpenAttachment  = {kArea, L"OpenAttachmentCmd", L"Open dashboard file.\nUsage: Dashboard.OpenAttachmentCmd <filename>", "%s", &ItemhubOpenAttachmentCmdDef::info, onePath, kGlobal};
+constexpr WrapperRow kSave            = {kArea, L"SaveCmd", L"Save dashboard item.\nUsage: Dashboard.SaveCmd <filename>", "", &ItemhubSaveCmdDef::info, nullptr, kGlobal};
+// clang-format on
+
+Wrapper<kAuthenticate> TextCmdDashboardAuthenticateWithTokenCmd;
+Wrapper<kNewItem> TextCmdDashboardNewItemCmd;
+Wrapper<kSave> TextCmdDashboardSaveCmd;
+Wrapper<kCreateCommentID> TextCmdDashboardCreateCommentIDCmd;
+Wrapper<kOpenAttachment> TextCmdDashboardOpenAttachmentCmd;
+Wrapper<kInsertComponent> TextCmdDashboardInsertComponentCmd;
+
+} // namespace
+} // namespace Vu::Commands
