@@ -50,6 +50,13 @@ void TranscriptSecrets::keep(std::wstring_view name, std::wstring_view text)
             secrets()[written] = stands;
 }
 
+void TranscriptSecrets::keepIfNamedSo(std::wstring_view name, std::wstring_view text)
+{
+    for (const wchar_t* ending : {L"TOKEN", L"SECRET", L"PASSWORD", L"HANDLE", L"KEY"})
+        if (name.ends_with(ending))
+            keep(name, text);
+}
+
 std::wstring TranscriptSecrets::hidden(std::wstring line)
 {
     assertMainThread();

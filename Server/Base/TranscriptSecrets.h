@@ -11,6 +11,10 @@ namespace Vs::TranscriptSecrets {
 /// what was recorded can be played with the secret given from outside. An empty text is none.
 void keep(std::wstring_view name, std::wstring_view text);
 
+/// Keeps the value of a parameter that is given from outside, if its name ends in "TOKEN", "SECRET",
+/// "PASSWORD", "HANDLE" or "KEY".
+void keepIfNamedSo(std::wstring_view name, std::wstring_view text);
+
 /// The line as it may be kept. `line` is one whose own `${` are escaped (escapeParameters), or one that
 /// nobody fills in.
 [[nodiscard]] std::wstring hidden(std::wstring line);

@@ -5,6 +5,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/TranscriptReplay.h"
+#include "Server/Base/TranscriptSecrets.h"
 #include "Server/Base/Warning.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -164,7 +165,7 @@ void LineRunner::flush()
 void LineRunner::echo(const std::wstring& line)
 {
     if (m_options.echo)
-        message(L"> " + line);
+        message(L"> " + Vs::TranscriptSecrets::hidden(line));
 }
 
 void LineRunner::warn(const std::wstring& text)

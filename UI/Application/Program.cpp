@@ -11,6 +11,7 @@
 #include "Server/Base/Task.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/TranscriptSecrets.h"
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/DocumentOpener.h"
@@ -201,6 +202,8 @@ int runWorkspace(const CommandLine& line)
     boost::system::error_code gone;
     parameters.emplace("out", boost::filesystem::current_path(gone).string());
     std::signal(SIGINT, onInterrupt);
+    for (const auto& [name, value] : parameters)
+        Vs::TranscriptSecrets::keepIfNamedSo(Vs::Strings::widen(name), Vs::Strings::fromBytes(value));
     LineRunner runner({line.keepGoing, line.echo, std::move(parameters)});
     Vu::Application* application = Vu::Application::get();
     std::unique_ptr<HandOverReceiver> receiver;

@@ -6,6 +6,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentType.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
 #include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/SkyvaultUtilities.h"
 #include "UI/Base/Program/FileDialog.h"
@@ -162,8 +163,15 @@ void SaveDocumentCmd::onExecute(Vs::Status& status)
     }
     if (!failures.reason().empty() && !failures.reported() && failures.alone())
         MessageBox::error(failures.reason());
-    if (Vs::TranscriptMgr::get()->recording() && document->isOnDisk())
+    if (!Vs::TranscriptMgr::get()->recording() || !document->isOnDisk())
+        return;
+    // Where an item's file lies is this profile's own business; played elsewhere, the item shown is saved.
+    if (Vs::ItemhubUtilities::get()->isItemhubDocument(document)) {
+        commandContext()->removeArgument(CloseDocumentCmdDef::documentSessionArgumentName());
+        commandContext()->removeArgument(CommandContext::pathArgumentName());
+    } else {
         commandContext()->addArgument(CommandContext::pathArgumentName(), document->path());
+    }
 }
 
 void SaveDocumentCmd::onEnd(ETerminationReason reason)
