@@ -15,6 +15,7 @@
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Design/Localized.h"
+#include "UI/Design/NativeComponents.h"
 #include "UI/Design/Resources.h"
 #include "UI/Design/ShowDesign.h"
 
@@ -165,6 +166,12 @@ void VeloraImportCmd::onExecute(Vs::Status& status)
     if (!askForFile(recognizer, commandContext(), path, status))
         return;
     Vs::Translator* translator = recognizer.translator(path);
+    if (!translator && isNativeFile(path)) {
+        static_cast<void>(insertNativeFile(
+            path, assetSession() ? assetSession()->editedComponent() : std::string(),
+            [&](Vs::Request* request) { return executeRequest(request, false, {}, status); }, status));
+        return;
+    }
     if (!translator) {
         status.addError(
             localizedFormat("NoTranslatorForImport", "%1%: no translator reads this kind of file.", path));
