@@ -118,8 +118,13 @@ int main(int count, char** arguments)
     DriveTraits traits{.locks = true,
                        .refusesExisting = true,
                        .refusesStale = true,
+                       .weakEtags = false,
                        .keepsOldOnBreak = true,
+                       .movesOntoExisting = false,
+                       .etagAfterPut = false,
+                       .etagFromPropfind = false,
                        .etagsDifferInOneTick = true,
+                       .properties = false,
                        .probed = std::chrono::system_clock::now()};
     const std::string operation = arguments[3], path = arguments[4];
     const int times = count > 6 ? std::atoi(arguments[6]) : 0;

@@ -32,29 +32,56 @@ struct DriveEntry
     std::string modifiedBy; ///< The user's name, where the server tells.
 };
 
-/// What a server was found to do. Trust no server's word for it: all of it is probed.
+/// What is known of one trait of a server. As a bool, what isn't known does not hold.
+class Trait
+{
+public:
+    Trait() = default;
+    Trait(bool holds) : m_holds(holds) {}
+    operator bool() const { return m_holds.value_or(false); }
+    bool isKnown() const { return m_holds.has_value(); }
+    /// Not known not to.
+    bool mayHold() const { return m_holds.value_or(true); }
+
+private:
+    std::optional<bool> m_holds;
+};
+
+/// What a server was found to do. Trust no server's word for it: all of it is probed. What was disturbed
+/// while it was tried is not known, and tried again by the next save or sign-in.
 struct DriveTraits
 {
-    std::string server;             ///< As it names itself.
-    bool locks = false;             ///< LOCK works, and a PUT without the token is refused.
-    bool refusesExisting = false;   ///< `If-None-Match: *`.
-    bool refusesStale = false;      ///< A stale `If-Match`.
-    bool weakEtags = false;         ///< In the first second, so that a right `If-Match` may be refused.
-    bool keepsOldOnBreak = false;   ///< A PUT that breaks off leaves the old content.
-    bool movesOntoExisting = false; ///< MOVE with Overwrite replaces, and never loses the target.
-    bool etagAfterPut = false;      ///< In the answer to a PUT.
-    bool etagFromPropfind = false;
-    bool etagsDifferInOneTick = false;     ///< Of two contents of equal size.
+    std::string server; ///< As it names itself.
+    /// LOCK works and leaves the ETag as it is, and a PUT without the token is refused.
+    Trait locks;
+    Trait refusesExisting;   ///< `If-None-Match: *`.
+    Trait refusesStale;      ///< A stale `If-Match`.
+    Trait weakEtags;         ///< In the first second, so that a right `If-Match` may be refused.
+    Trait keepsOldOnBreak;   ///< A PUT that breaks off leaves the old content.
+    Trait movesOntoExisting; ///< MOVE with Overwrite replaces, and never loses the target.
+    Trait etagAfterPut;      ///< In the answer to a PUT.
+    Trait etagFromPropfind;
+    Trait etagsDifferInOneTick;            ///< Of two contents of equal size.
     std::chrono::milliseconds etagTick{0}; ///< How long they may be the same, if they don't.
-    bool properties = false;               ///< PROPPATCH keeps dead properties.
+    Trait properties;                      ///< PROPPATCH keeps dead properties.
+    // By the server's capabilities, which it is asked for at each sign-in.
     bool checksums = false;
-    bool chunkedUpload = false; ///< By the server's capabilities.
+    bool chunkedUpload = false;
     bool versions = false;
-    bool etagChangesByLock = false; ///< So that what is read under a lock isn't what stays.
-    std::chrono::system_clock::time_point probed{};
+    std::chrono::system_clock::time_point probed{}; ///< The epoch until all of it is known.
 
-    /// Whether another's change can be told from one's own at all.
-    bool isSafe() const { return locks || refusesStale; }
+    bool isKnown() const
+    {
+        for (const Trait* trait :
+             {&locks, &refusesExisting, &refusesStale, &weakEtags, &keepsOldOnBreak, &movesOntoExisting,
+              &etagAfterPut, &etagFromPropfind, &etagsDifferInOneTick, &properties}) {
+            if (!trait->isKnown())
+                return false;
+        }
+        return true;
+    }
+    /// Whether it was found that another's change can't be told from one's own.
+    bool isUnsafe() const { return locks.isKnown() && refusesStale.isKnown() && !locks && !refusesStale; }
 };
 
 /// What a file is written over.
@@ -81,8 +108,8 @@ public:
     /// How long the functions wait while no byte comes or goes.
     virtual void patience(std::chrono::milliseconds) {}
 
-    /// Asks who the user is to the server, and probes it in a folder of its own, which goes again, unless
-    /// `known` traits are younger than 30 days.
+    /// Asks who the user is to the server, and probes it in a folder of its own, which goes again, for what
+    /// `known` traits that are younger than 30 days leave open.
     [[nodiscard]] virtual DriveResult connect(const std::optional<DriveTraits>& known,
                                               const DriveWatch& watch) = 0;
     virtual const DriveTraits& traits() const = 0;

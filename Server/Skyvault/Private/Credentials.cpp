@@ -13,8 +13,8 @@
 namespace Vs::Cloud {
 namespace {
 
-/// Each flag with its name in the file.
-constexpr std::pair<const char*, bool DriveTraits::*> kFlags[] = {
+/// Each trait with its name in the file. What the server itself says is asked for at each sign-in.
+constexpr std::pair<const char*, Trait DriveTraits::*> kTraits[] = {
     {"locks", &DriveTraits::locks},
     {"refusesExisting", &DriveTraits::refusesExisting},
     {"refusesStale", &DriveTraits::refusesStale},
@@ -25,10 +25,8 @@ constexpr std::pair<const char*, bool DriveTraits::*> kFlags[] = {
     {"etagFromPropfind", &DriveTraits::etagFromPropfind},
     {"etagsDifferInOneTick", &DriveTraits::etagsDifferInOneTick},
     {"properties", &DriveTraits::properties},
-    {"checksums", &DriveTraits::checksums},
-    {"chunkedUpload", &DriveTraits::chunkedUpload},
-    {"versions", &DriveTraits::versions},
 };
+constexpr QLatin1String kTick("etagTick"); // In milliseconds.
 
 using Seconds = std::chrono::seconds;
 
@@ -59,8 +57,14 @@ try {
         return std::nullopt;
     DriveTraits traits;
     traits.server = object->value(QLatin1String("server")).toString().toStdString();
-    for (const auto& [name, flag] : kFlags)
-        traits.*flag = object->value(QLatin1String(name)).toBool();
+    for (const auto& [name, trait] : kTraits) {
+        if (const QJsonValue value = object->value(QLatin1String(name)); value.isBool())
+            traits.*trait = value.toBool();
+    }
+    if (object->contains(kTick))
+        traits.etagTick = std::chrono::milliseconds(object->value(kTick).toInteger());
+    else
+        traits.etagsDifferInOneTick = {};
     traits.probed =
         std::chrono::system_clock::time_point(Seconds(object->value(QLatin1String("probed")).toInteger()));
     return traits;
@@ -71,8 +75,11 @@ try {
 void keepTraits(const boost::filesystem::path& file, const DriveTraits& traits)
 try {
     QJsonObject object{{QLatin1String("server"), QString::fromStdString(traits.server)}};
-    for (const auto& [name, flag] : kFlags)
-        object.insert(QLatin1String(name), traits.*flag);
+    for (const auto& [name, trait] : kTraits) {
+        if ((traits.*trait).isKnown())
+            object.insert(QLatin1String(name), bool(traits.*trait));
+    }
+    object.insert(kTick, qint64(traits.etagTick.count()));
     object.insert(QLatin1String("probed"),
                   qint64(std::chrono::duration_cast<Seconds>(traits.probed.time_since_epoch()).count()));
     OwnFiles::makeFolder(file.parent_path());

@@ -80,7 +80,7 @@ DriveResult comment(Session& session, const std::string& path, const std::string
         if (!isRefusal(answer.status))
             return resultOf(answer, action);
     }
-    if (!session.traits.properties)
+    if (!session.traits.properties.mayHold())
         return failed(CloudErrorState::Unsupported, action, "the server keeps no remarks");
     // Earlier remarks stay, each in its line.
     QString remarks = item.properties[kRemark];

@@ -9,6 +9,13 @@
 
 namespace Vs::Cloud {
 
+namespace {
+
+// In one session, of what remains unknown: a server may never answer some request.
+constexpr int kMostProbes = 3;
+
+} // namespace
+
 DavDrive::DavDrive(const QUrl& address, DriveCredentials credentials)
     : m_session(address, std::move(credentials)), m_webAddress(address.toString().toStdString())
 {
@@ -29,10 +36,10 @@ DriveResult DavDrive::connect(const std::optional<DriveTraits>& known, const Dri
         return result;
     if (!m_session.service.web.isEmpty())
         m_webAddress = m_session.service.web.toString().toStdString();
-    if (known && isFresh(*known))
-        m_session.traits = *known;
-    else
-        result = probe(m_session, m_session.traits, watch);
+    m_session.traits = known && isFresh(*known) ? *known : DriveTraits();
+    if (!m_session.traits.isKnown())
+        result = probe(m_session, "/", watch);
+    m_probesLeft = kMostProbes;
     addCapabilities(m_session, m_session.traits);
     return result;
 }
@@ -57,6 +64,14 @@ DriveResult DavDrive::makeFolders(const std::string& path)
 
 DriveResult DavDrive::upload(const DriveUpload& upload, DriveEntry& entry, const DriveWatch& watch)
 {
+    // Perhaps the user may write there and not in the root.
+    if (!m_session.traits.isKnown() && m_probesLeft-- > 0) {
+        DriveResult result = checkPath("Writing", upload.path);
+        if (result.isOk())
+            result = probe(m_session, parentOf(upload.path), watch);
+        if (!result.isOk())
+            return result;
+    }
     return Upload(m_session, upload, watch).run(entry);
 }
 

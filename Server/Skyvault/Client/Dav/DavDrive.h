@@ -31,6 +31,7 @@ private:
 
     Session m_session;
     std::string m_webAddress;
+    int m_probesLeft = 0;
 };
 
 } // namespace Vs::Cloud

@@ -3,10 +3,18 @@
 #include "Server/Skyvault/Client/Dav/Comments.h"
 #include "Server/Skyvault/Client/Dav/Lock.h"
 
+#include <QCryptographicHash>
+#include <QSysInfo>
 #include <QUuid>
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <memory>
 #include <thread>
+#include <unistd.h>
 
 namespace Vs::Cloud {
 
@@ -15,48 +23,90 @@ namespace {
 constexpr std::chrono::hours kFresh{30 * 24};
 // Of a body that is cut: so much that no buffer holds it back.
 constexpr qsizetype kCutBody = 256 * 1024;
-constexpr int kPatience = 5;
-constexpr std::chrono::milliseconds kPause{60};
+constexpr int kTries = 3, kPatience = 3;
+constexpr std::chrono::milliseconds kPause{100};
 constexpr std::chrono::milliseconds kShortTick{20}, kLongTick{1100};
+
+/// What the folders of this machine's probes begin with. The number of the process follows.
+std::string folderPrefix()
+{
+    const QByteArray machine = QSysInfo::machineUniqueId() + QSysInfo::machineHostName().toUtf8();
+    const QByteArray mark = QCryptographicHash::hash(machine, QCryptographicHash::Sha1).toHex().left(8);
+    return ownPrefix() + "probe-" + mark.toStdString() + '-';
+}
 
 /// The probe's folder, as long as this lives.
 class ProbeFolder
 {
 public:
-    explicit ProbeFolder(Session& session)
+    ProbeFolder(Session& session, const std::string& within)
         : m_session(session),
-          m_path("/" + ownPrefix() + "probe-" +
-                 QUuid::createUuid().toString(QUuid::Id128).left(12).toStdString())
+          m_within(within),
+          m_path(joined(within, folderPrefix() + std::to_string(::getpid()) + '-' +
+                                    QUuid::createUuid().toString(QUuid::Id128).left(8).toStdString()))
     {
     }
-    ~ProbeFolder()
-    {
-        // A lost answer is worth a second try: nothing of ours is to stay.
-        const Answer gone =
-            m_session.http.ask({.method = "DELETE", .url = m_session.address.of(m_path, true)});
-        if (gone.isLost())
-            static_cast<void>(
-                m_session.http.ask({.method = "DELETE", .url = m_session.address.of(m_path, true)}));
-    }
+    ~ProbeFolder() { remove(m_path); }
     ProbeFolder(const ProbeFolder&) = delete;
     ProbeFolder& operator=(const ProbeFolder&) = delete;
 
-    std::string file(const char* name) const { return joined(m_path, name); }
+    std::string file(const std::string& name) const { return joined(m_path, name); }
     const std::string& path() const { return m_path; }
 
+    /// Removes the folders of this machine's programs that were killed.
+    DriveResult removeOthers(const DriveWatch& watch) const
+    {
+        std::vector<DriveEntry> entries;
+        DriveResult listed = m_session.list(m_within, entries, watch, Session::Names::All);
+        const std::string prefix = joined(m_within, folderPrefix());
+        for (const DriveEntry& entry : entries) {
+            if (!entry.isFolder || !entry.path.starts_with(prefix))
+                continue;
+            const int process = std::atoi(entry.path.c_str() + prefix.size());
+            if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH)
+                remove(entry.path);
+        }
+        return listed;
+    }
+
 private:
+    void remove(const std::string& path) const
+    {
+        // A lost answer is worth a second try: nothing of ours is to stay.
+        const Request request{.method = "DELETE", .url = m_session.address.of(path, true)};
+        if (m_session.http.ask(request).isLost())
+            static_cast<void>(m_session.http.ask(request));
+    }
+
     Session& m_session;
-    const std::string m_path;
+    const std::string m_within, m_path;
 };
 
+/// Whether an answer tells of the moment, or of what stands between, and nothing of what the server does.
+bool isDisturbance(int status)
+{
+    return status == 0 || status == 401 || status == 407 || status == 408 || status == 429 ||
+           (status >= 500 && status != 501);
+}
+
+/// The same of what such answers came to. Nobody else has a lock in a folder of ours.
+bool isDisturbance(CloudErrorState state)
+{
+    using enum CloudErrorState;
+    return state == Unreachable || state == Cancelled || state == Unauthorized || state == TooManyRequests ||
+           state == ServerError || state == BadAnswer || state == Redirected || state == Certificate ||
+           state == DriveFull || state == Locked;
+}
+
+/// Tries one trait after the other. A trial answers what it has seen the server do, or that it saw nothing.
 class Probe
 {
 public:
-    Probe(Session& session, DriveTraits& traits, const DriveWatch& watch)
+    Probe(Session& session, const std::string& within, const DriveWatch& watch)
         : m_session(session),
-          m_traits(traits),
+          m_traits(session.traits),
           m_watch(watch),
-          m_folder(session),
+          m_folder(session, within),
           m_one(m_folder.file("one")),
           m_two(m_folder.file("two"))
     {
@@ -65,41 +115,66 @@ public:
     DriveResult run();
 
 private:
-    /// Asks, and notes what broke off the whole probe.
+    using Trial = Trait (Probe::*)();
+
+    /// Asks, and notes a failure of the connection, which ends the whole probe.
     Answer ask(const char* method, const std::string& path, Headers headers = {},
                const QByteArray& body = {});
-    Answer put(const QByteArray& content, Headers headers = {})
+    bool put(const std::string& path, const QByteArray& content)
     {
-        return ask("PUT", m_one, headers, content);
+        return ask("PUT", path, {}, content).isOk();
     }
-    std::string etag(bool& byPropfind);
+    QByteArray content(const std::string& path) { return ask("GET", path).content; }
+    std::string etag(const std::string& path);
+    DriveResult noted(DriveResult result);
     bool goesOn();
 
-    void existing();
-    void etags();
-    void breaks();
-    void lockAndMove();
+    void decide(Trait& trait, Trial trial);
+    void decideTick();
+    Trait refusesExisting();
+    Trait refusesStale();
+    /// Of a file that holds "first".
+    Trait refuses(const std::string& file, const Headers& condition);
+    Trait etagsDiffer();
+    Trait etagsAreFine();
+    Trait keepsOldOnBreak();
+    Trait locks();
+    Trait movesOntoExisting();
+    Trait properties();
 
     Session& m_session;
     DriveTraits& m_traits;
     const DriveWatch& m_watch;
     const ProbeFolder m_folder;
     const std::string m_one, m_two;
+    DriveTraits m_seen; ///< What comes along with the answers.
+    int m_names = 0;
     DriveResult m_broken;
 };
 
 Answer Probe::ask(const char* method, const std::string& path, Headers headers, const QByteArray& body)
 {
-    if (!m_broken.isOk())
+    if (!goesOn())
         return {.failure = m_broken};
     Answer answer = m_session.http.ask(
         {.method = method, .url = m_session.address.of(path), .headers = std::move(headers), .body = body},
         m_watch);
-    if (answer.status == 0 || answer.status == 429 || answer.status == 401)
+    if (answer.status == 0)
         m_broken = resultOf(answer, m_session.action("Trying what the server does in", m_folder.path()));
     if (const QByteArray name = answer.header("Server"); !name.isEmpty())
         m_traits.server = name.left(80).toStdString();
+    if (answer.isOk() && std::string_view(method) == "PUT")
+        m_seen.etagAfterPut = m_seen.etagAfterPut || !answer.header("ETag").isEmpty();
     return answer;
+}
+
+/// Keeps a failure of the connection, which leaves everything open.
+DriveResult Probe::noted(DriveResult result)
+{
+    if (m_broken.isOk() &&
+        (result.state == CloudErrorState::Unreachable || result.state == CloudErrorState::Cancelled))
+        m_broken = result;
+    return result;
 }
 
 bool Probe::goesOn()
@@ -109,106 +184,202 @@ bool Probe::goesOn()
     return m_broken.isOk();
 }
 
-std::string Probe::etag(bool& byPropfind)
+/// Empty if nothing was answered.
+std::string Probe::etag(const std::string& path)
 {
     DavItem item;
-    if (m_session.look(m_one, item).isOk())
-        byPropfind = item.etagFromListing;
+    if (!goesOn() || !noted(m_session.look(path, item)).isOk())
+        return {};
+    m_seen.etagFromPropfind = m_seen.etagFromPropfind || item.etagFromListing;
+    m_seen.weakEtags = m_seen.weakEtags || item.entry.etag.starts_with("W/");
     return item.entry.etag;
 }
 
-void Probe::existing()
+/// What doesn't hold may be what was disturbed, so that counts when it was seen twice.
+void Probe::decide(Trait& trait, Trial trial)
 {
-    const Answer first = put("first", {{"If-None-Match", "*"}});
-    m_traits.etagAfterPut = !first.header("ETag").isEmpty();
-    m_traits.refusesExisting = first.isOk() && put("other", {{"If-None-Match", "*"}}).status == 412;
+    int refusals = 0;
+    for (int i = 0; i < kTries && !trait.isKnown() && goesOn(); ++i) {
+        const Trait seen = (this->*trial)();
+        if (seen || (seen.isKnown() && ++refusals == 2))
+            trait = seen;
+    }
 }
 
-void Probe::etags()
+Trait Probe::refusesExisting()
 {
-    put("third");
-    const std::string before = etag(m_traits.etagFromPropfind);
-    put("4th..");
-    const std::string after = etag(m_traits.etagFromPropfind);
-    m_traits.etagsDifferInOneTick = !before.empty() && strongPart(before) != strongPart(after);
-    if (!m_traits.etagsDifferInOneTick) {
-        // By the step of the clock that files have their times from, or by whole seconds.
-        m_traits.etagTick = kLongTick;
+    const std::string file = m_folder.file("new" + std::to_string(++m_names));
+    const Headers condition{{"If-None-Match", "*"}};
+    return ask("PUT", file, condition, "first").isOk() ? refuses(file, condition) : Trait();
+}
+
+Trait Probe::refusesStale()
+{
+    return put(m_one, "first") ? refuses(m_one, {{"If-Match", "\"quillet-stale\""}}) : Trait();
+}
+
+Trait Probe::refuses(const std::string& file, const Headers& condition)
+{
+    const int status = ask("PUT", file, condition, "other").status;
+    const QByteArray kept = content(file);
+    if (isDisturbance(status) || (kept != "first" && kept != "other"))
+        return {};
+    return status == 412 && kept == "first";
+}
+
+Trait Probe::etagsDiffer()
+{
+    // Two of three may have a step of the clock between them.
+    std::array<std::string, 3> etags;
+    for (const char* const text : {"3rd", "4th", "5th"}) {
+        if (!put(m_one, text))
+            return {};
+        etags[size_t(text[0] - '3')] = strongPart(etag(m_one));
+    }
+    if (std::any_of(etags.begin(), etags.end(), [](const auto& each) { return each.empty(); }))
+        return {};
+    return etags[0] != etags[1] && etags[1] != etags[2];
+}
+
+/// Whether ETags change by a step of the clock that files have their times from, rather than by whole
+/// seconds.
+Trait Probe::etagsAreFine()
+{
+    std::string before = strongPart(etag(m_one));
+    for (const char* const text : {"6th", "7th"}) {
         std::this_thread::sleep_for(kShortTick);
-        put("5th..");
-        if (strongPart(etag(m_traits.etagFromPropfind)) != strongPart(after))
-            m_traits.etagTick = kShortTick;
+        if (!put(m_one, text))
+            return {};
+        const std::string after = strongPart(etag(m_one));
+        if (before.empty() || after.empty())
+            return {};
+        if (after == before)
+            return false;
+        before = after;
     }
-    m_traits.weakEtags = after.starts_with("W/");
-    m_traits.refusesStale = put("stale", {{"If-Match", "\"quillet-stale\""}}).status == 412;
+    return true;
 }
 
-void Probe::breaks()
+Trait Probe::keepsOldOnBreak()
 {
-    put("whole");
-    Request half{.method = "PUT", .url = m_session.address.of(m_one)};
-    half.body = QByteArray(kCutBody, 'x');
-    half.cutAfter = kCutBody / 2;
-    static_cast<void>(m_session.http.ask(std::move(half), m_watch));
-    m_traits.keepsOldOnBreak = true;
-    // The server may not have seen yet that the connection is gone.
-    for (int i = 0; i < kPatience && m_traits.keepsOldOnBreak && goesOn(); ++i) {
-        DriveEntry kept;
-        m_traits.keepsOldOnBreak = m_session.find(m_one, kept).isOk() && kept.size == 5;
+    // One that never came to the server proves nothing, and looks the same from here.
+    for (const std::string& file : {m_one, m_two}) {
+        if (!put(file, "whole"))
+            return {};
+        Request half{.method = "PUT", .url = m_session.address.of(file)};
+        half.body = QByteArray(kCutBody, 'x');
+        half.cutAfter = kCutBody / 2;
+        const Answer answer = m_session.http.ask(std::move(half), m_watch);
+        if (answer.status != 0 || answer.wasReset)
+            return {};
+    }
+    // The server may not have seen yet that the connections are gone.
+    for (int i = 0; i < kPatience && goesOn(); ++i) {
         std::this_thread::sleep_for(kPause);
+        std::vector<DriveEntry> kept;
+        if (!noted(m_session.list(m_folder.path(), kept, m_watch)).isOk())
+            return {};
+        const auto isWhole = [](const DriveEntry& entry) { return entry.size == 5; };
+        if (std::count_if(kept.begin(), kept.end(), [&](const DriveEntry& entry) {
+                return (entry.path == m_one || entry.path == m_two) && isWhole(entry);
+            }) < 2)
+            return false;
     }
+    return m_broken.isOk() ? Trait(true) : Trait();
 }
 
-void Probe::lockAndMove()
+Trait Probe::locks()
 {
-    ask("PUT", m_two, {}, "moved here");
-    put("whole");
+    if (!put(m_one, "whole"))
+        return {};
+    const std::string before = strongPart(etag(m_one));
     std::unique_ptr<Lock> lock;
-    bool unused = false;
-    const std::string before = etag(unused);
-    if (Lock::take(m_session, m_one, lock).isOk()) {
-        m_traits.etagChangesByLock = strongPart(etag(unused)) != strongPart(before);
-        m_traits.locks = put("locked").status == 423;
-    }
+    if (const DriveResult taken = noted(Lock::take(m_session, m_one, lock)); !taken.isOk())
+        return isDisturbance(taken.state) ? Trait() : Trait(false);
+    // Where a lock changes the ETag, nobody can tell under it whether another has written.
+    const std::string after = strongPart(etag(m_one));
+    const int status = ask("PUT", m_one, {}, "other").status;
+    const QByteArray kept = content(m_one);
+    if (before.empty() || after.empty() || isDisturbance(status) || (kept != "whole" && kept != "other"))
+        return {};
+    return status == 423 && kept == "whole" && after == before;
+}
+
+Trait Probe::movesOntoExisting()
+{
+    if (!put(m_two, "moved here") || !put(m_one, "whole"))
+        return {};
+    std::unique_ptr<Lock> lock;
+    if (m_traits.locks && !noted(Lock::take(m_session, m_one, lock)).isOk())
+        return {};
     Headers headers{{"Destination", m_session.address.of(m_one).toEncoded()}, {"Overwrite", "T"}};
     if (lock)
         headers.push_back(lock->taggedCondition());
-    const Answer moved = ask("MOVE", m_two, headers);
-    DriveEntry target;
-    m_traits.movesOntoExisting =
-        moved.isOk() && m_session.find(m_one, target).isOk() && target.size == sizeof("moved here") - 1;
+    const int status = ask("MOVE", m_two, headers).status;
+    const QByteArray target = content(m_one);
+    if (isDisturbance(status))
+        return {};
+    return target == "moved here";
+}
+
+Trait Probe::properties()
+{
+    if (!put(m_one, "remark") || !goesOn())
+        return {};
+    const DriveResult kept = noted(setRemark(m_session, m_one, "tried"));
+    return isDisturbance(kept.state) ? Trait() : Trait(kept.isOk());
+}
+
+void Probe::decideTick()
+{
+    m_traits.etagTick = kLongTick;
+    decide(m_traits.etagsDifferInOneTick, &Probe::etagsDiffer);
+    if (m_traits.etagsDifferInOneTick) {
+        m_traits.etagTick = {};
+    } else if (m_traits.etagsDifferInOneTick.isKnown()) {
+        Trait isFine;
+        decide(isFine, &Probe::etagsAreFine);
+        if (isFine)
+            m_traits.etagTick = kShortTick;
+    }
 }
 
 DriveResult Probe::run()
 {
     const Answer made =
         m_session.http.ask({.method = "MKCOL", .url = m_session.address.of(m_folder.path(), true)}, m_watch);
-    if (made.status == 0 || made.status == 401 || made.status == 429)
+    if (made.status == 0 || made.status == 401)
         return resultOf(made, m_session.action("Making the folder", m_folder.path()));
+    // Whoever may only read here may be allowed more elsewhere, or by the next time.
     if (!made.isOk())
-        return {}; // Whoever may only read needs nothing of all this.
-    for (const auto part : {&Probe::existing, &Probe::etags, &Probe::breaks, &Probe::lockAndMove}) {
-        if (!goesOn())
-            return m_broken;
-        (this->*part)();
+        return {};
+    static_cast<void>(noted(m_folder.removeOthers(m_watch)));
+    decide(m_traits.refusesExisting, &Probe::refusesExisting);
+    decide(m_traits.refusesStale, &Probe::refusesStale);
+    if (!m_traits.etagsDifferInOneTick.isKnown())
+        decideTick();
+    decide(m_traits.keepsOldOnBreak, &Probe::keepsOldOnBreak);
+    decide(m_traits.locks, &Probe::locks);
+    decide(m_traits.movesOntoExisting, &Probe::movesOntoExisting);
+    decide(m_traits.properties, &Probe::properties);
+    if (!m_seen.weakEtags.isKnown())
+        static_cast<void>(etagsDiffer());
+    for (const auto trait :
+         {&DriveTraits::weakEtags, &DriveTraits::etagAfterPut, &DriveTraits::etagFromPropfind}) {
+        if (m_broken.isOk() && !(m_traits.*trait).isKnown())
+            m_traits.*trait = m_seen.*trait;
     }
-    const std::string last = m_folder.file("three");
-    ask("PUT", last, {}, "remark");
-    m_traits.properties = goesOn() && setRemark(m_session, last, "tried").isOk();
     return m_broken;
 }
 
 } // namespace
 
-DriveResult probe(Session& session, DriveTraits& traits, const DriveWatch& watch)
+DriveResult probe(Session& session, const std::string& within, const DriveWatch& watch)
 {
-    DriveTraits found;
-    DriveResult result = Probe(session, found, watch).run();
-    if (!result.isOk())
-        return result;
-    found.probed = std::chrono::system_clock::now();
-    traits = found;
-    return {};
+    DriveResult result = Probe(session, within, watch).run();
+    if (session.traits.isKnown())
+        session.traits.probed = std::chrono::system_clock::now();
+    return result;
 }
 
 bool isFresh(const DriveTraits& traits)

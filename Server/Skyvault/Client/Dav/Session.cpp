@@ -1,6 +1,20 @@
 #include "Server/Skyvault/Client/Dav/Session.h"
 
+#include <QCryptographicHash>
+#include <QSysInfo>
+
+#include <unistd.h>
+
 namespace Vs::Cloud {
+
+std::string hiddenNameOf(const std::string& path, bool isLocked)
+{
+    QByteArray of = QByteArray::fromStdString(path);
+    if (!isLocked)
+        of += ' ' + QSysInfo::machineUniqueId() + ' ' + QByteArray::number(qint64(::getpid()));
+    const QByteArray mark = QCryptographicHash::hash(of, QCryptographicHash::Sha1).toHex();
+    return joined(parentOf(path), ownPrefix() + mark.toStdString());
+}
 
 std::string strongPart(const std::string& etag)
 {
@@ -69,7 +83,7 @@ DriveResult Session::find(const std::string& path, DriveEntry& entry)
 }
 
 DriveResult Session::list(const std::string& folder, std::vector<DriveEntry>& entries,
-                          const DriveWatch& watch)
+                          const DriveWatch& watch, Names names)
 {
     const std::string action = this->action("Listing", folder);
     entries.clear();
@@ -77,7 +91,8 @@ DriveResult Session::list(const std::string& folder, std::vector<DriveEntry>& en
     MultiStatus reader(address, [&](DavItem&& each) {
         if (each.entry.path == folder)
             isFolder = each.entry.isFolder;
-        else if (parentOf(each.entry.path) == folder && !nameOf(each.entry.path).starts_with(ownPrefix()))
+        else if (parentOf(each.entry.path) == folder &&
+                 (names == Names::All || !nameOf(each.entry.path).starts_with(ownPrefix())))
             entries.push_back(std::move(each.entry));
     });
     Request request{.method = "PROPFIND",

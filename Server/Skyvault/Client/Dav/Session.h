@@ -40,7 +40,9 @@ struct Session
     /// asked for there.
     DriveResult look(const std::string& path, DavItem& item, const QByteArray& more = {});
     DriveResult find(const std::string& path, DriveEntry& entry);
-    DriveResult list(const std::string& folder, std::vector<DriveEntry>& entries, const DriveWatch& watch);
+    enum class Names { OfUsers, All }; ///< With those that are there while something is done, or without.
+    DriveResult list(const std::string& folder, std::vector<DriveEntry>& entries, const DriveWatch& watch,
+                     Names names = Names::OfUsers);
     DriveResult makeFolders(const std::string& path);
     /// One folder; fine if it is there already.
     DriveResult makeFolder(const std::string& path);
@@ -53,6 +55,11 @@ inline std::string ownPrefix()
 {
     return ".quillet-";
 }
+
+/// Of what a file's new version is sent to before it is moved. It is the same for each save, so that what a
+/// killed or a lost one left goes with the next: for those of all, under a lock, else for those of this
+/// process.
+std::string hiddenNameOf(const std::string& path, bool isLocked);
 
 /// Without W/, as ETags are compared.
 std::string strongPart(const std::string& etag);

@@ -121,7 +121,7 @@ DriveResult Upload::compare()
     if (!m_upload.known)
         return changed("a file of this name is there");
     // Without an ETag the server itself has to compare.
-    const bool isSame = m_before.etag.empty() ? m_session.traits.refusesStale
+    const bool isSame = m_before.etag.empty() ? bool(m_session.traits.refusesStale)
                                               : strongPart(m_before.etag) == strongPart(*m_upload.known);
     return isSame ? DriveResult() : changed("another version is there");
 }
@@ -143,11 +143,11 @@ Headers Upload::conditions() const
     if (m_lock)
         headers.push_back(m_lock->condition());
     const bool isKnown = m_isThere && !m_before.etag.empty();
-    if (isKnown && m_session.traits.refusesStale)
+    if (isKnown && m_session.traits.refusesStale.mayHold())
         headers.push_back({"If-Match", QByteArray::fromStdString(m_before.etag)});
     else if (m_isThere && m_before.etag.empty() && m_upload.known && !m_upload.keepOther)
         headers.push_back({"If-Match", QByteArray::fromStdString(*m_upload.known)});
-    else if (!m_isThere && !m_isFresh && m_session.traits.refusesExisting)
+    else if (!m_isThere && !m_isFresh && m_session.traits.refusesExisting.mayHold())
         headers.push_back({"If-None-Match", "*"});
     return headers;
 }

@@ -52,7 +52,7 @@ DriveTraits knownTraits(TestServer::Kind kind)
 
 std::string textOf(const DriveTraits& traits)
 {
-    const std::pair<const char*, bool> lines[] = {
+    const std::pair<const char*, Trait> lines[] = {
         {"locks", traits.locks},
         {"refuses existing", traits.refusesExisting},
         {"refuses stale", traits.refusesStale},
@@ -65,7 +65,7 @@ std::string textOf(const DriveTraits& traits)
     };
     std::string text;
     for (const auto& [name, is] : lines)
-        text += std::string(name) + (is ? ": yes\n" : ": no\n");
+        text += std::string(name) + (!is.isKnown() ? ": unknown\n" : is ? ": yes\n" : ": no\n");
     return text;
 }
 

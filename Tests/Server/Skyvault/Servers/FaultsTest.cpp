@@ -7,6 +7,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <gtest/gtest.h>
+#include <sstream>
 
 namespace {
 
@@ -275,6 +276,87 @@ TEST_P(FaultsTest, FoldersAreThereWhenItSaysSo)
                     EXPECT_EQ(on.server.names(m_folder.substr(1) + "/a"), std::vector<std::string>{"b"});
                 }
             });
+}
+
+/// Of two servers, whose answers to a probe differ in most and come soon.
+class ProbeFaultsTest : public FaultsTest
+{
+protected:
+    DriveResult connect(bool isStall)
+    {
+        on.drive = driveOf(on.server, on.proxy->address());
+        on.drive->patience(isStall ? kShortPatience : kPatience);
+        return on.drive->connect(std::nullopt, {});
+    }
+
+    /// As far as anything was found, it is this.
+    void expectTrue(const std::string& known)
+    {
+        std::istringstream lines(textOf(on.drive->traits()));
+        for (std::string line; std::getline(lines, line);)
+            EXPECT_TRUE(line.ends_with("unknown") || known.find(line + '\n') != known.npos) << line;
+    }
+
+    /// What looks like a server that doesn't lock or refuse, where a trait is decided; of the rest each fault
+    /// in its turn, at some requests that stand for all. Who answers just what a server answers that locks
+    /// and refuses can't be told from one.
+    static std::vector<FaultCase> faultsOf(const FaultProxy::Request& request)
+    {
+        std::vector<FaultCase> chosen;
+        const bool decides = request.method == "LOCK" || request.method == "MOVE" ||
+                             request.method == "PROPPATCH" || request.headers.contains("if-match") ||
+                             request.headers.contains("if-none-match");
+        if (decides && GetParam() == TestServer::Kind::Lighttpd) {
+            for (const FaultCase& one : faults()) {
+                if (std::string(one.name) == "403" || std::string(one.name) == "a network's own page")
+                    chosen.push_back(one);
+            }
+        } else if (request.number % 5 == 2) {
+            const size_t turn = size_t(request.number) / 5 * 3 + size_t(GetParam());
+            const FaultCase& one = faults()[turn % faults().size()];
+            if (one.name != std::string("412") && one.name != std::string("423") && !one.forListings)
+                chosen.push_back(one);
+        }
+        return chosen;
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, ProbeFaultsTest,
+                         testing::Values(TestServer::Kind::Lighttpd, TestServer::Kind::Rclone),
+                         [](const auto& info) { return TestServer::name(info.param); });
+
+TEST_P(ProbeFaultsTest, WhatIsFoundOutOfAServerIsTrueOrFoundOutBeforeTheNextSave)
+{
+    on.proxy->forgetRequests();
+    ASSERT_EQ(connect(false).detail, "");
+    const std::string known = textOf(on.drive->traits());
+    ASSERT_TRUE(on.drive->traits().isKnown()) << known;
+    const auto requests = on.proxy->requests();
+    for (const FaultProxy::Request& request : requests) {
+        for (const FaultCase& one : faultsOf(request)) {
+            SCOPED_TRACE(std::string(one.name) + " at " + request.method + ", the request " +
+                         std::to_string(request.number));
+            on.proxy->forgetRequests();
+            on.proxy->onRequest([&](const FaultProxy::Request& seen) {
+                return seen.number == request.number ? std::optional(one.fault()) : std::nullopt;
+            });
+            const DriveResult result = connect(std::string(one.name).find("stall") != std::string::npos);
+            on.proxy->onRequest({});
+            on.drive->patience(kPatience);
+            expectClear(result, one);
+            expectTrue(known);
+            if (request.method != "DELETE") {
+                EXPECT_EQ(on.server.names(), std::vector<std::string>());
+            }
+            if (result.isOk() && !on.drive->traits().isKnown()) {
+                DriveEntry entry;
+                makeFolder();
+                EXPECT_EQ(on.drive->upload({.path = m_wheel, .source = m_source}, entry, {}).detail, "");
+                EXPECT_EQ(textOf(on.drive->traits()), known);
+                on.server.request("DELETE", m_folder.substr(1) + '/');
+            }
+        }
+    }
 }
 
 } // namespace

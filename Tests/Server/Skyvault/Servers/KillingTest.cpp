@@ -25,7 +25,7 @@ class KillingTest : public testing::TestWithParam<TestServer::Kind>
 protected:
     /// Saves in another process, which is killed when that request of it has come; 0 for none. Returns how
     /// many requests there were.
-    int save(int killedAt, bool isDone)
+    int save(int killedAt, bool isDone, bool isProbing = false)
     {
         std::atomic<pid_t> saver = 0;
         on.proxy->forgetRequests();
@@ -37,7 +37,8 @@ protected:
             kill(saver, SIGKILL);
             return isDone ? std::nullopt : std::optional(Fault::reset());
         });
-        const std::string program = QUILLET_UPLOAD_ONCE, kind = std::to_string(int(GetParam())),
+        const std::string program = QUILLET_UPLOAD_ONCE,
+                          kind = std::to_string(isProbing ? -1 : int(GetParam())),
                           address = on.proxy->address(), source = m_source, known = on.entry(m_wheel).etag,
                           path = m_wheel;
         setenv("QUILLET_PASSWORD", on.server.password().c_str(), 1);
@@ -97,6 +98,20 @@ TEST_P(KillingTest, LeavesTheOldOrTheNewFileAndTheNextSaveGetsThroughOrSaysWhoHa
             EXPECT_EQ(on.content(m_wheel), kNew);
         }
     }
+}
+
+TEST_P(KillingTest, InAProbeLeavesNothingThatTheNextOneDoesNotRemove)
+{
+    REQUIRE_SERVER(on.server);
+    ASSERT_EQ(on.server.request("MKCOL", "run0/").status, 201);
+    on.put(m_wheel, kOld);
+    save(12, true, true);
+    EXPECT_EQ(on.server.names().size(), 2u);
+    on.drive = driveOf(on.server, on.proxy->address());
+    EXPECT_EQ(on.drive->connect(std::nullopt, {}).detail, "");
+    if (GetParam() == TestServer::Kind::Nginx)
+        return; // It lists no hidden names, so that nobody finds the folder.
+    EXPECT_EQ(on.server.names(), std::vector<std::string>{"run0"});
 }
 
 } // namespace

@@ -134,7 +134,7 @@ void CloudPage::refresh()
     m_traits->setVisible(traits);
     if (traits) {
         QStringList lines = CloudTexts::traits(*traits);
-        if (!traits->isSafe())
+        if (traits->isUnsafe())
             lines.prepend(CloudTexts::unsafe());
         m_traits->setText(QStringLiteral("\u2022 ") + lines.join(QStringLiteral("\n\u2022 ")));
     }

@@ -88,21 +88,26 @@ QString unsafe()
 
 QStringList traits(const Vs::Cloud::DriveTraits& traits)
 {
-    const auto choose = [](bool holds, const QString& yes, const QString& no) { return holds ? yes : no; };
     QStringList lines;
-    lines << choose(traits.locks, text("CloudTraitLocks", "A file is locked for others while it is saved."),
-                    text("CloudTraitNoLocks", "Files cannot be locked while they are saved."));
-    lines << choose(traits.refusesStale,
-                    text("CloudTraitStale", "A save over a newer version of somebody else is refused."),
-                    text("CloudTraitNoStale",
-                         "The server itself does not refuse a save over a newer version of somebody else."));
-    lines << choose(traits.keepsOldOnBreak,
-                    text("CloudTraitBreak", "If a save breaks off, the old version stays."),
-                    text("CloudTraitNoBreak",
-                         "If a save breaks off, the server may lose the old version; so each save goes to "
-                         "another name first, or is sent again."));
-    lines << choose(traits.versions, text("CloudTraitVersions", "Older versions of a file are kept."),
-                    text("CloudTraitNoVersions", "Older versions of a file are not kept."));
+    const auto choose = [&](const Vs::Cloud::Trait& trait, const QString& yes, const QString& no) {
+        if (trait.isKnown())
+            lines << (trait ? yes : no);
+    };
+    choose(traits.locks, text("CloudTraitLocks", "A file is locked for others while it is saved."),
+           text("CloudTraitNoLocks", "Files cannot be locked while they are saved."));
+    choose(traits.refusesStale,
+           text("CloudTraitStale", "A save over a newer version of somebody else is refused."),
+           text("CloudTraitNoStale",
+                "The server itself does not refuse a save over a newer version of somebody else."));
+    choose(traits.keepsOldOnBreak, text("CloudTraitBreak", "If a save breaks off, the old version stays."),
+           text("CloudTraitNoBreak",
+                "If a save breaks off, the server may lose the old version; so each save goes to "
+                "another name first, or is sent again."));
+    if (!traits.isKnown())
+        lines << text("CloudTraitUnknown",
+                      "Not all that the server does could be tried out; it is tried again before a save.");
+    choose(traits.versions, text("CloudTraitVersions", "Older versions of a file are kept."),
+           text("CloudTraitNoVersions", "Older versions of a file are not kept."));
     if (traits.chunkedUpload)
         lines << text("CloudTraitChunks", "Large files are sent in parts, and go on where they broke off.");
     if (traits.checksums)

@@ -311,7 +311,7 @@ void QTCloudLoginDialog::finish(const DriveResult& result)
 {
     if (result.isOk()) {
         const Vs::Cloud::DriveTraits* traits = Vs::MeshportAuth::globalInstance()->traits();
-        if (!traits || traits->isSafe()) {
+        if (!traits || !traits->isUnsafe()) {
             accept();
             return;
         }
