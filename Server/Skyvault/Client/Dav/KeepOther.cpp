@@ -47,22 +47,34 @@ std::string nameOfCopy(const DriveEntry& other, int number)
     return joined(parentOf(other.path), (stem + mark + end).toStdString());
 }
 
+std::string nameOfNewCopy(Session& session, const DriveEntry& other)
+{
+    for (int number = 1; number <= kMostCopies; ++number) {
+        std::string copy = nameOfCopy(other, number);
+        DriveEntry there;
+        // Some servers copy over what is there though told not to.
+        if (session.find(copy, there).state == CloudErrorState::NotFound)
+            return copy;
+    }
+    return {};
+}
+
 DriveResult keepOther(Session& session, const DriveEntry& other)
 {
     if (session.traits.versions)
         return {};
     const std::string action = session.action("Keeping the other version of", other.path);
-    for (int number = 1; number <= kMostCopies; ++number) {
-        const std::string copy = nameOfCopy(other, number);
-        DriveEntry there;
-        if (session.find(copy, there).state != CloudErrorState::NotFound)
-            continue; // Of an earlier save; some servers copy over it though told not to.
+    for (int tries = 0; tries < kMostCopies; ++tries) {
+        const std::string copy = nameOfNewCopy(session, other);
+        if (copy.empty())
+            break;
         const Answer answer = session.ask(
             "COPY", other.path, {{"Destination", session.address.of(copy).toEncoded()}, {"Overwrite", "F"}});
         if (answer.status == 412)
             continue;
         if (!answer.isOk() && !answer.isLost())
             return resultOf(answer, action);
+        DriveEntry there;
         if (session.find(copy, there).isOk() && there.size == other.size)
             return {};
         return answer.isOk() ? failed(CloudErrorState::NotKept, action, "the server didn't copy all of it")

@@ -14,5 +14,7 @@ DriveResult keepOther(Session& session, const DriveEntry& other);
 std::string whoAndWhen(const DriveEntry& entry);
 /// Of the copy: "/parts/wheel (anna 2026-11-26 08.29.50).vlra", with a number behind if it is not the first.
 std::string nameOfCopy(const DriveEntry& other, int number);
+/// The first of these that nothing has; empty if all have been used.
+std::string nameOfNewCopy(Session& session, const DriveEntry& other);
 
 } // namespace Vs::Cloud

@@ -9,8 +9,9 @@ namespace Vs::Cloud {
 
 namespace {
 
-// Whoever is killed in a save keeps others out for so long.
-constexpr std::chrono::seconds kTime{120};
+// Whoever is killed in a save keeps others out for so long, and so does a lock whose answer was lost, where
+// the server doesn't tell whose it is. As long as a save goes on, it is renewed.
+constexpr std::chrono::seconds kTime{30};
 constexpr std::chrono::seconds kLeastTime{10};
 
 QByteArray lockBody(const std::string& owner)

@@ -5,8 +5,6 @@
 #include "Server/Skyvault/Client/Dav/KeepOther.h"
 
 #include <QCryptographicHash>
-#include <QFileInfo>
-#include <QUuid>
 
 #include <chrono>
 #include <thread>
@@ -15,9 +13,9 @@ namespace Vs::Cloud {
 
 namespace {
 
-// Until a weak ETag has become a strong one: it is weak while its file is younger than a second.
+// Until a weak ETag has become a strong one.
 constexpr std::chrono::milliseconds kFirstSecond{1200};
-// Until a MOVE without an answer has been done, if it is done at all.
+// Until a request without an answer has been done, if it is done at all.
 constexpr int kLooks = 5;
 constexpr std::chrono::milliseconds kBetweenLooks{200};
 
@@ -31,7 +29,11 @@ bool isLost(const Answer& answer)
 } // namespace
 
 Upload::Upload(Session& session, const DriveUpload& upload, const DriveWatch& watch)
-    : m_session(session), m_upload(upload), m_watch(watch), m_action(session.action("Writing", upload.path))
+    : m_session(session),
+      m_upload(upload),
+      m_watch(watch),
+      m_action(session.action("Writing", upload.path)),
+      m_source(upload.source)
 {
 }
 
@@ -45,7 +47,9 @@ DriveResult Upload::run(DriveEntry& entry)
 
 DriveResult Upload::save(DriveEntry& entry)
 {
-    if (DriveResult opened = openSource(); !opened.isOk())
+    if (!isDrivePath(m_upload.path) || m_upload.path == "/")
+        return failed(CloudErrorState::BadName, m_action, "no file can be called so");
+    if (DriveResult opened = m_source.open(m_action); !opened.isOk())
         return opened;
     if (m_session.traits.locks) {
         // Some servers make an empty file of a name that is locked, and don't say so.
@@ -83,26 +87,23 @@ DriveResult Upload::underLock(DriveEntry& entry)
         result = write();
     if (result.isOk())
         result = readBack();
+    if (result.isOk() && m_aside)
+        m_aside->drop(m_after);
     if (result.isOk() || result.state == CloudErrorState::Changed)
         entry = m_after;
     return result;
 }
 
-DriveResult Upload::openSource()
-{
-    if (!isDrivePath(m_upload.path) || m_upload.path == "/")
-        return failed(CloudErrorState::BadName, m_action, "no file can be called so");
-    const QFileInfo source(QString::fromStdString(m_upload.source));
-    if (!source.isFile() || !source.isReadable())
-        return failed(CloudErrorState::CacheFailed, m_action,
-                      "\"" + m_upload.source + "\" can't be read on this machine");
-    m_size = source.size();
-    return {};
-}
-
 DriveResult Upload::changed(const std::string& why) const
 {
     return failed(CloudErrorState::Changed, m_action, why + whoAndWhen(m_before));
+}
+
+DriveResult Upload::cutShort(std::uint64_t size) const
+{
+    return failed(CloudErrorState::NotKept, m_action,
+                  "of " + std::to_string(m_source.size()) + " bytes the server keeps " +
+                      std::to_string(size));
 }
 
 DriveResult Upload::compare()
@@ -129,12 +130,19 @@ DriveResult Upload::compare()
 DriveResult Upload::write()
 {
     const DriveTraits& traits = m_session.traits;
-    const bool isInChunks = traits.chunkedUpload && Chunks::isWorthwhile(m_size);
+    const bool isInChunks = traits.chunkedUpload && Chunks::isWorthwhile(m_source.size());
     if (traits.checksums || isInChunks)
-        m_sum = sha1Of(m_upload.source);
+        m_source.addSum();
     if (isInChunks)
         return putInChunks();
+    if (!isGuarded())
+        return putAside();
     return !traits.keepsOldOnBreak && traits.movesOntoExisting ? putAndMove() : put();
+}
+
+bool Upload::isGuarded() const
+{
+    return m_lock || m_session.traits.refusesStale || m_session.traits.versions;
 }
 
 Headers Upload::conditions() const
@@ -152,18 +160,6 @@ Headers Upload::conditions() const
     return headers;
 }
 
-Answer Upload::putTo(const std::string& path, Headers headers)
-{
-    headers.push_back({"Content-Type", "application/octet-stream"});
-    if (m_session.traits.checksums)
-        headers.push_back({"OC-Checksum", "SHA1:" + m_sum});
-    return m_session.http.ask({.method = "PUT",
-                               .url = m_session.address.of(path),
-                               .headers = std::move(headers),
-                               .file = FilePart{m_upload.source, 0, m_size}},
-                              m_watch);
-}
-
 void Upload::wasWritten()
 {
     m_isWritten = true;
@@ -173,21 +169,23 @@ void Upload::wasWritten()
 DriveResult Upload::put()
 {
     for (bool isFirst = true;; isFirst = false) {
-        const Answer answer = putTo(m_upload.path, conditions());
+        const Answer answer = m_source.putTo(m_session, m_upload.path, conditions(), m_watch);
         if (answer.isOk()) {
             wasWritten();
             m_putEtag = answer.header("ETag").toStdString();
             return {};
         }
-        bool isUntouched = false;
-        // The first one, whose answer was lost, may have been done after we had looked.
+        bool isUntouched = false; // The first one may have been done after we had looked.
         if (!isFirst && settle(answer, isUntouched).isOk())
             return {};
         if (answer.status == 412)
             return putAfterAWhile();
         if (!isLost(answer))
             return resultOf(answer, m_action);
-        DriveResult settled = settle(answer, isUntouched);
+        // A server that has all of it may write it for whoever has cancelled.
+        DriveResult settled = answer.failure.state == CloudErrorState::Cancelled
+                                  ? settleSlowly(answer, isUntouched)
+                                  : settle(answer, isUntouched);
         if (settled.isOk() || !isUntouched || !answer.wasReset || !isFirst)
             return settled;
     }
@@ -206,7 +204,10 @@ DriveResult Upload::putAfterAWhile()
     m_after = m_before = now;
     if (!wasWeak || strongPart(now.etag) != strongPart(before))
         return changed("another version came to be there meanwhile");
-    const Answer answer = putTo(m_upload.path, conditions());
+    // It stays weak where the file's time is one to come. Nobody else writes under our lock.
+    const bool isStillWeak = now.etag.starts_with("W/") && m_lock && !m_lock->isLost();
+    const Headers headers = isStillWeak ? Headers{m_lock->condition()} : conditions();
+    const Answer answer = m_source.putTo(m_session, m_upload.path, headers, m_watch);
     if (isLost(answer)) {
         bool isUntouched = false;
         return settle(answer, isUntouched);
@@ -220,42 +221,57 @@ DriveResult Upload::putAfterAWhile()
 
 DriveResult Upload::putAndMove()
 {
-    // Under a lock it is the same name for each save, so that what a killed one left goes with the next.
-    const QByteArray mark =
-        m_lock ? QCryptographicHash::hash(QByteArray::fromStdString(m_upload.path), QCryptographicHash::Sha1)
-                     .toHex()
-               : QUuid::createUuid().toByteArray(QUuid::Id128);
-    const std::string hidden = joined(parentOf(m_upload.path), ownPrefix() + mark.toStdString());
-    const auto withoutHidden = [&](DriveResult result) {
+    const std::string hidden = hiddenNameOf(m_upload.path, m_lock != nullptr);
+    DriveResult result = putHidden(hidden);
+    if (result.isOk())
+        result = moveFrom(m_session.address.of(hidden));
+    removeHidden(hidden, result);
+    return result;
+}
+
+void Upload::removeHidden(const std::string& hidden, const DriveResult& result)
+{
+    // Some servers remove what has the name before they move: between that, nothing else is left of the file.
+    if (!result.isOk() && !m_mayBeMoving)
         static_cast<void>(m_session.remove(hidden));
-        return result;
-    };
-    const Answer put = putTo(hidden, {});
+}
+
+DriveResult Upload::putHidden(const std::string& hidden)
+{
+    const Answer put = m_source.putTo(m_session, hidden, {}, m_watch);
     DriveEntry sent;
     const DriveResult found = put.isOk() || isLost(put) ? m_session.find(hidden, sent) : DriveResult();
-    if (!put.isOk() && !(isLost(put) && found.isOk() && qint64(sent.size) == m_size))
-        return withoutHidden(resultOf(put, m_action));
-    if (!found.isOk())
-        return withoutHidden(found);
-    if (qint64(sent.size) != m_size)
-        return withoutHidden(
-            failed(CloudErrorState::NotKept, m_action,
-                   "of " + std::to_string(m_size) + " bytes the server kept " + std::to_string(sent.size)));
-    DriveResult moved = moveFrom(m_session.address.of(hidden));
-    // What may still be on its way to its place stays: the next save uses the same name.
-    const bool isUnderWay = moved.state == CloudErrorState::Unreachable;
-    return moved.isOk() || isUnderWay ? moved : withoutHidden(moved);
+    const bool isWhole = found.isOk() && qint64(sent.size) == m_source.size();
+    if (!put.isOk() && !(isLost(put) && isWhole))
+        return resultOf(put, m_action);
+    return isWhole || !found.isOk() ? found : cutShort(sent.size);
+}
+
+DriveResult Upload::putAside()
+{
+    const std::string hidden = hiddenNameOf(m_upload.path, false);
+    DriveResult result = putHidden(hidden);
+    if (result.isOk() && m_isThere)
+        result = Aside::take(m_session, m_before, m_aside);
+    // Nothing has the name now, and whoever gives it to something meanwhile keeps it.
+    m_isThere = false;
+    if (result.isOk())
+        result = moveFrom(m_session.address.of(hidden));
+    removeHidden(hidden, result);
+    if (!result.isOk() && m_aside)
+        m_aside->giveBack();
+    return result;
 }
 
 DriveResult Upload::putInChunks()
 {
     const QUrl destination = m_session.address.of(m_upload.path);
-    const QByteArray name = QCryptographicHash::hash(destination.toEncoded() + ' ' + m_sum + ' ' +
+    const QByteArray name = QCryptographicHash::hash(destination.toEncoded() + ' ' + m_source.sum() + ' ' +
                                                          QByteArray::fromStdString(m_before.etag),
                                                      QCryptographicHash::Sha1)
                                 .toHex();
     Chunks chunks(m_session, "quillet-" + name, destination);
-    DriveResult result = chunks.send(m_upload.source, m_size, m_action, m_watch);
+    DriveResult result = chunks.send(m_upload.source, m_source.size(), m_action, m_watch);
     if (result.isOk())
         result = moveFrom(chunks.whole());
     // What a broken connection left is gone on with by the next save of the same content.
@@ -271,9 +287,9 @@ DriveResult Upload::moveFrom(const QUrl& place)
     if (m_lock)
         headers.push_back(m_lock->taggedCondition());
     if (m_session.traits.chunkedUpload)
-        headers.push_back({"OC-Total-Length", QByteArray::number(m_size)});
+        headers.push_back({"OC-Total-Length", QByteArray::number(m_source.size())});
     if (m_session.traits.checksums)
-        headers.push_back({"OC-Checksum", "SHA1:" + m_sum});
+        headers.push_back({"OC-Checksum", "SHA1:" + m_source.sum()});
     const Answer moved = m_session.http.ask({.method = "MOVE", .url = place, .headers = headers});
     if (moved.isOk()) {
         wasWritten();
@@ -281,19 +297,22 @@ DriveResult Upload::moveFrom(const QUrl& place)
     }
     if (moved.status == 412)
         return changed("another file came to be there meanwhile");
-    return isLost(moved) ? settleMove(moved) : resultOf(moved, m_action);
+    if (!isLost(moved))
+        return resultOf(moved, m_action);
+    // It isn't sent again: one that is done twice has cost both files.
+    bool unused = false;
+    m_mayBeMoving = true;
+    return settleSlowly(moved, unused);
 }
 
-DriveResult Upload::settleMove(const Answer& moved)
+DriveResult Upload::settleSlowly(const Answer& answer, bool& isUntouched)
 {
-    // It isn't sent again: it may be under way, and one that is done twice has cost both files.
-    bool unused = false;
-    DriveResult settled = settle(moved, unused);
-    for (int i = 0; i < kLooks && !settled.isOk(); ++i) {
+    for (int i = 0;; ++i) {
+        DriveResult settled = settle(answer, isUntouched);
+        if (settled.isOk() || !m_isSeen || i == kLooks)
+            return settled;
         std::this_thread::sleep_for(kBetweenLooks);
-        settled = settle(moved, unused);
     }
-    return settled;
 }
 
 DriveResult Upload::settle(const Answer& answer, bool& isUntouched)
@@ -307,6 +326,7 @@ DriveResult Upload::settle(const Answer& answer, bool& isUntouched)
         return {};
     }
     const bool isAbsent = found.state == CloudErrorState::NotFound;
+    m_isSeen = found.isOk() || isAbsent;
     isUntouched =
         isAbsent ? !m_isThere : found.isOk() && (m_lock || (m_isThere && now.etag == m_before.etag));
     if (found.isOk() && m_isThere && m_lock)
@@ -316,10 +336,10 @@ DriveResult Upload::settle(const Answer& answer, bool& isUntouched)
 
 bool Upload::isOurs(const DriveEntry& found)
 {
-    if (qint64(found.size) != m_size || (m_isThere && found.etag == m_before.etag))
+    if (qint64(found.size) != m_source.size() || (m_isThere && found.etag == m_before.etag))
         return false;
     // Nobody else may have written under our lock.
-    if (m_lock && !m_lock->isLost() && !found.etag.empty() && (m_isThere || m_size > 0))
+    if (m_lock && !m_lock->isLost() && !found.etag.empty() && (m_isThere || m_source.size() > 0))
         return true;
     std::string etag;
     return hasContent(m_session, m_upload.path, m_upload.source, etag).isOk();
@@ -333,14 +353,12 @@ DriveResult Upload::readBack()
         return found;
     m_after = kept.entry;
     const QString sums = kept.properties[QStringLiteral("checksum")];
-    if (!m_sum.isEmpty() && sums.contains("SHA1:") &&
-        !sums.contains("SHA1:" + QString::fromLatin1(m_sum), Qt::CaseInsensitive))
+    if (!m_source.sum().isEmpty() && sums.contains("SHA1:") &&
+        !sums.contains("SHA1:" + QString::fromLatin1(m_source.sum()), Qt::CaseInsensitive))
         return failed(CloudErrorState::NotKept, m_action, "the server keeps another checksum");
-    if (qint64(m_after.size) != m_size) {
+    if (qint64(m_after.size) != m_source.size()) {
         m_isWritten = false;
-        return failed(CloudErrorState::NotKept, m_action,
-                      "of " + std::to_string(m_size) + " bytes the server keeps " +
-                          std::to_string(m_after.size));
+        return cutShort(m_after.size);
     }
     if (m_lock && !m_lock->isLost()) {
         // The same ETag is that of two versions in one tick, or nothing was written and another than the
@@ -370,7 +388,8 @@ DriveResult Upload::readBack()
 
 void Upload::removeEmpty()
 {
-    static_cast<void>(m_session.remove(m_upload.path, {m_lock->condition()}));
+    // Some servers want to be told whose token it is.
+    static_cast<void>(m_session.remove(m_upload.path, {m_lock->taggedCondition()}));
 }
 
 } // namespace Vs::Cloud

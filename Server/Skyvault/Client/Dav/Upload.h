@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Server/Skyvault/Client/Dav/Aside.h"
 #include "Server/Skyvault/Client/Dav/Lock.h"
 #include "Server/Skyvault/Client/Dav/Session.h"
+#include "Server/Skyvault/Client/Dav/Source.h"
 
 #include <memory>
 #include <optional>
@@ -20,27 +22,33 @@ public:
 private:
     DriveResult save(DriveEntry& entry);
     DriveResult underLock(DriveEntry& entry);
-    DriveResult openSource();
     /// Looks at what is there and compares it with what was known.
     DriveResult compare();
     DriveResult changed(const std::string& why) const;
+    DriveResult cutShort(std::uint64_t size) const;
 
     DriveResult write();
     void wasWritten();
     DriveResult put();
     DriveResult putAndMove();
+    /// Where nothing keeps another from being written over.
+    DriveResult putAside();
+    /// Sends it to a hidden name, where all of it is or nothing remains.
+    DriveResult putHidden(const std::string& hidden);
+    /// If it has not been moved and won't be.
+    void removeHidden(const std::string& hidden, const DriveResult& result);
     DriveResult putInChunks();
     /// Puts what lies there, of our size, into the file's place.
     DriveResult moveFrom(const QUrl& place);
-    Answer putTo(const std::string& path, Headers headers);
     Headers conditions() const;
+    bool isGuarded() const;
     /// A right If-Match was refused, since the ETag is a weak one in the first second.
     DriveResult putAfterAWhile();
     /// What became of a request whose answer was lost: success if it was done; `isUntouched` if not, and it
     /// may be sent again.
     DriveResult settle(const Answer& answer, bool& isUntouched);
-    /// The same of a MOVE, which may take its time.
-    DriveResult settleMove(const Answer& moved);
+    /// The same of what a server may still be at: some move in two steps.
+    DriveResult settleSlowly(const Answer& answer, bool& isUntouched);
     bool isOurs(const DriveEntry& found);
 
     DriveResult readBack();
@@ -51,15 +59,17 @@ private:
     const DriveUpload& m_upload;
     const DriveWatch& m_watch;
     const std::string m_action;
-    qint64 m_size = 0;
+    Source m_source;
     std::unique_ptr<Lock> m_lock;
+    std::unique_ptr<Aside> m_aside;
     bool m_isThere = false;   ///< A file that somebody wrote, before this save.
     bool m_wasAbsent = false; ///< Nothing had the name before it was locked.
     bool m_isFresh = false;   ///< What has the name came to be by our lock.
     bool m_isWritten = false;
+    bool m_isSeen = false;      ///< The server could be looked at after an answer was lost.
+    bool m_mayBeMoving = false; ///< The hidden file may still be moved, or part of it has been.
     std::chrono::steady_clock::time_point m_writtenAt;
     DriveEntry m_before, m_after;
-    QByteArray m_sum;      ///< SHA-1 of what is sent, where the server keeps one.
     std::string m_putEtag; ///< As the answer to PUT told it.
 };
 

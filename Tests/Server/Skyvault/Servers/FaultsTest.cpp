@@ -164,9 +164,7 @@ protected:
     /// disturbed one.
     void expectClean(const std::vector<std::string>& names, const std::string& method)
     {
-        // Subversion makes an empty file of a lock, and refuses to remove it under that.
-        const bool isEmptied = GetParam() == TestServer::Kind::Subversion && names.empty();
-        if (method != "DELETE" && method != "MOVE" && !isEmptied) {
+        if (method != "DELETE" && method != "MOVE") {
             EXPECT_EQ(on.server.names(m_folder.substr(1)), names);
         }
         if (method != "UNLOCK" && !names.empty()) {
@@ -226,9 +224,7 @@ TEST_P(FaultsTest, ANewFileIsThereOrNot)
                     EXPECT_TRUE(content == kNew || !isDone) << content;
                     return;
                 }
-                const bool isNothing =
-                    content == on.kNothing || (content.empty() && GetParam() == TestServer::Kind::Subversion);
-                EXPECT_TRUE(content == kNew || (isNothing && !isDone)) << content;
+                EXPECT_TRUE(content == kNew || (content == on.kNothing && !isDone)) << content;
                 expectClean(content == kNew ? std::vector<std::string>{"wheel"} : std::vector<std::string>(),
                             method);
             });

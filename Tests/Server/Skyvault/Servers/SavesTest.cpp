@@ -1,0 +1,128 @@
+// Saves that are cancelled, that meet another's, and on whose files a clock went wrong: nobody's work goes by
+// them.
+
+#include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
+#include "Tests/Support/Files.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+#include <ctime>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Vs::Cloud;
+using TestSupport::Fault;
+using TestSupport::FaultProxy;
+using TestSupport::TestServer;
+using State = Vs::CloudErrorState;
+
+const std::string kOld = "the old content", kNew = "the new content", kOther = "another's work.";
+
+class SavesTest : public testing::TestWithParam<TestServer::Kind>
+{
+protected:
+    DriveResult save(const std::string& path, const std::string& source, const std::string& known,
+                     const DriveWatch& watch = {})
+    {
+        DriveEntry entry;
+        return on.drive->upload({.path = path, .source = source, .known = known}, entry, watch);
+    }
+
+    DriveOnServer on{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, SavesTest, testing::ValuesIn(TestServer::kKinds),
+                         [](const auto& info) { return TestServer::name(info.param); });
+
+TEST_P(SavesTest, AfterACancelledOneTheOldIsThereAndTheNextGetsThrough)
+{
+    REQUIRE_SERVER(on.server);
+    on.put("/wheel", kOld);
+    const std::string large(size_t(24) << 20, 'n');
+    const std::string source = on.local.write("source", large).string();
+    // As soon as a byte has left, and when all have.
+    for (const std::uint64_t most : {std::uint64_t(0), std::uint64_t(large.size()) - 1}) {
+        const DriveWatch watch{[&](std::uint64_t done, std::uint64_t) { return done <= most; }};
+        const DriveResult cancelled = save("/wheel", source, on.entry("/wheel").etag, watch);
+        EXPECT_TRUE(cancelled.isOk() || cancelled.state == State::Cancelled) << cancelled.detail;
+        // A server that has all of it may still write it for whoever has gone.
+        const size_t size = on.content("/wheel").size();
+        EXPECT_TRUE(size == large.size() || (size == kOld.size() && !cancelled.isOk())) << size;
+        const std::string small = on.local.write("small", kOld).string();
+        EXPECT_EQ(save("/wheel", small, on.entry("/wheel").etag).detail, "");
+        EXPECT_EQ(on.content("/wheel"), kOld);
+        EXPECT_EQ(on.server.names(), std::vector<std::string>{"wheel"});
+    }
+}
+
+TEST_P(SavesTest, AFileWhoseTimeIsOneToComeIsSavedLikeOthers)
+{
+    REQUIRE_SERVER(on.server);
+    if (GetParam() == TestServer::Kind::Subversion)
+        return; // It has no files whose time another could set.
+    on.put("/wheel", kOld);
+    boost::filesystem::last_write_time(on.server.folder() / "wheel", std::time(nullptr) + 3600);
+    const std::string source = on.local.write("source", kNew).string();
+    EXPECT_EQ(save("/wheel", source, on.entry("/wheel").etag).detail, "");
+    EXPECT_EQ(on.content("/wheel"), kNew);
+}
+
+/// Servers that refuse no stale version, taken for ones that don't lock either.
+class UnguardedSavesTest : public SavesTest
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, UnguardedSavesTest,
+                         testing::Values(TestServer::Kind::Nginx, TestServer::Kind::Rclone),
+                         [](const auto& info) { return TestServer::name(info.param); });
+
+TEST_P(UnguardedSavesTest, WhatAnotherWritesMeanwhileIsKeptAsAFileBesideIt)
+{
+    REQUIRE_SERVER(on.server);
+    DriveTraits traits = knownTraits(GetParam());
+    traits.locks = false;
+    ASSERT_EQ(on.drive->connect(traits, {}).detail, "");
+    const std::string source = on.local.write("source", kNew).string();
+    int requests = 0;
+    for (int at = 0; at <= requests; ++at) {
+        SCOPED_TRACE("before request " + std::to_string(at));
+        const std::string folder = "run" + std::to_string(at);
+        const std::string wheel = folder + "/wheel";
+        ASSERT_EQ(on.server.request("MKCOL", folder + '/').status, 201);
+        on.put('/' + wheel, kOld);
+        // It was written before, of which rclone would not know: it keeps times.
+        if (GetParam() != TestServer::Kind::Rclone)
+            boost::filesystem::last_write_time(on.server.folder() / wheel, std::time(nullptr) - 100);
+        int lastMove = 0;
+        const std::string known = on.entry('/' + wheel).etag;
+        on.proxy->forgetRequests();
+        on.proxy->onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
+            if (request.number == at)
+                on.server.request("PUT", wheel, kOther);
+            if (request.method == "MOVE")
+                lastMove = request.number;
+            return std::nullopt;
+        });
+        const DriveResult result = save('/' + wheel, source, known);
+        on.proxy->onRequest({});
+        std::vector<std::string> contents;
+        for (const std::string& name : on.server.names(folder))
+            contents.push_back(TestSupport::contentOf(on.server.folder() / folder / name));
+        const auto has = [&](const std::string& content) {
+            return std::find(contents.begin(), contents.end(), content) != contents.end();
+        };
+        if (at == 0) {
+            requests = int(on.proxy->requests().size());
+            EXPECT_EQ(result.detail, "");
+            EXPECT_EQ(contents, std::vector<std::string>{kNew});
+            continue;
+        }
+        EXPECT_TRUE(has(kOther));
+        // Who writes without looking when all is done, writes over it.
+        EXPECT_TRUE(has(kNew) || result.state == State::Changed || at > lastMove) << result.detail;
+    }
+}
+
+} // namespace
