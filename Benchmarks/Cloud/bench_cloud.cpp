@@ -5,9 +5,9 @@
 // seconds and those of the processor, without the start and signing in, and the most memory that it held, in
 // MB.
 
-#include "Server/Skyvault/Client/Http/Address.h"
-#include "Server/Skyvault/Client/Http/Failure.h"
-#include "Server/Skyvault/Client/Http/Http.h"
+#include "Server/Network/Failure.h"
+#include "Server/Network/Http.h"
+#include "Server/Skyvault/Client/Dav/Address.h"
 #include "Server/Skyvault/Client/Transport.h"
 
 #include <QCoreApplication>
