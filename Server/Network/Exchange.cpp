@@ -216,7 +216,10 @@ void Exchange::finish(CURLcode code, const Certificate& certificate)
     if (m_isDone)
         return;
     takeHeaders();
-    if (code == CURLE_OK && (!m_request.sink || pour()) && isEndSeen()) {
+    // What came before a break is the sink's, too: a download goes on behind it.
+    if (m_cause.isOk() && m_request.sink)
+        pour();
+    if (code == CURLE_OK && m_cause.isOk() && isEndSeen()) {
         m_answer.status = int(statusNow());
     } else if (m_cause.isOk()) {
         m_answer.failure = failureOf(code, certificate);
