@@ -8,6 +8,7 @@
 #include "Server/Itemhub/Private/Texts.h"
 
 #include <QDateTime>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
 
@@ -110,6 +111,7 @@ void QueueEntry::write() const
     QJsonObject json{{"otherNumber", qint64(other.number)},
                      {"otherAuthor", QString::fromStdString(other.author)},
                      {"otherTime", QString::fromStdString(other.createdAt)},
+                     {"stamp", QString::fromStdString(stamp.text())},
                      {"document", QString::fromStdString(document.string())},
                      {"size", QString::number(size)}};
     for (const auto& [name, text] : kTexts)
@@ -121,7 +123,7 @@ void QueueEntry::write() const
     for (const auto& [name, each] : kStates)
         if (each == state)
             json["state"] = QLatin1String(name);
-    JsonFile::write(record(), json, JsonFile::Readers::OwnerOnly);
+    OwnFiles::write(record(), QJsonDocument(json).toJson().toStdString());
 }
 
 void QueueEntry::remove() const
@@ -141,6 +143,7 @@ try {
     entry.account = record.parent_path().parent_path().filename().string();
     entry.link = withEnding(entry.serial, entry.account, kLinkEnding);
     entry.document = (*json)["document"].toString().toStdString();
+    entry.stamp = FileStamp::ofText((*json)["stamp"].toString().toStdString());
     entry.size = (*json)["size"].toString().toULongLong();
     entry.other.number = (*json)["otherNumber"].toInteger();
     entry.other.author = (*json)["otherAuthor"].toString().toStdString();

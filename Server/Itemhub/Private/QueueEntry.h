@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Itemhub/ItemStore.h"
+#include "Server/Itemhub/Private/WorkFiles.h"
 #include "Server/Itemhub/UploadQueuedFileInfo.h"
 
 #include <boost/filesystem/path.hpp>
@@ -22,6 +23,7 @@ struct QueueEntry
     std::string account; ///< The account's folder.
     Path document;       ///< The working file.
     Path link;           ///< The content.
+    FileStamp stamp;     ///< Of the working file when it was queued.
     std::int64_t itemId = 0;
     std::string label;
     std::string key;      ///< For the request that makes the version.
@@ -39,7 +41,8 @@ struct QueueEntry
     std::int64_t attachmentId = 0, madeFrom = 0; ///< As they are in that request.
 
     [[nodiscard]] Path record() const;
-    /// Makes the record, or replaces it as a whole. Throws Vs::Exception.
+    /// Makes the record, or replaces it as a whole. Throws Vs::Exception. The disk may write it later: what a
+    /// loss of power takes of it, the next sign-in finds by the working file's own record.
     void write() const;
     /// Removes the record, then the link.
     void remove() const;

@@ -37,12 +37,17 @@ void SaveListener::queue(const Document* document)
     if (!document || !document->isOnDisk())
         return;
     const std::optional<WorkFile> work = WorkFiles::get().find(document->path());
-    // Of a save, the first event finds a change, and the others none.
     if (!work || !work->isChanged())
+        return;
+    // Of a save, the first event finds another content than before.
+    FileStamp& queued = m_queued[work->file];
+    const FileStamp now = FileStamp::of(work->file);
+    if (queued == now)
         return;
     const auto label = m_labels.find(work->file);
     try {
         UploadQueue::get().add(*work, label == m_labels.end() ? std::string() : label->second, false);
+        queued = now;
     } catch (const Exception& error) {
         // The file itself is saved; the next sign-in finds it.
         ItemhubUtilities::get()->fireErrorMessage(error.message());

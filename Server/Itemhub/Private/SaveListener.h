@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/DocumentEvents.h"
+#include "Server/Itemhub/Private/WorkFiles.h"
 
 #include <boost/filesystem/path.hpp>
 
@@ -27,6 +28,7 @@ private:
     void queue(const Document* document);
 
     std::map<boost::filesystem::path, std::string> m_labels;
+    std::map<boost::filesystem::path, FileStamp> m_queued; ///< What was queued last.
 };
 
 } // namespace Vs::Itemhub

@@ -45,7 +45,8 @@ void Upload::run()
     if (m_entry.sha256.empty())
         hash();
     if (!isWanted())
-        return;
+        return WorkFiles::get().change(m_entry.document,
+                                       [this](WorkFile& work) { work.stamp = m_entry.stamp; });
     if (m_entry.isPosted) {
         if (const auto made = madeBefore())
             return finish(*made);
@@ -208,6 +209,7 @@ void Upload::finish(const MadeVersion& made)
         work.attachmentId = made.attachmentId;
         work.version = made.version.number;
         work.sha256 = made.version.sha256;
+        work.stamp = m_entry.stamp;
     });
 }
 

@@ -64,7 +64,7 @@ void UploadQueue::add(const WorkFile& work, const std::string& label, bool isFou
         const FileStamp now = FileStamp::of(work.file);
         const std::vector<QueueEntry> entries = QueueEntry::all(work.account);
         const auto queued = std::find_if(entries.begin(), entries.end(), [&](const QueueEntry& entry) {
-            return entry.document == work.file && FileStamp::of(entry.link) == now;
+            return entry.document == work.file && entry.stamp == now;
         });
         QueueEntry entry;
         if (queued != entries.end())
@@ -73,6 +73,7 @@ void UploadQueue::add(const WorkFile& work, const std::string& label, bool isFou
             entry.serial = entries.empty() ? 0 : entries.back().serial;
             entry.account = work.account;
             entry.document = work.file;
+            entry.stamp = now;
             entry.itemId = work.itemId;
             entry.label = label;
             entry.key = SignIn::newKey();
@@ -84,7 +85,6 @@ void UploadQueue::add(const WorkFile& work, const std::string& label, bool isFou
             entry.isFound = false;
             entry.write();
         }
-        WorkFiles::get().change(work.file, [&](WorkFile& record) { record.stamp = now; });
     }
     tellState(work.file);
     wake();
@@ -335,6 +335,8 @@ void UploadQueue::giveUp(const Path& link)
         if (!entry || entry->state == State::Waiting)
             return;
         document = entry->document;
+        // So that it isn't found again.
+        WorkFiles::get().change(document, [&](WorkFile& work) { work.stamp = entry->stamp; });
         entry->remove();
     }
     tellState(document);

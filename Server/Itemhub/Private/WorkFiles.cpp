@@ -9,6 +9,7 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <sstream>
 #include <sys/stat.h>
 
 namespace Vs::Itemhub {
@@ -38,7 +39,6 @@ std::string accountOf(const fs::path& file)
 
 QJsonObject toJson(const WorkFile& work)
 {
-    // JSON's numbers don't hold all of an inode.
     return {{"file", QString::fromStdString(work.file.filename().string())},
             {"workspace", qint64(work.workspaceId)},
             {"item", qint64(work.itemId)},
@@ -46,9 +46,7 @@ QJsonObject toJson(const WorkFile& work)
             {"version", qint64(work.version)},
             {"sha256", QString::fromStdString(work.sha256)},
             {"docType", QString::fromStdString(work.docType)},
-            {"inode", QString::number(work.stamp.inode)},
-            {"size", QString::number(work.stamp.size)},
-            {"changed", QString::number(work.stamp.changed)}};
+            {"stamp", QString::fromStdString(work.stamp.text())}};
 }
 
 std::optional<WorkFile> read(const fs::path& file, const std::string& account)
@@ -65,8 +63,7 @@ try {
     work.version = (*json)["version"].toInteger();
     work.sha256 = (*json)["sha256"].toString().toStdString();
     work.docType = (*json)["docType"].toString().toStdString();
-    work.stamp = {(*json)["inode"].toString().toULongLong(), (*json)["size"].toString().toULongLong(),
-                  (*json)["changed"].toString().toLongLong()};
+    work.stamp = FileStamp::ofText((*json)["stamp"].toString().toStdString());
     return work;
 } catch (const Exception&) {
     // Records are replaced as a whole; one that can't be read was damaged by others.
@@ -88,6 +85,18 @@ FileStamp FileStamp::of(const fs::path& file)
     constexpr std::int64_t kNanoseconds = 1'000'000'000;
     return {status.st_ino, static_cast<std::uint64_t>(status.st_size),
             status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
+}
+
+std::string FileStamp::text() const
+{
+    return std::to_string(inode) + ' ' + std::to_string(size) + ' ' + std::to_string(changed);
+}
+
+FileStamp FileStamp::ofText(const std::string& text)
+{
+    std::istringstream numbers(text);
+    FileStamp stamp;
+    return numbers >> stamp.inode >> stamp.size >> stamp.changed ? stamp : FileStamp();
 }
 
 bool WorkFile::isChanged() const

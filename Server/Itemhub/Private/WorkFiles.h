@@ -21,6 +21,10 @@ struct FileStamp
     /// All zero if there is no such file.
     [[nodiscard]] static FileStamp of(const boost::filesystem::path& file);
     bool exists() const { return inode != 0; }
+    /// The numbers, for a record; JSON's own don't hold all of an inode.
+    [[nodiscard]] std::string text() const;
+    /// All zero for another text.
+    [[nodiscard]] static FileStamp ofText(const std::string& text);
     bool operator==(const FileStamp&) const = default;
 };
 
@@ -34,9 +38,9 @@ struct WorkFile
     std::int64_t version = 0;      ///< That the file goes back to; 0 for none.
     std::string sha256;            ///< Of that version.
     std::string docType;
-    FileStamp stamp; ///< Of the content that was last downloaded or queued.
+    FileStamp stamp; ///< Of the content that was downloaded or uploaded last, or given up.
 
-    /// Whether the disk has a content that nobody has queued.
+    /// Whether the disk has another content; it may be queued.
     [[nodiscard]] bool isChanged() const;
 };
 
