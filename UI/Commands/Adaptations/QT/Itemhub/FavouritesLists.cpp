@@ -124,11 +124,8 @@ private:
         button->setSizePolicy(home ? QSizePolicy::Fixed : QSizePolicy::Ignored, QSizePolicy::Fixed);
         if (home)
             button->setFixedWidth(kHomeWidth);
-        const int room = (home ? kHomeWidth : 2 * kHomeWidth / 3) - side - 4 * kMargin;
-        // An ampersand of a caption marks no letter.
-        button->setText(u' ' + button->fontMetrics()
-                                   .elidedText(caption, Qt::ElideRight, room)
-                                   .replace(u'&', QStringLiteral("&&")));
+        // An ampersand of a caption marks no letter. The style shortens what is too long.
+        button->setText(u' ' + QString(caption).replace(u'&', QStringLiteral("&&")));
         button->setAccessibleName(caption);
         PlainText::setTooltip(button, caption);
         // The list may be another one when the click comes.

@@ -71,6 +71,11 @@ QTItemhubSignInDialog::QTItemhubSignInDialog(QWidget* parent) : QDialog(parent)
     for (QWidget* part :
          std::initializer_list<QWidget*>{head, makeOwn(), makeTeams(), m_message, makeButtons()})
         column->addWidget(part);
+    for (const QLineEdit* field : {m_address, m_customer, m_account, m_password})
+        connect(field, &QLineEdit::textChanged, this, [this] {
+            tell({});
+            refresh();
+        });
     refresh();
     m_own->setFocus();
 }
@@ -104,10 +109,6 @@ QLineEdit* QTItemhubSignInDialog::field(QFormLayout* form, const char* name, con
     made->setAccessibleName(title);
     made->setPlaceholderText(hint);
     form->addRow(PlainText::label(form->parentWidget(), title), made);
-    connect(made, &QLineEdit::textChanged, this, [this] {
-        tell({});
-        refresh();
-    });
     return made;
 }
 
@@ -115,6 +116,7 @@ QWidget* QTItemhubSignInDialog::makeTeams()
 {
     auto* part = new QGroupBox(text("ItemhubTeams", "Of a team"), this);
     auto* form = new QFormLayout(part);
+    form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     const auto* options = Vs::ItemhubOptionGroup::get();
     m_address = field(form, "itemhubAddress", text("ItemhubAddress", "Address"),
                       QStringLiteral("https://items.example.org"));
@@ -200,6 +202,7 @@ void QTItemhubSignInDialog::sign(const std::function<bool()>& way)
         signedIn = way();
     } catch (const std::exception&) {
         failure = QString::fromStdWString(ItemhubUtilities::currentFailure());
+        tryWithoutKeeping(failure);
     }
     if (!alive)
         return;
@@ -209,6 +212,23 @@ void QTItemhubSignInDialog::sign(const std::function<bool()>& way)
         accept();
     else
         tell(failure);
+}
+
+/// Where nothing can keep the credentials, the person can go on without. To be called in a handler.
+void QTItemhubSignInDialog::tryWithoutKeeping(QString& failure)
+{
+    using Failure = Corvane::Itemstore::WebServices::ItemhubException;
+    try {
+        throw;
+    } catch (const Failure& error) {
+        if (error.kind() != Failure::Kind::Local || !m_keep->isChecked())
+            return;
+        m_keep->setChecked(false);
+        failure += u' ' + text("ItemhubWithoutKeeping",
+                               "Sign in once more to stay signed in until the program ends.");
+    } catch (...) {
+        return;
+    }
 }
 
 void QTItemhubSignInDialog::tell(const QString& content)

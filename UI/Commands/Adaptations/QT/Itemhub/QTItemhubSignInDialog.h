@@ -33,6 +33,7 @@ private:
     void sign(const std::function<bool()>& way);
     void signInByBrowser();
     void signInWithPassword();
+    void tryWithoutKeeping(QString& failure);
     void tell(const QString& text);
 
     QLineEdit* m_address = nullptr;

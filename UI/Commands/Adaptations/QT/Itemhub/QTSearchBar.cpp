@@ -18,15 +18,19 @@
 namespace Vu::Commands {
 namespace {
 
-constexpr int kWidth = 220, kLeastWidth = 120, kHomeWidth = 420, kHomeSide = 40;
+constexpr int kWidth = 220, kLeastWidth = 112, kHomeWidth = 420, kHomeSide = 40;
 
 /// The bar in a row of the home screen.
 QWidget* makeForHome(QWidget* parent)
 {
     auto* row = new QWidget(parent);
+    row->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(kHomeSide, 0, kHomeSide, 2 * kMargin);
-    auto* bar = new QTSearchBar(row);
+    auto* bar =
+        new QTSearchBar(QString::fromStdWString(localizedFormat("ItemhubSearchHint", "Search %1%",
+                                                                Vs::ItemhubUtilities::getItemhub_TM())),
+                        row);
     bar->setFixedWidth(kHomeWidth);
     layout->addWidget(bar);
     layout->addStretch(1);
@@ -42,10 +46,10 @@ QWidget* makeForToolbar(QWidget* parent)
     holder->setProperty("standsInToolbarLine", true);
     auto* layout = new QHBoxLayout(holder);
     layout->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2 + 1);
-    auto* bar = new QTSearchBar(holder);
+    auto* bar =
+        new QTSearchBar(QString::fromStdWString(localized("ItemhubSearchItems", "Search items")), holder);
     bar->setMinimumWidth(kLeastWidth);
     bar->setMaximumWidth(kWidth);
-    bar->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     layout->addWidget(bar);
     return holder;
 }
@@ -53,24 +57,18 @@ QWidget* makeForToolbar(QWidget* parent)
 const AreaContents kHome("HomeSearch", makeForHome);
 const AreaContents kToolbar("ItemhubSearch", makeForToolbar);
 
-/// Not before the list of stored options is at hand.
-QString hint()
-{
-    return QString::fromStdWString(
-        localizedFormat("ItemhubSearchHint", "Search %1%", Vs::ItemhubUtilities::getItemhub_TM()));
-}
-
 } // namespace
 
-QTSearchBar::QTSearchBar(QWidget* parent) : QFrame(parent), m_edit(new QLineEdit(this))
+QTSearchBar::QTSearchBar(const QString& hint, QWidget* parent) : QFrame(parent), m_edit(new QLineEdit(this))
 {
     setObjectName(QStringLiteral("searchBar"));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_edit);
     m_edit->setObjectName(QStringLiteral("itemSearch"));
-    m_edit->setPlaceholderText(hint());
-    m_edit->setAccessibleName(hint());
+    m_edit->setPlaceholderText(hint);
+    m_edit->setAccessibleName(hint);
     m_edit->setClearButtonEnabled(true);
     constexpr int kLongest = 200;
     m_edit->setMaxLength(kLongest);
@@ -152,11 +150,6 @@ bool QTSearchBar::eventFilter(QObject* watched, QEvent* event)
         m_panel->open();
     }
     return QFrame::eventFilter(watched, event);
-}
-
-void QTSearchBar::changeEvent(QEvent* event)
-{
-    QFrame::changeEvent(event);
 }
 
 } // namespace Vu::Commands

@@ -21,7 +21,7 @@ class QTSearchResultPanel;
 class QTSearchBar : public QFrame, private Vs::ItemhubEventSite, private Vs::OptionEventSite
 {
 public:
-    explicit QTSearchBar(QWidget* parent);
+    QTSearchBar(const QString& hint, QWidget* parent);
     ~QTSearchBar() override;
 
     QLineEdit* edit() const { return m_edit; }
@@ -31,7 +31,6 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     void sessionChanged(Vs::ItemhubEvent*) override;

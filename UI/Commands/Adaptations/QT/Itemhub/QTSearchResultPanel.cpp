@@ -11,7 +11,6 @@
 
 #include <QEvent>
 #include <QLabel>
-#include <QPushButton>
 #include <QStyle>
 
 #include <algorithm>
@@ -52,7 +51,7 @@ QTSearchResultPanel::QTSearchResultPanel(QWidget* bar)
     : QFrame(bar->window()),
       m_window(bar->window()),
       m_bar(bar),
-      m_message(new QPushButton(this)),
+      m_message(section(this, "searchMessage")),
       m_searching(section(this, "searching")),
       m_more(section(this, "searchMore"))
 {
@@ -61,18 +60,10 @@ QTSearchResultPanel::QTSearchResultPanel(QWidget* bar)
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
     setFocusPolicy(Qt::NoFocus);
-    m_message->setObjectName(QStringLiteral("searchMessage"));
-    m_message->setFlat(true);
-    m_message->setFocusPolicy(Qt::NoFocus);
-    m_message->hide();
+    m_message->setWordWrap(true);
+    m_message->installEventFilter(this);
     m_searching->setText(text("ItemhubSearching", "Searching..."));
     m_more->setText(text("ItemhubMoreFound", "There are more; type more of the name."));
-    connect(m_message, &QPushButton::clicked, this, [] {
-        if (CommandDefinition* signIn =
-                CommandDefinitionMgr::get()->findCommandDefinitionById(ItemhubSignInCmdDef::info()->key());
-            signIn && !Vs::ItemhubUtilities::get()->isAuthenticated())
-            signIn->onClicked();
-    });
     connect(m_window, &QObject::destroyed, this, &QTSearchResultPanel::onWndDestroyed);
     m_window->installEventFilter(this);
     m_bar->installEventFilter(this);
@@ -147,10 +138,9 @@ void QTSearchResultPanel::message(const QString& shown, bool offersSignIn)
 {
     const QString offer =
         offersSignIn ? u' ' + text("ItemhubClickToSignIn", "Click here to sign in.") : QString();
-    // An ampersand of a message marks no letter.
-    m_message->setText(QString(shown + offer).replace(u'&', QStringLiteral("&&")));
-    m_message->setEnabled(offersSignIn);
-    PlainText::setTooltip(m_message, shown);
+    m_message->setText(shown + offer);
+    m_message->setCursor(offersSignIn ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    m_offersSignIn = offersSignIn;
 }
 
 void QTSearchResultPanel::results(const Vs::ItemhubSearchResultsEvent& event, bool keep)
@@ -240,14 +230,21 @@ bool QTSearchResultPanel::press(int key)
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (m_results.isEmpty() && m_message->isEnabled() && isShown(kMessage))
-            m_message->click();
+        if (m_results.isEmpty() && m_offersSignIn && isShown(kMessage))
+            signIn();
         else if (!m_results.isEmpty())
             choose(m_selection.first == kResult ? m_selection.second : 0);
         return true;
     default:
         return false;
     }
+}
+
+void QTSearchResultPanel::signIn()
+{
+    if (CommandDefinition* command =
+            CommandDefinitionMgr::get()->findCommandDefinitionById(ItemhubSignInCmdDef::info()->key()))
+        command->onClicked();
 }
 
 void QTSearchResultPanel::choose(int index)
@@ -287,6 +284,11 @@ void QTSearchResultPanel::follow()
 
 bool QTSearchResultPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    if (watched == m_message) {
+        if (event->type() == QEvent::MouseButtonRelease && m_offersSignIn)
+            signIn();
+        return QFrame::eventFilter(watched, event);
+    }
     switch (event->type()) {
     case QEvent::Resize:
     case QEvent::Move:

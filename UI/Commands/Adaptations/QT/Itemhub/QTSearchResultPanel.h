@@ -9,7 +9,6 @@
 #include <utility>
 
 class QLabel;
-class QPushButton;
 
 namespace Vs {
 class ItemhubSearchResultsEvent;
@@ -77,12 +76,14 @@ private:
     void follow();
     void message(const QString& text, bool offersSignIn);
     void choose(int index);
+    void signIn();
     void step(int by);
     bool isEmpty() const;
 
     QWidget* m_window; ///< Whose moves the panel follows; null once it is gone.
     QWidget* m_bar;
-    QPushButton* m_message;
+    QLabel* m_message;
+    bool m_offersSignIn = false; ///< By a click on the message.
     QLabel* m_searching;
     QLabel* m_more;
     QVector<SearchResult*> m_results;
