@@ -7,6 +7,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
+#include "UI/Commands/Itemhub/ItemhubSnapshots.h"
 
 #include <QCoreApplication>
 
@@ -33,6 +34,8 @@ private:
         else if (favorites)
             favorites->rebuildFavorites({});
     }
+
+    ItemhubSnapshots m_snapshots;
 
     /// Nobody is asked before there is a list that shows the answer.
     static void refresh()
