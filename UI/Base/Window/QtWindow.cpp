@@ -5,6 +5,7 @@
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Window/TourOverlay.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
 
 namespace Vu {
@@ -35,7 +36,7 @@ public:
     {
         m_filter.reset();
         m_panel->end();
-        if (m_clock.elapsed() >= kLongWork && !m_panel->cancelled() && !m_panel->window()->isActiveWindow())
+        if (m_clock.elapsed() >= kLongWork && !m_panel->cancelled() && !QApplication::activeWindow())
             tellEnd();
     }
     bool cancelled() const override { return m_panel->cancelled(); }
