@@ -15,13 +15,6 @@ namespace {
 constexpr std::string_view kNode = "Inline", kEmptyNode = "Group ";
 static_assert(kNode.size() == kEmptyNode.size());
 
-/// A node that takes in another file. More is taken for one than the kernel would, and never less.
-struct Node
-{
-    size_t begin = 0, body = 0, end = 0; ///< Of its name; of what is in its braces.
-    std::vector<std::string> urls;
-};
-
 /// Behind the string that begins at `at`.
 size_t takeString(std::string_view text, size_t at, std::string& string)
 {
@@ -33,35 +26,12 @@ size_t takeString(std::string_view text, size_t at, std::string& string)
     return at + 1;
 }
 
-/// Up to the brace that ends it. What stands in strings and comments doesn't count.
-Node nodeAt(std::string_view text, size_t begin)
+/// More is taken for one than the kernel would, and never less.
+std::vector<VrmlInlineNode> nodesIn(std::string_view text)
 {
-    Node node{begin, text.size(), text.size(), {}};
-    for (size_t at = begin + kNode.size(); at < text.size();) {
-        const char c = text[at];
-        if (c == '"') {
-            at = takeString(text, at, node.urls.emplace_back());
-            continue;
-        }
-        if (c == '#')
-            at = std::min(text.find('\n', at), text.size());
-        else if (c == '{' && node.body == text.size())
-            node.body = at + 1;
-        else if (c == '}') {
-            node.end = at;
-            break;
-        }
-        ++at;
-    }
-    node.body = std::min(node.body, node.end);
-    return node;
-}
-
-std::vector<Node> nodesIn(std::string_view text)
-{
-    std::vector<Node> nodes;
+    std::vector<VrmlInlineNode> nodes;
     for (size_t at = text.find(kNode); at != std::string_view::npos; at = text.find(kNode, at + 1))
-        nodes.push_back(nodeAt(text, at));
+        nodes.push_back(vrmlInlineAt(text, at));
     return nodes;
 }
 
@@ -71,7 +41,7 @@ public:
     explicit Visitor(const std::string& file) : m_file(file) { m_open.insert(canonical(file)); }
 
     /// Whether the node takes in what lies beside the file, directly and by way of others.
-    bool mayStay(const Node& node)
+    bool mayStay(const VrmlInlineNode& node)
     {
         return std::all_of(node.urls.begin(), node.urls.end(),
                            [&](const std::string& url) { return follow(url); });
@@ -115,8 +85,9 @@ private:
     {
         try {
             const MappedFile file(path);
-            const std::vector<Node> nodes = nodesIn(file.bytes());
-            return std::all_of(nodes.begin(), nodes.end(), [&](const Node& node) { return mayStay(node); });
+            const std::vector<VrmlInlineNode> nodes = nodesIn(file.bytes());
+            return std::all_of(nodes.begin(), nodes.end(),
+                               [&](const VrmlInlineNode& node) { return mayStay(node); });
         } catch (const Unreadable&) {
             return true; // The kernel says so.
         }
@@ -128,10 +99,33 @@ private:
 
 } // namespace
 
+VrmlInlineNode vrmlInlineAt(std::string_view text, size_t begin)
+{
+    VrmlInlineNode node{begin, text.size(), text.size(), {}};
+    for (size_t at = begin + kNode.size(); at < text.size();) {
+        const char c = text[at];
+        if (c == '"') {
+            at = takeString(text, at, node.urls.emplace_back());
+            continue;
+        }
+        if (c == '#')
+            at = std::min(text.find('\n', at), text.size());
+        else if (c == '{' && node.body == text.size())
+            node.body = at + 1;
+        else if (c == '}') {
+            node.end = at;
+            break;
+        }
+        ++at;
+    }
+    node.body = std::min(node.body, node.end);
+    return node;
+}
+
 VrmlInlines vrmlInlines(std::string_view text, const std::string& file)
 {
     Visitor visitor(file);
-    for (const Node& node : nodesIn(text)) {
+    for (const VrmlInlineNode& node : nodesIn(text)) {
         if (visitor.mayStay(node))
             continue;
         std::string& changed = visitor.found.text;

@@ -1,10 +1,8 @@
 #include "Server/Translate/VrmlReader.h"
 
 #include "Server/Translate/Beside.h"
-#include "Server/Translate/MappedFile.h"
 #include "Server/Translate/MeshParts.h"
-#include "Server/Translate/VrmlInlines.h"
-#include "Server/Translate/VrmlScales.h"
+#include "Server/Translate/VrmlFiles.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
@@ -38,34 +36,15 @@
 #include <gp.hxx>
 #include <gp_GTrsf.hxx>
 
-#include <filesystem>
-#include <istream>
 #include <map>
 #include <numbers>
+#include <utility>
 
 namespace Vs::Translate {
 
 namespace {
 
 constexpr double kMillimetresInMetre = 1000;
-
-const char* faultText(VrmlData_ErrorStatus status)
-{
-    switch (status) {
-    case VrmlData_EndOfFile:
-        return "it ends too early";
-    case VrmlData_NumericInputError:
-    case VrmlData_IrrelevantNumber:
-    case VrmlData_NonPositiveSize:
-        return "a number is wrong";
-    case VrmlData_NodeNameUnknown:
-        return "it uses a node that it hasn't defined";
-    case VrmlData_CannotOpenFile:
-        return "a file that it refers to can't be opened";
-    default:
-        return "it can't be understood";
-    }
-}
 
 // The kernel gives the simple solids as shells whose faces don't agree on what is outside; they are made
 // anew.
@@ -150,19 +129,17 @@ TopoDS_Shape stretched(const TopoDS_Shape& shape, const gp_GTrsf& motion)
 class SceneBuilder
 {
 public:
-    SceneBuilder(const Handle(TDocStd_Document) & document, const VrmlScales& scales)
-        : m_scales(scales),
+    SceneBuilder(const Handle(TDocStd_Document) & document, const VrmlFiles& files)
+        : m_files(files),
+          m_file(&files.first()),
           m_shapes(XCAFDoc_DocumentTool::ShapeTool(document->Main())),
           m_colours(XCAFDoc_DocumentTool::ColorTool(document->Main()))
     {
     }
 
-    void build(const VrmlData_Scene& scene, const std::string& name)
+    void build(const std::string& name)
     {
-        std::vector<Placed> parts;
-        for (VrmlData_Scene::Iterator each(scene.GetIterator()); each.More(); each.Next())
-            if (const Placed part = visit(each.Value(), 0, nullptr); !part.product.IsNull())
-                parts.push_back(part);
+        const std::vector<Placed> parts = visitScene(0, nullptr);
         if (parts.empty())
             return;
         // The format's up is y, ours is z.
@@ -196,6 +173,27 @@ private:
         return assembly;
     }
 
+    /// The nodes of the file.
+    std::vector<Placed> visitScene(int depth, const gp_GTrsf* above)
+    {
+        std::vector<Placed> parts;
+        for (VrmlData_Scene::Iterator each(m_file->scene.GetIterator()); each.More(); each.Next())
+            if (const Placed part = visit(each.Value(), depth, above); !part.product.IsNull())
+                parts.push_back(part);
+        return parts;
+    }
+
+    Placed visitInlined(const VrmlFile& file, const std::string& name, int depth, const gp_GTrsf* above)
+    {
+        const auto known = m_groups.find(&file);
+        if (known != m_groups.end() && !above)
+            return {known->second.product, gp_Trsf(), name, known->second.parts};
+        const VrmlFile* outer = std::exchange(m_file, &file);
+        std::vector<Placed> parts = visitScene(depth + 1, above);
+        m_file = outer;
+        return around(std::move(parts), gp_Trsf(), name, above ? nullptr : &file);
+    }
+
     /// `above` leads out of all that is around the node, if something there is stretched; else null.
     Placed visit(const Handle(VrmlData_Node) & node, int depth, const gp_GTrsf* above)
     {
@@ -208,10 +206,13 @@ private:
         const auto group = Handle(VrmlData_Group)::DownCast(node);
         if (group.IsNull())
             return {};
-        if (const gp_GTrsf* own = m_scales.marked(group->GetTransform().ScaleFactor()); own || above) {
+        const VrmlMark* mark = m_file->marks.marked(group->GetTransform().ScaleFactor());
+        if (mark && !mark->urls.empty())
+            return visitInlined(m_files.inlined(*mark), name, depth, above);
+        if (mark || above) {
             const gp_GTrsf motion =
                 (above ? *above : affine(gp_Trsf()))
-                    .Multiplied(own ? inMillimetres(*own) : affine(group->GetTransform()));
+                    .Multiplied(mark ? inMillimetres(mark->motion) : affine(group->GetTransform()));
             return around(children(group, depth, &motion), gp_Trsf(), name, nullptr);
         }
         const auto known = m_groups.find(node.get());
@@ -292,7 +293,8 @@ private:
             TDataStd_Name::Set(label, TCollection_ExtendedString(name.c_str(), true));
     }
 
-    const VrmlScales& m_scales;
+    const VrmlFiles& m_files;
+    const VrmlFile* m_file; ///< Whose nodes are being visited.
     Handle(XCAFDoc_ShapeTool) m_shapes;
     Handle(XCAFDoc_ColorTool) m_colours;
     std::map<std::pair<const void*, const void*>, TDF_Label> m_parts;
@@ -306,36 +308,13 @@ Reading readVrml(const std::string& path, Reporter& reporter)
     Reading reading;
     reading.model = std::make_unique<Kernel::XdeModel>();
     reporter.stage("reading the file", 0.0, 0.6);
-    VrmlData_Scene scene;
-    scene.SetLinearScale(kMillimetresInMetre);
-    scene.SetVrmlDir(std::filesystem::path(path).parent_path().c_str());
-    // Where that finds nothing, the kernel looks where the program was started.
-    std::vector<std::string> refused;
-    VrmlScales scales;
-    std::error_code ignored;
-    std::filesystem::current_path(std::filesystem::path(path).parent_path(), ignored);
-    {
-        const MappedFile file(path);
-        if (file.bytes().starts_with("#VRML V1"))
-            throw Unreadable("is a VRML 1.0 file; only VRML 2.0 can be read");
-        const VrmlInlines inlines = vrmlInlines(file.bytes(), path);
-        for (const std::string& other : inlines.files)
-            reporter.dependsOn(other);
-        refused = inlines.refused;
-        const std::string_view text = inlines.text.empty() ? file.bytes() : std::string_view(inlines.text);
-        scales = vrmlScales(text);
-        ReportingBuffer buffer(scales.text.empty() ? text : std::string_view(scales.text), reporter);
-        std::istream stream(&buffer);
-        scene << stream;
-    }
-    if (scene.Status() != VrmlData_StatusOK)
-        throw Unreadable("isn't a valid VRML file: line " + std::to_string(scene.GetLineError()) + ": " +
-                         faultText(scene.Status()));
-    for (const std::string& other : refused)
+    const VrmlFiles files(path, reporter);
+    for (const std::string& other : files.refused())
         reading.warnings.push_back(refusalOf(other) + ", which was not read");
     reporter.stage("making the parts", 0.6, 0.95);
-    SceneBuilder(reading.model->document(), scales).build(scene, stemOf(path));
-    reading.ifEmpty = refused.empty() ? "holds no triangles or solids" : refusalOf(refused.front());
+    SceneBuilder(reading.model->document(), files).build(stemOf(path));
+    reading.ifEmpty =
+        files.refused().empty() ? "holds no triangles or solids" : refusalOf(files.refused().front());
     takeMeshes(reading, reporter);
     return reading;
 }

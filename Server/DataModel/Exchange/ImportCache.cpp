@@ -34,7 +34,7 @@ namespace fs = std::filesystem;
 namespace {
 
 // Part of every key. Goes up whenever the same file would give another model.
-constexpr const char* kReader = "4-" QUILLET_KERNEL_VERSION;
+constexpr const char* kReader = "5-" QUILLET_KERNEL_VERSION;
 constexpr const char* kSuffix = ".model";
 constexpr const char* kOthersSuffix = ".others"; // one path a line, as seen from the file
 constexpr const char* kScratchSuffix = ".part";

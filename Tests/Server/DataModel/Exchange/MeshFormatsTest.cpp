@@ -338,6 +338,51 @@ TEST_F(MeshFormatsTest, VrmlStretchesWhatIsScaledAlongItsAxesDifferently)
     EXPECT_LT(bounds.high().distanceTo({1000, 0, 4000}), 1);
 }
 
+TEST_F(MeshFormatsTest, VrmlFilesThatAreTakenInHaveTheirOwnNamesAndScales)
+{
+    const std::string head = "#VRML V2.0 utf8\n";
+    const auto box = [](const char* size) {
+        return "Shape { geometry Box { size " + std::string(size) + " } }";
+    };
+    write("plain.wrl", head + "DEF A " + box("1 2 3") + "\n");
+    write("stretched.wrl",
+          head + "DEF A " + box("1 1 1") +
+              " # Inline {\n"
+              "Transform { scale 3 1 2 translation 9 0 0 children [ USE A\n Inline { url [ \"gone.wrl\""
+              " \"plain.wrl\" ] } ] }\n");
+    const Asset* taken = assetOf(
+        write("taken.wrl", head + "DEF A " + box("5 5 5") +
+                               " DEF Twice Inline {\n url \"stretched.wrl\" bboxCenter 0 0 0 }\n" +
+                               "Transform { scale 1 4 1 translation 0 0 99 children [ USE Twice ] }\n" +
+                               "Transform { translation 0 99 0 children [ Inline { url \"plain.wrl\" } ] }"
+                               " Transform { children [ USE A ] }\n"));
+    ASSERT_TRUE(taken);
+    const double stretched = 1 + 6 + 6 * 6;
+    EXPECT_NEAR(volumeOf(*taken), (2 * 125 + stretched + 4 * stretched + 6) * 1e9, 1e6);
+    EXPECT_LT(boundsOf(*taken).high().distanceTo({10500, 3000, 100000}), 1);
+
+    const auto inlined = [&](const std::string& content) {
+        write("inner.wrl", content);
+        return write("outer.wrl", head + "Inline { url \"inner.wrl\" }\n");
+    };
+    std::string deep = head;
+    for (int level = 0; level < 10000; ++level)
+        deep += "Group { children [\n";
+    expectFault(inlined(deep), "more than 2000 levels");
+    expectFault(inlined(head + "\nShape { geometry Box { size 1 } }\n"),
+                "inner.wrl\", which isn't a valid VRML file: line 3");
+    expectFault(inlined("#VRML V1.0 ascii\n"), "inner.wrl\", which is a VRML 1.0 file");
+    expectFault(write("lost.wrl", head + "Inline { url \"lost/part.wrl\" }\n"), "lost/part.wrl");
+    // One in the other on many levels, each of them flat.
+    for (int level = 0; level <= 2100; ++level)
+        write(std::to_string(level) + ".wrl",
+              head +
+                  (level == 0 ? box("1 1 1") : "Inline { url \"" + std::to_string(level - 1) + ".wrl\" }") +
+                  "\n");
+    expectFault(scratch("2100.wrl"), "more than 2000 levels");
+    EXPECT_NE(open(scratch("100.wrl")), nullptr) << Strings::narrow(status.toString());
+}
+
 TEST_F(MeshFormatsTest, WhatIsPlacedAtAScaleIsWrittenInThatSizeToTheExactFormats)
 {
     Asset* scaled = assetOf(write("scaled.wrl", R"(#VRML V2.0 utf8

@@ -1,6 +1,7 @@
-#include "Server/Translate/VrmlScales.h"
+#include "Server/Translate/VrmlMarks.h"
 
 #include "Server/Translate/Reading.h"
+#include "Server/Translate/VrmlInlines.h"
 
 #include <gp.hxx>
 #include <gp_Ax1.hxx>
@@ -10,6 +11,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <optional>
+#include <utility>
 
 namespace Vs::Translate {
 
@@ -156,29 +159,59 @@ void readField(std::string_view name, Words& words, Transform& transform)
         words.read(transform.orientation);
 }
 
-std::vector<Transform> unevenIn(std::string_view text)
+/// What the kernel is to read as something else.
+struct Place
 {
-    std::vector<Transform> open, uneven;
+    size_t begin, end;
+    VrmlMark mark;
+};
+
+/// A node or a list that has begun.
+struct Open
+{
+    Transform transform;
+    std::optional<size_t> inlined; ///< Where the name stands, of a node that takes in a file.
+};
+
+void close(const Open& node, std::string_view text, std::vector<Place>& places)
+{
+    if (node.inlined) {
+        VrmlInlineNode found = vrmlInlineAt(text, *node.inlined);
+        if (!found.urls.empty())
+            places.push_back(
+                {*node.inlined, std::min(found.end + 1, text.size()), {{}, std::move(found.urls)}});
+    } else if (node.transform.is && node.transform.isUneven()) {
+        places.push_back(
+            {node.transform.scale.begin, node.transform.scale.end, {node.transform.motion(), {}}});
+    }
+}
+
+std::vector<Place> placesIn(std::string_view text)
+{
+    std::vector<Open> open;
+    std::vector<Place> places;
     Words words(text);
     std::string_view before;
     for (std::string_view word = words.next(); !word.empty(); before = word, word = words.next()) {
         if (word == "{" || word == "[") {
-            open.push_back({.is = word == "{" && before == "Transform"});
+            Open node;
+            node.transform.is = word == "{" && before == "Transform";
+            if (word == "{" && before == "Inline")
+                node.inlined = static_cast<size_t>(before.data() - text.data());
+            open.push_back(node);
             // A group has its braces, and those in it brackets.
             checkLimits(open.size() / 2, 1);
         } else if (open.empty())
             continue;
         else if (word == "}" || word == "]") {
-            if (open.back().is && open.back().isUneven())
-                uneven.push_back(open.back());
+            close(open.back(), text, places);
             open.pop_back();
-        } else if (open.back().is) {
-            readField(word, words, open.back());
+        } else if (open.back().transform.is) {
+            readField(word, words, open.back().transform);
         }
     }
-    std::sort(uneven.begin(), uneven.end(),
-              [](const Transform& a, const Transform& b) { return a.scale.begin < b.scale.begin; });
-    return uneven;
+    std::ranges::sort(places, {}, &Place::begin);
+    return places;
 }
 
 } // namespace
@@ -188,33 +221,34 @@ gp_GTrsf affine(const gp_Trsf& motion)
     return {motion.VectorialPart(), motion.TranslationPart()};
 }
 
-const gp_GTrsf* VrmlScales::marked(double scale) const
+const VrmlMark* VrmlMarks::marked(double scale) const
 {
     const double number = std::round((scale - kFirstMark) / kMarkStep);
-    if (!(number >= 0 && number < static_cast<double>(motions.size())))
+    if (!(number >= 0 && number < static_cast<double>(marks.size())))
         return nullptr;
     const auto index = static_cast<size_t>(number);
-    return std::abs(scale - markOf(index)) < 1 ? &motions[index] : nullptr;
+    return std::abs(scale - markOf(index)) < 1 ? &marks[index] : nullptr;
 }
 
-VrmlScales vrmlScales(std::string_view text)
+VrmlMarks vrmlMarks(std::string_view text)
 {
-    VrmlScales scales;
+    VrmlMarks marks;
     size_t copied = 0;
-    for (const Transform& transform : unevenIn(text)) {
-        const std::string mark = std::to_string(static_cast<long long>(markOf(scales.motions.size())));
-        scales.text += text.substr(copied, transform.scale.begin - copied);
-        scales.text += mark + ' ' + mark + ' ' + mark;
+    for (Place& place : placesIn(text)) {
+        const std::string number = std::to_string(static_cast<long long>(markOf(marks.marks.size())));
+        const std::string scale = number + ' ' + number + ' ' + number;
+        marks.text += text.substr(copied, place.begin - copied);
+        marks.text += place.mark.urls.empty() ? scale : "Transform { scale " + scale + " }";
         // The lines stay, since messages count them.
-        for (const char c : text.substr(transform.scale.begin, transform.scale.end - transform.scale.begin))
+        for (const char c : text.substr(place.begin, place.end - place.begin))
             if (c == '\n')
-                scales.text += c;
-        copied = transform.scale.end;
-        scales.motions.push_back(transform.motion());
+                marks.text += c;
+        copied = place.end;
+        marks.marks.push_back(std::move(place.mark));
     }
-    if (!scales.motions.empty())
-        scales.text += text.substr(copied);
-    return scales;
+    if (!marks.marks.empty())
+        marks.text += text.substr(copied);
+    return marks;
 }
 
 } // namespace Vs::Translate

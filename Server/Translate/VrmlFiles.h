@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Server/Translate/Reporter.h"
+#include "Server/Translate/VrmlMarks.h"
+
+#include <VrmlData_Scene.hxx>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vs::Translate {
+
+/// One file as the kernel has read it, with lengths in millimetres.
+struct VrmlFile
+{
+    VrmlData_Scene scene;
+    VrmlMarks marks; ///< In place of which the scene has transformations without content.
+};
+
+/// A VRML file with those that it takes in, each a scene of its own: so its names are its own, and what the
+/// kernel doesn't read itself is found in all of them.
+class VrmlFiles
+{
+public:
+    /// Changes the working directory of the program, since the kernel looks for others there. Throws
+    /// Unreadable.
+    VrmlFiles(const std::string& path, Reporter& reporter);
+
+    const VrmlFile& first() const { return *m_first; }
+    /// What such a node takes in.
+    const VrmlFile& inlined(const VrmlMark& mark) const { return *m_others.at(mark.urls); }
+    /// What was left out, as it is named.
+    const std::vector<std::string>& refused() const { return m_refused; }
+
+private:
+    std::string m_folder;
+    std::unique_ptr<VrmlFile> m_first;
+    std::map<std::vector<std::string>, std::shared_ptr<VrmlFile>> m_others;
+    std::vector<std::string> m_refused;
+
+    std::shared_ptr<VrmlFile> readOther(const std::vector<std::string>& urls) const;
+};
+
+} // namespace Vs::Translate
