@@ -3,6 +3,7 @@
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/PartHistory.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Types/LengthUnit.h"
@@ -126,7 +127,8 @@ std::wstring textOf(const Vs::LogicalSelection& selection, const Vs::Asset& asse
         component->name.empty() && component->body ? component->body->name() : component->name;
     std::wstring text = kindOf(path.leaf);
     text = text.empty() ? name : localizedFormat("SelectionOf", "%1% of %2%", text, name);
-    const Measured measured = measure(path, *component);
+    // While a preview is shown, the part's number means another one, and the part isn't there.
+    const Measured measured = Vs::showsPreview(asset) ? Measured() : measure(path, *component);
     if (!measured.form.empty())
         text += L", " + measured.form;
     if (measured.size > 0) {

@@ -28,6 +28,7 @@
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
@@ -159,9 +160,15 @@ protected:
     static bool hasButton(const QString& tip)
     {
         const auto buttons = window()->findChildren<QToolButton*>();
-        return std::any_of(buttons.begin(), buttons.end(), [&](const QToolButton* button) {
+        return std::ranges::any_of(buttons, [&](const QToolButton* button) {
             return button->isVisible() && button->toolTip().contains(tip);
         });
+    }
+    static bool says(const QString& text)
+    {
+        const auto labels = window()->findChildren<QLabel*>();
+        return std::ranges::any_of(
+            labels, [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
     }
     static bool shows(const QString& text)
     {
@@ -215,6 +222,9 @@ TEST_F(KeyWalkTest, AnAssemblyIsTurnedMeasuredChangedExportedSavedAndOpenedAgain
     settle();
     key(Qt::Key_Tab);
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("4"));
+    EXPECT_TRUE(becomes([&] { return facesOfBracket() == faces + 1; }));
+    EXPECT_TRUE(becomes([] { return says(QStringLiteral("Edge of l-bracket_1")); }))
+        << "and not how long another edge of the preview is";
     key(Qt::Key_Return);
     EXPECT_TRUE(becomes([&] { return running() != L"FilletCommand" && facesOfBracket() == faces + 1; }));
 
