@@ -236,7 +236,8 @@ bool ForeignTranslator::saveByWorker(Asset& asset, TranslatorSaveOptions& option
         const WantedParts wanted(*asset.components(), options);
         if (!wanted.root())
             return fault(std::wstring(L"can't be written: ") + WantedParts::kNothing);
-        NewFile file(path);
+        // The worker goes to the file's folder.
+        NewFile file(PathInfo::absolute(path).wstring());
         const ScratchFile data(importCache().scratchPath(roomFor(asset)));
         {
             std::ofstream stream(data.path(), std::ios::binary);

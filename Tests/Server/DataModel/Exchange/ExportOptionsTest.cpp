@@ -166,6 +166,17 @@ TEST_F(SavingTest, TheLimitsHoldForTheFormatsThatTheKernelWritesToo)
     }
 }
 
+TEST_F(SavingTest, ANameWithoutAFolderIsAFileOfTheWorkingFolderInEveryFormat)
+{
+    Asset* asset = sample();
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(std::filesystem::path(scratch("x")).parent_path());
+    for (const wchar_t* name :
+         {L"here.stp", L"here.igs", L"here.brep", L"here.stl", L"here.obj", L"here.gltf", L"here.glb"})
+        EXPECT_TRUE(save(asset, name) && open(name)) << Strings::narrow(name + status.toString());
+    std::filesystem::current_path(before);
+}
+
 TEST_F(SavingTest, LengthsAreWrittenInTheUnitThatIsShownOnlyIfThatIsAskedFor)
 {
     Asset* asset = sample();
