@@ -63,7 +63,7 @@ def main():
             again = copy_and_hash(file, folder / "copy", options.saves)
             base = min(base, again)
             print(f"{size:4} MiB: until the save returns {statistics.median(got['saves']):.2f} ms, "
-                  f"{statistics.median(got['saves']) / (1000 * base / options.saves):.3f} of cp and sha256sum; "
+                  f"{statistics.median(got['saves']) / (1000 * base / options.saves):.4f} of cp and sha256sum; "
                   f"until {options.saves} have arrived {got['arrived']:.2f} s, {got['arrived'] / base:.2f} of it; "
                   f"first sign-in {1000 * got['signIn']:.0f} ms")
 

@@ -71,7 +71,7 @@ Network::Result Fetch::take(const QByteArray& piece)
     m_size += static_cast<std::uint64_t>(piece.size());
     if (m_size > m_content.size)
         return {CloudErrorState::BadAnswer, "more came than was announced"};
-    m_hash.addData(piece);
+    m_hash.add(piece);
     if (m_file.write(piece) != piece.size())
         return {CloudErrorState::CacheFailed, m_file.errorString().toStdString()};
     return {};
@@ -81,7 +81,7 @@ void Fetch::checkWhole()
 {
     if (m_size != m_content.size)
         throw Web::PayloadException(m_action + " failed: less came than was announced");
-    if (m_hash.result().toHex().toStdString() != m_content.sha256)
+    if (m_hash.digits() != m_content.sha256)
         throw Web::PayloadException(m_action + " failed: what came has another hash than was announced");
 }
 

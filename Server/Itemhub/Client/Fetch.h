@@ -2,8 +2,8 @@
 
 #include "Server/Itemhub/Client/Connections.h"
 #include "Server/Itemhub/ItemStore.h"
+#include "Server/Network/Sha256.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QUrl>
 
@@ -30,7 +30,7 @@ private:
     const Content& m_content;
     const std::string m_action;
     QFile m_file;
-    QCryptographicHash m_hash{QCryptographicHash::Sha256};
+    Network::Sha256 m_hash;
     std::uint64_t m_size = 0;
 };
 

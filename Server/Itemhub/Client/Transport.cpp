@@ -2,6 +2,7 @@
 
 #include "Server/Itemhub/Client/Answers.h"
 #include "Server/Itemhub/Client/Credentials.h"
+#include "Server/Itemhub/Client/HashFile.h"
 #include "Server/Itemhub/Client/HttpStore.h"
 #include "Server/Network/OAuth.h"
 #include "Server/Network/Origin.h"
@@ -81,6 +82,11 @@ Access Transport::signInByBrowser(const Access& where, const std::function<bool(
     access.tokenAddress = given.tokenAddress;
     access.client = given.client;
     return access;
+}
+
+std::string Transport::sha256(const std::string& file, const Watch& watch)
+{
+    return hashFile(file, watch);
 }
 
 void Transport::keep(const std::string& key, const Access& access)

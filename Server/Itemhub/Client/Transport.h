@@ -14,6 +14,7 @@ public:
                             const Watch& watch) override;
     Access signInByBrowser(const Access& where, const std::function<bool(const std::string&)>& open,
                            const Watch& watch) override;
+    std::string sha256(const std::string& file, const Watch& watch) override;
     void keep(const std::string& key, const Access& access) override;
     std::optional<Access> kept(const std::string& key) override;
     void forget(const std::string& key) override;

@@ -2,10 +2,10 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/OwnFiles.h"
-#include "Server/Itemhub/Private/Hash.h"
 #include "Server/Itemhub/Private/Places.h"
 #include "Server/Itemhub/Private/QueueEntry.h"
 #include "Server/Itemhub/Private/SignIn.h"
+#include "Server/Itemhub/Private/Transport.h"
 
 #include <QString>
 
@@ -50,7 +50,8 @@ fs::path fetched(ItemStore& store, const std::string& account, const Content& co
     const fs::path file = Places::contents(account) / content.sha256;
     boost::system::error_code error;
     // The working files share it, so that somebody may have written into it.
-    if (fs::file_size(file, error) == content.size && !error && hashOf(file, watch) == content.sha256)
+    if (fs::file_size(file, error) == content.size && !error &&
+        ItemTransport::get().sha256(file.string(), watch) == content.sha256)
         return file;
     fs::remove(file, error);
     store.download(content, file.string(), watch);
@@ -164,7 +165,7 @@ Documents::Path Documents::download(ItemStore& store, const std::string& account
 std::string Documents::attachSnapshot(ItemStore& store, const WorkFile& work, const Path& snapshot,
                                       const Watch& watch)
 {
-    const std::string hash = hashOf(snapshot, watch);
+    const std::string hash = ItemTransport::get().sha256(snapshot.string(), watch);
     const std::string upload = store.beginUpload(fs::file_size(snapshot), hash, watch);
     store.upload(upload, snapshot.string(), 0, watch);
     const MadeVersion made = store.addVersion(

@@ -2,7 +2,6 @@
 
 #include "Server/Base/QtApplication.h"
 #include "Server/Base/Require.h"
-#include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Strings.h"
 #include "Server/Itemhub/ItemhubEvents.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
@@ -46,14 +45,9 @@ void refuseIfDisabled()
 }
 
 ItemTransport& transport()
-try {
+{
     QtApplication::need();
-    using Entry = ItemTransport* (*)();
-    static ItemTransport* const found =
-        SiblingLibrary("libVsItemhubClient10.so").function<Entry>("quilletItemTransport")();
-    return *found;
-} catch (const std::runtime_error& error) {
-    throw Web::ItemhubException(Kind::Local, error.what());
+    return ItemTransport::get();
 }
 
 void tellSession()

@@ -17,6 +17,10 @@ class ItemTransport
 public:
     virtual ~ItemTransport() = default;
 
+    /// Opens the library at the first call, which needs Qt's application object. ItemhubException of the kind
+    /// Local if that fails.
+    [[nodiscard]] static ItemTransport& get();
+
     /// Without asking anybody. `keeper` is told of renewed credentials, on whichever thread.
     [[nodiscard]] virtual std::shared_ptr<ItemStore> store(const Access& access,
                                                            std::function<void(const Access&)> keeper) = 0;
@@ -26,6 +30,9 @@ public:
     [[nodiscard]] virtual Access signInByBrowser(const Access& where,
                                                  const std::function<bool(const std::string&)>& open,
                                                  const Watch& watch) = 0;
+
+    /// Of a local file, in hexadecimal digits.
+    [[nodiscard]] virtual std::string sha256(const std::string& file, const Watch& watch) = 0;
 
     /// The desktop's keyring. Where none runs, they fail with ItemhubException of the kind Local.
     virtual void keep(const std::string& key, const Access& access) = 0;

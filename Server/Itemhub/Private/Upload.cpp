@@ -1,8 +1,8 @@
 #include "Server/Itemhub/Private/Upload.h"
 
 #include "Server/Base/Exception.h"
-#include "Server/Itemhub/Private/Hash.h"
 #include "Server/Itemhub/Private/SignIn.h"
+#include "Server/Itemhub/Private/Transport.h"
 #include "Server/Itemhub/Private/WorkFiles.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -78,7 +78,7 @@ bool Upload::isWanted()
 void Upload::hash()
 {
     boost::system::error_code error;
-    m_entry.sha256 = hashOf(m_entry.link, m_watch);
+    m_entry.sha256 = ItemTransport::get().sha256(m_entry.link.string(), m_watch);
     m_entry.size = boost::filesystem::file_size(m_entry.link, error);
     m_entry.write();
 }

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Server/Network/Watch.h"
+
+#include <string>
+
+namespace Vs::Itemhub {
+
+/// As ItemTransport::sha256.
+[[nodiscard]] std::string hashFile(const std::string& file, const Network::Watch& watch);
+
+} // namespace Vs::Itemhub
