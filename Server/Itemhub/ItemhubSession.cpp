@@ -83,6 +83,11 @@ bool ItemhubSession::signInToOwnService()
     return Itemhub::SignIn::toOwnService();
 }
 
+bool ItemhubSession::canResume() const
+{
+    return Itemhub::SignIn::canResume();
+}
+
 bool ItemhubSession::resume()
 {
     return Itemhub::SignIn::resume();

@@ -40,9 +40,12 @@ public:
     /// Starts the program's own service, which keeps everything in the profile and ends with the program, and
     /// signs in to it. It is what the program goes on with in the next run.
     bool signInToOwnService();
+    /// Whether resume() has something to go on with. Asks neither the keyring nor the network.
+    [[nodiscard]] bool canResume() const;
     /// Goes on with what the last run was signed in to, without asking anybody: with the token of the file
     /// that QUILLET_ITEMHUB_TOKEN_FILE names (see Itemhub::accessOfTokenFile), the keyring's, or the
-    /// program's own service. False if there is nothing to go on with; throws like signIn.
+    /// program's own service. False if there is nothing to go on with; throws like signIn. A service that
+    /// can't be reached ends no session that the keyring knows: it is there, and not online.
     bool resume();
     /// Uses another system, which `name` tells from others in folders of the disk.
     void signInTo(std::shared_ptr<Itemhub::ItemStore> store, const std::string& name);

@@ -17,12 +17,12 @@ Session& Session::get()
     return *session;
 }
 
-void Session::begin(std::shared_ptr<ItemStore> store, Facts facts)
+void Session::begin(std::shared_ptr<ItemStore> store, Facts facts, bool isOnline)
 {
     const std::lock_guard lock(m_mutex);
     m_store = std::move(store);
     m_facts = std::move(facts);
-    m_isOnline = true;
+    m_isOnline = isOnline;
 }
 
 std::shared_ptr<ItemStore> Session::end()

@@ -23,7 +23,7 @@ public:
 
     static Session& get();
 
-    void begin(std::shared_ptr<ItemStore> store, Facts facts);
+    void begin(std::shared_ptr<ItemStore> store, Facts facts, bool isOnline);
     /// Gives the store back whose session ended; null if there was none.
     std::shared_ptr<ItemStore> end();
 

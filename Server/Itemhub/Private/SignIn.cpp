@@ -19,6 +19,7 @@
 #include <QUrlQuery>
 #include <QUuid>
 
+#include <cstdlib>
 #include <optional>
 
 namespace Vs::Itemhub {
@@ -56,11 +57,11 @@ void tellSession()
     ItemhubEventSource::get()->fireSessionChanged(&event);
 }
 
-void begin(const std::shared_ptr<ItemStore>& store, const Session::Facts& facts)
+void begin(const std::shared_ptr<ItemStore>& store, const Session::Facts& facts, bool isOnline)
 {
     UploadQueue::get().stop();
     EventListener::get().stop();
-    Session::get().begin(store, facts);
+    Session::get().begin(store, facts, isOnline);
     UploadQueue::get().begin();
     EventListener::get().start(store, facts.account.name);
     ItemhubEvent event;
@@ -133,7 +134,7 @@ Access SignIn::accessTo(const std::string& uri)
     return access;
 }
 
-bool SignIn::with(const Access& access, bool keep)
+bool SignIn::with(const Access& access, bool keep, bool mayBeAway)
 try {
     assertMainThread();
     refuseIfDisabled();
@@ -146,17 +147,26 @@ try {
     const std::shared_ptr<ItemStore> store = way.store(access, keeper);
     Session::Facts facts;
     facts.address = access.address;
+    bool isAway = false;
     runBeside(title(), [&](const Watch& watch) {
-        facts.account = store->account(watch);
-        if (keep)
+        try {
+            facts.account = store->account(watch);
+        } catch (const Web::ConnectionException&) {
+            if (!mayBeAway)
+                throw;
+            isAway = true;
+        }
+        if (keep && !isAway)
             way.keep(key, access);
     });
+    if (isAway)
+        facts.account.name = Strings::narrow(ItemhubOptionGroup::get()->account());
     if (facts.account.customer.empty())
         facts.account.customer = access.customer;
     facts.name = Places::nameOf(facts.address, facts.account.customer, facts.account.name);
     facts.isKept = keep;
     rememberSession(facts);
-    begin(store, facts);
+    begin(store, facts, !isAway);
     return true;
 } catch (const ItemStore::Cancelled&) {
     return false;
@@ -204,7 +214,7 @@ try {
         facts.account = store->account(watch);
     });
     rememberSession(facts);
-    begin(store, facts);
+    begin(store, facts, true);
     return true;
 } catch (const ItemStore::Cancelled&) {
     return false;
@@ -218,19 +228,24 @@ try {
     ItemhubUtilities::get()->fireErrorMessage(ItemhubUtilities::currentFailure());
 }
 
+bool SignIn::canResume()
+{
+    const ItemhubOptionGroup* options = ItemhubOptionGroup::get();
+    return !ItemhubUtilities::get()->ItemhubDisabled() &&
+           (std::getenv("QUILLET_ITEMHUB_TOKEN_FILE") || options->ownService() || options->kept());
+}
+
 bool SignIn::resume()
 {
     assertMainThread();
-    if (ItemhubUtilities::get()->ItemhubDisabled())
+    if (!canResume())
         return false;
     if (const std::optional<Access> access = accessOfTokenFile())
         return with(*access, false);
     if (ItemhubOptionGroup::get()->ownService())
         return toOwnService();
-    if (!ItemhubOptionGroup::get()->kept())
-        return false;
     const std::optional<Access> kept = ofKeyring();
-    return kept && with(*kept, true);
+    return kept && with(*kept, true, true);
 }
 
 void SignIn::to(std::shared_ptr<ItemStore> store, const std::string& name)
@@ -240,7 +255,7 @@ void SignIn::to(std::shared_ptr<ItemStore> store, const std::string& name)
     Session::Facts facts;
     facts.name = Places::nameOf(name, {}, {});
     runBeside(title(), [&](const Watch& watch) { facts.account = store->account(watch); });
-    begin(store, facts);
+    begin(store, facts, true);
 }
 
 void SignIn::out()

@@ -16,7 +16,9 @@ namespace Vs::Itemhub::SignIn {
 /// ItemhubException if it is no address, or one where secrets could be listened to.
 [[nodiscard]] Access accessTo(const std::string& uri);
 
-bool with(const Access& access, bool keep);
+/// With `mayBeAway`, a service that can't be reached is no failure, and the account is the one of the last
+/// run.
+bool with(const Access& access, bool keep, bool mayBeAway = false);
 [[nodiscard]] std::optional<Access> byPassword(const std::string& address, const std::string& customer,
                                                const std::string& account, const std::string& password);
 [[nodiscard]] std::optional<Access> byBrowser(const std::string& address, const std::string& customer,
@@ -24,6 +26,7 @@ bool with(const Access& access, bool keep);
 bool toOwnService();
 /// If the session is with the program's own service, and that has ended, starts it again.
 void reviveOwnService();
+[[nodiscard]] bool canResume();
 bool resume();
 void to(std::shared_ptr<ItemStore> store, const std::string& name);
 void out();

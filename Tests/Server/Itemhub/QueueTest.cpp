@@ -289,12 +289,12 @@ protected:
         all.insert(all.end(), words.begin(), words.end());
         TestSupport::ProcessOptions options;
         options.environment = {"QUILLET_ITEMHUB_TOKEN_FILE=" + m_token.string()};
-        return TestSupport::runProcess(QUILLET_QUEUES_SAVES, all, options);
+        return TestSupport::runProcess(QUILLET_ITEM_CLIENT, all, options);
     }
     /// The same as a child that the caller waits for.
     pid_t start(const std::vector<std::string>& words, bool isTraced) const
     {
-        std::vector<std::string> all{QUILLET_QUEUES_SAVES, (m_folder.path() / "profile").string()};
+        std::vector<std::string> all{QUILLET_ITEM_CLIENT, (m_folder.path() / "profile").string()};
         all.insert(all.end(), words.begin(), words.end());
         const pid_t child = fork();
         if (child == 0) {

@@ -4,9 +4,11 @@
 #include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Tests/Server/Itemhub/Fixture.h"
 #include "Tests/Support/Files.h"
+#include "Tests/Support/Process.h"
 
 #include <boost/filesystem/operations.hpp>
 
+#include <atomic>
 #include <cctype>
 #include <csignal>
 #include <sstream>
@@ -204,6 +206,38 @@ TEST_F(SessionTest, TheProgramsOwnServiceKeepsWhatWasMadeAndIsStartedAnewWhenItE
         }
     }));
     Vs::ItemhubOptionGroup::get()->ownService(false);
+}
+
+TEST_F(SessionTest, AKeptTokenIsInTheKeyringAloneAndGoesOnWithoutTheService)
+{
+    for (const char* program : {"/usr/bin/gnome-keyring-daemon", "/usr/bin/dbus-run-session"})
+        if (!fs::exists(program))
+            GTEST_SKIP() << "NOTICE: not installed: " << program;
+    const std::string token = service().token(account(), "writer");
+    const TestSupport::OpenFolder home;
+    fs::permissions(home.path(), fs::all_all);
+    // The service is away while it is asked for the third time who is signed in.
+    std::atomic<int> sessions = 0;
+    service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
+        const bool asksWho = request.target.find("/session") != std::string::npos;
+        return asksWho && ++sessions > 2 && sessions < 5 ? std::optional(Fault::reset()) : std::nullopt;
+    });
+    const std::string folder = home.path().string(),
+                      client = std::string(QUILLET_ITEM_CLIENT " ") + folder + "/profile ";
+    const auto result = TestSupport::runProcess(
+        QUILLET_TEST_SUPPORT "/as_plain_user.sh",
+        {"env", "HOME=" + folder, "XDG_RUNTIME_DIR=" + folder + "/run", "XDG_DATA_HOME=" + folder + "/data",
+         "XDG_CONFIG_HOME=" + folder + "/config", "XDG_CACHE_HOME=" + folder + "/cache",
+         "DISPLAY=", "WAYLAND_DISPLAY=", "dbus-run-session", "--", "sh", "-c",
+         "mkdir -m 700 \"$XDG_RUNTIME_DIR\"; printf secret | gnome-keyring-daemon --unlock "
+         "--components=secrets "
+         ">/dev/null 2>&1; " +
+             client + "keep " + service().address() + ' ' + token + "; " + client + "resume; " + client +
+             "resume; grep -rlF " + token + ' ' + folder + "; " + client + "leave; " + client + "resume"},
+        {.secondsLimit = 60});
+    EXPECT_EQ(result.output, account() + " kept online\n" + account() + " kept online\n" + account() +
+                                 " kept\nnobody\nnobody\n")
+        << result.errors;
 }
 
 } // namespace

@@ -1,9 +1,12 @@
-// What the tests of the queue kill: a program that has items' files and saves them.
+// A run of the client by itself, which tests kill, or start in a session of its own.
 //
-//     queues_saves PROFILE new COUNT             makes so many items, and prints the path of each one's file
-//     queues_saves PROFILE queue FILE CONTENT... saves the contents, one after the other, without signing in
-//     queues_saves PROFILE save FILE CONTENT...  the same, signed in, and waits until all have arrived
-//     queues_saves PROFILE wait                  waits until all have arrived
+//     item_client PROFILE new COUNT              makes so many items, and prints the path of each one's file
+//     item_client PROFILE queue FILE CONTENT...  saves the contents, one after the other, without signing in
+//     item_client PROFILE save FILE CONTENT...   the same, signed in, and waits until all have arrived
+//     item_client PROFILE wait                   waits until all have arrived
+//     item_client PROFILE keep ADDRESS TOKEN     signs in and keeps the token in the keyring
+//     item_client PROFILE resume                 goes on with that, and says who is signed in
+//     item_client PROFILE leave                  the same, and signs out
 
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
@@ -60,6 +63,13 @@ void save(const std::string& file, const Words& contents)
     Vs::DocumentMgr::get()->close(document);
 }
 
+int tellAccount()
+{
+    std::cout << (hub().isAuthenticated() ? Vs::Strings::narrow(hub().accountName()) : "nobody")
+              << (hub().isKept() ? " kept" : "") << (hub().isOnline() ? " online" : "") << std::endl;
+    return 0;
+}
+
 int waitForAll()
 {
     return hub().waitForUploads(std::chrono::seconds(60)) ? 0 : 1;
@@ -77,8 +87,20 @@ int run(const Words& words)
         save(words[2], contents);
         return 0;
     }
+    if (words[1] == "keep") {
+        Vs::Itemhub::Access access;
+        access.address = words[2];
+        access.customer = "acme";
+        access.token = words[3];
+        hub().signIn(access, true);
+        return tellAccount();
+    }
     if (!hub().resume())
-        return 2;
+        return words[1] == "resume" ? tellAccount() : 2;
+    if (words[1] == "resume")
+        return tellAccount();
+    if (words[1] == "leave")
+        return hub().signOut(), tellAccount();
     if (words[1] == "new")
         return makeItems(std::stoi(words[2]));
     if (words[1] == "save")
