@@ -75,6 +75,16 @@ bool linkContent(const fs::path& from, const fs::path& to)
     throw Exception(from.string() + " cannot be queued as " + to.string() + ": " + std::strerror(cause));
 }
 
+/// The highest of all files, also of links without a record.
+std::uint64_t lastSerial(const fs::path& folder)
+{
+    std::uint64_t last = 0;
+    boost::system::error_code error;
+    for (fs::directory_iterator file(folder, error), end; !error && file != end; file.increment(error))
+        last = std::max<std::uint64_t>(last, std::strtoull(file->path().filename().c_str(), nullptr, 10));
+    return last;
+}
+
 /// Whether a link was made so long ago that its record won't come any more.
 bool isLeftBehind(const fs::path& link)
 {
@@ -93,6 +103,7 @@ fs::path QueueEntry::record() const
 void QueueEntry::create()
 {
     OwnFiles::makeFolder(Places::queue(account));
+    serial = lastSerial(Places::queue(account));
     // Another run of the program may have queued something meanwhile.
     do
         link = withEnding(++serial, account, kLinkEnding);

@@ -70,7 +70,6 @@ void UploadQueue::add(const WorkFile& work, const std::string& label, bool isFou
         if (queued != entries.end())
             entry = *queued;
         if (queued == entries.end()) {
-            entry.serial = entries.empty() ? 0 : entries.back().serial;
             entry.account = work.account;
             entry.document = work.file;
             entry.stamp = now;

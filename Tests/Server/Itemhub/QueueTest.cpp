@@ -12,7 +12,10 @@
 
 #include <atomic>
 #include <csignal>
+#include <fcntl.h>
 #include <sys/ptrace.h>
+#include <sys/syscall.h>
+#include <sys/user.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -343,8 +346,10 @@ protected:
 TEST_F(KilledQueueTest, AtEachRequestASaveArrivesOnce)
 {
     // Each request of two saves, before the service has heard of it and after it has done it.
-    for (int number = 1; number <= 40; ++number) {
-        const std::string file = newItems(1).at(0);
+    constexpr int kMostRequests = 40;
+    const std::vector<std::string> files = newItems(kMostRequests);
+    for (int number = 1; number <= kMostRequests; ++number) {
+        const std::string& file = files[size_t(number) - 1];
         service().proxy().forgetRequests();
         std::atomic<pid_t> child = 0;
         std::atomic<int> count = 0;
@@ -378,43 +383,87 @@ TEST_F(KilledQueueTest, AtEachRequestASaveArrivesOnce)
     FAIL() << "the save has no end";
 }
 
+/// What happens to one call of a save.
+enum class Fate { Kill, Fail };
+
+/// Whether the stopped child is about to make a call that changes a file.
+bool isBeforeChange(pid_t child)
+{
+    constexpr std::uint64_t kCalls[] = {SYS_write,    SYS_link,  SYS_linkat, SYS_rename,
+                                        SYS_renameat, SYS_mkdir, SYS_unlink};
+    __ptrace_syscall_info info{};
+    if (ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof info, &info) < 0 ||
+        info.op != PTRACE_SYSCALL_INFO_ENTRY)
+        return false;
+    if (info.entry.nr == SYS_openat)
+        return (info.entry.args[2] & O_CREAT) != 0;
+    return std::find(std::begin(kCalls), std::end(kCalls), info.entry.nr) != std::end(kCalls);
+}
+
+/// At the stop before a call: has it not made. At the stop behind it: gives it the answer of a full disk.
+void skipCall(pid_t child, bool isBefore)
+{
+#ifdef __x86_64__
+    user_regs_struct registers{};
+    ptrace(PTRACE_GETREGS, child, nullptr, &registers);
+    if (isBefore)
+        registers.orig_rax = ~0ULL;
+    else
+        registers.rax = static_cast<unsigned long long>(-ENOSPC);
+    ptrace(PTRACE_SETREGS, child, nullptr, &registers);
+#endif
+}
+
+/// Goes with a child from its first SIGSTOP on to the call of that number, counted from 1, of those that
+/// change files, and lets that happen to it. False if its second SIGSTOP comes before.
+bool reach(pid_t child, int number, Fate fate)
+{
+    int state = 0, stops = 0, calls = 0;
+    bool isReached = false, isSkipping = false;
+    while (waitpid(child, &state, 0) == child && WIFSTOPPED(state)) {
+        if (WSTOPSIG(state) == SIGSTOP && ++stops == 1)
+            ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+        if (isSkipping)
+            skipCall(child, false);
+        isSkipping = false;
+        if (stops == 1 && isBeforeChange(child) && ++calls == number) {
+            isReached = true;
+            if (fate == Fate::Kill)
+                kill(child, SIGKILL);
+            else
+                skipCall(child, isSkipping = true);
+        }
+        ptrace(stops == 1 ? PTRACE_SYSCALL : PTRACE_CONT, child, nullptr, nullptr);
+    }
+    return isReached;
+}
+
 TEST_F(KilledQueueTest, AtEachCallOfASaveItArrivesOnce)
 {
-    constexpr int kMostCalls = 400;
-    constexpr int kItems = 100;
-    const std::vector<std::string> files = newItems(kItems);
-    std::map<std::string, std::string> contents;
-    int calls = 1;
-    for (const std::string& file : files) {
-        const std::string content = "content " + std::to_string(calls);
-        const pid_t child = start({"queue", file, content}, true);
-        int state = 0, seen = 0;
-        bool isCounting = false, isOver = false;
-        while (waitpid(child, &state, 0) == child && WIFSTOPPED(state)) {
-            if (WSTOPSIG(state) == SIGSTOP)
-                isCounting = true;
-            // Twice for each call: before and after it.
-            if (isCounting && ++seen > 2 * calls) {
-                kill(child, SIGKILL);
-                continue;
-            }
-            ptrace(isCounting ? PTRACE_SYSCALL : PTRACE_CONT, child, nullptr, nullptr);
+    constexpr int kMostCalls = 40;
+    for (const Fate fate : {Fate::Kill, Fate::Fail}) {
+        const std::vector<std::string> files = newItems(kMostCalls);
+        std::map<std::string, std::string> contents;
+        int number = 0;
+        bool goesOn = true;
+        for (; goesOn && number < kMostCalls; ++number) {
+            const std::string& file = files[size_t(number)];
+            goesOn =
+                reach(start({"queue", file, "content " + std::to_string(number)}, true), number + 1, fate);
+            if (fs::exists(file))
+                contents[file] = TestSupport::contentOf(file);
         }
-        isOver = WIFEXITED(state);
-        if (fs::exists(file))
-            contents[file] = TestSupport::contentOf(file);
-        if (isOver)
-            break;
-        calls += calls < 60 ? 1 : 3;
-        ASSERT_LT(calls, kMostCalls) << "the save has no end";
-    }
-    EXPECT_GT(contents.size(), 5u) << "most of the calls come after the file is there";
-    ASSERT_EQ(run({"wait"}).exitCode, 0);
-    for (const std::string& file : files) {
-        const auto found = contents.find(file);
-        EXPECT_EQ(arrivedOf(file), found == contents.end() ? std::vector<std::string>()
-                                                           : std::vector<std::string>{sha256(found->second)})
-            << file;
+        EXPECT_FALSE(goesOn) << "the save has no end";
+        EXPECT_GT(number, 5) << "there are more calls than that";
+        EXPECT_GT(contents.size(), 3u) << "some of the calls come after the file is there";
+        ASSERT_EQ(run({"wait"}).exitCode, 0);
+        for (int i = 0; i < number; ++i) {
+            const auto found = contents.find(files[size_t(i)]);
+            EXPECT_EQ(arrivedOf(files[size_t(i)]), found == contents.end()
+                                                       ? std::vector<std::string>()
+                                                       : std::vector<std::string>{sha256(found->second)})
+                << (fate == Fate::Kill ? "killed at " : "failed at ") << i + 1;
+        }
     }
 }
 

@@ -72,6 +72,14 @@ TEST_F(SessionTest, NobodyIsSignedInUntilATokenIsTaken)
     EXPECT_EQ(hub().accountName(), L"");
 }
 
+TEST_F(SessionTest, NothingOfTheNetworkIsMappedBeforeTheFirstSignIn)
+{
+    const TestSupport::ScratchFolder profile;
+    const auto result = TestSupport::runProcess(QUILLET_ITEM_CLIENT, {profile.path().string(), "maps"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, "");
+}
+
 TEST_F(SessionTest, AWrongTokenLeavesTheSessionAndSaysWhereAndWhy)
 {
     signIn();
