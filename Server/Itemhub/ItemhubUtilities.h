@@ -49,6 +49,7 @@ public:
     [[nodiscard]] static std::wstring notificationClientID();
 
     /// @name Items
+    /// What only asks for something here may be called from any thread.
     /// @{
     [[nodiscard]] Workspace getWorkspaceById(int id) const;
     [[nodiscard]] std::vector<Workspace> getWorkspaces() const;

@@ -6,8 +6,10 @@
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Notifications.h"
+#include "UI/Commands/Itemhub/ItemhubFeed.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
 #include "UI/Commands/Itemhub/ItemhubSnapshots.h"
+#include "UI/Commands/Itemhub/ItemhubThreads.h"
 
 #include <QCoreApplication>
 
@@ -36,6 +38,7 @@ private:
     }
 
     ItemhubSnapshots m_snapshots;
+    ItemhubFeed m_feed;
 
     /// Nobody is asked before there is a list that shows the answer.
     static void refresh()
@@ -90,7 +93,7 @@ void ItemhubDocuments::uninstall()
 {
     qRemovePostRoutine(stopClient);
     stopClient();
-    ItemhubMyFavoritesCmdDef::endRefreshes();
+    ItemhubThreads::end();
     ItemhubUtilities::results().wakeUp({});
     ItemhubUtilities::notifier({});
     ItemhubUtilities::editionDisables({});

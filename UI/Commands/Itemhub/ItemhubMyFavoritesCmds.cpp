@@ -1,18 +1,14 @@
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
 
 #include "Server/Base/Strings.h"
-#include "Server/Base/Task.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Commands/Itemhub/ItemhubThreads.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
-#include <mutex>
-#include <thread>
 #include <utility>
 
 namespace Vu::Commands {
@@ -28,50 +24,8 @@ constinit const CommandRow ItemhubMyFavoritesChangedCmdDef::kRow = {
 namespace {
 
 constexpr size_t kMostFavorites = 8;
-/// Its requests are given up by then.
-constexpr std::chrono::seconds kMomentAtTheEnd(2);
-
-/// The threads that ask.
-struct Refreshes
-{
-    std::mutex mutex;
-    std::condition_variable done;
-    int running = 0;
-    unsigned long begun = 0;
-    unsigned long shown = 0; ///< The last that has filled the list; earlier ones come too late.
-    bool ended = false;
-};
-
-/// Never destroyed: a thread may be on its way out when the program goes.
-Refreshes& refreshes()
-{
-    static auto* const all = new Refreshes;
-    return *all;
-}
-
-/// Answers may overtake each other.
-bool isNewest(unsigned long number)
-{
-    const std::lock_guard lock(refreshes().mutex);
-    if (number < refreshes().shown)
-        return false;
-    refreshes().shown = number;
-    return true;
-}
-
-class RunningRefresh
-{
-public:
-    RunningRefresh() = default;
-    ~RunningRefresh()
-    {
-        const std::lock_guard lock(refreshes().mutex);
-        --refreshes().running;
-        refreshes().done.notify_all();
-    }
-    RunningRefresh(const RunningRefresh&) = delete;
-    RunningRefresh& operator=(const RunningRefresh&) = delete;
-};
+/// Answers may overtake each other; those before the one that shows come too late.
+unsigned long s_asked = 0, s_shown = 0;
 
 } // namespace
 
@@ -123,43 +77,24 @@ InputControl* ItemhubMyFavoritesCmdDef::onInputControl()
 
 void ItemhubMyFavoritesCmdDef::refreshLater()
 {
-    {
-        const std::lock_guard lock(refreshes().mutex);
-        if (refreshes().ended)
-            return;
-        ++refreshes().running;
-    }
-    auto running = std::make_unique<RunningRefresh>();
-    std::thread([running = std::move(running)] { refreshFavorites(); }).detach();
+    ItemhubThreads::run([number = ++s_asked] { return refreshFavorites(number); });
 }
 
-void ItemhubMyFavoritesCmdDef::refreshFavorites()
+std::function<void()> ItemhubMyFavoritesCmdDef::refreshFavorites(unsigned long number)
 {
     std::vector<Entry> favorites;
     const auto* service = Vs::ItemhubUtilities::get();
-    const unsigned long number = [] {
-        const std::lock_guard lock(refreshes().mutex);
-        return ++refreshes().begun;
-    }();
-    using Favorites = decltype(service->getFavorites());
     // With nobody signed in there are none, which is no failure.
-    for (const auto& favorite : service->isAuthenticated() ? service->getFavorites() : Favorites())
-        favorites.push_back({std::to_wstring(favorite->getItemId()), favorite->getCaption()});
-    const std::lock_guard lock(refreshes().mutex);
-    if (refreshes().ended)
-        return;
-    Vs::ItemhubUtilities::results().post([favorites = std::move(favorites), number] {
+    if (service->isAuthenticated())
+        for (const auto& favorite : service->getFavorites())
+            favorites.push_back({std::to_wstring(favorite->getItemId()), favorite->getCaption()});
+    return [favorites = std::move(favorites), number] {
         ItemhubMyFavoritesCmdDef* definition = get();
-        if (definition && isNewest(number))
-            definition->rebuildFavorites(isSignedInToItemhub() ? favorites : std::vector<Entry>());
-    });
-}
-
-void ItemhubMyFavoritesCmdDef::endRefreshes()
-{
-    std::unique_lock lock(refreshes().mutex);
-    refreshes().ended = true;
-    refreshes().done.wait_for(lock, kMomentAtTheEnd, [] { return refreshes().running == 0; });
+        if (!definition || number < s_shown)
+            return;
+        s_shown = number;
+        definition->rebuildFavorites(isSignedInToItemhub() ? favorites : std::vector<Entry>());
+    };
 }
 
 void ItemhubMyFavoritesCmdDef::rebuildFavorites(const std::vector<Entry>& favorites)

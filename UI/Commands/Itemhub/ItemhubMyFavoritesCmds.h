@@ -3,6 +3,7 @@
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -47,13 +48,6 @@ public:
     /// Asks the service for the favourites on a thread of its own, which nobody waits for. Throws
     /// std::system_error if there can be no thread.
     static void refreshLater();
-    /// What that thread does: asks the service, and has the main thread fill the list with the answer. Any
-    /// thread.
-    static void refreshFavorites();
-    /// No thread begins any more, and those that run change nothing; waits a moment for them. For the end of
-    /// the program, when the service's client has given up its requests.
-    static void endRefreshes();
-
     /// A favourite of the list, by the number and the caption of its item.
     struct Entry
     {
@@ -72,6 +66,9 @@ protected:
     InputControl* onInputControl() override;
 
 private:
+    /// What the thread does: asks the service, and gives what the main thread is to do with the answer.
+    static std::function<void()> refreshFavorites(unsigned long number);
+
     std::unique_ptr<ListControl> m_list;
     std::vector<std::unique_ptr<Info>> m_items; ///< What the list shows.
 };

@@ -10,6 +10,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/LabelDescriptionDialog.h"
 #include "UI/Base/Program/Notifications.h"
+#include "UI/Base/Session/DesignFeed.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Itemhub/ItemhubCreateCommentIDCmd.h"
@@ -18,6 +19,8 @@
 
 #include <boost/algorithm/string/predicate.hpp>
 #include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
 
 namespace {
 
@@ -307,6 +310,25 @@ TEST_F(DashboardTest, UploadsThatFailAreToldOnceAndBegunAgainOrGivenUp)
     EXPECT_TRUE(hub().pendingUploads().empty()) << "given up";
     EXPECT_TRUE(boost::filesystem::exists(activeDocument()->path())) << "the file itself stays";
     service().admin({"member", "set", "acme", account(), "all", "writer"});
+}
+
+TEST_F(DashboardTest, TheFeedOfAnItemsDocumentHasVersionsAndComments)
+{
+    const auto has = [](const std::wstring& title) {
+        const std::vector<Vu::FeedEntry> entries = Vu::DesignFeed::get()->entries(*activeDocument());
+        return std::ranges::any_of(entries, [&](const Vu::FeedEntry& entry) {
+            return entry.title == title && entry.kind == Vu::FeedEntry::Kind::Comment;
+        });
+    };
+    const int item = newItem(L"Talked about");
+    EXPECT_TRUE(until([&] { return has(L"Version 1: Document created") && has(L"Version 2"); }));
+    // What happens later comes by itself.
+    answer(L"Itemhub.Comment " + std::to_wstring(item) + L" \"Sharper <b>edges</b>\"");
+    EXPECT_TRUE(until([&] { return has(L"Sharper <b>edges</b>"); }));
+    hub().signOut();
+    EXPECT_FALSE(has(L"Version 2")) << "it is the account's to see";
+    answer(L"Design.New");
+    EXPECT_FALSE(has(L"Version 2"));
 }
 
 TEST_F(DashboardTest, WhatWasClosedUnsavedIsAttachedToItsItemIfTheUserWantsIt)

@@ -1,0 +1,153 @@
+#include "UI/Commands/Itemhub/ItemhubFeed.h"
+
+#include "Server/Base/Strings.h"
+#include "Server/DataModel/Document.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
+#include "UI/Commands/Itemhub/ItemhubThreads.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Resources.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <string>
+
+namespace Vu::Commands {
+namespace {
+
+using Vs::ItemhubUtilities;
+using Vs::Strings::widen;
+
+/// Its lifetime is the add-in's; answers may come later.
+ItemhubFeed* s_installed = nullptr;
+
+/// What a thread brings: texts are made of it on the main thread, which knows the user's language.
+struct Happened
+{
+    std::vector<ItemhubUtilities::Version> versions;
+    std::vector<ItemhubUtilities::Comment> comments;
+};
+
+Happened askFor(std::int64_t id)
+{
+    ItemhubUtilities* service = ItemhubUtilities::get();
+    const auto item = service->getItemById(static_cast<int>(id));
+    Happened happened;
+    const auto attachments = service->getItemAttachments({}, item);
+    if (!attachments.empty())
+        happened.versions = service->getVersions(attachments.front());
+    happened.comments = service->getComments(item);
+    return happened;
+}
+
+std::chrono::system_clock::time_point timeOf(const std::string& text)
+{
+    const QDateTime time = QDateTime::fromString(QString::fromStdString(text), Qt::ISODateWithMs);
+    return std::chrono::system_clock::time_point(
+        std::chrono::milliseconds(time.isValid() ? time.toMSecsSinceEpoch() : 0));
+}
+
+/// In one line, whatever was written.
+std::wstring inOneLine(std::wstring text)
+{
+    std::ranges::replace_if(
+        text, [](wchar_t letter) { return letter < L' '; }, L' ');
+    return text;
+}
+
+std::vector<FeedEntry> entriesOf(const Happened& happened)
+{
+    std::vector<FeedEntry> entries;
+    for (const auto& version : happened.versions)
+        entries.push_back({.time = timeOf(version.createdAt),
+                           .title = version.label.empty()
+                                        ? localizedFormat("ItemhubFeedVersion", "Version %1%", version.number)
+                                        : localizedFormat("ItemhubFeedLabelled", "Version %1%: %2%",
+                                                          version.number, inOneLine(widen(version.label))),
+                           .origin = widen(version.author),
+                           .icon = Resources::CloudSave()});
+    for (const auto& comment : happened.comments)
+        entries.push_back({.time = timeOf(comment.createdAt),
+                           .title = inOneLine(widen(comment.body)),
+                           .origin = widen(comment.author),
+                           .icon = Resources::Feedback()});
+    return entries;
+}
+
+} // namespace
+
+ItemhubFeed::ItemhubFeed()
+{
+    s_installed = this;
+    DesignFeed::get()->add(this);
+    Vs::ItemhubEventSource::get()->subscribe(this);
+}
+
+ItemhubFeed::~ItemhubFeed()
+{
+    Vs::ItemhubEventSource::get()->unsubscribe(this);
+    DesignFeed::get()->remove(this);
+    s_installed = nullptr;
+}
+
+void ItemhubFeed::addEntries(Vs::Document& document, std::vector<FeedEntry>& entries)
+{
+    const ItemhubUtilities* service = ItemhubUtilities::get();
+    const auto item = document.path().empty() ? std::nullopt : service->itemOf(document.path());
+    if (!item || !service->isAuthenticated())
+        return;
+    ask(item->itemId);
+    const std::vector<FeedEntry>& known = m_known[item->itemId].entries;
+    entries.insert(entries.end(), known.begin(), known.end());
+}
+
+/// What was learnt stays until there is something newer.
+void ItemhubFeed::ask(std::int64_t item)
+{
+    Known& known = m_known[item];
+    if (known.isCurrent || known.isAsked)
+        return;
+    known.isAsked = known.isCurrent = true;
+    ItemhubThreads::run([item]() -> std::function<void()> {
+        try {
+            return [item, happened = askFor(item)] {
+                if (s_installed)
+                    s_installed->answered(item, entriesOf(happened));
+            };
+        } catch (const std::exception&) {
+            // The next thing that happens to the item asks anew.
+            return [item] {
+                if (s_installed)
+                    s_installed->m_known[item].isAsked = false;
+            };
+        }
+    });
+}
+
+void ItemhubFeed::answered(std::int64_t item, const std::vector<FeedEntry>& entries)
+{
+    Known& known = m_known[item];
+    known.isAsked = false;
+    known.entries = entries;
+    DesignFeed::get()->changed();
+}
+
+void ItemhubFeed::sessionChanged(Vs::ItemhubEvent*)
+{
+    for (auto& [item, known] : m_known) {
+        known.entries.clear();
+        known.isCurrent = false;
+    }
+    DesignFeed::get()->changed();
+}
+
+void ItemhubFeed::itemChanged(Vs::ItemhubItemEvent* event)
+{
+    const auto known = m_known.find(event->itemId());
+    if (known == m_known.end())
+        return;
+    known->second.isCurrent = false;
+    DesignFeed::get()->changed();
+}
+
+} // namespace Vu::Commands
