@@ -168,7 +168,7 @@ public:
     Web::Item addItem(const Itemhub::NewItem&, const std::string&, const Watch&) override { refuse(); }
     std::vector<Web::Attachment> attachments(std::int64_t, const Watch&) override { refuse(); }
     std::vector<Web::Version> versions(std::int64_t, const Watch&) override { refuse(); }
-    std::vector<Web::Item> favourites(const Watch&) override { refuse(); }
+    std::vector<Web::Item> favourites(const Watch&) override { return {}; }
     void favourite(std::int64_t, bool, const Watch&) override { refuse(); }
     std::vector<Web::Item> search(const std::string&, int, const Watch&) override { refuse(); }
     std::vector<Web::Comment> comments(std::int64_t, const Watch&) override { refuse(); }

@@ -18,7 +18,7 @@
 namespace Vu::Commands {
 namespace {
 
-constexpr int kWidth = 220, kLeastWidth = 112, kHomeWidth = 420, kHomeSide = 40;
+constexpr int kWidth = 220, kLeastWidth = 124, kHomeWidth = 420, kHomeSide = 40;
 
 /// The bar in a row of the home screen.
 QWidget* makeForHome(QWidget* parent)
