@@ -73,6 +73,20 @@ void setLogin(CURL* handle, const DigestLogin& login)
     curl_easy_setopt(handle, CURLOPT_PASSWORD, isDigest ? login.password.constData() : nullptr);
 }
 
+/// Lets the library work on a request. Even the removal calls the exchange, which has to be there then.
+class UnderWay
+{
+public:
+    UnderWay(CURLM* all, CURL* handle) : m_all(all), m_handle(handle) { curl_multi_add_handle(all, handle); }
+    ~UnderWay() { curl_multi_remove_handle(m_all, m_handle); }
+    UnderWay(const UnderWay&) = delete;
+    UnderWay& operator=(const UnderWay&) = delete;
+
+private:
+    CURLM* const m_all;
+    CURL* const m_handle;
+};
+
 } // namespace
 
 /// One that isn't in use, for a request's time.
@@ -86,11 +100,7 @@ public:
         m_handle = std::move(m_connection.m_free.back());
         m_connection.m_free.pop_back();
     }
-    ~Handle()
-    {
-        curl_multi_remove_handle(m_connection.m_all.get(), m_handle.get());
-        m_connection.m_free.push_back(std::move(m_handle));
-    }
+    ~Handle() { m_connection.m_free.push_back(std::move(m_handle)); }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
 
@@ -136,8 +146,9 @@ Answer Connection::run(const Request& request, const DigestLogin& login, const T
     setProxy(handle.get(), request.url);
     setLogin(handle.get(), login);
     m_certificate.watch(handle.get());
-    if (!exchange.isDone())
-        curl_multi_add_handle(m_all.get(), handle.get());
+    if (exchange.isDone())
+        return exchange.takeAnswer();
+    const UnderWay underWay(m_all.get(), handle.get());
     auto next = Exchange::Clock::now() + kTick;
     while (!exchange.isDone()) {
         work(exchange);

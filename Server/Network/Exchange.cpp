@@ -233,6 +233,10 @@ void Exchange::finish(CURLcode code, const Certificate& certificate)
 Result Exchange::failureOf(CURLcode code, const Certificate& certificate) const
 {
     const std::string text = m_text[0] ? m_text.data() : curl_easy_strerror(code);
+    long proxy = 0;
+    curl_easy_getinfo(m_handle, CURLINFO_HTTP_CONNECTCODE, &proxy);
+    if (proxy >= 300)
+        return {CloudErrorState::Unreachable, "the network's proxy answered " + std::to_string(proxy)};
     switch (code) {
     case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_ISSUER_ERROR:

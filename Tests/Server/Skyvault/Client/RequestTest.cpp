@@ -313,6 +313,27 @@ TEST_F(RequestTest, WhatStopsALargeFileOnItsWayIsToldAndTheOldOneStays)
     EXPECT_EQ(server.content("wheel"), "old");
 }
 
+TEST_F(RequestTest, TheSystemsProxyIsAskedButNotForThisMachine)
+{
+    TestServer server(TestServer::Kind::Lighttpd);
+    REQUIRE_SERVER(server);
+    m_proxy.onRequest([](const auto&) { return Fault::answer(403); });
+    for (const char* name : {"http_proxy", "https_proxy"})
+        setenv(name, m_proxy.address().c_str(), 1);
+    DriveEntry entry;
+    EXPECT_TRUE(driveAt(server.address(), userOf(server))->find("/", entry).isOk());
+    EXPECT_TRUE(m_proxy.requests().empty());
+    const DriveResult result = driveAt("https://drive.example.org/")->find("/", entry);
+    for (const char* name : {"http_proxy", "https_proxy"})
+        unsetenv(name);
+    EXPECT_EQ(result.state, CloudErrorState::Unreachable);
+    EXPECT_NE(result.detail.find("proxy answered 403"), std::string::npos) << result.detail;
+    ASSERT_FALSE(m_proxy.requests().empty());
+    EXPECT_EQ(m_proxy.requests()[0].method, "CONNECT");
+    EXPECT_EQ(m_proxy.requests()[0].target, "drive.example.org:443");
+    EXPECT_FALSE(m_proxy.requests()[0].headers.contains("authorization"));
+}
+
 TEST_F(RequestTest, SomethingElseIsAskedWhileARequestIsUnderWay)
 {
     m_proxy.onRequest([](const FaultProxy::Request& request) {
