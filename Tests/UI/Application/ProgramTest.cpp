@@ -64,6 +64,20 @@ TEST(ProgramTest, LinesAnswerOnStandardOutputAndFailOnStandardErrorWithTheirPlac
     EXPECT_EQ(bad.errors, "--command:2: There is no asset in memory.\n");
 }
 
+TEST(ProgramTest, AStartLoadsNothingOfTheNetworkOfDatabasesOrOfTheKeyring)
+{
+    const ScratchFolder folder;
+    const std::string log = (folder.path() / "loaded").string();
+    runQuillet({"--headless", "--command", "Sleeper.Sleep 0"},
+               {.environment = {"LD_DEBUG=files", "LD_DEBUG_OUTPUT=" + log}});
+    std::string loaded; // One file a process.
+    for (const auto& file : boost::filesystem::directory_iterator(folder.path()))
+        loaded += TestSupport::contentOf(file.path());
+    ASSERT_NE(loaded.find("libQt6Core"), std::string::npos);
+    for (const char* library : {"libQt6Network", "libQt6Sql", "libqt6keychain", "libcurl", "libssl"})
+        EXPECT_EQ(loaded.find(library), std::string::npos) << library;
+}
+
 TEST(ProgramTest, KeepGoingRunsTheRestAndStillFails)
 {
     const ProcessResult result =
