@@ -7,7 +7,7 @@ namespace Vs::Network {
 namespace {
 
 // What a sink is given at once.
-constexpr qsizetype kPiece = 512 * 1024;
+constexpr qsizetype kPiece = 256 * 1024;
 
 // Until what was sent has left this machine.
 constexpr std::chrono::milliseconds kUntilCut{100};
@@ -129,6 +129,7 @@ size_t Exchange::onContent(char* data, size_t one, size_t count, void* exchange)
         curl_easy_getinfo(self.m_handle, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &all);
         self.m_bytesDone = std::uint64_t(self.m_answer.received);
         self.m_bytesInAll = std::uint64_t(std::max<curl_off_t>(all, 0));
+        self.m_piece.reserve(kPiece + size);
         self.m_piece.append(data, size);
         return self.m_piece.size() < kPiece || self.pour() ? one * count : 0;
     }
