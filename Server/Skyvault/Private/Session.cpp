@@ -190,8 +190,10 @@ DriveResult Session::verify()
                });
 }
 
-boost::filesystem::path Session::folderOf(const std::string& address, const std::string& user)
+// An address that somebody writes with a slash at its end is the same drive.
+boost::filesystem::path Session::folderOf(const std::string& written, const std::string& user)
 {
+    const std::string address = written.substr(0, written.find_last_not_of('/') + 1);
     const QUrl url(QString::fromStdString(address));
     const QByteArray digest = QCryptographicHash::hash(QByteArray::fromStdString(address + '\n' + user),
                                                        QCryptographicHash::Sha256);

@@ -50,7 +50,7 @@ public:
     [[nodiscard]] DriveResult verify();
 
     /// The folder of the cache that a user's files of a drive lie in. Its index and its traits lie beside it.
-    [[nodiscard]] static boost::filesystem::path folderOf(const std::string& address,
+    [[nodiscard]] static boost::filesystem::path folderOf(const std::string& written,
                                                           const std::string& user);
 
 private:

@@ -46,6 +46,22 @@ TEST_F(CloudSessionTest, TitlesAndApplicabilityFollowTheSession)
     EXPECT_FALSE(applicable(L"CloudLogoutCommand"));
 }
 
+TEST_F(CloudSessionTest, AnAddressWithASlashAtItsEndIsTheSameDrive)
+{
+    ASSERT_TRUE(m_server.address().ends_with('/'));
+    saveNew("/wheel.vlra");
+    const boost::filesystem::path file = cached("/wheel.vlra");
+    std::string address = m_server.address();
+    address.pop_back();
+    const Vs::Cloud::DriveCredentials credentials{
+        Vs::Cloud::DriveCredentials::Kind::Password, m_server.user(), m_server.password(), {}};
+    ASSERT_TRUE(MeshportAuth::globalInstance()->signIn(address, credentials, false).isOk());
+    EXPECT_EQ(cached("/wheel.vlra"), file);
+    change();
+    answer(L"VuCommands.CloudSaveQATCmd");
+    EXPECT_TRUE(onDrive("/wheel.vlra") == TestSupport::contentOf(file));
+}
+
 TEST_F(CloudSessionTest, OnlyALineWithUserAndPasswordAsksNobody)
 {
     answer(L"VuCommands.CloudLogoutCmd");
