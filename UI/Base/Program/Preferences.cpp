@@ -9,6 +9,7 @@
 #include "Server/Types/UnitsOptionGroup.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Program/UnitName.h"
 
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/predicate.hpp>
@@ -59,7 +60,7 @@ Choices lengthUnits()
 {
     Choices choices;
     for (const Vs::LengthUnit& unit : Vs::LengthUnit::all())
-        choices.push_back({Vs::Strings::widen(unit.key), unit.name});
+        choices.push_back({Vs::Strings::widen(unit.key), unitName(unit)});
     return choices;
 }
 

@@ -8,6 +8,7 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/UnitName.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Session/SnapManager.h"
@@ -208,8 +209,8 @@ void StatusFields::chooseUnit()
     QMenu* menu = m_unit->menu();
     menu->clear();
     for (const Vs::LengthUnit& unit : Vs::LengthUnit::all()) {
-        QAction* action = menu->addAction(
-            QStringLiteral("%1 (%2)").arg(QString::fromWCharArray(unit.name), QString::fromLatin1(unit.key)));
+        QAction* action = menu->addAction(QStringLiteral("%1 (%2)").arg(
+            QString::fromStdWString(unitName(unit)), QString::fromLatin1(unit.key)));
         action->setCheckable(true);
         action->setChecked(&unit == &Vs::LengthUnit::display());
         connect(action, &QAction::triggered, menu, [&unit] { Vs::LengthUnit::display(unit); });

@@ -3,6 +3,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/Types/LengthUnit.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UnitName.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Design/Localized.h"
 
@@ -92,7 +93,7 @@ void ExportOptionsDialog::addLists(QFormLayout* form)
     if (m_choices.unit) {
         m_unit = addList(form, "unit", text("ExportUnit", "Unit of length"));
         for (const Vs::LengthUnit& unit : Vs::LengthUnit::all())
-            m_unit->addItem(QString::fromWCharArray(unit.name), QString::fromLatin1(unit.key));
+            m_unit->addItem(QString::fromStdWString(unitName(unit)), QString::fromLatin1(unit.key));
         m_unit->setCurrentIndex(m_unit->findData(QString::fromLatin1(
             m_options.unit.empty() ? Vs::LengthUnit::all().front().key : m_options.unit.c_str())));
     }
