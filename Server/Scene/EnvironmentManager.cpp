@@ -9,6 +9,9 @@ namespace Vs::Scene {
 
 namespace {
 
+/// GraphicsOptionGroup::activeEnvironment.
+constexpr const char* kOption = "activeEnvironment";
+
 /// A colour as it is named for the screen, 0xRRGGBB.
 Colour screen(unsigned rgb)
 {
@@ -134,14 +137,20 @@ EnvironmentManager* EnvironmentManager::getEnvManager()
     return &manager;
 }
 
+EnvironmentManager::EnvironmentManager() : m_usual(GraphicsOptionGroup::get()->activeEnvironment.fallBack())
+{
+}
+
 std::wstring EnvironmentManager::activeEnvironmentID() const
 {
-    return GraphicsOptionGroup::get()->activeEnvironment();
+    return GraphicsOptionGroup::get()->value(kOption, m_usual);
 }
 
 void EnvironmentManager::activeEnvironmentID(const std::wstring& id)
 {
-    GraphicsOptionGroup::get()->activeEnvironment(id);
+    // One that is the option's own default is kept as well, since it may not be the usual one.
+    if (id != activeEnvironmentID())
+        GraphicsOptionGroup::get()->setValue(kOption, id);
 }
 
 const Environment& EnvironmentManager::environment(const std::wstring& id) const

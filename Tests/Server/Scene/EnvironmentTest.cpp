@@ -36,6 +36,19 @@ TEST_F(Environments, EveryIdIsKeptAsItWasSetAndUnknownOnesLookLikeTheFirstChoice
     }
 }
 
+TEST_F(Environments, TheUsualOneShowsUntilAnotherIsChosenEvenTheUsualOneOfOthers)
+{
+    GraphicsOptionGroup::get()->reset();
+    EXPECT_EQ(manager.activeEnvironment().id, L"PhotoBooth");
+    manager.usualEnvironmentID(L"DarkSky");
+    EXPECT_EQ(manager.activeEnvironmentID(), L"DarkSky");
+    EXPECT_EQ(manager.activeEnvironment().id, L"DarkSky");
+    manager.activeEnvironmentID(L"PhotoBooth");
+    EXPECT_EQ(manager.activeEnvironment().id, L"PhotoBooth");
+    manager.usualEnvironmentID(L"PhotoBooth");
+    EXPECT_EQ(manager.activeEnvironmentID(), L"PhotoBooth");
+}
+
 TEST_F(Environments, AChoiceIsAnOptionOfTheUserWhoseSitesHearOfIt)
 {
     struct : Vs::OptionEventSite

@@ -1,9 +1,11 @@
 #include "UI/Base/Window/Theme.h"
 
 #include "Server/Base/ResourceMgr.h"
+#include "Server/Scene/EnvironmentManager.h"
 #include "UI/Base/Program/IStyleCollector.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Window/QtIcon.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QApplication>
 #include <QFile>
@@ -166,6 +168,9 @@ void applyTheme()
         QPixmapCache::insert(path, png.isNull() ? QPixmap(path) : QPixmap::fromImage(png));
     }
     qApp->setStyleSheet(sheet);
+    // Views follow, where the user hasn't chosen what they show.
+    Vs::Scene::EnvironmentManager::getEnvManager()->usualEnvironmentID(dark ? L"DarkSky" : L"PhotoBooth");
+    WorkspaceWindow::invalidate(kInvalidateScene);
 }
 
 void followTheme()

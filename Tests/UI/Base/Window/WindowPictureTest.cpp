@@ -13,6 +13,7 @@
 #include "Tests/UI/Becomes.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/SceneUtilities.h"
 #include "UI/Base/View/AutoCamViewFragment.h"
 #include "UI/Base/View/GraphicsCanvas.h"
@@ -24,6 +25,7 @@
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QApplication>
+#include <QColor>
 #include <QDialog>
 #include <QOpenGLWidget>
 #include <QTest>
@@ -199,6 +201,22 @@ TEST_F(WindowPicture, ShowsWhatARunWithoutAWindowDraws)
         EXPECT_LT(differs.visible, 0.001);
     }
     Vs::Scene::GraphicsOptionGroup::get()->reset();
+}
+
+TEST_F(WindowPicture, IsDarkInADarkWindowUnlessAnotherEnvironmentWasChosen)
+{
+    const auto corner = [] { return QColor(inWindow().pixel(2, 2)).lightness(); };
+    Vs::Option<std::wstring>& theme = UIBaseOptionGroup::get()->theme;
+    theme(L"light");
+    EXPECT_GT(corner(), 170);
+    theme(L"dark");
+    EXPECT_LT(corner(), 85);
+    run(L"VuCommands.ViewEnvironmentCmd ViewEnvPhotoBoothCommand");
+    EXPECT_GT(corner(), 170);
+    theme(L"light");
+    EXPECT_GT(corner(), 170);
+    Vs::Scene::GraphicsOptionGroup::get()->reset();
+    UIBaseOptionGroup::get()->reset();
 }
 
 TEST_F(WindowPicture, IsAsSharpAsTheScreenAndTheMouseIsWhereThePictureIs)
