@@ -44,7 +44,7 @@ DriveResult setRemark(Session& session, const std::string& path, const std::stri
                             remark.toHtmlEscaped().toUtf8() +
                             "</q:remark></D:prop></D:set></D:propertyupdate>";
     const Answer answer = session.ask("PROPPATCH", path, {}, body);
-    if (isRefusal(answer.status))
+    if (answer.status == 405 || answer.status == 501)
         return failed(CloudErrorState::Unsupported, action, "the server keeps no remarks");
     if (!answer.isOk() && !answer.isLost())
         return resultOf(answer, action);
@@ -52,10 +52,13 @@ DriveResult setRemark(Session& session, const std::string& path, const std::stri
     DavItem item;
     if (DriveResult found = session.look(path, item, kWanted); !found.isOk())
         return found;
-    if (item.properties[kRemark] != remark)
-        return answer.isLost() ? resultOf(answer, action)
-                               : failed(CloudErrorState::Unsupported, action, "the server keeps no remarks");
-    return {};
+    if (item.properties[kRemark] == remark)
+        return {};
+    if (answer.isLost())
+        return resultOf(answer, action);
+    return answer.status == 207 ? failed(CloudErrorState::Unsupported, action, "the server keeps no remarks")
+                                : failed(CloudErrorState::BadAnswer, action,
+                                         "the server answered " + std::to_string(answer.status));
 }
 
 DriveResult comment(Session& session, const std::string& path, const std::string& text, std::string& id)

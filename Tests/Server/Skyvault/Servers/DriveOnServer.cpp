@@ -1,6 +1,7 @@
 #include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
 
 #include "Server/Skyvault/Client/Transport.h"
+#include "Tests/Support/Files.h"
 
 #include <QCoreApplication>
 
@@ -103,9 +104,17 @@ void DriveOnServer::put(const std::string& path, const std::string& text)
         boost::filesystem::last_write_time(server.folder() / path, std::time(nullptr) - 100);
 }
 
+void DriveOnServer::makeFolder(const std::string& path)
+{
+    require(m_direct->makeFolders(path));
+}
+
 std::string DriveOnServer::content(const std::string& path)
 {
-    return server.content(path.substr(1)).value_or(kNothing);
+    if (server.kind() == TestServer::Kind::Subversion)
+        return server.content(path.substr(1)).value_or(kNothing);
+    const boost::filesystem::path file = server.folder() / path;
+    return boost::filesystem::exists(file) ? TestSupport::contentOf(file) : kNothing;
 }
 
 DriveEntry DriveOnServer::entry(const std::string& path)

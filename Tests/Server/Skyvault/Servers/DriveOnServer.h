@@ -31,6 +31,7 @@ public:
 
     /// Uploads text as a new file or as a version of what the drive has; with its own client, past the proxy.
     void put(const std::string& path, const std::string& text);
+    void makeFolder(const std::string& path);
     /// What a file on the drive holds, past the proxy and the client; kNothing if there is none.
     std::string content(const std::string& path);
     static constexpr const char* kNothing = "(nothing)";

@@ -70,8 +70,7 @@ const std::vector<FaultCase>& faults()
     static const std::vector<FaultCase> kFaults{
         {"delay", [] { return Fault::delay(0.05); }, {}},
         {"reset", [] { return Fault::reset(); }, {Unreachable}},
-        // A MOVE has all that it needs in its headers: it may be under way while it is looked for.
-        {"request cut", [] { return Fault::cutRequest(7); }, {Unreachable, Forbidden, Changed}},
+        {"request cut", [] { return Fault::cutRequest(7); }, {Unreachable}},
         {"answer cut at once", [] { return Fault::cutAnswer(0); }, {Unreachable}},
         {"answer cut in its headers", [] { return Fault::cutAnswer(25); }, {Unreachable, BadAnswer}},
         {"answer cut in its body", [] { return Fault::cutAnswer(400); }, {Unreachable, BadAnswer}},
@@ -126,7 +125,7 @@ protected:
         for (const FaultProxy::Request& request : requests) {
             const std::string& method = request.method;
             // One server shows what each request means to the client; of the others counts what writes.
-            if (!m_isWhole && method != "PUT" && method != "MOVE" && method != "GET")
+            if (!m_isWhole && method != "PUT" && method != "MOVE" && method != "GET" && method != "PROPPATCH")
                 continue;
             for (const FaultCase& one : faults()) {
                 if (one.forListings && method != "PROPFIND")
@@ -177,7 +176,7 @@ protected:
     {
         m_folder = "/run" + std::to_string(++m_runs);
         m_wheel = m_folder + "/wheel";
-        ASSERT_EQ(on.server.request("MKCOL", m_folder.substr(1) + '/').status, 201);
+        on.makeFolder(m_folder);
     }
 
     DriveOnServer on{GetParam()};
@@ -261,6 +260,42 @@ TEST_P(FaultsTest, WhatIsFoundAndListedIsTrue)
     DriveEntry entry;
     disturb([&] { entry = {}; }, [&] { return on.drive->find(m_wheel, entry); },
             [&](bool isDone, const std::string&) { EXPECT_EQ(entry.size, isDone ? kNew.size() : 0); });
+    disturb([] {}, [&] { return on.drive->connect(knownTraits(GetParam()), {}); },
+            [&](bool, const std::string&) { EXPECT_EQ(on.server.names().size(), 1u); });
+}
+
+TEST_P(FaultsTest, ARemarkIsKeptOnceWithThoseBeforeIt)
+{
+    if (!knownTraits(GetParam()).properties)
+        return;
+    std::string id;
+    const auto count = [](const std::string& text, const std::string& part) {
+        int count = 0;
+        for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1))
+            ++count;
+        return count;
+    };
+    disturb(
+        [&] {
+            makeFolder();
+            on.put(m_wheel, kNew);
+            on.proxy->onRequest({});
+            ASSERT_EQ(on.drive->comment(m_wheel, "the first", id).detail, "");
+        },
+        [&] { return on.drive->comment(m_wheel, "the second", id); },
+        [&](bool isDone, const std::string&) {
+            const std::string kept =
+                on.server
+                    .request(
+                        "PROPFIND", m_wheel.substr(1),
+                        "<propfind xmlns=\"DAV:\"><prop><remark xmlns=\"urn:quillet\"/></prop></propfind>",
+                        {"Depth: 0", "Content-Type: application/xml"})
+                    .body;
+            EXPECT_EQ(count(kept, "the first"), 1) << kept;
+            EXPECT_TRUE(count(kept, "the second") == 1 || (!isDone && count(kept, "the second") == 0))
+                << kept;
+            EXPECT_EQ(on.content(m_wheel), kNew);
+        });
 }
 
 TEST_P(FaultsTest, FoldersAreThereWhenItSaysSo)

@@ -1,6 +1,8 @@
 // What the client finds out of each server is what it is known to do.
 
+#include "Server/Skyvault/Client/Transport.h"
 #include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
+#include "Tests/Support/Files.h"
 
 #include <gtest/gtest.h>
 
@@ -37,6 +39,27 @@ TEST_P(TraitsTest, AreFoundOutOnceAndLeaveNothing)
     on.proxy->forgetRequests();
     ASSERT_EQ(on.drive->connect(known, {}).detail, "");
     EXPECT_GT(on.proxy->requests().size(), 8u);
+}
+
+TEST(DigestTest, AServerThatWantsItIsProbedAndSavedToLikeOthers)
+{
+    TestServer server(TestServer::Kind::Lighttpd, {.digest = true});
+    REQUIRE_SERVER(server);
+    const auto drive = driveOf(server, server.address());
+    ASSERT_EQ(drive->connect(std::nullopt, {}).detail, "");
+    EXPECT_EQ(textOf(drive->traits()), textOf(knownTraits(TestServer::Kind::Lighttpd)));
+    const TestSupport::ScratchFolder local;
+    const std::string source = local.write("source", std::string(300000, 'n')).string(),
+                      target = (local.path() / "target").string();
+    DriveEntry entry;
+    EXPECT_EQ(drive->upload({.path = "/wheel", .source = source}, entry, {}).detail, "");
+    EXPECT_EQ(drive->upload({.path = "/wheel", .source = source, .known = entry.etag}, entry, {}).detail, "");
+    EXPECT_EQ(drive->download("/wheel", target, entry, {}).detail, "");
+    EXPECT_EQ(TestSupport::contentOf(target), TestSupport::contentOf(source));
+    const auto other = quilletDriveTransport()->drive(
+        server.address(),
+        {.kind = DriveCredentials::Kind::Password, .user = server.user(), .secret = "wrong"});
+    EXPECT_EQ(other->connect(std::nullopt, {}).state, Vs::CloudErrorState::Unauthorized);
 }
 
 TEST_P(TraitsTest, NoRequestIsOfAKindThatServersMistake)
