@@ -26,8 +26,7 @@ class Tasks;
 ///
 /// Unless another way is told, what fails throws Corvane::Itemstore::WebServices::PayloadException,
 /// ItemhubException or ConnectionException, each with a text for the person. With nobody signed in that is an
-/// ItemhubException of the kind NotSignedIn, but where the program's own service may be started
-/// (ItemhubOptionGroup::ownService), that is done first. A cancelled question answers with nothing: an empty
+/// ItemhubException of the kind NotSignedIn. A cancelled question answers with nothing: an empty
 /// value, path or list.
 ///
 /// Main thread only, but for what is said to be for any thread.

@@ -15,6 +15,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Vs::Itemhub {
@@ -113,6 +115,19 @@ std::string Documents::fileName(const std::string& typed, const std::string& ext
     if (name.isEmpty())
         name = QStringLiteral("_");
     return name.toStdString() + extension;
+}
+
+void Documents::trimContents(const std::string& account)
+{
+    constexpr std::time_t kMonth = 30L * 24 * 3600;
+    boost::system::error_code error, ignored;
+    for (fs::directory_iterator file(Places::contents(account), error), end; !error && file != end;
+         file.increment(error)) {
+        struct stat status = {};
+        if (stat(file->path().c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&
+            status.st_mtim.tv_sec + kMonth < std::time(nullptr))
+            fs::remove(file->path(), ignored);
+    }
 }
 
 Documents::Path Documents::addNewItem(ItemStore& store, const std::string& account, NewItem wanted,

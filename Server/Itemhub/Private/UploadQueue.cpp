@@ -4,6 +4,7 @@
 #include "Server/Base/Task.h"
 #include "Server/Itemhub/ItemhubEvents.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
+#include "Server/Itemhub/Private/Documents.h"
 #include "Server/Itemhub/Private/Places.h"
 #include "Server/Itemhub/Private/QueueLock.h"
 #include "Server/Itemhub/Private/Session.h"
@@ -278,6 +279,7 @@ void UploadQueue::queueFound()
             ItemhubUtilities::get()->fireErrorMessage(error.message());
         }
     }
+    Documents::trimContents(Session::get().facts().name);
 }
 
 std::vector<QueueEntry> UploadQueue::entries() const

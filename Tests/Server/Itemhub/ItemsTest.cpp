@@ -137,6 +137,24 @@ TEST_F(ItemsTest, ADownloadIsFetchedOnceAndAChangedFileIsKept)
     EXPECT_EQ(TestSupport::contentOf(file), "third");
 }
 
+TEST_F(ItemsTest, OldContentsThatNoFileHasGoAtASignIn)
+{
+    const Path file = itemWith(L"Wheel", "first");
+    ASSERT_TRUE(makeVersionElsewhere(file, "second"));
+    const Path used = hub().downloadAttachment(uriOf(file));
+    ASSERT_EQ(TestSupport::contentOf(used), "second");
+    const Path contents = file.parent_path().parent_path().parent_path() / "contents";
+    const Path old = contents / sha256("old"), young = contents / sha256("young");
+    TestSupport::overwrite(old, "old");
+    TestSupport::overwrite(young, "young");
+    for (const Path& each : {old, contents / sha256("second")})
+        fs::last_write_time(each, std::time(nullptr) - 31L * 24 * 3600);
+    signIn();
+    ASSERT_TRUE(until([&] { return !fs::exists(old); }));
+    EXPECT_TRUE(fs::exists(young));
+    EXPECT_TRUE(fs::exists(contents / sha256("second"))) << "a working file has it";
+}
+
 TEST_F(ItemsTest, OnlyAddressesOfTheServiceGetTheToken)
 {
     const Path file = itemWith(L"Wheel", "content");
