@@ -28,8 +28,8 @@ using Path = boost::filesystem::path;
 [[nodiscard]] std::string attachSnapshot(ItemStore& store, const WorkFile& work, const Path& snapshot,
                                          const Watch& watch);
 
-/// Removes downloaded contents that no working file has any more and that nobody has asked for during a
-/// month. Doesn't throw.
+/// Removes contents that no working file has any more and that were downloaded more than a month ago. Doesn't
+/// throw.
 void trimContents(const std::string& account);
 
 /// A name that a file may have, near to what a person typed.

@@ -30,8 +30,10 @@ std::string plain(std::string text)
 
 Places::Path Places::root()
 {
-    // Beside the cloud drive's files, not among them: those are saved by commands of their own.
-    return PathInfo::cloudCacheDirectory().parent_path() / "itemhub";
+    // Beside the cloud drive's files, not among them: those are saved by commands of their own. Kept, since
+    // each change of any document asks whether it lies here.
+    static const Path kept = PathInfo::cloudCacheDirectory().parent_path() / "itemhub";
+    return kept;
 }
 
 Places::Path Places::ownService()
