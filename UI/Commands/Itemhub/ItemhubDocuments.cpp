@@ -6,6 +6,7 @@
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Notifications.h"
+#include "UI/Base/Program/ProgressBar.h"
 #include "UI/Commands/Itemhub/ItemhubFeed.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
 #include "UI/Commands/Itemhub/ItemhubSnapshots.h"
@@ -63,6 +64,15 @@ void notify(const std::wstring& title, const std::wstring& text, const std::wstr
     request.clientID = clientID;
     request.type = Vs::NotificationType::makeByType(Vs::NotificationType::Error);
     Vs::NotificationCenter::get()->sendNotification(std::move(request));
+}
+
+/// Also below a dialog, which keeps waiting what is deferred; but not in the middle of long work.
+void deliverResults()
+{
+    if (ProgressBar::get()->busy())
+        Application::get()->deferredTasks()->post(&deliverResults);
+    else
+        ItemhubUtilities::results().runOnce();
 }
 
 /// Requests are given up by Qt, which does nothing any more once its application object is gone.

@@ -14,6 +14,7 @@
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Itemhub/ItemhubCreateCommentIDCmd.h"
+#include "UI/Commands/Itemhub/ItemhubItems.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
 #include "UI/Commands/Itemhub/ItemhubNotifyMessageCmd.h"
 
@@ -197,6 +198,8 @@ TEST_F(DashboardTest, AnAttachmentIsOpenedByItsAddressAndCalledAsTheItem)
     answer(open(address));
     ASSERT_EQ(documents(), 1u) << (told().empty() ? "" : Vs::Strings::narrow(told()[0]));
     EXPECT_EQ(activeDocument()->displayName(), L"Wheel");
+    EXPECT_EQ(ItemhubItems::placeOf(activeDocument()->path()),
+              Vs::ItemhubUtilities::getItemhub_TM() + L" \u203a item " + std::to_wstring(item));
     EXPECT_EQ(parts(), 1u);
     bool asked = false;
     for (const auto& request : service().proxy().requests())
@@ -233,6 +236,19 @@ TEST_F(DashboardTest, OnlyATokenOfTheServiceSignsIn)
     hub().signOut();
     answer(L"Dashboard.AuthenticateWithTokenCmd " + address + L' ' + Vs::Strings::widen(token()) + L" other");
     EXPECT_FALSE(hub().isAuthenticated()) << "the token is another customer's";
+}
+
+TEST_F(DashboardTest, TheAccountButtonOffersDriveAndService)
+{
+    answerBoxes(2);
+    answer(L"VuCommands.ShareCmd");
+    EXPECT_TRUE(hub().isAuthenticated()) << "cancelled";
+    answerBoxes(1);
+    answer(L"VuCommands.ShareCmd");
+    EXPECT_EQ(boxes().size(), 2u);
+    EXPECT_FALSE(hub().isAuthenticated());
+    EXPECT_TRUE(applicable(L"ItemhubSignInCommand"));
+    EXPECT_FALSE(applicable(L"ItemhubSignOutCommand"));
 }
 
 TEST_F(DashboardTest, TheNewestEightFavouritesAreListed)

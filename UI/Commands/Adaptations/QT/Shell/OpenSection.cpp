@@ -16,6 +16,7 @@
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
 #include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
+#include "UI/Commands/Itemhub/ItemhubItems.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/AssetShell.h"
@@ -123,8 +124,11 @@ void OpenSection::fill()
                               iconOfDocumentType(document->documentType()->identifier()), this);
         const std::wstring path = document->path().empty() ? document->importedFrom() : document->path();
         const std::wstring onDrive = CloudDocuments::placeOf(path);
+        const std::wstring item = ItemhubItems::placeOf(path);
         tile->place(path.empty() ? text("HomeNotSaved", "Not saved yet")
-                                 : QString::fromStdWString(onDrive.empty() ? path : onDrive));
+                                 : QString::fromStdWString(!onDrive.empty() ? onDrive
+                                                           : !item.empty()  ? item
+                                                                            : path));
         if (!onDrive.empty())
             tile->mark(iconOf(Resources::Cloud()));
         const QString remark = QString::fromStdWString(DocumentRemark::of(*document));

@@ -10,6 +10,7 @@
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
 #include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
+#include "UI/Commands/Itemhub/ItemhubItems.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 
@@ -94,8 +95,9 @@ void RecentSection::fill()
         const QFileInfo file(QString::fromStdWString(path));
         auto* tile = new Tile(file.completeBaseName(), iconOfFile(path), this);
         const QString onDrive = QString::fromStdWString(CloudDocuments::placeOf(path));
+        const QString item = QString::fromStdWString(ItemhubItems::placeOf(path));
         if (onDrive.isEmpty()) {
-            tile->place(folderOf(file));
+            tile->place(item.isEmpty() ? folderOf(file) : item);
         } else {
             tile->place(QString::fromStdWString(CloudDocuments::folderOf(path)));
             tile->mark(iconOf(Resources::Cloud()));
