@@ -1,0 +1,195 @@
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
+#include "Server/Itemhub/ItemhubOptionGroup.h"
+#include "Tests/UI/Commands/Itemhub/WithItems.h"
+#include "UI/Base/Command/InputControl.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Notifications.h"
+#include "UI/Base/Session/DesignFeed.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Commands/Documents/CloseDocumentCmd.h"
+#include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
+#include "UI/Commands/Itemhub/ItemhubNotifyMessageCmd.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+
+namespace {
+
+using namespace Vu::Commands;
+using Labels = std::vector<std::string>;
+
+/// What the program does beside the commands that somebody gives.
+class ItemEventsTest : public CommandsTests::WithItems
+{
+protected:
+    static std::vector<Vs::Notification*> sentBy(const std::wstring& client)
+    {
+        std::vector<Vs::Notification*> found;
+        Vs::NotificationCenter::get()->notificationsByClientID(client, found);
+        return found;
+    }
+    static std::vector<std::wstring> favourites()
+    {
+        std::vector<std::wstring> shown;
+        auto* list = Vs::cast<Vu::ListControl>(ItemhubMyFavoritesCmdDef::get()->inputControl());
+        for (const Vu::Info* item : list->items())
+            shown.push_back(item->name());
+        return shown;
+    }
+};
+
+TEST_F(ItemEventsTest, TheAccountButtonOffersDriveAndService)
+{
+    answerBoxes(2);
+    answer(L"VuCommands.ShareCmd");
+    EXPECT_TRUE(hub().isAuthenticated()) << "cancelled";
+    answerBoxes(1);
+    answer(L"VuCommands.ShareCmd");
+    EXPECT_EQ(boxes().size(), 2u);
+    EXPECT_FALSE(hub().isAuthenticated());
+    EXPECT_TRUE(applicable(L"ItemhubSignInCommand"));
+    EXPECT_FALSE(applicable(L"ItemhubSignOutCommand"));
+}
+
+TEST_F(ItemEventsTest, TheNewestEightFavouritesAreListed)
+{
+    EXPECT_TRUE(favourites().empty());
+    std::vector<int> items;
+    const auto workspace = hub().getWorkspaceById(1);
+    answer(L"Design.New");
+    for (int i = 1; i <= 9; ++i) {
+        const std::wstring file =
+            hub().addNewItem(activeDocument()->documentType(), 1, 0, 0, L"Part " + std::to_wstring(i), L"");
+        items.push_back(static_cast<int>(hub().itemOf(file)->itemId));
+        answer(L"Itemhub.Favourite " + std::to_wstring(items.back()));
+    }
+    EXPECT_TRUE(until([] { return !favourites().empty() && favourites().front() == L"Part 9"; }));
+    EXPECT_EQ(favourites().size(), 8u);
+    EXPECT_EQ(favourites().back(), L"Part 2");
+
+    auto* list = Vs::cast<Vu::ListControl>(ItemhubMyFavoritesCmdDef::get()->inputControl());
+    EXPECT_EQ(list->items().front()->key(), std::to_wstring(items.back()));
+    const std::wstring message = ItemhubMyFavoritesCmdDef::selectionMessage(*list->items().front());
+    EXPECT_NE(message.find(L"\"itemID\": \"" + std::to_wstring(items.back()) + L"\""), std::wstring::npos);
+
+    for (const int item : items)
+        answer(L"Itemhub.Favourite " + std::to_wstring(item) + L" /Off");
+    EXPECT_TRUE(until([] { return favourites().empty(); }));
+    // Another program bookmarks one; the command asks anew.
+    answer(L"Itemhub.Favourite " + std::to_wstring(items.front()));
+    answer(L"Commands.Start ItemhubMyFavoritesChangedCommand");
+    EXPECT_TRUE(until([] { return favourites().size() == 1; }));
+    hub().signOut();
+    EXPECT_TRUE(until([] { return favourites().empty(); })) << "they are the account's";
+}
+
+TEST_F(ItemEventsTest, UploadsThatFailAreToldOnceAndBegunAgainOrGivenUp)
+{
+    const int item = newItem(L"Wheel");
+    const size_t before = labels(item).size();
+    const auto fail = [&] {
+        service().admin({"member", "set", "acme", account(), "all", "reader"});
+        answer(L"Design.Box 1 1 1");
+        answer(L"Document.Save");
+        std::vector<Vs::UploadQueuedFileInfo> files;
+        ASSERT_TRUE(until([&] {
+            files.clear();
+            hub().getAllRecoverFiles(files);
+            return !files.empty();
+        }));
+    };
+    ASSERT_NO_FATAL_FAILURE(fail());
+    const std::wstring client = ItemhubNotifyMessageCmdDef::notificationClientID();
+    ASSERT_TRUE(until([&] { return sentBy(client).size() == 1; }));
+    EXPECT_EQ(sentBy(client)[0]->title(), L"Itemhub Recovery Message");
+    EXPECT_NE(sentBy(client)[0]->subTitle().find(L"Wheel"), std::wstring::npos);
+
+    // Where nobody can be asked, nothing is given up.
+    failure(L"Commands.Start ItemhubNotifyMessageCommand");
+    EXPECT_EQ(hub().pendingUploads().size(), 1u);
+    service().admin({"member", "set", "acme", account(), "all", "writer"});
+    answerBoxes(0);
+    Vs::NotificationCenter::get()->activate(sentBy(client)[0]);
+    ASSERT_EQ(boxes().size(), 1u);
+    EXPECT_TRUE(
+        boxes()[0].starts_with(L"There are following queued files need to be uploaded because of failed "
+                               L"uploading before \n("));
+    ASSERT_TRUE(arrives());
+    EXPECT_EQ(labels(item).size(), before + 1);
+    EXPECT_TRUE(until([&] { return sentBy(client).empty(); })) << "it goes with the last of the files";
+
+    ASSERT_NO_FATAL_FAILURE(fail());
+    ASSERT_TRUE(until([&] { return sentBy(client).size() == 1; }));
+    Vs::Notification* stale = sentBy(client)[0];
+    answerBoxes(1);
+    Vs::NotificationCenter::get()->activate(stale);
+    EXPECT_TRUE(hub().pendingUploads().empty()) << "given up";
+    EXPECT_TRUE(boost::filesystem::exists(activeDocument()->path())) << "the file itself stays";
+    service().admin({"member", "set", "acme", account(), "all", "writer"});
+}
+
+TEST_F(ItemEventsTest, TheFeedOfAnItemsDocumentHasVersionsAndComments)
+{
+    const auto has = [](const std::wstring& title) {
+        const std::vector<Vu::FeedEntry> entries = Vu::DesignFeed::get()->entries(*activeDocument());
+        return std::ranges::any_of(entries, [&](const Vu::FeedEntry& entry) {
+            return entry.title == title && entry.kind == Vu::FeedEntry::Kind::Comment;
+        });
+    };
+    const int item = newItem(L"Talked about");
+    EXPECT_TRUE(until([&] { return has(L"Version 1: Document created") && has(L"Version 2"); }));
+    // What happens later comes by itself.
+    answer(L"Itemhub.Comment " + std::to_wstring(item) + L" \"Sharper <b>edges</b>\"");
+    EXPECT_TRUE(until([&] { return has(L"Sharper <b>edges</b>"); }));
+    hub().signOut();
+    EXPECT_FALSE(has(L"Version 2")) << "it is the account's to see";
+    answer(L"Design.New");
+    EXPECT_FALSE(has(L"Version 2"));
+}
+
+TEST_F(ItemEventsTest, WhatWasClosedUnsavedIsAttachedToItsItemIfTheUserWantsIt)
+{
+    const auto close = [] {
+        answer(L"Design.Box 3 3 3");
+        closeSilently(Vu::SessionMgr::get()->activeDocumentSession());
+        Vu::Application::get()->flushDeferredTasks();
+    };
+    const auto names = [](int item) {
+        std::vector<std::string> names;
+        for (const auto& each : hub().getItemAttachments(hub().getWorkspaceById(1), hub().getItemById(item)))
+            names.push_back(each.name());
+        return names;
+    };
+    Vs::AutoSaveController* controller = Vs::AutoSaveController::get();
+    controller->start();
+    const int item = newItem(L"Snapped");
+    close();
+    EXPECT_EQ(names(item), Labels{"Snapped.vlra"}) << "nobody has asked for it";
+    Vs::ItemhubOptionGroup::get()->recoverySnapshots(true);
+    answer(L"Itemhub.Open " + std::to_wstring(item));
+    close();
+    EXPECT_EQ(names(item), (Labels{"Snapped.vlra", "Snapped (recovery).vlra"}));
+    answer(L"Itemhub.Open " + std::to_wstring(item));
+    EXPECT_EQ(activeDocument()->displayName(), L"Snapped") << "it isn't the item's design";
+    Vs::ItemhubOptionGroup::get()->recoverySnapshots(false);
+    answer(L"Document.CloseAll");
+    std::vector<Vs::AutoSavedFileInfo> files;
+    controller->getAllRecoverFiles(files);
+    for (const Vs::AutoSavedFileInfo& file : files)
+        controller->deleteARecoveryFile(file.autoSavedFile(), Vs::AutoSaveController::Reason::Unwanted);
+    controller->end();
+}
+
+TEST_F(ItemEventsTest, AFailureStaysInTheNotificationCentreUntilItIsRead)
+{
+    hub().fireErrorMessage(L"<b>Nothing</b> was sent.");
+    ASSERT_EQ(sentBy(Vs::ItemhubUtilities::notificationClientID()).size(), 1u);
+    answerBoxes(0);
+    Vs::NotificationCenter::get()->activate(sentBy(Vs::ItemhubUtilities::notificationClientID())[0]);
+    EXPECT_EQ(boxes(),
+              std::vector<std::wstring>{L"Handled Itemhub error message (<b>Nothing</b> was sent.)"});
+}
+
+} // namespace
