@@ -17,12 +17,15 @@
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Commands/Cloud/CloudCommands.h"
 #include "UI/Commands/Localized.h"
 
 #include <QCoreApplication>
 #include <QTimer>
 
 #include <memory>
+#include <string>
+#include <utility>
 
 namespace Vu::Commands {
 namespace {
@@ -157,6 +160,17 @@ void CloudDocuments::uninstall()
     Vs::MeshportAuth::editionDisables({});
     Vs::QtApplication::maker({});
     listener().reset();
+}
+
+bool CloudDocuments::isOfDrive(const Vs::Document& document)
+{
+    if (document.isCloud() || document.path().empty() || !cloudIsEnabled())
+        return document.isCloud();
+    // It is asked for each button again and again, and to look at the disk takes longer than all the rest.
+    static std::pair<std::wstring, bool> last;
+    if (last.first != document.path())
+        last = {document.path(), Vs::PathInfo::isPathInCloudCache(document.path())};
+    return last.second;
 }
 
 std::wstring CloudDocuments::placeOf(const boost::filesystem::path& file)

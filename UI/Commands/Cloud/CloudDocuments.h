@@ -4,6 +4,10 @@
 
 #include <string>
 
+namespace Vs {
+class Document;
+}
+
 namespace Vu::Commands {
 
 /// What open documents have to do with the cloud drive beside the commands: a document whose path lies in the
@@ -15,6 +19,10 @@ public:
     /// At the start of the add-in, and at its end.
     static void install();
     static void uninstall();
+
+    /// Whether a document is one of the drive: it has its identifier, or waits for it in the cache while the
+    /// drive can't be reached.
+    [[nodiscard]] static bool isOfDrive(const Vs::Document& document);
 
     /// Where a file of the cache lies on the drive, as a person reads it: "Skyvault \u203a parts \u203a
     /// wheel.vlra". Of another account's file the drive's name alone. Empty for files elsewhere.

@@ -17,6 +17,7 @@
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Commands/Cloud/CloudDialog.h"
+#include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/SamePath.h"
@@ -169,7 +170,7 @@ bool CloudSaveQATCmdDef::onIsApplicable(CommandContext* context) const
         return false;
     const AssetSession* session = context->assetSession();
     const DocumentSession* document = session ? session->documentSession() : nullptr;
-    return document && document->document() && document->document()->isCloud();
+    return document && document->document() && CloudDocuments::isOfDrive(*document->document());
 }
 
 bool CloudSaveQATCmdDef::onIsVisible(CommandContext* context) const

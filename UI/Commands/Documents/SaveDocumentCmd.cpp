@@ -16,6 +16,7 @@
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Workspace/LayoutUtil.h"
+#include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
@@ -51,7 +52,7 @@ bool hasLocalDocument(const CommandContext* context)
 {
     const AssetSession* session = context->assetSession();
     const DocumentSession* document = session ? session->documentSession() : nullptr;
-    return document && document->document() && !document->document()->isCloud();
+    return document && document->document() && !CloudDocuments::isOfDrive(*document->document());
 }
 
 /// Tells the user which command saves a document of the cloud drive.

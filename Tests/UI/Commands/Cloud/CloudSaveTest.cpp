@@ -172,6 +172,13 @@ TEST_F(CloudSaveTest, WhatCantBeSentWaitsAndArrivesLater)
     EXPECT_TRUE(boxes().empty());
     EXPECT_EQ(activeDocument()->path(), cached("/new.vlra").wstring());
     EXPECT_EQ(activeDocument()->cloudId(), "") << "nothing is on the drive yet";
+    // The key that saves takes it for one of the drive all the same.
+    EXPECT_TRUE(applicable(L"CloudSaveQATCommand"));
+    EXPECT_FALSE(applicable(L"SaveDocumentCommand"));
+    change();
+    answer(L"VuCommands.CloudSaveQATCmd");
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_FALSE(activeDocument()->isDirty(false));
     using Files = std::vector<fs::path>;
     EXPECT_EQ(Vs::CloudCacheManager::getInstance()->waiting(),
               (Files{cached("/old.vlra"), cached("/new.vlra")}));

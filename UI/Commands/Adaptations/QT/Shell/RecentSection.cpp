@@ -1,6 +1,7 @@
 #include "UI/Commands/Adaptations/QT/Shell/RecentSection.h"
 
 #include "Server/Base/PathInfo.h"
+#include "Server/Skyvault/MeshportAuth.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Session/ReplacingDocument.h"
@@ -33,8 +34,9 @@ void open(const std::wstring& path)
     CommandContext context = CommandContext::activeContext();
     context.addArgument(CommandContext::pathArgumentName(), path);
     // What is kept on the drive comes from there, where there may be a newer version.
-    const std::wstring& command =
-        Vs::PathInfo::isPathInCloudCache(path) ? kOpenFromCloud : OpenDocumentCmdDef::info()->key();
+    const bool isCloud =
+        !Vs::MeshportAuth::globalInstance()->cloudDisabled() && Vs::PathInfo::isPathInCloudCache(path);
+    const std::wstring& command = isCloud ? kOpenFromCloud : OpenDocumentCmdDef::info()->key();
     // Behind the click: the tile goes when the document comes.
     if (CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(command))
         ReplacingDocument::executeLater(definition, context);
