@@ -97,6 +97,7 @@ private:
             body.colour = colourOf(label).value_or(Colour{});
             m_result.shapes.push_back(bodyShape(label));
             body.revision = revisionOf(m_result.shapes.back());
+            body.shape = std::make_shared<const TopoDS_Shape>(m_result.shapes.back());
             m_result.tree.bodies.push_back(std::move(body));
             m_result.colours.push_back(bodyColours(label));
         }

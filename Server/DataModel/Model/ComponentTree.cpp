@@ -110,8 +110,12 @@ StrongRef<ModelBody> ComponentTree::bodyOf(const PartTree& tree, size_t index)
 
 void ComponentTree::unrelate(Component& component)
 {
-    if (const std::string unused = m_parts.remove(component); !unused.empty())
-        m_bodies.erase(unused);
+    const auto unused = m_bodies.find(m_parts.remove(component));
+    if (unused == m_bodies.end())
+        return;
+    for (const std::string& part : m_letGo.add(unused->first, unused->second->meshBytes()))
+        if (m_parts.ofPart(part).empty())
+            m_bodies.erase(part);
 }
 
 void ComponentTree::forget(Component& component)

@@ -2,6 +2,7 @@
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/Model/BodiesLetGo.h"
 #include "Server/DataModel/Model/ChildNames.h"
 #include "Server/DataModel/Model/ModelSource.h"
 #include "Server/DataModel/Model/PartIndex.h"
@@ -88,7 +89,8 @@ private:
     std::shared_ptr<ModelSource> m_source;
     std::unique_ptr<Component> m_root;
     std::unordered_set<Component*, HashOfId, SameId> m_components; ///< By their ids.
-    std::map<std::string, StrongRef<ModelBody>> m_bodies;
+    std::map<std::string, StrongRef<ModelBody>> m_bodies;          ///< By the entries of their parts.
+    BodiesLetGo m_letGo;
     std::vector<ReshapedBody> m_reshaped;
     // Filled with the first refresh, for the places that later ones are told.
     bool m_related = false;

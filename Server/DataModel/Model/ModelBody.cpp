@@ -75,6 +75,15 @@ bool ModelBody::smart(std::wstring* kind, GkMatrix3d* placement, double* size1, 
     return true;
 }
 
+size_t ModelBody::meshBytes() const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto bytesOf = [](const auto&... lists) { return (... + (lists.size() * sizeof(lists[0]))); };
+    return m_mesh ? bytesOf(m_mesh->positions, m_mesh->normals, m_mesh->triangles, m_mesh->faces,
+                            m_mesh->edgePoints, m_mesh->edgeStarts, m_mesh->vertexPoints)
+                  : 0;
+}
+
 bool ModelBody::update(const PartTree::Body& part)
 {
     const bool changed = part.name != m_part.name || part.colour != m_part.colour;

@@ -35,6 +35,8 @@ public:
     const std::string& entry() const { return m_part.entry; }
     uint64_t revision() const { return m_part.revision; }
     void revision(uint64_t revision) { m_part.revision = revision; }
+    /// What its mesh takes, if it has one already.
+    size_t meshBytes() const;
     /// Takes over name and colour; true if anything is new.
     bool update(const PartTree::Body& part);
 

@@ -4,6 +4,7 @@
 #include "Server/Geometry/GkMatrix3d.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +20,8 @@ struct PartTree
         std::wstring name;
         Colour colour;
         uint64_t revision = 0; ///< Changes with the shape; 0 where the kernel hasn't looked yet.
+        /// Keeps the shape, so that no later one gets its revision; null where the kernel hasn't looked yet.
+        std::shared_ptr<const void> shape;
     };
     struct Node
     {

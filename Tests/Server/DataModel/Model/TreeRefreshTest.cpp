@@ -155,6 +155,25 @@ protected:
 
 } // namespace
 
+TEST_F(TreeRefreshTest, WhatAnUndoBringsBackHasItsMeshAndWhatComesInItsPlaceHasItsOwn)
+{
+    Asset& asset = *newAsset();
+    const auto body = [&] { return asset.components()->children.front()->body; };
+    ASSERT_TRUE(ModelBuilder(&asset).box(10, 10, 10, {}, status));
+    {
+        const auto mesh = body()->mesh();
+        run(asset, DeleteRequest::make(&asset, {{asset.components()->children.front()->id}}));
+        ASSERT_TRUE(Transaction::undo(&asset));
+        EXPECT_EQ(body()->mesh(), mesh) << "it is not made again";
+    }
+    for (int size = 1; size <= 20; ++size) {
+        ASSERT_TRUE(Transaction::undo(&asset));
+        ASSERT_TRUE(asset.components()->children.empty());
+        ASSERT_TRUE(ModelBuilder(&asset).box(size, 1, 1, {}, status));
+        EXPECT_NEAR(body()->mesh()->bounds.high().x, size, 1e-6);
+    }
+}
+
 TEST_F(TreeRefreshTest, AfterAnyChangeTheTreeIsThatOfTheData)
 {
     SKIP_WITHOUT_REAL_DATA();
