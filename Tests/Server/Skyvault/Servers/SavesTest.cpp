@@ -26,8 +26,8 @@ const std::string kOld = "the old content", kNew = "the new content", kOther = "
 class SavesTest : public testing::TestWithParam<TestServer::Kind>
 {
 protected:
-    DriveResult save(const std::string& path, const std::string& source, const std::string& known,
-                     const DriveWatch& watch = {})
+    DriveResult save(const std::string& path, const std::string& source,
+                     const std::optional<std::string>& known, const DriveWatch& watch = {})
     {
         DriveEntry entry;
         return on.drive->upload({.path = path, .source = source, .known = known}, entry, watch);
@@ -38,6 +38,36 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Each, SavesTest, testing::ValuesIn(TestServer::kKinds),
                          [](const auto& info) { return TestServer::name(info.param); });
+
+TEST_P(SavesTest, AVersionIsWrittenOverTheOneThatItGoesBackToAndOverNoOther)
+{
+    REQUIRE_SERVER(on.server);
+    const std::string source = on.local.write("source", kNew).string();
+    on.put("/wheel", kOld);
+    const std::string old = on.entry("/wheel").etag;
+    EXPECT_EQ(save("/wheel", source, std::nullopt).state, State::Changed);
+    EXPECT_EQ(on.content("/wheel"), kOld);
+    // Of another size: two of one size within a tick of the clock are one version for some servers.
+    const std::string other = kOther + " Done.";
+    on.put("/wheel", other);
+    EXPECT_EQ(save("/wheel", source, old).state, State::Changed);
+    EXPECT_EQ(on.content("/wheel"), other);
+
+    DriveEntry entry;
+    const DriveResult kept =
+        on.drive->upload({.path = "/wheel", .source = source, .known = old, .keepOther = true}, entry, {});
+    EXPECT_EQ(kept.detail, "");
+    EXPECT_EQ(on.content("/wheel"), kNew);
+    std::vector<DriveEntry> entries;
+    EXPECT_EQ(on.drive->list("/", entries, {}).detail, "");
+    std::erase_if(entries, [](const DriveEntry& one) { return one.path == "/wheel"; });
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_TRUE(entries.front().path.starts_with("/wheel (")) << entries.front().path;
+    const std::string read = (on.local.path() / "read").string();
+    EXPECT_EQ(on.drive->download(entries.front().path, read, entry, {}).detail, "");
+    EXPECT_EQ(TestSupport::contentOf(read), other);
+    EXPECT_FALSE(on.server.isLocked("wheel"));
+}
 
 TEST_P(SavesTest, AfterACancelledOneTheOldIsThereAndTheNextGetsThrough)
 {
