@@ -77,6 +77,8 @@ constexpr Pair kPairs[] = {
      &UIBaseOptionGroup::wantToShowTextCommands},
     {L"CommandToolbarQuillet3", L"ShowCommandToolbarCommand", L"HideCommandToolbarCommand",
      &UIBaseOptionGroup::wantToShowCommandToolbar},
+    {L"ItemhubSearch", L"ShowCommandToolbarCommand", L"HideCommandToolbarCommand",
+     &UIBaseOptionGroup::wantToShowCommandToolbar},
     {L"NavToolbar", L"ShowNavigationToolbarCommand", L"HideNavigationToolbarCommand",
      &UIBaseOptionGroup::wantToShowNavigationToolbar},
 };

@@ -23,6 +23,8 @@ constexpr WishRow kRows[] = {
     {"Orbicon",        &UIBaseOptionGroup::wantToShowOrbicon,           "wantToShowOrbicon",           KeptBy::Command},
     {"TextCommands",   &UIBaseOptionGroup::wantToShowTextCommands,      "wantToShowTextCommands",      KeptBy::Strategy},
     {"CommandToolbar", &UIBaseOptionGroup::wantToShowCommandToolbar,    "wantToShowCommandToolbar",    KeptBy::Strategy},
+    // What stands in the toolbars' line goes with them.
+    {"ItemhubSearch",  &UIBaseOptionGroup::wantToShowCommandToolbar,    "wantToShowCommandToolbar",    KeptBy::Command},
     {"NavToolbar",     &UIBaseOptionGroup::wantToShowNavigationToolbar, "wantToShowNavigationToolbar", KeptBy::Strategy},
 };
 // clang-format on
