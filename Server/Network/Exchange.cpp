@@ -9,6 +9,10 @@ namespace {
 // What a sink is given at once.
 constexpr qsizetype kPiece = 256 * 1024;
 
+// A server that would refuse a larger body is given the time to say so before it is sent. For a smaller one
+// that would be another way to the server and back.
+constexpr qint64 kLarge = qint64(1) << 20;
+
 // Until what was sent has left this machine.
 constexpr std::chrono::milliseconds kUntilCut{100};
 
@@ -46,6 +50,8 @@ void Exchange::setRequest()
     };
     // A packed answer has another ETag on some servers, and an unknown length.
     add("Accept-Encoding: identity");
+    if (m_body.size() <= kLarge)
+        add("Expect:");
     for (const Header& header : m_request.headers)
         add(header.first + (header.second.isEmpty() ? ";" : ": ") + header.second);
     curl_easy_setopt(m_handle, CURLOPT_HTTPHEADER, m_headers.get());
