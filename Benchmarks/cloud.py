@@ -4,7 +4,7 @@
     cloud.py PROGRAM [KIND]     PROGRAM is the built bench_cloud, KIND a server of Tests/Support/Servers (lighttpd)
 
 A transfer is one bare request. A whole operation has all that belongs to it, and curl does the same requests: a save locks, looks,
-sends, reads back and unlocks; a download looks before and brings its file and its folder to the disk; a listing is read by xmllint
+sends, reads back and unlocks; a download looks before, and takes the place of the old file when it is on the disk; a listing is read by xmllint
 after curl has it on the disk. All goes over connections that are kept.
 
 Prints the median of the ratios of pairs of runs with the least and the greatest, the processor's milliseconds of both (curl's with its
@@ -57,6 +57,12 @@ def watched(command, **options):
     return output, Run(seconds, after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime)
 
 
+def sync(path):
+    handle = os.open(path, os.O_RDONLY)
+    os.fsync(handle)
+    os.close(handle)
+
+
 class Bench:
     def __init__(self, program, server, folder):
         self.program, self.server, self.folder = program, server, pathlib.Path(folder)
@@ -97,12 +103,12 @@ class Bench:
         return looked + locked + rest
 
     def curl_download(self, path, target):
-        _, run = self.curl((path, *LOOK), (path, "-o", str(target)))
+        part = target.with_suffix(".part")
+        _, run = self.curl((path, *LOOK), (path, "-o", str(part)))
         begin = time.monotonic()
-        for place in (target, target.parent):
-            handle = os.open(place, os.O_RDONLY)
-            os.fsync(handle)
-            os.close(handle)
+        sync(part)
+        part.replace(target)
+        sync(target.parent)
         return run + Run(time.monotonic() - begin)
 
     def compare(self, name, ours, theirs):
