@@ -3,6 +3,7 @@
 #include <QThread>
 #include <qt6keychain/keychain.h>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <memory>
@@ -13,7 +14,7 @@ namespace Vs::Network {
 
 namespace {
 
-constexpr std::chrono::seconds kPatience{120};
+std::atomic<std::chrono::seconds> s_patience{std::chrono::seconds(120)};
 const auto kService = QStringLiteral("Quillet");
 
 /// The library hands its jobs through one queue, which belongs to the thread that made the first; so all of
@@ -59,9 +60,39 @@ struct Waiting
     std::optional<Outcome> outcome;
 };
 
+/// What was given up last. The library's queue goes on with nothing else before that is answered.
+class GivenUp
+{
+public:
+    static GivenUp& get()
+    {
+        static GivenUp last;
+        return last;
+    }
+    void is(std::shared_ptr<Waiting> waiting)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_last = std::move(waiting);
+    }
+    bool isUnanswered()
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_last)
+            return false;
+        const std::lock_guard inner(m_last->mutex);
+        return !m_last->outcome;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::shared_ptr<Waiting> m_last;
+};
+
 template <class JobType, class Prepare, class Text>
 Outcome run(const std::string& key, Prepare prepare, Text text)
 {
+    if (GivenUp::get().isUnanswered())
+        return {QKeychain::OtherError, QStringLiteral("it still owes an answer to an earlier request"), {}};
     const auto waiting = std::make_shared<Waiting>();
     QMetaObject::invokeMethod(KeyringThread::get().place(), [=] {
         auto* const job = new JobType(kService);
@@ -76,9 +107,12 @@ Outcome run(const std::string& key, Prepare prepare, Text text)
         job->start();
     });
     std::unique_lock lock(waiting->mutex);
-    if (!waiting->changed.wait_for(lock, kPatience, [&] { return waiting->outcome.has_value(); }))
-        return {QKeychain::OtherError, QStringLiteral("no answer within two minutes"), {}};
-    return *waiting->outcome;
+    const std::chrono::seconds patience = s_patience;
+    if (waiting->changed.wait_for(lock, patience, [&] { return waiting->outcome.has_value(); }))
+        return *waiting->outcome;
+    lock.unlock();
+    GivenUp::get().is(waiting);
+    return {QKeychain::OtherError, QStringLiteral("no answer within %1 s").arg(patience.count()), {}};
 }
 
 template <class JobType>
@@ -111,6 +145,11 @@ Result resultOf(const Outcome& outcome, const char* action)
 }
 
 } // namespace
+
+void keyringPatience(std::chrono::seconds time)
+{
+    s_patience = time;
+}
 
 Result keepInKeyring(const std::string& key, const std::string& text)
 {

@@ -1,10 +1,13 @@
 // Keeps credentials in the keyring of the session that it runs in, reads them, and takes them out again;
-// prints the state of each step, and what was read.
+// prints the state of each step, and what was read. An argument is the time in seconds that a keyring has to
+// answer.
 
+#include "Server/Network/Keyring.h"
 #include "Server/Skyvault/Client/Transport.h"
 
 #include <QCoreApplication>
 
+#include <cstdlib>
 #include <iostream>
 
 using namespace Vs::Cloud;
@@ -12,6 +15,8 @@ using namespace Vs::Cloud;
 int main(int count, char** arguments)
 {
     const QCoreApplication application(count, arguments);
+    if (count > 1)
+        Vs::Network::keyringPatience(std::chrono::seconds(std::atoi(arguments[1])));
     DriveTransport* transport = quilletDriveTransport();
     const std::string key = "https://drive.example.org/dav";
     const auto print = [](const char* step, const DriveResult& result) {

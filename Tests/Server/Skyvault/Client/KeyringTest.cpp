@@ -19,6 +19,13 @@ const char* const kBareBus =
     "<policy context=\"default\"><allow send_destination=\"*\"/><allow receive_sender=\"*\"/>"
     "<allow own=\"*\"/></policy></busconfig>";
 
+/// A bus that takes whatever is said to it and answers nothing, until the session ends.
+const char* const kMuteBus =
+    "timeout 25 python3 -c 'import os, socket; s = socket.socket(socket.AF_UNIX);"
+    " s.bind(os.environ[\"HOME\"] + \"/mute\"); s.listen(9); held = [s.accept() for _ in range(9)]' &"
+    " while [ ! -S \"$HOME/mute\" ]; do sleep 0.1; done;"
+    " export DBUS_SESSION_BUS_ADDRESS=unix:path=$HOME/mute; \"$0\" 2; kill $!; exit;";
+
 /// Runs the steps as a plain user in a session of its own, after the shell's `before`.
 ProcessResult runSession(const std::string& before, bool hasServices = true)
 {
@@ -102,4 +109,19 @@ TEST(KeyringTest, AKeyringThatNobodyCanUnlockKeepsNothingAndDoesNotHang)
               std::string::npos)
         << result.output;
     EXPECT_NE(result.output.find("\nkept 8 "), std::string::npos) << result.output;
+}
+
+TEST(KeyringTest, ABusThatNeverAnswersIsWaitedForOnce)
+{
+    REQUIRE_PROGRAMS("dbus-run-session", "python3");
+    const ProcessResult result = runSession(kMuteBus);
+    EXPECT_NE(result.output.find("before 21 "), std::string::npos) << result.output << result.errors;
+    EXPECT_NE(result.output.find("(no answer within 2 s)\nkeep 21 "), std::string::npos) << result.output;
+    for (const char* step : {"keep", "other", "kept", "forget", "after", "forget again"}) {
+        const size_t line = result.output.find(std::string("\n") + step + " 21 ");
+        ASSERT_NE(line, std::string::npos) << step << "\n" << result.output;
+        EXPECT_LT(result.output.find("(it still owes an answer to an earlier request)", line),
+                  result.output.find('\n', line + 1))
+            << result.output;
+    }
 }
