@@ -9,6 +9,8 @@ by "done":
     refuse   whoever is asked from now on lets nobody in
     expire   access tokens given up to now are no longer taken
     revoke   refresh tokens given up to now neither
+    pretend  the browser comes back with the name of another server
+    expose   tokens are got where others can read them
 """
 
 import base64
@@ -41,7 +43,7 @@ def demand(condition, why, error="invalid_request", status=400):
 class State:
     def __init__(self):
         self.lock = threading.Lock()
-        self.refuses = False
+        self.refuses = self.pretends = self.exposes = False
         self.flows = {}      # Poll token: [name of the login page, password once it is granted].
         self.passwords = set()
         self.clients = {}    # Client: addresses that it may send browsers back to.
@@ -80,7 +82,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
                 "resource": self.here + "/dav", "authorization_servers": [self.here + "/login"], "scopes_supported": ["files"]}),
             ("GET", "/.well-known/oauth-authorization-server/login"): lambda: self.answer(200, {
                 "issuer": self.here + "/login", "authorization_endpoint": self.here + "/login/ask?tenant=1",
-                "token_endpoint": self.here + "/login/token", "registration_endpoint": self.here + "/login/register",
+                "token_endpoint": ("http://login.invalid" if self.state.exposes else self.here) + "/login/token",
+                "registration_endpoint": self.here + "/login/register",
                 "response_types_supported": ["code"], "code_challenge_methods_supported": ["S256"]}),
             ("POST", "/login/register"): self.register,
             ("GET", "/login/ask"): self.ask,
@@ -170,7 +173,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         demand(re.fullmatch(r"[A-Za-z0-9_-]{43}", asked.get("code_challenge", "")), "no challenge")
         demand(len(asked.get("state", "")) >= 22, "a state that can be guessed")
         demand(asked.get("scope") == "files", "not the drive's scope")
-        back = {"state": asked["state"], "iss": self.here + "/login"}
+        back = {"state": asked["state"], "iss": self.here + ("/other" if self.state.pretends else "/login")}
         if self.state.refuses:
             back["error"] = "access_denied"
         else:
@@ -217,6 +220,10 @@ def main():
                 Handler.state.access.clear()
             elif line.strip() == "revoke":
                 Handler.state.refresh.clear()
+            elif line.strip() == "pretend":
+                Handler.state.pretends = True
+            elif line.strip() == "expose":
+                Handler.state.exposes = True
         print("done", flush=True)
 
 

@@ -238,6 +238,28 @@ TEST(SignInTest, AnOAuthSignInThatThePersonOrTheServerEndsGivesNoCredentials)
     EXPECT_EQ(credentials.kind, DriveCredentials::Kind::None);
 }
 
+TEST(SignInTest, NoCodeIsGivenToAnotherServerAndNoneIsSentUnprotected)
+{
+    SignInServer server;
+    const DriveOffer offer = offerOf(server.address() + "dav");
+    DriveCredentials credentials;
+    server.order("pretend");
+    Browser browser;
+    const DriveResult pretended = signIn(offer, browser.open({"-L"}), credentials);
+    EXPECT_EQ(pretended.state, CloudErrorState::LoginFailed);
+    EXPECT_NE(pretended.detail.find("another server"), std::string::npos) << pretended.detail;
+
+    server.order("expose");
+    bool isOpened = false;
+    const auto open = [&](auto&) { return isOpened = true; };
+    EXPECT_EQ(signIn(offer, open, credentials).state, CloudErrorState::BadAnswer);
+    EXPECT_FALSE(isOpened);
+    DriveOffer exposed;
+    EXPECT_EQ(quilletDriveTransport()->discover(server.address() + "dav", exposed).state,
+              CloudErrorState::Unsupported);
+    EXPECT_EQ(credentials.kind, DriveCredentials::Kind::None);
+}
+
 TEST(SignInTest, ACertificateThatNobodySignedIsRefusedWithItsFingerprint)
 {
     TestServer server(TestServer::Kind::Apache, {.tls = true});
