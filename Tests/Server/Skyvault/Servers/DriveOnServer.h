@@ -29,7 +29,8 @@ public:
     std::unique_ptr<Vs::Cloud::Drive> drive;        ///< Connected, with the known traits.
     TestSupport::ScratchFolder local;
 
-    /// Uploads text as a new file or as a version of what the drive has; with its own client, past the proxy.
+    /// Makes text a file of the drive, or a version of one, past the proxy: on the disk, where the server
+    /// reads that, else by another client. It is older than a second.
     void put(const std::string& path, const std::string& text);
     void makeFolder(const std::string& path);
     /// What a file on the drive holds, past the proxy and the client; kNothing if there is none.
@@ -39,5 +40,8 @@ public:
     Vs::Cloud::DriveEntry entry(const std::string& path);
 
 private:
+    bool isOnDisk() const;
+    void giveAway(const boost::filesystem::path& path) const;
+
     std::unique_ptr<Vs::Cloud::Drive> m_direct;
 };
