@@ -1,5 +1,6 @@
 #include "Server/Itemhub/Private/Places.h"
 
+#include "Server/Base/FolderName.h"
 #include "Server/Base/PathInfo.h"
 
 #include <QCryptographicHash>
@@ -7,26 +8,7 @@
 
 #include <boost/filesystem/operations.hpp>
 
-#include <algorithm>
-#include <cctype>
-
 namespace Vs::Itemhub {
-namespace {
-
-std::string plain(std::string text)
-{
-    std::replace_if(
-        text.begin(), text.end(),
-        [](unsigned char letter) { return !std::isalnum(letter) && letter != '.' && letter != '_'; }, '-');
-    constexpr size_t kLongest = 60;
-    text.resize(std::min(text.size(), kLongest));
-    // No hidden folder, and none that leads upwards.
-    if (text.starts_with('.'))
-        text.front() = '-';
-    return text;
-}
-
-} // namespace
 
 Places::Path Places::root()
 {
@@ -74,7 +56,7 @@ std::string Places::nameOf(const std::string& address, const std::string& custom
         QByteArray::fromStdString(address + '\n' + customer + '\n' + account), QCryptographicHash::Sha256);
     constexpr int kDigits = 8;
     const std::string host = QUrl(QString::fromStdString(address)).host().toStdString();
-    return plain(host.empty() ? address : host) + '-' + plain(account) + '-' +
+    return folderName(host.empty() ? address : host) + '-' + folderName(account) + '-' +
            digest.toHex().left(kDigits).toStdString();
 }
 

@@ -1,5 +1,6 @@
 #include "Server/Skyvault/Private/Session.h"
 
+#include "Server/Base/FolderName.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/QtApplication.h"
 #include "Server/Base/SiblingLibrary.h"
@@ -22,19 +23,6 @@ bool isPassing(CloudErrorState state)
 {
     return state == CloudErrorState::Unreachable || state == CloudErrorState::ServerError ||
            state == CloudErrorState::TooManyRequests;
-}
-
-std::string plain(std::string text)
-{
-    std::replace_if(
-        text.begin(), text.end(),
-        [](unsigned char letter) { return !std::isalnum(letter) && letter != '.' && letter != '_'; }, '-');
-    constexpr size_t kLongest = 60;
-    text.resize(std::min(text.size(), kLongest));
-    // No hidden folder, and none that leads upwards.
-    if (text.starts_with('.'))
-        text.front() = '-';
-    return text;
 }
 
 } // namespace
@@ -198,8 +186,8 @@ boost::filesystem::path Session::folderOf(const std::string& written, const std:
     const QByteArray digest = QCryptographicHash::hash(QByteArray::fromStdString(address + '\n' + user),
                                                        QCryptographicHash::Sha256);
     constexpr int kDigits = 8;
-    return PathInfo::cloudCacheDirectory() / (plain(url.host().toStdString()) + '-' + plain(user) + '-' +
-                                              digest.toHex().left(kDigits).toStdString());
+    return PathInfo::cloudCacheDirectory() / (folderName(url.host().toStdString()) + '-' + folderName(user) +
+                                              '-' + digest.toHex().left(kDigits).toStdString());
 }
 
 } // namespace Vs::Cloud

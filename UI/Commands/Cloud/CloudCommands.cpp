@@ -24,20 +24,6 @@ bool cloudIsEnabled()
     return !Vs::MeshportAuth::globalInstance()->cloudDisabled();
 }
 
-Vs::Metrics::TimeMetric* cloudMetric(const char* name)
-{
-    return Vs::Metrics::TimeMetric::make(Vs::UniqueString::find(name, true), Vs::Strings::widen(name));
-}
-
-DocumentSession* cloudDocumentSession(const CommandContext& context)
-{
-    if (auto* given =
-            Vs::cast<DocumentSession>(context.argument(CloseDocumentCmdDef::documentSessionArgumentName())))
-        return given;
-    const AssetSession* session = context.assetSession();
-    return session ? session->documentSession() : nullptr;
-}
-
 bool cloudLogin()
 {
     return Vs::MeshportAuth::globalInstance()->login(Vs::CloudLoginDialog::LogIn);

@@ -30,7 +30,7 @@ constinit const CommandRow CloudOpenDocumentCmdDef::kRow = {
 namespace {
 
 /// Made at the start, so that it is listed before the first run.
-Vs::Metrics::TimeMetric* const theMetric = cloudMetric("CloudOpenDocument");
+Vs::Metrics::TimeMetric* const theMetric = timeMetric("CloudOpenDocument");
 
 bool wentWell(CloudErrorState state)
 {

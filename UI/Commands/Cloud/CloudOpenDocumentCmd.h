@@ -20,10 +20,10 @@ public:
     CloudOpenDocumentCmdDef();
 };
 
-class CloudOpenDocumentCmd : public CloudCommand<CloudOpenDocumentCmd>
+class CloudOpenDocumentCmd : public TimedCommand<CloudOpenDocumentCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:

@@ -11,6 +11,7 @@
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Commands/Cloud/CloudDialog.h"
 #include "UI/Commands/Cloud/CloudSaveCmd.h"
+#include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/SamePath.h"
 #include "UI/Commands/WaitCursor.h"
@@ -30,7 +31,7 @@ constinit const CommandRow CloudSaveAsCmdDef::kRow = {
 namespace {
 
 /// Made at the start, so that it is listed before the first run.
-Vs::Metrics::TimeMetric* const theMetric = cloudMetric("CloudSaveAs");
+Vs::Metrics::TimeMetric* const theMetric = timeMetric("CloudSaveAs");
 
 /// Takes the target from the argument or from the person. False if there is none.
 bool choose(const CommandContext& context, const Vs::Document& document, fs::path& target,
@@ -80,7 +81,7 @@ Vs::Metrics::TimeMetric* CloudSaveAsCmd::metric()
 
 void CloudSaveAsCmd::onExecute(Vs::Status& status)
 {
-    DocumentSession* session = cloudDocumentSession(*commandContext());
+    DocumentSession* session = documentSessionOf(*commandContext());
     Vs::Document* document = session ? session->document() : nullptr;
     if (!document || !CloudSaveCmd::loginForSave(commandContext(), document))
         return;

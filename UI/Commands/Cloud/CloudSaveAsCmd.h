@@ -16,10 +16,10 @@ protected:
     bool onIsApplicable(CommandContext* context) const override;
 };
 
-class CloudSaveAsCmd : public CloudCommand<CloudSaveAsCmd>
+class CloudSaveAsCmd : public TimedCommand<CloudSaveAsCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:

@@ -18,6 +18,7 @@
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Commands/Cloud/CloudDialog.h"
 #include "UI/Commands/Cloud/CloudDocuments.h"
+#include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/SamePath.h"
@@ -48,8 +49,8 @@ constinit const CommandRow CloudSaveQATCmdDef::kRow = {
 namespace {
 
 /// Made at the start, so that they are listed before the first run.
-Vs::Metrics::TimeMetric* const theSaveMetric = cloudMetric("CloudSave");
-Vs::Metrics::TimeMetric* const theQATMetric = cloudMetric("CloudSaveQAT");
+Vs::Metrics::TimeMetric* const theSaveMetric = timeMetric("CloudSave");
+Vs::Metrics::TimeMetric* const theQATMetric = timeMetric("CloudSaveQAT");
 
 constexpr int kLocalCopyAccessPoint = 11;
 constexpr const wchar_t* kSaveAsCommand = L"SaveDocumentAsCommand";
@@ -200,7 +201,7 @@ void CloudSaveQATCmd::onExecute(Vs::Status& status)
 
 void CloudSaveCmd::staticExecute(Vs::Status& status, CommandContext* context)
 {
-    DocumentSession* session = cloudDocumentSession(*context);
+    DocumentSession* session = documentSessionOf(*context);
     Vs::Document* document = session ? session->document() : nullptr;
     if (!document || !loginForSave(context, document))
         return;

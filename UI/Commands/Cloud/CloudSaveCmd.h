@@ -34,10 +34,10 @@ protected:
     bool onIsVisible(CommandContext* context) const override;
 };
 
-class CloudSaveCmd : public CloudCommand<CloudSaveCmd>
+class CloudSaveCmd : public TimedCommand<CloudSaveCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
     /// The whole command: writes the document to its place in the cache and uploads it from there. What fails
@@ -72,10 +72,10 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
-class CloudSaveQATCmd : public CloudCommand<CloudSaveQATCmd>
+class CloudSaveQATCmd : public TimedCommand<CloudSaveQATCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:

@@ -11,6 +11,7 @@
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Commands/Cloud/ShareCmd.h"
+#include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 
@@ -49,9 +50,9 @@ constinit const CommandRow CloudUploadCmdDef::kRow = {
 namespace {
 
 /// Made at the start, so that they are listed before the first run.
-Vs::Metrics::TimeMetric* const theMetrics[] = {cloudMetric("Cloud"),       cloudMetric("CloudListFiles"),
-                                               cloudMetric("CloudLogin"),  cloudMetric("CloudLogout"),
-                                               cloudMetric("CloudManage"), cloudMetric("CloudUpload")};
+Vs::Metrics::TimeMetric* const theMetrics[] = {timeMetric("Cloud"),       timeMetric("CloudListFiles"),
+                                               timeMetric("CloudLogin"),  timeMetric("CloudLogout"),
+                                               timeMetric("CloudManage"), timeMetric("CloudUpload")};
 enum Metric { kCloud, kListFiles, kLogin, kLogout, kManage, kUpload };
 
 /// Whether an older version of the program wrote the file.
@@ -188,7 +189,7 @@ Vs::Metrics::TimeMetric* CloudUploadCmd::metric()
 
 void CloudUploadCmd::onExecute(Vs::Status& status)
 {
-    DocumentSession* session = cloudDocumentSession(*commandContext());
+    DocumentSession* session = documentSessionOf(*commandContext());
     Vs::Document* document = session ? session->document() : nullptr;
     if (!document)
         return;

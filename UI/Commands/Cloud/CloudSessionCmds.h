@@ -18,10 +18,10 @@ public:
     static const CommandRow kRow;
 };
 
-class CloudCmd : public CloudCommand<CloudCmd>
+class CloudCmd : public TimedCommand<CloudCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:
@@ -43,10 +43,10 @@ protected:
     bool onIsApplicable(CommandContext* context) const override;
 };
 
-class CloudLoginCmd : public CloudCommand<CloudLoginCmd>
+class CloudLoginCmd : public TimedCommand<CloudLoginCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:
@@ -66,10 +66,10 @@ protected:
     bool onIsApplicable(CommandContext* context) const override;
 };
 
-class CloudLogoutCmd : public CloudCommand<CloudLogoutCmd>
+class CloudLogoutCmd : public TimedCommand<CloudLogoutCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:
@@ -83,10 +83,10 @@ public:
     static const CommandRow kRow;
 };
 
-class CloudManageCmd : public CloudCommand<CloudManageCmd>
+class CloudManageCmd : public TimedCommand<CloudManageCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:
@@ -100,10 +100,10 @@ public:
     static const CommandRow kRow;
 };
 
-class CloudListFilesCmd : public CloudCommand<CloudListFilesCmd>
+class CloudListFilesCmd : public TimedCommand<CloudListFilesCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:
@@ -117,10 +117,10 @@ public:
     static const CommandRow kRow;
 };
 
-class CloudUploadCmd : public CloudCommand<CloudUploadCmd>
+class CloudUploadCmd : public TimedCommand<CloudUploadCmd>
 {
 public:
-    using CloudCommand::CloudCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:

@@ -110,11 +110,17 @@ const Vs::UniqueString* CloseDocumentCmdDef::documentCloseSilentlyName()
 
 Vs::Document* CloseDocumentCmdDef::docToClose(CommandContext* context)
 {
-    if (auto* session = Vs::cast<DocumentSession>(context->argument(documentSessionArgumentName())))
-        return session->document();
-    AssetSession* session = context->assetSession();
-    DocumentSession* documentSession = session ? session->documentSession() : nullptr;
-    return documentSession ? documentSession->document() : nullptr;
+    DocumentSession* session = documentSessionOf(*context);
+    return session ? session->document() : nullptr;
+}
+
+DocumentSession* documentSessionOf(const CommandContext& context)
+{
+    if (auto* given =
+            Vs::cast<DocumentSession>(context.argument(CloseDocumentCmdDef::documentSessionArgumentName())))
+        return given;
+    const AssetSession* session = context.assetSession();
+    return session ? session->documentSession() : nullptr;
 }
 
 bool CloseDocumentCmdDef::onIsApplicable(CommandContext* context) const

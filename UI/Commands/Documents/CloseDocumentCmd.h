@@ -88,6 +88,10 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
+/// The session of the argument "DocumentSession", else that of the context's asset session; null if there is
+/// neither.
+[[nodiscard]] DocumentSession* documentSessionOf(const CommandContext& context);
+
 /// Closes the document of a session that another one replaces, without asking, whatever its dirty state.
 void closeSilently(DocumentSession* session);
 

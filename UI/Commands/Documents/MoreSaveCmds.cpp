@@ -42,11 +42,8 @@ namespace {
 
 Vs::Document* documentOf(const CommandContext& context)
 {
-    if (auto* given =
-            Vs::cast<DocumentSession>(context.argument(CloseDocumentCmdDef::documentSessionArgumentName())))
-        return given->document();
-    const AssetSession* session = context.assetSession();
-    return session && session->documentSession() ? session->documentSession()->document() : nullptr;
+    const DocumentSession* session = documentSessionOf(context);
+    return session ? session->document() : nullptr;
 }
 
 std::wstring fileOf(const Vs::Document& document)

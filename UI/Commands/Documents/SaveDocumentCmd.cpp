@@ -39,15 +39,6 @@ constinit const CommandRow SaveDocumentAsCmdDef::kRow = {
 
 namespace {
 
-DocumentSession* documentSessionOf(const CommandContext& context)
-{
-    if (auto* given =
-            Vs::cast<DocumentSession>(context.argument(CloseDocumentCmdDef::documentSessionArgumentName())))
-        return given;
-    const AssetSession* session = context.assetSession();
-    return session ? session->documentSession() : nullptr;
-}
-
 bool hasLocalDocument(const CommandContext* context)
 {
     const AssetSession* session = context->assetSession();

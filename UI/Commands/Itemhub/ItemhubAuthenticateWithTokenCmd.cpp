@@ -17,7 +17,7 @@ constinit const CommandRow ItemhubAuthenticateWithTokenCmdDef::kRow = {
 
 namespace {
 
-Vs::Metrics::TimeMetric* const theMetric = itemhubMetric("ItemhubAuthenticateWithToken");
+Vs::Metrics::TimeMetric* const theMetric = timeMetric("ItemhubAuthenticateWithToken");
 
 const Vs::UniqueString* named(const char* name)
 {

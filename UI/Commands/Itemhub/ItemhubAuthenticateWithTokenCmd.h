@@ -27,10 +27,10 @@ public:
     static const Vs::UniqueString* consumerSecret();
 };
 
-class ItemhubAuthenticateWithTokenCmd : public ItemhubCommand<ItemhubAuthenticateWithTokenCmd>
+class ItemhubAuthenticateWithTokenCmd : public TimedCommand<ItemhubAuthenticateWithTokenCmd>
 {
 public:
-    using ItemhubCommand::ItemhubCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:

@@ -52,11 +52,6 @@ Info itemhubInfo(const CommandRow& row, const char* before, const char* behind)
     return info;
 }
 
-Vs::Metrics::TimeMetric* itemhubMetric(const char* name)
-{
-    return Vs::Metrics::TimeMetric::make(Vs::UniqueString::find(name, true), Vs::Strings::widen(name));
-}
-
 int numberArgument(const CommandContext& context, const Vs::UniqueString* name)
 {
     const std::wstring text = context.argumentAsString(name);
@@ -65,15 +60,6 @@ int numberArgument(const CommandContext& context, const Vs::UniqueString* name)
         throw Vs::Exception(Vs::Strings::narrow(localizedFormat(
             "ItemhubNoNumber", "%1% must be a whole number, not \"%2%\".", name->wideText(), text)));
     return number;
-}
-
-DocumentSession* itemhubDocumentSession(const CommandContext& context)
-{
-    if (auto* given =
-            Vs::cast<DocumentSession>(context.argument(CloseDocumentCmdDef::documentSessionArgumentName())))
-        return given;
-    const AssetSession* session = context.assetSession();
-    return session ? session->documentSession() : nullptr;
 }
 
 void nameAfterFile(Vs::Document& document, const std::wstring& path)

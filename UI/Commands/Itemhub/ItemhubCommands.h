@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Server/Base/Metrics.h"
-#include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Commands/CommandRow.h"
+#include "UI/Commands/TimedCommand.h"
 
 #include <functional>
 #include <string>
@@ -10,10 +9,6 @@
 namespace Vs {
 class Document;
 } // namespace Vs
-
-namespace Vu {
-class DocumentSession;
-}
 
 namespace Vu::Commands {
 
@@ -40,34 +35,8 @@ protected:
     bool onIsApplicable(CommandContext*) const override { return itemhubIsEnabled(); }
 };
 
-/// The base of its commands: none is offered to be repeated, and each stops a stop watch of its own, which
-/// whoever measures starts.
-template <class Self>
-class ItemhubCommand : public Vs::Implements<Self, SimpleCommand>
-{
-public:
-    ItemhubCommand(CommandDefinition* definition, CommandContext* context)
-        : Vs::Implements<Self, SimpleCommand>(definition, context)
-    {
-        this->repeatable(false);
-    }
-
-protected:
-    void onEnd(ETerminationReason reason) override
-    {
-        Self::metric()->stop();
-        SimpleCommand::onEnd(reason);
-    }
-};
-
-[[nodiscard]] Vs::Metrics::TimeMetric* itemhubMetric(const char* name);
-
 /// The argument as a whole number. Throws Vs::Exception, which names the argument, if it is none.
 [[nodiscard]] int numberArgument(const CommandContext& context, const Vs::UniqueString* name);
-
-/// The session of the argument "DocumentSession", else that of the context's asset session; null if there is
-/// neither.
-[[nodiscard]] DocumentSession* itemhubDocumentSession(const CommandContext& context);
 
 /// What a person calls a document of the service: the file's name up to its last dot but one ("a.b.ext" is
 /// "a"), behind which stands what keeps the local files apart.

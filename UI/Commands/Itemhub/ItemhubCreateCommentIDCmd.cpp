@@ -21,7 +21,7 @@ constinit const CommandRow ItemhubCreateCommentIDCmdDef::kRow = {
 
 namespace {
 
-Vs::Metrics::TimeMetric* const theMetric = itemhubMetric("ItemhubCreateCommentID");
+Vs::Metrics::TimeMetric* const theMetric = timeMetric("ItemhubCreateCommentID");
 
 /// What the service would have to be told of the comment. Nobody sends it yet: its posts have no such place.
 std::wstring requestFor(const std::wstring& commentId, const std::wstring& postId)

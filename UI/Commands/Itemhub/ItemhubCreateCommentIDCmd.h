@@ -22,10 +22,10 @@ public:
     static const Vs::UniqueString* postUrl();
 };
 
-class ItemhubCreateCommentIDCmd : public ItemhubCommand<ItemhubCreateCommentIDCmd>
+class ItemhubCreateCommentIDCmd : public TimedCommand<ItemhubCreateCommentIDCmd>
 {
 public:
-    using ItemhubCommand::ItemhubCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
     /// What the comment says of a post: a link, its title, or its number.

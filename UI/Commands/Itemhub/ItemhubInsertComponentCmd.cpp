@@ -21,7 +21,7 @@ constinit const CommandRow ItemhubInsertComponentCmdDef::kRow = {
 
 namespace {
 
-Vs::Metrics::TimeMetric* const theMetric = itemhubMetric("ItemhubInsertComponent");
+Vs::Metrics::TimeMetric* const theMetric = timeMetric("ItemhubInsertComponent");
 
 constexpr const wchar_t* kImportCommand = L"VeloraImportCommand";
 constexpr int kCalledByACommand = 11;

@@ -22,10 +22,10 @@ public:
 
 /// The item's first attachment is taken, if the argument says that a design is expected; without it, nothing
 /// is inserted.
-class ItemhubInsertComponentCmd : public ItemhubCommand<ItemhubInsertComponentCmd>
+class ItemhubInsertComponentCmd : public TimedCommand<ItemhubInsertComponentCmd>
 {
 public:
-    using ItemhubCommand::ItemhubCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
     [[nodiscard]] static bool isFileSupported(const std::wstring& docType);

@@ -30,7 +30,7 @@ constinit const CommandRow ItemhubNewDocumentationCmdDef::kRow = {
 
 namespace {
 
-Vs::Metrics::TimeMetric* const theMetric = itemhubMetric("ItemhubNewItem");
+Vs::Metrics::TimeMetric* const theMetric = timeMetric("ItemhubNewItem");
 
 constexpr const char* kDesignAssetType = "VeloraAssetType";
 constexpr int kCalledByACommand = 11;

@@ -36,10 +36,10 @@ public:
     static const std::wstring& initialLabel();
 };
 
-class ItemhubNewItemCmd : public ItemhubCommand<ItemhubNewItemCmd>
+class ItemhubNewItemCmd : public TimedCommand<ItemhubNewItemCmd>
 {
 public:
-    using ItemhubCommand::ItemhubCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:

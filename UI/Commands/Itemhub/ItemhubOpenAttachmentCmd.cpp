@@ -22,7 +22,7 @@ constinit const CommandRow ItemhubOpenAttachmentCmdDef::kRow = {
 
 namespace {
 
-Vs::Metrics::TimeMetric* const theMetric = itemhubMetric("ItemhubOpenAttachment");
+Vs::Metrics::TimeMetric* const theMetric = timeMetric("ItemhubOpenAttachment");
 
 } // namespace
 

@@ -20,10 +20,10 @@ public:
     static const Vs::UniqueString* fileUri();
 };
 
-class ItemhubOpenAttachmentCmd : public ItemhubCommand<ItemhubOpenAttachmentCmd>
+class ItemhubOpenAttachmentCmd : public TimedCommand<ItemhubOpenAttachmentCmd>
 {
 public:
-    using ItemhubCommand::ItemhubCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:

@@ -5,6 +5,7 @@
 #include "UI/Base/Program/LabelDescriptionDialog.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentSession.h"
+#include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Itemhub/ItemhubNewItemCmd.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/SamePath.h"
@@ -20,7 +21,7 @@ constinit const CommandRow ItemhubSaveCmdDef::kRow = {
 
 namespace {
 
-Vs::Metrics::TimeMetric* const theMetric = itemhubMetric("ItemhubSave");
+Vs::Metrics::TimeMetric* const theMetric = timeMetric("ItemhubSave");
 
 Vs::Document* documentOf(const CommandContext& context)
 {
@@ -50,7 +51,7 @@ Vs::Metrics::TimeMetric* ItemhubSaveCmd::metric()
 
 void ItemhubSaveCmd::onExecute(Vs::Status& status)
 {
-    const DocumentSession* session = itemhubDocumentSession(*commandContext());
+    const DocumentSession* session = documentSessionOf(*commandContext());
     Vs::Document* document = session ? session->document() : nullptr;
     if (!document)
         return;

@@ -19,10 +19,10 @@ protected:
     bool onIsVisible(CommandContext* context) const override;
 };
 
-class ItemhubSaveCmd : public ItemhubCommand<ItemhubSaveCmd>
+class ItemhubSaveCmd : public TimedCommand<ItemhubSaveCmd>
 {
 public:
-    using ItemhubCommand::ItemhubCommand;
+    using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
 protected:
