@@ -106,6 +106,17 @@ void NotificationCenter::removeByClientID(const std::wstring& clientID)
         remove(notification);
 }
 
+void NotificationCenter::removeAboutFile(const std::wstring& clientID, const std::wstring& file)
+{
+    std::vector<Notification*> found;
+    notificationsByClientID(clientID, found);
+    for (Notification* notification : found) {
+        // A site that hears of one may have removed another.
+        if (exists(notification) && notification->file() == file)
+            remove(notification);
+    }
+}
+
 void NotificationCenter::activate(Notification* notification)
 {
     assertMainThread();

@@ -183,6 +183,8 @@ public:
     /// Here and below, one that isn't there is passed over.
     void remove(Notification* notification);
     void removeByClientID(const std::wstring& clientID);
+    /// Those of one sender that are about a file, for who tells anew how it stands.
+    void removeAboutFile(const std::wstring& clientID, const std::wstring& file);
     /// As a click does.
     void activate(Notification* notification);
     /// As a click on the button of its action of that number.

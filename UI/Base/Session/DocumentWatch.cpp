@@ -34,12 +34,7 @@ constexpr int kMostLooks = 10;
 
 void removeAbout(const wchar_t* sender, const std::wstring& file)
 {
-    auto* center = Vs::NotificationCenter::get();
-    std::vector<Vs::Notification*> found;
-    center->notificationsByClientID(sender, found);
-    for (Vs::Notification* notification : found)
-        if (notification->file() == file)
-            center->remove(notification);
+    Vs::NotificationCenter::get()->removeAboutFile(sender, file);
 }
 
 std::wstring nameOf(const std::wstring& file)

@@ -70,11 +70,7 @@ void tellSaved(const Vs::Document& document)
         return;
     constexpr const wchar_t* kSender = L"Saved";
     auto* center = Vs::NotificationCenter::get();
-    std::vector<Vs::Notification*> earlier;
-    center->notificationsByClientID(kSender, earlier);
-    for (Vs::Notification* notification : earlier)
-        if (notification->file() == document.path())
-            center->remove(notification);
+    center->removeAboutFile(kSender, document.path());
     Vs::NotificationRequest request;
     request.title = localizedFormat("DocumentSaved", "\"%1%\" is saved", document.displayName());
     request.file = document.path();
