@@ -7,6 +7,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/ProgressBar.h"
+#include "UI/Commands/Itemhub/ItemhubCommands.h"
 #include "UI/Commands/Itemhub/ItemhubFeed.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
 #include "UI/Commands/Itemhub/ItemhubSnapshots.h"
@@ -15,6 +16,7 @@
 #include <QCoreApplication>
 
 #include <memory>
+#include <tuple>
 
 namespace Vu::Commands {
 namespace {
@@ -81,6 +83,14 @@ void stopClient()
     ItemhubUtilities::get()->stop();
 }
 
+/// What waits to be uploaded goes on without anybody asking for it. A run without a window goes on when a
+/// line needs it.
+void resume()
+{
+    if (listener() && ItemhubUtilities::get()->canResume())
+        std::ignore = itemhubSession(); // What fails is told.
+}
+
 } // namespace
 
 void ItemhubDocuments::install()
@@ -94,6 +104,8 @@ void ItemhubDocuments::install()
     });
     ItemhubUtilities::notifier(notify);
     qAddPostRoutine(stopClient);
+    if (!Application::headless() && !Application::testing())
+        Application::get()->idleTasks()->post(resume);
     // A run without a main loop tells between two lines.
     ItemhubUtilities::results().wakeUp(
         [] { Application::get()->deferredTasks()->post([] { ItemhubUtilities::results().runOnce(); }); });
