@@ -19,14 +19,19 @@ constexpr std::chrono::milliseconds kTick{100};
 // Where a program can't register itself, the server's administrator does it by this name.
 const auto kClient = QStringLiteral("quillet");
 
+QString pathOf(const QUrl& url)
+{
+    QString path = url.path();
+    while (path.endsWith('/'))
+        path.chop(1);
+    return path;
+}
+
 /// A place of metadata: between host and path, as RFC 8414 has it.
 QUrl wellKnown(const QUrl& of, const char* name)
 {
     QUrl url = of;
-    QString path = of.path();
-    while (path.endsWith('/'))
-        path.chop(1);
-    url.setPath("/.well-known/" + QString::fromLatin1(name) + path);
+    url.setPath("/.well-known/" + QString::fromLatin1(name) + pathOf(of));
     url.setQuery(QString());
     return url;
 }
@@ -40,8 +45,7 @@ QUrl protectedUrl(const QJsonValue& value)
 std::optional<TokenServer> serverOf(Http& http, const QUrl& issuer)
 {
     QUrl openId = issuer;
-    openId.setPath(issuer.path() + (issuer.path().endsWith('/') ? "" : "/") +
-                   ".well-known/openid-configuration");
+    openId.setPath(pathOf(issuer) + "/.well-known/openid-configuration");
     for (const QUrl& place : {wellKnown(issuer, "oauth-authorization-server"), openId}) {
         const QJsonObject found = getJson(http, place);
         const TokenServer server{found["issuer"].toString(),
@@ -49,8 +53,10 @@ std::optional<TokenServer> serverOf(Http& http, const QUrl& issuer)
                                  protectedUrl(found["token_endpoint"]),
                                  protectedUrl(found["registration_endpoint"]),
                                  {}};
+        // One origin can serve several issuers that don't trust each other.
         const QUrl named(server.issuer);
-        if (isSameOrigin(named, issuer) && !server.authorization.isEmpty() && !server.token.isEmpty())
+        if (isSameOrigin(named, issuer) && pathOf(named) == pathOf(issuer) &&
+            !server.authorization.isEmpty() && !server.token.isEmpty())
             return server;
     }
     return std::nullopt;
@@ -67,7 +73,9 @@ QString clientOf(const TokenServer& server, const QUrl& redirect)
                            {"grant_types", QJsonArray{"authorization_code", "refresh_token"}},
                            {"response_types", QJsonArray{"code"}},
                            {"application_type", "native"},
-                           {"token_endpoint_auth_method", "none"}};
+                           {"token_endpoint_auth_method", "none"},
+                           // In no standard, but Glewlwyd demands a secret without it, though it gives none.
+                           {"client_confidential", false}};
     const Answer answer = http.ask({.method = "POST",
                                     .url = server.registration,
                                     .headers = {{"Content-Type", "application/json"}},
