@@ -8,6 +8,7 @@
 #include <QUrlQuery>
 
 #include <chrono>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
 #include <thread>
@@ -32,16 +33,19 @@ private:
 
 const auto* const s_application = testing::AddGlobalTestEnvironment(new Application);
 
-/// Servers that a person signs in to by a browser; strict ones.
+/// Servers that a person signs in to by a browser, run by a script: strict ones of our own, or real ones.
 class SignInServer
 {
 public:
-    SignInServer()
+    explicit SignInServer(const char* script = "sign_in.py")
     {
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QUILLET_TEST_SUPPORT "/as_plain_user.sh",
-                        {QUILLET_PYTHON, "-B", QUILLET_TEST_SUPPORT "/Servers/sign_in.py"});
+        m_process.start(
+            QUILLET_TEST_SUPPORT "/as_plain_user.sh",
+            {QUILLET_PYTHON, "-B", QUILLET_TEST_SUPPORT "/Servers/" + QString::fromLatin1(script)});
         m_address = line();
+        if (m_address.starts_with("missing "))
+            m_missing = m_address.substr(std::strlen("missing "));
     }
     ~SignInServer()
     {
@@ -52,22 +56,24 @@ public:
     SignInServer& operator=(const SignInServer&) = delete;
 
     const std::string& address() const { return m_address; }
-    void order(const char* order)
+    /// What isn't installed for it; empty if it runs.
+    const std::string& missing() const { return m_missing; }
+    void order(const std::string& order)
     {
-        m_process.write(order + QByteArray("\n"));
+        m_process.write(QByteArray::fromStdString(order + '\n'));
         EXPECT_EQ(line(), "done");
     }
 
 private:
     std::string line()
     {
-        while (!m_process.canReadLine() && m_process.waitForReadyRead(10000)) {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(30000)) {
         }
         return m_process.readLine().trimmed().toStdString();
     }
 
     QProcess m_process;
-    std::string m_address;
+    std::string m_address, m_missing;
 };
 
 /// A person's browser, which goes its ways while the client waits.
@@ -138,6 +144,17 @@ CloudErrorState find(Drive& drive)
 {
     DriveEntry entry;
     return drive.find("/", entry).state;
+}
+
+/// Whether something comes to be true in time.
+bool comes(const std::function<bool()>& condition)
+{
+    for (int tenths = 200; tenths > 0; --tenths) {
+        if (condition())
+            return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    return false;
 }
 
 } // namespace
@@ -258,6 +275,51 @@ TEST(SignInTest, NoCodeIsGivenToAnotherServerAndNoneIsSentUnprotected)
     EXPECT_EQ(quilletDriveTransport()->discover(server.address() + "dav", exposed).state,
               CloudErrorState::Unsupported);
     EXPECT_EQ(credentials.kind, DriveCredentials::Kind::None);
+}
+
+TEST(SignInTest, ARealTokenServersTokensAreTakenAndRenewedUntilTheyAreRevoked)
+{
+    SignInServer server("token_drive.py");
+    REQUIRE_SERVER(server);
+    const DriveOffer offer = offerOf(server.address());
+    EXPECT_TRUE(offer.oauth2);
+    EXPECT_FALSE(offer.password);
+    const auto person = [&](const char* order) {
+        return [&server, order](const std::string& page) {
+            server.order(order + page);
+            return true;
+        };
+    };
+    DriveCredentials forged;
+    const DriveResult refused = signIn(offer, person("sign-in-forged "), forged, patient(300));
+    EXPECT_EQ(refused.state, CloudErrorState::LoginFailed);
+    EXPECT_NE(refused.detail.find("another server"), std::string::npos) << refused.detail;
+    EXPECT_EQ(forged.kind, DriveCredentials::Kind::None);
+
+    server.order("brief"); // So short that nothing below relies on such a token being taken.
+    DriveCredentials credentials;
+    const DriveResult result = signIn(offer, person("sign-in "), credentials, patient(300));
+    ASSERT_TRUE(result.isOk()) << result.detail;
+    DriveCredentials brief = credentials;
+    brief.refreshToken.clear();
+    const auto unrenewed = quilletDriveTransport()->drive(offer.address, brief);
+    EXPECT_TRUE(comes([&] { return find(*unrenewed) == CloudErrorState::Unauthorized; }));
+    server.order("lasting");
+    const auto drive = quilletDriveTransport()->drive(offer.address, credentials);
+    EXPECT_EQ(find(*drive), CloudErrorState::Success);
+    EXPECT_NE(drive->credentials().secret, credentials.secret);
+
+    // A drive whose refresh token is revoked has its access token for as long as that is good.
+    DriveCredentials last = drive->credentials();
+    last.secret = credentials.secret;
+    server.order("revoke");
+    EXPECT_EQ(find(*drive), CloudErrorState::Success);
+    EXPECT_EQ(find(*quilletDriveTransport()->drive(offer.address, last)), CloudErrorState::Unauthorized);
+
+    server.order("misname");
+    DriveOffer misnamed;
+    EXPECT_EQ(quilletDriveTransport()->discover(server.address(), misnamed).state,
+              CloudErrorState::Unsupported);
 }
 
 TEST(SignInTest, ACertificateThatNobodySignedIsRefusedWithItsFingerprint)
