@@ -46,6 +46,9 @@ namespace {
 
 constexpr double kMillimetresInMetre = 1000;
 
+/// Files around one that is taken in. Each costs several calls on the stack, and nobody has so many.
+constexpr int kMostFilesAround = 200;
+
 // The kernel gives the simple solids as shells whose faces don't agree on what is outside; they are made
 // anew.
 TopoDS_Shape shapeOf(const Handle(VrmlData_Geometry) & geometry)
@@ -188,9 +191,13 @@ private:
         const auto known = m_groups.find(&file);
         if (known != m_groups.end() && !above)
             return {known->second.product, gp_Trsf(), name, known->second.parts};
+        if (++m_filesAround > kMostFilesAround)
+            throw Unreadable("takes in files within files on more than " + std::to_string(kMostFilesAround) +
+                             " levels");
         const VrmlFile* outer = std::exchange(m_file, &file);
         std::vector<Placed> parts = visitScene(depth + 1, above);
         m_file = outer;
+        --m_filesAround;
         return around(std::move(parts), gp_Trsf(), name, above ? nullptr : &file);
     }
 
@@ -295,6 +302,7 @@ private:
 
     const VrmlFiles& m_files;
     const VrmlFile* m_file; ///< Whose nodes are being visited.
+    int m_filesAround = 0;  ///< Those in which that one is taken in.
     Handle(XCAFDoc_ShapeTool) m_shapes;
     Handle(XCAFDoc_ColorTool) m_colours;
     std::map<std::pair<const void*, const void*>, TDF_Label> m_parts;
