@@ -258,7 +258,7 @@ Result Exchange::failureOf(CURLcode code, const Certificate& certificate) const
     case CURLE_BAD_CONTENT_ENCODING:
         return {CloudErrorState::BadAnswer, text};
     case CURLE_COULDNT_RESOLVE_HOST:
-        return {CloudErrorState::Unreachable, "there is no host of this name"};
+        return {CloudErrorState::Unreachable, "no host of this name was found"};
     case CURLE_COULDNT_CONNECT:
         return {CloudErrorState::Unreachable, "nothing answers there"};
     case CURLE_OK:

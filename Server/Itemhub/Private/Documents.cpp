@@ -140,7 +140,7 @@ Documents::Path Documents::addNewItem(ItemStore& store, const std::string& accou
             std::find_if(all.begin(), all.end(), [](const Web::Workspace& each) { return each.mayWrite(); });
         if (first == all.end())
             throw Web::ItemhubException(Web::ItemhubException::Kind::Forbidden,
-                                        "There is no workspace in which this account may make items");
+                                        "This account may not create items in any workspace");
         wanted.workspaceId = first->id();
     }
     const Web::Item made = store.addItem(wanted, key, watch);

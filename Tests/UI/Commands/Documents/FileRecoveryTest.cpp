@@ -152,7 +152,7 @@ public:
     {
         if (!fs::exists(uri))
             throw Web::ItemhubException(Web::ItemhubException::Kind::NotFound,
-                                        "There is no such attachment.");
+                                        "The attachment was not found.");
         return {.attachmentId = 1, .version = 1, .file = fs::path(uri).filename(), .address = uri};
     }
     void download(const Itemhub::Content& content, const std::string& file, const Watch&) override
@@ -371,7 +371,7 @@ TEST_F(FileRecoveryTest, WhatLiesOnTheServiceIsForWhoeverIsSignedIn)
     const Told told;
     clickRow(0);
     choose("Open");
-    EXPECT_EQ(told.texts, std::vector<std::wstring>{L"There is no such attachment."});
+    EXPECT_EQ(told.texts, std::vector<std::wstring>{L"The attachment was not found."});
     EXPECT_EQ(rows().size(), 1);
     EXPECT_EQ(documents(), 0u);
     fs::rename(fs::path(scratch(L"away")), fs::path(attachment));

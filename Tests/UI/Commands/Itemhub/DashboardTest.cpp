@@ -78,7 +78,7 @@ TEST_F(DashboardTest, WhatIsNoItemIsRefusedWithoutADocument)
 TEST_F(DashboardTest, AVersionIsMarkedWithTheLabelThatAPersonGives)
 {
     answer(L"Design.New");
-    EXPECT_FALSE(visible(L"ItemhubSaveCommand")) << "the document is no item's";
+    EXPECT_FALSE(visible(L"ItemhubSaveCommand")) << "the document belongs to no item";
     const int item = newItem(L"Bracket");
     EXPECT_TRUE(visible(L"ItemhubSaveCommand"));
     EXPECT_FALSE(applicable(L"ItemhubSaveCommand")) << "nothing has changed";

@@ -61,13 +61,13 @@ TEST_F(ItemEventsTest, TheNewestEightFavouritesAreListed)
     answer(L"Design.New");
     for (int i = 1; i <= 9; ++i) {
         const std::wstring file =
-            hub().addNewItem(activeDocument()->documentType(), 1, 0, 0, L"Part " + std::to_wstring(i), L"");
+            hub().addNewItem(activeDocument()->documentType(), 1, 0, 0, L"Wheel " + std::to_wstring(i), L"");
         items.push_back(static_cast<int>(hub().itemOf(file)->itemId));
         answer(L"Itemhub.Favourite " + std::to_wstring(items.back()));
     }
-    EXPECT_TRUE(until([] { return !favourites().empty() && favourites().front() == L"Part 9"; }));
+    EXPECT_TRUE(until([] { return !favourites().empty() && favourites().front() == L"Wheel 9"; }));
     EXPECT_EQ(favourites().size(), 8u);
-    EXPECT_EQ(favourites().back(), L"Part 2");
+    EXPECT_EQ(favourites().back(), L"Wheel 2");
 
     auto* list = Vs::cast<Vu::ListControl>(ItemhubMyFavoritesCmdDef::get()->inputControl());
     EXPECT_EQ(list->items().front()->key(), std::to_wstring(items.back()));
