@@ -1,5 +1,7 @@
 #include "Server/Skyvault/Client/Dav/Chunks.h"
 
+#include <QCryptographicHash>
+
 #include <algorithm>
 
 namespace Vs::Cloud {
@@ -11,9 +13,10 @@ constexpr qint64 kLeastPart = qint64(5) << 20;
 constexpr qint64 kPart = qint64(10) << 20;
 constexpr qint64 kMostParts = 10000;
 
-QUrl placeOf(const Session& session, const QByteArray& name)
+QUrl placeOf(const Session& session, const QByteArray& content)
 {
-    return Address(session.service.uploads).of("/" + name.toStdString());
+    const QByteArray name = QCryptographicHash::hash(content, QCryptographicHash::Sha1).toHex();
+    return Address(session.service.uploads).of("/quillet-" + name.toStdString());
 }
 
 } // namespace
@@ -23,25 +26,29 @@ bool Chunks::isWorthwhile(qint64 size)
     return size > kLeastPart;
 }
 
-Chunks::Chunks(Session& session, const QByteArray& name, const QUrl& destination)
-    : m_session(session), m_place(placeOf(session, name)), m_destination(destination)
+Chunks::Chunks(Session& session, const QUrl& destination, const QByteArray& mark)
+    : m_session(session),
+      m_destination("Destination", destination.toEncoded()),
+      m_place(placeOf(session, m_destination.second + ' ' + mark))
 {
 }
 
 DriveResult Chunks::begin(const std::string& action)
 {
-    const Headers headers{{"Destination", m_destination.toEncoded()}};
-    const Answer made = m_session.http.ask({.method = "MKCOL", .url = m_place.root(), .headers = headers});
+    m_sent.clear();
+    const Answer made =
+        m_session.http.ask({.method = "MKCOL", .url = m_place.root(), .headers = {m_destination}});
     if (made.status == 201)
         return {};
     if (made.status != 405 && !made.isLost())
         return resultOf(made, action);
     // An earlier attempt has made it, or the lost one.
     MultiStatus reader(m_place, [&](DavItem&& each) { m_sent[each.entry.path] = each.entry.size; });
-    Request request{.method = "PROPFIND",
-                    .url = m_place.of("/", true),
-                    .headers = {{"Depth", "1"}, {"Content-Type", "application/xml; charset=utf-8"}},
-                    .body = propertiesWanted()};
+    Request request{
+        .method = "PROPFIND",
+        .url = m_place.of("/", true),
+        .headers = {m_destination, {"Depth", "1"}, {"Content-Type", "application/xml; charset=utf-8"}},
+        .body = propertiesWanted()};
     request.sink = [&](const QByteArray& piece) { return reader.add(piece); };
     const Answer listed = m_session.http.ask(request);
     if (!listed.isOk())
@@ -52,6 +59,13 @@ DriveResult Chunks::begin(const std::string& action)
 
 DriveResult Chunks::send(const std::string& source, qint64 size, const std::string& action,
                          const DriveWatch& watch)
+{
+    const DriveResult sent = sendMissing(source, size, action, watch);
+    return m_isGone ? sendMissing(source, size, action, watch) : sent;
+}
+
+DriveResult Chunks::sendMissing(const std::string& source, qint64 size, const std::string& action,
+                                const DriveWatch& watch)
 {
     if (DriveResult begun = begin(action); !begun.isOk())
         return begun;
@@ -69,7 +83,7 @@ DriveResult Chunks::send(const std::string& source, qint64 size, const std::stri
                 };
             const Request request{.method = "PUT",
                                   .url = m_place.of(path),
-                                  .headers = {{"Destination", m_destination.toEncoded()},
+                                  .headers = {m_destination,
                                               {"OC-Total-Length", QByteArray::number(size)},
                                               {"Content-Type", "application/octet-stream"}},
                                   .file = FilePart{source, offset, length}};
@@ -77,6 +91,8 @@ DriveResult Chunks::send(const std::string& source, qint64 size, const std::stri
             // The same bytes to the same part of ours change nothing when they arrive twice.
             if (answer.isLost() && answer.wasReset)
                 answer = m_session.http.ask(request, partly);
+            // Also 409: the folder above what is written is missing.
+            m_isGone = answer.status == 404 || answer.status == 409;
             if (!answer.isOk())
                 return resultOf(answer, action);
         }
@@ -87,7 +103,8 @@ DriveResult Chunks::send(const std::string& source, qint64 size, const std::stri
 
 void Chunks::remove()
 {
-    static_cast<void>(m_session.http.ask({.method = "DELETE", .url = m_place.root()}));
+    static_cast<void>(
+        m_session.http.ask({.method = "DELETE", .url = m_place.root(), .headers = {m_destination}}));
 }
 
 } // namespace Vs::Cloud

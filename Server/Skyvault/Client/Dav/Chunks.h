@@ -11,8 +11,8 @@ namespace Vs::Cloud {
 class Chunks
 {
 public:
-    /// `name` stands for the content and what it is to become: the same for each attempt.
-    Chunks(Session& session, const QByteArray& name, const QUrl& destination);
+    /// `mark` stands for the content and the version that it replaces: the same for each attempt.
+    Chunks(Session& session, const QUrl& destination, const QByteArray& mark);
 
     DriveResult send(const std::string& source, qint64 size, const std::string& action,
                      const DriveWatch& watch);
@@ -25,10 +25,13 @@ public:
 
 private:
     DriveResult begin(const std::string& action);
+    DriveResult sendMissing(const std::string& source, qint64 size, const std::string& action,
+                            const DriveWatch& watch);
 
     Session& m_session;
+    const Header m_destination; ///< Of each request.
     const Address m_place;
-    const QUrl m_destination;
+    bool m_isGone = false;                       ///< The server has forgotten the place meanwhile.
     std::map<std::string, std::uint64_t> m_sent; ///< Sizes of the parts, by their paths.
 };
 

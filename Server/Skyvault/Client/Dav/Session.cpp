@@ -16,6 +16,17 @@ std::string hiddenNameOf(const std::string& path, bool isLocked)
     return joined(parentOf(path), ownPrefix() + mark.toStdString());
 }
 
+bool mayBeDone(const Answer& answer)
+{
+    return answer.isLost() || answer.status == 502 || answer.status == 504 ||
+           answer.failure.state == CloudErrorState::Cancelled;
+}
+
+Header onlyOver(const QByteArray& replaced, const std::string& etag)
+{
+    return {"If", "<" + replaced + "> ([" + QByteArray::fromStdString(etag) + "])"};
+}
+
 std::string strongPart(const std::string& etag)
 {
     return etag.starts_with("W/") ? etag.substr(2) : etag;

@@ -61,6 +61,13 @@ inline std::string ownPrefix()
 /// process.
 std::string hiddenNameOf(const std::string& path, bool isLocked);
 
+/// Whether the server may have done what it was asked, though it didn't say so. What a gateway says is no
+/// word of the server behind it.
+bool mayBeDone(const Answer& answer);
+
+/// For a request that replaces something else than what it is about: only while that has this ETag.
+Header onlyOver(const QByteArray& replaced, const std::string& etag);
+
 /// Without W/, as ETags are compared.
 std::string strongPart(const std::string& etag);
 

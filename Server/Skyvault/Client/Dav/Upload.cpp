@@ -4,8 +4,6 @@
 #include "Server/Skyvault/Client/Dav/Compare.h"
 #include "Server/Skyvault/Client/Dav/KeepOther.h"
 
-#include <QCryptographicHash>
-
 #include <chrono>
 #include <thread>
 
@@ -18,13 +16,6 @@ constexpr std::chrono::milliseconds kFirstSecond{1200};
 // Until a request without an answer has been done, if it is done at all.
 constexpr int kLooks = 5;
 constexpr std::chrono::milliseconds kBetweenLooks{200};
-
-/// What a gateway says is no word of the server behind it.
-bool isLost(const Answer& answer)
-{
-    return answer.isLost() || answer.status == 502 || answer.status == 504 ||
-           answer.failure.state == CloudErrorState::Cancelled;
-}
 
 } // namespace
 
@@ -65,8 +56,9 @@ DriveResult Upload::save(DriveEntry& entry)
             return locked;
     }
     DriveResult result = underLock(entry);
+    // The lock made the file, and nothing was written to it. Some servers want to be told whose token it is.
     if (!result.isOk() && m_lock && m_isFresh && !m_isWritten)
-        removeEmpty();
+        static_cast<void>(m_session.remove(m_upload.path, {m_lock->taggedCondition()}));
     // Another's file of the same size must not get the ETag of ours.
     if (m_isWritten && m_lock && !m_session.traits.etagsDifferInOneTick)
         std::this_thread::sleep_until(m_writtenAt + m_session.traits.etagTick);
@@ -127,6 +119,20 @@ DriveResult Upload::compare()
     return isSame ? DriveResult() : changed("another version is there");
 }
 
+DriveResult Upload::compareAgain()
+{
+    DriveEntry now;
+    const DriveResult found = m_session.find(m_upload.path, now);
+    if (found.state == CloudErrorState::NotFound) {
+        m_isThere = false;
+        return {};
+    }
+    if (!found.isOk() || (m_isThere && strongPart(now.etag) == strongPart(m_before.etag)))
+        return found;
+    m_after = m_before = now;
+    return changed("another version came to be there meanwhile");
+}
+
 DriveResult Upload::write()
 {
     const DriveTraits& traits = m_session.traits;
@@ -180,7 +186,7 @@ DriveResult Upload::put()
             return {};
         if (answer.status == 412)
             return putAfterAWhile();
-        if (!isLost(answer))
+        if (!mayBeDone(answer))
             return resultOf(answer, m_action);
         // A server that has all of it may write it for whoever has cancelled.
         DriveResult settled = answer.failure.state == CloudErrorState::Cancelled
@@ -208,7 +214,7 @@ DriveResult Upload::putAfterAWhile()
     const bool isStillWeak = now.etag.starts_with("W/") && m_lock && !m_lock->isLost();
     const Headers headers = isStillWeak ? Headers{m_lock->condition()} : conditions();
     const Answer answer = m_source.putTo(m_session, m_upload.path, headers, m_watch);
-    if (isLost(answer)) {
+    if (mayBeDone(answer)) {
         bool isUntouched = false;
         return settle(answer, isUntouched);
     }
@@ -240,9 +246,9 @@ DriveResult Upload::putHidden(const std::string& hidden)
 {
     const Answer put = m_source.putTo(m_session, hidden, {}, m_watch);
     DriveEntry sent;
-    const DriveResult found = put.isOk() || isLost(put) ? m_session.find(hidden, sent) : DriveResult();
+    const DriveResult found = put.isOk() || mayBeDone(put) ? m_session.find(hidden, sent) : DriveResult();
     const bool isWhole = found.isOk() && qint64(sent.size) == m_source.size();
-    if (!put.isOk() && !(isLost(put) && isWhole))
+    if (!put.isOk() && !(mayBeDone(put) && isWhole))
         return resultOf(put, m_action);
     return isWhole || !found.isOk() ? found : cutShort(sent.size);
 }
@@ -266,12 +272,11 @@ DriveResult Upload::putAside()
 DriveResult Upload::putInChunks()
 {
     const QUrl destination = m_session.address.of(m_upload.path);
-    const QByteArray name = QCryptographicHash::hash(destination.toEncoded() + ' ' + m_source.sum() + ' ' +
-                                                         QByteArray::fromStdString(m_before.etag),
-                                                     QCryptographicHash::Sha1)
-                                .toHex();
-    Chunks chunks(m_session, "quillet-" + name, destination);
+    Chunks chunks(m_session, destination, m_source.sum() + ' ' + QByteArray::fromStdString(m_before.etag));
     DriveResult result = chunks.send(m_upload.source, m_source.size(), m_action, m_watch);
+    // That took its time, and a condition on the way is one that not every server looks at.
+    if (result.isOk() && (!m_lock || m_lock->isLost()))
+        result = compareAgain();
     if (result.isOk())
         result = moveFrom(chunks.whole());
     // What a broken connection left is gone on with by the next save of the same content.
@@ -286,6 +291,8 @@ DriveResult Upload::moveFrom(const QUrl& place)
                     {"Overwrite", m_isThere || m_lock ? "T" : "F"}};
     if (m_lock)
         headers.push_back(m_lock->taggedCondition());
+    else if (m_isThere && m_session.traits.chunkedUpload && !m_before.etag.empty())
+        headers.push_back(onlyOver(headers.front().second, m_before.etag));
     if (m_session.traits.chunkedUpload)
         headers.push_back({"OC-Total-Length", QByteArray::number(m_source.size())});
     if (m_session.traits.checksums)
@@ -293,11 +300,14 @@ DriveResult Upload::moveFrom(const QUrl& place)
     const Answer moved = m_session.http.ask({.method = "MOVE", .url = place, .headers = headers});
     if (moved.isOk()) {
         wasWritten();
+        m_putEtag = moved.header("OC-ETag").toStdString();
         return {};
     }
-    if (moved.status == 412)
-        return changed("another file came to be there meanwhile");
-    if (!isLost(moved))
+    if (moved.status == 412) {
+        const DriveResult compared = compareAgain();
+        return compared.isOk() ? changed("another file came to be there meanwhile") : compared;
+    }
+    if (!mayBeDone(moved))
         return resultOf(moved, m_action);
     // It isn't sent again: one that is done twice has cost both files.
     bool unused = false;
@@ -384,12 +394,6 @@ DriveResult Upload::readBack()
             m_after.etag = etag;
     }
     return {};
-}
-
-void Upload::removeEmpty()
-{
-    // Some servers want to be told whose token it is.
-    static_cast<void>(m_session.remove(m_upload.path, {m_lock->taggedCondition()}));
 }
 
 } // namespace Vs::Cloud

@@ -24,6 +24,8 @@ private:
     DriveResult underLock(DriveEntry& entry);
     /// Looks at what is there and compares it with what was known.
     DriveResult compare();
+    /// The same with what was there when the save began.
+    DriveResult compareAgain();
     DriveResult changed(const std::string& why) const;
     DriveResult cutShort(std::uint64_t size) const;
 
@@ -52,8 +54,6 @@ private:
     bool isOurs(const DriveEntry& found);
 
     DriveResult readBack();
-    /// A file that came to be by locking its name, and that nothing was written to.
-    void removeEmpty();
 
     Session& m_session;
     const DriveUpload& m_upload;

@@ -1,14 +1,13 @@
 #include "Server/Skyvault/Client/Transport.h"
+#include "Tests/Server/Skyvault/Client/ScriptedServer.h"
 #include "Tests/Support/Process.h"
 #include "Tests/Support/Servers/TestServer.h"
 
 #include <QCoreApplication>
-#include <QProcess>
 #include <QUrl>
 #include <QUrlQuery>
 
 #include <chrono>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
 #include <thread>
@@ -32,49 +31,6 @@ private:
 };
 
 const auto* const s_application = testing::AddGlobalTestEnvironment(new Application);
-
-/// Servers that a person signs in to by a browser, run by a script: strict ones of our own, or real ones.
-class SignInServer
-{
-public:
-    explicit SignInServer(const char* script = "sign_in.py")
-    {
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(
-            QUILLET_TEST_SUPPORT "/as_plain_user.sh",
-            {QUILLET_PYTHON, "-B", QUILLET_TEST_SUPPORT "/Servers/" + QString::fromLatin1(script)});
-        m_address = line();
-        if (m_address.starts_with("missing "))
-            m_missing = m_address.substr(std::strlen("missing "));
-    }
-    ~SignInServer()
-    {
-        m_process.closeWriteChannel();
-        m_process.waitForFinished();
-    }
-    SignInServer(const SignInServer&) = delete;
-    SignInServer& operator=(const SignInServer&) = delete;
-
-    const std::string& address() const { return m_address; }
-    /// What isn't installed for it; empty if it runs.
-    const std::string& missing() const { return m_missing; }
-    void order(const std::string& order)
-    {
-        m_process.write(QByteArray::fromStdString(order + '\n'));
-        EXPECT_EQ(line(), "done");
-    }
-
-private:
-    std::string line()
-    {
-        while (!m_process.canReadLine() && m_process.waitForReadyRead(30000)) {
-        }
-        return m_process.readLine().trimmed().toStdString();
-    }
-
-    QProcess m_process;
-    std::string m_address, m_missing;
-};
 
 /// A person's browser, which goes its ways while the client waits.
 class Browser
@@ -161,7 +117,7 @@ bool comes(const std::function<bool()>& condition)
 
 TEST(SignInTest, TheLoginFlowGivesAPasswordThatTheDriveTakes)
 {
-    SignInServer server;
+    ScriptedServer server("sign_in.py");
     const DriveOffer offer = offerOf(server.address());
     EXPECT_TRUE(offer.browserFlow);
     EXPECT_TRUE(offer.password);
@@ -183,7 +139,7 @@ TEST(SignInTest, TheLoginFlowGivesAPasswordThatTheDriveTakes)
 
 TEST(SignInTest, ALoginFlowThatThePersonOrTheServerEndsGivesNoCredentials)
 {
-    SignInServer server;
+    ScriptedServer server("sign_in.py");
     const DriveOffer offer = offerOf(server.address());
     DriveCredentials credentials;
     const auto nothing = [](auto&) { return true; };
@@ -201,7 +157,7 @@ TEST(SignInTest, ALoginFlowThatThePersonOrTheServerEndsGivesNoCredentials)
 
 TEST(SignInTest, ATokenIsGotByTheBrowserAndRenewedUntilTheServerRefuses)
 {
-    SignInServer server;
+    ScriptedServer server("sign_in.py");
     const DriveOffer offer = offerOf(server.address() + "dav");
     EXPECT_TRUE(offer.oauth2);
     EXPECT_FALSE(offer.password);
@@ -236,7 +192,7 @@ TEST(SignInTest, ATokenIsGotByTheBrowserAndRenewedUntilTheServerRefuses)
 
 TEST(SignInTest, AnOAuthSignInThatThePersonOrTheServerEndsGivesNoCredentials)
 {
-    SignInServer server;
+    ScriptedServer server("sign_in.py");
     const DriveOffer offer = offerOf(server.address() + "dav");
     DriveCredentials credentials;
     EXPECT_EQ(signIn(
@@ -257,7 +213,7 @@ TEST(SignInTest, AnOAuthSignInThatThePersonOrTheServerEndsGivesNoCredentials)
 
 TEST(SignInTest, NoCodeIsGivenToAnotherServerAndNoneIsSentUnprotected)
 {
-    SignInServer server;
+    ScriptedServer server("sign_in.py");
     const DriveOffer offer = offerOf(server.address() + "dav");
     DriveCredentials credentials;
     server.order("pretend");
@@ -279,7 +235,7 @@ TEST(SignInTest, NoCodeIsGivenToAnotherServerAndNoneIsSentUnprotected)
 
 TEST(SignInTest, ARealTokenServersTokensAreTakenAndRenewedUntilTheyAreRevoked)
 {
-    SignInServer server("token_drive.py");
+    ScriptedServer server("token_drive.py");
     REQUIRE_SERVER(server);
     const DriveOffer offer = offerOf(server.address());
     EXPECT_TRUE(offer.oauth2);
