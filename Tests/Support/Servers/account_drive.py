@@ -79,9 +79,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.path = urllib.parse.unquote(urllib.parse.urlsplit(self.path).path)
         wanted = int(self.headers.get("Content-Length", 0))
         self.body = self.rfile.read(wanted)
+        self.is_whole = len(self.body) == wanted
         with State.lock:
             try:
-                self.is_whole = len(self.body) == wanted
                 self.route()
             except Refused as refused:
                 if str(refused):
@@ -110,6 +110,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
         raise Refused(404)
 
     def answer(self, status, content=b"", *headers):
+        if not self.is_whole:
+            return  # Nobody is there any more.
         self.send_response(status)
         for header in headers:
             self.send_header(*header)
@@ -280,10 +282,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
         demand(re.fullmatch(r"0*\d{1,5}", chunk) and 1 <= int(chunk) <= 10000, "a chunk's name is a number from 1 to 10000")
         demand(len(self.body) <= min(MOST_CHUNK, total), "more than a chunk may have")
         demand("If-Match" not in self.headers and "If" not in self.headers, "a condition about what isn't there")
-        if not self.is_whole:
+        if self.is_whole:
+            upload.chunks[chunk] = self.body
+        else:
             upload.chunks.setdefault(chunk, self.body)  # What came of one that broke off stays.
-            return
-        upload.chunks[chunk] = self.body
         self.answer(201)
 
     def assemble(self, name, upload, target):

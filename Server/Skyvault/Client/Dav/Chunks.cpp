@@ -97,6 +97,9 @@ DriveResult Chunks::sendMissing(const std::string& source, qint64 size, const st
                 return resultOf(answer, action);
         }
         offset += length;
+        // A chunk may be through before anybody was asked, or need not be sent.
+        if (watch.progress && !watch.progress(std::uint64_t(offset), std::uint64_t(size)))
+            return failed(CloudErrorState::Cancelled, action, {});
     }
     return {};
 }

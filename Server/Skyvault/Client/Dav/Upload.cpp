@@ -279,8 +279,8 @@ DriveResult Upload::putInChunks()
         result = compareAgain();
     if (result.isOk())
         result = moveFrom(chunks.whole());
-    // What a broken connection left is gone on with by the next save of the same content.
-    if (!result.isOk() && result.state != CloudErrorState::Unreachable)
+    // What a broken connection left is gone on with by the next save, unless the server is still at it.
+    if (!result.isOk() && result.state != CloudErrorState::Unreachable && !m_mayBeMoving)
         chunks.remove();
     return result;
 }

@@ -259,6 +259,18 @@ TEST_F(AccountDriveTest, AnUploadInChunksWhoseLastAnswerIsLostIsLookedUp)
     ASSERT_EQ(save(kLarge).detail, "");
     EXPECT_EQ(requestsOf("MOVE"), 1);
     EXPECT_EQ(contentOnServer(), kLarge);
+
+    // A gateway that waits no longer: nothing is taken from under a server that may be putting them together.
+    m_proxy.onRequest([](const FaultProxy::Request& request) {
+        return isAt(request, ".file") ? std::optional(Fault::answer(504)) : std::nullopt;
+    });
+    const std::string next = kLarge.substr(1), known = m_entry.etag;
+    EXPECT_EQ(save(next, known).state, CloudErrorState::ServerError);
+    EXPECT_EQ(requestsOf("DELETE"), 0);
+    m_proxy.onRequest({});
+    ASSERT_EQ(save(next, known).detail, "");
+    EXPECT_EQ(requestsOfUploads(), "MKCOL PROPFIND MOVE .file");
+    EXPECT_EQ(contentOnServer(), next);
 }
 
 TEST_F(AccountDriveTest, ACommentIsKeptOnceAndWithoutCommentsItIsAProperty)
