@@ -316,6 +316,14 @@ TEST_P(OtherClockTest, SavesCommentsAndWaitsGoByTheServersTimes)
     m_server.order("clock " + std::to_string(GetParam()));
     ASSERT_EQ(m_drive->connect(std::nullopt, {}).detail, "");
     EXPECT_TRUE(m_drive->traits().isKnown());
+    // What was found out before the client's clock was set counts, unless that was set by days.
+    for (const int factor : {1, 24 * 40}) {
+        DriveTraits known = m_drive->traits();
+        known.probed += std::chrono::seconds(GetParam()) * factor;
+        m_proxy.forgetRequests();
+        ASSERT_EQ(m_drive->connect(known, {}).detail, "");
+        EXPECT_EQ(requestsOf("MKCOL"), factor == 1 ? 0 : 1);
+    }
     ASSERT_EQ(save("small").detail, "");
     // A date at which it takes uploads again: neither an hour from now nor an hour ago.
     m_server.order("busy 3");
