@@ -6,7 +6,6 @@ publish it, is refused, and why goes to standard error and into /state, which te
 address; the drive is /remote.php/webdav, its user ada with the password "sesame". Lines of standard input are orders, each answered by
 "done":
 
-    expire        uploads that were begun are forgotten, as after a day without a chunk
     forgetful     conditions of a MOVE are not looked at
     mute          there are no comments from now on
     busy SECONDS  uploads are refused for so long, with the date at which they will be taken again
@@ -328,9 +327,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
 
 def obey(order, seconds=None):
-    if order == "expire":
-        State.uploads.clear()
-    elif order == "forgetful":
+    if order == "forgetful":
         State.is_forgetful = True
     elif order == "mute":
         State.is_mute = True
