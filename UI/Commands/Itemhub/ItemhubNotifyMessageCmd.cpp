@@ -106,6 +106,7 @@ ItemhubNotifyMessageCmd::ItemhubNotifyMessageCmd(ItemhubNotifyMessageCmdDef* def
                                                  CommandContext* context)
     : Implements(definition, context)
 {
+    repeatable(false);
 }
 
 void ItemhubNotifyMessageCmd::onExecute(Vs::Status& status)

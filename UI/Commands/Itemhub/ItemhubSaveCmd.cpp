@@ -69,7 +69,9 @@ void ItemhubSaveCmd::onExecute(Vs::Status& status)
         // A recording plays without a question.
         commandContext()->addArgument(ItemhubNewItemCmdDef::labelArgument(), label);
     }
-    boost::filesystem::create_directories(boost::filesystem::path(path).parent_path());
+    // A name alone has no folder to be made.
+    if (const auto folder = boost::filesystem::path(path).parent_path(); !folder.empty())
+        boost::filesystem::create_directories(folder);
     Vs::ItemhubUtilities::get()->setCheckinDescription(path, label);
     if (isSamePath(document->path(), path))
         document->save(status);
