@@ -85,12 +85,18 @@ private:
 class ItemhubUploadEvent : public Implements<ItemhubUploadEvent, ItemhubEvent>
 {
 public:
-    explicit ItemhubUploadEvent(boost::filesystem::path document) : m_document(std::move(document)) {}
+    ItemhubUploadEvent(boost::filesystem::path document, std::int64_t version)
+        : m_document(std::move(document)), m_version(version)
+    {
+    }
     /// The local file of the document.
     const boost::filesystem::path& document() const { return m_document; }
+    /// The version that has arrived just now; 0 if none has.
+    std::int64_t version() const { return m_version; }
 
 private:
     boost::filesystem::path m_document;
+    std::int64_t m_version;
 };
 
 /// What happens at the lifecycle service. Each operation does nothing unless overridden. Main thread only:

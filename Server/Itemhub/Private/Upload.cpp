@@ -40,13 +40,14 @@ Upload::Upload(QueueEntry& entry, ItemStore& store, std::string account, const W
 {
 }
 
-void Upload::run()
+std::int64_t Upload::run()
 {
     if (m_entry.sha256.empty())
         hash();
-    if (!isWanted())
-        return WorkFiles::get().change(m_entry.document,
-                                       [this](WorkFile& work) { work.stamp = m_entry.stamp; });
+    if (!isWanted()) {
+        WorkFiles::get().change(m_entry.document, [this](WorkFile& work) { work.stamp = m_entry.stamp; });
+        return 0;
+    }
     if (m_entry.isPosted) {
         if (const auto made = madeBefore())
             return finish(*made);
@@ -203,7 +204,7 @@ void Upload::beginAnew()
     hash();
 }
 
-void Upload::finish(const MadeVersion& made)
+std::int64_t Upload::finish(const MadeVersion& made)
 {
     WorkFiles::get().change(m_entry.document, [&](WorkFile& work) {
         work.attachmentId = made.attachmentId;
@@ -211,6 +212,7 @@ void Upload::finish(const MadeVersion& made)
         work.sha256 = made.version.sha256;
         work.stamp = m_entry.stamp;
     });
+    return made.version.number;
 }
 
 } // namespace Vs::Itemhub

@@ -14,9 +14,10 @@ public:
     /// `account` is the user's name at the service.
     Upload(QueueEntry& entry, ItemStore& store, std::string account, const Watch& watch);
 
-    /// Returns when the version is there, and the working file's record says so. Throws as ItemStore does,
-    /// and Vs::Exception for files of this machine.
-    void run();
+    /// Returns when the version is there, and the working file's record says so: its number, or 0 for a
+    /// content that the service has already. Throws as ItemStore does, and Vs::Exception for files of this
+    /// machine.
+    [[nodiscard]] std::int64_t run();
 
 private:
     /// False for a content that the service has already, and that nobody wants to have as a version.
@@ -30,7 +31,7 @@ private:
     [[nodiscard]] std::optional<MadeVersion> madeBefore();
     [[nodiscard]] bool isOurs(const Web::Version& version) const;
     void beginAnew();
-    void finish(const MadeVersion& made);
+    [[nodiscard]] std::int64_t finish(const MadeVersion& made);
 
     QueueEntry& m_entry;
     ItemStore& m_store;

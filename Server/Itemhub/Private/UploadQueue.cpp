@@ -27,10 +27,11 @@ constexpr std::chrono::seconds kUntilUnlocked{5};
 /// A page between here and the service may answer in its place for a while.
 constexpr int kMostNonsense = 5;
 
-void tellState(const boost::filesystem::path& document)
+/// `version` is the one that has arrived just now; 0 for none.
+void tellState(const boost::filesystem::path& document, std::int64_t version = 0)
 {
-    ItemhubUtilities::results().post([document] {
-        ItemhubUploadEvent event(document);
+    ItemhubUtilities::results().post([document, version] {
+        ItemhubUploadEvent event(document, version);
         ItemhubEventSource::get()->fireUploadStateChanged(&event);
     });
 }
@@ -199,7 +200,8 @@ bool UploadQueue::uploadNext()
         m_uploading = entry->link;
     }
     tellState(entry->document);
-    const Outcome outcome = upload(*entry, store);
+    std::int64_t version = 0;
+    const Outcome outcome = upload(*entry, store, version);
     {
         const std::lock_guard lock(m_mutex);
         m_uploading.clear();
@@ -208,14 +210,15 @@ bool UploadQueue::uploadNext()
             m_nextPause = std::chrono::seconds(1);
         }
     }
-    tellState(entry->document);
+    tellState(entry->document, version);
     return outcome != Outcome::Later;
 }
 
-UploadQueue::Outcome UploadQueue::upload(QueueEntry& entry, const std::shared_ptr<ItemStore>& store)
+UploadQueue::Outcome UploadQueue::upload(QueueEntry& entry, const std::shared_ptr<ItemStore>& store,
+                                         std::int64_t& version)
 try {
     const Watch watch{[this](auto, auto) { return !m_cancelled; }};
-    Upload(entry, *store, Session::get().facts().account.name, watch).run();
+    version = Upload(entry, *store, Session::get().facts().account.name, watch).run();
     Session::get().answered(store.get(), true);
     m_nonsense = 0;
     return Outcome::Done;

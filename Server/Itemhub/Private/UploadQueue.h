@@ -50,7 +50,9 @@ private:
     void loop();
     [[nodiscard]] std::optional<QueueEntry> next() const;
     [[nodiscard]] bool uploadNext();
-    [[nodiscard]] Outcome upload(QueueEntry& entry, const std::shared_ptr<ItemStore>& store);
+    /// `version` is set to the one that has arrived.
+    [[nodiscard]] Outcome upload(QueueEntry& entry, const std::shared_ptr<ItemStore>& store,
+                                 std::int64_t& version);
     [[nodiscard]] Outcome failed(QueueEntry& entry, QueueEntry::State state, const std::string& reason);
     void tellOfSignIn(const std::wstring& message);
     void queueFound();

@@ -7,6 +7,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Session/Private/AutoSaveMessages.h"
 #include "UI/Base/Window/BellButton.h"
 #include "UI/Base/Window/MainWindow.h"
@@ -129,6 +130,38 @@ TEST_F(NotificationsTest, TheBellCountsWhatWasNotSeenAndTheListShowsTheNewestFir
     settle();
     EXPECT_EQ(titles().front(), L"Fourth");
     EXPECT_EQ(count(), "");
+}
+
+TEST_F(NotificationsTest, AFileThatAServiceKeepsIsShownByItsPlaceAndSavedWhenItHasArrived)
+{
+    const std::wstring kept = (folder.path() / "copies/wheel.vlra").wstring();
+    const std::wstring own = (folder.path() / "own.vlra").wstring();
+    const FilePlace place([&](const boost::filesystem::path& file) -> std::optional<FilePlace::Answer> {
+        if (file.wstring() != kept)
+            return std::nullopt;
+        return FilePlace::Answer{.place = L"Drive \u203a wheel", .folder = L"Drive", .isSent = true};
+    });
+    Vs::Document* document = newAsset()->document();
+    const auto save = [&](const std::wstring& path) {
+        document->path(path);
+        Vs::DocumentEvent event(document, Vs::Timing::After);
+        Vs::DocumentEventSource::get()->fireDocumentSaved(&event);
+    };
+    save(kept);
+    EXPECT_TRUE(NotificationCenter::get()->notifications().empty()) << "the service's side tells it";
+    save(own);
+    save(own);
+    Vs::NotificationRequest request;
+    request.title = L"Held";
+    request.file = kept;
+    request.clientID = L"Test";
+    NotificationCenter::get()->sendNotification(std::move(request));
+    const NotificationPanel* list = openList();
+    settle();
+    ASSERT_EQ(list->rows().size(), 2u) << "one for each file";
+    EXPECT_TRUE(list->rows()[0]->accessibleName().contains(QStringLiteral("Drive \u203a wheel")));
+    EXPECT_FALSE(list->rows()[0]->accessibleName().contains(QStringLiteral("copies")));
+    EXPECT_TRUE(list->rows()[1]->accessibleName().contains(QString::fromStdWString(own)));
 }
 
 TEST_F(NotificationsTest, TheKeysReachEverythingInTheList)

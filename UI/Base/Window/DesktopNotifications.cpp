@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QDBusConnection>
@@ -125,7 +126,7 @@ void DesktopNotifications::send(Vs::Notification* notification)
     QString body = QString::fromStdWString(notification->text());
     if (!notification->file().empty())
         body += (body.isEmpty() ? QString() : QStringLiteral("\n")) +
-                QString::fromStdWString(notification->file());
+                QString::fromStdWString(FilePlace::shown(notification->file()));
     if (m_takesMarkup)
         body = body.toHtmlEscaped();
     QDBusMessage message = call(QStringLiteral("Notify"));

@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Window/Glyph.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
@@ -71,7 +72,8 @@ NotificationRow::NotificationRow(Vs::Notification* notification, Place place, QW
     row->addLayout(column, 1);
     addHead(*column);
     addText(*column, shortened(notification->text()), "notificationText");
-    addText(*column, shortened(notification->file()), "notificationFile");
+    const std::wstring file = FilePlace::shown(notification->file());
+    addText(*column, shortened(file), "notificationFile");
     addText(*column, shortened(notification->clickText()), "notificationClick");
     addActions(*column);
     m_close = [notification] {
@@ -79,8 +81,7 @@ NotificationRow::NotificationRow(Vs::Notification* notification, Place place, QW
     };
     QStringList parts{QString::fromStdWString(localized(kind.key, kind.name)),
                       shortened(notification->title())};
-    for (const std::wstring* part :
-         {&notification->text(), &notification->file(), &notification->clickText()})
+    for (const std::wstring* part : {&notification->text(), &file, &notification->clickText()})
         if (!part->empty())
             parts << shortened(*part);
     setAccessibleName(parts.join(QStringLiteral(". ")));

@@ -16,14 +16,17 @@
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/ProgressBar.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Commands/Cloud/CloudCommands.h"
 #include "UI/Commands/Localized.h"
+#include "UI/Commands/Resources.h"
 
 #include <QCoreApplication>
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -55,22 +58,26 @@ void deliverResults()
         Vs::CloudCacheManager::results().runOnce();
 }
 
-std::wstring shownPlace(const boost::filesystem::path& file, bool withName)
+std::optional<FilePlace::Answer> placeOf(const boost::filesystem::path& file)
 {
     if (!Vs::PathInfo::isPathInCloudCache(file))
-        return {};
-    std::wstring place = Vs::SkyvaultUtilities::getCloud_TM();
+        return std::nullopt;
+    FilePlace::Answer answer{.place = Vs::SkyvaultUtilities::getCloud_TM(),
+                             .folder = {},
+                             .mark = Resources::Cloud(),
+                             .isSent = true};
     std::vector<boost::filesystem::path> stack;
     const boost::filesystem::path root =
         Vs::SkyvaultUtilities::currentCachePath(Vs::MeshportAuth::globalInstance());
-    // Of another account, the place says nothing to a person.
-    if (!Vs::SkyvaultUtilities::getRelativeStack(root, file, stack) || stack.empty())
-        return place;
-    if (!withName)
-        stack.pop_back();
-    for (const boost::filesystem::path& each : stack)
-        place += L" \u203a " + each.wstring();
-    return place;
+    // Of another account, the stack says nothing to a person.
+    if (!Vs::SkyvaultUtilities::getRelativeStack(root, file, stack))
+        stack.clear();
+    answer.folder = answer.place;
+    for (const boost::filesystem::path& each : stack) {
+        answer.folder = answer.place;
+        answer.place += L" \u203a " + each.wstring();
+    }
+    return answer;
 }
 
 class Listener : public Vs::CloudEventSite
@@ -95,7 +102,7 @@ private:
         Vs::NotificationRequest request;
         request.title = localizedFormat("CloudConflict", "%1% was not saved to the drive",
                                         event->file().filename().wstring());
-        request.text = event->text() + L'\n' + CloudDocuments::placeOf(event->file());
+        request.text = event->text() + L'\n' + FilePlace::shown(event->file().wstring());
         request.clientID = senderOf(event->file());
         request.type = Vs::NotificationType::makeByType(Vs::NotificationType::Offer);
         request.actions = {{localized("CloudSaveCopy", "Save a Copy"),
@@ -122,6 +129,7 @@ private:
         m_timer->start(kRetryInterval);
     }
 
+    const FilePlace m_place{placeOf};
     std::unique_ptr<QTimer> m_timer;
 };
 
@@ -171,16 +179,6 @@ bool CloudDocuments::isOfDrive(const Vs::Document& document)
     if (last.first != document.path())
         last = {document.path(), Vs::PathInfo::isPathInCloudCache(document.path())};
     return last.second;
-}
-
-std::wstring CloudDocuments::placeOf(const boost::filesystem::path& file)
-{
-    return shownPlace(file, true);
-}
-
-std::wstring CloudDocuments::folderOf(const boost::filesystem::path& file)
-{
-    return shownPlace(file, false);
 }
 
 void CloudDocuments::saveConflictCopy(const boost::filesystem::path& file)

@@ -2,8 +2,6 @@
 
 #include <boost/filesystem/path.hpp>
 
-#include <string>
-
 namespace Vs {
 class Document;
 }
@@ -12,7 +10,8 @@ namespace Vu::Commands {
 
 /// What open documents have to do with the cloud drive beside the commands: a document whose path lies in the
 /// cache is known to be of the drive, one that had waited learns its identifier when it has arrived, and a
-/// save that was refused for another's version stays as a notification. Main thread only.
+/// save that was refused for another's version stays as a notification. A file of the cache is shown by its
+/// place on the drive, one of another account by the drive's name alone (FilePlace). Main thread only.
 class CloudDocuments
 {
 public:
@@ -23,12 +22,6 @@ public:
     /// Whether a document is one of the drive: it has its identifier, or waits for it in the cache while the
     /// drive can't be reached.
     [[nodiscard]] static bool isOfDrive(const Vs::Document& document);
-
-    /// Where a file of the cache lies on the drive, as a person reads it: "Skyvault \u203a parts \u203a
-    /// wheel.vlra". Of another account's file the drive's name alone. Empty for files elsewhere.
-    [[nodiscard]] static std::wstring placeOf(const boost::filesystem::path& file);
-    /// The folder that it is in: "Skyvault \u203a parts".
-    [[nodiscard]] static std::wstring folderOf(const boost::filesystem::path& file);
 
     /// Saves what was refused as a new file beside the other's on the drive; an open document goes along.
     /// What fails is told.

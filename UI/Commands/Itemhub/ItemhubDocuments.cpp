@@ -7,21 +7,34 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/ProgressBar.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
 #include "UI/Commands/Itemhub/ItemhubFeed.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
 #include "UI/Commands/Itemhub/ItemhubSnapshots.h"
 #include "UI/Commands/Itemhub/ItemhubThreads.h"
+#include "UI/Commands/Localized.h"
 
 #include <QCoreApplication>
 
 #include <memory>
+#include <optional>
 #include <tuple>
 
 namespace Vu::Commands {
 namespace {
 
 using Vs::ItemhubUtilities;
+
+std::optional<FilePlace::Answer> placeOf(const boost::filesystem::path& file)
+{
+    const auto item = ItemhubUtilities::get()->itemOf(file);
+    if (!item)
+        return std::nullopt;
+    const std::wstring place =
+        localizedFormat("ItemhubPlace", "%1% › item %2%", ItemhubUtilities::getItemhub_TM(), item->itemId);
+    return FilePlace::Answer{.place = place, .folder = place, .isSent = true};
+}
 
 class Listener : public Vs::ItemhubEventSite
 {
@@ -42,6 +55,7 @@ private:
 
     ItemhubSnapshots m_snapshots;
     ItemhubFeed m_feed;
+    const FilePlace m_place{placeOf};
 
     /// Nobody is asked before there is a list that shows the answer.
     static void refresh()

@@ -24,14 +24,6 @@ ItemhubItems::Attachment ItemhubItems::designOf(int itemId)
     return {};
 }
 
-std::wstring ItemhubItems::placeOf(const std::wstring& path)
-{
-    const auto item = path.empty() ? std::nullopt : ItemhubUtilities::get()->itemOf(path);
-    return item ? localizedFormat("ItemhubPlace", "%1% › item %2%", ItemhubUtilities::getItemhub_TM(),
-                                  item->itemId)
-                : std::wstring();
-}
-
 void ItemhubItems::openLater(int itemId)
 {
     Application::get()->deferredTasks()->post([itemId] {

@@ -15,10 +15,6 @@ public:
     /// The design among the item's attachments; one without an address if it has none.
     [[nodiscard]] static Attachment designOf(int itemId);
 
-    /// What a person reads in place of the path of an item's file: "Itemhub \u203a item 17". Empty for other
-    /// files.
-    [[nodiscard]] static std::wstring placeOf(const std::wstring& path);
-
     /// Behind the current event: opens the design of an item as a click does, which may ask about the shown
     /// document. What is wrong is told by ItemhubUtilities::fireErrorMessage.
     static void openLater(int itemId);

@@ -7,8 +7,8 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Program/LabelDescriptionDialog.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Commands/Itemhub/ItemhubCreateCommentIDCmd.h"
-#include "UI/Commands/Itemhub/ItemhubItems.h"
 
 #include <boost/algorithm/string/predicate.hpp>
 namespace {
@@ -172,7 +172,7 @@ TEST_F(DashboardTest, AnAttachmentIsOpenedByItsAddressAndCalledAsTheItem)
     answer(open(address));
     ASSERT_EQ(documents(), 1u) << (told().empty() ? "" : Vs::Strings::narrow(told()[0]));
     EXPECT_EQ(activeDocument()->displayName(), L"Wheel");
-    EXPECT_EQ(ItemhubItems::placeOf(activeDocument()->path()),
+    EXPECT_EQ(Vu::FilePlace::shown(activeDocument()->path()),
               Vs::ItemhubUtilities::getItemhub_TM() + L" \u203a item " + std::to_wstring(item));
     EXPECT_EQ(parts(), 1u);
     bool asked = false;

@@ -1,6 +1,5 @@
 #include "UI/Base/Session/Private/SavingHandler.h"
 
-#include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/DocumentType.h"
@@ -9,10 +8,11 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
-#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/DocumentWatch.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Base/Session/SavedNotice.h"
 #include "UI/Base/Session/SessionMgr.h"
 
 #include <algorithm>
@@ -31,7 +31,7 @@ bool askForPath(Vs::Document& document)
     return true;
 }
 
-/// `question` has the path in it.
+/// `question` has the place of the file in it.
 Vs::EDocMgmtOpCode askAboutFile(Vs::Document& document, const std::wstring& question)
 {
     MessageBox box(question);
@@ -50,32 +50,25 @@ Vs::EDocMgmtOpCode askAboutFile(Vs::Document& document, const std::wstring& ques
     }
 }
 
-/// The worst of the answers; no opinion where nobody can be asked. `question(path)` is what is asked.
+/// The worst of the answers; no opinion where nobody can be asked. `question(place)` is what is asked.
 template <class Question>
 Vs::EDocMgmtOpCode askAboutFiles(const Vs::IDocMgmtHandler::Documents& documents, Question&& question)
 {
     if (!MessageBox::canAsk())
         return Vs::eDocMgmtNoOpinion;
     for (Vs::Document* document : documents)
-        if (askAboutFile(*document, question(document->path())) == Vs::eDocMgmtStop)
+        if (askAboutFile(*document, question(FilePlace::shown(document->path()))) == Vs::eDocMgmtStop)
             return Vs::eDocMgmtStop;
     return Vs::eDocMgmtGoOn;
 }
 
-/// One for each file: who saves often doesn't want to read it as often.
 void tellSaved(const Vs::Document& document)
 {
-    // What was written is the copy here, which nobody has saved it for; the drive's side tells the rest.
-    if (Vs::PathInfo::isPathInCloudCache(document.path()))
+    // What was written may be a copy here alone, which nobody has saved it for.
+    if (const auto place = FilePlace::of(document.path()); place && place->isSent)
         return;
-    constexpr const wchar_t* kSender = L"Saved";
-    auto* center = Vs::NotificationCenter::get();
-    center->removeAboutFile(kSender, document.path());
-    Vs::NotificationRequest request;
-    request.title = localizedFormat("DocumentSaved", "\"%1%\" is saved", document.displayName());
-    request.file = document.path();
-    request.clientID = kSender;
-    center->sendNotification(std::move(request));
+    SavedNotice::show(localizedFormat("DocumentSaved", "\"%1%\" is saved", document.displayName()),
+                      document.path());
 }
 
 } // namespace
@@ -109,25 +102,25 @@ Vs::EDocMgmtOpCode SavingHandler::onSavingReadOnlyFiles(const Documents& documen
     };
     if (std::all_of(documents.begin(), documents.end(), isFreeAgain))
         return Vs::eDocMgmtGoOn;
-    return askAboutFiles(documents, [&](const std::wstring& path) {
+    return askAboutFiles(documents, [&](const std::wstring& place) {
         for (const Vs::Document* document : documents)
             if (const Vs::FileUser* user = Vs::HeldFiles::holder(document))
                 return localizedFormat("SavingHeldFile",
                                        "%1%\nDo you want to overwrite \"%2%\" all the same?",
-                                       DocumentWatch::whoHasIt(*user), path);
+                                       DocumentWatch::whoHasIt(*user), place);
         return localizedFormat("SavingReadOnlyFile",
                                "\"%1%\" is write-protected.\nDo you want to overwrite it all the same?",
-                               path);
+                               place);
     });
 }
 
 Vs::EDocMgmtOpCode SavingHandler::onSavingChangedFiles(const Documents& documents)
 {
-    return askAboutFiles(documents, [](const std::wstring& path) {
+    return askAboutFiles(documents, [](const std::wstring& place) {
         return localizedFormat("SavingChangedFile",
                                "Another program has changed \"%1%\" since it was opened.\nDo you want to "
                                "overwrite what it has written?",
-                               path);
+                               place);
     });
 }
 

@@ -5,9 +5,8 @@
 #include "Server/DataModel/Document.h"
 #include "Server/Skyvault/CloudCacheManager.h"
 #include "Server/Skyvault/CloudEvents.h"
-#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/DocumentRemark.h"
-#include "UI/Commands/Cloud/CloudDocuments.h"
+#include "UI/Base/Session/SavedNotice.h"
 #include "UI/Commands/Localized.h"
 
 #include <set>
@@ -32,18 +31,10 @@ std::wstring remarkOf(const Vs::Document& document)
     }
 }
 
-/// One for each file, which is its sender then: who saves often doesn't want to read it as often.
 void tellSaved(const boost::filesystem::path& file, const std::wstring& title)
 {
-    if (Vs::TranscriptMgr::get()->replaying())
-        return;
-    Vs::NotificationRequest request;
-    request.title = title;
-    request.text = CloudDocuments::placeOf(file);
-    request.clientID = L"CloudSaved" + file.wstring();
-    auto* center = Vs::NotificationCenter::get();
-    center->removeByClientID(request.clientID);
-    center->sendNotification(std::move(request));
+    if (!Vs::TranscriptMgr::get()->replaying())
+        SavedNotice::show(title, file.wstring());
 }
 
 class Teller : public Vs::CloudEventSite

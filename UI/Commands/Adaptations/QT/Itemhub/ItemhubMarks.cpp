@@ -1,11 +1,14 @@
-// What the window tells of items' documents: behind their names how far their newest save has got, and in the
-// feed their versions and what people have said.
+// What the window tells of items' documents: behind their names how far their newest save has got, and that a
+// version has arrived.
 
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
 #include "Server/Itemhub/ItemhubEvents.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/DocumentRemark.h"
+#include "UI/Base/Session/SavedNotice.h"
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
 #include "UI/Commands/Localized.h"
 
@@ -41,6 +44,18 @@ std::wstring remarkOf(const Vs::Document& document)
                : localizedFormat("ItemhubTitleVersion", "item %1%, version %2%", item->itemId, item->version);
 }
 
+/// A save is over when its version has arrived.
+void tellArrived(const boost::filesystem::path& file, std::int64_t version)
+{
+    if (Vs::TranscriptMgr::get()->replaying())
+        return;
+    const Vs::DocumentMgr* manager = Vs::DocumentMgr::get();
+    const Vs::Document* document = manager ? manager->document(file.wstring()) : nullptr;
+    SavedNotice::show(localizedFormat("ItemhubSaved", "\"%1%\" is saved as version %2%",
+                                      document ? document->displayName() : file.stem().wstring(), version),
+                      file.wstring());
+}
+
 class Teller : public Vs::ItemhubEventSite
 {
 public:
@@ -49,7 +64,12 @@ public:
 
 private:
     void sessionChanged(Vs::ItemhubEvent*) override { tell(); }
-    void uploadStateChanged(Vs::ItemhubUploadEvent*) override { tell(); }
+    void uploadStateChanged(Vs::ItemhubUploadEvent* event) override
+    {
+        if (event->version() != 0)
+            tellArrived(event->document(), event->version());
+        tell();
+    }
     void itemChanged(Vs::ItemhubItemEvent*) override { tell(); }
     static void tell()
     {

@@ -8,15 +8,14 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Session/Thumbnail.h"
 #include "UI/Base/Workspace/Workspace.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
-#include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
-#include "UI/Commands/Itemhub/ItemhubItems.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/AssetShell.h"
@@ -123,14 +122,10 @@ void OpenSection::fill()
         auto* tile = new Tile(nameOf(*session->asset()),
                               iconOfDocumentType(document->documentType()->identifier()), this);
         const std::wstring path = document->path().empty() ? document->importedFrom() : document->path();
-        const std::wstring onDrive = CloudDocuments::placeOf(path);
-        const std::wstring item = ItemhubItems::placeOf(path);
         tile->place(path.empty() ? text("HomeNotSaved", "Not saved yet")
-                                 : QString::fromStdWString(!onDrive.empty() ? onDrive
-                                                           : !item.empty()  ? item
-                                                                            : path));
-        if (!onDrive.empty())
-            tile->mark(iconOf(Resources::Cloud()));
+                                 : QString::fromStdWString(FilePlace::shown(path)));
+        if (const auto place = FilePlace::of(path); place && place->mark)
+            tile->mark(iconOf(place->mark));
         const QString remark = QString::fromStdWString(DocumentRemark::of(*document));
         const QString changed = document->isDirty(false) ? text("HomeChanged", "Changed") : QString();
         tile->note(changed.isEmpty() || remark.isEmpty() ? changed + remark

@@ -4,14 +4,13 @@
 #include "Server/Skyvault/MeshportAuth.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Session/ReplacingDocument.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
-#include "UI/Commands/Cloud/CloudDocuments.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
-#include "UI/Commands/Itemhub/ItemhubItems.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 
@@ -96,15 +95,12 @@ void RecentSection::fill()
         const std::wstring path = document->path();
         const QFileInfo file(QString::fromStdWString(path));
         auto* tile = new Tile(file.completeBaseName(), iconOfFile(path), this);
-        const QString onDrive = QString::fromStdWString(CloudDocuments::placeOf(path));
-        const QString item = QString::fromStdWString(ItemhubItems::placeOf(path));
-        if (onDrive.isEmpty()) {
-            tile->place(item.isEmpty() ? folderOf(file) : item);
-        } else {
-            tile->place(QString::fromStdWString(CloudDocuments::folderOf(path)));
-            tile->mark(iconOf(Resources::Cloud()));
-        }
-        PlainText::setTooltip(tile, onDrive.isEmpty() ? QDir::toNativeSeparators(file.filePath()) : onDrive);
+        const auto place = FilePlace::of(path);
+        tile->place(place ? QString::fromStdWString(place->folder) : folderOf(file));
+        if (place && place->mark)
+            tile->mark(iconOf(place->mark));
+        PlainText::setTooltip(tile, place ? QString::fromStdWString(place->place)
+                                          : QDir::toNativeSeparators(file.filePath()));
         connect(tile, &Tile::clicked, this, [path] { open(path); });
         tile->onRemove([path] { RecentDocumentMgr::get()->remove(path); }, iconOf(Resources::DeleteMRU()),
                        text("HomeRemove", "Remove from this list"));

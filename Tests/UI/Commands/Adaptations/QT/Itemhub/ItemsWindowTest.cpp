@@ -6,7 +6,9 @@
 #include "Tests/UI/Commands/Itemhub/WithItems.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/AreaContents.h"
+#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/DocumentRemark.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Window/LabelDialog.h"
 #include "UI/Base/Window/PreferencesDialog.h"
 #include "UI/Commands/Adaptations/QT/Itemhub/ItemhubSearchHandler.h"
@@ -252,6 +254,26 @@ TEST_F(ItemsWindowTest, FavouritesAreButtonsThatOpenTheirItem)
     EXPECT_EQ(itemOfShown(), item);
     EXPECT_EQ(buttons("BrowserFoot", "favourite").size(), 1);
     EXPECT_NE(Vu::DocumentRemark::of(*activeDocument()).find(L"version"), std::wstring::npos);
+}
+
+TEST_F(ItemsWindowTest, ASaveIsToldOnceWithTheVersionThatHasArrived)
+{
+    newItem(L"Told wheel");
+    answer(L"Design.Box 1 1 1");
+    answer(L"Document.Save");
+    const std::wstring file = activeDocument()->path();
+    const auto version = [&] { return std::to_wstring(hub().itemOf(file)->version); };
+    const auto newest = [] {
+        const auto all = Vs::NotificationCenter::get()->notifications();
+        return all.empty() ? std::wstring() : all.front()->title();
+    };
+    ASSERT_TRUE(arrives());
+    EXPECT_TRUE(until([&] { return newest() == L"\"Told wheel\" is saved as version " + version(); }))
+        << Vs::Strings::narrow(newest());
+    const auto all = Vs::NotificationCenter::get()->notifications();
+    ASSERT_EQ(all.size(), 1u) << "one for each file";
+    EXPECT_EQ(Vu::FilePlace::shown(all[0]->file()),
+              Vs::ItemhubUtilities::getItemhub_TM() + L" \u203a item " + std::to_wstring(itemOfShown()));
 }
 
 TEST_F(ItemsWindowTest, APersonSignsInByNameAndPasswordAndThePageTellsIt)

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <boost/filesystem/path.hpp>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace Vs {
+class ImageSetResource;
+}
+
+namespace Vu {
+
+/// What an add-in has to say about where files lie that a service keeps: their paths here are those of copies
+/// in the profile, which say nothing to a person. Tiles, questions and notifications show the place instead.
+/// Registered for as long as it lives. Main thread only.
+class FilePlace
+{
+public:
+    struct Answer
+    {
+        std::wstring place;                         ///< "Skyvault \u203a parts \u203a wheel.vlra".
+        std::wstring folder;                        ///< Beside the file's name: "Skyvault \u203a parts".
+        const Vs::ImageSetResource* mark = nullptr; ///< Of the service, for a tile; null for none.
+        /// Whether a save is over only when it has arrived there, which is told by who registered this.
+        bool isSent = false;
+    };
+    /// Nothing for a file that isn't the add-in's. Asked often, for any path.
+    using Source = std::function<std::optional<Answer>(const boost::filesystem::path& file)>;
+
+    explicit FilePlace(Source source);
+    ~FilePlace();
+    FilePlace(const FilePlace&) = delete;
+    FilePlace& operator=(const FilePlace&) = delete;
+
+    /// Nothing for a file that lies where its path says, and for an empty path.
+    [[nodiscard]] static std::optional<Answer> of(const std::wstring& path);
+    /// The place, or the path itself where that says it.
+    [[nodiscard]] static std::wstring shown(const std::wstring& path);
+
+private:
+    Source m_source;
+};
+
+} // namespace Vu
