@@ -4,11 +4,13 @@
 #include "Services/Itemhub/Http/Server.h"
 #include "Services/Itemhub/Routes/Api.h"
 #include "Services/Itemhub/Routes/UploadRoutes.h"
+#include "Services/Itemhub/Store/Events.h"
 #include "Services/Itemhub/Store/Items.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <csignal>
@@ -69,15 +71,16 @@ private:
     std::thread m_thread;
 };
 
-/// Removes what has expired, now and then.
+/// Removes what has expired, at the start and now and then.
 class Housekeeping
 {
 public:
     explicit Housekeeping(Routes::Service& service)
         : m_thread([this, &service] {
               std::unique_lock lock(m_mutex);
-              while (!m_end.wait_for(lock, std::chrono::minutes(10), [this] { return m_ended; }))
+              do
                   work(service);
+              while (!m_end.wait_for(lock, std::chrono::minutes(10), [this] { return m_ended; }));
           })
     {
     }
@@ -98,9 +101,25 @@ private:
         try {
             Store::removeExpiredTokens(service.database.connection());
             Routes::removeExpiredUploads(service);
+            removeOld(service);
         } catch (const std::exception& error) {
             std::fprintf(stderr, "quillet-itemhub: what has expired stays: %s\n", error.what());
         }
+    }
+
+    static void removeOld(Routes::Service& service)
+    {
+        Store::Connection& store = service.database.connection();
+        if (const qint64 days = service.config.eventDays)
+            Store::removeEventsBefore(store, daysAgo(days));
+        if (const qint64 days = service.config.auditDays)
+            Store::removeAuditBefore(store, daysAgo(days));
+    }
+
+    static qint64 daysAgo(qint64 days)
+    {
+        constexpr qint64 kDay = 24LL * 3600 * 1000, kMostDays = 36'500;
+        return Store::now() - std::min(days, kMostDays) * kDay;
     }
 
     std::mutex m_mutex;
@@ -191,6 +210,7 @@ int serveLocally(const QString& folder, int pipe)
     const QJsonObject line{{"url", service.config.url}, {"customer", kLocal}, {"token", token.token}};
     if (!writeLine(pipe, QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n'))
         throw std::runtime_error("Nobody reads the pipe to which address and token go.");
+    const Housekeeping housekeeping(service);
     const auto stop = [&] {
         service.events.stop();
         server.stop();

@@ -66,6 +66,8 @@ const std::map<QString, Setter>& settings()
         {"limits.largestUpload", number([](Config& c) -> qint64& { return c.largestUpload; })},
         {"limits.announcedUploads", number([](Config& c) -> qint64& { return c.announcedUploads; })},
         {"limits.uploadHours", number([](Config& c) -> qint64& { return c.uploadHours; })},
+        {"keep.eventDays", number([](Config& c) -> qint64& { return c.eventDays; })},
+        {"keep.auditDays", number([](Config& c) -> qint64& { return c.auditDays; })},
     };
     return all;
 }

@@ -24,6 +24,9 @@ struct Config
     qint64 largestUpload = 8LL << 30;     ///< Bytes.
     qint64 announcedUploads = 64LL << 30; ///< Bytes that one account may have under way.
     qint64 uploadHours = 48;              ///< Until an unfinished upload is forgotten.
+
+    qint64 eventDays = 90;  ///< How long events are kept; 0 for ever.
+    qint64 auditDays = 730; ///< The same of what administrators may want to know.
 };
 
 /// Reads a configuration file in JSON. @throws std::runtime_error that names the file and what is wrong there

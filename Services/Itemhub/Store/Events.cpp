@@ -11,6 +11,18 @@ QVariant idOrNull(qint64 id)
     return id ? QVariant(id) : QVariant();
 }
 
+/// In steps, so that nobody has to wait long. Rows lie in the order of their numbers, which is that of their
+/// times; so only the oldest are looked at.
+void removeBefore(Connection& connection, const char* table, const char* number, qint64 time)
+{
+    const QString statement = QString("DELETE FROM %1 WHERE %2 < (SELECT min(%2) FROM %1) + 1000 AND %2 < "
+                                      "coalesce((SELECT %2 FROM %1 WHERE created_at >= ? ORDER BY %2 LIMIT "
+                                      "1), (SELECT max(%2) FROM %1))")
+                                  .arg(table, number);
+    while (connection.runBuilt(statement, {time}).changed() > 0) {
+    }
+}
+
 } // namespace
 
 void addEvent(Connection& connection, qint64 tenant, qint64 account, const NewEvent& event)
@@ -46,6 +58,11 @@ qint64 lastSerial(Connection& connection)
     return rows.next() ? rows.number(0) : 0;
 }
 
+void removeEventsBefore(Connection& connection, qint64 time)
+{
+    removeBefore(connection, "event", "serial", time);
+}
+
 void addAudit(Connection& connection, qint64 tenant, qint64 account, const QString& action,
               const QString& subject, const QString& address)
 {
@@ -69,6 +86,11 @@ std::vector<AuditRecord> auditTrail(Connection& connection, qint64 limit)
             {rows.text(0), rows.text(1), rows.text(2), rows.text(3), rows.text(4), rows.number(5)});
     std::reverse(records.begin(), records.end());
     return records;
+}
+
+void removeAuditBefore(Connection& connection, qint64 time)
+{
+    removeBefore(connection, "audit", "id", time);
 }
 
 } // namespace Itemhub::Store

@@ -28,6 +28,9 @@ void addEvent(Connection& connection, qint64 tenant, qint64 account, const NewEv
 /// Of all tenants.
 [[nodiscard]] qint64 lastSerial(Connection& connection);
 
+/// Removes those before a time, in milliseconds since 1970; but the newest stays, so that serials go on.
+void removeEventsBefore(Connection& connection, qint64 time);
+
 /// Notes what an administrator may want to know later.
 /// @param tenant, account 0 if unknown
 void addAudit(Connection& connection, qint64 tenant, qint64 account, const QString& action,
@@ -40,5 +43,7 @@ struct AuditRecord
 };
 /// The newest, oldest first.
 [[nodiscard]] std::vector<AuditRecord> auditTrail(Connection& connection, qint64 limit);
+/// Removes those before a time, in milliseconds since 1970; but the newest stays.
+void removeAuditBefore(Connection& connection, qint64 time);
 
 } // namespace Itemhub::Store

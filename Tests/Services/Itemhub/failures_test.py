@@ -5,6 +5,7 @@ import os
 import shutil
 import signal
 import sqlite3
+import time
 import unittest
 
 import service
@@ -106,6 +107,49 @@ class DatabaseTest(ServiceTest):
         finally:
             aside.rename(self.service.database)
         self.assertEqual(self.boss("POST", self.items, {"caption": "x"}).status, 201)
+
+
+class AgeTest(unittest.TestCase):
+    def test_what_is_older_than_is_to_be_kept_goes_at_the_start_and_serials_go_on(self):
+        kept = Service(keep={"eventDays": 30, "auditDays": 0})
+        self.addCleanup(kept.close)
+        kept.admin("customer", "add", "acme")
+        workspace = int(kept.admin("workspace", "add", "acme", "Designs"))
+        boss = kept.start().member("acme", "boss", "admin")
+        for number in range(5):
+            boss("POST", f"/workspaces/{workspace}/items", {"caption": f"item {number}"})
+        kept.stop()
+
+        def serials():
+            client = kept.client(boss.token)
+            for _ in range(100):  # What goes does so behind the start.
+                found = [event["serial"] for event in client("GET", "/events?after=0").json["events"]]
+                if found != before:
+                    break
+                time.sleep(0.1)
+            return found
+
+        with contextlib.closing(sqlite3.connect(kept.database)) as database, database:
+            before = [row[0] for row in database.execute("SELECT serial FROM event ORDER BY serial")]
+            audited = database.execute("SELECT count(*) FROM audit").fetchone()[0]
+            day = 24 * 3600 * 1000
+            database.execute("UPDATE event SET created_at = created_at - ? WHERE serial < ?", (31 * day, before[2]))
+            database.execute("UPDATE event SET created_at = created_at - ? WHERE serial >= ?", (29 * day, before[2]))
+            database.execute("UPDATE audit SET created_at = 1")
+        kept.start()
+        self.assertEqual(serials(), before[2:])
+        kept.stop()
+        with contextlib.closing(sqlite3.connect(kept.database)) as database, database:
+            self.assertEqual(database.execute("SELECT count(*) FROM audit").fetchone()[0], audited, "for ever")
+            database.execute("UPDATE event SET created_at = 1")
+            before = before[2:]
+        kept.configure(keep={"auditDays": 1})
+        kept.start()
+        self.assertEqual(serials(), before[-1:])
+        client = kept.client(boss.token)
+        client("POST", f"/workspaces/{workspace}/items", {"caption": "one more"})
+        self.assertGreater(client("GET", f"/events?after={before[-1]}").json["events"][0]["serial"], before[-1])
+        self.assertLess(len(kept.admin("audit", 100).splitlines()), audited)
 
 
 class StartTest(unittest.TestCase):
