@@ -32,31 +32,31 @@ Comment commentOf(const Rows& rows)
     return {rows.number(0), rows.number(1), rows.text(2), rows.text(3), rows.number(4)};
 }
 
+Version versionOf(const Rows& rows)
+{
+    return {rows.number(0), rows.text(1),   rows.text(2),  rows.number(3),
+            rows.text(4),   rows.number(5), rows.number(6)};
+}
+
 } // namespace
 
 qint64 addAttachment(Connection& connection, qint64 item, qint64 account, const QString& name,
                      const QString& docType)
 {
-    Rows rows =
+    return newId(
         connection.run("INSERT INTO attachment (item_id, name, doc_type, latest, created_by, created_at) "
                        "VALUES (?, ?, ?, 0, ?, ?) RETURNING id",
-                       {item, name, docType, account, now()});
-    return rows.next() ? rows.number(0) : 0;
+                       {item, name, docType, account, now()}));
 }
 
 std::optional<Attachment> findAttachment(Connection& connection, qint64 attachment)
 {
-    Rows rows = connection.run(kOneAttachment, {attachment});
-    return rows.next() ? std::optional(attachmentOf(rows)) : std::nullopt;
+    return firstOf(connection.run(kOneAttachment, {attachment}), attachmentOf);
 }
 
 std::vector<Attachment> attachmentsOf(Connection& connection, qint64 item, const Page& page)
 {
-    std::vector<Attachment> attachments;
-    Rows rows = connection.run(kOfItem, {item, page.after, page.limit});
-    while (rows.next())
-        attachments.push_back(attachmentOf(rows));
-    return attachments;
+    return allOf(connection.run(kOfItem, {item, page.after, page.limit}), attachmentOf);
 }
 
 bool removeAttachment(Connection& connection, qint64 attachment)
@@ -93,12 +93,7 @@ std::optional<Version> findVersion(Connection& connection, qint64 attachment, qi
 
 std::vector<Version> versionsOf(Connection& connection, qint64 attachment, const Page& page)
 {
-    std::vector<Version> versions;
-    Rows rows = connection.run(kVersions, {attachment, page.after, page.limit});
-    while (rows.next())
-        versions.push_back({rows.number(0), rows.text(1), rows.text(2), rows.number(3), rows.text(4),
-                            rows.number(5), rows.number(6)});
-    return versions;
+    return allOf(connection.run(kVersions, {attachment, page.after, page.limit}), versionOf);
 }
 
 void addBlob(Connection& connection, const QString& sha256, qint64 size)
@@ -132,26 +127,20 @@ void eachContent(Connection& connection, const std::function<void(const Content&
 
 qint64 addComment(Connection& connection, qint64 item, qint64 account, const QString& body)
 {
-    Rows rows =
+    return newId(
         connection.run("INSERT INTO comment (item_id, author_id, body, created_at) VALUES (?, ?, ?, ?) "
                        "RETURNING id",
-                       {item, account, body, now()});
-    return rows.next() ? rows.number(0) : 0;
+                       {item, account, body, now()}));
 }
 
 std::optional<Comment> findComment(Connection& connection, qint64 comment)
 {
-    Rows rows = connection.run(kOneComment, {comment});
-    return rows.next() ? std::optional(commentOf(rows)) : std::nullopt;
+    return firstOf(connection.run(kOneComment, {comment}), commentOf);
 }
 
 std::vector<Comment> commentsOf(Connection& connection, qint64 item, const Page& page)
 {
-    std::vector<Comment> comments;
-    Rows rows = connection.run(kCommentsOfItem, {item, page.after, page.limit});
-    while (rows.next())
-        comments.push_back(commentOf(rows));
-    return comments;
+    return allOf(connection.run(kCommentsOfItem, {item, page.after, page.limit}), commentOf);
 }
 
 bool removeComment(Connection& connection, qint64 comment)

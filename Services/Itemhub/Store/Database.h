@@ -6,9 +6,12 @@
 
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 class QSqlQuery;
 
@@ -36,6 +39,29 @@ public:
 private:
     QSqlQuery* m_query; ///< Belongs to the connection.
 };
+
+/// What `make` makes of the first row; nothing if there is none.
+template <class Make>
+[[nodiscard]] auto firstOf(Rows rows, Make make) -> std::optional<decltype(make(rows))>
+{
+    return rows.next() ? std::optional(make(rows)) : std::nullopt;
+}
+
+/// What `make` makes of each row.
+template <class Make>
+[[nodiscard]] auto allOf(Rows rows, Make make) -> std::vector<decltype(make(rows))>
+{
+    std::vector<decltype(make(rows))> all;
+    while (rows.next())
+        all.push_back(make(rows));
+    return all;
+}
+
+/// The id that an insertion returns.
+[[nodiscard]] inline qint64 newId(Rows rows)
+{
+    return rows.next() ? rows.number(0) : 0;
+}
 
 /// One thread's connection.
 class Connection

@@ -45,22 +45,13 @@ Item itemOf(const Rows& rows)
     return item;
 }
 
-std::vector<Item> allOf(Rows rows)
-{
-    std::vector<Item> items;
-    while (rows.next())
-        items.push_back(itemOf(rows));
-    return items;
-}
-
 } // namespace
 
 qint64 addWorkspace(Connection& connection, qint64 tenant, const QString& name)
 {
-    Rows rows =
+    return newId(
         connection.run("INSERT INTO workspace (tenant_id, name, created_at) VALUES (?, ?, ?) RETURNING id",
-                       {tenant, name, now()});
-    return rows.next() ? rows.number(0) : 0;
+                       {tenant, name, now()}));
 }
 
 std::vector<Workspace> workspacesOf(Connection& connection, qint64 tenant, qint64 account, const Page& page)
@@ -103,8 +94,7 @@ qint64 addItem(Connection& connection, qint64 tenant, qint64 workspace, qint64 a
 
 std::optional<Item> findItem(Connection& connection, qint64 account, qint64 item)
 {
-    Rows rows = connection.run(kOne, {account, item});
-    return rows.next() ? std::optional(itemOf(rows)) : std::nullopt;
+    return firstOf(connection.run(kOne, {account, item}), itemOf);
 }
 
 std::optional<ItemAndRole> findItemAndRole(Connection& connection, qint64 tenant, qint64 account, qint64 item)
@@ -117,7 +107,7 @@ std::optional<ItemAndRole> findItemAndRole(Connection& connection, qint64 tenant
 
 std::vector<Item> itemsOf(Connection& connection, qint64 workspace, qint64 account, const Page& page)
 {
-    return allOf(connection.run(kOfWorkspace, {account, workspace, page.after, page.limit}));
+    return allOf(connection.run(kOfWorkspace, {account, workspace, page.after, page.limit}), itemOf);
 }
 
 bool changeItem(Connection& connection, qint64 tenant, qint64 item, qint64 revision, const QString& caption,
@@ -186,7 +176,7 @@ bool removeLink(Connection& connection, qint64 item, qint64 linked)
 
 std::vector<Item> linksOf(Connection& connection, qint64 account, qint64 item, const Page& page)
 {
-    return allOf(connection.run(kLinked, {account, item, page.after, account, page.limit}));
+    return allOf(connection.run(kLinked, {account, item, page.after, account, page.limit}), itemOf);
 }
 
 bool setFavourite(Connection& connection, qint64 account, qint64 item, bool favourite)
@@ -203,7 +193,7 @@ bool setFavourite(Connection& connection, qint64 account, qint64 item, bool favo
 
 std::vector<Item> favouritesOf(Connection& connection, qint64 account, qint64 limit)
 {
-    return allOf(connection.run(kFavourites, {account, account, limit}));
+    return allOf(connection.run(kFavourites, {account, account, limit}), itemOf);
 }
 
 std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account, const QString& text,
