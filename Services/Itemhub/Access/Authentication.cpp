@@ -1,12 +1,10 @@
 #include "Services/Itemhub/Access/Authentication.h"
 
 #include "Services/Itemhub/Access/OAuth.h"
-
-#include <QHash>
+#include "Services/Itemhub/Store/Memo.h"
 
 #include <cstdlib>
 #include <optional>
-#include <utility>
 
 namespace Itemhub::Access {
 
@@ -34,18 +32,8 @@ void requireGood(const TokenRecord& token)
 /// has changed.
 std::optional<TokenRecord> knownToken(Store::Connection& connection, const QString& selector)
 {
-    constexpr qsizetype kMost = 64;
-    thread_local const Store::Connection* owner = nullptr;
-    thread_local QHash<QString, TokenRecord> known;
-    const bool changed = connection.mayHaveChanged();
-    if (std::exchange(owner, &connection) != &connection || changed || known.size() > kMost)
-        known.clear();
-    if (const auto kept = known.constFind(selector); kept != known.constEnd())
-        return *kept;
-    auto token = Store::findToken(connection, selector);
-    if (token)
-        known.insert(selector, *token);
-    return token;
+    thread_local Store::Memo<QString, TokenRecord> known(64);
+    return known.get(connection, selector, [&] { return Store::findToken(connection, selector); });
 }
 
 TokenRecord byBearer(Store::Connection& connection, const QString& text)

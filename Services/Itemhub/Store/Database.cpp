@@ -145,16 +145,19 @@ Rows Connection::run(std::string_view statement, std::initializer_list<QVariant>
     return Rows(query);
 }
 
-bool Connection::mayHaveChanged()
+quint64 Connection::state()
 {
-    if (m_changeMark.empty())
-        return true;
-    const Rows rows = [this] {
-        Rows answer = run(std::string_view(m_changeMark));
-        answer.next();
-        return answer;
-    }();
-    return std::exchange(m_mark, rows.number(0)) != rows.number(0);
+    static std::atomic<quint64> states = 0;
+    // What a transaction sees may be taken back.
+    if (m_changeMark.empty() || m_depth > 0) {
+        m_mark = -1;
+        return m_state = ++states;
+    }
+    Rows rows = run(std::string_view(m_changeMark));
+    rows.next();
+    if (std::exchange(m_mark, rows.number(0)) != rows.number(0))
+        m_state = ++states;
+    return m_state;
 }
 
 Rows Connection::runBuilt(const QString& statement, std::initializer_list<QVariant> values)

@@ -85,9 +85,9 @@ public:
 
     [[nodiscard]] const Dialect& dialect() const;
 
-    /// Whether anything may have changed since this was called last, in this process or in another. What a
-    /// thread keeps between requests is good as long as this says no.
-    [[nodiscard]] bool mayHaveChanged();
+    /// A number that is another one once anything may have changed, in this process or in another, and in no
+    /// two connections the same; never 0. What a thread keeps between requests is good as long as it stays.
+    [[nodiscard]] quint64 state();
 
 private:
     friend class Transaction;
@@ -106,7 +106,8 @@ private:
     std::unordered_map<std::string, std::unique_ptr<QSqlQuery>, Hash, std::equal_to<>> m_statements;
     const std::string m_changeMark; ///< The dialect's statement.
     qint64 m_mark = -1;             ///< Its answer; -1 after a change of this connection's own.
-    int m_depth = 0;                ///< Of transactions.
+    quint64 m_state = 0;
+    int m_depth = 0; ///< Of transactions.
     bool m_broken = false;
 };
 

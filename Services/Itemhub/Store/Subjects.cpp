@@ -1,6 +1,9 @@
 #include "Services/Itemhub/Store/Subjects.h"
 
+#include "Services/Itemhub/Store/Memo.h"
+
 #include <string>
+#include <utility>
 
 namespace Itemhub::Store {
 
@@ -41,7 +44,9 @@ std::optional<Subject> aboutWorkspace(Connection& connection, qint64 tenant, qin
     return find(connection, kWorkspace, tenant, account, id);
 }
 
-std::optional<Subject> aboutItem(Connection& connection, qint64 tenant, qint64 account, qint64 id)
+namespace {
+
+std::optional<Subject> readItem(Connection& connection, qint64 tenant, qint64 account, qint64 id)
 {
     auto found = findItemAndRole(connection, tenant, account, id);
     if (!found)
@@ -49,6 +54,14 @@ std::optional<Subject> aboutItem(Connection& connection, qint64 tenant, qint64 a
     Subject subject{.workspace = found->item.workspace, .item = id, .role = found->role};
     subject.read = std::move(found->item);
     return subject;
+}
+
+} // namespace
+
+std::optional<Subject> aboutItem(Connection& connection, qint64 tenant, qint64 account, qint64 id)
+{
+    thread_local Memo<std::pair<qint64, qint64>, Subject> known(1024);
+    return known.get(connection, {account, id}, [&] { return readItem(connection, tenant, account, id); });
 }
 
 std::optional<Subject> aboutAttachment(Connection& connection, qint64 tenant, qint64 account, qint64 id)

@@ -152,6 +152,30 @@ class AgeTest(unittest.TestCase):
         self.assertLess(len(kept.admin("audit", 100).splitlines()), audited)
 
 
+class OtherProcessTest(ServiceTest):
+    def test_what_another_process_changes_is_seen_by_the_next_request(self):
+        item = self.item("before")
+        reader = self.service.member("acme", "reader", "reader")
+
+        def caption():
+            answer = reader("GET", f"/items/{item}")
+            return answer.json["caption"] if answer.status == 200 else answer.status
+
+        self.assertEqual([caption(), caption()], ["before", "before"])
+        with contextlib.closing(sqlite3.connect(self.service.database)) as database, database:
+            database.execute("UPDATE item SET caption = 'after' WHERE id = ?", (item,))
+        self.assertEqual(caption(), "after")
+        self.service.admin("member", "set", "acme", "reader", "all", "none")
+        self.assertEqual(caption(), 404)
+        self.service.admin("member", "set", "acme", "reader", "all", "reader")
+        self.assertEqual(caption(), "after")
+        self.assertEqual(self.boss("GET", f"/items/{item}").status, 200)
+        self.assertEqual(self.boss("DELETE", f"/items/{item}").status, 204)
+        self.assertEqual(caption(), 404)
+        self.service.admin("account", "disable", "acme", "reader")
+        self.assertEqual(caption(), 401)
+
+
 class StartTest(unittest.TestCase):
     def setUp(self):
         self.service = Service()
