@@ -5,9 +5,11 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 
+#include <boost/algorithm/string/predicate.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+#include <map>
 
 namespace Vs {
 
@@ -17,19 +19,28 @@ namespace {
 
 constexpr size_t kMostFiles = 500; ///< More than that helps nobody to choose.
 
+using boost::algorithm::istarts_with;
+
+std::map<std::wstring, std::function<std::vector<std::wstring>()>>& firstParameters()
+{
+    // Never destroyed: statics of many libraries tell theirs.
+    static auto* const all = new std::map<std::wstring, std::function<std::vector<std::wstring>()>>;
+    return *all;
+}
+
 /// What each area and command would add, those of areas for transcripts behind the others.
 std::vector<std::wstring> commandNames(const TextCommandMgr& manager, std::wstring_view prefix)
 {
     std::set<std::pair<bool, std::wstring>> found;
     const bool inArea = prefix.find(L'.') != std::wstring_view::npos;
     for (const TextCommandSubjectArea* area : manager.areas()) {
-        if (!inArea && area->name().starts_with(prefix))
+        if (!inArea && istarts_with(area->name(), prefix))
             found.emplace(area->forTranscripts(), area->name() + L'.');
         if (!inArea)
             continue;
         for (const TextCommand* command : manager.commands(area->name())) {
             const std::wstring name = area->name() + L'.' + command->name();
-            if (command->visible() && name.starts_with(prefix))
+            if (command->visible() && istarts_with(name, prefix))
                 found.emplace(area->forTranscripts(), name);
         }
     }
@@ -139,12 +150,25 @@ std::vector<std::wstring> TextCompletion::complete(std::wstring_view line, size_
     std::vector<std::wstring> candidates;
     if (word.raw.starts_with(L'/'))
         for (const std::wstring& flag : flagsOf(command->help()))
-            if (flag.starts_with(word.raw))
+            if (istarts_with(flag, word.raw))
                 candidates.push_back(flag);
+    if (const auto names = firstParameters().find(std::wstring(name));
+        names != firstParameters().end() && word.before == 1) {
+        for (std::wstring& each : names->second())
+            if (istarts_with(each, word.text))
+                candidates.push_back(std::move(each));
+        std::ranges::sort(candidates);
+    }
     if (takesFiles(placeholders(*command)) || word.text.find(L'/') != std::wstring::npos)
         for (std::wstring& file : fileNames(word.text))
             candidates.push_back(std::move(file));
     return candidates;
+}
+
+void TextCompletion::firstParameter(const std::wstring& command,
+                                    std::function<std::vector<std::wstring>()> names)
+{
+    firstParameters().insert_or_assign(command, std::move(names));
 }
 
 size_t TextCompletion::wordStart(std::wstring_view line, size_t cursor)

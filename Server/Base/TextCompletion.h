@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -14,8 +15,11 @@ class TextCommand;
 namespace Vs::TextCompletion {
 
 /// What could stand in place of the word that ends at `cursor`: whole `area.name` texts (before the dot
-/// only `area.`), flags that the command's help names, or files. Sorted; areas for transcripts come last.
+/// only `area.`), flags that the command's help names, what its first parameter can be, or files. But for
+/// files, the case of what is typed doesn't matter. Sorted; areas for transcripts come last.
 std::vector<std::wstring> complete(std::wstring_view line, size_t cursor);
+/// Tells what the first parameter of a command, `area.name`, can be; `names` is called at each completion.
+void firstParameter(const std::wstring& command, std::function<std::vector<std::wstring>()> names);
 /// Where that word begins, for whoever replaces it.
 size_t wordStart(std::wstring_view line, size_t cursor);
 /// What a command's help says of its parameters, as in "<asset name> [<document path>]"; empty if

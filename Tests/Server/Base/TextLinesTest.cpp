@@ -225,6 +225,12 @@ TEST_F(TextLinesTest, CompleteAreasCommandsFlagsAndFiles)
     EXPECT_EQ(complete(L"help Probe.C"), Texts{L"Probe.Call"});
     EXPECT_EQ(complete(L"Probe.Call x /L"), Texts{L"/Loud"});
     EXPECT_EQ(complete(L"Nothing.At all"), Texts{});
+    EXPECT_EQ(complete(L"pRO"), complete(L"Pro"));
+    EXPECT_EQ(complete(L"probe.c"), Texts{L"Probe.Call"});
+    EXPECT_EQ(complete(L"Probe.Call x /lOU"), Texts{L"/Loud"});
+    TextCompletion::firstParameter(L"Probe.Typed", [] { return Texts{L"Second", L"SECTION", L"First"}; });
+    EXPECT_EQ(complete(L"Probe.Typed sec"), (Texts{L"SECTION", L"Second"}));
+    EXPECT_EQ(complete(L"Probe.Typed Second sec"), Texts{}) << "only the first";
     EXPECT_EQ(TextCompletion::complete(L"Pro xyz", 3), complete(L"Pro"));
 
     const TestSupport::ScratchFolder folder;

@@ -86,6 +86,16 @@ TEST_F(CommandBoxTest, ASingleCandidateIsTakenWholeAndTabOnNothingKeepsTheLine)
     box->edit()->clear();
     press(Qt::Key_Tab);
     EXPECT_EQ(line(), "");
+    type("boxtest.SAY");
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(line(), "BoxTest.SayHello ") << "in the case that runs";
+    box->edit()->clear();
+    const FunctionCommandDef command(L"BoxTestCommand", [](CommandContext&) {});
+    type("Commands.Start boxtest");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(line(), "Commands.Start BoxTestCommand ");
+    box->edit()->clear();
     type("NoSuchArea.X");
     press(Qt::Key_Tab);
     EXPECT_EQ(line(), "NoSuchArea.X");

@@ -3,6 +3,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
+#include "Server/Base/TextCompletion.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/CommandArguments.h"
 #include "UI/Base/Command/CommandBase.h"
@@ -72,6 +73,14 @@ CommandBase* runningCommand()
     return CommandMgr::get()->activeCommand();
 }
 
+std::vector<std::wstring> identifiers()
+{
+    std::vector<std::wstring> ids;
+    for (const CommandDefinition* definition : CommandDefinitionMgr::get()->commandDefinitions())
+        ids.push_back(definition->id());
+    return ids;
+}
+
 class TextCmdCommandsStart : public Vs::PythonEntry<TextCmdCommandsStart, Vs::TextCommand>
 {
 public:
@@ -82,6 +91,7 @@ public:
               L"argument of a file is called Path.",
               "", true, true)
     {
+        Vs::TextCompletion::firstParameter(L"Commands.Start", identifiers);
     }
 
     TextCommandResult execute(const TextCommandParameters& parameters) override
