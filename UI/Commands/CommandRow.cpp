@@ -1,6 +1,7 @@
 #include "UI/Commands/CommandRow.h"
 
 #include "Server/Base/Strings.h"
+#include "UI/Base/Command/CommandTitles.h"
 #include "UI/Commands/Localized.h"
 
 namespace Vu::Commands {
@@ -10,7 +11,9 @@ Info makeInfo(const CommandRow& row)
     const std::string key = Vs::Strings::narrow(row.key);
     // An empty message is the catalogue's own header in gettext; nothing is to be translated there.
     std::wstring title =
-        *row.title ? localized(row.titleKey ? row.titleKey : key.c_str(), row.title) : std::wstring();
+        *row.title
+            ? CommandTitles::localized(row.key, kDomain, row.titleKey ? row.titleKey : key.c_str(), row.title)
+            : std::wstring();
     ToolTipInfo tooltip;
     if (row.tooltip)
         tooltip = ToolTipInfo(localized(row.tooltipKey, row.tooltip), L"", nullptr);

@@ -6,6 +6,7 @@
 #include "Server/Types/PointText.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandGroup.h"
+#include "UI/Base/Command/CommandTitles.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Design/Environments.h"
@@ -159,7 +160,7 @@ private:
 Info makeInfo(const PrimitiveRow& row, Vs::ImageSetResource* icon)
 {
     const std::string key = Vs::Strings::narrow(row.key);
-    return Info(row.key, localized(key.c_str(), row.title), icon,
+    return Info(row.key, CommandTitles::localized(row.key, kDomain, key.c_str(), row.title), icon,
                 ToolTipInfo(localized((key + "Desc").c_str(), row.tooltip), L"", nullptr));
 }
 

@@ -6,6 +6,7 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Selection/VisibilityRequest.h"
 #include "UI/Base/Command/CommandGroup.h"
+#include "UI/Base/Command/CommandTitles.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -41,7 +42,7 @@ constexpr VisibilityRow kToggle  = {L"ToggleVisibilityCommand", "Show or Hide", 
 Info makeInfo(const VisibilityRow& row)
 {
     const std::string key(row.key, row.key + std::char_traits<wchar_t>::length(row.key));
-    return Info(row.key, localized(key.c_str(), row.title), nullptr,
+    return Info(row.key, CommandTitles::localized(row.key, kDomain, key.c_str(), row.title), nullptr,
                 ToolTipInfo(localized((key + "Desc").c_str(), row.tooltip), L"", nullptr), row.hotkey,
                 HotKeyBinding::EHotKeyMode::Standard);
 }

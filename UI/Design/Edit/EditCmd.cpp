@@ -11,6 +11,7 @@
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Command/CommandTitles.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SelectionInputEvents.h"
@@ -30,7 +31,7 @@ EditCmdDefBase::EditCmdDefBase(Info* info) : Implements(info)
 Info EditCmdDefBase::makeInfo(const EditRow& row)
 {
     const std::string key = Vs::Strings::narrow(row.key);
-    return Info(row.key, localized(key.c_str(), row.title), row.icon(),
+    return Info(row.key, CommandTitles::localized(row.key, kDomain, key.c_str(), row.title), row.icon(),
                 ToolTipInfo(localized((key + "Desc").c_str(), row.tooltip)));
 }
 
