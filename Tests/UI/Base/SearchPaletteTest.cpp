@@ -2,11 +2,27 @@
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/UI/Base/Fixture.h"
 #include "UI/Base/Command/CommandTitles.h"
+#include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Window/CommandBox.h"
+#include "UI/Base/Window/MainWindow.h"
 #include "UI/Base/Window/SearchIndex.h"
+#include "UI/Base/Workspace/Arrangement.h"
+#include "UI/Base/Workspace/Layout.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 
+#include <QAbstractItemModel>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QStringList>
+#include <QTreeView>
+#include <QWindow>
+#include <QtTest/QTest>
 
 #include <algorithm>
 
@@ -56,6 +72,21 @@ public:
 
 private:
     CommandBase* onCreateCommand(CommandContext*) override { return nullptr; }
+};
+
+class ListDef : private InfoHolder, public CommandDefinition
+{
+public:
+    ListDef() : InfoHolder{Info(L"PaletteList", L"PaletteList", nullptr)}, CommandDefinition(&record)
+    {
+        m_list.items({&m_entry});
+    }
+
+private:
+    CommandBase* onCreateCommand(CommandContext*) override { return nullptr; }
+    InputControl* onInputControl() override { return &m_list; }
+    Info m_entry{L"PaletteEntry", L"Entry", nullptr};
+    ListControl m_list{&record, nullptr};
 };
 
 SearchEntry entry(const char* title, const QStringList& otherNames = {}, const QStringList& texts = {})
@@ -158,4 +189,83 @@ TEST_F(SearchPaletteTest, LinesOfTheirOwnAreFoundWithWhatTheyNeedAndSoAreThoseTh
     EXPECT_EQ(found.front()->line.toStdString(), "PaletteTest.Weigh <part>");
     EXPECT_EQ(found.front()->fillIn.toStdString(), "PaletteTest.Weigh ");
     EXPECT_EQ(index.find("weigh older").front()->fillIn.toStdString(), "PaletteTest.Weigh older");
+}
+
+TEST_F(SearchPaletteTest, TheKeyboardAloneFindsAndStartsCommandsAndFillsInLines)
+{
+    UIBaseOptionGroup::get()->commandHistory({});
+    int runs = 0;
+    FunctionCommandDef jump(L"PaletteJump", [&](CommandContext&) { ++runs; });
+    FunctionCommandDef sleep(L"PaletteSleep", [](CommandContext&) {});
+    sleep.applicable = false;
+    ListDef list;
+    WorkspaceWindow* owner = WorkspaceMgr::get()->create()->window();
+    auto* layout = new Layout;
+    layout->addChild(std::make_unique<Area>(L"lines", Vs::UniqueString::find("TextCommands")));
+    owner->arrangementManager()->arrangement(Arrangement::make(owner->arrangementManager(), layout));
+    owner->show();
+    MainWindow* window = owner->mainWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(window->windowHandle(), key, modifiers);
+    };
+    const auto palette = [&] {
+        return window->findChild<QWidget*>("searchPalette", Qt::FindDirectChildrenOnly);
+    };
+    const auto search = [&](const char* words) {
+        press(Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
+        for (const char* letter = words; *letter; ++letter)
+            QTest::keyClick(window->windowHandle(), *letter);
+    };
+    const auto firstRow = [&] {
+        const QAbstractItemModel* rows = palette()->findChild<QTreeView*>()->model();
+        std::string row;
+        for (int column = 0; column < rows->columnCount(); ++column)
+            row += rows->index(0, column).data().toString().toStdString() + '|';
+        return row;
+    };
+    QLineEdit* commandLine = window->commandBox()->edit();
+    commandLine->setFocus();
+
+    search("palsave");
+    EXPECT_EQ(firstRow(), "Save As|PaletteTest.StoreElsewhere|Ctrl+Alt+F9|");
+    press(Qt::Key_Escape);
+    EXPECT_EQ(palette(), nullptr);
+    EXPECT_EQ(QApplication::focusWidget(), commandLine);
+
+    search("palettejump");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(firstRow(), "PaletteJump|Commands.Start PaletteJump||");
+    press(Qt::Key_Return);
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(runs, 1);
+    EXPECT_EQ(palette(), nullptr);
+
+    search("palettesleep");
+    EXPECT_EQ(firstRow(), "PaletteSleep (can't start now)|Commands.Start PaletteSleep||");
+    press(Qt::Key_Return);
+    ASSERT_NE(palette(), nullptr);
+    EXPECT_EQ(palette()->findChild<QLabel*>("searchNote")->text().toStdString(),
+              "\"PaletteSleep\" can't start now.");
+    press(Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(palette(), nullptr) << "the same key closes it";
+
+    search("palettelist");
+    press(Qt::Key_Return);
+    const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr) << "though no toolbar has it";
+    EXPECT_EQ(menu->actions().value(0)->text().remove('&').toStdString(), "Entry");
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+
+    search("palettetest.");
+    QStringList found;
+    const auto* rows = palette()->findChild<QTreeView*>()->model();
+    for (int row = 0; row < rows->rowCount(); ++row)
+        found << rows->index(row, 0).data().toString();
+    for (qsizetype i = found.indexOf("PaletteTest.Weigh"); i > 0; --i)
+        press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(commandLine->text().toStdString(), "PaletteTest.Weigh ");
+    EXPECT_EQ(QApplication::focusWidget(), commandLine);
+    WorkspaceMgr::get()->closeAll();
 }

@@ -90,7 +90,7 @@ QToolButton#panelMenu::menu-indicator, QToolButton#chevron::menu-indicator { ima
 QFrame#commandBox { border: none; border-top: 1px solid palette(mid); }
 QFrame#commandPanel { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
 QFrame#tourCard { background: palette(window); border: 1px solid palette(highlight); border-radius: 8px; }
-QFrame#keysOverlay { background: palette(window); border: 1px solid palette(highlight); border-radius: 8px; }
+QFrame#keysOverlay, QFrame#searchPalette { background: palette(window); border: 1px solid palette(highlight); border-radius: 8px; }
 QLabel#keyText { color: palette(link); }
 QFrame#panelHead { border: none; border-bottom: 1px solid palette(mid); }
 QToolButton#inputGroup { border: none; border-radius: 4px; padding: 3px 0; text-align: left; font-weight: bold; }
