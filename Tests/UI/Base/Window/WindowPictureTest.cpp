@@ -8,6 +8,7 @@
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/RenderParams.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Support/Process.h"
 #include "Tests/UI/Becomes.h"
@@ -67,6 +68,10 @@ protected:
     {
         if (canvas())
             view()->modelFragment()->camera()->copyFrom(m_before);
+        // A view keeps what it was drawn with when the options have gone back.
+        Vs::Scene::GraphicsOptionGroup::get()->reset();
+        if (canvas())
+            *view()->modelFragment()->renderParams() = Vs::Scene::RenderParams();
     }
 
     static void run(const std::wstring& line)
@@ -200,7 +205,6 @@ TEST_F(WindowPicture, ShowsWhatARunWithoutAWindowDraws)
         EXPECT_LT(differs.mean, 0.4);
         EXPECT_LT(differs.visible, 0.001);
     }
-    Vs::Scene::GraphicsOptionGroup::get()->reset();
 }
 
 TEST_F(WindowPicture, IsDarkInADarkWindowUnlessAnotherEnvironmentWasChosen)
@@ -215,7 +219,6 @@ TEST_F(WindowPicture, IsDarkInADarkWindowUnlessAnotherEnvironmentWasChosen)
     EXPECT_GT(corner(), 170);
     theme(L"light");
     EXPECT_GT(corner(), 170);
-    Vs::Scene::GraphicsOptionGroup::get()->reset();
     UIBaseOptionGroup::get()->reset();
 }
 
