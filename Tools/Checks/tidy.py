@@ -4,7 +4,7 @@
     tidy.py           the sources that changed since the branch left origin/main, or, where that is the newest
                       commit itself, in the last five commits; what isn't committed yet counts as well
     tidy.py --limit N the same, but only the N that changed last
-    tidy.py --all     every source under Server, UI and Tools
+    tidy.py --all     every source under Server, Services, UI and Tools
     tidy.py FILE...   these sources
 
 A header is looked at with the source beside it, and with all that include it where they are looked at. Each finding is
@@ -28,7 +28,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = ROOT / "build/tidy"
 CLEAN = BUILD / "clean"
-FOLDERS = ("Server/", "UI/", "Tools/")
+FOLDERS = ("Server/", "Services/", "UI/", "Tools/")
 # One version for everybody: each finds other things.
 TIDY = "clang-tidy-16"
 RECENT = 5
