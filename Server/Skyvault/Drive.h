@@ -107,6 +107,9 @@ public:
 
     /// How long the functions wait while no byte comes or goes.
     virtual void patience(std::chrono::milliseconds) {}
+    /// A folder of this machine, UTF-8, for notes of what is made on the server for a while: what a killed
+    /// program left there is removed by the next `connect`. It is made when there is something to note.
+    virtual void notesIn(const std::string&) {}
 
     /// Asks who the user is to the server, and probes it in a folder of its own, which goes again, for what
     /// `known` traits that are younger than 30 days leave open.

@@ -72,14 +72,14 @@ DriveResult Session::begin(const Access& access, bool mayBeAway)
 {
     const auto link = std::make_shared<Link>();
     const auto facts = std::make_shared<Facts>();
-    const boost::filesystem::path traits =
-        folderOf(access.address, access.credentials.user).string() + ".json";
-    link->known = keptTraits(traits);
+    const std::string folder = folderOf(access.address, access.credentials.user).string();
+    link->known = keptTraits(folder + ".json");
     DriveTransport& transport = this->transport();
     const DriveResult result =
         DriveThread::get().run(localized("CloudSigningIn", "Signing in to the cloud drive"),
                                [=, &transport](const DriveWatch& watch) {
                                    link->drive = transport.drive(access.address, access.credentials);
+                                   link->drive->notesIn(folder + ".left");
                                    return work(*link, *facts, {}, watch);
                                });
     if (!result.isOk() && !(mayBeAway && isPassing(result.state))) {

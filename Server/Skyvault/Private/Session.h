@@ -49,7 +49,8 @@ public:
     /// Asks the server again who the user is.
     [[nodiscard]] DriveResult verify();
 
-    /// The folder of the cache that a user's files of a drive lie in. Its index and its traits lie beside it.
+    /// The folder of the cache that a user's files of a drive lie in. Its index, its traits and what may have
+    /// been left on the drive lie beside it.
     [[nodiscard]] static boost::filesystem::path folderOf(const std::string& written,
                                                           const std::string& user);
 

@@ -36,6 +36,7 @@ DriveResult DavDrive::connect(const std::optional<DriveTraits>& known, const Dri
         return result;
     if (!m_session.service.web.isEmpty())
         m_webAddress = m_session.service.web.toString().toStdString();
+    m_session.removeLeftovers();
     m_session.traits = known && isFresh(*known) ? *known : DriveTraits();
     if (!m_session.traits.isKnown())
         result = probe(m_session, "/", watch);

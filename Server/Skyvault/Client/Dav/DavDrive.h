@@ -12,6 +12,7 @@ public:
     DavDrive(const QUrl& address, DriveCredentials credentials);
 
     void patience(std::chrono::milliseconds time) override { m_session.http.patience(time); }
+    void notesIn(const std::string& folder) override { m_session.leftovers.keepIn(folder); }
     DriveResult connect(const std::optional<DriveTraits>& known, const DriveWatch& watch) override;
     const DriveTraits& traits() const override { return m_session.traits; }
     const DriveCredentials& credentials() const override { return m_session.http.credentials(); }

@@ -2,19 +2,12 @@
 
 #include "Server/Skyvault/Client/Dav/Comments.h"
 #include "Server/Skyvault/Client/Dav/Lock.h"
-
-#include <QCryptographicHash>
-#include <QSysInfo>
-#include <QUuid>
+#include "Server/Skyvault/Client/Dav/ProbeFolder.h"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <csignal>
-#include <cstdlib>
 #include <memory>
 #include <thread>
-#include <unistd.h>
 
 namespace Vs::Cloud {
 
@@ -26,61 +19,6 @@ constexpr qsizetype kCutBody = 256 * 1024;
 constexpr int kTries = 3, kPatience = 3;
 constexpr std::chrono::milliseconds kPause{100};
 constexpr std::chrono::milliseconds kShortTick{20}, kLongTick{1100};
-
-/// What the folders of this machine's probes begin with. The number of the process follows.
-std::string folderPrefix()
-{
-    const QByteArray machine = QSysInfo::machineUniqueId() + QSysInfo::machineHostName().toUtf8();
-    const QByteArray mark = QCryptographicHash::hash(machine, QCryptographicHash::Sha1).toHex().left(8);
-    return ownPrefix() + "probe-" + mark.toStdString() + '-';
-}
-
-/// The probe's folder, as long as this lives.
-class ProbeFolder
-{
-public:
-    ProbeFolder(Session& session, const std::string& within)
-        : m_session(session),
-          m_within(within),
-          m_path(joined(within, folderPrefix() + std::to_string(::getpid()) + '-' +
-                                    QUuid::createUuid().toString(QUuid::Id128).left(8).toStdString()))
-    {
-    }
-    ~ProbeFolder() { remove(m_path); }
-    ProbeFolder(const ProbeFolder&) = delete;
-    ProbeFolder& operator=(const ProbeFolder&) = delete;
-
-    std::string file(const std::string& name) const { return joined(m_path, name); }
-    const std::string& path() const { return m_path; }
-
-    /// Removes the folders of this machine's programs that were killed.
-    DriveResult removeOthers(const DriveWatch& watch) const
-    {
-        std::vector<DriveEntry> entries;
-        DriveResult listed = m_session.list(m_within, entries, watch, Session::Names::All);
-        const std::string prefix = joined(m_within, folderPrefix());
-        for (const DriveEntry& entry : entries) {
-            if (!entry.isFolder || !entry.path.starts_with(prefix))
-                continue;
-            const int process = std::atoi(entry.path.c_str() + prefix.size());
-            if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH)
-                remove(entry.path);
-        }
-        return listed;
-    }
-
-private:
-    void remove(const std::string& path) const
-    {
-        // A lost answer is worth a second try: nothing of ours is to stay.
-        const Request request{.method = "DELETE", .url = m_session.address.of(path, true)};
-        if (m_session.http.ask(request).isLost())
-            static_cast<void>(m_session.http.ask(request));
-    }
-
-    Session& m_session;
-    const std::string m_within, m_path;
-};
 
 /// Whether an answer tells of the moment, or of what stands between, and nothing of what the server does.
 bool isDisturbance(int status)

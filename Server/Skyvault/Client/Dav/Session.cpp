@@ -169,4 +169,18 @@ DriveResult Session::remove(const std::string& path, Headers headers)
     return resultOf(answer, action("Removing", path));
 }
 
+// Some servers know a folder by the slash alone.
+void Session::removeLeftovers()
+{
+    leftovers.clear([this](std::string path) {
+        const bool isFolder = path.ends_with('/');
+        if (isFolder)
+            path.pop_back();
+        if (!isDrivePath(path) || !nameOf(path).starts_with(ownPrefix()))
+            return true;
+        const Answer answer = http.ask({.method = "DELETE", .url = address.of(path, isFolder)});
+        return answer.isOk() || answer.status == 404;
+    });
+}
+
 } // namespace Vs::Cloud

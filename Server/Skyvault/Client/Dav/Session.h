@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Skyvault/Client/Dav/Address.h"
+#include "Server/Skyvault/Client/Dav/Leftovers.h"
 #include "Server/Skyvault/Client/Dav/MultiStatus.h"
 #include "Server/Skyvault/Client/Networking.h"
 
@@ -27,6 +28,7 @@ struct Session
     Address address;
     DriveTraits traits;
     Service service;
+    Leftovers leftovers;
     std::string user; ///< As the server knows the user.
 
     /// "Reading "/a.vlra" on host".
@@ -48,6 +50,8 @@ struct Session
     DriveResult makeFolder(const std::string& path);
     /// Also fine if there is nothing.
     DriveResult remove(const std::string& path, Headers headers = {});
+    /// What programs that were killed have made for a while, as far as it was noted.
+    void removeLeftovers();
 };
 
 /// Of the names of files that are there only while something is done. Listings don't have them.

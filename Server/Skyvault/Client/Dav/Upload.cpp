@@ -238,12 +238,14 @@ DriveResult Upload::putAndMove()
 void Upload::removeHidden(const std::string& hidden, const DriveResult& result)
 {
     // Some servers remove what has the name before they move: between that, nothing else is left of the file.
-    if (!result.isOk() && !m_mayBeMoving)
-        static_cast<void>(m_session.remove(hidden));
+    if (result.isOk() || m_mayBeMoving || m_session.remove(hidden).isOk())
+        m_hidden.drop();
 }
 
 DriveResult Upload::putHidden(const std::string& hidden)
 {
+    if (!m_lock) // Under one, the next save of this file sends to the same name.
+        m_hidden = m_session.leftovers.note(hidden);
     const Answer put = m_source.putTo(m_session, hidden, {}, m_watch);
     DriveEntry sent;
     const DriveResult found = put.isOk() || mayBeDone(put) ? m_session.find(hidden, sent) : DriveResult();
@@ -309,8 +311,7 @@ DriveResult Upload::moveFrom(const QUrl& place)
     }
     if (!mayBeDone(moved))
         return resultOf(moved, m_action);
-    // It isn't sent again: one that is done twice has cost both files.
-    bool unused = false;
+    bool unused = false; // It isn't sent again: one that is done twice has cost both files.
     m_mayBeMoving = true;
     return settleSlowly(moved, unused);
 }

@@ -62,6 +62,7 @@ private:
     Source m_source;
     std::unique_ptr<Lock> m_lock;
     std::unique_ptr<Aside> m_aside;
+    Leftovers::Note m_hidden;
     bool m_isThere = false;   ///< A file that somebody wrote, before this save.
     bool m_wasAbsent = false; ///< Nothing had the name before it was locked.
     bool m_isFresh = false;   ///< What has the name came to be by our lock.

@@ -3,6 +3,8 @@
 #include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
 #include "Tests/Support/Files.h"
 
+#include <boost/filesystem/operations.hpp>
+
 #include <atomic>
 #include <csignal>
 #include <gtest/gtest.h>
@@ -23,9 +25,11 @@ const std::string kOld(200000, 'o'), kNew(300000, 'n');
 class KillingTest : public testing::TestWithParam<TestServer::Kind>
 {
 protected:
+    static constexpr int kProbing = -1, kUnguarded = -2; ///< Kinds for upload_once.
+
     /// Saves in another process, which is killed when that request of it has come; 0 for none. Returns how
     /// many requests there were.
-    int save(int killedAt, bool isDone, bool isProbing = false)
+    int save(int killedAt, bool isDone, int kind = int(GetParam()))
     {
         std::atomic<pid_t> saver = 0;
         on.proxy->forgetRequests();
@@ -37,13 +41,12 @@ protected:
             kill(saver, SIGKILL);
             return isDone ? std::nullopt : std::optional(Fault::reset());
         });
-        const std::string program = QUILLET_UPLOAD_ONCE,
-                          kind = std::to_string(isProbing ? -1 : int(GetParam())),
+        const std::string program = QUILLET_UPLOAD_ONCE, as = std::to_string(kind),
                           address = on.proxy->address(), source = m_source, known = on.entry(m_wheel).etag,
-                          path = m_wheel;
+                          path = m_wheel, notes = m_notes.string();
         setenv("QUILLET_PASSWORD", on.server.password().c_str(), 1);
-        const char* arguments[] = {program.c_str(), kind.c_str(),  address.c_str(), path.c_str(),
-                                   source.c_str(),  known.c_str(), nullptr};
+        const char* arguments[] = {program.c_str(), as.c_str(),     address.c_str(), notes.c_str(),
+                                   path.c_str(),    source.c_str(), known.c_str(),   nullptr};
         pid_t started = 0;
         posix_spawn(&started, program.c_str(), nullptr, nullptr, const_cast<char**>(arguments), environ);
         saver = started;
@@ -57,6 +60,7 @@ protected:
 
     DriveOnServer on{GetParam()};
     std::string m_source = on.local.write("source", kNew).string();
+    boost::filesystem::path m_notes = on.local.path() / "notes";
     std::string m_wheel = "/run0/wheel"; ///< Another folder for each run: locks of the dead stay for a while.
 };
 
@@ -100,18 +104,43 @@ TEST_P(KillingTest, LeavesTheOldOrTheNewFileAndTheNextSaveGetsThroughOrSaysWhoHa
     }
 }
 
-TEST_P(KillingTest, InAProbeLeavesNothingThatTheNextOneDoesNotRemove)
+TEST_P(KillingTest, WhatIsLeftOnTheDriveGoesWithTheNextSignInAlsoWhereItIsNotListed)
 {
     REQUIRE_SERVER(on.server);
     ASSERT_EQ(on.server.request("MKCOL", "run0/").status, 201);
     on.put(m_wheel, kOld);
-    save(12, true, true);
-    EXPECT_EQ(on.server.names().size(), 2u);
-    on.drive = driveOf(on.server, on.proxy->address());
-    EXPECT_EQ(on.drive->connect(std::nullopt, {}).detail, "");
-    if (GetParam() == TestServer::Kind::Nginx)
-        return; // It lists no hidden names, so that nobody finds the folder.
-    EXPECT_EQ(on.server.names(), std::vector<std::string>{"run0"});
+    const auto left = [this] { return on.server.names().size() + on.server.names("run0").size() - 2; };
+    const auto signIn = [this](const std::optional<DriveTraits>& known) {
+        on.drive = driveOf(on.server, on.proxy->address());
+        on.drive->notesIn(m_notes.string());
+        EXPECT_EQ(on.drive->connect(known, {}).detail, "");
+    };
+    save(12, true, kProbing);
+    EXPECT_EQ(left(), 1u) << "the probe's folder";
+    signIn(knownTraits(GetParam()));
+    EXPECT_EQ(left(), 0u);
+
+    // Its notes are lost, too.
+    save(12, true, kProbing);
+    boost::filesystem::remove_all(m_notes);
+    signIn(std::nullopt);
+    const bool isListed = GetParam() != TestServer::Kind::Nginx;
+    EXPECT_EQ(left(), isListed ? 0u : 1u);
+
+    if (knownTraits(GetParam()).movesOntoExisting) {
+        const size_t before = left();
+        save(0, false, kUnguarded);
+        int put = 0;
+        for (const auto& request : on.proxy->requests())
+            put = request.method == "PUT" ? request.number : put;
+        EXPECT_EQ(left(), before);
+        save(put + 1, true, kUnguarded);
+        EXPECT_EQ(left(), before + 1) << "the new version, not yet in its place";
+        signIn(knownTraits(GetParam()));
+        EXPECT_EQ(left(), before);
+        EXPECT_EQ(on.content(m_wheel), kNew) << "what was saved first";
+    }
+    EXPECT_TRUE(boost::filesystem::is_empty(m_notes));
 }
 
 } // namespace

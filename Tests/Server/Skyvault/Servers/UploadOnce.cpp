@@ -1,31 +1,35 @@
 // One save in a process of its own, for tests that kill it:
-//     upload_once KIND ADDRESS PATH SOURCE [KNOWN-ETAG], with the password in QUILLET_PASSWORD; of the KIND
-//     -1, what
-// the server does is found out first
+//     upload_once KIND ADDRESS NOTES PATH SOURCE [KNOWN-ETAG], with the password in QUILLET_PASSWORD
+// Of the KIND -1, what the server does is found out first; of -2, it is taken for one that neither locks nor
+// refuses. NOTES is the folder for what a killed one left.
 
 #include "Server/Skyvault/Client/Transport.h"
 #include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cstdlib>
 
 int main(int count, char** arguments)
 {
-    if (count < 5)
+    if (count < 6)
         return 2;
     QCoreApplication application(count, arguments);
     using namespace Vs::Cloud;
     const int kind = std::atoi(arguments[1]);
     std::optional<DriveTraits> known;
-    if (kind >= 0)
-        known = knownTraits(TestSupport::TestServer::Kind(kind));
+    if (kind != -1)
+        known = knownTraits(TestSupport::TestServer::Kind(std::max(kind, 0)));
+    if (kind == -2)
+        known->locks = known->refusesStale = known->refusesExisting = false;
     const auto drive = quilletDriveTransport()->drive(
         arguments[2],
         {.kind = DriveCredentials::Kind::Password, .user = "ada", .secret = std::getenv("QUILLET_PASSWORD")});
-    DriveUpload upload{.path = arguments[3], .source = arguments[4]};
-    if (count > 5)
-        upload.known = arguments[5];
+    drive->notesIn(arguments[3]);
+    DriveUpload upload{.path = arguments[4], .source = arguments[5]};
+    if (count > 6)
+        upload.known = arguments[6];
     DriveEntry entry;
     return drive->connect(known, {}).isOk() && drive->upload(upload, entry, {}).isOk() ? 0 : 1;
 }

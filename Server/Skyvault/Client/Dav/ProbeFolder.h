@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Server/Skyvault/Client/Dav/Session.h"
+
+#include <string>
+
+namespace Vs::Cloud {
+
+/// The folder of a probe, as long as this lives. Its name is chosen, and noted, at the beginning; who probes
+/// makes it.
+class ProbeFolder
+{
+public:
+    ProbeFolder(Session& session, const std::string& within);
+    ~ProbeFolder();
+    ProbeFolder(const ProbeFolder&) = delete;
+    ProbeFolder& operator=(const ProbeFolder&) = delete;
+
+    std::string file(const std::string& name) const { return joined(m_path, name); }
+    const std::string& path() const { return m_path; }
+
+    /// Removes the folders of this machine's programs that were killed, as far as the server lists them.
+    DriveResult removeOthers(const DriveWatch& watch) const;
+
+private:
+    /// Whether it is gone.
+    bool remove(const std::string& path) const;
+
+    Session& m_session;
+    const std::string m_within, m_path;
+    Leftovers::Note m_note;
+};
+
+} // namespace Vs::Cloud
