@@ -7,6 +7,8 @@ address; the drive is /remote.php/webdav, its user ada with the password "sesame
 "done":
 
     forgetful     conditions of a MOVE are not looked at
+    corrupt       what is kept from now on has another first letter than what was sent
+    versions      what is written over is kept as a version
     mute          there are no comments from now on
     busy SECONDS  uploads are refused for so long, with the date at which they will be taken again
     clock SECONDS the server's clock is so far off
@@ -43,6 +45,13 @@ def demand(condition, why, status=400):
         raise Refused(status, why)
 
 
+class Nested:
+    """An element as the value of a property."""
+
+    def __init__(self, tag, text=None):
+        self.tag, self.text = tag, text
+
+
 class File:
     def __init__(self, content, kept=None):
         self.content, self.etag = content, f'"{secrets.token_hex(8)}"'
@@ -59,13 +68,19 @@ class Upload:
 class State:
     lock = threading.Lock()
     entries = {"": None}  # By path; a folder is None.
-    uploads, comments, refusals = {}, {}, []
-    is_mute = is_forgetful = False
+    uploads, comments, versions, refusals = {}, {}, {}, []
+    is_mute = is_forgetful = is_corrupt = has_versions = False
     busy_until = offset = 0
 
     @classmethod
     def now(cls):
         return int(time.time()) + cls.offset
+
+    @classmethod
+    def etag_of_folder(cls, folder):
+        """Another one whenever something in it changes, at whatever depth."""
+        within = [(path, file and file.etag) for path, file in sorted(cls.entries.items()) if not folder or path.startswith(folder + "/")]
+        return f'"{hashlib.sha1(repr(within).encode()).hexdigest()}"'
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -97,6 +112,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             return self.answer(200, json.dumps({
                 "files": {path: len(file.content) for path, file in State.entries.items() if file},
                 "uploads": {name: sorted(upload.chunks) for name, upload in State.uploads.items()},
+                "versions": State.versions,
                 "comments": [comment for comments in State.comments.values() for comment in comments],
                 "refusals": State.refusals}).encode())
         login = "Basic " + base64.b64encode(f"{USER}:{PASSWORD}".encode()).decode()
@@ -121,7 +137,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def account(self, _, name):
         demand(self.headers.get("OCS-APIRequest") == "true", "not said to be a request of a program")
-        capabilities = {"dav": {"chunking": "1.0"}, "files": {"versioning": False, "comments": not State.is_mute},
+        capabilities = {"dav": {"chunking": "1.0"}, "files": {"versioning": State.has_versions, "comments": not State.is_mute},
                         "checksums": {"supportedTypes": ["SHA1"]}}
         data = {"user": {"id": USER, "display-name": "Ada L."}, "capabilities": {"capabilities": capabilities}}.get(name)
         self.answer(200, json.dumps({"ocs": {"data": data}}).encode(), ("Content-Type", "application/json"))
@@ -162,7 +178,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
         sum_told = self.headers.get("OC-Checksum")
         demand(sum_told in (None, "SHA1:" + hashlib.sha1(content).hexdigest()), "the checksum is another content's")
         there = State.entries.get(name)
-        file = State.entries[name] = File(content, there)
+        if there and State.has_versions:
+            State.versions.setdefault(name, []).append(there.content.decode())
+        file = State.entries[name] = File(b"?" + content[1:] if State.is_corrupt else content, there)
         self.answer(204 if there else 201, b"", ("OC-ETag", file.etag), *([("ETag", file.etag)] if self.command == "PUT" else []))
 
     def delete(self, name):
@@ -217,10 +235,14 @@ class Handler(http.server.BaseHTTPRequestHandler):
         answer = xml.Element(DAV + "multistatus")
         for path, file in State.entries.items():
             if path == name or (self.headers.get("Depth") == "1" and path and path.rpartition("/")[0] == name):
-                properties = {DAV + "resourcetype": None if file else DAV + "collection"}
-                if file:
+                properties = {DAV + "resourcetype": None if file else Nested(DAV + "collection")}
+                if not file:
+                    properties[DAV + "getetag"] = State.etag_of_folder(path)
+                else:
                     properties |= {DAV + "getcontentlength": str(len(file.content)), DAV + "getetag": file.etag,
-                                   DAV + "getlastmodified": self.date_time_string(file.modified), OWN + "fileid": file.id} | file.properties
+                                   DAV + "getlastmodified": self.date_time_string(file.modified), OWN + "fileid": file.id,
+                                   OWN + "checksums": Nested(OWN + "checksum", "SHA1:" + hashlib.sha1(file.content).hexdigest())
+                                   } | file.properties
                 self.respond(answer, f"{root}/{path}", properties)
         self.answer(207, xml.tostring(answer), ("Content-Type", "application/xml"))
 
@@ -232,8 +254,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
         prop = xml.SubElement(part, DAV + "prop")
         for tag, value in properties.items():
             element = xml.SubElement(prop, tag)
-            if value == DAV + "collection":
-                xml.SubElement(element, value)
+            if isinstance(value, Nested):
+                xml.SubElement(element, value.tag).text = value.text
             else:
                 element.text = value
         xml.SubElement(part, DAV + "status").text = "HTTP/1.1 200 OK"
@@ -258,7 +280,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         demand(upload.destination == target, "another destination than the upload was begun for")
         if self.command == "PROPFIND":
             answer = xml.Element(DAV + "multistatus")
-            self.respond(answer, f"{root}/{name}/", {DAV + "resourcetype": DAV + "collection"})
+            self.respond(answer, f"{root}/{name}/", {DAV + "resourcetype": Nested(DAV + "collection")})
             for each in [*upload.chunks, ".file"]:
                 size = len(upload.chunks.get(each, b""))
                 self.respond(answer, f"{root}/{name}/{each}", {DAV + "getcontentlength": str(size)})
@@ -308,7 +330,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             raise Refused(404)
         if self.command == "PROPFIND":
             answer = xml.Element(DAV + "multistatus")
-            self.respond(answer, f"{root}/{name}", {DAV + "resourcetype": DAV + "collection"})
+            self.respond(answer, f"{root}/{name}", {DAV + "resourcetype": Nested(DAV + "collection")})
             for comment in State.comments.get(name, []):
                 self.respond(answer, f"{root}/{name}/{comment['id']}",
                              {OWN + key: comment[key] for key in ("id", "actorId", "message", "verb")})
@@ -329,6 +351,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
 def obey(order, seconds=None):
     if order == "forgetful":
         State.is_forgetful = True
+    elif order == "corrupt":
+        State.is_corrupt = True
+    elif order == "versions":
+        State.has_versions = True
     elif order == "mute":
         State.is_mute = True
     elif order == "busy":

@@ -70,6 +70,7 @@ DriveResult recognize(Session& session)
     const QString display = user["display-name"].toString(user["displayname"].toString());
     session.user = (display.isEmpty() ? id : display).toStdString();
     session.service.web = base;
+    session.service.foldersHaveEtags = true; // Clients that mirror such a drive go by them.
     readCapabilities(dataOf(session, base, QStringLiteral("/ocs/v2.php/cloud/capabilities")),
                      session.service);
     if (path.startsWith(base.path() + "/remote.php/webdav"))

@@ -49,7 +49,7 @@ DriveResult DavDrive::list(const std::string& folder, std::vector<DriveEntry>& e
                            const DriveWatch& watch)
 {
     const DriveResult checked = checkPath("Listing", folder);
-    return checked.isOk() ? m_session.list(folder, entries, watch) : checked;
+    return checked.isOk() ? m_listings.list(m_session, folder, entries, watch) : checked;
 }
 
 DriveResult DavDrive::find(const std::string& path, DriveEntry& entry)
@@ -60,6 +60,7 @@ DriveResult DavDrive::find(const std::string& path, DriveEntry& entry)
 
 DriveResult DavDrive::makeFolders(const std::string& path)
 {
+    m_listings.forget();
     return m_session.makeFolders(path);
 }
 
@@ -73,6 +74,7 @@ DriveResult DavDrive::upload(const DriveUpload& upload, DriveEntry& entry, const
         if (!result.isOk())
             return result;
     }
+    m_listings.forget();
     return Upload(m_session, upload, watch).run(entry);
 }
 

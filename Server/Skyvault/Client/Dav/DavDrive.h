@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Skyvault/Client/Dav/Listings.h"
 #include "Server/Skyvault/Client/Dav/Session.h"
 #include "Server/Skyvault/Drive.h"
 
@@ -31,6 +32,7 @@ private:
     DriveResult checkPath(const char* doing, const std::string& path) const;
 
     Session m_session;
+    Listings m_listings;
     std::string m_webAddress;
     int m_probesLeft = 0;
 };

@@ -94,16 +94,18 @@ DriveResult Session::find(const std::string& path, DriveEntry& entry)
 }
 
 DriveResult Session::list(const std::string& folder, std::vector<DriveEntry>& entries,
-                          const DriveWatch& watch, Names names)
+                          const DriveWatch& watch, Names names, DriveEntry* itself)
 {
     const std::string action = this->action("Listing", folder);
     entries.clear();
-    bool isFolder = false;
+    DriveEntry listed;
+    const std::string begin = joined(folder, {}), hidden = begin + ownPrefix();
     MultiStatus reader(address, [&](DavItem&& each) {
-        if (each.entry.path == folder)
-            isFolder = each.entry.isFolder;
-        else if (parentOf(each.entry.path) == folder &&
-                 (names == Names::All || !nameOf(each.entry.path).starts_with(ownPrefix())))
+        const std::string& path = each.entry.path;
+        if (path == folder)
+            listed = std::move(each.entry);
+        else if (path.starts_with(begin) && path.find('/', begin.size()) == path.npos &&
+                 (names == Names::All || !path.starts_with(hidden)))
             entries.push_back(std::move(each.entry));
     });
     Request request{.method = "PROPFIND",
@@ -117,11 +119,13 @@ DriveResult Session::list(const std::string& folder, std::vector<DriveEntry>& en
         const DriveResult whole = reader.end();
         if (answer.status != 207 || !whole.isOk())
             result = failed(CloudErrorState::BadAnswer, action, whole.detail);
-        else if (!isFolder)
+        else if (!listed.isFolder)
             result = failed(CloudErrorState::NotFound, action, "it is not a folder");
     }
     if (!result.isOk())
         entries.clear();
+    else if (itself)
+        *itself = std::move(listed);
     return result;
 }
 

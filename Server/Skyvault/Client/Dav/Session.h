@@ -17,6 +17,7 @@ struct Service
     QUrl uploads;  ///< Where parts of a file are collected.
     QUrl comments; ///< With a slash at its end.
     bool chunkedUpload = false, versions = false, checksums = false, hasComments = false;
+    bool foldersHaveEtags = false; ///< Which change with all that lies in them.
 };
 
 /// A drive, as its parts see it, with the plain requests of WebDAV. Results have their whole detail.
@@ -43,8 +44,9 @@ struct Session
     DriveResult look(const std::string& path, DavItem& item, const QByteArray& more = {});
     DriveResult find(const std::string& path, DriveEntry& entry);
     enum class Names { OfUsers, All }; ///< With those that are there while something is done, or without.
+    /// `itself` becomes the folder's own entry.
     DriveResult list(const std::string& folder, std::vector<DriveEntry>& entries, const DriveWatch& watch,
-                     Names names = Names::OfUsers);
+                     Names names = Names::OfUsers, DriveEntry* itself = nullptr);
     DriveResult makeFolders(const std::string& path);
     /// One folder; fine if it is there already.
     DriveResult makeFolder(const std::string& path);
