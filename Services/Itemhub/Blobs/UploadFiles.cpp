@@ -1,11 +1,13 @@
 #include "Services/Itemhub/Blobs/UploadFiles.h"
 
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <filesystem>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <thread>
+#include <tuple>
 
 namespace Itemhub::Blobs {
 
@@ -16,7 +18,58 @@ namespace {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
+/// Which byte of the file is locked by the request that writes, and by the one that waits for it. Such locks
+/// belong to the open file, and hold against other threads and other processes alike.
+enum Turn : off_t { kWriter, kNext };
+
+struct flock rangeOf(Turn turn, short type)
+{
+    struct flock range
+    {
+    };
+    range.l_type = type;
+    range.l_whence = SEEK_SET;
+    range.l_start = turn;
+    range.l_len = 1;
+    return range;
+}
+
+[[nodiscard]] bool take(const Descriptor& file, Turn turn)
+{
+    struct flock range = rangeOf(turn, F_WRLCK);
+    return ::fcntl(file.get(), F_OFD_SETLK, &range) == 0;
+}
+
+void give(const Descriptor& file, Turn turn)
+{
+    struct flock range = rangeOf(turn, F_UNLCK);
+    ::fcntl(file.get(), F_OFD_SETLK, &range);
+}
+
+/// Of several that want the file, one waits.
+[[nodiscard]] bool takeInTurn(const Descriptor& file)
+{
+    constexpr std::chrono::milliseconds kLook{20}, kPatience{2000};
+    if (take(file, kWriter))
+        return true;
+    if (!take(file, kNext))
+        return false;
+    bool taken = false;
+    for (std::chrono::milliseconds waited{0}; !taken && waited < kPatience; waited += kLook) {
+        std::this_thread::sleep_for(kLook);
+        taken = take(file, kWriter);
+    }
+    give(file, kNext);
+    return taken;
+}
+
 } // namespace
+
+bool UploadWriter::isWanted() const
+{
+    struct flock range = rangeOf(kNext, F_WRLCK);
+    return ::fcntl(m_file.get(), F_OFD_GETLK, &range) == 0 && range.l_type != F_UNLCK;
+}
 
 void UploadWriter::append(std::string_view data)
 {
@@ -66,7 +119,7 @@ std::optional<UploadWriter> UploadFiles::write(const std::string& id) const
     Descriptor file(::open(pathOf(id).c_str(), O_RDWR | O_CLOEXEC));
     if (!file.isValid())
         fail("Cannot find an upload");
-    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
+    if (!takeInTurn(file))
         return std::nullopt;
     struct stat entry
     {
@@ -74,6 +127,13 @@ std::optional<UploadWriter> UploadFiles::write(const std::string& id) const
     if (::fstat(file.get(), &entry) != 0)
         fail("Cannot read an upload");
     return UploadWriter(std::move(file), static_cast<uint64_t>(entry.st_size));
+}
+
+void UploadFiles::settle(const std::string& id) const
+{
+    const Descriptor file(::open(pathOf(id).c_str(), O_RDWR | O_CLOEXEC));
+    if (file.isValid())
+        std::ignore = takeInTurn(file);
 }
 
 int64_t UploadFiles::size(const std::string& id) const

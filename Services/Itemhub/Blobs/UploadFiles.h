@@ -21,6 +21,8 @@ public:
     void append(std::string_view data); ///< @throws std::system_error; what was written stays
     void cutBack(uint64_t offset);      ///< Forgets what lies behind.
     void flush();                       ///< To the disk. @throws std::system_error
+    /// Whether another request waits to go on in the place of this one.
+    [[nodiscard]] bool isWanted() const;
 
 private:
     Descriptor m_file; ///< Locked; the lock goes when it's closed.
@@ -34,9 +36,11 @@ public:
     explicit UploadFiles(std::string folder);
 
     void make(const std::string& id); ///< @throws std::system_error
-    /// @returns nothing if another request is writing to it. @throws std::system_error if there is no such
-    /// file
+    /// Waits a moment for a request that is writing to it and may make room, see UploadWriter::isWanted.
+    /// @returns nothing if it goes on. @throws std::system_error if there is no such file
     [[nodiscard]] std::optional<UploadWriter> write(const std::string& id) const;
+    /// Waits a moment for a request that is writing to the file, if there is one, and may make room.
+    void settle(const std::string& id) const;
     /// Bytes, or -1 if there is no such file.
     [[nodiscard]] int64_t size(const std::string& id) const;
     [[nodiscard]] std::string pathOf(const std::string& id) const;

@@ -13,12 +13,14 @@ std::string Request::body(size_t longest)
 {
     std::string text;
     bool tooLong = false;
-    const bool whole = readBody([&](const char* data, size_t size) {
-        tooLong = size > longest - text.size();
-        if (!tooLong)
-            text.append(data, size);
-        return !tooLong;
-    });
+    const bool whole = readBody(
+        [&](const char* data, size_t size) {
+            tooLong = size > longest - text.size();
+            if (!tooLong)
+                text.append(data, size);
+            return !tooLong;
+        },
+        nullptr);
     if (tooLong)
         throw Problem(413, "too_large",
                       "The request's body must not exceed " + std::to_string(longest) + " bytes.");

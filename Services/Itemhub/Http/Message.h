@@ -51,6 +51,8 @@ class Request
 public:
     /// Takes the next piece of a body; returns whether more is wanted.
     using Taker = std::function<bool(const char* data, size_t size)>;
+    /// Asked now and then while the client is silent; returns whether to wait longer.
+    using Patience = std::function<bool()>;
 
     virtual ~Request() = default;
 
@@ -64,8 +66,10 @@ public:
     /// All parameters of the query, decoded.
     [[nodiscard]] virtual Fields parameters() const = 0;
 
-    /// Hands the body over piece by piece. @returns false if it was cut, or refused by the taker
-    virtual bool readBody(const Taker& take) = 0;
+    /// Hands the body over piece by piece.
+    /// @param patience may be null, for that of all requests
+    /// @returns false if it was cut, or refused by the taker, or the patience is at its end
+    virtual bool readBody(const Taker& take, const Patience& patience) = 0;
 
     /// The whole body. @throws Problem with 413 if it is longer, with 400 if it was cut
     [[nodiscard]] std::string body(size_t longest);

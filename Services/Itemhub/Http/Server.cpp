@@ -107,11 +107,12 @@ public:
         return found == m_request.params.end() ? std::nullopt : std::optional(found->second);
     }
 
-    bool readBody(const Taker& take) override
+    bool readBody(const Taker& take, const Patience& patience) override
     {
         if (!m_reader)
             return true;
         const httplib::ContentReader& read = *std::exchange(m_reader, nullptr);
+        t_socket->patience(patience);
         return read(httplib::ContentReceiver(take));
     }
 

@@ -20,6 +20,8 @@ using std::chrono::duration_cast;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
+constexpr milliseconds kSilence{500};
+
 } // namespace
 
 Socket::Socket(int descriptor) : m_descriptor(descriptor), m_in(kBuffer) {}
@@ -42,6 +44,7 @@ bool Socket::waitForRequest(milliseconds time)
 void Socket::beginHead()
 {
     m_inHead = true;
+    m_patience = nullptr;
     m_head = kLongestHead;
     m_unread = 0;
     m_headEnd = steady_clock::now() + kHeadTime;
@@ -53,18 +56,28 @@ void Socket::beginBody(size_t length)
     m_unread = length;
 }
 
+bool Socket::waitForBytes() const
+{
+    const auto end = m_inHead ? m_headEnd : steady_clock::now() + kBodyTime;
+    for (;;) {
+        const auto left = duration_cast<milliseconds>(end - steady_clock::now());
+        if (left.count() <= 0)
+            return false;
+        if (waitFor(POLLIN, m_patience ? std::min(left, kSilence) : left))
+            return true;
+        if (m_patience && !m_patience())
+            return false;
+    }
+}
+
 bool Socket::fill()
 {
     // What answers something already, "100 Continue" say, must be out before the client goes on.
     if (!flush())
         return false;
-    milliseconds time = kBodyTime;
-    if (m_inHead)
-        time = duration_cast<milliseconds>(m_headEnd - steady_clock::now());
     ssize_t got = ::recv(m_descriptor, m_in.data(), m_in.size(), MSG_DONTWAIT);
     if (got < 0 && (errno == EAGAIN || errno == EINTR))
-        got = time.count() > 0 && waitFor(POLLIN, time) ? ::recv(m_descriptor, m_in.data(), m_in.size(), 0)
-                                                        : -1;
+        got = waitForBytes() ? ::recv(m_descriptor, m_in.data(), m_in.size(), 0) : -1;
     m_taken = 0;
     m_filled = static_cast<size_t>(std::max<ssize_t>(got, 0));
     return got > 0;

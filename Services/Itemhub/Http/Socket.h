@@ -1,8 +1,10 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
 
 namespace Itemhub::Http {
@@ -26,6 +28,8 @@ public:
     void beginHead();
     /// From here it is a body of that length.
     void beginBody(size_t length);
+    /// Is asked of this body, whenever the client is silent for a moment, whether to wait longer.
+    void patience(std::function<bool()> asked) { m_patience = std::move(asked); }
     /// Of the body, what nobody has read yet.
     [[nodiscard]] size_t unread() const { return m_unread; }
 
@@ -43,6 +47,7 @@ public:
 
 private:
     [[nodiscard]] bool waitFor(short events, std::chrono::milliseconds time) const;
+    [[nodiscard]] bool waitForBytes() const;
     [[nodiscard]] bool fill();
     bool send(const char* data, size_t size);
 
@@ -53,6 +58,7 @@ private:
     size_t m_head = 0;   ///< Bytes that the head may still have.
     size_t m_unread = 0; ///< Of the body.
     bool m_inHead = false;
+    std::function<bool()> m_patience;
     std::chrono::steady_clock::time_point m_headEnd;
 };
 

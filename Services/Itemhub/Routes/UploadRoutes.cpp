@@ -54,13 +54,17 @@ std::string expiryOf(const Store::Upload& upload)
         .toStdString();
 }
 
+Problem busy(const char* why)
+{
+    return Problem(423, "upload_busy", why).with("Retry-After", "1");
+}
+
 /// The file while nobody else writes to it.
 UploadWriter writerOf(Call& call, const QString& id)
 {
     auto writer = call.service.uploads.write(id.toStdString());
     if (!writer)
-        throw Problem(423, "upload_busy", "Another request is writing to this upload.")
-            .with("Retry-After", "1");
+        throw busy("Another request is writing to this upload.");
     return std::move(*writer);
 }
 
@@ -100,7 +104,8 @@ void readChecksum(const Call& call, Checksum& checksum)
     checksum.wanted = QByteArray::fromBase64(header.section(' ', 1).toLatin1()).toStdString();
 }
 
-/// Writes the request's body. @returns whether it came to its end
+/// Writes the request's body. Where its client is silent, be it gone or not, one that comes anew goes on in
+/// its place. @returns whether it came to its end
 bool receive(Call& call, UploadWriter& writer, uint64_t length, Checksum& checksum, Digest* whole)
 {
     std::string piece;
@@ -113,19 +118,23 @@ bool receive(Call& call, UploadWriter& writer, uint64_t length, Checksum& checks
         writer.append(piece);
         piece.clear();
     };
-    bool tooLong = false;
-    const bool complete = call.request.readBody([&](const char* data, size_t size) {
-        tooLong = size > length - writer.offset() - piece.size();
-        if (tooLong)
-            return false;
-        if (piece.size() + size > kPiece)
-            put();
-        piece.append(data, size);
-        return true;
-    });
+    bool tooLong = false, isOvertaken = false;
+    const bool complete = call.request.readBody(
+        [&](const char* data, size_t size) {
+            tooLong = size > length - writer.offset() - piece.size();
+            if (tooLong)
+                return false;
+            if (piece.size() + size > kPiece)
+                put();
+            piece.append(data, size);
+            return true;
+        },
+        [&] { return !(isOvertaken = writer.isWanted()); });
     put();
     if (tooLong)
         throw Problem(413, "too_large", "More comes than the upload's length.");
+    if (isOvertaken && !checksum.digest)
+        throw busy("Another request goes on with this upload.");
     return complete;
 }
 
@@ -196,7 +205,10 @@ Http::Response tellUpload(Call& call)
 {
     requireProtocol(call);
     const Store::Upload upload = uploadOf(call, call.text("upload"));
-    const int64_t size = call.service.uploads.size(upload.id.toStdString());
+    const std::string id = upload.id.toStdString();
+    // Whoever asks goes on from there, so that a request before must not write any more, unless it's at it.
+    call.service.uploads.settle(id);
+    const int64_t size = call.service.uploads.size(id);
     Http::Response response = offsetAnswer(
         upload, static_cast<uint64_t>(upload.sha256.isEmpty() ? std::max<int64_t>(size, 0) : upload.length));
     response.status = 200;

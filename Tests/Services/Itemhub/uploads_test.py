@@ -25,12 +25,18 @@ class UploadsTest(ServiceTest):
         self.assertEqual(made.status, 201, made)
         return self.boss("GET", f"/attachments/{made.json['id']}/versions/1/content").body
 
+    def head(self, upload, offset, length, headers=""):
+        """A connection on which a request has begun that announces so many bytes."""
+        raw = socket.create_connection(("127.0.0.1", self.service.port), timeout=60)
+        raw.sendall((f"PATCH /uploads/{upload} HTTP/1.1\r\nHost: x\r\nTus-Resumable: 1.0.0\r\nUpload-Offset: {offset}\r\n"
+                     f"Authorization: Bearer {self.boss.token}\r\nContent-Type: application/offset+octet-stream\r\n"
+                     f"{headers}Content-Length: {length}\r\n\r\n").encode())
+        return raw
+
     def cut(self, upload, offset, data, sent, headers=""):
         """A request that ends before what it announced, as a connection that breaks does."""
-        with socket.create_connection(("127.0.0.1", self.service.port), timeout=30) as raw:
-            raw.sendall((f"PATCH /uploads/{upload} HTTP/1.1\r\nHost: x\r\nTus-Resumable: 1.0.0\r\nUpload-Offset: {offset}\r\n"
-                         f"Authorization: Bearer {self.boss.token}\r\nContent-Type: application/offset+octet-stream\r\n"
-                         f"{headers}Content-Length: {len(data)}\r\n\r\n").encode() + data[:sent])
+        with self.head(upload, offset, len(data), headers) as raw:
+            raw.sendall(data[:sent])
             raw.shutdown(socket.SHUT_WR)
             while raw.recv(KIB):
                 pass
@@ -44,6 +50,18 @@ class UploadsTest(ServiceTest):
             self.cut(upload, offset, data[offset:], KIB if kib < 63 else KIB - 1)
         self.assertEqual(self.boss.offset(upload), len(data) - 1)
         self.assertEqual(self.boss.send(upload, len(data) - 1, data[-1:]).status, 204)
+        self.assertEqual(self.content(upload), data)
+
+    def test_who_was_cut_off_without_a_word_goes_on_at_once(self):
+        # A connection that nobody ends keeps the service waiting for the rest, as when a machine loses its network.
+        data = random.Random(4).randbytes(64 * KIB)
+        upload = self.begin(len(data), sha256=sha256(data))
+        with self.head(upload, 0, len(data)) as raw:
+            raw.sendall(data[:10 * KIB])
+            while not (offset := self.boss.offset(upload)):
+                pass  # It hasn't begun yet.
+            self.assertEqual(self.boss.send(upload, offset, data[offset:]).status, 204)
+            self.assertIn(b" 423 ", raw.recv(KIB))
         self.assertEqual(self.content(upload), data)
 
     def test_pieces_come_in_their_order_or_not_at_all(self):
@@ -135,9 +153,11 @@ class UploadsTest(ServiceTest):
             each.start()
         for each in threads:
             each.join()
-        self.assertEqual(statuses.count(204), 1, statuses)
+        # One that is slow on a busy machine may have been overtaken by one that comes from the beginning, and is refused.
+        self.assertLessEqual(statuses.count(204), 1, statuses)
         self.assertLessEqual({s for s in statuses if s}, {204, 409, 423})
-        self.assertEqual(writer.offset(upload), len(data))
+        offset = writer.offset(upload)
+        self.assertEqual(writer.send(upload, offset, data[offset:]).status, 204)
         made = writer("POST", f"/items/{self.item()}/attachments", {"name": "a", "docType": "x", "upload": upload}).json
         self.assertEqual(writer("GET", f"/attachments/{made['id']}/versions/1").json["sha256"], sha256(data))
 
