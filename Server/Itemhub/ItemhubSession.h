@@ -33,8 +33,8 @@ public:
     /// With account and password, for which the service gives a token; nothing keeps the password.
     bool signInWithPassword(const std::string& address, const std::string& customer,
                             const std::string& account, const std::string& password, bool keep);
-    /// By the system's browser, which `open` shows an address. ItemhubException with NotFound if the service
-    /// offers no such way.
+    /// By the system's browser, which `open` shows an address, on the main thread. ItemhubException with
+    /// NotFound if the service offers no such way.
     bool signInByBrowser(const std::string& address, const std::string& customer, bool keep,
                          const std::function<bool(const std::string&)>& open);
     /// Starts the program's own service, which keeps everything in the profile and ends with the program, and

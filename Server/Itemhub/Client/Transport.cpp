@@ -8,6 +8,8 @@
 #include "Server/Network/Origin.h"
 
 #include <QJsonDocument>
+#include <QJsonObject>
+#include <QUrlQuery>
 
 namespace Vs::Itemhub {
 namespace {
@@ -22,6 +24,15 @@ QUrl addressOf(const Access& where, const char* path)
         url.setQuery("customer=" +
                      QString::fromLatin1(QUrl::toPercentEncoding(QString::fromStdString(where.customer))));
     return url;
+}
+
+/// By which the service knows the token, so that it can be ended with the session; 0 where another server
+/// gave it.
+std::int64_t idOfToken(const QUrl& session, const Network::Credentials& given, const Watch& watch)
+{
+    Network::Http http(given);
+    const Network::Answer answer = http.ask({.method = "GET", .url = session}, watch);
+    return answer.isOk() ? QJsonDocument::fromJson(answer.content).object()["tokenId"].toInteger() : 0;
 }
 
 } // namespace
@@ -64,11 +75,17 @@ Access Transport::signInByBrowser(const Access& where, const std::function<bool(
     const Network::Answer refused = http.ask({.method = "GET", .url = url}, watch);
     if (refused.status == 0)
         Answers::check(refused, action);
-    const auto server = Network::findTokenServer(http, QUrl(QString::fromStdString(where.address)),
-                                                 refused.header("WWW-Authenticate"));
+    auto server = Network::findTokenServer(http, QUrl(QString::fromStdString(where.address)),
+                                           refused.header("WWW-Authenticate"));
     if (!server)
         throw Web::ItemhubException(Web::ItemhubException::Kind::NotFound,
                                     action + " failed: the service has no sign-in page for programs");
+    if (!where.customer.empty()) {
+        QUrlQuery query(server->authorization);
+        query.addQueryItem(
+            "customer", QString::fromLatin1(QUrl::toPercentEncoding(QString::fromStdString(where.customer))));
+        server->authorization.setQuery(query);
+    }
     Network::Credentials given;
     const Network::Result result = Network::signInByOAuth(*server, open, given, watch);
     if (result.state == CloudErrorState::Cancelled)
@@ -81,6 +98,7 @@ Access Transport::signInByBrowser(const Access& where, const std::function<bool(
     access.refreshToken = given.refreshToken;
     access.tokenAddress = given.tokenAddress;
     access.client = given.client;
+    access.grantedId = idOfToken(url, given, watch);
     return access;
 }
 

@@ -21,7 +21,34 @@ double fraction(std::uint64_t done, std::uint64_t total)
 
 } // namespace
 
-void runBeside(const std::wstring& title, const std::function<void(const Watch&)>& work)
+bool MainThreadTurn::ask(const std::function<bool()>& question)
+{
+    std::promise<bool> answer;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_question = [&] {
+            try {
+                answer.set_value(question());
+            } catch (...) {
+                answer.set_exception(std::current_exception());
+            }
+        };
+    }
+    return answer.get_future().get();
+}
+
+void MainThreadTurn::answer()
+{
+    std::function<void()> question;
+    {
+        const std::lock_guard lock(m_mutex);
+        question.swap(m_question);
+    }
+    if (question)
+        question();
+}
+
+void runBeside(const std::wstring& title, const std::function<void(const Watch&)>& work, MainThreadTurn* turn)
 {
     if (!Detail::onMainThread())
         return work({});
@@ -37,6 +64,8 @@ void runBeside(const std::wstring& title, const std::function<void(const Watch&)
     while (result.wait_for(kLook) != std::future_status::ready) {
         if (!scope.update(fraction(done, total)))
             cancelled = true;
+        if (turn)
+            turn->answer();
     }
     result.get();
 }

@@ -189,12 +189,16 @@ try {
 std::optional<Access> SignIn::byBrowser(const std::string& address, const std::string& customer,
                                         const std::function<bool(const std::string&)>& open)
 try {
+    assertMainThread();
     refuseIfDisabled();
     const Access where = whereIs(address, customer);
     std::optional<Access> access;
+    MainThreadTurn turn;
+    const auto openHere = [&](const std::string& page) { return turn.ask([&] { return open(page); }); };
     runBeside(
         localized("ItemhubWaitingForBrowser", "Waiting for the sign-in in the browser"),
-        [&, &way = transport()](const Watch& watch) { access = way.signInByBrowser(where, open, watch); });
+        [&, &way = transport()](const Watch& watch) { access = way.signInByBrowser(where, openHere, watch); },
+        &turn);
     return access;
 } catch (const ItemStore::Cancelled&) {
     return std::nullopt;

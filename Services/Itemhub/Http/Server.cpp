@@ -136,6 +136,9 @@ httplib::ContentProvider providerOf(const std::shared_ptr<Response::File>& file)
 void fill(httplib::Response& out, Response&& response)
 {
     out.status = response.status;
+    // The library adds to those that all answers have.
+    for (const auto& [name, value] : response.headers)
+        out.headers.erase(name);
     for (const auto& [name, value] : response.headers)
         out.set_header(name, value);
     if (response.file) {

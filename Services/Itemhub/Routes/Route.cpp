@@ -5,6 +5,7 @@
 #include "Services/Itemhub/Routes/FindRoutes.h"
 #include "Services/Itemhub/Routes/ItemRoutes.h"
 #include "Services/Itemhub/Routes/ServiceRoutes.h"
+#include "Services/Itemhub/Routes/SignInRoutes.h"
 #include "Services/Itemhub/Routes/TokenRoutes.h"
 #include "Services/Itemhub/Routes/UploadRoutes.h"
 #include "Services/Itemhub/Routes/WorkspaceRoutes.h"
@@ -63,6 +64,10 @@ const std::vector<Route>& routes()
 
         {"POST", "/tokens", Nothing, None, Takes::Secrets, signIn},
         {"POST", "/oauth/access_token", Nothing, None, kNone, renewToken},
+        {"GET", "/.well-known/oauth-authorization-server", Nothing, None, kNone, describeSignIn},
+        {"GET", "/oauth/authorize", Nothing, None, kNone, showSignIn},
+        {"POST", "/oauth/authorize", Nothing, None, Takes::Bytes, takeSignIn},
+        {"POST", "/oauth/token", Nothing, None, Takes::Bytes, changeCode},
         {"GET", "/session", SignedIn, Reader, kNone, tellSession},
         {"GET", "/tokens", SignedIn, Reader, kNone, listTokens},
         {"DELETE", "/tokens/{token}", SignedIn, Reader, kNone, deleteToken},

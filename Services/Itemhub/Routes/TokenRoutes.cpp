@@ -1,8 +1,8 @@
 #include "Services/Itemhub/Routes/TokenRoutes.h"
 
 #include "Services/Itemhub/Access/Authentication.h"
-#include "Services/Itemhub/Blobs/Digest.h"
 #include "Services/Itemhub/Routes/Json.h"
+#include "Services/Itemhub/Routes/Password.h"
 
 namespace Itemhub::Routes {
 
@@ -11,22 +11,6 @@ namespace {
 constexpr qint64 kHour = 3600LL * 1000;
 constexpr qint64 kLongestHours = 24 * 366;
 constexpr qint64 kUsualHours = 24 * 30;
-
-/// Who is made to wait: the account, from wherever, and the address, for whatever account.
-QStringList throttledBy(const Call& call, const QString& customer, const QString& name)
-{
-    const auto hashed = [](const QString& text) {
-        return QString::fromStdString(Blobs::Digest::hexOf(text.toStdString()));
-    };
-    return {hashed("account\n" + customer + '\n' + name),
-            hashed("address\n" + QString::fromStdString(call.request.remoteAddress()))};
-}
-
-Http::Problem refused()
-{
-    return Http::Problem(401, "sign_in", "The customer, the name or the password is not right.")
-        .with("WWW-Authenticate", "Bearer realm=\"itemhub\"");
-}
 
 } // namespace
 
@@ -40,34 +24,11 @@ Http::Response signIn(Call& call)
     members.end();
     const QString customer = QString::fromStdString(call.request.parameter("customer").value_or(""));
 
-    const QStringList subjects = throttledBy(call, customer, name);
-    for (const QString& subject : subjects)
-        if (const qint64 wait = Store::waitOf(call.store, subject); wait > 0)
-            throw Http::Problem(429, "too_many_failures", "Too many wrong passwords; wait before the next.")
-                .with("Retry-After", std::to_string(wait / 1000 + 1));
-
-    const auto tenant = Store::findTenant(call.store, customer);
-    const auto account = tenant ? Store::findAccount(call.store, *tenant, name) : std::nullopt;
-    // The same work for names that there aren't: how long it takes tells nobody anything.
-    const bool matches = Access::passwordMatches(account ? account->passwordHash : QString(), password);
-    if (!matches || account->disabled) {
-        changing(call, [&] {
-            for (const QString& subject : subjects)
-                Store::noteFailure(call.store, subject);
-            call.caller.tenant = tenant.value_or(0);
-            call.audit("sign-in refused", name);
-            return 0;
-        });
-        throw refused();
-    }
-    call.caller.tenant = account->tenant;
-    call.caller.account = account->id;
+    const Store::Account account = accountOf(call, customer, name, password);
     const Access::Granted granted = changing(call, [&] {
-        Store::forgetFailures(call.store, subjects[0]);
-        call.audit("sign-in", label);
+        noteSignIn(call, customer, account, label);
         return Access::grantBearer(
-            call.store,
-            {.account = account->id, .scope = scope, .label = label, .lifetimeMs = hours * kHour});
+            call.store, {.account = account.id, .scope = scope, .label = label, .lifetimeMs = hours * kHour});
     });
     return created({{"id", granted.id},
                     {"token", granted.token},

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <cctype>
 #include <csignal>
+#include <future>
 #include <sstream>
 #include <unistd.h>
 
@@ -36,6 +37,13 @@ pid_t ownService()
     }
     return 0;
 }
+
+/// What somebody does with the page at an address, by name and password: the page's other fields are those of
+/// its address.
+constexpr const char* kPerson = R"sh(
+curl -sf -o /dev/null "$1" &&
+    curl -sfL -d "${1#*\?}" --data-urlencode "account=$2" --data-urlencode "password=$3" "${1%%\?*}"
+)sh";
 
 class SessionTest : public ItemhubTest
 {
@@ -163,12 +171,44 @@ TEST_F(SessionTest, APasswordGivesATokenThatEndsWithTheSession)
     hub().signOut();
     const std::string token = seen.substr(seen.find(' ') + 1);
     EXPECT_EQ(kindOf([&] { hub().signIn(access(token), false); }), Kind::NotSignedIn);
-    EXPECT_EQ(kindOf([&] {
-                  hub().signInByBrowser(service().address(), "acme", false,
-                                        [](const std::string&) { return false; });
-              }),
-              Kind::NotFound)
-        << "the service has no page for that";
+}
+
+TEST_F(SessionTest, ABrowserGivesATokenThatEndsWithTheSession)
+{
+    std::ignore = service().token(account(), "writer");
+    std::string seen;
+    bool hasPage = true;
+    service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
+        if (const auto header = request.headers.find("authorization"); header != request.headers.end())
+            seen = header->second;
+        return hasPage || request.target.find("/.well-known/") == std::string::npos
+                   ? std::nullopt
+                   : std::optional(Fault::answer(404));
+    });
+    // The person fills in the page's form, whose other fields are those of its address.
+    std::future<TestSupport::ProcessResult> person;
+    const auto open = [&](const std::string& address) {
+        person = std::async(std::launch::async, [this, address] {
+            return TestSupport::runProcess(
+                "/bin/sh", {"-c", kPerson, "sh", address, account(), TestSupport::ItemService::password()});
+        });
+        return true;
+    };
+    ASSERT_TRUE(hub().signInByBrowser(service().address(), "acme", false, open));
+    const TestSupport::ProcessResult shown = person.get();
+    EXPECT_NE(shown.output.find("You can close this page"), std::string::npos)
+        << shown.output << shown.errors;
+    EXPECT_EQ(hub().accountName(), Vs::Strings::widen(account()));
+    EXPECT_EQ(hub().getWorkspaces().size(), 1u);
+    hub().signOut();
+    const std::string token = seen.substr(seen.find(' ') + 1);
+    EXPECT_EQ(kindOf([&] { hub().signIn(access(token), false); }), Kind::NotSignedIn);
+
+    const auto nobody = [](const std::string&) { return false; };
+    const auto without = [&] { hub().signInByBrowser(service().address(), "acme", false, nobody); };
+    EXPECT_EQ(kindOf(without), Kind::NotSignedIn) << "no browser could be opened";
+    hasPage = false;
+    EXPECT_EQ(kindOf(without), Kind::NotFound) << "the service has no page for that";
 }
 
 TEST_F(SessionTest, SwitchedOffNobodySignsIn)

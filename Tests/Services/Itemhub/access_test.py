@@ -3,6 +3,8 @@
 import base64
 import hashlib
 import hmac
+import html.parser
+import sqlite3
 import subprocess
 import time
 import unittest
@@ -148,6 +150,117 @@ class SignInTest(ServiceTest):
         self.assertIn(b"$argon2id$", stored)
         self.assertEqual((self.service.data / "service.key").stat().st_mode & 0o777, 0o600)
 
+
+class Form(html.parser.HTMLParser):
+    """What a browser knows of a page: the fields of its form, and what is shown as text."""
+
+    def __init__(self, page):
+        super().__init__()
+        self.fields, self.tags, self.text = {}, [], ""
+        self.feed(page)
+
+    def handle_starttag(self, tag, attributes):
+        self.tags.append(tag)
+        if tag == "input":
+            self.fields[dict(attributes)["name"]] = dict(attributes).get("value", "")
+
+    def handle_data(self, data):
+        self.text += data
+
+
+class BrowserTest(ServiceTest):
+    """Signing in with a browser, for a program on the same machine."""
+
+    redirect = "http://127.0.0.1:4711/signed-in"
+    verifier = "v" * 43
+
+    def page(self, **changed):
+        wish = {"response_type": "code", "client_id": "program", "redirect_uri": self.redirect, "state": "s&t", "customer": "acme",
+                "code_challenge": service.pkce(self.verifier), "code_challenge_method": "S256", **changed}
+        return self.service.client()("GET", "/oauth/authorize?" + urllib.parse.urlencode(wish))
+
+    def post(self, path, fields, headers=()):
+        return self.service.client()("POST", path, body=urllib.parse.urlencode(fields), headers={
+            "Content-Type": "application/x-www-form-urlencoded", **dict(headers)})
+
+    def typed(self, **fields):
+        return {**Form(self.page().body.decode()).fields, "account": "boss", "password": PASSWORD, **fields}
+
+    def change(self, code, **changed):
+        return self.post("/oauth/token", {"grant_type": "authorization_code", "code": code, "client_id": "program",
+                                          "redirect_uri": self.redirect, "code_verifier": self.verifier, **changed})
+
+    def code(self):
+        answer = self.post("/oauth/authorize", self.typed())
+        self.assertEqual(answer.status, 303, answer)
+        target, _, query = answer.headers["location"].partition("?")
+        fields = dict(urllib.parse.parse_qsl(query))
+        self.assertEqual((target, fields["state"]), (self.redirect, "s&t"))
+        self.assertEqual(fields["iss"], f"http://127.0.0.1:{self.service.port}")
+        return fields["code"]
+
+    def test_a_password_typed_in_the_browser_gets_the_program_a_token_once(self):
+        code = self.code()
+        answer = self.change(code)
+        self.assertEqual(answer.status, 200, answer)
+        session = self.service.client(answer.json["access_token"])("GET", "/session").json
+        self.assertEqual((session["account"], session["scope"]), ("boss", "writer"))
+        self.assertEqual(self.change(code).json, {"error": "invalid_grant"})
+        stored = b"".join(path.read_bytes() for path in self.service.data.glob("items.sqlite*"))
+        for secret in (code, self.code(), answer.json["access_token"].split(".")[1]):
+            self.assertNotIn(secret.encode(), stored + self.service.log().encode())
+
+    def test_a_code_is_good_for_nobody_else_and_not_for_long(self):
+        for changed in ({"code_verifier": "w" * 43}, {"code_verifier": ""}, {"client_id": "other"}, {"redirect_uri": self.redirect + "/"}):
+            code = self.code()
+            self.assertEqual(self.change(code, **changed).json, {"error": "invalid_grant"}, changed)
+            self.assertEqual(self.change(code).status, 400, "a code that was tried is used up")
+        self.assertEqual(self.change("x").json, {"error": "invalid_grant"})
+        self.assertEqual(self.change(self.code(), grant_type="password").json, {"error": "unsupported_grant_type"})
+        code = self.code()
+        with sqlite3.connect(self.service.database) as database:
+            database.execute("UPDATE sign_in_code SET expires_at = 1")
+        self.assertEqual(self.change(code).json, {"error": "invalid_grant"})
+
+    def test_the_browser_is_sent_to_this_machine_only(self):
+        for redirect in ("https://127.0.0.1/", "http://localhost:1/", "http://[::1]/", "http://127.0.0.1.example.org/", "http://example.org/",
+                         "http://127.0.0.1@example.org/", "http://me@127.0.0.1/", "javascript:alert(1)", "//127.0.0.1/", "", "http://127.0.0.1/#x"):
+            for answer in (self.page(redirect_uri=redirect), self.post("/oauth/authorize", self.typed(redirect_uri=redirect))):
+                self.assertEqual((answer.status, answer.headers.get("location")), (400, None), redirect)
+        for changed in ({"response_type": "token"}, {"code_challenge_method": "plain"}, {"code_challenge": ""}, {"client_id": ""},
+                        {"state": "x" * 256}):
+            self.assertEqual(self.page(**changed).status, 400, changed)
+        self.assertEqual(self.post("/oauth/authorize", self.typed(), {"Sec-Fetch-Site": "cross-site"}).status, 403)
+
+    def test_the_page_needs_no_script_loads_nothing_and_shows_markup_as_text(self):
+        hostile = "\"><script>alert(1)</script>%1"
+        answer = self.page(customer=hostile, state=hostile, client_id=hostile)
+        form = Form(answer.body.decode())
+        self.assertEqual((form.fields["customer"], form.fields["state"]), (hostile, hostile))
+        self.assertFalse({"script", "img", "link", "iframe"} & set(form.tags))
+        policy = answer.headers["content-security-policy"]
+        style = answer.body.split(b"<style>")[1].split(b"</style>")[0]
+        self.assertIn("'sha256-" + base64.b64encode(hashlib.sha256(style).digest()).decode() + "'", policy)
+        # One policy alone: a second one would narrow it.
+        for part in ("default-src 'none'", "form-action 'self' http://127.0.0.1:4711;", "frame-ancestors 'none'"):
+            self.assertEqual(policy.count(part), 1, policy)
+        refused = self.post("/oauth/authorize", self.typed(account=hostile), {"Accept-Language": "de-AT,en"})
+        self.assertEqual((refused.status, Form(refused.body.decode()).fields["account"]), (401, hostile))
+        self.assertIn("nicht richtig", Form(refused.body.decode()).text)
+        self.assertNotIn(PASSWORD.encode(), refused.body)
+
+    def tearDown(self):
+        # Of the tests, all come from one address.
+        with sqlite3.connect(self.service.database) as database:
+            database.execute("DELETE FROM throttle")
+
+    def test_wrong_passwords_have_to_wait_here_as_well(self):
+        self.service.member("acme", "slow", "reader")
+        statuses = [self.post("/oauth/authorize", self.typed(account="slow", password="wrong")).status for _ in range(6)]
+        self.assertEqual((statuses[0], statuses[-1]), (401, 429))
+        again = self.post("/oauth/authorize", self.typed(account="slow"))
+        self.assertEqual(again.status, 429)
+        self.assertGreaterEqual(int(again.headers["retry-after"]), 1)
 
 def quoted(text):
     return urllib.parse.quote(text, safe="-._~")

@@ -3,6 +3,7 @@
 import re
 import subprocess
 import unittest
+import urllib.parse
 
 import jsonschema
 import yaml
@@ -91,6 +92,18 @@ class InterfaceTest(ServiceTest):
             "account": "boss", "password": service.PASSWORD, "scope": "reader", "label": "test", "hours": 1})
         self.assertEqual(granted.status, 201)
         self.assertEqual(call("DELETE", f"/tokens/{granted.json['id']}").status, 204)
+        form = {"Content-Type": "application/x-www-form-urlencoded"}
+        self.assertEqual(call("GET", "/.well-known/oauth-authorization-server").status, 200)
+        wish = {"response_type": "code", "client_id": "test", "redirect_uri": "http://127.0.0.1:1/", "code_challenge_method": "S256",
+                "code_challenge": service.pkce("verifier")}
+        self.assertEqual(call("GET", "/oauth/authorize?" + urllib.parse.urlencode(wish)).status, 200)
+        typed = urllib.parse.urlencode({**wish, "customer": "acme", "account": "boss", "password": service.PASSWORD})
+        self.assertEqual(call("POST", "/oauth/authorize", body=typed.replace("S256", "plain"), headers=form).status, 400)
+        back = call("POST", "/oauth/authorize", body=typed, headers=form).headers["location"]
+        change = {"grant_type": "authorization_code", "code": urllib.parse.parse_qs(back.split("?")[1])["code"][0], "client_id": "test",
+                  "redirect_uri": "http://127.0.0.1:1/", "code_verifier": "verifier"}
+        for status in (200, 400):
+            self.assertEqual(call("POST", "/oauth/token", body=urllib.parse.urlencode(change), headers=form).status, status)
         workspace = call("POST", "/workspaces", {"name": "Described"}).json["id"]
         self.service.admin("account", "add", "acme", "guest", password=service.PASSWORD)
         members = f"/workspaces/{workspace}/members"

@@ -189,6 +189,11 @@ def sha256(data):
     return hashlib.sha256(data).hexdigest()
 
 
+def pkce(verifier):
+    """What a program that signs in with a browser says of what it will show (RFC 7636)."""
+    return base64.urlsafe_b64encode(hashlib.sha256(verifier.encode()).digest()).decode().rstrip("=")
+
+
 def main():
     if not PROGRAM or not shutil.which("setpriv"):
         sys.exit("QUILLET_ITEMHUB must name the program, and setpriv must be installed.")

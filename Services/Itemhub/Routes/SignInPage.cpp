@@ -1,0 +1,85 @@
+#include "Services/Itemhub/Routes/SignInPage.h"
+
+#include "Services/Itemhub/Blobs/Digest.h"
+#include "Services/Itemhub/Routes/Texts.h"
+
+#include <QByteArray>
+
+#include <string_view>
+
+namespace Itemhub::Routes {
+
+namespace {
+
+constexpr const char* kStyle = ":root{color-scheme:light dark;font:16px/1.4 system-ui,sans-serif}"
+                               "main{max-width:24rem;margin:10vh auto;padding:0 1rem}"
+                               "label{display:block;margin-top:1rem}"
+                               "input,button{box-sizing:border-box;width:100%;padding:.5rem;font:inherit}"
+                               "button{margin-top:1.5rem}"
+                               "[role=alert]{color:#c62828;font-weight:600}";
+
+QString field(const char* name, const QString& title, const QString& value, const char* more)
+{
+    return QString("<label>%2<input name=\"%1\" value=\"%3\" %4></label>\n")
+        .arg(name, title, value.toHtmlEscaped(), more);
+}
+
+/// Nothing runs and nothing is loaded; what the form sends goes here, and from here to the program.
+std::string policyFor(const QString& goesTo)
+{
+    static const std::string style = [] {
+        Blobs::Digest digest;
+        digest.add(kStyle);
+        return QByteArray::fromStdString(digest.result()).toBase64().toStdString();
+    }();
+    return "default-src 'none'; style-src 'sha256-" + style + "'; form-action 'self' " +
+           goesTo.toStdString() + "; base-uri 'none'; frame-ancestors 'none'";
+}
+
+QString problemOf(const Texts& texts, std::string_view code)
+{
+    return code == "too_many_failures"
+               ? texts.text("SignInWait",
+                            "There were too many wrong passwords. Wait a while, then try again.")
+               : texts.text("SignInRefused", "The customer, the name or the password is not right.");
+}
+
+} // namespace
+
+QString SignInPage::form(const Texts& texts) const
+{
+    QString form = "<form method=\"post\" action=\"authorize\">\n";
+    for (const auto& [name, value] : hidden)
+        form += QString("<input type=\"hidden\" name=\"%1\" value=\"%2\">\n")
+                    .arg(name.toHtmlEscaped(), value.toHtmlEscaped());
+    form += field("customer", texts.text("SignInCustomer", "Customer"), customer,
+                  "autocomplete=\"organization\"");
+    form += field("account", texts.text("SignInName", "Name"), account,
+                  "autocomplete=\"username\" required autofocus");
+    form += field("password", texts.text("SignInPassword", "Password"), {},
+                  "type=\"password\" autocomplete=\"current-password\" required");
+    return form + QString("<button>%1</button>\n</form>\n").arg(texts.text("SignInTitle", "Sign In"));
+}
+
+Http::Response SignInPage::response(const char* problem) const
+{
+    const Texts texts(languages);
+    QString page =
+        QString("<!DOCTYPE html>\n<html lang=\"%1\">\n<head><meta charset=\"utf-8\">"
+                "<meta name=\"viewport\" content=\"width=device-width\"><title>%2</title>"
+                "<style>%3</style></head>\n<body><main>\n<h1>%2</h1>\n<p>%4</p>\n")
+            .arg(texts.language(), texts.text("SignInTitle", "Sign In"), kStyle,
+                 texts.text("SignInWhy",
+                            "A program on this computer asks for access to your items. Go on only if "
+                            "you have just begun to sign in there."));
+    if (problem)
+        page += QString("<p role=\"alert\">%1</p>\n").arg(problemOf(texts, problem));
+    page += form(texts) + "</main></body>\n</html>\n";
+    Http::Response response;
+    response.type = "text/html";
+    response.headers = {{"Content-Security-Policy", policyFor(goesTo)}, {"Vary", "Accept-Language"}};
+    response.body = page.toStdString();
+    return response;
+}
+
+} // namespace Itemhub::Routes

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Services/Itemhub/Http/Message.h"
+
+#include <QString>
+
+#include <utility>
+#include <vector>
+
+namespace Itemhub::Routes {
+
+class Texts;
+
+/// A page with a form for customer, name and password, which works without a script. Whatever it is given is
+/// shown as text.
+struct SignInPage
+{
+    std::string languages; ///< As the browser's Accept-Language.
+    QString customer, account;
+    std::vector<std::pair<QString, QString>> hidden; ///< More fields of the form, which come back unseen.
+    QString goesTo;                                  ///< The origin to which the form's answer redirects.
+
+    /// @param problem why what was typed was refused, as a Problem's code; null at first
+    [[nodiscard]] Http::Response response(const char* problem) const;
+
+private:
+    [[nodiscard]] QString form(const Texts& texts) const;
+};
+
+} // namespace Itemhub::Routes
