@@ -28,21 +28,29 @@ namespace {
 /// Of a name's bytes, so that endings of our own fit behind it.
 constexpr qsizetype kLongestName = 200;
 
-/// Whether the queue has something of the file that isn't given up, and isn't another's turn.
-bool hasUnsent(const WorkFile& work)
+/// Whether the queue has an entry of the file that is meant.
+bool isQueued(const WorkFile& work, bool (*isMeant)(const QueueEntry&))
 {
     const std::vector<QueueEntry> entries = QueueEntry::all(work.account);
     return std::any_of(entries.begin(), entries.end(), [&](const QueueEntry& entry) {
-        return entry.document == work.file && entry.state != QueueEntry::State::Outdated;
+        return entry.document == work.file && isMeant(entry);
     });
 }
 
-bool hasOutdated(const WorkFile& work)
+bool isOutdated(const QueueEntry& entry)
 {
-    const std::vector<QueueEntry> entries = QueueEntry::all(work.account);
-    return std::any_of(entries.begin(), entries.end(), [&](const QueueEntry& entry) {
-        return entry.document == work.file && entry.state == QueueEntry::State::Outdated;
-    });
+    return entry.state == QueueEntry::State::Outdated;
+}
+
+/// Whether it isn't given up, and isn't another's turn.
+bool isUnsent(const QueueEntry& entry)
+{
+    return !isOutdated(entry);
+}
+
+bool isAny(const QueueEntry&)
+{
+    return true;
 }
 
 /// The content in the cache: fetched, unless the cache has it as it should be.
@@ -89,10 +97,10 @@ std::optional<WorkFile> usable(const std::string& account, const Content& conten
 {
     std::optional<WorkFile> older;
     for (const WorkFile& work : WorkFiles::get().all(account)) {
-        if (work.attachmentId != content.attachmentId || hasOutdated(work))
+        if (work.attachmentId != content.attachmentId || isQueued(work, isOutdated))
             continue;
         const bool isHere = FileStamp::of(work.file).exists();
-        if (isHere && (hasUnsent(work) || work.isChanged() || work.version == content.version))
+        if (isHere && (isQueued(work, isUnsent) || work.isChanged() || work.version == content.version))
             return work;
         if (!isHere || !isOpen(work.file))
             older = work;
@@ -117,9 +125,11 @@ std::string Documents::fileName(const std::string& typed, const std::string& ext
     return name.toStdString() + extension;
 }
 
-void Documents::trimContents(const std::string& account)
+void Documents::trim(const std::string& account)
 {
     constexpr std::time_t kMonth = 30L * 24 * 3600;
+    WorkFiles::get().removeUnused(account, kMonth,
+                                  [](const WorkFile& work) { return isQueued(work, isAny); });
     boost::system::error_code error, ignored;
     for (fs::directory_iterator file(Places::contents(account), error), end; !error && file != end;
          file.increment(error)) {
@@ -159,8 +169,11 @@ Documents::Path Documents::download(ItemStore& store, const std::string& account
     if (content.version == 0)
         return {};
     std::optional<WorkFile> work = usable(account, content, isOpen);
+    // What isn't used goes after a while, perhaps just now.
+    if (work && !WorkFiles::get().touch(work->file))
+        work.reset();
     if (work && FileStamp::of(work->file).exists() &&
-        (work->version == content.version || hasUnsent(*work) || work->isChanged()))
+        (work->version == content.version || isQueued(*work, isUnsent) || work->isChanged()))
         return work->file;
     const Path cached = fetched(store, account, content, watch);
     if (!work) {

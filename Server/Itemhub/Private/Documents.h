@@ -28,9 +28,9 @@ using Path = boost::filesystem::path;
 [[nodiscard]] std::string attachSnapshot(ItemStore& store, const WorkFile& work, const Path& snapshot,
                                          const Watch& watch);
 
-/// Removes contents that no working file has any more and that were downloaded more than a month ago. Doesn't
-/// throw.
-void trimContents(const std::string& account);
+/// Removes what can be downloaded again and was not used for a month: working files that the service has as
+/// they are, and contents that no working file has any more. Doesn't throw.
+void trim(const std::string& account);
 
 /// A name that a file may have, near to what a person typed.
 [[nodiscard]] std::string fileName(const std::string& typed, const std::string& extension);

@@ -5,6 +5,8 @@
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "Server/Itemhub/Private/UploadQueue.h"
 
+#include <tuple>
+
 namespace Vs::Itemhub {
 
 SaveListener::SaveListener()
@@ -30,6 +32,12 @@ void SaveListener::documentSaved(DocumentEvent* event)
 void SaveListener::documentUpdated(DocumentEvent* event)
 {
     queue(event->document());
+}
+
+void SaveListener::touch(const Document* document)
+{
+    if (document && document->isOnDisk())
+        std::ignore = WorkFiles::get().touch(document->path());
 }
 
 void SaveListener::queue(const Document* document)

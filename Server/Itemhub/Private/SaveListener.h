@@ -10,7 +10,8 @@
 
 namespace Vs::Itemhub {
 
-/// Queues every save of an item's document, before the save returns. Main thread only.
+/// Queues every save of an item's document, before the save returns, and notes which of their files are in
+/// use. Main thread only.
 class SaveListener : public DocumentEventSite
 {
 public:
@@ -20,11 +21,15 @@ public:
     /// Of the next save of that file.
     void label(const boost::filesystem::path& file, const std::string& label);
 
+    void documentOpened(DocumentEvent* event) override { touch(event->document()); }
+    void documentOpenedInBackground(DocumentEvent* event) override { touch(event->document()); }
+    void documentClosed(DocumentEvent* event) override { touch(event->document()); }
     void documentSaved(DocumentEvent* event) override;
     /// A save under another name tells no more than this.
     void documentUpdated(DocumentEvent* event) override;
 
 private:
+    static void touch(const Document* document);
     void queue(const Document* document);
 
     std::map<boost::filesystem::path, std::string> m_labels;

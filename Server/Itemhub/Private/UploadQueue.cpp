@@ -282,7 +282,7 @@ void UploadQueue::queueFound()
             ItemhubUtilities::get()->fireErrorMessage(error.message());
         }
     }
-    Documents::trimContents(Session::get().facts().name);
+    Documents::trim(Session::get().facts().name);
 }
 
 std::vector<QueueEntry> UploadQueue::entries() const

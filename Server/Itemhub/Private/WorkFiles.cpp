@@ -9,6 +9,7 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <ctime>
 #include <sstream>
 #include <sys/stat.h>
 
@@ -73,6 +74,27 @@ try {
 void write(const WorkFile& work)
 {
     JsonFile::write(recordOf(work.file), toJson(work), JsonFile::Readers::OwnerOnly);
+}
+
+/// Whether a folder has its record and the file of that name, or the first alone.
+bool hasNothingElse(const fs::path& folder, const fs::path& file)
+{
+    boost::system::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+        if (entry->path() != file && entry->path().filename() != kRecord)
+            return false;
+    return !error;
+}
+
+/// What is left of it when this is cut short is a folder whose file isn't here, as it is before a download.
+void removeFolderOf(const fs::path& file)
+{
+    boost::system::error_code error;
+    fs::remove(file, error);
+    if (!error)
+        fs::remove(recordOf(file), error);
+    if (!error)
+        fs::remove(file.parent_path(), error);
 }
 
 } // namespace
@@ -170,6 +192,29 @@ void WorkFiles::change(const Path& file, const std::function<void(WorkFile&)>& a
         return;
     action(*work);
     write(*work);
+}
+
+bool WorkFiles::touch(const Path& file)
+{
+    if (accountOf(file).empty())
+        return false;
+    const std::lock_guard lock(m_mutex);
+    boost::system::error_code error;
+    fs::last_write_time(recordOf(file), std::time(nullptr), error);
+    return !error;
+}
+
+void WorkFiles::removeUnused(const std::string& account, std::int64_t seconds,
+                             const std::function<bool(const WorkFile&)>& isNeeded)
+{
+    for (const WorkFile& work : all(account)) {
+        const std::lock_guard lock(m_mutex);
+        boost::system::error_code error;
+        const std::time_t used = fs::last_write_time(recordOf(work.file), error);
+        if (!error && used + seconds < std::time(nullptr) && !work.isChanged() && !isNeeded(work) &&
+            hasNothingElse(work.file.parent_path(), work.file))
+            removeFolderOf(work.file);
+    }
 }
 
 } // namespace Vs::Itemhub

@@ -60,6 +60,13 @@ public:
     [[nodiscard]] WorkFile make(WorkFile values, const std::string& name);
     /// Changes a record as one step. Nothing if there is none.
     void change(const Path& file, const std::function<void(WorkFile&)>& action);
+    /// Notes that the file is in use now. False if it isn't one of these. Doesn't throw.
+    bool touch(const Path& file);
+    /// Removes folders whose file nobody has used for so many seconds, and which the service has as it is,
+    /// unless something else lies there, such as another program's note that it has the file, or `isNeeded`
+    /// says so. Doesn't throw.
+    void removeUnused(const std::string& account, std::int64_t seconds,
+                      const std::function<bool(const WorkFile&)>& isNeeded);
 
 private:
     mutable std::mutex m_mutex;

@@ -137,6 +137,38 @@ TEST_F(ItemsTest, ADownloadIsFetchedOnceAndAChangedFileIsKept)
     EXPECT_EQ(TestSupport::contentOf(file), "third");
 }
 
+TEST_F(ItemsTest, FilesThatNobodyUsedForAMonthGoAtASignInIfTheServiceHasThem)
+{
+    constexpr long kMonth = 31L * 24 * 3600;
+    const Path old = itemWith(L"Old", "old"), young = itemWith(L"Young", "young"),
+               changed = itemWith(L"Changed", "c"), held = itemWith(L"Held", "held"),
+               shown = itemWith(L"Shown", "shown");
+    const std::wstring uri = uriOf(old);
+    TestSupport::overwrite(changed, "changed by another program");
+    TestSupport::overwrite(held.parent_path() / "note", "another program has it");
+    while (Vs::DocumentMgr::get()->documents() > 0)
+        Vs::DocumentMgr::get()->close(Vs::DocumentMgr::get()->document(0u));
+    for (const Path& file : {old, changed, held, shown})
+        fs::last_write_time(file.parent_path() / ".item.json", std::time(nullptr) - kMonth);
+    // Opened once more.
+    EXPECT_EQ(Path(hub().downloadAttachment(uriOf(shown))), shown);
+    service().proxy().onRequest([](const FaultProxy::Request& request) -> std::optional<Fault> {
+        return request.target.find("/uploads") != std::string::npos ? std::optional(Fault::reset())
+                                                                    : std::nullopt;
+    });
+    signIn();
+    ASSERT_TRUE(until([&] { return !fs::exists(old.parent_path()); }));
+    for (const Path& file : {young, changed, held, shown})
+        EXPECT_TRUE(fs::exists(file)) << file;
+    const Path again = hub().downloadAttachment(uri);
+    EXPECT_EQ(again.filename(), old.filename());
+    EXPECT_EQ(TestSupport::contentOf(again), "old");
+    service().proxy().onRequest({});
+    hub().uploadNow();
+    EXPECT_TRUE(arrive());
+    EXPECT_EQ(versionsOf(changed).size(), 2u);
+}
+
 TEST_F(ItemsTest, OldContentsThatNoFileHasGoAtASignIn)
 {
     const Path file = itemWith(L"Wheel", "first");
