@@ -106,7 +106,9 @@ bool RovingFocus::eventFilter(QObject* watched, QEvent* event)
                 adopt(button);
         return false;
     }
-    auto* button = static_cast<QAbstractButton*>(watched);
+    auto* button = qobject_cast<QAbstractButton*>(watched);
+    if (!button) // it hears of its own end, too, when it is a button no more
+        return false;
     if (event->type() == QEvent::FocusIn)
         m_last = button;
     if (event->type() != QEvent::KeyPress)
