@@ -39,7 +39,8 @@ public:
     static bool ensureCloudPath(const BaseAuth* auth, const std::vector<WPath>& stack,
                                 SkyvaultNodeData& node);
 
-    /// Reads a folder of the drive with its children.
+    /// Reads a folder of the drive with its children. Unreachable or Cancelled, `node` is what the cache
+    /// knows of it: files that have been on this computer, and the folders that lead to such.
     static CloudErrorState GetFolderNode(const BaseAuth* auth, const std::string& id, SkyvaultNodeData& node);
     /// The node of a path in the cache. One that the drive doesn't have is NotFound.
     static CloudErrorState GetFileNode(const BaseAuth* auth, const WPath& root, const WPath& path,

@@ -99,6 +99,23 @@ public:
     {
         return select("folder = ? ORDER BY path", text(folder));
     }
+    std::vector<std::string> foldersIn(const std::string& folder) override
+    {
+        // All that begins with the folder and a slash; what follows the slash in the order of letters is '0'.
+        QSqlQuery query = run(QStringLiteral("SELECT DISTINCT folder FROM files WHERE folder >= ? AND "
+                                             "folder < ? ORDER BY folder"),
+                              {text(folder + '/'), text(folder + '0')});
+        std::vector<std::string> folders;
+        while (query.next()) {
+            const std::string below = query.value(0).toString().toStdString();
+            std::string path = below.substr(0, below.find('/', folder.size() + 1));
+            if (folders.empty() || folders.back() != path)
+                folders.push_back(std::move(path));
+        }
+        if (query.lastError().isValid())
+            fail(query.lastError());
+        return folders;
+    }
     std::vector<CacheRow> pending() override { return select("pending != ? ORDER BY since", 0); }
 
     /// Whether the failure says that the file is no index.

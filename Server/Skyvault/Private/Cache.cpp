@@ -156,6 +156,11 @@ std::vector<CacheRow> Cache::inFolder(const Path& root, const std::string& folde
     return withIndex(root, [&](CacheIndex& index) { return index.inFolder(folder == "/" ? "" : folder); });
 }
 
+std::vector<std::string> Cache::foldersIn(const Path& root, const std::string& folder)
+{
+    return withIndex(root, [&](CacheIndex& index) { return index.foldersIn(folder == "/" ? "" : folder); });
+}
+
 std::vector<CacheRow> Cache::pending(const Path& root)
 {
     return withIndex(root, [](CacheIndex& index) { return index.pending(); });

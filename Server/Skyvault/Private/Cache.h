@@ -42,6 +42,7 @@ public:
     void put(const Place& place, const CacheRow& row);
     void replace(const Place& gone, const Place& place, const CacheRow& row);
     [[nodiscard]] std::vector<CacheRow> inFolder(const Path& root, const std::string& folder);
+    [[nodiscard]] std::vector<std::string> foldersIn(const Path& root, const std::string& folder);
     [[nodiscard]] std::vector<CacheRow> pending(const Path& root);
 
     /// Whether the local file is another one than the version that its row goes back to.

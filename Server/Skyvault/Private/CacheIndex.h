@@ -58,6 +58,8 @@ public:
     virtual void replace(const std::string& gone, const CacheRow& row) = 0;
     /// Of all files in a folder ("" for the root), not of those in folders below.
     [[nodiscard]] virtual std::vector<CacheRow> inFolder(const std::string& folder) = 0;
+    /// The paths of the folders in a folder ("" for the root) that hold a file at whatever depth; sorted.
+    [[nodiscard]] virtual std::vector<std::string> foldersIn(const std::string& folder) = 0;
     /// What is uploading or waiting, the oldest first.
     [[nodiscard]] virtual std::vector<CacheRow> pending() = 0;
 };

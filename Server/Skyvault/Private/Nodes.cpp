@@ -43,6 +43,10 @@ SkyvaultNodeData nodeOf(const CacheRow& row)
     SkyvaultNodeData node(row.path, SkyvaultNodeData::fileKind());
     node.etag(row.etag);
     node.size(row.size);
+    if (row.localTime != 0)
+        node.modified(timeText(std::chrono::system_clock::time_point(
+            std::chrono::duration_cast<std::chrono::system_clock::duration>(
+                std::chrono::nanoseconds(row.localTime)))));
     return node;
 }
 
@@ -50,6 +54,8 @@ SkyvaultNodeData knownFolder(const Cache::Path& root, const std::string& id)
 {
     SkyvaultNodeData folder(id, kindOf(id, true));
     std::vector<SkyvaultNodeData> children;
+    for (const std::string& path : Cache::get().foldersIn(root, id))
+        children.emplace_back(path, SkyvaultNodeData::folderKind());
     for (const CacheRow& row : Cache::get().inFolder(root, id))
         children.push_back(nodeOf(row));
     folder.children(std::move(children));
@@ -68,7 +74,8 @@ DriveResult readFolder(const std::string& id, bool make, SkyvaultNodeData& node)
                                listed = drive.makeFolders(id);
                                return listed.isOk() ? drive.list(id, entries, watch) : listed;
                            });
-    if (result.state == CloudErrorState::Unreachable) {
+    // Whoever waits no longer is helped by what is here, too.
+    if (result.state == CloudErrorState::Unreachable || result.state == CloudErrorState::Cancelled) {
         try {
             node = knownFolder(SkyvaultUtilities::currentCachePath(nullptr), id);
         } catch (const Exception& error) {

@@ -59,4 +59,12 @@ std::uint64_t removeWhatTheDriveHas()
     return bytes;
 }
 
+std::vector<Vs::SkyvaultNodeData> openable(std::vector<Vs::SkyvaultNodeData> nodes)
+{
+    std::erase_if(nodes, [](const Vs::SkyvaultNodeData& node) {
+        return !node.isFolder() && Vs::CloudCacheManager::getInstance()->downloadRequired(&node);
+    });
+    return nodes;
+}
+
 } // namespace Vu::Commands::CloudCacheFiles

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Server/Skyvault/SkyvaultNodeData.h"
+
 #include <boost/filesystem/path.hpp>
 
 #include <cstdint>
@@ -20,5 +22,7 @@ struct Usage
 [[nodiscard]] Usage usage();
 /// Removes what is removable now, and returns how many bytes that were.
 std::uint64_t removeWhatTheDriveHas();
+/// Those of the nodes that can be opened without the drive, and the folders.
+[[nodiscard]] std::vector<Vs::SkyvaultNodeData> openable(std::vector<Vs::SkyvaultNodeData> nodes);
 
 } // namespace Vu::Commands::CloudCacheFiles

@@ -77,6 +77,33 @@ QString account()
                             : who + u' ' + text("CloudAway", "The server cannot be reached at the moment.");
 }
 
+QString title(CloudDialog::Kind kind)
+{
+    using Kind = CloudDialog::Kind;
+    return named(kind == Kind::Folder   ? text("CloudChooseFolder", "Save in a Folder of %1")
+                 : kind == Kind::SaveAs ? text("CloudChooseName", "Save to %1")
+                                        : text("CloudChooseDocument", "Open from %1"));
+}
+
+QString away(CloudDialog::Kind kind)
+{
+    return kind == CloudDialog::Kind::Document
+               ? text("CloudListedHere", "The drive was not reached. These are its files on this computer.")
+               : text("CloudSavedHere",
+                      "The drive was not reached. What you save waits on this computer, and "
+                      "is sent when the drive is there again.");
+}
+
+QString nothingListed(bool isRead, bool hasEntries, bool isAway)
+{
+    if (!isRead)
+        return text("CloudNotRead", "Nothing has been read.");
+    if (hasEntries)
+        return text("CloudNothingFound", "Nothing here is of that name and kind.");
+    return isAway ? text("CloudNothingHere", "Nothing of this folder is on this computer.")
+                  : text("CloudEmptyFolder", "This folder is empty.");
+}
+
 QString unsafe()
 {
     return text(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Skyvault/Drive.h"
+#include "UI/Commands/Cloud/CloudDialog.h"
 
 #include <QIcon>
 #include <QString>
@@ -24,6 +25,12 @@ namespace Vu::Commands::CloudTexts {
 [[nodiscard]] QString notFound(const Vs::Cloud::DriveResult& result, const QString& typed);
 /// Who is signed in, where, and whether the server can be reached.
 [[nodiscard]] QString account();
+/// Of the dialog in which a person chooses this.
+[[nodiscard]] QString title(CloudDialog::Kind kind);
+/// What its list is while the drive isn't reached.
+[[nodiscard]] QString away(CloudDialog::Kind kind);
+/// What stands where no entry is listed: `hasEntries` if some are there that weren't asked for.
+[[nodiscard]] QString nothingListed(bool isRead, bool hasEntries, bool isAway);
 /// What a server without locks and conditions means for people who work on the same files.
 [[nodiscard]] QString unsafe();
 /// What the server was found to do, a line each.

@@ -6,6 +6,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Commands/Adaptations/QT/Cloud/CloudCacheFiles.h"
 #include "UI/Commands/Adaptations/QT/Cloud/CloudFolderModel.h"
 #include "UI/Commands/Adaptations/QT/Cloud/CloudHead.h"
 #include "UI/Commands/Adaptations/QT/Cloud/CloudList.h"
@@ -25,7 +26,6 @@
 namespace Vu::Commands {
 namespace {
 
-using CloudTexts::named;
 using CloudTexts::text;
 using Kind = CloudDialog::Kind;
 
@@ -39,20 +39,13 @@ std::string& lastFolder()
     return folder;
 }
 
-QString titleOf(Kind kind)
-{
-    return kind == Kind::Folder   ? named(text("CloudChooseFolder", "Save in a Folder of %1"))
-           : kind == Kind::SaveAs ? named(text("CloudChooseName", "Save to %1"))
-                                  : named(text("CloudChooseDocument", "Open from %1"));
-}
-
 } // namespace
 
 QTCloudDialog::QTCloudDialog(CloudDialog::Request request, const QString& name, QWidget* parent)
     : QDialog(parent), m_request(std::move(request)), m_model(new CloudFolderModel(this))
 {
     setObjectName(QStringLiteral("cloudDialog"));
-    setWindowTitle(titleOf(m_request.kind));
+    setWindowTitle(CloudTexts::title(m_request.kind));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kBorder, kBorder, kBorder, kBorder);
     column->setSpacing(kSpacing);
@@ -172,23 +165,34 @@ bool QTCloudDialog::open(std::string folder)
     const Vs::CloudErrorState state =
         Vs::SkyvaultUtilities::GetFolderNode(Vs::MeshportAuth::globalInstance(), folder, read);
     busy(false);
-    const bool isRead = state == Vs::CloudErrorState::Success;
-    if (isRead) {
-        const std::string left = m_folder.id();
-        m_folder = std::move(read);
-        m_head->clearSearch();
-        m_model->nodes(m_folder.children());
-        m_head->show(folder);
-        // In a list where one chooses a place, nothing is chosen until the person does.
-        m_list->stand(folderAbove(left) == folder ? left.substr(left.rfind('/') + 1) : std::string(),
-                      m_request.kind == Kind::Document);
-    } else if (state != Vs::CloudErrorState::Cancelled) {
+    // Who doesn't wait for the first folder is shown what is here; later, what was there stays.
+    const bool isAway = state == Vs::CloudErrorState::Unreachable ||
+                        (state == Vs::CloudErrorState::Cancelled && (m_folder.id().empty() || m_isAway));
+    const bool isRead = state == Vs::CloudErrorState::Success || isAway;
+    if (isRead)
+        take(std::move(read), isAway);
+    else if (state != Vs::CloudErrorState::Cancelled)
         tell(QString::fromStdWString(Vs::SkyvaultUtilities::getErrorString(state)));
-    }
     showState();
     if (m_closes)
         QDialog::reject();
     return isRead;
+}
+
+void QTCloudDialog::take(Vs::SkyvaultNodeData folder, bool isAway)
+{
+    const std::string left = m_folder.id();
+    m_folder = std::move(folder);
+    m_isAway = isAway;
+    if (isAway && m_request.kind == Kind::Document)
+        m_folder.children(CloudCacheFiles::openable(m_folder.children()));
+    m_head->clearSearch();
+    m_model->nodes(m_folder.children());
+    m_head->show(m_folder.id());
+    // In a list where one chooses a place, nothing is chosen until the person does.
+    m_list->stand(folderAbove(left) == m_folder.id() ? left.substr(left.rfind('/') + 1) : std::string(),
+                  m_request.kind == Kind::Document);
+    tell({});
 }
 
 void QTCloudDialog::refresh()
@@ -270,11 +274,9 @@ void QTCloudDialog::showState()
     m_head->enable(isRead, m_isBusy);
     m_list->setEnabled(!m_isBusy);
     m_name->enableKinds(!m_isBusy);
-    m_list->emptyText(m_isBusy || m_model->rowCount() > 0 ? QString()
-                      : !isRead                           ? text("CloudNotRead", "Nothing has been read.")
-                      : m_folder.children().empty()
-                          ? text("CloudEmptyFolder", "This folder is empty.")
-                          : text("CloudNothingFound", "Nothing here is of that name and kind."));
+    m_list->emptyText(m_isBusy || m_model->rowCount() > 0
+                          ? QString()
+                          : CloudTexts::nothingListed(isRead, !m_folder.children().empty(), m_isAway));
 }
 
 void QTCloudDialog::busy(bool value, const QString& what)
@@ -299,10 +301,11 @@ void QTCloudDialog::busy(bool value, const QString& what)
 void QTCloudDialog::tell(const QString& content)
 {
     QPalette colours = palette();
-    colours.setColor(QPalette::WindowText, errorColour());
+    if (!content.isEmpty())
+        colours.setColor(QPalette::WindowText, errorColour());
     m_message->setPalette(colours);
-    m_message->setText(content);
-    m_message->setVisible(!content.isEmpty());
+    m_message->setText(!content.isEmpty() || !m_isAway ? content : CloudTexts::away(m_request.kind));
+    m_message->setVisible(!m_message->text().isEmpty());
 }
 
 void QTCloudDialog::accept()

@@ -20,7 +20,8 @@ class CloudList;
 class CloudName;
 
 /// Lets a person choose a folder, a name or a document on the drive, going through it folder by folder. While
-/// a folder is read, the list waits, and Esc or Cancel gives up reading; what was there stays.
+/// a folder is read, the list waits, and Esc or Cancel gives up reading; what was there stays. While the
+/// drive can't be reached, the list is that of the local copies, as a line below it says.
 class QTCloudDialog : public QDialog
 {
 public:
@@ -30,7 +31,8 @@ public:
     const Vs::SkyvaultNodeData& node() const { return m_chosen; }
     QString name() const;
 
-    /// Reads a folder; where that fails, the dialog tells why and stays where it was. False then.
+    /// Reads a folder, or what is known of it where the drive can't be reached; where that fails, the dialog
+    /// tells why and stays where it was. False then.
     bool open(std::string folder);
 
     void accept() override;
@@ -46,6 +48,7 @@ private:
     CloudList* makeList();
     CloudName* makeName(const QString& name);
     QWidget* makeButtons();
+    void take(Vs::SkyvaultNodeData folder, bool isAway);
     void refresh();
     void goAbove();
     void makeFolder();
@@ -59,6 +62,7 @@ private:
     Vs::SkyvaultNodeData m_folder; ///< The one that is shown, with its children.
     Vs::SkyvaultNodeData m_chosen;
     QPointer<QWidget> m_focus; ///< Which had the keyboard when a request began.
+    bool m_isAway = false;     ///< What is shown is what this computer has.
     bool m_isBusy = false;
     bool m_closes = false;
 
