@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <new>
+#include <sys/socket.h>
 
 namespace Vs::Network {
 
@@ -17,6 +18,13 @@ constexpr std::chrono::milliseconds kTick{100};
 constexpr long kBuffer = 256 * 1024;
 // A server that refuses a large body may say so before it is sent; many say nothing.
 constexpr long kMsForRefusal = 300;
+
+/// A program that is started meanwhile, such as a browser, must not hold it open: the server would never
+/// learn that this one has gone.
+curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address)
+{
+    return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+}
 
 void* newHandle()
 {
@@ -34,6 +42,7 @@ void* newHandle()
     curl_easy_setopt(handle, CURLOPT_UPLOAD_BUFFERSIZE, kBuffer);
     curl_easy_setopt(handle, CURLOPT_EXPECT_100_TIMEOUT_MS, kMsForRefusal);
     curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 0L);
+    curl_easy_setopt(handle, CURLOPT_OPENSOCKETFUNCTION, openSocket);
     return handle;
 }
 

@@ -42,6 +42,17 @@ protected:
         return m_contents;
     }
 
+    /// What the service was asked last, for a failure's message.
+    static std::string lastRequests()
+    {
+        constexpr size_t kShown = 8;
+        const auto requests = service().proxy().requests();
+        std::string text = hub().isOnline() ? "online" : "not online";
+        for (size_t i = requests.size() - std::min(requests.size(), kShown); i < requests.size(); ++i)
+            text += '\n' + requests[i].method + ' ' + requests[i].target;
+        return text;
+    }
+
 private:
     int m_contents = 0;
 };
@@ -279,7 +290,7 @@ TEST_F(ItemsTest, WhatOthersDoIsHeard)
     ASSERT_TRUE(until([] { return hub().isOnline(); }));
     kinds.clear();
     ASSERT_TRUE(makeVersionElsewhere(file, "third"));
-    EXPECT_TRUE(until([this] { return !kinds.empty(); }));
+    EXPECT_TRUE(until([this] { return !kinds.empty(); })) << lastRequests();
 }
 
 } // namespace

@@ -8,11 +8,14 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <arpa/inet.h>
 #include <atomic>
 #include <cctype>
 #include <csignal>
+#include <fcntl.h>
 #include <future>
 #include <sstream>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace {
@@ -86,6 +89,23 @@ TEST_F(SessionTest, NothingOfTheNetworkIsMappedBeforeTheFirstSignIn)
     const auto result = TestSupport::runProcess(QUILLET_ITEM_CLIENT, {profile.path().string(), "maps"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(result.output, "");
+}
+
+TEST_F(SessionTest, NoProgramThatIsStartedGetsAConnection)
+{
+    signIn();
+    int connections = 0;
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+        const int descriptor = std::stoi(entry.path().filename().string());
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        if (getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) != 0 ||
+            peer.sin_family != AF_INET || ntohs(peer.sin_port) != service().proxy().port())
+            continue;
+        ++connections;
+        EXPECT_TRUE(fcntl(descriptor, F_GETFD) & FD_CLOEXEC);
+    }
+    EXPECT_GT(connections, 0);
 }
 
 TEST_F(SessionTest, AWrongTokenLeavesTheSessionAndSaysWhereAndWhy)

@@ -97,6 +97,9 @@ void ItemService::start()
     m_process = fork();
     if (m_process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
+        // A connection of the proxy's that the service had as well would stand after the proxy has closed it,
+        // and its client would wait for nothing.
+        close_range(3, ~0U, 0);
         std::vector<char*> arguments;
         for (std::string& word : words)
             arguments.push_back(word.data());
