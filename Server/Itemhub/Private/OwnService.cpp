@@ -100,17 +100,11 @@ OwnService::~OwnService()
     stop();
 }
 
-Access OwnService::start(const Watch& watch)
+void OwnService::launch()
 {
-    if (!isAlive()) {
-        stop();
-        m_access = spawn(watch);
-    }
-    return m_access;
-}
-
-Access OwnService::spawn(const Watch& watch)
-{
+    if (isAlive())
+        return;
+    stop();
     const boost::filesystem::path folder = Places::ownService();
     OwnFiles::makeFolder(folder);
     int ends[2];
@@ -129,21 +123,31 @@ Access OwnService::spawn(const Watch& watch)
         stop();
         throw;
     }
-    try {
-        const QJsonObject said =
-            QJsonDocument::fromJson(QByteArray::fromStdString(readLine(m_pipe, watch))).object();
-        Access access;
-        access.isOwn = true;
-        access.address = said["url"].toString().toStdString() + '/';
-        access.customer = said["customer"].toString().toStdString();
-        access.token = said["token"].toString().toStdString();
-        if (!said["url"].isString() || access.token.empty())
-            failed("it did not say where it can be reached");
-        return access;
-    } catch (...) {
-        stop();
-        throw;
-    }
+}
+
+Access OwnService::start(const Watch& watch)
+{
+    launch();
+    if (m_access.token.empty())
+        m_access = readAccess(watch);
+    return m_access;
+}
+
+Access OwnService::readAccess(const Watch& watch)
+try {
+    const QJsonObject said =
+        QJsonDocument::fromJson(QByteArray::fromStdString(readLine(m_pipe, watch))).object();
+    Access access;
+    access.isOwn = true;
+    access.address = said["url"].toString().toStdString() + '/';
+    access.customer = said["customer"].toString().toStdString();
+    access.token = said["token"].toString().toStdString();
+    if (!said["url"].isString() || access.token.empty())
+        failed("it did not say where it can be reached");
+    return access;
+} catch (...) {
+    stop();
+    throw;
 }
 
 bool OwnService::isAlive()

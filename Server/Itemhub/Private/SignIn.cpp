@@ -208,6 +208,8 @@ bool SignIn::toOwnService()
 try {
     assertMainThread();
     refuseIfDisabled();
+    // It comes up while the client's libraries are opened.
+    OwnService::get().launch();
     ItemTransport& way = transport();
     std::shared_ptr<ItemStore> store;
     Session::Facts facts;
