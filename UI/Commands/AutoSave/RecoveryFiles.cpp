@@ -1,6 +1,5 @@
 #include "UI/Commands/AutoSave/RecoveryFiles.h"
 
-#include "Server/Base/Exception.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/Document.h"
@@ -15,6 +14,7 @@
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Session/AutoSaving.h"
 #include "UI/Commands/Documents/OpenDocumentsCmds.h"
+#include "UI/Commands/Itemhub/ItemhubCommands.h"
 #include "UI/Commands/Localized.h"
 
 #include <QDateTime>
@@ -50,18 +50,17 @@ std::wstring placeOf(const Vs::AutoSavedFileInfo& file)
         return file.autoSavedFile();
     if (!signedIn())
         return {};
-    const Vs::ItemhubUtilities* service = Vs::ItemhubUtilities::get();
-    try {
-        std::wstring path = service->downloadAttachment(file.attachmentUrl());
+    std::wstring found;
+    withItemhubErrors([&] {
+        const Vs::ItemhubUtilities* service = Vs::ItemhubUtilities::get();
+        const std::wstring path = service->downloadAttachment(file.attachmentUrl());
         if (exists(path))
-            return path;
-    } catch (const Vs::Exception& error) {
-        service->fireErrorMessage(error.message());
-        return {};
-    }
-    service->fireErrorMessage(localized("ItemhubOpenDocumentErrorFileNotExist",
-                                        "Downloaded file form Itemhub isn't existed error"));
-    return {};
+            found = path;
+        else
+            service->fireErrorMessage(localized("ItemhubOpenDocumentErrorFileNotExist",
+                                                "Downloaded file form Itemhub isn't existed error"));
+    });
+    return found;
 }
 
 std::wstring inQuotes(const std::wstring& path)
