@@ -1,6 +1,7 @@
 #include "Services/Itemhub/Routes/FindRoutes.h"
 
 #include "Services/Itemhub/Routes/Json.h"
+#include "Services/Itemhub/Store/Search.h"
 
 namespace Itemhub::Routes {
 

@@ -124,17 +124,36 @@ public:
             .arg(kRankedMatches);
     }
 
-    QString searchArgument(const QStringList& words) const override
+    // Whole words are read along with each other, up to the last of the wanted ones, while for a beginning
+    // all lists of all words have to be put together first, and again to rank what was found.
+    QString searchArgument(const std::vector<SearchWord>& words) const override
     {
         QStringList terms;
-        for (QString word : words)
-            terms << '"' + word.replace('"', "\"\"") + "\"*";
-        return terms.join(' ');
+        for (const SearchWord& word : words) {
+            QStringList either;
+            for (const QString& whole : word.whole)
+                either << phrase(whole);
+            terms << (either.isEmpty() ? phrase(word.beginning) + '*' : '(' + either.join(" OR ") + ')');
+        }
+        return terms.join(" AND ");
+    }
+
+    // It belongs to the connection, and takes no room.
+    QString prepareWords(qint64 tenant) const override
+    {
+        return QString("CREATE VIRTUAL TABLE IF NOT EXISTS temp.%1_words USING fts5vocab(main, %1, instance)")
+            .arg(table(tenant));
+    }
+
+    QString nextWord(qint64 tenant) const override
+    {
+        return QString("SELECT term FROM temp.%1_words WHERE term >= ? LIMIT 1").arg(table(tenant));
     }
 
     QString backup(const QString& file) const override { return "VACUUM INTO " + quoted(file); }
 
 private:
+    static QString phrase(QString text) { return '"' + text.replace('"', "\"\"") + '"'; }
     static QString table(qint64 tenant) { return QString("search_%1").arg(tenant); }
 
     DatabaseOptions m_options;
@@ -222,13 +241,16 @@ public:
             .arg(kRankedMatches);
     }
 
-    QString searchArgument(const QStringList& words) const override
+    QString searchArgument(const std::vector<SearchWord>& words) const override
     {
         QStringList terms;
-        for (const QString& word : words)
-            terms << quoted(QString(word).replace('\\', "\\\\")) + ":*";
+        for (const SearchWord& word : words)
+            terms << quoted(QString(word.beginning).replace('\\', "\\\\")) + ":*";
         return terms.join(" & ");
     }
+
+    QString prepareWords(qint64) const override { return {}; }
+    QString nextWord(qint64) const override { return {}; }
 
     QString backup(const QString&) const override { return {}; }
 

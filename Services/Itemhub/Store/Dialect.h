@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <vector>
 
 class QSqlDatabase;
 class QSqlError;
@@ -21,6 +22,13 @@ struct DatabaseOptions
     QString password;          ///< Of PostgreSQL.
     int port = 0;              ///< 0 for the default.
     int patienceMs = 5000;     ///< How long a change waits for others'.
+};
+
+/// A word that is looked for, without blanks.
+struct SearchWord
+{
+    QString beginning;
+    QStringList whole; ///< All words that begin so, as the search writes them; empty if they aren't known.
 };
 
 /// All in which the databases differ. Everything else is SQL that both understand.
@@ -63,8 +71,12 @@ public:
     /// number wanted.
     /// @param ranked by how well they match; else the newest first
     [[nodiscard]] virtual QString search(qint64 tenant, bool ranked) const = 0;
-    /// @param words without blanks; each may be the beginning of a word
-    [[nodiscard]] virtual QString searchArgument(const QStringList& words) const = 0;
+    [[nodiscard]] virtual QString searchArgument(const std::vector<SearchWord>& words) const = 0;
+    /// What a connection needs before it may run nextWord; may be empty.
+    [[nodiscard]] virtual QString prepareWords(qint64 tenant) const = 0;
+    /// Of the words that the search of the tenant knows, as it writes them, finds the first that doesn't come
+    /// before the one it takes. Empty if the search gains nothing from that.
+    [[nodiscard]] virtual QString nextWord(qint64 tenant) const = 0;
 
     /// The statement that writes a whole copy to a file, or empty if a program of the database's own does
     /// that.

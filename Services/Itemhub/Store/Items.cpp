@@ -1,7 +1,5 @@
 #include "Services/Itemhub/Store/Items.h"
 
-#include <QRegularExpression>
-
 namespace Itemhub::Store {
 
 namespace {
@@ -95,6 +93,11 @@ qint64 addItem(Connection& connection, qint64 tenant, qint64 workspace, qint64 a
 std::optional<Item> findItem(Connection& connection, qint64 account, qint64 item)
 {
     return firstOf(connection.run(kOne, {account, item}), itemOf);
+}
+
+std::optional<Item> findVisibleItem(Connection& connection, qint64 account, qint64 item)
+{
+    return firstOf(connection.run(kVisibleOne, {account, item, account}), itemOf);
 }
 
 std::optional<ItemAndRole> findItemAndRole(Connection& connection, qint64 tenant, qint64 account, qint64 item)
@@ -194,35 +197,6 @@ bool setFavourite(Connection& connection, qint64 account, qint64 item, bool favo
 std::vector<Item> favouritesOf(Connection& connection, qint64 account, qint64 limit)
 {
     return allOf(connection.run(kFavourites, {account, account, limit}), itemOf);
-}
-
-std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account, const QString& text,
-                         qint64 limit)
-{
-    static const QRegularExpression blanks("[^\\w]+", QRegularExpression::UseUnicodePropertiesOption);
-    constexpr qsizetype kMostWords = 8, kShort = 2;
-    // Some are not the asker's to see; so more are looked for than are wanted.
-    constexpr qint64 kSpare = 4;
-    const QStringList words = text.split(blanks, Qt::SkipEmptyParts).mid(0, kMostWords);
-    if (words.isEmpty())
-        return {};
-    const bool ranked = words.join(QString()).size() > kShort;
-    std::vector<qint64> found;
-    {
-        Rows rows = connection.runBuilt(connection.dialect().search(tenant, ranked),
-                                        {connection.dialect().searchArgument(words), limit * kSpare});
-        while (rows.next())
-            found.push_back(rows.number(0));
-    }
-    std::vector<Item> items;
-    for (const qint64 id : found) {
-        if (static_cast<qint64>(items.size()) == limit)
-            break;
-        Rows rows = connection.run(kVisibleOne, {account, id, account});
-        if (rows.next())
-            items.push_back(itemOf(rows));
-    }
-    return items;
 }
 
 } // namespace Itemhub::Store

@@ -41,6 +41,9 @@ qint64 addItem(Connection& connection, qint64 tenant, qint64 workspace, qint64 a
                const QString& caption, const QString& description);
 [[nodiscard]] std::optional<Item> findItem(Connection& connection, qint64 account, qint64 item);
 
+/// Nothing if the account may not see it.
+[[nodiscard]] std::optional<Item> findVisibleItem(Connection& connection, qint64 account, qint64 item);
+
 /// An item with the role that the account has there, which may be none.
 struct ItemAndRole
 {
@@ -70,10 +73,5 @@ bool removeLink(Connection& connection, qint64 item, qint64 linked);
 bool setFavourite(Connection& connection, qint64 account, qint64 item, bool favourite);
 /// The newest first.
 [[nodiscard]] std::vector<Item> favouritesOf(Connection& connection, qint64 account, qint64 limit);
-
-/// Finds items by the beginnings of words, of those that the account may see. One or two letters are answered
-/// with the newest.
-[[nodiscard]] std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account,
-                                       const QString& text, qint64 limit);
 
 } // namespace Itemhub::Store

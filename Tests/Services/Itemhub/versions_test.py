@@ -130,6 +130,14 @@ class VersionsTest(ServiceTest):
         for text in ("", " ", '"', "*", "brack OR plate", "NEAR(a b)", "caption:brack", "-bracket'", "\u0000", "a" * 200, "( AND"):
             self.assertEqual(self.boss("GET", "/search?" + urllib.parse.urlencode({"q": text})).status, 200, text)
         self.assertEqual(found("caption:brack"), [])
+        # More words than are told apart begin so; and of one that is the beginning of another, both are meant.
+        gears = [self.item(f"Gear{'abcdefghijkl'[n]} shared") for n in range(12)]
+        self.assertEqual(set(found("gear share")), set(gears))
+        self.assertEqual(found("geara SHARED"), gears[:1])
+        self.assertEqual(found("gear shared nothing"), [])
+        pin, pinion = self.item("Pin of the gear_box"), self.item("Pinion")
+        self.assertEqual(set(found("pin")), {pin, pinion})
+        self.assertEqual(found("gear_box"), [pin])
         self.attachment(item=mention, name="gehaeuse.tdsn")
         self.assertEqual(found("gehaeuse"), [mention])
         self.boss("PATCH", f"/items/{bracket}", {"caption": "Bügel"}, {"If-Match": "*"})

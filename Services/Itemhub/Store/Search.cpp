@@ -1,0 +1,103 @@
+#include "Services/Itemhub/Store/Search.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace Itemhub::Store {
+
+namespace {
+
+QStringList wordsOf(const QString& text)
+{
+    static const QRegularExpression blanks("[^\\w]+", QRegularExpression::UseUnicodePropertiesOption);
+    constexpr qsizetype kMostWords = 8;
+    return text.split(blanks, Qt::SkipEmptyParts).mid(0, kMostWords);
+}
+
+/// What the search writes as it is but for capitals.
+bool isPlain(const QString& word)
+{
+    return std::all_of(word.begin(), word.end(), [](QChar c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    });
+}
+
+/// All words that begin so, if there are few of them; nothing if none does.
+std::optional<QStringList> wholeWords(Connection& connection, const QString& statement,
+                                      const QString& beginning)
+{
+    constexpr qsizetype kMost = 8;
+    const QChar first(1); // Comes before all that words are made of.
+    const QString known = beginning.toLower();
+    QStringList whole;
+    for (QString from = known; whole.size() <= kMost; from = whole.back() + first) {
+        Rows rows = connection.runBuilt(statement, {from});
+        const QString word = rows.next() ? rows.text(0) : QString();
+        if (!word.startsWith(known))
+            return whole.isEmpty() ? std::nullopt : std::optional(whole);
+        whole << word;
+    }
+    return QStringList();
+}
+
+std::optional<std::vector<SearchWord>> asTyped(const QStringList& words)
+{
+    std::vector<SearchWord> typed;
+    for (const QString& word : words)
+        typed.push_back({word, {}});
+    return typed;
+}
+
+/// The words with what is known of each; nothing if no item can have one of them.
+std::optional<std::vector<SearchWord>> lookedUp(Connection& connection, qint64 tenant,
+                                                const QStringList& words)
+{
+    const QString statement = connection.dialect().nextWord(tenant);
+    if (!statement.isEmpty())
+        connection.runPlain(connection.dialect().prepareWords(tenant));
+    auto found = asTyped(words);
+    for (SearchWord& word : *found) {
+        if (statement.isEmpty() || !isPlain(word.beginning))
+            continue;
+        const auto whole = wholeWords(connection, statement, word.beginning);
+        if (!whole)
+            return std::nullopt;
+        word.whole = *whole;
+    }
+    return found;
+}
+
+std::vector<qint64> idsOf(Rows rows)
+{
+    return allOf(std::move(rows), [](const Rows& row) { return row.number(0); });
+}
+
+} // namespace
+
+std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account, const QString& text,
+                         qint64 limit)
+{
+    constexpr qsizetype kShort = 2;
+    // Some are not the asker's to see; so more are looked for than are wanted.
+    constexpr qint64 kSpare = 4;
+    const QStringList words = wordsOf(text);
+    if (words.isEmpty())
+        return {};
+    const bool ranked = words.join(QString()).size() > kShort;
+    const auto wanted = ranked ? lookedUp(connection, tenant, words) : asTyped(words);
+    if (!wanted)
+        return {};
+    const Dialect& dialect = connection.dialect();
+    std::vector<Item> items;
+    for (const qint64 id : idsOf(connection.runBuilt(dialect.search(tenant, ranked),
+                                                     {dialect.searchArgument(*wanted), limit * kSpare}))) {
+        if (static_cast<qint64>(items.size()) == limit)
+            break;
+        if (auto item = findVisibleItem(connection, account, id))
+            items.push_back(std::move(*item));
+    }
+    return items;
+}
+
+} // namespace Itemhub::Store
