@@ -22,7 +22,7 @@ int portOf(const QUrl& url)
     return url.port(url.scheme() == QLatin1String("https") ? 443 : 80);
 }
 
-bool isAscii(const QByteArray& text)
+bool isAscii(QByteArrayView text)
 {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
 }
@@ -49,7 +49,7 @@ std::string hostOf(const QUrl& url)
     return host;
 }
 
-bool isFileName(const QByteArray& name)
+bool isFileName(QByteArrayView name)
 {
     if (name.isEmpty() || name.size() > kLongestName || name == "." || name == "..")
         return false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
 #include <QUrl>
 
 #include <string>
@@ -14,6 +14,6 @@ bool isSameOrigin(const QUrl& one, const QUrl& other);
 /// "host" or "host:port", for messages.
 std::string hostOf(const QUrl& url);
 /// Whether a file of this system could be called so, without leading anywhere else. UTF-8.
-bool isFileName(const QByteArray& name);
+bool isFileName(QByteArrayView name);
 
 } // namespace Vs::Network

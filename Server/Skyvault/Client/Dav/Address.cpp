@@ -5,7 +5,7 @@ namespace Vs::Cloud {
 namespace {
 
 /// Whether it is a path that means itself, as most do in a long listing.
-bool isPlainPath(const QByteArray& reference)
+bool isPlainPath(QByteArrayView reference)
 {
     const auto isPlain = [](char c) {
         return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '/' ||
@@ -61,18 +61,19 @@ QUrl Address::of(const std::string& path, bool folder) const
     return url;
 }
 
-std::optional<QByteArrayList> Address::namesIn(const QByteArray& reference) const
+std::optional<QByteArrayList> Address::namesIn(QByteArrayView reference) const
 {
-    if (isPlainPath(reference))
-        return namesOf(reference);
-    const QUrl url = QUrl::fromEncoded(reference, QUrl::TolerantMode);
+    const QUrl url = QUrl::fromEncoded(reference.toByteArray(), QUrl::TolerantMode);
     const bool isHere = url.host().isEmpty() || url.host().compare(m_root.host(), Qt::CaseInsensitive) == 0;
     return url.isValid() && isHere ? namesOf(url) : std::nullopt;
 }
 
-std::optional<std::string> Address::pathOf(const QByteArray& reference) const
+std::optional<std::string> Address::pathOf(QByteArrayView reference) const
 {
-    const auto names = namesIn(reference.trimmed());
+    const QByteArrayView text = reference.trimmed();
+    if (isPlainPath(text))
+        return pathOfPlain(text);
+    const auto names = namesIn(text);
     if (!names || names->size() < m_names.size() ||
         !std::equal(m_names.begin(), m_names.end(), names->begin()))
         return std::nullopt;
@@ -82,6 +83,28 @@ std::optional<std::string> Address::pathOf(const QByteArray& reference) const
             return std::nullopt;
         path += '/' + names->at(i).toStdString();
     }
+    return path.empty() ? "/" : path;
+}
+
+// Without decoding, and without a copy of each name.
+std::optional<std::string> Address::pathOfPlain(QByteArrayView text) const
+{
+    if (text.endsWith('/'))
+        text.chop(1);
+    std::string path;
+    qsizetype number = 0;
+    while (!text.isEmpty()) {
+        text = text.sliced(1); // The slash.
+        const qsizetype end = text.indexOf('/');
+        const QByteArrayView name = end < 0 ? text : text.first(end);
+        text = text.sliced(name.size());
+        if (number < m_names.size() ? name != m_names.at(number) : !isFileName(name))
+            return std::nullopt;
+        if (number++ >= m_names.size())
+            path.append(1, '/').append(name.data(), size_t(name.size()));
+    }
+    if (number < m_names.size())
+        return std::nullopt;
     return path.empty() ? "/" : path;
 }
 

@@ -22,11 +22,13 @@ public:
     /// `folder` adds the slash that some servers want of one.
     QUrl of(const std::string& path, bool folder = false) const;
     /// Of what an answer refers to; empty for what lies elsewhere, or has a name that no file could have.
-    std::optional<std::string> pathOf(const QByteArray& reference) const;
+    std::optional<std::string> pathOf(QByteArrayView reference) const;
 
 private:
     /// Of an address on this server, decoded.
-    std::optional<QByteArrayList> namesIn(const QByteArray& reference) const;
+    std::optional<QByteArrayList> namesIn(QByteArrayView reference) const;
+    /// Of one that is written as it is meant.
+    std::optional<std::string> pathOfPlain(QByteArrayView text) const;
 
     QUrl m_root;
     QByteArrayList m_names; ///< Those of the root's path, decoded.

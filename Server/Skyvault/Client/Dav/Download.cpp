@@ -65,7 +65,8 @@ DriveResult download(Session& session, const std::string& path, const std::strin
     if (isOther) {
         entry.etag = etag;
         entry.size = static_cast<std::uint64_t>(answer.received);
-        if (const auto time = timeOf(answer.header("Last-Modified")); time.time_since_epoch().count() > 0)
+        if (const auto time = timeOf(answer.header("Last-Modified").toStdString());
+            time.time_since_epoch().count() > 0)
             entry.modified = time;
     }
     if (!file.flush() || ::fsync(file.handle()) != 0 ||

@@ -12,12 +12,12 @@ namespace {
 
 constexpr qint64 kMostBytes = qint64(64) << 20;
 constexpr size_t kDeepest = 32;
-constexpr qsizetype kLongestText = 16384;
+constexpr size_t kLongestText = 16384;
 
 /// Of "HTTP/1.1 200 OK".
-int statusOf(const QByteArray& line)
+int statusOf(QByteArrayView line)
 {
-    const QByteArrayView text = QByteArrayView(line).trimmed();
+    const QByteArrayView text = line.trimmed();
     const qsizetype space = text.indexOf(' ');
     return space < 0 ? 0
                      : text.sliced(space + 1).first(std::min<qsizetype>(3, text.size() - space - 1)).toInt();
@@ -30,12 +30,12 @@ QByteArrayView viewOf(const xmlChar* text)
 
 } // namespace
 
-std::chrono::system_clock::time_point timeOf(const QByteArray& text)
+std::chrono::system_clock::time_point timeOf(const std::string& text)
 {
     // Months have their English names, whatever the user's language is.
     static const locale_t kEnglish = ::newlocale(LC_TIME_MASK, "C", nullptr);
     tm time{};
-    const char* const date = std::strchr(text.constData(), ','); // The day of the week says nothing more.
+    const char* const date = std::strchr(text.c_str(), ','); // The day of the week says nothing more.
     if (!date || !::strptime_l(date, ", %d %b %Y %H:%M:%S GMT", &time, kEnglish))
         return {};
     return std::chrono::system_clock::from_time_t(::timegm(&time));
@@ -138,8 +138,8 @@ void MultiStatus::startElement(QByteArrayView name, QByteArrayView space)
     if (m_path.empty() && !(name == "multistatus" && space == "DAV:"))
         return fail("the answer is not a WebDAV listing");
     m_isMultiStatus = true;
-    m_text.resize(0);
-    m_path.emplace_back(name.data(), size_t(name.size()));
+    m_text.clear();
+    m_path.push_back(name);
     if (m_path.size() > kDeepest)
         return fail("the answer is nested without measure");
     if (name == "response" && m_path.size() == 2) {
@@ -150,7 +150,7 @@ void MultiStatus::startElement(QByteArrayView name, QByteArrayView space)
         m_candidate = m_item;
         m_partStatus = 0;
     } else if (name == "collection" &&
-               std::find(m_path.begin(), m_path.end(), "resourcetype") != m_path.end()) {
+               std::find(m_path.begin(), m_path.end(), QByteArrayView("resourcetype")) != m_path.end()) {
         m_candidate.entry.isFolder = true;
     } else if (name == "lockentry") {
         m_candidate.properties[QStringLiteral("supportedlock")] = QStringLiteral("yes");
@@ -159,7 +159,7 @@ void MultiStatus::startElement(QByteArrayView name, QByteArrayView space)
 
 void MultiStatus::addText(QByteArrayView text)
 {
-    m_text.append(text);
+    m_text.append(text.data(), size_t(text.size()));
     if (m_text.size() > kLongestText)
         fail("a value in the answer is longer than all measure");
 }
@@ -171,7 +171,7 @@ void MultiStatus::endElement(QByteArrayView name)
     if (depth == 1 && name == "response") {
         endResponse();
     } else if (depth == 2 && name == "href") {
-        m_reference = m_text.trimmed();
+        m_reference = m_text;
     } else if (depth == 2 && name == "status") {
         m_status = statusOf(m_text);
     } else if (depth == 3 && name == "status") {
@@ -180,27 +180,32 @@ void MultiStatus::endElement(QByteArrayView name)
         if (m_partStatus == 200)
             m_item = std::move(m_candidate);
     } else if (depth >= 4 && m_path[2] == "propstat") {
-        endProperty(depth >= 5 && name == "href" ? QByteArrayView(m_path.back()) : name);
+        endProperty(depth >= 5 && name == "href" ? m_path.back() : name);
     }
-    m_text.resize(0);
+    m_text.clear();
 }
 
 void MultiStatus::endProperty(QByteArrayView name)
 {
-    const QByteArray text = m_text.trimmed();
+    const QByteArrayView text = QByteArrayView(m_text).trimmed();
     DriveEntry& entry = m_candidate.entry;
     if (text.isEmpty())
         return;
-    if (name == "getcontentlength")
+    if (name == "getcontentlength") {
         entry.size = text.toULongLong();
-    else if (name == "getetag")
-        entry.etag = text.toStdString();
-    else if (name == "getlastmodified")
-        entry.modified = timeOf(text);
-    else if (name == "creator-displayname" || name == "owner-display-name")
-        entry.modifiedBy = text.toStdString();
-    else
+    } else if (name == "getetag") {
+        entry.etag.assign(text.data(), size_t(text.size()));
+    } else if (name == "getlastmodified") {
+        if (m_timeText != m_text) {
+            m_timeText = m_text;
+            m_time = timeOf(m_text);
+        }
+        entry.modified = m_time;
+    } else if (name == "creator-displayname" || name == "owner-display-name") {
+        entry.modifiedBy.assign(text.data(), size_t(text.size()));
+    } else {
         m_candidate.properties[QString::fromUtf8(name)] = QString::fromUtf8(text);
+    }
 }
 
 void MultiStatus::endResponse()

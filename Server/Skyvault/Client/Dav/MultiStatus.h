@@ -53,8 +53,10 @@ private:
     const std::function<void(DavItem&&)> m_take;
     const std::unique_ptr<_xmlParserCtxt, void (*)(_xmlParserCtxt*)> m_parser;
     qint64 m_bytes = 0;
-    std::vector<std::string> m_path; ///< Local names of the open elements.
-    QByteArray m_text, m_reference;
+    std::vector<QByteArrayView> m_path; ///< Local names of the open elements, which the parser keeps.
+    std::string m_text, m_reference;
+    std::string m_timeText; ///< The last one, and what it says: files that came together have the same.
+    std::chrono::system_clock::time_point m_time{};
     DavItem m_item;      ///< Of the response that is read.
     DavItem m_candidate; ///< Of its part whose status comes later.
     int m_status = 0, m_partStatus = 0;
@@ -66,6 +68,6 @@ private:
 QByteArray propertiesWanted(const QByteArray& more = {});
 
 /// "Sun, 06 Nov 1994 08:49:37 GMT"; the epoch if it is something else.
-std::chrono::system_clock::time_point timeOf(const QByteArray& text);
+std::chrono::system_clock::time_point timeOf(const std::string& text);
 
 } // namespace Vs::Cloud
