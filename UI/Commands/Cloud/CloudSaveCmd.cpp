@@ -82,9 +82,11 @@ bool chooseGiven(const std::wstring& given, const Vs::Document& document, Target
         status.addError(errorText(CloudErrorState::OutsideCache));
         return false;
     }
-    target.path = given;
+    // What differs by the kind of slash alone is looked for as the document's own file.
+    const bool isOwn = document.isOnDisk() && isSamePath(document.path(), given);
+    target.path = isOwn ? document.path() : given;
     target.ensureCloud = target.checkLocal = true;
-    target.saveAs = document.isOnDisk() && !isSamePath(document.path(), given);
+    target.saveAs = document.isOnDisk() && !isOwn;
     return true;
 }
 

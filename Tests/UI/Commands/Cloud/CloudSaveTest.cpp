@@ -82,7 +82,11 @@ TEST_F(CloudSaveTest, WhatIsSavedIsOnTheDriveAsItLiesInTheCacheAndAnUnchangedFil
     EXPECT_EQ(writesOf("/parts/new/wheel.vlra"), written);
 
     change();
-    answer(L"VuCommands.CloudSaveQATCmd");
+    // Its own path, but for the kind of a slash.
+    std::wstring own = cached("/parts/new/wheel.vlra").wstring();
+    own[own.rfind(L'/')] = L'\\';
+    answer(line(L"CloudSaveCmd", own));
+    EXPECT_EQ(activeDocument()->path(), cached("/parts/new/wheel.vlra").wstring());
     EXPECT_TRUE(onDrive("/parts/new/wheel.vlra") != first);
     EXPECT_TRUE(onDrive("/parts/new/wheel.vlra") == contentOf(cached("/parts/new/wheel.vlra")));
     EXPECT_FALSE(activeDocument()->isDirty(false));
