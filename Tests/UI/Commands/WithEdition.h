@@ -14,6 +14,7 @@ struct EditionContent
 {
     std::wstring filter, help, feedback, discussion, videos, tour, newestVersion;
     std::vector<Vs::Services::EditionLink> suggestbox;
+    bool cloudDisabled = false;
 };
 
 class TestEdition : public Vs::Implements<TestEdition, Vs::Services::ApplicationEditionService>
@@ -29,6 +30,7 @@ public:
     std::vector<Vs::Services::EditionLink> suggestboxLinks() const override { return m_content.suggestbox; }
     std::wstring tourGuideXmlPath() const override { return m_content.tour; }
     std::wstring newestVersionPath() const override { return m_content.newestVersion; }
+    bool cloudDisabled() const override { return m_content.cloudDisabled; }
 
 private:
     EditionContent m_content;

@@ -9,7 +9,10 @@
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 #include "Tests/UI/Commands/Cloud/WithDrive.h"
+#include "Tests/UI/Commands/WithEdition.h"
+#include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Info.h"
 #include "UI/Commands/Cloud/CloudSessionCmds.h"
 #include "UI/Commands/Cloud/ShareCmd.h"
@@ -96,12 +99,31 @@ TEST_F(CloudSessionTest, WithTheDriveDisabledNoneOfItsCommandsIsApplicable)
         L"CloudSaveAsCommand", L"CloudOpenDocumentCommand", L"CloudListFilesCommand"};
     for (const wchar_t* command : commands)
         EXPECT_TRUE(applicable(command)) << Vs::Strings::narrow(command);
+    const auto expectNone = [&](const char* by) {
+        SCOPED_TRACE(by);
+        for (const wchar_t* command : commands)
+            EXPECT_FALSE(applicable(command)) << Vs::Strings::narrow(command);
+        EXPECT_FALSE(applicable(L"CloudLoginCommand"));
+        EXPECT_TRUE(applicable(L"ShareCommand"));
+    };
     Vs::CloudOptionGroup::get()->cloudDisabled(true);
-    for (const wchar_t* command : commands)
-        EXPECT_FALSE(applicable(command)) << Vs::Strings::narrow(command);
-    EXPECT_FALSE(applicable(L"CloudLoginCommand"));
-    EXPECT_TRUE(applicable(L"ShareCommand"));
+    expectNone("the option");
     Vs::CloudOptionGroup::get()->cloudDisabled(false);
+    {
+        const CommandsTests::WithEdition edition({.cloudDisabled = true});
+        expectNone("the edition");
+    }
+    EXPECT_TRUE(applicable(L"CloudSaveCommand"));
+}
+
+TEST_F(CloudSessionTest, ManagingOpensTheDrivesPage)
+{
+    auto* alerts = Vu::CommandMgr::get()->GetAlertController();
+    alerts->clearAllAlerts();
+    answer(L"VuCommands.CloudManageCmd");
+    ASSERT_FALSE(alerts->alerts().empty());
+    EXPECT_EQ(alerts->alerts().back().text, Vs::Strings::widen(m_server.address()));
+    alerts->clearAllAlerts();
 }
 
 TEST_F(CloudSessionTest, ACommentIsKeptWhereTheServerCan)

@@ -1,5 +1,7 @@
 #include "Server/DataModel/Document.h"
+#include "Server/Skyvault/CloudCacheManager.h"
 #include "Tests/UI/Commands/Adaptations/QT/Cloud/WithCloudDialogs.h"
+#include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Commands/Adaptations/QT/Cloud/QTCloudDialog.h"
 
 #include <QComboBox>
@@ -184,4 +186,27 @@ TEST_F(CloudDialogsTest, WhileTheDriveIsAwayWhatThisComputerHasIsListedAndOpens)
     EXPECT_EQ(names(*part<QTreeView>(saving, "cloudList")), (std::vector<std::string>{"none", "parts"}));
     EXPECT_EQ(message(saving), "");
     EXPECT_EQ(whose->text(), before);
+}
+
+TEST_F(CloudDialogsTest, ADocumentsTitleTellsThatItWaitsOrThatAnotherHasChangedIt)
+{
+    TestServer server(TestServer::Kind::Lighttpd);
+    REQUIRE_SERVER(server);
+    signIn(server);
+    const auto file = Vs::SkyvaultUtilities::currentCachePath(&auth()) / "wheel.vlra";
+    const auto remark = [] { return Vs::Strings::narrow(Vu::DocumentRemark::of(*activeDocument())); };
+    const auto becomes = [&](const std::string& wanted) {
+        return QTest::qWaitFor([&] { return remark() == wanted; }, 30'000);
+    };
+    answer(L"Design.New");
+    EXPECT_EQ(remark(), "");
+    server.stop();
+    answer(L"VuCommands.CloudSaveCmd " + Vs::Strings::quote(file.wstring()));
+    EXPECT_EQ(remark(), "waiting for the drive");
+    server.start();
+    Vs::CloudCacheManager::getInstance()->uploadWaiting();
+    EXPECT_TRUE(becomes("")) << remark();
+    ASSERT_EQ(server.request("PUT", "wheel.vlra", "another's").status, 204);
+    Vs::CloudCacheManager::getInstance()->refresh(file);
+    EXPECT_TRUE(becomes("changed by somebody else")) << remark();
 }
