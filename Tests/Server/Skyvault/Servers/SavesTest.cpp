@@ -10,6 +10,7 @@
 #include <csignal>
 #include <ctime>
 #include <gtest/gtest.h>
+#include <regex>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -103,6 +104,48 @@ TEST_P(SavesTest, AFileWhoseTimeIsOneToComeIsSavedLikeOthers)
     const std::string source = on.local.write("source", kNew).string();
     EXPECT_EQ(save("/wheel", source, on.entry("/wheel").etag).detail, "");
     EXPECT_EQ(on.content("/wheel"), kNew);
+}
+
+TEST(LocksTest, ALockIsRenewedAtHalfItsTimeAndReleasedInTheEnd)
+{
+    DriveOnServer on(TestServer::Kind::Lighttpd);
+    REQUIRE_SERVER(on.server);
+    on.put("/wheel", kOld);
+    std::string token;
+    std::vector<std::string> locks; ///< With their conditions.
+    on.proxy->onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
+        // The server may have closed its connection then; a second one is sent at once.
+        if (request.method == "PUT" && request.ofMethod == 1)
+            return Fault::delay(6);
+        if (request.method != "LOCK")
+            return std::nullopt;
+        const auto condition = request.headers.find("if");
+        locks.push_back(condition == request.headers.end() ? std::string() : condition->second);
+        if (locks.size() > 1)
+            return std::nullopt;
+        // A server that grants ten seconds.
+        const std::string headers =
+            on.server
+                .request("LOCK", "wheel",
+                         "<lockinfo xmlns='DAV:'><lockscope><exclusive/></lockscope><locktype><write/>"
+                         "</locktype></lockinfo>",
+                         {"Content-Type: application/xml"})
+                .headers;
+        std::smatch match;
+        if (std::regex_search(headers, match, std::regex("Lock-Token: <([^>]*)>", std::regex::icase)))
+            token = match[1];
+        return Fault::answer(200,
+                             "<prop xmlns='DAV:'><lockdiscovery><activelock><timeout>Second-10</timeout>"
+                             "</activelock></lockdiscovery></prop>",
+                             {"Lock-Token: <" + token + ">"});
+    });
+    DriveEntry entry;
+    const std::string source = on.local.write("source", kNew).string();
+    const DriveUpload upload{.path = "/wheel", .source = source, .known = on.entry("/wheel").etag};
+    EXPECT_EQ(on.drive->upload(upload, entry, {}).detail, "");
+    EXPECT_EQ(locks, (std::vector<std::string>{"", "(<" + token + ">)"}));
+    EXPECT_EQ(on.content("/wheel"), kNew);
+    EXPECT_FALSE(on.server.isLocked("wheel"));
 }
 
 TEST(DownloadsTest, OneThatTheDiskDoesNotTakeSaysSoAndLeavesTheOldFile)
