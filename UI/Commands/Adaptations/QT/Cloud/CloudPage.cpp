@@ -10,13 +10,10 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/PreferencesPage.h"
-#include "UI/Base/Window/PlainText.h"
-#include "UI/Base/Window/Theme.h"
 #include "UI/Commands/Adaptations/QT/Cloud/CloudCacheFiles.h"
 #include "UI/Commands/Adaptations/QT/Cloud/CloudTexts.h"
 #include "UI/Commands/Localized.h"
 
-#include <QBoxLayout>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLocale>
@@ -27,14 +24,6 @@ namespace {
 
 using CloudTexts::named;
 using CloudTexts::text;
-
-QLabel* paragraph(QWidget* parent)
-{
-    QLabel* label = PlainText::label(parent);
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
-}
 
 QString sizeText(std::uint64_t bytes)
 {
@@ -52,39 +41,24 @@ QString accountText()
 
 } // namespace
 
-CloudPage::CloudPage(QWidget* parent) : QWidget(parent)
+CloudPage::CloudPage(QWidget* parent)
+    : ServicePage("cloud", named(text("CloudUse", "Use the cloud drive %1")), parent),
+      m_account(addText("Account")),
+      m_sign(addButton("Sign", {})),
+      m_traitsHead(addHead(text("CloudServerDoes", "What the server does"))),
+      m_traits(addText("Traits"))
 {
-    setObjectName(QStringLiteral("cloudPage"));
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    m_on = new QCheckBox(named(text("CloudUse", "Use the cloud drive %1")), this);
-    m_on->setObjectName(QStringLiteral("cloudOn"));
-    column->addWidget(m_on);
-    m_rest = new QWidget(this);
-    column->addWidget(m_rest);
-    auto* rest = new QVBoxLayout(m_rest);
-    rest->setContentsMargins(0, 0, 0, 0);
-    m_account = paragraph(m_rest);
-    m_account->setObjectName(QStringLiteral("cloudAccount"));
-    rest->addWidget(m_account);
-    m_sign = addButton(rest, "cloudSign", {}, &CloudPage::signInOrOut);
-    m_traitsHead = addHead(rest, text("CloudServerDoes", "What the server does"));
-    m_traits = paragraph(m_rest);
-    m_traits->setObjectName(QStringLiteral("cloudTraits"));
-    rest->addWidget(m_traits);
-    addHead(rest, text("CloudToSend", "Waiting to be sent"));
-    m_waiting = paragraph(m_rest);
-    m_waiting->setObjectName(QStringLiteral("cloudWaiting"));
-    rest->addWidget(m_waiting);
-    m_send = addButton(rest, "cloudSend", text("CloudSendNow", "Send Now"), &CloudPage::sendWaiting);
-    addHead(rest, text("CloudCopies", "Copies on this computer"));
-    m_cache = paragraph(m_rest);
-    m_cache->setObjectName(QStringLiteral("cloudCache"));
-    rest->addWidget(m_cache);
-    m_clear = addButton(rest, "cloudClear", text("CloudClear", "Clear What the Drive Has Too"),
-                        &CloudPage::clearCache);
-    connect(m_on, &QCheckBox::clicked, this,
+    addHead(text("CloudToSend", "Waiting to be sent"));
+    m_waiting = addText("Waiting");
+    m_send = addButton("Send", text("CloudSendNow", "Send Now"));
+    addHead(text("CloudCopies", "Copies on this computer"));
+    m_cache = addText("Cache");
+    m_clear = addButton("Clear", text("CloudClear", "Clear What the Drive Has Too"));
+    connect(onOff(), &QCheckBox::clicked, this,
             [](bool on) { Vs::CloudOptionGroup::get()->cloudDisabled(!on); });
+    connect(m_sign, &QPushButton::clicked, this, &CloudPage::signInOrOut);
+    connect(m_send, &QPushButton::clicked, this, &CloudPage::sendWaiting);
+    connect(m_clear, &QPushButton::clicked, this, &CloudPage::clearCache);
     Vs::CloudEventSource::get()->subscribe(this);
     Vs::CloudOptionGroup::get()->subscribe(this);
     refresh();
@@ -96,35 +70,10 @@ CloudPage::~CloudPage()
     Vs::CloudOptionGroup::get()->unsubscribe(this);
 }
 
-QLabel* CloudPage::addHead(QVBoxLayout* column, const QString& title)
-{
-    QLabel* head = PlainText::label(m_rest, title);
-    head->setForegroundRole(QPalette::PlaceholderText);
-    head->setContentsMargins(0, 2 * kMargin, 0, 0);
-    column->addWidget(head);
-    return head;
-}
-
-QPushButton* CloudPage::addButton(QVBoxLayout* column, const char* name, const QString& title,
-                                  void (CloudPage::*run)())
-{
-    auto* button = new QPushButton(title, m_rest);
-    button->setObjectName(QLatin1String(name));
-    button->setAutoDefault(false);
-    column->addWidget(button, 0, Qt::AlignLeft);
-    connect(button, &QPushButton::clicked, this, run);
-    return button;
-}
-
 void CloudPage::refresh()
 {
-    const auto* options = Vs::CloudOptionGroup::get();
     const Vs::MeshportAuth* auth = Vs::MeshportAuth::globalInstance();
-    m_on->setChecked(!options->cloudDisabled());
-    // Where the edition has no drive, there is nothing to switch on.
-    m_on->setEnabled(options->cloudDisabled() || !auth->cloudDisabled());
-    m_rest->setVisible(!auth->cloudDisabled());
-    if (auth->cloudDisabled())
+    if (!showRest(Vs::CloudOptionGroup::get()->cloudDisabled(), auth->cloudDisabled()))
         return;
     m_account->setText(accountText());
     m_sign->setText(auth->isLoggedIn() ? text("CloudPageSignOut", "Sign Out")
@@ -143,15 +92,8 @@ void CloudPage::refresh()
     m_cache->setText(text("CloudCacheSize", "%1, of which %2 can be cleared.")
                          .arg(sizeText(usage.bytes), sizeText(usage.removableBytes)));
     const bool canClear = usage.removableBytes > 0;
-    keepKeyboard(m_clear, canClear);
+    keepKeyboard(m_clear, canClear, m_sign);
     m_clear->setEnabled(canClear);
-}
-
-/// From a button that goes the keyboard would move to the next page, which is scrolled to then.
-void CloudPage::keepKeyboard(const QPushButton* button, bool stays)
-{
-    if (!stays && button->hasFocus())
-        m_sign->setFocus();
 }
 
 void CloudPage::showWaiting()
@@ -165,7 +107,7 @@ void CloudPage::showWaiting()
     }
     m_waiting->setText(names.isEmpty() ? text("CloudNothingWaits", "Nothing. All that was saved has arrived.")
                                        : names.join(QStringLiteral(", ")));
-    keepKeyboard(m_send, !names.isEmpty());
+    keepKeyboard(m_send, !names.isEmpty(), m_sign);
     m_send->setVisible(!names.isEmpty());
 }
 

@@ -5,13 +5,10 @@
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/PreferencesPage.h"
-#include "UI/Base/Window/PlainText.h"
-#include "UI/Base/Window/Theme.h"
 #include "UI/Commands/Itemhub/ItemhubNotifyMessageCmd.h"
 #include "UI/Commands/Itemhub/ItemhubSessionCmds.h"
 #include "UI/Commands/Localized.h"
 
-#include <QBoxLayout>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
@@ -25,15 +22,6 @@ using Vs::ItemhubUtilities;
 QString text(const char* key, const char* english)
 {
     return QString::fromStdWString(localized(key, english));
-}
-
-QLabel* paragraph(QWidget* parent, const char* name)
-{
-    QLabel* label = PlainText::label(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
 }
 
 std::wstring accountText()
@@ -73,37 +61,19 @@ void click(const std::wstring& command)
 } // namespace
 
 ItemhubPage::ItemhubPage(QWidget* parent)
-    : QWidget(parent),
-      m_on(new QCheckBox(
-          QString::fromStdWString(localizedFormat("ItemhubPageOn", "Use the lifecycle service %1%",
-                                                  ItemhubUtilities::getItemhub_TM())),
-          this)),
-      m_rest(new QWidget(this)),
-      m_account(paragraph(m_rest, "itemhubAccount")),
-      m_pending(paragraph(m_rest, "itemhubPending")),
-      m_snapshots(new QCheckBox(
-          text("ItemhubPageSnapshots", "Attach what was saved automatically to the items as well"), m_rest))
+    : ServicePage("itemhub",
+                  QString::fromStdWString(localizedFormat("ItemhubPageOn", "Use the lifecycle service %1%",
+                                                          ItemhubUtilities::getItemhub_TM())),
+                  parent),
+      m_account(addText("Account")),
+      m_sign(addButton("Sign", {}))
 {
-    setObjectName(QStringLiteral("itemhubPage"));
-    m_on->setObjectName(QStringLiteral("itemhubOn"));
-    m_snapshots->setObjectName(QStringLiteral("itemhubSnapshots"));
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->addWidget(m_on);
-    column->addWidget(m_rest);
-    auto* rest = new QVBoxLayout(m_rest);
-    rest->setContentsMargins(0, 0, 0, 0);
-    rest->addWidget(m_account);
-    m_sign = addButton(rest, "itemhubSign", {});
-    QLabel* head = PlainText::label(m_rest, text("ItemhubPageToSend", "Not sent yet"));
-    head->setForegroundRole(QPalette::PlaceholderText);
-    head->setContentsMargins(0, 2 * kMargin, 0, 0);
-    rest->addWidget(head);
-    rest->addWidget(m_pending);
-    m_send = addButton(rest, "itemhubSend", text("ItemhubPageSend", "Send Now"));
-    rest->addSpacing(2 * kMargin);
-    rest->addWidget(m_snapshots);
-    connect(m_on, &QCheckBox::clicked, this,
+    addHead(text("ItemhubPageToSend", "Not sent yet"));
+    m_pending = addText("Pending");
+    m_send = addButton("Send", text("ItemhubPageSend", "Send Now"));
+    m_snapshots = addChoice("Snapshots", text("ItemhubPageSnapshots",
+                                              "Attach what was saved automatically to the items as well"));
+    connect(onOff(), &QCheckBox::clicked, this,
             [](bool on) { Vs::ItemhubOptionGroup::get()->itemhubDisabled(!on); });
     connect(m_snapshots, &QCheckBox::clicked, this,
             [](bool on) { Vs::ItemhubOptionGroup::get()->recoverySnapshots(on); });
@@ -128,30 +98,18 @@ ItemhubPage::~ItemhubPage()
     Vs::ItemhubOptionGroup::get()->unsubscribe(this);
 }
 
-QPushButton* ItemhubPage::addButton(QVBoxLayout* column, const char* name, const QString& title)
-{
-    auto* button = new QPushButton(title, m_rest);
-    button->setObjectName(QLatin1String(name));
-    button->setAutoDefault(false);
-    column->addWidget(button, 0, Qt::AlignLeft);
-    return button;
-}
-
 void ItemhubPage::refresh()
 {
     const auto* options = Vs::ItemhubOptionGroup::get();
     const ItemhubUtilities* service = ItemhubUtilities::get();
-    m_on->setChecked(!options->itemhubDisabled());
-    // Where the edition has no service, there is nothing to switch on.
-    m_on->setEnabled(options->itemhubDisabled() || !service->ItemhubDisabled());
-    m_rest->setVisible(!service->ItemhubDisabled());
-    if (service->ItemhubDisabled())
+    if (!showRest(options->itemhubDisabled(), service->ItemhubDisabled()))
         return;
     m_account->setText(QString::fromStdWString(accountText()));
     m_sign->setText(service->isAuthenticated() ? text("ItemhubPageSignOut", "Sign Out")
                                                : text("ItemhubPageSignIn", "Sign In..."));
     const std::vector<Vs::UploadQueuedFileInfo> pending = service->pendingUploads();
     m_pending->setText(QString::fromStdWString(pendingText(pending)));
+    keepKeyboard(m_send, !pending.empty(), m_sign);
     m_send->setVisible(!pending.empty());
     m_snapshots->setChecked(options->recoverySnapshots());
 }
