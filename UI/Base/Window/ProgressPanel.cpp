@@ -11,9 +11,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QTimer>
 #include <QToolButton>
+#include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 namespace Vu {
 namespace {
@@ -22,6 +25,11 @@ constexpr int kBarHeight = 14;
 constexpr int kSteps = 1000;
 /// A file's long name must not make the window wider.
 constexpr int kLongestText = 420;
+
+bool fieldHasKeyboard()
+{
+    return qobject_cast<QLineEdit*>(QApplication::focusWidget());
+}
 } // namespace
 
 ProgressPanel::ProgressPanel(QWidget* parent)
@@ -113,16 +121,25 @@ BusyFilter::~BusyFilter()
     if (!qApp)
         return;
     qApp->removeEventFilter(this);
-    for (auto& [object, event] : m_typed)
-        if (object)
-            QCoreApplication::postEvent(object, event.release());
+    if (!m_typed.keys.empty())
+        QTimer::singleShot(0, qApp, [typed = std::make_shared<Typed>(std::move(m_typed))] { typed->send(); });
+}
+
+// The window may have got another native one meanwhile.
+void BusyFilter::Typed::send() const
+{
+    for (const auto& key : keys)
+        if (window && window->windowHandle())
+            QCoreApplication::sendEvent(window->windowHandle(), key.get());
 }
 
 // Events come to the native window first, which hands them on to whatever has the focus.
-void BusyFilter::keep(QObject* object, const QEvent& event)
+void BusyFilter::keep(const QObject* object, const QEvent& event)
 {
-    if (object->isWindowType() && qobject_cast<QLineEdit*>(QApplication::focusWidget()))
-        m_typed.emplace_back(object, event.clone());
+    if (!object->isWindowType() || !fieldHasKeyboard())
+        return;
+    m_typed.window = QApplication::focusWidget()->window();
+    m_typed.keys.emplace_back(event.clone());
 }
 
 bool BusyFilter::eventFilter(QObject* object, QEvent* event)
@@ -137,9 +154,11 @@ bool BusyFilter::eventFilter(QObject* object, QEvent* event)
         else
             keep(object, *event);
         return true;
+    case QEvent::ShortcutOverride:
+        // Otherwise a letter that is a hot key as well never comes as a key.
+        return !fieldHasKeyboard();
     case QEvent::KeyRelease:
     case QEvent::Shortcut:
-    case QEvent::ShortcutOverride:
     case QEvent::Wheel:
     case QEvent::ContextMenu:
     case QEvent::DragEnter:

@@ -51,7 +51,7 @@ private:
 
 /// Keeps the person's events away from everything but the cancel buttons for as long as it lives; Escape
 /// cancels. What is typed into a field meanwhile comes there afterwards: a preview that takes long must not
-/// eat the rest of a number.
+/// eat the rest of a number, nor a file that is opened the next line.
 class BusyFilter : public QObject
 {
 public:
@@ -62,10 +62,17 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    void keep(QObject* object, const QEvent& event);
+    /// The keys that were pressed in one window, in their order.
+    struct Typed
+    {
+        QPointer<QWidget> window;
+        std::vector<std::unique_ptr<QEvent>> keys;
+        void send() const;
+    };
+    void keep(const QObject* object, const QEvent& event);
 
     ProgressPanel* m_panel;
-    std::vector<std::pair<QPointer<QObject>, std::unique_ptr<QEvent>>> m_typed;
+    Typed m_typed;
 };
 
 } // namespace Vu
