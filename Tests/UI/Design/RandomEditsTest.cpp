@@ -1,10 +1,14 @@
 // Random commands on a model, and the way back and forth through all of them.
 
+#include "Server/Component/Component.h"
 #include "Server/DataModel/ModelDigest.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/Scene/SceneAssetAdapter.h"
 #include "Tests/Support/Seed.h"
 #include "Tests/UI/Commands/EditComponents.h"
 
 #include <random>
+#include <set>
 
 namespace {
 
@@ -98,4 +102,36 @@ TEST_F(RandomEditsTest, EveryUndoAndRedoRestoresTheWholeModel)
         walk(L"VuCommands.RedoCmd", i);
     saveAndReopen(L"edited.vlra");
     EXPECT_EQ(digest(), digests.back());
+}
+
+TEST_F(RandomEditsTest, WhatIsSelectedIsLitAndNothingElseWhateverChanges)
+{
+    const auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(asset()->adapter());
+    ASSERT_TRUE(scene);
+    for (int number = 0; number < 120; ++number) {
+        const CommandsTests::Texts all = paths();
+        CommandsTests::Texts some;
+        for (const std::wstring& each : all)
+            if (random() % 3 > 0)
+                some.push_back(each);
+        if (const auto kind = random() % 6; kind == 0)
+            select(some);
+        else if (kind == 1 && steps() > 0)
+            answer(L"VuCommands.UndoCmd");
+        else if (kind == 2)
+            std::ignore = run(L"VuCommands.RedoCmd");
+        else if (kind == 3 && !all.empty())
+            answer(L"Design.Colour Green \"" + anyPart() + L'"');
+        else if (kind == 4 && !all.empty())
+            answer(L"Design.Move \"" + anyPart() + L"\" 1 0 0");
+        else if (kind == 5)
+            answer(L"Design.Box 1 1 1 0,0," + std::to_wstring(number));
+        std::set<std::string> lit, chosen;
+        for (const auto& child : asset()->components()->children)
+            if (scene->node(child->id)->highlight() == Rendra::Graphics::Highlight::Selected)
+                lit.insert(child->id);
+        for (const auto& each : selected().selections())
+            chosen.insert(Vs::cast<Vs::LogicalSelection>(each.get())->componentId());
+        ASSERT_EQ(lit, chosen) << "seed " << TestSupport::seed() << ", change " << number;
+    }
 }

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Status.h"
 #include "Server/Component/Component.h"
+#include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
@@ -39,36 +40,27 @@ Vs::Scene::SceneAssetAdapter* SelectionDisplay::scene() const
 
 void SelectionDisplay::assetComponentsChanged(Vs::ComponentsEvent* event)
 {
-    if (m_follower.heard(*m_asset)) {
+    const Changes& changes = event->changes();
+    const bool follows = m_follower.heard(*m_asset);
+    if (follows) {
         Vs::SelectionSet& selected = m_selection->selectionSet();
         const auto left = m_follower.follow(selected.selections(), m_asset);
         m_follower.followed();
         selected.replace(left);
     }
-    dropStale(m_selection->selectionSet());
-    dropStale(m_selection->highlightSet());
-    dropPointed(event->changes());
-    // The nodes of what stays may be others now.
-    m_selected.light();
-    m_collected.light();
-    m_pointed.light();
-}
-
-void SelectionDisplay::dropStale(Vs::SelectionSet& set)
-{
-    const auto isStale = [this](const Vs::StrongRef<Vs::Selection>& selection) {
-        const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
-        Vs::Status ignored;
-        return logical && logical->asset() == m_asset && !m_follower.isAway(logical->path()) &&
-               !Vs::resolvePath(logical->path(), *m_asset, ignored);
-    };
-    auto left = set.selections();
-    if (std::erase_if(left, isStale) > 0)
-        set.replace(left);
+    m_selected.dropStale(changes);
+    m_pointed.dropStale(changes);
+    dropPointed(changes);
+    for (Layer* layer : {&m_selected, &m_collected, &m_pointed})
+        if (follows)
+            layer->light();
+        else
+            layer->light(changes);
+    WorkspaceWindow::invalidate(kInvalidateScene);
 }
 
 // Parts are told by their numbers, and the same number may mean another part of a body that has changed.
-void SelectionDisplay::dropPointed(const Vs::ComponentsEvent::Changes& changes)
+void SelectionDisplay::dropPointed(const Changes& changes)
 {
     const auto isOfChanged = [&](const Vs::StrongRef<Vs::Selection>& selection) {
         const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
@@ -118,43 +110,152 @@ void SelectionDisplay::Layer::selectionSetChanged()
     light();
 }
 
-// What was lit before keeps its node until it is dark again.
 void SelectionDisplay::Layer::light()
 {
     const Nodes before = std::exchange(m_nodes, {});
-    const auto keptBefore = std::exchange(m_kept, {});
-    const Vs::Scene::SceneAssetAdapter* scene = m_display.scene();
-    for (const auto& selection : m_set.selections()) {
-        const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
-        if (!logical || !scene ||
-            (m_display.m_follower.isAway(logical->path()) &&
-             &m_set == &m_display.m_selection->selectionSet()))
-            continue;
-        const Vs::ObjectPath& path = logical->path();
-        Node* node = path.leaf == Leaf::Component ? scene->node(path.component)
-                                                  : static_cast<Node*>(scene->bodyNode(path.component));
-        if (!node)
-            continue;
-        const auto [found, isNew] = m_nodes.try_emplace(node);
-        if (isNew)
-            m_kept.emplace_back(node);
-        if (!path.isPartOfBody())
-            found->second.whole = true;
-        else if (path.leaf == Leaf::Solid)
-            for (const uint32_t face :
-                 Vs::facesOfSolid(*m_display.m_asset->findComponent(path.component), path.index))
-                found->second.parts.emplace_back(Part::Face, face);
-        else
-            found->second.parts.emplace_back(path.leaf == Leaf::Face   ? Part::Face
-                                             : path.leaf == Leaf::Edge ? Part::Edge
-                                                                       : Part::Vertex,
-                                             path.index);
-    }
+    m_index.clear();
+    m_above.clear();
+    for (const auto& selection : m_set.selections())
+        add(selection);
     for (const auto& [node, lit] : before)
         m_display.show(node);
     for (const auto& [node, lit] : m_nodes)
         m_display.show(node);
     WorkspaceWindow::invalidate(kInvalidateScene);
+}
+
+/// Lights one of those that the set holds, and returns its node; null if it has none, or isn't to be lit.
+Node* SelectionDisplay::Layer::add(const Vs::StrongRef<Vs::Selection>& selection)
+{
+    const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+    const Vs::Scene::SceneAssetAdapter* scene = m_display.scene();
+    if (!logical || !scene ||
+        (m_display.m_follower.isAway(logical->path()) && &m_set == &m_display.m_selection->selectionSet()))
+        return nullptr;
+    const Vs::ObjectPath& path = logical->path();
+    Node* node = path.leaf == Leaf::Component ? scene->node(path.component)
+                                              : static_cast<Node*>(scene->bodyNode(path.component));
+    if (!node)
+        return nullptr;
+    const auto [found, isNew] = m_nodes.try_emplace(node);
+    Lit& lit = found->second;
+    if (isNew) {
+        lit.kept = Vs::StrongRef<Node>(node);
+        lit.of = selection;
+    }
+    if (!path.isPartOfBody())
+        lit.whole = true;
+    else if (path.leaf == Leaf::Solid)
+        for (const uint32_t face :
+             Vs::facesOfSolid(*m_display.m_asset->findComponent(path.component), path.index))
+            lit.parts.emplace_back(Part::Face, face);
+    else
+        lit.parts.emplace_back(path.leaf == Leaf::Face   ? Part::Face
+                               : path.leaf == Leaf::Edge ? Part::Edge
+                                                         : Part::Vertex,
+                               path.index);
+    return node;
+}
+
+/// Whether to look at all that the set holds is no more work.
+bool SelectionDisplay::Layer::isMuch(const Changes& changes) const
+{
+    return changes.all ||
+           changes.added.size() + changes.changed.size() + changes.removed.size() >= m_set.size();
+}
+
+void SelectionDisplay::Layer::makeIndex()
+{
+    if (!m_index.empty())
+        return;
+    for (const auto& selection : m_set.selections())
+        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
+            m_index[logical->componentId()].selections.push_back(selection);
+    for (const auto& [node, lit] : m_nodes)
+        m_index[Vs::cast<Vs::LogicalSelection>(lit.of.get())->componentId()].nodes.push_back(node);
+    for (const auto& [id, held] : m_index)
+        for (std::string above = Vs::parentId(id); !above.empty() && m_above.insert(above).second;)
+            above = Vs::parentId(above);
+}
+
+void SelectionDisplay::Layer::light(const Changes& changes)
+{
+    if (m_set.empty() && m_nodes.empty())
+        return;
+    // Whatever is below a new branch may have been there before it.
+    const bool isBranch = std::ranges::any_of(
+        changes.added, [](const Vs::Component* added) { return !added->children.empty(); });
+    if (isMuch(changes) || isBranch || holdsBelow(changes.removed)) {
+        light();
+        return;
+    }
+    for (const std::string& id : changes.removed)
+        lightComponent(id);
+    for (const Vs::Component* component : changes.changed)
+        lightComponent(component->id);
+    for (const Vs::Component* component : changes.added) {
+        lightComponent(component->id);
+        // What gets its first child is shown by a group from now on.
+        lightComponent(Vs::parentId(component->id));
+    }
+}
+
+void SelectionDisplay::Layer::lightComponent(const std::string& id)
+{
+    const auto found = m_index.find(id);
+    if (found == m_index.end())
+        return;
+    OfComponent& held = found->second;
+    std::vector<Nodes::node_type> before;
+    for (Node* node : std::exchange(held.nodes, {}))
+        if (Nodes::node_type lit = m_nodes.extract(node))
+            before.push_back(std::move(lit));
+    for (const auto& selection : held.selections)
+        if (Node* node = add(selection); node && std::ranges::find(held.nodes, node) == held.nodes.end())
+            held.nodes.push_back(node);
+    for (const auto& lit : before)
+        m_display.show(lit.key());
+    for (Node* node : held.nodes)
+        m_display.show(node);
+}
+
+bool SelectionDisplay::Layer::isStale(const Vs::Selection& selection) const
+{
+    const auto* logical = Vs::cast<Vs::LogicalSelection>(&selection);
+    Vs::Status ignored;
+    return logical && logical->asset() == m_display.m_asset &&
+           !m_display.m_follower.isAway(logical->path()) &&
+           !Vs::resolvePath(logical->path(), *m_display.m_asset, ignored);
+}
+
+bool SelectionDisplay::Layer::holdsBelow(const std::vector<std::string>& ids)
+{
+    makeIndex();
+    return std::ranges::any_of(ids, [&](const std::string& id) { return m_above.contains(id); });
+}
+
+/// Whether something that is selected is gone, or lay in what is gone.
+bool SelectionDisplay::Layer::concernsHeld(const Changes& changes)
+{
+    makeIndex();
+    const auto isHeld = [&](const std::string& id) { return m_index.contains(id); };
+    const auto hasStale = [&](const Vs::Component* component) {
+        const auto found = m_index.find(component->id);
+        return found != m_index.end() &&
+               std::ranges::any_of(found->second.selections,
+                                   [&](const auto& selection) { return isStale(*selection); });
+    };
+    return holdsBelow(changes.removed) || std::ranges::any_of(changes.removed, isHeld) ||
+           std::ranges::any_of(changes.changed, hasStale);
+}
+
+void SelectionDisplay::Layer::dropStale(const Changes& changes)
+{
+    if (m_set.empty() || (!isMuch(changes) && !concernsHeld(changes)))
+        return;
+    auto left = m_set.selections();
+    if (std::erase_if(left, [&](const auto& selection) { return isStale(*selection); }) > 0)
+        m_set.replace(left);
 }
 
 } // namespace Vu

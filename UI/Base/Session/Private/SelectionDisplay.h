@@ -6,7 +6,10 @@
 #include "Server/Scene/Node.h"
 #include "UI/Base/Session/Private/PartFollower.h"
 
+#include <string>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace Vs {
@@ -34,17 +37,26 @@ public:
 private:
     using Highlight = Rendra::Graphics::Highlight;
 
-    /// How one set is shown.
+    using Changes = Vs::ComponentsEvent::Changes;
+
+    /// How one set is shown. A change of few components costs the same however many things the set holds.
     class Layer : public Vs::SelectionSetSite
     {
     public:
         Layer(SelectionDisplay& display, Vs::SelectionSet& set);
         ~Layer() override;
         void selectionSetChanged() override;
+        /// Lights all that the set holds anew.
         void light();
+        /// Lights what the changes may have given other nodes.
+        void light(const Changes& changes);
+        /// Takes out of the set what the changes have taken out of the model.
+        void dropStale(const Changes& changes);
 
         struct Lit
         {
+            Vs::StrongRef<Rendra::Graphics::Node> kept; ///< Keeps the node alive until it's dark again.
+            Vs::StrongRef<Vs::Selection> of;            ///< One of those that light it.
             bool whole = false;
             std::vector<std::pair<Rendra::Graphics::Part, uint32_t>> parts;
         };
@@ -52,16 +64,30 @@ private:
         const Nodes& nodes() const { return m_nodes; }
 
     private:
+        /// What is selected of one component, and which of its nodes are lit.
+        struct OfComponent
+        {
+            std::vector<Vs::StrongRef<Vs::Selection>> selections;
+            std::vector<Rendra::Graphics::Node*> nodes;
+        };
+        bool isMuch(const Changes& changes) const;
+        bool isStale(const Vs::Selection& selection) const;
+        bool holdsBelow(const std::vector<std::string>& ids);
+        bool concernsHeld(const Changes& changes);
+        Rendra::Graphics::Node* add(const Vs::StrongRef<Vs::Selection>& selection);
+        void lightComponent(const std::string& id);
+        void makeIndex();
+
         SelectionDisplay& m_display;
         Vs::SelectionSet& m_set;
         Nodes m_nodes;
-        std::vector<Vs::StrongRef<Rendra::Graphics::Node>> m_kept; ///< Keeps them alive.
+        std::unordered_map<std::string, OfComponent> m_index; ///< By Component::id; made when it is asked.
+        std::unordered_set<std::string> m_above;              ///< What those of the index lie in.
     };
 
     void assetComponentsChanged(Vs::ComponentsEvent* event) override;
     Vs::Scene::SceneAssetAdapter* scene() const;
-    void dropStale(Vs::SelectionSet& set);
-    void dropPointed(const Vs::ComponentsEvent::Changes& changes);
+    void dropPointed(const Changes& changes);
     void show(Rendra::Graphics::Node* node) const;
 
     Vs::Asset* m_asset;
