@@ -311,7 +311,10 @@ void MeasureCmd::clearSelections()
 
 bool MeasureCmd::beginAnewAt(const MouseEvent& click)
 {
+    // It may be what is the second selection of the measurement that ends.
+    m_beginsAnew = true;
     const Vs::StrongRef<Vs::Selection> object = m_inputs->selections[0]->under(click);
+    m_beginsAnew = false;
     if (!object)
         return false;
     clearSelections();
@@ -321,7 +324,7 @@ bool MeasureCmd::beginAnewAt(const MouseEvent& click)
 bool MeasureCmd::permits(const CommandInputBase* input, const Vs::Selection& selection) const
 {
     const SelectionCommandInput* other = m_inputs->selections[input == m_inputs->selections[0] ? 1 : 0];
-    return !other->selectionSet().contains(selection);
+    return m_beginsAnew || !other->selectionSet().contains(selection);
 }
 
 void MeasureCmd::takeSelection(int number)

@@ -110,7 +110,8 @@ private:
     Vs::SelectionSet* m_selected = nullptr; ///< The session's, while a passive command listens to it.
     unsigned m_measureTypes = 0;
     bool m_passive = false;
-    bool m_changing = false; ///< Its own changes of the selections need no answer.
+    bool m_changing = false;   ///< Its own changes of the selections need no answer.
+    bool m_beginsAnew = false; ///< Looks for the first selection of another measurement.
 };
 
 } // namespace Vu::Commands

@@ -378,6 +378,14 @@ TEST_F(MeasurePanel, BeginsByHandWithWhatIsSelectedAndAnewWithWhatTheThirdCantTa
     click(Vu::kLeftButton, 0, 0);
     EXPECT_EQ(content(L"SelectionInput1"), L"Plane of Box2");
     EXPECT_EQ(content(L"SelectionInput2"), L"Select in the view");
+    // So does one on the second selection, which the third can't take either.
+    answer(L"Commands.SetInput RestartSelectionInput \"\"");
+    pick(1, L"Cylinder1/Face1");
+    click(Vu::kLeftButton, 0, 0);
+    EXPECT_EQ(content(L"SelectionInput2"), L"Plane of Box2");
+    click(Vu::kLeftButton, 0, 0);
+    EXPECT_EQ(content(L"SelectionInput1"), L"Plane of Box2");
+    EXPECT_EQ(content(L"SelectionInput2"), L"Select in the view");
     // With both keys a click takes what holds the face; a line begins with nothing.
     answer(L"Commands.SetInput RestartSelectionInput \"\"");
     click(Vu::kLeftButton, 0, 0, Vu::kShiftModifier | Vu::kControlModifier);
