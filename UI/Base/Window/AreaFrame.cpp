@@ -88,9 +88,11 @@ void AreaFrame::arrange(const std::vector<Place>& places)
     for (const Place& place : places)
         if (place.area->placement() != EPlacement::Floating)
             seats.push_back({place, place.area->placement(), place.area->point()});
-    // One that all layouts share may have been elsewhere meanwhile.
-    const bool inPlace = std::all_of(seats.begin(), seats.end(),
-                                     [this](const Seat& seat) { return isAncestorOf(seat.place.widget); });
+    // One that all layouts share may have been elsewhere meanwhile, and have come back to this parent alone.
+    const bool inPlace = std::all_of(seats.begin(), seats.end(), [this](const Seat& seat) {
+        QWidget* widget = seat.place.widget;
+        return isAncestorOf(widget) && (widget->parentWidget() != this || m_column->indexOf(widget) >= 0);
+    });
     if (seats == m_seats && inPlace)
         return;
     m_seats = std::move(seats);
