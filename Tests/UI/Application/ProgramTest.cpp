@@ -228,7 +228,9 @@ TEST(ProgramTest, CtrlCEndsALoadWithAMessageAndTheRunGoesOnOnlyIfAskedTo)
 TEST(ProgramTest, ListsTellEverythingThatIsRegistered)
 {
     std::set<QString> definitions;
+    QStringList order;
     for (const QJsonObject& object : objects(runQuillet({"--list-definitions"}).output)) {
+        order.push_back(object["id"].toString());
         EXPECT_EQ(object.keys(), (QStringList{"class", "groups", "hotkey", "icon", "id", "readonly",
                                               "reportable", "scriptable", "title"}));
         EXPECT_TRUE(definitions.insert(object["id"].toString()).second);
@@ -243,6 +245,9 @@ TEST(ProgramTest, ListsTellEverythingThatIsRegistered)
         }
     }
     EXPECT_TRUE(definitions.count("FitCommand"));
+    // Those that the add-in makes besides its members stand behind these.
+    for (const char* added : {"ActiveViewAssetCommand", "CopyToClipboardCommand", "PasteCommand"})
+        EXPECT_GT(order.indexOf(added), order.indexOf("NotifyAutoSaveFilesCommand")) << added;
     int wrappers = 0;
     for (const QJsonObject& object : objects(runQuillet({"--list-commands"}).output)) {
         EXPECT_FALSE(object["help"].toString().isEmpty());

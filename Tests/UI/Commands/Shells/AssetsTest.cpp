@@ -4,10 +4,12 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/NativeFile.h"
 #include "Server/Types/Uuid.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/InputControl.h"
+#include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -75,8 +77,22 @@ TEST_F(AssetsTest, WhatIsShownIsWhatItsDocumentKeepsAndIsAskedAbout)
     EXPECT_EQ(document()->activeAsset(), second);
     answer(L"Asset.Create TorvexAssetType /Hidden");
     EXPECT_EQ(document()->hiddenAsset(0)->parent(), second);
-    // Another document on top leaves it as it is.
+    // The first one is empty, so that a picture is of the second.
+    answer(L"Design.Box 10 10 10");
     answer(L"Document.SaveAs " + scratch(L"second.vlra"));
+    EXPECT_FALSE(Vs::NativeFile::thumbnail(scratch(L"second.vlra")).empty());
+    // Another document on top leaves it as it is, and who is asked about its changes sees it.
+    answer(L"Design.Box 10 10 10");
+    answer(L"Design.New");
+    const Vs::Asset* asked = nullptr;
+    MessageBox::responder([&](const MessageBox&) {
+        asked = current();
+        return 2;
+    });
+    failure(L"Document.Close second.vlra");
+    MessageBox::responder({});
+    EXPECT_EQ(asked, second);
+    answer(L"Document.Save");
     answer(L"Design.New");
     EXPECT_EQ(document(0)->activeAsset(), second);
     answer(L"VuCommands.CycleOpenDocumentsCmd");
