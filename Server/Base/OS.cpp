@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <thread>
 #include <utility>
+#include <vector>
 
 extern char** environ;
 
@@ -21,21 +22,28 @@ std::string& program()
     return name;
 }
 
-} // namespace
-
-bool platformShellOpen(const std::wstring& target, std::function<void()> failed)
+std::string& mailProgram()
 {
-    std::string argument = Strings::toBytes(target);
-    if (argument.empty() || argument.front() == '-' || argument.find('\0') != std::string::npos)
-        return false;
-    std::string name = program();
-    char* const arguments[] = {name.data(), argument.data(), nullptr};
+    static std::string name = "xdg-email";
+    return name;
+}
+
+/// Starts a program, which is looked for in PATH, with these arguments. The text of none is seen by a shell.
+bool start(std::string name, std::vector<std::string> words, std::function<void()> failed)
+{
+    std::vector<char*> arguments{name.data()};
+    for (std::string& word : words) {
+        if (word.find('\0') != std::string::npos)
+            return false;
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
     pid_t child = 0;
-    const int error = posix_spawnp(&child, name.c_str(), &actions, nullptr, arguments, environ);
+    const int error = posix_spawnp(&child, name.c_str(), &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
         return false;
@@ -49,6 +57,31 @@ bool platformShellOpen(const std::wstring& target, std::function<void()> failed)
             failed();
     }).detach();
     return true;
+}
+
+} // namespace
+
+bool platformShellOpen(const std::wstring& target, std::function<void()> failed)
+{
+    std::string argument = Strings::toBytes(target);
+    if (argument.empty() || argument.front() == '-')
+        return false;
+    return start(program(), {std::move(argument)}, std::move(failed));
+}
+
+bool platformEmail(const std::wstring& subject, const std::wstring& attachment, std::function<void()> failed)
+{
+    std::string file = Strings::toBytes(attachment);
+    if (file.empty() || file.front() != '/')
+        return false;
+    return start(mailProgram(),
+                 {"--utf8", "--subject", Strings::toBytes(subject), "--attach", std::move(file)},
+                 std::move(failed));
+}
+
+void emailProgram(const std::string& name)
+{
+    mailProgram() = name;
 }
 
 void shellOpenProgram(const std::string& name)

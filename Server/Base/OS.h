@@ -11,6 +11,13 @@ namespace Vs::OS {
 /// afterwards that no program took it.
 [[nodiscard]] bool platformShellOpen(const std::wstring& target, std::function<void()> failed = {});
 
+/// Has the desktop's mail program begin a message with a file attached, which must stay until the person has
+/// sent it. Otherwise as platformShellOpen.
+[[nodiscard]] bool platformEmail(const std::wstring& subject, const std::wstring& attachment,
+                                 std::function<void()> failed = {});
+
+/// Replaces what platformEmail runs, "xdg-email"; as the next one.
+void emailProgram(const std::string& program);
 /// Replaces what platformShellOpen runs, "xdg-open"; for desktops that have another, and for tests.
 void shellOpenProgram(const std::string& program);
 

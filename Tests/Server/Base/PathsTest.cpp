@@ -265,7 +265,7 @@ TEST_F(PathsTest, AreHandedToTheDesktopWithoutAShell)
 {
     const fs::path received = folder.path() / "received";
     const fs::path program =
-        folder.write("open", "#!/bin/sh\nprintf '%s' \"$1\" > " + received.string() + ".part && mv " +
+        folder.write("open", "#!/bin/sh\nprintf '%s|' \"$@\" > " + received.string() + ".part && mv " +
                                  received.string() + ".part " + received.string() + "\n");
     fs::permissions(program, fs::owner_all);
     Vs::OS::shellOpenProgram(program.string());
@@ -275,7 +275,7 @@ TEST_F(PathsTest, AreHandedToTheDesktopWithoutAShell)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     fs::ifstream stream(received);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}),
-              "https://a.example/?q=$(touch x)&b=`id`;'\"");
+              "https://a.example/?q=$(touch x)&b=`id`;'\"|");
     EXPECT_FALSE(Vs::OS::platformShellOpen(L""));
     EXPECT_FALSE(Vs::OS::platformShellOpen(L"--help"));
     Vs::OS::shellOpenProgram("/no/such/program");
@@ -290,6 +290,19 @@ TEST_F(PathsTest, AreHandedToTheDesktopWithoutAShell)
         EXPECT_EQ(failed.get_future().wait_for(wait) == std::future_status::ready, !takes);
     }
     Vs::OS::shellOpenProgram("xdg-open");
+
+    boost::filesystem::remove(received);
+    Vs::OS::emailProgram(program.string());
+    EXPECT_FALSE(Vs::OS::platformEmail(L"x", L"--help"));
+    ASSERT_TRUE(Vs::OS::platformEmail(L"-- $(touch x)", L"/a b.png"));
+    for (int i = 0; i < 500 && !fs::exists(received); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    fs::ifstream mail(received);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(mail), {}),
+              "--utf8|--subject|-- $(touch x)|--attach|/a b.png|");
+    Vs::OS::emailProgram("/no/such/program");
+    EXPECT_FALSE(Vs::OS::platformEmail(L"x", L"/a.png"));
+    Vs::OS::emailProgram("xdg-email");
 }
 
 TEST(SoftwareVersionTest, TurnsVersionsIntoNumbersAndBack)

@@ -264,8 +264,7 @@ bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_
     const std::wstring path = image->localPath();
     const Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
     Vs::Scene::Image pixels;
-    if (!folderTakesFiles(path, status) || !Vs::Scene::OffscreenRenderer::get()->render(
-                                               modelFragments(), width, height, options, pixels, status))
+    if (!folderTakesFiles(path, status) || !renderImage(pixels, width, height, status))
         return false;
     const std::string format = imageFormat(path);
     const auto* printed = Vs::cast<PrintedImageResource>(image);
@@ -278,6 +277,13 @@ bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_
 {
     Vs::Status status;
     return renderImage(image, width, height, status);
+}
+
+bool GraphicsView::renderImage(Vs::Scene::Image& image, uint32_t width, uint32_t height,
+                               Vs::Status& status) const
+{
+    return Vs::Scene::OffscreenRenderer::get()->render(modelFragments(), width, height,
+                                                       Vs::Scene::ImageOptions::current(), image, status);
 }
 
 GkPoint3d GraphicsView::windowToWorld(const Vs::Point2& place) const

@@ -15,8 +15,9 @@
 namespace Vs {
 class ImageResource;
 namespace Scene {
+struct Image;
 class ViewFragment;
-}
+} // namespace Scene
 } // namespace Vs
 
 namespace Vu {
@@ -90,6 +91,8 @@ public:
     /// was.
     bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status);
     [[nodiscard]] bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
+    /// The same into memory.
+    bool renderImage(Vs::Scene::Image& image, uint32_t width, uint32_t height, Vs::Status& status) const;
 
 protected:
     /// Not owned; must stay as long as the view, or until null is given.

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "UI/Base/Program/Private/Display.h"
+#include "UI/Base/Window/DesktopSharing.h"
 #include "UI/Base/Window/QtDialogs.h"
 #include "UI/Base/Window/QtPictures.h"
 
 #include <QCursor>
+
+#include <utility>
 
 namespace Vu {
 
@@ -43,6 +46,14 @@ public:
         return QtPictures::writePicture(image, path, format, keepsTransparency, dotsPerInch, status);
     }
     std::string pngOf(const Vs::Scene::Image& image) override { return QtPictures::pngOf(image); }
+
+    void share(ShareWith with, const std::wstring& path, const std::wstring& title,
+               std::function<void()> failed) override
+    {
+        DesktopSharing::share(with, QString::fromStdWString(path), QString::fromStdWString(title),
+                              std::move(failed));
+    }
+    void copyPicture(const Vs::Scene::Image& image) override { QtPictures::copyPicture(image); }
 };
 
 QCursor cursorOf(const Vs::CursorResource& resource);

@@ -5,6 +5,8 @@
 #include "UI/Base/Command/Private/Localized.h"
 
 #include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QImage>
 #include <QImageWriter>
 #include <QSaveFile>
@@ -101,6 +103,12 @@ std::string QtPictures::pngOf(const Vs::Scene::Image& image)
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     return qtImage(image).save(&buffer, "PNG") ? bytes.toStdString() : std::string();
+}
+
+void QtPictures::copyPicture(const Vs::Scene::Image& image)
+{
+    // The clipboard keeps it, so it gets pixels of its own.
+    QGuiApplication::clipboard()->setImage(qtImage(image).copy());
 }
 
 } // namespace Vu

@@ -9,12 +9,13 @@ struct Image;
 }
 } // namespace Vs
 
-/// Picture files, as Display reads and writes them.
+/// Pictures, as Display reads, writes and copies them.
 namespace Vu::QtPictures {
 
 bool readPicture(const std::wstring& path, Vs::Scene::Image& image);
 bool writePicture(const Vs::Scene::Image& image, const std::wstring& path, const std::string& format,
                   bool keepsTransparency, int dotsPerInch, Vs::Status& status);
 std::string pngOf(const Vs::Scene::Image& image);
+void copyPicture(const Vs::Scene::Image& image);
 
 } // namespace Vu::QtPictures

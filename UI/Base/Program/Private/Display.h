@@ -3,6 +3,7 @@
 #include "UI/Base/Program/CanvasBand.h"
 #include "UI/Base/Program/CanvasRect.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/Sharing.h"
 #include "UI/Base/Program/Tour.h"
 
 #include <cstdint>
@@ -152,6 +153,12 @@ public:
                               Vs::Status& status) = 0;
     /// The bytes of a PNG file; empty if that fails.
     [[nodiscard]] virtual std::string pngOf(const Vs::Scene::Image& image) = 0;
+
+    /// Gives a file to another program; `failed` is called on the main thread if none takes it.
+    virtual void share(ShareWith with, const std::wstring& path, const std::wstring& title,
+                       std::function<void()> failed) = 0;
+    /// To the desktop's clipboard.
+    virtual void copyPicture(const Vs::Scene::Image& image) = 0;
 };
 
 } // namespace Vu

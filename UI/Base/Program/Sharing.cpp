@@ -1,0 +1,54 @@
+#include "UI/Base/Program/Sharing.h"
+
+#include "Server/Base/FilledText.h"
+#include "Server/Base/Status.h"
+#include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Private/Display.h"
+
+#include <boost/filesystem/operations.hpp>
+
+namespace Vu {
+namespace {
+
+std::wstring notTaken(ShareWith with, const std::wstring& path)
+{
+    switch (with) {
+    case ShareWith::Mail:
+        return localizedFormat(
+            "ShareNoMail", "No mail program of this desktop takes a file. The picture is in \"%1%\".", path);
+    case ShareWith::Program:
+        return localizedFormat("ShareNoProgram", "No program of this desktop opens \"%1%\".", path);
+    case ShareWith::Folder:
+        break;
+    }
+    return localizedFormat("ShareNoFolder", "No file manager of this desktop shows \"%1%\".", path);
+}
+
+} // namespace
+
+void shareFile(ShareWith with, const std::wstring& path, const std::wstring& title, Vs::Status& status)
+{
+    boost::system::error_code error;
+    if (!boost::filesystem::path(path).is_absolute() || !boost::filesystem::is_regular_file(path, error)) {
+        status.addError(localizedFormat("ShareNoFile", "There is no file \"%1%\" to give away.", path));
+        return;
+    }
+    if (Application::headless() || Application::testing()) {
+        Application::get()->inform(path);
+        return;
+    }
+    Display::get()->share(with, path, title,
+                          [with, path] { Application::get()->inform(notTaken(with, path)); });
+}
+
+void copyPicture(const Vs::Scene::Image& image, Vs::Status& status)
+{
+    if (Application::headless())
+        status.addError(
+            localized("ShareNoClipboard", "A run without a window has no clipboard to put a picture on."));
+    else
+        Display::get()->copyPicture(image);
+}
+
+} // namespace Vu
