@@ -2,15 +2,12 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
-#include "Server/Scene/GraphicsOptionGroup.h"
-#include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SceneUtilities.h"
-#include "UI/Base/View/GraphicsCanvas.h"
-#include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/PrintedImageResource.h"
+#include "UI/Commands/Documents/CaptureView.h"
 #include "UI/Commands/Documents/FileNameFor.h"
 #include "UI/Commands/Documents/ImageOptions.h"
 #include "UI/Commands/Localized.h"
@@ -24,67 +21,6 @@ constinit const CommandRow SaveAsImageCmdDef::kRow = {
 // clang-format on
 
 namespace {
-
-/// The size of a view that no canvas shows, as in a run without a window.
-constexpr uint32_t kDefaultWidth = 1920;
-constexpr uint32_t kDefaultHeight = 1080;
-
-/// Keeps the six graphics options that an image changes, and the ground plane of the view that was made with
-/// one of them, and puts them back.
-class GraphicsOptionsGuard
-{
-public:
-    explicit GraphicsOptionsGuard(const GraphicsView& view)
-        : m_group(Vs::Scene::GraphicsOptionGroup::get()),
-          m_model(view.modelFragment()),
-          m_drawnPlane(m_model && m_model->renderParams()->groundPlaneEnabled()),
-          m_msaa(m_group->MSAA()),
-          m_transparent(m_group->transparentBackground()),
-          m_plane(m_group->displayGroundPlane()),
-          m_dome(m_group->displayDome()),
-          m_grid(m_group->showLayoutGrid()),
-          m_numbers(m_group->showGridRefNumbers())
-    {
-    }
-    ~GraphicsOptionsGuard()
-    {
-        m_group->MSAA(m_msaa);
-        m_group->transparentBackground(m_transparent);
-        m_group->displayGroundPlane(m_plane);
-        m_group->displayDome(m_dome);
-        m_group->showLayoutGrid(m_grid);
-        m_group->showGridRefNumbers(m_numbers);
-        if (m_model)
-            m_model->renderParams()->groundPlaneEnabled(m_drawnPlane);
-    }
-    GraphicsOptionsGuard(const GraphicsOptionsGuard&) = delete;
-    GraphicsOptionsGuard& operator=(const GraphicsOptionsGuard&) = delete;
-
-    void setFor(const ImageOptions& options)
-    {
-        m_group->MSAA(rendersAntiAliased(options));
-        m_group->transparentBackground(options.transparentBackground);
-        m_group->displayGroundPlane(false);
-        m_group->displayDome(false);
-        m_group->showLayoutGrid(false);
-        m_group->showGridRefNumbers(false);
-        if (m_model)
-            m_model->renderParams()->groundPlaneEnabled(false);
-    }
-
-private:
-    Vs::Scene::GraphicsOptionGroup* m_group;
-    Vs::Scene::ViewFragment* m_model; ///< Null in a view without a model.
-    bool m_drawnPlane;
-    bool m_msaa, m_transparent, m_plane, m_dome, m_grid, m_numbers;
-};
-
-void takeWindowSize(const GraphicsView& view, ImageOptions& options)
-{
-    const GraphicsCanvas* canvas = Application::headless() ? nullptr : view.canvas();
-    options.width = canvas ? static_cast<uint32_t>(canvas->pixelWidth()) : kDefaultWidth;
-    options.height = canvas ? static_cast<uint32_t>(canvas->pixelHeight()) : kDefaultHeight;
-}
 
 /// Reads integers of the context; one that is none is told.
 class ArgumentReader
@@ -212,10 +148,8 @@ void SaveAsImageCmd::onExecute(Vs::Status& status)
         return;
     }
 
-    GraphicsOptionsGuard graphics(*view);
-    graphics.setFor(options);
     PrintedImageResource image(withImageSuffix(name), options.resolution);
-    view->renderImage(&image, options.width, options.height, status);
+    captureView(*view, image, options, status);
 }
 
 } // namespace Vu::Commands

@@ -8,6 +8,7 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/Clipboard.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Commands/Documents/CaptureView.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Selection/SelectedObjects.h"
 
@@ -114,8 +115,10 @@ bool CopyToClipboardCmdDef::onIsApplicable(CommandContext* context) const
 
 void CopyToClipboardCmd::onExecute(Vs::Status&)
 {
-    if (selectionManager())
-        putOnClipboard(selectedObjects(selectionManager()), false, any);
+    if (!selectionManager())
+        return;
+    putOnClipboard(selectedObjects(selectionManager()), false, any);
+    copyActiveViewLater();
 }
 
 void PasteCmdDef::createCommandDef()

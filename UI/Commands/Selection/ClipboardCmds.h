@@ -34,7 +34,8 @@ protected:
 
 class CopyToClipboardCmd;
 
-/// Puts what is selected on the clipboard.
+/// Puts what is selected on the clipboard, and in a window a picture of the view on that of the desktop, for
+/// other programs.
 class CopyToClipboardCmdDef : public CommandRowDefinition<CopyToClipboardCmdDef, CopyToClipboardCmd>
 {
 public:
