@@ -52,6 +52,19 @@ std::wstring asking()
     return localized("ItemhubAsking", "Asking the lifecycle service");
 }
 
+/// What `attach` gives for the item of a document of who is signed in; empty for any other document.
+std::wstring
+attached(const boost::filesystem::path& document,
+         const std::function<std::string(ItemStore&, const Itemhub::WorkFile&, const Watch&)>& attach)
+{
+    const auto work = Itemhub::WorkFiles::get().find(document);
+    if (!work || !ItemhubUtilities::get()->isAuthenticated() || work->account != Session::get().facts().name)
+        return {};
+    return ask(
+        localized("ItemhubUploading", "Uploading to the lifecycle service"),
+        [&](ItemStore& store, const Watch& watch) { return Strings::widen(attach(store, *work, watch)); });
+}
+
 } // namespace
 
 struct ItemhubUtilities::Data
@@ -299,13 +312,17 @@ bool ItemhubUtilities::waitForUploads(std::chrono::milliseconds time) const
 
 std::wstring ItemhubUtilities::attachSnapshot(const Path& document, const Path& snapshot) const
 {
-    const auto work = Itemhub::WorkFiles::get().find(document);
-    if (!work || !isAuthenticated() || work->account != Session::get().facts().name)
-        return {};
-    return ask(localized("ItemhubUploading", "Uploading to the lifecycle service"),
-               [&](ItemStore& store, const Watch& watch) {
-                   return Strings::widen(Itemhub::Documents::attachSnapshot(store, *work, snapshot, watch));
-               });
+    return attached(document, [&](ItemStore& store, const Itemhub::WorkFile& work, const Watch& watch) {
+        return Itemhub::Documents::attachSnapshot(store, work, snapshot, watch);
+    });
+}
+
+std::wstring ItemhubUtilities::attachFile(const Path& document, const Path& file,
+                                          const std::wstring& name) const
+{
+    return attached(document, [&](ItemStore& store, const Itemhub::WorkFile& work, const Watch& watch) {
+        return Itemhub::Documents::attach(store, work.itemId, file, Strings::narrow(name), "File", watch);
+    });
 }
 
 void ItemhubUtilities::stop()

@@ -136,6 +136,9 @@ public:
     /// Attaches a copy of a file to the item of a document, as "name (recovery).vlra"; the address is what
     /// downloadAttachment takes. Empty if the document isn't an item's or nobody is signed in.
     [[nodiscard]] std::wstring attachSnapshot(const Path& document, const Path& snapshot) const;
+    /// Attaches a copy of any file to the item of a document, under a name of its own. Otherwise as above.
+    [[nodiscard]] std::wstring attachFile(const Path& document, const Path& file,
+                                          const std::wstring& name) const;
     /// @}
 
     /// @name What is told

@@ -131,6 +131,7 @@ constinit const CommandArguments kRows[] = {
     {L"ShowCommandPaletteCommand"},
     {L"HideCommandPaletteCommand"},
     {L"DestroyDebugDialogCommand"},
+    {L"ShareSheetsCommand", {L"CmdId", L"Path"}},
     {L"ViewDisplayCommand", {L"CmdId"}},
     {L"ViewEffectCommand", {L"CmdId"}},
     {L"ViewDomeCommand", {L"CmdId"}},

@@ -74,6 +74,7 @@
 #include "UI/Commands/Selection/SnapCmds.h"
 #include "UI/Commands/Selection/UndoCmds.h"
 #include "UI/Commands/Selection/UndoRedoDropDown.h"
+#include "UI/Commands/Share/ShareSheetsCmd.h"
 #include "UI/Commands/Shells/ActiveViewAssetCmd.h"
 #include "UI/Commands/Shells/AreaCmds.h"
 #include "UI/Commands/Shells/AssetCmds.h"
@@ -252,6 +253,7 @@ private:
     ShowCommandPaletteCmdDef m_showCommandPaletteCmdDef;
     HideCommandPaletteCmdDef m_hideCommandPaletteCmdDef;
     DestroyDebugDialogCmdDef m_destroyDebugDialogCmdDef;
+    ShareSheetsCmdDef m_shareSheetsCmdDef;
     ViewDisplayCmdDef m_viewDisplayCmdDef;
     ViewEffectCmdDef m_viewEffectCmdDef;
     ViewDomeCmdDef m_viewDomeCmdDef;

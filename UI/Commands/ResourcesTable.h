@@ -16,6 +16,7 @@
     ROW(PreviousAsset, "Assets/Previous")                        \
     ROW(Export, "Assets/Export")                                 \
     ROW(SaveAsImage, "Document/Image")                           \
+    ROW(SharePicture, "Document/SharePicture")                   \
     ROW(FreeOrbit, "Camera/FreeOrbit")                           \
     ROW(ConstrainedOrbit, "Camera/ConstrainedOrbit")             \
     ROW(Pan, "Camera/Pan")                                       \

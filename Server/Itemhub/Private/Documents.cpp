@@ -190,26 +190,33 @@ Documents::Path Documents::download(ItemStore& store, const std::string& account
     return work->file;
 }
 
-std::string Documents::attachSnapshot(ItemStore& store, const WorkFile& work, const Path& snapshot,
-                                      const Watch& watch)
+std::string Documents::attach(ItemStore& store, std::int64_t item, const Path& file, const std::string& name,
+                              const std::string& docType, const Watch& watch)
 {
-    const std::string hash = ItemTransport::get().sha256(snapshot.string(), watch);
-    const std::string upload = store.beginUpload(fs::file_size(snapshot), hash, watch);
-    store.upload(upload, snapshot.string(), 0, watch);
-    const MadeVersion made = store.addVersion(
-        {.itemId = work.itemId,
-         .attachmentId = 0,
-         .name = fileName(work.file.stem().string() + " (recovery)", work.file.extension().string()),
-         .docType = work.docType,
-         .upload = upload,
-         .label = {},
-         .madeFrom = 0,
-         .key = SignIn::newKey()},
-        watch);
-    for (const Web::Attachment& attachment : store.attachments(work.itemId, watch))
+    const std::string hash = ItemTransport::get().sha256(file.string(), watch);
+    const std::string upload = store.beginUpload(fs::file_size(file), hash, watch);
+    store.upload(upload, file.string(), 0, watch);
+    const MadeVersion made = store.addVersion({.itemId = item,
+                                               .attachmentId = 0,
+                                               .name = name,
+                                               .docType = docType,
+                                               .upload = upload,
+                                               .label = {},
+                                               .madeFrom = 0,
+                                               .key = SignIn::newKey()},
+                                              watch);
+    for (const Web::Attachment& attachment : store.attachments(item, watch))
         if (attachment.id() == made.attachmentId)
             return attachment.uri();
     return {};
+}
+
+std::string Documents::attachSnapshot(ItemStore& store, const WorkFile& work, const Path& snapshot,
+                                      const Watch& watch)
+{
+    const std::string name =
+        fileName(work.file.stem().string() + " (recovery)", work.file.extension().string());
+    return attach(store, work.itemId, snapshot, name, work.docType, watch);
 }
 
 } // namespace Vs::Itemhub

@@ -24,7 +24,11 @@ using Path = boost::filesystem::path;
 [[nodiscard]] Path download(ItemStore& store, const std::string& account, const std::string& uri,
                             const std::function<bool(const Path&)>& isOpen, const Watch& watch);
 
-/// Attaches a copy to the item of a working file, and gives its address.
+/// Attaches a copy of a file to an item, and gives its address.
+[[nodiscard]] std::string attach(ItemStore& store, std::int64_t item, const Path& file,
+                                 const std::string& name, const std::string& docType, const Watch& watch);
+
+/// The same of a snapshot, to the item of a working file.
 [[nodiscard]] std::string attachSnapshot(ItemStore& store, const WorkFile& work, const Path& snapshot,
                                          const Watch& watch);
 

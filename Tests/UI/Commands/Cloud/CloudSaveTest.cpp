@@ -270,4 +270,27 @@ TEST_F(CloudSaveTest, ADocumentIsOfTheDriveByItsPathAndSavedThereWhenItCloses)
     EXPECT_TRUE(onDrive("/wheel.vlra") == contentOf(cached("/wheel.vlra")));
 }
 
+TEST_F(CloudSaveTest, ASharedPictureGoesBesideItsDocumentUnderANameOfItsOwn)
+{
+    saveNew("/parts/wheel.vlra");
+    answer(L"Commands.Start ShareSheetsCommand CmdId=ShareToDriveCommand");
+    EXPECT_TRUE(onDrive("/parts/wheel.png").starts_with("\x89PNG"));
+    const std::string first = onDrive("/parts/wheel.png");
+    writeByAnother("/parts/wheel 2.png", "the picture of another");
+    answer(L"Commands.Start ShareSheetsCommand CmdId=ShareToDriveCommand");
+    EXPECT_TRUE(onDrive("/parts/wheel.png") == first);
+    EXPECT_EQ(onDrive("/parts/wheel 2.png"), "the picture of another");
+    EXPECT_TRUE(onDrive("/parts/wheel 3.png").starts_with("\x89PNG"));
+
+    // A document that isn't on the drive has no folder there.
+    answer(L"Design.New");
+    activeDocument()->displayName(L"loose");
+    answer(L"Commands.Start ShareSheetsCommand CmdId=ShareToDriveCommand");
+    EXPECT_TRUE(onDrive("/loose.png").starts_with("\x89PNG"));
+
+    m_server.stop();
+    answer(L"Commands.Start ShareSheetsCommand CmdId=ShareToDriveCommand");
+    EXPECT_EQ(state("/loose 2.png"), CloudFileState::Waiting);
+}
+
 } // namespace

@@ -1,4 +1,6 @@
+#include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Document.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/ViewFragment.h"
@@ -13,6 +15,7 @@
 
 #include <cmath>
 #include <csignal>
+#include <ctime>
 #include <fstream>
 #include <set>
 #include <sys/resource.h>
@@ -248,6 +251,35 @@ TEST_F(ImageTest, WhatCannotBeDrawnIsSaid)
     EXPECT_EQ(failure(capture(scratch(L"none.png"), L"Width=wide Height=64")),
               L"Width must be a whole number, not \"wide\".");
     EXPECT_NE(failure(capture(scratch(L"no/folder/none.png"), L"Width=64 Height=64")).find(L"none.png"),
+              std::wstring::npos);
+}
+
+TEST_F(ImageTest, ASharedPictureLiesWhereItsWaySaysUnderTheDocumentsName)
+{
+    const auto share = [](const std::wstring& arguments) {
+        return L"Commands.Start ShareSheetsCommand " + arguments;
+    };
+    EXPECT_FALSE(applicable(L"ShareSheetsCommand"));
+    answer(L"Design.Sample");
+    activeDocument()->displayName(L"lamp/left");
+    const auto passing = Vs::PathInfo::temporaryDirectory(true) / "shared";
+    answer(share(L"CmdId=ShareOpenWithCommand"));
+    answer(share(L"CmdId=ShareByMailCommand"));
+    for (const wchar_t* name : {L"lamp_left.png", L"lamp_left 2.png"})
+        EXPECT_EQ(image((passing / name).wstring()).size(), QSize(1920, 1080)) << Vs::Strings::narrow(name);
+    answer(share(L"CmdId=ShareInFolderCommand Path=" + scratch(L"given")));
+    EXPECT_FALSE(image(scratch(L"given.png")).isNull());
+
+    // What is older than a day nobody reads any more.
+    boost::filesystem::last_write_time(passing / "lamp_left.png", std::time(nullptr) - 25 * 60 * 60);
+    answer(share(L"CmdId=ShareOpenWithCommand"));
+    EXPECT_LT(std::time(nullptr) - boost::filesystem::last_write_time(passing / "lamp_left.png"), 60 * 60);
+
+    EXPECT_NE(failure(share(L"CmdId=Fax")).find(L"\"Fax\" is no way to share"), std::wstring::npos);
+    EXPECT_NE(failure(share(L"")).find(L"ShareByMailCommand"), std::wstring::npos);
+    EXPECT_NE(failure(share(L"CmdId=ShareToItemCommand")).find(L"belongs to no item"), std::wstring::npos);
+    EXPECT_NE(failure(share(L"CmdId=ShareCopyPictureCommand")).find(L"no clipboard"), std::wstring::npos);
+    EXPECT_NE(failure(share(L"CmdId=ShareByMailCommand Path=/no/such/folder/a.png")).find(L"/no/such/folder"),
               std::wstring::npos);
 }
 

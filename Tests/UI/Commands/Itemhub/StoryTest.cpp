@@ -93,4 +93,16 @@ TEST_F(ItemStoryTest, LinesTellWhatTheServiceHasAndWhyTheyFail)
     EXPECT_EQ(documents(), 1u);
 }
 
+TEST_F(ItemStoryTest, ASharedPictureIsAttachedToTheItemOfItsDocument)
+{
+    const int item = newItem(L"Story lamp");
+    const std::wstring share = L"Commands.Start ShareSheetsCommand CmdId=ShareToItemCommand";
+    answer(share);
+    const std::wstring attachments = answer(L"Itemhub.Attachments " + std::to_wstring(item));
+    EXPECT_NE(attachments.find(L"Story lamp.png"), std::wstring::npos) << Vs::Strings::narrow(attachments);
+    EXPECT_EQ(labels(item).size(), 1u) << "the design has no version more";
+    hub().signOut();
+    EXPECT_NE(failure(share).find(L"belongs to no item"), std::wstring::npos);
+}
+
 } // namespace
