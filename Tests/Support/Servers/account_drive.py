@@ -10,6 +10,7 @@ address; the drive is /remote.php/webdav, its user ada with the password "sesame
     corrupt       what is kept from now on has another first letter than what was sent
     versions      what is written over is kept as a version
     mute          there are no comments from now on
+    forgive       what was refused up to now is forgotten
     busy SECONDS  uploads are refused for so long, with the date at which they will be taken again
     clock SECONDS the server's clock is so far off
 """
@@ -351,6 +352,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
 def obey(order, seconds=None):
     if order == "forgetful":
         State.is_forgetful = True
+    elif order == "forgive":
+        State.refusals.clear()
     elif order == "corrupt":
         State.is_corrupt = True
     elif order == "versions":

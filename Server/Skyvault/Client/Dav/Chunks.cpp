@@ -36,8 +36,11 @@ Chunks::Chunks(Session& session, const QUrl& destination, const QByteArray& mark
 DriveResult Chunks::begin(const std::string& action)
 {
     m_sent.clear();
-    const Answer made =
-        m_session.http.ask({.method = "MKCOL", .url = m_place.root(), .headers = {m_destination}});
+    const Request make{.method = "MKCOL", .url = m_place.root(), .headers = {m_destination}};
+    Answer made = m_session.http.ask(make);
+    // What is made twice is there once.
+    if (made.isLost() && made.wasReset)
+        made = m_session.http.ask(make);
     if (made.status == 201)
         return {};
     if (made.status != 405 && !made.isLost())
@@ -52,7 +55,7 @@ DriveResult Chunks::begin(const std::string& action)
     request.sink = [&](const QByteArray& piece) { return reader.add(piece); };
     const Answer listed = m_session.http.ask(request);
     if (!listed.isOk())
-        return resultOf(listed, action);
+        return resultOf(made.isLost() ? made : listed, action);
     const DriveResult whole = reader.end();
     return whole.isOk() ? whole : failed(whole.state, action, whole.detail);
 }

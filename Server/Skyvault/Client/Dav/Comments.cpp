@@ -102,11 +102,16 @@ DriveResult comment(Session& session, const std::string& path, const std::string
                                                 .url = url,
                                                 .headers = {{"Content-Type", "application/json"}},
                                                 .body = QJsonDocument(remark).toJson()});
-        if (answer.isOk())
+        if (answer.status == 201) {
             id = madeId(answer);
-        // Who says it once more, says it twice.
-        if (answer.isLost() && isNewest(session, url, message, id))
             return {};
+        }
+        // Who says it once more, says it twice. Another good answer may be a page of the network between.
+        if ((answer.isOk() || mayBeDone(answer)) && isNewest(session, url, message, id))
+            return {};
+        if (answer.isOk())
+            return failed(CloudErrorState::BadAnswer, action,
+                          "the server answered " + std::to_string(answer.status));
         if (!isRefusal(answer.status))
             return resultOf(answer, action);
     }
