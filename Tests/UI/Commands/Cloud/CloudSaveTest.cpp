@@ -207,6 +207,11 @@ TEST_F(CloudSaveTest, ARefusedPathAndARefusedUploadLeaveTheDocumentAsItWas)
     EXPECT_EQ(
         failure(L"VuCommands.CloudSaveCmd " + scratch(L"elsewhere.vlra")).find(L"The path does not lie"), 0u);
     EXPECT_FALSE(activeDocument()->isOnDisk());
+    answerBoxes(0);
+    answer(line(L"SaveDocumentCmd", cached("/direct.vlra")));
+    ASSERT_EQ(boxes().size(), 1u);
+    EXPECT_EQ(boxes()[0].find(L"The document direct.vlra has been saved to the cloud."), 0u);
+    EXPECT_FALSE(activeDocument()->isOnDisk() || fs::exists(cached("/direct.vlra")));
     saveNew("/wheel.vlra");
     m_server.request("LOCK", "wheel.vlra",
                      "<?xml version=\"1.0\"?><lockinfo xmlns=\"DAV:\"><lockscope><exclusive/></lockscope>"
@@ -222,8 +227,8 @@ TEST_F(CloudSaveTest, ARefusedPathAndARefusedUploadLeaveTheDocumentAsItWas)
     });
     answerBoxes(0);
     answer(L"VuCommands.CloudSaveQATCmd");
-    ASSERT_EQ(boxes().size(), 1u);
-    EXPECT_NE(boxes()[0].find(L"locked"), std::wstring::npos) << Vs::Strings::narrow(boxes()[0]);
+    ASSERT_EQ(boxes().size(), 2u);
+    EXPECT_NE(boxes()[1].find(L"locked"), std::wstring::npos) << Vs::Strings::narrow(boxes()[1]);
     EXPECT_TRUE(onDrive("/wheel.vlra") == before);
     EXPECT_EQ(activeDocument()->path(), local);
     EXPECT_FALSE(activeDocument()->isCloud());
