@@ -16,6 +16,7 @@
 #include <future>
 #include <sstream>
 #include <sys/socket.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -207,7 +208,8 @@ TEST_F(SessionTest, ABrowserGivesATokenThatEndsWithTheSession)
     });
     // The person fills in the page's form, whose other fields are those of its address.
     std::future<TestSupport::ProcessResult> person;
-    const auto open = [&](const std::string& address) {
+    const auto open = [&, here = std::this_thread::get_id()](const std::string& address) {
+        EXPECT_EQ(std::this_thread::get_id(), here) << "a window tells what fails in it";
         person = std::async(std::launch::async, [this, address] {
             return TestSupport::runProcess(
                 "/bin/sh", {"-c", kPerson, "sh", address, account(), TestSupport::ItemService::password()});

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptSecrets.h"
+#include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Commands/Itemhub/ItemhubLines.h"
 #include "UI/Commands/Localized.h"
@@ -29,12 +30,26 @@ public:
 
 const ItemhubArea kItemhubArea;
 
+/// Goes on with the last session. For who has never had one, the program's own service is there.
+void beginSession()
+{
+    ItemhubUtilities* service = ItemhubUtilities::get();
+    const auto* options = Vs::ItemhubOptionGroup::get();
+    const bool isNew = options->service().empty() && options->account().empty();
+    if (!service->isAuthenticated() && !service->resume() && isNew)
+        static_cast<void>(service->signInToOwnService());
+}
+
+enum class Session { Needed, AsItIs };
+
 /// What a line asks the service for. Whatever the service says against it is the line's error.
-Result asked(const std::function<Result()>& ask)
+Result asked(const std::function<Result()>& ask, Session session = Session::Needed)
 {
     if (ItemhubUtilities::get()->ItemhubDisabled())
         return {1, localized("ItemhubOff", "The lifecycle service is switched off.")};
     try {
+        if (session == Session::Needed)
+            beginSession();
         return ask();
     } catch (const std::exception&) {
         return {1, ItemhubUtilities::currentFailure()};
@@ -83,21 +98,23 @@ public:
             return missing(L"token");
         if (parameters.parameters() > 1)
             Vs::TranscriptSecrets::keep(L"ITEMHUB_TOKEN", parameters[1]);
-        return asked([&]() -> Result {
-            ItemhubUtilities* service = ItemhubUtilities::get();
-            if (parameters.parameters() > 1) {
-                Vs::Itemhub::Access access;
-                access.address = Vs::Strings::narrow(parameters[0]);
-                access.token = Vs::Strings::narrow(parameters[1]);
-                if (parameters.parameters() > 2)
-                    access.customer = Vs::Strings::narrow(parameters[2]);
-                static_cast<void>(service->signIn(access, false));
-            } else if (!service->isAuthenticated() && !service->resume()) {
-                static_cast<void>(service->signInToOwnService());
-            }
-            return service->isAuthenticated() ? Result{0, ItemhubLines::account()}
-                                              : Result{1, ItemhubLines::nobody()};
-        });
+        return asked(
+            [&]() -> Result {
+                ItemhubUtilities* service = ItemhubUtilities::get();
+                if (parameters.parameters() > 1) {
+                    Vs::Itemhub::Access access;
+                    access.address = Vs::Strings::narrow(parameters[0]);
+                    access.token = Vs::Strings::narrow(parameters[1]);
+                    if (parameters.parameters() > 2)
+                        access.customer = Vs::Strings::narrow(parameters[2]);
+                    static_cast<void>(service->signIn(access, false));
+                } else if (!service->isAuthenticated() && !service->resume()) {
+                    static_cast<void>(service->signInToOwnService());
+                }
+                return service->isAuthenticated() ? Result{0, ItemhubLines::account()}
+                                                  : Result{1, ItemhubLines::nobody()};
+            },
+            Session::AsItIs);
     }
 };
 
@@ -106,10 +123,12 @@ class TextCmdItemhubSignOut : public DirectTextCommand<kSignOut>
 public:
     Result execute(const Parameters&) override
     {
-        return asked([]() -> Result {
-            ItemhubUtilities::get()->signOut();
-            return {0, {}};
-        });
+        return asked(
+            []() -> Result {
+                ItemhubUtilities::get()->signOut();
+                return {0, {}};
+            },
+            Session::AsItIs);
     }
 };
 
@@ -136,13 +155,13 @@ public:
     }
 };
 
-template <const DirectTextRow& kRow, std::wstring (*kList)()>
+template <const DirectTextRow& kRow, std::wstring (*kList)(), Session kSession = Session::Needed>
 class ListOfAll : public DirectTextCommand<kRow>
 {
 public:
     Result execute(const Parameters&) override
     {
-        return asked([]() -> Result { return {0, kList()}; });
+        return asked([]() -> Result { return {0, kList()}; }, kSession);
     }
 };
 
@@ -218,13 +237,15 @@ public:
         if (parameters.parameters() > 0 && (!boost::conversion::try_lexical_convert(parameters[0], seconds) ||
                                             !(seconds >= 0) || seconds > kMost))
             return {1, L"\"" + parameters[0] + L"\" is no time in seconds"};
-        return asked([&]() -> Result {
-            const auto time = std::chrono::milliseconds(static_cast<long long>(seconds * 1000));
-            if (ItemhubUtilities::get()->waitForUploads(time))
-                return {0, {}};
-            return {1, localizedFormat("ItemhubNotArrived", "Not all saves have arrived:\n%1%",
-                                       ItemhubLines::pending())};
-        });
+        return asked(
+            [&]() -> Result {
+                const auto time = std::chrono::milliseconds(static_cast<long long>(seconds * 1000));
+                if (ItemhubUtilities::get()->waitForUploads(time))
+                    return {0, {}};
+                return {1, localizedFormat("ItemhubNotArrived", "Not all saves have arrived:\n%1%",
+                                           ItemhubLines::pending())};
+            },
+            Session::AsItIs);
     }
 };
 
@@ -242,7 +263,7 @@ TextCmdItemhubOpen theOpen;
 TextCmdItemhubInsert theInsert;
 TextCmdItemhubComment theComment;
 ListOf<kComments, ItemhubLines::comments> theComments;
-ListOfAll<kPending, ItemhubLines::pending> thePending;
+ListOfAll<kPending, ItemhubLines::pending, Session::AsItIs> thePending;
 TextCmdItemhubWait theWait;
 
 } // namespace

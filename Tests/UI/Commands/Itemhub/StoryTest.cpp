@@ -3,6 +3,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Document.h"
+#include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 #include "Tests/UI/Commands/Itemhub/WithItems.h"
@@ -91,6 +92,15 @@ TEST_F(ItemStoryTest, LinesTellWhatTheServiceHasAndWhyTheyFail)
     answer(L"Itemhub.SignOut");
     EXPECT_NE(failure(L"Itemhub.Items 1"), L"");
     EXPECT_EQ(documents(), 1u);
+
+    // Who has never been signed in anywhere has a service of his own, which begins with the first line.
+    auto* options = Vs::ItemhubOptionGroup::get();
+    options->service(L"");
+    options->account(L"");
+    EXPECT_EQ(answer(L"Itemhub.Pending"), L"");
+    EXPECT_FALSE(hub().isAuthenticated()) << "the disk has the answer";
+    EXPECT_NE(answer(L"Itemhub.Workspaces").find(L"Designs\tadmin"), std::wstring::npos);
+    EXPECT_TRUE(hub().isOwnService());
 }
 
 TEST_F(ItemStoryTest, ASharedPictureIsAttachedToTheItemOfItsDocument)
