@@ -14,13 +14,11 @@ namespace Vs {
 
 namespace {
 
-constexpr double kSmallestSize = 1e-4; // mm
-constexpr double kLargestSize = 1e7;   // mm
-
 struct Size
 {
     const wchar_t* name;
     double value;
+    bool mayBeZero = false;
 };
 
 struct Kind
@@ -31,7 +29,9 @@ struct Kind
 
 bool checkSize(const Kind& kind, const Size& size, Status& status)
 {
-    if (std::isfinite(size.value) && size.value >= kSmallestSize && size.value <= kLargestSize)
+    const bool isNothing = size.value == 0 && size.mayBeZero;
+    if (isNothing || (std::isfinite(size.value) && size.value >= ModelBuilder::kSmallestSize &&
+                      size.value <= ModelBuilder::kLargestSize))
         return true;
     status.addError(std::wstring(kind.name) + L": the " + size.name +
                     L" must be a number of millimetres from 0.0001 to 10000000.");
@@ -90,6 +90,24 @@ const Component* ModelBuilder::sphere(double radius, const Look& look, Status& s
 {
     const Size sizes[] = {{L"radius", radius}};
     return add(m_asset, {ModelKernel::Primitive::Sphere, L"Sphere"}, sizes, look, status);
+}
+
+const Component* ModelBuilder::cone(double radius, double topRadius, double height, const Look& look,
+                                    Status& status)
+{
+    const Size sizes[] = {
+        {L"radius", radius, topRadius != 0}, {L"radius at the top", topRadius, true}, {L"height", height}};
+    return add(m_asset, {ModelKernel::Primitive::Cone, L"Cone"}, sizes, look, status);
+}
+
+const Component* ModelBuilder::torus(double radius, double tubeRadius, const Look& look, Status& status)
+{
+    if (tubeRadius >= radius) {
+        status.addError(L"Torus: the radius of the tube must be less than that of the ring.");
+        return nullptr;
+    }
+    const Size sizes[] = {{L"radius", radius}, {L"radius of the tube", tubeRadius}};
+    return add(m_asset, {ModelKernel::Primitive::Torus, L"Torus"}, sizes, look, status);
 }
 
 } // namespace Vs

@@ -37,6 +37,16 @@ public:
     const Component* cylinder(double radius, double height, const Look& look, Status& status);
     /// A sphere about the placement's origin.
     const Component* sphere(double radius, const Look& look, Status& status);
+    /// A cone about the placement's z axis, standing on its origin; of its two radii one may be zero. Where
+    /// they are equal it is a cylinder.
+    const Component* cone(double radius, double topRadius, double height, const Look& look, Status& status);
+    /// A ring about the placement's z axis, with its middle in the origin. The tube's radius is less than the
+    /// ring's, which reaches to the middle of the tube.
+    const Component* torus(double radius, double tubeRadius, const Look& look, Status& status);
+
+    /// The range of all sizes, in mm.
+    static constexpr double kSmallestSize = 1e-4;
+    static constexpr double kLargestSize = 1e7;
 
 private:
     Asset* m_asset;

@@ -13,7 +13,7 @@
 #include "UI/Design/ExportDesignCmd.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/OpenCmds.h"
-#include "UI/Design/PrimitiveCmds.h"
+#include "UI/Design/Primitives/PrimitiveCmds.h"
 #include "UI/Design/Resources.h"
 #include "UI/Design/SeparateCmd.h"
 #include "UI/Design/VisibilityCmds.h"
@@ -29,9 +29,11 @@ constinit const CommandArguments kArguments[] = {
     {L"VeloraExportCommand",
      {L"Path", L"CombineObjects", L"DisplayUnit", L"HiddenToo", L"SelectedOnly", L"Separate", L"AsText", L"Unit", L"UpAxis",
       L"Refinement"}},
-    {L"BoxCommand", {L"Dx", L"Dy", L"Dz", L"Origin"}},
-    {L"CylinderCommand", {L"Radius", L"Height", L"Origin"}},
-    {L"SphereCommand", {L"Radius", L"Origin"}},
+    {L"BoxCommand", {L"Dx", L"Dy", L"Dz", L"Origin", L"Direction"}},
+    {L"CylinderCommand", {L"Radius", L"Height", L"Origin", L"Direction"}},
+    {L"SphereCommand", {L"Radius", L"Origin", L"Direction"}},
+    {L"ConeCommand", {L"Radius", L"TopRadius", L"Height", L"Origin", L"Direction"}},
+    {L"TorusCommand", {L"Radius", L"TubeRadius", L"Origin", L"Direction"}},
     {L"HideCommand", {L"Objects"}},
     {L"ShowCommand", {L"Objects"}},
     {L"ShowAllCommand"},
@@ -67,6 +69,8 @@ private:
     BoxCmdDef m_boxCmdDef;
     CylinderCmdDef m_cylinderCmdDef;
     SphereCmdDef m_sphereCmdDef;
+    ConeCmdDef m_coneCmdDef;
+    TorusCmdDef m_torusCmdDef;
 
     EditCmdDef<MoveCmd> m_moveCmdDef;
     EditCmdDef<RotateCmd> m_rotateCmdDef;

@@ -8,12 +8,12 @@
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandGroup.h"
-#include "UI/Base/Command/Info.h"
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Base/Session/AssetGraphicsView.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/View/SceneEvaluator.h"
+#include "UI/Design/CommandLook.h"
 #include "UI/Design/Environments.h"
 #include "UI/Design/Localized.h"
 
@@ -128,10 +128,9 @@ std::string meantBy(const std::string& under, const AssetSession& session)
 
 Info* EditComponentCmdDef::info()
 {
-    static Info info(L"EditComponentCommand", localized("EditComponentCommand", "Edit Component"), nullptr,
-                     ToolTipInfo(localized("EditComponentCommandDesc",
-                                           "Work within the component alone, the rest being a ghost"),
-                                 L"", nullptr));
+    static Info info = makeInfo({.key = L"EditComponentCommand",
+                                 .title = "Edit Component",
+                                 .tooltip = "Work within the component alone, the rest being a ghost"});
     return &info;
 }
 

@@ -7,12 +7,12 @@
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Base/Command/CommandGroup.h"
-#include "UI/Base/Command/Info.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Design/CommandLook.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/Resources.h"
 
@@ -57,8 +57,10 @@ void tellExported(const std::wstring& path, size_t files)
 
 Info* VeloraExportCmdDef::info()
 {
-    static Info info(kKey, localized("VeloraExportCommand", "Export Design..."), Resources::Export(), {},
-                     "Ctrl+E", HotKeyBinding::EHotKeyMode::Standard);
+    static Info info = makeInfo({.key = L"VeloraExportCommand",
+                                 .title = "Export Design...",
+                                 .icon = &Resources::Export,
+                                 .hotkey = "Ctrl+E"});
     return &info;
 }
 

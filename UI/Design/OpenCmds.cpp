@@ -9,11 +9,11 @@
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Base/Command/CommandGroup.h"
-#include "UI/Base/Command/Info.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Design/CommandLook.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/NativeComponents.h"
 #include "UI/Design/Resources.h"
@@ -74,8 +74,7 @@ void translate(Vs::Translator* translator, const std::wstring& path, Vs::Transla
 
 Info* VeloraOpenDocumentCmdDef::info()
 {
-    static Info info(L"VeloraOpenDocumentCommand", localized("VeloraOpenDocumentCommand", "Open Design..."),
-                     nullptr);
+    static Info info = makeInfo({.key = L"VeloraOpenDocumentCommand", .title = "Open Design..."});
     return &info;
 }
 
@@ -126,8 +125,8 @@ void VeloraOpenDocumentCmd::onExecute(Vs::Status& status)
 
 Info* VeloraImportCmdDef::info()
 {
-    static Info info(L"VeloraImportCommand", localized("VeloraImportCommand", "Import..."),
-                     Resources::Import());
+    static Info info =
+        makeInfo({.key = L"VeloraImportCommand", .title = "Import...", .icon = &Resources::Import});
     return &info;
 }
 

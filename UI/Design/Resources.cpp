@@ -30,6 +30,16 @@ Vs::ImageSetResource* Resources::Sphere()
     return get()->imageSet(L"Sphere");
 }
 
+Vs::ImageSetResource* Resources::Cone()
+{
+    return get()->imageSet(L"Cone");
+}
+
+Vs::ImageSetResource* Resources::Torus()
+{
+    return get()->imageSet(L"Torus");
+}
+
 Vs::ImageSetResource* Resources::Export()
 {
     return get()->imageSet(L"Export");

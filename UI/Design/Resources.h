@@ -12,6 +12,8 @@ public:
     static Vs::ImageSetResource* Box();
     static Vs::ImageSetResource* Cylinder();
     static Vs::ImageSetResource* Sphere();
+    static Vs::ImageSetResource* Cone();
+    static Vs::ImageSetResource* Torus();
     static Vs::ImageSetResource* Export();
     static Vs::ImageSetResource* Import();
     static Vs::ImageSetResource* Design();

@@ -5,10 +5,10 @@
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/CommandGroup.h"
-#include "UI/Base/Command/Info.h"
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Design/CommandLook.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/ParametersAsList.h"
 
@@ -92,10 +92,9 @@ TextCmdSeparate theSeparate;
 
 Info* SeparateCmdDef::info()
 {
-    static Info info(
-        L"SeparateCommand", localized("SeparateCommand", "Separate Pattern"), nullptr,
-        ToolTipInfo(localized("SeparateCommandDesc", "Have each copy of a pattern be a component by itself"),
-                    L"", nullptr));
+    static Info info = makeInfo({.key = L"SeparateCommand",
+                                 .title = "Separate Pattern",
+                                 .tooltip = "Have each copy of a pattern be a component by itself"});
     return &info;
 }
 

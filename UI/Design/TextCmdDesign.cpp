@@ -5,8 +5,7 @@
 #include "UI/Base/Command/ForwardedRun.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Design/OpenCmds.h"
-#include "UI/Design/PrimitiveCmds.h"
-#include "UI/Design/PrimitiveTable.h"
+#include "UI/Design/Primitives/PrimitiveCmds.h"
 #include "UI/Design/Sample.h"
 #include "UI/Design/ShowDesign.h"
 
@@ -30,9 +29,11 @@ struct PrimitiveTextRow
     const PrimitiveRow& primitive;
 };
 
-constexpr PrimitiveTextRow kBoxLine      = {L"Box",      L"<dx> <dy> <dz> [<x,y,z>] Adds a box of these sizes in mm, with its corner at the point", "%f%f%f%p3", kBox};
-constexpr PrimitiveTextRow kCylinderLine = {L"Cylinder", L"<radius> <height> [<x,y,z>] Adds a cylinder of these sizes in mm, standing on the point", "%f%f%p3", kCylinder};
-constexpr PrimitiveTextRow kSphereLine   = {L"Sphere",   L"<radius> [<x,y,z>] Adds a sphere of this radius in mm about the point", "%f%p3", kSphere};
+constexpr PrimitiveTextRow kBoxLine      = {L"Box",      L"<dx> <dy> <dz> [<x,y,z> [<direction>]] Adds a box of these sizes in mm, with its corner at the point and its height in the direction, such as 0,0,1", "%f%f%f%p3%v", kBox};
+constexpr PrimitiveTextRow kCylinderLine = {L"Cylinder", L"<radius> <height> [<x,y,z> [<direction>]] Adds a cylinder of these sizes in mm, standing on the point in the direction", "%f%f%p3%v", kCylinder};
+constexpr PrimitiveTextRow kSphereLine   = {L"Sphere",   L"<radius> [<x,y,z> [<direction>]] Adds a sphere of this radius in mm about the point", "%f%p3%v", kSphere};
+constexpr PrimitiveTextRow kConeLine     = {L"Cone",     L"<radius> <radius at top> <height> [<x,y,z> [<direction>]] Adds a cone of these sizes in mm, standing on the point in the direction; one radius may be 0", "%f%f%f%p3%v", kCone};
+constexpr PrimitiveTextRow kTorusLine    = {L"Torus",    L"<radius> <radius of the tube> [<x,y,z> [<direction>]] Adds a ring of these sizes in mm about the point and the direction", "%f%f%p3%v", kTorus};
 // clang-format on
 
 class AreaDesign : public Vs::PythonEntry<AreaDesign, Vs::TextCommandSubjectArea>
@@ -48,14 +49,14 @@ class TextCmdPrimitive : public Vs::PythonEntry<TextCmdPrimitive<kRow>, Transcri
 public:
     TextCmdPrimitive()
         : Vs::PythonEntry<TextCmdPrimitive<kRow>, TranscriptedCommandTextCommand>(
-              kArea, kRow.name, kRow.help, kRow.format, false, kRow.primitive.key)
+              kArea, kRow.name, kRow.help, kRow.format, false, kRow.primitive.look.key)
     {
     }
 
     TextCommandResult execute(const TextCommandParameters& parameters) override
     {
         const size_t sizes = kRow.primitive.sizes.size();
-        if (parameters.parameters() < sizes || parameters.parameters() > sizes + 1)
+        if (parameters.parameters() < sizes || parameters.parameters() > sizes + 2)
             return {1, std::wstring(L"Usage: ") + kArea + L"." + kRow.name + L" " + kRow.help};
         return TranscriptedCommandTextCommand::execute(parameters);
     }
@@ -68,7 +69,9 @@ protected:
             context.addArgument(Vs::UniqueString::find(size.name, true),
                                 boost::lexical_cast<double>(parameters[i++]));
         if (i < parameters.parameters())
-            context.addArgument(PrimitiveCmdDef::originArgumentName(), parameters[i]);
+            context.addArgument(PrimitiveCmdDef::originArgumentName(), parameters[i++]);
+        if (i < parameters.parameters())
+            context.addArgument(PrimitiveCmdDef::directionArgumentName(), parameters[i]);
     }
 };
 
@@ -123,6 +126,8 @@ AreaDesign theArea;
 TextCmdPrimitive<kBoxLine> theBox;
 TextCmdPrimitive<kCylinderLine> theCylinder;
 TextCmdPrimitive<kSphereLine> theSphere;
+TextCmdPrimitive<kConeLine> theCone;
+TextCmdPrimitive<kTorusLine> theTorus;
 TextCmdDesignNew theNew;
 TextCmdDesignSample theSample;
 

@@ -6,11 +6,10 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Selection/VisibilityRequest.h"
 #include "UI/Base/Command/CommandGroup.h"
-#include "UI/Base/Command/CommandTitles.h"
-#include "UI/Base/Command/Info.h"
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Design/CommandLook.h"
 #include "UI/Design/Localized.h"
 
 #include <algorithm>
@@ -24,29 +23,11 @@ using Kind = VisibilityCmdDef::Kind;
 using Paths = std::vector<Vs::ObjectPath>;
 
 // clang-format off
-/// Key, title, tooltip, and the key that runs it.
-struct VisibilityRow
-{
-    const wchar_t* key;
-    const char* title;
-    const char* tooltip;
-    const char* hotkey;
-};
-
-constexpr VisibilityRow kHide    = {L"HideCommand",             "Hide",        "Hide what is selected", ""};
-constexpr VisibilityRow kShow    = {L"ShowCommand",             "Show",        "Show what is selected and hidden", ""};
-constexpr VisibilityRow kShowAll = {L"ShowAllCommand",          "Show All",    "Show everything that is hidden", "Shift+V"};
-constexpr VisibilityRow kToggle  = {L"ToggleVisibilityCommand", "Show or Hide", "Hide what is selected, or show it if it is hidden", "V"};
+constexpr CommandLook kHide    = {.key = L"HideCommand", .title = "Hide", .tooltip = "Hide what is selected"};
+constexpr CommandLook kShow    = {.key = L"ShowCommand", .title = "Show", .tooltip = "Show what is selected and hidden"};
+constexpr CommandLook kShowAll = {.key = L"ShowAllCommand", .title = "Show All", .tooltip = "Show everything that is hidden", .hotkey = "Shift+V"};
+constexpr CommandLook kToggle  = {.key = L"ToggleVisibilityCommand", .title = "Show or Hide", .tooltip = "Hide what is selected, or show it if it is hidden", .hotkey = "V"};
 // clang-format on
-
-Info makeInfo(const VisibilityRow& row)
-{
-    const std::string key(row.key, row.key + std::char_traits<wchar_t>::length(row.key));
-    return Info(row.key, CommandTitles::localized(row.key, kDomain, key.c_str(), row.title), nullptr,
-                ToolTipInfo(localized((key + "Desc").c_str(), row.tooltip), L"", nullptr), row.hotkey,
-                HotKeyBinding::EHotKeyMode::Standard);
-}
-
 Paths selectedPaths(AssetSession& session)
 {
     Paths paths;

@@ -15,9 +15,12 @@
 #include <Quantity_ColorRGBA.hxx>
 
 #include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
+#include <BRepPrimAPI_MakeTorus.hxx>
 #include <BRep_Builder.hxx>
+#include <Precision.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
@@ -28,6 +31,7 @@
 #include <XCAFDoc_ShapeTool.hxx>
 
 #include <algorithm>
+#include <cmath>
 #include <stdexcept>
 
 namespace Vs::Kernel {
@@ -42,6 +46,14 @@ TDF_Label bodyLabel(const Handle(TDocStd_Document) & document, const std::string
     return label;
 }
 
+/// The kernel's own cone has two radii that differ.
+TopoDS_Shape cone(double base, double top, double height)
+{
+    if (std::abs(base - top) <= Precision::Confusion())
+        return BRepPrimAPI_MakeCylinder(base, height).Shape();
+    return BRepPrimAPI_MakeCone(base, top, height).Shape();
+}
+
 TopoDS_Shape primitive(ModelKernel::Primitive kind, const double (&sizes)[3])
 {
     switch (kind) {
@@ -51,6 +63,10 @@ TopoDS_Shape primitive(ModelKernel::Primitive kind, const double (&sizes)[3])
         return BRepPrimAPI_MakeCylinder(sizes[0], sizes[1]).Shape();
     case ModelKernel::Primitive::Sphere:
         return BRepPrimAPI_MakeSphere(sizes[0]).Shape();
+    case ModelKernel::Primitive::Cone:
+        return cone(sizes[0], sizes[1], sizes[2]);
+    case ModelKernel::Primitive::Torus:
+        return BRepPrimAPI_MakeTorus(sizes[0], sizes[1]).Shape();
     }
     throw std::runtime_error("unknown kind of primitive");
 }

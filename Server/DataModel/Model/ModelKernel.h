@@ -30,7 +30,7 @@ public:
 class ModelKernel
 {
 public:
-    enum class Primitive { Box, Cylinder, Sphere };
+    enum class Primitive { Box, Cylinder, Sphere, Cone, Torus };
 
     /// An empty model.
     static std::unique_ptr<ModelKernel> create();
@@ -72,7 +72,7 @@ public:
     /// The edges around the outside of a face (ObjectPath::index).
     virtual std::vector<uint32_t> loop(const MeasuredShape& face) = 0;
 
-    /// A solid that is nothing but a primitive, placed and sized as addPrimitive takes it.
+    /// A solid that is nothing but a box, a cylinder or a sphere, placed and sized as addPrimitive takes it.
     struct Recognised
     {
         Primitive kind;
@@ -82,7 +82,8 @@ public:
     /// Of a body by its exact shape, whatever made it; nothing if it is no primitive.
     virtual std::optional<Recognised> recognise(const std::string& entry) = 0;
 
-    /// Adds a part at the top of the tree, within a transaction. Sizes: dx, dy, dz; radius, height; radius.
+    /// Adds a part at the top of the tree, within a transaction. Sizes: dx, dy, dz; radius, height; radius;
+    /// radius at the base, radius at the top, height; radius of the ring, radius of its tube.
     /// Returns the new component's id.
     virtual std::string addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,
                                      const std::wstring& name, const std::optional<Colour>& colour) = 0;

@@ -50,6 +50,9 @@ public:
     virtual void onValidateInputs(CommandInputStatus& status, bool forCommit) = 0;
     virtual void onClearCommandRequests(bool) = 0;
     virtual void releaseCommandPreview() {}
+    /// Whether the arguments that it adds to its context by its end say all that its inputs do, so that a
+    /// recording writes the line with these alone. Default false.
+    virtual bool onArgumentsSayAll() const { return false; }
 
     /// Makes the inputs; for CommandMgr, once, before `onBegin`.
     void createCommandInputs();

@@ -76,6 +76,14 @@ Problem problemOf(const CommandBase& command)
     return {};
 }
 
+/// What is only missing can wait where there are steps to be kept; what is wrong is mended first, or what was
+/// there before it would be taken for it.
+bool mayCommit(CommandBase& command, const Problem& problem)
+{
+    return problem.text.isEmpty() || (!problem.isError && command.getPossibleMidCommandUndoContext() ==
+                                                              EMidCommandUndoRedoContext::Step);
+}
+
 } // namespace
 
 CommandPanel::CommandPanel(const Workspace* workspace, QWidget* parent)
@@ -247,8 +255,7 @@ void CommandPanel::showState()
     if (problem.isError)
         colours.setColor(QPalette::WindowText, errorColour());
     m_message->setPalette(colours);
-    m_ok->setEnabled(problem.text.isEmpty() ||
-                     m_command->getPossibleMidCommandUndoContext() == EMidCommandUndoRedoContext::Step);
+    m_ok->setEnabled(mayCommit(*m_command, problem));
     place();
 }
 
@@ -288,8 +295,7 @@ void CommandPanel::commit()
     m_form->enter();
     if (!m_command)
         return;
-    if (!m_command->areInputsValidForCommit() &&
-        m_command->getPossibleMidCommandUndoContext() != EMidCommandUndoRedoContext::Step) {
+    if (!m_command->areInputsValidForCommit() && !mayCommit(*m_command, problemOf(*m_command))) {
         showState();
         if (InputField* wrong = m_form->firstField(true))
             wrong->setFocus(Qt::OtherFocusReason);

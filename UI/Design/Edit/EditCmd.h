@@ -1,31 +1,20 @@
 #pragma once
 
 #include "Server/DataModel/Edit/ModelEdit.h"
-#include "UI/Base/Command/Command.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Design/Edit/EditInputs.h"
-
-namespace Vs {
-class EditRequest;
-}
+#include "UI/Design/CommandLook.h"
+#include "UI/Design/Edit/PreviewedCmd.h"
 
 namespace Vu::Design {
 
 /// One row per editing command: everything that is data.
-struct EditRow
-{
-    const wchar_t* key; ///< Also of the title; with "Desc" behind it, of the tooltip.
-    const char* title;
-    const char* tooltip;
-    Vs::ImageSetResource* (*icon)();
-};
+using EditRow = CommandLook;
 
 /// What the definitions of the editing commands share.
 class EditCmdDefBase : public Vs::Implements<EditCmdDefBase, CommandDefinition>
 {
 protected:
     explicit EditCmdDefBase(Info* info);
-    static Info makeInfo(const EditRow& row);
 
     bool onIsApplicable(CommandContext* context) const override;
     /// Whoever edits by hand or by line wants to go on modelling.
@@ -38,7 +27,7 @@ class EditCmdDef : public Vs::Implements<EditCmdDef<Cmd>, EditCmdDefBase>
 public:
     static Info* info()
     {
-        static Info record = EditCmdDefBase::makeInfo(Cmd::kRow);
+        static Info record = makeInfo(Cmd::kRow);
         return &record;
     }
     EditCmdDef() : Vs::Implements<EditCmdDef<Cmd>, EditCmdDefBase>(info()) {}
@@ -47,65 +36,19 @@ protected:
     CommandBase* onCreateCommand(CommandContext* context) override { return new Cmd(this, context); }
 };
 
-/// A command that changes the exact model as its inputs say. The change is shown as soon as they are
-/// complete, taken back and made anew with each new value, and kept as one step by the commit.
-///
-/// The context's arguments fill the inputs of the same keys; what is selected at the start fills the first
-/// selection. Each value that is entered is a step that undo takes back while the command runs; the step
-/// holds the inputs, of which the change is made anew. With the argument "Commit" the command doesn't wait
-/// for a person: it ends with the change made, or with the error that says why not.
-class EditCmd : public Vs::Implements<EditCmd, Command>
+/// A command that changes the exact model.
+class EditCmd : public Vs::Implements<EditCmd, PreviewedCmd>
 {
 public:
-    EditCmd(CommandDefinition* definition, CommandContext* context) : Implements(definition, context) {}
-
-    static const Vs::UniqueString* commitArgumentName();
-
-    void onBegin() override;
-    void onEnd(ETerminationReason reason) override;
-    void commandInputSetExecute(CommandInputEvent* event) override;
-    CommandInputSet* onCreateCommandInputs() final;
-    void onCommandInputEventSink(CommandInputEvent* event) override;
-    void onValidateInputs(CommandInputStatus& status, bool forCommit) override;
-    void onClearCommandRequests(bool) override {}
-    void releaseCommandPreview() override;
-    void onStepUndo() override { showInputs(); }
-    void onStepRedo() override { showInputs(); }
+    using Implements::Implements;
 
 protected:
-    virtual void onMakeInputs(EditInputs& inputs) = 0;
-    /// The change that the inputs ask for; called while the model is as it was at the start. The inputs are
-    /// valid, each for itself.
+    /// The change that the inputs ask for, as onMakeRequest.
     virtual Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) = 0;
-    /// Why the inputs don't go together; empty if they do.
-    virtual std::wstring onWhyInvalid() const { return {}; }
-    /// Whether parts of bodies are chosen that the change makes others of. They are picked on the bodies as
-    /// they were, so that the preview goes out while the pointer is at one. Default false.
-    virtual bool onPicksInsideBodies() const { return false; }
     /// Whether what the change adds is a group, of which all are deleted with one. Default false.
     virtual bool onMakesGroup() const { return false; }
-    /// An input has a new value.
-    virtual void onInputChanged() {}
-    /// The change is shown, or none is since the inputs ask for none.
-    virtual void onShown() {}
 
-private:
-    void takeArguments(Vs::Status& status);
-    void takeSelection();
-    std::wstring whyIncomplete();
-    bool execute(bool preview, Vs::Status& status);
-    void preview();
-    /// Whether the result shows, or could if it had been waited for.
-    bool previewed(Vs::Status& status);
-    void lightParts(bool lit);
-    void point(bool atPart);
-    void showInputs();
-    void keepStep();
-    void commitAtOnce(Vs::Status& status);
-
-    bool m_waiting = false; ///< For a person, who sees a preview.
-    std::wstring m_problem; ///< Why the last preview couldn't be made.
-    bool m_shown = false;   ///< The preview is there.
+    OwnedRequest onMakeRequest(Vs::Asset& asset) final;
 };
 
 } // namespace Vu::Design

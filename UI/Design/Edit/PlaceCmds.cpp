@@ -57,22 +57,13 @@ Vs::ModelEdit MoveCmd::onMakeEdit(const Vs::Asset& asset)
 void MoveCmd::onShown()
 {
     const bool any = m_middle && !m_components->selectionSet().empty();
-    m_handles.show(graphicsView(), any ? std::optional(motion() * *m_middle) : std::nullopt);
+    m_handles.show(graphicsView(), any ? std::optional(motion() * *m_middle) : std::optional<GkPoint3d>());
 }
 
 void MoveCmd::drag(const Manipulator::Drag& drag)
 {
-    const double shift[] = {drag.shift.x, drag.shift.y, drag.shift.z};
-    const bool plane = drag.handle.kind == Kind::Plane;
-    for (int axis = 0; axis < 3 && !m_dragging; ++axis)
-        m_from[axis] = m_shift[axis]->value();
-    m_dragging = !drag.done;
-    // The drag is entered with the last of the values that it changes.
-    const int last = plane && drag.handle.axis == 2 ? 1 : plane ? 2 : drag.handle.axis;
     const CommandInUse inUse(this);
-    for (int axis = 0; axis < 3; ++axis)
-        if ((axis == drag.handle.axis) != plane)
-            PlaceHandles::drive(*m_shift[axis], m_from[axis] + shift[axis], drag.done && axis == last);
+    m_dragged.drive(m_shift, drag);
 }
 
 Vs::ModelEdit CopyCmd::onMakeEdit(const Vs::Asset& asset)
@@ -104,7 +95,8 @@ Vs::ModelEdit RotateCmd::onMakeEdit(const Vs::Asset& asset)
 
 void RotateCmd::onShown()
 {
-    m_handles.show(graphicsView(), m_components->selectionSet().empty() ? std::nullopt : m_centre);
+    m_handles.show(graphicsView(),
+                   m_components->selectionSet().empty() ? std::optional<GkPoint3d>() : m_centre);
 }
 
 void RotateCmd::drag(const Manipulator::Drag& drag)

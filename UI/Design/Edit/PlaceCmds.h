@@ -30,8 +30,7 @@ private:
     RealValueCommandInput* m_shift[3] = {}; ///< Along x, y and z.
     PlaceHandles m_handles;
     std::optional<GkPoint3d> m_middle; ///< Of the components where they stood at the start.
-    double m_from[3] = {};             ///< The values when a drag began.
-    bool m_dragging = false;
+    DraggedShift m_dragged;
 };
 
 /// Puts one more of each component as far away from it as the inputs say.

@@ -24,8 +24,10 @@ public:
     {
     }
 
-    /// Shows them at the point, along the model's axes; takes them away without one, or without a view.
+    /// Shows them at the point, along the model's axes, or where the rigid motion brings them; takes them
+    /// away without one, or without a view.
     void show(GraphicsView* view, const std::optional<GkPoint3d>& point);
+    void show(GraphicsView* view, const std::optional<GkMatrix3d>& frame);
     void hide() { m_manipulator.reset(); }
 
     /// Gives an input a value as if it were typed; with `done`, as if it were entered.
@@ -35,6 +37,17 @@ private:
     std::vector<ManipulatorHandle> m_handles;
     Listener m_listener;
     std::optional<Manipulator> m_manipulator;
+};
+
+/// Three lengths along the axes of handles, which a drag of an arrow or a square changes.
+class DraggedShift
+{
+public:
+    void drive(RealValueCommandInput* const (&shift)[3], const Manipulator::Drag& drag);
+
+private:
+    double m_from[3] = {}; ///< The values when the drag began.
+    bool m_dragging = false;
 };
 
 } // namespace Vu::Design

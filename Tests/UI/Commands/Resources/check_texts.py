@@ -16,6 +16,8 @@ LITERALS = r'((?:"(?:[^"\\]|\\.)*"\s*)+)'
 CALL = re.compile(r'\b(?:localized|localizedFormat|text|told|panelText|getLocalizedString)\(\s*(?:(?:L"\w+"|kDomain),\s*)?"(\w+)",\s*' + LITERALS)
 ROW = re.compile(r'\.key = L"(\w+)",\s*\.title = ' + LITERALS + r'(?:,\s*\.titleKey = "(\w+)")?')
 TOOLTIP = re.compile(r'\.tooltip = ' + LITERALS + r',\s*\.tooltipKey = "(\w+)"')
+# Without a key of its own a tooltip has the command's, with "Desc" behind it.
+DESCRIBED = re.compile(ROW.pattern + r',\s*\.tooltip = ' + LITERALS + r'(?!,\s*\.tooltipKey)')
 PREFERENCE = re.compile(r'\bL"\w+\.\w+",\s*"(\w+)",\s*' + LITERALS)
 KEYED = re.compile(r"<\w+\s[^>]*\b\w+Key=[^>]*>")
 ENTRY = re.compile(r'^msgctxt "(\w+)"\nmsgid ' + LITERALS + r'msgstr ' + LITERALS, re.MULTILINE)
@@ -33,6 +35,8 @@ def texts_of(folder):
             texts[key] = joined(literals)
         for key, literals, title_key in ROW.findall(source):
             texts[title_key or key] = joined(literals)
+        for key, _, _, literals in DESCRIBED.findall(source):
+            texts[key + "Desc"] = joined(literals)
         for key, literals in PREFERENCE.findall(source):
             texts[key] = joined(literals)
         for literals, key in TOOLTIP.findall(source):

@@ -236,6 +236,8 @@ const Session kSessions[] = {
     // Design
     {L"BoxCommand",                    kModel + L"Commands.Start BoxCommand Dx=1 Dy=2 Dz=3 Origin=4,5,6"},
     {L"CylinderCommand",               kModel + L"Commands.Start CylinderCommand Radius=5 Height=2.5"},
+    {L"ConeCommand",                   kModel + L"Commands.Start ConeCommand Radius=5 TopRadius=0 Height=2.5 Origin=1,2,3 Direction=1,0,0"},
+    {L"TorusCommand",                  kModel + L"Commands.Start TorusCommand Radius=5 TubeRadius=2"},
     {L"SphereCommand",                 kModel + L"Commands.Start SphereCommand Radius=5"},
     {L"MoveCommand",                   kBoth + L"Commands.Start MoveCommand;Commands.SetInput Dx \"1 cm\";Commands.SetInput Dy 1/3;Commands.Commit;Design.Move Sphere1 0.1 0 7"},
     {L"CopyCommand",                   kBoth + L"Commands.Start CopyCommand;Commands.SetInput Dz 60;Commands.Commit;Design.Copy Sphere1 30 0 0"},

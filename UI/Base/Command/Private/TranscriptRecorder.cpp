@@ -4,6 +4,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptTrigger.h"
 #include "Server/Base/UniqueString.h"
+#include "UI/Base/Command/Command.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -176,7 +177,8 @@ void TranscriptRecorder::after(const Vs::TextCommand& command, const Vs::TextCom
 std::vector<std::wstring> TranscriptRecorder::inputLinesOf(const CommandBase& command)
 {
     std::vector<std::wstring> lines;
-    if (Vs::cast<SimpleCommand>(&command))
+    const auto* withInputs = Vs::cast<Command>(&command);
+    if (Vs::cast<SimpleCommand>(&command) || (withInputs && withInputs->onArgumentsSayAll()))
         return lines;
     if (const CommandInputSet* inputs = command.commandInputSet())
         for (const auto& input : inputs->inputs())
