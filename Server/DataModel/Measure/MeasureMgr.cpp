@@ -9,6 +9,7 @@
 #include "Server/DataModel/Measure/Private/MeasureTexts.h"
 #include "Server/DataModel/Measure/Private/MeasuredObject.h"
 #include "Server/DataModel/Model/ModelBody.h"
+#include "Server/DataModel/Selection/PartHistory.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 
 namespace Vs {
@@ -172,9 +173,10 @@ std::wstring MeasureMgr::nameOf(const LogicalSelection& selection) const
                      : path.leaf == ObjectPath::Leaf::Edge ? ShapeKind::Curve
                                                            : ShapeKind::Face;
     try {
-        // Whatever the form, it has a radius or an answer that tells the form.
+        // Whatever the form, it has a radius or an answer that tells the form. In a preview the number is
+        // that of another part.
         if (const auto* body = cast<ModelBody>(component->body.get());
-            body && path.leaf != ObjectPath::Leaf::Vertex)
+            body && path.leaf != ObjectPath::Leaf::Vertex && !showsPreview(*selection.asset()))
             if (const ShapeAnswer answer = body->measurePart(path.leaf, path.index, EMeasureType::Radius);
                 answer.kind < ShapeKind::Body)
                 kind = answer.kind;
