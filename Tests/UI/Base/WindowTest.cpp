@@ -38,17 +38,14 @@
 #include <QApplication>
 #include <QCursor>
 #include <QDialog>
-#include <QDropEvent>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
 #include <QPointer>
 #include <QShortcut>
 #include <QToolButton>
 #include <QTreeView>
-#include <QUrl>
 #include <QtTest/QTest>
 
 #include <cstring>
@@ -356,42 +353,6 @@ TEST_F(WindowTest, HiddenAreasTakeNoRoomAndComeBack)
     window->area(L"TextCommands")->visible(true);
     EXPECT_TRUE(UiTests::becomes([&] { return box->isVisible(); }));
     EXPECT_EQ(window->mainWindow()->commandBox(), box) << "what was typed is kept";
-}
-
-TEST_F(WindowTest, ADroppedFileIsOpenedByTheCommandWithItsPath)
-{
-    std::wstring opened;
-    FunctionCommandDef open(L"OpenDocumentCommand", [&](CommandContext& context) {
-        opened = context.argumentAsString(Vs::UniqueString::find("DragAndDrop"));
-    });
-    MainWindow* window = windowWith({"TextCommands"})->mainWindow();
-    QMimeData data;
-    data.setUrls({QUrl(QStringLiteral("https://example.org/x")),
-                  QUrl::fromLocalFile(QStringLiteral("/tmp/a b.step"))});
-    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    static_cast<QObject*>(window)->event(&drop);
-    Application::get()->flushDeferredTasks();
-    EXPECT_EQ(opened, L"/tmp/a b.step");
-    WorkspaceMgr::get()->closeAll();
-}
-
-TEST_F(WindowTest, OfSeveralDroppedFilesNoneTakesThePlaceOfTheOneBefore)
-{
-    std::wstring journal;
-    FunctionCommandDef open(L"OpenDocumentCommand", [&](CommandContext& context) {
-        journal += context.argumentAsString(Vs::UniqueString::find("DragAndDrop")) + L' ';
-    });
-    FunctionCommandDef home(L"ManagementShellCommand", [&](CommandContext&) { journal += L"home "; });
-    MainWindow* window = windowWith({"TextCommands"})->mainWindow();
-    QMimeData data;
-    data.setUrls(
-        {QUrl::fromLocalFile(QStringLiteral("/a.step")), QUrl::fromLocalFile(QStringLiteral("/b.stl"))});
-    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    static_cast<QObject*>(window)->event(&drop);
-    EXPECT_EQ(journal, L"") << "the source of the drop waits for its end";
-    Application::get()->flushDeferredTasks();
-    EXPECT_EQ(journal, L"/a.step home /b.stl ");
-    WorkspaceMgr::get()->closeAll();
 }
 
 TEST_F(WindowTest, TheTitleTellsTheDocumentAndWhetherItWasChanged)

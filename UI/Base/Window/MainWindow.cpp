@@ -21,11 +21,10 @@
 #include "UI/Base/Window/CommandBox.h"
 #include "UI/Base/Window/CommandButton.h"
 #include "UI/Base/Window/CommandPanel.h"
-#include "UI/Base/Window/DroppedFiles.h"
+#include "UI/Base/Window/DropTarget.h"
 #include "UI/Base/Window/HotKeys.h"
 #include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/KeysOverlay.h"
-#include "UI/Base/Window/LocalPath.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Window/StatusFields.h"
@@ -44,12 +43,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDropEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QScreen>
 #include <QStatusBar>
 
@@ -76,15 +73,6 @@ std::wstring activeEnvironment()
     return environment ? environment->id() : std::wstring();
 }
 
-std::vector<std::wstring> droppedFiles(const QMimeData* data)
-{
-    std::vector<std::wstring> paths;
-    for (const QUrl& url : data->urls())
-        if (url.isLocalFile())
-            paths.push_back(pathOf(url));
-    return paths;
-}
-
 } // namespace
 
 MainWindow::MainWindow(WorkspaceWindow* owner)
@@ -96,6 +84,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
       m_readOnly(PlainText::label(this)),
       m_bell(new BellButton(m_progress, this)),
       m_toasts(new ToastStack(this)),
+      m_drops(new DropTarget(this)),
       m_panel(new CommandPanel(owner->workspace(), this)),
       m_keys(std::make_unique<WindowKeys>(*this, *m_panel)),
       m_stage(new AreaStage({[this](Area& area, QWidget* parent) { return m_contents->make(area, parent); },
@@ -104,7 +93,6 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
                             this))
 {
     setCentralWidget(m_stage);
-    setAcceptDrops(true);
     restoreSize();
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_message->setContentsMargins(kMargin, 0, 0, 0);
@@ -352,14 +340,17 @@ void MainWindow::changeEvent(QEvent* event)
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!droppedFiles(event->mimeData()).empty())
-        event->acceptProposedAction();
+    m_drops->enter(*event);
+}
+
+void MainWindow::dragLeaveEvent(QDragLeaveEvent*)
+{
+    m_drops->leave();
 }
 
 void MainWindow::dropEvent(QDropEvent* event)
 {
-    event->acceptProposedAction();
-    openDroppedFiles(droppedFiles(event->mimeData()));
+    m_drops->drop(*event);
 }
 
 // What comes here, none of the widgets had a use for.

@@ -27,6 +27,7 @@ class CommandBox;
 class CommandButton;
 class CommandPanel;
 class CommandDefinition;
+class DropTarget;
 class ProgressPanel;
 class StatusFields;
 class ToastStack;
@@ -70,6 +71,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
@@ -108,6 +110,7 @@ private:
     QLabel* m_readOnly; ///< Who has the document that shows, if somebody else has.
     BellButton* m_bell;
     ToastStack* m_toasts;
+    DropTarget* m_drops;
     CommandPanel* m_panel;
     std::unique_ptr<WindowKeys> m_keys;
     AreaStage* m_stage;
