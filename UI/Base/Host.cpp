@@ -21,6 +21,7 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/Environment.h"
 #include "UI/Base/Session/LeftDocuments.h"
+#include "UI/Base/Session/Private/RecentFilesFollower.h"
 #include "UI/Base/Session/Private/SavingHandler.h"
 #include "UI/Base/Session/ReplacingDocument.h"
 #include "UI/Base/Session/SessionEvents.h"
@@ -244,6 +245,8 @@ void installHost()
     StepSurroundings::install();
     static auto* const saving = new SavingHandler;
     static_cast<void>(saving);
+    static auto* const recent = new RecentFilesFollower;
+    static_cast<void>(recent);
     static auto* const left = new LeftDocuments;
     static_cast<void>(left);
     static auto* const alerts = new AlertNotifications;

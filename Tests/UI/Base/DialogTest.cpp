@@ -8,6 +8,7 @@
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Base/Session/RecentPaths.h"
 #include "UI/Base/View/TransitionMgr.h"
 #include "UI/Base/Window/NamingDialog.h"
 
@@ -224,6 +225,42 @@ TEST_F(DialogTest, RecentDocumentsAreFoundFromWhereverTheProgramIsStartedNextTim
         recent->add(path, false);
     ASSERT_EQ(recent->newestFirst(10).size(), 1u);
     EXPECT_EQ(recent->newestFirst(10).front()->path(), (here / L"a/Pl\u00e4n.vlra").wstring());
+}
+
+TEST_F(DialogTest, RecentFilesOfAllKindsGoWithTheDocumentsListAndPinnedOnesStayInFront)
+{
+    RecentPaths& files = RecentPaths::files();
+    const auto paths = [&] {
+        std::wstring all;
+        for (const RecentPaths::Entry& entry : files.entries())
+            all += (entry.isPinned ? L'*' : L' ') + entry.path;
+        return all;
+    };
+    for (const RecentPaths::Entry& entry : std::vector(files.entries()))
+        files.remove(entry.path);
+    RecentDocumentMgr* documents = RecentDocumentMgr::get();
+    documents->clearRecent();
+    documents->add(L"/models/a.vlra", false);
+    files.add(L"/models/b.step");
+    files.add(L"/models/./c.stl");
+    documents->add(L"/models/a.vlra", false);
+    files.add(L"");
+    EXPECT_EQ(paths(), L" /models/a.vlra /models/c.stl /models/b.step");
+    files.pin(L"/models/b.step", true);
+    files.pin(L"/models/unknown", true);
+    documents->add(L"/models/d.vlra", false);
+    EXPECT_EQ(paths(), L"*/models/b.step /models/d.vlra /models/a.vlra /models/c.stl");
+    documents->remove(L"/models/d.vlra");
+    EXPECT_EQ(paths(), L"*/models/b.step /models/a.vlra /models/c.stl");
+    for (size_t i = 0; i < 2 * RecentPaths::kMaximum; ++i)
+        files.add(L"/many/" + std::to_wstring(i));
+    EXPECT_EQ(files.entries().size(), RecentPaths::kMaximum + 1);
+    EXPECT_EQ(files.entries()[1].path, L"/many/" + std::to_wstring(2 * RecentPaths::kMaximum - 1));
+    documents->clearRecent();
+    EXPECT_EQ(paths(), L"*/models/b.step");
+    files.pin(L"/models/b.step", false);
+    documents->clearRecent();
+    EXPECT_EQ(paths(), L"");
 }
 
 TEST_F(DialogTest, ATransitionThatNobodySeesIsAtItsEndAtOnce)

@@ -77,7 +77,8 @@ void Application::initialize(int& count, char** arguments, bool headless)
     if (headless) {
         // What a script opens and saves is none of the user's own documents, and moves no dialog of theirs.
         Vs::RunOptions::add("UIBase", "lastDirectory");
-        Vs::RunOptions::add("RecentDocuments", "");
+        for (const char* group : {"RecentDocuments", "RecentFiles", "RecentScripts"})
+            Vs::RunOptions::add(group, "");
     }
     get();
 }

@@ -74,6 +74,7 @@ void RecentDocumentMgr::add(const std::wstring& given, bool isCloud)
     m_documents.insert(m_documents.begin(), std::make_unique<RecentDocument>(path, isCloud));
     if (m_documents.size() > kMaximum)
         m_documents.resize(kMaximum);
+    forEach([&](RecentDocumentEventSite* site) { site->recentDocumentAdded(path); });
     write();
 }
 
@@ -95,14 +96,17 @@ void RecentDocumentMgr::recentDocuments(std::vector<RecentDocument*>& documents,
 void RecentDocumentMgr::remove(const std::wstring& path)
 {
     read();
-    if (std::erase_if(m_documents, [&](const auto& document) { return document->path() == path; }) > 0)
-        write();
+    if (std::erase_if(m_documents, [&](const auto& document) { return document->path() == path; }) == 0)
+        return;
+    forEach([&](RecentDocumentEventSite* site) { site->recentDocumentRemoved(path); });
+    write();
 }
 
 void RecentDocumentMgr::clearRecent()
 {
     m_read = true;
     m_documents.clear();
+    forEach([](RecentDocumentEventSite* site) { site->recentDocumentsCleared(); });
     write();
 }
 

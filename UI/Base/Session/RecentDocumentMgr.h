@@ -24,6 +24,10 @@ class RecentDocumentEventSite : public Vs::EventSite
 {
 public:
     virtual void recentDocumentsChanged() = 0;
+    // What changed; each comes before the above.
+    virtual void recentDocumentAdded(const std::wstring&) {}
+    virtual void recentDocumentRemoved(const std::wstring&) {}
+    virtual void recentDocumentsCleared() {}
 };
 
 /// The documents that were used last; kept among the user's options.

@@ -5,6 +5,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Session/RecentPaths.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 
@@ -55,6 +56,7 @@ void RunScriptCmd::onExecute(Vs::Status& status)
         FileDialog::tellMissing(status);
     if (path.empty())
         return;
+    RecentPaths::scripts().add(path);
     if (s_runsDirectly)
         Vs::PythonManager::get()->runScriptFile(path, status);
     else

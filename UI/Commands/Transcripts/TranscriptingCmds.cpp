@@ -6,6 +6,7 @@
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Session/RecentPaths.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Transcripts/ReplayTasks.h"
 #include "UI/Commands/Transcripts/ValidationDialog.h"
@@ -41,7 +42,8 @@ bool startRecording()
     std::wstring path;
     if (!FileDialog::getFilenameForSave(L"Text Command Transcript (*.txt);;Python Transcript (*.py)", path))
         return false;
-    Vs::TranscriptMgr::get()->startRecording(path, Vs::TranscriptMgr::typeOf(path));
+    if (Vs::TranscriptMgr::get()->startRecording(path, Vs::TranscriptMgr::typeOf(path)))
+        RecentPaths::scripts().add(path);
     return true;
 }
 
@@ -86,8 +88,10 @@ void ReplayTranscriptCmd::onExecute(Vs::Status&)
     if (!FileDialog::getFilenameForOpen(L"Transcript File (*.txt; *.py)", path, {}))
         return;
     boost::system::error_code error;
-    if (boost::filesystem::exists(path, error))
-        Application::get()->deferredTasks()->add(new ReplayTranscriptTask(path));
+    if (!boost::filesystem::exists(path, error))
+        return;
+    RecentPaths::scripts().add(path);
+    Application::get()->deferredTasks()->add(new ReplayTranscriptTask(path));
 }
 
 ClearAllAlertsCmd::ClearAllAlertsCmd(CommandDefinition* definition, CommandContext* context)

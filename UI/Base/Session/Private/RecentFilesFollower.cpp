@@ -1,0 +1,43 @@
+#include "UI/Base/Session/Private/RecentFilesFollower.h"
+
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/Recovery/AutoSaveController.h"
+#include "UI/Base/Session/RecentPaths.h"
+
+namespace Vu {
+
+RecentFilesFollower::RecentFilesFollower()
+{
+    RecentDocumentMgr::get()->subscribe(this);
+    Vs::DocumentEventSource::get()->subscribe(this);
+}
+
+RecentFilesFollower::~RecentFilesFollower()
+{
+    Vs::DocumentEventSource::get()->unsubscribe(this);
+    RecentDocumentMgr::get()->unsubscribe(this);
+}
+
+void RecentFilesFollower::recentDocumentAdded(const std::wstring& path)
+{
+    RecentPaths::files().add(path);
+}
+
+void RecentFilesFollower::recentDocumentRemoved(const std::wstring& path)
+{
+    RecentPaths::files().remove(path);
+}
+
+void RecentFilesFollower::recentDocumentsCleared()
+{
+    RecentPaths::files().clear();
+}
+
+void RecentFilesFollower::documentOpened(Vs::DocumentEvent* event)
+{
+    const std::wstring& file = event->document()->importedFrom();
+    if (!Vs::AutoSaveController::isRecoveryFile(file))
+        RecentPaths::files().add(file);
+}
+
+} // namespace Vu

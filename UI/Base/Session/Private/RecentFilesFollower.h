@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Server/DataModel/DocumentEvents.h"
+#include "UI/Base/Session/RecentDocumentMgr.h"
+
+namespace Vu {
+
+/// Keeps RecentPaths::files: what RecentDocumentMgr is told, and the foreign files of documents that open.
+class RecentFilesFollower : private RecentDocumentEventSite, private Vs::DocumentEventSite
+{
+public:
+    RecentFilesFollower();
+    ~RecentFilesFollower() override;
+
+private:
+    void recentDocumentsChanged() override {}
+    void recentDocumentAdded(const std::wstring& path) override;
+    void recentDocumentRemoved(const std::wstring& path) override;
+    void recentDocumentsCleared() override;
+    void documentOpened(Vs::DocumentEvent* event) override;
+};
+
+} // namespace Vu
