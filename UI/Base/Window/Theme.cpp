@@ -151,6 +151,10 @@ void applyTheme()
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(paletteOf(dark ? kDark : kLight));
     QString sheet = QString::fromLatin1(kStyleSheet);
+    // These keep the palette that they had first.
+    sheet += QStringLiteral("QToolTip { color: %1; background: %2; }")
+                 .arg(QApplication::palette().color(QPalette::ToolTipText).name(),
+                      QApplication::palette().color(QPalette::ToolTipBase).name());
     std::vector<Vs::Resource*> sheets;
     std::vector<Vs::ImageResource*> images;
     for (IStyleCollector* collector : IStyleCollector::collectors()) {
