@@ -3,6 +3,7 @@
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/CommandButton.h"
+#include "UI/Base/Window/EmptyHint.h"
 #include "UI/Base/Window/RovingFocus.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Window/ToolbarStrip.h"
@@ -47,6 +48,8 @@ void HudFrame::canvas(GraphicsCanvas* canvas)
 {
     m_canvas = canvas;
     m_widget = canvas->widget(this);
+    delete findChild<QWidget*>(QStringLiteral("emptyHint"), Qt::FindDirectChildrenOnly);
+    new EmptyHint(*canvas, this);
     place();
     m_widget->show();
 }

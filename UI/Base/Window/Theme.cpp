@@ -105,6 +105,7 @@ QPushButton#inputSelection:focus { border: 2px solid palette(highlight); padding
 QPushButton#inputSelection:disabled { background: palette(window); }
 QLabel#inputMark { color: #ffffff; background: #d3493d; border-radius: 7px; min-width: 14px; max-width: 14px; min-height: 14px; max-height: 14px; font-weight: bold; }
 QFrame#hud, QLabel#canvasHint { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
+QLabel#emptyText { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; padding: 10px 18px; }
 QLineEdit#commandLine { padding: 4px 6px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); }
 QLineEdit#commandLine:focus { border-color: palette(highlight); }
 QLineEdit#commandLine[failed="true"] { border-color: #d3493d; }

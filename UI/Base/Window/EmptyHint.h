@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Server/DataModel/AssetEvents.h"
+#include "UI/Base/Session/SessionEvents.h"
+#include "UI/Base/View/SplitViewEvents.h"
+
+#include <QTimer>
+#include <QWidget>
+
+namespace Vu {
+
+class GraphicsCanvas;
+
+/// Says in the middle of a canvas how one begins, as long as the model that it shows is empty. A click goes
+/// through it.
+class EmptyHint : public QWidget,
+                  private Vs::AssetEventSite,
+                  private SessionEventSite,
+                  private SplitViewEventSite
+{
+public:
+    /// The canvas may go before this.
+    EmptyHint(const GraphicsCanvas& canvas, QWidget* frame);
+    ~EmptyHint() override;
+
+protected:
+    bool eventFilter(QObject* frame, QEvent* event) override;
+
+private:
+    void assetComponentsChanged(Vs::ComponentsEvent*) override { m_soon.start(0); }
+    void currentSessionChanged(SessionEvent*) override { m_soon.start(0); }
+    void sessionPostActivateForAsset(SessionEvent*) override { m_soon.start(0); }
+    void splitViewActivate(SplitViewEvent*) override { m_soon.start(0); }
+    bool isWanted() const;
+    void refresh();
+
+    const GraphicsCanvas* m_canvas;
+    QTimer m_soon;
+};
+
+} // namespace Vu
