@@ -281,11 +281,11 @@ TEST_F(CloudSaveTest, ASharedPictureGoesBesideItsDocumentUnderANameOfItsOwn)
     answer(L"Commands.Start ShareSheetsCommand CmdId=ShareToDriveCommand");
     EXPECT_TRUE(onDrive("/parts/wheel.png").starts_with("\x89PNG"));
     const std::string first = onDrive("/parts/wheel.png");
-    writeByAnother("/parts/wheel 2.png", "the picture of another");
+    writeByAnother("/parts/wheel%202.png", "the picture of another");
     answer(L"Commands.Start ShareSheetsCommand CmdId=ShareToDriveCommand");
     EXPECT_TRUE(onDrive("/parts/wheel.png") == first);
-    EXPECT_EQ(onDrive("/parts/wheel 2.png"), "the picture of another");
-    EXPECT_TRUE(onDrive("/parts/wheel 3.png").starts_with("\x89PNG"));
+    EXPECT_EQ(onDrive("/parts/wheel%202.png"), "the picture of another");
+    EXPECT_TRUE(onDrive("/parts/wheel%203.png").starts_with("\x89PNG"));
 
     // A document that isn't on the drive has no folder there.
     answer(L"Design.New");
