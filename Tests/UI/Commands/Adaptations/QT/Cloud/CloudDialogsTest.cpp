@@ -1,5 +1,7 @@
+#include "Server/Base/Progress.h"
 #include "Server/DataModel/Document.h"
 #include "Server/Skyvault/CloudCacheManager.h"
+#include "Tests/Support/Servers/FaultProxy.h"
 #include "Tests/UI/Commands/Adaptations/QT/Cloud/WithCloudDialogs.h"
 #include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Commands/Adaptations/QT/Cloud/QTCloudDialog.h"
@@ -7,6 +9,9 @@
 #include <QComboBox>
 #include <QTimer>
 #include <QToolButton>
+
+#include <atomic>
+#include <thread>
 
 using namespace Vu::Commands;
 using TestSupport::TestServer;
@@ -186,6 +191,45 @@ TEST_F(CloudDialogsTest, WhileTheDriveIsAwayWhatThisComputerHasIsListedAndOpens)
     EXPECT_EQ(names(*part<QTreeView>(saving, "cloudList")), (std::vector<std::string>{"none", "parts"}));
     EXPECT_EQ(message(saving), "");
     EXPECT_EQ(whose->text(), before);
+}
+
+TEST_F(CloudDialogsTest, WhoDoesNotWaitForTheFirstFolderIsShownWhatThisComputerHas)
+{
+    const TestServer server(TestServer::Kind::Lighttpd);
+    REQUIRE_SERVER(server);
+    TestSupport::FaultProxy proxy(server.port());
+    signIn(server, proxy.address());
+    const auto root = Vs::SkyvaultUtilities::currentCachePath(&auth());
+    answer(L"Design.New");
+    answer(L"VuCommands.CloudSaveCmd " + Vs::Strings::quote((root / "wheel.vlra").wstring()));
+    put(server, "other.vlra");
+    QTCloudDialog dialog({CloudDialog::Kind::Document, L"Designs (*.vlra)"}, {}, nullptr);
+    dialog.show();
+    auto* list = part<QTreeView>(dialog, "cloudList");
+    const auto openWithoutWaiting = [&] {
+        std::atomic<bool> isAsked = false;
+        proxy.onRequest([&](const auto&) {
+            isAsked = true;
+            return std::optional(TestSupport::Fault::stall());
+        });
+        std::thread person([&] {
+            while (!isAsked)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            Vs::Progress::requestCancel(); // As the dialog's button does.
+        });
+        const bool isOpen = dialog.open("/");
+        person.join();
+        proxy.onRequest({});
+        return isOpen;
+    };
+    EXPECT_TRUE(openWithoutWaiting());
+    EXPECT_EQ(names(*list), std::vector<std::string>{"wheel.vlra"});
+    EXPECT_NE(message(dialog).find("not reached"), std::string::npos) << message(dialog);
+    EXPECT_TRUE(dialog.open("/")) << message(dialog);
+    EXPECT_EQ(names(*list), (std::vector<std::string>{"other.vlra", "wheel.vlra"}));
+    EXPECT_FALSE(openWithoutWaiting());
+    EXPECT_EQ(list->model()->rowCount(), 2) << "what was there stays";
+    EXPECT_EQ(message(dialog), "");
 }
 
 TEST_F(CloudDialogsTest, ADocumentsTitleTellsThatItWaitsOrThatAnotherHasChangedIt)

@@ -41,13 +41,14 @@ protected:
     }
 
     static Vs::MeshportAuth& auth() { return *Vs::MeshportAuth::globalInstance(); }
-    static void signIn(const TestSupport::TestServer& server)
+    /// At another address than the server's, that of a proxy before it.
+    static void signIn(const TestSupport::TestServer& server, const std::string& address = {})
     {
         Vs::Cloud::DriveCredentials credentials;
         credentials.kind = Vs::Cloud::DriveCredentials::Kind::Password;
         credentials.user = server.user();
         credentials.secret = server.password();
-        const auto result = auth().signIn(server.address(), credentials, false);
+        const auto result = auth().signIn(address.empty() ? server.address() : address, credentials, false);
         ASSERT_TRUE(result.isOk()) << result.detail;
     }
     static void put(const TestSupport::TestServer& server, const std::string& path,
