@@ -44,7 +44,7 @@ Store::Account accountOf(Call& call, const QString& customer, const QString& nam
     const auto account = tenant ? Store::findAccount(call.store, *tenant, name) : std::nullopt;
     // The same work for names that there aren't: how long it takes tells nobody anything.
     const bool matches = Access::passwordMatches(account ? account->passwordHash : QString(), password);
-    if (!matches || account->disabled) {
+    if (!account || !matches || account->disabled) {
         changing(call, [&] {
             for (const QString& subject : subjects)
                 Store::noteFailure(call.store, subject);

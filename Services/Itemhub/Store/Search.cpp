@@ -41,7 +41,7 @@ std::optional<QStringList> wholeWords(Connection& connection, const QString& sta
     return QStringList();
 }
 
-std::optional<std::vector<SearchWord>> asTyped(const QStringList& words)
+std::vector<SearchWord> asTyped(const QStringList& words)
 {
     std::vector<SearchWord> typed;
     for (const QString& word : words)
@@ -56,8 +56,8 @@ std::optional<std::vector<SearchWord>> lookedUp(Connection& connection, qint64 t
     const QString statement = connection.dialect().nextWord(tenant);
     if (!statement.isEmpty())
         connection.runPlain(connection.dialect().prepareWords(tenant));
-    auto found = asTyped(words);
-    for (SearchWord& word : *found) {
+    std::vector<SearchWord> found = asTyped(words);
+    for (SearchWord& word : found) {
         if (statement.isEmpty() || !isPlain(word.beginning))
             continue;
         const auto whole = wholeWords(connection, statement, word.beginning);
