@@ -9,6 +9,7 @@
 #include "UI/Base/Program/LabelDescriptionDialog.h"
 #include "UI/Base/Session/FilePlace.h"
 #include "UI/Commands/Itemhub/ItemhubCreateCommentIDCmd.h"
+#include "UI/Commands/SamePath.h"
 
 #include <boost/algorithm/string/predicate.hpp>
 namespace {
@@ -210,6 +211,13 @@ TEST_F(DashboardTest, OnlyATokenOfTheServiceSignsIn)
     hub().signOut();
     answer(L"Dashboard.AuthenticateWithTokenCmd " + address + L' ' + Vs::Strings::widen(token()) + L" other");
     EXPECT_FALSE(hub().isAuthenticated()) << "the token is another customer's";
+}
+
+TEST(SamePathTest, OnlyTheKindOfSlashMayDiffer)
+{
+    EXPECT_TRUE(isSamePath(L"/items/7/Wheel.vlra", L"\\items\\7/Wheel.vlra"));
+    for (const wchar_t* other : {L"/items/7/wheel.vlra", L"/items/7/Wheel.vlr", L"/items//7/Wheel.vlra", L""})
+        EXPECT_FALSE(isSamePath(L"/items/7/Wheel.vlra", other)) << Vs::Strings::narrow(other);
 }
 
 TEST(ItemhubCommentTest, APostIsNamedByALinkByItsTitleOrByItsNumber)

@@ -122,10 +122,13 @@ TEST_F(ItemEventsTest, UploadsThatFailAreToldOnceAndBegunAgainOrGivenUp)
 
     ASSERT_NO_FATAL_FAILURE(fail());
     ASSERT_TRUE(until([&] { return sentBy(client).size() == 1; }));
-    Vs::Notification* stale = sentBy(client)[0];
+    Vs::Notification* first = sentBy(client)[0];
+    Vs::NotificationCenter::get()->sendNotification(L"Another", {}, {}, {}, client,
+                                                    Vs::NotificationType::makeByType(3), nullptr);
     answerBoxes(1);
-    Vs::NotificationCenter::get()->activate(stale);
+    Vs::NotificationCenter::get()->activate(first);
     EXPECT_TRUE(hub().pendingUploads().empty()) << "given up";
+    EXPECT_EQ(sentBy(client).size(), 2u) << "of two, none is known to be of the last file";
     EXPECT_TRUE(boost::filesystem::exists(activeDocument()->path())) << "the file itself stays";
     service().admin({"member", "set", "acme", account(), "all", "writer"});
 }
