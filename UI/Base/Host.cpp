@@ -19,6 +19,7 @@
 #include "UI/Base/Program/Private/ApplicationHost.h"
 #include "UI/Base/Program/Private/FileEdition.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/ByHand.h"
 #include "UI/Base/Session/Environment.h"
 #include "UI/Base/Session/LeftDocuments.h"
 #include "UI/Base/Session/Private/RecentFilesFollower.h"
@@ -129,7 +130,7 @@ public:
         const bool replaces = ReplacingDocument::isCommand(definition);
         if (replaces)
             ReplacingDocument::executeLater(definition, context);
-        return replaces;
+        return replaces || ByHand::takesOver(*definition, context);
     }
     Vs::Tasks* deferredTasks() override { return Application::get()->deferredTasks(); }
 

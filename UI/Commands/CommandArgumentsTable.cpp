@@ -178,6 +178,8 @@ constinit const CommandArguments kRows[] = {
     {L"TogglePerspectiveCommand"},
     {L"SelectAllCommand"},
     {L"InvertSelectionCommand"},
+    {L"NewTabCommand", {L"Uuid"}},
+    {L"PreviousOpenDocumentCommand"},
 };
 // clang-format on
 

@@ -45,6 +45,7 @@
 #include "UI/Commands/Documents/RecentDocumentsCmd.h"
 #include "UI/Commands/Documents/SaveAsImageCmd.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
+#include "UI/Commands/Documents/TabCmds.h"
 #include "UI/Commands/ExitApplicationCmd.h"
 #include "UI/Commands/Help/AboutBoxCmd.h"
 #include "UI/Commands/Help/LinkCmds.h"
@@ -108,7 +109,9 @@ public:
         InvertSelectionCmdDef::createCommandDef();
         ItemhubSignInCmdDef::createCommandDef();
         ItemhubSignOutCmdDef::createCommandDef();
+        NewTabCmdDef::createCommandDef();
         PasteCmdDef::createCommandDef();
+        PreviousOpenDocumentCmdDef::createCommandDef();
         RevertDocumentCmdDef::createCommandDef();
         SaveAllDocumentsCmdDef::createCommandDef();
         SaveDocumentCopyCmdDef::createCommandDef();

@@ -74,7 +74,7 @@ void translate(Vs::Translator* translator, const std::wstring& path, Vs::Transla
 
 Info* VeloraOpenDocumentCmdDef::info()
 {
-    static Info info = makeInfo({.key = L"VeloraOpenDocumentCommand", .title = "Open Design..."});
+    static Info info = makeInfo({.key = L"VeloraOpenDocumentCommand", .title = "Open in New Tab..."});
     return &info;
 }
 

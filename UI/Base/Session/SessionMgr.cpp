@@ -7,6 +7,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/Clipboard.h"
+#include "UI/Base/Session/DocumentOrder.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/Environment.h"
 #include "UI/Base/View/ViewMgr.h"
@@ -126,6 +127,7 @@ std::vector<Vs::Document*> SessionMgr::openDocuments() const
     for (unsigned i = 0; i < manager->documents(); ++i)
         if (Vs::Document* document = manager->document(i); !isLeaving(document))
             documents.push_back(document);
+    DocumentOrder::get()->sort(documents);
     return documents;
 }
 

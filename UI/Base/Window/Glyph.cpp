@@ -91,6 +91,15 @@ void draw(QPainter& painter, Glyph glyph, const QColor& colour)
         painter.drawLine(QPointF(-5, 5), QPointF(5, -5));
         return;
     }
+    if (glyph == Glyph::Plus) {
+        painter.drawLine(QPointF(-6, 0), QPointF(6, 0));
+        painter.drawLine(QPointF(0, -6), QPointF(0, 6));
+        return;
+    }
+    if (glyph == Glyph::Down) {
+        painter.drawPolyline(QPolygonF({{-6, -3}, {0, 3}, {6, -3}}));
+        return;
+    }
     painter.setBrush(colour);
     if (glyph == Glyph::Warning)
         drawTriangle(painter);

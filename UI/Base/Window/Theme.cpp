@@ -82,6 +82,13 @@ QToolButton#notificationAction { border: 1px solid palette(mid); border-radius: 
 QToolButton#notificationAction:hover, QToolButton#notificationAction:focus { border-color: palette(highlight); }
 QFrame#strip { border: none; }
 QFrame#toolbarLine { border: none; border-bottom: 1px solid palette(mid); }
+QFrame#tabStrip { border: none; border-bottom: 1px solid palette(mid); background: palette(window); }
+QTabBar#documentTabs { border: none; }
+QTabBar#documentTabs::tab { border: 1px solid transparent; border-right-color: palette(mid); padding: 4px 4px 4px 10px; background: palette(window); color: palette(window-text); }
+QTabBar#documentTabs::tab:selected { border-top: 2px solid palette(highlight); padding-top: 3px; background: palette(base); }
+QTabBar#documentTabs::tab:hover:!selected { background: palette(midlight); }
+QTabBar#documentTabs:focus::tab:selected { border: 2px solid palette(highlight); padding: 3px 3px 3px 9px; }
+QToolButton#tabList::menu-indicator { image: none; }
 QFrame#areaHead { border: none; border-bottom: 1px solid palette(mid); background: palette(window); }
 QFrame#areaPanel { border: none; }
 QFrame#areaPanel[floating="true"] { border: 1px solid palette(mid); background: palette(window); }

@@ -48,15 +48,6 @@ bool addSession(Vs::Document* document, CommandContext& context)
     return true;
 }
 
-/// Shows the document once the current event is over.
-void switchTo(Vs::Document* document)
-{
-    CommandContext context = CommandContext::activeContext();
-    CommandDefinition* definition = assetShellDefinition();
-    if (definition && addSession(document, context))
-        definition->executeLater(context);
-}
-
 std::wstring keyOf(const Vs::Document& document)
 {
     return document.path().empty() ? document.displayName() : document.path();
@@ -83,6 +74,14 @@ Vs::Document* documentOf(const std::wstring& key)
 
 } // namespace
 
+void switchTo(Vs::Document* document)
+{
+    CommandContext context = CommandContext::activeContext();
+    CommandDefinition* definition = assetShellDefinition();
+    if (definition && addSession(document, context))
+        definition->executeLater(context);
+}
+
 Info* CurrentlyOpenDocumentsCmdDef::info()
 {
     static Info record = makeInfo(kRow);
@@ -96,10 +95,12 @@ CurrentlyOpenDocumentsCmdDef::CurrentlyOpenDocumentsCmdDef(Info* info) : Impleme
     readonly(true);
     SessionEventSource::get()->subscribe(this);
     Vs::DocumentEventSource::get()->subscribe(this);
+    DocumentOrder::get()->subscribe(this);
 }
 
 CurrentlyOpenDocumentsCmdDef::~CurrentlyOpenDocumentsCmdDef()
 {
+    DocumentOrder::get()->unsubscribe(this);
     Vs::DocumentEventSource::get()->unsubscribe(this);
     SessionEventSource::get()->unsubscribe(this);
 }

@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/Session/DocumentOrder.h"
 #include "UI/Base/Session/SessionEvents.h"
 #include "UI/Commands/CommandRow.h"
 #include "UI/Commands/OwnedList.h"
@@ -15,11 +16,15 @@ class Document;
 
 namespace Vu::Commands {
 
+/// Shows an open document once the current event is over, as choosing it in a list does; one that has nothing
+/// to show stays as it is.
+void switchTo(Vs::Document* document);
+
 /// The list of the open documents, the current one marked; choosing one shows it. Those derived from it know
 /// the documents of one type only.
 class CurrentlyOpenDocumentsCmdDef
     : public Vs::Implements<CurrentlyOpenDocumentsCmdDef, CommandDefinition, IListControlHandler,
-                            SessionEventSite, Vs::DocumentEventSite>
+                            SessionEventSite, Vs::DocumentEventSite, DocumentOrderSite>
 {
 public:
     static const CommandRow kRow;
@@ -39,6 +44,7 @@ public:
     void documentUpdated(Vs::DocumentEvent*) override { updateListControl(); }
     void documentActiveAssetChanged(Vs::DocumentEvent*) override { updateListControl(); }
     void documentClosed(Vs::DocumentEvent* event) override;
+    void documentOrderChanged() override { updateListControl(); }
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
@@ -51,8 +57,8 @@ protected:
     bool hasOpenDocuments() const;
     /// Whether the current document passes the filter.
     bool isDocumentOfCurrentType() const;
-    /// The newest document of the filter's type, or the oldest of all without a filter; null if there is
-    /// none.
+    /// The last document of the filter's type (DocumentOrder), or the first of all without a filter; null if
+    /// there is none.
     Vs::Document* currentDocumentFiltered() const;
     /// The command that shows the document; null if it has nothing to show.
     static CommandBase* createCommandForSwitchingDocument(Vs::Document* document, CommandContext* context);

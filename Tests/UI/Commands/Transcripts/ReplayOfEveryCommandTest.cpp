@@ -83,6 +83,8 @@ const Session kSessions[] = {
     {L"CloseAllDocumentsCommand",      kTwo + L"!VuCommands.CloseAllDocumentsCmd"},
     {L"CurrentlyOpenDocumentsCommand", kTwo + L"VuCommands.CurrentlyOpenDocumentsCmd"},
     {L"CycleOpenDocumentsCommand",     kTwo + L"VuCommands.CycleOpenDocumentsCmd", L"AssetShellCmd"},
+    {L"NewTabCommand",                 kModel + L"Commands.Start NewTabCommand"},
+    {L"PreviousOpenDocumentCommand",   kTwo + L"Commands.Start PreviousOpenDocumentCommand", L"AssetShellCmd"},
     {L"RecentDocumentsCommand",        kModel + L"VuCommands.RecentDocumentsCmd"},
     {L"CurrentDesignCommand",          L"Document.Create SimulationAssetType;" + kModel + L"VuCommands.CycleOpenDocumentsCmd;Commands.Start CurrentDesignCommand", L"AssetShellCmd"},
     {L"CurrentDesignListCommand",      kModel + L"Commands.Start CurrentDesignListCommand"},

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "UI/Base/Command/CommandContext.h"
+
+#include <functional>
+#include <string>
+
+namespace Vu {
+
+class CommandDefinition;
+
+/// What happens where a person starts a command by hand (a button, keys, a menu) and more is wanted than the
+/// command itself does; lines, transcripts and scripts run the command alone. Registered for as long as it
+/// lives, one for a command. Main thread only.
+class ByHand
+{
+public:
+    /// Returns false where the command is to run as it is.
+    using Action = std::function<bool(const CommandContext&)>;
+
+    ByHand(std::wstring command, Action action);
+    ~ByHand();
+    ByHand(const ByHand&) = delete;
+    ByHand& operator=(const ByHand&) = delete;
+
+    /// Whether there is such an action for the command, and it has done what is to be done.
+    [[nodiscard]] static bool takesOver(const CommandDefinition& definition, const CommandContext& context);
+
+private:
+    std::wstring m_command;
+};
+
+} // namespace Vu
