@@ -70,6 +70,8 @@ picture("View/ShowAll", home=HOME).line(eye(12, 8.5, 9, 5.3)).accent_solid(circl
 frame = rect(3, 4, 18, 16, 1.5)
 picture("Panels/Feed").line(frame, "M15 4 V20").tint(rect(15, 4.5, 5.5, 15, 0)) \
     .accent("M17 8 H19 M17 12 H19 M17 16 H19")
+picture("Panels/Properties").line(frame, "M14 4 V20").tint(rect(14, 4.5, 6.5, 15, 0)) \
+    .accent("M16 8 H17 M19 8 H19 M16 12 H17 M19 12 H19 M16 16 H17 M19 16 H19")
 picture("Panels/Palette").line(frame).tint(rect(12.5, 7, 6, 10, 0.5)).accent(rect(12.5, 7, 6, 10, 0.5))
 picture("Panels/PaletteHidden").line(frame).accent_dashed(rect(12.5, 7, 6, 10, 0.5)).accent(slash())
 picture("Panels/Toolbars").line(frame, "M3 13 H21").tint(rect(3.5, 4.5, 17, 8.5, 0)) \

@@ -180,6 +180,8 @@ constinit const CommandArguments kRows[] = {
     {L"InvertSelectionCommand"},
     {L"NewTabCommand", {L"Uuid"}},
     {L"PreviousOpenDocumentCommand"},
+    {L"ShowPropertiesCommand"},
+    {L"HidePropertiesCommand"},
 };
 // clang-format on
 

@@ -106,6 +106,7 @@ public:
     {
         ActiveViewAssetCmdDef::createCommandDef();
         CopyToClipboardCmdDef::createCommandDef();
+        HidePropertiesCmdDef::createCommandDef();
         InvertSelectionCmdDef::createCommandDef();
         ItemhubSignInCmdDef::createCommandDef();
         ItemhubSignOutCmdDef::createCommandDef();
@@ -116,6 +117,7 @@ public:
         SaveAllDocumentsCmdDef::createCommandDef();
         SaveDocumentCopyCmdDef::createCommandDef();
         SelectAllCmdDef::createCommandDef();
+        ShowPropertiesCmdDef::createCommandDef();
         SplitViewLayoutCmdDef::createCommandDef();
         StandardViewCmdDef::createCommandDefs();
         ToolbarsCmdDef::createCommandDef();

@@ -27,6 +27,8 @@ protected:
         m_workspace = Vu::WorkspaceMgr::get()->create();
         Vu::WorkspaceWindow* window = m_workspace->window();
         window->show();
+        // As a person has it, whatever the screen: with room for the view between the panels.
+        window->widget()->resize(1280, 800);
         Fixture::SetUp();
         QApplication::processEvents();
         tree = window->widget()->template findChild<QTreeView*>();

@@ -106,6 +106,13 @@ QLineEdit#inputLine { padding: 2px 4px; border: 1px solid palette(mid); border-r
 QLineEdit#inputLine:focus { border-color: palette(highlight); }
 QLineEdit#inputLine:disabled, QLineEdit#inputLine[readOnly="true"] { background: palette(window); }
 QLineEdit#inputLine[failed="true"] { border-color: #d3493d; }
+QLineEdit[failed="true"] { border-color: #d3493d; }
+QLineEdit[readOnly="true"] { background: palette(window); }
+QLabel#propertiesHead { font-weight: bold; }
+QToolButton#propertyColour { border: 1px solid palette(mid); border-radius: 4px; padding: 3px 6px; background: palette(base); text-align: left; }
+QToolButton#propertyColour:hover, QToolButton#propertyColour:focus { border-color: palette(highlight); }
+QToolButton#propertyColour::menu-indicator { subcontrol-origin: padding; subcontrol-position: right center; right: 4px; }
+QToolButton#propertyColour:disabled { background: palette(window); }
 QPushButton#inputSelection { padding: 3px 6px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); text-align: left; }
 QPushButton#inputSelection:checked { border-color: palette(highlight); }
 QPushButton#inputSelection:focus { border: 2px solid palette(highlight); padding: 2px 5px; }

@@ -3,6 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Document.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
+#include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Commands/Itemhub/ItemhubThreads.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
@@ -24,6 +25,7 @@ ItemhubFeed* s_installed = nullptr;
 /// What a thread brings: texts are made of it on the main thread, which knows the user's language.
 struct Happened
 {
+    std::string caption; ///< Of the item.
     std::vector<ItemhubUtilities::Version> versions;
     std::vector<ItemhubUtilities::Comment> comments;
 };
@@ -33,6 +35,7 @@ Happened askFor(std::int64_t id)
     ItemhubUtilities* service = ItemhubUtilities::get();
     const auto item = service->getItemById(static_cast<int>(id));
     Happened happened;
+    happened.caption = item.caption();
     const auto attachments = service->getItemAttachments({}, item);
     if (!attachments.empty())
         happened.versions = service->getVersions(attachments.front());
@@ -74,9 +77,17 @@ std::vector<FeedEntry> entriesOf(const Happened& happened)
     return entries;
 }
 
+std::map<std::int64_t, std::wstring> labelsOf(const std::vector<ItemhubUtilities::Version>& versions)
+{
+    std::map<std::int64_t, std::wstring> labels;
+    for (const auto& version : versions)
+        labels[version.number] = inOneLine(widen(version.label));
+    return labels;
+}
+
 } // namespace
 
-ItemhubFeed::ItemhubFeed()
+ItemhubFeed::ItemhubFeed() : m_facts([this](const Vs::Document& document) { return factsOf(document); })
 {
     s_installed = this;
     DesignFeed::get()->add(this);
@@ -112,7 +123,8 @@ void ItemhubFeed::ask(std::int64_t item)
         try {
             return [item, happened = askFor(item)] {
                 if (s_installed)
-                    s_installed->answered(item, entriesOf(happened));
+                    s_installed->answered(item, {entriesOf(happened), inOneLine(widen(happened.caption)),
+                                                 labelsOf(happened.versions)});
             };
         } catch (const std::exception&) {
             // The next thing that happens to the item asks anew.
@@ -124,18 +136,48 @@ void ItemhubFeed::ask(std::int64_t item)
     });
 }
 
-void ItemhubFeed::answered(std::int64_t item, const std::vector<FeedEntry>& entries)
+void ItemhubFeed::answered(std::int64_t item, Known known)
 {
-    Known& known = m_known[item];
-    known.isAsked = false;
-    known.entries = entries;
+    known.isCurrent = m_known[item].isCurrent;
+    m_known[item] = std::move(known);
     DesignFeed::get()->changed();
+    Vs::Event event;
+    DocumentRemarkSource::get()->fireDocumentRemarksChanged(&event);
+}
+
+/// What its file goes back to is known at once, what the service calls it when it has answered.
+std::vector<DocumentFacts::Fact> ItemhubFeed::factsOf(const Vs::Document& document)
+{
+    const ItemhubUtilities* service = ItemhubUtilities::get();
+    const auto item = document.path().empty() ? std::nullopt : service->itemOf(document.path());
+    if (!item)
+        return {};
+    if (service->isAuthenticated())
+        ask(item->itemId);
+    const Known& known = m_known[item->itemId];
+    std::wstring name = std::to_wstring(item->itemId);
+    if (!known.caption.empty())
+        name += L", " + known.caption;
+    std::vector<DocumentFacts::Fact> facts{{localized("ItemhubFactItem", "Item"), name}};
+    if (item->version == 0)
+        return facts;
+    const std::int64_t newest = known.labels.empty() ? item->version : known.labels.rbegin()->first;
+    facts.push_back({localized("ItemhubFactVersion", "Version"),
+                     newest > item->version ? localizedFormat("ItemhubFactOlder", "%1%, the newest is %2%",
+                                                              item->version, newest)
+                                            : std::to_wstring(item->version)});
+    if (const auto label = known.labels.find(item->version);
+        label != known.labels.end() && !label->second.empty())
+        facts.push_back({localized("ItemhubFactLabel", "Label"), label->second});
+    return facts;
 }
 
 void ItemhubFeed::sessionChanged(Vs::ItemhubEvent*)
 {
     for (auto& [item, known] : m_known) {
         known.entries.clear();
+        known.labels.clear();
+        known.caption.clear();
         known.isCurrent = false;
     }
     DesignFeed::get()->changed();

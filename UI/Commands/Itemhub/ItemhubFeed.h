@@ -2,16 +2,19 @@
 
 #include "Server/Itemhub/ItemhubEvents.h"
 #include "UI/Base/Session/DesignFeed.h"
+#include "UI/Base/Session/DocumentFacts.h"
 
 #include <cstdint>
 #include <map>
+#include <string>
 #include <vector>
 
 namespace Vu::Commands {
 
-/// Brings versions of items and what people have said about them to the feeds of the items' documents. The
-/// service is asked on threads when a feed is drawn for the first time, and again after something has
-/// happened to the item. Main thread only.
+/// Brings versions of items and what people have said about them to the feeds of the items' documents, and
+/// what an item and the document's version are called to the properties panel. The service is asked on
+/// threads when one of these is drawn for the first time, and again after something has happened to the item.
+/// Main thread only.
 class ItemhubFeed : private FeedSource, private Vs::ItemhubEventSite
 {
 public:
@@ -24,16 +27,21 @@ private:
     void addEntries(Vs::Document& document, std::vector<FeedEntry>& entries) override;
     void sessionChanged(Vs::ItemhubEvent*) override;
     void itemChanged(Vs::ItemhubItemEvent* event) override;
-    void ask(std::int64_t item);
-    void answered(std::int64_t item, const std::vector<FeedEntry>& entries);
+    std::vector<DocumentFacts::Fact> factsOf(const Vs::Document& document);
 
     struct Known
     {
         std::vector<FeedEntry> entries;
+        std::wstring caption;                        ///< Of the item.
+        std::map<std::int64_t, std::wstring> labels; ///< By the numbers of the versions; may be empty.
         bool isCurrent = false;
         bool isAsked = false;
     };
+    void ask(std::int64_t item);
+    void answered(std::int64_t item, Known known);
+
     std::map<std::int64_t, Known> m_known; ///< By items.
+    DocumentFacts m_facts;
 };
 
 } // namespace Vu::Commands

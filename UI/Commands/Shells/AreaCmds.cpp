@@ -20,6 +20,8 @@ constinit const CommandRow ShowBrowserCmdDef::kRow      = {.key = L"ShowBrowserC
 constinit const CommandRow HideBrowserCmdDef::kRow      = {.key = L"HideBrowserCommand",      .title = "Hide Browser",       .icon = &Resources::DeselectedListItem, .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow ShowDesignFeedCmdDef::kRow   = {.key = L"ShowDesignFeedCommand",   .title = "Show Design Feed",   .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow HideDesignFeedCmdDef::kRow   = {.key = L"HideDesignFeedCommand",   .title = "Hide Design Feed",   .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow ShowPropertiesCmdDef::kRow   = {.key = L"ShowPropertiesCommand",   .title = "Show Properties",    .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow HidePropertiesCmdDef::kRow   = {.key = L"HidePropertiesCommand",   .title = "Hide Properties",    .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow ShowTextCommandsCmdDef::kRow = {.key = L"ShowTextCommandsCommand", .title = "Show Text Commands", .icon = &Resources::TextCommand, .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow HideTextCommandsCmdDef::kRow = {.key = L"HideTextCommandsCommand", .title = "Hide Text Commands", .icon = &Resources::TextCommand, .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 // clang-format on
@@ -79,6 +81,8 @@ void areaVisibility(CommandContext& context, const Vs::UniqueString* contents, b
             UIBaseOptionGroup::get()->wantToShowBrowser(show);
         else if (each->name() == L"DesignFeed")
             UIBaseOptionGroup::get()->wantToShowDesignFeed(show);
+        else if (each->name() == L"Properties")
+            UIBaseOptionGroup::get()->wantToShowProperties(show);
     }
     CommandEventSource::get()->fireCommandAvailabilitiesChanged();
 }
@@ -127,6 +131,26 @@ bool ShowDesignFeedCmdDef::onIsApplicable(CommandContext*) const
 bool HideDesignFeedCmdDef::onIsApplicable(CommandContext*) const
 {
     return SessionMgr::get()->activeDocumentSession() && UIBaseOptionGroup::get()->wantToShowDesignFeed();
+}
+
+void ShowPropertiesCmdDef::createCommandDef()
+{
+    static ShowPropertiesCmdDef definition;
+}
+
+bool ShowPropertiesCmdDef::onIsApplicable(CommandContext*) const
+{
+    return SessionMgr::get()->activeDocumentSession() && !UIBaseOptionGroup::get()->wantToShowProperties();
+}
+
+void HidePropertiesCmdDef::createCommandDef()
+{
+    static HidePropertiesCmdDef definition;
+}
+
+bool HidePropertiesCmdDef::onIsApplicable(CommandContext*) const
+{
+    return SessionMgr::get()->activeDocumentSession() && UIBaseOptionGroup::get()->wantToShowProperties();
 }
 
 bool ShowTextCommandsCmdDef::onIsApplicable(CommandContext*) const

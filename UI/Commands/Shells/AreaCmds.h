@@ -6,8 +6,8 @@
 namespace Vu::Commands {
 
 /// Shows or hides the areas with these contents in the context's window. One in a palette is shown and hidden
-/// with that, and a collapsed one comes onto its collapse bar, or goes off it. For browser and feed, that is
-/// also what the user wants to see from now on.
+/// with that, and a collapsed one comes onto its collapse bar, or goes off it. For browser, feed
+/// and properties, that is also what the user wants to see from now on.
 void areaVisibility(CommandContext& context, const Vs::UniqueString* contents, bool show);
 
 /// A command that shows or hides the areas of one contents key, which the class of each area gives in its
@@ -105,6 +105,31 @@ class HideDesignFeedCmdDef : public RowDefinition<HideDesignFeedCmdDef, HideArea
 public:
     static const CommandRow kRow;
     HideDesignFeedCmdDef() { contentsOfArea("DesignFeed"); }
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+};
+
+/// The panel that tells of what is selected: both need a document. They aren't among the add-in's members.
+class ShowPropertiesCmdDef : public RowDefinition<ShowPropertiesCmdDef, ShowAreaCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    ShowPropertiesCmdDef() { contentsOfArea("Properties"); }
+    /// Makes the one definition of this class at the first call.
+    static void createCommandDef();
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+};
+
+class HidePropertiesCmdDef : public RowDefinition<HidePropertiesCmdDef, HideAreaCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    HidePropertiesCmdDef() { contentsOfArea("Properties"); }
+    /// As ShowPropertiesCmdDef's.
+    static void createCommandDef();
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;

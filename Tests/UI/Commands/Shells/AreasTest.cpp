@@ -73,6 +73,8 @@ constexpr Pair kPairs[] = {
     {L"Browser", L"ShowBrowserCommand", L"HideBrowserCommand", &UIBaseOptionGroup::wantToShowBrowser},
     {L"DesignFeed", L"ShowDesignFeedCommand", L"HideDesignFeedCommand",
      &UIBaseOptionGroup::wantToShowDesignFeed},
+    {L"Properties", L"ShowPropertiesCommand", L"HidePropertiesCommand",
+     &UIBaseOptionGroup::wantToShowProperties},
     {L"TextCommands", L"ShowTextCommandsCommand", L"HideTextCommandsCommand",
      &UIBaseOptionGroup::wantToShowTextCommands},
     {L"CommandToolbarQuillet3", L"ShowCommandToolbarCommand", L"HideCommandToolbarCommand",

@@ -140,6 +140,8 @@ const Session kSessions[] = {
     {L"ShowBrowserCommand",            kModel + L"VuCommands.HideBrowserCommand;VuCommands.ShowBrowserCommand"},
     {L"HideBrowserCommand",            kModel + L"VuCommands.HideBrowserCommand"},
     {L"ShowDesignFeedCommand",         kModel + L"Commands.Start ShowDesignFeedCommand"},
+    {L"ShowPropertiesCommand",         kModel + L"Commands.Start HidePropertiesCommand;Commands.Start ShowPropertiesCommand"},
+    {L"HidePropertiesCommand",         kModel + L"Commands.Start HidePropertiesCommand"},
     {L"HideDesignFeedCommand",         kModel + L"Commands.Start ShowDesignFeedCommand;Commands.Start HideDesignFeedCommand"},
     {L"ShowTextCommandsCommand",       L"VuCommands.HideTextCommandsCommand;VuCommands.ShowTextCommandsCommand"},
     {L"HideTextCommandsCommand",       kModel + L"VuCommands.HideTextCommandsCommand"},

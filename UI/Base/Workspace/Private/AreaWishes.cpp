@@ -20,6 +20,7 @@ struct WishRow
 constexpr WishRow kRows[] = {
     {"BrowserWindow",  &UIBaseOptionGroup::wantToShowBrowser,           "wantToShowBrowser",           KeptBy::Command},
     {"DesignFeed",     &UIBaseOptionGroup::wantToShowDesignFeed,        "wantToShowDesignFeed",        KeptBy::Command},
+    {"Properties",     &UIBaseOptionGroup::wantToShowProperties,        "wantToShowProperties",        KeptBy::Command},
     {"Orbicon",        &UIBaseOptionGroup::wantToShowOrbicon,           "wantToShowOrbicon",           KeptBy::Command},
     {"TextCommands",   &UIBaseOptionGroup::wantToShowTextCommands,      "wantToShowTextCommands",      KeptBy::Strategy},
     {"CommandToolbar", &UIBaseOptionGroup::wantToShowCommandToolbar,    "wantToShowCommandToolbar",    KeptBy::Strategy},

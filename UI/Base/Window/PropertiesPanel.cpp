@@ -1,0 +1,351 @@
+#include "UI/Base/Window/PropertiesPanel.h"
+
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/Selection/PartHistory.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
+#include "Server/Types/Units/Expression.h"
+#include "Server/Types/UnitsOptionGroup.h"
+#include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/AreaContents.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DocumentSession.h"
+#include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Window/ColourButton.h"
+#include "UI/Base/Window/PlainText.h"
+#include "UI/Base/Window/PropertyEdits.h"
+#include "UI/Base/Window/PropertyTexts.h"
+#include "UI/Base/Window/RestingCommand.h"
+#include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/ValueLine.h"
+
+#include <QBoxLayout>
+#include <QGridLayout>
+#include <QLabel>
+#include <QScrollArea>
+
+namespace Vu {
+namespace {
+
+const AreaContents kProperties(
+    "Properties", [](QWidget* parent) { return new PropertiesPanel(parent); },
+    [] { return localized("AreaProperties", "Properties"); });
+
+/// Whoever clicks on from thing to thing has nothing measured.
+constexpr int kPause = 250;
+constexpr int kMostNameLetters = 1000;
+
+QString text(const char* key, const char* english)
+{
+    return QString::fromStdWString(localized(key, english));
+}
+
+QLabel* valueLabel(QWidget* parent)
+{
+    QLabel* label = PlainText::label(parent);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setWordWrap(true);
+    return label;
+}
+
+QGridLayout* makeGrid(QBoxLayout* column)
+{
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(2 * kMargin);
+    grid->setVerticalSpacing(kMargin);
+    grid->setColumnStretch(1, 1);
+    column->addLayout(grid);
+    return grid;
+}
+
+} // namespace
+
+PropertiesPanel::PropertiesPanel(QWidget* parent)
+    : QWidget(parent), m_measurer([this](const Vs::MeasuredParts& measured) { showMeasured(measured); })
+{
+    setObjectName(QStringLiteral("properties"));
+    setAccessibleName(text("AreaProperties", "Properties"));
+    auto* page = new QScrollArea(this);
+    page->setFrameShape(QFrame::NoFrame);
+    page->setWidgetResizable(true);
+    page->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    page->setFocusPolicy(Qt::NoFocus);
+    auto* within = new QWidget(page);
+    auto* column = new QVBoxLayout(within);
+    column->setContentsMargins(2 * kMargin, kMargin, kMargin, kMargin);
+    column->setSpacing(kMargin);
+    m_head = valueLabel(within);
+    m_head->setObjectName(QStringLiteral("propertiesHead"));
+    column->addWidget(m_head);
+    m_grid = makeGrid(column);
+    m_facts = makeGrid(column);
+    m_hint = PlainText::label(within, text("PropertiesHint", "Select something to see what it measures."));
+    m_hint->setWordWrap(true);
+    m_hint->setContentsMargins(0, kMargin, 0, 0);
+    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    column->addWidget(m_hint);
+    column->addStretch(1);
+    addRows();
+    page->setWidget(within);
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(page);
+    for (QTimer* timer : {&m_soon, &m_editableSoon, &m_measureSoon})
+        timer->setSingleShot(true);
+    connect(&m_soon, &QTimer::timeout, this, &PropertiesPanel::refresh);
+    connect(&m_editableSoon, &QTimer::timeout, this, &PropertiesPanel::showEditable);
+    connect(&m_measureSoon, &QTimer::timeout, this, [this] { m_measurer.ask(m_values.parts); });
+    Vs::AssetEventSource::get()->subscribe(this);
+    Vs::DocumentEventSource::get()->subscribe(this);
+    Vs::UnitsOptionGroup::get()->subscribe(this);
+    DocumentRemarkSource::get()->subscribe(this);
+    CommandEventSource::get()->subscribe(this);
+    SessionEventSource::get()->subscribe(this);
+}
+
+PropertiesPanel::~PropertiesPanel()
+{
+    follow(nullptr);
+    Vs::AssetEventSource::get()->unsubscribe(this);
+    Vs::DocumentEventSource::get()->unsubscribe(this);
+    Vs::UnitsOptionGroup::get()->unsubscribe(this);
+    DocumentRemarkSource::get()->unsubscribe(this);
+    CommandEventSource::get()->unsubscribe(this);
+    SessionEventSource::get()->unsubscribe(this);
+}
+
+PropertiesPanel::Field& PropertiesPanel::addField(Row row, const QString& title, QWidget* value)
+{
+    QLabel* label = PlainText::label(value->parentWidget(), title);
+    label->setBuddy(value);
+    m_grid->addWidget(label, static_cast<int>(row), 0);
+    m_grid->addWidget(value, static_cast<int>(row), 1);
+    return m_fields[row] = {label, value};
+}
+
+void PropertiesPanel::addLine(Row row, const char* name, const QString& title)
+{
+    const int axis = static_cast<int>(row) - static_cast<int>(Row::X);
+    auto* line = new ValueLine(
+        name, title,
+        [this, row, axis](const QString& typed) {
+            if (row != Row::Name)
+                return enterPosition(axis, typed);
+            PropertyEdits::rename(typed.toStdWString());
+            return QString();
+        },
+        m_head->parentWidget());
+    line->setMaxLength(kMostNameLetters);
+    addField(row, title, line).line = line;
+}
+
+void PropertiesPanel::addValue(Row row, const char* name, const QString& title)
+{
+    QLabel* label = valueLabel(m_head->parentWidget());
+    label->setObjectName(QLatin1String(name));
+    addField(row, title, label).text = label;
+}
+
+void PropertiesPanel::addRows()
+{
+    addLine(Row::Name, "propertyName", text("PropertyName", "Name"));
+    m_colour = new ColourButton(
+        text("PropertyColour", "Colour"),
+        [](const std::optional<Vs::Colour>& colour) { PropertyEdits::colour(colour); },
+        m_head->parentWidget());
+    addField(Row::Colour, text("PropertyColour", "Colour"), m_colour);
+    addLine(Row::X, "propertyX", text("PropertyX", "Position X"));
+    addLine(Row::Y, "propertyY", text("PropertyY", "Position Y"));
+    addLine(Row::Z, "propertyZ", text("PropertyZ", "Position Z"));
+    addValue(Row::Size, "propertySize", text("PropertySize", "Size"));
+    addValue(Row::Diameter, "propertyDiameter", text("PropertyDiameter", "Diameter"));
+    addValue(Row::Length, "propertyLength", text("PropertyLength", "Length"));
+    addValue(Row::Area, "propertyArea", text("PropertyArea", "Area"));
+    addValue(Row::Volume, "propertyVolume", text("PropertyVolume", "Volume"));
+}
+
+void PropertiesPanel::sessionClosed(SessionEvent*)
+{
+    // Of whichever session: what is followed must not outlive it.
+    follow(nullptr);
+    refreshSoon();
+}
+
+void PropertiesPanel::commandAvailabilitiesChanged(Vs::Event*)
+{
+    if (isVisible() && !m_editableSoon.isActive())
+        m_editableSoon.start(0);
+}
+
+void PropertiesPanel::follow(Vs::SelectionSet* set)
+{
+    if (set == m_set)
+        return;
+    if (m_set)
+        m_set->unsubscribe(this);
+    m_set = set;
+    if (m_set)
+        m_set->subscribe(this);
+}
+
+void PropertiesPanel::showEvent(QShowEvent*)
+{
+    refresh();
+}
+
+void PropertiesPanel::refreshSoon()
+{
+    m_measurer.cancel();
+    m_measureSoon.stop();
+    if (isVisible() && !m_soon.isActive())
+        m_soon.start(0);
+}
+
+void PropertiesPanel::refresh()
+{
+    m_soon.stop();
+    const AssetSession* session = SessionMgr::get()->activeAssetSession();
+    Vs::SelectionMgr* manager = session ? session->selectionManager() : nullptr;
+    follow(manager ? &manager->selectionSet() : nullptr);
+    const bool any = m_set && !m_set->empty();
+    m_hint->setVisible(!any);
+    if (any)
+        showSelection(*manager, *session->asset());
+    else
+        showDocument(session ? session->documentSession()->document() : nullptr);
+}
+
+void PropertiesPanel::showSelection(Vs::SelectionMgr& manager, const Vs::Asset& asset)
+{
+    showDocument(nullptr);
+    m_values = valuesOf(manager, asset);
+    m_head->setText(PropertyTexts::kind(m_values, Vs::MeasuredParts::Form::None));
+    m_head->show();
+    const bool isNamed = m_values.name.isKnown() && !m_values.name.differs();
+    m_fields[Row::Name].line->value(isNamed ? QString::fromStdWString(m_values.name.value()) : QString(),
+                                    m_values.name.differs() ? PropertyTexts::different() : QString());
+    m_fields[Row::Name].title->setText(m_values.areComponents() ? text("PropertyName", "Name")
+                                                                : text("PropertyOf", "Of"));
+    showRow(Row::Name, true);
+    showColour();
+    showPlace();
+    show(Row::Size, m_values.size ? PropertyTexts::size(*m_values.size, m_values.isSizeExact) : QString());
+    // Where there will be numbers, the rows stand already, so that nothing jumps.
+    const QString pending = m_values.parts.empty() ? QString() : QStringLiteral("\u2026");
+    const bool whole = m_values.counts[PropertyValues::Face] + m_values.counts[PropertyValues::Edge] == 0;
+    show(Row::Diameter, {});
+    show(Row::Length, m_values.counts[PropertyValues::Edge] > 0 ? pending : QString());
+    show(Row::Area, m_values.counts[PropertyValues::Edge] == 0 ? pending : QString());
+    show(Row::Volume, whole ? pending : QString());
+    showEditable();
+    if (!m_values.parts.empty() && !Vs::showsPreview(asset))
+        m_measureSoon.start(kPause);
+}
+
+void PropertiesPanel::showColour()
+{
+    const CommonValue<std::optional<Vs::Colour>>& colour = m_values.colour;
+    const bool differs = colour.differs();
+    const std::optional<Vs::Colour> one = colour.isKnown() && !differs ? colour.value() : std::nullopt;
+    m_colour->colour(one, differs ? PropertyTexts::different()
+                          : one   ? QString::fromStdWString(PropertyEdits::colourCode(*one))
+                                  : text("PropertyNoColour", "None of its own"));
+    showRow(Row::Colour, m_values.haveColour());
+}
+
+void PropertiesPanel::showPlace()
+{
+    const bool shown = m_values.place[0].isKnown() &&
+                       m_values.counts[PropertyValues::Face] + m_values.counts[PropertyValues::Edge] == 0;
+    for (size_t axis = 0; axis < 3; ++axis) {
+        const Row row = static_cast<Row>(static_cast<size_t>(Row::X) + axis);
+        const CommonValue<double>& place = m_values.place[axis];
+        const bool same = shown && !place.differs();
+        m_fields[row].line->value(same ? PropertyTexts::length(place.value()) : QString(),
+                                  place.differs() ? PropertyTexts::different() : QString());
+        showRow(row, shown);
+    }
+}
+
+/// A tool has the selection to itself: who wants to change something here ends it first.
+void PropertiesPanel::showEditable()
+{
+    const bool rests = commandRests() && m_set && !m_set->empty();
+    const bool own = rests && m_values.areComponents() && !m_values.isRoot;
+    m_fields[Row::Name].line->setReadOnly(!own);
+    // Those that differ have no place to be moved from.
+    for (size_t axis = 0; axis < 3; ++axis)
+        m_fields[static_cast<Row>(static_cast<size_t>(Row::X) + axis)].line->setReadOnly(
+            !own || m_values.place[axis].differs());
+    m_colour->setEnabled(rests && m_values.haveColour());
+}
+
+void PropertiesPanel::showMeasured(const Vs::MeasuredParts& measured)
+{
+    m_head->setText(PropertyTexts::kind(m_values, measured.form));
+    show(Row::Diameter, measured.diameter ? PropertyTexts::length(*measured.diameter) : QString());
+    if (measured.size)
+        show(Row::Size, PropertyTexts::size(*measured.size, true));
+    show(Row::Length, measured.length ? PropertyTexts::length(*measured.length) : QString());
+    show(Row::Area, measured.area ? PropertyTexts::area(*measured.area, measured.isExact) : QString());
+    show(Row::Volume,
+         measured.volume ? PropertyTexts::volume(*measured.volume, measured.isExact) : QString());
+}
+
+void PropertiesPanel::show(Row row, const QString& value)
+{
+    const Field& field = m_fields[row];
+    field.text->setText(value);
+    field.text->setAccessibleName(field.title->text() + QStringLiteral(": ") + value);
+    showRow(row, !value.isEmpty());
+}
+
+void PropertiesPanel::showRow(Row row, bool shown)
+{
+    const Field& field = m_fields[row];
+    field.title->setVisible(shown);
+    field.value->setVisible(shown);
+}
+
+/// Null takes what was told of one away.
+void PropertiesPanel::showDocument(const Vs::Document* document)
+{
+    while (QLayoutItem* item = m_facts->takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
+    if (document) {
+        m_values = {};
+        m_head->setText(text("PropertiesDocument", "Document"));
+        for (auto& [row, field] : m_fields)
+            showRow(row, false);
+        int place = 0;
+        for (const PropertyTexts::Line& line : PropertyTexts::document(*document)) {
+            QWidget* within = m_head->parentWidget();
+            QLabel* title = PlainText::label(within, line.title);
+            title->setAlignment(Qt::AlignTop);
+            // A path has no blanks at which it could be broken.
+            QLabel* value = PlainText::label(
+                within, QString(line.value).replace(QLatin1Char('/'), QStringLiteral("/\u200b")));
+            value->setWordWrap(true);
+            value->setObjectName(QStringLiteral("documentFact"));
+            value->setAccessibleName(line.title + QStringLiteral(": ") + line.value);
+            m_facts->addWidget(title, place, 0);
+            m_facts->addWidget(value, place++, 1);
+        }
+    }
+    m_head->setVisible(document != nullptr || (m_set && !m_set->empty()));
+}
+
+QString PropertiesPanel::enterPosition(int axis, const QString& typed)
+{
+    std::wstring why;
+    const auto wanted =
+        Vs::Units::evaluate(typed.toStdWString(), Vs::Units::Unit::display(Vs::Units::Quantity::Length), why);
+    if (!wanted)
+        return QString::fromStdWString(why);
+    PropertyEdits::move(axis, *wanted - m_values.place[static_cast<size_t>(axis)].value());
+    return {};
+}
+
+} // namespace Vu

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QLineEdit>
+
+#include <functional>
+
+namespace Vu {
+
+/// A line of the properties panel that shows a value, and changes it: Enter or leaving the line enters what
+/// was typed, Escape gives it up. What makes no sense stays there, marked, with the reason as its tooltip.
+class ValueLine : public QLineEdit
+{
+public:
+    /// Returns what is wrong with the text; empty where it was taken.
+    using Enter = std::function<QString(const QString& text)>;
+
+    ValueLine(const char* name, const QString& title, Enter enter, QWidget* parent);
+
+    /// What is being typed is left alone.
+    void value(const QString& text, const QString& placeholder);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    void enter();
+    void failed(const QString& why);
+
+    QString m_title;
+    QString m_value; ///< As it was told last.
+    Enter m_enter;
+};
+
+} // namespace Vu
