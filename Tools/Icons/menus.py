@@ -99,6 +99,7 @@ picture("Help/Discussion").line("M8 16 H3.5 V4.5 A1 1 0 0 1 4.5 3.5 H15 A1 1 0 0
     .accent("M9 9 H20 A1 1 0 0 1 21 10 V17 A1 1 0 0 1 20 18 H19 V21.5 L14.5 18 H9 A1 1 0 0 1 8 17 V10 A1 1 0 0 1 9 9Z")
 picture("Help/Suggest").line("M9 18 H15 M10 21 H14") \
     .tint(circle(12, 9.5, 6)).accent("M9 15.5 C9 13.5 6 12.5 6 9 A6 6 0 0 1 18 9 C18 12.5 15 13.5 15 15.5Z")
+picture("Help/Search").line(circle(10, 10, 7), "M15.2 15.2 L20.5 20.5").accent("M7 8.4 H13 M7 11.6 H11")
 picture("Help/About").line(circle(12, 12, 9)).accent("M12 11 V16.8").accent_solid(circle(12, 7.6, 1.2))
 picture("Help/Privacy").line(person(9, 7.5, 1.2)).accent(check(18, 16.5, 3.2))
 

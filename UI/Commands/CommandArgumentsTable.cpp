@@ -163,6 +163,7 @@ constinit const CommandArguments kRows[] = {
     {L"PasteCommand"},
     {L"SplitViewLayoutCommand", {L"Layout"}},
     {L"ToolbarsCommand", {L"Toolbar", L"Visible"}},
+    {L"SearchCommandsCommand"},
     {L"WelcomeScreenCommand"},
     {L"UndoDropDown", {L"TxnIndex"}},
     {L"RedoDropDown", {L"TxnIndex"}},

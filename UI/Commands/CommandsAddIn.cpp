@@ -116,6 +116,7 @@ public:
         RevertDocumentCmdDef::createCommandDef();
         SaveAllDocumentsCmdDef::createCommandDef();
         SaveDocumentCopyCmdDef::createCommandDef();
+        SearchCommandsCmdDef::createCommandDef();
         SelectAllCmdDef::createCommandDef();
         ShowPropertiesCmdDef::createCommandDef();
         SplitViewLayoutCmdDef::createCommandDef();

@@ -149,6 +149,25 @@ TEST_F(CommandBoxTest, UpAndDownGoThroughTheHistoryAndBackToWhatWasTyped)
     EXPECT_EQ(line(), "unfinished");
 }
 
+TEST_F(CommandBoxTest, AnEmptyBoxShowsTheLineOfTheLastClickAndUpBringsItIntoTheBox)
+{
+    FunctionCommandDef click(L"BoxTestClick", [](CommandContext&) {});
+    const auto hint = [&] { return box->edit()->placeholderText().toStdString(); };
+    const std::string usual = hint();
+    click.runByHand(ECommandAccessPoint::Toolbar);
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(hint(), "Commands.Start BoxTestClick");
+    press(Qt::Key_Up);
+    EXPECT_EQ(line(), "Commands.Start BoxTestClick");
+    press(Qt::Key_Return);
+    EXPECT_EQ(line(), "");
+    EXPECT_EQ(hint(), usual) << "what was typed is no click";
+    CommandContext context = CommandContext::activeContext();
+    context.accessPoint(ECommandAccessPoint::Command);
+    EXPECT_TRUE(click.executeCommand(context).isOk());
+    EXPECT_EQ(hint(), usual) << "nor is what a command runs";
+}
+
 TEST_F(CommandBoxTest, TheHistoryOutlivesTheBox)
 {
     box->edit()->setText("BoxTest.SayHello kept");

@@ -75,8 +75,7 @@ CommandBox::CommandBox(QWidget* parent)
     answers->addWidget(m_answer);
 
     m_edit->setObjectName(QStringLiteral("commandLine"));
-    m_edit->setPlaceholderText(QString::fromStdWString(
-        localized("CommandLineHint", "Type a command; Tab completes, \"help\" tells what there is")));
+    showClicked({});
     m_edit->installEventFilter(this);
     m_answer->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_answer->setWordWrap(true);
@@ -308,8 +307,23 @@ bool CommandBox::escape()
     return true;
 }
 
+void CommandBox::showClicked(const std::wstring& line)
+{
+    m_clicked = QString::fromStdWString(Vs::TranscriptSecrets::hidden(line)).simplified();
+    m_edit->setPlaceholderText(
+        m_clicked.isEmpty()
+            ? QString::fromStdWString(
+                  localized("CommandLineHint", "Type a command; Tab completes, \"help\" tells what there is"))
+            : m_clicked);
+}
+
 void CommandBox::recall(int step)
 {
+    if (step < 0 && m_edit->text().isEmpty() && !m_clicked.isEmpty()) {
+        m_edit->setText(m_clicked);
+        showFailed(false);
+        return;
+    }
     if (m_place == m_history.size())
         m_unfinished = m_edit->text();
     const qsizetype place = std::clamp<qsizetype>(m_place + step, 0, m_history.size());
@@ -344,6 +358,7 @@ void CommandBox::run()
         Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line.toStdWString(), true);
     // Now that it is known what of it was a secret.
     remember(QString::fromStdWString(Vs::TranscriptSecrets::hidden(line.toStdWString())));
+    showClicked({});
     const bool failed = result.first != 0;
     if (!failed)
         m_edit->clear();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/TextCommandMgr.h"
+#include "UI/Base/Window/ClickedLines.h"
 
 #include <QFrame>
 #include <QPointer>
@@ -14,7 +15,8 @@ class QPlainTextEdit;
 namespace Vu {
 
 /// The line in which text commands are typed. Tab completes, Up and Down go through the lines that were run
-/// before, Return runs the line. A line that fails stays, in red, with the reason below it; the answer of one
+/// before, Return runs the line. While it is empty, it shows the line of what was done by hand last, which Up
+/// brings into it. A line that fails stays, in red, with the reason below it; the answer of one
 /// that succeeds is shown in its place.
 /// Answers lie over what is above the line, which keeps its place; Escape takes them away.
 ///
@@ -62,6 +64,10 @@ private:
     /// Shows the answers above the line, if there are any.
     void placeAnswers();
 
+    void showClicked(const std::wstring& line);
+
+    ClickedLines m_clickedLines{[this](const std::wstring& line) { showClicked(line); }};
+    QString m_clicked;          ///< What was done by hand last, as a line.
     QPointer<QFrame> m_answers; ///< With the answer and the output; a child of the window.
     QLineEdit* m_edit;
     QLabel* m_answer;

@@ -67,7 +67,6 @@ QList<KeyRow> keysOfWindow()
              keyText("Tab") + QStringLiteral("; ") + keyText("Shift+Tab")},
             {told("KeysEnd", "End the tool; then to the view"), keyText("Esc")},
             {told("KeysLine", "Command line"), keyText("Ctrl+L")},
-            {told("KeysPalette", "Search commands"), keyText("Ctrl+Shift+P")},
             {told("KeysNotifications", "Notifications"), keyText("Ctrl+Shift+N")},
             {told("KeysTurn", "Turn the view"), QStringLiteral("\u2190 \u2192 \u2191 \u2193")},
             {told("KeysMove", "Move the view"), keyText("Shift+Left") + QStringLiteral(" \u2026")},

@@ -34,7 +34,6 @@
 #include "UI/Base/Window/WindowContents.h"
 #include "UI/Base/Window/WindowKeys.h"
 #include "UI/Base/Window/WindowMenus.h"
-#include "UI/Base/Window/WindowSearch.h"
 #include "UI/Base/Workspace/Arrangement.h"
 #include "UI/Base/Workspace/Layout.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -259,7 +258,6 @@ void MainWindow::bindHotKeys()
         if (CommandBox* box = m_contents->existingCommandBox(); box && box->isVisible())
             box->edit()->setFocus(Qt::ShortcutFocusReason);
     });
-    HotKeys::add(this, Qt::CTRL | Qt::SHIFT | Qt::Key_P, [this] { toggleSearch(this); });
     HotKeys::add(this, Qt::Key_Question, [this] { KeysOverlay::toggle(this); });
 }
 

@@ -4,6 +4,7 @@
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Window/TourOverlay.h"
+#include "UI/Base/Window/WindowSearch.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -80,6 +81,11 @@ void QtWindow::bringToFront()
 bool QtWindow::showTour(const std::vector<TourStep>& steps)
 {
     return TourOverlay::show(m_window.get(), steps) != nullptr;
+}
+
+void QtWindow::toggleSearch()
+{
+    Vu::toggleSearch(m_window.get());
 }
 
 void QtWindow::message(const std::wstring& text, bool isError)

@@ -28,6 +28,7 @@ public:
 
     void message(const std::wstring& text, bool isError) override;
     bool showTour(const std::vector<TourStep>& steps) override;
+    void toggleSearch() override;
     void refresh() override { m_window->refreshSoon(); }
     void rebuild() override { m_window->rebuildSoon(); }
     void settleLayout() override { m_window->settleLayout(); }

@@ -167,6 +167,12 @@ bool WorkspaceWindow::showTour(const std::vector<TourStep>& steps)
     return m_data->window && m_data->window->showTour(steps);
 }
 
+void WorkspaceWindow::toggleSearch()
+{
+    if (m_data->window)
+        m_data->window->toggleSearch();
+}
+
 void WorkspaceWindow::refresh()
 {
     if (m_data->window)

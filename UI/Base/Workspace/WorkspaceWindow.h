@@ -63,6 +63,9 @@ public:
     void statusMessage(const std::wstring& text, bool isError = false);
     /// Leads through the parts of the window. False before `show()`, or if none of the areas is shown.
     bool showTour(const std::vector<TourStep>& steps);
+    /// Opens the field in which commands are searched by what they are called, or closes it. Does nothing
+    /// before `show()`.
+    void toggleSearch();
     /// Brings the title, toolbars and browser up to date at the end of the event.
     void refresh();
     /// The same, for this library and its tests.

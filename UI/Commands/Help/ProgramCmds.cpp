@@ -15,6 +15,7 @@ namespace Vu::Commands {
 constinit const CommandRow CIPCmdDef::kRow              = {.key = L"CIPCommand", .title = "Customer Involvement Program", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow PreferencesCmdDef::kRow      = {.key = L"PreferencesCommand", .title = "Preferences", .hotkey = "Ctrl+,", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow ProductTourGuideCmdDef::kRow = {.key = L"ProductTourGuideCommand", .title = "Tour the Interface", .icon = &Resources::TourGuide, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow SearchCommandsCmdDef::kRow   = {.key = L"SearchCommandsCommand", .title = "Search Commands", .hotkey = "Ctrl+Shift+P", .groups = {&CommandGroup::BaseGroup}, .readonly = true, .scriptable = false};
 constinit const CommandRow WelcomeScreenCmdDef::kRow    = {.key = L"WelcomeScreenCommand", .title = "Welcome Screen", .icon = &Resources::WelcomeScreen, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 // clang-format on
 
@@ -32,6 +33,17 @@ void PreferencesCmd::onExecute(Vs::Status&)
 void ProductTourGuideCmd::onExecute(Vs::Status&)
 {
     std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Options.TourGuide");
+}
+
+void SearchCommandsCmdDef::createCommandDef()
+{
+    static SearchCommandsCmdDef definition;
+}
+
+void SearchCommandsCmd::onExecute(Vs::Status&)
+{
+    if (WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow())
+        window->toggleSearch();
 }
 
 void WelcomeScreenCmdDef::createCommandDef()

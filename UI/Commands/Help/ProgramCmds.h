@@ -59,6 +59,27 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
+class SearchCommandsCmd;
+
+/// Opens the field in which commands are searched, or closes it.
+class SearchCommandsCmdDef : public CommandRowDefinition<SearchCommandsCmdDef, SearchCommandsCmd>
+{
+public:
+    static const CommandRow kRow;
+
+    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    static void createCommandDef();
+};
+
+class SearchCommandsCmd : public Vs::Implements<SearchCommandsCmd, HelpMenuCmd>
+{
+public:
+    using Implements::Implements;
+
+protected:
+    void onExecute(Vs::Status& status) override;
+};
+
 class WelcomeScreenCmd;
 
 /// Shows the home screen, in a window that is brought back if it was minimized.

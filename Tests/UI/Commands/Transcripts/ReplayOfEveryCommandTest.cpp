@@ -164,6 +164,7 @@ const Session kSessions[] = {
     {L"SubscriptionCommand",           L"VuCommands.SubscriptionCmd"},
     {L"CIPCommand",                    L"VuCommands.CIPCmd"},
     {L"ProductTourGuideCommand",       L"VuCommands.ProductTourGuideCmd"},
+    {L"SearchCommandsCommand",         kModel + L"Commands.Start SearchCommandsCommand", L"-"},
     {L"WelcomeScreenCommand",          kModel + L"VuCommands.WelcomeScreenCmd"},
     {L"PreferencesCommand",            L"Commands.Start PreferencesCommand"},
     {L"Options.Set",                   L"Options.Set Units.generalPrecision 5"},

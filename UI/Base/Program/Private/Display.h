@@ -95,6 +95,7 @@ public:
     virtual void message(const std::wstring& text, bool isError) = 0;
     /// False if none of the areas is shown.
     virtual bool showTour(const std::vector<TourStep>& steps) = 0;
+    virtual void toggleSearch() = 0;
     /// Both at the end of the event.
     virtual void refresh() = 0;
     virtual void rebuild() = 0;
