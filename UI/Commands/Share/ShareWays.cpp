@@ -11,6 +11,7 @@
 #include "UI/Base/Program/Sharing.h"
 #include "UI/Commands/Cloud/CloudCommands.h"
 #include "UI/Commands/Cloud/CloudSaveCmd.h"
+#include "UI/Commands/Documents/FileNameFor.h"
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
@@ -122,11 +123,11 @@ void giveToItem(const fs::path& picture, Vs::Document& document, Vs::Status& sta
         return;
     }
     try {
-        const std::wstring address =
-            Vs::ItemhubUtilities::get()->attachFile(document.path(), picture, picture.filename().wstring());
+        const std::wstring address = Vs::ItemhubUtilities::get()->attachFile(document.path(), picture,
+                                                                             fileNameFor(&document, kSuffix));
         if (!address.empty())
             Application::get()->inform(localizedFormat("SharedAtItem", "\"%1%\" is attached to the item.",
-                                                       picture.filename().wstring()));
+                                                       fileNameFor(&document, kSuffix)));
     } catch (const std::exception&) {
         status.addError(Vs::ItemhubUtilities::currentFailure());
     }
