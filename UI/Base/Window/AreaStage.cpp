@@ -265,43 +265,58 @@ QWidget* AreaStage::enclosed(const Area& area, AreaFrame* frame, QWidget* parent
     return frame;
 }
 
-/// Lets go of all that no layout has any more, and of shared widgets that the shown one hasn't.
+/// Lets go of all that no layout has any more, and of shared widgets that the shown one hasn't. What still
+/// stands in a container that goes is made anew when it is wanted: while its layout was not shown, its area
+/// has come into another one.
 void AreaStage::drop(const std::set<unsigned long>& shown, const std::set<unsigned long>& alive)
 {
     std::vector<QWidget*> going;
+    for (const auto& [number, container] : m_containers)
+        if (!shown.contains(number) && !alive.contains(number))
+            going.push_back(container.outer);
+    const std::vector<QWidget*> containers = going;
+    const auto goesWithOne = [&](const QWidget* outer) {
+        return std::any_of(containers.begin(), containers.end(), [&](const QWidget* container) {
+            return container == outer || container->isAncestorOf(outer);
+        });
+    };
     for (auto leaf = m_leaves.begin(); leaf != m_leaves.end();) {
         const auto [widget, outer] = leaf->second;
         const bool shared = m_makers.isShared(widget);
-        if (shown.contains(leaf->first) || (alive.contains(leaf->first) && !shared)) {
+        if ((shown.contains(leaf->first) || (alive.contains(leaf->first) && !shared)) &&
+            !goesWithOne(outer)) {
             if (!shown.contains(leaf->first) && m_floating.contains(leaf->first))
                 setHidden(leaf->first, outer, true);
             ++leaf;
             continue;
         }
         const bool reused = std::any_of(m_leaves.begin(), m_leaves.end(), [&](const auto& other) {
-            return shown.contains(other.first) && other.second.widget == widget;
+            return shown.contains(other.first) && other.second.widget == widget && !goesWithOne(widget);
         });
         if (!reused)
             m_makers.leaves(widget);
         if (!shared || outer != widget)
             going.push_back(outer);
-        m_floating.erase(leaf->first);
-        m_hidden.erase(leaf->first);
+        forget(leaf->first);
         leaf = m_leaves.erase(leaf);
     }
     for (auto container = m_containers.begin(); container != m_containers.end();) {
-        if (shown.contains(container->first) || alive.contains(container->first)) {
+        if (!goesWithOne(container->second.outer)) {
             ++container;
             continue;
         }
-        going.push_back(container->second.outer);
-        m_floating.erase(container->first);
-        m_hidden.erase(container->first);
+        forget(container->first);
         container = m_containers.erase(container);
     }
     std::erase_if(m_gone, [](const auto& gone) { return gone.isNull(); });
     for (QWidget* widget : going)
         retire(widget);
+}
+
+void AreaStage::forget(unsigned long area)
+{
+    m_floating.erase(area);
+    m_hidden.erase(area);
 }
 
 /// One of its buttons may be telling of the very click that leads here.

@@ -63,6 +63,7 @@ private:
     void floatOver(Area& area, QWidget* outer, bool shows);
     void keepInside() const;
     void drop(const std::set<unsigned long>& shown, const std::set<unsigned long>& alive);
+    void forget(unsigned long area);
     void retire(QWidget* widget);
 
     struct Container

@@ -1,3 +1,4 @@
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentType.h"
@@ -102,6 +103,31 @@ TEST_F(SplitViewsTest, HomeAndBackEachPaneShowsWhatItShowedWhicheverIsActive)
             EXPECT_EQ(SplitViewMgr::get()->activeView(), before[active]);
         }
         expectFull(count);
+    }
+}
+
+TEST_F(SplitViewsTest, ALayoutThatIsLeftBeforeTheWindowHasShownItComesWithAllItsPanes)
+{
+    const auto settle = [] {
+        QApplication::processEvents();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    answer(L"Design.Sample");
+    const std::wstring back = L"VuCommands.AssetShellCmd " + activeSession()->serialize();
+    Vu::WorkspaceMgr::get()->activeWorkspace()->window()->show();
+    for (const auto& [layout, count] : kLayouts) {
+        answer(L"SplitView.DefaultLayout");
+        settle();
+        answer(std::wstring(L"SplitView.ResetLayout ") + layout);
+        answer(L"VuCommands.ManagementShellCmd");
+        settle();
+        answer(back);
+        settle();
+        ASSERT_EQ(canvases().size(), count);
+        for (const GraphicsCanvas* canvas : canvases()) {
+            ASSERT_TRUE(canvas->existingWidget());
+            EXPECT_TRUE(canvas->existingWidget()->isVisible()) << Vs::Strings::narrow(layout);
+        }
     }
 }
 
