@@ -42,13 +42,6 @@ pid_t ownService()
     return 0;
 }
 
-/// What somebody does with the page at an address, by name and password: the page's other fields are those of
-/// its address.
-constexpr const char* kPerson = R"sh(
-curl -sf -o /dev/null "$1" &&
-    curl -sfL -d "${1#*\?}" --data-urlencode "account=$2" --data-urlencode "password=$3" "${1%%\?*}"
-)sh";
-
 class SessionTest : public ItemhubTest
 {
 protected:
@@ -206,20 +199,17 @@ TEST_F(SessionTest, ABrowserGivesATokenThatEndsWithTheSession)
                    ? std::nullopt
                    : std::optional(Fault::answer(404));
     });
-    // The person fills in the page's form, whose other fields are those of its address.
-    std::future<TestSupport::ProcessResult> person;
+    std::future<std::string> shown;
     const auto open = [&, here = std::this_thread::get_id()](const std::string& address) {
         EXPECT_EQ(std::this_thread::get_id(), here) << "a window tells what fails in it";
-        person = std::async(std::launch::async, [this, address] {
-            return TestSupport::runProcess(
-                "/bin/sh", {"-c", kPerson, "sh", address, account(), TestSupport::ItemService::password()});
+        shown = std::async(std::launch::async, [this, address] {
+            return TestSupport::ItemService::signInWithBrowser(address, account());
         });
         return true;
     };
     ASSERT_TRUE(hub().signInByBrowser(service().address(), "acme", false, open));
-    const TestSupport::ProcessResult shown = person.get();
-    EXPECT_NE(shown.output.find("You can close this page"), std::string::npos)
-        << shown.output << shown.errors;
+    const std::string page = shown.get();
+    EXPECT_NE(page.find("You can close this page"), std::string::npos) << page;
     EXPECT_EQ(hub().accountName(), Vs::Strings::widen(account()));
     EXPECT_EQ(hub().getWorkspaces().size(), 1u);
     hub().signOut();

@@ -34,6 +34,9 @@ public:
     std::string token(const std::string& account, const std::string& role,
                       const std::string& customer = "acme", const std::string& scope = "admin") const;
     static const std::string& password();
+    /// What somebody with that account does with the sign-in page at an address, and the browser then: the
+    /// last page it shows. Any thread.
+    static std::string signInWithBrowser(const std::string& page, const std::string& account);
 
 private:
     std::string program() const;

@@ -4,6 +4,8 @@
 #include "Server/DataModel/Document.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Tests/UI/Commands/Itemhub/WithItems.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Program/Notifications.h"
@@ -24,6 +26,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QtTest/QTest>
+
+#include <future>
 
 namespace {
 
@@ -317,6 +321,50 @@ TEST_F(ItemsWindowTest, APersonSignsInByNameAndPasswordAndThePageTellsIt)
     EXPECT_TRUE(hub().ItemhubDisabled());
     EXPECT_FALSE(shown->isVisible());
     QTest::mouseClick(part<QCheckBox>(preferences, "itemhubOn"), Qt::LeftButton, {}, QPoint(8, 8));
+}
+
+/// Takes the address that is told where tests run, as no browser is opened there, and signs in on its page.
+class Person : private Vu::AlertEventSite
+{
+public:
+    explicit Person(std::string account) : m_account(std::move(account))
+    {
+        Vu::AlertEventSource::get()->subscribe(this);
+    }
+    ~Person() { Vu::AlertEventSource::get()->unsubscribe(this); }
+
+    std::string page;               ///< Empty before anything was told.
+    std::future<std::string> shown; ///< By the browser in the end.
+
+private:
+    void alertAdded(Vu::AlertController*, const Vu::Alert& alert) override
+    {
+        page = Vs::Strings::narrow(alert.text);
+        shown = std::async(std::launch::async, TestSupport::ItemService::signInWithBrowser, page, m_account);
+    }
+
+    const std::string m_account;
+};
+
+TEST_F(ItemsWindowTest, APersonSignsInWithTheBrowserWhileTheDialogWaits)
+{
+    hub().signOut();
+    QTItemhubSignInDialog dialog(nullptr);
+    dialog.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    part<QLineEdit>(dialog, "itemhubAddress")->setText(QString::fromStdString(service().address()));
+    part<QLineEdit>(dialog, "itemhubCustomer")->setText(QStringLiteral("acme"));
+    for (QCheckBox* keep : dialog.findChildren<QCheckBox*>())
+        keep->setChecked(false);
+    Person person(account());
+    QTest::mouseClick(part<QPushButton>(dialog, "itemhubBrowser"), Qt::LeftButton);
+    EXPECT_EQ(person.page.find(service().address() + "oauth/authorize?"), 0u) << person.page;
+    EXPECT_EQ(dialog.result(), QDialog::Accepted)
+        << part<QLabel>(dialog, "itemhubMessage")->text().toStdString();
+    EXPECT_EQ(hub().accountName(), Vs::Strings::widen(account()));
+    ASSERT_TRUE(person.shown.valid());
+    EXPECT_NE(person.shown.get().find("You can close this page"), std::string::npos);
+    Vu::CommandMgr::get()->GetAlertController()->clearAllAlerts();
 }
 
 TEST_F(ItemsWindowTest, ALabelIsOneLineThatIsNotEmpty)
