@@ -102,7 +102,20 @@ void Upload::sendContent()
     }
     // An empty file has arrived with its announcement.
     if (there < m_entry.size)
-        m_store.upload(m_entry.upload, m_entry.link.string(), there, m_watch);
+        sendFrom(there);
+}
+
+void Upload::sendFrom(std::uint64_t there)
+try {
+    m_store.upload(m_entry.upload, m_entry.link.string(), there, m_watch);
+} catch (const Web::ItemhubException& error) {
+    if (error.kind() != Kind::Conflict)
+        throw;
+    // A request before, which nobody here waits for any more, may still have brought some of it.
+    const std::uint64_t now = m_store.arrived(m_entry.upload, m_watch);
+    if (now <= there)
+        throw;
+    m_store.upload(m_entry.upload, m_entry.link.string(), now, m_watch);
 }
 
 void Upload::prepareRequest()

@@ -24,6 +24,7 @@ private:
     [[nodiscard]] bool isWanted();
     void hash();
     void sendContent();
+    void sendFrom(std::uint64_t there);
     void prepareRequest();
     [[nodiscard]] MadeVersion post();
     [[nodiscard]] MadeVersion postOnTop(const Web::Version& latest);

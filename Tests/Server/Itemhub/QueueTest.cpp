@@ -145,6 +145,32 @@ TEST_F(QueueTest, AnUploadGoesOnWhereItWasCut)
     }));
     EXPECT_EQ(hashesOf(file), hashed({content}));
     EXPECT_GE(lastOffset, 1'000'000u) << "what had arrived isn't sent again";
+
+    // Nor is what arrives after the service was asked, by a request that still stands.
+    const std::string other(2'000'000, 'o');
+    service().proxy().forgetRequests();
+    service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
+        if (request.method == "PATCH")
+            lastOffset = std::stoull(request.headers.at("upload-offset"));
+        if (request.method == "PATCH" && request.ofMethod == 1)
+            return Fault::cutRequest(1'000'000);
+        return request.method == "HEAD" && request.ofMethod == 1
+                   ? std::optional(Fault::answer(200, {}, {"Upload-Offset: 0"}))
+                   : std::nullopt;
+    });
+    save(file, other);
+    EXPECT_TRUE(until([&] {
+        hub().uploadNow();
+        return hub().pendingUploads().empty();
+    }));
+    EXPECT_EQ(hashesOf(file), hashed({content, other}));
+    EXPECT_GE(lastOffset, 1'000'000u);
+    const auto requests = service().proxy().requests();
+    EXPECT_EQ(std::count_if(requests.begin(), requests.end(),
+                            [](const FaultProxy::Request& request) {
+                                return request.method == "POST" && request.target.starts_with("/uploads");
+                            }),
+              1);
 }
 
 TEST_F(QueueTest, AVersionMadeFromAnOldOneIsAStateThatTheUserDecidesOn)
