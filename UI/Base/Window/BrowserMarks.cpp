@@ -12,8 +12,40 @@
 #include <QTreeView>
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 
 namespace Vu {
+namespace {
+
+/// A row with what tells its siblings.
+struct Marked
+{
+    const void* parent;
+    QModelIndex index;
+    bool operator<(const Marked& other) const
+    {
+        return parent != other.parent ? std::less<>()(parent, other.parent) : index.row() < other.index.row();
+    }
+};
+
+/// Rows beside each other as one range: each row that is drawn asks all ranges whether it's in them.
+QItemSelection rangesOf(std::vector<Marked> rows)
+{
+    std::ranges::sort(rows, std::less<>());
+    QItemSelection ranges;
+    for (auto first = rows.begin(); first != rows.end();) {
+        auto last = first;
+        while (std::next(last) != rows.end() && std::next(last)->parent == first->parent &&
+               std::next(last)->index.row() <= last->index.row() + 1)
+            ++last;
+        ranges.append(QItemSelectionRange(first->index, last->index));
+        first = std::next(last);
+    }
+    return ranges;
+}
+
+} // namespace
 
 BrowserMarks::BrowserMarks(QTreeView* tree, BrowserModel* model) : m_tree(tree), m_model(model)
 {
@@ -33,6 +65,7 @@ void BrowserMarks::follow(AssetSession* session)
         m_session->selectionManager()->collectedSet().unsubscribe(this);
     }
     m_session = session;
+    m_known = {};
     if (!m_session)
         return;
     m_session->selectionManager()->selectionSet().subscribe(this);
@@ -49,7 +82,7 @@ void BrowserMarks::sessionClosed(SessionEvent* event)
 void BrowserMarks::selectionSetChanged()
 {
     if (!m_busy)
-        mark(true);
+        update(true);
 }
 
 void BrowserMarks::select(const std::vector<Vs::StrongRef<Vs::Selection>>& selections)
@@ -68,30 +101,48 @@ SelectionCommandInput* BrowserMarks::toolInput() const
 
 void BrowserMarks::mark(bool reveal)
 {
+    m_known = {};
+    update(reveal);
+}
+
+// With each tool that begins and ends, the marks of the session's selection go and come back.
+void BrowserMarks::update(bool reveal)
+{
     if (!m_session)
         return;
     const QScopedValueRollback<bool> busy(m_busy, true);
-    QItemSelection marks;
+    std::vector<Marked> rows;
+    const auto add = [&](const QModelIndex& index) {
+        if (index.isValid())
+            rows.push_back({m_model->parent(index).internalPointer(), index});
+    };
     bool others = false;
     Vs::SelectionMgr& manager = *m_session->selectionManager();
-    const Vs::SelectionSet& shown = toolInput() ? manager.collectedSet() : manager.selectionSet();
+    const bool isTool = toolInput();
+    const Vs::SelectionSet& shown = isTool ? manager.collectedSet() : manager.selectionSet();
+    if (!isTool && shown.size() > 1 && shown.selections() == m_known.selections) {
+        m_tree->selectionModel()->select(m_known.rows, QItemSelectionModel::ClearAndSelect);
+        return;
+    }
     for (const auto& selection : shown.selections()) {
         const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
         others = others || !logical;
         if (!logical || logical->path().leaf != Vs::ObjectPath::Leaf::Component)
             continue;
-        if (const QModelIndex index = m_model->indexOf(logical->componentId()); index.isValid())
-            marks.select(index, index);
+        add(m_model->indexOf(logical->componentId()));
     }
     // Named views are selected here alone, and their rows stay as they are.
-    for (const QModelIndex& index : m_tree->selectionModel()->selectedIndexes())
-        if (others && !m_model->component(index))
-            marks.select(index, index);
+    if (others)
+        for (const QModelIndex& index : m_tree->selectionModel()->selectedIndexes())
+            if (!m_model->component(index))
+                add(index);
+    const QItemSelection marks = rangesOf(rows);
     m_tree->selectionModel()->select(marks, QItemSelectionModel::ClearAndSelect);
-    const QModelIndexList rows = marks.indexes();
+    if (!isTool && !others)
+        m_known = {shown.selections(), marks};
     // A row in a branch that is closed stays there.
-    if (reveal && rows.size() == 1 && m_tree->visualRect(rows.front()).isValid())
-        m_tree->scrollTo(rows.front());
+    if (reveal && rows.size() == 1 && m_tree->visualRect(rows.front().index).isValid())
+        m_tree->scrollTo(rows.front().index);
 }
 
 } // namespace Vu

@@ -3,6 +3,8 @@
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "UI/Base/Session/SessionEvents.h"
 
+#include <QItemSelection>
+
 #include <vector>
 
 class QTreeView;
@@ -28,7 +30,8 @@ public:
     AssetSession* session() const { return m_session; }
     /// The input of the running tool that takes the clicks; null where clicks select.
     SelectionCommandInput* toolInput() const;
-    /// Marks what the session has selected. `reveal` tells whether a single row is scrolled to.
+    /// Marks what the session has selected; to be called whenever rows have come. `reveal` tells whether a
+    /// single row is scrolled to.
     void mark(bool reveal);
     /// Whether marks are changing because the selection has, and not by a person's hand.
     bool isMarking() const { return m_busy; }
@@ -38,11 +41,20 @@ public:
 private:
     void selectionSetChanged() override;
     void sessionClosed(SessionEvent* event) override;
+    void update(bool reveal);
+
+    /// What was selected when it was marked last, and its rows since.
+    struct Known
+    {
+        std::vector<Vs::StrongRef<Vs::Selection>> selections;
+        QItemSelection rows;
+    };
 
     QTreeView* m_tree;
     BrowserModel* m_model;
     AssetSession* m_session = nullptr;
     bool m_busy = false;
+    Known m_known;
 };
 
 } // namespace Vu

@@ -194,7 +194,11 @@ protected:
             return;
         }
         const std::wstring part = all[random() % all.size()];
-        select({part});
+        Texts chosen{part};
+        for (const std::wstring& other : all)
+            if (kind == 0 && other != part && random() % 3)
+                chosen.push_back(other);
+        select(chosen);
         if (kind == 0)
             answer(L"Design.Copy \"" + part + L"\" 1 0 0");
         else if (kind == 1)
