@@ -34,6 +34,9 @@ const AreaContents kProperties(
 /// Whoever clicks on from thing to thing has nothing measured.
 constexpr int kPause = 250;
 constexpr int kMostNameLetters = 1000;
+constexpr int kLeastValue = 60;
+/// In a narrower panel the values stand below their titles.
+constexpr int kLeastBeside = 215;
 
 QString text(const char* key, const char* english)
 {
@@ -56,6 +59,23 @@ QGridLayout* makeGrid(QBoxLayout* column)
     grid->setColumnStretch(1, 1);
     column->addLayout(grid);
     return grid;
+}
+
+void seat(QGridLayout* grid, int row, QLabel* title, QWidget* value, bool isNarrow)
+{
+    if (isNarrow) {
+        grid->addWidget(title, 2 * row, 0, 1, 2);
+        grid->addWidget(value, 2 * row + 1, 0, 1, 2);
+    } else {
+        grid->addWidget(title, row, 0);
+        grid->addWidget(value, row, 1);
+    }
+}
+
+void giveWay(QWidget* value)
+{
+    value->setSizePolicy(QSizePolicy::Ignored, value->sizePolicy().verticalPolicy());
+    value->setMinimumWidth(kLeastValue);
 }
 
 } // namespace
@@ -118,8 +138,8 @@ PropertiesPanel::Field& PropertiesPanel::addField(Row row, const QString& title,
 {
     QLabel* label = PlainText::label(value->parentWidget(), title);
     label->setBuddy(value);
-    m_grid->addWidget(label, static_cast<int>(row), 0);
-    m_grid->addWidget(value, static_cast<int>(row), 1);
+    giveWay(value);
+    seat(m_grid, static_cast<int>(row), label, value, m_isNarrow);
     return m_fields[row] = {label, value};
 }
 
@@ -186,6 +206,18 @@ void PropertiesPanel::follow(Vs::SelectionSet* set)
     m_set = set;
     if (m_set)
         m_set->subscribe(this);
+}
+
+void PropertiesPanel::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    const bool isNarrow = width() < kLeastBeside;
+    if (isNarrow == m_isNarrow)
+        return;
+    m_isNarrow = isNarrow;
+    for (const auto& [row, field] : m_fields)
+        seat(m_grid, static_cast<int>(row), field.title, field.value, isNarrow);
+    refreshSoon();
 }
 
 void PropertiesPanel::showEvent(QShowEvent*)
@@ -296,6 +328,7 @@ void PropertiesPanel::show(Row row, const QString& value)
 {
     const Field& field = m_fields[row];
     field.text->setText(value);
+    PlainText::setTooltip(field.text, value);
     field.text->setAccessibleName(field.title->text() + QStringLiteral(": ") + value);
     showRow(row, !value.isEmpty());
 }
@@ -319,19 +352,20 @@ void PropertiesPanel::showDocument(const Vs::Document* document)
         m_head->setText(text("PropertiesDocument", "Document"));
         for (auto& [row, field] : m_fields)
             showRow(row, false);
-        int place = 0;
+        int row = 0;
         for (const PropertyTexts::Line& line : PropertyTexts::document(*document)) {
             QWidget* within = m_head->parentWidget();
             QLabel* title = PlainText::label(within, line.title);
-            title->setAlignment(Qt::AlignTop);
             // A path has no blanks at which it could be broken.
             QLabel* value = PlainText::label(
                 within, QString(line.value).replace(QLatin1Char('/'), QStringLiteral("/\u200b")));
             value->setWordWrap(true);
+            giveWay(value);
+            PlainText::setTooltip(value, line.value);
             value->setObjectName(QStringLiteral("documentFact"));
             value->setAccessibleName(line.title + QStringLiteral(": ") + line.value);
-            m_facts->addWidget(title, place, 0);
-            m_facts->addWidget(value, place++, 1);
+            title->setAlignment(Qt::AlignTop);
+            seat(m_facts, row++, title, value, m_isNarrow);
         }
     }
     m_head->setVisible(document != nullptr || (m_set && !m_set->empty()));

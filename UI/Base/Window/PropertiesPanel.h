@@ -43,6 +43,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     struct Field
@@ -88,7 +89,8 @@ private:
     QLabel* m_head;
     QLabel* m_hint;
     QGridLayout* m_grid;
-    QGridLayout* m_facts;
+    QGridLayout* m_facts;    ///< Of the document.
+    bool m_isNarrow = false; ///< The values stand below their titles.
     std::map<Row, Field> m_fields;
     ColourButton* m_colour = nullptr;
     QTimer m_soon, m_editableSoon, m_measureSoon;
