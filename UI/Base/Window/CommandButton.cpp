@@ -35,7 +35,12 @@ QString tooltipText(const CommandDefinition& definition, const Info& info, const
     };
     QString text =
         QStringLiteral("<b>") + QString::fromStdWString(info.name()).toHtmlEscaped() + QStringLiteral("</b>");
-    if (const QString keys = KeyTable::get()->shown(definition); !keys.isEmpty())
+    QString keys = KeyTable::get()->shown(definition);
+    // A click on a split button may run another command, which its record names.
+    const CommandDefinition* clicked = CommandDefinitionMgr::get()->findCommandDefinitionById(info.key());
+    if (keys.isEmpty() && clicked)
+        keys = KeyTable::get()->shown(*clicked);
+    if (!keys.isEmpty())
         text += QStringLiteral("&nbsp;&nbsp;") + keys.toHtmlEscaped();
     if (tooltip.description() != info.name())
         text += paragraph(tooltip.description());
@@ -202,7 +207,7 @@ void CommandButton::draw()
         info = list->selectedItem();
     if (m_menu)
         setPopupMode(list && list->split() ? QToolButton::MenuButtonPopup : QToolButton::InstantPopup);
-    const QIcon icon = info->icon() ? iconOf(info->icon()) : m_picture;
+    const QIcon icon = m_picture.isNull() && info->icon() ? iconOf(info->icon()) : m_picture;
     setText(title());
     setIcon(icon);
     setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);

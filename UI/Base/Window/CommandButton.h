@@ -15,7 +15,8 @@ struct ToolbarItem;
 class CommandButton : public QToolButton, private InputControlSite
 {
 public:
-    /// `picture` is the folder of a set of pictures, for a command that has none; empty shows its title.
+    /// `picture` is the folder of a set of pictures, in place of the command's own; where there is neither,
+    /// the title shows.
     CommandButton(CommandDefinition* definition, const std::wstring& picture, QWidget* parent);
     ~CommandButton() override;
 

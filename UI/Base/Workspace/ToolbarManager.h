@@ -24,7 +24,8 @@ struct ToolbarItem
     std::wstring off = {};
     /// In a menu: keys of the command besides its own, separated by semicolons: "Ctrl+F; F3".
     std::wstring keys = {};
-    /// The folder of a set of pictures, where the command has none of its own; empty for none.
+    /// The folder of a set of pictures: in a toolbar instead of the command's own, in a menu where the
+    /// command has none; empty for none.
     std::wstring picture = {};
 
     bool operator==(const ToolbarItem&) const = default;

@@ -226,8 +226,11 @@ const Vs::TransactionNode* UndoRedoDropDownCommandDef::getControllingTxn(AssetSe
 
 InputControl* UndoRedoDropDownCommandDef::onInputControl()
 {
-    if (!m_list.control())
+    if (!m_list.control()) {
         m_list.make(m_isUndo ? UndoCmdDef::info() : RedoCmdDef::info(), this);
+        // A click takes one step, the arrow beside it opens the list.
+        m_list.control()->split(true);
+    }
     AssetSession* session = SessionMgr::get()->activeAssetSession();
     if (!session)
         return m_list.control();
@@ -252,7 +255,14 @@ int UndoRedoDropDownCommandDef::getTxnIndex(const Info* item) const
 
 void UndoRedoDropDownCommandDef::onListSelectionChanged(Info* item)
 {
+    if (item == m_list.control()->info()) {
+        if (CommandDefinition* step = CommandDefinitionMgr::get()->findCommandDefinitionById(item->key()))
+            step->onClicked();
+        return;
+    }
     const int index = getTxnIndex(item);
+    // What was chosen once isn't what the next click means.
+    m_list.control()->selectedItem(nullptr, false);
     if (index < 0 || !SessionMgr::get()->activeAssetSession())
         return;
     CommandContext context = CommandContext::activeContext();

@@ -226,6 +226,16 @@ TEST_F(UndoTest, AListTakesAllStepsToTheOneThatIsChosen)
     EXPECT_EQ(parts(), (Names{all[0]}));
     EXPECT_EQ(entries(L"UndoDropDown"), (Names{L"Undo Box"}));
     EXPECT_EQ(entries(L"RedoDropDown"), (Names{L"Redo Cylinder", L"Redo Sphere"}));
+    // Its button takes a single step, whatever was chosen before.
+    for (const wchar_t* key : {L"RedoDropDown", L"UndoDropDown", L"UndoDropDown"}) {
+        CommandContext context = CommandContext::activeContext();
+        definition(key)->updateInputControl(&context);
+        list(key)->clicked();
+        Application::get()->flushDeferredTasks();
+    }
+    EXPECT_EQ(parts(), Names());
+    EXPECT_EQ(entries(L"RedoDropDown").size(), 3u);
+    answer(L"VuCommands.RedoCmd");
 
     answer(L"VuCommands.RedoDropDown 1");
     EXPECT_EQ(parts(), all);
@@ -349,26 +359,26 @@ TEST_F(UndoTest, KeysAndButtonsDoTheSame)
         return button && button->isEnabled();
     };
     settle();
-    EXPECT_FALSE(enabled("UndoCommand"));
+    EXPECT_FALSE(enabled("UndoDropDown"));
+    EXPECT_TRUE(window->findChild<QToolButton*>("UndoDropDown")->toolTip().contains("Ctrl+Z"));
     answer(L"Design.Box 1 1 1");
     answer(L"Design.Box 1 1 1");
     settle();
-    EXPECT_TRUE(enabled("UndoCommand"));
     EXPECT_TRUE(enabled("UndoDropDown"));
-    EXPECT_FALSE(enabled("RedoCommand"));
+    EXPECT_FALSE(enabled("RedoDropDown"));
     QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
     settle();
     EXPECT_EQ(parts().size(), 1u);
-    EXPECT_TRUE(enabled("RedoCommand"));
+    EXPECT_TRUE(enabled("RedoDropDown"));
     QTest::keyClick(window, Qt::Key_Y, Qt::ControlModifier);
     settle();
     EXPECT_EQ(parts().size(), 2u);
-    EXPECT_FALSE(enabled("RedoCommand"));
+    EXPECT_FALSE(enabled("RedoDropDown"));
     QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
     settle();
     answer(L"Design.Box 1 1 1");
     settle();
-    EXPECT_FALSE(enabled("RedoCommand")) << "a new step ends what could be redone";
+    EXPECT_FALSE(enabled("RedoDropDown")) << "a new step ends what could be redone";
     // A tool may keep the keys to itself while it guards what is selected; a button is another matter.
     Sketch* tool = sketch();
     tool->draw();
