@@ -125,6 +125,11 @@ Vs::ImageSetResource* Resources::Colour()
     return get()->imageSet(L"Edit/Colour");
 }
 
+Vs::Resource* Resources::SamplePicture(const std::wstring& file)
+{
+    return get()->resource(file);
+}
+
 Vs::Resource* Resources::MenusXml()
 {
     return get()->resource(L"Toolbar/Menus.xml");

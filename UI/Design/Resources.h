@@ -31,6 +31,8 @@ public:
     static Vs::ImageSetResource* LinearPattern();
     static Vs::ImageSetResource* CircularPattern();
     static Vs::ImageSetResource* Colour();
+    /// `file` is one of the folder Samples: L"Samples/Flange.png".
+    static Vs::Resource* SamplePicture(const std::wstring& file);
     static Vs::Resource* MenusXml();
     static Vs::Resource* ToolbarXml();
 

@@ -6,9 +6,11 @@
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Design/OpenCmds.h"
 #include "UI/Design/Primitives/PrimitiveCmds.h"
-#include "UI/Design/Sample.h"
+#include "UI/Design/Primitives/PrimitiveTable.h"
+#include "UI/Design/Samples.h"
 #include "UI/Design/ShowDesign.h"
 
+#include <boost/algorithm/string/join.hpp>
 #include <boost/lexical_cast.hpp>
 
 namespace Vu::Design {
@@ -122,6 +124,27 @@ public:
     }
 };
 
+class TextCmdDesignOpenSample : public Vs::PythonEntry<TextCmdDesignOpenSample, Vs::TextCommand>
+{
+public:
+    TextCmdDesignOpenSample()
+        : PythonEntry(kArea, L"OpenSample",
+                      L"[<name>] Opens a sample of the home screen in a new document, or without one lists "
+                      L"their names",
+                      "%s", true, true)
+    {
+    }
+
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        if (parameters.parameters() == 0)
+            return {0, boost::algorithm::join(sampleNames(), L"\n")};
+        Vs::Status status;
+        openSample(parameters[0], status);
+        return answerOf(status);
+    }
+};
+
 AreaDesign theArea;
 TextCmdPrimitive<kBoxLine> theBox;
 TextCmdPrimitive<kCylinderLine> theCylinder;
@@ -130,6 +153,7 @@ TextCmdPrimitive<kConeLine> theCone;
 TextCmdPrimitive<kTorusLine> theTorus;
 TextCmdDesignNew theNew;
 TextCmdDesignSample theSample;
+TextCmdDesignOpenSample theOpenSample;
 
 } // namespace
 } // namespace Vu::Design

@@ -18,23 +18,17 @@
 namespace Vu::Commands {
 namespace {
 
-constexpr int kWidth = 220, kLeastWidth = 124, kHomeWidth = 420, kHomeSide = 40;
+constexpr int kWidth = 220, kLeastWidth = 124, kHomeWidth = 280;
 
-/// The bar in a row of the home screen.
+/// The bar beside the buttons of the home screen.
 QWidget* makeForHome(QWidget* parent)
 {
-    auto* row = new QWidget(parent);
-    row->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(kHomeSide, 0, kHomeSide, 2 * kMargin);
     auto* bar =
         new QTSearchBar(QString::fromStdWString(localizedFormat("ItemhubSearchHint", "Search %1%",
                                                                 Vs::ItemhubUtilities::getItemhub_TM())),
-                        row);
+                        parent);
     bar->setFixedWidth(kHomeWidth);
-    layout->addWidget(bar);
-    layout->addStretch(1);
-    return row;
+    return bar;
 }
 
 /// The bar in the line of the toolbars.

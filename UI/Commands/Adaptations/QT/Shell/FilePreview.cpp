@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/NativeFile.h"
 #include "UI/Base/Window/QtIcon.h"
+#include "UI/Commands/Adaptations/QT/Shell/FilePictures.h"
 #include "UI/Commands/Adaptations/QT/Shell/UnjoinedWork.h"
 #include "UI/Commands/Localized.h"
 
@@ -27,7 +28,7 @@ struct Found
     std::string picture;
 };
 
-Found find(const std::wstring& path)
+Found find(const std::wstring& path, const std::wstring& pictures)
 {
     Found found;
     boost::system::error_code error;
@@ -35,6 +36,8 @@ Found find(const std::wstring& path)
     if (found.exists) {
         found.modified = boost::filesystem::last_write_time(path, error);
         found.picture = Vs::NativeFile::thumbnail(path);
+        if (found.picture.empty())
+            found.picture = FilePictures::of(path, pictures);
     }
     return found;
 }
@@ -52,9 +55,9 @@ FilePreview previewOf(const Found& found)
 
 } // namespace
 
-FilePreview lookAt(const std::wstring& path)
+FilePreview lookAt(const std::wstring& path, const std::wstring& pictures)
 {
-    return previewOf(find(path));
+    return previewOf(find(path, pictures));
 }
 
 void lookAtLater(const std::wstring& path, QObject* receiver, std::function<void(const FilePreview&)> then)
@@ -69,8 +72,8 @@ void lookAtLater(const std::wstring& path, QObject* receiver, std::function<void
                      });
     promise->start();
     watcher->setFuture(promise->future());
-    UnjoinedWork::start([promise, path]() -> UnjoinedWork::Then {
-        return [promise, found = find(path)] {
+    UnjoinedWork::start([promise, path, pictures = FilePictures::folder()]() -> UnjoinedWork::Then {
+        return [promise, found = find(path, pictures)] {
             promise->addResult(previewOf(found));
             promise->finish();
         };

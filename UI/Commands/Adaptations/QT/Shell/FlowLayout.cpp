@@ -4,7 +4,8 @@
 
 namespace Vu::Commands {
 
-FlowLayout::FlowLayout(QWidget* parent, int spacing) : QLayout(parent)
+FlowLayout::FlowLayout(QWidget* parent, int spacing, std::optional<Cells> cells)
+    : QLayout(parent), m_cells(cells)
 {
     setSpacing(spacing);
     setContentsMargins(0, 0, 0, 0);
@@ -46,6 +47,15 @@ void FlowLayout::setGeometry(const QRect& rect)
     arrange(rect, true);
 }
 
+QSize FlowLayout::sizeOf(const QLayoutItem& item, int width) const
+{
+    if (!m_cells)
+        return item.sizeHint();
+    const int inRow = std::max(1, (width + spacing()) / (m_cells->least + spacing()));
+    const int cell = std::min((width - (inRow - 1) * spacing()) / inRow, m_cells->most);
+    return {cell, item.heightForWidth(cell)};
+}
+
 int FlowLayout::arrange(const QRect& rect, bool place) const
 {
     const QMargins margins = contentsMargins();
@@ -56,7 +66,7 @@ int FlowLayout::arrange(const QRect& rect, bool place) const
     for (const auto& item : m_items) {
         if (item->isEmpty())
             continue;
-        const QSize size = item->sizeHint();
+        const QSize size = sizeOf(*item, inner.width());
         if (x > inner.x() && x + size.width() > inner.x() + inner.width()) {
             x = inner.x();
             y += rowHeight + spacing();

@@ -3,6 +3,7 @@
 #include <QLayout>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Vu::Commands {
@@ -11,7 +12,15 @@ namespace Vu::Commands {
 class FlowLayout : public QLayout
 {
 public:
-    FlowLayout(QWidget* parent, int spacing);
+    /// Items that are all equally wide: a row is filled to its end, as far as that leaves each no wider than
+    /// `most`. Their height follows from the width.
+    struct Cells
+    {
+        int least;
+        int most;
+    };
+
+    FlowLayout(QWidget* parent, int spacing, std::optional<Cells> cells = {});
     ~FlowLayout() override;
 
     void addItem(QLayoutItem* item) override;
@@ -28,7 +37,9 @@ public:
 private:
     /// The height that the rows need; with `place` the items are put there.
     int arrange(const QRect& rect, bool place) const;
+    QSize sizeOf(const QLayoutItem& item, int width) const;
 
+    std::optional<Cells> m_cells;
     std::vector<std::unique_ptr<QLayoutItem>> m_items;
 };
 

@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/DocumentType.h"
 #include "UI/Commands/Resources.h"
 
 #include <boost/algorithm/string/predicate.hpp>
@@ -17,13 +18,28 @@ QIcon iconOfDocumentType(const std::string& identifier)
     return iconOf(Resources::RecentFile());
 }
 
-QIcon iconOfFile(const std::wstring& path)
+namespace {
+
+const Vs::DocumentType* typeOf(const std::wstring& path)
 {
     const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
     for (unsigned i = 0; i < documents->documentTypes(); ++i)
         if (boost::algorithm::iends_with(path, documents->documentType(i)->extension()))
-            return iconOfDocumentType(documents->documentType(i)->identifier());
-    return iconOf(Resources::RecentFile());
+            return documents->documentType(i);
+    return nullptr;
+}
+
+} // namespace
+
+bool isNative(const std::wstring& path)
+{
+    return typeOf(path) != nullptr;
+}
+
+QIcon iconOfFile(const std::wstring& path)
+{
+    const Vs::DocumentType* type = typeOf(path);
+    return type ? iconOfDocumentType(type->identifier()) : iconOf(Resources::RecentFile());
 }
 
 } // namespace Vu::Commands

@@ -10,7 +10,10 @@ namespace Vu::Commands {
 /// kind is unknown or has none.
 QIcon iconOfDocumentType(const std::string& identifier);
 
-/// The same by the file's name.
+/// Whether a file of that name is one of the program's own documents.
+[[nodiscard]] bool isNative(const std::wstring& path);
+
+/// The picture by the file's name.
 QIcon iconOfFile(const std::wstring& path);
 
 } // namespace Vu::Commands

@@ -13,6 +13,7 @@
 #include "UI/Base/Session/Thumbnail.h"
 #include "UI/Base/Workspace/Workspace.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Commands/Adaptations/QT/Shell/ForeignPictures.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
@@ -24,6 +25,8 @@
 
 #include <QEvent>
 #include <QTimer>
+
+#include <algorithm>
 
 namespace Vu::Commands {
 namespace {
@@ -59,6 +62,7 @@ OpenSection::OpenSection(QWidget* parent) : TileSection(text("HomeOpenDocuments"
     setObjectName(QStringLiteral("openDocuments"));
     parent->installEventFilter(this);
     fill();
+    Vs::AssetEventSource::get()->subscribe(this);
     Vs::DocumentEventSource::get()->subscribe(this);
     DocumentRemarkSource::get()->subscribe(this);
     SessionEventSource::get()->subscribe(this);
@@ -66,6 +70,7 @@ OpenSection::OpenSection(QWidget* parent) : TileSection(text("HomeOpenDocuments"
 
 OpenSection::~OpenSection()
 {
+    Vs::AssetEventSource::get()->unsubscribe(this);
     Vs::DocumentEventSource::get()->unsubscribe(this);
     DocumentRemarkSource::get()->unsubscribe(this);
     SessionEventSource::get()->unsubscribe(this);
@@ -79,7 +84,7 @@ void OpenSection::paintEvent(QPaintEvent* event)
     // The first picture that is drawn without a window brings the graphics up, for which nobody should have
     // to look at an empty page.
     m_painted = true;
-    QTimer::singleShot(0, this, [this] { drawNext(0); });
+    QTimer::singleShot(0, this, [this] { drawNext(); });
 }
 
 /// Tells of the page being shown, which the section, hidden without tiles, isn't told.
@@ -90,10 +95,36 @@ bool OpenSection::eventFilter(QObject* page, QEvent* event)
     return TileSection::eventFilter(page, event);
 }
 
+void OpenSection::assetComponentsChanged(Vs::ComponentsEvent* event)
+{
+    if (AssetSession* session = SessionMgr::get()->getOpenAssetSession(event->asset()))
+        m_undrawn.insert(session);
+    fillSoon();
+}
+
+void OpenSection::sessionPostActivateForAsset(SessionEvent* event)
+{
+    // The user may look from elsewhere by the next time.
+    if (event->assetSession())
+        m_undrawn.insert(event->assetSession());
+    fillSoon();
+}
+
+void OpenSection::sessionClosed(SessionEvent* event)
+{
+    m_undrawn.erase(event->assetSession());
+    if (const auto found = m_tiles.find(event->assetSession()); found != m_tiles.end()) {
+        std::vector<Tile*> left = tiles();
+        std::erase(left, found->second);
+        arrange(left);
+        found->second->deleteLater();
+        m_tiles.erase(found);
+    }
+    fillSoon();
+}
+
 void OpenSection::fillSoon()
 {
-    // What goes must not be asked for its picture any more.
-    m_sessions.clear();
     // A step of work behind the page must not cost what all the open documents do.
     m_stale = !parentWidget()->isVisible();
     if (m_filling || m_stale)
@@ -103,61 +134,87 @@ void OpenSection::fillSoon()
         m_filling = false;
         fill();
         if (m_painted)
-            drawNext(0);
+            drawNext();
     });
 }
 
 void OpenSection::fill()
 {
-    const int before = focused();
-    clear();
-    m_sessions.clear();
     const Workspace* workspace = WorkspaceMgr::activeWorkspace();
     const AssetShell* shell = workspace ? findShell<AssetShell>(workspace->shellManager()) : nullptr;
-    if (shell)
-        m_sessions = shell->assetSessions();
-    setVisible(!m_sessions.empty());
-    for (AssetSession* session : m_sessions) {
-        const Vs::Document* document = session->documentSession()->document();
-        auto* tile = new Tile(nameOf(*session->asset()),
-                              iconOfDocumentType(document->documentType()->identifier()), this);
-        const std::wstring path = document->path().empty() ? document->importedFrom() : document->path();
-        tile->place(path.empty() ? text("HomeNotSaved", "Not saved yet")
-                                 : QString::fromStdWString(FilePlace::shown(path)));
-        if (const auto place = FilePlace::of(path); place && place->mark)
-            tile->mark(iconOf(place->mark));
-        const QString remark = QString::fromStdWString(DocumentRemark::of(*document));
-        const QString changed = document->isDirty(false) ? text("HomeChanged", "Changed") : QString();
-        tile->note(changed.isEmpty() || remark.isEmpty() ? changed + remark
-                                                         : changed + QStringLiteral(", ") + remark);
-        // A session that went between the press and the command is not asked for anything.
-        const Vs::Asset* asset = session->asset();
-        connect(tile, &Tile::clicked, this, [asset] {
-            if (AssetSession* open = SessionMgr::get()->getOpenAssetSession(asset))
-                run(AssetShellCmdDef::info()->key(), AssetShellCmdDef::assetSessionArgumentName(), open);
-        });
-        tile->onRemove(
-            [asset] {
-                if (const AssetSession* open = SessionMgr::get()->getOpenAssetSession(asset))
-                    run(CloseDocumentCmdDef::info()->key(),
-                        CloseDocumentCmdDef::documentSessionArgumentName(), open->documentSession());
-            },
-            iconOf(Resources::Close()), text("HomeCloseDocument", "Close this document"));
-        add(tile);
+    std::map<AssetSession*, Tile*> kept;
+    std::vector<Tile*> shown;
+    for (AssetSession* session : shell ? shell->assetSessions() : std::vector<AssetSession*>()) {
+        const auto known = m_tiles.find(session);
+        Tile* tile = known == m_tiles.end() ? makeTile(*session) : known->second;
+        describe(*tile, *session);
+        kept.emplace(session, tile);
+        shown.push_back(tile);
     }
-    focus(before);
+    for (const auto& [session, tile] : m_tiles)
+        if (!kept.contains(session))
+            tile->deleteLater();
+    m_tiles = std::move(kept);
+    arrange(shown);
+    setVisible(!shown.empty());
 }
 
-void OpenSection::drawNext(size_t index)
+Tile* OpenSection::makeTile(AssetSession& session)
 {
-    if (index == 0 && m_drawing)
+    m_undrawn.insert(&session);
+    const Vs::Document* document = session.documentSession()->document();
+    auto* tile =
+        new Tile(nameOf(*session.asset()), iconOfDocumentType(document->documentType()->identifier()), this);
+    // A session that went between the press and the command is not asked for anything.
+    const Vs::Asset* asset = session.asset();
+    connect(tile, &Tile::clicked, this, [asset] {
+        if (AssetSession* open = SessionMgr::get()->getOpenAssetSession(asset))
+            run(AssetShellCmdDef::info()->key(), AssetShellCmdDef::assetSessionArgumentName(), open);
+    });
+    tile->onRemove(
+        [asset] {
+            if (const AssetSession* open = SessionMgr::get()->getOpenAssetSession(asset))
+                run(CloseDocumentCmdDef::info()->key(), CloseDocumentCmdDef::documentSessionArgumentName(),
+                    open->documentSession());
+        },
+        iconOf(Resources::Close()), text("HomeCloseDocument", "Close this document"));
+    return tile;
+}
+
+void OpenSection::describe(Tile& tile, const AssetSession& session)
+{
+    const Vs::Document* document = session.documentSession()->document();
+    tile.setText(nameOf(*session.asset()));
+    tile.setAccessibleName(tile.text());
+    const std::wstring path = document->path().empty() ? document->importedFrom() : document->path();
+    tile.place(path.empty() ? text("HomeNotSaved", "Not saved yet")
+                            : QString::fromStdWString(FilePlace::shown(path)));
+    const auto place = FilePlace::of(path);
+    tile.mark(place && place->mark ? iconOf(place->mark) : QIcon());
+    const QString remark = QString::fromStdWString(DocumentRemark::of(*document));
+    const QString changed = document->isDirty(false) ? text("HomeChanged", "Changed") : QString();
+    tile.note(changed.isEmpty() || remark.isEmpty() ? changed + remark
+                                                    : changed + QStringLiteral(", ") + remark);
+}
+
+void OpenSection::drawNext()
+{
+    if (m_drawing)
         return;
-    m_drawing = index < m_sessions.size();
-    if (!m_drawing)
+    const auto next =
+        std::ranges::find_if(m_tiles, [this](const auto& each) { return m_undrawn.contains(each.first); });
+    if (next == m_tiles.end() || !parentWidget()->isVisible())
         return;
-    const std::string png = thumbnailOf(m_sessions[index]->asset(), kPictureSide);
-    tiles()[index]->picture(pngFromBytes(png));
-    QTimer::singleShot(0, this, [this, index] { drawNext(index + 1); });
+    const auto& [session, tile] = *next;
+    m_undrawn.erase(session);
+    const std::string png = thumbnailOf(session->asset(), kPictureSide);
+    tile->picture(pngFromBytes(png));
+    ForeignPictures::drawn(*session->asset(), png);
+    m_drawing = true;
+    QTimer::singleShot(0, this, [this] {
+        m_drawing = false;
+        drawNext();
+    });
 }
 
 } // namespace Vu::Commands

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/DocumentEvents.h"
 #include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/SessionEvents.h"
 #include "UI/Commands/Adaptations/QT/Shell/TileSection.h"
+
+#include <map>
+#include <set>
 
 namespace Vu {
 class AssetSession;
@@ -12,9 +16,10 @@ class AssetSession;
 namespace Vu::Commands {
 
 /// The assets that are open in the workspace, with a picture of how they look now; a press goes back to them.
-/// Takes no room without any. The pictures are drawn one by one behind the first picture of the window; while
-/// the page isn't shown, nothing is.
+/// Takes no room without any. Pictures are drawn one by one behind the first picture of the window, and again
+/// only of what was changed or looked at since; while the page isn't shown, nothing is.
 class OpenSection : public TileSection,
+                    private Vs::AssetEventSite,
                     private Vs::DocumentEventSite,
                     private DocumentRemarkSite,
                     private SessionEventSite
@@ -28,18 +33,23 @@ protected:
     bool eventFilter(QObject* page, QEvent* event) override;
 
 private:
+    void assetComponentsChanged(Vs::ComponentsEvent* event) override;
     void documentUpdated(Vs::DocumentEvent*) override { fillSoon(); }
     void documentSaved(Vs::DocumentEvent*) override { fillSoon(); }
     void documentClosed(Vs::DocumentEvent*) override { fillSoon(); }
     void documentRemarksChanged(Vs::Event*) override { fillSoon(); }
     void sessionCreated(SessionEvent*) override { fillSoon(); }
-    void sessionClosed(SessionEvent*) override { fillSoon(); }
+    void sessionPostActivateForAsset(SessionEvent* event) override;
+    void sessionClosed(SessionEvent* event) override;
 
     void fillSoon();
     void fill();
-    void drawNext(size_t index);
+    Tile* makeTile(AssetSession& session);
+    static void describe(Tile& tile, const AssetSession& session);
+    void drawNext();
 
-    std::vector<AssetSession*> m_sessions; ///< One of each tile.
+    std::map<AssetSession*, Tile*> m_tiles;
+    std::set<AssetSession*> m_undrawn; ///< Whose pictures show what was.
     bool m_filling = false;
     bool m_stale = false; ///< Filled when the page is shown.
     bool m_drawing = false;

@@ -5,18 +5,27 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Session/FilePlace.h"
+#include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/ReplacingDocument.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
+#include "UI/Commands/Adaptations/QT/Shell/ForeignPictures.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 
+#include <QClipboard>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+
+#include <algorithm>
 
 namespace Vu::Commands {
 namespace {
@@ -41,6 +50,32 @@ void open(const std::wstring& path)
         ReplacingDocument::executeLater(definition, context);
 }
 
+/// Both lists know of the other's removals only where they tell them.
+void forget(const std::wstring& path)
+{
+    RecentDocumentMgr::get()->remove(path);
+    RecentPaths::files().remove(path);
+}
+
+/// One that only the documents' list knew is noted with its pin.
+void pin(const std::wstring& path, bool value)
+{
+    RecentPaths& files = RecentPaths::files();
+    if (std::ranges::find(files.entries(), path, &RecentPaths::Entry::path) == files.entries().end())
+        files.add(path);
+    files.pin(path, value);
+}
+
+/// Native documents that were used before files of all kinds were noted stand behind them.
+std::vector<RecentPaths::Entry> listed()
+{
+    std::vector<RecentPaths::Entry> entries = RecentPaths::files().entries();
+    for (const RecentDocument* document : RecentDocumentMgr::get()->newestFirst(RecentDocumentMgr::kMaximum))
+        if (std::ranges::find(entries, document->path(), &RecentPaths::Entry::path) == entries.end())
+            entries.push_back({document->path()});
+    return entries;
+}
+
 /// The folder as its owner would write it.
 QString folderOf(const QFileInfo& file)
 {
@@ -51,17 +86,20 @@ QString folderOf(const QFileInfo& file)
                : folder;
 }
 
-QLabel* hint(QWidget* parent)
+/// Of foreign files the suffix tells the kind.
+QString nameOf(const std::wstring& path)
 {
-    auto* label = PlainText::label(
-        parent,
-        text("HomeEmpty",
-             "Nothing has been worked on here yet. Make a new document, open a model, or drop "
-             "files anywhere on this window: STEP, IGES, BREP, STL, OBJ, glTF and VRML are read as well."));
+    const QFileInfo file(QString::fromStdWString(path));
+    return isNative(path) ? file.completeBaseName() : file.fileName();
+}
+
+QLabel* hint(const QString& content, QWidget* parent)
+{
+    auto* label = PlainText::label(parent, content);
     label->setObjectName(QStringLiteral("homeHint"));
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignCenter);
-    constexpr int kHintHeight = 140;
+    constexpr int kHintHeight = 120;
     label->setMinimumHeight(kHintHeight);
     return label;
 }
@@ -69,62 +107,151 @@ QLabel* hint(QWidget* parent)
 } // namespace
 
 RecentSection::RecentSection(QWidget* parent)
-    : TileSection(text("HomeRecentDocuments", "Recent documents"), parent)
+    : TileSection(text("HomeRecentDocuments", "Recent documents"), parent), m_filter(new QLineEdit(this))
 {
     setObjectName(QStringLiteral("recentDocuments"));
+    m_filter->setObjectName(QStringLiteral("recentFilter"));
+    m_filter->setPlaceholderText(text("HomeFilter", "Filter by name or folder"));
+    m_filter->setAccessibleName(m_filter->placeholderText());
+    m_filter->setClearButtonEnabled(true);
+    constexpr int kFilterWidth = 240, kLongest = 200;
+    m_filter->setFixedWidth(kFilterWidth);
+    m_filter->setMaxLength(kLongest);
+    m_filter->installEventFilter(this);
+    connect(m_filter, &QLineEdit::textChanged, this, [this] { fill(); });
+    addToHeading(m_filter);
     fill();
-    RecentDocumentMgr::get()->subscribe(this);
+    RecentPaths::files().subscribe(this);
     WorkspaceEventSource::get()->subscribe(this);
+    ForeignPictures::begin();
 }
 
 RecentSection::~RecentSection()
 {
-    RecentDocumentMgr::get()->unsubscribe(this);
+    RecentPaths::files().unsubscribe(this);
     WorkspaceEventSource::get()->unsubscribe(this);
+}
+
+bool RecentSection::passes(const std::wstring& path) const
+{
+    const QString place = QString::fromStdWString(FilePlace::shown(path));
+    for (const QString& word : m_filter->text().split(u' ', Qt::SkipEmptyParts))
+        if (!place.contains(word, Qt::CaseInsensitive))
+            return false;
+    return true;
 }
 
 void RecentSection::fill()
 {
-    const int before = focused();
-    clear();
-    m_paths.clear();
-    const std::vector<RecentDocument*> documents =
-        RecentDocumentMgr::get()->newestFirst(RecentDocumentMgr::kMaximum);
-    placeholder(documents.empty() ? hint(this) : nullptr);
-    for (const RecentDocument* document : documents) {
-        const std::wstring path = document->path();
-        const QFileInfo file(QString::fromStdWString(path));
-        auto* tile = new Tile(file.completeBaseName(), iconOfFile(path), this);
-        const auto place = FilePlace::of(path);
-        tile->place(place ? QString::fromStdWString(place->folder) : folderOf(file));
-        if (place && place->mark)
-            tile->mark(iconOf(place->mark));
-        PlainText::setTooltip(tile, place ? QString::fromStdWString(place->place)
-                                          : QDir::toNativeSeparators(file.filePath()));
-        connect(tile, &Tile::clicked, this, [path] { open(path); });
-        tile->onRemove([path] { RecentDocumentMgr::get()->remove(path); }, iconOf(Resources::DeleteMRU()),
-                       text("HomeRemove", "Remove from this list"));
-        m_paths.push_back(path);
-        add(tile);
+    const std::vector<RecentPaths::Entry> entries = listed();
+    std::map<std::wstring, Tile*> kept;
+    std::vector<Tile*> shown;
+    for (const RecentPaths::Entry& entry : entries) {
+        Tile* tile = tileOf(entry);
+        tile->pinned(entry.isPinned);
+        kept.emplace(entry.path, tile);
+        if (passes(entry.path))
+            shown.push_back(tile);
     }
-    focus(before);
-    lookAgain();
+    // A tile that is filtered out stays, with its picture, for when it is wanted again.
+    for (const auto& [path, tile] : m_tiles)
+        if (!kept.contains(path))
+            tile->deleteLater();
+    m_tiles = std::move(kept);
+    m_filter->setVisible(!entries.empty());
+    arrange(shown);
+    placeholder(
+        entries.empty()
+            ? hint(text("HomeEmpty",
+                        "Nothing has been worked on here yet. Make a new document, open a model, or drop "
+                        "files anywhere on this window: STEP, IGES, BREP, STL, OBJ, glTF and VRML are read "
+                        "as well."),
+                   this)
+        : shown.empty() ? hint(text("HomeNoneFound", "None of these has that in its name or folder."), this)
+                        : nullptr);
+}
+
+Tile* RecentSection::tileOf(const RecentPaths::Entry& entry)
+{
+    const std::wstring& path = entry.path;
+    if (const auto known = m_tiles.find(path); known != m_tiles.end())
+        return known->second;
+    const QFileInfo file(QString::fromStdWString(path));
+    auto* tile = new Tile(nameOf(path), iconOfFile(path), this);
+    const auto place = FilePlace::of(path);
+    tile->place(place ? QString::fromStdWString(place->folder) : folderOf(file));
+    if (place && place->mark)
+        tile->mark(iconOf(place->mark));
+    PlainText::setTooltip(tile, place ? QString::fromStdWString(place->place)
+                                      : QDir::toNativeSeparators(file.filePath()));
+    connect(tile, &Tile::clicked, this, [path] { open(path); });
+    tile->onRemove([path] { forget(path); }, iconOf(Resources::DeleteMRU()),
+                   text("HomeRemove", "Remove from this list"));
+    tile->onPin([tile, path] { pin(path, !tile->pinned()); });
+    tile->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(tile, &Tile::customContextMenuRequested, this, [this, tile, path] { showMenu(*tile, path); });
+    look(path);
+    return tile;
+}
+
+void RecentSection::showMenu(Tile& tile, const std::wstring& path)
+{
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(text("HomeOpen", "Open"), this, [path] { open(path); });
+    menu->addAction(tile.pinned() ? text("HomeUnpin", "No longer keep at the front")
+                                  : text("HomePin", "Keep at the front of this list"),
+                    this, [path, value = !tile.pinned()] { pin(path, value); });
+    menu->addAction(text("HomeCopyPath", "Copy Path"), this,
+                    [path] { QGuiApplication::clipboard()->setText(QString::fromStdWString(path)); });
+    menu->addSeparator();
+    menu->addAction(iconOf(Resources::DeleteMRU()), text("HomeRemove", "Remove from this list"), this,
+                    [path] { forget(path); });
+    menu->popup(QCursor::pos());
+}
+
+/// The Down key leads from the field to the tiles, and Escape empties it.
+bool RecentSection::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != m_filter || event->type() != QEvent::KeyPress)
+        return TileSection::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Down && !tiles().empty())
+        tiles().front()->setFocus(Qt::TabFocusReason);
+    else if (key == Qt::Key_Escape && !m_filter->text().isEmpty())
+        m_filter->clear();
+    else if ((key == Qt::Key_Return || key == Qt::Key_Enter) && tiles().size() == 1)
+        tiles().front()->click();
+    else
+        return TileSection::eventFilter(watched, event);
+    return true;
 }
 
 void RecentSection::lookAgain()
 {
-    for (size_t i = 0; i < m_paths.size(); ++i) {
-        Tile* tile = tiles()[i];
-        const bool isCloud = Vs::PathInfo::isPathInCloudCache(m_paths[i]);
-        lookAtLater(m_paths[i], tile, [tile, isCloud](const FilePreview& file) {
-            // Of what is on the drive, the copy here may have been cleared.
-            tile->missing(!file.exists && !isCloud);
-            tile->note(file.exists ? dayText(file.modified, QDateTime::currentDateTime())
-                       : isCloud   ? text("HomeOnDrive", "On the drive")
-                                   : text("HomeMissing", "This file is no longer there"));
-            tile->picture(file.picture);
-        });
-    }
+    for (const auto& [path, tile] : m_tiles)
+        look(path);
+}
+
+void RecentSection::look(const std::wstring& path)
+{
+    // A disk that doesn't answer is asked once.
+    if (!m_asked.insert(path).second)
+        return;
+    const bool isCloud = Vs::PathInfo::isPathInCloudCache(path);
+    lookAtLater(path, this, [this, path, isCloud](const FilePreview& file) {
+        m_asked.erase(path);
+        const auto found = m_tiles.find(path);
+        if (found == m_tiles.end())
+            return;
+        Tile* tile = found->second;
+        // Of what is on the drive, the copy here may have been cleared.
+        tile->missing(!file.exists && !isCloud);
+        tile->note(file.exists ? dayText(file.modified, QDateTime::currentDateTime())
+                   : isCloud   ? text("HomeOnDrive", "On the drive")
+                               : text("HomeMissing", "This file is no longer there"));
+        tile->picture(file.picture);
+    });
 }
 
 } // namespace Vu::Commands

@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
 #include "UI/Commands/Adaptations/QT/Shell/FlowLayout.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
@@ -53,12 +54,18 @@ void ShellButton::inputControlDestroyed(InputControl*)
     setEnabled(false);
 }
 
+void ShellButton::title(const std::wstring& text)
+{
+    m_title = text;
+    draw();
+}
+
 void ShellButton::draw()
 {
     if (!m_control)
         return;
     const Info* info = m_control->info();
-    setText(QLatin1Char(' ') + QString::fromStdWString(info->name()));
+    setText(QLatin1Char(' ') + QString::fromStdWString(m_title.empty() ? info->name() : m_title));
     setIcon(info->icon() ? iconOf(info->icon()) : m_picture);
     setEnabled(m_control->enabled());
     // Of two commands that share one purpose, only the one that can be used shows.
@@ -82,34 +89,32 @@ void ShellButton::fillMenu()
     }
 }
 
+void addShellButtons(QLayout& layout, QWidget* parent, bool atEnd)
+{
+    for (const Toolbar& toolbar : ToolbarManager::get()->toolbars())
+        if (toolbar.contents == "HomeButtons" && toolbar.atEnd == atEnd && toolbar.standsIn({}))
+            for (const ToolbarItem& item : toolbar.items)
+                if (CommandDefinition* definition =
+                        CommandDefinitionMgr::get()->findCommandDefinitionById(item.command))
+                    layout.addWidget(new ShellButton(definition, item.picture, parent));
+}
+
 QWidget* makeShellButtons(QWidget* parent)
 {
     auto* row = new QWidget(parent);
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(kSideMargin, 0, kSideMargin, kSpacing);
     layout->setSpacing(kSpacing);
-    // Those at the beginning take a second line where the window is narrow.
+    // They take a second line where the window is narrow.
     auto* flowing = new QWidget(row);
     auto* flow = new FlowLayout(flowing, kSpacing);
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     flowing->setSizePolicy(policy);
     layout->addWidget(flowing, 1);
-    const auto addAll = [&](bool atEnd) {
-        for (const Toolbar& toolbar : ToolbarManager::get()->toolbars())
-            if (toolbar.contents == "HomeButtons" && toolbar.atEnd == atEnd && toolbar.standsIn({}))
-                for (const ToolbarItem& item : toolbar.items)
-                    if (CommandDefinition* definition =
-                            CommandDefinitionMgr::get()->findCommandDefinitionById(item.command)) {
-                        auto* button = new ShellButton(definition, item.picture, atEnd ? row : flowing);
-                        if (atEnd)
-                            layout->addWidget(button, 0, Qt::AlignTop);
-                        else
-                            flow->addWidget(button);
-                    }
-    };
-    addAll(false);
-    addAll(true);
+    addShellButtons(*flow, flowing, false);
+    if (QWidget* search = AreaContents::make("HomeSearch", row))
+        layout->addWidget(search);
     return row;
 }
 

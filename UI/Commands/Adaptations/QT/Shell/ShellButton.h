@@ -4,6 +4,8 @@
 
 #include <QToolButton>
 
+class QLayout;
+
 namespace Vu {
 class CommandDefinition;
 }
@@ -18,6 +20,9 @@ public:
     ShellButton(CommandDefinition* definition, const std::wstring& picture, QWidget* parent);
     ~ShellButton() override;
 
+    /// What stands there instead of the command's own title; empty for that.
+    void title(const std::wstring& text);
+
 private:
     void inputControlChanged(InputControl*) override { draw(); }
     void inputControlDestroyed(InputControl*) override;
@@ -25,11 +30,15 @@ private:
     void fillMenu();
 
     CommandDefinition* m_definition;
+    std::wstring m_title;
     QIcon m_picture;
     InputControl* m_control;
 };
 
-/// The buttons of the toolbars that stand in the area "HomeButtons".
+/// Adds the buttons of the toolbars with the contents "HomeButtons": those at the far end, or the others.
+void addShellButtons(QLayout& layout, QWidget* parent, bool atEnd);
+
+/// The row of those that begin something, with the search beside them.
 QWidget* makeShellButtons(QWidget* parent);
 
 } // namespace Vu::Commands

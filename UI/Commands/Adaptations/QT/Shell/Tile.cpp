@@ -1,8 +1,10 @@
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
 
 #include "UI/Base/Window/PlainText.h"
+#include "UI/Base/Window/QtIcon.h"
+#include "UI/Commands/Localized.h"
+#include "UI/Commands/Resources.h"
 
-#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -14,9 +16,33 @@ namespace {
 constexpr int kRadius = 8;
 constexpr int kPadding = 12;
 constexpr int kIconSize = 64;
-constexpr int kRemoveSize = 24;
+constexpr int kCornerSize = 24;
+constexpr int kFromCorner = 6;
+constexpr int kLineSpacing = 3;
 constexpr double kFaint = 0.45;
 constexpr int kMiddleLightness = 128;
+
+QString told(const char* key, const char* english)
+{
+    return QString::fromStdWString(localized(key, english));
+}
+
+int pictureHeight(int width)
+{
+    return width * 5 / 8;
+}
+
+QFont boldOf(QFont font)
+{
+    font.setBold(true);
+    return font;
+}
+
+QFont smallOf(QFont font)
+{
+    font.setPointSizeF(font.pointSizeF() * 0.9);
+    return font;
+}
 
 /// Where the pictures stand: about the ground that models have in the canvas, so that they look as there.
 QLinearGradient ground(const QRect& rect, bool dark)
@@ -33,7 +59,9 @@ Tile::Tile(const QString& name, const QIcon& icon, QWidget* parent) : QAbstractB
 {
     setText(name);
     setAccessibleName(name);
-    setFixedSize(kWidth, kHeight);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
@@ -66,7 +94,7 @@ void Tile::picture(const QImage& image)
 void Tile::missing(bool value)
 {
     m_missing = value;
-    showRemove();
+    showCornerButtons();
     update();
 }
 
@@ -76,53 +104,99 @@ void Tile::mark(const QIcon& icon)
     update();
 }
 
+QToolButton* Tile::makeCornerButton(const char* name, std::function<void()> Tile::*action)
+{
+    auto* button = new QToolButton(this);
+    button->setObjectName(QLatin1String(name));
+    button->setCursor(Qt::ArrowCursor);
+    button->setFocusPolicy(Qt::NoFocus);
+    connect(button, &QToolButton::clicked, this, [this, action] {
+        // The action may delete the tile, and with it the function that runs.
+        const std::function<void()> copy = this->*action;
+        copy();
+    });
+    return button;
+}
+
 void Tile::onRemove(std::function<void()> action, const QIcon& icon, const QString& tooltip)
 {
     m_onRemove = std::move(action);
-    m_remove = new QToolButton(this);
-    m_remove->setObjectName(QStringLiteral("removeTile"));
+    m_remove = makeCornerButton("removeTile", &Tile::m_onRemove);
     m_remove->setIcon(icon);
     PlainText::setTooltip(m_remove, tooltip);
     m_remove->setAccessibleName(tooltip);
-    m_remove->setCursor(Qt::ArrowCursor);
-    m_remove->setFocusPolicy(Qt::NoFocus);
-    m_remove->setGeometry(kWidth - kRemoveSize - 6, 6, kRemoveSize, kRemoveSize);
-    connect(m_remove, &QToolButton::clicked, this, [this] {
-        // The action may delete the tile, and with it the function that runs.
-        const std::function<void()> action = m_onRemove;
-        action();
-    });
-    showRemove();
+    showCornerButtons();
 }
 
-void Tile::showRemove()
+void Tile::onPin(std::function<void()> action)
 {
+    m_onPin = std::move(action);
+    m_pin = makeCornerButton("pinTile", &Tile::m_onPin);
+    pinned(m_pinned);
+}
+
+void Tile::pinned(bool value)
+{
+    m_pinned = value;
+    if (!m_pin)
+        return;
+    m_pin->setIcon(iconOf(value ? Resources::PinnedMRU() : Resources::UnpinnedMRU()));
+    const QString tooltip = value ? told("HomeUnpin", "No longer keep at the front")
+                                  : told("HomePin", "Keep at the front of this list");
+    PlainText::setTooltip(m_pin, tooltip);
+    m_pin->setAccessibleName(tooltip);
+    showCornerButtons();
+}
+
+void Tile::showCornerButtons()
+{
+    const bool touched = underMouse() || hasFocus();
     if (m_remove)
-        m_remove->setVisible(m_missing || underMouse() || hasFocus());
+        m_remove->setVisible(m_missing || touched);
+    if (m_pin)
+        m_pin->setVisible(m_pinned || touched);
+}
+
+void Tile::resizeEvent(QResizeEvent* event)
+{
+    QAbstractButton::resizeEvent(event);
+    QRect corner(width() - kCornerSize - kFromCorner, kFromCorner, kCornerSize, kCornerSize);
+    for (QToolButton* button : {m_remove, m_pin}) {
+        if (!button)
+            continue;
+        button->setGeometry(corner);
+        corner.translate(-kCornerSize - kFromCorner / 2, 0);
+    }
+}
+
+int Tile::heightForWidth(int width) const
+{
+    return pictureHeight(width) + 3 * kPadding / 2 + QFontMetrics(boldOf(font())).height() +
+           2 * (QFontMetrics(smallOf(font())).height() + kLineSpacing);
 }
 
 void Tile::enterEvent(QEnterEvent* event)
 {
     QAbstractButton::enterEvent(event);
-    showRemove();
+    showCornerButtons();
 }
 
 void Tile::leaveEvent(QEvent* event)
 {
     QAbstractButton::leaveEvent(event);
-    showRemove();
+    showCornerButtons();
 }
 
 void Tile::focusInEvent(QFocusEvent* event)
 {
     QAbstractButton::focusInEvent(event);
-    showRemove();
+    showCornerButtons();
 }
 
 void Tile::focusOutEvent(QFocusEvent* event)
 {
     QAbstractButton::focusOutEvent(event);
-    showRemove();
+    showCornerButtons();
 }
 
 void Tile::keyPressEvent(QKeyEvent* event)
@@ -131,6 +205,8 @@ void Tile::keyPressEvent(QKeyEvent* event)
         click();
     } else if (event->key() == Qt::Key_Delete && m_remove) {
         m_remove->click();
+    } else if (event->key() == Qt::Key_P && event->modifiers() == Qt::NoModifier && m_pin) {
+        m_pin->click();
     } else if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right || event->key() == Qt::Key_Up ||
                event->key() == Qt::Key_Down) {
         event->ignore(); // The list knows its rows.
@@ -155,6 +231,40 @@ void Tile::paintPicture(QPainter& painter, const QRect& rect) const
     painter.drawImage(target, m_picture);
 }
 
+void Tile::paintMark(QPainter& painter) const
+{
+    if (m_mark.isNull())
+        return;
+    constexpr int kMarkSize = 24, kGround = 32;
+    const QRect ground(width() - kGround - kFromCorner, pictureHeight(width()) - kGround - kFromCorner,
+                       kGround, kGround);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette().color(QPalette::Base));
+    painter.drawEllipse(ground);
+    QRect place(0, 0, kMarkSize, kMarkSize);
+    place.moveCenter(ground.center());
+    m_mark.paint(&painter, place);
+}
+
+void Tile::paintTexts(QPainter& painter) const
+{
+    const int textWidth = width() - 2 * kPadding;
+    int y = pictureHeight(width()) + kPadding * 3 / 4;
+    const auto line = [&](const QString& text, const QFont& used, QPalette::ColorRole role,
+                          Qt::TextElideMode elide) {
+        const QFontMetrics metrics(used);
+        painter.setFont(used);
+        painter.setPen(palette().color(role));
+        painter.drawText(QRect(kPadding, y, textWidth, metrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
+                         metrics.elidedText(text, elide, textWidth));
+        y += metrics.height() + kLineSpacing;
+    };
+    line(text(), boldOf(font()), QPalette::Text, Qt::ElideMiddle);
+    const QFont small = smallOf(font());
+    line(m_place, small, QPalette::PlaceholderText, Qt::ElideLeft);
+    line(m_note, small, QPalette::PlaceholderText, Qt::ElideRight);
+}
+
 void Tile::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
@@ -170,38 +280,10 @@ void Tile::paintEvent(QPaintEvent*)
 
     painter.save();
     painter.setClipPath(shape);
-    paintPicture(painter, QRect(1, 1, width() - 2, kPictureHeight));
+    paintPicture(painter, QRect(1, 1, width() - 2, pictureHeight(width())));
     painter.restore();
-    if (!m_mark.isNull()) {
-        constexpr int kMarkSize = 24, kGround = 32, kFromEdge = 6;
-        const QRect ground(width() - kGround - kFromEdge, kPictureHeight - kGround - kFromEdge, kGround,
-                           kGround);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(palette().color(QPalette::Base));
-        painter.drawEllipse(ground);
-        QRect place(0, 0, kMarkSize, kMarkSize);
-        place.moveCenter(ground.center());
-        m_mark.paint(&painter, place);
-    }
-
-    const int textWidth = width() - 2 * kPadding;
-    QFont bold = font();
-    bold.setBold(true);
-    int y = kPictureHeight + 9;
-    const auto line = [&](const QString& text, const QFont& used, QPalette::ColorRole role,
-                          Qt::TextElideMode elide) {
-        const QFontMetrics metrics(used);
-        painter.setFont(used);
-        painter.setPen(palette().color(role));
-        painter.drawText(QRect(kPadding, y, textWidth, metrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
-                         metrics.elidedText(text, elide, textWidth));
-        y += metrics.height() + 3;
-    };
-    QFont small = font();
-    small.setPointSizeF(small.pointSizeF() * 0.9);
-    line(text(), bold, QPalette::Text, Qt::ElideMiddle);
-    line(m_place, small, QPalette::PlaceholderText, Qt::ElideLeft);
-    line(m_note, small, QPalette::PlaceholderText, Qt::ElideRight);
+    paintMark(painter);
+    paintTexts(painter);
 
     painter.setOpacity(1);
     painter.setPen(QPen(palette().color(touched ? QPalette::Highlight : QPalette::Mid), chosen ? 2 : 1));

@@ -11,13 +11,12 @@ class QToolButton;
 namespace Vu::Commands {
 
 /// A card of the home screen: a picture, a name, and two lines below it. It is pressed like a button; with
-/// the keyboard, Return opens it and Delete takes it off the list.
+/// the keyboard, Return opens it, P pins it and Delete takes it off the list. Its height follows its width.
 class Tile : public QAbstractButton
 {
 public:
-    static constexpr int kWidth = 216;
-    static constexpr int kPictureHeight = 136;
-    static constexpr int kHeight = 210;
+    static constexpr int kLeastWidth = 196;
+    static constexpr int kMostWidth = 264;
 
     /// `icon` stands where there is no picture.
     Tile(const QString& name, const QIcon& icon, QWidget* parent);
@@ -40,8 +39,15 @@ public:
 
     /// Gives the tile a small button in its corner, with that tooltip. The tile may be gone afterwards.
     void onRemove(std::function<void()> action, const QIcon& icon, const QString& tooltip);
+    /// Another one beside it. `pinned` tells how it looks.
+    void onPin(std::function<void()> action);
+    /// A tile that is pinned shows its pin all the time.
+    void pinned(bool value);
+    bool pinned() const { return m_pinned; }
 
-    QSize sizeHint() const override { return {kWidth, kHeight}; }
+    int heightForWidth(int width) const override;
+    QSize sizeHint() const override { return minimumSizeHint(); }
+    QSize minimumSizeHint() const override { return {kLeastWidth, heightForWidth(kLeastWidth)}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -50,18 +56,23 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    QToolButton* makeCornerButton(const char* name, std::function<void()> Tile::*action);
     void paintPicture(QPainter& painter, const QRect& rect) const;
+    void paintMark(QPainter& painter) const;
+    void paintTexts(QPainter& painter) const;
     void describe();
-    void showRemove();
+    void showCornerButtons();
 
     QIcon m_icon, m_mark;
     QImage m_picture;
     QString m_place, m_note;
-    QToolButton* m_remove = nullptr;
-    std::function<void()> m_onRemove;
+    QToolButton *m_remove = nullptr, *m_pin = nullptr;
+    std::function<void()> m_onRemove, m_onPin;
     bool m_missing = false;
+    bool m_pinned = false;
 };
 
 } // namespace Vu::Commands

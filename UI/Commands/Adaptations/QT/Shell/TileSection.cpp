@@ -21,8 +21,9 @@ constexpr int kSideMargin = 40;
 TileSection::TileSection(const QString& title, QWidget* parent)
     : QWidget(parent),
       m_title(PlainText::label(this, title)),
+      m_heading(new QHBoxLayout),
       m_flowing(new QWidget(this)),
-      m_flow(new FlowLayout(m_flowing, kSpacing))
+      m_flow(new FlowLayout(m_flowing, kSpacing, FlowLayout::Cells{Tile::kLeastWidth, Tile::kMostWidth}))
 {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kSideMargin, kSpacing, kSideMargin, kSpacing);
@@ -31,7 +32,8 @@ TileSection::TileSection(const QString& title, QWidget* parent)
     font.setPointSizeF(font.pointSizeF() * 1.25);
     font.setBold(true);
     m_title->setFont(font);
-    column->addWidget(m_title);
+    m_heading->addWidget(m_title, 1);
+    column->addLayout(m_heading);
     column->addWidget(m_flowing);
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
@@ -39,22 +41,32 @@ TileSection::TileSection(const QString& title, QWidget* parent)
     setSizePolicy(policy);
 }
 
-void TileSection::add(Tile* tile)
+void TileSection::addToHeading(QWidget* widget)
 {
-    tile->setParent(m_flowing);
-    m_flow->addWidget(tile);
-    m_tiles.push_back(tile);
-    tile->show();
+    m_heading->addWidget(widget);
 }
 
-void TileSection::clear()
+void TileSection::arrange(const std::vector<Tile*>& tiles)
 {
+    const int before = focused();
+    const Tile* held = before < 0 ? nullptr : m_tiles[static_cast<size_t>(before)];
+    const bool stays = std::ranges::find(tiles, held) != tiles.end();
     for (Tile* tile : m_tiles) {
         m_flow->removeWidget(tile);
-        tile->hide();
-        tile->deleteLater();
+        if (std::ranges::find(tiles, tile) == tiles.end())
+            tile->hide();
     }
-    m_tiles.clear();
+    for (Tile* tile : tiles) {
+        if (tile->parentWidget() != m_flowing)
+            tile->setParent(m_flowing);
+        m_flow->addWidget(tile);
+        tile->show();
+    }
+    for (size_t i = 1; i < tiles.size(); ++i)
+        QWidget::setTabOrder(tiles[i - 1], tiles[i]);
+    m_tiles = tiles;
+    if (held && !stays && !tiles.empty())
+        tiles[std::min(static_cast<size_t>(before), tiles.size() - 1)]->setFocus();
 }
 
 void TileSection::placeholder(QWidget* widget)
@@ -73,13 +85,6 @@ int TileSection::focused() const
         if (m_tiles[i]->hasFocus())
             return static_cast<int>(i);
     return -1;
-}
-
-void TileSection::focus(int index)
-{
-    if (index < 0 || m_tiles.empty())
-        return;
-    m_tiles[static_cast<size_t>(std::min<int>(index, static_cast<int>(m_tiles.size()) - 1))]->setFocus();
 }
 
 Tile* TileSection::neighbour(const Tile* from, int key) const

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+class QHBoxLayout;
 class QLabel;
 
 namespace Vu::Commands {
@@ -11,7 +12,8 @@ namespace Vu::Commands {
 class FlowLayout;
 class Tile;
 
-/// Tiles below a heading. The arrow keys go from tile to tile, in rows and columns as they lie.
+/// Tiles below a heading. The arrow keys go from tile to tile, in rows and columns as they lie. All sections
+/// of one width have tiles of one width.
 class TileSection : public QWidget
 {
 public:
@@ -20,15 +22,16 @@ public:
     const std::vector<Tile*>& tiles() const { return m_tiles; }
 
 protected:
-    /// The section takes the tile, as its last one.
-    void add(Tile* tile);
-    /// Takes all tiles away; at the end of the event, since one of them may be what asks for it.
-    void clear();
+    /// What the section shows from now on, in this order; it takes the new ones. Those that aren't among them
+    /// are hidden, and the caller's to delete: at the end of the event, since one of them may be what asks
+    /// for it. The keyboard stays with its tile, or goes to the one that takes its place.
+    void arrange(const std::vector<Tile*>& tiles);
+    /// Beside the heading, at the far end.
+    void addToHeading(QWidget* widget);
     /// Instead of tiles; null takes it away.
     void placeholder(QWidget* widget);
-    /// To the tile that has the focus, or, if that went, to the one that stands in its place.
+    /// The number of the tile that has the keyboard, or -1.
     int focused() const;
-    void focus(int index);
 
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -36,6 +39,7 @@ private:
     Tile* neighbour(const Tile* from, int key) const;
 
     QLabel* m_title;
+    QHBoxLayout* m_heading;
     QWidget* m_flowing;
     FlowLayout* m_flow;
     QWidget* m_placeholder = nullptr;

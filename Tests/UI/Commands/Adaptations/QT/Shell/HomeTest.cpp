@@ -1,12 +1,17 @@
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
 #include "Tests/UI/Becomes.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
+#include "UI/Base/Session/RecentPaths.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Workspace/ShellMgr.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
+#include "UI/Commands/Adaptations/QT/Shell/FilePictures.h"
 #include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
 #include "UI/Commands/Adaptations/QT/Shell/TileSection.h"
@@ -16,6 +21,7 @@
 #include "UI/Commands/Shells/ManagementShell.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QToolButton>
 #include <QtTest/QTest>
 
@@ -38,7 +44,7 @@ protected:
     void SetUp() override
     {
         WithProgram::SetUp();
-        RecentDocumentMgr::get()->clearRecent();
+        forgetAll();
         m_before = WorkspaceMgr::activeWorkspace();
         m_workspace = WorkspaceMgr::get()->create();
         m_workspace->window()->show();
@@ -48,7 +54,15 @@ protected:
         WithProgram::TearDown();
         WorkspaceMgr::get()->close(m_workspace);
         WorkspaceMgr::activeWorkspace(m_before);
+        forgetAll();
+    }
+
+    static void forgetAll()
+    {
         RecentDocumentMgr::get()->clearRecent();
+        for (RecentPaths* paths : {&RecentPaths::files(), &RecentPaths::scripts()})
+            for (const RecentPaths::Entry& entry : std::vector(paths->entries()))
+                paths->remove(entry.path);
     }
 
     TileSection* section(const char* name) const
@@ -113,11 +127,103 @@ TEST_F(HomeTest, TheTileOfAFileThatIsGoneIsFaintAndCanBeTakenAwayByButtonAndByKe
     EXPECT_TRUE(boost::filesystem::exists(scratch(L"Third.vlra")));
 }
 
+TEST_F(HomeTest, AForeignFileStandsAmongTheRecentOnesWithItsPicture)
+{
+    answer(L"Design.Sample");
+    answer(L"Design.Export " + scratch(L"stand.stl"));
+    answer(L"Document.CloseAll");
+    answer(L"Document.Open " + scratch(L"stand.stl"));
+    answer(L"VuCommands.ManagementShellCmd");
+    // It is drawn for the open document, and kept.
+    ASSERT_TRUE(becomes([&] { return open().size() == 1 && open()[0]->hasPicture(); }));
+    const std::wstring pictures = FilePictures::folder();
+    ASSERT_TRUE(becomes([&] { return lookAt(scratch(L"stand.stl"), pictures).picture.width() > 100; }));
+    answer(L"Document.CloseAll");
+    RecentPaths::files().remove(scratch(L"stand.stl"));
+    EXPECT_TRUE(recent().empty());
+    RecentPaths::files().add(scratch(L"stand.stl"));
+    ASSERT_EQ(recent().size(), 1u);
+    EXPECT_EQ(recent()[0]->text().toStdString(), "stand.stl");
+    EXPECT_TRUE(becomes([&] { return recent()[0]->hasPicture(); }));
+    // Of what was changed since there is none.
+    boost::filesystem::ofstream(scratch(L"stand.stl"), std::ios::app) << "\n";
+    EXPECT_TRUE(lookAt(scratch(L"stand.stl"), pictures).picture.isNull());
+}
+
+TEST_F(HomeTest, AFilterLeavesWhatHasItsWordsAndAPinnedFileStaysInFront)
+{
+    for (const wchar_t* name : {L"wheel.vlra", L"Front axle.stp", L"rear axle.step"})
+        RecentPaths::files().add(file(name));
+    const auto names = [&] {
+        std::string all;
+        for (const Tile* tile : recent())
+            all += tile->text().toStdString() + ",";
+        return all;
+    };
+    EXPECT_EQ(names(), "rear axle.step,Front axle.stp,wheel,");
+    auto* filter = section("recentDocuments")->findChild<QLineEdit*>("recentFilter");
+    QTest::keyClicks(filter, "AXLE fro");
+    EXPECT_EQ(names(), "Front axle.stp,");
+    QTest::keyClicks(filter, "x");
+    EXPECT_EQ(names(), "");
+    EXPECT_NE(section("recentDocuments")->findChild<QLabel*>("homeHint"), nullptr);
+    QTest::keyClick(filter, Qt::Key_Escape);
+    EXPECT_EQ(names(), "rear axle.step,Front axle.stp,wheel,");
+
+    Tile* wheel = recent()[2];
+    QTest::keyClick(wheel, Qt::Key_P);
+    EXPECT_EQ(names(), "wheel,rear axle.step,Front axle.stp,");
+    EXPECT_EQ(recent()[0], wheel) << "with the picture that it has";
+    RecentDocumentMgr::get()->clearRecent();
+    EXPECT_EQ(names(), "wheel,");
+    EXPECT_TRUE(wheel->pinned());
+}
+
+TEST_F(HomeTest, ScriptsThatWereRunAreRunAgainByAPressAndForgottenByDelete)
+{
+    boost::filesystem::ofstream(scratch(L"make.py")) << "import quillet\nquillet.run('Design.New')\n";
+    answer(L"VuCommands.RunScriptCmd " + scratch(L"make.py"));
+    Application::get()->flushDeferredTasks();
+    EXPECT_EQ(documents(), 1u);
+    answer(L"VuCommands.ManagementShellCmd");
+    const auto row = [&] {
+        for (QToolButton* button : m_workspace->window()->widget()->findChildren<QToolButton*>("homeRow"))
+            if (button->accessibleName() == QStringLiteral("make.py") && button->isVisibleTo(nullptr))
+                return button;
+        return static_cast<QToolButton*>(nullptr);
+    };
+    ASSERT_NE(row(), nullptr);
+    QTest::keyClick(row(), Qt::Key_Return);
+    EXPECT_TRUE(becomes([&] { return documents() == 2; }));
+    ASSERT_NE(row(), nullptr);
+    QTest::keyClick(row(), Qt::Key_Delete);
+    EXPECT_TRUE(RecentPaths::scripts().entries().empty());
+    EXPECT_TRUE(becomes([&] { return row() == nullptr; }));
+}
+
+TEST_F(HomeTest, ASampleIsOpenedAsADocumentThatCountsAsUnchanged)
+{
+    const std::vector<Tile*>& samples = section("samples")->tiles();
+    ASSERT_EQ(samples.size(), 3u);
+    for (Tile* tile : samples) {
+        EXPECT_TRUE(tile->hasPicture()) << tile->text().toStdString();
+        tile->click();
+        Application::get()->flushDeferredTasks();
+        ASSERT_NE(activeSession(), nullptr);
+        const Vs::Document* document = activeSession()->asset()->document();
+        EXPECT_EQ(QString::fromStdWString(document->displayName()), tile->text());
+        EXPECT_FALSE(document->isDirty(false));
+        EXPECT_FALSE(document->activeAsset()->components()->children.empty());
+        answer(L"VuCommands.ManagementShellCmd");
+    }
+    EXPECT_EQ(documents(), 3u);
+}
+
 TEST_F(HomeTest, ArrowKeysGoAlongAndAcrossTheRows)
 {
     QWidget* window = m_workspace->window()->widget();
     // Room for two tiles in a row.
-    window->resize(2 * Tile::kWidth + 160, 900);
+    window->resize(2 * Tile::kLeastWidth + 160, 900);
     for (const wchar_t* name : {L"e", L"d", L"c", L"b", L"a"})
         RecentDocumentMgr::get()->add(scratch(std::wstring(name) + L".vlra"), false);
     ASSERT_TRUE(becomes([&] { return recent()[2]->y() > recent()[1]->y() && recent()[1]->x() > 0; }));
@@ -145,6 +251,14 @@ TEST_F(HomeTest, OpenAssetsStandAboveAndAPressGoesBackToThem)
     answer(L"Design.Box 1 2 3");
     answer(L"VuCommands.ManagementShellCmd");
     ASSERT_TRUE(becomes([&] { return section("openDocuments") && open().size() == 2; }));
+    // The command line stands below the page again, and not on it.
+    const QWidget* window = m_workspace->window()->widget();
+    const auto* page = window->findChild<QWidget*>("scrollPage");
+    const auto* line = window->findChild<QWidget*>("commandBox");
+    EXPECT_TRUE(becomes([&] {
+        return line->isVisible() &&
+               page->mapTo(window, QPoint(0, page->height())).y() <= line->mapTo(window, QPoint(0, 0)).y();
+    }));
     EXPECT_EQ(open()[0]->text().toStdString(), "Sample");
     EXPECT_EQ(open()[0]->note().toStdString(), "");
     EXPECT_EQ(open()[1]->note().toStdString(), "Changed");
@@ -152,6 +266,28 @@ TEST_F(HomeTest, OpenAssetsStandAboveAndAPressGoesBackToThem)
     EXPECT_NE(shells()->activeShell(), findShell<AssetShell>(shells())) << "the command runs behind the key";
     EXPECT_TRUE(becomes([&] { return shells()->activeShell() == findShell<AssetShell>(shells()); }));
     EXPECT_EQ(activeSession(), first);
+}
+
+TEST_F(HomeTest, OnlyPicturesOfWhatChangedAreDrawnAgain)
+{
+    answer(L"Design.Sample");
+    answer(L"Design.New");
+    AssetSession* second = activeSession();
+    answer(L"Design.Box 1 2 3");
+    answer(L"VuCommands.ManagementShellCmd");
+    const auto drawn = [&] {
+        return open().size() == 2 && open()[0]->hasPicture() && open()[1]->hasPicture();
+    };
+    ASSERT_TRUE(becomes(drawn));
+    const std::vector<Tile*> tiles = open();
+    for (Tile* tile : tiles)
+        tile->picture({});
+    answer(L"VuCommands.AssetShellCmd " + second->serialize());
+    answer(L"Design.Box 5 5 5 20,0,0");
+    answer(L"VuCommands.ManagementShellCmd");
+    EXPECT_TRUE(becomes([&] { return open()[1]->hasPicture(); }));
+    EXPECT_FALSE(open()[0]->hasPicture());
+    EXPECT_EQ(open(), tiles);
 }
 
 TEST_F(HomeTest, ClosingFromATileAsksForWhatWasChanged)
@@ -165,6 +301,22 @@ TEST_F(HomeTest, ClosingFromATileAsksForWhatWasChanged)
     Application::get()->flushDeferredTasks();
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(documents(), 1u);
+}
+
+TEST_F(HomeTest, AnEmptyModelSaysHowOneBeginsUntilSomethingIsInIt)
+{
+    answer(L"Design.New");
+    const auto shown = [&] {
+        const auto* hint = m_workspace->window()->widget()->findChild<QWidget*>("emptyHint");
+        return hint && hint->isVisible();
+    };
+    EXPECT_TRUE(becomes(shown));
+    answer(L"Design.Box 1 2 3");
+    EXPECT_TRUE(becomes([&] { return !shown(); }));
+    answer(L"VuCommands.UndoCmd");
+    EXPECT_TRUE(becomes(shown));
+    answer(L"Design.Sample");
+    EXPECT_TRUE(becomes([&] { return !shown(); }));
 }
 
 TEST(FilePreviewTest, DaysAreToldAsAPersonWould)
@@ -181,8 +333,8 @@ TEST(FilePreviewTest, DaysAreToldAsAPersonWould)
 TEST(FilePreviewTest, AFolderIsNoFileAndNobodyIsToldWhoIsGone)
 {
     const boost::filesystem::path folder = boost::filesystem::temp_directory_path();
-    EXPECT_FALSE(lookAt(folder.wstring()).exists);
-    EXPECT_FALSE(lookAt(L"").exists);
+    EXPECT_FALSE(lookAt(folder.wstring(), L"").exists);
+    EXPECT_FALSE(lookAt(L"", L"").exists);
     Application::get()->needGui();
     bool told = false;
     {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "UI/Commands/Adaptations/QT/Shell/TileSection.h"
+
+namespace Vu::Commands {
+
+/// The models that come with the program. A press opens one in a document of its own.
+class SamplesSection : public TileSection
+{
+public:
+    explicit SamplesSection(QWidget* parent);
+};
+
+} // namespace Vu::Commands
