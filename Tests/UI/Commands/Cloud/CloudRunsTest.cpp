@@ -100,6 +100,9 @@ protected:
     const std::string m_change = "Design.Box 4 5 6", m_save = "VuCommands.CloudSaveQATCmd";
 };
 
+// The sanitizers want to be loaded first themselves.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+
 /// By seconds that the program's clock is ahead.
 class CloudClockTest : public CloudRunsTest, public testing::WithParamInterface<int>
 {
@@ -108,7 +111,6 @@ class CloudClockTest : public CloudRunsTest, public testing::WithParamInterface<
 INSTANTIATE_TEST_SUITE_P(AnHour, CloudClockTest, testing::Values(-3600, 3600),
                          [](const auto& info) { return info.param < 0 ? "Behind" : "Ahead"; });
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST_P(CloudClockTest, NothingIsLostOrAskedAnewWhenTheProgramsClockIsOffAndSetAgain)
 {
     const auto runOff = [this](const Lines& lines) {
