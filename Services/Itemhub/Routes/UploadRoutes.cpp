@@ -59,13 +59,15 @@ Problem busy(const char* why)
     return Problem(423, "upload_busy", why).with("Retry-After", "1");
 }
 
-/// The file while nobody else writes to it.
-UploadWriter writerOf(Call& call, const QString& id)
+/// The file while nobody else writes to it. Nothing if a request that was waited for has brought the rest, as
+/// the record then says.
+std::optional<UploadWriter> writerOf(Call& call, Store::Upload& upload)
 {
-    auto writer = call.service.uploads.write(id.toStdString());
+    auto writer = call.service.uploads.write(upload.id.toStdString());
     if (!writer)
         throw busy("Another request is writing to this upload.");
-    return std::move(*writer);
+    upload = uploadOf(call, upload.id);
+    return upload.sha256.isEmpty() ? std::move(writer) : std::nullopt;
 }
 
 /// Keeps what came. What is killed in between is done again: each step may be repeated.
@@ -83,6 +85,15 @@ void keep(Call& call, const Store::Upload& upload, UploadWriter& writer, const s
         return 0;
     });
     call.service.uploads.remove(id);
+}
+
+/// The same for a file whose hash isn't known.
+void keepRead(Call& call, const Store::Upload& upload, UploadWriter& writer)
+{
+    Digest whole;
+    if (!Blobs::addFile(whole, writer.descriptor(), 0, writer.offset()))
+        throw std::system_error(EIO, std::generic_category(), "Cannot read an upload");
+    keep(call, upload, writer, whole.hexResult());
 }
 
 /// The checksum of the extension: an algorithm and the hash in Base64.
@@ -222,7 +233,7 @@ Http::Response continueUpload(Call& call)
     if (call.request.header("Content-Type") != "application/offset+octet-stream" ||
         call.request.hasHeader("Content-Encoding"))
         throw Problem(415, "bad_type", "An upload's bytes come as application/offset+octet-stream.");
-    const Store::Upload upload = uploadOf(call, call.text("upload"));
+    Store::Upload upload = uploadOf(call, call.text("upload"));
     const auto length = static_cast<uint64_t>(upload.length);
     const auto offset = static_cast<uint64_t>(headerNumber(call, "Upload-Offset"));
     const auto requireOffset = [&](uint64_t right) {
@@ -231,13 +242,16 @@ Http::Response continueUpload(Call& call)
                           "The upload has " + std::to_string(right) + " bytes; go on from there.")
                 .with("Upload-Offset", std::to_string(right));
     };
-    if (!upload.sha256.isEmpty()) {
+    Checksum checksum;
+    readChecksum(call, checksum);
+    std::optional<UploadWriter> taken;
+    if (upload.sha256.isEmpty())
+        taken = writerOf(call, upload);
+    if (!taken) {
         requireOffset(length);
         return offsetAnswer(upload, length);
     }
-    Checksum checksum;
-    readChecksum(call, checksum);
-    UploadWriter writer = writerOf(call, upload.id);
+    UploadWriter& writer = *taken;
     requireOffset(writer.offset());
 
     // What comes in one piece is hashed on its way; the rest is read again when it's complete.
@@ -253,16 +267,12 @@ Http::Response continueUpload(Call& call)
     if (!complete)
         throw Problem(400, "cut", "The request ended early; what came is kept.");
     const uint64_t reached = writer.offset();
-    if (reached == length) {
-        if (!whole) {
-            whole.emplace();
-            if (!Blobs::addFile(*whole, writer.descriptor(), 0, length))
-                throw std::system_error(EIO, std::generic_category(), "Cannot read an upload");
-        }
-        keep(call, upload, writer, whole->hexResult());
-    } else {
+    if (reached != length)
         writer.flush();
-    }
+    else if (whole)
+        keep(call, upload, writer, whole->hexResult());
+    else
+        keepRead(call, upload, writer);
     return offsetAnswer(upload, reached);
 }
 
@@ -284,16 +294,15 @@ void finishUpload(Call& call, const QString& id)
     // A repeated request finds it taken; its kept answer, or the transaction, will tell.
     if (!found || !found->sha256.isEmpty())
         return;
-    const Store::Upload upload = uploadOf(call, id);
-    UploadWriter writer = writerOf(call, id);
-    if (writer.offset() != static_cast<uint64_t>(upload.length))
+    Store::Upload upload = uploadOf(call, id);
+    auto writer = writerOf(call, upload);
+    if (!writer)
+        return;
+    if (writer->offset() != static_cast<uint64_t>(upload.length))
         throw Problem(409, "upload_incomplete",
-                      "The upload has " + std::to_string(writer.offset()) + " of " +
+                      "The upload has " + std::to_string(writer->offset()) + " of " +
                           std::to_string(upload.length) + " bytes.");
-    Digest whole;
-    if (!Blobs::addFile(whole, writer.descriptor(), 0, writer.offset()))
-        throw std::system_error(EIO, std::generic_category(), "Cannot read an upload");
-    keep(call, upload, writer, whole.hexResult());
+    keepRead(call, upload, *writer);
 }
 
 QString takeUpload(Call& call, const QString& id)
