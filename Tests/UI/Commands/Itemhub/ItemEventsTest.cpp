@@ -1,3 +1,4 @@
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
@@ -6,6 +7,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/DesignFeed.h"
+#include "UI/Base/Session/DocumentFacts.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
@@ -133,8 +135,14 @@ TEST_F(ItemEventsTest, UploadsThatFailAreToldOnceAndBegunAgainOrGivenUp)
     service().admin({"member", "set", "acme", account(), "all", "writer"});
 }
 
-TEST_F(ItemEventsTest, TheFeedOfAnItemsDocumentHasVersionsAndComments)
+TEST_F(ItemEventsTest, TheFeedOfAnItemsDocumentHasVersionsAndCommentsAndItsPropertiesSayWhichVersionItIs)
 {
+    const auto facts = [] {
+        std::wstring all;
+        for (const auto& fact : Vu::DocumentFacts::of(*activeDocument()))
+            all += fact.title + L": " + fact.value + L"; ";
+        return all;
+    };
     const auto has = [](const std::wstring& title) {
         const std::vector<Vu::FeedEntry> entries = Vu::DesignFeed::get()->entries(*activeDocument());
         return std::ranges::any_of(entries, [&](const Vu::FeedEntry& entry) {
@@ -146,8 +154,17 @@ TEST_F(ItemEventsTest, TheFeedOfAnItemsDocumentHasVersionsAndComments)
     // What happens later comes by itself.
     answer(L"Itemhub.Comment " + std::to_wstring(item) + L" \"Sharper <b>edges</b>\"");
     EXPECT_TRUE(until([&] { return has(L"Sharper <b>edges</b>"); }));
+    const std::wstring own = L"Item: " + std::to_wstring(item);
+    EXPECT_TRUE(until([&] { return facts() == own + L", Talked about; Version: 2; "; }))
+        << Vs::Strings::narrow(facts());
+    answer(L"Design.Box 1 1 1");
+    answer(L"Commands.Start ItemhubSaveCommand \"ItemhubSaveLabel=For <b>review</b>\"");
+    EXPECT_TRUE(until([&] {
+        return facts() == own + L", Talked about; Version: 3; Label: For <b>review</b>; ";
+    })) << Vs::Strings::narrow(facts());
     hub().signOut();
     EXPECT_FALSE(has(L"Version 2")) << "it is the account's to see";
+    EXPECT_EQ(facts(), own + L"; Version: 3; ") << "the file's own record needs no service";
     answer(L"Design.New");
     EXPECT_FALSE(has(L"Version 2"));
 }
