@@ -7,6 +7,7 @@
 #include <atomic>
 #include <exception>
 #include <future>
+#include <memory>
 
 namespace Vs::Itemhub {
 namespace {
@@ -23,18 +24,14 @@ double fraction(std::uint64_t done, std::uint64_t total)
 
 bool MainThreadTurn::ask(const std::function<bool()>& question)
 {
-    std::promise<bool> answer;
+    // Shared, since the main thread is still in it when the answer is here already.
+    const auto task = std::make_shared<std::packaged_task<bool()>>(question);
+    std::future<bool> answer = task->get_future();
     {
         const std::lock_guard lock(m_mutex);
-        m_question = [&] {
-            try {
-                answer.set_value(question());
-            } catch (...) {
-                answer.set_exception(std::current_exception());
-            }
-        };
+        m_question = [task] { (*task)(); };
     }
-    return answer.get_future().get();
+    return answer.get();
 }
 
 void MainThreadTurn::answer()
