@@ -12,8 +12,8 @@ picture("Sphere", home=HOME).tint(circle(12, 12, 9)).line(circle(12, 12, 9)) \
     .accent(arc(12, 12, 9, 180, 0, ry=3.2))
 picture("Cone", home=HOME).tint(ellipse(12, 17.5, 8, 3.2)).line("M12 3 L4 17.5", "M12 3 L20 17.5") \
     .accent(ellipse(12, 17.5, 8, 3.2))
-picture("Torus", home=HOME).tint(ellipse(12, 12, 9.5, 6) + " " + ellipse(12, 11.2, 4, 1.7)).line(ellipse(12, 12, 9.5, 6)) \
-    .accent("M7.4 10.6 A4.8 2.6 0 0 0 16.6 10.6", "M8.5 12.2 A4.2 2.2 0 0 1 15.5 12.2")
+picture("Torus", home=HOME).tint(ellipse(12, 12, 9.5, 7)).line(ellipse(12, 12, 9.5, 7)) \
+    .accent(ellipse(12, 10.8, 4.4, 2.2))
 picture("Import", home=HOME).line("M11 3.5 H5 A1 1 0 0 0 4 4.5 V19.5 A1 1 0 0 0 5 20.5 H19 A1 1 0 0 0 20 19.5 V12") \
     .accent(arrow(20.5, 3.5, 11.5, 12.5, 4.5))
 picture("Export", home=HOME).line("M9.5 4.5 H5 A1 1 0 0 0 4 5.5 V19.5 A1 1 0 0 0 5 20.5 H18.5 A1 1 0 0 0 19.5 19.5 V15") \

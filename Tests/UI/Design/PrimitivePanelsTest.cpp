@@ -167,6 +167,8 @@ TEST_F(PrimitivePanelsTest, SizesThatMakeNoSenseAreToldAndKeepOkGrey)
         {"1/0", "Length: "},
         {"twelve", "Length: "}};
     for (const auto& [text, told] : kWrong) {
+        enter("Dx", "100");
+        EXPECT_EQ(parts(), 4u) << "the value from before shows again";
         enter("Dx", text);
         EXPECT_EQ(message().rfind(told, 0), 0u) << message();
         EXPECT_FALSE(ok()->isEnabled()) << text;

@@ -202,6 +202,21 @@ void PreviewedCmd::commandInputSetExecute(CommandInputEvent*)
         preview();
 }
 
+// A text that is no value leaves the input the old one, which nobody wants to see meanwhile.
+void PreviewedCmd::followTexts()
+{
+    const bool valid = commandInputSet()->valid();
+    if (m_withdrawn == !valid || (!valid && !m_shown))
+        return;
+    m_withdrawn = !valid;
+    if (valid) {
+        preview();
+        return;
+    }
+    releasePreview();
+    onShown();
+}
+
 void PreviewedCmd::onCommandInputEventSink(CommandInputEvent* event)
 {
     if (!m_waiting)
@@ -209,13 +224,17 @@ void PreviewedCmd::onCommandInputEventSink(CommandInputEvent* event)
     if (const auto* pointing = Vs::cast<SelectionInputPreselectionEvent>(event);
         pointing && onPicksInsideBodies())
         point(pointing->selection() != nullptr);
+    if (Vs::cast<CommandInputStateChangeEvent>(event))
+        followTexts();
     const auto* change = Vs::cast<CommandInputValueChangeEvent>(event);
     if (!change)
         return;
+    m_withdrawn = false;
     onInputChanged();
     if (!commandInputSet()->valid()) {
         m_problem.clear();
         releasePreview();
+        onShown();
     } else if (change->kind() == CommandInputValueChangeEvent::EKind::Entered &&
                !Vs::cast<SelectionCommandInput>(change->commandInput())) {
         keepStep();

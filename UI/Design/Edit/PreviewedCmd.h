@@ -72,11 +72,13 @@ private:
     void point(bool atPart);
     void showInputs();
     void keepStep();
+    void followTexts();
     void commitAtOnce(Vs::Status& status);
 
-    bool m_waiting = false; ///< For a person, who sees a preview.
-    std::wstring m_problem; ///< Why the last preview couldn't be made.
-    bool m_shown = false;   ///< The preview is there.
+    bool m_waiting = false;   ///< For a person, who sees a preview.
+    std::wstring m_problem;   ///< Why the last preview couldn't be made.
+    bool m_shown = false;     ///< The preview is there.
+    bool m_withdrawn = false; ///< Until an input has a value again in place of a text that is none.
 };
 
 } // namespace Vu::Design
