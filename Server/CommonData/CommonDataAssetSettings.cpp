@@ -13,6 +13,8 @@ namespace {
 
 constexpr const char* kSceneUp = "sceneUp";
 constexpr const char* kSceneFront = "sceneFront";
+constexpr const char* kHomeEye = "homeEye";
+constexpr const char* kHomeUp = "homeUp";
 constexpr const char* kOrthoFaces = "perspWithOrthoFaces";
 constexpr const wchar_t* kOn = L"true";
 
@@ -77,6 +79,31 @@ bool CommonDataAssetSettings::sceneOrientation(const GkVector3d& up, const GkVec
         return false;
     asset()->setting(kSceneUp, Types::Vector3dToString(up.normal()));
     asset()->setting(kSceneFront, Types::Vector3dToString(*level));
+    return true;
+}
+
+CommonDataAssetSettings::HomeView CommonDataAssetSettings::homeView() const
+{
+    const std::wstring eyeText = asset()->setting(kHomeEye), upText = asset()->setting(kHomeUp);
+    GkVector3d eye, up;
+    if (Types::StringToVector3d(eyeText, eye) && Types::StringToVector3d(upText, up))
+        if (const std::optional<GkVector3d> level = frontBeside(eye, up))
+            return {eye.normal(), *level};
+    if (!eyeText.empty() && eyeText != m_unreadable)
+        warn(asset()->name() + L": the saved home view, from " + eyeText + L" with " + upText +
+             L" upwards, is not two directions; Home looks as usual.");
+    m_unreadable = eyeText.empty() ? m_unreadable : eyeText;
+    const GkVector3d sideways = sceneUp().crossProduct(sceneFront()) + sceneFront() + sceneUp();
+    return {sideways.normal(), *frontBeside(sideways, sceneUp())};
+}
+
+bool CommonDataAssetSettings::homeView(const HomeView& view)
+{
+    const std::optional<GkVector3d> level = frontBeside(view.eye, view.up);
+    if (!level)
+        return false;
+    asset()->setting(kHomeEye, Types::Vector3dToString(view.eye.normal()));
+    asset()->setting(kHomeUp, Types::Vector3dToString(*level));
     return true;
 }
 

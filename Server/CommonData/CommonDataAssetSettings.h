@@ -29,6 +29,18 @@ public:
     /// one of them isn't a direction, or they are parallel.
     [[nodiscard]] bool sceneOrientation(const GkVector3d& up, const GkVector3d& front);
 
+    /// From where Home looks at the model.
+    struct HomeView
+    {
+        GkVector3d eye; ///< From the model to the viewer, length one.
+        GkVector3d up;  ///< In the picture, length one and at right angles to `eye`.
+    };
+    /// From the right, the front and above until it is set.
+    [[nodiscard]] HomeView homeView() const;
+    /// Of `up` the part at right angles to `eye` counts. Returns false and changes nothing if one of them
+    /// isn't a direction, or they are parallel.
+    [[nodiscard]] bool homeView(const HomeView& view);
+
     /// Whether a perspective becomes parallel while it looks straight at one side of the model. Default
     /// false.
     bool perspWithOrthoFaces() const;

@@ -144,16 +144,19 @@ Asset* NamedViews::asset() const
 const NamedViews::Views& NamedViews::views() const
 {
     const GkVector3d up = m_settings.sceneUp(), front = m_settings.sceneFront();
+    const CommonData::CommonDataAssetSettings::HomeView home = m_settings.homeView();
     const std::string text = Strings::narrow(asset()->setting(kSetting));
-    std::string source =
-        StringTable::language() + '\n' +
-        Strings::narrow(Types::Vector3dToString(up) + L'\n' + Types::Vector3dToString(front) + L'\n') + text;
+    std::string source = StringTable::language() + '\n';
+    for (const GkVector3d& direction : {up, front, home.eye, home.up})
+        source += Strings::narrow(Types::Vector3dToString(direction)) + '\n';
+    source += text;
     if (source == m_readFrom)
         return m_views;
     m_readFrom = std::move(source);
     m_views.clear();
     for (const StandardView& standard : kStandardViews)
         m_views.push_back(make(standard, up, front));
+    m_views.front()->camera()->look(-home.eye, home.up);
     if (text.empty())
         return m_views;
     const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));

@@ -164,6 +164,7 @@ constinit const CommandArguments kRows[] = {
     {L"SplitViewLayoutCommand", {L"Layout"}},
     {L"ToolbarsCommand", {L"Toolbar", L"Visible"}},
     {L"SearchCommandsCommand"},
+    {L"SetHomeViewCommand"},
     {L"WelcomeScreenCommand"},
     {L"UndoDropDown", {L"TxnIndex"}},
     {L"RedoDropDown", {L"TxnIndex"}},

@@ -23,6 +23,7 @@
 #include "UI/Commands/Camera/OrbitCmdDef.h"
 #include "UI/Commands/Camera/PanCmd.h"
 #include "UI/Commands/Camera/PassiveCameraCmdAgent.h"
+#include "UI/Commands/Camera/SetHomeViewCmd.h"
 #include "UI/Commands/Camera/StandardViewCmds.h"
 #include "UI/Commands/Camera/ViewCmdDefs.h"
 #include "UI/Commands/Camera/ViewMenus.h"
@@ -119,6 +120,7 @@ public:
         SearchCommandsCmdDef::createCommandDef();
         SelectAllCmdDef::createCommandDef();
         ShowPropertiesCmdDef::createCommandDef();
+        SetHomeViewCmdDef::createCommandDef();
         SplitViewLayoutCmdDef::createCommandDef();
         StandardViewCmdDef::createCommandDefs();
         ToolbarsCmdDef::createCommandDef();

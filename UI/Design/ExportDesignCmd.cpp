@@ -4,6 +4,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Base/Command/CommandGroup.h"
@@ -150,6 +151,10 @@ void VeloraExportCmd::onExecute(Vs::Status& status)
     m_options = ExportOptions::read(*commandContext(), status);
     if (status.isError())
         return;
+    // The menu of a part is about that part; the dialog shows it.
+    if (commandContext()->commandAccessPoint() == ECommandAccessPoint::ContextMenu &&
+        !selectionManager()->selectionSet().empty())
+        m_options.selectedOnly = true;
     Vs::TranslatorFileRecognizer recognizer(asset->assetTypeIdentifier(), true);
     recognizer.recognize();
     if (!ask(*asset, recognizer, status))

@@ -74,14 +74,22 @@ protected:
         QStringList titles;
         auto* shown = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         for (QAction* action : shown ? shown->actions() : QList<QAction*>()) {
-            titles << action->text();
-            if (action->text() == wanted)
+            if (action->isSeparator())
+                continue;
+            titles << titleOf(*action);
+            if (titles.last() == wanted)
                 action->trigger();
         }
         if (shown)
             shown->close();
         Vu::Application::get()->flushDeferredTasks();
         return titles;
+    }
+
+    /// As it is read, without the letter that chooses it and its keys.
+    static QString titleOf(const QAction& action)
+    {
+        return action.text().section(QLatin1Char('\t'), 0, 0).remove(QLatin1Char('&'));
     }
 
     QTreeView* tree = nullptr;

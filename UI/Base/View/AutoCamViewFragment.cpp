@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <unordered_map>
 #include <utility>
 
@@ -37,6 +38,12 @@ constexpr double kTurnGain = 3.0;
 constexpr double kShake = 3.0;
 /// Of the angle's cosine: a camera that was turned to a side by a command stands exactly there.
 constexpr double kStraight = 1 - 1e-9;
+
+std::map<const void*, AutoCamViewFragment::RightClick>& rightClicks()
+{
+    static auto* const listeners = new std::map<const void*, AutoCamViewFragment::RightClick>;
+    return *listeners;
+}
 
 } // namespace
 
@@ -313,6 +320,14 @@ void AutoCamViewFragment::hoverEnd()
     highlight(std::nullopt);
 }
 
+void AutoCamViewFragment::onRightClick(const void* owner, RightClick listener)
+{
+    if (listener)
+        rightClicks()[owner] = std::move(listener);
+    else
+        rightClicks().erase(owner);
+}
+
 void AutoCamViewFragment::mousePress(MouseEvent* event)
 {
     m_pressed = event->button() == kLeftButton ? zoneUnder(event) : std::nullopt;
@@ -348,6 +363,11 @@ void AutoCamViewFragment::mouseRelease(MouseEvent* event)
 {
     const std::optional<size_t> pressed = std::exchange(m_pressed, std::nullopt);
     const std::optional<size_t> under = zoneUnder(event);
+    if (event->button() == kRightButton && under) {
+        const auto listeners = rightClicks();
+        for (const auto& [owner, listener] : listeners)
+            listener(event->canvas(), event->position());
+    }
     if (pressed && !m_dragged && pressed == under)
         lookFrom(OrbiconCube::direction(*pressed));
     else if (m_dragged)

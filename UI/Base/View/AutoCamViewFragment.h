@@ -1,11 +1,13 @@
 #pragma once
 
 #include "Server/Base/OptionGroup.h"
+#include "Server/Base/Point2.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/View/MouseOverlay.h"
 #include "UI/Base/View/OrbiconCube.h"
 #include "UI/Base/Workspace/Area.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -19,6 +21,7 @@ class CommonDataAssetSettings;
 
 namespace Vu {
 
+class GraphicsCanvas;
 class GraphicsView;
 
 /// The orbicon: a cube in the upper right corner of a view that turns with the model. A click on one of its
@@ -51,6 +54,11 @@ public:
     const Place& place() const { return m_place; }
     /// Null before the first `layOut`: a run that shows nothing has no cube.
     const OrbiconCube* cube() const { return m_cube.get(); }
+
+    /// Who opens a menu at a click of the right button on the cube of any view, for as long as `owner` says
+    /// so; an empty function takes it back.
+    using RightClick = std::function<void(GraphicsCanvas* canvas, const Vs::Point2& place)>;
+    static void onRightClick(const void* owner, RightClick listener);
 
     /// Does what the asset's settings want of the model's camera: with `perspWithOrthoFaces` it is parallel
     /// while it looks straight at a side of the model, and a perspective otherwise.

@@ -1,19 +1,141 @@
 #include "UI/Base/Window/CanvasMenu.h"
 
+#include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
+#include "UI/Base/Session/Private/CanvasPicker.h"
+#include "UI/Base/View/AutoCamViewFragment.h"
 #include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/Window/CommandMenu.h"
 #include "UI/Base/Window/ContextMenu.h"
 #include "UI/Base/Window/RestingCommand.h"
+#include "UI/Base/Workspace/MenuBar.h"
 
 #include <QMenu>
 #include <QTimer>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace Vu {
 namespace {
+
+using Leaf = Vs::ObjectPath::Leaf;
+using Selections = std::vector<Vs::StrongRef<Vs::Selection>>;
+
+constexpr const wchar_t* kPropertiesCommand = L"ShowPropertiesCommand";
+
+/// What can be clicked, and how its menu is called.
+struct Kind
+{
+    Leaf leaf;
+    const wchar_t* context;
+    std::wstring (*title)(); ///< Of its menu within another's.
+};
+
+constexpr Kind kKinds[] = {
+    {Leaf::Edge, L"OnEdge", [] { return localized("MenuOfEdge", "Edge"); }},
+    {Leaf::Face, L"OnFace", [] { return localized("MenuOfFace", "Face"); }},
+    {Leaf::Component, L"OnPart", [] { return localized("MenuOfPart", "Component"); }},
+};
+
+/// Where that is the kind of all; null for others, and where there is nothing.
+const Kind* kindOf(const Selections& selections)
+{
+    const auto isOf = [](const Kind& kind, const Vs::Selection& selection) {
+        const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
+        return object && (object->path().leaf == kind.leaf ||
+                          (kind.leaf == Leaf::Component && object->path().isWhole()));
+    };
+    for (const Kind& kind : kKinds)
+        if (!selections.empty() && std::all_of(selections.begin(), selections.end(),
+                                               [&](const auto& each) { return isOf(kind, *each); }))
+            return &kind;
+    return nullptr;
+}
+
+class KindFilter : public Vs::Implements<KindFilter, Vs::SelectionFilter>
+{
+public:
+    bool accepts(const Vs::Selection&) const override { return true; }
+    bool mayAccept(Leaf leaf) const override
+    {
+        return std::any_of(std::begin(kKinds), std::end(kKinds),
+                           [&](const Kind& kind) { return kind.leaf == leaf; });
+    }
+};
+
+/// The menu of one more thing that lies at the place: while it is open, that is selected, and it stays so if
+/// one of the entries is chosen.
+void addMenuAbout(const Kind& kind, const Vs::StrongRef<Vs::Selection>& object, QMenu& menu)
+{
+    auto* about =
+        new CommandMenu(MenuBar::get()->context(kind.context), &menu, ECommandAccessPoint::ContextMenu);
+    struct State
+    {
+        Selections before;
+        bool chosen = false;
+    };
+    const auto state = std::make_shared<State>();
+    const auto select = [](const Selections& selections) {
+        if (Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet())
+            selected->replace(selections);
+    };
+    menu.addMenu(about);
+    about->setTitle(QString::fromStdWString(kind.title()));
+    // The commands are asked whether they can run once more, now that it is about this.
+    QObject::connect(about, &QMenu::aboutToShow, about, [=] {
+        if (const Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet())
+            state->before = selected->selections();
+        state->chosen = false;
+        select({object});
+        about->prepare();
+    });
+    QObject::connect(about, &QMenu::triggered, about, [state] { state->chosen = true; });
+    // An entry is triggered behind this.
+    QObject::connect(about, &QMenu::aboutToHide, about, [=] {
+        QTimer::singleShot(0, about, [=] {
+            if (!state->chosen)
+                select(state->before);
+        });
+    });
+}
+
+/// Of what lies there, the first of each kind but that which the menu is about.
+void addOtherThings(const MouseEvent& event, const Kind* present, QMenu& menu)
+{
+    const AssetSession* session = ActiveAssetUtils::assetSession();
+    if (!session)
+        return;
+    const KindFilter filter;
+    const Selections objects = objectsUnder(event, *session, &filter);
+    for (const Kind& kind : kKinds) {
+        const auto found = std::find_if(objects.begin(), objects.end(), [&](const auto& each) {
+            const auto* object = Vs::cast<Vs::LogicalSelection>(each.get());
+            return object && object->path().leaf == kind.leaf;
+        });
+        if (&kind != present && found != objects.end())
+            addMenuAbout(kind, *found, menu);
+    }
+}
+
+void addProperties(QMenu& menu)
+{
+    CommandContext context = CommandContext::activeContext();
+    const CommandDefinition* properties =
+        CommandDefinitionMgr::get()->findCommandDefinitionById(kPropertiesCommand);
+    if (properties && properties->isAvailable(&context))
+        addContextCommand(menu, *properties);
+}
+
+void popup(QMenu& menu, const GraphicsCanvas& canvas, const Vs::Point2& place)
+{
+    menu.popup(canvas.existingWidget()->mapToGlobal(QPoint(place.x, place.y)));
+}
 
 bool isThere(const GraphicsCanvas* canvas)
 {
@@ -49,10 +171,16 @@ void selectPointed(Vs::SelectionMgr& manager)
 CanvasMenu::CanvasMenu(QWidget* window) : QObject(window), m_window(window)
 {
     MouseEventSource::get()->subscribe(this);
+    AutoCamViewFragment::onRightClick(this, [this](GraphicsCanvas* canvas, const Vs::Point2& place) {
+        const QWidget* widget = canvas ? canvas->existingWidget() : nullptr;
+        if (widget && widget->window() == m_window)
+            QTimer::singleShot(0, this, [=, this] { openOnCube(canvas, place); });
+    });
 }
 
 CanvasMenu::~CanvasMenu()
 {
+    AutoCamViewFragment::onRightClick(this, nullptr);
     MouseEventSource::get()->unsubscribe(this);
 }
 
@@ -79,13 +207,35 @@ void CanvasMenu::open(GraphicsCanvas* canvas, const Vs::Point2& place)
     MouseEvent move(canvas, {kNoMouseButton, kNoModifier, double(place.x), double(place.y), 0});
     MouseEventSource::get()->fireMouseMove(&move);
     selectPointed(*manager);
-    auto* menu = new QMenu(m_window);
+    const bool beside = manager->highlightSet().empty();
+    const Kind* kind = beside ? nullptr : kindOf(manager->selectionSet().selections());
+    const std::wstring context = kind ? kind->context : beside ? L"OnNothing" : L"";
+    auto* menu =
+        new CommandMenu(MenuBar::get()->context(context), m_window, ECommandAccessPoint::ContextMenu);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->prepare();
+    if (kind)
+        addProperties(*menu);
+    menu->addSeparator();
     addContextCommands(*menu, MarkingMenuEventSource::ESource::Canvas);
+    if (!beside) {
+        menu->addSeparator();
+        addOtherThings(move, kind, *menu);
+    }
     if (menu->isEmpty())
         delete menu;
     else
-        menu->popup(canvas->existingWidget()->mapToGlobal(QPoint(place.x, place.y)));
+        popup(*menu, *canvas, place);
+}
+
+void CanvasMenu::openOnCube(GraphicsCanvas* canvas, const Vs::Point2& place)
+{
+    if (!isThere(canvas) || !canvas->existingWidget())
+        return;
+    auto* menu =
+        new CommandMenu(MenuBar::get()->context(L"OnCube"), m_window, ECommandAccessPoint::ContextMenu);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    popup(*menu, *canvas, place);
 }
 
 } // namespace Vu

@@ -6,6 +6,7 @@
 #include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/TickMenu.h"
+#include "UI/Base/Workspace/MenuBar.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
 
 #include <QAction>
@@ -105,8 +106,8 @@ void fillWithEntriesOf(QMenu* menu, CommandDefinition* definition)
         fillWithTicks(menu, [definition] { return Vs::cast<MenuControl>(definition->inputControl()); });
 }
 
-CommandMenu::CommandMenu(std::vector<ToolbarItem> items, QWidget* parent)
-    : QMenu(parent), m_items(std::move(items))
+CommandMenu::CommandMenu(std::vector<ToolbarItem> items, QWidget* parent, ECommandAccessPoint point)
+    : QMenu(parent), m_items(std::move(items)), m_point(point)
 {
     connect(this, &QMenu::aboutToShow, this, &CommandMenu::open);
 }
@@ -152,7 +153,7 @@ void CommandMenu::fill()
             addSeparator();
         } else if (item.isMenu()) {
             const MenuHead head = headOf(item);
-            auto* menu = new CommandMenu(item.menu, this);
+            auto* menu = new CommandMenu(item.menu, this, m_point);
             menu->setTitle(head.title);
             menu->setIcon(head.icon);
             addMenu(menu);
@@ -180,8 +181,10 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
 {
     const Info& info = *definition->info();
     const QString title = item.title.empty() ? menuText(info.name()) : QString::fromStdWString(item.title);
-    const QIcon icon = info.icon() ? iconOf(info.icon()) : iconAt(item.picture);
     const std::wstring command = item.command;
+    const QIcon icon = info.icon()
+                           ? iconOf(info.icon())
+                           : iconAt(item.picture.empty() ? MenuBar::get()->pictureOf(command) : item.picture);
     QAction* action = nullptr;
     if (opensMenu(definition->inputControl())) {
         QMenu* entries = addMenu(icon, title);
@@ -192,10 +195,10 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
         action = entries->menuAction();
     } else {
         action = addAction(icon, title);
-        connect(action, &QAction::triggered, this, [command, off = item.off] {
+        connect(action, &QAction::triggered, this, [command, off = item.off, point = m_point] {
             CommandDefinition* opposite = definitionOf(off);
             if (CommandDefinition* found = applies(opposite) ? opposite : definitionOf(command))
-                found->onClicked();
+                found->runByHand(point);
         });
     }
     action->setObjectName(QString::fromStdWString(command));

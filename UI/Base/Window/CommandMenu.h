@@ -1,5 +1,7 @@
 #pragma once
 
+#include "UI/Base/Command/CommandTypes.h"
+
 #include <QIcon>
 #include <QMenu>
 
@@ -27,8 +29,13 @@ MenuHead headOf(const ToolbarItem& item);
 class CommandMenu : public QMenu
 {
 public:
-    CommandMenu(std::vector<ToolbarItem> items, QWidget* parent);
+    /// `point` is how its commands are called.
+    CommandMenu(std::vector<ToolbarItem> items, QWidget* parent,
+                ECommandAccessPoint point = ECommandAccessPoint::Toolbar);
     ~CommandMenu() override;
+
+    /// Makes the entries now, for who adds others behind them.
+    void prepare() { open(); }
 
     /// Instead of those that it has.
     void items(std::vector<ToolbarItem> items);
@@ -50,6 +57,7 @@ private:
     };
 
     std::vector<ToolbarItem> m_items;
+    ECommandAccessPoint m_point;
     std::vector<Entry> m_entries;
     bool m_filled = false;
 };

@@ -47,9 +47,15 @@ void addContextCommands(QMenu& menu, MarkingMenuEventSource::ESource source)
     const MarkingMenuEventSource::Opening opening(source);
     const CommandDefinitionMgr* definitions = CommandDefinitionMgr::get();
     CommandContext context = CommandContext::activeContext();
+    QStringList known;
+    for (const QAction* action : menu.actions())
+        known << action->objectName();
+    const auto isKnown = [&](const CommandDefinition& definition) {
+        return known.contains(QString::fromStdWString(definition.id()));
+    };
     std::vector<CommandDefinition*> offered;
     for (CommandDefinition* definition : definitions->commandDefinitions())
-        if (definition->addToContextMenu() && definition->isAvailable(&context))
+        if (!isKnown(*definition) && definition->addToContextMenu() && definition->isAvailable(&context))
             offered.push_back(definition);
     // Wherever they were registered, these stand together where everybody looks for them.
     std::stable_partition(offered.begin(), offered.end(), [](const CommandDefinition* definition) {
@@ -59,7 +65,7 @@ void addContextCommands(QMenu& menu, MarkingMenuEventSource::ESource source)
     for (const CommandDefinition* definition : offered)
         addContextCommand(menu, *definition);
     const CommandDefinition* remove = definitions->findCommandDefinitionById(kDeleteCommand);
-    if (remove && remove->isAvailable(&context))
+    if (remove && !isKnown(*remove) && remove->isAvailable(&context))
         addContextCommand(menu, *remove);
 }
 

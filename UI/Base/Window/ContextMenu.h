@@ -19,7 +19,8 @@ void runFromContextMenu(std::wstring_view key, const std::map<const char*, std::
 /// An entry that runs the command.
 void addContextCommand(QMenu& menu, const CommandDefinition& definition);
 
-/// Entries for those commands that offer themselves in a menu opened from there and can run now, Delete last.
+/// Entries for those commands that offer themselves in a menu opened from there and can run now, Delete last;
+/// but for those that the menu has already, by the names of its actions.
 void addContextCommands(QMenu& menu, MarkingMenuEventSource::ESource source);
 
 } // namespace Vu

@@ -53,6 +53,14 @@ const std::vector<ToolbarItem>& MenuBar::menus()
     return m_menus;
 }
 
+const std::vector<ToolbarItem>& MenuBar::context(const std::wstring& id)
+{
+    static const std::vector<ToolbarItem> none;
+    readAll();
+    const ToolbarItem* found = menuById(m_contexts, id);
+    return found ? found->menu : none;
+}
+
 std::wstring MenuBar::pictureOf(const std::wstring& command)
 {
     const ToolbarItem* item = itemOf(menus(), command);
@@ -69,6 +77,7 @@ std::vector<std::wstring> MenuBar::unknownCommands()
 {
     std::vector<std::wstring> unknown;
     collectUnknownCommands(menus(), unknown);
+    collectUnknownCommands(m_contexts, unknown);
     return unknown;
 }
 
@@ -78,6 +87,7 @@ void MenuBar::readAll()
         return;
     m_read = true;
     m_menus.clear();
+    m_contexts.clear();
     m_problems.clear();
     std::vector<Addition> additions;
     for (const File& file : m_files)
@@ -90,7 +100,7 @@ void MenuBar::readAll()
 void MenuBar::read(const File& file, std::vector<Addition>& additions)
 {
     XmlFile xml(file.path, "menus", m_problems);
-    std::vector<ToolbarItem> menus;
+    std::vector<ToolbarItem> menus, contexts;
     std::vector<Addition> added;
     if (xml.open())
         while (xml.nextElement()) {
@@ -103,6 +113,11 @@ void MenuBar::read(const File& file, std::vector<Addition>& additions)
                 menu.menu = readToolbarItems(xml, file.domain, true);
                 if (!menu.title.empty())
                     menus.push_back(std::move(menu));
+            } else if (xml.name() == QLatin1String("context")) {
+                ToolbarItem menu;
+                menu.id = xml.attribute("id");
+                menu.menu = readToolbarItems(xml, file.domain, true);
+                contexts.push_back(std::move(menu));
             } else if (xml.name() == QLatin1String("add")) {
                 Addition addition{xml.attribute("menu"), xml.attribute("place"), {}, file.path + L": "};
                 addition.items = readToolbarItems(xml, file.domain, true);
@@ -115,12 +130,15 @@ void MenuBar::read(const File& file, std::vector<Addition>& additions)
     if (xml.broken())
         return;
     std::ranges::move(menus, std::back_inserter(m_menus));
+    std::ranges::move(contexts, std::back_inserter(m_contexts));
     std::ranges::move(added, std::back_inserter(additions));
 }
 
 void MenuBar::add(const Addition& addition)
 {
     ToolbarItem* menu = menuById(m_menus, addition.menu);
+    if (!menu)
+        menu = menuById(m_contexts, addition.menu);
     if (!menu) {
         m_problems.addError(addition.from + L"There is no menu \"" + addition.menu + L"\" to add to.");
         return;

@@ -117,6 +117,19 @@ void LookAtCmd::onActivate()
         selection->resumeSelection();
 }
 
+// Whoever chose it in a face's menu has picked the face already.
+void LookAtCmd::onPostActivate()
+{
+    Implements::onPostActivate();
+    const bool fromMenu = commandContext()->commandAccessPoint() == ECommandAccessPoint::ContextMenu;
+    if (!fromMenu || !selectionManager())
+        return;
+    const auto& selected = selectionManager()->selectionSet().selections();
+    const auto* face = selected.size() == 1 ? Vs::cast<Vs::LogicalSelection>(selected[0].get()) : nullptr;
+    if (face && face->path().leaf == Vs::ObjectPath::Leaf::Face && face->picked())
+        m_facesInput->add(selected[0]);
+}
+
 void LookAtCmd::onDeactivate()
 {
     if (Vs::SelectionMgr* selection = selectionManager())

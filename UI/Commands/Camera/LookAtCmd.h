@@ -38,6 +38,7 @@ public:
     ~LookAtCmd() override;
 
     void onActivate() override;
+    void onPostActivate() override;
     void onDeactivate() override;
     void commandInputSetExecute(CommandInputEvent* event) override;
 

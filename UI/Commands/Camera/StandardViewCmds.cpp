@@ -47,6 +47,18 @@ bool from(Camera& camera, ViewFragment& fragment)
     return lookFrom(camera, fragment, kEye);
 }
 
+bool home(Camera& camera, ViewFragment& fragment)
+{
+    const auto* settings =
+        Vs::cast<Vs::CommonData::CommonDataAssetSettings>(ActiveAssetUtils::assetSettings());
+    if (!settings)
+        return false;
+    const auto view = settings->homeView();
+    camera.look(-view.eye, view.up);
+    camera.fit(fragment.bounds());
+    return true;
+}
+
 bool toggleProjection(Camera& camera, ViewFragment&)
 {
     camera.toggleProjection(camera.projection() == Vs::Scene::kPerspectiveProjection
@@ -79,7 +91,7 @@ bool fitSelection(Camera& camera, ViewFragment&)
 
 // clang-format off
 constinit const StandardView kViews[] = {
-    {{.key = L"HomeViewCommand",      .title = "Home"},                                                    &from<Eye{1, 1, 1}>},
+    {{.key = L"HomeViewCommand",      .title = "Home"},                                                    &home},
     {{.key = L"FitSelectionCommand",  .title = "Fit Selection", .icon = &Resources::Fit},                  &fitSelection},
     {{.key = L"FrontViewCommand",     .title = "Front"},                                                   &from<Eye{0, 1, 0}>},
     {{.key = L"BackViewCommand",      .title = "Back"},                                                    &from<Eye{0, -1, 0}>},

@@ -164,6 +164,7 @@ const Session kSessions[] = {
     {L"SubscriptionCommand",           L"VuCommands.SubscriptionCmd"},
     {L"CIPCommand",                    L"VuCommands.CIPCmd"},
     {L"ProductTourGuideCommand",       L"VuCommands.ProductTourGuideCmd"},
+    {L"SetHomeViewCommand",            kModel + L"Commands.Start TopViewCommand;Commands.Start SetHomeViewCommand;Commands.Start FrontViewCommand;Commands.Start HomeViewCommand"},
     {L"SearchCommandsCommand",         kModel + L"Commands.Start SearchCommandsCommand", L"-"},
     {L"WelcomeScreenCommand",          kModel + L"VuCommands.WelcomeScreenCmd"},
     {L"PreferencesCommand",            L"Commands.Start PreferencesCommand"},
