@@ -311,8 +311,9 @@ TEST(ProgramTest, AFileWhoseNameIsNoUtf8IsOpenedAndSaved)
          "--command", "Document.SaveAs \"" + native + '"'});
     ASSERT_TRUE(boost::filesystem::exists(native));
     ASSERT_TRUE(boost::filesystem::exists(step));
-    EXPECT_FALSE(boost::filesystem::exists(folder.path() / "profile/options/RecentDocuments.json"))
-        << "what a script saves doesn't count as the user's document";
+    for (const char* list : {"RecentDocuments.json", "RecentFiles.json"})
+        EXPECT_FALSE(boost::filesystem::exists(folder.path() / "profile/options" / list))
+            << "what a script saves doesn't count as the user's document";
 
     EXPECT_EQ(run({native, "--command", "Asset.Path"}).output.find("Design "), 0u);
     run({step});
