@@ -107,6 +107,14 @@ bool Lock::adopt()
     return !m_token.isEmpty();
 }
 
+// Some servers want to be told whose token it is.
+void Lock::removeEmptyFile() const
+{
+    DriveEntry made;
+    if (m_session.find(m_path, made).isOk() && made.size == 0)
+        static_cast<void>(m_session.remove(m_path, {taggedCondition()}));
+}
+
 Header Lock::taggedCondition() const
 {
     return {"If", "<" + m_session.address.of(m_path).toEncoded() + "> (<" + m_token + ">)"};

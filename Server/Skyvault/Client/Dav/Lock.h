@@ -21,6 +21,8 @@ public:
     static DriveResult take(Session& session, const std::string& path, std::unique_ptr<Lock>& lock);
 
     bool madeFile() const { return m_madeFile; }
+    /// Removes the file again, if it is empty; for one that came to be by the lock and was not written to.
+    void removeEmptyFile() const;
     /// For a request about the locked file itself.
     Header condition() const { return {"If", "(<" + m_token + ">)"}; }
     /// For a request about another one that also changes this.

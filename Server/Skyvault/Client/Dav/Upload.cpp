@@ -56,9 +56,9 @@ DriveResult Upload::save(DriveEntry& entry)
             return locked;
     }
     DriveResult result = underLock(entry);
-    // The lock made the file, and nothing was written to it. Some servers want to be told whose token it is.
-    if (!result.isOk() && m_lock && m_isFresh && !m_isWritten)
-        static_cast<void>(m_session.remove(m_upload.path, {m_lock->taggedCondition()}));
+    m_session.http.hurry(result.state == CloudErrorState::Unreachable);
+    if (!result.isOk() && m_lock && !m_isWritten && (m_lock->madeFile() || m_wasAbsent))
+        m_lock->removeEmptyFile();
     // Another's file of the same size must not get the ETag of ours.
     if (m_isWritten && m_lock && !m_session.traits.etagsDifferInOneTick)
         std::this_thread::sleep_until(m_writtenAt + m_session.traits.etagTick);
@@ -73,7 +73,8 @@ DriveResult Upload::underLock(DriveEntry& entry)
             entry = m_before;
             return result;
         }
-        result = keepOther(m_session, m_before);
+        // An empty file is nobody's work: some servers make one of a lock, whose answer may have been lost.
+        result = m_before.size > 0 ? keepOther(m_session, m_before) : DriveResult();
     }
     if (result.isOk())
         result = write();
@@ -237,7 +238,7 @@ DriveResult Upload::putAndMove()
 
 void Upload::removeHidden(const std::string& hidden, const DriveResult& result)
 {
-    // Some servers remove what has the name before they move: between that, nothing else is left of the file.
+    // Some servers remove what has the name first: between that, nothing else is left of the file.
     if (result.isOk() || m_mayBeMoving || m_session.remove(hidden).isOk())
         m_hidden.drop();
 }

@@ -70,6 +70,19 @@ TEST_P(SavesTest, AVersionIsWrittenOverTheOneThatItGoesBackToAndOverNoOther)
     EXPECT_FALSE(on.server.isLocked("wheel"));
 }
 
+TEST_P(SavesTest, OfAnEmptyFileNoCopyIsKept)
+{
+    REQUIRE_SERVER(on.server);
+    on.put("/wheel", "");
+    const std::string source = on.local.write("source", kNew).string();
+    EXPECT_EQ(save("/wheel", source, std::nullopt).state, State::Changed);
+    DriveEntry entry;
+    const DriveUpload upload{.path = "/wheel", .source = source, .known = {}, .keepOther = true};
+    EXPECT_EQ(on.drive->upload(upload, entry, {}).detail, "");
+    EXPECT_EQ(on.content("/wheel"), kNew);
+    EXPECT_EQ(on.server.names(), std::vector<std::string>{"wheel"});
+}
+
 TEST_P(SavesTest, AfterACancelledOneTheOldIsThereAndTheNextGetsThrough)
 {
     REQUIRE_SERVER(on.server);
