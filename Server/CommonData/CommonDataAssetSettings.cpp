@@ -6,6 +6,7 @@
 #include "Server/Types/PointText.h"
 
 #include <optional>
+#include <set>
 
 namespace Vs::CommonData {
 
@@ -29,6 +30,12 @@ std::optional<GkVector3d> frontBeside(const GkVector3d& up, const GkVector3d& fr
     if (!(upward.length() > 0.5) || !(level.length() > GkContext::gTol.equalVector))
         return std::nullopt;
     return level.normal();
+}
+
+/// Whether the value wasn't told yet; from now on it is.
+bool isNew(const std::wstring& value, std::set<std::wstring>& told)
+{
+    return told.insert(value).second;
 }
 
 } // namespace
@@ -89,10 +96,9 @@ CommonDataAssetSettings::HomeView CommonDataAssetSettings::homeView() const
     if (Types::StringToVector3d(eyeText, eye) && Types::StringToVector3d(upText, up))
         if (const std::optional<GkVector3d> level = frontBeside(eye, up))
             return {eye.normal(), *level};
-    if (!eyeText.empty() && eyeText != m_unreadable)
+    if (!eyeText.empty() && isNew(eyeText, m_unreadable))
         warn(asset()->name() + L": the saved home view, from " + eyeText + L" with " + upText +
              L" upwards, is not two directions; Home looks as usual.");
-    m_unreadable = eyeText.empty() ? m_unreadable : eyeText;
     const GkVector3d sideways = sceneUp().crossProduct(sceneFront()) + sceneFront() + sceneUp();
     return {sideways.normal(), *frontBeside(sideways, sceneUp())};
 }
@@ -112,10 +118,9 @@ bool CommonDataAssetSettings::perspWithOrthoFaces() const
     const std::wstring value = asset()->setting(kOrthoFaces);
     if (value.empty() || value == kOn)
         return !value.empty();
-    if (value != m_unreadable)
+    if (isNew(value, m_unreadable))
         warn(asset()->name() + L": the saved value \"" + value +
              L"\" of perspWithOrthoFaces is neither true nor empty; the perspective stays as it is.");
-    m_unreadable = value;
     return false;
 }
 

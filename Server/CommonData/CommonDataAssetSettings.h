@@ -4,6 +4,7 @@
 #include "Server/Geometry/GkVector3d.h"
 
 #include <memory>
+#include <set>
 #include <string>
 
 namespace Vs::NameView {
@@ -58,7 +59,7 @@ private:
 
     mutable std::wstring m_upText, m_frontText; ///< What `m_orientation` was read from.
     mutable Orientation m_orientation{{0, 0, 1}, {0, -1, 0}};
-    mutable std::wstring m_unreadable; ///< The last value that was warned of.
+    mutable std::set<std::wstring> m_unreadable; ///< The values that were warned of.
     std::unique_ptr<NameView::NamedViews> m_namedViews;
 };
 

@@ -48,6 +48,30 @@ TEST_F(AssetSettings, AModelStandsOnZAndFacesTheViewerUntilItIsTurned)
     EXPECT_TRUE(standsAs({0, 1, 0}, {0, 0, 1}));
 }
 
+TEST_F(AssetSettings, HomeLooksFromACornerOfTheModelUntilAnotherViewIsKept)
+{
+    const auto looks = [&](const GkVector3d& eye, const GkVector3d& up) {
+        const testing::AssertionResult from = isNear(settings().homeView().eye, eye.normal());
+        return from ? isNear(settings().homeView().up, up.normal()) : from;
+    };
+    EXPECT_TRUE(looks({1, -1, 1}, {-1, 1, 2}));
+    ASSERT_TRUE(settings().sceneOrientation({0, 1, 0}, {0, 0, 1}));
+    EXPECT_TRUE(looks({1, 1, 1}, {-1, 2, -1})) << "as the model stands";
+    EXPECT_TRUE(settings().homeView({{0, 0, 7}, {0, 2, 5}}));
+    EXPECT_FALSE(settings().homeView({{0, 0, 0}, {0, 1, 0}}));
+    EXPECT_FALSE(settings().homeView({{0, 3, 0}, {0, -1, 0}}));
+    reopen();
+    EXPECT_TRUE(looks({0, 0, 1}, {0, 1, 0}));
+    EXPECT_TRUE(warnings.empty());
+    asset->setting("homeEye", L"0,0");
+    asset->setting("perspWithOrthoFaces", L"perhaps");
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(looks({1, 1, 1}, {-1, 2, -1}));
+        EXPECT_FALSE(settings().perspWithOrthoFaces());
+    }
+    EXPECT_EQ(warnings.size(), 2u) << "each damaged value is told once";
+}
+
 TEST_F(AssetSettings, AreSavedWithTheAsset)
 {
     const GkVector3d up = GkVector3d(1, 2, 3).normal();
