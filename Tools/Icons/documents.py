@@ -11,6 +11,11 @@ picture("Application/Exit").line("M13.5 3 H5 A1 1 0 0 0 4 4 V20 A1 1 0 0 0 5 21 
 picture("File/New").line(open_page()).accent(plus(18, 18, 3.5))
 picture("File/Open").line("M3 19 V5.5 A1 1 0 0 1 4 4.5 H9 L11.5 7.5 H18 A1 1 0 0 1 19 8.5 V10.5") \
     .tint("M3 19 L6 10.5 H22 L19 19.5 H3.5Z").accent("M3 19.5 L6 10.5 H22 L19 19.5Z")
+picture("File/OpenDocuments").line("M6 17 H4.5 A1 1 0 0 1 3.5 16 V4 A1 1 0 0 1 4.5 3 H14 A1 1 0 0 1 15 4 V5") \
+    .tint("M9 8 H15.5 L20.5 13 V21 H9Z") \
+    .accent("M9 20 V9 A1 1 0 0 1 10 8 H15.5 L20.5 13 V20 A1 1 0 0 1 19.5 21 H10 A1 1 0 0 1 9 20Z", "M15.5 8 V13 H20.5")
+picture("File/Recent").line("M10.5 18.5 H4 A1 1 0 0 1 3 17.5 V5.5 A1 1 0 0 1 4 4.5 H9 L11.5 7.5 H19 A1 1 0 0 1 20 8.5 V10") \
+    .tint(circle(17, 17, 5)).accent(circle(17, 17, 5), poly((17, 14), (17, 17), (19.2, 18.2)))
 picture("File/Save") \
     .line("M4 3.5 H16.5 L20.5 7.5 V19.5 A1 1 0 0 1 19.5 20.5 H4.5 A1 1 0 0 1 3.5 19.5 V4 A.5 .5 0 0 1 4 3.5Z",
                           "M7.5 3.5 V8.5 H15 V3.5") \
@@ -46,6 +51,9 @@ picture("Assets/Export") \
 picture("Document/Image").line(rect(3, 4.5, 18, 15, 1.5)).solid(circle(8, 9.3, 1.6)) \
     .tint(area((3.5, 17.5), (9, 12.8), (12, 15.3), (16, 10.5), (20.5, 15.5), (20.5, 18.7), (3.5, 18.7))) \
     .accent(poly((3.5, 17.5), (9, 12.8), (12, 15.3), (16, 10.5), (20.5, 15.5)))
+picture("Document/SharePicture").line("M13 4.5 H4.5 A1.5 1.5 0 0 0 3 6 V18 A1.5 1.5 0 0 0 4.5 19.5 H19.5 A1.5 1.5 0 0 0 21 18 V13.5") \
+    .line(poly((3.5, 17.5), (8.5, 13), (11.5, 15.5), (14, 12.8))) \
+    .accent("M13 11.5 C13 7.5 15.5 5.8 21 5.8", poly((17.8, 2.6), (21, 5.8), (17.8, 9)))
 picture("Hearsay/ClipScreen").dashed(rect(3, 3.5, 18, 9.5, 1)) \
     .accent(circle(7.6, 19, 2.2), circle(16.4, 19, 2.2), poly((9, 17.2), (15.2, 9)), poly((15, 17.2), (8.8, 9)))
 
