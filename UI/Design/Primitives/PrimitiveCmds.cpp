@@ -1,10 +1,12 @@
 #include "UI/Design/Primitives/PrimitiveCmds.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Types/PointText.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Design/Environments.h"
 #include "UI/Design/Localized.h"
@@ -103,8 +105,10 @@ bool isByHand(const CommandContext& context)
     case ECommandAccessPoint::ContextMenu:
     case ECommandAccessPoint::Canvas:
     case ECommandAccessPoint::HotKey:
-    case ECommandAccessPoint::Repeat:
         return context.arguments() == 0;
+    // Which tells nothing of who repeats it.
+    case ECommandAccessPoint::Repeat:
+        return context.arguments() == 0 && !Application::headless() && !Vs::TranscriptMgr::get()->replaying();
     default:
         return false;
     }

@@ -316,8 +316,11 @@ TEST_F(UndoTest, RepeatRunsTheLastCommandAndBearsItsName)
         definition(L"RepeatCommand")->updateInputControl(&context);
         return definition(L"RepeatCommand")->inputControl()->info();
     };
+    // As a person who is asked in a panel, and takes what it proposes.
     const auto repeat = [] {
         answer(L"Commands.Start RepeatCommand");
+        if (applicable(L"CommitCommand"))
+            answer(L"VuCommands.CommitCmd");
         return parts().size();
     };
     EXPECT_FALSE(applicable(L"RepeatCommand"));

@@ -106,7 +106,30 @@ TEST_F(SplitViewsTest, HomeAndBackEachPaneShowsWhatItShowedWhicheverIsActive)
     }
 }
 
-TEST_F(SplitViewsTest, ALayoutThatIsLeftBeforeTheWindowHasShownItComesWithAllItsPanes)
+/// In a window that is seen.
+class SplitViewsInWindow : public SplitViewsTest
+{
+protected:
+    void SetUp() override
+    {
+        m_before = Vu::WorkspaceMgr::activeWorkspace();
+        m_shown = Vu::WorkspaceMgr::get()->create();
+        m_shown->window()->show();
+        SplitViewsTest::SetUp();
+    }
+    void TearDown() override
+    {
+        SplitViewsTest::TearDown();
+        Vu::WorkspaceMgr::get()->close(m_shown);
+        Vu::WorkspaceMgr::activeWorkspace(m_before);
+    }
+
+private:
+    Vu::Workspace* m_before = nullptr;
+    Vu::Workspace* m_shown = nullptr;
+};
+
+TEST_F(SplitViewsInWindow, ALayoutThatIsLeftBeforeTheWindowHasShownItComesWithAllItsPanes)
 {
     const auto settle = [] {
         QApplication::processEvents();
@@ -114,7 +137,6 @@ TEST_F(SplitViewsTest, ALayoutThatIsLeftBeforeTheWindowHasShownItComesWithAllIts
     };
     answer(L"Design.Sample");
     const std::wstring back = L"VuCommands.AssetShellCmd " + activeSession()->serialize();
-    Vu::WorkspaceMgr::get()->activeWorkspace()->window()->show();
     for (const auto& [layout, count] : kLayouts) {
         answer(L"SplitView.DefaultLayout");
         settle();

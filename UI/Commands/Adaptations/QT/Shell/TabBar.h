@@ -27,6 +27,8 @@ signals:
 protected:
     QSize tabSizeHint(int index) const override;
     QSize minimumTabSizeHint(int index) const override;
+    /// A tab that became narrower leaves no rest of itself beside it.
+    void tabLayoutChange() override { update(); }
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
