@@ -214,7 +214,7 @@ for file in files:
 assert functions > 100
 box = {n.name: n for n in ast.parse(open(os.path.join(sys.argv[1], 'Design.pyi')).read()).body
        if isinstance(n, ast.FunctionDef)}['Box']
-assert [a.arg for a in box.args.posonlyargs] == ['dx', 'dy', 'dz', 'x_y_z'] and len(box.args.defaults) == 1
+assert [a.arg for a in box.args.posonlyargs] == ['dx', 'dy', 'dz', 'x_y_z', 'direction'] and len(box.args.defaults) == 2
 )",
           {stubs});
     EXPECT_EQ(runQuillet({"--write-stubs", folder.write("file", "").string()}).exitCode, 1);

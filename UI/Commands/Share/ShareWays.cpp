@@ -88,7 +88,7 @@ void giveToDrive(const fs::path& picture, Vs::Document& document, Vs::Status& st
     fs::path target = place / picture.filename();
     CloudErrorState state = CloudSaveCmd::Ensure(true, true, target, folder);
     if (state == CloudErrorState::Success) {
-        target = freePicturePath(place, picture.stem().wstring(),
+        target = freePicturePath(place, fileNameFor(&document, {}),
                                  [&](const std::string& file) { return folder.findChild(file) != nullptr; });
         fs::copy_file(picture, target);
         state = SkyvaultUtilities::SaveDocumentToCloud(MeshportAuth::globalInstance(), folder.id(), target,
