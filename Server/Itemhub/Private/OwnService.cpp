@@ -91,13 +91,9 @@ pid_t spawnProgram(const std::string& program, const std::string& folder, int pi
 
 OwnService& OwnService::get()
 {
-    static OwnService service;
-    return service;
-}
-
-OwnService::~OwnService()
-{
-    stop();
+    // Never destroyed: who stops it may itself be destroyed after all that is made as late as this.
+    static auto* const service = new OwnService;
+    return *service;
 }
 
 void OwnService::launch()

@@ -26,7 +26,6 @@ public:
 
 private:
     OwnService() = default;
-    ~OwnService();
     Access readAccess(const Watch& watch);
 
     int m_pipe = -1, m_process = -1;
