@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kTick{100};
 // What is read from a file, and from the network, at once.
-constexpr long kBuffer = 256 * 1024;
+constexpr long kBuffer = 256L * 1024;
 // A server that refuses a large body may say so before it is sent; many say nothing.
 constexpr long kMsForRefusal = 300;
 

@@ -9,7 +9,7 @@ namespace Vs::Translate {
 
 namespace {
 
-constexpr size_t kPiece = 64 * 1024;
+constexpr size_t kPiece = 64UL * 1024;
 
 } // namespace
 

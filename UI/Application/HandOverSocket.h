@@ -12,7 +12,7 @@ namespace Quillet::HandOverSocket {
 /// How long either side waits for the other.
 constexpr std::chrono::milliseconds kPatience{2000};
 /// Of a message; a desktop gives a program no more arguments.
-constexpr size_t kLargest = 2 * 1024 * 1024;
+constexpr size_t kLargest = 2UL * 1024 * 1024;
 /// What the window answers when it has everything, and what it waits for before it opens anything: who has
 /// lost patience doesn't send it, and has started a window of its own.
 constexpr const char* kTaken = "taken\n";

@@ -17,7 +17,7 @@ namespace {
 
 // The last one comes of exceptions that nobody catches, as where the kernel gets no more memory.
 constexpr int kSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
-constexpr size_t kStackSize = 64 * 1024;
+constexpr size_t kStackSize = 64UL * 1024;
 
 /// What the guard of this thread has to know; null if it has none.
 thread_local std::atomic<bool>* guarded = nullptr;

@@ -44,7 +44,7 @@ void checkBlobs(Routes::Service& service, const QStringList&)
 
 void cleanBlobs(Routes::Service& service, const QStringList&)
 {
-    constexpr int64_t kDay = 24 * 3600;
+    constexpr int64_t kDay = 24L * 3600;
     int removed = 0;
     Store::Connection& store = service.database.connection();
     service.blobs.each([&](const std::string& sha256, int64_t age) {

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::chrono::seconds kKeepAlive{15};
 constexpr int kMostRequests = 1'000'000; ///< Of one connection.
-constexpr size_t kPiece = 256 * 1024;
+constexpr size_t kPiece = 256UL * 1024;
 
 /// The connection of the request that this thread answers.
 thread_local Socket* t_socket = nullptr;

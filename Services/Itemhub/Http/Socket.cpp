@@ -12,7 +12,7 @@ namespace Itemhub::Http {
 
 namespace {
 
-constexpr size_t kBuffer = 64 * 1024;
+constexpr size_t kBuffer = 64UL * 1024;
 constexpr std::chrono::seconds kBodyTime{30};  ///< Without a byte.
 constexpr std::chrono::seconds kWriteTime{30}; ///< Without a byte taken.
 
@@ -147,7 +147,7 @@ void Socket::close(bool mayBeSending)
     flush();
     ::shutdown(m_descriptor, SHUT_WR);
     const auto end = steady_clock::now() + kLonger;
-    std::array<char, 16 * 1024> nowhere;
+    std::array<char, 16UL * 1024> nowhere;
     for (size_t thrown = 0; mayBeSending && thrown < kMost;) {
         const auto left = duration_cast<milliseconds>(end - steady_clock::now());
         if (left.count() <= 0 || !waitFor(POLLIN, left))

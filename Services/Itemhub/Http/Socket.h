@@ -15,7 +15,7 @@ namespace Itemhub::Http {
 class Socket
 {
 public:
-    static constexpr size_t kLongestHead = 32 * 1024;
+    static constexpr size_t kLongestHead = 32UL * 1024;
     static constexpr std::chrono::seconds kHeadTime{10};
 
     explicit Socket(int descriptor); ///< Stays the caller's.

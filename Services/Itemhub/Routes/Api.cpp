@@ -22,7 +22,7 @@ using Http::Problem;
 using Http::Response;
 using Store::Role;
 
-constexpr size_t kLongestJson = 64 * 1024;
+constexpr size_t kLongestJson = 64UL * 1024;
 
 std::string joined(const std::vector<std::string>& texts)
 {

@@ -73,7 +73,7 @@ SignInPage pageFor(const Call& call, const Wish& wish)
 /// The fields of a form that was sent.
 Field formOf(Call& call)
 {
-    constexpr size_t kLongest = 64 * 1024;
+    constexpr size_t kLongest = 64UL * 1024;
     if (!call.request.header("Content-Type").starts_with("application/x-www-form-urlencoded"))
         throw Http::Problem(415, "bad_type",
                             "The request's body must be of the type application/x-www-form-urlencoded.");

@@ -19,7 +19,7 @@ using Blobs::Digest;
 using Blobs::UploadWriter;
 using Http::Problem;
 
-constexpr size_t kPiece = 256 * 1024;
+constexpr size_t kPiece = 256UL * 1024;
 
 void requireProtocol(const Call& call)
 {
