@@ -1,8 +1,6 @@
 #include "UI/Base/Session/SelectionCommandInput.h"
 
 #include "Server/Base/Status.h"
-#include "Server/Base/Strings.h"
-#include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -15,13 +13,12 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/Private/CanvasPicker.h"
+#include "UI/Base/Session/Private/ClickChoice.h"
 #include "UI/Base/Session/Private/PartFollower.h"
+#include "UI/Base/Session/Private/PathList.h"
 #include "UI/Base/Session/Private/RubberBand.h"
 #include "UI/Base/Session/SelectionInputEvents.h"
 #include "UI/Base/View/GraphicsCanvas.h"
-
-#include <boost/algorithm/string/replace.hpp>
-#include <boost/tokenizer.hpp>
 
 #include <algorithm>
 #include <tuple>
@@ -56,44 +53,6 @@ Vs::Asset* assetOf(const CommandInputSet& set)
 Vs::Asset* assetOf(const CommandInputBase& input)
 {
     return assetOf(*input.commandInputSet());
-}
-
-/// Whether a click adds to what is there, or takes from it.
-bool adds(unsigned modifiers)
-{
-    const unsigned keys = modifiers & (kShiftModifier | kControlModifier);
-    return keys == kShiftModifier || keys == kControlModifier;
-}
-
-/// Whether a click means what holds the thing.
-bool climbs(unsigned modifiers)
-{
-    constexpr unsigned kBoth = kShiftModifier | kControlModifier;
-    return (modifiers & kBoth) == kBoth;
-}
-
-/// A path as one of several with bars between them.
-std::wstring asField(std::wstring path)
-{
-    if (path.find_first_of(L"|\"\\") == std::wstring::npos)
-        return path;
-    boost::replace_all(path, L"\\", L"\\\\");
-    boost::replace_all(path, L"\"", L"\\\"");
-    return L'"' + path + L'"';
-}
-
-/// The fields of a text; none if it is no list of such.
-std::vector<std::wstring> fieldsOf(const std::wstring& text)
-{
-    try {
-        const boost::escaped_list_separator<wchar_t> bars(L'\\', L'|', L'"');
-        const boost::tokenizer<boost::escaped_list_separator<wchar_t>, std::wstring::const_iterator,
-                               std::wstring>
-            fields(text.begin(), text.end(), bars);
-        return {fields.begin(), fields.end()};
-    } catch (const boost::escaped_list_error&) {
-        return {};
-    }
 }
 
 } // namespace
@@ -226,66 +185,13 @@ Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& even
     std::erase_if(objects, [this](const auto& object) { return !accepts(object); });
     if (objects.empty())
         return nullptr;
-    if (climbs(event.modifierMask())) {
-        const Vs::StrongRef<Vs::Selection> solid = solidAmong(objects);
-        return solid ? solid : holderOf(*objects.front());
-    }
-    return m_current ? componentOrPart(objects, adds(event.modifierMask())) : objects.front();
-}
-
-bool SelectionCommandInput::isSolid(const Vs::Selection& selection)
-{
-    const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
-    return object && object->path().leaf == Vs::ObjectPath::Leaf::Solid;
-}
-
-// One that isn't taken yet, of the part that is meant.
-Vs::StrongRef<Vs::Selection> SelectionCommandInput::solidAmong(const Selections& objects) const
-{
-    const auto* first = Vs::cast<Vs::LogicalSelection>(objects.front().get());
-    for (const auto& each : objects)
-        if (const auto* object = Vs::cast<Vs::LogicalSelection>(each.get());
-            object && first && isSolid(*each) && object->componentId() == first->componentId() &&
-            !selectionSet().contains(*each))
-            return each;
-    return nullptr;
-}
-
-// The nearest component around it that isn't taken yet.
-Vs::StrongRef<Vs::Selection> SelectionCommandInput::holderOf(const Vs::Selection& selection) const
-{
-    const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
-    const PickFilter wanted(*this);
-    for (std::string id = object ? object->componentId() : std::string(); !id.empty();
-         id = Vs::parentId(id)) {
-        const Vs::StrongRef<Vs::Selection> holder(new Vs::LogicalSelection(object->asset(), id, nullptr));
-        const bool isNew = !selectionSet().contains(*holder);
-        if (isNew && wanted.filter()->accepts(*holder) && accepts(holder))
-            return holder;
-    }
-    return nullptr;
-}
-
-// A click takes the component, and one more on it the part. Who adds goes on with what is selected already.
-Vs::StrongRef<Vs::Selection> SelectionCommandInput::componentOrPart(const Selections& objects,
-                                                                    bool adds) const
-{
-    using Object = Vs::LogicalSelection;
-    constexpr auto kComponent = Vs::ObjectPath::Leaf::Component;
-    const auto* first = Vs::cast<Object>(objects.front().get());
-    const auto component = std::find_if(objects.begin(), objects.end(), [&](const auto& each) {
-        const auto* object = Vs::cast<Object>(each.get());
-        return first && object && object->path() == Vs::ObjectPath{first->componentId(), kComponent};
-    });
-    if (component == objects.end())
-        return objects.front();
-    const auto& selected = selectionSet().selections();
-    const bool wantsPart = std::any_of(selected.begin(), selected.end(), [&](const auto& each) {
-        const auto* object = Vs::cast<Object>(each.get());
-        return object &&
-               (adds ? object->path().leaf != kComponent : object->componentId() == first->componentId());
-    });
-    return wantsPart ? objects.front() : *component;
+    const ClickChoice::Accepts permitted = [&](const auto& object) {
+        return wanted.filter()->accepts(*object) && accepts(object);
+    };
+    const ClickChoice choice(selectionSet(), permitted);
+    if (clickClimbs(event.modifierMask()))
+        return choice.holder(objects);
+    return m_current ? choice.componentOrPart(objects, clickAdds(event.modifierMask())) : objects.front();
 }
 
 bool SelectionCommandInput::add(Vs::StrongRef<Vs::Selection> selection)
@@ -353,13 +259,13 @@ void SelectionCommandInput::selectionSetChanged()
 
 void SelectionCommandInput::click(const Vs::StrongRef<Vs::Selection>& selection, unsigned modifiers)
 {
-    const bool adds = Vu::adds(modifiers);
+    const bool adds = clickAdds(modifiers);
     if (!selection) {
         if (m_current && !adds)
             clear();
     } else if (m_current && !adds) {
         selections().replace({selection});
-    } else if (climbs(modifiers) && !m_exactly && !isSolid(*selection)) {
+    } else if (clickClimbs(modifiers) && !m_exactly && !isSolid(*selection)) {
         takeHolder(selection);
     } else if (!adds || m_exactly || !selections().remove(*selection)) {
         std::ignore = add(selection); // A click that is refused changes nothing.
@@ -460,43 +366,16 @@ std::wstring SelectionCommandInput::textOf(const Vs::ObjectPath& path, const Vs:
 
 std::wstring SelectionCommandInput::valueOf(const std::vector<std::wstring>& paths)
 {
-    if (paths.size() == 1)
-        return paths.front();
-    std::wstring text;
-    for (const std::wstring& path : paths)
-        text += (text.empty() ? L"" : L"|") + asField(path);
-    return text;
+    return PathList::text(paths);
 }
 
 std::optional<SelectionCommandInput::Selections> SelectionCommandInput::named(const std::wstring& text,
                                                                               Vs::Status& status) const
 {
     Vs::Asset* asset = assetOf(*this);
-    if (text.empty() || !asset)
-        return text.empty() ? std::optional(Selections()) : std::nullopt;
-    Selections found;
-    const auto find = [&](const std::wstring& path, Vs::Status& why) {
-        auto object = Vs::findPath(*asset, path, why);
-        const std::string id = Vs::Strings::narrow(path);
-        if (!object && asset->findComponent(id)) {
-            object = Vs::ObjectPath{.component = id};
-            why.clear();
-        }
-        if (object)
-            found.emplace_back(new Vs::LogicalSelection(asset, *object, nullptr));
-        return object.has_value();
-    };
-    // A name may hold a bar, so that the text is taken as one path first.
-    if (find(text, status))
-        return found;
-    const std::vector<std::wstring> fields = fieldsOf(text);
-    if (fields.size() < 2)
-        return std::nullopt;
-    status.clear();
-    if (!std::all_of(fields.begin(), fields.end(),
-                     [&](const std::wstring& field) { return find(field, status); }))
-        return std::nullopt;
-    return found;
+    if (text.empty())
+        return Selections();
+    return asset ? PathList::objects(text, *asset, status) : std::nullopt;
 }
 
 bool SelectionCommandInput::valueFromString(const std::wstring& text)

@@ -140,11 +140,6 @@ private:
     bool accepts(const Vs::StrongRef<Vs::Selection>& selection) const;
     /// Lights what the pointer is at, null for nothing, and tells of it; false if that is lit already.
     bool pointAt(const Vs::StrongRef<Vs::Selection>& selection);
-    static bool isSolid(const Vs::Selection& selection);
-    Vs::StrongRef<Vs::Selection> solidAmong(const Selections& objects) const;
-    Vs::StrongRef<Vs::Selection> holderOf(const Vs::Selection& selection) const;
-    Vs::StrongRef<Vs::Selection> componentOrPart(const Selections& objects, bool adds) const;
-
     bool isComplete() const;
 
     std::wstring textOf(const Vs::ObjectPath& path, const Vs::Asset& asset) const;
