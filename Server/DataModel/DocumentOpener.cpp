@@ -18,6 +18,7 @@
 #include <atomic>
 #include <optional>
 #include <semaphore>
+#include <system_error>
 #include <thread>
 
 namespace Vs {
@@ -57,15 +58,22 @@ void readAll(std::vector<NativeJob>& jobs)
     std::atomic<bool> goOn = true;
     std::counting_semaphore<> done(0);
     std::vector<std::thread> threads;
+    const auto read = [&] {
+        for (size_t k = next++; k < jobs.size(); k = next++) {
+            jobs[k].load = DocumentBuild::read(
+                jobs[k].path, [&](double) { return goOn.load(); }, jobs[k].status);
+            done.release();
+        }
+    };
     const size_t most = std::max(std::thread::hardware_concurrency(), 1u);
-    for (size_t i = 0; i < std::min(most, jobs.size()); ++i)
-        threads.emplace_back([&] {
-            for (size_t k = next++; k < jobs.size(); k = next++) {
-                jobs[k].load = DocumentBuild::read(
-                    jobs[k].path, [&](double) { return goOn.load(); }, jobs[k].status);
-                done.release();
-            }
-        });
+    try {
+        while (threads.size() < std::min(most, jobs.size()))
+            threads.emplace_back(read);
+    } catch (const std::system_error&) {
+        // Where the system gives no more threads, those that there are read, or this one.
+        if (threads.empty())
+            read();
+    }
     for (size_t i = 0; i < jobs.size(); ++i) {
         done.acquire();
         if (!progress.update(double(i + 1) / double(jobs.size())))

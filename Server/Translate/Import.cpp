@@ -18,7 +18,6 @@
 #include <mutex>
 #include <numeric>
 #include <sstream>
-#include <thread>
 #include <utility>
 
 namespace Vs::Translate {
@@ -119,11 +118,14 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
         if (reading.later) {
             // A crash in here is told by this step's name, and tried again without annotations.
             reporter.stage("reading the annotations", 0.65, 0.9);
-            std::thread beside(
-                [&] { meshes = meshAll(tree, reading.early.get(), faces, reporter, meshWarnings); });
-            reading.later();
-            reporter.stage("meshing the parts", 0.9, 0.95);
-            beside.join();
+            forEachInParallel(2, [&](size_t job) {
+                if (job == 0) {
+                    reading.later(reading.warnings);
+                    reporter.stage("meshing the parts", 0.9, 0.95);
+                } else {
+                    meshes = meshAll(tree, reading.early.get(), faces, reporter, meshWarnings);
+                }
+            });
         } else {
             reporter.stage("meshing the parts", 0.65, 0.95);
             meshes = meshAll(tree, reading.early.get(), faces, reporter, meshWarnings);

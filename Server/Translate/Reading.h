@@ -27,8 +27,8 @@ struct Reading
     std::vector<std::string> warnings;
     /// What to say if there turns out to be nothing that can be shown.
     std::string ifEmpty = "holds no surfaces or solids that can be read";
-    /// What can go on beside the meshing, such as the annotations; may be empty. It may add warnings.
-    std::function<void()> later;
+    /// What can go on beside the meshing, such as the annotations, and adds its warnings; may be empty.
+    std::function<void(std::vector<std::string>& warnings)> later;
     /// What has begun to mesh the shapes while the reader was still at work; may be null.
     std::unique_ptr<EarlyMeshing> early;
     /// Meshes that came with the file, in the order of the tree's bodies; empty where they are to be made.

@@ -140,7 +140,7 @@ Reading readStep(const std::string& path, bool annotations, Reporter& reporter)
     if (tessellated)
         reading.warnings.push_back("holds tessellated geometry beside the rest, which was left out");
     if (annotated)
-        reading.later = [reader, document, &warnings = reading.warnings]() {
+        reading.later = [reader, document](std::vector<std::string>& warnings) {
             try {
                 reader->readAnnotations(document);
             } catch (const Standard_Failure& failure) {
