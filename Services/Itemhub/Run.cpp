@@ -151,6 +151,13 @@ Access::Granted localToken(Routes::Service& service)
     return granted;
 }
 
+/// A part of a host's name, in which capitals don't count.
+QString randomName()
+{
+    constexpr size_t kBytes = 10;
+    return QString::fromLatin1(Access::randomText(kBytes).toLatin1().toHex());
+}
+
 void removeToken(Routes::Service& service, qint64 token)
 {
     try {
@@ -206,6 +213,8 @@ int serveLocally(const QString& folder, int pipe)
     Http::Server server([&](Http::Request& request) { return api.answer(request); }, {});
     const int port = server.bind(config.address.toStdString(), 0);
     service.config.url = QString("http://127.0.0.1:%1").arg(port);
+    // Cookies know no ports: at this name, browsers send the page's to nobody else's server on this machine.
+    service.config.pageUrl = QString("http://items-%1.localhost:%2").arg(randomName()).arg(port);
     const Access::Granted token = localToken(service);
     const QJsonObject line{{"url", service.config.url}, {"customer", kLocal}, {"token", token.token}};
     if (!writeLine(pipe, QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n'))

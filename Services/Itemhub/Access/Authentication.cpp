@@ -1,6 +1,7 @@
 #include "Services/Itemhub/Access/Authentication.h"
 
 #include "Services/Itemhub/Access/OAuth.h"
+#include "Services/Itemhub/Access/PageSession.h"
 #include "Services/Itemhub/Store/Memo.h"
 
 #include <cstdlib>
@@ -47,6 +48,19 @@ TokenRecord byBearer(Store::Connection& connection, const QString& text)
     return *token;
 }
 
+/// By the cookie of the dashboard's session.
+TokenRecord byPage(Store::Connection& connection, const MasterKey& key, const Http::Request& request,
+                   const QString& text)
+{
+    requireOwnPage(request);
+    const TokenRecord token = byBearer(connection, text);
+    const bool reads = request.method() == "GET" || request.method() == "HEAD";
+    const QByteArray proof = QByteArray::fromStdString(request.header("X-CSRF-Token"));
+    if (!reads && !equalSecrets(proof, pageProof(key, token.selector).toLatin1()))
+        throw Http::Problem(403, "not_the_page", "The request was not made by the dashboard's own page.");
+    return token;
+}
+
 /// Everything but the token's age.
 TokenRecord bySignature(Store::Connection& connection, const MasterKey& key, const Http::Request& request,
                         const QMap<QString, QString>& parameters, const QString& base)
@@ -87,6 +101,8 @@ TokenRecord authenticate(Store::Connection& connection, const MasterKey& key, co
     } else if (const auto parameters = signedParameters(header); !parameters.isEmpty()) {
         token = bySignature(connection, key, request, parameters, base);
         requireGood(token);
+    } else if (const auto page = header.empty() ? pageToken(request) : std::nullopt) {
+        token = byPage(connection, key, request, *page);
     } else {
         throw unauthorized("token_missing", "The request needs a token.");
     }

@@ -5,10 +5,11 @@
 
 namespace Itemhub::Access {
 
-/// Who asks, by the request's Authorization header: a bearer token, or a signature by OAuth 1.0.
+/// Who asks, by the request's Authorization header: a bearer token, or a signature by OAuth 1.0. Without one,
+/// by the cookie of the dashboard's session.
 /// @param base as for signatureBase
 /// @throws Http::Problem with 401 if it's nobody, or the token is no longer good; with 403 if the request's
-/// "customer" names another tenant than the token's
+/// "customer" names another tenant than the token's, or a request with a cookie wasn't made by the page
 [[nodiscard]] Store::TokenRecord authenticate(Store::Connection& connection, const MasterKey& key,
                                               const Http::Request& request, const QString& base);
 

@@ -16,7 +16,8 @@ struct Config
 
     QString address = "127.0.0.1";
     int port = 8080;
-    QString url; ///< As clients see the service, without a slash at the end; empty for its own address.
+    QString url;     ///< As clients see the service, without a slash at the end; empty for its own address.
+    QString pageUrl; ///< The same as browsers see it; empty if that is no other one.
     bool behindProxy = false;
     double requestsPerSecond = 200; ///< Of one client; 0 for no limit.
     int connections = 512;          ///< At the same time.

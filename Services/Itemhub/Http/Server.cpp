@@ -182,6 +182,7 @@ public:
         set_default_headers({{"X-Content-Type-Options", "nosniff"},
                              {"X-Frame-Options", "DENY"},
                              {"Referrer-Policy", "no-referrer"},
+                             {"Cross-Origin-Resource-Policy", "same-origin"},
                              {"Cache-Control", "no-store"},
                              {"Content-Security-Policy", "default-src 'none'; frame-ancestors 'none'"}});
         new_task_queue = [this] { return new Queue(m_most); };

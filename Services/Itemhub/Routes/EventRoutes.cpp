@@ -75,12 +75,21 @@ Http::Response streamOf(Call& call, Store::Page page)
     return response;
 }
 
+/// What comes behind a serial, or behind everything that there is now.
+Store::Page pageOf(Call& call)
+{
+    if (call.request.parameter("after") != "now")
+        return call.page();
+    constexpr qint64 kUsual = 100, kMost = 500;
+    return {Store::lastSerial(call.store), call.queryNumber("limit", kUsual, 1, kMost)};
+}
+
 } // namespace
 
 Http::Response listen(Call& call)
 {
     constexpr qint64 kLongestWait = 60;
-    const Store::Page page = call.page();
+    const Store::Page page = pageOf(call);
     if (call.request.header("Accept").find("text/event-stream") != std::string::npos)
         return streamOf(call, page);
     const milliseconds time(1000 * call.queryNumber("wait", 0, 0, kLongestWait));

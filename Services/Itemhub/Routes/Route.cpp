@@ -1,9 +1,11 @@
 #include "Services/Itemhub/Routes/Route.h"
 
 #include "Services/Itemhub/Routes/AttachmentRoutes.h"
+#include "Services/Itemhub/Routes/DashboardRoutes.h"
 #include "Services/Itemhub/Routes/EventRoutes.h"
 #include "Services/Itemhub/Routes/FindRoutes.h"
 #include "Services/Itemhub/Routes/ItemRoutes.h"
+#include "Services/Itemhub/Routes/PictureRoutes.h"
 #include "Services/Itemhub/Routes/ServiceRoutes.h"
 #include "Services/Itemhub/Routes/SignInRoutes.h"
 #include "Services/Itemhub/Routes/TokenRoutes.h"
@@ -62,6 +64,13 @@ const std::vector<Route>& routes()
         {"GET", "/health", Nothing, None, kNone, tellHealth},
         {"GET", "/openapi.yaml", Nothing, None, kNone, describeInterface},
 
+        {"GET", "/dashboard", Nothing, None, kNone, showDashboard},
+        {"POST", "/dashboard", Nothing, None, Takes::Bytes, signInToDashboard},
+        {"GET", "/dashboard/enter", Nothing, None, kNone, enterDashboard},
+        {"GET", "/dashboard/files/{file}", Nothing, None, kNone, showDashboardFile},
+        {"POST", "/dashboard/links", SignedIn, Reader, kNone, makeDashboardLink},
+        {"POST", "/dashboard/end", SignedIn, Reader, kNone, signOutOfDashboard},
+
         {"POST", "/tokens", Nothing, None, Takes::Secrets, signIn},
         {"POST", "/oauth/access_token", Nothing, None, kNone, renewToken},
         {"GET", "/.well-known/oauth-authorization-server", Nothing, None, kNone, describeSignIn},
@@ -84,6 +93,7 @@ const std::vector<Route>& routes()
         {"GET", "/items/{item}", Path, Reader, kNone, readItem},
         {"PATCH", "/items/{item}", Path, Writer, Takes::Json, changeItem},
         {"DELETE", "/items/{item}", Path, Admin, kNone, deleteItem},
+        {"GET", "/items/{item}/picture", Path, Reader, kNone, showItem},
         {"GET", "/items/{item}/links", Path, Reader, kNone, listLinks},
         {"POST", "/items/{item}/links", Path, Writer, Takes::Json, makeLink},
         {"DELETE", "/items/{item}/links/{linked}", Path, Writer, kNone, deleteLink},
@@ -100,6 +110,7 @@ const std::vector<Route>& routes()
         {"POST", "/attachments/{attachment}/versions", Path, Writer, Takes::Json, makeVersion},
         {"GET", "/attachments/{attachment}/versions/{version}", Path, Reader, kNone, readVersion},
         {"GET", "/attachments/{attachment}/versions/{version}/content", Path, Reader, kNone, readContent},
+        {"GET", "/attachments/{attachment}/versions/{version}/picture", Path, Reader, kNone, showVersion},
 
         {"POST", "/uploads", Anywhere, Writer, Takes::Bytes, beginUpload},
         {"HEAD", "/uploads/{upload}", Anywhere, Writer, kNone, tellUpload},

@@ -38,6 +38,10 @@ std::string policyFor(const QString& goesTo)
 
 QString problemOf(const Texts& texts, std::string_view code)
 {
+    if (code == "link_used")
+        return texts.text("SignInLinkUsed",
+                          "The link was used already, or is too old. Open the dashboard from the "
+                          "program again, or sign in here.");
     return code == "too_many_failures"
                ? texts.text("SignInWait",
                             "There were too many wrong passwords. Wait a while, then try again.")
@@ -48,7 +52,8 @@ QString problemOf(const Texts& texts, std::string_view code)
 
 QString SignInPage::form(const Texts& texts) const
 {
-    QString form = "<form method=\"post\" action=\"authorize\">\n";
+    QString form = QString("<form method=\"post\" action=\"%1\">\n")
+                       .arg(kind == Kind::Dashboard ? action : QStringLiteral("authorize"));
     for (const auto& [name, value] : hidden)
         form += QString("<input type=\"hidden\" name=\"%1\" value=\"%2\">\n")
                     .arg(name.toHtmlEscaped(), value.toHtmlEscaped());
@@ -61,17 +66,23 @@ QString SignInPage::form(const Texts& texts) const
     return form + QString("<button>%1</button>\n</form>\n").arg(texts.text("SignInTitle", "Sign In"));
 }
 
+QString SignInPage::why(const Texts& texts) const
+{
+    return kind == Kind::Dashboard
+               ? texts.text("SignInDashboard",
+                            "Your items, with their versions and what was said about them.")
+               : texts.text("SignInWhy",
+                            "A program on this computer asks for access to your items. Go on only if "
+                            "you have just begun to sign in there.");
+}
+
 Http::Response SignInPage::response(const char* problem) const
 {
     const Texts texts(languages);
-    QString page =
-        QString("<!DOCTYPE html>\n<html lang=\"%1\">\n<head><meta charset=\"utf-8\">"
-                "<meta name=\"viewport\" content=\"width=device-width\"><title>%2</title>"
-                "<style>%3</style></head>\n<body><main>\n<h1>%2</h1>\n<p>%4</p>\n")
-            .arg(texts.language(), texts.text("SignInTitle", "Sign In"), kStyle,
-                 texts.text("SignInWhy",
-                            "A program on this computer asks for access to your items. Go on only if "
-                            "you have just begun to sign in there."));
+    QString page = QString("<!DOCTYPE html>\n<html lang=\"%1\">\n<head><meta charset=\"utf-8\">"
+                           "<meta name=\"viewport\" content=\"width=device-width\"><title>%2</title>"
+                           "<style>%3</style></head>\n<body><main>\n<h1>%2</h1>\n<p>%4</p>\n")
+                       .arg(texts.language(), texts.text("SignInTitle", "Sign In"), kStyle, why(texts));
     if (problem)
         page += QString("<p role=\"alert\">%1</p>\n").arg(problemOf(texts, problem));
     page += form(texts) + "</main></body>\n</html>\n";

@@ -15,7 +15,12 @@ class Texts;
 /// shown as text.
 struct SignInPage
 {
-    std::string languages; ///< As the browser's Accept-Language.
+    /// What somebody signs in to.
+    enum class Kind { Program, Dashboard };
+
+    Kind kind = Kind::Program;
+    std::string languages;        ///< As the browser's Accept-Language.
+    QString action = "dashboard"; ///< Where the dashboard's form goes, from the page that shows it.
     QString customer, account;
     std::vector<std::pair<QString, QString>> hidden; ///< More fields of the form, which come back unseen.
     QString goesTo;                                  ///< The origin to which the form's answer redirects.
@@ -24,6 +29,7 @@ struct SignInPage
     [[nodiscard]] Http::Response response(const char* problem) const;
 
 private:
+    [[nodiscard]] QString why(const Texts& texts) const;
     [[nodiscard]] QString form(const Texts& texts) const;
 };
 

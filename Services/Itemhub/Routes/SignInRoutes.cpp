@@ -1,7 +1,9 @@
 #include "Services/Itemhub/Routes/SignInRoutes.h"
 
 #include "Services/Itemhub/Access/Grants.h"
+#include "Services/Itemhub/Access/PageSession.h"
 #include "Services/Itemhub/Blobs/Digest.h"
+#include "Services/Itemhub/Routes/Form.h"
 #include "Services/Itemhub/Routes/Json.h"
 #include "Services/Itemhub/Routes/Password.h"
 #include "Services/Itemhub/Routes/SignInPage.h"
@@ -10,8 +12,6 @@
 #include <QRegularExpression>
 #include <QUrl>
 #include <QUrlQuery>
-
-#include <functional>
 
 namespace Itemhub::Routes {
 
@@ -25,8 +25,6 @@ struct Wish
 {
     QString client, redirect, state, challenge;
 };
-
-using Field = std::function<QString(const char* name)>;
 
 [[noreturn]] void refuse(const std::string& why)
 {
@@ -68,18 +66,6 @@ SignInPage pageFor(const Call& call, const Wish& wish)
                    {"code_challenge", wish.challenge}, {"code_challenge_method", "S256"}};
     page.goesTo = QUrl(wish.redirect).toString(QUrl::RemovePath | QUrl::RemoveQuery);
     return page;
-}
-
-/// The fields of a form that was sent.
-Field formOf(Call& call)
-{
-    constexpr size_t kLongest = 64UL * 1024;
-    if (!call.request.header("Content-Type").starts_with("application/x-www-form-urlencoded"))
-        throw Http::Problem(415, "bad_type",
-                            "The request's body must be of the type application/x-www-form-urlencoded.");
-    QString text = QString::fromStdString(call.request.body(kLongest));
-    const QUrlQuery query(text.replace('+', "%20"));
-    return [query](const char* name) { return query.queryItemValue(name, QUrl::FullyDecoded); };
 }
 
 QString newCode(Call& call, const Wish& wish)
@@ -153,10 +139,7 @@ Http::Response showSignIn(Call& call)
 
 Http::Response takeSignIn(Call& call)
 {
-    // Browsers say so; what other pages would send is none of theirs.
-    if (const std::string from = call.request.header("Sec-Fetch-Site");
-        !from.empty() && from != "same-origin")
-        throw Http::Problem(403, "other_site", "The form was sent by another site's page.");
+    Access::requireOwnPage(call.request);
     const Field field = formOf(call);
     const Wish wish = wishOf(field);
     SignInPage page = pageFor(call, wish);

@@ -104,6 +104,14 @@ class InterfaceTest(ServiceTest):
                   "redirect_uri": "http://127.0.0.1:1/", "code_verifier": "verifier"}
         for status in (200, 400):
             self.assertEqual(call("POST", "/oauth/token", body=urllib.parse.urlencode(change), headers=form).status, status)
+        self.assertEqual(call("GET", "/dashboard").status, 200)
+        self.assertEqual(call("GET", "/dashboard/files/page.js").status, 200)
+        typed = urllib.parse.urlencode({"customer": "acme", "account": "boss", "password": service.PASSWORD})
+        self.assertEqual(call("POST", "/dashboard", body=typed, headers=form).status, 303)
+        link = call("POST", "/dashboard/links").json["url"].split("/dashboard/")[1]
+        for status in (303, 410):
+            self.assertEqual(call("GET", "/dashboard/" + link).status, status)
+        self.assertEqual(call("POST", "/dashboard/end").status, 204)
         workspace = call("POST", "/workspaces", {"name": "Described"}).json["id"]
         self.service.admin("account", "add", "acme", "guest", password=service.PASSWORD)
         members = f"/workspaces/{workspace}/members"
@@ -126,6 +134,11 @@ class InterfaceTest(ServiceTest):
         self.assertEqual(call("GET", f"/items/{item}/comments").json["comments"][0]["body"], "Good.\nBut late.")
         self.assertEqual(call("DELETE", f"/comments/{comment}").status, 204)
 
+        drawn = call("POST", f"/items/{item}/attachments", {
+            "name": "p.vlra", "docType": "VeloraDocType", "upload": call.client.upload(service.package(service.PNG))}).json["id"]
+        for path in (f"/items/{item}/picture", f"/attachments/{drawn}/versions/1/picture"):
+            self.assertEqual(call("GET", path).body, service.PNG)
+        self.assertEqual(call("DELETE", f"/attachments/{drawn}").status, 204)
         upload = call("POST", "/uploads", headers={**TUS, "Upload-Length": "4"}).headers["location"].rsplit("/", 1)[1]
         call("PATCH", f"/uploads/{upload}", body=b"four", headers={
             **TUS, "Upload-Offset": "0", "Content-Type": "application/offset+octet-stream"})

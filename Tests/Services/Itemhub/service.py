@@ -6,6 +6,7 @@ The program runs as a user who may do nothing in particular, also where root run
 import base64
 import hashlib
 import http.client
+import io
 import json
 import os
 import pathlib
@@ -16,6 +17,7 @@ import sys
 import tempfile
 import unittest
 import urllib.parse
+import zipfile
 
 PROGRAM = os.environ.get("QUILLET_ITEMHUB", "")
 NOBODY = 65534
@@ -23,6 +25,8 @@ PLAIN = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups"] 
 ROLES = ("reader", "writer", "admin")
 PASSWORD = "correct horse battery"
 TUS = {"Tus-Resumable": "1.0.0"}
+# One red point.
+PNG = base64.b64decode("iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mP8z8BQDwAEhQGAhKmMIQAAAABJRU5ErkJggg==")
 
 
 class Answer:
@@ -187,6 +191,15 @@ class ServiceTest(unittest.TestCase):
 
 def sha256(data):
     return hashlib.sha256(data).hexdigest()
+
+
+def package(picture, name="thumbnail.png", compressed=zipfile.ZIP_STORED):
+    """A document as the program writes one, as far as the service looks into it."""
+    made = io.BytesIO()
+    with zipfile.ZipFile(made, "w", compressed) as archive:
+        archive.writestr("mimetype", "application/vnd.quillet.document")
+        archive.writestr(name, picture)
+    return made.getvalue()
 
 
 def pkce(verifier):

@@ -7,6 +7,7 @@
 
 import argparse
 import html
+import json
 import pathlib
 import re
 import sys
@@ -41,6 +42,8 @@ def texts_of(folder):
             texts[key] = joined(literals)
         for literals, key in TOOLTIP.findall(source):
             texts[key] = joined(literals)
+    for path in sorted(folder.rglob("texts.json")):
+        texts.update({key: json.dumps(text, ensure_ascii=False)[1:-1] for key, text in json.loads(path.read_text()).items()})
     for path in sorted(folder.rglob("*.xml")):
         for element in KEYED.findall(path.read_text()):
             attributes = dict(re.findall(r'(\w+)="([^"]*)"', element))

@@ -1,0 +1,60 @@
+#include "Services/Itemhub/Access/PageSession.h"
+
+namespace Itemhub::Access {
+
+namespace {
+
+/// By https, browsers let nobody else set a cookie of such a name, not even another host of the same domain.
+constexpr const char* kSafeName = "__Host-itemhub";
+constexpr const char* kPlainName = "itemhub";
+
+bool isSafe(const std::string& base)
+{
+    return base.starts_with("https:");
+}
+
+std::string cookie(const std::string& value, const std::string& base)
+{
+    return std::string(isSafe(base) ? kSafeName : kPlainName) + '=' + value +
+           "; Path=/; HttpOnly; SameSite=Strict" + (isSafe(base) ? "; Secure" : "");
+}
+
+} // namespace
+
+std::optional<QString> pageToken(const Http::Request& request)
+{
+    std::optional<QString> found;
+    for (const QString& entry : QString::fromStdString(request.header("Cookie")).split(';')) {
+        const QString name = entry.section('=', 0, 0).trimmed(), value = entry.section('=', 1).trimmed();
+        if (name == kSafeName)
+            return value;
+        if (name == kPlainName)
+            found = value;
+    }
+    return found;
+}
+
+std::string pageCookie(const QString& token, const std::string& base)
+{
+    return cookie(token.toStdString(), base);
+}
+
+std::string endedPageCookie(const std::string& base)
+{
+    return cookie({}, base) + "; Max-Age=0";
+}
+
+QString pageProof(const MasterKey& key, const QString& selector)
+{
+    return key.derived("page", selector);
+}
+
+void requireOwnPage(const Http::Request& request)
+{
+    // Typed addresses and links of other programs come from no page at all.
+    const std::string from = request.header("Sec-Fetch-Site");
+    if (!from.empty() && from != "same-origin" && from != "none")
+        throw Http::Problem(403, "other_site", "The request was made by another site's page.");
+}
+
+} // namespace Itemhub::Access

@@ -1,0 +1,86 @@
+// An item with all that it has.
+
+import { button, doing, element, picture, section, size, tell, text, time } from "./dom.js";
+import { cards, star } from "./lists.js";
+import { all, ask, make, mayWrite, workspace } from "./service.js";
+
+function version(attachment, each) {
+    const path = `attachments/${attachment.id}/versions/${each.number}`;
+    return element("li", {},
+        picture(`${path}/picture`, "thumb"),
+        element("div", {},
+            element("strong", {}, text("PageVersion", each.number)),
+            each.label ? element("span", { class: "label" }, element("bdi", {}, each.label)) : null,
+            element("div", { class: "small" }, element("bdi", {}, each.author), " · ", time(each.createdAt), " · ", size(each.size))),
+        element("a", { class: "button", href: `${path}/content`, download: attachment.name,
+            "aria-label": text("PageDownloadVersion", attachment.name, each.number) }, text("PageDownload")));
+}
+
+async function file(attachment) {
+    const versions = (await all(`attachments/${attachment.id}/versions`, "versions")).reverse();
+    const kMost = 10;
+    const list = element("ol", { class: "versions", reversed: true, role: "list" },
+        ...versions.slice(0, kMost).map(each => version(attachment, each)));
+    const more = button(text("PageMoreVersions", versions.length - kMost), () => {
+        list.append(...versions.slice(kMost).map(each => version(attachment, each)));
+        more.remove();
+    });
+    return element("article", { class: "file" },
+        element("h3", {}, element("bdi", {}, attachment.name)),
+        versions.length > 0 ? list : element("p", { class: "small" }, text("PageNoVersions")),
+        versions.length > kMost ? more : null);
+}
+
+function comment(each) {
+    return element("li", {},
+        element("div", { class: "small" }, element("bdi", {}, each.author), " · ", time(each.createdAt)),
+        element("p", { class: "written", dir: "auto" }, each.body));
+}
+
+/** The comments, and where another one is written. What is being typed there stays when the list is shown anew. */
+function comments(id, shown, mayComment, typed) {
+    const list = element("ol", { class: "comments", role: "list" }, ...shown.map(comment));
+    const parts = [shown.length > 0 ? list : element("p", { class: "small" }, text("PageNoComments"))];
+    if (mayComment)
+        parts.push(element("form", {
+            onsubmit: doing(async () => {
+                await make(`items/${id}/comments`, { body: typed.value });
+                typed.value = "";
+                tell(text("PageCommented"));
+            }),
+        }, element("label", {}, text("PageComment"), typed), element("button", {}, text("PageSend"))));
+    return section(text("PageComments"), ...parts);
+}
+
+const drafts = new Map(); // What was typed, by item.
+
+function draft(id) {
+    if (!drafts.has(id))
+        drafts.set(id, element("textarea", { rows: 3, maxlength: 20000, required: true }));
+    return drafts.get(id);
+}
+
+export async function oneItem(id) {
+    const item = await ask("GET", `items/${id}`);
+    const [place, attachments, links, said] = await Promise.all([
+        workspace(item.workspaceId), all(`items/${id}/attachments`, "attachments"),
+        all(`items/${id}/links`, "items"), all(`items/${id}/comments`, "comments")]);
+    const files = await Promise.all(attachments.map(file));
+    return {
+        title: item.caption,
+        actions: [star(item)],
+        content: [
+            element("p", { class: "small" },
+                text("PageItem", id), " · ", element("a", { href: `#/workspaces/${place.id}` }, element("bdi", {}, place.name)), " · ",
+                element("bdi", {}, item.createdBy), " · ", time(item.changedAt)),
+            element("div", { class: "overview" },
+                picture(`items/${id}/picture`, "large"),
+                element("div", {}, item.description ? element("p", { class: "written", dir: "auto" }, item.description)
+                    : element("p", { class: "small" }, text("PageNoDescription")))),
+            section(text("PageFiles"), ...files, files.length === 0 ? element("p", { class: "small" }, text("PageNoFiles")) : null),
+            comments(id, said, mayWrite(place), draft(id)),
+            section(text("PageLinks"), cards(links, text("PageNoLinks"))),
+        ],
+        isAbout: event => event.itemId === id && !event.kind.startsWith("favourite."),
+    };
+}

@@ -1,0 +1,86 @@
+// Lists of items: the favourites, a workspace, what a search found.
+
+import { ask as askPerson, button, doing, element, picture, section, tell, text, time } from "./dom.js";
+import { ask, make, mayWrite, workspace, workspaces } from "./service.js";
+
+/** A star that says whether an item is a favourite, and changes that. */
+export function star(item) {
+    const shown = button("★", doing(async () => {
+        const on = shown.ariaPressed !== "true";
+        await ask(on ? "PUT" : "DELETE", `favourites/${item.id}`);
+        shown.ariaPressed = on;
+        tell(text(on ? "PageStarred" : "PageUnstarred", item.caption));
+    }), { class: "star", "aria-pressed": String(item.favourite), "aria-label": text("PageFavourite", item.caption) });
+    return shown;
+}
+
+function card(item) {
+    return element("li", { class: "card" },
+        element("a", { href: `#/items/${item.id}` },
+            picture(`items/${item.id}/picture`, "wide"),
+            element("span", { class: "caption" }, element("bdi", {}, item.caption)),
+            element("span", { class: "small" }, element("bdi", {}, item.createdBy), " · ", time(item.changedAt))),
+        star(item));
+}
+
+export function cards(items, whenEmpty) {
+    return items.length === 0 ? element("p", { class: "small" }, whenEmpty)
+        : element("ul", { class: "cards", role: "list" }, ...items.map(card));
+}
+
+export async function home() {
+    const [places, favourites] = await Promise.all([workspaces(true), ask("GET", "favourites")]);
+    const list = element("ul", { class: "places", role: "list" }, ...places.map(place =>
+        element("li", {}, element("a", { href: `#/workspaces/${place.id}` }, element("bdi", {}, place.name)),
+            element("span", { class: "small" }, text(`PageRole_${place.role}`)))));
+    return {
+        title: text("PageHome"),
+        content: [
+            section(text("PageFavourites"), cards(favourites.items, text("PageNoFavourites"))),
+            section(text("PageWorkspaces"), places.length > 0 ? list : element("p", { class: "small" }, text("PageNoWorkspaces"))),
+        ],
+        isAbout: event => event.kind.startsWith("favourite.") || event.kind === "workspace.added" || event.kind === "member.changed",
+    };
+}
+
+/** Asks for a new item's texts and makes it. */
+async function newItem(place) {
+    const given = await askPerson(text("PageNewItem"), [
+        { name: "caption", label: text("PageCaption"), required: true, maxlength: 255, autocomplete: "off" },
+        { name: "description", label: text("PageDescription"), kind: "textarea", rows: 4, maxlength: 20000 },
+    ], ["make", text("PageMake")]);
+    if (!given)
+        return;
+    const made = await make(`workspaces/${place.id}/items`, { caption: given.caption, description: given.description });
+    location.hash = `#/items/${made.id}`;
+}
+
+export async function oneWorkspace(id) {
+    const place = await workspace(id);
+    const first = await ask("GET", `workspaces/${id}/items?limit=60`);
+    const list = element("div", {}, cards(first.items, text("PageNoItems")));
+    let next = first.next;
+    const more = button(text("PageMore"), doing(async () => {
+        const answer = await ask("GET", `workspaces/${id}/items?limit=60&after=${next}`);
+        list.querySelector("ul").append(...answer.items.map(card));
+        next = answer.next;
+        more.hidden = next === undefined;
+    }), { hidden: next === undefined });
+    return {
+        title: place.name,
+        actions: mayWrite(place) ? [button(text("PageNewItemButton"), doing(() => newItem(place)), { class: "main" })] : [],
+        content: [list, more],
+        isAbout: event => event.workspaceId === id && event.kind.startsWith("item."),
+    };
+}
+
+export async function found(query) {
+    const answer = query.trim() === "" ? { items: [] } : await ask("GET", `search?limit=100&q=${encodeURIComponent(query.slice(0, 100))}`);
+    tell(answer.items.length === 0 ? "" : text("PageFoundCount", answer.items.length));
+    return {
+        title: text("PageFound", query),
+        content: [cards(answer.items, text("PageNothingFound"))],
+        isAbout: () => false,
+    };
+}
+

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Services/Itemhub/Routes/Call.h"
+
+#include <functional>
+
+namespace Itemhub::Routes {
+
+/// The fields of a form that a browser sent; empty where there is none of that name.
+using Field = std::function<QString(const char* name)>;
+
+/// @throws Http::Problem with 415 if the request's body is no form
+[[nodiscard]] Field formOf(Call& call);
+
+} // namespace Itemhub::Routes
