@@ -43,7 +43,7 @@ export function size(bytes) {
         bytes /= 1000;
     return new Intl.NumberFormat(language, {
         style: "unit", unit: units[unit], unitDisplay: unit === 0 ? "long" : "short", maximumFractionDigits: bytes < 10 ? 1 : 0,
-    }).format(bytes);
+    }).format(bytes).replace(" ", "\u00a0");
 }
 
 /** A picture of something that stands beside it in words; where there is none, an empty place. */

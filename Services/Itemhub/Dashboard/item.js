@@ -1,8 +1,11 @@
 // An item with all that it has.
 
-import { button, doing, element, picture, section, size, tell, text, time } from "./dom.js";
+import { ask as askPerson, button, doing, element, picture, section, size, tell, text, time } from "./dom.js";
 import { cards, star } from "./lists.js";
+import { programPart } from "./program.js";
 import { all, ask, make, mayWrite, workspace } from "./service.js";
+
+const kDesign = "VeloraDocType"; // What the program opens.
 
 function version(attachment, each) {
     const path = `attachments/${attachment.id}/versions/${each.number}`;
@@ -14,6 +17,38 @@ function version(attachment, each) {
             element("div", { class: "small" }, element("bdi", {}, each.author), " · ", time(each.createdAt), " · ", size(each.size))),
         element("a", { class: "button", href: `${path}/content`, download: attachment.name,
             "aria-label": text("PageDownloadVersion", attachment.name, each.number) }, text("PageDownload")));
+}
+
+const programs = new Map(); // What the program was asked for, by item; it stays when the item is shown anew.
+
+function programOf(id) {
+    if (!programs.has(id))
+        programs.set(id, programPart());
+    return programs.get(id);
+}
+
+/** What the program can do with an item that has a design. */
+function actions(item, place, design) {
+    const program = programOf(item.id);
+    const asks = (key, name, args, properties = {}) =>
+        button(text(key), doing(async () => {
+            const given = await args();
+            if (given)
+                await program.request(name, given);
+        }), properties);
+    const buttons = [
+        asks("PageOpen", "ItemhubOpenAttachmentCommand", () => ({ fileUri: design.uri }), { class: "main" }),
+        asks("PageInsert", "ItemhubInsertComponentCommand",
+            () => ({ ItemhubWorkspaceId: place.id, ItemhubItemId: item.id, ItemhubDocType: design.docType })),
+    ];
+    if (mayWrite(place))
+        buttons.push(asks("PageMark", "ItemhubSaveCommand", async () => {
+            const given = await askPerson(text("PageMarkTitle"), [
+                { name: "label", label: text("PageLabel"), required: true, maxlength: 255, autocomplete: "off" },
+            ], ["mark", text("PageMarkButton")]);
+            return given && { ItemhubSaveLabel: given.label, ItemhubItemId: item.id };
+        }));
+    return element("div", { class: "actions" }, ...buttons, program);
 }
 
 async function file(attachment) {
@@ -66,8 +101,10 @@ export async function oneItem(id) {
         workspace(item.workspaceId), all(`items/${id}/attachments`, "attachments"),
         all(`items/${id}/links`, "items"), all(`items/${id}/comments`, "comments")]);
     const files = await Promise.all(attachments.map(file));
+    const design = attachments.find(each => each.docType === kDesign && each.latestVersion > 0);
     return {
         title: item.caption,
+        place: place.id,
         actions: [star(item)],
         content: [
             element("p", { class: "small" },
@@ -75,7 +112,7 @@ export async function oneItem(id) {
                 element("bdi", {}, item.createdBy), " · ", time(item.changedAt)),
             element("div", { class: "overview" },
                 picture(`items/${id}/picture`, "large"),
-                element("div", {}, item.description ? element("p", { class: "written", dir: "auto" }, item.description)
+                element("div", {}, design ? actions(item, place, design) : null, item.description ? element("p", { class: "written", dir: "auto" }, item.description)
                     : element("p", { class: "small" }, text("PageNoDescription")))),
             section(text("PageFiles"), ...files, files.length === 0 ? element("p", { class: "small" }, text("PageNoFiles")) : null),
             comments(id, said, mayWrite(place), draft(id)),

@@ -1,6 +1,7 @@
 // Lists of items: the favourites, a workspace, what a search found.
 
 import { ask as askPerson, button, doing, element, picture, section, tell, text, time } from "./dom.js";
+import { programPart } from "./program.js";
 import { ask, make, mayWrite, workspace, workspaces } from "./service.js";
 
 /** A star that says whether an item is a favourite, and changes that. */
@@ -43,23 +44,32 @@ export async function home() {
     };
 }
 
-/** Asks for a new item's texts and makes it. */
-async function newItem(place) {
+/** Asks for a new item's texts and makes it, here or with its design in the program. */
+async function newItem(place, program) {
     const given = await askPerson(text("PageNewItem"), [
         { name: "caption", label: text("PageCaption"), required: true, maxlength: 255, autocomplete: "off" },
         { name: "description", label: text("PageDescription"), kind: "textarea", rows: 4, maxlength: 20000 },
-    ], ["make", text("PageMake")]);
+    ], ["make", text("PageMake")], ["program", text("PageMakeDesign")]);
     if (!given)
         return;
+    if (given.choice === "program") {
+        await program.request("ItemhubNewItemCommand", {
+            ItemhubWorkspaceId: place.id, ItemhubItemName: given.caption, ItemhubItemDescription: given.description });
+        return;
+    }
     const made = await make(`workspaces/${place.id}/items`, { caption: given.caption, description: given.description });
     location.hash = `#/items/${made.id}`;
 }
+
+const programs = new Map(); // What the program was asked for, by workspace.
 
 export async function oneWorkspace(id) {
     const place = await workspace(id);
     const first = await ask("GET", `workspaces/${id}/items?limit=60`);
     const list = element("div", {}, cards(first.items, text("PageNoItems")));
     let next = first.next;
+    const program = programs.get(id) ?? programPart();
+    programs.set(id, program);
     const more = button(text("PageMore"), doing(async () => {
         const answer = await ask("GET", `workspaces/${id}/items?limit=60&after=${next}`);
         list.querySelector("ul").append(...answer.items.map(card));
@@ -68,8 +78,8 @@ export async function oneWorkspace(id) {
     }), { hidden: next === undefined });
     return {
         title: place.name,
-        actions: mayWrite(place) ? [button(text("PageNewItemButton"), doing(() => newItem(place)), { class: "main" })] : [],
-        content: [list, more],
+        actions: mayWrite(place) ? [button(text("PageNewItemButton"), doing(() => newItem(place, program)), { class: "main" })] : [],
+        content: [program, list, more],
         isAbout: event => event.workspaceId === id && event.kind.startsWith("item."),
     };
 }

@@ -41,12 +41,12 @@ document.body.append(
 let shown = { isAbout: () => false }, asked = 0;
 
 async function showPlaces() {
-    const current = location.hash;
+    const current = shown.place ? `#/workspaces/${shown.place}` : location.hash || "#/";
     places.replaceChildren(element("ul", { role: "list" },
         ...[{ href: "#/", name: text("PageHome") },
             ...(await workspaces()).map(each => ({ href: `#/workspaces/${each.id}`, name: each.name }))]
             .map(({ href, name }) => element("li", {}, element("a", {
-                href, "aria-current": href === (current || "#/") ? "page" : null,
+                href, "aria-current": href === current ? "page" : null,
             }, element("bdi", {}, name))))));
 }
 

@@ -191,6 +191,7 @@ QJsonObject toJson(const Store::Event& event)
             {"itemId", idOrNull(event.item)},
             {"attachmentId", idOrNull(event.attachment)},
             {"version", idOrNull(event.version)},
+            {"requestId", idOrNull(event.request)},
             {"account", event.account},
             {"at", timeText(event.at)}};
 }

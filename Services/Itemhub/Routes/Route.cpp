@@ -6,6 +6,7 @@
 #include "Services/Itemhub/Routes/FindRoutes.h"
 #include "Services/Itemhub/Routes/ItemRoutes.h"
 #include "Services/Itemhub/Routes/PictureRoutes.h"
+#include "Services/Itemhub/Routes/ProgramRoutes.h"
 #include "Services/Itemhub/Routes/ServiceRoutes.h"
 #include "Services/Itemhub/Routes/SignInRoutes.h"
 #include "Services/Itemhub/Routes/TokenRoutes.h"
@@ -120,6 +121,12 @@ const std::vector<Route>& routes()
         {"GET", "/favourites", SignedIn, Reader, kNone, listFavourites},
         {"PUT", "/favourites/{item}", Path, Reader, kNone, addFavourite},
         {"DELETE", "/favourites/{item}", Path, Reader, kNone, removeFavourite},
+        {"POST", "/program/requests", SignedIn, Reader, Takes::Secrets, askProgram},
+        {"GET", "/program/requests/{request}", SignedIn, Reader, kNone, tellRequest},
+        {"PUT", "/program/requests/{request}", SignedIn, Reader, Takes::Json, answerRequest},
+        {"POST", "/program/requests/{request}/take", SignedIn, Reader, Takes::Json, takeRequest},
+        {"POST", "/program/tickets", SignedIn, Reader, Takes::Secrets, redeemTicket},
+
         {"GET", "/search", SignedIn, Reader, kNone, searchItems},
         {"GET", "/events", SignedIn, Reader, kNone, listen},
     };

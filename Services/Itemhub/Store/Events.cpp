@@ -31,9 +31,10 @@ void addEvent(Connection& connection, qint64 tenant, qint64 account, const NewEv
         connection.runBuilt(first);
     connection.run(
         "INSERT INTO event (tenant_id, workspace_id, account_id, audience_id, kind, item_id, attachment_id, "
-        "version, created_at) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        "version, created_at, request_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
         {tenant, event.workspace, account, idOrNull(event.forSelf ? account : 0), QString(event.kind),
-         idOrNull(event.item), idOrNull(event.attachment), idOrNull(event.version), now()});
+         idOrNull(event.item), idOrNull(event.attachment), idOrNull(event.version), now(),
+         idOrNull(event.request)});
 }
 
 std::vector<Event> eventsAfter(Connection& connection, qint64 tenant, qint64 account, const Page& page)
@@ -41,14 +42,15 @@ std::vector<Event> eventsAfter(Connection& connection, qint64 tenant, qint64 acc
     std::vector<Event> events;
     Rows rows = connection.run(
         "SELECT e.serial, e.kind, e.workspace_id, e.item_id, e.attachment_id, e.version, a.name, "
-        "e.created_at FROM event e JOIN account a ON a.id = e.account_id WHERE e.tenant_id = ? AND "
-        "e.serial > ? AND (e.audience_id IS NULL OR e.audience_id = ?) AND EXISTS (SELECT 1 FROM "
-        "membership m WHERE m.account_id = ? AND m.workspace_id IN (0, e.workspace_id)) "
+        "e.created_at, e.request_id FROM event e JOIN account a ON a.id = e.account_id WHERE e.tenant_id = ? "
+        "AND "
+        "e.serial > ? AND (e.audience_id = ? OR (e.audience_id IS NULL AND EXISTS (SELECT 1 FROM "
+        "membership m WHERE m.account_id = ? AND m.workspace_id IN (0, e.workspace_id)))) "
         "ORDER BY e.serial LIMIT ?",
         {tenant, page.after, account, account, page.limit});
     while (rows.next())
         events.push_back({rows.number(0), rows.text(1), rows.number(2), rows.number(3), rows.number(4),
-                          rows.number(5), rows.text(6), rows.number(7)});
+                          rows.number(5), rows.text(6), rows.number(7), rows.number(8)});
     return events;
 }
 

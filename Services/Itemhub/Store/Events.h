@@ -12,12 +12,14 @@ struct Event
     qint64 workspace = 0, item = 0, attachment = 0, version = 0;
     QString account; ///< Who did it.
     qint64 at = 0;
+    qint64 request = 0; ///< Of the dashboard to the program.
 };
 
 struct NewEvent
 {
     const char* kind;
     qint64 workspace = 0, item = 0, attachment = 0, version = 0;
+    qint64 request = 0;
     bool forSelf = false; ///< Nobody else's business, as a favourite.
 };
 

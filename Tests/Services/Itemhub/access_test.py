@@ -24,6 +24,10 @@ BODIES = {
     ("POST", "/items/{item}/comments"): {"body": "Yes"},
     ("POST", "/items/{item}/attachments"): {"name": "b.tdsn", "docType": "VeloraDocType"},
     ("POST", "/attachments/{attachment}/versions"): {"upload": "none", "madeFrom": 1},
+    ("POST", "/program/requests"): {"name": "Any", "args": {}},
+    ("PUT", "/program/requests/{request}"): {"state": "done"},
+    ("POST", "/program/requests/{request}/take"): {},
+    ("POST", "/program/tickets"): {"ticket": "none"},
 }
 HEADERS = {**TUS, "If-Match": "*", "Upload-Length": "1", "Upload-Offset": "0"}
 
@@ -47,7 +51,7 @@ class RolesTest(ServiceTest):
     def path(self, pattern):
         item = self.item("Victim")
         names = {"workspace": self.workspace, "item": item, "linked": 1, "account": "pawn", "token": 1, "version": 1,
-                 "upload": "none", "comment": 1, "attachment": 1}
+                 "upload": "none", "comment": 1, "attachment": 1, "request": 4711}
         if "{comment}" in pattern:
             names["comment"] = self.boss("POST", f"/items/{item}/comments", {"body": "x"}).json["id"]
         if "{attachment}" in pattern:
@@ -61,7 +65,7 @@ class RolesTest(ServiceTest):
     def test_every_route_asks_for_its_role(self):
         # Making workspaces needs a role everywhere; other people's uploads, tokens and comments are nobody's at all. What
         # isn't a document has no picture.
-        own = {"/tokens/{token}", "/uploads/{upload}", "/items/{item}/picture",
+        own = {"/tokens/{token}", "/program/requests/{request}", "/program/requests/{request}/take", "/program/tickets", "/uploads/{upload}", "/items/{item}/picture",
                "/attachments/{attachment}/versions/{version}/picture"}
         for method, pattern, role in routes():
             if role == "anybody":

@@ -44,7 +44,7 @@ class Browser:
         return json.loads(re.search(rf'id="{name}">(.*?)</script>', page).group(1))
 
 
-class DashboardTest(ServiceTest):
+class PageTest(ServiceTest):
     def browser(self, **headers):
         return Browser(self.service.port, **headers)
 
@@ -52,6 +52,14 @@ class DashboardTest(ServiceTest):
         with sqlite3.connect(self.service.database) as database:
             database.execute("DELETE FROM throttle")
 
+    def browser_of(self, name):
+        self.service.member("acme", name, "reader")
+        browser = self.browser()
+        browser.sign_in(name)
+        return browser
+
+
+class DashboardTest(PageTest):
     def test_a_password_begins_a_session_that_ends_when_it_is_told_to(self):
         browser = self.browser()
         self.assertIn(b'name="password"', browser("GET", "/dashboard").body)
@@ -76,12 +84,6 @@ class DashboardTest(ServiceTest):
         browser.cookie = kept
         self.assertEqual(browser("GET", "/session").status, 401)
         self.assertIn(b'name="password"', browser("GET", "/dashboard").body)
-
-    def browser_of(self, name):
-        self.service.member("acme", name, "reader")
-        browser = self.browser()
-        browser.sign_in(name)
-        return browser
 
     def test_sessions_end_by_themselves_and_with_their_account(self):
         browser = self.browser_of("passing")
@@ -193,6 +195,79 @@ class DashboardTest(ServiceTest):
                 archive.writestr("x" * 40000 + str(i), b"")
             archive.writestr("thumbnail.png", PNG)
         return made.getvalue()
+
+
+class ProgramTest(PageTest):
+    """What the page asks of the program, as the service hands it on."""
+
+    def ask(self, browser, name="ItemhubOpenAttachmentCommand", args=None):
+        return browser("POST", "/program/requests", {"name": name, "args": args or {}}, X_CSRF_Token=browser.proof)
+
+    def take(self, client, asked):
+        return client("POST", f"/program/requests/{asked['id']}/take", {})
+
+    def redeem(self, client, asked):
+        return client("POST", "/program/tickets", {"ticket": asked["ticket"].removeprefix("quillet:ticket/")})
+
+    def pair(self, name):
+        """The page and the program of one account, which has no role that holds everywhere."""
+        program = self.service.member("acme", name, "writer", self.workspace)
+        browser = self.browser()
+        browser.sign_in(name)
+        return browser, program
+
+    def test_one_program_of_the_account_takes_it_once_and_the_page_learns_what_came_of_it(self):
+        browser, program = self.pair("solo")
+        after = program("GET", "/events?after=now").json["next"]
+        asked = self.ask(browser, args={"fileUri": "https://x/1", "ItemhubItemId": 7}).json
+        heard = [event for event in program("GET", f"/events?after={after}&wait=20").json["events"]]
+        self.assertEqual([(event["kind"], event["requestId"]) for event in heard], [("program.asked", asked["id"])])
+        state = lambda: browser("GET", f"/program/requests/{asked['id']}").json["state"]
+        self.assertEqual(state(), "waiting")
+        for other in (self.boss, self.service.member("acme", "nosy", "admin")):
+            self.assertEqual({self.take(other, asked).status, self.redeem(other, asked).status}, {404})
+            self.assertEqual(other("GET", f"/program/requests/{asked['id']}").status, 404)
+            self.assertNotIn("program.asked", {each["kind"] for each in other("GET", f"/events?after={after}").json["events"]})
+        self.assertEqual(program("PUT", f"/program/requests/{asked['id']}", {"state": "done"}).status, 404)
+        self.assertEqual(self.take(program, asked).json,
+                         {"id": asked["id"], "name": "ItemhubOpenAttachmentCommand", "args": {"fileUri": "https://x/1", "ItemhubItemId": 7}})
+        self.assertEqual(state(), "taken")
+        self.assertEqual({self.take(program, asked).status, self.redeem(program, asked).status}, {404})
+        self.assertEqual(program("PUT", f"/program/requests/{asked['id']}", {"state": "refused"}).status, 204)
+        self.assertEqual((state(), program("PUT", f"/program/requests/{asked['id']}", {"state": "done"}).status), ("refused", 404))
+
+    def test_a_ticket_serves_its_account_once_and_for_a_minute(self):
+        browser, program = self.pair("starter")
+        asked = self.ask(browser).json
+        self.assertEqual(self.redeem(program, asked).json["id"], asked["id"])
+        self.assertEqual({self.redeem(program, asked).status, self.take(program, asked).status}, {404})
+        for ticket in ("", "x" * 1000, asked["ticket"], asked["ticket"][:-1]):
+            self.assertEqual(program("POST", "/program/tickets", {"ticket": ticket}).status, 404)
+        late = self.ask(browser).json
+        with sqlite3.connect(self.service.database) as database:
+            kept = database.execute("SELECT ticket_hash FROM program_request").fetchall()
+            database.execute("UPDATE program_request SET expires_at = expires_at - 60001")
+        self.assertNotIn(late["ticket"].split("/")[1], str(kept))
+        self.assertEqual({self.redeem(program, late).status, self.take(program, late).status}, {404})
+
+    def test_a_token_for_the_program_is_made_when_it_is_taken_and_never_kept(self):
+        browser, program = self.pair("renewed")
+        name = "ItemhubAuthenticateWithTokenCommand"
+        self.assertEqual(self.ask(browser, name, {"OAuthToken": "x"}).json["code"], "bad_member")
+        taken = self.take(program, self.ask(browser, name).json).json["args"]
+        self.assertEqual(set(taken), {"ItemhubTenantUri", "ItemhubTenant", "OAuthToken"})
+        self.assertEqual(self.service.client(taken["OAuthToken"])("GET", "/session").json["account"], "renewed")
+        for file in self.service.data.rglob("*.sqlite*"):
+            self.assertNotIn(taken["OAuthToken"].split(".")[1].encode(), file.read_bytes())
+
+    def test_what_no_page_asks_for_is_refused_and_none_asks_without_end(self):
+        browser, _ = self.pair("greedy")
+        for name, args in [("", {}), ("Two words", {}), ("x" * 65, {}), ("A", []), ("A", {"b c": "x"}), ("A", {"b": {}}), ("A", {"b": None}),
+                           ("A", {"b": "x" * 20001}), ("A", {chr(97 + i): 1 for i in range(17)})]:
+            answer = browser("POST", "/program/requests", {"name": name, "args": args}, X_CSRF_Token=browser.proof)
+            self.assertEqual(answer.status, 400, (name, str(args)[:40]))
+        statuses = [self.ask(browser).status for _ in range(12)]
+        self.assertEqual(statuses, [201] * 10 + [429] * 2)
 
 
 if __name__ == "__main__":

@@ -159,6 +159,13 @@ class InterfaceTest(ServiceTest):
         self.assertEqual(len(call("GET", "/favourites").json["items"]), 1)
         self.assertEqual(call("DELETE", f"/favourites/{item}").status, 204)
         self.assertEqual(call("GET", "/search?q=sec").json["items"][0]["id"], item)
+        asked = call("POST", "/program/requests", {"name": "Any", "args": {"itemId": item, "label": "x"}}).json
+        self.assertEqual(call("POST", f"/program/requests/{asked['id']}/take", {}).json["args"], {"itemId": item, "label": "x"})
+        self.assertEqual(call("PUT", f"/program/requests/{asked['id']}", {"state": "failed", "detail": "why"}).status, 204)
+        self.assertEqual(call("GET", f"/program/requests/{asked['id']}").json["detail"], "why")
+        ticket = call("POST", "/program/requests", {"name": "Any", "args": {}}).json["ticket"].split("/")[1]
+        for status in (200, 404):
+            self.assertEqual(call("POST", "/program/tickets", {"ticket": ticket}).status, status)
         self.assertEqual(call("DELETE", attachment).status, 204)
         self.assertEqual(call("DELETE", f"/items/{item}").status, 204)
         kinds = {event["kind"] for event in call("GET", "/events?after=0&limit=500").json["events"]}
