@@ -31,6 +31,25 @@ export function section(title, ...children) {
     return element("section", { "aria-labelledby": id }, element("h2", { id }, title), ...children);
 }
 
+const places = new WeakMap(); // What goes where something stands that is kept.
+
+/** The place of an element that outlives the view: what is typed or going on there stays when the view is shown anew. */
+export function keptPlace(kept) {
+    const place = element("span", { "data-kept": true });
+    places.set(place, kept);
+    return place;
+}
+
+/** Shows a view in the place of another one, with what is kept in its places, and the keyboard where it was. */
+export function replace(shown, ...content) {
+    const focused = shown.contains(document.activeElement) ? document.activeElement : null;
+    shown.replaceChildren(...content);
+    for (const place of shown.querySelectorAll("[data-kept]"))
+        place.replaceWith(places.get(place));
+    if (focused?.isConnected)
+        focused.focus({ preventScroll: true });
+}
+
 const times = new Intl.DateTimeFormat(language, { dateStyle: "medium", timeStyle: "short" });
 export function time(iso) {
     return element("time", { datetime: iso }, times.format(new Date(iso)));

@@ -1,6 +1,6 @@
 // An item with all that it has.
 
-import { ask as askPerson, button, doing, element, picture, section, size, tell, text, time } from "./dom.js";
+import { ask as askPerson, button, doing, element, keptPlace, picture, section, size, tell, text, time } from "./dom.js";
 import { cards, star } from "./lists.js";
 import { programPart } from "./program.js";
 import { all, ask, make, mayWrite, workspace } from "./service.js";
@@ -48,7 +48,7 @@ function actions(item, place, design) {
             ], ["mark", text("PageMarkButton")]);
             return given && { ItemhubSaveLabel: given.label, ItemhubItemId: item.id };
         }));
-    return element("div", { class: "actions" }, ...buttons, program);
+    return element("div", { class: "actions" }, ...buttons, keptPlace(program));
 }
 
 async function file(attachment) {
@@ -83,7 +83,7 @@ function comments(id, shown, mayComment, typed) {
                 typed.value = "";
                 tell(text("PageCommented"));
             }),
-        }, element("label", {}, text("PageComment"), typed), element("button", {}, text("PageSend"))));
+        }, element("label", {}, text("PageComment"), keptPlace(typed)), element("button", {}, text("PageSend"))));
     return section(text("PageComments"), ...parts);
 }
 

@@ -1,6 +1,6 @@
 // Lists of items: the favourites, a workspace, what a search found.
 
-import { ask as askPerson, button, doing, element, picture, section, tell, text, time } from "./dom.js";
+import { ask as askPerson, button, doing, element, keptPlace, picture, section, tell, text, time } from "./dom.js";
 import { programPart } from "./program.js";
 import { ask, make, mayWrite, workspace, workspaces } from "./service.js";
 
@@ -79,7 +79,7 @@ export async function oneWorkspace(id) {
     return {
         title: place.name,
         actions: mayWrite(place) ? [button(text("PageNewItemButton"), doing(() => newItem(place, program)), { class: "main" })] : [],
-        content: [program, list, more],
+        content: [keptPlace(program), list, more],
         isAbout: event => event.workspaceId === id && event.kind.startsWith("item."),
     };
 }

@@ -1,6 +1,6 @@
 // The dashboard: what the address names behind "#", shown under a head that stays.
 
-import { doing, button, element, notices, tell, tellFailure, text } from "./dom.js";
+import { doing, button, element, notices, replace, tell, tellFailure, text } from "./dom.js";
 import { oneItem } from "./item.js";
 import { found, home, oneWorkspace } from "./lists.js";
 import { ask, listen, session, workspaces } from "./service.js";
@@ -64,16 +64,13 @@ async function show(isStep) {
     if (number !== asked)
         return; // The reader has gone on meanwhile.
     const heading = element("h1", { tabindex: "-1" }, element("bdi", {}, view.title));
-    const typing = main.contains(document.activeElement) ? document.activeElement : null;
     shown = view;
-    main.replaceChildren(element("div", { class: "head" }, heading, ...(view.actions ?? [])), ...view.content);
+    replace(main, element("div", { class: "head" }, heading, ...(view.actions ?? [])), ...view.content);
     main.ariaBusy = "false";
     document.title = `${view.title} – Itemhub`;
     if (isStep) {
         scrollTo(0, 0);
         heading.focus({ preventScroll: true });
-    } else if (typing?.isConnected) {
-        typing.focus({ preventScroll: true });
     }
     showPlaces().catch(tellFailure);
 }
