@@ -22,7 +22,8 @@ SteppedTransaction::SteppedTransaction(Asset* asset, const std::wstring& name) :
 
 SteppedTransaction::~SteppedTransaction()
 {
-    if (m_open)
+    // A transaction that outlives it belongs to an asset that goes as well.
+    if (m_open && !hasOpenStep())
         abort();
 }
 
@@ -69,6 +70,25 @@ bool SteppedTransaction::undoStep()
             return true;
     }
     return false;
+}
+
+size_t SteppedTransaction::steps(const Asset* asset)
+{
+    const TransactionNode* group = asset->data().history().group();
+    return group ? group->doneChanges().size() : 0;
+}
+
+void SteppedTransaction::undoTo(Asset* asset, size_t count)
+{
+    if (asset->data().history().isOpen())
+        return;
+    while (steps(asset) > count)
+        step(asset, &ChangeHistory::undo);
+}
+
+bool SteppedTransaction::hasOpenStep() const
+{
+    return m_asset->data().history().isOpen();
 }
 
 bool SteppedTransaction::redoStep()

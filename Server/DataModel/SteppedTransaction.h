@@ -29,10 +29,17 @@ public:
     /// False if there is none, or a transaction is open.
     bool undoStep();
     bool redoStep();
+    /// How many transactions were committed in it and not taken back; 0 if none is open.
+    [[nodiscard]] static size_t steps(const Asset* asset);
+    /// Takes back all but the first `steps` of them, which can't be done again. Does nothing while a
+    /// transaction is open.
+    static void undoTo(Asset* asset, size_t steps);
+    /// Whether a transaction is open in it, so that it can't end yet.
+    bool hasOpenStep() const;
 
     /// The steps that are done become one of the asset's. If they changed nothing, there is none.
     void commit();
-    /// Takes them all back.
+    /// Takes them all back. Neither may be called while a transaction is open.
     void abort();
 
 private:

@@ -165,18 +165,41 @@ with quillet.transaction('Outer'):
 assert count() == 4
 VuCommands.UndoCmd()
 assert count() == 2
-# A part that was taken back takes the whole with it, and says so.
+# A line that fails and a part that is taken back take nothing else with them.
+with quillet.transaction('Outer'):
+    Design.Box(3, 3, 3)
+    for radius in (100, 1):
+        try:
+            Design.Fillet(radius, 'Box3/Edge1')
+            break
+        except quillet.CommandError:
+            assert radius == 100
+    try:
+        with quillet.transaction('Inner'):
+            Design.Box(4, 4, 4)
+            Design.Box(5, 5, 5)
+            assert count() == 5
+            raise ValueError
+    except ValueError:
+        assert count() == 3
+    VuCommands.UndoCmd()
+    assert count() == 3 and quillet.component('Box3').body.faces == 7
+    Design.Box(6, 6, 6)
+assert count() == 4
+VuCommands.UndoCmd()
+assert count() == 2
+VuCommands.RedoCmd()
+assert count() == 4 and quillet.component('Box3').body.faces == 7
+VuCommands.UndoCmd()
+# What was saved and is taken back to that has nothing to save.
+path = sys.argv[1] + '/saved.vlra'
+Document.SaveAs(path)
 try:
     with quillet.transaction('Outer'):
         Design.Box(3, 3, 3)
-        try:
-            with quillet.transaction('Inner'):
-                raise ValueError
-        except ValueError:
-            pass
-    assert False
-except quillet.CommandError as error:
-    assert 'whole' in str(error) and count() == 2
+        raise ValueError
+except ValueError:
+    assert count() == 2 and not quillet.active_document().changed
 try:
     with quillet.transaction('Closed'):
         quillet.active_document().close(discard=True)
@@ -189,7 +212,8 @@ for line in ('Script.CommitTransaction', 'Script.AbortTransaction', 'Script.Begi
         assert False
     except quillet.CommandError:
         pass
-)");
+)",
+          {folder.path().string()});
 }
 
 TEST_F(ScriptingTest, StubsTellEveryFunctionThatThereIs)

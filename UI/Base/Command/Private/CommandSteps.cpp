@@ -57,6 +57,8 @@ void CommandSteps::end(const CommandBase* command, bool keep)
     steps.m_open.reset();
     if (steps.m_whole && keep)
         steps.m_whole->commit();
+    else if (steps.m_partOf && !keep)
+        Vs::SteppedTransaction::undoTo(steps.m_partOf, steps.m_stepsBefore);
 }
 
 bool CommandSteps::areInputsRestored(const CommandBase* command)
@@ -110,8 +112,12 @@ bool CommandSteps::begin(Vs::Asset* asset)
 {
     if (!asset)
         return true;
-    if (!m_whole && !Vs::SteppedTransaction::isOpen(asset))
+    if (!m_whole && !Vs::SteppedTransaction::isOpen(asset)) {
         m_whole = std::make_unique<Vs::SteppedTransaction>(asset, nameOf(m_command));
+    } else if (!m_whole && !m_partOf) {
+        m_partOf = asset;
+        m_stepsBefore = Vs::SteppedTransaction::steps(asset);
+    }
     m_open = std::make_unique<Vs::Transaction>(asset, nameOf(m_command) + kInnerStep);
     return m_whole != nullptr;
 }

@@ -63,6 +63,8 @@ private:
 
     CommandBase& m_command;
     std::unique_ptr<Vs::SteppedTransaction> m_whole;
+    Vs::Asset* m_partOf = nullptr; ///< Whose change in steps is another's, with so many before this command.
+    size_t m_stepsBefore = 0;
     std::unique_ptr<Vs::Transaction> m_open;
     std::vector<Values> m_values; ///< Before the first step that counts, and after each.
     size_t m_done = 0;            ///< How many steps count and are done.
