@@ -7,6 +7,7 @@
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptMgr.h"
 
 #include <boost/filesystem/operations.hpp>
 
@@ -79,8 +80,14 @@ std::wstring PythonManager::runScriptFile(const std::wstring& path, Status& stat
 {
     assertMainThread();
     Status own;
+    TranscriptMgr::Run run;
     std::wstring result = guarded(
         own, [&](PythonBackend& backend) { return backend.runFile(Strings::toBytes(path), arguments, own); });
+    if (const std::wstring left = run.end(); !left.empty())
+        own.addError(path + L": " + left);
+    const PythonBackend* backend = PythonBackend::running();
+    const int code = backend ? backend->exitCode() : 1;
+    m_exitCode = own.isOk() ? 0 : std::max(code, 1);
     if (own.isError()) {
         tell(own.toString());
         own.reported(true);

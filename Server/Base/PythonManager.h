@@ -35,7 +35,8 @@ public:
     /// `FILE:LINE: message`; a file that cannot be read and a SyntaxError likewise. It is told on that output
     /// as well, below the traceback, and the status marked as reported: callers may drop it. Returns the text
     /// of the script's global `result`, empty if it sets none. Progress::requestCancel interrupts it.
-    /// `sys.argv` is the path and the arguments.
+    /// `sys.argv` is the path and the arguments. What it has begun and not ended (TranscriptMgr::Run) is an
+    /// error, too.
     std::wstring runScriptFile(const std::wstring& path, Status& status,
                                const std::vector<std::wstring>& arguments = {});
     /// The same for a piece of code; its name in messages is `<string>`. Names that it defines stay for the
@@ -48,6 +49,13 @@ public:
     /// which is not owned; null for none.
     void display(TextOutput* display) { m_display = display; }
     TextOutput* display() const { return m_display; }
+    /// How the script file that was run last has ended: 0 if all went well, the number that it gave to
+    /// sys.exit, else 1.
+    int exitCode() const { return m_exitCode; }
+    /// Whether scripts read the program's standard input; else theirs is empty. To be set before the first
+    /// script. Default false.
+    void readsInput(bool reads) { m_readsInput = reads; }
+    bool readsInput() const { return m_readsInput; }
     /// Whether the interpreter runs already.
     [[nodiscard]] bool started() const;
     /// Ends the interpreter, if it runs. Called once, before the add-ins go.
@@ -56,6 +64,8 @@ public:
 private:
     PythonManager() = default;
     TextOutput* m_display = nullptr;
+    int m_exitCode = 0;
+    bool m_readsInput = false;
 };
 
 /// Scripts and parts that want a word before the application closes.

@@ -19,28 +19,6 @@ constexpr size_t kBufferSize = 1 << 16;
 /// A character has at most four bytes; whatever is longer than that is counted but not kept.
 constexpr size_t kLongest = TextCommandMgr::kLongestLine * 4;
 
-/// The name in `${NAME}` at the front of the text, or nothing.
-std::wstring_view parameterName(std::wstring_view text)
-{
-    if (!text.starts_with(L"${"))
-        return {};
-    const size_t end =
-        text.find_first_not_of(L"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_", 2);
-    return end != std::wstring_view::npos && text[end] == L'}' ? text.substr(2, end - 2)
-                                                               : std::wstring_view();
-}
-
-std::wstring escaped(std::wstring_view value)
-{
-    std::wstring text;
-    for (const wchar_t character : value) {
-        if (character == L'"' || character == L'\\')
-            text.push_back(L'\\');
-        text.push_back(character);
-    }
-    return text;
-}
-
 } // namespace
 
 TranscriptFile::TranscriptFile(boost::filesystem::path path) : m_path(std::move(path))
@@ -118,6 +96,10 @@ size_t TranscriptFile::readRaw()
         if (length + (stop - m_at) <= kLongest)
             m_buffer.append(m_chunk, m_at, stop - m_at);
         length += stop - m_at;
+        // A file has an end.
+        if (length > kLongest && !m_opened.regular)
+            giveUp("it has a line that is longer than the " + std::to_string(TextCommandMgr::kLongestLine) +
+                   " characters that are allowed");
         m_at = end == std::string::npos ? stop : stop + 1;
         if (end != std::string::npos)
             break;
@@ -142,48 +124,6 @@ bool TranscriptFile::next(std::wstring& text)
         m_buffer.pop_back();
     text = Strings::fromBytes(m_buffer);
     return true;
-}
-
-std::wstring substituteParameters(std::wstring_view line, const TranscriptParameters& parameters)
-{
-    std::wstring result;
-    bool inQuotes = false;
-    for (size_t i = 0; i < line.size(); ++i) {
-        const wchar_t character = line[i];
-        const std::wstring_view name =
-            character == L'$' ? parameterName(line.substr(i)) : std::wstring_view();
-        if (character == L'$' && line.substr(i).starts_with(L"$${")) {
-            result += L"${";
-            i += 2;
-        } else if (!name.empty()) {
-            const auto found = parameters.find(Strings::narrow(name));
-            const std::wstring value =
-                found == parameters.end() ? std::wstring() : Strings::fromBytes(found->second);
-            if (inQuotes)
-                result += escaped(value);
-            else if (!value.empty())
-                result += Strings::quote(value);
-            i += name.size() + 2;
-        } else if (inQuotes && character == L'\\' && i + 1 < line.size()) {
-            result.push_back(character);
-            result.push_back(line[++i]);
-        } else {
-            inQuotes ^= character == L'"';
-            result.push_back(character);
-        }
-    }
-    return result;
-}
-
-std::wstring escapeParameters(std::wstring_view line)
-{
-    std::wstring result;
-    for (size_t i = 0; i < line.size(); ++i) {
-        if (line.substr(i).starts_with(L"${"))
-            result.push_back(L'$');
-        result.push_back(line[i]);
-    }
-    return result;
 }
 
 } // namespace Vs

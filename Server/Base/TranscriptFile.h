@@ -3,15 +3,10 @@
 #include <boost/filesystem/path.hpp>
 
 #include <cstdio>
-#include <map>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace Vs {
-
-/// What `${NAME}` stands for in a transcript, by NAME; UTF-8.
-using TranscriptParameters = std::map<std::string, std::string>;
 
 /// Reads a text transcript line by line, however long the file is. UTF-8, lines end in LF or CR LF, a byte
 /// order mark at the start is passed over. A file that is deleted meanwhile is read to its end; one that is
@@ -62,13 +57,5 @@ private:
     std::string m_buffer;
     size_t m_line = 0;
 };
-
-/// The line with each `${NAME}` replaced by its value; a name without one is replaced by nothing. The value
-/// keeps its blanks and quotes: where it needs quotes to stay inside its word, it gets them. What doesn't
-/// look like `${NAME}` (letters, digits, `_`) stays as it is, and `$${` stands for `${`.
-[[nodiscard]] std::wstring substituteParameters(std::wstring_view line,
-                                                const TranscriptParameters& parameters);
-/// The line as a recording must write it, so that substituteParameters gives it back.
-[[nodiscard]] std::wstring escapeParameters(std::wstring_view line);
 
 } // namespace Vs

@@ -15,9 +15,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <locale>
 #include <set>
 #include <tuple>
+#include <utility>
 
 namespace Vs {
 
@@ -48,9 +50,12 @@ struct TranscriptMgr::File
     ETranscriptType type;
     fs::ofstream stream;
     std::set<std::wstring> imported;
+    bool begun = false;
 
     void put(const std::wstring& entry)
     {
+        if (type == kTextTranscript && !std::exchange(begun, true))
+            stream << kTextTranscriptHead << kTextTranscriptLayout << '\n';
         if (type == kPythonTranscript)
             if (const std::wstring module = TranscriptPython::moduleOf(entry);
                 !module.empty() && imported.insert(module).second)
@@ -96,7 +101,8 @@ bool TranscriptMgr::startRecording(const std::wstring& path, ETranscriptType typ
         return refuse(L"the file holds something else than a transcript, and would be lost. Choose another "
                       L"name, or remove the "
                       L"file before");
-    std::unique_ptr<File, Close> file(new File{path, PathInfo::absolute(path).parent_path(), type, {}, {}});
+    std::unique_ptr<File, Close> file(
+        new File{path, PathInfo::absolute(path).parent_path(), type, {}, {}, false});
     errno = 0;
     file->stream.open(fs::path(path), std::ios::binary | std::ios::trunc);
     if (file->stream && type == kPythonTranscript)
@@ -123,7 +129,11 @@ void TranscriptMgr::endRecording()
     assertMainThread();
     if (!m_file)
         return;
-    tellListener();
+    try {
+        tellListener();
+    } catch (const std::exception& fault) {
+        tell(Strings::widen(fault.what()));
+    }
     m_file.reset();
 }
 
@@ -210,16 +220,65 @@ std::wstring TranscriptMgr::locate(const std::wstring& path) const
 
 std::wstring TranscriptMgr::portable(const std::wstring& path) const
 {
-    if (!m_file || path.empty() || !fs::path(path).is_absolute())
+    if (!m_file || path.empty())
         return path;
-    const fs::path inside = fs::path(path).lexically_relative(m_file->folder);
-    return inside.empty() || inside == "." || *inside.begin() == ".." ? path : inside.wstring();
+    fs::path whole(path);
+    if (!whole.is_absolute()) {
+        // Where the replay is started the same words may lead elsewhere; but what leads nowhere is no path.
+        const fs::path here = PathInfo::absolute(locate(path)).lexically_normal();
+        if (!isThere(here) && !(whole.has_parent_path() && isThere(here.parent_path())))
+            return path;
+        whole = here;
+    }
+    const fs::path inside = whole.lexically_relative(m_file->folder);
+    return inside.empty() || inside == "." || *inside.begin() == ".." ? whole.wstring() : inside.wstring();
 }
 
-void TranscriptMgr::settleAfterCall()
+TextCommandResult TranscriptMgr::settled(const std::function<TextCommandResult()>& line)
 {
-    if (m_host && replaying() && m_replays.back().type == kPythonTranscript)
+    // A line that runs others has a failure of its own.
+    std::wstring outer;
+    outer.swap(m_lateFailure);
+    ++m_settled;
+    TextCommandResult result = line();
+    if (m_host)
         m_host->settle();
+    --m_settled;
+    m_lateFailure.swap(outer);
+    const std::wstring& late = outer;
+    // Where the line itself has failed, this is why.
+    if (!late.empty())
+        result = {1, result.first == 0 ? late : late + L' ' + result.second};
+    return result;
+}
+
+void TranscriptMgr::lineFails(const std::wstring& message)
+{
+    if (m_settled > 0 && m_lateFailure.empty())
+        m_lateFailure = message;
+}
+
+TranscriptMgr::Run::Run()
+{
+    TranscriptMgr* transcripts = get();
+    ++transcripts->m_runs;
+    if (transcripts->m_host)
+        transcripts->m_host->runBegins();
+}
+
+TranscriptMgr::Run::~Run()
+{
+    if (const std::wstring left = end(); !left.empty())
+        get()->tell(left);
+}
+
+std::wstring TranscriptMgr::Run::end()
+{
+    if (std::exchange(m_ended, true))
+        return {};
+    TranscriptMgr* transcripts = get();
+    --transcripts->m_runs;
+    return transcripts->m_host ? transcripts->m_host->runEnds() : std::wstring();
 }
 
 TranscriptMgr::Replay::Replay()

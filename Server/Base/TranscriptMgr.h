@@ -3,6 +3,8 @@
 #include "Server/Base/Object.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/ScriptDebugInfo.h"
+#include "Server/Base/TextCommand.h"
+#include "Server/Base/TranscriptParameters.h"
 
 #include <functional>
 #include <memory>
@@ -25,6 +27,11 @@ public:
     virtual ~TranscriptHost() = default;
     /// A recording has begun.
     virtual void recordingStarted() {}
+    /// A script or a transcript begins, maybe inside another one.
+    virtual void runBegins() {}
+    /// The one that began last has ended: takes back what it has begun and not ended, and says what that was;
+    /// empty if nothing.
+    virtual std::wstring runEnds() { return {}; }
     /// Between two lines: finishes what the first left in the queues, so that the second finds it done.
     virtual void settle() = 0;
     /// Tells the user what went wrong; the message names the file, and the line if there is one.
@@ -89,8 +96,38 @@ public:
     /// Not owned; null for none.
     void host(TranscriptHost* host) { m_host = host; }
     TranscriptHost* host() const { return m_host; }
-    /// For whoever runs text commands out of a Python transcript: what the host does between lines.
-    void settleAfterCall();
+
+    /// Runs a line for somebody who waits for all of it, as replays, scripts and the console do: the host has
+    /// settled when this returns, and what went wrong behind the line's answer (`lineFails`) is its failure.
+    TextCommandResult settled(const std::function<TextCommandResult()>& line);
+    /// Whether such a line runs.
+    bool settles() const { return m_settled > 0; }
+    /// The line that runs fails, though it may have answered already: what it left in the queues went wrong,
+    /// say. The first message counts. Without such a line nothing happens.
+    void lineFails(const std::wstring& message);
+
+    /// What `${NAME}` stands for in text transcripts, and what scripts may ask for. A replay adds to them
+    /// while it lasts (ReplayOptions).
+    const TranscriptParameters& parameters() const { return m_parameters; }
+    void parameters(TranscriptParameters parameters) { m_parameters = std::move(parameters); }
+
+    /// Held while a script or a transcript runs.
+    class [[nodiscard]] Run
+    {
+    public:
+        Run();
+        /// Tells what was left open, unless `end` was called.
+        ~Run();
+        Run(const Run&) = delete;
+        Run& operator=(const Run&) = delete;
+        /// TranscriptHost::runEnds.
+        std::wstring end();
+
+    private:
+        bool m_ended = false;
+    };
+    /// Whether any runs.
+    bool runs() const { return m_runs > 0; }
 
     /// Held for as long as a transcript is played; one may replay another, but not itself.
     class [[nodiscard]] Replay
@@ -145,6 +182,10 @@ private:
     ScriptDebugInfo m_debugInfo;
     TranscriptHost* m_host = nullptr;
     std::function<void()> m_recordingEnds;
+    TranscriptParameters m_parameters;
+    std::wstring m_lateFailure; ///< Of the innermost line that settles.
+    int m_settled = 0;
+    int m_runs = 0;
     bool m_recordingLost = false;
     int m_unrecorded = 0;
     bool m_recordSmooth = false;

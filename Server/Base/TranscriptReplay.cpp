@@ -1,16 +1,20 @@
 #include "Server/Base/TranscriptReplay.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Private/TextLine.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Status.h"
+#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptFile.h"
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+#include <cwctype>
 #include <optional>
 #include <string>
 
@@ -21,6 +25,49 @@ namespace {
 /// A file of garbage fails at each of its million lines.
 constexpr size_t kMostErrors = 100;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Without the marks that an editor may have left.
+std::string firstLine(const std::wstring& path)
+{
+    boost::filesystem::ifstream stream{boost::filesystem::path(path)};
+    std::string line(64, '\0'); // Longer than those that are looked for.
+    stream.read(line.data(), static_cast<std::streamsize>(line.size()));
+    line.resize(static_cast<size_t>(stream.gcount()));
+    line.resize(std::min(line.find('\n'), line.size()));
+    if (line.starts_with(kByteOrderMark))
+        line.erase(0, kByteOrderMark.size());
+    if (line.ends_with('\r'))
+        line.pop_back();
+    return line;
+}
+
+/// The first word of the first line that isn't empty or a comment; empty if there is none.
+std::wstring firstCommand(const std::wstring& path)
+{
+    try {
+        TranscriptFile file(path);
+        std::wstring line;
+        while (file.next(line)) {
+            TextLine words(line);
+            if (words.skipBlanks() && line[words.position()] != L'#')
+                return std::wstring(words.plainWord());
+        }
+    } catch (const Exception&) {
+        // It can't be read, or has a line that is longer than any of a transcript.
+    }
+    return {};
+}
+
+/// Why the first line says that this version can't play the file; empty if it can.
+std::wstring laterLayout(const std::wstring& line)
+{
+    const std::wstring head = Strings::widen(kTextTranscriptHead);
+    const auto layout =
+        line.starts_with(head) ? readNumber<int>(std::wstring_view(line).substr(head.size())) : std::nullopt;
+    return layout && *layout > kTextTranscriptLayout
+               ? L"The transcript was recorded by a later version of the program."
+               : std::wstring();
+}
 
 std::wstring titleOf(const std::wstring& path)
 {
@@ -38,6 +85,31 @@ void tell(const ReplayOptions& options, const std::wstring& failure)
         output->error(failure);
 }
 
+/// Who started the replay in a window sees what its lines answer there.
+void tellAnswer(const std::wstring& answer)
+{
+    for (TextOutput* output : {TextCommandMgr::get()->output(), PythonManager::get()->display()})
+        if (output)
+            output->message(answer);
+}
+
+class AddedParameters
+{
+public:
+    explicit AddedParameters(const TranscriptParameters& added) : m_before(TranscriptMgr::get()->parameters())
+    {
+        TranscriptParameters all = added;
+        all.insert(m_before.begin(), m_before.end());
+        TranscriptMgr::get()->parameters(std::move(all));
+    }
+    ~AddedParameters() { TranscriptMgr::get()->parameters(std::move(m_before)); }
+    AddedParameters(const AddedParameters&) = delete;
+    AddedParameters& operator=(const AddedParameters&) = delete;
+
+private:
+    TranscriptParameters m_before;
+};
+
 class TextReplay
 {
 public:
@@ -48,6 +120,10 @@ public:
 
     ReplayResult run()
     {
+        // The debugger may go on later with what it has begun.
+        std::optional<TranscriptMgr::Run> run;
+        if (!m_debug)
+            run.emplace();
         try {
             const TranscriptMgr::Replay replaying(m_path, kTextTranscript);
             open();
@@ -57,6 +133,8 @@ public:
         } catch (const Exception& error) {
             failed(0, error.message());
         }
+        if (const std::wstring left = run ? run->end() : std::wstring(); !left.empty())
+            failed(0, m_path + L": " + left);
         return m_result;
     }
 
@@ -145,24 +223,40 @@ private:
 
     void runLine(size_t number)
     {
-        if (m_line.find(L'$') != std::wstring::npos)
-            m_line = substituteParameters(m_line, m_options.parameters);
-        TextLine words(m_line);
-        if (!words.skipBlanks() || m_line[words.position()] == L'#')
+        if (saysNothing(m_line)) {
+            if (const std::wstring later = number == 1 ? laterLayout(m_line) : std::wstring(); !later.empty())
+                failed(number, later);
             return;
+        }
         ++m_result.lines;
-        if (m_options.beforeLine)
-            m_options.beforeLine(m_line);
-        TextCommandMgr* commands = TextCommandMgr::get();
-        const TextCommandResult answer = commands->executeCommandWithoutOutput(m_line);
-        if (TranscriptHost* host = TranscriptMgr::get()->host())
-            host->settle();
+        const TextCommandResult answer = answerOf(m_line);
         if (answer.first != 0)
             failed(number, answer.second);
-        else if (commands->output() && !answer.second.empty())
-            commands->output()->message(answer.second);
+        else if (!answer.second.empty())
+            tellAnswer(answer.second);
         if (m_options.afterLine)
             m_options.afterLine(number, answer.first);
+    }
+
+    static bool saysNothing(const std::wstring& line)
+    {
+        TextLine words(line);
+        return !words.skipBlanks() || line[words.position()] == L'#';
+    }
+
+    /// Fills the line in and runs it.
+    TextCommandResult answerOf(std::wstring& line)
+    {
+        TranscriptMgr* transcripts = TranscriptMgr::get();
+        try {
+            if (line.find(L'$') != std::wstring::npos)
+                line = substituteParameters(line, transcripts->parameters());
+        } catch (const Exception& error) {
+            return {1, error.message()};
+        }
+        if (m_options.beforeLine)
+            m_options.beforeLine(line);
+        return transcripts->settled([&] { return TextCommandMgr::get()->executeCommandWithoutOutput(line); });
     }
 
     const std::wstring& m_path;
@@ -189,6 +283,7 @@ public:
         Status status;
         const ScriptSteps steps{m_options.beforeLine,
                                 [this](size_t line, const Status& failure) { return after(line, failure); }};
+        TranscriptMgr::Run run;
         try {
             const TranscriptMgr::Replay replaying(m_path, kPythonTranscript);
             PythonManager::get()->runTranscript(m_path, steps, status);
@@ -197,6 +292,11 @@ public:
         }
         if (m_result.lines == 0)
             after(0, status);
+        if (const std::wstring left = run.end(); !left.empty()) {
+            ++m_result.failures;
+            status.addError(m_path + L": " + left);
+            tell(m_options, m_path + L": " + left);
+        }
         if (m_options.status)
             m_options.status->merge(status);
         return m_result;
@@ -228,17 +328,22 @@ private:
 
 bool isTranscript(const std::wstring& path)
 {
-    if (TranscriptMgr::typeOf(path) == kTextTranscript)
+    return TranscriptMgr::typeOf(path) == kTextTranscript || firstLine(path) == kPythonTranscriptHead;
+}
+
+bool looksLikeTextTranscript(const std::wstring& path)
+{
+    if (firstLine(path).starts_with(kTextTranscriptHead))
         return true;
-    boost::filesystem::ifstream stream{boost::filesystem::path(path)};
-    std::string line;
-    std::getline(stream, line);
-    // An editor may have left its marks.
-    if (line.starts_with(kByteOrderMark))
-        line.erase(0, kByteOrderMark.size());
-    if (line.ends_with('\r'))
-        line.pop_back();
-    return line == kPythonTranscriptHead;
+    const std::wstring command = firstCommand(path);
+    const size_t dot = command.find(L'.');
+    const auto isName = [](std::wstring_view name) {
+        return !name.empty() && name.front() >= L'A' && name.front() <= L'Z' &&
+               std::all_of(name.begin(), name.end(),
+                           [](wchar_t c) { return c < 0x80 && std::iswalnum(static_cast<wint_t>(c)); });
+    };
+    return dot != std::wstring::npos && isName(std::wstring_view(command).substr(0, dot)) &&
+           isName(std::wstring_view(command).substr(dot + 1));
 }
 
 bool holdsNoTranscript(const std::wstring& path, ETranscriptType type)
@@ -249,26 +354,17 @@ bool holdsNoTranscript(const std::wstring& path, ETranscriptType type)
         return false;
     if (type == kPythonTranscript)
         return !isTranscript(path);
-    try {
-        TranscriptFile file(path);
-        std::wstring line;
-        while (file.next(line)) {
-            TextLine words(line);
-            if (!words.skipBlanks() || line[words.position()] == L'#')
-                continue;
-            const std::wstring_view command = words.plainWord();
-            const size_t dot = std::min(command.find(L'.'), command.size());
-            return dot == command.size() ||
-                   !TextCommandMgr::get()->find(command.substr(0, dot), command.substr(dot + 1));
-        }
-    } catch (const Exception&) {
-        // It can't be read, or has a line that is longer than any of a transcript.
-    }
-    return true;
+    if (firstLine(path).starts_with(kTextTranscriptHead))
+        return false;
+    const std::wstring command = firstCommand(path);
+    const size_t dot = command.find(L'.');
+    return dot == std::wstring::npos ||
+           !TextCommandMgr::get()->find(command.substr(0, dot), command.substr(dot + 1));
 }
 
 ReplayResult playTranscript(const std::wstring& path, ETranscriptType type, const ReplayOptions& options)
 {
+    const AddedParameters parameters(options.parameters);
     return type == kPythonTranscript ? PythonReplay(path, options).run() : TextReplay(path, options).run();
 }
 

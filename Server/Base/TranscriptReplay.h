@@ -1,13 +1,12 @@
 #pragma once
 
-#include "Server/Base/TranscriptFile.h"
 #include "Server/Base/TranscriptMgr.h"
 
 namespace Vs {
 
 struct ReplayOptions
 {
-    TranscriptParameters parameters; ///< For text transcripts.
+    TranscriptParameters parameters; ///< Added to those of TranscriptMgr meanwhile.
     bool keepGoing = false;          ///< Go on after a line that failed.
     bool oneLine = false;            ///< Only the line at which the debugger stands.
     bool quiet = false;              ///< The host is not told of failures; the status has them.
@@ -34,6 +33,12 @@ struct [[nodiscard]] ReplayResult
 
 /// The first line of a Python transcript, by which it is told from other scripts.
 constexpr const char* kPythonTranscriptHead = "# Transcript";
+/// What the first line of a recorded text transcript begins with; behind it stands the number of the layout.
+constexpr const char* kTextTranscriptHead = "# quillet-transcript ";
+constexpr int kTextTranscriptLayout = 1;
+/// Whether the file is one that was recorded, or written by hand as one would be: its first line that isn't
+/// empty or a comment begins with the name of a command. False for what can't be read.
+[[nodiscard]] bool looksLikeTextTranscript(const std::wstring& path);
 /// Whether the file is a transcript: all but those Python files that don't begin with that line.
 [[nodiscard]] bool isTranscript(const std::wstring& path);
 /// Whether somebody would miss the file if it were recorded over: it is neither empty nor a transcript of

@@ -2,15 +2,19 @@
 
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
-#include "Server/Base/TranscriptFile.h"
+#include "Server/Base/TranscriptParameters.h"
 
+#include <boost/algorithm/string/replace.hpp>
+
+#include <functional>
 #include <map>
+#include <utility>
 
 namespace Vs {
 
 namespace {
 
-/// By the forms in which they may stand in lines.
+/// The names, by the forms in which the texts may stand in lines.
 std::map<std::wstring, std::wstring, std::less<>>& secrets()
 {
     static std::map<std::wstring, std::wstring, std::less<>> known;
@@ -29,6 +33,26 @@ bool standsAlone(const std::wstring& line, size_t place, size_t length)
     return (place == 0 || bounds(line[place - 1])) && (end == line.size() || bounds(line[end]));
 }
 
+std::wstring parameter(const std::wstring& name)
+{
+    return L"${" + name + L'}';
+}
+
+std::wstring replaced(std::wstring line, const std::function<std::wstring(const std::wstring&)>& standsFor)
+{
+    for (const auto& [text, name] : secrets()) {
+        const std::wstring stands = standsFor(name);
+        for (size_t place = line.find(text); place != std::wstring::npos;)
+            if (standsAlone(line, place, text.size())) {
+                line.replace(place, text.size(), stands);
+                place = line.find(text, place + stands.size());
+            } else {
+                place = line.find(text, place + 1);
+            }
+    }
+    return line;
+}
+
 std::wstring inQuotes(std::wstring_view text)
 {
     const std::wstring quoted = Strings::quote(text);
@@ -42,12 +66,11 @@ void TranscriptSecrets::keep(std::wstring_view name, std::wstring_view text)
     assertMainThread();
     if (text.empty())
         return;
-    const std::wstring stands = L"${" + std::wstring(name) + L'}';
-    if (text == stands)
+    if (text == parameter(std::wstring(name)))
         return;
     for (const std::wstring& form : {std::wstring(text), inQuotes(text)})
         for (const std::wstring& written : {form, escapeParameters(form)})
-            secrets()[written] = stands;
+            secrets()[written] = name;
 }
 
 void TranscriptSecrets::keepIfNamedSo(std::wstring_view name, std::wstring_view text)
@@ -60,15 +83,20 @@ void TranscriptSecrets::keepIfNamedSo(std::wstring_view name, std::wstring_view 
 std::wstring TranscriptSecrets::hidden(std::wstring line)
 {
     assertMainThread();
-    for (const auto& [text, stands] : secrets())
-        for (size_t place = line.find(text); place != std::wstring::npos;)
-            if (standsAlone(line, place, text.size())) {
-                line.replace(place, text.size(), stands);
-                place = line.find(text, place + stands.size());
-            } else {
-                place = line.find(text, place + 1);
-            }
-    return line;
+    return replaced(std::move(line), parameter);
+}
+
+std::wstring TranscriptSecrets::hiddenInPython(std::wstring statement)
+{
+    assertMainThread();
+    // Texts are literals: each is cut in two, and a half of which nothing is left goes.
+    const auto ask = [](const std::wstring& name) {
+        return L"\" + quillet.parameters[\"" + name + L"\"] + \"";
+    };
+    std::wstring text = replaced(std::move(statement), ask);
+    boost::replace_all(text, L"\"\" + quillet.parameters[", L"quillet.parameters[");
+    boost::replace_all(text, L"\"] + \"\"", L"\"]");
+    return text;
 }
 
 } // namespace Vs

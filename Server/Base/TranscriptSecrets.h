@@ -18,5 +18,7 @@ void keepIfNamedSo(std::wstring_view name, std::wstring_view text);
 /// The line as it may be kept. `line` is one whose own `${` are escaped (escapeParameters), or one that
 /// nobody fills in.
 [[nodiscard]] std::wstring hidden(std::wstring line);
+/// The same for a statement of Python, which asks for the parameter: `quillet.parameters["name"]`.
+[[nodiscard]] std::wstring hiddenInPython(std::wstring statement);
 
 } // namespace Vs::TranscriptSecrets

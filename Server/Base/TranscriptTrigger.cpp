@@ -1,7 +1,6 @@
 #include "Server/Base/TranscriptTrigger.h"
 
 #include "Server/Base/Require.h"
-#include "Server/Base/TranscriptFile.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptPython.h"
 #include "Server/Base/TranscriptSecrets.h"
@@ -46,12 +45,14 @@ void TranscriptTrigger::writeTranscriptEntry()
     if (!transcripts->takesEntries())
         return;
     std::wstring entry;
-    if (transcripts->recordingType() == kPythonTranscript)
+    if (transcripts->recordingType() == kPythonTranscript) {
         onCreatePythonTranscriptEntry(entry);
-    else
-        entry = escapeParameters(inOneLine(onCreateTranscriptEntry()));
+        entry = TranscriptSecrets::hiddenInPython(std::move(entry));
+    } else {
+        entry = TranscriptSecrets::hidden(escapeParameters(inOneLine(onCreateTranscriptEntry())));
+    }
     if (!entry.empty())
-        transcripts->write(TranscriptSecrets::hidden(std::move(entry)));
+        transcripts->write(entry);
 }
 
 void writeTranscriptLine(const std::wstring& line)

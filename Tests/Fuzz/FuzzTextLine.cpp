@@ -1,10 +1,11 @@
 // Any bytes as a line of text: it must answer 0, or 1 with a reason, and what a command gets must come out
 // the same when it is written down again.
 
+#include "Server/Base/Exception.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TextCompletion.h"
-#include "Server/Base/TranscriptFile.h"
+#include "Server/Base/TranscriptParameters.h"
 #include "Tests/Fuzz/Fuzz.h"
 
 #include <tuple>
@@ -80,7 +81,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     tryLine(text);
     tryLine(L"A.Free " + text);
     tryLine(L"A.Typed " + text);
-    tryLine(Vs::substituteParameters(text, {{"name", std::string(bytes)}, {"x", "\" \\"}}));
+    try {
+        tryLine(Vs::substituteParameters(text, {{"name", std::string(bytes)}, {"x", "\" \\"}}));
+    } catch (const Vs::Exception&) {
+        // It names a parameter that isn't there.
+    }
     const size_t cursor = size > 0 ? data[0] % (text.size() + 1) : 0;
     std::ignore = Vs::TextCompletion::complete(text, cursor);
     require(Vs::TextCompletion::wordStart(text, cursor) <= cursor, "a word begins behind its end");

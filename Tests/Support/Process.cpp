@@ -4,6 +4,7 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstring>
@@ -181,7 +182,10 @@ std::string quoted(const fs::path& path)
 ProcessResult runQuillet(const std::vector<std::string>& arguments, const ProcessOptions& options)
 {
     const ScratchFolder profile;
-    std::vector<std::string> all{"--profile-dir", profile.path().string()};
+    std::vector<std::string> all;
+    // A test run has profiles of its own.
+    if (std::find(arguments.begin(), arguments.end(), "--test") == arguments.end())
+        all = {"--profile-dir", profile.path().string()};
     all.insert(all.end(), arguments.begin(), arguments.end());
     ProcessOptions without = options;
     without.environment.insert(without.environment.begin(), {"DISPLAY=", "WAYLAND_DISPLAY="});

@@ -6,6 +6,8 @@
 #include <QCommandLineParser>
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 
 namespace Quillet {
 namespace {
@@ -33,7 +35,11 @@ constexpr OptionRow kOptions[] = {
     {"console", nullptr, "Read text lines from standard input."},
     {"keep-going", nullptr, "Go on after a line that failed; the exit code still tells of it."},
     {"echo", nullptr, "Print each line before its answer."},
-    {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts."},
+    {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts; quillet.parameters of scripts."},
+    {"references", "MODE",
+     "What checks do with their references: compare (one that is missing fails; the default "
+     "of --test), fill (makes those that are missing; the default otherwise), update "
+     "(makes them all anew)."},
     {"profile-dir", "DIR", "Keep all settings, caches and recovery files in DIR."},
     {"no-autorun", nullptr, "Don't run the scripts that otherwise run at each start."},
     {"test", "DIR", "Run all transcripts and scripts in a folder, each in a process of its own."},
@@ -47,6 +53,10 @@ constexpr OptionRow kOptions[] = {
     {"version", nullptr, "Print the version."},
     {"help", nullptr, "Print this help."},
 };
+
+/// What may stand beside --test: its own options, and what holds for it anyway.
+constexpr std::string_view kOfTestRun[] = {"test",       "jobs",     "timeout",    "junit", "shard",  "set",
+                                           "references", "headless", "no-autorun", "help",  "version"};
 
 void addOptions(QCommandLineParser& parser)
 {
@@ -91,6 +101,36 @@ int positive(const QString& text)
 }
 
 /// Returns what is wrong in one sentence, or nothing.
+std::string readReferences(const QCommandLineParser& parser, CommandLine& line)
+{
+    if (!parser.isSet(QStringLiteral("references")))
+        return {};
+    const std::string mode = parser.value(QStringLiteral("references")).toStdString();
+    for (const char* known : {"compare", "fill", "update"})
+        if (mode == known) {
+            line.references = line.test.references = mode;
+            return {};
+        }
+    return "--references needs compare, fill or update, not \"" + mode + "\".";
+}
+
+/// What a test run decides by itself, or has no use for. Returns what is wrong in one sentence, or nothing.
+std::string strangerToTestRun(const QCommandLineParser& parser)
+{
+    for (const OptionRow& row : kOptions) {
+        const std::string_view name = row.name;
+        const bool belongs =
+            std::find(std::begin(kOfTestRun), std::end(kOfTestRun), name) != std::end(kOfTestRun);
+        if (!belongs && parser.isSet(QLatin1String(row.name)))
+            return std::string("--") + row.name + " doesn't go with --test.";
+    }
+    if (!parser.positionalArguments().isEmpty())
+        return "--test runs the transcripts of its folder, and opens no files: \"" +
+               parser.positionalArguments().front().toStdString() + "\".";
+    return {};
+}
+
+/// Returns what is wrong in one sentence, or nothing.
 std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
 {
     const auto given = [&](const char* option) { return parser.isSet(QLatin1String(option)); };
@@ -106,6 +146,9 @@ std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
         return "--jobs needs a whole number from 1, not \"" + value("jobs").toStdString() + "\".";
     if (given("timeout") && !((run.secondsLimit = value("timeout").toDouble()) > 0))
         return "--timeout needs a number of seconds, not \"" + value("timeout").toStdString() + "\".";
+    if (given("test"))
+        if (const std::string stranger = strangerToTestRun(parser); !stranger.empty())
+            return stranger;
     if (given("shard")) {
         const QString shard = value("shard");
         run.shard = positive(shard.section(u'/', 0, 0));
@@ -161,6 +204,10 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
         result.error = "--profile-dir needs the name of a directory.";
     if (const std::string wrong = readTestRun(parser, result.test); !wrong.empty())
         result.error = wrong;
+    if (const std::string wrong = readReferences(parser, result); !wrong.empty())
+        result.error = wrong;
+    if (!result.test.directory.empty() && end != arguments.end() && end + 1 != arguments.end())
+        result.error = "--test runs the transcripts of its folder, and opens no files.";
     result.test.parameters = result.parameters;
     result.stubsDirectory = bytesOf(parser.value(QStringLiteral("write-stubs")));
     result.headless = parser.isSet(QStringLiteral("headless"));

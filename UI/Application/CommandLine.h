@@ -30,6 +30,7 @@ struct CommandLine
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for in transcripts.
     std::string profileDirectory;                  ///< Empty: the user's own directories.
     std::string stubsDirectory;                    ///< Where type stubs are written to; empty for nowhere.
+    std::string references;                        ///< compare, fill or update; empty for the default.
     TestRun test;                                  ///< With a folder, the run is this and nothing else.
     bool headless = false;
     bool handOver = false; ///< The files go to the window that runs already, if there is one.
@@ -47,8 +48,8 @@ struct CommandLine
 
 /// Exit codes of the program.
 constexpr int kExitOk = 0;
-constexpr int kExitLineFailed = 1;
-constexpr int kExitUsage = 2; ///< Also when the program refuses to start.
+constexpr int kExitLineFailed = 1; ///< Of a script, the number that it gave to sys.exit.
+constexpr int kExitUsage = 2;      ///< Also when the program refuses to start.
 
 /// Reads the arguments, the program's name not among them. Needs no application object.
 CommandLine parseCommandLine(const std::vector<std::string>& arguments);

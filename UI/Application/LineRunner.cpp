@@ -3,7 +3,6 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
-#include "Server/Base/Task.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Server/Base/TranscriptSecrets.h"
 #include "Server/Base/Warning.h"
@@ -83,13 +82,14 @@ bool LineRunner::runLine(const std::wstring& line, const std::string& where, std
 {
     echo(line);
     const LineScope scope(m_lineRuns);
-    const auto [status, text] = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line);
-    settle();
+    const auto [status, text] = Vs::TranscriptMgr::get()->settled(
+        [&] { return Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line); });
     if (status != 0 && failure)
         *failure = text;
     if (status != 0)
         return fail(where + ": " + Vs::Strings::narrow(text));
-    message(text);
+    if (!text.empty())
+        message(text);
     tellWarnings();
     tellMissedBounds(where);
     return true;
@@ -98,7 +98,6 @@ bool LineRunner::runLine(const std::wstring& line, const std::string& where, std
 bool LineRunner::replay(const std::string& path)
 {
     Vs::ReplayOptions options;
-    options.parameters = m_options.parameters;
     options.keepGoing = m_options.keepGoing;
     options.afterLine = [&](size_t line, unsigned) {
         tellWarnings();
@@ -128,10 +127,16 @@ bool LineRunner::runScript(const std::string& path, const std::vector<std::wstri
         message(L"> " + Vs::Strings::widen(path));
     const LineScope scope(m_lineRuns);
     Vs::Status status;
-    Vs::PythonManager::get()->runScriptFile(Vs::Strings::fromBytes(path), status, arguments);
-    settle();
+    const auto [late, message] = Vs::TranscriptMgr::get()->settled([&]() -> Vs::TextCommandResult {
+        Vs::PythonManager::get()->runScriptFile(Vs::Strings::fromBytes(path), status, arguments);
+        return {0, {}};
+    });
     tellWarnings();
     tellMissedBounds(path);
+    if (status.isError() && m_scriptCode == 0)
+        m_scriptCode = Vs::PythonManager::get()->exitCode();
+    if (late != 0)
+        return fail(path + ": " + Vs::Strings::narrow(message));
     // The interpreter has told the error already.
     m_failed = m_failed || status.isError();
     return status.isOk() || m_options.keepGoing;
@@ -146,8 +151,7 @@ bool LineRunner::fail(const std::string& message)
 
 void LineRunner::message(const std::wstring& text)
 {
-    if (!text.empty())
-        write(stdout, Vs::Strings::narrow(text));
+    write(stdout, Vs::Strings::narrow(text));
 }
 
 void LineRunner::error(const std::wstring& text)
@@ -198,14 +202,6 @@ void LineRunner::tellMissedBounds(const std::string& where)
         m_failed = true;
         error(Vs::Strings::widen(where) + L": " + missed);
     }
-}
-
-/// Finishes what a line left in the queues, so that the next line finds it done.
-void LineRunner::settle()
-{
-    Vs::Tasks* tasks = Vu::Application::get()->deferredTasks();
-    if (!tasks->empty())
-        tasks->flush();
 }
 
 } // namespace Quillet

@@ -3,7 +3,6 @@
 #include "Server/Base/TextCommandMgr.h"
 
 #include <atomic>
-#include <map>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -19,7 +18,6 @@ public:
     {
         bool keepGoing = false;
         bool echo = false;
-        std::map<std::string, std::string> parameters;
     };
 
     explicit LineRunner(Options options);
@@ -39,6 +37,8 @@ public:
     bool keepGoing() const { return m_options.keepGoing; }
     /// Whether anything failed so far.
     bool failed() const { return m_failed; }
+    /// What a script that failed gave to sys.exit; 0 if none did.
+    int scriptCode() const { return m_scriptCode; }
 
     void message(const std::wstring& text) override;
     void error(const std::wstring& text) override;
@@ -52,7 +52,6 @@ private:
     void tellWarnings(const std::wstring& failure = {});
     /// What was worse than its reference allows, behind the place of the line; the run has failed then.
     void tellMissedBounds(const std::string& where);
-    static void settle();
 
     Options m_options;
     std::mutex m_warningsMutex; ///< Warnings come from any thread.
@@ -60,6 +59,7 @@ private:
     std::vector<std::wstring> m_missedBounds;
     std::atomic<bool> m_lineRuns = false;
     bool m_failed = false;
+    int m_scriptCode = 0;
 };
 
 } // namespace Quillet

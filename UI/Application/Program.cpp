@@ -29,12 +29,14 @@
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AutoSaving.h"
 #include "UI/Base/Session/DocumentWatch.h"
+#include "UI/Base/Validation/References.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -195,6 +197,21 @@ void runAutorunScripts()
         Vu::CommandMgr::get()->GetAlertController()->addAlert(Vu::EAlertSeverity::Error, status.toString());
 }
 
+void takeReferenceMode(const std::string& mode)
+{
+    using Mode = Vu::References::Mode;
+    if (!mode.empty())
+        Vu::References::mode(mode == "compare"  ? Mode::Compare
+                             : mode == "update" ? Mode::Update
+                                                : Mode::Fill);
+}
+
+bool readsConsole(const CommandLine& line)
+{
+    return std::any_of(line.steps.begin(), line.steps.end(),
+                       [](const Step& step) { return step.kind == Step::Kind::Console; });
+}
+
 int runWorkspace(const CommandLine& line)
 {
     // Transcripts put their results where the user is, unless told otherwise.
@@ -204,10 +221,14 @@ int runWorkspace(const CommandLine& line)
     std::signal(SIGINT, onInterrupt);
     for (const auto& [name, value] : parameters)
         Vs::TranscriptSecrets::keepIfNamedSo(Vs::Strings::widen(name), Vs::Strings::fromBytes(value));
-    LineRunner runner({line.keepGoing, line.echo, std::move(parameters)});
+    Vs::TranscriptMgr::get()->parameters(std::move(parameters));
+    LineRunner runner({line.keepGoing, line.echo});
     Vu::Application* application = Vu::Application::get();
     std::unique_ptr<HandOverReceiver> receiver;
+    takeReferenceMode(line.references);
     Vu::AutoSaving::begin();
+    // In a window nobody may wait for what is typed elsewhere, and the console reads its own lines.
+    Vs::PythonManager::get()->readsInput(line.headless && !readsConsole(line));
     Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();
     if (!line.headless) {
         workspace->window()->show();
@@ -226,6 +247,8 @@ int runWorkspace(const CommandLine& line)
     if (!line.headless && !application->exiting())
         code = application->run();
     application->flushDeferredTasks();
+    if (runner.scriptCode() != 0)
+        return runner.scriptCode();
     return runner.failed() || Vs::TranscriptMgr::get()->recordingLost() ? kExitLineFailed : code;
 }
 

@@ -26,6 +26,8 @@ public:
     virtual void* makeModule(TextCommandSubjectArea& area) = 0;
     /// Whether the scripts allow the application to close.
     virtual bool closingDown(Status& status) = 0;
+    /// Of the script that ended last; see PythonManager.
+    virtual int exitCode() const = 0;
 
     /// The interpreter's library, loaded and started at the first call. Throws Vs::Exception.
     static PythonBackend& get();

@@ -81,9 +81,10 @@ py::object CommandModules::makeFunction(TextCommand& command, const py::str& mod
 
 py::str CommandModules::call(TextCommand& command, const py::tuple& arguments, const py::dict& keywords)
 {
-    const TextCommandResult result =
-        TextCommandMgr::get()->execute(command, textParameters(arguments, keywords));
-    TranscriptMgr::get()->settleAfterCall();
+    const TextCommandParameters parameters = textParameters(arguments, keywords);
+    const auto run = [&] { return TextCommandMgr::get()->execute(command, parameters); };
+    TranscriptMgr* transcripts = TranscriptMgr::get();
+    const TextCommandResult result = transcripts->runs() ? transcripts->settled(run) : run();
     if (result.first != 0) {
         PyErr_SetObject(m_commandError.ptr(), pythonText(result.second).ptr());
         throw py::error_already_set();

@@ -7,6 +7,7 @@
 #include "Server/Base/Python/MainModule.h"
 #include "Server/Base/Python/ScriptError.h"
 #include "Server/Base/Python/Statements.h"
+#include "Server/Base/PythonManager.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
@@ -19,6 +20,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <tuple>
@@ -33,20 +35,42 @@ constexpr const char* kInterpreter = "/usr/bin/python3"; ///< The system's own, 
 
 constexpr const char* kClosingDown = "quillet.on_closing_down";
 
-/// What replaces the standard streams: a script's output is the program's, and nobody answers its questions.
+/// What replaces the standard streams: a script's output is the program's, which puts it between its answers.
+/// The numbers of the descriptors are the process's own, for programs that a script starts. What a script
+/// reads is what the program was given, unless that is for others to read; then it is nothing.
 /// A script that sleeps on the main thread looks up now and then, so that it can be cancelled.
 constexpr const char* kStreams = R"(
-import io, signal, sys, threading, time
+import codecs, io, signal, sys, threading, time
+
+class _Bytes(io.RawIOBase):
+    def __init__(self, stream):
+        self._stream = stream
+        self._decoder = codecs.getincrementaldecoder('utf-8')('replace')
+    def writable(self):
+        return True
+    def write(self, data):
+        data = bytes(data)
+        self._stream.write(self._decoder.decode(data))
+        return len(data)
+    def fileno(self):
+        return self._stream.fileno()
 
 class _Stream(io.TextIOBase):
     encoding = 'utf-8'
-    def __init__(self, write):
+    errors = 'replace'
+    def __init__(self, write, descriptor, name):
         self._write = write
+        self._descriptor = descriptor
+        self.name = name
+        self.buffer = _Bytes(self)
     def writable(self):
         return True
     def write(self, text):
         self._write(text)
         return len(text)
+    def fileno(self):
+        _flush()
+        return self._descriptor
 
 def _sleep(seconds, sleep=time.sleep, now=time.monotonic):
     if seconds < 0 or threading.current_thread() is not threading.main_thread():
@@ -56,9 +80,10 @@ def _sleep(seconds, sleep=time.sleep, now=time.monotonic):
         sleep(min(left, 0.03))
 
 time.sleep = _sleep
-sys.stdout = sys.__stdout__ = _Stream(_write_output)
-sys.stderr = sys.__stderr__ = _Stream(_write_error)
-sys.stdin = sys.__stdin__ = io.StringIO()
+sys.stdout = sys.__stdout__ = _Stream(_write_output, 1, '<stdout>')
+sys.stderr = sys.__stderr__ = _Stream(_write_error, 2, '<stderr>')
+sys.stdin = sys.__stdin__ = (open(0, encoding='utf-8', errors='surrogateescape', closefd=False) if _reads_input
+                             else io.TextIOWrapper(io.BytesIO(), encoding='utf-8'))
 signal.signal(signal.SIGINT, signal.default_int_handler)
 )";
 
@@ -180,6 +205,9 @@ void Interpreter::prepare()
     };
     names["_write_output"] = writer(ScriptStreams::Kind::Output);
     names["_write_error"] = writer(ScriptStreams::Kind::Error);
+    // Whoever writes to the descriptor itself must not come before what was printed.
+    names["_flush"] = py::cpp_function([] { std::fflush(nullptr); });
+    names["_reads_input"] = PythonManager::get()->readsInput();
     // Python must know the signal to raise KeyboardInterrupt, but the handler stays the program's.
     struct sigaction before;
     sigaction(SIGINT, nullptr, &before);
@@ -205,6 +233,15 @@ void Interpreter::makeQuilletModule()
         "on_closing_down",
         [this](const py::function& function) { m_held->closingDownFunctions.append(function); },
         "Has a function called before the application closes; if it returns False, the application stays.");
+    module.def(
+        "parameters",
+        [] {
+            py::dict all;
+            for (const auto& [name, value] : TranscriptMgr::get()->parameters())
+                all[pythonText(Strings::fromBytes(name))] = pythonText(Strings::fromBytes(value));
+            return all;
+        },
+        "What the run was given with --set NAME=VALUE, and replays have added.");
     const py::module_ sys = py::module_::import("sys");
     sys.attr("modules")["_quillet"] = module;
     sys.attr("path").attr("append")(py::str((PathInfo::rootDirectory() / "lib" / "python").string()));
@@ -213,8 +250,10 @@ void Interpreter::makeQuilletModule()
 py::str Interpreter::runLine(const py::str& line)
 {
     requireMainThread();
-    const TextCommandResult result = TextCommandMgr::get()->executeCommandWithoutOutput(wideText(line));
-    TranscriptMgr::get()->settleAfterCall();
+    const std::wstring text = wideText(line);
+    const auto run = [&] { return TextCommandMgr::get()->executeCommandWithoutOutput(text); };
+    TranscriptMgr* transcripts = TranscriptMgr::get();
+    const TextCommandResult result = transcripts->runs() ? transcripts->settled(run) : run();
     if (result.first != 0) {
         PyErr_SetObject(m_held->commandError.ptr(), pythonText(result.second).ptr());
         throw py::error_already_set();
@@ -234,7 +273,9 @@ void Interpreter::requireMainThread() const
 std::wstring Interpreter::runFile(const std::string& path, const std::vector<std::wstring>& arguments,
                                   Status& status)
 {
+    m_exitCode = 1;
     const std::string code = readScript(path);
+    m_exitCode = 0;
     const Lock lock;
     const MainModule main(path, arguments);
     return run(code, path, main.names(), Traceback::Printed, status);
@@ -304,6 +345,7 @@ bool Interpreter::tell(py::error_already_set& error, const std::string& name, Tr
                        Status& status)
 {
     const ScriptEnd end = scriptEnd(error, name);
+    m_exitCode = end.code;
     m_streams.flush();
     if (traceback == Traceback::Printed)
         m_streams.write(ScriptStreams::Kind::Error, end.traceback);

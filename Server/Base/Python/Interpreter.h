@@ -28,6 +28,7 @@ public:
     void* callCommand(TextCommand& command, void* arguments, void* keywords) override;
     void* makeModule(TextCommandSubjectArea& area) override;
     bool closingDown(Status& status) override;
+    int exitCode() const override { return m_exitCode; }
 
 private:
     void prepare();
@@ -56,6 +57,7 @@ private:
     ScriptStreams m_streams;
     FunctionDefinitions m_definitions;
     std::unique_ptr<Held> m_held;
+    int m_exitCode = 0;
     PyThreadState* m_resting = nullptr;
     std::thread::id m_mainThread = std::this_thread::get_id();
 };

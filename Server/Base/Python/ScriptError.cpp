@@ -55,6 +55,15 @@ std::wstring lastLineOfTraceback(const py::error_already_set& error)
     return text;
 }
 
+/// As a shell would see it; what is no number there has failed all the same.
+int exitCodeOf(const py::object& code)
+{
+    if (!PyLong_Check(code.ptr()))
+        return 1;
+    const int low = static_cast<int>(code.attr("__and__")(0xff).cast<long>());
+    return low == 0 ? 1 : low;
+}
+
 } // namespace
 
 ScriptEnd scriptEnd(py::error_already_set& error, const std::string& file)
@@ -67,18 +76,19 @@ ScriptEnd scriptEnd(py::error_already_set& error, const std::string& file)
         if (error.matches(PyExc_SystemExit)) {
             const py::object code = error.value().attr("code");
             if (code.is_none() || (PyLong_Check(code.ptr()) && code.equal(py::int_(0))))
-                return {false, {}, {}};
+                return {false, 0, {}, {}};
             return {true,
+                    exitCodeOf(code),
                     where + (PyLong_Check(code.ptr()) ? L"The script ended with code " : L"") +
                         wideText(code),
                     {}};
         }
         if (error.matches(PyExc_KeyboardInterrupt))
-            return {true, where + L"The script was cancelled.", {}};
-        return {true, where + lastLineOfTraceback(error), tracebackWithoutLastLine(error)};
+            return {true, 1, where + L"The script was cancelled.", {}};
+        return {true, 1, where + lastLineOfTraceback(error), tracebackWithoutLastLine(error)};
     } catch (const std::exception& failure) {
         // An exception whose own text cannot be made.
-        return {true, script + L": " + Strings::widen(failure.what()), {}};
+        return {true, 1, script + L": " + Strings::widen(failure.what()), {}};
     }
 }
 

@@ -9,6 +9,7 @@ namespace Vs::Python {
 struct ScriptEnd
 {
     bool failed = true;    ///< False for sys.exit() and sys.exit(0).
+    int code = 1;          ///< The number that it gave to sys.exit, else 1; 0 if it did not fail.
     std::wstring message;  ///< `FILE:LINE: last line of the traceback`.
     std::string traceback; ///< As Python prints it, without its last line; empty where it would tell nothing.
 };

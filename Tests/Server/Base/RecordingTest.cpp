@@ -82,7 +82,7 @@ protected:
 TEST_F(RecordingTest, WritesEachLineAtOnceInTheFormThatTheFileNameAsksFor)
 {
     EXPECT_EQ(recorded("a.txt", {L"Probe.Call \"a b\" /Flag", L"# seen ", L"Probe.Call ${x} \"two\nlines\""}),
-              "Probe.Call \"a b\" /Flag\n# seen \nProbe.Call $${x} \"two lines\"\n");
+              "# quillet-transcript 1\nProbe.Call \"a b\" /Flag\n# seen \nProbe.Call $${x} \"two lines\"\n");
     EXPECT_EQ(recorded("a.PY", {L"Probe.Call \"a b\" 1 /Flag /Flag", L"# seen ", L"Probe.Call \"\\\"\\\\\" ö",
                                 L"Probe.class 1", L"Probe.Call /2", L"Probe.Call \"open", L"help Probe"}),
               "# Transcript\nimport quillet\nimport Probe\nProbe.Call(\"a b\", \"1\", Flag=True)\n# seen \n"
@@ -94,10 +94,10 @@ TEST_F(RecordingTest, WritesEachLineAtOnceInTheFormThatTheFileNameAsksFor)
 
     ASSERT_TRUE(TranscriptMgr::get()->startRecording(file("now.txt"), Vs::kTextTranscript));
     Vs::writeTranscriptLine(L"Probe.Call 1");
-    EXPECT_EQ(contentOf("now.txt"), "Probe.Call 1\n");
+    EXPECT_EQ(contentOf("now.txt"), "# quillet-transcript 1\nProbe.Call 1\n");
     const TranscriptMgr::Unrecorded unrecorded;
     Vs::writeTranscriptLine(L"Probe.Call 2");
-    EXPECT_EQ(contentOf("now.txt"), "Probe.Call 1\n");
+    EXPECT_EQ(contentOf("now.txt"), "# quillet-transcript 1\nProbe.Call 1\n");
 }
 
 TEST_F(RecordingTest, ASecretIsWrittenAsAParameterAndPlayedWithTheOneThatIsGiven)
@@ -107,9 +107,11 @@ TEST_F(RecordingTest, ASecretIsWrittenAsAParameterAndPlayedWithTheOneThatIsGiven
     Vs::TranscriptSecrets::keep(L"NONE", L"");
     EXPECT_EQ(recorded("secret.txt",
                        {L"Probe.Call s3cret Key=s3cret", L"Probe.Call \"Key=a \\\"${b} c\" s3crets /s3cret"}),
-              "Probe.Call ${TOKEN} Key=${TOKEN}\nProbe.Call \"Key=${OTHER}\" s3crets /s3cret\n");
-    EXPECT_EQ(recorded("secret.py", {L"Probe.Call s3cret"}),
-              "# Transcript\nimport quillet\nimport Probe\nProbe.Call(\"${TOKEN}\")\n");
+              "# quillet-transcript 1\nProbe.Call ${TOKEN} Key=${TOKEN}\nProbe.Call \"Key=${OTHER}\" s3crets "
+              "/s3cret\n");
+    EXPECT_EQ(recorded("secret.py", {L"Probe.Call s3cret Key=s3cret ${TOKEN}"}),
+              "# Transcript\nimport quillet\nimport Probe\nProbe.Call(quillet.parameters[\"TOKEN\"], "
+              "\"Key=\" + quillet.parameters[\"TOKEN\"], \"${TOKEN}\")\n");
     EXPECT_TRUE(replay(file("secret.txt"), {.parameters = {{"TOKEN", "another one"}, {"OTHER", "b"}}}).ok());
     EXPECT_EQ(output.text, L"[another one][Key=another one]\n[Key=b][s3crets]/s3cret\n");
 }
@@ -117,7 +119,7 @@ TEST_F(RecordingTest, ASecretIsWrittenAsAParameterAndPlayedWithTheOneThatIsGiven
 TEST_F(RecordingTest, AFilesNameThatIsNoUtf8IsWrittenSoThatItIsFoundAgain)
 {
     const std::wstring line = L"Probe.Call bad\xDCFF";
-    EXPECT_EQ(recorded("bytes.txt", {line}), "Probe.Call bad\xff\n");
+    EXPECT_EQ(recorded("bytes.txt", {line}), "# quillet-transcript 1\nProbe.Call bad\xff\n");
     EXPECT_TRUE(recorded("bytes.py", {line}).ends_with("Probe.Call(\"bad\\udcff\")\n"));
     EXPECT_TRUE(replay(file("bytes.txt")).ok());
     EXPECT_EQ(output.text, L"[bad\xDCFF]\n");
@@ -134,6 +136,7 @@ TEST_F(RecordingTest, TakesThePlaceOfATranscriptButOfNothingElse)
         {"long.txt", std::string(5000000, 'x')},
         {"model.vlra", "PK\x03\x04"},
         {"other.txt", "Probe.Unknown 1\n"},
+        {"model.step", "ISO-10303-21;\nHEADER;\n"},
     };
     for (const auto& [name, content] : kept) {
         const std::wstring path = folder.write(name, content).wstring();
@@ -146,8 +149,9 @@ TEST_F(RecordingTest, TakesThePlaceOfATranscriptButOfNothingElse)
     }
     folder.write("empty.txt", "");
     folder.write("old.txt", "\xEF\xBB\xBF\r\n# by hand\r\n  Probe.Call ${x}\r\nBuy milk\r\n");
-    for (const char* name : {"new.txt", "empty.txt", "old.txt", "new.txt"})
-        EXPECT_EQ(recorded(name, {L"Probe.Call 1"}), "Probe.Call 1\n") << name;
+    folder.write("bare.txt", "# quillet-transcript 1\n");
+    for (const char* name : {"new.txt", "empty.txt", "old.txt", "new.txt", "bare.txt"})
+        EXPECT_EQ(recorded(name, {L"Probe.Call 1"}), "# quillet-transcript 1\nProbe.Call 1\n") << name;
     const std::string python = recorded("new.py", {L"Probe.Call 1"});
     EXPECT_EQ(recorded("new.py", {L"Probe.Call 1"}), python);
 }
@@ -234,6 +238,47 @@ TEST_F(RecordingTest, ARelativePathIsLookedUpBesideTheTranscript)
     EXPECT_EQ(located, (std::vector<std::wstring>{beside + L"/here.step", beside + L"/new/x.png", L"/tmp/x",
                                                   L"", path.wstring()}));
     EXPECT_EQ(transcripts->locate(L"here.step"), L"here.step");
+}
+
+TEST_F(RecordingTest, APathIsWrittenSoThatItLeadsThereFromAnywhere)
+{
+    const TranscriptMgr* transcripts = TranscriptMgr::get();
+    const fs::path before = fs::current_path();
+    const fs::path other = folder.path() / "other", recordings = folder.path() / "recordings";
+    for (const fs::path& each : {other, recordings / "parts"})
+        fs::create_directories(each);
+    folder.write("other/here.step", "");
+    folder.write("recordings/parts/near.step", "");
+    EXPECT_EQ(transcripts->portable(L"here.step"), L"here.step") << "nothing is recorded";
+    const std::wstring path = (recordings / "a.txt").wstring();
+    ASSERT_TRUE(TranscriptMgr::get()->startRecording(path, Vs::kTextTranscript));
+    fs::current_path(other);
+    const std::wstring here = fs::current_path().wstring();
+    EXPECT_EQ(transcripts->portable(L"here.step"), here + L"/here.step");
+    EXPECT_EQ(transcripts->portable(L"../other/new.step"), here + L"/new.step");
+    EXPECT_EQ(transcripts->portable(L"Untitled"), L"Untitled") << "that is no file";
+    EXPECT_EQ(transcripts->portable((recordings / "parts/near.step").wstring()), L"parts/near.step");
+    fs::current_path(recordings);
+    EXPECT_EQ(transcripts->portable(L"parts/near.step"), L"parts/near.step");
+    fs::current_path(before);
+}
+
+TEST_F(RecordingTest, OneOfALaterVersionIsNotPlayed)
+{
+    const std::wstring path = folder.write("later.txt", "# quillet-transcript 2\nProbe.Call 1\n").wstring();
+    EXPECT_EQ(replay(path).failures, 1u);
+    EXPECT_EQ(call.calls, 0);
+    EXPECT_NE(output.text.find(L"later.txt:1: The transcript was recorded by a later version"),
+              std::wstring::npos);
+    for (const auto& [content, is] : {std::pair{"# quillet-transcript 1\n", true},
+                                      {"# by hand\n\n  Probe.Nothing 1\n", true},
+                                      {"cmake_minimum_required(VERSION 3.25)\n", false},
+                                      {"# Title\nSee Part.txt, please.\n", false},
+                                      {"See e.g. this\n", false},
+                                      {"Bracket.STEP.old\n", false},
+                                      {"# only a comment\n", false},
+                                      {"", false}})
+        EXPECT_EQ(Vs::looksLikeTextTranscript(folder.write("any.txt", content).wstring()), is) << content;
 }
 
 TEST_F(RecordingTest, TheDebuggerStepsAndStopsAtBreakPoints)

@@ -68,7 +68,8 @@ TEST_F(TranscriptsTest, GoOnAfterFailuresWhenToldSo)
 TEST_F(TranscriptsTest, FillInTheirParameters)
 {
     Vs::ReplayOptions options;
-    options.parameters = {{"model", "/a b/x.step"}, {"out", "/tmp/out"}, {"say", "\"hi\" \\"}, {"n", "3"}};
+    options.parameters = {
+        {"model", "/a b/x.step"}, {"out", "/tmp/out"}, {"say", "\"hi\" \\"}, {"n", "3"}, {"empty", ""}};
     std::wstring shown;
     options.beforeLine = [&](const std::wstring& line) { shown = line; };
     struct Row
@@ -78,8 +79,10 @@ TEST_F(TranscriptsTest, FillInTheirParameters)
     };
     const Row rows[] = {
         {"Probe.Call ${model} ${n}", L"[/a b/x.step][3]\n"},
-        {"Probe.Call ${none}", L""},
-        {"Probe.Call a ${none} \"${none}\"", L"[a][]\n"},
+        {"Probe.Call ${empty}", L""},
+        {"Probe.Call a ${empty} \"${empty}\"", L"[a][]\n"},
+        {"Probe.Call ${none:-} ${none:-b c} \"<${none:-d e}>\" ${n:-9} ${none:-",
+         L"[b c][<d e>][3][${none:-]\n"},
         {"Probe.Call Path=${model} ${out}/p${n}.png", L"[Path=/a b/x.step][/tmp/out/p3.png]\n"},
         {"Probe.Call \"<${say}>\" ${say}", L"[<\"hi\" \\>][\"hi\" \\]\n"},
         {"Probe.Call $n ${} ${n $ ${a b}", L"[$n][${}][${n][$][${a][b}]\n"},
@@ -91,6 +94,11 @@ TEST_F(TranscriptsTest, FillInTheirParameters)
         EXPECT_EQ(output.text, row.answer) << row.line;
     }
     EXPECT_EQ(shown, L"Probe.Call \"\\\"3\"");
+
+    output.text.clear();
+    EXPECT_TRUE(replay("# ${none}\n", options).ok());
+    EXPECT_FALSE(replay("Probe.Call ${outt}/x\n", options).ok());
+    EXPECT_NE(output.text.find(place(1) + L": There is no parameter \"outt\""), std::wstring::npos);
 }
 
 TEST_F(TranscriptsTest, GiveBackWhatWasRecordedWithDollars)
@@ -108,6 +116,8 @@ TEST_F(TranscriptsTest, ThatCannotBeReadAreOneFailure)
         EXPECT_EQ(manager->replay(wrong.wstring(), Vs::kTextTranscript, {}).failures, 1u);
     EXPECT_NE(output.text.find(L"missing.txt cannot be read: No such file"), std::wstring::npos);
     EXPECT_NE(output.text.find(L"is a folder"), std::wstring::npos);
+    EXPECT_EQ(manager->replay(L"/dev/zero", Vs::kTextTranscript, {}).failures, 1u);
+    EXPECT_NE(output.text.find(L"it has a line that is longer than"), std::wstring::npos);
 }
 
 TEST_F(TranscriptsTest, EndWhenTheyAreCancelled)

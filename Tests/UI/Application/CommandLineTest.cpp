@@ -37,7 +37,7 @@ TEST(CommandLineTest, FilesAndSettingsAreToldApartFromOptions)
 TEST(CommandLineTest, ATestRunHasItsOptions)
 {
     const TestRun run = parseCommandLine({"--test", "models", "--jobs", "3", "--shard", "2/5", "--timeout",
-                                          "1.5", "--junit", "r.xml", "--set", "a=b"})
+                                          "1.5", "--junit", "r.xml", "--set", "a=b", "--headless"})
                             .test;
     EXPECT_EQ(run.directory, "models");
     EXPECT_EQ(run.jobs, 3);
@@ -46,6 +46,9 @@ TEST(CommandLineTest, ATestRunHasItsOptions)
     EXPECT_EQ(run.secondsLimit, 1.5);
     EXPECT_EQ(run.junitFile, "r.xml");
     EXPECT_EQ(run.parameters.at("a"), "b");
+    EXPECT_EQ(run.references, "compare");
+    EXPECT_EQ(parseCommandLine({"--test=d", "--references", "update"}).test.references, "update");
+    EXPECT_EQ(parseCommandLine({"--references", "fill", "--replay", "a.txt"}).references, "fill");
 }
 
 TEST(CommandLineTest, WrongUsageIsNamed)
@@ -64,6 +67,13 @@ TEST(CommandLineTest, WrongUsageIsNamed)
                                                   {"--test=d", "--shard=1"},
                                                   {"--test=d", "--shard=1/2/3"},
                                                   {"--test=d", "--timeout=-1"},
+                                                  {"--references=all"},
+                                                  {"--test=d", "file"},
+                                                  {"--test=d", "--", "file"},
+                                                  {"--test=d", "--replay=a.txt"},
+                                                  {"--test=d", "--command=x"},
+                                                  {"--test=d", "--keep-going"},
+                                                  {"--test=d", "--profile-dir=p"},
                                                   {"--hand-over", "--headless", "file"},
                                                   {"--hand-over", "--command=x", "file"}})
         EXPECT_NE(parseCommandLine(wrong).error, "") << wrong.back();

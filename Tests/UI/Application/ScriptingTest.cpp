@@ -47,6 +47,9 @@ assert [d.active for d in quillet.documents()] == [False, True]
 first.activate()
 assert quillet.active_document().path == path
 quillet.documents()[0].export(os.path.join(sys.argv[1], 'one.stl'))
+for suffix in ('step', 'iges', 'brep', 'obj', 'gltf', 'glb'):
+    quillet.documents()[0].export(os.path.join(sys.argv[1], 'one.' + suffix))
+    assert os.path.getsize(os.path.join(sys.argv[1], 'one.' + suffix)) > 0
 assert os.path.getsize(os.path.join(sys.argv[1], 'one.stl')) == 84 + 12 * 50
 saved, changed = quillet.documents()
 saved.close()
@@ -85,6 +88,24 @@ assert one.body.closed and (one.body.solids, one.body.faces) == (1, 6)
 assert other.bounds == other.body.bounds == ((50, 0, 0), (55, 5, 5))
 assert quillet.component('Box2').path == other.path and other.visible
 assert one.placement[0] == (1, 0, 0, 0)
+quillet.selection.set([one, other, 'Box2:1/Face2'])
+other.name = 'Lid'
+assert (other.path, other.name) == ('Lid:1', 'Lid') and quillet.component('Lid').path == 'Lid:1'
+assert set(quillet.selection) == {'Box1:1', 'Lid:1', 'Lid:1/Body1/Face2'}
+quillet.run('VuCommands.UndoCmd')
+other = quillet.component('Box2')
+other.visible = False
+assert not other.visible and not quillet.component('Box2').visible
+other.visible = True
+assert quillet.component('Box2').visible
+# What nobody can set is told, and nothing is kept that means nothing.
+for thing, name in ((one, 'nmae'), (one, 'path'), (one, 'placement'), (one.body, 'name'), (one.body, 'volume'),
+                    (quillet.camera, 'eyee'), (quillet.selection, 'paths'), (quillet.active_document(), 'name')):
+    try:
+        setattr(thing, name, 1)
+        assert False, name
+    except AttributeError:
+        pass
 for wrong in (lambda: quillet.component('None'), lambda: quillet.component('Box1:7')):
     try:
         wrong()
@@ -264,6 +285,20 @@ TEST_F(ScriptingTest, APythonTranscriptGoesOnAfterAStatementThatFailedIfThatIsWa
         EXPECT_NE(found, std::string::npos) << result.errors;
         EXPECT_EQ(result.errors.find(path + line, found + 1), std::string::npos) << "told twice";
     }
+    const ProcessResult lines =
+        runQuillet({"--headless", "--keep-going", "--replay",
+                    folder
+                        .write("lines.py",
+                               "# Transcript\nfrom __future__ import annotations\nx = 1 + \\\n2\nprint(x)\n\n"
+                               "def f(a: Missing):\n    return [\n        a / 0 for a in range(2)]\n"
+                               "(lambda: None)() or [1 / 0 for i in range(2)]\n(lambda:\n  1 / 0)()\nf(1)\n")
+                        .string()});
+    EXPECT_EQ(lines.output, "3\n");
+    for (const char* line : {":10: ZeroDivisionError", ":12: ZeroDivisionError", ":9: ZeroDivisionError"})
+        EXPECT_NE(lines.errors.find("lines.py" + std::string(line)), std::string::npos)
+            << line << lines.errors;
+    EXPECT_EQ(lines.errors.find("NameError"), std::string::npos) << lines.errors;
+    EXPECT_EQ(lines.errors.find("SyntaxError"), std::string::npos) << lines.errors;
     const ProcessResult left =
         runQuillet({"--headless", "--keep-going", "--replay",
                     folder.write("left.py", "import sys\nprint(1)\nsys.exit(3)\nprint(2)\n").string()});
@@ -408,6 +443,153 @@ TEST_F(ScriptingTest, ATransactionThatIsLeftOpenEndsWithTheProgram)
             runQuillet({"--headless", "--keep-going", "--command", "Design.New", "--command", line});
         EXPECT_EQ(result.signal, 0) << line << '\n' << result.errors;
     }
+}
+
+TEST_F(ScriptingTest, WhatARunLeavesOpenIsTakenBackAndNamed)
+{
+    const std::string begin = "Design.Box 1 1 1\nScript.BeginTransaction \"My step\"\nDesign.Box 2 2 2\n";
+    const std::string script = folder
+                                   .write("left.py", "import quillet\nfor line in open('" +
+                                                         folder.write("left.txt", begin).string() +
+                                                         "'):\n    quillet.run(line.strip())\n")
+                                   .string();
+    const std::string saved = (folder.path() / "saved.vlra").string();
+    for (const auto& [option, file] :
+         {std::pair{"--script", script}, {"--replay", (folder.path() / "left.txt").string()}}) {
+        const ProcessResult result =
+            runQuillet({"--headless", "--keep-going", "--command", "Design.New", option, file, "--command",
+                        "Document.SaveAs " + saved, "--command", "Script.Component", "--command",
+                        "VuCommands.UndoCmd", "--command", "Script.Component"});
+        EXPECT_EQ(result.exitCode, 1) << result.output;
+        EXPECT_NE(result.errors.find(file + ": The transaction \"My step\" was still open at the end."),
+                  std::string::npos)
+            << result.errors;
+        EXPECT_NE(result.output.find(R"("children":["Box1:1"])"), std::string::npos) << result.output;
+        EXPECT_NE(result.output.find(R"("children":[])"), std::string::npos) << "nothing can be undone";
+    }
+}
+
+TEST_F(ScriptingTest, AFailedScriptFailsTheLineThatRunsIt)
+{
+    const std::string bad = folder.write("bad.py", "import sys\nprint(sys.argv[1:])\n1 / 0\n").string();
+    folder.write("good.py", "import sys\nresult = ' '.join(sys.argv[1:])\n");
+    for (const std::string line : {"VuCommands.RunScriptCmd bad.py", "Script.Run bad.py \"a b\" c"}) {
+        const std::string transcript =
+            folder.write("line.txt", "# first\n" + line + "\nCamera.ZoomIn\n").string();
+        const ProcessResult result = runQuillet({"--headless", "--replay", transcript});
+        EXPECT_EQ(result.exitCode, 1) << line;
+        EXPECT_NE(result.errors.find(transcript + ":2: "), std::string::npos) << result.errors;
+        EXPECT_NE(result.errors.find(bad + ":3: ZeroDivisionError"), std::string::npos) << result.errors;
+        EXPECT_EQ(result.output.find("Zoom in."), std::string::npos);
+    }
+    holds(R"(
+import quillet, sys, VuCommands
+assert quillet.run('Script.Run ' + sys.argv[1] + '/good.py "a b" c') == 'a b c'
+for run in (lambda: VuCommands.RunScriptCmd(sys.argv[1] + '/bad.py'),
+            lambda: quillet.run('Script.Run ' + sys.argv[1] + '/none.py')):
+    try:
+        run()
+        assert False
+    except quillet.CommandError as error:
+        assert sys.argv[1] in str(error)
+)",
+          {folder.path().string()});
+    const std::string leaves = folder.write("leaves.py", "import sys\nsys.exit(3)\n").string();
+    EXPECT_EQ(runQuillet({"--headless", "--script", leaves}).exitCode, 3);
+    EXPECT_EQ(runQuillet({"--headless", "--script", bad}).exitCode, 1);
+}
+
+TEST_F(ScriptingTest, ParametersBelongToTheRun)
+{
+    const std::string inner =
+        "Sleeper.Sleep ${wait}\nTranscripting.Replay innermost.py more=\"a b\" wait=0\n";
+    folder.write("inner.txt", inner);
+    folder.write("innermost.py", "# Transcript\nimport quillet\nprint(dict(quillet.parameters))\n");
+    const std::string outer =
+        folder
+            .write("outer.txt", "# ${nobody}\nTranscripting.Replay inner.txt\nSleeper.Sleep ${none:-2}\n"
+                                "Document.SaveAs ${outt}/x.vlra\n")
+            .string();
+    const ProcessResult result =
+        runQuillet({"--headless", "--set", "wait=1", "--set", "out=/o", "--replay", outer});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.output.find("{'more': 'a b', 'out': '/o', 'wait': '0'}"), std::string::npos)
+        << result.output;
+    EXPECT_NE(result.output.find("Sleep 2 ms."), std::string::npos) << result.output;
+    EXPECT_NE(result.errors.find(outer + ":4: There is no parameter \"outt\""), std::string::npos)
+        << result.errors;
+    holds(R"(
+import quillet
+assert 'out' in quillet.parameters and quillet.parameters.get('none') is None
+assert 'wait' not in quillet.parameters
+)");
+}
+
+TEST_F(ScriptingTest, TheStandardStreamsAreThoseOfAProgram)
+{
+    const std::string script =
+        folder
+            .write("streams.py", "import subprocess, sys\nprint('a')\nprint()\n"
+                                 "sys.stdout.buffer.write('gr\xC3\xB6\xC3\x9F'.encode()[:3])\n"
+                                 "sys.stdout.buffer.write('gr\xC3\xB6\xC3\x9F'.encode()[3:] + b'\\n')\n"
+                                 "subprocess.run(['echo', 'child'], stdout=sys.stdout, check=True)\n"
+                                 "print(sys.stdin.read().strip(), sys.stdin.readline() == '')\n")
+            .string();
+    const ProcessResult result = runQuillet({"--headless", "--script", script}, {.input = "one\ntwo\n"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, "a\n\ngr\xC3\xB6\xC3\x9F\nchild\none\ntwo True\n");
+    // Where lines come from there, they are not the script's.
+    const ProcessResult console =
+        runQuillet({"--headless", "--script", script, "--console"}, {.input = "Camera.ZoomIn\n"});
+    EXPECT_NE(console.output.find("child\n True\nZoom in.\n"), std::string::npos) << console.output;
+}
+
+TEST_F(ScriptingTest, AnswersThatDoNotFitFailTheirLines)
+{
+    const auto replay = [&](const std::string& lines) {
+        return runQuillet({"--headless", "--replay",
+                           folder.write("answers.txt", "Design.New\nDesign.Box 1 1 1\n" + lines).string()});
+    };
+    const auto fails = [&](const std::string& lines, const std::string& message) {
+        const ProcessResult result = replay(lines);
+        EXPECT_EQ(result.exitCode, 1) << lines;
+        EXPECT_NE(result.errors.find(message), std::string::npos) << lines << result.errors;
+    };
+    fails("Transcripting.Answer Perhaps\nDocument.Close\n", "answers.txt:4: \"Perhaps\" is not an answer");
+    fails("Transcripting.Answer Yes\nDesign.Box 2 2 2\n",
+          "answers.txt:4: Nothing asked for the answer \"Yes\"");
+    fails("Transcripting.AnswerFiles a.stp\nDesign.Box 2 2 2\n",
+          "answers.txt:4: Nothing asked for the answer \"a.stp\"");
+    fails("Document.Close\n", "answers.txt:3: ");
+    const ProcessResult answered = replay("Transcripting.Answer 1\nDocument.Close\n");
+    EXPECT_EQ(answered.exitCode, 0) << answered.errors;
+    holds(R"(
+import quillet, Transcripting, Document
+quillet.new_document()
+quillet.run('Design.Box 1 1 1')
+Transcripting.Answer('1')
+Document.Close()
+assert quillet.documents() == []
+)");
+}
+
+TEST_F(ScriptingTest, ADocumentThatALineClosesIsGoneForTheNextOne)
+{
+    holds(R"(
+import quillet, sys, Document, Design
+path = sys.argv[1] + '/many.vlra'
+quillet.new_document()
+Design.Box(1, 1, 1)
+Document.SaveAs(path)
+for i in range(3):
+    Document.Close()
+    assert quillet.documents() == []
+    Document.Open(path)
+    assert not quillet.active_document().changed
+    Design.Box(2, 2, 2)
+    quillet.run('Script.DiscardChanges')
+)",
+          {folder.path().string()});
 }
 
 TEST_F(ScriptingTest, NothingIsImportedFromWhereTheProgramIsStarted)

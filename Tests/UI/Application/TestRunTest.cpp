@@ -91,14 +91,16 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
           "Performance.Validate('ElapsedTime', 'none')\n");
     write("lost.txt", "Transcripting.Start /dev/full\nDesign.New\n");
     write("_helper.py", "1 / 0\n");
-    // What waits for the end of a line is done between the statements of a transcript alone.
+    // What waits for the end of a line is done before the next one.
     const std::string switches =
         "import Asset, Design, Document, VuCommands\nDesign.New()\n"
         "Document.Rename('First')\nDesign.New()\nVuCommands.CycleOpenDocumentsCmd()\n"
-        "assert ('First' in Asset.Path()) == ";
-    write("recorded.py", "# Transcript\nimport quillet\n" + switches + "True\n");
-    write("script.py", switches + "False\n");
+        "assert 'First' in Asset.Path()\n";
+    write("recorded.py", "# Transcript\nimport quillet\n" + switches);
+    write("script.py", switches);
     write("notes.md", "no transcript");
+    write("README.txt", "How to use these.\n");
+    write("CMakeLists.txt", "add_test(NAME all COMMAND quillet --test .)\n");
     const ProcessResult result = run({"--timeout", "3", "--junit", junit.string(), "--set", "name=x"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_NE(result.output.find("12 transcripts in "), std::string::npos) << result.output;

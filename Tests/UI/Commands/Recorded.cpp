@@ -3,6 +3,7 @@
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/TranscriptReplay.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -46,7 +47,8 @@ std::vector<std::string> Recorded::linesOf(const std::wstring& name)
     boost::filesystem::ifstream stream{boost::filesystem::path(file(name))};
     std::vector<std::string> lines;
     for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
+        if (!line.starts_with(Vs::kTextTranscriptHead))
+            lines.push_back(line);
     return lines;
 }
 

@@ -19,6 +19,7 @@ protected:
 
     /// A file in the folder of the transcripts.
     static std::wstring file(const std::wstring& name) { return scratch(L"transcripts/" + name); }
+    /// Without the one that tells what the file is.
     static std::vector<std::string> linesOf(const std::wstring& name);
     static void record(const std::wstring& name);
     static void stop() { answer(L"Transcripting.Stop"); }

@@ -95,15 +95,14 @@ void TestProcess::Stream::read()
 }
 
 TestProcess::TestProcess(const boost::filesystem::path& transcript, const boost::filesystem::path& folder,
-                         const std::vector<std::string>& settings)
+                         const std::vector<std::string>& options)
     : m_transcript(transcript)
 {
     std::vector<std::string> words = {"quillet",       "--headless",
                                       "--no-autorun",  "--echo",
                                       "--profile-dir", (folder / "profile").string(),
                                       "--set",         "out=" + folder.string()};
-    for (const std::string& setting : settings)
-        words.insert(words.end(), {"--set", setting});
+    words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(),
                  {Vs::isTranscript(transcript.wstring()) ? "--replay" : "--script", transcript.string()});
     start(words);

@@ -31,9 +31,10 @@ struct TestResult
 class TestProcess
 {
 public:
-    /// Starts it. `folder` is for its settings and for what it writes to ${out}. Throws std::system_error.
+    /// Starts it. `folder` is for its settings and for what it writes to ${out}; `options` are added to those
+    /// of its command line. Throws std::system_error.
     TestProcess(const boost::filesystem::path& transcript, const boost::filesystem::path& folder,
-                const std::vector<std::string>& settings);
+                const std::vector<std::string>& options);
     ~TestProcess();
     TestProcess(const TestProcess&) = delete;
     TestProcess& operator=(const TestProcess&) = delete;

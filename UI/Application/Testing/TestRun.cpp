@@ -1,10 +1,12 @@
 #include "UI/Application/Testing/TestRun.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptReplay.h"
 #include "UI/Application/CommandLine.h"
 #include "UI/Application/Testing/TestReport.h"
 
 #include <boost/algorithm/string/case_conv.hpp>
+#include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
@@ -13,6 +15,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <iterator>
 #include <memory>
 #include <poll.h>
 #include <thread>
@@ -55,10 +58,12 @@ private:
     fs::path m_path;
 };
 
+/// Other texts lie beside transcripts as well.
 bool isTranscript(const fs::path& file)
 {
     const std::string suffix = boost::algorithm::to_lower_copy(file.extension().string());
-    return (suffix == ".txt" || suffix == ".py") && !file.filename().string().starts_with("_");
+    return !file.filename().string().starts_with("_") &&
+           (suffix == ".py" || (suffix == ".txt" && Vs::looksLikeTextTranscript(file.wstring())));
 }
 
 /// Sorted by name, so that every machine has the same parts.
@@ -66,7 +71,7 @@ std::vector<fs::path> transcriptsIn(const fs::path& folder)
 {
     std::vector<fs::path> found;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder))
-        if (isTranscript(entry.path()) && fs::is_regular_file(entry.status()))
+        if (fs::is_regular_file(entry.status()) && isTranscript(entry.path()))
             found.push_back(entry.path());
     std::sort(found.begin(), found.end());
     return found;
@@ -81,19 +86,35 @@ std::vector<fs::path> part(const std::vector<fs::path>& all, int shard, int shar
     return own;
 }
 
+/// Whether it measures how fast something is, so that it must have the machine for itself.
+bool measures(const fs::path& transcript)
+{
+    fs::ifstream stream(transcript, std::ios::binary);
+    const std::string content(std::istreambuf_iterator<char>(stream), {});
+    return content.find("Performance.StartPerformanceValidation") != std::string::npos;
+}
+
+/// How often what measures is tried: the best counts.
+constexpr int kMostTries = 3;
+
 class Runner
 {
 public:
     Runner(const TestRun& run, fs::path folder, std::vector<fs::path> transcripts)
         : m_run(run), m_folder(std::move(folder)), m_transcripts(std::move(transcripts))
     {
+        m_options = {"--references", run.references};
         for (const auto& [name, value] : run.parameters)
-            m_settings.push_back(name + '=' + value);
+            m_options.insert(m_options.end(), {"--set", name + '=' + value});
         const auto jobs = run.jobs > 0 ? static_cast<size_t>(run.jobs)
                                        : std::max<size_t>(1, std::thread::hardware_concurrency());
         m_running.resize(std::min(jobs, m_transcripts.size()));
         for (const fs::path& transcript : m_transcripts)
             m_cases.push_back({fs::relative(transcript, m_folder).string(), {}});
+        for (const bool alone : {false, true})
+            for (size_t i = 0; i < m_transcripts.size(); ++i)
+                if (measures(m_transcripts[i]) == alone)
+                    m_order.push_back({i, alone});
     }
 
     void run()
@@ -117,25 +138,39 @@ public:
     size_t atOnce() const { return m_running.size(); }
 
 private:
+    struct Turn
+    {
+        size_t number;
+        bool alone; ///< These come last, one after the other.
+    };
     struct Job
     {
         std::unique_ptr<TestProcess> process;
-        size_t number = 0;
+        Turn turn = {};
+        int tries = 0;
     };
 
     void startSome()
     {
         for (Job& job : m_running)
-            while (!job.process && m_next < m_transcripts.size()) {
-                job.number = m_next++;
-                try {
-                    job.process = std::make_unique<TestProcess>(m_transcripts[job.number],
-                                                                m_scratch.folder(job.number), m_settings);
-                } catch (const std::exception& error) {
-                    m_cases[job.number].result = {TestResult::Kind::Crashed, error.what()};
-                    tell(m_cases[job.number]);
-                }
+            while (!job.process && m_next < m_order.size() && !(m_order[m_next].alone && anyRuns())) {
+                job.turn = m_order[m_next++];
+                job.tries = 0;
+                start(job);
             }
+    }
+
+    void start(Job& job)
+    {
+        TestCase& test = m_cases[job.turn.number];
+        ++job.tries;
+        try {
+            job.process = std::make_unique<TestProcess>(m_transcripts[job.turn.number],
+                                                        m_scratch.folder(m_folders++), m_options);
+        } catch (const std::exception& error) {
+            test.result = {TestResult::Kind::Crashed, error.what()};
+            tell(test);
+        }
     }
 
     bool anyRuns() const
@@ -156,9 +191,13 @@ private:
     void look(Job& job)
     {
         if (job.process->proceed()) {
-            m_cases[job.number].result = job.process->result();
-            tell(m_cases[job.number]);
+            TestCase& test = m_cases[job.turn.number];
+            test.result = job.process->result();
             job.process.reset();
+            if (job.turn.alone && test.result.kind == TestResult::Kind::Failed && job.tries < kMostTries)
+                start(job);
+            else
+                tell(test);
         } else if (job.process->seconds() > m_run.secondsLimit) {
             job.process->stop(m_run.secondsLimit);
         }
@@ -178,11 +217,13 @@ private:
     const TestRun& m_run;
     fs::path m_folder;
     std::vector<fs::path> m_transcripts;
-    std::vector<std::string> m_settings;
+    std::vector<std::string> m_options;
     std::vector<TestCase> m_cases;
     ScratchFolder m_scratch;
     std::vector<Job> m_running; ///< Behind the folder that the processes use.
+    std::vector<Turn> m_order;
     size_t m_next = 0;
+    size_t m_folders = 0;
     size_t m_told = 0;
 };
 

@@ -15,10 +15,13 @@ struct TestRun
     int shards = 1;
     double secondsLimit = 300;                     ///< For each transcript.
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for.
+    std::string references = "compare";            ///< What checks do with theirs: compare, fill or update.
 };
 
 /// Runs each transcript and script of the folder in a process of its own, without a window and with settings
-/// that are as good as new. Files whose name begins with `_` are helpers of others. Tells how each ended on
+/// that are as good as new. Files whose name begins with `_` are helpers of others, and a text is one that
+/// looks like a transcript (looksLikeTextTranscript). What measures performance runs after all others and
+/// alone, up to three times, of which the best counts. Tells how each ended on
 /// standard output. Returns the exit code: 0 if all passed, 1 if not, 2 if there was nothing to run or no
 /// report could be written.
 int runTests(const TestRun& run);

@@ -2,6 +2,7 @@
 // brings.
 
 #include "Server/Base/Status.h"
+#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Server/DataModel/Asset.h"
@@ -72,8 +73,9 @@ class TextCmdTranscriptingReplay : public Vs::PythonEntry<TextCmdTranscriptingRe
 public:
     TextCmdTranscriptingReplay()
         : PythonEntry(kArea, L"Replay",
-                      L"<filename> [/KeepGoing] Runs a transcript, up to the first line that fails or to its "
-                      L"end.",
+                      L"<filename> [<NAME=VALUE>...] [/KeepGoing] Runs a transcript, up to the first line "
+                      L"that fails or to its end. It finds the parameters of this run, and those that are "
+                      L"given.",
                       "%s", true, true)
     {
     }
@@ -88,6 +90,12 @@ public:
         options.status = &status;
         options.quiet = true;
         options.keepGoing = parameters.hasFlag(L"KeepGoing");
+        for (unsigned i = 1; i < parameters.parameters(); ++i)
+            if (!Vs::readParameter(Vs::Strings::toBytes(parameters[i]), options.parameters))
+                return {1, localizedFormat("ReplayNoParameter",
+                                           "\"%1%\" is not a parameter of the transcript: it has the form "
+                                           "NAME=VALUE.",
+                                           parameters[i])};
         // A recording takes the transcript down as one line.
         const TranscriptMgr::Unrecorded unrecorded;
         const Vs::ReplayResult result = transcripts->replay(path, TranscriptMgr::typeOf(path), options);

@@ -11,12 +11,15 @@
 #include "UI/Base/Lines/StateRecorder.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Private/Answers.h"
+#include "UI/Base/Script/ScriptTransactions.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/CameraTransition.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/ViewMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
+
+#include <vector>
 
 namespace Vu {
 namespace {
@@ -27,6 +30,14 @@ public:
     explicit ApplicationTranscriptHost(StateRecorder* state) : m_state(state) {}
 
     void recordingStarted() override { m_state->begin(); }
+
+    void runBegins() override { m_openBefore.push_back(ScriptTransactions::open()); }
+    std::wstring runEnds() override
+    {
+        const size_t open = m_openBefore.back();
+        m_openBefore.pop_back();
+        return ScriptTransactions::takeBackTo(open);
+    }
 
     void settle() override
     {
@@ -61,6 +72,7 @@ private:
     }
 
     StateRecorder* m_state;
+    std::vector<size_t> m_openBefore; ///< Transactions of scripts, when each run began.
 };
 
 /// The line by which a text command does again to the open document what it did; empty for those that open
@@ -87,7 +99,8 @@ public:
     using TranscriptRecorder::TranscriptRecorder;
     void before(const Vs::TextCommand& command) override
     {
-        if (!Vs::TranscriptMgr::get()->replaying())
+        // Whoever waits for the line tells of answers that it doesn't ask for.
+        if (!Vs::TranscriptMgr::get()->settles())
             Answers::lineRan();
         Vs::AutoSaveController::get()->lineBegins();
         TranscriptRecorder::before(command);

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Private/Answers.h"
@@ -99,9 +100,14 @@ int MessageBox::show()
         return 0;
     }
     const int answer = cancelIndex();
-    application->inform(m_text + L' ' +
-                        localizedFormat("NobodyAnswers", "(Nobody is there to answer; taken as \"%1%\".)",
-                                        m_buttons[static_cast<size_t>(answer)].text));
+    const std::wstring told =
+        m_text + L' ' +
+        localizedFormat("NobodyAnswers", "(Nobody is there to answer; taken as \"%1%\".)",
+                        m_buttons[static_cast<size_t>(answer)].text);
+    application->inform(told);
+    // A recording has the answers that were given, so this is not what was recorded.
+    if (Vs::TranscriptMgr::get()->replaying())
+        Vs::TranscriptMgr::get()->lineFails(told);
     return answer;
 }
 
@@ -112,16 +118,22 @@ std::wstring MessageBox::nameOf(size_t button) const
                                     : Vs::Strings::widen(kStandardButtons[standard].name);
 }
 
-/// What the transcript that is replayed answers; -1 if nothing that fits.
+/// What the transcript that is replayed answers; -1 if nothing. An answer that no button has cancels.
 int MessageBox::broughtAnswer() const
 {
     std::vector<std::wstring> answer;
     if (!Answers::take(Answers::Kind::Button, answer) || answer.empty())
         return -1;
-    for (size_t i = 0; i < m_buttons.size(); ++i)
+    std::wstring names;
+    for (size_t i = 0; i < m_buttons.size(); ++i) {
         if (nameOf(i) == answer.front())
             return static_cast<int>(i);
-    return -1;
+        names += (i > 0 ? L", " : L"") + nameOf(i);
+    }
+    Vs::TranscriptMgr::get()->lineFails(localizedFormat(
+        "AnswerNoButton", "\"%1%\" is not an answer to the question \"%2%\": it is one of %3%.",
+        answer.front(), m_text, names));
+    return cancelIndex();
 }
 
 int MessageBox::ask() const

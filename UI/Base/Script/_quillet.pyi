@@ -1,6 +1,6 @@
 """What the package quillet stands on."""
 
-from typing import Callable
+from typing import Callable, Dict
 
 version: str
 
@@ -9,6 +9,9 @@ class CommandError(RuntimeError):
 
 def run(line: str) -> str:
     """Runs a line of text and returns its message."""
+
+def parameters() -> Dict[str, str]:
+    """What the run was given with --set NAME=VALUE, and replays have added."""
 
 def on_closing_down(function: Callable[[], object]) -> None:
     """Has a function called before the application closes; if it returns False, the application stays."""

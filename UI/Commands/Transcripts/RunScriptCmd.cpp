@@ -70,6 +70,10 @@ bool RunPythonTask::run()
     Vs::Status status;
     if (!m_path.empty())
         Vs::PythonManager::get()->runScriptFile(m_path, status);
+    // The script has told why; who waits for the line that put it here must not go on as if all were well.
+    if (status.isError())
+        Vs::TranscriptMgr::get()->lineFails(
+            localizedFormat("ScriptFailed", "The script %1% failed.", m_path));
     return true;
 }
 

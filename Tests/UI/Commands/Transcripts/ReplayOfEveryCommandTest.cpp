@@ -4,6 +4,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Selection/Private/SelectionOptionGroup.h"
@@ -105,7 +106,7 @@ const Session kSessions[] = {
     {L"CloudOpenDocumentCommand",      L"VuCommands.CloudOpenDocumentCmd"},
     {L"ShareCommand",                  L"VuCommands.ShareCmd"},
     // The lifecycle service, with nobody signed in
-    {L"ItemhubAuthenticateWithTokenCommand", L"Dashboard.AuthenticateWithTokenCmd http://127.0.0.1:1/ secret acme", L"${ITEMHUB_TOKEN}"},
+    {L"ItemhubAuthenticateWithTokenCommand", L"Dashboard.AuthenticateWithTokenCmd http://127.0.0.1:1/ secret acme", L"ITEMHUB_TOKEN"},
     {L"ItemhubNewItemCommand",         L"Dashboard.NewItemCmd 1 Bracket 0 0 VeloraAssetType"},
     {L"ItemhubNewDesignCommand",       L"Commands.Start ItemhubNewDesignCommand"},
     {L"ItemhubNewDocumentationCommand", L"Commands.Start ItemhubNewDocumentationCommand", L"-"},
@@ -312,6 +313,7 @@ const Session kSessions[] = {
     {L"Script.CommitTransaction",      kModel + L"Script.BeginTransaction Two;Design.Box 1 1 1;Script.CommitTransaction"},
     {L"Script.AbortTransaction",       kModel + L"Script.BeginTransaction Two;Design.Box 1 1 1;Script.AbortTransaction"},
     {L"Script.DiscardChanges",         kModel + L"Script.DiscardChanges;Document.Close"},
+    {L"Script.Run",                    L"Script.Run {given}/boxes.py"},
     {L"Script.Settle",                 kModel + L"Script.Settle"},
     {L"Script.Select",                 kModel + L"Script.Select Box1/Edge3"},
     {L"Transcripting.Replay",          L"Transcripting.Replay {given}/boxes.txt"},
@@ -426,6 +428,7 @@ protected:
     void SetUp() override
     {
         Recorded::SetUp();
+        Vs::TranscriptMgr::get()->parameters({{"ITEMHUB_TOKEN", "secret"}});
         emptyScratch(L"given");
         write(given() + L"/boxes.py", "import Design\nDesign.New()\nDesign.Box(1, 2, 3)\n");
         write(given() + L"/boxes.txt", "Design.New\nDesign.Box 3 2 1\n");

@@ -137,6 +137,11 @@ TEST_F(RunScriptTest, InAWindowAnEndlessScriptShowsWhatItPrintsAndEscapeEndsIt)
     QWidget* const window = workspace->window()->widget();
     const auto* const output = window->findChild<QPlainTextEdit*>(QStringLiteral("commandOutput"));
     ASSERT_NE(output, nullptr);
+    // What the lines of a transcript answer is seen there, too.
+    boost::filesystem::ofstream(boost::filesystem::path(scratch(L"lines.txt"))) << "Camera.ZoomIn\n";
+    answer(L"Transcripting.Replay \"" + scratch(L"lines.txt") + L'"');
+    EXPECT_TRUE(output->toPlainText().contains(QStringLiteral("Zoom in.")))
+        << output->toPlainText().toStdString();
     QTimer escape;
     QObject::connect(&escape, &QTimer::timeout, [&] {
         if (output->toPlainText().contains(QStringLiteral("turn 3")))

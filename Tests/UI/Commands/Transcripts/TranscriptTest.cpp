@@ -283,10 +283,12 @@ TEST_F(TranscriptTest, AnswersToQuestionsAreRecordedAndGivenAgain)
     Vs::Status status;
     TranscriptMgr::get()->replay(file(L"close.txt"), status, Vs::kTextTranscript);
     EXPECT_EQ(documents(), 0u) << "nobody was there to be asked";
-    // An answer that no question of its line wanted is forgotten.
+    EXPECT_TRUE(status.isOk()) << narrowed(status.toString());
+    // An answer that no question of its line wanted is a failure of that line, and forgotten.
     fs::ofstream(fs::path(file(L"stale.txt"))) << "Transcripting.Answer 1\nDesign.New\nDesign.Box 1 1 1\n"
                                                   "Document.Close\n";
     TranscriptMgr::get()->replay(file(L"stale.txt"), status, Vs::kTextTranscript);
+    EXPECT_TRUE(status.matchingError("stale.txt:2: Nothing asked for the answer"));
     EXPECT_EQ(documents(), 1u);
     answer(L"Transcripting.Answer 1");
     answer(L"Asset.List");

@@ -1,5 +1,6 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/Base/TranscriptReplay.h"
 #include "Tests/Support/Files.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Command/CommandContext.h"
@@ -48,7 +49,13 @@ protected:
     }
 
     static std::wstring path() { return scratch(L"recorded/session.txt"); }
-    static std::string recorded() { return TestSupport::contentOf(boost::filesystem::path(path())); }
+    /// Behind the line that tells what the file is.
+    static std::string recorded()
+    {
+        const std::string content = TestSupport::contentOf(boost::filesystem::path(path()));
+        EXPECT_TRUE(content.empty() || content.starts_with(Vs::kTextTranscriptHead)) << content;
+        return content.empty() ? content : content.substr(content.find('\n') + 1);
+    }
     static void start(const std::wstring& command)
     {
         std::ignore = CommandMgr::get()->executeCommand(command, CommandContext::emptyContext());

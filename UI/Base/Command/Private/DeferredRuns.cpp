@@ -1,6 +1,7 @@
 #include "UI/Base/Command/Private/DeferredRuns.h"
 
 #include "Server/Base/Task.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Private/CommandHost.h"
 
@@ -69,7 +70,8 @@ bool DeferredRuns::add(CommandMgr* manager, CommandDefinition* definition, const
     Vs::Tasks* tasks = CommandHost::get()->deferredTasks();
     if (!tasks)
         return false;
-    if (!context.partOfCaller())
+    // What runs as a part of something that is recorded as a whole is no run of its own.
+    if (!context.partOfCaller() && Vs::TranscriptMgr::get()->takesEntries())
         ++s_added;
     tasks->add(std::make_unique<RunTask>(manager, definition, context));
     return true;

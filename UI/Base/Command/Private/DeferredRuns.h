@@ -15,7 +15,7 @@ public:
     /// False if the application has no queue for it.
     [[nodiscard]] static bool add(CommandMgr* manager, CommandDefinition* definition,
                                   const CommandContext& context);
-    /// How many have been added since the program started, but for those that are part of who asked.
+    /// How many a recording has seen added, but for those that are part of who asked.
     static unsigned long added();
     /// Drops the runs of a manager, and those of any manager that are about its session.
     static void drop(const CommandMgr* manager, const AssetSession* session);

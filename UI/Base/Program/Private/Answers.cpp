@@ -4,8 +4,12 @@
 #include "Server/Base/TextCommand.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptTrigger.h"
+#include "UI/Base/Command/Private/Localized.h"
+
+#include <boost/algorithm/string/join.hpp>
 
 #include <deque>
+#include <utility>
 
 namespace Vu {
 namespace {
@@ -57,9 +61,12 @@ bool Answers::isExpected(Kind kind)
 
 void Answers::lineRan()
 {
-    if (!state().fresh)
-        state().expected.clear();
-    state().fresh = false;
+    if (!std::exchange(state().fresh, false) && !state().expected.empty()) {
+        const Answer unused = std::exchange(state().expected, {}).front();
+        Vs::TranscriptMgr::get()->lineFails(localizedFormat(
+            "AnswerNotAsked", "Nothing asked for the answer \"%1%\" that came before this line.",
+            boost::algorithm::join(unused.words, L" ")));
+    }
 }
 
 void Answers::given(Kind kind, std::vector<std::wstring> answer)

@@ -20,7 +20,8 @@ public:
     [[nodiscard]] static bool take(Kind kind, std::vector<std::wstring>& answer);
     /// Whether `take` would return true.
     [[nodiscard]] static bool isExpected(Kind kind);
-    /// A line has run: what it did not ask for is forgotten, but for what it has brought itself.
+    /// A line has run: what it did not ask for is forgotten, but for what it has brought itself, and fails
+    /// the line where somebody waits for it (TranscriptMgr::settled).
     static void lineRan();
 
     /// A person has answered.

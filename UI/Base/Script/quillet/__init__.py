@@ -18,13 +18,15 @@ from . import measure
 from ._camera import Camera
 from ._documents import Document, active_document, documents, new_document, open_document
 from ._model import Body, Component, Selection, component, model
+from ._parameters import Parameters
 from ._transactions import transaction
 
 camera = Camera()
 selection = Selection()
+parameters = Parameters()
 
 __all__ = [
-    "Body", "Camera", "CommandError", "Component", "Document", "Selection", "active_document", "camera",
-    "component", "documents", "measure", "model", "new_document", "on_closing_down", "open_document", "run",
-    "selection", "transaction", "version",
+    "Body", "Camera", "CommandError", "Component", "Document", "Parameters", "Selection", "active_document",
+    "camera", "component", "documents", "measure", "model", "new_document", "on_closing_down", "open_document",
+    "parameters", "run", "selection", "transaction", "version",
 ]

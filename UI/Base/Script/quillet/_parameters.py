@@ -1,0 +1,21 @@
+from collections.abc import Mapping
+from typing import Iterator
+
+import _quillet
+
+
+class Parameters(Mapping[str, str]):
+    """What the run was given with `--set NAME=VALUE`, `out` among them, and what the replay around this script
+    has added. Text transcripts write `${NAME}`."""
+
+    def __getitem__(self, name: str) -> str:
+        return _quillet.parameters()[name]
+
+    def __iter__(self) -> Iterator[str]:
+        return iter(_quillet.parameters())
+
+    def __len__(self) -> int:
+        return len(_quillet.parameters())
+
+    def __repr__(self) -> str:
+        return f"Parameters({', '.join(sorted(self))})"
