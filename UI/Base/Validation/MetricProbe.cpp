@@ -1,6 +1,5 @@
 #include "UI/Base/Validation/MetricProbe.h"
 
-#include "Server/Base/Timer.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/SceneNodes.h"
 #include "UI/Base/Command/CommandBase.h"
@@ -20,15 +19,13 @@
 namespace Vu {
 namespace {
 
-using Vs::Utility::timer;
-
 class ElapsedTimeProbe : public MetricProbe
 {
 public:
-    std::vector<double> seconds() const override { return {m_clock.elapsed()}; }
+    std::vector<MetricTime> times() const override { return {m_clock.elapsed()}; }
 
 private:
-    timer m_clock;
+    MetricClock m_clock;
 };
 
 class FramesProbe : public MetricProbe, private FrameEventSite, private Vs::Scene::CameraEventSite
@@ -40,7 +37,7 @@ public:
     bool windowless() const override { return m_frames.drewWindowless(); }
 
 private:
-    void frameDrawn(FrameEvent* event) override { add(event->seconds()); }
+    void frameDrawn(FrameEvent* event) override { add({event->seconds(), 0}); }
     void cameraChanged(Vs::Scene::CameraEvent*) override { m_frames.drawSoon(true); }
 
     MetricFrames m_frames;
@@ -101,7 +98,7 @@ private:
         m_command = nullptr;
     }
 
-    std::optional<timer> m_clock; ///< Of the command that is on its way.
+    std::optional<MetricClock> m_clock; ///< Of the command that is on its way.
     const CommandMgr* m_manager = nullptr;
     const CommandBase* m_command = nullptr; ///< Null until it is made.
 };
@@ -155,9 +152,9 @@ private:
     }
 
     const bool m_untilSeen;
-    std::optional<timer> m_move;   ///< Of the move that is being delivered.
-    std::optional<timer> m_unseen; ///< Of the first move whose mark isn't seen yet.
-    uint64_t m_scene = 0;          ///< The scene's revision when that move came.
+    std::optional<MetricClock> m_move;   ///< Of the move that is being delivered.
+    std::optional<MetricClock> m_unseen; ///< Of the first move whose mark isn't seen yet.
+    uint64_t m_scene = 0;                ///< The scene's revision when that move came.
     const GraphicsCanvas* m_canvas = nullptr;
     MetricFrames m_frames;
     FrameEventSource::Wanted m_wanted{this};

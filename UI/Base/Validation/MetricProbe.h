@@ -1,5 +1,7 @@
 #pragma once
 
+#include "UI/Base/Validation/MetricClock.h"
+
 #include <array>
 #include <memory>
 #include <vector>
@@ -27,17 +29,18 @@ public:
     MetricProbe(const MetricProbe&) = delete;
     MetricProbe& operator=(const MetricProbe&) = delete;
 
-    /// What was measured so far, in seconds, one number for each picture, command or move.
-    virtual std::vector<double> seconds() const { return m_seconds; }
+    /// What was measured so far, one for each picture, command or move. The processor time of a picture that
+    /// somebody else has timed isn't known, and is 0.
+    virtual std::vector<MetricTime> times() const { return m_times; }
     /// Whether canvases without a window were drawn for this metric: their times compare with no other.
     virtual bool windowless() const { return false; }
 
 protected:
     MetricProbe() = default;
-    void add(double seconds) { m_seconds.push_back(seconds); }
+    void add(const MetricTime& time) { m_times.push_back(time); }
 
 private:
-    std::vector<double> m_seconds;
+    std::vector<MetricTime> m_times;
 };
 
 } // namespace Vu

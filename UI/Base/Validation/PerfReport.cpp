@@ -54,6 +54,8 @@ std::wstring lineOf(const PerfReport::Result& result)
         line += localizedFormat("PerfReference", ", reference %1%, limit %2%",
                                 perfText(*result.reference, result.isMemory),
                                 perfText(*result.limit, result.isMemory));
+    if (result.processor > 0)
+        line += localizedFormat("PerfProcessor", ", processor time %1%", perfText(result.processor, false));
     return line + L": " + outcomeText(result.outcome);
 }
 
@@ -77,6 +79,10 @@ QJsonObject jsonOf(const PerfReport::Result& result)
         object.insert("reference", *result.reference);
     if (result.limit)
         object.insert("limit", *result.limit);
+    if (result.processor > 0)
+        object.insert("processor", result.processor);
+    if (result.processorLimit)
+        object.insert("processorLimit", *result.processorLimit);
     return object;
 }
 

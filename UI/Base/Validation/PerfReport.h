@@ -18,9 +18,11 @@ struct PerfReport
         bool isMemory = false;
         double value = 0; ///< The middle one of all that were measured.
         double worst = 0;
-        size_t count = 1; ///< How many were measured.
+        double processor = 0; ///< Of the middle one, what the processors spent on it; 0 if that isn't known.
+        size_t count = 1;     ///< How many were measured.
         /// The reference and the largest value that passes, both as this machine would have them now.
         std::optional<double> reference, limit;
+        std::optional<double> processorLimit; ///< The same for the processor time.
         Outcome outcome = Outcome::Passed;
     };
 

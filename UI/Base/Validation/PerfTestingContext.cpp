@@ -8,7 +8,9 @@
 #include "UI/Base/Validation/References.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
+#include <thread>
 #include <unistd.h>
 
 namespace Vu {
@@ -26,7 +28,9 @@ constexpr Bounds kTimeBounds = {2.0, 0.005};
 constexpr Bounds kMemoryBounds = {1.25, 32e6};
 
 constexpr const wchar_t* kValue = L"value";
+constexpr const wchar_t* kProcessor = L"processor";
 constexpr const wchar_t* kCalibration = L"calibration";
+constexpr const wchar_t* kThreads = L"threads";
 constexpr const wchar_t* kRatio = L"ratio";
 
 PerfReport lastReport;
@@ -47,31 +51,54 @@ std::optional<double> numberIn(const ReferenceValues& values, const wchar_t* nam
     return number ? std::optional(*number) : std::nullopt;
 }
 
-/// Sets what this machine would have to reach. False if the reference doesn't say it.
-bool setLimit(Result& result, const ReferenceValues& values, double calibration)
+/// Sets what this machine would have to reach, whose calibration is so many times that of the reference's.
+/// False if the reference doesn't say it.
+bool setLimit(Result& result, const ReferenceValues& values, double slower)
 {
     const std::optional<double> value = numberIn(values, kValue);
-    const std::optional<double> then = result.isMemory ? 1.0 : numberIn(values, kCalibration);
-    if (!value || !then || *value < 0 || *then <= 0)
+    if (!value || *value < 0)
         return false;
     const Bounds& bounds = result.isMemory ? kMemoryBounds : kTimeBounds;
-    const double reference = result.isMemory ? *value : *value * calibration / *then;
     const std::optional<double> ratio = numberIn(values, kRatio);
-    result.reference = reference;
-    result.limit =
-        ratio ? reference * *ratio : std::max(reference * bounds.ratio, reference + bounds.absolute);
+    const auto limitOf = [&](double reference) {
+        return ratio ? reference * *ratio : std::max(reference * bounds.ratio, reference + bounds.absolute);
+    };
+    result.reference = *value * slower;
+    result.limit = limitOf(*result.reference);
+    if (const std::optional<double> processor = numberIn(values, kProcessor); processor && *processor > 0)
+        result.processorLimit = limitOf(*processor * slower);
     return true;
 }
 
-Result resultOf(std::vector<double> seconds, const std::wstring& metric, const std::wstring& description)
+/// The processors know no other program's work, and the clock no work that was spread over more of them. What
+/// has become slower is so by both.
+bool isGood(const Result& result)
+{
+    return result.value <= *result.limit ||
+           (result.processorLimit && result.processor > 0 && result.processor <= *result.processorLimit);
+}
+
+Result resultOf(std::vector<MetricTime> times, const std::wstring& metric, const std::wstring& description)
 {
     Result result{metric, description};
-    const auto middle = seconds.begin() + static_cast<std::ptrdiff_t>(seconds.size() / 2);
-    std::nth_element(seconds.begin(), middle, seconds.end());
-    result.value = *middle;
-    result.worst = *std::max_element(seconds.begin(), seconds.end());
-    result.count = seconds.size();
+    const auto earlier = [](const MetricTime& one, const MetricTime& other) {
+        return one.clock < other.clock;
+    };
+    const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+    std::nth_element(times.begin(), middle, times.end(), earlier);
+    result.value = middle->clock;
+    result.processor = middle->processor;
+    result.worst = std::max_element(times.begin(), times.end(), earlier)->clock;
+    result.count = times.size();
     return result;
+}
+
+/// On how many threads the work was done, at least in part.
+unsigned threadsOf(const Result& result)
+{
+    const double most = std::max(1u, std::thread::hardware_concurrency());
+    const double used = result.value > 0 ? std::ceil(result.processor / result.value - 0.25) : 1;
+    return static_cast<unsigned>(std::clamp(used, 1.0, most));
 }
 
 bool fail(const std::wstring& message)
@@ -82,30 +109,48 @@ bool fail(const std::wstring& message)
     return false;
 }
 
-/// What the calibration took at the start of the test, and takes now. A burst of other work on the machine
-/// may lie between the two, so the one is taken that lets more pass.
-struct Calibration
+void keep(Result& result, References& references, const std::wstring& name, double calibrationBefore)
 {
-    double start, now;
-};
+    ReferenceValues values{{kValue, result.value}};
+    if (!result.isMemory) {
+        const unsigned threads = threadsOf(result);
+        const double now = calibrationSeconds(threads);
+        values[kCalibration] = threads == 1 ? std::min(calibrationBefore, now) : now;
+        values[kThreads] = static_cast<double>(threads);
+        if (result.processor > 0)
+            values[kProcessor] = result.processor;
+    }
+    references.store(name, values);
+    result.outcome = PerfReport::Outcome::Kept;
+}
 
-bool compareWith(Result& result, References& references, const std::wstring& name,
-                 const Calibration& calibration)
+/// How many times slower than that of the reference this machine is. A burst of other work on it may lie
+/// between the start of the test and now, so the calibration is taken that lets more pass. Nothing if the
+/// reference doesn't say what its own was.
+std::optional<double> slowerThan(const ReferenceValues& reference, double calibrationBefore)
+{
+    const std::optional<double> then = numberIn(reference, kCalibration);
+    if (!then || *then <= 0)
+        return std::nullopt;
+    const double most = std::max(1u, std::thread::hardware_concurrency());
+    const double threads = std::clamp(numberIn(reference, kThreads).value_or(1), 1.0, most);
+    return std::max(calibrationBefore, calibrationSeconds(static_cast<unsigned>(threads))) / *then;
+}
+
+bool compareWith(Result& result, References& references, const std::wstring& name, double calibrationBefore)
 {
     const std::optional<ReferenceValues> kept = references.find(name);
     if (!kept) {
-        ReferenceValues values{{kValue, result.value}};
-        if (!result.isMemory)
-            values[kCalibration] = std::min(calibration.start, calibration.now);
-        references.store(name, values);
-        result.outcome = PerfReport::Outcome::Kept;
+        keep(result, references, name, calibrationBefore);
         return true;
     }
-    if (!setLimit(result, *kept, std::max(calibration.start, calibration.now)))
+    const std::optional<double> slower =
+        result.isMemory ? std::optional(1.0) : slowerThan(*kept, calibrationBefore);
+    if (!slower || !setLimit(result, *kept, *slower))
         throw Vs::Exception(localizedFormat("PerfNoReference",
                                             "%1%: \"%2%\" lacks its value or its calibration.",
                                             references.file().wstring(), name));
-    if (result.value <= *result.limit)
+    if (isGood(result))
         return true;
     result.outcome = PerfReport::Outcome::Failed;
     return fail(localizedFormat(
@@ -144,12 +189,12 @@ bool PerfTestingContext::validate(EMetricType type, const std::wstring& descript
     const auto probe = m_probes.extract(type);
     if (!probe)
         return fail(localizedFormat("PerfNotStarted", "The metric %1% was not started.", metric));
-    std::vector<double> seconds = probe.mapped()->seconds();
-    if (seconds.empty())
+    std::vector<MetricTime> times = probe.mapped()->times();
+    if (times.empty())
         return fail(localizedFormat(
             "PerfNothing", "Since the metric %1% was started there was nothing that it measures.", metric));
     const std::wstring kind = probe.mapped()->windowless() ? L" windowless" : L"";
-    return compare(resultOf(std::move(seconds), metric, description), kind);
+    return compare(resultOf(std::move(times), metric, description), kind);
 }
 
 bool PerfTestingContext::validateMemory(bool physical, const std::wstring& description)
@@ -162,11 +207,11 @@ bool PerfTestingContext::validateMemory(bool physical, const std::wstring& descr
 bool PerfTestingContext::compare(Result result, const std::wstring& kind)
 {
     lastError.clear();
-    const Calibration calibration{m_calibration, result.isMemory ? m_calibration : calibrationSeconds()};
     bool good = false;
     try {
         References references(L"performance", m_testName);
-        good = compareWith(result, references, result.metric + kind + L' ' + result.description, calibration);
+        good =
+            compareWith(result, references, result.metric + kind + L' ' + result.description, m_calibration);
     } catch (const Vs::Exception& error) {
         result.outcome = PerfReport::Outcome::Failed;
         fail(error.message());

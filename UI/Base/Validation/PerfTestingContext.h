@@ -13,10 +13,12 @@ namespace Vu {
 /// (References), which a metric and a description select together. Main thread only.
 ///
 /// Times are compared as multiples of a calibration run, which is made at the start and again before each
-/// comparison: what is slower because the machine is slower, or busier, passes. A time fails when it is more
-/// than twice its reference and a few milliseconds, memory when it is more than a quarter above and some
-/// megabytes. A number `ratio` that a person adds to a reference in the file replaces the two or the one and
-/// a quarter. Metrics of pictures that were drawn without a window have references of their own.
+/// comparison, then on as many threads as the work took: what is slower because the machine is slower, or
+/// busier, passes. A time fails when it is more than twice its reference and a few milliseconds, both by the
+/// clock and by the processor time of the process and its children; memory when it is more than a quarter
+/// above and some megabytes. A number `ratio` that a person adds to a reference in the file replaces the two
+/// or the one and a quarter. Metrics of pictures that were drawn without a window have references of their
+/// own.
 class PerfTestingContext
 {
 public:

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <thread>
 #include <vector>
 
 namespace Vu {
@@ -27,9 +28,7 @@ double work(std::vector<double>& numbers)
     return numbers[numbers.size() / 2];
 }
 
-} // namespace
-
-double calibrationSeconds()
+double calibrationOfThread()
 {
     std::vector<double> numbers(kNumbers);
     std::array<double, 9> laps{};
@@ -43,6 +42,22 @@ double calibrationSeconds()
     const auto middle = laps.begin() + laps.size() / 2;
     std::nth_element(laps.begin(), middle, laps.end());
     return *middle;
+}
+
+} // namespace
+
+double calibrationSeconds(unsigned threads)
+{
+    std::vector<double> others(threads > 1 ? threads - 1 : 0);
+    std::vector<std::jthread> running;
+    running.reserve(others.size());
+    for (double& seconds : others)
+        running.emplace_back([&seconds] { seconds = calibrationOfThread(); });
+    double slowest = calibrationOfThread();
+    running.clear(); // Waits for them.
+    for (const double seconds : others)
+        slowest = std::max(slowest, seconds);
+    return slowest;
 }
 
 } // namespace Vu

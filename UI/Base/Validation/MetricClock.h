@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Server/Base/Timer.h"
+
+namespace Vu {
+
+/// What something took: by the clock, and of the processors, on which other programs have no share. Seconds.
+struct MetricTime
+{
+    double clock = 0;
+    double processor = 0;
+};
+
+/// The processor time that this process and its ended children have had so far, in seconds.
+[[nodiscard]] double processorSeconds();
+
+/// Counts both since it was made.
+class MetricClock
+{
+public:
+    MetricTime elapsed() const { return {m_clock.elapsed(), processorSeconds() - m_processor}; }
+
+private:
+    Vs::Utility::timer m_clock;
+    double m_processor = processorSeconds();
+};
+
+} // namespace Vu
