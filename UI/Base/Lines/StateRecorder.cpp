@@ -18,7 +18,9 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/CameraTransition.h"
+#include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
+#include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/View/ViewMgr.h"
 
 #include <algorithm>
@@ -74,6 +76,17 @@ std::vector<boost::uuids::uuid> identifiers()
     for (unsigned i = 0; i < manager->documents(); ++i)
         all.push_back(manager->document(i)->identifier());
     return all;
+}
+
+/// Of the active view among those beside each other, from 1; 0 if there are no others, or none is active.
+size_t activeViewNumber()
+{
+    std::vector<GraphicsCanvas*> canvases;
+    GraphicsCanvas::allCanvases(canvases);
+    const auto active = std::find(canvases.begin(), canvases.end(), SplitViewMgr::get()->activeCanvas());
+    return canvases.size() < 2 || active == canvases.end()
+               ? 0
+               : static_cast<size_t>(active - canvases.begin()) + 1;
 }
 
 bool recording()
@@ -146,14 +159,27 @@ void StateRecorder::write()
 {
     if (!recording())
         return;
+    writeActiveView();
     writeFitted();
     writeCamera();
     writeSelection();
 }
 
+void StateRecorder::writeActiveView()
+{
+    const size_t now = activeViewNumber();
+    if (now == 0 || std::exchange(m_activeView, now) == now)
+        return;
+    Vs::writeTranscriptLine(L"SplitView.Activate " + std::to_wstring(now));
+    // The camera is another view's, which nobody has moved yet.
+    m_camera.reset();
+    m_goal.reset();
+}
+
 void StateRecorder::accept()
 {
     m_selectionDiffers = false;
+    m_activeView = activeViewNumber();
     m_camera.reset();
     const Camera* camera = activeCamera();
     // Where it glides to is known only when it is there.
@@ -169,6 +195,7 @@ void StateRecorder::cameraMoved(const Camera* camera)
         m_goal = stateOf(*camera);
         return;
     }
+    writeActiveView();
     m_camera = stateOf(*camera);
     CameraTrigger(*m_camera).writeTranscriptEntry();
 }

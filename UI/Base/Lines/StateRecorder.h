@@ -48,6 +48,8 @@ public:
 
 private:
     static CameraState stateOf(const Vs::Scene::Camera& camera);
+    /// Writes which of the views beside each other is the active one, if that is another one.
+    void writeActiveView();
 
     void currentSessionChanged(SessionEvent* event) override;
     void sessionPostActivateForAsset(SessionEvent* event) override;
@@ -60,6 +62,7 @@ private:
     std::vector<boost::uuids::uuid> m_documents; ///< Those that were there before.
     bool m_selectionDiffers = false;
     bool m_writeLater = false;
+    size_t m_activeView = 0;             ///< As the lines have it; 0 while that isn't known.
     std::optional<CameraState> m_camera; ///< As the lines have it; nothing while that isn't known.
     std::optional<CameraState> m_goal;   ///< Where the running command has put it.
     uint64_t m_begun = 0;                ///< Fits up to this revision of cameras were before the recording.

@@ -1,14 +1,19 @@
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/SplitViewMgr.h"
+#include "UI/Commands/Localized.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
 
+#include <optional>
 #include <stdexcept>
+#include <vector>
 
 namespace Vu::Commands {
 namespace {
@@ -23,6 +28,7 @@ constexpr DirectTextRow kNewDoc            = {kArea, L"NewDoc", L"<AssetTypeID> 
 constexpr DirectTextRow kNextAsset         = {kArea, L"NextAsset", L"Open an existing asset in the active view.", "", false, true};
 constexpr DirectTextRow kShareCamera       = {kArea, L"ShareCamera", L"Share the camera of the active view with all others", "", false, true};
 constexpr DirectTextRow kCopyCamera        = {kArea, L"CopyCamera", L"Copy the camera of the active view to all others (once)", "", false, true};
+constexpr DirectTextRow kActivate          = {kArea, L"Activate", L"<number> Make the view the active one, counted from 1 in the order of the layout.", "%d", false, true};
 constexpr DirectTextRow kViewCount         = {kArea, L"ViewCount", L"Display the number of visible views", "", false, true};
 constexpr DirectTextRow kDefaultLayout     = {kArea, L"DefaultLayout", L"Default Layout.", "", false, true};
 constexpr DirectTextRow kResetLayout       = {kArea, L"ResetLayout", L"<GraphicsCanvasesID> Reset Layout.", "", false, true};
@@ -97,6 +103,24 @@ public:
     }
 };
 
+class TextCmdActivate : public DirectTextCommand<kActivate>
+{
+public:
+    TextCommandResult execute(const TextCommandParameters& parameters) override
+    {
+        std::vector<GraphicsCanvas*> canvases;
+        GraphicsCanvas::allCanvases(canvases);
+        const auto number =
+            parameters.parameters() > 0 ? Vs::readNumber<size_t>(parameters[0]) : std::optional<size_t>();
+        if (!number || *number < 1 || *number > canvases.size() || !canvases[*number - 1]->view())
+            return {1,
+                    localizedFormat("NoSuchView", "There is no such view: the number is one from 1 to %1%.",
+                                    canvases.size())};
+        SplitViewMgr::get()->activeCanvas(canvases[*number - 1]);
+        return {0, {}};
+    }
+};
+
 class TextCmdViewCount : public DirectTextCommand<kViewCount>
 {
 public:
@@ -132,6 +156,7 @@ TextCmdNewDoc theNewDoc;
 TextCmdNextAsset theNextAsset;
 TextCmdShareCamera theShareCamera;
 TextCmdCopyCamera theCopyCamera;
+TextCmdActivate theActivate;
 TextCmdViewCount theViewCount;
 TextCmdDefaultLayout theDefaultLayout;
 TextCmdResetLayout theResetLayout;

@@ -301,6 +301,7 @@ const Session kSessions[] = {
     {L"Asset.MarkSmudge",              kModel + L"Asset.MarkSmudge"},
     {L"SplitView.ResetLayout",         kModel + L"SplitView.ResetLayout Quad"},
     {L"SplitView.DefaultLayout",       kModel + L"SplitView.ResetLayout Quad;SplitView.DefaultLayout"},
+    {L"SplitView.Activate",            kModel + L"SplitView.ResetLayout Quad;SplitView.Activate 3;Camera.ZoomIn 2;SplitView.Activate 2"},
     {L"SplitView.ShareCamera",         kModel + L"SplitView.ResetLayout Quad;SplitView.ShareCamera;Camera.ZoomIn 2"},
     {L"SplitView.CopyCamera",          kModel + L"SplitView.ResetLayout Quad;Camera.ZoomIn 2;SplitView.CopyCamera"},
     {L"SplitView.NewDoc",              kModel + L"SplitView.ResetLayout Quad;SplitView.NewDoc SimulationAssetType"},
