@@ -1,5 +1,7 @@
 #include "UI/Commands/Transcripts/TranscriptingCmds.h"
 
+#include "Server/Base/Status.h"
+#include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -12,6 +14,8 @@
 #include "UI/Commands/Transcripts/ValidationDialog.h"
 
 #include <boost/filesystem/operations.hpp>
+
+#include <exception>
 
 namespace Vu::Commands {
 
@@ -76,9 +80,14 @@ void StopTranscriptingCmdDef::onUpdateInputControl(CommandContext*)
     enableControl(*this, recording());
 }
 
-void StopTranscriptingCmd::onExecute(Vs::Status&)
+void StopTranscriptingCmd::onExecute(Vs::Status& status)
 {
-    ValidationDialog::get()->endValidation();
+    // Whatever becomes of the window, the recording ends.
+    try {
+        ValidationDialog::get()->endValidation();
+    } catch (const std::exception& fault) {
+        status.addError(Vs::Strings::widen(fault.what()));
+    }
     Vs::TranscriptMgr::get()->endRecording();
 }
 

@@ -7,6 +7,8 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/MouseEvents.h"
 #include "UI/Commands/Adaptations/QT/Validation/QTAutoMatchLineEdit.h"
 #include "UI/Commands/Adaptations/QT/Validation/QTNormalValidationDialog.h"
 #include "UI/Commands/Adaptations/QT/Validation/QTPerfValidationDialog.h"
@@ -21,6 +23,8 @@
 #include <QtTest/QTest>
 
 #include <boost/filesystem/operations.hpp>
+
+#include <cstdlib>
 
 using namespace Vu;
 using namespace Vu::Commands;
@@ -235,6 +239,38 @@ TEST_F(PerformanceWindow, MarksWhereMetricsBeginAndEnd)
     EXPECT_EQ(field(5)->completer()->model()->index(0, 0).data().toString(), " hover slowly");
 }
 
+TEST_F(PerformanceWindow, RecordsTheMovesThatMetricsOfTheMouseMeasure)
+{
+    answer(L"Design.New");
+    std::vector<GraphicsCanvas*> canvases;
+    GraphicsCanvas::allCanvases(canvases);
+    ASSERT_FALSE(canvases.empty());
+    const auto move = [&] {
+        MouseEvent event(canvases.front(), {});
+        MouseEventSource::get()->fireMouseMove(&event);
+    };
+    move();
+    for (const int row : {5, 6}) {
+        click(box(row));
+        QTest::keyClicks(field(row), "hover");
+    }
+    click(button());
+    EXPECT_EQ(recorded().find("Mouse."), std::string::npos) << recorded();
+    move();
+    move();
+    click(button());
+    move();
+    const std::string lines = recorded();
+    const size_t first = lines.find("\nMouse.Move "), second = lines.find("\nMouse.Move ", first + 1);
+    EXPECT_LT(lines.find("StartMetric PrehighlightInteractivity"), first) << lines;
+    EXPECT_LT(second, lines.find("Validate PrehighlightSelect hover")) << lines;
+    EXPECT_EQ(lines.find("\nMouse.Move ", second + 1), std::string::npos) << lines;
+    for (const int row : {5, 6}) {
+        click(box(row));
+        field(row)->clear();
+    }
+}
+
 TEST_F(PerformanceWindow, EndsStartedMetricsBeforeTheRecording)
 {
     click(box(2));
@@ -303,6 +339,20 @@ TEST_F(ValidationWindows, FieldsRememberWhatWasEnteredInOrderAndOnce)
     }
     EXPECT_TRUE(boost::filesystem::is_directory(file));
     boost::filesystem::remove(file);
+
+    // Without a folder there is no history, and nothing else is amiss.
+    const std::string before = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "";
+    const std::string runtime = std::getenv("XDG_RUNTIME_DIR") ? std::getenv("XDG_RUNTIME_DIR") : "";
+    setenv("TMPDIR", "/dev/null/none", 1);
+    unsetenv("XDG_RUNTIME_DIR");
+    {
+        QTAutoMatchLineEdit field(L"Probe");
+        field.setText("kept nowhere");
+        field.rememberText();
+    }
+    before.empty() ? unsetenv("TMPDIR") : setenv("TMPDIR", before.c_str(), 1);
+    if (!runtime.empty())
+        setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <QCompleter>
 
 #include <algorithm>
+#include <exception>
 #include <optional>
 #include <sstream>
 
@@ -17,7 +18,9 @@ namespace Vu::Commands {
 QTAutoMatchLineEdit::QTAutoMatchLineEdit(const std::wstring& name, QWidget* parent)
     : QLineEdit(parent), m_name(name)
 {
-    const std::optional<std::string> content = Vs::OwnFiles::read(file());
+    const boost::filesystem::path kept = file();
+    const std::optional<std::string> content =
+        kept.empty() ? std::optional<std::string>() : Vs::OwnFiles::read(kept);
     if (!content)
         return;
     std::istringstream stream(*content);
@@ -28,13 +31,14 @@ QTAutoMatchLineEdit::QTAutoMatchLineEdit(const std::wstring& name, QWidget* pare
 
 QTAutoMatchLineEdit::~QTAutoMatchLineEdit()
 {
-    if (m_history.empty())
+    const boost::filesystem::path kept = file();
+    if (m_history.empty() || kept.empty())
         return;
     std::string content;
     for (const std::wstring& entry : m_history)
         content += Vs::Strings::narrow(entry) + '\n';
     try {
-        Vs::OwnFiles::write(file(), content);
+        Vs::OwnFiles::write(kept, content);
     } catch (const Vs::Exception& error) {
         Vs::warn(error.message() + L'.');
     }
@@ -49,9 +53,14 @@ void QTAutoMatchLineEdit::rememberText()
     rebuildCompleter();
 }
 
+// What was typed before is a help that a recording does without.
 boost::filesystem::path QTAutoMatchLineEdit::file() const
 {
-    return Vs::PathInfo::temporaryDirectory(true) / boost::filesystem::path(m_name + L".txt");
+    try {
+        return Vs::PathInfo::temporaryDirectory(true) / boost::filesystem::path(m_name + L".txt");
+    } catch (const std::exception&) {
+        return {};
+    }
 }
 
 void QTAutoMatchLineEdit::rebuildCompleter()

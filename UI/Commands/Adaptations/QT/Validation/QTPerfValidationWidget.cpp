@@ -1,5 +1,6 @@
 #include "UI/Commands/Adaptations/QT/Validation/QTPerfValidationWidget.h"
 
+#include "UI/Base/View/MouseEvents.h"
 #include "UI/Commands/Adaptations/QT/Panels/PanelLayout.h"
 #include "UI/Commands/Adaptations/QT/Validation/QTAutoMatchLineEdit.h"
 #include "UI/Commands/Localized.h"
@@ -22,6 +23,7 @@ struct MetricRow
     const wchar_t* name;
     const wchar_t* startLine;
     const wchar_t* checkPrefix;
+    bool ofMouse = false; ///< Measured at moves of the mouse, which a replay makes only if they are recorded.
 };
 
 // clang-format off
@@ -31,8 +33,8 @@ constexpr std::array kMetrics = {
     MetricRow{"VirtualMemory",             "Virtual Memory",             L"VirtualMemory",             nullptr,                                              L"Performance.ValidateMemory /virtual "},
     MetricRow{"CommandInteractivity",      "Command Interactivity",      L"CommandInteractivity",      L"Performance.StartMetric CommandInteractivity",      L"Performance.Validate CommandInteractivity "},
     MetricRow{"FramesRate",                "Frames Rate",                L"FramesRate",                L"Performance.StartMetric FramesRate",                L"Performance.Validate FramesRate "},
-    MetricRow{"PrehighlightSelect",        "Prehighlight Select",        L"PrehighlightSelect",        L"Performance.StartMetric PrehighlightSelect",        L"Performance.Validate PrehighlightSelect "},
-    MetricRow{"PrehighlightInteractivity", "Prehighlight Interactivity", L"PrehighlightInteractivity", L"Performance.StartMetric PrehighlightInteractivity", L"Performance.Validate PrehighlightInteractivity "},
+    MetricRow{"PrehighlightSelect",        "Prehighlight Select",        L"PrehighlightSelect",        L"Performance.StartMetric PrehighlightSelect",        L"Performance.Validate PrehighlightSelect ", true},
+    MetricRow{"PrehighlightInteractivity", "Prehighlight Interactivity", L"PrehighlightInteractivity", L"Performance.StartMetric PrehighlightInteractivity", L"Performance.Validate PrehighlightInteractivity ", true},
 };
 // clang-format on
 
@@ -100,10 +102,24 @@ void QTPerfValidationWidget::startMetrics()
     for (size_t i = 0; i < kRows; ++i)
         if (kMetrics[i].startLine && m_rows[i].box->isChecked())
             insertTranscriptLine(kMetrics[i].startLine);
+    recordMoves(true);
+}
+
+void QTPerfValidationWidget::recordMoves(bool record)
+{
+    MouseEventSource* mouse = MouseEventSource::get();
+    for (size_t i = 0; i < kRows; ++i)
+        if (kMetrics[i].ofMouse && m_rows[i].box->isChecked()) {
+            if (record)
+                mouse->transcriptSubscribe(&MouseEventSource::fireMouseMove);
+            else
+                mouse->transcriptUnsubscribe(&MouseEventSource::fireMouseMove);
+        }
 }
 
 void QTPerfValidationWidget::endMetrics()
 {
+    recordMoves(false);
     for (size_t i = 0; i < kRows; ++i) {
         if (!m_rows[i].box->isChecked())
             continue;

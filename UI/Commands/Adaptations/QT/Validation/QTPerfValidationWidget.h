@@ -36,6 +36,8 @@ private:
 
     void startMetrics();
     void endMetrics();
+    /// For the metrics of the mouse, if any is ticked.
+    void recordMoves(bool record);
     void setStarted(bool started);
 
     std::array<Row, kRows> m_rows{};
