@@ -20,6 +20,8 @@ def _part(name: str, text: str) -> property:
 class Camera:
     """The camera of the active view."""
 
+    __slots__ = ()
+
     eye = _part("eye", "Where it stands.")
     target = _part("target", "What it looks at.")
     up = _part("up", "The direction that is up in the picture.")

@@ -21,13 +21,11 @@ class Document:
     assets: Tuple[str, ...]  #: The names of its visible models.
 
     def activate(self) -> None:
-        import Script
         import VuCommands
 
         current = active_document()
         if current is None or not self._is(current):
             VuCommands.AssetShellCmd(self.session)
-            Script.Settle()
             current = active_document()
         if current is None or not self._is(current):
             raise CommandError(f'"{self.name}" is not open any more.')
@@ -48,11 +46,12 @@ class Document:
         return _active()
 
     def export(self, path: Path) -> None:
-        """Writes its active model in the format that the suffix says."""
-        import Asset
+        """Writes what is visible of its active design in the format that the suffix says: .step, .iges, .brep,
+        .stl, .obj, .gltf, .glb. The line Design.Export knows more, such as units and how fine it is to be."""
+        import Design
 
         self.activate()
-        Asset.Export(path)
+        Design.Export(path)
 
     def close(self, discard: bool = False) -> None:
         """Closes it. What isn't saved is asked about, and without anybody to ask a CommandError;
@@ -64,7 +63,6 @@ class Document:
         if discard:
             Script.DiscardChanges()
         lines.Close()
-        Script.Settle()
 
     def _is(self, other: "Document") -> bool:
         return (self.name, self.path) == (other.name, other.path)

@@ -15,10 +15,21 @@ def _bounds(path: str) -> Optional[Bounds]:
 class Body:
     """The body of a component. Measured at the first question, and once for all that share it."""
 
+    __slots__ = ("_path", "_name", "_facts")
+
     def __init__(self, path: str, name: str) -> None:
-        self.path = path
-        self.name = name
+        self._path = path
+        self._name = name
         self._facts: Optional[Dict[str, Any]] = None
+
+    @property
+    def path(self) -> str:
+        """That of its component."""
+        return self._path
+
+    @property
+    def name(self) -> str:
+        return self._name
 
     def _fact(self, name: str) -> Any:
         if self._facts is None:
@@ -56,20 +67,69 @@ class Body:
 
 
 class Component:
-    """A component of the active model, as it was when it was asked for."""
+    """A component of the active model, as it was when it was asked for. A name or a visibility that is given
+    to it is given to the model, as one step."""
+
+    __slots__ = ("_path", "_name", "_visible", "_placement", "_body", "_children")
 
     def __init__(self, told: Dict[str, Any]) -> None:
-        self.path: str = told["path"]  #: As the lines of Measure take it; empty for the model itself.
-        self.name: str = told["name"]
-        self.visible: bool = told["visible"]
-        self.placement: Matrix = tuple(tuple(row) for row in told["placement"])  #: In the parent; rows.
-        self.body: Optional[Body] = Body(self.path, told["body"]) if "body" in told else None
+        self._path: str = told["path"]
+        self._name: str = told["name"]
+        self._visible: bool = told["visible"]
+        self._placement: Matrix = tuple(tuple(row) for row in told["placement"])
+        self._body: Optional[Body] = Body(self._path, told["body"]) if "body" in told else None
         self._children: List[Any] = told["children"]
+
+    @property
+    def path(self) -> str:
+        """As the lines of Measure take it; empty for the model itself."""
+        return self._path
+
+    @property
+    def name(self) -> str:
+        return self._name
+
+    @name.setter
+    def name(self, name: str) -> None:
+        import Script
+        import VuCommands
+
+        before = ask("Selection")
+        Script.Select(self._path)
+        try:
+            VuCommands.RenameCommand(name)
+            (renamed,) = ask("Selection")
+            # What was selected in it has another path as well.
+            before = [renamed + one[len(self._path):] if (one + "/").startswith(self._path + "/") else one
+                      for one in before]
+        finally:
+            Script.Select(*before)
+        self.__init__(ask("Component", renamed))  # type: ignore[misc]
+
+    @property
+    def visible(self) -> bool:
+        return self._visible
+
+    @visible.setter
+    def visible(self, visible: bool) -> None:
+        import Design
+
+        (Design.Show if visible else Design.Hide)(self._path)
+        self._visible = visible
+
+    @property
+    def placement(self) -> Matrix:
+        """In the parent, as rows."""
+        return self._placement
+
+    @property
+    def body(self) -> Optional[Body]:
+        return self._body
 
     @property
     def children(self) -> List["Component"]:
         if self._children and isinstance(self._children[0], str):
-            self._children = ask("Component", self.path, Deep=True)["children"]
+            self._children = ask("Component", self._path, Deep=True)["children"]
         self._children = [c if isinstance(c, Component) else Component(c) for c in self._children]
         return list(self._children)
 
@@ -108,6 +168,8 @@ def component(path: str) -> Component:
 
 class Selection:
     """What is selected in the active model, as paths."""
+
+    __slots__ = ()
 
     def __iter__(self) -> Iterator[str]:
         return iter(ask("Selection"))
