@@ -1,5 +1,6 @@
 #include "UI/Base/Session/SessionTranscriptingHelper.h"
 
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/Types/Uuid.h"
@@ -29,8 +30,10 @@ Vs::Document* SessionTranscriptingHelper::document(const std::wstring& text) con
 {
     const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
     const boost::uuids::uuid recorded = Vs::fromString(text);
-    if (recorded.is_nil())
-        return documents->bestDocument(text);
+    if (recorded.is_nil()) {
+        Vs::Document* found = documents->bestDocument(text);
+        return found ? found : documents->document(Vs::TranscriptMgr::get()->locate(text));
+    }
     const boost::uuids::uuid wanted = actual(recorded);
     for (unsigned i = 0; i < documents->documents(); ++i)
         if (documents->document(i)->identifier() == wanted)

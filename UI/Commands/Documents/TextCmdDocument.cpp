@@ -133,7 +133,10 @@ DocumentSession* lastSession()
 /// Null if none is open there, or if it is leaving.
 Vs::Document* openDocument(const std::wstring& path)
 {
-    Vs::Document* document = Vs::DocumentMgr::get()->document(path);
+    const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
+    Vs::Document* document = documents->document(path);
+    if (!document)
+        document = documents->document(Vs::TranscriptMgr::get()->locate(path));
     return SessionMgr::get()->isLeaving(document) ? nullptr : document;
 }
 

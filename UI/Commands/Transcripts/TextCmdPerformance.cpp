@@ -1,4 +1,5 @@
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Validation/PerfTestingContext.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
@@ -138,7 +139,7 @@ public:
         const PerfReport& report = PerfTestingContext::report();
         if (parameters.parameters() == 0)
             return {0, parameters.hasFlag(L"Json") ? Vs::Strings::widen(report.json()) : report.text()};
-        const std::wstring& file = parameters[0];
+        const std::wstring file = Vs::TranscriptMgr::get()->locate(parameters[0]);
         const bool json = parameters.hasFlag(L"Json") || boost::algorithm::iends_with(file, L".json");
         errno = 0;
         boost::filesystem::ofstream stream{boost::filesystem::path(file), std::ios::binary};

@@ -18,6 +18,8 @@
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 #include <utility>
 
 namespace Vu {
@@ -64,6 +66,14 @@ bool isLedByMouse(const CommandRun& run)
 bool isHelper(const CommandRun& run)
 {
     return isInteractive(run) && run.context->commandAccessPoint() == ECommandAccessPoint::Command;
+}
+
+/// Whether the first parameter of the text command names a file.
+bool isOfFile(std::wstring_view command)
+{
+    constexpr std::wstring_view kOfFiles[] = {L"Document.Activate", L"Performance.Report", L"Script.Run",
+                                              L"Transcripting.Replay"};
+    return std::find(std::begin(kOfFiles), std::end(kOfFiles), command) != std::end(kOfFiles);
 }
 
 bool takesEntries()
@@ -164,8 +174,11 @@ void TranscriptRecorder::after(const Vs::TextCommand& command, const Vs::TextCom
     std::wstring line;
     if (result.first == 0 && !m_forwarded && DeferredRuns::added() == m_deferredBefore) {
         line = command.area() + L'.' + command.name();
+        const bool ofFile = isOfFile(line);
         for (unsigned i = 0; i < parameters.parameters(); ++i)
-            line += L' ' + Vs::Strings::quote(parameters[i]);
+            line +=
+                L' ' + Vs::Strings::quote(i == 0 && ofFile ? Vs::TranscriptMgr::get()->portable(parameters[i])
+                                                           : parameters[i]);
         for (const std::wstring& flag : parameters.flags())
             line += L" /" + flag;
         write(line);
@@ -203,7 +216,10 @@ std::wstring TranscriptRecorder::lineOf(const CommandRun& run, const Texts& obje
                                      wrapper->repeats(wrapper->parametersFor(context, words), context));
     for (size_t i = 0; i < context.arguments(); ++i) {
         const Vs::UniqueString* name = context.argumentName(i);
-        if (name == CommandContext::pathArgumentName())
+        // A saved document is called by its file.
+        const bool isFile =
+            context.argumentType(i) == CommandContext::EArgType::Object && words[i].starts_with(L'/');
+        if (name == CommandContext::pathArgumentName() || isFile)
             words[i] = Vs::TranscriptMgr::get()->portable(words[i]);
         if (named)
             words[i] = name->wideText() + L'=' + words[i];
