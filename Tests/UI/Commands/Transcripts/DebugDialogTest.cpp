@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QDialog>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTextBlock>
@@ -144,6 +145,21 @@ TEST_F(DebugDialogTest, ItsCloseButtonHidesItForGoodAndDestroyingItOnlyUntilAShe
     EXPECT_EQ(dialog(), nullptr);
     EXPECT_TRUE(DebugDialog::savedShowState());
     shells->activeShell(home);
+}
+
+TEST_F(DebugDialogTest, ItCoversNoDialogThatWaitsForAnAnswer)
+{
+    answer(L"Debug.ShowDebugDialog");
+    ASSERT_TRUE(dialog());
+    {
+        QDialog waiting;
+        waiting.setModal(true);
+        waiting.show();
+        Application::get()->processEvents();
+        EXPECT_FALSE(dialog());
+    }
+    Application::get()->processEvents();
+    EXPECT_TRUE(dialog());
 }
 
 TEST_F(DebugDialogTest, ItsButtonsRecordAndReplay)

@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <utility>
+
 namespace Vu::Commands {
 
 OverMainWindow::OverMainWindow(QWidget* window) : QObject(window), m_window(window)
@@ -18,6 +20,12 @@ bool OverMainWindow::eventFilter(QObject* object, QEvent* event)
     const QEvent::Type type = event->type();
     if (object == m_window && type == QEvent::Show)
         attach();
+    if (object == m_window && type == QEvent::WindowBlocked && m_window->isVisible()) {
+        m_gaveWay = true;
+        m_window->hide();
+    } else if (object == m_window && type == QEvent::WindowUnblocked && std::exchange(m_gaveWay, false)) {
+        m_window->show();
+    }
     // The first picture that needs OpenGL has the main window made anew.
     const bool covers = type == QEvent::Show || type == QEvent::WinIdChange || type == QEvent::ZOrderChange ||
                         type == QEvent::WindowActivate;

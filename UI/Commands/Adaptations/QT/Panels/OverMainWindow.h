@@ -7,7 +7,8 @@
 namespace Vu::Commands {
 
 /// Keeps a window that has no parent over the main window: as its transient, so that a window manager treats
-/// both as one, and by raising it again where there is no window manager. Owned by the window.
+/// both as one, and by raising it again where there is no window manager. While a dialog waits for an answer,
+/// which it would cover, it isn't there. Owned by the window.
 class OverMainWindow : public QObject
 {
 public:
@@ -21,6 +22,7 @@ private:
 
     QWidget* m_window;
     QPointer<QWidget> m_main;
+    bool m_gaveWay = false;
 };
 
 } // namespace Vu::Commands
