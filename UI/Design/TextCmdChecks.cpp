@@ -2,7 +2,10 @@
 // made.
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
+#include "Server/Component/Component.h"
+#include "Server/DataModel/Asset.h"
 #include "Server/DataModel/ModelDigest.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
@@ -11,6 +14,7 @@
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Commands/Transcripts/NormalValidationWidget.h"
 #include "UI/Design/CheckedObjects.h"
@@ -23,6 +27,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace Vu::Design {
 namespace {
@@ -59,9 +67,8 @@ std::wstring selectionText(const Vs::Asset& asset)
     return boost::algorithm::join(paths, L" ");
 }
 
-std::wstring cameraText()
+std::wstring cameraText(const GraphicsView* view)
 {
-    GraphicsView* view = ActiveAssetUtils::graphicsView();
     const Vs::Scene::ViewFragment* fragment = view ? view->modelFragment() : nullptr;
     if (!fragment)
         throw Vs::Exception(localized("CheckNoCamera", "There is no view whose camera could be checked."));
@@ -77,13 +84,89 @@ std::wstring cameraText()
     return text;
 }
 
+/// "camera" for the one that is shown; of several beside each other the second is "camera of view 2".
+std::vector<std::pair<std::wstring, const GraphicsView*>> views()
+{
+    std::vector<GraphicsCanvas*> canvases;
+    GraphicsCanvas::allCanvases(canvases);
+    std::erase_if(canvases, [](const GraphicsCanvas* canvas) { return !canvas->view(); });
+    if (canvases.size() < 2)
+        return {{L"camera", ActiveAssetUtils::graphicsView()}};
+    std::vector<std::pair<std::wstring, const GraphicsView*>> all;
+    for (const GraphicsCanvas* canvas : canvases)
+        all.emplace_back(all.empty() ? L"camera" : L"camera of view " + std::to_wstring(all.size() + 1),
+                         canvas->view());
+    return all;
+}
+
+std::wstring numbers(std::initializer_list<double> all)
+{
+    std::wstring text;
+    for (const double number : all)
+        text += (text.empty() ? L"" : L",") +
+                (boost::wformat(L"%.7g") % (std::abs(number) < 1e-6 ? 0.0 : number)).str();
+    return text;
+}
+
+std::wstring colourText(const Vs::Colour& colour)
+{
+    const auto part = [](float value) { return std::lround(std::clamp(value, 0.0f, 1.0f) * 255); };
+    return (boost::wformat(L"#%02x%02x%02x%02x") % part(colour.r) % part(colour.g) % part(colour.b) %
+            part(colour.a))
+        .str();
+}
+
+/// Each component by itself, so that a digest that is another one can be explained.
+class Reasons
+{
+public:
+    explicit Reasons(const Vs::Asset& asset)
+    {
+        add(*asset.components(), {});
+        for (const auto& [key, value] : asset.settings())
+            m_values.push_back({L"setting " + Vs::Strings::widen(key), L"value " + value});
+    }
+    const Values& values() const { return m_values; }
+
+private:
+    /// More would make references that nobody can look through.
+    static constexpr size_t kMost = 500;
+
+    void add(const Vs::Component& component, const std::wstring& path)
+    {
+        const std::vector<std::wstring> paths = Vs::childPaths(component, path);
+        for (size_t i = 0; i < paths.size() && m_values.size() < kMost; ++i) {
+            const Vs::Component& child = *component.children[i];
+            m_values.push_back({L"component " + paths[i], textOf(child)});
+            add(child, paths[i]);
+        }
+    }
+    std::wstring textOf(const Vs::Component& component)
+    {
+        const auto& m = component.placement.entry;
+        std::wstring text = L"place " + numbers({m[0][3], m[1][3], m[2][3]});
+        text += L"; axes " +
+                numbers({m[0][0], m[1][0], m[2][0], m[0][1], m[1][1], m[2][1], m[0][2], m[1][2], m[2][2]});
+        text += L"; colour " + (component.colour ? colourText(*component.colour) : std::wstring(L"none"));
+        text += L"; shape " +
+                (component.body ? (boost::wformat(L"%016x") % m_bodies.of(*component.body)).str() : L"none");
+        return text + L"; visible " + (component.visible ? L"yes" : L"no");
+    }
+
+    Vs::BodyDigests m_bodies;
+    Values m_values;
+};
+
 Values digest(Vs::Asset& asset, const TextCommandParameters& parameters)
 {
     Values values{{L"model", (boost::wformat(L"%016x") % Vs::modelDigest(asset)).str()}};
     if (parameters.hasFlag(L"Selection"))
         values.push_back({L"selection", selectionText(asset)});
     if (parameters.hasFlag(L"Camera"))
-        values.push_back({L"camera", cameraText()});
+        for (const auto& [name, view] : views())
+            values.push_back({name, cameraText(view)});
+    const Values reasons = Reasons(asset).values();
+    values.insert(values.end(), reasons.begin(), reasons.end());
     return values;
 }
 

@@ -43,6 +43,17 @@ TEST_F(Checks, KeepWhatTheyFindAtFirstAndFailWhenItIsAnother)
     EXPECT_HOLDS(changed, L"low z is -10 mm instead of 0 mm");
     EXPECT_HOLDS(changed, L"components is 4 instead of 3");
     EXPECT_HOLDS(changed, L"Model.CheckDigest all: model is ");
+    EXPECT_HOLDS(changed, L"\n    component Box2:1 is new");
+
+    // A digest that is another one is explained.
+    EXPECT_HOLDS(check("Model.CheckDigest all", "Design.Move Sphere1 5 0 0\nDesign.Hide Box1\n"),
+                 L"\n    component Box1:1: visible no instead of yes\n    component Sphere1:1: place 5,0,100 "
+                 L"instead of 0,0,100");
+    EXPECT_HOLDS(check("Model.CheckDigest all", "Design.Fillet 1 Box1/Edge1\nSelection.Select Sphere2\n"
+                                                "Commands.Start DeleteCommand\n"),
+                 L"component Box1:1: shape ");
+    EXPECT_HOLDS(check("Model.CheckDigest all", "Selection.Select Sphere2\nCommands.Start DeleteCommand\n"),
+                 L"component Sphere2:1 is not there any more");
 }
 
 TEST_F(Checks, HaveTolerancesOfTheirOwn)
@@ -71,7 +82,8 @@ TEST_F(Checks, LookAtOnePartOrEachOrWhatIsSelected)
         {"volume of Box1:1": 6000, "volume of Bolt:1": 7, "volume of Nut:1": 8, "volume of Sphere1:1": 523.5987756,
          "volume of Sphere2:1": 523.5987756}}})");
     EXPECT_HOLDS(check("Body.CheckVolume parts /EachBody"),
-                 L"volume of Bolt:1 is not there any more, and was 7 (and 1 more)");
+                 L"volume of Bolt:1 is not there any more, and was 7. The reference is in " +
+                     references().wstring() + L".\n    volume of Nut:1 is not there any more, and was 8");
 }
 
 TEST_F(Checks, TellWhatTheyCannotDo)

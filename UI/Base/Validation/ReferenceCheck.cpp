@@ -7,6 +7,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <map>
+#include <string_view>
 
 namespace Vu {
 namespace {
@@ -42,10 +45,70 @@ std::wstring difference(const CheckedValue& value, const ReferenceValue& referen
                            textOf(value.found, value.unit), textOf(reference, value.unit));
 }
 
+bool isReason(const std::wstring& name)
+{
+    return std::any_of(std::begin(kReasons), std::end(kReasons),
+                       [&](const wchar_t* beginning) { return name.starts_with(beginning); });
+}
+
+/// The values by their words.
+std::map<std::wstring, std::wstring> partsOf(const ReferenceValue& value)
+{
+    std::map<std::wstring, std::wstring> parts;
+    std::wstring text = textOf(value, {});
+    while (!text.empty()) {
+        constexpr std::wstring_view kBetween = L"; ";
+        const size_t end = std::min(text.find(kBetween), text.size());
+        const std::wstring part = text.substr(0, end);
+        text.erase(0, end + kBetween.size());
+        const size_t blank = std::min(part.find(L' '), part.size());
+        parts[part.substr(0, blank)] = part.substr(std::min(blank + 1, part.size()));
+    }
+    return parts;
+}
+
+std::wstring reason(const std::wstring& name, const ReferenceValue& found, const ReferenceValue& reference)
+{
+    const std::map<std::wstring, std::wstring> now = partsOf(found), then = partsOf(reference);
+    std::wstring text;
+    for (const auto& [word, value] : now) {
+        const auto before = then.find(word);
+        if (before != then.end() && before->second != value)
+            text += (text.empty() ? L"" : L"; ") +
+                    localizedFormat("CheckPart", "%1% %2% instead of %3%", word, value, before->second);
+    }
+    return name + L": " + text;
+}
+
+/// What is told of a failed check beside the values that differ.
+std::vector<std::wstring> reasons(const std::vector<CheckedValue>& values, ReferenceValues references)
+{
+    std::erase_if(references, [](const auto& each) { return !isReason(each.first); });
+    std::vector<std::wstring> found;
+    // References of an older version have none.
+    if (references.empty())
+        return found;
+    for (const CheckedValue& value : values) {
+        if (!isReason(value.name))
+            continue;
+        const auto reference = references.extract(value.name);
+        if (!reference)
+            found.push_back(localizedFormat("CheckNewPart", "%1% is new", value.name));
+        else if (reference.mapped() != value.found)
+            found.push_back(reason(value.name, value.found, reference.mapped()));
+    }
+    for (const auto& each : references)
+        found.push_back(localizedFormat("CheckGonePart", "%1% is not there any more", each.first));
+    return found;
+}
+
 std::vector<std::wstring> differences(const std::vector<CheckedValue>& values, ReferenceValues references)
 {
+    std::erase_if(references, [](const auto& each) { return isReason(each.first); });
     std::vector<std::wstring> found;
     for (const CheckedValue& value : values) {
+        if (isReason(value.name))
+            continue;
         const auto reference = references.extract(value.name);
         std::wstring text = reference ? difference(value, reference.mapped())
                                       : localizedFormat("CheckNew", "%1% is %2%, and the reference has none",
@@ -70,14 +133,15 @@ Vs::TextCommandResult keep(References& references, const std::wstring& name,
     constexpr size_t kTold = 6;
     ReferenceValues kept;
     std::wstring text;
+    size_t count = 0;
     for (const CheckedValue& value : values) {
         kept[value.name] = value.found;
-        if (kept.size() <= kTold)
+        if (!isReason(value.name) && ++count <= kTold)
             text += (text.empty() ? L"" : L", ") + value.name + L' ' + textOf(value.found, value.unit);
     }
     references.store(name, kept);
-    if (kept.size() > kTold)
-        text += more(kept.size() - kTold);
+    if (count > kTold)
+        text += more(count - kTold);
     return {0, localizedFormat("CheckKept", "Kept as the reference \"%1%\" in %2%: %3%", name,
                                references.file().wstring(), text)};
 }
@@ -85,14 +149,20 @@ Vs::TextCommandResult keep(References& references, const std::wstring& name,
 Vs::TextCommandResult compare(const References& references, const std::wstring& name,
                               const std::vector<CheckedValue>& values, const ReferenceValues& kept)
 {
-    const std::vector<std::wstring> wrong = differences(values, kept);
+    constexpr size_t kTold = 10;
+    std::vector<std::wstring> wrong = differences(values, kept);
     if (wrong.empty())
         return {0, {}};
-    std::wstring text = wrong.front();
-    if (wrong.size() > 1)
-        text += more(wrong.size() - 1);
-    return {1, localizedFormat("CheckFailed", "%1%: %2%. The reference is in %3%.", name, text,
-                               references.file().wstring())};
+    std::wstring text = localizedFormat("CheckFailed", "%1%: %2%. The reference is in %3%.", name,
+                                        wrong.front(), references.file().wstring());
+    wrong.erase(wrong.begin());
+    for (std::wstring& each : reasons(values, kept))
+        wrong.push_back(std::move(each));
+    for (size_t i = 0; i < std::min(wrong.size(), kTold); ++i)
+        text += L"\n    " + wrong[i];
+    if (wrong.size() > kTold)
+        text += L"\n   " + more(wrong.size() - kTold);
+    return {1, text};
 }
 
 } // namespace
