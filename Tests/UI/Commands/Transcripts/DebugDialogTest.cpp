@@ -2,6 +2,7 @@
 
 #include "Server/Base/TranscriptMgr.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Workspace/ShellMgr.h"
