@@ -52,8 +52,9 @@ TokenRecord byBearer(Store::Connection& connection, const QString& text)
 TokenRecord byPage(Store::Connection& connection, const MasterKey& key, const Http::Request& request,
                    const QString& text)
 {
-    requireOwnPage(request);
+    // First who it is: what is refused to somebody is noted for the administrator.
     const TokenRecord token = byBearer(connection, text);
+    requireOwnPage(request);
     const bool reads = request.method() == "GET" || request.method() == "HEAD";
     const QByteArray proof = QByteArray::fromStdString(request.header("X-CSRF-Token"));
     if (!reads && !equalSecrets(proof, pageProof(key, token.selector).toLatin1()))

@@ -87,6 +87,15 @@ function comments(id, shown, mayComment, typed) {
     return section(text("PageComments"), ...parts);
 }
 
+/** Asks for another item and links to it. */
+async function link(item) {
+    const given = await askPerson(text("PageLinkTitle", item.caption), [
+        { name: "other", label: text("PageLinkNumber"), required: true, inputmode: "numeric", pattern: "[0-9]{1,15}", autocomplete: "off" },
+    ], ["link", text("PageLinkButton")]);
+    if (given)
+        await ask("POST", `items/${item.id}/links`, { itemId: Number(given.other) });
+}
+
 const drafts = new Map(); // What was typed, by item.
 
 function draft(id) {
@@ -116,7 +125,8 @@ export async function oneItem(id) {
                     : element("p", { class: "small" }, text("PageNoDescription")))),
             section(text("PageFiles"), ...files, files.length === 0 ? element("p", { class: "small" }, text("PageNoFiles")) : null),
             comments(id, said, mayWrite(place), draft(id)),
-            section(text("PageLinks"), cards(links, text("PageNoLinks"))),
+            section(text("PageLinks"), cards(links, text("PageNoLinks")), mayWrite(place)
+                ? element("p", { class: "below" }, button(text("PageLink"), doing(() => link(item)))) : null),
         ],
         isAbout: event => event.itemId === id && !event.kind.startsWith("favourite."),
     };

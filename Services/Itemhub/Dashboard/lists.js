@@ -2,7 +2,7 @@
 
 import { ask as askPerson, button, doing, element, keptPlace, picture, section, tell, text, time } from "./dom.js";
 import { programPart } from "./program.js";
-import { ask, make, mayWrite, workspace, workspaces } from "./service.js";
+import { ask, make, mayWrite, session, workspace, workspaces } from "./service.js";
 
 /** A star that says whether an item is a favourite, and changes that. */
 export function star(item) {
@@ -29,6 +29,8 @@ export function cards(items, whenEmpty) {
         : element("ul", { class: "cards", role: "list" }, ...items.map(card));
 }
 
+const signingIn = programPart(); // The program that gets a new token.
+
 export async function home() {
     const [places, favourites] = await Promise.all([workspaces(true), ask("GET", "favourites")]);
     const list = element("ul", { class: "places", role: "list" }, ...places.map(place =>
@@ -39,6 +41,9 @@ export async function home() {
         content: [
             section(text("PageFavourites"), cards(favourites.items, text("PageNoFavourites"))),
             section(text("PageWorkspaces"), places.length > 0 ? list : element("p", { class: "small" }, text("PageNoWorkspaces"))),
+            session.own ? "" : section("Quillet", element("p", { class: "small" }, text("PageTokenWhy")),
+                element("p", { class: "below" }, button(text("PageToken"), doing(() =>
+                    signingIn.request("ItemhubAuthenticateWithTokenCommand", {})))), keptPlace(signingIn)),
         ],
         isAbout: event => event.kind.startsWith("favourite.") || event.kind === "workspace.added" || event.kind === "member.changed",
     };

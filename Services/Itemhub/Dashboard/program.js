@@ -1,6 +1,6 @@
 // How the page drives the program: it asks the service, which tells the account's programs. Where none takes it, a link starts one.
 
-import { element, tell, text } from "./dom.js";
+import { element, tell, tellFailure, text } from "./dom.js";
 import { ask } from "./service.js";
 
 const kPatienceMs = 2500; // Until the page offers to start the program.
@@ -36,17 +36,7 @@ export function programPart() {
     const place = element("div", { class: "program" }, state, start);
     let last = 0;
 
-    /** Asks for a command, and follows what comes of it. */
-    place.request = async (name, args) => {
-        const number = ++last;
-        const say = (key, ...values) => {
-            if (number === last)
-                state.textContent = text(key, ...values);
-        };
-        start.hidden = true;
-        say("PageAsking");
-        tell("");
-        const request = await ask("POST", "program/requests", { name, args });
+    const follow = async (request, number, say) => {
         const end = await outcome(request, (isWaiting = true) => {
             if (number !== last)
                 return;
@@ -57,6 +47,21 @@ export function programPart() {
         if (number === last)
             start.hidden = true;
         say({ done: "PageDone", refused: "PageRefused", late: "PageLate" }[end.state] ?? "PageProgramFailed", end.detail);
+    };
+
+    /** Asks for a command. What comes of it is shown here, while the page can be used. */
+    place.request = async (name, args) => {
+        const number = ++last;
+        const say = (key, ...values) => {
+            if (number === last)
+                state.textContent = text(key, ...values);
+        };
+        start.hidden = true;
+        state.textContent = "";
+        tell("");
+        const request = await ask("POST", "program/requests", { name, args });
+        say("PageAsking");
+        follow(request, number, say).catch(tellFailure);
     };
     return place;
 }

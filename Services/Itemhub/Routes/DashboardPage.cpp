@@ -54,7 +54,7 @@ const char* typeOf(const QString& name)
 Http::Response DashboardPage::response() const
 {
     const Texts texts(languages);
-    const QJsonObject session{{"account", account}, {"customer", customer}, {"proof", proof}};
+    const QJsonObject session{{"account", account}, {"customer", customer}, {"proof", proof}, {"own", own}};
     Http::Response response;
     response.type = "text/html";
     response.headers = {{"Content-Security-Policy", kPolicy},

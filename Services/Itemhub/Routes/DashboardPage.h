@@ -11,7 +11,8 @@ struct DashboardPage
 {
     std::string languages; ///< As the browser's Accept-Language.
     QString account, customer;
-    QString proof; ///< See Access::pageProof.
+    QString proof;    ///< See Access::pageProof.
+    bool own = false; ///< Whether the service is a program's own, which needs no sign-in.
 
     [[nodiscard]] Http::Response response() const;
 };

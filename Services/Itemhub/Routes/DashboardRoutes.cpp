@@ -71,7 +71,8 @@ Http::Response showDashboard(Call& call)
         return signInForm(call, QString::fromStdString(call.request.parameter("customer").value_or("")), {},
                           nullptr);
     return DashboardPage{call.request.header("Accept-Language"), session->accountName, session->tenantName,
-                         Access::pageProof(call.service.key, session->selector)}
+                         Access::pageProof(call.service.key, session->selector),
+                         !call.service.config.pageUrl.isEmpty()}
         .response();
 }
 

@@ -106,6 +106,9 @@ class BrowserTest(ServiceTest):
         page.shows("Well done\nindeed")
         page.click("button.star")
         page.find("button.star[aria-pressed=true]")
+        page.click("button", "Link an Item")
+        page.type("dialog [name=other]", f"{drawn}\ue007")
+        page.find(".card", "Gear housing")
         made = self.boss("GET", "/search?q=made").json["items"][0]
         self.assertEqual((made["caption"], made["favourite"]), ("Made by hand", True))
         self.assertEqual(self.boss("GET", f"/items/{made['id']}/comments").json["comments"][0]["body"], "Well done\nindeed")
