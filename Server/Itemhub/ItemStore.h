@@ -3,6 +3,7 @@
 #include "Server/Itemhub/WebServices.h"
 #include "Server/Network/Watch.h"
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -69,12 +70,29 @@ struct ItemEvent
     std::int64_t workspaceId = 0, itemId = 0, attachmentId = 0, version = 0; ///< 0 where it concerns none.
     std::string account;                                                     ///< Who did it.
     std::string at;                                                          ///< In UTC.
+    std::int64_t requestId = 0; ///< Of "program.asked": what takeRequest takes.
 };
 
 struct ItemEvents
 {
     std::vector<ItemEvent> events;
     std::int64_t next = 0; ///< The serial to go on from.
+};
+
+/// What the system's page in the browser, its dashboard, asks the program to do. Whether it may is the
+/// program's affair.
+struct DashboardRequest
+{
+    std::int64_t id = 0;
+    std::string command;                          ///< By its identifier.
+    std::map<std::string, std::string> arguments; ///< By their names; numbers in decimal digits.
+};
+
+/// What came of it.
+enum class DashboardAnswer {
+    Done,
+    Refused, ///< By the person.
+    Failed
 };
 
 /// A system that keeps items, with the account that is signed in to it. Everything else in this folder is
@@ -140,6 +158,19 @@ public:
                         const Watch& watch) = 0;
     /// Makes a version of an uploaded content. Outdated if `madeFrom` isn't the newest version.
     [[nodiscard]] virtual MadeVersion addVersion(const NewVersion& version, const Watch& watch) = 0;
+
+    // The system's page in the browser. For a system without one, these throw NotFound.
+
+    /// An address of the page by which the browser is signed in, once and soon.
+    [[nodiscard]] virtual std::string dashboard(const Watch& watch);
+    /// Takes what the page asks for, which no other program gets then. NotFound if another has it, or it is
+    /// too old.
+    [[nodiscard]] virtual DashboardRequest takeRequest(std::int64_t id, const Watch& watch);
+    /// The same by the ticket of a link.
+    [[nodiscard]] virtual DashboardRequest redeemTicket(const std::string& ticket, const Watch& watch);
+    /// Tells the page. `detail` is for the person, and may be empty.
+    virtual void answerRequest(std::int64_t id, DashboardAnswer answer, const std::string& detail,
+                               const Watch& watch);
 };
 
 } // namespace Vs::Itemhub

@@ -81,6 +81,17 @@ private:
     std::wstring m_account;
 };
 
+/// The service's dashboard asks for something; ItemhubUtilities::takeDashboardRequest takes it.
+class ItemhubDashboardEvent : public Implements<ItemhubDashboardEvent, ItemhubEvent>
+{
+public:
+    explicit ItemhubDashboardEvent(std::int64_t request) : m_request(request) {}
+    std::int64_t request() const { return m_request; }
+
+private:
+    std::int64_t m_request;
+};
+
 /// The state of a document's upload is another one.
 class ItemhubUploadEvent : public Implements<ItemhubUploadEvent, ItemhubEvent>
 {
@@ -117,6 +128,7 @@ public:
     virtual void searchResultsReceived(ItemhubSearchResultsEvent*) {}
     virtual void itemChanged(ItemhubItemEvent*) {}
     virtual void uploadStateChanged(ItemhubUploadEvent*) {}
+    virtual void dashboardAsked(ItemhubDashboardEvent*) {}
 };
 
 class ItemhubEventSource : public EventSource<ItemhubEventSite>
@@ -146,6 +158,7 @@ public:
     {
         fire(&ItemhubEventSite::uploadStateChanged, event);
     }
+    void fireDashboardAsked(ItemhubDashboardEvent* event) { fire(&ItemhubEventSite::dashboardAsked, event); }
 };
 
 } // namespace Vs

@@ -21,6 +21,9 @@ public:
     Option<bool> ownService{*this, "ownService", false};
     /// Whether recovery files of items' documents are attached to their items, too.
     Option<bool> recoverySnapshots{*this, "recoverySnapshots", false};
+    /// The addresses of services whose dashboards use the program without a question; "own" is the program's
+    /// own service.
+    Option<std::vector<std::wstring>> dashboards{*this, "dashboards", {}};
 
 private:
     ItemhubOptionGroup() : Implements("Itemhub") {}

@@ -3,15 +3,23 @@
 #include "Server/Base/Strings.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
+#include "Server/Itemhub/Private/Ask.h"
 #include "Server/Itemhub/Private/Session.h"
 #include "Server/Itemhub/Private/SignIn.h"
+#include "Server/Itemhub/Private/Texts.h"
 
 namespace Vs {
 
 using Itemhub::ItemStore;
 using Itemhub::Session;
+using Itemhub::Watch;
 
 namespace {
+
+std::wstring asking()
+{
+    return Itemhub::localized("ItemhubAsking", "Asking the lifecycle service");
+}
 
 std::function<bool()>& edition()
 {
@@ -131,6 +139,32 @@ bool ItemhubSession::isOnline() const
 bool ItemhubSession::isKept() const
 {
     return Session::get().facts().isKept;
+}
+
+std::string ItemhubSession::dashboardAddress() const
+{
+    return Itemhub::ask(asking(),
+                        [](ItemStore& store, const Watch& watch) { return store.dashboard(watch); });
+}
+
+Itemhub::DashboardRequest ItemhubSession::takeDashboardRequest(std::int64_t id) const
+{
+    return Itemhub::ask(asking(),
+                        [id](ItemStore& store, const Watch& watch) { return store.takeRequest(id, watch); });
+}
+
+Itemhub::DashboardRequest ItemhubSession::redeemTicket(const std::string& ticket) const
+{
+    return Itemhub::ask(
+        asking(), [&](ItemStore& store, const Watch& watch) { return store.redeemTicket(ticket, watch); });
+}
+
+void ItemhubSession::answerDashboard(std::int64_t request, Itemhub::DashboardAnswer answer,
+                                     const std::wstring& detail) const
+{
+    Itemhub::askStore(asking(), [&](ItemStore& store, const Watch& watch) {
+        store.answerRequest(request, answer, Strings::narrow(detail), watch);
+    });
 }
 
 } // namespace Vs

@@ -9,9 +9,9 @@
 
 namespace Vs {
 
-/// The user's session with the lifecycle service: the part of ItemhubUtilities that begins and ends it, and
-/// says how it stands. What fails throws as is told there. Main thread only, but for what is said to be for
-/// any thread.
+/// The user's session with the lifecycle service: the part of ItemhubUtilities that begins and ends it, says
+/// how it stands, and shares it with the service's page in the browser. What fails throws as is told there.
+/// Main thread only, but for what is said to be for any thread.
 class ItemhubSession
 {
 public:
@@ -63,6 +63,23 @@ public:
     [[nodiscard]] bool isOnline() const;
     /// Whether the session is there in the next run.
     [[nodiscard]] bool isKept() const;
+
+    /// @name The service's dashboard
+    /// A page in the browser, which asks the program for things that the person wants to have done here
+    /// (ItemhubEventSite::dashboardAsked). Any thread, but for the first.
+    /// @{
+
+    /// An address by which the browser is signed in, once and soon; empty if the person cancelled.
+    [[nodiscard]] std::string dashboardAddress() const;
+    /// No other program gets the request then. NotFound if another has it, or it is too old.
+    [[nodiscard]] Itemhub::DashboardRequest takeDashboardRequest(std::int64_t id) const;
+    /// The same by the ticket of a link, which says nothing else: the service is that of the session.
+    [[nodiscard]] Itemhub::DashboardRequest redeemTicket(const std::string& ticket) const;
+    /// Tells the page what came of it; `detail` says why it failed.
+    void answerDashboard(std::int64_t request, Itemhub::DashboardAnswer answer,
+                         const std::wstring& detail) const;
+    /// @}
+
     /// Who knows whether the edition of the program has no lifecycle service; null for nobody.
     static void editionDisables(std::function<bool()> asked);
 

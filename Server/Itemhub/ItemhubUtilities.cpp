@@ -142,6 +142,13 @@ std::vector<ItemhubUtilities::Version> ItemhubUtilities::getVersions(const Attac
                [&](ItemStore& store, const Watch& watch) { return store.versions(attachment.id(), watch); });
 }
 
+std::wstring ItemhubUtilities::attachmentName(const std::wstring& uri) const
+{
+    return ask(asking(), [&](ItemStore& store, const Watch& watch) {
+        return Strings::widen(store.content(Strings::narrow(uri), watch).file);
+    });
+}
+
 std::vector<ItemhubUtilities::Item> ItemhubUtilities::search(const std::wstring& text,
                                                              const Watch& given) const
 {

@@ -59,6 +59,8 @@ public:
     [[nodiscard]] std::vector<Item> getItems(const Workspace& workspace) const;
     [[nodiscard]] std::vector<Attachment> getItemAttachments(const Workspace& workspace, const Item& item);
     [[nodiscard]] std::vector<Version> getVersions(const Attachment& attachment) const;
+    /// What the file of an attachment is called, by the address that downloadAttachment takes.
+    [[nodiscard]] std::wstring attachmentName(const std::wstring& uri) const;
 
     /// Makes an item, linked to another one unless `linkedItemId` is 0, and gives the path of a local file,
     /// which isn't there yet: a document that is saved there is the item's. An item in the workspace 0 goes

@@ -33,6 +33,15 @@ std::string path(const char* folder, std::int64_t id, const char* rest = "")
     return std::string(folder) + '/' + std::to_string(id) + rest;
 }
 
+Request jsonRequest(const char* method, const QUrl& url, const QJsonObject& body)
+{
+    return {.method = method,
+            .url = url,
+            .headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"}},
+            .body = QJsonDocument(body).toJson(QJsonDocument::Compact),
+            .mostContent = kMostContent};
+}
+
 } // namespace
 
 HttpStore::HttpStore(const Access& access)
@@ -84,18 +93,21 @@ JsonReader HttpStore::get(const std::string& path, const Query& query, const std
 JsonReader HttpStore::post(const std::string& path, const QJsonObject& body, const std::string& key,
                            const std::string& doing, const Watch& watch)
 {
-    const Request request{.method = "POST",
-                          .url = url(path),
-                          .headers = {{"Content-Type", "application/json"},
-                                      {"Accept", "application/json"},
-                                      {"Idempotency-Key", QByteArray::fromStdString(key)}},
-                          .body = QJsonDocument(body).toJson(QJsonDocument::Compact),
-                          .mostContent = kMostContent};
+    Request request = jsonRequest("POST", url(path), body);
+    request.headers.push_back({"Idempotency-Key", QByteArray::fromStdString(key)});
     Answer answer = m_connections.ask(request, watch);
     // The key makes it harmless.
     if (answer.isLost())
         answer = m_connections.ask(request, watch);
     return {Answers::object(answer, action(doing)), action(doing)};
+}
+
+JsonReader HttpStore::once(const char* method, const std::string& path, const QJsonObject& body,
+                           const std::string& doing, const Watch& watch)
+{
+    const Answer answer = m_connections.ask(jsonRequest(method, url(path), body), watch);
+    Answers::check(answer, action(doing));
+    return {answer.content.isEmpty() ? QJsonObject() : Answers::object(answer, action(doing)), action(doing)};
 }
 
 template <class Value>
@@ -355,6 +367,34 @@ MadeVersion HttpStore::addVersion(const NewVersion& version, const Watch& watch)
     const Web::Attachment made = Values::attachment(
         post(path("items", version.itemId, "/attachments"), body, version.key, doing, watch));
     return {made.id(), Values::version(get(path("attachments", made.id(), "/versions/1"), {}, doing, watch))};
+}
+
+std::string HttpStore::dashboard(const Watch& watch)
+{
+    return once("POST", "dashboard/links", {}, "Opening the dashboard", watch).text("url");
+}
+
+DashboardRequest HttpStore::takeRequest(std::int64_t id, const Watch& watch)
+{
+    return Values::request(
+        once("POST", path("program/requests", id, "/take"), {}, numbered("Taking the request", id), watch));
+}
+
+DashboardRequest HttpStore::redeemTicket(const std::string& ticket, const Watch& watch)
+{
+    return Values::request(once("POST", "program/tickets", {{"ticket", QString::fromStdString(ticket)}},
+                                "Redeeming a link", watch));
+}
+
+void HttpStore::answerRequest(std::int64_t id, DashboardAnswer answer, const std::string& detail,
+                              const Watch& watch)
+{
+    const char* const state = answer == DashboardAnswer::Done      ? "done"
+                              : answer == DashboardAnswer::Refused ? "refused"
+                                                                   : "failed";
+    QJsonObject body{{"state", state}, {"detail", QString::fromStdString(detail)}};
+    std::ignore =
+        once("PUT", path("program/requests", id), body, numbered("Answering the request", id), watch);
 }
 
 } // namespace Vs::Itemhub

@@ -41,6 +41,11 @@ public:
     void upload(const std::string& upload, const std::string& file, std::uint64_t from,
                 const Watch& watch) override;
     MadeVersion addVersion(const NewVersion& version, const Watch& watch) override;
+    std::string dashboard(const Watch& watch) override;
+    DashboardRequest takeRequest(std::int64_t id, const Watch& watch) override;
+    DashboardRequest redeemTicket(const std::string& ticket, const Watch& watch) override;
+    void answerRequest(std::int64_t id, DashboardAnswer answer, const std::string& detail,
+                       const Watch& watch) override;
 
     /// Is told of renewed credentials, on whichever thread.
     void onRenewed(std::function<void(const Access&)> keeper);
@@ -53,6 +58,9 @@ private:
     [[nodiscard]] JsonReader get(const std::string& path, const Query& query, const std::string& doing,
                                  const Watch& watch);
     [[nodiscard]] JsonReader post(const std::string& path, const QJsonObject& body, const std::string& key,
+                                  const std::string& doing, const Watch& watch);
+    /// Asks for something that may happen once, and isn't repeated.
+    [[nodiscard]] JsonReader once(const char* method, const std::string& path, const QJsonObject& body,
                                   const std::string& doing, const Watch& watch);
     /// All parts of a list, as long as there aren't more than a client should hold.
     template <class Value>

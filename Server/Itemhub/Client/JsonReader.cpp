@@ -37,7 +37,8 @@ std::int64_t JsonReader::number(const char* name, std::int64_t lowest) const
 
 std::int64_t JsonReader::idOrNone(const char* name) const
 {
-    return m_object[QLatin1String(name)].isNull() ? 0 : number(name, 0);
+    const QJsonValue value = m_object[QLatin1String(name)];
+    return value.isNull() || value.isUndefined() ? 0 : number(name, 0);
 }
 
 std::string JsonReader::text(const char* name) const
@@ -73,6 +74,14 @@ QJsonArray JsonReader::list(const char* name) const
     if (!std::all_of(list.begin(), list.end(), [](const QJsonValue& each) { return each.isObject(); }))
         refuse(name, "a list of objects");
     return list;
+}
+
+QJsonObject JsonReader::object(const char* name) const
+{
+    const QJsonValue value = m_object[QLatin1String(name)];
+    if (!value.isObject())
+        refuse(name, "an object");
+    return value.toObject();
 }
 
 std::int64_t JsonReader::next() const

@@ -19,13 +19,14 @@ public:
     /// A whole number from `lowest` up.
     [[nodiscard]] std::int64_t number(const char* name, std::int64_t lowest) const;
     [[nodiscard]] std::int64_t id(const char* name) const { return number(name, 1); }
-    /// 0 where the member is null.
+    /// 0 where the member is null, or missing.
     [[nodiscard]] std::int64_t idOrNone(const char* name) const;
     [[nodiscard]] std::string text(const char* name) const;
     [[nodiscard]] bool flag(const char* name) const;
     /// 64 hexadecimal digits.
     [[nodiscard]] std::string sha256(const char* name) const;
     [[nodiscard]] QJsonArray list(const char* name) const;
+    [[nodiscard]] QJsonObject object(const char* name) const;
     /// 0 where there is no such member.
     [[nodiscard]] std::int64_t next() const;
     [[nodiscard]] const std::string& action() const { return m_action; }

@@ -94,7 +94,24 @@ ItemEvent Values::event(const JsonReader& json)
     event.version = json.idOrNone("version");
     event.account = json.text("account");
     event.at = json.text("at");
+    event.requestId = json.idOrNone("requestId");
     return event;
+}
+
+DashboardRequest Values::request(const JsonReader& json)
+{
+    constexpr qsizetype kMost = 16;
+    DashboardRequest request{json.id("id"), json.text("name"), {}};
+    const QJsonObject arguments = json.object("args");
+    if (arguments.size() > kMost)
+        throw Web::PayloadException(json.action() + " failed: \"args\" of the answer are too many");
+    const JsonReader texts(arguments, json.action());
+    for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
+        const std::string name = argument.key().toStdString();
+        request.arguments[name] =
+            argument->isDouble() ? std::to_string(texts.number(name.c_str(), 0)) : texts.text(name.c_str());
+    }
+    return request;
 }
 
 Content Values::content(const QByteArray& xml, const std::string& action)

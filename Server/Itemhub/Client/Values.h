@@ -12,6 +12,7 @@ namespace Vs::Itemhub::Values {
 [[nodiscard]] Web::Version version(const JsonReader& json);
 [[nodiscard]] Web::Comment comment(const JsonReader& json);
 [[nodiscard]] ItemEvent event(const JsonReader& json);
+[[nodiscard]] DashboardRequest request(const JsonReader& json);
 /// What `attachments/ID.xml` answers.
 [[nodiscard]] Content content(const QByteArray& xml, const std::string& action);
 /// A name as a file may be called, near to the given one.

@@ -7,7 +7,9 @@
 #include "Server/Itemhub/Private/Session.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
+#include <utility>
 
 namespace Vs::Itemhub {
 namespace {
@@ -33,17 +35,34 @@ void tellFavourites()
     });
 }
 
+/// Of what was asked for while this machine slept, only the last can still be wanted.
+void tellDashboard(std::vector<std::int64_t> requests)
+{
+    constexpr std::ptrdiff_t kMost = 10;
+    if (std::ssize(requests) > kMost)
+        requests.erase(requests.begin(), requests.end() - kMost);
+    for (const std::int64_t request : requests)
+        ItemhubUtilities::results().post([request] {
+            ItemhubDashboardEvent event(request);
+            ItemhubEventSource::get()->fireDashboardAsked(&event);
+        });
+}
+
 void tell(const std::vector<ItemEvent>& events, const std::string& account)
 {
     bool ofFavourites = false;
+    std::vector<std::int64_t> requests;
     for (const ItemEvent& event : events) {
-        if (!event.kind.starts_with("favourite."))
+        if (event.kind == "program.asked")
+            requests.push_back(event.requestId);
+        else if (!event.kind.starts_with("favourite.") && !event.kind.starts_with("program."))
             tell(event);
         else if (event.account == account)
             ofFavourites = true;
     }
     if (ofFavourites)
         tellFavourites();
+    tellDashboard(std::move(requests));
 }
 
 /// The serial of the newest event: who has just signed in sees everything as it is.
