@@ -109,6 +109,7 @@ class Installation(unittest.TestCase):
         self.assertEqual(sorted(path.name for path in staged.iterdir()), ["usr"])
         self.assertRegex(self.quillet("--version", program=staged / "usr/bin/quillet"), "^Quillet ")
         self.assertTrue((staged / "usr/share/applications/quillet.desktop").is_file())
+        self.assertIn("x-scheme-handler/quillet", (staged / "usr/share/applications/quillet-links.desktop").read_text())
         self.assertTrue((staged / "usr/share/icons/hicolor/48x48/apps/quillet.png").is_file())
 
 

@@ -2,6 +2,7 @@
 
 #include "Server/Base/QtText.h"
 #include "Server/Base/Strings.h"
+#include "UI/Base/Program/ProgramLink.h"
 
 #include <QCommandLineParser>
 
@@ -193,8 +194,10 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
         }
         result.parameters[bytesOf(setting.left(equals))] = bytesOf(setting.mid(equals + 1));
     }
-    for (const QString& file : parser.positionalArguments())
-        result.files.push_back(bytesOf(file));
+    for (const QString& file : parser.positionalArguments()) {
+        const std::string given = bytesOf(file);
+        (Vu::ProgramLink::isLink(given) ? result.links : result.files).push_back(given);
+    }
     if (end != arguments.end()) {
         auto& target = parser.isSet(QStringLiteral("script")) ? result.scriptArguments : result.files;
         target.insert(target.end(), end + 1, arguments.end());
@@ -214,6 +217,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     result.handOver = parser.isSet(QStringLiteral("hand-over"));
     if (result.handOver && (result.headless || !result.steps.empty()))
         result.error = "--hand-over opens files in a window, and goes with no --headless and nothing to run.";
+    if (result.headless && !result.links.empty())
+        result.error = "A link is followed in a window, and goes with no --headless.";
     result.autorun = !parser.isSet(QStringLiteral("no-autorun"));
     result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
     result.echo = parser.isSet(QStringLiteral("echo"));

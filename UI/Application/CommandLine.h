@@ -25,6 +25,7 @@ struct Step
 struct CommandLine
 {
     std::vector<std::string> files; ///< Opened before the steps.
+    std::vector<std::string> links; ///< Followed when the window is there (Vu::ProgramLink).
     std::vector<Step> steps;
     std::vector<std::string> scriptArguments;      ///< What follows `--`, if a script is run.
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for in transcripts.

@@ -6,7 +6,7 @@
 namespace Quillet {
 
 /// What one start hands to the window of another: files, as absolute paths in the bytes that the system has
-/// for them, and the desktop's token that lets the window come to the front.
+/// for them, links (Vu::ProgramLink), and the desktop's token that lets the window come to the front.
 struct HandedOver
 {
     std::vector<std::string> files;

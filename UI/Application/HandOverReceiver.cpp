@@ -7,6 +7,7 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Program/ProgramLink.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QCoreApplication>
@@ -185,6 +186,10 @@ HandOverReceiver::~HandOverReceiver()
 void HandOverReceiver::openInWindow(const HandedOver& files)
 {
     for (const std::string& file : files.files) {
+        if (Vu::ProgramLink::isLink(file)) {
+            Vu::ProgramLink::follow(file);
+            continue;
+        }
         run(kHomeCommand); // Opening replaces what shows; there, nothing does.
         run(kOpenCommand, Vs::Strings::fromBytes(file));
     }

@@ -21,7 +21,8 @@ public:
     HandOverReceiver(const HandOverReceiver&) = delete;
     HandOverReceiver& operator=(const HandOverReceiver&) = delete;
 
-    /// Opens the files in the active window, beside what it shows, and brings it to the front.
+    /// Opens the files in the active window, beside what it shows, has the links followed, and brings the
+    /// window to the front.
     static void openInWindow(const HandedOver& files);
 
 private:

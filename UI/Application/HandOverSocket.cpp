@@ -2,6 +2,7 @@
 
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
+#include "UI/Base/Program/ProgramLink.h"
 
 #include <cstring>
 #include <exception>
@@ -132,7 +133,7 @@ std::optional<HandedOver> readMessage(const std::string& received)
         at += part.size() + 1;
         if (isToken)
             files.activationToken = part;
-        else if (part.empty() || part.front() != '/')
+        else if (part.empty() || (part.front() != '/' && !Vu::ProgramLink::isLink(part)))
             throw std::runtime_error("a file without an absolute path");
         else
             files.files.push_back(part);

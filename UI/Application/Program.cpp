@@ -26,6 +26,7 @@
 #include "UI/Base/Host.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/EndSignals.h"
+#include "UI/Base/Program/ProgramLink.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AutoSaving.h"
 #include "UI/Base/Session/DocumentWatch.h"
@@ -95,11 +96,14 @@ bool takeProfile(const boost::filesystem::path& folder)
 }
 
 /// Returns whether a window that runs already has taken the files.
-bool handFilesOver(const std::vector<std::string>& files)
+bool handFilesOver(const CommandLine& line)
 {
     HandedOver all;
-    for (const std::string& file : files)
+    for (const std::string& file : line.files)
         all.files.push_back(Vs::PathInfo::absolute(boost::filesystem::path(file)).string());
+    all.files.insert(all.files.end(), line.links.begin(), line.links.end());
+    if (all.files.empty())
+        return false;
     for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
         if (all.activationToken.empty() && isSet(variable))
             all.activationToken = std::getenv(variable);
@@ -240,6 +244,8 @@ int runWorkspace(const CommandLine& line)
     if (!line.headless && !Vu::Application::testing())
         Vu::AutoSaving::lookForFiles();
     runSteps(line, runner);
+    for (const std::string& link : line.links)
+        Vu::ProgramLink::follow(link);
     int code = kExitOk;
     // Whoever hands files over must not wait for those that this start was given.
     if (!line.headless && !application->exiting())
@@ -279,7 +285,7 @@ int runProgram(CommandLine line, int& count, char** arguments)
 {
     if (!takeProfile(line.profileDirectory))
         return kExitUsage;
-    if (line.handOver && !line.files.empty() && handFilesOver(line.files))
+    if (line.handOver && handFilesOver(line))
         return kExitOk;
     const bool lists = line.listCommands || line.listDefinitions || !line.stubsDirectory.empty();
     if (!line.headless && !lists && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {

@@ -32,6 +32,14 @@ TEST(CommandLineTest, FilesAndSettingsAreToldApartFromOptions)
     EXPECT_EQ(line.profileDirectory, "/tmp/p");
     EXPECT_TRUE(line.headless);
     EXPECT_FALSE(line.keepGoing);
+
+    // Links are what begins so, whatever they hold; behind "--" there are files alone.
+    const CommandLine handed =
+        parseCommandLine({"--hand-over", "quillet:ticket/x --script /tmp/y.py", "a.step", "--", "quillet:b"});
+    EXPECT_EQ(handed.links, std::vector<std::string>{"quillet:ticket/x --script /tmp/y.py"});
+    EXPECT_EQ(handed.files, (std::vector<std::string>{"a.step", "quillet:b"}));
+    EXPECT_TRUE(handed.steps.empty());
+    EXPECT_NE(parseCommandLine({"--headless", "quillet:ticket/x"}).error, "");
 }
 
 TEST(CommandLineTest, ATestRunHasItsOptions)

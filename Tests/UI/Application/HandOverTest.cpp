@@ -162,6 +162,7 @@ TEST_F(HandOverTest, FilesGoToTheWindowOfTheProfileAndAnyNonsenseDoesNotStopIt)
         close(connection);
     }
     EXPECT_FALSE(handedOver(file, "other")) << "a window with other settings";
+    EXPECT_TRUE(handedOver("quillet:ticket/none")) << "a link goes there, too; what it is, the window tells";
     EXPECT_FALSE(opened(file));
     EXPECT_TRUE(handedOver(file));
     EXPECT_TRUE(becomes([&] { return opened(file); }));
