@@ -158,6 +158,7 @@ constinit const CommandArguments kRows[] = {
     {L"NotifyAutoSaveFilesCommand"},
     {L"ActiveViewAssetCommand", {L"AssetSessionName"}},
     {L"CopyToClipboardCommand"},
+    {L"ItemhubDashboardCommand"},
     {L"ItemhubSignInCommand"},
     {L"ItemhubSignOutCommand"},
     {L"PasteCommand"},

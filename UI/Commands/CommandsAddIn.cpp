@@ -109,6 +109,7 @@ public:
         CopyToClipboardCmdDef::createCommandDef();
         HidePropertiesCmdDef::createCommandDef();
         InvertSelectionCmdDef::createCommandDef();
+        ItemhubDashboardCmdDef::createCommandDef();
         ItemhubSignInCmdDef::createCommandDef();
         ItemhubSignOutCmdDef::createCommandDef();
         NewTabCmdDef::createCommandDef();

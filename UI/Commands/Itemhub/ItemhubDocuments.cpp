@@ -8,6 +8,7 @@
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Session/FilePlace.h"
+#include "UI/Commands/Itemhub/DashboardRequests.h"
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
 #include "UI/Commands/Itemhub/ItemhubFeed.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
@@ -55,6 +56,7 @@ private:
 
     ItemhubSnapshots m_snapshots;
     ItemhubFeed m_feed;
+    DashboardRequests m_dashboard;
     const FilePlace m_place{placeOf};
 
     /// Nobody is asked before there is a list that shows the answer.

@@ -1,6 +1,8 @@
 #include "UI/Commands/Itemhub/ItemhubSessionCmds.h"
 
+#include "Server/Base/Strings.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
+#include "UI/Base/Program/Address.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
@@ -16,6 +18,10 @@ constinit const CommandRow ItemhubSignInCmdDef::kRow = {
 
 constinit const CommandRow ItemhubSignOutCmdDef::kRow = {
     .key = L"ItemhubSignOutCommand", .title = "Sign Out of ", .icon = &Resources::CloudLogout,
+    .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+
+constinit const CommandRow ItemhubDashboardCmdDef::kRow = {
+    .key = L"ItemhubDashboardCommand", .title = "Items in the Browser", .icon = &Resources::CloudManage,
     .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 // clang-format on
 
@@ -102,6 +108,30 @@ ItemhubSignOutCmd::ItemhubSignOutCmd(CommandDefinition* definition, CommandConte
 void ItemhubSignOutCmd::onExecute(Vs::Status&)
 {
     Vs::ItemhubUtilities::get()->signOut();
+}
+
+void ItemhubDashboardCmdDef::createCommandDef()
+{
+    static ItemhubDashboardCmdDef definition;
+}
+
+ItemhubDashboardCmd::ItemhubDashboardCmd(CommandDefinition* definition, CommandContext* context)
+    : Implements(definition, context)
+{
+    repeatable(false);
+}
+
+void ItemhubDashboardCmd::onExecute(Vs::Status& status)
+{
+    if (!itemhubSession()) {
+        status.addError(localized("ItemhubNobody", "Nobody is signed in to the lifecycle service."));
+        return;
+    }
+    withItemhubErrors([&] {
+        const std::string address = Vs::ItemhubUtilities::get()->dashboardAddress();
+        if (!address.empty())
+            openAddress(Vs::Strings::widen(address), AddressOf::Anybody, status);
+    });
 }
 
 } // namespace Vu::Commands

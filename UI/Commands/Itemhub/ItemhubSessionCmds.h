@@ -9,6 +9,7 @@ namespace Vu::Commands {
 
 class ItemhubSignInCmd;
 class ItemhubSignOutCmd;
+class ItemhubDashboardCmd;
 
 /// Has a person sign in to the lifecycle service; a script has lines for it.
 class ItemhubSignInCmdDef : public ItemhubDefinition<ItemhubSignInCmdDef, ItemhubSignInCmd>
@@ -55,6 +56,23 @@ class ItemhubSignOutCmd : public Vs::Implements<ItemhubSignOutCmd, SimpleCommand
 {
 public:
     ItemhubSignOutCmd(CommandDefinition* definition, CommandContext* context);
+
+protected:
+    void onExecute(Vs::Status& status) override;
+};
+
+/// Shows the service's page in the browser, which is signed in by that.
+class ItemhubDashboardCmdDef : public ItemhubDefinition<ItemhubDashboardCmdDef, ItemhubDashboardCmd>
+{
+public:
+    static const CommandRow kRow;
+    static void createCommandDef();
+};
+
+class ItemhubDashboardCmd : public Vs::Implements<ItemhubDashboardCmd, SimpleCommand>
+{
+public:
+    ItemhubDashboardCmd(CommandDefinition* definition, CommandContext* context);
 
 protected:
     void onExecute(Vs::Status& status) override;

@@ -5,6 +5,7 @@
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/PreferencesPage.h"
+#include "UI/Commands/Itemhub/DashboardRequests.h"
 #include "UI/Commands/Itemhub/ItemhubNotifyMessageCmd.h"
 #include "UI/Commands/Itemhub/ItemhubSessionCmds.h"
 #include "UI/Commands/Localized.h"
@@ -73,6 +74,10 @@ ItemhubPage::ItemhubPage(QWidget* parent)
     m_send = addButton("Send", text("ItemhubPageSend", "Send Now"));
     m_snapshots = addChoice("Snapshots", text("ItemhubPageSnapshots",
                                               "Attach what was saved automatically to the items as well"));
+    m_trusted =
+        addChoice("Trusted", text("ItemhubPageTrusted",
+                                  "Do what the service's page in the browser asks for without a question"));
+    connect(m_trusted, &QCheckBox::clicked, this, &DashboardRequests::trust);
     connect(onOff(), &QCheckBox::clicked, this,
             [](bool on) { Vs::ItemhubOptionGroup::get()->itemhubDisabled(!on); });
     connect(m_snapshots, &QCheckBox::clicked, this,
@@ -112,6 +117,8 @@ void ItemhubPage::refresh()
     keepKeyboard(m_send, !pending.empty(), m_sign);
     m_send->setVisible(!pending.empty());
     m_snapshots->setChecked(options->recoverySnapshots());
+    m_trusted->setVisible(service->isAuthenticated());
+    m_trusted->setChecked(DashboardRequests::isTrusted());
 }
 
 namespace {

@@ -7,7 +7,8 @@
 namespace Vu::Commands {
 
 /// The page of the preferences about the lifecycle service: whether it is there at all, who is signed in
-/// where, what has not been sent yet, and whether recovery files are attached to items.
+/// where, what has not been sent yet, whether recovery files are attached to items, and whether its page asks
+/// first.
 class ItemhubPage : public ServicePage, private Vs::ItemhubEventSite, private Vs::OptionEventSite
 {
 public:
@@ -27,6 +28,7 @@ private:
     QLabel* m_pending = nullptr;
     QPushButton* m_send = nullptr;
     QCheckBox* m_snapshots = nullptr;
+    QCheckBox* m_trusted = nullptr; ///< Whether the dashboard asks nothing.
 };
 
 } // namespace Vu::Commands
