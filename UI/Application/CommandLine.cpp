@@ -43,10 +43,21 @@ constexpr OptionRow kOptions[] = {
      "(makes them all anew)."},
     {"profile-dir", "DIR", "Keep all settings, caches and recovery files in DIR."},
     {"no-autorun", nullptr, "Don't run the scripts that otherwise run at each start."},
-    {"test", "DIR", "Run all transcripts and scripts in a folder, each in a process of its own."},
+    {"test", "DIR",
+     "Run all transcripts and scripts in a folder, or the one file, each in a process of its own."},
+    {"filter", "PATTERN",
+     "With --test: run only those whose names below the folder fit; may be given often."},
+    {"list", nullptr, "With --test: print the names of those that would be run."},
+    {"retry", "N", "With --test: run what failed up to N times more."},
+    {"results", "FILE",
+     "With --test: keep how each ended, for --failed and for parts that take alike long; with --shard it is "
+     "only read."},
+    {"failed", nullptr, "With --test and --results: run only what failed the last time."},
+    {"artifacts", "DIR", "With --test: keep what those that failed wrote."},
     {"jobs", "N", "With --test: how many run side by side (default: as many as there are processors)."},
     {"timeout", "SECONDS", "With --test: how long each may take (default: 300)."},
     {"junit", "FILE", "With --test: write the results as JUnit XML."},
+    {"tap", "FILE", "With --test: write the results as TAP."},
     {"shard", "I/N", "With --test: run only the I-th of N parts."},
     {"list-commands", nullptr, "Print every text command, one JSON object a line."},
     {"list-definitions", nullptr, "Print every command definition, one JSON object a line."},
@@ -55,9 +66,12 @@ constexpr OptionRow kOptions[] = {
     {"help", nullptr, "Print this help."},
 };
 
-/// What may stand beside --test: its own options, and what holds for it anyway.
-constexpr std::string_view kOfTestRun[] = {"test",       "jobs",     "timeout",    "junit", "shard",  "set",
-                                           "references", "headless", "no-autorun", "help",  "version"};
+/// What is about test runs alone.
+constexpr const char* kOfTestRunAlone[] = {"jobs", "timeout", "junit",   "tap",    "shard",    "filter",
+                                           "list", "retry",   "results", "failed", "artifacts"};
+/// What may stand beside --test as well, since it holds for such a run, too.
+constexpr const char* kBesideTestRun[] = {"test",       "set",  "references", "headless",
+                                          "no-autorun", "help", "version"};
 
 void addOptions(QCommandLineParser& parser)
 {
@@ -119,9 +133,9 @@ std::string readReferences(const QCommandLineParser& parser, CommandLine& line)
 std::string strangerToTestRun(const QCommandLineParser& parser)
 {
     for (const OptionRow& row : kOptions) {
-        const std::string_view name = row.name;
-        const bool belongs =
-            std::find(std::begin(kOfTestRun), std::end(kOfTestRun), name) != std::end(kOfTestRun);
+        const auto isThis = [&](std::string_view name) { return name == row.name; };
+        const bool belongs = std::any_of(std::begin(kOfTestRunAlone), std::end(kOfTestRunAlone), isThis) ||
+                             std::any_of(std::begin(kBesideTestRun), std::end(kBesideTestRun), isThis);
         if (!belongs && parser.isSet(QLatin1String(row.name)))
             return std::string("--") + row.name + " doesn't go with --test.";
     }
@@ -139,10 +153,21 @@ std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
     run.directory = bytesOf(value("test"));
     if (given("test") && run.directory.empty())
         return "--test needs the name of a folder.";
-    for (const char* option : {"jobs", "timeout", "junit", "shard"})
+    for (const char* option : kOfTestRunAlone)
         if (given(option) && run.directory.empty())
             return std::string("--") + option + " goes with --test.";
     run.junitFile = bytesOf(value("junit"));
+    run.tapFile = bytesOf(value("tap"));
+    run.resultsFile = bytesOf(value("results"));
+    run.artifactsDirectory = bytesOf(value("artifacts"));
+    run.list = given("list");
+    run.failedOnly = given("failed");
+    for (const QString& pattern : parser.values(QStringLiteral("filter")))
+        run.filters.push_back(bytesOf(pattern));
+    if (run.failedOnly && run.resultsFile.empty())
+        return "--failed needs --results FILE, which knows what failed.";
+    if (given("retry") && (run.retries = positive(value("retry"))) == 0)
+        return "--retry needs a whole number from 1, not \"" + value("retry").toStdString() + "\".";
     if (given("jobs") && (run.jobs = positive(value("jobs"))) == 0)
         return "--jobs needs a whole number from 1, not \"" + value("jobs").toStdString() + "\".";
     if (given("timeout") && !((run.secondsLimit = value("timeout").toDouble()) > 0))

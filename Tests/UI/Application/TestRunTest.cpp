@@ -149,8 +149,50 @@ TEST_F(TestRunTest, ThePartsOfAJobArrayAreTheWhole)
     }
     EXPECT_EQ(sum, 7u);
     EXPECT_EQ(names.size(), 7u);
+    // Those whose times are known are spread by them.
+    const std::string results = (folder.path() / "results.json").string();
+    TestSupport::overwrite(results,
+                           R"({"format": 1, "tests": {"t0.txt": {"seconds": 9}, "t1.txt": {"seconds": 4},
+          "t2.txt": {"seconds": 3}, "t3.txt": {"seconds": 2}, "t4.txt": {"seconds": 1}, "t5.txt": {"seconds": 1}}})");
+    EXPECT_EQ(run({"--list", "--results", results, "--shard", "1/2"}).output, "t0.txt\nt3.txt\nt5.txt\n");
+    EXPECT_EQ(run({"--list", "--results", results, "--shard", "2/2"}).output,
+              "t1.txt\nt2.txt\nt4.txt\nt6.txt\n");
     // More parts than transcripts: the last has nothing to do, and does it well.
     EXPECT_EQ(run({"--shard", "9/9"}).exitCode, 0);
+}
+
+TEST_F(TestRunTest, WhatFailedIsTriedAgainAndKeptAndRunByItself)
+{
+    write("bad.txt", "Design.New\nDocument.SaveAs ${out}/left.vlra\nNo.Such\n");
+    write("flaky.py", "import os\npath = os.path.join(os.path.dirname(__file__), 'tried')\n"
+                      "if not os.path.exists(path):\n    open(path, 'w').close()\n    raise ValueError\n");
+    write("good.txt", "Camera.ZoomIn\n");
+    EXPECT_EQ(run({"--list"}).output, "bad.txt\nflaky.py\ngood.txt\n");
+    EXPECT_EQ(run({"--list", "--filter", "g*", "--filter", "f*.py"}).output, "flaky.py\ngood.txt\n");
+    EXPECT_EQ(run({"--filter", "none*"}).exitCode, 2);
+
+    const std::string results = (folder.path() / "results.json").string();
+    const boost::filesystem::path kept = folder.path() / "kept", tap = folder.path() / "report.tap";
+    const ProcessResult first = run({"--results", results, "--retry", "1", "--artifacts", kept.string(),
+                                     "--tap", tap.string(), "--junit", junit.string()});
+    EXPECT_EQ(first.exitCode, 1);
+    EXPECT_NE(first.output.find("flaky.py (try 2)"), std::string::npos) << first.output;
+    EXPECT_NE(first.output.find(": 2 passed, 1 failed, 0 ended"), std::string::npos) << first.output;
+    EXPECT_TRUE(boost::filesystem::exists(kept / "bad.txt/left.vlra"));
+    EXPECT_NE(TestSupport::contentOf(kept / "bad.txt/errors.txt").find("bad.txt:3: "), std::string::npos);
+    EXPECT_FALSE(boost::filesystem::exists(kept / "good.txt"));
+    const std::string report = TestSupport::contentOf(tap);
+    EXPECT_TRUE(report.starts_with("TAP version 13\n1..3\nnot ok 1 - bad.txt\n  ---\n  message: '"))
+        << report;
+    EXPECT_NE(report.find("\nok 2 - flaky.py\nok 3 - good.txt\n"), std::string::npos) << report;
+    EXPECT_NE(TestSupport::contentOf(junit).find("file=\"" + (models / "bad.txt").string() + "\" line=\"3\""),
+              std::string::npos);
+
+    EXPECT_EQ(run({"--results", results, "--failed", "--list"}).output, "bad.txt\n");
+    write("bad.txt", "Design.New\n");
+    EXPECT_EQ(run({"--results", results, "--failed"}).exitCode, 0);
+    EXPECT_EQ(run({"--results", results, "--failed", "--list"}).output, "");
+    EXPECT_EQ(runQuillet({"--test", (models / "good.txt").string()}).exitCode, 0);
 }
 
 TEST_F(TestRunTest, WhatCannotBeRunOrWrittenIsSaid)

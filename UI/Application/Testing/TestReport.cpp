@@ -7,6 +7,10 @@
 #include <QSysInfo>
 #include <QXmlStreamWriter>
 
+#include <boost/algorithm/string/replace.hpp>
+
+#include <algorithm>
+
 namespace Quillet {
 namespace {
 
@@ -39,6 +43,17 @@ const char* typeOf(TestResult::Kind kind)
                                                : "line";
 }
 
+/// The number in a message that begins with `FILE:LINE:`; empty if it doesn't.
+std::string lineOf(const TestCase& test)
+{
+    const std::string& message = test.result.message;
+    if (!message.starts_with(test.file + ':'))
+        return {};
+    const size_t start = test.file.size() + 1;
+    const size_t end = std::min(message.find_first_not_of("0123456789", start), message.size());
+    return end < message.size() && message[end] == ':' ? message.substr(start, end - start) : std::string();
+}
+
 void writeStream(QXmlStreamWriter& xml, const char* element, const std::string& text)
 {
     if (!text.empty())
@@ -53,6 +68,9 @@ void writeCase(QXmlStreamWriter& xml, const QString& suite, const TestCase& test
     xml.writeAttribute(QStringLiteral("classname"), className(suite, name));
     xml.writeAttribute(QStringLiteral("name"), name);
     xml.writeAttribute(QStringLiteral("time"), secondsText(result.seconds));
+    xml.writeAttribute(QStringLiteral("file"), xmlText(test.file));
+    if (const std::string line = lineOf(test); !line.empty())
+        xml.writeAttribute(QStringLiteral("line"), xmlText(line));
     if (result.kind != TestResult::Kind::Passed) {
         xml.writeStartElement(result.kind == TestResult::Kind::Failed ? QStringLiteral("failure")
                                                                       : QStringLiteral("error"));
@@ -74,6 +92,27 @@ TestCounts::TestCounts(const std::vector<TestCase>& cases)
         ++(test.result.kind == TestResult::Kind::Passed   ? passed
            : test.result.kind == TestResult::Kind::Failed ? failed
                                                           : errors);
+}
+
+void writeTap(const std::string& path, const std::vector<TestCase>& cases)
+{
+    std::string text = "TAP version 13\n1.." + std::to_string(cases.size()) + '\n';
+    for (size_t i = 0; i < cases.size(); ++i) {
+        const TestCase& test = cases[i];
+        const bool passed = test.result.kind == TestResult::Kind::Passed;
+        // A "#" would begin a directive.
+        text += (passed ? "ok " : "not ok ") + std::to_string(i + 1) + " - " +
+                boost::algorithm::replace_all_copy(test.name, "#", "\\#") + '\n';
+        if (!passed)
+            text +=
+                "  ---\n  message: '" +
+                boost::algorithm::replace_all_copy(xmlText(test.result.message).toStdString(), "'", "''") +
+                "'\n  severity: " + typeOf(test.result.kind) + "\n  ...\n";
+    }
+    QSaveFile file(QString::fromStdString(path));
+    if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray::fromStdString(text)) < 0 || !file.commit())
+        throw Vs::Exception(path + ": The report cannot be written: " + file.errorString().toStdString() +
+                            '.');
 }
 
 void writeJUnit(const std::string& path, const std::string& suite, double seconds,

@@ -1,11 +1,11 @@
 #include "UI/Application/Testing/TestRun.h"
 
 #include "Server/Base/Strings.h"
-#include "Server/Base/TranscriptReplay.h"
 #include "UI/Application/CommandLine.h"
+#include "UI/Application/Testing/TestHistory.h"
 #include "UI/Application/Testing/TestReport.h"
+#include "UI/Application/Testing/TestSelection.h"
 
-#include <boost/algorithm/string/case_conv.hpp>
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
@@ -58,34 +58,6 @@ private:
     fs::path m_path;
 };
 
-/// Other texts lie beside transcripts as well.
-bool isTranscript(const fs::path& file)
-{
-    const std::string suffix = boost::algorithm::to_lower_copy(file.extension().string());
-    return !file.filename().string().starts_with("_") &&
-           (suffix == ".py" || (suffix == ".txt" && Vs::looksLikeTextTranscript(file.wstring())));
-}
-
-/// Sorted by name, so that every machine has the same parts.
-std::vector<fs::path> transcriptsIn(const fs::path& folder)
-{
-    std::vector<fs::path> found;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder))
-        if (fs::is_regular_file(entry.status()) && isTranscript(entry.path()))
-            found.push_back(entry.path());
-    std::sort(found.begin(), found.end());
-    return found;
-}
-
-/// Every `shards`-th one, so that neighbours, which often take alike long, are spread.
-std::vector<fs::path> part(const std::vector<fs::path>& all, int shard, int shards)
-{
-    std::vector<fs::path> own;
-    for (auto i = static_cast<size_t>(shard - 1); i < all.size(); i += static_cast<size_t>(shards))
-        own.push_back(all[i]);
-    return own;
-}
-
 /// Whether it measures how fast something is, so that it must have the machine for itself.
 bool measures(const fs::path& transcript)
 {
@@ -100,17 +72,18 @@ constexpr int kMostTries = 3;
 class Runner
 {
 public:
-    Runner(const TestRun& run, fs::path folder, std::vector<fs::path> transcripts)
-        : m_run(run), m_folder(std::move(folder)), m_transcripts(std::move(transcripts))
+    Runner(const TestRun& run, const std::vector<TestFile>& files) : m_run(run)
     {
         m_options = {"--references", run.references};
         for (const auto& [name, value] : run.parameters)
             m_options.insert(m_options.end(), {"--set", name + '=' + value});
         const auto jobs = run.jobs > 0 ? static_cast<size_t>(run.jobs)
                                        : std::max<size_t>(1, std::thread::hardware_concurrency());
-        m_running.resize(std::min(jobs, m_transcripts.size()));
-        for (const fs::path& transcript : m_transcripts)
-            m_cases.push_back({fs::relative(transcript, m_folder).string(), {}});
+        m_running.resize(std::min(jobs, files.size()));
+        for (const TestFile& file : files) {
+            m_transcripts.push_back(file.path);
+            m_cases.push_back({file.name, file.path.string(), {}});
+        }
         for (const bool alone : {false, true})
             for (size_t i = 0; i < m_transcripts.size(); ++i)
                 if (measures(m_transcripts[i]) == alone)
@@ -146,6 +119,7 @@ private:
     struct Job
     {
         std::unique_ptr<TestProcess> process;
+        fs::path folder;
         Turn turn = {};
         int tries = 0;
     };
@@ -165,8 +139,9 @@ private:
         TestCase& test = m_cases[job.turn.number];
         ++job.tries;
         try {
-            job.process = std::make_unique<TestProcess>(m_transcripts[job.turn.number],
-                                                        m_scratch.folder(m_folders++), m_options);
+            job.folder = m_scratch.folder(m_folders++);
+            job.process =
+                std::make_unique<TestProcess>(m_transcripts[job.turn.number], job.folder, m_options);
         } catch (const std::exception& error) {
             test.result = {TestResult::Kind::Crashed, error.what()};
             tell(test);
@@ -194,28 +169,52 @@ private:
             TestCase& test = m_cases[job.turn.number];
             test.result = job.process->result();
             job.process.reset();
-            if (job.turn.alone && test.result.kind == TestResult::Kind::Failed && job.tries < kMostTries)
+            const bool passed = test.result.kind == TestResult::Kind::Passed;
+            const bool again = job.turn.alone && test.result.kind == TestResult::Kind::Failed;
+            test.tries = job.tries;
+            if (!passed && job.tries < std::max(m_run.retries + 1, again ? kMostTries : 1)) {
                 start(job);
-            else
-                tell(test);
+                return;
+            }
+            if (!passed)
+                keepArtifacts(test, job.folder);
+            tell(test);
         } else if (job.process->seconds() > m_run.secondsLimit) {
             job.process->stop(m_run.secondsLimit);
+        }
+    }
+
+    /// What may tell why it failed. That it can't be kept is told, and no failure.
+    void keepArtifacts(const TestCase& test, const fs::path& folder)
+    {
+        if (m_run.artifactsDirectory.empty())
+            return;
+        const fs::path kept = fs::path(m_run.artifactsDirectory) / test.name;
+        try {
+            fs::remove_all(kept);
+            fs::create_directories(kept.parent_path());
+            fs::copy(folder, kept, fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+            fs::ofstream(kept / "output.txt", std::ios::binary) << test.result.output;
+            fs::ofstream(kept / "errors.txt", std::ios::binary) << test.result.errors;
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "quillet: %s\n", Vs::Strings::forTerminal(error.what()).c_str());
         }
     }
 
     void tell(const TestCase& test)
     {
         static constexpr const char* kWords[] = {"passed", "FAILED", "CRASHED", "TIMED OUT"};
-        std::printf("%*zu/%zu %-9s %7.2f s  %s\n", static_cast<int>(std::to_string(m_cases.size()).size()),
+        const std::string tries =
+            test.tries > 1 ? " (try " + std::to_string(test.tries) + ')' : std::string();
+        std::printf("%*zu/%zu %-9s %7.2f s  %s%s\n", static_cast<int>(std::to_string(m_cases.size()).size()),
                     ++m_told, m_cases.size(), kWords[static_cast<int>(test.result.kind)], test.result.seconds,
-                    Vs::Strings::forTerminal(test.name).c_str());
+                    Vs::Strings::forTerminal(test.name).c_str(), tries.c_str());
         if (!test.result.message.empty())
             std::printf("    %s\n", Vs::Strings::forTerminal(test.result.message).c_str());
         std::fflush(stdout);
     }
 
     const TestRun& m_run;
-    fs::path m_folder;
     std::vector<fs::path> m_transcripts;
     std::vector<std::string> m_options;
     std::vector<TestCase> m_cases;
@@ -235,11 +234,21 @@ int complain(const std::string& message)
 
 int runIn(const TestRun& run, const fs::path& folder)
 {
-    std::vector<fs::path> all = transcriptsIn(folder);
+    const std::vector<TestFile> all = testsIn(folder);
     if (all.empty())
         return complain(run.directory + ": There is no transcript (.txt or .py) in this folder.");
+    TestHistory history(run.resultsFile);
+    const std::vector<TestFile> files = chosen(all, run, history);
+    if (run.list) {
+        for (const TestFile& file : files)
+            std::printf("%s\n", Vs::Strings::forTerminal(file.name).c_str());
+        return kExitOk;
+    }
+    // A pattern that is mistyped must not pass.
+    if (files.empty() && !run.filters.empty() && !run.failedOnly && run.shards == 1)
+        return complain(run.directory + ": No transcript has a name like that.");
     const auto start = std::chrono::steady_clock::now();
-    Runner runner(run, folder, part(all, run.shard, run.shards));
+    Runner runner(run, files);
     runner.run();
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 
@@ -248,8 +257,13 @@ int runIn(const TestRun& run, const fs::path& folder)
                 runner.cases().size(), seconds, counts.passed, counts.failed, counts.errors);
     if (s_interrupted)
         std::printf("The run was interrupted.\n");
+    // All parts must find the same times.
+    if (run.shards == 1)
+        history.write(runner.cases());
     if (!run.junitFile.empty())
         writeJUnit(run.junitFile, folder.filename().string(), seconds, runner.cases());
+    if (!run.tapFile.empty())
+        writeTap(run.tapFile, runner.cases());
     return counts.failed + counts.errors == 0 && !s_interrupted ? kExitOk : kExitLineFailed;
 }
 
@@ -259,10 +273,10 @@ int runTests(const TestRun& run)
 {
     boost::system::error_code error;
     const fs::path folder = fs::canonical(run.directory, error);
-    if (error || !fs::is_directory(folder, error))
-        return complain(
-            run.directory + ": " +
-            (error ? error.message() + '.' : std::string("This is not a folder of transcripts.")));
+    if (error || !(fs::is_directory(folder, error) || fs::is_regular_file(folder, error)))
+        return complain(run.directory + ": " +
+                        (error ? error.message() + '.'
+                               : std::string("This is neither a transcript nor a folder of them.")));
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         std::signal(signal, [](int) { s_interrupted = true; });
     try {

@@ -2,16 +2,26 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace Quillet {
 
 /// What a test run is asked for. All texts are UTF-8.
 struct TestRun
 {
-    std::string directory; ///< Its transcripts and those of its folders are run; empty for no test run.
-    std::string junitFile; ///< Where the report goes as JUnit XML; empty for nowhere.
-    int jobs = 0;          ///< How many run side by side; 0 for as many as there are processors.
-    int shard = 1;         ///< Of `shards` equal parts, this one is run. From 1.
+    std::string
+        directory; ///< Its transcripts and those of its folders are run, or the one; empty for no test run.
+    std::vector<std::string>
+        filters; ///< Only names that one of these patterns (`*`, `?`, `[...]`) fits; empty for all.
+    bool failedOnly = false;        ///< Only those that failed when they were run last.
+    bool list = false;              ///< Tells the names, and runs nothing.
+    int retries = 0;                ///< How often one that fails is run again.
+    std::string resultsFile;        ///< How they ended last (TestHistory); empty for nowhere.
+    std::string artifactsDirectory; ///< Where what failed ones wrote is kept; empty for nowhere.
+    std::string tapFile;            ///< Where the report goes as TAP; empty for nowhere.
+    std::string junitFile;          ///< Where the report goes as JUnit XML; empty for nowhere.
+    int jobs = 0;                   ///< How many run side by side; 0 for as many as there are processors.
+    int shard = 1;                  ///< Of `shards` equal parts, this one is run. From 1.
     int shards = 1;
     double secondsLimit = 300;                     ///< For each transcript.
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for.
