@@ -11,12 +11,26 @@ namespace Itemhub::Routes {
 
 namespace {
 
-constexpr const char* kStyle = ":root{color-scheme:light dark;font:16px/1.4 system-ui,sans-serif}"
-                               "main{max-width:24rem;margin:10vh auto;padding:0 1rem}"
-                               "label{display:block;margin-top:1rem}"
-                               "input,button{box-sizing:border-box;width:100%;padding:.5rem;font:inherit}"
-                               "button{margin-top:1.5rem}"
-                               "[role=alert]{color:#c62828;font-weight:600}";
+/// The dashboard's colours and forms; a page that holds all of it can forbid the browser to load anything.
+constexpr const char* kStyle =
+    ":root{color-scheme:light dark;font:16px/1.45 system-ui,sans-serif;"
+    "--sheet:light-dark(#ffffff,#1f2529);--line:light-dark(#d5dade,#3a434a);"
+    "--faint:light-dark(#566069,#a6b0b8);--main:light-dark(#17637d,#6cc0dc);"
+    "color:light-dark(#1b2227,#e8ecef);background:light-dark(#f6f7f8,#15191c)}"
+    "*{box-sizing:border-box}"
+    "body{margin:0}"
+    "main{max-width:26rem;margin:10vh auto;padding:1.5rem 2rem 2rem;background:var(--sheet);"
+    "border:1px solid var(--line);border-radius:.6rem}"
+    "h1{margin:0;font-size:1.6rem}"
+    "p{margin:.5rem 0 1.25rem;color:var(--faint)}"
+    "label{display:block;margin-top:1rem;font-weight:600}"
+    "input,button{width:100%;min-height:2.5rem;padding:.4rem .6rem;border-radius:.4rem;font:inherit}"
+    "input{margin-top:.25rem;border:1px solid var(--faint);background:var(--sheet);color:inherit}"
+    "button{margin-top:1.5rem;border:0;background:var(--main);color:light-dark(#ffffff,#0d1d23);"
+    "font-weight:600;cursor:pointer}"
+    ":focus-visible{outline:3px solid var(--main);outline-offset:2px}"
+    "[role=alert]{color:light-dark(#b3261e,#ffb4ab);font-weight:600}"
+    "@media(max-width:30rem){main{margin:0;min-height:100vh;border:0;border-radius:0}}";
 
 QString field(const char* name, const QString& title, const QString& value, const char* more)
 {
