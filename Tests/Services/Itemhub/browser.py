@@ -16,7 +16,7 @@ try:
 except ImportError:
     webdriver = None
 
-PATIENCE = 30  # Seconds, on a machine that has much to do.
+PATIENCE = 90  # Seconds, on a machine that has much to do.
 
 
 def missing():
