@@ -7,6 +7,7 @@
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/Told.h"
 
 #include <QBoxLayout>
 #include <QHeaderView>
@@ -19,11 +20,6 @@ namespace Vu {
 namespace {
 
 constexpr int kListHeight = 240;
-
-QString told(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 } // namespace
 

@@ -1,7 +1,7 @@
 #include "UI/Base/Window/LabelDialog.h"
 
-#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Window/PlainText.h"
+#include "UI/Base/Window/Told.h"
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>
@@ -14,32 +14,27 @@ namespace {
 
 constexpr int kWidth = 380;
 
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
-
 } // namespace
 
 LabelDialog::LabelDialog(const QString& proposal, int longest, QWidget* parent)
     : QDialog(parent), m_label(new QLineEdit(proposal, this))
 {
     setObjectName(QStringLiteral("labelDialog"));
-    setWindowTitle(text("LabelTitle", "Mark a Version"));
+    setWindowTitle(told("LabelTitle", "Mark a Version"));
     auto* column = new QVBoxLayout(this);
     QLabel* what = PlainText::label(
         this,
-        text("LabelWhat", "What is this version to be called? The label stands in the item's versions."));
+        told("LabelWhat", "What is this version to be called? The label stands in the item's versions."));
     what->setWordWrap(true);
     what->setBuddy(m_label);
     m_label->setObjectName(QStringLiteral("label"));
-    m_label->setAccessibleName(text("LabelName", "Label"));
+    m_label->setAccessibleName(told("LabelName", "Label"));
     m_label->setMaxLength(longest);
     m_label->setMinimumWidth(kWidth);
     m_label->selectAll();
     auto* buttons = new QDialogButtonBox(this);
-    m_mark = buttons->addButton(text("LabelMark", "Save Version"), QDialogButtonBox::AcceptRole);
-    buttons->addButton(text("LabelCancel", "Cancel"), QDialogButtonBox::RejectRole);
+    m_mark = buttons->addButton(told("LabelMark", "Save Version"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(told("LabelCancel", "Cancel"), QDialogButtonBox::RejectRole);
     m_mark->setDefault(true);
     column->addWidget(what);
     column->addWidget(m_label);

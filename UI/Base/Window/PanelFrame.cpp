@@ -2,11 +2,11 @@
 
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Window/Glyph.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/Told.h"
 #include "UI/Base/Workspace/Area.h"
 #include "UI/Base/Workspace/LayoutStrategy.h"
 
@@ -40,11 +40,6 @@ constexpr DockRow kDocks[] = {
     {EPlacement::Floating, "PanelFloat", "Float"},
 };
 
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
-
 std::string contentsOf(const Area& area)
 {
     return area.contents() ? area.contents()->text() : std::string();
@@ -68,13 +63,13 @@ QString areaTitle(const Area& area)
 {
     const std::string contents = contentsOf(area);
     if (contents == "BrowserWindow")
-        return text("AreaBrowser", "Browser");
+        return told("AreaBrowser", "Browser");
     if (contents == "TextCommands")
-        return text("AreaCommandLine", "Command Line");
+        return told("AreaCommandLine", "Command Line");
     if (contents == "CommandToolbar")
-        return text("AreaToolbar", "Toolbar");
+        return told("AreaToolbar", "Toolbar");
     if (contents == "NavToolbar")
-        return text("AreaNavigationBar", "Navigation Bar");
+        return told("AreaNavigationBar", "Navigation Bar");
     if (contents == "Palette" && !area.children().empty())
         return areaTitle(*area.children().front());
     const std::wstring title = AreaContents::title(contents);
@@ -100,12 +95,12 @@ PanelFrame::PanelFrame(QWidget* parent)
     m_head->setObjectName(QStringLiteral("areaHead"));
     m_menu->setText(QStringLiteral("\u22ef"));
     m_menu->setPopupMode(QToolButton::InstantPopup);
-    PlainText::setTooltip(m_menu, text("PanelMenu", "Dock, float or collapse"));
+    PlainText::setTooltip(m_menu, told("PanelMenu", "Dock, float or collapse"));
     auto* menu = new QMenu(m_menu);
     m_menu->setMenu(menu);
     connect(menu, &QMenu::aboutToShow, this, [this] { fillMenu(); });
     m_close->setIcon(glyphIcon(Glyph::Close));
-    PlainText::setTooltip(m_close, text("PanelClose", "Hide"));
+    PlainText::setTooltip(m_close, told("PanelClose", "Hide"));
     connect(m_close, &QToolButton::clicked, this, [this] { close(); });
     // A long title must not make the panel wider.
     m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -163,7 +158,7 @@ void PanelFrame::fillMenu()
     menu->clear();
     LayoutStrategy* strategy = LayoutStrategy::activeStrategy();
     for (const DockRow& row : kDocks) {
-        QAction* action = menu->addAction(text(row.key, row.english));
+        QAction* action = menu->addAction(told(row.key, row.english));
         action->setEnabled(m_area->placement() != row.placement);
         connect(action, &QAction::triggered, this, [this, strategy, placement = row.placement] {
             const QPoint corner =
@@ -174,9 +169,9 @@ void PanelFrame::fillMenu()
         });
     }
     menu->addSeparator();
-    connect(menu->addAction(text("PanelCollapse", "Collapse")), &QAction::triggered, this,
+    connect(menu->addAction(told("PanelCollapse", "Collapse")), &QAction::triggered, this,
             [this, strategy] { strategy->collapse(m_area, barOf(m_area->placement())); });
-    connect(menu->addAction(text("PanelClose", "Hide")), &QAction::triggered, this, [this] { close(); });
+    connect(menu->addAction(told("PanelClose", "Hide")), &QAction::triggered, this, [this] { close(); });
 }
 
 void PanelFrame::close()

@@ -1,11 +1,11 @@
 #include "UI/Base/Window/PreferencesDialog.h"
 
-#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/PreferencesPage.h"
 #include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/KeysPage.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/Told.h"
 
 #include <QBoxLayout>
 #include <QCheckBox>
@@ -28,11 +28,6 @@ namespace {
 
 constexpr int kPagesWidth = 130;
 constexpr QSize kSize(600, 480);
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 QString valueOf(const Preference& preference)
 {
@@ -93,8 +88,8 @@ bool says(const QWidget& page, const QString& wanted)
 PreferencesDialog::PreferencesDialog(QWidget* parent)
     : QDialog(parent), m_search(new QLineEdit), m_pages(new QListWidget), m_scroll(new QScrollArea)
 {
-    setWindowTitle(text("PreferencesTitle", "Preferences"));
-    m_search->setPlaceholderText(text("PreferencesSearch", "Search"));
+    setWindowTitle(told("PreferencesTitle", "Preferences"));
+    m_search->setPlaceholderText(told("PreferencesSearch", "Search"));
     m_search->setAccessibleName(m_search->placeholderText());
     m_search->setClearButtonEnabled(true);
     m_pages->setFixedWidth(kPagesWidth);
@@ -119,7 +114,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
     // The style's picture is black on whatever ground.
     buttons->button(QDialogButtonBox::Close)->setIcon({});
     QPushButton* defaults =
-        buttons->addButton(text("PreferencesDefaults", "Restore Defaults"), QDialogButtonBox::ResetRole);
+        buttons->addButton(told("PreferencesDefaults", "Restore Defaults"), QDialogButtonBox::ResetRole);
     defaults->setAutoDefault(false);
 
     auto* layout = new QVBoxLayout(this);
@@ -219,7 +214,7 @@ void PreferencesDialog::addBroughtPages(QVBoxLayout* column)
 
 void PreferencesDialog::addKeys(QVBoxLayout* column)
 {
-    QVBoxLayout* inner = addSection(column, text("PreferencesKeys", "Keys"));
+    QVBoxLayout* inner = addSection(column, told("PreferencesKeys", "Keys"));
     m_keys = new KeysPage(m_sections.back().frame);
     inner->addWidget(m_keys);
 }

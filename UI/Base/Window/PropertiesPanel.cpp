@@ -17,6 +17,7 @@
 #include "UI/Base/Window/PropertyTexts.h"
 #include "UI/Base/Window/RestingCommand.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/Told.h"
 #include "UI/Base/Window/ValueLine.h"
 
 #include <QBoxLayout>
@@ -37,11 +38,6 @@ constexpr int kMostNameLetters = 1000;
 constexpr int kLeastValue = 60;
 /// In a narrower panel the values stand below their titles.
 constexpr int kLeastBeside = 215;
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 QLabel* valueLabel(QWidget* parent)
 {
@@ -84,7 +80,7 @@ PropertiesPanel::PropertiesPanel(QWidget* parent)
     : QWidget(parent), m_measurer([this](const Vs::MeasuredParts& measured) { showMeasured(measured); })
 {
     setObjectName(QStringLiteral("properties"));
-    setAccessibleName(text("AreaProperties", "Properties"));
+    setAccessibleName(told("AreaProperties", "Properties"));
     auto* page = new QScrollArea(this);
     page->setFrameShape(QFrame::NoFrame);
     page->setWidgetResizable(true);
@@ -99,7 +95,7 @@ PropertiesPanel::PropertiesPanel(QWidget* parent)
     column->addWidget(m_head);
     m_grid = makeGrid(column);
     m_facts = makeGrid(column);
-    m_hint = PlainText::label(within, text("PropertiesHint", "Select something to see what it measures."));
+    m_hint = PlainText::label(within, told("PropertiesHint", "Select something to see what it measures."));
     m_hint->setWordWrap(true);
     m_hint->setContentsMargins(0, kMargin, 0, 0);
     m_hint->setForegroundRole(QPalette::PlaceholderText);
@@ -125,7 +121,7 @@ PropertiesPanel::PropertiesPanel(QWidget* parent)
 
 PropertiesPanel::~PropertiesPanel()
 {
-    follow(nullptr);
+    m_followed.follow(nullptr);
     Vs::AssetEventSource::get()->unsubscribe(this);
     Vs::DocumentEventSource::get()->unsubscribe(this);
     Vs::UnitsOptionGroup::get()->unsubscribe(this);
@@ -168,26 +164,26 @@ void PropertiesPanel::addValue(Row row, const char* name, const QString& title)
 
 void PropertiesPanel::addRows()
 {
-    addLine(Row::Name, "propertyName", text("PropertyName", "Name"));
+    addLine(Row::Name, "propertyName", told("PropertyName", "Name"));
     m_colour = new ColourButton(
-        text("PropertyColour", "Colour"),
+        told("PropertyColour", "Colour"),
         [](const std::optional<Vs::Colour>& colour) { PropertyEdits::colour(colour); },
         m_head->parentWidget());
-    addField(Row::Colour, text("PropertyColour", "Colour"), m_colour);
-    addLine(Row::X, "propertyX", text("PropertyX", "Position X"));
-    addLine(Row::Y, "propertyY", text("PropertyY", "Position Y"));
-    addLine(Row::Z, "propertyZ", text("PropertyZ", "Position Z"));
-    addValue(Row::Size, "propertySize", text("PropertySize", "Size"));
-    addValue(Row::Diameter, "propertyDiameter", text("PropertyDiameter", "Diameter"));
-    addValue(Row::Length, "propertyLength", text("PropertyLength", "Length"));
-    addValue(Row::Area, "propertyArea", text("PropertyArea", "Area"));
-    addValue(Row::Volume, "propertyVolume", text("PropertyVolume", "Volume"));
+    addField(Row::Colour, told("PropertyColour", "Colour"), m_colour);
+    addLine(Row::X, "propertyX", told("PropertyX", "Position X"));
+    addLine(Row::Y, "propertyY", told("PropertyY", "Position Y"));
+    addLine(Row::Z, "propertyZ", told("PropertyZ", "Position Z"));
+    addValue(Row::Size, "propertySize", told("PropertySize", "Size"));
+    addValue(Row::Diameter, "propertyDiameter", told("PropertyDiameter", "Diameter"));
+    addValue(Row::Length, "propertyLength", told("PropertyLength", "Length"));
+    addValue(Row::Area, "propertyArea", told("PropertyArea", "Area"));
+    addValue(Row::Volume, "propertyVolume", told("PropertyVolume", "Volume"));
 }
 
 void PropertiesPanel::sessionClosed(SessionEvent*)
 {
     // Of whichever session: what is followed must not outlive it.
-    follow(nullptr);
+    m_followed.follow(nullptr);
     refreshSoon();
 }
 
@@ -195,17 +191,6 @@ void PropertiesPanel::commandAvailabilitiesChanged(Vs::Event*)
 {
     if (isVisible() && !m_editableSoon.isActive())
         m_editableSoon.start(0);
-}
-
-void PropertiesPanel::follow(Vs::SelectionSet* set)
-{
-    if (set == m_set)
-        return;
-    if (m_set)
-        m_set->unsubscribe(this);
-    m_set = set;
-    if (m_set)
-        m_set->subscribe(this);
 }
 
 void PropertiesPanel::resizeEvent(QResizeEvent* event)
@@ -238,8 +223,8 @@ void PropertiesPanel::refresh()
     m_soon.stop();
     const AssetSession* session = SessionMgr::get()->activeAssetSession();
     Vs::SelectionMgr* manager = session ? session->selectionManager() : nullptr;
-    follow(manager ? &manager->selectionSet() : nullptr);
-    const bool any = m_set && !m_set->empty();
+    m_followed.follow(manager ? &manager->selectionSet() : nullptr);
+    const bool any = !m_followed.empty();
     m_hint->setVisible(!any);
     if (any)
         showSelection(*manager, *session->asset());
@@ -256,8 +241,8 @@ void PropertiesPanel::showSelection(Vs::SelectionMgr& manager, const Vs::Asset& 
     const bool isNamed = m_values.name.isKnown() && !m_values.name.differs();
     m_fields[Row::Name].line->value(isNamed ? QString::fromStdWString(m_values.name.value()) : QString(),
                                     m_values.name.differs() ? PropertyTexts::different() : QString());
-    m_fields[Row::Name].title->setText(m_values.areComponents() ? text("PropertyName", "Name")
-                                                                : text("PropertyOf", "Of"));
+    m_fields[Row::Name].title->setText(m_values.areComponents() ? told("PropertyName", "Name")
+                                                                : told("PropertyOf", "Of"));
     showRow(Row::Name, true);
     showColour();
     showPlace();
@@ -281,7 +266,7 @@ void PropertiesPanel::showColour()
     const std::optional<Vs::Colour> one = colour.isKnown() && !differs ? colour.value() : std::nullopt;
     m_colour->colour(one, differs ? PropertyTexts::different()
                           : one   ? QString::fromStdWString(PropertyEdits::colourCode(*one))
-                                  : text("PropertyNoColour", "None of its own"));
+                                  : told("PropertyNoColour", "None of its own"));
     showRow(Row::Colour, m_values.haveColour());
 }
 
@@ -302,7 +287,7 @@ void PropertiesPanel::showPlace()
 /// A tool has the selection to itself: who wants to change something here ends it first.
 void PropertiesPanel::showEditable()
 {
-    const bool rests = commandRests() && m_set && !m_set->empty();
+    const bool rests = commandRests() && !m_followed.empty();
     const bool own = rests && m_values.areComponents() && !m_values.isRoot;
     m_fields[Row::Name].line->setReadOnly(!own);
     // Those that differ have no place to be moved from.
@@ -349,7 +334,7 @@ void PropertiesPanel::showDocument(const Vs::Document* document)
     }
     if (document) {
         m_values = {};
-        m_head->setText(text("PropertiesDocument", "Document"));
+        m_head->setText(told("PropertiesDocument", "Document"));
         for (auto& [row, field] : m_fields)
             showRow(row, false);
         int row = 0;
@@ -368,7 +353,7 @@ void PropertiesPanel::showDocument(const Vs::Document* document)
             seat(m_facts, row++, title, value, m_isNarrow);
         }
     }
-    m_head->setVisible(document != nullptr || (m_set && !m_set->empty()));
+    m_head->setVisible(document != nullptr || !m_followed.empty());
 }
 
 QString PropertiesPanel::enterPosition(int axis, const QString& typed)

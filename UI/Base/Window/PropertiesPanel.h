@@ -3,10 +3,10 @@
 #include "Server/Base/OptionGroup.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/DataModel/DocumentEvents.h"
-#include "Server/DataModel/Selection/SelectionSet.h"
 #include "UI/Base/Command/CommandEvents.h"
 #include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/SessionEvents.h"
+#include "UI/Base/Window/FollowedSelection.h"
 #include "UI/Base/Window/PartMeasurer.h"
 #include "UI/Base/Window/PropertyValues.h"
 
@@ -73,7 +73,6 @@ private:
     void addValue(Row row, const char* name, const QString& title);
     void addRows();
 
-    void follow(Vs::SelectionSet* set);
     void refreshSoon();
     void refresh();
     void showSelection(Vs::SelectionMgr& manager, const Vs::Asset& asset);
@@ -94,7 +93,7 @@ private:
     std::map<Row, Field> m_fields;
     ColourButton* m_colour = nullptr;
     QTimer m_soon, m_editableSoon, m_measureSoon;
-    Vs::SelectionSet* m_set = nullptr; ///< Of the active session; followed as long as that lasts.
+    FollowedSelection m_followed{*this}; ///< Of the active session, as long as that lasts.
     PropertyValues m_values;
     PartMeasurer m_measurer;
 };

@@ -9,6 +9,7 @@
 #include "UI/Base/Session/DocumentFacts.h"
 #include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/FilePlace.h"
+#include "UI/Base/Window/Told.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -39,15 +40,10 @@ constexpr Counted kKinds[] = {
 };
 // clang-format on
 
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
-
 QString counted(PropertyValues::Kind kind, size_t count)
 {
     const Counted& texts = kKinds[kind];
-    return count == 1 ? text(texts.oneKey, texts.one)
+    return count == 1 ? told(texts.oneKey, texts.one)
                       : QString::fromStdWString(localizedFormat(texts.manyKey, texts.many, count));
 }
 
@@ -55,23 +51,23 @@ QString formText(Form form)
 {
     switch (form) {
     case Form::Plane:
-        return text("FormPlane", "plane");
+        return told("FormPlane", "plane");
     case Form::Cylinder:
-        return text("FormCylinder", "cylinder");
+        return told("FormCylinder", "cylinder");
     case Form::Cone:
-        return text("FormCone", "cone");
+        return told("FormCone", "cone");
     case Form::Sphere:
-        return text("FormSphere", "sphere");
+        return told("FormSphere", "sphere");
     case Form::FreeFace:
-        return text("FormFree", "free-form");
+        return told("FormFree", "free-form");
     case Form::Line:
-        return text("FormLine", "line");
+        return told("FormLine", "line");
     case Form::Circle:
-        return text("FormCircle", "circle");
+        return told("FormCircle", "circle");
     case Form::Curve:
-        return text("FormCurve", "curve");
+        return told("FormCurve", "curve");
     case Form::Several:
-        return text("FormSeveral", "several forms");
+        return told("FormSeveral", "several forms");
     case Form::None:
         break;
     }
@@ -106,7 +102,7 @@ QString kind(const PropertyValues& values, Form form)
     for (int i = 0; i < PropertyValues::kKinds; ++i) {
         const auto kind = static_cast<PropertyValues::Kind>(i);
         if (const size_t count = values.counts[size_t(i)]; count > 0)
-            all << (values.all() == 1 ? text(kKinds[i].key, kKinds[i].alone) : counted(kind, count));
+            all << (values.all() == 1 ? told(kKinds[i].key, kKinds[i].alone) : counted(kind, count));
     }
     if (values.counts[PropertyValues::Assembly] > 0 && values.all() == 1)
         all << counted(PropertyValues::Part, values.partsWithin);
@@ -146,7 +142,7 @@ QString volume(double value, bool isExact)
 
 QString different()
 {
-    return text("PropertyDiffers", "different");
+    return told("PropertyDiffers", "different");
 }
 
 std::vector<Line> document(const Vs::Document& document)
@@ -157,15 +153,15 @@ std::vector<Line> document(const Vs::Document& document)
             lines.push_back({title, QString::fromStdWString(value)});
     };
     const std::wstring& file = document.path().empty() ? document.importedFrom() : document.path();
-    add(text("PropertyName", "Name"), document.displayName());
-    add(text("PropertyFile", "File"), FilePlace::shown(file));
+    add(told("PropertyName", "Name"), document.displayName());
+    add(told("PropertyFile", "File"), FilePlace::shown(file));
     size_t parts = 0;
     for (unsigned i = 0; i < document.assets(); ++i)
         parts += partsIn(*document.asset(i)->components());
-    add(text("PropertyParts", "Parts"), QLocale().toString(qulonglong(parts)).toStdWString());
+    add(told("PropertyParts", "Parts"), QLocale().toString(qulonglong(parts)).toStdWString());
     if (document.assets() > 1)
-        add(text("PropertyModels", "Models"), std::to_wstring(document.assets()));
-    add(text("PropertyState", "State"), DocumentRemark::of(document));
+        add(told("PropertyModels", "Models"), std::to_wstring(document.assets()));
+    add(told("PropertyState", "State"), DocumentRemark::of(document));
     for (const DocumentFacts::Fact& fact : DocumentFacts::of(document))
         add(QString::fromStdWString(fact.title), fact.value);
     return lines;

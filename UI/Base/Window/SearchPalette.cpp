@@ -6,6 +6,7 @@
 #include "UI/Base/Window/FoundModel.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/Told.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -28,11 +29,6 @@ constexpr int kBorder = 24;
 /// Of the width, in per cent; the line has the rest.
 constexpr int kTitleShare = 45;
 constexpr int kKeysShare = 15;
-
-QString told(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 /// The keyboard comes back by itself from a menu or another window.
 bool comesBack(Qt::FocusReason reason)

@@ -7,7 +7,6 @@
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/UnitName.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -16,6 +15,7 @@
 #include "UI/Base/Window/RestingCommand.h"
 #include "UI/Base/Window/SelectionText.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/Told.h"
 
 #include <QBoxLayout>
 #include <QDateTime>
@@ -29,11 +29,6 @@ namespace Vu {
 namespace {
 
 constexpr int kSecond = 1000;
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 QToolButton* listButton(const char* name, const QString& what, QWidget* parent)
 {
@@ -85,8 +80,8 @@ StatusFields::StatusFields(QWidget* parent)
     : QWidget(parent),
       m_prompt(field("prompt", this)),
       m_selection(field("selection", this)),
-      m_unit(listButton("unit", text("StatusUnit", "Unit of length"), this)),
-      m_snap(listButton("snap", text("StatusSnap", "Snapping of distances"), this)),
+      m_unit(listButton("unit", told("StatusUnit", "Unit of length"), this)),
+      m_snap(listButton("snap", told("StatusSnap", "Snapping of distances"), this)),
       m_recording(field("recording", this))
 {
     auto* row = new QHBoxLayout(this);
@@ -108,7 +103,7 @@ StatusFields::StatusFields(QWidget* parent)
 
 StatusFields::~StatusFields()
 {
-    follow(nullptr);
+    m_followed.follow(nullptr);
     Vs::UnitsOptionGroup::get()->unsubscribe(this);
     Inference::SnapManager::get()->unsubscribe(this);
     SessionEventSource::get()->unsubscribe(this);
@@ -122,19 +117,8 @@ void StatusFields::optionChanged(Vs::OptionEvent*)
 void StatusFields::sessionClosed(SessionEvent*)
 {
     // Of whichever session: what is followed must not outlive it.
-    follow(nullptr);
+    m_followed.follow(nullptr);
     refreshSoon();
-}
-
-void StatusFields::follow(Vs::SelectionSet* set)
-{
-    if (set == m_set)
-        return;
-    if (m_set)
-        m_set->unsubscribe(this);
-    m_set = set;
-    if (m_set)
-        m_set->subscribe(this);
 }
 
 void StatusFields::refreshSoon()
@@ -151,10 +135,10 @@ void StatusFields::refresh()
     showRecording();
     m_unit->setText(QString::fromLatin1(Vs::LengthUnit::display().key));
     const auto* snap = Inference::SnapManager::get();
-    m_snap->setText(!snap->enableDistanceSnapping() ? text("StatusNoSnap", "no snap")
+    m_snap->setText(!snap->enableDistanceSnapping() ? told("StatusNoSnap", "no snap")
                     : snap->adaptiveSnap()
-                        ? text("StatusSnapByZoom", "snap")
-                        : QStringLiteral("%1 %2").arg(text("StatusSnapByZoom", "snap"),
+                        ? told("StatusSnapByZoom", "snap")
+                        : QStringLiteral("%1 %2").arg(told("StatusSnapByZoom", "snap"),
                                                       QLocale().toString(snap->snapIncrement())));
 }
 
@@ -177,7 +161,7 @@ void StatusFields::showSelection()
 {
     const AssetSession* session = SessionMgr::get()->activeAssetSession();
     Vs::SelectionMgr* manager = session ? session->selectionManager() : nullptr;
-    follow(manager ? &manager->selectionSet() : nullptr);
+    m_followed.follow(manager ? &manager->selectionSet() : nullptr);
     showIn(m_selection, manager && session->asset()
                             ? QString::fromStdWString(selectionText(*manager, *session->asset()))
                             : QString());
@@ -228,9 +212,9 @@ void StatusFields::chooseSnap()
         action->setChecked(on);
         connect(action, &QAction::triggered, menu, [command] { runByMenu(command); });
     };
-    add(text("StatusSnapAdaptive", "Snap by what the zoom shows"), snap->adaptiveSnap(),
+    add(told("StatusSnapAdaptive", "Snap by what the zoom shows"), snap->adaptiveSnap(),
         L"EnableAdaptiveSnapCmd");
-    add(text("StatusSnapFixed", "Snap to a fixed distance"), !snap->adaptiveSnap(),
+    add(told("StatusSnapFixed", "Snap to a fixed distance"), !snap->adaptiveSnap(),
         L"DisableAdaptiveSnapCmd");
 }
 

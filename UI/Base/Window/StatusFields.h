@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Server/Base/OptionGroup.h"
-#include "Server/DataModel/Selection/SelectionSet.h"
 #include "UI/Base/Session/SessionEvents.h"
+#include "UI/Base/Window/FollowedSelection.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -33,7 +33,6 @@ private:
     void selectionSetChanged() override { refreshSoon(); }
     void currentSessionChanged(SessionEvent*) override { refreshSoon(); }
     void sessionClosed(SessionEvent* event) override;
-    void follow(Vs::SelectionSet* set);
     void showPrompt();
     void showSelection();
     void showRecording();
@@ -46,7 +45,7 @@ private:
     QToolButton* m_snap;
     QLabel* m_recording;
     QTimer m_soon, m_second;
-    Vs::SelectionSet* m_set = nullptr; ///< Of the active session; followed as long as that lasts.
+    FollowedSelection m_followed{*this}; ///< Of the active session, as long as that lasts.
     std::wstring m_recordedFile;
     qint64 m_recordedSince = 0; ///< In milliseconds since the epoch.
 };

@@ -4,6 +4,7 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/Told.h"
 
 #include <QBoxLayout>
 #include <QFrame>
@@ -22,11 +23,6 @@ constexpr const char* kContents = "areaContents";
 constexpr int kCardWidth = 380;
 constexpr int kDim = 120; ///< Of 255.
 constexpr int kFrame = 2;
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 /// Where a card of that size stands beside the lit area: below, above, right or left of it, wherever there is
 /// room, or else within it.
@@ -77,7 +73,7 @@ TourOverlay::TourOverlay(QWidget* window, const std::vector<TourStep>& steps)
       m_title(PlainText::label(m_card)),
       m_text(PlainText::label(m_card)),
       m_count(PlainText::label(m_card)),
-      m_back(new QPushButton(text("TourBack", "Back"))),
+      m_back(new QPushButton(told("TourBack", "Back"))),
       m_next(new QPushButton)
 {
     setObjectName(QStringLiteral("tour"));
@@ -87,7 +83,7 @@ TourOverlay::TourOverlay(QWidget* window, const std::vector<TourStep>& steps)
     bold.setBold(true);
     m_title->setFont(bold);
     m_text->setWordWrap(true);
-    auto* skip = new QPushButton(text("TourSkip", "Skip"));
+    auto* skip = new QPushButton(told("TourSkip", "Skip"));
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_count, 1);
@@ -158,7 +154,7 @@ void TourOverlay::refresh()
         QString::fromStdWString(localizedFormat("TourCount", "%1% of %2%", m_step + 1, m_steps.size())));
     m_back->setEnabled(shownFrom(m_step, false) < m_steps.size());
     const bool last = shownFrom(m_step, true) == m_steps.size();
-    m_next->setText(last ? text("TourEnd", "Close") : text("TourNext", "Next"));
+    m_next->setText(last ? told("TourEnd", "Close") : told("TourNext", "Next"));
     m_card->adjustSize();
     m_card->move(placeOf(m_card->size(), lit(), rect()));
     update();

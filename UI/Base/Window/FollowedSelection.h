@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Server/DataModel/Selection/SelectionSet.h"
+
+namespace Vu {
+
+/// Which selection a site follows: that of one session after the other. The set must be left, by `follow`
+/// with null, before it goes.
+class FollowedSelection
+{
+public:
+    /// The site outlives this.
+    explicit FollowedSelection(Vs::SelectionSetSite& site) : m_site(site) {}
+    ~FollowedSelection() { follow(nullptr); }
+    FollowedSelection(const FollowedSelection&) = delete;
+    FollowedSelection& operator=(const FollowedSelection&) = delete;
+
+    void follow(Vs::SelectionSet* set)
+    {
+        if (set == m_set)
+            return;
+        if (m_set)
+            m_set->unsubscribe(&m_site);
+        m_set = set;
+        if (m_set)
+            m_set->subscribe(&m_site);
+    }
+    /// Whether nothing is selected there, or no set is followed.
+    bool empty() const { return !m_set || m_set->empty(); }
+
+private:
+    Vs::SelectionSetSite& m_site;
+    Vs::SelectionSet* m_set = nullptr;
+};
+
+} // namespace Vu
