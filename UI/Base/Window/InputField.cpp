@@ -47,10 +47,6 @@ public:
         : InputField(input, parent), m_box(new QCheckBox(titleOf(*input->info()), this))
     {
         add(m_box);
-        // The style draws the box's frame in a tone of the window's colour, which a dark panel swallows.
-        QPalette colours = m_box->palette();
-        colours.setColor(QPalette::Window, colours.color(QPalette::PlaceholderText));
-        m_box->setPalette(colours);
         connect(m_box, &QCheckBox::clicked, this, [this](bool on) {
             if (auto* value = Vs::cast<BoolValueCommandInput>(this->input()))
                 value->value(on);

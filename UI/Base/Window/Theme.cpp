@@ -4,6 +4,7 @@
 #include "Server/Scene/EnvironmentManager.h"
 #include "UI/Base/Program/IStyleCollector.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Window/CheckStyle.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -11,7 +12,6 @@
 #include <QFile>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QStyleFactory>
 
 namespace Vu {
 namespace {
@@ -87,7 +87,6 @@ QTabBar#documentTabs { border: none; }
 QTabBar#documentTabs::tab { border: 1px solid transparent; border-right-color: palette(mid); padding: 4px 4px 4px 10px; background: palette(window); color: palette(window-text); }
 QTabBar#documentTabs::tab:selected { border-top: 2px solid palette(highlight); padding-top: 3px; background: palette(base); }
 QTabBar#documentTabs::tab:hover:!selected { background: palette(midlight); }
-QTabBar#documentTabs:focus::tab:selected { border: 2px solid palette(highlight); padding: 3px 3px 3px 9px; }
 QToolButton#tabList::menu-indicator { image: none; }
 QFrame#areaHead { border: none; border-bottom: 1px solid palette(mid); background: palette(window); }
 QFrame#areaPanel { border: none; }
@@ -163,7 +162,7 @@ void applyTheme()
     if (!qApp)
         return;
     const bool dark = wantsDark();
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new CheckStyle);
     QApplication::setPalette(paletteOf(dark ? kDark : kLight));
     QString sheet = QString::fromLatin1(kStyleSheet);
     // These keep the palette that they had first.

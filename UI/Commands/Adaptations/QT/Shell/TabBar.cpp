@@ -6,6 +6,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QToolButton>
 
 #include <algorithm>
@@ -85,6 +86,18 @@ QSize TabBar::tabSizeHint(int index) const
 QSize TabBar::minimumTabSizeHint(int index) const
 {
     return tabSizeHint(index);
+}
+
+// A style sheet can't tell a tab of the bar that has the keyboard from another one.
+void TabBar::paintEvent(QPaintEvent* event)
+{
+    QTabBar::paintEvent(event);
+    if (!hasFocus() || currentIndex() < 0)
+        return;
+    constexpr int kThickness = 2;
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), kThickness));
+    painter.drawRect(tabRect(currentIndex()).adjusted(1, 1, -1, -1));
 }
 
 void TabBar::mousePressEvent(QMouseEvent* event)

@@ -29,6 +29,7 @@ protected:
     QSize minimumTabSizeHint(int index) const override;
     /// A tab that became narrower leaves no rest of itself beside it.
     void tabLayoutChange() override { update(); }
+    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
