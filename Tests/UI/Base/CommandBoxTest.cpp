@@ -161,7 +161,7 @@ TEST_F(CommandBoxTest, AnEmptyBoxShowsTheLineOfTheLastClickAndUpBringsItIntoTheB
     EXPECT_EQ(line(), "Commands.Start BoxTestClick");
     press(Qt::Key_Return);
     EXPECT_EQ(line(), "");
-    EXPECT_EQ(hint(), usual) << "what was typed is no click";
+    EXPECT_EQ(hint(), usual) << "what was typed isn't shown again as if it were clicked";
     CommandContext context = CommandContext::activeContext();
     context.accessPoint(ECommandAccessPoint::Command);
     EXPECT_TRUE(click.executeCommand(context).isOk());

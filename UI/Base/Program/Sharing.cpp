@@ -31,7 +31,8 @@ void shareFile(ShareWith with, const std::wstring& path, const std::wstring& tit
 {
     boost::system::error_code error;
     if (!boost::filesystem::path(path).is_absolute() || !boost::filesystem::is_regular_file(path, error)) {
-        status.addError(localizedFormat("ShareNoFile", "There is no file \"%1%\" to give away.", path));
+        status.addError(
+            localizedFormat("ShareNoFile", "\"%1%\" can't be shared: there is no such file.", path));
         return;
     }
     if (Application::headless() || Application::testing()) {

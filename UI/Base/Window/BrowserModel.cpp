@@ -103,6 +103,20 @@ void BrowserModel::asset(Vs::Asset* asset)
     m_namedViews = namedViewsOf(asset);
     m_views = m_namedViews ? m_namedViews->views() : Vs::NameView::NamedViews::Views();
     m_rows.asset(asset);
+    m_filter.clear();
+    endResetModel();
+}
+
+void BrowserModel::filter(const QString& words)
+{
+    std::vector<std::wstring> filter;
+    for (const QString& word : words.split(u' ', Qt::SkipEmptyParts))
+        filter.push_back(word.toStdWString());
+    if (filter == m_filter)
+        return;
+    beginResetModel();
+    m_filter = std::move(filter);
+    m_rows.filter(m_filter);
     endResetModel();
 }
 
@@ -299,10 +313,12 @@ void BrowserModel::assetComponentsChanged(Vs::ComponentsEvent* event)
     if (event->asset() != m_asset)
         return;
     const Vs::ComponentsEvent::Changes& changes = event->changes();
-    if (changes.all) {
+    // What a filter leaves may be other components now, of which nobody could tell which come and go.
+    if (changes.all || m_rows.isFiltered()) {
         // The view opens again what was open, by the components' ids.
         beginResetModel();
         m_rows.asset(m_asset);
+        m_rows.filter(m_filter);
         endResetModel();
         return;
     }

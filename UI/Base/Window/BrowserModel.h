@@ -29,6 +29,11 @@ public:
     /// Null for none. The model forgets an asset that closes by itself.
     void asset(Vs::Asset* asset);
     Vs::Asset* asset() const { return m_asset; }
+    /// Leaves the components whose names have all of the words (BrowserRows::filter), until another asset is
+    /// shown.
+    void filter(const QString& words);
+    /// The first components whose own names have them, at most so many.
+    std::vector<std::string> firstFound(size_t most) const { return m_rows.firstFound(most); }
 
     /// Null for what is no component.
     const Vs::Component* component(const QModelIndex& index) const;
@@ -79,6 +84,7 @@ private:
     Vs::NameView::NamedViews* m_namedViews = nullptr;
     Vs::NameView::NamedViews::Views m_views; ///< As they are shown.
     mutable BrowserRows m_rows;
+    std::vector<std::wstring> m_filter;
     Renamer m_renamer;
     Shower m_shower;
     QIcon m_assemblyIcon, m_partIcon, m_viewIcon;

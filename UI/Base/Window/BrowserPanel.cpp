@@ -7,7 +7,6 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
@@ -18,12 +17,14 @@
 #include "UI/Base/Window/ContextMenu.h"
 #include "UI/Base/Window/EditedBar.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/Told.h"
 #include "UI/Base/Workspace/Area.h"
 #include "UI/Base/Workspace/LayoutStrategy.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -58,15 +59,30 @@ constexpr const char* kNewNameArgument = "NewName";
 } // namespace
 
 BrowserPanel::BrowserPanel(QWidget* parent)
-    : QWidget(parent), m_tree(new QTreeView(this)), m_model(new BrowserModel(this))
+    : QWidget(parent),
+      m_filter(new QLineEdit(this)),
+      m_tree(new QTreeView(this)),
+      m_model(new BrowserModel(this))
 {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(new EditedBar(this));
+    column->addWidget(m_filter);
     column->addWidget(m_tree, 1);
     if (QWidget* foot = AreaContents::make("BrowserFoot", this))
         column->addWidget(foot);
+    constexpr int kLongest = 200;
+    m_filter->setObjectName(QStringLiteral("browserFilter"));
+    m_filter->setPlaceholderText(told("BrowserFilter", "Filter by name"));
+    m_filter->setAccessibleName(m_filter->placeholderText());
+    m_filter->setClearButtonEnabled(true);
+    m_filter->setMaxLength(kLongest);
+    m_filter->installEventFilter(this);
+    connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& words) {
+        m_model->filter(words);
+        showFound();
+    });
     m_tree->setHeaderHidden(true);
     m_tree->setUniformRowHeights(true);
     m_tree->setIconSize(QSize(kTreeIcon, kTreeIcon));
@@ -77,10 +93,6 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     // A double click on a component edits it, on a named view it looks from there.
     m_tree->setExpandsOnDoubleClick(false);
     m_tree->setModel(m_model);
-    // The style draws the frame of a check box in a tone of the window's colour, which a dark list swallows.
-    QPalette colours = m_tree->palette();
-    colours.setColor(QPalette::Window, colours.color(QPalette::PlaceholderText));
-    m_tree->setPalette(colours);
 
     const auto idOf = [this](const QModelIndex& index) {
         return m_model->data(index, BrowserModel::ComponentIdRole).toString().toStdString();
@@ -144,6 +156,8 @@ void BrowserPanel::show(AssetSession* session)
         m_open.clear();
         m_marks->follow(nullptr);
         m_model->asset(asset);
+        m_filter->clear();
+        m_filter->setEnabled(asset != nullptr);
     }
     if (session != m_marks->session())
         m_marks->follow(session);
@@ -162,6 +176,36 @@ void BrowserPanel::reopen()
     m_tree->expand(m_model->rootIndex());
     // A reset has taken the marks away; what is still there gets them back.
     m_marks->mark(true);
+}
+
+/// Opens the branches that lead to what the filter has found, as far as anybody will look.
+void BrowserPanel::showFound()
+{
+    constexpr size_t kMost = 200;
+    const std::vector<std::string> found = m_model->firstFound(kMost);
+    for (const std::string& id : found)
+        for (QModelIndex above = m_model->indexOf(id).parent(); above.isValid() && !m_tree->isExpanded(above);
+             above = above.parent())
+            m_tree->expand(above);
+    if (!found.empty())
+        m_tree->scrollTo(m_model->indexOf(found.front()));
+}
+
+bool BrowserPanel::pressInFilter(int key)
+{
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    const std::vector<std::string> found = m_model->firstFound(1);
+    if (key == Qt::Key_Escape && !m_filter->text().isEmpty()) {
+        m_filter->clear();
+    } else if ((isEnter || key == Qt::Key_Down) && !found.empty()) {
+        const QModelIndex first = m_model->indexOf(found.front());
+        m_tree->setFocus(Qt::ShortcutFocusReason);
+        m_tree->selectionModel()->setCurrentIndex(first, isEnter ? QItemSelectionModel::ClearAndSelect
+                                                                 : QItemSelectionModel::NoUpdate);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 // What was open, or is selected, when it went away and has come back.
@@ -264,7 +308,10 @@ void BrowserPanel::rename(const QModelIndex& index, const std::wstring& newName)
 
 bool BrowserPanel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() != QEvent::KeyPress || !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Delete))
+    const auto* key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr;
+    if (key && watched == m_filter && pressInFilter(key->key()))
+        return true;
+    if (!key || watched != m_tree || !key->matches(QKeySequence::Delete))
         return QWidget::eventFilter(watched, event);
     removeSelected();
     return true;
@@ -297,8 +344,7 @@ void BrowserPanel::showMenu(const QPoint& place)
             addContextCommand(*menu, *restore);
     addContextCommands(*menu, MarkingMenuEventSource::ESource::Browser);
     if (m_model->flags(index).testFlag(Qt::ItemIsEditable)) {
-        const QAction* rename =
-            menu->addAction(QString::fromStdWString(localized("BrowserRename", "Rename")));
+        const QAction* rename = menu->addAction(told("BrowserRename", "Rename"));
         connect(rename, &QAction::triggered, this,
                 [this, at = QPersistentModelIndex(index)] { m_tree->edit(at); });
     }

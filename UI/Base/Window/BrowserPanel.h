@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 
+class QLineEdit;
 class QTreeView;
 
 namespace Vs {
@@ -21,7 +22,8 @@ class BrowserMarks;
 class BrowserModel;
 class SelectionCommandInput;
 
-/// The tree of the current session's components and named views. What is selected in it is what the session
+/// The tree of the current session's components and named views, with a field above it that leaves those with
+/// certain words in their names. What is selected in it is what the session
 /// has selected, for the commands of the context menu, and lit up in the views. A double click edits a
 /// component by itself, which a bar above the tree then tells, and looks from where a named view does.
 class BrowserPanel : public QWidget, public Browser, private SessionEventSite
@@ -32,6 +34,7 @@ public:
 
     QTreeView* tree() const { return m_tree; }
     BrowserModel* model() const { return m_model; }
+    QLineEdit* filter() const { return m_filter; }
 
     const AssetSession* assetSession() const override;
     void createAndDisplay(const Vs::StrongRef<Vs::LogicalSelection>& selection) override;
@@ -41,6 +44,9 @@ private:
     void sessionPostActivateForAsset(SessionEvent* event) override;
     void show(AssetSession* session);
     void reopen();
+    void showFound();
+    /// A key in the field of the filter; false for those that it has for itself.
+    bool pressInFilter(int key);
     void reopenBelow(const QModelIndex& parent, int first, int last);
     void select();
     /// A click on a row while a tool takes the clicks.
@@ -48,10 +54,10 @@ private:
     void rename(const QModelIndex& index, const std::wstring& newName);
     void edit(const QModelIndex& index, const Vs::Component& component);
     void removeSelected();
-    /// The Delete key of the tree.
     bool eventFilter(QObject* watched, QEvent* event) override;
     void showMenu(const QPoint& place);
 
+    QLineEdit* m_filter;
     QTreeView* m_tree;
     BrowserModel* m_model;
     std::unique_ptr<BrowserMarks> m_marks;

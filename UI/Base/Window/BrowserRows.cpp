@@ -4,6 +4,7 @@
 #include "Server/DataModel/Asset.h"
 
 #include <algorithm>
+#include <cwctype>
 #include <iterator>
 
 namespace Vu {
@@ -18,17 +19,71 @@ std::vector<std::string> sorted(std::vector<std::string> ids)
     return ids;
 }
 
+/// Without a copy of either text: a tree has a hundred thousand of them.
+bool contains(const std::wstring& text, const std::wstring& lowered)
+{
+    return std::search(text.begin(), text.end(), lowered.begin(), lowered.end(), [](wchar_t a, wchar_t b) {
+               return std::towlower(static_cast<wint_t>(a)) == static_cast<wint_t>(b);
+           }) != text.end();
+}
+
+std::vector<std::wstring> lowered(std::vector<std::wstring> words)
+{
+    for (std::wstring& word : words)
+        for (wchar_t& letter : word)
+            letter = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(letter)));
+    return words;
+}
+
 } // namespace
 
 void BrowserRows::asset(const Vs::Asset* asset)
 {
+    m_asset = asset;
+    filter({});
+}
+
+void BrowserRows::filter(const std::vector<std::wstring>& words)
+{
     m_byId.clear();
     m_root.reset();
-    m_asset = asset;
-    if (!asset)
+    m_shown.clear();
+    m_found.clear();
+    m_isFiltered = m_asset && !words.empty();
+    if (!m_asset)
         return;
-    m_root = std::make_unique<Row>(nullptr, asset->components()->id);
+    m_root = std::make_unique<Row>(nullptr, m_asset->components()->id);
     m_byId[m_root->id] = m_root.get();
+    if (!m_isFiltered)
+        return;
+    const std::vector<std::wstring> wanted = lowered(words);
+    for (const auto& child : m_asset->components()->children)
+        collect(*child, wanted, false);
+    m_shown.insert(m_asset->components());
+}
+
+/// Notes what is left of a branch; false if that is nothing.
+bool BrowserRows::collect(const Vs::Component& component, const std::vector<std::wstring>& words,
+                          bool isInFound)
+{
+    const bool isFound =
+        std::ranges::all_of(words, [&](const std::wstring& word) { return contains(component.name, word); });
+    if (isFound)
+        m_found.push_back(&component);
+    bool isShown = isInFound || isFound;
+    for (const auto& child : component.children)
+        isShown |= collect(*child, words, isInFound || isFound);
+    if (isShown)
+        m_shown.insert(&component);
+    return isShown;
+}
+
+std::vector<std::string> BrowserRows::firstFound(size_t most) const
+{
+    std::vector<std::string> ids;
+    for (size_t i = 0; i < std::min(most, m_found.size()); ++i)
+        ids.push_back(m_found[i]->id);
+    return ids;
 }
 
 BrowserRows::Row* BrowserRows::find(const std::string& id) const
@@ -62,7 +117,8 @@ void BrowserRows::learn(Row& row)
         return;
     Run all{0, {}};
     for (const auto& child : shown->children)
-        all.ids.push_back(child->id);
+        if (shows(*child))
+            all.ids.push_back(child->id);
     insert(row, all);
 }
 
@@ -77,7 +133,7 @@ bool BrowserRows::hasChildren(const Row& row) const
     if (row.known)
         return !row.children.empty();
     const Vs::Component* shown = component(row);
-    return shown && !shown->children.empty();
+    return shown && std::ranges::any_of(shown->children, [this](const auto& child) { return shows(*child); });
 }
 
 size_t BrowserRows::place(const Row& parent, const std::string& id) const

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -16,7 +17,7 @@ namespace Vu {
 
 /// The rows that the browser has for an asset's components, of those branches that were looked at. Rows are
 /// told when they come and go, and hold no component: one that is gone from the asset still has its row until
-/// then.
+/// then. A filter leaves rows for some of the components alone.
 class BrowserRows
 {
 public:
@@ -34,8 +35,15 @@ public:
         std::vector<std::string> ids;
     };
 
-    /// Forgets all rows but the root's. Null for no asset.
+    /// Forgets all rows but the root's, and the filter. Null for no asset.
     void asset(const Vs::Asset* asset);
+    /// Leaves the components whose names have all of the words, in whatever case, with all that they hold and
+    /// all that holds them; without words, all components. Forgets all rows but the root's.
+    void filter(const std::vector<std::wstring>& words);
+    bool isFiltered() const { return m_isFiltered; }
+    /// Ids of the first components whose own names pass the filter, in the order of the tree, at most so
+    /// many.
+    std::vector<std::string> firstFound(size_t most) const;
 
     /// Of the asset; only while there is one.
     Row& root() { return *m_root; }
@@ -61,6 +69,8 @@ public:
     void insert(Row& parent, const Run& run);
 
 private:
+    bool collect(const Vs::Component& component, const std::vector<std::wstring>& words, bool isInFound);
+    bool shows(const Vs::Component& component) const { return !m_isFiltered || m_shown.contains(&component); }
     void learn(Row& row);
     void forget(const Row& row);
     size_t place(const Row& parent, const std::string& id) const;
@@ -68,6 +78,9 @@ private:
     const Vs::Asset* m_asset = nullptr;
     std::unique_ptr<Row> m_root;
     std::unordered_map<std::string_view, Row*> m_byId; ///< By Row::id.
+    bool m_isFiltered = false;
+    std::unordered_set<const Vs::Component*> m_shown; ///< All that the filter leaves.
+    std::vector<const Vs::Component*> m_found;        ///< Whose own names pass, in the order of the tree.
 };
 
 } // namespace Vu

@@ -99,7 +99,7 @@ CommandButton::CommandButton(CommandDefinition* definition, const std::wstring& 
     setObjectName(QString::fromStdWString(definition->id()));
     if (m_control)
         m_control->subscribe(this);
-    if (opensMenu(m_control)) {
+    if (opensMenu(*m_definition)) {
         m_menu = new QMenu(this);
         setMenu(m_menu);
         leaveWith(m_menu, this);
@@ -112,6 +112,8 @@ CommandButton::CommandButton(CommandDefinition* definition, const std::wstring& 
         connect(this, &QToolButton::clicked, this, [this] {
             if (auto* button = Vs::cast<ButtonControl>(m_control))
                 button->clicked();
+            else if (m_control)
+                makeOnlyKind(*m_definition);
         });
     }
     draw();

@@ -53,6 +53,9 @@ QString marked(QString title, QString& taken)
     return title.insert(found, QLatin1Char('&'));
 }
 
+/// Other lists hold things, of which there may be one by chance.
+constexpr std::wstring_view kListsOfKinds[] = {L"NewDocumentCommand", L"InsertAssetCommand"};
+
 CommandDefinition* definitionOf(const std::wstring& command)
 {
     return CommandDefinitionMgr::get()->findCommandDefinitionById(command);
@@ -80,9 +83,26 @@ void addItems(QMenu* menu, ListControl* list)
 
 } // namespace
 
-bool opensMenu(const InputControl* control)
+bool opensMenu(CommandDefinition& definition)
 {
-    return Vs::cast<ListControl>(control) || Vs::cast<MenuControl>(control);
+    const InputControl* control = definition.inputControl();
+    return (Vs::cast<ListControl>(control) || Vs::cast<MenuControl>(control)) && !onlyKind(definition);
+}
+
+Info* onlyKind(CommandDefinition& definition)
+{
+    if (std::ranges::find(kListsOfKinds, definition.id()) == std::end(kListsOfKinds))
+        return nullptr;
+    const auto* list = Vs::cast<ListControl>(definition.inputControl());
+    return list && list->items().size() == 1 ? list->items().front() : nullptr;
+}
+
+bool makeOnlyKind(CommandDefinition& definition)
+{
+    Info* kind = onlyKind(definition);
+    if (kind)
+        Vs::cast<ListControl>(definition.inputControl())->selectedItem(kind, true);
+    return kind != nullptr;
 }
 
 MenuHead headOf(const ToolbarItem& item)
@@ -186,7 +206,7 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
                            ? iconOf(info.icon())
                            : iconAt(item.picture.empty() ? MenuBar::get()->pictureOf(command) : item.picture);
     QAction* action = nullptr;
-    if (opensMenu(definition->inputControl())) {
+    if (opensMenu(*definition)) {
         QMenu* entries = addMenu(icon, title);
         connect(entries, &QMenu::aboutToShow, entries, [entries, command] {
             if (CommandDefinition* found = definitionOf(command))
@@ -197,7 +217,8 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
         action = addAction(icon, title);
         connect(action, &QAction::triggered, this, [command, off = item.off, point = m_point] {
             CommandDefinition* opposite = definitionOf(off);
-            if (CommandDefinition* found = applies(opposite) ? opposite : definitionOf(command))
+            CommandDefinition* found = applies(opposite) ? opposite : definitionOf(command);
+            if (found && !makeOnlyKind(*found))
                 found->runByHand(point);
         });
     }

@@ -10,11 +10,17 @@
 namespace Vu {
 
 class CommandDefinition;
+class Info;
 class InputControl;
 struct ToolbarItem;
 
-/// Whether a control is a list or a menu, which opens instead of running.
-bool opensMenu(const InputControl* control);
+/// Whether a command is a list or a menu, which opens instead of running.
+bool opensMenu(CommandDefinition& definition);
+/// What a list of the kinds that can be made offers, if it is one kind alone: then a press makes that, and no
+/// list opens. Null for all others.
+Info* onlyKind(CommandDefinition& definition);
+/// Has the list make it; false if the command offers more than one kind, or something else.
+bool makeOnlyKind(CommandDefinition& definition);
 
 /// Title and picture of a menu that was described.
 struct MenuHead

@@ -57,6 +57,9 @@ DropTarget::DropTarget(QWidget* window) : QWidget(window)
 
 void DropTarget::enter(QDragEnterEvent& event)
 {
+    // A tile that is let go of where it came from.
+    if (event.source())
+        return;
     const Dropped dropped = droppedIn(*event.mimeData());
     if (dropped.files.empty() && !dropped.hasOthers)
         return;

@@ -2,10 +2,10 @@
 
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
-#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/Told.h"
 #include "UI/Base/Workspace/MenuBar.h"
 
 #include <QApplication>
@@ -32,11 +32,6 @@ struct KeyRow
 QString withoutMark(const std::wstring& title)
 {
     return QString::fromStdWString(title).remove(QLatin1Char('&'));
-}
-
-QString told(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
 }
 
 void collect(const std::vector<ToolbarItem>& items, QList<KeyRow>& rows)
@@ -67,10 +62,14 @@ QList<KeyRow> keysOfWindow()
              keyText("Tab") + QStringLiteral("; ") + keyText("Shift+Tab")},
             {told("KeysEnd", "End the tool; then to the view"), keyText("Esc")},
             {told("KeysLine", "Command line"), keyText("Ctrl+L")},
+            {told("KeysFilter", "Filter of the browser"), keyText("Ctrl+F")},
             {told("KeysNotifications", "Notifications"), keyText("Ctrl+Shift+N")},
             {told("KeysTurn", "Turn the view"), QStringLiteral("\u2190 \u2192 \u2191 \u2193")},
             {told("KeysMove", "Move the view"), keyText("Shift+Left") + QStringLiteral(" \u2026")},
             {told("KeysZoom", "Zoom the view"), QStringLiteral("+ \u2212")},
+            {told("KeysPoint", "Point at the next thing in the view"),
+             keyText("Ctrl+Left") + QStringLiteral(" \u2026")},
+            {told("KeysPick", "Select it; with Shift add it"), keyText("Space")},
             {told("KeysThis", "These keys"), QStringLiteral("?")}};
 }
 

@@ -17,9 +17,11 @@
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Window/AreaStage.h"
 #include "UI/Base/Window/BellButton.h"
+#include "UI/Base/Window/BrowserPanel.h"
 #include "UI/Base/Window/CanvasMenu.h"
 #include "UI/Base/Window/CommandBox.h"
 #include "UI/Base/Window/CommandButton.h"
+#include "UI/Base/Window/CommandMenu.h"
 #include "UI/Base/Window/CommandPanel.h"
 #include "UI/Base/Window/DropTarget.h"
 #include "UI/Base/Window/HotKeys.h"
@@ -85,7 +87,8 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
       m_toasts(new ToastStack(this)),
       m_drops(new DropTarget(this)),
       m_panel(new CommandPanel(owner->workspace(), this)),
-      m_keys(std::make_unique<WindowKeys>(*this, *m_panel)),
+      m_keys(std::make_unique<WindowKeys>(*this, *m_panel,
+                                          [this](const QString& text) { message(text, false); })),
       m_stage(new AreaStage({[this](Area& area, QWidget* parent) { return m_contents->make(area, parent); },
                              [this](const QWidget* widget) { return m_contents->isShared(widget); },
                              [this](QWidget* leaving) { m_contents->keepWhatStays(leaving); }},
@@ -181,6 +184,7 @@ void MainWindow::rebuild()
         m_contents->follow(*root, *m_stage);
     tellUnknownCommands();
     m_panel->refresh();
+    m_keys->findView(*statusBar());
     refresh();
 }
 
@@ -258,12 +262,20 @@ void MainWindow::bindHotKeys()
         if (CommandBox* box = m_contents->existingCommandBox(); box && box->isVisible())
             box->edit()->setFocus(Qt::ShortcutFocusReason);
     });
+    HotKeys::add(this, Qt::CTRL | Qt::Key_F, [this] {
+        if (BrowserPanel* panel = m_contents->browser(); panel->isVisible())
+            panel->filter()->setFocus(Qt::ShortcutFocusReason);
+    });
+    for (const Qt::Key arrow : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down})
+        HotKeys::add(this, Qt::CTRL | arrow, [this, arrow] { m_keys->point(arrow); });
     HotKeys::add(this, Qt::Key_Question, [this] { KeysOverlay::toggle(this); });
 }
 
 /// A command that is a list shows it; any other runs.
 void MainWindow::runHotKey(CommandDefinition* definition)
 {
+    if (makeOnlyKind(*definition))
+        return;
     if (!Vs::cast<ListControl>(definition->inputControl())) {
         definition->runByHand(ECommandAccessPoint::HotKey);
         return;
@@ -360,7 +372,11 @@ void MainWindow::keyPressEvent(QKeyEvent* event)
 
 bool MainWindow::focusNextPrevChild(bool next)
 {
-    return m_keys->walks() ? m_panel->walk(next) : QMainWindow::focusNextPrevChild(next);
+    if (m_keys->walks())
+        return m_panel->walk(next);
+    const bool moved = QMainWindow::focusNextPrevChild(next);
+    m_keys->tellIfInView();
+    return moved;
 }
 
 void MainWindow::keyReleaseEvent(QKeyEvent* event)

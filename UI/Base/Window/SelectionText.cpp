@@ -116,7 +116,9 @@ std::wstring sizeText(const Measured& measured, Leaf leaf, double scale)
     return measured.isExact ? text : localizedFormat("SizeAbout", "about %1%", text);
 }
 
-std::wstring textOf(const Vs::LogicalSelection& selection, const Vs::Asset& asset)
+} // namespace
+
+std::wstring selectionText(const Vs::LogicalSelection& selection, const Vs::Asset& asset)
 {
     const Vs::ObjectPath& path = selection.path();
     Vs::Status gone;
@@ -138,8 +140,6 @@ std::wstring textOf(const Vs::LogicalSelection& selection, const Vs::Asset& asse
     return text;
 }
 
-} // namespace
-
 std::wstring selectionText(Vs::SelectionMgr& manager, const Vs::Asset& asset)
 {
     const auto& selections = manager.selectionSet().selections();
@@ -148,7 +148,7 @@ std::wstring selectionText(Vs::SelectionMgr& manager, const Vs::Asset& asset)
     if (selections.size() > 1)
         return localizedFormat("SelectionSeveral", "%1% selected", selections.size());
     const auto* object = Vs::cast<Vs::LogicalSelection>(selections.front().get());
-    return object ? textOf(*object, asset) : std::wstring();
+    return object ? selectionText(*object, asset) : std::wstring();
 }
 
 } // namespace Vu

@@ -97,7 +97,8 @@ void TextField::show(const CommandInputBase& input, bool failed)
 
 bool TextField::eventFilter(QObject* object, QEvent* event)
 {
-    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down &&
+    const auto* key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr;
+    if (key && key->key() == Qt::Key_Down && !(key->modifiers() & Qt::ControlModifier) &&
         m_list->isVisible()) {
         m_list->showMenu();
         return true;

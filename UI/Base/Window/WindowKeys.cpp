@@ -4,6 +4,7 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/Command/KeyEvents.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/GraphicsCanvas.h"
@@ -57,15 +58,48 @@ QWidget* WindowKeys::viewWidget() const
     return widget && widget->window() == &m_window && widget->isVisible() ? widget : nullptr;
 }
 
+bool WindowKeys::isInView() const
+{
+    const QWidget* focus = QApplication::focusWidget();
+    return focus && viewWidget() == focus;
+}
+
+bool WindowKeys::point(int arrow)
+{
+    QWidget* view = viewWidget();
+    if (!view || !m_pointer.point(arrow))
+        return false;
+    // Also out of a field of the panel: what follows is the Space key.
+    view->setFocus(Qt::ShortcutFocusReason);
+    return true;
+}
+
+// Qt hands it on to the next widget that takes it, which then is one of the status bar.
+void WindowKeys::findView(const QWidget& leftovers) const
+{
+    const QWidget* focus = m_window.focusWidget();
+    QWidget* view = viewWidget();
+    if (view && (!focus || !focus->isVisible() || leftovers.isAncestorOf(focus)))
+        view->setFocus(Qt::OtherFocusReason);
+}
+
+void WindowKeys::tellIfInView() const
+{
+    if (isInView())
+        m_tell(QString::fromStdWString(
+            localized("ViewKeysHint", "Arrows turn the view. Ctrl and an arrow point at what lies in that "
+                                      "direction, and Space selects it.")));
+}
+
 bool WindowKeys::press(const QKeyEvent& event)
 {
     const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
     QWidget* view = viewWidget();
-    const bool isInView = view && QApplication::focusWidget() == view;
-    if (isInView && moveViewByKey(event))
+    if (isInView() && (moveViewByKey(event) || m_pointer.click(event)))
         return true;
-    if (event.key() == Qt::Key_Escape && commandRests() && view && !isInView) {
+    if (event.key() == Qt::Key_Escape && commandRests() && view && !isInView()) {
         view->setFocus(Qt::ShortcutFocusReason);
+        tellIfInView();
         return true;
     }
     if (isEnter && m_panel.command())
@@ -92,8 +126,7 @@ bool WindowKeys::release(const QKeyEvent& event)
 
 bool WindowKeys::walks() const
 {
-    const QWidget* focus = QApplication::focusWidget();
-    return m_panel.command() && focus && viewWidget() == focus;
+    return m_panel.command() && isInView();
 }
 
 } // namespace Vu

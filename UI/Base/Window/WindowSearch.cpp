@@ -20,7 +20,9 @@ constexpr const wchar_t* kShowLinesCommand = L"ShowTextCommandsCommand";
 
 void start(MainWindow& window, CommandDefinition& definition)
 {
-    if (!opensMenu(definition.inputControl())) {
+    if (makeOnlyKind(definition))
+        return;
+    if (!opensMenu(definition)) {
         definition.runByHand(ECommandAccessPoint::HotKey);
         return;
     }
