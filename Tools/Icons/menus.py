@@ -39,6 +39,7 @@ picture("Common/Preferences").line(gear(12, 12, 6.2, 8)).tint(circle(12, 12, 2.6
 seen = Cube()
 picture("View/Home").line("M3 12 L12 4 L21 12").tint("M6 11 V20 H18 V11 L12 5.6Z").accent("M6 12 V20 H18 V12") \
     .line("M10 20 V14.5 H14 V20")
+picture("View/SetHome").line("M3 12 L12 4 L21 12", "M6 11 V20 H18 V11").accent(arrow(12, 8.5, 12, 17))
 picture("View/Front").line(seen.edges()).tint(seen.left_face(), opacity=0.7).accent(seen.left_face())
 picture("View/Right").line(seen.edges()).tint(seen.right_face(), opacity=0.7).accent(seen.right_face())
 picture("View/Top").line(seen.edges()).tint(seen.top_face(), opacity=0.7).accent(seen.top_face())

@@ -124,7 +124,7 @@ void ShareSheetsCmd::onExecute(Vs::Status& status)
     const ShareWay* way = wayNamed(name);
     if (!way) {
         status.addError(localizedFormat("ShareUnknownWay",
-                                        "\"%1%\" is no way to share a picture. CmdId is one of %2%.", name,
+                                        "A picture can't be shared by \"%1%\". CmdId is one of %2%.", name,
                                         allNames()));
         return;
     }

@@ -4,8 +4,8 @@
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/AutoSave/QTFileRecoveryListWidget.h"
 #include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
-#include "UI/Commands/Localized.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -17,11 +17,6 @@ namespace {
 
 constexpr int kHeight = 180;
 
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
-
 } // namespace
 
 QTFileRecovery::QTFileRecovery(QWidget* parent)
@@ -30,17 +25,17 @@ QTFileRecovery::QTFileRecovery(QWidget* parent)
 {
     setObjectName(QStringLiteral("fileRecovery"));
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(text("FileRecovery", "File Recovery"));
+    setWindowTitle(told("FileRecovery", "File Recovery"));
     auto* column = new QVBoxLayout(this);
     column->addWidget(PlainText::label(
-        this, text("FileRecoveryLabel", "Following files have been recovered from auto-save directory. Click "
+        this, told("FileRecoveryLabel", "Following files have been recovered from auto-save directory. Click "
                                         "the\nfile to save or delete the auto-saved files")));
     m_list = new QTFileRecoveryListWidget(this);
     m_list->fill();
     column->addWidget(m_list);
     auto* row = new QHBoxLayout;
     row->addStretch();
-    auto* close = new QPushButton(text("FileRecoveryClose", "Close"), this);
+    auto* close = new QPushButton(told("FileRecoveryClose", "Close"), this);
     close->setAutoDefault(false);
     row->addWidget(close);
     column->addLayout(row);

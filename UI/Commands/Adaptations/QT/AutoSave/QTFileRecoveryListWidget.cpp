@@ -2,8 +2,8 @@
 
 #include "UI/Base/Session/WelcomeScreen.h"
 #include "UI/Commands/Adaptations/QT/AutoSave/QTFileRecoveryListWidgetItem.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/AutoSave/RecoveryFiles.h"
-#include "UI/Commands/Localized.h"
 
 #include <QKeyEvent>
 #include <QMenu>
@@ -14,20 +14,14 @@
 
 namespace Vu::Commands {
 namespace {
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
-
 } // namespace
 
 QTFileRecoveryListWidget::QTFileRecoveryListWidget(QWidget* parent)
     : QListWidget(parent),
       m_menu(new QMenu(this)),
-      m_open(m_menu->addAction(text("RecoveryOpen", "Open"))),
-      m_saveAs(m_menu->addAction(text("RecoverySaveAs", "Save As..."))),
-      m_delete(m_menu->addAction(text("RecoveryDelete", "Delete")))
+      m_open(m_menu->addAction(told("RecoveryOpen", "Open"))),
+      m_saveAs(m_menu->addAction(told("RecoverySaveAs", "Save As..."))),
+      m_delete(m_menu->addAction(told("RecoveryDelete", "Delete")))
 {
     setObjectName(QStringLiteral("recoveryFiles"));
     setSelectionMode(QAbstractItemView::ExtendedSelection);

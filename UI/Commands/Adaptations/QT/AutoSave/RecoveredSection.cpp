@@ -5,6 +5,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
 #include "UI/Commands/AutoSave/RecoveryFiles.h"
 #include "UI/Commands/Localized.h"
@@ -23,17 +24,12 @@ namespace {
 constexpr int kIconSize = 32, kSpacing = 12, kRowSpacing = 8;
 constexpr size_t kMostRows = 8; // the dialog shows them all
 
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
-
 QString noteOf(const Vs::AutoSavedFileInfo& file)
 {
     QString note = QString::fromStdWString(
         localizedFormat("RecoveredTime", "Auto-saved on %1%", RecoveryFiles::timeOf(file)));
     if (file.isOlder())
-        note += u' ' + text("RecoveredOlder", "(the last file is damaged; this is the one before)");
+        note += u' ' + told("RecoveredOlder", "(the last file is damaged; this is the one before)");
     return note;
 }
 
@@ -67,7 +63,7 @@ QLayout* makeTexts(const Vs::AutoSavedFileInfo& file, QWidget* parent)
 
 } // namespace
 
-RecoveredSection::RecoveredSection(QWidget* parent) : TileSection(text("HomeRecovered", "Recovered"), parent)
+RecoveredSection::RecoveredSection(QWidget* parent) : TileSection(told("HomeRecovered", "Recovered"), parent)
 {
     setObjectName(QStringLiteral("recoveredFiles"));
     hide();
@@ -138,9 +134,9 @@ QWidget* RecoveredSection::makeRow(const Vs::AutoSavedFileInfo& file, QWidget* p
         connect(made, &QPushButton::clicked, this,
                 [this, file, action] { QTimer::singleShot(0, this, [file, action] { action(file); }); });
     };
-    button("open", text("RecoveryOpen", "Open"), RecoveryFiles::open);
-    button("saveAs", text("RecoverySaveAs", "Save As..."), RecoveryFiles::saveAs);
-    button("delete", text("RecoveryDelete", "Delete"), RecoveryFiles::remove);
+    button("open", told("RecoveryOpen", "Open"), RecoveryFiles::open);
+    button("saveAs", told("RecoverySaveAs", "Save As..."), RecoveryFiles::saveAs);
+    button("delete", told("RecoveryDelete", "Delete"), RecoveryFiles::remove);
     return row;
 }
 

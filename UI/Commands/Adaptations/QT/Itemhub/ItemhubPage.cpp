@@ -5,6 +5,7 @@
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/PreferencesPage.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/Itemhub/DashboardRequests.h"
 #include "UI/Commands/Itemhub/ItemhubNotifyMessageCmd.h"
 #include "UI/Commands/Itemhub/ItemhubSessionCmds.h"
@@ -19,11 +20,6 @@ namespace {
 
 using State = Vs::UploadQueuedFileInfo::State;
 using Vs::ItemhubUtilities;
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 std::wstring accountText()
 {
@@ -69,13 +65,13 @@ ItemhubPage::ItemhubPage(QWidget* parent)
       m_account(addText("Account")),
       m_sign(addButton("Sign", {}))
 {
-    addHead(text("ItemhubPageToSend", "Not sent yet"));
+    addHead(told("ItemhubPageToSend", "Not sent yet"));
     m_pending = addText("Pending");
-    m_send = addButton("Send", text("ItemhubPageSend", "Send Now"));
-    m_snapshots = addChoice("Snapshots", text("ItemhubPageSnapshots",
+    m_send = addButton("Send", told("ItemhubPageSend", "Send Now"));
+    m_snapshots = addChoice("Snapshots", told("ItemhubPageSnapshots",
                                               "Attach what was saved automatically to the items as well"));
     m_trusted =
-        addChoice("Trusted", text("ItemhubPageTrusted",
+        addChoice("Trusted", told("ItemhubPageTrusted",
                                   "Do what the service's page in the browser asks for without a question"));
     connect(m_trusted, &QCheckBox::clicked, this, &DashboardRequests::trust);
     connect(onOff(), &QCheckBox::clicked, this,
@@ -110,8 +106,8 @@ void ItemhubPage::refresh()
     if (!showRest(options->itemhubDisabled(), service->ItemhubDisabled()))
         return;
     m_account->setText(QString::fromStdWString(accountText()));
-    m_sign->setText(service->isAuthenticated() ? text("ItemhubPageSignOut", "Sign Out")
-                                               : text("ItemhubPageSignIn", "Sign In..."));
+    m_sign->setText(service->isAuthenticated() ? told("ItemhubPageSignOut", "Sign Out")
+                                               : told("ItemhubPageSignIn", "Sign In..."));
     const std::vector<Vs::UploadQueuedFileInfo> pending = service->pendingUploads();
     m_pending->setText(QString::fromStdWString(pendingText(pending)));
     keepKeyboard(m_send, !pending.empty(), m_sign);

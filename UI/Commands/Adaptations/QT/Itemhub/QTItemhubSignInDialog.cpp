@@ -8,6 +8,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/Itemhub/ItemhubSessionCmds.h"
 #include "UI/Commands/Localized.h"
 
@@ -28,11 +29,6 @@ namespace {
 using Vs::ItemhubUtilities;
 
 constexpr int kBorder = 20, kSpacing = 12, kWidth = 460;
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 QString named(const char* key, const char* english)
 {
@@ -87,12 +83,12 @@ QTItemhubSignInDialog::~QTItemhubSignInDialog()
 
 QWidget* QTItemhubSignInDialog::makeOwn()
 {
-    auto* part = new QGroupBox(text("ItemhubOwn", "On this computer"), this);
+    auto* part = new QGroupBox(told("ItemhubOwn", "On this computer"), this);
     auto* column = new QVBoxLayout(part);
     column->addWidget(wrapped(
-        part, text("ItemhubOwnWhat",
+        part, told("ItemhubOwnWhat",
                    "For one person: the items are kept in your profile, and nobody else sees them.")));
-    m_own = new QPushButton(text("ItemhubUseOwn", "Use This Computer"), part);
+    m_own = new QPushButton(told("ItemhubUseOwn", "Use This Computer"), part);
     m_own->setObjectName(QStringLiteral("itemhubOwn"));
     m_own->setAutoDefault(false);
     column->addWidget(m_own, 0, Qt::AlignLeft);
@@ -114,28 +110,28 @@ QLineEdit* QTItemhubSignInDialog::field(QFormLayout* form, const char* name, con
 
 QWidget* QTItemhubSignInDialog::makeTeams()
 {
-    auto* part = new QGroupBox(text("ItemhubTeams", "Of a team"), this);
+    auto* part = new QGroupBox(told("ItemhubTeams", "Of a team"), this);
     auto* form = new QFormLayout(part);
     form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     const auto* options = Vs::ItemhubOptionGroup::get();
-    m_address = field(form, "itemhubAddress", text("ItemhubAddress", "Address"),
+    m_address = field(form, "itemhubAddress", told("ItemhubAddress", "Address"),
                       QStringLiteral("https://items.example.org"));
-    m_customer = field(form, "itemhubCustomer", text("ItemhubCustomer", "Customer"),
-                       text("ItemhubCustomerHint", "if the service has several"));
-    m_account = field(form, "itemhubAccount", text("ItemhubAccount", "Name"), {});
-    m_password = field(form, "itemhubPassword", text("ItemhubPassword", "Password"), {});
+    m_customer = field(form, "itemhubCustomer", told("ItemhubCustomer", "Customer"),
+                       told("ItemhubCustomerHint", "if the service has several"));
+    m_account = field(form, "itemhubAccount", told("ItemhubAccount", "Name"), {});
+    m_password = field(form, "itemhubPassword", told("ItemhubPassword", "Password"), {});
     m_password->setEchoMode(QLineEdit::Password);
     m_address->setText(QString::fromStdWString(options->service()));
     m_customer->setText(QString::fromStdWString(options->customer()));
     m_account->setText(options->service().empty() ? QString() : QString::fromStdWString(options->account()));
-    m_keep = new QCheckBox(text("ItemhubKeep", "Stay signed in"), part);
+    m_keep = new QCheckBox(told("ItemhubKeep", "Stay signed in"), part);
     m_keep->setChecked(true);
     form->addRow(QString(), m_keep);
     auto* buttons = new QHBoxLayout;
-    m_browser = new QPushButton(text("ItemhubBrowser", "Sign In with the Browser"), part);
+    m_browser = new QPushButton(told("ItemhubBrowser", "Sign In with the Browser"), part);
     m_browser->setObjectName(QStringLiteral("itemhubBrowser"));
     m_browser->setAutoDefault(false);
-    m_signIn = new QPushButton(text("ItemhubSignIn", "Sign In"), part);
+    m_signIn = new QPushButton(told("ItemhubSignIn", "Sign In"), part);
     m_signIn->setObjectName(QStringLiteral("itemhubProceed"));
     m_signIn->setDefault(true);
     buttons->addWidget(m_browser);
@@ -153,7 +149,7 @@ QWidget* QTItemhubSignInDialog::makeButtons()
     auto* row = new QHBoxLayout(part);
     row->setContentsMargins(0, 0, 0, 0);
     row->addStretch(1);
-    auto* cancel = new QPushButton(text("ItemhubCancel", "Cancel"), part);
+    auto* cancel = new QPushButton(told("ItemhubCancel", "Cancel"), part);
     cancel->setAutoDefault(false);
     row->addWidget(cancel);
     connect(cancel, &QPushButton::clicked, this, &QTItemhubSignInDialog::reject);
@@ -224,7 +220,7 @@ void QTItemhubSignInDialog::tryWithoutKeeping(QString& failure)
         if (error.kind() != Failure::Kind::Local || !m_keep->isChecked())
             return;
         m_keep->setChecked(false);
-        failure += u' ' + text("ItemhubWithoutKeeping",
+        failure += u' ' + told("ItemhubWithoutKeeping",
                                "Sign in once more to stay signed in until the program ends.");
     } catch (...) {
         return;

@@ -6,8 +6,8 @@
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Commands/Adaptations/QT/Itemhub/SearchResult.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/Itemhub/ItemhubSessionCmds.h"
-#include "UI/Commands/Localized.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -22,11 +22,6 @@ constexpr int kSide = 2, kGap = 3;
 constexpr int kLeastWidth = 320;
 /// As many as a person looks through; the service is asked for more, so that it is known that there are.
 constexpr int kMostRows = 8;
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 void mark(QWidget* widget, bool selected)
 {
@@ -62,8 +57,8 @@ QTSearchResultPanel::QTSearchResultPanel(QWidget* bar)
     setFocusPolicy(Qt::NoFocus);
     m_message->setWordWrap(true);
     m_message->installEventFilter(this);
-    m_searching->setText(text("ItemhubSearching", "Searching..."));
-    m_more->setText(text("ItemhubMoreFound", "There are more; type more of the name."));
+    m_searching->setText(told("ItemhubSearching", "Searching..."));
+    m_more->setText(told("ItemhubMoreFound", "There are more; type more of the name."));
     connect(m_window, &QObject::destroyed, this, &QTSearchResultPanel::onWndDestroyed);
     m_window->installEventFilter(this);
     m_bar->installEventFilter(this);
@@ -137,7 +132,7 @@ void QTSearchResultPanel::showSection(Section section, bool shown)
 void QTSearchResultPanel::message(const QString& shown, bool offersSignIn)
 {
     const QString offer =
-        offersSignIn ? u' ' + text("ItemhubClickToSignIn", "Click here to sign in.") : QString();
+        offersSignIn ? u' ' + told("ItemhubClickToSignIn", "Click here to sign in.") : QString();
     m_message->setText(shown + offer);
     m_message->setCursor(offersSignIn ? Qt::PointingHandCursor : Qt::ArrowCursor);
     m_offersSignIn = offersSignIn;
@@ -162,7 +157,7 @@ void QTSearchResultPanel::results(const Vs::ItemhubSearchResultsEvent& event, bo
     if (!event.failure().empty())
         message(QString::fromStdWString(event.failure()), nobody);
     else if (items.empty())
-        message(text("ItemhubNothingFound", "Nothing was found."), false);
+        message(told("ItemhubNothingFound", "Nothing was found."), false);
     m_shown.setBit(kMessage, !event.failure().empty() || items.empty());
     m_shown.setBit(kMore, items.size() > kMostRows);
     arrange();

@@ -3,7 +3,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIInternalOptionGroup.h"
 #include "UI/Base/Window/PlainText.h"
-#include "UI/Commands/Localized.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -42,24 +42,19 @@ int kept(const char* option, int fallBack)
     return UIInternalOptionGroup::get()->value(option, fallBack);
 }
 
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
-
 QString currentWindowSize()
 {
-    return text("CurrentDocumentWindowSize", "Current Document Window Size");
+    return told("CurrentDocumentWindowSize", "Current Document Window Size");
 }
 
 QString customSize()
 {
-    return text("CustomSize", "Custom...");
+    return told("CustomSize", "Custom...");
 }
 
 QString inches()
 {
-    return text("Inches", "Inches");
+    return told("Inches", "Inches");
 }
 
 template <class Widget, class... Arguments>
@@ -86,7 +81,7 @@ QTSaveAsImageOptionsDlg::QTSaveAsImageOptionsDlg(ImageOptions* options, QWidget*
       m_model(*options, options->height > 0 ? double(options->width) / options->height : 1.0)
 {
     setObjectName(QStringLiteral("saveAsImageOptions"));
-    setWindowTitle(text("CaptureImage", "Save As"));
+    setWindowTitle(told("CaptureImage", "Save As"));
     build();
     checkBoxTransBgd->setEnabled(!options->transparencyLocked);
     checkBoxTransBgd->setChecked(options->transparentBackground);
@@ -102,10 +97,10 @@ QTSaveAsImageOptionsDlg::~QTSaveAsImageOptionsDlg() = default;
 
 void QTSaveAsImageOptionsDlg::build()
 {
-    groupBoxTop = named<QGroupBox>("groupBoxTop", text("ImageResolution", "Image Resolution"));
-    labelWidth = namedLabel("labelWidth", text("Width", "Width"));
-    labelHeight = namedLabel("labelHeight", text("Height", "Height"));
-    labelReso = namedLabel("labelReso", text("Resolution", "Resolution"));
+    groupBoxTop = named<QGroupBox>("groupBoxTop", told("ImageResolution", "Image Resolution"));
+    labelWidth = namedLabel("labelWidth", told("Width", "Width"));
+    labelHeight = namedLabel("labelHeight", told("Height", "Height"));
+    labelReso = namedLabel("labelReso", told("Resolution", "Resolution"));
     lineEditWidth = named<QLineEdit>("lineEditWidth");
     lineEditHeight = named<QLineEdit>("lineEditHeight");
     lineEditReso = named<QLineEdit>("lineEditReso");
@@ -113,20 +108,20 @@ void QTSaveAsImageOptionsDlg::build()
     comboBoxWidthUnit = named<QComboBox>("comboBoxWidthUnit");
     labelWidthOut = namedLabel("labelWidthOut");
     labelHeightOut = namedLabel("labelHeightOut");
-    labelResoUnit = namedLabel("labelResoUnit", text("PixelsPerInch", "Pixels/Inch"));
+    labelResoUnit = namedLabel("labelResoUnit", told("PixelsPerInch", "Pixels/Inch"));
     labelHeightUnit = namedLabel("labelHeightUnit");
-    checkBoxLockRatio = named<QCheckBox>("checkBoxLockRatio", text("LockAspectRatio", "Lock Aspect Ratio"));
+    checkBoxLockRatio = named<QCheckBox>("checkBoxLockRatio", told("LockAspectRatio", "Lock Aspect Ratio"));
     checkBoxTransBgd =
-        named<QCheckBox>("checkBoxTransBgd", text("TransparentBackground", "Transparent Background"));
+        named<QCheckBox>("checkBoxTransBgd", told("TransparentBackground", "Transparent Background"));
     checkBoxEnableAA =
-        named<QCheckBox>("checkBoxEnableAA", text("EnableAntiAliasing", "Enable Anti-aliasing"));
+        named<QCheckBox>("checkBoxEnableAA", told("EnableAntiAliasing", "Enable Anti-aliasing"));
     buttonBox = named<QDialogButtonBox>("buttonBox", QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
 
     comboBoxSize->addItem(currentWindowSize());
     comboBoxSize->addItem(customSize());
     for (const char* size : kSizes)
         comboBoxSize->addItem(QLatin1String(size));
-    comboBoxWidthUnit->addItems({text("Pixels", "Pixels"), inches()});
+    comboBoxWidthUnit->addItems({told("Pixels", "Pixels"), inches()});
     labelHeightUnit->setText(comboBoxWidthUnit->currentText());
     for (QLineEdit* edit : {lineEditWidth, lineEditHeight})
         edit->setValidator(new QIntValidator(1, int(kLargestImage), edit));

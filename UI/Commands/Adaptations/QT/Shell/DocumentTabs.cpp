@@ -16,9 +16,9 @@
 #include "UI/Base/Window/Theme.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/TabBar.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/Documents/OpenDocumentsCmds.h"
 #include "UI/Commands/Documents/TabCmds.h"
-#include "UI/Commands/Localized.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -36,11 +36,6 @@ const AreaContents kTabs("DocumentTabs", [](QWidget* parent) { return new Docume
 
 constexpr int kButtonIcon = 16;
 
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
-
 std::wstring fileOf(const Vs::Document& document)
 {
     return document.path().empty() ? document.importedFrom() : document.path();
@@ -51,7 +46,7 @@ QString stateOf(const Vs::Document& document)
 {
     QStringList all;
     if (Vs::HeldFiles::holder(&document))
-        all << text("TabReadOnly", "read only");
+        all << told("TabReadOnly", "read only");
     if (const std::wstring remark = DocumentRemark::of(document); !remark.empty())
         all << QString::fromStdWString(remark);
     return all.join(QStringLiteral(", "));
@@ -60,10 +55,10 @@ QString stateOf(const Vs::Document& document)
 QString tooltipOf(const Vs::Document& document, const QString& state)
 {
     const std::wstring file = fileOf(document);
-    QStringList lines{file.empty() ? text("HomeNotSaved", "Not saved yet")
+    QStringList lines{file.empty() ? told("HomeNotSaved", "Not saved yet")
                                    : QString::fromStdWString(FilePlace::shown(file))};
     if (document.isDirty(false))
-        lines << text("HomeChanged", "Changed");
+        lines << told("HomeChanged", "Changed");
     if (const Vs::FileUser* user = Vs::HeldFiles::holder(&document))
         lines << QString::fromStdWString(DocumentWatch::whoHasIt(*user));
     else if (!state.isEmpty())
@@ -76,11 +71,11 @@ QString tooltipOf(const Vs::Document& document, const QString& state)
 DocumentTabs::DocumentTabs(QWidget* parent)
     : QFrame(parent),
       m_bar(new TabBar(this)),
-      m_new(button("newTab", text("TabNew", "New document in a tab of its own"))),
-      m_list(button("tabList", text("TabList", "All open documents")))
+      m_new(button("newTab", told("TabNew", "New document in a tab of its own"))),
+      m_list(button("tabList", told("TabList", "All open documents")))
 {
     setObjectName(QStringLiteral("tabStrip"));
-    m_bar->setAccessibleName(text("TabsOpen", "Open documents"));
+    m_bar->setAccessibleName(told("TabsOpen", "Open documents"));
     m_new->setIcon(glyphIcon(Glyph::Plus));
     m_list->setIcon(glyphIcon(Glyph::Down));
     m_list->setPopupMode(QToolButton::InstantPopup);
@@ -208,7 +203,7 @@ void DocumentTabs::bringTabs(const std::vector<Vs::Document*>& documents)
             std::rotate(place, elsewhere, std::next(elsewhere));
             continue;
         }
-        m_bar->insert(static_cast<int>(i), text("HomeCloseDocument", "Close this document"));
+        m_bar->insert(static_cast<int>(i), told("HomeCloseDocument", "Close this document"));
         m_documents.insert(place, documents[i]);
         m_changed.insert(documents[i]);
     }
@@ -223,7 +218,7 @@ void DocumentTabs::label(int index)
     const QString behind = state.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(state);
     QStringList spoken{name};
     if (changed)
-        spoken << text("HomeChanged", "Changed");
+        spoken << told("HomeChanged", "Changed");
     if (!state.isEmpty())
         spoken << state;
     m_bar->label(index, name + (changed ? QStringLiteral("*") : QString()) + behind,
@@ -265,8 +260,8 @@ void DocumentTabs::showMenu(const QPoint& place)
     Vs::Document* document = m_documents[static_cast<size_t>(index)];
     const QString file = QString::fromStdWString(fileOf(*document));
     QMenu menu(this);
-    const QAction* close = menu.addAction(text("HomeCloseDocument", "Close this document"));
-    QAction* copy = menu.addAction(text("TabCopyPath", "Copy Path"));
+    const QAction* close = menu.addAction(told("HomeCloseDocument", "Close this document"));
+    QAction* copy = menu.addAction(told("TabCopyPath", "Copy Path"));
     copy->setEnabled(!file.isEmpty());
     const QAction* chosen = menu.exec(m_bar->mapToGlobal(place));
     // It may have gone while the menu stood there.

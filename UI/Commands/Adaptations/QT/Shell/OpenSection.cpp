@@ -16,8 +16,8 @@
 #include "UI/Commands/Adaptations/QT/Shell/ForeignPictures.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
-#include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/FindShell.h"
@@ -32,11 +32,6 @@ namespace Vu::Commands {
 namespace {
 
 constexpr uint32_t kPictureSide = 256;
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 /// Behind the click, which came from a tile that the command may take away.
 void run(const std::wstring& command, const Vs::UniqueString* argument, Vs::SerializableObject* object)
@@ -57,7 +52,7 @@ QString nameOf(const Vs::Asset& asset)
 
 } // namespace
 
-OpenSection::OpenSection(QWidget* parent) : TileSection(text("HomeOpenDocuments", "Open documents"), parent)
+OpenSection::OpenSection(QWidget* parent) : TileSection(told("HomeOpenDocuments", "Open documents"), parent)
 {
     setObjectName(QStringLiteral("openDocuments"));
     parent->installEventFilter(this);
@@ -177,7 +172,7 @@ Tile* OpenSection::makeTile(AssetSession& session)
                 run(CloseDocumentCmdDef::info()->key(), CloseDocumentCmdDef::documentSessionArgumentName(),
                     open->documentSession());
         },
-        iconOf(Resources::Close()), text("HomeCloseDocument", "Close this document"));
+        iconOf(Resources::Close()), told("HomeCloseDocument", "Close this document"));
     return tile;
 }
 
@@ -187,12 +182,13 @@ void OpenSection::describe(Tile& tile, const AssetSession& session)
     tile.setText(nameOf(*session.asset()));
     tile.setAccessibleName(tile.text());
     const std::wstring path = document->path().empty() ? document->importedFrom() : document->path();
-    tile.place(path.empty() ? text("HomeNotSaved", "Not saved yet")
+    tile.place(path.empty() ? told("HomeNotSaved", "Not saved yet")
                             : QString::fromStdWString(FilePlace::shown(path)));
+    tile.file(path);
     const auto place = FilePlace::of(path);
     tile.mark(place && place->mark ? iconOf(place->mark) : QIcon());
     const QString remark = QString::fromStdWString(DocumentRemark::of(*document));
-    const QString changed = document->isDirty(false) ? text("HomeChanged", "Changed") : QString();
+    const QString changed = document->isDirty(false) ? told("HomeChanged", "Changed") : QString();
     tile.note(changed.isEmpty() || remark.isEmpty() ? changed + remark
                                                     : changed + QStringLiteral(", ") + remark);
 }

@@ -12,8 +12,8 @@
 #include "UI/Commands/Adaptations/QT/Shell/ForeignPictures.h"
 #include "UI/Commands/Adaptations/QT/Shell/Icons.h"
 #include "UI/Commands/Adaptations/QT/Shell/Tile.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
-#include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 
 #include <QClipboard>
@@ -31,11 +31,6 @@ namespace Vu::Commands {
 namespace {
 
 const std::wstring kOpenFromCloud = L"CloudOpenDocumentCommand";
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 void open(const std::wstring& path)
 {
@@ -107,11 +102,11 @@ QLabel* hint(const QString& content, QWidget* parent)
 } // namespace
 
 RecentSection::RecentSection(QWidget* parent)
-    : TileSection(text("HomeRecentDocuments", "Recent documents"), parent), m_filter(new QLineEdit(this))
+    : TileSection(told("HomeRecentDocuments", "Recent documents"), parent), m_filter(new QLineEdit(this))
 {
     setObjectName(QStringLiteral("recentDocuments"));
     m_filter->setObjectName(QStringLiteral("recentFilter"));
-    m_filter->setPlaceholderText(text("HomeFilter", "Filter by name or folder"));
+    m_filter->setPlaceholderText(told("HomeFilter", "Filter by name or folder"));
     m_filter->setAccessibleName(m_filter->placeholderText());
     m_filter->setClearButtonEnabled(true);
     constexpr int kFilterWidth = 240, kLongest = 200;
@@ -162,12 +157,12 @@ void RecentSection::fill()
     arrange(shown);
     placeholder(
         entries.empty()
-            ? hint(text("HomeEmpty",
+            ? hint(told("HomeEmpty",
                         "Nothing has been worked on here yet. Make a new document, open a model, or drop "
                         "files anywhere on this window: STEP, IGES, BREP, STL, OBJ, glTF and VRML are read "
                         "as well."),
                    this)
-        : shown.empty() ? hint(text("HomeNoneFound", "None of these has that in its name or folder."), this)
+        : shown.empty() ? hint(told("HomeNoneFound", "None of these has that in its name or folder."), this)
                         : nullptr);
 }
 
@@ -184,9 +179,10 @@ Tile* RecentSection::tileOf(const RecentPaths::Entry& entry)
         tile->mark(iconOf(place->mark));
     PlainText::setTooltip(tile, place ? QString::fromStdWString(place->place)
                                       : QDir::toNativeSeparators(file.filePath()));
+    tile->file(path);
     connect(tile, &Tile::clicked, this, [path] { open(path); });
     tile->onRemove([path] { forget(path); }, iconOf(Resources::DeleteMRU()),
-                   text("HomeRemove", "Remove from this list"));
+                   told("HomeRemove", "Remove from this list"));
     tile->onPin([tile, path] { pin(path, !tile->pinned()); });
     tile->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(tile, &Tile::customContextMenuRequested, this, [this, tile, path] { showMenu(*tile, path); });
@@ -198,14 +194,14 @@ void RecentSection::showMenu(Tile& tile, const std::wstring& path)
 {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(text("HomeOpen", "Open"), this, [path] { open(path); });
-    menu->addAction(tile.pinned() ? text("HomeUnpin", "No longer keep at the front")
-                                  : text("HomePin", "Keep at the front of this list"),
+    menu->addAction(told("HomeOpen", "Open"), this, [path] { open(path); });
+    menu->addAction(tile.pinned() ? told("HomeUnpin", "No longer keep at the front")
+                                  : told("HomePin", "Keep at the front of this list"),
                     this, [path, value = !tile.pinned()] { pin(path, value); });
-    menu->addAction(text("HomeCopyPath", "Copy Path"), this,
+    menu->addAction(told("HomeCopyPath", "Copy Path"), this,
                     [path] { QGuiApplication::clipboard()->setText(QString::fromStdWString(path)); });
     menu->addSeparator();
-    menu->addAction(iconOf(Resources::DeleteMRU()), text("HomeRemove", "Remove from this list"), this,
+    menu->addAction(iconOf(Resources::DeleteMRU()), told("HomeRemove", "Remove from this list"), this,
                     [path] { forget(path); });
     menu->popup(QCursor::pos());
 }
@@ -248,8 +244,8 @@ void RecentSection::look(const std::wstring& path)
         // Of what is on the drive, the copy here may have been cleared.
         tile->missing(!file.exists && !isCloud);
         tile->note(file.exists ? dayText(file.modified, QDateTime::currentDateTime())
-                   : isCloud   ? text("HomeOnDrive", "On the drive")
-                               : text("HomeMissing", "This file is no longer there"));
+                   : isCloud   ? told("HomeOnDrive", "On the drive")
+                               : told("HomeMissing", "The file was moved or deleted"));
         tile->picture(file.picture);
     });
 }

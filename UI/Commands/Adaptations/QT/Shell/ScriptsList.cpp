@@ -4,7 +4,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Window/QtIcon.h"
-#include "UI/Commands/Localized.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Transcripts/ReplayTasks.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
@@ -20,11 +20,6 @@ namespace Vu::Commands {
 namespace {
 
 constexpr size_t kMostRows = 6;
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 bool isScript(const std::wstring& path)
 {
@@ -45,7 +40,7 @@ void run(const std::wstring& path)
 
 } // namespace
 
-ScriptsList::ScriptsList(QWidget* parent) : HomeList(text("HomeScripts", "Scripts and recordings"), parent)
+ScriptsList::ScriptsList(QWidget* parent) : HomeList(told("HomeScripts", "Scripts and recordings"), parent)
 {
     addCommands("HomeScripts");
     fill();
@@ -74,7 +69,7 @@ void ScriptsList::fill()
                    [path] { run(path); });
         row->installEventFilter(this);
         row->setContextMenuPolicy(Qt::ActionsContextMenu);
-        auto* remove = new QAction(text("HomeRemove", "Remove from this list"), row);
+        auto* remove = new QAction(told("HomeRemove", "Remove from this list"), row);
         connect(remove, &QAction::triggered, this, [path] { RecentPaths::scripts().remove(path); });
         row->addAction(remove);
         m_used.emplace_back(row, path);

@@ -29,13 +29,15 @@ ShellButton::ShellButton(CommandDefinition* definition, const std::wstring& pict
     setFocusPolicy(Qt::StrongFocus);
     if (m_control)
         m_control->subscribe(this);
-    if (Vs::cast<ListControl>(m_control)) {
+    auto* list = Vs::cast<ListControl>(m_control);
+    const bool offersOneKind = list && list->items().size() == 1;
+    if (list && !offersOneKind) {
         auto* menu = new QMenu(this);
         setMenu(menu);
         setPopupMode(QToolButton::InstantPopup);
         connect(menu, &QMenu::aboutToShow, this, [this] { fillMenu(); });
     } else {
-        connect(this, &QToolButton::clicked, this, [this] { m_definition->onClicked(); });
+        connect(this, &QToolButton::clicked, this, [this, offersOneKind] { press(offersOneKind); });
     }
     CommandContext context = CommandContext::activeContext();
     m_definition->updateInputControl(&context);
@@ -70,6 +72,15 @@ void ShellButton::draw()
     setEnabled(m_control->enabled());
     // Of two commands that share one purpose, only the one that can be used shows.
     setVisible(m_control->visible() && m_control->enabled());
+}
+
+void ShellButton::press(bool makesKind)
+{
+    auto* list = makesKind ? Vs::cast<ListControl>(m_control) : nullptr;
+    if (list && !list->items().empty())
+        list->selectedItem(list->items().front(), true);
+    else if (!makesKind)
+        m_definition->onClicked();
 }
 
 void ShellButton::fillMenu()

@@ -27,6 +27,8 @@ private:
     void inputControlChanged(InputControl*) override { draw(); }
     void inputControlDestroyed(InputControl*) override;
     void draw();
+    /// A list of one kind of thing makes that.
+    void press(bool makesKind);
     void fillMenu();
 
     CommandDefinition* m_definition;

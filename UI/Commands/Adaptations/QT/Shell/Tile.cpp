@@ -2,13 +2,17 @@
 
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
-#include "UI/Commands/Localized.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 #include "UI/Commands/Resources.h"
 
+#include <QApplication>
+#include <QDrag>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QPainterPath>
 #include <QToolButton>
+#include <QUrl>
 
 namespace Vu::Commands {
 namespace {
@@ -21,11 +25,6 @@ constexpr int kFromCorner = 6;
 constexpr int kLineSpacing = 3;
 constexpr double kFaint = 0.45;
 constexpr int kMiddleLightness = 128;
-
-QString told(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 int pictureHeight(int width)
 {
@@ -213,6 +212,40 @@ void Tile::keyPressEvent(QKeyEvent* event)
     } else {
         QAbstractButton::keyPressEvent(event);
     }
+}
+
+void Tile::mousePressEvent(QMouseEvent* event)
+{
+    m_pressed = event->position().toPoint();
+    QAbstractButton::mousePressEvent(event);
+}
+
+void Tile::mouseMoveEvent(QMouseEvent* event)
+{
+    const bool drags =
+        isDown() && !m_file.empty() && !m_missing &&
+        (event->position().toPoint() - m_pressed).manhattanLength() >= QApplication::startDragDistance();
+    if (drags)
+        dragFile();
+    else
+        QAbstractButton::mouseMoveEvent(event);
+}
+
+/// Gives the file as it is on the disk. The release belongs to the drag, so that it presses nothing.
+void Tile::dragFile()
+{
+    setDown(false);
+    auto* data = new QMimeData;
+    data->setUrls({QUrl::fromLocalFile(QString::fromStdWString(m_file))});
+    auto* drag = new QDrag(this);
+    drag->setMimeData(data);
+    constexpr int kDraggedSide = 64;
+    const QPixmap shown =
+        m_picture.isNull() ? m_icon.pixmap(kIconSize)
+                           : QPixmap::fromImage(m_picture.scaled(
+                                 kDraggedSide, kDraggedSide, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    drag->setPixmap(shown);
+    drag->exec(Qt::CopyAction);
 }
 
 void Tile::paintPicture(QPainter& painter, const QRect& rect) const

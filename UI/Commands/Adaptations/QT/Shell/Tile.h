@@ -3,8 +3,10 @@
 #include <QAbstractButton>
 #include <QIcon>
 #include <QImage>
+#include <QPoint>
 
 #include <functional>
+#include <string>
 
 class QToolButton;
 
@@ -39,6 +41,9 @@ public:
 
     /// Gives the tile a small button in its corner, with that tooltip. The tile may be gone afterwards.
     void onRemove(std::function<void()> action, const QIcon& icon, const QString& tooltip);
+    /// The file that a drag out of the tile gives to other programs; one without a path gives none, nor does
+    /// a tile that is missing its thing.
+    void file(const std::wstring& path) { m_file = path; }
     /// Another one beside it. `pinned` tells how it looks.
     void onPin(std::function<void()> action);
     /// A tile that is pinned shows its pin all the time.
@@ -56,10 +61,13 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     QToolButton* makeCornerButton(const char* name, std::function<void()> Tile::*action);
+    void dragFile();
     void paintPicture(QPainter& painter, const QRect& rect) const;
     void paintMark(QPainter& painter) const;
     void paintTexts(QPainter& painter) const;
@@ -71,6 +79,8 @@ private:
     QString m_place, m_note;
     QToolButton *m_remove = nullptr, *m_pin = nullptr;
     std::function<void()> m_onRemove, m_onPin;
+    std::wstring m_file;
+    QPoint m_pressed; ///< Where the button went down last.
     bool m_missing = false;
     bool m_pinned = false;
 };
