@@ -10,8 +10,9 @@ namespace {
 
 // clang-format off
 constexpr DocumentKindRow kDesign        = {"VeloraDocType", "Quillet Design", L".vlra", kDesignAssetType, "Design", &Resources::Design};
-constexpr DocumentKindRow kSimulation    = {"SimulationDocType", "Quillet Simulation", L".vlsim", "SimulationAssetType", "Simulation", &Resources::Simulation};
-constexpr DocumentKindRow kDocumentation = {"DocumentationDocType", "Quillet Documentation", L".vldoc", "DocumentationAssetType", "Documentation", &Resources::Documentation};
+// These bring nothing that a design lacks yet, so nobody is offered a new one; such files open, and lines make them.
+constexpr DocumentKindRow kSimulation    = {"SimulationDocType", "Quillet Simulation", L".vlsim", "SimulationAssetType", "Simulation", &Resources::Simulation, {.hidden = true}};
+constexpr DocumentKindRow kDocumentation = {"DocumentationDocType", "Quillet Documentation", L".vldoc", "DocumentationAssetType", "Documentation", &Resources::Documentation, {.hidden = true}};
 // A document that other documents refer to: it comes with them, and nobody makes or opens one by itself.
 constexpr DocumentKindRow kTorvex        = {"TorvexDocumentType", "Quillet Torvex", L".vltx", "TorvexAssetType", "Torvex", nullptr, {.hidden = true}};
 // clang-format on

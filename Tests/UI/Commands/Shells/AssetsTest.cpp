@@ -150,11 +150,11 @@ TEST_F(AssetsTest, ChoosingATypeFromTheListInsertsIntoTheActiveDocument)
     auto* list = Vs::cast<ListControl>(definition(L"InsertAssetCommand")->inputControl());
     ASSERT_NE(list, nullptr);
     for (Info* item : list->items())
-        if (item->key() == L"DocumentationAssetType")
+        if (item->key() == L"VeloraAssetType")
             list->selectedItem(item, true);
     run(L"");
     EXPECT_EQ(document()->assets(), 2u);
-    EXPECT_EQ(current()->assetTypeIdentifier(), "DocumentationAssetType");
+    EXPECT_EQ(current()->assetTypeIdentifier(), "VeloraAssetType");
 }
 
 TEST_F(AssetsTest, ClosingOneOfTwoAssetsLeavesTheOtherAndWhileThatIsDirtyNothingIsAsked)
