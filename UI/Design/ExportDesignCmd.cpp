@@ -29,7 +29,12 @@ std::wstring proposedName(const Vs::Document& document)
     std::wstring name = document.displayName();
     // What a document is called may be anything; a file's name is no path.
     std::replace(name.begin(), name.end(), L'/', L'_');
-    return name + L".stp";
+    constexpr const wchar_t* kSuffix = L".stp";
+    // Enter must not write over the file that it was made of.
+    const boost::filesystem::path source(document.importedFrom());
+    if (source.filename() == name + kSuffix)
+        name += localized("ExportProposed", " exported");
+    return name + kSuffix;
 }
 
 /// Where a window shows it; a line answers for itself.
