@@ -4,11 +4,8 @@
 //
 //     bench_palette PROFILE [WORD...]
 
+#include "Benchmarks/InProgram.h"
 #include "Benchmarks/Measure.h"
-#include "Server/AddInMgr/AddInMgr.h"
-#include "Server/Base/PathInfo.h"
-#include "UI/Base/Host.h"
-#include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Window/SearchIndex.h"
 #include "UI/Base/Window/SearchPalette.h"
@@ -30,11 +27,7 @@ using Benchmarks::milliseconds;
 struct Times
 {
     std::vector<double> all;
-    double median()
-    {
-        std::ranges::sort(all);
-        return all[all.size() / 2];
-    }
+    double median() const { return Benchmarks::median(all); }
     double most() const { return std::ranges::max(all); }
 };
 
@@ -109,17 +102,9 @@ int main(int argc, char** argv)
 {
     if (argc < 2)
         return 2;
-    Vs::PathInfo::profileDirectory(argv[1]);
-    Vu::installHost();
-    Vu::Application::initialize(argc, argv, true);
-    Vs::Status status;
-    Vs::AddInMgr::get()->loadAddIns(status);
-    Vu::Application::get()->needGui();
     std::vector<std::string> words(argv + 2, argv + argc);
     if (words.empty())
         words = {"export",           "e",          "visibility", "design.box", "kante verrunden",
                  "show the toolbar", "a part with"};
-    measure(words);
-    Vu::Application::get()->shutDown();
-    Vs::AddInMgr::get()->unloadAddIns();
+    Benchmarks::inProgram(argv[1], argc, argv, true, [&] { measure(words); });
 }

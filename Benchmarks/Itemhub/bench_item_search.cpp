@@ -3,13 +3,10 @@
 //
 //     bench_item_search PROFILE ADDRESS TOKEN WORD...
 
+#include "Benchmarks/InProgram.h"
 #include "Benchmarks/Measure.h"
-#include "Server/AddInMgr/AddInMgr.h"
-#include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
-#include "UI/Base/Host.h"
-#include "UI/Base/Program/Application.h"
 #include "UI/Commands/Adaptations/QT/Itemhub/ItemhubSearchHandler.h"
 #include "UI/Commands/Adaptations/QT/Itemhub/QTSearchBar.h"
 #include "UI/Commands/Adaptations/QT/Itemhub/QTSearchResultPanel.h"
@@ -26,12 +23,7 @@
 namespace {
 
 using namespace Vu::Commands;
-
-double median(std::vector<double> times)
-{
-    std::ranges::sort(times);
-    return times[times.size() / 2];
-}
+using Benchmarks::median;
 
 void type(QLineEdit& edit, QChar letter)
 {
@@ -98,23 +90,19 @@ int main(int argc, char** argv)
 {
     if (argc < 5)
         return 2;
-    Vs::PathInfo::profileDirectory(argv[1]);
-    Vu::installHost();
-    Vu::Application::initialize(argc, argv, true);
-    Vs::Status status;
-    Vs::AddInMgr::get()->loadAddIns(status);
-    Vu::Application::get()->needGui();
-    Vs::Itemhub::Access access;
-    access.address = argv[2];
-    access.token = argv[3];
-    try {
-        if (!Vs::ItemhubUtilities::get()->signIn(access, false))
-            return 1;
-        measure({argv + 4, argv + argc});
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "%s\n", failure.what());
-        return 1;
-    }
-    Vu::Application::get()->shutDown();
-    Vs::AddInMgr::get()->unloadAddIns();
+    int result = 1;
+    Benchmarks::inProgram(argv[1], argc, argv, true, [&] {
+        Vs::Itemhub::Access access;
+        access.address = argv[2];
+        access.token = argv[3];
+        try {
+            if (!Vs::ItemhubUtilities::get()->signIn(access, false))
+                return;
+            measure({argv + 4, argv + argc});
+            result = 0;
+        } catch (const std::exception& failure) {
+            std::fprintf(stderr, "%s\n", failure.what());
+        }
+    });
+    return result;
 }

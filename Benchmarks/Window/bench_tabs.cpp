@@ -5,17 +5,14 @@
 //
 //     bench_tabs PROFILE
 
+#include "Benchmarks/InProgram.h"
 #include "Benchmarks/Measure.h"
-#include "Server/AddInMgr/AddInMgr.h"
-#include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Transaction.h"
-#include "UI/Base/Host.h"
-#include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Window/PropertyValues.h"
@@ -88,8 +85,7 @@ double median(Work work)
         work(i);
         times.push_back(processorTime() - begin);
     }
-    std::ranges::sort(times);
-    return times[times.size() / 2];
+    return Benchmarks::median(std::move(times));
 }
 
 struct Figures
@@ -119,8 +115,7 @@ Figures measure(QTabBar& tabs)
         first.push_back(processorTime() - begin);
         settle();
     });
-    std::ranges::sort(first);
-    return {frame, change, first[first.size() / 2], all};
+    return {frame, change, Benchmarks::median(std::move(first)), all};
 }
 
 void measureProperties()
@@ -133,17 +128,8 @@ void measureProperties()
     std::printf("properties of %zu selected parts: %.2f ms\n", kParts, read);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void measureAll()
 {
-    if (argc < 2)
-        return 2;
-    Vs::PathInfo::profileDirectory(argv[1]);
-    Vu::installHost();
-    Vu::Application::initialize(argc, argv, false);
-    Vs::Status status;
-    Vs::AddInMgr::get()->loadAddIns(status);
     Vu::WorkspaceWindow* window = Vu::WorkspaceMgr::get()->create()->window();
     window->show();
     // Nothing is drawn before the window system shows the window.
@@ -154,7 +140,7 @@ int main(int argc, char** argv)
     settle();
     auto* tabs = window->widget()->findChild<QTabBar*>(QStringLiteral("documentTabs"));
     if (!tabs || tabs->count() != 2)
-        return 1;
+        std::exit(1);
     std::printf("%10s %12s %14s %14s %14s %10s\n", "documents", "picture ms", "changed ms", "first ms",
                 "all ms", "pictures");
     for (const int open : {2, 10, 50, 200}) {
@@ -166,6 +152,13 @@ int main(int argc, char** argv)
         std::fflush(stdout);
     }
     measureProperties();
-    Vu::Application::get()->shutDown();
-    Vs::AddInMgr::get()->unloadAddIns();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc < 2)
+        return 2;
+    Benchmarks::inProgram(argv[1], argc, argv, false, measureAll);
 }
