@@ -20,6 +20,7 @@
 #include "UI/Base/Window/BandWidget.h"
 #include "UI/Base/Window/CoveredParts.h"
 #include "UI/Base/Window/FocusFrame.h"
+#include "UI/Base/Window/KeyboardHold.h"
 #include "UI/Base/Window/QtDisplay.h"
 
 #include <QApplication>
@@ -386,10 +387,12 @@ bool platformHasOpenGL()
 QWidget* makeWidget(GraphicsCanvas* canvas, QWidget* parent)
 {
     QWidget* widget = nullptr;
-    if (platformHasOpenGL())
+    if (platformHasOpenGL()) {
+        const KeyboardHold hold(parent->window());
         widget = new GlCanvas(canvas, parent);
-    else
+    } else {
         widget = new PaintedCanvas(canvas, parent);
+    }
     new FocusFrame(widget);
     return widget;
 }

@@ -7,8 +7,10 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Window/KeyboardHold.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Window/TypedAhead.h"
 
 #include <QFontDatabase>
 #include <QKeyEvent>
@@ -354,6 +356,12 @@ void CommandBox::run()
     if (line.isEmpty() || ProgressBar::get()->busy())
         return;
     m_printed = false;
+    // The line stands here until it has run, and goes then with all that would have come behind it.
+    const TypedAhead::Hold typed;
+    const QPointer<CommandBox> self = this;
+    KeyboardHold::handOut(*window());
+    if (!self)
+        return;
     const Vs::TextCommandResult result =
         Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line.toStdWString(), true);
     // Now that it is known what of it was a secret.

@@ -11,12 +11,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
-#include <QTimer>
 #include <QToolButton>
-#include <QWindow>
 
 #include <algorithm>
-#include <utility>
 
 namespace Vu {
 namespace {
@@ -25,11 +22,6 @@ constexpr int kBarHeight = 14;
 constexpr int kSteps = 1000;
 /// A file's long name must not make the window wider.
 constexpr int kLongestText = 420;
-
-bool fieldHasKeyboard()
-{
-    return qobject_cast<QLineEdit*>(QApplication::focusWidget());
-}
 } // namespace
 
 ProgressPanel::ProgressPanel(QWidget* parent)
@@ -118,28 +110,8 @@ BusyFilter::BusyFilter(ProgressPanel* panel) : m_panel(panel)
 
 BusyFilter::~BusyFilter()
 {
-    if (!qApp)
-        return;
-    qApp->removeEventFilter(this);
-    if (!m_typed.keys.empty())
-        QTimer::singleShot(0, qApp, [typed = std::make_shared<Typed>(std::move(m_typed))] { typed->send(); });
-}
-
-// The window may have got another native one meanwhile.
-void BusyFilter::Typed::send() const
-{
-    for (const auto& key : keys)
-        if (window && window->windowHandle())
-            QCoreApplication::sendEvent(window->windowHandle(), key.get());
-}
-
-// Events come to the native window first, which hands them on to whatever has the focus.
-void BusyFilter::keep(const QObject* object, const QEvent& event)
-{
-    if (!object->isWindowType() || !fieldHasKeyboard())
-        return;
-    m_typed.window = QApplication::focusWidget()->window();
-    m_typed.keys.emplace_back(event.clone());
+    if (qApp)
+        qApp->removeEventFilter(this);
 }
 
 bool BusyFilter::eventFilter(QObject* object, QEvent* event)
@@ -149,14 +121,13 @@ bool BusyFilter::eventFilter(QObject* object, QEvent* event)
         return false;
     switch (event->type()) {
     case QEvent::KeyPress:
-        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
-            m_panel->cancel();
-        else
-            keep(object, *event);
+        if (static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+            return !TypedAhead::goesIntoField(object);
+        m_panel->cancel();
         return true;
     case QEvent::ShortcutOverride:
         // Otherwise a letter that is a hot key as well never comes as a key.
-        return !fieldHasKeyboard();
+        return !qobject_cast<QLineEdit*>(QApplication::focusWidget());
     case QEvent::KeyRelease:
     case QEvent::Shortcut:
     case QEvent::Wheel:

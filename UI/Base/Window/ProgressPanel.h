@@ -1,11 +1,11 @@
 #pragma once
 
+#include "UI/Base/Window/TypedAhead.h"
+
 #include <QEvent>
 #include <QObject>
-#include <QPointer>
 #include <QWidget>
 
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -51,7 +51,7 @@ private:
 
 /// Keeps the person's events away from everything but the cancel buttons for as long as it lives; Escape
 /// cancels. What is typed into a field meanwhile comes there afterwards: a preview that takes long must not
-/// eat the rest of a number, nor a file that is opened the next line.
+/// eat the rest of a number, nor a file that is opened the next line (TypedAhead).
 class BusyFilter : public QObject
 {
 public:
@@ -62,17 +62,8 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    /// The keys that were pressed in one window, in their order.
-    struct Typed
-    {
-        QPointer<QWidget> window;
-        std::vector<std::unique_ptr<QEvent>> keys;
-        void send() const;
-    };
-    void keep(const QObject* object, const QEvent& event);
-
     ProgressPanel* m_panel;
-    Typed m_typed;
+    TypedAhead::Hold m_hold;
 };
 
 } // namespace Vu

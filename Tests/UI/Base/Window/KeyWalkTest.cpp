@@ -1,6 +1,6 @@
 // One session by the keyboard alone, on a real display: open an assembly, turn it, measure a hole, hide a
 // plate, round an edge, export, save and open again. Only the names of files are given by the test, since the
-// dialogs that ask for them are the toolkit's.
+// dialogs that ask for them are the toolkit's. Besides, what is typed while the window is made anew.
 
 #include "Server/AddInMgr/AddInMgr.h"
 #include "Server/Base/PathInfo.h"
@@ -31,6 +31,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QProcess>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -56,8 +57,6 @@ protected:
     {
         if (!std::getenv("DISPLAY"))
             GTEST_SKIP() << "NOTICE: no display to show a window on";
-        if (TestSupport::realDataFolder().empty())
-            GTEST_SKIP() << "NOTICE: no real CAD files";
         Vs::PathInfo::profileDirectory(m_folder.path() / "profile");
         installHost();
         static int count = 1;
@@ -186,12 +185,41 @@ protected:
         return false;
     }
 
+    /// What the display server has a real keyboard do.
+    static bool xdotool(const QStringList& arguments)
+    {
+        return QProcess::execute(QStringLiteral("xdotool"), arguments) == 0;
+    }
+    /// The line opens the first document, whose canvas has the toolkit make the native window anew.
+    static void typeBehindALineThatOpensTheFirstDocument()
+    {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window(), 60000));
+        key(Qt::Key_L, Qt::ControlModifier);
+        const auto* line = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+        ASSERT_NE(line, nullptr);
+        const WId before = window()->winId();
+        QString typed;
+        for (int i = 0; i < 9; ++i)
+            typed += QStringLiteral("%1fhv ").arg(i); // letters that are hot keys of the view
+        QProcess typist;
+        typist.start(QStringLiteral("xdotool"),
+                     QStringLiteral("type --args 1 Design.Sample key Return type --delay 40").split(u' ')
+                         << typed);
+        EXPECT_TRUE(becomes(
+            [&] { return typist.state() == QProcess::NotRunning && line->text().endsWith(typed.last(5)); }));
+        EXPECT_EQ(line->text().toStdString(), typed.toStdString());
+        if (window()->winId() == before)
+            GTEST_SKIP() << "NOTICE: no display with OpenGL to show a window on";
+    }
+
     TestSupport::ScratchFolder m_folder;
     bool m_started = false;
 };
 
 TEST_F(KeyWalkTest, AnAssemblyIsTurnedMeasuredChangedExportedSavedAndOpenedAgain)
 {
+    if (TestSupport::realDataFolder().empty())
+        GTEST_SKIP() << "NOTICE: no real CAD files";
     const boost::filesystem::path model = m_folder.path() / "walk.vlra", step = m_folder.path() / "walk.stp";
     nextFile(TestSupport::realDataFolder() / "as1-oc-214.stp");
     key(Qt::Key_O, Qt::ControlModifier);
@@ -251,6 +279,26 @@ TEST_F(KeyWalkTest, AnAssemblyIsTurnedMeasuredChangedExportedSavedAndOpenedAgain
     EXPECT_FALSE(component(L"as1/plate_1")->visible);
     EXPECT_EQ(facesOfBracket(), faces + 1);
     EXPECT_TRUE(becomes(isFramed));
+}
+
+TEST_F(KeyWalkTest, WhatIsTypedWhileTheFirstCanvasIsMadeComesIntoTheCommandLine)
+{
+    ASSERT_TRUE(xdotool({QStringLiteral("windowfocus"), QString::number(window()->winId())}));
+    typeBehindALineThatOpensTheFirstDocument();
+}
+
+TEST_F(KeyWalkTest, WhatIsTypedWhileTheFirstCanvasIsMadeComesThroughAWindowManager)
+{
+    QProcess manager;
+    manager.start(QStringLiteral("openbox"), {});
+    if (!manager.waitForStarted())
+        GTEST_SKIP() << "NOTICE: openbox is not installed";
+    EXPECT_TRUE(becomes([] {
+        return xdotool({QStringLiteral("windowactivate"), QString::number(window()->winId())});
+    }));
+    typeBehindALineThatOpensTheFirstDocument();
+    manager.terminate();
+    manager.waitForFinished();
 }
 
 } // namespace
