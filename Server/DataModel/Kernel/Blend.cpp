@@ -79,19 +79,18 @@ MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vec
     const LongWorkEnd end =
         runLongWork(ProgressText::changing(name), [&](const Handle(Message_ProgressIndicator)&) {
             try {
-                operation = makeOperation(kind, body, edges, size, name);
-                operation->Build();
-                if (!operation->IsDone())
+                const auto made = makeOperation(kind, body, edges, size, name);
+                made->Build();
+                if (!made->IsDone())
                     return;
                 // The kernel wraps a single solid up.
-                result = body.ShapeType() == TopAbs_SOLID ? solidsOf(operation->Shape()) : operation->Shape();
+                result = body.ShapeType() == TopAbs_SOLID ? solidsOf(made->Shape()) : made->Shape();
                 sound = isSound(result, body);
+                operation = made;
             } catch (const Standard_Failure&) {
                 // It throws, as a rule, where there is no room.
             }
         });
-    if (end.abandoned)
-        keepForever(operation);
     if (end.fault)
         throw EditError(*end.fault, name);
     if (!sound)

@@ -134,16 +134,16 @@ private:
 MadeShape combinedAtOnce(Kind kind, const TopoDS_Shape& target, const std::vector<TopoDS_Shape>& tools,
                          const std::wstring& name)
 {
-    const auto combination = std::make_shared<Combination>(kind, target, tools);
+    std::shared_ptr<Combination> combination;
     bool sound = false;
     const LongWorkEnd end =
         runLongWork(ProgressText::changing(name), [&](const Handle(Message_ProgressIndicator) & progress) {
+            const auto made = std::make_shared<Combination>(kind, target, tools);
             // Surfaces that should lie on each other, and don't quite, meet at a tolerance.
             for (const double tolerance : {0.0, 1e-5, 1e-3})
-                sound = sound || combination->run(tolerance, progress);
+                sound = sound || made->run(tolerance, progress);
+            combination = made;
         });
-    if (end.abandoned)
-        keepForever(combination);
     if (end.fault)
         throw EditError(*end.fault, name);
     if (!sound)

@@ -9,8 +9,9 @@ namespace Vs::Kernel {
 
 /// Keeps the program alive when the kernel breaks down in a thread by a signal, such as that of an address
 /// that isn't there, and stops a kernel that doesn't come to an end: the thread stands still for good then,
-/// with all that it holds. It isn't unwound, since the kernel has lists of what stands on the stacks of
-/// threads. A guard is for one thread, which makes no threads of its own.
+/// with all that it holds. It isn't unwound from wherever it happens to be, since the kernel has lists of
+/// what stands on the stacks of threads (MemoryStop does that where it can be done). A guard is for one
+/// thread, which makes no threads of its own.
 class [[nodiscard]] CrashGuard
 {
 public:

@@ -3,6 +3,7 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/Require.h"
 #include "Server/DataModel/Kernel/CrashGuard.h"
+#include "Server/DataModel/Kernel/MemoryStop.h"
 
 #include <atomic>
 #include <chrono>
@@ -24,8 +25,9 @@ using Clock = std::chrono::steady_clock;
 constexpr auto kQuiet = 400ms;
 constexpr auto kBetweenLooks = 40ms;
 constexpr auto kLongest = 2min;
-/// How long the kernel has to stop by itself.
-constexpr auto kGrace = 500ms;
+/// How long the kernel has to stop by itself, and then for lack of memory, which also takes apart what it
+/// made.
+constexpr Clock::duration kGrace = 500ms, kUnwinding = 3s;
 
 class StopSign : public Message_ProgressIndicator
 {
@@ -49,7 +51,10 @@ public:
         : m_thread([this, &work] {
               const CrashGuard::Guarded guarded(m_guard);
               try {
+                  const MemoryStop::Heeded heeded(m_memory);
                   work();
+              } catch (const MemoryStop::Stopped&) {
+                  // Whoever stopped it knows.
               } catch (...) {
                   m_thrown = std::current_exception();
               }
@@ -74,6 +79,9 @@ public:
         std::unique_lock lock(m_mutex);
         return m_ended.wait_for(lock, time, [this] { return m_done; }) || stands();
     }
+    /// It comes to its end as soon as it asks for memory.
+    void refuseMemory() { m_memory.stop(); }
+    /// It stands still, for good.
     void stop() { m_guard.stop(m_thread.native_handle()); }
     bool stands() const { return m_guard.stands(); }
     /// After the end.
@@ -81,6 +89,7 @@ public:
 
 private:
     CrashGuard m_guard;
+    MemoryStop m_memory;
     std::mutex m_mutex;
     std::condition_variable m_ended;
     bool m_done = false;
@@ -135,7 +144,10 @@ LongWorkEnd runGuardedWork(const std::function<bool(double)>& goOn, const LongWo
     end.fault = watch(worker, *sign, goOn);
     if (end.fault) {
         sign->stop();
-        for (auto wait = Clock::duration(kGrace); !worker.isOverWithin(wait); wait = kBetweenLooks)
+        if (!worker.isOverWithin(kGrace))
+            worker.refuseMemory();
+
+        for (Clock::duration wait = kUnwinding; !worker.isOverWithin(wait); wait = kBetweenLooks)
             worker.stop();
     }
     end.abandoned = worker.stands();

@@ -22,12 +22,14 @@ struct LongWorkEnd
 /// Keeps a thing from ever being taken apart. Any thread.
 void keepForever(std::shared_ptr<void> thing);
 
+/// What it makes belongs to itself until it's complete: taken apart half made, it could break down as well.
 using LongWorkBody = std::function<void(const Handle(Message_ProgressIndicator)&)>;
 
 /// Runs work that may break down (CrashGuard), take long or come to no end on a thread of its own. Where it
 /// isn't done at once, the caller's thread shows progress under that title, and a cancel
-/// (Progress) or two minutes stop it: by the indicator, where the kernel looks at that, else by leaving the
-/// work where it stands. Exceptions pass. Main thread.
+/// (Progress) or two minutes stop it: by the indicator, where the kernel looks at that; else by giving it no
+/// more memory, which unwinds it (MemoryStop); and where it asks for none, by leaving it where it stands.
+/// Exceptions pass. Main thread.
 [[nodiscard]] LongWorkEnd runLongWork(const std::wstring& title, const LongWorkBody& work);
 
 /// The same, which shows nothing: while the work goes on, the caller's thread tells `goOn` some twenty times

@@ -120,17 +120,17 @@ MadeShape mirrored(const TopoDS_Shape& shape, const gp_Trsf& mirror, const std::
 {
     if (shape.IsNull())
         throw EditError(EditFault::NoBody, name);
-    const auto image = std::make_shared<Image>(mirror);
+    std::shared_ptr<Image> image;
     TopoDS_Shape result;
     const LongWorkEnd end = runLongWork(name, [&](const Handle(Message_ProgressIndicator)&) {
         try {
-            result = image->of(shape);
+            const auto made = std::make_shared<Image>(mirror);
+            result = made->of(shape);
+            image = made;
         } catch (const Standard_Failure&) {
             // Told below.
         }
     });
-    if (end.abandoned)
-        keepForever(image);
     if (end.fault)
         throw EditError(*end.fault, name);
     if (result.IsNull())

@@ -284,12 +284,18 @@ TEST_F(EditSolidsTest, WhatTakesLongIsCancelledAndCanBeDoneAfterwards)
     cancelled(drill);
     edit(*asset, drill);
     ASSERT_EQ(facesOf(plate), 6u + pins.size());
-    // Nothing but leaving it stops the kernel at this.
+    // The kernel looks at no cancel at this.
     Vs::BlendEdit round{Blend::Fillet, {}, 0.1};
     const auto& lines = asset->findComponent(plate)->body->mesh()->edgeStarts;
     for (uint32_t i = 0; i + 1 < lines.size(); ++i)
         round.edges.push_back({plate, Leaf::Edge, i});
+    const auto threads = [] {
+        using boost::filesystem::directory_iterator;
+        return std::distance(directory_iterator("/proc/self/task"), directory_iterator());
+    };
+    const auto before = threads();
     cancelled(round);
+    EXPECT_EQ(threads(), before) << "it is left standing";
     EXPECT_NEAR(volumeOf(plate), 2 * (200 * 200 - double(pins.size()) * 9 * pi), 1e-2);
 }
 
