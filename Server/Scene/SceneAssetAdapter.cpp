@@ -141,6 +141,9 @@ void SceneAssetAdapter::rebuild()
 
 void SceneAssetAdapter::addChanged(const std::vector<const Component*>& added)
 {
+    // Otherwise thousands that come have the table made anew again and again.
+    if (added.size() > m_entries.size())
+        m_entries.reserve(m_entries.size() + added.size());
     std::string above;
     Entry* parent = nullptr; // Of `above`; mostly the last one's as well.
     for (const Component* component : added) {

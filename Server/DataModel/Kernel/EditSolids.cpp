@@ -3,6 +3,7 @@
 #include "Server/DataModel/Kernel/Blend.h"
 #include "Server/DataModel/Kernel/Combine.h"
 #include "Server/DataModel/Kernel/EditPlaces.h"
+#include "Server/DataModel/Kernel/LabelIndex.h"
 #include "Server/DataModel/Kernel/Occurrence.h"
 #include "Server/DataModel/Kernel/ShapeForm.h"
 #include "Server/DataModel/Kernel/SolidTools.h"

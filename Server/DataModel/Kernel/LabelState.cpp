@@ -113,20 +113,30 @@ LabelState LabelState::of(const TDF_Label& label)
 
 void LabelState::putOn(const TDF_Label& label) const
 {
+    // From one of thousands of new labels nothing has to be taken.
+    const bool isNew = !label.HasAttribute();
     if (name)
         TDataStd_Name::Set(label, *name);
-    else
+    else if (!isNew)
         label.ForgetAttribute(TDataStd_Name::GetID());
-    mark(label, Kernel::namedByUser(), namedByUser);
-    mark(label, XCAFDoc::InvisibleGUID(), hidden);
-    mark(label, removedMark(), removed);
+    const auto putMark = [&](const Standard_GUID& id, bool isSet) {
+        if (isSet || !isNew)
+            mark(label, id, isSet);
+    };
+    putMark(Kernel::namedByUser(), namedByUser);
+    putMark(XCAFDoc::InvisibleGUID(), hidden);
+    putMark(removedMark(), removed);
     if (place)
         XCAFDoc_Location::Set(label, *place);
-    else
+    else if (!isNew)
         label.ForgetAttribute(XCAFDoc_Location::GetID());
-    putLink(label, XCAFDoc::ShapeRefGUID(), shown);
-    putLink(label, surfaceColourKind(), surfaceColour);
-    putLink(label, colourKind(), colour);
+    const auto put = [&](const Standard_GUID& kind, const LabelLink& link) {
+        if (!link.to.IsNull() || !isNew)
+            putLink(label, kind, link);
+    };
+    put(XCAFDoc::ShapeRefGUID(), shown);
+    put(surfaceColourKind(), surfaceColour);
+    put(colourKind(), colour);
     if (!shown.to.IsNull() || isBare(label))
         keepNumber(label);
 }

@@ -1,5 +1,6 @@
 #include "Server/DataModel/Kernel/XdeEdit.h"
 
+#include "Server/DataModel/Kernel/LabelIndex.h"
 #include "Server/DataModel/Kernel/LabelState.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 

@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Kernel/BodyMesher.h"
 #include "Server/DataModel/Kernel/Guarded.h"
+#include "Server/DataModel/Kernel/LabelIndex.h"
 #include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/MeasureAngle.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"

@@ -1,5 +1,6 @@
 #include "Server/DataModel/Kernel/XdeStorage.h"
 
+#include "Server/DataModel/Kernel/LabelIndex.h"
 #include "Server/DataModel/Model/ForkedChild.h"
 
 #include <BinDrivers_DocumentStorageDriver.hxx>
@@ -155,6 +156,7 @@ void writeXdeDocument(const Handle(TDocStd_Document) & document, std::ostream& s
 
 void closeXdeDocument(const Handle(TDocStd_Document) & document)
 {
+    forgetLabels(document);
     const std::lock_guard lock(applicationMutex());
     application()->Close(document);
 }

@@ -42,9 +42,6 @@ void XdeTransaction::document(const Handle(TDocStd_Document) & document)
 
 void XdeTransaction::begin()
 {
-    // Otherwise the way to a label leads along all of its neighbours.
-    if (!m_document->GetData()->IsAccessByEntries())
-        m_document->GetData()->SetAccessByEntries(true);
     m_begun = true;
 }
 

@@ -1,15 +1,17 @@
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Kernel/LabelIndex.h"
 #include "Server/DataModel/Kernel/LabelState.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
 #include <BRep_TFace.hxx>
+#include <NCollection_DataMap.hxx>
 #include <TCollection_AsciiString.hxx>
 #include <TCollection_ExtendedString.hxx>
+#include <TDF_LabelMapHasher.hxx>
 #include <TDF_LabelSequence.hxx>
-#include <TDF_Tool.hxx>
 #include <TDataStd_Name.hxx>
 #include <TopLoc_Location.hxx>
 #include <XCAFDoc.hxx>
@@ -20,7 +22,7 @@
 #include <gp_Trsf.hxx>
 
 #include <algorithm>
-#include <unordered_map>
+#include <optional>
 
 namespace Vs::Kernel {
 
@@ -58,13 +60,14 @@ public:
             node.placement = toMatrix(XCAFDoc_ShapeTool::GetLocation(label).Transformation());
             node.colour = colourOf(label);
             XCAFDoc_ShapeTool::GetReferredShape(label, what);
-            node.visible = node.visible && isShown(what);
         }
-        node.part = entryOf(what);
+        Shown& shown = shownAt(what);
+        node.visible = node.visible && shown.visible;
+        node.part = shown.entry;
         if (isMadeUp(node.name) && !label.IsAttribute(namedByUser()))
             node.name = nameOf(what);
         // An assembly that contains itself is no tree; it ends here.
-        if (XCAFDoc_ShapeTool::IsAssembly(what) && depth < kDeepestTree) {
+        if (shown.isAssembly && depth < kDeepestTree) {
             if (!node.colour)
                 node.colour = colourOf(what);
             TDF_LabelSequence components;
@@ -74,10 +77,11 @@ public:
                 if (!isRemoved(component))
                     node.children.push_back(visit(component, node.id + "/", depth + 1));
         } else {
-            node.body = body(what);
-            const TopLoc_Location own = XCAFDoc_ShapeTool::GetShape(what).Location();
-            if (!own.IsIdentity())
-                node.placement = node.placement * toMatrix(own.Transformation());
+            if (shown.body < 0)
+                readBody(what, shown);
+            node.body = shown.body;
+            if (shown.place)
+                node.placement = node.placement * *shown.place;
         }
         return node;
     }
@@ -85,28 +89,42 @@ public:
 private:
     static constexpr int kDeepestTree = 500;
 
-    int body(const TDF_Label& label)
+    /// What is the same for all occurrences of a part or assembly.
+    struct Shown
     {
-        const std::string entry = entryOf(label);
-        const auto [known, fresh] =
-            m_bodies.try_emplace(entry, static_cast<int>(m_result.tree.bodies.size()));
-        if (fresh) {
-            PartTree::Body body;
-            body.entry = entry;
-            body.name = nameOf(label);
-            body.colour = colourOf(label).value_or(Colour{});
-            m_result.shapes.push_back(bodyShape(label));
-            body.revision = revisionOf(m_result.shapes.back());
-            body.shape = std::make_shared<const TopoDS_Shape>(m_result.shapes.back());
-            m_result.tree.bodies.push_back(std::move(body));
-            m_result.colours.push_back(bodyColours(label));
-        }
-        return known->second;
+        std::string entry;
+        bool visible = true, isAssembly = false;
+        int body = -1;                   ///< Of a part that was read, its place in the list.
+        std::optional<GkMatrix3d> place; ///< Of its shape, where it has one.
+    };
+
+    Shown& shownAt(const TDF_Label& label)
+    {
+        if (Shown* const known = m_shown.ChangeSeek(label))
+            return *known;
+        return *m_shown.Bound(label,
+                              {entryOf(label), isShown(label), XCAFDoc_ShapeTool::IsAssembly(label), -1, {}});
+    }
+
+    void readBody(const TDF_Label& label, Shown& shown)
+    {
+        shown.body = static_cast<int>(m_result.tree.bodies.size());
+        PartTree::Body body;
+        body.entry = shown.entry;
+        body.name = nameOf(label);
+        body.colour = colourOf(label).value_or(Colour{});
+        m_result.shapes.push_back(bodyShape(label));
+        body.revision = revisionOf(m_result.shapes.back());
+        body.shape = std::make_shared<const TopoDS_Shape>(m_result.shapes.back());
+        m_result.tree.bodies.push_back(std::move(body));
+        m_result.colours.push_back(bodyColours(label));
+        if (const TopLoc_Location own = XCAFDoc_ShapeTool::GetShape(label).Location(); !own.IsIdentity())
+            shown.place = toMatrix(own.Transformation());
     }
 
     XdeTree& m_result;
     bool m_deep;
-    std::unordered_map<std::string, int> m_bodies;
+    NCollection_DataMap<TDF_Label, Shown, TDF_LabelMapHasher> m_shown;
 };
 
 } // namespace
@@ -207,16 +225,11 @@ bool isShown(const TDF_Label& label)
 
 std::string entryOf(const TDF_Label& label)
 {
-    TCollection_AsciiString entry;
-    TDF_Tool::Entry(label, entry);
-    return entry.ToCString();
-}
-
-TDF_Label labelOf(const Handle(TDocStd_Document) & document, const std::string& entry)
-{
-    TDF_Label label;
-    TDF_Tool::Label(document->GetData(), TCollection_AsciiString(entry.c_str()), label, false);
-    return label;
+    // The kernel's own way to it makes a list of numbers and several texts.
+    std::string entry;
+    for (TDF_Label each = label; !each.IsNull(); each = each.IsRoot() ? TDF_Label() : each.Father())
+        entry.insert(0, std::to_string(each.Tag()) + (entry.empty() ? "" : ":"));
+    return entry;
 }
 
 GkMatrix3d toMatrix(const gp_Trsf& motion)

@@ -55,7 +55,6 @@ uint64_t revisionOf(const TopoDS_Shape& body);
 bool isShown(const TDF_Label& label);
 
 std::string entryOf(const TDF_Label& label);
-TDF_Label labelOf(const Handle(TDocStd_Document) & document, const std::string& entry);
 
 GkMatrix3d toMatrix(const gp_Trsf& motion);
 /// The motion that a rigid matrix describes; throws Standard_Failure if it is none.

@@ -212,12 +212,16 @@ void ComponentTree::refreshStanding(Refresh& refresh, const std::vector<TouchedP
     std::vector<std::string> known, missing;
     for (const auto& [entry, content] : places) {
         const Components parents = parentsOf(entry);
-        const auto has = [&](const Component* parent) { return childOf(*parent, entry) != nullptr; };
-        if (std::ranges::any_of(parents, has))
+        const auto having = std::ranges::count_if(
+            parents, [&](const Component* parent) { return childOf(*parent, entry) != nullptr; });
+        if (having > 0)
             known.push_back(entry);
-        if (!std::ranges::all_of(parents, has))
+        if (having < std::ssize(parents))
             missing.push_back(entry);
     }
+    // Otherwise thousands that come have the table made anew again and again.
+    if (missing.size() > m_components.size())
+        m_components.reserve(m_components.size() + missing.size());
     // What goes first, so that nothing comes into what goes.
     eachBranch(refresh, known, false, [&](const std::string& entry, Branches&, const PartTree::Node* node) {
         if (!node)
