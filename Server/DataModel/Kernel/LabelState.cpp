@@ -172,11 +172,13 @@ LabelLink linkInFront(const TDF_Label& to, const Standard_GUID& kind)
 
 void LabelLog::note(const TDF_Label& label)
 {
-    if (m_known.Add(label))
-        m_noted.push_back({label, label.HasAttribute() ? LabelState::of(label) : LabelState(), {}});
+    if (!label.HasAttribute())
+        m_noted.push_back({label, {}, {}});
+    else if (m_known.Add(label))
+        m_noted.push_back({label, LabelState::of(label), {}});
 }
 
-std::vector<LabelDifference> LabelLog::take()
+LabelDifferences LabelLog::take()
 {
     // A map that is emptied keeps its size: after thousands, every later one would be walked over.
     TDF_LabelMap().Exchange(m_known);

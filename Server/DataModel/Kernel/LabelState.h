@@ -5,8 +5,8 @@
 #include <TDF_LabelMap.hxx>
 #include <TopLoc_Location.hxx>
 
+#include <deque>
 #include <optional>
-#include <vector>
 
 namespace Vs::Kernel {
 
@@ -51,18 +51,21 @@ struct LabelDifference
     LabelState before, after;
 };
 
+/// In the order in which they were made. Of thousands none is moved when one more comes.
+using LabelDifferences = std::deque<LabelDifference>;
+
 /// Watches the labels that a change is going to touch.
 class LabelLog
 {
 public:
-    /// Before the label's state is changed; the first call counts.
+    /// Before the label's state is changed; the first call counts, and one more where nothing stood on it.
     void note(const TDF_Label& label);
     /// What has become another since, and forgets the rest.
-    std::vector<LabelDifference> take();
+    LabelDifferences take();
 
 private:
-    TDF_LabelMap m_known;
-    std::vector<LabelDifference> m_noted;
+    TDF_LabelMap m_known; ///< But for those on which nothing stood.
+    LabelDifferences m_noted;
 };
 
 /// Whether what stands on the label was removed, though it still is in the document to be brought back.

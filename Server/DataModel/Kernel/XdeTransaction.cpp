@@ -18,7 +18,7 @@ namespace Vs::Kernel {
 
 namespace {
 
-using Small = std::vector<LabelDifference>;
+using Small = LabelDifferences;
 using Part = std::variant<Small, Handle(TDF_Delta)>;
 
 class XdeChange : public ModelChange
@@ -114,7 +114,7 @@ void XdeTransaction::follow(const Handle(TDF_Delta) & delta)
 }
 
 /// What was done before the kernel's transaction.
-std::vector<LabelDifference> XdeTransaction::takeSmall()
+LabelDifferences XdeTransaction::takeSmall()
 {
     return m_kernel.IsOpen() ? std::exchange(m_beforeKernel, {}) : m_small.take();
 }
@@ -143,16 +143,16 @@ std::unique_ptr<ModelChange> XdeTransaction::commit()
 void XdeTransaction::abort()
 {
     m_begun = false;
-    const std::vector<LabelDifference> small = takeSmall();
+    const LabelDifferences small = takeSmall();
     if (m_kernel.IsOpen())
         m_kernel.Abort();
     for (const LabelDifference& each : small | std::views::reverse)
         each.before.putOn(each.label);
 }
 
-std::vector<LabelDifference> XdeTransaction::takeBack(const std::vector<LabelDifference>& differences)
+LabelDifferences XdeTransaction::takeBack(const LabelDifferences& differences)
 {
-    std::vector<LabelDifference> opposite;
+    LabelDifferences opposite;
     for (const auto& [label, before, after] : differences | std::views::reverse) {
         before.putOn(label);
         follow(opposite.emplace_back(LabelDifference{label, after, before}));

@@ -62,16 +62,16 @@ public:
 
 private:
     void takeOutRemoved();
-    std::vector<LabelDifference> takeSmall();
+    LabelDifferences takeSmall();
     void follow(const LabelDifference& difference);
     void follow(const Handle(TDF_Delta) & delta);
     void followRemoved(const TDF_Label& label);
-    std::vector<LabelDifference> takeBack(const std::vector<LabelDifference>& differences);
+    LabelDifferences takeBack(const LabelDifferences& differences);
 
     Handle(TDocStd_Document) m_document;
     bool m_begun = false;
     LabelLog m_small;
-    std::vector<LabelDifference> m_beforeKernel; ///< What small changes did before the kernel's transaction.
+    LabelDifferences m_beforeKernel; ///< What small changes did before the kernel's transaction.
     TDF_Transaction m_kernel;
     TDF_LabelMap m_removed;
     TouchedLabels m_touched;

@@ -13,6 +13,13 @@ namespace Vs {
 
 namespace {
 
+/// Whether what stands at that place of the data is in no assembly.
+bool isAtTop(const std::string& place)
+{
+    constexpr int kColonsOfPart = 3; // 0:1:1:5 is a part, 0:1:1:5:2 an occurrence in the assembly 0:1:1:5.
+    return std::count(place.begin(), place.end(), ':') == kColonsOfPart;
+}
+
 std::string idBelow(const Component& parent, const std::string& place)
 {
     return parent.id.empty() ? place : parent.id + '/' + place;
@@ -206,11 +213,12 @@ void ComponentTree::eachBranch(Refresh& refresh, const std::vector<std::string>&
     }
 }
 
-/// Whether something stands at the places that the tree doesn't have, or the other way round.
-void ComponentTree::refreshStanding(Refresh& refresh, const std::vector<TouchedPlace>& places)
+/// Whether something stands at the places that the tree doesn't have, or the other way round. What is new
+/// altogether has no content left to be read.
+void ComponentTree::refreshStanding(Refresh& refresh, std::vector<TouchedPlace>& places)
 {
     std::vector<std::string> known, missing;
-    for (const auto& [entry, content] : places) {
+    for (auto& [entry, content] : places) {
         const Components parents = parentsOf(entry);
         const auto having = std::ranges::count_if(
             parents, [&](const Component* parent) { return childOf(*parent, entry) != nullptr; });
@@ -218,6 +226,7 @@ void ComponentTree::refreshStanding(Refresh& refresh, const std::vector<TouchedP
             known.push_back(entry);
         if (having < std::ssize(parents))
             missing.push_back(entry);
+        content = content && !(having == 0 && isAtTop(entry) && m_parts.ofPart(entry).empty());
     }
     // Otherwise thousands that come have the table made anew again and again.
     if (missing.size() > m_components.size())
@@ -233,7 +242,7 @@ void ComponentTree::refreshStanding(Refresh& refresh, const std::vector<TouchedP
                [&](const std::string& entry, Branches& branches, const PartTree::Node* node) {
                    if (node)
                        for (Component* parent : parentsOf(entry))
-                           if (!childOf(*parent, entry))
+                           if (parent == m_root.get() || !childOf(*parent, entry))
                                add(refresh, branches, *node, *parent);
                });
     refresh.children.settle(m_names);
@@ -241,8 +250,7 @@ void ComponentTree::refreshStanding(Refresh& refresh, const std::vector<TouchedP
 
 ComponentTree::Components ComponentTree::parentsOf(const std::string& entry) const
 {
-    constexpr int kColonsOfPart = 3; // 0:1:1:5 is a part, 0:1:1:5:2 an occurrence in the assembly 0:1:1:5.
-    if (std::count(entry.begin(), entry.end(), ':') == kColonsOfPart)
+    if (isAtTop(entry))
         return {m_root.get()};
     return m_parts.ofPart(entry.substr(0, entry.rfind(':')));
 }

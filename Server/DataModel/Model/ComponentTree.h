@@ -67,7 +67,7 @@ private:
     };
 
     void refreshAll(Refresh& refresh);
-    void refreshStanding(Refresh& refresh, const std::vector<TouchedPlace>& places);
+    void refreshStanding(Refresh& refresh, std::vector<TouchedPlace>& places);
     static void eachBranch(Refresh& refresh, const std::vector<std::string>& places, bool deep,
                            const Use& use);
     Components parentsOf(const std::string& entry) const;

@@ -95,7 +95,9 @@ Vs::ModelEdit LinearPatternCmd::onMakeEdit(const Vs::Asset&)
         return GkMatrix3d::translation(axisOf(*m_axis[which]) * (m_spacing[which]->value() * times));
     };
     Vs::CopyEdit edit{componentsOf(*m_components), {}};
-    for (int row = 0; row < (isGrid() ? m_count[1]->value() : 1); ++row)
+    const int rows = isGrid() ? m_count[1]->value() : 1;
+    edit.motions.reserve(size_t(rows) * size_t(m_count[0]->value()));
+    for (int row = 0; row < rows; ++row)
         for (int i = 0; i < m_count[0]->value(); ++i)
             if (i > 0 || row > 0)
                 edit.motions.push_back(row > 0 ? step(1, row) * step(0, i) : step(0, i));
