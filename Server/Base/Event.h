@@ -4,6 +4,7 @@
 #include "Server/Base/Require.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace Vs {
@@ -66,7 +67,7 @@ public:
     {
         assertMainThread();
         require(site != nullptr, "a site that subscribes is there");
-        if (subscribed(site))
+        if (asSite(*site).m_subscriptions > 0 && subscribed(site))
             return;
         m_sites.push_back(site);
         ++asSite(*site).m_subscriptions;
@@ -74,14 +75,17 @@ public:
     void unsubscribe(Site* site)
     {
         assertMainThread();
-        const auto found = std::find(m_sites.begin(), m_sites.end(), site);
-        if (found == m_sites.end())
+        // Of thousands of sites, one that is nowhere isn't looked for, and what came last goes first.
+        if (!site || asSite(*site).m_subscriptions == 0)
+            return;
+        const auto found = std::find(m_sites.rbegin(), m_sites.rend(), site);
+        if (found == m_sites.rend())
             return;
         --asSite(*site).m_subscriptions;
         if (m_depth > 0)
             *found = nullptr;
         else
-            m_sites.erase(found);
+            m_sites.erase(std::next(found).base());
     }
     bool subscribed(const Site* site) const
     {

@@ -54,8 +54,7 @@ Asset* Document::adopt(std::unique_ptr<Asset> asset)
 
 void Document::activeAsset(Asset* asset)
 {
-    const bool ours = std::any_of(m_assets.begin(), m_assets.end(),
-                                  [&](const auto& candidate) { return candidate.get() == asset; });
+    const bool ours = asset && asset->document() == this && asset->isVisible();
     if (!ours || asset == m_activeAsset)
         return;
     m_activeAsset = asset;

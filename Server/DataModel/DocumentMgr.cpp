@@ -18,6 +18,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+#include <iterator>
 
 namespace Vs {
 
@@ -173,19 +174,21 @@ Document* DocumentMgr::openNative(const std::wstring& path, Status& status)
 void DocumentMgr::close(Document* document)
 {
     assertMainThread();
-    const auto found = std::find_if(m_documents.begin(), m_documents.end(),
-                                    [&](const auto& candidate) { return candidate.get() == document; });
-    if (found == m_documents.end() || document->m_closing)
+    // Of many, what came last goes first.
+    const auto place = [&] {
+        return std::find_if(m_documents.rbegin(), m_documents.rend(),
+                            [&](const auto& candidate) { return candidate.get() == document; });
+    };
+    if (place() == m_documents.rend() || document->m_closing)
         return;
     document->m_closing = true;
     DocumentEvent before(document, Timing::Before);
     DocumentEventSource::get()->fireDocumentClosed(&before);
 
     // A site of the first event may have closed or opened other documents.
-    const auto still = std::find_if(m_documents.begin(), m_documents.end(),
-                                    [&](const auto& candidate) { return candidate.get() == document; });
+    const auto still = place();
     const std::unique_ptr<Document> owned = std::move(*still);
-    m_documents.erase(still);
+    m_documents.erase(std::next(still).base());
     if (m_activeAsset && m_activeAsset->document() == document)
         m_activeAsset = nullptr;
     DocumentEvent after(document, Timing::After);

@@ -14,8 +14,6 @@
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/FindShell.h"
 
-#include <algorithm>
-
 namespace Vu::Commands {
 
 // clang-format off
@@ -260,14 +258,16 @@ bool CloseAllDocumentsCmd::CloseAllDocuments(CommandContext* context)
 {
     const Vs::AutoSaveDisabler noAutoSave(nullptr);
     AssetShell* shell = assetShellOf(context);
-    const std::vector<Vs::Document*> documents = SessionMgr::get()->openDocuments();
-    for (auto document = documents.rbegin(); document != documents.rend(); ++document) {
-        const std::vector<Vs::Document*> left = SessionMgr::get()->openDocuments();
-        if (!shell || std::find(left.begin(), left.end(), *document) == left.end())
+    SessionMgr* sessions = SessionMgr::get();
+    std::vector<DocumentSession*> open;
+    for (Vs::Document* document : sessions->openDocuments())
+        open.push_back(sessions->documentSession(document));
+    for (auto session = open.rbegin(); session != open.rend(); ++session) {
+        if (!shell || !sessions->isOpen(*session))
             continue;
         // Ending the whole operation with the first document that is seen to be gone is settled behaviour:
         // the close of a document is deferred, so that it isn't seen while this runs.
-        if (removeSessions(*document, shell, true))
+        if (removeSessions((*session)->document(), shell, true))
             return true;
     }
     return true;

@@ -171,11 +171,12 @@ public:
             return {1, L"There is no document for closing"};
         // One that stays open keeps none of the others.
         TextCommandResult answer{0, {}};
-        for (DocumentSession* session : sessions) {
-            if (!isOpen(session))
+        // As the menu's command does, so that no list of thousands goes from its front.
+        for (auto session = sessions.rbegin(); session != sessions.rend(); ++session) {
+            if (!isOpen(*session))
                 continue;
             const TextCommandResult result =
-                closeSession(session, CommandContext::activeContext(), parameters);
+                closeSession(*session, CommandContext::activeContext(), parameters);
             if (answer.first == 0)
                 answer = result;
         }

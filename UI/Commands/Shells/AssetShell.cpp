@@ -30,6 +30,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <tuple>
 
@@ -139,7 +140,8 @@ void AssetShell::remove(AssetSession* session, bool activateDefault)
     DocumentSession* document = session->documentSession();
     const Hold keep = holdOn(session);
     if (m_holds.erase(session) > 0) {
-        std::erase(m_sessions, session);
+        // Of many, what came last goes first.
+        m_sessions.erase(std::next(std::find(m_sessions.rbegin(), m_sessions.rend(), session)).base());
         if (session == m_current)
             currentAssetSession(nullptr, false, false);
     }

@@ -16,6 +16,7 @@
 #include "UI/Base/Command/SimpleCommand.h"
 
 #include <algorithm>
+#include <map>
 #include <tuple>
 #include <unordered_set>
 #include <utility>
@@ -24,10 +25,26 @@ namespace Vu {
 
 namespace {
 
-std::vector<CommandStack*>& allStacks()
+/// By their numbers, and so in the order in which they were made.
+using Stacks = std::map<uint64_t, CommandStack*>;
+
+Stacks& allStacks()
 {
-    static std::vector<CommandStack*>* const stacks = new std::vector<CommandStack*>;
+    static auto* const stacks = new Stacks;
     return *stacks;
+}
+
+/// Of these, those that have a simple command do its work: of thousands, one or none.
+Stacks& executingStacks()
+{
+    static auto* const stacks = new Stacks;
+    return *stacks;
+}
+
+uint64_t nextNumber()
+{
+    static uint64_t last = 0;
+    return ++last;
 }
 
 /// Those that have run a command which was called in the session of another stack, or in one though they have
@@ -93,10 +110,10 @@ private:
 };
 
 CommandStack::CommandStack(CommandMgr* manager, AssetSession* session)
-    : m_manager(manager), m_session(session)
+    : m_number(nextNumber()), m_manager(manager), m_session(session)
 {
     Vs::assertMainThread();
-    allStacks().push_back(this);
+    allStacks()[m_number] = this;
 }
 
 CommandStack::~CommandStack() = default;
@@ -118,7 +135,8 @@ void CommandStack::close()
             for (const CommandStack* stack : stacksOfVisitors())
                 stack->forget(m_session);
         }
-        std::erase(allStacks(), this);
+        allStacks().erase(m_number);
+        executingStacks().erase(m_number);
         m_manager = nullptr;
     }
 }
@@ -275,6 +293,7 @@ void CommandStack::endAll(const std::vector<CommandBase*>& leaving, ETermination
 void CommandStack::execute(SimpleCommand* command, Vs::Status& status)
 {
     m_executing.push_back(command);
+    executingStacks()[m_number] = this;
     command->m_state = CommandBase::State::Begun;
     const bool came =
         guarded(status, [&] { command->onBegin(); }) && guarded(status, [&] { command->onExecute(status); });
@@ -290,6 +309,8 @@ void CommandStack::execute(SimpleCommand* command, Vs::Status& status)
     guarded(status, [&] { command->onEnd(reason); });
     guarded(status, [&] { CommandSteps::end(command, keep); });
     std::erase(m_executing, static_cast<CommandBase*>(command));
+    if (m_executing.empty())
+        executingStacks().erase(m_number);
     leave(command, reason, status);
 }
 
@@ -465,10 +486,7 @@ CommandBase* CommandStack::activeCommand() const
 
 CommandBase* CommandStack::executingAnywhere()
 {
-    for (const CommandStack* stack : allStacks())
-        if (CommandBase* command = stack->executingCommand())
-            return command;
-    return nullptr;
+    return executingStacks().empty() ? nullptr : executingStacks().begin()->second->executingCommand();
 }
 
 bool CommandStack::defer(CommandDefinition* definition, const CommandContext& context)
@@ -484,8 +502,8 @@ CommandMgr* CommandStack::creatingManager()
 void CommandStack::definitionGone(CommandDefinition* definition)
 {
     DeferredRuns::drop(definition);
-    const std::vector<CommandStack*> stacks = allStacks();
-    for (CommandStack* stack : stacks) {
+    const Stacks stacks = allStacks();
+    for (const auto& [number, stack] : stacks) {
         if (stack->m_lastDefinition == definition)
             stack->m_lastDefinition = nullptr;
         const std::vector<CommandBase*> commands = stack->m_commands;
@@ -502,9 +520,9 @@ void CommandStack::definitionGone(CommandDefinition* definition)
 
 void CommandStack::terminateAllStacks(ETerminationReason reason)
 {
-    const std::vector<CommandStack*> stacks = allStacks();
-    for (CommandStack* stack : stacks)
-        if (std::find(allStacks().begin(), allStacks().end(), stack) != allStacks().end())
+    const Stacks stacks = allStacks();
+    for (const auto& [number, stack] : stacks)
+        if (allStacks().contains(number))
             stack->terminateAll(reason);
 }
 

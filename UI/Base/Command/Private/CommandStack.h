@@ -4,6 +4,7 @@
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandContext.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -69,6 +70,7 @@ private:
     void settle();
     void forget(const AssetSession* session) const;
 
+    const uint64_t m_number; ///< Never used again in this process.
     CommandMgr* m_manager;
     AssetSession* m_session;
     std::vector<CommandBase*> m_commands;
