@@ -3,7 +3,7 @@
 #include "Server/Base/Require.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Program/Private/ReducedMotion.h"
 
 #include <chrono>
 #include <utility>
@@ -19,7 +19,7 @@ double now()
 bool somebodyLooks()
 {
     return Application::get()->mainWidget() && !Application::headless() && !Application::testing() &&
-           !Vs::TranscriptMgr::get()->replaying() && UIBaseOptionGroup::get()->animateCamera();
+           !Vs::TranscriptMgr::get()->replaying() && !motionIsReduced();
 }
 
 /// Starts and arrives gently.

@@ -83,6 +83,7 @@ BrowserPanel::BrowserPanel(QWidget* parent)
         m_model->filter(words);
         showFound();
     });
+    m_tree->setAccessibleName(told("AreaBrowser", "Browser"));
     m_tree->setHeaderHidden(true);
     m_tree->setUniformRowHeights(true);
     m_tree->setIconSize(QSize(kTreeIcon, kTreeIcon));

@@ -6,6 +6,7 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/About.h"
 #include "UI/Base/Window/CanvasWidget.h"
+#include "UI/Base/Window/DesktopMotion.h"
 #include "UI/Base/Window/DesktopNotifications.h"
 #include "UI/Base/Window/LabelDialog.h"
 #include "UI/Base/Window/PlainText.h"
@@ -89,6 +90,7 @@ std::unique_ptr<QCoreApplication> QtDisplay::makeApplication(int& count, char** 
         translateQt(application.get());
         setWindowIcon();
         new DesktopNotifications(application.get());
+        new DesktopMotion(application.get());
     }
     return application;
 }

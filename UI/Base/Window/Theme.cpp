@@ -4,7 +4,7 @@
 #include "Server/Scene/EnvironmentManager.h"
 #include "UI/Base/Program/IStyleCollector.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
-#include "UI/Base/Window/CheckStyle.h"
+#include "UI/Base/Window/ProgramStyle.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -18,13 +18,38 @@ namespace {
 
 struct Shades
 {
-    QRgb window, base, alternate, button, text, faint, border, accent, onAccent;
+    QRgb window, base, alternate, button, text;
+    QRgb quiet;    ///< Of text that matters less: a contrast of 4.5 with all grounds, as any text has.
+    QRgb disabled; ///< Of text that has to be readable only in passing.
+    QRgb line;     ///< Of what divides and needn't be seen to be used.
+    QRgb frame;    ///< Of the frames of controls: a contrast of 3 with all grounds.
+    QRgb accent, onAccent, error;
 };
 
-constexpr Shades kLight = {0xfff4f5f7, 0xffffffff, 0xfff8f9fa, 0xfff4f5f7, 0xff1f2429,
-                           0xff7b848d, 0xffd3d7dc, 0xff2374c6, 0xffffffff};
-constexpr Shades kDark = {0xff2a2d31, 0xff1f2225, 0xff25282b, 0xff34383d, 0xffe6e8ea,
-                          0xff8d959d, 0xff44494f, 0xff4a9be8, 0xff10151a};
+constexpr Shades kLight = {.window = 0xfff4f5f7,
+                           .base = 0xffffffff,
+                           .alternate = 0xfff8f9fa,
+                           .button = 0xfff4f5f7,
+                           .text = 0xff1f2429,
+                           .quiet = 0xff626a72,
+                           .disabled = 0xff7b848d,
+                           .line = 0xffd3d7dc,
+                           .frame = 0xff757d85,
+                           .accent = 0xff1c69b8,
+                           .onAccent = 0xffffffff,
+                           .error = 0xffb3261e};
+constexpr Shades kDark = {.window = 0xff2a2d31,
+                          .base = 0xff1f2225,
+                          .alternate = 0xff25282b,
+                          .button = 0xff34383d,
+                          .text = 0xffe6e8ea,
+                          .quiet = 0xffa0a8b0,
+                          .disabled = 0xff8d959d,
+                          .line = 0xff44494f,
+                          .frame = 0xff868e96,
+                          .accent = 0xff66adef,
+                          .onAccent = 0xff10151a,
+                          .error = 0xffff8a80};
 
 QPalette paletteOf(const Shades& shades)
 {
@@ -37,7 +62,7 @@ QPalette paletteOf(const Shades& shades)
     set(QPalette::Base, shades.base);
     set(QPalette::AlternateBase, shades.alternate);
     set(QPalette::Text, shades.text);
-    set(QPalette::PlaceholderText, shades.faint);
+    set(QPalette::PlaceholderText, shades.quiet);
     set(QPalette::Button, shades.button);
     set(QPalette::ButtonText, shades.text);
     set(QPalette::BrightText, shades.onAccent);
@@ -46,10 +71,11 @@ QPalette paletteOf(const Shades& shades)
     set(QPalette::Highlight, shades.accent);
     set(QPalette::HighlightedText, shades.onAccent);
     set(QPalette::Link, shades.accent);
-    set(QPalette::Mid, shades.border);
-    set(QPalette::Midlight, shades.border);
+    set(QPalette::Mid, shades.line);
+    set(QPalette::Midlight, shades.line);
+    set(QPalette::Dark, shades.frame);
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, QColor::fromRgba(shades.faint));
+        palette.setColor(QPalette::Disabled, role, QColor::fromRgba(shades.disabled));
     return palette;
 }
 
@@ -63,11 +89,13 @@ QToolButton[flat="true"][popupMode="1"] { padding-right: 16px; }
 QToolButton[flat="true"]::menu-button { border: none; border-radius: 4px; width: 13px; }
 QToolButton[flat="true"]::menu-button:hover { background: palette(mid); }
 QToolButton#bell { border: 1px solid transparent; border-radius: 4px; padding: 1px 6px; }
-QToolButton#bell:hover, QToolButton#bell:focus { border-color: palette(mid); }
+QToolButton#bell:hover { border-color: palette(dark); }
+QToolButton#bell:focus { border-color: palette(highlight); }
 QToolButton[status="true"] { border: 1px solid transparent; border-radius: 4px; padding: 1px 6px; }
-QToolButton[status="true"]:hover, QToolButton[status="true"]:focus { border-color: palette(mid); }
+QToolButton[status="true"]:hover { border-color: palette(dark); }
+QToolButton[status="true"]:focus { border-color: palette(highlight); }
 QToolButton[status="true"]::menu-indicator { image: none; }
-QLabel#recording { color: #d3493d; font-weight: bold; }
+QLabel#recording { color: @error; font-weight: bold; }
 QLabel#prompt { color: palette(link); }
 QFrame#commandAnswer { background: palette(base); border: 1px solid palette(mid); border-radius: 4px; }
 QFrame#notificationPanel { background: palette(window); border: 1px solid palette(mid); }
@@ -78,8 +106,9 @@ QFrame#toast { background: palette(base); border: 1px solid palette(mid); border
 QLabel#notificationTitle { font-weight: bold; }
 QLabel#notificationFile { color: palette(placeholder-text); }
 QLabel#notificationClick { color: palette(link); }
-QToolButton#notificationAction { border: 1px solid palette(mid); border-radius: 4px; padding: 3px 10px; background: palette(button); }
-QToolButton#notificationAction:hover, QToolButton#notificationAction:focus { border-color: palette(highlight); }
+QToolButton#notificationAction { border: 1px solid palette(dark); border-radius: 4px; padding: 3px 10px; background: palette(button); }
+QToolButton#notificationAction:hover { border-color: palette(highlight); }
+QToolButton#notificationAction:focus { border: 2px solid palette(highlight); padding: 2px 9px; }
 QFrame#strip { border: none; }
 QFrame#toolbarLine { border: none; border-bottom: 1px solid palette(mid); }
 QFrame#tabStrip { border: none; border-bottom: 1px solid palette(mid); background: palette(window); }
@@ -99,30 +128,32 @@ QFrame#tourCard { background: palette(window); border: 1px solid palette(highlig
 QFrame#keysOverlay, QFrame#searchPalette { background: palette(window); border: 1px solid palette(highlight); border-radius: 8px; }
 QLabel#keyText { color: palette(link); }
 QFrame#panelHead { border: none; border-bottom: 1px solid palette(mid); }
-QToolButton#inputGroup { border: none; border-radius: 4px; padding: 3px 0; text-align: left; font-weight: bold; }
-QToolButton#inputGroup:hover, QToolButton#inputGroup:focus { background: palette(midlight); }
-QLineEdit#inputLine { padding: 2px 4px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); }
-QLineEdit#inputLine:focus { border-color: palette(highlight); }
+QToolButton#inputGroup { border: 1px solid transparent; border-radius: 4px; padding: 2px 0; text-align: left; font-weight: bold; }
+QToolButton#inputGroup:hover { background: palette(midlight); }
+QToolButton#inputGroup:focus { border-color: palette(highlight); }
+QLineEdit#inputLine { padding: 2px 4px; border: 1px solid palette(dark); border-radius: 4px; background: palette(base); }
+QLineEdit#inputLine:focus { border: 2px solid palette(highlight); padding: 1px 3px; }
 QLineEdit#inputLine:disabled, QLineEdit#inputLine[readOnly="true"] { background: palette(window); }
-QLineEdit#inputLine[failed="true"] { border-color: #d3493d; }
-QLineEdit[failed="true"] { border-color: #d3493d; }
+QLineEdit[failed="true"], QLineEdit#inputLine[failed="true"] { border-color: @error; }
 QLineEdit[readOnly="true"] { background: palette(window); }
 QLabel#propertiesHead { font-weight: bold; }
-QToolButton#propertyColour { border: 1px solid palette(mid); border-radius: 4px; padding: 3px 6px; background: palette(base); text-align: left; }
-QToolButton#propertyColour:hover, QToolButton#propertyColour:focus { border-color: palette(highlight); }
+QToolButton#propertyColour { border: 1px solid palette(dark); border-radius: 4px; padding: 3px 6px; background: palette(base); text-align: left; }
+QToolButton#propertyColour:hover { border-color: palette(highlight); }
+QToolButton#propertyColour:focus { border: 2px solid palette(highlight); padding: 2px 5px; }
 QToolButton#propertyColour::menu-indicator { subcontrol-origin: padding; subcontrol-position: right center; right: 4px; }
 QToolButton#propertyColour:disabled { background: palette(window); }
-QPushButton#inputSelection { padding: 3px 6px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); text-align: left; }
+QPushButton#inputSelection { padding: 3px 6px; border: 1px solid palette(dark); border-radius: 4px; background: palette(base); text-align: left; }
 QPushButton#inputSelection:checked { border-color: palette(highlight); }
 QPushButton#inputSelection:focus { border: 2px solid palette(highlight); padding: 2px 5px; }
 QPushButton#inputSelection:disabled { background: palette(window); }
-QLabel#inputMark { color: #ffffff; background: #d3493d; border-radius: 7px; min-width: 14px; max-width: 14px; min-height: 14px; max-height: 14px; font-weight: bold; }
+QLabel#inputMark { color: palette(base); background: @error; border-radius: 7px; min-width: 14px; max-width: 14px; min-height: 14px; max-height: 14px; font-weight: bold; }
 QFrame#hud, QLabel#canvasHint { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; }
 QLabel#emptyText { background: palette(window); border: 1px solid palette(mid); border-radius: 8px; padding: 10px 18px; }
-QLineEdit#commandLine { padding: 4px 6px; border: 1px solid palette(mid); border-radius: 4px; background: palette(base); }
-QLineEdit#commandLine:focus { border-color: palette(highlight); }
-QLineEdit#commandLine[failed="true"] { border-color: #d3493d; }
-QTreeView { border: none; }
+QLineEdit#commandLine { padding: 4px 6px; border: 1px solid palette(dark); border-radius: 4px; background: palette(base); }
+QLineEdit#commandLine:focus { border: 2px solid palette(highlight); padding: 3px 5px; }
+QLineEdit#commandLine[failed="true"] { border-color: @error; }
+QTreeView { border: 2px solid transparent; }
+QTreeView:focus { border-color: palette(highlight); }
 QTreeView::item { padding: 2px 0; }
 QPlainTextEdit#commandOutput { border: none; background: palette(base); }
 QSplitter::handle { background: palette(mid); }
@@ -162,9 +193,10 @@ void applyTheme()
     if (!qApp)
         return;
     const bool dark = wantsDark();
-    QApplication::setStyle(new CheckStyle);
+    QApplication::setStyle(new ProgramStyle);
     QApplication::setPalette(paletteOf(dark ? kDark : kLight));
-    QString sheet = QString::fromLatin1(kStyleSheet);
+    // A sheet knows the colours of the palette alone.
+    QString sheet = QString::fromLatin1(kStyleSheet).replace(QLatin1String("@error"), errorColour().name());
     // These keep the palette that they had first.
     sheet += QStringLiteral("QToolTip { color: %1; background: %2; }")
                  .arg(QApplication::palette().color(QPalette::ToolTipText).name(),
@@ -209,7 +241,7 @@ bool isDark()
 
 QColor errorColour()
 {
-    return isDark() ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
+    return QColor::fromRgba((isDark() ? kDark : kLight).error);
 }
 
 } // namespace Vu

@@ -14,6 +14,7 @@
 #include "Tests/UI/Becomes.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Private/ReducedMotion.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/SceneUtilities.h"
 #include "UI/Base/View/AutoCamViewFragment.h"
@@ -363,6 +364,12 @@ TEST_F(WindowPicture, TransitionsOfOneEventPlayOneAfterTheOtherAndOneOfALaterEve
     EXPECT_EQ(log, (Log{{3, 1}, {4, 1}, {5, 0}}));
     transitions->finish();
     EXPECT_EQ(log.back(), std::pair(5, 1.0));
+
+    desktopReducesMotion(true);
+    log.clear();
+    play(6);
+    EXPECT_EQ(log, (Log{{6, 1}})) << "whoever wants less motion sees the end at once";
+    desktopReducesMotion(false);
     Application::testing(testing);
 }
 

@@ -319,7 +319,7 @@ void Tile::paintEvent(QPaintEvent*)
     paintTexts(painter);
 
     painter.setOpacity(1);
-    painter.setPen(QPen(palette().color(touched ? QPalette::Highlight : QPalette::Mid), chosen ? 2 : 1));
+    painter.setPen(QPen(palette().color(touched ? QPalette::Highlight : QPalette::Dark), chosen ? 3 : 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawPath(shape);
 }
