@@ -46,7 +46,8 @@ public:
         } catch (const std::exception& fault) {
             Vs::warn(Vs::Strings::widen(fault.what()));
         }
-        settleFit();
+        if (Vs::TranscriptMgr::get()->replaying())
+            settleFit();
         Answers::lineRan();
     }
 
