@@ -91,6 +91,7 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
           "Performance.Validate('ElapsedTime', 'none')\n");
     write("lost.txt", "Transcripting.Start /dev/full\nDesign.New\n");
     write("_helper.py", "1 / 0\n");
+    write("leaves.py", "import sys\nsys.exit(3)\n");
     // What waits for the end of a line is done before the next one.
     const std::string switches =
         "import Asset, Design, Document, VuCommands\nDesign.New()\n"
@@ -103,12 +104,12 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
     write("CMakeLists.txt", "add_test(NAME all COMMAND quillet --test .)\n");
     const ProcessResult result = run({"--timeout", "3", "--junit", junit.string(), "--set", "name=x"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_NE(result.output.find("12 transcripts in "), std::string::npos) << result.output;
-    EXPECT_NE(result.output.find(": 4 passed, 5 failed, 3 ended by crash or time limit."), std::string::npos);
+    EXPECT_NE(result.output.find("13 transcripts in "), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find(": 4 passed, 6 failed, 3 ended by crash or time limit."), std::string::npos);
 
     std::map<std::string, Case> cases = readJUnit(junit);
-    EXPECT_EQ(cases.size(), 13u);
-    EXPECT_EQ(cases[""].message, "12 5 3");
+    EXPECT_EQ(cases.size(), 14u);
+    EXPECT_EQ(cases[""].message, "13 6 3");
     EXPECT_EQ(cases["good.txt"].kind, "passed");
     EXPECT_GT(cases["good.txt"].seconds, 0);
     EXPECT_NE(cases["good.txt"].output.find("/x.vlra"), std::string::npos);
@@ -126,6 +127,8 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
         << cases["slow.txt"].output;
     EXPECT_EQ(cases["slow.py"].message, at + "slow.py:4: The metric ElapsedTime was not started.");
     EXPECT_NE(cases["lost.txt"].message.find("No space left"), std::string::npos);
+    EXPECT_EQ(cases["leaves.py"].message, at + "leaves.py:2: The script ended with code 3");
+    EXPECT_EQ(cases["leaves.py"].kind, "failure");
     EXPECT_EQ(cases["crash.py"].kind, "error");
     EXPECT_EQ(cases["crash.py"].message, at + "crash.py: The program was ended by SIGABRT (Aborted).");
     EXPECT_EQ(cases["endless.txt"].type, "timeout");

@@ -209,11 +209,11 @@ TestResult TestProcess::result() const
         result.kind = TestResult::Kind::Crashed;
         result.message =
             m_transcript.string() + ": The program was ended by " + signalName(WTERMSIG(m_state)) + during;
-    } else if (WEXITSTATUS(m_state) == 1) {
-        result.kind = TestResult::Kind::Failed;
-        result.message = failure();
     } else if (WEXITSTATUS(m_state) != 0) {
-        result.kind = TestResult::Kind::Crashed;
+        // A script may end with any number, and says so.
+        const bool said = m_errors.text().find(m_transcript.string() + ':') != std::string::npos;
+        result.kind =
+            WEXITSTATUS(m_state) == 1 || said ? TestResult::Kind::Failed : TestResult::Kind::Crashed;
         result.message = failure();
     }
     return result;
