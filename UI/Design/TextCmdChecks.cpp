@@ -18,6 +18,7 @@
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Commands/Transcripts/NormalValidationWidget.h"
 #include "UI/Design/CheckedObjects.h"
+#include "UI/Design/ExpectedValues.h"
 #include "UI/Design/Localized.h"
 
 #include <boost/algorithm/string/classification.hpp>
@@ -28,6 +29,7 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -181,10 +183,10 @@ struct CheckRow
 };
 
 // clang-format off
-constexpr CheckRow kVolume = {L"Body",      L"CheckVolume", L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the volume of the solids with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::volumes>};
-constexpr CheckRow kSkin   = {L"Body",      L"CheckArea",   L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the area of the faces with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::areas>};
-constexpr CheckRow kBounds = {L"Body",      L"CheckBounds", L"<description> [<path>] [/VisibleOnly] [/EachBody] [/Exact] Compares the box around the bodies with the reference of this description", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::bounds>};
-constexpr CheckRow kCount  = {L"Component", L"CheckCount",  L"<description> [<path>] [/VisibleOnly] Compares how many components and bodies there are with the reference of this description", L"VisibleOnly", valuesOf<&CheckedObjects::counts>};
+constexpr CheckRow kVolume = {L"Body",      L"CheckVolume", L"<description> [<path>] [= <value>...] [/VisibleOnly] [/EachBody] [/Exact] Compares the volume of the solids with the reference of this description, or with what the line says: = 6000 mm^3 +- 0.1 %", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::volumes>};
+constexpr CheckRow kSkin   = {L"Body",      L"CheckArea",   L"<description> [<path>] [= <value>...] [/VisibleOnly] [/EachBody] [/Exact] Compares the area of the faces with the reference of this description, or with what the line says: = 6000 mm^3 +- 0.1 %", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::areas>};
+constexpr CheckRow kBounds = {L"Body",      L"CheckBounds", L"<description> [<path>] [= <value>...] [/VisibleOnly] [/EachBody] [/Exact] Compares the box around the bodies with the reference of this description, or with what the line says: = 6000 mm^3 +- 0.1 %", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::bounds>};
+constexpr CheckRow kCount  = {L"Component", L"CheckCount",  L"<description> [<path>] [= <value>...] [/VisibleOnly] Compares how many components and bodies there are with the reference of this description, or with what the line says: = 6000 mm^3 +- 0.1 %", L"VisibleOnly", valuesOf<&CheckedObjects::counts>};
 constexpr CheckRow kDigest = {L"Model",     L"CheckDigest", L"<description> [/Selection] [/Camera] Compares names, places, colours, visibility, shapes and settings with the reference of this description", L"Selection/Camera", digest};
 // clang-format on
 
@@ -206,6 +208,31 @@ std::wstring referenceName(const CheckRow& row, const TextCommandParameters& par
     return name;
 }
 
+/// Which parameter is the "=" with what is expected behind it. The first is the description.
+std::optional<unsigned> equalsSign(const TextCommandParameters& parameters)
+{
+    for (unsigned i = 1; i < parameters.parameters(); ++i)
+        if (parameters[i] == L"=")
+            return i;
+    return std::nullopt;
+}
+
+TextCommandParameters before(unsigned sign, const TextCommandParameters& parameters)
+{
+    std::vector<std::wstring> words;
+    for (unsigned i = 0; i < sign; ++i)
+        words.push_back(parameters[i]);
+    return {std::move(words), parameters.flags()};
+}
+
+std::wstring textBehind(unsigned sign, const TextCommandParameters& parameters)
+{
+    std::wstring text;
+    for (unsigned i = sign + 1; i < parameters.parameters(); ++i)
+        text += (text.empty() ? L"" : L" ") + parameters[i];
+    return text;
+}
+
 template <const CheckRow& kRow>
 class TextCmdCheck : public Vs::PythonEntry<TextCmdCheck<kRow>, Vs::TextCommand>
 {
@@ -224,7 +251,10 @@ public:
         if (!asset)
             return {1, localizedFormat("CheckNoModel", "%1%: there is no active model to check.", name)};
         try {
-            return checkAgainstReference(name, kRow.values(*asset, parameters));
+            const std::optional<unsigned> sign = equalsSign(parameters);
+            return sign ? checkExpected(name, kRow.values(*asset, before(*sign, parameters)),
+                                        textBehind(*sign, parameters))
+                        : checkAgainstReference(name, kRow.values(*asset, parameters));
         } catch (const Vs::Exception& error) {
             return {1, localizedFormat("CheckImpossible", "%1%: %2%", name, error.message())};
         }

@@ -46,7 +46,7 @@ TEST_F(Checks, KeepWhatTheyFindAtFirstAndFailWhenItIsAnother)
     EXPECT_HOLDS(changed, L"\n    component Box2:1 is new");
 
     // A digest that is another one is explained.
-    EXPECT_HOLDS(check("Model.CheckDigest all", "Design.Move Sphere1 5 0 0\nDesign.Hide Box1\n"),
+    EXPECT_HOLDS(check("Model.CheckDigest all", "Design.Move Sphere1 5mm 0 0\nDesign.Hide Box1\n"),
                  L"\n    component Box1:1: visible no instead of yes\n    component Sphere1:1: place 5,0,100 "
                  L"instead of 0,0,100");
     EXPECT_HOLDS(check("Model.CheckDigest all", "Design.Fillet 1 Box1/Edge1\nSelection.Select Sphere2\n"
@@ -102,6 +102,25 @@ TEST_F(Checks, TellWhatTheyCannotDo)
     EXPECT_HOLDS(check("Body.CheckVolume a"), references().wstring() + L":3: ");
     EXPECT_EQ(failures(), 1u);
     EXPECT_EQ(TestSupport::contentOf(references()), "{\"format\": 1,\n\"references\": {\n}");
+}
+
+TEST_F(Checks, CompareWithWhatTheirLineSays)
+{
+    const std::string good =
+        "Body.CheckVolume box Box1 = 6000 mm^3\nBody.CheckVolume box Box1 = 6 cm^3 +- 0.1 %\n"
+        "Body.CheckVolume all = 7047 +- 1\nBody.CheckArea box Box1 = 2*(200+300+600) mm^2\n"
+        "Body.CheckBounds box Box1 = 0,0,0,10 mm,2 cm,30 +- 1e-3 mm";
+    EXPECT_EQ(check(good), L"");
+    EXPECT_FALSE(boost::filesystem::exists(references()));
+    EXPECT_HOLDS(
+        check("Body.CheckVolume box Box1 = 6100 mm^3 +- 1 %"),
+        L"bracket.txt:5: Body.CheckVolume box Box1 = 6100 mm^3 +- 1 %: volume is 6000 mm³ instead of 6100 "
+        L"mm³, with a tolerance of 61 mm³.");
+    EXPECT_HOLDS(check("Body.CheckVolume parts /EachBody = 3"),
+                 L"the check finds 3 values, and the line has 1");
+    EXPECT_HOLDS(check("Body.CheckVolume box Box1 = 5 kg"), L"kg");
+    EXPECT_HOLDS(check("Body.CheckVolume box Box1 = 5 mm"), L"Body.CheckVolume box Box1 = 5 mm: ");
+    EXPECT_EQ(failures(), 1u);
 }
 
 TEST_F(Checks, ReplaceReferencesOrInsistOnThem)

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <string_view>
@@ -146,15 +147,15 @@ Vs::TextCommandResult keep(References& references, const std::wstring& name,
                                references.file().wstring(), text)};
 }
 
-Vs::TextCommandResult compare(const References& references, const std::wstring& name,
-                              const std::vector<CheckedValue>& values, const ReferenceValues& kept)
+/// `first` has the difference that is told first.
+Vs::TextCommandResult compare(const std::vector<CheckedValue>& values, const ReferenceValues& kept,
+                              const std::function<std::wstring(const std::wstring& difference)>& first)
 {
     constexpr size_t kTold = 10;
     std::vector<std::wstring> wrong = differences(values, kept);
     if (wrong.empty())
         return {0, {}};
-    std::wstring text = localizedFormat("CheckFailed", "%1%: %2%. The reference is in %3%.", name,
-                                        wrong.front(), references.file().wstring());
+    std::wstring text = first(wrong.front());
     wrong.erase(wrong.begin());
     for (std::wstring& each : reasons(values, kept))
         wrong.push_back(std::move(each));
@@ -172,11 +173,21 @@ Vs::TextCommandResult checkAgainstReference(const std::wstring& name, const std:
     try {
         References references(L"checks");
         if (const std::optional<ReferenceValues> kept = references.find(name))
-            return compare(references, name, values, *kept);
+            return compare(values, *kept, [&](const std::wstring& difference) {
+                return localizedFormat("CheckFailed", "%1%: %2%. The reference is in %3%.", name, difference,
+                                       references.file().wstring());
+            });
         return keep(references, name, values);
     } catch (const Vs::Exception& error) {
         return {1, error.message()};
     }
+}
+
+Vs::TextCommandResult checkAgainstValues(const std::wstring& name, const std::vector<CheckedValue>& values,
+                                         const ReferenceValues& reference)
+{
+    return compare(values, reference,
+                   [&](const std::wstring& difference) { return name + L": " + difference + L'.'; });
 }
 
 } // namespace Vu

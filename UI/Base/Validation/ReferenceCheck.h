@@ -29,4 +29,9 @@ inline constexpr const wchar_t* kReasons[] = {L"component ", L"setting "};
 [[nodiscard]] Vs::TextCommandResult checkAgainstReference(const std::wstring& name,
                                                           const std::vector<CheckedValue>& values);
 
+/// The same with values that are known otherwise.
+[[nodiscard]] Vs::TextCommandResult checkAgainstValues(const std::wstring& name,
+                                                       const std::vector<CheckedValue>& values,
+                                                       const ReferenceValues& reference);
+
 } // namespace Vu
