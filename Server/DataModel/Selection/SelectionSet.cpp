@@ -32,8 +32,16 @@ bool SelectionSet::contains(const Selection& selection) const
     return find(m_selections, selection) != m_selections.end();
 }
 
+const SelectedComponents& SelectionSet::components() const
+{
+    if (!m_components)
+        m_components = std::make_unique<const SelectedComponents>(m_selections);
+    return *m_components;
+}
+
 bool SelectionSet::changed()
 {
+    m_components.reset();
     forEach([](SelectionSetSite* site) { site->selectionSetChanged(); });
     return true;
 }
@@ -58,6 +66,7 @@ bool SelectionSet::remove(const Selection& selection)
 bool SelectionSet::replace(const std::vector<StrongRef<Selection>>& selections)
 {
     const auto before = std::exchange(m_selections, {});
+    m_components.reset(); // It lives on the ids of these, of which equal ones may take the place.
     std::unordered_set<size_t> hashes;
     for (const auto& selection : selections)
         if (selection && (hashes.insert(selection->hash()).second || !contains(*selection)))

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Server/Base/Event.h"
+#include "Server/DataModel/Selection/SelectedComponents.h"
 #include "Server/DataModel/Selection/Selection.h"
 
+#include <memory>
 #include <unordered_map>
 
 namespace Vs {
@@ -34,6 +36,8 @@ public:
     [[nodiscard]] bool empty() const { return m_selections.empty(); }
     size_t size() const { return m_selections.size(); }
     [[nodiscard]] bool contains(const Selection& selection) const;
+    /// Of which components they are. Made when it is first asked for, and good until the next change.
+    const SelectedComponents& components() const;
 
     /// Each returns whether something changed. Null is never added.
     bool add(StrongRef<Selection> selection);
@@ -46,6 +50,7 @@ private:
     bool changed();
 
     std::vector<StrongRef<Selection>> m_selections;
+    mutable std::unique_ptr<const SelectedComponents> m_components; ///< Null until it is asked for.
 };
 
 } // namespace Vs

@@ -1,6 +1,7 @@
 #include "UI/Base/Window/BrowserMarks.h"
 
 #include "Server/CommonData/NamedViews.h"
+#include "Server/Component/Component.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -43,6 +44,21 @@ QItemSelection rangesOf(std::vector<Marked> rows)
         first = std::next(last);
     }
     return ranges;
+}
+
+/// The ranges without rows that have come between theirs.
+QItemSelection without(const QItemSelection& ranges, const QModelIndex& parent, int first, int last)
+{
+    QItemSelection left;
+    for (const QItemSelectionRange& range : ranges) {
+        if (range.parent() != parent || range.top() >= first || range.bottom() <= last) {
+            left.append(range);
+            continue;
+        }
+        left.append({range.topLeft(), parent.model()->index(first - 1, 0, parent)});
+        left.append({parent.model()->index(last + 1, 0, parent), range.bottomRight()});
+    }
+    return left;
 }
 
 } // namespace
@@ -103,6 +119,27 @@ void BrowserMarks::mark(bool reveal)
 {
     m_known = {};
     update(reveal);
+}
+
+// The tree keeps the marks of the others.
+void BrowserMarks::rowsCame(const QModelIndex& parent, int first, int last)
+{
+    if (!m_session)
+        return;
+    Vs::SelectionMgr& manager = *m_session->selectionManager();
+    const Vs::SelectionSet &selected = manager.selectionSet(), &collected = manager.collectedSet();
+    const auto isMarked = [&](const Vs::SelectionSet& set, const std::string& id) {
+        return !set.empty() && (set.components().has(id) || set.components().hasBelow(id));
+    };
+    // To look at all that is marked may be less work.
+    bool isMarkedAgain = static_cast<size_t>(last - first) >= selected.size() + collected.size();
+    for (int row = first; row <= last && !isMarkedAgain; ++row)
+        if (const Vs::Component* component = m_model->component(m_model->index(row, 0, parent)))
+            isMarkedAgain = isMarked(selected, component->id) || isMarked(collected, component->id);
+    if (isMarkedAgain)
+        mark(false);
+    else
+        m_known.rows = without(m_known.rows, parent, first, last);
 }
 
 // With each tool that begins and ends, the marks of the session's selection go and come back.

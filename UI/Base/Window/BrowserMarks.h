@@ -30,9 +30,10 @@ public:
     AssetSession* session() const { return m_session; }
     /// The input of the running tool that takes the clicks; null where clicks select.
     SelectionCommandInput* toolInput() const;
-    /// Marks what the session has selected; to be called whenever rows have come. `reveal` tells whether a
-    /// single row is scrolled to.
+    /// Marks what the session has selected. `reveal` tells whether a single row is scrolled to.
     void mark(bool reveal);
+    /// To be called whenever rows have come: marks those of them that are selected.
+    void rowsCame(const QModelIndex& parent, int first, int last);
     /// Whether marks are changing because the selection has, and not by a person's hand.
     bool isMarking() const { return m_busy; }
     /// Selects what a person has marked.

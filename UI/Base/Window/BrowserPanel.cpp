@@ -222,7 +222,7 @@ void BrowserPanel::reopenBelow(const QModelIndex& parent, int first, int last)
         for (auto open = m_open.lower_bound(below); open != m_open.end() && open->starts_with(below); ++open)
             m_tree->expand(m_model->indexOf(*open));
     }
-    m_marks->mark(false);
+    m_marks->rowsCame(parent, first, last);
 }
 
 // Things of other kinds that the session has selected stay.

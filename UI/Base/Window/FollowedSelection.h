@@ -25,6 +25,8 @@ public:
         if (m_set)
             m_set->subscribe(&m_site);
     }
+    /// The one that is followed; null for none.
+    const Vs::SelectionSet* set() const { return m_set; }
     /// Whether nothing is selected there, or no set is followed.
     bool empty() const { return !m_set || m_set->empty(); }
 

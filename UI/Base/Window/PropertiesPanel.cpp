@@ -187,6 +187,15 @@ void PropertiesPanel::sessionClosed(SessionEvent*)
     refreshSoon();
 }
 
+// All that is selected is read for one number.
+void PropertiesPanel::assetComponentsChanged(Vs::ComponentsEvent* event)
+{
+    const bool shownStays = isVisible() && !m_followed.empty() && !m_measuresLater &&
+                            !m_followed.set()->components().concernedBy(event->changes());
+    if (!shownStays)
+        refreshSoon();
+}
+
 void PropertiesPanel::commandAvailabilitiesChanged(Vs::Event*)
 {
     if (isVisible() && !m_editableSoon.isActive())
@@ -224,6 +233,7 @@ void PropertiesPanel::refresh()
     const AssetSession* session = SessionMgr::get()->activeAssetSession();
     Vs::SelectionMgr* manager = session ? session->selectionManager() : nullptr;
     m_followed.follow(manager ? &manager->selectionSet() : nullptr);
+    m_measuresLater = false;
     const bool any = !m_followed.empty();
     m_hint->setVisible(!any);
     if (any)
@@ -255,7 +265,8 @@ void PropertiesPanel::showSelection(Vs::SelectionMgr& manager, const Vs::Asset& 
     show(Row::Area, m_values.counts[PropertyValues::Edge] == 0 ? pending : QString());
     show(Row::Volume, whole ? pending : QString());
     showEditable();
-    if (!m_values.parts.empty() && !Vs::showsPreview(asset))
+    m_measuresLater = Vs::showsPreview(asset);
+    if (!m_values.parts.empty() && !m_measuresLater)
         m_measureSoon.start(kPause);
 }
 

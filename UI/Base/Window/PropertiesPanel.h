@@ -57,7 +57,7 @@ private:
     enum class Row { Name, Colour, X, Y, Z, Size, Diameter, Length, Area, Volume };
 
     void selectionSetChanged() override { refreshSoon(); }
-    void assetComponentsChanged(Vs::ComponentsEvent*) override { refreshSoon(); }
+    void assetComponentsChanged(Vs::ComponentsEvent* event) override;
     void documentUpdated(Vs::DocumentEvent*) override { refreshSoon(); }
     void documentSaved(Vs::DocumentEvent*) override { refreshSoon(); }
     void optionChanged(Vs::OptionEvent*) override { refreshSoon(); }
@@ -95,6 +95,7 @@ private:
     QTimer m_soon, m_editableSoon, m_measureSoon;
     FollowedSelection m_followed{*this}; ///< Of the active session, as long as that lasts.
     PropertyValues m_values;
+    bool m_measuresLater = false; ///< When the preview that shows is over.
     PartMeasurer m_measurer;
 };
 

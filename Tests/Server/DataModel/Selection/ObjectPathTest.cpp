@@ -1,8 +1,10 @@
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
+#include "Server/Component/Component.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/Selection.h"
+#include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/DataModel/Transaction.h"
 #include "Tests/Server/DataModel/Fixture.h"
 #include "Tests/Support/RealData.h"
@@ -110,6 +112,44 @@ TEST_F(ObjectPathTest, APathIsStaleWhileItsObjectIsGoneAndRightWhenItIsBack)
         other(asset, path->component, nullptr);
     EXPECT_TRUE(one.isEqualTo(same));
     EXPECT_FALSE(one.isEqualTo(other));
+}
+
+TEST_F(ObjectPathTest, AChangeConcernsWhatIsSelectedAndHoldsItOrLiesInItAlone)
+{
+    using Path = ObjectPath;
+    SelectionSet set;
+    const auto concerns = [&](const char* changed, const char* added, const char* removed) {
+        Component first, second;
+        ComponentsEvent::Changes changes;
+        if (changed) {
+            first.id = changed;
+            changes.changed.push_back(&first);
+        }
+        if (added) {
+            second.id = added;
+            changes.added.push_back(&second);
+        }
+        if (removed)
+            changes.removed.emplace_back(removed);
+        return set.components().concernedBy(changes);
+    };
+    const auto select = [&](const Path& path) {
+        set.replace({new LogicalSelection(nullptr, path, nullptr)});
+    };
+    for (const Path::Leaf leaf : {Path::Leaf::Component, Path::Leaf::Face}) {
+        select({"0:1:1:1/0:1:1:2:3", leaf});
+        for (const char* one : {"0:1:1:1", "0:1:1:1/0:1:1:2:3", "0:1:1:1/0:1:1:2:3/0:1:1:4:1"}) {
+            EXPECT_TRUE(concerns(one, nullptr, nullptr)) << one;
+            EXPECT_TRUE(concerns(nullptr, nullptr, one)) << one;
+        }
+        for (const char* other : {"0:1:1:2", "0:1:1:1/0:1:1:2:30", "0:1:1:11", "0:1:1:1/0:1:1:2:4"})
+            EXPECT_FALSE(concerns(other, other, other)) << other;
+        EXPECT_TRUE(concerns(nullptr, "0:1:1:1/0:1:1:2:3/0:1:1:4:9", nullptr));
+    }
+    select({""});
+    EXPECT_TRUE(concerns(nullptr, "0:1:1:2", nullptr)) << "all lies in the root";
+    set.clear();
+    EXPECT_FALSE(concerns("0:1:1:1", "0:1:1:2", "0:1:1:3"));
 }
 
 TEST_F(ObjectPathTest, OccurrencesOfARealAssemblyAreToldApart)

@@ -143,6 +143,11 @@ TEST_F(PropertiesTest, SeveralTellHowManyWhatTheyShareAndTheirSums)
     EXPECT_TRUE(find<QLineEdit>("propertyZ")->isReadOnly());
     EXPECT_EQ(value("propertySize"), QStringLiteral("40 \u00d7 20 \u00d7 60 mm"));
     EXPECT_TRUE(measured("propertyVolume", QStringLiteral("16000 mm\u00b3")));
+    answer(L"Design.Box 1 1 1");
+    answer(L"Design.Move Box2 0 0 10");
+    settle();
+    EXPECT_EQ(value("propertySize"), QStringLiteral("40 \u00d7 20 \u00d7 70 mm"));
+    EXPECT_TRUE(measured("propertyVolume", QStringLiteral("16000 mm\u00b3")));
     answer(L"Selection.Select Box1/Face1 Box1/Face2 Cylinder1/Edge1");
     settle();
     EXPECT_TRUE(UiTests::becomes([&] { return head() == "2 faces, 1 edge, several forms"; }))

@@ -114,7 +114,6 @@ void SelectionDisplay::Layer::light()
 {
     const Nodes before = std::exchange(m_nodes, {});
     m_index.clear();
-    m_above.clear();
     for (const auto& selection : m_set.selections())
         add(selection);
     for (const auto& [node, lit] : before)
@@ -173,9 +172,6 @@ void SelectionDisplay::Layer::makeIndex()
             m_index[logical->componentId()].selections.push_back(selection);
     for (const auto& [node, lit] : m_nodes)
         m_index[Vs::cast<Vs::LogicalSelection>(lit.of.get())->componentId()].nodes.push_back(node);
-    for (const auto& [id, held] : m_index)
-        for (std::string above = Vs::parentId(id); !above.empty() && m_above.insert(above).second;)
-            above = Vs::parentId(above);
 }
 
 void SelectionDisplay::Layer::light(const Changes& changes)
@@ -202,10 +198,10 @@ void SelectionDisplay::Layer::light(const Changes& changes)
 
 void SelectionDisplay::Layer::lightComponent(const std::string& id)
 {
-    const auto found = m_index.find(id);
-    if (found == m_index.end())
+    if (!m_set.components().has(id))
         return;
-    OfComponent& held = found->second;
+    makeIndex();
+    OfComponent& held = m_index[id];
     std::vector<Nodes::node_type> before;
     for (Node* node : std::exchange(held.nodes, {}))
         if (Nodes::node_type lit = m_nodes.extract(node))
@@ -228,21 +224,20 @@ bool SelectionDisplay::Layer::isStale(const Vs::Selection& selection) const
            !Vs::resolvePath(logical->path(), *m_display.m_asset, ignored);
 }
 
-bool SelectionDisplay::Layer::holdsBelow(const std::vector<std::string>& ids)
+bool SelectionDisplay::Layer::holdsBelow(const std::vector<std::string>& ids) const
 {
-    makeIndex();
-    return std::ranges::any_of(ids, [&](const std::string& id) { return m_above.contains(id); });
+    return std::ranges::any_of(ids, [&](const std::string& id) { return m_set.components().hasBelow(id); });
 }
 
 /// Whether something that is selected is gone, or lay in what is gone.
 bool SelectionDisplay::Layer::concernsHeld(const Changes& changes)
 {
-    makeIndex();
-    const auto isHeld = [&](const std::string& id) { return m_index.contains(id); };
+    const auto isHeld = [&](const std::string& id) { return m_set.components().has(id); };
     const auto hasStale = [&](const Vs::Component* component) {
-        const auto found = m_index.find(component->id);
-        return found != m_index.end() &&
-               std::ranges::any_of(found->second.selections,
+        if (!isHeld(component->id))
+            return false;
+        makeIndex();
+        return std::ranges::any_of(m_index[component->id].selections,
                                    [&](const auto& selection) { return isStale(*selection); });
     };
     return holdsBelow(changes.removed) || std::ranges::any_of(changes.removed, isHeld) ||

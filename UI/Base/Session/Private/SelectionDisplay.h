@@ -8,7 +8,6 @@
 
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -72,7 +71,7 @@ private:
         };
         bool isMuch(const Changes& changes) const;
         bool isStale(const Vs::Selection& selection) const;
-        bool holdsBelow(const std::vector<std::string>& ids);
+        bool holdsBelow(const std::vector<std::string>& ids) const;
         bool concernsHeld(const Changes& changes);
         Rendra::Graphics::Node* add(const Vs::StrongRef<Vs::Selection>& selection);
         void lightComponent(const std::string& id);
@@ -82,7 +81,6 @@ private:
         Vs::SelectionSet& m_set;
         Nodes m_nodes;
         std::unordered_map<std::string, OfComponent> m_index; ///< By Component::id; made when it is asked.
-        std::unordered_set<std::string> m_above;              ///< What those of the index lie in.
     };
 
     void assetComponentsChanged(Vs::ComponentsEvent* event) override;
