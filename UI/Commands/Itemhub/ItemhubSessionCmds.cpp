@@ -124,7 +124,8 @@ ItemhubDashboardCmd::ItemhubDashboardCmd(CommandDefinition* definition, CommandC
 void ItemhubDashboardCmd::onExecute(Vs::Status& status)
 {
     if (!itemhubSession()) {
-        status.addError(localized("ItemhubNobody", "Nobody is signed in to the lifecycle service."));
+        Vs::ItemhubUtilities::get()->fireErrorMessage(
+            localized("ItemhubNobody", "Nobody is signed in to the lifecycle service."));
         return;
     }
     withItemhubErrors([&] {

@@ -114,6 +114,7 @@ const Session kSessions[] = {
     {L"ItemhubInsertComponentCommand", kModel + L"Dashboard.InsertComponentCmd 1 2"},
     {L"ItemhubOpenAttachmentCommand",  L"Dashboard.OpenAttachmentCmd wheel"},
     {L"ItemhubCreateCommentID",        kModel + L"Dashboard.CreateCommentIDCmd 7"},
+    {L"ItemhubDashboardCommand",       L"Commands.Start ItemhubDashboardCommand"},
     {L"ItemhubMyFavoritesCommand",     L"Commands.Start ItemhubMyFavoritesCommand", L"-"},
     {L"ItemhubMyFavoritesChangedCommand", L"Commands.Start ItemhubMyFavoritesChangedCommand"},
     {L"ItemhubSignOutCommand",         L"Commands.Start ItemhubSignOutCommand"},
