@@ -1,5 +1,7 @@
 #include "Server/DataModel/Kernel/EditableModel.h"
 
+#include "Server/Base/Progress.h"
+#include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/BodyMesher.h"
 #include "Server/DataModel/Kernel/EditLook.h"
@@ -7,6 +9,7 @@
 #include "Server/DataModel/Kernel/EditSolids.h"
 #include "Server/DataModel/Kernel/Guarded.h"
 #include "Server/DataModel/Kernel/LongWork.h"
+#include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/ShortestDistance.h"
 #include "Server/DataModel/Kernel/XdePaste.h"
@@ -18,6 +21,31 @@
 #include <stdexcept>
 
 namespace Vs::Kernel {
+
+namespace {
+
+/// Bodies of no more faces are measured at once.
+constexpr int kQuickFaces = 20;
+
+bool hasMoreFaces(const TopoDS_Shape& shape, int count)
+{
+    TopExp_Explorer faces(shape, TopAbs_FACE);
+    for (; faces.More() && count > 0; faces.Next())
+        --count;
+    return faces.More();
+}
+
+/// Throws what is told of a measurement that was stopped.
+void requireMeasured(const LongWorkEnd& end, const std::shared_ptr<void>& work)
+{
+    if (end.abandoned)
+        keepForever(work);
+    if (end.fault)
+        throw std::runtime_error(
+            Strings::narrow(ProgressText::stoppedMeasuring(*end.fault == EditFault::Cancelled)));
+}
+
+} // namespace
 
 std::vector<std::string> EditableModel::edit(const ModelEdit& edit)
 {
@@ -88,12 +116,30 @@ ShapeAnswer EditableModel::distance(const TopoDS_Shape& first, const TopoDS_Shap
         runLongWork(ProgressText::measuring(), [measuring](const Handle(Message_ProgressIndicator)&) {
             measuring->answer = measureDistance(measuring->first, measuring->second);
         });
-    if (end.abandoned)
-        keepForever(measuring);
-    if (end.fault)
-        throw std::runtime_error(
-            Strings::narrow(ProgressText::stoppedMeasuring(*end.fault == EditFault::Cancelled)));
+    requireMeasured(end, measuring);
     return measuring->answer;
+}
+
+BodyProperties EditableModel::measureBody(const TopoDS_Shape& body, BodyMeasure what)
+{
+    if (!Detail::onMainThread() || ForkedChild::is() || !hasMoreFaces(body, kQuickFaces))
+        return XdeModel::measureBody(body, what);
+    struct Work
+    {
+        TopoDS_Shape body;
+        BodyProperties properties;
+    };
+    const auto measuring = std::make_shared<Work>(Work{body, {}});
+    // How far all is of which this body is one is for others to say.
+    const auto goOn = [](double) {
+        Progress::keepAlive();
+        return !Progress::cancelled();
+    };
+    const LongWorkEnd end = runGuardedWork(goOn, [measuring, what](const Handle(Message_ProgressIndicator)&) {
+        measuring->properties = measureShape(measuring->body, what);
+    });
+    requireMeasured(end, measuring);
+    return measuring->properties;
 }
 
 std::shared_ptr<const BodyMesh> EditableModel::makeMesh(const TopoDS_Shape& shape,

@@ -19,7 +19,8 @@ public:
     void abort() override;
 
 protected:
-    /// What takes long can be cancelled, and doesn't keep the window from living.
+    /// What takes long can be cancelled, and doesn't keep the window from living; a body on the main thread.
+    BodyProperties measureBody(const TopoDS_Shape& body, BodyMeasure what) override;
     ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second) override;
     /// A shape at which the mesher breaks down, or comes to no end, costs nothing but its mesh.
     std::shared_ptr<const BodyMesh> makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,

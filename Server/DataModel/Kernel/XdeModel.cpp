@@ -168,7 +168,12 @@ std::shared_ptr<const BodyMesh> XdeModel::makeMesh(const TopoDS_Shape& shape, co
 
 BodyProperties XdeModel::properties(const std::string& entry, BodyMeasure what)
 {
-    return guarded([&] { return measureShape(bodyShape(bodyLabel(m_document, entry)), what); });
+    return guarded([&] { return measureBody(bodyShape(bodyLabel(m_document, entry)), what); });
+}
+
+BodyProperties XdeModel::measureBody(const TopoDS_Shape& body, BodyMeasure what)
+{
+    return measureShape(body, what);
 }
 
 const SubShapes& XdeModel::subShapes(const std::string& entry)

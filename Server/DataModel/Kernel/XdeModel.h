@@ -57,6 +57,7 @@ public:
 
 protected:
     XdeTransaction& transaction() { return m_transaction; }
+    virtual BodyProperties measureBody(const TopoDS_Shape& body, BodyMeasure what);
     /// Finds a distance that isn't known yet.
     virtual ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second);
     /// Meshes a body; see `mesh`.

@@ -486,6 +486,15 @@ TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
         EXPECT_FALSE(work.update(0.5));
     }
     EXPECT_FALSE(window->progressPanel()->isVisible());
+    {
+        // A key of a tool as well, and no field has the keyboard.
+        new QShortcut(QKeySequence(Qt::Key_Escape), window);
+        window->progressPanel()->setFocus();
+        const Vs::ProgressScope work(L"Measuring");
+        QTest::keyClick(window->windowHandle(), Qt::Key_Escape);
+        EXPECT_TRUE(Vs::Progress::cancelled());
+        field.setFocus();
+    }
     // The first canvas has Qt make the native window anew; so does this.
     window->setWindowFlag(Qt::WindowStaysOnTopHint);
     window->show();

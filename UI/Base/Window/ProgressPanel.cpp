@@ -126,6 +126,11 @@ bool BusyFilter::eventFilter(QObject* object, QEvent* event)
         m_panel->cancel();
         return true;
     case QEvent::ShortcutOverride:
+        // Tools have it as a hot key, which would take it.
+        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+            event->accept();
+            return true;
+        }
         // Otherwise a letter that is a hot key as well never comes as a key.
         return !qobject_cast<QLineEdit*>(QApplication::focusWidget());
     case QEvent::KeyRelease:

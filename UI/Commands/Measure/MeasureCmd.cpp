@@ -1,5 +1,6 @@
 #include "UI/Commands/Measure/MeasureCmd.h"
 
+#include "Server/Base/Progress.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -375,6 +376,8 @@ void MeasureCmd::measureAnew()
 {
     clearResults();
     m_state.requests.clear();
+    // Places of texts are measured, too. One that is cancelled takes those that wait with it.
+    const Vs::Progress::CancelScope together;
     m_state.requestAll();
     m_state.runRequests();
 }

@@ -1,16 +1,52 @@
 #include "Server/DataModel/Measure/Private/MeasuredObject.h"
 
+#include "Server/Base/Progress.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/Private/MeasureTexts.h"
 #include "Server/DataModel/Model/ModelBody.h"
+#include "Server/DataModel/Private/ProgressText.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 
+#include <chrono>
 #include <cmath>
+#include <optional>
 
 namespace Vs {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Keeps the window alive while many bodies are measured, and takes the person's cancel.
+class ManyBodies
+{
+public:
+    explicit ManyBodies(size_t count) : m_count(count) {}
+
+    /// Whether the next one is still wanted.
+    bool goOn()
+    {
+        if (!m_shown && Clock::now() - m_begin > kQuiet)
+            m_shown.emplace(ProgressText::measuring());
+        const double done = static_cast<double>(m_done++) / static_cast<double>(m_count);
+        return !Progress::cancelled() && (!m_shown || m_shown->update(done));
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    /// Most are measured before anybody would have read that they are.
+    static constexpr auto kQuiet = 400ms;
+
+    Progress::CancelScope m_cancellable;
+    std::optional<ProgressScope> m_shown;
+    Clock::time_point m_begin = Clock::now();
+    size_t m_count, m_done = 0;
+};
+
+} // namespace
 
 /// Of all bodies of an object: the volume or the area.
 struct MeasuredObject::Sums
@@ -62,7 +98,11 @@ MeasuredObject::Sums MeasuredObject::sums(BodyMeasure what) const
 {
     Sums sums;
     bool openSolid = false;
+    ManyBodies bodies(m_occurrences.size());
     for (const Occurrence& each : m_occurrences) {
+        if (!bodies.goOn())
+            throw MeasureError(
+                MeasureTexts::kernelFailed(name(), Strings::narrow(ProgressText::stoppedMeasuring(true))));
         Status status;
         auto properties = each.body->properties(what, status);
         if (!properties)

@@ -1,5 +1,6 @@
 // Solids whose measures are known in closed form, measured through the manager.
 
+#include "Server/Base/Progress.h"
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
@@ -228,6 +229,20 @@ TEST_F(MeasureTest, WhatHasNoAnswerSaysWhy)
         EXPECT_NE(why.find(each.reason), std::string::npos) << why;
         EXPECT_EQ(why.find('\n'), std::string::npos) << why;
     }
+}
+
+TEST_F(MeasureTest, ACancelEndsAMeasurementOfBodiesAndThoseThatWaitWithIt)
+{
+    {
+        const Progress::CancelScope together;
+        Progress::requestCancel();
+        for (const Type type : {Type::Area, Type::Volume, Type::PositionX}) {
+            MeasureResult result;
+            EXPECT_FALSE(measure({L"Box"}, type, result));
+            EXPECT_EQ(why, "\"Box:1\" can't be measured: it was cancelled.");
+        }
+    }
+    expectNear(value({L"Box"}, Type::Volume), 6000);
 }
 
 TEST_F(MeasureTest, DeletedAndClosedAndForeignObjectsAreTold)
