@@ -1,5 +1,6 @@
 #include "UI/Base/Window/AreaFrame.h"
 
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Window/ToolbarLine.h"
 #include "UI/Base/Window/ToolbarStrip.h"
 
@@ -18,9 +19,24 @@ constexpr int kUsualHeight = 180;
 /// What panels leave to the views between them, at the cost of their own width.
 constexpr int kLeastBetween = 300;
 
+/// Its handles have a name.
+class Splitter : public QSplitter
+{
+public:
+    using QSplitter::QSplitter;
+
+protected:
+    QSplitterHandle* createHandle() override
+    {
+        QSplitterHandle* handle = QSplitter::createHandle();
+        handle->setAccessibleName(QString::fromStdWString(localized("SplitHandle", "Divider")));
+        return handle;
+    }
+};
+
 QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent)
 {
-    auto* splitter = new QSplitter(orientation, parent);
+    auto* splitter = new Splitter(orientation, parent);
     splitter->setChildrenCollapsible(false);
     return splitter;
 }

@@ -1,6 +1,7 @@
 #include "UI/Base/Window/BellButton.h"
 
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/Glyph.h"
 #include "UI/Base/Window/NotificationPanel.h"
 #include "UI/Base/Window/PlainText.h"
@@ -21,6 +22,7 @@ const QKeySequence kKeys(Qt::CTRL | Qt::SHIFT | Qt::Key_N);
 BellButton::BellButton(ProgressPanel* progress, QWidget* parent)
     : QToolButton(parent), m_panel(new NotificationPanel(progress, this))
 {
+    Accessible::opener(this, m_panel, [this] { click(); });
     setObjectName(QStringLiteral("bell"));
     setAutoRaise(true);
     setFocusPolicy(Qt::NoFocus); // Keys open it from anywhere, and the line keeps the focus.

@@ -18,6 +18,7 @@
 #include "UI/Base/View/Private/FrameEvents.h"
 #include "UI/Base/View/Private/TouchNavigation.h"
 #include "UI/Base/Window/BandWidget.h"
+#include "UI/Base/Window/CanvasAccess.h"
 #include "UI/Base/Window/CoveredParts.h"
 #include "UI/Base/Window/FocusFrame.h"
 #include "UI/Base/Window/KeyboardHold.h"
@@ -394,6 +395,7 @@ QWidget* makeWidget(GraphicsCanvas* canvas, QWidget* parent)
         widget = new PaintedCanvas(canvas, parent);
     }
     new FocusFrame(widget);
+    tellOfCanvas(widget, *canvas);
     return widget;
 }
 

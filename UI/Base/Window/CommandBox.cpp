@@ -77,12 +77,14 @@ CommandBox::CommandBox(QWidget* parent)
     answers->addWidget(m_answer);
 
     m_edit->setObjectName(QStringLiteral("commandLine"));
+    m_edit->setAccessibleName(QString::fromStdWString(localized("AreaCommandLine", "Command Line")));
     showClicked({});
     m_edit->installEventFilter(this);
     m_answer->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_answer->setWordWrap(true);
     m_answer->hide();
     m_output->setObjectName(QStringLiteral("commandOutput"));
+    m_output->setAccessibleName(QString::fromStdWString(localized("CommandLineAnswer", "Answer")));
     m_output->setReadOnly(true);
     m_output->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_output->setFixedHeight(kOutputHeight);
@@ -90,6 +92,7 @@ CommandBox::CommandBox(QWidget* parent)
     m_output->hide();
 
     // A window of its own that never takes the focus: typing goes on in the line.
+    m_popup->setAccessibleName(QString::fromStdWString(localized("CommandLineOffer", "Completions")));
     m_popup->setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
     m_popup->setAttribute(Qt::WA_ShowWithoutActivating);
     m_popup->setFocusPolicy(Qt::NoFocus);

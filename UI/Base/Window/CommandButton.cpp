@@ -26,27 +26,43 @@ namespace {
 /// Behind a text that opens a list.
 constexpr const char16_t* kListSign = u" \u25be";
 
-/// HTML.
-QString tooltipText(const CommandDefinition& definition, const Info& info, const ToolTipInfo& tooltip)
+QString keysOf(const CommandDefinition& definition, const Info& info)
 {
-    const auto paragraph = [](const std::wstring& text) {
-        return text.empty() ? QString()
-                            : QStringLiteral("<br>") + QString::fromStdWString(text).toHtmlEscaped();
-    };
-    QString text =
-        QStringLiteral("<b>") + QString::fromStdWString(info.name()).toHtmlEscaped() + QStringLiteral("</b>");
     QString keys = KeyTable::get()->shown(definition);
     // A click on a split button may run another command, which its record names.
     const CommandDefinition* clicked = CommandDefinitionMgr::get()->findCommandDefinitionById(info.key());
     if (keys.isEmpty() && clicked)
         keys = KeyTable::get()->shown(*clicked);
+    return keys;
+}
+
+/// Under the title, a paragraph each.
+QStringList paragraphs(const Info& info, const ToolTipInfo& tooltip)
+{
+    QStringList paragraphs;
+    for (const std::wstring& text :
+         {tooltip.description() == info.name() ? std::wstring() : tooltip.description(), tooltip.extended(),
+          ExtendedInfoLoader::text(info.key())})
+        if (!text.empty())
+            paragraphs << QString::fromStdWString(text);
+    return paragraphs;
+}
+
+void showTooltip(QWidget* widget, const CommandDefinition& definition, const Info& info,
+                 const ToolTipInfo& tooltip)
+{
+    const QStringList below = paragraphs(info, tooltip);
+    const QString keys = keysOf(definition, info);
+    QString html =
+        QStringLiteral("<b>") + QString::fromStdWString(info.name()).toHtmlEscaped() + QStringLiteral("</b>");
     if (!keys.isEmpty())
-        text += QStringLiteral("&nbsp;&nbsp;") + keys.toHtmlEscaped();
-    if (tooltip.description() != info.name())
-        text += paragraph(tooltip.description());
-    text += paragraph(tooltip.extended());
-    text += paragraph(ExtendedInfoLoader::text(info.key()));
-    return text;
+        html += QStringLiteral("&nbsp;&nbsp;") + keys.toHtmlEscaped();
+    for (const QString& text : below)
+        html += QStringLiteral("<br>") + text.toHtmlEscaped();
+    QStringList spoken = keys.isEmpty() ? below : below + QStringList(keys);
+    if (spoken.isEmpty())
+        spoken << QString::fromStdWString(info.name());
+    PlainText::setMarkupTooltip(widget, html, spoken.join(QStringLiteral(". ")));
 }
 
 /// Whether the command is the tool that the user has now.
@@ -166,8 +182,7 @@ bool CommandButton::event(QEvent* event)
     else if (m_control && event->type() == QEvent::Leave)
         m_control->hoverEnd();
     else if (m_control && event->type() == QEvent::ToolTip)
-        PlainText::setMarkupTooltip(this,
-                                    tooltipText(*m_definition, *m_control->info(), m_control->tooltip()));
+        showTooltip(this, *m_definition, *m_control->info(), m_control->tooltip());
     return QToolButton::event(event);
 }
 
@@ -211,6 +226,7 @@ void CommandButton::draw()
         setPopupMode(list && list->split() ? QToolButton::MenuButtonPopup : QToolButton::InstantPopup);
     const QIcon icon = m_picture.isNull() && info->icon() ? iconOf(info->icon()) : m_picture;
     setText(title());
+    setAccessibleName(spokenName());
     setIcon(icon);
     setToolButtonStyle(icon.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
     setEnabled(m_control->enabled());
@@ -222,7 +238,7 @@ void CommandButton::draw()
     setCheckable(lit);
     setChecked(lit);
     if (toolTip().isEmpty())
-        PlainText::setMarkupTooltip(this, tooltipText(*m_definition, *info, m_control->tooltip()));
+        showTooltip(this, *m_definition, *info, m_control->tooltip());
 }
 
 QString CommandButton::title() const
@@ -233,6 +249,19 @@ QString CommandButton::title() const
     // A list without a picture of its own tells what is chosen.
     const Info* shown = list->selectedItem() ? list->selectedItem() : list->info();
     return QString::fromStdWString(shown->name()) + QString::fromUtf16(kListSign);
+}
+
+/// With what is chosen, where a list shows that.
+QString CommandButton::spokenName() const
+{
+    std::wstring name = m_control->info()->name();
+    if (name.empty())
+        name = m_control->tooltip().description();
+    const auto* list = Vs::cast<ListControl>(m_control);
+    const Info* chosen = list ? list->selectedItem() : nullptr;
+    if (chosen)
+        name += (name.empty() ? L"" : L": ") + chosen->name();
+    return QString::fromStdWString(name);
 }
 
 QToolButton* makeToolbarItem(const ToolbarItem& item, QWidget* parent, std::vector<CommandButton*>& buttons)

@@ -41,6 +41,7 @@ private:
     void inputControlDestroyed(InputControl* control) override;
     void draw();
     QString title() const;
+    QString spokenName() const;
 
     CommandDefinition* m_definition;
     QIcon m_picture;

@@ -1,5 +1,6 @@
 #include "UI/Base/Window/HudFrame.h"
 
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/CommandButton.h"
@@ -102,6 +103,7 @@ void HudFrame::addHuds(std::vector<CommandButton*>& buttons)
             continue;
         }
         bar->setObjectName(QStringLiteral("hud"));
+        bar->setAccessibleName(QString::fromStdWString(localized("AreaNavigationBar", "Navigation Bar")));
         new RovingFocus(bar);
         const EPlacement side = sideOf(hud.placement);
         m_huds.push_back({bar, side, hud.contents, side, {}, true});

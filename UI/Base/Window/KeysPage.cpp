@@ -3,6 +3,7 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
@@ -13,6 +14,7 @@
 #include <QHeaderView>
 #include <QKeySequenceEdit>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTreeWidget>
 
@@ -32,6 +34,7 @@ KeysPage::KeysPage(QWidget* parent)
       m_take(new QPushButton(told("KeysTake", "Take It"), this)),
       m_conflict(PlainText::label(this))
 {
+    Accessible::role(m_edit, QAccessible::HotkeyField);
     m_list->setObjectName(QStringLiteral("keysList"));
     m_edit->setObjectName(QStringLiteral("keysEdit"));
     m_take->setObjectName(QStringLiteral("keysTake"));
@@ -44,6 +47,8 @@ KeysPage::KeysPage(QWidget* parent)
     m_list->setMinimumHeight(kListHeight);
     m_list->setAccessibleName(told("PreferencesKeys", "Keys"));
     m_edit->setAccessibleName(told("KeysKeys", "Keys"));
+    for (QLineEdit* line : m_edit->findChildren<QLineEdit*>())
+        line->setAccessibleName(m_edit->accessibleName());
     for (QPushButton* button : {m_none, m_usual, m_take})
         button->setAutoDefault(false);
     m_conflict->setWordWrap(true);
@@ -104,9 +109,11 @@ void KeysPage::refresh()
         QTreeWidgetItem* item = m_list->topLevelItem(i);
         const CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(
             item->data(0, Qt::UserRole).toString().toStdWString());
-        item->setText(
-            1, definition ? KeyTable::toText(KeyTable::get()->keysOf(*definition), QKeySequence::NativeText)
-                          : QString());
+        const QString keys =
+            definition ? KeyTable::toText(KeyTable::get()->keysOf(*definition), QKeySequence::NativeText)
+                       : QString();
+        item->setText(1, keys);
+        item->setData(1, Qt::AccessibleTextRole, keys.isEmpty() ? told("KeysNone", "None") : keys);
     }
     showCurrent();
 }

@@ -74,6 +74,15 @@ std::wstring activeEnvironment()
     return environment ? environment->id() : std::wstring();
 }
 
+/// What it says is its name, unless it says nothing.
+void showIn(QLabel* label, const QString& text)
+{
+    label->setText(text.simplified());
+    PlainText::setTooltip(label, text);
+    label->setAccessibleName(text.isEmpty() ? QString::fromStdWString(localized("StatusMessage", "Messages"))
+                                            : QString());
+}
+
 } // namespace
 
 MainWindow::MainWindow(WorkspaceWindow* owner)
@@ -98,6 +107,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     restoreSize();
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_message->setContentsMargins(kMargin, 0, 0, 0);
+    showIn(m_message, {});
     // A long message must not make the window wider.
     m_message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(m_message, 1);
@@ -307,11 +317,10 @@ void MainWindow::message(const QString& text, bool isError)
     if (isError)
         colours.setColor(QPalette::WindowText, errorColour());
     m_message->setPalette(colours);
-    m_message->setText(text.simplified());
-    PlainText::setTooltip(m_message, text);
-    QTimer::singleShot(kMessageTime, m_message, [label = m_message, shown = m_message->text()] {
-        if (label->text() == shown)
-            label->clear();
+    showIn(m_message, text);
+    QTimer::singleShot(kMessageTime, m_message, [this, shown = m_message->text()] {
+        if (m_message->text() == shown)
+            showIn(m_message, {});
     });
 }
 
@@ -324,7 +333,7 @@ void MainWindow::alertAdded(AlertController*, const Alert& alert)
 
 void MainWindow::alertsCleared(AlertController*)
 {
-    m_message->clear();
+    showIn(m_message, {});
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

@@ -1,6 +1,7 @@
 #include "UI/Base/Window/NotificationPanel.h"
 
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/NotificationRow.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/ProgressPanel.h"
@@ -42,6 +43,7 @@ NotificationPanel::NotificationPanel(ProgressPanel* progress, QWidget* parent)
       m_work(new QWidget(this)),
       m_scroll(new QScrollArea(this))
 {
+    Accessible::role(this, QAccessible::Pane);
     setObjectName(QStringLiteral("notificationPanel"));
     // A click on the bell closes it, and must not open it again.
     setAttribute(Qt::WA_NoMouseReplay);

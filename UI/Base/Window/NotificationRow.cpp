@@ -3,6 +3,7 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/FilePlace.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/Glyph.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
@@ -56,6 +57,8 @@ void later(Action&& action)
 NotificationRow::NotificationRow(Vs::Notification* notification, Place place, QWidget* parent)
     : QFrame(parent), m_notification(notification), m_place(place)
 {
+    Accessible::pressable(this, place == Place::List ? QAccessible::ListItem : QAccessible::Notification,
+                          [this] { activate(); });
     setObjectName(place == Place::Toast ? QStringLiteral("toast") : QStringLiteral("notification"));
     setFocusPolicy(place == Place::Toast ? Qt::NoFocus : Qt::StrongFocus);
     if (!notification->clickText().empty())

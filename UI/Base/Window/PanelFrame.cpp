@@ -3,6 +3,7 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/AreaContents.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/Glyph.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
@@ -91,16 +92,20 @@ PanelFrame::PanelFrame(QWidget* parent)
       m_column(new QVBoxLayout(this)),
       m_grip(new QSizeGrip(this))
 {
+    Accessible::role(this, QAccessible::Pane);
     setObjectName(QStringLiteral("areaPanel"));
     m_head->setObjectName(QStringLiteral("areaHead"));
     m_menu->setText(QStringLiteral("\u22ef"));
     m_menu->setPopupMode(QToolButton::InstantPopup);
-    PlainText::setTooltip(m_menu, told("PanelMenu", "Dock, float or collapse"));
+    // Not the three dots.
+    m_menu->setAccessibleName(told("PanelMenu", "Dock, float or collapse"));
+    PlainText::setTooltip(m_menu, m_menu->accessibleName());
     auto* menu = new QMenu(m_menu);
     m_menu->setMenu(menu);
     connect(menu, &QMenu::aboutToShow, this, [this] { fillMenu(); });
     m_close->setIcon(glyphIcon(Glyph::Close));
-    PlainText::setTooltip(m_close, told("PanelClose", "Hide"));
+    m_close->setAccessibleName(told("PanelClose", "Hide"));
+    PlainText::setTooltip(m_close, m_close->accessibleName());
     connect(m_close, &QToolButton::clicked, this, [this] { close(); });
     // A long title must not make the panel wider.
     m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);

@@ -6,6 +6,10 @@
 #include <QTextDocument>
 
 namespace Vu {
+namespace {
+/// The description that came from the tooltip.
+constexpr const char* kDescribed = "describedByTooltip";
+} // namespace
 
 QString PlainText::tooltip(const QString& text)
 {
@@ -17,9 +21,17 @@ QString PlainText::tooltip(const std::wstring& text)
     return tooltip(QString::fromStdWString(text));
 }
 
+// Where nothing else describes a widget, its tooltip is read out, with whatever markup it has.
 void PlainText::setTooltip(QWidget* widget, const QString& text)
 {
-    widget->setToolTip(tooltip(text));
+    const bool describes = widget->accessibleDescription() == widget->property(kDescribed).toString();
+    const QString shown = tooltip(text);
+    widget->setToolTip(shown);
+    if (!describes)
+        return;
+    const QString spoken = shown == text ? QString() : text;
+    widget->setProperty(kDescribed, spoken);
+    widget->setAccessibleDescription(spoken);
 }
 
 void PlainText::setTooltip(QAction* action, const QString& text)
@@ -27,9 +39,10 @@ void PlainText::setTooltip(QAction* action, const QString& text)
     action->setToolTip(tooltip(text));
 }
 
-void PlainText::setMarkupTooltip(QWidget* widget, const QString& html)
+void PlainText::setMarkupTooltip(QWidget* widget, const QString& html, const QString& spoken)
 {
     widget->setToolTip(html);
+    widget->setAccessibleDescription(spoken);
 }
 
 QLabel* PlainText::label(QWidget* parent, const QString& text)

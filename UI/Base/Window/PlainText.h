@@ -21,8 +21,9 @@ QString tooltip(const std::wstring& text);
 
 void setTooltip(QWidget* widget, const QString& text);
 void setTooltip(QAction* action, const QString& text);
-/// A tooltip that is HTML of the program's own. Whatever else stands in it must have been escaped.
-void setMarkupTooltip(QWidget* widget, const QString& html);
+/// A tooltip that is HTML of the program's own. Whatever else stands in it must have been escaped. `spoken`
+/// is what assistive programs read out instead.
+void setMarkupTooltip(QWidget* widget, const QString& html, const QString& spoken);
 
 /// A label that shows texts and pictures, but no HTML. Owned by its parent, which may be null until it is
 /// laid out.

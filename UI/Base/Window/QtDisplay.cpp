@@ -5,6 +5,7 @@
 #include "Server/Base/StringTable.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/About.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/CanvasWidget.h"
 #include "UI/Base/Window/DesktopMotion.h"
 #include "UI/Base/Window/DesktopNotifications.h"
@@ -91,6 +92,7 @@ std::unique_ptr<QCoreApplication> QtDisplay::makeApplication(int& count, char** 
         setWindowIcon();
         new DesktopNotifications(application.get());
         new DesktopMotion(application.get());
+        Accessible::begin();
     }
     return application;
 }

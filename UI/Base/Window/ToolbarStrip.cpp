@@ -1,6 +1,7 @@
 #include "UI/Base/Window/ToolbarStrip.h"
 
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/CommandButton.h"
 #include "UI/Base/Window/CommandMenu.h"
 #include "UI/Base/Window/PlainText.h"
@@ -27,15 +28,18 @@ constexpr char16_t kChevron[] = u"\u00bb";
 ToolbarStrip::ToolbarStrip(QWidget* parent)
     : QFrame(parent), m_chevron(new QToolButton(this)), m_hidden(new CommandMenu({}, m_chevron))
 {
+    Accessible::role(this, QAccessible::ToolBar);
     setObjectName(QStringLiteral("strip"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setAccessibleName(QString::fromStdWString(localized("AreaToolbar", "Toolbar")));
     m_chevron->setObjectName(QStringLiteral("chevron"));
     m_chevron->setProperty("flat", true);
     m_chevron->setAutoRaise(true);
     m_chevron->setText(QString::fromUtf16(kChevron));
     m_chevron->setPopupMode(QToolButton::InstantPopup);
     m_chevron->setFocusPolicy(Qt::NoFocus);
-    PlainText::setTooltip(m_chevron, QString::fromStdWString(localized("MoreTools", "More tools")));
+    m_chevron->setAccessibleName(QString::fromStdWString(localized("MoreTools", "More tools")));
+    PlainText::setTooltip(m_chevron, m_chevron->accessibleName());
     m_chevron->setMenu(m_hidden);
     m_chevron->hide();
 }

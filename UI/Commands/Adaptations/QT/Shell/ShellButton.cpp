@@ -67,7 +67,8 @@ void ShellButton::draw()
     if (!m_control)
         return;
     const Info* info = m_control->info();
-    setText(QLatin1Char(' ') + QString::fromStdWString(m_title.empty() ? info->name() : m_title));
+    setAccessibleName(QString::fromStdWString(m_title.empty() ? info->name() : m_title));
+    setText(QLatin1Char(' ') + accessibleName());
     setIcon(info->icon() ? iconOf(info->icon()) : m_picture);
     setEnabled(m_control->enabled());
     // Of two commands that share one purpose, only the one that can be used shows.

@@ -1,0 +1,173 @@
+// What assistive programs see of the real program's window, asked over their own bus.
+
+#include "Tests/UI/Application/SpokenProgram.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+#include <algorithm>
+#include <array>
+#include <gtest/gtest.h>
+#include <regex>
+#include <set>
+
+using UiTests::SpokenProgram;
+using UiTests::SpokenThing;
+
+namespace {
+
+class Qt : public testing::Environment
+{
+public:
+    void SetUp() override
+    {
+        static int count = 1;
+        static char name[] = "test_accessibility";
+        static char* arguments[] = {name, nullptr};
+        static QCoreApplication application(count, arguments);
+    }
+};
+
+const auto* const theQt = testing::AddGlobalTestEnvironment(new Qt);
+
+using Thing = std::array<std::string, 2>; ///< Its role and its name.
+
+/// A state of the window, and what has to be seen in it.
+struct State
+{
+    const char* name;
+    std::vector<std::string> lines;   ///< That lead to it.
+    std::vector<std::string> pressed; ///< Names of what is pressed then, one after the other.
+    std::vector<Thing> has;
+};
+
+std::ostream& operator<<(std::ostream& stream, const State& state)
+{
+    return stream << state.name;
+}
+
+const std::string kModel = "Design.Sample";
+
+std::string start(const std::string& command)
+{
+    return "Commands.Start " + command;
+}
+
+const State kStates[] = {
+    {"Home", {}, {}, {{"push button", "Open..."}, {"menu bar", ""}}},
+    {"Menu", {kModel}, {"Edit"}, {{"menu item", "Find in View"}}},
+    {"Document",
+     {kModel},
+     {},
+     {{"tree", "Browser"},
+      {"tool bar", "Toolbar"},
+      {"canvas", "View of the model"},
+      {"graphic", "Orientation cube"},
+      {"page tab", "Sample"},
+      {"text", "Command Line"}}},
+    {"PropertiesOfAPart", {kModel, "Selection.Select Post"}, {}, {{"text", "Name"}}},
+    {"Feed", {kModel, start("ShowDesignFeedCommand")}, {}, {{"panel", "Design Feed"}}},
+    {"Views", {kModel, start("SplitViewLayoutCommand") + " Layout=Quad"}, {}, {{"grip", "Divider"}}},
+    {"Preferences", {start("PreferencesCommand")}, {}, {{"dialog", "Preferences"}, {"hotkey field", "Keys"}}},
+    {"Palette", {kModel, start("SearchCommandsCommand")}, {}, {{"text", "Search commands, keys and lines"}}},
+    {"Notifications", {kModel}, {"Notifications"}, {{"push button", "Clear"}}},
+    {"About", {start("AboutBoxCommand")}, {}, {{"push button", "Copy"}}},
+    {"DebugDialog", {kModel, start("ShowDebugDialogCommand")}, {}, {}},
+};
+
+class AccessibilityTest : public testing::TestWithParam<State>
+{
+protected:
+    void SetUp() override
+    {
+        if (!SpokenProgram::canRun())
+            GTEST_SKIP() << "NOTICE: no display, or no bus for assistive programs (at-spi2-core)";
+    }
+};
+
+/// By its action, as assistive programs do.
+bool press(const SpokenProgram& program, const std::string& name)
+{
+    const auto thing =
+        program.find([&](const SpokenThing& each) { return each.name() == name && !each.actions().empty(); });
+    return thing && (thing->act("Press") || thing->act("ShowMenu"));
+}
+
+/// What is wrong with it; empty for nothing.
+std::string faultOf(const SpokenThing& thing)
+{
+    static const std::set<std::string> kVague = {"filler", "unknown", "invalid", "redundant object"};
+    const std::string name = thing.name(), role = thing.role();
+    const std::vector<std::string> actions = thing.actions();
+    const bool isUsed =
+        thing.is(SpokenThing::kFocusable) ||
+        std::ranges::any_of(actions, [](const std::string& each) { return each != "SetFocus"; });
+    if ((name + thing.description()).find('<') != std::string::npos)
+        return "has markup: " + name + " / " + thing.description();
+    if (isUsed && name.find_first_not_of(" \t\n") == std::string::npos)
+        return "has no name";
+    return isUsed && kVague.contains(role) ? "has no fitting role" : "";
+}
+
+} // namespace
+
+TEST_P(AccessibilityTest, EverythingThatCanBeUsedHasANameAndARole)
+{
+    SpokenProgram program(GetParam().lines);
+    ASSERT_TRUE(program.started()) << program.output();
+    for (const std::string& name : GetParam().pressed)
+        EXPECT_TRUE(press(program, name)) << name;
+    for (const auto& [role, name] : GetParam().has)
+        EXPECT_TRUE(program.find(role, name)) << role << " \"" << name << '"';
+    size_t used = 0;
+    for (const SpokenProgram::Found& each : program.shown()) {
+        const std::string fault = faultOf(each.thing);
+        EXPECT_EQ(fault, "") << each.place();
+        used += each.thing.is(SpokenThing::kFocusable);
+    }
+    EXPECT_GT(used, 5u);
+}
+
+TEST_F(AccessibilityTest, AButtonThatIsPressedByItsActionOpensThePanelOfItsCommand)
+{
+    const SpokenProgram program({kModel});
+    ASSERT_TRUE(press(program, "Box"));
+    EXPECT_TRUE(program.find("text", "Length"));
+    for (const SpokenProgram::Found& each : program.shown())
+        EXPECT_EQ(faultOf(each.thing), "") << each.place();
+    ASSERT_TRUE(press(program, "OK"));
+    EXPECT_TRUE(program.find("tree item", "Box1"));
+}
+
+TEST_F(AccessibilityTest, TheBrowserTellsWhatIsSelectedAndTheCubeTurnsTheModel)
+{
+    const SpokenProgram program({kModel, "Selection.Select Post"});
+    const auto post = program.find("tree item", "Post");
+    const auto table = program.find("tree item", "Table");
+    ASSERT_TRUE(post && table);
+    EXPECT_TRUE(post->is(SpokenThing::kSelected));
+    EXPECT_FALSE(table->is(SpokenThing::kSelected));
+
+    const auto line = program.find("text", "Command Line");
+    ASSERT_TRUE(line);
+    const auto run = [&](const char* text) {
+        line->type(text);
+        line->focus();
+        program.key(QStringLiteral("Return"));
+    };
+    run("Selection.Select Table");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return table->is(SpokenThing::kSelected); }, 20000));
+    EXPECT_FALSE(post->is(SpokenThing::kSelected));
+
+    const auto cube = program.find("graphic", "Orientation cube");
+    ASSERT_TRUE(cube);
+    ASSERT_TRUE(cube->act("top"));
+    run("Camera.Dump");
+    // From where and to what it looks.
+    const std::regex straightDown("Camera: E([^,]*,[^,]*),\\S+ P\\1,\\S+ .*");
+    EXPECT_TRUE(
+        program.find([&](const SpokenThing& each) { return std::regex_match(each.name(), straightDown); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(States, AccessibilityTest, testing::ValuesIn(kStates),
+                         [](const auto& each) { return std::string(each.param.name); });

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "Tests/Support/Process.h"
+
+#include <QDBusConnection>
+#include <QDBusObjectPath>
+#include <QProcess>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace UiTests {
+
+/// One thing in a window, as assistive programs see it: asked anew with each call, over the bus.
+class SpokenThing
+{
+public:
+    SpokenThing(QDBusConnection bus, QString service, QString path);
+
+    std::string name() const { return property("Accessible", "Name"); }
+    std::string description() const { return property("Accessible", "Description"); }
+    std::string role() const; ///< As "push button".
+    bool is(int state) const; ///< One of those below.
+    std::vector<SpokenThing> children() const;
+
+    std::vector<std::string> actions() const;
+    /// Doesn't wait for what it does, which may be a dialog that stays. False if there is no such action.
+    [[nodiscard]] bool act(const std::string& action) const;
+    void focus() const;
+    std::string text() const;                 ///< What is written in it.
+    void type(const std::string& text) const; ///< In place of the text that is there.
+
+    /// Numbers of states, as the bus counts them.
+    static constexpr int kChecked = 4, kFocusable = 11, kFocused = 12, kSelected = 23, kShowing = 25;
+
+    friend bool operator==(const SpokenThing& one, const SpokenThing& other)
+    {
+        return one.m_service == other.m_service && one.m_path == other.m_path;
+    }
+
+private:
+    QDBusMessage call(const char* interface, const char* method, const QVariantList& arguments = {}) const;
+    std::string property(const char* interface, const char* name) const;
+
+    QDBusConnection m_bus;
+    QString m_service, m_path;
+};
+
+/// The real program in a window, and what assistive programs see of it. Needs a display and a session bus on
+/// which the services of at-spi2-core can be started.
+class SpokenProgram
+{
+public:
+    /// Adds to the program's arguments a profile of its own; the lines run at its start.
+    explicit SpokenProgram(const std::vector<std::string>& lines, const QStringList& environment = {});
+    ~SpokenProgram();
+
+    static bool canRun(); ///< Whether the bus for assistive programs is there.
+    bool started() const { return m_program.has_value(); }
+    std::string output() { return m_process.readAll().toStdString(); }
+    qint64 process() const { return m_process.processId(); }
+
+    using Test = std::function<bool(const SpokenThing&)>;
+    struct Found
+    {
+        SpokenThing thing;
+        std::vector<std::string> above; ///< Roles and names, from the window downwards.
+        std::string place() const;      ///< Them and its own, in one line.
+    };
+    /// All that shows, in the windows' order.
+    std::vector<Found> shown() const;
+    /// The first that shows and passes; waits for it.
+    std::optional<SpokenThing> find(const Test& test) const;
+    std::optional<SpokenThing> find(const std::string& role, const std::string& name) const;
+
+    /// A key as xdotool names it, for whatever has the keyboard.
+    void key(const QString& key) const;
+    /// Gives the window the keyboard, as nobody else does where there is no window manager.
+    void activate() const;
+
+private:
+    void walk(const SpokenThing& thing, const std::vector<std::string>& above,
+              std::vector<Found>& found) const;
+
+    TestSupport::ScratchFolder m_profile;
+    QProcess m_process;
+    std::optional<SpokenThing> m_program;
+};
+
+} // namespace UiTests

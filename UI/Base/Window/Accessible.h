@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QAccessible>
+
+#include <functional>
+
+class QWidget;
+
+/// What screen readers and other assistive programs are told of widgets beyond what their classes tell. A
+/// name is said by QWidget::setAccessibleName, and the plain text of a tooltip by whatever sets it
+/// (PlainText). Main thread only.
+namespace Vu::Accessible {
+
+/// Makes the functions below work; for the application object that there is.
+void begin();
+
+/// Makes what is told of a widget, in the program's own way. Qt owns what it makes.
+using Maker = std::function<QAccessibleInterface*(QWidget*)>;
+/// To be said before anybody is told of the widget, as the two below: where it is made, before it gets its
+/// name.
+void maker(QWidget* widget, Maker maker);
+/// The widget is such a thing.
+void role(QWidget* widget, QAccessible::Role role);
+/// The same for what can be pressed without being a button of the toolkit's: `press` does then what a click
+/// does.
+void pressable(QWidget* widget, QAccessible::Role role, std::function<void()> press);
+
+/// A button that opens a window of its own, which would else be seen only while it has the keyboard: it
+/// stands below the button as long as it shows.
+void opener(QWidget* button, QWidget* opened, std::function<void()> press);
+
+} // namespace Vu::Accessible
