@@ -195,6 +195,14 @@ protected:
                 EXPECT_GE(strongest(seen(label)), kOfTexts)
                     << nameOf(label) << ": " << label->text().toStdString();
             }
+        // Within the frames.
+        constexpr int kFrame = 4;
+        for (const QLineEdit* line : visible<QLineEdit>(root))
+            if (!line->hasFocus() && line->text().isEmpty() && !line->placeholderText().isEmpty()) {
+                const QImage picture = seen(line);
+                const QImage within = picture.copy(picture.rect().adjusted(kFrame, kFrame, -kFrame, -kFrame));
+                EXPECT_GE(strongest(within), kOfTexts) << nameOf(line);
+            }
     }
 
     /// Of each kind of widget the first few.
