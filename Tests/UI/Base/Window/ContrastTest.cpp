@@ -3,7 +3,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
-#include "Tests/UI/Becomes.h"
+#include "Server/DataModel/DocumentMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
@@ -32,6 +32,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
@@ -163,6 +164,15 @@ protected:
         EXPECT_TRUE(looked);
     }
 
+    static void onHomeScreen(const std::function<void()>& look)
+    {
+        run(L"Commands.Start ManagementShellCommand");
+        ASSERT_FALSE(Vs::DocumentMgr::get()->activeAsset());
+        look();
+        run(L"Commands.Start CycleOpenDocumentsCommand");
+        ASSERT_TRUE(Vs::DocumentMgr::get()->activeAsset());
+    }
+
     template <class Widget>
     static std::vector<Widget*> visible(const QWidget& root)
     {
@@ -278,9 +288,7 @@ TEST_P(ContrastTest, TextsAreReadableOnTheHomeScreenInADocumentAndInTheirDialogs
 {
     expectTexts(*window());
     inPreferences([](QDialog& dialog) { expectTexts(dialog); });
-    run(L"Commands.Start ManagementShellCommand");
-    expectTexts(*window());
-    run(L"Commands.Start AssetShellCommand");
+    onHomeScreen([] { expectTexts(*window()); });
 }
 
 TEST_P(ContrastTest, TheKeyboardIsSeenWhereverItIs)
@@ -289,9 +297,7 @@ TEST_P(ContrastTest, TheKeyboardIsSeenWhereverItIs)
     expectFocus(controls.panel);
     inPreferences([](QDialog& dialog) { expectFocus(dialog); });
     expectFocus(*window());
-    run(L"Commands.Start ManagementShellCommand");
-    expectFocus(*window());
-    run(L"Commands.Start AssetShellCommand");
+    onHomeScreen([] { expectFocus(*window()); });
 }
 
 INSTANTIATE_TEST_SUITE_P(Themes, ContrastTest, testing::Values(L"light", L"dark"), [](const auto& each) {
