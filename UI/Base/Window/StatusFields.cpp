@@ -29,6 +29,7 @@ namespace Vu {
 namespace {
 
 constexpr int kSecond = 1000;
+constexpr int kWidestField = 420;
 
 QToolButton* listButton(const char* name, const QString& what, QWidget* parent)
 {
@@ -55,9 +56,10 @@ QLabel* field(const char* name, QWidget* parent)
     return label;
 }
 
+/// A name may be as long as it likes, and what follows is to stay where it is.
 void showIn(QLabel* label, const QString& shown)
 {
-    label->setText(shown);
+    label->setText(label->fontMetrics().elidedText(shown, Qt::ElideMiddle, kWidestField));
     label->setVisible(!shown.isEmpty());
     PlainText::setTooltip(label, shown);
 }

@@ -4,6 +4,8 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
@@ -32,6 +34,7 @@
 #include <QOpenGLWidget>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <QWindow>
 
 #include <algorithm>
@@ -262,6 +265,29 @@ TEST_F(WindowPicture, ACapturedImageHasThePixelsOfTheWindow)
     answer.start(50);
     run(L"Commands.Start SaveAsImageCommand Path=" + path.toStdWString());
     EXPECT_EQ(QImage(path).size(), QSize(canvas()->pixelWidth(), canvas()->pixelHeight()));
+}
+
+TEST_F(WindowPicture, NamesOfTenThousandLettersLeaveTheWindowAsItWas)
+{
+    const QWidget* top = widget()->window();
+    const QSize size = top->size();
+    const auto* unit = top->findChild<QToolButton*>(QStringLiteral("unit"));
+    ASSERT_TRUE(unit);
+    const auto place = [&] { return unit->mapTo(top, QPoint()); };
+    const QPoint before = place();
+    const std::wstring name = Vs::DocumentMgr::get()->activeAsset()->document()->displayName();
+    run(L"Selection.Select Post");
+    run(L"Commands.Start RenameCommand NewName=" + std::wstring(10000, L'N'));
+    run(L"Document.Rename " + std::wstring(10000, L'M'));
+    for (const wchar_t* screen : {L"ManagementShellCommand", L"CycleOpenDocumentsCommand"}) {
+        run(std::wstring(L"Commands.Start ") + screen);
+        QTest::qWait(kStillMilliseconds);
+        EXPECT_EQ(top->size(), size);
+        EXPECT_EQ(place(), before) << Vs::Strings::narrow(screen);
+    }
+    run(L"Document.Rename " + name);
+    run(L"Selection.Clear");
+    run(L"Commands.Start UndoCommand");
 }
 
 class Program : public testing::Environment
