@@ -13,40 +13,56 @@ class OutermostSearch
 public:
     explicit OutermostSearch(const GkVector3d& direction) : m_direction(direction) {}
 
-    void search(const Node& node, const GkMatrix3d& above)
+    void search(const Node& node, const GkMatrix3d& above) { search(node, above, lengthsIn(above)); }
+    const std::optional<GkPoint3d>& found() const { return m_found; }
+
+private:
+    /// How far points lie in the direction, by their coordinates under a matrix: found once for it, in place
+    /// of each point's own way into the world.
+    struct Lengths
     {
-        if (!node.visible() || node.boundingBox().isEmpty() || !mayGoBeyond(node.boundingBox(), above))
+        double origin, x, y, z;
+
+        double at(double px, double py, double pz) const { return origin + px * x + py * y + pz * z; }
+        double ofFarthest(const BBox& box) const
+        {
+            const GkPoint3d &low = box.low(), &high = box.high();
+            return at(x > 0 ? high.x : low.x, y > 0 ? high.y : low.y, z > 0 ? high.z : low.z);
+        }
+    };
+
+    Lengths lengthsIn(const GkMatrix3d& toWorld) const
+    {
+        const auto part = [&](const GkVector3d& axis) { return (toWorld * axis).dotProduct(m_direction); };
+        return {(toWorld * GkPoint3d::kOrigin).asVector().dotProduct(m_direction), part(GkVector3d::kXAxis),
+                part(GkVector3d::kYAxis), part(GkVector3d::kZAxis)};
+    }
+
+    void search(const Node& node, const GkMatrix3d& above, const Lengths& lengths)
+    {
+        if (!node.visible() || node.boundingBox().isEmpty() ||
+            (m_found && lengths.ofFarthest(node.boundingBox()) <= m_farthest))
             return;
         const GkMatrix3d toWorld = above * node.transform();
+        const Lengths within = lengthsIn(toWorld);
         if (const auto* group = cast<GroupNode>(&node)) {
             for (const auto& child : group->children())
-                search(*child, toWorld);
+                search(*child, toWorld, within);
         } else if (const auto* body = cast<BodyNode>(&node); body && body->mesh()) {
-            take(body->mesh()->positions, toWorld);
-            take(body->mesh()->edgePoints, toWorld);
-            take(body->mesh()->vertexPoints, toWorld);
+            take(body->mesh()->positions, toWorld, within);
+            take(body->mesh()->edgePoints, toWorld, within);
+            take(body->mesh()->vertexPoints, toWorld, within);
         } else {
             eachCorner(node.boundingBox(), above, [&](const GkPoint3d& corner) { take(corner); });
         }
     }
-    const std::optional<GkPoint3d>& found() const { return m_found; }
 
-private:
     template <class Visit>
     static void eachCorner(const BBox& box, const GkMatrix3d& toWorld, Visit&& visit)
     {
         for (int i = 0; i < 8; ++i)
             visit(toWorld * GkPoint3d(i & 1 ? box.high().x : box.low().x, i & 2 ? box.high().y : box.low().y,
                                       i & 4 ? box.high().z : box.low().z));
-    }
-    bool mayGoBeyond(const BBox& box, const GkMatrix3d& toWorld) const
-    {
-        bool beyond = !m_found;
-        if (!beyond)
-            eachCorner(box, toWorld, [&](const GkPoint3d& corner) {
-                beyond = beyond || corner.asVector().dotProduct(m_direction) > m_farthest;
-            });
-        return beyond;
     }
     void take(const GkPoint3d& point)
     {
@@ -56,16 +72,12 @@ private:
         m_farthest = along;
         m_found = point;
     }
-    // The direction goes into the body's coordinates once, in place of each point out of them.
-    void take(const std::vector<float>& points, const GkMatrix3d& toWorld)
+    void take(const std::vector<float>& points, const GkMatrix3d& toWorld, const Lengths& lengths)
     {
-        const GkPoint3d origin = toWorld * GkPoint3d::kOrigin;
-        const auto part = [&](const GkVector3d& axis) { return (toWorld * axis).dotProduct(m_direction); };
-        const double x = part(GkVector3d::kXAxis), y = part(GkVector3d::kYAxis), z = part(GkVector3d::kZAxis);
         size_t best = points.size();
-        double farthest = m_found ? m_farthest - origin.asVector().dotProduct(m_direction) : 0;
+        double farthest = m_found ? m_farthest : 0;
         for (size_t i = 0; i + 2 < points.size(); i += 3) {
-            const double along = points[i] * x + points[i + 1] * y + points[i + 2] * z;
+            const double along = lengths.at(points[i], points[i + 1], points[i + 2]);
             if (along <= farthest && (m_found || best < points.size()))
                 continue;
             farthest = along;

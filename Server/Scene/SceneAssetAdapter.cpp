@@ -30,6 +30,14 @@ private:
 [[maybe_unused]] const int kFactory = AssetAdapter::addFactory(
     [](Asset* asset) -> std::unique_ptr<AssetAdapter> { return std::make_unique<SceneAssetAdapter>(asset); });
 
+/// Otherwise thousands that come have the table made anew again and again.
+template <class Table>
+void expect(Table& table, size_t coming)
+{
+    if (coming > table.size())
+        table.reserve(table.size() + coming);
+}
+
 void place(Node* node, const Component& component)
 {
     NodeChange(node).transform(component.placement).visible(component.visible).colour(component.colour);
@@ -141,9 +149,7 @@ void SceneAssetAdapter::rebuild()
 
 void SceneAssetAdapter::addChanged(const std::vector<const Component*>& added)
 {
-    // Otherwise thousands that come have the table made anew again and again.
-    if (added.size() > m_entries.size())
-        m_entries.reserve(m_entries.size() + added.size());
+    expect(m_entries, added.size());
     std::string above;
     Entry* parent = nullptr; // Of `above`; mostly the last one's as well.
     for (const Component* component : added) {
@@ -189,6 +195,7 @@ void SceneAssetAdapter::fill(Entry& entry, const Component& component)
     NodeChange(entry.node.get()).owner(&entry);
     place(entry.node.get(), component);
     setBody(entry, component);
+    expect(m_entries, component.children.size());
     for (const auto& child : component.children)
         addBranch(*child, entry);
 }

@@ -13,6 +13,14 @@ namespace Vs {
 
 namespace {
 
+/// Otherwise thousands that come have the table made anew again and again.
+template <class Table>
+void expect(Table& table, size_t coming)
+{
+    if (coming > table.size())
+        table.reserve(table.size() + coming);
+}
+
 /// Whether what stands at that place of the data is in no assembly.
 bool isAtTop(const std::string& place)
 {
@@ -116,6 +124,7 @@ void ComponentTree::load(const PartTree& tree)
     const auto build = [&](const auto& self, Component& parent,
                            const std::vector<PartTree::Node>& nodes) -> void {
         parent.children.reserve(nodes.size());
+        expect(m_components, nodes.size());
         for (const PartTree::Node& node : nodes) {
             std::unique_ptr<Component> component = make(node.id, node);
             component->placement = node.placement;
@@ -228,9 +237,7 @@ void ComponentTree::refreshStanding(Refresh& refresh, std::vector<TouchedPlace>&
             missing.push_back(entry);
         content = content && !(having == 0 && isAtTop(entry) && m_parts.ofPart(entry).empty());
     }
-    // Otherwise thousands that come have the table made anew again and again.
-    if (missing.size() > m_components.size())
-        m_components.reserve(m_components.size() + missing.size());
+    expect(m_components, missing.size());
     // What goes first, so that nothing comes into what goes.
     eachBranch(refresh, known, false, [&](const std::string& entry, Branches&, const PartTree::Node* node) {
         if (!node)
