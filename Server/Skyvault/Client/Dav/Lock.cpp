@@ -26,6 +26,13 @@ Header timeHeader()
     return {"Timeout", "Second-" + QByteArray::number(qint64(kTime.count()))};
 }
 
+/// Empty if the server doesn't tell it.
+QString property(const DavItem& item, const char* name)
+{
+    const auto found = item.properties.find(QString::fromLatin1(name));
+    return found == item.properties.end() ? QString() : found->second;
+}
+
 /// "Second-120"; what can't be read is taken for what was asked.
 std::chrono::seconds timeGranted(const QByteArray& content)
 {
@@ -72,11 +79,9 @@ DriveResult Lock::request(const std::string& action)
         return {};
     if (answer.status == 423) {
         DavItem item;
-        std::string by;
-        if (m_session.look(m_path, item, "<D:lockdiscovery/>").isOk() &&
-            item.properties.contains(QStringLiteral("owner")))
-            by = " by " + item.properties[QStringLiteral("owner")].left(80).toStdString();
-        return failed(CloudErrorState::Locked, action, "it is locked" + by);
+        if (!m_session.look(m_path, item, "<D:lockdiscovery/>").isOk())
+            item = {};
+        return another(item, action);
     }
     if (!answer.isOk())
         return resultOf(answer, action);
@@ -96,13 +101,29 @@ void Lock::take(const Answer& answer)
     m_since = std::chrono::steady_clock::now();
 }
 
+DriveResult Lock::another(const DavItem& item, const std::string& action)
+{
+    constexpr int kLongest = 80;
+    const QString owner = property(item, "owner").left(kLongest);
+    return failed(CloudErrorState::Locked, action,
+                  "it is locked" + (owner.isEmpty() ? std::string() : " by " + owner.toStdString()));
+}
+
+// Some servers tell an owner or a token of their own making.
+bool Lock::isSecond(const DavItem& item) const
+{
+    const QString owner = property(item, "owner");
+    const QByteArray token = property(item, "locktoken").toUtf8();
+    return !owner.isEmpty() && owner.toStdString() != m_owner && !token.isEmpty() && token != m_token;
+}
+
 bool Lock::adopt()
 {
     DavItem item;
     if (!m_session.look(m_path, item, "<D:lockdiscovery/>").isOk() ||
-        item.properties[QStringLiteral("owner")].toStdString() != m_owner)
+        property(item, "owner").toStdString() != m_owner)
         return false;
-    m_token = item.properties[QStringLiteral("locktoken")].toUtf8();
+    m_token = property(item, "locktoken").toUtf8();
     m_madeFile = item.entry.size == 0;
     return !m_token.isEmpty();
 }

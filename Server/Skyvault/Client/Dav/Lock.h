@@ -27,6 +27,11 @@ public:
     Header condition() const { return {"If", "(<" + m_token + ">)"}; }
     /// For a request about another one that also changes this.
     Header taggedCondition() const;
+    /// Whether what the server tells of the locked file (`lockdiscovery`) names another's lock first: where
+    /// two ask at once, some servers give one to both, and the second has to step back.
+    bool isSecond(const DavItem& item) const;
+    /// That somebody else has the lock that the server tells of.
+    static DriveResult another(const DavItem& item, const std::string& action);
     /// The server no longer knows it, or refused to renew it.
     bool isLost() const { return m_isLost; }
 

@@ -203,8 +203,9 @@ void MultiStatus::endProperty(QByteArrayView name)
         entry.modified = m_time;
     } else if (name == "creator-displayname" || name == "owner-display-name") {
         entry.modifiedBy.assign(text.data(), size_t(text.size()));
-    } else {
-        m_candidate.properties[QString::fromUtf8(name)] = QString::fromUtf8(text);
+    } else if (const QString key = QString::fromUtf8(name); !m_candidate.properties.contains(key)) {
+        // Of several locks the first one counts.
+        m_candidate.properties[key] = QString::fromUtf8(text);
     }
 }
 

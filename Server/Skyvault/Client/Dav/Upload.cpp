@@ -101,11 +101,15 @@ DriveResult Upload::cutShort(std::uint64_t size) const
 
 DriveResult Upload::compare()
 {
-    DriveResult found = m_session.find(m_upload.path, m_before);
+    DavItem there;
+    DriveResult found = m_session.look(m_upload.path, there, m_lock ? "<D:lockdiscovery/>" : "");
     if (found.state == CloudErrorState::NotFound)
         return {}; // What another has removed comes back: nobody's work goes by that.
     if (!found.isOk())
         return found;
+    if (m_lock && m_lock->isSecond(there))
+        return Lock::another(there, m_action);
+    m_before = std::move(there.entry);
     if (m_before.isFolder)
         return failed(CloudErrorState::BadName, m_action, "a folder has this name");
     m_isFresh = m_lock && m_before.size == 0 && (m_lock->madeFile() || m_wasAbsent);
