@@ -33,7 +33,7 @@ Http::Response answerWith(const Call& call, const Store::Version& version, const
 
 Http::Problem noPicture()
 {
-    return Http::Problem(404, "no_picture", "There is no picture of it.");
+    return Http::Problem(404, "no_picture", "The item has no picture.");
 }
 
 } // namespace

@@ -16,6 +16,7 @@
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
 #include "UI/Commands/Itemhub/ItemhubThreads.h"
+#include "UI/Commands/Itemhub/ToldError.h"
 #include "UI/Commands/Localized.h"
 
 #include <QRegularExpression>
@@ -91,17 +92,6 @@ void fail(std::int64_t request, const std::wstring& why)
     ItemhubUtilities::get()->fireErrorMessage(why);
 }
 
-/// Hears what a command tells the user, which ends without an error of its own.
-class Told : public Vs::ItemhubEventSite
-{
-public:
-    Told() { Vs::ItemhubEventSource::get()->subscribe(this); }
-    ~Told() override { Vs::ItemhubEventSource::get()->unsubscribe(this); }
-    void onErrorMessage(Vs::ItemhubErrorEvent* event) override { message = event->getErrorMessage(); }
-
-    std::wstring message;
-};
-
 bool isShown(std::int64_t item)
 {
     const DocumentSession* session = SessionMgr::get()->activeDocumentSession();
@@ -122,7 +112,7 @@ void run(const Request& request, CommandDefinition& definition)
                                                 definition.info()->name()));
     if (ReplacingDocument::isCommand(&definition) && !ReplacingDocument::agreed())
         return answerLater(request.id, Answer::Refused);
-    const Told told;
+    const ToldError told;
     const Vs::Status status = CommandMgr::get()->executeCommand(&definition, context);
     if (status.isError()) {
         ItemhubUtilities::get()->fireErrorMessage(status.toString());

@@ -8,6 +8,7 @@
 #include "UI/Commands/Itemhub/ItemhubInsertComponentCmd.h"
 #include "UI/Commands/Itemhub/ItemhubItems.h"
 #include "UI/Commands/Itemhub/ItemhubOpenAttachmentCmd.h"
+#include "UI/Commands/Itemhub/ToldError.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
 
@@ -58,22 +59,11 @@ const wchar_t* nameOf(Vs::UploadQueuedFileInfo::State state)
     return L"waiting";
 }
 
-/// Hears what a command tells the user, which ends without an error of its own.
-class Told : public Vs::ItemhubEventSite
-{
-public:
-    Told() { Vs::ItemhubEventSource::get()->subscribe(this); }
-    ~Told() override { Vs::ItemhubEventSource::get()->unsubscribe(this); }
-    void onErrorMessage(Vs::ItemhubErrorEvent* event) override { message = event->getErrorMessage(); }
-
-    std::wstring message;
-};
-
 Vs::TextCommandResult run(const std::wstring& command, CommandContext& context,
                           const Vs::TextCommandParameters& parameters)
 {
     const ForwardedRun forwarded;
-    const Told told;
+    const ToldError told;
     Vs::TextCommandResult result = runDefinition(command, context, parameters);
     if (result.first == 0 && !told.message.empty())
         return {1, told.message};
