@@ -92,7 +92,8 @@ Answer Http::askOnce(const Request& request, const Watch& watch)
         const auto pair = QByteArray::fromStdString(m_credentials.user + ':' + m_credentials.secret);
         own.headers.push_back({"Authorization", "Basic " + pair.toBase64()});
     }
-    m_connection.patience(m_isInHurry ? std::min(m_patience, kHurry) : m_patience);
+    const std::chrono::milliseconds patience = m_patience;
+    m_connection.patience(m_isInHurry ? std::min(patience, kHurry) : patience);
     return m_connection.run(own, digest, [&](std::uint64_t done, std::uint64_t total) {
         if (m_beside)
             m_beside();

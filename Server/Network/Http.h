@@ -2,6 +2,7 @@
 
 #include "Server/Network/Connection.h"
 
+#include <atomic>
 #include <functional>
 
 namespace Vs::Network {
@@ -19,7 +20,7 @@ public:
     /// Signs each request instead of sending a secret along; gives the value of its header "Authorization".
     using Signature = std::function<QByteArray(const Request& request)>;
     void signature(Signature signature) { m_signature = std::move(signature); }
-    /// Of time without a byte.
+    /// Of time without a byte, from the next request on. Any thread may call this.
     void patience(std::chrono::milliseconds time) { m_patience = time; }
     /// For what is still to be tidied up on a server that has just been waited for in vain.
     void hurry(bool isInHurry) { m_isInHurry = isInHurry; }
@@ -44,7 +45,7 @@ private:
     Renewal m_renewal;
     Signature m_signature;
     std::function<void()> m_beside;
-    std::chrono::milliseconds m_patience{60000};
+    std::atomic<std::chrono::milliseconds> m_patience{std::chrono::minutes(1)};
     bool m_digest = false, m_isInHurry = false;
 };
 

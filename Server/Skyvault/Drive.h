@@ -105,7 +105,8 @@ class Drive
 public:
     virtual ~Drive() = default;
 
-    /// How long the functions wait while no byte comes or goes.
+    /// How long the functions wait while no byte comes or goes, from their next request on. Any thread may
+    /// call this at any time.
     virtual void patience(std::chrono::milliseconds) {}
     /// A folder of this machine, UTF-8, for notes of what is made on the server for a while: what a killed
     /// program left there is removed by the next `connect`. It is made when there is something to note.

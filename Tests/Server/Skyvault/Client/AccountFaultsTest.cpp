@@ -8,7 +8,6 @@ using namespace AccountDrives;
 
 namespace {
 
-constexpr std::chrono::milliseconds kShortPatience{400}, kPatience{15000};
 const std::string kAgain = contentOfSize(5 * kMiB + 1); // One chunk.
 
 class AccountFaultsTest : public AccountDrive
@@ -31,14 +30,9 @@ protected:
                 SCOPED_TRACE(std::string(one.name) + " at " + request.method + ' ' + request.target +
                              ", the request " + std::to_string(request.number));
                 prepare();
-                m_proxy.forgetRequests();
-                m_proxy.onRequest([&](const FaultProxy::Request& seen) {
-                    return seen.number == request.number ? std::optional(one.fault()) : std::nullopt;
-                });
-                m_drive->patience(one.isStall() ? kShortPatience : kPatience);
+                disturbOnce(m_proxy, *m_drive, request.number, one);
                 const DriveResult result = run();
-                m_proxy.onRequest({});
-                m_drive->patience(kPatience);
+                endDisturbance(m_proxy, *m_drive);
                 expectClear(result, one, "sesame");
                 check(result.isOk());
                 // Who takes a network's page for an answer believes that a chunk is there.

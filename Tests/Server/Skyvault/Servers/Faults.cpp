@@ -8,6 +8,8 @@ using State = Vs::CloudErrorState;
 
 namespace {
 
+constexpr std::chrono::milliseconds kShortPatience{250}, kPatience{15000};
+
 std::string bomb()
 {
     std::string text = "<?xml version=\"1.0\"?><!DOCTYPE b [<!ENTITY a0 \"aaaaaaaaaaaaaaaa\">";
@@ -77,6 +79,25 @@ const std::vector<FaultCase>& faults()
         {"a million", million, {BadAnswer}, true, true},
     };
     return kFaults;
+}
+
+void disturbOnce(TestSupport::FaultProxy& proxy, Vs::Cloud::Drive& drive, int number, const FaultCase& one)
+{
+    proxy.forgetRequests();
+    const auto prepareFor = [&drive, number, isStall = one.isStall()](int next) {
+        drive.patience(isStall && next == number ? kShortPatience : kPatience);
+    };
+    prepareFor(1);
+    proxy.onRequest([number, fault = one.fault, prepareFor](const TestSupport::FaultProxy::Request& seen) {
+        prepareFor(seen.number + 1);
+        return seen.number == number ? std::optional(fault()) : std::nullopt;
+    });
+}
+
+void endDisturbance(TestSupport::FaultProxy& proxy, Vs::Cloud::Drive& drive)
+{
+    proxy.onRequest({});
+    drive.patience(kPatience);
 }
 
 void expectClear(const Vs::Cloud::DriveResult& result, const FaultCase& one, const std::string& secret)

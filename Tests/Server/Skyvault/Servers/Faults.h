@@ -23,6 +23,11 @@ struct FaultCase
 
 const std::vector<FaultCase>& faults();
 
+/// Disturbs the request of that number, counted from now on, and no other. Only what stalls is waited for in
+/// a hurry: on a busy machine everything else is slow as well. `endDisturbance` lets all pass again.
+void disturbOnce(TestSupport::FaultProxy& proxy, Vs::Cloud::Drive& drive, int number, const FaultCase& one);
+void endDisturbance(TestSupport::FaultProxy& proxy, Vs::Cloud::Drive& drive);
+
 /// That an operation with that fault in it was done, or ended with one state that it may have and a text of
 /// one line, without the secret.
 void expectClear(const Vs::Cloud::DriveResult& result, const FaultCase& one, const std::string& secret);

@@ -23,8 +23,6 @@ using State = Vs::CloudErrorState;
 const std::string kOld = "the old content",
                   kNew = "the new content"; // Of one size: that alone proves nothing.
 
-constexpr std::chrono::milliseconds kShortPatience{250}, kPatience{15000};
-
 class FaultsTest : public testing::TestWithParam<TestServer::Kind>
 {
 protected:
@@ -61,15 +59,9 @@ protected:
                 SCOPED_TRACE(std::string(one.name) + " at " + method + ", the request " +
                              std::to_string(request.number));
                 prepare();
-                on.proxy->forgetRequests();
-                on.proxy->onRequest([&](const FaultProxy::Request& seen) {
-                    return seen.number == request.number ? std::optional(one.fault()) : std::nullopt;
-                });
-                // A busy machine is slow, so nothing else than a stall is waited for in a hurry.
-                const bool isStall = one.isStall();
-                on.drive->patience(isStall ? kShortPatience : kPatience);
+                disturbOnce(*on.proxy, *on.drive, request.number, one);
                 const DriveResult result = run();
-                on.proxy->onRequest({});
+                endDisturbance(*on.proxy, *on.drive);
                 expectClear(result, one);
                 check(result.isOk(), method);
             }
@@ -237,13 +229,6 @@ TEST_P(FaultsTest, FoldersAreThereWhenItSaysSo)
 class ProbeFaultsTest : public FaultsTest
 {
 protected:
-    DriveResult connect(bool isStall)
-    {
-        on.drive = driveOf(on.server, on.proxy->address());
-        on.drive->patience(isStall ? kShortPatience : kPatience);
-        return on.drive->connect(std::nullopt, {});
-    }
-
     /// As far as anything was found, it is this.
     void expectTrue(const std::string& known)
     {
@@ -282,8 +267,10 @@ INSTANTIATE_TEST_SUITE_P(Each, ProbeFaultsTest,
 
 TEST_P(ProbeFaultsTest, WhatIsFoundOutOfAServerIsTrueOrFoundOutBeforeTheNextSave)
 {
+    const auto renew = [&] { on.drive = driveOf(on.server, on.proxy->address()); };
+    renew();
     on.proxy->forgetRequests();
-    ASSERT_EQ(connect(false).detail, "");
+    ASSERT_EQ(on.drive->connect(std::nullopt, {}).detail, "");
     const std::string known = textOf(on.drive->traits());
     ASSERT_TRUE(on.drive->traits().isKnown()) << known;
     const auto requests = on.proxy->requests();
@@ -291,13 +278,10 @@ TEST_P(ProbeFaultsTest, WhatIsFoundOutOfAServerIsTrueOrFoundOutBeforeTheNextSave
         for (const FaultCase& one : faultsOf(request)) {
             SCOPED_TRACE(std::string(one.name) + " at " + request.method + ", the request " +
                          std::to_string(request.number));
-            on.proxy->forgetRequests();
-            on.proxy->onRequest([&](const FaultProxy::Request& seen) {
-                return seen.number == request.number ? std::optional(one.fault()) : std::nullopt;
-            });
-            const DriveResult result = connect(one.isStall());
-            on.proxy->onRequest({});
-            on.drive->patience(kPatience);
+            renew();
+            disturbOnce(*on.proxy, *on.drive, request.number, one);
+            const DriveResult result = on.drive->connect(std::nullopt, {});
+            endDisturbance(*on.proxy, *on.drive);
             expectClear(result, one);
             expectTrue(known);
             if (request.method != "DELETE") {
