@@ -14,8 +14,15 @@ class OneUser extends Sabre\DAV\Auth\Backend\AbstractBasic
 }
 
 $folder = getenv('QUILLET_FOLDER');
+// In a database, as its deployments have it. Its store in a file reads and writes in two steps, so that a lock is lost
+// where two are written at once.
+$locks = new PDO('sqlite:' . $folder . '/locks');
+$locks->setAttribute(PDO::ATTR_ERRMODE, PDO::ERRMODE_EXCEPTION);
+$locks->exec('PRAGMA synchronous = OFF');
+$locks->exec('CREATE TABLE IF NOT EXISTS locks (id INTEGER PRIMARY KEY, owner TEXT, timeout INTEGER, created INTEGER,
+    token TEXT, scope INTEGER, depth INTEGER, uri TEXT)');
 $server = new Sabre\DAV\Server(new Sabre\DAV\FSExt\Directory($folder . '/drive'));
 $server->setBaseUri('/');
 $server->addPlugin(new Sabre\DAV\Auth\Plugin(new OneUser(), 'drive'));
-$server->addPlugin(new Sabre\DAV\Locks\Plugin(new Sabre\DAV\Locks\Backend\File($folder . '/locks')));
+$server->addPlugin(new Sabre\DAV\Locks\Plugin(new Sabre\DAV\Locks\Backend\PDO($locks)));
 $server->exec();
