@@ -1,7 +1,8 @@
 // What it costs to go from one tab to another, up to the first picture: two documents of 10,000 parts each,
 // beside a picture of the one that shows already; then the same, and a change of what shows, with more
 // documents open. By the processor time of all threads, which a busy machine disturbs less than the clock.
-// Beside it, what the properties panel does for a selection of all parts. Needs a display.
+// Beside it, what the properties panel does for a selection of all parts, and what showing and hiding an area
+// of the window costs. Needs a display.
 //
 //     bench_tabs PROFILE
 
@@ -27,6 +28,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -128,6 +130,32 @@ void measureProperties()
     std::printf("properties of %zu selected parts: %.2f ms\n", kParts, read);
 }
 
+/// Of the document that shows, which has all the parts.
+void measureAreas()
+{
+    const double frame = median([](int) {
+        Vu::WorkspaceWindow::invalidate(Vu::kInvalidateAll);
+        settle();
+    });
+    for (const auto& [name, hide, show] :
+         {std::tuple("browser", L"Commands.Start HideBrowserCommand", L"Commands.Start ShowBrowserCommand"),
+          std::tuple("toolbar", L"Commands.Start HideCommandToolbarCommand",
+                     L"Commands.Start ShowCommandToolbarCommand"),
+          std::tuple("cube", L"Commands.Start HideOrbiconCommand", L"Commands.Start ShowOrbiconCommand"),
+          std::tuple("text commands", L"Commands.Start ShowTextCommandsCommand",
+                     L"Commands.Start HideTextCommandsCommand"),
+          std::tuple("navigation bar", L"Commands.Start HideNavigationToolbarCommand",
+                     L"Commands.Start ShowNavigationToolbarCommand")}) {
+        const double change = median([&](int i) {
+            runLine(i % 2 == 0 ? hide : show);
+            settle();
+        });
+        runLine(show); // There were an odd number of rounds.
+        settle();
+        std::printf("%-16s %8.1f ms, %5.2f pictures\n", name, change, change / frame);
+    }
+}
+
 void measureAll()
 {
     Vu::WorkspaceWindow* window = Vu::WorkspaceMgr::get()->create()->window();
@@ -138,6 +166,7 @@ void measureAll()
     make(kParts);
     make(kParts);
     settle();
+    measureAreas();
     auto* tabs = window->widget()->findChild<QTabBar*>(QStringLiteral("documentTabs"));
     if (!tabs || tabs->count() != 2)
         std::exit(1);
