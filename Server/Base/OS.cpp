@@ -1,16 +1,13 @@
 #include "Server/Base/OS.h"
 
+#include "Server/Base/ChildProcess.h"
 #include "Server/Base/Strings.h"
 
-#include <cerrno>
-#include <fcntl.h>
-#include <spawn.h>
+#include <optional>
 #include <sys/wait.h>
 #include <thread>
 #include <utility>
 #include <vector>
-
-extern char** environ;
 
 namespace Vs::OS {
 
@@ -28,32 +25,16 @@ std::string& mailProgram()
     return name;
 }
 
-/// Starts a program, which is looked for in PATH, with these arguments. The text of none is seen by a shell.
+/// Starts a program, which is looked for in PATH.
 bool start(std::string name, std::vector<std::string> words, std::function<void()> failed)
 {
-    std::vector<char*> arguments{name.data()};
-    for (std::string& word : words) {
-        if (word.find('\0') != std::string::npos)
-            return false;
-        arguments.push_back(word.data());
-    }
-    arguments.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    pid_t child = 0;
-    const int error = posix_spawnp(&child, name.c_str(), &actions, nullptr, arguments.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0)
+    ChildProcess child;
+    if (child.start({.program = std::move(name), .arguments = std::move(words), .leadsGroup = false}) != 0)
         return false;
     // Somebody must take the child's exit code, or it stays as a zombie for as long as the program runs.
-    std::thread([child, failed = std::move(failed)] {
-        int end = 0;
-        while (waitpid(child, &end, 0) < 0)
-            if (errno != EINTR)
-                return;
-        if (failed && !(WIFEXITED(end) && WEXITSTATUS(end) == 0))
+    std::thread([child = std::move(child), failed = std::move(failed)]() mutable {
+        const std::optional<int> state = child.collect();
+        if (failed && state && !(WIFEXITED(*state) && WEXITSTATUS(*state) == 0))
             failed();
     }).detach();
     return true;

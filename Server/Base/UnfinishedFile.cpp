@@ -1,7 +1,10 @@
 #include "Server/Base/UnfinishedFile.h"
 
+#include <cstdlib>
+#include <fstream>
 #include <mutex>
 #include <set>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -40,6 +43,17 @@ void UnfinishedFile::removeAll()
     const std::lock_guard lock(theRegister().mutex);
     for (const std::string& path : theRegister().paths)
         unlink(path.c_str());
+}
+
+mode_t permissionsOfNewFiles()
+{
+    constexpr unsigned long kForAll = 0666, kUsualMask = 022;
+    constexpr std::string_view kName = "Umask:";
+    std::ifstream state("/proc/self/status");
+    for (std::string line; std::getline(state, line);)
+        if (line.starts_with(kName))
+            return static_cast<mode_t>(kForAll & ~std::strtoul(line.c_str() + kName.size(), nullptr, 8));
+    return kForAll & ~kUsualMask;
 }
 
 } // namespace Vs

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <sys/types.h>
 
 namespace Vs {
 
@@ -20,5 +21,9 @@ public:
 private:
     const std::string m_path;
 };
+
+/// The permissions that a new file of this process gets: 0666 without its mask. The system tells the mask
+/// only to who changes it, for all threads; so it is read from the process's state. Any thread.
+[[nodiscard]] mode_t permissionsOfNewFiles();
 
 } // namespace Vs

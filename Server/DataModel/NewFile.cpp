@@ -40,9 +40,7 @@ NewFile::NewFile(const std::wstring& path) : m_path(Strings::toBytes(path))
     m_unfinished.emplace(m_scratch);
     // The rights of a file that is replaced stay; a new one gets the usual ones.
     struct stat old;
-    const mode_t mask = umask(0);
-    umask(mask);
-    fchmod(descriptor, stat(m_path.c_str(), &old) == 0 ? old.st_mode & 07777 : 0666 & ~mask);
+    fchmod(descriptor, stat(m_path.c_str(), &old) == 0 ? old.st_mode & 07777 : permissionsOfNewFiles());
     close(descriptor);
 }
 

@@ -1,5 +1,6 @@
 #include "Tests/Support/Process.h"
 
+#include "Server/Base/ChildProcess.h"
 #include "Tests/Support/Files.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -13,6 +14,7 @@
 #include <poll.h>
 #include <stdexcept>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 extern char** environ;
@@ -63,15 +65,6 @@ std::vector<std::string> environmentWith(const std::vector<std::string>& changes
     return lines;
 }
 
-std::vector<char*> pointers(std::vector<std::string>& texts)
-{
-    std::vector<char*> result;
-    for (std::string& text : texts)
-        result.push_back(text.data());
-    result.push_back(nullptr);
-    return result;
-}
-
 struct Pipe
 {
     int ends[2] = {-1, -1};
@@ -101,24 +94,15 @@ ProcessResult runProcess(const std::string& program, const std::vector<std::stri
     using Clock = std::chrono::steady_clock;
     std::signal(SIGPIPE, SIG_IGN);
 
-    std::vector<std::string> words{program};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> variables = environmentWith(options.environment);
-    std::vector<char*> argv = pointers(words), envp = pointers(variables);
-
     Pipe input, output, errors;
-    const pid_t child = fork();
-    if (child < 0)
-        throw std::runtime_error("cannot fork");
-    if (child == 0) {
-        setpgid(0, 0);
-        dup2(input.ends[0], 0);
-        dup2(output.ends[1], 1);
-        dup2(errors.ends[1], 2);
-        execve(program.c_str(), argv.data(), envp.data());
-        _exit(127);
-    }
-    setpgid(child, child);
+    Vs::ChildProcess child;
+    const int error =
+        child.start({.program = program,
+                     .arguments = arguments,
+                     .descriptors = {{input.ends[0], 0}, {output.ends[1], 1}, {errors.ends[1], 2}},
+                     .environment = environmentWith(options.environment)});
+    if (error != 0)
+        throw std::system_error(error, std::generic_category(), program);
     input.close(0);
     output.close(1);
     errors.close(1);
@@ -135,11 +119,11 @@ ProcessResult runProcess(const std::string& program, const std::vector<std::stri
     while (output.ends[0] >= 0 || errors.ends[0] >= 0) {
         if (!interrupted && options.interruptAfterSeconds > 0 && elapsed() > options.interruptAfterSeconds) {
             interrupted = true;
-            kill(child, SIGINT);
+            child.signal(SIGINT);
         }
         if (elapsed() > options.secondsLimit) {
             result.timedOut = true;
-            kill(-child, SIGKILL);
+            child.kill();
             break;
         }
         pollfd waiting[3] = {
@@ -165,8 +149,7 @@ ProcessResult runProcess(const std::string& program, const std::vector<std::stri
         }
     }
 
-    int state = 0;
-    waitpid(child, &state, 0);
+    const int state = child.collect().value_or(0);
     if (WIFEXITED(state))
         result.exitCode = WEXITSTATUS(state);
     else if (WIFSIGNALED(state))

@@ -136,9 +136,7 @@ void SafeFile::takeRights()
         m_calls.giveTo(m_descriptor, old.st_uid, old.st_gid);
         mode = old.st_mode & 07777;
     } else {
-        const mode_t mask = umask(0);
-        umask(mask);
-        mode = 0666 & ~mask;
+        mode = permissionsOfNewFiles();
     }
     if (persistent([&] { return m_calls.rights(m_descriptor, mode); }) != 0 && errno != EPERM &&
         errno != EOPNOTSUPP)

@@ -11,16 +11,11 @@
 
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
-
-extern char** environ;
 
 namespace Vs::Itemhub {
 namespace {
@@ -63,30 +58,6 @@ std::string readLine(int pipe, const Watch& watch)
     return line;
 }
 
-pid_t spawnProgram(const std::string& program, const std::string& folder, int pipe)
-{
-    const std::string descriptor = std::to_string(kPipeOfService);
-    std::string arguments[] = {program, "--local", folder, "--pipe", descriptor};
-    char* const given[] = {arguments[0].data(), arguments[1].data(), arguments[2].data(),
-                           arguments[3].data(), arguments[4].data(), nullptr};
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, pipe, kPipeOfService);
-    // What Ctrl+C in a terminal ends is the program, which still has something to say to its service.
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    posix_spawnattr_setpgroup(&attributes, 0);
-    pid_t child = 0;
-    const int error = posix_spawn(&child, program.c_str(), &actions, &attributes, given, environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0)
-        failed(program + ": " + std::strerror(error));
-    return child;
-}
-
 } // namespace
 
 OwnService& OwnService::get()
@@ -106,18 +77,18 @@ void OwnService::launch()
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         failed(std::strerror(errno));
-    // A descriptor that is the wanted one already would keep its flag, and close.
-    const int given = fcntl(ends[1], F_DUPFD_CLOEXEC, kPipeOfService + 1);
-    close(ends[1]);
     m_pipe = ends[0];
-    try {
-        m_process = spawnProgram((PathInfo::rootDirectory() / "bin" / "quillet-itemhub").string(),
-                                 folder.string(), given);
-        close(given);
-    } catch (...) {
-        close(given);
+    // It leads a group, since what Ctrl+C in a terminal ends is the program, which still has something to say
+    // to its service.
+    const std::string program = (PathInfo::rootDirectory() / "bin" / "quillet-itemhub").string();
+    const int error =
+        m_process.start({.program = program,
+                         .arguments = {"--local", folder.string(), "--pipe", std::to_string(kPipeOfService)},
+                         .descriptors = {{ends[1], kPipeOfService}}});
+    close(ends[1]);
+    if (error != 0) {
         stop();
-        throw;
+        failed(program + ": " + std::strerror(error));
     }
 }
 
@@ -148,12 +119,11 @@ try {
 
 bool OwnService::isAlive()
 {
-    if (m_process < 0)
+    if (!m_process.exists())
         return false;
-    int status = 0;
-    if (waitpid(m_process, &status, WNOHANG) == 0)
+    if (!m_process.endsWithin({}))
         return true;
-    m_process = -1;
+    m_process.collect();
     return false;
 }
 
@@ -162,19 +132,12 @@ void OwnService::stop()
     if (m_pipe >= 0)
         close(std::exchange(m_pipe, -1));
     m_access = {};
-    if (m_process < 0)
+    if (!m_process.exists())
         return;
-    const pid_t process = std::exchange(m_process, -1);
-    const auto end = Clock::now() + kPatienceAtEnd;
-    while (waitpid(process, nullptr, WNOHANG) == 0) {
-        if (Clock::now() > end) {
-            // What it has answered is on the disk.
-            kill(process, SIGKILL);
-            waitpid(process, nullptr, 0);
-            return;
-        }
-        usleep(5000);
-    }
+    // What it has answered is on the disk.
+    if (!m_process.endsWithin(kPatienceAtEnd))
+        m_process.kill();
+    m_process.collect();
 }
 
 } // namespace Vs::Itemhub

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Base/ChildProcess.h"
 #include "Server/Itemhub/ItemStore.h"
 #include "Server/Itemhub/ItemhubSignIn.h"
 
@@ -28,7 +29,8 @@ private:
     OwnService() = default;
     Access readAccess(const Watch& watch);
 
-    int m_pipe = -1, m_process = -1;
+    int m_pipe = -1;
+    ChildProcess m_process;
     Access m_access;
 };
 

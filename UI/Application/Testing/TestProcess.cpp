@@ -7,14 +7,11 @@
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sstream>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
-
-extern char** environ;
 
 namespace Quillet {
 namespace {
@@ -98,55 +95,34 @@ TestProcess::TestProcess(const boost::filesystem::path& transcript, const boost:
                          const std::vector<std::string>& options)
     : m_transcript(transcript)
 {
-    std::vector<std::string> words = {"quillet",       "--headless",
-                                      "--no-autorun",  "--echo",
-                                      "--profile-dir", (folder / "profile").string(),
-                                      "--set",         "out=" + folder.string()};
+    std::vector<std::string> words = {
+        "--headless", "--no-autorun",          "--echo", "--profile-dir", (folder / "profile").string(),
+        "--set",      "out=" + folder.string()};
     words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(),
                  {Vs::isTranscript(transcript.wstring()) ? "--replay" : "--script", transcript.string()});
-    start(words);
+    start(std::move(words));
 }
 
-void TestProcess::start(const std::vector<std::string>& words)
+void TestProcess::start(std::vector<std::string> words)
 {
-    std::vector<char*> arguments;
-    for (const std::string& word : words)
-        arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
     const int output = m_output.open();
     const int errors = m_errors.open();
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, output, 1);
-    posix_spawn_file_actions_adddup2(&actions, errors, 2);
-    posix_spawn_file_actions_addchdir_np(&actions, m_transcript.parent_path().c_str());
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    const int error =
-        posix_spawn(&m_process, "/proc/self/exe", &actions, &attributes, arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
+    const int error = m_process.start({.program = "/proc/self/exe",
+                                       .arguments = std::move(words),
+                                       .name = "quillet",
+                                       .folder = m_transcript.parent_path().string(),
+                                       .descriptors = {{output, 1}, {errors, 2}}});
     close(output);
     close(errors);
-    if (error != 0) {
-        m_process = -1;
+    if (error != 0)
         fail(error, "The process cannot be started");
-    }
     // Debian's header of its wrapper cannot be used from C++.
-    m_descriptor = static_cast<int>(syscall(SYS_pidfd_open, m_process, 0));
+    m_descriptor = static_cast<int>(syscall(SYS_pidfd_open, m_process.id(), 0));
 }
 
 TestProcess::~TestProcess()
 {
-    if (m_process >= 0) {
-        kill(-m_process, SIGKILL);
-        while (waitpid(m_process, nullptr, 0) < 0 && errno == EINTR)
-            ;
-    }
     if (m_descriptor >= 0)
         close(m_descriptor);
 }
@@ -160,14 +136,14 @@ void TestProcess::addDescriptors(std::vector<pollfd>& waiting) const
 
 bool TestProcess::proceed()
 {
-    const bool ended = waitpid(m_process, &m_state, WNOHANG) == m_process;
+    const bool ended = m_process.endsWithin({});
     m_output.read();
     m_errors.read();
     if (ended) {
         m_seconds = seconds();
         // What it has left behind goes with it.
-        kill(-m_process, SIGKILL);
-        m_process = -1;
+        m_process.kill();
+        m_state = m_process.collect().value_or(0);
     }
     return ended;
 }
@@ -182,9 +158,9 @@ void TestProcess::stop(double secondsLimit)
     if (m_stopAsked == 0) {
         m_stopAsked = seconds();
         m_secondsLimit = secondsLimit;
-        kill(m_process, SIGINT);
+        m_process.signal(SIGINT);
     } else if (seconds() > m_stopAsked + kSecondsToStop) {
-        kill(-m_process, SIGKILL);
+        m_process.kill();
     }
 }
 

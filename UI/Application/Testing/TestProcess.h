@@ -1,10 +1,11 @@
 #pragma once
 
+#include "Server/Base/ChildProcess.h"
+
 #include <boost/filesystem/path.hpp>
 
 #include <chrono>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 struct pollfd;
@@ -66,13 +67,13 @@ private:
         int m_descriptor = -1;
         std::string m_text;
     };
-    void start(const std::vector<std::string>& words);
+    void start(std::vector<std::string> words);
     std::string failure() const;
 
     boost::filesystem::path m_transcript;
     std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
     Stream m_output, m_errors;
-    pid_t m_process = -1;
+    Vs::ChildProcess m_process;
     int m_descriptor = -1; ///< Readable when the process has ended.
     int m_state = 0;       ///< As waitpid gives it.
     double m_stopAsked = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Server/Base/ChildProcess.h"
+
 #include <chrono>
 #include <optional>
 #include <string>
@@ -23,7 +25,7 @@ public:
     /// Runs the program at that path, with the other end of the pipe as its descriptor kWorkerPipe and its
     /// standard streams closed to it. Returns 0 or the error of the system.
     [[nodiscard]] int start(const std::string& path, std::vector<std::string> arguments);
-    bool running() const { return m_id > 0; }
+    bool running() const { return m_process.exists(); }
     /// Never blocks; -1 when there is none.
     int pipe() const { return m_pipe; }
 
@@ -41,10 +43,9 @@ public:
     static void waitForDismissed();
 
 private:
-    bool endsWithin(std::chrono::milliseconds time) const;
     void closePipe();
 
-    int m_id = -1;
+    ChildProcess m_process;
     int m_pipe = -1;
 };
 
