@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace Vs::Kernel {
 
@@ -82,8 +83,8 @@ bool isBare(const TDF_Label& label)
     return true;
 }
 
-/// Labels beside it that are made later get other numbers while something stands on it; the kernel's own
-/// changes, when they are taken back, count the same way.
+} // namespace
+
 void keepNumber(const TDF_Label& label)
 {
     const Handle(TDF_TagSource) numbers = TDF_TagSource::Set(label.Father());
@@ -92,8 +93,6 @@ void keepNumber(const TDF_Label& label)
     else if (numbers->Get() == label.Tag())
         numbers->Set(label.Tag() - 1);
 }
-
-} // namespace
 
 LabelState LabelState::of(const TDF_Label& label)
 {
@@ -115,6 +114,7 @@ void LabelState::putOn(const TDF_Label& label) const
 {
     // From one of thousands of new labels nothing has to be taken.
     const bool isNew = !label.HasAttribute();
+    const bool comesBack = !removed && !isNew && isRemoved(label);
     if (name)
         TDataStd_Name::Set(label, *name);
     else if (!isNew)
@@ -137,7 +137,7 @@ void LabelState::putOn(const TDF_Label& label) const
     put(XCAFDoc::ShapeRefGUID(), shown);
     put(surfaceColourKind(), surfaceColour);
     put(colourKind(), colour);
-    if (!shown.to.IsNull() || isBare(label))
+    if (!shown.to.IsNull() || comesBack || isBare(label))
         keepNumber(label);
 }
 
@@ -193,9 +193,20 @@ bool isRemoved(const TDF_Label& label)
     return label.IsAttribute(removedMark());
 }
 
-void markRemoved(const TDF_Label& label)
+void markRemoved(const TDF_Label& label, bool removed)
 {
-    TDataStd_UAttribute::Set(label, removedMark());
+    mark(label, removedMark(), removed);
+}
+
+void clearLabel(const TDF_Label& label)
+{
+    std::vector<Handle(TDF_Attribute)> attributes;
+    for (TDF_AttributeIterator each(label); each.More(); each.Next())
+        if (!each.Value()->IsKind(STANDARD_TYPE(TDataStd_TreeNode)))
+            attributes.push_back(each.Value());
+    for (const Handle(TDF_Attribute) & each : attributes)
+        label.ForgetAttribute(each);
+    keepNumber(label);
 }
 
 } // namespace Vs::Kernel

@@ -70,6 +70,13 @@ private:
 
 /// Whether what stands on the label was removed, though it still is in the document to be brought back.
 bool isRemoved(const TDF_Label& label);
-void markRemoved(const TDF_Label& label);
+void markRemoved(const TDF_Label& label, bool removed = true);
+
+/// Labels beside it that are made later get other numbers while something stands on it; the kernel's own
+/// changes, when they are taken back, count the same way.
+void keepNumber(const TDF_Label& label);
+
+/// Takes from a label what was put on it since nothing stood there, so that its number is free again.
+void clearLabel(const TDF_Label& label);
 
 } // namespace Vs::Kernel

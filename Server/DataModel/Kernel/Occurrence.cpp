@@ -4,11 +4,6 @@
 #include "Server/DataModel/Kernel/XdeEdit.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
-#include <TDF_TagSource.hxx>
-#include <TDataStd_TreeNode.hxx>
-#include <XCAFDoc.hxx>
-#include <XCAFDoc_DocumentTool.hxx>
-#include <XCAFDoc_Location.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
 #include <unordered_set>
@@ -81,21 +76,6 @@ std::vector<Occurrence> topmostOccurrences(const Handle(TDocStd_Document) & docu
         if (!standsInOneOf(id, chosen) && labels.insert(id.substr(id.rfind('/') + 1)).second)
             occurrences.emplace_back(document, id);
     return occurrences;
-}
-
-// The document's own way to do this is open to assemblies alone.
-void makeReference(const TDF_Label& label, const TDF_Label& shown, const TopLoc_Location& place)
-{
-    XCAFDoc_Location::Set(label, place);
-    const Handle(TDataStd_TreeNode) all = TDataStd_TreeNode::Set(shown, XCAFDoc::ShapeRefGUID());
-    const Handle(TDataStd_TreeNode) one = TDataStd_TreeNode::Set(label, XCAFDoc::ShapeRefGUID());
-    one->Remove();
-    all->Append(one);
-}
-
-TDF_Label newRootLabel(const Handle(TDocStd_Document) & document)
-{
-    return TDF_TagSource::NewChild(XCAFDoc_DocumentTool::ShapesLabel(document->Main()));
 }
 
 void detachPart(const Handle(TDocStd_Document) & document, const TDF_Label& label)

@@ -42,12 +42,6 @@ private:
 std::vector<Occurrence> topmostOccurrences(const Handle(TDocStd_Document) & document,
                                            const std::vector<std::string>& components);
 
-/// Makes a label that has no shape yet an occurrence of a part or assembly.
-void makeReference(const TDF_Label& label, const TDF_Label& shown, const TopLoc_Location& place);
-
-/// A new label at the top of the tree, without anything on it.
-TDF_Label newRootLabel(const Handle(TDocStd_Document) & document);
-
 /// Makes a part that stands for itself at the top of the tree an occurrence of a part on another label, so
 /// that it can have a place and others beside it. The component keeps its id. Occurrences stay as they are.
 void detachPart(const Handle(TDocStd_Document) & document, const TDF_Label& label);

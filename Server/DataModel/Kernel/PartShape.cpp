@@ -1,6 +1,6 @@
 #include "Server/DataModel/Kernel/PartShape.h"
 
-#include "Server/DataModel/Kernel/Occurrence.h"
+#include "Server/DataModel/Kernel/XdeEdit.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include <BRep_Builder.hxx>

@@ -5,9 +5,13 @@
 #include "Server/DataModel/Kernel/XdeTree.h"
 
 #include <TDF_LabelSequence.hxx>
+#include <TDF_TagSource.hxx>
+#include <TDataStd_TreeNode.hxx>
 #include <TDataStd_UAttribute.hxx>
+#include <XCAFDoc.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_Location.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
 #include <algorithm>
@@ -40,6 +44,25 @@ TDF_Label occurrenceLabel(const Handle(TDocStd_Document) & document, const std::
     const TDF_Label label = labelOf(document, component.substr(component.rfind('/') + 1));
     if (!isThere(label))
         throw std::runtime_error("the component isn't in the model any more");
+    return label;
+}
+
+// The document's own way to do this is open to assemblies alone.
+void makeReference(const TDF_Label& label, const TDF_Label& shown, const TopLoc_Location& place)
+{
+    XCAFDoc_Location::Set(label, place);
+    const Handle(TDataStd_TreeNode) all = TDataStd_TreeNode::Set(shown, XCAFDoc::ShapeRefGUID());
+    const Handle(TDataStd_TreeNode) one = TDataStd_TreeNode::Set(label, XCAFDoc::ShapeRefGUID());
+    one->Remove();
+    all->Append(one);
+}
+
+TDF_Label newRootLabel(const Handle(TDocStd_Document) & document)
+{
+    const TDF_Label shapes = XCAFDoc_DocumentTool::ShapesLabel(document->Main());
+    TDF_Label label = TDF_TagSource::NewChild(shapes);
+    while (isRemoved(label))
+        label = TDF_TagSource::NewChild(shapes);
     return label;
 }
 

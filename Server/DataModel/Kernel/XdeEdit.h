@@ -2,6 +2,7 @@
 
 #include <TDF_Label.hxx>
 #include <TDocStd_Document.hxx>
+#include <TopLoc_Location.hxx>
 
 #include <functional>
 #include <string>
@@ -11,6 +12,13 @@ namespace Vs::Kernel {
 
 /// The label on which a component (Component::id) stands. Throws std::runtime_error if it is gone.
 TDF_Label occurrenceLabel(const Handle(TDocStd_Document) & document, const std::string& component);
+
+/// Makes a label that has no shape yet an occurrence of a part or assembly.
+void makeReference(const TDF_Label& label, const TDF_Label& shown, const TopLoc_Location& place);
+
+/// A new label at the top of the tree, without anything on it. Numbers under which something removed waits
+/// to be brought back are passed over.
+TDF_Label newRootLabel(const Handle(TDocStd_Document) & document);
 
 /// Gives what stands on the label a name by which it is shown.
 void renameOccurrence(const TDF_Label& label, const std::wstring& name);

@@ -301,9 +301,12 @@ std::string XdeModel::addPrimitive(Primitive kind, const double (&sizes)[3], con
                                    const std::wstring& name, const std::optional<Colour>& colour)
 {
     return guarded([&] {
-        m_transaction.beginKernel();
-        const Handle(XCAFDoc_ShapeTool) tool = XCAFDoc_DocumentTool::ShapeTool(m_document->Main());
-        const TDF_Label part = tool->AddShape(primitive(kind, sizes), false, false);
+        // Colours are shared by parts, in lists of the kernel's.
+        if (colour)
+            m_transaction.beginKernel();
+        const TDF_Label part = newRootLabel(m_document);
+        XCAFDoc_DocumentTool::ShapeTool(m_document->Main())->SetShape(part, primitive(kind, sizes));
+        m_transaction.noteAdded(part);
         setName(part, name);
         if (colour)
             XCAFDoc_DocumentTool::ColorTool(m_document->Main())
@@ -313,7 +316,9 @@ std::string XdeModel::addPrimitive(Primitive kind, const double (&sizes)[3], con
         if (location.IsIdentity())
             return entryOf(part);
         // A placed part is a reference to the part, as it is in an assembly.
-        const TDF_Label placed = tool->AddShape(bodyShape(part).Located(location), false, false);
+        const TDF_Label placed = newRootLabel(m_document);
+        m_transaction.note(placed);
+        makeReference(placed, part, location);
         setName(placed, name);
         return entryOf(placed);
     });

@@ -60,6 +60,16 @@ void XdeTransaction::note(const TDF_Label& label)
         m_small.note(label);
 }
 
+void XdeTransaction::noteAdded(const TDF_Label& part)
+{
+    if (!isSmall())
+        return;
+    markRemoved(part);
+    m_small.note(part);
+    markRemoved(part, false);
+    m_added.push_back(part);
+}
+
 void XdeTransaction::remove(const std::vector<std::string>& components)
 {
     eachToRemove(m_document, components, [&](const TDF_Label& label) {
@@ -74,6 +84,9 @@ void XdeTransaction::remove(const std::vector<std::string>& components)
 
 void XdeTransaction::takeOutRemoved()
 {
+    // The kernel can't take back that a label lost something and got something else in one transaction.
+    for (TDF_MapIteratorOfLabelMap each(m_removed); each.More(); each.Next())
+        keepNumber(each.Key());
     // One that lies in another goes with it.
     for (TDF_MapIteratorOfLabelMap each(m_removed); each.More(); each.Next())
         if (isRemoved(each.Key()))
@@ -122,6 +135,7 @@ LabelDifferences XdeTransaction::takeSmall()
 std::unique_ptr<ModelChange> XdeTransaction::commit()
 {
     m_begun = false;
+    m_added.clear();
     std::vector<Part> parts;
     if (Small small = takeSmall(); !small.empty()) {
         for (const LabelDifference& each : small)
@@ -148,6 +162,9 @@ void XdeTransaction::abort()
         m_kernel.Abort();
     for (const LabelDifference& each : small | std::views::reverse)
         each.before.putOn(each.label);
+    // Nobody can bring back what was never there.
+    for (const TDF_Label& part : std::exchange(m_added, {}) | std::views::reverse)
+        clearLabel(part);
 }
 
 LabelDifferences XdeTransaction::takeBack(const LabelDifferences& differences)

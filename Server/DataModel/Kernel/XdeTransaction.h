@@ -39,6 +39,9 @@ public:
     bool isSmall() const { return m_begun && !m_kernel.IsOpen(); }
     /// Before a small change of the label; nothing if none is begun, or the kernel watches by itself.
     void note(const TDF_Label& label);
+    /// After a part was put on a new label at the top, before it gets its name and colour there. If it is
+    /// taken back, the part stays where it is, marked as removed.
+    void noteAdded(const TDF_Label& part);
     /// Before all other changes. What was removed isn't in the document any more then.
     void beginKernel();
     /// Removes components (Component::id); see ModelKernel::remove.
@@ -73,6 +76,7 @@ private:
     LabelLog m_small;
     LabelDifferences m_beforeKernel; ///< What small changes did before the kernel's transaction.
     TDF_Transaction m_kernel;
+    std::vector<TDF_Label> m_added; ///< Parts, by what is begun.
     TDF_LabelMap m_removed;
     TouchedLabels m_touched;
     bool m_assembliesStale = false;

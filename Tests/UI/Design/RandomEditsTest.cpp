@@ -7,7 +7,9 @@
 #include "Tests/Support/Seed.h"
 #include "Tests/UI/Commands/EditComponents.h"
 
+#include <algorithm>
 #include <random>
+#include <ranges>
 #include <set>
 
 namespace {
@@ -55,6 +57,19 @@ protected:
         case 8:
             answer(L"Design.Move \"" + part + L"\" 0 0." + name + L" 0");
             break;
+        // By the kernel's own transactions, while what was taken back before waits to come again.
+        case 9:
+            answer(L"Design.Mirror \"" + part + L"\" X");
+            break;
+        case 10:
+            answer(L"Design.Box 1 1 " + std::to_wstring(number + 1));
+            break;
+        case 11:
+            answer(L"Script.BeginTransaction Nothing");
+            answer(L"Design.Box 2 2 2 0," + name + L",0");
+            answer(L"Design.Box 2 2 2");
+            answer(L"Script.AbortTransaction");
+            break;
         default:
             answer(L"NamedView.AddNamedView");
         }
@@ -62,7 +77,7 @@ protected:
 
     static uint64_t digest() { return Vs::modelDigest(*asset()); }
 
-    static constexpr unsigned kKinds = 11;
+    static constexpr unsigned kKinds = 14;
     std::mt19937 random{TestSupport::seed()};
 };
 
@@ -102,6 +117,135 @@ TEST_F(RandomEditsTest, EveryUndoAndRedoRestoresTheWholeModel)
         walk(L"VuCommands.RedoCmd", i);
     saveAndReopen(L"edited.vlra");
     EXPECT_EQ(digest(), digests.back());
+}
+
+namespace {
+
+/// The children of the model's root as a person would keep them on paper.
+class PlainModel
+{
+public:
+    struct Part
+    {
+        std::wstring name;
+        double x;
+        bool visible;
+        bool operator==(const Part&) const = default;
+    };
+    using Parts = std::vector<Part>;
+
+    static Parts of(const Vs::Component& root)
+    {
+        Parts parts;
+        for (const auto& child : root.children)
+            parts.push_back({child->name, child->placement.entry[0][3], child->visible});
+        return parts;
+    }
+
+    explicit PlainModel(Parts parts) : m_steps{std::move(parts)} {}
+
+    const Parts& parts() const { return m_steps[m_now]; }
+    /// A copy to be changed, which is the model from now on.
+    Parts& change()
+    {
+        m_steps.resize(m_now + 1);
+        m_steps.push_back(m_steps.back());
+        return m_steps[++m_now];
+    }
+    bool undo() { return m_now > 0 && m_now-- > 0; }
+    bool redo() { return m_now + 1 < m_steps.size() && ++m_now > 0; }
+
+    std::wstring path(size_t index) const
+    {
+        const std::wstring& name = parts()[index].name;
+        const auto isNamed = [&](const Part& part) { return part.name == name; };
+        const auto all = std::ranges::count_if(parts(), isNamed);
+        const auto before = std::ranges::count_if(parts() | std::views::take(index + 1), isNamed);
+        return L'"' + name + (all > 1 ? L":" + std::to_wstring(before) : L"") + L'"';
+    }
+    std::wstring freeName(const std::wstring& kind) const
+    {
+        for (int number = 1;; ++number)
+            if (const std::wstring name = kind + std::to_wstring(number);
+                std::ranges::none_of(parts(), [&](const Part& part) { return part.name == name; }))
+                return name;
+    }
+
+private:
+    std::vector<Parts> m_steps;
+    size_t m_now = 0;
+};
+
+} // namespace
+
+TEST_F(RandomEditsTest, TenThousandPartsAreAtEachStepThoseOfAPlainList)
+{
+    answer(L"Design.Pattern Box2 X 3 100 Y 3 100");
+    answer(L"Design.Separate Box2:2");
+    const Vs::Component& root = *asset()->components();
+    PlainModel plain(PlainModel::of(root));
+    ASSERT_GT(plain.parts().size(), 10000u);
+    for (int number = 0; number < 100; ++number) {
+        const size_t index = random() % plain.parts().size();
+        const std::wstring path = plain.path(index), text = std::to_wstring(number);
+        switch (random() % 9) {
+        case 0:
+            answer(L"Design.Box 1 1 1 " + text + L",0,0");
+            if (const std::wstring name = plain.freeName(L"Box"); true)
+                plain.change().push_back({name, double(number), true});
+            break;
+        case 1:
+            answer(L"Design.Sphere 1 " + text + L",0,0");
+            if (const std::wstring name = plain.freeName(L"Sphere"); true)
+                plain.change().push_back({name, double(number), true});
+            break;
+        case 2:
+            answer(L"Design.Copy " + path + L" 1 0 0");
+            if (PlainModel::Part copy = plain.parts()[index]; true)
+                plain.change().push_back({copy.name, copy.x + 1, copy.visible});
+            break;
+        case 3:
+            answer(L"Design.Move " + path + L" 2 0 0");
+            plain.change()[index].x += 2;
+            break;
+        case 4:
+            answer(L"Selection.Select " + path);
+            answer(L"Commands.Start DeleteCommand");
+            if (auto& parts = plain.change(); true)
+                parts.erase(parts.begin() + static_cast<std::ptrdiff_t>(index));
+            break;
+        case 5:
+            if (const std::wstring name = L"Box" + text; plain.parts()[index].name != name) {
+                answer(L"Selection.Select " + path);
+                answer(L"VuCommands.RenameCommand " + name);
+                plain.change()[index].name = name;
+            }
+            break;
+        case 6:
+            if (plain.parts()[index].visible) {
+                answer(L"Design.Hide " + path);
+                plain.change()[index].visible = false;
+            }
+            break;
+        case 7:
+            for (auto steps = random() % 4; steps > 0 && plain.undo(); --steps)
+                answer(L"VuCommands.UndoCmd");
+            break;
+        default:
+            for (auto steps = random() % 3; steps > 0 && plain.redo(); --steps)
+                answer(L"VuCommands.RedoCmd");
+        }
+        ASSERT_TRUE(PlainModel::of(root) == plain.parts())
+            << "seed " << TestSupport::seed() << ", change " << number;
+    }
+    while (plain.undo())
+        answer(L"VuCommands.UndoCmd");
+    EXPECT_TRUE(PlainModel::of(root) == plain.parts());
+    while (plain.redo())
+        answer(L"VuCommands.RedoCmd");
+    EXPECT_TRUE(PlainModel::of(root) == plain.parts());
+    saveAndReopen(L"thousands.vlra");
+    EXPECT_TRUE(PlainModel::of(*asset()->components()) == plain.parts());
 }
 
 TEST_F(RandomEditsTest, WhatIsSelectedIsLitAndNothingElseWhateverChanges)
