@@ -32,6 +32,7 @@ ROOMS = [
     ["Server/DataModel"],
     ["Server/DataModel/Kernel"],
     ["Server/Translate"],
+    ["Server/Thumbnailer"],
     ["Server/Scene", "Server/CommonData"],
     ["Server/Scene/Rendra"],
     ["Server/Dimension"],
@@ -76,6 +77,7 @@ CLOSED = [
     "Server/Itemhub/Client",
     "Server/Skyvault/Client",
     "Server/Translate",
+    "Server/Thumbnailer",
     "Services/Itemhub",
     "UI/Application",
     "UI/Base/Lines",
@@ -98,6 +100,7 @@ PARTS = {
     "Server/Component": "Server/DataModel",
     "Server/Types": "Server/DataModel",
     "Server/Translate": "Server/DataModel",
+    "Server/Thumbnailer": "Server/DataModel",
     "Server/CommonData": "Server/Scene",
     "Server/Dimension": "Server/Scene",
 }

@@ -18,6 +18,8 @@ constexpr const char* kDescription =
     "--console\n"
     "run in the order in which they are given; the first line that fails ends the run.\n"
     "With --script, what follows -- are the arguments of the scripts (sys.argv).\n"
+    "With --export, --info and --thumbnail the run is headless: they are short for lines (Design.Export, "
+    "Design.Info,\nDesign.Picture).\n"
     "Exit code: 0 all well, 1 a line failed or a file could not be opened, 2 wrong usage or no start.";
 
 struct OptionRow
@@ -30,6 +32,14 @@ struct OptionRow
 constexpr OptionRow kOptions[] = {
     {"headless", nullptr, "Run without a window; no display is needed. Ends after the last line."},
     {"hand-over", nullptr, "Open the files in the window that was active last; start one if none is there."},
+    {"export", "FILE", "Write the model that was opened last, in the format of the suffix, and end."},
+    {"info", nullptr, "Tell the structure, the size, the volume and the area of each file, and end."},
+    {"json", nullptr, "With --info: one line of JSON for each file."},
+    {"density", "G/CM3", "With --info: tell the mass as well, at so many grams in a cubic centimetre."},
+    {"thumbnail", nullptr,
+     "Draw a file as a square picture (PNG), and end. It goes with three arguments: the file, the pixels on "
+     "a "
+     "side, the picture."},
     {"command", "LINE", "Run one text line."},
     {"replay", "FILE", "Run a transcript of text lines."},
     {"script", "FILE", "Run a Python script."},
@@ -37,7 +47,7 @@ constexpr OptionRow kOptions[] = {
     {"keep-going", nullptr, "Go on after a line that failed; the exit code still tells of it."},
     {"echo", nullptr, "Print each line before its answer."},
     {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts; quillet.parameters of scripts."},
-    {"references", "MODE",
+    {"references", "compare|fill|update",
      "What checks do with their references: compare (one that is missing fails; the default "
      "of --test), fill (makes those that are missing; the default otherwise), update "
      "(makes them all anew)."},
@@ -61,6 +71,7 @@ constexpr OptionRow kOptions[] = {
     {"shard", "I/N", "With --test: run only the I-th of N parts."},
     {"list-commands", nullptr, "Print every text command, one JSON object a line."},
     {"list-definitions", nullptr, "Print every command definition, one JSON object a line."},
+    {"list-options", nullptr, "Print every option of this command line, one JSON object a line."},
     {"write-stubs", "DIR", "Write a type stub (.pyi) for each module that scripts import."},
     {"version", nullptr, "Print the version."},
     {"help", nullptr, "Print this help."},
@@ -80,6 +91,9 @@ void addOptions(QCommandLineParser& parser)
         parser.addOption(QCommandLineOption(QLatin1String(row.name), QLatin1String(row.description),
                                             QLatin1String(row.value ? row.value : "")));
 }
+
+/// Options that are short for a line.
+constexpr const char* kShortForms[] = {"export", "info", "thumbnail"};
 
 bool stepKind(const QString& option, Step::Kind& kind)
 {
@@ -127,6 +141,39 @@ std::string readReferences(const QCommandLineParser& parser, CommandLine& line)
             return {};
         }
     return "--references needs compare, fill or update, not \"" + mode + "\".";
+}
+
+/// A line with the name of a file as its last parameter.
+std::string lineOn(const std::string& line, const QString& file)
+{
+    return line + ' ' + Vs::Strings::toBytes(Vs::Strings::quote(Vs::wideText(file)));
+}
+
+/// What is short for lines. Returns what is wrong in one sentence, or nothing.
+std::string readShortForms(const QCommandLineParser& parser, CommandLine& line)
+{
+    const bool info = parser.isSet(QStringLiteral("info"));
+    const QString density = parser.value(QStringLiteral("density"));
+    for (const char* option : {"json", "density"})
+        if (parser.isSet(QLatin1String(option)) && !info)
+            return std::string("--") + option + " goes with --info.";
+    if (parser.isSet(QStringLiteral("density")) && !(density.toDouble() > 0))
+        return "--density needs a number above 0, not \"" + density.toStdString() + "\".";
+    if (info) {
+        if (line.files.empty())
+            return "--info needs a file.";
+        line.infoLine = "Design.Info" + (density.isEmpty() ? std::string() : ' ' + density.toStdString()) +
+                        (parser.isSet(QStringLiteral("json")) ? " /Json" : "");
+    }
+    if (parser.isSet(QStringLiteral("thumbnail"))) {
+        if (line.files.size() != 3 || positive(QString::fromStdString(line.files[1])) == 0)
+            return "--thumbnail needs three arguments: the file, the pixels on a side, the picture.";
+        line.steps.push_back({Step::Kind::Command,
+                              lineOn("Design.Picture " + line.files[1], textOf(line.files[2])),
+                              "--thumbnail"});
+        line.files.resize(1);
+    }
+    return {};
 }
 
 /// What a test run decides by itself, or has no use for. Returns what is wrong in one sentence, or nothing.
@@ -205,6 +252,11 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     std::map<QString, qsizetype> seen;
     for (const QString& option : parser.optionNames()) {
         Step::Kind kind;
+        if (option == QLatin1String("export")) {
+            const QString file = parser.values(option).value(seen[option]++);
+            result.steps.push_back({Step::Kind::Command, lineOn("Design.Export", file), "--export"});
+            continue;
+        }
         if (!stepKind(option, kind))
             continue;
         const QString value =
@@ -238,7 +290,11 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
         result.error = "--test runs the transcripts of its folder, and opens no files.";
     result.test.parameters = result.parameters;
     result.stubsDirectory = bytesOf(parser.value(QStringLiteral("write-stubs")));
-    result.headless = parser.isSet(QStringLiteral("headless"));
+    if (const std::string wrong = readShortForms(parser, result); !wrong.empty())
+        result.error = wrong;
+    result.headless = parser.isSet(QStringLiteral("headless")) ||
+                      std::any_of(std::begin(kShortForms), std::end(kShortForms),
+                                  [&](const char* option) { return parser.isSet(QLatin1String(option)); });
     result.handOver = parser.isSet(QStringLiteral("hand-over"));
     if (result.handOver && (result.headless || !result.steps.empty()))
         result.error = "--hand-over opens files in a window, and goes with no --headless and nothing to run.";
@@ -249,6 +305,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     result.echo = parser.isSet(QStringLiteral("echo"));
     result.listCommands = parser.isSet(QStringLiteral("list-commands"));
     result.listDefinitions = parser.isSet(QStringLiteral("list-definitions"));
+    result.listOptions = parser.isSet(QStringLiteral("list-options"));
     result.version = parser.isSet(QStringLiteral("version"));
     result.help = parser.isSet(QStringLiteral("help"));
     return result;
@@ -266,6 +323,14 @@ std::string helpText()
     QString text = parser.helpText();
     text.replace(QLatin1String("<executable_name>"), QLatin1String("quillet"));
     return text.toStdString();
+}
+
+std::vector<OptionText> optionTexts()
+{
+    std::vector<OptionText> all;
+    for (const OptionRow& row : kOptions)
+        all.push_back({row.name, row.value ? row.value : "", row.description});
+    return all;
 }
 
 } // namespace Quillet

@@ -19,6 +19,7 @@ struct Step
     };
     Kind kind;
     std::string text;
+    std::string place = {}; ///< What messages begin with; empty for the step's own.
 };
 
 /// What the user asked for. Texts are the bytes that were given: UTF-8, unless a file has another name.
@@ -26,6 +27,7 @@ struct CommandLine
 {
     std::vector<std::string> files; ///< Opened before the steps.
     std::vector<std::string> links; ///< Followed when the window is there (Vu::ProgramLink).
+    std::string infoLine;           ///< Run after each file was opened; empty for none.
     std::vector<Step> steps;
     std::vector<std::string> scriptArguments;      ///< What follows `--`, if a script is run.
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for in transcripts.
@@ -40,6 +42,7 @@ struct CommandLine
     bool echo = false;
     bool listCommands = false;
     bool listDefinitions = false;
+    bool listOptions = false;
     bool version = false;
     bool help = false;
 
@@ -57,5 +60,14 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments);
 
 /// The text of --help.
 std::string helpText();
+
+/// What can be written on the command line, for those who make pages and completions of it.
+struct OptionText
+{
+    std::string name;  ///< Without its dashes.
+    std::string value; ///< What follows it, as FILE or "compare|fill|update"; empty for a switch.
+    std::string description;
+};
+std::vector<OptionText> optionTexts();
 
 } // namespace Quillet

@@ -3,6 +3,7 @@
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "UI/Application/CommandLine.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 
@@ -83,6 +84,17 @@ void listDefinitions()
         line.add("readonly", definition->readonly());
         line.add("reportable", definition->reportable());
         line.add("scriptable", definition->scriptable());
+        line.print();
+    }
+}
+
+void listOptions()
+{
+    for (const OptionText& option : optionTexts()) {
+        JsonLine line;
+        line.add("name", option.name);
+        line.add("value", option.value);
+        line.add("help", option.description);
         line.print();
     }
 }

@@ -8,4 +8,7 @@ void listCommands();
 /// The same for every command definition.
 void listDefinitions();
 
+/// Prints what can be written on the command line.
+void listOptions();
+
 } // namespace Quillet

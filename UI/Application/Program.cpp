@@ -159,9 +159,12 @@ bool loadAddIns(bool& whole)
 void runSteps(const CommandLine& line, LineRunner& runner)
 {
     Vu::Application* application = Vu::Application::get();
-    for (const std::string& file : line.files)
+    for (const std::string& file : line.files) {
         if (!runner.openFile(file))
             return;
+        if (!line.infoLine.empty() && !runner.runLine(Vs::Strings::fromBytes(line.infoLine), "--info"))
+            return;
+    }
     int commands = 0;
     std::vector<std::wstring> scriptArguments;
     for (const std::string& argument : line.scriptArguments)
@@ -173,7 +176,8 @@ void runSteps(const CommandLine& line, LineRunner& runner)
         switch (step.kind) {
         case Step::Kind::Command:
             goOn =
-                runner.runLine(Vs::Strings::fromBytes(step.text), "--command:" + std::to_string(++commands));
+                runner.runLine(Vs::Strings::fromBytes(step.text),
+                               step.place.empty() ? "--command:" + std::to_string(++commands) : step.place);
             break;
         case Step::Kind::Replay:
             goOn = runner.replay(step.text);

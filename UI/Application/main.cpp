@@ -1,5 +1,6 @@
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
+#include "UI/Application/Lists.h"
 #include "UI/Application/Program.h"
 #include "UI/Application/Revision.h"
 
@@ -32,6 +33,10 @@ int run(int count, char** arguments)
     }
     if (line.help) {
         std::fputs(helpText().c_str(), stdout);
+        return kExitOk;
+    }
+    if (line.listOptions) {
+        listOptions();
         return kExitOk;
     }
     if (line.version) {

@@ -59,8 +59,41 @@ TEST(CommandLineTest, ATestRunHasItsOptions)
     EXPECT_EQ(parseCommandLine({"--references", "fill", "--replay", "a.txt"}).references, "fill");
 }
 
+TEST(CommandLineTest, ShortFormsAreLinesOfARunWithoutAWindow)
+{
+    const CommandLine exported = parseCommandLine({"a.step", "--export", "b c.stl", "--command", "A.B"});
+    EXPECT_EQ(exported.error, "");
+    EXPECT_TRUE(exported.headless);
+    ASSERT_EQ(exported.steps.size(), 2u);
+    EXPECT_EQ(exported.steps[0].text, "Design.Export \"b c.stl\"");
+    EXPECT_EQ(exported.steps[1].text, "A.B");
+
+    EXPECT_EQ(parseCommandLine({"--info", "a.step", "b.step"}).infoLine, "Design.Info");
+    EXPECT_EQ(parseCommandLine({"a.step", "--info", "--json", "--density", "7.85"}).infoLine,
+              "Design.Info 7.85 /Json");
+
+    const CommandLine drawn = parseCommandLine({"--thumbnail", "a.step", "256", "--", "-b.png"});
+    EXPECT_EQ(drawn.error, "");
+    EXPECT_TRUE(drawn.headless);
+    EXPECT_EQ(drawn.files, std::vector<std::string>{"a.step"});
+    ASSERT_EQ(drawn.steps.size(), 1u);
+    EXPECT_EQ(drawn.steps[0].text, "Design.Picture 256 -b.png");
+}
+
 TEST(CommandLineTest, WrongUsageIsNamed)
 {
+    for (const std::vector<std::string>& wrong : {std::vector<std::string>{"--info"},
+                                                  {"--json", "a.step"},
+                                                  {"--density", "1", "a.step"},
+                                                  {"--info", "--density", "heavy", "a.step"},
+                                                  {"--info", "--density", "0", "a.step"},
+                                                  {"--thumbnail", "a.step", "b.png"},
+                                                  {"--thumbnail", "a.step", "big", "b.png"},
+                                                  {"--thumbnail", "a.step", "1", "b.png", "c"},
+                                                  {"--export", "a.stl", "--hand-over", "a.step"},
+                                                  {"--export=a.stl", "--test=d"}})
+        EXPECT_NE(parseCommandLine(wrong).error, "") << wrong.front();
+
     EXPECT_NE(parseCommandLine({"--nonsense"}).error.find("nonsense"), std::string::npos);
     EXPECT_NE(parseCommandLine({"--command"}).error, "");
     EXPECT_NE(parseCommandLine({"--set", "novalue"}).error.find("novalue"), std::string::npos);

@@ -1,8 +1,8 @@
 #include "UI/Commands/Adaptations/QT/Shell/FilePictures.h"
 
 #include "Server/Base/PathInfo.h"
+#include "Server/DataModel/PictureName.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -22,8 +22,7 @@ constexpr qint64 kMostBytes = 1 << 20;
 
 QString nameOf(const boost::filesystem::path& file)
 {
-    const QByteArray bytes = QByteArray::fromStdString(file.native());
-    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().left(32));
+    return QString::fromStdString(Vs::pictureStem(file.native()));
 }
 
 /// Empty for what is no file.
@@ -35,17 +34,15 @@ QString placeOf(const boost::filesystem::path& file, const std::wstring& folder)
     const std::time_t modified = boost::filesystem::last_write_time(file, error);
     const uintmax_t size = boost::filesystem::file_size(file, error);
     return error ? QString()
-                 : QStringLiteral("%1/%2-%3-%4.png")
-                       .arg(QString::fromStdWString(folder), nameOf(file))
-                       .arg(modified)
-                       .arg(size);
+                 : QString::fromStdWString(folder) + u'/' +
+                       QString::fromStdString(Vs::pictureName(file.native(), modified, size));
 }
 
 } // namespace
 
 std::wstring folder()
 {
-    const boost::filesystem::path folder = Vs::PathInfo::cacheDirectory() / "pictures";
+    const boost::filesystem::path folder = Vs::PathInfo::cacheDirectory() / Vs::kPictureFolder;
     boost::system::error_code ignored; // Without it there are no pictures.
     boost::filesystem::create_directory(folder, ignored);
     return folder.wstring();
