@@ -5,6 +5,7 @@
 #include "Server/Base/Python/Arguments.h"
 #include "Server/Base/Python/Interruptible.h"
 #include "Server/Base/Python/MainModule.h"
+#include "Server/Base/Python/ModelQuestions.h"
 #include "Server/Base/Python/ScriptError.h"
 #include "Server/Base/Python/Statements.h"
 #include "Server/Base/PythonManager.h"
@@ -242,6 +243,7 @@ void Interpreter::makeQuilletModule()
             return all;
         },
         "What the run was given with --set NAME=VALUE, and replays have added.");
+    addModelQuestions(module);
     const py::module_ sys = py::module_::import("sys");
     sys.attr("modules")["_quillet"] = module;
     sys.attr("path").attr("append")(py::str((PathInfo::rootDirectory() / "lib" / "python").string()));

@@ -30,6 +30,19 @@ void numberFaces(const TopoDS_Shape& shape, uint32_t solid, uint32_t& next, std:
             numberFaces(parts.Value(), solid, next, solids);
 }
 
+/// The numbers of the shapes of one kind that a shape is bounded by, each once.
+std::vector<uint32_t> numbersIn(const TopoDS_Shape& shape, TopAbs_ShapeEnum kind,
+                                const TopTools_IndexedMapOfShape& numbered)
+{
+    std::vector<uint32_t> numbers;
+    TopTools_IndexedMapOfShape parts;
+    TopExp::MapShapes(shape, kind, parts);
+    for (int i = 1; i <= parts.Extent(); ++i)
+        if (const int number = numbered.FindIndex(parts(i)); number > 0)
+            numbers.push_back(uint32_t(number - 1));
+    return numbers;
+}
+
 } // namespace
 
 std::vector<VisibleEdge> visibleEdges(const TopoDS_Shape& shape)
@@ -88,6 +101,32 @@ std::vector<uint32_t> SubShapes::solidsOfFaces() const
     uint32_t last = 0;
     numberFaces(m_shape, ModelKernel::kNoSolid, last, solids);
     return solids;
+}
+
+uint32_t SubShapes::count(ObjectPath::Leaf leaf) const
+{
+    switch (leaf) {
+    case ObjectPath::Leaf::Solid:
+        return static_cast<uint32_t>(m_solids.size());
+    case ObjectPath::Leaf::Face:
+        return static_cast<uint32_t>(m_faces.size());
+    case ObjectPath::Leaf::Edge:
+        return static_cast<uint32_t>(m_edges.Extent());
+    case ObjectPath::Leaf::Vertex:
+        return static_cast<uint32_t>(m_vertices.Extent());
+    default:
+        return 1;
+    }
+}
+
+std::vector<uint32_t> SubShapes::edgesOf(uint32_t face) const
+{
+    return face < m_loops.size() ? m_loops[face] : numbersIn(m_faces.at(face), TopAbs_EDGE, m_edges);
+}
+
+std::vector<uint32_t> SubShapes::verticesOf(uint32_t edge) const
+{
+    return numbersIn(m_edges(int(edge) + 1), TopAbs_VERTEX, m_vertices);
 }
 
 std::vector<uint32_t> SubShapes::loop(const TopoDS_Face& face) const

@@ -36,6 +36,11 @@ public:
     TopoDS_Shape part(ObjectPath::Leaf leaf, uint32_t index) const;
     /// For each face the solid that it belongs to, or ModelKernel::kNoSolid.
     std::vector<uint32_t> solidsOfFaces() const;
+    /// How many there are.
+    uint32_t count(ObjectPath::Leaf leaf) const;
+    /// The edges that bound a face, also from within, and the vertices that bound an edge, by their numbers.
+    std::vector<uint32_t> edgesOf(uint32_t face) const;
+    std::vector<uint32_t> verticesOf(uint32_t edge) const;
     /// The edges around the outside of a face, by their numbers.
     std::vector<uint32_t> loop(const TopoDS_Face& face) const;
 

@@ -6,6 +6,7 @@
 #include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/MeasureAngle.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
+#include "Server/DataModel/Kernel/PartFacts.h"
 #include "Server/DataModel/Kernel/PlacedAt.h"
 #include "Server/DataModel/Kernel/Recognise.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
@@ -290,6 +291,16 @@ std::vector<uint32_t> XdeModel::loop(const MeasuredShape& face)
         const TopoDS_Shape shape = shapes.part(ObjectPath::Leaf::Face, face.index);
         return shape.IsNull() ? std::vector<uint32_t>() : shapes.loop(TopoDS::Face(shape));
     });
+}
+
+BodyParts XdeModel::parts(const std::string& entry)
+{
+    return guarded([&] { return partsOf(subShapes(entry)); });
+}
+
+std::vector<PartExtent> XdeModel::extents(const std::string& entry, ObjectPath::Leaf leaf)
+{
+    return guarded([&] { return extentsOf(subShapes(entry), leaf); });
 }
 
 std::optional<ModelKernel::Recognised> XdeModel::recognise(const std::string& entry)

@@ -41,6 +41,8 @@ public:
                             EMeasureType type) override;
     std::vector<uint32_t> solidsOfFaces(const std::string& entry) override;
     std::vector<uint32_t> loop(const MeasuredShape& face) override;
+    BodyParts parts(const std::string& entry) override;
+    std::vector<PartExtent> extents(const std::string& entry, ObjectPath::Leaf leaf) override;
     std::optional<Recognised> recognise(const std::string& entry) override;
     std::string addPrimitive(Primitive kind, const double (&sizes)[3], const GkMatrix3d& placement,
                              const std::wstring& name, const std::optional<Colour>& colour) override;

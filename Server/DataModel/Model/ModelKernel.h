@@ -2,6 +2,7 @@
 
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Edit/ModelEdit.h"
+#include "Server/DataModel/Measure/PartTypes.h"
 #include "Server/DataModel/Model/PartSuccessors.h"
 #include "Server/DataModel/Model/PartTree.h"
 #include "Server/DataModel/Model/ShapeMeasure.h"
@@ -71,6 +72,10 @@ public:
                                     const std::vector<MeasuredShape>& second, EMeasureType type) = 0;
     /// The edges around the outside of a face (ObjectPath::index).
     virtual std::vector<uint32_t> loop(const MeasuredShape& face) = 0;
+    /// What the parts of a body are, and how they meet.
+    virtual BodyParts parts(const std::string& entry) = 0;
+    /// Of all faces or all edges of a body.
+    virtual std::vector<PartExtent> extents(const std::string& entry, ObjectPath::Leaf leaf) = 0;
 
     /// A solid that is nothing but a box, a cylinder or a sphere, placed and sized as addPrimitive takes it.
     struct Recognised

@@ -14,7 +14,9 @@
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Lines/ScriptLines.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Script/ScriptedModel.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentSession.h"
@@ -29,10 +31,14 @@ namespace Vu {
 
 namespace {
 
+using ScriptLines::activeAsset;
+using ScriptLines::answer;
+using ScriptLines::json;
+using ScriptLines::kArea;
+using ScriptLines::Place;
+using ScriptLines::placeOf;
 using Vs::TextCommandParameters;
 using Vs::TextCommandResult;
-
-constexpr const wchar_t* kArea = L"Script";
 
 class ScriptArea : public Vs::PythonEntry<ScriptArea, Vs::TextCommandSubjectArea>
 {
@@ -40,50 +46,6 @@ public:
     ScriptArea() : PythonEntry(kArea, L"Commands that tell programs what there is, as JSON", true) {}
     Checks checks() const override { return Checks::Everything; }
 };
-
-QJsonArray json(const GkPoint3d& point)
-{
-    return {point.x, point.y, point.z};
-}
-
-QString json(const std::wstring& text)
-{
-    return QString::fromStdWString(text);
-}
-
-TextCommandResult answer(const QJsonDocument& document)
-{
-    return {0, QString::fromUtf8(document.toJson(QJsonDocument::Compact)).toStdWString()};
-}
-
-Vs::Asset& activeAsset()
-{
-    Vs::Asset* asset = ActiveAssetUtils::asset();
-    if (!asset)
-        throw Vs::Exception(localized("ScriptNoModel", "There is no active model."));
-    return *asset;
-}
-
-/// The component and where its own coordinates lie in the model's.
-struct Place
-{
-    const Vs::Component* component;
-    std::wstring path; ///< Empty for the root.
-    GkMatrix3d matrix;
-};
-
-Place placeOf(const Vs::Asset& asset, const TextCommandParameters& parameters)
-{
-    if (parameters.parameters() == 0 || parameters[0].empty())
-        return {asset.components(), {}, {}};
-    Vs::Status status;
-    const auto path = Vs::findPath(asset, parameters[0], status);
-    if (!path)
-        throw Vs::Exception(status.toString());
-    const Vs::ObjectPath component{.component = path->component};
-    return {asset.findComponent(path->component), Vs::pathText(component, asset),
-            Vs::placementOf(component, asset).value_or(GkMatrix3d())};
-}
 
 TextCommandResult documents(const TextCommandParameters&)
 {
@@ -105,22 +67,30 @@ TextCommandResult documents(const TextCommandParameters&)
     return answer(QJsonDocument(list));
 }
 
-QJsonObject describe(const Vs::Component& component, const std::wstring& path, bool deep)
+/// A colour as red, green, blue and opacity from 0 to 1, linear; null without one.
+QJsonValue colourJson(const std::optional<Vs::Colour>& colour)
 {
-    QJsonArray rows;
-    for (const auto& row : component.placement.entry)
-        rows.append(QJsonArray{row[0], row[1], row[2], row[3]});
-    QJsonObject object{{"path", json(path)},
+    return colour ? QJsonValue(QJsonArray{colour->r, colour->g, colour->b, colour->a}) : QJsonValue();
+}
+
+QJsonObject describe(const Vs::Asset& asset, const Vs::Component& component, const std::wstring& path,
+                     bool deep)
+{
+    QJsonObject object{{"id", json(ScriptedModel::keyOf(asset, component))},
+                       {"path", json(path)},
                        {"name", json(component.name)},
                        {"visible", component.visible},
-                       {"placement", rows}};
-    if (component.body)
+                       {"colour", colourJson(component.colour)},
+                       {"placement", json(component.placement)}};
+    if (component.body) {
         object["body"] = json(component.body->name());
+        object["body colour"] = colourJson(component.body->colour());
+    }
     QJsonArray children;
     const std::vector<std::wstring> paths = Vs::childPaths(component, path);
     for (size_t i = 0; i < paths.size(); ++i)
         if (deep)
-            children.append(describe(*component.children[i], paths[i], deep));
+            children.append(describe(asset, *component.children[i], paths[i], deep));
         else
             children.append(json(paths[i]));
     object["children"] = children;
@@ -129,8 +99,22 @@ QJsonObject describe(const Vs::Component& component, const std::wstring& path, b
 
 TextCommandResult component(const TextCommandParameters& parameters)
 {
-    const Place place = placeOf(activeAsset(), parameters);
-    return answer(QJsonDocument(describe(*place.component, place.path, parameters.hasFlag(L"Deep"))));
+    const Vs::Asset& asset = activeAsset();
+    const Place place = placeOf(asset, parameters);
+    QJsonObject told = describe(asset, *place.component, place.path, parameters.hasFlag(L"Deep"));
+    if (parameters.hasFlag(L"Place"))
+        told["place"] = json(place.matrix);
+    return answer(QJsonDocument(told));
+}
+
+TextCommandResult added(const TextCommandParameters&)
+{
+    const Vs::Asset& asset = activeAsset();
+    QJsonArray all;
+    for (const std::string& id : ScriptedModel::added(asset))
+        if (const Vs::Component* component = asset.findComponent(id))
+            all.append(describe(asset, *component, Vs::pathText({.component = id}, asset), false));
+    return answer(QJsonDocument(all));
 }
 
 TextCommandResult body(const TextCommandParameters& parameters)
@@ -144,12 +128,14 @@ TextCommandResult body(const TextCommandParameters& parameters)
     if (!properties)
         throw Vs::Exception(status.toString());
     properties = Vs::placed(*properties, place.matrix);
-    return answer(QJsonDocument(QJsonObject{{"name", json(place.component->body->name())},
-                                            {"volume", properties->volume},
-                                            {"area", properties->area},
-                                            {"closed", properties->closed},
-                                            {"solids", properties->solids},
-                                            {"faces", properties->faces}}));
+    return answer(QJsonDocument(
+        QJsonObject{{"name", json(place.component->body->name())},
+                    {"volume", properties->volume},
+                    {"area", properties->area},
+                    {"closed", properties->closed},
+                    {"centre", json(properties->closed ? properties->volumeCentre : properties->areaCentre)},
+                    {"solids", properties->solids},
+                    {"faces", properties->faces}}));
 }
 
 void addBounds(const Vs::Component& component, const GkMatrix3d& matrix, BBox& bounds)
@@ -235,51 +221,30 @@ TextCommandResult discard(const TextCommandParameters&)
     return {0, {}};
 }
 
-struct ScriptRow
-{
-    const wchar_t* name;
-    const wchar_t* help;
-    TextCommandResult (*run)(const TextCommandParameters&);
-    const char* format = "";
-};
-
-template <const ScriptRow& kRow>
-class TextCmdScript : public Vs::PythonEntry<TextCmdScript<kRow>, Vs::TextCommand>
-{
-public:
-    TextCmdScript()
-        : Vs::PythonEntry<TextCmdScript<kRow>, Vs::TextCommand>(kArea, kRow.name, kRow.help, kRow.format,
-                                                                false, true)
-    {
-    }
-    TextCommandResult execute(const TextCommandParameters& parameters) override
-    {
-        return kRow.run(parameters);
-    }
-};
-
 // clang-format off
-constexpr ScriptRow kDocuments = {L"Documents", L"Tells the open documents", documents};
-constexpr ScriptRow kComponent = {L"Component", L"[<path>] [/Deep] Tells a component of the active model, or its root, and the paths of its children; /Deep tells all below it", component, "%s"};
-constexpr ScriptRow kBody      = {L"Body",      L"<path> Tells what a body measures, in mm", body, "%s"};
-constexpr ScriptRow kBounds    = {L"Bounds",    L"[<path>] Tells the lowest and the highest corner of a component or of the model; an empty list if there is nothing", bounds, "%s"};
-constexpr ScriptRow kSelection = {L"Selection", L"Tells the paths of what is selected", selection};
-constexpr ScriptRow kSelect    = {L"Select",    L"[<path>...] Selects these objects in place of all others", select};
-constexpr ScriptRow kCamera    = {L"Camera",    L"Tells the camera of the active view", camera};
-constexpr ScriptRow kDiscard   = {L"DiscardChanges", L"Lets the active document be closed without saving, and without a question", discard};
-constexpr ScriptRow kSettle    = {L"Settle",    L"Finishes what the lines before have left for later", settle};
+constexpr ScriptLines::Row kDocuments = {L"Documents", L"Tells the open documents", documents};
+constexpr ScriptLines::Row kComponent = {L"Component", L"[<path>] [/Deep] [/Id] [/Place] Tells a component of the active model, or its root, and the paths of its children; /Deep tells all below it, /Place where it lies in the model. With /Id, here and elsewhere, the id stands in place of the path", component, "%s"};
+constexpr ScriptLines::Row kAdded     = {L"Added",     L"Tells the components that were added to the active model since quillet.design has made something", added};
+constexpr ScriptLines::Row kBody      = {L"Body",      L"<path> [/Id] Tells what a body measures, in mm", body, "%s"};
+constexpr ScriptLines::Row kBounds    = {L"Bounds",    L"[<path>] [/Id] Tells the lowest and the highest corner of a component or of the model; an empty list if there is nothing", bounds, "%s"};
+constexpr ScriptLines::Row kSelection = {L"Selection", L"Tells the paths of what is selected", selection};
+constexpr ScriptLines::Row kSelect    = {L"Select",    L"[<path>...] Selects these objects in place of all others", select};
+constexpr ScriptLines::Row kCamera    = {L"Camera",    L"Tells the camera of the active view", camera};
+constexpr ScriptLines::Row kDiscard   = {L"DiscardChanges", L"Lets the active document be closed without saving, and without a question", discard};
+constexpr ScriptLines::Row kSettle    = {L"Settle",    L"Finishes what the lines before have left for later", settle};
 // clang-format on
 
 ScriptArea theArea;
-TextCmdScript<kDocuments> theDocuments;
-TextCmdScript<kComponent> theComponent;
-TextCmdScript<kBody> theBody;
-TextCmdScript<kBounds> theBounds;
-TextCmdScript<kSelection> theSelection;
-TextCmdScript<kSelect> theSelect;
-TextCmdScript<kCamera> theCamera;
-TextCmdScript<kDiscard> theDiscard;
-TextCmdScript<kSettle> theSettle;
+ScriptLines::Line<kDocuments> theDocuments;
+ScriptLines::Line<kComponent> theComponent;
+ScriptLines::Line<kAdded> theAdded;
+ScriptLines::Line<kBody> theBody;
+ScriptLines::Line<kBounds> theBounds;
+ScriptLines::Line<kSelection> theSelection;
+ScriptLines::Line<kSelect> theSelect;
+ScriptLines::Line<kCamera> theCamera;
+ScriptLines::Line<kDiscard> theDiscard;
+ScriptLines::Line<kSettle> theSettle;
 
 } // namespace
 

@@ -15,3 +15,12 @@ def parameters() -> Dict[str, str]:
 
 def on_closing_down(function: Callable[[], object]) -> None:
     """Has a function called before the application closes; if it returns False, the application stays."""
+
+def revision() -> int:
+    """A number that is another one after each change of a model."""
+
+def forget_added() -> None:
+    """Has Script.Added tell only what is added from now on."""
+
+def mesh(component: str) -> Dict[str, memoryview]:
+    """The numbers of a component's mesh."""

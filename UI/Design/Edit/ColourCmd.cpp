@@ -39,14 +39,18 @@ float linear(unsigned signal)
 std::optional<Vs::Colour> colourOf(const std::wstring& code)
 {
     const std::string text = Vs::Strings::narrow(code);
-    unsigned number = 0;
+    uint32_t number = 0;
     const char* const last = text.data() + text.size();
-    if (text.size() != 7 || text[0] != '#')
+    const bool hasOpacity = text.size() == 9;
+    if ((text.size() != 7 && !hasOpacity) || text[0] != '#')
         return std::nullopt;
     const auto [end, error] = std::from_chars(text.data() + 1, last, number, 16);
     if (error != std::errc() || end != last)
         return std::nullopt;
-    return Vs::Colour{linear(number >> 16), linear(number >> 8 & 0xff), linear(number & 0xff), 1};
+    const float opacity = hasOpacity ? static_cast<float>(number & 0xff) / 255 : 1;
+    if (hasOpacity)
+        number >>= 8;
+    return Vs::Colour{linear(number >> 16), linear(number >> 8 & 0xff), linear(number & 0xff), opacity};
 }
 
 } // namespace
@@ -83,7 +87,8 @@ std::wstring ColourCmd::onWhyInvalid() const
 {
     if (m_colour->valueAsString() != L"Code" || colourOf(m_code->value()))
         return {};
-    return localizedFormat("EditWrongCode", "\"%1%\" is not a colour; write it as #rrggbb, as #2f86e0.",
+    return localizedFormat("EditWrongCode",
+                           "\"%1%\" is not a colour; write it as #rrggbb, as #2f86e0, or as #rrggbbaa.",
                            m_code->value());
 }
 

@@ -68,7 +68,7 @@ constexpr EditLine kChamfer   = {L"Chamfer",   L"<distance> <edge> ... Cuts the 
 constexpr EditLine kMirror    = {L"Mirror",    L"<path> X|Y|Z [<at>] Puts the component's mirror image on the other side of the plane across the axis", &EditCmdDef<MirrorCmd>::info, 2, kMirrorPlaces};
 constexpr EditLine kLinear    = {L"Pattern",   L"<path> <axis> <spacing> <count> [<axis> <spacing> <count>] Repeats the component along X, Y or Z, or along two of them as a grid", &EditCmdDef<LinearPatternCmd>::info, 4, kLinearPlaces, false, 3};
 constexpr EditLine kCircular  = {L"CircularPattern", L"<path> <axis> <angle> <count> [Origin|Point <x> <y> <z>] Repeats the component around X, Y or Z, evenly over the angle", &EditCmdDef<CircularPatternCmd>::info, 4, kCircularPlaces, false, 3};
-constexpr EditLine kColour    = {L"Colour",    L"<colour> <path> ... Colours components, bodies, solids or faces: Red, Orange, Yellow, Green, Teal, Blue, Violet, White, Grey, Black, #rrggbb, or None of their own", &EditCmdDef<ColourCmd>::info, 2, kColourPlaces, true};
+constexpr EditLine kColour    = {L"Colour",    L"<colour> <path> ... Colours components, bodies, solids or faces: Red, Orange, Yellow, Green, Teal, Blue, Violet, White, Grey, Black, #rrggbb, #rrggbbaa with an opacity, or None of their own", &EditCmdDef<ColourCmd>::info, 2, kColourPlaces, true};
 // clang-format on
 
 void fill(const Place& place, const std::wstring& text, CommandContext& context)

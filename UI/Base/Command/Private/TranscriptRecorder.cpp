@@ -76,6 +76,17 @@ bool isOfFile(std::wstring_view command)
     return std::find(std::begin(kOfFiles), std::end(kOfFiles), command) != std::end(kOfFiles);
 }
 
+/// The questions that the package of scripts asks, dozens for a line that does something, and by keys that
+/// hold in this run alone.
+bool onlyTellsScripts(const Vs::TextCommand& command)
+{
+    constexpr std::wstring_view kQuestions[] = {L"Added",     L"Body",      L"Bounds",  L"Camera",
+                                                L"Component", L"Documents", L"Extents", L"Parts",
+                                                L"Selection", L"Successor"};
+    return command.area() == L"Script" &&
+           std::find(std::begin(kQuestions), std::end(kQuestions), command.name()) != std::end(kQuestions);
+}
+
 bool takesEntries()
 {
     return Vs::TranscriptMgr::get()->takesEntries();
@@ -159,7 +170,7 @@ void TranscriptRecorder::after(const CommandRun& run)
 void TranscriptRecorder::before(const Vs::TextCommand& command)
 {
     m_ownLine = takesEntries() && !CommandStack::executingAnywhere() && command.definitionKey().empty() &&
-                command.area() != kDispatching;
+                command.area() != kDispatching && !onlyTellsScripts(command);
     if (m_ownLine && m_around.before)
         m_around.before();
     m_forwarded = false;

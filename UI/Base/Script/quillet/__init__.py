@@ -5,20 +5,21 @@ objects. Lengths are in mm, areas in mm2, volumes in mm3, angles in radians. Wha
 the reason.
 
     import quillet
-    with quillet.transaction("Two boxes"):
-        Design.Box(10, 20, 30)
-        Design.Box(5, 5, 5, (50, 0, 0))
-    for part in quillet.model().walk():
-        print(part.path, part.body.volume if part.body else "-")
+    from quillet import design
+    quillet.new_document()
+    plate = design.box(80, 50, 8, name="Plate")
+    design.fillet(plate.edges.parallel_to("Z"), 5)
+    print(plate.body.volume, plate.faces.by_area()[-1].normal)
 """
 
 from _quillet import CommandError, on_closing_down, run, version
 
-from . import measure
+from . import design, measure
 from ._camera import Camera
 from ._documents import Document, active_document, documents, new_document, open_document
 from ._model import Body, Component, Selection, component, model
 from ._parameters import Parameters
+from ._topology import Axis, Edge, Edges, Face, Faces, Vertex, Vertices
 from ._transactions import transaction
 
 camera = Camera()
@@ -26,7 +27,8 @@ selection = Selection()
 parameters = Parameters()
 
 __all__ = [
-    "Body", "Camera", "CommandError", "Component", "Document", "Parameters", "Selection", "active_document",
-    "camera", "component", "documents", "measure", "model", "new_document", "on_closing_down", "open_document",
-    "parameters", "run", "selection", "transaction", "version",
+    "Axis", "Body", "Camera", "CommandError", "Component", "Document", "Edge", "Edges", "Face", "Faces", "Parameters",
+    "Selection", "Vertex", "Vertices", "active_document", "camera", "component", "design", "documents", "measure",
+    "model", "new_document", "on_closing_down", "open_document", "parameters", "run", "selection", "transaction",
+    "version",
 ]

@@ -1,10 +1,21 @@
-"""The answers of the area Script."""
+"""The answers of the area Script, and the lines that tell where it all lies."""
 
+import importlib
 import json
-from typing import Any
+from typing import Any, Callable, Dict
+
+Function = Callable[..., str]
+_functions: Dict[str, Function] = {}
+
+
+def line(name: str) -> Function:
+    """The function of a line, such as "Design.Box"."""
+    found = _functions.get(name)
+    if found is None:
+        area, command = name.split(".")
+        found = _functions[name] = getattr(importlib.import_module(area), command)
+    return found
 
 
 def ask(question: str, *parameters: Any, **flags: bool) -> Any:
-    import Script
-
-    return json.loads(getattr(Script, question)(*parameters, **flags))
+    return json.loads(line("Script." + question)(*parameters, **flags))

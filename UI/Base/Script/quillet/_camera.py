@@ -1,6 +1,6 @@
 from typing import Any, Sequence, Tuple
 
-from ._ask import ask
+from ._ask import ask, line
 
 Triple = Tuple[float, float, float]
 _PARTS = ("eye", "target", "up", "near", "far", "width", "height", "projection")
@@ -34,19 +34,13 @@ class Camera:
         unknown = set(parts) - set(_PARTS)
         if unknown:
             raise TypeError("a camera has no " + ", ".join(sorted(unknown)))
-        import Camera as lines
-
         state = {**ask("Camera"), **parts}
-        lines.Set(*(tuple(v) if isinstance(v, Sequence) else v for v in (state[p] for p in _PARTS)))
+        line("Camera.Set")(*(tuple(v) if isinstance(v, Sequence) else v for v in (state[p] for p in _PARTS)))
 
     def fit(self) -> None:
         """Frames the whole model."""
-        import Commands
-
-        Commands.Start("FitCommand")
+        line("Commands.Start")("FitCommand")
 
     def zoom(self, factor: float) -> None:
         """Makes what is seen `factor` times as large."""
-        import Camera as lines
-
-        lines.ZoomIn(factor)
+        line("Camera.ZoomIn")(factor)

@@ -4,7 +4,7 @@ from typing import List, Optional, Tuple, Union
 
 from _quillet import CommandError
 
-from ._ask import ask
+from ._ask import ask, line
 
 Path = Union[str, "os.PathLike[str]"]
 
@@ -21,48 +21,37 @@ class Document:
     assets: Tuple[str, ...]  #: The names of its visible models.
 
     def activate(self) -> None:
-        import VuCommands
-
         current = active_document()
         if current is None or not self._is(current):
-            VuCommands.AssetShellCmd(self.session)
+            line("VuCommands.AssetShellCmd")(self.session)
             current = active_document()
         if current is None or not self._is(current):
             raise CommandError(f'"{self.name}" is not open any more.')
 
     def save(self) -> None:
         """Saves it where it lies. One that was never saved needs save_as."""
-        import Document as lines
-
         self.activate()
-        lines.Save()
+        line("Document.Save")()
 
     def save_as(self, path: Path) -> "Document":
         """Saves it under another name; returns it with that name."""
-        import Document as lines
-
         self.activate()
-        lines.SaveAs(path)
+        line("Document.SaveAs")(path)
         return _active()
 
     def export(self, path: Path) -> None:
         """Writes what is visible of its active design in the format that the suffix says: .step, .iges, .brep,
         .stl, .obj, .gltf, .glb. The line Design.Export knows more, such as units and how fine it is to be."""
-        import Design
-
         self.activate()
-        Design.Export(path)
+        line("Design.Export")(path)
 
     def close(self, discard: bool = False) -> None:
         """Closes it. What isn't saved is asked about, and without anybody to ask a CommandError;
         with `discard` it is lost."""
-        import Document as lines
-        import Script
-
         self.activate()
         if discard:
-            Script.DiscardChanges()
-        lines.Close()
+            line("Script.DiscardChanges")()
+        line("Document.Close")()
 
     def _is(self, other: "Document") -> bool:
         return (self.name, self.path) == (other.name, other.path)
@@ -70,7 +59,8 @@ class Document:
 
 def documents() -> List[Document]:
     """The open documents."""
-    return [Document(**{**one, "assets": tuple(one["assets"])}) for one in ask("Documents")]
+    return [Document(one["session"], one["name"], one["path"], one["changed"], one["active"], tuple(one["assets"]))
+            for one in ask("Documents")]
 
 
 def active_document() -> Optional[Document]:
@@ -80,17 +70,13 @@ def active_document() -> Optional[Document]:
 
 def open_document(path: Path) -> Document:
     """Opens a document, or a file of any format that is read."""
-    import Document as lines
-
-    lines.Open(path)
+    line("Document.Open")(path)
     return _active()
 
 
 def new_document() -> Document:
     """Makes a document with an empty design."""
-    import Design
-
-    Design.New()
+    line("Design.New")()
     return _active()
 
 

@@ -2,15 +2,14 @@
 
 from typing import Tuple
 
+from ._ask import line
 from ._model import Object, path_of
 
 Triple = Tuple[float, float, float]
 
 
 def _measure(command: str, *objects: Object) -> Tuple[float, ...]:
-    import Measure
-
-    text = getattr(Measure, command)(*(path_of(what) for what in objects), Plain=True)
+    text = line("Measure." + command)(*(path_of(what) for what in objects), Plain=True)
     return tuple(float(part) for part in text.split(","))
 
 
@@ -36,7 +35,8 @@ def loop_length(face: Object) -> float:
 
 
 def position(what: Object) -> Triple:
-    return _measure("Position", what)
+    x, y, z = _measure("Position", what)
+    return (x, y, z)
 
 
 def distance(one: Object, other: Object) -> float:
@@ -46,7 +46,8 @@ def distance(one: Object, other: Object) -> float:
 
 def delta(one: Object, other: Object) -> Triple:
     """The shortest way from one to the other."""
-    return _measure("Delta", one, other)
+    x, y, z = _measure("Delta", one, other)
+    return (x, y, z)
 
 
 def angle(one: Object, other: Object, *third: Object) -> float:

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Server/DataModel/Measure/PartTypes.h"
+#include "Server/DataModel/Selection/ObjectPath.h"
+
+namespace Vs::Kernel {
+
+class SubShapes;
+
+/// Of all parts of a body; see Vs::bodyParts. Throws Standard_Failure.
+BodyParts partsOf(const SubShapes& shapes);
+/// See Vs::extentsOfParts. A part that can't be measured keeps nothing from the others.
+std::vector<PartExtent> extentsOf(const SubShapes& shapes, ObjectPath::Leaf leaf);
+
+} // namespace Vs::Kernel

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Server/Geometry/GkPoint3d.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace Vs {
+
+/// What a face, an edge or a vertex is, in the body's own coordinates.
+struct PartFacts
+{
+    enum class Form { Plane, Cylinder, Cone, Sphere, Torus, Freeform, Line, Circle, Curve, Vertex };
+
+    Form form = Form::Freeform;
+    /// The normal of a plane to the outside of the body or of a circle's plane; the axis of another round
+    /// face; the direction of a line. Zero where there is none.
+    GkVector3d direction;
+    GkPoint3d place;   ///< A vertex; the centre of a round part, or a point of its axis.
+    double radius = 0; ///< Of what is round, a torus by its tube; 0 where there is none, as of a cone.
+    /// The edges that bound a face, or the vertices that bound an edge (ObjectPath::index).
+    std::vector<uint32_t> bounds;
+};
+
+/// The parts of a body in the order of their numbers. Edges that nobody sees, such as seams, are none.
+struct BodyParts
+{
+    /// Of the shape that they are of; a later shape's numbers may be others (successorOf).
+    uint64_t revision = 0;
+    std::vector<PartFacts> faces, edges, vertices;
+};
+
+/// How large a part is, and where.
+struct PartExtent
+{
+    double size = 0;  ///< The area of a face or the length of an edge. NaN where it can't be measured.
+    GkPoint3d centre; ///< As MeasureMgr tells the position.
+};
+
+} // namespace Vs

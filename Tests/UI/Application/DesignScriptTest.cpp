@@ -1,0 +1,226 @@
+#include "Tests/Support/Files.h"
+#include "Tests/Support/Process.h"
+
+#include <gtest/gtest.h>
+
+using TestSupport::ProcessResult;
+using TestSupport::runQuillet;
+using TestSupport::ScratchFolder;
+
+namespace {
+
+/// What each script begins with.
+constexpr const char* kHead = R"(
+import math, sys
+import quillet
+from quillet import design
+def near(a, b, by=1e-9):
+    return all(abs(x - y) <= by for x, y in zip(a, b)) if hasattr(a, '__len__') else abs(a - b) <= by
+def refused(call, *words, error=quillet.CommandError):
+    try:
+        call()
+    except error as why:
+        assert all(word in str(why) for word in words), why
+    else:
+        assert False, words
+steps = lambda: quillet.run('VuCommands.UndoCmd')
+quillet.new_document()
+)";
+
+class DesignScriptTest : public testing::Test
+{
+protected:
+    /// Runs a script whose assertions must hold.
+    ProcessResult holds(const std::string& code, std::vector<std::string> options = {})
+    {
+        options.insert(options.end(),
+                       {"--headless", "--script", folder.write("script.py", kHead + code).string()});
+        const ProcessResult result = runQuillet(options);
+        EXPECT_EQ(result.exitCode, 0) << result.errors << "signal " << result.signal;
+        return result;
+    }
+
+    ScratchFolder folder;
+};
+
+TEST_F(DesignScriptTest, WhatIsMadeIsAnObjectWhateverItIsCalledAndWhereverItIs)
+{
+    holds(R"(
+plate = design.box(80, 50, 8, name='Plate', colour='#2f86e0')
+assert (plate.path, plate.name, plate.colour, plate.opacity) == ('Plate:1', 'Plate', (0x2f, 0x86, 0xe0), 1)
+steps()
+assert quillet.model().children == []   # one step, though it has a name and a colour
+plate = design.box(80, 50, 8, (0, 0, 0), 'Z', name='Plate')
+hole = design.cylinder(4, 8, at=(15, 25, 0))
+holes = [hole, *design.pattern(hole, 'X', 25, 3)]
+assert [h.path for h in holes] == ['Cylinder1:1', 'Cylinder1:2', 'Cylinder1:3']
+assert design.subtract(plate, holes) is plate
+assert near(plate.body.volume, 80 * 50 * 8 - 3 * math.pi * 16 * 8, 1e-6)
+refused(lambda: hole.name, 'any more')
+assert len(quillet.model().children) == 1
+ball, cone, ring = design.sphere(3, (0, 0, 90)), design.cone(4, 0, 5, direction='-X'), design.torus(20, 3)
+assert near(ball.body.volume, 36 * math.pi) and near(cone.bounds[0][0], -5, 1e-6)
+assert ring.faces[0].kind == 'torus' and ring.faces[0].radius == 3
+both = design.join(design.box(1, 1, 1, (200, 0, 0)), design.box(2, 1, 1, (200, 0, 0)))
+assert near(both.body.volume, 2)
+assert near(design.intersect(both, design.box(9, 9, 9, (201, 0, 0)), keep=True).body.volume, 1)
+image = design.mirror(plate, 'X', 100)
+assert near(image.bounds[0], (120, 0, 0), 1e-6) and image != plate
+copy = design.copy(ball, (0, 0, '1 in'))
+assert copy.name == ball.name and near(copy.bounds[0][2], 87 + 25.4, 1e-4)
+around = design.circular_pattern(copy, 'Z', 4, about=(50, 0, 0))
+assert len(around) == 3 and len({c.path for c in [ball, copy, *around]}) == 5
+grid = design.pattern(ball, 'X', 10, 2, 'Y', 10, 3)
+assert len(grid) == 5
+# An object names the same thing after others of its name are gone.
+again, last = design.copy(ball), design.copy(ball, (0, 0, 99))
+place, where = last.placement, last.path
+design.delete(again)
+assert last.placement == place and last.path != where
+design.delete(*around, copy)
+assert last in quillet.model().children and copy not in quillet.model().children
+refused(lambda: design.box(1, 2, 0), 'Box')
+refused(lambda: design.subtract(plate), error=TypeError)
+refused(lambda: design.fillet([], 1), 'no edges', error=ValueError)
+refused(lambda: design.fillet(plate.edges, 100), 'no room')
+# Another document has other components, whatever their numbers.
+quillet.new_document()
+design.box(1, 1, 1)
+refused(lambda: plate.name, "isn't active")
+)");
+}
+
+TEST_F(DesignScriptTest, WhatIsGivenToAPartIsAStepOfTheModel)
+{
+    holds(R"(
+part, other = design.box(1, 2, 3), design.box(1, 1, 1, (50, 0, 0))
+quillet.selection.set([part, other.faces[1]])
+part.name = 'A/B'
+assert part.path == '"A/B":1' and list(quillet.selection) == ['"A/B":1', 'Box2:1/Body1/Face2']
+turned = ((0, -1, 0, 10), (1, 0, 0, 20), (0, 0, 1, 30), (0, 0, 0, 1))
+for rows in (turned, ((0, 0, 1, 5), (0, 1, 0, 6), (-1, 0, 0, 7), (0, 0, 0, 1)),
+             ((0, 0, -1, 0), (0, 1, 0, 0), (1, 0, 0, 0), (0, 0, 0, 1))):
+    part.placement = rows
+    assert all(near(a, b, 1e-12) for a, b in zip(part.placement, rows)), part.placement
+steps()
+assert near(part.placement[0], (0, 0, 1, 5), 1e-12)    # each was one step
+part.placement = turned
+design.rotate(part, (1, 2, 3), 0.7, about=(1, 1, 1))
+design.rotate(part, (1, 2, 3), -0.7, about=(1, 1, 1))
+assert all(near(a, b, 1e-12) for a, b in zip(part.placement, turned))
+design.move(design.rotate(part, 'Z', '-90 deg', 'Origin'), (0, '1 cm', 0))
+assert near([row[3] for row in part.placement], (20, 0, 30))
+for wrong in (((2, 0, 0, 0), (0, 2, 0, 0), (0, 0, 2, 0), (0, 0, 0, 1)),
+              ((-1, 0, 0, 0), (0, 1, 0, 0), (0, 0, 1, 0), (0, 0, 0, 1)), ((1, 0), (0, 1))):
+    refused(lambda: setattr(part, 'placement', wrong), 'placement', error=ValueError)
+refused(lambda: setattr(quillet.model(), 'placement', turned), error=AttributeError)
+assert part.opacity == 1
+part.colour = (255, 0, 16)
+part.opacity = 0.5
+assert part.colour == (255, 0, 16) and near(part.opacity, 0.5, 0.01)
+part.colour = 'Teal'
+steps()
+assert part.colour == (255, 0, 16) and near(part.opacity, 0.5, 0.01)
+design.colour(part.faces[:2], '#00ff00')
+assert part.colour == (255, 0, 16)
+refused(lambda: setattr(part, 'colour', (1, 2, 300)), error=ValueError)
+part.visible = False
+assert not part.visible
+steps()
+assert part.visible
+)");
+}
+
+TEST_F(DesignScriptTest, FacesEdgesAndVerticesTellWhatTheyAreAndWhoTheirNeighboursAre)
+{
+    holds(R"(
+part = design.box(80, 50, 8)
+design.subtract(part, design.cylinder(4, 8, at=(15, 25, 0)))
+design.move(part, (100, 0, 0))
+body = part.body
+assert (len(body.faces), len(body.edges), len(body.vertices)) == (7, 14, 10)
+bottom = body.faces.by_area()[-1]
+assert bottom in body.faces.facing('-Z') and bottom.normal == (0, 0, -1) and bottom.kind == 'plane'
+assert near(bottom.area, 4000 - math.pi * 16, 1e-6) and bottom.radius is None and bottom.axis is None
+assert len(bottom.neighbours) == 5 and len(bottom.edges) == 5 and bottom not in bottom.neighbours
+(wall,) = body.faces.of_kind('cylinder')
+assert wall.radius == 4 and wall.axis.direction[2] in (1, -1) and near(wall.axis.point[:2], (115, 25))
+assert wall.normal is None and set(wall.neighbours) == set(body.faces.of_kind('plane').parallel_to('X')
+                                                           & body.faces.of_kind('plane').parallel_to('Y'))
+(rim,) = body.edges.on(wall).on(bottom)
+assert (rim.kind, rim.radius) == ('circle', 4) and near(rim.length, 8 * math.pi, 1e-6)
+assert near(rim.centre, (115, 25, 0)) and rim == body.edges.between(wall, bottom)[0] == body.edges.round(4).along('Z')[0]
+upright = body.edges.parallel_to('Z')
+assert len(upright) == 4 == len(body.edges.parallel_to((0, 0, -2))) and all(near(e.length, 8) for e in upright)
+assert upright[0].direction in ((0, 0, 1), (0, 0, -1)) and rim.direction is None
+assert len(upright[0].faces) == 2 and len(upright[0].neighbours) == 4
+assert {v.position for v in upright.along('X')[-1].vertices} & {(180, 0, 0), (180, 50, 0)}
+corner = body.vertices.near((180, 50, 8))[0]
+assert corner.position == (180, 50, 8) and len(corner.edges) == 3 and corner.kind == 'vertex'
+assert body.faces.along('X')[-1] == body.faces.farthest('X')[0] == body.faces.facing('X')[0]
+assert body.edges.by_length()[0].length == min(e.length for e in body.edges)
+assert len(body.faces.edges) == 14 and len(body.edges.within((0, 0, 7), (200, 60, 9))) == 5
+assert body.edges[2:4] == [body.edges[2], body.edges[3]] and len(upright + upright[:1]) == 4
+assert len(body.edges - upright) == 10 and bottom.number == int(bottom.path.rsplit('Face')[-1])
+assert near(quillet.measure.area(bottom), bottom.area, 1e-6)
+assert near(body.centre[2], 4) and near(body.volume, 80 * 50 * 8 - math.pi * 128, 1e-6)
+refused(lambda: body.edges.parallel_to('W'), 'not an axis', error=ValueError)
+mesh = body.mesh
+assert mesh['positions'].shape[1] == 3 and mesh['positions'].format == 'f' and mesh['positions'].readonly
+assert max(max(row) for row in mesh['triangles'].tolist()) == mesh['positions'].shape[0] - 1
+assert mesh['faces'].shape == (7, 3) and mesh['vertices'].shape == (10, 3)
+# A form for all others, and a body of triangles.
+assert [f.kind for f in design.sphere(2, (0, 0, 99)).faces] == ['sphere']
+quillet.active_document().export(sys.argv[0] + '.stl')
+quillet.open_document(sys.argv[0] + '.stl')
+found = [c for c in quillet.model().walk() if c.body]
+assert found and found[0].faces and all(f.area > 0 for f in found[0].faces)
+)");
+}
+
+TEST_F(DesignScriptTest, AnEdgeThatIsHeldFollowsItsBodyOrSaysThatItIsGone)
+{
+    holds(R"(
+plate = design.box(80, 50, 8)
+first, second, third, fourth = plate.edges.parallel_to('Z')
+bottom, = plate.faces.facing('-Z')
+was = third.path
+assert bottom.area == 4000
+assert design.fillet(first, 5) == plate
+refused(lambda: first.path, 'Edge', "isn't there any more")
+design.fillet([second, fourth], 5)
+assert third.path != was and near(quillet.measure.length(third), 8)
+assert quillet.measure.area(bottom) < bottom.area == 4000
+quillet.run('VuCommands.UndoCmd'); quillet.run('VuCommands.UndoCmd')
+assert third.path == was and near(quillet.measure.length(first), 8)
+plate.name = 'Lid'
+assert first.path.startswith('Lid:1/')
+kept = plate.faces
+kept[0].neighbours
+design.chamfer(plate.edges.on(kept.facing('Z')), 1)
+refused(lambda: kept[0].area, 'has changed')
+)");
+}
+
+TEST_F(DesignScriptTest, ARecordingHasTheLinesThatTheObjectsStandFor)
+{
+    const std::string lines = (folder.path() / "lines.txt").string();
+    holds("quillet.run('Transcripting.Start \"" + lines + R"("')
+plate = design.box(80, 50, 8, name='Plate')
+design.fillet(plate.edges.parallel_to('Z'), 5)
+plate.placement = ((1, 0, 0, 7), (0, 1, 0, 0), (0, 0, 1, 0), (0, 0, 0, 1))
+quillet.run('Transcripting.Stop')
+)");
+    const std::string recorded = TestSupport::contentOf(lines);
+    for (const char* line : {"Design.Box 80 50 8", "RenameCommand Plate", "Design.Fillet", "Design.Move"})
+        EXPECT_NE(recorded.find(line), std::string::npos) << recorded;
+    EXPECT_EQ(recorded.find("Script.Component"), std::string::npos) << recorded;
+    const ProcessResult played = runQuillet({"--headless", "--command", "Design.New", "--replay", lines,
+                                             "--command", "Measure.Position Plate /Plain"});
+    EXPECT_EQ(played.exitCode, 0) << played.errors;
+    EXPECT_EQ(played.output.substr(played.output.rfind('\n', played.output.size() - 2) + 1).substr(0, 2),
+              "47")
+        << played.output;
+}
+
+} // namespace
