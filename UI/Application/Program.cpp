@@ -1,40 +1,34 @@
 #include "UI/Application/Program.h"
 
-#include "Server/AddInMgr/AddInMgr.h"
 #include "Server/Base/Exception.h"
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
-#include "Server/Base/StringTable.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Task.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptSecrets.h"
-#include "Server/Base/Warning.h"
-#include "Server/DataModel/DocumentLocks.h"
 #include "Server/DataModel/DocumentOpener.h"
 #include "UI/Application/Console.h"
 #include "UI/Application/HandOverReceiver.h"
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Lists.h"
+#include "UI/Application/Start.h"
 #include "UI/Application/Stubs.h"
 #include "UI/Base/Command/AlertController.h"
-#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Host.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/EndSignals.h"
 #include "UI/Base/Program/ProgramLink.h"
-#include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AutoSaving.h"
 #include "UI/Base/Session/DocumentWatch.h"
 #include "UI/Base/Validation/References.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
-#include <boost/algorithm/string/replace.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
@@ -70,31 +64,6 @@ bool isSet(const char* name)
     return value && *value;
 }
 
-void complain(const std::string& message)
-{
-    std::fprintf(stderr, "quillet: %s\n", Vs::Strings::forTerminal(message).c_str());
-}
-
-/// A folder that cannot be there is found out before anything wants to write into it. That it cannot be
-/// written is told when something is to be kept: many runs keep nothing.
-bool takeProfile(const boost::filesystem::path& folder)
-{
-    if (folder.empty())
-        return true;
-    const boost::filesystem::path absolute = Vs::PathInfo::absolute(folder);
-    boost::system::error_code ignored;
-    try {
-        // One that is there may be shared with others for other ends: only what lies in it is closed to them.
-        if (!boost::filesystem::is_directory(absolute, ignored))
-            Vs::OwnFiles::makeFolder(absolute);
-    } catch (const Vs::Exception& error) {
-        complain("The profile folder " + absolute.string() + " cannot be used. " + error.what());
-        return false;
-    }
-    Vs::PathInfo::profileDirectory(absolute);
-    return true;
-}
-
 /// Returns whether a window that runs already has taken the files.
 bool handFilesOver(const CommandLine& line)
 {
@@ -110,15 +79,6 @@ bool handFilesOver(const CommandLine& line)
     return handOver(all);
 }
 
-/// Before any text is asked for. A run without a window speaks the language of its environment, as other
-/// programs in scripts do.
-void takeLanguage(const CommandLine& line)
-{
-    const std::wstring wanted = Vu::UIBaseOptionGroup::get()->language();
-    if (!line.headless && wanted != L"system")
-        Vs::StringTable::language(Vs::Strings::narrow(wanted));
-}
-
 std::string historyFile()
 {
     try {
@@ -130,29 +90,6 @@ std::string historyFile()
     } catch (const std::exception&) {
         return {}; // The console works without one.
     }
-}
-
-/// Loads the add-ins and checks what they brought. An add-in that cannot be loaded is told and missed, and so
-/// is what is wrong with an add-in's own files; `whole` then is false. Names that are taken twice would leave
-/// it to chance what a line runs, so that they stop the start.
-bool loadAddIns(bool& whole)
-{
-    Vs::Status status;
-    Vs::warningHandler([&](const std::wstring& text) { status.addError(text); });
-    Vs::AddInMgr::get()->loadAddIns(status);
-    Vs::warningHandler(nullptr);
-    whole = !status.isError();
-    if (!whole)
-        complain(
-            boost::algorithm::replace_all_copy(Vs::Strings::narrow(status.toString()), "\n", "\nquillet: "));
-    try {
-        Vu::CommandDefinitionMgr::get()->validate();
-        Vs::TextCommandMgr::get()->validate();
-    } catch (const std::exception& fault) {
-        complain(fault.what());
-        return false;
-    }
-    return true;
 }
 
 /// Opens the files and runs the steps, until one fails and nobody said to keep going.
@@ -273,16 +210,6 @@ int runLists(const CommandLine& line)
     return kExitOk;
 }
 
-/// However the run came to its end: what is left to the statics has nobody any more to tell.
-void end()
-{
-    Vs::PythonManager::get()->shutdown();
-    Vu::AutoSaving::end();
-    Vs::DocumentLocks::get()->end();
-    Vu::Application::get()->shutDown();
-    Vs::AddInMgr::get()->unloadAddIns();
-}
-
 } // namespace
 
 int runProgram(CommandLine line, int& count, char** arguments)
@@ -315,7 +242,7 @@ int runProgram(CommandLine line, int& count, char** arguments)
         Vs::DocumentOpener::expect(line.files.front());
     Vu::installHost();
     Vu::Application::initialize(count, arguments, line.headless);
-    takeLanguage(line);
+    takeLanguage(line.headless);
     bool whole = true;
     if (!loadAddIns(whole))
         return kExitUsage;

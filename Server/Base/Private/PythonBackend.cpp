@@ -12,6 +12,7 @@ namespace {
 
 // Never destroyed: shutdown() ends it at its proper time, and a script's objects must not outlive Python.
 PythonBackend* s_backend = nullptr;
+bool s_adopted = false;
 
 PythonBackend* load()
 {
@@ -40,7 +41,14 @@ PythonBackend* PythonBackend::running()
 
 void PythonBackend::shutdown()
 {
-    delete std::exchange(s_backend, nullptr);
+    if (!s_adopted)
+        delete std::exchange(s_backend, nullptr);
+}
+
+void PythonBackend::adopt(PythonBackend* backend)
+{
+    s_backend = backend;
+    s_adopted = true;
 }
 
 } // namespace Vs

@@ -33,7 +33,11 @@ public:
     static PythonBackend& get();
     /// The same, or null if nothing has started it.
     static PythonBackend* running();
+    /// Ends it, unless it is of a Python that this program is a guest of.
     static void shutdown();
+    /// Takes the one of a Python that runs already and has imported this program: it stays until the process
+    /// ends, and is not owned.
+    static void adopt(PythonBackend* backend);
 };
 
 /// The name and type of the library's one export; the caller owns the result.

@@ -29,15 +29,43 @@ void CommandModules::update()
         const py::str name = pythonText(area->name());
         if (modules.contains(name)) {
             addFunctions(py::reinterpret_borrow<py::module_>(modules[name]), *area);
-        } else if (const PythonModuleInit entry = area->pythonEntry()) {
-            auto module = py::reinterpret_steal<py::object>(static_cast<PyObject*>(entry()));
-            if (!module)
-                throw py::error_already_set();
-            modules[name] = module;
         } else {
-            modules[name] = make(*area);
+            const py::object module = made(*area);
+            modules[name] = module;
+            m_areas[name] = module;
         }
     }
+}
+
+py::object CommandModules::area(const std::string& name)
+{
+    if (m_areas.contains(name.c_str()))
+        return m_areas[name.c_str()];
+    for (TextCommandSubjectArea* area : TextCommandMgr::get()->areas())
+        if (Strings::narrow(area->name()) == name) {
+            m_areas[name.c_str()] = made(*area);
+            return m_areas[name.c_str()];
+        }
+    throw py::import_error("there is no subject area " + name);
+}
+
+py::list CommandModules::names()
+{
+    py::list all;
+    for (const TextCommandSubjectArea* area : TextCommandMgr::get()->areas())
+        all.append(pythonText(area->name()));
+    return all;
+}
+
+py::object CommandModules::made(TextCommandSubjectArea& area)
+{
+    const PythonModuleInit entry = area.pythonEntry();
+    if (!entry)
+        return make(area);
+    auto module = py::reinterpret_steal<py::object>(static_cast<PyObject*>(entry()));
+    if (!module)
+        throw py::error_already_set();
+    return module;
 }
 
 py::module_ CommandModules::make(TextCommandSubjectArea& area)

@@ -31,17 +31,24 @@ public:
     /// Makes the modules and functions of all areas and commands that have none yet.
     void update();
 
+    /// The module of an area, made at the first call; that which imports find, if `update` made it. Throws
+    /// pybind11::error_already_set, an ImportError, if there is no such area.
+    pybind11::object area(const std::string& name);
+    static pybind11::list names();
+
     pybind11::module_ make(TextCommandSubjectArea& area);
     /// Runs a command. Throws pybind11::error_already_set or another exception that pybind11 translates.
     pybind11::str call(TextCommand& command, const pybind11::tuple& arguments,
                        const pybind11::dict& keywords);
 
 private:
+    pybind11::object made(TextCommandSubjectArea& area);
     void addFunctions(const pybind11::module_& module, const TextCommandSubjectArea& area);
     pybind11::object makeFunction(TextCommand& command, const pybind11::str& module);
 
     pybind11::object m_commandError;
     FunctionDefinitions& m_definitions;
+    pybind11::dict m_areas;
 };
 
 } // namespace Vs::Python

@@ -25,6 +25,7 @@
 #include <cstring>
 #include <iterator>
 #include <tuple>
+#include <utility>
 
 namespace Vs::Python {
 
@@ -86,6 +87,26 @@ sys.stderr = sys.__stderr__ = _Stream(_write_error, 2, '<stderr>')
 sys.stdin = sys.__stdin__ = (open(0, encoding='utf-8', errors='surrogateescape', closefd=False) if _reads_input
                              else io.TextIOWrapper(io.BytesIO(), encoding='utf-8'))
 signal.signal(signal.SIGINT, signal.default_int_handler)
+)";
+
+/// Finds the modules of the areas for a Python that isn't the program's own, after all others: a module that
+/// somebody else calls Model or Options is theirs.
+constexpr const char* kFinder = R"(
+import importlib.machinery, sys
+
+class _Areas:
+    def __init__(self, module):
+        self._module = module
+    def find_spec(self, name, path=None, target=None):
+        if path is None and name in self._module.areas():
+            return importlib.machinery.ModuleSpec(name, self, origin='quillet')
+    def create_module(self, spec):
+        return self._module.area(spec.name)
+    def exec_module(self, module):
+        pass
+
+def offer(module):
+    sys.meta_path.append(_Areas(module))
 )";
 
 /// Threads that are meant to outlive their script get a moment to come to an end of their own.
@@ -180,6 +201,38 @@ Interpreter::Interpreter()
     m_resting = PyEval_SaveThread();
 }
 
+Interpreter::Interpreter(std::function<void()> end) : m_end(std::move(end))
+{
+    m_held = std::make_unique<Held>();
+    makeQuilletModule();
+    m_held->modules = std::make_unique<CommandModules>(m_held->commandError, m_definitions);
+    m_held->console["__builtins__"] = py::module_::import("builtins");
+    m_held->console["__name__"] = "__console__";
+    offerAreas();
+    py::module_::import("atexit").attr("register")(py::cpp_function([this] { this->end(); }));
+}
+
+// Functions that are left in the script's hands stay what they are, and refuse.
+void Interpreter::end()
+{
+    m_ended = true;
+    m_held->closingDownFunctions = py::list();
+    m_end();
+}
+
+void Interpreter::updateModules()
+{
+    if (!m_end)
+        m_held->modules->update();
+}
+
+void Interpreter::offerAreas()
+{
+    py::dict names;
+    execute(kFinder, names);
+    names["offer"](m_held->module);
+}
+
 Interpreter::~Interpreter()
 {
     PyEval_RestoreThread(m_resting);
@@ -220,11 +273,14 @@ void Interpreter::prepare()
 
 void Interpreter::makeQuilletModule()
 {
-    auto module = py::reinterpret_steal<py::module_>(PyModule_New("_quillet"));
+    // Of a kind that an import takes from a library, too.
+    static PyModuleDef definition = {
+        PyModuleDef_HEAD_INIT, "_quillet", "What the package quillet stands on.", -1, {}, {}, {}, {}, {}};
+    auto module = py::reinterpret_steal<py::module_>(PyModule_Create(&definition));
+    m_held->module = module;
     m_held->commandError = py::reinterpret_steal<py::object>(
         PyErr_NewExceptionWithDoc("quillet.CommandError", "A text command failed; the text is its reason.",
                                   PyExc_RuntimeError, nullptr));
-    module.attr("__doc__") = "What the package quillet stands on.";
     module.attr("CommandError") = m_held->commandError;
     module.attr("version") = SoftwareVersion::currentSoftwareVersion();
     module.def(
@@ -243,7 +299,14 @@ void Interpreter::makeQuilletModule()
             return all;
         },
         "What the run was given with --set NAME=VALUE, and replays have added.");
+    module.def(
+        "area", [this](const std::string& name) { return m_held->modules->area(name); },
+        "The module of a subject area.");
+    module.def(
+        "areas", [] { return CommandModules::names(); }, "The names of all subject areas.");
     addModelQuestions(module);
+    if (m_end)
+        return;
     const py::module_ sys = py::module_::import("sys");
     sys.attr("modules")["_quillet"] = module;
     sys.attr("path").attr("append")(py::str((PathInfo::rootDirectory() / "lib" / "python").string()));
@@ -265,6 +328,10 @@ py::str Interpreter::runLine(const py::str& line)
 
 void Interpreter::requireMainThread() const
 {
+    if (m_ended) {
+        PyErr_SetString(PyExc_RuntimeError, "the application has come to its end");
+        throw py::error_already_set();
+    }
     if (std::this_thread::get_id() == m_mainThread)
         return;
     PyErr_SetString(PyExc_RuntimeError, "text commands run on the main thread only: let the thread hand its "
@@ -289,7 +356,7 @@ void Interpreter::runStatements(const std::string& path, const ScriptSteps& step
     const Lock lock;
     const MainModule main(path, {});
     const Interruptible scope(path);
-    m_held->modules->update();
+    updateModules();
     py::dict own;
     execute(kStatements, own);
     const py::str name = pythonText(Strings::fromBytes(path));
@@ -328,7 +395,7 @@ std::wstring Interpreter::run(const std::string& code, const std::string& name, 
     std::wstring result;
     try {
         const Interruptible scope(name);
-        m_held->modules->update();
+        updateModules();
         const auto compiled =
             py::reinterpret_steal<py::object>(Py_CompileString(code.c_str(), name.c_str(), Py_file_input));
         if (!compiled)
@@ -423,4 +490,17 @@ bool Interpreter::closingDown(Status& status)
 extern "C" __attribute__((visibility("default"))) Vs::PythonBackend* makePythonBackend()
 {
     return new Vs::Python::Interpreter;
+}
+
+extern "C" __attribute__((visibility("default"))) PyObject* makeQuilletModule(void (*end)())
+{
+    try {
+        // Its functions are the script's until the process ends.
+        auto* const interpreter = new Vs::Python::Interpreter(end);
+        Vs::PythonBackend::adopt(interpreter);
+        return pybind11::object(interpreter->module()).release().ptr();
+    } catch (pybind11::error_already_set& error) {
+        error.restore();
+        return nullptr;
+    }
 }

@@ -4,6 +4,7 @@
 #include "Server/Base/Python/CommandModules.h"
 #include "Server/Base/Python/ScriptStreams.h"
 
+#include <functional>
 #include <memory>
 #include <pybind11/pybind11.h>
 #include <string>
@@ -19,7 +20,15 @@ class Interpreter : public PythonBackend
 public:
     /// Throws Vs::Exception.
     Interpreter();
+    /// A Python that has imported the program: it runs already, has its own streams and signals, and finds
+    /// the areas' modules where it has none of that name. `end` is called when it comes to its end, after
+    /// which no line runs any more. Held until the process ends. The interpreter is held. Throws
+    /// pybind11::error_already_set.
+    explicit Interpreter(std::function<void()> end);
     ~Interpreter() override;
+
+    /// The module _quillet.
+    const pybind11::object& module() const { return m_held->module; }
 
     std::wstring runFile(const std::string& path, const std::vector<std::wstring>& arguments,
                          Status& status) override;
@@ -33,6 +42,10 @@ public:
 private:
     void prepare();
     void makeQuilletModule();
+    /// Puts the areas' modules where imports find them.
+    void updateModules();
+    void offerAreas();
+    void end();
     enum class Traceback { Silent, Printed };
     std::wstring run(const std::string& code, const std::string& name, const pybind11::dict& globals,
                      Traceback traceback, Status& status);
@@ -40,7 +53,7 @@ private:
     bool tell(pybind11::error_already_set& error, const std::string& name, Traceback traceback,
               Status& status);
     pybind11::str runLine(const pybind11::str& line);
-    /// Throws pybind11::error_already_set on any thread but the application's main one.
+    /// Throws pybind11::error_already_set on any thread but the application's main one, and after its end.
     void requireMainThread() const;
     /// Waits a little for the threads that scripts have left. Returns whether all have ended.
     bool threadsEnded();
@@ -49,6 +62,7 @@ private:
     struct Held
     {
         pybind11::object commandError;
+        pybind11::object module;
         pybind11::list closingDownFunctions;
         pybind11::dict console; ///< The names of runString.
         std::unique_ptr<CommandModules> modules;
@@ -59,6 +73,8 @@ private:
     std::unique_ptr<Held> m_held;
     int m_exitCode = 0;
     PyThreadState* m_resting = nullptr;
+    std::function<void()> m_end; ///< Where Python isn't the program's own.
+    bool m_ended = false;
     std::thread::id m_mainThread = std::this_thread::get_id();
 };
 

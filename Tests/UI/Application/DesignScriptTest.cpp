@@ -223,4 +223,53 @@ quillet.run('Transcripting.Stop')
         << played.output;
 }
 
+TEST_F(DesignScriptTest, AnyPythonImportsTheProgramAndIsLeftAsItWas)
+{
+    folder.write("Options.py", "mine = True\n");
+    const auto python = [&](const std::string& code) {
+        return TestSupport::runProcess(
+            "/usr/bin/python3", {folder.write("own.py", code).string(), folder.path().string()},
+            {.environment = {"PYTHONPATH=" + (TestSupport::runningTree() / "lib" / "python").string(),
+                             "QUILLET_PROFILE_DIR=" + (folder.path() / "profile").string(), "DISPLAY="}});
+    };
+    const ProcessResult result =
+        python(std::string("import sys\nbefore = (sys.stdout, sys.stdin, list(sys.argv))\n"
+                           "modules = set(sys.modules)\n") +
+               kHead + R"(
+assert (sys.stdout, sys.stdin, sys.argv) == before
+assert not {'Design', 'Camera', 'Model'} & (set(sys.modules) - modules)
+part = design.box(10, 20, 30)
+design.fillet(part.edges.parallel_to('Z'), 2)
+import Design, Options
+assert Options.mine and Design.Box(1, 2, 3) == '' and len(quillet.model().children) == 2
+refused(lambda: design.box(0, 1, 1), 'Box')
+path = sys.argv[1] + '/part.vlra'
+quillet.active_document().save_as(path).close()
+assert quillet.documents() == []    # a line has done its work to the end when it returns
+quillet.open_document(path)
+assert quillet.parameters['out'] and near(quillet.model().children[1].body.volume, 6)
+shown = quillet.show(320, 200)
+assert shown._repr_png_()[:8] == b'\x89PNG\r\n\x1a\n' and int.from_bytes(shown.png[16:20], 'big') == 320
+import threading
+told = []
+def work():
+    try: design.box(1, 1, 1)
+    except RuntimeError as error: told.append('main thread' in str(error))
+thread = threading.Thread(target=work); thread.start(); thread.join()
+assert told == [True]
+import atexit
+class Late:
+    def __del__(self):
+        try: Design.Box(1, 1, 1)
+        except RuntimeError as error: print(error)
+late = Late()
+quillet.run('Script.BeginTransaction Left')
+design.box(5, 5, 5)
+sys.exit(3)
+)");
+    EXPECT_EQ(result.exitCode, 3) << result.errors << "signal " << result.signal;
+    EXPECT_NE(result.errors.find("\"Left\" was still open"), std::string::npos) << result.errors;
+    EXPECT_EQ(result.output, "the application has come to its end\n");
+}
+
 } // namespace

@@ -1,6 +1,7 @@
 """What the package quillet stands on."""
 
-from typing import Callable, Dict
+from types import ModuleType
+from typing import Callable, Dict, List
 
 version: str
 
@@ -9,6 +10,12 @@ class CommandError(RuntimeError):
 
 def run(line: str) -> str:
     """Runs a line of text and returns its message."""
+
+def area(name: str) -> ModuleType:
+    """The module of a subject area."""
+
+def areas() -> List[str]:
+    """The names of all subject areas."""
 
 def parameters() -> Dict[str, str]:
     """What the run was given with --set NAME=VALUE, and replays have added."""

@@ -1,4 +1,4 @@
-"""The application that this interpreter runs in.
+"""The application that this interpreter runs in; outside of it, importing this starts one without a window.
 
 Every text command is a function of its area's module (`import Design`). This package sees the same model as
 objects. Lengths are in mm, areas in mm2, volumes in mm3, angles in radians. What fails raises CommandError with
@@ -19,6 +19,7 @@ from ._camera import Camera
 from ._documents import Document, active_document, documents, new_document, open_document
 from ._model import Body, Component, Selection, component, model
 from ._parameters import Parameters
+from ._pictures import Picture, picture, show
 from ._topology import Axis, Edge, Edges, Face, Faces, Vertex, Vertices
 from ._transactions import transaction
 
@@ -28,7 +29,7 @@ parameters = Parameters()
 
 __all__ = [
     "Axis", "Body", "Camera", "CommandError", "Component", "Document", "Edge", "Edges", "Face", "Faces", "Parameters",
-    "Selection", "Vertex", "Vertices", "active_document", "camera", "component", "design", "documents", "measure",
-    "model", "new_document", "on_closing_down", "open_document", "parameters", "run", "selection", "transaction",
-    "version",
+    "Picture", "Selection", "Vertex", "Vertices", "active_document", "camera", "component", "design", "documents", "measure",
+    "model", "new_document", "on_closing_down", "open_document", "parameters", "picture", "run", "selection",
+    "show", "transaction", "version",
 ]

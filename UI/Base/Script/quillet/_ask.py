@@ -1,8 +1,9 @@
 """The answers of the area Script, and the lines that tell where it all lies."""
 
-import importlib
 import json
 from typing import Any, Callable, Dict
+
+import _quillet
 
 Function = Callable[..., str]
 _functions: Dict[str, Function] = {}
@@ -13,7 +14,7 @@ def line(name: str) -> Function:
     found = _functions.get(name)
     if found is None:
         area, command = name.split(".")
-        found = _functions[name] = getattr(importlib.import_module(area), command)
+        found = _functions[name] = getattr(_quillet.area(area), command)
     return found
 
 

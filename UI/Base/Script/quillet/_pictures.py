@@ -1,0 +1,43 @@
+import os
+import tempfile
+from dataclasses import dataclass
+from typing import Union
+
+from ._ask import line
+
+
+@dataclass(frozen=True)
+class Picture:
+    """A picture of a view, which a notebook shows where a cell ends with it."""
+
+    width: int
+    height: int
+    png: bytes
+
+    def save(self, path: Union[str, "os.PathLike[str]"]) -> None:
+        """Writes it as a PNG file."""
+        with open(path, "wb") as file:
+            file.write(self.png)
+
+    def _repr_png_(self) -> bytes:
+        return self.png
+
+    def __repr__(self) -> str:
+        return f"<Picture, {self.width} x {self.height}>"
+
+
+def picture(width: int = 960, height: int = 600, transparent: bool = False) -> Picture:
+    """A picture of the active view, as its camera sees the model."""
+    with tempfile.TemporaryDirectory() as folder:
+        path = os.path.join(folder, "picture.png")
+        line("Commands.Start")("SaveAsImageCommand", f"Path={path}", f"Width={int(width)}", f"Height={int(height)}",
+                               f"Transparent={int(transparent)}")
+        with open(path, "rb") as file:
+            return Picture(int(width), int(height), file.read())
+
+
+def show(width: int = 960, height: int = 600, fit: bool = True) -> Picture:
+    """A picture of the whole model, for the end of a notebook's cell; with `fit=False` of what the camera sees."""
+    if fit:
+        line("Commands.Start")("FitCommand")
+    return picture(width, height)
