@@ -266,7 +266,9 @@ const Session kSessions[] = {
     {L"ToggleVisibilityCommand",       kBoth + L"Commands.Start ToggleVisibilityCommand"},
     // Lines with a body of their own
     {L"Design.New",                    L"Design.New"},
+    {L"Design.Info",                   kModel + L"Design.Info 7.85 /Json"},
     {L"Design.OpenSample",             L"Design.OpenSample Flange"},
+    {L"Design.Picture",                kModel + L"Design.Picture 64 {}/f.png"},
     {L"Design.Sample",                 L"Design.Sample"},
     {L"Design.Unit",                   kModel + L"Design.Unit in;Design.Box 1 1 1"},
     {L"Selection.Select",              kModel + L"Selection.Select Box1/Face2 Cylinder1"},

@@ -1,0 +1,66 @@
+#!/usr/bin/python3
+"""Packages of what is built, as the checker of packages sees them.
+
+    packages.py BUILD [UNITTEST ARGUMENTS...]
+
+BUILD is the folder of a build whose default targets are up to date.
+"""
+
+import hashlib
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
+MAKER = pathlib.Path(__file__).resolve().parents[2] / "Packaging/packages"
+
+
+def made(folder, **environment):
+    subprocess.run([MAKER, BUILD, folder], check=True, stdout=subprocess.DEVNULL, env={**os.environ, **environment})
+    return {file.name: hashlib.sha256(file.read_bytes()).hexdigest() for file in folder.glob("*.deb")}
+
+
+@unittest.skipUnless(shutil.which("dpkg-buildpackage") and shutil.which("dh") and shutil.which("lintian"),
+                     "no debhelper or lintian here")
+class Packages(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = pathlib.Path(tempfile.mkdtemp(prefix="quillet-packages-"))
+        cls.addClassCleanup(shutil.rmtree, cls.folder)
+        cls.sums = made(cls.folder / "first")
+
+    def content_of(self, name):
+        file, = (self.folder / "first").glob(f"{name}_*.deb")
+        listed = subprocess.run(["dpkg-deb", "--contents", file], check=True, capture_output=True, text=True).stdout
+        return {line.split()[5].removeprefix("."): line.split()[0] for line in listed.splitlines()}
+
+    def test_nothing_is_found_that_has_no_reason(self):
+        ran = subprocess.run(["lintian", "--allow-root", "--tag-display-limit", "0", "--fail-on", "error,warning",
+                              *(self.folder / "first").glob("*.deb")], capture_output=True, text=True)
+        self.assertEqual((ran.returncode, ran.stdout), (0, ""), ran.stderr)
+
+    def test_the_same_build_gives_the_same_packages(self):
+        again = made(self.folder / "elsewhere" / "second", TZ="Asia/Tokyo", LC_ALL="C")
+        self.assertEqual(sorted(name.split("_")[0] for name in self.sums), ["quillet", "quillet-doc", "quillet-itemhub"])
+        self.assertEqual(again, self.sums)
+
+    def test_each_has_what_belongs_to_it(self):
+        program, service, manual = (self.content_of(f"quillet{name}") for name in ("", "-itemhub", "-doc"))
+        for path in ("/usr/bin/quillet", "/usr/bin/quillet-thumbnailer", "/usr/share/applications/quillet.desktop",
+                     "/usr/share/man/man1/quillet.1.gz", "/usr/share/zsh/vendor-completions/_quillet"):
+            self.assertIn(path, program)
+        self.assertIn("/usr/lib/quillet/bin/quillet-itemhub", service)
+        self.assertIn("/usr/share/doc/quillet-doc/Docs/manual.md", manual)
+        files = [{path for path, mode in content.items() if not mode.startswith("d")} for content in (program, service, manual)]
+        self.assertEqual(len(set().union(*files)), sum(map(len, files)), "no file is in two packages")
+        for content in (program, service, manual):
+            for path, mode in content.items():
+                self.assertTrue(mode[0] == "l" or mode[8] != "w", f"others may write {path}")
+
+
+if __name__ == "__main__":
+    unittest.main()
