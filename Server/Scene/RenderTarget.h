@@ -32,7 +32,8 @@ struct RenderTarget
     /// What lights the scene; null for the first of EnvironmentManager's choice. Must outlive the picture.
     const Vs::Scene::Environment* environment = nullptr;
     bool grid = false;        ///< The layout grid, in fragments that show a model,
-    bool gridNumbers = false; ///< and with it its numbers.
+    bool gridNumbers = false; ///< and with it its numbers,
+    bool gridOrigin = false;  ///< and a mark where its axes meet.
     /// In which the grid's lines are counted; null for millimetres.
     const Vs::LengthUnit* gridUnit = nullptr;
     int selectionEffect = kNormalEffect; ///< Any other number than an ESelectionEffect is as kFastEffect.

@@ -15,6 +15,8 @@ namespace {
 constexpr double kLeastPixels = 14;
 /// A perspective shows the grid up to so many times the distance of the place that the camera looks at.
 constexpr double kReach = 10;
+/// The radius of the mark at the origin.
+constexpr float kOriginPixels = 5;
 constexpr float kAxisColours[2][3] = {{0.80f, 0.24f, 0.22f}, {0.30f, 0.62f, 0.28f}};
 
 constexpr const char* kLinesVertex = R"(
@@ -37,6 +39,7 @@ in vec2 place;
 uniform vec3 disc;
 uniform float perMajor; // steps from one major line to the next
 uniform vec2 axes;      // where the axes are
+uniform float origin;   // radius of the mark at the origin, in logical pixels; 0 for none
 uniform float pixel;    // pixels of the framebuffer for a logical one
 uniform vec3 colour;
 uniform vec3 axisColours[2];
@@ -64,6 +67,10 @@ void main()
     seen = mix(seen, axisColours[0], axis.y);
     seen = mix(seen, axisColours[1], axis.x);
     opacity = max(opacity, max(axis.x, axis.y) * 0.85);
+    float away = length((place - axes) * pixelsOfStep) / pixel;
+    float ring = clamp(origin + 0.5 - away, 0.0, 1.0);
+    seen = mix(seen, mix(colour, vec3(1.0), clamp(origin - 1.0 - away, 0.0, 1.0)), ring);
+    opacity = max(opacity, ring);
     if (opacity * fade < 0.004)
         discard;
     result = vec4(seen, opacity * fade);
@@ -198,6 +205,7 @@ void LayoutGrid::drawLines(const Frame& frame, const Plane& plane)
                 float((plane.middle[1] - base[1]) / plane.minor), float(plane.reach / plane.minor));
     glUniform1f(m_lines.uniform("perMajor"), float(std::round(plane.major / plane.minor)));
     glUniform2f(m_lines.uniform("axes"), float(-base[0] / plane.minor), float(-base[1] / plane.minor));
+    glUniform1f(m_lines.uniform("origin"), frame.target.gridOrigin ? kOriginPixels : 0);
     glUniform1f(m_lines.uniform("pixel"), float(logicalPixel(frame)));
     glUniform3fv(m_lines.uniform("axisColours"), 2, kAxisColours[0]);
     setColour(m_lines, frame.environment.gridColor());

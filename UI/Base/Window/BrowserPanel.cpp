@@ -29,6 +29,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -56,12 +57,28 @@ constexpr const char* kNameArgument = "NamedViewName";
 constexpr const char* kNewViewNameArgument = "NewNamedViewName";
 constexpr const char* kNewNameArgument = "NewName";
 
+/// Where a click means to pick for a tool, it doesn't begin to rename what is picked already.
+class Tree : public QTreeView
+{
+public:
+    Tree(QWidget* parent, std::function<bool()> picks) : QTreeView(parent), m_picks(std::move(picks)) {}
+
+protected:
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override
+    {
+        return !(trigger == SelectedClicked && m_picks()) && QTreeView::edit(index, trigger, event);
+    }
+
+private:
+    std::function<bool()> m_picks;
+};
+
 } // namespace
 
 BrowserPanel::BrowserPanel(QWidget* parent)
     : QWidget(parent),
       m_filter(new QLineEdit(this)),
-      m_tree(new QTreeView(this)),
+      m_tree(new Tree(this, [this] { return m_marks && m_marks->toolInput(); })),
       m_model(new BrowserModel(this))
 {
     auto* column = new QVBoxLayout(this);

@@ -222,6 +222,7 @@ void CanvasMenu::open(GraphicsCanvas* canvas, const Vs::Point2& place)
         menu->addSeparator();
         addOtherThings(move, kind, *menu);
     }
+    markLetters(*menu);
     if (menu->isEmpty())
         delete menu;
     else

@@ -20,6 +20,7 @@
 #include "UI/Base/Window/BandWidget.h"
 #include "UI/Base/Window/CanvasAccess.h"
 #include "UI/Base/Window/CoveredParts.h"
+#include "UI/Base/Window/EmptyHint.h"
 #include "UI/Base/Window/FocusFrame.h"
 #include "UI/Base/Window/KeyboardHold.h"
 #include "UI/Base/Window/QtDisplay.h"
@@ -274,6 +275,8 @@ protected:
         if (!m_renderer)
             return;
         Rendra::RenderTarget target = Rendra::RenderTarget::current();
+        if (EmptyHint::isEmpty(m_link.canvas()))
+            target.grid = target.gridOrigin = true;
         target.width = m_link.canvas().pixelWidth();
         target.height = m_link.canvas().pixelHeight();
         // Where the processor draws, a camera on its way must not wait for what costs much; the picture that

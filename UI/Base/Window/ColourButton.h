@@ -1,34 +1,23 @@
 #pragma once
 
-#include "Server/Body/BodyMesh.h"
+#include "UI/Base/Window/ColourMenu.h"
 
 #include <QToolButton>
 
-#include <functional>
-#include <optional>
-
 namespace Vu {
 
-/// A button that shows a colour, with a menu of colours to choose from: some that go well together, any other
-/// one, or none.
+/// A button that shows a colour, with a menu of colours to choose from.
 class ColourButton : public QToolButton
 {
 public:
-    /// Called with what was chosen; null for none.
-    using Choose = std::function<void(const std::optional<Vs::Colour>&)>;
+    ColourButton(const QString& title, ColourMenu::Choose choose, QWidget* parent);
 
-    ColourButton(const QString& title, Choose choose, QWidget* parent);
-
-    /// Null where there is none, or several differ, as the text says.
-    void colour(const std::optional<Vs::Colour>& colour, const QString& text);
+    /// A value of a ColourCommandInput; "" where there is none, or several differ, as the text says.
+    void colour(const std::wstring& code, const QString& text);
 
 private:
-    void fillMenu();
-    void askForAny();
-
     QString m_title;
-    Choose m_choose;
-    std::optional<Vs::Colour> m_colour;
+    std::wstring m_code;
 };
 
 } // namespace Vu

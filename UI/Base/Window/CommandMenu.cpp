@@ -3,7 +3,9 @@
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
+#include "UI/Base/Window/ColourMenu.h"
 #include "UI/Base/Window/KeyTable.h"
+#include "UI/Base/Window/PropertyEdits.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/TickMenu.h"
 #include "UI/Base/Workspace/MenuBar.h"
@@ -53,6 +55,7 @@ QString marked(QString title, QString& taken)
     return title.insert(found, QLatin1Char('&'));
 }
 
+constexpr std::wstring_view kColourCommand = L"ColourCommand";
 /// Other lists hold things, of which there may be one by chance.
 constexpr std::wstring_view kListsOfKinds[] = {L"NewDocumentCommand", L"InsertAssetCommand"};
 
@@ -114,6 +117,17 @@ MenuHead headOf(const ToolbarItem& item)
                                                 : iconAt(item.picture)};
 }
 
+void markLetters(QMenu& menu)
+{
+    QString taken;
+    for (const QAction* action : menu.actions())
+        if (const QChar letter = markOf(action->text()); !letter.isNull())
+            taken += letter;
+    for (QAction* action : menu.actions())
+        if (!action->isSeparator())
+            action->setText(marked(action->text(), taken));
+}
+
 void fillWithEntriesOf(QMenu* menu, CommandDefinition* definition)
 {
     menu->clear();
@@ -158,7 +172,7 @@ void CommandMenu::open()
         items(std::vector(m_items));
     if (!m_filled) {
         fill();
-        markLetters();
+        markLetters(*this);
     }
     m_filled = true;
     refresh();
@@ -183,20 +197,6 @@ void CommandMenu::fill()
     }
 }
 
-// So that each entry has a letter by which it is chosen, in every language.
-void CommandMenu::markLetters()
-{
-    QString taken;
-    for (const QAction* action : actions())
-        if (const QChar letter = markOf(action->text()); !letter.isNull())
-            taken += letter;
-    for (QAction* action : actions())
-        if (!action->isSeparator())
-            action->setText(marked(action->text(), taken));
-    for (Entry& entry : m_entries)
-        entry.title = entry.action->text();
-}
-
 void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& item)
 {
     const Info& info = *definition->info();
@@ -206,7 +206,13 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
                            ? iconOf(info.icon())
                            : iconAt(item.picture.empty() ? MenuBar::get()->pictureOf(command) : item.picture);
     QAction* action = nullptr;
-    if (opensMenu(*definition)) {
+    if (command == kColourCommand && m_point == ECommandAccessPoint::ContextMenu) {
+        auto* colours = new ColourMenu([](const std::wstring& code) { PropertyEdits::colour(code); },
+                                       PropertyEdits::presentColour, this);
+        colours->setIcon(icon);
+        colours->setTitle(title);
+        action = addMenu(colours);
+    } else if (opensMenu(*definition)) {
         QMenu* entries = addMenu(icon, title);
         connect(entries, &QMenu::aboutToShow, entries, [entries, command] {
             if (CommandDefinition* found = definitionOf(command))
@@ -223,7 +229,10 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
         });
     }
     action->setObjectName(QString::fromStdWString(command));
-    m_entries.push_back({action, command, item.off, title, info.name()});
+    // Its keys are shown, and told by assistive programs, but bound by the window (HotKeys).
+    action->setShortcutContext(Qt::WidgetShortcut);
+    action->setShortcutVisibleInContextMenu(true);
+    m_entries.push_back({action, command, item.off, info.name()});
 }
 
 void CommandMenu::refresh()
@@ -246,9 +255,7 @@ void CommandMenu::refresh()
         const bool lit = on || (control && (control->active() || (button && button->checked())));
         entry.action->setCheckable(lit);
         entry.action->setChecked(lit);
-        const QString keys = KeyTable::get()->shown(*definition);
-        // Behind a tab, so that it shows without being bound a second time.
-        entry.action->setText(keys.isEmpty() ? entry.title : entry.title + QLatin1Char('\t') + keys);
+        entry.action->setShortcut(KeyTable::get()->keysOf(*definition).value(0));
     }
 }
 

@@ -50,7 +50,6 @@ private:
     void open();
     void fill();
     void addCommand(CommandDefinition* definition, const ToolbarItem& item);
-    void markLetters();
     bool isOutOfDate() const;
     void refresh();
 
@@ -58,7 +57,6 @@ private:
     {
         QAction* action;
         std::wstring command, off;
-        QString title;     ///< Without the keys.
         std::wstring name; ///< Which the command had then.
     };
 
@@ -67,6 +65,9 @@ private:
     std::vector<Entry> m_entries;
     bool m_filled = false;
 };
+
+/// Gives each entry that has none a letter by which it is chosen, in every language.
+void markLetters(QMenu& menu);
 
 /// The entries of a command that is a list or a menu, as they are now.
 void fillWithEntriesOf(QMenu* menu, CommandDefinition* definition);

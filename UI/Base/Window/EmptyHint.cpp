@@ -55,9 +55,12 @@ bool EmptyHint::eventFilter(QObject* frame, QEvent* event)
 bool EmptyHint::isWanted() const
 {
     const auto canvases = GraphicsCanvas::existingCanvases();
-    if (std::ranges::find(canvases, m_canvas) == canvases.end())
-        return false;
-    const auto* view = Vs::cast<AssetGraphicsView>(m_canvas->view());
+    return std::ranges::find(canvases, m_canvas) != canvases.end() && isEmpty(*m_canvas);
+}
+
+bool EmptyHint::isEmpty(const GraphicsCanvas& canvas)
+{
+    const auto* view = Vs::cast<AssetGraphicsView>(canvas.view());
     const AssetSession* session = view ? view->assetSession() : nullptr;
     const Vs::Component* root = session ? session->asset()->components() : nullptr;
     return root && root->children.empty();
@@ -68,7 +71,8 @@ void EmptyHint::refresh()
     const bool wanted = isWanted();
     if (wanted) {
         adjustSize();
-        move((parentWidget()->width() - width()) / 2, (parentWidget()->height() - height()) / 2);
+        // Below the origin, which lies in the middle.
+        move((parentWidget()->width() - width()) / 2, parentWidget()->height() * 2 / 3 - height() / 2);
     }
     setVisible(wanted && width() < parentWidget()->width());
 }

@@ -11,7 +11,7 @@ namespace Vu {
 
 class GraphicsCanvas;
 
-/// Says in the middle of a canvas how one begins, as long as the model that it shows is empty. A click goes
+/// Says in a canvas how one begins, as long as the model that it shows is empty. A click goes
 /// through it.
 class EmptyHint : public QWidget,
                   private Vs::AssetEventSite,
@@ -22,6 +22,9 @@ public:
     /// The canvas may go before this.
     EmptyHint(const GraphicsCanvas& canvas, QWidget* frame);
     ~EmptyHint() override;
+
+    /// Whether the canvas, which must be there, shows a model with nothing in it.
+    static bool isEmpty(const GraphicsCanvas& canvas);
 
 protected:
     bool eventFilter(QObject* frame, QEvent* event) override;

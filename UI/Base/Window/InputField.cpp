@@ -1,10 +1,12 @@
 #include "UI/Base/Window/InputField.h"
 
+#include "UI/Base/Command/ColourCommandInput.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/ControlCommandInputs.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
+#include "UI/Base/Window/ColourButton.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/TextField.h"
@@ -18,6 +20,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
+#include <QPointer>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -62,6 +65,33 @@ protected:
 
 private:
     QCheckBox* m_box;
+};
+
+class ColourField : public InputField
+{
+public:
+    ColourField(ColourCommandInput* input, QWidget* parent)
+        : InputField(input, parent),
+          m_button(new ColourButton(
+              titleOf(*input->info()),
+              [self = QPointer(this)](const std::wstring& code) {
+                  if (auto* colour = self ? Vs::cast<ColourCommandInput>(self->input()) : nullptr)
+                      colour->value(code);
+              },
+              this))
+    {
+        add(m_button);
+    }
+
+protected:
+    void show(const CommandInputBase& input, bool) override
+    {
+        m_button->colour(Vs::cast<ColourCommandInput>(&input)->value(),
+                         QString::fromStdWString(input.displayText()));
+    }
+
+private:
+    ColourButton* m_button;
 };
 
 /// A field that draws a control, which may change by itself.
@@ -290,6 +320,8 @@ InputField* InputField::make(CommandInputBase* input, QWidget* parent)
 {
     if (auto* check = Vs::cast<BoolValueCommandInput>(input))
         return new CheckField(check, parent);
+    if (auto* colour = Vs::cast<ColourCommandInput>(input))
+        return new ColourField(colour, parent);
     if (auto* list = Vs::cast<ListCommandInput>(input))
         return new ListField(list, parent);
     if (auto* menu = Vs::cast<MenuCommandInput>(input))

@@ -6,6 +6,7 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Types/Units/Expression.h"
 #include "Server/Types/UnitsOptionGroup.h"
+#include "UI/Base/Command/ColourCommandInput.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -166,9 +167,9 @@ void PropertiesPanel::addRows()
 {
     addLine(Row::Name, "propertyName", told("PropertyName", "Name"));
     m_colour = new ColourButton(
-        told("PropertyColour", "Colour"),
-        [](const std::optional<Vs::Colour>& colour) { PropertyEdits::colour(colour); },
+        told("PropertyColour", "Colour"), [](const std::wstring& code) { PropertyEdits::colour(code); },
         m_head->parentWidget());
+    m_colour->setObjectName(QStringLiteral("propertyColour"));
     addField(Row::Colour, told("PropertyColour", "Colour"), m_colour);
     addLine(Row::X, "propertyX", told("PropertyX", "Position X"));
     addLine(Row::Y, "propertyY", told("PropertyY", "Position Y"));
@@ -275,9 +276,9 @@ void PropertiesPanel::showColour()
     const CommonValue<std::optional<Vs::Colour>>& colour = m_values.colour;
     const bool differs = colour.differs();
     const std::optional<Vs::Colour> one = colour.isKnown() && !differs ? colour.value() : std::nullopt;
-    m_colour->colour(one, differs ? PropertyTexts::different()
-                          : one   ? QString::fromStdWString(PropertyEdits::colourCode(*one))
-                                  : told("PropertyNoColour", "None of its own"));
+    const std::wstring code = one ? ColourCommandInput::codeOf(*one) : std::wstring();
+    m_colour->colour(code, differs ? PropertyTexts::different()
+                                   : QString::fromStdWString(ColourCommandInput::titleOf(code)));
     showRow(Row::Colour, m_values.haveColour());
 }
 

@@ -3,13 +3,12 @@
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/Types/Units/UnitDisplaySettings.h"
+#include "UI/Base/Command/ColourCommandInput.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Window/ContextMenu.h"
+#include "UI/Base/Window/PropertyValues.h"
 
-#include <QColor>
-
-#include <cmath>
 #include <map>
 #include <vector>
 
@@ -21,12 +20,6 @@ constexpr std::wstring_view kColourCommand = L"ColourCommand";
 constexpr std::wstring_view kMoveCommand = L"MoveCommand";
 /// Has an editing command end with the change made (EditCmd).
 constexpr const char* kCommit = "Commit";
-
-// The screen's signal and the share of light that it stands for.
-float linear(double signal)
-{
-    return static_cast<float>(signal <= 0.04045 ? signal / 12.92 : std::pow((signal + 0.055) / 1.055, 2.4));
-}
 
 /// What is selected, as an editing command's input takes it.
 std::wstring selectedObjects()
@@ -41,11 +34,6 @@ std::wstring selectedObjects()
     return SelectionCommandInput::valueOf(paths);
 }
 
-double signal(float linear)
-{
-    return linear <= 0.0031308f ? 12.92 * linear : 1.055 * std::pow(double(linear), 1 / 2.4) - 0.055;
-}
-
 } // namespace
 
 void rename(const std::wstring& name)
@@ -53,14 +41,20 @@ void rename(const std::wstring& name)
     runFromContextMenu(kRenameCommand, {{"NewName", name}});
 }
 
-void colour(const std::optional<Vs::Colour>& colour)
+void colour(const std::wstring& code)
 {
-    std::map<const char*, std::wstring> arguments{{kCommit, L"1"}, {"Objects", selectedObjects()}};
-    if (colour)
-        arguments.insert({{"Colour", L"Code"}, {"Code", colourCode(*colour)}});
-    else
-        arguments.insert({"Colour", L"None"});
-    runFromContextMenu(kColourCommand, arguments);
+    runFromContextMenu(
+        kColourCommand,
+        {{"Colour", code.empty() ? L"None" : code}, {"Objects", selectedObjects()}, {kCommit, L"1"}});
+}
+
+std::wstring presentColour()
+{
+    const Vs::Asset* asset = ActiveAssetUtils::asset();
+    Vs::SelectionMgr* manager = ActiveAssetUtils::selectionManager();
+    const auto colour = asset && manager ? valuesOf(*manager, *asset).colour : PropertyValues().colour;
+    const bool isOne = colour.isKnown() && !colour.differs() && colour.value();
+    return isOne ? ColourCommandInput::codeOf(*colour.value()) : std::wstring();
 }
 
 void move(int axis, double distance)
@@ -70,21 +64,6 @@ void move(int axis, double distance)
     runFromContextMenu(kMoveCommand, {{"Components", selectedObjects()},
                                       {kShifts[axis], toExactText(distance, Unit::base(Quantity::Length))},
                                       {kCommit, L"1"}});
-}
-
-std::wstring colourCode(const Vs::Colour& colour)
-{
-    return QColor::fromRgbF(float(signal(colour.r)), float(signal(colour.g)), float(signal(colour.b)))
-        .name()
-        .toStdWString();
-}
-
-std::optional<Vs::Colour> colourOf(const std::wstring& code)
-{
-    const QColor colour(QString::fromStdWString(code));
-    if (!colour.isValid())
-        return std::nullopt;
-    return Vs::Colour{linear(colour.redF()), linear(colour.greenF()), linear(colour.blueF()), 1};
 }
 
 } // namespace Vu::PropertyEdits

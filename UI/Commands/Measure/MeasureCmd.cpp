@@ -1,6 +1,7 @@
 #include "UI/Commands/Measure/MeasureCmd.h"
 
 #include "Server/Base/Progress.h"
+#include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -67,6 +68,20 @@ Vs::StrongRef<Vs::LogicalSelection> firstObject(const Vs::SelectionSet& set)
         if (auto* object = Vs::cast<Vs::LogicalSelection>(selection.get()))
             return Vs::StrongRef<Vs::LogicalSelection>(object);
     return nullptr;
+}
+
+/// Whether neither it nor an assembly around it is hidden.
+bool isSeen(const Vs::Selection& selection)
+{
+    const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
+    const std::string id = object ? object->componentId() : std::string();
+    for (size_t end = 0; object && end != std::string::npos;) {
+        end = id.find('/', end + 1);
+        const Vs::Component* component = object->asset()->findComponent(id.substr(0, end));
+        if (!component || !component->visible)
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -184,9 +199,11 @@ void MeasureCmd::onBegin()
     const Vs::SelectionSet* selected = byHand && !m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
     if (!selected)
         return;
-    const auto objects = selected->selections();
-    for (size_t i = 0; i < std::min<size_t>(objects.size(), 2); ++i)
-        m_inputs->selections[i]->add(objects[i]);
+    // What was hidden just now is selected still.
+    size_t taken = 0;
+    for (const auto& object : std::vector(selected->selections()))
+        if (taken < 2 && isSeen(*object))
+            m_inputs->selections[taken++]->add(object);
     enableSelections();
     for (int number = 1; number <= 3; ++number)
         takeSelection(number);

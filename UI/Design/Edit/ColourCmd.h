@@ -2,10 +2,6 @@
 
 #include "UI/Design/Edit/EditCmd.h"
 
-namespace Vu {
-class StringValueCommandInput;
-}
-
 namespace Vu::Design {
 
 /// Gives components, bodies and faces a colour of their own, or takes it from them.
@@ -18,13 +14,10 @@ public:
 protected:
     void onMakeInputs(EditInputs& inputs) override;
     Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) override;
-    std::wstring onWhyInvalid() const override;
-    void onInputChanged() override;
 
 private:
     SelectionCommandInput* m_objects = nullptr;
-    ListCommandInput* m_colour = nullptr;
-    StringValueCommandInput* m_code = nullptr;
+    ColourCommandInput* m_colour = nullptr;
 };
 
 } // namespace Vu::Design

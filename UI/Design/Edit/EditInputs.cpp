@@ -66,12 +66,9 @@ IntegerValueCommandInput* EditInputs::count(const wchar_t* key, const std::wstri
     return input;
 }
 
-StringValueCommandInput* EditInputs::text(const wchar_t* key, const std::wstring& title,
-                                          const std::wstring& value)
+ColourCommandInput* EditInputs::colour(const wchar_t* key, const std::wstring& title)
 {
-    auto* input = StringValueCommandInput::make(m_set, m_number++, infoOf(key, title));
-    input->value(value);
-    return input;
+    return ColourCommandInput::make(m_set, m_number++, infoOf(key, title));
 }
 
 BoolValueCommandInput* EditInputs::choice(const wchar_t* key, const std::wstring& title, bool value)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/Measure/MeasureMgr.h"
-#include "UI/Base/Command/CommandInput.h"
+#include "UI/Base/Command/ColourCommandInput.h"
 #include "UI/Base/Command/ControlCommandInputs.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
 #include "UI/Base/Session/SelectionCommandInput.h"
@@ -27,7 +27,7 @@ public:
     /// In radians; shown in degrees.
     RealValueCommandInput* angle(const wchar_t* key, const std::wstring& title, double value);
     IntegerValueCommandInput* count(const wchar_t* key, const std::wstring& title, int value);
-    StringValueCommandInput* text(const wchar_t* key, const std::wstring& title, const std::wstring& value);
+    ColourCommandInput* colour(const wchar_t* key, const std::wstring& title);
     BoolValueCommandInput* choice(const wchar_t* key, const std::wstring& title, bool value);
 
     struct Item

@@ -20,11 +20,10 @@ using Vs::TextCommandParameters;
 
 constexpr const wchar_t* kArea = L"Design";
 
-/// A parameter, and the input that it fills.
+/// A parameter fills the input of that name.
 struct Place
 {
     const char* input;
-    bool isColour = false; ///< By its name or its code, which are two inputs.
 };
 
 struct EditLine
@@ -52,7 +51,7 @@ constexpr Place kLinearPlaces[] = {{"Components"}, {"Axis"},          {"Spacing"
                                    {"SecondAxis"}, {"SecondSpacing"}, {"SecondCount"}};
 constexpr Place kCircularPlaces[] = {{"Components"}, {"Axis"}, {"Angle"}, {"Count"},
                                      {"About"},      {"X"},    {"Y"},     {"Z"}};
-constexpr Place kColourPlaces[] = {{"Colour", true}, {"Objects"}};
+constexpr Place kColourPlaces[] = {{"Colour"}, {"Objects"}};
 constexpr Place kRotatePlaces[] = {{"Components"}, {"Axis"}, {"Angle"}, {"About"}, {"X"}, {"Y"}, {"Z"}};
 
 // clang-format off
@@ -73,13 +72,7 @@ constexpr EditLine kColour    = {L"Colour",    L"<colour> <path> ... Colours com
 
 void fill(const Place& place, const std::wstring& text, CommandContext& context)
 {
-    const Vs::UniqueString* key = Vs::UniqueString::find(place.input, true);
-    if (place.isColour && text.starts_with(L"#")) {
-        context.addArgument(key, L"Code");
-        context.addArgument(Vs::UniqueString::find("Code", true), text);
-    } else {
-        context.addArgument(key, text);
-    }
+    context.addArgument(Vs::UniqueString::find(place.input, true), text);
 }
 
 template <const EditLine& kLine>

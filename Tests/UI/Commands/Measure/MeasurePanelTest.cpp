@@ -391,6 +391,11 @@ TEST_F(MeasurePanel, BeginsByHandWithWhatIsSelectedAndAnewWithWhatTheThirdCantTa
     click(Vu::kLeftButton, 0, 0, Vu::kShiftModifier | Vu::kControlModifier);
     EXPECT_EQ(content(L"SelectionInput1"), L"Box2");
     answer(L"Commands.Commit");
+    answer(L"Design.Hide Box2");
+    Vu::ActiveAssetUtils::selectionSet()->replace({object(L"Box2/Face1"), object(L"Cylinder1/Face1")});
+    start(L"MeasureCommand");
+    EXPECT_EQ(content(L"SelectionInput1"), L"Cylinder of Cylinder1") << "and not what nobody sees";
+    answer(L"Commands.Commit");
     Vu::ActiveAssetUtils::selectionSet()->replace({object(L"Box2")});
     begin();
     EXPECT_EQ(results(), L"");

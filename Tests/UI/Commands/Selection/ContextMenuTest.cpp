@@ -1,13 +1,18 @@
 // The menus of the right button in a view: what they offer, and what it is about.
 
+#include "Server/Base/Strings.h"
 #include "Server/Scene/Camera.h"
 #include "Tests/UI/Commands/InCanvas.h"
+#include "UI/Base/Command/ColourCommandInput.h"
 #include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandInputSet.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/View/AutoCamViewFragment.h"
 #include "UI/Base/View/TransitionMgr.h"
+
+#include <QColorDialog>
+#include <QToolButton>
 
 #include <cmath>
 
@@ -105,6 +110,91 @@ TEST_F(ContextMenuTest, AMenuWithinItSelectsWhatItIsAboutForAsLongAsItIsOpen)
     choose("Face", "Look At");
     EXPECT_TRUE(UiTests::becomes([] { return !Vu::TransitionMgr::get()->playing(); }));
     EXPECT_TRUE(camera()->direction().isEqualTo({0, 1, 0}, {1e-6, 1e-6}));
+}
+
+TEST_F(ContextMenuTest, APartIsColouredByItsMenuWhichKeepsTheColoursThatWereMixedLast)
+{
+    const auto colour = [&] {
+        Vs::Status status;
+        const Vs::Component* box = Vs::resolvePath(path(L"Box3"), *asset(), status);
+        return box->colour ? Vu::ColourCommandInput::codeOf(*box->colour) : std::wstring();
+    };
+    const unsigned before = steps();
+    clickAt(placeOf(L"Box3"), Qt::RightButton);
+    choose("Colour", "Green");
+    EXPECT_EQ(colour(), L"#3f9b46");
+    EXPECT_EQ(steps(), before + 1);
+    // A colour that is mixed in the dialog stands among the others from then on.
+    clickAt(placeOf(L"Box3"), Qt::RightButton);
+    choose("Colour", "More...");
+    auto* dialog = qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(dialog->currentColor().name().toStdString(), "#3f9b46");
+    dialog->setCurrentColor(QColor(0x12, 0x34, 0x56));
+    dialog->accept();
+    settle();
+    EXPECT_EQ(colour(), L"#123456");
+    answer(L"VuCommands.UndoCmd");
+    clickAt(placeOf(L"Box2"), Qt::RightButton);
+    choose("Colour", "#123456");
+    EXPECT_EQ(colour(), L"#3f9b46") << "of the other one";
+    // The tool's own field offers the same.
+    selected().clear();
+    answer(L"Commands.Start ColourCommand Objects=Box3");
+    settle();
+    QToolButton* field = nullptr;
+    for (auto* each : tree->window()->findChildren<QToolButton*>("colour"))
+        if (each->isVisible() && each->text() == "Red")
+            field = each;
+    ASSERT_TRUE(field);
+    field->menu()->popup(field->mapToGlobal(QPoint()));
+    ASSERT_EQ(menu(), field->menu());
+    EXPECT_TRUE(titlesOf(*menu()).contains("#123456"));
+    entry(*menu(), "None of Its Own")->trigger();
+    menu()->close();
+    answer(L"Commands.Commit");
+    EXPECT_EQ(colour(), L"");
+}
+
+TEST_F(ContextMenuTest, KeysPointAtTheNextThingThatAClickWouldTakeAndClickIt)
+{
+    selected().clear();
+    const auto key = [&](Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        canvas->setFocus();
+        QTest::keyClick(canvas, key, modifiers);
+        settle();
+    };
+    const auto pointed = [] {
+        std::wstring paths;
+        for (const auto& each : activeSession()->selectionManager()->highlightSet().selections())
+            paths += Vs::pathText(Vs::cast<Vs::LogicalSelection>(each.get())->path(), *asset()) + L' ';
+        return paths;
+    };
+    const QPoint onTheLeft(5, placeOf(L"Box3").y());
+    QTest::mouseMove(canvas, placeOf(L"Box2"));
+    settle();
+    key(Qt::Key_Right, Qt::ControlModifier);
+    EXPECT_EQ(pointed(), L"Box3:1 ");
+    EXPECT_TRUE(selected().empty());
+    key(Qt::Key_Space, {});
+    EXPECT_EQ(selectedComponents(), (CommandsTests::Texts{L"Box3:1"}));
+    // Of what is selected there are the faces and edges as well.
+    key(Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(pointed().rfind(L"Box3:1/Body1/", 0), 0u) << Vs::Strings::narrow(pointed());
+    key(Qt::Key_Space, {});
+    EXPECT_EQ(selectedPath().rfind(L"Box3:1/Body1/", 0), 0u);
+
+    select({L"Box3"});
+    QTest::mouseMove(canvas, onTheLeft);
+    settle();
+    key(Qt::Key_Right, Qt::ControlModifier);
+    key(Qt::Key_Space, Qt::ShiftModifier);
+    EXPECT_EQ(selected().size(), 2u) << "it came to the other one";
+    // Where there is nothing, the pointer stays.
+    QTest::mouseMove(canvas, onTheLeft + QPoint(2, 0));
+    settle();
+    key(Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_EQ(pointed(), L"");
 }
 
 TEST_F(ContextMenuTest, BesideEverythingItIsAboutTheView)

@@ -228,7 +228,7 @@ TEST_F(TranscriptTest, LinesAreWhatWasDoneAndNotHow)
         "Selection.Select Box1 Box2",
         "Design.Move Box2 1 \"1/2 in\" 3",
         "Design.Fillet 0.5 Box1/Edge1|Box1/Edge2",
-        "Commands.Start ColourCommand Colour=Code \"Code=#102030\" Objects=Box1 Commit=1",
+        "Design.Colour \"#102030\" Box1",
         "Camera.ZoomIn",
     };
     std::vector<std::string> lines = linesOf(L"lines.txt");

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QIcon>
+#include <QMenu>
+
+#include <functional>
+#include <string>
+
+namespace Vu {
+
+/// Colours to choose from, wherever one is chosen: a few that go well together, those that were mixed last,
+/// any other one by a dialog, or none. All are values of a ColourCommandInput.
+class ColourMenu : public QMenu
+{
+public:
+    using Choose = std::function<void(const std::wstring& code)>;
+    /// Which stands out, and where the dialog begins; "" for none, and where several differ.
+    using Current = std::function<std::wstring()>;
+
+    /// `choose` may be called after the menu has gone, from the dialog; `current` is asked at each opening.
+    ColourMenu(Choose choose, Current current, QWidget* parent);
+
+    /// A small square of the colour.
+    static QIcon swatch(const std::wstring& code, const QWidget& widget);
+    static constexpr int kSide = 16;
+
+private:
+    void fill();
+    void add(const std::wstring& code);
+    void askForAny();
+
+    Choose m_choose;
+    Current m_ask;
+    std::wstring m_current; ///< As it was told at the last opening.
+};
+
+} // namespace Vu
