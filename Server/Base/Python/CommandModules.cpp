@@ -2,6 +2,7 @@
 
 #include "Server/Base/Private/PythonBackend.h"
 #include "Server/Base/Python/Arguments.h"
+#include "Server/Base/PythonSignature.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
@@ -93,7 +94,9 @@ py::object CommandModules::makeFunction(TextCommand& command, const py::str& mod
 {
     FunctionDefinition& definition = m_definitions.emplace_back();
     definition.name = Strings::narrow(command.name());
-    definition.help = Strings::narrow(command.help());
+    // In the form from which Python's inspect and help take the signature.
+    definition.help =
+        definition.name + PythonSignature(command).text() + "\n--\n\n" + Strings::narrow(command.help());
     const PythonFunction entry = command.pythonEntry();
     const auto function = entry ? reinterpret_cast<PyCFunctionWithKeywords>(entry) : &callByCapsule;
     definition.method = {definition.name.c_str(),

@@ -6,6 +6,7 @@
 #include "Server/DataModel/Kernel/SubShapes.h"
 
 #include <BRepAdaptor_Curve.hxx>
+#include <BRepAdaptor_Surface.hxx>
 #include <BRep_Tool.hxx>
 #include <Standard_Failure.hxx>
 #include <TopoDS.hxx>
@@ -38,6 +39,25 @@ Form formOf(RoundForm::Kind kind)
     }
 }
 
+/// Whether the outside of the body is on the side of the axis, or of the centre.
+bool isConcave(const TopoDS_Face& face, const RoundForm& round)
+{
+    if (round.kind == RoundForm::Kind::Torus || BRep_Tool::Surface(face).IsNull())
+        return false;
+    const BRepAdaptor_Surface surface(face);
+    gp_Pnt point;
+    gp_Vec u, v;
+    surface.D1((surface.FirstUParameter() + surface.LastUParameter()) / 2,
+               (surface.FirstVParameter() + surface.LastVParameter()) / 2, point, u, v);
+    gp_Vec outwards(round.axis.Location(), point);
+    if (round.kind != RoundForm::Kind::Sphere) {
+        const gp_Vec along(round.axis.Direction());
+        outwards -= along * outwards.Dot(along);
+    }
+    const double side = u.Crossed(v).Dot(outwards);
+    return (face.Orientation() == TopAbs_REVERSED ? -side : side) < 0;
+}
+
 PartFacts factsOfFace(const TopoDS_Shape& face)
 {
     PartFacts facts{.form = Form::Freeform};
@@ -51,6 +71,7 @@ PartFacts factsOfFace(const TopoDS_Shape& face)
             facts.direction = toVector(round->axis.Direction());
         facts.place = toPoint(round->axis.Location());
         facts.radius = round->radius;
+        facts.concave = isConcave(TopoDS::Face(face), *round);
     }
     return facts;
 }

@@ -18,6 +18,8 @@ struct PartFacts
     GkVector3d direction;
     GkPoint3d place;   ///< A vertex; the centre of a round part, or a point of its axis.
     double radius = 0; ///< Of what is round, a torus by its tube; 0 where there is none, as of a cone.
+    /// Whether a cylinder, a cone or a sphere curves into the body, as a hole does.
+    bool concave = false;
     /// The edges that bound a face, or the vertices that bound an edge (ObjectPath::index).
     std::vector<uint32_t> bounds;
 };

@@ -144,6 +144,7 @@ assert bottom in body.faces.facing('-Z') and bottom.normal == (0, 0, -1) and bot
 assert near(bottom.area, 4000 - math.pi * 16, 1e-6) and bottom.radius is None and bottom.axis is None
 assert len(bottom.neighbours) == 5 and len(bottom.edges) == 5 and bottom not in bottom.neighbours
 (wall,) = body.faces.of_kind('cylinder')
+assert wall.concave and not design.cylinder(1, 1, (0, 0, 500)).faces.of_kind('cylinder')[0].concave
 assert wall.radius == 4 and wall.axis.direction[2] in (1, -1) and near(wall.axis.point[:2], (115, 25))
 assert wall.normal is None and set(wall.neighbours) == set(body.faces.of_kind('plane').parallel_to('X')
                                                            & body.faces.of_kind('plane').parallel_to('Y'))

@@ -260,6 +260,16 @@ assert functions > 100
 box = {n.name: n for n in ast.parse(open(os.path.join(sys.argv[1], 'Design.pyi')).read()).body
        if isinstance(n, ast.FunctionDef)}['Box']
 assert [a.arg for a in box.args.posonlyargs] == ['dx', 'dy', 'dz', 'x_y_z', 'direction'] and len(box.args.defaults) == 2
+# What a line takes is told by Python itself as well.
+import inspect, Design, Script
+assert str(inspect.signature(Design.Box)) == '(dx, dy, dz, x_y_z=None, direction=None, /)'
+assert str(inspect.signature(Design.Subtract)) == '(target, /, *tool, Keep=False)'
+assert str(inspect.signature(Design.Rotate)) == '(path, axis, angle, /, *more)'
+assert str(inspect.signature(Script.Select)) == '(*path)' and str(inspect.signature(Script.Settle)) == '()'
+for area in {file[:-4] for file in files}:
+    for function in vars(importlib.import_module(area)).values():
+        if callable(function):
+            inspect.signature(function)
 )",
           {stubs});
     EXPECT_EQ(runQuillet({"--write-stubs", folder.write("file", "").string()}).exitCode, 1);

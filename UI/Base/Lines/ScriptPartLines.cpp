@@ -70,9 +70,9 @@ QJsonArray list(const std::vector<Vs::PartFacts>& parts, const GkMatrix3d& matri
         QJsonArray bounds;
         for (const uint32_t number : part.bounds)
             bounds.append(int(number));
-        all.append(QJsonArray{kForms[static_cast<int>(part.form)], direction(part.direction, matrix),
-                              json(matrix * part.place),
-                              part.radius > 0 ? QJsonValue(part.radius * scale) : QJsonValue(), bounds});
+        all.append(QJsonArray{
+            kForms[static_cast<int>(part.form)], direction(part.direction, matrix), json(matrix * part.place),
+            part.radius > 0 ? QJsonValue(part.radius * scale) : QJsonValue(), bounds, part.concave});
     }
     return all;
 }

@@ -76,7 +76,9 @@ std::string WorkerProcess::pathOf(const std::string& program)
 {
     Dl_info here;
     dladdr(reinterpret_cast<void*>(&stateIn), &here);
-    return (std::filesystem::path(here.dli_fname).parent_path().parent_path() / "bin" / program).string();
+    // A library that was found by way of another one has that way in its name.
+    const auto library = std::filesystem::path(here.dli_fname).lexically_normal();
+    return (library.parent_path().parent_path() / "bin" / program).string();
 }
 
 int WorkerProcess::start(const std::string& path, std::vector<std::string> arguments)

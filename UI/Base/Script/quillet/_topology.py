@@ -209,6 +209,11 @@ class Face(_Sized):
         return Axis(_triple(self._told[2]), _triple(self._told[1]))
 
     @property
+    def concave(self) -> bool:
+        """Whether a cylinder, a cone or a sphere curves into the body, as a hole does."""
+        return bool(self._told[5])
+
+    @property
     def edges(self) -> "Edges":
         """Those that bound it."""
         parts = self._parts
