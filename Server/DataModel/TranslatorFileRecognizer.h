@@ -17,6 +17,7 @@ public:
     /// Collects the translators; before that there are none.
     void recognize();
     bool hasAvailableTranslator() const { return !m_translators.empty(); }
+    const std::vector<Translator*>& translators() const { return m_translators; }
 
     /// As a file dialog lists them: L"*.stp;*.step;*.igs".
     [[nodiscard]] std::wstring fileExtensions() const;

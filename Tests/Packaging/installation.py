@@ -70,7 +70,7 @@ class Installation(unittest.TestCase):
         self.assertIn("by quillet", self.quillet("--headless", "--echo", "--replay", script))
 
     def test_is_the_same_as_what_was_built(self):
-        for part in ("Localization", "Server", "UI", "lib/python", "share"):
+        for part in ("Documentation", "Localization", "Server", "UI", "lib/python", "share"):
             for built in (BUILD / "root" / part).rglob("*"):
                 if built.is_file() and built.suffix != ".pyc":
                     path = built.relative_to(BUILD / "root")

@@ -1,11 +1,13 @@
 #!/usr/bin/python3
-"""Manual pages and completions of the built program, in the programs that read them.
+"""Manual, manual pages and completions of the built program, in the programs that read them.
 
     pages.py BUILD [UNITTEST ARGUMENTS...]
 
 BUILD is the folder of a build whose default targets are up to date.
 """
 
+import html
+import json
 import os
 import pathlib
 import pty
@@ -62,6 +64,44 @@ class ManualPages(unittest.TestCase):
         self.assertGreater(len(lines), 10)
         for line in lines:
             self.assertIn(f"{line}", shown["quillet-lines.7"])
+
+
+class Book(unittest.TestCase):
+    FOLDER = BUILD / "root/Documentation"
+    SOURCES = pathlib.Path(__file__).resolve().parents[2]
+
+    def written(self, manual, folder):
+        docs = pathlib.Path(folder, "docs")
+        docs.mkdir(exist_ok=True)
+        (docs / "manual.md").write_text(manual, encoding="utf-8")
+        (docs / "service.md").write_text("# Service\n", encoding="utf-8")
+        return subprocess.run(["/usr/bin/python3", "-B", self.SOURCES / "Tools/Manual/book.py", BUILD / "root/bin/quillet", docs,
+                               pathlib.Path(folder, "book"), self.SOURCES / "UI/Commands/Resources/Toolbar/Menus.xml"],
+                              capture_output=True, text=True)
+
+    def test_each_command_has_a_page_and_each_line_and_option_a_row(self):
+        program = BUILD / "root/bin/quillet"
+        reference = html.unescape(re.sub("<[^>]*>", " ", (self.FOLDER / "reference.html").read_text(encoding="utf-8")))
+        for told in output(program, "--list-definitions").splitlines():
+            self.assertTrue((self.FOLDER / "commands" / f"{json.loads(told)['id']}.html").is_file(), told)
+        for told in map(json.loads, output(program, "--list-commands").splitlines()):
+            self.assertIn(f"{told['area']}.{told['name']}", reference)
+        for told in map(json.loads, output(program, "--list-options").splitlines()):
+            self.assertIn(f"--{told['name']}", reference)
+        for told in ("Ctrl+S", "UIBase.theme", ".stp .step"):
+            self.assertIn(told, reference)
+        saving = (self.FOLDER / "commands/SaveDocumentAsCommand.html").read_text(encoding="utf-8")
+        for told in ("Ctrl+Shift+S", "File", "Path=", "VuCommands.SaveDocumentAs"):
+            self.assertIn(told, saving)
+
+    def test_a_link_that_leads_nowhere_is_an_error(self):
+        with tempfile.TemporaryDirectory(prefix="quillet-book-") as folder:
+            good = self.written("# Manual\n\n## 1. First, the Steps\n\n[up](#1-first-the-steps) [other](service.md)\n", folder)
+            self.assertEqual((good.returncode, good.stderr), (0, ""))
+            for link in ("#nowhere", "nothing.html", "service.md#nowhere"):
+                ran = self.written(f"# Manual\n\n[dead]({link})\n", folder)
+                self.assertNotEqual(ran.returncode, 0, link)
+                self.assertIn("manual.html: ", ran.stderr)
 
 
 class Completions(unittest.TestCase):

@@ -4,6 +4,7 @@ import collections
 import json
 import re
 import subprocess
+import tempfile
 
 Option = collections.namedtuple("Option", "name value help")
 Line = collections.namedtuple("Line", "area name usage help definition")
@@ -20,7 +21,9 @@ def options(program):
 
 
 # The parameters and flags that a line's help begins with: <text>, [...] around what may be left out, A|B, ..., /Name.
-WORD = r"(?:\[[^\]]*(?:\[[^\]]*(?:\[[^\]]*\][^\]]*)*\][^\]]*)*\](?:\.\.\.)?|<[^>]*>(?:\|<[^>]*>|\.\.\.)?|/\w+|\w+(?:\|\w+)+)"
+INNER = r"\[[^\[\]]*\]"
+NESTED = rf"\[(?:[^\[\]]|{INNER})*\]"
+WORD = rf"(?:\[(?:[^\[\]]|{NESTED})*\](?:\.\.\.)?|<[^>]*>(?:\|<[^>]*>|\.\.\.)?|/\w+|\w+(?:\|\w+)+)"
 USAGE = re.compile(rf"\s*({WORD}(?:\s+{WORD})*)?\s*(.*)", re.S)
 
 
@@ -36,3 +39,11 @@ def lines(program):
 def choices(value):
     """Of "a|b|c"; nothing of "FILE"."""
     return value.split("|") if "|" in value else []
+
+
+def answer(program, line):
+    """What a line answers in a run that has no settings of anybody's."""
+    with tempfile.TemporaryDirectory(prefix="quillet-asked-") as profile:
+        ran = subprocess.run([program, "--headless", "--no-autorun", "--profile-dir", profile, "--command", line], check=True,
+                             capture_output=True, text=True)
+    return ran.stdout

@@ -71,6 +71,7 @@ constexpr OptionRow kOptions[] = {
     {"shard", "I/N", "With --test: run only the I-th of N parts."},
     {"list-commands", nullptr, "Print every text command, one JSON object a line."},
     {"list-definitions", nullptr, "Print every command definition, one JSON object a line."},
+    {"list-formats", nullptr, "Print every foreign format, one JSON object a line."},
     {"list-options", nullptr, "Print every option of this command line, one JSON object a line."},
     {"write-stubs", "DIR", "Write a type stub (.pyi) for each module that scripts import."},
     {"version", nullptr, "Print the version."},
@@ -305,6 +306,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     result.echo = parser.isSet(QStringLiteral("echo"));
     result.listCommands = parser.isSet(QStringLiteral("list-commands"));
     result.listDefinitions = parser.isSet(QStringLiteral("list-definitions"));
+    result.listFormats = parser.isSet(QStringLiteral("list-formats"));
     result.listOptions = parser.isSet(QStringLiteral("list-options"));
     result.version = parser.isSet(QStringLiteral("version"));
     result.help = parser.isSet(QStringLiteral("help"));

@@ -42,6 +42,7 @@ struct CommandLine
     bool echo = false;
     bool listCommands = false;
     bool listDefinitions = false;
+    bool listFormats = false;
     bool listOptions = false;
     bool version = false;
     bool help = false;

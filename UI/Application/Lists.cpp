@@ -3,7 +3,10 @@
 #include "Server/Base/ResourceMgr.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/DataModel/Translator.h"
+#include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Application/CommandLine.h"
+#include "UI/Base/Command/CommandArguments.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 
@@ -80,10 +83,34 @@ void listDefinitions()
         line.add("title", definition->info()->name());
         line.add("icon", iconPath(definition->info()->icon()));
         line.add("groups", groups);
+        if (const auto declared = Vu::DeclaredArguments::of(definition->id())) {
+            QJsonArray arguments;
+            for (const std::wstring& argument : *declared)
+                arguments.append(QString::fromStdWString(argument));
+            line.add("arguments", arguments);
+        }
         line.add("hotkey", definition->info()->hotkey().keys());
         line.add("readonly", definition->readonly());
         line.add("reportable", definition->reportable());
         line.add("scriptable", definition->scriptable());
+        line.print();
+    }
+}
+
+void listFormats()
+{
+    Vs::TranslatorFileRecognizer all({}, false);
+    all.recognize();
+    for (const Vs::Translator* translator : all.translators()) {
+        QJsonArray suffixes;
+        for (const std::wstring& suffix : translator->extensions())
+            suffixes.append(QString::fromStdWString(suffix));
+        JsonLine line;
+        line.add("id", translator->identifier());
+        line.add("name", translator->name());
+        line.add("suffixes", suffixes);
+        line.add("reads", translator->canOpen());
+        line.add("writes", translator->canSave({}));
         line.print();
     }
 }

@@ -8,6 +8,9 @@ void listCommands();
 /// The same for every command definition.
 void listDefinitions();
 
+/// The same for every foreign format that is read or written.
+void listFormats();
+
 /// Prints what can be written on the command line.
 void listOptions();
 

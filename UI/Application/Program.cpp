@@ -205,6 +205,8 @@ int runLists(const CommandLine& line)
         listCommands();
     if (line.listDefinitions)
         listDefinitions();
+    if (line.listFormats)
+        listFormats();
     if (!line.stubsDirectory.empty())
         writeStubs(line.stubsDirectory);
     return kExitOk;
@@ -218,7 +220,8 @@ int runProgram(CommandLine line, int& count, char** arguments)
         return kExitUsage;
     if (line.handOver && handFilesOver(line))
         return kExitOk;
-    const bool lists = line.listCommands || line.listDefinitions || !line.stubsDirectory.empty();
+    const bool lists =
+        line.listCommands || line.listDefinitions || line.listFormats || !line.stubsDirectory.empty();
     if (!line.headless && !lists && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
         complain("there is no display (DISPLAY and WAYLAND_DISPLAY are not set), so this run is headless.");
         line.headless = true;

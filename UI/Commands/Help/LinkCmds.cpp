@@ -2,10 +2,15 @@
 
 #include "Server/Base/UniqueString.h"
 #include "Server/DataModel/ApplicationEditionService.h"
+#include "UI/Base/Command/CommandBase.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Program/Address.h"
 #include "UI/Base/Program/VideoLinksMgr.h"
+#include "UI/Commands/ActiveCommand.h"
 #include "UI/Commands/Resources.h"
+#include "UI/Commands/Selection/SelectCmd.h"
+
+#include <boost/filesystem/operations.hpp>
 
 #include <tuple>
 
@@ -27,6 +32,19 @@ namespace {
 std::wstring givenAddress(const CommandContext* context)
 {
     return context->argumentAsString(OpenWebBrowserCmdDef::addressArgumentName());
+}
+
+/// The page of a tool, where the manual is a file with one for each command beside it. Nothing for none, and
+/// for what runs when the user has no tool. A place within a page would be lost on the way to most browsers.
+std::wstring pageOf(const CommandBase* tool, const std::wstring& manual)
+{
+    const CommandDefinition* definition = tool ? tool->commandDefinition() : nullptr;
+    if (!definition || definition->id() == SelectCmdDef::info()->key())
+        return {};
+    const boost::filesystem::path page =
+        boost::filesystem::path(manual).parent_path() / "commands" / (definition->id() + L".html");
+    boost::system::error_code ignored;
+    return boost::filesystem::is_regular_file(page, ignored) ? page.wstring() : std::wstring();
 }
 
 } // namespace
@@ -59,7 +77,9 @@ bool SuggestboxCmdDef::onIsVisible(CommandContext*) const
 
 void HelpCmd::onExecute(Vs::Status& status)
 {
-    openAddress(editionAddress(&ApplicationEditionService::productWikiHelpURL), AddressOf::Edition, status);
+    const std::wstring manual = editionAddress(&ApplicationEditionService::productWikiHelpURL);
+    const std::wstring page = pageOf(activeCommandOf(commandContext()->assetSession()), manual);
+    openAddress(page.empty() ? manual : page, AddressOf::Edition, status);
 }
 
 void FeedbackCmd::onExecute(Vs::Status& status)

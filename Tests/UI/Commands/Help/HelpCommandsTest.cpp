@@ -144,7 +144,16 @@ TEST_F(HelpCommandsTest, OnlyAddressesOfTheWebAndOfMailAreOpened)
 
 TEST_F(HelpCommandsTest, TheProgramsOwnEditionNamesAManualAndATourThatAreThere)
 {
-    EXPECT_TRUE(fs::is_regular_file(fs::path(told(L"VuCommands.HelpCmd"))));
+    const fs::path manual = told(L"VuCommands.HelpCmd");
+    EXPECT_TRUE(fs::is_regular_file(manual));
+    // While a tool runs, its own page; without one, though a session rests in a command, the manual.
+    answer(L"Design.New");
+    EXPECT_EQ(fs::path(told(L"VuCommands.HelpCmd")), manual);
+    answer(L"Commands.Start MeasureCommand");
+    const fs::path page = told(L"VuCommands.HelpCmd");
+    EXPECT_EQ(page, manual.parent_path() / "commands/MeasureCommand.html");
+    EXPECT_TRUE(fs::is_regular_file(page));
+    EXPECT_EQ(answer(L"Commands.Cancel"), L"") << "the tool went on meanwhile";
     const std::wstring tour = answer(L"Options.TourGuide");
     EXPECT_NE(tour.find(L"Browser: "), std::wstring::npos);
     EXPECT_NE(tour.find(L"Command line: "), std::wstring::npos);
