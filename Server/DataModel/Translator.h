@@ -27,6 +27,13 @@ private:
 
 class TranslatorOpenOptions : public Implements<TranslatorOpenOptions, TranslatorOptions>
 {
+public:
+    /// A damaged file is refused, where otherwise what is sound of it is read, with a warning.
+    bool isStrict() const { return m_isStrict; }
+    void isStrict(bool value) { m_isStrict = value; }
+
+private:
+    bool m_isStrict = false;
 };
 
 /// How finely curved faces become triangles.

@@ -10,7 +10,8 @@ namespace Vs::Translate {
 // it links, and loads at its start, nothing of the others.
 
 /// Reads the shapes with their names, colours and structure, in millimetres. Throws Unreadable.
-Reading readFile(Exchange::Format format, const std::string& path, bool annotations, Reporter& reporter);
+Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions& options,
+                 Reporter& reporter);
 
 /// Writes the model to a file. Throws Unreadable with the cause.
 void writeFile(Exchange::Format format, Kernel::XdeModel& model, const Writing& writing,

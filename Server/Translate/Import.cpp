@@ -94,9 +94,9 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
 } // namespace
 
 void importFile(Exchange::Format format, const std::string& path, const std::string& modelPath,
-                bool annotations, Reporter& reporter)
+                const ReadingOptions& options, Reporter& reporter)
 {
-    Reading reading = readFile(format, path, annotations, reporter);
+    Reading reading = readFile(format, path, options, reporter);
     Kernel::XdeTree tree = Kernel::readXdeTree(reading.model->document());
     std::vector<int> faces;
     for (const TopoDS_Shape& shape : tree.shapes)

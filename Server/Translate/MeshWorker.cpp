@@ -7,7 +7,7 @@ namespace Vs::Translate {
 
 using Exchange::Format;
 
-Reading readFile(Format format, const std::string& path, bool, Reporter& reporter)
+Reading readFile(Format format, const std::string& path, const ReadingOptions&, Reporter& reporter)
 {
     switch (format) {
     case Format::Obj:

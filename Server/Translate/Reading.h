@@ -20,6 +20,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// How a file is to be read.
+struct ReadingOptions
+{
+    bool annotations = true;
+    bool salvage = false; ///< It is damaged: only what is sound of it, where the format can tell.
+};
+
 /// A file that was read: its model, and what is still to be done.
 struct Reading
 {

@@ -8,7 +8,7 @@
 
 namespace Vs::Translate {
 
-Reading readFile(Exchange::Format format, const std::string& path, bool, Reporter& reporter)
+Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions&, Reporter& reporter)
 {
     switch (format) {
     case Exchange::Format::Brep:

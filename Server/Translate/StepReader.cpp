@@ -2,6 +2,7 @@
 
 #include "Server/Translate/Beside.h"
 #include "Server/Translate/MappedFile.h"
+#include "Server/Translate/Salvage/Salvage.h"
 #include "Server/Translate/StepActor.h"
 #include "Server/Translate/StepReferences.h"
 
@@ -98,7 +99,7 @@ bool holds(std::string_view text, std::initializer_list<std::string_view> words)
 
 } // namespace
 
-Reading readStep(const std::string& path, bool annotations, Reporter& reporter)
+Reading readStep(const std::string& path, const ReadingOptions& options, Reporter& reporter)
 {
     Reading reading;
     reading.model = std::make_unique<Kernel::XdeModel>();
@@ -112,17 +113,28 @@ Reading readStep(const std::string& path, bool annotations, Reporter& reporter)
     bool annotated = false, tessellated = false;
     {
         const MappedFile file(path);
+        std::string_view bytes = file.bytes();
+        Salvage::Salvaged sound;
+        if (options.salvage) {
+            reporter.stage("looking for what is sound", 0.0, 0.0);
+            sound = Salvage::salvage(bytes);
+            if (sound.text.empty())
+                throw Unreadable(sound.wasDamaged ? "has nothing that is sound"
+                                                  : "has no damage that can be seen");
+            bytes = sound.text;
+            reading.warnings = std::move(sound.warnings);
+        }
         reporter.stage("reading the file", 0.0, 0.35);
-        ReportingBuffer buffer(file.bytes(), reporter);
+        ReportingBuffer buffer(bytes, reporter);
         std::istream stream(&buffer);
         const IFSelect_ReturnStatus status = reader->ChangeReader().ReadStream(path.c_str(), stream);
         if (status != IFSelect_RetDone)
             throw Unreadable("isn't a valid STEP file: its text can't be understood");
-        annotated = annotations &&
-                    holds(file.bytes().substr(0, 4096), {"AP242", "ap242", "MANAGED_MODEL_BASED"}) &&
-                    holds(file.bytes(), {"GEOMETRIC_TOLERANCE", "DIMENSIONAL_SIZE", "DIMENSIONAL_LOCATION",
-                                         "DATUM", "DRAUGHTING_CALLOUT", "ANNOTATION"});
-        tessellated = holds(file.bytes(), {"TESSELLATED_SOLID(", "TESSELLATED_SHELL(", "TESSELLATED_FACE("});
+        annotated = options.annotations && !options.salvage &&
+                    holds(bytes.substr(0, 4096), {"AP242", "ap242", "MANAGED_MODEL_BASED"}) &&
+                    holds(bytes, {"GEOMETRIC_TOLERANCE", "DIMENSIONAL_SIZE", "DIMENSIONAL_LOCATION", "DATUM",
+                                  "DRAUGHTING_CALLOUT", "ANNOTATION"});
+        tessellated = holds(bytes, {"TESSELLATED_SOLID(", "TESSELLATED_SHELL(", "TESSELLATED_FACE("});
     }
     reporter.stage("transferring the shapes", 0.35, 0.65);
     Handle(TDocStd_Document) document = reading.model->document();

@@ -7,11 +7,12 @@
 
 namespace Vs::Translate {
 
-Reading readFile(Exchange::Format format, const std::string& path, bool annotations, Reporter& reporter)
+Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions& options,
+                 Reporter& reporter)
 {
     if (format != Exchange::Format::Step)
         throw Unreadable("is of a format that can't be read");
-    return readStep(path, annotations, reporter);
+    return readStep(path, options, reporter);
 }
 
 void writeFile(Exchange::Format format, Kernel::XdeModel& model, const Writing& writing,

@@ -5,7 +5,7 @@
 
 namespace Vs::Translate {
 
-Reading readFile(Exchange::Format format, const std::string& path, bool, Reporter& reporter)
+Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions&, Reporter& reporter)
 {
     if (format != Exchange::Format::Vrml)
         throw Unreadable("is of a format that can't be read");

@@ -1,7 +1,7 @@
 // The worker: reads or writes one foreign file for the program that started it, and tells it over a pipe how
 // that goes. It may crash or be killed at any time; nothing of the program goes with it.
 //
-//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [LIMITS]
+//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--salvage] [LIMITS]
 //     quillet-translate-FAMILY renew FORMAT DATA MODEL [LIMITS]
 //     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [--document=NAME]
 //         [--software=NAME] [LIMITS]
@@ -44,7 +44,7 @@ struct Task
     Work work = Work::Import;
     Exchange::Format format = Exchange::Format::Unknown;
     std::string source, target;
-    bool annotations = true;
+    ReadingOptions reading;
     Writing writing;
     uint64_t memory = RLIM_INFINITY, written = RLIM_INFINITY;
 };
@@ -64,7 +64,9 @@ bool parse(const std::vector<std::string>& arguments, Task& task)
     std::vector<std::string> words;
     for (const std::string& argument : arguments) {
         if (argument == "--no-annotations")
-            task.annotations = false;
+            task.reading.annotations = false;
+        else if (argument == "--salvage")
+            task.reading.salvage = true;
         else if (argument.starts_with("--memory="))
             task.memory = number(argument.substr(9));
         else if (argument.starts_with("--written="))
@@ -154,7 +156,7 @@ int run(const Task& task)
         closeIn(task, reporter);
         limitMemory(task.memory);
         if (task.work == Task::Work::Import)
-            importFile(task.format, task.source, task.target, task.annotations, reporter);
+            importFile(task.format, task.source, task.target, task.reading, reporter);
         else if (task.work == Task::Work::Renew)
             renewData(task.source, task.target, reporter);
         else

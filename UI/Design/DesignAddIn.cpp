@@ -24,7 +24,7 @@ namespace {
 // clang-format off
 /// What the commands can be given at their start; those of the editing commands are the keys of their inputs.
 constinit const CommandArguments kArguments[] = {
-    {L"VeloraOpenDocumentCommand", {L"Path"}},
+    {L"VeloraOpenDocumentCommand", {L"Path", L"Strict"}},
     {L"VeloraImportCommand", {L"Path"}},
     {L"VeloraExportCommand",
      {L"Path", L"CombineObjects", L"DisplayUnit", L"HiddenToo", L"SelectedOnly", L"Separate", L"AsText", L"Unit", L"UpAxis",

@@ -60,11 +60,12 @@ void addInto(Vs::Asset& asset, const std::string& parent, const std::wstring& na
 
 /// Reads the file into a document of its own, or into the context's asset. A translator that was cancelled
 /// says nothing of it, but whoever asked for the file must not take it for opened.
-void translate(Vs::Translator* translator, const std::wstring& path, Vs::TranslatorContext& context,
-               Vs::Status& status)
+void translate(Vs::Translator* translator, const std::wstring& path, bool isStrict,
+               Vs::TranslatorContext& context, Vs::Status& status)
 {
     const std::unique_ptr<Vs::TranslatorOpenOptions> options = translator->createOpenOptions();
     options->fileName(path);
+    options->isStrict(isStrict);
     context.identifier(translator->identifier());
     if (!translator->open(*options, context, status) && status.isOk())
         status.addError(localizedFormat("OpenCancelled", "Opening \"%1%\" was cancelled.", path));
@@ -76,6 +77,12 @@ Info* VeloraOpenDocumentCmdDef::info()
 {
     static Info info = makeInfo({.key = L"VeloraOpenDocumentCommand", .title = "Open in New Tab..."});
     return &info;
+}
+
+const Vs::UniqueString* VeloraOpenDocumentCmdDef::strictArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("Strict", true);
+    return name;
 }
 
 VeloraOpenDocumentCmdDef::VeloraOpenDocumentCmdDef() : Implements(info())
@@ -111,7 +118,10 @@ void VeloraOpenDocumentCmd::onExecute(Vs::Status& status)
     if (Vs::Translator* translator = recognizer.translator(path)) {
         Vs::TranslatorContext context;
         context.open(true);
-        translate(translator, path, context, status);
+        int isStrict = 0;
+        commandContext()->argument(VeloraOpenDocumentCmdDef::strictArgumentName(),
+                                   CommandContext::EArgType::Int, &isStrict);
+        translate(translator, path, isStrict != 0, context, status);
         document = context.document();
     } else {
         SessionMgr::get()->finishLeaving(path);
@@ -181,11 +191,11 @@ void VeloraImportCmd::onExecute(Vs::Status& status)
     context.asset(asset);
     const std::string parent = assetSession() ? assetSession()->editedComponent() : std::string();
     if (parent.empty())
-        translate(translator, path, context, status);
+        translate(translator, path, false, context, status);
     else
         addInto(
             *asset, parent, commandDefinition()->info()->name(),
-            [&] { translate(translator, path, context, status); }, status);
+            [&] { translate(translator, path, false, context, status); }, status);
 }
 
 } // namespace Vu::Design

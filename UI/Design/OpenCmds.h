@@ -11,6 +11,8 @@ class VeloraOpenDocumentCmdDef : public Vs::Implements<VeloraOpenDocumentCmdDef,
 public:
     VeloraOpenDocumentCmdDef();
     static Info* info();
+    /// Whether a damaged file is refused, rather than read as far as it is sound.
+    static const Vs::UniqueString* strictArgumentName();
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;

@@ -92,19 +92,21 @@ bool ForeignImport::prepare(ImportCache& cache)
     }
     std::error_code ignored;
     m_size = std::filesystem::file_size(path, ignored);
-    startWorker(true, cache);
+    startWorker(cache);
     return true;
 }
 
-void ForeignImport::startWorker(bool annotations, ImportCache& cache)
+void ForeignImport::startWorker(ImportCache& cache)
 {
     // Most models are shorter than the files that they were read from; meshes of few surfaces may be longer.
     constexpr uint64_t kLonger = 4, kLeast = uint64_t(16) << 20;
     m_scratch = cache.scratchPath(std::max(m_size * kLonger, kLeast));
     m_started = std::filesystem::file_time_type::clock::now();
     std::vector<std::string> arguments{"import", keyOf(m_format), Strings::toBytes(m_path), m_scratch};
-    if (!annotations)
+    if (m_withoutAnnotations)
         arguments.push_back("--no-annotations");
+    if (m_firstFault)
+        arguments.push_back("--salvage");
     m_worker =
         std::make_unique<Worker>(workerOf(m_format), std::move(arguments), WorkerLimits::forFile(m_size));
 }
@@ -121,8 +123,8 @@ void ForeignImport::keep(ImportCache& cache)
                            const auto changed = std::filesystem::last_write_time(other, ignored);
                            return !other.empty() && (ignored || changed < m_started);
                        });
-    if (m_withoutAnnotations || !known) {
-        // The next kernel may read the annotations that this one can't.
+    // The next kernel may read the annotations, or the damaged file, that this one can't.
+    if (m_withoutAnnotations || m_firstFault || !known) {
         auto model = ModelFile::open(m_scratch);
         std::filesystem::remove(m_scratch, ignored);
         takeModel(std::move(model));
@@ -133,11 +135,35 @@ void ForeignImport::keep(ImportCache& cache)
     takeModel(cache.store(cache.fullKey(m_key, folderOf(m_path)), m_scratch));
 }
 
+/// Whether there is another way to read it, which is begun then.
+bool ForeignImport::tryAgain(ImportCache& cache)
+{
+    const Worker::End end = m_worker->end();
+    const bool died = end == Worker::End::Crashed || end == Worker::End::Stalled;
+    if (died && !m_withoutAnnotations && m_worker->step().find("annotations") != std::string::npos) {
+        m_withoutAnnotations = true;
+    } else if ((died || end == Worker::End::Failed) && m_format == Format::Step && !m_isStrict && !m_firstFault) {
+        m_firstFault = fault();
+    } else {
+        return false;
+    }
+    std::error_code ignored;
+    std::filesystem::remove(m_scratch, ignored);
+    startWorker(cache);
+    return true;
+}
+
+/// What the worker died of or says, with the file's name.
+std::wstring ForeignImport::fault() const
+{
+    const std::wstring clause = Strings::widen(m_worker->fault());
+    const bool isClause = m_worker->end() == Worker::End::Failed;
+    return L"\"" + m_path + L"\" " + (isClause ? clause : L"can't be read: " + clause) + L".";
+}
+
 bool ForeignImport::finish(ImportCache& cache)
 {
-    std::error_code ignored;
-    switch (m_worker->end()) {
-    case Worker::End::Done:
+    if (m_worker->end() == Worker::End::Done) {
         try {
             keep(cache);
         } catch (const std::runtime_error& error) {
@@ -145,24 +171,12 @@ bool ForeignImport::finish(ImportCache& cache)
                               Strings::widen(error.what()));
         }
         return false;
-    case Worker::End::Cancelled:
-        break;
-    case Worker::End::Crashed:
-    case Worker::End::Stalled:
-        if (!m_withoutAnnotations && m_worker->step().find("annotations") != std::string::npos) {
-            std::filesystem::remove(m_scratch, ignored);
-            m_withoutAnnotations = true;
-            startWorker(false, cache);
-            return true;
-        }
-        [[fallthrough]];
-    case Worker::End::Exhausted:
-        m_status.addError(L"\"" + m_path + L"\" can't be read: " + Strings::widen(m_worker->fault()) + L".");
-        break;
-    default:
-        m_status.addError(L"\"" + m_path + L"\" " + Strings::widen(m_worker->fault()) + L".");
-        break;
     }
+    if (tryAgain(cache))
+        return true;
+    if (m_worker->end() != Worker::End::Cancelled)
+        m_status.addError(m_firstFault.value_or(fault()));
+    std::error_code ignored;
     std::filesystem::remove(m_scratch, ignored);
     return false;
 }

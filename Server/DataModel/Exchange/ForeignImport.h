@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -25,6 +26,9 @@ class ForeignImport
 public:
     explicit ForeignImport(std::wstring path) : m_path(std::move(path)) {}
     ~ForeignImport();
+
+    /// A damaged file is refused.
+    void strict(bool value) { m_isStrict = value; }
 
     const std::wstring& path() const { return m_path; }
     /// The model, or null if it couldn't be read or the reading was cancelled.
@@ -44,7 +48,9 @@ public:
 private:
     bool prepare(ImportCache& cache);
     bool takeExpected();
-    void startWorker(bool annotations, ImportCache& cache);
+    void startWorker(ImportCache& cache);
+    bool tryAgain(ImportCache& cache);
+    std::wstring fault() const;
     /// Returns true if the worker is to run once more, in another way.
     bool finish(ImportCache& cache);
     void keep(ImportCache& cache);
@@ -58,7 +64,8 @@ private:
     std::filesystem::file_time_type m_started;
     uint64_t m_size = 0;
     std::string m_scratch;
-    bool m_withoutAnnotations = false;
+    bool m_withoutAnnotations = false, m_isStrict = false;
+    std::optional<std::wstring> m_firstFault; ///< While a damaged file is read once more, for what is sound.
     std::unique_ptr<Worker> m_worker;
     std::shared_ptr<const ModelFile> m_model;
     Status m_status;

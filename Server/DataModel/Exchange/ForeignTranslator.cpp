@@ -146,6 +146,7 @@ bool ForeignTranslator::open(TranslatorOpenOptions& options, TranslatorContext& 
         return false;
     }
     ForeignImport import(PathInfo::absolute(options.fileName()).wstring());
+    import.strict(options.isStrict());
     {
         ProgressScope progress(ProgressText::opening(options.fileName()));
         ForeignImport* imports[] = {&import};

@@ -77,6 +77,8 @@ public:
             options->lastDirectory(whole.parent_path().wstring());
         CommandContext context = CommandContext::emptyContext();
         context.addArgument(CommandContext::pathArgumentName(), path.wstring());
+        if (parameters.hasFlag(L"Strict"))
+            context.addArgument(Vs::UniqueString::find("Strict", true), true);
         return runDefinition(L"VeloraOpenDocumentCommand", context, parameters);
     }
 };

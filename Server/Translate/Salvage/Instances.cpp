@@ -1,0 +1,137 @@
+#include "Server/Translate/Salvage/Instances.h"
+
+#include "Server/Translate/Salvage/StepChecks.h"
+
+#include <algorithm>
+
+namespace Vs::Translate::Salvage {
+
+Instances::Instances(std::string_view bytes)
+{
+    const std::vector<StepStatement> statements = statementsOf(bytes, m_lost);
+    m_all.reserve(statements.size());
+    for (const StepStatement& statement : statements)
+        add(statement);
+    settleAll();
+    dropUnplaced();
+    settleAll();
+}
+
+void Instances::settleAll()
+{
+    // One that goes takes others with it, most of which stand behind it.
+    for (bool isSettled = false; !isSettled;) {
+        isSettled = true;
+        for (Instance& instance : m_all)
+            if (instance.isSound && !settle(instance))
+                isSettled = false;
+    }
+}
+
+/// An occurrence that lost its place would be in its assembly without being seen; without it the part stands
+/// for itself.
+void Instances::dropUnplaced()
+{
+    std::unordered_map<uint32_t, bool> isPlaced; // By the occurrences' properties that are placed at all.
+    for (const Instance& instance : m_all) {
+        if (instance.text.find("CONTEXT_DEPENDENT_SHAPE_REPRESENTATION") != instance.text.npos &&
+            instance.links.size() == 2)
+            isPlaced[instance.links[1].target] |= instance.isSound;
+    }
+    for (const Instance& property : m_all) {
+        if (const auto placed = isPlaced.find(property.number);
+            placed == isPlaced.end() || placed->second || property.links.empty())
+            continue;
+        const auto found = m_byNumber.find(property.links[0].target);
+        if (found != m_byNumber.end() && m_all[found->second].entity == "NEXT_ASSEMBLY_USAGE_OCCURRENCE")
+            m_all[found->second].isSound = false;
+    }
+}
+
+void Instances::add(const StepStatement& statement)
+{
+    Instance instance;
+    instance.isSound = checkStatement(statement, instance);
+    const auto [place, isNew] = m_byNumber.try_emplace(statement.number, m_all.size());
+    if (isNew) {
+        m_all.push_back(std::move(instance));
+    } else {
+        // Of two with one number the first that is sound.
+        ++m_lost;
+        if (!m_all[place->second].isSound)
+            m_all[place->second] = std::move(instance);
+    }
+    if (m_all[place->second].isSound)
+        m_free = std::max(m_free, statement.number + 1);
+}
+
+const Instance* Instances::find(uint32_t number) const
+{
+    const auto found = m_byNumber.find(number);
+    return found != m_byNumber.end() && m_all[found->second].isSound ? &m_all[found->second] : nullptr;
+}
+
+bool Instances::holds(const Link& link) const
+{
+    const Instance* target = find(link.target);
+    if (!target || link.role == Role::Count)
+        return target != nullptr;
+    // Of these the standard knows more than stand in the table of rules, and the kernel passes over them.
+    const bool hasUnknown =
+        link.role == Role::Item || link.role == Role::Colour || link.role == Role::Measure;
+    return target->roles.test(static_cast<size_t>(link.role)) || (hasUnknown && target->roles.none());
+}
+
+bool Instances::canBeReplaced(const Instance& instance, const Link& link)
+{
+    return (link.role == Role::Context && instance.entity != "DEFINITIONAL_REPRESENTATION") ||
+           link.role == Role::ProductContext || link.role == Role::DefinitionContext;
+}
+
+/// Whether it stays as it was.
+bool Instances::settle(Instance& instance)
+{
+    bool hadSome = false, hasSome = false;
+    for (const Link& link : instance.links) {
+        const bool isGood = holds(link) || canBeReplaced(instance, link);
+        if (!isGood && !link.mayMiss) {
+            instance.isSound = becomesItsCurve(instance);
+            return false;
+        }
+        hadSome |= link.mayMiss;
+        hasSome |= link.mayMiss && isGood;
+    }
+    instance.isSound = hasSome || !hadSome;
+    return instance.isSound;
+}
+
+/// A curve on surfaces, with curves in their parameters, can do with itself alone.
+bool Instances::becomesItsCurve(Instance& instance)
+{
+    if (instance.entity != "SURFACE_CURVE" && instance.entity != "SEAM_CURVE" &&
+        instance.entity != "INTERSECTION_CURVE")
+        return false;
+    if (instance.links.empty() || !holds(instance.links[0]))
+        return false;
+    const Instance curve = *find(instance.links[0].target);
+    if (curve.number == instance.number)
+        return false;
+    ++m_lost;
+    const uint32_t number = instance.number;
+    instance = curve;
+    instance.number = number;
+    return true;
+}
+
+size_t Instances::setAside() const
+{
+    size_t count = m_lost;
+    for (const Instance& instance : m_all) {
+        count += !instance.isSound;
+        for (const Link& link : instance.links)
+            count += instance.isSound && !holds(link);
+    }
+    return count;
+}
+
+} // namespace Vs::Translate::Salvage

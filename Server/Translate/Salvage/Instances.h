@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Server/Translate/Salvage/EntityRules.h"
+#include "Server/Translate/Salvage/StepText.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace Vs::Translate::Salvage {
+
+/// One reference of an instance to another.
+struct Link
+{
+    uint32_t target = 0;         ///< The number that stands there.
+    Role role = Role::Count;     ///< What the target has to be; Count for anything.
+    bool mayMiss = false;        ///< One of a list that does with fewer.
+    uint32_t begin = 0, end = 0; ///< Where it stands in the text.
+};
+
+struct Instance
+{
+    uint32_t number = 0;
+    std::string_view text;
+    std::string_view entity; ///< Of a complex one the first.
+    Roles roles;
+    std::vector<Link> links;
+    bool isSound = false;
+};
+
+/// What a damaged file holds, each instance judged first by itself and then by what it refers to: what is
+/// unsound is set aside, and with it what can't do without it.
+class Instances
+{
+public:
+    /// The bytes must outlive this.
+    explicit Instances(std::string_view bytes);
+
+    const std::vector<Instance>& all() const { return m_all; }
+    /// Null if there is no sound instance of that number.
+    const Instance* find(uint32_t number) const;
+    /// Whether another instance can stand where the link's target is gone: one that says nothing of its own.
+    static bool canBeReplaced(const Instance& instance, const Link& link);
+    /// Whether a link leads to what it has to.
+    bool holds(const Link& link) const;
+    /// Pieces, statements and members of lists that were set aside, of whatever kind.
+    size_t setAside() const;
+    /// What no instance has as its number, nor any above it.
+    uint32_t freeNumber() const { return m_free; }
+
+private:
+    void add(const StepStatement& statement);
+    bool becomesItsCurve(Instance& instance);
+    bool settle(Instance& instance);
+    void settleAll();
+    void dropUnplaced();
+
+    std::vector<Instance> m_all;
+    std::unordered_map<uint32_t, size_t> m_byNumber;
+    size_t m_lost = 0;
+    uint32_t m_free = 1;
+};
+
+} // namespace Vs::Translate::Salvage
