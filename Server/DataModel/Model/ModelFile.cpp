@@ -1,8 +1,7 @@
 #include "Server/DataModel/Model/ModelFile.h"
 
-#include "Server/Base/Strings.h"
-#include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Model/MeshArrays.h"
+#include "Server/DataModel/Model/PackedTree.h"
 #include "Server/DataModel/Model/PlainFile.h"
 
 #include <algorithm>
@@ -18,8 +17,9 @@ namespace Vs {
 struct ModelFile::Header
 {
     static constexpr char kMagic[8] = {'Q', 'L', 'T', 'M', 'O', 'D', 'E', 'L'};
-    /// The layout that is written; the first, without the vertices of exact shapes, is read as well.
-    static constexpr uint32_t kVersion = 2;
+    /// The layout that is written. The first, without the vertices of exact shapes, and the second, with a
+    /// tree of fixed sizes, are read as well.
+    static constexpr uint32_t kVersion = 3;
 
     char magic[8];
     uint32_t version;
@@ -34,161 +34,12 @@ struct ModelFile::Header
 
 namespace {
 
-// Runs of numbers are stored behind their count; this reads them back and never leaves the file's bounds.
-class Reader
-{
-public:
-    Reader(const char* begin, const char* end) : m_at(begin), m_end(end) {}
-
-    void bytes(void* target, size_t size)
-    {
-        if (size > static_cast<size_t>(m_end - m_at))
-            throw std::runtime_error("it ends too early");
-        // No numbers are in no array.
-        if (size > 0)
-            std::memcpy(target, m_at, size);
-        m_at += size;
-    }
-    template <class T>
-    T value()
-    {
-        T result;
-        bytes(&result, sizeof result);
-        return result;
-    }
-    // A count of things that take at least `size` bytes each.
-    size_t count(size_t size)
-    {
-        const uint64_t result = value<uint64_t>();
-        if (result > static_cast<size_t>(m_end - m_at) / size)
-            throw std::runtime_error("it holds an impossible count");
-        return result;
-    }
-    /// Where it lies; so it must lie as its kind of numbers may.
-    template <class T>
-    std::span<const T> run()
-    {
-        const size_t size = count(sizeof(T));
-        const char* begin = m_at;
-        m_at += size * sizeof(T);
-        return {reinterpret_cast<const T*>(begin), size};
-    }
-    std::string text()
-    {
-        std::string result(count(1), '\0');
-        bytes(result.data(), result.size());
-        return result;
-    }
-    std::wstring wideText() { return Strings::widen(text()); }
-
-private:
-    const char* m_at;
-    const char* m_end;
-};
-
-class Packer
-{
-public:
-    template <class T>
-    void value(const T& value)
-    {
-        m_bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
-    }
-    template <class T>
-    void run(const std::vector<T>& values)
-    {
-        value<uint64_t>(values.size());
-        m_bytes.append(reinterpret_cast<const char*>(values.data()), values.size() * sizeof(T));
-    }
-    void text(std::string_view text)
-    {
-        value<uint64_t>(text.size());
-        m_bytes.append(text);
-    }
-    void text(std::wstring_view text) { this->text(Strings::narrow(text)); }
-    const std::string& bytes() const { return m_bytes; }
-
-private:
-    std::string m_bytes;
-};
-
-// A tree from outside may be of any depth; ours never come near this one.
-constexpr int kDeepestTree = 1000;
 // Places of numbers in a model are multiples of this.
 constexpr uint64_t kAlignment = 16;
 // The box around a mesh, before its numbers.
 constexpr size_t kBoxSize = 6 * sizeof(double);
 
-void pack(Packer& packer, const PartTree::Node& node)
-{
-    packer.text(node.id);
-    packer.text(node.name);
-    packer.value(node.placement.entry);
-    packer.value<uint8_t>(node.colour.has_value());
-    packer.value(node.colour.value_or(Colour{}));
-    packer.value(node.body);
-    packer.value<uint8_t>(node.visible);
-    packer.value<uint64_t>(node.children.size());
-    for (const PartTree::Node& child : node.children)
-        pack(packer, child);
-}
-
-class TreeReader
-{
-public:
-    TreeReader(Reader& reader, size_t bodies) : m_reader(reader), m_bodies(bodies) {}
-
-    std::vector<PartTree::Node> nodes(const std::string& parent, int depth)
-    {
-        if (depth > kDeepestTree)
-            throw std::runtime_error("its tree is too deep");
-        std::vector<PartTree::Node> nodes;
-        const size_t count = m_reader.count(kLeastNode);
-        // What each claims may be there, but not what all of them claim together.
-        nodes.reserve(std::min(count, kReserved));
-        int before = 0;
-        for (size_t i = 0; i < count; ++i) {
-            nodes.push_back(node(depth));
-            // Components are found by their ids, which lead from parent to child in this order.
-            const std::string& id = nodes.back().id;
-            const size_t begin = parent.empty() ? 0 : parent.size() + 1;
-            const int own = lastNumber(id);
-            if (!id.starts_with(parent) || id.rfind('/') + 1 != begin || own <= before)
-                throw std::runtime_error("its tree is out of order");
-            before = own;
-        }
-        return nodes;
-    }
-
-private:
-    // Of empty texts and nothing below.
-    static constexpr size_t kLeastNode =
-        3 * sizeof(uint64_t) + sizeof(GkMatrix3d::entry) + sizeof(Colour) + sizeof(int32_t) + 2;
-    static constexpr size_t kReserved = 256;
-
-    PartTree::Node node(int depth)
-    {
-        PartTree::Node node;
-        node.id = m_reader.text();
-        node.name = m_reader.wideText();
-        m_reader.bytes(node.placement.entry, sizeof node.placement.entry);
-        const bool coloured = m_reader.value<uint8_t>() != 0;
-        const Colour colour = m_reader.value<Colour>();
-        if (coloured)
-            node.colour = colour;
-        node.body = m_reader.value<int32_t>();
-        if (node.body < -1 || node.body >= static_cast<int64_t>(m_bodies))
-            throw std::runtime_error("a component shows a body that isn't there");
-        node.visible = m_reader.value<uint8_t>() != 0;
-        node.children = nodes(node.id, depth + 1);
-        return node;
-    }
-
-    Reader& m_reader;
-    size_t m_bodies;
-};
-
-MeshArrays meshAt(Reader& reader, bool hasVertexPoints)
+MeshArrays meshAt(PackedReader& reader, bool hasVertexPoints)
 {
     MeshArrays mesh;
     mesh.positions = reader.run<float>();
@@ -305,7 +156,7 @@ PartTree ModelFile::tree() const
 
 ModelFile::Header ModelFile::header() const
 {
-    return Reader(m_data, m_data + sizeof(Header)).value<Header>();
+    return PackedReader(m_data, m_data + sizeof(Header)).value<Header>();
 }
 
 uint64_t ModelFile::hash() const
@@ -330,7 +181,7 @@ ModelFile::Index ModelFile::readIndex() const
 {
     const Header header = this->header();
     Index index;
-    Reader reader(m_data + header.indexPlace, m_data + header.kernelPlace);
+    PackedReader reader(m_data + header.indexPlace, m_data + header.kernelPlace);
     const size_t bodies = reader.count(sizeof(Colour));
     for (size_t i = 0; i < bodies; ++i) {
         PartTree::Body body;
@@ -342,7 +193,7 @@ ModelFile::Index ModelFile::readIndex() const
         const uint64_t size = reader.value<uint64_t>();
         index.meshes.emplace_back(place, size);
     }
-    index.tree.roots = TreeReader(reader, bodies).nodes({}, 0);
+    index.tree.roots = readTree(reader, bodies, header.version > 2 ? TreeLayout::Short : TreeLayout::Wide);
     const size_t warnings = reader.count(1);
     for (size_t i = 0; i < warnings; ++i)
         index.warnings.push_back(reader.wideText());
@@ -371,7 +222,7 @@ void ModelFile::checkMeshes() const
 MeshArrays ModelFile::arrays(size_t body) const
 {
     const auto [place, size] = m_meshes.at(body);
-    Reader reader(m_data + place + kBoxSize, m_data + place + size);
+    PackedReader reader(m_data + place + kBoxSize, m_data + place + size);
     return meshAt(reader, hasVertexPoints());
 }
 
@@ -484,14 +335,12 @@ void ModelFileWriter::writeIndex(const PartTree& tree, const std::vector<std::ws
         packer.value(m_meshes.at(i).first);
         packer.value(m_meshes.at(i).second);
     }
-    packer.value<uint64_t>(tree.roots.size());
-    for (const PartTree::Node& root : tree.roots)
-        pack(packer, root);
+    packTree(packer, tree.roots);
     packer.value<uint64_t>(warnings.size());
     for (const std::wstring& warning : warnings)
         packer.text(warning);
     m_indexPlace = m_position;
-    write(packer.bytes().data(), packer.bytes().size());
+    write(packer.packed().data(), packer.packed().size());
     m_kernelPlace = m_position;
     m_shownHash = XXH3_64bits_digest(m_hash);
     XXH3_64bits_reset(m_hash);

@@ -191,6 +191,7 @@ constexpr Reader kReaders[] = {
     {1, readVersion1},
     {2, readVersion2},
     {3, readVersion3},
+    {4, readVersion3}, // with models of the third layout, which older programs can't read
 };
 
 // Takes away the assets that nothing refers to any more, until none is left but those of a circle. Without

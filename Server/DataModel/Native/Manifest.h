@@ -16,7 +16,7 @@ namespace Vs::Native {
 struct Manifest
 {
     /// The layout that is written. Every older one is read; see the table in the .cpp.
-    static constexpr int kVersion = 3;
+    static constexpr int kVersion = 4;
 
     struct Asset
     {

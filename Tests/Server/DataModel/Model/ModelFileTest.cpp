@@ -126,6 +126,40 @@ TEST(ModelFile, ReadsBackWhatWasWritten)
     EXPECT_EQ(file->mesh(1), nullptr);
 }
 
+// Three boxes: one where it was made, one turned by 90 degrees, and a hidden red one that is only shifted.
+TEST(ModelFile, ATreeOfTheSecondLayoutIsReadAndWrittenAnewInLess)
+{
+    const TestSupport::ScratchFolder folder;
+    const auto old = ModelFile::open(QUILLET_TEST_FILES "/second-layout.model");
+    const PartTree tree = old->tree();
+    const std::string path = (folder.path() / "new.model").string();
+    ModelFileWriter writer(path);
+    writer.addMesh(old->mesh(0).get());
+    PartTree written = tree;
+    written.roots[2].placement.entry[3][0] = 0.5; // As no motion has it.
+    writer.writeIndex(written, {});
+    writer.addKernelData(old->kernelData());
+    writer.finish();
+    const PartTree again = ModelFile::open(path)->tree();
+    EXPECT_EQ(again.roots.at(2).placement.entry[3][0], 0.5);
+    for (const auto& roots : {tree.roots, again.roots}) {
+        ASSERT_EQ(roots.size(), 3u);
+        for (const PartTree::Node& each : roots) {
+            EXPECT_EQ(each.name, L"Box1");
+            EXPECT_EQ(each.body, 0);
+        }
+        EXPECT_TRUE(roots[0].placement.isEqualTo({}, {0, 0}));
+        EXPECT_NEAR(roots[1].placement.entry[1][0], 1, 1e-12);
+        EXPECT_EQ(roots[2].placement.entry[1][3], 20);
+        EXPECT_TRUE(roots[1].visible && !roots[2].visible);
+        EXPECT_TRUE(!roots[1].colour && roots[2].colour && roots[2].colour->r > roots[2].colour->g);
+    }
+    for (size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(again.roots[i].id, tree.roots[i].id);
+    EXPECT_LT(TestSupport::contentOf(path).size(),
+              TestSupport::contentOf(QUILLET_TEST_FILES "/second-layout.model").size() - 200);
+}
+
 TEST(ModelFile, AFlippedByteAnywhereIsNoticed)
 {
     const TestSupport::ScratchFolder folder;

@@ -87,7 +87,7 @@ protected:
 
 TEST_F(NativeBadInputTest, FilesOfOlderLayoutsOpenAndAreSavedInTheCurrentOne)
 {
-    const std::vector<Entry> current = changed("\"format\": 3", "\"format\": 2");
+    const std::vector<Entry> current = changed("\"format\": 4", "\"format\": 2");
     const std::string guid = "0f5e2b34-8a6c-4d1e-9b7f-123456789abc";
     writeFirstLayout("old.tdsn", guid, current[1].content);
     const std::string expected = digestOf(*open(scratch("sound.tdsn"))->activeAsset());
@@ -100,7 +100,7 @@ TEST_F(NativeBadInputTest, FilesOfOlderLayoutsOpenAndAreSavedInTheCurrentOne)
     ASSERT_NE(second, nullptr) << message();
     EXPECT_EQ(digestOf(*second->activeAsset()), expected);
     ASSERT_TRUE(save(second)) << message();
-    EXPECT_EQ(NativeFile::summary(second->path(), status)->formatVersion, 3);
+    EXPECT_EQ(NativeFile::summary(second->path(), status)->formatVersion, 4);
     EXPECT_EQ(readPackage(second->path())[0].name, "mimetype");
     DocumentMgr::get()->close(second);
 
@@ -118,7 +118,7 @@ TEST_F(NativeBadInputTest, FilesOfOlderLayoutsOpenAndAreSavedInTheCurrentOne)
     EXPECT_TRUE(save(document)) << message();
     EXPECT_TRUE(save(document)) << message();
     EXPECT_EQ(handler.asked, (std::vector<std::string>{"migrated", "migrated"}));
-    EXPECT_EQ(NativeFile::summary(document->path(), status)->formatVersion, 3);
+    EXPECT_EQ(NativeFile::summary(document->path(), status)->formatVersion, 4);
     EXPECT_EQ(digestOf(*reopen(document)->activeAsset()), expected);
 }
 
@@ -140,12 +140,12 @@ TEST_F(NativeBadInputTest, AModelOfTheFirstLayoutGetsItsVerticesFromTheExactShap
 
 TEST_F(NativeBadInputTest, AFileOfALaterProgramIsRefusedByItsVersion)
 {
-    std::vector<Entry> entries = changed("\"format\": 3", "\"format\": 4");
+    std::vector<Entry> entries = changed("\"format\": 4", "\"format\": 5");
     std::string& manifest = entries.back().content;
     const std::string ours = "\"" + SoftwareVersion::currentSoftwareVersion() + "\"";
     manifest.replace(manifest.find(ours), ours.size(), "\"7.3.1\"");
     expectRefused(entries, "7.3.1");
-    EXPECT_TRUE(status.matchingError("format 4"));
+    EXPECT_TRUE(status.matchingError("format 5"));
 }
 
 TEST_F(NativeBadInputTest, AFileThatIsCutAnywhereIsRefused)
@@ -242,7 +242,7 @@ TEST_F(NativeBadInputTest, AManifestThatDoesNotFitIsRefused)
     expectRefused(with("\"visible\": true", "\"visible\": false"), "belongs to none");
     expectRefused(with("\"references\": [", "\"references\": [\"6ba7b810-9dad-11d1-80b4-00c04fd430c8\""),
                   "refers to an asset");
-    expectRefused(with("\"format\": 3", "\"format\": \"two\""), "no valid number");
+    expectRefused(with("\"format\": 4", "\"format\": \"two\""), "no valid number");
     expectRefused(with("\"assets\": [", "\"Assets\": ["), "\"assets\"");
     expectRefused(with("{", ""), "table of contents");
     expectRefused({sound[0]}, "\"manifest.json\" is missing");
