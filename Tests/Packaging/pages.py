@@ -72,7 +72,8 @@ class Book(unittest.TestCase):
 
     def written(self, manual, folder):
         docs = pathlib.Path(folder, "docs")
-        docs.mkdir(exist_ok=True)
+        (docs / "pictures").mkdir(parents=True, exist_ok=True)
+        (docs / "erste-schritte.md").write_text("# Schritte\n", encoding="utf-8")
         (docs / "manual.md").write_text(manual, encoding="utf-8")
         (docs / "service.md").write_text("# Service\n", encoding="utf-8")
         return subprocess.run(["/usr/bin/python3", "-B", self.SOURCES / "Tools/Manual/book.py", BUILD / "root/bin/quillet", docs,
@@ -93,6 +94,14 @@ class Book(unittest.TestCase):
         saving = (self.FOLDER / "commands/SaveDocumentAsCommand.html").read_text(encoding="utf-8")
         for told in ("Ctrl+Shift+S", "File", "Path=", "VuCommands.SaveDocumentAs"):
             self.assertIn(told, saving)
+
+    def test_its_pictures_are_those_that_the_program_draws(self):
+        with tempfile.TemporaryDirectory(prefix="quillet-pictures-") as folder:
+            output(BUILD / "root/bin/quillet", "--headless", "--replay", self.SOURCES / "Docs/pictures/pictures.txt", "--set",
+                   f"out={folder}")
+            drawn = {picture.name: picture.read_bytes()[16:24] for picture in pathlib.Path(folder).iterdir()}
+        kept = {picture.name: picture.read_bytes()[16:24] for picture in (self.FOLDER / "pictures").iterdir()}
+        self.assertEqual(drawn, kept, "in name and size; what shows in them may change with the program")
 
     def test_a_link_that_leads_nowhere_is_an_error(self):
         with tempfile.TemporaryDirectory(prefix="quillet-book-") as folder:

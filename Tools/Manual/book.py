@@ -3,7 +3,7 @@
 
     book.py PROGRAM DOCS FOLDER MENUS...
 
-MENUS are the descriptions of the program's menus. DOCS has manual.md and service.md. FOLDER gets these as HTML, reference.html, and
+MENUS are the descriptions of the program's menus. DOCS has what people wrote, with its pictures. FOLDER gets these as HTML, reference.html, and
 one page for each command in commands/, which help opens while the command runs. A link that leads nowhere ends it with an error.
 """
 
@@ -13,6 +13,7 @@ import html.parser
 import itertools
 import pathlib
 import re
+import shutil
 import sys
 import urllib.parse
 import xml.etree.ElementTree
@@ -34,15 +35,17 @@ pre { background: #8882; padding: 0.7rem 1rem; overflow-x: auto; border-radius: 
 pre code { background: none; padding: 0; }
 img { max-width: 100%; }
 """
-PAGES = (("manual.html", "Manual"), ("reference.html", "Reference"), ("service.html", "Item service"))
+PAGES = (("manual.html", "Manual"), ("reference.html", "Reference"), ("service.html", "Item service"),
+         ("erste-schritte.html", "Erste Schritte"))
+GERMAN = {"erste-schritte"}
 
 Place = collections.namedtuple("Place", "menu keys")
 
 
-def page(title, body, above=""):
+def page(title, body, above="", language="en"):
     """A whole page; `above` leads from its folder to that of the others."""
     links = " · ".join(f'<a href="{above}{file}">{name}</a>' for file, name in PAGES)
-    return (f'<!DOCTYPE html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n<title>{html.escape(title)} – Quillet</title>\n'
+    return (f'<!DOCTYPE html>\n<html lang="{language}">\n<head>\n<meta charset="utf-8">\n<title>{html.escape(title)} – Quillet</title>\n'
             f'<meta name="viewport" content="width=device-width">\n<style>{STYLE}</style>\n</head>\n<body>\n<nav>{links}</nav>\n'
             f"{body}\n</body>\n</html>\n")
 
@@ -57,9 +60,9 @@ def written(source):
     toc = markdown.extensions.toc.TocExtension(slugify=slug)
     body = markdown.markdown(text, extensions=["tables", "fenced_code", "sane_lists", toc], output_format="html5")
     # Pages lead to each other; what stays in the sources is named without a link.
-    body = re.sub(r'href="(?:Docs/)?(manual|service)\.md(#[^"]*)?"', r'href="\1.html\2"', body)
+    body = re.sub(r'href="(?:Docs/)?(manual|service|erste-schritte)\.md(#[^"]*)?"', r'href="\1.html\2"', body)
     body = re.sub(r'<a href="([^"#:]*\.(?:md|yaml|txt))(?:#[^"]*)?">(.*?)</a>', r"\2", body)
-    return page(text.splitlines()[0].lstrip("# "), body)
+    return page(text.splitlines()[0].lstrip("# "), body, language="de" if source.stem in GERMAN else "en")
 
 
 def places(menus):
@@ -169,8 +172,10 @@ def main(program, docs, folder, *menus):
     for old in folder.rglob("*.html"):
         old.unlink()
     (folder / "commands").mkdir(parents=True, exist_ok=True)
-    for name in ("manual", "service"):
-        (folder / f"{name}.html").write_text(written(docs / f"{name}.md"), encoding="utf-8")
+    for source in docs.glob("*.md"):
+        (folder / f"{source.stem}.html").write_text(written(source), encoding="utf-8")
+    shutil.rmtree(folder / "pictures", ignore_errors=True)
+    shutil.copytree(docs / "pictures", folder / "pictures", ignore=shutil.ignore_patterns("*.txt"))
     definitions = sorted(texts.listed(program, "definitions"), key=lambda each: (each["title"].lower(), each["id"]))
     lines, found = texts.lines(program), places(menus)
     for each in definitions:
