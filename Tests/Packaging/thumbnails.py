@@ -117,16 +117,32 @@ class Thumbnails(unittest.TestCase):
             self.assertEqual(side_of(self.picture), 200)
         self.assertEqual(list(self.folder.glob(f"{self.picture.name}.*")), [], "nothing is left beside the picture")
 
-    def test_a_drawing_program_that_hangs_is_ended_with_the_thumbnailer(self):
-        place = self.folder / "hanging/bin"
+    def beside(self, program):
+        """A thumbnailer that has another program beside it to draw with."""
+        place = self.folder / self._testMethodName / "bin"
         place.mkdir(parents=True)
         shutil.copy(ROOT / "bin/quillet-thumbnailer", place)
         (place.parent / "lib").symlink_to(ROOT / "lib")
-        hanging = place / "quillet"
+        (place / "quillet").write_text(program, encoding="utf-8")
+        (place / "quillet").chmod(0o755)
+        return place / "quillet-thumbnailer"
+
+    def test_a_drawing_program_that_wants_too_much_memory_gets_none(self):
+        for gigabytes, code in ((1, 0), (4, 1)):
+            thumbnailer = self.beside("#!/usr/bin/python3\nimport shutil, sys\n"
+                                      f"much = bytearray({gigabytes} << 30)\nshutil.copy({str(self.some_picture())!r}, sys.argv[-1])\n")
+            ran = subprocess.run([thumbnailer, self.model, self.picture, "128"], env={"HOME": "/nowhere"}, capture_output=True)
+            self.assertEqual(ran.returncode, code, ran.stderr)
+            shutil.rmtree(thumbnailer.parents[1])
+
+    def some_picture(self):
+        with zipfile.ZipFile(self.document) as package:
+            return package.extract("thumbnail.png", self.folder)
+
+    def test_a_drawing_program_that_hangs_is_ended_with_the_thumbnailer(self):
         mark = self.folder / "hangs"
-        hanging.write_text(f"#!/bin/sh\necho $$ >{mark}\nexec sleep 600\n", encoding="utf-8")
-        hanging.chmod(0o755)
-        with subprocess.Popen([place / "quillet-thumbnailer", self.model, self.picture, "128"], env={"HOME": "/nowhere"}) as ran:
+        thumbnailer = self.beside(f"#!/bin/sh\necho $$ >{mark}\nexec sleep 600\n")
+        with subprocess.Popen([thumbnailer, self.model, self.picture, "128"], env={"HOME": "/nowhere"}) as ran:
             while not (mark.exists() and mark.read_text().strip()):
                 time.sleep(0.02)
             ran.kill()
