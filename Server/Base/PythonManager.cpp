@@ -103,6 +103,30 @@ std::wstring PythonManager::runString(const std::wstring& code, Status& status)
                    [&](PythonBackend& backend) { return backend.runString(Strings::narrow(code), status); });
 }
 
+bool PythonManager::consoleLine(const std::wstring& line, Status& status)
+{
+    assertMainThread();
+    bool goesOn = false;
+    guarded(status, [&](PythonBackend& backend) {
+        goesOn = backend.consoleLine(Strings::toBytes(line), status);
+        m_exitCode = backend.exitCode();
+        return std::wstring();
+    });
+    return goesOn;
+}
+
+std::vector<std::wstring> PythonManager::completions(const std::wstring& beginning)
+{
+    std::vector<std::wstring> all;
+    Status ignored;
+    guarded(ignored, [&](PythonBackend& backend) {
+        for (const std::string& each : backend.completions(Strings::toBytes(beginning)))
+            all.push_back(Strings::fromBytes(each));
+        return std::wstring();
+    });
+    return all;
+}
+
 void PythonManager::runTranscript(const std::wstring& path, const ScriptSteps& steps, Status& status)
 {
     assertMainThread();

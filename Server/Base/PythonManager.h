@@ -42,6 +42,12 @@ public:
     /// The same for a piece of code; its name in messages is `<string>`. Names that it defines stay for the
     /// next call.
     std::wstring runString(const std::wstring& code, Status& status);
+    /// A line that a person types, with the names of runString and what an expression gives printed. What
+    /// goes wrong is printed as well, and only sys.exit is an error. Returns whether the statement goes on in
+    /// the next line.
+    bool consoleLine(const std::wstring& line, Status& status);
+    /// What the last word of this beginning of such a line may be.
+    [[nodiscard]] std::vector<std::wstring> completions(const std::wstring& beginning);
     /// The same for a file that is played as a transcript: its statements are run one by one, each may fail
     /// by itself, and its errors are left to the caller to tell.
     void runTranscript(const std::wstring& path, const ScriptSteps& steps, Status& status);

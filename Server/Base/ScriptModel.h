@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,6 +32,9 @@ public:
     [[nodiscard]] virtual uint64_t revision() = 0;
     /// Forgets which components were added until now.
     virtual void forgetAdded() = 0;
+    /// Has `heard` called with "model", "document" or "selection" when something of it has changed: when the
+    /// line that did it is at its end, and once for all that it did.
+    virtual void listen(std::function<void(const char*)> heard) = 0;
     /// The mesh of a component's body, in its own coordinates. The component is named as the line
     /// Script.Component does with /Id. Throws Vs::Exception.
     [[nodiscard]] virtual std::vector<Buffer> mesh(const std::wstring& component) = 0;

@@ -44,6 +44,7 @@ constexpr OptionRow kOptions[] = {
     {"replay", "FILE", "Run a transcript of text lines."},
     {"script", "FILE", "Run a Python script."},
     {"console", nullptr, "Read text lines from standard input."},
+    {"python", nullptr, "Read Python from standard input; on a terminal as Python's own console."},
     {"keep-going", nullptr, "Go on after a line that failed; the exit code still tells of it."},
     {"echo", nullptr, "Print each line before its answer."},
     {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts; quillet.parameters of scripts."},
@@ -106,6 +107,8 @@ bool stepKind(const QString& option, Step::Kind& kind)
         kind = Step::Kind::Script;
     else if (option == QLatin1String("console"))
         kind = Step::Kind::Console;
+    else if (option == QLatin1String("python"))
+        kind = Step::Kind::Python;
     else
         return false;
     return true;
@@ -260,8 +263,9 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
         }
         if (!stepKind(option, kind))
             continue;
-        const QString value =
-            kind == Step::Kind::Console ? QString() : parser.values(option).value(seen[option]++);
+        const QString value = kind == Step::Kind::Console || kind == Step::Kind::Python
+                                  ? QString()
+                                  : parser.values(option).value(seen[option]++);
         result.steps.push_back({kind, bytesOf(value)});
     }
     for (const QString& setting : parser.values(QStringLiteral("set"))) {

@@ -16,6 +16,7 @@ struct Step
         Replay,  ///< `text` is the path of a transcript.
         Script,  ///< `text` is the path of a Python script.
         Console, ///< Lines from standard input.
+        Python,  ///< Python from standard input.
     };
     Kind kind;
     std::string text;

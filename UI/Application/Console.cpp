@@ -1,9 +1,11 @@
 #include "UI/Application/Console.h"
 
+#include "Server/Base/PythonManager.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TextCompletion.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptSecrets.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "UI/Application/LineRunner.h"
@@ -69,7 +71,8 @@ void runTerminal(LineRunner& runner, const std::string& historyFile)
             for (const std::wstring& one : Vs::TextCompletion::complete(wide, wide.size()))
                 candidates.push_back(Vs::Strings::toBytes(one));
             return candidates;
-        }};
+        },
+        [] { return "quillet> "; }};
     const Vs::SiblingLibrary editor("libQuilletTerminal.so");
     editor.function<decltype(&quilletRunTerminal)>("quilletRunTerminal")(terminal);
 }
@@ -130,11 +133,74 @@ private:
     bool m_goOn = true;
 };
 
+bool isTerminal()
+{
+    return isatty(STDIN_FILENO) && isatty(STDOUT_FILENO);
+}
+
+bool runPythonPipe(LineRunner& runner)
+{
+    std::string code;
+    char buffer[1 << 16];
+    while (waitForInput()) {
+        const ssize_t count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count > 0)
+            code.append(buffer, static_cast<size_t>(count));
+        else if (count == 0 || (errno != EINTR && errno != EAGAIN))
+            break;
+    }
+    Vs::Status status;
+    Vs::TranscriptMgr::Run run;
+    Vs::PythonManager::get()->runString(Vs::Strings::fromBytes(code), status);
+    if (const std::wstring left = run.end(); !left.empty())
+        status.addError(left);
+    runner.flush();
+    return status.isOk() || runner.fail(Vs::Strings::narrow(status.toString()));
+}
+
+void runPythonTerminal(LineRunner& runner, const std::string& historyFile)
+{
+    const Vs::TranscriptMgr::Run run;
+    Vs::PythonManager* python = Vs::PythonManager::get();
+    bool goesOn = false;
+    Terminal terminal;
+    terminal.historyFile = historyFile;
+    terminal.wait = &waitForInput;
+    terminal.run = [&](const std::string& text) {
+        Vs::Status status;
+        goesOn = python->consoleLine(Vs::Strings::fromBytes(text), status);
+        // Whoever leaves by sys.exit has told how.
+        terminal.ended = status.isError() || Vu::Application::get()->exiting();
+        runner.flush();
+        return text;
+    };
+    terminal.complete = [&](const std::string& beginning) {
+        std::vector<std::string> candidates;
+        for (const std::wstring& one : python->completions(Vs::Strings::fromBytes(beginning)))
+            candidates.push_back(Vs::Strings::toBytes(one));
+        return candidates;
+    };
+    terminal.prompt = [&] { return goesOn ? "... " : ">>> "; };
+    // The first line shall not wait for the interpreter.
+    Vs::Status status;
+    python->consoleLine({}, status);
+    const Vs::SiblingLibrary editor("libQuilletTerminal.so");
+    editor.function<decltype(&quilletRunTerminal)>("quilletRunTerminal")(terminal);
+}
+
 } // namespace
+
+bool runPythonConsole(LineRunner& runner, const std::string& historyFile)
+{
+    if (!isTerminal())
+        return runPythonPipe(runner);
+    runPythonTerminal(runner, historyFile);
+    return true;
+}
 
 bool runConsole(LineRunner& runner, const std::string& historyFile)
 {
-    if (!isatty(STDIN_FILENO) || !isatty(STDOUT_FILENO))
+    if (!isTerminal())
         return PipeConsole(runner).run();
     runTerminal(runner, historyFile);
     return true;

@@ -11,4 +11,7 @@ class LineRunner;
 /// Returns whether the run may go on.
 bool runConsole(LineRunner& runner, const std::string& historyFile);
 
+/// The same for Python. What comes from a pipe or a file is run as one script.
+bool runPythonConsole(LineRunner& runner, const std::string& historyFile);
+
 } // namespace Quillet

@@ -79,10 +79,10 @@ bool handFilesOver(const CommandLine& line)
     return handOver(all);
 }
 
-std::string historyFile()
+std::string historyFile(const char* name)
 {
     try {
-        const boost::filesystem::path file = Vs::PathInfo::optionsDirectory() / "console_history";
+        const boost::filesystem::path file = Vs::PathInfo::optionsDirectory() / name;
         // The line editor would make it for all to read.
         if (!boost::filesystem::exists(file))
             Vs::OwnFiles::write(file, {});
@@ -123,7 +123,10 @@ void runSteps(const CommandLine& line, LineRunner& runner)
             goOn = runner.runScript(step.text, scriptArguments);
             break;
         case Step::Kind::Console:
-            goOn = runConsole(runner, historyFile());
+            goOn = runConsole(runner, historyFile("console_history"));
+            break;
+        case Step::Kind::Python:
+            goOn = runPythonConsole(runner, historyFile("python_history"));
             break;
         }
         if (!goOn)
@@ -153,8 +156,9 @@ void takeReferenceMode(const std::string& mode)
 
 bool readsConsole(const CommandLine& line)
 {
-    return std::any_of(line.steps.begin(), line.steps.end(),
-                       [](const Step& step) { return step.kind == Step::Kind::Console; });
+    return std::any_of(line.steps.begin(), line.steps.end(), [](const Step& step) {
+        return step.kind == Step::Kind::Console || step.kind == Step::Kind::Python;
+    });
 }
 
 int runWorkspace(const CommandLine& line)

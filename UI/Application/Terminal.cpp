@@ -8,7 +8,6 @@
 namespace Quillet {
 namespace {
 
-constexpr const char* kPrompt = "quillet> ";
 constexpr int kHistoryLength = 1000;
 
 /// The line editor calls plain functions, which find their console here while it runs.
@@ -37,8 +36,8 @@ public:
 
     void run()
     {
-        rl_callback_handler_install(kPrompt, &lineRead);
-        while (!m_ended && m_terminal.wait())
+        rl_callback_handler_install(m_terminal.prompt(), &lineRead);
+        while (!m_ended && !m_terminal.ended && m_terminal.wait())
             rl_callback_read_char();
         rl_callback_handler_remove();
     }
@@ -58,7 +57,8 @@ private:
         const std::string kept = s_running->m_terminal.run(line);
         if (!kept.empty())
             add_history(kept.c_str());
-        rl_callback_handler_install(kPrompt, &lineRead);
+        if (!s_running->m_terminal.ended)
+            rl_callback_handler_install(s_running->m_terminal.prompt(), &lineRead);
     }
 
     static char** complete(const char*, int, int end)

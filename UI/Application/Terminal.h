@@ -17,6 +17,9 @@ struct Terminal
     std::function<std::string(const std::string& line)> run;
     /// What the last word of this beginning of a line may be.
     std::function<std::vector<std::string>(const std::string& beginning)> complete;
+    /// Asked before each line.
+    std::function<const char*()> prompt;
+    bool ended = false; ///< Set within `run`, it ends the console.
 };
 
 } // namespace Quillet

@@ -24,6 +24,7 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <pybind11/stl.h>
 #include <tuple>
 #include <utility>
 
@@ -87,6 +88,31 @@ sys.stderr = sys.__stderr__ = _Stream(_write_error, 2, '<stderr>')
 sys.stdin = sys.__stdin__ = (open(0, encoding='utf-8', errors='surrogateescape', closefd=False) if _reads_input
                              else io.TextIOWrapper(io.BytesIO(), encoding='utf-8'))
 signal.signal(signal.SIGINT, signal.default_int_handler)
+)";
+
+/// The console on a terminal: as Python's own, but for the line editor.
+constexpr const char* kConsole = R"(
+import builtins, code, keyword, re, sys
+
+class _Console(code.InteractiveConsole):
+    def runcode(self, code):
+        super().runcode(code)
+        sys.stdout.flush()
+
+def console(names):
+    if 'quillet' not in names:
+        exec('import quillet\nfrom quillet import design', names)
+    return _Console(locals=names).push
+
+def completions(names, beginning):
+    word = re.search(r'[\w.]*$', beginning).group()
+    # What the line editor takes for one word with it.
+    before = re.split(r'[ \t"\\\'`@$><=;|&{(]', beginning[:len(beginning) - len(word)])[-1]
+    of, dot, start = word.rpartition('.')
+    # Of numbers and of what isn't there yet there is nothing to tell.
+    there = dir(eval(of, names)) if dot else [*names, *dir(builtins), *keyword.kwlist]
+    return sorted({before + of + dot + one for one in there if one.startswith(start)
+                   and (start or dot) and (start.startswith('_') or not one.startswith('_'))})
 )";
 
 /// Finds the modules of the areas for a Python that isn't the program's own, after all others: a module that
@@ -216,6 +242,8 @@ Interpreter::Interpreter(std::function<void()> end) : m_end(std::move(end))
 void Interpreter::end()
 {
     m_ended = true;
+    if (m_held->listens)
+        tellNoChanges();
     m_held->closingDownFunctions = py::list();
     m_end();
 }
@@ -236,6 +264,8 @@ void Interpreter::offerAreas()
 Interpreter::~Interpreter()
 {
     PyEval_RestoreThread(m_resting);
+    if (m_held->listens)
+        tellNoChanges();
     if (threadsEnded()) {
         m_held = nullptr;
         Py_FinalizeEx();
@@ -305,6 +335,19 @@ void Interpreter::makeQuilletModule()
     module.def(
         "areas", [] { return CommandModules::names(); }, "The names of all subject areas.");
     addModelQuestions(module);
+    module.def(
+        "listen",
+        [this](const py::function& heard) {
+            m_held->listens = true;
+            tellChanges(heard, [this](py::error_already_set& error) {
+                Status status;
+                tell(error, "quillet.on", Traceback::Printed, status);
+                if (status.isError())
+                    m_streams.write(ScriptStreams::Kind::Error, Strings::narrow(status.toString()) + '\n');
+                m_streams.flush();
+            });
+        },
+        "Has a function called with \"model\", \"document\" or \"selection\" after each change of it.");
     if (m_end)
         return;
     const py::module_ sys = py::module_::import("sys");
@@ -387,6 +430,41 @@ std::wstring Interpreter::runString(const std::string& code, Status& status)
     if (m_held->console.contains("result"))
         PyDict_DelItemString(m_held->console.ptr(), "result");
     return run(code, "<string>", m_held->console, Traceback::Silent, status);
+}
+
+bool Interpreter::consoleLine(const std::string& line, Status& status)
+{
+    const Lock lock;
+    try {
+        const Interruptible scope("console");
+        updateModules();
+        if (!m_held->push) {
+            py::dict names;
+            execute(kConsole, names);
+            m_held->push = names["console"](m_held->console);
+            m_held->complete = names["completions"];
+        }
+        const bool goesOn = m_held->push(pythonText(Strings::fromBytes(line))).cast<bool>();
+        m_streams.flush();
+        return goesOn;
+    } catch (py::error_already_set& error) {
+        tell(error, "<console>", Traceback::Printed, status);
+        m_streams.flush();
+        return false;
+    }
+}
+
+std::vector<std::string> Interpreter::completions(const std::string& beginning)
+{
+    const Lock lock;
+    try {
+        if (m_held->complete)
+            return m_held->complete(m_held->console, pythonText(Strings::fromBytes(beginning)))
+                .cast<std::vector<std::string>>();
+    } catch (const std::exception&) {
+        // What can't be completed is left as it is.
+    }
+    return {};
 }
 
 std::wstring Interpreter::run(const std::string& code, const std::string& name, const py::dict& globals,

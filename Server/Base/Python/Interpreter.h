@@ -34,6 +34,8 @@ public:
                          Status& status) override;
     void runStatements(const std::string& path, const ScriptSteps& steps, Status& status) override;
     std::wstring runString(const std::string& code, Status& status) override;
+    bool consoleLine(const std::string& line, Status& status) override;
+    std::vector<std::string> completions(const std::string& beginning) override;
     void* callCommand(TextCommand& command, void* arguments, void* keywords) override;
     void* makeModule(TextCommandSubjectArea& area) override;
     bool closingDown(Status& status) override;
@@ -64,7 +66,9 @@ private:
         pybind11::object commandError;
         pybind11::object module;
         pybind11::list closingDownFunctions;
-        pybind11::dict console; ///< The names of runString.
+        pybind11::dict console;          ///< The names of runString.
+        pybind11::object push, complete; ///< Of the console, from its first line on.
+        bool listens = false;
         std::unique_ptr<CommandModules> modules;
     };
 

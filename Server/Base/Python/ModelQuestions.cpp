@@ -2,6 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/Python/Arguments.h"
+#include "Server/Base/Python/Interruptible.h"
 #include "Server/Base/ScriptModel.h"
 
 #include <utility>
@@ -61,6 +62,24 @@ void addModelQuestions(py::module_& module)
             return all;
         },
         "The buffers of a component's mesh.");
+}
+
+void tellChanges(const py::function& heard, const std::function<void(py::error_already_set&)>& failed)
+{
+    model().listen([heard, failed](const char* what) {
+        const Lock lock;
+        try {
+            heard(what);
+        } catch (py::error_already_set& error) {
+            failed(error);
+        }
+    });
+}
+
+void tellNoChanges()
+{
+    if (ScriptModel* found = ScriptModel::get())
+        found->listen([](const char*) {});
 }
 
 } // namespace Vs::Python

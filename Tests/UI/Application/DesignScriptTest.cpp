@@ -273,4 +273,64 @@ sys.exit(3)
     EXPECT_EQ(result.output, "the application has come to its end\n");
 }
 
+TEST_F(DesignScriptTest, FunctionsAreToldOfChangesOnceALineIsAtItsEnd)
+{
+    const ProcessResult result = holds(R"(
+told = []
+@quillet.on('model')
+def model():
+    told.append(('model', len(quillet.model().children)))
+quillet.on('selection', lambda: quillet.active_document() and told.append(('selection', len(quillet.selection))))
+quillet.on('document', lambda: told.append('document'))
+def told_of(line):
+    told.clear()
+    quillet.run(line)
+    return [each for each in told if each != 'document']
+assert told_of('Design.Box 1 2 3') == [('model', 1)]
+assert told_of('Design.Pattern Box1 X 5 4') == [('model', 4)]
+assert told_of('Script.Select Box1:1 Box1:2') == [('selection', 2)]
+assert told_of('Camera.ZoomIn') == []
+told.clear()
+quillet.new_document()
+assert 'document' in told and ('selection', 0) in told
+assert told_of('Script.Select') == []
+design.box(1, 1, 1)
+assert told_of('Script.Select Box1') == [('selection', 1)]
+quillet.active_document().close(discard=True)
+quillet.documents()[0].activate()
+assert told_of('VuCommands.UndoCmd')[-1] == ('model', 1)
+quillet.off('model', model)
+assert told_of('VuCommands.RedoCmd') == []
+refused(lambda: quillet.on('weather', model), 'weather', 'closing', error=ValueError)
+quillet.on('model', lambda: 1 / 0)
+assert len(quillet.model().children) == 4 and told_of('Design.Box 1 1 1') == []
+)");
+    EXPECT_NE(result.errors.find("ZeroDivisionError"), std::string::npos) << result.errors;
+}
+
+TEST_F(DesignScriptTest, PythonIsReadFromStandardInput)
+{
+    const ProcessResult result =
+        runQuillet({"--headless", "--python"},
+                   {.input = "import quillet\nfor size in (1, 2):\n    quillet.new_document()\n"
+                             "print(len(quillet.documents()))\n"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, "2\n");
+    const ProcessResult failed = runQuillet({"--headless", "--python"}, {.input = "x = 1\nprint(x / 0)\n"});
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_NE(failed.errors.find(":2: ZeroDivisionError"), std::string::npos) << failed.errors;
+    // On a terminal it is a console.
+    const ProcessResult typed = TestSupport::runProcess(
+        "/usr/bin/script",
+        {"-q", "-c",
+         (TestSupport::runningTree() / "bin" / "quillet").string() + " --headless --python --profile-dir " +
+             (folder.path() / "profile").string(),
+         "/dev/null"},
+        {.input = "quillet.new_document()\nfor i in range(2):\n  made = design.box(1, 1, "
+                  "1)\n\n10 + len(quillet.docum\t())\n"
+                  "1 / 0\nimport sys\nsys.exit(3)\n"});
+    for (const char* text : {">>> ", "... ", "Document(session=", "\n11\r\n", "ZeroDivisionError"})
+        EXPECT_NE(typed.output.find(text), std::string::npos) << text << " in " << typed.output;
+}
+
 } // namespace

@@ -7,12 +7,18 @@
 #include "Server/Component/ComponentIds.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
+#include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/SessionEvents.h"
 
 #include <boost/uuid/uuid_io.hpp>
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace Vu {
 
@@ -29,7 +35,10 @@ Buffer bufferOf(const char* name, const std::vector<Number>& numbers, size_t col
 }
 
 /// Follows the changes of models from the first question of a script on.
-class Watch : public Vs::AssetEventSite, public Vs::ScriptModel
+class Watch : public Vs::AssetEventSite,
+              public SessionEventSite,
+              public Vs::SelectionSetSite,
+              public Vs::ScriptModel
 {
 public:
     static Watch& get()
@@ -53,6 +62,14 @@ public:
         begin();
         m_added.clear();
     }
+    void listen(std::function<void(const char*)> heard) override
+    {
+        begin();
+        if (!m_heard)
+            SessionEventSource::get()->subscribe(this);
+        m_heard = std::move(heard);
+        followSelection();
+    }
     std::vector<Buffer> mesh(const std::wstring& component) override;
 
     const std::vector<std::string>& added(const Vs::Asset& asset) const
@@ -68,11 +85,56 @@ private:
             Vs::AssetEventSource::get()->subscribe(this);
         m_follows = true;
     }
-    void assetCreated(Vs::AssetEvent*) override { ++m_revision; }
-    void assetRenamed(Vs::AssetEvent*) override { ++m_revision; }
-    void assetComponentsChanged(Vs::ComponentsEvent* event) override
+    /// What happened is told when the line is at its end: in the middle of a change nobody can ask a model.
+    void happened(const char* what)
+    {
+        if (!m_heard || std::find(m_told.begin(), m_told.end(), what) != m_told.end())
+            return;
+        m_told.push_back(what);
+        if (m_told.size() == 1)
+            Application::get()->deferredTasks()->post([this] {
+                for (const char* each : std::exchange(m_told, {}))
+                    m_heard(each);
+            });
+    }
+    void changed(const char* what)
     {
         ++m_revision;
+        happened(what);
+    }
+    void followSelection()
+    {
+        Vs::SelectionSet* now = ActiveAssetUtils::selectionSet();
+        if (now == m_selection)
+            return;
+        if (m_selection)
+            m_selection->unsubscribe(this);
+        m_selection = now;
+        if (m_selection)
+            m_selection->subscribe(this);
+    }
+    void currentSessionChanged(SessionEvent*) override
+    {
+        followSelection();
+        happened(kDocument);
+        happened(kSelection);
+    }
+    void sessionPostActivateForAsset(SessionEvent*) override { followSelection(); }
+    void sessionClosed(SessionEvent* event) override
+    {
+        // Its selection goes with it.
+        if (m_selection && m_selection == &event->assetSession()->selectionManager()->selectionSet()) {
+            m_selection->unsubscribe(this);
+            m_selection = nullptr;
+        }
+    }
+    void selectionSetChanged() override { happened(kSelection); }
+    void assetCreated(Vs::AssetEvent*) override { changed(kDocument); }
+    void assetRenamed(Vs::AssetEvent*) override { changed(kDocument); }
+    void assetDirtyChanged(Vs::AssetEvent*) override { happened(kDocument); }
+    void assetComponentsChanged(Vs::ComponentsEvent* event) override
+    {
+        changed(kModel);
         const Vs::ComponentsEvent::Changes& changes = event->changes();
         if (changes.all || event->asset() != m_addedTo)
             m_added.clear();
@@ -85,7 +147,7 @@ private:
     }
     void assetClosed(Vs::AssetEvent* event) override
     {
-        ++m_revision;
+        changed(kDocument);
         if (event->asset() == m_addedTo) {
             m_addedTo = nullptr;
             m_added.clear();
@@ -94,7 +156,14 @@ private:
             m_active = nullptr;
     }
 
+    static constexpr const char* kModel = "model";
+    static constexpr const char* kDocument = "document";
+    static constexpr const char* kSelection = "selection";
+
     bool m_follows = false;
+    std::function<void(const char*)> m_heard;
+    std::vector<const char*> m_told; ///< What waits to be told.
+    Vs::SelectionSet* m_selection = nullptr;
     uint64_t m_revision = 1;
     const Vs::Asset* m_active = nullptr;
     const Vs::Asset* m_addedTo = nullptr;

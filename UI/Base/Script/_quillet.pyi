@@ -23,6 +23,9 @@ def parameters() -> Dict[str, str]:
 def on_closing_down(function: Callable[[], object]) -> None:
     """Has a function called before the application closes; if it returns False, the application stays."""
 
+def listen(function: Callable[[str], object]) -> None:
+    """Has a function called with "model", "document" or "selection" after each change of it."""
+
 def revision() -> int:
     """A number that is another one after each change of a model."""
 
