@@ -122,8 +122,8 @@ bool saysAll(const TextCommand& command)
 
 PythonSignature::PythonSignature(const TextCommand& command)
 {
-    const std::string help = Strings::narrow(command.help());
-    for (const std::wstring& flag : TextCompletion::flagsOf(command.help()))
+    const std::string help = Strings::narrow(command.usage());
+    for (const std::wstring& flag : TextCompletion::flagsOf(command.usage()))
         flags.push_back(Strings::narrow(flag.substr(1)));
     if (command.format().empty()) {
         UsageReader usage(help);

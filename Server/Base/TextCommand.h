@@ -106,6 +106,8 @@ public:
     const std::wstring& area() const { return m_area; }
     const std::wstring& name() const { return m_name; }
     const std::wstring& help() const { return m_help; }
+    /// The help text as to what a line takes, with what a command takes beside it.
+    virtual std::wstring usage() const { return m_help; }
     const std::string& format() const { return m_format; }
     bool runsInUI() const { return m_runsInUI; }
     bool visible() const { return m_visible; }

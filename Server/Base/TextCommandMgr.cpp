@@ -106,7 +106,7 @@ struct TextCommandMgr::Data
             (parameters.m_flags.empty() && parameters.m_parameters.empty()))
             return {};
         if (!entry.usage)
-            entry.usage.emplace(command.help());
+            entry.usage.emplace(command.usage());
         const TextUsage& usage = *entry.usage;
         if (known)
             for (std::wstring& flag : known->m_flags) {

@@ -149,7 +149,7 @@ std::vector<std::wstring> TextCompletion::complete(std::wstring_view line, size_
         return {};
     std::vector<std::wstring> candidates;
     if (word.raw.starts_with(L'/'))
-        for (const std::wstring& flag : flagsOf(command->help()))
+        for (const std::wstring& flag : flagsOf(command->usage()))
             if (istarts_with(flag, word.raw))
                 candidates.push_back(flag);
     if (const auto names = firstParameters().find(std::wstring(name));
@@ -180,7 +180,8 @@ size_t TextCompletion::wordStart(std::wstring_view line, size_t cursor)
 std::wstring TextCompletion::placeholders(const TextCommand& command)
 {
     // Some texts tell it at the end, as "Usage: Area.Name <filename>".
-    std::wstring_view help = command.help();
+    const std::wstring usage = command.usage();
+    std::wstring_view help = usage;
     const std::wstring usage = L"Usage: " + command.area() + L'.' + command.name();
     if (const size_t at = help.find(usage); at != std::wstring_view::npos)
         help.remove_prefix(at + usage.size());

@@ -24,7 +24,8 @@ public:
 struct ReadingOptions
 {
     bool annotations = true;
-    bool salvage = false; ///< It is damaged: only what is sound of it, where the format can tell.
+    bool salvage = false;  ///< It is damaged: only what is sound of it, where the format can tell.
+    bool isStrict = false; ///< It is refused if it is damaged.
 };
 
 /// A file that was read: its model, and what is still to be done.

@@ -6,6 +6,7 @@
 #include "Server/Translate/StepActor.h"
 #include "Server/Translate/StepReferences.h"
 
+#include <Interface_InterfaceModel.hxx>
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_ExternFile.hxx>
 #include <STEPCAFControl_Reader.hxx>
@@ -97,40 +98,91 @@ bool holds(std::string_view text, std::initializer_list<std::string_view> words)
     return false;
 }
 
+std::shared_ptr<StepReader> makeReader()
+{
+    auto reader = std::make_shared<StepReader>();
+    reader->SetColorMode(true);
+    reader->SetNameMode(true);
+    reader->SetGDTMode(false);
+    reader->SetLayerMode(true);
+    reader->SetPropsMode(false);
+    return reader;
+}
+
+bool load(StepReader& reader, const std::string& path, std::string_view bytes, Reporter& reporter)
+{
+    ReportingBuffer buffer(bytes, reporter);
+    std::istream stream(&buffer);
+    return reader.ChangeReader().ReadStream(path.c_str(), stream) == IFSelect_RetDone;
+}
+
+/// Whether the kernel missed anything in an entity, as a reference that leads nowhere, or doesn't know it. It
+/// goes on without, and says nothing, or stumbles over it later.
+bool lacksAnything(StepReader& reader)
+{
+    const Handle(Interface_InterfaceModel) model = reader.Reader().WS()->Model();
+    for (int i = 1; i <= model->NbEntities(); ++i)
+        if (model->IsErrorEntity(i) || model->IsUnknownEntity(i))
+            return true;
+    return false;
+}
+
+/// A file as far as the kernel has loaded it.
+struct Loaded
+{
+    std::shared_ptr<StepReader> reader = makeReader();
+    std::string salvaged; ///< What was loaded instead of the file's own text; empty for none.
+};
+
+/// Loads the file, or what is sound of it.
+Loaded loadSound(const std::string& path, std::string_view file, const ReadingOptions& options,
+                 Reading& reading, Reporter& reporter)
+{
+    Loaded loaded;
+    bool isWhole = false;
+    if (!options.salvage) {
+        reporter.stage("reading the file", 0.0, 0.35);
+        isWhole = load(*loaded.reader, path, file, reporter);
+        if (isWhole && !lacksAnything(*loaded.reader))
+            return loaded;
+    }
+    reporter.stage("looking for what is sound", 0.0, 0.0);
+    Salvage::Salvaged sound = Salvage::salvage(file);
+    if (isWhole && !sound.wasDamaged)
+        return loaded;
+    if (options.salvage && !sound.wasDamaged)
+        throw Unreadable("has no damage that can be seen");
+    if (options.isStrict && sound.wasDamaged)
+        throw Unreadable("is damaged" + (sound.losses.empty() ? "" : ": it lacks " + sound.losses));
+    reporter.stage("reading what is sound", 0.0, 0.35);
+    loaded.reader = makeReader();
+    if (sound.text.empty() && isWhole)
+        throw Unreadable("is damaged, and nothing that could be shown is sound");
+    if (sound.text.empty() || !load(*loaded.reader, path, sound.text, reporter))
+        throw Unreadable("isn't a valid STEP file: its text can't be understood");
+    // Another version may make more of it.
+    reporter.dependsOn({});
+    reading.warnings.push_back("is damaged, and was read without what is unsound in it" +
+                               (sound.losses.empty() ? "" : ": it lacks " + sound.losses));
+    reading.warnings.insert(reading.warnings.end(), sound.warnings.begin(), sound.warnings.end());
+    loaded.salvaged = std::move(sound.text);
+    return loaded;
+}
+
 } // namespace
 
 Reading readStep(const std::string& path, const ReadingOptions& options, Reporter& reporter)
 {
     Reading reading;
     reading.model = std::make_unique<Kernel::XdeModel>();
-    const auto reader = std::make_shared<StepReader>();
-    reader->SetColorMode(true);
-    reader->SetNameMode(true);
-    reader->SetGDTMode(false);
-    reader->SetLayerMode(true);
-    reader->SetPropsMode(false);
-
+    std::shared_ptr<StepReader> reader;
     bool annotated = false, tessellated = false;
     {
         const MappedFile file(path);
-        std::string_view bytes = file.bytes();
-        Salvage::Salvaged sound;
-        if (options.salvage) {
-            reporter.stage("looking for what is sound", 0.0, 0.0);
-            sound = Salvage::salvage(bytes);
-            if (sound.text.empty())
-                throw Unreadable(sound.wasDamaged ? "has nothing that is sound"
-                                                  : "has no damage that can be seen");
-            bytes = sound.text;
-            reading.warnings = std::move(sound.warnings);
-        }
-        reporter.stage("reading the file", 0.0, 0.35);
-        ReportingBuffer buffer(bytes, reporter);
-        std::istream stream(&buffer);
-        const IFSelect_ReturnStatus status = reader->ChangeReader().ReadStream(path.c_str(), stream);
-        if (status != IFSelect_RetDone)
-            throw Unreadable("isn't a valid STEP file: its text can't be understood");
-        annotated = options.annotations && !options.salvage &&
+        const Loaded loaded = loadSound(path, file.bytes(), options, reading, reporter);
+        reader = loaded.reader;
+        const std::string_view bytes = loaded.salvaged.empty() ? file.bytes() : loaded.salvaged;
+        annotated = options.annotations && loaded.salvaged.empty() &&
                     holds(bytes.substr(0, 4096), {"AP242", "ap242", "MANAGED_MODEL_BASED"}) &&
                     holds(bytes, {"GEOMETRIC_TOLERANCE", "DIMENSIONAL_SIZE", "DIMENSIONAL_LOCATION", "DATUM",
                                   "DRAUGHTING_CALLOUT", "ANNOTATION"});

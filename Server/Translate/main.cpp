@@ -1,7 +1,7 @@
 // The worker: reads or writes one foreign file for the program that started it, and tells it over a pipe how
 // that goes. It may crash or be killed at any time; nothing of the program goes with it.
 //
-//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--salvage] [LIMITS]
+//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--salvage | --strict] [LIMITS]
 //     quillet-translate-FAMILY renew FORMAT DATA MODEL [LIMITS]
 //     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [--document=NAME]
 //         [--software=NAME] [LIMITS]
@@ -67,6 +67,8 @@ bool parse(const std::vector<std::string>& arguments, Task& task)
             task.reading.annotations = false;
         else if (argument == "--salvage")
             task.reading.salvage = true;
+        else if (argument == "--strict")
+            task.reading.isStrict = true;
         else if (argument.starts_with("--memory="))
             task.memory = number(argument.substr(9));
         else if (argument.starts_with("--written="))

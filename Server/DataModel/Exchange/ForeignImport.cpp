@@ -107,6 +107,8 @@ void ForeignImport::startWorker(ImportCache& cache)
         arguments.push_back("--no-annotations");
     if (m_firstFault)
         arguments.push_back("--salvage");
+    else if (m_isStrict)
+        arguments.push_back("--strict");
     m_worker =
         std::make_unique<Worker>(workerOf(m_format), std::move(arguments), WorkerLimits::forFile(m_size));
 }
@@ -123,8 +125,8 @@ void ForeignImport::keep(ImportCache& cache)
                            const auto changed = std::filesystem::last_write_time(other, ignored);
                            return !other.empty() && (ignored || changed < m_started);
                        });
-    // The next kernel may read the annotations, or the damaged file, that this one can't.
-    if (m_withoutAnnotations || m_firstFault || !known) {
+    // The next kernel may read the annotations that this one can't.
+    if (m_withoutAnnotations || !known) {
         auto model = ModelFile::open(m_scratch);
         std::filesystem::remove(m_scratch, ignored);
         takeModel(std::move(model));
@@ -142,7 +144,8 @@ bool ForeignImport::tryAgain(ImportCache& cache)
     const bool died = end == Worker::End::Crashed || end == Worker::End::Stalled;
     if (died && !m_withoutAnnotations && m_worker->step().find("annotations") != std::string::npos) {
         m_withoutAnnotations = true;
-    } else if ((died || end == Worker::End::Failed) && m_format == Format::Step && !m_isStrict && !m_firstFault) {
+    } else if ((died || end == Worker::End::Failed) && m_format == Format::Step && !m_isStrict &&
+               !m_firstFault) {
         m_firstFault = fault();
     } else {
         return false;

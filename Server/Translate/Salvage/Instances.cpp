@@ -56,10 +56,11 @@ void Instances::add(const StepStatement& statement)
     if (isNew) {
         m_all.push_back(std::move(instance));
     } else {
-        // Of two with one number the first that is sound.
         ++m_lost;
         if (!m_all[place->second].isSound)
             m_all[place->second] = std::move(instance);
+        else if (instance.isSound)
+            m_spares.try_emplace(statement.number, std::move(instance));
     }
     if (m_all[place->second].isSound)
         m_free = std::max(m_free, statement.number + 1);
@@ -95,7 +96,7 @@ bool Instances::settle(Instance& instance)
     for (const Link& link : instance.links) {
         const bool isGood = holds(link) || canBeReplaced(instance, link);
         if (!isGood && !link.mayMiss) {
-            instance.isSound = becomesItsCurve(instance);
+            instance.isSound = becomesItsCurve(instance) || becomesItsSpare(instance);
             return false;
         }
         hadSome |= link.mayMiss;
@@ -103,6 +104,16 @@ bool Instances::settle(Instance& instance)
     }
     instance.isSound = hasSome || !hadSome;
     return instance.isSound;
+}
+
+/// Of two with one number the first that is sound.
+bool Instances::becomesItsSpare(Instance& instance)
+{
+    const auto spare = m_spares.extract(instance.number);
+    if (spare.empty())
+        return false;
+    instance = std::move(spare.mapped());
+    return true;
 }
 
 /// A curve on surfaces, with curves in their parameters, can do with itself alone.

@@ -53,12 +53,14 @@ public:
 private:
     void add(const StepStatement& statement);
     bool becomesItsCurve(Instance& instance);
+    bool becomesItsSpare(Instance& instance);
     bool settle(Instance& instance);
     void settleAll();
     void dropUnplaced();
 
     std::vector<Instance> m_all;
     std::unordered_map<uint32_t, size_t> m_byNumber;
+    std::unordered_map<uint32_t, Instance> m_spares; ///< Further ones of numbers that stand there twice.
     size_t m_lost = 0;
     uint32_t m_free = 1;
 };

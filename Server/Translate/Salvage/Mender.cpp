@@ -67,19 +67,29 @@ std::unordered_set<uint32_t> Mender::linkedBy(Role role) const
 
 void Mender::countFaces()
 {
+    std::unordered_map<uint32_t, uint32_t> owners; // Of shells, sound or not.
+    for (const Instance& instance : m_instances.all())
+        for (const Link& link : instance.links)
+            if (link.role == Role::Shell)
+                owners[link.target] = instance.number;
     for (const Instance& instance : m_instances.all()) {
-        if (!instance.isSound)
-            continue;
-        m_hasShapes |= is(instance, Role::Face);
-        if (!is(instance, Role::Shell))
-            continue;
-        Loss& loss = m_ofShell[instance.number];
+        m_hasShapes |= instance.isSound && is(instance, Role::Face);
+        Loss loss;
         for (const Link& link : instance.links) {
             if (link.role != Role::Face)
                 continue;
             ++loss.all;
-            loss.lost += !m_instances.holds(link);
+            loss.lost += !instance.isSound || !m_instances.holds(link);
         }
+        if (loss.all == 0)
+            continue;
+        m_ofShell[instance.number] = loss;
+        if (loss.lost == 0)
+            continue;
+        const auto owner = owners.find(instance.number);
+        Loss& ofPart = m_losses[partOf(owner == owners.end() ? instance.number : owner->second)];
+        ofPart.lost += loss.lost;
+        ofPart.all += loss.all;
     }
 }
 
@@ -94,9 +104,6 @@ void Mender::mendSolids()
             const auto found = m_ofShell.find(link.target);
             if (link.role != Role::Shell || found == m_ofShell.end() || found->second.lost == 0)
                 continue;
-            const std::string part = partOf(instance.number);
-            m_losses[part].lost += found->second.lost;
-            m_losses[part].all += found->second.all;
             const std::string name = '(' + std::string(1, '\'') + firstText(instance.text) + "',";
             if (is(instance, Role::Solid) && link.target == outer) {
                 m_replaced[instance.number] = "SHELL_BASED_SURFACE_MODEL" + name + listOf({outer}) + ')';

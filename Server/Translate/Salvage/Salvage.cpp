@@ -58,31 +58,30 @@ size_t lostPlacements(const Instances& instances)
     return std::max(occurrences, places);
 }
 
-std::vector<std::string> warningsOf(const Instances& instances, const Mender& mender)
+std::string lossesOf(const Instances& instances, const Mender& mender)
 {
     constexpr size_t kMostParts = 20;
-    std::vector<std::string> warnings, losses;
-    size_t further = 0;
+    std::vector<std::string> losses;
     for (const auto& [part, loss] : mender.losses()) {
         if (losses.size() == kMostParts) {
-            ++further;
-            continue;
+            losses.push_back("faces of " + counted(mender.losses().size() - kMostParts, "further part"));
+            break;
         }
         losses.push_back(std::to_string(loss.lost) + " of " + counted(loss.all, "face") + " of " +
                          nameFor(part));
     }
-    if (further > 0)
-        losses.push_back("faces of " + counted(further, "further part"));
     if (const size_t placements = lostPlacements(instances); placements > 0)
         losses.push_back(counted(placements, "placement"));
-    std::string cause = "is damaged, and was read without what is unsound in it";
-    if (!losses.empty())
-        cause += ": " + listed(losses) +
-                 (losses.size() == 1 && losses[0].starts_with("1 ") ? " was" : " were") + " left out";
-    warnings.push_back(cause);
-    if (mender.looseFaces() > 0)
-        warnings.push_back("has " + counted(mender.looseFaces(), "face") +
-                           " that belong to no part any more, and are shown as \"Salvaged\"");
+    return listed(losses);
+}
+
+std::vector<std::string> warningsOf(const Mender& mender)
+{
+    std::vector<std::string> warnings;
+    if (const size_t faces = mender.looseFaces(); faces > 0)
+        warnings.push_back("has " + counted(faces, "face") + (faces == 1 ? " that belongs" : " that belong") +
+                           " to no part any more, and " + (faces == 1 ? "is" : "are") +
+                           " shown as \"Salvaged\"");
     if (mender.lostUnits())
         warnings.push_back("doesn't say any more what its unit is: millimetres are assumed");
     return warnings;
@@ -95,8 +94,6 @@ Salvaged salvage(std::string_view file)
     const Instances instances(file);
     Salvaged result;
     result.wasDamaged = instances.setAside() > 0 || !isFramed(file);
-    if (!result.wasDamaged)
-        return result;
     Mender mender(instances);
     mender.mend();
     const std::string data = mender.data();
@@ -105,7 +102,8 @@ Salvaged salvage(std::string_view file)
     result.text = "ISO-10303-21;\nHEADER;\nFILE_DESCRIPTION((''),'2;1');\n"
                   "FILE_NAME('','',(''),(''),'','','');\nFILE_SCHEMA(('" +
                   schemaOf(file) + "'));\nENDSEC;\nDATA;\n" + data + "ENDSEC;\nEND-ISO-10303-21;\n";
-    result.warnings = warningsOf(instances, mender);
+    result.losses = lossesOf(instances, mender);
+    result.warnings = warningsOf(mender);
     return result;
 }
 

@@ -60,6 +60,8 @@ Vs::Document* activeDocument()
 class TextCmdDocumentOpen : public DirectTextCommand<kOpen>
 {
 public:
+    std::wstring usage() const override { return L"<filename> [/Strict] Opens a document"; }
+
     TextCommandResult execute(const TextCommandParameters& parameters) override
     {
         if (parameters.parameters() == 0)

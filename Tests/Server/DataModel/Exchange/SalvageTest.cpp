@@ -1,0 +1,213 @@
+// STEP files that are damaged: what is sound of them opens, and nothing is lost or changed without a word.
+
+#include "Server/Base/Strings.h"
+#include "Server/Body/Body.h"
+#include "Server/Body/BodyMesh.h"
+#include "Server/DataModel/TranslatorFileRecognizer.h"
+#include "Tests/Server/DataModel/Fixture.h"
+#include "Tests/Support/Seed.h"
+
+#include <boost/algorithm/string.hpp>
+
+#include <map>
+#include <random>
+#include <regex>
+
+using namespace Vs;
+
+namespace {
+
+/// The statements of a file by their numbers, which can be changed one by one.
+class StepFile
+{
+public:
+    explicit StepFile(const std::string& text)
+    {
+        const size_t data = text.find("DATA;");
+        m_head = text.substr(0, data + 5);
+        const std::regex statement("#([0-9]+) *= *((?:'[^']*'|[^';])*);");
+        for (std::sregex_iterator each(text.begin() + long(data), text.end(), statement), end; each != end;
+             ++each)
+            m_statements[std::stoi((*each)[1])] = (*each)[2];
+    }
+
+    std::string& operator[](int number) { return m_statements.at(number); }
+    void remove(int number) { m_statements.erase(number); }
+    /// The n-th statement of the entity, from 0.
+    int find(const std::string& entity, int n = 0) const
+    {
+        // A complex instance has several, wherever its lines break.
+        const std::regex one(entity + "\\([^]*"), ofSeveral("\\([^]*\\b" + entity + "\\b[^]*");
+        for (const auto& [number, text] : m_statements)
+            if (std::regex_match(text, text[0] == '(' ? ofSeveral : one) && n-- == 0)
+                return number;
+        ADD_FAILURE() << "no " << entity;
+        return 0;
+    }
+    std::string text() const
+    {
+        std::string text = m_head + '\n';
+        for (const auto& [number, statement] : m_statements)
+            text += '#' + std::to_string(number) + '=' + statement + ";\n";
+        return text + "ENDSEC;\nEND-ISO-10303-21;\n";
+    }
+
+private:
+    std::string m_head;
+    std::map<int, std::string> m_statements;
+};
+
+size_t facesOf(const Asset& asset, const wchar_t* part)
+{
+    const Component* const component = partNamed(asset, part);
+    return component ? component->body->mesh()->faces.size() : 0;
+}
+
+} // namespace
+
+class SalvageTest : public DataModelTest
+{
+protected:
+    SalvageTest()
+    {
+        EXPECT_TRUE(save(boxAndCylinder(), scratch("whole.stp")));
+        whole = contentOf(scratch("whole.stp"));
+        volume = volumeOf(*boxAndCylinder());
+    }
+
+    /// Opens the text as a file and returns its model; null if it doesn't open.
+    Asset* opened(const std::string& text)
+    {
+        Document* const document = open(write("damaged" + std::to_string(++files) + ".stp", text));
+        return document ? document->activeAsset() : nullptr;
+    }
+    std::string said() const { return Strings::narrow(status.toString()); }
+
+    std::string whole;
+    double volume = 0;
+    int files = 0;
+};
+
+TEST_F(SalvageTest, APartLosesTheFaceThatIsUnsoundAndTheOthersStayAsTheyAre)
+{
+    const std::pair<const char*, std::function<void(StepFile&)>> damages[] = {
+        {"a face is gone", [](StepFile& file) { file.remove(file.find("ADVANCED_FACE")); }},
+        {"its surface is a point",
+         [](StepFile& file) {
+             std::string& face = file[file.find("ADVANCED_FACE")];
+             face = std::regex_replace(face, std::regex("#[0-9]+(?=,\\.[TF]\\.\\)$)"),
+                                       '#' + std::to_string(file.find("CARTESIAN_POINT")));
+         }},
+        {"a type is misspelt",
+         [](StepFile& file) { boost::replace_first(file[file.find("FACE_BOUND")], "FACE_B", "FACE_8"); }}};
+    for (const auto& [name, damage] : damages) {
+        SCOPED_TRACE(name);
+        StepFile file(whole);
+        damage(file);
+        Asset* const asset = opened(file.text());
+        ASSERT_NE(asset, nullptr) << said();
+        EXPECT_EQ(facesOf(*asset, L"Red box") + facesOf(*asset, L"Turned cylinder"), 8u) << said();
+        EXPECT_NE(said().find("1 of "), std::string::npos) << said();
+        EXPECT_NE(said().find("is damaged"), std::string::npos) << said();
+    }
+}
+
+TEST_F(SalvageTest, WhatIsOnlyWrittenBadlyIsWholeAgain)
+{
+    const StepFile file(whole);
+    const std::string text = file.text();
+    const auto replaced = [&](const std::string& from, const std::string& to) {
+        return boost::replace_first_copy(text, from, to);
+    };
+    const std::pair<const char*, std::string> damages[] = {
+        {"no header", "ISO-10303-21;\n" + text.substr(text.find("DATA;"))},
+        {"no end", text.substr(0, text.find("ENDSEC;\nEND-ISO"))},
+        {"no semicolon", replaced(";\n#" + std::to_string(file.find("PRODUCT_CONTEXT")),
+                                  "\n#" + std::to_string(file.find("PRODUCT_CONTEXT")))},
+        {"a statement twice", replaced("#" + std::to_string(file.find("PLANE")) + "=",
+                                       "#" + std::to_string(file.find("PLANE")) + "=PLANE('',#999999);\n#" +
+                                           std::to_string(file.find("PLANE")) + "=")},
+        {"a lost quote", replaced("=PRODUCT_CONTEXT('", "=PRODUCT_CONTEXT(")},
+        {"no uncertainty", replaced("UNCERTAINTY_MEASURE_WITH_UNIT(", "UNCERTAINTY_MEASURE_WITH_UNlT(")}};
+    for (const auto& [name, damaged] : damages) {
+        SCOPED_TRACE(name);
+        Asset* const asset = opened(damaged);
+        ASSERT_NE(asset, nullptr) << said();
+        EXPECT_NEAR(volumeOf(*asset), volume, 1e-5 * volume) << said();
+        EXPECT_TRUE(partNamed(*asset, L"Red box") && partNamed(*asset, L"Turned cylinder"));
+    }
+}
+
+TEST_F(SalvageTest, WhatIsLeftAloneIsShownAsSalvaged)
+{
+    StepFile file(whole);
+    file.remove(file.find("CLOSED_SHELL"));
+    Asset* asset = opened(file.text());
+    ASSERT_NE(asset, nullptr) << said();
+    EXPECT_NE(said().find("are shown as \"Salvaged\""), std::string::npos) << said();
+    EXPECT_EQ(
+        facesOf(*asset, L"Salvaged") + facesOf(*asset, L"Red box") + facesOf(*asset, L"Turned cylinder"), 9u);
+
+    // A solid that no product shows any more is a solid all the same.
+    StepFile other(whole);
+    other.remove(other.find("SHAPE_DEFINITION_REPRESENTATION"));
+    other.remove(other.find("SHAPE_DEFINITION_REPRESENTATION"));
+    asset = opened(other.text());
+    ASSERT_NE(asset, nullptr) << said();
+    EXPECT_NEAR(volumeOf(*asset), volume, 1e-5 * volume);
+}
+
+TEST_F(SalvageTest, LostUnitsAreToldAndMillimetresTaken)
+{
+    StepFile file(whole);
+    for (const std::regex lengths("LENGTH_UNIT\\(\\)"); std::regex_search(file.text(), lengths);)
+        file.remove(file.find("LENGTH_UNIT"));
+    Asset* const asset = opened(file.text());
+    ASSERT_NE(asset, nullptr) << said();
+    EXPECT_NEAR(volumeOf(*asset), volume, 1e-5 * volume);
+    EXPECT_NE(said().find("millimetres are assumed"), std::string::npos) << said();
+}
+
+TEST_F(SalvageTest, AStrictOpeningRefusesAndASecondOneWarnsAgain)
+{
+    StepFile file(whole);
+    file.remove(file.find("ADVANCED_FACE"));
+    const std::wstring path = write("face.stp", file.text());
+    TranslatorOpenOptions options;
+    options.fileName(path);
+    options.isStrict(true);
+    TranslatorContext context;
+    context.open(true);
+    status = {};
+    TranslatorFileRecognizer recognizer("", false);
+    recognizer.recognize();
+    EXPECT_FALSE(recognizer.translator(path)->open(options, context, status));
+    EXPECT_TRUE(status.isError() && said().find("face.stp") != std::string::npos) << said();
+    EXPECT_NE(said().find("is damaged: it lacks 1 of "), std::string::npos) << said();
+    // It isn't taken for sound by any later opening.
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_NE(open(path), nullptr) << said();
+        EXPECT_NE(said().find("is damaged"), std::string::npos) << said();
+    }
+}
+
+TEST_F(SalvageTest, WhateverIsDamagedIsAnsweredAndNothingIsInvented)
+{
+    std::mt19937 random(TestSupport::seed());
+    const auto number = [&](int least, int most) {
+        return std::uniform_int_distribution<int>(least, most)(random);
+    };
+    for (int i = 0; i < 40; ++i) {
+        std::string text = whole;
+        for (int n = number(1, 20); n > 0; --n)
+            text[size_t(number(0, int(text.size()) - 1))] = char(number(' ', '~'));
+        Asset* const asset = opened(text);
+        EXPECT_EQ(asset == nullptr, status.isError()) << said();
+        if (!asset)
+            continue;
+        size_t faces = 0;
+        for (const Component* component : componentsOf(*asset))
+            faces += component->body ? component->body->mesh()->faces.size() : 0;
+        EXPECT_LE(faces, 9u) << said();
+    }
+}
