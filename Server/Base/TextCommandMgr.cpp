@@ -1,6 +1,7 @@
 #include "Server/Base/TextCommandMgr.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/LineCoverage.h"
 #include "Server/Base/Private/TextLine.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
@@ -38,6 +39,7 @@ struct TextCommandMgr::Data
                               const TextCommandParameters& parameters)
     {
         TextCommand& command = *entry.command;
+        LineCoverage::count(command.area(), command.name());
         TextCommandObserver* const told = depth == 0 ? observer : nullptr;
         if (!told)
             return executeChecked(entry, parameters);

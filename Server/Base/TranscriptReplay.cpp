@@ -49,8 +49,10 @@ std::wstring firstCommand(const std::wstring& path)
         std::wstring line;
         while (file.next(line)) {
             TextLine words(line);
-            if (words.skipBlanks() && line[words.position()] != L'#')
-                return std::wstring(words.plainWord());
+            if (words.skipBlanks() && line[words.position()] != L'#') {
+                const std::wstring word(words.plainWord());
+                return word.starts_with(L"!") ? word.substr(1) : word;
+            }
         }
     } catch (const Exception&) {
         // It can't be read, or has a line that is longer than any of a transcript.
@@ -229,7 +231,16 @@ private:
             return;
         }
         ++m_result.lines;
-        const TextCommandResult answer = answerOf(m_line);
+        const bool mustFail = takeMark(m_line);
+        TextCommandResult answer{};
+        try {
+            const std::optional<std::wstring> reason = mustFail ? takeReason(m_line) : std::nullopt;
+            answer = answerOf(m_line);
+            if (mustFail)
+                answer = judged(answer, reason.value_or(std::wstring()));
+        } catch (const Exception& error) {
+            answer = {1, error.message()};
+        }
         if (answer.first != 0)
             failed(number, answer.second);
         else if (!answer.second.empty())
@@ -242,6 +253,48 @@ private:
     {
         TextLine words(line);
         return !words.skipBlanks() || line[words.position()] == L'#';
+    }
+
+    /// Takes the mark of a line that has to fail off it. Returns whether there was one.
+    static bool takeMark(std::wstring& line)
+    {
+        TextLine words(line);
+        if (!words.skipBlanks() || line[words.position()] != L'!')
+            return false;
+        const size_t at = words.position();
+        line.erase(0, at + 1);
+        return true;
+    }
+
+    /// Takes the last word off the line, if it is in double quotes: a part of the reason for which the line
+    /// has to fail.
+    static std::optional<std::wstring> takeReason(std::wstring& line)
+    {
+        const size_t end = line.find_last_not_of(L" \t");
+        if (end == std::wstring::npos || line[end] != L'"')
+            return std::nullopt;
+        TextLine words(line);
+        size_t start = 0;
+        std::wstring last;
+        while (words.skipBlanks()) {
+            start = words.position();
+            static_cast<void>(words.next(last));
+        }
+        if (line[start] != L'"')
+            return std::nullopt;
+        line.erase(start);
+        return substituteParameters(last, TranscriptMgr::get()->parameters());
+    }
+
+    /// What a line that has to fail gave, as a line that is as it has to be.
+    static TextCommandResult judged(const TextCommandResult& answer, const std::wstring& reason)
+    {
+        if (answer.first == 0)
+            return {1, L"The line was to fail, and has done what it says."};
+        if (answer.second.find(reason) == std::wstring::npos)
+            return {1, L"The line was to fail for another reason, \"" + reason + L"\". It has failed: " +
+                           answer.second};
+        return {0, {}};
     }
 
     /// Fills the line in and runs it.

@@ -34,8 +34,9 @@ struct CommandLine
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for in transcripts.
     std::string profileDirectory;                  ///< Empty: the user's own directories.
     std::string stubsDirectory;                    ///< Where type stubs are written to; empty for nowhere.
-    std::string references;                        ///< compare, fill or update; empty for the default.
-    TestRun test;                                  ///< With a folder, the run is this and nothing else.
+    std::string coverageFile; ///< Where it is written what the run has tried; empty for nowhere.
+    std::string references;   ///< compare, fill or update; empty for the default.
+    TestRun test;             ///< With a folder, the run is this and nothing else.
     bool headless = false;
     bool handOver = false; ///< The files go to the window that runs already, if there is one.
     bool autorun = true;

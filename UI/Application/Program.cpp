@@ -12,6 +12,7 @@
 #include "Server/Base/TranscriptSecrets.h"
 #include "Server/DataModel/DocumentOpener.h"
 #include "UI/Application/Console.h"
+#include "UI/Application/Coverage.h"
 #include "UI/Application/HandOverReceiver.h"
 #include "UI/Application/LineRunner.h"
 #include "UI/Application/Lists.h"
@@ -255,8 +256,12 @@ int runProgram(CommandLine line, int& count, char** arguments)
         return kExitUsage;
 
     int code = kExitOk;
+    if (!line.coverageFile.empty())
+        Coverage::begin();
     try {
         code = lists ? runLists(line) : runWorkspace(line);
+        if (!line.coverageFile.empty())
+            Coverage::write(line.coverageFile);
     } catch (...) {
         end();
         throw;

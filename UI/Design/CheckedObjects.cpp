@@ -1,14 +1,22 @@
 #include "UI/Design/CheckedObjects.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
+#include "Server/Body/BodyProperties.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Measure/BodyParts.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "UI/Design/Localized.h"
 
+#include <boost/format.hpp>
+
+#include <algorithm>
+#include <cmath>
 #include <set>
+#include <stdexcept>
 
 namespace Vu::Design {
 namespace {
@@ -31,6 +39,15 @@ BBox boxOf(const CheckedObjects::Occurrence& occurrence)
     for (size_t i = 0; i + 2 < at.size(); i += 3)
         box.add(occurrence.placement * GkPoint3d(at[i], at[i + 1], at[i + 2]));
     return box;
+}
+
+Vs::BodyParts partsOf(const CheckedObjects::Occurrence& occurrence)
+{
+    try {
+        return Vs::bodyParts(*occurrence.component->body);
+    } catch (const std::runtime_error& error) {
+        throw Vs::Exception(occurrence.component->name + L": " + Vs::Strings::widen(error.what()));
+    }
 }
 
 } // namespace
@@ -140,6 +157,87 @@ std::vector<CheckedValue> CheckedObjects::counts() const
     return {{L"components", double(m_components.size())},
             {L"bodies", double(m_bodies.size())},
             {L"different bodies", double(shapes.size())}};
+}
+
+std::vector<CheckedValue> CheckedObjects::centres() const
+{
+    double volume = 0;
+    GkVector3d moment;
+    Vs::Status status;
+    BBox box;
+    for (const Occurrence& each : m_bodies) {
+        box.add(boxOf(each));
+        const auto own = Vs::bodyProperties(*each.component->body, status);
+        // A surface among solids weighs nothing.
+        if (!own || !own->closed)
+            continue;
+        const Vs::BodyProperties found = Vs::placed(*own, each.placement);
+        volume += found.volume;
+        moment = moment + found.volumeCentre.asVector() * found.volume;
+    }
+    if (!(volume > 0))
+        throw Vs::Exception(m_bodies.empty() ? localized("CheckNoBody", "There is no body to check.")
+                                             : localized("CheckNoSolid", "There is no solid to check."));
+    const GkVector3d centre = moment * (1 / volume);
+    const double tolerance = (m_choice.exact ? kExactTolerance : kTolerance) * box.diagonal();
+    return {{L"centre x", centre.x, 0, tolerance, L"mm"},
+            {L"centre y", centre.y, 0, tolerance, L"mm"},
+            {L"centre z", centre.z, 0, tolerance, L"mm"}};
+}
+
+std::vector<CheckedValue> CheckedObjects::parts() const
+{
+    double solids = 0, faces = 0, edges = 0;
+    for (const Occurrence& each : m_bodies) {
+        Vs::Status ignored;
+        if (const auto own = Vs::bodyProperties(*each.component->body, ignored))
+            solids += own->solids;
+        const Vs::BodyParts found = partsOf(each);
+        faces += static_cast<double>(found.faces.size());
+        edges += static_cast<double>(found.edges.size());
+    }
+    return {{L"solids", solids}, {L"faces", faces}, {L"edges", edges}};
+}
+
+std::vector<CheckedValue> CheckedObjects::freeEdges() const
+{
+    double free = 0, shared = 0, open = 0;
+    for (const Occurrence& each : m_bodies) {
+        const Vs::BodyParts found = partsOf(each);
+        std::vector<int> faces(found.edges.size());
+        for (const Vs::PartFacts& face : found.faces)
+            for (const uint32_t edge : face.bounds)
+                ++faces[edge];
+        free += static_cast<double>(std::count(faces.begin(), faces.end(), 1));
+        shared += static_cast<double>(std::count_if(faces.begin(), faces.end(), [](int n) { return n > 2; }));
+        Vs::Status ignored;
+        const auto own = Vs::bodyProperties(*each.component->body, ignored);
+        open += !own || !own->closed;
+    }
+    return {{L"free edges", free}, {L"edges of more than two faces", shared}, {L"open bodies", open}};
+}
+
+std::vector<CheckedValue> CheckedObjects::colours() const
+{
+    std::vector<CheckedValue> values;
+    for (const Occurrence& each : m_components) {
+        const Vs::Component& component = *each.component;
+        if (component.colour || component.body)
+            values.push_back({nameOf(L"colour", each),
+                              colourText(component.colour.value_or(component.body ? component.body->colour()
+                                                                                  : Vs::Colour()))});
+    }
+    if (values.empty())
+        throw Vs::Exception(localized("CheckNoColour", "There is nothing that has a colour."));
+    return values;
+}
+
+std::wstring colourText(const Vs::Colour& colour)
+{
+    const auto part = [](float value) { return std::lround(std::clamp(value, 0.0f, 1.0f) * 255); };
+    return (boost::wformat(L"#%02x%02x%02x%02x") % part(colour.r) % part(colour.g) % part(colour.b) %
+            part(colour.a))
+        .str();
 }
 
 } // namespace Vu::Design

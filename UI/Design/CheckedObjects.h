@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Body/BodyMesh.h"
 #include "Server/DataModel/Selection/ObjectPath.h"
 #include "Server/Geometry/GkMatrix3d.h"
 #include "UI/Base/Validation/ReferenceCheck.h"
@@ -42,6 +43,15 @@ public:
     std::vector<CheckedValue> areas() const;
     std::vector<CheckedValue> bounds() const;
     std::vector<CheckedValue> counts() const;
+    /// The centre of mass of all solids together.
+    std::vector<CheckedValue> centres() const;
+    /// How many solids, faces and edges the bodies have.
+    std::vector<CheckedValue> parts() const;
+    /// How many edges have one face alone, or more than two; and how many bodies enclose no space. Both are
+    /// 0 for what can be made.
+    std::vector<CheckedValue> freeEdges() const;
+    /// The colours that components have of their own, or their bodies have.
+    std::vector<CheckedValue> colours() const;
 
 private:
     void collect(const Vs::Component& component, const GkMatrix3d& placement, bool isTop);
@@ -53,5 +63,8 @@ private:
     std::vector<Occurrence> m_components; ///< Without the root.
     std::vector<Occurrence> m_bodies;     ///< Those of them that show one.
 };
+
+/// "#rrggbbaa" of the shares of light.
+[[nodiscard]] std::wstring colourText(const Vs::Colour& colour);
 
 } // namespace Vu::Design

@@ -64,7 +64,12 @@ Vs::TextCommandResult checkExpected(const std::wstring& name, std::vector<Checke
                                             expected.size()));
     ReferenceValues reference;
     for (size_t i = 0; i < values.size(); ++i) {
-        reference[values[i].name] = numberOf(boost::algorithm::trim_copy(expected[i]), values[i]);
+        const std::wstring own = boost::algorithm::trim_copy(expected[i]);
+        if (std::holds_alternative<std::wstring>(values[i].found)) {
+            reference[values[i].name] = own;
+            continue;
+        }
+        reference[values[i].name] = numberOf(own, values[i]);
         if (sign != std::wstring::npos)
             setTolerance(boost::algorithm::trim_copy(text.substr(sign + kTolerance.size())), values[i]);
     }

@@ -6,6 +6,7 @@
 #include "Server/Base/TextCommand.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/ModelDigest.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
@@ -110,14 +111,6 @@ std::wstring numbers(std::initializer_list<double> all)
     return text;
 }
 
-std::wstring colourText(const Vs::Colour& colour)
-{
-    const auto part = [](float value) { return std::lround(std::clamp(value, 0.0f, 1.0f) * 255); };
-    return (boost::wformat(L"#%02x%02x%02x%02x") % part(colour.r) % part(colour.g) % part(colour.b) %
-            part(colour.a))
-        .str();
-}
-
 /// Each component by itself, so that a digest that is another one can be explained.
 class Reasons
 {
@@ -172,6 +165,30 @@ Values digest(Vs::Asset& asset, const TextCommandParameters& parameters)
     return values;
 }
 
+Values selection(Vs::Asset& asset, const TextCommandParameters&)
+{
+    return {{L"selection", selectionText(asset)}};
+}
+
+Values distance(Vs::Asset& asset, const TextCommandParameters& parameters)
+{
+    if (parameters.parameters() < 3)
+        throw Vs::Exception(localized("CheckTwoPaths", "The paths of two objects are needed."));
+    Vs::StrongRef<Vs::LogicalSelection> ends[2];
+    Vs::Status status;
+    for (const unsigned i : {0u, 1u}) {
+        const auto path = Vs::findPath(asset, parameters[i + 1], status);
+        if (!path)
+            throw Vs::Exception(status.toString());
+        ends[i] = Vs::StrongRef<Vs::LogicalSelection>(new Vs::LogicalSelection(&asset, *path, nullptr));
+    }
+    Vs::MeasureResult result;
+    if (!Vs::MeasureMgr::get()->measure(ends[0], ends[1], Vs::EMeasureType::Distance, result, &status))
+        throw Vs::Exception(status.toString());
+    constexpr double kRelative = 1e-4, kAbsolute = 1e-6;
+    return {{L"distance", result.value, kRelative, kAbsolute, L"mm"}};
+}
+
 /// One row for each check: its line, and the options that the window offers.
 struct CheckRow
 {
@@ -180,6 +197,7 @@ struct CheckRow
     const wchar_t* help;
     const wchar_t* options;
     Values (*values)(Vs::Asset&, const TextCommandParameters&);
+    bool inWindow = true; ///< Needs no more than a description.
 };
 
 // clang-format off
@@ -187,13 +205,21 @@ constexpr CheckRow kVolume = {L"Body",      L"CheckVolume", L"<description> [<pa
 constexpr CheckRow kSkin   = {L"Body",      L"CheckArea",   L"<description> [<path>] [= <value>...] [/VisibleOnly] [/EachBody] [/Exact] Compares the area of the faces with the reference of this description, or with what the line says: = 6000 mm^3 +- 0.1 %", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::areas>};
 constexpr CheckRow kBounds = {L"Body",      L"CheckBounds", L"<description> [<path>] [= <value>...] [/VisibleOnly] [/EachBody] [/Exact] Compares the box around the bodies with the reference of this description, or with what the line says: = 6000 mm^3 +- 0.1 %", L"VisibleOnly/EachBody/Exact", valuesOf<&CheckedObjects::bounds>};
 constexpr CheckRow kCount  = {L"Component", L"CheckCount",  L"<description> [<path>] [= <value>...] [/VisibleOnly] Compares how many components and bodies there are with the reference of this description, or with what the line says: = 6000 mm^3 +- 0.1 %", L"VisibleOnly", valuesOf<&CheckedObjects::counts>};
+constexpr CheckRow kCentre = {L"Body",      L"CheckCentre", L"<description> [<path>] [= <value>...] [/VisibleOnly] [/Exact] Compares the centre of mass of the solids with the reference of this description, or with what the line says: = 5,10,15 +- 0.01 mm", L"VisibleOnly/Exact", valuesOf<&CheckedObjects::centres>};
+constexpr CheckRow kParts  = {L"Body",      L"CheckParts",  L"<description> [<path>] [= <value>...] [/VisibleOnly] Compares how many solids, faces and edges there are with the reference of this description, or with what the line says: = 1,6,12", L"VisibleOnly", valuesOf<&CheckedObjects::parts>};
+constexpr CheckRow kFree   = {L"Body",      L"CheckFreeEdges", L"<description> [<path>] [= <value>...] [/VisibleOnly] Compares how many edges have one face alone, how many more than two, and how many bodies are open, with the reference of this description, or with what the line says: = 0,0,0", L"VisibleOnly", valuesOf<&CheckedObjects::freeEdges>};
+constexpr CheckRow kColour = {L"Component", L"CheckColours", L"<description> [<path>] [= <value>...] [/VisibleOnly] Compares the colours of the components with the reference of this description, or with what the line says: = #ff0000ff", L"VisibleOnly", valuesOf<&CheckedObjects::colours>};
+constexpr CheckRow kSelected = {L"Selection", L"Check",     L"<description> [= <value>...] Compares what is selected with the reference of this description, or with what the line says: = Plate:1/Body1/Edge1", L"", selection};
+constexpr CheckRow kDistance = {L"Measure", L"CheckDistance", L"<description> <path> <path> [= <value>...] Compares the shortest distance of two objects with the reference of this description, or with what the line says: = 40 mm +- 0.01 mm", L"", distance, false};
 constexpr CheckRow kDigest = {L"Model",     L"CheckDigest", L"<description> [/Selection] [/Camera] Compares names, places, colours, visibility, shapes and settings with the reference of this description", L"Selection/Camera", digest};
 // clang-format on
 
 std::vector<std::wstring> optionsOf(const CheckRow& row)
 {
     std::vector<std::wstring> options;
-    return boost::algorithm::split(options, row.options, boost::algorithm::is_any_of(L"/"));
+    if (*row.options)
+        boost::algorithm::split(options, row.options, boost::algorithm::is_any_of(L"/"));
+    return options;
 }
 
 /// The name of the reference: all of the line that decides what is found, whatever the order of its options.
@@ -239,9 +265,10 @@ class TextCmdCheck : public Vs::PythonEntry<TextCmdCheck<kRow>, Vs::TextCommand>
 public:
     TextCmdCheck()
         : Vs::PythonEntry<TextCmdCheck<kRow>, Vs::TextCommand>(kRow.area, kRow.name, kRow.help, "%s%s", true,
-                                                               true),
-          m_controls(kRow.area, kRow.name, kRow.options)
+                                                               true)
     {
+        if (kRow.inWindow)
+            m_controls.emplace(kRow.area, kRow.name, kRow.options);
     }
 
     TextCommandResult execute(const TextCommandParameters& parameters) override
@@ -261,7 +288,7 @@ public:
     }
 
 private:
-    NormalValidationWidget m_controls;
+    std::optional<NormalValidationWidget> m_controls;
 };
 
 class AreaBody : public Vs::PythonEntry<AreaBody, Vs::TextCommandSubjectArea>
@@ -286,6 +313,12 @@ TextCmdCheck<kVolume> theVolume;
 TextCmdCheck<kSkin> theSkin;
 TextCmdCheck<kBounds> theBounds;
 TextCmdCheck<kCount> theCount;
+TextCmdCheck<kCentre> theCentre;
+TextCmdCheck<kParts> theParts;
+TextCmdCheck<kFree> theFreeEdges;
+TextCmdCheck<kColour> theColours;
+TextCmdCheck<kSelected> theSelection;
+TextCmdCheck<kDistance> theDistance;
 TextCmdCheck<kDigest> theDigest;
 
 } // namespace

@@ -227,4 +227,47 @@ TEST_F(TestRunTest, AnInterruptedRunTakesItsProcessesWithIt)
     EXPECT_FALSE(boost::filesystem::exists("/proc/" + pid));
 }
 
+TEST_F(TestRunTest, ALineThatHasToFailFailsWhereItDoesNotOrForAnotherReason)
+{
+    const auto play = [&](const std::string& lines) {
+        return runQuillet({"--headless", "--keep-going", "--set", "name=missing", "--replay",
+                           folder.write("lines.txt", lines).string()});
+    };
+    const ProcessResult right =
+        play("!Document.Open missing.step\n  !Document.Open ${name}.step \"not found\"\n"
+             "Design.New\nDesign.Box 10 10 10\n!Design.Fillet 100 Box1/Edge1 \"no room\"\n"
+             "!Body.CheckParts box = 1,7,12 \"faces is 6\"\n!No.Such line \"\"\n");
+    EXPECT_EQ(right.exitCode, 0) << right.errors;
+    EXPECT_EQ(right.errors, "");
+    const ProcessResult wrong =
+        play("!Design.New\n!Document.Open missing.step \"no room\"\n!Design.Box 1 1 1 \"\n");
+    EXPECT_EQ(wrong.exitCode, 1);
+    for (const char* text :
+         {"lines.txt:1: The line was to fail, and has done what it says.",
+          "lines.txt:2: The line was to fail for another reason, \"no room\". It has failed: ",
+          "lines.txt:3: "})
+        EXPECT_NE(wrong.errors.find(text), std::string::npos) << text << " in " << wrong.errors;
+}
+
+TEST_F(TestRunTest, CoverageTellsWhatAFolderHasRunAndWhatNever)
+{
+    const boost::filesystem::path file = folder.path() / "coverage.jsonl";
+    boost::filesystem::create_directories(folder.path() / "covered");
+    folder.write("covered/a.txt", "Design.New\nDesign.Box 1 1 1\nDesign.Box 2 2 2\n");
+    folder.write("covered/b.py",
+                 "import Design\nDesign.New()\nDesign.Box(1, 1, 1)\nDesign.Move('Box1', 1, 0, 0)\n");
+    const ProcessResult all =
+        runQuillet({"--test", (folder.path() / "covered").string(), "--coverage", file.string()});
+    EXPECT_EQ(all.exitCode, 0) << all.output << all.errors;
+    const std::string told = TestSupport::contentOf(file);
+    for (const char* line :
+         {"{\"line\":\"Design.Box\",\"runs\":3}\n", "{\"line\":\"Design.Move\",\"runs\":1}\n",
+          "{\"line\":\"Design.Torus\",\"runs\":0}\n", "{\"definition\":\"MoveCommand\",\"runs\":1}\n",
+          "{\"definition\":\"JoinCommand\",\"runs\":0}\n"})
+        EXPECT_NE(told.find(line), std::string::npos) << line << told.substr(0, 2000);
+    EXPECT_EQ(
+        runQuillet({"--headless", "--command", "Design.New", "--coverage", "/no/such/folder/file"}).exitCode,
+        1);
+}
+
 } // namespace

@@ -123,6 +123,35 @@ TEST_F(Checks, CompareWithWhatTheirLineSays)
     EXPECT_EQ(failures(), 1u);
 }
 
+TEST_F(Checks, LookAtCentresPartsOpenEdgesColoursDistancesAndTheSelection)
+{
+    const std::string good =
+        "Body.CheckCentre box Box1 = 5,10,15 +- 1e-6 mm\nBody.CheckCentre spheres Sphere1 = 0,0,10 cm\n"
+        "Body.CheckParts all = 3,8,12\nBody.CheckFreeEdges all = 0,0,0\n"
+        "Component.CheckColours box Box1 = #ff0000ff\nMeasure.CheckDistance gap Sphere1 Sphere2 = 20 mm\n"
+        "Measure.CheckDistance side Box1/Face1 Box1/Face2 = 10 +- 1 %\nSelection.Check chosen = "
+        "Box1:1/Body1/Edge1\n";
+    const std::string change = "Design.Colour #ff0000 Box1\nSelection.Select Box1/Edge1\n";
+    EXPECT_EQ(check(good, change), L"");
+    EXPECT_EQ(failures(), 0u);
+    EXPECT_HOLDS(check("Body.CheckCentre box Box1 = 5,10,16 +- 0.1 mm"),
+                 L"centre z is 15 mm instead of 16 mm");
+    EXPECT_HOLDS(check("Body.CheckParts box Box1 = 1,6,12", "Design.Fillet 1 Box1/Edge1\n"),
+                 L"faces is 7 instead of 6, with a tolerance of 0.\n    edges is 15 instead of 12");
+    EXPECT_HOLDS(check("Component.CheckColours box Box1 = #ff0000ff"), L"colour of Box1:1 is #");
+    EXPECT_HOLDS(check("Measure.CheckDistance gap Sphere1 Sphere2 = 21 mm +- 0.5 mm"),
+                 L"distance is 20 mm instead of 21 mm");
+    EXPECT_HOLDS(check("Measure.CheckDistance gap Sphere1"), L"two objects");
+    EXPECT_HOLDS(check("Selection.Check chosen = Box1:1"), L"selection is  instead of Box1:1");
+    // A side of a box that was read as triangles is open all around.
+    const std::string open = file("open.stl").string();
+    TestSupport::overwrite(open, "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\n"
+                                 "vertex 0 1 0\nendloop\nendfacet\nendsolid a\n");
+    EXPECT_EQ(check("Body.CheckFreeEdges all = 3,0,1", "Document.Open " + open + "\n"), L"");
+    EXPECT_HOLDS(check("Body.CheckCentre all", "Document.Open " + open + "\n"),
+                 L"There is no solid to check.");
+}
+
 TEST_F(Checks, ReplaceReferencesOrInsistOnThem)
 {
     check("Body.CheckVolume all\nComponent.CheckCount all");

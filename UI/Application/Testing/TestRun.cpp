@@ -2,6 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "UI/Application/CommandLine.h"
+#include "UI/Application/Coverage.h"
 #include "UI/Application/Testing/TestHistory.h"
 #include "UI/Application/Testing/TestReport.h"
 #include "UI/Application/Testing/TestSelection.h"
@@ -27,6 +28,8 @@ namespace fs = boost::filesystem;
 
 /// The time limits are looked at this often, in milliseconds.
 constexpr int kInterval = 200;
+/// In the folder of each transcript.
+constexpr const char* kCoverage = "coverage.jsonl";
 
 std::atomic<bool> s_interrupted = false;
 
@@ -109,6 +112,8 @@ public:
 
     const std::vector<TestCase>& cases() const { return m_cases; }
     size_t atOnce() const { return m_running.size(); }
+    /// What all together have tried.
+    const Coverage::Runs& tried() const { return m_tried; }
 
 private:
     struct Turn
@@ -140,8 +145,10 @@ private:
         ++job.tries;
         try {
             job.folder = m_scratch.folder(m_folders++);
-            job.process =
-                std::make_unique<TestProcess>(m_transcripts[job.turn.number], job.folder, m_options);
+            std::vector<std::string> options = m_options;
+            if (!m_run.coverageFile.empty())
+                options.insert(options.end(), {"--coverage", (job.folder / kCoverage).string()});
+            job.process = std::make_unique<TestProcess>(m_transcripts[job.turn.number], job.folder, options);
         } catch (const std::exception& error) {
             test.result = {TestResult::Kind::Crashed, error.what()};
             tell(test);
@@ -172,6 +179,8 @@ private:
             const bool passed = test.result.kind == TestResult::Kind::Passed;
             const bool again = job.turn.alone && test.result.kind == TestResult::Kind::Failed;
             test.tries = job.tries;
+            if (!m_run.coverageFile.empty())
+                Coverage::add((job.folder / kCoverage).string(), m_tried);
             if (!passed && job.tries < std::max(m_run.retries + 1, again ? kMostTries : 1)) {
                 start(job);
                 return;
@@ -221,6 +230,7 @@ private:
     ScratchFolder m_scratch;
     std::vector<Job> m_running; ///< Behind the folder that the processes use.
     std::vector<Turn> m_order;
+    Coverage::Runs m_tried;
     size_t m_next = 0;
     size_t m_folders = 0;
     size_t m_told = 0;
@@ -262,6 +272,8 @@ int runIn(const TestRun& run, const fs::path& folder)
         history.write(runner.cases());
     if (!run.junitFile.empty())
         writeJUnit(run.junitFile, folder.filename().string(), seconds, runner.cases());
+    if (!run.coverageFile.empty())
+        Coverage::write(run.coverageFile, runner.tried());
     if (!run.tapFile.empty())
         writeTap(run.tapFile, runner.cases());
     return counts.failed + counts.errors == 0 && !s_interrupted ? kExitOk : kExitLineFailed;

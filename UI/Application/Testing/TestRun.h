@@ -20,8 +20,9 @@ struct TestRun
     std::string artifactsDirectory; ///< Where what failed ones wrote is kept; empty for nowhere.
     std::string tapFile;            ///< Where the report goes as TAP; empty for nowhere.
     std::string junitFile;          ///< Where the report goes as JUnit XML; empty for nowhere.
-    int jobs = 0;                   ///< How many run side by side; 0 for as many as there are processors.
-    int shard = 1;                  ///< Of `shards` equal parts, this one is run. From 1.
+    std::string coverageFile; ///< Where what all of them have tried is written (Coverage); empty for nowhere.
+    int jobs = 0;             ///< How many run side by side; 0 for as many as there are processors.
+    int shard = 1;            ///< Of `shards` equal parts, this one is run. From 1.
     int shards = 1;
     double secondsLimit = 300;                     ///< For each transcript.
     std::map<std::string, std::string> parameters; ///< What ${NAME} stands for.

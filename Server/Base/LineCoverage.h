@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+/// How often each text command has run, for those who want to know what their transcripts try. Main thread.
+namespace Vs::LineCoverage {
+
+/// From now on the runs are counted, also those that a script or another line makes.
+void begin();
+/// By "Area.Name"; without those that never ran.
+[[nodiscard]] const std::map<std::wstring, uint64_t>& counts();
+/// The command has run, by "Area.Name".
+void count(const std::wstring& area, const std::wstring& name);
+
+} // namespace Vs::LineCoverage
