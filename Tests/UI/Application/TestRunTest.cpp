@@ -249,6 +249,47 @@ TEST_F(TestRunTest, ALineThatHasToFailFailsWhereItDoesNotOrForAnotherReason)
         EXPECT_NE(wrong.errors.find(text), std::string::npos) << text << " in " << wrong.errors;
 }
 
+TEST_F(TestRunTest, APictureIsComparedAsAnEyeWouldAndToldWithWhatDiffers)
+{
+    const auto play = [&](const std::string& lines, const std::string& mode) {
+        return runQuillet(
+            {"--headless", "--references", mode, "--set", "out=" + folder.path().string(), "--replay",
+             folder.write("lines.txt", "Design.New\nDesign.Box 10 20 30\nCommands.Start FitCommand\n" + lines)
+                 .string()});
+    };
+    const std::string line = "View.CheckPicture front/1 200x120\n";
+    const boost::filesystem::path kept = folder.path() / "lines.front_1.png";
+    const ProcessResult missing = play(line, "compare");
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_NE(missing.errors.find("There is no picture " + kept.string()), std::string::npos)
+        << missing.errors;
+    EXPECT_FALSE(boost::filesystem::exists(kept));
+    EXPECT_EQ(play(line, "fill").exitCode, 0);
+    const std::string first = TestSupport::contentOf(kept);
+    EXPECT_EQ(play(line, "compare").exitCode, 0);
+    // Less than a pixel is nothing, and a part that wasn't there is much.
+    EXPECT_EQ(play("Design.Move Box1 \"0.01 mm\" 0 0\n" + line, "compare").exitCode, 0);
+    const std::string more = "Design.Colour Red Box1\n";
+    const ProcessResult other = play(more + line, "compare");
+    EXPECT_EQ(other.exitCode, 1);
+    EXPECT_NE(
+        other.errors.find(" % of the picture differs from " + kept.string() + ", with a tolerance of 0.1 %."),
+        std::string::npos)
+        << other.errors;
+    for (const char* what : {"actual", "difference"})
+        EXPECT_GT(
+            boost::filesystem::file_size(folder.path() / ("lines.front_1." + std::string(what) + ".png")),
+            100u);
+    EXPECT_EQ(play(more + "View.CheckPicture front/1 200x120 +- 99 %\n", "compare").exitCode, 0);
+    EXPECT_NE(play("View.CheckPicture front/1 100x60\n", "compare").errors.find("100 x 60 pixels"),
+              std::string::npos);
+    EXPECT_NE(play("View.CheckPicture front/1 wide\n", "compare").errors.find("\"wide\" is neither a size"),
+              std::string::npos);
+    EXPECT_EQ(TestSupport::contentOf(kept), first);
+    EXPECT_EQ(play(more + line, "update").exitCode, 0);
+    EXPECT_NE(TestSupport::contentOf(kept), first);
+}
+
 TEST_F(TestRunTest, CoverageTellsWhatAFolderHasRunAndWhatNever)
 {
     const boost::filesystem::path file = folder.path() / "coverage.jsonl";

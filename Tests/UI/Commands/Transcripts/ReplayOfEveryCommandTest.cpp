@@ -364,6 +364,7 @@ const std::set<std::wstring> kTelling = {
     L"Sleeper.Sleep",
     L"SplitView.ViewCount",
     L"Transcripting.RecordSelectMouseEvent",
+    L"View.CheckPicture",
 };
 // What a run finds of others that ended badly is in no transcript; items want a service, with which they are
 // tried.
