@@ -3,6 +3,7 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Edit/Private/ComponentGroups.h"
+#include "Server/DataModel/Edit/Private/ComponentLimit.h"
 #include "Server/DataModel/Edit/Private/Motion.h"
 #include "Server/DataModel/Model/ModelBody.h"
 #include "Server/DataModel/Model/ModelData.h"
@@ -127,6 +128,16 @@ std::wstring whyWrong(const ColourEdit& edit)
                : localized("EditWrongColour", "the shares of a colour are numbers from 0 to 1.");
 }
 
+/// Why the copies that are made are too many, once it is known that what they are of is there.
+std::wstring whyTooMany(const Asset& asset, const ModelEdit& edit)
+{
+    if (const auto* copy = std::get_if<CopyEdit>(&edit))
+        return Vs::whyTooMany(asset, copy->components, copy->motions.size());
+    if (const auto* mirror = std::get_if<MirrorEdit>(&edit))
+        return Vs::whyTooMany(asset, mirror->components, 1);
+    return {};
+}
+
 std::wstring textOf(const EditError& error)
 {
     switch (error.fault()) {
@@ -221,6 +232,10 @@ void EditRequest::onExecute(Asset& asset, Status& status)
     for (const ObjectPath& path : named)
         if (!resolvePath(path, asset, status))
             return;
+    if (why = whyTooMany(asset, m_edit); !why.empty()) {
+        status.addError(name() + L": " + why);
+        return;
+    }
     try {
         m_added = asset.data().history().changeModel([&](ModelKernel& kernel) {
             for (const ObjectPath& path : named)

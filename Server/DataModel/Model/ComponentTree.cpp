@@ -102,6 +102,17 @@ ChildNames& ComponentTree::names(const Component& parent)
     return m_names.try_emplace(&parent, parent).first->second;
 }
 
+size_t ComponentTree::occurrencesOf(const Component& component) const
+{
+    const std::string place = placeOf(component.id);
+    if (place.size() == component.id.size())
+        return 1;
+    if (m_related)
+        return m_parts.atPlace(place).size();
+    return static_cast<size_t>(std::ranges::count_if(
+        m_components, [&](const Component* other) { return placeOf(other->id) == place; }));
+}
+
 std::unique_ptr<Component> ComponentTree::make(const std::string& id, const PartTree::Node& node)
 {
     auto component = std::make_unique<Component>();

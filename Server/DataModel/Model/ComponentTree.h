@@ -35,6 +35,8 @@ public:
     const Component* find(const std::string& id) const;
     /// The names of the children of one of its components; good until the next refresh.
     ChildNames& names(const Component& parent);
+    size_t count() const { return m_components.size(); }
+    size_t occurrencesOf(const Component& component) const;
     /// Takes the tree of a file that was read. Only for a tree that is still empty.
     void load(const PartTree& tree);
 

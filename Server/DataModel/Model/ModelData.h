@@ -23,6 +23,9 @@ public:
     const Component* find(const std::string& id) const { return m_tree.find(id); }
     /// The names of the children of one of its components; good until the model changes.
     ChildNames& names(const Component& parent) { return m_tree.names(parent); }
+    size_t componentCount() const { return m_tree.count(); }
+    /// How many components stand where one of them does: more than one in an assembly that occurs so often.
+    size_t occurrencesOf(const Component& component) const { return m_tree.occurrencesOf(component); }
     ModelSource& source() const { return *m_source; }
 
     /// Takes the tree of a file that was read. Only for a model that is still empty.

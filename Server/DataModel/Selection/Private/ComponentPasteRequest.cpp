@@ -2,6 +2,7 @@
 
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Edit/EditRequest.h"
+#include "Server/DataModel/Edit/Private/ComponentLimit.h"
 #include "Server/DataModel/Model/ModelData.h"
 #include "Server/DataModel/Private/Texts.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -32,6 +33,10 @@ void ComponentPasteRequest::onExecute(Asset& asset, Status& status)
         if (!resolvePath(path, *m_source, status))
             return;
         components.push_back(path.component);
+    }
+    if (const std::wstring why = whyTooMany(*m_source, components, asset); !why.empty()) {
+        status.addError(name() + L": " + why);
+        return;
     }
     // What is put elsewhere then has to be in the tree.
     Transaction atTop(&asset, name());

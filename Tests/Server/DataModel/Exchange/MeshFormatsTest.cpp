@@ -4,6 +4,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Edit/EditRequest.h"
 #include "Tests/Server/DataModel/Fixture.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -481,6 +482,26 @@ TEST_F(MeshFormatsTest, LevelsAndOccurrencesBeyondWhatCanBeShownAreRefusedWithTh
         doubled += "DEF G" + std::to_string(level) + " Group { children [" + one + one + " ] }\n";
     }
     expectFault(write("doubled.wrl", doubled), "more than the 10000000");
+    // Nor by copies, which come into each occurrence of the assembly that holds the original.
+    const Document* many = open(nested(10, 2));
+    ASSERT_NE(many, nullptr) << Strings::narrow(status.toString());
+    const Component* component = many->activeAsset()->components();
+    const auto refusal = [&](size_t copies) {
+        Status own;
+        EditRequest* request =
+            EditRequest::make(many->activeAsset(), L"Copy",
+                              CopyEdit{{component->id}, std::vector<GkMatrix3d>(copies, GkMatrix3d())});
+        EXPECT_FALSE(request->execute(many->activeAsset(), own));
+        request->destroy();
+        return Strings::narrow(own.toString());
+    };
+    for (const size_t copies : {5000u, 100000u}) {
+        component = component->children.front().get();
+        EXPECT_NE(refusal(copies).find("more than the 10000000 components"), std::string::npos)
+            << refusal(copies);
+        while (component->children.front()->children.size() == 2)
+            component = component->children.front().get();
+    }
     // As deep as anybody builds, and deeper.
     for (const std::wstring& path : {nested(1000, 1), groups(1000)})
         EXPECT_NE(open(path), nullptr) << Strings::narrow(status.toString());
