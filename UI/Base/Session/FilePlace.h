@@ -25,6 +25,8 @@ public:
         const Vs::ImageSetResource* mark = nullptr; ///< Of the service, for a tile; null for none.
         /// Whether a save is over only when it has arrived there, which is told by who registered this.
         bool isSent = false;
+        /// The service has told that it is there no longer; the copy here is all that is left.
+        bool isGone = false;
     };
     /// Nothing for a file that isn't the add-in's. Asked often, for any path.
     using Source = std::function<std::optional<Answer>(const boost::filesystem::path& file)>;

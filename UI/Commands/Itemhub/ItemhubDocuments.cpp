@@ -7,6 +7,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/ProgressBar.h"
+#include "UI/Base/Program/UIInternalOptionGroup.h"
 #include "UI/Base/Session/FilePlace.h"
 #include "UI/Commands/Itemhub/DashboardRequests.h"
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
@@ -18,14 +19,26 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <string>
 #include <tuple>
+#include <vector>
 
 namespace Vu::Commands {
 namespace {
 
 using Vs::ItemhubUtilities;
+
+/// Items that the service told to be gone, by their numbers, across starts: it tells so once.
+constexpr const char* kGoneOption = "removedItems";
+constexpr size_t kMostGone = 1000;
+
+std::vector<std::wstring> goneItems()
+{
+    return UIInternalOptionGroup::get()->value(kGoneOption, std::vector<std::wstring>());
+}
 
 std::optional<FilePlace::Answer> placeOf(const boost::filesystem::path& file)
 {
@@ -34,7 +47,9 @@ std::optional<FilePlace::Answer> placeOf(const boost::filesystem::path& file)
         return std::nullopt;
     const std::wstring place =
         localizedFormat("ItemhubPlace", "%1% › item %2%", ItemhubUtilities::getItemhub_TM(), item->itemId);
-    return FilePlace::Answer{.place = place, .folder = place, .isSent = true};
+    const std::vector<std::wstring> gone = goneItems();
+    const bool isGone = std::ranges::find(gone, std::to_wstring(item->itemId)) != gone.end();
+    return FilePlace::Answer{.place = place, .folder = place, .isSent = true, .isGone = isGone};
 }
 
 class Listener : public Vs::ItemhubEventSite
@@ -52,6 +67,19 @@ private:
             refresh();
         else if (favorites)
             favorites->rebuildFavorites({});
+    }
+
+    void itemChanged(Vs::ItemhubItemEvent* event) override
+    {
+        const bool isRemoved = event->kind() == "item.removed";
+        std::vector<std::wstring> gone = goneItems();
+        if (std::erase(gone, std::to_wstring(event->itemId())) == 0 && !isRemoved)
+            return;
+        if (isRemoved)
+            gone.push_back(std::to_wstring(event->itemId()));
+        if (gone.size() > kMostGone)
+            gone.erase(gone.begin());
+        UIInternalOptionGroup::get()->setValue(kGoneOption, gone);
     }
 
     ItemhubSnapshots m_snapshots;

@@ -242,10 +242,13 @@ void RecentSection::look(const std::wstring& path)
             return;
         Tile* tile = found->second;
         // Of what is on the drive, the copy here may have been cleared.
-        tile->missing(!file.exists && !isCloud);
-        tile->note(file.exists ? dayText(file.modified, QDateTime::currentDateTime())
-                   : isCloud   ? told("HomeOnDrive", "On the drive")
-                               : told("HomeMissing", "The file was moved or deleted"));
+        const auto place = FilePlace::of(path);
+        const bool isGone = place && place->isGone;
+        tile->missing(isGone || (!file.exists && !isCloud));
+        tile->note(isGone        ? told("HomeRemoved", "It was removed there")
+                   : file.exists ? dayText(file.modified, QDateTime::currentDateTime())
+                   : isCloud     ? told("HomeOnDrive", "On the drive")
+                                 : told("HomeMissing", "The file was moved or deleted"));
         tile->picture(file.picture);
     });
 }

@@ -100,6 +100,19 @@ void TabBar::paintEvent(QPaintEvent* event)
     painter.drawRect(tabRect(currentIndex()).adjusted(1, 1, -1, -1));
 }
 
+// The base leaves the picture as it is.
+void TabBar::focusInEvent(QFocusEvent* event)
+{
+    QTabBar::focusInEvent(event);
+    update();
+}
+
+void TabBar::focusOutEvent(QFocusEvent* event)
+{
+    QTabBar::focusOutEvent(event);
+    update();
+}
+
 void TabBar::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::MiddleButton)

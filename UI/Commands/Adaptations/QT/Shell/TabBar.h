@@ -30,6 +30,8 @@ protected:
     /// A tab that became narrower leaves no rest of itself beside it.
     void tabLayoutChange() override { update(); }
     void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

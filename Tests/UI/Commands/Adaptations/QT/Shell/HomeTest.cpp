@@ -5,10 +5,12 @@
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/RecentPaths.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Workspace/ShellMgr.h"
+#include "UI/Base/Workspace/WorkspaceEvents.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Adaptations/QT/Shell/FilePictures.h"
@@ -121,6 +123,18 @@ TEST_F(HomeTest, TheTileOfAFileThatIsGoneIsFaintAndCanBeTakenAwayByButtonAndByKe
     QTest::keyClick(recent()[1], Qt::Key_Delete);
     ASSERT_EQ(recent().size(), 1u);
     EXPECT_EQ(recent()[0]->text().toStdString(), "Third");
+    // What a service keeps no longer is gone, though a copy is here.
+    bool isGone = true;
+    const FilePlace service([&](const boost::filesystem::path&) {
+        return FilePlace::Answer{.place = L"Store", .folder = L"Store", .isGone = isGone};
+    });
+    WorkspaceEvent shown(m_workspace);
+    WorkspaceEventSource::get()->fireWorkspaceWelcome(&shown);
+    EXPECT_TRUE(becomes([&] { return recent()[0]->missing(); }));
+    EXPECT_EQ(recent()[0]->note().toStdString(), "It was removed there");
+    isGone = false;
+    WorkspaceEventSource::get()->fireWorkspaceWelcome(&shown);
+    EXPECT_TRUE(becomes([&] { return !recent()[0]->missing(); }));
     std::vector<RecentDocument*> left;
     RecentDocumentMgr::get()->recentDocuments(left, 9);
     EXPECT_EQ(left.size(), 1u);
