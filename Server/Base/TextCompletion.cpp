@@ -180,8 +180,8 @@ size_t TextCompletion::wordStart(std::wstring_view line, size_t cursor)
 std::wstring TextCompletion::placeholders(const TextCommand& command)
 {
     // Some texts tell it at the end, as "Usage: Area.Name <filename>".
-    const std::wstring usage = command.usage();
-    std::wstring_view help = usage;
+    const std::wstring whole = command.usage();
+    std::wstring_view help = whole;
     const std::wstring usage = L"Usage: " + command.area() + L'.' + command.name();
     if (const size_t at = help.find(usage); at != std::wstring_view::npos)
         help.remove_prefix(at + usage.size());
