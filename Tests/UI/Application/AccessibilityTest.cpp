@@ -55,7 +55,7 @@ std::string start(const std::string& command)
 
 const State kStates[] = {
     {"Home", {}, {}, {{"push button", "Open..."}, {"menu bar", ""}}},
-    {"Menu", {kModel}, {"Edit"}, {{"menu item", "Find in View"}}},
+    {"Menu", {kModel}, {"Edit"}, {{"menu item", "Find in View"}, {"menu item", "Select All"}}},
     {"Document",
      {kModel},
      {},
@@ -72,6 +72,13 @@ const State kStates[] = {
     {"Palette", {kModel, start("SearchCommandsCommand")}, {}, {{"text", "Search commands, keys and lines"}}},
     {"Notifications", {kModel}, {"Notifications"}, {{"push button", "Clear"}}},
     {"About", {start("AboutBoxCommand")}, {}, {{"push button", "Copy"}}},
+    {"Share", {kModel}, {"File", "Share Picture"}, {{"menu item", "E-Mail..."}}},
+    {"Colours",
+     {kModel, "Selection.Select Post", start("ColourCommand")},
+     {"Colour: Red"},
+     {{"push button", "OK"}, {"menu item", "Green"}, {"menu item", "More..."}}},
+    {"DriveSignIn", {start("CloudLoginCommand")}, {}, {}},
+    {"ItemsSignIn", {start("ItemhubSignInCommand")}, {}, {}},
     {"DebugDialog", {kModel, start("ShowDebugDialogCommand")}, {}, {}},
 };
 
@@ -104,6 +111,8 @@ std::string faultOf(const SpokenThing& thing)
         std::ranges::any_of(actions, [](const std::string& each) { return each != "SetFocus"; });
     if ((name + thing.description()).find('<') != std::string::npos)
         return "has markup: " + name + " / " + thing.description();
+    if (name.find('\t') != std::string::npos)
+        return "has its key in its name: " + name;
     if (isUsed && name.find_first_not_of(" \t\n") == std::string::npos)
         return "has no name";
     return isUsed && kVague.contains(role) ? "has no fitting role" : "";

@@ -1,5 +1,6 @@
 #include "UI/Base/Window/ColourButton.h"
 
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/PlainText.h"
 
 namespace Vu {
@@ -15,6 +16,7 @@ ColourButton::ColourButton(const QString& title, ColourMenu::Choose choose, QWid
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setMenu(new ColourMenu(
         std::move(choose), [this] { return m_code; }, this));
+    Accessible::opener(this, menu(), [this] { showMenu(); });
 }
 
 void ColourButton::colour(const std::wstring& code, const QString& shown)
