@@ -95,6 +95,20 @@ class Book(unittest.TestCase):
         for told in ("Ctrl+Shift+S", "File", "Path=", "VuCommands.SaveDocumentAs"):
             self.assertIn(told, saving)
 
+    def test_what_scripts_import_is_told(self):
+        told = html.unescape(re.sub("<[^>]*>", " ", (self.FOLDER / "python.html").read_text(encoding="utf-8")))
+        script = "import quillet; print(*quillet.__all__)"
+        with tempfile.TemporaryDirectory(prefix="quillet-script-") as folder:
+            file = pathlib.Path(folder, "names.py")
+            file.write_text(script, encoding="utf-8")
+            names = set(output(BUILD / "root/bin/quillet", "--headless", "--script", file).split())
+        self.assertGreater(len(names), 10)
+        # Another module of the package, and the text of the version, stand elsewhere.
+        for name in names - {"measure", "version"}:
+            self.assertRegex(told, rf"\b{name}\b")
+        for line in ("Box(", "quillet.measure", "save_as(self, path: Path)", "Makes what is seen `factor` times as large."):
+            self.assertIn(line, told)
+
     def test_its_pictures_are_those_that_the_program_draws(self):
         with tempfile.TemporaryDirectory(prefix="quillet-pictures-") as folder:
             output(BUILD / "root/bin/quillet", "--headless", "--replay", self.SOURCES / "Docs/pictures/pictures.txt", "--set",

@@ -3,8 +3,9 @@
 
     book.py PROGRAM DOCS FOLDER MENUS...
 
-MENUS are the descriptions of the program's menus. DOCS has what people wrote, with its pictures. FOLDER gets these as HTML, reference.html, and
-one page for each command in commands/, which help opens while the command runs. A link that leads nowhere ends it with an error.
+MENUS are the descriptions of the program's menus. DOCS has what people wrote, with its pictures. FOLDER gets these as HTML,
+reference.html and python.html, and one page for each command in commands/, which help opens while the command runs. A link
+that leads nowhere ends it with an error.
 """
 
 import collections
@@ -21,6 +22,7 @@ import xml.etree.ElementTree
 import markdown
 import markdown.extensions.toc
 
+import scripts
 import texts
 
 STYLE = """
@@ -34,8 +36,11 @@ code { font-family: monospace; background: #8882; padding: 0 0.2em; border-radiu
 pre { background: #8882; padding: 0.7rem 1rem; overflow-x: auto; border-radius: 5px; }
 pre code { background: none; padding: 0; }
 img { max-width: 100%; }
+dt { margin-top: 0.6rem; }
+dd { margin-left: 1.5rem; }
+.told { white-space: pre-wrap; }
 """
-PAGES = (("manual.html", "Manual"), ("reference.html", "Reference"), ("service.html", "Item service"),
+PAGES = (("manual.html", "Manual"), ("reference.html", "Reference"), ("python.html", "Python"), ("service.html", "Item service"),
          ("erste-schritte.html", "Erste Schritte"))
 GERMAN = {"erste-schritte"}
 
@@ -182,6 +187,7 @@ def main(program, docs, folder, *menus):
         own = [line for line in lines if line.definition == each["id"]]
         (folder / "commands" / f"{each['id']}.html").write_text(command_page(each, own, found), encoding="utf-8")
     (folder / "reference.html").write_text(reference(program, definitions, lines, found), encoding="utf-8")
+    (folder / "python.html").write_text(page("Python", scripts.reference(program)), encoding="utf-8")
     if dead := list(dead_links(folder)):
         sys.exit("\n".join(dead))
 
