@@ -26,7 +26,19 @@ public:
         std::shared_ptr<const void> owner; ///< Of the data.
     };
 
+    /// A command that a script brings.
+    struct Command
+    {
+        std::wstring name; ///< Of its line, Scripts.NAME.
+        std::wstring title, description;
+        std::string key;           ///< As "Ctrl+Shift+F"; empty for none.
+        std::function<void()> run; ///< Throws Vs::Exception.
+    };
+
     virtual ~ScriptModel() = default;
+
+    /// Makes the command known, or another one of a name that is known already.
+    virtual void define(Command command) = 0;
 
     /// Another one after each change of a model, and where another model is the active one.
     [[nodiscard]] virtual uint64_t revision() = 0;

@@ -40,11 +40,13 @@ void CommandModules::update()
 
 py::object CommandModules::area(const std::string& name)
 {
-    if (m_areas.contains(name.c_str()))
-        return m_areas[name.c_str()];
     for (TextCommandSubjectArea* area : TextCommandMgr::get()->areas())
         if (Strings::narrow(area->name()) == name) {
-            m_areas[name.c_str()] = made(*area);
+            // Scripts bring commands at any time.
+            if (m_areas.contains(name.c_str()))
+                addFunctions(py::reinterpret_borrow<py::module_>(m_areas[name.c_str()]), *area);
+            else
+                m_areas[name.c_str()] = made(*area);
             return m_areas[name.c_str()];
         }
     throw py::import_error("there is no subject area " + name);

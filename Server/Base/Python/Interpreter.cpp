@@ -336,6 +336,14 @@ void Interpreter::makeQuilletModule()
         "areas", [] { return CommandModules::names(); }, "The names of all subject areas.");
     addModelQuestions(module);
     module.def(
+        "define",
+        [this](const std::string& name, const py::str& title, const py::str& description,
+               const std::string& key, const py::function& function) {
+            m_held->commands[name.c_str()] = function;
+            defineCommand(name, wideText(title), wideText(description), key);
+        },
+        "Makes a function a command, with a line Scripts.NAME.");
+    module.def(
         "listen",
         [this](const py::function& heard) {
             m_held->listens = true;
@@ -430,6 +438,34 @@ std::wstring Interpreter::runString(const std::string& code, Status& status)
     if (m_held->console.contains("result"))
         PyDict_DelItemString(m_held->console.ptr(), "result");
     return run(code, "<string>", m_held->console, Traceback::Silent, status);
+}
+
+void Interpreter::defineCommand(const std::string& name, const std::wstring& title,
+                                const std::wstring& description, const std::string& key)
+{
+    defineInModel({Strings::widen(name), title, description, key, [name] {
+                       // It may be asked for until the process ends.
+                       auto* const running = static_cast<Interpreter*>(PythonBackend::running());
+                       if (!running || running->m_ended)
+                           throw Exception("Python has come to its end.");
+                       running->runCommand(name);
+                   }});
+}
+
+void Interpreter::runCommand(const std::string& name)
+{
+    const Lock lock;
+    Status status;
+    try {
+        const Interruptible scope(name);
+        updateModules();
+        m_held->commands[name.c_str()]();
+    } catch (py::error_already_set& error) {
+        tell(error, name, Traceback::Printed, status);
+    }
+    m_streams.flush();
+    if (status.isError())
+        throw Exception(status.toString());
 }
 
 bool Interpreter::consoleLine(const std::string& line, Status& status)

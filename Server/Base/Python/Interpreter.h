@@ -47,6 +47,10 @@ private:
     /// Puts the areas' modules where imports find them.
     void updateModules();
     void offerAreas();
+    void defineCommand(const std::string& name, const std::wstring& title, const std::wstring& description,
+                       const std::string& key);
+    /// Throws Vs::Exception.
+    void runCommand(const std::string& name);
     void end();
     enum class Traceback { Silent, Printed };
     std::wstring run(const std::string& code, const std::string& name, const pybind11::dict& globals,
@@ -69,6 +73,7 @@ private:
         pybind11::dict console;          ///< The names of runString.
         pybind11::object push, complete; ///< Of the console, from its first line on.
         bool listens = false;
+        pybind11::dict commands; ///< The functions by their names.
         std::unique_ptr<CommandModules> modules;
     };
 

@@ -76,6 +76,11 @@ void tellChanges(const py::function& heard, const std::function<void(py::error_a
     });
 }
 
+void defineInModel(ScriptModel::Command command)
+{
+    model().define(std::move(command));
+}
+
 void tellNoChanges()
 {
     if (ScriptModel* found = ScriptModel::get())

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Server/Base/ScriptModel.h"
+
 #include <functional>
 #include <pybind11/pybind11.h>
 
@@ -12,6 +14,8 @@ void addModelQuestions(pybind11::module_& module);
 /// is given to `failed`.
 void tellChanges(const pybind11::function& heard,
                  const std::function<void(pybind11::error_already_set&)>& failed);
+/// ScriptModel::define.
+void defineInModel(ScriptModel::Command command);
 /// Nobody is told any more.
 void tellNoChanges();
 

@@ -1,6 +1,8 @@
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 
+#include <boost/filesystem/operations.hpp>
+
 #include <gtest/gtest.h>
 
 using TestSupport::ProcessResult;
@@ -306,6 +308,56 @@ quillet.on('model', lambda: 1 / 0)
 assert len(quillet.model().children) == 4 and told_of('Design.Box 1 1 1') == []
 )");
     EXPECT_NE(result.errors.find("ZeroDivisionError"), std::string::npos) << result.errors;
+}
+
+TEST_F(DesignScriptTest, AFunctionIsACommandWithALineThatRecordingsHave)
+{
+    const std::string lines = (folder.path() / "lines.txt").string();
+    const std::string scripts = R"(
+@quillet.command(title='Three balls', key='Ctrl+Alt+B')
+def balls():
+    """Adds three balls."""
+    for i in range(3):
+        design.sphere(1, (5 * i, 0, 0))
+@quillet.command('Broken')
+def fails():
+    return 1 / 0
+)";
+    holds(scripts + "quillet.run('Transcripting.Start \"" + lines + R"("')
+assert quillet.run('Scripts.balls') == '' and len(quillet.model().children) == 3
+quillet.run('Commands.Start Script.balls')
+assert len(quillet.model().children) == 6
+refused(lambda: quillet.run('Scripts.Broken'), 'ZeroDivisionError')
+refused(lambda: quillet.run('Scripts.balls 7'), 'parameter')
+assert 'Script.balls' in quillet.run('Commands.List') and 'Three balls' in quillet.run('Commands.List')
+import Scripts
+Scripts.balls()
+balls()
+assert len(quillet.model().children) == 12 and Scripts.balls.__doc__ == 'Adds three balls.'
+@quillet.command
+def balls():
+    design.box(1, 1, 1)
+Scripts.balls()
+assert len(quillet.model().children) == 13
+refused(lambda: quillet.command('a b')(balls), 'not a name', error=ValueError)
+)");
+    const std::string recorded = TestSupport::contentOf(lines);
+    const auto count = [&](const std::string& text) {
+        size_t found = 0;
+        for (size_t at = recorded.find(text); at != std::string::npos; at = recorded.find(text, at + 1))
+            ++found;
+        return found;
+    };
+    EXPECT_EQ(count("Scripts.balls"), 4u) << recorded;
+    // The function that was called as such.
+    EXPECT_EQ(count("Design.Sphere"), 3u) << recorded;
+    boost::filesystem::create_directories(folder.path() / "profile/scripts/autorun");
+    folder.write("profile/scripts/autorun/balls.py",
+                 "import quillet\nfrom quillet import design\n" + scripts);
+    const ProcessResult played = runQuillet(
+        {"--headless", "--profile-dir", (folder.path() / "profile").string(), "--command", "Design.New",
+         "--command", "Scripts.balls", "--command", "Component.CheckCount all = 3,3,3"});
+    EXPECT_EQ(played.exitCode, 0) << played.errors;
 }
 
 TEST_F(DesignScriptTest, PythonIsReadFromStandardInput)

@@ -10,6 +10,7 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Script/ScriptedCommands.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionEvents.h"
@@ -70,6 +71,7 @@ public:
         m_heard = std::move(heard);
         followSelection();
     }
+    void define(Command command) override { ScriptedCommands::define(std::move(command)); }
     std::vector<Buffer> mesh(const std::wstring& component) override;
 
     const std::vector<std::string>& added(const Vs::Asset& asset) const

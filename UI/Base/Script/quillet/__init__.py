@@ -16,6 +16,7 @@ from _quillet import CommandError, on_closing_down, run, version
 
 from . import design, measure
 from ._camera import Camera
+from ._commands import command
 from ._documents import Document, active_document, documents, new_document, open_document
 from ._events import off, on
 from ._model import Body, Component, Selection, component, model
@@ -30,7 +31,7 @@ parameters = Parameters()
 
 __all__ = [
     "Axis", "Body", "Camera", "CommandError", "Component", "Document", "Edge", "Edges", "Face", "Faces", "Parameters",
-    "Picture", "Selection", "Vertex", "Vertices", "active_document", "camera", "component", "design", "documents", "measure",
+    "Picture", "Selection", "Vertex", "Vertices", "active_document", "camera", "command", "component", "design", "documents", "measure",
     "model", "new_document", "off", "on", "on_closing_down", "open_document", "parameters", "picture", "run", "selection",
     "show", "transaction", "version",
 ]
