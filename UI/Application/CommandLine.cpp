@@ -52,6 +52,7 @@ constexpr OptionRow kOptions[] = {
      "What checks do with their references: compare (one that is missing fails; the default "
      "of --test), fill (makes those that are missing; the default otherwise), update "
      "(makes them all anew)."},
+    {"verbose", nullptr, "Have checks that are right tell what they have found."},
     {"coverage", "FILE",
      "Write which lines and commands were run, and how often; with --test by all together."},
     {"profile-dir", "DIR", "Keep all settings, caches and recovery files in DIR."},
@@ -85,7 +86,7 @@ constexpr OptionRow kOptions[] = {
 constexpr const char* kOfTestRunAlone[] = {"jobs", "timeout", "junit",   "tap",    "shard",    "filter",
                                            "list", "retry",   "results", "failed", "artifacts"};
 /// What may stand beside --test as well, since it holds for such a run, too.
-constexpr const char* kBesideTestRun[] = {"coverage", "test",       "set",  "references",
+constexpr const char* kBesideTestRun[] = {"coverage", "verbose",    "test", "set",    "references",
                                           "headless", "no-autorun", "help", "version"};
 
 void addOptions(QCommandLineParser& parser)
@@ -296,6 +297,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     if (!result.test.directory.empty() && end != arguments.end() && end + 1 != arguments.end())
         result.error = "--test runs the transcripts of its folder, and opens no files.";
     result.test.parameters = result.parameters;
+    result.verbose = result.test.verbose = parser.isSet(QStringLiteral("verbose"));
     result.coverageFile = result.test.coverageFile = bytesOf(parser.value(QStringLiteral("coverage")));
     result.stubsDirectory = bytesOf(parser.value(QStringLiteral("write-stubs")));
     if (const std::string wrong = readShortForms(parser, result); !wrong.empty())

@@ -42,6 +42,7 @@ struct CommandLine
     bool autorun = true;
     bool keepGoing = false;
     bool echo = false;
+    bool verbose = false; ///< Checks tell their values.
     bool listCommands = false;
     bool listDefinitions = false;
     bool listFormats = false;

@@ -26,6 +26,7 @@
 #include "UI/Base/Program/ProgramLink.h"
 #include "UI/Base/Session/AutoSaving.h"
 #include "UI/Base/Session/DocumentWatch.h"
+#include "UI/Base/Validation/ReferenceCheck.h"
 #include "UI/Base/Validation/References.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
@@ -176,6 +177,7 @@ int runWorkspace(const CommandLine& line)
     Vu::Application* application = Vu::Application::get();
     std::unique_ptr<HandOverReceiver> receiver;
     takeReferenceMode(line.references);
+    Vu::tellCheckedValues(line.verbose);
     Vu::AutoSaving::begin();
     // In a window nobody may wait for what is typed elsewhere, and the console reads its own lines.
     Vs::PythonManager::get()->readsInput(line.headless && !readsConsole(line));

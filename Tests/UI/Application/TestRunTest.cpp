@@ -290,6 +290,19 @@ TEST_F(TestRunTest, APictureIsComparedAsAnEyeWouldAndToldWithWhatDiffers)
     EXPECT_NE(TestSupport::contentOf(kept), first);
 }
 
+TEST_F(TestRunTest, ChecksTellTheirValuesInTheReportIfTheyAreAsked)
+{
+    write(
+        "values.txt",
+        "Design.New\nDesign.Box 10 20 30\nBody.CheckVolume all = 6001 +- 2\nBody.CheckParts all = 1,6,12\n");
+    EXPECT_EQ(run({"--junit", junit.string()}).exitCode, 0);
+    EXPECT_EQ(readJUnit(junit)["values.txt"].output.find("volume 6000"), std::string::npos);
+    EXPECT_EQ(run({"--junit", junit.string(), "--verbose"}).exitCode, 0);
+    const std::string told = readJUnit(junit)["values.txt"].output;
+    EXPECT_NE(told.find("volume 6000 mm³ (6001 mm³)\n"), std::string::npos) << told;
+    EXPECT_NE(told.find("solids 1, faces 6, edges 12\n"), std::string::npos) << told;
+}
+
 TEST_F(TestRunTest, CoverageTellsWhatAFolderHasRunAndWhatNever)
 {
     const boost::filesystem::path file = folder.path() / "coverage.jsonl";

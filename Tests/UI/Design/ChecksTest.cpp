@@ -129,7 +129,7 @@ TEST_F(Checks, LookAtCentresPartsOpenEdgesColoursDistancesAndTheSelection)
         "Body.CheckCentre box Box1 = 5,10,15 +- 1e-6 mm\nBody.CheckCentre spheres Sphere1 = 0,0,10 cm\n"
         "Body.CheckParts all = 3,8,12\nBody.CheckFreeEdges all = 0,0,0\n"
         "Component.CheckColours box Box1 = #ff0000ff\nMeasure.CheckDistance gap Sphere1 Sphere2 = 20 mm\n"
-        "Measure.CheckDistance side Box1/Face1 Box1/Face2 = 10 +- 1 %\nSelection.Check chosen = "
+        "Measure.CheckDistance side Box1/Face1 Box1/Face2 = 10 +- 1 %\nModel.CheckSelection chosen = "
         "Box1:1/Body1/Edge1\n";
     const std::string change = "Design.Colour #ff0000 Box1\nSelection.Select Box1/Edge1\n";
     EXPECT_EQ(check(good, change), L"");
@@ -142,7 +142,7 @@ TEST_F(Checks, LookAtCentresPartsOpenEdgesColoursDistancesAndTheSelection)
     EXPECT_HOLDS(check("Measure.CheckDistance gap Sphere1 Sphere2 = 21 mm +- 0.5 mm"),
                  L"distance is 20 mm instead of 21 mm");
     EXPECT_HOLDS(check("Measure.CheckDistance gap Sphere1"), L"two objects");
-    EXPECT_HOLDS(check("Selection.Check chosen = Box1:1"), L"selection is  instead of Box1:1");
+    EXPECT_HOLDS(check("Model.CheckSelection chosen = Box1:1"), L"selection is  instead of Box1:1");
     // A side of a box that was read as triangles is open all around.
     const std::string open = file("open.stl").string();
     TestSupport::overwrite(open, "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\n"

@@ -78,6 +78,8 @@ public:
     Runner(const TestRun& run, const std::vector<TestFile>& files) : m_run(run)
     {
         m_options = {"--references", run.references};
+        if (run.verbose)
+            m_options.push_back("--verbose");
         for (const auto& [name, value] : run.parameters)
             m_options.insert(m_options.end(), {"--set", name + '=' + value});
         const auto jobs = run.jobs > 0 ? static_cast<size_t>(run.jobs)

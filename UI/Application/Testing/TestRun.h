@@ -12,7 +12,8 @@ struct TestRun
     std::string
         directory; ///< Its transcripts and those of its folders are run, or the one; empty for no test run.
     std::vector<std::string>
-        filters; ///< Only names that one of these patterns (`*`, `?`, `[...]`) fits; empty for all.
+        filters;          ///< Only names that one of these patterns (`*`, `?`, `[...]`) fits; empty for all.
+    bool verbose = false; ///< Checks tell their values, which the report has then.
     bool failedOnly = false;        ///< Only those that failed when they were run last.
     bool list = false;              ///< Tells the names, and runs nothing.
     int retries = 0;                ///< How often one that fails is run again.

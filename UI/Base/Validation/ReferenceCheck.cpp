@@ -15,6 +15,8 @@
 namespace Vu {
 namespace {
 
+bool s_tellsValues = false;
+
 std::wstring textOf(const ReferenceValue& value, const std::wstring& unit)
 {
     if (const auto* text = std::get_if<std::wstring>(&value))
@@ -147,6 +149,23 @@ Vs::TextCommandResult keep(References& references, const std::wstring& name,
                                references.file().wstring(), text)};
 }
 
+/// What was found, and beside it what is right where that isn't the same to the last digit that is told.
+std::wstring right(const std::vector<CheckedValue>& values, const ReferenceValues& kept)
+{
+    std::wstring text;
+    for (const CheckedValue& value : values) {
+        const auto reference = kept.find(value.name);
+        if (isReason(value.name) || reference == kept.end())
+            continue;
+        const std::wstring found = textOf(value.found, value.unit),
+                           wanted = textOf(reference->second, value.unit);
+        text += (text.empty() ? L"" : L", ") + value.name + L' ' + found;
+        if (found != wanted)
+            text += L" (" + wanted + L')';
+    }
+    return text;
+}
+
 /// `first` has the difference that is told first.
 Vs::TextCommandResult compare(const std::vector<CheckedValue>& values, const ReferenceValues& kept,
                               const std::function<std::wstring(const std::wstring& difference)>& first)
@@ -154,7 +173,7 @@ Vs::TextCommandResult compare(const std::vector<CheckedValue>& values, const Ref
     constexpr size_t kTold = 10;
     std::vector<std::wstring> wrong = differences(values, kept);
     if (wrong.empty())
-        return {0, {}};
+        return {0, s_tellsValues ? right(values, kept) : std::wstring()};
     std::wstring text = first(wrong.front());
     wrong.erase(wrong.begin());
     for (std::wstring& each : reasons(values, kept))
@@ -181,6 +200,11 @@ Vs::TextCommandResult checkAgainstReference(const std::wstring& name, const std:
     } catch (const Vs::Exception& error) {
         return {1, error.message()};
     }
+}
+
+void tellCheckedValues(bool tell)
+{
+    s_tellsValues = tell;
 }
 
 Vs::TextCommandResult checkAgainstValues(const std::wstring& name, const std::vector<CheckedValue>& values,
