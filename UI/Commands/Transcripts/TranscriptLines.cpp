@@ -1,7 +1,11 @@
 #include "UI/Commands/Transcripts/TranscriptLines.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptTrigger.h"
+#include "Server/Base/Warning.h"
+#include "UI/Base/Validation/References.h"
 
 #include <boost/algorithm/string/trim.hpp>
 
@@ -28,6 +32,19 @@ private:
 void insertTranscriptLine(const std::wstring& line)
 {
     const TranscriptInsertScriptTrigger trigger(line);
+}
+
+void keepReference(const std::wstring& checkLine)
+{
+    if (!Vs::TranscriptMgr::get()->recording())
+        return;
+    const Vs::TranscriptMgr::Unrecorded unrecorded;
+    const References::Mode before = References::mode();
+    References::mode(References::Mode::Update);
+    const Vs::TextCommandResult kept = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(checkLine);
+    References::mode(before);
+    if (kept.first != 0)
+        Vs::warn(kept.second);
 }
 
 std::wstring normalizedDescription(std::wstring text)

@@ -1,4 +1,5 @@
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Tests/Support/Files.h"
@@ -121,6 +122,27 @@ TEST_F(ValidationWindows, CommentsAndChecksAreWrittenAsTheyStandInTheWindow)
     EXPECT_NE(recorded().find("\nBody.CheckVolume \"/5\\\"_pipe\" /VisibleOnly \n"), std::string::npos)
         << recorded();
     click(visible);
+}
+
+TEST_F(ValidationWindows, AWrittenCheckHasTheModelOfThatMomentForItsReference)
+{
+    const auto run = [](const wchar_t* line) {
+        return Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line).first;
+    };
+    start(L"StartTranscriptingCommand");
+    EXPECT_EQ(run(L"Design.New"), 0u);
+    EXPECT_EQ(run(L"Design.Box 10 20 30"), 0u);
+    auto* const description = inBox<QLineEdit>(QTNormalValidationDialog::get(), "Volume");
+    description->setText("box");
+    click(inBox<QPushButton>(QTNormalValidationDialog::get(), "Volume", "Validate"));
+    start(L"StopTranscriptingCommand");
+    description->clear();
+    EXPECT_TRUE(recorded().ends_with("\nBody.CheckVolume box \n")) << recorded();
+    const std::string kept =
+        TestSupport::contentOf(boost::filesystem::path(scratch(L"recorded/session.checks.json")));
+    EXPECT_NE(kept.find("\"volume\": 6000"), std::string::npos) << kept;
+    EXPECT_EQ(run(L"Script.DiscardChanges"), 0u);
+    EXPECT_EQ(run(L"Document.Close"), 0u);
 }
 
 TEST_F(ValidationWindows, AnAddInAddsGroupsForItsChecks)

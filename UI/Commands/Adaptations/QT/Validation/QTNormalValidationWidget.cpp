@@ -97,6 +97,7 @@ void QTNormalValidationWidget::onClickValidationButton()
         if (option->isChecked())
             line += L'/' + option->accessibleName().toStdWString() + L' ';
     insertTranscriptLine(line);
+    keepReference(line);
 }
 
 } // namespace Vu::Commands
