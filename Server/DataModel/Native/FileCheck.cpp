@@ -86,6 +86,8 @@ public:
         static Checker checker;
         return checker;
     }
+    /// Null before the first file, and when the program ends.
+    static Checker* known() { return s_known; }
 
     void add(std::shared_ptr<FileCheck::Work> work)
     {
@@ -93,6 +95,13 @@ public:
         m_waiting.push_back(std::move(work));
         if (!m_thread.joinable())
             m_thread = std::thread([this] { run(); });
+        m_changed.notify_all();
+    }
+    /// Lets go of a file that was closed, which others may be waiting for.
+    void forget(const std::shared_ptr<FileCheck::Work>& work)
+    {
+        const std::lock_guard lock(m_mutex);
+        std::erase(m_waiting, work);
         m_changed.notify_all();
     }
     void waitForAll()
@@ -105,9 +114,10 @@ public:
     }
 
 private:
-    Checker() = default;
+    Checker() { s_known = this; }
     ~Checker()
     {
+        s_known = nullptr;
         {
             const std::lock_guard lock(m_mutex);
             m_over = true;
@@ -129,6 +139,8 @@ private:
             m_changed.wait_for(lock, kAfterOpening, [this] { return m_over || m_hurry; });
             if (m_over)
                 return;
+            if (m_waiting.empty())
+                continue;
             m_running = std::move(m_waiting.front());
             m_waiting.pop_front();
             lock.unlock();
@@ -143,6 +155,8 @@ private:
             m_changed.notify_all();
         }
     }
+
+    static inline Checker* s_known = nullptr; // of the main thread alone
 
     std::mutex m_mutex;
     std::condition_variable m_changed;
@@ -167,6 +181,8 @@ FileCheck::FileCheck(std::shared_ptr<const FileMapping> file, std::vector<Part> 
 FileCheck::~FileCheck()
 {
     m_work->ended = true;
+    if (Checker* checker = Checker::known())
+        checker->forget(m_work);
 }
 
 void FileCheck::waitForAll()

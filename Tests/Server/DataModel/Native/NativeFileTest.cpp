@@ -14,7 +14,9 @@
 
 #include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <set>
 
 using namespace Vs;
@@ -294,6 +296,27 @@ TEST_F(NativeFileTest, ACopyOfAnOpenFileIsADocumentOfItsOwn)
     copy->clearPath();
     EXPECT_FALSE(copy->isOnDisk());
     EXPECT_FALSE(save(copy));
+}
+
+// The look for damage comes later, and would keep the file's descriptor until then.
+TEST_F(NativeFileTest, AFileThatWasClosedIsHeldNoLonger)
+{
+    namespace fs = std::filesystem;
+    const std::wstring path = savedFile("held.tdsn");
+    const auto holders = [&] {
+        return std::ranges::count_if(fs::directory_iterator("/proc/self/fd"), [&](const auto& each) {
+            std::error_code gone;
+            return fs::read_symlink(each.path(), gone).filename() == "held.tdsn";
+        });
+    };
+    const auto before = holders();
+    for (int i = 0; i < 3; ++i) {
+        Document* document = open(path);
+        ASSERT_NE(document, nullptr) << message();
+        EXPECT_GT(holders(), before);
+        DocumentMgr::get()->close(document);
+    }
+    EXPECT_EQ(holders(), before);
 }
 
 TEST_F(NativeFileTest, SeveralFilesOpenSideBySideInTheirOrder)
