@@ -134,6 +134,7 @@ void addProperties(QMenu& menu)
 
 void popup(QMenu& menu, const GraphicsCanvas& canvas, const Vs::Point2& place)
 {
+    menu.setObjectName(QLatin1String(CanvasMenu::kName));
     menu.popup(canvas.existingWidget()->mapToGlobal(QPoint(place.x, place.y)));
 }
 

@@ -16,6 +16,9 @@ namespace Vu {
 class CanvasMenu : public QObject, private MouseEventSite
 {
 public:
+    /// By which its menus are found.
+    static constexpr const char* kName = "canvasMenu";
+
     /// Belongs to the window.
     explicit CanvasMenu(QWidget* window);
     ~CanvasMenu() override;

@@ -188,12 +188,15 @@ void PointerKeys::go(const Place& place)
 bool PointerKeys::click(const QKeyEvent& event)
 {
     GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
-    const std::optional<Place> place = canvas ? placeIn(*canvas) : std::nullopt;
-    if (event.key() != Qt::Key_Space || !place ||
+    std::optional<Place> place = canvas ? placeIn(*canvas) : std::nullopt;
+    const bool isMenu = event.key() == Qt::Key_Menu;
+    if (isMenu && canvas && !place)
+        place = Place{canvas, canvas->width() / 2.0, canvas->height() / 2.0};
+    if ((event.key() != Qt::Key_Space && !isMenu) || !place ||
         !SelectionCommandInput::currentOf(CommandBase::getActiveCommand()))
         return false;
     constexpr unsigned kKnown = kShiftModifier | kControlModifier;
-    const MouseEvent::Data data{.button = kLeftButton,
+    const MouseEvent::Data data{.button = isMenu ? kRightButton : kLeftButton,
                                 .modifiers = static_cast<unsigned>(event.modifiers()) & kKnown,
                                 .x = place->x,
                                 .y = place->y};

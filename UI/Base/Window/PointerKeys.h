@@ -16,7 +16,7 @@ class SelectionCommandInput;
 /// Points by keys at the things in the active view that the running command, or the one that rests, lets
 /// be picked. Ctrl and an arrow go from where the pointer was last, else from the middle, to the nearest
 /// other thing in that direction, which lights up as it does under the pointer. Space is a click there, with
-/// the modifier keys that a click may have.
+/// the modifier keys that a click may have; the Menu key is one of the right button, there or in the middle.
 class PointerKeys : private MouseEventSite
 {
 public:

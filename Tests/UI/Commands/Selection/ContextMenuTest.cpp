@@ -197,6 +197,19 @@ TEST_F(ContextMenuTest, KeysPointAtTheNextThingThatAClickWouldTakeAndClickIt)
     EXPECT_EQ(pointed(), L"");
 }
 
+TEST_F(ContextMenuTest, ItsKeyOpensTheMenuOfThePlaceAtWhichThePointerWasLast)
+{
+    QTest::mouseMove(canvas, placeOf(L"Box3"));
+    settle();
+    canvas->setFocus();
+    QTest::keyClick(canvas, Qt::Key_Menu);
+    settle();
+    ASSERT_TRUE(menu());
+    EXPECT_EQ(selectedPath(), L"Box3:1");
+    EXPECT_EQ(entry(*menu(), "Hide")->text().count(u'\t'), 0) << "its key would be read with its name";
+    menu()->close();
+}
+
 TEST_F(ContextMenuTest, BesideEverythingItIsAboutTheView)
 {
     selected().clear();
