@@ -6,8 +6,10 @@
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/Window/Accessible.h"
+#include "UI/Base/Window/CanvasMenu.h"
 
 #include <QAccessibleWidget>
+#include <QMenu>
 #include <QWidget>
 
 #include <algorithm>
@@ -135,6 +137,14 @@ private:
     const GraphicsCanvas* m_canvas;
 };
 
+/// The context menu that is open over the canvas: as a popup, the toolkit puts it into no tree.
+QMenu* openMenuOf(const QWidget& canvas)
+{
+    const auto menus = canvas.window()->findChildren<QMenu*>(QLatin1String(CanvasMenu::kName));
+    const auto open = std::ranges::find_if(menus, &QMenu::isVisible);
+    return open == menus.end() ? nullptr : *open;
+}
+
 class CanvasInterface : public QAccessibleWidget
 {
 public:
@@ -146,22 +156,33 @@ public:
     }
     ~CanvasInterface() override { QAccessible::deleteAccessibleInterface(m_cube); }
 
-    int childCount() const override { return CubeInterface::cubeOf(*m_canvas) ? 1 : 0; }
-    QAccessibleInterface* child(int index) const override
-    {
-        return index == 0 && childCount() == 1 ? QAccessible::accessibleInterface(m_cube) : nullptr;
-    }
+    int childCount() const override { return static_cast<int>(children().size()); }
+    QAccessibleInterface* child(int index) const override { return children().value(index); }
     int indexOfChild(const QAccessibleInterface* child) const override
     {
-        return child && child == QAccessible::accessibleInterface(m_cube) ? 0 : -1;
+        const auto all = children();
+        const auto found = std::ranges::find(all, child);
+        return found == all.end() ? -1 : static_cast<int>(found - all.begin());
     }
     QAccessibleInterface* childAt(int x, int y) const override
     {
-        QAccessibleInterface* cube = child(0);
-        return cube && cube->rect().contains(x, y) ? cube : nullptr;
+        for (QAccessibleInterface* each : children())
+            if (each->rect().contains(x, y))
+                return each;
+        return nullptr;
     }
 
 private:
+    QList<QAccessibleInterface*> children() const
+    {
+        QList<QAccessibleInterface*> all;
+        if (CubeInterface::cubeOf(*m_canvas))
+            all << QAccessible::accessibleInterface(m_cube);
+        if (QMenu* menu = openMenuOf(*widget()))
+            all << QAccessible::queryAccessibleInterface(menu);
+        return all;
+    }
+
     const GraphicsCanvas* m_canvas;
     QAccessible::Id m_cube;
 };
