@@ -87,6 +87,7 @@ void draw(const std::string& model, uint32_t side, const std::string& picture)
         std::to_string(side),
         picture};
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
