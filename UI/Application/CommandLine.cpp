@@ -52,6 +52,9 @@ constexpr OptionRow kOptions[] = {
      "What checks do with their references: compare (one that is missing fails; the default "
      "of --test), fill (makes those that are missing; the default otherwise), update "
      "(makes them all anew)."},
+    {"compare-recordings", nullptr,
+     "Tell what the one of two recordings, A and B, has and the other hasn't, by the meaning of their "
+     "lines."},
     {"verbose", nullptr, "Have checks that are right tell what they have found."},
     {"coverage", "FILE",
      "Write which lines and commands were run, and how often; with --test by all together."},
@@ -297,6 +300,9 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     if (!result.test.directory.empty() && end != arguments.end() && end + 1 != arguments.end())
         result.error = "--test runs the transcripts of its folder, and opens no files.";
     result.test.parameters = result.parameters;
+    result.compareRecordings = parser.isSet(QStringLiteral("compare-recordings"));
+    if (result.compareRecordings && (result.files.size() != 2 || !result.steps.empty()))
+        result.error = "--compare-recordings needs two files, and nothing to run.";
     result.verbose = result.test.verbose = parser.isSet(QStringLiteral("verbose"));
     result.coverageFile = result.test.coverageFile = bytesOf(parser.value(QStringLiteral("coverage")));
     result.stubsDirectory = bytesOf(parser.value(QStringLiteral("write-stubs")));

@@ -42,7 +42,8 @@ struct CommandLine
     bool autorun = true;
     bool keepGoing = false;
     bool echo = false;
-    bool verbose = false; ///< Checks tell their values.
+    bool compareRecordings = false; ///< The two files are compared, and nothing else is done.
+    bool verbose = false;           ///< Checks tell their values.
     bool listCommands = false;
     bool listDefinitions = false;
     bool listFormats = false;

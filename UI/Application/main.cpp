@@ -3,6 +3,7 @@
 #include "UI/Application/Lists.h"
 #include "UI/Application/Program.h"
 #include "UI/Application/Revision.h"
+#include "UI/Application/Testing/Recordings.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -43,6 +44,8 @@ int run(int count, char** arguments)
         std::printf("Quillet %s\n", Vs::SoftwareVersion::describeCurrent().c_str());
         return kExitOk;
     }
+    if (line.compareRecordings)
+        return compareRecordings(line.files[0], line.files[1]);
     if (!line.test.directory.empty())
         return runTests(line.test);
     return runProgram(line, count, arguments);

@@ -303,6 +303,36 @@ TEST_F(TestRunTest, ChecksTellTheirValuesInTheReportIfTheyAreAsked)
     EXPECT_NE(told.find("solids 1, faces 6, edges 12\n"), std::string::npos) << told;
 }
 
+TEST_F(TestRunTest, RecordingsAreComparedByWhatTheirLinesMean)
+{
+    const std::string first =
+        folder
+            .write("first.txt",
+                   "# quillet-transcript 1\nDesign.New\nTranscripting.Document a b\nDesign.Box 10 20 30\n"
+                   "Design.Subtract Plate Bolt /Keep\nCamera.Set 0.1,2,3\n")
+            .string();
+    const auto compared = [&](const std::string& lines) {
+        return runQuillet({"--compare-recordings", first, folder.write("second.txt", lines).string()});
+    };
+    const ProcessResult same =
+        compared("design.new\n\n# now\nDesign.Box \"10\" 20.0 3e1\nDesign.Subtract /Keep Plate \"Bolt\"\n"
+                 "Camera.Set 0.10000000000000001,2,3.0000000001\n");
+    EXPECT_EQ(same.exitCode, 0) << same.output;
+    EXPECT_EQ(same.output, "");
+    const ProcessResult other = compared(
+        "Design.New\nDesign.Sphere 5\nDesign.Box 10 20 31\nDesign.Subtract Plate Bolt\nCamera.Set 0.1,2,3\n");
+    EXPECT_EQ(other.exitCode, 1);
+    const std::string second = (folder.path() / "second.txt").string();
+    for (const std::string& line :
+         {"+ " + second + ":2: Design.Sphere 5\n", "- " + first + ":4: Design.Box 10 20 30\n",
+          "+ " + second + ":3: Design.Box 10 20 31\n",
+          "- " + first + ":5: Design.Subtract Plate Bolt /Keep\n"})
+        EXPECT_NE(other.output.find(line), std::string::npos) << line << "in " << other.output;
+    EXPECT_EQ(other.output.find("Camera"), std::string::npos) << other.output;
+    EXPECT_EQ(runQuillet({"--compare-recordings", first, "/no/such/file"}).exitCode, 2);
+    EXPECT_EQ(runQuillet({"--compare-recordings", first}).exitCode, 2);
+}
+
 TEST_F(TestRunTest, CoverageTellsWhatAFolderHasRunAndWhatNever)
 {
     const boost::filesystem::path file = folder.path() / "coverage.jsonl";
