@@ -69,6 +69,16 @@ class Installation(unittest.TestCase):
         script.write_text("import quillet\nprint('by', quillet.__name__)\n")
         self.assertIn("by quillet", self.quillet("--headless", "--echo", "--replay", script))
 
+    def test_is_imported_by_any_python(self):
+        code = ("import quillet; from quillet import design; quillet.new_document(); print(round(design.box(1, 2, 3).body.volume));"
+                "print(open('/proc/self/maps').read())")
+        environment = {**os.environ, "PYTHONPATH": str(self.tree / "lib/python"), "QUILLET_PROFILE_DIR": str(self.folder / "python")}
+        environment.pop("QUILLET_ROOT", None)
+        told = subprocess.run(["/usr/bin/python3", "-c", code], check=True, capture_output=True, text=True, env=environment).stdout
+        self.assertTrue(told.startswith("6\n"), told[:200])
+        self.assertIn(str(self.tree.resolve()), told)
+        self.assertNotIn(str(BUILD), told)
+
     def test_is_the_same_as_what_was_built(self):
         for part in ("Documentation", "Localization", "Server", "UI", "lib/python", "share"):
             for built in (BUILD / "root" / part).rglob("*"):
