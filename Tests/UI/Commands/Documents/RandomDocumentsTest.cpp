@@ -400,7 +400,7 @@ public:
         if (std::none_of(m_model.listed.begin(), m_model.listed.end(), others))
             m_model.close(closing.document);
     }
-    /// One question after the other; who is kept stays.
+    /// One question after the other, from the last document to the first; who is kept stays.
     void closeEach()
     {
         if (below(4) != 0)
@@ -408,7 +408,7 @@ public:
         const Answer button = answerQuestions();
         std::vector<const Vs::Document*> all;
         for (const ModelDocument& document : m_model.documents)
-            all.push_back(document.real);
+            all.insert(all.begin(), document.real);
         const unsigned code = run(L"Document.CloseAll").first;
         bool well = !all.empty();
         for (const Vs::Document* document : all)
