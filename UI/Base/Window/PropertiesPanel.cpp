@@ -71,7 +71,10 @@ void seat(QGridLayout* grid, int row, QLabel* title, QWidget* value, bool isNarr
 
 void giveWay(QWidget* value)
 {
-    value->setSizePolicy(QSizePolicy::Ignored, value->sizePolicy().verticalPolicy());
+    // The rest of the policy stays: whether its height depends on its width is part of it.
+    QSizePolicy policy = value->sizePolicy();
+    policy.setHorizontalPolicy(QSizePolicy::Ignored);
+    value->setSizePolicy(policy);
     value->setMinimumWidth(kLeastValue);
 }
 
