@@ -90,7 +90,10 @@ TEST(GermanTexts, CoverEveryStepThatAWorkerTells)
 {
     const std::vector<Entry> entries = entriesOf(kDataModel);
     size_t steps = 0;
-    for (const auto& file : std::filesystem::directory_iterator(QUILLET_SOURCES "/Server/Translate")) {
+    for (const auto& file :
+         std::filesystem::recursive_directory_iterator(QUILLET_SOURCES "/Server/Translate")) {
+        if (!file.is_regular_file())
+            continue;
         std::ifstream stream(file.path());
         const std::string code{std::istreambuf_iterator<char>(stream), {}};
         for (const std::string& call : matchesOf(code, "reporter\\.stage\\(\"[^\"]+\"")) {

@@ -1,5 +1,4 @@
 import os
-import tempfile
 from dataclasses import dataclass
 from typing import Union
 
@@ -28,6 +27,9 @@ class Picture:
 
 def picture(width: int = 960, height: int = 600, transparent: bool = False) -> Picture:
     """A picture of the active view, as its camera sees the model."""
+    # Takes long, and brings modules by whose names people call their scripts.
+    import tempfile
+
     with tempfile.TemporaryDirectory() as folder:
         path = os.path.join(folder, "picture.png")
         line("Commands.Start")("SaveAsImageCommand", f"Path={path}", f"Width={int(width)}", f"Height={int(height)}",
