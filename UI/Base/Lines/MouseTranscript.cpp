@@ -2,6 +2,7 @@
 #include "Server/Base/TextCommand.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/Private/MouseLine.h"
 
 namespace Vu {
@@ -50,6 +51,9 @@ public:
             canvas = canvasOfNumber(parameters[3]);
         if (!canvas)
             return {1, localized("MouseNoCanvas", "There is no such view in the window.")};
+        // What was opened just now is framed first, as whoever pointed there saw it.
+        if (GraphicsView* view = canvas->view())
+            view->settleFit();
         for (const ModifierName& each : kModifiers)
             data.modifiers |= parameters.hasFlag(each.name) ? each.modifier : 0;
         const double unit = unitOf(*canvas);
