@@ -52,8 +52,10 @@ public:
         if (!canvas)
             return {1, localized("MouseNoCanvas", "There is no such view in the window.")};
         // What was opened just now is framed first, as whoever pointed there saw it.
-        if (GraphicsView* view = canvas->view())
+        if (GraphicsView* view = canvas->view()) {
+            view->settleLayout();
             view->settleFit();
+        }
         for (const ModifierName& each : kModifiers)
             data.modifiers |= parameters.hasFlag(each.name) ? each.modifier : 0;
         const double unit = unitOf(*canvas);

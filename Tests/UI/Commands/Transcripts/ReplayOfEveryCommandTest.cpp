@@ -36,6 +36,7 @@
 #include <functional>
 #include <iterator>
 #include <set>
+#include <string_view>
 
 namespace {
 
@@ -583,7 +584,12 @@ TEST_F(ReplayOfEveryCommandTest, EachComesBackInAWindow)
 {
     const CommandsTests::SmallWindow window;
     bool python = false;
-    for (const Session& session : kSessions)
-        comesBack(session, (python = !python) ? L"every.py" : L"every.txt");
+    for (const Session& session : kSessions) {
+        python = !python;
+        // How far a drag turns hangs on the canvas's height, which in a window this small changes with what
+        // the bars show; the mouse comes back in the other test.
+        if (!std::wstring_view(session.command).starts_with(L"Mouse."))
+            comesBack(session, python ? L"every.py" : L"every.txt");
+    }
     beginAnew();
 }
