@@ -30,7 +30,7 @@ FILES = (("~/.config/quillet", "Settings and the layout of the window (XDG_CONFI
 
 ENVIRONMENT = (("DISPLAY , WAYLAND_DISPLAY", "Without both, a run is headless."),
                ("LANGUAGE , LC_ALL , LC_MESSAGES , LANG", "The language of texts, in this order. Lines are the same in every one."),
-               ("HOME", "Where there is none, what a run keeps goes with it."))
+               ("HOME", "If it is not set, nothing that a run keeps outlives that run."))
 
 EXAMPLES = (("Open a model in a window", "quillet bracket.step"),
             ("Convert one, without a display", "quillet bracket.step --export bracket.stl"),

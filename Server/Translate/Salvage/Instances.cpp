@@ -119,13 +119,17 @@ bool Instances::becomesItsSpare(Instance& instance)
 /// A curve on surfaces, with curves in their parameters, can do with itself alone.
 bool Instances::becomesItsCurve(Instance& instance)
 {
-    if (instance.entity != "SURFACE_CURVE" && instance.entity != "SEAM_CURVE" &&
-        instance.entity != "INTERSECTION_CURVE")
+    const auto isOnSurfaces = [](const Instance& one) {
+        return one.entity == "SURFACE_CURVE" || one.entity == "SEAM_CURVE" ||
+               one.entity == "INTERSECTION_CURVE";
+    };
+    if (!isOnSurfaces(instance))
         return false;
     if (instance.links.empty() || !holds(instance.links[0]))
         return false;
     const Instance curve = *find(instance.links[0].target);
-    if (curve.number == instance.number)
+    // Each other's curves they would be for ever.
+    if (isOnSurfaces(curve))
         return false;
     ++m_lost;
     const uint32_t number = instance.number;

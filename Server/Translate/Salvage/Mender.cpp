@@ -45,6 +45,7 @@ void Mender::mend()
 {
     m_next = m_instances.freeNumber();
     findSubstitutes();
+    findLinkers();
     countFaces();
     mendSolids();
     gatherLooseFaces();
@@ -63,6 +64,16 @@ std::unordered_set<uint32_t> Mender::linkedBy(Role role) const
                 if (m_instances.holds(link))
                     linked.insert(link.target);
     return linked;
+}
+
+/// What tells to whom a shape belongs.
+void Mender::findLinkers()
+{
+    for (const Instance& instance : m_instances.all())
+        if (instance.isSound && (is(instance, Role::Representation) || isPlainRelationship(instance) ||
+                                 instance.entity == "SHAPE_DEFINITION_REPRESENTATION"))
+            for (const Link& link : instance.links)
+                m_linkers[link.target].push_back(&instance);
 }
 
 void Mender::countFaces()
@@ -246,11 +257,11 @@ void Mender::giveProducts()
 std::string Mender::partOf(uint32_t item) const
 {
     const auto whoLinks = [this](uint32_t target, auto&& suits) -> const Instance* {
-        for (const Instance& instance : m_instances.all())
-            if (instance.isSound && suits(instance))
-                for (const Link& link : instance.links)
-                    if (link.target == target)
-                        return &instance;
+        const auto found = m_linkers.find(target);
+        if (found != m_linkers.end())
+            for (const Instance* instance : found->second)
+                if (suits(*instance))
+                    return instance;
         return nullptr;
     };
     const auto isRepresentation = [](const Instance& one) { return is(one, Role::Representation); };
@@ -265,8 +276,11 @@ std::string Mender::partOf(uint32_t item) const
     }
     // From the property over definition and formation to the product.
     const Instance* one = shown ? m_instances.find(shown->links[0].target) : nullptr;
-    while (one && !is(*one, Role::Product))
-        one = one->links.empty() ? nullptr : m_instances.find(one->links[0].target);
+    constexpr int kSteps = 8; // Properties of each other would go round for ever.
+    for (int step = 0; one && !is(*one, Role::Product); ++step)
+        one = step == kSteps       ? nullptr
+              : one->links.empty() ? nullptr
+                                   : m_instances.find(one->links[0].target);
     const Instance* named = one ? one : m_instances.find(item);
     return named ? firstText(named->text) : std::string();
 }

@@ -45,6 +45,7 @@ private:
     void giveProducts();
     void makeProduct(uint32_t representation);
     void findSubstitutes();
+    void findLinkers();
     uint32_t context();
     std::string partOf(uint32_t item) const;
     std::string printed(const Instance& instance) const;
@@ -54,6 +55,8 @@ private:
     std::map<std::string, Loss> m_losses;
     std::unordered_map<uint32_t, Loss> m_ofShell;
     std::unordered_map<uint32_t, std::string> m_replaced; ///< Statements that stand in another's place.
+    /// Representations, their relationships and definitions, by what they link to.
+    std::unordered_map<uint32_t, std::vector<const Instance*>> m_linkers;
     std::vector<std::string> m_added;
     std::vector<uint32_t> m_newShells, m_newShapes;
     uint32_t m_next = 0;

@@ -43,7 +43,7 @@ QJsonObject argumentsOf(const QJsonValue& given)
 Http::Problem gone()
 {
     // Nobody learns whose it was, or whether it ever was.
-    return Http::Problem(404, "no_request", "The request is no longer there.");
+    return Http::Problem(404, "no_request", "The request no longer exists.");
 }
 
 /// What who took it is told.

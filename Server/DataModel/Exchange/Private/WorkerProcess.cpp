@@ -11,7 +11,6 @@
 #include <iterator>
 #include <mutex>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 #include <utility>
 
