@@ -1,11 +1,12 @@
 #pragma once
 
-#include "Server/Base/Strings.h"
-
+#include <array>
 #include <charconv>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace Vs {
 
@@ -19,15 +20,32 @@ template <class Number>
     return {buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr};
 }
 
-/// Nothing if the text isn't wholly a number, or one that is too large.
+/// The number that the whole of `text` says, for which people may write a plus sign. Nothing if it is of
+/// another form, too large for the type, infinite, not a number, or longer than a number reasonably is.
 template <class Number>
 [[nodiscard]] std::optional<Number> readNumber(std::wstring_view text)
 {
-    const std::string narrow = Strings::narrow(text);
-    const char* const last = narrow.data() + narrow.size();
+    // from_chars takes no plus sign.
+    if (text.starts_with(L'+') && !text.starts_with(L"+-"))
+        text.remove_prefix(1);
+    char narrow[128];
+    if (text.size() > sizeof narrow)
+        return std::nullopt;
+    char* last = narrow;
+    for (const wchar_t letter : text)
+        *last++ = letter >= 0 && letter < 128 ? static_cast<char>(letter) : '?';
     Number number{};
-    const auto [end, error] = std::from_chars(narrow.data(), last, number);
-    return error == std::errc() && end == last ? std::optional(number) : std::nullopt;
+    const auto [end, error] = std::from_chars(narrow, last, number);
+    if (error != std::errc() || end != last)
+        return std::nullopt;
+    if constexpr (std::is_floating_point_v<Number>)
+        if (!std::isfinite(number))
+            return std::nullopt;
+    return number;
 }
+
+/// Three numbers with commas between them, as points and vectors are written, in brackets or not. Blanks may
+/// stand around each.
+[[nodiscard]] std::optional<std::array<double, 3>> readTriple(std::wstring_view text);
 
 } // namespace Vs

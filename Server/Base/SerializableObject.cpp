@@ -1,10 +1,10 @@
 #include "Server/Base/SerializableObject.h"
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 
 #include <algorithm>
-#include <charconv>
 #include <deque>
 #include <memory>
 #include <unordered_map>
@@ -39,18 +39,12 @@ struct ValueForm<std::wstring>
 template <class Number>
 struct NumberForm
 {
-    static std::wstring write(Number value)
-    {
-        char text[32];
-        const auto [end, error] = std::to_chars(text, text + sizeof text, value);
-        return std::wstring(text, end);
-    }
+    static std::wstring write(Number value) { return numberText(value); }
     static bool read(const std::wstring& text, Number& value)
     {
-        const std::string narrow = Strings::narrow(text);
-        const char* end = narrow.data() + narrow.size();
-        const auto [stop, error] = std::from_chars(narrow.data(), end, value);
-        return error == std::errc() && stop == end;
+        const std::optional<Number> number = readNumber<Number>(text);
+        value = number.value_or(value);
+        return number.has_value();
     }
 };
 

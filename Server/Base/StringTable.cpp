@@ -57,11 +57,11 @@ std::string environmentLanguage()
     if (!locale.empty() && locale != "C" && locale != "POSIX")
         for (std::string_view list = variable("LANGUAGE"); !list.empty();) {
             const size_t colon = std::min(list.find(':'), list.size());
-            if (const std::string known = knownLanguage(list.substr(0, colon)); !known.empty())
+            if (std::string known = knownLanguage(list.substr(0, colon)); !known.empty())
                 return known;
             list.remove_prefix(std::min(colon + 1, list.size()));
         }
-    const std::string known = knownLanguage(locale);
+    std::string known = knownLanguage(locale);
     return known.empty() ? kEnglish : known;
 }
 

@@ -2,7 +2,11 @@
 
 #include "Server/Base/Object.h"
 #include "Server/Base/Require.h"
+#include "Server/Base/TextFormat.h"
 
+#include <array>
+#include <concepts>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,6 +33,23 @@ public:
     /// The i-th positional parameter, without its quotes. Throws std::out_of_range.
     const std::wstring& parameter(unsigned i) const { return m_parameters.at(i); }
     const std::wstring& operator[](unsigned i) const { return parameter(i); }
+
+    /// What the i-th positional parameter says, as a number or three. What the command's format promises was
+    /// read when the line was checked; else it is read now. Throws Vs::Exception, "parameter 2 must be a
+    /// number, not "x".", where the text says something else, and std::out_of_range where there is none.
+    double real(unsigned i) const { return std::get<double>(value(i, TextFormat::Type::Real)); }
+    std::array<double, 3> point(unsigned i) const
+    {
+        return std::get<std::array<double, 3>>(value(i, TextFormat::Type::Point));
+    }
+    /// The same for a whole number, which must fit the type as well.
+    template <std::integral Number = int>
+    Number integer(unsigned i) const
+    {
+        return static_cast<Number>(
+            integer(i, std::numeric_limits<Number>::min(), std::numeric_limits<Number>::max()));
+    }
+
     /// Whether `/Name` stood in the line; `name` without the slash, in the same case. In a line that is
     /// checked, a flag is in the case of the help text, however it was written.
     [[nodiscard]] bool hasFlag(std::wstring_view name) const;
@@ -39,7 +60,12 @@ public:
 private:
     friend class TextCommandMgr;
 
+    TextFormat::Value value(unsigned i, TextFormat::Type type) const;
+    long long integer(unsigned i, long long least, unsigned long long most) const;
+
     std::vector<std::wstring> m_parameters;
+    /// Of the first parameters, as the command's format has it.
+    std::vector<TextFormat::Value> m_values;
     std::vector<std::wstring> m_flags;
     bool m_viaUI = false;
 };

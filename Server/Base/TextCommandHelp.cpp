@@ -21,6 +21,7 @@ std::wstring shown(std::wstring_view word)
 std::vector<std::wstring> areaNames(const TextCommandRegistry& registry)
 {
     std::vector<std::wstring> names;
+    names.reserve(registry.areas.size());
     for (const TextCommandSubjectArea* area : registry.areas)
         names.push_back(area->name());
     return names;
@@ -38,7 +39,7 @@ std::wstring helpOnAll(const TextCommandRegistry& registry)
         rows.emplace(area->name(), area->description());
     std::wstring text = L"A line is <area>.<name>, its parameters and its /flags. The areas are:";
     for (const auto& [name, description] : rows)
-        text += L"\n  " + name + L"  " + description;
+        text.append(L"\n  ").append(name).append(L"  ").append(description);
     return text + L"\nhelp <area> lists the commands of one, help <area>.<name> tells about a command.";
 }
 

@@ -35,8 +35,7 @@ struct TextCommandMgr::Data
     TextCommandObserver* observer = nullptr;
     int depth = 0;
 
-    TextCommandResult execute(const TextCommandRegistry::Entry& entry,
-                              const TextCommandParameters& parameters)
+    TextCommandResult execute(const TextCommandRegistry::Entry& entry, TextCommandParameters& parameters)
     {
         TextCommand& command = *entry.command;
         LineCoverage::count(command.area(), command.name());
@@ -50,20 +49,19 @@ struct TextCommandMgr::Data
     }
 
     TextCommandResult executeChecked(const TextCommandRegistry::Entry& entry,
-                                     const TextCommandParameters& given)
+                                     TextCommandParameters& parameters)
     {
         TextCommand& command = *entry.command;
-        std::optional<TextCommandParameters> known;
-        if (!given.m_flags.empty())
-            known.emplace(given);
-        const TextCommandParameters& parameters = known ? *known : given;
         if (entry.format) {
-            const int wrong = entry.format->firstWrong(parameters.m_parameters);
-            if (wrong >= 0)
-                return failure(wrongParameter(command, *entry.format, wrong,
-                                              parameters.parameter(static_cast<unsigned>(wrong))));
+            auto read = entry.format->read(parameters.m_parameters);
+            if (const size_t* wrong = std::get_if<size_t>(&read))
+                return failure(command.area() + L'.' + command.name() + L": " +
+                               TextFormat::refusal(entry.format->types()[*wrong], *wrong,
+                                                   parameters.m_parameters[*wrong]) +
+                               L".");
+            parameters.m_values = std::get<0>(std::move(read));
         }
-        if (std::wstring wrong = notTaken(entry, parameters, known); !wrong.empty())
+        if (std::wstring wrong = notTaken(entry, parameters); !wrong.empty())
             return failure(std::move(wrong));
         if (depth >= kDeepestNesting)
             return failure(command.area() + L'.' + command.name() +
@@ -96,11 +94,9 @@ struct TextCommandMgr::Data
         }
     }
 
-    /// Why a line has what its command doesn't take; empty if it takes all. The flags of `known`, a copy
-    /// where there are any, get the spelling that the command knows.
-    static std::wstring notTaken(const TextCommandRegistry::Entry& entry,
-                                 const TextCommandParameters& parameters,
-                                 std::optional<TextCommandParameters>& known)
+    /// Why a line has what its command doesn't take; empty if it takes all. The flags get the spelling that
+    /// the command knows.
+    static std::wstring notTaken(const TextCommandRegistry::Entry& entry, TextCommandParameters& parameters)
     {
         using Checks = TextCommandSubjectArea::Checks;
         const TextCommand& command = *entry.command;
@@ -110,28 +106,16 @@ struct TextCommandMgr::Data
         if (!entry.usage)
             entry.usage.emplace(command.usage());
         const TextUsage& usage = *entry.usage;
-        if (known)
-            for (std::wstring& flag : known->m_flags) {
-                const std::wstring* full = usage.flag(flag);
-                if (!full)
-                    return unknownFlagMessage(command, flag, usage.flags);
-                flag = *full;
-            }
+        for (std::wstring& flag : parameters.m_flags) {
+            const std::wstring* full = usage.flag(flag);
+            if (!full)
+                return unknownFlagMessage(command, flag, usage.flags);
+            flag = *full;
+        }
         const size_t most = usage.mostParameters.value_or(parameters.parameters());
         if (entry.checks == Checks::Everything && parameters.parameters() > most)
             return surplusMessage(command, most, parameters.m_parameters[most]);
         return {};
-    }
-
-    static std::wstring wrongParameter(const TextCommand& command, const TextFormat& format, int index,
-                                       std::wstring text)
-    {
-        constexpr size_t kShown = 60;
-        if (text.size() > kShown)
-            text = text.substr(0, kShown) + L"...";
-        const TextFormat::Type type = format.types()[static_cast<size_t>(index)];
-        return command.area() + L'.' + command.name() + L": parameter " + std::to_wstring(index + 1) +
-               L" must be " + Strings::widen(TextFormat::expectation(type)) + L", not \"" + text + L"\".";
     }
 };
 
@@ -162,7 +146,7 @@ TextCommandResult TextCommandMgr::executeCommandWithoutOutput(std::wstring_view 
     return run(line, viaUI);
 }
 
-TextCommandResult TextCommandMgr::execute(TextCommand& command, const TextCommandParameters& parameters)
+TextCommandResult TextCommandMgr::execute(TextCommand& command, TextCommandParameters parameters)
 {
     assertMainThread();
     const auto* entry = m_data->registry.find(command);

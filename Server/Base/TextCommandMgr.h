@@ -54,7 +54,7 @@ public:
     TextCommandResult executeCommandWithoutOutput(std::wstring_view line, bool viaUI = false);
     /// Runs one command with parameters that are split already, with the checks and the error handling of a
     /// line.
-    TextCommandResult execute(TextCommand& command, const TextCommandParameters& parameters);
+    TextCommandResult execute(TextCommand& command, TextCommandParameters parameters);
 
     /// Not owned; null for none.
     void output(TextOutput* output);

@@ -1,11 +1,10 @@
 #include "Server/Base/TextFormat.h"
 
 #include "Server/Base/Exception.h"
-#include "Server/Base/Private/TextLine.h"
+#include "Server/Base/NumberText.h"
+#include "Server/Base/Strings.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 
 namespace Vs {
 
@@ -28,75 +27,10 @@ constexpr TypeRow kTypes[] = {
 };
 // clang-format on
 
-std::wstring_view trimmed(std::wstring_view text)
-{
-    while (!text.empty() && TextLine::isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && TextLine::isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
-/// The characters as narrow text for from_chars; none is longer than a number reasonably is.
 template <class Number>
-bool reads(std::wstring_view text, Number& value)
+std::optional<TextFormat::Value> valueOf(const std::optional<Number>& read)
 {
-    char narrow[64];
-    if (!text.empty() && text.front() == L'+' && text.size() > 1 && text[1] != L'-')
-        text.remove_prefix(1);
-    if (text.empty() || text.size() > sizeof narrow)
-        return false;
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text[i] < 0 || text[i] > 127)
-            return false;
-        narrow[i] = static_cast<char>(text[i]);
-    }
-    const char* end = narrow + text.size();
-    const auto [stop, error] = std::from_chars(narrow, end, value);
-    return error == std::errc() && stop == end;
-}
-
-bool isReal(std::wstring_view text)
-{
-    double value;
-    return reads(text, value) && std::isfinite(value);
-}
-
-bool isInteger(std::wstring_view text)
-{
-    long long value;
-    return reads(text, value);
-}
-
-bool isTriple(std::wstring_view text)
-{
-    text = trimmed(text);
-    if (text.size() >= 2 && text.front() == L'(' && text.back() == L')')
-        text = text.substr(1, text.size() - 2);
-    for (int i = 0; i < 3; ++i) {
-        const size_t comma = text.find(L',');
-        if ((comma == std::wstring_view::npos) != (i == 2) || !isReal(trimmed(text.substr(0, comma))))
-            return false;
-        if (i < 2)
-            text.remove_prefix(comma + 1);
-    }
-    return true;
-}
-
-bool matches(TextFormat::Type type, std::wstring_view text)
-{
-    switch (type) {
-    case TextFormat::Type::Text:
-        return true;
-    case TextFormat::Type::Real:
-        return isReal(text);
-    case TextFormat::Type::Integer:
-        return isInteger(text);
-    case TextFormat::Type::Vector:
-    case TextFormat::Type::Point:
-        return isTriple(text);
-    }
-    return false;
+    return read ? std::optional<TextFormat::Value>(*read) : std::nullopt;
 }
 
 } // namespace
@@ -114,18 +48,49 @@ TextFormat::TextFormat(std::string_view format)
     }
 }
 
-int TextFormat::firstWrong(const std::vector<std::wstring>& parameters) const
+std::variant<std::vector<TextFormat::Value>, size_t>
+TextFormat::read(const std::vector<std::wstring>& parameters) const
 {
+    std::vector<Value> values;
     const size_t count = std::min(parameters.size(), m_types.size());
-    for (size_t i = 0; i < count; ++i)
-        if (!matches(m_types[i], parameters[i]))
-            return static_cast<int>(i);
-    return -1;
+    values.reserve(count);
+    for (size_t i = 0; i < count; ++i) {
+        std::optional<Value> value = read(m_types[i], parameters[i]);
+        if (!value)
+            return i;
+        values.push_back(*value);
+    }
+    return values;
+}
+
+std::optional<TextFormat::Value> TextFormat::read(Type type, std::wstring_view text)
+{
+    switch (type) {
+    case Type::Text:
+        return Value();
+    case Type::Real:
+        return valueOf(readNumber<double>(text));
+    case Type::Integer:
+        return valueOf(readNumber<long long>(text));
+    case Type::Vector:
+    case Type::Point:
+        return valueOf(readTriple(text));
+    }
+    return std::nullopt;
 }
 
 const char* TextFormat::expectation(Type type)
 {
     return kTypes[static_cast<size_t>(type)].expectation;
+}
+
+std::wstring TextFormat::refusal(Type type, size_t index, std::wstring text)
+{
+    constexpr size_t kShown = 60;
+    if (text.size() > kShown)
+        text = text.substr(0, kShown) + L"...";
+    return L"parameter " + std::to_wstring(index + 1) + L" must be " + Strings::widen(expectation(type)) +
+           L", not \"" + text + L"\"";
 }
 
 } // namespace Vs

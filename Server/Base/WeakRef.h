@@ -11,6 +11,7 @@ class WeakTarget
 public:
     WeakTarget() = default;
     WeakTarget(const WeakTarget&) {}
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the assigned object stays who it is.
     WeakTarget& operator=(const WeakTarget&) { return *this; }
 
 protected:

@@ -1,5 +1,6 @@
 #include "UI/Design/ExportOptions.h"
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -18,7 +19,6 @@
 #include <boost/algorithm/string/predicate.hpp>
 #include <boost/algorithm/string/split.hpp>
 #include <boost/filesystem/path.hpp>
-#include <boost/lexical_cast/try_lexical_convert.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -110,9 +110,10 @@ bool readRefinement(const std::wstring& text, Vs::TranslatorRefinement& refineme
     if (!text.empty())
         boost::split(words, text, [](wchar_t c) { return c == L','; });
     bool right = words.size() <= std::size(numbers);
-    for (size_t i = 0; right && i < words.size(); ++i)
-        right = boost::conversion::try_lexical_convert(words[i], *numbers[i]) && std::isfinite(*numbers[i]) &&
-                *numbers[i] > 0;
+    for (size_t i = 0; right && i < words.size(); ++i) {
+        *numbers[i] = Vs::readNumber<float>(words[i]).value_or(0);
+        right = *numbers[i] > 0;
+    }
     if (!right)
         status.addError(localizedFormat(
             "RefinementWrong",

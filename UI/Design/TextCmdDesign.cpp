@@ -11,7 +11,6 @@
 #include "UI/Design/ShowDesign.h"
 
 #include <boost/algorithm/string/join.hpp>
-#include <boost/lexical_cast.hpp>
 
 namespace Vu::Design {
 namespace {
@@ -68,8 +67,7 @@ protected:
     {
         unsigned i = 0;
         for (const PrimitiveRow::Size& size : kRow.primitive.sizes)
-            context.addArgument(Vs::UniqueString::find(size.name, true),
-                                boost::lexical_cast<double>(parameters[i++]));
+            context.addArgument(Vs::UniqueString::find(size.name, true), parameters.real(i++));
         if (i < parameters.parameters())
             context.addArgument(PrimitiveCmdDef::originArgumentName(), parameters[i++]);
         if (i < parameters.parameters())

@@ -11,8 +11,6 @@
 
 #include <QJsonDocument>
 
-#include <boost/lexical_cast.hpp>
-
 #include <fstream>
 
 namespace Vu::Design {
@@ -44,7 +42,7 @@ public:
             return kNoModel;
         std::optional<double> density;
         if (parameters.parameters() > 0) {
-            density = boost::lexical_cast<double>(parameters[0]);
+            density = parameters.real(0);
             if (!(*density > 0))
                 return {1, L"A density must be above 0, not " + parameters[0] + L"."};
         }
@@ -69,7 +67,7 @@ public:
         const Vs::Asset* asset = ActiveAssetUtils::asset();
         if (!asset)
             return kNoModel;
-        const int side = boost::lexical_cast<int>(parameters[0]);
+        const int side = parameters.integer(0);
         if (side < kSmallestSide || side > kLargestSide)
             return {1, L"A picture has 16 to 1024 pixels on a side, not " + parameters[0] + L"."};
         const std::string picture = thumbnailOf(asset, static_cast<uint32_t>(side));

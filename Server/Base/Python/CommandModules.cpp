@@ -114,8 +114,8 @@ py::object CommandModules::makeFunction(TextCommand& command, const py::str& mod
 
 py::str CommandModules::call(TextCommand& command, const py::tuple& arguments, const py::dict& keywords)
 {
-    const TextCommandParameters parameters = textParameters(arguments, keywords);
-    const auto run = [&] { return TextCommandMgr::get()->execute(command, parameters); };
+    TextCommandParameters parameters = textParameters(arguments, keywords);
+    const auto run = [&] { return TextCommandMgr::get()->execute(command, std::move(parameters)); };
     TranscriptMgr* transcripts = TranscriptMgr::get();
     const TextCommandResult result = transcripts->runs() ? transcripts->settled(run) : run();
     if (result.first != 0) {

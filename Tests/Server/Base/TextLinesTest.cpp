@@ -123,6 +123,27 @@ TEST_F(TextLinesTest, ArePassedToTheCommandOnlyIfTheirFormatFits)
     EXPECT_EQ(typed.calls, before);
 }
 
+TEST_F(TextLinesTest, SayNumbersThatFitTheirTypes)
+{
+    const Vs::TextCommandParameters parameters({L"+1.5", L"( 1,+2 ,-3e1)", L"+300", L"x"}, {});
+    EXPECT_EQ(parameters.real(0), 1.5);
+    EXPECT_EQ(parameters.point(1), (std::array<double, 3>{1, 2, -30}));
+    EXPECT_EQ(parameters.integer(2), 300);
+    const auto refusal = [](auto&& read) {
+        try {
+            read();
+        } catch (const Vs::Exception& error) {
+            return error.message();
+        }
+        return std::wstring();
+    };
+    EXPECT_EQ(refusal([&] { static_cast<void>(parameters.integer<signed char>(2)); }),
+              L"parameter 3 must be a whole number from -128 to 127, not \"+300\".");
+    EXPECT_EQ(refusal([&] { static_cast<void>(parameters.real(3)); }),
+              L"parameter 4 must be a number, not \"x\".");
+    EXPECT_THROW(static_cast<void>(parameters.real(4)), std::out_of_range);
+}
+
 TEST_F(TextLinesTest, AreRefusedForWhatTheHelpDoesNotNameWhereTheAreaIsChecked)
 {
     using Checks = Vs::TextCommandSubjectArea::Checks;

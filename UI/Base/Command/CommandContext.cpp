@@ -19,13 +19,6 @@ namespace Vu {
 
 namespace {
 
-/// The whole of `text` as a number, for which people may write a plus sign.
-template <class Number>
-std::optional<Number> numberFrom(std::wstring_view text)
-{
-    return Vs::readNumber<Number>(text.substr(text.starts_with(L'+') ? 1 : 0));
-}
-
 std::optional<int> exactInt(double value)
 {
     if (!(value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max()) ||
@@ -159,12 +152,12 @@ bool CommandContext::argument(const Vs::UniqueString* key, EArgType type, void* 
     case EArgType::Int:
         return give(integer ? std::optional<int>(*integer)
                     : real  ? exactInt(*real)
-                    : text  ? numberFrom<int>(*text)
+                    : text  ? Vs::readNumber<int>(*text)
                             : std::nullopt);
     case EArgType::Double:
         return give(real      ? std::optional<double>(*real)
                     : integer ? std::optional<double>(*integer)
-                    : text    ? numberFrom<double>(*text)
+                    : text    ? Vs::readNumber<double>(*text)
                               : std::nullopt);
     case EArgType::String:
         return give(text      ? std::optional<std::wstring>(*text)

@@ -1,6 +1,7 @@
 // The subject area "Commands": runs any definition by its key, so that those without a text command of their
 // own can be reached from a line as well.
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/Base/TextCompletion.h"
@@ -11,8 +12,6 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/CommitRefusal.h"
-
-#include <charconv>
 
 namespace Vu {
 
@@ -33,29 +32,21 @@ public:
     Checks checks() const override { return Checks::Everything; }
 };
 
-/// Reads the whole of `text`; a number written otherwise than it would be written back is left as text,
-/// because the digits may be a name.
+/// A number that is written otherwise than it would be written back is left as text, because the digits may
+/// be a name.
 template <class Number>
-bool reads(const std::string& text, Number& number)
+std::optional<Number> plainNumber(const std::wstring& text)
 {
-    const char* last = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data(), last, number);
-    if (error != std::errc() || end != last)
-        return false;
-    char again[64];
-    const char* const written = std::to_chars(again, again + sizeof again, number).ptr;
-    return text == std::string_view(again, written);
+    const std::optional<Number> number = Vs::readNumber<Number>(text);
+    return number && Vs::numberText(*number) == text ? number : std::nullopt;
 }
 
 void addGuessed(CommandContext& context, const Vs::UniqueString* key, const std::wstring& value)
 {
-    const std::string narrow = Vs::Strings::narrow(value);
-    int integer = 0;
-    double real = 0.0;
-    if (reads(narrow, integer))
-        context.addArgument(key, integer);
-    else if (reads(narrow, real))
-        context.addArgument(key, real);
+    if (const auto integer = plainNumber<int>(value))
+        context.addArgument(key, *integer);
+    else if (const auto real = plainNumber<double>(value))
+        context.addArgument(key, *real);
     else
         context.addArgument(key, value);
 }

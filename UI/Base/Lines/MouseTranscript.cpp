@@ -36,10 +36,7 @@ public:
     TextCommandResult execute(const TextCommandParameters& parameters) override
     {
         MouseEvent::Data data;
-        const bool hasPlace = parameters.parameters() >= 2;
-        const auto x = hasPlace ? Vs::readNumber<double>(parameters[0]) : std::nullopt;
-        const auto y = hasPlace ? Vs::readNumber<double>(parameters[1]) : std::nullopt;
-        if (!x || !y)
+        if (parameters.parameters() < 2)
             return {1, localized("MouseNeedsPlace", "A place in the view is missing: two numbers.")};
         if (parameters.parameters() > 2 && !readButton(parameters[2], data.button))
             return {1, localizedFormat("MouseNoButton",
@@ -48,7 +45,7 @@ public:
                                        parameters[2])};
         GraphicsCanvas* canvas = MouseEventSource::get()->canvas();
         if (parameters.parameters() > 3)
-            canvas = canvasOfNumber(parameters[3]);
+            canvas = canvasOfNumber(parameters.integer<size_t>(3));
         if (!canvas)
             return {1, localized("MouseNoCanvas", "There is no such view in the window.")};
         // What was opened just now is framed first, as whoever pointed there saw it.
@@ -59,8 +56,8 @@ public:
         for (const ModifierName& each : kModifiers)
             data.modifiers |= parameters.hasFlag(each.name) ? each.modifier : 0;
         const double unit = unitOf(*canvas);
-        data.x = canvas->width() / 2.0 + *x * unit;
-        data.y = canvas->height() / 2.0 + *y * unit;
+        data.x = canvas->width() / 2.0 + parameters.real(0) * unit;
+        data.y = canvas->height() / 2.0 + parameters.real(1) * unit;
         MouseEvent event(canvas, data);
         (MouseEventSource::get()->*kOperation.operation)(&event);
         return {0, {}};
@@ -76,10 +73,9 @@ private:
             }
         return false;
     }
-    static GraphicsCanvas* canvasOfNumber(const std::wstring& text)
+    static GraphicsCanvas* canvasOfNumber(size_t number)
     {
         const std::vector<GraphicsCanvas*> all = canvases();
-        const size_t number = Vs::readNumber<size_t>(text).value_or(0);
         return number >= 1 && number <= all.size() ? all[number - 1] : nullptr;
     }
 };

@@ -1,5 +1,6 @@
 #include "UI/Base/Program/Preferences.h"
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/StringTable.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
@@ -13,7 +14,6 @@
 
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/predicate.hpp>
-#include <boost/lexical_cast/try_lexical_convert.hpp>
 
 #include <algorithm>
 
@@ -123,11 +123,11 @@ std::wstring set(const Preference::Toggle& toggle, const std::wstring& text)
 
 std::wstring set(const Preference::Count& count, const std::wstring& text)
 {
-    int value = 0;
-    if (!boost::conversion::try_lexical_convert(text, value) || value < count.least || value > count.most)
+    const auto value = Vs::readNumber<int>(text);
+    if (!value || *value < count.least || *value > count.most)
         return localizedFormat("PreferenceNoCount", "\"%1%\" is not a whole number from %2% to %3%.", text,
                                count.least, count.most);
-    count.option()(value);
+    count.option()(*value);
     return {};
 }
 

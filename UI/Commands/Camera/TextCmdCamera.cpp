@@ -1,5 +1,4 @@
 #include "Server/Base/NumberText.h"
-#include "Server/Base/Strings.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Types/PointText.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
@@ -8,11 +7,7 @@
 
 #include <boost/format.hpp>
 
-#include <locale>
-#include <sstream>
 #include <string>
-#include <type_traits>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -22,46 +17,10 @@ namespace {
 using Vs::TextCommandParameters;
 using Vs::TextCommandResult;
 
-/// What the framework reports of a parameter that doesn't convert.
-class BadParameter : public std::bad_cast
+GkPoint3d pointAt(const TextCommandParameters& parameters, unsigned i)
 {
-public:
-    BadParameter(const std::wstring& text, const char* kind)
-        : m_message("\"" + Vs::Strings::narrow(text) + "\" is not a " + kind + ".")
-    {
-    }
-    const char* what() const noexcept override { return m_message.c_str(); }
-
-private:
-    std::string m_message;
-};
-
-/// Numbers in text lines have a point, whatever the user's locale says.
-template <class Number>
-Number number(const std::wstring& text)
-{
-    std::wistringstream stream(text);
-    stream.imbue(std::locale::classic());
-    Number value{};
-    if (!(stream >> value) || !stream.eof())
-        throw BadParameter(text, std::is_integral_v<Number> ? "whole number" : "number");
-    return value;
-}
-
-GkPoint3d point(const std::wstring& text)
-{
-    GkPoint3d result;
-    if (!Vs::Types::StringToPoint3d(text, result))
-        throw BadParameter(text, "point");
-    return result;
-}
-
-GkVector3d vector(const std::wstring& text)
-{
-    GkVector3d result;
-    if (!Vs::Types::StringToVector3d(text, result))
-        throw BadParameter(text, "vector");
-    return result;
+    const auto [x, y, z] = parameters.point(i);
+    return {x, y, z};
 }
 
 // clang-format off
@@ -101,14 +60,14 @@ Faults faultsOf(const Vs::Scene::Camera& camera)
 Faults refusalsOf(const Vs::Scene::Camera& camera, const TextCommandParameters& parameters)
 {
     const auto isPoint = [&](unsigned at, const GkPoint3d& taken) {
-        return same(point(parameters[at]).asVector(), taken.asVector());
+        return same(pointAt(parameters, at).asVector(), taken.asVector());
     };
-    const auto isNumber = [&](unsigned at, double taken) { return number<double>(parameters[at]) == taken; };
-    const int projection = number<int>(parameters[7]);
+    const auto isNumber = [&](unsigned at, double taken) { return parameters.real(at) == taken; };
+    const int projection = parameters.integer(7);
     return {
         {!isPoint(0, camera.position()) || !isPoint(1, camera.target()),
          L"The position or the target is too far away for a camera and was left as it was."},
-        {!same(vector(parameters[2]), camera.up()),
+        {!same(pointAt(parameters, 2).asVector(), camera.up()),
          L"The up vector is too long for a camera and was left as it was."},
         {!isNumber(3, camera.clipNear()) || !isNumber(4, camera.clipFar()),
          L"The near or the far distance is too large for a camera and was left as it was."},
@@ -140,14 +99,14 @@ public:
             return {1, L"Not enough parameters specified on command line."};
         Vs::Scene::Camera* camera = settledCamera();
         if (camera) {
-            camera->position(point(parameters[0]));
-            camera->target(point(parameters[1]));
-            camera->up(vector(parameters[2]));
-            camera->clipNear(number<double>(parameters[3]));
-            camera->clipFar(number<double>(parameters[4]));
-            camera->extentsWidth(number<double>(parameters[5]));
-            camera->extentsHeight(number<double>(parameters[6]));
-            camera->projection(number<int>(parameters[7]));
+            camera->position(pointAt(parameters, 0));
+            camera->target(pointAt(parameters, 1));
+            camera->up(pointAt(parameters, 2).asVector());
+            camera->clipNear(parameters.real(3));
+            camera->clipFar(parameters.real(4));
+            camera->extentsWidth(parameters.real(5));
+            camera->extentsHeight(parameters.real(6));
+            camera->projection(parameters.integer(7));
         }
         WorkspaceWindow::invalidate(kInvalidateAll);
         return camera ? answerFor(*camera, parameters) : TextCommandResult{0, {}};
@@ -175,7 +134,7 @@ public:
 TextCommandResult zoom(const TextCommandParameters& parameters, double factor, const wchar_t* answer)
 {
     if (parameters.parameters() > 0)
-        factor = number<double>(parameters[0]);
+        factor = parameters.real(0);
     if (Vs::Scene::Camera* camera = settledCamera()) {
         const double width = camera->extentsWidth();
         camera->zoom(factor);

@@ -1,6 +1,7 @@
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Document.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
@@ -11,7 +12,6 @@
 #include "UI/Commands/WaitCursor.h"
 
 #include <boost/filesystem/path.hpp>
-#include <boost/lexical_cast/try_lexical_convert.hpp>
 
 namespace Vu::Commands {
 
@@ -55,11 +55,11 @@ Info itemhubInfo(const CommandRow& row, const char* before, const char* behind)
 int numberArgument(const CommandContext& context, const Vs::UniqueString* name)
 {
     const std::wstring text = context.argumentAsString(name);
-    int number = 0;
-    if (!boost::conversion::try_lexical_convert(text, number))
+    const auto number = Vs::readNumber<int>(text);
+    if (!number)
         throw Vs::Exception(Vs::Strings::narrow(localizedFormat(
             "ItemhubNoNumber", "%1% must be a whole number, not \"%2%\".", name->wideText(), text)));
-    return number;
+    return *number;
 }
 
 void nameAfterFile(Vs::Document& document, const std::wstring& path)

@@ -8,17 +8,10 @@
 #include "UI/Commands/Itemhub/ItemhubSaveCmd.h"
 #include "UI/Commands/Text/Wrappers.h"
 
-#include <boost/lexical_cast.hpp>
-
 namespace Vu::Commands {
 namespace {
 
 using Parameters = Vs::TextCommandParameters;
-
-void addNumber(CommandContext& context, const Vs::UniqueString* name, const std::wstring& text)
-{
-    context.addArgument(name, boost::lexical_cast<double>(text));
-}
 
 void token(const Parameters& parameters, CommandContext& context)
 {
@@ -36,10 +29,10 @@ void newItem(const Parameters& parameters, CommandContext& context)
     using Def = ItemhubNewItemCmdDef;
     if (parameters.parameters() != 5)
         return;
-    addNumber(context, Def::workspaceId(), parameters[0]);
+    context.addArgument(Def::workspaceId(), parameters.real(0));
     context.addArgument(Def::itemName(), parameters[1]);
     context.addArgument(Def::linkedItemId(), parameters[2]);
-    addNumber(context, Def::linkedItemWorkspaceId(), parameters[3]);
+    context.addArgument(Def::linkedItemWorkspaceId(), parameters.real(3));
     context.addArgument(Def::assetType(), parameters[4]);
 }
 
@@ -56,8 +49,8 @@ void component(const Parameters& parameters, CommandContext& context)
     using Def = ItemhubInsertComponentCmdDef;
     if (parameters.parameters() != 2)
         return;
-    addNumber(context, Def::workspaceId(), parameters[0]);
-    addNumber(context, Def::itemId(), parameters[1]);
+    context.addArgument(Def::workspaceId(), parameters.real(0));
+    context.addArgument(Def::itemId(), parameters.real(1));
 }
 
 constexpr bool kGlobal = true;

@@ -1,5 +1,6 @@
 // The subject area "Itemhub": what a script or a person wants of the lifecycle service beside its commands.
 
+#include "Server/Base/NumberText.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptSecrets.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
@@ -7,8 +8,6 @@
 #include "UI/Commands/Itemhub/ItemhubLines.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Text/DirectTextCommand.h"
-
-#include <boost/lexical_cast/try_lexical_convert.hpp>
 
 #include <functional>
 
@@ -64,10 +63,10 @@ Result missing(const wchar_t* what)
 /// Throws Vs::Exception if the text is no number of anything.
 int idOf(const std::wstring& text)
 {
-    int id = 0;
-    if (!boost::conversion::try_lexical_convert(text, id) || id < 1)
+    const auto id = Vs::readNumber<int>(text);
+    if (!id || *id < 1)
         throw Vs::Exception(L"\"" + text + L"\" is not the number of anything");
-    return id;
+    return *id;
 }
 
 // clang-format off
@@ -233,10 +232,9 @@ public:
     Result execute(const Parameters& parameters) override
     {
         constexpr double kUsual = 60, kMost = 86400;
-        double seconds = kUsual;
-        if (parameters.parameters() > 0 && (!boost::conversion::try_lexical_convert(parameters[0], seconds) ||
-                                            !(seconds >= 0) || seconds > kMost))
-            return {1, L"\"" + parameters[0] + L"\" is no time in seconds"};
+        const double seconds = parameters.parameters() > 0 ? parameters.real(0) : kUsual;
+        if (seconds < 0 || seconds > kMost)
+            return {1, L"\"" + parameters[0] + L"\" is not a time in seconds, up to a day"};
         return asked(
             [&]() -> Result {
                 const auto time = std::chrono::milliseconds(static_cast<long long>(seconds * 1000));

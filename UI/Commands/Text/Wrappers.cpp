@@ -46,8 +46,6 @@
 #include "UI/Commands/Shells/WindowCmds.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
 
-#include <boost/lexical_cast.hpp>
-
 namespace Vu::Commands {
 
 void addObject(CommandContext& context, const Vs::UniqueString* key, const char* factory,
@@ -143,7 +141,7 @@ void insertedAsset(const Parameters& parameters, CommandContext& context)
         context.addArgument(InsertAssetCmdDef::uuidArgumentName(), parameters[2]);
     // A recording has the flag of a hidden asset behind what a person writes.
     if (parameters.parameters() > 3)
-        context.addArgument(InsertAssetCmdDef::hiddenArgumentName(), boost::lexical_cast<int>(parameters[3]));
+        context.addArgument(InsertAssetCmdDef::hiddenArgumentName(), parameters.integer(3));
 }
 
 void assetSessionName(const Parameters& parameters, CommandContext& context)
@@ -180,8 +178,7 @@ void markedFilters(const Parameters& parameters, CommandContext& context)
 void oneTxnIndex(const Parameters& parameters, CommandContext& context)
 {
     if (parameters.parameters() == 1)
-        context.addArgument(UndoRedoDropDownCommandDef::txnIndexArgumentName(),
-                            boost::lexical_cast<int>(parameters[0]));
+        context.addArgument(UndoRedoDropDownCommandDef::txnIndexArgumentName(), parameters.integer(0));
 }
 
 /// At the ends of the list the command itself would leave the workspace without an asset.

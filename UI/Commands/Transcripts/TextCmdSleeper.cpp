@@ -2,8 +2,6 @@
 
 #include <QThread>
 
-#include <boost/lexical_cast.hpp>
-
 #include <cstdint>
 
 namespace Vu::Commands {
@@ -20,12 +18,8 @@ public:
     {
         if (parameters.parameters() == 0)
             return {1, L"The delay in milliseconds is missing."};
-        const std::wstring& delay = parameters[0];
-        // The cast takes a minus sign for an unsigned number and would sleep for weeks.
-        if (delay.front() == L'-')
-            throw boost::bad_lexical_cast();
-        QThread::msleep(boost::lexical_cast<uint32_t>(delay));
-        return {0, L"Sleep " + delay + L" ms."};
+        QThread::msleep(parameters.integer<uint32_t>(0));
+        return {0, L"Sleep " + parameters[0] + L" ms."};
     }
 };
 

@@ -312,7 +312,7 @@ const Session kSessions[] = {
     {L"SplitView.NextAsset",           kAssets + L"SplitView.NextAsset"},
     {L"SplitView.CancelCommandInOtherView", kModel + L"SplitView.CancelCommandInOtherView"},
     {L"Mouse.Down",                    kModel + L"Mouse.Down 0 0 Middle;Mouse.Move 0.1 0.05 Middle;Mouse.Up 0.1 0.05 Middle"},
-    {L"Mouse.Move",                    kModel + L"Mouse.Down 0 0 Right;Mouse.Move 0.1 0.05 Right;Mouse.Up 0.1 0.05 Right"},
+    {L"Mouse.Move",                    kModel + L"Mouse.Down 0 0 Right;Mouse.Move +0.1 +5e-2 Right;Mouse.Up 0.1 0.05 Right"},
     {L"Mouse.Up",                      kModel + L"Mouse.Down 0 0 Left;Mouse.Up 0 0 Left"},
     {L"Script.BeginTransaction",       kModel + L"Script.BeginTransaction Two;Design.Box 1 1 1;Design.Box 2 2 2;Script.CommitTransaction;VuCommands.UndoCmd;VuCommands.RedoCmd"},
     {L"Script.CommitTransaction",      kModel + L"Script.BeginTransaction Two;Design.Box 1 1 1;Script.CommitTransaction"},
