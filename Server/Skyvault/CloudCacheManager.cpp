@@ -49,6 +49,27 @@ private:
     int m_file;
 };
 
+void lookAtLast(std::vector<Cache::Place> places)
+{
+    if (places.empty())
+        return;
+    const Cache::Place place = std::move(places.back());
+    places.pop_back();
+    const auto entry = std::make_shared<Cloud::DriveEntry>();
+    Cloud::Session::get().post(
+        [place, entry](Cloud::Drive& drive, const Cloud::DriveWatch&) {
+            return drive.find(place.path, *entry);
+        },
+        [place, entry, rest = std::move(places)](const Cloud::DriveResult& result) {
+            if (result.isOk())
+                Cloud::noteSeen(place, *entry);
+            else if (result.state == CloudErrorState::NotFound)
+                Cloud::noteRemoved(place);
+            if (Cloud::Session::get().isOnline())
+                lookAtLast(rest);
+        });
+}
+
 } // namespace
 
 struct CloudCacheManager::Data
@@ -166,21 +187,29 @@ void CloudCacheManager::Data::sendNext()
     lock.reset();
 }
 
-void CloudCacheManager::refresh(const fs::path& file)
+void CloudCacheManager::refresh(const std::vector<fs::path>& files)
 {
     assertMainThread();
-    const auto place = Cache::placeOf(file);
-    if (!place)
+    if (!Cloud::Session::get().exists())
         return;
-    const auto entry = std::make_shared<Cloud::DriveEntry>();
-    Cloud::Session::get().post(
-        [place, entry](Cloud::Drive& drive, const Cloud::DriveWatch&) {
-            return drive.find(place->path, *entry);
-        },
-        [place, entry](const Cloud::DriveResult& result) {
-            if (result.isOk())
-                Cloud::noteSeen(*place, *entry);
-        });
+    const fs::path root = SkyvaultUtilities::currentCachePath(nullptr);
+    std::vector<Cache::Place> places;
+    for (const fs::path& file : files)
+        if (const auto place = Cache::placeOf(file); place && place->root == root)
+            places.push_back(*place);
+    lookAtLast(std::move(places));
+}
+
+bool CloudCacheManager::isRemoved(const fs::path& file) const
+try {
+    const auto place = Cache::placeOf(file);
+    boost::system::error_code error;
+    if (!place || !fs::exists(place->root.string() + ".index", error))
+        return false;
+    const std::optional<CacheRow> row = Cache::get().row(*place);
+    return row && row->isRemoved();
+} catch (const Exception&) {
+    return false;
 }
 
 } // namespace Vs

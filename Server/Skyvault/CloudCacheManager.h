@@ -19,7 +19,8 @@ enum class CloudFileState {
     Dirty,   ///< Changed here.
     Uploading,
     Waiting, ///< Queued on this disk until the drive can be reached.
-    Changed  ///< On the drive, by another.
+    Changed, ///< On the drive, by another.
+    Removed  ///< From the drive, by another; the copy here is all that is left.
 };
 
 /// The cache's index, which is kept on disk and survives a kill at any point. Main thread only.
@@ -44,8 +45,11 @@ public:
     std::vector<boost::filesystem::path> waiting() const;
     /// Uploads what waits, as far as the drive can be reached. Called at each sign-in and by a timer.
     void uploadWaiting();
-    /// Asks the drive whether another changed the file, in the background; CloudEventSite hears of it.
-    void refresh(const boost::filesystem::path& file);
+    /// Asks the drive whether another changed or removed the files, in the background, one after the other so
+    /// that what a person asks for comes in between; CloudEventSite hears of it. Nothing without a session.
+    void refresh(const std::vector<boost::filesystem::path>& files);
+    /// Whether the file was gone from the drive when it was last asked.
+    [[nodiscard]] bool isRemoved(const boost::filesystem::path& file) const;
 
 private:
     CloudCacheManager();

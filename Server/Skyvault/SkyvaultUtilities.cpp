@@ -215,6 +215,8 @@ CloudErrorState SkyvaultUtilities::GetFileNode(const BaseAuth*, const WPath& roo
             noteSeen(place, entry);
             return CloudErrorState::Success;
         }
+        if (result.state == CloudErrorState::NotFound)
+            noteRemoved(place);
         // A file that is here can be worked on without the drive.
         const std::optional<CacheRow> row = Cache::get().row(place);
         const bool isHere = row && fs::exists(place.file());

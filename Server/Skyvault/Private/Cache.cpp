@@ -197,6 +197,8 @@ try {
         return CloudFileState::Unknown;
     if (known->pending != CacheRow::Pending::No)
         return CloudFileState::Waiting;
+    if (known->isRemoved())
+        return CloudFileState::Removed;
     if (!known->otherEtag.empty())
         return CloudFileState::Changed;
     return isChanged(*place, *known) ? CloudFileState::Dirty : CloudFileState::Clean;

@@ -41,6 +41,9 @@ struct CacheRow
     /// The version of another that was seen on the drive and isn't here; empty if there is none.
     std::string otherEtag, otherUser;
     std::int64_t otherTime = 0; ///< Seconds of the system's clock.
+
+    /// Whether the drive had it and was seen without it.
+    [[nodiscard]] bool isRemoved() const { return !onDrive && !etag.empty() && pending == Pending::No; }
 };
 
 /// The index of one user's cache of one drive, in a file. Each change is on the disk when its function

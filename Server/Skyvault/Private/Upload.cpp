@@ -57,6 +57,13 @@ DriveResult hashOnDrive(Drive& drive, const DriveWatch& watch, CacheIndexLibrary
     return result;
 }
 
+void putNews(const Cache::Place& place, const CacheRow& row)
+{
+    Cache::get().put(place, row);
+    CloudEvent event(place.file());
+    CloudEventSource::get()->fireCloudFileStateChanged(&event);
+}
+
 } // namespace
 
 std::wstring changedText(const Cache::Place& place, const CacheRow& row)
@@ -82,14 +89,25 @@ try {
     if (!row || row->etag.empty() || entry.etag.empty() || row->pending != CacheRow::Pending::No)
         return;
     const std::string other = isSameEtag(row->etag, entry.etag) ? std::string() : entry.etag;
-    if (other == row->otherEtag)
+    if (other == row->otherEtag && row->onDrive)
         return;
+    row->onDrive = true;
     row->otherEtag = other;
     row->otherUser = entry.modifiedBy;
     row->otherTime = std::chrono::system_clock::to_time_t(entry.modified);
-    Cache::get().put(place, *row);
-    CloudEvent event(place.file());
-    CloudEventSource::get()->fireCloudFileStateChanged(&event);
+    putNews(place, *row);
+} catch (const Exception& error) {
+    Failures::note(CloudErrorState::CacheFailed, error.message());
+}
+
+void noteRemoved(const Cache::Place& place)
+try {
+    std::optional<CacheRow> row = Cache::get().row(place);
+    if (!row || !row->onDrive || row->pending != CacheRow::Pending::No)
+        return;
+    row->onDrive = false;
+    row->otherEtag.clear();
+    putNews(place, *row);
 } catch (const Exception& error) {
     Failures::note(CloudErrorState::CacheFailed, error.message());
 }

@@ -54,6 +54,8 @@ private:
 
 /// A file was looked at on the drive: whether another changed it is noted, and told if that is news.
 void noteSeen(const Cache::Place& place, const DriveEntry& entry);
+/// The same of a file that the drive has no longer.
+void noteRemoved(const Cache::Place& place);
 
 /// "who" and "when" of the version of another, for the person.
 [[nodiscard]] std::wstring changedText(const Cache::Place& place, const CacheRow& row);

@@ -65,7 +65,8 @@ std::optional<FilePlace::Answer> placeOf(const boost::filesystem::path& file)
     FilePlace::Answer answer{.place = Vs::SkyvaultUtilities::getCloud_TM(),
                              .folder = {},
                              .mark = Resources::Cloud(),
-                             .isSent = true};
+                             .isSent = true,
+                             .isGone = Vs::CloudCacheManager::getInstance()->isRemoved(file)};
     std::vector<boost::filesystem::path> stack;
     const boost::filesystem::path root =
         Vs::SkyvaultUtilities::currentCachePath(Vs::MeshportAuth::globalInstance());

@@ -26,6 +26,8 @@ std::wstring remarkOf(const Vs::Document& document)
         return localized("CloudTitleWaiting", "waiting for the drive");
     case Vs::CloudFileState::Changed:
         return localized("CloudTitleChanged", "changed by somebody else");
+    case Vs::CloudFileState::Removed:
+        return localized("CloudTitleRemoved", "removed from the drive");
     default:
         return {};
     }

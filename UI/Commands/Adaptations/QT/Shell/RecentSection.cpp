@@ -1,6 +1,7 @@
 #include "UI/Commands/Adaptations/QT/Shell/RecentSection.h"
 
 #include "Server/Base/PathInfo.h"
+#include "Server/Skyvault/CloudCacheManager.h"
 #include "Server/Skyvault/MeshportAuth.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -118,6 +119,7 @@ RecentSection::RecentSection(QWidget* parent)
     fill();
     RecentPaths::files().subscribe(this);
     WorkspaceEventSource::get()->subscribe(this);
+    Vs::CloudEventSource::get()->subscribe(this);
     ForeignPictures::begin();
 }
 
@@ -125,6 +127,7 @@ RecentSection::~RecentSection()
 {
     RecentPaths::files().unsubscribe(this);
     WorkspaceEventSource::get()->unsubscribe(this);
+    Vs::CloudEventSource::get()->unsubscribe(this);
 }
 
 bool RecentSection::passes(const std::wstring& path) const
@@ -227,6 +230,24 @@ void RecentSection::lookAgain()
 {
     for (const auto& [path, tile] : m_tiles)
         look(path);
+    askDrive();
+}
+
+/// Whether its files are still there.
+void RecentSection::askDrive()
+{
+    std::vector<boost::filesystem::path> files;
+    for (const auto& [path, tile] : m_tiles)
+        if (Vs::PathInfo::isPathInCloudCache(path))
+            files.emplace_back(path);
+    if (!files.empty())
+        Vs::CloudCacheManager::getInstance()->refresh(files);
+}
+
+void RecentSection::cloudFileStateChanged(Vs::CloudEvent* event)
+{
+    if (m_tiles.contains(event->file().wstring()))
+        look(event->file().wstring());
 }
 
 void RecentSection::look(const std::wstring& path)

@@ -4,6 +4,11 @@
 #include "Tests/Support/Servers/FaultProxy.h"
 #include "Tests/UI/Commands/Adaptations/QT/Cloud/WithCloudDialogs.h"
 #include "UI/Base/Session/DocumentRemark.h"
+#include "UI/Base/Session/FilePlace.h"
+#include "UI/Base/Workspace/Workspace.h"
+#include "UI/Base/Workspace/WorkspaceEvents.h"
+#include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Adaptations/QT/Cloud/QTCloudDialog.h"
 
 #include <QComboBox>
@@ -232,17 +237,19 @@ TEST_F(CloudDialogsTest, WhoDoesNotWaitForTheFirstFolderIsShownWhatThisComputerH
     EXPECT_EQ(message(dialog), "");
 }
 
-TEST_F(CloudDialogsTest, ADocumentsTitleTellsThatItWaitsOrThatAnotherHasChangedIt)
+TEST_F(CloudDialogsTest, ADocumentsTitleTellsThatItWaitsOrThatAnotherHasChangedOrRemovedIt)
 {
     TestServer server(TestServer::Kind::Lighttpd);
     REQUIRE_SERVER(server);
     signIn(server);
     const auto file = Vs::SkyvaultUtilities::currentCachePath(&auth()) / "wheel.vlra";
-    const auto remark = [] { return Vs::Strings::narrow(Vu::DocumentRemark::of(*activeDocument())); };
+    answer(L"Design.New");
+    const auto remark = [document = activeDocument()] {
+        return Vs::Strings::narrow(Vu::DocumentRemark::of(*document));
+    };
     const auto becomes = [&](const std::string& wanted) {
         return QTest::qWaitFor([&] { return remark() == wanted; }, 30'000);
     };
-    answer(L"Design.New");
     EXPECT_EQ(remark(), "");
     server.stop();
     answer(L"VuCommands.CloudSaveCmd " + Vs::Strings::quote(file.wstring()));
@@ -251,6 +258,19 @@ TEST_F(CloudDialogsTest, ADocumentsTitleTellsThatItWaitsOrThatAnotherHasChangedI
     Vs::CloudCacheManager::getInstance()->uploadWaiting();
     EXPECT_TRUE(becomes("")) << remark();
     ASSERT_EQ(server.request("PUT", "wheel.vlra", "another's").status, 204);
-    Vs::CloudCacheManager::getInstance()->refresh(file);
+    Vs::CloudCacheManager::getInstance()->refresh({file});
     EXPECT_TRUE(becomes("changed by somebody else")) << remark();
+    ASSERT_EQ(server.request("DELETE", "wheel.vlra").status, 204);
+    // Its home screen asks for all of its files.
+    Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();
+    workspace->window()->show();
+    Vu::WorkspaceEvent welcome(workspace);
+    Vu::WorkspaceEventSource::get()->fireWorkspaceWelcome(&welcome);
+    EXPECT_TRUE(becomes("removed from the drive")) << remark();
+    Vu::WorkspaceMgr::get()->close(workspace);
+    EXPECT_TRUE(Vu::FilePlace::of(file.wstring())->isGone);
+    ASSERT_EQ(server.request("PUT", "wheel.vlra", "again").status, 201);
+    Vs::CloudCacheManager::getInstance()->refresh({file});
+    EXPECT_TRUE(becomes("changed by somebody else")) << remark();
+    EXPECT_FALSE(Vu::FilePlace::of(file.wstring())->isGone);
 }
