@@ -3,7 +3,7 @@
 import { ask as askPerson, button, doing, element, keptPlace, picture, section, size, tell, text, time } from "./dom.js";
 import { cards, star } from "./lists.js";
 import { programPart } from "./program.js";
-import { all, ask, make, mayWrite, workspace } from "./service.js";
+import { all, ask, make, mayWrite, session, workspace } from "./service.js";
 
 const kDesign = "VeloraDocType"; // What the program opens.
 
@@ -66,17 +66,37 @@ async function file(attachment) {
         versions.length > kMost ? more : null);
 }
 
-function comment(each) {
+function comment(each, place) {
+    const mayRemove = mayWrite(place) && (each.author === session.account || place.role === "admin");
     return element("li", {},
-        element("div", { class: "small" }, element("bdi", {}, each.author), " · ", time(each.createdAt)),
+        element("div", { class: "small" }, element("bdi", {}, each.author), " · ", time(each.createdAt),
+            mayRemove ? button(text("PageRemove"), doing(() => removeComment(each)), {
+                class: "remove", "aria-label": text("PageRemoveCommentOf", each.author) }) : null),
         element("p", { class: "written", dir: "auto" }, each.body));
 }
 
+/** Whether the reader means it: what is removed doesn't come back. */
+const sure = question => askPerson(question, [], ["remove", text("PageRemove")]);
+
+async function removeComment(each) {
+    if (await sure(text("PageRemoveComment"))) {
+        await ask("DELETE", `comments/${each.id}`);
+        tell(text("PageCommentRemoved"));
+    }
+}
+
+async function unlink(item, linked) {
+    if (await sure(text("PageUnlinkSure", linked.caption))) {
+        await ask("DELETE", `items/${item.id}/links/${linked.id}`);
+        tell(text("PageUnlinked", linked.caption));
+    }
+}
+
 /** The comments, and where another one is written. What is being typed there stays when the list is shown anew. */
-function comments(id, shown, mayComment, typed) {
-    const list = element("ol", { class: "comments", role: "list" }, ...shown.map(comment));
+function comments(id, shown, place, typed) {
+    const list = element("ol", { class: "comments", role: "list" }, ...shown.map(each => comment(each, place)));
     const parts = [shown.length > 0 ? list : element("p", { class: "small" }, text("PageNoComments"))];
-    if (mayComment)
+    if (mayWrite(place))
         parts.push(element("form", {
             onsubmit: doing(async () => {
                 await make(`items/${id}/comments`, { body: typed.value });
@@ -124,8 +144,10 @@ export async function oneItem(id) {
                 element("div", {}, design ? actions(item, place, design) : null, item.description ? element("p", { class: "written", dir: "auto" }, item.description)
                     : element("p", { class: "small" }, text("PageNoDescription")))),
             section(text("PageFiles"), ...files, files.length === 0 ? element("p", { class: "small" }, text("PageNoFiles")) : null),
-            comments(id, said, mayWrite(place), draft(id)),
-            section(text("PageLinks"), cards(links, text("PageNoLinks")), mayWrite(place)
+            comments(id, said, place, draft(id)),
+            section(text("PageLinks"), cards(links, text("PageNoLinks"), linked => mayWrite(place)
+                ? button(text("PageRemove"), doing(() => unlink(item, linked)), { class: "remove", "aria-label": text("PageUnlink", linked.caption) })
+                : null), mayWrite(place)
                 ? element("p", { class: "below" }, button(text("PageLink"), doing(() => link(item)))) : null),
         ],
         isAbout: event => event.itemId === id && !event.kind.startsWith("favourite."),

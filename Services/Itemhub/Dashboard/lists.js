@@ -15,18 +15,19 @@ export function star(item) {
     return shown;
 }
 
-function card(item) {
+function card(item, more = null) {
     return element("li", { class: "card" },
         element("a", { href: `#/items/${item.id}` },
             picture(`items/${item.id}/picture`, "wide"),
             element("span", { class: "caption" }, element("bdi", {}, item.caption)),
             element("span", { class: "small" }, element("bdi", {}, item.createdBy), " · ", time(item.changedAt))),
-        star(item));
+        star(item), more);
 }
 
-export function cards(items, whenEmpty) {
+/** @param more what else there is to do with each item; nothing if it isn't given */
+export function cards(items, whenEmpty, more = () => null) {
     return items.length === 0 ? element("p", { class: "small" }, whenEmpty)
-        : element("ul", { class: "cards", role: "list" }, ...items.map(card));
+        : element("ul", { class: "cards", role: "list" }, ...items.map(item => card(item, more(item))));
 }
 
 const signingIn = programPart(); // The program that gets a new token.
@@ -67,25 +68,46 @@ async function newItem(place, program) {
 }
 
 const programs = new Map(); // What the program was asked for, by workspace.
+const kOrders = ["changed", "newest", "oldest", "name"];
+let order = kOrders.find(each => each === localStorage.getItem("order")) ?? kOrders[0];
+
+/** Where the reader says how items are sorted, which the browser remembers. */
+function sorting(again) {
+    return element("label", { class: "sorting" }, text("PageSort"), element("select", {
+        name: "order",
+        onchange: doing(async event => {
+            order = event.target.value;
+            localStorage.setItem("order", order);
+            await again();
+        }),
+    }, ...kOrders.map(each => element("option", { value: each, selected: each === order }, text(`PageSort_${each}`)))));
+}
 
 export async function oneWorkspace(id) {
     const place = await workspace(id);
-    const first = await ask("GET", `workspaces/${id}/items?limit=60`);
+    const part = after => ask("GET", `workspaces/${id}/items?limit=60&order=${order}${after ? `&after=${after}` : ""}`);
+    const first = await part();
     const list = element("div", {}, cards(first.items, text("PageNoItems")));
     let next = first.next;
+    const sort = sorting(async () => {
+        const answer = await part();
+        list.replaceChildren(cards(answer.items, text("PageNoItems")));
+        next = answer.next;
+        more.hidden = next === undefined;
+    });
     const program = programs.get(id) ?? programPart();
     programs.set(id, program);
     const more = button(text("PageMore"), doing(async () => {
-        const answer = await ask("GET", `workspaces/${id}/items?limit=60&after=${next}`);
-        list.querySelector("ul").append(...answer.items.map(card));
+        const answer = await part(next);
+        list.querySelector("ul").append(...answer.items.map(item => card(item)));
         next = answer.next;
         more.hidden = next === undefined;
     }), { hidden: next === undefined });
     return {
         title: place.name,
         actions: mayWrite(place) ? [button(text("PageNewItemButton"), doing(() => newItem(place, program)), { class: "main" })] : [],
-        content: [keptPlace(program), list, more],
-        isAbout: event => event.workspaceId === id && event.kind.startsWith("item."),
+        content: [keptPlace(program), first.items.length > 1 ? sort : "", list, more],
+        isAbout: event => event.workspaceId === id && /^(item|attachment|version)\./.test(event.kind),
     };
 }
 

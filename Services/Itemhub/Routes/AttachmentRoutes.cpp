@@ -57,6 +57,7 @@ Store::Version addVersion(Call& call, qint64 attachment, const QString& upload, 
         Store::addVersion(call.store, attachment, call.account(), label, takeUpload(call, upload), madeFrom);
     if (number == 0)
         throw outdated(call, attachment, madeFrom);
+    Store::touchItem(call.store, call.subject.item);
     call.note({.kind = "version.added",
                .workspace = call.subject.workspace,
                .item = call.subject.item,
@@ -96,6 +97,8 @@ Http::Response makeAttachment(Call& call)
                    .attachment = id});
         if (upload)
             addVersion(call, id, *upload, label, 0);
+        else
+            Store::touchItem(call.store, call.subject.item);
         Store::indexItem(call.store, call.tenant(), call.subject.item);
         return created(toJson(attachmentOf(call, id), call.base), "/attachments/" + std::to_string(id));
     });
@@ -137,6 +140,7 @@ Http::Response deleteAttachment(Call& call)
 {
     return changing(call, [&] {
         Store::removeAttachment(call.store, call.subject.attachment);
+        Store::touchItem(call.store, call.subject.item);
         Store::indexItem(call.store, call.tenant(), call.subject.item);
         call.note({.kind = "attachment.removed",
                    .workspace = call.subject.workspace,

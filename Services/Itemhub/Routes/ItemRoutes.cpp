@@ -59,8 +59,13 @@ void link(Call& call, qint64 item, qint64 linked)
 Http::Response listItems(Call& call)
 {
     const Store::Page page = call.page();
+    const std::string wanted = call.request.parameter("order").value_or("oldest");
+    const auto order = Store::orderOf(wanted);
+    if (!order)
+        throw Http::Problem(400, "bad_parameter",
+                            "\"order\" must be oldest, newest, changed or name, not \"" + wanted + "\".");
     return listAnswer(
-        Store::itemsOf(call.store, call.subject.workspace, call.account(), page), page, "items",
+        Store::itemsOf(call.store, call.subject.workspace, call.account(), page, *order), page, "items",
         [](const Store::Item& item) { return toJson(item); },
         [](const Store::Item& item) { return item.id; });
 }

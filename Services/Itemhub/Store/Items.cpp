@@ -1,5 +1,8 @@
 #include "Services/Itemhub/Store/Items.h"
 
+#include <algorithm>
+#include <array>
+
 namespace Itemhub::Store {
 
 namespace {
@@ -19,8 +22,36 @@ const std::string kOneWithRole = kColumns +
                                  kFrom + "WHERE i.id = ? AND i.tenant_id = ? AND i.deleted_at IS NULL";
 const std::string kOne = kSelect + "WHERE i.id = ? AND i.deleted_at IS NULL";
 const std::string kVisibleOne = kSelect + "WHERE i.id = ? AND i.deleted_at IS NULL AND " + kVisible;
-const std::string kOfWorkspace =
-    kSelect + "WHERE i.workspace_id = ? AND i.deleted_at IS NULL AND i.id > ? ORDER BY i.id LIMIT ?";
+const std::string kOfWorkspace = kSelect + "WHERE i.workspace_id = ? AND i.deleted_at IS NULL ";
+
+/// A list in one of the orders: its first part, and what comes behind an item, also behind one that was
+/// removed meanwhile.
+struct Listing
+{
+    const char* name;
+    std::string first, behind;
+};
+
+/// @param key with "%1" for the item; empty for the order in which they were made
+Listing listing(const char* name, const QString& key, const QString& direction)
+{
+    const QString less = direction == "DESC" ? "<" : ">";
+    const auto sorted = [&](const QString& by) { return kOfWorkspace + by.toStdString() + " LIMIT ?"; };
+    if (key.isEmpty()) {
+        const QString order = QString("ORDER BY i.id %1").arg(direction);
+        return {name, sorted(order), sorted(QString("AND i.id %1 ? %2").arg(less, order))};
+    }
+    const QString order = QString("ORDER BY %1 %2, i.id %2").arg(key.arg("i"), direction);
+    return {name, sorted(order),
+            sorted(QString("AND (%1, i.id) %2 (SELECT %3, o.id FROM item o WHERE o.id = ?) %4")
+                       .arg(key.arg("i"), less, key.arg("o"), order))};
+}
+
+/// By Order.
+const std::array<Listing, 4> kListings{listing("oldest", {}, "ASC"), listing("newest", {}, "DESC"),
+                                       listing("changed", "%1.changed_at", "DESC"),
+                                       listing("name", "lower(%1.caption)", "ASC")};
+
 const std::string kLinked = kSelect +
                             "JOIN item_link l ON l.linked_id = i.id WHERE l.item_id = ? AND "
                             "i.deleted_at IS NULL AND i.id > ? AND " +
@@ -108,9 +139,26 @@ std::optional<ItemAndRole> findItemAndRole(Connection& connection, qint64 tenant
     return ItemAndRole{itemOf(rows), static_cast<Role>(rows.number(9))};
 }
 
-std::vector<Item> itemsOf(Connection& connection, qint64 workspace, qint64 account, const Page& page)
+std::optional<Order> orderOf(const std::string& name)
 {
-    return allOf(connection.run(kOfWorkspace, {account, workspace, page.after, page.limit}), itemOf);
+    const auto found =
+        std::ranges::find_if(kListings, [&name](const Listing& each) { return name == each.name; });
+    return found == kListings.end() ? std::nullopt
+                                    : std::optional(static_cast<Order>(found - kListings.begin()));
+}
+
+std::vector<Item> itemsOf(Connection& connection, qint64 workspace, qint64 account, const Page& page,
+                          Order order)
+{
+    const Listing& list = kListings.at(static_cast<size_t>(order));
+    return allOf(page.after == 0 ? connection.run(list.first, {account, workspace, page.limit})
+                                 : connection.run(list.behind, {account, workspace, page.after, page.limit}),
+                 itemOf);
+}
+
+void touchItem(Connection& connection, qint64 item)
+{
+    connection.run("UPDATE item SET changed_at = ? WHERE id = ?", {now(), item});
 }
 
 bool changeItem(Connection& connection, qint64 tenant, qint64 item, qint64 revision, const QString& caption,

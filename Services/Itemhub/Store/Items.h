@@ -52,8 +52,16 @@ struct ItemAndRole
 };
 [[nodiscard]] std::optional<ItemAndRole> findItemAndRole(Connection& connection, qint64 tenant,
                                                          qint64 account, qint64 item);
+
+/// How a list of items is sorted.
+enum class Order { Oldest, Newest, Changed, Name };
+[[nodiscard]] std::optional<Order> orderOf(const std::string& name);
+
+/// @param page comes behind its item, wherever that stands in the order
 [[nodiscard]] std::vector<Item> itemsOf(Connection& connection, qint64 workspace, qint64 account,
-                                        const Page& page);
+                                        const Page& page, Order order = Order::Oldest);
+/// Notes that something of the item has changed just now.
+void touchItem(Connection& connection, qint64 item);
 /// @returns false if the item has no longer that revision, and nothing is changed
 [[nodiscard]] bool changeItem(Connection& connection, qint64 tenant, qint64 item, qint64 revision,
                               const QString& caption, const QString& description);

@@ -109,9 +109,32 @@ class BrowserTest(ServiceTest):
         page.click("button", "Link an Item")
         page.type("dialog [name=other]", f"{drawn}\ue007")
         page.find(".card", "Gear housing")
+        page.click("button.remove[aria-label*='link']")
+        page.click("dialog button", "Remove")
+        page.shows("The link to Gear housing was removed.")
+        page.find("section p", "It links to no others.")
+        self.boss("POST", f"/items/{drawn}/comments", {"body": "Of the drawing"})
         made = self.boss("GET", "/search?q=made").json["items"][0]
         self.assertEqual((made["caption"], made["favourite"]), ("Made by hand", True))
         self.assertEqual(self.boss("GET", f"/items/{made['id']}/comments").json["comments"][0]["body"], "Well done\nindeed")
+
+        page.click("button.remove[aria-label*='comment']")
+        page.click("dialog button", "Cancel")
+        page.click("button.remove[aria-label*='comment']")
+        page.click("dialog button", "Remove")
+        page.shows("Nobody has commented on it.")
+        self.assertEqual(self.boss("GET", f"/items/{made['id']}/comments").json["comments"], [])
+
+        # The last changed one comes first; another order is remembered.
+        page.click("nav a", "Designs")
+        captions = lambda: [each.text for each in page.all(".card .caption")]
+        page.until(lambda: captions()[:2] == ["Made by hand", "Gear housing"])
+        self.attachment(b"", drawn)
+        page.until(lambda: captions()[:2] == ["Gear housing", "Made by hand"])
+        page.click("[name=order] option[value=name]")
+        page.until(lambda: captions() == sorted(captions(), key=str.lower) and len(captions()) > 1)
+        page.driver.refresh()
+        page.until(lambda: page.run("return document.querySelector('[name=order]').value") == "name")
 
         # By the keyboard alone: the first key leads past the head, a search ends with Enter, and its list follows.
         page.open(self.address)

@@ -1,5 +1,5 @@
-// Loaded before the service's own libraries: kills its process at one of the calls by which it changes files,
-// or lets them all fail as on a full disk.
+// Loaded before the service's own libraries: kills its process at one of the calls by which it changes files
+// or sends something, or lets them all fail as on a full disk.
 //
 //     ITEMHUB_KILL_AT=N       at the Nth such call after the file ITEMHUB_ARMED exists
 //     ITEMHUB_DISK_FULL=FILE  while that file exists
@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -63,6 +64,13 @@ ssize_t pwrite(int descriptor, const void* data, size_t size, off_t offset)
     return isFull()
                ? -1
                : real<ssize_t (*)(int, const void*, size_t, off_t)>("pwrite")(descriptor, data, size, offset);
+}
+
+// What is sent: to a database's server, or as an answer.
+ssize_t send(int descriptor, const void* data, size_t size, int flags)
+{
+    count();
+    return real<ssize_t (*)(int, const void*, size_t, int)>("send")(descriptor, data, size, flags);
 }
 
 int fsync(int descriptor)

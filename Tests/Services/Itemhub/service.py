@@ -4,6 +4,7 @@ The program runs as a user who may do nothing in particular, also where root run
 """
 
 import base64
+import contextlib
 import hashlib
 import http.client
 import io
@@ -11,7 +12,9 @@ import json
 import os
 import pathlib
 import shutil
+import re
 import signal
+import sqlite3
 import subprocess
 import sys
 import tempfile
@@ -19,10 +22,14 @@ import unittest
 import urllib.parse
 import zipfile
 
+import postgres
+
 PROGRAM = os.environ.get("QUILLET_ITEMHUB", "")
-NOBODY = 65534
-PLAIN = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups"] if os.geteuid() == 0 else []
+NOBODY, PLAIN = postgres.NOBODY, postgres.PLAIN
+# Which database the tests run on.
+ON_POSTGRESQL = os.environ.get("QUILLET_ITEMHUB_DATABASE") == "postgresql"
 ROLES = ("reader", "writer", "admin")
+SKIPPED = 77  # How a test program ends that had nothing to test with.
 PASSWORD = "correct horse battery"
 TUS = {"Tus-Resumable": "1.0.0"}
 # One red point.
@@ -110,11 +117,47 @@ class Service:
         self.database, self.blobs = self.data / "items.sqlite", self.data / "blobs"
         self.config = self.folder / "config.json"
         self.environment, self.process, self.port = {}, None, None
+        self.server = postgres.shared() if ON_POSTGRESQL else None
+        self.reach = self.server.reach(self.server.database()) if ON_POSTGRESQL else {"name": str(self.database)}
         self.configure(**settings)
+
+    def sql(self, statement):
+        """What the database itself answers, in rows, beside the service."""
+        if ON_POSTGRESQL:
+            return [tuple(int(value) if value.lstrip("-").isdigit() else value for value in row)
+                    for row in self.server.sql(statement, self.reach["name"])]
+        with contextlib.closing(sqlite3.connect(self.database)) as database, database:
+            return database.execute(statement).fetchall()
+
+    def stored(self):
+        """Everything that the database keeps, as a text to search in."""
+        if ON_POSTGRESQL:
+            dump = self.server.run("pg_dump", "-h", "127.0.0.1", "-p", self.server.port, "-U", postgres.USER, self.reach["name"])
+            return re.sub(r"(?m)^\\(un)?restrict .*$", "", dump)  # Made anew each time.
+        return b"".join(path.read_bytes() for path in self.data.glob("items.sqlite*")).decode("latin-1")
+
+    @contextlib.contextmanager
+    def locked(self):
+        """While it is entered, somebody else changes the database."""
+        if ON_POSTGRESQL:
+            with self.server.transaction("LOCK TABLE item IN EXCLUSIVE MODE", self.reach["name"]):
+                yield
+            return
+        with contextlib.closing(sqlite3.connect(self.database, isolation_level=None)) as other:
+            other.execute("BEGIN IMMEDIATE")
+            yield
+            other.execute("ROLLBACK")
+
+    def restore(self, backup):
+        """Begins with the database of a backup."""
+        if ON_POSTGRESQL:
+            self.server.run("pg_restore", "-h", "127.0.0.1", "-p", self.server.port, "-U", postgres.USER, "-d", self.reach["name"], backup)
+        else:
+            shutil.copy(backup, self.database)
 
     def configure(self, **settings):
         self.config.write_text(json.dumps({
-            "database": {"name": str(self.database), **settings.pop("database", {})}, "blobs": str(self.blobs),
+            "database": {**self.reach, **settings.pop("database", {})}, "blobs": str(self.blobs),
             "server": {"port": 0, **settings.pop("server", {})},
             "limits": {"requestsPerSecond": 0, **settings.pop("limits", {})}, **settings}))
 
@@ -210,4 +253,9 @@ def pkce(verifier):
 def main():
     if not PROGRAM or not shutil.which("setpriv"):
         sys.exit("QUILLET_ITEMHUB must name the program, and setpriv must be installed.")
+    if ON_POSTGRESQL and (absent := postgres.missing()):
+        if os.environ.get("QUILLET_SERVERS") == "required":
+            sys.exit(f"not installed: {absent}")
+        print(f"NOTICE: not installed: {absent}")
+        sys.exit(SKIPPED)
     unittest.main()

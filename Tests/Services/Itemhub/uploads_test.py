@@ -4,7 +4,6 @@ import base64
 import hashlib
 import random
 import socket
-import sqlite3
 import threading
 import unittest
 
@@ -128,8 +127,7 @@ class UploadsTest(ServiceTest):
         upload = writer.begin(5).headers["location"].rsplit("/", 1)[1]
         file = self.service.blobs / "uploads" / upload
         self.assertTrue(file.exists())
-        with sqlite3.connect(self.service.database) as database:
-            database.execute("UPDATE upload SET expires_at = 1 WHERE id = ?", (upload,))
+        self.service.sql(f"UPDATE upload SET expires_at = 1 WHERE id = '{upload}'")
         self.assertEqual(writer.send(upload, 0, b"xxxxx").status, 410)
         self.assertEqual(writer.begin(5).status, 201)
         self.assertFalse(file.exists())

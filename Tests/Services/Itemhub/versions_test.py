@@ -55,6 +55,28 @@ class VersionsTest(ServiceTest):
         self.assertEqual(self.boss("PATCH", f"/items/{item}", {"caption": "x"}).status, 428)
         self.assertEqual(self.boss("DELETE", f"/items/{item}", headers={"If-Match": etag}).status, 412)
 
+    def test_a_workspace_is_listed_in_the_order_that_was_asked_for(self):
+        place = int(self.service.admin("workspace", "add", "acme", "Sorted"))
+        made = {caption: self.boss("POST", f"/workspaces/{place}/items", {"caption": caption}).json["id"] for caption in "bDaC"}
+        self.attachment(item=made["D"])
+
+        def listed(order, limit=3):
+            shown, after = [], ""
+            while after is not None:
+                part = self.boss("GET", f"/workspaces/{place}/items?order={order}&limit={limit}{after}").json
+                shown += [item["caption"] for item in part["items"]]
+                after = f"&after={part['next']}" if "next" in part else None
+            return "".join(shown)
+
+        wanted = {"oldest": "bDaC", "newest": "CaDb", "changed": "DCab", "name": "abCD"}
+        for order, captions in wanted.items():
+            self.assertEqual([listed(order, limit) for limit in (1, 3, 9)], [captions] * 3, order)
+        # What was removed meanwhile is a place to go on from all the same.
+        self.boss("DELETE", f"/items/{made['a']}")
+        after = self.boss("GET", f"/workspaces/{place}/items?order=name&after={made['a']}").json
+        self.assertEqual([item["caption"] for item in after["items"]], ["b", "C", "D"])
+        self.assertEqual(self.boss("GET", f"/workspaces/{place}/items?order=price").status, 400)
+
     def test_a_repeated_request_does_nothing_twice(self):
         items = f"/workspaces/{self.workspace}/items"
         post = lambda client, body, key: client("POST", items, body, {"Idempotency-Key": key})
