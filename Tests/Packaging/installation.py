@@ -7,6 +7,7 @@ BUILD is the folder of a build whose default targets are up to date.
 """
 
 import filecmp
+import importlib.util
 import os
 import pathlib
 import re
@@ -18,6 +19,7 @@ import tempfile
 import unittest
 
 BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
 
 
 def install(prefix, destination=""):
@@ -78,6 +80,25 @@ class Installation(unittest.TestCase):
         self.assertTrue(told.startswith("6\n"), told[:200])
         self.assertIn(str(self.tree.resolve()), told)
         self.assertNotIn(str(BUILD), told)
+
+    @unittest.skipUnless(importlib.util.find_spec("ensurepip") and importlib.util.find_spec("venv"), "no venv here")
+    def test_a_virtual_environment_gets_the_module_of_the_installed_program(self):
+        environment = self.folder / "environment"
+        subprocess.run(["/usr/bin/python3", "-m", "venv", environment], check=True)
+
+        def pip(**more):
+            return subprocess.run([environment / "bin/pip", "install", "--quiet", "--no-index", "--no-build-isolation", SOURCES],
+                                  capture_output=True, text=True, env={"PATH": "/usr/bin:/bin", "HOME": str(self.folder), **more})
+
+        refused = pip(PATH=str(environment / "bin"))
+        self.assertNotEqual(refused.returncode, 0)
+        self.assertIn("There is no program quillet on the search path", refused.stdout + refused.stderr)
+        installed = pip(PATH=f"{self.prefix}/bin:/usr/bin:/bin")
+        self.assertEqual(installed.returncode, 0, installed.stderr)
+        code = "import importlib.metadata, quillet; print(quillet.__file__, importlib.metadata.version('quillet') in quillet.version)"
+        told = subprocess.run(without_build([environment / "bin/python", "-c", code]), check=True, capture_output=True, text=True,
+                              env={"PATH": "/usr/bin:/bin", "HOME": str(self.folder)}).stdout
+        self.assertEqual(told, f"{self.tree}/lib/python/quillet/__init__.py True\n")
 
     def test_is_the_same_as_what_was_built(self):
         for part in ("Documentation", "Localization", "Server", "UI", "lib/python", "share"):

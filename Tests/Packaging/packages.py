@@ -45,19 +45,23 @@ class Packages(unittest.TestCase):
 
     def test_the_same_build_gives_the_same_packages(self):
         again = made(self.folder / "elsewhere" / "second", TZ="Asia/Tokyo", LC_ALL="C")
-        self.assertEqual(sorted(name.split("_")[0] for name in self.sums), ["quillet", "quillet-doc", "quillet-itemhub"])
+        self.assertEqual(sorted(name.split("_")[0] for name in self.sums), ["python3-quillet", "quillet", "quillet-doc", "quillet-itemhub"])
         self.assertEqual(again, self.sums)
 
     def test_each_has_what_belongs_to_it(self):
-        program, service, manual = (self.content_of(f"quillet{name}") for name in ("", "-itemhub", "-doc"))
+        packages = [self.content_of(name) for name in ("quillet", "quillet-itemhub", "quillet-doc", "python3-quillet")]
+        program, service, manual, module = packages
         for path in ("/usr/bin/quillet", "/usr/bin/quillet-thumbnailer", "/usr/share/applications/quillet.desktop",
                      "/usr/share/man/man1/quillet.1.gz", "/usr/share/zsh/vendor-completions/_quillet"):
             self.assertIn(path, program)
         self.assertIn("/usr/lib/quillet/bin/quillet-itemhub", service)
         self.assertIn("/usr/share/doc/quillet-doc/Docs/manual.md", manual)
-        files = [{path for path, mode in content.items() if not mode.startswith("d")} for content in (program, service, manual)]
+        for path in ("/usr/lib/python3/dist-packages/quillet.pth", "/usr/lib/quillet/lib/python/_quillet.so"):
+            self.assertIn(path, module)
+        self.assertIn("/usr/lib/quillet/lib/python/quillet/__init__.py", program, "scripts in the program need no other package")
+        files = [{path for path, mode in content.items() if not mode.startswith("d")} for content in packages]
         self.assertEqual(len(set().union(*files)), sum(map(len, files)), "no file is in two packages")
-        for content in (program, service, manual):
+        for content in packages:
             for path, mode in content.items():
                 self.assertTrue(mode[0] == "l" or mode[8] != "w", f"others may write {path}")
 
