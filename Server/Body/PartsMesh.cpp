@@ -36,7 +36,7 @@ Coming dividedOf(const Mesh& mesh)
     if (!entry.source.expired())
         return entry.divided;
     const bool atOnce = mesh->triangles.size() / 3 <= kMadeAtOnce;
-    const Coming divided = std::async(atOnce ? std::launch::deferred : std::launch::async, [mesh]() -> Mesh {
+    Coming divided = std::async(atOnce ? std::launch::deferred : std::launch::async, [mesh]() -> Mesh {
                                return std::make_shared<const BodyMesh>(dividedMesh(*mesh));
                            }).share();
     if (atOnce)

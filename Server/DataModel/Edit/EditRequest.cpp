@@ -89,7 +89,7 @@ std::wstring whyWrong(const CopyEdit& edit)
     if (edit.motions.size() * edit.components.size() > kMostCopies)
         return localizedFormat("EditTooMany", "more than %1% copies at once would be made.", kMostCopies);
     for (const GkMatrix3d& motion : edit.motions)
-        if (const std::wstring why = whyWrong(motion); !why.empty())
+        if (std::wstring why = whyWrong(motion); !why.empty())
             return why;
     return {};
 }

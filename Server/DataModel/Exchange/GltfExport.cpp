@@ -131,7 +131,7 @@ public:
     {
         size_t start = 0;
         const auto view = [&](const std::string& bytes, const std::string& more) {
-            const std::string described = "{\"buffer\":0,\"byteOffset\":" + std::to_string(start) +
+            std::string described = "{\"buffer\":0,\"byteOffset\":" + std::to_string(start) +
                                           ",\"byteLength\":" + std::to_string(bytes.size()) + more + '}';
             start += bytes.size();
             return described;

@@ -66,7 +66,7 @@ std::string words(const std::string& bytes)
         add("facet normal", record);
         text += "outer loop\n";
         for (int corner = 1; corner <= 3; ++corner)
-            add("vertex", record + 3 * corner);
+            add("vertex", record + static_cast<size_t>(3 * corner));
         text += "endloop\nendfacet\n";
     }
     return text;

@@ -70,7 +70,7 @@ TopoDS_Shape solidShape(const PlacedBody& body)
 
 PlacedBody bodyOf(const Occurrence& occurrence)
 {
-    const PlacedBody body{occurrence.shown(), occurrence.place(), nameOf(occurrence.label())};
+    PlacedBody body{occurrence.shown(), occurrence.place(), nameOf(occurrence.label())};
     if (XCAFDoc_ShapeTool::IsAssembly(body.part))
         throw EditError(EditFault::NoBody, body.name);
     return body;

@@ -116,7 +116,7 @@ public:
     Handle(IMeshTools_MeshAlgo)
         GetAlgo(const GeomAbs_SurfaceType surface, const IMeshTools_Parameters& parameters) const override
     {
-        const Handle(IMeshTools_MeshAlgo) usual = BRepMesh_MeshAlgoFactory::GetAlgo(surface, parameters);
+        Handle(IMeshTools_MeshAlgo) usual = BRepMesh_MeshAlgoFactory::GetAlgo(surface, parameters);
         if (surface != GeomAbs_Plane)
             return usual;
         return new PlaneMesh(m_quick.GetAlgo(surface, parameters), usual);
@@ -130,7 +130,7 @@ private:
 
 Handle(IMeshTools_Context) meshContext()
 {
-    const Handle(IMeshTools_Context) context = new BRepMesh_Context;
+    Handle(IMeshTools_Context) context = new BRepMesh_Context;
     context->SetFaceDiscret(new BRepMesh_FaceDiscret(new Algorithms));
     return context;
 }

@@ -153,7 +153,7 @@ private:
             return;
         for (const uint32_t vertex : vertices) {
             gp_XYZ sum(0, 0, 0);
-            for (size_t i = first * 3; i < m_mesh.triangles.size(); i += 3)
+            for (size_t i = size_t(first) * 3; i < m_mesh.triangles.size(); i += 3)
                 if (m_mesh.triangles[i] == vertex || m_mesh.triangles[i + 1] == vertex ||
                     m_mesh.triangles[i + 2] == vertex)
                     sum += areaVector(i);
@@ -164,7 +164,7 @@ private:
     void averageNormals(uint32_t base, uint32_t first, int nodes)
     {
         std::vector<gp_XYZ> sums(size_t(nodes), gp_XYZ(0, 0, 0));
-        for (size_t i = first * 3; i < m_mesh.triangles.size(); i += 3) {
+        for (size_t i = size_t(first) * 3; i < m_mesh.triangles.size(); i += 3) {
             const gp_XYZ area = areaVector(i);
             for (size_t k = 0; k < 3; ++k)
                 sums[m_mesh.triangles[i + k] - base] += area;

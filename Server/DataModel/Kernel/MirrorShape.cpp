@@ -34,7 +34,7 @@ bool hasFacesOfTriangles(const TopoDS_Shape& shape)
 // What the triangles turn their outer side to is told by the order of their corners, which a mirror turns.
 Handle(Poly_Triangulation) imageOf(const Poly_Triangulation& mesh, const gp_Trsf& motion)
 {
-    const Handle(Poly_Triangulation) image =
+    Handle(Poly_Triangulation) image =
         new Poly_Triangulation(mesh.NbNodes(), mesh.NbTriangles(), false, mesh.HasNormals());
     image->Deflection(mesh.Deflection());
     for (int i = 1; i <= mesh.NbNodes(); ++i) {
