@@ -1,79 +1,21 @@
 #pragma once
 
-#include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Base/Command/CommandGroup.h"
-
-#include <array>
-
-namespace Vs {
-class ImageSetResource;
-}
+#include "UI/Base/Command/CommandRow.h"
+#include "UI/Commands/Localized.h"
 
 namespace Vu::Commands {
 
-/// One row of a family's table: everything about a command that is data. The behaviour stands in its classes.
-struct CommandRow
+// The host's records and definitions from rows, with this add-in's texts.
+
+[[nodiscard]] inline Info makeInfo(const CommandRow& row)
 {
-    using Icon = Vs::ImageSetResource* (*)();
-    using Group = const Vs::UniqueString* (*)();
+    return Vu::makeInfo(row, kDomain);
+}
 
-    const wchar_t* key;             ///< The identifier; also the title's key, if that has none of its own.
-    const char* title;              ///< The English default.
-    const char* titleKey = nullptr; ///< In the string table.
-    Icon icon = nullptr;
-    const char* tooltip = nullptr; ///< The English default.
-    const char* tooltipKey = nullptr;
-    const char* hotkey = nullptr;
-    HotKeyBinding::EHotKeyMode hotkeyMode = HotKeyBinding::EHotKeyMode::Standard;
-    std::array<Group, 3> groups = {}; ///< Joined in this order.
-    bool readonly = false;
-    bool reportable = true;
-    bool scriptable = true;
-};
-
-/// The identity record of a row, with its texts in the user's language.
-Info makeInfo(const CommandRow& row);
-
-/// A definition made from the row `Self::kRow`. Bases behind the first are event sites and handlers.
 template <class Self, class Base = CommandDefinition, class... Others>
-class RowDefinition : public Vs::Implements<Self, Base, Others...>
-{
-public:
-    /// The same record at each call.
-    static Info* info()
-    {
-        static Info record = makeInfo(Self::kRow);
-        return &record;
-    }
+using RowDefinition = Vu::RowDefinition<kDomain, Self, Base, Others...>;
 
-    RowDefinition() : RowDefinition(info()) {}
-    /// With an identity of its own, and all else from the row.
-    explicit RowDefinition(Info* identity) : Vs::Implements<Self, Base, Others...>(identity)
-    {
-        for (CommandRow::Group group : Self::kRow.groups)
-            if (group)
-                this->joinCommandGroup(group());
-        this->readonly(Self::kRow.readonly);
-        this->reportable(Self::kRow.reportable);
-        this->scriptable(Self::kRow.scriptable);
-    }
-};
-
-/// The same of a command that is made anew for each run.
 template <class Self, class Cmd, class Base = CommandDefinition, class... Others>
-class CommandRowDefinition : public RowDefinition<Self, Base, Others...>
-{
-public:
-    using RowDefinition<Self, Base, Others...>::RowDefinition;
-
-protected:
-    CommandBase* onCreateCommand(CommandContext* context) override
-    {
-        return new Cmd(static_cast<Self*>(this), context);
-    }
-};
-
-/// Shared answer of definitions that need an asset session.
-bool hasAssetSession(const CommandContext* context);
+using CommandRowDefinition = Vu::CommandRowDefinition<kDomain, Self, Cmd, Base, Others...>;
 
 } // namespace Vu::Commands

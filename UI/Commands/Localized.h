@@ -1,22 +1,12 @@
 #pragma once
 
-#include "Server/Base/FilledText.h"
-
-#include <string>
+#include "Server/Base/LocalizedText.h"
 
 namespace Vu::Commands {
 
-/// The add-in's string-table and resource domain.
+/// The add-in's string-table and resource domain, and its texts.
 inline constexpr const wchar_t* kDomain = L"VuCommands";
-
-/// The user's text for `key`, or `english` where there is none.
-std::wstring localized(const char* key, const char* english);
-
-/// The same with %1%, %2%... filled in.
-template <class... Values>
-std::wstring localizedFormat(const char* key, const char* english, const Values&... values)
-{
-    return Vs::filledText(localized(key, english), values...);
-}
+inline constexpr Vs::LocalizedText localized{kDomain};
+inline constexpr Vs::LocalizedFormat localizedFormat{kDomain};
 
 } // namespace Vu::Commands

@@ -13,7 +13,6 @@
 #include "UI/Base/Session/AssetGraphicsView.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/View/SceneEvaluator.h"
-#include "UI/Design/CommandLook.h"
 #include "UI/Design/Environments.h"
 #include "UI/Design/Localized.h"
 
@@ -126,19 +125,12 @@ std::string meantBy(const std::string& under, const AssetSession& session)
 
 } // namespace
 
-Info* EditComponentCmdDef::info()
-{
-    static Info info = makeInfo({.key = L"EditComponentCommand",
-                                 .title = "Edit Component",
-                                 .tooltip = "Work within the component alone, the rest being a ghost"});
-    return &info;
-}
-
-EditComponentCmdDef::EditComponentCmdDef() : Implements(info())
-{
-    joinCommandGroup(CommandGroup::VeloraSolidGroup());
-    readonly(true);
-}
+constinit const CommandRow EditComponentCmdDef::kRow = {
+    .key = L"EditComponentCommand",
+    .title = "Edit Component",
+    .tooltip = "Work within the component alone, the rest being a ghost",
+    .groups = {&CommandGroup::VeloraSolidGroup},
+    .readonly = true};
 
 const Vs::UniqueString* EditComponentCmdDef::componentArgumentName()
 {

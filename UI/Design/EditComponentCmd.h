@@ -1,7 +1,7 @@
 #pragma once
 
-#include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/View/MouseEvents.h"
+#include "UI/Design/CommandRow.h"
 
 namespace Vu::Design {
 
@@ -9,11 +9,10 @@ namespace Vu::Design {
 /// one that is selected. What is made then goes into it; the rest is a ghost that can't be picked, until
 /// "ReturnToEnvironmentCommand" leaves it. One that lies in the component being edited is entered on top of
 /// that; for any other, those that don't hold it are left first. It changes nothing of the document.
-class EditComponentCmdDef : public Vs::Implements<EditComponentCmdDef, CommandDefinition>
+class EditComponentCmdDef : public RowDefinition<EditComponentCmdDef>
 {
 public:
-    EditComponentCmdDef();
-    static Info* info();
+    static const CommandRow kRow;
     static const Vs::UniqueString* componentArgumentName();
 
 protected:

@@ -13,7 +13,6 @@
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/AssetSession.h"
-#include "UI/Design/CommandLook.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/Resources.h"
 
@@ -61,14 +60,12 @@ void tellExported(const std::wstring& path, size_t files)
 
 } // namespace
 
-Info* VeloraExportCmdDef::info()
-{
-    static Info info = makeInfo({.key = L"VeloraExportCommand",
-                                 .title = "Export Design...",
-                                 .icon = &Resources::Export,
-                                 .hotkey = "Ctrl+E"});
-    return &info;
-}
+constinit const CommandRow VeloraExportCmdDef::kRow = {.key = L"VeloraExportCommand",
+                                                       .title = "Export Design...",
+                                                       .icon = &Resources::Export,
+                                                       .hotkey = "Ctrl+E",
+                                                       .groups = {&CommandGroup::DocumentGroup},
+                                                       .readonly = true};
 
 const Vs::UniqueString* VeloraExportCmdDef::combineArgumentName()
 {
@@ -122,12 +119,6 @@ const Vs::UniqueString* VeloraExportCmdDef::upAxisArgumentName()
 {
     static const Vs::UniqueString* const name = Vs::UniqueString::find("UpAxis", true);
     return name;
-}
-
-VeloraExportCmdDef::VeloraExportCmdDef() : Implements(info())
-{
-    joinCommandGroup(CommandGroup::DocumentGroup());
-    readonly(true);
 }
 
 bool VeloraExportCmdDef::onIsApplicable(CommandContext* context) const

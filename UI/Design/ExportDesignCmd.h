@@ -1,7 +1,7 @@
 #pragma once
 
-#include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Design/CommandRow.h"
 #include "UI/Design/ExportOptions.h"
 
 namespace Vs {
@@ -11,13 +11,12 @@ class TranslatorFileRecognizer;
 namespace Vu::Design {
 
 /// Writes the active design as a file of any format that a translator writes; the name's suffix chooses.
-class VeloraExportCmdDef : public Vs::Implements<VeloraExportCmdDef, CommandDefinition>
+class VeloraExportCmdDef : public RowDefinition<VeloraExportCmdDef>
 {
 public:
     static constexpr const wchar_t* kKey = L"VeloraExportCommand";
 
-    VeloraExportCmdDef();
-    static Info* info();
+    static const CommandRow kRow;
 
     /// Integers, all optional. Non-zero: all parts are written as one.
     static const Vs::UniqueString* combineArgumentName();

@@ -13,7 +13,6 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/SessionMgr.h"
-#include "UI/Design/CommandLook.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/NativeComponents.h"
 #include "UI/Design/Resources.h"
@@ -73,22 +72,15 @@ void translate(Vs::Translator* translator, const std::wstring& path, bool isStri
 
 } // namespace
 
-Info* VeloraOpenDocumentCmdDef::info()
-{
-    static Info info = makeInfo({.key = L"VeloraOpenDocumentCommand", .title = "Open in New Tab..."});
-    return &info;
-}
+constinit const CommandRow VeloraOpenDocumentCmdDef::kRow = {.key = L"VeloraOpenDocumentCommand",
+                                                             .title = "Open in New Tab...",
+                                                             .groups = {&CommandGroup::DocumentGroup},
+                                                             .readonly = true};
 
 const Vs::UniqueString* VeloraOpenDocumentCmdDef::strictArgumentName()
 {
     static const Vs::UniqueString* const name = Vs::UniqueString::find("Strict", true);
     return name;
-}
-
-VeloraOpenDocumentCmdDef::VeloraOpenDocumentCmdDef() : Implements(info())
-{
-    joinCommandGroup(CommandGroup::DocumentGroup());
-    readonly(true);
 }
 
 bool VeloraOpenDocumentCmdDef::onIsApplicable(CommandContext*) const
@@ -133,18 +125,11 @@ void VeloraOpenDocumentCmd::onExecute(Vs::Status& status)
         showDesign(document, status);
 }
 
-Info* VeloraImportCmdDef::info()
-{
-    static Info info =
-        makeInfo({.key = L"VeloraImportCommand", .title = "Import...", .icon = &Resources::Import});
-    return &info;
-}
-
-VeloraImportCmdDef::VeloraImportCmdDef() : Implements(info())
-{
-    joinCommandGroup(CommandGroup::DocumentGroup());
-    joinCommandGroup(CommandGroup::BaseGroup());
-}
+constinit const CommandRow VeloraImportCmdDef::kRow = {
+    .key = L"VeloraImportCommand",
+    .title = "Import...",
+    .icon = &Resources::Import,
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}};
 
 bool VeloraImportCmdDef::onIsApplicable(CommandContext* context) const
 {

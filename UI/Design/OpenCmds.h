@@ -1,16 +1,15 @@
 #pragma once
 
-#include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Design/CommandRow.h"
 
 namespace Vu::Design {
 
 /// Opens a native or foreign file as a document and shows it. The documents that are open stay open.
-class VeloraOpenDocumentCmdDef : public Vs::Implements<VeloraOpenDocumentCmdDef, CommandDefinition>
+class VeloraOpenDocumentCmdDef : public RowDefinition<VeloraOpenDocumentCmdDef>
 {
 public:
-    VeloraOpenDocumentCmdDef();
-    static Info* info();
+    static const CommandRow kRow;
     /// Whether a damaged file is refused, rather than read as far as it is sound.
     static const Vs::UniqueString* strictArgumentName();
 
@@ -29,11 +28,10 @@ protected:
 };
 
 /// Inserts the parts of a foreign file into the active design.
-class VeloraImportCmdDef : public Vs::Implements<VeloraImportCmdDef, CommandDefinition>
+class VeloraImportCmdDef : public RowDefinition<VeloraImportCmdDef>
 {
 public:
-    VeloraImportCmdDef();
-    static Info* info();
+    static const CommandRow kRow;
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;

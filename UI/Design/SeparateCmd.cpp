@@ -8,7 +8,6 @@
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Base/Session/AssetSession.h"
-#include "UI/Design/CommandLook.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/ParametersAsList.h"
 
@@ -90,18 +89,11 @@ TextCmdSeparate theSeparate;
 
 } // namespace
 
-Info* SeparateCmdDef::info()
-{
-    static Info info = makeInfo({.key = L"SeparateCommand",
-                                 .title = "Separate Pattern",
-                                 .tooltip = "Have each copy of a pattern be a component by itself"});
-    return &info;
-}
-
-SeparateCmdDef::SeparateCmdDef() : Implements(info())
-{
-    joinCommandGroup(CommandGroup::VeloraSolidGroup());
-}
+constinit const CommandRow SeparateCmdDef::kRow = {.key = L"SeparateCommand",
+                                                   .title = "Separate Pattern",
+                                                   .tooltip =
+                                                       "Have each copy of a pattern be a component by itself",
+                                                   .groups = {&CommandGroup::VeloraSolidGroup}};
 
 const Vs::UniqueString* SeparateCmdDef::objectsArgumentName()
 {

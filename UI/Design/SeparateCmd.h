@@ -1,16 +1,15 @@
 #pragma once
 
-#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Design/CommandRow.h"
 
 namespace Vu::Design {
 
 /// "SeparateCommand": takes the patterns apart to which the components belong that the text argument
 /// "Objects" names, one path a line, or that are selected. One step of undo.
-class SeparateCmdDef : public Vs::Implements<SeparateCmdDef, CommandDefinition>
+class SeparateCmdDef : public RowDefinition<SeparateCmdDef>
 {
 public:
-    SeparateCmdDef();
-    static Info* info();
+    static const CommandRow kRow;
     static const Vs::UniqueString* objectsArgumentName();
 
 protected:

@@ -12,6 +12,7 @@
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -291,24 +292,12 @@ private:
     std::optional<NormalValidationWidget> m_controls;
 };
 
-class AreaBody : public Vs::PythonEntry<AreaBody, Vs::TextCommandSubjectArea>
-{
-public:
-    AreaBody() : PythonEntry(L"Body", L"Commands about the bodies of the active model", false) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kBodyAreaRow = {L"Body", L"Commands about the bodies of the active model"};
 
-class AreaComponent : public Vs::PythonEntry<AreaComponent, Vs::TextCommandSubjectArea>
-{
-public:
-    AreaComponent() : PythonEntry(L"Component", L"Commands about the components of the active model", false)
-    {
-    }
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kComponentAreaRow = {L"Component", L"Commands about the components of the active model"};
 
-AreaBody theBodyArea;
-AreaComponent theComponentArea;
+const SubjectArea<kBodyAreaRow> theBodyArea;
+const SubjectArea<kComponentAreaRow> theComponentArea;
 TextCmdCheck<kVolume> theVolume;
 TextCmdCheck<kSkin> theSkin;
 TextCmdCheck<kBounds> theBounds;

@@ -3,6 +3,7 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/ForwardedRun.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
 #include "UI/Design/OpenCmds.h"
 #include "UI/Design/Primitives/PrimitiveCmds.h"
@@ -37,12 +38,7 @@ constexpr PrimitiveTextRow kConeLine     = {L"Cone",     L"<radius> <radius at t
 constexpr PrimitiveTextRow kTorusLine    = {L"Torus",    L"<radius> <radius of the tube> [<x,y,z> [<direction>]] Adds a ring of these sizes in mm about the point and the direction", "%f%f%p3%v", kTorus};
 // clang-format on
 
-class AreaDesign : public Vs::PythonEntry<AreaDesign, Vs::TextCommandSubjectArea>
-{
-public:
-    AreaDesign() : PythonEntry(kArea, L"Commands that make designs and add parts to them", false) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kDesignAreaRow = {kArea, L"Commands that make designs and add parts to them"};
 
 template <const PrimitiveTextRow& kRow>
 class TextCmdPrimitive : public Vs::PythonEntry<TextCmdPrimitive<kRow>, TranscriptedCommandTextCommand>
@@ -74,11 +70,6 @@ protected:
             context.addArgument(PrimitiveCmdDef::directionArgumentName(), parameters[i]);
     }
 };
-
-TextCommandResult answerOf(const Vs::Status& status)
-{
-    return {status.isError() ? 1u : 0u, status.toString()};
-}
 
 class TextCmdDesignNew : public Vs::PythonEntry<TextCmdDesignNew, Vs::TextCommand>
 {
@@ -143,7 +134,7 @@ public:
     }
 };
 
-AreaDesign theArea;
+const SubjectArea<kDesignAreaRow> theArea;
 TextCmdPrimitive<kBoxLine> theBox;
 TextCmdPrimitive<kCylinderLine> theCylinder;
 TextCmdPrimitive<kSphereLine> theSphere;

@@ -1,48 +1,29 @@
 // The lines of the area "Design" that show and hide components.
 
-#include "UI/Base/Command/CommandContext.h"
-#include "UI/Base/Command/TranscriptedCommandTextCommand.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Design/ParametersAsList.h"
 #include "UI/Design/VisibilityCmds.h"
 
 namespace Vu::Design {
 namespace {
 
-// clang-format off
-struct VisibilityTextRow
+void objects(const Vs::TextCommandParameters& parameters, CommandContext& context)
 {
-    const wchar_t* name;
-    const wchar_t* help;
-    const char* format;
-    const wchar_t* key;
-};
+    if (const std::wstring list = parametersAsList(parameters); !list.empty())
+        context.addArgument(VisibilityCmdDef::objectsArgumentName(), list);
+}
 
-constexpr VisibilityTextRow kHideLine    = {L"Hide",    L"[<path>]... Hides the components, or what is selected", "", L"HideCommand"};
-constexpr VisibilityTextRow kShowLine    = {L"Show",    L"[<path>]... Shows the components, or what is selected", "", L"ShowCommand"};
-constexpr VisibilityTextRow kShowAllLine = {L"ShowAll", L"Shows everything that is hidden", "", L"ShowAllCommand"};
+constexpr const wchar_t* kArea = L"Design";
+
+// clang-format off
+constexpr WrapperRow kWrappers[] = {
+    {kArea, L"Hide",    L"[<path>]... Hides the components, or what is selected", "", &HideCmdDef::info, objects},
+    {kArea, L"Show",    L"[<path>]... Shows the components, or what is selected", "", &ShowCmdDef::info, objects},
+    {kArea, L"ShowAll", L"Shows everything that is hidden", "", &ShowAllCmdDef::info, objects},
+};
 // clang-format on
 
-template <const VisibilityTextRow& kRow>
-class TextCmdVisibility : public Vs::PythonEntry<TextCmdVisibility<kRow>, TranscriptedCommandTextCommand>
-{
-public:
-    TextCmdVisibility()
-        : Vs::PythonEntry<TextCmdVisibility<kRow>, TranscriptedCommandTextCommand>(
-              L"Design", kRow.name, kRow.help, kRow.format, false, kRow.key)
-    {
-    }
-
-protected:
-    void fillContext(const Vs::TextCommandParameters& parameters, CommandContext& context) override
-    {
-        if (const std::wstring objects = parametersAsList(parameters); !objects.empty())
-            context.addArgument(VisibilityCmdDef::objectsArgumentName(), objects);
-    }
-};
-
-TextCmdVisibility<kHideLine> theHide;
-TextCmdVisibility<kShowLine> theShow;
-TextCmdVisibility<kShowAllLine> theShowAll;
+const Wrappers<kWrappers> theWrappers;
 
 } // namespace
 } // namespace Vu::Design

@@ -9,7 +9,7 @@
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
-#include "UI/Design/CommandLook.h"
+#include "UI/Design/CommandRow.h"
 #include "UI/Design/Localized.h"
 
 #include <algorithm>
@@ -23,10 +23,10 @@ using Kind = VisibilityCmdDef::Kind;
 using Paths = std::vector<Vs::ObjectPath>;
 
 // clang-format off
-constexpr CommandLook kHide    = {.key = L"HideCommand", .title = "Hide", .tooltip = "Hide what is selected"};
-constexpr CommandLook kShow    = {.key = L"ShowCommand", .title = "Show", .tooltip = "Show what is selected and hidden"};
-constexpr CommandLook kShowAll = {.key = L"ShowAllCommand", .title = "Show All", .tooltip = "Show everything that is hidden", .hotkey = "Shift+V"};
-constexpr CommandLook kToggle  = {.key = L"ToggleVisibilityCommand", .title = "Show or Hide", .tooltip = "Hide what is selected, or show it if it is hidden", .hotkey = "V"};
+constexpr CommandRow kHide    = {.key = L"HideCommand", .title = "Hide", .tooltip = "Hide what is selected"};
+constexpr CommandRow kShow    = {.key = L"ShowCommand", .title = "Show", .tooltip = "Show what is selected and hidden"};
+constexpr CommandRow kShowAll = {.key = L"ShowAllCommand", .title = "Show All", .tooltip = "Show everything that is hidden", .hotkey = "Shift+V"};
+constexpr CommandRow kToggle  = {.key = L"ToggleVisibilityCommand", .title = "Show or Hide", .tooltip = "Hide what is selected, or show it if it is hidden", .hotkey = "V"};
 // clang-format on
 Paths selectedPaths(AssetSession& session)
 {

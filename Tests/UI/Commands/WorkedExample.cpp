@@ -7,12 +7,12 @@
 #include "Server/Types/PointText.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Camera/CameraCmd.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
-#include "UI/Commands/Text/Wrappers.h"
 
 namespace Vu::Commands {
 namespace {
@@ -80,11 +80,13 @@ void fillDirection(const Vs::TextCommandParameters& parameters, CommandContext& 
         context.addArgument(LookAlongCmdDef::directionArgumentName(), parameters[0]);
 }
 
-constexpr WrapperRow kLookAlong = {
-    L"VuCommands", L"LookAlongCmd",        L"<x,y,z> Look along the direction.",
-    "%v",          &LookAlongCmdDef::info, fillDirection};
+// clang-format off
+constexpr WrapperRow kWrappers[] = {
+    {L"VuCommands", L"LookAlongCmd", L"<x,y,z> Look along the direction.", "%v", &LookAlongCmdDef::info, fillDirection},
+};
+// clang-format on
 
-Wrapper<kLookAlong> TextCmdVuCommandsLookAlongCmd;
+const Wrappers<kWrappers> theWrappers;
 
 // 5. The tests: what a user sees, through the line of text.
 class LookAlongTest : public CommandsTests::WithProgram

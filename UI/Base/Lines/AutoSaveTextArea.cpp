@@ -1,19 +1,15 @@
 // The subject area "AutoSave", whose lines stand with the add-in that shows recovery files.
 
 #include "Server/Base/TextCommand.h"
+#include "UI/Base/Command/TextRows.h"
 
 namespace Vu {
 namespace {
 
-class AutoSaveArea : public Vs::PythonEntry<AutoSaveArea, Vs::TextCommandSubjectArea>
-{
-public:
-    AutoSaveArea() : PythonEntry(L"AutoSave", L"Text commands for files that were saved automatically", false)
-    {
-    }
-};
+constexpr AreaRow kAutoSaveAreaRow = {L"AutoSave", L"Text commands for files that were saved automatically",
+                                      false, AreaRow::Checks::Nothing};
 
-const AutoSaveArea kAutoSaveArea;
+const SubjectArea<kAutoSaveAreaRow> kAutoSaveArea;
 
 } // namespace
 } // namespace Vu

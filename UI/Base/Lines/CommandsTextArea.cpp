@@ -12,6 +12,7 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/CommitRefusal.h"
+#include "UI/Base/Command/TextRows.h"
 
 namespace Vu {
 
@@ -22,15 +23,8 @@ using Vs::TextCommandResult;
 
 constexpr const wchar_t* kArea = L"Commands";
 
-class CommandsArea : public Vs::PythonEntry<CommandsArea, Vs::TextCommandSubjectArea>
-{
-public:
-    CommandsArea()
-        : PythonEntry(kArea, L"Commands that run any command of the program by its identifier", false)
-    {
-    }
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kCommandsAreaRow = {kArea,
+                                      L"Commands that run any command of the program by its identifier"};
 
 /// A number that is written otherwise than it would be written back is left as text, because the digits may
 /// be a name.
@@ -49,11 +43,6 @@ void addGuessed(CommandContext& context, const Vs::UniqueString* key, const std:
         context.addArgument(key, *real);
     else
         context.addArgument(key, value);
-}
-
-TextCommandResult answer(const Vs::Status& status)
-{
-    return {status.isOk() ? 0u : 1u, status.toString()};
 }
 
 /// The command that a person would say is running: of the active asset, else of the program as a whole.
@@ -109,10 +98,10 @@ public:
             Vs::Status status;
             const auto known = DeclaredArguments::of(definition->id());
             if (known && !hasOnlyKnownArguments(context, definition->info()->name(), *known, status))
-                return answer(status);
-            return answer(definition->executeCommand(context));
+                return answerOf(status);
+            return answerOf(definition->executeCommand(context));
         }
-        return answer(CommandMgr::get()->executeCommand(parameters[0], context));
+        return answerOf(CommandMgr::get()->executeCommand(parameters[0], context));
     }
 };
 
@@ -169,7 +158,7 @@ public:
     }
 };
 
-const CommandsArea kCommandsArea;
+const SubjectArea<kCommandsAreaRow> kCommandsArea;
 TextCmdCommandsStart kStart;
 TextCmdCommandsCommit kCommit;
 TextCmdCommandsCancel kCancel;

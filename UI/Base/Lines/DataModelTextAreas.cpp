@@ -5,6 +5,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Session/SessionMgr.h"
 
 namespace Vu {
@@ -17,17 +18,11 @@ using Vs::TextCommandResult;
 constexpr const wchar_t* kAssetArea = L"AssetMgt";
 constexpr const wchar_t* kDocumentArea = L"DocumentMgt";
 
-class AreaAssetMgt : public Vs::PythonEntry<AreaAssetMgt, Vs::TextCommandSubjectArea>
-{
-public:
-    AreaAssetMgt() : PythonEntry(kAssetArea, L"Commands that tell what assets there can be", false) {}
-};
+constexpr AreaRow kAssetMgtAreaRow = {kAssetArea, L"Commands that tell what assets there can be", false,
+                                      AreaRow::Checks::Nothing};
 
-class AreaDocumentMgt : public Vs::PythonEntry<AreaDocumentMgt, Vs::TextCommandSubjectArea>
-{
-public:
-    AreaDocumentMgt() : PythonEntry(kDocumentArea, L"Commands that tell what documents are open", false) {}
-};
+constexpr AreaRow kDocumentMgtAreaRow = {kDocumentArea, L"Commands that tell what documents are open", false,
+                                         AreaRow::Checks::Nothing};
 
 class TextCmdAssetTypes : public Vs::PythonEntry<TextCmdAssetTypes, Vs::TextCommand>
 {
@@ -85,8 +80,8 @@ public:
     }
 };
 
-AreaAssetMgt theAssetArea;
-AreaDocumentMgt theDocumentArea;
+const SubjectArea<kAssetMgtAreaRow> theAssetArea;
+const SubjectArea<kDocumentMgtAreaRow> theDocumentArea;
 TextCmdAssetTypes theAssetTypes;
 TextCmdDocumentList theDocumentList;
 

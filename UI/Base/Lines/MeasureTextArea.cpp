@@ -7,6 +7,7 @@
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/Types/Units/UnitDisplaySettings.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 
 namespace Vu {
@@ -44,12 +45,7 @@ constexpr MeasureRow kAngle      = {L"Angle",      L"<path> <path> [<path>] [/Ex
 constexpr MeasureRow kDelta      = {L"Delta",      L"<path> <path> [/Exact] [/Plain] Tells the shortest way from one object to another: x, y, z", "%s%s", EMeasureType::DeltaX, Quantity::Length, 2, 2, 3};
 // clang-format on
 
-class AreaMeasure : public Vs::PythonEntry<AreaMeasure, Vs::TextCommandSubjectArea>
-{
-public:
-    AreaMeasure() : PythonEntry(kArea, L"Commands that measure objects of the active model", false) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kMeasureAreaRow = {kArea, L"Commands that measure objects of the active model"};
 
 using Selections = std::vector<Vs::StrongRef<Vs::LogicalSelection>>;
 
@@ -121,7 +117,7 @@ public:
     }
 };
 
-AreaMeasure theArea;
+const SubjectArea<kMeasureAreaRow> theArea;
 TextCmdMeasure<kLength> theLength;
 TextCmdMeasure<kRadius> theRadius;
 TextCmdMeasure<kSurface> theAreaCommand;

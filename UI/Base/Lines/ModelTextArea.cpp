@@ -3,6 +3,7 @@
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/ModelDigest.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 
 #include <boost/format.hpp>
@@ -13,12 +14,7 @@ namespace {
 
 constexpr const wchar_t* kArea = L"Model";
 
-class AreaModel : public Vs::PythonEntry<AreaModel, Vs::TextCommandSubjectArea>
-{
-public:
-    AreaModel() : PythonEntry(kArea, L"Commands that tell about the active model as a whole", false) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kModelAreaRow = {kArea, L"Commands that tell about the active model as a whole"};
 
 class TextCmdModelDigest : public Vs::PythonEntry<TextCmdModelDigest, Vs::TextCommand>
 {
@@ -41,7 +37,7 @@ public:
     }
 };
 
-AreaModel theArea;
+const SubjectArea<kModelAreaRow> theArea;
 TextCmdModelDigest theDigest;
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "Server/Base/NumberText.h"
 #include "Server/Base/TextCommand.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/Private/MouseLine.h"
@@ -12,12 +13,7 @@ using Vs::TextCommandParameters;
 using Vs::TextCommandResult;
 using namespace MouseLine;
 
-class MouseArea : public Vs::PythonEntry<MouseArea, Vs::TextCommandSubjectArea>
-{
-public:
-    MouseArea() : PythonEntry(kArea, L"Events of the mouse in a view, as transcripts record them", true) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kMouseAreaRow = {kArea, L"Events of the mouse in a view, as transcripts record them", true};
 
 /// Sends an event as the canvas does.
 template <const OperationName& kOperation>
@@ -80,7 +76,7 @@ private:
     }
 };
 
-const MouseArea kMouseArea;
+const SubjectArea<kMouseAreaRow> kMouseArea;
 TextCmdMouse<kOperations[0]> kDown;
 TextCmdMouse<kOperations[1]> kUp;
 TextCmdMouse<kOperations[2]> kMove;

@@ -4,6 +4,7 @@
 #include "Server/Base/TextCommand.h"
 #include "Server/Base/TextCommandHelp.h"
 #include "Server/DataModel/ApplicationEditionService.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Preferences.h"
 #include "UI/Base/Program/Tour.h"
@@ -19,12 +20,7 @@ using Vs::TextCommandResult;
 
 constexpr const wchar_t* kArea = L"Options";
 
-class OptionsArea : public Vs::PythonEntry<OptionsArea, Vs::TextCommandSubjectArea>
-{
-public:
-    OptionsArea() : PythonEntry(kArea, L"The user's preferences", false) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kOptionsAreaRow = {kArea, L"The user's preferences"};
 
 TextCommandResult noSuchOption(const std::wstring& id)
 {
@@ -136,7 +132,7 @@ public:
     }
 };
 
-const OptionsArea kOptionsArea;
+const SubjectArea<kOptionsAreaRow> kOptionsArea;
 TextCmdOptionsList kList;
 TextCmdOptionsGet kGet;
 TextCmdOptionsSet kSet;

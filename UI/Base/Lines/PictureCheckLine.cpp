@@ -7,6 +7,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
@@ -34,12 +35,7 @@ constexpr double kUsualTolerance = 0.1;
 /// What nobody sees, as a share of the way from black to white.
 constexpr double kUnseen = 0.06;
 
-class ViewArea : public Vs::PythonEntry<ViewArea, Vs::TextCommandSubjectArea>
-{
-public:
-    ViewArea() : PythonEntry(kArea, L"Commands about what a view shows", true) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kViewAreaRow = {kArea, L"Commands about what a view shows", true};
 
 /// How far apart two colours are for an eye, from 0 to 1.
 double apart(const uint8_t* a, const uint8_t* b)
@@ -219,7 +215,7 @@ public:
     }
 };
 
-ViewArea theArea;
+const SubjectArea<kViewAreaRow> theArea;
 TextCmdCheckPicture theCheck;
 
 } // namespace

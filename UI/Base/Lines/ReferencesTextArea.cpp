@@ -2,6 +2,7 @@
 
 #include "Server/Base/TextCommand.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Validation/References.h"
 
 #include <array>
@@ -20,15 +21,8 @@ constexpr const wchar_t* kModeHelp =
 /// In the order of References::Mode.
 constexpr std::array kModes = {L"Fill", L"Update", L"Compare"};
 
-class AreaReferences : public Vs::PythonEntry<AreaReferences, Vs::TextCommandSubjectArea>
-{
-public:
-    AreaReferences()
-        : PythonEntry(kArea, L"Commands about the values that checks and metrics compare with", true)
-    {
-    }
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kReferencesAreaRow = {
+    kArea, L"Commands about the values that checks and metrics compare with", true};
 
 class TextCmdReferencesMode : public Vs::PythonEntry<TextCmdReferencesMode, Vs::TextCommand>
 {
@@ -64,7 +58,7 @@ public:
     }
 };
 
-AreaReferences theArea;
+const SubjectArea<kReferencesAreaRow> theArea;
 TextCmdReferencesMode theMode;
 TextCmdReferencesFile theFile;
 

@@ -14,6 +14,7 @@
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Lines/ScriptLines.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Script/ScriptedModel.h"
@@ -40,12 +41,7 @@ using ScriptLines::placeOf;
 using Vs::TextCommandParameters;
 using Vs::TextCommandResult;
 
-class ScriptArea : public Vs::PythonEntry<ScriptArea, Vs::TextCommandSubjectArea>
-{
-public:
-    ScriptArea() : PythonEntry(kArea, L"Commands that tell programs what there is, as JSON", true) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kScriptAreaRow = {kArea, L"Commands that tell programs what there is, as JSON", true};
 
 TextCommandResult documents(const TextCommandParameters&)
 {
@@ -234,7 +230,7 @@ constexpr ScriptLines::Row kDiscard   = {L"DiscardChanges", L"Lets the active do
 constexpr ScriptLines::Row kSettle    = {L"Settle",    L"Finishes what the lines before have left for later", settle};
 // clang-format on
 
-ScriptArea theArea;
+const SubjectArea<kScriptAreaRow> theArea;
 ScriptLines::Line<kDocuments> theDocuments;
 ScriptLines::Line<kComponent> theComponent;
 ScriptLines::Line<kAdded> theAdded;

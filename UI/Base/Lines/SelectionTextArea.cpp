@@ -6,6 +6,7 @@
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -19,12 +20,8 @@ using Selections = std::vector<Vs::StrongRef<Vs::Selection>>;
 
 constexpr const wchar_t* kArea = L"Selection";
 
-class SelectionArea : public Vs::PythonEntry<SelectionArea, Vs::TextCommandSubjectArea>
-{
-public:
-    SelectionArea() : PythonEntry(kArea, L"Commands that change the selection in the active model", true) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kSelectionAreaRow = {kArea, L"Commands that change the selection in the active model",
+                                       true};
 
 /// What a line does with the objects that it names.
 using Change = void (*)(Vs::SelectionSet& selected, const Selections& named);
@@ -140,7 +137,7 @@ public:
     }
 };
 
-const SelectionArea kSelectionArea;
+const SubjectArea<kSelectionAreaRow> kSelectionArea;
 TextCmdSelection<kSelect> theSelect;
 TextCmdSelection<kAdd> theAdd;
 TextCmdSelection<kRemove> theRemove;

@@ -10,6 +10,7 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/Types/Uuid.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Session/SessionTranscriptingHelper.h"
 
 namespace Vu {
@@ -21,19 +22,11 @@ using Vs::TranscriptMgr;
 
 constexpr const wchar_t* kArea = L"Transcripting";
 
-class TranscriptingArea : public Vs::PythonEntry<TranscriptingArea, Vs::TextCommandSubjectArea>
-{
-public:
-    TranscriptingArea() : PythonEntry(kArea, L"Text commands that record and replay transcripts", false) {}
-    Checks checks() const override { return Checks::Flags; }
-};
+constexpr AreaRow kTranscriptingAreaRow = {kArea, L"Text commands that record and replay transcripts", false,
+                                           AreaRow::Checks::Flags};
 
-class DebugArea : public Vs::PythonEntry<DebugArea, Vs::TextCommandSubjectArea>
-{
-public:
-    DebugArea() : PythonEntry(L"Debug", L"Text commands of the debugger of transcripts", false) {}
-    Checks checks() const override { return Checks::Flags; }
-};
+constexpr AreaRow kDebugAreaRow = {L"Debug", L"Text commands of the debugger of transcripts", false,
+                                   AreaRow::Checks::Flags};
 
 class TextCmdTranscriptingStart : public Vs::PythonEntry<TextCmdTranscriptingStart, Vs::TextCommand>
 {
@@ -130,8 +123,8 @@ public:
     }
 };
 
-const TranscriptingArea kTranscriptingArea;
-const DebugArea kDebugArea;
+const SubjectArea<kTranscriptingAreaRow> kTranscriptingArea;
+const SubjectArea<kDebugAreaRow> kDebugArea;
 TextCmdTranscriptingStart kStart;
 TextCmdTranscriptingStop kStop;
 TextCmdTranscriptingReplay kReplay;

@@ -2,12 +2,12 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "Server/DataModel/Recovery/AutoSaveOptionsGroup.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/AutoSaving.h"
 #include "UI/Commands/AutoSave/NotifyAutoSaveFilesCmd.h"
 #include "UI/Commands/AutoSave/RecoveryFiles.h"
 #include "UI/Commands/Localized.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 #include <vector>
 

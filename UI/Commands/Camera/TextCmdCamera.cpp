@@ -1,9 +1,9 @@
 #include "Server/Base/NumberText.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Types/PointText.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Camera/ActiveView.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 #include <boost/format.hpp>
 

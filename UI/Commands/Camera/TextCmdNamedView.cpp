@@ -1,5 +1,5 @@
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Commands/Camera/NamedViewCmds.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 namespace Vu::Commands {
 namespace {

@@ -9,13 +9,13 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/NewDocumentCmd.h"
 #include "UI/Commands/Documents/ShowDocument.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/format.hpp>

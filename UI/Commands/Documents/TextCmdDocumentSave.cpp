@@ -4,6 +4,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentType.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/DocumentSession.h"
@@ -12,7 +13,6 @@
 #include "UI/Commands/Documents/FileSetAside.h"
 #include "UI/Commands/Documents/MoreSaveCmds.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 #include <boost/filesystem/operations.hpp>
 

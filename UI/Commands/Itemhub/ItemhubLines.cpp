@@ -5,12 +5,12 @@
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/ForwardedRun.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Commands/Itemhub/ItemhubInsertComponentCmd.h"
 #include "UI/Commands/Itemhub/ItemhubItems.h"
 #include "UI/Commands/Itemhub/ItemhubOpenAttachmentCmd.h"
 #include "UI/Commands/Itemhub/ToldError.h"
 #include "UI/Commands/Localized.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 #include <algorithm>
 #include <initializer_list>

@@ -1,12 +1,12 @@
 // The lines of the subject area "Dashboard", which web pages of the lifecycle service run.
 
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Commands/Itemhub/ItemhubAuthenticateWithTokenCmd.h"
 #include "UI/Commands/Itemhub/ItemhubCreateCommentIDCmd.h"
 #include "UI/Commands/Itemhub/ItemhubInsertComponentCmd.h"
 #include "UI/Commands/Itemhub/ItemhubNewItemCmd.h"
 #include "UI/Commands/Itemhub/ItemhubOpenAttachmentCmd.h"
 #include "UI/Commands/Itemhub/ItemhubSaveCmd.h"
-#include "UI/Commands/Text/Wrappers.h"
 
 namespace Vu::Commands {
 namespace {
@@ -57,20 +57,17 @@ constexpr bool kGlobal = true;
 constexpr const wchar_t* kArea = L"Dashboard";
 
 // clang-format off
-constexpr WrapperRow kAuthenticate    = {kArea, L"AuthenticateWithTokenCmd", L"Dashboard Authenticate with token.\nUsage: Dashboard.AuthenticateWithTokenCmd <tenantUrl> <token> <tenant>", "%s%s", &ItemhubAuthenticateWithTokenCmdDef::info, token, kGlobal};
-constexpr WrapperRow kCreateCommentID = {kArea, L"CreateCommentIDCmd", L"Create comment ID for the given post ID.\nUsage: Dashboard.CreateCommentIDCmd <postID>", "%s", &ItemhubCreateCommentIDCmdDef::info, onePath, kGlobal};
-constexpr WrapperRow kInsertComponent = {kArea, L"InsertComponentCmd", L"Insert component.\nUsage: Dashboard.InsertComponentCmd <Workspace Id> <Item Id>", "%s%s", &ItemhubInsertComponentCmdDef::info, component, kGlobal};
-constexpr WrapperRow kNewItem         = {kArea, L"NewItemCmd", L"New dashboard item.\nUsage: Dashboard.NewItemCmd <workspaceId> <itemName> <linkedItemId> <linkedItemWorkspaceId> <assetType>", "%s%s%s%s", &ItemhubNewItemCmdDef::info, newItem, kGlobal};
-constexpr WrapperRow kOpenAttachment  = {kArea, L"OpenAttachmentCmd", L"Open dashboard file.\nUsage: Dashboard.OpenAttachmentCmd <filename>", "%s", &ItemhubOpenAttachmentCmdDef::info, onePath, kGlobal};
-constexpr WrapperRow kSave            = {kArea, L"SaveCmd", L"Save dashboard item.\nUsage: Dashboard.SaveCmd <filename>", "", &ItemhubSaveCmdDef::info, nullptr, kGlobal};
+constexpr WrapperRow kWrappers[] = {
+    {kArea, L"AuthenticateWithTokenCmd", L"Dashboard Authenticate with token.\nUsage: Dashboard.AuthenticateWithTokenCmd <tenantUrl> <token> <tenant>", "%s%s", &ItemhubAuthenticateWithTokenCmdDef::info, token, kGlobal},
+    {kArea, L"NewItemCmd", L"New dashboard item.\nUsage: Dashboard.NewItemCmd <workspaceId> <itemName> <linkedItemId> <linkedItemWorkspaceId> <assetType>", "%s%s%s%s", &ItemhubNewItemCmdDef::info, newItem, kGlobal},
+    {kArea, L"SaveCmd", L"Save dashboard item.\nUsage: Dashboard.SaveCmd <filename>", "", &ItemhubSaveCmdDef::info, nullptr, kGlobal},
+    {kArea, L"CreateCommentIDCmd", L"Create comment ID for the given post ID.\nUsage: Dashboard.CreateCommentIDCmd <postID>", "%s", &ItemhubCreateCommentIDCmdDef::info, onePath, kGlobal},
+    {kArea, L"OpenAttachmentCmd", L"Open dashboard file.\nUsage: Dashboard.OpenAttachmentCmd <filename>", "%s", &ItemhubOpenAttachmentCmdDef::info, onePath, kGlobal},
+    {kArea, L"InsertComponentCmd", L"Insert component.\nUsage: Dashboard.InsertComponentCmd <Workspace Id> <Item Id>", "%s%s", &ItemhubInsertComponentCmdDef::info, component, kGlobal},
+};
 // clang-format on
 
-Wrapper<kAuthenticate> TextCmdDashboardAuthenticateWithTokenCmd;
-Wrapper<kNewItem> TextCmdDashboardNewItemCmd;
-Wrapper<kSave> TextCmdDashboardSaveCmd;
-Wrapper<kCreateCommentID> TextCmdDashboardCreateCommentIDCmd;
-Wrapper<kOpenAttachment> TextCmdDashboardOpenAttachmentCmd;
-Wrapper<kInsertComponent> TextCmdDashboardInsertComponentCmd;
+const Wrappers<kWrappers> theWrappers;
 
 } // namespace
 } // namespace Vu::Commands

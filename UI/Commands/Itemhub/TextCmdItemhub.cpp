@@ -5,9 +5,9 @@
 #include "Server/Base/TranscriptSecrets.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Commands/Itemhub/ItemhubLines.h"
 #include "UI/Commands/Localized.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 #include <functional>
 
@@ -20,14 +20,9 @@ using Vs::ItemhubUtilities;
 
 constexpr const wchar_t* kArea = L"Itemhub";
 
-class ItemhubArea : public Vs::PythonEntry<ItemhubArea, Vs::TextCommandSubjectArea>
-{
-public:
-    ItemhubArea() : PythonEntry(kArea, L"Items of the lifecycle service, with their versions", false) {}
-    Checks checks() const override { return Checks::Everything; }
-};
+constexpr AreaRow kItemhubAreaRow = {kArea, L"Items of the lifecycle service, with their versions"};
 
-const ItemhubArea kItemhubArea;
+const SubjectArea<kItemhubAreaRow> kItemhubArea;
 
 /// Goes on with the last session. For who has never had one, the program's own service is there.
 void beginSession()

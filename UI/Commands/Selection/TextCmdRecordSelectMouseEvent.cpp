@@ -1,7 +1,7 @@
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Selection/SelectCmd.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 namespace Vu::Commands {
 namespace {

@@ -5,6 +5,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/SegmentFinder.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -14,7 +15,6 @@
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/FindShell.h"
 #include "UI/Commands/Shells/InsertAssetCmd.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 namespace Vu::Commands {
 namespace {

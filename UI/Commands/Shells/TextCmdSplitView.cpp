@@ -3,13 +3,13 @@
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Shells/AssetShell.h"
 #include "UI/Commands/Shells/SharedWorkflows.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 
 #include <optional>
 #include <stdexcept>

@@ -1,9 +1,8 @@
-#include "UI/Commands/Text/Wrappers.h"
-
 #include "Server/Base/SerializableObject.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/AssetType.h"
 #include "UI/Base/Command/CommitRefusal.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Commands/ActiveCommand.h"
@@ -47,7 +46,9 @@
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
 
 namespace Vu::Commands {
+namespace {
 
+/// Adds the object that a factory makes of `text`; nothing if there is no such factory or it makes none.
 void addObject(CommandContext& context, const Vs::UniqueString* key, const char* factory,
                const std::wstring& text)
 {
@@ -55,8 +56,6 @@ void addObject(CommandContext& context, const Vs::UniqueString* key, const char*
     if (Vs::SerializableObject* object = found ? found->deserialize(text, false) : nullptr)
         context.addArgument(key, object);
 }
-
-namespace {
 
 using Parameters = Vs::TextCommandParameters;
 
@@ -207,198 +206,106 @@ constexpr bool kFlush = true;
 constexpr const wchar_t* kArea = L"VuCommands";
 
 // clang-format off
-constexpr WrapperRow kExitApplication   = {kArea, L"ExitApplicationCmd",   L"Exit the application.", "", &ExitApplicationCmdDef::info};
-constexpr WrapperRow kCloseAsset        = {kArea, L"CloseAssetCmd",        L"Exit the active asset.", "", &CloseAssetCmdDef::info};
-constexpr WrapperRow kExportAs          = {kArea, L"ExportAsCmd",          L"Save the active asset as translator supported file types.", "", &ExportAsCmdDef::info, onePath, kGlobal};
-constexpr WrapperRow kExport            = {kArea, L"ExportCmd",            L"Save the active asset as translator supported file types.", "", &ExportCmdDef::info, onePath, kGlobal};
-constexpr WrapperRow kInsertAsset       = {kArea, L"InsertAssetCmd",       L"<AssetTypeId> <DocumentSession> <Uuid> Creates a new asset inside the given or active document", "%s%s%s", &InsertAssetCmdDef::info, insertedAsset};
-constexpr WrapperRow kNextAsset         = {kArea, L"NextAssetCmd",         L"Active the next asset.", "", &NextAssetCmdDef::info, nullptr, false, false, noNextAsset};
-constexpr WrapperRow kPreviousAsset     = {kArea, L"PreviousAssetCmd",     L"Active the previous asset.", "", &PreviousAssetCmdDef::info, nullptr, false, false, noPreviousAsset};
-constexpr WrapperRow kSwitchAsset       = {kArea, L"SwitchAssetCmd",       L"<AssetSession> Switch Asset.", "", &SwitchAssetCmdDef::info, oneAssetSession};
-constexpr WrapperRow kActiveViewAsset   = {kArea, L"ActiveViewAssetCmd",   L"<AssetSession> Active asset view.", "", &ActiveViewAssetCmdDef::info, assetSessionName};
-constexpr WrapperRow kCancel            = {kArea, L"CancelCmd",            L"Cancel the active command.", "", &CancelCmdDef::info};
-constexpr WrapperRow kCommit            = {kArea, L"CommitCmd",            L"Commit the active command.", "", &CommitCmdDef::info, nullptr, false, false, notCommitted};
-constexpr WrapperRow kCloseAllDocuments = {kArea, L"CloseAllDocumentsCmd", L"Close all the active documents.", "", &CloseAllDocumentsCmdDef::info, documentSession, !kGlobal, kFlush};
-constexpr WrapperRow kCloseDocument     = {kArea, L"CloseDocumentCmd",     L"Close the active document.\nUsage: VuCommands.CloseDocumentCmd", "", &CloseDocumentCmdDef::info, documentSession, !kGlobal, kFlush};
-constexpr WrapperRow kCurrentlyOpen     = {kArea, L"CurrentlyOpenDocumentsCmd", L"<asset_type> Recent Documents?? or maybe CurrentlyOpenDocumentsCmd??", "%s%s", &CurrentlyOpenDocumentsCmdDef::info};
-constexpr WrapperRow kCycleOpen         = {kArea, L"CycleOpenDocumentsCmd", L"<asset_type> Cycle Documents.", "%s%s", &CycleOpenDocumentsCmdDef::info};
-constexpr WrapperRow kNewDocument       = {kArea, L"NewDocumentCmd",       L"<asset_type> Create a document with specified asset type.", "%s%s", &NewDocumentCmdDef::info, assetTypeName, kGlobal};
-constexpr WrapperRow kNewSingleDocument = {kArea, L"NewSingleDocumentCmd", L"<asset_type> Create a document with specified asset type.", "%s%s", &NewSingleDocumentCmdDef::info, assetTypeName, kGlobal};
-constexpr WrapperRow kOpenDocument      = {kArea, L"OpenDocumentCmd",      L"<filename> Open the specified document.", "", &OpenDocumentCmdDef::info, firstPath, kGlobal};
-constexpr WrapperRow kRecentDocuments   = {kArea, L"RecentDocumentsCmd",   L"<asset_type> Recent Documents", "%s%s", &RecentDocumentsCmdDef::info};
-constexpr WrapperRow kSaveDocumentAs    = {kArea, L"SaveDocumentAsCmd",    L"Save the active document as a new one.", "", &SaveDocumentAsCmdDef::info, sessionAndPath};
-constexpr WrapperRow kSaveDocument      = {kArea, L"SaveDocumentCmd",      L"Save the active document.", "", &SaveDocumentCmdDef::info, sessionAndPath};
-constexpr WrapperRow kCloudListFiles    = {kArea, L"CloudListFilesCmd",    L"List Files Command.", "", &CloudListFilesCmdDef::info};
-constexpr WrapperRow kCloudLogin        = {kArea, L"CloudLoginCmd",        L"<userid> <password> Log on to cloud.", "", &CloudLoginCmdDef::info, userAndPassword, kGlobal};
-constexpr WrapperRow kCloudLogout       = {kArea, L"CloudLogoutCmd",       L"Log off cloud.", "", &CloudLogoutCmdDef::info};
-constexpr WrapperRow kCloudManage       = {kArea, L"CloudManageCmd",       L"Call manaage from cloud.", "", &CloudManageCmdDef::info};
-constexpr WrapperRow kCloudOpenDocument = {kArea, L"CloudOpenDocumentCmd", L"<filename> Log on to cloud.", "%s", &CloudOpenDocumentCmdDef::info, onePath, kGlobal};
-constexpr WrapperRow kCloudSave         = {kArea, L"CloudSaveCmd",         L"<filename> Save document to Cloud.", "%s", &CloudSaveCmdDef::info, onePath, kGlobal};
-constexpr WrapperRow kCloudSaveAs       = {kArea, L"CloudSaveAsCmd",       L"<filename> Save as document to Cloud.", "%s", &CloudSaveAsCmdDef::info, onePath, kGlobal};
-constexpr WrapperRow kCloudSaveQAT      = {kArea, L"CloudSaveQATCmd",      L"<filename> Save document to Cloud", "%s", &CloudSaveQATCmdDef::info, onePath, kGlobal};
-constexpr WrapperRow kShare             = {kArea, L"ShareCmd",             L"Share menu item.", "", &ShareCmdDef::info};
-constexpr WrapperRow kRunScript         = {kArea, L"RunScriptCmd",         L"<filename> Runs the specified python script.", "%s", &RunScriptCmdDef::info, firstPath, kGlobal};
-constexpr WrapperRow kAssetShell        = {kArea, L"AssetShellCmd",        L"<AssetSession> Activate asset shell.", "", &AssetShellCmdDef::info, assetSession};
-constexpr WrapperRow kManagementShell   = {kArea, L"ManagementShellCmd",   L"Activate management shell.", "", &ManagementShellCmdDef::info};
-constexpr WrapperRow kActivateEnvironment      = {kArea, L"ActivateEnvironmentCmd",      L"<EnvironmentType> Activate environment.", "", &ActivateEnvironmentCmdDef::info, environmentType};
-constexpr WrapperRow kCycleWorkspacesForward   = {kArea, L"CycleWorkspacesForwardCmd",   L"<asset_type> Cycle Workspaces Forward.", "%s%s", &CycleWorkspacesForwardCmdDef::info};
-constexpr WrapperRow kCycleWorkspacesBackward  = {kArea, L"CycleWorkspacesBackwardCmd",  L"<asset_type> Cycle Workspaces Backward.", "%s%s", &CycleWorkspacesBackwardCmdDef::info};
-constexpr WrapperRow kReturnToEnvironment      = {kArea, L"ReturnToEnvironmentCmd",      L"Return environment", "", &ReturnToEnvironmentCmdDef::info};
-constexpr WrapperRow kViewDome             = {kArea, L"ViewDomeCmd", L"View ground dome.", "", &ViewDomeCmdDef::info, cmdId};
-constexpr WrapperRow kViewGroundPlane      = {kArea, L"ViewGroundPlaneCmd", L"View ground plane.", "", &ViewGroundPlaneCmdDef::info, cmdId};
-constexpr WrapperRow kViewGroundShadow     = {kArea, L"ViewGroundShadowCmd", L"View ground shadow.", "", &ViewGroundShadowCmdDef::info, cmdId};
-constexpr WrapperRow kViewAmbientOcclusion = {kArea, L"ViewAmbientOcclusionCmd", L"View ambient occlusion.", "", &ViewAmbientOcclusionCmdDef::info, cmdId};
-constexpr WrapperRow kViewGroundReflection = {kArea, L"ViewGroundReflectionCmd", L"View ground reflection.", "", &ViewGroundReflectionCmdDef::info, cmdId};
-constexpr WrapperRow kViewNPREffect        = {kArea, L"ViewNPREffectCmd", L"View NPR effect.", "", &ViewNPREffectCmdDef::info, cmdId};
-constexpr WrapperRow kViewEnvironment      = {kArea, L"ViewEnvironmentCmd", L"View environment.", "", &ViewEnvironmentCmdDef::info, cmdId};
-constexpr WrapperRow kViewMSAA             = {kArea, L"ViewMSAACmd", L"View MSAA.", "", &ViewMSAACmdDef::info, cmdId};
-constexpr WrapperRow kViewSelectionEffect  = {kArea, L"ViewSelectionEffectCmd", L"View selection effect", "", &ViewSelectionEffectCmdDef::info, cmdId};
-constexpr WrapperRow kViewVisualStyle      = {kArea, L"ViewVisualStyleCmd", L"View visual style.", "", &ViewVisualStyleCmdDef::info, cmdId};
-constexpr WrapperRow kViewCamera           = {kArea, L"ViewCameraCmd", L"View camera.", "", &ViewCameraCmdDef::info, cmdId};
-constexpr WrapperRow kViewObjectShadow     = {kArea, L"ViewObjectShadowCmd", L"View object shadow.", "", &ViewObjectShadowCmdDef::info, cmdId};
-constexpr WrapperRow kViewColorCycling     = {kArea, L"ViewColorCyclingCmd", L"View color cycling.", "", &ViewColorCyclingCmdDef::info, cmdId};
-constexpr WrapperRow kViewLayoutGridOn     = {kArea, L"ViewLayoutGridOnCmd", L"View layout grid.", "", &ViewLayoutGridOnCmdDef::info, cmdId};
-constexpr WrapperRow kShowOrbicon          = {kArea, L"ShowOrbiconCmd", L"Show Orbicon.", "", &ShowOrbiconCmdDef::info};
-constexpr WrapperRow kHideOrbicon          = {kArea, L"HideOrbiconCmd", L"Hide Orbicon.", "", &HideOrbiconCmdDef::info};
-constexpr WrapperRow kViewWidget           = {kArea, L"ViewWidgetCmd",  L"View menu item.", "", &ViewWidgetCmdDef::info};
-constexpr WrapperRow kRename              = {kArea, L"RenameCommand",          L"<NewName> Rename the selected node.", "", &RenameCommandDef::info, newName};
-constexpr WrapperRow kSelect              = {kArea, L"SelectCmd",              L"Select.", "", &SelectCmdDef::info};
-constexpr WrapperRow kSelectionFilter     = {kArea, L"SelectionFilterCmd",     L"Activate Selection filters command", "", &SelectionFilterCmdDef::info, markedFilters};
-constexpr WrapperRow kCut                 = {kArea, L"CutCmd",                 L"Cut the selected component.", "", &CutCmdDef::info};
-constexpr WrapperRow kCopyToClipboard     = {kArea, L"CopyToClipboardCmd",     L"Copy the selected component, to be pasted.", "", &CopyToClipboardCmdDef::info};
-constexpr WrapperRow kPaste               = {kArea, L"PasteCmd",               L"Paste what was cut or copied.", "", &PasteCmdDef::info};
-constexpr WrapperRow kUndo         = {kArea, L"UndoCmd", L"Undo command.", "", &UndoCmdDef::info};
-constexpr WrapperRow kRedo         = {kArea, L"RedoCmd", L"Redo command.", "", &RedoCmdDef::info};
-constexpr WrapperRow kUndoDropDown = {kArea, L"UndoDropDown", L"<TxnIndex> Undo the selected command from the undo dropdown list.", "", &UndoRedoDropDownCommandDef::UndoDropDownInfo, oneTxnIndex};
-constexpr WrapperRow kRedoDropDown = {kArea, L"RedoDropDown", L"<TxnIndex> Redo the selected command from the redo dropdown list.", "", &UndoRedoDropDownCommandDef::RedoDropDownInfo, oneTxnIndex};
-constexpr WrapperRow kSetSnapValue        = {kArea, L"SetSnapValueCmd",        L"Set snap value.", "", &SetSnapValueCmdDef::info};
-constexpr WrapperRow kEnableAdaptiveSnap  = {kArea, L"EnableAdaptiveSnapCmd",  L"Enable snap.", "", &EnableAdaptiveSnapCmdDef::info};
-constexpr WrapperRow kDisableAdaptiveSnap = {kArea, L"DisableAdaptiveSnapCmd", L"Disable snap.", "", &DisableAdaptiveSnapCmdDef::info};
-constexpr WrapperRow kCIP              = {kArea, L"CIPCmd",              L"CIP", "", &CIPCmdDef::info};
-constexpr WrapperRow kSubscription     = {kArea, L"SubscriptionCmd",     L"Subscription.", "", &SubscriptionCmdDef::info};
-constexpr WrapperRow kOpenWebBrowser   = {kArea, L"OpenWebBrowserCmd",   L"Activate web shell.", "", &OpenWebBrowserCmdDef::info, address};
-constexpr WrapperRow kFeedback         = {kArea, L"FeedbackCmd",         L"Feedback.", "", &FeedbackCmdDef::info};
-constexpr WrapperRow kHelp             = {kArea, L"HelpCmd",             L"Help.", "", &HelpCmdDef::info};
-constexpr WrapperRow kSuggestbox       = {kArea, L"SuggestboxCmd",       L"Suggestbox.", "", &SuggestboxCmdDef::info};
-constexpr WrapperRow kJoinDiscussion   = {kArea, L"JoinDiscussionCmd",   L"Join sDiscussion", "", &JoinDiscussionCmdDef::info};
-constexpr WrapperRow kProductTourGuide = {kArea, L"ProductTourGuideCmd", L"Show the Welcome Screen.", "", &ProductTourGuideCmdDef::info};
-constexpr WrapperRow kWelcomeScreen    = {kArea, L"WelcomeScreenCmd",    L"Show the Welcome Screen.", "", &WelcomeScreenCmdDef::info};
-constexpr WrapperRow kVideos           = {kArea, L"VideosCmd",           L"Videos.", "", &VideosCmdDef::info};
-constexpr WrapperRow kHideCommandPalette     = {kArea, L"HideCommandPaletteCmd",       L"Hide CommandPalette", "", &HideCommandPaletteCmdDef::info};
-constexpr WrapperRow kResetToDefaultLayout   = {kArea, L"ResetToDefaultLayoutCommand", L"Reset Layout to default.", "", &ResetToDefaultLayoutCmdDef::info, nullptr, false, false, &ResetToDefaultLayoutCmdDef::refusal};
-constexpr WrapperRow kDockToBottom           = {kArea, L"DockAssetToolbarsToBottomCmd", L"Doc assets toolbars to bottom.", "", &DockAssetToolbarsToBottomCmdDef::info};
-constexpr WrapperRow kDockToTop              = {kArea, L"DockAssetToolbarsToTopCmd",   L"Doc asset toolbars to top.", "", &DockAssetToolbarsToTopCmdDef::info};
-constexpr WrapperRow kShowBrowser            = {kArea, L"ShowBrowserCommand",          L"Show Browser.", "", &ShowBrowserCmdDef::info};
-constexpr WrapperRow kHideBrowser            = {kArea, L"HideBrowserCommand",          L"Hide Browser.", "", &HideBrowserCmdDef::info};
-constexpr WrapperRow kShowCommandToolbar     = {kArea, L"ShowCommandToolbarCmd",       L"Show Command Toolbar", "", &ShowCommandToolbarCmdDef::info};
-constexpr WrapperRow kHideCommandToolbar     = {kArea, L"HideCommandToolbarCmd",       L"Hide Command Toolbar", "", &HideCommandToolbarCmdDef::info};
-constexpr WrapperRow kShowNavigationToolbar  = {kArea, L"ShowNavigationToolbarCmd",    L"Show Navigation Bar.", "", &ShowNavigationToolbarCmdDef::info};
-constexpr WrapperRow kHideNavigationToolbar  = {kArea, L"HideNavigationToolbarCmd",    L"Hide Navigation Bar.", "", &HideNavigationToolbarCmdDef::info};
-constexpr WrapperRow kShowTextCommands       = {kArea, L"ShowTextCommandsCommand",     L"Show text commands.", "", &ShowTextCommandsCmdDef::info};
-constexpr WrapperRow kHideTextCommands       = {kArea, L"HideTextCommandsCommand",     L"Hide text commands.", "", &HideTextCommandsCmdDef::info};
-constexpr WrapperRow kBringAllToFront        = {kArea, L"BringAllToFrontCmd",          L"Bring All To Front.", "", &BringAllToFrontCmdDef::info};
-constexpr WrapperRow kCloseWorkspace         = {kArea, L"CloseWorkspaceCmd",           L"Close the active workspace.", "", &CloseWorkspaceCmdDef::info};
-constexpr WrapperRow kMinimize               = {kArea, L"MinimizeCmd",                 L"Minimize Window.", "", &MinimizeCmdDef::info};
-constexpr WrapperRow kShowWorkspaceFullScreen = {kArea, L"ShowWorkspaceFullScreenCmd", L"Fullscreen the active workspace.", "", &ShowWorkspaceFullScreenCmdDef::info};
-constexpr WrapperRow kShowWorkspaceNormal    = {kArea, L"ShowWorkspaceNormalCmd",      L"Normalize the active workspace.", "", &ShowWorkspaceNormalCmdDef::info};
-constexpr WrapperRow kZoomWindow             = {kArea, L"ZoomWindowCmd",               L"Zoom Window", "", &ZoomWindowCmdDef::info};
+constexpr WrapperRow kWrappers[] = {
+    {kArea, L"ExitApplicationCmd",   L"Exit the application.", "", &ExitApplicationCmdDef::info},
+    {kArea, L"CloseAssetCmd",        L"Exit the active asset.", "", &CloseAssetCmdDef::info},
+    {kArea, L"ExportAsCmd",          L"Save the active asset as translator supported file types.", "", &ExportAsCmdDef::info, onePath, kGlobal},
+    {kArea, L"ExportCmd",            L"Save the active asset as translator supported file types.", "", &ExportCmdDef::info, onePath, kGlobal},
+    {kArea, L"InsertAssetCmd",       L"<AssetTypeId> <DocumentSession> <Uuid> Creates a new asset inside the given or active document", "%s%s%s", &InsertAssetCmdDef::info, insertedAsset},
+    {kArea, L"NextAssetCmd",         L"Active the next asset.", "", &NextAssetCmdDef::info, nullptr, false, false, noNextAsset},
+    {kArea, L"PreviousAssetCmd",     L"Active the previous asset.", "", &PreviousAssetCmdDef::info, nullptr, false, false, noPreviousAsset},
+    {kArea, L"SwitchAssetCmd",       L"<AssetSession> Switch Asset.", "", &SwitchAssetCmdDef::info, oneAssetSession},
+    {kArea, L"ActiveViewAssetCmd",   L"<AssetSession> Active asset view.", "", &ActiveViewAssetCmdDef::info, assetSessionName},
+    {kArea, L"CancelCmd",            L"Cancel the active command.", "", &CancelCmdDef::info},
+    {kArea, L"CommitCmd",            L"Commit the active command.", "", &CommitCmdDef::info, nullptr, false, false, notCommitted},
+    {kArea, L"CloseAllDocumentsCmd", L"Close all the active documents.", "", &CloseAllDocumentsCmdDef::info, documentSession, !kGlobal, kFlush},
+    {kArea, L"CloseDocumentCmd",     L"Close the active document.\nUsage: VuCommands.CloseDocumentCmd", "", &CloseDocumentCmdDef::info, documentSession, !kGlobal, kFlush},
+    {kArea, L"CurrentlyOpenDocumentsCmd", L"<asset_type> Recent Documents?? or maybe CurrentlyOpenDocumentsCmd??", "%s%s", &CurrentlyOpenDocumentsCmdDef::info},
+    {kArea, L"CycleOpenDocumentsCmd", L"<asset_type> Cycle Documents.", "%s%s", &CycleOpenDocumentsCmdDef::info},
+    {kArea, L"NewDocumentCmd",       L"<asset_type> Create a document with specified asset type.", "%s%s", &NewDocumentCmdDef::info, assetTypeName, kGlobal},
+    {kArea, L"NewSingleDocumentCmd", L"<asset_type> Create a document with specified asset type.", "%s%s", &NewSingleDocumentCmdDef::info, assetTypeName, kGlobal},
+    {kArea, L"OpenDocumentCmd",      L"<filename> Open the specified document.", "", &OpenDocumentCmdDef::info, firstPath, kGlobal},
+    {kArea, L"RecentDocumentsCmd",   L"<asset_type> Recent Documents", "%s%s", &RecentDocumentsCmdDef::info},
+    {kArea, L"SaveDocumentAsCmd",    L"Save the active document as a new one.", "", &SaveDocumentAsCmdDef::info, sessionAndPath},
+    {kArea, L"SaveDocumentCmd",      L"Save the active document.", "", &SaveDocumentCmdDef::info, sessionAndPath},
+    {kArea, L"CloudListFilesCmd",    L"List Files Command.", "", &CloudListFilesCmdDef::info},
+    {kArea, L"CloudLoginCmd",        L"<userid> <password> Log on to cloud.", "", &CloudLoginCmdDef::info, userAndPassword, kGlobal},
+    {kArea, L"CloudLogoutCmd",       L"Log off cloud.", "", &CloudLogoutCmdDef::info},
+    {kArea, L"CloudManageCmd",       L"Call manaage from cloud.", "", &CloudManageCmdDef::info},
+    {kArea, L"CloudOpenDocumentCmd", L"<filename> Log on to cloud.", "%s", &CloudOpenDocumentCmdDef::info, onePath, kGlobal},
+    {kArea, L"CloudSaveCmd",         L"<filename> Save document to Cloud.", "%s", &CloudSaveCmdDef::info, onePath, kGlobal},
+    {kArea, L"CloudSaveAsCmd",       L"<filename> Save as document to Cloud.", "%s", &CloudSaveAsCmdDef::info, onePath, kGlobal},
+    {kArea, L"CloudSaveQATCmd",      L"<filename> Save document to Cloud", "%s", &CloudSaveQATCmdDef::info, onePath, kGlobal},
+    {kArea, L"ShareCmd",             L"Share menu item.", "", &ShareCmdDef::info},
+    {kArea, L"RunScriptCmd",         L"<filename> Runs the specified python script.", "%s", &RunScriptCmdDef::info, firstPath, kGlobal},
+    {kArea, L"AssetShellCmd",        L"<AssetSession> Activate asset shell.", "", &AssetShellCmdDef::info, assetSession},
+    {kArea, L"ManagementShellCmd",   L"Activate management shell.", "", &ManagementShellCmdDef::info},
+    {kArea, L"ActivateEnvironmentCmd",      L"<EnvironmentType> Activate environment.", "", &ActivateEnvironmentCmdDef::info, environmentType},
+    {kArea, L"CycleWorkspacesForwardCmd",   L"<asset_type> Cycle Workspaces Forward.", "%s%s", &CycleWorkspacesForwardCmdDef::info},
+    {kArea, L"CycleWorkspacesBackwardCmd",  L"<asset_type> Cycle Workspaces Backward.", "%s%s", &CycleWorkspacesBackwardCmdDef::info},
+    {kArea, L"ReturnToEnvironmentCmd",      L"Return environment", "", &ReturnToEnvironmentCmdDef::info},
+    {kArea, L"ViewDomeCmd", L"View ground dome.", "", &ViewDomeCmdDef::info, cmdId},
+    {kArea, L"ViewGroundPlaneCmd", L"View ground plane.", "", &ViewGroundPlaneCmdDef::info, cmdId},
+    {kArea, L"ViewGroundShadowCmd", L"View ground shadow.", "", &ViewGroundShadowCmdDef::info, cmdId},
+    {kArea, L"ViewAmbientOcclusionCmd", L"View ambient occlusion.", "", &ViewAmbientOcclusionCmdDef::info, cmdId},
+    {kArea, L"ViewGroundReflectionCmd", L"View ground reflection.", "", &ViewGroundReflectionCmdDef::info, cmdId},
+    {kArea, L"ViewNPREffectCmd", L"View NPR effect.", "", &ViewNPREffectCmdDef::info, cmdId},
+    {kArea, L"ViewEnvironmentCmd", L"View environment.", "", &ViewEnvironmentCmdDef::info, cmdId},
+    {kArea, L"ViewMSAACmd", L"View MSAA.", "", &ViewMSAACmdDef::info, cmdId},
+    {kArea, L"ViewSelectionEffectCmd", L"View selection effect", "", &ViewSelectionEffectCmdDef::info, cmdId},
+    {kArea, L"ViewVisualStyleCmd", L"View visual style.", "", &ViewVisualStyleCmdDef::info, cmdId},
+    {kArea, L"ViewCameraCmd", L"View camera.", "", &ViewCameraCmdDef::info, cmdId},
+    {kArea, L"ViewObjectShadowCmd", L"View object shadow.", "", &ViewObjectShadowCmdDef::info, cmdId},
+    {kArea, L"ViewColorCyclingCmd", L"View color cycling.", "", &ViewColorCyclingCmdDef::info, cmdId},
+    {kArea, L"ViewLayoutGridOnCmd", L"View layout grid.", "", &ViewLayoutGridOnCmdDef::info, cmdId},
+    {kArea, L"ShowOrbiconCmd", L"Show Orbicon.", "", &ShowOrbiconCmdDef::info},
+    {kArea, L"HideOrbiconCmd", L"Hide Orbicon.", "", &HideOrbiconCmdDef::info},
+    {kArea, L"ViewWidgetCmd",  L"View menu item.", "", &ViewWidgetCmdDef::info},
+    {kArea, L"RenameCommand",          L"<NewName> Rename the selected node.", "", &RenameCommandDef::info, newName},
+    {kArea, L"SelectCmd",              L"Select.", "", &SelectCmdDef::info},
+    {kArea, L"SelectionFilterCmd",     L"Activate Selection filters command", "", &SelectionFilterCmdDef::info, markedFilters},
+    {kArea, L"CutCmd",                 L"Cut the selected component.", "", &CutCmdDef::info},
+    {kArea, L"CopyToClipboardCmd",     L"Copy the selected component, to be pasted.", "", &CopyToClipboardCmdDef::info},
+    {kArea, L"PasteCmd",               L"Paste what was cut or copied.", "", &PasteCmdDef::info},
+    {kArea, L"UndoCmd", L"Undo command.", "", &UndoCmdDef::info},
+    {kArea, L"RedoCmd", L"Redo command.", "", &RedoCmdDef::info},
+    {kArea, L"UndoDropDown", L"<TxnIndex> Undo the selected command from the undo dropdown list.", "", &UndoRedoDropDownCommandDef::UndoDropDownInfo, oneTxnIndex},
+    {kArea, L"RedoDropDown", L"<TxnIndex> Redo the selected command from the redo dropdown list.", "", &UndoRedoDropDownCommandDef::RedoDropDownInfo, oneTxnIndex},
+    {kArea, L"SetSnapValueCmd",        L"Set snap value.", "", &SetSnapValueCmdDef::info},
+    {kArea, L"EnableAdaptiveSnapCmd",  L"Enable snap.", "", &EnableAdaptiveSnapCmdDef::info},
+    {kArea, L"DisableAdaptiveSnapCmd", L"Disable snap.", "", &DisableAdaptiveSnapCmdDef::info},
+    {kArea, L"CIPCmd",              L"CIP", "", &CIPCmdDef::info},
+    {kArea, L"SubscriptionCmd",     L"Subscription.", "", &SubscriptionCmdDef::info},
+    {kArea, L"OpenWebBrowserCmd",   L"Activate web shell.", "", &OpenWebBrowserCmdDef::info, address},
+    {kArea, L"FeedbackCmd",         L"Feedback.", "", &FeedbackCmdDef::info},
+    {kArea, L"HelpCmd",             L"Help.", "", &HelpCmdDef::info},
+    {kArea, L"SuggestboxCmd",       L"Suggestbox.", "", &SuggestboxCmdDef::info},
+    {kArea, L"JoinDiscussionCmd",   L"Join sDiscussion", "", &JoinDiscussionCmdDef::info},
+    {kArea, L"ProductTourGuideCmd", L"Show the Welcome Screen.", "", &ProductTourGuideCmdDef::info},
+    {kArea, L"WelcomeScreenCmd",    L"Show the Welcome Screen.", "", &WelcomeScreenCmdDef::info},
+    {kArea, L"VideosCmd",           L"Videos.", "", &VideosCmdDef::info},
+    {kArea, L"HideCommandPaletteCmd",       L"Hide CommandPalette", "", &HideCommandPaletteCmdDef::info},
+    {kArea, L"ResetToDefaultLayoutCommand", L"Reset Layout to default.", "", &ResetToDefaultLayoutCmdDef::info, nullptr, false, false, &ResetToDefaultLayoutCmdDef::refusal},
+    {kArea, L"DockAssetToolbarsToBottomCmd", L"Doc assets toolbars to bottom.", "", &DockAssetToolbarsToBottomCmdDef::info},
+    {kArea, L"DockAssetToolbarsToTopCmd",   L"Doc asset toolbars to top.", "", &DockAssetToolbarsToTopCmdDef::info},
+    {kArea, L"ShowBrowserCommand",          L"Show Browser.", "", &ShowBrowserCmdDef::info},
+    {kArea, L"HideBrowserCommand",          L"Hide Browser.", "", &HideBrowserCmdDef::info},
+    {kArea, L"ShowCommandToolbarCmd",       L"Show Command Toolbar", "", &ShowCommandToolbarCmdDef::info},
+    {kArea, L"HideCommandToolbarCmd",       L"Hide Command Toolbar", "", &HideCommandToolbarCmdDef::info},
+    {kArea, L"ShowNavigationToolbarCmd",    L"Show Navigation Bar.", "", &ShowNavigationToolbarCmdDef::info},
+    {kArea, L"HideNavigationToolbarCmd",    L"Hide Navigation Bar.", "", &HideNavigationToolbarCmdDef::info},
+    {kArea, L"ShowTextCommandsCommand",     L"Show text commands.", "", &ShowTextCommandsCmdDef::info},
+    {kArea, L"HideTextCommandsCommand",     L"Hide text commands.", "", &HideTextCommandsCmdDef::info},
+    {kArea, L"BringAllToFrontCmd",          L"Bring All To Front.", "", &BringAllToFrontCmdDef::info},
+    {kArea, L"CloseWorkspaceCmd",           L"Close the active workspace.", "", &CloseWorkspaceCmdDef::info},
+    {kArea, L"MinimizeCmd",                 L"Minimize Window.", "", &MinimizeCmdDef::info},
+    {kArea, L"ShowWorkspaceFullScreenCmd", L"Fullscreen the active workspace.", "", &ShowWorkspaceFullScreenCmdDef::info},
+    {kArea, L"ShowWorkspaceNormalCmd",      L"Normalize the active workspace.", "", &ShowWorkspaceNormalCmdDef::info},
+    {kArea, L"ZoomWindowCmd",               L"Zoom Window", "", &ZoomWindowCmdDef::info},
+};
 // clang-format on
 
-Wrapper<kExitApplication> TextCmdVuCommandsExitApplicationCmd;
-Wrapper<kCloseAsset> TextCmdVuCommandsCloseAssetCmd;
-Wrapper<kExportAs> TextCmdVuCommandsExportAsCmd;
-Wrapper<kExport> TextCmdVuCommandsExportCmd;
-Wrapper<kInsertAsset> TextCmdVuCommandsInsertAssetCmd;
-Wrapper<kNextAsset> TextCmdVuCommandsNextAssetCmd;
-Wrapper<kPreviousAsset> TextCmdVuCommandsPreviousAssetCmd;
-Wrapper<kSwitchAsset> TextCmdVuCommandsSwitchAssetCmd;
-Wrapper<kActiveViewAsset> TextCmdVuCommandsActiveViewAssetCmd;
-Wrapper<kCancel> TextCmdVuCommandsCancelCmd;
-Wrapper<kCommit> TextCmdVuCommandsCommitCmd;
-Wrapper<kCloseAllDocuments> TextCmdVuCommandsCloseAllDocumentsCmd;
-Wrapper<kCloseDocument> TextCmdVuCommandsCloseDocumentCmd;
-Wrapper<kCurrentlyOpen> TextCmdVuCommandsCurrentlyOpenDocumentsCmd;
-Wrapper<kCycleOpen> TextCmdVuCommandsCycleOpenDocumentsCmd;
-Wrapper<kNewDocument> TextCmdVuCommandsNewDocumentCmd;
-Wrapper<kNewSingleDocument> TextCmdVuCommandsNewSingleDocumentCmd;
-Wrapper<kOpenDocument> TextCmdVuCommandsOpenDocumentCmd;
-Wrapper<kRecentDocuments> TextCmdVuCommandsRecentDocumentsCmd;
-Wrapper<kSaveDocumentAs> TextCmdVuCommandsSaveDocumentAsCmd;
-Wrapper<kSaveDocument> TextCmdVuCommandsSaveDocumentCmd;
-Wrapper<kCloudListFiles> TextCmdVuCommandsCloudListFilesCmd;
-Wrapper<kCloudLogin> TextCmdVuCommandsCloudLoginCmd;
-Wrapper<kCloudLogout> TextCmdVuCommandsCloudLogoutCmd;
-Wrapper<kCloudManage> TextCmdVuCommandsCloudManageCmd;
-Wrapper<kCloudOpenDocument> TextCmdVuCommandsCloudOpenDocumentCmd;
-Wrapper<kCloudSave> TextCmdVuCommandsCloudSaveCmd;
-Wrapper<kCloudSaveAs> TextCmdVuCommandsCloudSaveAsCmd;
-Wrapper<kCloudSaveQAT> TextCmdVuCommandsCloudSaveQATCmd;
-Wrapper<kShare> TextCmdVuCommandsShareCmd;
-Wrapper<kRunScript> TextCmdVuCommandsRunScriptCmd;
-Wrapper<kAssetShell> TextCmdVuCommandsAssetShellCmd;
-Wrapper<kManagementShell> TextCmdVuCommandsManagementShellCmd;
-Wrapper<kActivateEnvironment> TextCmdVuCommandsActivateEnvironmentCmd;
-Wrapper<kCycleWorkspacesForward> TextCmdVuCommandsCycleWorkspacesForwardCmd;
-Wrapper<kCycleWorkspacesBackward> TextCmdVuCommandsCycleWorkspacesBackwardCmd;
-Wrapper<kReturnToEnvironment> TextCmdVuCommandsReturnToEnvironmentCmd;
-Wrapper<kViewDome> TextCmdVuCommandsViewDomeCmd;
-Wrapper<kViewGroundPlane> TextCmdVuCommandsViewGroundPlaneCmd;
-Wrapper<kViewGroundShadow> TextCmdVuCommandsViewGroundShadowCmd;
-Wrapper<kViewAmbientOcclusion> TextCmdVuCommandsViewAmbientOcclusionCmd;
-Wrapper<kViewGroundReflection> TextCmdVuCommandsViewGroundReflectionCmd;
-Wrapper<kViewNPREffect> TextCmdVuCommandsViewNPREffectCmd;
-Wrapper<kViewEnvironment> TextCmdVuCommandsViewEnvironmentCmd;
-Wrapper<kViewMSAA> TextCmdVuCommandsViewMSAACmd;
-Wrapper<kViewSelectionEffect> TextCmdVuCommandsViewSelectionEffectCmd;
-Wrapper<kViewVisualStyle> TextCmdVuCommandsViewVisualStyleCmd;
-Wrapper<kViewCamera> TextCmdVuCommandsViewCameraCmd;
-Wrapper<kViewObjectShadow> TextCmdVuCommandsViewObjectShadowCmd;
-Wrapper<kViewColorCycling> TextCmdVuCommandsViewColorCyclingCmd;
-Wrapper<kViewLayoutGridOn> TextCmdVuCommandsViewLayoutGridOnCmd;
-Wrapper<kShowOrbicon> TextCmdVuCommandsShowOrbiconCmd;
-Wrapper<kHideOrbicon> TextCmdVuCommandsHideOrbiconCmd;
-Wrapper<kViewWidget> TextCmdVuCommandsViewWidgetCmd;
-Wrapper<kRename> TextCmdVuCommandsRenameCommand;
-Wrapper<kSelect> TextCmdVuCommandsSelectCmd;
-Wrapper<kSelectionFilter> TextCmdVuCommandsSelectionFilterCmd;
-Wrapper<kCut> TextCmdVuCommandsCutCmd;
-Wrapper<kCopyToClipboard> TextCmdVuCommandsCopyToClipboardCmd;
-Wrapper<kPaste> TextCmdVuCommandsPasteCmd;
-Wrapper<kUndo> TextCmdVuCommandsUndoCmd;
-Wrapper<kRedo> TextCmdVuCommandsRedoCmd;
-Wrapper<kUndoDropDown> TextCmdVuCommandsUndoDropDown;
-Wrapper<kRedoDropDown> TextCmdVuCommandsRedoDropDown;
-Wrapper<kSetSnapValue> TextCmdVuCommandsSetSnapValueCmd;
-Wrapper<kEnableAdaptiveSnap> TextCmdVuCommandsEnableAdaptiveSnapCmd;
-Wrapper<kDisableAdaptiveSnap> TextCmdVuCommandsDisableAdaptiveSnapCmd;
-Wrapper<kCIP> TextCmdVuCommandsCIPCmd;
-Wrapper<kSubscription> TextCmdVuCommandsSubscriptionCmd;
-Wrapper<kOpenWebBrowser> TextCmdVuCommandsOpenWebBrowserCmd;
-Wrapper<kFeedback> TextCmdVuCommandsFeedbackCmd;
-Wrapper<kHelp> TextCmdVuCommandsHelpCmd;
-Wrapper<kSuggestbox> TextCmdVuCommandsSuggestboxCmd;
-Wrapper<kJoinDiscussion> TextCmdVuCommandsJoinDiscussionCmd;
-Wrapper<kProductTourGuide> TextCmdVuCommandsProductTourGuideCmd;
-Wrapper<kWelcomeScreen> TextCmdVuCommandsWelcomeScreenCmd;
-Wrapper<kVideos> TextCmdVuCommandsVideosCmd;
-Wrapper<kHideCommandPalette> TextCmdVuCommandsHideCommandPaletteCmd;
-Wrapper<kResetToDefaultLayout> TextCmdVuCommandsResetToDefaultLayoutCommand;
-Wrapper<kDockToBottom> TextCmdVuCommandsDockAssetToolbarsToBottomCmd;
-Wrapper<kDockToTop> TextCmdVuCommandsDockAssetToolbarsToTopCmd;
-Wrapper<kShowBrowser> TextCmdVuCommandsShowBrowserCommand;
-Wrapper<kHideBrowser> TextCmdVuCommandsHideBrowserCommand;
-Wrapper<kShowCommandToolbar> TextCmdVuCommandsShowCommandToolbarCmd;
-Wrapper<kHideCommandToolbar> TextCmdVuCommandsHideCommandToolbarCmd;
-Wrapper<kShowNavigationToolbar> TextCmdVuCommandsShowNavigationToolbarCmd;
-Wrapper<kHideNavigationToolbar> TextCmdVuCommandsHideNavigationToolbarCmd;
-Wrapper<kShowTextCommands> TextCmdVuCommandsShowTextCommandsCommand;
-Wrapper<kHideTextCommands> TextCmdVuCommandsHideTextCommandsCommand;
-Wrapper<kBringAllToFront> TextCmdVuCommandsBringAllToFrontCmd;
-Wrapper<kCloseWorkspace> TextCmdVuCommandsCloseWorkspaceCmd;
-Wrapper<kMinimize> TextCmdVuCommandsMinimizeCmd;
-Wrapper<kShowWorkspaceFullScreen> TextCmdVuCommandsShowWorkspaceFullScreenCmd;
-Wrapper<kShowWorkspaceNormal> TextCmdVuCommandsShowWorkspaceNormalCmd;
-Wrapper<kZoomWindow> TextCmdVuCommandsZoomWindowCmd;
+const Wrappers<kWrappers> theWrappers;
 
 } // namespace
 } // namespace Vu::Commands

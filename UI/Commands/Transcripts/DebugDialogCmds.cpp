@@ -3,9 +3,9 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/ForwardedRun.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Commands/Resources.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 #include "UI/Commands/Transcripts/DebugDialog.h"
 #include "UI/Commands/Transcripts/TranscriptingCmds.h"
 

@@ -1,8 +1,8 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Validation/PerfTestingContext.h"
 #include "UI/Commands/Localized.h"
-#include "UI/Commands/Text/DirectTextCommand.h"
 #include "UI/Commands/Transcripts/PerformanceValidationMgr.h"
 
 #include <boost/algorithm/string/predicate.hpp>

@@ -1,4 +1,4 @@
-#include "UI/Commands/Text/DirectTextCommand.h"
+#include "UI/Base/Command/TextRows.h"
 
 #include <QThread>
 

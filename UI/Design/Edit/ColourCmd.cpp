@@ -8,7 +8,7 @@ namespace Vu::Design {
 
 // clang-format off
 constinit const EditRow ColourCmd::kRow = {
-    .key = L"ColourCommand", .title = "Colour", .tooltip = "Colour components, bodies, solids or faces", .icon = &Resources::Colour};
+    .key = L"ColourCommand", .title = "Colour", .icon = &Resources::Colour, .tooltip = "Colour components, bodies, solids or faces"};
 // clang-format on
 
 void ColourCmd::onMakeInputs(EditInputs& inputs)

@@ -2,13 +2,13 @@
 
 #include "Server/DataModel/Edit/ModelEdit.h"
 #include "UI/Base/Command/CommandDefinition.h"
-#include "UI/Design/CommandLook.h"
+#include "UI/Design/CommandRow.h"
 #include "UI/Design/Edit/PreviewedCmd.h"
 
 namespace Vu::Design {
 
 /// One row per editing command: everything that is data.
-using EditRow = CommandLook;
+using EditRow = CommandRow;
 
 /// What the definitions of the editing commands share.
 class EditCmdDefBase : public Vs::Implements<EditCmdDefBase, CommandDefinition>

@@ -10,13 +10,13 @@ namespace Vu::Design {
 
 // clang-format off
 constinit const EditRow MirrorCmd::kRow = {
-    .key = L"MirrorCommand", .title = "Mirror", .tooltip = "Put mirror images of components on the other side of a plane", .icon = &Resources::Mirror};
+    .key = L"MirrorCommand", .title = "Mirror", .icon = &Resources::Mirror, .tooltip = "Put mirror images of components on the other side of a plane"};
 
 constinit const EditRow LinearPatternCmd::kRow = {
-    .key = L"LinearPatternCommand", .title = "Linear Pattern", .tooltip = "Repeat components along one or two axes", .icon = &Resources::LinearPattern};
+    .key = L"LinearPatternCommand", .title = "Linear Pattern", .icon = &Resources::LinearPattern, .tooltip = "Repeat components along one or two axes"};
 
 constinit const EditRow CircularPatternCmd::kRow = {
-    .key = L"CircularPatternCommand", .title = "Circular Pattern", .tooltip = "Repeat components around an axis", .icon = &Resources::CircularPattern};
+    .key = L"CircularPatternCommand", .title = "Circular Pattern", .icon = &Resources::CircularPattern, .tooltip = "Repeat components around an axis"};
 // clang-format on
 
 namespace {

@@ -17,13 +17,13 @@ std::optional<GkPoint3d> middleOf(const Vs::Asset& asset, const SelectionCommand
 
 // clang-format off
 constinit const EditRow MoveCmd::kRow = {
-    .key = L"MoveCommand", .title = "Move", .tooltip = "Move components along the axes", .icon = &Resources::Move};
+    .key = L"MoveCommand", .title = "Move", .icon = &Resources::Move, .tooltip = "Move components along the axes"};
 
 constinit const EditRow CopyCmd::kRow = {
-    .key = L"CopyCommand", .title = "Copy", .tooltip = "Put one more of each component beside it", .icon = &Resources::Copy};
+    .key = L"CopyCommand", .title = "Copy", .icon = &Resources::Copy, .tooltip = "Put one more of each component beside it"};
 
 constinit const EditRow RotateCmd::kRow = {
-    .key = L"RotateCommand", .title = "Rotate", .tooltip = "Turn components about an axis", .icon = &Resources::Rotate};
+    .key = L"RotateCommand", .title = "Rotate", .icon = &Resources::Rotate, .tooltip = "Turn components about an axis"};
 // clang-format on
 
 using Kind = ManipulatorHandle::Kind;

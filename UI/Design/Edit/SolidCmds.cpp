@@ -7,19 +7,19 @@ namespace Vu::Design {
 
 // clang-format off
 constinit const EditRow JoinCmd::kRow = {
-    .key = L"JoinCommand", .title = "Join", .tooltip = "Make one body of several", .icon = &Resources::Join};
+    .key = L"JoinCommand", .title = "Join", .icon = &Resources::Join, .tooltip = "Make one body of several"};
 
 constinit const EditRow SubtractCmd::kRow = {
-    .key = L"SubtractCommand", .title = "Subtract", .tooltip = "Take bodies away from another one", .icon = &Resources::Cut};
+    .key = L"SubtractCommand", .title = "Subtract", .icon = &Resources::Cut, .tooltip = "Take bodies away from another one"};
 
 constinit const EditRow IntersectCmd::kRow = {
-    .key = L"IntersectCommand", .title = "Intersect", .tooltip = "Leave of a body what it has in common with others", .icon = &Resources::Intersect};
+    .key = L"IntersectCommand", .title = "Intersect", .icon = &Resources::Intersect, .tooltip = "Leave of a body what it has in common with others"};
 
 constinit const EditRow FilletCmd::kRow = {
-    .key = L"FilletCommand", .title = "Fillet", .tooltip = "Round edges", .icon = &Resources::Fillet};
+    .key = L"FilletCommand", .title = "Fillet", .icon = &Resources::Fillet, .tooltip = "Round edges"};
 
 constinit const EditRow ChamferCmd::kRow = {
-    .key = L"ChamferCommand", .title = "Chamfer", .tooltip = "Cut edges off", .icon = &Resources::Chamfer};
+    .key = L"ChamferCommand", .title = "Chamfer", .icon = &Resources::Chamfer, .tooltip = "Cut edges off"};
 // clang-format on
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "Server/Base/Status.h"
 #include "Server/DataModel/ModelBuilder.h"
-#include "UI/Design/CommandLook.h"
+#include "UI/Design/CommandRow.h"
 
 #include <span>
 #include <string>
@@ -26,7 +26,7 @@ struct PrimitiveRow
     using Build = const Vs::Component* (*)(Vs::ModelBuilder&, const double* sizes,
                                            const Vs::ModelBuilder::Look&, Vs::Status&);
 
-    CommandLook look;
+    CommandRow look;
     std::span<const Size> sizes;
     Build build;
     /// The place with which it stands on a face.

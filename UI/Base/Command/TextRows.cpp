@@ -1,10 +1,36 @@
-#include "UI/Commands/Text/DirectTextCommand.h"
+#include "UI/Base/Command/TextRows.h"
 
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/ForwardedRun.h"
 
-namespace Vu::Commands {
+namespace Vu {
+
+RowWrapper::RowWrapper(const WrapperRow& row)
+    : TranscriptedCommandTextCommand(row.area, row.name, row.help, row.format, false, row.info()->key()),
+      m_row(row)
+{
+}
+
+Vs::TextCommandResult RowWrapper::execute(const Vs::TextCommandParameters& parameters)
+{
+    if (m_row.refusal) {
+        CommandContext context = CommandContext::activeContext();
+        if (std::wstring why = m_row.refusal(context); !why.empty())
+            return {1, std::move(why)};
+    }
+    return TranscriptedCommandTextCommand::execute(parameters);
+}
+
+void RowWrapper::fillContext(const Vs::TextCommandParameters& parameters, CommandContext& context)
+{
+    if (m_row.global)
+        useGlobalCmdMgr(true);
+    if (m_row.flush)
+        flushDeferredTasks(true);
+    if (m_row.fillContext)
+        m_row.fillContext(parameters, context);
+}
 
 Vs::TextCommandResult answerOf(const Vs::Status& status)
 {
@@ -25,4 +51,4 @@ Vs::TextCommandResult runDefinition(std::wstring_view id, CommandContext context
     return answerOf(manager->executeCommand(definition, context));
 }
 
-} // namespace Vu::Commands
+} // namespace Vu
