@@ -1,9 +1,14 @@
 // What assistive programs see of the real program's window, asked over their own bus.
 
+#include "Tests/Support/Servers/ItemService.h"
+#include "Tests/Support/Servers/TestServer.h"
 #include "Tests/UI/Application/SpokenProgram.h"
 
 #include <QCoreApplication>
 #include <QTest>
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
 #include <array>
@@ -11,6 +16,7 @@
 #include <regex>
 #include <set>
 
+using TestSupport::TestServer;
 using UiTests::SpokenProgram;
 using UiTests::SpokenThing;
 
@@ -100,6 +106,14 @@ bool press(const SpokenProgram& program, const std::string& name)
     return thing && (thing->act("Press") || thing->act("ShowMenu"));
 }
 
+/// Into the text of that name, when it is there.
+void fill(const SpokenProgram& program, const std::string& name, const std::string& text)
+{
+    const auto field = program.find("text", name);
+    ASSERT_TRUE(field) << name;
+    field->type(text);
+}
+
 /// What is wrong with it; empty for nothing.
 std::string faultOf(const SpokenThing& thing)
 {
@@ -118,6 +132,17 @@ std::string faultOf(const SpokenThing& thing)
     return isUsed && kVague.contains(role) ? "has no fitting role" : "";
 }
 
+/// How many of the things that show can be used.
+size_t expectNoFaults(const SpokenProgram& program)
+{
+    size_t used = 0;
+    for (const SpokenProgram::Found& each : program.shown()) {
+        EXPECT_EQ(faultOf(each.thing), "") << each.place();
+        used += each.thing.is(SpokenThing::kFocusable);
+    }
+    return used;
+}
+
 } // namespace
 
 TEST_P(AccessibilityTest, EverythingThatCanBeUsedHasANameAndARole)
@@ -128,13 +153,7 @@ TEST_P(AccessibilityTest, EverythingThatCanBeUsedHasANameAndARole)
         EXPECT_TRUE(press(program, name)) << name;
     for (const auto& [role, name] : GetParam().has)
         EXPECT_TRUE(program.find(role, name)) << role << " \"" << name << '"';
-    size_t used = 0;
-    for (const SpokenProgram::Found& each : program.shown()) {
-        const std::string fault = faultOf(each.thing);
-        EXPECT_EQ(fault, "") << each.place();
-        used += each.thing.is(SpokenThing::kFocusable);
-    }
-    EXPECT_GT(used, 5u);
+    EXPECT_GT(expectNoFaults(program), 5u);
 }
 
 TEST_F(AccessibilityTest, AButtonThatIsPressedByItsActionOpensThePanelOfItsCommand)
@@ -142,10 +161,56 @@ TEST_F(AccessibilityTest, AButtonThatIsPressedByItsActionOpensThePanelOfItsComma
     const SpokenProgram program({kModel});
     ASSERT_TRUE(press(program, "Box"));
     EXPECT_TRUE(program.find("text", "Length"));
-    for (const SpokenProgram::Found& each : program.shown())
-        EXPECT_EQ(faultOf(each.thing), "") << each.place();
+    expectNoFaults(program);
     ASSERT_TRUE(press(program, "OK"));
     EXPECT_TRUE(program.find("tree item", "Box1"));
+}
+
+TEST_F(AccessibilityTest, TheBrowsersContextMenuTellsItsEntries)
+{
+    const SpokenProgram program({kModel, "Selection.Select Post"});
+    const auto post = program.find("tree item", "Post");
+    ASSERT_TRUE(post);
+    post->pressSecondButton();
+    for (const char* entry : {"Hide", "Rename", "Delete"})
+        EXPECT_TRUE(program.find("menu item", entry)) << entry;
+    EXPECT_GT(expectNoFaults(program), 5u);
+}
+
+TEST_F(AccessibilityTest, TheDrivesDialogsAreToldWhereSomebodyIsSignedIn)
+{
+    const TestServer server(TestServer::Kind::Lighttpd);
+    REQUIRE_SERVER(server);
+    boost::filesystem::create_directory(server.folder() / "parts");
+    boost::filesystem::ofstream(server.folder() / "wheel.vlra") << "x";
+    for (const auto& [command, has] : {std::pair("CloudOpenDocumentCommand", Thing{"push button", "Open"}),
+                                       std::pair("CloudSaveAsCommand", Thing{"text", "Name"})}) {
+        SpokenProgram program({kModel, start(command)});
+        fill(program, "Address of the server", server.address());
+        ASSERT_TRUE(press(program, "Continue"));
+        fill(program, "User", server.user());
+        fill(program, "Password", server.password());
+        const auto keep = program.find("check box", "Keep me signed in (in the keyring of this desktop)");
+        ASSERT_TRUE(keep && keep->act("Toggle"));
+        // The account's button in the window behind is called so, too.
+        const auto signIn = program.find("push button", "Sign In");
+        ASSERT_TRUE(signIn && signIn->act("Press"));
+        EXPECT_TRUE(program.find(has[0], has[1])) << command << program.output();
+        EXPECT_TRUE(program.find("tree item", "parts")) << command;
+        EXPECT_TRUE(program.find("text", "Search in this folder")) << command;
+        EXPECT_GT(expectNoFaults(program), 5u) << command;
+    }
+}
+
+TEST_F(AccessibilityTest, WhatIsFoundAmongTheItemsOfAServiceIsTold)
+{
+    TestSupport::ItemService service;
+    const std::string signIn = "Dashboard.AuthenticateWithTokenCmd " + service.address() + ' ' +
+                               service.token("ada", "writer") + " acme";
+    const SpokenProgram program({signIn, "Dashboard.NewItemCmd 1 Wheel 0 0 VeloraAssetType"});
+    fill(program, "Search items", "Whe");
+    EXPECT_TRUE(program.find([](const SpokenThing& each) { return each.name().starts_with("Wheel"); }));
+    EXPECT_GT(expectNoFaults(program), 5u);
 }
 
 TEST_F(AccessibilityTest, TheBrowserTellsWhatIsSelectedAndTheCubeTurnsTheModel)

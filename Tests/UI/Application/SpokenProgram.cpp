@@ -141,6 +141,21 @@ void SpokenThing::focus() const
     call("Component", "GrabFocus");
 }
 
+void SpokenThing::pressSecondButton() const
+{
+    const QDBusMessage reply = call("Component", "GetExtents", {0u});
+    int left = 0, top = 0, width = 0, height = 0;
+    if (reply.type() == QDBusMessage::ReplyMessage) {
+        const auto place = reply.arguments().value(0).value<QDBusArgument>();
+        place.beginStructure();
+        place >> left >> top >> width >> height;
+        place.endStructure();
+    }
+    QProcess::execute(QStringLiteral("xdotool"),
+                      {QStringLiteral("mousemove"), QString::number(left + width / 2),
+                       QString::number(top + height / 2), QStringLiteral("click"), QStringLiteral("3")});
+}
+
 std::string SpokenThing::text() const
 {
     return call("Text", "GetText", {0, -1}).arguments().value(0).toString().toStdString();

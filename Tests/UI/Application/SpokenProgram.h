@@ -29,6 +29,7 @@ public:
     /// Doesn't wait for what it does, which may be a dialog that stays. False if there is no such action.
     [[nodiscard]] bool act(const std::string& action) const;
     void focus() const;
+    void pressSecondButton() const;           ///< Of a real mouse, in its middle.
     std::string text() const;                 ///< What is written in it.
     void type(const std::string& text) const; ///< In place of the text that is there.
 

@@ -1,7 +1,12 @@
 #include "UI/Base/Window/Accessible.h"
 
+#include "UI/Base/Window/Told.h"
+
 #include <QAccessibleWidget>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
+#include <QToolButton>
 #include <QVariant>
 #include <QWidget>
 
@@ -62,6 +67,35 @@ private:
     QPointer<QWidget> m_opened;
 };
 
+class MenuHolder : public QAccessibleWidget
+{
+public:
+    explicit MenuHolder(QWidget* widget) : QAccessibleWidget(widget) {}
+
+    int childCount() const override { return QAccessibleWidget::childCount() + int(open().size()); }
+    QAccessibleInterface* child(int index) const override
+    {
+        const int before = QAccessibleWidget::childCount();
+        return index < before         ? QAccessibleWidget::child(index)
+               : index < childCount() ? QAccessible::queryAccessibleInterface(open()[index - before])
+                                      : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface* each) const override
+    {
+        const auto index = each ? open().indexOf(qobject_cast<QMenu*>(each->object())) : -1;
+        return index < 0 ? QAccessibleWidget::indexOfChild(each)
+                         : QAccessibleWidget::childCount() + int(index);
+    }
+
+private:
+    QList<QMenu*> open() const
+    {
+        QList<QMenu*> all = widget()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
+        all.removeIf([](const QMenu* each) { return !each->isVisible(); });
+        return all;
+    }
+};
+
 /// Null for whatever the toolkit's own classes serve.
 QAccessibleInterface* interfaceOf(const QString&, QObject* object)
 {
@@ -100,6 +134,21 @@ void Accessible::opener(QWidget* button, QWidget* opened, std::function<void()> 
     maker(button, [opened = QPointer(opened), press = std::move(press)](QWidget* each) {
         return new Opener(each, opened, press);
     });
+}
+
+void Accessible::menus(QWidget* widget)
+{
+    maker(widget, [](QWidget* each) { return new MenuHolder(each); });
+}
+
+void Accessible::clearButton(QLineEdit* field)
+{
+    if (field->isClearButtonEnabled())
+        return;
+    field->setClearButtonEnabled(true);
+    for (QToolButton* button : field->findChildren<QToolButton*>(QString(), Qt::FindDirectChildrenOnly))
+        if (button->accessibleName().isEmpty())
+            button->setAccessibleName(told("ClearField", "Clear"));
 }
 
 } // namespace Vu

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+class QLineEdit;
 class QWidget;
 
 /// What screen readers and other assistive programs are told of widgets beyond what their classes tell. A
@@ -28,5 +29,12 @@ void pressable(QWidget* widget, QAccessible::Role role, std::function<void()> pr
 /// A button that opens a window of its own, which would else be seen only while it has the keyboard: it
 /// stands below the button as long as it shows.
 void opener(QWidget* button, QWidget* opened, std::function<void()> press);
+
+/// Context menus that are children of the widget stand below it while they are open: as popups, the toolkit
+/// puts them into no tree.
+void menus(QWidget* widget);
+
+/// Gives the field the toolkit's button that empties it, which has no name by itself.
+void clearButton(QLineEdit* field);
 
 } // namespace Vu::Accessible

@@ -12,6 +12,7 @@
 #include "UI/Base/Session/SelectionCommandInput.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/SplitViewMgr.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/BrowserMarks.h"
 #include "UI/Base/Window/BrowserModel.h"
 #include "UI/Base/Window/ContextMenu.h"
@@ -41,6 +42,7 @@ using Vs::NameView::NamedViewsSelection;
 
 constexpr int kTreeIcon = 18;
 constexpr int kIndentation = 16;
+constexpr int kFilterMargin = 6;
 
 constexpr const wchar_t* kArea = L"Browser";
 constexpr std::wstring_view kRestoreCommand = L"RestoreCameraCommand";
@@ -81,11 +83,15 @@ BrowserPanel::BrowserPanel(QWidget* parent)
       m_tree(new Tree(this, [this] { return m_marks && m_marks->toolInput(); })),
       m_model(new BrowserModel(this))
 {
+    Accessible::menus(this);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(new EditedBar(this));
-    column->addWidget(m_filter);
+    auto* filterLine = new QVBoxLayout;
+    filterLine->setContentsMargins(kFilterMargin, kFilterMargin, kFilterMargin, kFilterMargin);
+    filterLine->addWidget(m_filter);
+    column->addLayout(filterLine);
     column->addWidget(m_tree, 1);
     if (QWidget* foot = AreaContents::make("BrowserFoot", this))
         column->addWidget(foot);
@@ -93,7 +99,7 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     m_filter->setObjectName(QStringLiteral("browserFilter"));
     m_filter->setPlaceholderText(told("BrowserFilter", "Filter by name"));
     m_filter->setAccessibleName(m_filter->placeholderText());
-    m_filter->setClearButtonEnabled(true);
+    Accessible::clearButton(m_filter);
     m_filter->setMaxLength(kLongest);
     m_filter->installEventFilter(this);
     connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& words) {

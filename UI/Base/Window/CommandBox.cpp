@@ -7,6 +7,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/KeyboardHold.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
@@ -105,7 +106,7 @@ CommandBox::CommandBox(QWidget* parent)
         offer();
     });
     // Only now, because the picture of that button is Qt's, which loads the plugins of all formats for it.
-    connect(m_edit, &QLineEdit::textChanged, this, [this] { m_edit->setClearButtonEnabled(true); });
+    connect(m_edit, &QLineEdit::textChanged, this, [this] { Accessible::clearButton(m_edit); });
     connect(m_popup, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { accept(m_popup->row(item)); });
 

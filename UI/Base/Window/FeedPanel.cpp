@@ -4,6 +4,7 @@
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
@@ -99,6 +100,7 @@ public:
 FeedPanel::FeedPanel(QWidget* parent)
     : QWidget(parent), m_list(new QListWidget(this)), m_nothing(PlainText::label(this))
 {
+    Accessible::menus(this);
     m_list->setObjectName(QStringLiteral("designFeed"));
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setItemDelegate(new EntryDelegate(m_list));
@@ -178,7 +180,7 @@ void FeedPanel::showMenu(const QPoint& place)
     const int row = m_list->row(m_list->itemAt(place));
     if (row < 0 || !m_entries[static_cast<size_t>(row)].action)
         return;
-    QMenu menu;
+    QMenu menu(this);
     const QAction* go = menu.addAction(text(m_entries[static_cast<size_t>(row)].actionTitle));
     // The feed may have changed meanwhile.
     const auto action = m_entries[static_cast<size_t>(row)].action;

@@ -78,9 +78,11 @@ void drawSign(QPainter& painter, Glyph glyph)
     }
 }
 
-void draw(QPainter& painter, Glyph glyph, const QColor& colour)
+/// `scale` is how many pixels a unit is: a line of less than one and a half of them fades.
+void draw(QPainter& painter, Glyph glyph, const QColor& colour, double scale)
 {
-    QPen pen(colour, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    constexpr double kWidth = 1.8, kLeastPixels = 1.5;
+    QPen pen(colour, std::max(kWidth, kLeastPixels / scale), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     painter.setPen(pen);
     if (glyph == Glyph::Bell) {
         drawBell(painter);
@@ -125,7 +127,8 @@ public:
         painter->scale(scale, scale);
         draw(*painter, m_glyph,
              mode == QIcon::Disabled ? QApplication::palette().color(QPalette::PlaceholderText)
-                                     : colourOf(m_glyph));
+                                     : colourOf(m_glyph),
+             scale * painter->device()->devicePixelRatioF());
         painter->restore();
     }
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override

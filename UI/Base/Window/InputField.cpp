@@ -273,6 +273,7 @@ public:
             QString::fromStdWString(localized("InputClearSelection", "Take the selection back"));
         m_clear->setProperty("flat", true);
         m_clear->setText(QString(QChar(u'\u00d7')));
+        m_clear->setFixedWidth(kBesideWidth);
         PlainText::setTooltip(m_clear, tip);
         m_clear->setAccessibleName(tip);
         // It has its keys, so that it is no stop on the way through the panel.

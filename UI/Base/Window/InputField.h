@@ -14,6 +14,9 @@ class CommandInputBase;
 class InputField : public QWidget
 {
 public:
+    /// Of a button beside the field, so that fields end below one another.
+    static constexpr int kBesideWidth = 22;
+
     /// The widget for an input of any kind. Not for groups.
     static InputField* make(CommandInputBase* input, QWidget* parent);
 

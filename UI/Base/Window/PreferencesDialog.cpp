@@ -1,6 +1,7 @@
 #include "UI/Base/Window/PreferencesDialog.h"
 
 #include "UI/Base/Program/PreferencesPage.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/KeyTable.h"
 #include "UI/Base/Window/KeysPage.h"
 #include "UI/Base/Window/PlainText.h"
@@ -91,7 +92,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
     setWindowTitle(told("PreferencesTitle", "Preferences"));
     m_search->setPlaceholderText(told("PreferencesSearch", "Search"));
     m_search->setAccessibleName(m_search->placeholderText());
-    m_search->setClearButtonEnabled(true);
+    Accessible::clearButton(m_search);
     m_pages->setFixedWidth(kPagesWidth);
     m_pages->setSpacing(kMargin / 3);
     m_pages->setAccessibleName(windowTitle());

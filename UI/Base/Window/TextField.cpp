@@ -39,6 +39,7 @@ TextField::TextField(CommandInputBase* input, QWidget* parent)
     m_line->installEventFilter(this);
     m_list->setProperty("flat", true);
     m_list->setText(QString(QChar(u'\u25be')));
+    m_list->setFixedWidth(kBesideWidth);
     // The Down key opens it, so that it is no stop on the way through the panel.
     m_list->setFocusPolicy(Qt::NoFocus);
     m_list->setPopupMode(QToolButton::InstantPopup);

@@ -142,7 +142,7 @@ QToolButton#propertyColour:hover { border-color: palette(highlight); }
 QToolButton#propertyColour:focus { border: 2px solid palette(highlight); padding: 2px 5px; }
 QToolButton#propertyColour::menu-indicator { subcontrol-origin: padding; subcontrol-position: right center; right: 4px; }
 QToolButton#propertyColour:disabled { background: palette(window); }
-QPushButton#inputSelection { padding: 3px 6px; border: 1px solid palette(dark); border-radius: 4px; background: palette(base); text-align: left; }
+QPushButton#inputSelection { padding: 3px 6px; border: 1px solid palette(dark); border-radius: 4px; background: palette(base); text-align: left; outline: none; }
 QPushButton#inputSelection:checked { border-color: palette(highlight); }
 QPushButton#inputSelection:focus { border: 2px solid palette(highlight); padding: 2px 5px; }
 QPushButton#inputSelection:disabled { background: palette(window); }

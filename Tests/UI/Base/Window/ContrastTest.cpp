@@ -198,6 +198,30 @@ protected:
         }
     }
 
+    /// Each picture on a button, by itself: as strong as a frame at a twentieth of its pixels.
+    static void expectIcons(const QWidget& root)
+    {
+        constexpr int kShare = 20;
+        int looked = 0;
+        for (const auto* button : visible<QAbstractButton>(root)) {
+            const QSize size = button->iconSize();
+            const QPoint corner = button->rect().center() - QRect(QPoint(), size).center();
+            if (button->icon().isNull() || !button->text().isEmpty() ||
+                !button->rect().contains(QRect(corner, size)))
+                continue;
+            const QImage picture =
+                button->window()->grab(QRect(button->mapTo(button->window(), corner), size)).toImage();
+            const QRgb ground = groundOf(picture);
+            int strong = 0;
+            for (int y = 0; y < picture.height(); ++y)
+                for (int x = 0; x < picture.width(); ++x)
+                    strong += contrast(picture.pixel(x, y), ground) >= kOfFrames;
+            EXPECT_GE(strong * kShare, picture.width() * picture.height()) << nameOf(button);
+            ++looked;
+        }
+        EXPECT_GT(looked, 0);
+    }
+
     static void expectTexts(const QWidget& root)
     {
         for (const QLabel* label : visible<QLabel>(root))
@@ -282,6 +306,11 @@ TEST_P(ContrastTest, EachKindOfControlHasAFrameThatStandsOut)
     expectFrames(controls.panel);
     expectFrames(*window());
     inPreferences([](QDialog& dialog) { expectFrames(dialog); });
+}
+
+TEST_P(ContrastTest, IconsStandOutFromTheirButtons)
+{
+    expectIcons(*window());
 }
 
 TEST_P(ContrastTest, TextsAreReadableOnTheHomeScreenInADocumentAndInTheirDialogs)

@@ -160,6 +160,11 @@ QVariant CloudFolderModel::data(const QModelIndex& index, int role) const
         return PlainText::tooltip(row.name);
     if (role == Qt::TextAlignmentRole && index.column() == Size)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    // An empty cell is nothing that could be read out.
+    if (role == Qt::AccessibleTextRole && index.column() == Size && row.isFolder)
+        return CloudTexts::text("CloudIsFolder", "Folder");
+    if (role == Qt::AccessibleTextRole && index.column() == Modified && !row.modified.isValid())
+        return CloudTexts::text("CloudNoTime", "Unknown time");
     if (role != Qt::DisplayRole)
         return {};
     if (index.column() == Name)

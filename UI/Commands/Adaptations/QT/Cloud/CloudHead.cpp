@@ -1,5 +1,6 @@
 #include "UI/Commands/Adaptations/QT/Cloud/CloudHead.h"
 
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Commands/Adaptations/QT/Cloud/CloudPath.h"
@@ -71,7 +72,7 @@ void CloudHead::makeSearch()
     m_search->setObjectName(QStringLiteral("cloudSearch"));
     m_search->setPlaceholderText(text("CloudSearch", "Search in this folder"));
     m_search->setAccessibleName(m_search->placeholderText());
-    m_search->setClearButtonEnabled(true);
+    Accessible::clearButton(m_search);
     constexpr int kSearchWidth = 190;
     m_search->setFixedWidth(kSearchWidth);
     m_search->installEventFilter(this);

@@ -3,6 +3,7 @@
 #include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Program/AreaContents.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Commands/Adaptations/QT/Itemhub/ItemhubSearchHandler.h"
@@ -63,7 +64,7 @@ QTSearchBar::QTSearchBar(const QString& hint, QWidget* parent) : QFrame(parent),
     m_edit->setObjectName(QStringLiteral("itemSearch"));
     m_edit->setPlaceholderText(hint);
     m_edit->setAccessibleName(hint);
-    m_edit->setClearButtonEnabled(true);
+    Accessible::clearButton(m_edit);
     constexpr int kLongest = 200;
     m_edit->setMaxLength(kLongest);
     m_edit->installEventFilter(this);

@@ -11,6 +11,7 @@
 #include "UI/Base/Session/DocumentWatch.h"
 #include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/Glyph.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
@@ -74,6 +75,7 @@ DocumentTabs::DocumentTabs(QWidget* parent)
       m_new(button("newTab", told("TabNew", "New document in a tab of its own"))),
       m_list(button("tabList", told("TabList", "All open documents")))
 {
+    Accessible::menus(this);
     setObjectName(QStringLiteral("tabStrip"));
     m_bar->setAccessibleName(told("TabsOpen", "Open documents"));
     m_new->setIcon(glyphIcon(Glyph::Plus));

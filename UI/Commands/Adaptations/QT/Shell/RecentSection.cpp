@@ -8,6 +8,7 @@
 #include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/ReplacingDocument.h"
+#include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Commands/Adaptations/QT/Shell/FilePreview.h"
 #include "UI/Commands/Adaptations/QT/Shell/ForeignPictures.h"
@@ -105,11 +106,12 @@ QLabel* hint(const QString& content, QWidget* parent)
 RecentSection::RecentSection(QWidget* parent)
     : TileSection(told("HomeRecentDocuments", "Recent documents"), parent), m_filter(new QLineEdit(this))
 {
+    Accessible::menus(this);
     setObjectName(QStringLiteral("recentDocuments"));
     m_filter->setObjectName(QStringLiteral("recentFilter"));
     m_filter->setPlaceholderText(told("HomeFilter", "Filter by name or folder"));
     m_filter->setAccessibleName(m_filter->placeholderText());
-    m_filter->setClearButtonEnabled(true);
+    Accessible::clearButton(m_filter);
     constexpr int kFilterWidth = 240, kLongest = 200;
     m_filter->setFixedWidth(kFilterWidth);
     m_filter->setMaxLength(kLongest);
