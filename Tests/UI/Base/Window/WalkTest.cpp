@@ -8,6 +8,7 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/Scene/Camera.h"
+#include "Server/Scene/Outermost.h"
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Support/RealData.h"
@@ -24,10 +25,13 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMenu>
 
 #include <boost/filesystem/operations.hpp>
 
+#include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
 
 using namespace Vu;
@@ -96,6 +100,30 @@ protected:
             if (view->child(i)->role() == QAccessible::PopupMenu && view->child(i)->childCount() > 5)
                 return true;
         return false;
+    }
+    /// Whether what of the model is furthest to the left, right, top and bottom is seen, and not behind a
+    /// bar.
+    static bool isFramed()
+    {
+        const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
+        const Vs::Scene::ViewFragment* model = view->modelFragment();
+        const GkVector3d up = model->camera()->up(), right = model->camera()->direction().crossProduct(up);
+        return std::ranges::all_of(std::array{up, -up, right, -right}, [&](const GkVector3d& way) {
+            const auto point = Vs::Scene::outermostPoint(*model->viewFragmentNode(), way);
+            const auto place = point ? view->worldToWindow(*point) : std::nullopt;
+            const auto covers = [&](const CanvasRect& rect) {
+                return place->x > rect.left && place->x < rect.right && place->y > rect.top &&
+                       place->y < rect.bottom;
+            };
+            return place && place->x > 0 && place->y > 0 && place->x < view->canvasWidth() &&
+                   place->y < view->canvasHeight() && std::ranges::none_of(view->canvas()->covered(), covers);
+        });
+    }
+    static bool says(const QString& text)
+    {
+        const auto labels = QApplication::activeWindow()->findChildren<QLabel*>();
+        return std::ranges::any_of(
+            labels, [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
     }
     static bool asksForFile() { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()); }
     static bool asks() { return QApplication::activeModalWidget() != nullptr; }
@@ -188,6 +216,7 @@ TEST_F(WalkTest, ByKeysAloneNoStepTakesMoreThanEight)
             ASSERT_TRUE(Visitor::becomes(asksForFile));
             visitor.keys("a s 1 Down Return Return");
             ASSERT_TRUE(Visitor::becomes(isOpen));
+            EXPECT_TRUE(Visitor::becomes(isFramed));
         });
         visitor.step("turn it", [&] {
             const GkVector3d before = Visitor::see(direction);
@@ -199,9 +228,11 @@ TEST_F(WalkTest, ByKeysAloneNoStepTakesMoreThanEight)
             visitor.point(of(L"bolt_1"));
             visitor.keys("space shift+f h");
         });
-        visitor.step("measure a hole", [&] {
-            visitor.keys("shift+m");
+        visitor.step("look for what measures, by its German title", [&] {
+            visitor.keys("ctrl+shift+p m e s s Return");
             ASSERT_TRUE(Visitor::becomes([] { return isRunning(L"MeasureCommand"); }));
+        });
+        visitor.step("measure a hole", [&] {
             visitor.point(of(L"l-bracket_1", Leaf::Face, isRound));
             visitor.keys("space");
             EXPECT_TRUE(Visitor::becomes([] { return field(L"RadiusInput1") == L"5 mm"; }));
@@ -303,6 +334,8 @@ TEST_F(WalkTest, ByTheMouseAloneNoStepTakesMoreThanThreeClicks)
             visitor.press(Visitor::entry("Fillet"));
             ASSERT_TRUE(Visitor::becomes([] { return isRunning(L"FilletCommand"); }));
             EXPECT_TRUE(Visitor::becomes([&] { return facesOfBracket() == faces + 1; }));
+            EXPECT_TRUE(Visitor::becomes([] { return says(QStringLiteral("Edge of l-bracket_1")); }))
+                << "and not how long another edge of the preview is";
             visitor.press(Visitor::button("OK"));
         });
         visitor.step("see all of it again", [&] { visitor.press(Visitor::widget("FitCommand")); });
@@ -342,6 +375,8 @@ TEST_F(WalkTest, ByTheMouseAloneNoStepTakesMoreThanThreeClicks)
             visitor.press(Visitor::widget("closeTab"));
             ASSERT_TRUE(Visitor::becomes([] { return Vs::DocumentMgr::get()->documents() == 0; }));
             visitor.press(Visitor::button("as1"));
+            ASSERT_TRUE(Visitor::becomes(isOpen));
+            EXPECT_TRUE(Visitor::becomes(isFramed));
         });
         expectWork(faces);
     });
