@@ -105,6 +105,7 @@ private:
         } catch (const std::exception& error) {
             std::fprintf(stderr, "quillet-itemhub: what has expired stays: %s\n", error.what());
         }
+        service.database.giveBack();
     }
 
     static void removeOld(Routes::Service& service)
@@ -192,6 +193,7 @@ int serve(const Config& config)
     Http::Server server([&](Http::Request& request) { return api.answer(request); },
                         {config.behindProxy, static_cast<size_t>(config.connections)});
     const int port = server.bind(config.address.toStdString(), config.port);
+    service.database.giveBack();
     const Housekeeping housekeeping(service);
     std::fprintf(stderr, "quillet-itemhub: serves at %s port %d\n", config.address.toUtf8().constData(),
                  port);

@@ -49,6 +49,16 @@ const std::map<QString, Setter>& settings()
         {"database.user", text([](Config& c) -> QString& { return c.database.user; })},
         {"database.password", text([](Config& c) -> QString& { return c.database.password; })},
         {"database.port", number([](Config& c) -> int& { return c.database.port; })},
+        {"database.readReplicas",
+         [](Config& config, const QJsonValue& value) {
+             config.database.readReplicas = value.toBool();
+             return value.isBool();
+         }},
+        {"database.connections",
+         [](Config& config, const QJsonValue& value) {
+             config.database.connections = value.toInt();
+             return value.toInt() >= 2;
+         }},
         {"database.patienceMs", number([](Config& c) -> int& { return c.database.patienceMs; })},
         {"blobs", text([](Config& c) -> QString& { return c.blobs; })},
         {"uploads", text([](Config& c) -> QString& { return c.uploads; })},

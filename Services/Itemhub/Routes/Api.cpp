@@ -209,7 +209,8 @@ Response Api::dispatch(Http::Request& request)
 
     const std::string base = m_service.config.url.isEmpty() ? "http://" + request.header("Host")
                                                             : m_service.config.url.toStdString();
-    Call call{m_service, request, m_service.database.connection(), {}, {}, std::move(names), {}, base};
+    Call call{m_service, request, Store::ThreadsConnection(m_service.database), {}, {}, std::move(names),
+              {},        base};
     try {
         admit(call, *route);
     } catch (const Problem& problem) {
@@ -224,6 +225,19 @@ Response Api::dispatch(Http::Request& request)
 }
 
 Response Api::answer(Http::Request& request)
+{
+    Response response = answerKeeping(request);
+    m_service.database.giveBack();
+    if (response.stream)
+        response.stream = [this, stream = std::move(response.stream)](const Response::Write& write) {
+            const bool goesOn = stream(write);
+            m_service.database.giveBack();
+            return goesOn;
+        };
+    return response;
+}
+
+Response Api::answerKeeping(Http::Request& request)
 {
     const auto log = [&request](const char* what) {
         std::fprintf(stderr, "quillet-itemhub: %s %s: %s\n", request.method().c_str(),

@@ -15,6 +15,8 @@ public:
     [[nodiscard]] Http::Response answer(Http::Request& request);
 
 private:
+    /// While it answers, the thread keeps its connection to the database.
+    [[nodiscard]] Http::Response answerKeeping(Http::Request& request);
     [[nodiscard]] Http::Response dispatch(Http::Request& request);
 
     Service& m_service;

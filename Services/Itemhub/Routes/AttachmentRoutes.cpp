@@ -72,7 +72,7 @@ Http::Response listAttachments(Call& call)
 {
     const Store::Page page = call.page();
     return listAnswer(
-        Store::attachmentsOf(call.store, call.subject.item, page), page, "attachments",
+        Store::attachmentsOf(call.reads(), call.subject.item, page), page, "attachments",
         [&](const Store::Attachment& attachment) { return toJson(attachment, call.base); },
         [](const Store::Attachment& attachment) { return attachment.id; });
 }
@@ -156,7 +156,7 @@ Http::Response listVersions(Call& call)
     const Store::Page page = call.page();
     const qint64 attachment = call.subject.attachment;
     return listAnswer(
-        Store::versionsOf(call.store, attachment, page), page, "versions",
+        Store::versionsOf(call.reads(), attachment, page), page, "versions",
         [&](const Store::Version& version) { return toJson(version, attachment, call.base); },
         [](const Store::Version& version) { return version.number; });
 }

@@ -18,13 +18,15 @@ struct Call
 {
     Service& service;
     Http::Request& request;
-    Store::Connection& store;
+    Store::ThreadsConnection store;
     Store::TokenRecord caller;                ///< Of a public route, nobody.
     Store::Subject subject;                   ///< What the path names.
     std::map<std::string, std::string> names; ///< The path's variable parts.
     QJsonObject body;                         ///< Of a route that takes JSON.
     std::string base;                         ///< The service's address as the client knows it.
 
+    /// For lists and searches: a replica's connection, where one has all that there is by now.
+    [[nodiscard]] Store::Connection& reads() const { return service.database.reading(); }
     [[nodiscard]] qint64 tenant() const { return caller.tenant; }
     [[nodiscard]] qint64 account() const { return caller.account; }
     /// A variable part that is a number. @throws Http::Problem with 404

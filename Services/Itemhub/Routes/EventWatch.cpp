@@ -7,6 +7,7 @@ namespace Itemhub::Routes {
 namespace {
 
 constexpr std::chrono::milliseconds kInterval{200};
+constexpr std::chrono::seconds kTold{5}; ///< Where the database tells.
 
 } // namespace
 
@@ -17,6 +18,7 @@ EventWatch::~EventWatch()
     stop();
     if (m_thread.joinable())
         m_thread.join();
+    m_listener.reset();
 }
 
 EventWatch::Place::Place(EventWatch& watch) : m_watch(watch)
@@ -35,8 +37,12 @@ EventWatch::Place::~Place()
 qint64 EventWatch::waitBeyond(qint64 serial, std::chrono::milliseconds time)
 {
     std::unique_lock lock(m_mutex);
-    if (!m_thread.joinable() && !m_stopped)
+    // Whoever waits needs no connection meanwhile.
+    m_database.giveBack();
+    if (!m_thread.joinable() && !m_stopped) {
         m_thread = std::thread([this] { look(); });
+        m_listener = std::make_unique<Store::Listener>(m_database, [this] { wake(); });
+    }
     ++m_waiting;
     m_work.notify_one();
     m_news.wait_for(lock, time, [&] { return m_serial > serial || m_stopped; });
@@ -73,12 +79,14 @@ void EventWatch::look()
         } catch (const Store::StoreError&) {
             // The waiters' own look-up will tell.
         }
+        m_database.giveBack();
         lock.lock();
         if (serial > m_serial) {
             m_serial = serial;
             m_news.notify_all();
         }
-        m_work.wait_for(lock, kInterval, [this] { return m_stopped || m_hurry; });
+        const std::chrono::milliseconds pause = m_listener->isListening() ? kTold : kInterval;
+        m_work.wait_for(lock, pause, [this] { return m_stopped || m_hurry; });
     }
 }
 

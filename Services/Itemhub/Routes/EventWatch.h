@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/Itemhub/Store/Database.h"
+#include "Services/Itemhub/Store/Listener.h"
 
 #include <atomic>
 #include <chrono>
@@ -10,8 +10,9 @@
 
 namespace Itemhub::Routes {
 
-/// Wakes those who wait for events. What this process notes wakes them at once; what other processes note is
-/// looked for a few times a second, once for all who wait, and only while somebody does. Thread-safe.
+/// Wakes those who wait for events. What this process notes wakes them at once; of what other processes note
+/// the database tells, or it is looked for a few times a second, once for all who wait, and only while
+/// somebody does. Thread-safe.
 class EventWatch
 {
 public:
@@ -55,6 +56,7 @@ private:
     size_t m_places = 0, m_waiting = 0;
     qint64 m_serial = 0;
     bool m_hurry = false, m_stopped = false;
+    std::unique_ptr<Store::Listener> m_listener; ///< Begun by the first waiter.
 };
 
 } // namespace Itemhub::Routes

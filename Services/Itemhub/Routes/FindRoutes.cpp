@@ -37,7 +37,8 @@ Http::Response searchItems(Call& call)
     if (text.size() > kLongest)
         throw Http::Problem(400, "bad_parameter",
                             "\"q\" must not be longer than " + std::to_string(kLongest) + " bytes.");
-    return itemsAnswer(Store::search(call.store, call.tenant(), call.account(), QString::fromStdString(text),
+    return itemsAnswer(Store::search(call.reads(), call.tenant(), call.account(),
+                                     QString::fromStdString(text),
                                      call.queryNumber("limit", kUsual, 1, kMost)));
 }
 
@@ -45,7 +46,7 @@ Http::Response listFavourites(Call& call)
 {
     constexpr qint64 kUsual = 100, kMost = 500;
     return itemsAnswer(
-        Store::favouritesOf(call.store, call.account(), call.queryNumber("limit", kUsual, 1, kMost)));
+        Store::favouritesOf(call.reads(), call.account(), call.queryNumber("limit", kUsual, 1, kMost)));
 }
 
 Http::Response addFavourite(Call& call)

@@ -65,7 +65,7 @@ Http::Response listItems(Call& call)
         throw Http::Problem(400, "bad_parameter",
                             "\"order\" must be oldest, newest, changed or name, not \"" + wanted + "\".");
     return listAnswer(
-        Store::itemsOf(call.store, call.subject.workspace, call.account(), page, *order), page, "items",
+        Store::itemsOf(call.reads(), call.subject.workspace, call.account(), page, *order), page, "items",
         [](const Store::Item& item) { return toJson(item); },
         [](const Store::Item& item) { return item.id; });
 }
@@ -139,7 +139,7 @@ Http::Response listLinks(Call& call)
 {
     const Store::Page page = call.page();
     return listAnswer(
-        Store::linksOf(call.store, call.account(), call.subject.item, page), page, "items",
+        Store::linksOf(call.reads(), call.account(), call.subject.item, page), page, "items",
         [](const Store::Item& item) { return toJson(item); },
         [](const Store::Item& item) { return item.id; });
 }
@@ -171,7 +171,7 @@ Http::Response listComments(Call& call)
 {
     const Store::Page page = call.page();
     return listAnswer(
-        Store::commentsOf(call.store, call.subject.item, page), page, "comments",
+        Store::commentsOf(call.reads(), call.subject.item, page), page, "comments",
         [](const Store::Comment& comment) { return toJson(comment); },
         [](const Store::Comment& comment) { return comment.id; });
 }

@@ -13,7 +13,7 @@ Http::Response describeService(Call&)
 
 Http::Response tellHealth(Call& call)
 {
-    call.store.dialect().requireSame();
+    call.service.database.dialect().requireSame();
     (void)Store::lastSerial(call.store);
     return answer({{"status", "ok"}});
 }

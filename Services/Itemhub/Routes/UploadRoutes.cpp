@@ -130,6 +130,8 @@ bool receive(Call& call, UploadWriter& writer, uint64_t length, Checksum& checks
         piece.clear();
     };
     bool tooLong = false, isOvertaken = false;
+    // A client may send slowly, and needs no connection meanwhile.
+    call.service.database.giveBack();
     const bool complete = call.request.readBody(
         [&](const char* data, size_t size) {
             tooLong = size > length - writer.offset() - piece.size();

@@ -28,7 +28,7 @@ Http::Response listWorkspaces(Call& call)
 {
     const Store::Page page = call.page();
     return listAnswer(
-        Store::workspacesOf(call.store, call.tenant(), call.account(), page), page, "workspaces",
+        Store::workspacesOf(call.reads(), call.tenant(), call.account(), page), page, "workspaces",
         [](const Store::Workspace& workspace) { return toJson(workspace); },
         [](const Store::Workspace& workspace) { return workspace.id; });
 }

@@ -1,10 +1,13 @@
 #include "Services/Itemhub/Store/Database.h"
 
 #include "Services/Itemhub/Store/Migrations.h"
+#include "Services/Itemhub/Store/Pool.h"
 
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QThread>
 
 #include <atomic>
 #include <chrono>
@@ -14,8 +17,16 @@ namespace Itemhub::Store {
 
 namespace {
 
-/// This thread's connections, by the number of their database.
-thread_local std::unordered_map<quint64, std::unique_ptr<Connection>> t_connections;
+/// What this thread has of a database, by its number.
+struct Borrowed
+{
+    std::unique_ptr<Pool::Loan> writing, reading;
+};
+thread_local std::unordered_map<quint64, Borrowed> t_borrowed;
+
+using Clock = std::chrono::steady_clock;
+/// Until when nobody asks for a replica again, since there was none.
+std::atomic<Clock::rep> replicasAwayUntil = 0;
 
 QString freshName()
 {
@@ -61,15 +72,29 @@ qint64 Rows::changed() const
     return m_query->numRowsAffected();
 }
 
-Connection::Connection(const Database& database, bool mayCreate)
-    : m_database(database), m_name(freshName()), m_changeMark(database.dialect().changeMark().toStdString())
+Connection::Connection(const Database& database, Use use)
+    : m_database(database),
+      m_use(use),
+      m_name(freshName()),
+      m_link(std::make_unique<QSqlDatabase>(QSqlDatabase::addDatabase(dialect().driver(), m_name))),
+      m_changeMark(database.dialect().changeMark().toStdString())
 {
-    QSqlDatabase connection = QSqlDatabase::addDatabase(dialect().driver(), m_name);
-    dialect().configure(connection, mayCreate);
-    if (!connection.open())
+    try {
+        open(use);
+    } catch (...) {
+        m_link.reset();
+        QSqlDatabase::removeDatabase(m_name);
+        throw;
+    }
+}
+
+void Connection::open(Use use)
+{
+    dialect().configure(*m_link, use);
+    if (!m_link->open())
         throw StoreError(StoreError::Kind::Gone,
                          "The database " + m_database.options().name.toStdString() +
-                             " cannot be opened: " + connection.lastError().text().toStdString());
+                             " cannot be opened: " + m_link->lastError().text().toStdString());
     for (const QString& setting : dialect().settings())
         runPatiently(setting);
     // The first connection notes which file it is.
@@ -96,6 +121,7 @@ void Connection::runPatiently(const QString& setting)
 Connection::~Connection()
 {
     m_statements.clear();
+    m_link.reset();
     QSqlDatabase::removeDatabase(m_name);
 }
 
@@ -104,31 +130,71 @@ const Dialect& Connection::dialect() const
     return m_database.dialect();
 }
 
-void Connection::fail(const QSqlError& error) const
+QSqlDriver* Connection::driver() const
 {
-    throw StoreError(dialect().kindOf(error), "The database refuses (" +
-                                                  error.nativeErrorCode().toStdString() +
-                                                  "): " + error.text().toStdString());
+    return m_link->driver();
+}
+
+void Connection::leave()
+{
+    driver()->moveToThread(nullptr);
+}
+
+void Connection::arrive()
+{
+    driver()->moveToThread(QThread::currentThread());
+    m_isFresh = true;
+}
+
+void Connection::fail(const QSqlError& error)
+{
+    const StoreError::Kind kind = dialect().kindOf(error);
+    m_isLost = m_isLost || kind == StoreError::Kind::Gone;
+    throw StoreError(kind, "The database refuses (" + error.nativeErrorCode().toStdString() +
+                               "): " + error.text().toStdString());
+}
+
+bool Connection::reopened(const QSqlError& error, bool isHarmless)
+{
+    if (!std::exchange(m_isFresh, false) || !isHarmless || m_depth > 0 ||
+        dialect().kindOf(error) != StoreError::Kind::Gone)
+        return false;
+    m_statements.clear();
+    m_link->close();
+    open(m_use == Use::Create ? Use::Write : m_use);
+    return true;
 }
 
 void Connection::runPlain(const QString& statement)
 {
-    QSqlQuery query(QSqlDatabase::database(m_name, false));
-    if (!query.exec(statement))
-        fail(query.lastError());
+    for (bool again = true; again;) {
+        QSqlQuery query(*m_link);
+        again = false;
+        if (!query.exec(statement) &&
+            !(again = reopened(query.lastError(), statement == dialect().beginWriting())))
+            fail(query.lastError());
+    }
+    m_isFresh = false;
+}
+
+QSqlQuery& Connection::prepared(std::string_view statement)
+{
+    const auto known = m_statements.find(statement);
+    if (known != m_statements.end())
+        return *known->second;
+    auto query = std::make_unique<QSqlQuery>(*m_link);
+    query->setForwardOnly(true);
+    if (!query->prepare(QString::fromUtf8(statement.data(), static_cast<qsizetype>(statement.size())))) {
+        if (!reopened(query->lastError(), true))
+            fail(query->lastError());
+        return prepared(statement);
+    }
+    return *m_statements.emplace(statement, std::move(query)).first->second;
 }
 
 Rows Connection::run(std::string_view statement, std::initializer_list<QVariant> values)
 {
-    auto found = m_statements.find(statement);
-    if (found == m_statements.end()) {
-        auto query = std::make_unique<QSqlQuery>(QSqlDatabase::database(m_name, false));
-        query->setForwardOnly(true);
-        if (!query->prepare(QString::fromUtf8(statement.data(), static_cast<qsizetype>(statement.size()))))
-            fail(query->lastError());
-        found = m_statements.emplace(statement, std::move(query)).first;
-    }
-    QSqlQuery& query = *found->second;
+    QSqlQuery& query = prepared(statement);
     int place = 0;
     // Qt takes a text that nobody set for a null, which here is another thing.
     for (const QVariant& value : values)
@@ -138,8 +204,11 @@ Rows Connection::run(std::string_view statement, std::initializer_list<QVariant>
     if (!query.exec()) {
         const QSqlError error = query.lastError();
         query.finish();
+        if (reopened(error, statement.starts_with("SELECT")))
+            return run(statement, values);
         fail(error);
     }
+    m_isFresh = false;
     if (!query.isSelect())
         m_mark = -1;
     return Rows(query);
@@ -204,26 +273,64 @@ void Transaction::commit()
     m_open = false;
 }
 
-Database::Database(DatabaseOptions options) : m_options(std::move(options)), m_dialect(Dialect::of(m_options))
+Database::Database(DatabaseOptions options)
+    : m_options(std::move(options)),
+      m_dialect(Dialect::of(m_options)),
+      m_writing(std::make_shared<Pool>(*this, Use::Write, m_dialect->isPooled() ? m_options.connections : 0)),
+      m_reading(std::make_shared<Pool>(*this, Use::Read, m_options.connections))
 {
     static std::atomic<quint64> count = 0;
     m_number = ++count;
-    auto first = std::make_unique<Connection>(*this, true);
+    auto first = std::make_unique<Connection>(*this, Use::Create);
     migrate(*first);
-    t_connections.emplace(m_number, std::move(first));
+    t_borrowed[m_number].writing = Pool::lend(m_writing, std::move(first));
 }
 
 Database::~Database()
 {
-    t_connections.erase(m_number);
+    t_borrowed.erase(m_number);
 }
 
 Connection& Database::connection() const
 {
-    std::unique_ptr<Connection>& connection = t_connections[m_number];
-    if (!connection)
-        connection = std::make_unique<Connection>(*this);
-    return *connection;
+    auto& borrowed = t_borrowed[m_number].writing;
+    if (!borrowed)
+        borrowed = Pool::borrow(m_writing);
+    return borrowed->connection();
+}
+
+Connection& Database::reading() const
+{
+    constexpr std::chrono::seconds kAway{5};
+    const QString position = dialect().position();
+    if (position.isEmpty() || Clock::now().time_since_epoch().count() < replicasAwayUntil)
+        return connection();
+    const QString reached = firstOf(connection().runBuilt(position), [](const Rows& row) {
+                                return row.text(0);
+                            }).value_or(QString());
+    auto& borrowed = t_borrowed[m_number].reading;
+    try {
+        if (!borrowed)
+            borrowed = Pool::borrow(m_reading);
+        Connection& replica = borrowed->connection();
+        // One that is a moment behind is waited for; one that lags isn't.
+        constexpr int kLooks = 3;
+        for (int look = 0; look < kLooks; ++look) {
+            if (replica.runBuilt(dialect().hasReached(), {reached}).next())
+                return replica;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    } catch (const StoreError&) {
+        borrowed.reset();
+        replicasAwayUntil = (Clock::now() + kAway).time_since_epoch().count();
+    }
+    return connection();
+}
+
+void Database::giveBack() const
+{
+    if (dialect().isPooled())
+        t_borrowed.erase(m_number);
 }
 
 qint64 now()

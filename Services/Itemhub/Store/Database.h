@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+class QSqlDatabase;
+class QSqlDriver;
 class QSqlQuery;
 
 namespace Itemhub::Store {
@@ -63,11 +65,11 @@ template <class Make>
     return rows.next() ? rows.number(0) : 0;
 }
 
-/// One thread's connection.
+/// The connection that a thread has at the time.
 class Connection
 {
 public:
-    explicit Connection(const Database& database, bool mayCreate = false);
+    explicit Connection(const Database& database, Use use = Use::Write);
     ~Connection();
 
     Connection(const Connection&) = delete;
@@ -84,6 +86,13 @@ public:
     void runPlain(const QString& statement);
 
     [[nodiscard]] const Dialect& dialect() const;
+    [[nodiscard]] QSqlDriver* driver() const;
+
+    /// False once the database's server has gone: whoever comes next needs another connection.
+    [[nodiscard]] bool isGood() const { return !m_isLost && m_depth == 0; }
+    /// Leaves this thread, so that another may `arrive` with it.
+    void leave();
+    void arrive();
 
     /// A number that is another one once anything may have changed, in this process or in another, and in no
     /// two connections the same; never 0. What a thread keeps between requests is good as long as it stays.
@@ -92,8 +101,13 @@ public:
 private:
     friend class Transaction;
 
-    [[noreturn]] void fail(const QSqlError& error) const;
+    void open(Use use);
+    [[noreturn]] void fail(const QSqlError& error);
     void runPatiently(const QString& setting);
+    /// Whether a statement that failed may be tried again, with a new connection: its server was away while
+    /// nobody asked it.
+    [[nodiscard]] bool reopened(const QSqlError& error, bool isHarmless);
+    QSqlQuery& prepared(std::string_view statement);
 
     struct Hash
     {
@@ -102,13 +116,16 @@ private:
     };
 
     const Database& m_database;
+    const Use m_use;
     QString m_name;
+    std::unique_ptr<QSqlDatabase> m_link;
     std::unordered_map<std::string, std::unique_ptr<QSqlQuery>, Hash, std::equal_to<>> m_statements;
     const std::string m_changeMark; ///< The dialect's statement.
     qint64 m_mark = -1;             ///< Its answer; -1 after a change of this connection's own.
     quint64 m_state = 0;
     int m_depth = 0; ///< Of transactions.
-    bool m_broken = false;
+    bool m_broken = false, m_isLost = false;
+    bool m_isFresh = false; ///< Nothing was run since it arrived.
 };
 
 /// Changes that are made together or not at all. One within another belongs to that.
@@ -129,7 +146,9 @@ private:
     bool m_open = true;
 };
 
-/// The database, which has a connection for each thread that asks. Thread-safe.
+class Pool;
+
+/// The database, which lends a connection to each thread that asks. Thread-safe.
 class Database
 {
 public:
@@ -141,8 +160,15 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// This thread's connection.
+    /// This thread's connection, until it gives it back.
+    /// @throws StoreError of kind Busy if others have all of them for too long
     [[nodiscard]] Connection& connection() const;
+    /// The same for a look that may be left to a replica: one that has all that there was when this was
+    /// called. Else this thread's connection.
+    [[nodiscard]] Connection& reading() const;
+    /// This thread needs none for a while; what it was given is no longer its own. Where connections are
+    /// many, it keeps it.
+    void giveBack() const;
     [[nodiscard]] const Dialect& dialect() const { return *m_dialect; }
     [[nodiscard]] const DatabaseOptions& options() const { return m_options; }
 
@@ -150,6 +176,18 @@ private:
     DatabaseOptions m_options;
     std::unique_ptr<Dialect> m_dialect;
     quint64 m_number; ///< Which database of this process it is.
+    std::shared_ptr<Pool> m_writing, m_reading;
+};
+
+/// Stands for the connection of whichever thread uses it.
+class ThreadsConnection
+{
+public:
+    explicit ThreadsConnection(const Database& database) : m_database(database) {}
+    operator Connection&() const { return m_database.connection(); }
+
+private:
+    const Database& m_database;
 };
 
 /// Milliseconds since 1970, in UTC.

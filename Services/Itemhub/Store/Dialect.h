@@ -18,10 +18,21 @@ struct DatabaseOptions
 {
     QString driver = "sqlite"; ///< "sqlite" or "postgresql".
     QString name;              ///< SQLite's file, or PostgreSQL's database.
-    QString host, user;        ///< Of PostgreSQL; empty for its own defaults.
+    /// PostgreSQL's, as "one.example.org:5433, two.example.org"; of several servers the one that takes
+    /// changes is found. Empty for its own defaults.
+    QString host, user;
     QString password;          ///< Of PostgreSQL.
-    int port = 0;              ///< 0 for the default.
+    int port = 0;              ///< Where host names none; 0 for the default.
     int patienceMs = 5000;     ///< How long a change waits for others'.
+    bool readReplicas = false; ///< Whether lists and searches may be answered by servers that only follow.
+    int connections = 16;      ///< To PostgreSQL at the same time, and as many to replicas.
+};
+
+/// What a connection is for.
+enum class Use {
+    Create, ///< As Write; a database that is missing is made.
+    Write,
+    Read, ///< With a replica, if there is one.
 };
 
 /// A word that is looked for, without blanks.
@@ -41,9 +52,12 @@ public:
 
     [[nodiscard]] virtual QString driver() const = 0; ///< Qt's name.
     /// Sets name and options of a connection that isn't open yet.
-    virtual void configure(QSqlDatabase& database, bool mayCreate) const = 0;
+    virtual void configure(QSqlDatabase& database, Use use) const = 0;
     /// What each new connection is told first.
     [[nodiscard]] virtual QStringList settings() const = 0;
+    /// Run before and after the schema is looked at and changed, so that of several programs one does it.
+    [[nodiscard]] virtual QStringList beforeMigrations() const { return {}; }
+    [[nodiscard]] virtual QStringList afterMigrations() const { return {}; }
     /// Replaces the placeholders of a migration.
     [[nodiscard]] virtual QString expanded(QString migration) const = 0;
 
@@ -52,6 +66,18 @@ public:
     /// What a transaction runs before it notes an event, so that serials become visible in their order; may
     /// be empty.
     [[nodiscard]] virtual QString beforeEvent() const = 0;
+
+    /// What a transaction runs once it has noted an event, so that other processes hear of it; may be empty.
+    [[nodiscard]] virtual QString afterEvent() const { return {}; }
+    /// What tells connections of such notes, as the driver calls it; empty if nothing does.
+    [[nodiscard]] virtual QString eventChannel() const { return {}; }
+
+    /// Whether connections are few, so that threads share them.
+    [[nodiscard]] virtual bool isPooled() const { return false; }
+    /// What answers with how far all changes are, and what answers, given that, whether a replica is as far;
+    /// empty if there are no replicas.
+    [[nodiscard]] virtual QString position() const { return {}; }
+    [[nodiscard]] virtual QString hasReached() const { return {}; }
 
     /// A statement that answers with a number which is another one once other connections have changed
     /// anything; empty if the database has no cheap one.
@@ -71,6 +97,9 @@ public:
     /// number wanted.
     /// @param ranked by how well they match; else the newest first
     [[nodiscard]] virtual QString search(qint64 tenant, bool ranked) const = 0;
+    /// The same for words all of which resemble one of the caption's; takes the text, its longest word, the
+    /// text, and the number wanted. Empty if the database can't tell.
+    [[nodiscard]] virtual QString searchSimilar(qint64) const { return {}; }
     [[nodiscard]] virtual QString searchArgument(const std::vector<SearchWord>& words) const = 0;
     /// What a connection needs before it may run nextWord; may be empty.
     [[nodiscard]] virtual QString prepareWords(qint64 tenant) const = 0;

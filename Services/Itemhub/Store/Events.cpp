@@ -35,6 +35,8 @@ void addEvent(Connection& connection, qint64 tenant, qint64 account, const NewEv
         {tenant, event.workspace, account, idOrNull(event.forSelf ? account : 0), QString(event.kind),
          idOrNull(event.item), idOrNull(event.attachment), idOrNull(event.version), now(),
          idOrNull(event.request)});
+    if (const QString last = connection.dialect().afterEvent(); !last.isEmpty())
+        connection.runBuilt(last);
 }
 
 std::vector<Event> eventsAfter(Connection& connection, qint64 tenant, qint64 account, const Page& page)

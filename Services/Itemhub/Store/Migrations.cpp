@@ -41,7 +41,9 @@ qint64 versionOf(Connection& connection)
 
 } // namespace
 
-void migrate(Connection& connection)
+namespace {
+
+void bringUp(Connection& connection)
 {
     const std::map<qint64, QString> known = files();
     // Outside of a transaction, so that a start that has nothing to do writes nothing.
@@ -65,6 +67,18 @@ void migrate(Connection& connection)
                                                       ", and this program knows up to " +
                                                       std::to_string(known.rbegin()->first) +
                                                       ": use the newer program, or a backup.");
+}
+
+} // namespace
+
+void migrate(Connection& connection)
+{
+    // Who fails ends, and its lock with the connection.
+    for (const QString& statement : connection.dialect().beforeMigrations())
+        connection.runPlain(statement);
+    bringUp(connection);
+    for (const QString& statement : connection.dialect().afterMigrations())
+        connection.runPlain(statement);
 }
 
 } // namespace Itemhub::Store

@@ -73,6 +73,19 @@ std::vector<qint64> idsOf(Rows rows)
     return allOf(std::move(rows), [](const Rows& row) { return row.number(0); });
 }
 
+/// Items with a caption that resembles what nothing has as it was typed.
+std::vector<qint64> similar(Connection& connection, qint64 tenant, const QStringList& words, qint64 limit)
+{
+    constexpr qsizetype kTelling = 4; // Letters; what is shorter resembles too much.
+    const QString text = words.join(' ').toLower();
+    const QString statement = connection.dialect().searchSimilar(tenant);
+    if (statement.isEmpty() || text.size() < kTelling)
+        return {};
+    const QString longest =
+        *std::ranges::max_element(words, {}, [](const QString& word) { return word.size(); });
+    return idsOf(connection.runBuilt(statement, {text, longest.toLower(), text, limit}));
+}
+
 } // namespace
 
 std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account, const QString& text,
@@ -89,9 +102,12 @@ std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account, 
     if (!wanted)
         return {};
     const Dialect& dialect = connection.dialect();
+    std::vector<qint64> found = idsOf(connection.runBuilt(dialect.search(tenant, ranked),
+                                                          {dialect.searchArgument(*wanted), limit * kSpare}));
+    if (found.empty())
+        found = similar(connection, tenant, words, limit * kSpare);
     std::vector<Item> items;
-    for (const qint64 id : idsOf(connection.runBuilt(dialect.search(tenant, ranked),
-                                                     {dialect.searchArgument(*wanted), limit * kSpare}))) {
+    for (const qint64 id : found) {
         if (static_cast<qint64>(items.size()) == limit)
             break;
         if (auto item = findVisibleItem(connection, account, id))

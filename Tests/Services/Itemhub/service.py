@@ -117,8 +117,9 @@ class Service:
         self.database, self.blobs = self.data / "items.sqlite", self.data / "blobs"
         self.config = self.folder / "config.json"
         self.environment, self.process, self.port = {}, None, None
-        self.server = postgres.shared() if ON_POSTGRESQL else None
-        self.reach = self.server.reach(self.server.database()) if ON_POSTGRESQL else {"name": str(self.database)}
+        # Where a test brings a database of its own, there is no other one.
+        self.server = postgres.shared() if ON_POSTGRESQL and "name" not in settings.get("database", {}) else None
+        self.reach = self.server.reach(self.server.database()) if self.server else {"name": str(self.database)}
         self.configure(**settings)
 
     def sql(self, statement):
@@ -156,8 +157,9 @@ class Service:
             shutil.copy(backup, self.database)
 
     def configure(self, **settings):
+        self.database_settings = {**self.reach, **settings.pop("database", {})}
         self.config.write_text(json.dumps({
-            "database": {**self.reach, **settings.pop("database", {})}, "blobs": str(self.blobs),
+            "database": self.database_settings, "blobs": str(self.blobs),
             "server": {"port": 0, **settings.pop("server", {})},
             "limits": {"requestsPerSecond": 0, **settings.pop("limits", {})}, **settings}))
 

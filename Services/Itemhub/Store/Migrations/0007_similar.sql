@@ -1,0 +1,3 @@
+-- What resembles a caption is found, too, where the database can tell: @SIMILAR@.
+
+@SIMILAR@;
