@@ -2,8 +2,8 @@
 //
 //     quillet-itemhub --local FOLDER [--pipe DESCRIPTOR]
 //         for one user of this machine, until the pipe is closed
-//     quillet-itemhub --serve CONFIGURATION
-//         for a team
+//     quillet-itemhub --serve CONFIGURATION [--port PORT]
+//         for a team; the port stands for the configuration's, so that several processes share one
 //     quillet-itemhub admin CONFIGURATION COMMAND...
 //         accounts, tokens, backups; "help" lists the commands
 
@@ -17,6 +17,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <stdexcept>
 
 namespace {
 
@@ -32,6 +33,19 @@ int listRoutes()
     return 0;
 }
 
+Itemhub::Config configOf(const QCommandLineParser& parser)
+{
+    Itemhub::Config config = Itemhub::readConfig(parser.value("serve"));
+    if (!parser.isSet("port"))
+        return config;
+    constexpr int kHighest = 65535;
+    bool good = false;
+    config.port = parser.value("port").toInt(&good);
+    if (!good || config.port < 0 || config.port > kHighest)
+        throw std::runtime_error("\"" + parser.value("port").toStdString() + "\" is not a port.");
+    return config;
+}
+
 int run(QCommandLineParser& parser)
 {
     if (parser.isSet("list-routes"))
@@ -39,7 +53,7 @@ int run(QCommandLineParser& parser)
     if (parser.isSet("local"))
         return Itemhub::serveLocally(parser.value("local"), parser.value("pipe").toInt());
     if (parser.isSet("serve"))
-        return Itemhub::serve(Itemhub::readConfig(parser.value("serve")));
+        return Itemhub::serve(configOf(parser));
     const QStringList words = parser.positionalArguments();
     if (words.value(0) == "admin")
         return Itemhub::Admin::run(words.mid(1));
@@ -63,6 +77,7 @@ int main(int argc, char** argv)
          {"pipe", "With --local, where address and token are written; the service ends with the pipe.",
           "descriptor", "1"},
          {"serve", "Serve a team, by a configuration file.", "configuration"},
+         {"port", "With --serve, the port instead of the configuration's.", "port"},
          {"list-routes", "Print what the service answers to."}});
     parser.addPositionalArgument("admin", "Accounts, tokens, backups: admin CONFIGURATION help", "[admin]");
     // An administrator's passwords and names may begin with a hyphen.

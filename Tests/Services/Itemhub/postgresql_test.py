@@ -34,12 +34,6 @@ class Databases(unittest.TestCase):
         first.start()
         return first, first.member("acme", "boss", "admin")
 
-    def second(self, first, **settings):
-        """Another process of the same service: the same database, contents and key."""
-        other = Service(database=first.database_settings, blobs=str(first.blobs), keyFile=str(first.data / "service.key"), **settings)
-        self.addCleanup(other.close)
-        return other.start()
-
     def until(self, what, seconds=30):
         end = time.monotonic() + seconds
         while time.monotonic() < end:
@@ -158,7 +152,9 @@ class ServerTest(Databases):
 
     def test_what_one_process_notes_another_ones_listener_hears(self):
         first, boss = self.begun(self.reach)
-        other = self.second(first).client(boss.token)
+        second = first.beside()
+        self.addCleanup(second.close)
+        other = second.client(boss.token)
         after = other("GET", "/events?after=now").json["next"]
         for number in range(5):
             with concurrent.futures.ThreadPoolExecutor(1) as pool:

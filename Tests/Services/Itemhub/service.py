@@ -116,7 +116,7 @@ class Service:
             os.chown(self.data, NOBODY, NOBODY)
         self.database, self.blobs = self.data / "items.sqlite", self.data / "blobs"
         self.config = self.folder / "config.json"
-        self.environment, self.process, self.port = {}, None, None
+        self.environment, self.wall, self.process, self.port = {}, [], None, None
         # Where a test brings a database of its own, there is no other one.
         self.server = postgres.shared() if ON_POSTGRESQL and "name" not in settings.get("database", {}) else None
         self.reach = self.server.reach(self.server.database()) if self.server else {"name": str(self.database)}
@@ -163,9 +163,16 @@ class Service:
             "server": {"port": 0, **settings.pop("server", {})},
             "limits": {"requestsPerSecond": 0, **settings.pop("limits", {})}, **settings}))
 
-    def start(self, wait=True):
-        self.process = subprocess.Popen([*PLAIN, PROGRAM, "--serve", self.config], stderr=subprocess.PIPE,
-                                        env={**os.environ, **self.environment})
+    def beside(self):
+        """Another process of the same service: with the same database, contents and key."""
+        other = Service(database=self.database_settings)
+        other.config.write_text(self.config.read_text())
+        return other.start()
+
+    def start(self, port=None):
+        words = ["--port", port] if port else []
+        self.process = subprocess.Popen([str(word) for word in [*PLAIN, *self.wall, PROGRAM, "--serve", self.config, *words]],
+                                        stderr=subprocess.PIPE, env={**os.environ, **self.environment})
         for line in self.process.stderr:
             if b"serves at" in line:
                 self.port = int(line.rsplit(b" ", 1)[1])
