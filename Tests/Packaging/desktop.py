@@ -7,6 +7,7 @@ BUILD is the folder of a build whose default targets are up to date.
 """
 
 import configparser
+import json
 import os
 import pathlib
 import shlex
@@ -20,6 +21,7 @@ import xml.etree.ElementTree
 
 BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
 SHARE = BUILD / "root/share"
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
 REAL_DATA = pathlib.Path(os.environ.get("QUILLET_REAL_DATA", pathlib.Path(__file__).parents[3] / "shared/data"))
 MIME = "{http://www.freedesktop.org/standards/shared-mime-info}"
 # What the names of real files say; what their content says must be the same.
@@ -71,6 +73,22 @@ class Desktop(unittest.TestCase):
         self.assertTrue(self.run_quillet("--version").startswith(f"Quillet {version}"))
         self.assertEqual({told.text for told in described.findall("provides/mediatype")}, types_of_entry())
         self.assertTrue((SHARE / "applications" / described.find("launchable").text).is_file())
+        shown = described.findall("screenshots/screenshot/image")
+        self.assertGreater(len(shown), 1)
+        for image in shown:
+            picture = (SOURCES / "Docs/pictures" / image.text.rsplit("/", 1)[1]).read_bytes()
+            self.assertEqual((int(image.get("width")), int(image.get("height"))), struct.unpack(">II", picture[16:24]), image.text)
+
+    @needs("flatpak-builder")
+    def test_the_flatpak_is_described_as_its_builder_reads_it_and_takes_what_the_build_makes(self):
+        file = SOURCES / "Packaging/org.quillet.quillet.yaml"
+        read = json.loads(subprocess.run(["flatpak-builder", "--show-manifest", file], check=True, capture_output=True, text=True, cwd=self.folder).stdout)
+        self.assertEqual(read["id"] + ".metainfo.xml", read["rename-appdata-file"])
+        for path in (f"applications/{read['rename-desktop-file']}", f"metainfo/{read['rename-appdata-file']}",
+                     f"icons/hicolor/scalable/apps/{read['rename-icon']}.svg"):
+            self.assertTrue((SHARE / path).is_file(), path)
+        own = read["modules"][-1]
+        self.assertEqual((own["name"], [source["type"] for source in own["sources"]]), ("quillet", ["dir"]))
 
     def test_the_actions_of_the_menu_are_lines_that_the_program_knows(self):
         actions = entry()["Desktop Entry"]["Actions"].strip(";").split(";")

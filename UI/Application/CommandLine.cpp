@@ -131,6 +131,17 @@ std::string bytesOf(const QString& text)
     return Vs::Strings::toBytes(Vs::wideText(text));
 }
 
+/// Desktops hand over files as addresses, too. What is percent-encoded in one are bytes, as of any name.
+std::string pathOf(const std::string& given)
+{
+    for (const std::string_view beginning : {"file://localhost/", "file:///"})
+        if (given.starts_with(beginning))
+            return QByteArray::fromPercentEncoding(
+                       QByteArray::fromStdString(given.substr(beginning.size() - 1)))
+                .toStdString();
+    return given;
+}
+
 /// A whole number from 1, or 0.
 int positive(const QString& text)
 {
@@ -284,7 +295,10 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     }
     for (const QString& file : parser.positionalArguments()) {
         const std::string given = bytesOf(file);
-        (Vu::ProgramLink::isLink(given) ? result.links : result.files).push_back(given);
+        if (Vu::ProgramLink::isLink(given))
+            result.links.push_back(given);
+        else
+            result.files.push_back(pathOf(given));
     }
     if (end != arguments.end()) {
         auto& target = parser.isSet(QStringLiteral("script")) ? result.scriptArguments : result.files;

@@ -40,6 +40,13 @@ TEST(CommandLineTest, FilesAndSettingsAreToldApartFromOptions)
     EXPECT_EQ(handed.files, (std::vector<std::string>{"a.step", "quillet:b"}));
     EXPECT_TRUE(handed.steps.empty());
     EXPECT_NE(parseCommandLine({"--headless", "quillet:ticket/x"}).error, "");
+
+    const std::vector<std::string> files =
+        parseCommandLine({"file:///tmp/a%20b%C3%BC.step", "file://localhost/c%FF.stl", "file://server/d",
+                          "file.step", "--", "file:///e"})
+            .files;
+    EXPECT_EQ(files, (std::vector<std::string>{"/tmp/a bü.step", "/c\xff.stl", "file://server/d", "file.step",
+                                               "file:///e"}));
 }
 
 TEST(CommandLineTest, ATestRunHasItsOptions)

@@ -50,7 +50,12 @@ private:
 
 bool QtPictures::readPicture(const std::wstring& path, Vs::Scene::Image& image)
 {
-    const QImage picture = QImage(QString::fromStdWString(path)).convertToFormat(QImage::Format_RGBA8888);
+    return takePicture(QImage(QString::fromStdWString(path)), image);
+}
+
+bool QtPictures::takePicture(const QImage& from, Vs::Scene::Image& image)
+{
+    const QImage picture = from.convertToFormat(QImage::Format_RGBA8888);
     if (picture.isNull())
         return false;
     image.width = static_cast<uint32_t>(picture.width());

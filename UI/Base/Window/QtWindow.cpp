@@ -3,6 +3,7 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Window/ProgressPanel.h"
+#include "UI/Base/Window/QtPictures.h"
 #include "UI/Base/Window/TourOverlay.h"
 #include "UI/Base/Window/WindowSearch.h"
 
@@ -86,6 +87,19 @@ bool QtWindow::showTour(const std::vector<TourStep>& steps)
 void QtWindow::toggleSearch()
 {
     Vu::toggleSearch(m_window.get());
+}
+
+bool QtWindow::picture(Vs::Scene::Image& image)
+{
+    if (!m_window->isVisible())
+        return false;
+    // The line that asks for the picture isn't what it is to show.
+    ProgressPanel* panel = m_window->progressPanel();
+    const bool busy = panel->isVisible();
+    panel->setVisible(false);
+    const bool taken = QtPictures::takePicture(m_window->grab().toImage(), image);
+    panel->setVisible(busy);
+    return taken;
 }
 
 void QtWindow::message(const std::wstring& text, bool isError)

@@ -32,6 +32,7 @@ public:
     void refresh() override { m_window->refreshSoon(); }
     void rebuild() override { m_window->rebuildSoon(); }
     void settleLayout() override { m_window->settleLayout(); }
+    bool picture(Vs::Scene::Image& image) override;
 
 private:
     std::unique_ptr<MainWindow> m_window;

@@ -185,6 +185,12 @@ void WorkspaceWindow::settleLayout()
         m_data->window->settleLayout();
 }
 
+bool WorkspaceWindow::picture(Vs::Scene::Image& image)
+{
+    settleLayout();
+    return m_data->window && m_data->window->picture(image);
+}
+
 std::shared_ptr<ProgressDisplay> WorkspaceWindow::progress() const
 {
     return m_data->window ? m_data->window->progress() : nullptr;

@@ -8,6 +8,10 @@
 
 class QWidget;
 
+namespace Vs::Scene {
+struct Image;
+}
+
 namespace Vu {
 
 class Area;
@@ -75,6 +79,8 @@ public:
     /// Does now what `refresh` and a changed arrangement have put off to the end of the event, and gives all
     /// widgets their places. Not from within the painting of one. Does nothing before `show()`.
     void settleLayout();
+    /// What the window shows, without its frame; false before `show()`.
+    [[nodiscard]] bool picture(Vs::Scene::Image& image);
     /// For ArrangementMgr: has the areas laid out anew at the end of the event.
     void arrangementChanged();
 

@@ -366,6 +366,7 @@ const std::set<std::wstring> kTelling = {
     L"SplitView.ViewCount",
     L"Transcripting.RecordSelectMouseEvent",
     L"View.CheckPicture",
+    L"View.SaveWindow",
 };
 // What a run finds of others that ended badly is in no transcript; items want a service, with which they are
 // tried.

@@ -101,6 +101,8 @@ public:
     virtual void rebuild() = 0;
     /// Does now what the two have put off.
     virtual void settleLayout() = 0;
+    /// What the window shows, without its frame; false before it is shown.
+    [[nodiscard]] virtual bool picture(Vs::Scene::Image& image) = 0;
 };
 
 /// Everything that is made of pixels: windows, dialogs, pointers, picture files. Behind it stands Qt's widget
