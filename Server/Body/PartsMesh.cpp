@@ -37,8 +37,8 @@ Coming dividedOf(const Mesh& mesh)
         return entry.divided;
     const bool atOnce = mesh->triangles.size() / 3 <= kMadeAtOnce;
     Coming divided = std::async(atOnce ? std::launch::deferred : std::launch::async, [mesh]() -> Mesh {
-                               return std::make_shared<const BodyMesh>(dividedMesh(*mesh));
-                           }).share();
+                         return std::make_shared<const BodyMesh>(dividedMesh(*mesh));
+                     }).share();
     if (atOnce)
         divided.wait();
     entry = {mesh, divided};

@@ -88,6 +88,7 @@ CLOSED = [
 # The public faces of closed rooms.
 PUBLIC = {
     "Server/Scene/Rendra/Renderer.h",
+    "UI/Base/Window/Accessible.h",
     "UI/Base/Window/Glyph.h",
     "UI/Base/Window/QtIcon.h",
     "UI/Base/Window/PlainText.h",

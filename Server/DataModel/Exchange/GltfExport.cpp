@@ -132,7 +132,7 @@ public:
         size_t start = 0;
         const auto view = [&](const std::string& bytes, const std::string& more) {
             std::string described = "{\"buffer\":0,\"byteOffset\":" + std::to_string(start) +
-                                          ",\"byteLength\":" + std::to_string(bytes.size()) + more + '}';
+                                    ",\"byteLength\":" + std::to_string(bytes.size()) + more + '}';
             start += bytes.size();
             return described;
         };
