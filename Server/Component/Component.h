@@ -2,7 +2,8 @@
 
 #include "Server/Base/StrongRef.h"
 #include "Server/Body/BodyMesh.h"
-#include "Server/Geometry/GkMatrix3d.h"
+#include "Server/Component/SharedName.h"
+#include "Server/Geometry/GkPlacement.h"
 
 #include <cstdint>
 #include <memory>
@@ -22,8 +23,8 @@ public:
     /// Names this component within its asset for as long as it exists, through undo, redo and saving: its
     /// parent's id, a slash and a name of its own.
     std::string id;
-    std::wstring name;
-    GkMatrix3d placement;         ///< In the parent's coordinates.
+    SharedName name;
+    GkPlacement placement;        ///< In the parent's coordinates.
     StrongRef<Body> body;         ///< Null for a pure assembly.
     std::optional<Colour> colour; ///< Of this occurrence; overrides the body's and is inherited by children.
     bool visible = true;

@@ -67,7 +67,7 @@ void Asset::name(const std::wstring& name)
         return;
     m_name = name;
     m_document->namesChanged();
-    m_data->root().name = name;
+    m_data->root().name = SharedName(name);
     AssetEvent event(this);
     AssetEventSource::get()->fireAssetRenamed(&event);
     markDirty();

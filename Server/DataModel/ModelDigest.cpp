@@ -76,11 +76,12 @@ public:
 private:
     void addComponent(const Component& component)
     {
-        m_digest.addAll(component.name);
+        m_digest.addAll(component.name.text());
         constexpr double kUnit = 1e-6; // mm
+        const GkMatrix3d placement = component.placement;
         for (int row = 0; row < 3; ++row)
             for (int column = 0; column < 4; ++column)
-                m_digest.add(std::llround(component.placement.entry[row][column] / kUnit));
+                m_digest.add(std::llround(placement.entry[row][column] / kUnit));
         m_digest.add(component.visible);
         m_digest.add(component.colour.has_value());
         if (component.colour)

@@ -22,8 +22,7 @@ uint64_t nextId()
 
 } // namespace
 
-Node::Node()
-    : m_id(nextId()), m_revision(nextRevision()), m_subtreeRevision(m_revision), m_placesRevision(m_revision)
+Node::Node() : m_id(nextId()), m_revision(nextRevision()), m_placesRevision(m_revision)
 {
     Vs::assertMainThread();
 }
@@ -31,52 +30,69 @@ Node::Node()
 const std::string& Node::name() const
 {
     static const std::string none;
-    return m_name ? *m_name : none;
+    return m_rare ? m_rare->name : none;
+}
+
+Node::Rare& Node::rare()
+{
+    if (!m_rare)
+        m_rare = std::make_unique<Rare>();
+    return *m_rare;
 }
 
 void Node::touch()
 {
-    m_placesRevision = m_subtreeRevision = m_revision = nextRevision();
-    touchParents();
+    m_placesRevision = m_revision = nextRevision();
+    touchParents(true);
 }
 
 void Node::touchLook()
 {
-    m_subtreeRevision = m_revision = nextRevision();
-    touchParents();
+    m_revision = nextRevision();
+    touchParents(false);
 }
 
-void Node::touchParents()
+void Node::touchParents(bool places)
 {
-    for (GroupNode* parent : m_parents) {
-        parent->m_subtreeRevision = m_subtreeRevision;
-        if (m_placesRevision == m_subtreeRevision)
-            parent->m_placesRevision = m_placesRevision;
-        parent->touchParents();
-    }
+    const uint64_t revision = subtreeRevision();
+    if (m_parent)
+        m_parent->touchBelow(revision, places);
+    if (m_rare)
+        for (GroupNode* parent : m_rare->otherParents)
+            parent->touchBelow(revision, places);
+}
+
+void Node::hangsUnder(GroupNode* parent)
+{
+    if (m_parent)
+        rare().otherParents.push_back(parent);
+    else
+        m_parent = parent;
 }
 
 void Node::losesParent(const GroupNode* parent)
 {
-    const auto found = std::find(m_parents.begin(), m_parents.end(), parent);
-    if (found != m_parents.end())
-        m_parents.erase(found);
+    if (m_rare)
+        std::erase(m_rare->otherParents, parent);
+    if (m_parent != parent)
+        return;
+    m_parent = nullptr;
+    if (m_rare && !m_rare->otherParents.empty()) {
+        m_parent = m_rare->otherParents.back();
+        m_rare->otherParents.pop_back();
+    }
 }
 
-const BBox& Node::boundingBox() const
+bool Node::isUnder(const GroupNode* parent) const
 {
-    if (m_boundsRevision != m_placesRevision) {
-        m_bounds = m_visible ? ownBounds().transformed(m_transform) : BBox();
-        m_boundsRevision = m_placesRevision;
-    }
-    return m_bounds;
+    return m_parent == parent || (m_rare && std::ranges::count(m_rare->otherParents, parent) > 0);
 }
 
 Vs::StrongRef<GroupNode> GroupNode::make(const std::string& name)
 {
     Vs::StrongRef<GroupNode> node(new GroupNode);
     if (!name.empty())
-        node->m_name = std::make_unique<const std::string>(name);
+        node->rare().name = name;
     return node;
 }
 
@@ -89,20 +105,31 @@ GroupNode::~GroupNode()
 void GroupNode::touchChildren()
 {
     m_childrenRevision = m_placesRevision = m_subtreeRevision = nextRevision();
-    touchParents();
+    touchParents(true);
+}
+
+void GroupNode::touchBelow(uint64_t revision, bool places)
+{
+    m_subtreeRevision = revision;
+    if (places)
+        m_placesRevision = revision;
+    touchParents(places);
 }
 
 bool GroupNode::has(const Node* child) const
 {
-    return std::find(child->m_parents.begin(), child->m_parents.end(), this) != child->m_parents.end();
+    return child->isUnder(this);
 }
 
 BBox GroupNode::ownBounds() const
 {
-    BBox box;
-    for (const auto& child : m_children)
-        box.add(child->boundingBox());
-    return box;
+    if (m_boundsRevision != placesRevision()) {
+        m_bounds = BBox();
+        for (const auto& child : m_children)
+            m_bounds.add(child->boundingBox());
+        m_boundsRevision = placesRevision();
+    }
+    return m_bounds;
 }
 
 Vs::StrongRef<BodyNode> BodyNode::make(std::shared_ptr<const Vs::BodyMesh> mesh, const Vs::Colour& bodyColour)
@@ -111,6 +138,12 @@ Vs::StrongRef<BodyNode> BodyNode::make(std::shared_ptr<const Vs::BodyMesh> mesh,
     node->m_mesh = std::move(mesh);
     node->m_bodyColour = bodyColour;
     return node;
+}
+
+const std::vector<LitPart>& BodyNode::litParts() const
+{
+    static const std::vector<LitPart> none;
+    return m_rare ? m_rare->litParts : none;
 }
 
 BBox BodyNode::ownBounds() const

@@ -3,10 +3,9 @@
 #include "Server/Base/Object.h"
 #include "Server/Base/StrongRef.h"
 #include "Server/Body/BodyMesh.h"
-#include "Server/Geometry/GkMatrix3d.h"
+#include "Server/Geometry/GkPlacement.h"
 
-#include <boost/container/small_vector.hpp>
-
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -19,6 +18,7 @@ class NodeChange;
 
 namespace Rendra::Graphics {
 
+class BodyNode;
 class GroupNode;
 
 /// How a node stands out from its surroundings.
@@ -59,7 +59,7 @@ public:
     /// don't look at it.
     const void* owner() const { return m_owner; }
     /// Into the coordinates of the group above.
-    const GkMatrix3d& transform() const { return m_transform; }
+    GkMatrix3d transform() const { return m_place.matrix(); }
     /// A hidden node hides all below it.
     bool visible() const { return m_visible; }
     /// Holds for all bodies below that no deeper colour claims.
@@ -69,15 +69,15 @@ public:
     /// Whether bodies here and below are drawn faintly and can't be picked; what a deeper node says wins.
     const std::optional<bool>& ghost() const { return m_ghost; }
 
-    /// The box around all that is visible here and below, in the coordinates of the group above. Kept until
-    /// something below changes.
-    const BBox& boundingBox() const;
+    /// The box around all that is visible here and below, in the coordinates of the group above. A group
+    /// keeps its box until something below changes.
+    BBox boundingBox() const { return m_visible ? m_place.placed(ownBounds()) : BBox(); }
 
     /// The number of the last change of this node itself, not of what hangs below; the numbers of all nodes
     /// come from one counter.
     uint64_t revision() const { return m_revision; }
     /// The number of the last change of this node or of any below.
-    uint64_t subtreeRevision() const { return m_subtreeRevision; }
+    virtual uint64_t subtreeRevision() const { return m_revision; }
     /// The number of the last change here or below of what is where: not of colours and highlights.
     uint64_t placesRevision() const { return m_placesRevision; }
 
@@ -87,29 +87,38 @@ protected:
     virtual BBox ownBounds() const = 0;
 
 private:
+    friend class BodyNode;
     friend class GroupNode;
     friend class Vs::Scene::NodeChange;
+    // What few nodes have.
+    struct Rare
+    {
+        std::string name;
+        std::vector<GroupNode*> otherParents;
+        std::vector<LitPart> litParts; // of a body
+    };
+
     void touch();
     /// Only the looks have changed.
     void touchLook();
-    void touchParents();
+    void touchParents(bool places);
+    void hangsUnder(GroupNode* parent);
     void losesParent(const GroupNode* parent);
+    bool isUnder(const GroupNode* parent) const;
+    Rare& rare();
 
-    uint64_t m_id;
-    uint64_t m_revision;
-    uint64_t m_subtreeRevision;
-    uint64_t m_placesRevision;
-    mutable uint64_t m_boundsRevision = 0;
-    mutable BBox m_bounds;
-    GkMatrix3d m_transform;
-    std::unique_ptr<const std::string> m_name; // null for none
-    const void* m_owner = nullptr;
-    std::optional<Vs::Colour> m_colour;
-    // Not owned: a group takes itself out when it goes. There is more than one for few.
-    boost::container::small_vector<GroupNode*, 1> m_parents;
+    // There are as many nodes as parts: their order leaves no gaps.
     Highlight m_highlight = Highlight::None;
     bool m_visible = true;
     std::optional<bool> m_ghost;
+    uint64_t m_id;
+    uint64_t m_revision;
+    uint64_t m_placesRevision;
+    const void* m_owner = nullptr;
+    GroupNode* m_parent = nullptr; // Not owned: a group takes itself out when it goes.
+    std::unique_ptr<Rare> m_rare;  // null for none
+    GkPlacement m_place;
+    std::optional<Vs::Colour> m_colour;
 };
 
 /// A node with others below it.
@@ -121,6 +130,7 @@ public:
 
     const std::vector<Vs::StrongRef<Node>>& children() const { return m_children; }
     [[nodiscard]] bool has(const Node* child) const;
+    uint64_t subtreeRevision() const override { return std::max(revision(), m_subtreeRevision); }
     /// The number of the last change of the list of children.
     uint64_t childrenRevision() const { return m_childrenRevision; }
 
@@ -132,12 +142,17 @@ protected:
     BBox ownBounds() const override;
 
 private:
+    friend class Node;
     friend class Vs::Scene::NodeChange;
     void touchChildren();
+    void touchBelow(uint64_t revision, bool places);
 
     std::vector<Vs::StrongRef<Node>> m_children;
     std::unique_ptr<NodeData> m_data;
     uint64_t m_childrenRevision = 0;
+    uint64_t m_subtreeRevision = 0; // of the last change below
+    mutable uint64_t m_boundsRevision = 0;
+    mutable BBox m_bounds; // in its own coordinates
 };
 
 /// A node that shows the mesh of a body.
@@ -152,7 +167,7 @@ public:
     /// Where neither a face nor a node above has a colour of its own.
     const Vs::Colour& bodyColour() const { return m_bodyColour; }
     /// In no particular order.
-    const std::vector<LitPart>& litParts() const { return m_litParts; }
+    const std::vector<LitPart>& litParts() const;
 
 protected:
     BodyNode() = default;
@@ -160,9 +175,8 @@ protected:
 
 private:
     friend class Vs::Scene::NodeChange;
-    std::shared_ptr<const Vs::BodyMesh> m_mesh;
     Vs::Colour m_bodyColour;
-    std::vector<LitPart> m_litParts;
+    std::shared_ptr<const Vs::BodyMesh> m_mesh;
 };
 
 } // namespace Rendra::Graphics

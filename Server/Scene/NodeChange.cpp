@@ -23,11 +23,6 @@ bool hangsUnder(const Node* node, const Node* above)
                                 [&](const auto& child) { return hangsUnder(node, child.get()); });
 }
 
-bool equal(const GkMatrix3d& a, const GkMatrix3d& b)
-{
-    return std::equal(&a.entry[0][0], &a.entry[0][0] + 16, &b.entry[0][0]);
-}
-
 /// A full circle of so many lines looks round at any size that a reticle has.
 constexpr int kLinesOfCircle = 180;
 
@@ -57,7 +52,8 @@ StrongRef<InstanceNode> NodeChange::createGroupNode(GroupNode* parent, int, bool
 NodeChange& NodeChange::name(const std::string& name)
 {
     // It shows nowhere, so that nothing is to be drawn again.
-    m_node->m_name = name.empty() ? nullptr : std::make_unique<const std::string>(name);
+    if (name != m_node->name())
+        m_node->rare().name = name;
     return *this;
 }
 
@@ -67,10 +63,18 @@ NodeChange& NodeChange::owner(const void* owner)
     return *this;
 }
 
-NodeChange& NodeChange::transform(const GkMatrix3d& transform)
+NodeChange& NodeChange::expect(size_t coming)
 {
-    if (!equal(m_node->m_transform, transform)) {
-        m_node->m_transform = transform;
+    auto* group = cast<GroupNode>(m_node);
+    if (group && coming > group->m_children.size())
+        group->m_children.reserve(group->m_children.size() + coming);
+    return *this;
+}
+
+NodeChange& NodeChange::transform(const GkPlacement& transform)
+{
+    if (!(m_node->m_place == transform)) {
+        m_node->m_place = transform;
         m_node->touch();
     }
     return *this;
@@ -89,7 +93,7 @@ NodeChange& NodeChange::ghost(std::optional<bool> ghost)
 NodeChange& NodeChange::transform(const GkPoint3d& point)
 {
     const bool isPlace = std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
-    return isPlace ? transform(GkMatrix3d::translation(point.asVector())) : *this;
+    return isPlace ? transform(GkPlacement(GkMatrix3d::translation(point.asVector()))) : *this;
 }
 
 NodeChange& NodeChange::visible(bool visible)
@@ -142,8 +146,8 @@ NodeChange& NodeChange::bodyColour(const Colour& colour)
 NodeChange& NodeChange::litParts(std::vector<Rendra::Graphics::LitPart> parts)
 {
     auto* body = cast<BodyNode>(m_node);
-    if (body && body->m_litParts != parts) {
-        body->m_litParts = std::move(parts);
+    if (body && body->litParts() != parts) {
+        body->rare().litParts = std::move(parts);
         body->touchLook();
     }
     return *this;
@@ -238,9 +242,9 @@ NodeChange& NodeChange::add(StrongRef<Node> child)
     auto* group = cast<GroupNode>(m_node);
     // Only a group that has parents can hang under its new child.
     if (!group || !child || group->has(child.get()) || child.get() == group ||
-        (!group->m_parents.empty() && cast<GroupNode>(child.get()) && hangsUnder(group, child.get())))
+        (group->m_parent && cast<GroupNode>(child.get()) && hangsUnder(group, child.get())))
         return *this;
-    child->m_parents.push_back(group);
+    child->hangsUnder(group);
     group->m_children.push_back(std::move(child));
     group->touchChildren();
     return *this;

@@ -33,7 +33,9 @@ public:
     NodeChange& name(const std::string& name);
     /// Node::owner.
     NodeChange& owner(const void* owner);
-    NodeChange& transform(const GkMatrix3d& transform);
+    /// So many children are about to be added to a group.
+    NodeChange& expect(size_t coming);
+    NodeChange& transform(const GkPlacement& transform);
     /// Moves the node's origin to `point`, without turning it. A point that is no number changes nothing.
     NodeChange& transform(const GkPoint3d& point);
     NodeChange& visible(bool visible);

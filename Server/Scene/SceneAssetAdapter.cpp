@@ -72,13 +72,27 @@ SceneAssetAdapter::~SceneAssetAdapter()
 Node* SceneAssetAdapter::node(const std::string& componentId) const
 {
     const auto found = m_entries.find(componentId);
-    return found == m_entries.end() ? nullptr : found->second.node.get();
+    return found == m_entries.end() ? nullptr : found->second.get();
 }
 
 BodyNode* SceneAssetAdapter::bodyNode(const std::string& componentId) const
 {
     const auto found = m_entries.find(componentId);
-    return found == m_entries.end() ? nullptr : found->second.body.get();
+    return found == m_entries.end() ? nullptr : bodyOf(*found);
+}
+
+BodyNode* SceneAssetAdapter::bodyOf(const Entry& entry) const
+{
+    if (auto* body = cast<BodyNode>(entry.second.get()))
+        return body;
+    const auto own = m_ownBodies.find(entry.second.get());
+    return own == m_ownBodies.end() ? nullptr : own->second.get();
+}
+
+/// Null for the root.
+GroupNode* SceneAssetAdapter::parentOf(const std::string& id) const
+{
+    return id.empty() ? nullptr : cast<GroupNode>(node(parentId(id)));
 }
 
 const std::string& SceneAssetAdapter::componentId(const Node* node) const
@@ -88,18 +102,17 @@ const std::string& SceneAssetAdapter::componentId(const Node* node) const
     if (!entry)
         return none;
     // It may be another asset's.
-    const auto found = m_entries.find(*entry->id);
-    return found != m_entries.end() && &found->second == entry ? *entry->id : none;
+    const auto found = m_entries.find(entry->first);
+    return found != m_entries.end() && &*found == entry ? entry->first : none;
 }
 
 /// Nodes that somebody keeps don't lead to what is gone.
 void SceneAssetAdapter::disown()
 {
-    for (auto& [id, entry] : m_entries) {
-        NodeChange(entry.node.get()).owner(nullptr);
-        if (entry.body)
-            NodeChange(entry.body.get()).owner(nullptr);
-    }
+    for (const auto& [id, node] : m_entries)
+        NodeChange(node.get()).owner(nullptr);
+    for (const auto& [group, body] : m_ownBodies)
+        NodeChange(body.get()).owner(nullptr);
 }
 
 bool SceneAssetAdapter::update()
@@ -137,31 +150,26 @@ void SceneAssetAdapter::rebuild()
     m_waiting.clear();
     disown();
     m_entries.clear();
+    m_ownBodies.clear();
     NodeChange(m_root.get()).removeAll();
 
     const Component* root = asset()->components();
-    const auto [inserted, isNew] = m_entries.try_emplace(root->id);
-    Entry& entry = inserted->second;
-    entry.node = m_root.get();
-    entry.id = &inserted->first;
-    fill(entry, *root);
+    fill(*m_entries.emplace(root->id, m_root.get()).first, *root);
 }
 
 void SceneAssetAdapter::addChanged(const std::vector<const Component*>& added)
 {
     expect(m_entries, added.size());
     std::string above;
-    Entry* parent = nullptr; // Of `above`; mostly the last one's as well.
+    Node* parent = nullptr; // Of `above`; mostly the last one's as well.
     for (const Component* component : added) {
-        if (std::string id = parentId(component->id); !parent || id != above) {
-            const auto found = m_entries.find(above = std::move(id));
-            parent = found == m_entries.end() ? nullptr : &found->second;
-        }
+        if (std::string id = parentId(component->id); !parent || id != above)
+            parent = node(above = std::move(id));
         if (!parent)
             continue;
         // A part that gets its first child becomes a group, with all that it has.
-        if (cast<GroupNode>(parent->node.get())) {
-            addBranch(*component, *parent);
+        if (auto* group = cast<GroupNode>(parent)) {
+            addBranch(*component, *group);
         } else if (const Component* assembly = asset()->findComponent(above)) {
             change(*assembly);
             parent = nullptr;
@@ -169,35 +177,34 @@ void SceneAssetAdapter::addChanged(const std::vector<const Component*>& added)
     }
 }
 
-void SceneAssetAdapter::addBranch(const Component& component, Entry& parent)
+void SceneAssetAdapter::addBranch(const Component& component, GroupNode& parent)
 {
     auto [inserted, isNew] = m_entries.try_emplace(component.id);
     if (!isNew) {
         removeBranch(component.id);
         inserted = m_entries.try_emplace(component.id).first;
     }
-    Entry& entry = inserted->second;
-    entry.id = &inserted->first;
-    entry.parent = &parent;
-    entry.before = std::exchange(parent.child, &entry);
-    if (entry.before)
-        entry.before->after = &entry;
+    Entry& entry = *inserted;
     if (component.body && component.children.empty())
-        entry.node = BodyNode::make(nullptr, component.body->colour());
+        entry.second = BodyNode::make(nullptr, component.body->colour());
     else
-        entry.node = GroupNode::make();
+        entry.second = GroupNode::make();
     fill(entry, component);
-    NodeChange(parent.node.get()).add(entry.node);
+    NodeChange(&parent).add(entry.second);
 }
 
 void SceneAssetAdapter::fill(Entry& entry, const Component& component)
 {
-    NodeChange(entry.node.get()).owner(&entry);
-    place(entry.node.get(), component);
+    NodeChange(entry.second.get()).owner(&entry);
+    place(entry.second.get(), component);
     setBody(entry, component);
+    auto* group = cast<GroupNode>(entry.second.get());
+    if (!group)
+        return;
     expect(m_entries, component.children.size());
+    NodeChange(group).expect(component.children.size());
     for (const auto& child : component.children)
-        addBranch(*child, entry);
+        addBranch(*child, *group);
 }
 
 void SceneAssetAdapter::change(const Component& component)
@@ -205,44 +212,43 @@ void SceneAssetAdapter::change(const Component& component)
     const auto found = m_entries.find(component.id);
     if (found == m_entries.end())
         return;
-    Entry& entry = found->second;
-    const bool isGroup = cast<GroupNode>(entry.node.get()) != nullptr;
-    const bool asGroup = !entry.parent || !component.body || !component.children.empty();
+    Entry& entry = *found;
+    const bool isGroup = cast<GroupNode>(entry.second.get()) != nullptr;
+    GroupNode* const parent = parentOf(component.id);
+    const bool asGroup = !parent || !component.body || !component.children.empty();
     if (isGroup == asGroup) {
-        place(entry.node.get(), component);
+        place(entry.second.get(), component);
         setBody(entry, component);
         return;
     }
-    Entry& parent = *entry.parent;
     removeBranch(component.id);
-    addBranch(component, parent);
+    addBranch(component, *parent);
 }
 
 void SceneAssetAdapter::setBody(Entry& entry, const Component& component)
 {
+    BodyNode* body = bodyOf(entry);
     if (!component.body) {
-        if (entry.body && entry.body.get() != entry.node.get()) {
-            NodeChange(entry.node.get()).remove(entry.body.get());
-            NodeChange(entry.body.get()).owner(nullptr);
-            m_waiting.erase(entry.body.get());
+        if (body && body != entry.second.get()) {
+            NodeChange(entry.second.get()).remove(body);
+            letGoOf(body);
+            m_ownBodies.erase(entry.second.get());
         }
-        entry.body = nullptr;
         return;
     }
-    if (!entry.body) {
-        entry.body = cast<BodyNode>(entry.node.get());
-        if (!entry.body) {
-            entry.body = BodyNode::make(nullptr, component.body->colour());
-            NodeChange(entry.body.get()).owner(&entry);
-            NodeChange(entry.node.get()).add(entry.body);
-        }
+    if (!body) {
+        const StrongRef<BodyNode> own = BodyNode::make(nullptr, component.body->colour());
+        body = own.get();
+        NodeChange(body).owner(&entry);
+        NodeChange(entry.second.get()).add(own);
+        m_ownBodies[entry.second.get()] = own;
     }
     std::shared_ptr<const BodyMesh> mesh = component.body->mesh();
     if (mesh)
-        m_waiting.erase(entry.body.get());
+        m_waiting.erase(body);
     else
-        m_waiting[entry.body.get()] = component.body;
-    NodeChange(entry.body.get()).bodyColour(component.body->colour()).mesh(std::move(mesh));
+        m_waiting[body] = component.body;
+    NodeChange(body).bodyColour(component.body->colour()).mesh(std::move(mesh));
 }
 
 void SceneAssetAdapter::removeBranches(const std::vector<std::string>& ids)
@@ -252,8 +258,8 @@ void SceneAssetAdapter::removeBranches(const std::vector<std::string>& ids)
     std::unordered_map<GroupNode*, std::unordered_set<const Node*>> going;
     if (ids.size() > kFew)
         for (const std::string& id : ids)
-            if (const auto found = m_entries.find(id); found != m_entries.end() && found->second.parent)
-                going[cast<GroupNode>(found->second.parent->node.get())].insert(found->second.node.get());
+            if (Node* const node = this->node(id))
+                going[parentOf(id)].insert(node);
     for (const auto& [group, nodes] : going) {
         if (!group || nodes.size() <= kFew)
             continue;
@@ -271,28 +277,31 @@ void SceneAssetAdapter::removeBranches(const std::vector<std::string>& ids)
 void SceneAssetAdapter::removeBranch(const std::string& id)
 {
     const auto found = m_entries.find(id);
-    if (found == m_entries.end() || !found->second.parent)
+    GroupNode* const parent = parentOf(id);
+    if (found == m_entries.end() || !parent)
         return;
-    Entry& entry = found->second;
-    NodeChange(entry.parent->node.get()).remove(entry.node.get());
-    (entry.after ? entry.after->before : entry.parent->child) = entry.before;
-    if (entry.before)
-        entry.before->after = entry.after;
-    forget(entry);
+    NodeChange(parent).remove(found->second.get());
+    forget(*found);
 }
 
-void SceneAssetAdapter::forget(Entry& entry)
+void SceneAssetAdapter::letGoOf(BodyNode* body)
 {
-    while (Entry* const child = entry.child) {
-        entry.child = child->before;
-        forget(*child);
+    NodeChange(body).owner(nullptr);
+    m_waiting.erase(body);
+}
+
+void SceneAssetAdapter::forget(const Entry& entry)
+{
+    if (BodyNode* const body = bodyOf(entry))
+        letGoOf(body);
+    if (const auto* group = cast<GroupNode>(entry.second.get())) {
+        for (const auto& child : group->children())
+            if (const auto* below = static_cast<const Entry*>(child->owner()))
+                forget(*below);
+        m_ownBodies.erase(group);
     }
-    NodeChange(entry.node.get()).owner(nullptr);
-    if (entry.body) {
-        NodeChange(entry.body.get()).owner(nullptr);
-        m_waiting.erase(entry.body.get());
-    }
-    m_entries.erase(m_entries.find(*entry.id));
+    NodeChange(entry.second.get()).owner(nullptr);
+    m_entries.erase(m_entries.find(entry.first));
 }
 
 } // namespace Vs::Scene

@@ -51,34 +51,32 @@ public:
     bool waitsForMeshes() const { return !m_waiting.empty(); }
 
 private:
-    struct Entry
-    {
-        StrongRef<Rendra::Graphics::Node> node;     ///< A BodyNode for a part, else a GroupNode.
-        StrongRef<Rendra::Graphics::BodyNode> body; ///< `node` itself, or below it; null without a body.
-        const std::string* id = nullptr;            ///< The key in m_entries.
-        Entry* parent = nullptr;                    ///< Null for the root.
-        // Those of one parent hang together, so that one goes without a look at the others.
-        Entry* child = nullptr; ///< The one that came last.
-        Entry* before = nullptr;
-        Entry* after = nullptr;
-    };
+    /// The node of a component by its id: a BodyNode for a part, else a GroupNode. Where it stands is the
+    /// node's owner. The groups and their children are the tree of components, and nothing else hangs there.
+    using Entries = std::unordered_map<std::string, StrongRef<Rendra::Graphics::Node>>;
+    using Entry = Entries::value_type;
 
     void assetComponentsChanged(ComponentsEvent* event) override;
 
+    Rendra::Graphics::BodyNode* bodyOf(const Entry& entry) const;
+    Rendra::Graphics::GroupNode* parentOf(const std::string& id) const;
     void rebuild();
     void addChanged(const std::vector<const Component*>& added);
-    void addBranch(const Component& component, Entry& parent);
+    void addBranch(const Component& component, Rendra::Graphics::GroupNode& parent);
     void fill(Entry& entry, const Component& component);
     void change(const Component& component);
     void removeBranches(const std::vector<std::string>& ids);
     void removeBranch(const std::string& id);
-    void forget(Entry& entry);
+    void forget(const Entry& entry);
+    void letGoOf(Rendra::Graphics::BodyNode* body);
     void setBody(Entry& entry, const Component& component);
     void disown();
 
     CommonData::CommonDataAssetSettings m_settings;
     StrongRef<Rendra::Graphics::GroupNode> m_root;
-    std::unordered_map<std::string, Entry> m_entries; ///< The owners of their nodes.
+    Entries m_entries;
+    /// The nodes of bodies that groups have besides their children; few have one.
+    std::unordered_map<const Rendra::Graphics::Node*, StrongRef<Rendra::Graphics::BodyNode>> m_ownBodies;
     std::unordered_map<Rendra::Graphics::BodyNode*, StrongRef<Body>> m_waiting;
     Segment m_transientSegment;
 };

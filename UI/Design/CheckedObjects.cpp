@@ -46,7 +46,7 @@ Vs::BodyParts partsOf(const CheckedObjects::Occurrence& occurrence)
     try {
         return Vs::bodyParts(*occurrence.component->body);
     } catch (const std::runtime_error& error) {
-        throw Vs::Exception(occurrence.component->name + L": " + Vs::Strings::widen(error.what()));
+        throw Vs::Exception(occurrence.component->name.text() + L": " + Vs::Strings::widen(error.what()));
     }
 }
 

@@ -207,7 +207,8 @@ std::vector<ExportedPart> partsToExport(const Vs::Asset& asset, const ExportOpti
 {
     std::vector<ExportedPart> parts;
     eachWanted(asset, options, [&](const Vs::Component& component) {
-        parts.push_back({component.id, component.name.empty() ? component.body->name() : component.name});
+        parts.push_back(
+            {component.id, component.name.empty() ? component.body->name() : component.name.text()});
     });
     return parts;
 }

@@ -139,7 +139,8 @@ private:
     }
     std::wstring textOf(const Vs::Component& component)
     {
-        const auto& m = component.placement.entry;
+        const GkMatrix3d placement = component.placement;
+        const auto& m = placement.entry;
         std::wstring text = L"place " + numbers({m[0][3], m[1][3], m[2][3]});
         text += L"; axes " +
                 numbers({m[0][0], m[1][0], m[2][0], m[0][1], m[1][1], m[2][1], m[0][2], m[1][2], m[2][2]});

@@ -22,7 +22,7 @@ auto rowOf(auto& children, const Component& child)
 ChildNames::ChildNames(const Component& parent)
 {
     for (const auto& child : parent.children)
-        m_children[child->name].push_back(child.get());
+        m_children[child->name.text()].push_back(child.get());
 }
 
 std::span<const Component* const> ChildNames::named(std::wstring_view name) const
@@ -33,7 +33,7 @@ std::span<const Component* const> ChildNames::named(std::wstring_view name) cons
 
 size_t ChildNames::place(const Component& child) const
 {
-    const auto& children = m_children.find(child.name)->second;
+    const auto& children = m_children.find(child.name.text())->second;
     return static_cast<size_t>(rowOf(children, child) - children.begin());
 }
 
@@ -47,21 +47,21 @@ std::wstring ChildNames::free(const std::wstring& beginning)
 
 void ChildNames::add(const Component& child)
 {
-    auto& children = m_children[child.name];
+    auto& children = m_children[child.name.text()];
     children.insert(rowOf(children, child), &child);
 }
 
 void ChildNames::remove(const Component& child)
 {
-    const auto found = m_children.find(child.name);
+    const auto found = m_children.find(child.name.text());
     found->second.erase(rowOf(found->second, child));
     if (!found->second.empty())
         return;
     m_children.erase(found);
     for (auto& [beginning, taken] : m_taken)
-        if (child.name.starts_with(beginning))
+        if (child.name.text().starts_with(beginning))
             if (const auto number =
-                    readNumber<unsigned>(std::wstring_view(child.name).substr(beginning.size())))
+                    readNumber<unsigned>(std::wstring_view(child.name.text()).substr(beginning.size())))
                 taken = std::clamp(*number, 1u, taken);
 }
 

@@ -81,7 +81,7 @@ struct ComponentTree::Branches
 ComponentTree::ComponentTree(std::shared_ptr<ModelSource> source, const std::wstring& name)
     : m_source(std::move(source)), m_root(std::make_unique<Component>())
 {
-    m_root->name = name;
+    m_root->name = SharedName(name);
 }
 
 ComponentTree::~ComponentTree() = default;
@@ -117,7 +117,7 @@ std::unique_ptr<Component> ComponentTree::make(const std::string& id, const Part
 {
     auto component = std::make_unique<Component>();
     component->id = id;
-    component->name = node.name;
+    component->name = m_recentNames.shared(node.name);
     component->notes.visit = m_visit;
     m_components.insert(component.get());
     if (m_related)
@@ -362,7 +362,7 @@ void ComponentTree::rename(Component& component, const std::wstring& name)
     const auto names = m_names.find(parent.empty() ? m_root.get() : find(parent));
     if (names != m_names.end())
         names->second.remove(component);
-    component.name = name;
+    component.name = m_recentNames.shared(name);
     if (names != m_names.end())
         names->second.add(component);
 }
@@ -384,8 +384,7 @@ bool ComponentTree::take(Refresh& refresh, Branches& branches, Component& compon
         rename(component, node.name);
         changed = true;
     }
-    changed |= !component.placement.isEqualTo(node.placement, {0, 0});
-    component.placement = node.placement;
+    set(component.placement, GkPlacement(node.placement));
     set(component.colour, node.colour);
     set(component.visible, node.visible);
     StrongRef<Body> body;

@@ -97,6 +97,7 @@ private:
     // Filled with the first refresh, for the places that later ones are told.
     bool m_related = false;
     PartIndex m_parts;
+    RecentNames m_recentNames;
     uint32_t m_visit = 0;                                     ///< The number of the refresh.
     std::unordered_map<const Component*, ChildNames> m_names; ///< Of those that were asked about.
 };

@@ -171,7 +171,7 @@ private:
     bool unknown(const std::wstring& step)
     {
         const std::wstring where = m_path.component.empty() ? DataModel::localized("PathTop", "the model")
-                                                            : L'"' + m_at->name + L'"';
+                                                            : L'"' + m_at->name.text() + L'"';
         std::wstring message =
             localizedFormat("PathUnknown", "\"%1%\": there is no \"%2%\" in %3%.", m_text, step, where);
         if (const std::wstring names = namesBelow(); !names.empty() && !m_path.isPartOfBody())
@@ -190,7 +190,7 @@ private:
         for (const auto& child : m_at->children) {
             if (++count > kMost)
                 return names + L", \u2026";
-            names += (names.empty() ? L"" : L", ") + stepText(child->name, ++numbers[child->name]);
+            names += (names.empty() ? L"" : L", ") + stepText(child->name, ++numbers[child->name.text()]);
         }
         return names;
     }
@@ -259,7 +259,8 @@ std::vector<std::wstring> childPaths(const Component& component, const std::wstr
     std::vector<std::wstring> paths;
     std::map<std::wstring_view, size_t> numbers;
     for (const auto& child : component.children)
-        paths.push_back((path.empty() ? L"" : path + L'/') + stepText(child->name, ++numbers[child->name]));
+        paths.push_back((path.empty() ? L"" : path + L'/') +
+                        stepText(child->name, ++numbers[child->name.text()]));
     return paths;
 }
 

@@ -90,9 +90,10 @@ bool LogicalSelection::calculateBounds(const Asset& asset, BBox& box) const
     if (!component)
         return false;
     const GkMatrix3d placement = placementOf(m_path, asset).value_or(GkMatrix3d());
-    const BBox found = m_path.leaf == ObjectPath::Leaf::Component
-                           ? componentBox(*component).transformed(placement * component->placement.inverse())
-                           : partBox(*component, m_path).transformed(placement);
+    const BBox found =
+        m_path.leaf == ObjectPath::Leaf::Component
+            ? componentBox(*component).transformed(placement * component->placement.matrix().inverse())
+            : partBox(*component, m_path).transformed(placement);
     if (found.isEmpty())
         return false;
     box = found;

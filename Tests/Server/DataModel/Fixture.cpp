@@ -175,8 +175,8 @@ std::string digestOf(const Vs::Asset& asset)
 {
     std::ostringstream text;
     for (const Vs::Component* component : componentsOf(asset)) {
-        text << component->id << ' ' << Vs::Strings::narrow(component->name);
-        for (const auto& row : component->placement.entry)
+        text << component->id << ' ' << Vs::Strings::narrow(component->name.text());
+        for (const auto& row : component->placement.matrix().entry)
             for (const double value : row)
                 text << ' ' << value + 0.0; // no zero with a sign
         if (component->colour)

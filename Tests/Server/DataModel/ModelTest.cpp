@@ -99,7 +99,7 @@ TEST_F(ModelTest, PrimitivesHaveTheirSizesNamesAndColours)
     EXPECT_EQ(box->name, L"Block");
     EXPECT_EQ(cylinder->name, L"Cylinder1");
     EXPECT_EQ(box->body->colour(), red);
-    EXPECT_EQ(sphere->placement.entry[0][3], 100);
+    EXPECT_EQ(sphere->placement.matrix().entry[0][3], 100);
 
     const auto measure = [&](const Component* component) {
         return *bodyProperties(*component->body, status);

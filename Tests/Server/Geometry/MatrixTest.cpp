@@ -1,5 +1,7 @@
+#include "Server/Geometry/GkPlacement.h"
 #include "Tests/Server/Geometry/Near.h"
 
+#include <cstring>
 #include <random>
 
 namespace {
@@ -51,6 +53,26 @@ TEST(Matrix, AnInverseUndoesEveryMotionAndScaling)
         EXPECT_TRUE((motion * motion.inverse()).isEqualTo(GkMatrix3d())) << "seed " << seed;
         EXPECT_TRUE((motion.inverse() * motion).isEqualTo(GkMatrix3d())) << "seed " << seed;
         EXPECT_NEAR(motion.det(), std::pow(0.1 * seed, 3), 1e-9) << "seed " << seed;
+    }
+}
+
+TEST(Matrix, APlacementGivesBackEveryBitOfItsMatrix)
+{
+    GkMatrix3d projected, negativeZero;
+    projected.entry[3][0] = 0.5;
+    negativeZero.entry[1][2] = -0.0;
+    std::vector<GkMatrix3d> matrices{{}, GkMatrix3d::translation({1, -0.0, 3e9}), projected, negativeZero};
+    for (unsigned seed = 1; seed <= 20; ++seed)
+        matrices.push_back(randomMotion(seed) * GkMatrix3d::scaling(seed % 2 ? 1 : -2));
+    const BBox box({-1, -2, -3}, {4, 5, 6});
+    for (const GkMatrix3d& matrix : matrices) {
+        const GkPlacement placement = matrix, copy = placement;
+        EXPECT_EQ(std::memcmp(placement.matrix().entry, matrix.entry, sizeof matrix.entry), 0);
+        EXPECT_TRUE(copy == placement && copy == GkPlacement(matrix));
+        EXPECT_TRUE(isNear(placement.placed(box).low(), box.transformed(matrix).low()));
+        EXPECT_TRUE(isNear(placement.placed(box).high(), box.transformed(matrix).high()));
+        EXPECT_TRUE(placement.placed(BBox()).isEmpty());
+        EXPECT_FALSE(placement == GkPlacement(GkMatrix3d::translation({0, 0, 1}) * matrix));
     }
 }
 

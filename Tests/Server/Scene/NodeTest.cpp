@@ -1,3 +1,4 @@
+#include "Server/Component/Component.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/SceneNodes.h"
 #include "Tests/Server/Geometry/Near.h"
@@ -48,9 +49,15 @@ TEST(Node, BoundsFollowTransformsVisibilityAndMembersAllTheWayUp)
     EXPECT_EQ(body->references(), 1);
 }
 
+TEST(Node, ThereIsRoomForAMillion)
+{
+    EXPECT_LE(sizeof(BodyNode), 152u);
+    EXPECT_LE(sizeof(Vs::Component), 152u);
+}
+
 TEST(Node, OneTreeHangsUnderTwoGroupsAndTellsBoth)
 {
-    const auto left = GroupNode::make(), right = GroupNode::make();
+    const auto left = GroupNode::make(), right = GroupNode::make(), third = GroupNode::make();
     const auto shared = GroupNode::make();
     const auto body = boxNode();
     NodeChange(shared.get()).add(body);
@@ -64,9 +71,16 @@ TEST(Node, OneTreeHangsUnderTwoGroupsAndTellsBoth)
     EXPECT_TRUE(isNear(left->boundingBox().centre(), {7, 0, 0}));
     EXPECT_TRUE(isNear(right->boundingBox().centre(), {7, 0, 50}));
 
+    NodeChange(third.get()).add(shared);
     NodeChange(left.get()).remove(shared.get());
     EXPECT_TRUE(left->boundingBox().isEmpty());
-    EXPECT_FALSE(right->boundingBox().isEmpty());
+    EXPECT_TRUE(!left->has(shared.get()) && right->has(shared.get()) && third->has(shared.get()));
+    NodeChange(body.get()).transform(GkMatrix3d::translation({8, 0, 0}));
+    EXPECT_TRUE(isNear(right->boundingBox().centre(), {8, 0, 50}));
+    EXPECT_TRUE(isNear(third->boundingBox().centre(), {8, 0, 0}));
+    NodeChange(third.get()).remove(shared.get());
+    NodeChange(right.get()).remove(shared.get());
+    EXPECT_FALSE(right->has(shared.get()) || third->has(shared.get()));
 }
 
 TEST(Node, WhatIsSetToTheValueThatItHasIsNoChange)

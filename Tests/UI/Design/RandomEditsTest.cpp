@@ -138,7 +138,7 @@ public:
     {
         Parts parts;
         for (const auto& child : root.children)
-            parts.push_back({child->name, child->placement.entry[0][3], child->visible});
+            parts.push_back({child->name, child->placement.matrix().entry[0][3], child->visible});
         return parts;
     }
 

@@ -217,7 +217,7 @@ TEST_F(ExchangeTest, APartWithANameOfAMegabyteIsWrittenSoThatItCanBeReadAgain)
         ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
         const auto all = componentsOf(*document->activeAsset());
         EXPECT_TRUE(std::ranges::any_of(all, [&](const Component* each) {
-            return each->name.size() >= 1000 && name.starts_with(each->name);
+            return each->name.text().size() >= 1000 && name.starts_with(each->name.text());
         }));
     }
 }

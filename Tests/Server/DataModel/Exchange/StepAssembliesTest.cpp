@@ -114,7 +114,7 @@ std::vector<int> shiftsOf(const Component& assembly)
 {
     std::vector<int> shifts;
     for (const auto& child : assembly.children)
-        shifts.push_back(static_cast<int>(std::lround(child->placement.entry[0][3])));
+        shifts.push_back(static_cast<int>(std::lround(child->placement.matrix().entry[0][3])));
     return shifts;
 }
 

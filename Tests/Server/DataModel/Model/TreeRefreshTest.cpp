@@ -45,9 +45,9 @@ std::string asText(const Component& parent)
 {
     std::ostringstream text;
     for (const auto& child : parent.children) {
-        text << child->id << ' ' << Strings::narrow(child->name) << ' ' << child->visible << ' '
+        text << child->id << ' ' << Strings::narrow(child->name.text()) << ' ' << child->visible << ' '
              << child->colour.value_or(Colour{-1, -1, -1, -1}).r;
-        for (const auto& row : child->placement.entry)
+        for (const auto& row : child->placement.matrix().entry)
             for (const double value : row)
                 text << ' ' << value + 0.0; // A file may have -0.
         if (child->body)
@@ -62,7 +62,8 @@ void expectCounted(const Asset& asset, const Component& parent, const std::wstri
 {
     std::map<std::wstring, int> counts;
     for (const auto& child : parent.children) {
-        const std::wstring text = path + child->name + L':' + std::to_wstring(++counts[child->name]);
+        const std::wstring text =
+            path + child->name.text() + L':' + std::to_wstring(++counts[child->name.text()]);
         ASSERT_EQ(pathText(ObjectPath{child->id}, asset), text);
         Status status;
         ASSERT_EQ(findPath(asset, text, status), ObjectPath{child->id}) << Strings::narrow(status.toString());

@@ -215,7 +215,7 @@ protected:
         for (int row = 0; row < tree->model()->rowCount(parent); ++row) {
             const QModelIndex index = tree->model()->index(row, 0, parent);
             const Vs::Component& child = *component.children[static_cast<size_t>(row)];
-            ASSERT_EQ(index.data(Qt::EditRole).toString().toStdWString(), child.name);
+            ASSERT_EQ(index.data(Qt::EditRole).toString().toStdWString(), child.name.text());
             ASSERT_EQ(index.parent(), parent);
             const bool isSelected = selected().contains(Vs::LogicalSelection(asset(), child.id, nullptr));
             ASSERT_EQ(tree->selectionModel()->isSelected(index), isSelected) << child.id;

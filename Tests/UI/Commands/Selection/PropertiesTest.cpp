@@ -85,7 +85,7 @@ protected:
     {
         std::wstring all;
         for (const auto& child : activeSession()->asset()->components()->children)
-            all += child->name + L' ';
+            all += child->name.text() + L' ';
         return all;
     }
 };
