@@ -208,6 +208,11 @@ void meetShapes(const Component& component, ModelKernel& kernel)
 
 } // namespace
 
+void EditRequest::expectSoon(const Asset& asset)
+{
+    asset.data().source().readAhead();
+}
+
 EditRequest* EditRequest::make(const Asset* asset, const std::wstring& name, ModelEdit edit)
 {
     return new EditRequest(asset, name, std::move(edit));

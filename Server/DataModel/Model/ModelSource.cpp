@@ -34,7 +34,21 @@ ModelKernel& ModelSource::kernel()
         m_fault = error.what();
         throw;
     }
+    m_isLoaded = true;
     return *m_kernel;
+}
+
+void ModelSource::readAhead()
+{
+    if (!file || kernelLoaded() || m_ahead.valid())
+        return;
+    m_ahead = std::async(std::launch::async, [this] {
+        try {
+            withKernel([](ModelKernel&) {});
+        } catch (const std::runtime_error&) {
+            // Who asks for it gets the fault.
+        }
+    });
 }
 
 } // namespace Vs

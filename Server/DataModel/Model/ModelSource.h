@@ -4,6 +4,8 @@
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Server/DataModel/Model/ModelKernel.h"
 
+#include <atomic>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -32,7 +34,10 @@ public:
     /// now.
     using Hold = std::unique_lock<std::recursive_mutex>;
     [[nodiscard]] Hold tryHold() { return Hold(m_mutex, std::try_to_lock); }
-    bool kernelLoaded() const { return m_kernel != nullptr; }
+    /// Begins to read the kernel's model on a thread, for who will soon want it: that of a million parts
+    /// takes seconds. Who asks for it meanwhile waits for the rest, and is told what is wrong with it.
+    void readAhead();
+    bool kernelLoaded() const { return m_isLoaded; }
 
 private:
     ModelKernel& kernel();
@@ -41,7 +46,9 @@ private:
 
     std::recursive_mutex m_mutex;
     std::unique_ptr<ModelKernel> m_kernel;
-    std::string m_fault; ///< Why it can't be read.
+    std::atomic<bool> m_isLoaded = false;
+    std::string m_fault;       ///< Why it can't be read.
+    std::future<void> m_ahead; ///< Waited for before anything else goes.
 };
 
 } // namespace Vs

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Progress.h"
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/DataModel/Request.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/AlertController.h"
@@ -52,6 +53,7 @@ void PreviewedCmd::onBegin()
         throw std::runtime_error(Vs::Strings::narrow(status.toString()));
     if (atOnce)
         return;
+    Vs::EditRequest::expectSoon(*commandContext()->asset());
     takeSelection();
     onInputChanged();
     m_waiting = true;

@@ -5,6 +5,7 @@
 #include "Server/Body/BodyProperties.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
 #include "Server/DataModel/Exchange/KnownData.h"
 #include "Server/DataModel/Model/ModelBody.h"
@@ -62,11 +63,13 @@ protected:
         }
     }
     /// The first message of asking a body of a file for its volume; empty if there was none.
-    std::string faultOf(const std::wstring& path)
+    std::string faultOf(const std::wstring& path, bool ahead = false)
     {
         Document* document = open(path);
         if (!document)
             return "not opened: " + message();
+        if (ahead)
+            EditRequest::expectSoon(*document->activeAsset());
         const Component& part = *document->activeAsset()->components()->children.at(0);
         status.clear();
         bodyProperties(*part.body, status);
@@ -121,6 +124,10 @@ TEST_F(ExactDataTest, DamagedOnesAreToldOfEachTimeAndTheNextFileIsReadAsEver)
     replaceModel(path, crafted, scratch("damaged.tdsn"));
     const std::string fault = faultOf(scratch("damaged.tdsn"));
     EXPECT_NE(fault.find("can't be measured: its exact data are damaged: "), std::string::npos) << fault;
+    EXPECT_EQ(faultOf(scratch("damaged.tdsn"), true), fault) << "read ahead";
+    EditRequest::expectSoon(*open(path)->activeAsset());
+    closeAll(); // While it is read.
+    EXPECT_EQ(faultOf(path, true), "");
     EXPECT_EQ(volumeOf(*open(path)->activeAsset()), volume);
 }
 
