@@ -5,9 +5,11 @@ For each line the times with the fewest and with the most, and the exponent betw
 as much takes twice as long, 0 where it makes no difference. A whole operation above 1.1, and a single step above 0.1, is
 marked; times below the noise of the machine are not.
 
-    Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--cpu] [--window] [--kernel] [--build DIR] [WHAT...]
+    Benchmarks/growth.py [--from N] [--doublings N] [--rounds N] [--cpu] [--window] [--kernel] [--million] [--build DIR] [WHAT...]
 
-WHAT is of parts, names, documents, assets, files (see Growth/lines.py); each has its table as soon as it is done. With --cpu,
+WHAT is of parts, names, documents, assets, files (see Growth/lines.py), and of searches: a letter in the browser's filter
+and in the search palette, which bench_browser times. Each has its table as soon as it is done. With --million, parts and
+searches have a table of 125,000 to 1,000,000, too, made once; it takes some minutes. With --cpu,
 times are processor time, that of the workers too, which tells more on a machine that others use. With --window, all runs in a window on a screen of
 its own (Xvfb), where the browser follows each line. With --kernel, the STEP file of the parts is also read
 and written by programs that do nothing but call the kernel, which take four times as long for twice as much.
@@ -28,6 +30,7 @@ import window
 
 HERE = pathlib.Path(__file__).resolve().parent
 WHOLE_LIMIT, STEP_LIMIT = 1.1, 0.1
+MILLION = 1_000_000
 NOISE = 20e-6  # Seconds: what is below isn't marked.
 
 
@@ -59,11 +62,23 @@ def run(quillet, what, count, arguments, display):
     return took
 
 
+def search(quillet, count):
+    """The seconds of a letter, from the key to the painted rows."""
+    with tempfile.TemporaryDirectory() as folder:
+        result = subprocess.run([quillet.with_name("bench_browser"), folder, str(count)], capture_output=True, text=True)
+    if result.returncode != 0:
+        sys.exit(f"bench_browser {count} failed ({result.returncode}):\n{result.stdout}{result.stderr}")
+    _, median, most, _, _, palette = (float(word) / 1000 for word in result.stdout.splitlines()[-1].split())
+    return {("whole", "a letter in the browser's filter"): median, ("whole", "the slowest of these letters"): most,
+            ("step", "a letter in the palette"): palette}
+
+
 def smallest(quillet, what, count, arguments, display):
     best = {}
     for _ in range(arguments.rounds):
         start = time.monotonic()
-        for key, seconds in run(quillet, what, count, arguments, display).items():
+        times = search(quillet, count) if what == "searches" else run(quillet, what, count, arguments, display)
+        for key, seconds in times.items():
             best[key] = min(seconds, best.get(key, math.inf))
         print(f"{what} {count}: {time.monotonic() - start:.0f} s", file=sys.stderr)
     return best
@@ -87,12 +102,17 @@ def main():
     parser.add_argument("--cpu", action="store_true")
     parser.add_argument("--window", action="store_true")
     parser.add_argument("--kernel", action="store_true")
-    parser.add_argument("what", nargs="*", default=["parts", "names", "documents", "assets", "files"])
+    parser.add_argument("--million", action="store_true")
+    parser.add_argument("what", nargs="*", default=["parts", "names", "documents", "assets", "files", "searches"])
     arguments = parser.parse_args()
     quillet = pathlib.Path(arguments.build).resolve() / "root/bin/quillet"
     counts = [arguments.first << doubling for doubling in range(arguments.doublings + 1)]
     with window.screen() if arguments.window else contextlib.nullcontext() as display:
         for what in arguments.what:
+            show(what, counts, [smallest(quillet, what, count, arguments, display) for count in counts])
+        arguments.rounds = 1
+        counts = [MILLION >> doubling for doubling in (3, 2, 1, 0)]
+        for what in (what for what in arguments.what if arguments.million and what in ("parts", "searches")):
             show(what, counts, [smallest(quillet, what, count, arguments, display) for count in counts])
 
 

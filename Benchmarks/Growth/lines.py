@@ -17,6 +17,8 @@ import quillet
 
 STEPS = 7  # Of each single step; the middle one counts.
 PIECE = 50_000  # Paths in one line, which may have a megabyte.
+LARGE = 250_000  # Parts of which no STEP file is made: it takes many minutes.
+ROW = 100_000  # Copies that one pattern makes at most.
 
 what, count, folder = sys.argv[1], int(sys.argv[2]), pathlib.Path(sys.argv[3])
 took = {}
@@ -83,10 +85,14 @@ def change_one(path):
 def parts():
     clock("Design.New")
     clock("Design.Box 1 1 1")
-    whole("Design.Pattern", f"Design.Pattern Box1 X 2 {count // 100} Y 2 100")
+    patterns = -(-count // ROW)
+    row = count // patterns
+    pattern = f"Design.Pattern Box1 X 2 {row // 100} Y 2 100"
+    whole("Design.Pattern", pattern, *[line for n in range(2, patterns + 1)
+                                       for line in (f"Design.Box 1 1 1 0,0,{3 * n}", pattern.replace("Box1", f"Box{n}"))])
     whole("Design.Pattern, undone and redone", "VuCommands.UndoCmd", "VuCommands.RedoCmd")
-    change_one(f"Box1:{count // 2}")
-    everything = [f"Box1:{n}" for n in range(1, count + 1)]
+    change_one(f"Box1:{row // 2}")
+    everything = [f"Box{1 + n // row}:{1 + n % row}" for n in range(count)]
     whole("Selection.Select all, and List", *select(everything), "Selection.List")
     whole("Design.Hide all, and back", "Design.Hide", "VuCommands.UndoCmd", "VuCommands.RedoCmd", "Design.ShowAll")
     whole("Design.Colour all, and back", "Script.BeginTransaction Red",
@@ -94,16 +100,17 @@ def parts():
             for line in select(everything)], "Script.CommitTransaction", "VuCommands.UndoCmd")
     whole("delete half of the copies, and back", *select(everything[::2]), "Commands.Start DeleteCommand",
           "VuCommands.UndoCmd", "VuCommands.RedoCmd", "VuCommands.UndoCmd")
-    whole("delete the pattern, and back", f"Selection.Select Box1:{count // 2}", "Commands.Start DeleteCommand",
+    whole("delete the pattern, and back", f"Selection.Select Box1:{row // 2}", "Commands.Start DeleteCommand",
           "VuCommands.UndoCmd")
     whole("Model.Digest", "Model.Digest")
     whole("checks of all", "Component.CheckCount count", "Body.CheckVolume volume", "Body.CheckArea area",
           "Body.CheckBounds bounds", "Model.CheckDigest digest")
-    for suffix in ("tdsn", "stp", "glb", "stl", "obj"):
+    suffixes = ["tdsn", "glb", "stl", "obj"] if count > LARGE else ["tdsn", "stp", "glb", "stl", "obj"]
+    for suffix in suffixes:
         whole(f"save .{suffix}", f"Design.Export {file('parts.' + suffix)}" if suffix != "tdsn"
               else f"Document.SaveAs {file('parts.tdsn')}")
     clock("Document.CloseAll")
-    for suffix in ("tdsn", "stp", "glb"):
+    for suffix in (each for each in suffixes if each not in ("stl", "obj")):
         whole(f"open .{suffix}", f"Document.Open {file('parts.' + suffix)}")
         clock("Document.CloseAll")
 

@@ -1,7 +1,8 @@
-// What a letter costs in the filter of the browser, over 100,000 components: from the key to the painted
-// rows, beside a plain look for the letters in all names, and the same over a tenth of them.
+// What a letter costs in the filter of the browser, over so many components (10,000 and 100,000 by default):
+// from the key to the painted rows, beside a plain look for the letters in all names; and what it costs in
+// the search palette, which looks for commands, while they are open.
 //
-//     bench_browser PROFILE
+//     bench_browser PROFILE [COMPONENTS...]
 
 #include "Benchmarks/InProgram.h"
 #include "Benchmarks/Measure.h"
@@ -12,6 +13,7 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/Window/BrowserPanel.h"
+#include "UI/Base/Window/SearchPalette.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 
 #include <QApplication>
@@ -80,10 +82,33 @@ Vs::Asset* make(const std::filesystem::path& folder, int parts)
 
 size_t plainLook(const Vs::Component& component, const std::wstring& text)
 {
-    size_t found = component.name.find(text) != std::wstring::npos;
+    size_t found = component.name.text().find(text) != std::wstring::npos;
     for (const auto& child : component.children)
         found += plainLook(*child, text);
     return found;
+}
+
+double letter(QLineEdit* edit, QTreeView* list, char typed)
+{
+    return timed([&] {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(QLatin1Char(typed)));
+        QApplication::sendEvent(edit, &press);
+        list->viewport()->repaint();
+    });
+}
+
+std::vector<double> paletteLetters(const std::string& word)
+{
+    QWidget window;
+    window.resize(1280, 800);
+    window.show();
+    Vu::SearchPalette::toggle(&window, {[](Vu::CommandDefinition&) {}, [](const QString&) {}});
+    QApplication::processEvents();
+    std::vector<double> times;
+    for (const char typed : word)
+        times.push_back(letter(window.findChild<QLineEdit*>(QStringLiteral("searchText")),
+                               window.findChild<QTreeView*>(QStringLiteral("searchFound")), typed));
+    return times;
 }
 
 void measure(const std::filesystem::path& folder, int parts)
@@ -98,20 +123,17 @@ void measure(const std::filesystem::path& folder, int parts)
         for (size_t i = 1; i <= word.size(); ++i) {
             const std::wstring text = Vs::Strings::widen(word.substr(0, i));
             plain.push_back(timed([&] { plainLook(*asset->components(), text); }));
-            shown.push_back(timed([&] {
-                QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(QLatin1Char(word[i - 1])));
-                QApplication::sendEvent(panel.filter(), &press);
-                panel.tree()->viewport()->repaint();
-            }));
+            shown.push_back(letter(panel.filter(), panel.tree(), word[i - 1]));
         }
         shown.push_back(timed([&] {
             panel.filter()->clear();
             panel.tree()->viewport()->repaint();
         }));
     }
-    std::printf("%10d %12.2f %12.2f %12.2f %12.1f\n", parts, Benchmarks::median(shown),
+    std::printf("%10d %12.2f %12.2f %12.2f %12.1f %12.2f\n", parts, Benchmarks::median(shown),
                 std::ranges::max(shown), Benchmarks::median(plain),
-                Benchmarks::median(shown) / Benchmarks::median(plain));
+                Benchmarks::median(shown) / Benchmarks::median(plain),
+                Benchmarks::median(paletteLetters("visibility")));
 }
 
 } // namespace
@@ -121,11 +143,16 @@ int main(int argc, char** argv)
     if (argc < 2)
         return 2;
     const std::filesystem::path folder = argv[1]; // Qt takes arguments out of the list.
+    std::vector<int> counts;
+    for (int i = 2; i < argc; ++i)
+        counts.push_back(std::atoi(argv[i]));
+    if (counts.empty())
+        counts = {10000, 100000};
     Benchmarks::inProgram(folder.c_str(), argc, argv, true, [&] {
         Vu::WorkspaceMgr::get()->create(); // Without one, nothing is shown.
-        std::printf("%10s %12s %12s %12s %12s\n", "rows", "letter ms", "at most ms", "plain ms",
-                    "times plain");
-        for (const int parts : {10000, 100000})
+        std::printf("%10s %12s %12s %12s %12s %12s\n", "rows", "letter ms", "at most ms", "plain ms",
+                    "times plain", "palette ms");
+        for (const int parts : counts)
             measure(folder, parts);
     });
 }

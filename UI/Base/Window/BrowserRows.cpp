@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cwctype>
 #include <iterator>
+#include <tuple>
 
 namespace Vu {
 
@@ -19,23 +20,72 @@ std::vector<std::string> sorted(std::vector<std::string> ids)
     return ids;
 }
 
-/// Without a copy of either text: a tree has a hundred thousand of them.
-bool contains(const std::wstring& text, const std::wstring& lowered)
+wchar_t lowered(wchar_t letter)
 {
-    return std::search(text.begin(), text.end(), lowered.begin(), lowered.end(), [](wchar_t a, wchar_t b) {
-               return std::towlower(static_cast<wint_t>(a)) == static_cast<wint_t>(b);
-           }) != text.end();
+    constexpr wchar_t kBetween = L'a' - L'A';
+    if (letter < 0x80)
+        return letter >= L'A' && letter <= L'Z' ? letter + kBetween : letter;
+    return static_cast<wchar_t>(std::towlower(static_cast<wint_t>(letter)));
+}
+
+/// Without a copy of either text: a tree has a million of them.
+bool contains(std::wstring_view text, std::wstring_view wanted)
+{
+    return std::search(text.begin(), text.end(), wanted.begin(), wanted.end(),
+                       [](wchar_t a, wchar_t b) { return lowered(a) == b; }) != text.end();
 }
 
 std::vector<std::wstring> lowered(std::vector<std::wstring> words)
 {
     for (std::wstring& word : words)
         for (wchar_t& letter : word)
-            letter = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(letter)));
+            letter = lowered(letter);
     return words;
 }
 
 } // namespace
+
+/// Goes once through the tree for a filter.
+class BrowserRows::Look
+{
+public:
+    Look(BrowserRows& rows, const std::vector<std::wstring>& words) : m_rows(rows), m_words(words) {}
+
+    /// Notes what is left below; false if that is nothing.
+    bool below(const Vs::Component& parent, bool isInFound)
+    {
+        std::vector<uint32_t> shown;
+        for (uint32_t row = 0; row < parent.children.size(); ++row) {
+            const Vs::Component& child = *parent.children[row];
+            const bool isFound = passes(child.name);
+            if (isFound)
+                m_rows.m_found.push_back(&child);
+            const bool isShown = isInFound || isFound;
+            if ((!child.children.empty() && below(child, isShown)) || isShown)
+                shown.push_back(row);
+        }
+        const bool isAny = !shown.empty();
+        if (shown.size() < parent.children.size())
+            m_rows.m_shown.emplace(&parent, std::move(shown));
+        return isAny;
+    }
+
+private:
+    /// Many parts of one name stand beside each other.
+    bool passes(const std::wstring& name)
+    {
+        if (&name != m_last) {
+            m_passes = std::ranges::all_of(m_words, [&](const auto& word) { return contains(name, word); });
+            m_last = &name;
+        }
+        return m_passes;
+    }
+
+    BrowserRows& m_rows;
+    const std::vector<std::wstring>& m_words;
+    const std::wstring* m_last = nullptr;
+    bool m_passes = false;
+};
 
 void BrowserRows::asset(const Vs::Asset* asset)
 {
@@ -57,25 +107,21 @@ void BrowserRows::filter(const std::vector<std::wstring>& words)
     if (!m_isFiltered)
         return;
     const std::vector<std::wstring> wanted = lowered(words);
-    for (const auto& child : m_asset->components()->children)
-        collect(*child, wanted, false);
-    m_shown.insert(m_asset->components());
+    Look(*this, wanted).below(*m_asset->components(), false);
 }
 
-/// Notes what is left of a branch; false if that is nothing.
-bool BrowserRows::collect(const Vs::Component& component, const std::vector<std::wstring>& words,
-                          bool isInFound)
+/// Calls `use` with the children that the filter leaves, until it returns false. Some may be gone already,
+/// which the filter hasn't heard of yet.
+template <class Use>
+void BrowserRows::eachShown(const Vs::Component& parent, Use use) const
 {
-    const bool isFound =
-        std::ranges::all_of(words, [&](const std::wstring& word) { return contains(component.name, word); });
-    if (isFound)
-        m_found.push_back(&component);
-    bool isShown = isInFound || isFound;
-    for (const auto& child : component.children)
-        isShown |= collect(*child, words, isInFound || isFound);
-    if (isShown)
-        m_shown.insert(&component);
-    return isShown;
+    const auto some = m_shown.find(&parent);
+    if (some == m_shown.end())
+        std::ignore = std::ranges::all_of(parent.children, [&](const auto& child) { return use(*child); });
+    else
+        std::ignore = std::ranges::all_of(some->second, [&](uint32_t row) {
+            return row >= parent.children.size() || use(*parent.children[row]);
+        });
 }
 
 std::vector<std::string> BrowserRows::firstFound(size_t most) const
@@ -116,9 +162,11 @@ void BrowserRows::learn(Row& row)
     if (!shown)
         return;
     Run all{0, {}};
-    for (const auto& child : shown->children)
-        if (shows(*child))
-            all.ids.push_back(child->id);
+    all.ids.reserve(shown->children.size());
+    eachShown(*shown, [&](const Vs::Component& child) {
+        all.ids.push_back(child.id);
+        return true;
+    });
     insert(row, all);
 }
 
@@ -133,7 +181,10 @@ bool BrowserRows::hasChildren(const Row& row) const
     if (row.known)
         return !row.children.empty();
     const Vs::Component* shown = component(row);
-    return shown && std::ranges::any_of(shown->children, [this](const auto& child) { return shows(*child); });
+    bool isAny = false;
+    if (shown)
+        eachShown(*shown, [&](const Vs::Component&) { return !(isAny = true); });
+    return isAny;
 }
 
 size_t BrowserRows::place(const Row& parent, const std::string& id) const
@@ -207,6 +258,10 @@ void BrowserRows::erase(Row& parent, const Run& run)
 void BrowserRows::insert(Row& parent, const Run& run)
 {
     std::vector<std::unique_ptr<Row>> rows;
+    rows.reserve(run.ids.size());
+    if (run.ids.size() >
+        m_byId.size()) // Otherwise thousands that come have the table made anew again and again.
+        m_byId.reserve(m_byId.size() + run.ids.size());
     for (const std::string& id : run.ids) {
         rows.push_back(std::make_unique<Row>(&parent, id));
         m_byId[rows.back()->id] = rows.back().get();

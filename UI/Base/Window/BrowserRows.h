@@ -1,10 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -69,8 +69,9 @@ public:
     void insert(Row& parent, const Run& run);
 
 private:
-    bool collect(const Vs::Component& component, const std::vector<std::wstring>& words, bool isInFound);
-    bool shows(const Vs::Component& component) const { return !m_isFiltered || m_shown.contains(&component); }
+    class Look;
+    template <class Use>
+    void eachShown(const Vs::Component& parent, Use use) const;
     void learn(Row& row);
     void forget(const Row& row);
     size_t place(const Row& parent, const std::string& id) const;
@@ -79,8 +80,9 @@ private:
     std::unique_ptr<Row> m_root;
     std::unordered_map<std::string_view, Row*> m_byId; ///< By Row::id.
     bool m_isFiltered = false;
-    std::unordered_set<const Vs::Component*> m_shown; ///< All that the filter leaves.
-    std::vector<const Vs::Component*> m_found;        ///< Whose own names pass, in the order of the tree.
+    /// Which of its children the filter leaves, of each component whose children it doesn't leave all.
+    std::unordered_map<const Vs::Component*, std::vector<uint32_t>> m_shown;
+    std::vector<const Vs::Component*> m_found; ///< Whose own names pass, in the order of the tree.
 };
 
 } // namespace Vu
