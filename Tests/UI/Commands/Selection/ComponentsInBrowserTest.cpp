@@ -1,3 +1,4 @@
+#include "Server/Base/Strings.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Tests/Support/Seed.h"
 #include "Tests/UI/Commands/EditComponents.h"
@@ -247,6 +248,51 @@ TEST_F(RowsOfTheBrowser, ComeAndGoWithTheComponentsAndLeaveTheOthersAsTheyAre)
     }
     EXPECT_EQ(resets.count(), 0);
     ASSERT_NO_FATAL_FAILURE(expectRows(root(), *asset()->components(), true));
+}
+
+TEST_F(RowsOfTheBrowser, AFilterLeavesWhatHasItsWordsWithAllThatHoldsThemAndAllThatIsInThem)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    openAssembly();
+    QApplication::processEvents();
+    auto* filter = tree->parentWidget()->findChild<QLineEdit*>(QStringLiteral("browserFilter"));
+    ASSERT_TRUE(filter);
+    const auto has = [](const Vs::Component& component, const QString& words) {
+        const QString name = QString::fromStdWString(component.name);
+        return std::ranges::all_of(words.split(u' ', Qt::SkipEmptyParts), [&](const QString& word) {
+            return name.contains(word, Qt::CaseInsensitive);
+        });
+    };
+    const auto left = [&](auto&& self, const Vs::Component& of, const QString& words, bool in) -> Texts {
+        Texts rows;
+        for (const auto& child : of.children) {
+            const bool found = in || has(*child, words);
+            const Texts below = self(self, *child, words, found);
+            if (found || !below.empty())
+                rows.push_back(Vs::Strings::widen(child->id));
+            rows.insert(rows.end(), below.begin(), below.end());
+        }
+        return rows;
+    };
+    const auto shown = [&](auto&& self, const QModelIndex& parent) -> Texts {
+        Texts rows;
+        EXPECT_EQ(tree->model()->hasChildren(parent), tree->model()->rowCount(parent) > 0);
+        for (int row = 0; row < tree->model()->rowCount(parent); ++row) {
+            const QModelIndex index = tree->model()->index(row, 0, parent);
+            rows.push_back(index.data(Qt::UserRole).toString().toStdWString());
+            const Texts below = self(self, index);
+            rows.insert(rows.end(), below.begin(), below.end());
+        }
+        return rows;
+    };
+    EXPECT_GT(left(left, *asset()->components(), "bolt", false).size(), 1u);
+    for (const char* words : {"b", "BOLT", "nut bolt", "as", "assembly nut", "l", "zzz", ""}) {
+        filter->setText(words);
+        const Texts rows = left(left, *asset()->components(), words, false);
+        EXPECT_EQ(shown(shown, root()), rows) << words;
+        change(); // Which the filter follows.
+        EXPECT_EQ(shown(shown, root()), left(left, *asset()->components(), words, false)) << words;
+    }
 }
 
 TEST_F(RowsOfTheBrowser, StayOpenAndWhereTheyAreScrolledTo)
