@@ -4,6 +4,7 @@
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/Salvage/Salvage.h"
 #include "Server/Translate/StepActor.h"
+#include "Server/Translate/StepNumbers.h"
 #include "Server/Translate/StepReferences.h"
 
 #include <Interface_InterfaceModel.hxx>
@@ -116,13 +117,13 @@ bool load(StepReader& reader, const std::string& path, std::string_view bytes, R
     return reader.ChangeReader().ReadStream(path.c_str(), stream) == IFSelect_RetDone;
 }
 
-/// Whether the kernel missed anything in an entity, as a reference that leads nowhere, or doesn't know it. It
-/// goes on without, and says nothing, or stumbles over it later.
+/// Whether the kernel missed anything in an entity, as a reference that leads nowhere, doesn't know it, or
+/// took a number that can't be. It goes on, and says nothing, or stumbles over it later.
 bool lacksAnything(StepReader& reader)
 {
     const Handle(Interface_InterfaceModel) model = reader.Reader().WS()->Model();
     for (int i = 1; i <= model->NbEntities(); ++i)
-        if (model->IsErrorEntity(i) || model->IsUnknownEntity(i))
+        if (model->IsErrorEntity(i) || model->IsUnknownEntity(i) || hasAbsurdNumber(model->Value(i)))
             return true;
     return false;
 }

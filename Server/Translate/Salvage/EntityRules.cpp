@@ -22,7 +22,8 @@ struct Row
 {
     std::string_view entity; ///< With "+" before it as part of a complex instance.
     std::string_view roles;
-    /// A word a parameter; "?" behind one that may be omitted, "[" and "]" around a list that must be whole,
+    /// A word a parameter; "?" behind one that may be omitted, "*" behind one that may be derived, "[" and
+    /// "]" around a list that must be whole,
     /// "{" and "}" around one of which some may be missing.
     std::string_view values;
 };
@@ -152,8 +153,8 @@ constexpr Row kRows[] = {
     {"MEASURE_WITH_UNIT", "measure", "typed unit"},
     {"+MEASURE_WITH_UNIT", "measure", "typed unit"},
     {"+CONVERSION_BASED_UNIT", "unit", "text measure"},
-    {"+NAMED_UNIT", "unit", "any"},
-    {"NAMED_UNIT", "unit", "any"},
+    {"+NAMED_UNIT", "unit", "exponents*"},
+    {"NAMED_UNIT", "unit", "exponents*"},
     {"CONTEXT_DEPENDENT_UNIT", "unit", "..."},
     {"DERIVED_UNIT", "unit", "[any]"},
     {"+SI_UNIT", "unit", "word? word"},
@@ -246,7 +247,8 @@ private:
             {"typed", Kind::Typed}};
         ValueRule rule;
         rule.isOptional = word.ends_with('?');
-        word.remove_suffix(rule.isOptional);
+        rule.isDerivable = word.ends_with('*');
+        word.remove_suffix(rule.isOptional || rule.isDerivable);
         if (word.starts_with('[') || word.starts_with('{')) {
             rule.kind = word[0] == '[' ? Kind::List : Kind::Some;
             rule.inner = &m_inner.emplace_back(value(word.substr(1, word.size() - 2)));

@@ -73,7 +73,8 @@ struct ValueRule
         Some,      ///< The same, but it does with those that are there; at least one.
     };
     Kind kind = Kind::Any;
-    bool isOptional = false;
+    bool isOptional = false;  ///< May be omitted.
+    bool isDerivable = false; ///< May be left to be derived.
     Role role = Role::Item;
     const ValueRule* inner = nullptr;
 };

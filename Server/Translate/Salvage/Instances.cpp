@@ -6,26 +6,96 @@
 
 namespace Vs::Translate::Salvage {
 
+/// Lets what is unsound take with it what can't do without it. Each link is looked at when its target goes,
+/// so that no chain of them, however it stands in the file, costs more than once through it.
+class Instances::Settling
+{
+public:
+    explicit Settling(Instances& instances)
+        : m_instances(instances), m_uses(instances.m_all.size()), m_members(instances.m_all.size())
+    {
+        for (size_t i = 0; i < m_uses.size(); ++i)
+            enter(i);
+        for (size_t i = 0; i < m_uses.size(); ++i)
+            judge(i);
+        while (!m_open.empty()) {
+            const size_t changed = m_open.back();
+            m_open.pop_back();
+            judgeUsersOf(changed);
+        }
+    }
+
+private:
+    struct Use
+    {
+        size_t user, link;
+    };
+
+    Instance& at(size_t place) { return m_instances.m_all[place]; }
+
+    /// Notes to what an instance refers.
+    void enter(size_t place)
+    {
+        m_members[place] = 0;
+        for (size_t i = 0; i < at(place).links.size(); ++i) {
+            Link& link = at(place).links[i];
+            link.isGone = false;
+            m_members[place] += link.mayMiss;
+            const auto target = m_instances.m_byNumber.find(link.target);
+            if (target != m_instances.m_byNumber.end())
+                m_uses[target->second].push_back({place, i});
+        }
+    }
+
+    void judge(size_t place)
+    {
+        for (size_t i = 0; at(place).isSound && i < at(place).links.size(); ++i)
+            if (goes(place, i))
+                i = size_t(-1); // It has become another one.
+    }
+
+    void judgeUsersOf(size_t changed)
+    {
+        const std::vector<Use> uses = m_uses[changed]; // Those that become others add themselves.
+        for (const auto& [user, link] : uses)
+            if (at(user).isSound && link < at(user).links.size() &&
+                at(user).links[link].target == at(changed).number && goes(user, link))
+                judge(user);
+    }
+
+    /// Whether the instance can't do without what the link has lost, and became another one that is to be
+    /// judged.
+    bool goes(size_t place, size_t number)
+    {
+        Instance& instance = at(place);
+        Link& link = instance.links[number];
+        if (link.isGone || m_instances.holds(link) || canBeReplaced(instance, link))
+            return false;
+        link.isGone = true;
+        if (link.mayMiss && --m_members[place] > 0)
+            return false;
+        instance.isSound = m_instances.becomesItsCurve(instance) || m_instances.becomesItsSpare(instance);
+        m_open.push_back(place);
+        if (instance.isSound)
+            enter(place);
+        return instance.isSound;
+    }
+
+    Instances& m_instances;
+    std::vector<std::vector<Use>> m_uses; ///< Of each instance.
+    std::vector<size_t> m_members;        ///< How many there are left of the lists that do with fewer.
+    std::vector<size_t> m_open;           ///< Instances that changed, whose users are to be judged.
+};
+
 Instances::Instances(std::string_view bytes)
 {
     const std::vector<StepStatement> statements = statementsOf(bytes, m_lost);
     m_all.reserve(statements.size());
     for (const StepStatement& statement : statements)
         add(statement);
-    settleAll();
+    Settling{*this};
     dropUnplaced();
-    settleAll();
-}
-
-void Instances::settleAll()
-{
-    // One that goes takes others with it, most of which stand behind it.
-    for (bool isSettled = false; !isSettled;) {
-        isSettled = true;
-        for (Instance& instance : m_all)
-            if (instance.isSound && !settle(instance))
-                isSettled = false;
-    }
+    Settling{*this};
 }
 
 /// An occurrence that lost its place would be in its assembly without being seen; without it the part stands
@@ -86,24 +156,8 @@ bool Instances::holds(const Link& link) const
 bool Instances::canBeReplaced(const Instance& instance, const Link& link)
 {
     return (link.role == Role::Context && instance.entity != "DEFINITIONAL_REPRESENTATION") ||
-           link.role == Role::ProductContext || link.role == Role::DefinitionContext;
-}
-
-/// Whether it stays as it was.
-bool Instances::settle(Instance& instance)
-{
-    bool hadSome = false, hasSome = false;
-    for (const Link& link : instance.links) {
-        const bool isGood = holds(link) || canBeReplaced(instance, link);
-        if (!isGood && !link.mayMiss) {
-            instance.isSound = becomesItsCurve(instance) || becomesItsSpare(instance);
-            return false;
-        }
-        hadSome |= link.mayMiss;
-        hasSome |= link.mayMiss && isGood;
-    }
-    instance.isSound = hasSome || !hadSome;
-    return instance.isSound;
+           link.role == Role::ProductContext || link.role == Role::DefinitionContext ||
+           link.role == Role::Exponents;
 }
 
 /// Of two with one number the first that is sound.

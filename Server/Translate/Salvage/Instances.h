@@ -17,6 +17,7 @@ struct Link
     uint32_t target = 0;         ///< The number that stands there.
     Role role = Role::Count;     ///< What the target has to be; Count for anything.
     bool mayMiss = false;        ///< One of a list that does with fewer.
+    bool isGone = false;         ///< Known not to lead to what it has to.
     uint32_t begin = 0, end = 0; ///< Where it stands in the text.
 };
 
@@ -52,10 +53,9 @@ public:
 
 private:
     void add(const StepStatement& statement);
+    class Settling;
     bool becomesItsCurve(Instance& instance);
     bool becomesItsSpare(Instance& instance);
-    bool settle(Instance& instance);
-    void settleAll();
     void dropUnplaced();
 
     std::vector<Instance> m_all;

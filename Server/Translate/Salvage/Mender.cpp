@@ -185,6 +185,8 @@ uint32_t Mender::context()
 void Mender::findSubstitutes()
 {
     m_substitutes[Role::Context] = context();
+    m_exponents[false] = add("DIMENSIONAL_EXPONENTS(0.,0.,0.,0.,0.,0.,0.)");
+    m_exponents[true] = add("DIMENSIONAL_EXPONENTS(1.,0.,0.,0.,0.,0.,0.)");
     const uint32_t application = add("APPLICATION_CONTEXT('automotive design')");
     m_substitutes[Role::ProductContext] =
         add("PRODUCT_CONTEXT(''," + reference(application) + ",'mechanical')");
@@ -294,7 +296,10 @@ std::string Mender::printed(const Instance& instance) const
         if (m_instances.holds(link))
             continue;
         if (Instances::canBeReplaced(instance, link)) {
-            text.replace(link.begin, link.end - link.begin, reference(m_substitutes.at(link.role)));
+            const bool isLength = instance.text.find("LENGTH_UNIT") != instance.text.npos;
+            const uint32_t other =
+                link.role == Role::Exponents ? m_exponents[isLength] : m_substitutes.at(link.role);
+            text.replace(link.begin, link.end - link.begin, reference(other));
             continue;
         }
         // With one of the commas beside it.

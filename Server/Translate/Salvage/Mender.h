@@ -61,6 +61,7 @@ private:
     std::vector<uint32_t> m_newShells, m_newShapes;
     uint32_t m_next = 0;
     std::map<Role, uint32_t> m_substitutes; ///< What stands where a target of that role is gone.
+    uint32_t m_exponents[2] = {};           ///< The same, of angles and of lengths.
     bool m_lostUnits = false;
     size_t m_looseFaces = 0;
     bool m_hasShapes = false;

@@ -36,7 +36,7 @@ bool Checker::addLink(const StepValue& value, Role role, bool mayMiss)
 {
     const auto begin = static_cast<uint32_t>(value.text.data() - m_text.data());
     m_instance.links.push_back(
-        {value.reference, role, mayMiss, begin, begin + static_cast<uint32_t>(value.text.size())});
+        {value.reference, role, mayMiss, false, begin, begin + static_cast<uint32_t>(value.text.size())});
     return value.reference <= kLargestReference;
 }
 
@@ -50,7 +50,7 @@ bool Checker::takeLinks(std::span<const StepValue> values, bool mayMiss)
 
 bool Checker::matches(const StepValue& value, const ValueRule& rule, bool mayMiss)
 {
-    if (rule.isOptional && value.kind == Kind::Omitted)
+    if ((rule.isOptional && value.kind == Kind::Omitted) || (rule.isDerivable && value.kind == Kind::Derived))
         return true;
     const bool isNumber = value.kind == Kind::Number;
     const auto each = [&](bool membersMayMiss) {

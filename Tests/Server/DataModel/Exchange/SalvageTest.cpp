@@ -33,6 +33,7 @@ public:
 
     std::string& operator[](int number) { return m_statements.at(number); }
     void remove(int number) { m_statements.erase(number); }
+    void put(int number, const std::string& statement) { m_statements[number] = statement; }
     /// The n-th statement of the entity, from 0.
     int find(const std::string& entity, int n = 0) const
     {
@@ -138,6 +139,20 @@ TEST_F(SalvageTest, WhatIsOnlyWrittenBadlyIsWholeAgain)
     }
 }
 
+TEST_F(SalvageTest, AChainOfWhatNeedsTheNextGoesAsAWhole)
+{
+    const StepFile file(whole);
+    constexpr int kLength = 200'000;
+    std::string chain;
+    for (int i = 1; i <= kLength; ++i) // The last one's target isn't there.
+        chain += '#' + std::to_string(100'000 + i) + "=OFFSET_SURFACE('',#" + std::to_string(100'001 + i) +
+                 ",1.,.F.);\n";
+    Asset* const asset = opened(boost::replace_first_copy(file.text(), "DATA;\n", "DATA;\n" + chain));
+    ASSERT_NE(asset, nullptr) << said();
+    EXPECT_NEAR(volumeOf(*asset), volume, 1e-5 * volume);
+    EXPECT_NE(said().find("is damaged"), std::string::npos) << said();
+}
+
 TEST_F(SalvageTest, WhatIsLeftAloneIsShownAsSalvaged)
 {
     StepFile file(whole);
@@ -159,6 +174,21 @@ TEST_F(SalvageTest, WhatIsLeftAloneIsShownAsSalvaged)
 
 TEST_F(SalvageTest, LostUnitsAreToldAndMillimetresTaken)
 {
+    // What a unit is called by is enough to know it by.
+    StepFile inches(whole);
+    const std::string text = inches.text(), millimetres = inches[inches.find("LENGTH_UNIT")];
+    const std::regex lengthUnit("LENGTH_UNIT\\(\\)");
+    const auto count = std::distance(std::sregex_iterator(text.begin(), text.end(), lengthUnit), {});
+    for (int n = 0; n < count; ++n)
+        inches[inches.find("LENGTH_UNIT", n)] =
+            "(CONVERSION_BASED_UNIT('INCH',#900001)LENGTH_UNIT()NAMED_UNIT(#999999))";
+    inches.put(900'000, millimetres);
+    inches.put(900'001, "LENGTH_MEASURE_WITH_UNIT(LENGTH_MEASURE(25.4),#900000)");
+    Asset* const larger = opened(inches.text());
+    ASSERT_NE(larger, nullptr) << said();
+    EXPECT_NEAR(volumeOf(*larger), volume * 25.4 * 25.4 * 25.4, 1e-4 * volume * 25.4 * 25.4 * 25.4);
+    EXPECT_EQ(said().find("millimetres are assumed"), std::string::npos) << said();
+
     StepFile file(whole);
     for (const std::regex lengths("LENGTH_UNIT\\(\\)"); std::regex_search(file.text(), lengths);)
         file.remove(file.find("LENGTH_UNIT"));
