@@ -1,5 +1,7 @@
 #include "Services/Itemhub/Admin/Backup.h"
 
+#include "Services/Itemhub/Store/Postgresql.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -13,21 +15,25 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// A value for libpq.
+QString quoted(QString text)
+{
+    return '\'' + text.replace('\\', "\\\\").replace('\'', "\\'") + '\'';
+}
+
 void dump(const Store::DatabaseOptions& options, const fs::path& file)
 {
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("PGPASSWORD", options.password);
     program.setProcessEnvironment(environment);
-    QStringList arguments{"--format=custom", "--file=" + QString::fromStdString(file),
-                          "--dbname=" + options.name};
-    if (!options.host.isEmpty())
-        arguments << "--host=" + options.host;
+    QStringList where{"dbname=" + quoted(options.name), "target_session_attrs=read-write"};
     if (!options.user.isEmpty())
-        arguments << "--username=" + options.user;
-    if (options.port)
-        arguments << "--port=" + QString::number(options.port);
-    program.start("pg_dump", arguments);
+        where << "user=" + quoted(options.user);
+    if (!options.host.isEmpty())
+        where << Store::postgresqlServers(options);
+    program.start("pg_dump", {"--format=custom", "--no-owner", "--file=" + QString::fromStdString(file),
+                              "--dbname=" + where.join(' ')});
     if (!program.waitForFinished(-1) || program.exitStatus() != QProcess::NormalExit ||
         program.exitCode() != 0)
         throw std::runtime_error("pg_dump failed: " + program.readAllStandardError().toStdString() +

@@ -33,7 +33,7 @@ public:
                             "keepalives_interval=5",  "keepalives_count=1",
                             "tcp_user_timeout=15000", "application_name=quillet-itemhub"};
         if (!m_options.host.isEmpty())
-            options << servers();
+            options << postgresqlServers(m_options);
         options << (use == Use::Read ? "target_session_attrs=prefer-standby"
                                      : "target_session_attrs=read-write");
         database.setConnectOptions(options.join(';'));
@@ -157,30 +157,27 @@ public:
     QString backup(const QString&) const override { return {}; }
 
 private:
-    /// libpq takes hosts and ports in two lists, and tries them one after the other.
-    QStringList servers() const
-    {
-        QStringList hosts, ports;
-        for (const QString& each : m_options.host.split(',')) {
-            QString server = each.trimmed();
-            // An address of IPv6 has colons, too, and brackets around it where a port follows.
-            const bool isBracketed = server.startsWith('[');
-            const qsizetype colon = server.lastIndexOf(isBracketed ? "]:" : ":") + (isBracketed ? 1 : 0);
-            const bool hasPort = isBracketed ? colon > 0 : server.count(':') == 1;
-            ports << (hasPort          ? server.mid(colon + 1)
-                      : m_options.port ? QString::number(m_options.port)
-                                       : "");
-            if (hasPort)
-                server.truncate(colon);
-            hosts << server.remove('[').remove(']');
-        }
-        return {"host=" + hosts.join(','), "port=" + ports.join(',')};
-    }
-
     DatabaseOptions m_options;
 };
 
 } // namespace
+
+QStringList postgresqlServers(const DatabaseOptions& options)
+{
+    QStringList hosts, ports;
+    for (const QString& each : options.host.split(',')) {
+        QString server = each.trimmed();
+        // An address of IPv6 has colons, too, and brackets around it where a port follows.
+        const bool isBracketed = server.startsWith('[');
+        const qsizetype colon = server.lastIndexOf(isBracketed ? "]:" : ":") + (isBracketed ? 1 : 0);
+        const bool hasPort = isBracketed ? colon > 0 : server.count(':') == 1;
+        ports << (hasPort ? server.mid(colon + 1) : options.port ? QString::number(options.port) : "");
+        if (hasPort)
+            server.truncate(colon);
+        hosts << server.remove('[').remove(']');
+    }
+    return {"host=" + hosts.join(','), "port=" + ports.join(',')};
+}
 
 std::unique_ptr<Dialect> postgresqlDialect(const DatabaseOptions& options)
 {

@@ -146,6 +146,26 @@ class AgeTest(unittest.TestCase):
         self.assertLess(len(kept.admin("audit", 100).splitlines()), audited)
 
 
+class UpgradeTest(ServiceTest):
+    def test_a_database_of_the_layout_before_is_brought_up_with_all_that_it_has(self):
+        made = [self.item(f"Item {number}") for number in (3, 1, 2)]
+        attachment = self.attachment(b"kept", made[1])
+        before = {each: self.boss("GET", f"/items/{each}").json for each in made}
+        after = self.boss("GET", "/events?after=now").json["next"]
+        self.service.stop()
+        for index in ("item_changed", "item_name", *(["item_similar"] if service.ON_POSTGRESQL else [])):
+            self.service.sql(f"DROP INDEX {index}")
+        self.service.sql("DELETE FROM schema_version WHERE number > 5")
+        boss = self.service.start().client(self.boss.token)
+        self.assertEqual({each: boss("GET", f"/items/{each}").json for each in made}, before)
+        listed = boss("GET", f"/workspaces/{self.workspace}/items?order=name").json["items"]
+        self.assertEqual([each["id"] for each in listed], [made[1], made[2], made[0]])
+        self.assertEqual(boss("GET", f"/attachments/{attachment}/versions/1/content").body, b"kept")
+        boss("PUT", f"/favourites/{made[0]}")
+        self.assertEqual([each["serial"] for each in boss("GET", f"/events?after={after}").json["events"]], [after + 1])
+        self.assertEqual(len(self.service.sql("SELECT number FROM schema_version")), self.service.sql("SELECT max(number) FROM schema_version")[0][0])
+
+
 class OtherProcessTest(ServiceTest):
     def test_what_another_process_changes_is_seen_by_the_next_request(self):
         item = self.item("before")

@@ -74,6 +74,18 @@ class ServersTest(Databases):
         self.replica.stop(signal.SIGKILL)
         self.assertEqual([boss("GET", self.items).status for _ in range(5)], [200] * 5)
 
+    def test_a_backup_is_made_of_the_server_that_takes_changes(self):
+        each, boss = self.begun(self.reach)
+        made = boss("POST", self.items, {"caption": "Kept"}).json["id"]
+        self.replica.sql("SELECT pg_wal_replay_pause()")
+        last = boss("POST", self.items, {"caption": "Kept, too"}).json["id"]
+        each.admin("backup", each.data / "backup")
+        restored = self.primary.database()
+        self.primary.run("pg_restore", "--no-owner", "-h", "127.0.0.1", "-p", self.primary.port, "-U", postgres.USER, "-d", restored,
+                         each.data / "backup/database")
+        other = self.service({**self.primary.reach(restored), "host": "127.0.0.1"}, keyFile=str(each.data / "service.key")).start()
+        self.assertEqual([item["id"] for item in other.client(boss.token)("GET", self.items).json["items"]], [made, last])
+
     def test_when_the_primary_goes_its_successor_is_found_and_nothing_is_lost_or_doubled(self):
         each, boss = self.begun(self.reach)
         # What was answered must be on both.
