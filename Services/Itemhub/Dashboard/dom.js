@@ -111,8 +111,8 @@ export function doing(work) {
 /** A form over the page for a few texts: resolves to them by name, or to null if it is closed. */
 export function ask(title, fields, ...buttons) {
     return new Promise(resolve => {
-        const inputs = fields.map(({ name, label, kind = "input", ...rest }) =>
-            element("label", {}, label, element(kind, { name, ...rest })));
+        const inputs = fields.map(({ name, label, kind = "input", options = [], ...rest }) =>
+            element("label", {}, label, element(kind, { name, ...rest }, ...options.map(([value, shown]) => element("option", { value }, shown)))));
         const choices = buttons.map(([value, label], i) =>
             element("button", { value, class: i === 0 ? "main" : null }, label));
         const form = element("form", { method: "dialog" }, element("h2", { id: "asked" }, title), ...inputs,
@@ -129,3 +129,6 @@ export function ask(title, fields, ...buttons) {
         dialog.showModal();
     });
 }
+
+/** Whether the reader means it: what is done doesn't come back by itself. */
+export const sure = (question, doIt = text("PageRemove")) => ask(question, [], ["sure", doIt]);

@@ -1,6 +1,6 @@
 // An item with all that it has.
 
-import { ask as askPerson, button, doing, element, keptPlace, picture, section, size, tell, text, time } from "./dom.js";
+import { ask as askPerson, button, doing, element, keptPlace, picture, section, size, sure, tell, text, time } from "./dom.js";
 import { cards, star } from "./lists.js";
 import { programPart } from "./program.js";
 import { all, ask, make, mayWrite, session, workspace } from "./service.js";
@@ -74,9 +74,6 @@ function comment(each, place) {
                 class: "remove", "aria-label": text("PageRemoveCommentOf", each.author) }) : null),
         element("p", { class: "written", dir: "auto" }, each.body));
 }
-
-/** Whether the reader means it: what is removed doesn't come back. */
-const sure = question => askPerson(question, [], ["remove", text("PageRemove")]);
 
 async function removeComment(each) {
     if (await sure(text("PageRemoveComment"))) {

@@ -2,7 +2,7 @@
 
 import { ask as askPerson, button, doing, element, keptPlace, picture, section, tell, text, time } from "./dom.js";
 import { programPart } from "./program.js";
-import { ask, make, mayWrite, session, workspace, workspaces } from "./service.js";
+import { ask, make, mayAdminister, mayWrite, session, workspace, workspaces } from "./service.js";
 
 /** A star that says whether an item is a favourite, and changes that. */
 export function star(item) {
@@ -105,7 +105,8 @@ export async function oneWorkspace(id) {
     }), { hidden: next === undefined });
     return {
         title: place.name,
-        actions: mayWrite(place) ? [button(text("PageNewItemButton"), doing(() => newItem(place, program)), { class: "main" })] : [],
+        actions: [mayAdminister(place) ? element("a", { class: "button", href: `#/workspaces/${id}/people` }, text("PagePeople")) : "",
+            ...mayWrite(place) ? [button(text("PageNewItemButton"), doing(() => newItem(place, program)), { class: "main" })] : []],
         content: [keptPlace(program), first.items.length > 1 ? sort : "", list, more],
         isAbout: event => event.workspaceId === id && /^(item|attachment|version)\./.test(event.kind),
     };

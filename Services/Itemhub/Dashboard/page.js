@@ -3,10 +3,13 @@
 import { doing, button, element, notices, replace, tell, tellFailure, text } from "./dom.js";
 import { oneItem } from "./item.js";
 import { found, home, oneWorkspace } from "./lists.js";
+import { ownAccount, people } from "./people.js";
 import { ask, listen, session, workspaces } from "./service.js";
 
 const routes = [
     [/^#\/workspaces\/(\d+)$/, id => oneWorkspace(Number(id))],
+    [/^#\/workspaces\/(\d+)\/people$/, id => people(Number(id), () => show(false))],
+    [/^#\/account$/, () => ownAccount(() => show(false))],
     [/^#\/items\/(\d+)$/, id => oneItem(Number(id))],
     [/^#\/search\/(.*)$/, query => found(decodeURIComponent(query))],
     [/^/, () => home()],
@@ -31,7 +34,7 @@ document.body.append(
     element("header", {},
         element("a", { class: "name", href: "#/" }, element("img", { src: "dashboard/files/icon.svg", alt: "", width: 28, height: 28 }), "Itemhub"),
         searching,
-        element("div", { class: "account" }, element("bdi", {}, session.account),
+        element("div", { class: "account" }, element("a", { href: "#/account" }, element("bdi", {}, session.account)),
             button(text("PageSignOut"), doing(async () => {
                 await ask("POST", "dashboard/end");
                 location.reload();

@@ -60,6 +60,8 @@ export async function workspace(id) {
     return (await workspaces()).find(each => each.id === id) ?? { id, name: String(id), role: "reader" };
 }
 
+/** Whether the reader's session may do what an administrator of the workspace does. */
+export const mayAdminister = workspace => workspace.role === "admin" && session.scope === "admin";
 export const mayWrite = workspace => workspace.role !== "reader";
 
 /** Calls `happened` with each event from now on, while the page is seen. */

@@ -54,7 +54,8 @@ const char* typeOf(const QString& name)
 Http::Response DashboardPage::response() const
 {
     const Texts texts(languages);
-    const QJsonObject session{{"account", account}, {"customer", customer}, {"proof", proof}, {"own", own}};
+    const QJsonObject session{{"account", account}, {"customer", customer}, {"proof", proof},
+                              {"own", own},         {"scope", scope},       {"administers", administers}};
     Http::Response response;
     response.type = "text/html";
     response.headers = {{"Content-Security-Policy", kPolicy},

@@ -11,8 +11,10 @@ struct DashboardPage
 {
     std::string languages; ///< As the browser's Accept-Language.
     QString account, customer;
-    QString proof;    ///< See Access::pageProof.
-    bool own = false; ///< Whether the service is a program's own, which needs no sign-in.
+    QString proof;            ///< See Access::pageProof.
+    bool own = false;         ///< Whether the service is a program's own, which needs no sign-in.
+    QString scope;            ///< Beyond which the session may do nothing.
+    bool administers = false; ///< Whether the session may do what administrators of all workspaces do.
 
     [[nodiscard]] Http::Response response() const;
 };

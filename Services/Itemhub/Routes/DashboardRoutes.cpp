@@ -16,12 +16,6 @@ namespace {
 constexpr qint64 kLinkLifetimeMs = 60LL * 1000;
 constexpr const char* kLabel = "Browser"; ///< What the list of tokens calls a session.
 
-std::string pageBase(const Call& call)
-{
-    const QString& own = call.service.config.pageUrl;
-    return own.isEmpty() ? call.base : own.toStdString();
-}
-
 /// @param problem as for SignInPage::response
 Http::Response signInForm(const Call& call, const QString& customer, const QString& account,
                           const char* problem, const QString& action = "dashboard")
@@ -33,19 +27,6 @@ Http::Response signInForm(const Call& call, const QString& customer, const QStri
     page.customer = customer;
     page.account = account;
     return page.response(problem);
-}
-
-/// Goes on to the page, which the browser then has a session for.
-Http::Response begun(Call& call, qint64 account, Store::Role scope, const char* page)
-{
-    const Access::Granted granted = Access::grantBearer(
-        call.store,
-        {.account = account, .scope = scope, .label = kLabel, .lifetimeMs = Access::kPageSessionMs});
-    Http::Response response;
-    response.status = 303;
-    response.headers = {{"Location", page},
-                        {"Set-Cookie", Access::pageCookie(granted.token, pageBase(call))}};
-    return response;
 }
 
 std::optional<Store::TokenRecord> sessionOf(Call& call)
@@ -64,15 +45,39 @@ std::optional<Store::TokenRecord> sessionOf(Call& call)
 
 } // namespace
 
+std::string pageBase(const Call& call)
+{
+    const QString& own = call.service.config.pageUrl;
+    return own.isEmpty() ? call.base : own.toStdString();
+}
+
+Http::Response beginPageSession(Call& call, qint64 account, Store::Role scope, const char* page)
+{
+    const Access::Granted granted = Access::grantBearer(
+        call.store,
+        {.account = account, .scope = scope, .label = kLabel, .lifetimeMs = Access::kPageSessionMs});
+    Http::Response response;
+    response.status = 303;
+    response.headers = {{"Location", page},
+                        {"Set-Cookie", Access::pageCookie(granted.token, pageBase(call))}};
+    return response;
+}
+
 Http::Response showDashboard(Call& call)
 {
     const auto session = sessionOf(call);
     if (!session)
         return signInForm(call, QString::fromStdString(call.request.parameter("customer").value_or("")), {},
                           nullptr);
-    return DashboardPage{call.request.header("Accept-Language"), session->accountName, session->tenantName,
+    return DashboardPage{call.request.header("Accept-Language"),
+                         session->accountName,
+                         session->tenantName,
                          Access::pageProof(call.service.key, session->selector),
-                         !call.service.config.pageUrl.isEmpty()}
+                         !call.service.config.pageUrl.isEmpty(),
+                         Store::nameOf(session->scope),
+                         session->scope == Store::Role::Admin &&
+                             Store::roleIn(call.store, session->account, Store::kAllWorkspaces) ==
+                                 Store::Role::Admin}
         .response();
 }
 
@@ -85,7 +90,7 @@ Http::Response signInToDashboard(Call& call)
         const Store::Account account = accountOf(call, customer, name, field("password"));
         return changing(call, [&] {
             noteSignIn(call, customer, account, kLabel);
-            return begun(call, account.id, Store::Role::Writer, "dashboard");
+            return beginPageSession(call, account.id, Store::Role::Admin, "dashboard");
         });
     } catch (const Http::Problem& problem) {
         Http::Response response = signInForm(call, customer, name, problem.code.c_str());
@@ -138,7 +143,7 @@ Http::Response enterDashboard(Call& call)
     return changing(call, [&] {
         call.caller.account = link->account;
         call.audit("sign-in", kLabel);
-        return begun(call, link->account, link->scope, "../dashboard");
+        return beginPageSession(call, link->account, link->scope, "../dashboard");
     });
 }
 

@@ -20,4 +20,10 @@ namespace Itemhub::Routes {
 /// What the link leads to.
 [[nodiscard]] Http::Response enterDashboard(Call& call);
 
+/// The service as browsers see it.
+[[nodiscard]] std::string pageBase(const Call& call);
+/// Goes on to the page, which the browser then has a session for.
+[[nodiscard]] Http::Response beginPageSession(Call& call, qint64 account, Store::Role scope,
+                                              const char* page);
+
 } // namespace Itemhub::Routes

@@ -99,6 +99,16 @@ std::optional<qint64> Members::number(const char* name, qint64 lowest, qint64 hi
     return value.toInteger();
 }
 
+std::optional<bool> Members::flag(const char* name)
+{
+    if (!has(name))
+        return std::nullopt;
+    const QJsonValue value = m_object.value(QLatin1String(name));
+    if (!value.isBool())
+        throw badMember(name, "must be true or false");
+    return value.toBool();
+}
+
 Store::Role Members::role(const char* name, Store::Role otherwise)
 {
     const auto text = given(name, kName);

@@ -31,6 +31,7 @@ public:
     [[nodiscard]] QString text(const char* name, const QString& otherwise);
     [[nodiscard]] QString secret(const char* name);
     [[nodiscard]] std::optional<qint64> number(const char* name, qint64 lowest, qint64 highest);
+    [[nodiscard]] std::optional<bool> flag(const char* name);
     [[nodiscard]] Store::Role role(const char* name, Store::Role otherwise);
     /// To be called when all were read: refuses others.
     void end() const;

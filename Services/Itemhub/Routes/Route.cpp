@@ -5,6 +5,8 @@
 #include "Services/Itemhub/Routes/EventRoutes.h"
 #include "Services/Itemhub/Routes/FindRoutes.h"
 #include "Services/Itemhub/Routes/ItemRoutes.h"
+#include "Services/Itemhub/Routes/JoinRoutes.h"
+#include "Services/Itemhub/Routes/PeopleRoutes.h"
 #include "Services/Itemhub/Routes/PictureRoutes.h"
 #include "Services/Itemhub/Routes/ProgramRoutes.h"
 #include "Services/Itemhub/Routes/ServiceRoutes.h"
@@ -69,6 +71,8 @@ const std::vector<Route>& routes()
         {"POST", "/dashboard", Nothing, None, Takes::Bytes, signInToDashboard},
         {"GET", "/dashboard/enter", Nothing, None, kNone, enterDashboard},
         {"GET", "/dashboard/files/{file}", Nothing, None, kNone, showDashboardFile},
+        {"GET", "/dashboard/join", Nothing, None, kNone, showJoin},
+        {"POST", "/dashboard/join", Nothing, None, Takes::Bytes, takeJoin},
         {"POST", "/dashboard/links", SignedIn, Reader, kNone, makeDashboardLink},
         {"POST", "/dashboard/end", SignedIn, Reader, kNone, signOutOfDashboard},
 
@@ -88,6 +92,13 @@ const std::vector<Route>& routes()
         {"GET", "/workspaces/{workspace}/members", Path, Admin, kNone, listMembers},
         {"PUT", "/workspaces/{workspace}/members/{account}", Path, Admin, Takes::Json, setMember},
         {"DELETE", "/workspaces/{workspace}/members/{account}", Path, Admin, kNone, removeMember},
+
+        {"GET", "/workspaces/{workspace}/invitations", Path, Admin, kNone, listInvitations},
+        {"POST", "/workspaces/{workspace}/invitations", Path, Admin, Takes::Secrets, makeInvitation},
+        {"DELETE", "/workspaces/{workspace}/invitations/{invitation}", Path, Admin, kNone, deleteInvitation},
+        {"GET", "/accounts", Tenant, Admin, kNone, listAccounts},
+        {"PATCH", "/accounts/{account}", Tenant, Admin, Takes::Json, changeAccount},
+        {"GET", "/audit", Tenant, Admin, kNone, listAudit},
 
         {"GET", "/workspaces/{workspace}/items", Path, Reader, kNone, listItems},
         {"POST", "/workspaces/{workspace}/items", Path, Writer, Takes::Json, makeItem},

@@ -56,6 +56,15 @@ QString problemOf(const Texts& texts, std::string_view code)
         return texts.text("SignInLinkUsed",
                           "The link was used already, or is too old. Open the dashboard from the "
                           "program again, or sign in here.");
+    if (code == "invitation_used")
+        return texts.text("SignInInvitationUsed",
+                          "The invitation was used already, is too old, or was taken back.");
+    if (code == "name_taken")
+        return texts.text("SignInNameTaken", "Somebody has that name already. Choose another one.");
+    if (code == "bad_name")
+        return texts.text("SignInBadName", "That cannot be a name.");
+    if (code == "short_password")
+        return texts.text("SignInShortPassword", "The password must have at least 10 characters.");
     return code == "too_many_failures"
                ? texts.text("SignInWait",
                             "There were too many wrong passwords. Wait a while, then try again.")
@@ -66,22 +75,33 @@ QString problemOf(const Texts& texts, std::string_view code)
 
 QString SignInPage::form(const Texts& texts) const
 {
+    const bool joins = kind == Kind::Join;
     QString form = QString("<form method=\"post\" action=\"%1\">\n")
-                       .arg(kind == Kind::Dashboard ? action : QStringLiteral("authorize"));
+                       .arg(kind == Kind::Program ? QStringLiteral("authorize") : action);
     for (const auto& [name, value] : hidden)
         form += QString("<input type=\"hidden\" name=\"%1\" value=\"%2\">\n")
                     .arg(name.toHtmlEscaped(), value.toHtmlEscaped());
-    form += field("customer", texts.text("SignInCustomer", "Customer"), customer,
-                  "autocomplete=\"organization\"");
+    if (!joins)
+        form += field("customer", texts.text("SignInCustomer", "Customer"), customer,
+                      "autocomplete=\"organization\"");
     form += field("account", texts.text("SignInName", "Name"), account,
                   "autocomplete=\"username\" required autofocus");
     form += field("password", texts.text("SignInPassword", "Password"), {},
-                  "type=\"password\" autocomplete=\"current-password\" required");
-    return form + QString("<button>%1</button>\n</form>\n").arg(texts.text("SignInTitle", "Sign In"));
+                  joins ? "type=\"password\" autocomplete=\"new-password\" minlength=\"10\" required"
+                        : "type=\"password\" autocomplete=\"current-password\" required");
+    return form + QString("<button>%1</button>\n</form>\n").arg(title(texts));
+}
+
+QString SignInPage::title(const Texts& texts) const
+{
+    return kind == Kind::Join ? texts.text("SignInJoin", "Join") : texts.text("SignInTitle", "Sign In");
 }
 
 QString SignInPage::why(const Texts& texts) const
 {
+    if (kind == Kind::Join)
+        return texts.text("SignInJoinWhy",
+                          "You were invited. Choose a name and a password for your account.");
     return kind == Kind::Dashboard
                ? texts.text("SignInDashboard",
                             "Your items, with their versions and what was said about them.")
@@ -96,7 +116,7 @@ Http::Response SignInPage::response(const char* problem) const
     QString page = QString("<!DOCTYPE html>\n<html lang=\"%1\">\n<head><meta charset=\"utf-8\">"
                            "<meta name=\"viewport\" content=\"width=device-width\"><title>%2</title>"
                            "<style>%3</style></head>\n<body><main>\n<h1>%2</h1>\n<p>%4</p>\n")
-                       .arg(texts.language(), texts.text("SignInTitle", "Sign In"), kStyle, why(texts));
+                       .arg(texts.language(), title(texts), kStyle, why(texts));
     if (problem)
         page += QString("<p role=\"alert\">%1</p>\n").arg(problemOf(texts, problem));
     page += form(texts) + "</main></body>\n</html>\n";

@@ -16,7 +16,7 @@ class Texts;
 struct SignInPage
 {
     /// What somebody signs in to.
-    enum class Kind { Program, Dashboard };
+    enum class Kind { Program, Dashboard, Join };
 
     Kind kind = Kind::Program;
     std::string languages;        ///< As the browser's Accept-Language.
@@ -29,6 +29,7 @@ struct SignInPage
     [[nodiscard]] Http::Response response(const char* problem) const;
 
 private:
+    [[nodiscard]] QString title(const Texts& texts) const;
     [[nodiscard]] QString why(const Texts& texts) const;
     [[nodiscard]] QString form(const Texts& texts) const;
 };

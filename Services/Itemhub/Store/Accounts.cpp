@@ -79,6 +79,18 @@ void setDisabled(Connection& connection, qint64 account, bool disabled)
     connection.run("UPDATE account SET disabled = ? WHERE id = ?", {disabled ? 1 : 0, account});
 }
 
+std::vector<Person> peopleOf(Connection& connection, qint64 tenant, qint64 after, qint64 limit)
+{
+    return allOf(connection.run("SELECT a.id, a.name, m.role, a.disabled, a.created_at FROM account a LEFT "
+                                "JOIN membership m ON m.account_id = a.id AND m.workspace_id = 0 WHERE "
+                                "a.tenant_id = ? AND a.id > ? ORDER BY a.id LIMIT ?",
+                                {tenant, after, limit}),
+                 [](const Rows& rows) {
+                     return Person{rows.number(0), rows.text(1), static_cast<Role>(rows.number(2)),
+                                   rows.number(3) != 0, rows.number(4)};
+                 });
+}
+
 void setMembership(Connection& connection, qint64 account, qint64 workspace, Role role)
 {
     Transaction change(connection);

@@ -23,6 +23,16 @@ struct Account
     bool disabled = false;
 };
 
+/// An account with what it may do everywhere.
+struct Person
+{
+    qint64 id = 0;
+    QString name;
+    Role everywhere = Role::None;
+    bool disabled = false;
+    qint64 createdAt = 0;
+};
+
 struct Member
 {
     qint64 account = 0;
@@ -39,6 +49,9 @@ qint64 addAccount(Connection& connection, qint64 tenant, const QString& name, co
 [[nodiscard]] std::optional<Account> findAccount(Connection& connection, qint64 tenant, const QString& name);
 void setPassword(Connection& connection, qint64 account, const QString& passwordHash);
 void setDisabled(Connection& connection, qint64 account, bool disabled);
+
+/// Those of a customer behind an id, so many at most.
+[[nodiscard]] std::vector<Person> peopleOf(Connection& connection, qint64 tenant, qint64 after, qint64 limit);
 
 /// Role::None ends a membership.
 void setMembership(Connection& connection, qint64 account, qint64 workspace, Role role);

@@ -1,6 +1,8 @@
 #include "Services/Itemhub/Store/Events.h"
 
 #include <algorithm>
+#include <limits>
+#include <string>
 
 namespace Itemhub::Store {
 
@@ -77,19 +79,33 @@ void addAudit(Connection& connection, qint64 tenant, qint64 account, const QStri
         {idOrNull(tenant), idOrNull(account), action, subject.left(kSubject), address.left(kAddress), now()});
 }
 
+namespace {
+
+const std::string kAudit = "SELECT u.id, t.name, a.name, u.action, u.subject, u.address, u.created_at FROM "
+                           "audit u LEFT JOIN tenant t ON t.id = u.tenant_id LEFT JOIN account a ON a.id = "
+                           "u.account_id ";
+const std::string kAuditTrail = kAudit + "ORDER BY u.id DESC LIMIT ?";
+const std::string kAuditOf = kAudit + "WHERE u.tenant_id = ? AND u.id < ? ORDER BY u.id DESC LIMIT ?";
+
+AuditRecord recordOf(const Rows& rows)
+{
+    return {rows.number(0), rows.text(1), rows.text(2),  rows.text(3),
+            rows.text(4),   rows.text(5), rows.number(6)};
+}
+
+} // namespace
+
 std::vector<AuditRecord> auditTrail(Connection& connection, qint64 limit)
 {
-    std::vector<AuditRecord> records;
-    Rows rows =
-        connection.run("SELECT t.name, a.name, u.action, u.subject, u.address, u.created_at FROM audit u "
-                       "LEFT JOIN tenant t ON t.id = u.tenant_id LEFT JOIN account a ON a.id = u.account_id "
-                       "ORDER BY u.id DESC LIMIT ?",
-                       {limit});
-    while (rows.next())
-        records.push_back(
-            {rows.text(0), rows.text(1), rows.text(2), rows.text(3), rows.text(4), rows.number(5)});
+    auto records = allOf(connection.run(kAuditTrail, {limit}), recordOf);
     std::reverse(records.begin(), records.end());
     return records;
+}
+
+std::vector<AuditRecord> auditOf(Connection& connection, qint64 tenant, const Page& page)
+{
+    const qint64 before = page.after ? page.after : std::numeric_limits<qint64>::max();
+    return allOf(connection.run(kAuditOf, {tenant, before, page.limit}), recordOf);
 }
 
 void removeAuditBefore(Connection& connection, qint64 time)

@@ -40,11 +40,15 @@ void addAudit(Connection& connection, qint64 tenant, qint64 account, const QStri
 
 struct AuditRecord
 {
+    qint64 id = 0;
     QString tenant, account, action, subject, address;
     qint64 at = 0;
 };
 /// The newest, oldest first.
 [[nodiscard]] std::vector<AuditRecord> auditTrail(Connection& connection, qint64 limit);
+/// Of one customer, the newest first.
+/// @param page comes before its id; 0 for the newest
+[[nodiscard]] std::vector<AuditRecord> auditOf(Connection& connection, qint64 tenant, const Page& page);
 /// Removes those before a time, in milliseconds since 1970; but the newest stays.
 void removeAuditBefore(Connection& connection, qint64 time);
 

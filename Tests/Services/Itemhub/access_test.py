@@ -1,6 +1,7 @@
 """Who may what: every route for every role, for another customer and for bad tokens; signing in; signed requests."""
 
 import base64
+import concurrent.futures
 import hashlib
 import hmac
 import html.parser
@@ -17,6 +18,8 @@ RANK = {"stranger": 0, "reader": 1, "writer": 2, "admin": 3}
 BODIES = {
     ("POST", "/workspaces"): {"name": "Another"},
     ("PUT", "/workspaces/{workspace}/members/{account}"): {"role": "reader"},
+    ("POST", "/workspaces/{workspace}/invitations"): {"label": "Somebody"},
+    ("PATCH", "/accounts/{account}"): {"disabled": False},
     ("POST", "/workspaces/{workspace}/items"): {"caption": "New"},
     ("PATCH", "/items/{item}"): {"caption": "Changed"},
     ("POST", "/items/{item}/links"): {"itemId": 1},
@@ -53,6 +56,8 @@ class RolesTest(ServiceTest):
                  "upload": "none", "comment": 1, "attachment": 1, "request": 4711}
         if "{comment}" in pattern:
             names["comment"] = self.boss("POST", f"/items/{item}/comments", {"body": "x"}).json["id"]
+        if "{invitation}" in pattern:
+            names["invitation"] = self.boss("POST", f"/workspaces/{self.workspace}/invitations", {"label": "x"}).json["id"]
         if "{attachment}" in pattern:
             names["attachment"] = self.attachment(item=item)
         return pattern.format(**names)
@@ -62,10 +67,11 @@ class RolesTest(ServiceTest):
         return client(method, self.path(pattern), BODIES.get((method, pattern)), {**HEADERS, **bytes_follow})
 
     def test_every_route_asks_for_its_role(self):
-        # Making workspaces needs a role everywhere; other people's uploads, tokens and comments are nobody's at all. What
+        # Making workspaces and what is about all people need a role everywhere; other people's uploads, tokens and comments are nobody's at all. What
         # isn't a document has no picture.
         own = {"/tokens/{token}", "/program/requests/{request}", "/program/requests/{request}/take", "/program/tickets", "/uploads/{upload}", "/items/{item}/picture",
                "/attachments/{attachment}/versions/{version}/picture"}
+        everywhere = {("POST", "/workspaces"), ("GET", "/accounts"), ("PATCH", "/accounts/{account}"), ("GET", "/audit")}
         for method, pattern, role in routes():
             if role == "anybody":
                 continue
@@ -73,7 +79,7 @@ class RolesTest(ServiceTest):
             for name, client in self.accounts.items():
                 with self.subTest(f"{method} {pattern} by {name}"):
                     answer = self.ask(client, method, pattern)
-                    if pattern == "/workspaces" and method == "POST":
+                    if (method, pattern) in everywhere:
                         self.assertEqual(answer.status, 403)
                     elif RANK[name] >= RANK[role] or not (about_workspace or pattern.startswith("/uploads")):
                         allowed = {404} if pattern in own else {403, 204} if "{comment}" in pattern else {404} \
@@ -126,6 +132,83 @@ class RolesTest(ServiceTest):
         self.assertEqual(guest("GET", "/search?q=item").json["items"], [])
         self.service.admin("account", "disable", "acme", "guest")
         self.assertEqual(guest("GET", "/session").json["code"], "account_disabled")
+
+
+class PeopleTest(ServiceTest):
+    form = {"Content-Type": "application/x-www-form-urlencoded"}
+
+    def invite(self, client, workspace=None, **more):
+        return client("POST", f"/workspaces/{workspace or self.workspace}/invitations", {"label": "Somebody", **more}).json
+
+    def join(self, invitation, account, password=PASSWORD, **headers):
+        code = urllib.parse.parse_qs(invitation["url"].split("?")[1])["code"][0]
+        return self.service.client()("POST", "/dashboard/join", headers={**self.form, **headers},
+                                     body=urllib.parse.urlencode({"code": code, "account": account, "password": password}))
+
+    def test_an_invitation_makes_one_account_with_its_role_and_serves_no_more(self):
+        invitation = self.invite(self.boss, role="writer")
+        for account, password, status in [("", PASSWORD, 400), ("two\nlines", PASSWORD, 400), ("x" * 200, PASSWORD, 400),
+                                          ("joined", "short", 400), ("boss", PASSWORD, 409)]:
+            refused = self.join(invitation, account, password)
+            self.assertEqual((refused.status, refused.headers.get("set-cookie")), (status, None), account)
+        self.assertEqual(self.join(invitation, "joined", **{"Sec-Fetch-Site": "cross-site"}).status, 403)
+        begun = self.join(invitation, "joined")
+        self.assertEqual((begun.status, begun.headers["location"]), (303, "../dashboard"))
+        session = self.service.client()
+        cookie = begun.headers["set-cookie"].split(";")[0]
+        self.assertEqual(session("GET", "/session", headers={"Cookie": cookie}).json["account"], "joined")
+        self.assertEqual(session("GET", "/workspaces", headers={"Cookie": cookie}).json["workspaces"][0]["role"], "writer")
+        self.assertEqual(self.join(invitation, "again").status, 410)
+        left = self.boss("GET", f"/workspaces/{self.workspace}/invitations").json["invitations"]
+        self.assertNotIn(invitation["id"], [each["id"] for each in left])
+        self.assertNotIn(invitation["url"].split("code=")[1], self.service.stored())
+
+    def test_an_invitation_ends_with_its_time_and_with_who_made_it(self):
+        host = self.service.member("acme", "host", "admin", self.workspace)
+        late, orphan, demoted = [self.invite(host) for _ in range(3)]
+        self.service.sql(f"UPDATE invitation SET expires_at = 1 WHERE id = {late['id']}")
+        self.assertEqual(self.join(late, "late").status, 410)
+        self.service.admin("member", "set", "acme", "host", self.workspace, "writer")
+        self.assertEqual(self.join(demoted, "demoted").status, 410)
+        self.service.admin("member", "set", "acme", "host", self.workspace, "admin")
+        self.service.admin("account", "disable", "acme", "host")
+        self.assertEqual(self.join(orphan, "orphan").status, 410)
+        # Of two at once, one joins.
+        wanted = self.invite(self.boss)
+        with concurrent.futures.ThreadPoolExecutor(4) as pool:
+            statuses = sorted(answer.status for answer in pool.map(lambda number: self.join(wanted, f"racer {number}"), range(4)))
+        self.assertEqual(statuses, [303, 410, 410, 410])
+
+    def test_administrators_of_all_workspaces_manage_accounts_but_not_their_own(self):
+        made = self.service.member("acme", "managed", "reader")
+        people = {each["account"]: each for each in self.boss("GET", "/accounts?limit=500").json["accounts"]}
+        self.assertEqual((people["managed"]["everywhere"], people["managed"]["disabled"]), ("reader", False))
+        self.assertEqual(self.boss("PATCH", "/accounts/managed", {"everywhere": "writer"}).status, 204)
+        self.assertEqual(self.boss("PATCH", "/accounts/managed", {"disabled": False}).status, 204)
+        item = made("POST", f"/workspaces/{self.workspace}/items", {"caption": "Now"})
+        self.assertEqual(item.status, 201)
+        self.assertEqual(self.boss("PATCH", "/accounts/managed", {"disabled": True, "everywhere": None}).status, 204)
+        self.assertEqual(made("GET", "/session").json["code"], "account_disabled")
+        self.assertEqual(self.boss("PATCH", "/accounts/boss", {"disabled": True}).json["code"], "own_account")
+        for change in ({"disabled": 1}, {"everywhere": "owner"}, {"colour": "red"}):
+            self.assertEqual(self.boss("PATCH", "/accounts/managed", change).json["code"], "bad_member", change)
+
+    def test_an_administrator_reads_what_happened_to_his_customer_and_to_no_other(self):
+        self.service.admin("customer", "add", "others")
+        other = self.service.member("others", "boss", "admin")
+        other("POST", "/workspaces", {"name": "Secret"})
+        for number in range(5):
+            self.boss("POST", "/workspaces", {"name": f"Place {number}"})
+        read, after = [], ""
+        while after is not None and len(read) < 100:
+            part = self.boss("GET", f"/audit?limit=2{after}").json
+            read += part["records"]
+            after = f"&after={part['next']}" if "next" in part else None
+        self.assertEqual([each["subject"] for each in read[:5]], [f"Place {number}" for number in (4, 3, 2, 1, 0)])
+        self.assertEqual(sorted({each["id"] for each in read}, reverse=True), [each["id"] for each in read])
+        self.assertNotIn("Secret", str(read))
+        self.assertEqual(read[0]["address"], "127.0.0.1")
+        self.assertEqual([each["subject"] for each in other("GET", "/audit").json["records"]], ["Secret"])
 
 
 class SignInTest(ServiceTest):

@@ -119,6 +119,20 @@ class InterfaceTest(ServiceTest):
                                    ("DELETE", members + "/guest", None), ("GET", f"/workspaces/{workspace}", None)]:
             self.assertLess(call(method, path, body).status, 300)
 
+        invitations = f"/workspaces/{workspace}/invitations"
+        taken_back = call("POST", invitations, {"label": "Somebody", "role": "writer", "days": 1}).json
+        self.assertEqual(call("GET", invitations).json["invitations"][0]["id"], taken_back["id"])
+        self.assertEqual(call("DELETE", f"{invitations}/{taken_back['id']}").status, 204)
+        self.assertEqual(call("GET", "/dashboard/join?" + taken_back["url"].split("?")[1]).status, 410)
+        code = call("POST", invitations, {"label": "Somebody"}).json["url"].split("?")[1]
+        self.assertEqual(call("GET", "/dashboard/join?" + code).status, 200)
+        for account, password, status in (("guest", "long enough", 409), ("new", "short", 400), ("new", "long enough", 303), ("newer", "long enough", 410)):
+            typed = code + "&" + urllib.parse.urlencode({"account": account, "password": password})
+            self.assertEqual(call("POST", "/dashboard/join", body=typed, headers=form).status, status)
+        self.assertIn("new", [each["account"] for each in call("GET", "/accounts").json["accounts"]])
+        self.assertEqual(call("PATCH", "/accounts/new", {"disabled": True, "everywhere": None}).status, 204)
+        self.assertEqual(call("GET", "/audit?limit=1").json["records"][0]["action"], "member set")
+
         first = call("POST", f"/workspaces/{workspace}/items", {"caption": "First"}).json["id"]
         item = call("POST", f"/workspaces/{workspace}/items",
                     {"caption": "Second", "description": "of two", "linkedItemId": first}).json["id"]
