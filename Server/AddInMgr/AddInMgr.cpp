@@ -111,6 +111,11 @@ bool AddInMgr::loadAddIn(const fs::path& root, const AddInManifest& manifest, St
     if (twin != m_addIns.end())
         return refused(L"there is one of that identifier already, from " + twin->manifest.file.wstring() +
                        L'.');
+    for (const std::string& required : manifest.required)
+        if (std::none_of(m_addIns.begin(), m_addIns.end(),
+                         [&](const AddIn& other) { return other.manifest.identifier == required; }))
+            return refused(L"it needs the add-in \"" + Strings::widen(required) +
+                           L"\", which is not loaded.");
 
     const fs::path library = root / "lib" / ("lib" + manifest.library + ".so");
     // Never closed again: definitions, identifiers and types of the library may be known to others to the

@@ -15,8 +15,9 @@ namespace Vs {
 struct AddInManifest
 {
     boost::filesystem::path file;
-    std::string identifier; ///< Of which there is one in the program: "Commands".
-    std::string library;    ///< `lib/lib<library>.so` under the application's root.
+    std::string identifier;            ///< Of which there is one in the program: "Commands".
+    std::vector<std::string> required; ///< The identifiers of those whose libraries this one links.
+    std::string library;               ///< `lib/lib<library>.so` under the application's root.
     std::wstring title;
     std::wstring description;
     int loadOrder = 100; ///< Smaller ones are loaded first; equal ones by the names of their manifests.

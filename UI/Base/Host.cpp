@@ -108,7 +108,7 @@ public:
     Vs::Asset* asset(const AssetSession* session) override { return session->asset(); }
     GraphicsView* graphicsView(AssetSession* session) override
     {
-        return Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId()));
+        return session->viewManager()->graphicsView();
     }
     void activateEnvironment(AssetSession* session, const std::wstring& id) override
     {

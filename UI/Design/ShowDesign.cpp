@@ -50,7 +50,7 @@ void showDesign(Vs::Document* document, Vs::Status& status)
     run(kAssetShellCommand, context, status);
     // The view frames what arrives later by itself, unless the camera is moved before.
     const Vs::Component* parts = document->activeAsset()->components();
-    auto* view = Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId()));
+    GraphicsView* view = session->viewManager()->graphicsView();
     if (view && parts && !parts->children.empty())
         view->fit();
 }

@@ -38,12 +38,20 @@ std::string attribute(xmlNode* node, const char* name)
     return collapsed(taken(xmlGetProp(node, reinterpret_cast<const xmlChar*>(name))));
 }
 
-std::string child(xmlNode* parent, const char* name)
+std::vector<std::string> children(xmlNode* parent, const char* name)
 {
+    std::vector<std::string> texts;
     for (xmlNode* node = parent->children; node; node = node->next)
         if (node->type == XML_ELEMENT_NODE && !std::strcmp(reinterpret_cast<const char*>(node->name), name))
-            return collapsed(taken(xmlNodeGetContent(node)));
-    return {};
+            texts.push_back(collapsed(taken(xmlNodeGetContent(node))));
+    return texts;
+}
+
+/// The first of them; empty if there is none.
+std::string child(xmlNode* parent, const char* name)
+{
+    const std::vector<std::string> texts = children(parent, name);
+    return texts.empty() ? std::string() : texts.front();
 }
 
 std::unique_ptr<AddInManifest> parseManifest(const boost::filesystem::path& root,
@@ -66,6 +74,7 @@ std::unique_ptr<AddInManifest> parseManifest(const boost::filesystem::path& root
     auto manifest = std::make_unique<AddInManifest>();
     manifest->file = file;
     manifest->identifier = attribute(element, "identifier");
+    manifest->required = children(element, "Requires");
     manifest->library = child(element, "Library");
     manifest->title = Strings::widen(child(element, "Title"));
     manifest->description = Strings::widen(child(element, "Description"));

@@ -14,10 +14,12 @@ namespace {
 namespace fs = boost::filesystem;
 
 std::string manifest(const std::string& identifier, const std::string& library,
-                     const std::string& order = "100")
+                     const std::string& order = "100", const std::string& required = "")
 {
     return "<?xml version=\"1.0\"?>\n<AddIn identifier=\"" + identifier + "\" loadOrder=\"" + order +
-           "\">\n  <Title>" + identifier + "</Title>\n  <Library>" + library + "</Library>\n</AddIn>\n";
+           "\">\n  <Title>" + identifier + "</Title>\n" +
+           (required.empty() ? "" : "  <Requires>" + required + "</Requires>\n") + "  <Library>" + library +
+           "</Library>\n</AddIn>\n";
 }
 
 class AddInMgrTest : public testing::Test
@@ -56,7 +58,7 @@ protected:
 
 TEST_F(AddInMgrTest, LoadsInOrderAndUnloadsInReverseInTwoSteps)
 {
-    write("A", manifest("Late", "ProbeAddInSecond", "20"));
+    write("A", manifest("Late", "ProbeAddInSecond", "20", "Early"));
     write("B", manifest("Early", "ProbeAddInFirst", "10"));
     EXPECT_EQ(load(), L"");
     ASSERT_EQ(manager->addIns().size(), 2u);
@@ -90,6 +92,8 @@ TEST_F(AddInMgrTest, GivesOneMessageForEachAddInThatCannotBeLoadedAndLoadsTheOth
         {"NoLibrary", manifest("NoLibrary", "NoSuchLibrary"), L"libNoSuchLibrary.so: cannot open"},
         {"NoExport", manifest("NoExport", "ProbeAddInSilent"), L"does not export GetIAddIn"},
         {"Failing", manifest("Failing", "ProbeAddInFailing"), L"\"Failing\" is not loaded: no licence"},
+        {"Lonely", manifest("Lonely", "ProbeAddInSecond", "100", "Nobody"),
+         L"it needs the add-in \"Nobody\""},
         {"Twin", manifest("Good", "ProbeAddInSecond"), L"there is one of that identifier already"},
     };
     for (const Row& row : rows)

@@ -39,7 +39,7 @@ const Camera* activeCamera()
 {
     AssetSession* session = SessionMgr::get()->activeAssetSession();
     ViewMgr* views = session ? session->viewManager() : nullptr;
-    GraphicsView* view = views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr;
+    GraphicsView* view = views ? views->graphicsView() : nullptr;
     if (view)
         view->settleFit();
     return view && !view->viewFragments().empty() ? view->viewFragments().front()->camera() : nullptr;

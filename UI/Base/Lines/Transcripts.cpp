@@ -67,8 +67,7 @@ private:
     {
         AssetSession* session = SessionMgr::get()->activeAssetSession();
         ViewMgr* views = session ? session->viewManager() : nullptr;
-        if (GraphicsView* view =
-                views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr)
+        if (GraphicsView* view = views ? views->graphicsView() : nullptr)
             view->settleFit();
     }
 

@@ -82,7 +82,7 @@ GraphicsView* AssetSession::createView()
         return nullptr;
     GraphicsView* made = view.get();
     made->createScene();
-    if (auto* first = Vs::cast<GraphicsView>(m_views->view(GraphicsView::interfaceId())))
+    if (const GraphicsView* first = m_views->graphicsView())
         made->copyCamera(*first);
     m_views->add(std::move(view));
     return made;

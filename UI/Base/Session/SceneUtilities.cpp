@@ -24,7 +24,7 @@ GraphicsView* SceneUtilities::getActiveAssetGraphicView()
     auto* attended = Vs::cast<AssetGraphicsView>(SplitViewMgr::get()->activeView());
     if (attended && attended->assetSession() == session)
         return attended;
-    return Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId()));
+    return session->viewManager()->graphicsView();
 }
 
 GraphicsCanvas* SceneUtilities::getActiveGraphicsCanvas()

@@ -32,9 +32,7 @@ std::vector<Camera*> camerasOf(AssetSession& session)
 {
     std::vector<Camera*> cameras;
     ViewMgr* views = session.viewManager();
-    const GraphicsView* view =
-        views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr;
-    if (view)
+    if (const GraphicsView* view = views ? views->graphicsView() : nullptr)
         for (const Vs::Scene::ViewFragment* fragment : view->viewFragments())
             cameras.push_back(fragment->camera());
     return cameras;

@@ -53,7 +53,7 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     if (!view)
         return {};
     view->createScene();
-    if (const auto* seen = Vs::cast<GraphicsView>(session->viewManager()->view(GraphicsView::interfaceId())))
+    if (const GraphicsView* seen = session->viewManager()->graphicsView())
         view->copyCamera(*seen);
     view->update();
     Vs::Scene::ViewFragment* model = view->modelFragment();

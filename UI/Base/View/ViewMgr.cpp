@@ -13,6 +13,11 @@ View* ViewMgr::view(const Vs::UniqueString* interfaceId) const
     return found == m_views.end() ? nullptr : *found;
 }
 
+GraphicsView* ViewMgr::graphicsView() const
+{
+    return Vs::cast<GraphicsView>(view(GraphicsView::interfaceId()));
+}
+
 void ViewMgr::add(std::unique_ptr<View> view)
 {
     if (auto* graphics = Vs::cast<GraphicsView>(view.get()))

@@ -7,6 +7,8 @@
 
 namespace Vu {
 
+class GraphicsView;
+
 /// The views of one asset session. Owns them. The one that had the user's attention last (that the active
 /// canvas of SplitViewMgr shows or showed) is the first; others keep their order.
 class ViewMgr : public Vs::Implements<ViewMgr>
@@ -15,6 +17,8 @@ public:
     const std::vector<View*>& views() const { return m_views; }
     /// The first view of that class; null if there is none.
     [[nodiscard]] View* view(const Vs::UniqueString* interfaceId) const;
+    /// The first that shows a model; null if there is none.
+    [[nodiscard]] GraphicsView* graphicsView() const;
 
     /// Adds a view as the last one.
     void add(std::unique_ptr<View> view);

@@ -12,7 +12,7 @@ namespace Vu::Commands {
 GraphicsView* graphicsViewOf(AssetSession* session)
 {
     ViewMgr* views = session ? session->viewManager() : nullptr;
-    return views ? Vs::cast<GraphicsView>(views->view(GraphicsView::interfaceId())) : nullptr;
+    return views ? views->graphicsView() : nullptr;
 }
 
 GraphicsView* graphicsViewOf(const Rendra::Graphics::GroupNode* viewNode)

@@ -4,12 +4,9 @@
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/SceneEvaluator.h"
-#include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Camera/ToolMouse.h"
 #include "UI/Commands/Resources.h"
-
-#include <utility>
 
 namespace Vu::Commands {
 
@@ -19,78 +16,48 @@ using Vs::Scene::ViewFragmentTransformer;
 constinit const CommandRow PanCmdDef::kRow = {.key = L"PanCommand", .title = "Pan", .icon = &Resources::Pan};
 
 PanCmd::PanCmd(PanCmdDef* definition, CommandContext* context)
-    : Implements(definition, context), m_passive(CameraCmdDef::passive(context))
+    : Implements(definition, context, Resources::PanCursor())
 {
-    // Repeating is for tools that were chosen.
-    repeatable(!m_passive);
-    showToolCursor(*this, Resources::PanCursor());
 }
 
-PanCmd::~PanCmd()
+int PanCmd::onDragButton() const
 {
-    MouseEventSource::get()->unsubscribe(this);
+    return isPassive() ? kMiddleButton : kLeftButton;
 }
 
-void PanCmd::onActivate()
+const RawHitInfo* PanCmd::held() const
 {
-    Implements::onActivate();
-    if (!m_subscribed)
-        MouseEventSource::get()->subscribe(this);
-    m_subscribed = true;
-    // The release of a drag that another button broke off may have come meanwhile.
-    if (!MouseEventSource::get()->isHeld(kLeftButton))
-        m_pendingClicks = 0;
+    return m_grabSelection ? m_grabSelection->hitInfo() : nullptr;
 }
 
-void PanCmd::onDeactivate()
+Vs::Scene::Camera* PanCmd::onHeldCamera() const
 {
-    if (m_subscribed)
-        MouseEventSource::get()->unsubscribe(this);
-    m_subscribed = false;
-    if (std::exchange(m_grabSelection, nullptr)) {
-        endCameraInteraction(assetSession());
-        m_pendingClicks = 1;
-    }
-    Implements::onDeactivate();
+    const RawHitInfo* hit = held();
+    return hit ? cameraOf(hit->viewFragmentNode()) : nullptr;
 }
 
-int PanCmd::expectedButton() const
+bool PanCmd::onTakeHold(MouseEvent* event)
 {
-    return m_passive ? kMiddleButton : kLeftButton;
-}
-
-void PanCmd::mouseMove(MouseEvent*)
-{
-    if (!m_passive)
-        activateCanvasUnderPointer();
-}
-
-void PanCmd::mouseDragBegin(MouseEvent* event)
-{
-    if (event->button() != expectedButton() || event->modifierMask() == kShiftModifier)
-        return;
+    if (event->modifierMask() == kShiftModifier)
+        return false;
     SceneEvaluator* evaluator = SceneEvaluator::get(event->position());
     Vs::Scene::SceneSelection* selection = evaluator ? evaluator->sceneSelection(true) : nullptr;
     const RawHitInfo* hit = selection ? selection->hitInfo() : nullptr;
     if (!hit)
-        return;
+        return false;
     const ViewFragmentTransformer& transformer = hit->viewFragmentTransformer();
     if (!transformer.modelToScreen(hit->localRayPoint(), m_grabScreen, hit->localToWorldTransform()) ||
         !transformer.screenToWorld(m_grabScreen, m_grabWorld))
-        return;
+        return false;
     m_grabSelection = selection;
-    startCameraInteraction(assetSession());
-    WorkspaceWindow::invalidate(kInvalidateAll);
+    return true;
 }
 
 // The transformer stays that of the press, and so gives the whole way of the pointer in the depth of what was
 // grabbed; the camera goes the part of it that is new.
-void PanCmd::mouseDrag(MouseEvent* event)
+bool PanCmd::onMove(Vs::Scene::Camera& camera, MouseEvent* event)
 {
-    const RawHitInfo* hit = m_grabSelection ? m_grabSelection->hitInfo() : nullptr;
-    Vs::Scene::Camera* camera = hit ? cameraOf(hit->viewFragmentNode()) : nullptr;
-    if (!camera)
-        return;
+    const RawHitInfo* hit = held();
     GkPoint3d screen;
     const GraphicsView* view = graphicsViewOf(hit->viewNode());
     if (const GraphicsCanvas* canvas = view ? view->canvas() : nullptr)
@@ -98,28 +65,15 @@ void PanCmd::mouseDrag(MouseEvent* event)
     screen.z = m_grabScreen.z;
     GkPoint3d world;
     if (!hit->viewFragmentTransformer().screenToWorld(screen, world))
-        return;
-    camera->dolly(m_grabWorld - world);
+        return false;
+    camera.dolly(m_grabWorld - world);
     m_grabWorld = world;
-    cameraStepMade(camera);
+    return true;
 }
 
-void PanCmd::mouseDragEnd(MouseEvent* event)
+void PanCmd::onLetGo()
 {
-    if (const RawHitInfo* hit = m_grabSelection ? m_grabSelection->hitInfo() : nullptr)
-        cameraDragMade(cameraOf(hit->viewFragmentNode()));
-    if (event->button() == expectedButton()) {
-        if (m_grabSelection)
-            endCameraInteraction(assetSession());
-        m_grabSelection = nullptr;
-    }
-    m_pendingClicks = 1;
-}
-
-void PanCmd::mouseUp(MouseEvent* event)
-{
-    if (event->button() == kLeftButton && m_pendingClicks-- == 0)
-        terminateCommand();
+    m_grabSelection = nullptr;
 }
 
 } // namespace Vu::Commands

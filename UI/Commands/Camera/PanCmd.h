@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Server/Geometry/GkPoint3d.h"
-#include "UI/Base/View/MouseEvents.h"
-#include "UI/Commands/Camera/CameraCmd.h"
+#include "UI/Commands/Camera/CameraDragCmd.h"
 
 namespace Vs::Scene {
+class RawHitInfo;
 class SceneSelection;
-}
+} // namespace Vs::Scene
 
 namespace Vu::Commands {
 
@@ -20,30 +20,24 @@ public:
 };
 
 /// Keeps the point that was grabbed under the pointer. A click without a drag ends the tool.
-class PanCmd : public Vs::Implements<PanCmd, CameraCmd>, public MouseEventSite
+class PanCmd : public Vs::Implements<PanCmd, CameraDragCmd>
 {
 public:
     PanCmd(PanCmdDef* definition, CommandContext* context);
-    ~PanCmd() override;
 
-    void mouseMove(MouseEvent* event) override;
-    void mouseUp(MouseEvent* event) override;
-    void mouseDragBegin(MouseEvent* event) override;
-    void mouseDrag(MouseEvent* event) override;
-    void mouseDragEnd(MouseEvent* event) override;
-
-    void onActivate() override;
-    void onDeactivate() override;
+protected:
+    int onDragButton() const override;
+    bool onTakeHold(MouseEvent* event) override;
+    Vs::Scene::Camera* onHeldCamera() const override;
+    bool onMove(Vs::Scene::Camera& camera, MouseEvent* event) override;
+    void onLetGo() override;
 
 private:
-    int expectedButton() const;
+    const Vs::Scene::RawHitInfo* held() const;
 
     GkPoint3d m_grabScreen; ///< With its depth.
     GkPoint3d m_grabWorld;  ///< Under the pointer at the last step, as the camera stood at the press.
     Vs::StrongRef<Vs::Scene::SceneSelection> m_grabSelection; ///< What the press hit; null outside of a drag.
-    int m_pendingClicks = 0; ///< Releases that are no clicks, because they end a drag.
-    bool m_subscribed = false;
-    bool m_passive;
 };
 
 } // namespace Vu::Commands

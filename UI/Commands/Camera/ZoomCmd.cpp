@@ -12,8 +12,6 @@
 #include "UI/Commands/Camera/ToolMouse.h"
 #include "UI/Commands/Resources.h"
 
-#include <utility>
-
 namespace Vu::Commands {
 
 using Vs::Scene::Camera;
@@ -37,83 +35,34 @@ constinit const CommandRow ZoomCmdDef::kRow = {
     .key = L"ZoomCommand", .title = "Zoom", .icon = &Resources::Zoom};
 
 ZoomCmd::ZoomCmd(ZoomCmdDef* definition, CommandContext* context)
-    : Implements(definition, context), m_passive(CameraCmdDef::passive(context))
+    : Implements(definition, context, Resources::ZoomCursor())
 {
-    // Repeating is for tools that were chosen.
-    repeatable(!m_passive);
-    showToolCursor(*this, Resources::ZoomCursor());
 }
 
-ZoomCmd::~ZoomCmd()
+bool ZoomCmd::onTakeHold(MouseEvent* event)
 {
-    MouseEventSource::get()->unsubscribe(this);
-}
-
-void ZoomCmd::onActivate()
-{
-    Implements::onActivate();
-    MouseEventSource::get()->subscribe(this);
-    // The release of a drag that another button broke off may have come meanwhile.
-    if (!MouseEventSource::get()->isHeld(kLeftButton))
-        m_pendingClicks = 0;
-}
-
-void ZoomCmd::onDeactivate()
-{
-    MouseEventSource::get()->unsubscribe(this);
-    if (std::exchange(m_curViewFragmentNode, nullptr)) {
-        endCameraInteraction(assetSession());
-        m_pendingClicks = 1;
-    }
-    Implements::onDeactivate();
-}
-
-void ZoomCmd::mouseMove(MouseEvent*)
-{
-    if (!m_passive)
-        activateCanvasUnderPointer();
-}
-
-void ZoomCmd::mouseDragBegin(MouseEvent* event)
-{
-    if (event->button() != kLeftButton)
-        return;
     SceneEvaluator* evaluator = SceneEvaluator::get(event->position());
     m_curViewFragmentNode = evaluator ? evaluator->viewFragmentNode() : nullptr;
-    if (!m_curViewFragmentNode)
-        return;
     m_lastPosition = event->position();
-    startCameraInteraction(assetSession());
-    WorkspaceWindow::invalidate(kInvalidateAll);
+    return m_curViewFragmentNode != nullptr;
 }
 
-void ZoomCmd::mouseDrag(MouseEvent* event)
+Camera* ZoomCmd::onHeldCamera() const
 {
-    Camera* camera = cameraOf(m_curViewFragmentNode.get());
-    if (!camera)
-        return;
+    return cameraOf(m_curViewFragmentNode.get());
+}
+
+bool ZoomCmd::onMove(Camera& camera, MouseEvent* event)
+{
     const int dy = event->position().y - m_lastPosition.y;
-    camera->zoom(1.0 - dy * kZoomOfOnePixel);
+    camera.zoom(1.0 - dy * kZoomOfOnePixel);
     m_lastPosition = event->position();
-    cameraStepMade(camera);
+    return true;
 }
 
-void ZoomCmd::mouseDragEnd(MouseEvent* event)
+void ZoomCmd::onLetGo()
 {
-    if (m_curViewFragmentNode)
-        cameraDragMade(cameraOf(m_curViewFragmentNode.get()));
-    if (event->button() == kLeftButton) {
-        if (m_curViewFragmentNode)
-            endCameraInteraction(assetSession());
-        m_curViewFragmentNode = nullptr;
-    }
-    m_pendingClicks = 1;
-}
-
-void ZoomCmd::mouseUp(MouseEvent* event)
-{
-    if (event->button() == kLeftButton && m_pendingClicks-- == 0)
-        terminateCommand();
+    m_curViewFragmentNode = nullptr;
 }
 
 void ZoomCmd::zoomByScroll(MouseEvent* event)

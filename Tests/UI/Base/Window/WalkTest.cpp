@@ -175,7 +175,7 @@ protected:
         const GkPoint3d from(begin.x * box.high().x, 0, begin.z * box.high().z);
         const Vs::Scene::Projection projection(*view->modelFragment()->camera(), view->canvasWidth(),
                                                view->canvasHeight());
-        const GkMatrix3d placement = cylinder ? cylinder->placement : GkMatrix3d();
+        const GkMatrix3d placement = cylinder ? cylinder->placement.matrix() : GkMatrix3d();
         const double depth = projection.worldToScreen(placement * from).z;
         const auto seen = [&](const GkPoint3d& place) {
             const GkPoint3d found = projection.worldToScreen(placement * place);
