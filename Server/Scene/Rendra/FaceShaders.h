@@ -11,6 +11,7 @@ layout(location = 6) in vec4 colour;
 layout(location = 7) in uint flags;
 
 uniform bool tinted;
+uniform float cover; // more where no outline tells as well
 uniform bool cycling;
 
 // A colour of its own for each number. Hues go on by the golden section, which keeps any few neighbours
@@ -30,10 +31,11 @@ vec4 baseOfVertex()
     return vec4(pow(own.rgb, vec3(2.2)), own.a);
 }
 
-vec3 glowOfVertex()
+// With how much of it covers the own colour.
+vec4 glowOfVertex()
 {
-    return !tinted ? vec3(0.0)
-           : (flags & 2u) != 0u ? vec3(0.01, 0.20, 0.80) : (flags & 1u) != 0u ? vec3(0.10, 0.45, 0.90) : vec3(0.0);
+    return !tinted ? vec4(0.0)
+           : (flags & 2u) != 0u ? vec4(0.00, 0.16, 0.85, cover) : (flags & 1u) != 0u ? vec4(0.20, 0.60, 1.00, 0.75 * cover) : vec4(0.0);
 }
 )";
 
@@ -41,7 +43,7 @@ inline constexpr const char* kFaceVertex = R"(
 out vec3 viewPosition;
 out vec3 viewNormal;
 flat out vec4 base;
-flat out vec3 glow;
+flat out vec4 glow;
 
 void main()
 {
@@ -134,10 +136,9 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
 
 /// From light to what is seen on the screen.
 inline constexpr const char* kFaceFinish = R"(
-vec3 finished(vec3 shade, vec3 glow, float facing)
+vec3 finished(vec3 shade, vec4 glow, float facing)
 {
-    if (glow != vec3(0.0))
-        shade = mix(shade, glow * (0.45 + 0.55 * max(facing, 0.0)), 0.68);
+    shade = mix(shade, glow.rgb * (0.45 + 0.55 * max(facing, 0.0)), glow.a);
 #ifndef REALISTIC
     // Bright parts bend over softly in place of being cut off.
     shade = shade / (1.0 + max(shade - 0.75, vec3(0.0)) * 0.55);
@@ -150,7 +151,7 @@ inline constexpr const char* kFaceFragment = R"(
 in vec3 viewPosition;
 in vec3 viewNormal;
 flat in vec4 base;
-flat in vec3 glow;
+flat in vec4 glow;
 
 uniform bool perspective;
 #ifdef OCCLUDED

@@ -45,8 +45,9 @@ void Frame::clipMatrix(const Area& into, double (&rows)[4][4]) const
 HighlightColours::HighlightColours(const Vs::Scene::Environment& environment)
 {
     const bool dark = environment.line.g > 0.3f;
-    const float near[2][3] = {{0.05f, 0.40f, 0.75f}, {0.45f, 0.75f, 1.00f}};
-    const float chosen[2][3] = {{0.00f, 0.25f, 0.72f}, {0.20f, 0.58f, 1.00f}};
+    // One is twice as bright as the other, for who can't tell hues.
+    const float near[2][3] = {{0.10f, 0.50f, 0.90f}, {0.62f, 0.84f, 1.00f}};
+    const float chosen[2][3] = {{0.00f, 0.20f, 0.66f}, {0.15f, 0.50f, 1.00f}};
     std::copy(std::begin(near[dark]), std::end(near[dark]), pointed);
     std::copy(std::begin(chosen[dark]), std::end(chosen[dark]), selected);
 }
@@ -56,6 +57,8 @@ void Frame::setHighlights(const Program& program) const
     const HighlightColours colours(environment);
     glUniform1i(program.uniform("tinted"),
                 target.selectionEffect != kSimplifiedEffect && target.selectionEffect != kNoEffect);
+    constexpr float kCover = 0.2f, kCoverAlone = 0.5f;
+    glUniform1f(program.uniform("cover"), target.selectionEffect == kNormalEffect ? kCover : kCoverAlone);
     glUniform3fv(program.uniform("pointedColour"), 1, colours.pointed);
     glUniform3fv(program.uniform("selectedColour"), 1, colours.selected);
 }

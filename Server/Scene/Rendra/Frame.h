@@ -91,8 +91,8 @@ struct Frame
     /// From camera to clip coordinates of a part of the fragment, row by row.
     void clipMatrix(const Area& into, double (&rows)[4][4]) const;
 
-    /// Sets the uniforms `tinted`, `pointedColour` and `selectedColour` of the program, which must be
-    /// current.
+    /// Sets the uniforms `tinted`, `cover`, `pointedColour` and `selectedColour` of the program, which must
+    /// be current.
     void setHighlights(const Program& program) const;
 
     /// Sets the uniforms of the environment's light for the program, which must be current.

@@ -1,6 +1,7 @@
 #include "Server/Scene/Rendra/HighlightPainter.h"
 
 #include "Server/Scene/Rendra/CommonShaders.h"
+#include "Server/Scene/Rendra/HighlightShaders.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,89 +13,12 @@ namespace {
 
 /// How far the glow reaches around a body, in logical pixels; the first part of it is a plain line.
 constexpr float kGlowPixels = 5;
+/// How much of the line is left where something hides what is selected: enough to find it.
+constexpr float kHiddenSelected = 0.25f;
+/// The mask is looked at in blocks of so many pixels each way first.
+constexpr int kBlockLevel = 3, kBlock = 1 << kBlockLevel;
 /// More lines than this help nobody to see what is selected.
 constexpr size_t kMostVertices = 400000;
-
-constexpr const char* kMaskVertex = R"(
-layout(location = 7) in uint flags;
-flat out float strength;
-
-void main()
-{
-    gl_Position = projection * placed(position);
-    strength = (flags & 2u) != 0u ? 1.0 : 0.5;
-}
-)";
-
-constexpr const char* kMaskFragment = R"(
-flat in float strength;
-out float result;
-void main()
-{
-    result = strength;
-}
-)";
-
-/// Outside of what is highlighted, how near it is decides; rings of places around the pixel are asked.
-constexpr const char* kOutlineFragment = R"(
-uniform sampler2D mask;
-uniform ivec2 shift; // from pixels of the framebuffer to those of the mask
-uniform float reach; // in pixels
-uniform vec3 pointed;
-uniform vec3 selected;
-out vec4 result;
-
-void main()
-{
-    ivec2 here = ivec2(gl_FragCoord.xy) + shift;
-    if (texelFetch(mask, here, 0).r > 0.0)
-        discard;
-    float found = 0.0, nearest = 2.0;
-    for (int ring = 1; ring <= 4; ++ring) {
-        float radius = reach * float(ring) / 4.0;
-        for (int i = 0; i < 12; ++i) {
-            float angle = (float(i) + 0.5 * float(ring & 1)) * 0.5235988;
-            ivec2 place = here + ivec2(round(vec2(cos(angle), sin(angle)) * radius));
-            float value = texelFetch(mask, place, 0).r;
-            if (value > 0.0) {
-                nearest = min(nearest, float(ring) / 4.0);
-                found = max(found, value);
-            }
-        }
-        if (found > 0.0)
-            break;
-    }
-    if (found == 0.0)
-        discard;
-    float strength = nearest < 0.6 ? 0.95 : nearest < 0.8 ? 0.5 : 0.22;
-    result = vec4(found > 0.75 ? selected : pointed, strength);
-}
-)";
-
-constexpr const char* kLineVertex = R"(
-layout(location = 0) in vec3 position;
-layout(location = 1) in vec4 colour;
-uniform mat4 view;
-uniform mat4 projection;
-flat out vec4 line;
-
-void main()
-{
-    gl_Position = projection * (view * vec4(position, 1.0));
-    line = colour;
-}
-)";
-
-constexpr const char* kLineFragment = R"(
-flat in vec4 line;
-uniform float opacity;
-out vec4 result;
-
-void main()
-{
-    result = vec4(line.rgb, line.a * opacity);
-}
-)";
 
 /// The rectangle, in pixels of the framebuffer, that bounds what is highlighted; the whole part if that
 /// cannot be told because something reaches behind the viewer.
@@ -123,6 +47,11 @@ Area boundsOf(const Frame& frame, int margin)
                         {x, y, pixel(high[0] - low[0]) + 2 * margin, pixel(high[1] - low[1]) + 2 * margin});
 }
 
+int wholeBlocks(int pixels)
+{
+    return (pixels + kBlock - 1) / kBlock * kBlock;
+}
+
 } // namespace
 
 void HighlightPainter::draw(const Frame& frame)
@@ -139,11 +68,36 @@ bool HighlightPainter::makeOutline()
 {
     if (!std::exchange(m_triedOutline, true)) {
         Vs::Status ignored; // the tint is left
-        if (m_mask.make("mask", {kInstance, kMaskVertex}, {kMaskFragment}, ignored))
-            m_outline.make("outline", {kWholeVertex}, {kOutlineFragment}, ignored);
-        glGenVertexArrays(1, &m_noArray);
+        if (m_mask.make("mask", {kInstance, Shaders::kMaskVertex}, {Shaders::kMaskFragment}, ignored))
+            m_outline.make("outline", {Shaders::kOutlineVertex}, {Shaders::kOutlineFragment}, ignored);
+        m_squares.make({2});
     }
     return bool(m_outline);
+}
+
+void HighlightPainter::makeMask(int width, int height)
+{
+    m_width = width;
+    m_height = height;
+    const GLuint old[] = {m_texture, m_depths};
+    glDeleteTextures(2, old);
+    glDeleteFramebuffers(1, &m_framebuffer);
+    for (GLuint* texture : {&m_texture, &m_depths}) {
+        glGenTextures(1, texture);
+        glBindTexture(GL_TEXTURE_2D, *texture);
+        const bool isDepth = texture == &m_depths;
+        glTexImage2D(GL_TEXTURE_2D, 0, isDepth ? GL_DEPTH_COMPONENT24 : GL_RG8, width, height, 0,
+                     isDepth ? GL_DEPTH_COMPONENT : GL_RG, isDepth ? GL_UNSIGNED_INT : GL_UNSIGNED_BYTE,
+                     nullptr);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAX_LEVEL, isDepth ? 0 : kBlockLevel);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER,
+                        isDepth ? GL_NEAREST : GL_NEAREST_MIPMAP_NEAREST);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    }
+    glGenFramebuffers(1, &m_framebuffer);
+    glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, m_texture, 0);
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_TEXTURE_2D, m_depths, 0);
 }
 
 void HighlightPainter::drawOutline(const Frame& frame)
@@ -153,30 +107,23 @@ void HighlightPainter::drawOutline(const Frame& frame)
     const Area touched = boundsOf(frame, margin);
     if (touched.width == 0 || touched.height == 0 || !makeOutline())
         return;
-    const int width = frame.part.width + 2 * margin, height = frame.part.height + 2 * margin;
-    if (width != m_width || height != m_height) {
-        m_width = width;
-        m_height = height;
-        glDeleteTextures(1, &m_texture);
-        glDeleteFramebuffers(1, &m_framebuffer);
-        glGenTextures(1, &m_texture);
-        glBindTexture(GL_TEXTURE_2D, m_texture);
-        glTexImage2D(GL_TEXTURE_2D, 0, GL_R8, width, height, 0, GL_RED, GL_UNSIGNED_BYTE, nullptr);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-        glGenFramebuffers(1, &m_framebuffer);
-        glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
-        glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, m_texture, 0);
-    }
+    const int width = wholeBlocks(frame.part.width + 2 * margin);
+    const int height = wholeBlocks(frame.part.height + 2 * margin);
+    if (width != m_width || height != m_height)
+        makeMask(width, height);
     glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
     glViewport(0, 0, width, height);
-    glDisable(GL_DEPTH_TEST);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    glDepthMask(GL_TRUE);
     glEnable(GL_SCISSOR_TEST);
     glScissor(touched.x - frame.part.x, touched.y - frame.part.y, touched.width + 2 * margin,
               touched.height + 2 * margin);
-    glClear(GL_COLOR_BUFFER_BIT);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     frame.setView(m_mask, {frame.part.x - margin, frame.part.y - margin, width, height});
+    bool isAnySelected = false;
     for (const InstanceStore::Lit& lit : frame.scene.instances.lit()) {
+        isAnySelected = isAnySelected || lit.batch->instances[lit.index].flags & Instance::kSelected;
         const GlMesh& mesh = frame.meshes.get(lit.batch->mesh, frame.statistics.uploadedMeshes);
         glBindVertexArray(mesh.faceArray);
         InstanceStore::bind(frame.scene.instances.rangeOf(lit));
@@ -184,25 +131,78 @@ void HighlightPainter::drawOutline(const Frame& frame)
         ++frame.statistics.drawCalls;
     }
 
+    glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, m_texture);
+    glGenerateMipmap(GL_TEXTURE_2D);
+    gatherCorners({touched.x - frame.part.x, touched.y - frame.part.y, touched.width + 2 * margin,
+                   touched.height + 2 * margin},
+                  int(std::ceil(kGlowPixels * logical / kBlock)));
+
     frame.drawIntoPicture();
-    glDisable(GL_DEPTH_TEST);
+    glDepthMask(GL_FALSE);
     glEnable(GL_BLEND);
     glScissor(touched.x - frame.tile.x, touched.y - frame.tile.y, touched.width, touched.height);
     m_outline.use();
-    glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, m_texture);
     glUniform1i(m_outline.uniform("mask"), 0);
+    glActiveTexture(GL_TEXTURE1);
+    glBindTexture(GL_TEXTURE_2D, m_depths);
+    glUniform1i(m_outline.uniform("depths"), 1);
     glUniform2i(m_outline.uniform("shift"), frame.tile.x - frame.part.x + margin,
                 frame.tile.y - frame.part.y + margin);
     glUniform1f(m_outline.uniform("reach"), kGlowPixels * logical);
+    double clip[4][4];
+    frame.clipMatrix(frame.part, clip);
+    glUniform2f(m_outline.uniform("lens"), float(clip[2][2]), float(clip[2][3]));
+    glUniform1i(m_outline.uniform("perspective"), frame.projection.perspective());
+    glUniform1f(m_outline.uniform("pixel"), float(frame.projection.pixelSize(1)));
     const HighlightColours colours(frame.environment);
     glUniform3fv(m_outline.uniform("pointed"), 1, colours.pointed);
     glUniform3fv(m_outline.uniform("selected"), 1, colours.selected);
-    glBindVertexArray(m_noArray);
-    glDrawArrays(GL_TRIANGLES, 0, 3);
+    glUniform1f(m_outline.uniform("margin"), float(margin));
+    glUniform2f(m_outline.uniform("size"), float(frame.part.width), float(frame.part.height));
+    glUniform1i(m_outline.uniform("rings"), isAnySelected ? 4 : 2);
+    m_squares.fill(m_corners);
+    for (const bool isHidden : {true, false}) {
+        if (isHidden && !isAnySelected)
+            continue;
+        glDepthFunc(isHidden ? GL_GREATER : GL_LEQUAL);
+        glUniform2f(m_outline.uniform("strengths"), isHidden ? 0.0f : 1.0f, isHidden ? kHiddenSelected : 1);
+        glDrawArrays(GL_TRIANGLES, 0, GLsizei(m_corners.size() / 2));
+    }
+    glBindTexture(GL_TEXTURE_2D, 0);
+    glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, 0);
     glDisable(GL_SCISSOR_TEST);
     frame.drawIntoPicture();
+}
+
+// Most blocks are empty with all around them, or full, and cost nothing then.
+void HighlightPainter::gatherCorners(const Area& touched, int around)
+{
+    const int columns = m_width / kBlock, rows = m_height / kBlock;
+    m_blocks.resize(size_t(columns) * size_t(rows) * 2);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glGetTexImage(GL_TEXTURE_2D, kBlockLevel, GL_RG, GL_UNSIGNED_BYTE, m_blocks.data());
+    const auto hasOutline = [&](int column, int row) {
+        bool isEmpty = true, isFull = true;
+        for (int y = std::max(0, row - around); y <= std::min(rows - 1, row + around); ++y)
+            for (int x = std::max(0, column - around); x <= std::min(columns - 1, column + around); ++x) {
+                const uint8_t filled = m_blocks[2 * (size_t(y) * size_t(columns) + size_t(x)) + 1];
+                isEmpty = isEmpty && filled == 0;
+                isFull = isFull && filled == 255;
+            }
+        return !isEmpty && !isFull;
+    };
+    m_corners.clear();
+    for (int row = touched.y / kBlock; row < rows && row * kBlock < touched.y + touched.height; ++row)
+        for (int column = touched.x / kBlock; column < columns && column * kBlock < touched.x + touched.width;
+             ++column)
+            if (hasOutline(column, row)) {
+                const auto left = float(column * kBlock), bottom = float(row * kBlock);
+                const float right = left + kBlock, top = bottom + kBlock;
+                m_corners.insert(m_corners.end(), {left, bottom, right, bottom, right, top, left, bottom,
+                                                   right, top, left, top});
+            }
 }
 
 bool HighlightPainter::makeLines()
@@ -210,7 +210,7 @@ bool HighlightPainter::makeLines()
     if (std::exchange(m_triedLines, true))
         return bool(m_lines);
     Vs::Status ignored;
-    if (!m_lines.make("highlight lines", {kLineVertex}, {kLineFragment}, ignored))
+    if (!m_lines.make("highlight lines", {Shaders::kLineVertex}, {Shaders::kLineFragment}, ignored))
         return false;
     m_stream.make({3, 4});
     return true;
@@ -298,8 +298,9 @@ void HighlightPainter::release()
     for (Program* program : {&m_mask, &m_outline, &m_lines})
         program->release();
     glDeleteTextures(1, &m_texture);
+    glDeleteTextures(1, &m_depths);
     glDeleteFramebuffers(1, &m_framebuffer);
-    glDeleteVertexArrays(1, &m_noArray);
+    m_squares.release();
     m_stream.release();
 }
 

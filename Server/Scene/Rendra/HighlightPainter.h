@@ -24,6 +24,8 @@ private:
     };
 
     bool makeOutline();
+    void makeMask(int width, int height);
+    void gatherCorners(const Area& touched, int around);
     bool makeLines();
     void drawOutline(const Frame& frame);
     void drawLines(const Frame& frame);
@@ -33,9 +35,11 @@ private:
     // All made at the first need.
     Program m_mask, m_outline, m_lines;
     bool m_triedOutline = false, m_triedLines = false;
-    GLuint m_texture = 0, m_framebuffer = 0, m_noArray = 0;
+    GLuint m_texture = 0, m_depths = 0, m_framebuffer = 0;
     int m_width = 0, m_height = 0;
-    VertexStream m_stream;
+    std::vector<uint8_t> m_blocks; ///< Of the mask: what is in each, and how much of it is filled.
+    std::vector<float> m_corners;  ///< Of the blocks in which outlines may run.
+    VertexStream m_squares, m_stream;
     std::vector<Vertex> m_vertices;
 };
 

@@ -16,7 +16,7 @@ namespace {
 
 /// How much of a lit face's own colour is covered, and how much of an edge or vertex shows through what hides
 /// it.
-constexpr float kFaceOpacity = 0.65f, kHiddenOpacity = 0.35f;
+constexpr float kPointedOpacity = 0.3f, kSelectedOpacity = 0.5f, kHiddenOpacity = 0.25f;
 /// In logical pixels.
 constexpr float kEdgeWidth = 3, kVertexSize = 9;
 
@@ -133,7 +133,8 @@ void PartPainter::drawFaces(const Frame& frame)
                 continue;
             const Vs::BodyMesh::Face& face = body.faces[part.index];
             const float* colour = colourOf(colours, part.highlight);
-            glUniform4f(m_faces.uniform("tint"), colour[0], colour[1], colour[2], kFaceOpacity);
+            glUniform4f(m_faces.uniform("tint"), colour[0], colour[1], colour[2],
+                        part.highlight == Highlight::Selected ? kSelectedOpacity : kPointedOpacity);
             glDrawElementsInstanced(GL_TRIANGLES, GLsizei(face.triangleCount * 3), mesh.indexType,
                                     reinterpret_cast<const void*>(face.firstTriangle * 3 * indexSize), 1);
             ++frame.statistics.drawCalls;

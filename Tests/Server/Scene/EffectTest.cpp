@@ -68,6 +68,8 @@ protected:
         return image.pixel(uint32_t(image.width / 2.0 + x), uint32_t(image.height / 2.0 - z));
     }
     bool isBlue(double x, double z) const { return at(x, z)[2] > at(x, z)[0] + 50; }
+    /// As a face whose own colour is still seen.
+    bool isTinted(double x, double z) const { return at(x, z)[2] > at(x, z)[0] + 15; }
 
     Vs::StrongRef<ViewFragment> fragment = ViewFragment::make(nullptr);
     ImageOptions options;
@@ -82,13 +84,14 @@ TEST_F(EffectPicture, SelectedBodiesStandOutAsTheOptionSays)
     for (const Highlight highlight : {Highlight::Selected, Highlight::Pointed}) {
         NodeChange(body.get()).highlight(highlight);
         drawWith(Rendra::kNormalEffect);
-        EXPECT_TRUE(isBlue(0, 0));
+        EXPECT_TRUE(isTinted(0, 0));
+        EXPECT_FALSE(isBlue(0, 0)) << "its own colour is still seen";
         for (const auto& [x, z] : {std::pair(-31.5, 0.0), {31.5, 0.0}, {0.0, 31.5}, {0.0, -31.5}})
             EXPECT_TRUE(isBlue(x, z)) << "an outline at " << x << ", " << z;
         EXPECT_FALSE(isBlue(40, 0));
 
         drawWith(Rendra::kFastEffect);
-        EXPECT_TRUE(isBlue(0, 0));
+        EXPECT_TRUE(isBlue(0, 0)) << "where nothing else tells";
         EXPECT_FALSE(isBlue(31.5, 0)) << "no outline";
 
         drawWith(Rendra::kSimplifiedEffect);
@@ -155,6 +158,22 @@ TEST_F(EffectPicture, SinglePartsOfABodyStandOutAlsoAmongOthersOfTheSameMesh)
     EXPECT_TRUE(isBlue(40, -80));
 }
 
+TEST_F(EffectPicture, WhatIsSelectedDiffersFromWhatIsPointedAtWithoutHues)
+{
+    const auto body = show(60, {});
+    const auto grey = [&](double x) {
+        const uint8_t* pixel = at(x, 0);
+        return 0.3 * pixel[0] + 0.59 * pixel[1] + 0.11 * pixel[2];
+    };
+    NodeChange(body.get()).highlight(Highlight::Pointed);
+    drawWith(Rendra::kNormalEffect);
+    const double pointed = grey(30.5), beside = grey(33.5);
+    NodeChange(body.get()).highlight(Highlight::Selected);
+    drawWith(Rendra::kNormalEffect);
+    EXPECT_LT(grey(30.5), 0.7 * pointed);
+    EXPECT_LT(grey(33.5), beside - 20) << "a broader line";
+}
+
 TEST_F(EffectPicture, AnOutlineIsSeenThroughWhatHidesTheBody)
 {
     const auto body = show(40, {0, 50, 0});
@@ -162,7 +181,11 @@ TEST_F(EffectPicture, AnOutlineIsSeenThroughWhatHidesTheBody)
     NodeChange(body.get()).highlight(Highlight::Selected);
     drawWith(Rendra::kNormalEffect);
     EXPECT_FALSE(isBlue(0, 0)) << "what hides it keeps its colour";
-    EXPECT_TRUE(isBlue(21.5, 0));
+    EXPECT_TRUE(isTinted(21.5, 0));
+    EXPECT_FALSE(isBlue(21.5, 0)) << "as strong as if nothing hid it";
+    NodeChange(body.get()).transform(GkMatrix3d::translation({-20, -130, -20}));
+    drawWith(Rendra::kNormalEffect);
+    EXPECT_TRUE(isBlue(21.5, 0)) << "before it";
     drawWith(Rendra::kFastEffect);
     EXPECT_FALSE(isBlue(21.5, 0));
 }
