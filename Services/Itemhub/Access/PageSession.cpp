@@ -19,19 +19,39 @@ std::string cookie(const std::string& value, const std::string& base)
            "; Path=/; HttpOnly; SameSite=Strict" + (isSafe(base) ? "; Secure" : "");
 }
 
-} // namespace
-
-std::optional<QString> pageToken(const Http::Request& request)
+/// The value of the cookie by its safe name, else by its plain one.
+std::optional<QString> valueOf(const Http::Request& request, const char* safeName, const char* plainName)
 {
     std::optional<QString> found;
     for (const QString& entry : QString::fromStdString(request.header("Cookie")).split(';')) {
         const QString name = entry.section('=', 0, 0).trimmed(), value = entry.section('=', 1).trimmed();
-        if (name == kSafeName)
+        if (name == QLatin1String(safeName))
             return value;
-        if (name == kPlainName)
+        if (name == QLatin1String(plainName))
             found = value;
     }
     return found;
+}
+
+constexpr const char* kSafeVisit = "__Host-itemhub-visit";
+constexpr const char* kPlainVisit = "itemhub-visit";
+
+} // namespace
+
+std::optional<QString> pageToken(const Http::Request& request)
+{
+    return valueOf(request, kSafeName, kPlainName);
+}
+
+std::string visitCookie(const QString& state, const std::string& base)
+{
+    return std::string(isSafe(base) ? kSafeVisit : kPlainVisit) + '=' + state.toStdString() +
+           "; Path=/; HttpOnly; SameSite=Lax; Max-Age=600" + (isSafe(base) ? "; Secure" : "");
+}
+
+QString visitOf(const Http::Request& request)
+{
+    return valueOf(request, kSafeVisit, kPlainVisit).value_or(QString());
 }
 
 std::string pageCookie(const QString& token, const std::string& base)

@@ -30,4 +30,9 @@ constexpr qint64 kPageSessionMs = 12LL * 3600 * 1000;
 /// site, made the request
 void requireOwnPage(const Http::Request& request);
 
+/// What shows, when a browser comes back from the provider of sign-ins, that it is the one that went there.
+/// Unlike the session's, this cookie comes along from another site.
+[[nodiscard]] std::string visitCookie(const QString& state, const std::string& base);
+[[nodiscard]] QString visitOf(const Http::Request& request);
+
 } // namespace Itemhub::Access

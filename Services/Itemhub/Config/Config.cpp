@@ -76,6 +76,10 @@ const std::map<QString, Setter>& settings()
         {"limits.largestUpload", number([](Config& c) -> qint64& { return c.largestUpload; })},
         {"limits.announcedUploads", number([](Config& c) -> qint64& { return c.announcedUploads; })},
         {"limits.uploadHours", number([](Config& c) -> qint64& { return c.uploadHours; })},
+        {"signIn.issuer", text([](Config& c) -> QString& { return c.provider.issuer; })},
+        {"signIn.clientId", text([](Config& c) -> QString& { return c.provider.clientId; })},
+        {"signIn.clientSecret", text([](Config& c) -> QString& { return c.provider.clientSecret; })},
+        {"signIn.title", text([](Config& c) -> QString& { return c.provider.title; })},
         {"keep.eventDays", number([](Config& c) -> qint64& { return c.eventDays; })},
         {"keep.auditDays", number([](Config& c) -> qint64& { return c.auditDays; })},
     };

@@ -6,6 +6,14 @@
 
 namespace Itemhub {
 
+/// An outside provider that people sign in by (OpenID Connect).
+struct ProviderConfig
+{
+    QString issuer; ///< Its address; empty for none.
+    QString clientId, clientSecret;
+    QString title; ///< What its button says.
+};
+
 /// How a service runs.
 struct Config
 {
@@ -25,6 +33,8 @@ struct Config
     qint64 largestUpload = 8LL << 30;     ///< Bytes.
     qint64 announcedUploads = 64LL << 30; ///< Bytes that one account may have under way.
     qint64 uploadHours = 48;              ///< Until an unfinished upload is forgotten.
+
+    ProviderConfig provider;
 
     qint64 eventDays = 90;  ///< How long events are kept; 0 for ever.
     qint64 auditDays = 730; ///< The same of what administrators may want to know.

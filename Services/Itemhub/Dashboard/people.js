@@ -106,6 +106,18 @@ async function auditPart() {
         element("table", {}, element("thead", {}, element("tr", {}, ...heads.map(head => element("th", { scope: "col" }, text(head))))), body)), more);
 }
 
+/** Who the reader is for the provider of sign-ins. */
+function providerPart() {
+    const shown = session.linked ? button(text("PageUnlinkProvider"), doing(async () => {
+        await ask("DELETE", "dashboard/provider");
+        location.reload();
+    })) : button(text("PageLinkProvider", session.provider), doing(async () => {
+        location.href = (await ask("POST", "dashboard/provider")).url;
+    }));
+    return section(session.provider, element("p", { class: "small" }, text(session.linked ? "PageLinkedProvider" : "PageUnlinkedProvider", session.provider)),
+        element("p", { class: "below" }, shown));
+}
+
 /** The reader's sessions; for administrators, all accounts and what has happened. */
 export async function ownAccount(again) {
     const { tokens } = await ask("GET", "tokens");
@@ -115,6 +127,8 @@ export async function ownAccount(again) {
             await ask("DELETE", `tokens/${each.id}`);
             again();
         }), { "aria-label": text("PageEndOf", each.label) })))))];
+    if (session.provider)
+        content.push(providerPart());
     if (session.administers) {
         const { accounts } = await ask("GET", "accounts?limit=500");
         content.push(section(text("PageAccounts"), rows(accounts.map(each => account(each, again)))), await auditPart());

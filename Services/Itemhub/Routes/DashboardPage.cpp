@@ -54,8 +54,9 @@ const char* typeOf(const QString& name)
 Http::Response DashboardPage::response() const
 {
     const Texts texts(languages);
-    const QJsonObject session{{"account", account}, {"customer", customer}, {"proof", proof},
-                              {"own", own},         {"scope", scope},       {"administers", administers}};
+    const QJsonObject session{
+        {"account", account}, {"customer", customer}, {"proof", proof},     {"own", own},
+        {"scope", scope},     {"provider", provider}, {"linked", isLinked}, {"administers", administers}};
     Http::Response response;
     response.type = "text/html";
     response.headers = {{"Content-Security-Policy", kPolicy},

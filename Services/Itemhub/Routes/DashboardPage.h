@@ -14,6 +14,8 @@ struct DashboardPage
     QString proof;            ///< See Access::pageProof.
     bool own = false;         ///< Whether the service is a program's own, which needs no sign-in.
     QString scope;            ///< Beyond which the session may do nothing.
+    QString provider;         ///< What the provider of sign-ins is called; empty if there is none.
+    bool isLinked = false;    ///< Whether the account is linked to somebody there.
     bool administers = false; ///< Whether the session may do what administrators of all workspaces do.
 
     [[nodiscard]] Http::Response response() const;

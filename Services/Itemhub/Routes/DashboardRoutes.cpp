@@ -7,7 +7,10 @@
 #include "Services/Itemhub/Routes/Json.h"
 #include "Services/Itemhub/Routes/Password.h"
 #include "Services/Itemhub/Routes/SignInPage.h"
+#include "Services/Itemhub/Store/Identities.h"
 #include "Services/Itemhub/Store/PageLinks.h"
+
+#include <QUrl>
 
 namespace Itemhub::Routes {
 
@@ -15,6 +18,13 @@ namespace {
 
 constexpr qint64 kLinkLifetimeMs = 60LL * 1000;
 constexpr const char* kLabel = "Browser"; ///< What the list of tokens calls a session.
+
+/// What the provider of sign-ins is called; empty if there is none.
+QString providerTitle(const Call& call)
+{
+    const ProviderConfig& config = call.service.provider.config();
+    return config.title.isEmpty() ? QUrl(config.issuer).host() : config.title;
+}
 
 /// @param problem as for SignInPage::response
 Http::Response signInForm(const Call& call, const QString& customer, const QString& account,
@@ -24,6 +34,7 @@ Http::Response signInForm(const Call& call, const QString& customer, const QStri
     page.kind = SignInPage::Kind::Dashboard;
     page.languages = call.request.header("Accept-Language");
     page.action = action;
+    page.provider = providerTitle(call);
     page.customer = customer;
     page.account = account;
     return page.response(problem);
@@ -69,15 +80,17 @@ Http::Response showDashboard(Call& call)
     if (!session)
         return signInForm(call, QString::fromStdString(call.request.parameter("customer").value_or("")), {},
                           nullptr);
-    return DashboardPage{call.request.header("Accept-Language"),
-                         session->accountName,
-                         session->tenantName,
-                         Access::pageProof(call.service.key, session->selector),
-                         !call.service.config.pageUrl.isEmpty(),
-                         Store::nameOf(session->scope),
-                         session->scope == Store::Role::Admin &&
-                             Store::roleIn(call.store, session->account, Store::kAllWorkspaces) ==
-                                 Store::Role::Admin}
+    return DashboardPage{
+        call.request.header("Accept-Language"),
+        session->accountName,
+        session->tenantName,
+        Access::pageProof(call.service.key, session->selector),
+        !call.service.config.pageUrl.isEmpty(),
+        Store::nameOf(session->scope),
+        providerTitle(call),
+        Store::hasIdentity(call.store, call.service.provider.config().issuer, session->account),
+        session->scope == Store::Role::Admin &&
+            Store::roleIn(call.store, session->account, Store::kAllWorkspaces) == Store::Role::Admin}
         .response();
 }
 

@@ -9,6 +9,7 @@
 #include "Services/Itemhub/Routes/PeopleRoutes.h"
 #include "Services/Itemhub/Routes/PictureRoutes.h"
 #include "Services/Itemhub/Routes/ProgramRoutes.h"
+#include "Services/Itemhub/Routes/ProviderRoutes.h"
 #include "Services/Itemhub/Routes/ServiceRoutes.h"
 #include "Services/Itemhub/Routes/SignInRoutes.h"
 #include "Services/Itemhub/Routes/TokenRoutes.h"
@@ -73,6 +74,10 @@ const std::vector<Route>& routes()
         {"GET", "/dashboard/files/{file}", Nothing, None, kNone, showDashboardFile},
         {"GET", "/dashboard/join", Nothing, None, kNone, showJoin},
         {"POST", "/dashboard/join", Nothing, None, Takes::Bytes, takeJoin},
+        {"GET", "/dashboard/provider", Nothing, None, kNone, goToProvider},
+        {"POST", "/dashboard/provider", SignedIn, Reader, kNone, linkProvider},
+        {"DELETE", "/dashboard/provider", SignedIn, Reader, kNone, unlinkProvider},
+        {"GET", "/dashboard/back", Nothing, None, kNone, backFromProvider},
         {"POST", "/dashboard/links", SignedIn, Reader, kNone, makeDashboardLink},
         {"POST", "/dashboard/end", SignedIn, Reader, kNone, signOutOfDashboard},
 

@@ -9,6 +9,7 @@ Service::Service(Config given)
       blobs(config.blobs.toStdString()),
       uploads(config.uploads.toStdString()),
       rateLimit(config.requestsPerSecond),
+      provider(config.provider),
       // The other half stays for those who want an answer now.
       events(database, static_cast<size_t>(config.connections) / 2)
 {

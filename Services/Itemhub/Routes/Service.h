@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Services/Itemhub/Access/Provider.h"
 #include "Services/Itemhub/Access/RateLimit.h"
 #include "Services/Itemhub/Access/Secrets.h"
 #include "Services/Itemhub/Blobs/BlobStore.h"
@@ -23,6 +24,7 @@ struct Service
     Blobs::FolderBlobs blobs;
     Blobs::UploadFiles uploads;
     Access::RateLimit rateLimit;
+    Access::Provider provider;
     EventWatch events;
 };
 

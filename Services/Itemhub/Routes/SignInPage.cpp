@@ -24,6 +24,7 @@ constexpr const char* kStyle =
     "h1{margin:0;font-size:1.6rem}"
     "p{margin:.5rem 0 1.25rem;color:var(--faint)}"
     "label{display:block;margin-top:1rem;font-weight:600}"
+    "a{display:block;margin-top:1rem;text-align:center;color:var(--main)}"
     "input,button{width:100%;min-height:2.5rem;padding:.4rem .6rem;border-radius:.4rem;font:inherit}"
     "input{margin-top:.25rem;border:1px solid var(--faint);background:var(--sheet);color:inherit}"
     "button{margin-top:1.5rem;border:0;background:var(--main);color:light-dark(#ffffff,#0d1d23);"
@@ -59,6 +60,14 @@ QString problemOf(const Texts& texts, std::string_view code)
     if (code == "invitation_used")
         return texts.text("SignInInvitationUsed",
                           "The invitation was used already, is too old, or was taken back.");
+    if (code == "provider_failed")
+        return texts.text("SignInProviderFailed", "The sign-in there did not succeed. Try again.");
+    if (code == "provider_unknown")
+        return texts.text("SignInProviderUnknown",
+                          "No account is linked to who you are there. Sign in with your password, and link "
+                          "your account.");
+    if (code == "provider_taken")
+        return texts.text("SignInProviderTaken", "Another account is linked to who you are there.");
     if (code == "name_taken")
         return texts.text("SignInNameTaken", "Somebody has that name already. Choose another one.");
     if (code == "bad_name")
@@ -89,7 +98,12 @@ QString SignInPage::form(const Texts& texts) const
     form += field("password", texts.text("SignInPassword", "Password"), {},
                   joins ? "type=\"password\" autocomplete=\"new-password\" minlength=\"10\" required"
                         : "type=\"password\" autocomplete=\"current-password\" required");
-    return form + QString("<button>%1</button>\n</form>\n").arg(title(texts));
+    form += QString("<button>%1</button>\n</form>\n").arg(title(texts));
+    if (!provider.isEmpty())
+        form += QString("<a href=\"%1\">%2</a>\n")
+                    .arg(action + "/provider", texts.text("SignInProvider", "Sign in with %1%")
+                                                   .replace("%1%", provider.toHtmlEscaped()));
+    return form;
 }
 
 QString SignInPage::title(const Texts& texts) const

@@ -21,6 +21,7 @@ struct SignInPage
     Kind kind = Kind::Program;
     std::string languages;        ///< As the browser's Accept-Language.
     QString action = "dashboard"; ///< Where the dashboard's form goes, from the page that shows it.
+    QString provider; ///< What the button of the provider of sign-ins says; empty if there is none.
     QString customer, account;
     std::vector<std::pair<QString, QString>> hidden; ///< More fields of the form, which come back unseen.
     QString goesTo;                                  ///< The origin to which the form's answer redirects.

@@ -50,6 +50,12 @@ std::optional<qint64> findTenant(Connection& connection, const QString& name)
     return rows.next() ? std::optional(rows.number(0)) : std::nullopt;
 }
 
+qint64 tenantOf(Connection& connection, qint64 account)
+{
+    Rows rows = connection.run("SELECT tenant_id FROM account WHERE id = ?", {account});
+    return rows.next() ? rows.number(0) : 0;
+}
+
 qint64 addAccount(Connection& connection, qint64 tenant, const QString& name, const QString& passwordHash)
 {
     Rows rows =

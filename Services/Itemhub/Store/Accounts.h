@@ -45,6 +45,9 @@ struct Member
 qint64 addTenant(Connection& connection, const QString& name);
 [[nodiscard]] std::optional<qint64> findTenant(Connection& connection, const QString& name);
 
+/// 0 for an account that there isn't.
+[[nodiscard]] qint64 tenantOf(Connection& connection, qint64 account);
+
 qint64 addAccount(Connection& connection, qint64 tenant, const QString& name, const QString& passwordHash);
 [[nodiscard]] std::optional<Account> findAccount(Connection& connection, qint64 tenant, const QString& name);
 void setPassword(Connection& connection, qint64 account, const QString& passwordHash);

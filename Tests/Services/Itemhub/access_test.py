@@ -68,8 +68,8 @@ class RolesTest(ServiceTest):
 
     def test_every_route_asks_for_its_role(self):
         # Making workspaces and what is about all people need a role everywhere; other people's uploads, tokens and comments are nobody's at all. What
-        # isn't a document has no picture.
-        own = {"/tokens/{token}", "/program/requests/{request}", "/program/requests/{request}/take", "/program/tickets", "/uploads/{upload}", "/items/{item}/picture",
+        # isn't a document has no picture, and this service knows no provider.
+        own = {"/tokens/{token}", "/dashboard/provider", "/program/requests/{request}", "/program/requests/{request}/take", "/program/tickets", "/uploads/{upload}", "/items/{item}/picture",
                "/attachments/{attachment}/versions/{version}/picture"}
         everywhere = {("POST", "/workspaces"), ("GET", "/accounts"), ("PATCH", "/accounts/{account}"), ("GET", "/audit")}
         for method, pattern, role in routes():

@@ -187,8 +187,9 @@ class InterfaceTest(ServiceTest):
         self.assertEqual(kinds, set(schema))
         missing = {f"{line.split()[0]} {line.split()[1]}" for line in subprocess.check_output(
             [service.PROGRAM, "--list-routes"], text=True).splitlines()} - call.seen
-        # What signed requests get is asked for where they are tested.
-        self.assertEqual(missing, {"POST /oauth/access_token"})
+        # What signed requests get, and what needs a provider of sign-ins, is asked for where they are tested.
+        self.assertEqual(missing, {"POST /oauth/access_token", "GET /dashboard/provider", "POST /dashboard/provider", "DELETE /dashboard/provider",
+                                   "GET /dashboard/back"})
 
     def test_what_the_description_forbids_is_refused_by_name(self):
         call = Checked(self.boss, self.description)

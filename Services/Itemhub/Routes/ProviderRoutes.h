@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Services/Itemhub/Routes/Call.h"
+
+namespace Itemhub::Routes {
+
+// Signing in to the dashboard by an outside provider (Access/Provider.h).
+
+/// Sends the browser there, to sign in.
+[[nodiscard]] Http::Response goToProvider(Call& call);
+/// Tells the page where to go, so that whom the provider knows will stand for the caller's account.
+[[nodiscard]] Http::Response linkProvider(Call& call);
+[[nodiscard]] Http::Response unlinkProvider(Call& call);
+/// Where the browser comes back.
+[[nodiscard]] Http::Response backFromProvider(Call& call);
+
+} // namespace Itemhub::Routes
