@@ -62,6 +62,7 @@ class Server:
         return done.stdout
 
     def start(self):
+        # One that was killed leaves a note, and children that end when they see it.
         settings = {"listen_addresses": "127.0.0.1", "port": self.port, "unix_socket_directories": "", "fsync": "off",
                     "max_connections": 200, "logging_collector": "off", **self.settings}
         words = [word for name, value in settings.items() for word in ("-c", f"{name}={value}")]
@@ -74,7 +75,7 @@ class Server:
             if subprocess.run([programs() / "pg_isready", "-q", "-h", "127.0.0.1", "-p", str(self.port)]).returncode == 0:
                 return self
             time.sleep(0.05)
-        raise RuntimeError(f"PostgreSQL doesn't start: {(self.folder / 'log').read_text()[-2000:]}")
+        raise OSError(f"PostgreSQL doesn't start: {(self.folder / 'log').read_text()[-2000:]}")
 
     def stop(self, how=signal.SIGINT):
         if self.process and self.process.poll() is None:

@@ -1,16 +1,16 @@
 """The service on PostgreSQL alone: several servers, of which one goes or lags; several processes of the service; few connections."""
 
 import concurrent.futures
+import os
+import random
 import signal
-import subprocess
-import sys
 import threading
 import time
 import unittest
 
 import postgres
 import service
-from service import PASSWORD, Service
+from service import Service
 
 
 class Databases(unittest.TestCase):
@@ -182,6 +182,87 @@ class ServerTest(Databases):
         self.assertEqual(other("GET", f"/attachments/{attachment}/versions/1/content").body, b"shared")
         first.admin("account", "disable", "acme", "boss")
         self.assertEqual({boss("GET", "/session").status, other("GET", "/session").status}, {401})
+
+    def test_what_a_proxy_repeats_to_both_processes_is_done_once(self):
+        first, boss = self.begun(self.reach)
+        second = first.beside()
+        self.addCleanup(second.close)
+        pairs = [(first.client(boss.token), second.client(boss.token)) for _ in range(8)]
+        with concurrent.futures.ThreadPoolExecutor(16) as pool:
+            made = list(pool.map(lambda at: pairs[at // 2][at % 2]("POST", self.items, {"caption": f"Part {at // 2}"},
+                                                                  {"Idempotency-Key": f"part {at // 2}"}), range(16)))
+        self.assertLessEqual({answer.status for answer in made}, {201, 409, 503})
+        again = [boss("POST", self.items, {"caption": f"Part {number}"}, {"Idempotency-Key": f"part {number}"}) for number in range(8)]
+        self.assertEqual({answer.status for answer in again}, {201})
+        kept = boss("GET", f"{self.items}?limit=500").json["items"]
+        self.assertEqual(sorted(item["caption"] for item in kept), sorted(f"Part {number}" for number in range(8)))
+        for number, answer in enumerate(again):
+            self.assertLessEqual({each.json["id"] for each in made[2 * number:2 * number + 2] if each.status == 201}, {answer.json["id"]})
+
+    def test_whatever_is_killed_when_nothing_is_lost_and_nothing_is_there_twice(self):
+        first, boss = self.begun({**self.reach, "patienceMs": 2000})
+        second = first.beside()
+        self.addCleanup(second.close)
+        services, draw, stop = [first, second], random.Random(int(os.environ.get("QUILLET_SEED", "7"))), threading.Event()
+        answered, item = {}, boss("POST", self.items, {"caption": "Saved"}).json["id"]
+        attachment = boss("POST", f"/items/{item}/attachments", {"name": "a", "docType": "x"}).json["id"]
+
+        def patiently(ask):
+            for attempt in range(1200):
+                try:
+                    answer = ask(services[attempt % 2].client(boss.token))
+                    if answer.status not in (502, 503):
+                        return answer
+                except OSError:
+                    pass
+                time.sleep(0.05)
+            raise AssertionError("It isn't answered.")
+
+        def save(number):
+            """A version, as a client makes it whose every answer may be lost."""
+            data, upload = f"version {number}".encode() * 500, None
+            while True:
+                upload = upload or patiently(lambda client: client.begin(len(data))).headers["location"].rsplit("/", 1)[1]
+                told = patiently(lambda client: client("HEAD", f"/uploads/{upload}", headers=service.TUS))
+                if told.status == 200 and (offset := int(told.headers["upload-offset"])) < len(data):
+                    patiently(lambda client: client.send(upload, offset, data[offset:]))
+                    continue
+                made = patiently(lambda client: client("POST", f"/attachments/{attachment}/versions", {"upload": upload, "madeFrom": number - 1},
+                                                       {"Idempotency-Key": f"version {number}"}))
+                self.assertEqual(made.status, 201, made)
+                return made.json
+
+        def work():
+            number = 0
+            while not stop.is_set():
+                number += 1
+                answered[number] = save(number)
+
+        with concurrent.futures.ThreadPoolExecutor(1) as pool:
+            working = pool.submit(work)
+            for _ in range(12):
+                time.sleep(draw.uniform(0.05, 0.4))
+                victim = draw.choice([first, second, self.server_])
+                if victim is self.server_:
+                    victim.stop(signal.SIGQUIT if draw.random() < 0.5 else signal.SIGKILL)
+                    self.until(lambda: victim.start())
+                else:
+                    victim.stop(signal.SIGKILL)
+                    victim.start(port=victim.port)
+            stop.set()
+            working.result()
+        self.assertGreater(len(answered), 3)
+        boss = first.client(boss.token)
+        versions, after = [], 0
+        while after is not None:
+            part = boss("GET", f"/attachments/{attachment}/versions?limit=500&after={after}").json
+            versions += part["versions"]
+            after = part.get("next")
+        # Each process tells its own address.
+        told = lambda version: {name: value for name, value in version.items() if name != "content"}
+        self.assertEqual([told(version) for version in versions], [told(answered[number]) for number in range(1, len(answered) + 1)])
+        for number in (1, len(answered)):
+            self.assertEqual(boss("GET", f"/attachments/{attachment}/versions/{number}/content").body, f"version {number}".encode() * 500)
 
     def test_of_programs_that_start_at_once_one_brings_the_database_up_to_date(self):
         starting = [self.service(self.reach) for _ in range(4)]

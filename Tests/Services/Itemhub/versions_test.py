@@ -77,6 +77,31 @@ class VersionsTest(ServiceTest):
         self.assertEqual([item["caption"] for item in after["items"]], ["b", "C", "D"])
         self.assertEqual(self.boss("GET", f"/workspaces/{place}/items?order=price").status, 400)
 
+    def test_who_was_away_for_ten_thousand_events_gets_each_once_and_in_order(self):
+        item = self.item("Busy")
+        after = self.boss("GET", "/events?after=now").json["next"]
+        account = self.service.sql("SELECT id FROM account WHERE name = 'boss'")[0][0]
+        numbers = "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 10000)"
+        self.service.sql(f"{numbers} INSERT INTO event (tenant_id, workspace_id, account_id, kind, item_id, created_at) "
+                         f"SELECT 1, {self.workspace}, {account}, 'item.changed', {item}, i FROM n")
+        read, next_ = [], after
+        while part := self.boss("GET", f"/events?after={next_}&limit=500").json["events"]:
+            read += [event["serial"] for event in part]
+            next_ = read[-1]
+        self.assertEqual(read, list(range(after + 1, after + 10001)))
+        # A stream that was cut goes on behind what it told last.
+        stream = self.service.client(self.boss.token)
+        stream.connection.request("GET", "/events?after=now", headers={"Accept": "text/event-stream", "Last-Event-ID": str(after),
+                                                                       "Authorization": f"Bearer {self.boss.token}"})
+        told = stream.connection.getresponse()
+        serials = []
+        while len(serials) < 10000:
+            line = told.readline()
+            self.assertTrue(line)
+            if line.startswith(b"id: "):
+                serials.append(int(line[4:]))
+        self.assertEqual(serials, read)
+
     def test_a_repeated_request_does_nothing_twice(self):
         items = f"/workspaces/{self.workspace}/items"
         post = lambda client, body, key: client("POST", items, body, {"Idempotency-Key": key})
