@@ -161,7 +161,8 @@ const NamedViews::Views& NamedViews::views() const
         return m_views;
     const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
     int unreadable = document.isArray() ? 0 : 1;
-    for (const QJsonValue& value : document.array()) {
+    const QJsonArray list = document.array();
+    for (const auto& value : list) {
         StrongRef<NamedView> view = read(value.toObject());
         if (view && byName(m_views, view->name()) == m_views.end())
             m_views.push_back(std::move(view));

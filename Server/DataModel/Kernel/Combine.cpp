@@ -173,6 +173,7 @@ MadeShape combined(Kind kind, const TopoDS_Shape& target, const std::vector<Topo
                    const std::wstring& name)
 {
     if (kind != Kind::Intersect)
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the function that is handed out owns it.
         return combinedAtOnce(kind, target, tools, name);
     // The kernel takes what is in any of the tools for common, so they come one by one.
     MadeShape made{target, [](const TopoDS_Shape& same) { return std::vector{same}; }};

@@ -16,6 +16,8 @@
 #include "Server/DataModel/Model/ForkedChild.h"
 #include "Server/DataModel/Private/ProgressText.h"
 
+#include <TopExp_Explorer.hxx>
+
 #include <algorithm>
 #include <optional>
 #include <stdexcept>
