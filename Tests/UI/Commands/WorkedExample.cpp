@@ -1,49 +1,63 @@
-// A whole command in one file, as an example of how the pieces fit. In the add-in the row and the classes
-// stand in a pair of files of their family, the wrapper's row in the table of wrappers, and the definition
-// among the members of CommandsAddIn.
+// A whole command in one file, as an example of how the pieces fit. It needs the host alone, as an add-in of
+// your own would. In the program's add-ins the row and the classes stand in a pair of files of their family,
+// and the definition is a member of the add-in.
 
+#include "Server/Base/LocalizedText.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Server/Types/PointText.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Base/Command/CommandRow.h"
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/Command/TextRows.h"
+#include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/View/GraphicsView.h"
-#include "UI/Commands/Camera/ActiveView.h"
-#include "UI/Commands/Camera/CameraCmd.h"
-#include "UI/Commands/Localized.h"
-#include "UI/Commands/Resources.h"
+#include "UI/Base/View/ViewMgr.h"
 
-namespace Vu::Commands {
+namespace Example {
 namespace {
 
-// 1. The definition: what the command is, and when it may run. Its base knows that it needs a view.
-class LookAlongCmdDef : public RowDefinition<LookAlongCmdDef, CameraCmdDef>
+using Vu::CommandContext;
+
+// The add-in's own texts; what isn't translated stays English.
+constexpr const wchar_t* kDomain = L"Example";
+constexpr Vs::LocalizedFormat localizedFormat{kDomain};
+
+Vs::Scene::ViewFragment* modelShownIn(Vu::AssetSession* session)
+{
+    const Vu::GraphicsView* view = session ? session->viewManager()->graphicsView() : nullptr;
+    return view ? view->modelFragment() : nullptr;
+}
+
+// 1. The definition: what the command is, and when it may run.
+class LookAlongCmdDef : public Vu::RowDefinition<kDomain, LookAlongCmdDef>
 {
 public:
-    static const CommandRow kRow;
+    static const Vu::CommandRow kRow;
 
     static const Vs::UniqueString* directionArgumentName();
 
 protected:
-    CommandBase* onCreateCommand(CommandContext* context) override;
+    bool onIsApplicable(CommandContext* context) const override
+    {
+        return modelShownIn(context->assetSession());
+    }
+    Vu::CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
 // 2. The command: what it does, once.
-class LookAlongCmd : public Vs::Implements<LookAlongCmd, SimpleCommand>
+class LookAlongCmd : public Vs::Implements<LookAlongCmd, Vu::SimpleCommand>
 {
     friend class LookAlongCmdDef;
     LookAlongCmd(LookAlongCmdDef* definition, CommandContext* context) : Implements(definition, context) {}
 
     void onExecute(Vs::Status& status) override;
-    ECommandType onCommandType() const override { return ECommandType::Nested; }
+    Vu::ECommandType onCommandType() const override { return Vu::ECommandType::Nested; }
 };
 
 // 3. The row: everything about the command that is data.
-constinit const CommandRow LookAlongCmdDef::kRow = {.key = L"LookAlongCommand",
-                                                    .title = "Look Along",
-                                                    .icon = &Resources::LookAt,
-                                                    .groups = {&CommandGroup::CameraGroup}};
+constinit const Vu::CommandRow LookAlongCmdDef::kRow = {
+    .key = L"LookAlongCommand", .title = "Look Along", .groups = {&Vu::CommandGroup::CameraGroup}};
 
 const Vs::UniqueString* LookAlongCmdDef::directionArgumentName()
 {
@@ -51,7 +65,7 @@ const Vs::UniqueString* LookAlongCmdDef::directionArgumentName()
     return name;
 }
 
-CommandBase* LookAlongCmdDef::onCreateCommand(CommandContext* context)
+Vu::CommandBase* LookAlongCmdDef::onCreateCommand(CommandContext* context)
 {
     return new LookAlongCmd(this, context);
 }
@@ -59,8 +73,8 @@ CommandBase* LookAlongCmdDef::onCreateCommand(CommandContext* context)
 // A wrong argument is the user's to mend: say what it is. A view that isn't there just leaves nothing to do.
 void LookAlongCmd::onExecute(Vs::Status& status)
 {
-    Vs::Scene::ViewFragment* fragment = firstFragment(graphicsViewOf(assetSession()));
-    if (!fragment)
+    Vs::Scene::ViewFragment* model = modelShownIn(assetSession());
+    if (!model)
         return;
     const std::wstring text = commandContext()->argumentAsString(LookAlongCmdDef::directionArgumentName());
     GkVector3d direction;
@@ -69,11 +83,11 @@ void LookAlongCmd::onExecute(Vs::Status& status)
             localizedFormat("LookAlongDirection", "\"%1%\" is not a direction; write it as x,y,z.", text));
         return;
     }
-    fragment->camera()->look(direction, fragment->renderParams()->groundPlaneOrientation());
-    fragment->camera()->fit(fragment->bounds());
+    model->camera()->look(direction, model->renderParams()->groundPlaneOrientation());
+    model->camera()->fit(model->bounds());
 }
 
-// 4. The line of text: how scripts and transcripts reach it.
+// 4. The line of text: how scripts and transcripts reach it. The area is one row, each line another.
 void fillDirection(const Vs::TextCommandParameters& parameters, CommandContext& context)
 {
     if (parameters.parameters() == 1)
@@ -81,12 +95,14 @@ void fillDirection(const Vs::TextCommandParameters& parameters, CommandContext& 
 }
 
 // clang-format off
-constexpr WrapperRow kWrappers[] = {
-    {L"VuCommands", L"LookAlongCmd", L"<x,y,z> Look along the direction.", "%v", &LookAlongCmdDef::info, fillDirection},
+constexpr Vu::AreaRow kArea = {L"Example", L"The commands of the worked example"};
+constexpr Vu::WrapperRow kWrappers[] = {
+    {L"Example", L"LookAlong", L"<x,y,z> Looks along the direction", "%v", &LookAlongCmdDef::info, fillDirection},
 };
 // clang-format on
 
-const Wrappers<kWrappers> theWrappers;
+const Vu::SubjectArea<kArea> theArea;
+const Vu::Wrappers<kWrappers> theWrappers;
 
 // 5. The tests: what a user sees, through the line of text.
 class LookAlongTest : public CommandsTests::WithProgram
@@ -98,21 +114,22 @@ TEST_F(LookAlongTest, TheCameraLooksAlongTheDirection)
 {
     answer(L"Design.New");
     answer(L"Design.Box 10 20 30");
-    answer(L"VuCommands.LookAlongCmd 0,1,0");
-    const GkVector3d direction = activeCamera()->direction();
-    EXPECT_NEAR(direction.y, 1.0, 1e-9);
+    answer(L"Example.LookAlong 0,1,0");
+    const Vs::Scene::ViewFragment* model = modelShownIn(Vu::CommandContext::activeContext().assetSession());
+    ASSERT_NE(model, nullptr);
+    EXPECT_NEAR(model->camera()->direction().y, 1.0, 1e-9);
 }
 
 TEST_F(LookAlongTest, WithoutADirectionItSaysHowToWriteOne)
 {
     answer(L"Design.New");
-    EXPECT_EQ(failure(L"VuCommands.LookAlongCmd"), L"\"\" is not a direction; write it as x,y,z.");
+    EXPECT_EQ(failure(L"Example.LookAlong"), L"\"\" is not a direction; write it as x,y,z.");
 }
 
 TEST_F(LookAlongTest, WithoutADocumentItDoesNothing)
 {
-    EXPECT_EQ(answer(L"VuCommands.LookAlongCmd 0,1,0"), L"");
+    EXPECT_EQ(answer(L"Example.LookAlong 0,1,0"), L"");
 }
 
 } // namespace
-} // namespace Vu::Commands
+} // namespace Example
