@@ -58,6 +58,7 @@ const Component* add(Asset* asset, const Kind& kind, std::span<const Size> sizes
     if (!checkPlacement(kind, look.placement, status))
         return nullptr;
     const std::wstring name =
+        // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): a name that is free, not memory.
         look.name.empty() ? asset->data().names(*asset->components()).free(kind.name) : look.name;
     try {
         Transaction transaction(asset, kind.name);

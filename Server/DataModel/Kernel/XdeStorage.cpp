@@ -38,7 +38,7 @@ const Handle(Application) & application()
     static const Handle(Application) instance = [] {
         // The kernel talks to standard output, which belongs to the user.
         Message::DefaultMessenger()->ChangePrinters().Clear();
-        const Handle(Application) made = new Application;
+        Handle(Application) made = new Application;
         made->newDrivers();
         made->MessageDriver()->ChangePrinters().Clear();
         return made;

@@ -80,10 +80,10 @@ void FileMapping::unneeded(std::string_view stretch) const
 {
     static const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
     const uintptr_t begin = reinterpret_cast<uintptr_t>(stretch.data());
-    const uintptr_t first = (begin + page - 1) / page * page;
-    const uintptr_t last = (begin + stretch.size()) / page * page;
-    if (first < last)
-        madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
+    const size_t ahead = (page - begin % page) % page;
+    if (ahead < stretch.size())
+        madvise(const_cast<char*>(stretch.data()) + ahead, (stretch.size() - ahead) / page * page,
+                MADV_DONTNEED);
 }
 
 int FileMapping::reopen() const

@@ -186,7 +186,7 @@ void MappingGuard::copyAway()
         Kept::get().remove(m_data);
         return;
     }
-    mmap(const_cast<char*>(m_data), m_size, PROT_READ, MAP_PRIVATE | MAP_FIXED, copy, 0);
+    static_cast<void>(mmap(const_cast<char*>(m_data), m_size, PROT_READ, MAP_PRIVATE | MAP_FIXED, copy, 0));
     close(copy);
 }
 

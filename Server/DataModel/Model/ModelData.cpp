@@ -56,7 +56,8 @@ private:
     {
         constexpr std::streamsize kStep = 1 << 20;
         try {
-            if ((m_written += size) - m_told > kStep) {
+            m_written += size;
+            if (m_written - m_told > kStep) {
                 m_told = m_written;
                 m_watch(kMeshesShare);
             }

@@ -3,6 +3,8 @@
 #include "Server/Component/ComponentIds.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 
 namespace Vs {
 
@@ -19,9 +21,18 @@ constexpr uint8_t kMore = 1 << kBitsOfByte;
 enum Flags : uint8_t { Visible = 1, Coloured = 2, BelowParent = 4, Shifted = 8, Turned = 16, Projected = 32 };
 constexpr size_t kRows = 3, kColumns = 4;
 
+/// To the bit: what is read again is what was written, signs of zeros included.
+template <size_t kCount>
+bool isSame(const double* a, const double* b)
+{
+    return std::equal(a, a + kCount, b, [](double x, double y) {
+        return std::bit_cast<uint64_t>(x) == std::bit_cast<uint64_t>(y);
+    });
+}
+
 bool isSame(const GkMatrix3d& a, const GkMatrix3d& b)
 {
-    return std::memcmp(a.entry, b.entry, sizeof a.entry) == 0;
+    return isSame<16>(&a.entry[0][0], &b.entry[0][0]);
 }
 
 uint8_t kindOf(const GkMatrix3d& placement)
@@ -33,9 +44,7 @@ uint8_t kindOf(const GkMatrix3d& placement)
         other.entry[row][kColumns - 1] = placement.entry[row][kColumns - 1];
     if (isSame(placement, other))
         return Shifted;
-    return std::memcmp(placement.entry[kRows], other.entry[kRows], sizeof other.entry[kRows]) == 0
-               ? Turned
-               : Projected;
+    return isSame<kColumns>(placement.entry[kRows], other.entry[kRows]) ? Turned : Projected;
 }
 
 void packPlacement(Packer& packer, const GkMatrix3d& placement, uint8_t kind)
@@ -53,7 +62,8 @@ void pack(Packer& packer, const std::vector<PartTree::Node>& nodes, const std::s
     packer.shortCount(nodes.size());
     for (const PartTree::Node& node : nodes) {
         const std::string place = placeOf(node.id);
-        const bool isBelow = node.id == (parent.empty() ? place : parent + '/' + place);
+        const bool isBelow =
+            node.id == (parent.empty() ? place : std::string(parent).append(1, '/').append(place));
         const uint8_t kind = kindOf(node.placement);
         packer.value(static_cast<uint8_t>((node.visible ? Visible : 0) | (node.colour ? Coloured : 0) |
                                           (isBelow ? BelowParent : 0) | kind));
