@@ -26,7 +26,9 @@ public:
     Option<bool> selectClosestItemOnly{*this, "selectClosestItemOnly", true};
     Option<int> NPREffect{*this, "NPREffect", 0};
     Option<int> selectionEffectOption{*this, "selectionEffectOption", 1};
-    Option<int> visualStyle{*this, "visualStyle", 2};           ///< An EVisualStyle.
+    Option<int> visualStyle{*this, "visualStyle", 2}; ///< An EVisualStyle.
+    /// Edges in which faces go on smoothly: "faint", "full" as others, or "none".
+    Option<std::wstring> tangentEdges{*this, "tangentEdges", L"faint"};
     Option<int> objectShadowType{*this, "objectShadowType", 0}; ///< 0 none, 1 sharp, 2 and 3 soft.
     Option<int> cameraProjection{*this, "cameraProjection", 2}; ///< An EProjection.
     Option<bool> cameraPerspWithOrthoFaces{*this, "cameraPerspWithOrthoFaces", false};

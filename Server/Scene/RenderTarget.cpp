@@ -18,6 +18,10 @@ RenderTarget RenderTarget::current()
     target.gridUnit = &Vs::LengthUnit::display();
     target.environment = &Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironment();
     target.selectionEffect = options.selectionEffectOption();
+    const std::wstring tangent = options.tangentEdges();
+    target.tangentEdges = tangent == L"full"   ? kFullTangentEdges
+                          : tangent == L"none" ? kNoTangentEdges
+                                               : kFaintTangentEdges;
     return target;
 }
 

@@ -20,6 +20,13 @@ enum ESelectionEffect {
     kNoEffect = 4,
 };
 
+/// How edges are drawn in which faces go on smoothly, as between a fillet and what is beside it.
+enum ETangentEdges {
+    kFaintTangentEdges = 0,
+    kFullTangentEdges = 1,
+    kNoTangentEdges = 2,
+};
+
 /// What one picture is to be drawn into and how.
 struct RenderTarget
 {
@@ -37,6 +44,7 @@ struct RenderTarget
     /// In which the grid's lines are counted; null for millimetres.
     const Vs::LengthUnit* gridUnit = nullptr;
     int selectionEffect = kNormalEffect; ///< Any other number than an ESelectionEffect is as kFastEffect.
+    int tangentEdges = kFaintTangentEdges;
     /// Of edges, in logical pixels: a line of just one is lost where it lies between two rows.
     static constexpr float kLineWidth = 1.15f;
     /// Width of edges in pixels of the framebuffer.

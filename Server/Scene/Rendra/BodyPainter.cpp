@@ -18,6 +18,8 @@ constexpr double kOcclusionReach = 0.05;
 constexpr float kEdgeColour[3] = {0.10f, 0.115f, 0.14f};
 constexpr float kEdgeOpacity = 0.88f;
 constexpr float kHiddenOpacity = 0.34f;
+/// Of edges in which faces go on smoothly, as a part of what others have.
+constexpr float kTangentOpacity = 0.28f;
 /// A dash and the gap behind it, in pixels of the picture.
 constexpr float kDashPixels = 9;
 
@@ -285,8 +287,22 @@ void BodyPainter::drawEdges(const Frame& frame, const LineLook& look)
         setBody(m_edges, frame, *batch.mesh);
         glBindVertexArray(mesh.edgeArray);
         InstanceStore::bind(range);
-        glDrawElementsInstanced(GL_LINES, mesh.edgeIndexCount, mesh.edgeIndexType, nullptr, range.count);
-        ++frame.statistics.drawCalls;
+        const auto drawRun = [&](GLsizei first, GLsizei end) {
+            const size_t size = mesh.edgeIndexType == GL_UNSIGNED_SHORT ? sizeof(uint16_t) : sizeof(uint32_t);
+            if (first == end)
+                return;
+            glDrawElementsInstanced(GL_LINES, end - first, mesh.edgeIndexType,
+                                    reinterpret_cast<const void*>(size_t(first) * size), range.count);
+            ++frame.statistics.drawCalls;
+        };
+        const int tangent = frame.target.tangentEdges;
+        drawRun(0, tangent == kFullTangentEdges ? mesh.edgeIndexCount : mesh.sharpIndexCount);
+        if (tangent != kFaintTangentEdges || mesh.sharpIndexCount == mesh.edgeIndexCount)
+            continue;
+        glUniform4f(m_edges.uniform("edgeColour"), look.colour[0], look.colour[1], look.colour[2],
+                    look.colour[3] * kTangentOpacity);
+        drawRun(mesh.sharpIndexCount, mesh.edgeIndexCount);
+        glUniform4fv(m_edges.uniform("edgeColour"), 1, look.colour);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "Server/Scene/Rendra/CoarseMesh.h"
 #include "Server/Scene/Rendra/MeshShape.h"
+#include "Server/Scene/Rendra/TangentEdges.h"
 
 #include <algorithm>
 #include <chrono>
@@ -115,15 +116,20 @@ std::vector<float> edgeVertices(const Vs::BodyMesh& mesh)
     return vertices;
 }
 
-std::vector<uint32_t> edgeSegments(const Vs::BodyMesh& mesh)
+/// Those of tangent edges last; `sharp` becomes how many are before them.
+std::vector<uint32_t> edgeSegments(const Vs::BodyMesh& mesh, size_t& sharp)
 {
-    std::vector<uint32_t> segments;
+    std::vector<uint32_t> segments, last;
     segments.reserve(mesh.edgePoints.size() / 3 * 2);
+    const std::vector<bool> tangent = tangentEdges(mesh);
     for (size_t i = 0; i + 1 < mesh.edgeStarts.size(); ++i)
         for (uint32_t point = mesh.edgeStarts[i]; point + 1 < mesh.edgeStarts[i + 1]; ++point) {
-            segments.push_back(point);
-            segments.push_back(point + 1);
+            std::vector<uint32_t>& those = tangent[i] ? last : segments;
+            those.push_back(point);
+            those.push_back(point + 1);
         }
+    sharp = segments.size();
+    segments.insert(segments.end(), last.begin(), last.end());
     return segments;
 }
 
@@ -272,8 +278,10 @@ void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
     target.indexCount = GLsizei(triangles.size());
     target.closed = isClosedAndOutward(mesh);
 
-    const std::vector<uint32_t> segments = edgeSegments(mesh);
+    size_t sharp = 0;
+    const std::vector<uint32_t> segments = edgeSegments(mesh, sharp);
     target.edgeIndexCount = GLsizei(segments.size());
+    target.sharpIndexCount = GLsizei(sharp);
     if (segments.empty())
         return;
     glGenVertexArrays(1, &target.edgeArray);

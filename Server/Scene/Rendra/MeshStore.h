@@ -29,6 +29,7 @@ struct GlMesh
     GLuint faceArray = 0, edgeArray = 0; ///< Vertex arrays; the attributes of instances are set at each draw.
     GLuint vertices = 0, edgeVertices = 0, indices = 0, edgeIndices = 0;
     GLsizei indexCount = 0, edgeIndexCount = 0;
+    GLsizei sharpIndexCount = 0; ///< Of the edges' indices, those before the tangent edges'.
     GLenum indexType = GL_UNSIGNED_INT, edgeIndexType = GL_UNSIGNED_INT; ///< Short ones where they suffice.
     bool closed = false; ///< Its back sides are never seen; see isClosedAndOutward.
     std::weak_ptr<const Vs::BodyMesh> source;

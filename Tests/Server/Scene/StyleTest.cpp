@@ -1,4 +1,6 @@
+#include "Server/Body/BodyMesh.h"
 #include "Server/Scene/EnvironmentManager.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
@@ -145,6 +147,55 @@ TEST_F(StylePicture, EveryStyleDrawsTheSmallestAndTheFarthestBodiesAsItDrawsOthe
             EXPECT_NEAR(covered(100, {1e9, -1e9, 1e9}, style, projection), usual, usual / 4)
                 << style << ", far away";
         }
+}
+
+/// Two squares that meet in an edge in the middle, the second one sloped by so much.
+Shapes::MeshPtr twoFaces(float slope)
+{
+    auto mesh = std::make_shared<Vs::BodyMesh>();
+    mesh->positions = {-50, 0, -50, 0,  0,          -50, 0,  0,          50, -50, 0, 50,
+                       0,   0, -50, 50, slope * 50, -50, 50, slope * 50, 50, 0,   0, 50};
+    const float length = std::hypot(slope, 1.0f);
+    for (int i = 0; i < 8; ++i)
+        mesh->normals.insert(mesh->normals.end(), {i < 4 ? 0 : slope / length, i < 4 ? -1 : -1 / length, 0});
+    mesh->triangles = {0, 1, 2, 0, 2, 3, 4, 5, 6, 4, 6, 7};
+    mesh->faces = {{0, 2, -1}, {2, 2, -1}};
+    mesh->edgePoints = {0, 0, -50, 0, 0, 50};
+    mesh->edgeStarts = {0, 2};
+    mesh->bounds.add({-50, 0, -50});
+    mesh->bounds.add({50, slope * 50.0, 50});
+    return mesh;
+}
+
+TEST_F(StylePicture, AnEdgeInWhichFacesGoOnSmoothlyIsFaintFullOrLeftOutAsTheOptionSays)
+{
+    auto& option = GraphicsOptionGroup::get()->tangentEdges;
+    const std::wstring usual = option();
+    /// The darkest that is seen about the middle of the edge.
+    const auto ink = [&](const wchar_t* value) {
+        option(value);
+        draw(kShadedWithVisibleEdges);
+        int darkest = 255;
+        for (double x = -3; x <= 3; x += 0.5)
+            darkest = std::min(darkest, int(at({x, 0, 0})[1]));
+        return darkest;
+    };
+    for (const float slope : {0.0f, 1.0f}) {
+        fragment = ViewFragment::make(nullptr);
+        fragment->renderParams()->groundPlaneEnabled(false);
+        show(twoFaces(slope), {}, {0.6f, 0.6f, 0.6f, 1});
+        fragment->camera()->fit(fragment->bounds());
+        const int faint = ink(L"faint"), full = ink(L"full"), none = ink(L"none");
+        EXPECT_LT(full, 90);
+        if (slope > 0) {
+            EXPECT_EQ(faint, full) << "an edge as any other";
+            EXPECT_EQ(none, full);
+        } else {
+            EXPECT_GT(faint, full + 30);
+            EXPECT_LT(faint, none - 10);
+        }
+    }
+    option(usual);
 }
 
 TEST_F(StylePicture, HiddenEdgesAreFainterThanSeenOnesAndDashed)

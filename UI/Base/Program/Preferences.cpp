@@ -56,6 +56,13 @@ Choices themes()
             {L"dark", localized("ThemeDark", "Dark")}};
 }
 
+Choices tangentEdges()
+{
+    return {{L"faint", localized("TangentEdgesFaint", "Faint")},
+            {L"full", localized("TangentEdgesFull", "As others")},
+            {L"none", localized("TangentEdgesNone", "None")}};
+}
+
 Choices lengthUnits()
 {
     Choices choices;
@@ -86,6 +93,7 @@ std::vector<Preference> makeAll()
         {Page::Navigation, L"UIBase.reverseZoomDirection", "PreferenceReverseZoom", "Reverse the direction of zooming", toggle<&UI::reverseZoomDirection>()},
         {Page::Navigation, L"UIBase.animateCamera", "PreferenceAnimateCamera", "The camera glides to its new place", toggle<&UI::animateCamera>()},
         {Page::Display, L"Graphics.MSAA", "PreferenceSmoothEdges", "Smooth edges", toggle<&Graphics::MSAA>()},
+        {Page::Display, L"Graphics.tangentEdges", "PreferenceTangentEdges", "Edges between faces that go on smoothly", Preference::TextChoice{&OptionOf<&Graphics::tangentEdges>::get, &tangentEdges}},
         {Page::Display, L"Graphics.ambientOccludedEnabled", "PreferenceDarkCorners", "Darker corners", toggle<&Graphics::ambientOccludedEnabled>()},
         {Page::Display, L"Graphics.groundShadowEnabled", "PreferenceGroundShadow", "Shadow on the ground", toggle<&Graphics::groundShadowEnabled>()},
         {Page::Display, L"Graphics.groundReflectionEnabled", "PreferenceReflection", "Reflection in the ground", toggle<&Graphics::groundReflectionEnabled>()},
