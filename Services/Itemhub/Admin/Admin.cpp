@@ -6,6 +6,7 @@
 #include "Services/Itemhub/Routes/Clean.h"
 #include "Services/Itemhub/Routes/Json.h"
 #include "Services/Itemhub/Routes/Service.h"
+#include "Services/Itemhub/Store/Copy.h"
 #include "Services/Itemhub/Store/Events.h"
 
 #include <cstdio>
@@ -193,6 +194,12 @@ void showAudit(Service& service, const QStringList& words)
                   .join('\t'));
 }
 
+void copyDatabase(Service& service, const QStringList& words)
+{
+    Store::Database other(readConfig(words[0]).database);
+    Store::copyAll(service.database.connection(), other.connection());
+}
+
 struct Command
 {
     const char* words;
@@ -219,6 +226,9 @@ const std::vector<Command> kCommands{
     {"consumer add", "CUSTOMER NAME", "prints the key and the secret of a program that signs requests",
      addConsumer},
     {"audit", "COUNT", "prints what administrators want to know, the newest last", showAudit},
+    {"database copy", "CONFIGURATION",
+     "copies the database into the empty one of another configuration, of either kind; contents and key stay",
+     copyDatabase},
     {"backup", "FOLDER", "copies database, contents and key; the service may run meanwhile", backup},
     {"blobs check", "", "compares all contents with their hashes", checkBlobs},
     {"blobs clean", "", "removes contents that nothing refers to and that are older than a day", cleanBlobs},

@@ -87,6 +87,7 @@ public:
 
     [[nodiscard]] const Dialect& dialect() const;
     [[nodiscard]] QSqlDriver* driver() const;
+    [[nodiscard]] const QSqlDatabase& link() const { return *m_link; }
 
     /// False once the database's server has gone: whoever comes next needs another connection.
     [[nodiscard]] bool isGood() const { return !m_isLost && m_depth == 0; }

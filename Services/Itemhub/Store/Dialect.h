@@ -107,6 +107,10 @@ public:
     /// before the one it takes. Empty if the search gains nothing from that.
     [[nodiscard]] virtual QString nextWord(qint64 tenant) const = 0;
 
+    /// Run once numbers that another database gave were taken over into a column, so that new ones come
+    /// behind them; may be empty.
+    [[nodiscard]] virtual QString afterNumbers(const char*, const char*) const { return {}; }
+
     /// The statement that writes a whole copy to a file, or empty if a program of the database's own does
     /// that.
     [[nodiscard]] virtual QString backup(const QString& file) const = 0;

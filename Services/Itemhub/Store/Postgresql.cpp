@@ -111,12 +111,14 @@ public:
     QStringList makeSearch(qint64) const override { return {}; }
     QString unindex(qint64) const override { return "DELETE FROM search WHERE item_id = ?"; }
 
+    // Signs part words, as in the names of files, which would be one word each otherwise.
     QString index(qint64 tenant) const override
     {
-        return QString("INSERT INTO search (tenant_id, item_id, words) VALUES (%1, ?, "
-                       "setweight(to_tsvector('simple', unaccent(?)), 'A') || "
-                       "setweight(to_tsvector('simple', unaccent(?)), 'D'))")
-            .arg(tenant);
+        const QString words =
+            R"(to_tsvector('simple', regexp_replace(unaccent(?), '[!-/:-@\[-`{-~]+', ' ', 'g')))";
+        return QString("INSERT INTO search (tenant_id, item_id, words) VALUES (%1, ?, setweight(%2, 'A') || "
+                       "setweight(%2, 'D'))")
+            .arg(QString::number(tenant), words);
     }
 
     QString search(qint64 tenant, bool ranked) const override
@@ -153,6 +155,12 @@ public:
 
     QString prepareWords(qint64) const override { return {}; }
     QString nextWord(qint64) const override { return {}; }
+
+    QString afterNumbers(const char* table, const char* column) const override
+    {
+        return QString("SELECT setval(pg_get_serial_sequence('%1', '%2'), max(%2)) FROM %1")
+            .arg(table, column);
+    }
 
     QString backup(const QString&) const override { return {}; }
 

@@ -183,6 +183,50 @@ class ServerTest(Databases):
         first.admin("account", "disable", "acme", "boss")
         self.assertEqual({boss("GET", "/session").status, other("GET", "/session").status}, {401})
 
+    def test_a_team_that_grows_moves_with_all_that_it_has_and_back(self):
+        service.ON_POSTGRESQL = False
+        self.addCleanup(setattr, service, "ON_POSTGRESQL", True)
+        small = Service()
+        self.addCleanup(small.close)
+        small.admin("customer", "add", "acme")
+        self.items = f"/workspaces/{small.admin('workspace', 'add', 'acme', 'Designs')}/items"
+        boss = small.start().member("acme", "boss", "admin")
+        made = [boss("POST", self.items, {"caption": caption, "description": "Zweizeilig:\n\u00e9\u2192\U0001f600"}).json for caption in ("Flange", "Gear", "Gone")]
+        upload = boss.upload(b"moved")
+        attachment = boss("POST", f"/items/{made[0]['id']}/attachments", {"name": "a.vlra", "docType": "x", "upload": upload}).json["id"]
+        boss("POST", f"/items/{made[0]['id']}/links", {"itemId": made[1]["id"]})
+        boss("POST", f"/items/{made[0]['id']}/comments", {"body": "Good"})
+        boss("PUT", f"/favourites/{made[1]['id']}")
+        boss("DELETE", f"/items/{made[2]['id']}")
+        # All that there is, as the account sees it.
+        paths = ["/workspaces", self.items, "/favourites", "/tokens", "/events?after=0&limit=500", "/accounts", "/search?q=fla", "/search?q=vlra",
+                 f"/items/{made[0]['id']}/links", f"/items/{made[0]['id']}/comments", f"/attachments/{attachment}/versions/1/content"]
+        seen = lambda client: [client("GET", path).body for path in paths]
+        before = seen(boss)
+        small.stop()
+
+        back = Service()
+        self.addCleanup(back.close)
+        large = Service(database=self.reach, blobs=str(small.blobs), keyFile=str(small.data / "service.key"))
+        self.addCleanup(large.close)
+        small.admin("database", "copy", large.config)
+        self.assertIn("has customers already", small.admin("database", "copy", large.config, check=False).stderr)
+        moved = large.start().client(boss.token)
+        self.assertEqual(seen(moved), before)
+        new = moved("POST", self.items, {"caption": "New"})
+        self.assertEqual((new.status, new.json["id"]), (201, made[2]["id"] + 1))
+        large.stop()
+        back.configure(blobs=str(small.blobs), keyFile=str(small.data / "service.key"))
+        large.admin("database", "copy", back.config)
+        again = back.start().client(boss.token)
+        self.assertEqual([item["caption"] for item in again("GET", self.items).json["items"]], ["Flange", "Gear", "New"])
+        self.assertEqual(again("GET", "/search?q=new").json["items"][0]["caption"], "New")
+        # No table was forgotten.
+        count = lambda rows: {name: int(number) for name, number in rows}
+        tables = [row[0] for row in back.sql("SELECT name FROM sqlite_master WHERE type = 'table'") if not row[0].startswith(("sqlite_", "search_"))]
+        each = " UNION ALL ".join(f"SELECT '{table}', count(*) FROM {table}" for table in tables if table not in ("audit", "schema_version"))
+        self.assertEqual(count(back.sql(each)), count(self.server_.sql(each, self.reach["name"])))
+
     def test_what_a_proxy_repeats_to_both_processes_is_done_once(self):
         first, boss = self.begun(self.reach)
         second = first.beside()

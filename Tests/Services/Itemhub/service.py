@@ -159,7 +159,7 @@ class Service:
     def configure(self, **settings):
         self.database_settings = {**self.reach, **settings.pop("database", {})}
         self.config.write_text(json.dumps({
-            "database": self.database_settings, "blobs": str(self.blobs),
+            "database": self.database_settings, "blobs": str(settings.pop("blobs", self.blobs)),
             "server": {"port": 0, **settings.pop("server", {})},
             "limits": {"requestsPerSecond": 0, **settings.pop("limits", {})}, **settings}))
 
