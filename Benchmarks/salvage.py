@@ -81,7 +81,7 @@ def answers_of(program, files, folder):
     """What one run of the program says of each file: "whole", "warned" or "refused", and its words."""
     arguments = [program, "--headless", "--keep-going", "--no-autorun", "--profile-dir", folder / "profile"]
     for file in files:
-        arguments += ["--command", f'Document.Open "{file}"', "--command", "Document.CloseAll /Silent"]
+        arguments += ["--command", f'Document.Open "{file}"', "--command", "Document.CloseAll"]
     run = subprocess.run(arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, errors="replace", check=False)
     if run.returncode not in (0, 1):
         sys.exit(f"{program} ended with {run.returncode}: {run.stderr}")

@@ -6,8 +6,10 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
+#include "Server/DataModel/DamagedParts.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentEvents.h"
+#include "Server/DataModel/Model/ModelFile.h"
 #include "Server/DataModel/Native/DocumentBuild.h"
 #include "Server/DataModel/Native/DocumentFile.h"
 #include "Server/DataModel/Native/Paths.h"
@@ -127,7 +129,8 @@ Document* DocumentMgr::createFromModel(const std::wstring& source, std::shared_p
     if (!document)
         return nullptr;
     document->importedFrom(source);
-    Asset::createFromModel(document, name, type, std::move(model));
+    Asset* const asset = Asset::createFromModel(document, name, type, model);
+    DamagedParts::note(*asset, model->warnings());
     DocumentEvent event(document);
     DocumentEventSource::get()->fireDocumentOpened(&event);
     return document;

@@ -163,8 +163,7 @@ Loaded loadSound(const std::string& path, std::string_view file, const ReadingOp
         throw Unreadable("isn't a valid STEP file: its text can't be understood");
     // Another version may make more of it.
     reporter.dependsOn({});
-    reading.warnings.push_back("is damaged, and was read without what is unsound in it" +
-                               (sound.losses.empty() ? "" : ": it lacks " + sound.losses));
+    reading.warnings.push_back("is damaged, and was read without what is unsound in it");
     reading.warnings.insert(reading.warnings.end(), sound.warnings.begin(), sound.warnings.end());
     loaded.salvaged = std::move(sound.text);
     return loaded;

@@ -25,6 +25,7 @@
 #include "UI/Base/Program/EndSignals.h"
 #include "UI/Base/Program/ProgramLink.h"
 #include "UI/Base/Session/AutoSaving.h"
+#include "UI/Base/Session/DamageNotice.h"
 #include "UI/Base/Session/DocumentWatch.h"
 #include "UI/Base/Validation/ReferenceCheck.h"
 #include "UI/Base/Validation/References.h"
@@ -186,6 +187,7 @@ int runWorkspace(const CommandLine& line)
         workspace->window()->show();
         Vu::EndSignals::watch();
         Vu::DocumentWatch::begin();
+        Vu::DamageNotice::begin();
     }
     if (line.autorun)
         runAutorunScripts();

@@ -1,5 +1,6 @@
 #include "Server/Translate/Salvage/Salvage.h"
 
+#include "Server/DataModel/Exchange/LostFaces.h"
 #include "Server/Translate/Salvage/Mender.h"
 
 #include <algorithm>
@@ -40,11 +41,6 @@ std::string listed(const std::vector<std::string>& things)
     return list;
 }
 
-std::string nameFor(const std::string& part)
-{
-    return part.empty() ? "a part without a name" : '"' + part + '"';
-}
-
 /// Occurrences of parts in assemblies that are set aside, each of which is told by several statements.
 size_t lostPlacements(const Instances& instances)
 {
@@ -58,7 +54,7 @@ size_t lostPlacements(const Instances& instances)
     return std::max(occurrences, places);
 }
 
-std::string lossesOf(const Instances& instances, const Mender& mender)
+std::vector<std::string> lossesOf(const Instances& instances, const Mender& mender)
 {
     constexpr size_t kMostParts = 20;
     std::vector<std::string> losses;
@@ -67,17 +63,18 @@ std::string lossesOf(const Instances& instances, const Mender& mender)
             losses.push_back("faces of " + counted(mender.losses().size() - kMostParts, "further part"));
             break;
         }
-        losses.push_back(std::to_string(loss.lost) + " of " + counted(loss.all, "face") + " of " +
-                         nameFor(part));
+        losses.push_back(Exchange::LostFaces{loss.lost, loss.all, part}.text());
     }
     if (const size_t placements = lostPlacements(instances); placements > 0)
         losses.push_back(counted(placements, "placement"));
-    return listed(losses);
+    return losses;
 }
 
-std::vector<std::string> warningsOf(const Mender& mender)
+std::vector<std::string> warningsOf(const Mender& mender, const std::vector<std::string>& losses)
 {
     std::vector<std::string> warnings;
+    for (const std::string& loss : losses)
+        warnings.push_back("lacks " + loss);
     if (const size_t faces = mender.looseFaces(); faces > 0)
         warnings.push_back("has " + counted(faces, "face") + (faces == 1 ? " that belongs" : " that belong") +
                            " to no part any more, and " + (faces == 1 ? "is" : "are") +
@@ -102,8 +99,9 @@ Salvaged salvage(std::string_view file)
     result.text = "ISO-10303-21;\nHEADER;\nFILE_DESCRIPTION((''),'2;1');\n"
                   "FILE_NAME('','',(''),(''),'','','');\nFILE_SCHEMA(('" +
                   schemaOf(file) + "'));\nENDSEC;\nDATA;\n" + data + "ENDSEC;\nEND-ISO-10303-21;\n";
-    result.losses = lossesOf(instances, mender);
-    result.warnings = warningsOf(mender);
+    const std::vector<std::string> losses = lossesOf(instances, mender);
+    result.losses = listed(losses);
+    result.warnings = warningsOf(mender, losses);
     return result;
 }
 

@@ -9,9 +9,10 @@ namespace Vs::Translate::Salvage {
 /// What is sound of a damaged STEP file.
 struct Salvaged
 {
-    std::string text;   ///< A STEP file; empty where nothing that can be shown is left.
-    std::string losses; ///< "3 of 29 faces of "bracket" and 2 placements"; empty if no shape lost anything.
-    /// What else is to be said, as clauses that go after the file's name.
+    std::string text; ///< A STEP file; empty where nothing that can be shown is left.
+    /// "3 of 29 faces of "bracket" and 2 placements"; empty if no shape lost anything.
+    std::string losses;
+    /// The same, each by itself, and what else is to be said, as clauses that go after the file's name.
     std::vector<std::string> warnings;
     bool wasDamaged = false; ///< Whether anything is set aside, or the file's beginning or end is missing.
 };

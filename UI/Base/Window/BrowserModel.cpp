@@ -50,6 +50,21 @@ QPixmap drawBox(int boxes)
     return picture;
 }
 
+/// A box with a sign of warning before it.
+QPixmap drawDamagedBox()
+{
+    QPixmap picture = drawBox(1);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(0x7a, 0x4b, 0x00), 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(QColor(0xff, 0xc1, 0x3d));
+    painter.drawPolygon(QPolygonF({{22, 12.5}, {31, 30}, {13, 30}}));
+    painter.setPen(QPen(QColor(0x3d, 0x25, 0x00), 2.4, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(22, 19), QPointF(22, 23.5));
+    painter.drawPoint(QPointF(22, 27.2));
+    return picture;
+}
+
 /// A little camera, in the tones of the boxes.
 QPixmap drawCamera()
 {
@@ -84,7 +99,11 @@ Vs::NameView::NamedViews* namedViewsOf(const Vs::Asset* asset)
 } // namespace
 
 BrowserModel::BrowserModel(QObject* parent)
-    : QAbstractItemModel(parent), m_assemblyIcon(drawBox(3)), m_partIcon(drawBox(1)), m_viewIcon(drawCamera())
+    : QAbstractItemModel(parent),
+      m_assemblyIcon(drawBox(3)),
+      m_partIcon(drawBox(1)),
+      m_damagedIcon(drawDamagedBox()),
+      m_viewIcon(drawCamera())
 {
     Vs::AssetEventSource::get()->subscribe(this);
 }
@@ -100,6 +119,9 @@ void BrowserModel::asset(Vs::Asset* asset)
         return;
     beginResetModel();
     m_asset = asset;
+    m_damaged.clear();
+    if (asset)
+        m_damaged = Vs::DamagedParts::of(*asset);
     m_namedViews = namedViewsOf(asset);
     m_views = m_namedViews ? m_namedViews->views() : Vs::NameView::NamedViews::Views();
     m_rows.asset(asset);
@@ -208,6 +230,17 @@ QModelIndex BrowserModel::indexOf(const std::string& componentId)
     return row ? indexOf(*row) : QModelIndex();
 }
 
+/// What of the component's faces was lost with a damaged file; empty for nothing.
+QString BrowserModel::damageOf(const Vs::Component& component) const
+{
+    const auto found = m_damaged.find(component.id);
+    if (found == m_damaged.end())
+        return {};
+    const auto& [lost, all] = found->second;
+    return QString::fromStdWString(localizedFormat(
+        "BrowserDamaged", "%1% of %2% faces were damaged in the file and are left out", lost, all));
+}
+
 QVariant BrowserModel::viewData(const Vs::NameView::NamedView& view, int role) const
 {
     switch (role) {
@@ -247,12 +280,18 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
     case Qt::EditRole:
         return QString::fromStdWString(shown->name);
     case Qt::ToolTipRole:
+        if (const QString damage = damageOf(*shown); !damage.isEmpty())
+            return PlainText::tooltip(shown->name.text() + L": " + damage.toStdWString());
         return PlainText::tooltip(shown->children.empty()
                                       ? shown->name
                                       : localizedFormat("ComponentCount", "%1%: %2% components", shown->name,
                                                         shown->children.size()));
     case Qt::DecorationRole:
+        if (m_damaged.contains(shown->id))
+            return m_damagedIcon;
         return shown->children.empty() && shown->body ? m_partIcon : m_assemblyIcon;
+    case Qt::AccessibleDescriptionRole:
+        return damageOf(*shown);
     case Qt::CheckStateRole:
         return root ? QVariant() : QVariant(shown->visible ? Qt::Checked : Qt::Unchecked);
     case Qt::ForegroundRole:

@@ -2,12 +2,15 @@
 
 #include "Server/CommonData/NamedViews.h"
 #include "Server/DataModel/AssetEvents.h"
+#include "Server/DataModel/DamagedParts.h"
 #include "UI/Base/Window/BrowserRows.h"
 
 #include <QAbstractItemModel>
 #include <QIcon>
 
 #include <functional>
+#include <string>
+#include <unordered_map>
 
 namespace Vs {
 class Component;
@@ -71,6 +74,7 @@ private:
     void assetRenamed(Vs::AssetEvent* event) override;
     void assetSettingsChanged(Vs::AssetEvent* event) override;
     void assetClosed(Vs::AssetEvent* event) override;
+    QString damageOf(const Vs::Component& component) const;
     QVariant viewData(const Vs::NameView::NamedView& view, int role) const;
     bool isRenameable(const QModelIndex& index) const;
     bool isCheckable(const QModelIndex& index) const;
@@ -85,9 +89,10 @@ private:
     Vs::NameView::NamedViews::Views m_views; ///< As they are shown.
     mutable BrowserRows m_rows;
     std::vector<std::wstring> m_filter;
+    std::unordered_map<std::string, Vs::DamagedParts::Loss> m_damaged; ///< By Component::id.
     Renamer m_renamer;
     Shower m_shower;
-    QIcon m_assemblyIcon, m_partIcon, m_viewIcon;
+    QIcon m_assemblyIcon, m_partIcon, m_damagedIcon, m_viewIcon;
 };
 
 } // namespace Vu

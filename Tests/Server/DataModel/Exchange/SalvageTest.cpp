@@ -3,6 +3,9 @@
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyMesh.h"
+#include "Server/DataModel/DamagedParts.h"
+#include "Server/DataModel/Document.h"
+#include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "Tests/Server/DataModel/Fixture.h"
 #include "Tests/Support/Seed.h"
@@ -110,7 +113,20 @@ TEST_F(SalvageTest, APartLosesTheFaceThatIsUnsoundAndTheOthersStayAsTheyAre)
         EXPECT_EQ(facesOf(*asset, L"Red box") + facesOf(*asset, L"Turned cylinder"), 8u) << said();
         EXPECT_NE(said().find("1 of "), std::string::npos) << said();
         EXPECT_NE(said().find("is damaged"), std::string::npos) << said();
+
+        // Which part it is stays known with the model.
+        const auto damaged = DamagedParts::of(*asset);
+        ASSERT_EQ(damaged.size(), 1u) << said();
+        const std::string id = damaged.begin()->first;
+        const size_t all = asset->findComponent(id)->name == L"Red box" ? 6 : 3;
+        EXPECT_EQ(damaged.at(id), DamagedParts::Loss(1, all));
+        EXPECT_GE(DamagedParts::warningsOf(*asset).size(), 2u);
+        const std::wstring kept = scratch("kept" + std::to_string(files) + ".tdsn");
+        ASSERT_TRUE(asset->document()->saveAs(kept, status)) << said();
+        DocumentMgr::get()->close(asset->document());
+        EXPECT_EQ(DamagedParts::of(*open(kept)->activeAsset()).at(id), DamagedParts::Loss(1, all));
     }
+    EXPECT_TRUE(DamagedParts::of(*opened(whole)).empty());
 }
 
 TEST_F(SalvageTest, WhatIsOnlyWrittenBadlyIsWholeAgain)

@@ -14,8 +14,11 @@
 #include <QStyle>
 #include <QStyleOptionViewItem>
 
+#include <fstream>
 #include <optional>
 #include <random>
+#include <regex>
+#include <sstream>
 
 namespace {
 
@@ -168,6 +171,26 @@ TEST_F(ComponentsInTheBrowser, AreHiddenAndShownByTheirCheckMarksWhateverIsSelec
             EXPECT_EQ(isShown(L"Box3"), shown);
         }
     }
+}
+
+TEST_F(ComponentsInTheBrowser, ThatLostFacesWithADamagedFileAreMarked)
+{
+    const std::string file = Vs::Strings::narrow(scratch(L"damaged.stp"));
+    answer(L"Design.Export \"" + scratch(L"damaged.stp") + L'"');
+    std::stringstream text;
+    text << std::ifstream(file).rdbuf();
+    std::ofstream(file) << std::regex_replace(text.str(), std::regex("ADVANCED_FACE"), "ADVANCED_FACF",
+                                              std::regex_constants::format_first_only);
+    answer(L"Document.Open \"" + scratch(L"damaged.stp") + L'"');
+    QApplication::processEvents();
+    QStringList told;
+    for (const wchar_t* name : {L"Box1", L"Box2", L"Box3"}) {
+        const QString damage = item(name).data(Qt::AccessibleDescriptionRole).toString();
+        EXPECT_EQ(item(name).data(Qt::ToolTipRole).toString().contains("1 of 6 faces"), !damage.isEmpty());
+        if (!damage.isEmpty())
+            told << damage;
+    }
+    EXPECT_EQ(told, QStringList("1 of 6 faces were damaged in the file and are left out"));
 }
 
 TEST_F(ComponentsInTheBrowser, TheKeyAndTheMenuDelete)
