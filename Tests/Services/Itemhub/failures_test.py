@@ -1,6 +1,8 @@
 """What fails around the service: it's killed, its database is locked, gone, full or newer, its contents are missing or damaged."""
 
 import os
+import pathlib
+import re
 import shutil
 import signal
 import time
@@ -9,6 +11,7 @@ import unittest
 import service
 from service import Service, ServiceTest, sha256
 
+MIGRATIONS = pathlib.Path(__file__).resolve().parents[3] / "Services/Itemhub/Store/Migrations"
 FAILING_CALLS = os.environ["QUILLET_FAILING_CALLS"]
 
 
@@ -153,9 +156,13 @@ class UpgradeTest(ServiceTest):
         before = {each: self.boss("GET", f"/items/{each}").json for each in made}
         after = self.boss("GET", "/events?after=now").json["next"]
         self.service.stop()
-        for index in ("item_changed", "item_name", *(["item_similar"] if service.ON_POSTGRESQL else [])):
-            self.service.sql(f"DROP INDEX {index}")
-        self.service.sql("DELETE FROM schema_version WHERE number > 5")
+        first = 6  # Of those that brought the layout of now.
+        files = [file for file in sorted(MIGRATIONS.glob("*.sql")) if int(file.name[:4]) >= first]
+        self.assertTrue(files)
+        made_there = [words for file in files for words in re.findall(r"CREATE (TABLE|INDEX) (\w+)", file.read_text())]
+        for kind, name in [("INDEX", "item_similar"), *made_there]:
+            self.service.sql(f"DROP {kind} IF EXISTS {name}" + (" CASCADE" if service.ON_POSTGRESQL else ""))
+        self.service.sql(f"DELETE FROM schema_version WHERE number >= {first}")
         boss = self.service.start().client(self.boss.token)
         self.assertEqual({each: boss("GET", f"/items/{each}").json for each in made}, before)
         listed = boss("GET", f"/workspaces/{self.workspace}/items?order=name").json["items"]
