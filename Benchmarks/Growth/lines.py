@@ -86,13 +86,13 @@ def parts():
     clock("Design.New")
     clock("Design.Box 1 1 1")
     patterns = -(-count // ROW)
-    row = count // patterns
+    row = count // patterns // 100 * 100
     pattern = f"Design.Pattern Box1 X 2 {row // 100} Y 2 100"
     whole("Design.Pattern", pattern, *[line for n in range(2, patterns + 1)
                                        for line in (f"Design.Box 1 1 1 0,0,{3 * n}", pattern.replace("Box1", f"Box{n}"))])
     whole("Design.Pattern, undone and redone", "VuCommands.UndoCmd", "VuCommands.RedoCmd")
     change_one(f"Box1:{row // 2}")
-    everything = [f"Box{1 + n // row}:{1 + n % row}" for n in range(count)]
+    everything = [f"Box{1 + n // row}:{1 + n % row}" for n in range(row * patterns)]
     whole("Selection.Select all, and List", *select(everything), "Selection.List")
     whole("Design.Hide all, and back", "Design.Hide", "VuCommands.UndoCmd", "VuCommands.RedoCmd", "Design.ShowAll")
     whole("Design.Colour all, and back", "Script.BeginTransaction Red",
