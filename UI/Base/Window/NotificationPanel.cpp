@@ -165,7 +165,7 @@ void NotificationPanel::fill()
         QLabel* none = PlainText::label(
             list, QString::fromStdWString(localized("NotificationsNone", "There are no notifications.")));
         none->setContentsMargins(2 * kMargin, 2 * kMargin, 2 * kMargin, 2 * kMargin);
-        none->setEnabled(false);
+        none->setForegroundRole(QPalette::PlaceholderText);
         column->addWidget(none);
     }
     column->addStretch(1);

@@ -112,7 +112,7 @@ void NotificationRow::addHead(QBoxLayout& column)
     head->addWidget(title, 1, Qt::AlignTop);
     QLabel* time = PlainText::label(this, timeText());
     time->setObjectName(QStringLiteral("notificationTime"));
-    time->setEnabled(false);
+    time->setForegroundRole(QPalette::PlaceholderText);
     head->addWidget(time, 0, Qt::AlignTop);
     auto* close = new QToolButton(this);
     close->setProperty("flat", true);

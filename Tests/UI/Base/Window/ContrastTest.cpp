@@ -318,6 +318,15 @@ TEST_P(ContrastTest, TextsAreReadableOnTheHomeScreenInADocumentAndInTheirDialogs
     expectTexts(*window());
     inPreferences([](QDialog& dialog) { expectTexts(dialog); });
     onHomeScreen([] { expectTexts(*window()); });
+    auto* bell = window()->findChild<QToolButton*>(QStringLiteral("bell"));
+    ASSERT_NE(bell, nullptr);
+    bell->click();
+    QTest::qWait(50);
+    const auto* panel = window()->findChild<QWidget*>(QStringLiteral("notificationPanel"));
+    ASSERT_TRUE(panel && panel->isVisible());
+    EXPECT_FALSE(visible<QLabel>(*panel).empty());
+    expectTexts(*panel);
+    bell->click();
 }
 
 TEST_P(ContrastTest, TheKeyboardIsSeenWhereverItIs)
