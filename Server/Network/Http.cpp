@@ -122,7 +122,7 @@ bool Http::learnsLogin(const Answer& answer, const Request& request)
 
 QUrl Http::redirection(Answer& answer, const Request& request) const
 {
-    const QUrl next = request.url.resolved(QUrl::fromEncoded(answer.header("Location")));
+    QUrl next = request.url.resolved(QUrl::fromEncoded(answer.header("Location")));
     const auto refuse = [&](const std::string& why) {
         answer = {.failure = {CloudErrorState::Redirected, why}};
         return QUrl();

@@ -210,10 +210,10 @@ DriveResult MeshportAuth::signIn(const std::string& address, const Cloud::DriveC
 
 DriveResult MeshportAuth::discover(const std::string& typed, Cloud::DriveOffer& offer)
 {
-    const DriveResult result = onThread(localized("CloudLooking", "Looking for the cloud drive"),
-                                        [&](Cloud::DriveTransport& transport, const DriveWatch&) {
-                                            return transport.discover(typed, offer);
-                                        });
+    DriveResult result = onThread(localized("CloudLooking", "Looking for the cloud drive"),
+                                  [&](Cloud::DriveTransport& transport, const DriveWatch&) {
+                                      return transport.discover(typed, offer);
+                                  });
     Cloud::Failures::note(result);
     return result;
 }

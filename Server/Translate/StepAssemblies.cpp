@@ -223,7 +223,7 @@ Handle(StepRepr_Representation)
         list = new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(own.size()));
     for (size_t i = 0; i < own.size(); ++i)
         list->SetValue(static_cast<int>(i) + 1, own[i]);
-    const Handle(StepRepr_Representation) reduced = new StepRepr_Representation;
+    Handle(StepRepr_Representation) reduced = new StepRepr_Representation;
     reduced->Init(representation->Name(), list, representation->ContextOfItems());
     return reduced;
 }

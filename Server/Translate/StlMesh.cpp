@@ -149,7 +149,7 @@ std::vector<StlSolid> parseStl(std::string_view bytes, Reporter& reporter, std::
 Handle(Poly_Triangulation) triangulate(const StlSolid& solid, BodyMesh& mesh)
 {
     const JoinedTriangles joined = joinTriangles(solid.corners);
-    const Handle(Poly_Triangulation) triangulation =
+    Handle(Poly_Triangulation) triangulation =
         new Poly_Triangulation(int(joined.nodes.size()), int(joined.triangles.size()), false);
     for (size_t i = 0; i < joined.nodes.size(); ++i)
         triangulation->SetNode(int(i) + 1,

@@ -94,7 +94,7 @@ std::shared_ptr<VrmlFile> VrmlFiles::readOther(const std::vector<std::string>& u
     try {
         const MappedFile file(pathOf(url));
         checkVersion(file.bytes());
-        const auto other = std::make_shared<VrmlFile>();
+        auto other = std::make_shared<VrmlFile>();
         read(*other, file.bytes(), m_folder, [](std::string_view text) {
             return std::make_unique<std::stringbuf>(std::string(text), std::ios::in);
         });

@@ -81,7 +81,7 @@ bool isOfTriangles(const TopoDS_Shape& shape)
 // What the triangles turn their outer side to is told by the order of their corners, which a mirror turns.
 Handle(Poly_Triangulation) stretched(const Poly_Triangulation& mesh, const gp_GTrsf& motion)
 {
-    const Handle(Poly_Triangulation) image =
+    Handle(Poly_Triangulation) image =
         new Poly_Triangulation(mesh.NbNodes(), mesh.NbTriangles(), false, mesh.HasNormals());
     const gp_Mat ofNormals = motion.VectorialPart().Inverted().Transposed();
     const bool mirrors = motion.VectorialPart().Determinant() < 0;

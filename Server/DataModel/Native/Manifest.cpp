@@ -103,7 +103,7 @@ void readVersion1(const Members& top, Manifest& manifest)
 {
     manifest.documentType = top.string("documentType");
     manifest.document = top.guid("document");
-    for (const QJsonValue& value : top.array("models")) {
+    for (const QJsonValue value : top.array("models")) {
         const Members model(Members::objectOf("models", value));
         Manifest::Asset asset;
         asset.guid = model.guid("guid");
@@ -125,7 +125,7 @@ Manifest::Asset readAsset(const Members& members)
     asset.visible = members.value("visible").toBool();
     if (members.has("parent"))
         asset.parent = members.guid("parent");
-    for (const QJsonValue& reference : members.array("references"))
+    for (const QJsonValue reference : members.array("references"))
         asset.references.push_back(Members::guidOf("references", reference));
     const QJsonObject settings = members.object("settings").all();
     for (auto each = settings.begin(); each != settings.end(); ++each)
@@ -147,7 +147,7 @@ void readVersion2(const Members& top, Manifest& manifest)
     manifest.documentType = document.string("type");
     if (document.has("activeAsset"))
         manifest.activeAsset = document.guid("activeAsset");
-    for (const QJsonValue& value : top.array("assets"))
+    for (const QJsonValue value : top.array("assets"))
         manifest.assets.push_back(readAsset(Members(Members::objectOf("assets", value))));
 }
 
@@ -160,7 +160,7 @@ void readExtra(const QJsonObject& object, Manifest& manifest)
     Manifest::Extra extra;
     extra.entry = object["entry"].toString().toStdString();
     extra.asset = fromString(Strings::widen(object["asset"].toString().toStdString()));
-    for (const QJsonValue& until : object["until"].toArray()) {
+    for (const QJsonValue until : object["until"].toArray()) {
         if (until.toString() == QLatin1String(kUntilChanged))
             extra.untilChanged = true;
         else if (until.toString() == QLatin1String(kUntilMoved))
@@ -176,7 +176,7 @@ void readExtra(const QJsonObject& object, Manifest& manifest)
 void readVersion3(const Members& top, Manifest& manifest)
 {
     readVersion2(top, manifest);
-    for (const QJsonValue& value : top.all()["extras"].toArray())
+    for (const QJsonValue value : top.all()["extras"].toArray())
         readExtra(value.toObject(), manifest);
 }
 

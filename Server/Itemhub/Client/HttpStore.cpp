@@ -311,7 +311,7 @@ std::string HttpStore::beginUpload(std::uint64_t size, const std::string& sha256
         watch);
     Answers::check(answer, doing);
     const QByteArray location = answer.header("Location");
-    const std::string id = location.mid(location.lastIndexOf('/') + 1).toStdString();
+    std::string id = location.mid(location.lastIndexOf('/') + 1).toStdString();
     if (id.empty() || QUrl::toPercentEncoding(QString::fromStdString(id)).toStdString() != id)
         throw Web::PayloadException(doing + " failed: the answer names no upload");
     return id;

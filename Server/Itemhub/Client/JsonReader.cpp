@@ -59,7 +59,7 @@ bool JsonReader::flag(const char* name) const
 
 std::string JsonReader::sha256(const char* name) const
 {
-    const std::string found = text(name);
+    std::string found = text(name);
     if (!isSha256(QString::fromStdString(found)))
         refuse(name, "a SHA-256");
     return found;
@@ -70,7 +70,7 @@ QJsonArray JsonReader::list(const char* name) const
     const QJsonValue value = m_object[QLatin1String(name)];
     if (!value.isArray())
         refuse(name, "a list");
-    const QJsonArray list = value.toArray();
+    QJsonArray list = value.toArray();
     if (!std::all_of(list.begin(), list.end(), [](const QJsonValue& each) { return each.isObject(); }))
         refuse(name, "a list of objects");
     return list;

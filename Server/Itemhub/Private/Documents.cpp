@@ -57,7 +57,7 @@ bool isAny(const QueueEntry&)
 fs::path fetched(ItemStore& store, const std::string& account, const Content& content, const Watch& watch)
 {
     OwnFiles::makeFolder(Places::contents(account));
-    const fs::path file = Places::contents(account) / content.sha256;
+    fs::path file = Places::contents(account) / content.sha256;
     boost::system::error_code error;
     // The working files share it, so that somebody may have written into it.
     if (fs::file_size(file, error) == content.size && !error &&

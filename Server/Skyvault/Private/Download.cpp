@@ -91,7 +91,7 @@ DriveResult download(const Cache::Place& place, DriveEntry& entry)
     const fs::path part = file.parent_path() / ('.' + file.filename().string() + ".part");
     OwnFiles::makeFolder(file.parent_path());
     std::string hash;
-    const DriveResult result = Session::get().run(title(place), [&](Drive& drive, const DriveWatch& watch) {
+    DriveResult result = Session::get().run(title(place), [&](Drive& drive, const DriveWatch& watch) {
         DriveResult read = drive.download(place.path, part.string(), entry, watch);
         if (read.isOk())
             hash = library.hashOf(part.string());

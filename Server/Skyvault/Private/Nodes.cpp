@@ -65,7 +65,7 @@ SkyvaultNodeData knownFolder(const Cache::Path& root, const std::string& id)
 DriveResult readFolder(const std::string& id, bool make, SkyvaultNodeData& node)
 {
     std::vector<DriveEntry> entries;
-    const DriveResult result =
+    DriveResult result =
         Session::get().run(localized("CloudReadingFolder", "Reading a folder of the cloud drive"),
                            [&](Drive& drive, const DriveWatch& watch) {
                                DriveResult listed = drive.list(id, entries, watch);

@@ -75,13 +75,13 @@ DriveResult Session::begin(const Access& access, bool mayBeAway)
     const std::string folder = folderOf(access.address, access.credentials.user).string();
     link->known = keptTraits(folder + ".json");
     DriveTransport& transport = this->transport();
-    const DriveResult result =
-        DriveThread::get().run(localized("CloudSigningIn", "Signing in to the cloud drive"),
-                               [=, &transport](const DriveWatch& watch) {
-                                   link->drive = transport.drive(access.address, access.credentials);
-                                   link->drive->notesIn(folder + ".left");
-                                   return work(*link, *facts, {}, watch);
-                               });
+    DriveResult result = DriveThread::get().run(localized("CloudSigningIn", "Signing in to the cloud drive"),
+                                                [=, &transport](const DriveWatch& watch) {
+                                                    link->drive =
+                                                        transport.drive(access.address, access.credentials);
+                                                    link->drive->notesIn(folder + ".left");
+                                                    return work(*link, *facts, {}, watch);
+                                                });
     if (!result.isOk() && !(mayBeAway && isPassing(result.state))) {
         DriveThread::get().post([link](const DriveWatch&) { return link->drive.reset(), DriveResult(); }, {});
         return result;

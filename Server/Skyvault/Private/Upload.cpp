@@ -142,7 +142,7 @@ DriveResult Upload::read(CacheIndexLibrary& library, Sent& sent)
 DriveResult Upload::send(Drive& drive, const DriveWatch& watch, CacheIndexLibrary& library, Sent& sent)
 {
     if (sent.upload.known && sent.hash == sent.row.hash) {
-        const DriveResult found = drive.find(sent.upload.path, sent.entry);
+        DriveResult found = drive.find(sent.upload.path, sent.entry);
         if (found.isOk() && isSameEtag(sent.entry.etag, *sent.upload.known))
             return found;
         if (!found.isOk() && found.state != CloudErrorState::NotFound)

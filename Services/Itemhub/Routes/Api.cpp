@@ -133,7 +133,7 @@ Response responseOf(const Store::KeptAnswer& kept)
     Response response;
     response.status = kept.status;
     response.body = kept.body.toStdString();
-    for (const QJsonValue& header : QJsonDocument::fromJson(kept.headers.toUtf8()).array())
+    for (const QJsonValue header : QJsonDocument::fromJson(kept.headers.toUtf8()).array())
         response.headers.emplace_back(header[0].toString().toStdString(), header[1].toString().toStdString());
     response.headers.emplace_back("Idempotency-Replayed", "true");
     return response;

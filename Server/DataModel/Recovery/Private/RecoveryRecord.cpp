@@ -72,7 +72,7 @@ RecoveryRecord RecoveryRecord::read(std::string_view json)
         source["device"].toString().toULongLong(), source["inode"].toString().toULongLong(),
         source["size"].toString().toULongLong(), source["modified"].toString().toLongLong()};
     record.sourceState.digest = source["digest"].toString().toStdString();
-    for (const QJsonValue& digest : object["digests"].toArray())
+    for (const QJsonValue digest : object["digests"].toArray())
         record.digests.push_back(digest.toString().toStdString());
     if (record.fileName.empty() || record.documentType.empty() || !isTime(record.savedTime))
         throw std::runtime_error("its record is damaged");

@@ -61,7 +61,7 @@ std::string putAside(const std::string& file, const char* where)
     // What is moved into a folder must not be lost with its name.
     for (const fs::path& above : {folder.parent_path(), folder.parent_path().parent_path()})
         FolderCalls::flush(above.string(), Native::FileCalls::current());
-    const std::string target = (folder / fs::path(file).filename()).string();
+    std::string target = (folder / fs::path(file).filename()).string();
     FolderCalls::rename(file, target);
     FolderCalls::flush(folder.string(), Native::FileCalls::current());
     return target;

@@ -40,7 +40,7 @@ StepJournal::Step stepOf(const std::string& text)
     const QJsonObject object = QJsonDocument::fromJson(QByteArray::fromStdString(text)).object();
     StepJournal::Step step;
     step.line = object["line"].toString().toStdWString();
-    for (const QJsonValue& digest : object["digests"].toArray())
+    for (const QJsonValue digest : object["digests"].toArray())
         step.digests.push_back(digest.toString().toStdString());
     return step;
 }

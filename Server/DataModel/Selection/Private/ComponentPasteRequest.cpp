@@ -42,7 +42,7 @@ void ComponentPasteRequest::onExecute(Asset& asset, Status& status)
     Transaction atTop(&asset, name());
     std::vector<std::string> added = asset.data().history().changeModel([&](ModelKernel& kernel) {
         if (&asset == m_source) {
-            const std::vector<std::string> copies = kernel.paste(kernel, components);
+            std::vector<std::string> copies = kernel.paste(kernel, components);
             if (m_cut)
                 kernel.remove(components);
             return copies;

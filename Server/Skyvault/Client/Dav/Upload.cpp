@@ -46,7 +46,7 @@ DriveResult Upload::save(DriveEntry& entry)
         // Some servers make an empty file of a name that is locked, and don't say so.
         DriveEntry before;
         if (!m_upload.known) {
-            const DriveResult found = m_session.find(m_upload.path, before);
+            DriveResult found = m_session.find(m_upload.path, before);
             m_wasAbsent = found.state == CloudErrorState::NotFound;
             if (!found.isOk() && !m_wasAbsent)
                 return found;
@@ -127,7 +127,7 @@ DriveResult Upload::compare()
 DriveResult Upload::compareAgain()
 {
     DriveEntry now;
-    const DriveResult found = m_session.find(m_upload.path, now);
+    DriveResult found = m_session.find(m_upload.path, now);
     if (found.state == CloudErrorState::NotFound) {
         m_isThere = false;
         return {};
@@ -391,7 +391,7 @@ DriveResult Upload::readBack()
     // Without a lock another may have written between. His version must not be taken for ours.
     if (m_putEtag.empty() || strongPart(m_putEtag) != strongPart(m_after.etag)) {
         std::string etag;
-        const DriveResult compared = hasContent(m_session, m_upload.path, m_upload.source, etag);
+        DriveResult compared = hasContent(m_session, m_upload.path, m_upload.source, etag);
         if (compared.state == CloudErrorState::Changed)
             return changed("another version came to be there meanwhile");
         if (!compared.isOk())

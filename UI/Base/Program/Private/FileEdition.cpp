@@ -40,7 +40,7 @@ public:
         if (!value.isArray() && !value.isUndefined())
             complain(member, "is not a list");
         std::vector<EditionLink> links;
-        for (const QJsonValue& each : value.toArray()) {
+        for (const QJsonValue each : value.toArray()) {
             const QJsonObject link = each.toObject();
             links.push_back({textOf(link, "title", member), resolved(textOf(link, "address", member))});
             if (links.back().address.empty()) {
