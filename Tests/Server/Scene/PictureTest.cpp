@@ -175,8 +175,11 @@ TEST_F(Picture, WhatIsNearerHidesWhatIsBehind)
 TEST_F(Picture, AnOpenShellIsSeenFromInsideAndAMirroredBodyFromOutside)
 {
     Vs::BodyMesh shell = SceneTest::box(100, 100, 100);
-    shell.triangles.erase(shell.triangles.begin() + 2 * 6, shell.triangles.begin() + 3 * 6); // no front
+    // No front: the faces behind it are two triangles earlier.
+    shell.triangles.erase(shell.triangles.begin() + 2 * 6, shell.triangles.begin() + 3 * 6);
     shell.faces.erase(shell.faces.begin() + 2);
+    for (size_t i = 2; i < shell.faces.size(); ++i)
+        shell.faces[i].firstTriangle -= 2;
     add(std::make_shared<const Vs::BodyMesh>(shell), kRed, {-80, 0, 0});
 
     GkMatrix3d mirror = GkMatrix3d::translation({80, 0, 0});
