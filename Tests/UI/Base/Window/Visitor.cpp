@@ -211,6 +211,13 @@ void Visitor::run(const std::function<void()>& visit)
     QEventLoop loop;
     std::thread visitor([&] {
         visit();
+        // A visit that failed may leave dialogs open, in which the program would wait for ever.
+        const auto closesDialog = [] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            return dialog && dialog->close();
+        };
+        while (see(closesDialog))
+            pause();
         QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });
     loop.exec();

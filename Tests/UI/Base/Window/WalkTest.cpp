@@ -125,8 +125,16 @@ protected:
         return std::ranges::any_of(
             labels, [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
     }
-    static bool asksForFile() { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()); }
-    static bool asks() { return QApplication::activeModalWidget() != nullptr; }
+    // A dialog has the keyboard only when the window manager has given it.
+    static bool asks()
+    {
+        const QWidget* dialog = QApplication::activeModalWidget();
+        return dialog && dialog->isActiveWindow();
+    }
+    static bool asksForFile()
+    {
+        return asks() && qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    }
 
     using Fits = std::function<bool(const Vs::BodyMesh& mesh, uint32_t index)>;
     /// Of any occurrence of the part of that name.
