@@ -17,7 +17,7 @@ import zipfile
 def program():
     named = os.environ.get("QUILLET_PROGRAM") or shutil.which("quillet")
     if not named:
-        sys.exit("There is no program quillet on the search path: install it first, or name it in QUILLET_PROGRAM.")
+        sys.exit("The quillet program is not on the search path: install it first, or name it in QUILLET_PROGRAM.")
     found = pathlib.Path(named).resolve()
     modules = found.parents[1] / "lib/python"
     if not (modules / "_quillet.so").is_file():

@@ -92,7 +92,7 @@ class Installation(unittest.TestCase):
 
         refused = pip(PATH=str(environment / "bin"))
         self.assertNotEqual(refused.returncode, 0)
-        self.assertIn("There is no program quillet on the search path", refused.stdout + refused.stderr)
+        self.assertIn("The quillet program is not on the search path", refused.stdout + refused.stderr)
         installed = pip(PATH=f"{self.prefix}/bin:/usr/bin:/bin")
         self.assertEqual(installed.returncode, 0, installed.stderr)
         code = "import importlib.metadata, quillet; print(quillet.__file__, importlib.metadata.version('quillet') in quillet.version)"
