@@ -109,12 +109,12 @@ class Book(unittest.TestCase):
         for line in ("Box(", "quillet.measure", "save_as(self, path: Path)", "Makes what is seen `factor` times as large."):
             self.assertIn(line, told)
 
-    @needs("xvfb-run")
+    @needs("Xvfb")
     def test_its_pictures_are_those_that_the_program_draws(self):
         with tempfile.TemporaryDirectory(prefix="quillet-pictures-") as folder:
             output(BUILD / "root/bin/quillet", "--headless", "--replay", self.SOURCES / "Docs/pictures/pictures.txt", "--set",
                    f"out={folder}")
-            output("xvfb-run", "-a", "-s", "-screen 0 1366x768x24", BUILD / "root/bin/quillet", "--profile-dir", f"{folder}/profile",
+            output(self.SOURCES / "Tests/Support/on_display.sh", "1366x768x24", BUILD / "root/bin/quillet", "--profile-dir", f"{folder}/profile",
                    "--replay", self.SOURCES / "Docs/pictures/window.txt", "--set", f"out={folder}")
             shutil.rmtree(f"{folder}/profile")
             drawn = {picture.name: picture.read_bytes()[16:24] for picture in pathlib.Path(folder).iterdir()}

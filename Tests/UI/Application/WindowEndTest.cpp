@@ -17,8 +17,8 @@ class WindowEndTest : public testing::TestWithParam<const char*>
 protected:
     void SetUp() override
     {
-        if (std::system("command -v xvfb-run >/dev/null 2>&1") != 0)
-            GTEST_SKIP() << "NOTICE: xvfb-run is not installed";
+        if (std::system("command -v Xvfb >/dev/null 2>&1") != 0)
+            GTEST_SKIP() << "NOTICE: Xvfb is not installed";
     }
     std::string profile() const { return (folder.path() / "profile").string(); }
     TestSupport::ProcessResult run(const std::string& program, std::vector<std::string> arguments) const
@@ -40,8 +40,8 @@ TEST_P(WindowEndTest, TheLastStepIsKeptAndComesBack)
                                            "Design.Box('4', '5', '6')\n") +
                                    GetParam() + "\nfor i in range(400):\n    time.sleep(0.02)\n");
     const TestSupport::ProcessResult ended =
-        run("/usr/bin/env",
-            {"xvfb-run", "-a", quillet(), "--profile-dir", profile(), "--command", "Design.New", "--command",
+        run(QUILLET_TEST_SUPPORT "/on_display.sh",
+            {"1280x1024x24", quillet(), "--profile-dir", profile(), "--command", "Design.New", "--command",
              "Document.SaveAs " + file, "--command", "Design.Box 1 2 3", "--script", script.string()});
     EXPECT_FALSE(ended.timedOut) << ended.output << ended.errors;
     EXPECT_NE(ended.exitCode, 0);
@@ -70,8 +70,7 @@ std::string nameOf(const testing::TestParamInfo<const char*>& parameter)
 constexpr const char* kInterruptTwice =
     "import subprocess\n"
     "subprocess.Popen(['sh', '-c', 'kill -INT %d; sleep 1; kill -INT %d' % (os.getpid(), os.getpid())])";
-constexpr const char* kEndDisplay = "number = os.environ['DISPLAY'].split(':')[1].split('.')[0]\n"
-                                    "os.kill(int(open('/tmp/.X' + number + '-lock').read()), signal.SIGKILL)";
+constexpr const char* kEndDisplay = "os.kill(int(os.environ['DISPLAY_SERVER']), signal.SIGKILL)";
 
 } // namespace
 
