@@ -7,7 +7,7 @@ namespace Vs::Network {
 namespace {
 
 // What a sink is given at once.
-constexpr qsizetype kPiece = 256 * 1024;
+constexpr qsizetype kPiece = qsizetype(256) * 1024;
 
 // A server that would refuse a larger body is given the time to say so before it is sent. For a smaller one
 // that would be another way to the server and back.
@@ -126,7 +126,7 @@ size_t Exchange::onHeader(char* data, size_t one, size_t count, void* exchange)
 size_t Exchange::onContent(char* data, size_t one, size_t count, void* exchange)
 {
     Exchange& self = exchangeOf(exchange);
-    const auto size = qsizetype(one * count);
+    const qsizetype size = qsizetype(one) * qsizetype(count);
     self.m_lastByte = Clock::now();
     self.m_answer.received += size;
     const long status = self.statusNow();

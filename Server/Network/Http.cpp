@@ -63,7 +63,7 @@ Answer Http::ask(Request request, const Watch& watch)
     }
 }
 
-Answer Http::askAs(Request request, const Watch& watch)
+Answer Http::askAs(const Request& request, const Watch& watch)
 {
     Answer answer = askOnce(request, watch);
     if (answer.status == 401 && learnsLogin(answer, request))

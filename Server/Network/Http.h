@@ -33,7 +33,7 @@ public:
 
 private:
     Answer askOnce(const Request& request, const Watch& watch);
-    Answer askAs(Request request, const Watch& watch);
+    Answer askAs(const Request& request, const Watch& watch);
     /// Learns from a refusal how to log in; true if it is worth asking again.
     bool learnsLogin(const Answer& answer, const Request& request);
     /// Empty if the answer leads nowhere else; a failure in `answer` if it may not be followed.

@@ -203,7 +203,8 @@ private:
     void shootRays()
     {
         for (int i = 0; i < kRays * kRays; ++i) {
-            const double x = (i % kRays + 0.5) / kRays, y = (i / kRays + 0.5) / kRays;
+            const int row = i / kRays, column = i % kRays;
+            const double x = (column + 0.5) / kRays, y = (row + 0.5) / kRays;
             const Probe ray = m_rays.at(m_wish.left + (m_wish.right - m_wish.left) * x,
                                         m_wish.bottom + (m_wish.top - m_wish.bottom) * y);
             const auto hit = nearestHit(m_root, ray, BoxTree::kNever);

@@ -88,8 +88,11 @@ private:
                 if (!parts || (parts->edgePoints.empty() && parts->vertexPoints.empty()))
                     return;
                 // Found out for the first body that has anything to find.
-                if (!std::exchange(limited, true) && (m_deepest = deepestSurface(surface)) != BoxTree::kNever)
-                    limit = m_rays.alongOf(cone, m_deepest) * (1 + m_projection.pixelSize(1)) + room;
+                if (!std::exchange(limited, true)) {
+                    m_deepest = deepestSurface(surface);
+                    if (m_deepest != BoxTree::kNever)
+                        limit = m_rays.alongOf(cone, m_deepest) * (1 + m_projection.pixelSize(1)) + room;
+                }
                 gather(parts, local, path, limit);
             });
         search.search(m_root, cone);

@@ -236,7 +236,8 @@ VrmlMarks vrmlMarks(std::string_view text)
     size_t copied = 0;
     for (Place& place : placesIn(text)) {
         const std::string number = std::to_string(static_cast<long long>(markOf(marks.marks.size())));
-        const std::string scale = number + ' ' + number + ' ' + number;
+        std::string scale = number;
+        scale.append(1, ' ').append(number).append(1, ' ').append(number);
         marks.text += text.substr(copied, place.begin - copied);
         marks.text += place.mark.urls.empty() ? scale : "Transform { scale " + scale + " }";
         // The lines stay, since messages count them.

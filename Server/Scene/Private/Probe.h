@@ -59,7 +59,8 @@ private:
             last = std::min(last, std::max(a, b));
         }
         // A flat box has no depth, and rounding may turn what is left around.
-        return first <= last * (1 + 1e-12) + 1e-12 ? first : BoxTree::kNever;
+        constexpr double kRounding = 1e-12;
+        return first <= last * (1 + kRounding) + kRounding ? first : BoxTree::kNever;
     }
 };
 

@@ -1,5 +1,6 @@
 #include "Server/Scene/Rendra/BodyPainter.h"
 
+#include "Server/Scene/Rendra/BufferOffset.h"
 #include "Server/Scene/Rendra/CommonShaders.h"
 #include "Server/Scene/Rendra/EdgeShaders.h"
 #include "Server/Scene/Rendra/FaceShaders.h"
@@ -292,7 +293,7 @@ void BodyPainter::drawEdges(const Frame& frame, const LineLook& look)
             if (first == end)
                 return;
             glDrawElementsInstanced(GL_LINES, end - first, mesh.edgeIndexType,
-                                    reinterpret_cast<const void*>(size_t(first) * size), range.count);
+                                    bufferOffset(size_t(first) * size), range.count);
             ++frame.statistics.drawCalls;
         };
         const int tangent = frame.target.tangentEdges;

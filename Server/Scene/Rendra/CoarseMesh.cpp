@@ -31,7 +31,7 @@ uint64_t sideOf(const float* n)
     for (int i = 1; i < 3; ++i)
         if (std::abs(n[i]) > std::abs(n[axis]))
             axis = i;
-    return uint64_t(axis * 2 + (n[axis] < 0));
+    return uint64_t(axis) * 2 + uint64_t(n[axis] < 0);
 }
 
 } // namespace
@@ -71,7 +71,7 @@ std::shared_ptr<const Vs::BodyMesh> coarseMesh(const Vs::BodyMesh& mesh, int cel
     std::vector<Sum> normals;
     const auto cornerOf = [&](uint32_t vertex, size_t face) {
         const uint64_t side = sideOf(&mesh.normals[3 * size_t(vertex)]);
-        const uint64_t colour = uint64_t(mesh.faces[face].colour + 1);
+        const uint64_t colour = uint64_t(mesh.faces[face].colour) + 1;
         const uint64_t key = uint64_t(cellOf[vertex]) | side << 32 | colour << 36;
         const auto [found, isNew] = corners.try_emplace(key, uint32_t(normals.size()));
         if (isNew) {

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <unordered_map>
 
 namespace Rendra {
@@ -268,7 +267,8 @@ void DrawList::put(Batch::Slot& slot, Batch* batch, const Instance& instance, co
             return;
         batch->count(batch->instances[slot.index], -1);
         batch->count(instance, 1);
-        if (std::memcmp(batch->instances[slot.index].rows, instance.rows, sizeof instance.rows) != 0)
+        const auto sameRow = [](const auto& a, const auto& b) { return std::ranges::equal(a, b); };
+        if (!std::ranges::equal(batch->instances[slot.index].rows, instance.rows, sameRow))
             ++m_shapeRevision;
         batch->instances[slot.index] = instance;
         batch->markDirty(slot.index);

@@ -95,8 +95,8 @@ void EnvironmentLight::set(const Program& program, const GkMatrix3d& toEnvironme
     glUniform3fv(program.uniform("irradiance"), 9, &m_irradiance[0][0]);
     glUniform3fv(program.uniform("least"), 1, m_least);
     float directions[9], colours[9], sizes[3];
-    for (int i = 0; i < 3; ++i) {
-        const Environment::Lamp& lamp = environment.lamps[size_t(i)];
+    for (size_t i = 0; i < 3; ++i) {
+        const Environment::Lamp& lamp = environment.lamps[i];
         const GkVector3d& to = lamp.direction;
         const float values[] = {float(to.x), float(to.y), float(to.z)};
         const float light[] = {lamp.colour.r, lamp.colour.g, lamp.colour.b};

@@ -1,5 +1,6 @@
 #include "Server/Scene/Rendra/InstanceStore.h"
 
+#include "Server/Scene/Rendra/BufferOffset.h"
 #include "Server/Scene/Rendra/MeshStore.h"
 
 #include <cstddef>
@@ -79,7 +80,7 @@ uint64_t InstanceStore::uploadChanges(const DrawList& list)
 void InstanceStore::bind(const Range& range)
 {
     glBindBuffer(GL_ARRAY_BUFFER, range.buffer);
-    const auto at = [&](size_t offset) { return reinterpret_cast<const void*>(range.offset + offset); };
+    const auto at = [&](size_t offset) { return bufferOffset(range.offset + offset); };
     constexpr size_t kRow = sizeof(float) * 4;
     for (GLuint row = 0; row < 3; ++row)
         glVertexAttribPointer(kRow0 + row, 4, GL_FLOAT, GL_FALSE, sizeof(Instance),

@@ -1,5 +1,6 @@
 #include "Server/Scene/Rendra/MeshStore.h"
 
+#include "Server/Scene/Rendra/BufferOffset.h"
 #include "Server/Scene/Rendra/CoarseMesh.h"
 #include "Server/Scene/Rendra/MeshShape.h"
 #include "Server/Scene/Rendra/TangentEdges.h"
@@ -152,11 +153,6 @@ GLuint indexBuffer(const std::vector<uint32_t>& indices, size_t vertices, GLenum
     return buffer(GL_ELEMENT_ARRAY_BUFFER, std::vector<uint16_t>(indices.begin(), indices.end()));
 }
 
-const void* offsetIn(size_t bytes)
-{
-    return reinterpret_cast<const void*>(bytes);
-}
-
 /// Sends the vertices; those of a body whose faces have no colours of their own do without, and have the
 /// value that stands for none instead (see Renderer::render).
 GLuint vertexBuffer(const std::vector<Vertex>& vertices, bool coloured)
@@ -166,7 +162,7 @@ GLuint vertexBuffer(const std::vector<Vertex>& vertices, bool coloured)
     if (coloured) {
         name = buffer(GL_ARRAY_BUFFER, vertices);
         glVertexAttribPointer(kFaceColour, 4, GL_UNSIGNED_BYTE, GL_TRUE, stride,
-                              offsetIn(offsetof(Vertex, colour)));
+                              bufferOffset(offsetof(Vertex, colour)));
         glEnableVertexAttribArray(kFaceColour);
     } else {
         static_assert(offsetof(Vertex, colour) == 16);
@@ -176,9 +172,9 @@ GLuint vertexBuffer(const std::vector<Vertex>& vertices, bool coloured)
             std::memcpy(&plain[4 * i], &vertices[i], offsetof(Vertex, colour));
         name = buffer(GL_ARRAY_BUFFER, plain);
     }
-    glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, stride, offsetIn(offsetof(Vertex, position)));
+    glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, stride, bufferOffset(offsetof(Vertex, position)));
     glVertexAttribPointer(kNormal, 4, GL_INT_2_10_10_10_REV, GL_TRUE, stride,
-                          offsetIn(offsetof(Vertex, normal)));
+                          bufferOffset(offsetof(Vertex, normal)));
     glEnableVertexAttribArray(kPosition);
     glEnableVertexAttribArray(kNormal);
     return name;
@@ -288,7 +284,8 @@ void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
     glBindVertexArray(target.edgeArray);
     target.edgeVertices = buffer(GL_ARRAY_BUFFER, edgeVertices(mesh));
     glVertexAttribPointer(kPosition, 3, GL_FLOAT, GL_FALSE, 4 * sizeof(float), nullptr);
-    glVertexAttribPointer(kEdgeLength, 1, GL_FLOAT, GL_FALSE, 4 * sizeof(float), offsetIn(3 * sizeof(float)));
+    glVertexAttribPointer(kEdgeLength, 1, GL_FLOAT, GL_FALSE, 4 * sizeof(float),
+                          bufferOffset(3 * sizeof(float)));
     glEnableVertexAttribArray(kPosition);
     glEnableVertexAttribArray(kEdgeLength);
     enableInstanceAttributes();

@@ -1,6 +1,7 @@
 #include "Server/Scene/Rendra/PartPainter.h"
 
 #include "Server/Body/PartsMesh.h"
+#include "Server/Scene/Rendra/BufferOffset.h"
 #include "Server/Scene/Rendra/CommonShaders.h"
 
 #include <algorithm>
@@ -136,7 +137,7 @@ void PartPainter::drawFaces(const Frame& frame)
             glUniform4f(m_faces.uniform("tint"), colour[0], colour[1], colour[2],
                         part.highlight == Highlight::Selected ? kSelectedOpacity : kPointedOpacity);
             glDrawElementsInstanced(GL_TRIANGLES, GLsizei(face.triangleCount * 3), mesh.indexType,
-                                    reinterpret_cast<const void*>(face.firstTriangle * 3 * indexSize), 1);
+                                    bufferOffset(size_t(face.firstTriangle) * 3 * indexSize), 1);
             ++frame.statistics.drawCalls;
         }
     }

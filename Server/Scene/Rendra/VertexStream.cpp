@@ -1,5 +1,7 @@
 #include "Server/Scene/Rendra/VertexStream.h"
 
+#include "Server/Scene/Rendra/BufferOffset.h"
+
 #include <numeric>
 
 namespace Rendra {
@@ -15,8 +17,7 @@ void VertexStream::make(std::initializer_list<int> floats)
     size_t offset = 0;
     for (const int count : floats) {
         glEnableVertexAttribArray(location);
-        glVertexAttribPointer(location++, count, GL_FLOAT, GL_FALSE, stride,
-                              reinterpret_cast<const void*>(offset));
+        glVertexAttribPointer(location++, count, GL_FLOAT, GL_FALSE, stride, bufferOffset(offset));
         offset += size_t(count) * sizeof(float);
     }
     glBindVertexArray(0);

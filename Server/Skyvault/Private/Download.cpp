@@ -124,7 +124,7 @@ std::string copyName(const Cache::Path& file, const std::wstring& who)
     std::string name = stem + suffix;
     boost::system::error_code error;
     for (int number = 2; fs::exists(file.parent_path() / name, error); ++number)
-        name = stem + ' ' + std::to_string(number) + suffix;
+        name.assign(stem).append(1, ' ').append(std::to_string(number)).append(suffix);
     return name;
 }
 

@@ -153,7 +153,7 @@ DriveResult Session::run(const std::wstring& title, Job job)
     return result;
 }
 
-void Session::post(Job job, DriveThread::Done done)
+void Session::post(const Job& job, const DriveThread::Done& done)
 {
     if (!m_link)
         return;

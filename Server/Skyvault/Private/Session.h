@@ -45,7 +45,7 @@ public:
     /// Runs requests and returns with the result, as DriveThread::run does; LoginFailed without a session.
     [[nodiscard]] DriveResult run(const std::wstring& title, Job job);
     /// Runs requests in the background.
-    void post(Job job, DriveThread::Done done);
+    void post(const Job& job, const DriveThread::Done& done);
     /// Asks the server again who the user is.
     [[nodiscard]] DriveResult verify();
 

@@ -122,8 +122,9 @@ int OrbitReticle::zone(const Vs::Point2& position) const
     if (width <= 0 || height <= 0)
         return kOutside;
     const int smaller = std::min(width, height);
-    const double dx = double(position.x - width / 2) / smaller * kSize;
-    const double dy = double(position.y - height / 2) / smaller * kSize;
+    const int centreX = width / 2, centreY = height / 2;
+    const double dx = double(position.x - centreX) / smaller * kSize;
+    const double dy = double(position.y - centreY) / smaller * kSize;
     const float band = kSize / 50;
     const auto onTick = [&](double along, double across) {
         return std::abs(across) < band && std::abs(along) > m_radius && std::abs(along) < m_tickEnd;

@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* kDiscarded = "discarded";
 constexpr const char* kDamaged = "damaged";
-constexpr std::time_t kDiscardedFor = 24 * 60 * 60; // seconds
+constexpr std::time_t kDiscardedFor = std::time_t(24) * 60 * 60; // seconds
 constexpr uintmax_t kMostDiscarded = uintmax_t(1) << 30;
 constexpr auto kPruning = std::chrono::hours(1);
 constexpr auto kChildTakes = std::chrono::seconds(30); // to finish, once its parent has died

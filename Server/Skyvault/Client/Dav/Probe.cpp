@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::chrono::hours kFresh{30 * 24};
 // Of a body that is cut: so much that no buffer holds it back.
-constexpr qsizetype kCutBody = 256 * 1024;
+constexpr qsizetype kCutBody = qsizetype(256) * 1024;
 constexpr int kTries = 3, kPatience = 3;
 constexpr std::chrono::milliseconds kPause{100};
 constexpr std::chrono::milliseconds kShortTick{20}, kLongTick{1100};

@@ -145,7 +145,7 @@ void QTDebugScriptTextEdit::paintMarks(QPainter& painter, int line, int top) con
     QPainterPath arrow;
     arrow.addRect(0, top + 4, kArrowShaft, height - 8);
     arrow.moveTo(kArrowShaft, top + 1);
-    arrow.lineTo(kMarkWidth, top + height / 2);
+    arrow.lineTo(kMarkWidth, top + height / 2.0);
     arrow.lineTo(kArrowShaft, top + height - 2);
     arrow.lineTo(kArrowShaft, top + 1);
     painter.fillPath(arrow, QBrush(Qt::green, Qt::SolidPattern));

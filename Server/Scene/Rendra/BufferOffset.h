@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+
+namespace Rendra {
+
+/// Where something begins in the bound buffer, in bytes, in the guise of a pointer that GL's functions take
+/// for it.
+inline const void* bufferOffset(size_t bytes)
+{
+    return reinterpret_cast<const void*>(bytes); // NOLINT(performance-no-int-to-ptr): GL never follows it.
+}
+
+} // namespace Rendra
