@@ -7,10 +7,13 @@
 #include <algorithm>
 #include <condition_variable>
 #include <functional>
+#include <latch>
 #include <mutex>
 #include <new>
+#include <system_error>
 #include <thread>
 #include <tuple>
+#include <vector>
 
 namespace Vs::Scene {
 
@@ -64,6 +67,24 @@ private:
     bool m_ending = false;
     std::thread m_thread;
 };
+
+/// Whether the system gives as many threads as a driver takes that draws in software. Such a driver waits for
+/// ever for those that it was refused.
+bool hasThreadsForDriver()
+{
+    constexpr unsigned kOfCaches = 2;
+    std::latch tried(1);
+    std::vector<std::jthread> threads;
+    bool given = true;
+    try {
+        for (unsigned i = 0; i < std::thread::hardware_concurrency() + kOfCaches; ++i)
+            threads.emplace_back([&] { tried.wait(); });
+    } catch (const std::system_error&) {
+        given = false;
+    }
+    tried.count_down();
+    return given;
+}
 
 /// From a picture whose colours are multiplied by their opacity to one where they are not.
 void separateOpacity(std::vector<uint8_t>& pixels)
@@ -177,6 +198,10 @@ bool EglOffscreenRenderer::start(Status& status)
 {
     if (m_renderer)
         return true;
+    if (!hasThreadsForDriver()) {
+        status.addError(L"The system gives no more threads, without which nothing can be drawn.");
+        return false;
+    }
     m_context = Rendra::EglContext::make(status);
     if (!m_context)
         return false;
